@@ -1,0 +1,25 @@
+# Warnings are errors everywhere; a sanitizer is chosen by the presets; ccache is used when it is there.
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+if(MSVC)
+    add_compile_options(/W4 /WX /permissive- /utf-8)
+else()
+    add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+endif()
+
+set(VELLIX_SANITIZE "" CACHE STRING "Sanitizers to build with, as given to -fsanitize=")
+if(VELLIX_SANITIZE)
+    add_compile_options(-fsanitize=${VELLIX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${VELLIX_SANITIZE})
+endif()
+add_compile_definitions(QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
