@@ -88,7 +88,8 @@ std::optional<double> AcceptNumber(const Attribute& attribute, double number) {
     case AttributeKind::Bool:
         return number != 0.0 ? 1.0 : 0.0;
     case AttributeKind::Float:
-        return static_cast<double>(static_cast<float>(std::clamp(number, -3.4028234663852886e38, 3.4028234663852886e38)));
+        return static_cast<double>(
+            static_cast<float>(std::clamp(number, -3.4028234663852886e38, 3.4028234663852886e38)));
     case AttributeKind::Double:
     case AttributeKind::Angle:
     case AttributeKind::Distance:
@@ -109,7 +110,9 @@ std::optional<AttributeValue> Only(const AttributeValue& value) {
 } // namespace
 
 Attribute::Attribute(std::string longName, std::string shortName, AttributeKind kind)
-    : longName_(std::move(longName)), shortName_(std::move(shortName)), kind_(kind) {
+    : longName_(std::move(longName))
+    , shortName_(std::move(shortName))
+    , kind_(kind) {
     if (shortName_.empty()) {
         shortName_ = longName_;
     }
@@ -174,7 +177,9 @@ const Attribute* Attribute::ArrayAttribute() const {
     return nullptr;
 }
 
-bool Attribute::HasElements() const { return ArrayAttribute() != nullptr; }
+bool Attribute::HasElements() const {
+    return ArrayAttribute() != nullptr;
+}
 
 std::optional<AttributeValue> Attribute::Accept(const AttributeValue& value) const {
     if (IsNumber()) {
@@ -199,7 +204,7 @@ std::optional<AttributeValue> Attribute::Accept(const AttributeValue& value) con
     case AttributeKind::PluginData: {
         const auto* data = std::get_if<std::shared_ptr<DataValue>>(&value);
         return data && *data && (*data)->Type()->id == dataTypeId ? std::optional<AttributeValue>(value)
-                                                                   : std::nullopt;
+                                                                  : std::nullopt;
     }
     case AttributeKind::Kept:
         return value;
@@ -229,11 +234,14 @@ AttributeValue Attribute::Default() const {
 }
 
 std::shared_ptr<Attribute> MakeNumericCompound(const std::string& longName, const std::string& shortName,
-                                               AttributeKind kind, const std::vector<std::string>& longSuffixes,
-                                               const std::vector<std::string>& shortSuffixes, double defaultValue) {
+                                               AttributeKind kind,
+                                               const std::vector<std::string>& longSuffixes,
+                                               const std::vector<std::string>& shortSuffixes,
+                                               double defaultValue) {
     auto compound = std::make_shared<Attribute>(longName, shortName, AttributeKind::Compound);
     for (std::size_t i = 0; i < longSuffixes.size(); ++i) {
-        auto child = std::make_shared<Attribute>(longName + longSuffixes[i], shortName + shortSuffixes[i], kind);
+        auto child =
+            std::make_shared<Attribute>(longName + longSuffixes[i], shortName + shortSuffixes[i], kind);
         child->defaultValue = defaultValue;
         compound->AddChild(std::move(child));
     }

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-// The host's own node types, with the published attribute names and defaults. What the host itself does not use is here
-// when scene files commonly set it.
+// The host's own node types, with the published attribute names and defaults. What the host itself does not
+// use is here when scene files commonly set it.
 
 namespace lightbox {
 
@@ -19,8 +19,9 @@ namespace {
 
 using Kind = AttributeKind;
 
-/// One attribute. Flags: k keyable, c in the channel box, h hidden, o output (not writable, not stored), m array. `extra`
-/// holds the suffixes of a number with parts or the fields of an enum, separated by colons, and the default of a text.
+/// One attribute. Flags: k keyable, c in the channel box, h hidden, o output (not writable, not stored), m
+/// array. `extra` holds the suffixes of a number with parts or the fields of an enum, separated by colons,
+/// and the default of a text.
 struct Row {
     Kind kind;
     const char* longName;
@@ -70,8 +71,8 @@ std::shared_ptr<Attribute> MakeAttribute(const Row& row) {
         for (const std::string& suffix : Split(extra)) {
             shortSuffixes.push_back(Lower(suffix));
         }
-        auto compound = MakeNumericCompound(row.longName, row.shortName, row.kind, Split(extra), shortSuffixes,
-                                            row.defaultValue);
+        auto compound = MakeNumericCompound(row.longName, row.shortName, row.kind, Split(extra),
+                                            shortSuffixes, row.defaultValue);
         ApplyFlags(*compound, row.flags);
         return compound;
     }
@@ -91,8 +92,8 @@ std::shared_ptr<Attribute> MakeAttribute(const Row& row) {
     return attribute;
 }
 
-std::shared_ptr<NodeType> MakeType(TypeRegistry& registry, const char* name, const char* base, MFn::Type apiType,
-                                   const std::vector<Row>& rows) {
+std::shared_ptr<NodeType> MakeType(TypeRegistry& registry, const char* name, const char* base,
+                                   MFn::Type apiType, const std::vector<Row>& rows) {
     auto type = std::make_shared<NodeType>(name, registry.FindNodeType(base), apiType);
     for (const Row& row : rows) {
         if (!type->AddAttribute(MakeAttribute(row))) {
@@ -104,7 +105,9 @@ std::shared_ptr<NodeType> MakeType(TypeRegistry& registry, const char* name, con
     return type;
 }
 
-std::vector<double> Cells(const Imath::M44d& matrix) { return {&matrix[0][0], &matrix[0][0] + 16}; }
+std::vector<double> Cells(const Imath::M44d& matrix) {
+    return {&matrix[0][0], &matrix[0][0] + 16};
+}
 
 /// The matrices of DAG nodes.
 std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attribute, int) {
@@ -129,7 +132,8 @@ std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attr
     if (name == "parentMatrix") {
         return Cells(parent);
     }
-    return name == "parentInverseMatrix" ? std::optional<AttributeValue>(Cells(parent.inverse())) : std::nullopt;
+    return name == "parentInverseMatrix" ? std::optional<AttributeValue>(Cells(parent.inverse()))
+                                         : std::nullopt;
 }
 
 std::optional<AttributeValue> ComputeTime(const Node& node, const Attribute& attribute, int) {
@@ -140,34 +144,35 @@ std::optional<AttributeValue> ComputeTime(const Node& node, const Attribute& att
 }
 
 void AddDagTypes(TypeRegistry& registry) {
-    const auto dag = MakeType(registry, "dagNode", "node", MFn::kDagNode,
-                              {{Kind::Matrix, "matrix", "m", 0, "oh"},
-                               {Kind::Matrix, "inverseMatrix", "im", 0, "oh"},
-                               {Kind::Matrix, "worldMatrix", "wm", 0, "ohm"},
-                               {Kind::Matrix, "worldInverseMatrix", "wim", 0, "ohm"},
-                               {Kind::Matrix, "parentMatrix", "pm", 0, "ohm"},
-                               {Kind::Matrix, "parentInverseMatrix", "pim", 0, "ohm"},
-                               {Kind::Bool, "visibility", "v", 1, "k"},
-                               {Kind::Bool, "intermediateObject", "io"},
-                               {Kind::Bool, "template", "tmp"},
-                               {Kind::Message, "instObjGroups", "iog", 0, "hm"},
-                               {Kind::Float, "objectColorRGB", "obcc", 0, "", "R:G:B"},
-                               {Kind::Short, "objectColor", "oc"},
-                               {Kind::Byte, "useObjectColor", "uoc"},
-                               {Kind::Message, "drawOverride", "do", 0, "h"},
-                               {Kind::Enum, "overrideDisplayType", "ovdt", 0, "", "Normal:Template:Reference"},
-                               {Kind::Enum, "overrideLevelOfDetail", "ovlod", 0, "", "Full:Bounding Box"},
-                               {Kind::Bool, "overrideShading", "ovs", 1},
-                               {Kind::Bool, "overrideTexturing", "ovt", 1},
-                               {Kind::Bool, "overridePlayback", "ovp", 1},
-                               {Kind::Bool, "overrideEnabled", "ove"},
-                               {Kind::Bool, "overrideVisibility", "ovv", 1},
-                               {Kind::Bool, "hideOnPlayback", "hpb"},
-                               {Kind::Byte, "overrideColor", "ovc"},
-                               {Kind::Bool, "lodVisibility", "lodv", 1},
-                               {Kind::Bool, "useOutlinerColor", "uocol"},
-                               {Kind::Float, "outlinerColor", "oclr", 0, "", "R:G:B"},
-                               {Kind::Bool, "hiddenInOutliner", "hio"}});
+    const auto dag =
+        MakeType(registry, "dagNode", "node", MFn::kDagNode,
+                 {{Kind::Matrix, "matrix", "m", 0, "oh"},
+                  {Kind::Matrix, "inverseMatrix", "im", 0, "oh"},
+                  {Kind::Matrix, "worldMatrix", "wm", 0, "ohm"},
+                  {Kind::Matrix, "worldInverseMatrix", "wim", 0, "ohm"},
+                  {Kind::Matrix, "parentMatrix", "pm", 0, "ohm"},
+                  {Kind::Matrix, "parentInverseMatrix", "pim", 0, "ohm"},
+                  {Kind::Bool, "visibility", "v", 1, "k"},
+                  {Kind::Bool, "intermediateObject", "io"},
+                  {Kind::Bool, "template", "tmp"},
+                  {Kind::Message, "instObjGroups", "iog", 0, "hm"},
+                  {Kind::Float, "objectColorRGB", "obcc", 0, "", "R:G:B"},
+                  {Kind::Short, "objectColor", "oc"},
+                  {Kind::Byte, "useObjectColor", "uoc"},
+                  {Kind::Message, "drawOverride", "do", 0, "h"},
+                  {Kind::Enum, "overrideDisplayType", "ovdt", 0, "", "Normal:Template:Reference"},
+                  {Kind::Enum, "overrideLevelOfDetail", "ovlod", 0, "", "Full:Bounding Box"},
+                  {Kind::Bool, "overrideShading", "ovs", 1},
+                  {Kind::Bool, "overrideTexturing", "ovt", 1},
+                  {Kind::Bool, "overridePlayback", "ovp", 1},
+                  {Kind::Bool, "overrideEnabled", "ove"},
+                  {Kind::Bool, "overrideVisibility", "ovv", 1},
+                  {Kind::Bool, "hideOnPlayback", "hpb"},
+                  {Kind::Byte, "overrideColor", "ovc"},
+                  {Kind::Bool, "lodVisibility", "lodv", 1},
+                  {Kind::Bool, "useOutlinerColor", "uocol"},
+                  {Kind::Float, "outlinerColor", "oclr", 0, "", "R:G:B"},
+                  {Kind::Bool, "hiddenInOutliner", "hio"}});
     dag->isAbstract = true;
     dag->SetCompute(ComputeDag);
     MakeType(registry, "world", "dagNode", MFn::kWorld, {})->isAbstract = true;
@@ -198,88 +203,90 @@ void AddDagTypes(TypeRegistry& registry) {
 }
 
 void AddCamera(TypeRegistry& registry) {
-    const auto camera = MakeType(
-        registry, "camera", "shape", MFn::kCamera,
-        {{Kind::Bool, "renderable", "rnd", 1},
-         {Kind::Bool, "motionBlurred", "mb", 1},
-         // Apertures are in inches; the defaults are the 35 mm full aperture.
-         {Kind::Double, "horizontalFilmAperture", "hfa", 1.41732, "k"},
-         {Kind::Double, "verticalFilmAperture", "vfa", 0.94488, "k"},
-         {Kind::Double, "lensSqueezeRatio", "lsr", 1, "k"},
-         {Kind::Enum, "filmFit", "ff", 1, "", "Fill:Horizontal:Vertical:Overscan"},
-         {Kind::Double, "filmFitOffset", "ffo", 0, "k"},
-         {Kind::Double, "horizontalFilmOffset", "hfo", 0, "k"},
-         {Kind::Double, "verticalFilmOffset", "vfo", 0, "k"},
-         {Kind::Bool, "shakeEnabled", "se"},
-         {Kind::Double, "horizontalShake", "hs"},
-         {Kind::Double, "verticalShake", "vs"},
-         {Kind::Double, "postScale", "pts", 1},
-         {Kind::Double, "preScale", "psc", 1},
-         {Kind::Double, "filmTranslateH", "fth"},
-         {Kind::Double, "filmTranslateV", "ftv"},
-         {Kind::Double, "horizontalRollPivot", "hrp"},
-         {Kind::Double, "verticalRollPivot", "vrp"},
-         {Kind::Double, "filmRollValue", "frv"},
-         {Kind::Enum, "filmRollOrder", "fro", 0, "", "Rotate-Translate:Translate-Rotate"},
-         {Kind::Double, "focalLength", "fl", 35, "k"},
-         {Kind::Double, "fStop", "fs", 5.6, "k"},
-         {Kind::Double, "focusDistance", "fd", 5, "k"},
-         {Kind::Double, "shutterAngle", "sa", 144, "k"},
-         {Kind::Double, "centerOfInterest", "coi", 5, "k"},
-         {Kind::Double, "nearClipPlane", "ncp", 0.1},
-         {Kind::Double, "farClipPlane", "fcp", 10000},
-         {Kind::Double, "cameraScale", "cs", 1},
-         {Kind::Double, "overscan", "ovr", 1.3},
-         {Kind::Bool, "bestFitClippingPlanes", "bfc", 1},
-         {Kind::Bool, "depthOfField", "dof"},
-         {Kind::Bool, "displayResolution", "dr"},
-         {Kind::Bool, "displayFilmGate", "dfg"},
-         {Kind::Bool, "displayFieldChart", "dfc"},
-         {Kind::Bool, "displaySafeAction", "dsa"},
-         {Kind::Bool, "displaySafeTitle", "dst"},
-         {Kind::Bool, "displayFilmPivot", "dfp"},
-         {Kind::Bool, "displayFilmOrigin", "dfo"},
-         {Kind::Bool, "displayGateMask", "dgm"},
-         {Kind::Float, "displayGateMaskOpacity", "dgo", 0.7},
-         {Kind::Float, "displayGateMaskColor", "dgc", 0.5, "", "R:G:B"},
-         {Kind::Bool, "panZoomEnabled", "pze"},
-         {Kind::Bool, "renderPanZoom", "rpz"},
-         {Kind::Double, "horizontalPan", "hpn"},
-         {Kind::Double, "verticalPan", "vpn"},
-         {Kind::Double, "zoom", "zom", 1},
-         {Kind::Bool, "image", "i", 1},
-         {Kind::Bool, "depth", "dep"},
-         {Kind::Bool, "transparencyBasedDepth", "tbd", 1},
-         {Kind::String, "imageName", "imn", 0, "", "camera"},
-         {Kind::String, "depthName", "den", 0, "", "camera_depth"},
-         {Kind::String, "maskName", "man", 0, "", "camera_mask"},
-         {Kind::Distance, "tumblePivot", "tp", 0, "", "X:Y:Z"},
-         {Kind::String, "homeCommand", "hc", 0, "", "viewSet -p %camera"},
-         {Kind::Bool, "usePivotAsLocalSpace", "upl"},
-         {Kind::Float, "backgroundColor", "col", 0, "", "R:G:B"},
-         {Kind::Bool, "orthographic", "o"},
-         {Kind::Double, "orthographicWidth", "ow", 10},
-         {Kind::Double, "focusRegionScale", "frs", 1},
-         {Kind::Double, "locatorScale", "lls", 1},
-         {Kind::Message, "imagePlane", "ip", 0, "hm"},
-         {Kind::Message, "bookmarks", "b", 0, "hm"}});
+    const auto camera =
+        MakeType(registry, "camera", "shape", MFn::kCamera,
+                 {{Kind::Bool, "renderable", "rnd", 1},
+                  {Kind::Bool, "motionBlurred", "mb", 1},
+                  // Apertures are in inches; the defaults are the 35 mm full aperture.
+                  {Kind::Double, "horizontalFilmAperture", "hfa", 1.41732, "k"},
+                  {Kind::Double, "verticalFilmAperture", "vfa", 0.94488, "k"},
+                  {Kind::Double, "lensSqueezeRatio", "lsr", 1, "k"},
+                  {Kind::Enum, "filmFit", "ff", 1, "", "Fill:Horizontal:Vertical:Overscan"},
+                  {Kind::Double, "filmFitOffset", "ffo", 0, "k"},
+                  {Kind::Double, "horizontalFilmOffset", "hfo", 0, "k"},
+                  {Kind::Double, "verticalFilmOffset", "vfo", 0, "k"},
+                  {Kind::Bool, "shakeEnabled", "se"},
+                  {Kind::Double, "horizontalShake", "hs"},
+                  {Kind::Double, "verticalShake", "vs"},
+                  {Kind::Double, "postScale", "pts", 1},
+                  {Kind::Double, "preScale", "psc", 1},
+                  {Kind::Double, "filmTranslateH", "fth"},
+                  {Kind::Double, "filmTranslateV", "ftv"},
+                  {Kind::Double, "horizontalRollPivot", "hrp"},
+                  {Kind::Double, "verticalRollPivot", "vrp"},
+                  {Kind::Double, "filmRollValue", "frv"},
+                  {Kind::Enum, "filmRollOrder", "fro", 0, "", "Rotate-Translate:Translate-Rotate"},
+                  {Kind::Double, "focalLength", "fl", 35, "k"},
+                  {Kind::Double, "fStop", "fs", 5.6, "k"},
+                  {Kind::Double, "focusDistance", "fd", 5, "k"},
+                  {Kind::Double, "shutterAngle", "sa", 144, "k"},
+                  {Kind::Double, "centerOfInterest", "coi", 5, "k"},
+                  {Kind::Double, "nearClipPlane", "ncp", 0.1},
+                  {Kind::Double, "farClipPlane", "fcp", 10000},
+                  {Kind::Double, "cameraScale", "cs", 1},
+                  {Kind::Double, "overscan", "ovr", 1.3},
+                  {Kind::Bool, "bestFitClippingPlanes", "bfc", 1},
+                  {Kind::Bool, "depthOfField", "dof"},
+                  {Kind::Bool, "displayResolution", "dr"},
+                  {Kind::Bool, "displayFilmGate", "dfg"},
+                  {Kind::Bool, "displayFieldChart", "dfc"},
+                  {Kind::Bool, "displaySafeAction", "dsa"},
+                  {Kind::Bool, "displaySafeTitle", "dst"},
+                  {Kind::Bool, "displayFilmPivot", "dfp"},
+                  {Kind::Bool, "displayFilmOrigin", "dfo"},
+                  {Kind::Bool, "displayGateMask", "dgm"},
+                  {Kind::Float, "displayGateMaskOpacity", "dgo", 0.7},
+                  {Kind::Float, "displayGateMaskColor", "dgc", 0.5, "", "R:G:B"},
+                  {Kind::Bool, "panZoomEnabled", "pze"},
+                  {Kind::Bool, "renderPanZoom", "rpz"},
+                  {Kind::Double, "horizontalPan", "hpn"},
+                  {Kind::Double, "verticalPan", "vpn"},
+                  {Kind::Double, "zoom", "zom", 1},
+                  {Kind::Bool, "image", "i", 1},
+                  {Kind::Bool, "depth", "dep"},
+                  {Kind::Bool, "transparencyBasedDepth", "tbd", 1},
+                  {Kind::String, "imageName", "imn", 0, "", "camera"},
+                  {Kind::String, "depthName", "den", 0, "", "camera_depth"},
+                  {Kind::String, "maskName", "man", 0, "", "camera_mask"},
+                  {Kind::Distance, "tumblePivot", "tp", 0, "", "X:Y:Z"},
+                  {Kind::String, "homeCommand", "hc", 0, "", "viewSet -p %camera"},
+                  {Kind::Bool, "usePivotAsLocalSpace", "upl"},
+                  {Kind::Float, "backgroundColor", "col", 0, "", "R:G:B"},
+                  {Kind::Bool, "orthographic", "o"},
+                  {Kind::Double, "orthographicWidth", "ow", 10},
+                  {Kind::Double, "focusRegionScale", "frs", 1},
+                  {Kind::Double, "locatorScale", "lls", 1},
+                  {Kind::Message, "imagePlane", "ip", 0, "hm"},
+                  {Kind::Message, "bookmarks", "b", 0, "hm"}});
     camera->defaultName = "cameraShape";
 }
 
 void AddSceneTypes(TypeRegistry& registry) {
     const char* const FULL_RENDER = "fields:lines";
     MakeType(registry, "time", "node", MFn::kTime,
-             {{Kind::Time, "outTime", "o", 0, "k"}, {Kind::Time, "unwarpedTime", "uwt"},
+             {{Kind::Time, "outTime", "o", 0, "k"},
+              {Kind::Time, "unwarpedTime", "uwt"},
               {Kind::Bool, "enableTimewarp", "ewt"}})
         ->SetCompute(ComputeTime);
-    MakeType(registry, "script", "node", MFn::kScript,
-             {{Kind::String, "before", "b"},
-              {Kind::String, "after", "a"},
-              {Kind::Enum, "scriptType", "st", 0, "",
-               "Demand:Open/Close:GUI Open/Close:UI Configuration:Software Render:Software Frame Render:Scene "
-               "Configuration:Time Changed"},
-              {Kind::Enum, "sourceType", "stp", 0, "", "MEL:Python"},
-              {Kind::Bool, "ignoreReferenceEdits", "ire"}});
+    MakeType(
+        registry, "script", "node", MFn::kScript,
+        {{Kind::String, "before", "b"},
+         {Kind::String, "after", "a"},
+         {Kind::Enum, "scriptType", "st", 0, "",
+          "Demand:Open/Close:GUI Open/Close:UI Configuration:Software Render:Software Frame Render:Scene "
+          "Configuration:Time Changed"},
+         {Kind::Enum, "sourceType", "stp", 0, "", "MEL:Python"},
+         {Kind::Bool, "ignoreReferenceEdits", "ire"}});
     MakeType(registry, "resolution", "node", MFn::kDependencyNode,
              {{Kind::Long, "width", "w", 960},
               {Kind::Long, "height", "h", 540},
@@ -342,10 +349,13 @@ void AddAnimationCurves(TypeRegistry& registry) {
         Kind output;
     };
     for (const CurveRow& curve :
-         {CurveRow{"animCurveTL", Kind::Time, Kind::Distance}, CurveRow{"animCurveTA", Kind::Time, Kind::Angle},
-          CurveRow{"animCurveTT", Kind::Time, Kind::Time}, CurveRow{"animCurveTU", Kind::Time, Kind::Double},
-          CurveRow{"animCurveUL", Kind::Double, Kind::Distance}, CurveRow{"animCurveUA", Kind::Double, Kind::Angle},
-          CurveRow{"animCurveUT", Kind::Double, Kind::Time}, CurveRow{"animCurveUU", Kind::Double, Kind::Double}}) {
+         {CurveRow{"animCurveTL", Kind::Time, Kind::Distance},
+          CurveRow{"animCurveTA", Kind::Time, Kind::Angle}, CurveRow{"animCurveTT", Kind::Time, Kind::Time},
+          CurveRow{"animCurveTU", Kind::Time, Kind::Double},
+          CurveRow{"animCurveUL", Kind::Double, Kind::Distance},
+          CurveRow{"animCurveUA", Kind::Double, Kind::Angle},
+          CurveRow{"animCurveUT", Kind::Double, Kind::Time},
+          CurveRow{"animCurveUU", Kind::Double, Kind::Double}}) {
         const auto type = MakeType(registry, curve.name, "animCurve", MFn::kAnimCurve,
                                    {{curve.input, "input", "i"}, {curve.output, "output", "o", 0, "o"}});
         auto keys = std::make_shared<Attribute>("keyTimeValue", "ktv", Kind::Compound);

@@ -46,7 +46,8 @@ namespace {
 
 template <typename Entries>
 std::vector<Connection> InOrder(Entries& entries) {
-    std::sort(entries.begin(), entries.end(), [](const auto* a, const auto* b) { return a->order < b->order; });
+    std::sort(entries.begin(), entries.end(),
+              [](const auto* a, const auto* b) { return a->order < b->order; });
     entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
     std::vector<Connection> connections;
     for (const auto* entry : entries) {

@@ -14,7 +14,8 @@ Imath::V3d VectorOf(const Node& node, const char* attribute) {
     const Plug plug(std::const_pointer_cast<Node>(node.Shared()), node.Type().FindAttribute(attribute));
     const AttributeValue value = plug.Get();
     const auto* numbers = std::get_if<std::vector<double>>(&value);
-    return numbers && numbers->size() == 3 ? Imath::V3d((*numbers)[0], (*numbers)[1], (*numbers)[2]) : Imath::V3d(0.0);
+    return numbers && numbers->size() == 3 ? Imath::V3d((*numbers)[0], (*numbers)[1], (*numbers)[2])
+                                           : Imath::V3d(0.0);
 }
 
 double NumberOf(const Node& node, const char* attribute) {

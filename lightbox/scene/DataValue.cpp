@@ -6,11 +6,14 @@
 namespace lightbox {
 
 DataValue::DataValue(std::shared_ptr<const DataType> type, std::unique_ptr<MPxData> data)
-    : type_(std::move(type)), data_(std::move(data)) {
+    : type_(std::move(type))
+    , data_(std::move(data)) {
     ++type_->liveValues;
 }
 
-DataValue::~DataValue() { --type_->liveValues; }
+DataValue::~DataValue() {
+    --type_->liveValues;
+}
 
 bool DataValue::HasFn(MFn::Type type) const {
     return type == MFn::kPluginData || type == MFn::kData || type == MFn::kBase;

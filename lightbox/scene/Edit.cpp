@@ -18,7 +18,8 @@ namespace {
 std::string TransformNameFor(const Scene& scene, const NodeType& shape) {
     const std::string suffix = "Shape";
     const std::string& name = shape.defaultName;
-    if (name.size() <= suffix.size() || name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0) {
+    if (name.size() <= suffix.size() ||
+        name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0) {
         return {};
     }
     const std::string base = name.substr(0, name.size() - suffix.size());
@@ -75,7 +76,8 @@ void Do(Host& host, const std::string& name, std::function<void()> redo, std::fu
     DoItem(host, MakeItem(host, name, std::move(redo), std::move(undo)));
 }
 
-std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std::string& name, DagNode* parent) {
+std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std::string& name,
+                                 DagNode* parent) {
     Scene& scene = host.scene();
     const std::shared_ptr<const NodeType> nodeType = scene.types().FindNodeType(type);
     if (!nodeType) {
@@ -150,7 +152,8 @@ void SetNodeLocked(Host& host, Node& node, bool locked) {
     const std::shared_ptr<Node> shared = node.Shared();
     const bool before = node.locked;
     Do(
-        host, "lockNode", [shared, locked] { shared->locked = locked; }, [shared, before] { shared->locked = before; });
+        host, "lockNode", [shared, locked] { shared->locked = locked; },
+        [shared, before] { shared->locked = before; });
 }
 
 void SetPlug(Host& host, const Plug& plug, const AttributeValue& value) {
@@ -167,7 +170,8 @@ void SetPlug(Host& host, const Plug& plug, const AttributeValue& value) {
 void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state) {
     const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
     const PlugState before = held ? *held : PlugState();
-    const auto apply = [plug, flag](bool locked, std::optional<bool> keyable, std::optional<bool> channelBox) {
+    const auto apply = [plug, flag](bool locked, std::optional<bool> keyable,
+                                    std::optional<bool> channelBox) {
         PlugState& now = plug.node->State(*plug.attribute, plug.element);
         switch (flag) {
         case PlugFlag::Locked:
@@ -218,9 +222,10 @@ bool IsOf(const Plug& plug, const Node& node, const Attribute& attribute) {
 
 void DeleteAttribute(Host& host, Node& node, const Attribute& attribute) {
     const auto& dynamic = node.DynamicAttributes();
-    const auto found = std::find_if(dynamic.begin(), dynamic.end(), [&](const std::shared_ptr<Attribute>& candidate) {
-        return candidate.get() == &attribute;
-    });
+    const auto found =
+        std::find_if(dynamic.begin(), dynamic.end(), [&](const std::shared_ptr<Attribute>& candidate) {
+            return candidate.get() == &attribute;
+        });
     if (found == dynamic.end() || node.locked) {
         throw SceneError("Cannot delete the attribute '" + attribute.LongName() + "' from '" +
                          Scene::ShownName(node) + "'.");
@@ -233,7 +238,8 @@ void DeleteAttribute(Host& host, Node& node, const Attribute& attribute) {
     const auto redo = [&scene, shared, removed, cut] {
         cut->clear();
         for (const Connection& connection : scene.connections().Of(*shared)) {
-            if (IsOf(connection.source, *shared, *removed) || IsOf(connection.destination, *shared, *removed)) {
+            if (IsOf(connection.source, *shared, *removed) ||
+                IsOf(connection.destination, *shared, *removed)) {
                 scene.connections().Remove(connection.source, connection.destination);
                 cut->push_back(connection);
             }

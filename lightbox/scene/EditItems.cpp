@@ -17,7 +17,10 @@ namespace {
 class FunctionItem : public UndoItem {
 public:
     FunctionItem(Host& host, std::string name, std::function<void()> redo, std::function<void()> undo)
-        : host_(host), name_(std::move(name)), redo_(std::move(redo)), undo_(std::move(undo)) {}
+        : host_(host)
+        , name_(std::move(name))
+        , redo_(std::move(redo))
+        , undo_(std::move(undo)) {}
 
     void Undo() override {
         Selection::Hold hold(host_.scene().selection());
@@ -90,13 +93,17 @@ bool AreCompatible(const Plug& source, const Plug& destination) {
         return true;
     }
     if (from.IsCompound() && to.IsCompound()) {
-        return from.Children().size() == to.Children().size() && from.IsNumericCompound() == to.IsNumericCompound();
+        return from.Children().size() == to.Children().size() &&
+               from.IsNumericCompound() == to.IsNumericCompound();
     }
     return from.Kind() == to.Kind() && from.dataTypeId == to.dataTypeId;
 }
 
 std::vector<std::pair<const char*, Imath::V3d>> MovableParts(const Transformation& parts) {
-    return {{"translate", parts.translate}, {"rotate", parts.rotate}, {"scale", parts.scale}, {"shear", parts.shear}};
+    return {{"translate", parts.translate},
+            {"rotate", parts.rotate},
+            {"scale", parts.scale},
+            {"shear", parts.shear}};
 }
 
 /// Gives a transform the world matrix it is meant to have, as far as its attributes can be set.
@@ -108,7 +115,8 @@ void SetWorldMatrix(DagNode& node, const Imath::M44d& world) {
     }
     for (const auto& part : MovableParts(parts)) {
         const Imath::V3d& numbers = part.second;
-        Plug(node.Shared(), node.FindAttribute(part.first)).Set(std::vector<double>{numbers.x, numbers.y, numbers.z});
+        Plug(node.Shared(), node.FindAttribute(part.first))
+            .Set(std::vector<double>{numbers.x, numbers.y, numbers.z});
     }
 }
 
@@ -181,8 +189,8 @@ std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& n
         before->name = node->Name();
         before->values.clear();
         const Imath::M44d world = node->WorldMatrix();
-        const bool moves = keepWorld && node->Type().IsTransform() &&
-                           before->parent->WorldMatrix() != parent->WorldMatrix();
+        const bool moves =
+            keepWorld && node->Type().IsTransform() && before->parent->WorldMatrix() != parent->WorldMatrix();
         const std::string name = scene.FreeName(node->Name(), *node, parent.get());
         scene.Move(*node, *parent);
         if (name != node->Name()) {
@@ -216,7 +224,8 @@ std::unique_ptr<UndoItem> SetItem(Host& host, const Plug& plug, const AttributeV
         *before = plug.Stored();
         if (!plug.Set(value)) {
             const std::string reason = plug.WhyNotSettable();
-            throw SceneError(reason.empty() ? "The attribute '" + plug.Name() + "' cannot take that value." : reason);
+            throw SceneError(reason.empty() ? "The attribute '" + plug.Name() + "' cannot take that value."
+                                            : reason);
         }
     };
     return MakeItem(host, "setAttr", redo, [plug, before] { plug.Store(*before); });
@@ -264,7 +273,8 @@ void CheckConnectable(const Plug& source, const Plug& destination) {
         throw SceneError("The destination attribute '" + destination.Name() + "' is locked.");
     }
     if (!AreCompatible(source, destination)) {
-        throw SceneError("The attribute '" + source.Name() + "' cannot be connected to '" + destination.Name() + "'.");
+        throw SceneError("The attribute '" + source.Name() + "' cannot be connected to '" +
+                         destination.Name() + "'.");
     }
 }
 

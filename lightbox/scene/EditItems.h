@@ -13,8 +13,8 @@ namespace lightbox {
 class DagNode;
 class Host;
 
-/// The steps that edits and modifiers are made of. Redo() does a step, for the first time too, and throws SceneError when
-/// it cannot be done; Undo() takes it back.
+/// The steps that edits and modifiers are made of. Redo() does a step, for the first time too, and throws
+/// SceneError when it cannot be done; Undo() takes it back.
 namespace edit {
 
 std::unique_ptr<UndoItem> MakeItem(Host& host, const std::string& name, std::function<void()> redo,

@@ -7,27 +7,58 @@ namespace lightbox {
 namespace {
 
 const char* const EVENTS[] = {
-    "DagObjectCreated",   "DagObjectNameChanged", "DisplayPreferenceChanged",
-    "NameChanged",        "NewSceneOpened",       "PostSceneRead",
-    "PostToolChanged",    "PreFileNewOrOpened",   "PreNewSceneOpened",
-    "PreSceneOpened",     "PreSceneSaved",        "RecentCommandChanged",
-    "Redo",               "SceneImported",        "SceneOpened",
-    "SceneSaved",         "SelectModeChanged",    "SelectPreferenceChanged",
-    "SelectTypeChanged",  "SelectionChanged",     "SequencerActiveShotChanged",
-    "SetModified",        "ToolChanged",          "ToolSettingsChanged",
-    "Undo",               "angularUnitChanged",   "cameraChange",
-    "colorMgtPrefsChanged", "deleteAll",          "flushUndo",
-    "idle",               "idleVeryLow",          "linearUnitChanged",
-    "modelEditorChanged", "nameSpaceChanged",     "playbackByChanged",
-    "playbackModeChanged", "playbackRangeAboutToChange", "playbackRangeChanged",
-    "playbackRangeSliderChanged", "playbackSpeedChanged", "preferencesChanged",
-    "quitApplication",    "selectionConstraintsChanged", "timeChanged",
-    "timeUnitChanged",    "workspaceChanged",
+    "DagObjectCreated",
+    "DagObjectNameChanged",
+    "DisplayPreferenceChanged",
+    "NameChanged",
+    "NewSceneOpened",
+    "PostSceneRead",
+    "PostToolChanged",
+    "PreFileNewOrOpened",
+    "PreNewSceneOpened",
+    "PreSceneOpened",
+    "PreSceneSaved",
+    "RecentCommandChanged",
+    "Redo",
+    "SceneImported",
+    "SceneOpened",
+    "SceneSaved",
+    "SelectModeChanged",
+    "SelectPreferenceChanged",
+    "SelectTypeChanged",
+    "SelectionChanged",
+    "SequencerActiveShotChanged",
+    "SetModified",
+    "ToolChanged",
+    "ToolSettingsChanged",
+    "Undo",
+    "angularUnitChanged",
+    "cameraChange",
+    "colorMgtPrefsChanged",
+    "deleteAll",
+    "flushUndo",
+    "idle",
+    "idleVeryLow",
+    "linearUnitChanged",
+    "modelEditorChanged",
+    "nameSpaceChanged",
+    "playbackByChanged",
+    "playbackModeChanged",
+    "playbackRangeAboutToChange",
+    "playbackRangeChanged",
+    "playbackRangeSliderChanged",
+    "playbackSpeedChanged",
+    "preferencesChanged",
+    "quitApplication",
+    "selectionConstraintsChanged",
+    "timeChanged",
+    "timeUnitChanged",
+    "workspaceChanged",
 };
 
 const char* const CONDITIONS[] = {
-    "SomethingSelected", "UndoAvailable", "RedoAvailable", "busy", "playingBack", "readingFile", "writingFile",
-    "opening", "newing", "playblasting",
+    "SomethingSelected", "UndoAvailable", "RedoAvailable", "busy",   "playingBack",
+    "readingFile",       "writingFile",   "opening",       "newing", "playblasting",
 };
 
 } // namespace
@@ -41,7 +72,9 @@ EventBus::EventBus() {
     }
 }
 
-bool EventBus::HasEvent(const std::string& event) const { return events_.count(event) != 0; }
+bool EventBus::HasEvent(const std::string& event) const {
+    return events_.count(event) != 0;
+}
 
 std::vector<std::string> EventBus::EventNames() const {
     std::vector<std::string> names;
@@ -51,15 +84,21 @@ std::vector<std::string> EventBus::EventNames() const {
     return names;
 }
 
-bool EventBus::AddEvent(const std::string& event) { return events_.try_emplace(event).second; }
+bool EventBus::AddEvent(const std::string& event) {
+    return events_.try_emplace(event).second;
+}
 
 EventBus::Id EventBus::AddCallback(const std::string& event, Callback callback) {
     return Add(events_, event, [callback = std::move(callback)](bool) { callback(); });
 }
 
-void EventBus::Fire(const std::string& event) { Call(events_, event, true); }
+void EventBus::Fire(const std::string& event) {
+    Call(events_, event, true);
+}
 
-bool EventBus::HasCondition(const std::string& condition) const { return conditions_.count(condition) != 0; }
+bool EventBus::HasCondition(const std::string& condition) const {
+    return conditions_.count(condition) != 0;
+}
 
 std::vector<std::string> EventBus::ConditionNames() const {
     std::vector<std::string> names;
@@ -86,7 +125,9 @@ EventBus::Id EventBus::AddConditionCallback(const std::string& condition, Condit
     return Add(conditions_, condition, std::move(callback));
 }
 
-bool EventBus::Remove(Id id) { return Erase(events_, id) || Erase(conditions_, id); }
+bool EventBus::Remove(Id id) {
+    return Erase(events_, id) || Erase(conditions_, id);
+}
 
 std::size_t EventBus::CallbackCount() const {
     std::size_t count = 0;
@@ -116,7 +157,8 @@ void EventBus::Call(Channels& channels, const std::string& name, bool state) {
     const std::vector<Entry> entries = channel->second.entries;
     for (const Entry& entry : entries) {
         const std::vector<Entry>& current = channel->second.entries;
-        if (std::any_of(current.begin(), current.end(), [&](const Entry& other) { return other.id == entry.id; })) {
+        if (std::any_of(current.begin(), current.end(),
+                        [&](const Entry& other) { return other.id == entry.id; })) {
             (*entry.callback)(state);
         }
     }

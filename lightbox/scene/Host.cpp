@@ -1,18 +1,15 @@
 #include "scene/Host.h"
 
+#include "formats/SceneFiles.h"
+#include "mel/Interpreter.h"
 #include "scene/EventBus.h"
 #include "scene/IdleQueue.h"
+#include "scene/OptionVars.h"
 #include "scene/Output.h"
+#include "scene/PluginManager.h"
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
-
-#include "formats/ReferenceList.h"
-#include "formats/SceneFiles.h"
-#include "formats/UnknownContent.h"
-#include "mel/Interpreter.h"
-#include "mel/OptionVars.h"
-#include "scene/PluginManager.h"
 
 #include <stdexcept>
 
@@ -37,7 +34,7 @@ Host::Host(const Options& options)
     }
     g_host = this;
     scene_->New();
-    optionVars_ = std::make_unique<OptionVars>(*this);
+    optionVars_ = std::make_unique<OptionVars>(options_.prefsFolder);
     interpreter_ = std::make_unique<mel::Interpreter>(*this);
     files_ = std::make_unique<SceneFiles>(*this);
     plugins_ = std::make_unique<PluginManager>(*this);
@@ -48,6 +45,7 @@ Host::~Host() {
     idle_->Clear();
     undo_->Flush();
     plugins_->UnloadAll();
+    optionVars_->Save();
     g_host = nullptr;
 }
 
@@ -58,6 +56,8 @@ Host& Host::Get() {
     return *g_host;
 }
 
-Host* Host::Current() { return g_host; }
+Host* Host::Current() {
+    return g_host;
+}
 
 } // namespace lightbox

@@ -9,7 +9,8 @@ namespace lightbox {
 
 namespace {
 
-std::shared_ptr<Attribute> FindIn(const std::vector<std::shared_ptr<Attribute>>& attributes, const std::string& name) {
+std::shared_ptr<Attribute> FindIn(const std::vector<std::shared_ptr<Attribute>>& attributes,
+                                  const std::string& name) {
     for (const std::shared_ptr<Attribute>& attribute : attributes) {
         if (attribute->HasName(name)) {
             return attribute;
@@ -30,11 +31,14 @@ bool HasAnyNameOf(const Node& node, const Attribute& attribute) {
 } // namespace
 
 bool PlugState::operator==(const PlugState& other) const {
-    return value == other.value && isSet == other.isSet && locked == other.locked && keyable == other.keyable &&
-           channelBox == other.channelBox;
+    return value == other.value && isSet == other.isSet && locked == other.locked &&
+           keyable == other.keyable && channelBox == other.channelBox;
 }
 
-Node::Node(std::shared_ptr<const NodeType> type) : type_(std::move(type)) { ++type_->liveNodes; }
+Node::Node(std::shared_ptr<const NodeType> type)
+    : type_(std::move(type)) {
+    ++type_->liveNodes;
+}
 
 Node::~Node() {
     // The plug-in's object may still ask its node for something while it goes.
@@ -85,8 +89,9 @@ bool Node::AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t
 
 bool Node::RemoveDynamicAttribute(const Attribute& attribute) {
     const auto found =
-        std::find_if(dynamic_.begin(), dynamic_.end(),
-                     [&](const std::shared_ptr<Attribute>& candidate) { return candidate.get() == &attribute; });
+        std::find_if(dynamic_.begin(), dynamic_.end(), [&](const std::shared_ptr<Attribute>& candidate) {
+            return candidate.get() == &attribute;
+        });
     if (found == dynamic_.end()) {
         return false;
     }
@@ -99,7 +104,9 @@ const PlugState* Node::FindState(const Attribute& attribute, int element) const 
     return found == states_.end() ? nullptr : &found->second;
 }
 
-PlugState& Node::State(const Attribute& attribute, int element) { return states_[{&attribute, element}]; }
+PlugState& Node::State(const Attribute& attribute, int element) {
+    return states_[{&attribute, element}];
+}
 
 void Node::SetState(const Attribute& attribute, int element, const PlugState& state) {
     if (state.IsDefault()) {

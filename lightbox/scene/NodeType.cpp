@@ -3,7 +3,9 @@
 namespace lightbox {
 
 NodeType::NodeType(std::string name, std::shared_ptr<const NodeType> base, MFn::Type apiType)
-    : name_(std::move(name)), base_(std::move(base)), apiType_(apiType) {
+    : name_(std::move(name))
+    , base_(std::move(base))
+    , apiType_(apiType) {
     if (base_) {
         attributes_ = base_->attributes_;
         byName_ = base_->byName_;

@@ -45,7 +45,9 @@ Plug DrivingPlug(const Plug& plug) {
 } // namespace
 
 Plug::Plug(std::shared_ptr<Node> plugNode, std::shared_ptr<Attribute> plugAttribute, int plugElement)
-    : node(std::move(plugNode)), attribute(std::move(plugAttribute)), element(plugElement) {}
+    : node(std::move(plugNode))
+    , attribute(std::move(plugAttribute))
+    , element(plugElement) {}
 
 bool Plug::operator==(const Plug& other) const {
     return node == other.node && attribute == other.attribute && element == other.element;
@@ -83,12 +85,13 @@ Plug Plug::Parent() const {
     if (!attribute->Parent()) {
         return {};
     }
-    const auto parent =
-        std::static_pointer_cast<Attribute>(attribute->Parent()->shared_from_this());
+    const auto parent = std::static_pointer_cast<Attribute>(attribute->Parent()->shared_from_this());
     return Plug(node, parent, parent->HasElements() ? element : -1);
 }
 
-Plug Plug::Element(int index) const { return IsArray() && index >= 0 ? Plug(node, attribute, index) : Plug(); }
+Plug Plug::Element(int index) const {
+    return IsArray() && index >= 0 ? Plug(node, attribute, index) : Plug();
+}
 
 std::vector<Plug> Plug::Elements() const {
     if (!IsArray()) {
@@ -98,7 +101,8 @@ std::vector<Plug> Plug::Elements() const {
     if (node->InScene()) {
         for (const Connection& connection : node->InScene()->connections().Of(*node)) {
             for (const Plug* end : {&connection.source, &connection.destination}) {
-                if (end->node == node && end->element >= 0 && end->attribute->ArrayAttribute() == attribute.get()) {
+                if (end->node == node && end->element >= 0 &&
+                    end->attribute->ArrayAttribute() == attribute.get()) {
                     indexes.push_back(end->element);
                 }
             }
@@ -113,7 +117,9 @@ std::vector<Plug> Plug::Elements() const {
     return elements;
 }
 
-bool Plug::IsArray() const { return attribute && attribute->multi && element < 0; }
+bool Plug::IsArray() const {
+    return attribute && attribute->multi && element < 0;
+}
 
 AttributeValue Plug::Get() const {
     DepthScope depth;
@@ -188,7 +194,8 @@ std::string Plug::WhyNotSettable() const {
     for (std::size_t i = 0; i < attribute->Children().size(); ++i) {
         isFixed = isFixed || Child(i).IsLocked() || DrivingPlug(Child(i));
     }
-    return isFixed ? "The attribute '" + Name() + "' is locked or connected and cannot be modified." : std::string();
+    return isFixed ? "The attribute '" + Name() + "' is locked or connected and cannot be modified."
+                   : std::string();
 }
 
 bool Plug::Set(const AttributeValue& value) const {

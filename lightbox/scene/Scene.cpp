@@ -9,7 +9,10 @@
 
 namespace lightbox {
 
-Scene::Scene(EventBus& events, const Timeline& timeline) : events_(events), timeline_(timeline), selection_(events) {
+Scene::Scene(EventBus& events, const Timeline& timeline)
+    : events_(events)
+    , timeline_(timeline)
+    , selection_(events) {
     world_ = std::make_shared<DagNode>(types_.FindNodeType("world"));
     world_->scene_ = this;
     world_->name_ = "world";
@@ -59,7 +62,8 @@ void Scene::MakeDefaultNodes() {
     const Plug resolution = FindPlug("defaultRenderGlobals.resolution");
     connections_.Add(FindPlug("defaultResolution.message"), resolution);
 
-    MakeCamera("persp", {28, 21, 28}, {-27.938352729602379, 44.999999999999972, -5.1726811013541830e-14}, false);
+    MakeCamera("persp", {28, 21, 28}, {-27.938352729602379, 44.999999999999972, -5.1726811013541830e-14},
+               false);
     MakeCamera("top", {0, 1000.1, 0}, {-90, 0, 0}, true);
     MakeCamera("front", {0, 0, 1000.1}, {0, 0, 0}, true);
     MakeCamera("side", {1000.1, 0, 0}, {0, 90, 0}, true);
@@ -73,7 +77,8 @@ void Scene::MakeCamera(const std::string& name, const std::vector<double>& trans
     shape->isShared = true;
     Attach(transform, name);
     Attach(shape, name + "Shape", transform.get());
-    const auto store = [](const std::shared_ptr<Node>& node, const char* attribute, const AttributeValue& value) {
+    const auto store = [](const std::shared_ptr<Node>& node, const char* attribute,
+                          const AttributeValue& value) {
         Plug(node, node->FindAttribute(attribute)).Store(value);
     };
     store(transform, "visibility", 0.0);
@@ -91,14 +96,16 @@ void Scene::MakeCamera(const std::string& name, const std::vector<double>& trans
     } else {
         store(shape, "centerOfInterest", 44.82186966202994);
     }
-    store(shape, "homeCommand", orthographic ? "viewSet -" + name.substr(0, 1) + " %camera" : "viewSet -p %camera");
+    store(shape, "homeCommand",
+          orthographic ? "viewSet -" + name.substr(0, 1) + " %camera" : "viewSet -p %camera");
 }
 
 std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
     if (!type || type->isAbstract) {
         throw SceneError("Cannot create a node of type '" + (type ? type->Name() : std::string()) + "'.");
     }
-    std::shared_ptr<Node> node = type->IsDag() ? std::make_shared<DagNode>(type) : std::make_shared<Node>(type);
+    std::shared_ptr<Node> node =
+        type->IsDag() ? std::make_shared<DagNode>(type) : std::make_shared<Node>(type);
     node->serial_ = nextSerial_++;
     if (type->creator) {
         node->userNode_.reset(static_cast<MPxNode*>(type->creator()));
@@ -230,6 +237,8 @@ void Scene::Move(DagNode& node, DagNode& parent, int index) {
     node.parent_ = &parent;
 }
 
-void Scene::Reorder(DagNode& node, int index) { Move(node, *node.parent_, index); }
+void Scene::Reorder(DagNode& node, int index) {
+    Move(node, *node.parent_, index);
+}
 
 } // namespace lightbox

@@ -80,9 +80,9 @@ public:
     /// The name by which the node is shown: its name, or its shortest unambiguous path.
     static std::string ShownName(const Node& node);
 
-    /// The name itself when it is free, else with the next free number; a # at its end asks for a number. In the DAG a name has to be free
-    /// among the siblings and may not be that of a node outside the DAG. Characters that no name has become
-    /// underscores.
+    /// The name itself when it is free, else with the next free number; a # at its end asks for a number. In
+    /// the DAG a name has to be free among the siblings and may not be that of a node outside the DAG.
+    /// Characters that no name has become underscores.
     std::string FreeName(const std::string& wanted, const Node& node, const DagNode* parent) const;
     /// A name that no node has at all, from the type's default name and a number.
     std::string FreeDefaultName(const NodeType& type) const;

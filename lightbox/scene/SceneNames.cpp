@@ -21,7 +21,9 @@ std::vector<std::string> SplitPath(const std::string& path) {
 }
 
 /// A name as nodes hold it: ":a" is "a".
-std::string Plain(const std::string& name) { return !name.empty() && name[0] == ':' ? name.substr(1) : name; }
+std::string Plain(const std::string& name) {
+    return !name.empty() && name[0] == ':' ? name.substr(1) : name;
+}
 
 /// Whether a pattern with * and ? matches a name. Neither stands for a colon.
 bool Matches(const char* pattern, const char* name) {
@@ -79,7 +81,8 @@ std::string LegalName(const std::string& wanted) {
             name += c;
         } else if (byte < 0x80 && std::isdigit(byte)) {
             name += startsPart ? std::string("_") + c : std::string(1, c);
-        } else if ((byte & 0xc0) != 0x80) { // the bytes after the first of a character stand for nothing of their own
+        } else if ((byte & 0xc0) !=
+                   0x80) { // the bytes after the first of a character stand for nothing of their own
             name += '_';
         }
     }
@@ -119,8 +122,9 @@ AttributePart ParsePart(const std::string& text) {
         return part;
     }
     const std::string digits = text.substr(bracket + 1, text.size() - bracket - 2);
-    part.isValid = text.back() == ']' && !digits.empty() && digits.size() < 10 &&
-                   std::all_of(digits.begin(), digits.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+    part.isValid =
+        text.back() == ']' && !digits.empty() && digits.size() < 10 &&
+        std::all_of(digits.begin(), digits.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
     part.index = part.isValid ? std::stoi(digits) : -1;
     return part;
 }
@@ -172,7 +176,9 @@ std::vector<std::shared_ptr<Node>> Scene::Matching(const std::string& pattern) c
     return nodes;
 }
 
-Plug Scene::FindPlug(const std::string& text) const { return FindPlug(text, true); }
+Plug Scene::FindPlug(const std::string& text) const {
+    return FindPlug(text, true);
+}
 
 Plug Scene::FindPlug(const std::string& text, bool keep) const {
     const std::size_t dot = text.find('.');
@@ -233,7 +239,8 @@ std::string Scene::FreeName(const std::string& wanted, const Node& node, const D
     const bool isDag = node.Type().IsDag();
     const auto isFree = [&](const std::string& candidate) {
         const auto found = byName_.find(candidate);
-        return found == byName_.end() || std::all_of(found->second.begin(), found->second.end(), [&](const Node* other) {
+        return found == byName_.end() ||
+               std::all_of(found->second.begin(), found->second.end(), [&](const Node* other) {
                    const auto* otherDag = dynamic_cast<const DagNode*>(other);
                    return other == &node || (isDag && otherDag && otherDag->Parent() != parent);
                });

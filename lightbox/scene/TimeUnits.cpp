@@ -93,7 +93,8 @@ MTime::Unit UnitFromName(const std::string& name) {
         }
     }
     const std::string suffix = "fps";
-    if (name.size() > suffix.size() && name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0) {
+    if (name.size() > suffix.size() &&
+        name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0) {
         for (const UnitRow& row : UNITS) {
             if (row.rate.denominator == 1 && row.unit >= MTime::kGames &&
                 name == std::to_string(static_cast<int>(row.rate.numerator)) + suffix) {

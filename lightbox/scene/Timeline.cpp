@@ -8,7 +8,8 @@
 
 namespace lightbox {
 
-Timeline::Timeline(EventBus& events) : events_(events) {}
+Timeline::Timeline(EventBus& events)
+    : events_(events) {}
 
 void Timeline::Reset() {
     SetPlaying(0);

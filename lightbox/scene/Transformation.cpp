@@ -1,7 +1,6 @@
 #include "scene/Transformation.h"
 
 #include <Imath/ImathMatrixAlgo.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -12,9 +11,13 @@ namespace {
 /// The axes in the order in which they turn, by the value of rotateOrder.
 const int ORDERS[6][3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}, {0, 2, 1}, {1, 0, 2}, {2, 1, 0}};
 
-const int (&AxesOf(int order))[3] { return ORDERS[std::clamp(order, 0, 5)]; }
+const int (&AxesOf(int order))[3] {
+    return ORDERS[std::clamp(order, 0, 5)];
+}
 
-Imath::M44d Translation(const Imath::V3d& offset) { return Imath::M44d().setTranslation(offset); }
+Imath::M44d Translation(const Imath::V3d& offset) {
+    return Imath::M44d().setTranslation(offset);
+}
 
 Imath::M44d AxisRotation(int axis, double degrees) {
     const double angle = degrees * M_PI / 180.0;
@@ -66,9 +69,10 @@ Imath::M44d Transformation::Matrix() const {
     shearing[1][0] = shear.x;
     shearing[2][0] = shear.y;
     shearing[2][1] = shear.z;
-    return Translation(-scalePivot) * scaling * shearing * Translation(scalePivot) * Translation(scalePivotTranslate) *
-           Translation(-rotatePivot) * Rotation(rotateAxis, 0) * Rotation(rotate, rotateOrder) *
-           Translation(rotatePivot) * Translation(rotatePivotTranslate) * Translation(translate);
+    return Translation(-scalePivot) * scaling * shearing * Translation(scalePivot) *
+           Translation(scalePivotTranslate) * Translation(-rotatePivot) * Rotation(rotateAxis, 0) *
+           Rotation(rotate, rotateOrder) * Translation(rotatePivot) * Translation(rotatePivotTranslate) *
+           Translation(translate);
 }
 
 bool Transformation::SetMatrix(const Imath::M44d& matrix) {

@@ -5,9 +5,9 @@
 
 namespace lightbox {
 
-/// The parts of a transform node. Angles in degrees. A transform's matrix is, for row vectors, scale pivot, scale, shear,
-/// scale pivot translation, rotate pivot, rotate axis, rotation, rotate pivot translation, translation, in the published
-/// order.
+/// The parts of a transform node. Angles in degrees. A transform's matrix is, for row vectors, scale pivot,
+/// scale, shear, scale pivot translation, rotate pivot, rotate axis, rotation, rotate pivot translation,
+/// translation, in the published order.
 struct Transformation {
     Imath::V3d translate{0.0};
     Imath::V3d rotate{0.0};
@@ -21,8 +21,8 @@ struct Transformation {
     int rotateOrder = 0;
 
     Imath::M44d Matrix() const;
-    /// Chooses translate, rotate, scale and shear so that Matrix() becomes that matrix; the other parts stay. False for a
-    /// matrix that flattens space.
+    /// Chooses translate, rotate, scale and shear so that Matrix() becomes that matrix; the other parts stay.
+    /// False for a matrix that flattens space.
     bool SetMatrix(const Imath::M44d& matrix);
 };
 

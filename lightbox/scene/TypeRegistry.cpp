@@ -4,7 +4,9 @@
 
 namespace lightbox {
 
-TypeRegistry::TypeRegistry() { AddBuiltinTypes(*this); }
+TypeRegistry::TypeRegistry() {
+    AddBuiltinTypes(*this);
+}
 
 std::shared_ptr<const NodeType> TypeRegistry::FindNodeType(const std::string& name) const {
     const auto found = nodeTypes_.find(name);
@@ -72,7 +74,9 @@ bool TypeRegistry::AddDataType(std::shared_ptr<DataType> type) {
     return dataTypes_.try_emplace(name, std::move(type)).second;
 }
 
-bool TypeRegistry::RemoveDataType(const std::string& name) { return dataTypes_.erase(name) != 0; }
+bool TypeRegistry::RemoveDataType(const std::string& name) {
+    return dataTypes_.erase(name) != 0;
+}
 
 std::shared_ptr<DataValue> TypeRegistry::MakeData(const std::shared_ptr<const DataType>& type) {
     std::unique_ptr<MPxData> data(static_cast<MPxData*>(type->creator()));

@@ -9,7 +9,10 @@ namespace lightbox {
 /// Marks the queue as undoing or redoing.
 class UndoQueue::RunningScope {
 public:
-    RunningScope(UndoQueue& queue, Running running) : queue_(queue) { queue_.running_ = running; }
+    RunningScope(UndoQueue& queue, Running running)
+        : queue_(queue) {
+        queue_.running_ = running;
+    }
     ~RunningScope() { queue_.running_ = Running::None; }
     RunningScope(const RunningScope&) = delete;
     RunningScope& operator=(const RunningScope&) = delete;
@@ -22,11 +25,16 @@ std::string UndoQueue::Chunk::Name() const {
     return !name.empty() || items.empty() ? name : items.front()->Name();
 }
 
-UndoQueue::UndoQueue(EventBus& events) : events_(events) {}
+UndoQueue::UndoQueue(EventBus& events)
+    : events_(events) {}
 
-UndoQueue::~UndoQueue() { Flush(); }
+UndoQueue::~UndoQueue() {
+    Flush();
+}
 
-bool UndoQueue::IsRecording() const { return enabled_ && paused_ == 0 && running_ == Running::None; }
+bool UndoQueue::IsRecording() const {
+    return enabled_ && paused_ == 0 && running_ == Running::None;
+}
 
 void UndoQueue::Push(std::unique_ptr<UndoItem> item) {
     if (IsRecording()) {
@@ -125,13 +133,17 @@ bool UndoQueue::Redo() {
     return true;
 }
 
-bool UndoQueue::CanUndo() const { return open_ || !done_.empty(); }
+bool UndoQueue::CanUndo() const {
+    return open_ || !done_.empty();
+}
 
 std::string UndoQueue::UndoName() const {
     return open_ ? open_->Name() : done_.empty() ? std::string() : done_.back().Name();
 }
 
-std::string UndoQueue::RedoName() const { return undone_.empty() ? std::string() : undone_.back().Name(); }
+std::string UndoQueue::RedoName() const {
+    return undone_.empty() ? std::string() : undone_.back().Name();
+}
 
 std::vector<std::string> UndoQueue::Names() const {
     std::vector<std::string> names;
