@@ -162,12 +162,12 @@ MStatus NodeCommand::CreateNode() {
     }
     if (!m_hasRun) {
         MGlobal::getActiveSelectionList(m_selection);
-        const MStatus built = BuildNodes();
+        MStatus built = BuildNodes();
         if (!built) {
             return built;
         }
     }
-    const MStatus done = m_modifier.doIt();
+    MStatus done = m_modifier.doIt();
     if (!done) {
         return done;
     }
