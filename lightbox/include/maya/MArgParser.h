@@ -1,0 +1,68 @@
+#pragma once
+
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+
+#include <memory>
+
+class MArgList;
+class MStringArray;
+class MSyntax;
+class MTime;
+
+namespace lightbox {
+namespace mel {
+class ParsedArguments;
+}
+} // namespace lightbox
+
+/// A command's argument list read against its syntax. Flags are named by their short or long name, with or
+/// without the hyphen. When the list does not fit the syntax, the constructor's status is a failure whose
+/// error string says why, and the message is shown as an error.
+class MArgParser {
+public:
+    MArgParser(const MSyntax& syntax, const MArgList& argList, MStatus* ReturnStatus = nullptr);
+    MArgParser(const MArgParser&) = delete;
+    MArgParser& operator=(const MArgParser&) = delete;
+    virtual ~MArgParser();
+
+    bool isFlagSet(const char* flag, MStatus* ReturnStatus = nullptr) const;
+    bool isFlagSet(const MString& flag, MStatus* ReturnStatus = nullptr) const;
+    bool isEdit(MStatus* ReturnStatus = nullptr) const;
+    bool isQuery(MStatus* ReturnStatus = nullptr) const;
+    unsigned int numberOfFlagsUsed() const;
+    unsigned int numberOfFlagUses(const char* flag) const;
+
+    bool flagArgumentBool(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    int flagArgumentInt(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    double flagArgumentDouble(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MString flagArgumentString(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MTime flagArgumentMTime(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
+
+    MStatus getFlagArgument(const char* flag, unsigned int index, bool& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, int& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, unsigned int& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, double& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, MString& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, MTime& result) const;
+
+    /// The arguments of one use of a multi-use flag.
+    MStatus getFlagArgumentList(const char* flag, unsigned int occurrence, MArgList& args) const;
+    /// Where in the argument list one use of a flag stands.
+    MStatus getFlagArgumentPosition(const char* flag, unsigned int occurrence, unsigned int& position) const;
+
+    bool commandArgumentBool(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    int commandArgumentInt(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    double commandArgumentDouble(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MString commandArgumentString(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MStatus getCommandArgument(unsigned int index, bool& result) const;
+    MStatus getCommandArgument(unsigned int index, int& result) const;
+    MStatus getCommandArgument(unsigned int index, double& result) const;
+    MStatus getCommandArgument(unsigned int index, MString& result) const;
+
+    /// The objects as they were written.
+    MStatus getObjects(MStringArray& result) const;
+
+protected:
+    std::unique_ptr<lightbox::mel::ParsedArguments> parsed;
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <maya/MStatus.h>
+
+#include <memory>
+
+class MDoubleArray;
+class MIntArray;
+class MMatrix;
+class MString;
+class MStringArray;
+class MVector;
+
+namespace lightbox {
+namespace mel {
+class Value;
+}
+} // namespace lightbox
+
+/// The result of a command line, with its type. A getter of another type than the result's fails and leaves
+/// its argument alone.
+class MCommandResult {
+public:
+    enum Type {
+        kInvalid = 0,
+        kInt,
+        kInt64,
+        kIntArray,
+        kDouble,
+        kDoubleArray,
+        kString,
+        kStringArray,
+        kVector,
+        kVectorArray,
+        kMatrix,
+        kMatrixArray,
+        kNumTypes
+    };
+
+    explicit MCommandResult(MStatus* ReturnStatus = nullptr);
+    MCommandResult(const MCommandResult& other);
+    MCommandResult& operator=(const MCommandResult& other);
+    ~MCommandResult();
+
+    Type resultType() const;
+    MStatus getResult(int& result) const;
+    MStatus getResult(MIntArray& result) const;
+    MStatus getResult(double& result) const;
+    MStatus getResult(MDoubleArray& result) const;
+    MStatus getResult(MString& result) const;
+    MStatus getResult(MStringArray& result) const;
+    MStatus getResult(MVector& result) const;
+    MStatus getResult(MMatrix& result) const;
+    /// The result as text whatever its type.
+    MString stringResult(MStatus* ReturnStatus = nullptr) const;
+
+private:
+    friend class MGlobal;
+
+    /// How MGlobal fills it in.
+    void setValue(const lightbox::mel::Value& newValue);
+
+    std::unique_ptr<lightbox::mel::Value> value;
+};

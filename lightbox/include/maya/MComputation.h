@@ -1,0 +1,31 @@
+#pragma once
+
+#include <maya/MString.h>
+
+#include <memory>
+
+/// A long computation that shows how far it is and can be interrupted. In batch, progress is a line on
+/// standard error and nothing interrupts.
+class MComputation {
+public:
+    MComputation();
+    ~MComputation();
+    MComputation(const MComputation&) = delete;
+    MComputation& operator=(const MComputation&) = delete;
+
+    void beginComputation(bool showProgressBar = false, bool isInterruptable = true,
+                          bool useWaitCursor = false);
+    bool isInterruptRequested();
+    void endComputation();
+
+    void setProgressRange(int min, int max);
+    int progressMin();
+    int progressMax();
+    void setProgress(int amount);
+    int progress();
+    void setProgressStatus(const MString& statusMessage);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <maya/MObject.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+
+#include <memory>
+
+/// Collects edits of the dependency graph that are done and undone together. A node made by createNode()
+/// stands at once, but joins the scene with doIt(). undoIt() takes back everything done; doIt() then does it
+/// again, with the same node objects. Edits added after a doIt() are done by the next one.
+class MDGModifier {
+public:
+    MDGModifier();
+    virtual ~MDGModifier();
+    MDGModifier(const MDGModifier&) = delete;
+    MDGModifier& operator=(const MDGModifier&) = delete;
+
+    MObject createNode(const MTypeId& typeId, MStatus* ReturnStatus = nullptr);
+    MObject createNode(const MString& type, MStatus* ReturnStatus = nullptr);
+    MStatus deleteNode(const MObject& node);
+    /// Renames on doIt(); a name that is taken gets a number.
+    MStatus renameNode(const MObject& node, const MString& newName);
+    MStatus connect(const MPlug& source, const MPlug& dest);
+    MStatus disconnect(const MPlug& source, const MPlug& dest);
+    MStatus newPlugValueBool(const MPlug& plug, bool value);
+    MStatus newPlugValueInt(const MPlug& plug, int value);
+    MStatus newPlugValueFloat(const MPlug& plug, float value);
+    MStatus newPlugValueDouble(const MPlug& plug, double value);
+    MStatus newPlugValueMTime(const MPlug& plug, const MTime& value);
+    MStatus newPlugValueString(const MPlug& plug, const MString& value);
+
+    /// On failure, what was already done of this call is taken back.
+    MStatus doIt();
+    MStatus undoIt();
+
+protected:
+    friend class lightbox::Access;
+    struct State;
+    std::unique_ptr<State> state_;
+};

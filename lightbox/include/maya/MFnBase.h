@@ -1,0 +1,24 @@
+#pragma once
+
+#include <maya/MFn.h>
+#include <maya/MObject.h>
+#include <maya/MStatus.h>
+
+/// Base of the function sets: it holds the object that the set works on, and refuses one it cannot work on.
+class MFnBase {
+public:
+    virtual ~MFnBase();
+
+    virtual MFn::Type type() const;
+    bool hasObj(MFn::Type type) const;
+    bool hasObj(const MObject& object) const;
+    MObject object(MStatus* ReturnStatus = nullptr) const;
+    virtual MStatus setObject(const MObject& object);
+
+protected:
+    MFnBase();
+    MFnBase(const MFnBase&) = default;
+    MFnBase& operator=(const MFnBase&) = default;
+
+    MObject object_;
+};

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <maya/MApiNamespace.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+
+/// What belongs to the host as a whole: messages, selection, command execution, stored preferences.
+class MGlobal {
+public:
+    enum MMayaState { kInteractive = 0, kBatch, kLibraryApp, kBaseUIMode };
+    enum ListAdjustment { kReplaceList = 0, kXORWithList, kAddToList, kRemoveFromList, kAddToHeadOfList };
+
+    static MMayaState mayaState(MStatus* ReturnStatus = nullptr);
+    static MString mayaVersion();
+    static int apiVersion();
+
+    static void displayInfo(const MString& theMessage, bool showLineNumber = false);
+    static void displayWarning(const MString& theWarning, bool showLineNumber = false);
+    static void displayError(const MString& theError, bool showLineNumber = false);
+
+    static MStatus getActiveSelectionList(MSelectionList& dest, bool orderedSelectionIfAvailable = false);
+    static MStatus setActiveSelectionList(const MSelectionList& src,
+                                          ListAdjustment listAdjustment = kReplaceList);
+    static MStatus clearSelectionList();
+    static MStatus select(const MObject& object, ListAdjustment listAdjustment = kAddToList);
+    static MStatus select(const MDagPath& object, const MObject& component,
+                          ListAdjustment listAdjustment = kAddToList);
+    static MStatus selectByName(const MString& name, ListAdjustment listAdjustment = kAddToList);
+    static MStatus unselect(const MObject& object);
+    static MStatus getSelectionListByName(const MString& name, MSelectionList& list);
+
+    /// Executes MEL. With displayEnabled the text and its result are echoed. Called from inside a command's
+    /// doIt, redoIt or undoIt with undoEnabled false, nothing is recorded for undo; from anywhere else what
+    /// runs is recorded as if typed. The forms with a result fail when the result is of another kind, and
+    /// then leave it as it was.
+    static MStatus executeCommand(const MString& command, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, MCommandResult& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, int& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, MIntArray& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, double& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, MDoubleArray& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, MString& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MStatus executeCommand(const MString& command, MStringArray& result, bool displayEnabled = false,
+                                  bool undoEnabled = false);
+    static MString executeCommandStringResult(const MString& command, bool displayEnabled = false,
+                                              bool undoEnabled = false, MStatus* ReturnStatus = nullptr);
+    /// Executes the MEL once the host is idle.
+    static MStatus executeCommandOnIdle(const MString& command, bool displayEnabled = false);
+
+    static bool isUndoing();
+    static bool isRedoing();
+
+    static int optionVarIntValue(const MString& name, bool* exists = nullptr);
+    static double optionVarDoubleValue(const MString& name, bool* exists = nullptr);
+    static MString optionVarStringValue(const MString& name, bool* exists = nullptr);
+    /// Answers whether the name is new.
+    static bool setOptionVarValue(const MString& name, int value);
+    static bool setOptionVarValue(const MString& name, double value);
+    static bool setOptionVarValue(const MString& name, const MString& value);
+    static bool optionVarExists(const MString& name);
+    static bool removeOptionVar(const MString& name);
+};

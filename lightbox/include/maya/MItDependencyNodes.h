@@ -1,0 +1,23 @@
+#pragma once
+
+#include <maya/MFn.h>
+#include <maya/MObject.h>
+#include <maya/MStatus.h>
+
+#include <vector>
+
+/// Visits all nodes of the scene that are of the filter's type, in the order they were created.
+class MItDependencyNodes {
+public:
+    MItDependencyNodes(MFn::Type filter = MFn::kInvalid, MStatus* ReturnStatus = nullptr);
+
+    MStatus reset(MFn::Type filter = MFn::kInvalid);
+    MStatus next();
+    bool isDone(MStatus* ReturnStatus = nullptr);
+    MObject thisNode(MStatus* ReturnStatus = nullptr);
+    MObject item(MStatus* ReturnStatus = nullptr);
+
+private:
+    std::vector<MObject> nodes_;
+    std::size_t position_ = 0;
+};

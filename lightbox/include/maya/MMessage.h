@@ -1,0 +1,21 @@
+#pragma once
+
+#include <maya/MStatus.h>
+
+#include <cstdint>
+
+class MCallbackIdArray;
+
+/// Id of a callback; 0 names none.
+using MCallbackId = std::intptr_t;
+
+/// Base of the message classes.
+class MMessage {
+public:
+    using MBasicFunction = void (*)(void* clientData);
+
+    /// Fails for an id that is not, or no longer, registered. A callback may be removed while it runs.
+    static MStatus removeCallback(MCallbackId id);
+    /// Removes all; fails when one of them was not registered.
+    static MStatus removeCallbacks(const MCallbackIdArray& idList);
+};

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "mel/CommandRegistry.h"
+#include "mel/Error.h"
+#include "mel/Value.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lightbox {
+class Host;
+}
+
+namespace lightbox::mel {
+
+class SourceText;
+
+/// How a text is run.
+struct RunOptions {
+    /// Each statement is parsed when the one before it has run, so that a huge file needs little memory;
+    /// otherwise the whole text is parsed first and a syntax error means that nothing has run.
+    bool streamed = false;
+    /// Asked after each statement that failed, when given: true goes on with the next statement, false
+    /// throws. Without it the first error is thrown.
+    std::function<bool(const Error&)> onError;
+};
+
+/// The MEL language: texts in, values out. One per host, used on the main thread only. Every error leaves as
+/// mel::Error; none is printed here, except those that `catch` swallows.
+///
+/// Every outermost statement is one chunk on the undo queue: a statement of a text that was typed, of a
+/// script file, of a file sourced at the top level. What a command runs from inside belongs to that command's
+/// chunk.
+class Interpreter {
+public:
+    explicit Interpreter(Host& host);
+    ~Interpreter();
+    Interpreter(const Interpreter&) = delete;
+    Interpreter& operator=(const Interpreter&) = delete;
+
+    Host& GetHost() const { return host; }
+    CommandRegistry& Commands() { return commands; }
+    const CommandRegistry& Commands() const { return commands; }
+
+    /// Runs a text and returns the value of its last statement. `name` is shown in messages: the file the
+    /// text came from, or empty.
+    Value Execute(std::string text, const std::string& name = std::string(), const RunOptions& options = {});
+    /// Reads and runs a file. Throws Error when it cannot be read.
+    Value ExecuteFile(const std::string& path, const RunOptions& options = {});
+    /// The path of a script as `source` finds it: as given, or in the script folders; empty when there is
+    /// none.
+    std::string FindScript(const std::string& name) const;
+
+    /// Calls a command or procedure by name.
+    Value Call(const std::string& name, const std::vector<Value>& arguments);
+
+    /// Global variables. Setting creates a variable of the value's type or converts to the one it has.
+    bool HasGlobal(const std::string& name) const;
+    Value GetGlobal(const std::string& name) const;
+    void SetGlobal(const std::string& name, const Value& value);
+    bool HasProcedure(const std::string& name) const;
+
+    /// True while any text or command runs.
+    bool IsRunning() const;
+    /// True while a command of a plug-in runs (its doIt, redoIt or undoIt).
+    bool IsInPluginCommand() const;
+
+    /// Asks the running text to stop with an error at its next statement (from a signal or another thread).
+    void Interrupt();
+
+private:
+    class Implementation;
+    friend class Implementation;
+
+    Host& host;
+    CommandRegistry commands;
+    std::unique_ptr<Implementation> implementation;
+};
+
+/// The text as a MEL string literal with its quotes: quotes, backslashes, line breaks and tabs escaped, every
+/// other byte as it is.
+std::string Quoted(std::string_view text);
+
+/// Adds the commands of the language and those that need no scene. Called once when the host starts.
+void RegisterLanguageCommands(CommandRegistry& registry);
+
+} // namespace lightbox::mel

@@ -1,0 +1,148 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace lightbox::mel {
+
+/// The types of the language. `None` is the value of a statement without one; as the type of an expression
+/// `Any` means that only running it tells (the result of a command).
+enum class Type : std::uint8_t {
+    None,
+    Int,
+    Float,
+    String,
+    Vector,
+    IntArray,
+    FloatArray,
+    StringArray,
+    VectorArray,
+    Matrix,
+    Any,
+};
+
+/// "int", "string[]" and so on, as messages and `whatIs` word it.
+const char* TypeName(Type type);
+bool IsArray(Type type);
+/// int -> int[] and back; a type that has no such partner gives `None`.
+Type ArrayOf(Type element);
+Type ElementOf(Type array);
+
+struct Vector {
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+};
+
+/// A matrix of a fixed size, rows first.
+struct Matrix {
+    Matrix() = default;
+    Matrix(int rowCount, int columnCount);
+    double& At(int row, int column) { return cells[static_cast<std::size_t>(row) * columns + column]; }
+    double At(int row, int column) const { return cells[static_cast<std::size_t>(row) * columns + column]; }
+
+    int rows = 0;
+    int columns = 0;
+    std::vector<double> cells;
+};
+
+/// One value of the language. Copying is cheap: strings and arrays are shared. A string never changes once it
+/// is shared; an array is handed on by reference, as procedures and commands expect it, and `Detached()`
+/// gives an own copy where the language assigns. Conversions follow the language's rules: what has no
+/// conversion throws `Error` ("Cannot convert data of type string[] to type string.").
+class Value {
+public:
+    using IntArray = std::vector<int>;
+    using FloatArray = std::vector<double>;
+    using StringArray = std::vector<std::string>;
+    using VectorArray = std::vector<Vector>;
+
+    Value() = default;
+    Value(bool value);
+    Value(int value);
+    Value(double value);
+    Value(const char* text);
+    Value(std::string text);
+    Value(std::string_view text);
+    Value(const Vector& vector);
+    Value(IntArray array);
+    Value(FloatArray array);
+    Value(StringArray array);
+    Value(VectorArray array);
+    Value(Matrix matrix);
+    /// The value that a variable of the type starts with: 0, "", an empty array.
+    static Value Default(Type type);
+
+    Type GetType() const { return static_cast<Type>(data.index()); }
+    bool IsNone() const { return GetType() == Type::None; }
+    bool IsInt() const { return GetType() == Type::Int; }
+    bool IsFloat() const { return GetType() == Type::Float; }
+    bool IsString() const { return GetType() == Type::String; }
+    bool IsNumber() const { return IsInt() || IsFloat(); }
+    bool IsArray() const { return mel::IsArray(GetType()); }
+
+    /// Conversions. A text that does not begin with a number counts as 0.
+    int AsInt() const;
+    double AsFloat() const;
+    bool AsBool() const;
+    /// Numbers with up to ten significant digits, vectors as "x y z". Arrays throw.
+    std::string AsString() const;
+    Vector AsVector() const;
+    Matrix AsMatrix() const;
+    /// The value as it would be assigned to a variable of `type`.
+    Value ConvertedTo(Type type) const;
+    /// The same value sharing no array with anyone.
+    Value Detached() const;
+
+    /// Texts without a copy; only for strings (check `IsString()`), and valid as long as this value.
+    const std::string& Text() const;
+    /// Appends in place when no one shares the text. Only for strings.
+    void AppendText(std::string_view more);
+
+    /// The shared arrays; only for values of that type.
+    IntArray& Ints() const;
+    FloatArray& Floats() const;
+    StringArray& Strings() const;
+    VectorArray& Vectors() const;
+    Matrix& MatrixData() const;
+    /// Number of elements of an array, 1 for anything else, 0 for none.
+    std::size_t Size() const;
+    /// Element of an array as a value; beyond the end, the element type's default.
+    Value Element(std::size_t index) const;
+
+    /// Numbers and texts of an array or vector one by one, as commands take them.
+    void Flatten(std::vector<Value>& out) const;
+
+    /// What `print` writes: an array has one line per element, each ended by a line break.
+    std::string Printed() const;
+    /// What a result line shows: an array's elements between blanks.
+    std::string Shown() const;
+
+    int* IntSlot() { return std::get_if<int>(&data); }
+    const int* IntSlot() const { return std::get_if<int>(&data); }
+    double* FloatSlot() { return std::get_if<double>(&data); }
+    const double* FloatSlot() const { return std::get_if<double>(&data); }
+    const Vector* VectorSlot() const { return std::get_if<Vector>(&data); }
+
+private:
+    template <class T>
+    using Shared = std::shared_ptr<T>;
+
+    std::variant<std::monostate, int, double, Shared<std::string>, Vector, Shared<IntArray>,
+                 Shared<FloatArray>, Shared<StringArray>, Shared<VectorArray>, Shared<Matrix>>
+        data;
+};
+
+/// The number that a text begins with, after blanks; false when there is none. `rest` (optional) receives
+/// the part behind it.
+bool ReadNumber(std::string_view text, double& number, std::string_view* rest = nullptr);
+/// True when the whole text, apart from blanks around it, is one number.
+bool IsNumber(std::string_view text, double& number);
+/// The shortest text with up to ten significant digits.
+std::string NumberText(double number);
+
+} // namespace lightbox::mel
