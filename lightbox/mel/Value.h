@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -62,9 +63,14 @@ public:
     using VectorArray = std::vector<Vector>;
 
     Value() = default;
-    Value(bool value);
-    Value(int value);
-    Value(double value);
+    /// Truth is an int. (A template, so that no pointer counts as true.)
+    template <class Bool, std::enable_if_t<std::is_same_v<Bool, bool>, int> = 0>
+    Value(Bool value)
+        : data(value ? 1 : 0) {}
+    Value(int value)
+        : data(value) {}
+    Value(double value)
+        : data(value) {}
     Value(const char* text);
     Value(std::string text);
     Value(std::string_view text);

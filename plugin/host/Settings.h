@@ -1,5 +1,7 @@
 #pragma once
 
+#include "paint/ImageSize.h"
+
 #include <QByteArray>
 #include <QColor>
 #include <QString>
@@ -55,7 +57,7 @@ public:
     static constexpr int MAX_GHOSTED_FRAMES = 9;
     static constexpr int DEFAULT_GHOSTED_FRAME_COUNT = 3;
     static constexpr int DEFAULT_STATIC_FRAME_TIME = -999;
-    static const int FINAL_IMAGE_WIDTH; ///< width and height of every layer image, pixels
+    static constexpr int FINAL_IMAGE_WIDTH = IMAGE_WIDTH; ///< width and height of every layer image, pixels
 
     // Group "main".
     static QString mainMenuName;

@@ -1,0 +1,459 @@
+#include "mel/Value.h"
+
+#include "mel/Error.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace lightbox::mel {
+
+namespace {
+
+int ToInt(double number) {
+    if (std::isnan(number)) {
+        return 0;
+    }
+    constexpr double lowest = std::numeric_limits<int>::min();
+    constexpr double highest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(std::max(number, lowest), highest));
+}
+
+double Length(const Vector& v) { return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z); }
+
+[[noreturn]] void NoConversion(Type from, Type to) {
+    throw Error(std::string("Cannot convert data of type ") + TypeName(from) + " to type " + TypeName(to) +
+                ".");
+}
+
+std::string VectorText(const Vector& v) {
+    return NumberText(v.x) + " " + NumberText(v.y) + " " + NumberText(v.z);
+}
+
+std::string MatrixText(const Matrix& matrix, const char* cellEnd, const char* rowEnd) {
+    std::string text;
+    for (int row = 0; row < matrix.rows; ++row) {
+        for (int column = 0; column < matrix.columns; ++column) {
+            text += NumberText(matrix.At(row, column));
+            text += column + 1 < matrix.columns ? cellEnd : "";
+        }
+        text += row + 1 < matrix.rows ? rowEnd : "";
+    }
+    return text;
+}
+
+Vector TextVector(std::string_view text) {
+    Vector vector;
+    for (double* part : {&vector.x, &vector.y, &vector.z}) {
+        if (!ReadNumber(text, *part, &text)) {
+            *part = 0.0;
+        }
+    }
+    return vector;
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+    const auto begin = text.find_first_not_of(" \t\r\n\v\f");
+    return begin == std::string_view::npos ? std::string_view() : text.substr(begin);
+}
+
+template <class To, class From>
+std::vector<To> NumbersAs(const std::vector<From>& numbers) {
+    std::vector<To> converted;
+    converted.reserve(numbers.size());
+    for (const From number : numbers) {
+        if constexpr (std::is_same_v<To, int>) {
+            converted.push_back(ToInt(number));
+        } else {
+            converted.push_back(number);
+        }
+    }
+    return converted;
+}
+
+} // namespace
+
+const char* TypeName(Type type) {
+    switch (type) {
+    case Type::None:
+        return "void";
+    case Type::Int:
+        return "int";
+    case Type::Float:
+        return "float";
+    case Type::String:
+        return "string";
+    case Type::Vector:
+        return "vector";
+    case Type::IntArray:
+        return "int[]";
+    case Type::FloatArray:
+        return "float[]";
+    case Type::StringArray:
+        return "string[]";
+    case Type::VectorArray:
+        return "vector[]";
+    case Type::Matrix:
+        return "matrix";
+    case Type::Any:
+        break;
+    }
+    return "any";
+}
+
+bool IsArray(Type type) { return type >= Type::IntArray && type <= Type::VectorArray; }
+
+Type ArrayOf(Type element) {
+    const bool hasArray = element >= Type::Int && element <= Type::Vector;
+    return hasArray ? static_cast<Type>(static_cast<int>(element) + 4) : Type::None;
+}
+
+Type ElementOf(Type array) {
+    return IsArray(array) ? static_cast<Type>(static_cast<int>(array) - 4) : Type::None;
+}
+
+Matrix::Matrix(int rowCount, int columnCount)
+    : rows(rowCount)
+    , columns(columnCount)
+    , cells(static_cast<std::size_t>(rowCount) * columnCount, 0.0) {}
+
+Value::Value(const char* text)
+    : data(std::make_shared<std::string>(text)) {}
+Value::Value(std::string text)
+    : data(std::make_shared<std::string>(std::move(text))) {}
+Value::Value(std::string_view text)
+    : data(std::make_shared<std::string>(text)) {}
+Value::Value(const Vector& vector)
+    : data(vector) {}
+Value::Value(IntArray array)
+    : data(std::make_shared<IntArray>(std::move(array))) {}
+Value::Value(FloatArray array)
+    : data(std::make_shared<FloatArray>(std::move(array))) {}
+Value::Value(StringArray array)
+    : data(std::make_shared<StringArray>(std::move(array))) {}
+Value::Value(VectorArray array)
+    : data(std::make_shared<VectorArray>(std::move(array))) {}
+Value::Value(Matrix matrix)
+    : data(std::make_shared<Matrix>(std::move(matrix))) {}
+
+Value Value::Default(Type type) {
+    switch (type) {
+    case Type::Int:
+        return Value(0);
+    case Type::Float:
+        return Value(0.0);
+    case Type::String:
+        return Value(std::string());
+    case Type::Vector:
+        return Value(Vector());
+    case Type::IntArray:
+        return Value(IntArray());
+    case Type::FloatArray:
+        return Value(FloatArray());
+    case Type::StringArray:
+        return Value(StringArray());
+    case Type::VectorArray:
+        return Value(VectorArray());
+    case Type::Matrix:
+        return Value(Matrix());
+    case Type::None:
+    case Type::Any:
+        break;
+    }
+    return Value();
+}
+
+int Value::AsInt() const {
+    switch (GetType()) {
+    case Type::Int:
+        return *IntSlot();
+    case Type::Float:
+    case Type::String:
+    case Type::Vector:
+        return ToInt(AsFloat());
+    default:
+        NoConversion(GetType(), Type::Int);
+    }
+}
+
+double Value::AsFloat() const {
+    switch (GetType()) {
+    case Type::Int:
+        return *IntSlot();
+    case Type::Float:
+        return *FloatSlot();
+    case Type::String: {
+        double number = 0.0;
+        return ReadNumber(Text(), number) ? number : 0.0;
+    }
+    case Type::Vector:
+        return Length(*VectorSlot());
+    default:
+        NoConversion(GetType(), Type::Float);
+    }
+}
+
+bool Value::AsBool() const {
+    if (const int* number = IntSlot()) {
+        return *number != 0;
+    }
+    if (IsString()) {
+        const std::string& text = Text();
+        return text == "true" || text == "on" || text == "yes" || AsFloat() != 0.0;
+    }
+    return AsFloat() != 0.0;
+}
+
+std::string Value::AsString() const {
+    switch (GetType()) {
+    case Type::Int:
+        return std::to_string(*IntSlot());
+    case Type::Float:
+        return NumberText(*FloatSlot());
+    case Type::String:
+        return Text();
+    case Type::Vector:
+        return VectorText(*VectorSlot());
+    default:
+        NoConversion(GetType(), Type::String);
+    }
+}
+
+Vector Value::AsVector() const {
+    switch (GetType()) {
+    case Type::Vector:
+        return *VectorSlot();
+    case Type::Int:
+    case Type::Float: {
+        const double number = AsFloat();
+        return {number, number, number};
+    }
+    case Type::String:
+        return TextVector(Text());
+    case Type::IntArray:
+        if (Ints().size() == 3) {
+            return {double(Ints()[0]), double(Ints()[1]), double(Ints()[2])};
+        }
+        break;
+    case Type::FloatArray:
+        if (Floats().size() == 3) {
+            return {Floats()[0], Floats()[1], Floats()[2]};
+        }
+        break;
+    default:
+        break;
+    }
+    NoConversion(GetType(), Type::Vector);
+}
+
+Matrix Value::AsMatrix() const {
+    if (GetType() != Type::Matrix) {
+        NoConversion(GetType(), Type::Matrix);
+    }
+    return MatrixData();
+}
+
+Value Value::ConvertedTo(Type type) const {
+    const Type own = GetType();
+    if (own == type || type == Type::Any) {
+        return *this;
+    }
+    switch (type) {
+    case Type::Int:
+        return AsInt();
+    case Type::Float:
+        return AsFloat();
+    case Type::String:
+        return AsString();
+    case Type::Vector:
+        return AsVector();
+    case Type::IntArray:
+        if (own == Type::FloatArray) {
+            return NumbersAs<int>(Floats());
+        }
+        break;
+    case Type::FloatArray:
+        if (own == Type::IntArray) {
+            return NumbersAs<double>(Ints());
+        }
+        if (const Vector* vector = VectorSlot()) {
+            return FloatArray{vector->x, vector->y, vector->z};
+        }
+        break;
+    default:
+        break;
+    }
+    NoConversion(own, type);
+}
+
+Value Value::Detached() const {
+    switch (GetType()) {
+    case Type::IntArray:
+        return Value(IntArray(Ints()));
+    case Type::FloatArray:
+        return Value(FloatArray(Floats()));
+    case Type::StringArray:
+        return Value(StringArray(Strings()));
+    case Type::VectorArray:
+        return Value(VectorArray(Vectors()));
+    case Type::Matrix:
+        return Value(Matrix(MatrixData()));
+    default:
+        return *this;
+    }
+}
+
+const std::string& Value::Text() const { return *std::get<Shared<std::string>>(data); }
+
+void Value::AppendText(std::string_view more) {
+    auto& text = std::get<Shared<std::string>>(data);
+    if (text.use_count() == 1) {
+        text->append(more);
+        return;
+    }
+    auto longer = std::make_shared<std::string>();
+    longer->reserve(text->size() + more.size());
+    longer->append(*text).append(more);
+    text = std::move(longer);
+}
+
+Value::IntArray& Value::Ints() const { return *std::get<Shared<IntArray>>(data); }
+Value::FloatArray& Value::Floats() const { return *std::get<Shared<FloatArray>>(data); }
+Value::StringArray& Value::Strings() const { return *std::get<Shared<StringArray>>(data); }
+Value::VectorArray& Value::Vectors() const { return *std::get<Shared<VectorArray>>(data); }
+Matrix& Value::MatrixData() const { return *std::get<Shared<Matrix>>(data); }
+
+std::size_t Value::Size() const {
+    switch (GetType()) {
+    case Type::None:
+        return 0;
+    case Type::IntArray:
+        return Ints().size();
+    case Type::FloatArray:
+        return Floats().size();
+    case Type::StringArray:
+        return Strings().size();
+    case Type::VectorArray:
+        return Vectors().size();
+    default:
+        return 1;
+    }
+}
+
+Value Value::Element(std::size_t index) const {
+    if (index >= Size()) {
+        return Default(ElementOf(GetType()));
+    }
+    switch (GetType()) {
+    case Type::IntArray:
+        return Ints()[index];
+    case Type::FloatArray:
+        return Floats()[index];
+    case Type::StringArray:
+        return Strings()[index];
+    case Type::VectorArray:
+        return Vectors()[index];
+    default:
+        return *this;
+    }
+}
+
+void Value::Flatten(std::vector<Value>& out) const {
+    if (const Vector* vector = VectorSlot()) {
+        out.insert(out.end(), {vector->x, vector->y, vector->z});
+    } else if (GetType() == Type::Matrix) {
+        out.insert(out.end(), MatrixData().cells.begin(), MatrixData().cells.end());
+    } else if (IsArray()) {
+        out.reserve(out.size() + Size());
+        for (std::size_t i = 0; i < Size(); ++i) {
+            Element(i).Flatten(out);
+        }
+    } else if (!IsNone()) {
+        out.push_back(*this);
+    }
+}
+
+std::string Value::Printed() const {
+    if (GetType() == Type::Matrix) {
+        return MatrixText(MatrixData(), " ", "\n") + "\n";
+    }
+    if (!IsArray()) {
+        return IsNone() ? std::string() : AsString();
+    }
+    std::string text;
+    for (std::size_t i = 0; i < Size(); ++i) {
+        text += Element(i).AsString();
+        text += '\n';
+    }
+    return text;
+}
+
+std::string Value::Shown() const {
+    if (const Vector* v = VectorSlot()) {
+        return "<<" + NumberText(v->x) + ", " + NumberText(v->y) + ", " + NumberText(v->z) + ">>";
+    }
+    if (GetType() == Type::Matrix) {
+        return "<<" + MatrixText(MatrixData(), ", ", "; ") + ">>";
+    }
+    if (!IsArray()) {
+        return IsNone() ? std::string() : AsString();
+    }
+    std::string text;
+    for (std::size_t i = 0; i < Size(); ++i) {
+        text += i > 0 ? " " : "";
+        text += Element(i).Shown();
+    }
+    return text;
+}
+
+bool ReadNumber(std::string_view text, double& number, std::string_view* rest) {
+    text = WithoutBlanks(text);
+    std::string_view digits = text;
+    const bool negative = !digits.empty() && digits[0] == '-';
+    if (!digits.empty() && (digits[0] == '-' || digits[0] == '+')) {
+        digits.remove_prefix(1);
+    }
+    const char* const end = digits.data() + digits.size();
+    std::from_chars_result read{};
+    double magnitude = 0.0;
+    if (digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X')) {
+        unsigned bits = 0;
+        read = std::from_chars(digits.data() + 2, end, bits, 16);
+        magnitude = static_cast<int>(bits);
+    } else if (!digits.empty() && (digits[0] == '.' || (digits[0] >= '0' && digits[0] <= '9'))) {
+        read = std::from_chars(digits.data(), end, magnitude);
+        if (read.ec == std::errc::result_out_of_range) {
+            magnitude = std::numeric_limits<double>::infinity();
+            read.ec = std::errc();
+        }
+    } else {
+        return false;
+    }
+    if (read.ec != std::errc()) {
+        return false;
+    }
+    number = negative ? -magnitude : magnitude;
+    if (rest) {
+        *rest = text.substr(static_cast<std::size_t>(read.ptr - text.data()));
+    }
+    return true;
+}
+
+bool IsNumber(std::string_view text, double& number) {
+    double read = 0.0;
+    std::string_view rest;
+    if (!ReadNumber(text, read, &rest) || !WithoutBlanks(rest).empty()) {
+        return false;
+    }
+    number = read;
+    return true;
+}
+
+std::string NumberText(double number) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.10g", number);
+    return text;
+}
+
+} // namespace lightbox::mel
