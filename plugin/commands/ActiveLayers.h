@@ -8,8 +8,8 @@ namespace vellix {
 
 class BaseNode;
 
-/// The active camera and the active layers of some cameras at one moment, so that undoing a change of the layers
-/// leaves the same layers active as before it.
+/// The active camera and the active layers of some cameras at one moment, so that undoing a change of the
+/// layers leaves the same layers active as before it.
 class ActiveLayers {
 public:
     /// Notes the active camera with its active layer, and the active layers of the given cameras.

@@ -26,7 +26,8 @@ const LayerCommand::Operation LayerCommand::OPERATIONS[] = {
     {"-mva", &LayerCommand::ReadMoveAll, &LayerCommand::MoveAll, &LayerCommand::MoveAllUndo},
     {"-en", &LayerCommand::ReadName, &LayerCommand::ExchangeName, &LayerCommand::ExchangeName},
     {"-qn", &LayerCommand::ReadIndex, &LayerCommand::QueryName, nullptr},
-    {"-ev", &LayerCommand::ReadVisibility, &LayerCommand::ExchangeVisibility, &LayerCommand::ExchangeVisibility},
+    {"-ev", &LayerCommand::ReadVisibility, &LayerCommand::ExchangeVisibility,
+     &LayerCommand::ExchangeVisibility},
     {"-qv", &LayerCommand::ReadIndex, &LayerCommand::QueryVisibility, nullptr},
     {"-eo", &LayerCommand::ReadOpacity, &LayerCommand::ExchangeOpacity, &LayerCommand::ExchangeOpacity},
     {"-qo", &LayerCommand::ReadIndex, &LayerCommand::QueryOpacity, nullptr},
@@ -34,16 +35,22 @@ const LayerCommand::Operation LayerCommand::OPERATIONS[] = {
     {"-qs", &LayerCommand::ReadIndex, &LayerCommand::QueryState, nullptr},
     {"-itv", &LayerCommand::ReadNothing, &LayerCommand::Import, nullptr},
 };
-const LayerCommand::Operation LayerCommand::EDIT_ACTIVE = {"-act", &LayerCommand::ReadIndex,
-                                                           &LayerCommand::EditActive, &LayerCommand::RestoreActive};
+const LayerCommand::Operation LayerCommand::EDIT_ACTIVE = {
+    "-act", &LayerCommand::ReadIndex, &LayerCommand::EditActive, &LayerCommand::RestoreActive};
 const LayerCommand::Operation LayerCommand::QUERY_ACTIVE = {"-act", &LayerCommand::ReadNothing,
                                                             &LayerCommand::QueryActive, nullptr};
 
-LayerCommand::~LayerCommand() { qDeleteAll(m_removedLayers); }
+LayerCommand::~LayerCommand() {
+    qDeleteAll(m_removedLayers);
+}
 
-void* LayerCommand::Creator() { return new LayerCommand(); }
+void* LayerCommand::Creator() {
+    return new LayerCommand();
+}
 
-MString LayerCommand::GetCommandName() { return MayaUtil::ToMString(Settings::LAYER_COMMAND_NAME); }
+MString LayerCommand::GetCommandName() {
+    return MayaUtil::ToMString(Settings::LAYER_COMMAND_NAME);
+}
 
 MSyntax LayerCommand::CommandSyntax() {
     MSyntax syntax;
@@ -140,7 +147,9 @@ void LayerCommand::ReadNewLayer(const MArgDatabase& arguments) {
     }
 }
 
-void LayerCommand::ReadAdd(const MArgDatabase& arguments) { ReadNewLayer(arguments); }
+void LayerCommand::ReadAdd(const MArgDatabase& arguments) {
+    ReadNewLayer(arguments);
+}
 
 void LayerCommand::ReadInsert(const MArgDatabase& arguments) {
     m_destination = IntArgument(arguments, "-ins", 0, -1);
@@ -153,7 +162,9 @@ void LayerCommand::ReadMove(const MArgDatabase& arguments) {
     m_newCamera = StringArgument(arguments, "-nc");
 }
 
-void LayerCommand::ReadMoveAll(const MArgDatabase& arguments) { m_newCamera = StringArgument(arguments, "-mva"); }
+void LayerCommand::ReadMoveAll(const MArgDatabase& arguments) {
+    m_newCamera = StringArgument(arguments, "-mva");
+}
 
 void LayerCommand::ReadName(const MArgDatabase& arguments) {
     m_layerName = StringArgument(arguments, "-en");
@@ -218,7 +229,8 @@ bool LayerCommand::CheckLayer() const {
     if (m_node->LayerExists(m_camera, m_layerIndex)) {
         return true;
     }
-    Logger::Error(QString("Layer does not exist for camera (index): %1 (%2)").arg(m_camera).arg(m_layerIndex));
+    Logger::Error(
+        QString("Layer does not exist for camera (index): %1 (%2)").arg(m_camera).arg(m_layerIndex));
     return false;
 }
 
@@ -227,7 +239,8 @@ MStatus LayerCommand::Count() {
     return MS::kSuccess;
 }
 
-// --- the active layer ---------------------------------------------------------------------------------------
+// --- the active layer
+// ---------------------------------------------------------------------------------------
 
 MStatus LayerCommand::QueryActive() {
     setResult(m_node->GetActiveLayerIndex(m_camera));
@@ -251,7 +264,8 @@ MStatus LayerCommand::RestoreActive() {
     return MS::kSuccess;
 }
 
-// --- adding and inserting -----------------------------------------------------------------------------------
+// --- adding and inserting
+// -----------------------------------------------------------------------------------
 
 // Without a state the layer is made, and the command fails all the same: the state is part of the request.
 MStatus LayerCommand::InsertNewLayer(int destination) {
@@ -277,7 +291,9 @@ MStatus LayerCommand::Add() {
     return status;
 }
 
-MStatus LayerCommand::AddUndo() { return InsertUndo(); }
+MStatus LayerCommand::AddUndo() {
+    return InsertUndo();
+}
 
 MStatus LayerCommand::Insert() {
     if (!m_node) {
@@ -295,7 +311,8 @@ MStatus LayerCommand::InsertUndo() {
     return RestoreActive();
 }
 
-// --- deleting -----------------------------------------------------------------------------------------------
+// --- deleting
+// -----------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::Delete() {
     m_before.Remember(*m_node, {m_camera});
@@ -332,7 +349,8 @@ MStatus LayerCommand::DeleteAllUndo() {
     return RestoreActive();
 }
 
-// --- moving -------------------------------------------------------------------------------------------------
+// --- moving
+// -------------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::MoveWithin(int from, int to) {
     m_resultIndex = m_node->MoveLayer(m_camera, from, to);
@@ -403,7 +421,8 @@ MStatus LayerCommand::MoveAllUndo() {
     return RestoreActive();
 }
 
-// --- what a layer is ------------------------------------------------------------------------------------------
+// --- what a layer is
+// ------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::ExchangeName() {
     if (!CheckLayer()) {
@@ -482,6 +501,8 @@ MStatus LayerCommand::QueryState() {
 }
 
 // The companion tool's files are accepted and nothing is done with them.
-MStatus LayerCommand::Import() { return MS::kSuccess; }
+MStatus LayerCommand::Import() {
+    return MS::kSuccess;
+}
 
 } // namespace vellix

@@ -18,8 +18,8 @@ namespace vellix {
 class BaseNode;
 class Layer;
 
-/// "qmVellixLayer": reads and changes the layers of one camera, whose name is the command's object. Layers are
-/// addressed by their index from the bottom of the stack.
+/// "qmVellixLayer": reads and changes the layers of one camera, whose name is the command's object. Layers
+/// are addressed by their index from the bottom of the stack.
 class LayerCommand : public MPxCommand {
 public:
     LayerCommand() = default;

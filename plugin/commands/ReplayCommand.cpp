@@ -1,0 +1,193 @@
+#include "commands/ReplayCommand.h"
+
+#include "commands/CameraArgument.h"
+#include "commands/NodeCreation.h"
+#include "commands/PlaybackTimeScope.h"
+#include "commands/StrokePlayer.h"
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "paint/StrokeRecording.h"
+
+#include <maya/MArgDatabase.h>
+#include <maya/MArgList.h>
+#include <maya/MComputation.h>
+
+#include <QSet>
+
+namespace vellix {
+
+ReplayCommand::ReplayCommand() = default;
+ReplayCommand::~ReplayCommand() = default;
+
+void* ReplayCommand::Creator() {
+    return new ReplayCommand();
+}
+
+MString ReplayCommand::GetCommandName() {
+    return MayaUtil::ToMString(Settings::REPLAY_COMMAND_NAME);
+}
+
+MSyntax ReplayCommand::CommandSyntax() {
+    MSyntax syntax;
+    syntax.addFlag("-f", "-file", MSyntax::kString);
+    syntax.addFlag("-c", "-camera", MSyntax::kString);
+    syntax.addFlag("-fo", "-frameOffset", MSyntax::kLong);
+    return syntax;
+}
+
+MStatus ReplayCommand::doIt(const MArgList& args) {
+    StrokeRecording recording;
+    if (!ReadArguments(args) || !ReadRecording(recording)) {
+        return MS::kFailure;
+    }
+    m_camera = CameraArgument::Resolve(m_camera, BaseNode::GetMaster());
+    if (m_camera.isEmpty()) {
+        return MS::kFailure;
+    }
+    const int count = recording.GetStrokes().size();
+    if (count > 0) {
+        if (!ProvideNode()) {
+            return MS::kFailure;
+        }
+        if (!DrawAll(recording)) {
+            UndoAll();
+            return MS::kFailure;
+        }
+        m_undoable = true;
+    }
+    setResult(count);
+    return MS::kSuccess;
+}
+
+bool ReplayCommand::ReadArguments(const MArgList& args) {
+    MStatus status;
+    const MArgDatabase arguments(syntax(), args, &status);
+    if (!status) {
+        return false;
+    }
+    MString text;
+    if (!arguments.isFlagSet("-f") || !arguments.getFlagArgument("-f", 0, text)) {
+        Logger::Error("No recording. Name one with -file.");
+        return false;
+    }
+    m_file = MayaUtil::ToQString(text);
+    if (arguments.isFlagSet("-c") && arguments.getFlagArgument("-c", 0, text)) {
+        m_camera = MayaUtil::ToQString(text);
+    }
+    if (arguments.isFlagSet("-fo")) {
+        arguments.getFlagArgument("-fo", 0, m_frameOffset);
+    }
+    const int limit = StrokeRecording::MAX_FRAME_NUMBER;
+    if (m_frameOffset < -limit || m_frameOffset > limit) {
+        Logger::Error(QString("The frame offset must be from %1 to %2.").arg(-limit).arg(limit));
+        return false;
+    }
+    return true;
+}
+
+bool ReplayCommand::ReadRecording(StrokeRecording& recording) const {
+    QString fault;
+    if (recording.Read(m_file, fault)) {
+        return true;
+    }
+    Logger::Error(QString("Cannot replay \"%1\": %2").arg(m_file, fault));
+    return false;
+}
+
+// The draw tool makes the node when it is taken up; a replay has no such moment.
+bool ReplayCommand::ProvideNode() {
+    if (BaseNode::GetMaster()) {
+        return true;
+    }
+    m_node.reset(new NodeCreation());
+    if (m_node->Do() && BaseNode::GetMaster()) {
+        return true;
+    }
+    return false;
+}
+
+bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
+    BaseNode& node = *BaseNode::GetMaster();
+    StrokePlayer player(node, m_camera);
+    MComputation computation;
+    computation.beginComputation();
+    QSet<const Frame*> drawn;
+    QString fault;
+    for (int i = 0; i < recording.GetStrokes().size() && fault.isEmpty(); ++i) {
+        const RecordedStroke& recorded = recording.GetStrokes()[i];
+        const int time = recorded.frame + m_frameOffset;
+        std::unique_ptr<StrokeCommit> commit = player.Draw(recorded, time);
+        if (!commit) {
+            fault = QString("stroke %1 (frame %2) could not be drawn").arg(i + 1).arg(time);
+        } else {
+            // The first stroke on a frame knows the frame's picture before all of them.
+            const Frame* const frame = node.GetActiveLayer(m_camera)->GetCurrentFrame();
+            if (!drawn.contains(frame)) {
+                drawn.insert(frame);
+                m_drawn.push_back({time, std::move(commit)});
+            }
+            if (computation.isInterruptRequested()) {
+                fault = QString("interrupted after stroke %1").arg(i + 1);
+            }
+        }
+    }
+    computation.endComputation();
+    if (!fault.isEmpty()) {
+        Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(m_file, fault));
+        return false;
+    }
+    node.QueueRefresh();
+    BaseNode::UpdateTimeControlOverlay();
+    return true;
+}
+
+bool ReplayCommand::UndoAll() {
+    bool done = true;
+    if (BaseNode* const node = BaseNode::GetMaster()) {
+        PlaybackTimeScope time;
+        for (auto drawn = m_drawn.rbegin(); drawn != m_drawn.rend(); ++drawn) {
+            time.GoTo(drawn->time);
+            done = drawn->commit->Undo(*node) && done;
+        }
+        node->QueueRefresh();
+    } else {
+        done = false;
+    }
+    if (m_node) {
+        m_node->Undo();
+    }
+    BaseNode::UpdateTimeControlOverlay();
+    return done;
+}
+
+MStatus ReplayCommand::undoIt() {
+    return UndoAll() ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus ReplayCommand::redoIt() {
+    if (m_node) {
+        const MStatus status = m_node->Do();
+        if (!status) {
+            return status;
+        }
+    }
+    BaseNode* const node = BaseNode::GetMaster();
+    if (!node) {
+        return MS::kFailure;
+    }
+    PlaybackTimeScope time;
+    bool done = true;
+    for (const DrawnFrame& drawn : m_drawn) {
+        time.GoTo(drawn.time);
+        done = drawn.commit->Redo(*node) && done;
+    }
+    node->QueueRefresh();
+    BaseNode::UpdateTimeControlOverlay();
+    return done ? MS::kSuccess : MS::kFailure;
+}
+
+} // namespace vellix
