@@ -44,7 +44,8 @@ bool ExecuteForResult(const MString& command, MCommandResult::Type type, Value& 
 }
 
 QString GetTransformName(const MDagPath& camera) {
-    return MayaUtil::ToQString(MFnDependencyNode(camera.transform()).name());
+    MObject transform = camera.transform();
+    return MayaUtil::ToQString(MFnDependencyNode(transform).name());
 }
 
 } // namespace

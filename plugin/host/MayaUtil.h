@@ -2,6 +2,7 @@
 
 #include "host/TimelineFrameDisplay.h"
 
+#include <maya/MApiNamespace.h>
 #include <maya/MDoubleArray.h>
 #include <maya/MString.h>
 #include <maya/MTime.h>
@@ -10,9 +11,6 @@
 #include <QString>
 #include <QStringList>
 
-class M3dView;
-class MDagPath;
-class MObject;
 class QWidget;
 
 namespace vellix {

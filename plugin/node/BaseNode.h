@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/MApiNamespace.h>
 #include <maya/MBoundingBox.h>
 #include <maya/MPxLocatorNode.h>
 #include <maya/MString.h>
@@ -14,8 +15,6 @@
 #include <memory>
 #include <vector>
 
-class MObject;
-class MSelectionList;
 class QWidget;
 
 namespace vellix {
@@ -161,7 +160,6 @@ public:
 private:
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);
     bool AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded);
-    bool AddFrameForDraw(LayerManager& layers, const QString& camera, const MTime& time, bool& frameAdded);
 
     static MObject s_layerData;
     static MObject s_opacity;

@@ -34,9 +34,9 @@ public:
 
     /// Rasterises the segments after point `start` of a pencil, brush or eraser stroke: (start, start + 1)
     /// and so on. Returns the rectangle outside which no pixel was touched, inside the image; empty if
-    /// nothing was. Sizes above 100 are painted as 100, opacities outside 0..1 as the nearest bound. Parts of
-    /// a segment further than 32768 pixels from the image are cut off before it is walked, so that a wild
-    /// position costs no more than a long line.
+    /// nothing was. Sizes above 100 are painted as 100, opacities outside 0..1 as the nearest bound; segments
+    /// from far outside the image are cut first (SegmentClip), so that a wild position costs no more than a
+    /// long line.
     static QRect DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool);
 
     // --- shapes, text and transform, through a painter on the image
@@ -118,7 +118,7 @@ public:
     static bool UnpackPngBuffer(const QByteArray& packed, QImage& image);
 
     /// Tells whether UnpackPngBuffer would succeed, and whether the picture has the size of a layer already.
-    /// Cheaper than unpacking for bytes that PackPngBuffer wrote.
+    /// Decodes the bytes to know.
     static PngContent CheckPngBuffer(const QByteArray& packed);
 
     /// Makes sure that `packed` holds a decodable PNG of 1024 x 1024: packs a picture of another size anew.

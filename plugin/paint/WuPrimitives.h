@@ -1,6 +1,9 @@
 #pragma once
 
+#include "paint/PixelView.h"
+
 #include <QImage>
+#include <QPoint>
 
 /// Xiaolin Wu's anti-aliased primitives ("An Efficient Antialiasing Technique", SIGGRAPH 1991), painting into
 /// the alpha channel only. Images are `QImage::Format_RGBA8888` (any other format is left alone); nothing is
@@ -33,8 +36,9 @@ void fillPlot(QImage& image, int cx, int cy, int xmax, int y, float r, float c);
 /// A disc with the fall-off of fillPlot. Radii above 65536 are drawn as 65536.
 void drawCircleWu(QImage& image, int cx, int cy, float r, float c);
 
-/// An anti-aliased line one pixel wide, both end pixels included at full coverage. The parts of a line that
-/// lie more than 32768 pixels from the image's origin are cut off first.
-void drawLineWu(QImage& image, QPoint from, QPoint to, float c);
+/// An anti-aliased line one pixel wide, both end pixels at full coverage. On an image the line is first cut
+/// as SegmentClip says; on a view it is walked from end to end.
+void drawLineWu(QImage& image, int x0, int y0, int x1, int y1, float c);
+void drawLineWu(const PixelView& view, int x0, int y0, int x1, int y1, float c);
 
 } // namespace vellix

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "scene/DagNode.h"
+#include "scene/DataValue.h"
+#include "scene/Plug.h"
+
+#include <maya/MDagPath.h>
+#include <maya/MObject.h>
+#include <maya/MPlug.h>
+#include <maya/MPxCommand.h>
+#include <maya/MPxNode.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+
+#include <memory>
+#include <string>
+
+namespace lightbox {
+
+/// The one way from OpenMaya's classes to what stands behind them and back.
+class Access {
+public:
+    static MObject Wrap(std::shared_ptr<Object> object);
+    static MDagPath Wrap(DagNode& node);
+    static MPlug Wrap(const Plug& plug);
+    static MString Wrap(std::string text);
+
+    static const std::shared_ptr<Object>& Get(const MObject& object) { return object.handle_; }
+    static std::shared_ptr<Node> GetNode(const MObject& object);
+    static std::shared_ptr<DagNode> GetDagNode(const MObject& object);
+    static std::shared_ptr<DagNode> GetDagNode(const MDagPath& path) { return GetDagNode(path.node_); }
+    static std::shared_ptr<Attribute> GetAttribute(const MObject& object);
+    static std::shared_ptr<DataValue> GetData(const MObject& object);
+    static Plug GetPlug(const MPlug& plug);
+    static const std::string& Text(const MString& string) { return string.text_; }
+
+    /// A failing status with its text.
+    static MStatus Fail(MStatus::MStatusCode code, const std::string& text);
+    /// Hands the status to a caller who asked for it.
+    static void Report(MStatus* returnStatus, const MStatus& status) {
+        if (returnStatus) {
+            *returnStatus = status;
+        }
+    }
+
+    static void Bind(MPxNode& userNode, Node* node) { userNode.node_ = node; }
+    static Node* NodeOf(const MPxNode& userNode) { return userNode.node_; }
+    static MPxCommand::State& StateOf(MPxCommand& command) { return *command.state_; }
+};
+
+} // namespace lightbox

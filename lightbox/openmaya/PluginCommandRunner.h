@@ -1,0 +1,28 @@
+#pragma once
+
+#include "mel/CommandRegistry.h"
+#include "mel/Value.h"
+
+#include <maya/MArgList.h>
+#include <maya/MStatus.h>
+
+namespace lightbox {
+
+class Host;
+
+/// What running a plug-in's command came to.
+struct PluginCommandOutcome {
+    MStatus status;
+    mel::Value result;
+};
+
+/// Makes an instance of a plug-in's command and calls its doIt(). When that succeeds and the command is
+/// undoable, the instance goes onto the undo queue, which calls its undoIt() and redoIt() and destroys it
+/// when it drops. While any of them runs, IsInPluginCommand() is true.
+PluginCommandOutcome RunPluginCommand(Host& host, const mel::CommandRegistry::Command& command,
+                                      const MArgList& arguments);
+
+/// True while a plug-in's command runs (its doIt, redoIt or undoIt).
+bool IsInPluginCommand();
+
+} // namespace lightbox

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "scene/Plug.h"
+
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace lightbox {
+
+/// A connection: values go from the source to the destination.
+struct Connection {
+    Plug source;
+    Plug destination;
+    bool operator==(const Connection& other) const {
+        return source == other.source && destination == other.destination;
+    }
+};
+
+/// The connections of a scene, in the order they were made. A destination has one source.
+class Connections {
+public:
+    /// False when the destination has a source already.
+    bool Add(const Plug& source, const Plug& destination);
+    bool Remove(const Plug& source, const Plug& destination);
+    void Clear();
+
+    /// A null plug when nothing drives it.
+    Plug SourceOf(const Plug& destination) const;
+    std::vector<Plug> DestinationsOf(const Plug& source) const;
+    /// All connections from or to a node, in the order they were made.
+    std::vector<Connection> Of(const Node& node) const;
+    std::vector<Connection> All() const;
+
+private:
+    struct Entry {
+        Connection connection;
+        std::uint64_t order;
+    };
+    std::map<Plug, Entry> byDestination_;
+    std::map<Plug, std::vector<Plug>> bySource_;
+    std::uint64_t nextOrder_ = 0;
+};
+
+} // namespace lightbox

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "scene/Object.h"
+
+#include <maya/MPxData.h>
+
+#include <memory>
+#include <string>
+
+namespace lightbox {
+
+struct DataType;
+
+/// A value of a plug-in's data type. Values are shared between plugs, handles and undo items; they are not
+/// changed behind a plug's back except by the plug-in itself.
+class DataValue : public Object {
+public:
+    DataValue(std::shared_ptr<const DataType> type, std::unique_ptr<MPxData> data);
+    ~DataValue() override;
+
+    MFn::Type ApiType() const override { return MFn::kPluginData; }
+    bool HasFn(MFn::Type type) const override;
+
+    const std::shared_ptr<const DataType>& Type() const { return type_; }
+    MPxData& Data() const { return *data_; }
+    /// A new value, filled by the plug-in's own copy().
+    std::shared_ptr<DataValue> Copy() const;
+
+private:
+    std::shared_ptr<const DataType> type_;
+    std::unique_ptr<MPxData> data_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace lightbox {
+
+class EventBus;
+class IdleQueue;
+class OptionVars;
+class Output;
+class PluginManager;
+class Scene;
+class SceneFiles;
+class Timeline;
+class UndoQueue;
+
+namespace mel {
+class Interpreter;
+}
+
+/// The running host: there is one at a time. It owns everything else.
+class Host {
+public:
+    struct Options {
+        bool batch = true;
+        /// Folder of the user's preferences.
+        std::string prefsFolder;
+    };
+
+    /// Makes the host with an empty scene that has the default nodes.
+    explicit Host(const Options& options);
+    /// Fires "quitApplication", then unloads the plug-ins.
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    /// The running host. There must be one.
+    static Host& Get();
+    /// The running host or null.
+    static Host* Current();
+
+    const Options& options() const { return options_; }
+    bool IsBatch() const { return options_.batch; }
+
+    Output& output() { return *output_; }
+    EventBus& events() { return *events_; }
+    IdleQueue& idle() { return *idle_; }
+    UndoQueue& undo() { return *undo_; }
+    Timeline& time() { return *time_; }
+    Scene& scene() { return *scene_; }
+    OptionVars& optionVars() { return *optionVars_; }
+    mel::Interpreter& interpreter() { return *interpreter_; }
+    PluginManager& plugins() { return *plugins_; }
+    SceneFiles& files() { return *files_; }
+
+private:
+    Options options_;
+    std::unique_ptr<Output> output_;
+    std::unique_ptr<EventBus> events_;
+    std::unique_ptr<IdleQueue> idle_;
+    std::unique_ptr<Timeline> time_;
+    std::unique_ptr<Scene> scene_;
+    std::unique_ptr<UndoQueue> undo_;
+    std::unique_ptr<OptionVars> optionVars_;
+    std::unique_ptr<mel::Interpreter> interpreter_;
+    std::unique_ptr<SceneFiles> files_;
+    std::unique_ptr<PluginManager> plugins_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <maya/MFn.h>
+
+#include <memory>
+
+namespace lightbox {
+
+/// Anything that an MObject can point at: nodes, attributes, data values, plug-ins.
+class Object : public std::enable_shared_from_this<Object> {
+public:
+    virtual ~Object() = default;
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    virtual MFn::Type ApiType() const = 0;
+    /// Whether function sets of that type can work on the object.
+    virtual bool HasFn(MFn::Type type) const = 0;
+
+protected:
+    Object() = default;
+};
+
+} // namespace lightbox

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "scene/Node.h"
+
+#include <memory>
+#include <vector>
+
+namespace lightbox {
+
+class EventBus;
+
+/// The active selection: nodes in the order they were selected. Fires "SelectionChanged" when it becomes
+/// another one, and keeps the condition "SomethingSelected".
+class Selection {
+public:
+    using List = std::vector<std::shared_ptr<Node>>;
+
+    explicit Selection(EventBus& events)
+        : events_(events) {}
+
+    const List& Get() const { return nodes_; }
+    bool Contains(const Node& node) const;
+    /// Nodes listed twice count once.
+    void Set(const List& nodes);
+    void Clear() { Set({}); }
+
+    /// While one exists, the event waits for the end.
+    class Hold {
+    public:
+        explicit Hold(Selection& selection)
+            : selection_(selection) {
+            ++selection_.held_;
+        }
+        ~Hold();
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+
+    private:
+        Selection& selection_;
+    };
+
+private:
+    void Changed();
+
+    EventBus& events_;
+    List nodes_;
+    int held_ = 0;
+    bool pending_ = false;
+};
+
+} // namespace lightbox
