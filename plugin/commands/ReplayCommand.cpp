@@ -2,7 +2,6 @@
 
 #include "commands/CameraArgument.h"
 #include "commands/NodeCreation.h"
-#include "commands/PlaybackTimeScope.h"
 #include "commands/StrokePlayer.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
@@ -128,7 +127,7 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
             const Frame* const frame = node.GetActiveLayer(m_camera)->GetCurrentFrame();
             if (!drawn.contains(frame)) {
                 drawn.insert(frame);
-                m_drawn.push_back({time, std::move(commit)});
+                m_drawn.push_back(std::move(commit));
             }
             if (computation.isInterruptRequested()) {
                 fault = QString("interrupted after stroke %1").arg(i + 1);
@@ -140,27 +139,20 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
         Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(m_file, fault));
         return false;
     }
-    node.QueueRefresh();
-    BaseNode::UpdateTimeControlOverlay();
+    RefreshAll();
     return true;
 }
 
 bool ReplayCommand::UndoAll() {
-    bool done = true;
-    if (BaseNode* const node = BaseNode::GetMaster()) {
-        PlaybackTimeScope time;
-        for (auto drawn = m_drawn.rbegin(); drawn != m_drawn.rend(); ++drawn) {
-            time.GoTo(drawn->time);
-            done = drawn->commit->Undo(*node) && done;
-        }
-        node->QueueRefresh();
-    } else {
-        done = false;
+    BaseNode* const node = BaseNode::GetMaster();
+    bool done = node != nullptr;
+    for (auto drawn = m_drawn.rbegin(); done && drawn != m_drawn.rend(); ++drawn) {
+        done = (*drawn)->Undo(*node);
     }
     if (m_node) {
         m_node->Undo();
     }
-    BaseNode::UpdateTimeControlOverlay();
+    RefreshAll();
     return done;
 }
 
@@ -176,18 +168,20 @@ MStatus ReplayCommand::redoIt() {
         }
     }
     BaseNode* const node = BaseNode::GetMaster();
-    if (!node) {
-        return MS::kFailure;
+    bool done = node != nullptr;
+    for (auto drawn = m_drawn.begin(); done && drawn != m_drawn.end(); ++drawn) {
+        done = (*drawn)->Redo(*node);
     }
-    PlaybackTimeScope time;
-    bool done = true;
-    for (const DrawnFrame& drawn : m_drawn) {
-        time.GoTo(drawn.time);
-        done = drawn.commit->Redo(*node) && done;
-    }
-    node->QueueRefresh();
-    BaseNode::UpdateTimeControlOverlay();
+    RefreshAll();
     return done ? MS::kSuccess : MS::kFailure;
+}
+
+void ReplayCommand::RefreshAll() {
+    BaseNode::UpdatePlaybackTime();
+    if (BaseNode* const node = BaseNode::GetMaster()) {
+        node->QueueRefresh();
+    }
+    BaseNode::UpdateTimeControlOverlay();
 }
 
 } // namespace vellix

@@ -38,24 +38,19 @@ public:
     bool isUndoable() const override { return m_undoable; }
 
 private:
-    /// The strokes drawn on one frame, as one change.
-    struct DrawnFrame {
-        int time;
-        std::unique_ptr<StrokeCommit> commit;
-    };
-
     bool ReadArguments(const MArgList& args);
     bool ReadRecording(StrokeRecording& recording) const;
     bool ProvideNode();
     bool DrawAll(const StrokeRecording& recording);
     bool UndoAll();
+    static void RefreshAll();
 
     QString m_file;
     QString m_camera;
     int m_frameOffset = 0;
     bool m_undoable = false;
-    std::unique_ptr<NodeCreation> m_node; // null when the scene had one
-    std::vector<DrawnFrame> m_drawn;
+    std::unique_ptr<NodeCreation> m_node;               // null when the scene had one
+    std::vector<std::unique_ptr<StrokeCommit>> m_drawn; // one for each frame that was drawn on
 };
 
 } // namespace vellix
