@@ -84,6 +84,8 @@ public:
     void RemoveAllFrames();
 
 private:
+    int FindKey(int frame) const;
+
     QString m_name;
     bool m_active = false;
     bool m_visible = true;

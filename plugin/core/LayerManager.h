@@ -150,7 +150,6 @@ private:
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
     const LayerList& FindLayers(const QString& camera) const;
-    std::unique_ptr<Layer> DetachLayer(const QString& camera, int index);
     void OnFirstLayerAdded(const QString& camera);
     void OnLastLayerRemoved(const QString& camera);
 
