@@ -25,7 +25,7 @@ class LayerManager;
 class ExportCommand : public MPxCommand {
 public:
     /// More frames than this are taken for a slip in the range.
-    static const int MAX_FRAMES = 100000;
+    static constexpr int MAX_FRAMES = 100000;
 
     static void* Creator();
     static MSyntax CommandSyntax();

@@ -10,9 +10,9 @@ namespace vellix {
 /// drawings are scaled down to fit. Each drawing is painted when it is added and not kept.
 class ContactSheet {
 public:
-    static const int MAX_SIDE = 8192;
+    static constexpr int MAX_SIDE = 8192;
     /// More drawings than this have no readable place on one sheet.
-    static const int MAX_COUNT = 10000;
+    static constexpr int MAX_COUNT = 10000;
 
     /// A sheet for count drawings, 1..MAX_COUNT.
     ContactSheet(int count, const QString& title);

@@ -38,17 +38,17 @@ struct RecordedStroke {
 class StrokeRecording {
 public:
     /// A longer file is refused before it is read; at 125 samples a second this is hours of drawing.
-    static const qint64 MAX_FILE_SIZE = 32 * 1024 * 1024;
-    static const int MAX_STROKES = 10000;
-    static const int MAX_SAMPLES_PER_STROKE = 100000;
+    static constexpr qint64 MAX_FILE_SIZE = 32 * 1024 * 1024;
+    static constexpr int MAX_STROKES = 10000;
+    static constexpr int MAX_SAMPLES_PER_STROKE = 100000;
     /// Each drawn frame holds an image of four megabytes while it is worked on.
-    static const int MAX_FRAMES = 2000;
-    static const int MAX_FRAME_NUMBER = 1000000;
-    static const int MAX_TEXT_LENGTH = 2000;
+    static constexpr int MAX_FRAMES = 2000;
+    static constexpr int MAX_FRAME_NUMBER = 1000000;
+    static constexpr int MAX_TEXT_LENGTH = 2000;
     /// A pen may leave the image, but by no more than its width on any side.
-    static const int MAX_DISTANCE_OUTSIDE = 1024;
+    static constexpr int MAX_DISTANCE_OUTSIDE = 1024;
     /// All strokes together, in image pixels: what painting takes is proportional to it.
-    static const int MAX_PATH_LENGTH = 4000000;
+    static constexpr int MAX_PATH_LENGTH = 4000000;
 
     /// Reads the file. On a fault returns false and error says what is wrong, without the file's name.
     bool Read(const QString& path, QString& error);
