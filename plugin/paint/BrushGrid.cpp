@@ -14,6 +14,11 @@ float CentreOf(float radius, ToolType tool) {
     return tool == ToolType::Pencil ? radius + 1.0f : radius;
 }
 
+int WholeVectors(int count) {
+    constexpr int VECTOR = 16;
+    return (count + VECTOR - 1) / VECTOR * VECTOR;
+}
+
 } // namespace
 
 void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolType tool) {
@@ -47,7 +52,7 @@ void BrushGrid::UpdateBrushGrid(int size, float radius, float opacity, ToolType 
 }
 
 void BrushGrid::BuildShape(float hardness, float radius, ToolType tool) {
-    std::fill_n(&m_weights[0][0], SIDE * SIDE, 0.0f);
+    std::fill_n(&m_weights[0][0], SIDE * STRIDE, 0.0f);
     if (radius == 1.0f) {
         for (const int column : {1, 2}) {
             m_weights[1][column] = m_weights[2][column] = 1.0f;
@@ -117,13 +122,13 @@ void BrushGrid::FindSpans() {
         while (end != first && !filled(end[-1])) {
             --end;
         }
-        m_spans[row].first = first == end ? qint16(0) : qint16(first - begin);
-        m_spans[row].end = first == end ? qint16(0) : qint16(end - begin);
+        m_spans[row].first = int(first - begin);
+        m_spans[row].end = int(end - begin);
     }
 }
 
 // Calls function(pixels, cells, count) for the part of each grid row that is filled, in the rectangle and in
-// the image.
+// the image. A row is rounded up to whole vectors where the image goes on: empty cells change no pixel.
 template <typename RowFunction>
 void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1,
                            RowFunction function) const {
@@ -134,11 +139,16 @@ void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1
     const int firstColumn = std::max(0, -left);
     const int endColumn = std::min({int(SIDE), x1 - left, view.width - left});
     for (int row = firstRow; row < endRow; ++row) {
-        const int first = std::max(firstColumn, int(m_spans[row].first));
-        const int count = std::min(endColumn, int(m_spans[row].end)) - first;
-        if (count > 0) {
-            function(view.Row(top + row) + left + first, m_cells[row] + first, count);
+        const Span span = m_spans[row];
+        const int first = std::max(firstColumn, span.first);
+        int count = std::min(endColumn, span.end) - first;
+        if (count <= 0) {
+            continue;
         }
+        if (first + count == span.end) {
+            count = std::min(WholeVectors(count), view.width - left - first);
+        }
+        function(view.Row(top + row) + left + first, m_cells[row] + first, count);
     }
 }
 
