@@ -16,8 +16,6 @@ public:
     /// Takes both nodes out of the scene and selects what was selected before.
     void Undo();
 
-    const MObject& GetTransform() const { return m_transform; }
-
 private:
     MStatus Prepare();
 

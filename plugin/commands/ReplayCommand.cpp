@@ -3,8 +3,6 @@
 #include "commands/CameraArgument.h"
 #include "commands/NodeCreation.h"
 #include "commands/StrokePlayer.h"
-#include "core/Frame.h"
-#include "core/Layer.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -14,8 +12,6 @@
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 #include <maya/MComputation.h>
-
-#include <QSet>
 
 namespace vellix {
 
@@ -110,28 +106,17 @@ bool ReplayCommand::ProvideNode() {
 }
 
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
-    BaseNode& node = *BaseNode::GetMaster();
-    StrokePlayer player(node, m_camera);
+    StrokePlayer player(*BaseNode::GetMaster(), m_camera);
     MComputation computation;
     computation.beginComputation();
-    QSet<const Frame*> drawn;
     QString fault;
     for (int i = 0; i < recording.GetStrokes().size() && fault.isEmpty(); ++i) {
         const RecordedStroke& recorded = recording.GetStrokes()[i];
         const int time = recorded.frame + m_frameOffset;
-        std::unique_ptr<StrokeCommit> commit = player.Draw(recorded, time);
-        if (!commit) {
+        if (!player.Draw(recorded, time, m_drawn)) {
             fault = QString("stroke %1 (frame %2) could not be drawn").arg(i + 1).arg(time);
-        } else {
-            // The first stroke on a frame knows the frame's picture before all of them.
-            const Frame* const frame = node.GetActiveLayer(m_camera)->GetCurrentFrame();
-            if (!drawn.contains(frame)) {
-                drawn.insert(frame);
-                m_drawn.push_back(std::move(commit));
-            }
-            if (computation.isInterruptRequested()) {
-                fault = QString("interrupted after stroke %1").arg(i + 1);
-            }
+        } else if (computation.isInterruptRequested()) {
+            fault = QString("interrupted after stroke %1").arg(i + 1);
         }
     }
     computation.endComputation();

@@ -42,7 +42,7 @@ StrokePlayer::~StrokePlayer() {
     Settings::tabletEraserEnabled = m_tabletEraserEnabled;
 }
 
-std::unique_ptr<StrokeCommit> StrokePlayer::Draw(const RecordedStroke& recorded, int frame) {
+bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& commits) {
     ActiveLayers before;
     before.Remember(m_node, {m_camera});
     m_time.GoTo(frame);
@@ -51,14 +51,28 @@ std::unique_ptr<StrokeCommit> StrokePlayer::Draw(const RecordedStroke& recorded,
     Stroke* const stroke = Begin(recorded, layerAdded, frameAdded);
     if (stroke) {
         Feed(*stroke, recorded);
-        std::unique_ptr<StrokeCommit> commit(new StrokeCommit(m_camera, layerAdded, frameAdded));
-        if (commit->Commit(m_node)) {
-            return commit;
+        if (Commit(layerAdded, frameAdded, commits)) {
+            return true;
         }
         m_node.CancelActiveStroke();
     }
     TakeBack(before, layerAdded, frameAdded);
-    return nullptr;
+    return false;
+}
+
+// Packing the picture for the way back takes longer than painting, so it is done once for each picture.
+bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
+    const Frame* const picture = m_node.GetActiveLayer(m_camera)->GetCurrentFrame();
+    if (m_drawn.contains(picture)) {
+        return m_node.CommitActiveStroke(m_camera);
+    }
+    std::unique_ptr<StrokeCommit> commit(new StrokeCommit(m_camera, layerAdded, frameAdded));
+    if (!commit->Commit(m_node)) {
+        return false;
+    }
+    m_drawn.insert(picture);
+    commits.push_back(std::move(commit));
+    return true;
 }
 
 // The settings come first: what a new stroke is painted into depends on the tool and the colour.

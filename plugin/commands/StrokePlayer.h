@@ -5,13 +5,16 @@
 #include "commands/StrokeCommit.h"
 
 #include <QColor>
+#include <QSet>
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 namespace vellix {
 
 class BaseNode;
+class Frame;
 enum class ToolType : qint32;
 struct RecordedStroke;
 struct Stroke;
@@ -28,18 +31,23 @@ public:
     StrokePlayer(const StrokePlayer&) = delete;
     StrokePlayer& operator=(const StrokePlayer&) = delete;
 
-    /// Draws the stroke at a frame. Null, with the reason logged and nothing changed, when the layer cannot
-    /// be drawn on.
-    std::unique_ptr<StrokeCommit> Draw(const RecordedStroke& recorded, int frame);
+    using Commits = std::vector<std::unique_ptr<StrokeCommit>>;
+
+    /// Draws the stroke at a frame. The first stroke on each picture adds its commit to the list; undoing it
+    /// takes the later ones back as well. False, with the reason logged and nothing changed, when the layer
+    /// cannot be drawn on.
+    bool Draw(const RecordedStroke& recorded, int frame, Commits& commits);
 
 private:
     Stroke* Begin(const RecordedStroke& recorded, int& layerAdded, bool& frameAdded);
     static void Feed(Stroke& stroke, const RecordedStroke& recorded);
+    bool Commit(int layerAdded, bool frameAdded, Commits& commits);
     void TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded);
 
     BaseNode& m_node;
     QString m_camera;
     PlaybackTimeScope m_time;
+    QSet<const Frame*> m_drawn; // what was drawn on so far
 
     // The user's settings, for the time afterwards.
     ToolType m_activeTool;
