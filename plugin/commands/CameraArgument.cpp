@@ -14,7 +14,7 @@ QString CameraArgument::Resolve(const QString& named, const BaseNode* node) {
         Logger::Error(QString("Camera does not exist: %1").arg(named));
         return QString();
     }
-    const QString active = node ? node->GetActiveCamera() : QString();
+    QString active = node ? node->GetActiveCamera() : QString();
     if (active.isEmpty()) {
         Logger::Error("There is no active camera. Name one with -camera.");
     }

@@ -195,7 +195,7 @@ bool ExportCommand::CheckFiles() const {
 // ------------------------------------------------------------------------------------------------
 
 QImage ExportCommand::Compose(const LayerManager& layers, int frame) const {
-    const QImage drawing = layers.ComposeFrame(m_camera, frame, m_ghosting);
+    QImage drawing = layers.ComposeFrame(m_camera, frame, m_ghosting);
     if (!m_background.isValid()) {
         return drawing;
     }

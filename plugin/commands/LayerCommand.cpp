@@ -284,7 +284,7 @@ MStatus LayerCommand::Add() {
         Logger::Error("Failed to add layer. Node does not exist.");
         return MS::kFailure;
     }
-    const MStatus status = InsertNewLayer(-1);
+    MStatus status = InsertNewLayer(-1);
     if (status) {
         m_node->SetActiveLayer(m_camera, m_resultIndex, true);
     }

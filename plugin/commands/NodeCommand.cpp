@@ -158,7 +158,7 @@ MStatus NodeCommand::CreateNode() {
         Logger::Error("Node already exists");
         return MS::kFailure;
     }
-    const MStatus created = m_creation.Do();
+    MStatus created = m_creation.Do();
     if (!created) {
         return created;
     }

@@ -27,12 +27,12 @@ MStatus NodeCreation::Prepare() {
 
 MStatus NodeCreation::Do() {
     if (!m_prepared) {
-        const MStatus status = Prepare();
+        MStatus status = Prepare();
         if (!status) {
             return status;
         }
     }
-    const MStatus status = m_modifier.doIt();
+    MStatus status = m_modifier.doIt();
     if (!status) {
         return status;
     }

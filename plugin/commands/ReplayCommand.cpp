@@ -147,7 +147,7 @@ MStatus ReplayCommand::undoIt() {
 
 MStatus ReplayCommand::redoIt() {
     if (m_node) {
-        const MStatus status = m_node->Do();
+        MStatus status = m_node->Do();
         if (!status) {
             return status;
         }
