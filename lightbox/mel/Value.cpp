@@ -72,6 +72,15 @@ std::vector<To> NumbersAs(const std::vector<From>& numbers) {
     return converted;
 }
 
+Value::StringArray TextsOf(const Value& array) {
+    Value::StringArray texts;
+    texts.reserve(array.Size());
+    for (std::size_t i = 0; i < array.Size(); ++i) {
+        texts.push_back(array.Element(i).AsString());
+    }
+    return texts;
+}
+
 } // namespace
 
 const char* TypeName(Type type) {
@@ -273,6 +282,11 @@ Value Value::ConvertedTo(Type type) const {
             return NumbersAs<int>(Floats());
         }
         break;
+    case Type::StringArray:
+        if (own == Type::IntArray || own == Type::FloatArray) {
+            return TextsOf(*this);
+        }
+        break;
     case Type::FloatArray:
         if (own == Type::IntArray) {
             return NumbersAs<double>(Ints());
@@ -283,6 +297,9 @@ Value Value::ConvertedTo(Type type) const {
         break;
     default:
         break;
+    }
+    if (mel::IsArray(own) && mel::IsArray(type) && Size() == 0) {
+        return Default(type);
     }
     NoConversion(own, type);
 }
@@ -301,6 +318,37 @@ Value Value::Detached() const {
         return Value(Matrix(MatrixData()));
     default:
         return *this;
+    }
+}
+
+template <class T>
+void Value::TakeContent(Value& source) {
+    auto& from = std::get<Shared<T>>(source.data);
+    auto& to = std::get<Shared<T>>(data);
+    if (from == to) {
+        return;
+    }
+    if (from.use_count() == 1) {
+        *to = std::move(*from);
+    } else {
+        *to = *from;
+    }
+}
+
+void Value::ReplaceContent(Value source) {
+    switch (GetType()) {
+    case Type::IntArray:
+        return TakeContent<IntArray>(source);
+    case Type::FloatArray:
+        return TakeContent<FloatArray>(source);
+    case Type::StringArray:
+        return TakeContent<StringArray>(source);
+    case Type::VectorArray:
+        return TakeContent<VectorArray>(source);
+    case Type::Matrix:
+        return TakeContent<Matrix>(source);
+    default:
+        *this = std::move(source);
     }
 }
 
