@@ -85,7 +85,7 @@ MStatus AddCallbacks() {
 }
 
 MStatus RemoveCallbacks() {
-    const MStatus status = MMessage::removeCallbacks(g_callbacks);
+    MStatus status = MMessage::removeCallbacks(g_callbacks);
     g_callbacks.clear();
     return status;
 }

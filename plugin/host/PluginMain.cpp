@@ -46,6 +46,7 @@ MStatus RunSteps(MFnPlugin& plugin, const RegistrationStep (&steps)[Count]) {
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
 MStatus initializePlugin(MObject obj) {
     const QByteArray vendor = Settings::AUTHOR.toUtf8();
     const QByteArray version = Settings::VERSION_STRING.toUtf8();
@@ -67,6 +68,7 @@ MStatus initializePlugin(MObject obj) {
     return status;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
 MStatus uninitializePlugin(MObject obj) {
     if (Settings::guiEnabled && !MayaUtil::DeleteMainMenu()) {
         MGlobal::displayError("Failed to delete main menu");
