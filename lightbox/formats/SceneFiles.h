@@ -1,9 +1,9 @@
 #pragma once
 
+#include "formats/FileError.h"
 #include "formats/FileOperation.h"
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,12 +14,6 @@ class FileReader;
 class Host;
 class ReferenceList;
 class UnknownContent;
-
-/// A file that could not be read or written; what() is the message for the user.
-class FileError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// The formats that a scene can be stored in, named as `file -type` names them.
 enum class SceneFormat { MayaAscii, LightboxBinary };

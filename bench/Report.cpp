@@ -1,0 +1,119 @@
+// Turns the measurements of one run into figures: ratios against the plain reference of the same run, each with
+// the bound that it has to meet. Usage: bench_report figures.json results.json...
+// Prints one line a figure: name, value, bound, "ok" or "short". Exit status 0 when every bound is met.
+#include <QCoreApplication>
+#include <QFile>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextStream>
+
+#include <cmath>
+
+namespace {
+
+QTextStream& Out() {
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream& Err() {
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+QJsonObject ReadObject(const QString& path, bool& ok) {
+    QFile file(path);
+    QJsonParseError error{};
+    QJsonDocument document;
+    if (file.open(QIODevice::ReadOnly)) {
+        document = QJsonDocument::fromJson(file.readAll(), &error);
+    }
+    ok = document.isObject();
+    if (!ok) {
+        Err() << path << ": " << (file.error() ? file.errorString() : error.errorString()) << "\n";
+    }
+    return document.object();
+}
+
+double Nanoseconds(const QJsonObject& run) {
+    static const QHash<QString, double> factors{{"ns", 1.0}, {"us", 1e3}, {"ms", 1e6}, {"s", 1e9}};
+    return run["real_time"].toDouble() * factors.value(run["time_unit"].toString(), 1.0);
+}
+
+/// The median of a benchmark's repetitions by its name; a run without repetitions stands for itself.
+using Measurements = QHash<QString, QJsonObject>;
+
+bool Collect(const QString& path, Measurements& measurements) {
+    bool ok = false;
+    const QJsonObject results = ReadObject(path, ok);
+    for (const QJsonValue& value : results["benchmarks"].toArray()) {
+        const QJsonObject run = value.toObject();
+        const QString name = run["run_name"].toString();
+        if (run["run_type"].toString() == "aggregate" ? run["aggregate_name"].toString() == "median"
+                                                      : !measurements.contains(name)) {
+            measurements.insert(name, run);
+        }
+    }
+    return ok;
+}
+
+/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second) or "counter" of a benchmark.
+double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
+    const auto time = [&](const QJsonValue& name) {
+        const auto found = measurements.constFind(name.toString());
+        return found == measurements.constEnd() ? std::nan("") : Nanoseconds(*found);
+    };
+    if (figure.contains("ratio")) {
+        const QJsonArray pair = figure["ratio"].toArray();
+        return time(pair.at(0)) / time(pair.at(1));
+    }
+    if (figure.contains("counter")) {
+        const QJsonArray pair = figure["counter"].toArray();
+        const QJsonObject run = measurements.value(pair.at(0).toString());
+        return run.contains(pair.at(1).toString()) ? run[pair.at(1).toString()].toDouble() : std::nan("");
+    }
+    return time(figure["time"]);
+}
+
+bool Print(const QJsonObject& figure, const Measurements& measurements) {
+    const double value = Evaluate(figure, measurements);
+    const QString unit = figure["unit"].toString();
+    QString bound = "-";
+    bool met = !std::isnan(value);
+    if (figure.contains("at_least")) {
+        bound = ">= " + QString::number(figure["at_least"].toDouble());
+        met = met && value >= figure["at_least"].toDouble();
+    } else if (figure.contains("at_most")) {
+        bound = "<= " + QString::number(figure["at_most"].toDouble());
+        met = met && value <= figure["at_most"].toDouble();
+    }
+    const QString number = std::isnan(value) ? QStringLiteral("not measured") : QString::number(value, 'g', 4) + unit;
+    Out() << figure["name"].toString().leftJustified(62) << number.rightJustified(14) << bound.rightJustified(12)
+          << (met ? "  ok" : "  short") << "\n";
+    return met;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() < 3) {
+        Err() << "usage: bench_report figures.json results.json...\n";
+        return 2;
+    }
+    Measurements measurements;
+    bool ok = true;
+    for (int i = 2; i < arguments.size(); ++i) {
+        ok = Collect(arguments[i], measurements) && ok;
+    }
+    bool readable = false;
+    const QJsonObject figures = ReadObject(arguments[1], readable);
+    ok = ok && readable;
+    for (const QJsonValue& figure : figures["figures"].toArray()) {
+        ok = Print(figure.toObject(), measurements) && ok;
+    }
+    return ok ? 0 : 1;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace lightbox {
+
+/// A file that could not be read or written; what() is the message for the user.
+class FileError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace lightbox
