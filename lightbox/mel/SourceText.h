@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace lightbox::mel {
+
+/// A text to run and where it came from. Parsed programs refer into it, so it is shared by all that was
+/// defined in it.
+class SourceText {
+public:
+    /// `name` is the file's path; empty for text that was typed. Throws Error for a text of 4 GB and more.
+    SourceText(std::string text, std::string name);
+    /// Reads a file; throws Error when that fails.
+    static std::string ReadFile(const std::string& path);
+
+    const std::string& Name() const { return name_; }
+    std::string_view Text() const { return text_; }
+    std::string_view Piece(std::uint32_t begin, std::uint32_t end) const {
+        return std::string_view(text_).substr(begin, end - begin);
+    }
+    /// Line and column, from 1, of a byte offset.
+    void Place(std::uint32_t offset, int& line, int& column) const;
+
+private:
+    std::string name_;
+    std::string text_;
+};
+
+/// The bytes that a string literal stands for; `literal` is what is between its quotes.
+std::string Unescaped(std::string_view literal);
+
+} // namespace lightbox::mel

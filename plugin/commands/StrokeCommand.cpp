@@ -1,0 +1,87 @@
+#include "commands/StrokeCommand.h"
+
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+
+#include <maya/MArgDatabase.h>
+#include <maya/MArgList.h>
+#include <maya/MStringArray.h>
+
+namespace vellix {
+
+namespace {
+
+const char* const LAYER_ADDED_FLAG = "-la";
+const char* const FRAME_ADDED_FLAG = "-fa";
+
+} // namespace
+
+void* StrokeCommand::Creator() {
+    return new StrokeCommand;
+}
+
+MSyntax StrokeCommand::CommandSyntax() {
+    MSyntax syntax;
+    syntax.addFlag(LAYER_ADDED_FLAG, "-layerAdded", MSyntax::kLong);
+    syntax.addFlag(FRAME_ADDED_FLAG, "-frameAdded", MSyntax::kNoArg);
+    syntax.setObjectType(MSyntax::kStringObjects, 1);
+    syntax.enableQuery(false);
+    syntax.enableEdit(false);
+    return syntax;
+}
+
+MString StrokeCommand::GetCommandName() {
+    return MayaUtil::ToMString(Settings::STROKE_COMMAND_NAME);
+}
+
+MStatus StrokeCommand::doIt(const MArgList& args) {
+    MStatus status = ParseArguments(args);
+    if (!status) {
+        return status;
+    }
+    BaseNode* node = BaseNode::GetMaster();
+    return node != nullptr && m_commit->Commit(*node) ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus StrokeCommand::redoIt() {
+    BaseNode* node = BaseNode::GetMaster();
+    return node != nullptr && m_commit->Redo(*node) ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus StrokeCommand::undoIt() {
+    BaseNode* node = BaseNode::GetMaster();
+    return node != nullptr && m_commit->Undo(*node) ? MS::kSuccess : MS::kFailure;
+}
+
+bool StrokeCommand::isUndoable() const {
+    return true;
+}
+
+MStatus StrokeCommand::ParseArguments(const MArgList& args) {
+    MStatus status;
+    const MArgDatabase arguments(syntax(), args, &status);
+    if (!status) {
+        return status;
+    }
+    MStringArray objects;
+    arguments.getObjects(objects);
+    if (objects.length() == 0) {
+        Logger::Error("Camera not specified");
+        return MS::kFailure;
+    }
+    const QString camera = MayaUtil::ToQString(objects[0]);
+    if (!MayaUtil::CameraExists(camera)) {
+        Logger::Error(QStringLiteral("Camera does not exist: %1").arg(camera));
+        return MS::kFailure;
+    }
+    int layerAdded = -1;
+    if (arguments.isFlagSet(LAYER_ADDED_FLAG)) {
+        arguments.getFlagArgument(LAYER_ADDED_FLAG, 0, layerAdded);
+    }
+    m_commit = std::make_unique<StrokeCommit>(camera, layerAdded, arguments.isFlagSet(FRAME_ADDED_FLAG));
+    return MS::kSuccess;
+}
+
+} // namespace vellix

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "commands/StrokeCommit.h"
+
+#include <maya/MApiNamespace.h>
+#include <maya/MPxCommand.h>
+#include <maya/MString.h>
+#include <maya/MSyntax.h>
+
+#include <memory>
+
+namespace vellix {
+
+/// qmVellixStroke: commits the stroke in progress, issued by the draw tool when a stroke ends.
+class StrokeCommand : public MPxCommand {
+public:
+    static void* Creator();
+    static MSyntax CommandSyntax();
+    static MString GetCommandName();
+
+    MStatus doIt(const MArgList& args) override;
+    MStatus redoIt() override;
+    MStatus undoIt() override;
+    bool isUndoable() const override;
+
+private:
+    MStatus ParseArguments(const MArgList& args);
+
+    std::unique_ptr<StrokeCommit> m_commit;
+};
+
+} // namespace vellix

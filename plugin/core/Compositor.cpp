@@ -1,0 +1,96 @@
+#include "core/Compositor.h"
+
+#include "core/GhostPictures.h"
+#include "core/Layer.h"
+#include "core/StrokePainter.h"
+#include "host/Settings.h"
+
+namespace vellix {
+
+void Compositor::AddCamera(const QString& camera) {
+    m_images[camera].reset(new FlattenedImage);
+}
+
+void Compositor::RemoveCamera(const QString& camera) {
+    m_images.erase(camera);
+    if (m_ghosts.camera == camera) {
+        m_ghosts = Ghosts();
+    }
+}
+
+QImage* Compositor::GetImage(const QString& camera) const {
+    const auto found = m_images.find(camera);
+    return found == m_images.end() ? nullptr : &found->second->Image();
+}
+
+void Compositor::Rebuild(const Scene& scene) {
+    const auto found = m_images.find(scene.camera);
+    if (found == m_images.end()) {
+        return;
+    }
+    PictureStack stack = UpdateGhosts(scene);
+    const std::size_t ghostCount = stack.size();
+    for (Layer* layer : scene.layers) {
+        stack.push_back(PictureOf(*layer, 0));
+    }
+    if (scene.stroke != nullptr && scene.activeLayer >= 0) {
+        RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.activeLayer));
+    } else {
+        found->second->Update(stack, TileMask());
+    }
+    m_cache.EndRound();
+}
+
+/// The drawing so many keys from the current one. Reading it clears the layer's flag.
+Picture Compositor::PictureOf(Layer& layer, int offset) {
+    Picture picture;
+    const QImage& image = *layer.GetImage(offset);
+    if (!image.isNull()) {
+        picture.drawing = m_cache.Find(image);
+        picture.key = image.cacheKey();
+    }
+    return picture;
+}
+
+/// The ghosts of the active layer. While a stroke grows they stay those of the rebuild before it.
+PictureStack Compositor::UpdateGhosts(const Scene& scene) {
+    if (scene.activeLayer < 0 || !scene.ghosting || !(Settings::ghostPrev || Settings::ghostNext)) {
+        if (m_ghosts.camera == scene.camera) {
+            m_ghosts = Ghosts();
+        }
+        return PictureStack();
+    }
+    Layer& layer = *scene.layers[scene.activeLayer];
+    const bool same = m_ghosts.camera == scene.camera && m_ghosts.layer == &layer &&
+                      m_ghosts.frameIndex == layer.GetCurrentFrameIndex();
+    const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
+    if (!same || !strokeGrows) {
+        m_ghosts.camera = scene.camera;
+        m_ghosts.layer = &layer;
+        m_ghosts.frameIndex = layer.GetCurrentFrameIndex();
+        m_ghosts.pictures = GhostPictures(layer.FrameCount(),
+                                          [this, &layer](int offset) { return PictureOf(layer, offset); });
+    }
+    return m_ghosts.pictures;
+}
+
+/// What lies under and over the layer that is drawn on is merged once; then each refresh costs the same
+/// however many layers there are.
+void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
+                                   std::size_t drawnOn) {
+    if (m_below == nullptr) {
+        m_below.reset(new MergedPictures);
+        m_above.reset(new MergedPictures);
+    }
+    const auto drawing = stack.begin() + std::ptrdiff_t(drawnOn);
+    m_below->Update(PictureStack(stack.begin(), drawing));
+    m_above->Update(PictureStack(drawing + 1, stack.end()));
+    PictureStack merged;
+    merged.push_back(m_below->AsPicture());
+    TileMask changed;
+    scene.stroke->AppendTo(merged, *drawing, *scene.layers[scene.activeLayer]->GetImage(0), changed);
+    merged.push_back(m_above->AsPicture());
+    image.Update(merged, changed);
+}
+
+} // namespace vellix

@@ -1,0 +1,43 @@
+#include "core/FrameComposer.h"
+
+#include "core/Frame.h"
+#include "core/GhostPictures.h"
+#include "core/Layer.h"
+#include "paint/Composite.h"
+
+#include <memory>
+
+namespace vellix {
+namespace {
+
+Picture PictureOf(const Frame* frame) {
+    Picture picture;
+    const QImage image = frame == nullptr ? QImage() : frame->PeekImage();
+    if (!image.isNull()) {
+        picture.drawing = std::make_shared<PackedTiles>(image);
+        picture.key = image.cacheKey();
+    }
+    return picture;
+}
+
+} // namespace
+
+QImage ComposeLayersAt(int frame, const QList<Layer*>& layers, int activeLayer, bool ghosting) {
+    PictureStack stack;
+    if (ghosting && activeLayer >= 0 && activeLayer < layers.size() && layers[activeLayer]->IsVisible()) {
+        const Layer& layer = *layers[activeLayer];
+        const int current = layer.FindFrameIndex(frame);
+        stack = GhostPictures(layer.FrameCount(),
+                              [&](int offset) { return PictureOf(layer.GetFrame(current + offset)); });
+    }
+    for (const Layer* layer : layers) {
+        if (layer->IsVisible()) {
+            stack.push_back(PictureOf(layer->GetFrame(layer->FindFrameIndex(frame))));
+        }
+    }
+    QImage image = Composite::TransparentImage();
+    Composite::Compose(image, Composite::CoverageOf(stack).occupied, stack);
+    return image;
+}
+
+} // namespace vellix

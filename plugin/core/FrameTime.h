@@ -1,0 +1,26 @@
+#pragma once
+
+#include <maya/MTime.h>
+
+#include <limits>
+
+namespace vellix {
+
+/// Whole frames of a time in the host's current time unit, truncated toward zero; times beyond the range of
+/// an int give its nearest end.
+inline int ToWholeFrames(const MTime& time) {
+    const double frames = time.as(MTime::uiUnit());
+    if (frames >= double(std::numeric_limits<int>::max())) {
+        return std::numeric_limits<int>::max();
+    }
+    if (frames > double(std::numeric_limits<int>::min())) {
+        return int(frames);
+    }
+    return std::numeric_limits<int>::min();
+}
+
+inline MTime FromWholeFrames(int frame) {
+    return MTime(double(frame), MTime::uiUnit());
+}
+
+} // namespace vellix

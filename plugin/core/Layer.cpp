@@ -1,0 +1,241 @@
+#include "core/Layer.h"
+
+#include "core/Frame.h"
+#include "core/FrameTime.h"
+#include "host/MayaUtil.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace vellix {
+
+Layer::Layer()
+    : m_name(QStringLiteral("New Layer")) {}
+
+Layer::~Layer() = default;
+
+void Layer::SetName(const QString& name) {
+    m_name = name;
+}
+
+QString Layer::GetName() const {
+    return m_name;
+}
+
+void Layer::SetVisible(bool visible) {
+    if (m_visible != visible) {
+        m_visible = visible;
+        m_cacheUpdateRequired = true;
+    }
+}
+
+bool Layer::IsVisible() const {
+    return m_visible;
+}
+
+void Layer::SetOpacity(float opacity) {
+    // Written so that a number that is none counts as 0.
+    const float clamped = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
+    if (m_opacity != clamped) {
+        m_opacity = clamped;
+        m_cacheUpdateRequired = true;
+    }
+}
+
+float Layer::GetOpacity() const {
+    return m_opacity;
+}
+
+void Layer::SetState(LayerState state) {
+    m_state = state;
+}
+
+LayerState Layer::GetState() const {
+    return m_state;
+}
+
+void Layer::SetActive(bool active) {
+    m_active = active;
+}
+
+bool Layer::IsActive() const {
+    return m_active;
+}
+
+int Layer::FrameCount() const {
+    return int(m_frames.size());
+}
+
+bool Layer::CacheUpdateRequired() const {
+    return m_cacheUpdateRequired;
+}
+
+void Layer::ForceCacheUpdate() {
+    m_cacheUpdateRequired = true;
+}
+
+QImage* Layer::GetImage(int offset) {
+    static QImage nullImage;
+    m_cacheUpdateRequired = false;
+    const qint64 index = qint64(m_currentFrameIndex) + offset;
+    if (!m_visible || index < 0 || index >= FrameCount()) {
+        nullImage = QImage();
+        return &nullImage;
+    }
+    return &m_frames[std::size_t(index)]->GetImage();
+}
+
+void Layer::SetImage(const QImage& image) {
+    if (Frame* frame = GetCurrentFrame()) {
+        frame->SetImage(image);
+        m_cacheUpdateRequired = true;
+    }
+}
+
+Frame* Layer::GetFrame(int index) const {
+    return index >= 0 && index < FrameCount() ? m_frames[std::size_t(index)].get() : nullptr;
+}
+
+Frame* Layer::GetCurrentFrame() const {
+    return GetFrame(m_currentFrameIndex);
+}
+
+int Layer::GetCurrentFrameIndex() const {
+    return m_currentFrameIndex;
+}
+
+int Layer::FindFrameIndex(int frame) const {
+    const auto later =
+        std::find_if(m_frames.begin(), m_frames.end(),
+                     [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() > frame; });
+    return int(later - m_frames.begin()) - 1;
+}
+
+void Layer::UpdateCurrentFrameIndex(int frame) {
+    const int index = FindFrameIndex(frame);
+    if (m_currentFrameIndex != index) {
+        m_currentFrameIndex = index;
+        m_cacheUpdateRequired = true;
+    }
+}
+
+void Layer::UpdateCurrentFrameIndex() {
+    UpdateCurrentFrameIndex(MayaUtil::GetPlaybackTimeValue());
+}
+
+bool Layer::FrameExists(int frame) const {
+    return FindKey(frame) >= 0;
+}
+
+int Layer::FindKey(int frame) const {
+    const auto found =
+        std::find_if(m_frames.begin(), m_frames.end(),
+                     [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() == frame; });
+    return found == m_frames.end() ? -1 : int(found - m_frames.begin());
+}
+
+bool Layer::FrameExists(const MTime& time) const {
+    return FrameExists(ToWholeFrames(time));
+}
+
+bool Layer::FrameExists() const {
+    if (m_state == LayerState::Static && StaticFrameExists()) {
+        return true;
+    }
+    return FrameExists(MayaUtil::GetPlaybackTimeValue());
+}
+
+bool Layer::StaticFrameExists() const {
+    return m_currentFrameIndex >= 0;
+}
+
+Frame* Layer::GetPreviousFrame(bool wrap) const {
+    const int now = MayaUtil::GetPlaybackTimeValue();
+    const auto found =
+        std::find_if(m_frames.rbegin(), m_frames.rend(),
+                     [now](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() < now; });
+    if (found != m_frames.rend()) {
+        return found->get();
+    }
+    return wrap && !m_frames.empty() ? m_frames.back().get() : nullptr;
+}
+
+Frame* Layer::GetNextFrame(bool wrap) const {
+    const int now = MayaUtil::GetPlaybackTimeValue();
+    const auto found = std::find_if(m_frames.begin(), m_frames.end(), [now](const std::unique_ptr<Frame>& f) {
+        return f->GetTimeValue() > now;
+    });
+    if (found != m_frames.end()) {
+        return found->get();
+    }
+    return wrap && !m_frames.empty() ? m_frames.front().get() : nullptr;
+}
+
+Frame* Layer::GetFrameCopy(const MTime& time) const {
+    const Frame* frame = GetFrame(FindKey(ToWholeFrames(time)));
+    return frame == nullptr ? nullptr : new Frame(*frame);
+}
+
+void Layer::GetFrameTimes(QList<int>& times) const {
+    times.clear();
+    QSet<int> seen;
+    for (const auto& frame : m_frames) {
+        const int time = frame->GetTimeValue();
+        if (!seen.contains(time)) {
+            seen.insert(time);
+            times.append(time);
+        }
+    }
+}
+
+void Layer::SetFrameTimes(const QList<int>& times) {
+    const int count = std::min(times.size(), FrameCount());
+    for (int i = 0; i < count; ++i) {
+        m_frames[std::size_t(i)]->SetTimeValue(times[i]);
+    }
+}
+
+int Layer::InsertFrame(Frame* frame) {
+    std::unique_ptr<Frame> owned(frame);
+    if (owned == nullptr || FrameExists(owned->GetTimeValue())) {
+        return -1;
+    }
+    const int index = FindFrameIndex(owned->GetTimeValue()) + 1;
+    m_frames.insert(m_frames.begin() + index, std::move(owned));
+    UpdateCurrentFrameIndex();
+    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    return index;
+}
+
+int Layer::AddFrame(const MTime& time) {
+    return InsertFrame(new Frame(time));
+}
+
+int Layer::AddFrame() {
+    return AddFrame(MayaUtil::GetPlaybackTime());
+}
+
+Frame* Layer::RemoveFrame(const MTime& time) {
+    const int frame = ToWholeFrames(time);
+    const int index = FindKey(frame);
+    if (index < 0) {
+        return nullptr;
+    }
+    Frame* removed = m_frames[std::size_t(index)].release();
+    m_frames.erase(m_frames.begin() + index);
+    UpdateCurrentFrameIndex(frame);
+    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    return removed;
+}
+
+Frame* Layer::RemoveFrame() {
+    return RemoveFrame(MayaUtil::GetPlaybackTime());
+}
+
+void Layer::RemoveAllFrames() {
+    m_frames.clear();
+    m_cacheUpdateRequired = true;
+}
+
+} // namespace vellix

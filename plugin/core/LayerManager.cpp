@@ -1,0 +1,305 @@
+#include "core/LayerManager.h"
+
+#include "core/Compositor.h"
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/StrokePainter.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "ui/DialogManager.h"
+
+#include <algorithm>
+
+namespace vellix {
+
+LayerManager::LayerManager()
+    : m_stroke(new StrokePainter)
+    , m_compositor(new Compositor) {}
+
+LayerManager::~LayerManager() = default;
+
+bool LayerManager::IsMaster() const {
+    return m_master;
+}
+
+void LayerManager::MakeMaster() {
+    m_master = true;
+}
+
+QString LayerManager::GetActiveCamera() const {
+    return m_activeCamera;
+}
+
+QString LayerManager::GetPreviousActiveCamera() const {
+    return m_previousActiveCamera;
+}
+
+QStringList LayerManager::GetCameras() const {
+    QStringList cameras;
+    for (const auto& entry : m_layers) {
+        cameras.append(entry.first);
+    }
+    return cameras;
+}
+
+void LayerManager::SetActiveCamera(const QString& camera) {
+    if (camera != m_activeCamera) {
+        m_previousActiveCamera = m_activeCamera;
+        m_activeCamera = camera;
+        UpdateLayerManagerDialog();
+    }
+}
+
+void LayerManager::RefreshActiveCamera() {
+    SetActiveCamera(MayaUtil::GetActive3dViewCameraName());
+}
+
+int LayerManager::LayerCount(const QString& camera) const {
+    return int(FindLayers(camera).size());
+}
+
+int LayerManager::TotalLayerCount() const {
+    int count = 0;
+    for (const auto& entry : m_layers) {
+        count += int(entry.second.size());
+    }
+    return count;
+}
+
+bool LayerManager::LayerExists(const QString& camera, int index) const {
+    return index >= 0 && index < LayerCount(camera);
+}
+
+bool LayerManager::LayerNameExists(const QString& name) const {
+    return std::any_of(m_layers.begin(), m_layers.end(),
+                       [&name](const std::pair<const QString, LayerList>& entry) {
+                           return std::any_of(entry.second.begin(), entry.second.end(),
+                                              [&name](const std::unique_ptr<Layer>& layer) {
+                                                  return layer->GetName() == name;
+                                              });
+                       });
+}
+
+QString LayerManager::GetUniqueLayerName(const QString& name) const {
+    QString candidate = name.isEmpty() ? Settings::DEFAULT_LAYER_NAME : name;
+    for (int n = 1; LayerNameExists(candidate); ++n) {
+        candidate = QStringLiteral("%1 %2").arg(Settings::DEFAULT_LAYER_NAME).arg(n);
+    }
+    return candidate;
+}
+
+Layer* LayerManager::GetLayer(const QString& camera, int index) const {
+    return LayerExists(camera, index) ? FindLayers(camera)[std::size_t(index)].get() : nullptr;
+}
+
+QList<Layer*> LayerManager::GetLayers(const QString& camera) const {
+    QList<Layer*> layers;
+    for (const auto& layer : FindLayers(camera)) {
+        layers.append(layer.get());
+    }
+    return layers;
+}
+
+int LayerManager::GetActiveLayerIndex(const QString& camera) const {
+    const LayerList& layers = FindLayers(camera);
+    const auto active = std::find_if(layers.begin(), layers.end(),
+                                     [](const std::unique_ptr<Layer>& layer) { return layer->IsActive(); });
+    return active == layers.end() ? -1 : int(active - layers.begin());
+}
+
+Layer* LayerManager::GetActiveLayer(const QString& camera) const {
+    return GetLayer(camera, GetActiveLayerIndex(camera));
+}
+
+bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCameraActive) {
+    if (index != -1 && !LayerExists(camera, index)) {
+        Logger::Error(QStringLiteral("Invalid layer index: %1").arg(index));
+        return false;
+    }
+    const LayerList& layers = FindLayers(camera);
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        layers[i]->SetActive(int(i) == index);
+    }
+    if (makeCameraActive && camera != m_activeCamera) {
+        SetActiveCamera(camera);
+    } else {
+        UpdateLayerManagerDialog();
+    }
+    return true;
+}
+
+QString LayerManager::GetLayerName(const QString& camera, int index) const {
+    const Layer* layer = GetLayer(camera, index);
+    return layer == nullptr ? QString() : layer->GetName();
+}
+
+void LayerManager::SetLayerName(const QString& camera, int index, const QString& name) {
+    if (Layer* layer = GetLayer(camera, index)) {
+        layer->SetName(name);
+        UpdateLayerManagerDialog();
+    }
+}
+
+bool LayerManager::IsLayerVisible(const QString& camera, int index) const {
+    const Layer* layer = GetLayer(camera, index);
+    return layer != nullptr && layer->IsVisible();
+}
+
+void LayerManager::SetLayerVisible(const QString& camera, int index, bool visible) {
+    if (Layer* layer = GetLayer(camera, index)) {
+        layer->SetVisible(visible);
+        UpdateLayerManagerDialog();
+    }
+}
+
+float LayerManager::GetLayerOpacity(const QString& camera, int index) const {
+    const Layer* layer = GetLayer(camera, index);
+    return layer == nullptr ? 0.0f : layer->GetOpacity();
+}
+
+void LayerManager::SetLayerOpacity(const QString& camera, int index, float opacity) {
+    if (Layer* layer = GetLayer(camera, index)) {
+        layer->SetOpacity(opacity);
+    }
+}
+
+LayerState LayerManager::GetLayerState(const QString& camera, int index) const {
+    const Layer* layer = GetLayer(camera, index);
+    return layer == nullptr ? LayerState::Animated : layer->GetState();
+}
+
+void LayerManager::SetLayerState(const QString& camera, int index, LayerState state) {
+    if (Layer* layer = GetLayer(camera, index)) {
+        layer->SetState(state);
+        UpdateLayerManagerDialog();
+    }
+}
+
+int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
+    if (layer == nullptr) {
+        return -1;
+    }
+    std::unique_ptr<Layer> owned(layer);
+    LayerList& layers = m_layers[camera];
+    const bool wasActive = layer->IsActive();
+    const int at = index >= 0 && index < int(layers.size()) ? index : int(layers.size());
+    layers.insert(layers.begin() + at, std::move(owned));
+    QueueMasterCacheUpdate(camera);
+    if (layers.size() == 1) {
+        OnFirstLayerAdded(camera);
+    } else if (wasActive) {
+        SetActiveLayer(camera, at, false);
+    } else {
+        UpdateLayerManagerDialog();
+    }
+    return at;
+}
+
+int LayerManager::InsertLayer(const QString& camera, int index, const QString& name) {
+    std::unique_ptr<Layer> layer(new Layer);
+    layer->SetName(GetUniqueLayerName(name));
+    layer->SetState(static_cast<LayerState>(Settings::defaultLayerState));
+    return InsertLayer(camera, index, layer.release());
+}
+
+int LayerManager::MoveLayer(const QString& camera, int from, int to) {
+    if (!LayerExists(camera, from) || !LayerExists(camera, to)) {
+        return -1;
+    }
+    const auto first = m_layers[camera].begin();
+    if (from < to) {
+        std::rotate(first + from, first + from + 1, first + to + 1);
+    } else {
+        std::rotate(first + to, first + from, first + from + 1);
+    }
+    QueueMasterCacheUpdate(camera);
+    UpdateLayerManagerDialog();
+    return to;
+}
+
+int LayerManager::MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex) {
+    if (camera == toCamera) {
+        return MoveLayer(camera, index, LayerExists(camera, toIndex) ? toIndex : LayerCount(camera) - 1);
+    }
+    std::unique_ptr<Layer> layer(RemoveLayer(camera, index));
+    if (layer == nullptr) {
+        return -1;
+    }
+    layer->SetActive(false);
+    return InsertLayer(toCamera, toIndex, layer.release());
+}
+
+Layer* LayerManager::RemoveLayer(const QString& camera, int index) {
+    if (!LayerExists(camera, index)) {
+        return nullptr;
+    }
+    LayerList& layers = m_layers[camera];
+    std::unique_ptr<Layer> layer = std::move(layers[std::size_t(index)]);
+    layers.erase(layers.begin() + index);
+    QueueMasterCacheUpdate(camera);
+    if (layers.empty()) {
+        OnLastLayerRemoved(camera);
+    } else if (layer->IsActive()) {
+        SetActiveLayer(camera, std::max(index - 1, 0), false);
+    } else {
+        UpdateLayerManagerDialog();
+    }
+    return layer.release();
+}
+
+void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed) {
+    const auto found = m_layers.find(camera);
+    if (found == m_layers.end() || found->second.empty()) {
+        return;
+    }
+    for (auto& layer : found->second) {
+        removed.append(layer.release());
+    }
+    found->second.clear();
+    QueueMasterCacheUpdate(camera);
+    OnLastLayerRemoved(camera);
+}
+
+void LayerManager::DeleteAllLayers(bool updatePanel) {
+    CancelActiveStroke();
+    for (const auto& entry : m_layers) {
+        m_compositor->RemoveCamera(entry.first);
+    }
+    m_layers.clear();
+    m_masterCacheQueue.clear();
+    if (updatePanel) {
+        UpdateLayerManagerDialog();
+    }
+}
+
+void LayerManager::UpdateLayerManagerDialog() {
+    if (!m_master || !DialogManager::HasLayerManagerDialog()) {
+        return;
+    }
+    QList<LayerManagerRow> rows;
+    for (const auto& entry : m_layers) {
+        for (const auto& layer : entry.second) {
+            rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState()});
+        }
+    }
+    DialogManager::FillLayerManagerDialog(rows, m_activeCamera, GetActiveLayerIndex(m_activeCamera));
+}
+
+const LayerManager::LayerList& LayerManager::FindLayers(const QString& camera) const {
+    static const LayerList none;
+    const auto found = m_layers.find(camera);
+    return found == m_layers.end() ? none : found->second;
+}
+
+void LayerManager::OnFirstLayerAdded(const QString& camera) {
+    m_compositor->AddCamera(camera);
+    SetActiveLayer(camera, 0, true);
+}
+
+void LayerManager::OnLastLayerRemoved(const QString& camera) {
+    m_compositor->RemoveCamera(camera);
+    SetActiveLayer(camera, -1, false);
+}
+
+} // namespace vellix

@@ -1,0 +1,172 @@
+#pragma once
+
+#include "core/LayerState.h"
+
+#include <maya/MTime.h>
+
+#include <QByteArray>
+#include <QImage>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+class QColor;
+
+namespace vellix {
+
+class Compositor;
+class Frame;
+class Layer;
+class StrokePainter;
+struct Stroke;
+
+/// The whole drawing of one scene node: for every camera a stack of layers (index 0 at the bottom) with one
+/// active layer, the stroke being drawn, and the composed image of each camera. Cameras go by the names of
+/// their transforms; an unknown one is an empty stack. Refusals are silent: null, -1 or false.
+class LayerManager {
+public:
+    LayerManager();
+    LayerManager(const LayerManager&) = delete;
+    LayerManager& operator=(const LayerManager&) = delete;
+    ~LayerManager();
+
+    /// The master's layers fill the layer manager panel.
+    bool IsMaster() const;
+    void MakeMaster();
+
+    // Cameras.
+    QString GetActiveCamera() const;
+    QString GetPreviousActiveCamera() const;
+    QStringList GetCameras() const;
+    void SetActiveCamera(const QString& camera);
+    /// Makes the camera of the host's active view the active one.
+    void RefreshActiveCamera();
+
+    // Layers. Borrowed pointers, unless said otherwise.
+    int LayerCount(const QString& camera) const;
+    int TotalLayerCount() const;
+    bool LayerExists(const QString& camera, int index) const;
+    bool LayerNameExists(const QString& name) const;
+    /// The name when it is free (an empty one stands for the default), else the first free numbered default
+    /// name.
+    QString GetUniqueLayerName(const QString& name) const;
+    Layer* GetLayer(const QString& camera, int index) const;
+    QList<Layer*> GetLayers(const QString& camera) const;
+    int GetActiveLayerIndex(const QString& camera) const;
+    Layer* GetActiveLayer(const QString& camera) const;
+    /// -1 leaves the camera without an active layer. False, with an error logged, for any other invalid
+    /// index.
+    bool SetActiveLayer(const QString& camera, int index, bool makeCameraActive);
+    QString GetLayerName(const QString& camera, int index) const;
+    void SetLayerName(const QString& camera, int index, const QString& name);
+    bool IsLayerVisible(const QString& camera, int index) const;
+    void SetLayerVisible(const QString& camera, int index, bool visible);
+    float GetLayerOpacity(const QString& camera, int index) const;
+    void SetLayerOpacity(const QString& camera, int index, float opacity);
+    LayerState GetLayerState(const QString& camera, int index) const;
+    void SetLayerState(const QString& camera, int index, LayerState state);
+
+    /// Takes ownership of the layer and returns its index; an index that is not one appends. A layer that
+    /// comes with its active flag set (one that was removed while active) becomes the camera's active layer.
+    int InsertLayer(const QString& camera, int index, Layer* layer);
+    int InsertLayer(const QString& camera, int index, const QString& name);
+    /// Returns the layer's new index, or -1 when an index is invalid.
+    int MoveLayer(const QString& camera, int from, int to);
+    /// Moves a layer to another camera's stack; an index there that is not one appends. The layer is no
+    /// longer active.
+    int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
+    /// The caller owns the layer; null when there is none.
+    Layer* RemoveLayer(const QString& camera, int index);
+    /// The caller owns what is put into `removed`, in stack order.
+    void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
+    /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
+    void DeleteAllLayers(bool updatePanel);
+
+    // Frames of the camera's active layer.
+    int AddFrame(const QString& camera);
+    int AddFrame(const QString& camera, const MTime& time);
+    /// Takes ownership of the frame, also when it refuses.
+    int InsertFrame(const QString& camera, Frame* frame);
+    /// The caller owns the frame.
+    Frame* RemoveFrame(const QString& camera);
+    Frame* RemoveFrame(const QString& camera, const MTime& time);
+    Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
+    Frame* GetNextFrame(const QString& camera, bool wrap) const;
+    /// The caller owns the copy.
+    Frame* GetFrameCopy(const QString& camera, const MTime& time) const;
+    bool FrameExists(const QString& camera) const;
+    bool FrameExists(const QString& camera, const MTime& time) const;
+    void GetFrameTimes(const QString& camera, QList<int>& times) const;
+    void SetFrameTimes(const QString& camera, const QList<int>& times);
+
+    // Time.
+    /// The frame number used for playback.
+    void SetFrame(int frame);
+    int GetFrame() const;
+    /// With `keepActive` the active layer of the active camera stays on its frame.
+    void OnPlaybackTimeChanged(int frame, bool keepActive);
+
+    // The stroke being drawn.
+    bool CanDraw(const QString& camera) const;
+    bool CanDraw(const Layer* layer) const;
+    bool HasActiveStroke() const;
+    /// The stroke being drawn, or a new one on the camera's active layer; owned here. Null when that layer
+    /// has no frame to draw on (`shape`: any active layer will do).
+    Stroke* GetActiveStroke(const QString& camera, bool shape);
+    /// Paints the stroke into the active layer's current frame and ends it. `undo` receives the image before
+    /// it as PNG bytes.
+    bool CommitActiveStroke(const QString& camera, QByteArray& undo);
+    /// The same without the image before it, for a stroke that joins one whose way back is known.
+    bool CommitActiveStroke(const QString& camera);
+    /// Exchanges the current image of the active layer with the one in the buffer (PNG bytes); false, with
+    /// nothing changed, when either is missing.
+    bool UndoStroke(const QString& camera, QByteArray& buffer);
+    void CancelActiveStroke();
+    /// Has the transform tool copied something that can be pasted?
+    bool PasteTransformImageAvailable() const;
+
+    // The composed image.
+    /// The camera's layers at the current time, with ghosts and the stroke being drawn, composed again only
+    /// when CacheUpdateRequired says so. Straight alpha, Format_RGBA8888; owned here; null without layers.
+    QImage* GetFlattenedImage(const QString& camera);
+    bool CacheUpdateRequired(const QString& camera);
+    bool MasterCacheUpdateRequired(const QString& camera) const;
+    void QueueMasterCacheUpdate(const QString& camera);
+    void QueueMasterCacheUpdateAll();
+    void MasterCacheUpdateCompleted(const QString& camera);
+    void ForceCacheUpdate(const QString& camera, int index);
+    /// The camera's layers at any time, with the ghosts of the user's settings when `ghosting` is set. Leaves
+    /// current frames, flags and caches alone; a null image without layers.
+    QImage ComposeFrame(const QString& camera, int frame, bool ghosting) const;
+    /// Gives every pixel that is not fully transparent the colour's red, green and blue.
+    static void OverrideImageColor(QImage& image, const QColor& color);
+
+    /// Fills the layer manager panel anew; the master only.
+    void UpdateLayerManagerDialog();
+
+private:
+    bool CommitStroke(const QString& camera, QByteArray* undo);
+
+    using LayerList = std::vector<std::unique_ptr<Layer>>;
+
+    const LayerList& FindLayers(const QString& camera) const;
+    void OnFirstLayerAdded(const QString& camera);
+    void OnLastLayerRemoved(const QString& camera);
+
+    std::map<QString, LayerList> m_layers;
+    QString m_activeCamera;
+    QString m_previousActiveCamera;
+    bool m_master = false;
+    bool m_playing = false;
+    bool m_cacheUpdateRequired = false;
+    int m_frame = 0;
+    QStringList m_masterCacheQueue;
+    std::unique_ptr<StrokePainter> m_stroke;
+    std::unique_ptr<Compositor> m_compositor;
+};
+
+} // namespace vellix

@@ -1,0 +1,100 @@
+// The frames of a camera's active layer, and time.
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "host/MayaUtil.h"
+
+namespace vellix {
+
+int LayerManager::AddFrame(const QString& camera) {
+    Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? -1 : layer->AddFrame();
+}
+
+int LayerManager::AddFrame(const QString& camera, const MTime& time) {
+    Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? -1 : layer->AddFrame(time);
+}
+
+int LayerManager::InsertFrame(const QString& camera, Frame* frame) {
+    std::unique_ptr<Frame> owned(frame);
+    Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? -1 : layer->InsertFrame(owned.release());
+}
+
+Frame* LayerManager::RemoveFrame(const QString& camera) {
+    Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? nullptr : layer->RemoveFrame();
+}
+
+Frame* LayerManager::RemoveFrame(const QString& camera, const MTime& time) {
+    Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? nullptr : layer->RemoveFrame(time);
+}
+
+Frame* LayerManager::GetPreviousFrame(const QString& camera, bool wrap) const {
+    const Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? nullptr : layer->GetPreviousFrame(wrap);
+}
+
+Frame* LayerManager::GetNextFrame(const QString& camera, bool wrap) const {
+    const Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? nullptr : layer->GetNextFrame(wrap);
+}
+
+Frame* LayerManager::GetFrameCopy(const QString& camera, const MTime& time) const {
+    const Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? nullptr : layer->GetFrameCopy(time);
+}
+
+bool LayerManager::FrameExists(const QString& camera) const {
+    const Layer* layer = GetActiveLayer(camera);
+    return layer != nullptr && layer->FrameExists();
+}
+
+bool LayerManager::FrameExists(const QString& camera, const MTime& time) const {
+    const Layer* layer = GetActiveLayer(camera);
+    return layer != nullptr && layer->FrameExists(time);
+}
+
+void LayerManager::GetFrameTimes(const QString& camera, QList<int>& times) const {
+    times.clear();
+    if (const Layer* layer = GetActiveLayer(camera)) {
+        layer->GetFrameTimes(times);
+    }
+}
+
+void LayerManager::SetFrameTimes(const QString& camera, const QList<int>& times) {
+    if (Layer* layer = GetActiveLayer(camera)) {
+        layer->SetFrameTimes(times);
+    }
+}
+
+void LayerManager::SetFrame(int frame) {
+    m_frame = frame;
+}
+
+int LayerManager::GetFrame() const {
+    return m_frame;
+}
+
+void LayerManager::OnPlaybackTimeChanged(int frame, bool keepActive) {
+    SetFrame(frame);
+    const Layer* kept = keepActive ? GetActiveLayer(m_activeCamera) : nullptr;
+    for (const auto& entry : m_layers) {
+        for (const auto& layer : entry.second) {
+            if (layer.get() != kept) {
+                layer->UpdateCurrentFrameIndex(frame);
+            }
+        }
+    }
+    const bool playing = MayaUtil::IsPlaying();
+    if (playing != m_playing) {
+        m_playing = playing;
+        if (playing) {
+            QueueMasterCacheUpdate(m_activeCamera);
+        }
+    }
+}
+
+} // namespace vellix

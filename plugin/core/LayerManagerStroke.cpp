@@ -1,0 +1,171 @@
+// The stroke being drawn, and the composed image.
+#include "core/Compositor.h"
+#include "core/Frame.h"
+#include "core/FrameComposer.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "core/StrokePainter.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "paint/Composite.h"
+#include "paint/DrawUtil.h"
+
+#include <algorithm>
+
+namespace vellix {
+
+bool LayerManager::CanDraw(const QString& camera) const {
+    return CanDraw(GetActiveLayer(camera));
+}
+
+bool LayerManager::CanDraw(const Layer* layer) const {
+    return layer != nullptr && layer->FrameExists();
+}
+
+bool LayerManager::HasActiveStroke() const {
+    return m_stroke->HasStroke();
+}
+
+Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
+    if (!m_stroke->HasStroke()) {
+        const Layer* layer = GetActiveLayer(camera);
+        if (layer != nullptr && (shape || layer->FrameExists())) {
+            m_stroke->Begin(camera);
+        }
+    }
+    return m_stroke->GetStroke();
+}
+
+bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
+    return CommitStroke(camera, &undo);
+}
+
+bool LayerManager::CommitActiveStroke(const QString& camera) {
+    return CommitStroke(camera, nullptr);
+}
+
+bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
+    Layer* layer = GetActiveLayer(camera);
+    if (layer == nullptr || !m_stroke->HasStroke()) {
+        return false;
+    }
+    Frame* drawing = layer->GetCurrentFrame();
+    if (drawing == nullptr) {
+        CancelActiveStroke(); // there is nothing that it could ever be painted into
+        return false;
+    }
+    const QString strokeCamera = m_stroke->GetCamera();
+    if (!m_stroke->Commit(*drawing, undo)) {
+        return false;
+    }
+    layer->ForceCacheUpdate();
+    QueueMasterCacheUpdate(strokeCamera);
+    return true;
+}
+
+bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
+    Layer* layer = GetActiveLayer(camera);
+    Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
+    QByteArray other = buffer;
+    if (drawing == nullptr || !DrawUtil::NormalisePngBuffer(other)) {
+        return false;
+    }
+    const QByteArray current = drawing->GetPackedImage();
+    if (current.isEmpty()) {
+        return false;
+    }
+    drawing->SetPackedImage(other);
+    layer->ForceCacheUpdate();
+    buffer = current;
+    return true;
+}
+
+void LayerManager::CancelActiveStroke() {
+    if (m_stroke->HasStroke()) {
+        const QString camera = m_stroke->GetCamera();
+        Layer* layer = GetActiveLayer(camera);
+        m_stroke->Cancel(layer == nullptr ? nullptr : layer->GetCurrentFrame());
+        // The flag below ends with the next rebuild, be it another camera's.
+        QueueMasterCacheUpdate(camera);
+    }
+    m_cacheUpdateRequired = true;
+}
+
+bool LayerManager::PasteTransformImageAvailable() const {
+    return m_stroke->HasPasteImage();
+}
+
+QImage* LayerManager::GetFlattenedImage(const QString& camera) {
+    QImage* image = m_compositor->GetImage(camera);
+    if (image == nullptr || !CacheUpdateRequired(camera)) {
+        return image;
+    }
+    Compositor::Scene scene;
+    scene.camera = camera;
+    scene.layers = GetLayers(camera);
+    scene.activeLayer = GetActiveLayerIndex(camera);
+    if (scene.activeLayer >= 0) {
+        m_playing = MayaUtil::IsPlaying();
+        scene.ghosting = !(m_playing && Settings::disableGhostingDuringPlayback);
+    }
+    if (m_stroke->HasStroke() && m_stroke->GetCamera() == camera) {
+        scene.stroke = m_stroke.get();
+    }
+    m_compositor->Rebuild(scene);
+    m_cacheUpdateRequired = false;
+    if (scene.stroke != nullptr) {
+        m_stroke->GetStroke()->changed = false;
+    }
+    MasterCacheUpdateCompleted(camera);
+    return image;
+}
+
+bool LayerManager::CacheUpdateRequired(const QString& camera) {
+    if (m_stroke->HasStroke() && m_stroke->GetStroke()->changed) {
+        return true;
+    }
+    if (m_cacheUpdateRequired || MasterCacheUpdateRequired(camera)) {
+        return true;
+    }
+    const LayerList& layers = m_layers[camera];
+    return std::any_of(layers.begin(), layers.end(),
+                       [](const std::unique_ptr<Layer>& layer) { return layer->CacheUpdateRequired(); });
+}
+
+bool LayerManager::MasterCacheUpdateRequired(const QString& camera) const {
+    return m_masterCacheQueue.contains(camera);
+}
+
+void LayerManager::QueueMasterCacheUpdate(const QString& camera) {
+    if (!m_masterCacheQueue.contains(camera)) {
+        m_masterCacheQueue.append(camera);
+    }
+}
+
+void LayerManager::QueueMasterCacheUpdateAll() {
+    for (const auto& entry : m_layers) {
+        QueueMasterCacheUpdate(entry.first);
+    }
+}
+
+void LayerManager::MasterCacheUpdateCompleted(const QString& camera) {
+    m_masterCacheQueue.removeAll(camera);
+}
+
+void LayerManager::ForceCacheUpdate(const QString& camera, int index) {
+    if (Layer* layer = GetLayer(camera, index)) {
+        layer->ForceCacheUpdate();
+    }
+}
+
+QImage LayerManager::ComposeFrame(const QString& camera, int frame, bool ghosting) const {
+    const QList<Layer*> layers = GetLayers(camera);
+    return layers.isEmpty() ? QImage()
+                            : ComposeLayersAt(frame, layers, GetActiveLayerIndex(camera), ghosting);
+}
+
+void LayerManager::OverrideImageColor(QImage& image, const QColor& color) {
+    Composite::OverrideColor(image, color);
+}
+
+} // namespace vellix

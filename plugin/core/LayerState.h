@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace vellix {
+
+/// What may be done with a layer. The values are written into scenes and settings.
+enum class LayerState : qint32 {
+    Animated = 0, ///< frames are keys; drawing where there is none makes one
+    Static = 1,   ///< one drawing for all times
+    Locked = 2,   ///< no drawing and no editing of frames; shown like an animated layer
+};
+
+} // namespace vellix

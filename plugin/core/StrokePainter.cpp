@@ -1,0 +1,227 @@
+#include "core/StrokePainter.h"
+
+#include "core/Frame.h"
+#include "paint/Composite.h"
+#include "paint/DrawUtil.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace vellix {
+namespace {
+
+/// A selection farther out than this, in pixels, is no selection that a person makes.
+constexpr int FARTHEST_SELECTION = 4 * IMAGE_WIDTH;
+
+bool IsFreehand(ToolType tool) {
+    return tool == ToolType::Pencil || tool == ToolType::Brush || tool == ToolType::Eraser;
+}
+
+bool IsDrawnWhole(ToolType tool) {
+    return tool == ToolType::Text || tool == ToolType::Line || tool == ToolType::Arrow ||
+           tool == ToolType::Ellipse || tool == ToolType::Rectangle;
+}
+
+} // namespace
+
+Picture StrokePainter::Canvas::AsPicture() const {
+    Picture picture;
+    picture.canvas = &image;
+    picture.canvasCoverage = &coverage;
+    picture.key = key;
+    return picture;
+}
+
+void StrokePainter::Canvas::Replace(const QImage& with, TileMask& changed) {
+    changed |= coverage.occupied;
+    image = with;
+    coverage = TileCoverage::Of(image);
+    changed |= coverage.occupied;
+}
+
+bool StrokePainter::HasStroke() const {
+    return m_stroke != nullptr;
+}
+
+Stroke* StrokePainter::GetStroke() const {
+    return m_stroke.get();
+}
+
+const QString& StrokePainter::GetCamera() const {
+    return m_camera;
+}
+
+void StrokePainter::Begin(const QString& camera) {
+    Forget();
+    m_stroke.reset(new Stroke);
+    m_camera = camera;
+    m_work.key = Picture::NewKey();
+    m_moved.key = Picture::NewKey();
+}
+
+void StrokePainter::Cancel(Frame* drawing) {
+    if (m_stroke != nullptr && drawing != nullptr && m_stroke->tool == ToolType::Transform &&
+        m_stroke->freshSelection && m_stroke->copyToClipboard && SelectionIsUsable()) {
+        m_copied = CopySelection(drawing->GetImage());
+    }
+    Forget();
+}
+
+bool StrokePainter::Commit(Frame& drawing, QByteArray* undo) {
+    if (m_stroke == nullptr) {
+        return false;
+    }
+    if (undo != nullptr) {
+        const QByteArray before = drawing.GetPackedImage();
+        if (before.isEmpty()) {
+            return false;
+        }
+        *undo = before;
+    }
+    TileMask changed;
+    Paint(drawing.GetImage(), false, changed);
+    if (m_stroke->tool == ToolType::Eraser) {
+        drawing.SetImage(m_work.image);
+    } else if (IsFreehand(m_stroke->tool) || IsDrawnWhole(m_stroke->tool)) {
+        Composite::SourceOver(drawing.GetImage(), m_work.image, m_work.coverage.occupied);
+    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable()) {
+        Composite::SourceOver(m_work.image, m_moved.image, m_moved.coverage.occupied);
+        drawing.SetImage(m_work.image);
+    }
+    Forget();
+    return true;
+}
+
+void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, const QImage& image,
+                             TileMask& changed) {
+    Paint(image, true, changed);
+    const ToolType tool = m_stroke->tool;
+    if (tool == ToolType::Transform) {
+        if (SelectionIsUsable()) {
+            stack.push_back(m_work.AsPicture());
+            stack.push_back(m_moved.AsPicture());
+        }
+        return;
+    }
+    if (tool != ToolType::Eraser) {
+        stack.push_back(drawing);
+    }
+    if (IsFreehand(tool) || IsDrawnWhole(tool)) {
+        stack.push_back(m_work.AsPicture());
+    }
+}
+
+bool StrokePainter::HasPasteImage() const {
+    return !m_copied.isNull();
+}
+
+void StrokePainter::Paint(const QImage& drawing, bool editing, TileMask& changed) {
+    if (IsFreehand(m_stroke->tool)) {
+        PaintFreehand(drawing, changed);
+    } else if (IsDrawnWhole(m_stroke->tool)) {
+        QImage shape = Composite::TransparentImage();
+        DrawUtil::DrawStroke(shape, *m_stroke, editing);
+        m_work.Replace(shape, changed);
+    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable()) {
+        PaintTransform(drawing, changed);
+    }
+}
+
+void StrokePainter::PaintFreehand(const QImage& drawing, TileMask& changed) {
+    const bool erases = m_stroke->tool == ToolType::Eraser;
+    const int lastPoint = std::max(0, m_stroke->points.size() - 1);
+    const qint64 ground = erases ? drawing.cacheKey() : qint64(m_stroke->color.rgba());
+    if (!m_begun || ground != m_ground || m_lastRasterised > lastPoint) {
+        m_work.Replace(FreehandGround(drawing), changed);
+        m_begun = true;
+        m_ground = ground;
+        m_lastRasterised = 0;
+    }
+    const QRect touched =
+        DrawUtil::DrawFreehand(m_work.image, m_stroke->points, m_lastRasterised, m_stroke->tool);
+    m_lastRasterised = lastPoint;
+    const TileMask tiles = TileMask::Touching(touched);
+    changed |= tiles;
+    if (erases) {
+        m_work.coverage.opaque.Remove(tiles);
+    } else {
+        m_work.coverage.occupied |= tiles;
+    }
+}
+
+/// What a freehand stroke is painted into: the eraser lowers the alpha of the drawing, the others raise the
+/// alpha of their colour.
+QImage StrokePainter::FreehandGround(const QImage& drawing) const {
+    if (m_stroke->tool == ToolType::Eraser && !drawing.isNull()) {
+        return drawing;
+    }
+    QImage ground = Composite::TransparentImage();
+    if (m_stroke->tool != ToolType::Eraser) {
+        QColor color = m_stroke->color;
+        color.setAlpha(0);
+        ground.fill(color);
+    }
+    return ground;
+}
+
+void StrokePainter::PaintTransform(const QImage& drawing, TileMask& changed) {
+    if (m_stroke->freshSelection || !m_begun) {
+        LiftSelection(drawing, changed);
+        m_begun = true;
+    }
+    QImage moved = Composite::TransparentImage();
+    if (!m_lifted.isNull()) {
+        QPainter painter(&moved);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        DrawUtil::DrawTransform(painter, *m_stroke, m_lifted);
+    }
+    m_moved.Replace(moved, changed);
+}
+
+void StrokePainter::LiftSelection(const QImage& drawing, TileMask& changed) {
+    QImage rest = drawing.isNull() ? Composite::TransparentImage() : drawing;
+    const QImage region = CopySelection(drawing);
+    if (m_stroke->pasted) {
+        m_lifted = m_copied;
+    } else {
+        m_lifted = m_stroke->liftedImageEmptied ? QImage() : region;
+        if (m_stroke->liftedImageEmptied || !m_stroke->copyToClipboard) {
+            QPainter painter(&rest);
+            painter.setCompositionMode(QPainter::CompositionMode_Source);
+            painter.fillRect(m_stroke->selection, Qt::transparent);
+        }
+    }
+    if (m_stroke->copyToClipboard) {
+        m_copied = region;
+    }
+    m_work.Replace(rest, changed);
+}
+
+QImage StrokePainter::CopySelection(const QImage& drawing) const {
+    if (!drawing.isNull()) {
+        return drawing.copy(m_stroke->selection);
+    }
+    QImage empty(m_stroke->selection.size(), QImage::Format_RGBA8888);
+    empty.fill(Qt::transparent);
+    return empty;
+}
+
+bool StrokePainter::SelectionIsUsable() const {
+    const QRect& selection = m_stroke->selection;
+    return selection.left() <= selection.right() && selection.top() <= selection.bottom() &&
+           selection.left() >= -FARTHEST_SELECTION && selection.right() <= FARTHEST_SELECTION &&
+           selection.top() >= -FARTHEST_SELECTION && selection.bottom() <= FARTHEST_SELECTION;
+}
+
+void StrokePainter::Forget() {
+    m_stroke.reset();
+    m_camera.clear();
+    m_work = Canvas();
+    m_moved = Canvas();
+    m_lifted = QImage();
+    m_begun = false;
+    m_lastRasterised = 0;
+}
+
+} // namespace vellix

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "paint/Picture.h"
+#include "paint/Stroke.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+#include <memory>
+
+namespace vellix {
+
+class Frame;
+
+/// The stroke being drawn and the images that it is painted into, until it is committed to a frame or
+/// dropped. Freehand strokes are painted as they grow; shapes, text and transforms anew each time. Also keeps
+/// what the transform tool has copied, from one stroke to the next.
+class StrokePainter {
+public:
+    bool HasStroke() const;
+    /// Owned here; null while nothing is drawn.
+    Stroke* GetStroke() const;
+    /// The camera that the stroke is drawn for.
+    const QString& GetCamera() const;
+
+    void Begin(const QString& camera);
+    /// Forgets the stroke. `drawing`: the frame it was drawn on, for a copy that was asked for and is not
+    /// taken yet; may be null.
+    void Cancel(Frame* drawing);
+    /// Paints the stroke into the frame and forgets it. `undo` receives the picture before it as PNG bytes;
+    /// false, with nothing changed, when they cannot be made. With null nobody wants them.
+    bool Commit(Frame& drawing, QByteArray* undo);
+
+    /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing` and
+    /// `image`: what the layer shows without the stroke, or nothing. `changed` receives the tiles that
+    /// changed since the last time, as the pictures keep their keys while a stroke grows.
+    void AppendTo(PictureStack& stack, const Picture& drawing, const QImage& image, TileMask& changed);
+
+    /// Has the transform tool copied something that can be pasted?
+    bool HasPasteImage() const;
+
+private:
+    /// An image, where it has pixels, and a key that it keeps as long as the stroke lasts.
+    struct Canvas {
+        QImage image;
+        TileCoverage coverage;
+        qint64 key = 0;
+
+        Picture AsPicture() const;
+        void Replace(const QImage& with, TileMask& changed);
+    };
+
+    void Paint(const QImage& drawing, bool editing, TileMask& changed);
+    void PaintFreehand(const QImage& drawing, TileMask& changed);
+    QImage FreehandGround(const QImage& drawing) const;
+    void PaintTransform(const QImage& drawing, TileMask& changed);
+    void LiftSelection(const QImage& drawing, TileMask& changed);
+    QImage CopySelection(const QImage& drawing) const;
+    bool SelectionIsUsable() const;
+    void Forget();
+
+    std::unique_ptr<Stroke> m_stroke;
+    QString m_camera;
+    Canvas m_work;  ///< the stroke so far; for the eraser and the transform tool the layer's new picture
+    Canvas m_moved; ///< the lifted region where the transform puts it
+    bool m_begun = false;
+    qint64 m_ground = 0;      ///< what a freehand stroke was begun on: a colour, or the picture to erase from
+    int m_lastRasterised = 0; ///< index of the last stroke point that is in the work image
+    QImage m_lifted;          ///< the region lifted by the transform tool
+    QImage m_copied;          ///< what was cut or copied, to be pasted
+};
+
+} // namespace vellix

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <maya/MString.h>
+
+#include <QString>
+
+namespace vellix {
+
+/// Messages in the host's script output. Each is prefixed so that the animator sees who speaks.
+class Logger {
+public:
+    static void Info(const MString& message);
+    static void Info(const QString& message);
+    static void Info(const char* message);
+
+    static void Warning(const MString& message);
+    static void Warning(const QString& message);
+    static void Warning(const char* message);
+
+    static void Error(const MString& message);
+    static void Error(const QString& message);
+    static void Error(const char* message);
+
+private:
+    static const char* const PREFIX;
+    static const char* const DEBUG_PREFIX;
+};
+
+} // namespace vellix

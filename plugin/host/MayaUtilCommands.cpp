@@ -1,0 +1,442 @@
+// The command lines: one operation of MayaUtil for every line that the plug-in has the host execute.
+
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "paint/ToolType.h"
+
+#include <maya/MGlobal.h>
+#include <maya/MQtUtil.h>
+
+#include <QWidget>
+
+namespace vellix {
+
+namespace {
+
+bool Execute(const QString& line) {
+    return MayaUtil::ExecuteMel(line, false, false);
+}
+
+bool ExecuteOnIdle(const QString& line) {
+    return MGlobal::executeCommandOnIdle(MayaUtil::ToMString(line), false) == MStatus::kSuccess;
+}
+
+/// A name that stands as a bare word, in quotes only when it could not be read otherwise.
+QString Word(const QString& name) {
+    const QString escaped = MayaUtil::EscapeString(name);
+    return escaped == name ? name : QLatin1Char('"') + escaped + QLatin1Char('"');
+}
+
+/// A name between quotes.
+QString Quoted(const QString& name) {
+    return QLatin1Char('"') + MayaUtil::EscapeString(name) + QLatin1Char('"');
+}
+
+QString Number(int value) {
+    return QString::number(value);
+}
+
+/// The command followed by its arguments, one blank between any two.
+QString Line(const QString& command, const QStringList& arguments) {
+    return arguments.isEmpty() ? command : command + QLatin1Char(' ') + arguments.join(QLatin1Char(' '));
+}
+
+bool LayerLine(const QStringList& arguments) {
+    return Execute(Line(Settings::LAYER_COMMAND_NAME, arguments));
+}
+
+bool FrameLine(const QStringList& arguments) {
+    return Execute(Line(Settings::FRAME_COMMAND_NAME, arguments));
+}
+
+bool UtilLine(const QStringList& arguments) {
+    return Execute(Line(Settings::UTIL_COMMAND_NAME, arguments));
+}
+
+/// Deferred: these are called while the host still handles the event that caused them.
+bool UtilDeferred(const char* flag) {
+    return Execute(
+        QStringLiteral("evalDeferred(\"%1 %2\")").arg(Settings::UTIL_COMMAND_NAME, QLatin1String(flag)));
+}
+
+bool UtilColor(const char* flag, const QColor& color) {
+    return UtilLine({QStringLiteral("-e"), QLatin1String(flag), Number(color.red()), Number(color.green()),
+                     Number(color.blue())});
+}
+
+bool UtilValue(const char* flag, int value) {
+    return UtilLine({QStringLiteral("-e"), QLatin1String(flag), Number(value)});
+}
+
+bool Procedure(const QString& name, const QString& arguments) {
+    return Execute(QStringLiteral("%1(%2)").arg(name, arguments));
+}
+
+} // namespace
+
+bool MayaUtil::CreateMainMenu() {
+    return Procedure(Settings::CREATE_MAIN_MENU_FUNC_NAME,
+                     Number(Settings::showMainMenuInAnimationSet ? 1 : 0));
+}
+
+bool MayaUtil::UpdateMainMenu() {
+    const QStringList values = {Number(static_cast<int>(Settings::activeTool)), Number(Settings::ghostPrev),
+                                Number(Settings::ghostNext), Number(Settings::timelineFrameDisplay)};
+    return Procedure(Settings::UPDATE_MAIN_MENU_FUNC_NAME, values.join(QStringLiteral(", ")));
+}
+
+bool MayaUtil::DeleteMainMenu() {
+    return Execute(Settings::DELETE_MAIN_MENU_FUNC_NAME);
+}
+
+bool MayaUtil::DeleteActiveLayer() {
+    return Procedure(Settings::DELETE_ACTIVE_LAYER_FUNC, QString());
+}
+
+bool MayaUtil::DeleteActiveCameraLayers() {
+    return Procedure(Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC, QString());
+}
+
+bool MayaUtil::DeleteAllNodes() {
+    return Procedure(Settings::DELETE_ALL_NODES_FUNC, QString());
+}
+
+bool MayaUtil::CreateFloatingViewport(const QString& camera) {
+    return Procedure(Settings::CREATE_FLOATING_VIEWPORT_FUNC_NAME, Quoted(camera));
+}
+
+bool MayaUtil::CreateNode(bool addLayer, bool addFrames, const QString& camera, const QString& layerName,
+                          int layerState) {
+    QStringList arguments;
+    if (addLayer) {
+        arguments << QStringLiteral("-l");
+    }
+    if (!camera.isEmpty()) {
+        arguments << QStringLiteral("-c") << Word(camera);
+    }
+    if (!layerName.isEmpty()) {
+        arguments << QStringLiteral("-ln") << Quoted(layerName);
+    }
+    if (layerState >= 0) {
+        arguments << QStringLiteral("-ls") << Number(layerState);
+    }
+    if (addFrames) {
+        arguments << QStringLiteral("-f");
+    }
+    return ExecuteOnIdle(Line(Settings::NODE_COMMAND_NAME, arguments));
+}
+
+bool MayaUtil::RefreshNode() {
+    return ExecuteOnIdle(Line(Settings::NODE_COMMAND_NAME, {QStringLiteral("-r")}));
+}
+
+bool MayaUtil::AddLayer(const QString& camera, const QString& name, int state) {
+    QStringList arguments = {QStringLiteral("-add")};
+    if (!name.isEmpty()) {
+        arguments << QStringLiteral("-n") << Quoted(name);
+    }
+    if (state >= 0) {
+        arguments << QStringLiteral("-ls") << Number(state);
+    }
+    return LayerLine(arguments << Word(camera));
+}
+
+bool MayaUtil::InsertLayer(const QString& camera, int index) {
+    return LayerLine({QStringLiteral("-insert"), Number(index), Word(camera)});
+}
+
+bool MayaUtil::RemoveLayer(const QString& camera, int index) {
+    return LayerLine({QStringLiteral("-delete"), Number(index), Word(camera)});
+}
+
+bool MayaUtil::MoveLayer(const QString& camera, int from, int to) {
+    return LayerLine({QStringLiteral("-move"), Number(from), Number(to), Word(camera)});
+}
+
+bool MayaUtil::MoveLayer(const QString& sourceCamera, int index, const QString& targetCamera,
+                         int targetIndex) {
+    return LayerLine({QStringLiteral("-newCamera"), Word(targetCamera), QStringLiteral("-move"),
+                      Number(index), Number(targetIndex), Word(sourceCamera)});
+}
+
+bool MayaUtil::MoveAllLayers(const QString& sourceCamera, const QString& targetCamera) {
+    return LayerLine({QStringLiteral("-moveAll"), Word(targetCamera), Word(sourceCamera)});
+}
+
+bool MayaUtil::SetActiveLayer(const QString& camera, int index) {
+    return LayerLine({QStringLiteral("-e"), QStringLiteral("-active"), Number(index), Word(camera)});
+}
+
+bool MayaUtil::SetLayerName(const QString& camera, int index, const QString& name) {
+    return LayerLine({QStringLiteral("-en"), Quoted(name), Number(index), Word(camera)});
+}
+
+bool MayaUtil::SetLayerVisible(const QString& camera, int index, bool visible) {
+    return LayerLine({QStringLiteral("-ev"), Number(visible), Number(index), Word(camera)});
+}
+
+bool MayaUtil::SetLayerOpacity(const QString& camera, int index, float opacity) {
+    return LayerLine(
+        {QStringLiteral("-eo"), QString::number(static_cast<double>(opacity)), Number(index), Word(camera)});
+}
+
+bool MayaUtil::SetLayerState(const QString& camera, int index, LayerState state) {
+    return LayerLine({QStringLiteral("-es"), Number(static_cast<int>(state)), Number(index), Word(camera)});
+}
+
+bool MayaUtil::RefreshLayerManagerDialog() {
+    return UtilDeferred("-rlm");
+}
+
+bool MayaUtil::PushStroke(const QString& camera, int layer, bool frameAdded) {
+    QStringList arguments;
+    if (layer >= 0) {
+        arguments << QStringLiteral("-la") << Number(layer);
+    }
+    if (frameAdded) {
+        arguments << QStringLiteral("-fa");
+    }
+    return Execute(Line(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)));
+}
+
+bool MayaUtil::Draw() {
+    return UtilDeferred("-draw");
+}
+
+bool MayaUtil::ActivateTransformTool() {
+    return UtilDeferred("-transform");
+}
+
+bool MayaUtil::SetTool(const QString& flag) {
+    return UtilLine({flag});
+}
+
+bool MayaUtil::SetPencilTool() {
+    return SetTool(QStringLiteral("-pencilTool"));
+}
+
+bool MayaUtil::SetBrushTool() {
+    return SetTool(QStringLiteral("-brushTool"));
+}
+
+bool MayaUtil::SetEraserTool() {
+    return SetTool(QStringLiteral("-eraserTool"));
+}
+
+bool MayaUtil::SetTextTool() {
+    return SetTool(QStringLiteral("-textTool"));
+}
+
+bool MayaUtil::SetLineTool() {
+    return SetTool(QStringLiteral("-lineTool"));
+}
+
+bool MayaUtil::SetArrowTool() {
+    return SetTool(QStringLiteral("-arrowTool"));
+}
+
+bool MayaUtil::SetEllipseTool() {
+    return SetTool(QStringLiteral("-ellipseTool"));
+}
+
+bool MayaUtil::SetRectangleTool() {
+    return SetTool(QStringLiteral("-rectangleTool"));
+}
+
+bool MayaUtil::SetPencilOptions(int size, int opacity, bool tablet) {
+    return UtilLine({QStringLiteral("-pencilOptions"), Number(size), Number(opacity), Number(tablet)});
+}
+
+bool MayaUtil::SetBrushOptions(int size, int opacity, int hardness, bool tablet) {
+    return UtilLine(
+        {QStringLiteral("-brushOptions"), Number(size), Number(opacity), Number(hardness), Number(tablet)});
+}
+
+bool MayaUtil::SetEraserOptions(int size, int opacity, int hardness, bool tablet) {
+    return UtilLine(
+        {QStringLiteral("-eraserOptions"), Number(size), Number(opacity), Number(hardness), Number(tablet)});
+}
+
+bool MayaUtil::SetTextOptions(int size, int opacity, const QString& fontFamily) {
+    return UtilLine({QStringLiteral("-textOptions"), Number(size), Number(opacity), Quoted(fontFamily)});
+}
+
+bool MayaUtil::SetLineOptions(int size, int opacity) {
+    return UtilLine({QStringLiteral("-lineOptions"), Number(size), Number(opacity)});
+}
+
+bool MayaUtil::SetArrowOptions(int size, int opacity) {
+    return UtilLine({QStringLiteral("-arrowOptions"), Number(size), Number(opacity)});
+}
+
+bool MayaUtil::SetEllipseOptions(int size, int opacity) {
+    return UtilLine({QStringLiteral("-ellipseOptions"), Number(size), Number(opacity)});
+}
+
+bool MayaUtil::SetRectangleOptions(int size, int opacity) {
+    return UtilLine({QStringLiteral("-rectangleOptions"), Number(size), Number(opacity)});
+}
+
+bool MayaUtil::SetActiveColor(const QColor& color) {
+    return UtilColor("-drawColor", color);
+}
+
+bool MayaUtil::ToggleGhostPrevious() {
+    return UtilValue("-ghostPrevious", !Settings::ghostPrev);
+}
+
+bool MayaUtil::ToggleGhostNext() {
+    return UtilValue("-ghostNext", !Settings::ghostNext);
+}
+
+bool MayaUtil::SetGhostPreviousCount(int count) {
+    return UtilValue("-ghostPreviousCount", count);
+}
+
+bool MayaUtil::SetGhostNextCount(int count) {
+    return UtilValue("-ghostNextCount", count);
+}
+
+bool MayaUtil::SetGhostColorOverrideEnabled(bool enabled) {
+    return UtilValue("-ghostColorOverride", enabled);
+}
+
+bool MayaUtil::SetGhostColorOverridePrev(const QColor& color) {
+    return UtilColor("-ghostColorPrevious", color);
+}
+
+bool MayaUtil::SetGhostColorOverrideNext(const QColor& color) {
+    return UtilColor("-ghostColorNext", color);
+}
+
+bool MayaUtil::InsertFrame() {
+    return FrameLine({QStringLiteral("-insert")});
+}
+
+bool MayaUtil::DuplicateFrame() {
+    return FrameLine({QStringLiteral("-duplicate")});
+}
+
+bool MayaUtil::DeleteFrame() {
+    return FrameLine({QStringLiteral("-delete")});
+}
+
+bool MayaUtil::CutFrame() {
+    return FrameLine({QStringLiteral("-cut")});
+}
+
+bool MayaUtil::CopyFrame() {
+    return FrameLine({QStringLiteral("-copy")});
+}
+
+bool MayaUtil::PasteFrame() {
+    return FrameLine({QStringLiteral("-paste")});
+}
+
+bool MayaUtil::ClearFrame() {
+    return FrameLine({QStringLiteral("-clear")});
+}
+
+bool MayaUtil::StepForward() {
+    return FrameLine({QStringLiteral("-stepForward")});
+}
+
+bool MayaUtil::StepBack() {
+    return FrameLine({QStringLiteral("-stepBack")});
+}
+
+bool MayaUtil::RetimeFrames(int frames, bool relative, bool moveToNext) {
+    QStringList arguments;
+    if (relative) {
+        arguments << QStringLiteral("-relative");
+    }
+    if (moveToNext) {
+        arguments << QStringLiteral("-moveToNext");
+    }
+    return FrameLine(arguments << QStringLiteral("-retime") << Number(frames));
+}
+
+bool MayaUtil::MoveFrames(int offset, int first, int last) {
+    return FrameLine({QStringLiteral("-move"), Number(offset), Number(first), Number(last)});
+}
+
+bool MayaUtil::SetTimelineFrameDisplay(TimelineFrameDisplay display) {
+    return UtilValue("-timelineFrameDisplay", static_cast<int>(display));
+}
+
+bool MayaUtil::RefreshTimelineOverlay() {
+    return UtilLine({QStringLiteral("-refreshTimelineDisplay")});
+}
+
+bool MayaUtil::ShowNewLayerDialog() {
+    return UtilLine({QStringLiteral("-newLayer")});
+}
+
+bool MayaUtil::ShowLayerPropertiesDialog() {
+    return UtilLine({QStringLiteral("-layerProperties")});
+}
+
+bool MayaUtil::ShowToolboxDialog() {
+    return UtilLine({QStringLiteral("-toolbox")});
+}
+
+bool MayaUtil::ShowToolOptionsDialog() {
+    return UtilLine({QStringLiteral("-toolOptions")});
+}
+
+bool MayaUtil::ShowLayerManagerDialog() {
+    return UtilLine({QStringLiteral("-layerManager")});
+}
+
+bool MayaUtil::ShowColorPaletteDialog() {
+    return UtilLine({QStringLiteral("-colorPalette")});
+}
+
+bool MayaUtil::ShowRetimingTool() {
+    return UtilLine({QStringLiteral("-retimingTool")});
+}
+
+bool MayaUtil::ShowGhostingDialog() {
+    return UtilLine({QStringLiteral("-ghostingSettings")});
+}
+
+bool MayaUtil::SetColorSliderGrpColor(const QString& name, const QColor& color) {
+    return Execute(Line(QStringLiteral("colorSliderGrp -e -rgbValue"),
+                        {QString::number(color.redF()), QString::number(color.greenF()),
+                         QString::number(color.blueF()), Word(name)}));
+}
+
+QColor MayaUtil::GetColorSliderGrpColor(const QString& name) {
+    MDoubleArray fractions;
+    const QString line = Line(QStringLiteral("colorSliderGrp -q -rgbValue"), {Word(name)});
+    if (!ExecuteMelDoubleArrayResult(line, fractions, false, false) || fractions.length() < 3) {
+        return QColor();
+    }
+    return QColor(qRound(fractions[0] * 255.0), qRound(fractions[1] * 255.0), qRound(fractions[2] * 255.0),
+                  255);
+}
+
+bool MayaUtil::SetColorSliderGrpChangeCommand(const QString& name, const QString& command) {
+    return Execute(Line(QStringLiteral("colorSliderGrp -e -changeCommand"), {Quoted(command), Word(name)}));
+}
+
+QWidget* MayaUtil::CreateColorSliderGrp(const QString& name, int width, int height) {
+    if (!Execute(Line(QStringLiteral("colorSliderGrp -columnWidth3 0"),
+                      {Number(width), QStringLiteral("0"), Word(name)}))) {
+        return nullptr;
+    }
+    QWidget* control = MQtUtil::findControl(ToMString(name));
+    if (control == nullptr) {
+        return nullptr;
+    }
+    if (QWidget* slider = control->findChild<QWidget*>(QStringLiteral("slider"))) {
+        slider->hide();
+    }
+    control->setFixedWidth(width);
+    if (QWidget* swatch = control->findChild<QWidget*>(QStringLiteral("port"))) {
+        swatch->setFixedHeight(height);
+    }
+    return control;
+}
+
+} // namespace vellix

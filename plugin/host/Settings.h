@@ -1,0 +1,147 @@
+#pragma once
+
+#include "paint/ImageSize.h"
+
+#include <QByteArray>
+#include <QColor>
+#include <QString>
+
+namespace vellix {
+
+enum class ToolType : qint32;
+
+/// The user's preferences, and the names and limits that the whole plug-in shares. Static members only:
+/// everyone reads and writes them directly, on the host's main thread (the input thread reads tool values
+/// without a lock). ReadUserConfig and WriteUserConfig move the persisted ones between memory and the INI
+/// file.
+class Settings {
+public:
+    static const QString CONFIG_FILE_NAME;
+    static constexpr int CONFIG_FILE_VERSION = 1;
+    static const QString VERSION_STRING;
+    static const QString APPLICATION_NAME;
+    static const QString APPLICATION_TITLE;
+    static const QString AUTHOR;
+
+    static const char* const NODE_TYPE_NAME;
+    static const QString NODE_COMMAND_NAME;
+    static const QString LAYER_COMMAND_NAME;
+    static const QString FRAME_COMMAND_NAME;
+    static const QString STROKE_COMMAND_NAME;
+    static const QString UTIL_COMMAND_NAME;
+    static const QString REPLAY_COMMAND_NAME;
+    static const QString EXPORT_COMMAND_NAME;
+
+    static const QString DEFAULT_MAIN_MENU_NAME;
+    static const QString DEFAULT_LAYER_NAME;
+    static const QColor DEFAULT_DRAW_COLOR;
+    static const QColor DEFAULT_TIMELINE_FRAME_COLOR;
+
+    static const QString CREATE_MAIN_MENU_FUNC_NAME;
+    static const QString DELETE_MAIN_MENU_FUNC_NAME;
+    static const QString UPDATE_MAIN_MENU_FUNC_NAME;
+    static const QString CREATE_FLOATING_VIEWPORT_FUNC_NAME;
+    static const QString VIEWPORT_LOOK_THROUGH_FUNC_NAME;
+    static const QString VIEWPORT_CREATE_CAMERA_FUNC;
+    static const QString DELETE_ACTIVE_LAYER_FUNC;
+    static const QString DELETE_ACTIVE_CAMERA_LAYERS_FUNC;
+    static const QString DELETE_ALL_NODES_FUNC;
+
+    static constexpr int MAX_PENCIL_SIZE = 100;
+    static constexpr int MAX_BRUSH_SIZE = 100;
+    static constexpr int MAX_ERASER_SIZE = 100;
+    static constexpr int MAX_TEXT_SIZE = 100;
+    static constexpr int MAX_LINE_SIZE = 50;
+    static constexpr int MAX_ARROW_SIZE = 50;
+    static constexpr int MAX_ELLIPSE_SIZE = 50;
+    static constexpr int MAX_RECTANGLE_SIZE = 50;
+    static constexpr int MIN_GHOSTED_FRAMES = 1;
+    static constexpr int MAX_GHOSTED_FRAMES = 9;
+    static constexpr int DEFAULT_GHOSTED_FRAME_COUNT = 3;
+    static constexpr int DEFAULT_STATIC_FRAME_TIME = -999;
+    static constexpr int FINAL_IMAGE_WIDTH = IMAGE_WIDTH; ///< width and height of every layer image, pixels
+
+    // Group "main".
+    static QString mainMenuName;
+    static QByteArray toolboxGeometry;
+    static QByteArray toolOptionsGeometry;
+    static QByteArray layerManagerGeometry;
+    static QByteArray colorPaletteGeometry;
+    static QByteArray retimingGeometry;
+
+    // Group "tools". Sizes in pixels (text: points), opacities and hardness in percent.
+    static ToolType activeTool;
+    static QColor activeColor;
+    static int pencilSize;
+    static int pencilOpacity;
+    static bool pencilTabletEnabled;
+    static int brushSize;
+    static int brushOpacity;
+    static bool brushTabletEnabled;
+    static int eraserSize;
+    static QString textFontFamily; ///< empty until the settings are read: fonts need a running application
+    static int textSize;
+    static int textOpacity;
+    static int lineSize;
+    static int lineOpacity;
+    static int arrowSize;
+    static int arrowOpacity;
+    static int ellipseSize;
+    static int ellipseOpacity;
+    static int rectangleSize;
+    static int rectangleOpacity;
+    static bool ghostPrev;
+    static bool ghostNext;
+    static int ghostPrevCount;
+    static int ghostNextCount;
+    static bool ghostColorOverride;
+    static QColor ghostColorOverridePrev;
+    static QColor ghostColorOverrideNext;
+    static bool retimeMoveToNextFrame;
+
+    // Group "preferences".
+    static bool drawToolContextMenu;
+    static bool transformToolContextMenu;
+    static bool timelineContextMenu;
+    static bool toolboxDrawToolContextMenu;
+    static bool toolboxGhostingContextMenu;
+    static bool showMainMenuInAnimationSet;
+    static bool disableGhostingDuringPlayback;
+    static bool timeControlRangeMoveEnabled;
+    static bool ignore2dPanZoom;
+    static int defaultLayerState; ///< a LayerState
+    static bool automaticallyAddFirstLayer;
+    static bool alwaysDisplayNewLayerDialog;
+    static bool insertDefaultStaticFrame;
+    static int defaultStaticFrameTime; ///< frames
+    static int timelineFrameDisplay;   ///< a TimelineFrameDisplay
+    static QColor timelineFrameColor;
+
+    // Never persisted.
+    static int eraserOpacity;
+    static int brushHardness;
+    static int eraserHardness;
+    static bool eraserTabletEnabled;
+    static bool excludeAsLocator;    ///< the node stays visible when locators are hidden in a view
+    static float tabletPressure;     ///< the last sample, 0..1
+    static bool tabletEraserEnabled; ///< while the pen's eraser end is in use
+    static bool guiEnabled;          ///< the host runs with a user interface
+
+    /// Absolute path of the settings file; empty, with an error logged, when the host names no preferences
+    /// folder.
+    static QString GetUserConfigPath();
+    static void ReadUserConfig();
+    static void WriteUserConfig();
+
+    /// Of an unknown tool: an error is logged, and the pencil's value returned or nothing stored.
+    static int GetToolSize(ToolType tool);
+    static void SetToolSize(ToolType tool, int size);
+    static int GetToolOpacity(ToolType tool);
+    static void SetToolOpacity(ToolType tool, int opacity);
+
+    static int GetToolHardness(ToolType tool);
+    static void SetToolHardness(ToolType tool, int hardness);
+    static bool IsTabletPressureEnabled(ToolType tool);
+};
+
+} // namespace vellix

@@ -1,0 +1,492 @@
+#include "node/BaseNode.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNodeLayerData.h"
+#include "ui/DialogManager.h"
+#include "ui/TimelineOverlay.h"
+
+#include <maya/M3dView.h>
+#include <maya/MDagPath.h>
+#include <maya/MDoubleArray.h>
+#include <maya/MFileIO.h>
+#include <maya/MFn.h>
+#include <maya/MFnDagNode.h>
+#include <maya/MFnDependencyNode.h>
+#include <maya/MFnNumericAttribute.h>
+#include <maya/MFnPluginData.h>
+#include <maya/MFnTypedAttribute.h>
+#include <maya/MGlobal.h>
+#include <maya/MItDag.h>
+#include <maya/MObject.h>
+#include <maya/MPlug.h>
+#include <maya/MSelectionList.h>
+
+namespace vellix {
+
+MObject BaseNode::s_layerData;
+MObject BaseNode::s_opacity;
+std::unique_ptr<TimelineOverlay> BaseNode::s_timelineOverlay;
+bool BaseNode::s_drawContextActive = false;
+TransformContext* BaseNode::s_transformContext = nullptr;
+
+namespace {
+
+const MString DRAW_CLASSIFICATION = MString("drawdb/geometry/") + Settings::NODE_TYPE_NAME;
+const MString DRAW_REGISTRATION_ID = MString(Settings::NODE_TYPE_NAME) + "Plugin";
+
+// By value, since function sets take a handle that they might change.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+BaseNode* FindBaseNode(MObject object) {
+    return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
+}
+
+/// Moves the times that lie in a dragged range of the time slider (its end exclusive) along with it.
+void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
+    if (range.length() < 2) {
+        return;
+    }
+    const int start = static_cast<int>(range[0]);
+    const int end = qMax(static_cast<int>(range[1]), start + 1);
+    for (int& time : times) {
+        if (time >= start && time < end) {
+            time += offset;
+        }
+    }
+}
+
+} // namespace
+
+BaseNode::BaseNode() = default;
+
+BaseNode::~BaseNode() = default;
+
+void* BaseNode::Creator() {
+    return new BaseNode;
+}
+
+MTypeId BaseNode::GetTypeID() {
+    return MTypeId(0x11A886);
+}
+
+MString BaseNode::GetTypeName() {
+    return MString(Settings::NODE_TYPE_NAME);
+}
+
+MString BaseNode::GetDrawDbClassification() {
+    return DRAW_CLASSIFICATION;
+}
+
+MString BaseNode::GetDrawRegistrationId() {
+    return DRAW_REGISTRATION_ID;
+}
+
+MStatus BaseNode::Initialize() {
+    if (Settings::guiEnabled) {
+        if (QWidget* timeSlider = MayaUtil::GetTimeControlWidget()) {
+            s_timelineOverlay = DialogManager::CreateTimelineOverlay(timeSlider);
+        } else {
+            Logger::Error("Failed to get time control widget.");
+        }
+    }
+
+    MFnTypedAttribute typed;
+    s_layerData = typed.create("layerData", "ld", BaseNodeLayerData::GetTypeID());
+    typed.setReadable(true);
+    typed.setWritable(true);
+    typed.setStorable(true);
+    typed.setConnectable(false);
+    typed.setHidden(true);
+    addAttribute(s_layerData);
+
+    MFnNumericAttribute numeric;
+    s_opacity = numeric.create("opacity", "op", MFnNumericData::kFloat, 1.0);
+    numeric.setKeyable(true);
+    numeric.setStorable(true);
+    numeric.setReadable(true);
+    numeric.setWritable(true);
+    numeric.setHidden(false);
+    numeric.setMin(0.0);
+    numeric.setMax(1.0);
+    addAttribute(s_opacity);
+    return MS::kSuccess;
+}
+
+MStatus BaseNode::Shutdown() {
+    s_timelineOverlay.reset();
+    DialogManager::Shutdown();
+    Settings::WriteUserConfig();
+    return MS::kSuccess;
+}
+
+MStatus BaseNode::Cleanup() {
+    // The attributes are gone with the node type; a handle that stays would keep them alive.
+    s_layerData = MObject();
+    s_opacity = MObject();
+    return Shutdown();
+}
+
+void BaseNode::postConstructor() {
+    // A node that comes from a file finds its drawing, and whether it is master, in the stored data.
+    if (!MFileIO::isOpeningFile() && !MFileIO::isImportingFile() && !MFileIO::isReferencingFile()) {
+        InitializeLayerManager();
+        const std::shared_ptr<LayerManager> layers = GetLayerManager();
+        if (layers && GetMaster() == nullptr) {
+            layers->MakeMaster();
+        }
+    }
+    for (const char* attribute : {"localPositionX", "localPositionY", "localPositionZ", "localScaleX",
+                                  "localScaleY", "localScaleZ", "template"}) {
+        LockAndHideAttribute(thisMObject(), attribute);
+    }
+}
+
+bool BaseNode::isBounded() const {
+    return false;
+}
+
+bool BaseNode::excludeAsLocator() const {
+    return Settings::excludeAsLocator;
+}
+
+bool BaseNode::isTransparent() const {
+    return true;
+}
+
+bool BaseNode::drawLast() const {
+    return true;
+}
+
+MBoundingBox BaseNode::boundingBox() const {
+    return MBoundingBox(MPoint(), MPoint());
+}
+
+QList<BaseNode*> BaseNode::GetAll() {
+    QList<BaseNode*> nodes;
+    for (MItDag items(MItDag::kDepthFirst, MFn::kPluginLocatorNode); !items.isDone(); items.next()) {
+        BaseNode* node = FindBaseNode(items.currentItem());
+        if (node != nullptr && !nodes.contains(node)) {
+            nodes.append(node);
+        }
+    }
+    return nodes;
+}
+
+BaseNode* BaseNode::GetMaster() {
+    for (BaseNode* node : GetAll()) {
+        if (node->IsMaster()) {
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+BaseNode* BaseNode::GetSelected() {
+    MSelectionList selected;
+    MGlobal::getActiveSelectionList(selected);
+    return GetFromSelectionList(selected);
+}
+
+BaseNode* BaseNode::GetFromSelectionList(const MSelectionList& list) {
+    MObject item;
+    if (list.length() != 1 || !list.getDependNode(0, item)) {
+        return nullptr;
+    }
+    if (BaseNode* node = FindBaseNode(item)) {
+        return node;
+    }
+    MDagPath path;
+    if (!list.getDagPath(0, path)) {
+        return nullptr;
+    }
+    for (unsigned int child = 0; child < path.childCount(); ++child) {
+        if (BaseNode* node = FindBaseNode(path.child(child))) {
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+bool BaseNode::InitializeLayerManager() {
+    MObject self = thisMObject();
+    MStatus status;
+    MPlug plug = MFnDependencyNode(self).findPlug(s_layerData, true, &status);
+    if (!status) {
+        Logger::Error("Failed to get layer data plug");
+    } else {
+        auto data = std::make_unique<BaseNodeLayerData>();
+        data->CreateLayerManager();
+        if (plug.setMPxData(data.get())) {
+            static_cast<void>(data.release()); // the plug owns it now
+            return true;
+        }
+        Logger::Error("Failed to set layer data");
+    }
+    Logger::Error("Failed to initialize layer manager");
+    return false;
+}
+
+std::shared_ptr<LayerManager> BaseNode::GetLayerManager() const {
+    MObject self = thisMObject();
+    MStatus status;
+    const MPlug plug = MFnDependencyNode(self).findPlug(s_layerData, true, &status);
+    if (!status) {
+        Logger::Error("Failed to get layer data plug");
+        return nullptr;
+    }
+    MObject value = plug.asMObject(&status);
+    if (!status) {
+        Logger::Error("Failed to get layer data plug as object");
+        return nullptr;
+    }
+    const auto* data = dynamic_cast<const BaseNodeLayerData*>(MFnPluginData(value).constData());
+    return data != nullptr ? data->GetLayerManager() : nullptr;
+}
+
+bool BaseNode::IsMaster() const {
+    const std::shared_ptr<LayerManager> layers = GetLayerManager();
+    return layers && layers->IsMaster();
+}
+
+bool BaseNode::SetActiveLayer(const QString& camera, int index, bool makeCameraActive) {
+    const std::shared_ptr<LayerManager> layers = GetLayerManager();
+    if (!layers) {
+        return false;
+    }
+    const QString previousCamera = layers->GetActiveCamera();
+    const bool done = layers->SetActiveLayer(camera, index, makeCameraActive);
+    if (Settings::ghostPrev || Settings::ghostNext) {
+        // Ghosts are those of the active layer, so both pictures change.
+        if (!previousCamera.isEmpty()) {
+            layers->QueueMasterCacheUpdate(previousCamera);
+        }
+        layers->QueueMasterCacheUpdate(camera);
+        QueueRefresh();
+    }
+    UpdateTimeControlOverlay();
+    return done;
+}
+
+void BaseNode::SetOpacity(float opacity) {
+    MObject self = thisMObject();
+    MPlug plug = MFnDependencyNode(self).findPlug(s_opacity, true);
+    plug.setValue(opacity);
+}
+
+float BaseNode::GetOpacity() const {
+    MObject self = thisMObject();
+    return MFnDependencyNode(self).findPlug(s_opacity, true).asFloat();
+}
+
+void BaseNode::QueueRefresh() {
+    MObject self = thisMObject();
+    MObject transform = MFnDagNode(self).parent(0);
+    MStatus status;
+    MPlug visibility = MFnDependencyNode(transform).findPlug("visibility", true, &status);
+    if (status) {
+        visibility.setValue(visibility.asBool());
+    }
+}
+
+void BaseNode::RefreshActiveView() {
+    QueueRefresh();
+    MStatus status;
+    M3dView view = M3dView::active3dView(&status);
+    if (status) {
+        view.refresh();
+    }
+}
+
+void BaseNode::UpdateGhosting() {
+    if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
+        layers->QueueMasterCacheUpdate(layers->GetActiveCamera());
+        QueueRefresh();
+    }
+}
+
+void BaseNode::ClearClipboard() {
+    m_clipboard.clear();
+}
+
+QList<Frame*> BaseNode::GetClipboardFrames() const {
+    QList<Frame*> frames;
+    for (const std::unique_ptr<Frame>& frame : m_clipboard) {
+        frames.append(frame.get());
+    }
+    return frames;
+}
+
+void BaseNode::CopyFramesToClipboard(const QString& camera) {
+    const std::shared_ptr<LayerManager> layers = GetLayerManager();
+    if (!layers || camera.isEmpty()) {
+        return;
+    }
+    ClearClipboard();
+    MDoubleArray range;
+    if (!MayaUtil::GetTimeSliderRange(range) || range.length() < 2) {
+        return;
+    }
+    const int start = static_cast<int>(range[0]);
+    const int end = static_cast<int>(range[1]);
+    for (int time = start; time < end; ++time) {
+        std::unique_ptr<Frame> copy(
+            layers->GetFrameCopy(camera, MTime(static_cast<double>(time), MTime::uiUnit())));
+        if (copy) {
+            copy->SetTimeValue(copy->GetTimeValue() - start);
+            copy->PackImage();
+            m_clipboard.push_back(std::move(copy));
+        }
+    }
+}
+
+void BaseNode::SetDrawContextActive(bool active) {
+    if (s_drawContextActive == active) {
+        return;
+    }
+    s_drawContextActive = active;
+    if (s_timelineOverlay) {
+        s_timelineOverlay->SetDrawContextActive(active);
+    }
+    if (Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::SelectionOrContext)) {
+        UpdateTimeControlOverlay();
+    }
+}
+
+void BaseNode::SetActiveTransformContext(TransformContext* context) {
+    s_transformContext = context;
+}
+
+TransformContext* BaseNode::GetActiveTransformContext() {
+    return s_transformContext;
+}
+
+bool BaseNode::TimeControlOverlayIsVisible(const BaseNode* node) {
+    if (node == nullptr || Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::Off)) {
+        return false;
+    }
+    if (Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::Always) ||
+        s_drawContextActive) {
+        return true;
+    }
+    const BaseNode* selected = GetSelected();
+    return selected != nullptr && selected->IsMaster();
+}
+
+void BaseNode::UpdateTimeControlOverlay() {
+    if (!s_timelineOverlay) {
+        return;
+    }
+    const BaseNode* master = GetMaster();
+    if (!TimeControlOverlayIsVisible(master)) {
+        s_timelineOverlay->ClearFrameTimes();
+        if (s_timelineOverlay->IsShown()) {
+            s_timelineOverlay->SetShown(false);
+        }
+        return;
+    }
+    QList<int> times;
+    master->GetFrameTimes(master->GetActiveCamera(), times);
+    if (s_timelineOverlay->HasMoveOffset()) {
+        OffsetTimes(times, s_timelineOverlay->GetRangeForMoveOffset(), s_timelineOverlay->GetMoveOffset());
+    }
+    s_timelineOverlay->SetFrameTimes(times);
+    s_timelineOverlay->SetShown(true);
+}
+
+void BaseNode::OnPlaybackTimeChanged(int frame) {
+    bool moving = false;
+    if (s_timelineOverlay) {
+        s_timelineOverlay->UpdateMoveOffset();
+        moving = s_timelineOverlay->HasMoveOffset();
+        if (moving) {
+            UpdateTimeControlOverlay();
+        }
+    }
+    if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
+        layers->OnPlaybackTimeChanged(frame, moving);
+    }
+    if (DialogManager::HasLayerManagerDialog() && !MayaUtil::IsPlaying()) {
+        UpdateLayerManagerDialog();
+    }
+}
+
+void BaseNode::UpdatePlaybackTime() {
+    const int frame = MayaUtil::GetPlaybackTimeValue();
+    for (BaseNode* node : GetAll()) {
+        node->OnPlaybackTimeChanged(frame);
+    }
+}
+
+bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& frameAdded) {
+    const std::shared_ptr<LayerManager> layers = GetLayerManager();
+    if (camera.isEmpty() || !layers) {
+        return false;
+    }
+    if (layers->LayerCount(camera) == 0 && !AddMissingLayer(*layers, camera, layerIndex)) {
+        return false;
+    }
+    const Layer* active = layers->GetActiveLayer(camera);
+    if (active == nullptr) {
+        Logger::Error("An active layer does not exist.");
+        return false;
+    }
+    if (!active->IsVisible()) {
+        Logger::Error("Active layer is not visible.");
+        return false;
+    }
+    if (active->GetState() == LayerState::Locked) {
+        Logger::Error("Active layer is locked.");
+        return false;
+    }
+    if (!layers->FrameExists(camera) && !AddMissingFrame(*layers, camera, frameAdded)) {
+        return false;
+    }
+    return layers->CanDraw(camera);
+}
+
+bool BaseNode::AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex) {
+    if (!Settings::automaticallyAddFirstLayer) {
+        Logger::Error("A layer does not exist for the current camera");
+        return false;
+    }
+    if (Settings::alwaysDisplayNewLayerDialog) {
+        DialogManager::ShowNewLayerDialog();
+        return false;
+    }
+    layerIndex = layers.InsertLayer(camera, 0, QString());
+    return layerIndex >= 0;
+}
+
+bool BaseNode::AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded) {
+    MTime time = MayaUtil::GetPlaybackTime();
+    if (layers.GetActiveLayer(camera)->GetState() == LayerState::Static) {
+        const MTime staticTime(static_cast<double>(Settings::defaultStaticFrameTime), MTime::uiUnit());
+        if (!Settings::insertDefaultStaticFrame || staticTime > time) {
+            Logger::Error("Static layer: A frame is required at or before the current time.");
+            return false;
+        }
+        time = staticTime;
+    }
+    frameAdded = layers.AddFrame(camera, time) >= 0;
+    if (frameAdded) {
+        UpdateTimeControlOverlay();
+    }
+    return true;
+}
+
+void BaseNode::LockAndHideAttribute(const MObject& node, const MString& attribute) {
+    MObject owner = node; // NOLINT(performance-unnecessary-copy-initialization): as in FindBaseNode
+    MStatus status;
+    MPlug plug = MFnDependencyNode(owner).findPlug(attribute, true, &status);
+    if (status) {
+        plug.setKeyable(false);
+        plug.setLocked(true);
+        plug.setChannelBox(false);
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,174 @@
+#pragma once
+
+#include <maya/MApiNamespace.h>
+#include <maya/MBoundingBox.h>
+#include <maya/MPxLocatorNode.h>
+#include <maya/MString.h>
+#include <maya/MTime.h>
+#include <maya/MTypeId.h>
+
+#include <QByteArray>
+#include <QImage>
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class QWidget;
+
+namespace vellix {
+
+class Frame;
+class Layer;
+class LayerManager;
+class TimelineOverlay;
+class TransformContext;
+struct Stroke;
+enum class LayerState : qint32;
+
+/// The scene node that carries the drawing. Of all drawing nodes in the scene exactly one is the master:
+/// commands, tools and panels act on it alone, through the operations here, which forward to the node's
+/// LayerManager. A node without a layer manager answers with false, 0, -1 or an empty result.
+class BaseNode : public MPxLocatorNode {
+public:
+    BaseNode();
+    ~BaseNode() override;
+
+    static void* Creator();
+    static MTypeId GetTypeID();
+    static MString GetTypeName();
+    static MString GetDrawDbClassification();
+    static MString GetDrawRegistrationId();
+
+    /// Makes the attributes and, with a user interface, the marks over the time slider.
+    static MStatus Initialize();
+    /// Takes the marks away, shuts the panels down and writes the settings.
+    static MStatus Shutdown();
+    static MStatus Cleanup();
+
+    void postConstructor() override;
+    bool isBounded() const override;
+    bool excludeAsLocator() const override;
+    bool isTransparent() const override;
+    bool drawLast() const override;
+    MBoundingBox boundingBox() const override;
+
+    // Finding nodes. The scene owns them; null for none.
+    static QList<BaseNode*> GetAll();
+    static BaseNode* GetMaster();
+    static BaseNode* GetSelected();
+    /// The node of a selection of exactly one item: the item itself, or the first drawing node under it.
+    static BaseNode* GetFromSelectionList(const MSelectionList& list);
+
+    bool InitializeLayerManager();
+    std::shared_ptr<LayerManager> GetLayerManager() const;
+    bool IsMaster() const;
+
+    // Cameras.
+    QString GetActiveCamera() const;
+    QString GetPreviousActiveCamera() const;
+    void RefreshActiveCamera();
+
+    // Layers.
+    bool LayerExists(const QString& camera, int index) const;
+    int LayerCount(const QString& camera) const;
+    int TotalLayerCount() const;
+    Layer* GetLayer(const QString& camera, int index) const;
+    QList<Layer*> GetLayers(const QString& camera) const;
+    Layer* GetActiveLayer(const QString& camera) const;
+    int GetActiveLayerIndex(const QString& camera) const;
+    bool SetActiveLayer(const QString& camera, int index, bool makeCameraActive);
+    void SetLayerName(const QString& camera, int index, const QString& name);
+    QString GetLayerName(const QString& camera, int index) const;
+    bool IsLayerVisible(const QString& camera, int index) const;
+    void SetLayerVisible(const QString& camera, int index, bool visible);
+    float GetLayerOpacity(const QString& camera, int index) const;
+    void SetLayerOpacity(const QString& camera, int index, float opacity);
+    LayerState GetLayerState(const QString& camera, int index) const;
+    void SetLayerState(const QString& camera, int index, LayerState state);
+    /// A new layer at the index (-1: on top); returns its index, negative when refused.
+    int InsertLayer(const QString& camera, int index, const QString& name);
+    /// Takes ownership of the layer.
+    int InsertLayer(const QString& camera, int index, Layer* layer);
+    /// The caller owns what is returned and what is put into `removed`.
+    Layer* RemoveLayer(const QString& camera, int index);
+    void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
+    int MoveLayer(const QString& camera, int from, int to);
+    int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
+
+    // Frames of the camera's active layer.
+    bool FrameExists(const QString& camera) const;
+    bool FrameExists(const QString& camera, const MTime& time) const;
+    Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
+    Frame* GetNextFrame(const QString& camera, bool wrap) const;
+    void GetFrameTimes(const QString& camera, QList<int>& times) const;
+    void SetFrameTimes(const QString& camera, const QList<int>& times);
+    int AddFrame(const QString& camera);
+    int AddFrame(const QString& camera, const MTime& time);
+    /// Takes ownership of the frame, also when it refuses.
+    int InsertFrame(const QString& camera, Frame* frame);
+    /// The caller owns the returned frame.
+    Frame* RemoveFrame(const QString& camera);
+    Frame* RemoveFrame(const QString& camera, const MTime& time);
+    void ForceCacheUpdate(const QString& camera, int index);
+
+    // Images and strokes.
+    bool ImageUpdateRequired(const QString& camera) const;
+    /// The composed image of the camera, owned by the layer manager; null without layers.
+    QImage* GetFinalImage(const QString& camera);
+    bool HasActiveStroke() const;
+    Stroke* GetActiveStroke(const QString& camera, bool shape);
+    void CancelActiveStroke();
+    bool CommitActiveStroke(const QString& camera, QByteArray& undo);
+    bool CommitActiveStroke(const QString& camera);
+    bool UndoStroke(const QString& camera, QByteArray& buffer);
+    bool PasteTransformImageAvailable() const;
+
+    void UpdateLayerManagerDialog();
+    static void ClearLayerManagerDialog();
+
+    // The node itself.
+    void SetOpacity(float opacity);
+    float GetOpacity() const;
+    /// Marks the node dirty, so that the host draws it again.
+    void QueueRefresh();
+    void RefreshActiveView();
+    void UpdateGhosting();
+
+    // Frames copied or cut. The node owns them; their times count from the start of the copied range.
+    void ClearClipboard();
+    QList<Frame*> GetClipboardFrames() const;
+    void CopyFramesToClipboard(const QString& camera);
+
+    // Tools and the marks over the time slider.
+    static void SetDrawContextActive(bool active);
+    static void SetActiveTransformContext(TransformContext* context);
+    static TransformContext* GetActiveTransformContext();
+    static bool TimeControlOverlayIsVisible(const BaseNode* node);
+    static void UpdateTimeControlOverlay();
+
+    void OnPlaybackTimeChanged(int frame);
+    static void UpdatePlaybackTime();
+
+    /// May the user draw now? Creates the layer and the frame that are missing where the settings allow it,
+    /// telling so in `layerIndex` (left as it is otherwise) and `frameAdded`; a refusal is logged.
+    bool PrepareForDraw(const QString& camera, int& layerIndex, bool& frameAdded);
+
+    /// Makes a node's attribute not keyable, locked and hidden in the channel box. A missing one is ignored.
+    static void LockAndHideAttribute(const MObject& node, const MString& attribute);
+
+private:
+    bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);
+    bool AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded);
+
+    static MObject s_layerData;
+    static MObject s_opacity;
+    static std::unique_ptr<TimelineOverlay> s_timelineOverlay;
+    static bool s_drawContextActive;
+    static TransformContext* s_transformContext;
+
+    std::vector<std::unique_ptr<Frame>> m_clipboard;
+};
+
+} // namespace vellix

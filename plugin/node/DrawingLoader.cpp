@@ -1,0 +1,113 @@
+#include "node/DrawingLoader.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "host/Logger.h"
+#include "paint/DrawUtil.h"
+
+#include <QBuffer>
+#include <QRunnable>
+
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace vellix {
+
+namespace {
+
+constexpr int THREADS = 2;
+/// Enough to keep the threads busy while frames are made, and few enough that no more than a few copies of
+/// stored text are alive at a time.
+constexpr size_t MAX_PENDING = 4 * THREADS;
+
+template <typename Task>
+class Runnable : public QRunnable {
+public:
+    explicit Runnable(Task task)
+        : m_task(std::move(task)) {}
+    void run() override { m_task(); }
+
+private:
+    Task m_task;
+};
+
+} // namespace
+
+DrawingLoader::DrawingLoader(Report report)
+    : m_report(report) {
+    m_threads.setMaxThreadCount(THREADS);
+}
+
+DrawingLoader::~DrawingLoader() {
+    Finish();
+}
+
+void DrawingLoader::AddHex(Layer& layer, int index, const MTime& time, const MString& hex) {
+    Add(layer, index, time, [hex] {
+        int length = 0;
+        const char* text = hex.asUTF8(length);
+        return QByteArray::fromHex(QByteArray::fromRawData(text, length));
+    });
+}
+
+void DrawingLoader::AddBytes(Layer& layer, int index, const MTime& time, const QByteArray& png) {
+    Add(layer, index, time, [png] { return png; });
+}
+
+void DrawingLoader::Finish() {
+    while (!m_pending.empty()) {
+        TakeFirst();
+    }
+}
+
+DrawingLoader::Checked DrawingLoader::Check(QByteArray png) {
+    if (!QBuffer(&png).open(QIODevice::ReadOnly)) {
+        return {Outcome::NotOpened, QByteArray()};
+    }
+    if (!DrawUtil::NormalisePngBuffer(png)) {
+        return {Outcome::NotDecoded, QByteArray()};
+    }
+    return {Outcome::Loaded, png};
+}
+
+template <typename Work>
+void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Work work) {
+    if (m_pending.size() >= MAX_PENDING) {
+        TakeFirst();
+    }
+    std::packaged_task<Checked()> task([work] {
+        try {
+            return Check(work());
+        } catch (const std::bad_alloc&) {
+            return Checked{Outcome::NotDecoded, QByteArray()};
+        }
+    });
+    m_pending.push_back({&layer, index, time, task.get_future()});
+    m_threads.start(new Runnable<std::packaged_task<Checked()>>(std::move(task)));
+}
+
+void DrawingLoader::TakeFirst() {
+    Pending drawing = std::move(m_pending.front());
+    m_pending.pop_front();
+    const Checked checked = drawing.checked.get();
+    if (checked.outcome != Outcome::Loaded) {
+        ReportBad(drawing, checked.outcome);
+        return;
+    }
+    auto frame = std::make_unique<Frame>(drawing.time);
+    frame->SetPackedImage(checked.png);
+    drawing.layer->InsertFrame(frame.release());
+}
+
+void DrawingLoader::ReportBad(const Pending& drawing, Outcome outcome) const {
+    if (m_report == Report::Nothing) {
+        return;
+    }
+    const QString message = outcome == Outcome::NotOpened
+                                ? QStringLiteral("Failed to open draw data buffer: %1 (%2)")
+                                : QStringLiteral("Failed to load draw data: %1 (%2)");
+    Logger::Error(message.arg(drawing.layer->GetName(), QString::number(drawing.index)));
+}
+
+} // namespace vellix

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <maya/MString.h>
+#include <maya/MTime.h>
+
+#include <QByteArray>
+#include <QThreadPool>
+
+#include <deque>
+#include <future>
+
+namespace vellix {
+
+class Layer;
+
+/// Puts stored drawings into layers as frames. Their PNG bytes are checked by a full decode on two threads, a
+/// few at a time; frames are made, and bad ones reported, on the calling thread in the order in which they
+/// were added. A frame keeps its checked bytes and unpacks them when it is first shown.
+class DrawingLoader {
+public:
+    enum class Report { Errors, Nothing };
+
+    explicit DrawingLoader(Report report);
+    ~DrawingLoader();
+    DrawingLoader(const DrawingLoader&) = delete;
+    DrawingLoader& operator=(const DrawingLoader&) = delete;
+
+    /// `index` is the frame's place in its layer as stored. The layer has to live until Finish.
+    void AddHex(Layer& layer, int index, const MTime& time, const MString& hex);
+    void AddBytes(Layer& layer, int index, const MTime& time, const QByteArray& png);
+
+    /// Returns when everything that was added is in its layer.
+    void Finish();
+
+private:
+    enum class Outcome { Loaded, NotOpened, NotDecoded };
+    struct Checked {
+        Outcome outcome;
+        QByteArray png;
+    };
+    struct Pending {
+        Layer* layer;
+        int index;
+        MTime time;
+        std::future<Checked> checked;
+    };
+
+    static Checked Check(QByteArray png);
+    template <typename Work>
+    void Add(Layer& layer, int index, const MTime& time, Work work);
+    void TakeFirst();
+    void ReportBad(const Pending& drawing, Outcome outcome) const;
+
+    const Report m_report;
+    std::deque<Pending> m_pending;
+    QThreadPool m_threads; ///< last, so that no thread outlives what it works for
+};
+
+} // namespace vellix

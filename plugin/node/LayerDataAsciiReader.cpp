@@ -1,0 +1,184 @@
+#include "node/LayerDataAsciiReader.h"
+
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "node/LayerDataFormat.h"
+
+#include <maya/MArgList.h>
+#include <maya/MFileIO.h>
+
+#include <memory>
+
+namespace vellix {
+
+LayerDataAsciiReader::LayerDataAsciiReader(LayerManager& layers, const MArgList& args, unsigned int& element)
+    : m_layers(layers)
+    , m_args(args)
+    , m_element(element)
+    , m_loader(DrawingLoader::Report::Errors) {}
+
+MStatus LayerDataAsciiReader::Read() {
+    QString activeCamera;
+    int cameraCount = 0;
+    if (!ReadHeader(activeCamera, cameraCount)) {
+        return m_status;
+    }
+    for (int camera = 0; camera < cameraCount; ++camera) {
+        if (!ReadCamera()) {
+            return m_status;
+        }
+    }
+    if (!activeCamera.isEmpty()) {
+        m_layers.SetActiveCamera(activeCamera);
+    }
+    return MS::kSuccess;
+}
+
+bool LayerDataAsciiReader::ReadHeader(QString& activeCamera, int& cameraCount) {
+    int version = 0;
+    if (Take(version) && version < LayerDataFormat::VERSION) {
+        Logger::Error("Invalid version");
+        m_status = MS::kFailure;
+        return false;
+    }
+    bool master = false;
+    if (!Take(master)) {
+        return Fail("Failed to get master (%1)");
+    }
+    if (master && !MFileIO::isReferencingFile()) {
+        m_layers.MakeMaster();
+    }
+    Take(activeCamera);
+    return Take(cameraCount) || Fail("Invalid layer count (%1)");
+}
+
+bool LayerDataAsciiReader::ReadCamera() {
+    QString camera;
+    if (!Take(camera)) {
+        return Fail("Invalid camera name (%1)");
+    }
+    int layerCount = 0;
+    if (!Take(layerCount)) {
+        return Fail("Invalid layer count (%1)");
+    }
+    int activeLayer = -1;
+    if (!Take(activeLayer)) {
+        return Fail("Invalid active layer index (%1)");
+    }
+    for (int layer = 0; layer < layerCount; ++layer) {
+        if (!ReadLayer(camera)) {
+            return false;
+        }
+    }
+    m_loader.Finish();
+    if (activeLayer >= 0) {
+        m_layers.SetActiveLayer(camera, activeLayer, true);
+    }
+    return true;
+}
+
+bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
+    QString name;
+    if (!Take(name)) {
+        return Fail("Invalid layer name (%1)");
+    }
+    int frameCount = 0;
+    if (!Take(frameCount)) {
+        return Fail("Invalid frame count (%1)");
+    }
+    if (frameCount < 0 && name == QLatin1String(LayerDataFormat::UNKNOWN_LAYER)) {
+        m_loader.Finish();
+        Logger::Warning("Skipping invalid layer");
+        return true;
+    }
+    auto created = std::make_unique<Layer>();
+    created->SetName(name);
+    if (!ReadLayerHeader(*created)) {
+        return false;
+    }
+    Layer& layer = *created;
+    m_layers.InsertLayer(camera, -1, created.release());
+    for (int frame = 0; frame < frameCount; ++frame) {
+        if (!ReadFrame(layer, frame)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool LayerDataAsciiReader::ReadLayerHeader(Layer& layer) {
+    bool visible = true;
+    if (!Take(visible)) {
+        return Fail("Invalid layer visibility (%1)");
+    }
+    double opacity = 1.0;
+    if (!Take(opacity)) {
+        return Fail("Invalid opacity (%1)");
+    }
+    int state = 0;
+    // A state that could be read but is none ends the reading as a success: the rest may come from a later
+    // version.
+    if (!Take(state) || static_cast<unsigned>(state) > LayerDataFormat::MAX_STATE) {
+        return Fail("Invalid layer state (%1)");
+    }
+    layer.SetVisible(visible);
+    layer.SetOpacity(static_cast<float>(opacity));
+    layer.SetState(static_cast<LayerState>(state));
+    return true;
+}
+
+bool LayerDataAsciiReader::ReadFrame(Layer& layer, int index) {
+    MTime time;
+    if (!Take(time)) {
+        return Fail("Invalid frame time (%1)");
+    }
+    MString image;
+    if (!Take(image)) {
+        return Fail("Invalid draw data (%1)");
+    }
+    m_loader.AddHex(layer, index, time, image);
+    return true;
+}
+
+bool LayerDataAsciiReader::Take(bool& value) {
+    value = m_args.asBool(m_element++, &m_status);
+    return m_status == MS::kSuccess;
+}
+
+bool LayerDataAsciiReader::Take(int& value) {
+    value = m_args.asInt(m_element++, &m_status);
+    return m_status == MS::kSuccess;
+}
+
+bool LayerDataAsciiReader::Take(double& value) {
+    value = m_args.asDouble(m_element++, &m_status);
+    return m_status == MS::kSuccess;
+}
+
+bool LayerDataAsciiReader::Take(MString& value) {
+    value = m_args.asString(m_element++, &m_status);
+    return m_status == MS::kSuccess;
+}
+
+bool LayerDataAsciiReader::Take(QString& value) {
+    MString text;
+    const bool taken = Take(text);
+    value = MayaUtil::ToQString(text);
+    return taken;
+}
+
+bool LayerDataAsciiReader::Take(MTime& value) {
+    value = m_args.asTime(m_element++, &m_status);
+    return m_status == MS::kSuccess;
+}
+
+bool LayerDataAsciiReader::Fail(const char* message) {
+    // What is wrong with the drawings before this token is said first.
+    m_loader.Finish();
+    Logger::Error(QString::fromLatin1(message).arg(m_element - 1));
+    return false;
+}
+
+} // namespace vellix

@@ -1,0 +1,64 @@
+#include "node/LayerDataBinaryWriter.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "node/LayerDataFormat.h"
+
+#include <ostream>
+
+namespace vellix {
+
+LayerDataBinaryWriter::LayerDataBinaryWriter(const LayerManager& layers, std::ostream& out)
+    : m_layers(layers)
+    , m_out(out) {}
+
+void LayerDataBinaryWriter::Write() {
+    const QStringList cameras = m_layers.GetCameras();
+    WriteValue<qint32>(LayerDataFormat::VERSION);
+    WriteValue<quint8>(m_layers.IsMaster() ? 1 : 0);
+    WriteBytes(m_layers.GetActiveCamera().toUtf8());
+    WriteValue<qint32>(cameras.size());
+    for (const QString& camera : cameras) {
+        const int count = m_layers.LayerCount(camera);
+        WriteBytes(camera.toUtf8());
+        WriteValue<qint32>(count);
+        WriteValue<qint32>(m_layers.GetActiveLayerIndex(camera));
+        for (int index = 0; index < count; ++index) {
+            if (const Layer* layer = m_layers.GetLayer(camera, index)) {
+                WriteLayer(*layer);
+            }
+        }
+    }
+}
+
+void LayerDataBinaryWriter::WriteLayer(const Layer& layer) {
+    WriteBytes(layer.GetName().toUtf8());
+    WriteValue<qint32>(layer.FrameCount());
+    WriteValue<quint8>(layer.IsVisible() ? 1 : 0);
+    WriteValue<float>(layer.GetOpacity());
+    WriteValue<qint32>(static_cast<qint32>(layer.GetState()));
+    for (int index = 0; index < layer.FrameCount(); ++index) {
+        const Frame* frame = layer.GetFrame(index);
+        if (frame == nullptr) {
+            continue;
+        }
+        WriteValue<qint32>(frame->GetTimeValue());
+        const QByteArray image = frame->GetPackedImage();
+        if (!image.isEmpty()) {
+            WriteBytes(image);
+        }
+    }
+}
+
+void LayerDataBinaryWriter::WriteBytes(const QByteArray& bytes) {
+    WriteValue<qint32>(bytes.size());
+    m_out.write(bytes.constData(), bytes.size());
+}
+
+template <typename Value>
+void LayerDataBinaryWriter::WriteValue(Value value) {
+    m_out.write(reinterpret_cast<const char*>(&value), sizeof(value));
+}
+
+} // namespace vellix

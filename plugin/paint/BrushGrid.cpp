@@ -1,0 +1,182 @@
+#include "paint/BrushGrid.h"
+
+#include "paint/AlphaRows.h"
+#include "paint/WuPrimitives.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace vellix {
+
+namespace {
+
+float CentreOf(float radius, ToolType tool) {
+    return tool == ToolType::Pencil ? radius + 1.0f : radius;
+}
+
+int WholeVectors(int count) {
+    constexpr int VECTOR = 16;
+    return (count + VECTOR - 1) / VECTOR * VECTOR;
+}
+
+} // namespace
+
+void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolType tool) {
+    radius = radius > 0.0f ? std::min(radius, float(MAX_RADIUS)) : 0.0f;
+    opacity = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
+    const bool sameShape = hardness == m_hardness && radius == m_radius && tool == m_tool;
+    if (sameShape && opacity == m_opacity) {
+        return;
+    }
+    if (!sameShape) {
+        BuildShape(hardness, radius, tool);
+        m_hardness = hardness;
+        m_radius = radius;
+        m_tool = tool;
+        std::memset(m_cells, 0, sizeof m_cells);
+    }
+    m_opacity = opacity;
+    for (int row = 0; row < SIDE; ++row) {
+        const Span span = m_spans[row];
+        AlphaRows::Scale(m_weights[row] + span.first, opacity, m_cells[row] + span.first,
+                         span.end - span.first);
+    }
+}
+
+void BrushGrid::UpdateBrushGrid(int size, float radius, float opacity, ToolType tool) {
+    if (size <= 19) {
+        UpdateGridWu(0.0f, radius + 1.0f, opacity * 0.4f, tool);
+    } else {
+        UpdateGridWu(0.0f, radius, opacity, tool);
+    }
+}
+
+void BrushGrid::BuildShape(float hardness, float radius, ToolType tool) {
+    std::fill_n(&m_weights[0][0], SIDE * STRIDE, 0.0f);
+    if (radius == 1.0f) {
+        for (const int column : {1, 2}) {
+            m_weights[1][column] = m_weights[2][column] = 1.0f;
+        }
+    } else if (radius > 0.0f) {
+        BuildOctants(hardness, radius, tool);
+    }
+    FindSpans();
+}
+
+// In the first octant x runs along the columns and y is the rim's row; in the second they change places. The
+// pencil's rim is shared between the rows floor(y) and floor(y) + 1, but the inside covers its share of the
+// former: the disc is full up to the radius and fades out over the one cell beyond.
+void BrushGrid::BuildOctants(float hardness, float radius, ToolType tool) {
+    const float square = radius * radius;
+    const int q = int(std::lround(square / std::sqrt(2.0f * square)));
+    for (int x = 0; x <= q; ++x) {
+        const float y = radius * std::sqrt(std::max(0.0f, 1.0f - float(x * x) / square));
+        const int fy = int(std::floor(y));
+        if (tool == ToolType::Pencil) {
+            OutlineGridWu(x, fy + 1, radius, y - float(fy), tool);
+            OutlineGridWu(fy + 1, x, radius, y - float(fy), tool);
+        }
+        FillGridWu(x, fy, hardness, radius, tool);
+        FillGridWu(fy, x, hardness, radius, tool);
+    }
+}
+
+void BrushGrid::OutlineGridWu(int x, int y, float radius, float weight, ToolType tool) {
+    SetMirrored(CentreOf(radius, tool), x, y, weight);
+}
+
+void BrushGrid::FillGridWu(int xmax, int y, float hardness, float radius, ToolType tool) {
+    const float centre = CentreOf(radius, tool);
+    for (int i = 0; i <= xmax; ++i) {
+        float weight = 1.0f;
+        if (tool == ToolType::Brush && radius > hardness) {
+            const float distance = std::sqrt(float(i * i + y * y));
+            const float t = (distance - hardness) / (radius - hardness);
+            weight = 1.0f - std::min(std::max(t, 0.0f), 1.0f);
+        }
+        SetMirrored(centre, i, y, weight);
+    }
+}
+
+// Rims of the largest discs reach one cell past the grid where their weight is 0; those are left out.
+void BrushGrid::SetMirrored(float centre, int x, int y, float weight) {
+    const int right = int(centre + float(x));
+    const int left = int(centre - float(x));
+    const int bottom = int(centre + float(y));
+    const int top = int(centre - float(y));
+    for (const int row : {top, bottom}) {
+        for (const int column : {left, right}) {
+            if (row >= 0 && row < SIDE && column >= 0 && column < SIDE) {
+                m_weights[row][column] = weight;
+            }
+        }
+    }
+}
+
+void BrushGrid::FindSpans() {
+    for (int row = 0; row < SIDE; ++row) {
+        const float* begin = m_weights[row];
+        const float* end = begin + SIDE;
+        const auto filled = [](float weight) { return weight > 0.0f; };
+        const float* first = std::find_if(begin, end, filled);
+        while (end != first && !filled(end[-1])) {
+            --end;
+        }
+        m_spans[row].first = int(first - begin);
+        m_spans[row].end = int(end - begin);
+    }
+}
+
+// Calls function(pixels, cells, count) for the part of each grid row that is filled, in the rectangle and in
+// the image. A row is rounded up to whole vectors where the image goes on: empty cells change no pixel.
+template <typename RowFunction>
+void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1,
+                           RowFunction function) const {
+    if (x0 <= -SIDE || x0 > view.width || y0 <= -SIDE || y0 > view.height) {
+        return;
+    }
+    const int left = x0 - 1;
+    const int top = y0 - 1;
+    const int firstRow = std::max(0, -top);
+    const int endRow = std::min(int(SIDE), std::min(y1, view.height) - top);
+    const int firstColumn = std::max(0, -left);
+    const int endColumn = std::min(int(SIDE), std::min(x1, view.width) - left);
+    for (int row = firstRow; row < endRow; ++row) {
+        const Span span = m_spans[row];
+        const int first = std::max(firstColumn, span.first);
+        int count = std::min(endColumn, span.end) - first;
+        if (count <= 0) {
+            continue;
+        }
+        if (first + count == span.end) {
+            count = std::min(WholeVectors(count), view.width - left - first);
+        }
+        function(view.Row(top + row) + left + first, m_cells[row] + first, count);
+    }
+}
+
+void BrushGrid::Raise(const PixelView& view, int x0, int y0, int x1, int y1) const {
+    ForEachRow(view, x0, y0, x1, y1, AlphaRows::Raise);
+}
+
+void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float cap, float flow) const {
+    if (!(flow * 255.0f >= 1.0f)) {
+        return; // adds less than one step to any alpha; the odd fractions below zero end here, too
+    }
+    const int limit = cap > 0.0f ? int(std::min(cap, 1.0f) * 255.0f) : 0;
+    ForEachRow(view, x0, y0, x1, y1, [flow, limit](quint32* pixels, const quint8* cells, int count) {
+        AlphaRows::Add(pixels, cells, count, flow, limit);
+    });
+}
+
+void BrushGrid::AddAround(const PixelView& view, int x, int y, float radius, float flow, float cap) const {
+    Add(view, ipart_(float(x) - radius), ipart_(float(y) - radius), ipart_(float(x) + radius + 1.0f),
+        ipart_(float(y) + radius + 1.0f), cap, flow);
+}
+
+void BrushGrid::Erase(const PixelView& view, int x0, int y0, int x1, int y1) const {
+    ForEachRow(view, x0, y0, x1, y1, AlphaRows::Erase);
+}
+
+} // namespace vellix

@@ -1,0 +1,210 @@
+#include "paint/Composite.h"
+
+#include "paint/CompositeKernels.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace vellix {
+namespace Composite {
+namespace {
+
+using CompositeKernels::TILE_PIXELS;
+using CompositeKernels::TILE_VALUES;
+
+constexpr int TILE_WIDTH = TileMask::TILE_WIDTH;
+
+/// The pixels of a layer image.
+template <typename Word>
+struct Pixels {
+    Word* first;
+    std::ptrdiff_t stride;
+
+    Word* At(int tileRow, int tileColumn) const {
+        return first + tileRow * TILE_WIDTH * stride + tileColumn * TILE_WIDTH;
+    }
+};
+
+Pixels<quint32> PixelsOf(QImage& image) {
+    return {reinterpret_cast<quint32*>(image.bits()), image.bytesPerLine() / 4};
+}
+
+Pixels<const quint32> PixelsOf(const QImage& image) {
+    return {reinterpret_cast<const quint32*>(image.constBits()), image.bytesPerLine() / 4};
+}
+
+void PaintDrawing(quint16* sums, const Picture& picture, int row, int column) {
+    const quint8* tile = picture.drawing->Tile(row, column);
+    if (!picture.tinted) {
+        CompositeKernels::PaintTile(sums, tile, picture.opacity);
+        return;
+    }
+    quint8 tinted[TILE_VALUES];
+    std::memset(tinted, picture.tint.red(), TILE_PIXELS);
+    std::memset(tinted + TILE_PIXELS, picture.tint.green(), TILE_PIXELS);
+    std::memset(tinted + 2 * TILE_PIXELS, picture.tint.blue(), TILE_PIXELS);
+    std::memcpy(tinted + 3 * TILE_PIXELS, tile + 3 * TILE_PIXELS, TILE_PIXELS);
+    CompositeKernels::PaintTile(sums, tinted, picture.opacity);
+}
+
+void Paint(quint16* sums, const Picture& picture, int row, int column) {
+    if (picture.drawing != nullptr) {
+        PaintDrawing(sums, picture, row, column);
+    } else if (picture.merged != nullptr) {
+        CompositeKernels::PaintSums(sums, picture.merged->Tile(row, column));
+    } else {
+        quint8 bytes[TILE_VALUES];
+        const Pixels<const quint32> pixels = PixelsOf(*picture.canvas);
+        CompositeKernels::SplitTile(bytes, pixels.At(row, column), pixels.stride);
+        CompositeKernels::PaintTile(sums, bytes, picture.opacity);
+    }
+}
+
+/// One row of tiles of a stack: in which tiles each picture is needed.
+class StackRow {
+public:
+    explicit StackRow(const PictureStack& stack)
+        : m_stack(stack)
+        , m_needed(stack.size()) {}
+
+    /// Nothing is needed under an opaque tile. Returns the tiles in which something is.
+    quint64 Begin(int row, quint64 wanted) {
+        m_row = row;
+        quint64 open = wanted;
+        quint64 painted = 0;
+        for (std::size_t i = m_stack.size(); i-- > 0;) {
+            const TileCoverage* coverage = m_stack[i].Coverage();
+            m_needed[i] = coverage == nullptr ? 0 : coverage->occupied.Row(row) & open;
+            painted |= m_needed[i];
+            if (coverage != nullptr && m_stack[i].opacity == 255) {
+                open &= ~coverage->opaque.Row(row);
+            }
+        }
+        return painted;
+    }
+
+    void Compose(quint16* sums, int column) const {
+        std::memset(sums, 0, TILE_VALUES * sizeof(quint16));
+        for (std::size_t i = 0; i < m_stack.size(); ++i) {
+            if ((m_needed[i] >> column & 1) != 0) {
+                Paint(sums, m_stack[i], m_row, column);
+            }
+        }
+    }
+
+private:
+    const PictureStack& m_stack;
+    std::vector<quint64> m_needed;
+    int m_row = 0;
+};
+
+void ClearTiles(const Pixels<quint32>& target, int row, quint64 tiles) {
+    TileMask::ForEachRun(tiles, [&](int begin, int end) {
+        for (int y = 0; y < TILE_WIDTH; ++y) {
+            std::fill_n(target.At(row, begin) + y * target.stride, (end - begin) * TILE_WIDTH, 0);
+        }
+    });
+}
+
+} // namespace
+
+bool IsLayerImage(const QImage& image) {
+    return image.format() == QImage::Format_RGBA8888 && image.width() == IMAGE_WIDTH &&
+           image.height() == IMAGE_WIDTH;
+}
+
+QImage ToLayerImage(const QImage& image) {
+    if (image.isNull() || IsLayerImage(image)) {
+        return image;
+    }
+    return image.copy(0, 0, IMAGE_WIDTH, IMAGE_WIDTH).convertToFormat(QImage::Format_RGBA8888);
+}
+
+QImage TransparentImage() {
+    QImage image(IMAGE_WIDTH, IMAGE_WIDTH, QImage::Format_RGBA8888);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+int OpacityByte(double opacity) {
+    return (int(qBound(0.0, opacity, 1.0) * 256.0) * 255) >> 8;
+}
+
+TileCoverage CoverageOf(const PictureStack& stack) {
+    TileCoverage sum;
+    for (const Picture& picture : stack) {
+        if (const TileCoverage* coverage = picture.Coverage()) {
+            sum.occupied |= coverage->occupied;
+            if (picture.opacity == 255) {
+                sum.opaque |= coverage->opaque;
+            }
+        }
+    }
+    return sum;
+}
+
+void Compose(QImage& target, const TileMask& tiles, const PictureStack& stack) {
+    if (!IsLayerImage(target) || tiles.IsEmpty()) {
+        return;
+    }
+    const Pixels<quint32> pixels = PixelsOf(target);
+    StackRow stackRow(stack);
+    quint16 sums[TILE_VALUES];
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        const quint64 wanted = tiles.Row(row);
+        if (wanted == 0) {
+            continue;
+        }
+        const quint64 painted = stackRow.Begin(row, wanted);
+        ClearTiles(pixels, row, wanted & ~painted);
+        TileMask::ForEachRun(painted, [&](int begin, int end) {
+            for (int column = begin; column < end; ++column) {
+                stackRow.Compose(sums, column);
+                CompositeKernels::WriteTile(pixels.At(row, column), pixels.stride, sums);
+            }
+        });
+    }
+}
+
+void Compose(TileSums& target, const TileMask& tiles, const PictureStack& stack) {
+    StackRow stackRow(stack);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        TileMask::ForEachRun(stackRow.Begin(row, tiles.Row(row)), [&](int begin, int end) {
+            for (int column = begin; column < end; ++column) {
+                stackRow.Compose(target.Tile(row, column), column);
+            }
+        });
+    }
+    target.coverage = CoverageOf(stack);
+}
+
+void SourceOver(QImage& target, const QImage& source, const TileMask& tiles) {
+    if (!IsLayerImage(target) || !IsLayerImage(source)) {
+        return;
+    }
+    const Pixels<quint32> to = PixelsOf(target);
+    const Pixels<const quint32> from = PixelsOf(source);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        TileMask::ForEachRun(tiles.Row(row), [&](int begin, int end) {
+            for (int y = 0; y < TILE_WIDTH; ++y) {
+                CompositeKernels::SourceOver(to.At(row, begin) + y * to.stride,
+                                             from.At(row, begin) + y * from.stride,
+                                             (end - begin) * TILE_WIDTH);
+            }
+        });
+    }
+}
+
+void OverrideColor(QImage& image, const QColor& color) {
+    if (image.isNull() || image.format() != QImage::Format_RGBA8888) {
+        return;
+    }
+    const quint32 pixel = quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
+    for (int y = 0; y < image.height(); ++y) {
+        CompositeKernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), pixel);
+    }
+}
+
+} // namespace Composite
+} // namespace vellix

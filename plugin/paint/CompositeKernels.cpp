@@ -1,0 +1,158 @@
+#include "paint/CompositeKernels.h"
+
+#include <cstring>
+
+// The dynamic loader picks the clone; sanitizers cannot run that early.
+#if defined(__x86_64__) && defined(__linux__) && defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__) &&      \
+    !defined(__SANITIZE_THREAD__)
+#if defined(__has_feature)
+#if !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
+#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
+#endif
+#else
+#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
+#endif
+#endif
+#ifndef VELLIX_VECTOR_CLONES
+#define VELLIX_VECTOR_CLONES
+#endif
+
+namespace vellix {
+namespace CompositeKernels {
+namespace {
+
+static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the alpha byte is the highest of a pixel's word");
+
+constexpr int WIDTH = TileMask::TILE_WIDTH;
+constexpr quint16 FULL = 255 * 255;
+
+/// The high half of a product.
+inline quint16 High(quint16 a, quint16 b) {
+    return quint16((quint32(a) * quint32(b)) >> 16);
+}
+
+/// What to multiply (as in High) the sums by that lie under a coverage of 0..FULL. The shift stands for the
+/// factor 65536 / FULL.
+inline quint16 Remaining(quint16 coverage) {
+    const quint16 rest = quint16(FULL - coverage);
+    return quint16(rest + (rest >> 7));
+}
+
+/// A channel of 0..255 after rounding.
+inline quint32 Byte(float value) {
+    return quint32(int(value + 0.5f));
+}
+
+/// A number to divide by. Where it was 0 the result does not matter, but a branch would keep the loop scalar.
+inline int AtLeastOne(quint32 value) {
+    return int(value + (value == 0 ? 1 : 0));
+}
+
+/// Porter and Duff's "over" with both pixels and the result in straight alpha:
+/// (cs as + cd ad (1 - as)) / (as + ad (1 - as)).
+inline quint32 Over(quint32 target, quint32 source) {
+    const float as = float(AtLeastOne(source >> 24));
+    const float below = float(int(target >> 24)) * (255.0f - as) * (1.0f / 255.0f);
+    const float a = as + below;
+    const float ws = as / a;
+    const float wd = below / a;
+    const quint32 r = Byte(float(int(source & 0xffu)) * ws + float(int(target & 0xffu)) * wd);
+    const quint32 g = Byte(float(int((source >> 8) & 0xffu)) * ws + float(int((target >> 8) & 0xffu)) * wd);
+    const quint32 b = Byte(float(int((source >> 16) & 0xffu)) * ws + float(int((target >> 16) & 0xffu)) * wd);
+    const quint32 mixed = r | g << 8 | b << 16 | Byte(a) << 24;
+    const quint32 keep = source >> 24 == 0 ? ~quint32(0) : 0;
+    return (target & keep) | (mixed & ~keep);
+}
+
+} // namespace
+
+VELLIX_VECTOR_CLONES void SplitTile(quint8* bytes, const quint32* pixels, std::ptrdiff_t stride) {
+    quint32 tile[TILE_PIXELS];
+    for (int y = 0; y < WIDTH; ++y) {
+        std::memcpy(tile + y * WIDTH, pixels + y * stride, WIDTH * sizeof(quint32));
+    }
+    quint8* __restrict planes = bytes;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        planes[i] = quint8(tile[i]);
+        planes[i + TILE_PIXELS] = quint8(tile[i] >> 8);
+        planes[i + 2 * TILE_PIXELS] = quint8(tile[i] >> 16);
+        planes[i + 3 * TILE_PIXELS] = quint8(tile[i] >> 24);
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintTile(quint16* sums, const quint8* bytes, int opacity) {
+    quint16* __restrict target = sums;
+    const quint8* __restrict source = bytes;
+    const quint16 strength = quint16(opacity);
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 coverage = quint16(source[i + 3 * TILE_PIXELS] * strength);
+        const quint16 remaining = Remaining(coverage);
+        // 257 x 255 x 255 / 65536 is 255 again.
+        target[i] = quint16(High(quint16(source[i] * 257), coverage) + High(target[i], remaining));
+        target[i + TILE_PIXELS] = quint16(High(quint16(source[i + TILE_PIXELS] * 257), coverage) +
+                                          High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] = quint16(High(quint16(source[i + 2 * TILE_PIXELS] * 257), coverage) +
+                                              High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintSums(quint16* sums, const quint16* source) {
+    quint16* __restrict target = sums;
+    const quint16* __restrict over = source;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 remaining = Remaining(over[i + 3 * TILE_PIXELS]);
+        target[i] = quint16(over[i] + High(target[i], remaining));
+        target[i + TILE_PIXELS] = quint16(over[i + TILE_PIXELS] + High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] =
+            quint16(over[i + 2 * TILE_PIXELS] + High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] =
+            quint16(over[i + 3 * TILE_PIXELS] + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void WriteTile(quint32* pixels, std::ptrdiff_t stride, const quint16* sums) {
+    for (int y = 0; y < WIDTH; ++y) {
+        quint32* __restrict row = pixels + y * stride;
+        const quint16* __restrict source = sums + y * WIDTH;
+        for (int x = 0; x < WIDTH; ++x) {
+            const quint32 coverage = source[x + 3 * TILE_PIXELS];
+            const float factor = 255.0f / float(AtLeastOne(coverage));
+            const quint32 r = Byte(float(int(source[x])) * factor);
+            const quint32 g = Byte(float(int(source[x + TILE_PIXELS])) * factor);
+            const quint32 b = Byte(float(int(source[x + 2 * TILE_PIXELS])) * factor);
+            const quint32 a = Byte(float(int(coverage)) * (1.0f / 255.0f));
+            const quint32 visible = a == 0 ? 0 : ~quint32(0);
+            row[x] = (r | g << 8 | b << 16 | a << 24) & visible;
+        }
+    }
+}
+
+VELLIX_VECTOR_CLONES void SourceOver(quint32* target, const quint32* source, int count) {
+    quint32* __restrict below = target;
+    const quint32* __restrict above = source;
+    for (int i = 0; i < count; ++i) {
+        below[i] = Over(below[i], above[i]);
+    }
+}
+
+VELLIX_VECTOR_CLONES void OverrideColor(quint32* pixels, int count, quint32 color) {
+    const quint32 rgb = color & 0x00ffffffu;
+    for (int i = 0; i < count; ++i) {
+        const quint32 a = pixels[i] & 0xff000000u;
+        pixels[i] = a == 0 ? pixels[i] : (a | rgb);
+    }
+}
+
+VELLIX_VECTOR_CLONES void Gather(const quint32* pixels, int count, quint32* anyBits, quint32* allBits) {
+    const quint32* __restrict source = pixels;
+    quint32* __restrict any = anyBits;
+    quint32* __restrict all = allBits;
+    for (int i = 0; i < count; ++i) {
+        any[i] |= source[i];
+        all[i] &= source[i];
+    }
+}
+
+} // namespace CompositeKernels
+} // namespace vellix

@@ -1,0 +1,99 @@
+// The packing half of DrawUtil.
+#include "paint/DrawUtil.h"
+#include "paint/ImageSize.h"
+#include "paint/PngStructure.h"
+
+#include <QBuffer>
+
+#include <algorithm>
+#include <cstring>
+
+namespace vellix {
+
+namespace {
+
+const QSize LAYER_SIZE(IMAGE_WIDTH, IMAGE_WIDTH);
+
+QImage Decode(const QByteArray& packed) {
+    QImage image;
+    if (PngStructure::IsSound(packed)) {
+        QBuffer buffer;
+        buffer.setData(packed);
+        buffer.open(QIODevice::ReadOnly);
+        if (!image.load(&buffer, "PNG")) {
+            image = QImage();
+        }
+    }
+    return image;
+}
+
+// The top left of any picture, on a fresh layer; nothing but pixels is taken over.
+QImage OnLayer(const QImage& picture) {
+    const int width = std::min(picture.width(), IMAGE_WIDTH);
+    const int height = std::min(picture.height(), IMAGE_WIDTH);
+    const QImage visible = picture.copy(0, 0, width, height).convertToFormat(QImage::Format_RGBA8888);
+    QImage layer(LAYER_SIZE, QImage::Format_RGBA8888);
+    if (visible.isNull() || layer.isNull()) {
+        return QImage();
+    }
+    layer.fill(Qt::transparent);
+    for (int row = 0; row < height; ++row) {
+        std::memcpy(layer.scanLine(row), visible.constScanLine(row), size_t(width) * 4);
+    }
+    return layer;
+}
+
+} // namespace
+
+void DrawUtil::PackPngBuffer(const QImage& image, QByteArray& packed) {
+    packed.clear();
+    QBuffer buffer(&packed);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) {
+        packed.clear();
+    }
+}
+
+bool DrawUtil::UnpackPngBuffer(const QByteArray& packed, QImage& image) {
+    image = QImage();
+    QImage picture = Decode(packed);
+    if (picture.isNull()) {
+        return false;
+    }
+    if (picture.size() == LAYER_SIZE && picture.textKeys().isEmpty()) {
+        image = std::move(picture).convertToFormat(QImage::Format_RGBA8888);
+    } else {
+        image = OnLayer(picture);
+    }
+    return !image.isNull();
+}
+
+DrawUtil::PngContent DrawUtil::CheckPngBuffer(const QByteArray& packed) {
+    const QImage picture = Decode(packed);
+    if (picture.isNull()) {
+        return PngContent::Undecodable;
+    }
+    return picture.size() == LAYER_SIZE ? PngContent::LayerSize : PngContent::OtherSize;
+}
+
+bool DrawUtil::NormalisePngBuffer(QByteArray& packed) {
+    switch (CheckPngBuffer(packed)) {
+    case PngContent::Undecodable:
+        return false;
+    case PngContent::LayerSize:
+        return true;
+    case PngContent::OtherSize:
+        break;
+    }
+    QImage layer;
+    QByteArray repacked;
+    if (UnpackPngBuffer(packed, layer)) {
+        PackPngBuffer(layer, repacked);
+    }
+    if (repacked.isEmpty()) {
+        return false;
+    }
+    packed = repacked;
+    return true;
+}
+
+} // namespace vellix

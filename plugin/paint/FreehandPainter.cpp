@@ -1,0 +1,264 @@
+#include "paint/FreehandPainter.h"
+
+#include "paint/DrawUtil.h"
+#include "paint/WuPrimitives.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace vellix {
+
+namespace {
+
+constexpr int LARGEST_SMALL_BRUSH = 19;
+
+// A stamp reaches half of the largest size to each side, a few pixels more where rectangles are rounded.
+bool StampReaches(const PixelView& view, int x, int y) {
+    constexpr int reach = FreehandPainter::MAX_SIZE / 2 + 4;
+    return x >= -reach && x < view.width + reach && y >= -reach && y < view.height + reach;
+}
+
+float Bounded(float opacity) {
+    return opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
+}
+
+} // namespace
+
+void FreehandPainter::Segment(const StrokePoint& from, const StrokePoint& to, ToolType tool, bool first) {
+    const SegmentClip segment = {from.position, to.position, Bounded(from.opacity), Bounded(to.opacity)};
+    if (tool != ToolType::Brush) {
+        HardSegment(segment, from.size, tool);
+    } else if (from.size == 1) {
+        WuLine(segment);
+    } else {
+        SoftSegment(segment, from.size, tool, first);
+    }
+}
+
+QRect FreehandPainter::Touched() const {
+    return m_touched.intersected(QRect(0, 0, m_view.width, m_view.height));
+}
+
+void FreehandPainter::Touch(const SegmentClip& segment, int reach) {
+    const int left = std::min(segment.from.x(), segment.to.x()) - reach;
+    const int top = std::min(segment.from.y(), segment.to.y()) - reach;
+    const int right = std::max(segment.from.x(), segment.to.x()) + reach;
+    const int bottom = std::max(segment.from.y(), segment.to.y()) + reach;
+    m_touched |= QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+void FreehandPainter::WuLine(SegmentClip segment) {
+    if (segment.Cut()) {
+        Touch(segment, 1);
+        drawLineWu(m_view, segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(),
+                   segment.opacityFrom);
+    }
+}
+
+// --- Bresenham's walk
+// --------------------------------------------------------------------------------------------------
+
+void FreehandPainter::HardSegment(SegmentClip segment, int size, ToolType tool) {
+    if (!segment.Cut()) {
+        return;
+    }
+    size = std::min(size, int(MAX_SIZE));
+    if (tool == ToolType::Brush) {
+        BrushStamps(segment, std::max(size, 1));
+    } else if (size <= 1) {
+        SinglePixels(segment, tool);
+    } else {
+        HardStamps(segment, size, tool);
+    }
+    Touch(segment, std::max(size, 0) / 2 + 4);
+}
+
+// Visits every pixel of the segment with the opacity there, which moves evenly with the steps along either
+// axis.
+template <typename Visit>
+void FreehandPainter::WalkBresenham(const SegmentClip& segment, Visit visit) {
+    int x = segment.from.x();
+    int y = segment.from.y();
+    const int endX = segment.to.x();
+    const int endY = segment.to.y();
+    const int dx = std::abs(endX - x);
+    const int dy = std::abs(endY - y);
+    const int sx = endX > x ? 1 : -1;
+    const int sy = endY > y ? 1 : -1;
+    int error = dx > dy ? dx / 2 : -(dy / 2);
+    const float step = dx + dy == 0 ? 0.0f : (segment.opacityTo - segment.opacityFrom) / float(dx + dy);
+    float opacity = segment.opacityFrom;
+    for (;;) {
+        visit(x, y, opacity);
+        if (x == endX && y == endY) {
+            return;
+        }
+        const int before = error;
+        if (before > -dx) {
+            error -= dy;
+            x += sx;
+            opacity += step;
+        }
+        if (before < dy) {
+            error += dx;
+            y += sy;
+            opacity += step;
+        }
+    }
+}
+
+// Column 0 is never painted here.
+void FreehandPainter::SinglePixels(const SegmentClip& segment, ToolType tool) {
+    WalkBresenham(segment, [&](int x, int y, float opacity) {
+        if (x == 0 || !m_view.Contains(x, y)) {
+            return;
+        }
+        if (tool == ToolType::Eraser) {
+            m_view.Clear(x, y);
+        } else {
+            m_view.Raise(x, y, int(double(Bounded(opacity)) * 255.0));
+        }
+    });
+}
+
+void FreehandPainter::HardStamps(const SegmentClip& segment, int size, ToolType tool) {
+    const float radius = 0.5f * float(size);
+    const int half = (size + 1) / 2;
+    const int spacing = std::max(size / 10, 1);
+    int walked = 0;
+    WalkBresenham(segment, [&](int x, int y, float opacity) {
+        if (walked++ % spacing != 0 || !StampReaches(m_view, x, y)) {
+            return;
+        }
+        m_grid.UpdateGridWu(0.0f, radius, opacity, tool);
+        if (tool == ToolType::Eraser) {
+            m_grid.Erase(m_view, x - half, y - half, x + half + 1, y + half + 1);
+        } else {
+            m_grid.Raise(m_view, x - half, y - half, x + half + 1, y + half + 1);
+        }
+    });
+}
+
+void FreehandPainter::BrushStamps(const SegmentClip& segment, int size) {
+    const bool small = size <= LARGEST_SMALL_BRUSH;
+    const float widened = !small ? 0.0f : size <= 2 ? 1.5f : size == 3 ? 1.25f : 1.0f;
+    const float radius = 0.5f * float(size) + widened;
+    const int half = (size + 1) / 2;
+    const int spacing = std::max(size / 10, 1);
+    int walked = 0;
+    WalkBresenham(segment, [&](int x, int y, float opacity) {
+        const bool firstStamp = walked == 0;
+        if (walked++ % spacing != 0 || !StampReaches(m_view, x, y)) {
+            return;
+        }
+        m_grid.UpdateGridWu(0.0f, radius, small ? 0.4f * opacity : opacity, ToolType::Brush);
+        if (small && firstStamp) {
+            m_grid.Raise(m_view, x - half, y - half, x + half + 1, y + half + 1);
+        } else {
+            m_grid.Add(m_view, x - half, y - half, x + half + 1, y + half + 1, opacity, 1.0f);
+        }
+    });
+}
+
+// --- Wu's walk
+// -----------------------------------------------------------------------------------------------------------
+
+// A segment turned so that it runs along rising major coordinates: x is the major one throughout, whatever it
+// is in the image.
+struct FreehandPainter::SoftWalk {
+    SoftWalk(const SegmentClip& segment, int brushSize, ToolType brushTool)
+        : from(segment.from)
+        , to(segment.to)
+        , opacityFrom(segment.opacityFrom)
+        , opacityTo(segment.opacityTo)
+        , length(DrawUtil::Distance(from.x(), from.y(), to.x(), to.y()))
+        , size(brushSize)
+        , tool(brushTool) {
+        steep = std::abs(to.y() - from.y()) > std::abs(to.x() - from.x());
+        if (steep) {
+            from = QPoint(from.y(), from.x());
+            to = QPoint(to.y(), to.x());
+        }
+        strokeStart = from;
+        strokeOpacity = opacityFrom;
+        strokeOpacityChange = opacityTo - opacityFrom;
+        if (from.x() > to.x()) {
+            std::swap(from, to);
+            std::swap(opacityFrom, opacityTo);
+        }
+    }
+
+    bool Ramps() const { return length > 0.0f && strokeOpacityChange != 0.0f; }
+
+    // The cap at a point of the walk: it moves with the distance from where the pen came from, whichever way
+    // the walk goes.
+    float OpacityAt(int x, int y) const {
+        const float walked = DrawUtil::Distance(strokeStart.x(), strokeStart.y(), x, y);
+        return Bounded(strokeOpacity + strokeOpacityChange * walked / length);
+    }
+
+    float Radius() const { return 0.5f * float(size); }
+
+    QPoint from;
+    QPoint to;
+    float opacityFrom;
+    float opacityTo;
+    float length;
+    int size;
+    ToolType tool;
+    bool steep = false;
+    QPoint strokeStart;
+    float strokeOpacity = 1.0f;
+    float strokeOpacityChange = 0.0f;
+};
+
+void FreehandPainter::SoftSegment(SegmentClip segment, int size, ToolType tool, bool first) {
+    if (!segment.Cut()) {
+        return;
+    }
+    size = std::min(std::max(size, 0), int(MAX_SIZE));
+    Touch(segment, size / 2 + 4);
+    const SoftWalk walk(segment, size, tool);
+    if (first) {
+        m_grid.UpdateBrushGrid(size, walk.Radius(), walk.strokeOpacity, tool);
+        SoftStamp(walk, walk.strokeStart.x(), walk.strokeStart.y(), walk.strokeOpacity, walk.strokeOpacity);
+    }
+    SoftEnd(walk, walk.from, rfpart_(float(walk.from.x()) + 0.5f), walk.opacityFrom);
+    SoftEnd(walk, walk.to, fpart_(float(walk.to.x()) + 0.5f), walk.opacityTo);
+    SoftInterior(walk);
+}
+
+void FreehandPainter::SoftStamp(const SoftWalk& walk, int major, int minor, float flow, float cap) {
+    const int x = walk.steep ? minor : major;
+    const int y = walk.steep ? major : minor;
+    m_grid.AddAround(m_view, x, y, walk.Radius(), flow, cap);
+}
+
+void FreehandPainter::SoftEnd(const SoftWalk& walk, const QPoint& end, float gap, float cap) {
+    m_grid.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
+    const float minor = float(end.y());
+    SoftStamp(walk, end.x(), ipart_(minor), gap * rfpart_(minor), cap);
+    SoftStamp(walk, end.x(), ipart_(minor) + 1, gap * fpart_(minor), cap);
+}
+
+void FreehandPainter::SoftInterior(const SoftWalk& walk) {
+    const bool ramps = walk.Ramps();
+    const float gradient = float(walk.to.y() - walk.from.y()) / float(walk.to.x() - walk.from.x());
+    float cap = walk.opacityTo;
+    float exact = float(walk.from.y()) + gradient;
+    for (int major = walk.from.x() + 1; major < walk.to.x(); ++major, exact += gradient) {
+        const int minor = ipart_(exact);
+        if (!StampReaches(m_view, walk.steep ? minor : major, walk.steep ? major : minor)) {
+            continue;
+        }
+        if (ramps) {
+            cap = walk.OpacityAt(major, minor);
+            m_grid.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
+        }
+        SoftStamp(walk, major, minor, rfpart_(exact), cap);
+        SoftStamp(walk, major, minor + 1, fpart_(exact), cap);
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "paint/StrokePoint.h"
+#include "paint/ToolType.h"
+
+#include <QColor>
+#include <QList>
+#include <QRect>
+#include <QString>
+
+namespace vellix {
+
+/// A drawing gesture in progress: the samples of the pointer and the settings of the tool.
+struct Stroke {
+    ToolType tool = ToolType::Pencil;
+    QColor color = QColor(255, 255, 255, 255);
+    QList<StrokePoint> points; ///< shapes use the first two (start and current end), text the first
+    QString text;
+    QString fontFamily;
+
+    QRect selection;      ///< lifted by the transform tool, image pixels, edges included; left 0, top 0,
+                          ///< right -1, bottom -1 while empty; may be inverted while it is dragged out
+    qint32 offsetX = 0;   ///< translation of the lifted region, image pixels
+    qint32 offsetY = 0;   ///< translation of the lifted region, image pixels
+    float rotation = 0.f; ///< degrees, clockwise as seen (y down)
+    double scaleX = 1.0;
+    double scaleY = 1.0;
+
+    bool freshSelection = false;     ///< the selected region has yet to be lifted
+    bool liftedImageEmptied = false; ///< the lifted image is cleared instead of being filled (a cut)
+    bool copyToClipboard = false;    ///< the lifted region goes to the clipboard as well
+    bool pasted = false;             ///< the lifted image is drawn untransformed
+    bool changed = false;            ///< the composed image has to be built anew
+};
+
+} // namespace vellix

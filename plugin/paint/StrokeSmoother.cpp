@@ -1,0 +1,121 @@
+#include "paint/StrokeSmoother.h"
+
+namespace vellix {
+
+namespace {
+
+constexpr int HISTORY = 5;
+
+// distance < size * 0.1, in whole numbers, so that a point at exactly a tenth of the size is not closer.
+bool CloserThanTenth(const QPoint& a, const QPoint& b, qint32 size) {
+    const double dx = double(a.x()) - b.x();
+    const double dy = double(a.y()) - b.y();
+    return size > 0 && 100.0 * (dx * dx + dy * dy) < double(size) * size;
+}
+
+// sum / divisor to the nearest integer, halves toward positive infinity, below zero as well.
+int RoundedQuotient(qint64 sum, qint64 divisor) {
+    const qint64 doubled = 2 * sum + divisor;
+    const qint64 quotient = doubled / (2 * divisor);
+    const bool truncatedUpward = doubled < 0 && doubled % (2 * divisor) != 0;
+    return int(truncatedUpward ? quotient - 1 : quotient);
+}
+
+void ReceiveText(Stroke& stroke, const StrokePoint& sample, const QString& fontFamily) {
+    stroke.fontFamily = fontFamily;
+    if (stroke.points.isEmpty()) {
+        stroke.points.append(sample);
+    } else {
+        stroke.points[0] = sample;
+    }
+}
+
+// The second sample goes in front of the first, which so becomes the far end that later samples replace.
+void ReceiveShape(Stroke& stroke, const StrokePoint& sample) {
+    if (stroke.points.isEmpty()) {
+        stroke.points.append(sample);
+    } else if (stroke.points.size() == 1) {
+        stroke.points.prepend(sample);
+    } else {
+        stroke.points[1] = sample;
+    }
+}
+
+} // namespace
+
+void StrokeSmoother::Reset() {
+    m_positions.clear();
+    m_opacities.clear();
+}
+
+StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
+                                                const QString& textFontFamily) {
+    switch (stroke.tool) {
+    case ToolType::Pencil:
+    case ToolType::Brush:
+    case ToolType::Eraser:
+        return ReceiveFreehand(stroke, sample);
+    case ToolType::Text:
+        ReceiveText(stroke, sample, textFontFamily);
+        break;
+    case ToolType::Line:
+    case ToolType::Arrow:
+    case ToolType::Ellipse:
+    case ToolType::Rectangle:
+        ReceiveShape(stroke, sample);
+        break;
+    case ToolType::Transform:
+        break;
+    }
+    stroke.changed = true;
+    Outcome outcome;
+    outcome.changed = true;
+    return outcome;
+}
+
+StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const StrokePoint& sample) {
+    const bool thinning = stroke.points.size() >= 2;
+    if (thinning && stroke.points.last().position == sample.position) {
+        return Outcome();
+    }
+    if (m_positions.size() == HISTORY) {
+        m_positions.removeLast();
+        m_opacities.removeLast();
+    }
+    m_positions.prepend(sample.position);
+    m_opacities.prepend(sample.opacity);
+
+    const StrokePoint smoothed = Smoothed(sample);
+    if (thinning && CloserThanTenth(stroke.points.last().position, smoothed.position, sample.size)) {
+        m_positions.removeFirst();
+        m_opacities.removeFirst();
+        return Outcome();
+    }
+    stroke.points.append(smoothed);
+    stroke.changed = true;
+    Outcome outcome;
+    outcome.changed = true;
+    outcome.firstSegment = stroke.points.size() == 2;
+    return outcome;
+}
+
+// The mean of the history with linearly falling weights, the newest sample weighing most.
+StrokePoint StrokeSmoother::Smoothed(const StrokePoint& sample) const {
+    const int count = m_positions.size();
+    qint64 x = 0;
+    qint64 y = 0;
+    float opacity = 0.0f;
+    for (int i = 0; i < count; ++i) {
+        const int weight = count - i;
+        x += qint64(weight) * m_positions.at(i).x();
+        y += qint64(weight) * m_positions.at(i).y();
+        opacity += float(weight) * m_opacities.at(i);
+    }
+    const int total = count * (count + 1) / 2;
+    StrokePoint smoothed = sample;
+    smoothed.position = QPoint(RoundedQuotient(x, total), RoundedQuotient(y, total));
+    smoothed.opacity = opacity / float(total);
+    return smoothed;
+}
+
+} // namespace vellix

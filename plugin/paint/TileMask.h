@@ -1,0 +1,88 @@
+#pragma once
+
+#include "paint/ImageSize.h"
+
+#include <QRect>
+#include <QtAlgorithms>
+
+#include <algorithm>
+#include <array>
+
+namespace vellix {
+
+/// A set of tiles of a layer image: squares of 16 x 16 pixels, 64 x 64 of them, one bit each.
+class TileMask {
+public:
+    static constexpr int TILE_WIDTH = 16; ///< pixels
+    static constexpr int COUNT = IMAGE_WIDTH / TILE_WIDTH;
+    static_assert(COUNT == 64, "a row of tiles is one 64-bit word");
+
+    /// The tiles that the rectangle (image pixels) touches.
+    static TileMask Touching(const QRect& rectangle) {
+        TileMask mask;
+        const QRect inside = rectangle & QRect(0, 0, IMAGE_WIDTH, IMAGE_WIDTH);
+        if (!inside.isEmpty()) {
+            const quint64 bits = RunBits(inside.left() / TILE_WIDTH, inside.right() / TILE_WIDTH + 1);
+            for (int row = inside.top() / TILE_WIDTH; row <= inside.bottom() / TILE_WIDTH; ++row) {
+                mask.m_rows[row] = bits;
+            }
+        }
+        return mask;
+    }
+
+    static TileMask All() { return Touching(QRect(0, 0, IMAGE_WIDTH, IMAGE_WIDTH)); }
+
+    quint64 Row(int row) const { return m_rows[row]; }
+    void SetRow(int row, quint64 bits) { m_rows[row] = bits; }
+
+    bool IsEmpty() const {
+        return std::all_of(m_rows.begin(), m_rows.end(), [](quint64 row) { return row == 0; });
+    }
+
+    int TileCount() const {
+        int count = 0;
+        for (const quint64 row : m_rows) {
+            count += int(qPopulationCount(row));
+        }
+        return count;
+    }
+
+    TileMask& operator|=(const TileMask& other) {
+        for (int row = 0; row < COUNT; ++row) {
+            m_rows[row] |= other.m_rows[row];
+        }
+        return *this;
+    }
+
+    TileMask& Remove(const TileMask& other) {
+        for (int row = 0; row < COUNT; ++row) {
+            m_rows[row] &= ~other.m_rows[row];
+        }
+        return *this;
+    }
+
+    friend TileMask operator|(TileMask a, const TileMask& b) { return a |= b; }
+    friend bool operator==(const TileMask& a, const TileMask& b) { return a.m_rows == b.m_rows; }
+
+    /// Calls `visit(begin, end)` for every run of neighbouring tiles in a row's bits, in tile columns.
+    template <typename Visit>
+    static void ForEachRun(quint64 bits, Visit visit) {
+        while (bits != 0) {
+            const int begin = int(qCountTrailingZeroBits(bits));
+            const quint64 open = ~(bits >> begin);
+            const int end = open == 0 ? COUNT : std::min(COUNT, begin + int(qCountTrailingZeroBits(open)));
+            visit(begin, end);
+            bits &= ~RunBits(begin, end);
+        }
+    }
+
+private:
+    static quint64 RunBits(int begin, int end) {
+        const quint64 upTo = end == COUNT ? ~quint64(0) : (quint64(1) << end) - 1;
+        return upTo & ~((quint64(1) << begin) - 1);
+    }
+
+    std::array<quint64, COUNT> m_rows{};
+};
+
+} // namespace vellix

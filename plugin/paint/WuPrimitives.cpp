@@ -1,0 +1,163 @@
+#include "paint/WuPrimitives.h"
+
+#include "paint/SegmentClip.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <utility>
+
+namespace vellix {
+
+namespace {
+
+constexpr float MAX_CIRCLE_RADIUS = 65536.0f;
+
+void Plot(const PixelView& view, int x, int y, float c) {
+    if (view.Contains(x, y)) {
+        view.Raise(x, y, c > 0.0f ? int(double(std::min(c, 1.0f)) * 255.0) : 0);
+    }
+}
+
+// fillPlot on a view; only the columns that can lie inside are visited.
+void PlotMirrored(const PixelView& view, int cx, int cy, int xmax, int y, float r, float c) {
+    if (cy + y >= view.height && cy - y < 0) {
+        return;
+    }
+    const int first = std::max({0, -cx, cx - (view.width - 1)});
+    const int last = std::min(xmax, std::max(cx, view.width - 1 - cx));
+    for (int i = first; i <= last; ++i) {
+        const float distance = std::sqrt(float(i) * float(i) + float(y) * float(y)) / r;
+        const float value = distance > 1.0f ? 0.0f : (1.0f - distance) * c;
+        Plot(view, cx + i, cy + y, value);
+        Plot(view, cx - i, cy - y, value);
+        if (i != 0 && y != 0) {
+            Plot(view, cx + i, cy - y, value);
+            Plot(view, cx - i, cy + y, value);
+        }
+    }
+}
+
+// Remembers the spans of one circle that are filled already; spans beyond the table are filled as often as
+// they come up, which changes nothing but the time.
+class VisitedSpans {
+public:
+    // Whether this is the span's first visit.
+    bool Enter(int x, int y) {
+        if (x >= SIDE || y >= SIDE) {
+            return true;
+        }
+        const bool first = m_visited[x][y] == 0;
+        m_visited[x][y] = 1;
+        return first;
+    }
+
+private:
+    static constexpr int SIDE = 50;
+    quint8 m_visited[SIDE][SIDE] = {};
+};
+
+} // namespace
+
+int ipart_(float x) {
+    constexpr float limit = 2147483648.0f;
+    if (x >= limit) {
+        return std::numeric_limits<int>::max();
+    }
+    if (x < -limit) {
+        return std::numeric_limits<int>::min();
+    }
+    return x == x ? int(x) : 0;
+}
+
+int round_(float x) {
+    return ipart_(x + 0.5f);
+}
+
+float fpart_(float x) {
+    const float rest = x - float(ipart_(x));
+    return x < 0.0f ? 1.0f - rest : rest;
+}
+
+float rfpart_(float x) {
+    return 1.0f - fpart_(x);
+}
+
+void plot_(QImage& image, int x, int y, float c) {
+    Plot(PixelView(image), x, y, c);
+}
+
+void ciclePlot(QImage& image, float cx, float cy, float dx, float dy, float c) {
+    const PixelView view(image);
+    Plot(view, ipart_(cx + dx), ipart_(cy + dy), c);
+    Plot(view, ipart_(cx - dx), ipart_(cy + dy), c);
+    Plot(view, ipart_(cx + dx), ipart_(cy - dy), c);
+    Plot(view, ipart_(cx - dx), ipart_(cy - dy), c);
+}
+
+void fillPlot(QImage& image, int cx, int cy, int xmax, int y, float r, float c) {
+    PlotMirrored(PixelView(image), cx, cy, xmax, y, r, c);
+}
+
+void drawCircleWu(QImage& image, int cx, int cy, float r, float c) {
+    const int farthest = int(MAX_CIRCLE_RADIUS) + IMAGE_WIDTH;
+    if (!(r > 0.0f) || std::abs(double(cx)) > farthest || std::abs(double(cy)) > farthest) {
+        return;
+    }
+    r = std::min(r, MAX_CIRCLE_RADIUS);
+    const PixelView view(image);
+    VisitedSpans visited;
+    const float square = r * r;
+    const int q = round_(square / std::sqrt(2.0f * square)); // where the two octants meet
+    for (int x = 0; x <= q; ++x) {
+        const float y = r * std::sqrt(std::max(0.0f, 1.0f - float(x) * float(x) / square));
+        const int fy = int(std::floor(y));
+        if (visited.Enter(x, fy)) {
+            PlotMirrored(view, cx, cy, x, fy, r, c);
+        }
+        if (visited.Enter(fy, x)) {
+            PlotMirrored(view, cx, cy, fy, x, r, c);
+        }
+    }
+}
+
+void drawLineWu(QImage& image, int x0, int y0, int x1, int y1, float c) {
+    SegmentClip segment;
+    segment.from = QPoint(x0, y0);
+    segment.to = QPoint(x1, y1);
+    if (segment.Cut()) {
+        drawLineWu(PixelView(image), segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(), c);
+    }
+}
+
+// The end points are pixels, as in Wu's original, and get the full coverage: since plot_ keeps the larger
+// alpha, the half coverage that a line between two places inside pixels has at its ends would leave a gap at
+// every point that two segments of a stroke share.
+void drawLineWu(const PixelView& view, int x0, int y0, int x1, int y1, float c) {
+    const bool steep = std::abs(y1 - y0) > std::abs(x1 - x0);
+    if (steep) {
+        std::swap(x0, y0);
+        std::swap(x1, y1);
+    }
+    if (x0 > x1) {
+        std::swap(x0, x1);
+        std::swap(y0, y1);
+    }
+    const auto plot = [&](int major, int minor, float coverage) {
+        Plot(view, steep ? minor : major, steep ? major : minor, coverage);
+    };
+    plot(x0, y0, c);
+    plot(x1, y1, c);
+    // The fractional part of the scalar functions is of use from 0 on, so the walk is moved there.
+    const int shift = std::min({0, y0, y1});
+    const float gradient = x1 == x0 ? 0.0f : float(y1 - y0) / float(x1 - x0);
+    float exact = float(y0 - shift) + gradient;
+    for (int x = x0 + 1; x < x1; ++x, exact += gradient) {
+        const int y = ipart_(exact);
+        plot(x, y + shift, rfpart_(exact) * c);
+        plot(x, y + shift + 1, fpart_(exact) * c);
+    }
+}
+
+} // namespace vellix
