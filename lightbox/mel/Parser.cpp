@@ -35,7 +35,9 @@ bool Parser::ParseNext(Program& program) {
     if (lexer_.AtEnd()) {
         return false;
     }
+    program.begin = lexer_.Position();
     program.statements.push_back(ParseStatement());
+    program.end = lexer_.RawPosition();
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
     trial.Keep();

@@ -4,6 +4,7 @@
 #include "mel/SourceText.h"
 #include "mel/Statement.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -13,6 +14,9 @@ namespace lightbox::mel {
 struct Program {
     std::shared_ptr<const SourceText> source;
     StatementList statements;
+    /// Of a program that is one statement: where it begins and ends in the source.
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
     /// Local variables of its blocks.
     int variableCount = 0;
     /// Every procedure it defines; they are known before its first statement runs.
