@@ -1,21 +1,8 @@
 #include "paint/CompositeKernels.h"
 
-#include <cstring>
+#include "paint/VectorClones.h"
 
-// The dynamic loader picks the clone; sanitizers cannot run that early.
-#if defined(__x86_64__) && defined(__linux__) && defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__) &&      \
-    !defined(__SANITIZE_THREAD__)
-#if defined(__has_feature)
-#if !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
-#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#else
-#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#endif
-#ifndef VELLIX_VECTOR_CLONES
-#define VELLIX_VECTOR_CLONES
-#endif
+#include <cstring>
 
 namespace vellix {
 namespace CompositeKernels {
