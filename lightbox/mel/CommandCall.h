@@ -19,11 +19,16 @@ class ParsedArguments;
 /// of a flag that is not there, or of an argument of another type, throws Error with the command's wording.
 class CommandCall {
 public:
+    /// A raw call has arguments and no parsed ones.
     CommandCall(Interpreter& interpreter, const std::string& name, const std::vector<Value>& arguments,
-                const ParsedArguments* parsed);
+                const ParsedArguments* parsed)
+        : interpreter_(interpreter)
+        , name_(name)
+        , arguments_(arguments)
+        , parsed_(parsed) {}
 
-    const std::string& Name() const { return name; }
-    Interpreter& GetInterpreter() const { return interpreter; }
+    const std::string& Name() const { return name_; }
+    Interpreter& GetInterpreter() const { return interpreter_; }
     Host& GetHost() const;
 
     bool IsQuery() const;
@@ -60,10 +65,10 @@ public:
     [[noreturn]] void Fail(const std::string& message) const;
 
 private:
-    Interpreter& interpreter;
-    const std::string& name;
-    const std::vector<Value>& arguments;
-    const ParsedArguments* parsed;
+    Interpreter& interpreter_;
+    const std::string& name_;
+    const std::vector<Value>& arguments_;
+    const ParsedArguments* parsed_;
 };
 
 } // namespace lightbox::mel

@@ -52,11 +52,11 @@ public:
     std::shared_ptr<const Command> Find(std::string_view name) const;
     std::vector<std::string> Names() const;
     /// Rises whenever a command comes or goes.
-    unsigned Version() const { return version; }
+    unsigned Version() const { return version_; }
 
 private:
-    std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands;
-    unsigned version = 0;
+    std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
+    unsigned version_ = 1;
 };
 
 } // namespace lightbox::mel

@@ -16,7 +16,7 @@ class Host;
 
 namespace lightbox::mel {
 
-class SourceText;
+class Runtime;
 
 /// How a text is run.
 struct RunOptions {
@@ -41,15 +41,18 @@ public:
     Interpreter(const Interpreter&) = delete;
     Interpreter& operator=(const Interpreter&) = delete;
 
-    Host& GetHost() const { return host; }
-    CommandRegistry& Commands() { return commands; }
-    const CommandRegistry& Commands() const { return commands; }
+    Host& GetHost() const { return host_; }
+    CommandRegistry& Commands() { return commands_; }
+    const CommandRegistry& Commands() const { return commands_; }
 
     /// Runs a text and returns the value of its last statement. `name` is shown in messages: the file the
     /// text came from, or empty.
     Value Execute(std::string text, const std::string& name = std::string(), const RunOptions& options = {});
     /// Reads and runs a file. Throws Error when it cannot be read.
     Value ExecuteFile(const std::string& path, const RunOptions& options = {});
+    /// What `source` does: finds the script and runs it. When the running outermost statement is that very
+    /// call, the file's statements are outermost ones too.
+    Value Source(const std::string& name);
     /// The path of a script as `source` finds it: as given, or in the script folders; empty when there is
     /// none.
     std::string FindScript(const std::string& name) const;
@@ -65,19 +68,18 @@ public:
 
     /// True while any text or command runs.
     bool IsRunning() const;
-    /// True while a command of a plug-in runs (its doIt, redoIt or undoIt).
-    bool IsInPluginCommand() const;
-
     /// Asks the running text to stop with an error at its next statement (from a signal or another thread).
     void Interrupt();
 
-private:
-    class Implementation;
-    friend class Implementation;
+    /// The state behind it, for the parts of the language.
+    Runtime& GetRuntime() { return *runtime_; }
 
-    Host& host;
-    CommandRegistry commands;
-    std::unique_ptr<Implementation> implementation;
+private:
+    friend class TextRun;
+
+    Host& host_;
+    CommandRegistry commands_;
+    std::unique_ptr<Runtime> runtime_;
 };
 
 /// The text as a MEL string literal with its quotes: quotes, backslashes, line breaks and tabs escaped, every

@@ -23,7 +23,7 @@ public:
 
     /// The character that begins the next token, without taking it; '\0' at the end.
     char PeekCharacter();
-    /// The character `ahead` bytes behind the next token's beginning.
+    /// The character `ahead` bytes behind the raw position.
     char CharacterAfter(std::uint32_t ahead) const;
     /// Takes a word of a command's arguments: a name, path or number with the characters that belong to them.
     /// Call only where the next character is none of quotes, brackets, `$` or a terminator.
@@ -32,6 +32,8 @@ public:
     /// True when no token is left.
     bool AtEnd() { return Peek().kind == TokenKind::End; }
     std::uint32_t Position() { return Peek().begin; }
+    /// The same where the next token may be none: what has been read so far ends here.
+    std::uint32_t RawPosition() const { return position_; }
     /// Begins again at an offset.
     void MoveTo(std::uint32_t offset);
 

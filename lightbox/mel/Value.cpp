@@ -20,7 +20,9 @@ int ToInt(double number) {
     return static_cast<int>(std::min(std::max(number, lowest), highest));
 }
 
-double Length(const Vector& v) { return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z); }
+double Length(const Vector& v) {
+    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
 
 [[noreturn]] void NoConversion(Type from, Type to) {
     throw Error(std::string("Cannot convert data of type ") + TypeName(from) + " to type " + TypeName(to) +
@@ -72,6 +74,15 @@ std::vector<To> NumbersAs(const std::vector<From>& numbers) {
     return converted;
 }
 
+Value::StringArray TextsOf(const Value& array) {
+    Value::StringArray texts;
+    texts.reserve(array.Size());
+    for (std::size_t i = 0; i < array.Size(); ++i) {
+        texts.push_back(array.Element(i).AsString());
+    }
+    return texts;
+}
+
 } // namespace
 
 const char* TypeName(Type type) {
@@ -102,7 +113,9 @@ const char* TypeName(Type type) {
     return "any";
 }
 
-bool IsArray(Type type) { return type >= Type::IntArray && type <= Type::VectorArray; }
+bool IsArray(Type type) {
+    return type >= Type::IntArray && type <= Type::VectorArray;
+}
 
 Type ArrayOf(Type element) {
     const bool hasArray = element >= Type::Int && element <= Type::Vector;
@@ -273,6 +286,11 @@ Value Value::ConvertedTo(Type type) const {
             return NumbersAs<int>(Floats());
         }
         break;
+    case Type::StringArray:
+        if (own == Type::IntArray || own == Type::FloatArray) {
+            return TextsOf(*this);
+        }
+        break;
     case Type::FloatArray:
         if (own == Type::IntArray) {
             return NumbersAs<double>(Ints());
@@ -283,6 +301,9 @@ Value Value::ConvertedTo(Type type) const {
         break;
     default:
         break;
+    }
+    if (mel::IsArray(own) && mel::IsArray(type) && Size() == 0) {
+        return Default(type);
     }
     NoConversion(own, type);
 }
@@ -304,7 +325,40 @@ Value Value::Detached() const {
     }
 }
 
-const std::string& Value::Text() const { return *std::get<Shared<std::string>>(data); }
+template <class T>
+void Value::TakeContent(Value& source) {
+    auto& from = std::get<Shared<T>>(source.data);
+    auto& to = std::get<Shared<T>>(data);
+    if (from == to) {
+        return;
+    }
+    if (from.use_count() == 1) {
+        *to = std::move(*from);
+    } else {
+        *to = *from;
+    }
+}
+
+void Value::ReplaceContent(Value source) {
+    switch (GetType()) {
+    case Type::IntArray:
+        return TakeContent<IntArray>(source);
+    case Type::FloatArray:
+        return TakeContent<FloatArray>(source);
+    case Type::StringArray:
+        return TakeContent<StringArray>(source);
+    case Type::VectorArray:
+        return TakeContent<VectorArray>(source);
+    case Type::Matrix:
+        return TakeContent<Matrix>(source);
+    default:
+        *this = std::move(source);
+    }
+}
+
+const std::string& Value::Text() const {
+    return *std::get<Shared<std::string>>(data);
+}
 
 void Value::AppendText(std::string_view more) {
     auto& text = std::get<Shared<std::string>>(data);
@@ -318,11 +372,21 @@ void Value::AppendText(std::string_view more) {
     text = std::move(longer);
 }
 
-Value::IntArray& Value::Ints() const { return *std::get<Shared<IntArray>>(data); }
-Value::FloatArray& Value::Floats() const { return *std::get<Shared<FloatArray>>(data); }
-Value::StringArray& Value::Strings() const { return *std::get<Shared<StringArray>>(data); }
-Value::VectorArray& Value::Vectors() const { return *std::get<Shared<VectorArray>>(data); }
-Matrix& Value::MatrixData() const { return *std::get<Shared<Matrix>>(data); }
+Value::IntArray& Value::Ints() const {
+    return *std::get<Shared<IntArray>>(data);
+}
+Value::FloatArray& Value::Floats() const {
+    return *std::get<Shared<FloatArray>>(data);
+}
+Value::StringArray& Value::Strings() const {
+    return *std::get<Shared<StringArray>>(data);
+}
+Value::VectorArray& Value::Vectors() const {
+    return *std::get<Shared<VectorArray>>(data);
+}
+Matrix& Value::MatrixData() const {
+    return *std::get<Shared<Matrix>>(data);
+}
 
 std::size_t Value::Size() const {
     switch (GetType()) {

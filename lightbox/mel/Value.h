@@ -104,6 +104,9 @@ public:
     /// The same value sharing no array with anyone.
     Value Detached() const;
 
+    /// Takes the content of an array or matrix of the same type into the own one, which others may share.
+    void ReplaceContent(Value source);
+
     /// Texts without a copy; only for strings (check `IsString()`), and valid as long as this value.
     const std::string& Text() const;
     /// Appends in place when no one shares the text. Only for strings.
@@ -137,6 +140,8 @@ public:
 private:
     template <class T>
     using Shared = std::shared_ptr<T>;
+    template <class T>
+    void TakeContent(Value& source);
 
     std::variant<std::monostate, int, double, Shared<std::string>, Vector, Shared<IntArray>,
                  Shared<FloatArray>, Shared<StringArray>, Shared<VectorArray>, Shared<Matrix>>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/Node.h"
+#include "scene/Transformation.h"
 
 #include <Imath/ImathMatrix.h>
 #include <string>
@@ -28,9 +29,10 @@ public:
     /// The shortest path that no other node answers to.
     std::string PartialPath() const;
 
-    /// The node's own transformation; identity for a shape. Row vectors, as in the DAG: world = local *
-    /// parent.
+    /// The node's own transformation; identity for a shape. For row vectors: world = local * parent's world.
     Imath::M44d LocalMatrix() const;
+    /// Its parts; only for transforms.
+    Transformation LocalTransformation() const;
     Imath::M44d WorldMatrix() const;
     /// Whether it and all above it are visible.
     bool IsVisible() const;

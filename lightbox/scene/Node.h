@@ -83,6 +83,8 @@ public:
     bool locked = false;
     /// Made with the scene: cannot be deleted, and scene files only refer to it.
     bool isDefault = false;
+    /// Every scene has one of its name, like the start-up cameras: cannot be deleted, and files share it.
+    bool isShared = false;
     bool doNotWrite = false;
     /// Name of the reference that brought the node; empty for the scene's own nodes.
     std::string reference;

@@ -80,9 +80,9 @@ public:
     /// The name by which the node is shown: its name, or its shortest unambiguous path.
     static std::string ShownName(const Node& node);
 
-    /// The name itself when it is free, else with the next free number. In the DAG a name has to be free
-    /// among the siblings and may not be that of a node outside the DAG. Characters that no name has become
-    /// underscores.
+    /// The name itself when it is free, else with the next free number; a # at its end asks for a number. In
+    /// the DAG a name has to be free among the siblings and may not be that of a node outside the DAG.
+    /// Characters that no name has become underscores.
     std::string FreeName(const std::string& wanted, const Node& node, const DagNode* parent) const;
     /// A name that no node has at all, from the type's default name and a number.
     std::string FreeDefaultName(const NodeType& type) const;
@@ -94,7 +94,9 @@ public:
     /// Namespaces by full name ("a:b") without the root. Adding a node adds its namespaces.
     const std::set<std::string>& Namespaces() const { return namespaces_; }
     bool AddNamespace(const std::string& name);
+    /// Only one that is empty.
     bool RemoveNamespace(const std::string& name);
+    void SetNamespaces(std::set<std::string> namespaces) { namespaces_ = std::move(namespaces); }
     /// The namespace into which new names without one go; empty for the root.
     std::string currentNamespace;
 
@@ -102,6 +104,7 @@ public:
     static std::string WithoutNamespace(const std::string& name);
 
 private:
+    Plug FindPlug(const std::string& text, bool keep) const;
     void Insert(const std::shared_ptr<Node>& node, const std::string& name, DagNode* parent, int index);
     void MakeDefaultNodes();
     void MakeCamera(const std::string& name, const std::vector<double>& translate,

@@ -15,8 +15,7 @@ class Timeline {
 public:
     explicit Timeline(EventBus& events);
 
-    /// Back to what a new scene has: frame 1, playback 1 to 120, animation 1 to 200, the preferred unit (film
-    /// at first).
+    /// Back to what a new scene has: frame 1, playback 1 to 120, animation 1 to 200, film.
     void Reset();
 
     double CurrentTime() const { return current_; }

@@ -30,11 +30,10 @@ public:
     /// Chunks nest: what is between an outermost OpenChunk() and its CloseChunk() is undone in one step. An
     /// empty chunk leaves nothing. An implicit chunk is that of one outermost statement.
     void OpenChunk(const std::string& name, bool implicit = false);
-    /// Does nothing when none is open.
-    void CloseChunk();
-    int OpenChunks() const { return depth_; }
-    /// The name shown for the chunk that is open: that of its first item unless this is called.
-    void NameChunk(const std::string& name);
+    /// Closes the innermost chunk of that kind; does nothing when none is open. The two kinds may overlap: an
+    /// explicit chunk opened by one statement outlives the implicit one of that statement.
+    void CloseChunk(bool implicit = false);
+    int OpenChunks() const { return explicitDepth_ + implicitDepth_; }
 
     /// Takes back the last complete chunk; an open implicit chunk is closed first. False when there is none,
     /// or while an undo or redo runs.
@@ -82,7 +81,6 @@ public:
 private:
     struct Chunk {
         std::string name;
-        bool named = false;
         std::uint64_t state = 0;
         std::vector<std::unique_ptr<UndoItem>> items;
         std::string Name() const;
@@ -90,14 +88,17 @@ private:
     enum class Running { None, Undo, Redo };
     class RunningScope;
 
+    void Record(std::unique_ptr<UndoItem> item);
+    void CompleteOpen();
     void Trim();
 
     EventBus& events_;
     std::deque<Chunk> done_;
     std::vector<Chunk> undone_;
     std::unique_ptr<Chunk> open_;
-    int depth_ = 0;
-    bool implicit_ = false;
+    int explicitDepth_ = 0;
+    int implicitDepth_ = 0;
+    std::string openName_;
     int paused_ = 0;
     bool enabled_ = true;
     std::size_t limit_ = 0;

@@ -37,7 +37,7 @@ MString StrokeCommand::GetCommandName() {
 }
 
 MStatus StrokeCommand::doIt(const MArgList& args) {
-    const MStatus status = ParseArguments(args);
+    MStatus status = ParseArguments(args);
     if (!status) {
         return status;
     }

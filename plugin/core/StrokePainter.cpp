@@ -68,10 +68,16 @@ void StrokePainter::Cancel(Frame* drawing) {
     Forget();
 }
 
-bool StrokePainter::Commit(Frame& drawing, QByteArray& undo) {
-    const QByteArray before = drawing.GetPackedImage();
-    if (m_stroke == nullptr || before.isEmpty()) {
+bool StrokePainter::Commit(Frame& drawing, QByteArray* undo) {
+    if (m_stroke == nullptr) {
         return false;
+    }
+    if (undo != nullptr) {
+        const QByteArray before = drawing.GetPackedImage();
+        if (before.isEmpty()) {
+            return false;
+        }
+        *undo = before;
     }
     TileMask changed;
     Paint(drawing.GetImage(), false, changed);
@@ -83,7 +89,6 @@ bool StrokePainter::Commit(Frame& drawing, QByteArray& undo) {
         Composite::SourceOver(m_work.image, m_moved.image, m_moved.coverage.occupied);
         drawing.SetImage(m_work.image);
     }
-    undo = before;
     Forget();
     return true;
 }

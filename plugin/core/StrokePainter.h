@@ -29,8 +29,8 @@ public:
     /// taken yet; may be null.
     void Cancel(Frame* drawing);
     /// Paints the stroke into the frame and forgets it. `undo` receives the picture before it as PNG bytes;
-    /// false, with nothing changed, when they cannot be made.
-    bool Commit(Frame& drawing, QByteArray& undo);
+    /// false, with nothing changed, when they cannot be made. With null nobody wants them.
+    bool Commit(Frame& drawing, QByteArray* undo);
 
     /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing` and
     /// `image`: what the layer shows without the stroke, or nothing. `changed` receives the tiles that

@@ -39,6 +39,8 @@ namespace {
 const MString DRAW_CLASSIFICATION = MString("drawdb/geometry/") + Settings::NODE_TYPE_NAME;
 const MString DRAW_REGISTRATION_ID = MString(Settings::NODE_TYPE_NAME) + "Plugin";
 
+// By value, since function sets take a handle that they might change.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 BaseNode* FindBaseNode(MObject object) {
     return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
 }
@@ -219,7 +221,7 @@ bool BaseNode::InitializeLayerManager() {
         auto data = std::make_unique<BaseNodeLayerData>();
         data->CreateLayerManager();
         if (plug.setMPxData(data.get())) {
-            data.release(); // the plug owns it now
+            static_cast<void>(data.release()); // the plug owns it now
             return true;
         }
         Logger::Error("Failed to set layer data");
@@ -477,7 +479,7 @@ bool BaseNode::AddMissingFrame(LayerManager& layers, const QString& camera, bool
 }
 
 void BaseNode::LockAndHideAttribute(const MObject& node, const MString& attribute) {
-    MObject owner = node;
+    MObject owner = node; // NOLINT(performance-unnecessary-copy-initialization): as in FindBaseNode
     MStatus status;
     MPlug plug = MFnDependencyNode(owner).findPlug(attribute, true, &status);
     if (status) {

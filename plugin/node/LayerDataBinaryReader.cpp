@@ -6,7 +6,6 @@
 
 #include <maya/MFileIO.h>
 
-#include <cmath>
 #include <istream>
 #include <memory>
 
@@ -62,9 +61,7 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
     Layer& layer = *created;
     layer.SetName(name);
     layer.SetVisible(visible);
-    if (!std::isnan(opacity)) {
-        layer.SetOpacity(opacity);
-    }
+    layer.SetOpacity(opacity);
     const bool known = static_cast<quint32>(state) <= LayerDataFormat::MAX_STATE;
     layer.SetState(known ? static_cast<LayerState>(state) : LayerState::Animated);
     m_layers.InsertLayer(camera, -1, created.release());

@@ -6,8 +6,11 @@
 namespace vellix {
 namespace AlphaRows {
 
+namespace {
+
+// The clones stay inside this file: not every compiler lets them be called from another.
 VELLIX_VECTOR_CLONES
-void Raise(quint32* pixels, const quint8* coverage, int count) {
+void RaiseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {
         const quint32 pixel = pixels[i];
         const quint32 old = (pixel >> PixelView::ALPHA_SHIFT) & 0xff;
@@ -17,19 +20,19 @@ void Raise(quint32* pixels, const quint8* coverage, int count) {
 }
 
 VELLIX_VECTOR_CLONES
-void Add(quint32* pixels, const quint8* coverage, int count, float flow, int cap) {
+void AddCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow,
+               int cap) {
     for (int i = 0; i < count; ++i) {
         const quint32 pixel = pixels[i];
         const int old = int((pixel >> PixelView::ALPHA_SHIFT) & 0xff);
-        const int sum = old + int(float(coverage[i]) * flow);
-        const int capped = sum < cap ? sum : cap;
-        const int alpha = capped > old ? capped : old;
-        pixels[i] = (pixel & PixelView::COLOR_MASK) | quint32(alpha) << PixelView::ALPHA_SHIFT;
+        const int room = (cap > old ? cap : old) - old;
+        const int more = int(float(coverage[i]) * flow);
+        pixels[i] = pixel + (quint32(more < room ? more : room) << PixelView::ALPHA_SHIFT);
     }
 }
 
 VELLIX_VECTOR_CLONES
-void Erase(quint32* pixels, const quint8* coverage, int count) {
+void EraseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {
         const quint32 pixel = pixels[i];
         pixels[i] = coverage[i] != 0 ? pixel & PixelView::COLOR_MASK : pixel;
@@ -37,10 +40,28 @@ void Erase(quint32* pixels, const quint8* coverage, int count) {
 }
 
 VELLIX_VECTOR_CLONES
-void Scale(const float* weights, float opacity, quint8* coverage, int count) {
+void ScaleCloned(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {
         coverage[i] = quint8(int(weights[i] * opacity * 255.0f));
     }
+}
+
+} // namespace
+
+void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
+    RaiseCloned(pixels, coverage, count);
+}
+
+void Add(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow, int cap) {
+    AddCloned(pixels, coverage, count, flow, cap);
+}
+
+void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
+    EraseCloned(pixels, coverage, count);
+}
+
+void Scale(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
+    ScaleCloned(weights, opacity, coverage, count);
 }
 
 } // namespace AlphaRows

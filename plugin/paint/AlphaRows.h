@@ -8,16 +8,16 @@ namespace vellix {
 namespace AlphaRows {
 
 /// alpha = max(alpha, coverage)
-void Raise(quint32* pixels, const quint8* coverage, int count);
+void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int count);
 
 /// alpha = max(alpha, min(cap, alpha + truncate(coverage * flow))), cap 0..255
-void Add(quint32* pixels, const quint8* coverage, int count, float flow, int cap);
+void Add(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow, int cap);
 
 /// alpha = 0 where coverage is not 0
-void Erase(quint32* pixels, const quint8* coverage, int count);
+void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int count);
 
 /// coverage = truncate(weight * opacity * 255), weights and opacity 0..1
-void Scale(const float* weights, float opacity, quint8* coverage, int count);
+void Scale(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count);
 
 } // namespace AlphaRows
 } // namespace vellix

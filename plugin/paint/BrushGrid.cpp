@@ -1,6 +1,7 @@
 #include "paint/BrushGrid.h"
 
 #include "paint/AlphaRows.h"
+#include "paint/WuPrimitives.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,10 +15,15 @@ float CentreOf(float radius, ToolType tool) {
     return tool == ToolType::Pencil ? radius + 1.0f : radius;
 }
 
+int WholeVectors(int count) {
+    constexpr int VECTOR = 16;
+    return (count + VECTOR - 1) / VECTOR * VECTOR;
+}
+
 } // namespace
 
 void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolType tool) {
-    radius = radius > 0.0f ? std::min(radius, MAX_RADIUS) : 0.0f;
+    radius = radius > 0.0f ? std::min(radius, float(MAX_RADIUS)) : 0.0f;
     opacity = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
     const bool sameShape = hardness == m_hardness && radius == m_radius && tool == m_tool;
     if (sameShape && opacity == m_opacity) {
@@ -47,7 +53,7 @@ void BrushGrid::UpdateBrushGrid(int size, float radius, float opacity, ToolType 
 }
 
 void BrushGrid::BuildShape(float hardness, float radius, ToolType tool) {
-    std::fill_n(&m_weights[0][0], SIDE * SIDE, 0.0f);
+    std::fill_n(&m_weights[0][0], SIDE * STRIDE, 0.0f);
     if (radius == 1.0f) {
         for (const int column : {1, 2}) {
             m_weights[1][column] = m_weights[2][column] = 1.0f;
@@ -117,28 +123,36 @@ void BrushGrid::FindSpans() {
         while (end != first && !filled(end[-1])) {
             --end;
         }
-        m_spans[row].first = first == end ? qint16(0) : qint16(first - begin);
-        m_spans[row].end = first == end ? qint16(0) : qint16(end - begin);
+        m_spans[row].first = int(first - begin);
+        m_spans[row].end = int(end - begin);
     }
 }
 
 // Calls function(pixels, cells, count) for the part of each grid row that is filled, in the rectangle and in
-// the image.
+// the image. A row is rounded up to whole vectors where the image goes on: empty cells change no pixel.
 template <typename RowFunction>
 void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1,
                            RowFunction function) const {
+    if (x0 <= -SIDE || x0 > view.width || y0 <= -SIDE || y0 > view.height) {
+        return;
+    }
     const int left = x0 - 1;
     const int top = y0 - 1;
     const int firstRow = std::max(0, -top);
-    const int endRow = std::min({int(SIDE), y1 - top, view.height - top});
+    const int endRow = std::min(int(SIDE), std::min(y1, view.height) - top);
     const int firstColumn = std::max(0, -left);
-    const int endColumn = std::min({int(SIDE), x1 - left, view.width - left});
+    const int endColumn = std::min(int(SIDE), std::min(x1, view.width) - left);
     for (int row = firstRow; row < endRow; ++row) {
-        const int first = std::max(firstColumn, int(m_spans[row].first));
-        const int count = std::min(endColumn, int(m_spans[row].end)) - first;
-        if (count > 0) {
-            function(view.Row(top + row) + left + first, m_cells[row] + first, count);
+        const Span span = m_spans[row];
+        const int first = std::max(firstColumn, span.first);
+        int count = std::min(endColumn, span.end) - first;
+        if (count <= 0) {
+            continue;
         }
+        if (first + count == span.end) {
+            count = std::min(WholeVectors(count), view.width - left - first);
+        }
+        function(view.Row(top + row) + left + first, m_cells[row] + first, count);
     }
 }
 
@@ -157,8 +171,8 @@ void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float
 }
 
 void BrushGrid::AddAround(const PixelView& view, int x, int y, float radius, float flow, float cap) const {
-    Add(view, int(float(x) - radius), int(float(y) - radius), int(float(x) + radius + 1.0f),
-        int(float(y) + radius + 1.0f), cap, flow);
+    Add(view, ipart_(float(x) - radius), ipart_(float(y) - radius), ipart_(float(x) + radius + 1.0f),
+        ipart_(float(y) + radius + 1.0f), cap, flow);
 }
 
 void BrushGrid::Erase(const PixelView& view, int x0, int y0, int x1, int y1) const {

@@ -68,12 +68,15 @@ private:
     void ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1, RowFunction function) const;
 
     struct Span {
-        qint16 first = 0;
-        qint16 end = 0;
+        int first = 0;
+        int end = 0;
     };
 
-    quint8 m_cells[SIDE][SIDE] = {};
-    float m_weights[SIDE][SIDE] = {};
+    // Rows are painted in whole vectors, which may run past the last column: the cells there stay empty.
+    static constexpr int STRIDE = 128;
+
+    quint8 m_cells[SIDE][STRIDE] = {};
+    float m_weights[SIDE][STRIDE] = {};
     Span m_spans[SIDE]; // the columns of each row that are not empty
 
     // What the grid holds; nothing at first.

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
 #include <QTransform>
 
@@ -70,6 +71,9 @@ void DrawUtil::DrawStroke(QImage& image, const Stroke& stroke, bool editing) {
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    QPen pen = painter.pen();
+    pen.setJoinStyle(Qt::RoundJoin); // corners like the ends of lines
+    painter.setPen(pen);
     switch (stroke.tool) {
     case ToolType::Line:
         DrawLine(painter, stroke.points, stroke.color);
@@ -109,10 +113,14 @@ void DrawUtil::DrawArrow(QPainter& painter, const QList<StrokePoint>& points, co
     }
     const QPoint start = points.at(0).position;
     const QPoint tip = points.at(1).position;
-    painter.setPen(StrokePen(painter, points.at(0), color));
-    painter.drawLine(start, tip);
-    painter.drawLine(tip, GetArrowHeadPoint(start, tip, HEAD_ANGLE));
-    painter.drawLine(tip, GetArrowHeadPoint(start, tip, -HEAD_ANGLE));
+    // One path, so that where shaft and head meet a translucent stroke is not laid on twice.
+    QPainterPath path;
+    path.moveTo(start);
+    path.lineTo(tip);
+    path.moveTo(GetArrowHeadPoint(start, tip, HEAD_ANGLE));
+    path.lineTo(tip);
+    path.lineTo(GetArrowHeadPoint(start, tip, -HEAD_ANGLE));
+    painter.strokePath(path, StrokePen(painter, points.at(0), color));
 }
 
 void DrawUtil::DrawEllipse(QPainter& painter, const QList<StrokePoint>& points, const QColor& color) {

@@ -1,10 +1,9 @@
 // The packing half of DrawUtil.
 #include "paint/DrawUtil.h"
 #include "paint/ImageSize.h"
+#include "paint/PngStructure.h"
 
 #include <QBuffer>
-#include <QImageReader>
-#include <QtEndian>
 
 #include <algorithm>
 #include <cstring>
@@ -15,51 +14,9 @@ namespace {
 
 const QSize LAYER_SIZE(IMAGE_WIDTH, IMAGE_WIDTH);
 
-// The fields of a PNG's first chunk (PNG specification, 11.2.2).
-struct PngHeader {
-    quint32 width = 0;
-    quint32 height = 0;
-    int bitDepth = 0;
-    int colorType = 0;
-};
-
-bool ReadHeader(const QByteArray& packed, PngHeader& header) {
-    static const char signatureAndChunk[] = "\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR";
-    constexpr int prefix = int(sizeof signatureAndChunk) - 1;
-    if (packed.size() < prefix + 13 || std::memcmp(packed.constData(), signatureAndChunk, prefix) != 0) {
-        return false;
-    }
-    const uchar* field = reinterpret_cast<const uchar*>(packed.constData()) + prefix;
-    header.width = qFromBigEndian<quint32>(field);
-    header.height = qFromBigEndian<quint32>(field + 4);
-    header.bitDepth = field[8];
-    header.colorType = field[9];
-    return true;
-}
-
-int BitsPerPixel(const PngHeader& header) {
-    const int channels = header.colorType == 2   ? 3
-                         : header.colorType == 4 ? 2
-                         : header.colorType == 6 ? 4
-                                                 : 1;
-    return channels * header.bitDepth;
-}
-
-// Whether it is worth a decoder's allocation: the sides are in bounds, and there are enough bytes to fill the
-// rows (deflate yields at most 1032 bytes from one).
-bool IsPlausible(const QByteArray& packed) {
-    PngHeader header;
-    if (!ReadHeader(packed, header) || header.width < 1 || header.height < 1 ||
-        header.width > quint32(MAX_PNG_SIDE) || header.height > quint32(MAX_PNG_SIDE)) {
-        return false;
-    }
-    const qint64 rowBytes = (qint64(header.width) * BitsPerPixel(header) + 7) / 8;
-    return qint64(header.height) * rowBytes <= 1032 * qint64(packed.size());
-}
-
 QImage Decode(const QByteArray& packed) {
     QImage image;
-    if (IsPlausible(packed)) {
+    if (PngStructure::IsSound(packed)) {
         QBuffer buffer;
         buffer.setData(packed);
         buffer.open(QIODevice::ReadOnly);

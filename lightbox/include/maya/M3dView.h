@@ -12,8 +12,4 @@ public:
 
     MStatus getCamera(MDagPath& camera);
     MStatus refresh(bool all = false, bool force = false);
-
-private:
-    friend class lightbox::Access;
-    int view_ = -1;
 };

@@ -12,8 +12,16 @@
 #else
 #define PLUGIN_EXPORT __attribute__((visibility("default")))
 #endif
+#if defined(__clang__)
+// Only the name is C's, so that it can be looked up; both sides are C++.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
 extern "C" PLUGIN_EXPORT MStatus initializePlugin(MObject obj);
 extern "C" PLUGIN_EXPORT MStatus uninitializePlugin(MObject obj);
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
 
 /// Function set of plug-ins: registers what a plug-in brings, and takes it out again. A name or id that is
 /// already registered is refused; so is a deregistration by another plug-in than the one that registered.

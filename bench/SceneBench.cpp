@@ -1,0 +1,291 @@
+// A scene of 500 keyed drawings: opening it against decoding its PNG bytes once, saving it after one change
+// against encoding everything, the memory it takes, and how fast a recording is replayed.
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "formats/SceneFiles.h"
+#include "host/PluginMain.h"
+#include "host/Settings.h"
+#include "mel/Interpreter.h"
+#include "node/BaseNode.h"
+#include "paint/DrawUtil.h"
+#include "scene/Host.h"
+#include "scene/PluginManager.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <iostream>
+#include <sched.h>
+
+namespace {
+
+using namespace vellix;
+
+const QString CAMERA = QStringLiteral("persp");
+constexpr int FRAMES = 500;
+
+std::unique_ptr<QTemporaryDir> g_folder;
+
+QString ScenePath() {
+    return g_folder->filePath("five-hundred.ma");
+}
+
+lightbox::mel::Value Mel(const QString& text) {
+    return lightbox::Host::Get().interpreter().Execute(text.toStdString());
+}
+
+void NewScene() {
+    lightbox::Host::Get().files().New(true);
+}
+
+/// A loose drawing of a dozen strokes, another one for every seed.
+QImage Drawing(quint32 seed) {
+    QRandomGenerator random(seed);
+    QImage image(Settings::FINAL_IMAGE_WIDTH, Settings::FINAL_IMAGE_WIDTH, QImage::Format_RGBA8888);
+    image.fill(QColor(30, 40, 60, 0));
+    for (int stroke = 0; stroke < 12; ++stroke) {
+        QList<StrokePoint> points;
+        double x = 150 + random.bounded(700);
+        double y = 150 + random.bounded(700);
+        double angle = random.bounded(6.28);
+        const double bend = random.bounded(0.2) - 0.1;
+        const int size = 4 + random.bounded(20);
+        for (int i = 0; i < 60; ++i) {
+            StrokePoint point;
+            point.size = size;
+            point.opacity = 0.8f;
+            point.position = QPoint(int(x), int(y));
+            points.append(point);
+            x += 7 * std::cos(angle);
+            y += 7 * std::sin(angle);
+            angle += bend;
+        }
+        DrawUtil::DrawFreehand(image, points, 0, stroke % 2 == 0 ? ToolType::Pencil : ToolType::Brush);
+    }
+    return image;
+}
+
+LayerManager& Layers() {
+    return *BaseNode::GetMaster()->GetLayerManager();
+}
+
+/// The drawings' PNG bytes, and the scene that holds them, written once.
+const QList<QByteArray>& Drawings() {
+    static QList<QByteArray> drawings;
+    if (!drawings.isEmpty()) {
+        return drawings;
+    }
+    for (int frame = 1; frame <= FRAMES; ++frame) {
+        QByteArray png;
+        DrawUtil::PackPngBuffer(Drawing(quint32(frame)), png);
+        drawings.append(png);
+    }
+    NewScene();
+    Mel("qmVellixNode -l -c persp -ln \"Rough\"");
+    for (int frame = 1; frame <= FRAMES; ++frame) {
+        auto keyed = std::make_unique<Frame>(MTime(frame, MTime::uiUnit()));
+        keyed->SetPackedImage(drawings[frame - 1]);
+        Layers().GetActiveLayer(CAMERA)->InsertFrame(keyed.release());
+    }
+    Mel("file -rename \"" + ScenePath() + "\"; file -save -type \"mayaAscii\"");
+    NewScene();
+    return drawings;
+}
+
+void Open() {
+    lightbox::Host::Get().files().Open(ScenePath().toStdString(), true);
+    if (Layers().GetActiveLayer(CAMERA)->FrameCount() != FRAMES) {
+        std::cerr << "The scene did not come back whole\n";
+        std::exit(1);
+    }
+}
+
+/// Keeps the process on one processor while it lives.
+class OneProcessor {
+public:
+    OneProcessor() {
+        sched_getaffinity(0, sizeof(m_before), &m_before);
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(sched_getcpu(), &one);
+        sched_setaffinity(0, sizeof(one), &one);
+    }
+    ~OneProcessor() { sched_setaffinity(0, sizeof(m_before), &m_before); }
+
+private:
+    cpu_set_t m_before;
+};
+
+void DecodeAll(benchmark::State& state) {
+    for (auto _ : state) {
+        for (const QByteArray& png : Drawings()) {
+            QImage image;
+            image.loadFromData(png, "PNG");
+            benchmark::DoNotOptimize(image.constBits());
+        }
+    }
+}
+
+void OpenScene(benchmark::State& state) {
+    Drawings();
+    for (auto _ : state) {
+        Open();
+        state.PauseTiming();
+        NewScene();
+        state.ResumeTiming();
+    }
+}
+
+/// The pool's threads share the processor, so this is the whole work of opening.
+void OpenSceneOnOneProcessor(benchmark::State& state) {
+    Drawings();
+    NewScene();
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    for (auto _ : state) {
+        child.start("taskset", {"1", QCoreApplication::applicationFilePath(), "--open", ScenePath()});
+        child.waitForFinished(-1);
+        state.SetIterationTime(child.readAllStandardOutput().split(' ').value(0).toDouble());
+    }
+}
+
+void EncodeAll(benchmark::State& state) {
+    std::vector<QImage> images;
+    for (const QByteArray& png : Drawings()) {
+        images.push_back(QImage::fromData(png, "PNG").convertToFormat(QImage::Format_RGBA8888));
+    }
+    for (auto _ : state) {
+        for (const QImage& image : images) {
+            QByteArray png;
+            DrawUtil::PackPngBuffer(image, png);
+            benchmark::DoNotOptimize(png.constData());
+        }
+    }
+}
+
+void SaveAfterOneChange(benchmark::State& state) {
+    Drawings();
+    Open();
+    Mel("file -rename \"" + g_folder->filePath("changed.ma") + "\"");
+    int shade = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        Layers().GetActiveLayer(CAMERA)->GetFrame(250)->GetImage().setPixelColor(5, 5, QColor(++shade % 256, 9, 9));
+        state.ResumeTiming();
+        lightbox::Host::Get().files().Save(true);
+    }
+    NewScene();
+}
+
+/// Resident memory of a fresh process in MB after opening the scene, and after every frame was shown once.
+void Memory(benchmark::State& state) {
+    Drawings();
+    QList<QByteArray> said;
+    for (auto _ : state) {
+        QProcess child;
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(QCoreApplication::applicationFilePath(), {"--open", ScenePath()});
+        child.waitForFinished(-1);
+        said = child.readAllStandardOutput().split(' ');
+    }
+    state.counters["opened"] = said.value(1).toDouble();
+    state.counters["played"] = said.value(2).toDouble();
+    qint64 packed = 0;
+    for (const QByteArray& png : Drawings()) {
+        packed += png.size();
+    }
+    state.counters["png"] = double(packed) / 1e6;
+}
+
+QString Recording() {
+    const QString own = QString::fromLocal8Bit(qgetenv("VELLIX_BENCH_RECORDING"));
+    return own.isEmpty() ? QStringLiteral(VELLIX_SOURCE_FOLDER "/demo/rough.json") : own;
+}
+
+void Replay(benchmark::State& state) {
+    int strokes = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        NewScene();
+        Mel("qmVellixNode -l -c persp");
+        state.ResumeTiming();
+        strokes = Mel("qmVellixReplay -camera persp -file \"" + Recording() + "\"").AsInt();
+    }
+    state.counters["strokes_per_second"] =
+        benchmark::Counter(double(strokes), benchmark::Counter::kIsIterationInvariantRate);
+}
+
+/// The part of Replay that packs pictures: each frame's picture once, as it was before the first stroke.
+void ReplayPacking(benchmark::State& state) {
+    NewScene();
+    Mel("qmVellixNode -l -c persp");
+    Mel("qmVellixReplay -camera persp -file \"" + Recording() + "\"");
+    const int frames = Layers().GetActiveLayer(CAMERA)->FrameCount();
+    const QImage empty = DrawUtil::TransparentImage();
+    for (auto _ : state) {
+        for (int frame = 0; frame < frames; ++frame) {
+            QByteArray png;
+            DrawUtil::PackPngBuffer(empty, png);
+            benchmark::DoNotOptimize(png.constData());
+        }
+    }
+}
+
+double ResidentMegabytes() {
+    QFile status("/proc/self/statm");
+    if (!status.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    return status.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+/// What the child process does: opens the scene, says how long it took (s) and the memory, shows every frame.
+int OpenAndTell(const QString& scene) {
+    QElapsedTimer timer;
+    timer.start();
+    lightbox::Host::Get().files().Open(scene.toStdString(), true);
+    const double seconds = double(timer.nsecsElapsed()) / 1e9;
+    const double opened = ResidentMegabytes();
+    for (int frame = 1; frame <= FRAMES; ++frame) {
+        Layers().OnPlaybackTimeChanged(frame, false);
+        Layers().GetFlattenedImage(CAMERA);
+    }
+    std::cout << seconds << ' ' << opened << ' ' << ResidentMegabytes() << std::endl;
+    return 0;
+}
+
+BENCHMARK(DecodeAll)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(OpenScene)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(OpenSceneOnOneProcessor)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(EncodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(SaveAfterOneChange)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Memory)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
+BENCHMARK(Replay)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(ReplayPacking)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    g_folder = std::make_unique<QTemporaryDir>();
+    lightbox::Host::Options options;
+    options.prefsFolder = g_folder->path().toStdString();
+    lightbox::Host host(options);
+    host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--open") {
+        return OpenAndTell(arguments.value(2));
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    g_folder.reset();
+    return 0;
+}

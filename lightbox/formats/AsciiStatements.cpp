@@ -1,0 +1,155 @@
+#include "formats/AsciiStatements.h"
+
+#include "formats/FileError.h"
+#include "mel/Interpreter.h"
+#include "scene/Attribute.h"
+#include "scene/DataValue.h"
+#include "scene/TimeUnits.h"
+
+#include <ostream>
+#include <sstream>
+
+namespace lightbox::ascii {
+namespace {
+
+/// Items of a long array on one line.
+constexpr std::size_t NUMBERS_PER_LINE = 24;
+
+void WriteFlag(std::ostream& out, const char* name, const std::optional<bool>& state) {
+    if (state) {
+        out << ' ' << name << (*state ? " on" : " off");
+    }
+}
+
+void WriteNumbers(std::ostream& out, const Setting& setting) {
+    for (std::size_t i = 0; i < setting.numbers.size(); ++i) {
+        out << (i > 0 && i % NUMBERS_PER_LINE == 0 ? "\n\t\t" : " ");
+        if (setting.isBoolean) {
+            out << (setting.numbers[i] != 0.0 ? "yes" : "no");
+        } else {
+            out << DecimalText(setting.numbers[i]);
+        }
+    }
+}
+
+void WriteData(std::ostream& out, const Setting& setting) {
+    out << ' ';
+    if (!setting.data->Data().writeASCII(out)) {
+        throw FileError("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                        "\", could not be written.");
+    }
+    out << ' ';
+}
+
+void WriteValue(std::ostream& out, const Setting& setting) {
+    if (!setting.type.empty()) {
+        out << " -type \"" << setting.type << '"';
+    }
+    if (setting.data) {
+        WriteData(out, setting);
+        return;
+    }
+    if (const int perItem = NumbersPerItemOfType(setting.type)) {
+        out << ' ' << setting.numbers.size() / static_cast<std::size_t>(perItem);
+    } else if (setting.type == "stringArray") {
+        out << ' ' << setting.texts.size();
+    }
+    WriteNumbers(out, setting);
+    for (const std::string& text : setting.texts) {
+        out << ' ' << mel::Quoted(text);
+    }
+    if (setting.numbers.size() > 1 || setting.texts.size() > 1) {
+        out << ' ';
+    }
+}
+
+void WriteNumberFlag(std::ostream& out, const char* flag, const std::optional<double>& value) {
+    if (value) {
+        out << ' ' << flag << ' ' << DecimalText(*value);
+    }
+}
+
+void WriteEnumFields(std::ostream& out, const Attribute& attribute) {
+    std::string fields;
+    int expected = 0;
+    for (const auto& field : attribute.enumFields) {
+        fields += (fields.empty() ? "" : ":") + field.first;
+        if (field.second != expected) {
+            fields += "=" + std::to_string(field.second);
+        }
+        expected = field.second + 1;
+    }
+    out << " -en " << mel::Quoted(fields);
+}
+
+/// What -at or -dt is given for the attribute.
+void WriteKind(std::ostream& out, const Attribute& attribute) {
+    const bool isTyped = attribute.Kind() == AttributeKind::PluginData ||
+                         (attribute.Kind() >= AttributeKind::String && attribute.Kind() <= AttributeKind::VectorArray);
+    out << (isTyped ? " -dt \"" : " -at \"") << attribute.TypeName() << '"';
+}
+
+} // namespace
+
+void WriteSetting(std::ostream& out, const Setting& setting) {
+    out << "setAttr";
+    if (setting.size) {
+        out << " -s " << *setting.size;
+    }
+    WriteFlag(out, "-l", setting.locked);
+    WriteFlag(out, "-k", setting.keyable);
+    WriteFlag(out, "-cb", setting.channelBox);
+    out << " \"." << setting.path << '"';
+    if (setting.hasValue) {
+        WriteValue(out, setting);
+    }
+    out << ";\n";
+}
+
+std::string SettingText(const Setting& setting) {
+    std::ostringstream text;
+    WriteSetting(text, setting);
+    return text.str();
+}
+
+void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::string& indent) {
+    out << indent << "addAttr -ci true";
+    if (attribute.usedAsColor) {
+        out << " -uac";
+    }
+    WriteFlag(out, "-k", attribute.keyable ? std::optional<bool>(true) : std::nullopt);
+    WriteFlag(out, "-h", attribute.hidden ? std::optional<bool>(true) : std::nullopt);
+    WriteFlag(out, "-r", attribute.readable ? std::nullopt : std::optional<bool>(false));
+    WriteFlag(out, "-w", attribute.writable ? std::nullopt : std::optional<bool>(false));
+    WriteFlag(out, "-s", attribute.storable ? std::nullopt : std::optional<bool>(false));
+    if (attribute.multi) {
+        out << " -m";
+    }
+    out << " -sn " << mel::Quoted(attribute.ShortName()) << " -ln " << mel::Quoted(attribute.LongName());
+    if (!attribute.niceName.empty()) {
+        out << " -nn " << mel::Quoted(attribute.niceName);
+    }
+    if (const double* number = std::get_if<double>(&attribute.defaultValue); number && *number != 0.0) {
+        out << " -dv " << DecimalText(*number);
+    }
+    WriteNumberFlag(out, "-min", attribute.minimum);
+    WriteNumberFlag(out, "-max", attribute.maximum);
+    WriteNumberFlag(out, "-smn", attribute.softMinimum);
+    WriteNumberFlag(out, "-smx", attribute.softMaximum);
+    if (attribute.Kind() == AttributeKind::Enum) {
+        WriteEnumFields(out, attribute);
+    }
+    if (attribute.Parent()) {
+        out << " -p " << mel::Quoted(attribute.Parent()->LongName());
+    }
+    WriteKind(out, attribute);
+    if (attribute.IsCompound() && !attribute.IsNumericCompound()) {
+        out << " -nc " << attribute.Children().size();
+    }
+    out << ";\n";
+    for (const auto& child : attribute.Children()) {
+        WriteAddAttr(out, *child, indent);
+    }
+}
+
+} // namespace lightbox::ascii

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "formats/Setting.h"
+
+#include "scene/Plug.h"
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace lightbox {
+
+class DagNode;
+class Host;
+class NodeType;
+
+namespace mel {
+class Error;
+}
+
+/// Reads one scene file into the scene. It knows the names that the file uses, which are not always those that the
+/// nodes got, and the node that statements without a node's name are about. While it reads Maya ASCII, scene commands
+/// hand their work to it.
+class FileReader {
+public:
+    enum class Mode { Open, Import, Reference };
+
+    struct Source {
+        std::string path; ///< absolute
+        Mode mode = Mode::Open;
+        std::string nameSpace; ///< new nodes go here; empty for none
+        std::string reference; ///< name of the reference that is read
+    };
+
+    FileReader(Host& host, Source source);
+    FileReader(const FileReader&) = delete;
+    FileReader& operator=(const FileReader&) = delete;
+
+    /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error. Throws
+    /// FileError only when the bytes are no scene at all, and then before anything has changed.
+    void Read(std::string bytes);
+    /// Throws FileError when the bytes do not begin as a scene file does.
+    static void CheckIsScene(const std::string& bytes, const std::string& path);
+
+    const Source& source() const { return source_; }
+    int FaultCount() const { return faults_; }
+    const std::vector<std::shared_ptr<Node>>& NewNodes() const { return newNodes_; }
+
+    /// The node that the file's name or path stands for; null when there is none or more than one.
+    std::shared_ptr<Node> Find(const std::string& path) const;
+    /// The node that ".attribute" is about; null after a `select` of a node that is not here.
+    const std::shared_ptr<Node>& Current() const { return current_; }
+    /// `select -ne :time1;`
+    void Select(const std::string& path);
+    /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown node.
+    std::shared_ptr<Node> CreateNode(const std::string& type, const std::string& name,
+                                     const std::string& parentPath, bool shared);
+    /// True when settings of the node are passed over: a node that was there before an imported file.
+    bool IsForeign(const Node& node) const;
+
+    /// Stores a setting; what the node does not know is kept.
+    void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
+    void ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes);
+    /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.
+    void Connect(const std::string& source, const std::string& destination, const std::string& flags);
+    void Require(const std::string& plugin, const std::string& version, const std::string& statement);
+    void SetUnits(const std::string& linear, const std::string& angular, const std::string& time);
+    void SetFileInfo(const std::string& key, const std::string& value);
+
+    /// Keeps the running statement, of a node or of the whole file, and says once why.
+    void KeepForCurrent(const std::string& kind, const std::string& warning);
+    void KeepForNode(const Node& node, const std::string& kind, const std::string& warning);
+    void KeepForFile(const std::string& kind, const std::string& warning);
+    /// The statement that is being run, as it stands in the file.
+    std::string StatementText() const { return std::string(statement_); }
+
+    /// Shows a fault as an error and counts it.
+    void ReportFault(const std::string& message);
+    /// Shows a warning, once for each `kind`.
+    void WarnOnce(const std::string& kind, const std::string& message);
+    /// "file: PATH line N: ", or without the line for a file that has none.
+    std::string Place() const;
+
+private:
+    struct LocalName {
+        std::string path;
+        std::shared_ptr<Node> node;
+    };
+    struct UnitScale {
+        double linear = 1.0;
+        double angular = 1.0;
+    };
+
+    void ReadAscii(std::string text);
+    bool BeforeStatement(std::string_view statement, int line);
+    bool OnError(const mel::Error& error);
+    void WarnIfCutOff(std::string_view text);
+    void ApplySceneScript();
+
+    void AddLocalName(const std::string& name, const std::string& parentPath, const std::shared_ptr<Node>& node);
+    std::vector<std::shared_ptr<Node>> FindLocal(const std::string& path) const;
+    std::shared_ptr<Node> FindShared(const std::string& name, const DagNode* parent) const;
+    std::string NameInScene(const std::string& name) const;
+    std::shared_ptr<DagNode> ParentFor(const std::string& parentPath);
+    std::shared_ptr<const NodeType> TypeFor(const std::string& type, bool hasParent);
+    std::shared_ptr<Node> ReplaceByTransform(const std::shared_ptr<Node>& unknown);
+    void Scale(const Plug& plug, Setting& setting) const;
+    bool LoadPlugin(const std::string& plugin);
+
+    Host& host_;
+    Source source_;
+    std::shared_ptr<Node> current_;
+    std::string missingDefault_; ///< selected default node that is not here
+    std::vector<std::shared_ptr<Node>> newNodes_;
+    std::set<const Node*> isNew_;
+    std::unordered_map<std::string, std::vector<LocalName>> names_;
+    std::unordered_map<const Node*, std::string> localPaths_;
+    std::map<std::string, std::shared_ptr<const NodeType>> unknownTypes_;
+    std::shared_ptr<Node> sceneScript_;
+    UnitScale scale_;
+    std::string_view statement_;
+    int line_ = 0;
+    int faults_ = 0;
+    std::set<std::string> warned_;
+};
+
+} // namespace lightbox

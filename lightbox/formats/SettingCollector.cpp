@@ -1,0 +1,183 @@
+#include "formats/SettingCollector.h"
+
+#include "scene/DataType.h"
+#include "scene/DataValue.h"
+
+#include <algorithm>
+
+namespace lightbox {
+
+std::vector<Setting> SettingCollector::Collect(const std::shared_ptr<Node>& node) {
+    SettingCollector collector(node);
+    for (const auto& attribute : node->Attributes()) {
+        collector.AddAttribute(attribute, -1);
+    }
+    return std::move(collector.settings_);
+}
+
+void SettingCollector::AddAttribute(const std::shared_ptr<Attribute>& attribute, int element) {
+    if (attribute->multi && element < 0) {
+        AddArray(attribute);
+    } else if (attribute->IsCompound()) {
+        AddCompound(attribute, element);
+    } else {
+        AddPlain(attribute, element);
+    }
+}
+
+void SettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute) {
+    AddPlain(attribute, -1);
+    const std::vector<int> elements = node_->Elements(*attribute);
+    std::size_t first = 0;
+    while (first < elements.size()) {
+        // Neighbours that are plain numbers share one statement, as arrays of keys would be endless otherwise.
+        Setting run = Begin(attribute, elements[first]);
+        std::size_t last = first;
+        bool anySet = false;
+        while (last < elements.size() && elements[last] - elements[first] == static_cast<int>(last - first) &&
+               !HasFlagsBelow(*attribute, elements[last]) &&
+               Numbers(*attribute, elements[last], run.numbers, anySet)) {
+            ++last;
+        }
+        if (last - first < 2) {
+            AddAttribute(attribute, elements[first]);
+            ++first;
+            continue;
+        }
+        run.path = Plug(node_, attribute).AttributeName(false) + "[" + std::to_string(elements[first]) +
+                   ":" + std::to_string(elements[last - 1]) + "]";
+        run.size = static_cast<unsigned>(last - first);
+        run.hasValue = true;
+        run.isBoolean = attribute->Kind() == AttributeKind::Bool;
+        if (attribute->IsNumericCompound()) {
+            run.type = attribute->TypeName();
+        }
+        settings_.push_back(std::move(run));
+        first = last;
+    }
+}
+
+void SettingCollector::AddCompound(const std::shared_ptr<Attribute>& attribute, int element) {
+    Setting whole = Begin(attribute, element);
+    bool anySet = false;
+    bool childFlags = false;
+    for (const auto& child : attribute->Children()) {
+        childFlags = childFlags || HasFlagsBelow(*child, element);
+    }
+    if (attribute->IsNumericCompound() && !childFlags) {
+        if (Numbers(*attribute, element, whole.numbers, anySet) && anySet) {
+            whole.hasValue = true;
+            whole.type = attribute->TypeName();
+        } else {
+            whole.numbers.clear();
+        }
+    }
+    if (whole.hasValue || HasFlags(*attribute, element)) {
+        settings_.push_back(whole);
+    }
+    if (!whole.hasValue) {
+        for (const auto& child : attribute->Children()) {
+            AddAttribute(child, element);
+        }
+    }
+}
+
+void SettingCollector::AddPlain(const std::shared_ptr<Attribute>& attribute, int element) {
+    Setting setting = Begin(attribute, element);
+    const AttributeValue* value = attribute->multi && element < 0 ? nullptr : ValueOf(*attribute, element);
+    if (value) {
+        FillValue(*attribute, *value, setting);
+    }
+    if (setting.hasValue || HasFlags(*attribute, element)) {
+        settings_.push_back(std::move(setting));
+    }
+}
+
+const PlugState* SettingCollector::StateOf(const Attribute& attribute, int element) const {
+    return node_->FindState(attribute, element);
+}
+
+bool SettingCollector::HasFlags(const Attribute& attribute, int element) const {
+    const PlugState* state = StateOf(attribute, element);
+    return state && (state->locked || (state->keyable && *state->keyable != attribute.keyable) ||
+                     (state->channelBox && *state->channelBox != attribute.channelBox));
+}
+
+bool SettingCollector::HasFlagsBelow(const Attribute& attribute, int element) const {
+    return HasFlags(attribute, element) ||
+           std::any_of(attribute.Children().begin(), attribute.Children().end(),
+                       [&](const auto& child) { return HasFlagsBelow(*child, element); });
+}
+
+const AttributeValue* SettingCollector::ValueOf(const Attribute& attribute, int element) const {
+    const PlugState* state = StateOf(attribute, element);
+    if (!state || !state->isSet || !attribute.storable) {
+        return nullptr;
+    }
+    // An element of an array is there only because it was set, so its default is worth a line, too.
+    return element >= 0 || !(state->value == attribute.Default()) ? &state->value : nullptr;
+}
+
+bool SettingCollector::Numbers(const Attribute& attribute, int element, std::vector<double>& numbers,
+                               bool& anySet) const {
+    if (attribute.IsCompound()) {
+        const std::size_t before = numbers.size();
+        for (const auto& child : attribute.Children()) {
+            if (child->multi || !Numbers(*child, element, numbers, anySet)) {
+                numbers.resize(before);
+                return false;
+            }
+        }
+        return !attribute.Children().empty();
+    }
+    if (!attribute.IsNumber() || !attribute.storable) {
+        return false;
+    }
+    const AttributeValue* value = ValueOf(attribute, element);
+    const AttributeValue standard = attribute.Default();
+    const double* number = std::get_if<double>(value ? value : &standard);
+    anySet = anySet || value;
+    numbers.push_back(number ? *number : 0.0);
+    return true;
+}
+
+Setting SettingCollector::Begin(const std::shared_ptr<Attribute>& attribute, int element) const {
+    Setting setting;
+    setting.path = Plug(node_, attribute, element).AttributeName(false);
+    if (const PlugState* state = StateOf(*attribute, element)) {
+        if (state->locked) {
+            setting.locked = true;
+        }
+        if (state->keyable && *state->keyable != attribute->keyable) {
+            setting.keyable = state->keyable;
+        }
+        if (state->channelBox && *state->channelBox != attribute->channelBox) {
+            setting.channelBox = state->channelBox;
+        }
+    }
+    return setting;
+}
+
+void SettingCollector::FillValue(const Attribute& attribute, const AttributeValue& value, Setting& setting) {
+    setting.hasValue = true;
+    setting.isBoolean = attribute.Kind() == AttributeKind::Bool;
+    if (const double* number = std::get_if<double>(&value)) {
+        setting.numbers = {*number};
+    } else if (const std::string* text = std::get_if<std::string>(&value)) {
+        setting.type = "string";
+        setting.texts = {*text};
+    } else if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
+        setting.type = attribute.TypeName();
+        setting.numbers = *numbers;
+    } else if (const auto* texts = std::get_if<std::vector<std::string>>(&value)) {
+        setting.type = "stringArray";
+        setting.texts = *texts;
+    } else if (const auto* data = std::get_if<std::shared_ptr<DataValue>>(&value); data && *data) {
+        setting.type = (*data)->Type()->name;
+        setting.data = *data;
+    } else {
+        setting.hasValue = false;
+    }
+}
+
+} // namespace lightbox

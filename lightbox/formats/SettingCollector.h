@@ -1,0 +1,40 @@
+#pragma once
+
+#include "formats/Setting.h"
+
+#include "scene/Plug.h"
+
+#include <vector>
+
+namespace lightbox {
+
+/// Finds what has to be written down of a node so that a new node of its type becomes the same: values that differ from
+/// their default, and flags that differ from the attribute's.
+class SettingCollector {
+public:
+    static std::vector<Setting> Collect(const std::shared_ptr<Node>& node);
+
+private:
+    explicit SettingCollector(std::shared_ptr<Node> node)
+        : node_(std::move(node)) {}
+
+    void AddAttribute(const std::shared_ptr<Attribute>& attribute, int element);
+    void AddArray(const std::shared_ptr<Attribute>& attribute);
+    void AddCompound(const std::shared_ptr<Attribute>& attribute, int element);
+    void AddPlain(const std::shared_ptr<Attribute>& attribute, int element);
+
+    const PlugState* StateOf(const Attribute& attribute, int element) const;
+    bool HasFlags(const Attribute& attribute, int element) const;
+    bool HasFlagsBelow(const Attribute& attribute, int element) const;
+    /// The plug's value when it has to be written.
+    const AttributeValue* ValueOf(const Attribute& attribute, int element) const;
+    /// Appends the numbers of everything below; false when there is something that is no number.
+    bool Numbers(const Attribute& attribute, int element, std::vector<double>& numbers, bool& anySet) const;
+    Setting Begin(const std::shared_ptr<Attribute>& attribute, int element) const;
+    static void FillValue(const Attribute& attribute, const AttributeValue& value, Setting& setting);
+
+    std::shared_ptr<Node> node_;
+    std::vector<Setting> settings_;
+};
+
+} // namespace lightbox

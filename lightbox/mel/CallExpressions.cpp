@@ -1,0 +1,73 @@
+#include "mel/CallExpressions.h"
+
+#include "mel/Error.h"
+
+#include <new>
+
+namespace lightbox::mel {
+
+CallExpression::CallExpression(std::uint32_t sourceOffset, std::string name, ExpressionList arguments,
+                               std::vector<Spelling> spellings, const FileScope* scope)
+    : Expression(sourceOffset, Type::Any)
+    , name_(std::move(name))
+    , arguments_(std::move(arguments))
+    , spellings_(std::move(spellings))
+    , scope_(scope) {
+    for (const ExpressionPtr& argument : arguments_) {
+        Contains(*argument);
+    }
+}
+
+Callee CallExpression::Resolve(Runtime& runtime) const {
+    if (!callee_ || version_ != runtime.Version()) {
+        callee_ = runtime.Find(name_, scope_);
+        version_ = runtime.Version();
+    }
+    return callee_;
+}
+
+Value CallExpression::Evaluate(Frame& frame) const {
+    Mark(frame);
+    // A copy: what runs may define the name anew or unload the plug-in it belongs to.
+    const Callee callee = Resolve(frame.runtime);
+    if (!callee) {
+        throw Error("Cannot find procedure \"" + name_ + "\".");
+    }
+    CallArguments arguments;
+    arguments.values.reserve(arguments_.size());
+    arguments.spellings = spellings_.empty() ? nullptr : &spellings_;
+    for (const ExpressionPtr& argument : arguments_) {
+        arguments.values.push_back(argument->Evaluate(frame));
+    }
+    Mark(frame);
+    return frame.runtime.Call(callee, name_, arguments);
+}
+
+CatchExpression::CatchExpression(std::uint32_t sourceOffset, ExpressionPtr tried, bool isQuiet)
+    : Expression(sourceOffset, Type::Int)
+    , tried_(std::move(tried))
+    , isQuiet_(isQuiet) {
+    Contains(*tried_);
+}
+
+Value CatchExpression::Evaluate(Frame& frame) const {
+    try {
+        tried_->Run(frame);
+        return 0;
+    } catch (Error& error) {
+        if (error.IsInterrupt()) {
+            throw;
+        }
+        if (!isQuiet_) {
+            Runtime::Locate(error, frame);
+            frame.runtime.ReportCaught(error);
+        }
+    } catch (const std::bad_alloc&) {
+        if (!isQuiet_) {
+            frame.runtime.ReportCaught(Error("Out of memory."));
+        }
+    }
+    return 1;
+}
+
+} // namespace lightbox::mel

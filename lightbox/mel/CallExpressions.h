@@ -1,0 +1,44 @@
+#pragma once
+
+#include "mel/Expression.h"
+#include "mel/Procedure.h"
+#include "mel/Runtime.h"
+
+#include <string>
+
+namespace lightbox::mel {
+
+/// A call of a procedure or command, in either syntax. What the name stands for is found when it runs.
+class CallExpression final : public Expression {
+public:
+    /// `spellings` is empty for a function call. `scope` holds the file's own procedures.
+    CallExpression(std::uint32_t offset, std::string name, ExpressionList arguments,
+                   std::vector<Spelling> spellings, const FileScope* scope);
+
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    Callee Resolve(Runtime& runtime) const;
+
+    std::string name_;
+    ExpressionList arguments_;
+    std::vector<Spelling> spellings_;
+    const FileScope* scope_;
+    /// The last answer, good as long as the runtime's version stays.
+    mutable Callee callee_;
+    mutable unsigned version_ = 0;
+};
+
+/// catch(expression), catchQuiet(expression): 1 when it failed, else 0.
+class CatchExpression final : public Expression {
+public:
+    CatchExpression(std::uint32_t offset, ExpressionPtr tried, bool isQuiet);
+
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    ExpressionPtr tried_;
+    bool isQuiet_;
+};
+
+} // namespace lightbox::mel

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "mel/Expression.h"
+
+#include <string_view>
+
+namespace lightbox::mel {
+
+/// A number, a word or a short text.
+class ConstantExpression : public Expression {
+public:
+    ConstantExpression(std::uint32_t offset, Value value)
+        : Expression(offset, value.GetType())
+        , value_(std::move(value)) {}
+
+    Value Evaluate(Frame&) const override { return value_; }
+    int EvaluateInt(Frame&) const override { return value_.AsInt(); }
+    double EvaluateFloat(Frame&) const override { return value_.AsFloat(); }
+    const Value& GetValue() const { return value_; }
+
+private:
+    Value value_;
+};
+
+/// A text literal. It is copied out of the source only when it is asked for.
+class TextExpression : public Expression {
+public:
+    /// `literal` is what stands between the quotes.
+    TextExpression(std::uint32_t offset, std::string_view literal, bool hasEscapes)
+        : Expression(offset, Type::String)
+        , literal_(literal)
+        , hasEscapes_(hasEscapes) {}
+
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    std::string_view literal_;
+    bool hasEscapes_;
+};
+
+/// <<x, y, z>>
+class VectorExpression : public Expression {
+public:
+    VectorExpression(std::uint32_t offset, ExpressionPtr x, ExpressionPtr y, ExpressionPtr z);
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    ExpressionPtr x_;
+    ExpressionPtr y_;
+    ExpressionPtr z_;
+};
+
+/// <<a, b; c, d>>: at least two rows, or a row that has not three cells.
+class MatrixExpression : public Expression {
+public:
+    MatrixExpression(std::uint32_t offset, std::vector<ExpressionList> rows);
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    std::vector<ExpressionList> rows_;
+};
+
+/// {a, b, c}
+class ArrayExpression : public Expression {
+public:
+    ArrayExpression(std::uint32_t offset, ExpressionList elements);
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    static Type CommonType(const ExpressionList& elements);
+
+    ExpressionList elements_;
+};
+
+} // namespace lightbox::mel

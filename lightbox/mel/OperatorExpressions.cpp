@@ -1,0 +1,228 @@
+#include "mel/OperatorExpressions.h"
+
+#include "mel/Error.h"
+
+namespace lightbox::mel {
+
+namespace {
+
+bool IsNumeric(Type type) {
+    return type == Type::Int || type == Type::Float;
+}
+
+} // namespace
+
+BinaryExpression::BinaryExpression(std::uint32_t sourceOffset, Operator op, ExpressionPtr left,
+                                   ExpressionPtr right)
+    : Expression(sourceOffset, ResultType(op, left->type, right->type))
+    , op_(op)
+    , kind_(KindFor(op, left->type, right->type))
+    , left_(std::move(left))
+    , right_(std::move(right)) {
+    Contains(*left_);
+    Contains(*right_);
+}
+
+BinaryExpression::Kind BinaryExpression::KindFor(Operator op, Type left, Type right) {
+    if (!IsNumeric(left) || !IsNumeric(right)) {
+        return Kind::General;
+    }
+    const bool ints = left == Type::Int && right == Type::Int;
+    if (IsComparison(op)) {
+        return ints ? Kind::CompareInts : Kind::CompareFloats;
+    }
+    return ints ? Kind::Ints : Kind::Floats;
+}
+
+Value BinaryExpression::Apply(Frame& frame) const {
+    const Value left = left_->Evaluate(frame);
+    const Value right = right_->Evaluate(frame);
+    Mark(frame);
+    return mel::Apply(op_, left, right);
+}
+
+Value BinaryExpression::Evaluate(Frame& frame) const {
+    switch (kind_) {
+    case Kind::Ints:
+    case Kind::CompareInts:
+    case Kind::CompareFloats:
+        return EvaluateInt(frame);
+    case Kind::Floats:
+        return EvaluateFloat(frame);
+    case Kind::General:
+        break;
+    }
+    return Apply(frame);
+}
+
+int BinaryExpression::EvaluateInt(Frame& frame) const {
+    switch (kind_) {
+    case Kind::Ints:
+    case Kind::CompareInts: {
+        const int left = left_->EvaluateInt(frame);
+        const int right = right_->EvaluateInt(frame);
+        if (right == 0) {
+            Mark(frame);
+        }
+        return ApplyInt(op_, left, right);
+    }
+    case Kind::CompareFloats: {
+        const double left = left_->EvaluateFloat(frame);
+        return CompareFloat(op_, left, right_->EvaluateFloat(frame)) ? 1 : 0;
+    }
+    case Kind::Floats:
+        return Value(EvaluateFloat(frame)).AsInt();
+    case Kind::General:
+        break;
+    }
+    return Apply(frame).AsInt();
+}
+
+double BinaryExpression::EvaluateFloat(Frame& frame) const {
+    switch (kind_) {
+    case Kind::Floats: {
+        const double left = left_->EvaluateFloat(frame);
+        const double right = right_->EvaluateFloat(frame);
+        if (right == 0.0) {
+            Mark(frame);
+        }
+        return ApplyFloat(op_, left, right);
+    }
+    case Kind::General:
+        return Apply(frame).AsFloat();
+    default:
+        return EvaluateInt(frame);
+    }
+}
+
+bool BinaryExpression::EvaluateTruth(Frame& frame) const {
+    switch (kind_) {
+    case Kind::Floats:
+        return EvaluateFloat(frame) != 0.0;
+    case Kind::General:
+        return Apply(frame).AsBool();
+    default:
+        return EvaluateInt(frame) != 0;
+    }
+}
+
+ConcatenationExpression::ConcatenationExpression(std::uint32_t sourceOffset, ExpressionPtr first,
+                                                 ExpressionPtr second)
+    : Expression(sourceOffset, Type::String) {
+    Append(std::move(first));
+    Append(std::move(second));
+}
+
+void ConcatenationExpression::Append(ExpressionPtr part) {
+    Contains(*part);
+    parts_.push_back(std::move(part));
+}
+
+Value ConcatenationExpression::Evaluate(Frame& frame) const {
+    Value text = parts_.front()->Evaluate(frame);
+    if (!text.IsString()) {
+        text = text.AsString();
+    }
+    for (std::size_t i = 1; i < parts_.size(); ++i) {
+        const Value part = parts_[i]->Evaluate(frame);
+        if (part.IsArray() || part.GetType() == Type::Matrix) {
+            Mark(frame);
+            throw Error(IllegalOperation("+", part.GetType()));
+        }
+        if (part.IsString()) {
+            CheckTextLength(text.Text().size() + part.Text().size());
+            text.AppendText(part.Text());
+        } else if (!part.IsNone()) {
+            text.AppendText(part.AsString());
+        }
+    }
+    return text;
+}
+
+LogicalExpression::LogicalExpression(std::uint32_t sourceOffset, bool isAnd, ExpressionPtr left,
+                                     ExpressionPtr right)
+    : Expression(sourceOffset, Type::Int)
+    , isAnd_(isAnd)
+    , left_(std::move(left))
+    , right_(std::move(right)) {
+    Contains(*left_);
+    Contains(*right_);
+}
+
+bool LogicalExpression::EvaluateTruth(Frame& frame) const {
+    return left_->EvaluateTruth(frame) == isAnd_ ? right_->EvaluateTruth(frame) : !isAnd_;
+}
+
+NotExpression::NotExpression(std::uint32_t sourceOffset, ExpressionPtr operand)
+    : Expression(sourceOffset, Type::Int)
+    , operand_(std::move(operand)) {
+    Contains(*operand_);
+}
+
+NegationExpression::NegationExpression(std::uint32_t sourceOffset, ExpressionPtr operand)
+    : Expression(sourceOffset, operand->type)
+    , operand_(std::move(operand)) {
+    Contains(*operand_);
+}
+
+Value NegationExpression::Evaluate(Frame& frame) const {
+    const Value value = operand_->Evaluate(frame);
+    Mark(frame);
+    return Negated(value);
+}
+
+int NegationExpression::EvaluateInt(Frame& frame) const {
+    return type == Type::Int ? ApplyInt(Operator::Subtract, 0, operand_->EvaluateInt(frame))
+                             : Evaluate(frame).AsInt();
+}
+
+double NegationExpression::EvaluateFloat(Frame& frame) const {
+    return type == Type::Float ? -operand_->EvaluateFloat(frame) : Evaluate(frame).AsFloat();
+}
+
+ConditionalExpression::ConditionalExpression(std::uint32_t sourceOffset, ExpressionPtr condition,
+                                             ExpressionPtr first, ExpressionPtr second)
+    : Expression(sourceOffset, CommonType(first->type, second->type))
+    , condition_(std::move(condition))
+    , first_(std::move(first))
+    , second_(std::move(second)) {
+    Contains(*condition_);
+    Contains(*first_);
+    Contains(*second_);
+}
+
+Type ConditionalExpression::CommonType(Type first, Type second) {
+    if (first == second) {
+        return first;
+    }
+    return IsNumeric(first) && IsNumeric(second) ? Type::Float : Type::Any;
+}
+
+Value ConditionalExpression::Evaluate(Frame& frame) const {
+    const Expression& chosen = condition_->EvaluateTruth(frame) ? *first_ : *second_;
+    return type == Type::Float ? Value(chosen.EvaluateFloat(frame)) : chosen.Evaluate(frame);
+}
+
+CastExpression::CastExpression(std::uint32_t sourceOffset, Type castType, ExpressionPtr operand)
+    : Expression(sourceOffset, castType)
+    , operand_(std::move(operand)) {
+    Contains(*operand_);
+}
+
+Value CastExpression::Evaluate(Frame& frame) const {
+    const Value value = operand_->Evaluate(frame);
+    Mark(frame);
+    return value.ConvertedTo(type);
+}
+
+int CastExpression::EvaluateInt(Frame& frame) const {
+    return type != Type::Int             ? Evaluate(frame).AsInt()
+           : operand_->type == Type::Int ? operand_->EvaluateInt(frame)
+                                         : Value(operand_->EvaluateFloat(frame)).AsInt();
+}
+
+double CastExpression::EvaluateFloat(Frame& frame) const {
+    return type == Type::Float ? operand_->EvaluateFloat(frame) : Evaluate(frame).AsFloat();
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "mel/Expression.h"
+#include "mel/Operations.h"
+#include "mel/VariableExpressions.h"
+
+namespace lightbox::mel {
+
+/// Arithmetic and comparison. The operation must be legal for the operands' types where they are known.
+class BinaryExpression final : public Expression {
+public:
+    BinaryExpression(std::uint32_t offset, Operator op, ExpressionPtr left, ExpressionPtr right);
+
+    Value Evaluate(Frame& frame) const override;
+    int EvaluateInt(Frame& frame) const override;
+    double EvaluateFloat(Frame& frame) const override;
+    bool EvaluateTruth(Frame& frame) const override;
+
+private:
+    enum class Kind { Ints, Floats, CompareInts, CompareFloats, General };
+    static Kind KindFor(Operator op, Type left, Type right);
+    Value Apply(Frame& frame) const;
+
+    Operator op_;
+    Kind kind_;
+    ExpressionPtr left_;
+    ExpressionPtr right_;
+};
+
+/// A sum of texts. Scripts write long ones, so it is one list and not a deep tree.
+class ConcatenationExpression final : public Expression {
+public:
+    ConcatenationExpression(std::uint32_t offset, ExpressionPtr first, ExpressionPtr second);
+    void Append(ExpressionPtr part);
+
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    ExpressionList parts_;
+};
+
+/// && and ||: the right side runs only when it counts.
+class LogicalExpression final : public Expression {
+public:
+    LogicalExpression(std::uint32_t offset, bool isAnd, ExpressionPtr left, ExpressionPtr right);
+
+    Value Evaluate(Frame& frame) const override { return EvaluateTruth(frame); }
+    int EvaluateInt(Frame& frame) const override { return EvaluateTruth(frame) ? 1 : 0; }
+    bool EvaluateTruth(Frame& frame) const override;
+
+private:
+    bool isAnd_;
+    ExpressionPtr left_;
+    ExpressionPtr right_;
+};
+
+class NotExpression final : public Expression {
+public:
+    NotExpression(std::uint32_t offset, ExpressionPtr operand);
+
+    Value Evaluate(Frame& frame) const override { return EvaluateTruth(frame); }
+    int EvaluateInt(Frame& frame) const override { return EvaluateTruth(frame) ? 1 : 0; }
+    bool EvaluateTruth(Frame& frame) const override { return !operand_->EvaluateTruth(frame); }
+
+private:
+    ExpressionPtr operand_;
+};
+
+class NegationExpression final : public Expression {
+public:
+    NegationExpression(std::uint32_t offset, ExpressionPtr operand);
+
+    Value Evaluate(Frame& frame) const override;
+    int EvaluateInt(Frame& frame) const override;
+    double EvaluateFloat(Frame& frame) const override;
+
+private:
+    ExpressionPtr operand_;
+};
+
+/// condition ? first : second
+class ConditionalExpression final : public Expression {
+public:
+    ConditionalExpression(std::uint32_t offset, ExpressionPtr condition, ExpressionPtr first,
+                          ExpressionPtr second);
+
+    Value Evaluate(Frame& frame) const override;
+
+private:
+    static Type CommonType(Type first, Type second);
+
+    ExpressionPtr condition_;
+    ExpressionPtr first_;
+    ExpressionPtr second_;
+};
+
+/// int(x), (int)x and their like.
+class CastExpression final : public Expression {
+public:
+    CastExpression(std::uint32_t offset, Type type, ExpressionPtr operand);
+
+    Value Evaluate(Frame& frame) const override;
+    int EvaluateInt(Frame& frame) const override;
+    double EvaluateFloat(Frame& frame) const override;
+
+private:
+    ExpressionPtr operand_;
+};
+
+} // namespace lightbox::mel

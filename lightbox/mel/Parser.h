@@ -1,0 +1,121 @@
+#pragma once
+
+#include "mel/Expression.h"
+#include "mel/GlobalVariables.h"
+#include "mel/Lexer.h"
+#include "mel/LiteralExpressions.h"
+#include "mel/Operations.h"
+#include "mel/Procedure.h"
+#include "mel/Program.h"
+#include "mel/Spelling.h"
+#include "mel/Statements.h"
+#include "mel/VariableScope.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace lightbox::mel {
+
+/// Reads a text into a program. Errors are syntax errors with their place; whatever a text holds, the parser
+/// neither crashes nor runs out of stack: nesting is bounded.
+class Parser {
+public:
+    /// `scope` takes the procedures without `global`. Warnings go to `warn`.
+    Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals, FileScope& scope,
+           std::function<void(const std::string&)> warn);
+
+    Program ParseAll();
+    /// The next statement; false at the end of the text.
+    bool ParseNext(Program& program);
+    /// After an error: goes on behind the next line that ends with a semicolon. False when there is none.
+    bool Recover();
+
+private:
+    class Nesting;
+    class BlockScope;
+    class ProcedureScope;
+
+    [[noreturn]] void Fail(const std::string& message, std::uint32_t offset) const;
+    [[noreturn]] void Unexpected();
+    bool Accept(TokenKind kind);
+    Token Expect(TokenKind kind, const char* text);
+    std::string_view TextOf(const Token& token) const { return lexer_.TextOf(token); }
+    bool NextIs(TokenKind kind) { return lexer_.Peek().kind == kind; }
+
+    // Statements (ParserStatements.cpp)
+    StatementPtr ParseStatement();
+    StatementPtr ParseBody();
+    StatementPtr ParseBlock();
+    StatementPtr ParseIf();
+    StatementPtr ParseFor();
+    StatementPtr ParseForIn(const Token& keyword, const Token& name);
+    bool AtForIn(Token& name);
+    StatementPtr ParseWhile();
+    StatementPtr ParseDo();
+    StatementPtr ParseSwitch();
+    StatementPtr ParseJump();
+    StatementPtr ParseReturn();
+    StatementPtr ParseExpressionStatement();
+    StatementPtr ParseTypeOrGlobal();
+    StatementPtr ParseDeclaration(std::uint32_t offset, Type type, bool isGlobal);
+    DeclarationStatement::Variable ParseDeclarator(Type type, bool isGlobal);
+    int ParseDimension();
+    StatementPtr ParseProcedure(std::uint32_t offset, Type returnType, bool isGlobal);
+    void ParseParameters(Procedure& procedure);
+    Type ParseType();
+    ExpressionList ParseExpressionList(TokenKind end);
+
+    // Expressions (ParserExpressions.cpp)
+    // `first` is an operand that has been read already.
+    ExpressionPtr ParseExpression(ExpressionPtr first = nullptr);
+    ExpressionPtr ParseBinary(int minimumPrecedence, ExpressionPtr first);
+    ExpressionPtr Combine(const Token& op, ExpressionPtr left, ExpressionPtr right);
+    ExpressionPtr ParseUnary();
+    ExpressionPtr ParsePostfix();
+    ExpressionPtr ParsePrimary();
+    ExpressionPtr ParseParenthesised();
+    ExpressionPtr ParseAssignment(ExpressionPtr target, const Token& op);
+    ExpressionPtr ParseVariable();
+    ExpressionPtr ParseUndeclared(const Token& name);
+    ExpressionPtr ParseIndexed(const Token& name, const VariablePlace& place, ExpressionPtr index,
+                               bool hasColumn);
+    ExpressionPtr ParseIndex();
+    ExpressionPtr ParseComponents(ExpressionPtr vector);
+    ExpressionPtr ParseStep(const Token& op, ExpressionPtr target, bool isPrefix);
+    ExpressionPtr ParseVectorOrMatrix();
+    ExpressionPtr ParseArray();
+    ExpressionPtr ParseNumber();
+    ExpressionPtr ParseString();
+    ExpressionPtr Bounded(ExpressionPtr expression) const;
+
+    // Commands (ParserCommands.cpp)
+    ExpressionPtr ParseNamed(bool atStatement);
+    ExpressionPtr ParseFunctionCall(const Token& name);
+    ExpressionPtr ParseCommand(const Token& name, ExpressionPtr first);
+    ExpressionPtr ParseBackquoted();
+    ExpressionPtr ParseArgument(Spelling& spelling);
+    ExpressionPtr ParseSignedArgument(Spelling& spelling);
+    ExpressionPtr ParseWord(Spelling& spelling);
+    ExpressionPtr ParseCatch(const Token& name);
+    bool AtArgumentEnd();
+    bool BeginsArgument();
+    ExpressionPtr ParseVariableArgument();
+
+    std::shared_ptr<const SourceText> source_;
+    Lexer lexer_;
+    VariableScope variables_;
+    FileScope& scope_;
+    std::function<void(const std::string&)> warn_;
+    GlobalVariables& globals_;
+    std::vector<std::shared_ptr<const Procedure>> procedures_;
+    int nesting_ = 0;
+    int loops_ = 0;
+    int switches_ = 0;
+    /// A back-quote ends the command that is being read.
+    bool inBackquotes_ = false;
+    Type returnType_ = Type::None;
+};
+
+} // namespace lightbox::mel

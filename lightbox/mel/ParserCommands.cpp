@@ -1,0 +1,225 @@
+#include "mel/CallExpressions.h"
+#include "mel/OperatorExpressions.h"
+#include "mel/ParserScopes.h"
+
+#include <cstring>
+
+namespace lightbox::mel {
+
+namespace {
+
+bool IsDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
+
+bool IsWordStart(char letter) {
+    return IsNameCharacter(letter) || static_cast<unsigned char>(letter) >= 0x80 ||
+           (letter != '\0' && std::strchr(".|:*?#@~", letter) != nullptr);
+}
+
+} // namespace
+
+/// A name that begins a call. At the beginning of a statement or in back-quotes it may be a command with its
+/// arguments; anywhere else only a function call.
+ExpressionPtr Parser::ParseNamed(bool atStatement) {
+    const Token name = lexer_.Take();
+    if (TextOf(name) == "catch" || TextOf(name) == "catchQuiet") {
+        ExpressionPtr caught = ParseCatch(name);
+        return atStatement ? ParseExpression(std::move(caught)) : std::move(caught);
+    }
+    if (lexer_.PeekCharacter() != '(') {
+        if (!atStatement) {
+            Fail("Syntax error: unexpected \"" + std::string(TextOf(name)) + "\".", name.begin);
+        }
+        return ParseCommand(name, nullptr);
+    }
+    if (!atStatement) {
+        return ParseFunctionCall(name);
+    }
+    // name (...) is a function call, unless more arguments follow: then the parenthesis is only the first.
+    ExpressionList arguments;
+    {
+        const During<bool> outside(inBackquotes_, false);
+        Expect(TokenKind::LeftParen, "\"(\"");
+        arguments = ParseExpressionList(TokenKind::RightParen);
+        Expect(TokenKind::RightParen, "\")\"");
+    }
+    if (arguments.size() == 1 && BeginsArgument()) {
+        return ParseCommand(name, std::move(arguments.front()));
+    }
+    ExpressionPtr call = Bounded(std::make_unique<CallExpression>(
+        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<Spelling>(), &scope_));
+    return ParseExpression(ParseComponents(std::move(call)));
+}
+
+ExpressionPtr Parser::ParseFunctionCall(const Token& name) {
+    Expect(TokenKind::LeftParen, "\"(\"");
+    const During<bool> outside(inBackquotes_, false);
+    ExpressionList arguments = ParseExpressionList(TokenKind::RightParen);
+    Expect(TokenKind::RightParen, "\")\"");
+    return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
+                                                    std::move(arguments), std::vector<Spelling>(), &scope_));
+}
+
+/// catch(expression) or catch `command`
+ExpressionPtr Parser::ParseCatch(const Token& name) {
+    const bool isQuiet = TextOf(name) == "catchQuiet";
+    ExpressionPtr tried;
+    if (NextIs(TokenKind::Backquote)) {
+        tried = ParseBackquoted();
+    } else {
+        Expect(TokenKind::LeftParen, "\"(\"");
+        const During<bool> outside(inBackquotes_, false);
+        tried = ParseExpression();
+        Expect(TokenKind::RightParen, "\")\"");
+    }
+    return Bounded(std::make_unique<CatchExpression>(name.begin, std::move(tried), isQuiet));
+}
+
+ExpressionPtr Parser::ParseBackquoted() {
+    const Nesting nesting(*this);
+    const Token open = lexer_.Take();
+    ExpressionPtr command;
+    {
+        const During<bool> inside(inBackquotes_, true);
+        if (!NextIs(TokenKind::Identifier)) {
+            Fail("Syntax error: a command is expected in back-quotes.", open.begin);
+        }
+        command = ParseNamed(true);
+    }
+    Expect(TokenKind::Backquote, "\"`\"");
+    return command;
+}
+
+bool Parser::AtArgumentEnd() {
+    const char letter = lexer_.PeekCharacter();
+    return letter == '\0' || letter == ';' || letter == ')' || letter == '}' ||
+           (letter == '`' && inBackquotes_);
+}
+
+/// What follows name(...) at the beginning of a statement: another argument, or the operator of an
+/// expression?
+bool Parser::BeginsArgument() {
+    const std::uint32_t end = lexer_.RawPosition();
+    const char letter = lexer_.PeekCharacter();
+    const bool spaceBefore = lexer_.RawPosition() != end;
+    if (letter == '-' || letter == '+') {
+        // "a -1" is an argument, "a - 1" and "a-1" are differences.
+        const char next = lexer_.CharacterAfter(1);
+        return spaceBefore && (IsNameCharacter(next) || next == '.' || next == '$' || next == '(');
+    }
+    if (letter == '<') {
+        return lexer_.CharacterAfter(1) == '<';
+    }
+    if (letter == '.') {
+        // ".x" right behind a vector is its component.
+        return spaceBefore;
+    }
+    if (letter == '|') {
+        return lexer_.CharacterAfter(1) != '|';
+    }
+    if (letter == '`') {
+        return !inBackquotes_;
+    }
+    return letter == '"' || letter == '$' || letter == '(' || letter == '{' || letter == ':' ||
+           IsNameCharacter(letter) || static_cast<unsigned char>(letter) >= 0x80;
+}
+
+ExpressionPtr Parser::ParseCommand(const Token& name, ExpressionPtr first) {
+    ExpressionList arguments;
+    std::vector<Spelling> spellings;
+    if (first) {
+        arguments.push_back(std::move(first));
+        spellings.push_back(Spelling::Computed);
+    }
+    while (!AtArgumentEnd()) {
+        Spelling spelling = Spelling::Computed;
+        arguments.push_back(ParseArgument(spelling));
+        spellings.push_back(spelling);
+    }
+    return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
+                                                    std::move(arguments), std::move(spellings), &scope_));
+}
+
+ExpressionPtr Parser::ParseArgument(Spelling& spelling) {
+    const char letter = lexer_.PeekCharacter();
+    switch (letter) {
+    case '"':
+        spelling = Spelling::Quoted;
+        return ParseString();
+    case '$':
+        return ParseVariableArgument();
+    case '(':
+        return ParseParenthesised();
+    case '`':
+        return ParseBackquoted();
+    case '{':
+        return ParseArray();
+    case '<':
+        if (lexer_.CharacterAfter(1) == '<') {
+            return ParseVectorOrMatrix();
+        }
+        Unexpected();
+    case '-':
+    case '+':
+        return ParseSignedArgument(spelling);
+    default:
+        if (!IsWordStart(letter)) {
+            Unexpected();
+        }
+        return ParseWord(spelling);
+    }
+}
+
+/// $name, $name[index], $name.x: what belongs to it follows without a blank.
+ExpressionPtr Parser::ParseVariableArgument() {
+    const Token name = lexer_.Take();
+    const auto place = variables_.Find(TextOf(name).substr(1));
+    if (!place) {
+        Fail("\"" + std::string(TextOf(name)) + "\" is an undeclared variable.", name.begin);
+    }
+    if (lexer_.CharacterAfter(0) == '[') {
+        ExpressionPtr index = ParseIndex();
+        return ParseIndexed(name, *place, std::move(index), lexer_.CharacterAfter(0) == '[');
+    }
+    ExpressionPtr variable = std::make_unique<VariableExpression>(name.begin, *place);
+    return lexer_.CharacterAfter(0) == '.' ? ParseComponents(std::move(variable)) : std::move(variable);
+}
+
+/// A negative number, a flag, or something negated.
+ExpressionPtr Parser::ParseSignedArgument(Spelling& spelling) {
+    const std::uint32_t begin = lexer_.RawPosition();
+    const bool isMinus = lexer_.CharacterAfter(0) == '-';
+    const char next = lexer_.CharacterAfter(1);
+    const bool isNumber = IsDigit(next) || (next == '.' && IsDigit(lexer_.CharacterAfter(2)));
+    if (isNumber || (isMinus && IsNameStart(next))) {
+        return ParseWord(spelling);
+    }
+    if (!isMinus || (next != '$' && next != '(')) {
+        Unexpected();
+    }
+    lexer_.MoveTo(begin + 1);
+    ExpressionPtr operand = next == '$' ? ParseVariableArgument() : ParseParenthesised();
+    if (operand->type == Type::String || IsArray(operand->type)) {
+        Fail(IllegalOperation("-", operand->type), begin);
+    }
+    return Bounded(std::make_unique<NegationExpression>(begin, std::move(operand)));
+}
+
+ExpressionPtr Parser::ParseWord(Spelling& spelling) {
+    const Token word = lexer_.TakeWord();
+    const std::string_view text = TextOf(word);
+    if (word.kind == TokenKind::Identifier) {
+        if (text.size() > 1 && text[0] == '-' && IsNameStart(text[1])) {
+            spelling = Spelling::FlagWord;
+        }
+        return std::make_unique<ConstantExpression>(word.begin, Value(text));
+    }
+    bool isInt = false;
+    int integer = 0;
+    double number = 0.0;
+    ScanNumberLiteral(text, isInt, integer, number);
+    return std::make_unique<ConstantExpression>(word.begin, isInt ? Value(integer) : Value(number));
+}
+
+} // namespace lightbox::mel

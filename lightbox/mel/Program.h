@@ -1,0 +1,22 @@
+#pragma once
+
+#include "mel/Procedure.h"
+#include "mel/SourceText.h"
+#include "mel/Statement.h"
+
+#include <memory>
+#include <vector>
+
+namespace lightbox::mel {
+
+/// A parsed text, or one statement of it.
+struct Program {
+    std::shared_ptr<const SourceText> source;
+    StatementList statements;
+    /// Local variables of its blocks.
+    int variableCount = 0;
+    /// Every procedure it defines; they are known before its first statement runs.
+    std::vector<std::shared_ptr<const Procedure>> procedures;
+};
+
+} // namespace lightbox::mel

@@ -1,0 +1,284 @@
+#include "mel/Runtime.h"
+
+#include "mel/ArgumentTokens.h"
+#include "mel/Error.h"
+#include "mel/Interpreter.h"
+#include "mel/ParsedArguments.h"
+#include "mel/SourceText.h"
+#include "mel/Statement.h"
+#include "openmaya/Access.h"
+#include "openmaya/PluginCommandRunner.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+
+#include <algorithm>
+
+#if defined(__unix__) || defined(__APPLE__)
+#include <sys/resource.h>
+#endif
+
+namespace lightbox::mel {
+
+namespace {
+
+/// Calls deeper than this are taken for an endless recursion.
+constexpr int MaximumCallDepth = 2000;
+
+const char* StackPosition() {
+#if defined(__GNUC__)
+    return static_cast<const char*>(__builtin_frame_address(0));
+#else
+    const volatile char here = 0;
+    return const_cast<const char*>(&here);
+#endif
+}
+
+/// The stack that a run may use; the rest is for what commands and the host do.
+std::ptrdiff_t StackAllowance() {
+#if defined(__unix__) || defined(__APPLE__)
+    constexpr std::ptrdiff_t most = std::ptrdiff_t(4) << 20;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_STACK, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
+        return std::min(most, static_cast<std::ptrdiff_t>(limit.rlim_cur / 2));
+    }
+    return most;
+#else
+    return std::ptrdiff_t(512) << 10;
+#endif
+}
+
+/// "true" and its like count as numbers where a number is assigned.
+bool TruthWord(const std::string& text, bool& truth) {
+    truth = text == "true" || text == "on" || text == "yes";
+    return truth || text == "false" || text == "off" || text == "no";
+}
+
+} // namespace
+
+class Runtime::DepthScope {
+public:
+    explicit DepthScope(Runtime& runtime)
+        : runtime_(runtime) {
+        if (runtime_.callDepth_ >= MaximumCallDepth) {
+            throw Error("Stack overflow: calls are nested more than " + std::to_string(MaximumCallDepth) +
+                        " deep.");
+        }
+        runtime_.CheckStack();
+        ++runtime_.callDepth_;
+    }
+    ~DepthScope() { --runtime_.callDepth_; }
+    DepthScope(const DepthScope&) = delete;
+    DepthScope& operator=(const DepthScope&) = delete;
+
+private:
+    Runtime& runtime_;
+};
+
+Runtime::Entry::Entry(Runtime& runtime)
+    : runtime_(runtime)
+    , outermost_(runtime.entries_ == 0) {
+    if (outermost_) {
+        runtime_.stackBase_ = StackPosition();
+        runtime_.interrupted_ = false;
+    } else {
+        runtime_.CheckStack();
+    }
+    ++runtime_.entries_;
+}
+
+Runtime::Entry::~Entry() {
+    --runtime_.entries_;
+}
+
+Runtime::Runtime(Interpreter& interpreter)
+    : interpreter_(interpreter) {}
+
+void Runtime::Define(std::shared_ptr<const Procedure> procedure) {
+    ++procedureVersion_;
+    if (!procedure->isGlobal) {
+        ProcedureEntry& own = procedure->scope->procedures[procedure->name];
+        own.procedure = std::move(procedure);
+        return;
+    }
+    auto& entry = procedures_[procedure->name];
+    if (!entry) {
+        entry = std::make_unique<ProcedureEntry>();
+    }
+    entry->procedure = std::move(procedure);
+}
+
+void Runtime::DefineFirst(const std::shared_ptr<const Procedure>& procedure) {
+    const auto& defined = procedure->isGlobal ? FindGlobalProcedure(procedure->name) : nullptr;
+    const auto own = procedure->scope->procedures.find(procedure->name);
+    const Procedure* const present = procedure->isGlobal ? (defined ? defined->procedure.get() : nullptr)
+                                     : own == procedure->scope->procedures.end()
+                                         ? nullptr
+                                         : own->second.procedure.get();
+    if (!present || present->source != procedure->source) {
+        Define(procedure);
+    }
+}
+
+const ProcedureEntry* Runtime::FindGlobalProcedure(std::string_view name) const {
+    const auto found = procedures_.find(std::string(name));
+    return found == procedures_.end() ? nullptr : found->second.get();
+}
+
+Callee Runtime::Find(const std::string& name, const FileScope* scope) {
+    Callee callee;
+    if (scope) {
+        const auto own = scope->procedures.find(name);
+        if (own != scope->procedures.end()) {
+            callee.procedure = own->second.procedure;
+            return callee;
+        }
+    }
+    if (const ProcedureEntry* const entry = FindGlobalProcedure(name)) {
+        callee.procedure = entry->procedure;
+        return callee;
+    }
+    callee.command = interpreter_.Commands().Find(name);
+    if (!callee.command && SourceScriptFor(name)) {
+        if (const ProcedureEntry* const entry = FindGlobalProcedure(name)) {
+            callee.procedure = entry->procedure;
+        }
+    }
+    return callee;
+}
+
+unsigned Runtime::Version() const {
+    return procedureVersion_ + interpreter_.Commands().Version();
+}
+
+bool Runtime::SourceScriptFor(const std::string& name) {
+    if (std::find(beingSourced_.begin(), beingSourced_.end(), name) != beingSourced_.end()) {
+        return false;
+    }
+    const std::string path = interpreter_.FindScript(name + ".mel");
+    if (path.empty()) {
+        return false;
+    }
+    beingSourced_.push_back(name);
+    try {
+        interpreter_.ExecuteFile(path);
+    } catch (...) {
+        beingSourced_.pop_back();
+        throw;
+    }
+    beingSourced_.pop_back();
+    return true;
+}
+
+Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments& arguments) {
+    CheckInterrupt();
+    const DepthScope depth(*this);
+    if (callee.procedure) {
+        return CallProcedure(callee.procedure, arguments.values);
+    }
+    if (!callee.command) {
+        throw Error("Cannot find procedure \"" + name + "\".");
+    }
+    return CallCommand(*callee.command, arguments);
+}
+
+Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure,
+                             std::vector<Value>& arguments) {
+    if (arguments.size() != procedure->parameters.size()) {
+        throw Error("Wrong number of arguments on call to " + procedure->name + ".");
+    }
+    const SlotStack::Slots variables(slots_, static_cast<std::size_t>(procedure->variableCount));
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        // Arrays of the same type are handed over by reference.
+        variables.Get()[i] = Converted(std::move(arguments[i]), procedure->parameters[i].type);
+    }
+    Frame frame{*this, *procedure->source, variables.Get()};
+    try {
+        procedure->body->Execute(frame);
+    } catch (Error& error) {
+        Locate(error, frame);
+        throw;
+    }
+    return frame.result.IsNone() ? Value::Default(procedure->returnType) : std::move(frame.result);
+}
+
+Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments) {
+    try {
+        if (command.raw) {
+            const std::size_t count = arguments.values.size();
+            if (count < command.minimumArguments || count > command.maximumArguments) {
+                throw Error("Wrong number of arguments on call to " + command.name + ".");
+            }
+            CommandCall call(interpreter_, command.name, arguments.values, nullptr);
+            return command.function(call);
+        }
+        ArgumentTokens tokens(arguments);
+        if (command.IsPlugin()) {
+            const auto outcome =
+                RunPluginCommand(interpreter_.GetHost(), command, ArgumentTokens::Wrap(std::move(tokens)));
+            if (!outcome.status) {
+                throw Error(command.name + ": " + Access::Text(outcome.status.errorString()));
+            }
+            return outcome.result;
+        }
+        const ParsedArguments parsed(command.syntax, std::move(tokens));
+        CommandCall call(interpreter_, command.name, parsed.Objects(), &parsed);
+        return command.function(call);
+    } catch (const Error&) {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw Error("Out of memory.");
+    } catch (const std::exception& failure) {
+        throw Error(failure.what());
+    }
+}
+
+Value Runtime::Converted(Value value, Type type) {
+    const Type own = value.GetType();
+    if (own == type || type == Type::Any) {
+        return value;
+    }
+    if (own == Type::String && (type == Type::Int || type == Type::Float)) {
+        double number = 0.0;
+        bool truth = false;
+        if (TruthWord(value.Text(), truth)) {
+            return Value(truth).ConvertedTo(type);
+        }
+        if (!ReadNumber(value.Text(), number)) {
+            Warn("Converting string \"" + value.Text().substr(0, 100) + "\" to " +
+                 (type == Type::Int ? "an int value of 0." : "a float value of 0."));
+        }
+    }
+    return value.ConvertedTo(type);
+}
+
+void Runtime::Locate(Error& error, const Frame& frame) {
+    if (!error.HasPlace()) {
+        int line = 0;
+        int column = 0;
+        frame.source.Place(frame.offset, line, column);
+        error.SetPlace(frame.source.Name(), line, column);
+    }
+}
+
+void Runtime::Warn(const std::string& message) {
+    interpreter_.GetHost().output().Warning(message);
+}
+
+void Runtime::ReportCaught(const Error& error) {
+    // Not counted as an error of the run: the script has dealt with it.
+    interpreter_.GetHost().output().CaughtError(error.Described());
+}
+
+void Runtime::CheckStack() const {
+    static const std::ptrdiff_t allowance = StackAllowance();
+    const std::ptrdiff_t used = stackBase_ - StackPosition();
+    if (stackBase_ && (used > allowance || used < -allowance)) {
+        throw Error("Stack overflow: calls are nested too deep.");
+    }
+}
+
+void Runtime::StopInterrupted() {
+    throw Error("The run was interrupted.", Error::Kind::Interrupt);
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "mel/CommandRegistry.h"
+#include "mel/Frame.h"
+#include "mel/GlobalVariables.h"
+#include "mel/Procedure.h"
+#include "mel/SlotStack.h"
+#include "mel/Spelling.h"
+#include "mel/Value.h"
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace lightbox::mel {
+
+class Error;
+class Interpreter;
+
+/// The arguments of a call.
+struct CallArguments {
+    std::vector<Value> values;
+    /// How each was written; null for a function call, where all are computed.
+    const std::vector<Spelling>* spellings = nullptr;
+};
+
+/// What a name stands for where it is called: a procedure or a command.
+struct Callee {
+    std::shared_ptr<const Procedure> procedure;
+    std::shared_ptr<const CommandRegistry::Command> command;
+    explicit operator bool() const { return procedure || command; }
+};
+
+/// The state of a running interpreter: variables, procedures, the stack of calls. Programs work on it.
+class Runtime {
+public:
+    explicit Runtime(Interpreter& interpreter);
+
+    Interpreter& GetInterpreter() const { return interpreter_; }
+    GlobalVariables& Globals() { return globals_; }
+
+    /// The procedures without `global` of a file, by its name; those that were typed share one scope under an
+    /// empty name.
+    FileScope& ScopeOf(const std::string& file) { return scopes_[file]; }
+    void Define(std::shared_ptr<const Procedure> procedure);
+    /// Defines a procedure unless the same text has defined one of its name already.
+    void DefineFirst(const std::shared_ptr<const Procedure>& procedure);
+    const ProcedureEntry* FindGlobalProcedure(std::string_view name) const;
+
+    /// Looks a name up: the file's own procedures, global ones, commands, then a script of that name in the
+    /// script folders, which is sourced. Empty when all fail.
+    Callee Find(const std::string& name, const FileScope* scope);
+    /// Rises when what a name stands for may have changed.
+    unsigned Version() const;
+
+    Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
+    Value CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments);
+    Value CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments);
+
+    /// The value as a variable of the type takes it; warns when a text is no number.
+    Value Converted(Value value, Type type);
+    /// Adds the place of what runs to an error that has none.
+    static void Locate(Error& error, const Frame& frame);
+
+    void Warn(const std::string& message);
+    /// Shows an error that a script catches.
+    void ReportCaught(const Error& error);
+
+    /// Throws when calls are nested too deep for the stack, or when the run was interrupted.
+    void CheckStack() const;
+    void CheckInterrupt() {
+        if (interrupted_.load(std::memory_order_relaxed)) {
+            StopInterrupted();
+        }
+    }
+    void Interrupt() { interrupted_.store(true); }
+
+    SlotStack& Slots() { return slots_; }
+
+    /// A run from outside: marks where the stack begins.
+    class Entry {
+    public:
+        explicit Entry(Runtime& runtime);
+        ~Entry();
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+        bool IsOutermost() const { return outermost_; }
+
+    private:
+        Runtime& runtime_;
+        bool outermost_;
+    };
+    bool IsRunning() const { return entries_ > 0; }
+
+    /// True in a command that is called directly by an outermost statement and is the whole of it.
+    bool IsWholeStatement() const { return wholeDepth_ > 0 && callDepth_ == wholeDepth_; }
+    /// Notes, while an outermost statement runs, whether it is a call and nothing else.
+    class WholeStatement {
+    public:
+        WholeStatement(Runtime& runtime, bool isCall)
+            : runtime_(runtime)
+            , before_(runtime.wholeDepth_) {
+            runtime_.wholeDepth_ = isCall ? runtime_.callDepth_ + 1 : 0;
+        }
+        ~WholeStatement() { runtime_.wholeDepth_ = before_; }
+        WholeStatement(const WholeStatement&) = delete;
+        WholeStatement& operator=(const WholeStatement&) = delete;
+
+    private:
+        Runtime& runtime_;
+        int before_;
+    };
+
+private:
+    [[noreturn]] void StopInterrupted();
+    bool SourceScriptFor(const std::string& name);
+
+    Interpreter& interpreter_;
+    GlobalVariables globals_;
+    std::map<std::string, FileScope> scopes_;
+    std::unordered_map<std::string, std::unique_ptr<ProcedureEntry>> procedures_;
+    unsigned procedureVersion_ = 0;
+    SlotStack slots_;
+    int entries_ = 0;
+    int callDepth_ = 0;
+    /// The depth of the call that is a whole outermost statement, 0 when there is none.
+    int wholeDepth_ = 0;
+    const char* stackBase_ = nullptr;
+    std::vector<std::string> beingSourced_;
+    std::atomic<bool> interrupted_{false};
+
+    class DepthScope;
+};
+
+} // namespace lightbox::mel

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "mel/Expression.h"
+#include "mel/GlobalVariables.h"
+
+#include <string>
+
+namespace lightbox::mel {
+
+/// A place that can be read and written, found once for an operation such as `+=`. Valid only until something
+/// else runs.
+class Reference {
+public:
+    /// A whole variable. `type` is what it is declared as, `Any` for one that takes the type of its first
+    /// value; `global` is null for a local one.
+    Reference(Value& slot, Type type, GlobalVariable* global)
+        : slot_(slot)
+        , type_(type)
+        , global_(global) {}
+    /// An element of the array in the slot, or a cell of the matrix.
+    Reference(Value& slot, std::size_t index, Type elementType)
+        : slot_(slot)
+        , type_(elementType)
+        , index_(index)
+        , isElement_(true) {}
+
+    Value Load() const;
+    /// Converts to the place's type; an array grows to hold the element.
+    void Store(Runtime& runtime, Value value) const;
+
+private:
+    void StoreWhole(Runtime& runtime, Value value) const;
+    void StoreElement(Runtime& runtime, const Value& value) const;
+
+    Value& slot_;
+    Type type_;
+    GlobalVariable* global_ = nullptr;
+    std::size_t index_ = 0;
+    bool isElement_ = false;
+};
+
+/// An expression that can stand left of an assignment.
+class Target : public Expression {
+public:
+    using Expression::Expression;
+    virtual Reference Locate(Frame& frame) const = 0;
+};
+
+using TargetPtr = std::unique_ptr<Target>;
+
+/// Where a variable lives: a local one has a number, a global one its entry.
+struct VariablePlace {
+    Type type = Type::Any;
+    GlobalVariable* global = nullptr;
+    int slot = 0;
+};
+
+class VariableExpression final : public Target {
+public:
+    VariableExpression(std::uint32_t offset, const VariablePlace& place)
+        : Target(offset, place.type)
+        , global_(place.global)
+        , slot_(place.slot) {}
+
+    Value& Slot(Frame& frame) const { return global_ ? global_->value : frame.variables[slot_]; }
+    GlobalVariable* Global() const { return global_; }
+
+    Value Evaluate(Frame& frame) const override;
+    int EvaluateInt(Frame& frame) const override;
+    double EvaluateFloat(Frame& frame) const override;
+    bool EvaluateTruth(Frame& frame) const override;
+    void Run(Frame&) const override {}
+    Reference Locate(Frame& frame) const override { return Reference(Slot(frame), type, global_); }
+
+private:
+    GlobalVariable* global_;
+    int slot_;
+};
+
+/// $array[index]
+class ElementExpression final : public Target {
+public:
+    ElementExpression(std::unique_ptr<VariableExpression> variable, ExpressionPtr index);
+
+    Value Evaluate(Frame& frame) const override;
+    int EvaluateInt(Frame& frame) const override;
+    double EvaluateFloat(Frame& frame) const override;
+    Reference Locate(Frame& frame) const override;
+
+private:
+    std::size_t Index(Frame& frame) const;
+
+    std::unique_ptr<VariableExpression> variable_;
+    ExpressionPtr index_;
+};
+
+/// $matrix[row][column]
+class CellExpression final : public Target {
+public:
+    CellExpression(std::unique_ptr<VariableExpression> variable, ExpressionPtr row, ExpressionPtr column);
+
+    Value Evaluate(Frame& frame) const override { return EvaluateFloat(frame); }
+    double EvaluateFloat(Frame& frame) const override;
+    Reference Locate(Frame& frame) const override;
+
+private:
+    std::size_t Index(Frame& frame, const Value& matrix) const;
+
+    std::unique_ptr<VariableExpression> variable_;
+    ExpressionPtr row_;
+    ExpressionPtr column_;
+};
+
+/// $vector.x and its like; they can be read only.
+class ComponentExpression final : public Expression {
+public:
+    ComponentExpression(std::uint32_t offset, ExpressionPtr vector, char component);
+
+    Value Evaluate(Frame& frame) const override { return EvaluateFloat(frame); }
+    double EvaluateFloat(Frame& frame) const override;
+
+private:
+    ExpressionPtr vector_;
+    char component_;
+};
+
+} // namespace lightbox::mel

@@ -1,0 +1,352 @@
+#include "scene/Edit.h"
+
+#include "scene/EditItems.h"
+#include "scene/Host.h"
+#include "scene/SceneError.h"
+#include "scene/TimeUnits.h"
+#include "scene/Timeline.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace lightbox::edit {
+
+namespace {
+
+/// What the transform above a new shape is called: "camera" for "cameraShape", else as any transform.
+std::string TransformNameFor(const Scene& scene, const NodeType& shape) {
+    const std::string suffix = "Shape";
+    const std::string& name = shape.defaultName;
+    if (name.size() <= suffix.size() ||
+        name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0) {
+        return {};
+    }
+    const std::string base = name.substr(0, name.size() - suffix.size());
+    int number = 1;
+    while (scene.IsNameTaken(base + std::to_string(number))) {
+        ++number;
+    }
+    return base + std::to_string(number);
+}
+
+void CheckParent(const NodeType& type, const DagNode* parent) {
+    if (!parent) {
+        return;
+    }
+    if (!type.IsDag()) {
+        throw SceneError("A node of type '" + type.Name() + "' cannot have a parent.");
+    }
+    if (!parent->IsWorld() && !parent->Type().IsTransform()) {
+        throw SceneError("Cannot parent a node below the shape '" + Scene::ShownName(*parent) + "'.");
+    }
+}
+
+std::pair<std::string, std::string> BaseAndNumber(const std::string& name) {
+    const std::size_t last = name.find_last_not_of("0123456789");
+    const std::size_t end = last == std::string::npos ? 0 : last + 1;
+    return {name.substr(0, end), name.substr(end)};
+}
+
+/// The name that a shape takes when its transform is renamed; empty when it does not follow.
+std::string FollowingName(const std::string& shape, const std::string& before, const std::string& after) {
+    const auto [oldBase, oldNumber] = BaseAndNumber(before);
+    const auto [newBase, newNumber] = BaseAndNumber(after);
+    if (shape == oldBase + "Shape" + oldNumber || shape == before + "Shape") {
+        return newBase + "Shape" + newNumber;
+    }
+    return {};
+}
+
+void CheckRange(const Plug& plug, double number) {
+    const Attribute& attribute = *plug.attribute;
+    if (attribute.maximum && number > *attribute.maximum) {
+        throw SceneError("Cannot set the attribute '" + plug.Name() + "' past its maximum value of " +
+                         DecimalText(*attribute.maximum) + ".");
+    }
+    if (attribute.minimum && number < *attribute.minimum) {
+        throw SceneError("Cannot set the attribute '" + plug.Name() + "' below its minimum value of " +
+                         DecimalText(*attribute.minimum) + ".");
+    }
+}
+
+} // namespace
+
+void Do(Host& host, const std::string& name, std::function<void()> redo, std::function<void()> undo) {
+    DoItem(host, MakeItem(host, name, std::move(redo), std::move(undo)));
+}
+
+std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std::string& name,
+                                 DagNode* parent) {
+    Scene& scene = host.scene();
+    const std::shared_ptr<const NodeType> nodeType = scene.types().FindNodeType(type);
+    if (!nodeType) {
+        throw SceneError("Unknown object type: " + type);
+    }
+    CheckParent(*nodeType, parent);
+    const std::shared_ptr<Node> node = scene.Make(nodeType);
+    std::shared_ptr<DagNode> above;
+    if (parent && !parent->IsWorld()) {
+        above = std::static_pointer_cast<DagNode>(parent->Shared());
+    } else if (nodeType->IsShape()) {
+        above = std::static_pointer_cast<DagNode>(scene.Make(scene.types().FindNodeType("transform")));
+        DoItem(host, AddItem(host, above, TransformNameFor(scene, *nodeType), nullptr));
+    }
+    DoItem(host, AddItem(host, node, name, above));
+    return node;
+}
+
+void DeleteNodes(Host& host, const std::vector<std::shared_ptr<Node>>& nodes) {
+    for (const std::shared_ptr<Node>& node : nodes) {
+        CheckDeletable(*node);
+    }
+    DoItem(host, DeleteItem(host, nodes));
+}
+
+std::string Rename(Host& host, Node& node, const std::string& name, bool shapes) {
+    if (name.empty()) {
+        throw SceneError("Cannot rename a node to an empty name.");
+    }
+    if (node.isDefault || node.locked || !node.reference.empty()) {
+        throw SceneError("Cannot rename a read only node.");
+    }
+    const std::string before = node.Name();
+    DoItem(host, RenameItem(host, node.Shared(), name));
+    const auto* dag = dynamic_cast<const DagNode*>(&node);
+    if (shapes && dag && dag->Type().IsTransform()) {
+        for (DagNode* shape : dag->Shapes()) {
+            const std::string following = FollowingName(shape->Name(), before, node.Name());
+            if (!following.empty() && !shape->locked && shape->reference.empty()) {
+                DoItem(host, RenameItem(host, shape->Shared(), following));
+            }
+        }
+    }
+    return node.Name();
+}
+
+void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld) {
+    DagNode& above = parent ? *parent : host.scene().world();
+    CheckParent(node.Type(), &above);
+    if (above.IsBelow(node)) {
+        throw SceneError("Cannot parent an object to itself or to one of its children.");
+    }
+    if (above.IsWorld() && node.Type().IsShape()) {
+        throw SceneError("A shape cannot be without a transform.");
+    }
+    if (node.Parent() != &above) {
+        DoItem(host, MoveItem(host, std::static_pointer_cast<DagNode>(node.Shared()),
+                              std::static_pointer_cast<DagNode>(above.Shared()), keepWorld));
+    }
+}
+
+void Reorder(Host& host, DagNode& node, int index) {
+    Scene& scene = host.scene();
+    const auto shared = std::static_pointer_cast<DagNode>(node.Shared());
+    const int before = node.IndexInParent();
+    Do(
+        host, "reorder", [&scene, shared, index] { scene.Reorder(*shared, index); },
+        [&scene, shared, before] { scene.Reorder(*shared, before); });
+}
+
+void SetNodeLocked(Host& host, Node& node, bool locked) {
+    const std::shared_ptr<Node> shared = node.Shared();
+    const bool before = node.locked;
+    Do(
+        host, "lockNode", [shared, locked] { shared->locked = locked; },
+        [shared, before] { shared->locked = before; });
+}
+
+void SetPlug(Host& host, const Plug& plug, const AttributeValue& value) {
+    if (const double* number = std::get_if<double>(&value)) {
+        CheckRange(plug, *number);
+    } else if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
+        for (std::size_t i = 0; i < std::min(numbers->size(), plug.attribute->Children().size()); ++i) {
+            CheckRange(plug.Child(i), (*numbers)[i]);
+        }
+    }
+    DoItem(host, SetItem(host, plug, value));
+}
+
+void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state) {
+    const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
+    const PlugState before = held ? *held : PlugState();
+    const auto apply = [plug, flag](bool locked, std::optional<bool> keyable,
+                                    std::optional<bool> channelBox) {
+        PlugState& now = plug.node->State(*plug.attribute, plug.element);
+        switch (flag) {
+        case PlugFlag::Locked:
+            now.locked = locked;
+            break;
+        case PlugFlag::Keyable:
+            now.keyable = keyable;
+            break;
+        case PlugFlag::ChannelBox:
+            now.channelBox = channelBox;
+            break;
+        }
+        plug.node->SetState(*plug.attribute, plug.element, PlugState(now));
+    };
+    Do(
+        host, "setAttr", [apply, state] { apply(state, state, state); },
+        [apply, before] { apply(before.locked, before.keyable, before.channelBox); });
+}
+
+void AddAttribute(Host& host, Node& node, std::shared_ptr<Attribute> attribute) {
+    if (node.locked) {
+        throw SceneError("Cannot add attributes to the locked node '" + Scene::ShownName(node) + "'.");
+    }
+    const std::shared_ptr<Node> shared = node.Shared();
+    Do(
+        host, "addAttr",
+        [shared, attribute] {
+            if (!shared->AddDynamicAttribute(attribute)) {
+                throw SceneError("Found an attribute of the name '" + attribute->LongName() + "' already.");
+            }
+        },
+        [shared, attribute] { shared->RemoveDynamicAttribute(*attribute); });
+}
+
+namespace {
+
+bool IsOf(const Plug& plug, const Node& node, const Attribute& attribute) {
+    for (const Attribute* part = plug.node.get() == &node ? plug.attribute.get() : nullptr; part;
+         part = part->Parent()) {
+        if (part == &attribute) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void DeleteAttribute(Host& host, Node& node, const Attribute& attribute) {
+    const auto& dynamic = node.DynamicAttributes();
+    const auto found =
+        std::find_if(dynamic.begin(), dynamic.end(), [&](const std::shared_ptr<Attribute>& candidate) {
+            return candidate.get() == &attribute;
+        });
+    if (found == dynamic.end() || node.locked) {
+        throw SceneError("Cannot delete the attribute '" + attribute.LongName() + "' from '" +
+                         Scene::ShownName(node) + "'.");
+    }
+    Scene& scene = host.scene();
+    const std::shared_ptr<Node> shared = node.Shared();
+    const std::shared_ptr<Attribute> removed = *found;
+    const auto position = static_cast<std::size_t>(found - dynamic.begin());
+    auto cut = std::make_shared<std::vector<Connection>>();
+    const auto redo = [&scene, shared, removed, cut] {
+        cut->clear();
+        for (const Connection& connection : scene.connections().Of(*shared)) {
+            if (IsOf(connection.source, *shared, *removed) ||
+                IsOf(connection.destination, *shared, *removed)) {
+                scene.connections().Remove(connection.source, connection.destination);
+                cut->push_back(connection);
+            }
+        }
+        shared->RemoveDynamicAttribute(*removed);
+    };
+    const auto undo = [&scene, shared, removed, position, cut] {
+        shared->AddDynamicAttribute(removed, position);
+        for (const Connection& connection : *cut) {
+            scene.connections().Add(connection.source, connection.destination);
+        }
+    };
+    Do(host, "deleteAttr", redo, undo);
+}
+
+void Connect(Host& host, const Plug& source, const Plug& destination, bool force) {
+    CheckConnectable(source, destination);
+    const Plug driver = host.scene().connections().SourceOf(destination);
+    if (force && driver && driver != source) {
+        DoItem(host, ConnectItem(host, driver, destination, false));
+    }
+    DoItem(host, ConnectItem(host, source, destination, true));
+}
+
+void Disconnect(Host& host, const Plug& source, const Plug& destination) {
+    DoItem(host, ConnectItem(host, source, destination, false));
+}
+
+void Select(Host& host, const Selection::List& nodes) {
+    Selection& selection = host.scene().selection();
+    const Selection::List before = selection.Get();
+    if (nodes != before) {
+        Do(
+            host, "select", [&selection, nodes] { selection.Set(nodes); },
+            [&selection, before] { selection.Set(before); });
+    }
+}
+
+void SetCurrentTime(Host& host, double frame) {
+    Timeline& time = host.time();
+    const double before = time.CurrentTime();
+    Do(
+        host, "currentTime", [&time, frame] { time.SetCurrentTime(frame); },
+        [&time, before] { time.SetCurrentTime(before); });
+}
+
+namespace {
+
+/// Both ranges together, since setting one may change the other.
+void EditRanges(Host& host, const std::function<bool(Timeline&)>& change) {
+    Timeline& time = host.time();
+    const double min = time.MinTime();
+    const double max = time.MaxTime();
+    const double start = time.AnimationStart();
+    const double end = time.AnimationEnd();
+    const auto redo = [&time, change] {
+        if (!change(time)) {
+            throw SceneError("The end of a time range must not lie before its start.");
+        }
+    };
+    const auto undo = [&time, min, max, start, end] {
+        time.SetAnimationRange(start, end);
+        time.SetPlaybackRange(min, max);
+    };
+    Do(host, "playbackOptions", redo, undo);
+}
+
+} // namespace
+
+void SetPlaybackRange(Host& host, double min, double max) {
+    EditRanges(host, [min, max](Timeline& time) { return time.SetPlaybackRange(min, max); });
+}
+
+void SetAnimationRange(Host& host, double start, double end) {
+    EditRanges(host, [start, end](Timeline& time) { return time.SetAnimationRange(start, end); });
+}
+
+void SetTimeUnit(Host& host, MTime::Unit unit) {
+    Timeline& time = host.time();
+    const MTime::Unit before = time.Unit();
+    const auto redo = [&time, unit] {
+        if (!time.SetUnit(unit)) {
+            throw SceneError("Unknown time unit.");
+        }
+    };
+    Do(host, "currentUnit", redo, [&time, before] { time.SetUnit(before); });
+}
+
+void AddNamespace(Host& host, const std::string& name) {
+    Scene& scene = host.scene();
+    if (name.empty() || scene.Namespaces().count(name) != 0) {
+        throw SceneError("The namespace '" + name + "' exists already.");
+    }
+    const std::set<std::string> before = scene.Namespaces();
+    Do(
+        host, "namespace", [&scene, name] { scene.AddNamespace(name); },
+        [&scene, before] { scene.SetNamespaces(before); });
+}
+
+void RemoveNamespace(Host& host, const std::string& name) {
+    Scene& scene = host.scene();
+    const auto redo = [&scene, name] {
+        if (!scene.RemoveNamespace(name)) {
+            throw SceneError("The namespace '" + name + "' does not exist or is not empty.");
+        }
+    };
+    Do(host, "namespace", redo, [&scene, name] { scene.AddNamespace(name); });
+}
+
+} // namespace lightbox::edit

@@ -1,0 +1,45 @@
+#include "scene/IdleQueue.h"
+
+#include "scene/EventBus.h"
+
+#include <utility>
+
+namespace lightbox {
+
+namespace {
+
+/// Pieces of work in one go. Work that queues itself again and again would otherwise never end.
+constexpr std::size_t MOST_AT_ONCE = 10000;
+
+} // namespace
+
+void IdleQueue::Add(std::function<void()> work, bool lowPriority) {
+    (lowPriority ? lowPriority_ : work_).push_back(std::move(work));
+}
+
+std::size_t IdleQueue::Drain() {
+    if (draining_ || IsEmpty()) {
+        return 0;
+    }
+    struct Scope {
+        bool& flag;
+        ~Scope() { flag = false; }
+    } scope{draining_};
+    draining_ = true;
+    std::size_t count = 0;
+    for (; count < MOST_AT_ONCE && !IsEmpty(); ++count) {
+        std::deque<std::function<void()>>& queue = work_.empty() ? lowPriority_ : work_;
+        const std::function<void()> work = std::move(queue.front());
+        queue.pop_front();
+        work();
+    }
+    events_.Fire("idle");
+    return count;
+}
+
+void IdleQueue::Clear() {
+    work_.clear();
+    lowPriority_.clear();
+}
+
+} // namespace lightbox

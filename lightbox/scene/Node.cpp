@@ -1,0 +1,132 @@
+#include "scene/Node.h"
+
+#include <QUuid>
+
+#include <algorithm>
+#include <set>
+
+namespace lightbox {
+
+namespace {
+
+std::shared_ptr<Attribute> FindIn(const std::vector<std::shared_ptr<Attribute>>& attributes,
+                                  const std::string& name) {
+    for (const std::shared_ptr<Attribute>& attribute : attributes) {
+        if (attribute->HasName(name)) {
+            return attribute;
+        }
+        if (std::shared_ptr<Attribute> child = FindIn(attribute->Children(), name)) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+bool HasAnyNameOf(const Node& node, const Attribute& attribute) {
+    return node.FindAttribute(attribute.LongName()) || node.FindAttribute(attribute.ShortName()) ||
+           std::any_of(attribute.Children().begin(), attribute.Children().end(),
+                       [&](const std::shared_ptr<Attribute>& child) { return HasAnyNameOf(node, *child); });
+}
+
+} // namespace
+
+bool PlugState::operator==(const PlugState& other) const {
+    return value == other.value && isSet == other.isSet && locked == other.locked &&
+           keyable == other.keyable && channelBox == other.channelBox;
+}
+
+Node::Node(std::shared_ptr<const NodeType> type)
+    : type_(std::move(type)) {
+    ++type_->liveNodes;
+}
+
+Node::~Node() {
+    // The plug-in's object may still ask its node for something while it goes.
+    userNode_.reset();
+    states_.clear();
+    --type_->liveNodes;
+}
+
+const std::string& Node::Uuid() {
+    if (uuid_.empty()) {
+        uuid_ = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
+    }
+    return uuid_;
+}
+
+std::shared_ptr<Attribute> Node::FindAttribute(const std::string& name) const {
+    if (std::shared_ptr<Attribute> attribute = type_->FindAttribute(name)) {
+        return attribute;
+    }
+    return FindIn(dynamic_, name);
+}
+
+std::shared_ptr<Attribute> Node::FindOrKeepAttribute(const std::string& name) {
+    std::shared_ptr<Attribute> attribute = FindAttribute(name);
+    if (!attribute && type_->keepsAnything && !name.empty()) {
+        attribute = std::make_shared<Attribute>(name, name, AttributeKind::Kept);
+        attribute->dynamic = true;
+        dynamic_.push_back(attribute);
+    }
+    return attribute;
+}
+
+std::vector<std::shared_ptr<Attribute>> Node::Attributes() const {
+    std::vector<std::shared_ptr<Attribute>> all = type_->Attributes();
+    all.insert(all.end(), dynamic_.begin(), dynamic_.end());
+    return all;
+}
+
+bool Node::AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t position) {
+    if (HasAnyNameOf(*this, *attribute)) {
+        return false;
+    }
+    attribute->dynamic = true;
+    position = std::min(position, dynamic_.size());
+    dynamic_.insert(dynamic_.begin() + static_cast<std::ptrdiff_t>(position), std::move(attribute));
+    return true;
+}
+
+bool Node::RemoveDynamicAttribute(const Attribute& attribute) {
+    const auto found =
+        std::find_if(dynamic_.begin(), dynamic_.end(), [&](const std::shared_ptr<Attribute>& candidate) {
+            return candidate.get() == &attribute;
+        });
+    if (found == dynamic_.end()) {
+        return false;
+    }
+    dynamic_.erase(found);
+    return true;
+}
+
+const PlugState* Node::FindState(const Attribute& attribute, int element) const {
+    const auto found = states_.find({&attribute, element});
+    return found == states_.end() ? nullptr : &found->second;
+}
+
+PlugState& Node::State(const Attribute& attribute, int element) {
+    return states_[{&attribute, element}];
+}
+
+void Node::SetState(const Attribute& attribute, int element, const PlugState& state) {
+    if (state.IsDefault()) {
+        states_.erase({&attribute, element});
+    } else {
+        states_[{&attribute, element}] = state;
+    }
+}
+
+std::vector<int> Node::Elements(const Attribute& attribute) const {
+    std::set<int> indexes;
+    for (auto state = states_.lower_bound({&attribute, 0});
+         state != states_.end() && state->first.first == &attribute; ++state) {
+        indexes.insert(state->first.second);
+    }
+    for (const std::shared_ptr<Attribute>& child : attribute.Children()) {
+        const std::vector<int> ofChild = Elements(*child);
+        indexes.insert(ofChild.begin(), ofChild.end());
+    }
+    return {indexes.begin(), indexes.end()};
+}
+
+} // namespace lightbox

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
+
+namespace lightbox {
+
+/// The parts of a transform node. Angles in degrees. A transform's matrix is, for row vectors, scale pivot,
+/// scale, shear, scale pivot translation, rotate pivot, rotate axis, rotation, rotate pivot translation,
+/// translation, in the published order.
+struct Transformation {
+    Imath::V3d translate{0.0};
+    Imath::V3d rotate{0.0};
+    Imath::V3d scale{1.0};
+    Imath::V3d shear{0.0};
+    Imath::V3d rotatePivot{0.0};
+    Imath::V3d rotatePivotTranslate{0.0};
+    Imath::V3d scalePivot{0.0};
+    Imath::V3d scalePivotTranslate{0.0};
+    Imath::V3d rotateAxis{0.0};
+    int rotateOrder = 0;
+
+    Imath::M44d Matrix() const;
+    /// Chooses translate, rotate, scale and shear so that Matrix() becomes that matrix; the other parts stay.
+    /// False for a matrix that flattens space.
+    bool SetMatrix(const Imath::M44d& matrix);
+};
+
+} // namespace lightbox

@@ -1,0 +1,105 @@
+#include "paint/PngStructure.h"
+
+#include "paint/ImageSize.h"
+
+#include <QtEndian>
+
+#include <array>
+#include <cstring>
+
+namespace vellix {
+
+namespace {
+
+constexpr char SIGNATURE[] = "\x89PNG\r\n\x1a\n";
+constexpr qint64 SIGNATURE_LENGTH = 8;
+constexpr qint64 HEADER_LENGTH = 13;
+constexpr qint64 FRAMING = 12; // a chunk's length, type and checksum
+constexpr qint64 MAX_DEFLATE_RATIO = 1032;
+
+using CrcTable = std::array<quint32, 256>;
+
+CrcTable MakeCrcTable() {
+    CrcTable table;
+    for (quint32 n = 0; n < 256; ++n) {
+        quint32 c = n;
+        for (int bit = 0; bit < 8; ++bit) {
+            c = (c & 1) != 0 ? 0xedb88320u ^ (c >> 1) : c >> 1;
+        }
+        table[n] = c;
+    }
+    return table;
+}
+
+// Annex D of the specification.
+quint32 Crc(const uchar* bytes, qint64 count) {
+    static const CrcTable table = MakeCrcTable();
+    quint32 c = 0xffffffffu;
+    for (qint64 i = 0; i < count; ++i) {
+        c = table[(c ^ bytes[i]) & 0xff] ^ (c >> 8);
+    }
+    return c ^ 0xffffffffu;
+}
+
+struct Chunk {
+    const uchar* type = nullptr; // four letters, the data behind them
+    qint64 length = 0;           // of the data
+
+    bool Is(const char* name) const { return std::memcmp(type, name, 4) == 0; }
+    // Decoders go on without an ancillary chunk; its first letter is a small one.
+    bool IsCritical() const { return (type[0] & 0x20) == 0; }
+    bool IsIntact() const { return Crc(type, length + 4) == qFromBigEndian<quint32>(type + 4 + length); }
+};
+
+// The chunk at `offset`; false if it goes past the end.
+bool ReadChunk(const QByteArray& packed, qint64 offset, Chunk& chunk) {
+    const qint64 rest = packed.size() - offset;
+    if (rest < FRAMING) {
+        return false;
+    }
+    const uchar* bytes = reinterpret_cast<const uchar*>(packed.constData()) + offset;
+    chunk.length = qFromBigEndian<quint32>(bytes);
+    chunk.type = bytes + 4;
+    return chunk.length <= rest - FRAMING;
+}
+
+// Whether the picture that IHDR announces is worth a decoder's allocation: deflate yields at most 1032 bytes
+// from one.
+bool IsPlausible(const Chunk& header, qint64 packedSize) {
+    const uchar* data = header.type + 4;
+    const quint32 width = qFromBigEndian<quint32>(data);
+    const quint32 height = qFromBigEndian<quint32>(data + 4);
+    constexpr quint32 most = MAX_PNG_SIDE;
+    if (width < 1 || height < 1 || width > most || height > most) {
+        return false;
+    }
+    const int colorType = data[9];
+    const int channels = colorType == 2 ? 3 : colorType == 4 ? 2 : colorType == 6 ? 4 : 1;
+    const qint64 rowBytes = (qint64(width) * channels * data[8] + 7) / 8;
+    return height * rowBytes <= MAX_DEFLATE_RATIO * packedSize;
+}
+
+} // namespace
+
+bool PngStructure::IsSound(const QByteArray& packed) {
+    Chunk chunk;
+    if (!packed.startsWith(QByteArray::fromRawData(SIGNATURE, int(SIGNATURE_LENGTH))) ||
+        !ReadChunk(packed, SIGNATURE_LENGTH, chunk) || !chunk.Is("IHDR") || chunk.length != HEADER_LENGTH ||
+        !IsPlausible(chunk, packed.size())) {
+        return false;
+    }
+    bool hasPixels = false;
+    for (qint64 offset = SIGNATURE_LENGTH; ReadChunk(packed, offset, chunk);
+         offset += FRAMING + chunk.length) {
+        if (chunk.IsCritical() && !chunk.IsIntact()) {
+            return false;
+        }
+        hasPixels = hasPixels || chunk.Is("IDAT");
+        if (chunk.Is("IEND")) {
+            return hasPixels;
+        }
+    }
+    return false;
+}
+
+} // namespace vellix

@@ -1,0 +1,141 @@
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "paint/Stroke.h"
+#include "plugin/PluginTest.h"
+
+namespace vellix {
+
+namespace {
+
+using ::testing::Contains;
+using ::testing::IsEmpty;
+
+const QString PERSP = QStringLiteral("persp");
+const QString TOP = QStringLiteral("top");
+
+class StrokeCommandTest : public PluginTest {
+protected:
+    StrokeCommandTest() {
+        Run("qmVellixNode");
+        m_node = BaseNode::GetMaster();
+        MayaUtil::SetPlaybackTime(10);
+    }
+
+    /// Draws as the draw tool does, and pushes the stroke.
+    bool Draw(const QString& camera, int y) {
+        int layer = -1;
+        bool frameAdded = false;
+        if (!m_node->PrepareForDraw(camera, layer, frameAdded)) {
+            return false;
+        }
+        Stroke* stroke = m_node->GetActiveStroke(camera, false);
+        stroke->tool = ToolType::Pencil;
+        stroke->points.append({20, 1.0f, 100.0f, QPoint(100, y)});
+        stroke->points.append({20, 1.0f, 100.0f, QPoint(300, y)});
+        stroke->changed = true;
+        m_node->GetFinalImage(camera); // what the view shows is what is committed
+        return MayaUtil::PushStroke(camera, layer, frameAdded);
+    }
+    QImage Image(const QString& camera, int frame) const {
+        return m_node->GetActiveLayer(camera)->GetFrame(frame)->PeekImage();
+    }
+    static bool Covered(const QImage& image, int y) { return image.pixelColor(200, y).alpha() > 0; }
+
+    BaseNode* m_node;
+};
+
+} // namespace
+
+TEST_F(StrokeCommandTest, UndoAndRedoExchangeTheImage) {
+    ASSERT_TRUE(Draw(PERSP, 100));
+    ASSERT_TRUE(Draw(PERSP, 400));
+    const QImage both = Image(PERSP, 0);
+    EXPECT_TRUE(Covered(both, 100) && Covered(both, 400));
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(Run("undo"));
+        EXPECT_TRUE(Covered(Image(PERSP, 0), 100));
+        EXPECT_FALSE(Covered(Image(PERSP, 0), 400));
+        ASSERT_TRUE(Run("redo"));
+        EXPECT_EQ(Image(PERSP, 0), both);
+    }
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(StrokeCommandTest, UndoReturnsToTheCameraThatWasActive) {
+    ASSERT_TRUE(Draw(PERSP, 100));
+    ASSERT_TRUE(Draw(TOP, 100));
+    EXPECT_EQ(m_node->GetActiveCamera(), TOP);
+    const QImage drawn = Image(TOP, 0);
+
+    ASSERT_TRUE(Run("undo"));
+    EXPECT_EQ(m_node->LayerCount(TOP), 0);
+    EXPECT_EQ(m_node->GetActiveCamera(), PERSP);
+    EXPECT_EQ(m_node->GetActiveLayerIndex(PERSP), 0);
+
+    ASSERT_TRUE(Run("redo"));
+    EXPECT_EQ(m_node->GetActiveCamera(), TOP);
+    ASSERT_EQ(m_node->LayerCount(TOP), 1);
+    EXPECT_EQ(m_node->GetActiveLayer(TOP)->GetFrame(0)->GetTimeValue(), 10);
+    EXPECT_EQ(Image(TOP, 0), drawn);
+
+    ASSERT_TRUE(Run("undo; undo"));
+    EXPECT_EQ(m_node->TotalLayerCount(), 0);
+}
+
+TEST_F(StrokeCommandTest, UndoFindsItsFrameAtAnyTime) {
+    ASSERT_TRUE(Draw(PERSP, 100));
+    MayaUtil::SetPlaybackTime(20);
+    ASSERT_TRUE(Draw(PERSP, 400));
+    ASSERT_TRUE(Draw(PERSP, 600));
+    const QImage first = Image(PERSP, 0);
+    const QImage second = Image(PERSP, 1);
+    MayaUtil::SetPlaybackTime(12);
+    ASSERT_TRUE(Run("undo"));
+    EXPECT_EQ(Image(PERSP, 0), first);
+    EXPECT_FALSE(Covered(Image(PERSP, 1), 600));
+    EXPECT_TRUE(Covered(Image(PERSP, 1), 400));
+    EXPECT_EQ(m_node->GetActiveLayer(PERSP)->GetCurrentFrameIndex(), 0);
+    ASSERT_TRUE(Run("redo"));
+    EXPECT_EQ(Image(PERSP, 1), second);
+    ASSERT_TRUE(Run("undo; undo"));
+    EXPECT_EQ(m_node->GetActiveLayer(PERSP)->FrameCount(), 1);
+    EXPECT_EQ(Image(PERSP, 0), first);
+}
+
+TEST_F(StrokeCommandTest, AStaticLayersFrameIsKeyedAtTheDefaultTime) {
+    m_node->InsertLayer(PERSP, -1, QStringLiteral("Set"));
+    m_node->SetLayerState(PERSP, 0, LayerState::Static);
+    ASSERT_TRUE(Draw(PERSP, 100));
+    const Layer* layer = m_node->GetActiveLayer(PERSP);
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_EQ(layer->FrameCount(), 1);
+        EXPECT_EQ(layer->GetFrame(0)->GetTimeValue(), Settings::DEFAULT_STATIC_FRAME_TIME);
+        EXPECT_TRUE(Covered(Image(PERSP, 0), 100));
+        ASSERT_TRUE(Run("undo"));
+        EXPECT_EQ(layer->FrameCount(), 0);
+        ASSERT_TRUE(Run("redo"));
+    }
+}
+
+TEST_F(StrokeCommandTest, Misuse) {
+    EXPECT_FALSE(Run("qmVellixStroke"));
+    EXPECT_THAT(Messages(), Contains("Camera not specified"));
+    EXPECT_FALSE(Run("qmVellixStroke nobody"));
+    EXPECT_THAT(Messages(), Contains("Camera does not exist: nobody"));
+    EXPECT_FALSE(Run("qmVellixStroke persp")); // no layer
+    ASSERT_TRUE(Draw(PERSP, 100));
+    EXPECT_FALSE(Run("qmVellixStroke persp")); // no stroke
+    EXPECT_FALSE(Run("qmVellixStroke -fa top"));
+    const QImage drawn = Image(PERSP, 0);
+    EXPECT_TRUE(Covered(drawn, 100));
+    Run("undo"); // the failed ones left nothing to undo
+    EXPECT_EQ(m_node->TotalLayerCount(), 0);
+
+    Run("file -force -new");
+    EXPECT_FALSE(Run("qmVellixStroke persp"));
+}
+
+} // namespace vellix

@@ -1,0 +1,88 @@
+#include "host/PluginMain.h"
+#include "host/Settings.h"
+#include "plugin/PluginTest.h"
+#include "scene/EventBus.h"
+#include "scene/PluginManager.h"
+
+#include <QFile>
+
+namespace vellix {
+
+using ::testing::IsEmpty;
+
+using LoadTest = PluginTest;
+
+namespace {
+
+struct Leftovers {
+    size_t callbacks;
+    std::string jobs;
+    size_t commands;
+    std::string nodeTypes;
+
+    bool operator==(const Leftovers& other) const {
+        return callbacks == other.callbacks && jobs == other.jobs && commands == other.commands &&
+               nodeTypes == other.nodeTypes;
+    }
+};
+
+} // namespace
+
+TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
+    lightbox::PluginManager& plugins = Host().plugins();
+    const auto state = [&] {
+        return Leftovers{Host().events().CallbackCount(), Ask("size(`scriptJob -listJobs`)"),
+                         Host().interpreter().Commands().Names().size(), Ask("allNodeTypes")};
+    };
+    const Leftovers loaded = state();
+    plugins.Unload("vellix2", false);
+    const Leftovers unloaded = state();
+    EXPECT_EQ(unloaded.callbacks + 8, loaded.callbacks); // seven events and the script job's condition
+    EXPECT_EQ(Ask("whatIs qmVellixNode"), "Unknown");
+    EXPECT_EQ(unloaded.nodeTypes.find("qmVellix"), std::string::npos);
+
+    for (int round = 0; round < 50; ++round) {
+        plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+        ASSERT_TRUE(Run("qmVellixNode -l -f -c persp")) << round;
+        ASSERT_TRUE(Run("undo; redo; undo"));
+        plugins.Unload("vellix2", false);
+        ASSERT_TRUE(state() == unloaded) << round;
+    }
+    plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    EXPECT_TRUE(state() == loaded);
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(LoadTest, SettingsAreWrittenOnUnloadingAndReadOnLoading) {
+    QFile::remove(Settings::GetUserConfigPath());
+    Settings::lineSize = 23;
+    Host().plugins().Unload("vellix2", false);
+    EXPECT_TRUE(QFile::exists(Settings::GetUserConfigPath()));
+    Settings::lineSize = 6;
+    Host().plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    EXPECT_EQ(Settings::lineSize, 23);
+    Settings::lineSize = 6;
+}
+
+TEST_F(LoadTest, ANameThatIsTakenStopsTheRegistration) {
+    lightbox::PluginManager& plugins = Host().plugins();
+    plugins.Unload("vellix2", false);
+    const size_t callbacks = Host().events().CallbackCount();
+    // Another plug-in that has taken the second command's name.
+    plugins.LoadBuiltin(
+        "other",
+        [](MObject object) {
+            return MFnPlugin(object).registerCommand("qmVellixStroke",
+                                                     [] { return static_cast<void*>(nullptr); });
+        },
+        [](MObject object) { return MFnPlugin(object).deregisterCommand("qmVellixStroke"); });
+    EXPECT_THROW(plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin), lightbox::PluginError);
+    EXPECT_THAT(Messages(),
+                ::testing::Contains(::testing::StartsWith("Failed to register 'qmVellixStroke' command: ")));
+    EXPECT_EQ(Host().events().CallbackCount(), callbacks);
+    EXPECT_EQ(Ask("allNodeTypes").find("qmVellix"), std::string::npos);
+    plugins.Unload("other", false);
+    EXPECT_NO_THROW(plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin));
+}
+
+} // namespace vellix

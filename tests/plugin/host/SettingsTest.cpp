@@ -1,0 +1,195 @@
+#include "host/Settings.h"
+
+#include "paint/ToolType.h"
+#include "plugin/PluginTest.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <random>
+
+namespace vellix {
+
+namespace {
+
+class SettingsTest : public PluginTest {
+protected:
+    SettingsTest() {
+        Write("");
+        Settings::activeTool = ToolType::Brush;
+        Settings::ghostPrevCount = Settings::DEFAULT_GHOSTED_FRAME_COUNT;
+        Settings::timelineFrameDisplay = 0;
+        Settings::pencilSize = 6;
+    }
+    ~SettingsTest() override { QFile::remove(Settings::GetUserConfigPath()); }
+
+    static void Write(const QByteArray& text) {
+        QFile file(Settings::GetUserConfigPath());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    static QByteArray Written() {
+        Settings::WriteUserConfig();
+        QFile file(Settings::GetUserConfigPath());
+        file.open(QIODevice::ReadOnly);
+        return file.readAll();
+    }
+    static void Read(const QByteArray& group, const QByteArray& line) {
+        Write("[" + group + "]\n" + line + "\n");
+        Settings::ReadUserConfig();
+    }
+};
+
+} // namespace
+
+TEST_F(SettingsTest, StoredNumbersAreClampedOrRefused) {
+    struct Case {
+        const char* group;
+        const char* line;
+        std::function<int()> value;
+        int expected;
+    };
+    const Case cases[] = {
+        {"tools", "pencilSize=0", [] { return Settings::pencilSize; }, 1},
+        {"tools", "pencilSize=abc", [] { return Settings::pencilSize; }, 1},
+        {"tools", "lineSize=80", [] { return Settings::lineSize; }, 50},
+        {"tools", "textSize=150", [] { return Settings::textSize; }, 100},
+        {"tools", "brushOpacity=0", [] { return Settings::brushOpacity; }, 1},
+        {"tools", "rectangleOpacity=2000000000", [] { return Settings::rectangleOpacity; }, 100},
+        {"tools", "ghostPrevCount=0", [] { return Settings::ghostPrevCount; }, 3},
+        {"tools", "ghostPrevCount=9", [] { return Settings::ghostPrevCount; }, 9},
+        {"tools", "ghostPrevCount=10", [] { return Settings::ghostPrevCount; }, 3},
+        {"tools", "activeTool=9", [] { return int(Settings::activeTool); }, 1},
+        {"tools", "activeTool=-1", [] { return int(Settings::activeTool); }, 1},
+        {"tools", "activeTool=8", [] { return int(Settings::activeTool); }, 8},
+        {"preferences", "defaultLayerState=3", [] { return Settings::defaultLayerState; }, 0},
+        {"preferences", "timelineFrameDisplay=-1", [] { return Settings::timelineFrameDisplay; }, 0},
+        {"preferences", "defaultStaticFrameTime=-5000", [] { return Settings::defaultStaticFrameTime; },
+         -5000},
+    };
+    for (const Case& test : cases) {
+        Read(test.group, test.line);
+        EXPECT_EQ(test.value(), test.expected) << test.line;
+    }
+}
+
+TEST_F(SettingsTest, MissingKeysResetOnlyWhatHasAFixedDefault) {
+    Settings::activeColor = QColor(1, 2, 3);
+    Settings::ghostNext = true;
+    Settings::mainMenuName = QStringLiteral("Draw");
+    Settings::toolboxGeometry = "old";
+    Settings::arrowSize = 17;
+    Settings::ghostColorOverride = true;
+    Settings::eraserOpacity = 20;
+    Settings::brushHardness = 30;
+    Settings::eraserHardness = 40;
+    Settings::ReadUserConfig();
+    EXPECT_EQ(Settings::activeColor, QColor(Qt::cyan));
+    EXPECT_FALSE(Settings::ghostNext);
+    EXPECT_EQ(Settings::mainMenuName, QStringLiteral("VX2"));
+    EXPECT_TRUE(Settings::toolboxGeometry.isEmpty());
+    EXPECT_EQ(Settings::arrowSize, 17);
+    EXPECT_TRUE(Settings::ghostColorOverride);
+    EXPECT_EQ(Settings::eraserOpacity, 100);
+    EXPECT_EQ(Settings::brushHardness, 100);
+    EXPECT_EQ(Settings::eraserHardness, 100);
+    EXPECT_FALSE(Settings::textFontFamily.isEmpty());
+    Settings::arrowSize = 6;
+    Settings::ghostColorOverride = false;
+}
+
+TEST_F(SettingsTest, GroupsAndKeysAreWrittenInTheirOrder) {
+    QFile::remove(Settings::GetUserConfigPath());
+    QStringList keys;
+    for (const QByteArray& line : Written().split('\n')) {
+        const QString text = QString::fromUtf8(line).trimmed();
+        if (!text.isEmpty()) {
+            keys.append(text.section(QLatin1Char('='), 0, 0));
+        }
+    }
+    const QString expected = QStringLiteral(
+        "[main] version mainMenuName toolboxGeometry toolOptionsGeometry layerManagerGeometry "
+        "colorPaletteGeometry retimingToolGeometry "
+        "[tools] activeTool activeColor pencilSize pencilOpacity pencilTabletEnabled brushSize brushOpacity "
+        "brushTabletEnabled eraserSize textFontFamily textSize textOpacity lineSize lineOpacity arrowSize "
+        "arrowOpacity ellipseSize ellipseOpacity rectangleSize rectangleOpacity ghostPrev ghostNext "
+        "ghostPrevCount ghostNextCount ghostColorOverride ghostColorOverridePrev ghostColorOverrideNext "
+        "retimeMoveToNextFrame "
+        "[preferences] drawToolContextMenu transformToolContextMenu timelineContextMenu "
+        "toolboxDrawToolContextMenu toolboxGhostingContextMenu showMainMenuInAnimationSet "
+        "disableGhostingDuringPlayback timeControlRangeMoveEnabled ignore2dPanZoom defaultLayerState "
+        "automaticallyAddFirstLayer alwaysDisplayNewLayerDialog insertDefaultStaticFrame "
+        "defaultStaticFrameTime timelineFrameDisplay timelineFrameColor");
+    EXPECT_EQ(keys.join(QLatin1Char(' ')).toStdString(), expected.toStdString());
+}
+
+TEST_F(SettingsTest, WhatIsWrittenIsReadBack) {
+    const QString font = QString::fromUtf8("F\xC3\xBCr, \"quoted\" \\ = ; \xE7\xAD\x86");
+    const QByteArray geometry("\x01\x00\xFF\n\"", 5);
+    Settings::textFontFamily = font;
+    Settings::layerManagerGeometry = geometry;
+    Settings::activeColor = QColor(10, 20, 30, 40);
+    Settings::retimeMoveToNextFrame = true;
+    Settings::WriteUserConfig();
+    Settings::textFontFamily.clear();
+    Settings::layerManagerGeometry.clear();
+    Settings::activeColor = QColor();
+    Settings::retimeMoveToNextFrame = false;
+    Settings::ReadUserConfig();
+    EXPECT_EQ(Settings::textFontFamily, font);
+    EXPECT_EQ(Settings::layerManagerGeometry, geometry);
+    EXPECT_EQ(Settings::activeColor, QColor(10, 20, 30, 40));
+    EXPECT_TRUE(Settings::retimeMoveToNextFrame);
+    Settings::retimeMoveToNextFrame = false;
+}
+
+TEST_F(SettingsTest, NonsenseFilesDoNoHarm) {
+    const QByteArray whole = Written();
+    std::mt19937 random(7);
+    QList<QByteArray> files = {
+        QByteArray(100000, '\0'),
+        "[tools",
+        "]]]][[[[====%%%\\x\n",
+        "[tools]\nactiveColor=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\n",
+        "[tools]\nactiveColor=@Variant(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\n",
+        "[tools]\nactiveColor=@Variant(\\0\\0\\0\\b\\x7f\\xff\\xff\\xff)\n",
+        "[main]\ntoolboxGeometry=@ByteArray(\\xZZ\nversion=@Invalid()\n",
+    };
+    for (int round = 0; round < 300; ++round) {
+        QByteArray damaged = whole;
+        for (int change = 0; change < 8; ++change) {
+            damaged[int(random() % unsigned(damaged.size()))] = char(random());
+        }
+        files.append(damaged.left(int(random() % unsigned(damaged.size()))));
+        files.append(damaged);
+    }
+    for (const QByteArray& text : files) {
+        Write(text);
+        Settings::ReadUserConfig();
+        for (int tool = 0; tool < 8; ++tool) {
+            const int size = Settings::GetToolSize(ToolType(tool));
+            ASSERT_TRUE(size >= 1 && size <= 100) << text.toStdString();
+        }
+        ASSERT_TRUE(Settings::ghostNextCount >= 1 && Settings::ghostNextCount <= 9);
+        ASSERT_TRUE(int(Settings::activeTool) >= 0 && int(Settings::activeTool) <= 8);
+    }
+}
+
+TEST_F(SettingsTest, HardnessAndUnknownTools) {
+    Settings::SetToolHardness(ToolType::Brush, -5);
+    EXPECT_EQ(Settings::GetToolHardness(ToolType::Brush), 10);
+    Settings::SetToolHardness(ToolType::Brush, 5);
+    EXPECT_EQ(Settings::GetToolHardness(ToolType::Brush), 5);
+    Settings::SetToolHardness(ToolType::Eraser, -5);
+    EXPECT_EQ(Settings::GetToolHardness(ToolType::Eraser), 0);
+    Settings::SetToolHardness(ToolType::Line, 5);
+    EXPECT_EQ(Settings::GetToolHardness(ToolType::Line), 100);
+    EXPECT_THAT(Messages(), ::testing::IsEmpty());
+
+    Settings::pencilSize = 33;
+    EXPECT_EQ(Settings::GetToolSize(ToolType::Transform), 33);
+    Settings::SetToolOpacity(ToolType(12), 50);
+    EXPECT_THAT(Messages(), ::testing::ElementsAre("Unknown tool type: 8", "Unknown tool type: 12"));
+}
+
+} // namespace vellix

@@ -1,0 +1,367 @@
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "node/BaseNodeLayerData.h"
+#include "plugin/PluginTest.h"
+#include "plugin/node/LayerDataText.h"
+
+#include <chrono>
+#include <cstring>
+#include <sstream>
+
+namespace vellix {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const QString PERSP = QStringLiteral("persp");
+
+class LayerDataTest : public PluginTest {
+protected:
+    LayerDataTest() {
+        m_data.CreateLayerManager();
+        FillDrawing(*m_data.GetLayerManager());
+        m_data.GetLayerManager()->MakeMaster();
+    }
+
+    LayerManager& Drawing() { return *m_data.GetLayerManager(); }
+    /// The text of a drawing with one layer and these frame tokens.
+    static std::vector<std::string> OneLayer(const std::vector<std::string>& frames) {
+        std::vector<std::string> tokens = {"1", "0", "persp", "1", "persp", "1", "0", "Ink"};
+        tokens.push_back(std::to_string(frames.size() / 2));
+        tokens.insert(tokens.end(), {"1", "1", "0"});
+        tokens.insert(tokens.end(), frames.begin(), frames.end());
+        return tokens;
+    }
+
+    BaseNodeLayerData m_data;
+};
+
+std::string Hex(const QByteArray& bytes) {
+    return bytes.toHex().toStdString();
+}
+
+/// The bytes of a binary drawing, built field by field.
+class Bytes {
+public:
+    Bytes& Int(qint32 value) { return Raw(&value, sizeof(value)); }
+    Bytes& Byte(quint8 value) { return Raw(&value, sizeof(value)); }
+    Bytes& Float(float value) { return Raw(&value, sizeof(value)); }
+    Bytes& Text(const std::string& text) { return Int(qint32(text.size())).Raw(text.data(), text.size()); }
+    operator std::string() const { return m_bytes; }
+
+private:
+    Bytes& Raw(const void* data, size_t size) {
+        m_bytes.append(static_cast<const char*>(data), size);
+        return *this;
+    }
+    std::string m_bytes;
+};
+
+} // namespace
+
+TEST_F(LayerDataTest, BothFormsBringEverythingBack) {
+    const std::string drawn = Describe(Drawing());
+    const ReadResult ascii = ReadAscii(Tokens(WriteAscii(m_data)));
+    EXPECT_TRUE(ascii.status);
+    EXPECT_EQ(Describe(*ascii.layers), drawn);
+    const ReadResult binary = ReadBinary(WriteBinary(m_data));
+    EXPECT_TRUE(binary.status);
+    EXPECT_EQ(Describe(*binary.layers), drawn);
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(LayerDataTest, TextHasItsTokensInOrder) {
+    BaseNodeLayerData empty;
+    empty.CreateLayerManager();
+    EXPECT_EQ(WriteAscii(empty), "1 0 \"\" 0\n\t\t");
+
+    LayerManager& layers = *empty.GetLayerManager();
+    layers.InsertLayer(PERSP, -1, QStringLiteral("Ink"));
+    layers.SetLayerOpacity(PERSP, 0, 1.0f / 3.0f);
+    auto* frame = new Frame(MTime(7.0, MTime::uiUnit()));
+    const QByteArray png = Png(1024, 1024, Qt::red);
+    frame->SetPackedImage(png);
+    layers.GetLayer(PERSP, 0)->InsertFrame(frame);
+    EXPECT_EQ(WriteAscii(empty), "1 0 \"persp\" 1\n\t\t\"persp\" 1 0\n\t\t\"Ink\" 1 1 0.333333 0\n\t\t7 \"" +
+                                     Hex(png) + "\"\n\t\t");
+}
+
+TEST_F(LayerDataTest, WithoutADrawingNothingIsWritten) {
+    BaseNodeLayerData none;
+    std::ostringstream out;
+    EXPECT_EQ(none.writeASCII(out), MS::kFailure);
+    EXPECT_EQ(out.str(), "-1");
+    out.str("");
+    EXPECT_EQ(none.writeBinary(out), MS::kFailure);
+    EXPECT_EQ(out.str(), "");
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(m_data.writeBinary(out), MS::kFailure);
+}
+
+TEST_F(LayerDataTest, PackedBytesArePassedOnAsTheyWere) {
+    // Encoding the picture again would give other bytes than these, which are hardly compressed.
+    const QByteArray png = Png(1024, 1024, Qt::green, 0);
+    const std::vector<std::string> tokens = OneLayer({"1", Hex(png)});
+    BaseNodeLayerData data;
+    unsigned element = 0;
+    ASSERT_TRUE(data.readASCII(ToArguments(tokens), element));
+    EXPECT_EQ(element, tokens.size());
+    EXPECT_EQ(Tokens(WriteAscii(data)), tokens);
+    const ReadResult again = ReadBinary(WriteBinary(data));
+    EXPECT_EQ(again.layers->GetLayer(PERSP, 0)->GetFrame(0)->GetPackedImage(), png);
+}
+
+TEST_F(LayerDataTest, CopiesShareTheDrawing) {
+    BaseNodeLayerData copy;
+    copy.copy(m_data);
+    copy.GetLayerManager()->InsertLayer(PERSP, -1, QStringLiteral("Added"));
+    EXPECT_EQ(Drawing().LayerCount(PERSP), 4);
+}
+
+TEST_F(LayerDataTest, ReadingAppends) {
+    unsigned element = 0;
+    ASSERT_TRUE(m_data.readASCII(ToArguments(OneLayer({})), element));
+    EXPECT_EQ(Drawing().GetLayerName(PERSP, 3), QStringLiteral("Ink"));
+}
+
+TEST_F(LayerDataTest, BadTokensStopTheReading) {
+    struct Case {
+        size_t token;
+        const char* value;
+        const char* message;
+        bool success;
+        int layers; ///< that are kept
+    };
+    const Case cases[] = {
+        {0, "0", "Invalid version", false, 0},
+        {0, "-7", "Invalid version", false, 0},
+        {0, "x", nullptr, true, 2},
+        {1, "x", "Failed to get master (1)", false, 0},
+        {3, "x", "Invalid layer count (3)", false, 0},
+        {3, "0", nullptr, true, 0},
+        {3, "-2", nullptr, true, 0},
+        {5, "x", "Invalid layer count (5)", false, 0},
+        {6, "x", "Invalid active layer index (6)", false, 0},
+        {6, "-1", nullptr, true, 2},
+        {8, "x", "Invalid frame count (8)", false, 0},
+        {9, "x", "Invalid layer visibility (9)", false, 0},
+        {10, "x", "Invalid opacity (10)", false, 0},
+        {11, "x", "Invalid layer state (11)", false, 0},
+        {11, "3", "Invalid layer state (11)", true, 0},
+        {11, "-1", "Invalid layer state (11)", true, 0},
+        {12, "x", "Invalid frame time (12)", false, 1},
+        {16, "3", "Invalid layer state (18)", true, 1},
+    };
+    const std::string png = Hex(Png(1024, 1024, Qt::red));
+    const std::vector<std::string> whole = {"1",   "0", "top", "1", "persp", "2", "1", "Ink", "1", "1",
+                                            "0.5", "0", "4",   png, "Set",   "0", "1", "1",   "2"};
+    for (const Case& test : cases) {
+        std::vector<std::string> tokens = whole;
+        if (test.token == 16) {
+            tokens[18] = test.value;
+        } else {
+            tokens[test.token] = test.value;
+        }
+        const ReadResult read = ReadAscii(tokens);
+        const std::string where = std::to_string(test.token) + " = " + test.value;
+        EXPECT_EQ(bool(read.status), test.success) << where;
+        EXPECT_EQ(read.layers->LayerCount(PERSP), test.layers) << where;
+        if (test.message != nullptr) {
+            EXPECT_THAT(Messages(), ElementsAre(test.message)) << where;
+            EXPECT_NE(read.layers->GetActiveCamera(), QStringLiteral("top")) << where;
+        } else {
+            EXPECT_THAT(Messages(), IsEmpty()) << where;
+            EXPECT_EQ(read.layers->GetActiveCamera(), QStringLiteral("top")) << where;
+        }
+    }
+    EXPECT_EQ(ReadAscii({}).status, MS::kFailure);
+}
+
+TEST_F(LayerDataTest, AStateThatIsNoneCountsAsAnimatedInTheBinaryForm) {
+    for (const qint32 state : {3, -1, 2000000000}) {
+        const ReadResult read = ReadBinary(Bytes()
+                                               .Int(0)
+                                               .Byte(0)
+                                               .Text("persp")
+                                               .Int(1)
+                                               .Text("persp")
+                                               .Int(1)
+                                               .Int(0)
+                                               .Text("Ink")
+                                               .Int(0)
+                                               .Byte(1)
+                                               .Float(1.0f)
+                                               .Int(state));
+        EXPECT_TRUE(read.status);
+        EXPECT_EQ(read.layers->LayerCount(PERSP), 1);
+        EXPECT_EQ(read.layers->GetLayerState(PERSP, 0), LayerState::Animated);
+    }
+}
+
+TEST_F(LayerDataTest, UnknownLayersAreSkipped) {
+    const ReadResult read = ReadAscii({"1", "0", "", "1", "persp", "3", "0", "Ink", "0", "1", "1", "0",
+                                       "UNKNOWN", "-1", "Set", "0", "1", "1", "0"});
+    EXPECT_TRUE(read.status);
+    EXPECT_EQ(read.layers->LayerCount(PERSP), 2);
+    EXPECT_THAT(Messages(), ElementsAre("Skipping invalid layer"));
+}
+
+TEST_F(LayerDataTest, TextCutAtEveryToken) {
+    const std::vector<std::string> whole = Tokens(WriteAscii(m_data));
+    for (size_t count = 1; count < whole.size(); ++count) {
+        const ReadResult read = ReadAscii({whole.begin(), whole.begin() + long(count)});
+        EXPECT_FALSE(read.status) << count;
+        const std::vector<std::string> messages = Messages();
+        ASSERT_EQ(messages.size(), 1u) << count;
+        EXPECT_THAT(messages[0], ::testing::EndsWith(" (" + std::to_string(read.element - 1) + ")"));
+    }
+}
+
+TEST_F(LayerDataTest, BothFormsCutAtEvery97thByte) {
+    const std::string text = WriteAscii(m_data);
+    for (size_t size = 0; size < text.size(); size += 97) {
+        const ReadResult read = ReadAscii(Tokens(text.substr(0, size)));
+        EXPECT_FALSE(read.status) << size;
+        EXPECT_LE(read.layers->TotalLayerCount(), 4);
+    }
+    Messages();
+    const std::string bytes = WriteBinary(m_data);
+    int layers = 0;
+    for (size_t size = 1; size < bytes.size(); size += 97) {
+        const ReadResult read = ReadBinary(bytes.substr(0, size));
+        EXPECT_TRUE(read.status) << size;
+        EXPECT_GE(read.layers->TotalLayerCount(), layers) << size;
+        layers = read.layers->TotalLayerCount();
+    }
+    EXPECT_EQ(layers, 4);
+    EXPECT_EQ(ReadBinary("").status, MS::kFailure);
+}
+
+TEST_F(LayerDataTest, CountsOfBillionsEndWithTheData) {
+    const std::string many = "2000000000";
+    for (const size_t token : {3u, 5u, 8u}) {
+        std::vector<std::string> tokens = OneLayer({"1", Hex(Png(1024, 1024, Qt::red))});
+        tokens[token] = many;
+        EXPECT_FALSE(ReadAscii(tokens).status) << token;
+    }
+    Messages();
+    const auto stored = [](qint32 nameSize, qint32 cameras, qint32 layers, qint32 frames, qint32 imageSize) {
+        return std::string(Bytes().Int(1).Byte(1).Int(nameSize)) + "persp" +
+               std::string(Bytes().Int(cameras).Text("persp").Int(layers).Int(0)) +
+               std::string(Bytes().Text("Ink").Int(frames).Byte(1).Float(1.0f).Int(0).Int(4).Int(imageSize));
+    };
+    for (const qint32 count : {2000000000, -2000000000}) {
+        EXPECT_TRUE(ReadBinary(stored(count, 1, 1, 1, 0)).status);
+        EXPECT_TRUE(ReadBinary(stored(5, count, 1, 1, 0)).status);
+        EXPECT_TRUE(ReadBinary(stored(5, 1, count, 1, 0)).status);
+        EXPECT_TRUE(ReadBinary(stored(5, 1, 1, count, 0)).status);
+        const ReadResult read = ReadBinary(stored(5, 1, 1, 1, count));
+        EXPECT_EQ(read.layers->LayerCount(PERSP), 1);
+        EXPECT_EQ(read.layers->GetLayer(PERSP, 0)->FrameCount(), 0);
+    }
+}
+
+TEST_F(LayerDataTest, DataEndsWhereTheHostSaysSo) {
+    const std::string bytes = WriteBinary(m_data);
+    BaseNodeLayerData data;
+    std::istringstream in(bytes + "what follows in the file");
+    ASSERT_TRUE(data.readBinary(in, unsigned(bytes.size())));
+    EXPECT_EQ(size_t(in.tellg()), bytes.size());
+}
+
+TEST_F(LayerDataTest, PicturesThatAreNoneAreSkippedWithAMessage) {
+    const QByteArray good = Png(1024, 1024, Qt::blue);
+    QByteArray damaged = good;
+    damaged[damaged.size() / 2] = char(damaged[damaged.size() / 2] ^ 0x55);
+    const ReadResult read = ReadAscii(
+        OneLayer({"1", "", "2", Hex(good), "3", "no hex at all", "4", Hex("GIF89a"), "5", Hex(damaged), "6",
+                  Hex(good.left(good.size() / 2)), "7", Hex(good), "8", Hex(Png(8193, 1, Qt::red))}));
+    EXPECT_TRUE(read.status);
+    QList<int> times;
+    read.layers->GetLayer(PERSP, 0)->GetFrameTimes(times);
+    EXPECT_EQ(times, (QList<int>{2, 7}));
+    EXPECT_THAT(Messages(),
+                ElementsAre("Failed to load draw data: Ink (0)", "Failed to load draw data: Ink (2)",
+                            "Failed to load draw data: Ink (3)", "Failed to load draw data: Ink (4)",
+                            "Failed to load draw data: Ink (5)", "Failed to load draw data: Ink (7)"));
+}
+
+TEST_F(LayerDataTest, BadPicturesAreReportedBeforeTheTokenThatEndsTheReading) {
+    std::vector<std::string> tokens = OneLayer({"1", "00", "2", "00", "3", "00"});
+    tokens.erase(tokens.end() - 1);
+    ReadAscii(tokens);
+    EXPECT_THAT(Messages(), ElementsAre("Failed to load draw data: Ink (0)",
+                                        "Failed to load draw data: Ink (1)", "Invalid draw data (17)"));
+}
+
+TEST_F(LayerDataTest, PicturesOfAnotherSizeArePlacedAtTheTopLeft) {
+    const QColor color(200, 100, 50, 255);
+    const ReadResult read = ReadAscii(OneLayer(
+        {"1", Hex(Png(1, 1, color)), "2", Hex(Png(8192, 8192, color)), "3", Hex(Png(600, 2000, color))}));
+    ASSERT_TRUE(read.status);
+    EXPECT_THAT(Messages(), IsEmpty());
+    const Layer* layer = read.layers->GetLayer(PERSP, 0);
+    ASSERT_EQ(layer->FrameCount(), 3);
+    const QPoint lastInside[] = {{0, 0}, {1023, 1023}, {299, 999}};
+    const QPoint firstOutside[] = {{1, 0}, {-1, -1}, {300, 999}};
+    for (int index = 0; index < 3; ++index) {
+        const QImage& image = layer->GetFrame(index)->GetImage();
+        EXPECT_EQ(image.size(), QSize(1024, 1024));
+        EXPECT_EQ(image.format(), QImage::Format_RGBA8888);
+        EXPECT_EQ(image.pixelColor(lastInside[index]), color);
+        if (firstOutside[index].x() >= 0) {
+            EXPECT_EQ(image.pixelColor(firstOutside[index]).alpha(), 0);
+        }
+    }
+}
+
+TEST_F(LayerDataTest, NamesOfEveryKindSurvive) {
+    const std::vector<std::string> names = {
+        "UNKNOWN",
+        "say \"hi\"",
+        "back\\slash\\n",
+        "two\nlines\r\n",
+        " blanks  and\ttabs ",
+        "{};$x`ls`|a:b",
+        "\xE7\xAD\x86 \xF0\x9F\x96\x8C \xD9\x82\xD9\x84\xD9\x85",
+        "%1 %2",
+        "//",
+        "-1",
+        std::string(5000, 'x'),
+    };
+    BaseNodeLayerData data;
+    data.CreateLayerManager();
+    for (const std::string& name : names) {
+        data.GetLayerManager()->InsertLayer(QString::fromStdString(name), -1, QString::fromStdString(name));
+    }
+    const std::string drawn = Describe(*data.GetLayerManager());
+    EXPECT_EQ(Describe(*ReadAscii(Tokens(WriteAscii(data))).layers), drawn);
+    EXPECT_EQ(Describe(*ReadBinary(WriteBinary(data)).layers), drawn);
+
+    // A text ends at a NUL, and nothing after it is lost or shifted.
+    BaseNodeLayerData nul;
+    nul.CreateLayerManager();
+    nul.GetLayerManager()->InsertLayer(PERSP, -1, QString(QLatin1String("ab\0cd", 5)));
+    nul.GetLayerManager()->InsertLayer(PERSP, -1, QStringLiteral("next"));
+    for (const ReadResult& read : {ReadAscii(Tokens(WriteAscii(nul))), ReadBinary(WriteBinary(nul))}) {
+        EXPECT_TRUE(read.status);
+        EXPECT_EQ(read.layers->GetLayerName(PERSP, 0), QStringLiteral("ab"));
+        EXPECT_EQ(read.layers->GetLayerName(PERSP, 1), QStringLiteral("next"));
+    }
+}
+
+TEST_F(LayerDataTest, TimesSurviveAChangeOfUnitAsTheirFormSays) {
+    const MTime::Unit unit = MTime::uiUnit();
+    const std::string bytes = WriteBinary(m_data);
+    const std::string text = WriteAscii(m_data);
+    MTime::setUIUnit(MTime::kSeconds);
+    for (const ReadResult& read : {ReadBinary(bytes), ReadAscii(Tokens(text))}) {
+        EXPECT_EQ(read.layers->GetLayer(PERSP, 0)->GetFrame(2)->GetTimeValue(), 12);
+    }
+    MTime::setUIUnit(unit);
+}
+
+} // namespace vellix
