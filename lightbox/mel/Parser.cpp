@@ -19,6 +19,7 @@ Program Parser::ParseAll() {
     program.source = source_;
     while (!lexer_.AtEnd()) {
         program.statements.push_back(ParseStatement());
+        program.ends.push_back(lexer_.RawPosition());
     }
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
@@ -37,7 +38,7 @@ bool Parser::ParseNext(Program& program) {
     }
     program.begin = lexer_.Position();
     program.statements.push_back(ParseStatement());
-    program.end = lexer_.RawPosition();
+    program.ends.push_back(lexer_.RawPosition());
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
     trial.Keep();

@@ -14,9 +14,10 @@ namespace lightbox::mel {
 struct Program {
     std::shared_ptr<const SourceText> source;
     StatementList statements;
-    /// Of a program that is one statement: where it begins and ends in the source.
+    /// Where each of them ends in the text.
+    std::vector<std::uint32_t> ends;
+    /// Where the first begins.
     std::uint32_t begin = 0;
-    std::uint32_t end = 0;
     /// Local variables of its blocks.
     int variableCount = 0;
     /// Every procedure it defines; they are known before its first statement runs.

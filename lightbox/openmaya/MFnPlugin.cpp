@@ -142,7 +142,8 @@ MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
     }
     const std::string& name = Access::Text(commandName);
     if (!TakeOut(plugin->contextCommands, name)) {
-        return Access::Fail(MS::kInvalidParameter, "The plug-in has not registered the command '" + name + "'");
+        return Access::Fail(MS::kInvalidParameter,
+                            "The plug-in has not registered the command '" + name + "'");
     }
     Host::Get().scene().types().RemoveContextCommand(name);
     return MS::kSuccess;

@@ -1,6 +1,5 @@
 #include "HostFixture.h"
 #include "SceneDump.h"
-
 #include "openmaya/Access.h"
 #include "scene/Edit.h"
 #include "scene/Scene.h"

@@ -93,7 +93,10 @@ TEST_F(SceneNamesTest, NamesBecomeFreeAndLegal) {
     }
     EXPECT_EQ(edit::CreateNode(host_, "script", "b")->Name(), "b1")
         << "outside the DAG the name must be no one's";
-    EXPECT_EQ(edit::CreateNode(host_, "transform", "b", Make("transform", "fresh"))->Name(), "b2");
+    const auto fresh = Make("transform", "fresh");
+    EXPECT_EQ(edit::CreateNode(host_, "transform", "b", fresh)->Name(), "b") << "no sibling has it";
+    EXPECT_EQ(edit::CreateNode(host_, "transform", "b", fresh)->Name(), "b2")
+        << "b1 is taken outside the DAG";
 }
 
 TEST_F(SceneNamesTest, PlugsAreFoundByAnyOfTheirNames) {
