@@ -1,7 +1,6 @@
 #pragma once
 
 #include "formats/Setting.h"
-
 #include "scene/Plug.h"
 
 #include <map>
@@ -22,9 +21,9 @@ namespace mel {
 class Error;
 }
 
-/// Reads one scene file into the scene. It knows the names that the file uses, which are not always those that the
-/// nodes got, and the node that statements without a node's name are about. While it reads Maya ASCII, scene commands
-/// hand their work to it.
+/// Reads one scene file into the scene. It knows the names that the file uses, which are not always those
+/// that the nodes got, and the node that statements without a node's name are about. While it reads Maya
+/// ASCII, scene commands hand their work to it.
 class FileReader {
 public:
     enum class Mode { Open, Import, Reference };
@@ -40,8 +39,8 @@ public:
     FileReader(const FileReader&) = delete;
     FileReader& operator=(const FileReader&) = delete;
 
-    /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error. Throws
-    /// FileError only when the bytes are no scene at all, and then before anything has changed.
+    /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error.
+    /// Throws FileError only when the bytes are no scene at all, and then before anything has changed.
     void Read(std::string bytes);
     /// Throws FileError when the bytes do not begin as a scene file does.
     static void CheckIsScene(const std::string& bytes, const std::string& path);
@@ -56,20 +55,29 @@ public:
     const std::shared_ptr<Node>& Current() const { return current_; }
     /// `select -ne :time1;`
     void Select(const std::string& path);
-    /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown node.
+    /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown
+    /// node.
     std::shared_ptr<Node> CreateNode(const std::string& type, const std::string& name,
                                      const std::string& parentPath, bool shared);
     /// True when settings of the node are passed over: a node that was there before an imported file.
     bool IsForeign(const Node& node) const;
 
-    /// Stores a setting; what the node does not know is kept.
+    /// Stores a setting. Throws SceneError; UnknownAttributeError for what the node does not know.
     void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
+    /// The same, but what is unknown is kept, as with a null node, and other faults are reported.
+    void ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting);
+    /// Stores a value that a plug-in's data type reads from bytes; without the plug-in the bytes are kept.
     void ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes);
     /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.
     void Connect(const std::string& source, const std::string& destination, const std::string& flags);
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
     void SetUnits(const std::string& linear, const std::string& angular, const std::string& time);
     void SetFileInfo(const std::string& key, const std::string& value);
+
+    /// Runs a statement that had been kept: by now its meaning may be known.
+    void RunStatement(const std::string& text);
+    /// Runs the script that sets the scene's time ranges.
+    void RunConfiguration(const std::string& script);
 
     /// Keeps the running statement, of a node or of the whole file, and says once why.
     void KeepForCurrent(const std::string& kind, const std::string& warning);
@@ -96,12 +104,15 @@ private:
     };
 
     void ReadAscii(std::string text);
-    bool BeforeStatement(std::string_view statement, int line);
+    /// Runs MEL with this reader's treatment of unknown statements and errors.
+    void Run(std::string text);
+    bool BeforeStatement(std::string_view statement, std::string_view before);
     bool OnError(const mel::Error& error);
     void WarnIfCutOff(std::string_view text);
     void ApplySceneScript();
 
-    void AddLocalName(const std::string& name, const std::string& parentPath, const std::shared_ptr<Node>& node);
+    void AddLocalName(const std::string& name, const std::string& parentPath,
+                      const std::shared_ptr<Node>& node);
     std::vector<std::shared_ptr<Node>> FindLocal(const std::string& path) const;
     std::shared_ptr<Node> FindShared(const std::string& name, const DagNode* parent) const;
     std::string NameInScene(const std::string& name) const;
@@ -123,7 +134,8 @@ private:
     std::shared_ptr<Node> sceneScript_;
     UnitScale scale_;
     std::string_view statement_;
-    int line_ = 0;
+    std::string_view textBefore_; ///< of the file, before the statement
+    bool isAscii_ = false;
     int faults_ = 0;
     std::set<std::string> warned_;
 };

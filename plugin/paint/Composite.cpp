@@ -34,10 +34,18 @@ Pixels<const quint32> PixelsOf(const QImage& image) {
     return {reinterpret_cast<const quint32*>(image.constBits()), image.bytesPerLine() / 4};
 }
 
+void PaintBytes(quint16* sums, const quint8* bytes, int opacity) {
+    if (opacity == 255) {
+        CompositeKernels::PaintTile(sums, bytes);
+    } else {
+        CompositeKernels::PaintFadedTile(sums, bytes, opacity);
+    }
+}
+
 void PaintDrawing(quint16* sums, const Picture& picture, int row, int column) {
     const quint8* tile = picture.drawing->Tile(row, column);
     if (!picture.tinted) {
-        CompositeKernels::PaintTile(sums, tile, picture.opacity);
+        PaintBytes(sums, tile, picture.opacity);
         return;
     }
     quint8 tinted[TILE_VALUES];
@@ -45,7 +53,7 @@ void PaintDrawing(quint16* sums, const Picture& picture, int row, int column) {
     std::memset(tinted + TILE_PIXELS, picture.tint.green(), TILE_PIXELS);
     std::memset(tinted + 2 * TILE_PIXELS, picture.tint.blue(), TILE_PIXELS);
     std::memcpy(tinted + 3 * TILE_PIXELS, tile + 3 * TILE_PIXELS, TILE_PIXELS);
-    CompositeKernels::PaintTile(sums, tinted, picture.opacity);
+    PaintBytes(sums, tinted, picture.opacity);
 }
 
 void Paint(quint16* sums, const Picture& picture, int row, int column) {
@@ -57,7 +65,7 @@ void Paint(quint16* sums, const Picture& picture, int row, int column) {
         quint8 bytes[TILE_VALUES];
         const Pixels<const quint32> pixels = PixelsOf(*picture.canvas);
         CompositeKernels::SplitTile(bytes, pixels.At(row, column), pixels.stride);
-        CompositeKernels::PaintTile(sums, bytes, picture.opacity);
+        CompositeKernels::PaintTile(sums, bytes);
     }
 }
 

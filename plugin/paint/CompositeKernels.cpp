@@ -1,21 +1,8 @@
 #include "paint/CompositeKernels.h"
 
-#include <cstring>
+#include "paint/VectorClones.h"
 
-// The dynamic loader picks the clone; sanitizers cannot run that early.
-#if defined(__x86_64__) && defined(__linux__) && defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__) &&      \
-    !defined(__SANITIZE_THREAD__)
-#if defined(__has_feature)
-#if !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
-#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#else
-#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#endif
-#ifndef VELLIX_VECTOR_CLONES
-#define VELLIX_VECTOR_CLONES
-#endif
+#include <cstring>
 
 namespace vellix {
 namespace CompositeKernels {
@@ -80,14 +67,30 @@ VELLIX_VECTOR_CLONES void SplitTile(quint8* bytes, const quint32* pixels, std::p
     }
 }
 
-VELLIX_VECTOR_CLONES void PaintTile(quint16* sums, const quint8* bytes, int opacity) {
+VELLIX_VECTOR_CLONES void PaintTile(quint16* sums, const quint8* bytes) {
+    quint16* __restrict target = sums;
+    const quint8* __restrict source = bytes;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 alpha = source[i + 3 * TILE_PIXELS];
+        const quint16 coverage = quint16(alpha * 255);
+        const quint16 remaining = Remaining(coverage);
+        target[i] = quint16(source[i] * alpha + High(target[i], remaining));
+        target[i + TILE_PIXELS] =
+            quint16(source[i + TILE_PIXELS] * alpha + High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] =
+            quint16(source[i + 2 * TILE_PIXELS] * alpha + High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintFadedTile(quint16* sums, const quint8* bytes, int opacity) {
     quint16* __restrict target = sums;
     const quint8* __restrict source = bytes;
     const quint16 strength = quint16(opacity);
     for (int i = 0; i < TILE_PIXELS; ++i) {
         const quint16 coverage = quint16(source[i + 3 * TILE_PIXELS] * strength);
         const quint16 remaining = Remaining(coverage);
-        // 257 x 255 x 255 / 65536 is 255 again.
+        // High(257 v, coverage) is v coverage / 255.
         target[i] = quint16(High(quint16(source[i] * 257), coverage) + High(target[i], remaining));
         target[i + TILE_PIXELS] = quint16(High(quint16(source[i + TILE_PIXELS] * 257), coverage) +
                                           High(target[i + TILE_PIXELS], remaining));

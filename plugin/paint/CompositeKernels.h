@@ -22,8 +22,10 @@ constexpr int TILE_VALUES = 4 * TILE_PIXELS; ///< bytes or sums of one tile
 
 /// Parts a tile of an image into planes.
 void SplitTile(quint8* bytes, const quint32* pixels, std::ptrdiff_t stride);
-/// Paints a tile over sums, at an opacity of 0..255.
-void PaintTile(quint16* sums, const quint8* bytes, int opacity);
+/// Paints a tile over sums.
+void PaintTile(quint16* sums, const quint8* bytes);
+/// The same at an opacity of 0..255.
+void PaintFadedTile(quint16* sums, const quint8* bytes, int opacity);
 /// Paints sums over sums.
 void PaintSums(quint16* sums, const quint16* source);
 /// Writes sums into a tile of an image; fully transparent pixels become 0.

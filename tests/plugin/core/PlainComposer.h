@@ -8,8 +8,8 @@
 
 namespace vellix {
 
-/// The plain way to compose a drawing, which the quick one has to agree with: one QPainter on straight-alpha images,
-/// everything redrawn.
+/// The plain way to compose a drawing, which the quick one has to agree with: one QPainter on straight-alpha
+/// images, everything redrawn.
 struct PlainComposer {
     std::vector<const QImage*> previous; ///< ghosts, farthest key first
     std::vector<const QImage*> next;
@@ -38,7 +38,8 @@ struct PlainComposer {
         }
     }
 
-    static void DrawGhosts(QImage& image, const std::vector<const QImage*>& ghosts, int count, const QColor* color) {
+    static void DrawGhosts(QImage& image, const std::vector<const QImage*>& ghosts, int count,
+                           const QColor* color) {
         image.fill(Qt::transparent);
         {
             QPainter painter(&image);
