@@ -9,7 +9,7 @@ namespace lightbox::mel {
 
 namespace {
 
-constexpr std::size_t MaximumTextLength = std::size_t(1) << 30;
+constexpr std::size_t MaximumTextLength = std::size_t(1) << 28;
 constexpr std::size_t MaximumArrayBytes = std::size_t(1) << 28;
 
 bool IsNumeric(Type type) {
