@@ -1,9 +1,11 @@
 #include "mel/Interpreter.h"
 
 #include "mel/Runtime.h"
+#include "mel/ScriptJobs.h"
 #include "mel/SourceText.h"
 #include "mel/StatementChunk.h"
 #include "mel/TextRun.h"
+#include "mel/ToolContexts.h"
 #include "scene/Host.h"
 
 #include <QDir>
@@ -27,7 +29,9 @@ std::string ExistingFile(const QString& path) {
 
 Interpreter::Interpreter(Host& host)
     : host_(host)
-    , runtime_(std::make_unique<Runtime>(*this)) {
+    , runtime_(std::make_unique<Runtime>(*this))
+    , jobs_(std::make_unique<ScriptJobs>(host))
+    , contexts_(std::make_unique<ToolContexts>()) {
     RegisterLanguageCommands(commands_);
     for (const char* const name : ExpectedVariables) {
         SetGlobal(name, "");

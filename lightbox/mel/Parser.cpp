@@ -19,6 +19,7 @@ Program Parser::ParseAll() {
     program.source = source_;
     while (!lexer_.AtEnd()) {
         program.statements.push_back(ParseStatement());
+        program.ends.push_back(lexer_.RawPosition());
     }
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
@@ -36,6 +37,7 @@ bool Parser::ParseNext(Program& program) {
         return false;
     }
     program.statements.push_back(ParseStatement());
+    program.ends.push_back(lexer_.RawPosition());
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
     trial.Keep();

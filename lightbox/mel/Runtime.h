@@ -59,7 +59,8 @@ public:
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
     Value CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments);
-    Value CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments);
+    Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                      const CallArguments& arguments);
 
     /// The value as a variable of the type takes it; warns when a text is no number.
     Value Converted(Value value, Type type);
@@ -115,6 +116,10 @@ public:
         int before_;
     };
 
+    /// Whether the outermost statements are printed before they run.
+    bool EchoesStatements() const { return echoes_; }
+    void EchoStatements(bool echo) { echoes_ = echo; }
+
 private:
     [[noreturn]] void StopInterrupted();
     bool SourceScriptFor(const std::string& name);
@@ -126,6 +131,7 @@ private:
     unsigned procedureVersion_ = 0;
     SlotStack slots_;
     int entries_ = 0;
+    bool echoes_ = false;
     int callDepth_ = 0;
     /// The depth of the call that is a whole outermost statement, 0 when there is none.
     int wholeDepth_ = 0;

@@ -5,6 +5,7 @@
 #include "mel/Program.h"
 #include "mel/StatementChunk.h"
 #include "scene/Host.h"
+#include "scene/Output.h"
 
 #include <new>
 
@@ -61,8 +62,13 @@ bool TextRun::RunProgram(const Program& program, Value& result) {
     }
     const SlotStack::Slots variables(runtime_.Slots(), static_cast<std::size_t>(program.variableCount));
     Frame frame{runtime_, *program.source, variables.Get()};
-    for (const StatementPtr& statement : program.statements) {
-        if (!RunStatement(*statement, frame, result)) {
+    for (std::size_t i = 0; i < program.statements.size(); ++i) {
+        const Statement& statement = *program.statements[i];
+        if (areOutermost_ && runtime_.EchoesStatements()) {
+            const auto text = program.source->Piece(statement.offset, program.ends[i]);
+            interpreter_.GetHost().output().Print(std::string(text) + "\n");
+        }
+        if (!RunStatement(statement, frame, result)) {
             return false;
         }
     }

@@ -1,16 +1,18 @@
 #pragma once
 
-#include "mel/CommandRegistry.h"
+#include "mel/Value.h"
 
 #include <maya/MPxCommand.h>
+#include <maya/MSyntax.h>
 
-#include <memory>
 #include <string>
 
 /// What stands behind one instance of a plug-in's command.
 struct MPxCommand::State {
-    /// The command that it is an instance of; null while the creator runs.
-    std::shared_ptr<const lightbox::mel::CommandRegistry::Command> command;
+    /// Of the command that it is an instance of; empty while the creator runs.
+    std::string name;
+    MSyntax syntax;
+    bool hasSyntax = false;
     std::string commandString;
 };
 

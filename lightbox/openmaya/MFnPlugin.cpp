@@ -127,7 +127,8 @@ MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFu
         return NoPlugin();
     }
     const std::string& name = Access::Text(commandName);
-    if (name.empty() || !creatorFunction || Host::Get().interpreter().Commands().Find(name)) {
+    if (name.empty() || !creatorFunction || Host::Get().interpreter().Commands().Find(name) ||
+        !Host::Get().scene().types().AddContextCommand(name, creatorFunction)) {
         return Access::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
     }
     plugin->contextCommands.push_back(name);
@@ -139,7 +140,13 @@ MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
     if (!plugin) {
         return NoPlugin();
     }
-    return TakeOut(plugin->contextCommands, Access::Text(commandName)) ? MS::kSuccess : MS::kInvalidParameter;
+    const std::string& name = Access::Text(commandName);
+    if (!TakeOut(plugin->contextCommands, name)) {
+        return Access::Fail(MS::kInvalidParameter,
+                            "The plug-in has not registered the command '" + name + "'");
+    }
+    Host::Get().scene().types().RemoveContextCommand(name);
+    return MS::kSuccess;
 }
 
 MStatus MFnPlugin::registerData(const MString& typeName, const MTypeId& typeId,

@@ -1,4 +1,3 @@
-#include "mel/Value.h"
 #include "openmaya/Access.h"
 #include "openmaya/CommandState.h"
 
@@ -7,7 +6,6 @@
 #include <maya/MIntArray.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStringArray.h>
-#include <maya/MSyntax.h>
 
 using lightbox::Access;
 using lightbox::RunningCommandResult;
@@ -75,10 +73,10 @@ bool MPxCommand::isUndoable() const {
     return false;
 }
 bool MPxCommand::hasSyntax() const {
-    return state_->command && state_->command->hasSyntax;
+    return state_->hasSyntax;
 }
 MSyntax MPxCommand::syntax() const {
-    return state_->command ? state_->command->syntax : MSyntax();
+    return state_->syntax;
 }
 
 MString MPxCommand::commandString() const {

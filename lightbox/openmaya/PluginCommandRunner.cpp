@@ -36,7 +36,7 @@ public:
 
     void Undo() override { Run(&MPxCommand::undoIt, "undone"); }
     void Redo() override { Run(&MPxCommand::redoIt, "redone"); }
-    std::string Name() const override { return Access::StateOf(*command_).command->name; }
+    std::string Name() const override { return Access::StateOf(*command_).name; }
 
 private:
     void Run(MStatus (MPxCommand::*operation)(), const char* what) {
@@ -61,17 +61,19 @@ bool IsInPluginCommand() {
     return !g_results.empty();
 }
 
-PluginCommandOutcome RunPluginCommand(Host& host,
-                                      const std::shared_ptr<const mel::CommandRegistry::Command>& command,
+PluginCommandOutcome RunPluginCommand(Host& host, const mel::CommandRegistry::Command& command,
                                       const MArgList& arguments) {
     PluginCommandOutcome outcome;
-    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command->creator()));
+    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command.creator()));
     if (!instance) {
         outcome.status =
-            Access::Fail(MS::kFailure, "The plug-in could not create the command " + command->name);
+            Access::Fail(MS::kFailure, "The plug-in could not create the command " + command.name);
         return outcome;
     }
-    Access::StateOf(*instance).command = command;
+    auto& state = Access::StateOf(*instance);
+    state.name = command.name;
+    state.syntax = command.syntax;
+    state.hasSyntax = command.hasSyntax;
     {
         RunScope scope(outcome.result);
         outcome.status = instance->doIt(arguments);
