@@ -15,6 +15,10 @@ if(MSVC)
     add_compile_options(/W4 /WX /permissive- /utf-8)
 else()
     add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Optimised code around std::variant and std::optional sets this one off where nothing is wrong.
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
 endif()
 
 set(VELLIX_SANITIZE "" CACHE STRING "Sanitizers to build with, as given to -fsanitize=")

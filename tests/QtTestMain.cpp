@@ -5,6 +5,9 @@
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests)) {
+        return RUN_ALL_TESTS(); // the build asks for the list, perhaps where there is no display
+    }
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

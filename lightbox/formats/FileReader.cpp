@@ -1,12 +1,16 @@
 #include "formats/FileReader.h"
 
+#include "formats/AsciiStatements.h"
 #include "formats/BinaryReader.h"
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
 #include "formats/KeptContent.h"
+#include "formats/MemoryStream.h"
 #include "formats/SceneFiles.h"
 #include "formats/SettingApplier.h"
 #include "mel/Interpreter.h"
+#include "scene/DataType.h"
+#include "scene/DataValue.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/PluginManager.h"
@@ -17,6 +21,7 @@
 #include "scene/UndoQueue.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace lightbox {
 namespace {
@@ -62,6 +67,16 @@ void FileReader::ReadAscii(std::string text) {
         text.erase(0, 3);
     }
     WarnIfCutOff(text);
+    Run(std::move(text));
+    line_ = 0;
+}
+
+void FileReader::RunStatement(const std::string& text) {
+    Run(text);
+    line_ = 0;
+}
+
+void FileReader::Run(std::string text) {
     mel::RunOptions options;
     options.streamed = true;
     options.beforeStatement = [this](std::string_view statement, int line) { return BeforeStatement(statement, line); };
@@ -119,17 +134,24 @@ void FileReader::ApplySceneScript() {
     }
     const Plug script(sceneScript_, sceneScript_->FindAttribute("before"));
     const Plug kind(sceneScript_, sceneScript_->FindAttribute("scriptType"));
-    if (source_.mode == Mode::Open && static_cast<int>(kind.Number()) == SCENE_CONFIGURATION) {
-        try {
-            host_.interpreter().Execute(script.Text());
-        } catch (const mel::Error& error) {
-            ReportFault(std::string("The scene's configuration script failed: ") + error.what());
-        }
+    if (static_cast<int>(kind.Number()) == SCENE_CONFIGURATION) {
+        RunConfiguration(script.Text());
     }
     // The ranges live in the timeline; saving writes the script node anew.
     host_.scene().Detach(*sceneScript_);
     newNodes_.erase(std::remove(newNodes_.begin(), newNodes_.end(), sceneScript_), newNodes_.end());
     sceneScript_.reset();
+}
+
+void FileReader::RunConfiguration(const std::string& script) {
+    if (source_.mode != Mode::Open) {
+        return;
+    }
+    try {
+        host_.interpreter().Execute(script);
+    } catch (const mel::Error& error) {
+        ReportFault(std::string("The scene's configuration script failed: ") + error.what());
+    }
 }
 
 std::string FileReader::Place() const {
@@ -186,6 +208,55 @@ void FileReader::Apply(const std::shared_ptr<Node>& node, const Setting& setting
         Scale(SettingApplier::Resolve(node, setting.path, setting.numbers.size()).front(), scaled);
     }
     SettingApplier(host_, SettingApplier::Manner::Read).Apply(node, scaled);
+}
+
+void FileReader::ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting) {
+    try {
+        if (node) {
+            Apply(node, setting);
+            return;
+        }
+    } catch (const UnknownAttributeError&) {
+        // Kept below.
+    } catch (const SceneError& error) {
+        ReportFault(error.what());
+        return;
+    }
+    std::string text = ascii::SettingText(setting);
+    text.resize(text.rfind(';'));
+    statement_ = text;
+    KeepForCurrent("attribute " + setting.path, "Unknown attribute '" + setting.path + "'; it is kept and written back.");
+    statement_ = {};
+}
+
+void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes) {
+    if (IsForeign(*node)) {
+        return;
+    }
+    const auto type = host_.scene().types().FindDataType(setting.type);
+    if (!type || !node->FindAttribute(setting.path.substr(0, setting.path.find('[')))) {
+        WarnOnce("data type " + setting.type,
+                 "Unknown data type '" + setting.type + "'; its values are kept and written back.");
+        host_.files().kept().Of(*node).values.push_back({setting.path, setting.type, std::string(bytes)});
+        return;
+    }
+    Setting filled = setting;
+    filled.data = TypeRegistry::MakeData(type);
+    if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
+        ReportFault("The value of "" + setting.path + "", of type "" + setting.type + "", cannot be read.");
+        return;
+    }
+    MemoryStream stream(bytes);
+    const bool isRead = filled.data->Data().readBinary(stream, static_cast<unsigned>(bytes.size()));
+    // What a damaged value still yields is worth having.
+    try {
+        Apply(node, filled);
+    } catch (const SceneError& error) {
+        ReportFault(error.what());
+    }
+    if (!isRead) {
+        ReportFault("The value of "" + setting.path + "", of type "" + setting.type + "", could not be read whole.");
+    }
 }
 
 void FileReader::Scale(const Plug& plug, Setting& setting) const {

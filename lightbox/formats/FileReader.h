@@ -62,14 +62,22 @@ public:
     /// True when settings of the node are passed over: a node that was there before an imported file.
     bool IsForeign(const Node& node) const;
 
-    /// Stores a setting; what the node does not know is kept.
+    /// Stores a setting. Throws SceneError; UnknownAttributeError for what the node does not know.
     void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
+    /// The same, but what is unknown is kept, as with a null node, and other faults are reported.
+    void ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting);
+    /// Stores a value that a plug-in's data type reads from bytes; without the plug-in the bytes are kept.
     void ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes);
     /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.
     void Connect(const std::string& source, const std::string& destination, const std::string& flags);
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
     void SetUnits(const std::string& linear, const std::string& angular, const std::string& time);
     void SetFileInfo(const std::string& key, const std::string& value);
+
+    /// Runs a statement that had been kept: by now its meaning may be known.
+    void RunStatement(const std::string& text);
+    /// Runs the script that sets the scene's time ranges.
+    void RunConfiguration(const std::string& script);
 
     /// Keeps the running statement, of a node or of the whole file, and says once why.
     void KeepForCurrent(const std::string& kind, const std::string& warning);
@@ -96,6 +104,8 @@ private:
     };
 
     void ReadAscii(std::string text);
+    /// Runs MEL with this reader's treatment of unknown statements and errors.
+    void Run(std::string text);
     bool BeforeStatement(std::string_view statement, int line);
     bool OnError(const mel::Error& error);
     void WarnIfCutOff(std::string_view text);

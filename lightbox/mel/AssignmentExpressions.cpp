@@ -7,7 +7,9 @@ namespace lightbox::mel {
 
 namespace {
 
-bool IsNumeric(Type type) { return type == Type::Int || type == Type::Float; }
+bool IsNumeric(Type type) {
+    return type == Type::Int || type == Type::Float;
+}
 
 } // namespace
 
@@ -158,7 +160,8 @@ Value StepExpression::Evaluate(Frame& frame) const {
     Mark(frame);
     const Reference place = target_->Locate(frame);
     const Value before = place.Load();
-    if (before.GetType() != Type::Int && before.GetType() != Type::Float && before.GetType() != Type::Vector) {
+    if (before.GetType() != Type::Int && before.GetType() != Type::Float &&
+        before.GetType() != Type::Vector) {
         throw Error(IllegalOperation(isIncrement_ ? "++" : "--", before.GetType()));
     }
     const Value after = Apply(isIncrement_ ? Operator::Add : Operator::Subtract, before, 1);

@@ -7,21 +7,20 @@
 namespace lightbox::mel {
 
 CallExpression::CallExpression(std::uint32_t sourceOffset, std::string name, ExpressionList arguments,
-                               std::vector<bool> flagWords, std::shared_ptr<FileScope> scope)
+                               std::vector<Spelling> spellings, const FileScope* scope)
     : Expression(sourceOffset, Type::Any)
     , name_(std::move(name))
     , arguments_(std::move(arguments))
-    , flagWords_(std::move(flagWords))
-    , scope_(std::move(scope)) {
+    , spellings_(std::move(spellings))
+    , scope_(scope) {
     for (const ExpressionPtr& argument : arguments_) {
         Contains(*argument);
     }
-    hasFlagWords_ = std::find(flagWords_.begin(), flagWords_.end(), true) != flagWords_.end();
 }
 
 Callee CallExpression::Resolve(Runtime& runtime) const {
     if (!callee_ || version_ != runtime.Version()) {
-        callee_ = runtime.Find(name_, scope_.get());
+        callee_ = runtime.Find(name_, scope_);
         version_ = runtime.Version();
     }
     return callee_;
@@ -36,7 +35,7 @@ Value CallExpression::Evaluate(Frame& frame) const {
     }
     CallArguments arguments;
     arguments.values.reserve(arguments_.size());
-    arguments.flagWords = hasFlagWords_ ? &flagWords_ : nullptr;
+    arguments.spellings = spellings_.empty() ? nullptr : &spellings_;
     for (const ExpressionPtr& argument : arguments_) {
         arguments.values.push_back(argument->Evaluate(frame));
     }

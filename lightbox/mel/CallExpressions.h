@@ -11,9 +11,9 @@ namespace lightbox::mel {
 /// A call of a procedure or command, in either syntax. What the name stands for is found when it runs.
 class CallExpression final : public Expression {
 public:
-    /// `flagWords` marks the arguments that were written as bare words with a hyphen.
+    /// `spellings` is empty for a function call. `scope` holds the file's own procedures.
     CallExpression(std::uint32_t offset, std::string name, ExpressionList arguments,
-                   std::vector<bool> flagWords, std::shared_ptr<FileScope> scope);
+                   std::vector<Spelling> spellings, const FileScope* scope);
 
     Value Evaluate(Frame& frame) const override;
 
@@ -22,9 +22,8 @@ private:
 
     std::string name_;
     ExpressionList arguments_;
-    std::vector<bool> flagWords_;
-    bool hasFlagWords_ = false;
-    std::shared_ptr<FileScope> scope_;
+    std::vector<Spelling> spellings_;
+    const FileScope* scope_;
     /// The last answer, good as long as the runtime's version stays.
     mutable Callee callee_;
     mutable unsigned version_ = 0;

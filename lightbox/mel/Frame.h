@@ -17,8 +17,9 @@ struct Frame {
     Value* variables;
     /// What runs right now, for the place in messages.
     std::uint32_t offset = 0;
-    /// What `return` returned.
-    Value result;
+    /// What `return` returned, and that it did.
+    Value result = Value();
+    bool hasReturned = false;
 };
 
 } // namespace lightbox::mel

@@ -17,6 +17,8 @@ class Host;
 namespace lightbox::mel {
 
 class Runtime;
+class ScriptJobs;
+class ToolContexts;
 
 /// How a text is run.
 struct RunOptions {
@@ -71,6 +73,8 @@ public:
     /// Asks the running text to stop with an error at its next statement (from a signal or another thread).
     void Interrupt();
 
+    ScriptJobs& Jobs() { return *jobs_; }
+    ToolContexts& Contexts() { return *contexts_; }
     /// The state behind it, for the parts of the language.
     Runtime& GetRuntime() { return *runtime_; }
 
@@ -80,6 +84,8 @@ private:
     Host& host_;
     CommandRegistry commands_;
     std::unique_ptr<Runtime> runtime_;
+    std::unique_ptr<ScriptJobs> jobs_;
+    std::unique_ptr<ToolContexts> contexts_;
 };
 
 /// The text as a MEL string literal with its quotes: quotes, backslashes, line breaks and tabs escaped, every

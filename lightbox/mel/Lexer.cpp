@@ -13,23 +13,37 @@ namespace {
 
 const std::unordered_map<std::string_view, TokenKind>& Keywords() {
     static const std::unordered_map<std::string_view, TokenKind> keywords = {
-        {"if", TokenKind::If},           {"else", TokenKind::Else},
-        {"for", TokenKind::For},         {"while", TokenKind::While},
-        {"do", TokenKind::Do},           {"switch", TokenKind::Switch},
-        {"case", TokenKind::Case},       {"default", TokenKind::Default},
-        {"break", TokenKind::Break},     {"continue", TokenKind::Continue},
-        {"return", TokenKind::Return},   {"proc", TokenKind::Proc},
-        {"global", TokenKind::Global},   {"int", TokenKind::TypeInt},
-        {"float", TokenKind::TypeFloat}, {"string", TokenKind::TypeString},
-        {"vector", TokenKind::TypeVector}, {"matrix", TokenKind::TypeMatrix},
-        {"true", TokenKind::True},       {"on", TokenKind::True},
-        {"yes", TokenKind::True},        {"false", TokenKind::False},
-        {"off", TokenKind::False},       {"no", TokenKind::False},
+        {"if", TokenKind::If},
+        {"else", TokenKind::Else},
+        {"for", TokenKind::For},
+        {"while", TokenKind::While},
+        {"do", TokenKind::Do},
+        {"switch", TokenKind::Switch},
+        {"case", TokenKind::Case},
+        {"default", TokenKind::Default},
+        {"break", TokenKind::Break},
+        {"continue", TokenKind::Continue},
+        {"return", TokenKind::Return},
+        {"proc", TokenKind::Proc},
+        {"global", TokenKind::Global},
+        {"int", TokenKind::TypeInt},
+        {"float", TokenKind::TypeFloat},
+        {"string", TokenKind::TypeString},
+        {"vector", TokenKind::TypeVector},
+        {"matrix", TokenKind::TypeMatrix},
+        {"true", TokenKind::True},
+        {"on", TokenKind::True},
+        {"yes", TokenKind::True},
+        {"false", TokenKind::False},
+        {"off", TokenKind::False},
+        {"no", TokenKind::False},
     };
     return keywords;
 }
 
-bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
+bool IsDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
 
 bool IsSpace(char letter) {
     return letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r' || letter == '\f' ||
@@ -49,19 +63,19 @@ struct Operator {
 
 /// Longer ones first.
 constexpr Operator Operators[] = {
-    {"<<", TokenKind::VectorOpen},    {">>", TokenKind::VectorClose},  {"++", TokenKind::PlusPlus},
-    {"--", TokenKind::MinusMinus},    {"<=", TokenKind::LessEqual},    {">=", TokenKind::GreaterEqual},
-    {"==", TokenKind::Equal},         {"!=", TokenKind::NotEqual},     {"&&", TokenKind::And},
-    {"||", TokenKind::Or},            {"+=", TokenKind::PlusAssign},   {"-=", TokenKind::MinusAssign},
-    {"*=", TokenKind::StarAssign},    {"/=", TokenKind::SlashAssign},  {"%=", TokenKind::PercentAssign},
-    {"^=", TokenKind::CaretAssign},   {"(", TokenKind::LeftParen},     {")", TokenKind::RightParen},
-    {"{", TokenKind::LeftBrace},      {"}", TokenKind::RightBrace},    {"[", TokenKind::LeftBracket},
-    {"]", TokenKind::RightBracket},   {",", TokenKind::Comma},         {";", TokenKind::Semicolon},
-    {":", TokenKind::Colon},          {"?", TokenKind::Question},      {".", TokenKind::Dot},
-    {"`", TokenKind::Backquote},      {"+", TokenKind::Plus},          {"-", TokenKind::Minus},
-    {"*", TokenKind::Star},           {"/", TokenKind::Slash},         {"%", TokenKind::Percent},
-    {"^", TokenKind::Caret},          {"!", TokenKind::Not},           {"<", TokenKind::Less},
-    {">", TokenKind::Greater},        {"=", TokenKind::Assign},
+    {"<<", TokenKind::VectorOpen},  {">>", TokenKind::VectorClose}, {"++", TokenKind::PlusPlus},
+    {"--", TokenKind::MinusMinus},  {"<=", TokenKind::LessEqual},   {">=", TokenKind::GreaterEqual},
+    {"==", TokenKind::Equal},       {"!=", TokenKind::NotEqual},    {"&&", TokenKind::And},
+    {"||", TokenKind::Or},          {"+=", TokenKind::PlusAssign},  {"-=", TokenKind::MinusAssign},
+    {"*=", TokenKind::StarAssign},  {"/=", TokenKind::SlashAssign}, {"%=", TokenKind::PercentAssign},
+    {"^=", TokenKind::CaretAssign}, {"(", TokenKind::LeftParen},    {")", TokenKind::RightParen},
+    {"{", TokenKind::LeftBrace},    {"}", TokenKind::RightBrace},   {"[", TokenKind::LeftBracket},
+    {"]", TokenKind::RightBracket}, {",", TokenKind::Comma},        {";", TokenKind::Semicolon},
+    {":", TokenKind::Colon},        {"?", TokenKind::Question},     {".", TokenKind::Dot},
+    {"`", TokenKind::Backquote},    {"+", TokenKind::Plus},         {"-", TokenKind::Minus},
+    {"*", TokenKind::Star},         {"/", TokenKind::Slash},        {"%", TokenKind::Percent},
+    {"^", TokenKind::Caret},        {"!", TokenKind::Not},          {"<", TokenKind::Less},
+    {">", TokenKind::Greater},      {"=", TokenKind::Assign},
 };
 
 } // namespace
@@ -70,7 +84,9 @@ bool IsNameStart(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || letter == '_';
 }
 
-bool IsNameCharacter(char letter) { return IsNameStart(letter) || IsDigit(letter); }
+bool IsNameCharacter(char letter) {
+    return IsNameStart(letter) || IsDigit(letter);
+}
 
 std::size_t ScanNumberLiteral(std::string_view text, bool& isInt, int& integer, double& number) {
     const bool negative = !text.empty() && text[0] == '-';

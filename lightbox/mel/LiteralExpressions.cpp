@@ -15,7 +15,9 @@ Type WiderType(Type a, Type b) {
     return std::max(a, b);
 }
 
-bool CanBeElement(Type type) { return ArrayOf(type) != Type::None; }
+bool CanBeElement(Type type) {
+    return ArrayOf(type) != Type::None;
+}
 
 Value ArrayFrom(const std::vector<Value>& values) {
     Type element = Type::Int;

@@ -12,8 +12,12 @@ namespace {
 constexpr std::size_t MaximumTextLength = std::size_t(1) << 30;
 constexpr std::size_t MaximumArrayBytes = std::size_t(1) << 28;
 
-bool IsNumeric(Type type) { return type == Type::Int || type == Type::Float; }
-bool IsScalar(Type type) { return IsNumeric(type) || type == Type::String || type == Type::Vector; }
+bool IsNumeric(Type type) {
+    return type == Type::Int || type == Type::Float;
+}
+bool IsScalar(Type type) {
+    return IsNumeric(type) || type == Type::String || type == Type::Vector;
+}
 
 /// The operand whose type an illegal operation is reported for.
 Type OffendingType(Operator op, Type left, Type right) {
@@ -137,7 +141,9 @@ const char* OperatorText(Operator op) {
     return texts[static_cast<int>(op)];
 }
 
-bool IsComparison(Operator op) { return op >= Operator::Less; }
+bool IsComparison(Operator op) {
+    return op >= Operator::Less;
+}
 
 Type ResultType(Operator op, Type left, Type right) {
     if (left == Type::Any || right == Type::Any) {
@@ -189,7 +195,8 @@ Value Apply(Operator op, const Value& left, const Value& right) {
     case Type::Matrix:
         return ApplyMatrix(op, left, right);
     case Type::Vector:
-        return a == b ? ApplyVector(op, left.AsVector(), right.AsVector()) : ApplyVectorAndNumber(op, left, right);
+        return a == b ? ApplyVector(op, left.AsVector(), right.AsVector())
+                      : ApplyVectorAndNumber(op, left, right);
     default:
         if (a == Type::Vector) {
             return ApplyVector(op, left.AsVector(), right.AsVector());

@@ -4,13 +4,26 @@
 
 namespace lightbox::mel {
 
-enum class Operator { Add, Subtract, Multiply, Divide, Remainder, Cross, Less, LessEqual, Greater, GreaterEqual, Equal, NotEqual };
+enum class Operator {
+    Add,
+    Subtract,
+    Multiply,
+    Divide,
+    Remainder,
+    Cross,
+    Less,
+    LessEqual,
+    Greater,
+    GreaterEqual,
+    Equal,
+    NotEqual
+};
 
 const char* OperatorText(Operator op);
 bool IsComparison(Operator op);
 
-/// What the operator makes of operands of these types: `Any` when one of them is, `None` when the operation is
-/// illegal.
+/// What the operator makes of operands of these types: `Any` when one of them is, `None` when the operation
+/// is illegal.
 Type ResultType(Operator op, Type left, Type right);
 /// The operation on values; throws Error for illegal types and for a division by zero.
 Value Apply(Operator op, const Value& left, const Value& right);

@@ -6,7 +6,9 @@ namespace lightbox::mel {
 
 namespace {
 
-bool IsNumeric(Type type) { return type == Type::Int || type == Type::Float; }
+bool IsNumeric(Type type) {
+    return type == Type::Int || type == Type::Float;
+}
 
 } // namespace
 
@@ -214,9 +216,9 @@ Value CastExpression::Evaluate(Frame& frame) const {
 }
 
 int CastExpression::EvaluateInt(Frame& frame) const {
-    return type != Type::Int                       ? Evaluate(frame).AsInt()
-           : operand_->type == Type::Int           ? operand_->EvaluateInt(frame)
-                                                   : Value(operand_->EvaluateFloat(frame)).AsInt();
+    return type != Type::Int             ? Evaluate(frame).AsInt()
+           : operand_->type == Type::Int ? operand_->EvaluateInt(frame)
+                                         : Value(operand_->EvaluateFloat(frame)).AsInt();
 }
 
 double CastExpression::EvaluateFloat(Frame& frame) const {

@@ -4,12 +4,12 @@
 
 namespace lightbox::mel {
 
-Parser::Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals,
-               std::shared_ptr<FileScope> scope, std::function<void(const std::string&)> warn)
+Parser::Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals, FileScope& scope,
+               std::function<void(const std::string&)> warn)
     : source_(std::move(source))
     , lexer_(*source_)
     , variables_(globals)
-    , scope_(std::move(scope))
+    , scope_(scope)
     , warn_(std::move(warn))
     , globals_(globals) {}
 
@@ -19,6 +19,7 @@ Program Parser::ParseAll() {
     program.source = source_;
     while (!lexer_.AtEnd()) {
         program.statements.push_back(ParseStatement());
+        program.ends.push_back(lexer_.RawPosition());
     }
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
@@ -36,6 +37,7 @@ bool Parser::ParseNext(Program& program) {
         return false;
     }
     program.statements.push_back(ParseStatement());
+    program.ends.push_back(lexer_.RawPosition());
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
     trial.Keep();
@@ -55,7 +57,9 @@ bool Parser::Recover() {
     return false;
 }
 
-void Parser::Fail(const std::string& message, std::uint32_t offset) const { lexer_.Fail(message, offset); }
+void Parser::Fail(const std::string& message, std::uint32_t offset) const {
+    lexer_.Fail(message, offset);
+}
 
 void Parser::Unexpected() {
     // The character decides: in the arguments of a command not everything is a token.

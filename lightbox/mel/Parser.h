@@ -7,6 +7,7 @@
 #include "mel/Operations.h"
 #include "mel/Procedure.h"
 #include "mel/Program.h"
+#include "mel/Spelling.h"
 #include "mel/Statements.h"
 #include "mel/VariableScope.h"
 
@@ -22,8 +23,8 @@ namespace lightbox::mel {
 class Parser {
 public:
     /// `scope` takes the procedures without `global`. Warnings go to `warn`.
-    Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals,
-           std::shared_ptr<FileScope> scope, std::function<void(const std::string&)> warn);
+    Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals, FileScope& scope,
+           std::function<void(const std::string&)> warn);
 
     Program ParseAll();
     /// The next statement; false at the end of the text.
@@ -94,9 +95,9 @@ private:
     ExpressionPtr ParseFunctionCall(const Token& name);
     ExpressionPtr ParseCommand(const Token& name, ExpressionPtr first);
     ExpressionPtr ParseBackquoted();
-    ExpressionPtr ParseArgument(bool& isFlagWord);
-    ExpressionPtr ParseSignedArgument(bool& isFlagWord);
-    ExpressionPtr ParseWord(bool& isFlagWord);
+    ExpressionPtr ParseArgument(Spelling& spelling);
+    ExpressionPtr ParseSignedArgument(Spelling& spelling);
+    ExpressionPtr ParseWord(Spelling& spelling);
     ExpressionPtr ParseCatch(const Token& name);
     bool AtArgumentEnd();
     bool BeginsArgument();
@@ -105,7 +106,7 @@ private:
     std::shared_ptr<const SourceText> source_;
     Lexer lexer_;
     VariableScope variables_;
-    std::shared_ptr<FileScope> scope_;
+    FileScope& scope_;
     std::function<void(const std::string&)> warn_;
     GlobalVariables& globals_;
     std::vector<std::shared_ptr<const Procedure>> procedures_;

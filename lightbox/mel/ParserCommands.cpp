@@ -8,7 +8,9 @@ namespace lightbox::mel {
 
 namespace {
 
-bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
+bool IsDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
 
 bool IsWordStart(char letter) {
     return IsNameCharacter(letter) || static_cast<unsigned char>(letter) >= 0x80 ||
@@ -46,7 +48,7 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
         return ParseCommand(name, std::move(arguments.front()));
     }
     ExpressionPtr call = Bounded(std::make_unique<CallExpression>(
-        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<bool>(), scope_));
+        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<Spelling>(), &scope_));
     return ParseExpression(ParseComponents(std::move(call)));
 }
 
@@ -56,7 +58,7 @@ ExpressionPtr Parser::ParseFunctionCall(const Token& name) {
     ExpressionList arguments = ParseExpressionList(TokenKind::RightParen);
     Expect(TokenKind::RightParen, "\")\"");
     return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
-                                                    std::move(arguments), std::vector<bool>(), scope_));
+                                                    std::move(arguments), std::vector<Spelling>(), &scope_));
 }
 
 /// catch(expression) or catch `command`
@@ -95,7 +97,8 @@ bool Parser::AtArgumentEnd() {
            (letter == '`' && inBackquotes_);
 }
 
-/// What follows name(...) at the beginning of a statement: another argument, or the operator of an expression?
+/// What follows name(...) at the beginning of a statement: another argument, or the operator of an
+/// expression?
 bool Parser::BeginsArgument() {
     const std::uint32_t end = lexer_.RawPosition();
     const char letter = lexer_.PeekCharacter();
@@ -124,24 +127,25 @@ bool Parser::BeginsArgument() {
 
 ExpressionPtr Parser::ParseCommand(const Token& name, ExpressionPtr first) {
     ExpressionList arguments;
-    std::vector<bool> flagWords;
+    std::vector<Spelling> spellings;
     if (first) {
         arguments.push_back(std::move(first));
-        flagWords.push_back(false);
+        spellings.push_back(Spelling::Computed);
     }
     while (!AtArgumentEnd()) {
-        bool isFlagWord = false;
-        arguments.push_back(ParseArgument(isFlagWord));
-        flagWords.push_back(isFlagWord);
+        Spelling spelling = Spelling::Computed;
+        arguments.push_back(ParseArgument(spelling));
+        spellings.push_back(spelling);
     }
     return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
-                                                    std::move(arguments), std::move(flagWords), scope_));
+                                                    std::move(arguments), std::move(spellings), &scope_));
 }
 
-ExpressionPtr Parser::ParseArgument(bool& isFlagWord) {
+ExpressionPtr Parser::ParseArgument(Spelling& spelling) {
     const char letter = lexer_.PeekCharacter();
     switch (letter) {
     case '"':
+        spelling = Spelling::Quoted;
         return ParseString();
     case '$':
         return ParseVariableArgument();
@@ -158,12 +162,12 @@ ExpressionPtr Parser::ParseArgument(bool& isFlagWord) {
         Unexpected();
     case '-':
     case '+':
-        return ParseSignedArgument(isFlagWord);
+        return ParseSignedArgument(spelling);
     default:
         if (!IsWordStart(letter)) {
             Unexpected();
         }
-        return ParseWord(isFlagWord);
+        return ParseWord(spelling);
     }
 }
 
@@ -183,13 +187,13 @@ ExpressionPtr Parser::ParseVariableArgument() {
 }
 
 /// A negative number, a flag, or something negated.
-ExpressionPtr Parser::ParseSignedArgument(bool& isFlagWord) {
+ExpressionPtr Parser::ParseSignedArgument(Spelling& spelling) {
     const std::uint32_t begin = lexer_.RawPosition();
     const bool isMinus = lexer_.CharacterAfter(0) == '-';
     const char next = lexer_.CharacterAfter(1);
     const bool isNumber = IsDigit(next) || (next == '.' && IsDigit(lexer_.CharacterAfter(2)));
     if (isNumber || (isMinus && IsNameStart(next))) {
-        return ParseWord(isFlagWord);
+        return ParseWord(spelling);
     }
     if (!isMinus || (next != '$' && next != '(')) {
         Unexpected();
@@ -202,11 +206,13 @@ ExpressionPtr Parser::ParseSignedArgument(bool& isFlagWord) {
     return Bounded(std::make_unique<NegationExpression>(begin, std::move(operand)));
 }
 
-ExpressionPtr Parser::ParseWord(bool& isFlagWord) {
+ExpressionPtr Parser::ParseWord(Spelling& spelling) {
     const Token word = lexer_.TakeWord();
     const std::string_view text = TextOf(word);
     if (word.kind == TokenKind::Identifier) {
-        isFlagWord = text.size() > 1 && text[0] == '-' && IsNameStart(text[1]);
+        if (text.size() > 1 && text[0] == '-' && IsNameStart(text[1])) {
+            spelling = Spelling::FlagWord;
+        }
         return std::make_unique<ConstantExpression>(word.begin, Value(text));
     }
     bool isInt = false;

@@ -69,11 +69,17 @@ Operator OperatorOf(TokenKind kind) {
     }
 }
 
-bool IsAssignment(TokenKind kind) { return kind >= TokenKind::Assign && kind <= TokenKind::CaretAssign; }
+bool IsAssignment(TokenKind kind) {
+    return kind >= TokenKind::Assign && kind <= TokenKind::CaretAssign;
+}
 
-bool IsTypeWord(TokenKind kind) { return kind >= TokenKind::TypeInt && kind <= TokenKind::TypeVector; }
+bool IsTypeWord(TokenKind kind) {
+    return kind >= TokenKind::TypeInt && kind <= TokenKind::TypeVector;
+}
 
-bool CanBeJoined(Type type) { return !IsArray(type) && type != Type::Matrix; }
+bool CanBeJoined(Type type) {
+    return !IsArray(type) && type != Type::Matrix;
+}
 
 } // namespace
 
@@ -286,8 +292,8 @@ ExpressionPtr Parser::ParseString() {
     const std::string_view literal = TextOf(token).substr(1, token.end - token.begin - 2);
     constexpr std::size_t longestKept = 256;
     if (literal.size() <= longestKept) {
-        return std::make_unique<ConstantExpression>(
-            token.begin, token.hasEscapes ? Value(Unescaped(literal)) : Value(literal));
+        return std::make_unique<ConstantExpression>(token.begin, token.hasEscapes ? Value(Unescaped(literal))
+                                                                                  : Value(literal));
     }
     return std::make_unique<TextExpression>(token.begin, literal, token.hasEscapes);
 }
@@ -338,8 +344,8 @@ ExpressionPtr Parser::ParseIndexed(const Token& name, const VariablePlace& place
     auto variable = std::make_unique<VariableExpression>(name.begin, place);
     if (place.type == Type::Matrix || (place.type == Type::Any && hasColumn)) {
         ExpressionPtr column = ParseIndex();
-        return Bounded(std::make_unique<CellExpression>(std::move(variable), std::move(index),
-                                                        std::move(column)));
+        return Bounded(
+            std::make_unique<CellExpression>(std::move(variable), std::move(index), std::move(column)));
     }
     if (!IsArray(place.type) && place.type != Type::Any) {
         Fail("The variable \"" + std::string(TextOf(name)) + "\" is not an array.", name.begin);

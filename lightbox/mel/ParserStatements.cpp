@@ -126,8 +126,7 @@ StatementPtr Parser::ParseForIn(const Token& keyword, const Token& name) {
     Expect(TokenKind::RightParen, "\")\"");
     const Type elementType = array->type == Type::Any ? Type::Any : ElementOf(array->type);
     if (elementType == Type::None) {
-        Fail(std::string("Cannot go through a value of type ") + TypeName(array->type) +
-                 ": it is no array.",
+        Fail(std::string("Cannot go through a value of type ") + TypeName(array->type) + ": it is no array.",
              array->offset);
     }
     const std::string_view variableName = TextOf(name).substr(1);
@@ -234,8 +233,7 @@ StatementPtr Parser::ParseReturn() {
 
 StatementPtr Parser::ParseExpressionStatement() {
     const std::uint32_t offset = lexer_.Position();
-    ExpressionPtr expression =
-        NextIs(TokenKind::Identifier) ? ParseNamed(true) : ParseExpression();
+    ExpressionPtr expression = NextIs(TokenKind::Identifier) ? ParseNamed(true) : ParseExpression();
     // The last statement of a text needs no semicolon.
     if (lexer_.PeekCharacter() != '\0') {
         Expect(TokenKind::Semicolon, "\";\"");
@@ -404,7 +402,7 @@ StatementPtr Parser::ParseProcedure(std::uint32_t offset, Type returnType, bool 
     procedure->isGlobal = isGlobal;
     procedure->returnType = returnType;
     procedure->source = source_;
-    procedure->scope = scope_;
+    procedure->scope = &scope_;
     const ProcedureScope variables(variables_);
     const During<Type> returns(returnType_, returnType);
     const During<int> noLoop(loops_, 0);

@@ -39,9 +39,9 @@ struct Procedure {
     /// Parameters come first among the local variables.
     int variableCount = 0;
     std::unique_ptr<Statement> body;
-    /// What its body refers to.
+    /// What its body refers to; the scope belongs to the runtime.
     std::shared_ptr<const SourceText> source;
-    std::shared_ptr<FileScope> scope;
+    FileScope* scope = nullptr;
 };
 
 } // namespace lightbox::mel

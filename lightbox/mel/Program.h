@@ -13,6 +13,8 @@ namespace lightbox::mel {
 struct Program {
     std::shared_ptr<const SourceText> source;
     StatementList statements;
+    /// Where each of them ends in the text.
+    std::vector<std::uint32_t> ends;
     /// Local variables of its blocks.
     int variableCount = 0;
     /// Every procedure it defines; they are known before its first statement runs.

@@ -86,7 +86,9 @@ Runtime::Entry::Entry(Runtime& runtime)
     ++runtime_.entries_;
 }
 
-Runtime::Entry::~Entry() { --runtime_.entries_; }
+Runtime::Entry::~Entry() {
+    --runtime_.entries_;
+}
 
 Runtime::Runtime(Interpreter& interpreter)
     : interpreter_(interpreter) {}
@@ -94,12 +96,8 @@ Runtime::Runtime(Interpreter& interpreter)
 void Runtime::Define(std::shared_ptr<const Procedure> procedure) {
     ++procedureVersion_;
     if (!procedure->isGlobal) {
-        // Held by a pointer of its own: the file's scope holds the procedure.
-        const std::shared_ptr<FileScope> scope = procedure->scope.lock();
-        if (scope) {
-            const std::string name = procedure->name;
-            scope->procedures[name].procedure = std::move(procedure);
-        }
+        ProcedureEntry& own = procedure->scope->procedures[procedure->name];
+        own.procedure = std::move(procedure);
         return;
     }
     auto& entry = procedures_[procedure->name];
@@ -107,6 +105,18 @@ void Runtime::Define(std::shared_ptr<const Procedure> procedure) {
         entry = std::make_unique<ProcedureEntry>();
     }
     entry->procedure = std::move(procedure);
+}
+
+void Runtime::DefineFirst(const std::shared_ptr<const Procedure>& procedure) {
+    const auto& defined = procedure->isGlobal ? FindGlobalProcedure(procedure->name) : nullptr;
+    const auto own = procedure->scope->procedures.find(procedure->name);
+    const Procedure* const present = procedure->isGlobal ? (defined ? defined->procedure.get() : nullptr)
+                                     : own == procedure->scope->procedures.end()
+                                         ? nullptr
+                                         : own->second.procedure.get();
+    if (!present || present->source != procedure->source) {
+        Define(procedure);
+    }
 }
 
 const ProcedureEntry* Runtime::FindGlobalProcedure(std::string_view name) const {
@@ -136,7 +146,9 @@ Callee Runtime::Find(const std::string& name, const FileScope* scope) {
     return callee;
 }
 
-unsigned Runtime::Version() const { return procedureVersion_ + interpreter_.Commands().Version(); }
+unsigned Runtime::Version() const {
+    return procedureVersion_ + interpreter_.Commands().Version();
+}
 
 bool Runtime::SourceScriptFor(const std::string& name) {
     if (std::find(beingSourced_.begin(), beingSourced_.end(), name) != beingSourced_.end()) {
@@ -166,10 +178,11 @@ Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments
     if (!callee.command) {
         throw Error("Cannot find procedure \"" + name + "\".");
     }
-    return CallCommand(*callee.command, arguments);
+    return CallCommand(callee.command, arguments);
 }
 
-Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments) {
+Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure,
+                             std::vector<Value>& arguments) {
     if (arguments.size() != procedure->parameters.size()) {
         throw Error("Wrong number of arguments on call to " + procedure->name + ".");
     }
@@ -178,7 +191,7 @@ Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure, 
         // Arrays of the same type are handed over by reference.
         variables.Get()[i] = Converted(std::move(arguments[i]), procedure->parameters[i].type);
     }
-    Frame frame{*this, *procedure->source, variables.Get(), 0, Value()};
+    Frame frame{*this, *procedure->source, variables.Get()};
     try {
         procedure->body->Execute(frame);
     } catch (Error& error) {
@@ -188,7 +201,9 @@ Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure, 
     return frame.result.IsNone() ? Value::Default(procedure->returnType) : std::move(frame.result);
 }
 
-Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments) {
+Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                           const CallArguments& arguments) {
+    const CommandRegistry::Command& command = *called;
     try {
         if (command.raw) {
             const std::size_t count = arguments.values.size();
@@ -201,7 +216,7 @@ Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallAr
         ArgumentTokens tokens(arguments);
         if (command.IsPlugin()) {
             const auto outcome =
-                RunPluginCommand(interpreter_.GetHost(), command, ArgumentTokens::Wrap(std::move(tokens)));
+                RunPluginCommand(interpreter_.GetHost(), called, ArgumentTokens::Wrap(std::move(tokens)));
             if (!outcome.status) {
                 throw Error(command.name + ": " + Access::Text(outcome.status.errorString()));
             }
@@ -247,7 +262,9 @@ void Runtime::Locate(Error& error, const Frame& frame) {
     }
 }
 
-void Runtime::Warn(const std::string& message) { interpreter_.GetHost().output().Warning(message); }
+void Runtime::Warn(const std::string& message) {
+    interpreter_.GetHost().output().Warning(message);
+}
 
 void Runtime::ReportCaught(const Error& error) {
     // Not counted as an error of the run: the script has dealt with it.
@@ -262,6 +279,8 @@ void Runtime::CheckStack() const {
     }
 }
 
-void Runtime::StopInterrupted() { throw Error("The run was interrupted.", Error::Kind::Interrupt); }
+void Runtime::StopInterrupted() {
+    throw Error("The run was interrupted.", Error::Kind::Interrupt);
+}
 
 } // namespace lightbox::mel

@@ -5,9 +5,11 @@
 #include "mel/GlobalVariables.h"
 #include "mel/Procedure.h"
 #include "mel/SlotStack.h"
+#include "mel/Spelling.h"
 #include "mel/Value.h"
 
 #include <atomic>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,11 +21,11 @@ namespace lightbox::mel {
 class Error;
 class Interpreter;
 
-/// The arguments of a call. `words` tells which ones were written as bare words that begin with a hyphen,
-/// since only those are flags where a text is expected; null when none can be.
+/// The arguments of a call.
 struct CallArguments {
     std::vector<Value> values;
-    const std::vector<bool>* flagWords = nullptr;
+    /// How each was written; null for a function call, where all are computed.
+    const std::vector<Spelling>* spellings = nullptr;
 };
 
 /// What a name stands for where it is called: a procedure or a command.
@@ -41,9 +43,12 @@ public:
     Interpreter& GetInterpreter() const { return interpreter_; }
     GlobalVariables& Globals() { return globals_; }
 
-    /// Procedures that were typed without `global`.
-    const std::shared_ptr<FileScope>& SessionScope() const { return sessionScope_; }
+    /// The procedures without `global` of a file, by its name; those that were typed share one scope under an
+    /// empty name.
+    FileScope& ScopeOf(const std::string& file) { return scopes_[file]; }
     void Define(std::shared_ptr<const Procedure> procedure);
+    /// Defines a procedure unless the same text has defined one of its name already.
+    void DefineFirst(const std::shared_ptr<const Procedure>& procedure);
     const ProcedureEntry* FindGlobalProcedure(std::string_view name) const;
 
     /// Looks a name up: the file's own procedures, global ones, commands, then a script of that name in the
@@ -54,7 +59,8 @@ public:
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
     Value CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments);
-    Value CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments);
+    Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                      const CallArguments& arguments);
 
     /// The value as a variable of the type takes it; warns when a text is no number.
     Value Converted(Value value, Type type);
@@ -92,11 +98,27 @@ public:
     bool IsRunning() const { return entries_ > 0; }
 
     /// True in a command that is called directly by an outermost statement and is the whole of it.
-    bool IsWholeStatement() const { return wholeStatement_ && callDepth_ == 1; }
-    void SetWholeStatement(bool whole) { wholeStatement_ = whole; }
+    bool IsWholeStatement() const { return wholeDepth_ > 0 && callDepth_ == wholeDepth_; }
+    /// Notes, while an outermost statement runs, whether it is a call and nothing else.
+    class WholeStatement {
+    public:
+        WholeStatement(Runtime& runtime, bool isCall)
+            : runtime_(runtime)
+            , before_(runtime.wholeDepth_) {
+            runtime_.wholeDepth_ = isCall ? runtime_.callDepth_ + 1 : 0;
+        }
+        ~WholeStatement() { runtime_.wholeDepth_ = before_; }
+        WholeStatement(const WholeStatement&) = delete;
+        WholeStatement& operator=(const WholeStatement&) = delete;
 
-    /// Whether the outermost statements are echoed to the output.
-    bool echo = false;
+    private:
+        Runtime& runtime_;
+        int before_;
+    };
+
+    /// Whether the outermost statements are printed before they run.
+    bool EchoesStatements() const { return echoes_; }
+    void EchoStatements(bool echo) { echoes_ = echo; }
 
 private:
     [[noreturn]] void StopInterrupted();
@@ -104,13 +126,15 @@ private:
 
     Interpreter& interpreter_;
     GlobalVariables globals_;
-    std::shared_ptr<FileScope> sessionScope_ = std::make_shared<FileScope>();
+    std::map<std::string, FileScope> scopes_;
     std::unordered_map<std::string, std::unique_ptr<ProcedureEntry>> procedures_;
     unsigned procedureVersion_ = 0;
     SlotStack slots_;
     int entries_ = 0;
+    bool echoes_ = false;
     int callDepth_ = 0;
-    bool wholeStatement_ = false;
+    /// The depth of the call that is a whole outermost statement, 0 when there is none.
+    int wholeDepth_ = 0;
     const char* stackBase_ = nullptr;
     std::vector<std::string> beingSourced_;
     std::atomic<bool> interrupted_{false};

@@ -3,11 +3,11 @@
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
-
-#include <QFile>
 
 namespace lightbox::mel {
 

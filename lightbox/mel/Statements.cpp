@@ -242,6 +242,7 @@ Flow ReturnStatement::Execute(Frame& frame) const {
         frame.offset = offset;
         frame.result = frame.runtime.Converted(std::move(value), type_);
     }
+    frame.hasReturned = true;
     return Flow::Return;
 }
 

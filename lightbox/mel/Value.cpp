@@ -20,7 +20,9 @@ int ToInt(double number) {
     return static_cast<int>(std::min(std::max(number, lowest), highest));
 }
 
-double Length(const Vector& v) { return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z); }
+double Length(const Vector& v) {
+    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
 
 [[noreturn]] void NoConversion(Type from, Type to) {
     throw Error(std::string("Cannot convert data of type ") + TypeName(from) + " to type " + TypeName(to) +
@@ -111,7 +113,9 @@ const char* TypeName(Type type) {
     return "any";
 }
 
-bool IsArray(Type type) { return type >= Type::IntArray && type <= Type::VectorArray; }
+bool IsArray(Type type) {
+    return type >= Type::IntArray && type <= Type::VectorArray;
+}
 
 Type ArrayOf(Type element) {
     const bool hasArray = element >= Type::Int && element <= Type::Vector;
@@ -352,7 +356,9 @@ void Value::ReplaceContent(Value source) {
     }
 }
 
-const std::string& Value::Text() const { return *std::get<Shared<std::string>>(data); }
+const std::string& Value::Text() const {
+    return *std::get<Shared<std::string>>(data);
+}
 
 void Value::AppendText(std::string_view more) {
     auto& text = std::get<Shared<std::string>>(data);
@@ -366,11 +372,21 @@ void Value::AppendText(std::string_view more) {
     text = std::move(longer);
 }
 
-Value::IntArray& Value::Ints() const { return *std::get<Shared<IntArray>>(data); }
-Value::FloatArray& Value::Floats() const { return *std::get<Shared<FloatArray>>(data); }
-Value::StringArray& Value::Strings() const { return *std::get<Shared<StringArray>>(data); }
-Value::VectorArray& Value::Vectors() const { return *std::get<Shared<VectorArray>>(data); }
-Matrix& Value::MatrixData() const { return *std::get<Shared<Matrix>>(data); }
+Value::IntArray& Value::Ints() const {
+    return *std::get<Shared<IntArray>>(data);
+}
+Value::FloatArray& Value::Floats() const {
+    return *std::get<Shared<FloatArray>>(data);
+}
+Value::StringArray& Value::Strings() const {
+    return *std::get<Shared<StringArray>>(data);
+}
+Value::VectorArray& Value::Vectors() const {
+    return *std::get<Shared<VectorArray>>(data);
+}
+Matrix& Value::MatrixData() const {
+    return *std::get<Shared<Matrix>>(data);
+}
 
 std::size_t Value::Size() const {
     switch (GetType()) {

@@ -19,6 +19,8 @@ public:
     void Info(const std::string& text) { Write(Kind::Info, text); }
     void Warning(const std::string& text) { Write(Kind::Warning, text); }
     void Error(const std::string& text);
+    /// An error that a script has caught: shown, but not counted.
+    void CaughtError(const std::string& text) { Write(Kind::Error, text); }
     void Progress(const std::string& text) { Write(Kind::Progress, text); }
 
     /// Errors reported so far; a batch run's exit status depends on it.

@@ -10,7 +10,6 @@
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 #include <maya/MDoubleArray.h>
-#include <maya/MGlobal.h>
 
 namespace vellix {
 
@@ -97,8 +96,7 @@ MStatus NodeCommand::redoIt() {
 }
 
 MStatus NodeCommand::undoIt() {
-    m_modifier.undoIt();
-    MGlobal::setActiveSelectionList(m_selection);
+    m_creation.Undo();
     BaseNode::UpdatePlaybackTime();
     BaseNode::UpdateTimeControlOverlay();
     BaseNode::ClearLayerManagerDialog();
@@ -160,44 +158,16 @@ MStatus NodeCommand::CreateNode() {
         Logger::Error("Node already exists");
         return MS::kFailure;
     }
-    if (!m_hasRun) {
-        MGlobal::getActiveSelectionList(m_selection);
-        MStatus built = BuildNodes();
-        if (!built) {
-            return built;
-        }
+    MStatus created = m_creation.Do();
+    if (!created) {
+        return created;
     }
-    MStatus done = m_modifier.doIt();
-    if (!done) {
-        return done;
-    }
-    for (const char* attribute : {"translateX", "translateY", "translateZ", "rotateX", "rotateY", "rotateZ",
-                                  "scaleX", "scaleY", "scaleZ"}) {
-        BaseNode::LockAndHideAttribute(m_transform, attribute);
-    }
-    MGlobal::clearSelectionList();
-
     BaseNode* node = BaseNode::GetMaster();
     if (m_layer && node != nullptr) {
         if (!m_hasRun) {
             AddFirstLayer(*node);
         }
         RefreshPanels(*node);
-    }
-    return MS::kSuccess;
-}
-
-MStatus NodeCommand::BuildNodes() {
-    MStatus status;
-    m_transform = m_modifier.createNode("transform", MObject::kNullObj, &status);
-    if (!status || !m_modifier.renameNode(m_transform, "vellix")) {
-        Logger::Error("Failed to create transform");
-        return MS::kFailure;
-    }
-    const MObject shape = m_modifier.createNode(BaseNode::GetTypeID(), m_transform, &status);
-    if (!status || !m_modifier.renameNode(shape, "vellixShape")) {
-        Logger::Error("Failed to create shape");
-        return MS::kFailure;
     }
     return MS::kSuccess;
 }

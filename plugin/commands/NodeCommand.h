@@ -1,10 +1,9 @@
 #pragma once
 
+#include "commands/NodeCreation.h"
+
 #include <maya/MApiNamespace.h>
-#include <maya/MDagModifier.h>
-#include <maya/MObject.h>
 #include <maya/MPxCommand.h>
-#include <maya/MSelectionList.h>
 #include <maya/MString.h>
 #include <maya/MSyntax.h>
 
@@ -31,12 +30,11 @@ private:
     MStatus ParseArguments(const MArgList& args);
     MStatus Query();
     MStatus CreateNode();
-    MStatus BuildNodes();
     void AddFirstLayer(BaseNode& node);
     void AddFrames(BaseNode& node, const QString& camera);
     void RefreshPanels(const BaseNode& node);
 
-    MDagModifier m_modifier;
+    NodeCreation m_creation;
     bool m_undoable = false;
     bool m_hasRun = false;
     bool m_edit = false;
@@ -50,8 +48,6 @@ private:
     QString m_layerName;
     QString m_camera;
     int m_layerState = -1; ///< negative when none was given
-    MObject m_transform;
-    MSelectionList m_selection; ///< as it was before the creation
 };
 
 } // namespace vellix

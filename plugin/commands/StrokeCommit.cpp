@@ -44,6 +44,9 @@ bool StrokeCommit::Undo(BaseNode& node) {
     }
     if (m_frameAdded) {
         delete node.RemoveFrame(m_camera, m_frameTime);
+        if (Layer* layer = node.GetActiveLayer(m_camera)) {
+            layer->UpdateCurrentFrameIndex(); // the frame may be far from the playback time
+        }
     }
     if (m_addedLayer >= 0) {
         delete node.RemoveLayer(m_camera, m_addedLayer);

@@ -1,35 +1,20 @@
 #include "core/Compositor.h"
 
-#include "core/Frame.h"
+#include "core/GhostPictures.h"
 #include "core/Layer.h"
 #include "core/StrokePainter.h"
 #include "host/Settings.h"
 
 namespace vellix {
-namespace {
-
-/// The picture of the frame so many keys from the current one. Reading it clears the layer's flag.
-Picture PictureOf(Layer& layer, int offset) {
-    Picture picture;
-    QImage* image = layer.GetImage(offset);
-    if (!image->isNull()) {
-        picture.image = image;
-        picture.coverage = &layer.GetFrame(layer.GetCurrentFrameIndex() + offset)->GetCoverage();
-        picture.key = image->cacheKey();
-    }
-    return picture;
-}
-
-} // namespace
 
 void Compositor::AddCamera(const QString& camera) {
-    m_images[camera].reset(new MergedImage(QImage::Format_RGBA8888));
+    m_images[camera].reset(new FlattenedImage);
 }
 
 void Compositor::RemoveCamera(const QString& camera) {
     m_images.erase(camera);
-    if (m_ghostOwner.camera == camera) {
-        m_ghostOwner = GhostOwner();
+    if (m_ghosts.camera == camera) {
+        m_ghosts = Ghosts();
     }
 }
 
@@ -43,51 +28,67 @@ void Compositor::Rebuild(const Scene& scene) {
     if (found == m_images.end()) {
         return;
     }
-    PictureStack stack;
-    stack.push_back(Ghosts(scene));
+    PictureStack stack = UpdateGhosts(scene);
+    const std::size_t ghostCount = stack.size();
     for (Layer* layer : scene.layers) {
         stack.push_back(PictureOf(*layer, 0));
     }
     if (scene.stroke != nullptr && scene.activeLayer >= 0) {
-        RebuildWithStroke(*found->second, scene, stack);
+        RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.activeLayer));
     } else {
-        found->second->Update(stack);
+        found->second->Update(stack, TileMask());
     }
+    m_cache.EndRound();
 }
 
-/// The ghosts of the active layer. A stroke that is under way keeps those of the rebuild before it.
-Picture Compositor::Ghosts(const Scene& scene) {
+/// The drawing so many keys from the current one. Reading it clears the layer's flag.
+Picture Compositor::PictureOf(Layer& layer, int offset) {
+    Picture picture;
+    const QImage& image = *layer.GetImage(offset);
+    if (!image.isNull()) {
+        picture.drawing = m_cache.Find(image);
+        picture.key = image.cacheKey();
+    }
+    return picture;
+}
+
+/// The ghosts of the active layer. While a stroke grows they stay those of the rebuild before it.
+PictureStack Compositor::UpdateGhosts(const Scene& scene) {
     if (scene.activeLayer < 0 || !scene.ghosting || !(Settings::ghostPrev || Settings::ghostNext)) {
-        if (m_ghostOwner.camera == scene.camera) {
-            m_ghostOwner = GhostOwner();
+        if (m_ghosts.camera == scene.camera) {
+            m_ghosts = Ghosts();
         }
-        return Picture();
+        return PictureStack();
     }
     Layer& layer = *scene.layers[scene.activeLayer];
-    const GhostOwner owner{scene.camera, &layer, layer.GetCurrentFrameIndex()};
+    const bool same = m_ghosts.camera == scene.camera && m_ghosts.layer == &layer &&
+                      m_ghosts.frameIndex == layer.GetCurrentFrameIndex();
     const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
-    if (!strokeGrows || !(m_ghostOwner == owner)) {
-        m_ghosts.Update(GhostRecipe::FromSettings(layer.FrameCount(),
-                                                  [&layer](int offset) { return PictureOf(layer, offset); }));
-        m_ghostOwner = owner;
+    if (!same || !strokeGrows) {
+        m_ghosts.camera = scene.camera;
+        m_ghosts.layer = &layer;
+        m_ghosts.frameIndex = layer.GetCurrentFrameIndex();
+        m_ghosts.pictures = GhostPictures(layer.FrameCount(),
+                                          [this, &layer](int offset) { return PictureOf(layer, offset); });
     }
-    return m_ghosts.AsPicture();
+    return m_ghosts.pictures;
 }
 
 /// What lies under and over the layer that is drawn on is merged once; then each refresh costs the same
 /// however many layers there are.
-void Compositor::RebuildWithStroke(MergedImage& image, const Scene& scene, const PictureStack& stack) {
+void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
+                                   std::size_t drawnOn) {
     if (m_below == nullptr) {
-        m_below.reset(new MergedImage(QImage::Format_RGBA8888_Premultiplied));
-        m_above.reset(new MergedImage(QImage::Format_RGBA8888_Premultiplied));
+        m_below.reset(new MergedPictures);
+        m_above.reset(new MergedPictures);
     }
-    const auto drawnOn = stack.begin() + 1 + scene.activeLayer;
-    m_below->Update(PictureStack(stack.begin(), drawnOn));
-    m_above->Update(PictureStack(drawnOn + 1, stack.end()));
-    TileMask changed;
+    const auto drawing = stack.begin() + std::ptrdiff_t(drawnOn);
+    m_below->Update(PictureStack(stack.begin(), drawing));
+    m_above->Update(PictureStack(drawing + 1, stack.end()));
     PictureStack merged;
     merged.push_back(m_below->AsPicture());
-    scene.stroke->AppendTo(merged, *drawnOn, changed);
+    TileMask changed;
+    scene.stroke->AppendTo(merged, *drawing, *scene.layers[scene.activeLayer]->GetImage(0), changed);
     merged.push_back(m_above->AsPicture());
     image.Update(merged, changed);
 }

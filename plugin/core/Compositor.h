@@ -1,8 +1,9 @@
 #pragma once
 
-#include "core/GhostImage.h"
-#include "core/MergedImage.h"
-#include "paint/Composite.h"
+#include "core/FlattenedImage.h"
+#include "core/MergedPictures.h"
+#include "core/PictureCache.h"
+#include "paint/Picture.h"
 
 #include <QImage>
 #include <QList>
@@ -39,26 +40,25 @@ public:
     void Rebuild(const Scene& scene);
 
 private:
-    /// Whose ghosts are held.
-    struct GhostOwner {
+    /// What a stroke that is under way keeps showing.
+    struct Ghosts {
         QString camera;
-        const Layer* layer = nullptr;
+        const Layer* layer = nullptr; ///< null: no ghosts
         int frameIndex = -1;
-
-        bool operator==(const GhostOwner& other) const {
-            return camera == other.camera && layer == other.layer && frameIndex == other.frameIndex;
-        }
+        PictureStack pictures;
     };
 
-    Picture Ghosts(const Scene& scene);
-    void RebuildWithStroke(MergedImage& image, const Scene& scene, const PictureStack& stack);
+    Picture PictureOf(Layer& layer, int offset);
+    PictureStack UpdateGhosts(const Scene& scene);
+    void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
+                           std::size_t drawnOn);
 
-    std::map<QString, std::unique_ptr<MergedImage>> m_images;
-    GhostImage m_ghosts;
-    GhostOwner m_ghostOwner; ///< without a layer: none
+    std::map<QString, std::unique_ptr<FlattenedImage>> m_images;
+    PictureCache m_cache;
+    Ghosts m_ghosts;
     // While a stroke is drawn, what lies under and over its layer.
-    std::unique_ptr<MergedImage> m_below;
-    std::unique_ptr<MergedImage> m_above;
+    std::unique_ptr<MergedPictures> m_below;
+    std::unique_ptr<MergedPictures> m_above;
 };
 
 } // namespace vellix

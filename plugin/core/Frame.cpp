@@ -102,15 +102,6 @@ QImage Frame::PeekImage() const {
     return Composite::ToLayerImage(image);
 }
 
-const TileCoverage& Frame::GetCoverage() {
-    const QImage& image = GetImage();
-    if (m_coverage == nullptr || m_coverageKey != image.cacheKey()) {
-        m_coverage.reset(new TileCoverage(TileCoverage::Of(image)));
-        m_coverageKey = image.cacheKey();
-    }
-    return *m_coverage;
-}
-
 QByteArray Frame::EncodedImage() const {
     if (m_encodedKey != m_image.cacheKey() || m_encoded.isEmpty()) {
         DrawUtil::PackPngBuffer(Composite::ToLayerImage(m_image), m_encoded);

@@ -1,19 +1,15 @@
 #pragma once
 
-#include "paint/TileCoverage.h"
-
 #include <maya/MTime.h>
 
 #include <QByteArray>
 #include <QImage>
 
-#include <memory>
-
 namespace vellix {
 
 /// A drawing keyed at a whole-frame time. Its picture is held as pixels or, until someone asks for them, as
-/// PNG bytes. Beside the pixels a frame remembers the PNG bytes and the coverage that belong to them, for as
-/// long as the pixels stay what they were.
+/// PNG bytes. Beside the pixels a frame remembers the PNG bytes that belong to them, for as long as the pixels
+/// stay what they were.
 class Frame {
 public:
     /// A frame without a picture.
@@ -47,8 +43,6 @@ public:
     /// The picture without unpacking the frame: shared pixels, or a decoded copy; null for a frame without a
     /// picture.
     QImage PeekImage() const;
-    /// Where the pixels are. Unpacks the frame.
-    const TileCoverage& GetCoverage();
 
 private:
     QByteArray EncodedImage() const;
@@ -57,11 +51,8 @@ private:
     QImage m_image;
     QByteArray m_packed; ///< the picture while there are no pixels
 
-    // What is known about the pixels with this QImage::cacheKey.
-    mutable QByteArray m_encoded;
-    mutable qint64 m_encodedKey = 0;
-    std::unique_ptr<TileCoverage> m_coverage;
-    qint64 m_coverageKey = 0;
+    mutable QByteArray m_encoded;    ///< the pixels as PNG bytes...
+    mutable qint64 m_encodedKey = 0; ///< ...while this is their QImage::cacheKey
 };
 
 } // namespace vellix

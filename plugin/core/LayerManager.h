@@ -120,6 +120,8 @@ public:
     /// Paints the stroke into the active layer's current frame and ends it. `undo` receives the image before
     /// it as PNG bytes.
     bool CommitActiveStroke(const QString& camera, QByteArray& undo);
+    /// The same without the image before it, for a stroke that joins one whose way back is known.
+    bool CommitActiveStroke(const QString& camera);
     /// Exchanges the current image of the active layer with the one in the buffer (PNG bytes); false, with
     /// nothing changed, when either is missing.
     bool UndoStroke(const QString& camera, QByteArray& buffer);
@@ -147,6 +149,8 @@ public:
     void UpdateLayerManagerDialog();
 
 private:
+    bool CommitStroke(const QString& camera, QByteArray* undo);
+
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
     const LayerList& FindLayers(const QString& camera) const;

@@ -37,6 +37,14 @@ Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
 }
 
 bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
+    return CommitStroke(camera, &undo);
+}
+
+bool LayerManager::CommitActiveStroke(const QString& camera) {
+    return CommitStroke(camera, nullptr);
+}
+
+bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
     Layer* layer = GetActiveLayer(camera);
     if (layer == nullptr || !m_stroke->HasStroke()) {
         return false;

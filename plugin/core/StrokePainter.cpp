@@ -1,6 +1,7 @@
 #include "core/StrokePainter.h"
 
 #include "core/Frame.h"
+#include "paint/Composite.h"
 #include "paint/DrawUtil.h"
 
 #include <QPainter>
@@ -22,20 +23,12 @@ bool IsDrawnWhole(ToolType tool) {
            tool == ToolType::Ellipse || tool == ToolType::Rectangle;
 }
 
-Picture PictureOf(Frame& frame) {
-    Picture picture;
-    picture.image = &frame.GetImage();
-    picture.coverage = &frame.GetCoverage();
-    picture.key = picture.image->cacheKey();
-    return picture;
-}
-
 } // namespace
 
 Picture StrokePainter::Canvas::AsPicture() const {
     Picture picture;
-    picture.image = &image;
-    picture.coverage = &coverage;
+    picture.canvas = &image;
+    picture.canvasCoverage = &coverage;
     picture.key = key;
     return picture;
 }
@@ -63,26 +56,31 @@ void StrokePainter::Begin(const QString& camera) {
     Forget();
     m_stroke.reset(new Stroke);
     m_camera = camera;
-    // Below 0, where no QImage::cacheKey lies.
-    m_work.key = --m_lastKey;
-    m_moved.key = --m_lastKey;
+    m_work.key = Picture::NewKey();
+    m_moved.key = Picture::NewKey();
 }
 
 void StrokePainter::Cancel(Frame* drawing) {
     if (m_stroke != nullptr && drawing != nullptr && m_stroke->tool == ToolType::Transform &&
         m_stroke->freshSelection && m_stroke->copyToClipboard && SelectionIsUsable()) {
-        m_copied = CopySelection(PictureOf(*drawing));
+        m_copied = CopySelection(drawing->GetImage());
     }
     Forget();
 }
 
-bool StrokePainter::Commit(Frame& drawing, QByteArray& undo) {
-    const QByteArray before = drawing.GetPackedImage();
-    if (m_stroke == nullptr || before.isEmpty()) {
+bool StrokePainter::Commit(Frame& drawing, QByteArray* undo) {
+    if (m_stroke == nullptr) {
         return false;
     }
+    if (undo != nullptr) {
+        const QByteArray before = drawing.GetPackedImage();
+        if (before.isEmpty()) {
+            return false;
+        }
+        *undo = before;
+    }
     TileMask changed;
-    Paint(PictureOf(drawing), false, changed);
+    Paint(drawing.GetImage(), false, changed);
     if (m_stroke->tool == ToolType::Eraser) {
         drawing.SetImage(m_work.image);
     } else if (IsFreehand(m_stroke->tool) || IsDrawnWhole(m_stroke->tool)) {
@@ -91,13 +89,13 @@ bool StrokePainter::Commit(Frame& drawing, QByteArray& undo) {
         Composite::SourceOver(m_work.image, m_moved.image, m_moved.coverage.occupied);
         drawing.SetImage(m_work.image);
     }
-    undo = before;
     Forget();
     return true;
 }
 
-void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, TileMask& changed) {
-    Paint(drawing, true, changed);
+void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, const QImage& image,
+                             TileMask& changed) {
+    Paint(image, true, changed);
     const ToolType tool = m_stroke->tool;
     if (tool == ToolType::Transform) {
         if (SelectionIsUsable()) {
@@ -118,7 +116,7 @@ bool StrokePainter::HasPasteImage() const {
     return !m_copied.isNull();
 }
 
-void StrokePainter::Paint(const Picture& drawing, bool editing, TileMask& changed) {
+void StrokePainter::Paint(const QImage& drawing, bool editing, TileMask& changed) {
     if (IsFreehand(m_stroke->tool)) {
         PaintFreehand(drawing, changed);
     } else if (IsDrawnWhole(m_stroke->tool)) {
@@ -130,10 +128,10 @@ void StrokePainter::Paint(const Picture& drawing, bool editing, TileMask& change
     }
 }
 
-void StrokePainter::PaintFreehand(const Picture& drawing, TileMask& changed) {
+void StrokePainter::PaintFreehand(const QImage& drawing, TileMask& changed) {
     const bool erases = m_stroke->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, m_stroke->points.size() - 1);
-    const qint64 ground = erases ? drawing.key : qint64(m_stroke->color.rgba());
+    const qint64 ground = erases ? drawing.cacheKey() : qint64(m_stroke->color.rgba());
     if (!m_begun || ground != m_ground || m_lastRasterised > lastPoint) {
         m_work.Replace(FreehandGround(drawing), changed);
         m_begun = true;
@@ -154,9 +152,9 @@ void StrokePainter::PaintFreehand(const Picture& drawing, TileMask& changed) {
 
 /// What a freehand stroke is painted into: the eraser lowers the alpha of the drawing, the others raise the
 /// alpha of their colour.
-QImage StrokePainter::FreehandGround(const Picture& drawing) const {
-    if (m_stroke->tool == ToolType::Eraser && drawing.image != nullptr) {
-        return *drawing.image;
+QImage StrokePainter::FreehandGround(const QImage& drawing) const {
+    if (m_stroke->tool == ToolType::Eraser && !drawing.isNull()) {
+        return drawing;
     }
     QImage ground = Composite::TransparentImage();
     if (m_stroke->tool != ToolType::Eraser) {
@@ -167,7 +165,7 @@ QImage StrokePainter::FreehandGround(const Picture& drawing) const {
     return ground;
 }
 
-void StrokePainter::PaintTransform(const Picture& drawing, TileMask& changed) {
+void StrokePainter::PaintTransform(const QImage& drawing, TileMask& changed) {
     if (m_stroke->freshSelection || !m_begun) {
         LiftSelection(drawing, changed);
         m_begun = true;
@@ -181,8 +179,8 @@ void StrokePainter::PaintTransform(const Picture& drawing, TileMask& changed) {
     m_moved.Replace(moved, changed);
 }
 
-void StrokePainter::LiftSelection(const Picture& drawing, TileMask& changed) {
-    QImage rest = drawing.image != nullptr ? *drawing.image : Composite::TransparentImage();
+void StrokePainter::LiftSelection(const QImage& drawing, TileMask& changed) {
+    QImage rest = drawing.isNull() ? Composite::TransparentImage() : drawing;
     const QImage region = CopySelection(drawing);
     if (m_stroke->pasted) {
         m_lifted = m_copied;
@@ -200,9 +198,9 @@ void StrokePainter::LiftSelection(const Picture& drawing, TileMask& changed) {
     m_work.Replace(rest, changed);
 }
 
-QImage StrokePainter::CopySelection(const Picture& drawing) const {
-    if (drawing.image != nullptr) {
-        return drawing.image->copy(m_stroke->selection);
+QImage StrokePainter::CopySelection(const QImage& drawing) const {
+    if (!drawing.isNull()) {
+        return drawing.copy(m_stroke->selection);
     }
     QImage empty(m_stroke->selection.size(), QImage::Format_RGBA8888);
     empty.fill(Qt::transparent);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "paint/Composite.h"
+#include "paint/Picture.h"
 #include "paint/Stroke.h"
 
 #include <QByteArray>
@@ -29,13 +29,13 @@ public:
     /// taken yet; may be null.
     void Cancel(Frame* drawing);
     /// Paints the stroke into the frame and forgets it. `undo` receives the picture before it as PNG bytes;
-    /// false, with nothing changed, when they cannot be made.
-    bool Commit(Frame& drawing, QByteArray& undo);
+    /// false, with nothing changed, when they cannot be made. With null nobody wants them.
+    bool Commit(Frame& drawing, QByteArray* undo);
 
-    /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing`:
-    /// what the layer shows, without the stroke. `changed` receives the tiles that changed since the last
-    /// time, as the pictures keep their keys while a stroke grows.
-    void AppendTo(PictureStack& stack, const Picture& drawing, TileMask& changed);
+    /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing` and
+    /// `image`: what the layer shows without the stroke, or nothing. `changed` receives the tiles that
+    /// changed since the last time, as the pictures keep their keys while a stroke grows.
+    void AppendTo(PictureStack& stack, const Picture& drawing, const QImage& image, TileMask& changed);
 
     /// Has the transform tool copied something that can be pasted?
     bool HasPasteImage() const;
@@ -51,12 +51,12 @@ private:
         void Replace(const QImage& with, TileMask& changed);
     };
 
-    void Paint(const Picture& drawing, bool editing, TileMask& changed);
-    void PaintFreehand(const Picture& drawing, TileMask& changed);
-    QImage FreehandGround(const Picture& drawing) const;
-    void PaintTransform(const Picture& drawing, TileMask& changed);
-    void LiftSelection(const Picture& drawing, TileMask& changed);
-    QImage CopySelection(const Picture& drawing) const;
+    void Paint(const QImage& drawing, bool editing, TileMask& changed);
+    void PaintFreehand(const QImage& drawing, TileMask& changed);
+    QImage FreehandGround(const QImage& drawing) const;
+    void PaintTransform(const QImage& drawing, TileMask& changed);
+    void LiftSelection(const QImage& drawing, TileMask& changed);
+    QImage CopySelection(const QImage& drawing) const;
     bool SelectionIsUsable() const;
     void Forget();
 
@@ -69,7 +69,6 @@ private:
     int m_lastRasterised = 0; ///< index of the last stroke point that is in the work image
     QImage m_lifted;          ///< the region lifted by the transform tool
     QImage m_copied;          ///< what was cut or copied, to be pasted
-    qint64 m_lastKey = 0;
 };
 
 } // namespace vellix

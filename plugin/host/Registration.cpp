@@ -1,6 +1,9 @@
 #include "host/Registration.h"
 
+#include "commands/ExportCommand.h"
+#include "commands/LayerCommand.h"
 #include "commands/NodeCommand.h"
+#include "commands/ReplayCommand.h"
 #include "commands/StrokeCommand.h"
 #include "node/BaseNode.h"
 #include "node/BaseNodeLayerData.h"
@@ -28,8 +31,8 @@ CommandEntry Describe() {
 /// Every command, in the order of registration. A new command joins here.
 std::vector<CommandEntry> GetCommands() {
     return {
-        Describe<NodeCommand>(),
-        Describe<StrokeCommand>(),
+        Describe<NodeCommand>(),   Describe<LayerCommand>(),  Describe<StrokeCommand>(),
+        Describe<ReplayCommand>(), Describe<ExportCommand>(),
     };
 }
 

@@ -25,6 +25,8 @@ const QString Settings::LAYER_COMMAND_NAME = QStringLiteral("qmVellixLayer");
 const QString Settings::FRAME_COMMAND_NAME = QStringLiteral("qmVellixFrame");
 const QString Settings::STROKE_COMMAND_NAME = QStringLiteral("qmVellixStroke");
 const QString Settings::UTIL_COMMAND_NAME = QStringLiteral("qmVellixUtil");
+const QString Settings::REPLAY_COMMAND_NAME = QStringLiteral("qmVellixReplay");
+const QString Settings::EXPORT_COMMAND_NAME = QStringLiteral("qmVellixExport");
 
 const QString Settings::DEFAULT_MAIN_MENU_NAME = QStringLiteral("VX2");
 const QString Settings::DEFAULT_LAYER_NAME = QStringLiteral("Layer");

@@ -29,6 +29,8 @@ public:
     static const QString FRAME_COMMAND_NAME;
     static const QString STROKE_COMMAND_NAME;
     static const QString UTIL_COMMAND_NAME;
+    static const QString REPLAY_COMMAND_NAME;
+    static const QString EXPORT_COMMAND_NAME;
 
     static const QString DEFAULT_MAIN_MENU_NAME;
     static const QString DEFAULT_LAYER_NAME;

@@ -6,8 +6,11 @@
 namespace vellix {
 namespace AlphaRows {
 
+namespace {
+
+// The clones stay inside this file: not every compiler lets them be called from another.
 VELLIX_VECTOR_CLONES
-void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
+void RaiseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {
         const quint32 pixel = pixels[i];
         const quint32 old = (pixel >> PixelView::ALPHA_SHIFT) & 0xff;
@@ -17,7 +20,8 @@ void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int co
 }
 
 VELLIX_VECTOR_CLONES
-void Add(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow, int cap) {
+void AddCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow,
+               int cap) {
     for (int i = 0; i < count; ++i) {
         const quint32 pixel = pixels[i];
         const int old = int((pixel >> PixelView::ALPHA_SHIFT) & 0xff);
@@ -28,7 +32,7 @@ void Add(quint32* __restrict pixels, const quint8* __restrict coverage, int coun
 }
 
 VELLIX_VECTOR_CLONES
-void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
+void EraseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {
         const quint32 pixel = pixels[i];
         pixels[i] = coverage[i] != 0 ? pixel & PixelView::COLOR_MASK : pixel;
@@ -36,10 +40,28 @@ void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int co
 }
 
 VELLIX_VECTOR_CLONES
-void Scale(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
+void ScaleCloned(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {
         coverage[i] = quint8(int(weights[i] * opacity * 255.0f));
     }
+}
+
+} // namespace
+
+void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
+    RaiseCloned(pixels, coverage, count);
+}
+
+void Add(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow, int cap) {
+    AddCloned(pixels, coverage, count, flow, cap);
+}
+
+void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
+    EraseCloned(pixels, coverage, count);
+}
+
+void Scale(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
+    ScaleCloned(weights, opacity, coverage, count);
 }
 
 } // namespace AlphaRows

@@ -1,6 +1,7 @@
 #include "paint/BrushGrid.h"
 
 #include "paint/AlphaRows.h"
+#include "paint/WuPrimitives.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,7 @@ int WholeVectors(int count) {
 } // namespace
 
 void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolType tool) {
-    radius = radius > 0.0f ? std::min(radius, MAX_RADIUS) : 0.0f;
+    radius = radius > 0.0f ? std::min(radius, float(MAX_RADIUS)) : 0.0f;
     opacity = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
     const bool sameShape = hardness == m_hardness && radius == m_radius && tool == m_tool;
     if (sameShape && opacity == m_opacity) {
@@ -132,12 +133,15 @@ void BrushGrid::FindSpans() {
 template <typename RowFunction>
 void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1,
                            RowFunction function) const {
+    if (x0 <= -SIDE || x0 > view.width || y0 <= -SIDE || y0 > view.height) {
+        return;
+    }
     const int left = x0 - 1;
     const int top = y0 - 1;
     const int firstRow = std::max(0, -top);
-    const int endRow = std::min({int(SIDE), y1 - top, view.height - top});
+    const int endRow = std::min(int(SIDE), std::min(y1, view.height) - top);
     const int firstColumn = std::max(0, -left);
-    const int endColumn = std::min({int(SIDE), x1 - left, view.width - left});
+    const int endColumn = std::min(int(SIDE), std::min(x1, view.width) - left);
     for (int row = firstRow; row < endRow; ++row) {
         const Span span = m_spans[row];
         const int first = std::max(firstColumn, span.first);
@@ -167,8 +171,8 @@ void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float
 }
 
 void BrushGrid::AddAround(const PixelView& view, int x, int y, float radius, float flow, float cap) const {
-    Add(view, int(float(x) - radius), int(float(y) - radius), int(float(x) + radius + 1.0f),
-        int(float(y) + radius + 1.0f), cap, flow);
+    Add(view, ipart_(float(x) - radius), ipart_(float(y) - radius), ipart_(float(x) + radius + 1.0f),
+        ipart_(float(y) + radius + 1.0f), cap, flow);
 }
 
 void BrushGrid::Erase(const PixelView& view, int x0, int y0, int x1, int y1) const {

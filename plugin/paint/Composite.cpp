@@ -2,7 +2,7 @@
 
 #include "paint/CompositeKernels.h"
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -10,150 +10,116 @@ namespace vellix {
 namespace Composite {
 namespace {
 
-constexpr int TILE = TileMask::TILE_WIDTH;
+using CompositeKernels::TILE_PIXELS;
+using CompositeKernels::TILE_VALUES;
 
-/// The pixels of a 1024 x 1024 image of four bytes a pixel.
+constexpr int TILE_WIDTH = TileMask::TILE_WIDTH;
+
+/// The pixels of a layer image.
+template <typename Word>
 struct Pixels {
-    quint32* first;
+    Word* first;
     std::ptrdiff_t stride;
 
-    quint32* At(int tileRow, int tileColumn) const {
-        return first + tileRow * TILE * stride + tileColumn * TILE;
+    Word* At(int tileRow, int tileColumn) const {
+        return first + tileRow * TILE_WIDTH * stride + tileColumn * TILE_WIDTH;
     }
 };
 
-struct ConstPixels {
-    const quint32* first;
-    std::ptrdiff_t stride;
-
-    const quint32* At(int tileRow, int tileColumn) const {
-        return first + tileRow * TILE * stride + tileColumn * TILE;
-    }
-};
-
-Pixels PixelsOf(QImage& image) {
+Pixels<quint32> PixelsOf(QImage& image) {
     return {reinterpret_cast<quint32*>(image.bits()), image.bytesPerLine() / 4};
 }
 
-ConstPixels PixelsOf(const QImage& image) {
+Pixels<const quint32> PixelsOf(const QImage& image) {
     return {reinterpret_cast<const quint32*>(image.constBits()), image.bytesPerLine() / 4};
 }
 
-bool HasFormat(const QImage& image, QImage::Format format) {
-    return image.format() == format && image.width() == IMAGE_WIDTH && image.height() == IMAGE_WIDTH;
-}
-
-quint32 PixelOf(const QColor& color) {
-    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
-}
-
-/// One row of tiles while it is composed, premultiplied. Its stride is no power of two, so that the rows of a
-/// tile do not fight for the same cache lines.
-struct Band {
-    static constexpr int STRIDE = IMAGE_WIDTH + TILE;
-
-    alignas(64) std::array<quint32, TILE * STRIDE> pixels;
-
-    quint32* At(int tileColumn) { return pixels.data() + tileColumn * TILE; }
-
-    void Clear(quint64 tiles) {
-        TileMask::ForEachRun(tiles, [this](int begin, int end) {
-            for (int y = 0; y < TILE; ++y) {
-                std::memset(At(begin) + y * STRIDE, 0, std::size_t(end - begin) * TILE * 4);
-            }
-        });
+void PaintBytes(quint16* sums, const quint8* bytes, int opacity) {
+    if (opacity == 255) {
+        CompositeKernels::PaintTile(sums, bytes);
+    } else {
+        CompositeKernels::PaintFadedTile(sums, bytes, opacity);
     }
+}
 
-    void Paint(const Picture& picture, int row, quint64 tiles) {
-        if (tiles == 0) {
-            return;
+void PaintDrawing(quint16* sums, const Picture& picture, int row, int column) {
+    const quint8* tile = picture.drawing->Tile(row, column);
+    if (!picture.tinted) {
+        PaintBytes(sums, tile, picture.opacity);
+        return;
+    }
+    quint8 tinted[TILE_VALUES];
+    std::memset(tinted, picture.tint.red(), TILE_PIXELS);
+    std::memset(tinted + TILE_PIXELS, picture.tint.green(), TILE_PIXELS);
+    std::memset(tinted + 2 * TILE_PIXELS, picture.tint.blue(), TILE_PIXELS);
+    std::memcpy(tinted + 3 * TILE_PIXELS, tile + 3 * TILE_PIXELS, TILE_PIXELS);
+    PaintBytes(sums, tinted, picture.opacity);
+}
+
+void Paint(quint16* sums, const Picture& picture, int row, int column) {
+    if (picture.drawing != nullptr) {
+        PaintDrawing(sums, picture, row, column);
+    } else if (picture.merged != nullptr) {
+        CompositeKernels::PaintSums(sums, picture.merged->Tile(row, column));
+    } else {
+        quint8 bytes[TILE_VALUES];
+        const Pixels<const quint32> pixels = PixelsOf(*picture.canvas);
+        CompositeKernels::SplitTile(bytes, pixels.At(row, column), pixels.stride);
+        CompositeKernels::PaintTile(sums, bytes);
+    }
+}
+
+/// One row of tiles of a stack: in which tiles each picture is needed.
+class StackRow {
+public:
+    explicit StackRow(const PictureStack& stack)
+        : m_stack(stack)
+        , m_needed(stack.size()) {}
+
+    /// Nothing is needed under an opaque tile. Returns the tiles in which something is.
+    quint64 Begin(int row, quint64 wanted) {
+        m_row = row;
+        quint64 open = wanted;
+        quint64 painted = 0;
+        for (std::size_t i = m_stack.size(); i-- > 0;) {
+            const TileCoverage* coverage = m_stack[i].Coverage();
+            m_needed[i] = coverage == nullptr ? 0 : coverage->occupied.Row(row) & open;
+            painted |= m_needed[i];
+            if (coverage != nullptr && m_stack[i].opacity == 255) {
+                open &= ~coverage->opaque.Row(row);
+            }
         }
-        const ConstPixels source = PixelsOf(*picture.image);
-        TileMask::ForEachRun(tiles, [&](int begin, int end) {
-            const PixelBlock block{
-                At(begin), STRIDE, source.At(row, begin), source.stride, (end - begin) * TILE, TILE};
-            if (picture.premultiplied) {
-                CompositeKernels::SourceOverPremultiplied(block, picture.opacity);
-            } else {
-                CompositeKernels::SourceOverStraight(block, picture.opacity);
-            }
-        });
+        return painted;
     }
+
+    void Compose(quint16* sums, int column) const {
+        std::memset(sums, 0, TILE_VALUES * sizeof(quint16));
+        for (std::size_t i = 0; i < m_stack.size(); ++i) {
+            if ((m_needed[i] >> column & 1) != 0) {
+                Paint(sums, m_stack[i], m_row, column);
+            }
+        }
+    }
+
+private:
+    const PictureStack& m_stack;
+    std::vector<quint64> m_needed;
+    int m_row = 0;
 };
 
-/// Composes the wanted tiles of one row of the stack; returns the tiles in which something was painted.
-quint64 ComposeBand(Band& band, int row, quint64 wanted, const PictureStack& stack,
-                    std::vector<quint64>& needed) {
-    quint64 open = wanted;
-    quint64 painted = 0;
-    for (std::size_t i = stack.size(); i-- > 0;) {
-        const Picture& picture = stack[i];
-        needed[i] = picture.image == nullptr ? 0 : picture.coverage->occupied.Row(row) & open;
-        painted |= needed[i];
-        if (picture.image != nullptr && picture.opacity == 255) {
-            open &= ~picture.coverage->opaque.Row(row);
-        }
-    }
-    band.Clear(painted);
-    for (std::size_t i = 0; i < stack.size(); ++i) {
-        band.Paint(stack[i], row, needed[i]);
-    }
-    return painted;
-}
-
-void ClearTiles(const Pixels& target, int row, quint64 tiles) {
+void ClearTiles(const Pixels<quint32>& target, int row, quint64 tiles) {
     TileMask::ForEachRun(tiles, [&](int begin, int end) {
-        for (int y = 0; y < TILE; ++y) {
-            std::memset(target.At(row, begin) + y * target.stride, 0, std::size_t(end - begin) * TILE * 4);
+        for (int y = 0; y < TILE_WIDTH; ++y) {
+            std::fill_n(target.At(row, begin) + y * target.stride, (end - begin) * TILE_WIDTH, 0);
         }
     });
-}
-
-void Copy(const PixelBlock& block) {
-    for (int y = 0; y < block.rows; ++y) {
-        std::memcpy(block.target + y * block.targetStride, block.source + y * block.sourceStride,
-                    std::size_t(block.width) * 4);
-    }
-}
-
-template <typename Write>
-void Compose(QImage& target, const TileMask& tiles, const PictureStack& stack, Write write) {
-    if (tiles.IsEmpty()) {
-        return; // without making a shared image's pixels our own
-    }
-    const Pixels pixels = PixelsOf(target);
-    Band band;
-    std::vector<quint64> needed(stack.size());
-    for (int row = 0; row < TileMask::COUNT; ++row) {
-        const quint64 wanted = tiles.Row(row);
-        if (wanted == 0) {
-            continue;
-        }
-        const quint64 painted = ComposeBand(band, row, wanted, stack, needed);
-        ClearTiles(pixels, row, wanted & ~painted);
-        TileMask::ForEachRun(painted, [&](int begin, int end) {
-            write(PixelBlock{pixels.At(row, begin), pixels.stride, band.At(begin), Band::STRIDE,
-                             (end - begin) * TILE, TILE});
-        });
-    }
-}
-
-template <typename Paint>
-void ForEachBlock(QImage& target, const QImage& source, const TileMask& tiles, Paint paint) {
-    const Pixels to = PixelsOf(target);
-    const ConstPixels from = PixelsOf(source);
-    for (int row = 0; row < TileMask::COUNT; ++row) {
-        TileMask::ForEachRun(tiles.Row(row), [&](int begin, int end) {
-            paint(PixelBlock{to.At(row, begin), to.stride, from.At(row, begin), from.stride,
-                             (end - begin) * TILE, TILE});
-        });
-    }
 }
 
 } // namespace
 
 bool IsLayerImage(const QImage& image) {
-    return HasFormat(image, QImage::Format_RGBA8888);
+    return image.format() == QImage::Format_RGBA8888 && image.width() == IMAGE_WIDTH &&
+           image.height() == IMAGE_WIDTH;
 }
 
 QImage ToLayerImage(const QImage& image) {
@@ -163,8 +129,8 @@ QImage ToLayerImage(const QImage& image) {
     return image.copy(0, 0, IMAGE_WIDTH, IMAGE_WIDTH).convertToFormat(QImage::Format_RGBA8888);
 }
 
-QImage TransparentImage(QImage::Format format) {
-    QImage image(IMAGE_WIDTH, IMAGE_WIDTH, format);
+QImage TransparentImage() {
+    QImage image(IMAGE_WIDTH, IMAGE_WIDTH, QImage::Format_RGBA8888);
     image.fill(Qt::transparent);
     return image;
 }
@@ -174,40 +140,67 @@ int OpacityByte(double opacity) {
 }
 
 TileCoverage CoverageOf(const PictureStack& stack) {
-    TileCoverage coverage;
+    TileCoverage sum;
     for (const Picture& picture : stack) {
-        if (picture.image != nullptr) {
-            coverage.occupied |= picture.coverage->occupied;
+        if (const TileCoverage* coverage = picture.Coverage()) {
+            sum.occupied |= coverage->occupied;
             if (picture.opacity == 255) {
-                coverage.opaque |= picture.coverage->opaque;
+                sum.opaque |= coverage->opaque;
             }
         }
     }
-    return coverage;
+    return sum;
 }
 
-void ComposeStraight(QImage& target, const TileMask& tiles, const PictureStack& stack) {
-    if (IsLayerImage(target)) {
-        Compose(target, tiles, stack, CompositeKernels::Unpremultiply);
+void Compose(QImage& target, const TileMask& tiles, const PictureStack& stack) {
+    if (!IsLayerImage(target) || tiles.IsEmpty()) {
+        return;
+    }
+    const Pixels<quint32> pixels = PixelsOf(target);
+    StackRow stackRow(stack);
+    quint16 sums[TILE_VALUES];
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        const quint64 wanted = tiles.Row(row);
+        if (wanted == 0) {
+            continue;
+        }
+        const quint64 painted = stackRow.Begin(row, wanted);
+        ClearTiles(pixels, row, wanted & ~painted);
+        TileMask::ForEachRun(painted, [&](int begin, int end) {
+            for (int column = begin; column < end; ++column) {
+                stackRow.Compose(sums, column);
+                CompositeKernels::WriteTile(pixels.At(row, column), pixels.stride, sums);
+            }
+        });
     }
 }
 
-void ComposePremultiplied(QImage& target, const TileMask& tiles, const PictureStack& stack) {
-    if (HasFormat(target, QImage::Format_RGBA8888_Premultiplied)) {
-        Compose(target, tiles, stack, Copy);
+void Compose(TileSums& target, const TileMask& tiles, const PictureStack& stack) {
+    StackRow stackRow(stack);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        TileMask::ForEachRun(stackRow.Begin(row, tiles.Row(row)), [&](int begin, int end) {
+            for (int column = begin; column < end; ++column) {
+                stackRow.Compose(target.Tile(row, column), column);
+            }
+        });
     }
+    target.coverage = CoverageOf(stack);
 }
 
 void SourceOver(QImage& target, const QImage& source, const TileMask& tiles) {
-    if (IsLayerImage(target) && IsLayerImage(source)) {
-        ForEachBlock(target, source, tiles, CompositeKernels::SourceOverOntoStraight);
+    if (!IsLayerImage(target) || !IsLayerImage(source)) {
+        return;
     }
-}
-
-void DestinationOver(QImage& target, const QImage& source, const TileMask& tiles) {
-    if (HasFormat(target, QImage::Format_RGBA8888_Premultiplied) &&
-        HasFormat(source, QImage::Format_RGBA8888_Premultiplied)) {
-        ForEachBlock(target, source, tiles, CompositeKernels::DestinationOver);
+    const Pixels<quint32> to = PixelsOf(target);
+    const Pixels<const quint32> from = PixelsOf(source);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        TileMask::ForEachRun(tiles.Row(row), [&](int begin, int end) {
+            for (int y = 0; y < TILE_WIDTH; ++y) {
+                CompositeKernels::SourceOver(to.At(row, begin) + y * to.stride,
+                                             from.At(row, begin) + y * from.stride,
+                                             (end - begin) * TILE_WIDTH);
+            }
+        });
     }
 }
 
@@ -215,24 +208,9 @@ void OverrideColor(QImage& image, const QColor& color) {
     if (image.isNull() || image.format() != QImage::Format_RGBA8888) {
         return;
     }
+    const quint32 pixel = quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
     for (int y = 0; y < image.height(); ++y) {
-        CompositeKernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(),
-                                        PixelOf(color));
-    }
-}
-
-void OverrideColorPremultiplied(QImage& image, const TileMask& tiles, const QColor& color) {
-    if (!HasFormat(image, QImage::Format_RGBA8888_Premultiplied)) {
-        return;
-    }
-    const Pixels pixels = PixelsOf(image);
-    for (int row = 0; row < TileMask::COUNT; ++row) {
-        TileMask::ForEachRun(tiles.Row(row), [&](int begin, int end) {
-            for (int y = 0; y < TILE; ++y) {
-                CompositeKernels::OverrideColorPremultiplied(pixels.At(row, begin) + y * pixels.stride,
-                                                             (end - begin) * TILE, PixelOf(color));
-            }
-        });
+        CompositeKernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), pixel);
     }
 }
 

@@ -1,60 +1,43 @@
 #include "paint/CompositeKernels.h"
 
-// The dynamic loader picks the clone; sanitizers cannot run that early.
-#if defined(__x86_64__) && defined(__linux__) && defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__) &&      \
-    !defined(__SANITIZE_THREAD__)
-#if defined(__has_feature)
-#if !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer)
-#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#else
-#define VELLIX_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
-#endif
-#endif
-#ifndef VELLIX_VECTOR_CLONES
-#define VELLIX_VECTOR_CLONES
-#endif
+#include "paint/VectorClones.h"
+
+#include <cstring>
 
 namespace vellix {
 namespace CompositeKernels {
 namespace {
 
-static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the alpha byte is the last of a pixel's four");
+static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the alpha byte is the highest of a pixel's word");
 
-/// Every channel times a / 255, rounded to nearest, two channels at a time.
-inline quint32 Scaled(quint32 pixel, quint32 a) {
-    quint32 even = (pixel & 0x00ff00ffu) * a;
-    even = ((even + ((even >> 8) & 0x00ff00ffu) + 0x00800080u) >> 8) & 0x00ff00ffu;
-    quint32 odd = ((pixel >> 8) & 0x00ff00ffu) * a;
-    odd = (odd + ((odd >> 8) & 0x00ff00ffu) + 0x00800080u) & 0xff00ff00u;
-    return even | odd;
+constexpr int WIDTH = TileMask::TILE_WIDTH;
+constexpr quint16 FULL = 255 * 255;
+
+/// The high half of a product.
+inline quint16 High(quint16 a, quint16 b) {
+    return quint16((quint32(a) * quint32(b)) >> 16);
 }
 
-inline quint32 Premultiplied(quint32 pixel) {
-    return Scaled(pixel | 0xff000000u, pixel >> 24);
+/// What to multiply (as in High) the sums by that lie under a coverage of 0..FULL. The shift stands for the
+/// factor 65536 / FULL.
+inline quint16 Remaining(quint16 coverage) {
+    const quint16 rest = quint16(FULL - coverage);
+    return quint16(rest + (rest >> 7));
 }
 
-/// A channel of 0..255 as it is after rounding.
+/// A channel of 0..255 after rounding.
 inline quint32 Byte(float value) {
     return quint32(int(value + 0.5f));
 }
 
-/// An alpha to divide by; where it was 0 the result does not matter, but a branch would keep the loop scalar.
-inline int AtLeastOne(quint32 a) {
-    return int(a + (a == 0 ? 1 : 0));
-}
-
-inline quint32 Straight(quint32 pixel) {
-    const float factor = 255.0f / float(AtLeastOne(pixel >> 24));
-    const quint32 r = Byte(float(int(pixel & 0xffu)) * factor);
-    const quint32 g = Byte(float(int((pixel >> 8) & 0xffu)) * factor);
-    const quint32 b = Byte(float(int((pixel >> 16) & 0xffu)) * factor);
-    return r | g << 8 | b << 16 | (pixel & 0xff000000u);
+/// A number to divide by. Where it was 0 the result does not matter, but a branch would keep the loop scalar.
+inline int AtLeastOne(quint32 value) {
+    return int(value + (value == 0 ? 1 : 0));
 }
 
 /// Porter and Duff's "over" with both pixels and the result in straight alpha:
 /// (cs as + cd ad (1 - as)) / (as + ad (1 - as)).
-inline quint32 OverStraight(quint32 target, quint32 source) {
+inline quint32 Over(quint32 target, quint32 source) {
     const float as = float(AtLeastOne(source >> 24));
     const float below = float(int(target >> 24)) * (255.0f - as) * (1.0f / 255.0f);
     const float a = as + below;
@@ -70,89 +53,107 @@ inline quint32 OverStraight(quint32 target, quint32 source) {
 
 } // namespace
 
-VELLIX_VECTOR_CLONES void SourceOverStraight(PixelBlock block, int opacity) {
-    const quint32 strength = quint32(opacity);
-    for (int y = 0; y < block.rows; ++y) {
-        quint32* __restrict target = block.target + y * block.targetStride;
-        const quint32* __restrict source = block.source + y * block.sourceStride;
-        if (strength == 255) {
-            for (int x = 0; x < block.width; ++x) {
-                const quint32 pixel = Premultiplied(source[x]);
-                target[x] = pixel + Scaled(target[x], 255 - (pixel >> 24));
-            }
-        } else {
-            for (int x = 0; x < block.width; ++x) {
-                const quint32 pixel = Scaled(Premultiplied(source[x]), strength);
-                target[x] = pixel + Scaled(target[x], 255 - (pixel >> 24));
-            }
+VELLIX_VECTOR_CLONES void SplitTile(quint8* bytes, const quint32* pixels, std::ptrdiff_t stride) {
+    quint32 tile[TILE_PIXELS];
+    for (int y = 0; y < WIDTH; ++y) {
+        std::memcpy(tile + y * WIDTH, pixels + y * stride, WIDTH * sizeof(quint32));
+    }
+    quint8* __restrict planes = bytes;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        planes[i] = quint8(tile[i]);
+        planes[i + TILE_PIXELS] = quint8(tile[i] >> 8);
+        planes[i + 2 * TILE_PIXELS] = quint8(tile[i] >> 16);
+        planes[i + 3 * TILE_PIXELS] = quint8(tile[i] >> 24);
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintTile(quint16* sums, const quint8* bytes) {
+    quint16* __restrict target = sums;
+    const quint8* __restrict source = bytes;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 alpha = source[i + 3 * TILE_PIXELS];
+        const quint16 coverage = quint16(alpha * 255);
+        const quint16 remaining = Remaining(coverage);
+        target[i] = quint16(source[i] * alpha + High(target[i], remaining));
+        target[i + TILE_PIXELS] =
+            quint16(source[i + TILE_PIXELS] * alpha + High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] =
+            quint16(source[i + 2 * TILE_PIXELS] * alpha + High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintFadedTile(quint16* sums, const quint8* bytes, int opacity) {
+    quint16* __restrict target = sums;
+    const quint8* __restrict source = bytes;
+    const quint16 strength = quint16(opacity);
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 coverage = quint16(source[i + 3 * TILE_PIXELS] * strength);
+        const quint16 remaining = Remaining(coverage);
+        // High(257 v, coverage) is v coverage / 255.
+        target[i] = quint16(High(quint16(source[i] * 257), coverage) + High(target[i], remaining));
+        target[i + TILE_PIXELS] = quint16(High(quint16(source[i + TILE_PIXELS] * 257), coverage) +
+                                          High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] = quint16(High(quint16(source[i + 2 * TILE_PIXELS] * 257), coverage) +
+                                              High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintSums(quint16* sums, const quint16* source) {
+    quint16* __restrict target = sums;
+    const quint16* __restrict over = source;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 remaining = Remaining(over[i + 3 * TILE_PIXELS]);
+        target[i] = quint16(over[i] + High(target[i], remaining));
+        target[i + TILE_PIXELS] = quint16(over[i + TILE_PIXELS] + High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] =
+            quint16(over[i + 2 * TILE_PIXELS] + High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] =
+            quint16(over[i + 3 * TILE_PIXELS] + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void WriteTile(quint32* pixels, std::ptrdiff_t stride, const quint16* sums) {
+    for (int y = 0; y < WIDTH; ++y) {
+        quint32* __restrict row = pixels + y * stride;
+        const quint16* __restrict source = sums + y * WIDTH;
+        for (int x = 0; x < WIDTH; ++x) {
+            const quint32 coverage = source[x + 3 * TILE_PIXELS];
+            const float factor = 255.0f / float(AtLeastOne(coverage));
+            const quint32 r = Byte(float(int(source[x])) * factor);
+            const quint32 g = Byte(float(int(source[x + TILE_PIXELS])) * factor);
+            const quint32 b = Byte(float(int(source[x + 2 * TILE_PIXELS])) * factor);
+            const quint32 a = Byte(float(int(coverage)) * (1.0f / 255.0f));
+            const quint32 visible = a == 0 ? 0 : ~quint32(0);
+            row[x] = (r | g << 8 | b << 16 | a << 24) & visible;
         }
     }
 }
 
-VELLIX_VECTOR_CLONES void SourceOverPremultiplied(PixelBlock block, int opacity) {
-    const quint32 strength = quint32(opacity);
-    for (int y = 0; y < block.rows; ++y) {
-        quint32* __restrict target = block.target + y * block.targetStride;
-        const quint32* __restrict source = block.source + y * block.sourceStride;
-        for (int x = 0; x < block.width; ++x) {
-            const quint32 pixel = Scaled(source[x], strength);
-            target[x] = pixel + Scaled(target[x], 255 - (pixel >> 24));
-        }
+VELLIX_VECTOR_CLONES void SourceOver(quint32* target, const quint32* source, int count) {
+    quint32* __restrict below = target;
+    const quint32* __restrict above = source;
+    for (int i = 0; i < count; ++i) {
+        below[i] = Over(below[i], above[i]);
     }
 }
 
-VELLIX_VECTOR_CLONES void DestinationOver(PixelBlock block) {
-    for (int y = 0; y < block.rows; ++y) {
-        quint32* __restrict target = block.target + y * block.targetStride;
-        const quint32* __restrict source = block.source + y * block.sourceStride;
-        for (int x = 0; x < block.width; ++x) {
-            target[x] += Scaled(source[x], 255 - (target[x] >> 24));
-        }
-    }
-}
-
-VELLIX_VECTOR_CLONES void SourceOverOntoStraight(PixelBlock block) {
-    for (int y = 0; y < block.rows; ++y) {
-        quint32* __restrict target = block.target + y * block.targetStride;
-        const quint32* __restrict source = block.source + y * block.sourceStride;
-        for (int x = 0; x < block.width; ++x) {
-            target[x] = OverStraight(target[x], source[x]);
-        }
-    }
-}
-
-VELLIX_VECTOR_CLONES void Unpremultiply(PixelBlock block) {
-    for (int y = 0; y < block.rows; ++y) {
-        quint32* __restrict target = block.target + y * block.targetStride;
-        const quint32* __restrict source = block.source + y * block.sourceStride;
-        for (int x = 0; x < block.width; ++x) {
-            target[x] = Straight(source[x]);
-        }
-    }
-}
-
-VELLIX_VECTOR_CLONES void OverrideColor(quint32* target, int count, quint32 color) {
+VELLIX_VECTOR_CLONES void OverrideColor(quint32* pixels, int count, quint32 color) {
     const quint32 rgb = color & 0x00ffffffu;
     for (int i = 0; i < count; ++i) {
-        const quint32 a = target[i] & 0xff000000u;
-        target[i] = a == 0 ? target[i] : (a | rgb);
+        const quint32 a = pixels[i] & 0xff000000u;
+        pixels[i] = a == 0 ? pixels[i] : (a | rgb);
     }
 }
 
-VELLIX_VECTOR_CLONES void OverrideColorPremultiplied(quint32* target, int count, quint32 color) {
-    const quint32 opaque = color | 0xff000000u;
-    for (int i = 0; i < count; ++i) {
-        target[i] = Scaled(opaque, target[i] >> 24);
-    }
-}
-
-VELLIX_VECTOR_CLONES void Gather(const quint32* source, int count, quint32* anyBits, quint32* allBits) {
-    const quint32* __restrict pixels = source;
+VELLIX_VECTOR_CLONES void Gather(const quint32* pixels, int count, quint32* anyBits, quint32* allBits) {
+    const quint32* __restrict source = pixels;
     quint32* __restrict any = anyBits;
     quint32* __restrict all = allBits;
     for (int i = 0; i < count; ++i) {
-        any[i] |= pixels[i];
-        all[i] &= pixels[i];
+        any[i] |= source[i];
+        all[i] &= source[i];
     }
 }
 

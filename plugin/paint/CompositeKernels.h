@@ -1,45 +1,42 @@
 #pragma once
 
+#include "paint/TileMask.h"
+
 #include <QtGlobal>
 
 #include <cstddef>
 
 namespace vellix {
 
-/// Pixels in a row of tiles: `rows` rows of `width` pixels in two buffers. A pixel is one 32-bit word of the
-/// bytes red, green, blue, alpha; strides count pixels. The buffers must not overlap, unless they are the
-/// same one.
-struct PixelBlock {
-    quint32* target;
-    std::ptrdiff_t targetStride;
-    const quint32* source;
-    std::ptrdiff_t sourceStride;
-    int width;
-    int rows;
-};
-
-/// The loops over pixels, written so that compilers turn them into vector instructions; where the platform
-/// allows, each is compiled for AVX2 as well and chosen when the program starts.
+/// The loops over pixels of composition, written so that compilers turn them into vector instructions; where
+/// the platform allows, each is compiled for AVX2 as well, and chosen when the program starts.
+///
+/// Pixels in images are 32-bit words of the bytes red, green, blue, alpha, straight alpha; strides count
+/// pixels. Inside composition a tile is planar: all of its reds, then greens, blues and alphas, row by row.
+/// "Bytes" are straight alpha, 0..255. "Sums" are premultiplied with 16 bits a channel, 0..65025 (255 x 255),
+/// which keeps the rounding errors of tall stacks far below one step of 8 bits.
 namespace CompositeKernels {
 
-/// Paints a straight-alpha source over a premultiplied target, at an opacity of 0..255.
-void SourceOverStraight(PixelBlock block, int opacity);
-/// Paints a premultiplied source over a premultiplied target, at an opacity of 0..255.
-void SourceOverPremultiplied(PixelBlock block, int opacity);
-/// Paints a premultiplied source under a premultiplied target.
-void DestinationOver(PixelBlock block);
-/// Paints a straight-alpha source over a straight-alpha target; pixels under transparent ones keep their
-/// bytes.
-void SourceOverOntoStraight(PixelBlock block);
-/// Writes a premultiplied source to a straight-alpha target.
-void Unpremultiply(PixelBlock block);
-/// Gives the pixels of a target that are not transparent the red, green and blue of `color`.
-void OverrideColor(quint32* target, int count, quint32 color);
-/// The same for premultiplied pixels.
-void OverrideColorPremultiplied(quint32* target, int count, quint32 color);
+constexpr int TILE_PIXELS = TileMask::TILE_WIDTH * TileMask::TILE_WIDTH;
+constexpr int TILE_VALUES = 4 * TILE_PIXELS; ///< bytes or sums of one tile
 
-/// Ands and ors the pixels of a row into running results.
-void Gather(const quint32* source, int count, quint32* anyBits, quint32* allBits);
+/// Parts a tile of an image into planes.
+void SplitTile(quint8* bytes, const quint32* pixels, std::ptrdiff_t stride);
+/// Paints a tile over sums.
+void PaintTile(quint16* sums, const quint8* bytes);
+/// The same at an opacity of 0..255.
+void PaintFadedTile(quint16* sums, const quint8* bytes, int opacity);
+/// Paints sums over sums.
+void PaintSums(quint16* sums, const quint16* source);
+/// Writes sums into a tile of an image; fully transparent pixels become 0.
+void WriteTile(quint32* pixels, std::ptrdiff_t stride, const quint16* sums);
+
+/// Paints pixels over pixels of the same kind; those under fully transparent ones keep their bytes.
+void SourceOver(quint32* target, const quint32* source, int count);
+/// Gives the pixels that are not fully transparent the red, green and blue of `color`.
+void OverrideColor(quint32* pixels, int count, quint32 color);
+/// Ors and ands pixels into running results.
+void Gather(const quint32* pixels, int count, quint32* anyBits, quint32* allBits);
 
 } // namespace CompositeKernels
 } // namespace vellix

@@ -63,7 +63,7 @@ void FreehandPainter::HardSegment(SegmentClip segment, int size, ToolType tool) 
     if (!segment.Cut()) {
         return;
     }
-    size = std::min(size, MAX_SIZE);
+    size = std::min(size, int(MAX_SIZE));
     if (tool == ToolType::Brush) {
         BrushStamps(segment, std::max(size, 1));
     } else if (size <= 1) {
@@ -217,7 +217,7 @@ void FreehandPainter::SoftSegment(SegmentClip segment, int size, ToolType tool, 
     if (!segment.Cut()) {
         return;
     }
-    size = std::min(std::max(size, 0), MAX_SIZE);
+    size = std::min(std::max(size, 0), int(MAX_SIZE));
     Touch(segment, size / 2 + 4);
     const SoftWalk walk(segment, size, tool);
     if (first) {

@@ -70,7 +70,7 @@ public:
         while (bits != 0) {
             const int begin = int(qCountTrailingZeroBits(bits));
             const quint64 open = ~(bits >> begin);
-            const int end = open == 0 ? COUNT : std::min(COUNT, begin + int(qCountTrailingZeroBits(open)));
+            const int end = open == 0 ? COUNT : std::min(+COUNT, begin + int(qCountTrailingZeroBits(open)));
             visit(begin, end);
             bits &= ~RunBits(begin, end);
         }

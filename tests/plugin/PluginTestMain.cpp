@@ -12,6 +12,9 @@
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests)) {
+        return RUN_ALL_TESTS(); // the build asks for the list, perhaps where there is no display
+    }
     QApplication application(argc, argv);
     const QTemporaryDir preferences;
     if (!preferences.isValid()) {

@@ -44,5 +44,6 @@ namespace lightbox {
 class Access;
 class Attribute;
 class Node;
+class NodeType;
 class Object;
 } // namespace lightbox

@@ -9,7 +9,6 @@ class MDoubleArray;
 class MIntArray;
 class MStringArray;
 class MTime;
-class MVector;
 
 namespace lightbox {
 namespace mel {
@@ -37,7 +36,6 @@ public:
     MString asString(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     /// A plain number counts in the current UI time unit; a number with a unit ("2sec") is taken as such.
     MTime asTime(unsigned int index, MStatus* ReturnStatus = nullptr) const;
-    MVector asVector(unsigned int index, unsigned int numElements = 3, MStatus* ReturnStatus = nullptr) const;
     /// The array forms take every argument from `index` on up to the next flag, and move the index behind
     /// them.
     MIntArray asIntArray(unsigned int& index, MStatus* ReturnStatus = nullptr) const;
@@ -50,7 +48,6 @@ public:
     MStatus get(unsigned int& index, double& value) const;
     MStatus get(unsigned int& index, MString& value) const;
     MStatus get(unsigned int& index, MTime& value) const;
-    MStatus get(unsigned int& index, MVector& value) const;
     MStatus get(unsigned int& index, MIntArray& value) const;
     MStatus get(unsigned int& index, MDoubleArray& value) const;
     MStatus get(unsigned int& index, MStringArray& value) const;
@@ -67,5 +64,5 @@ public:
 private:
     friend class lightbox::mel::ArgumentTokens;
 
-    std::shared_ptr<lightbox::mel::ArgumentTokens> tokens;
+    std::unique_ptr<lightbox::mel::ArgumentTokens> tokens_;
 };

@@ -64,5 +64,5 @@ public:
     MStatus getObjects(MStringArray& result) const;
 
 protected:
-    std::unique_ptr<lightbox::mel::ParsedArguments> parsed;
+    std::unique_ptr<lightbox::mel::ParsedArguments> parsed_;
 };

@@ -6,10 +6,8 @@
 
 class MDoubleArray;
 class MIntArray;
-class MMatrix;
 class MString;
 class MStringArray;
-class MVector;
 
 namespace lightbox {
 namespace mel {
@@ -49,8 +47,6 @@ public:
     MStatus getResult(MDoubleArray& result) const;
     MStatus getResult(MString& result) const;
     MStatus getResult(MStringArray& result) const;
-    MStatus getResult(MVector& result) const;
-    MStatus getResult(MMatrix& result) const;
     /// The result as text whatever its type.
     MString stringResult(MStatus* ReturnStatus = nullptr) const;
 
@@ -60,5 +56,5 @@ private:
     /// How MGlobal fills it in.
     void setValue(const lightbox::mel::Value& newValue);
 
-    std::unique_ptr<lightbox::mel::Value> value;
+    std::unique_ptr<lightbox::mel::Value> value_;
 };

@@ -17,4 +17,8 @@ public:
 
     /// Moves the node below the new parent, or to the top level with none.
     MStatus reparentNode(const MObject& node, const MObject& newParent = MObject::kNullObj);
+
+private:
+    MObject CreateDagNode(const std::shared_ptr<const lightbox::NodeType>& type, const MObject& parent,
+                          MStatus* returnStatus);
 };

@@ -33,8 +33,8 @@ public:
     enum MObjectFormat { kInvalidObjectFormat, kNone, kStringObjects, kSelectionList, kLastObjectFormat };
 
     MSyntax();
-    MSyntax(const MSyntax& other);
-    MSyntax& operator=(const MSyntax& other);
+    MSyntax(const MSyntax& other) = default;
+    MSyntax& operator=(const MSyntax& other) = default;
     virtual ~MSyntax();
 
     /// Adds a flag with up to six arguments. Names may be given with or without the hyphen. Fails for a name
@@ -66,5 +66,8 @@ public:
 private:
     friend struct lightbox::mel::SyntaxTable;
 
-    std::unique_ptr<lightbox::mel::SyntaxTable> table;
+    /// The table for a change: copies of a syntax share one until then.
+    lightbox::mel::SyntaxTable& change();
+
+    std::shared_ptr<lightbox::mel::SyntaxTable> table_;
 };

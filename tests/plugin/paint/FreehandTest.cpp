@@ -289,5 +289,11 @@ TEST(BrushGridTest, StampsOverhangingAnEdgeKeepInside) {
         EXPECT_NEAR(Coverage(image), Coverage(larger), 1e-6);
         EXPECT_GT(Coverage(image), 0.0);
         EXPECT_LT(Coverage(image), 8012.0 / 3);
+        const QImage stamped = image;
+        for (const int far : {std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+            DrawUtil::PlotGrid(image, far, far, far, far);
+            DrawUtil::PlotAdditiveBrush(image, far, 500, 50.0f, 1.0f, 1.0f);
+        }
+        EXPECT_EQ(image, stamped);
     }
 }

@@ -1,0 +1,222 @@
+// Composition against the plain way of composing: one QPainter on straight-alpha images, everything redrawn.
+#include "plugin/core/PlainComposer.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "host/Settings.h"
+#include "paint/DrawUtil.h"
+
+#include <QRandomGenerator>
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+using namespace vellix;
+
+const QString CAMERA = QStringLiteral("persp");
+constexpr int STROKES = 6; ///< in each drawing
+constexpr int GHOSTS = 3;  ///< on each side
+constexpr int KEYS = 10;   ///< of each layer, at 1, 2, 3...
+constexpr int ACTIVE = 2;  ///< the layer that is drawn on
+
+/// A stroke as a hand makes it: a curve of a few hundred pixels across the image.
+Stroke RandomStroke(QRandomGenerator& random) {
+    Stroke stroke;
+    stroke.tool = random.bounded(2) == 0 ? ToolType::Pencil : ToolType::Brush;
+    stroke.color = QColor::fromRgb(QRgb(random.bounded(0x1000000)));
+    const int size = 4 + random.bounded(28);
+    double x = 150 + random.bounded(700);
+    double y = 150 + random.bounded(700);
+    double angle = random.bounded(6.28);
+    const double bend = random.bounded(0.2) - 0.1;
+    for (int i = 0; i < 60; ++i) {
+        StrokePoint point;
+        point.size = size;
+        point.opacity = 0.7f;
+        point.position = QPoint(int(x), int(y));
+        stroke.points.append(point);
+        x += 8 * std::cos(angle);
+        y += 8 * std::sin(angle);
+        angle += bend;
+    }
+    return stroke;
+}
+
+QImage RandomDrawing(QRandomGenerator& random) {
+    QImage drawing = PlainComposer::Blank();
+    for (int i = 0; i < STROKES; ++i) {
+        const Stroke stroke = RandomStroke(random);
+        QImage work = PlainComposer::Blank();
+        QColor color = stroke.color;
+        color.setAlpha(0);
+        work.fill(color);
+        DrawUtil::DrawFreehand(work, stroke.points, 0, stroke.tool);
+        QPainter(&drawing).drawImage(0, 0, work);
+    }
+    return drawing;
+}
+
+/// Layers with a drawing of their own at every key. The ghosts of the active layer are switched on.
+class Document {
+public:
+    explicit Document(int layers) {
+        Settings::ghostPrev = Settings::ghostNext = true;
+        Settings::ghostPrevCount = Settings::ghostNextCount = GHOSTS;
+        Settings::ghostColorOverride = false;
+        QRandomGenerator random(20180314);
+        for (int i = 0; i < layers; ++i) {
+            manager.InsertLayer(CAMERA, -1, QString());
+            for (int key = 1; key <= (i == ACTIVE ? KEYS : 2); ++key) {
+                auto frame = std::make_unique<Frame>(MTime(i == ACTIVE ? key : 3 + key, MTime::uiUnit()));
+                frame->SetImage(RandomDrawing(random));
+                manager.GetLayer(CAMERA, i)->InsertFrame(frame.release());
+            }
+        }
+        manager.SetActiveLayer(CAMERA, ACTIVE, true);
+        ShowTime(5);
+        ShowTime(4);
+    }
+
+    /// At times 4 and 5 every layer shows another drawing.
+    void ShowTime(int frame) {
+        manager.OnPlaybackTimeChanged(frame, false);
+        benchmark::DoNotOptimize(manager.GetFlattenedImage(CAMERA));
+    }
+
+    /// What is shown, for the plain composer.
+    PlainComposer Plain() {
+        PlainComposer plain;
+        plain.previousCount = plain.nextCount = GHOSTS;
+        Layer* active = manager.GetActiveLayer(CAMERA);
+        for (int k = GHOSTS; k >= 1; --k) {
+            plain.previous.push_back(active->GetImage(-k));
+            plain.next.push_back(active->GetImage(k));
+        }
+        for (Layer* layer : manager.GetLayers(CAMERA)) {
+            plain.layers.push_back(layer->GetImage(0));
+        }
+        return plain;
+    }
+
+    LayerManager manager;
+};
+
+/// A brush stroke of size 100 in circles around the image's centre.
+class CirclingStroke {
+public:
+    CirclingStroke(Document& document)
+        : m_manager(document.manager)
+        , m_stroke(m_manager.GetActiveStroke(CAMERA, true)) {
+        m_stroke->tool = ToolType::Brush;
+        m_stroke->color = QColor(20, 90, 200);
+        Grow();
+        Grow();
+    }
+
+    ~CirclingStroke() { m_manager.CancelActiveStroke(); }
+
+    /// One more segment, eight pixels long.
+    void Grow() {
+        StrokePoint point;
+        point.size = 100;
+        point.opacity = 0.8f;
+        point.position = QPoint(512 + int(300 * std::cos(m_angle)), 512 + int(300 * std::sin(m_angle)));
+        m_stroke->points.append(point);
+        m_stroke->changed = true;
+        m_angle += 8.0 / 300.0;
+        benchmark::DoNotOptimize(m_manager.GetFlattenedImage(CAMERA));
+    }
+
+    const Stroke& Get() const { return *m_stroke; }
+
+private:
+    LayerManager& m_manager;
+    Stroke* m_stroke;
+    double m_angle = 0;
+};
+
+void PlainRebuild(benchmark::State& state) {
+    Document document(int(state.range(0)));
+    const PlainComposer plain = document.Plain();
+    QImage image = PlainComposer::Blank();
+    QImage previousGhosts = image.copy();
+    QImage ghosts = image.copy();
+    for (auto _ : state) {
+        plain.Compose(image, previousGhosts, ghosts);
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
+/// All layers and all ghosts change, as when the time moves.
+void Rebuild(benchmark::State& state) {
+    Document document(int(state.range(0)));
+    int frame = 4;
+    for (auto _ : state) {
+        frame = 9 - frame;
+        document.ShowTime(frame);
+    }
+    state.counters["difference"] =
+        PlainComposer::Difference(*document.manager.GetFlattenedImage(CAMERA), document.Plain().Compose());
+}
+
+/// The same when nothing is known yet about any of the drawings.
+void RebuildFirstLook(benchmark::State& state) {
+    Document document(int(state.range(0)));
+    int frame = 4;
+    for (auto _ : state) {
+        state.PauseTiming();
+        for (Layer* layer : document.manager.GetLayers(CAMERA)) {
+            for (int i = 0; i < layer->FrameCount(); ++i) {
+                benchmark::DoNotOptimize(layer->GetFrame(i)->GetImage().bits()); // gives the image a new key
+            }
+        }
+        state.ResumeTiming();
+        frame = 9 - frame;
+        document.ShowTime(frame);
+    }
+}
+
+void PlainBrushRefresh(benchmark::State& state) {
+    Document document(int(state.range(0)));
+    CirclingStroke stroke(document);
+    PlainComposer plain = document.Plain();
+    QImage work = PlainComposer::Blank();
+    plain.layers.insert(plain.layers.begin() + ACTIVE + 1, &work);
+    QImage image = PlainComposer::Blank();
+    QImage previousGhosts = image.copy();
+    QImage ghosts = image.copy();
+    for (auto _ : state) {
+        DrawUtil::DrawFreehand(work, stroke.Get().points, 0, ToolType::Brush);
+        plain.Compose(image, previousGhosts, ghosts);
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
+void BrushRefresh(benchmark::State& state) {
+    Document document(int(state.range(0)));
+    CirclingStroke stroke(document);
+    for (auto _ : state) {
+        stroke.Grow();
+    }
+}
+
+void Unchanged(benchmark::State& state) {
+    Document document(int(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(document.manager.GetFlattenedImage(CAMERA));
+    }
+}
+
+BENCHMARK(PlainRebuild)->Arg(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(Rebuild)->Arg(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(RebuildFirstLook)->Arg(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(PlainBrushRefresh)->Arg(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(BrushRefresh)->Arg(4)->Arg(10)->Arg(40)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Unchanged)->Arg(10)->Arg(40)->Unit(benchmark::kNanosecond);
+
+} // namespace

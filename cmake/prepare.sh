@@ -1,0 +1,81 @@
+# Shared by run and test: installs the packages that are missing, configures and builds. Says what it does on standard
+# error only, so that a caller's standard output stays its own.
+# shellcheck shell=bash
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+say() { printf '%s\n' "$*" >&2; }
+
+die() {
+    say "$*"
+    exit 1
+}
+
+# Installs those of the named Debian packages that are not there yet.
+install_missing() {
+    local package missing=() admin=()
+    for package in "$@"; do
+        if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
+            missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || die "Please install these packages, or run this as root: ${missing[*]}"
+        admin=(sudo)
+    fi
+    say "Installing ${missing[*]}"
+    export DEBIAN_FRONTEND=noninteractive
+    if ! { "${admin[@]}" apt-get update -qq &&
+        "${admin[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >&2; then
+        die "These packages could not be installed; please install them and start again: ${missing[*]}"
+    fi
+}
+
+check_packages() {
+    local tool
+    if command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; then
+        # shellcheck disable=SC2046
+        install_missing $(grep -v '^#' "$root/packaging/build-packages.txt")
+        return
+    fi
+    for tool in cmake ninja c++; do
+        command -v "$tool" >/dev/null || die "$tool is missing. Install what packaging/build-packages.txt lists" \
+            "under the names of your system."
+    done
+}
+
+# build PRESET [TARGET...]: what the compiler says goes to build/PRESET/build.log, and to the screen when it fails.
+build() {
+    local preset=$1 log="$root/build/$1/build.log" targets=()
+    shift
+    [ $# -gt 0 ] && targets=(--target "$@")
+    check_packages
+    mkdir -p "$root/build/$preset"
+    [ -e "$root/build/$preset/build.ninja" ] || say "Building for the first time; this takes a few minutes."
+    if ! { cd "$root" && cmake --preset "$preset" && cmake --build --preset "$preset" "${targets[@]}"; } \
+        >"$log" 2>&1; then
+        tail -n 60 "$log" >&2
+        die "The build failed; all of its output is in build/$preset/build.log"
+    fi
+}
+
+has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
+
+# Qt wants a private folder for the running session and complains without one.
+provide_runtime_folder() {
+    if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+        export XDG_RUNTIME_DIR="$root/build/runtime"
+        mkdir -p "$XDG_RUNTIME_DIR"
+        chmod 700 "$XDG_RUNTIME_DIR"
+    fi
+}
+
+# Whether the leak sanitizer can work here; where processes may not be traced (some containers) it cannot.
+leaks_can_be_found() {
+    local probe="$root/build/leak-probe"
+    check_packages
+    mkdir -p "$root/build"
+    echo 'int main() {}' | c++ -fsanitize=address -x c++ - -o "$probe" 2>/dev/null &&
+        ASAN_OPTIONS=detect_leaks=1 "$probe" >/dev/null 2>&1
+}

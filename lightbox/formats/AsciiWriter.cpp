@@ -1,0 +1,216 @@
+#include "formats/AsciiWriter.h"
+
+#include "formats/AsciiStatements.h"
+#include "formats/FileError.h"
+#include "formats/KeptContent.h"
+#include "formats/SceneFiles.h"
+#include "formats/SettingCollector.h"
+#include "mel/Interpreter.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/TimeUnits.h"
+#include "scene/Timeline.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+#include <ostream>
+
+namespace lightbox {
+namespace {
+
+constexpr char INDENT[] = "\t";
+
+std::string Now() {
+    return QLocale::c().toString(QDateTime::currentDateTime(), "ddd, MMM dd, yyyy hh:mm:ss AP").toStdString();
+}
+
+const char* TypeOfFile(const std::string& path) {
+    return SceneFiles::FormatName(SceneFiles::FormatOf(path, SceneFormat::MayaAscii));
+}
+
+} // namespace
+
+AsciiWriter::AsciiWriter(Host& host, std::ostream& out)
+    : host_(host)
+    , out_(out)
+    , kept_(host.files().kept()) {}
+
+void AsciiWriter::Write(const SceneContent& content, const std::string& name) {
+    WriteHead(content, name);
+    for (const std::shared_ptr<Node>& node : content.nodes) {
+        WriteNode(node);
+    }
+    if (content.isWhole) {
+        WriteSceneScript();
+        WriteEdits(content);
+        WriteDefaults(content);
+    }
+    WriteConnections(content);
+    if (content.isWhole) {
+        for (const std::string& statement : kept_.statements) {
+            out_ << statement << ";\n";
+        }
+    }
+    out_ << "// End of " << name << "\n";
+}
+
+void AsciiWriter::WriteHead(const SceneContent& content, const std::string& name) {
+    out_ << "//Maya ASCII 2018 scene\n"
+         << "//Name: " << name << "\n"
+         << "//Last modified: " << Now() << "\n"
+         << "//Codeset: UTF-8\n";
+    WriteReferences(content);
+    WriteRequirements(content);
+    out_ << "currentUnit -l centimeter -a degree -t " << UnitName(host_.time().Unit()) << ";\n";
+    if (content.isWhole) {
+        for (const auto& pair : SceneContent::FileInfo(host_)) {
+            out_ << "fileInfo " << mel::Quoted(pair.first) << ' ' << mel::Quoted(pair.second) << ";\n";
+        }
+    }
+}
+
+void AsciiWriter::WriteReferences(const SceneContent& content) {
+    // First where the files are, then the instruction to read them, as Maya does.
+    for (const char* instruction : {"-rdi 1", "-r"}) {
+        for (const Reference& reference : content.references) {
+            const bool isReading = instruction[2] == '\0';
+            out_ << "file " << instruction << " -ns " << mel::Quoted(reference.nameSpace);
+            if (isReading || reference.isDeferred) {
+                out_ << " -dr " << (reference.isDeferred ? 1 : 0);
+            }
+            out_ << " -rfn " << mel::Quoted(reference.name) << " -typ \"" << TypeOfFile(reference.path) << "\" "
+                 << mel::Quoted(reference.path) << ";\n";
+        }
+    }
+}
+
+void AsciiWriter::WriteRequirements(const SceneContent& content) {
+    out_ << "requires maya \"2018\";\n";
+    for (const SceneContent::Requirement& required : content.requirements) {
+        out_ << "requires";
+        for (const std::string& type : required.nodeTypes) {
+            out_ << " -nodeType " << mel::Quoted(type);
+        }
+        for (const std::string& type : required.dataTypes) {
+            out_ << " -dataType " << mel::Quoted(type);
+        }
+        out_ << ' ' << mel::Quoted(required.plugin) << ' ' << mel::Quoted(required.version) << ";\n";
+    }
+    for (const KeptContent::Requirement& kept : kept_.requirements) {
+        const bool isWritten =
+            std::any_of(content.requirements.begin(), content.requirements.end(),
+                        [&](const auto& required) { return required.plugin == kept.plugin; });
+        if (!isWritten) {
+            out_ << kept.statement << ";\n";
+        }
+    }
+}
+
+std::string AsciiWriter::NameOf(const Node& node) {
+    return (node.isDefault ? ":" : "") + Scene::ShownName(node);
+}
+
+std::string AsciiWriter::PlugName(const Plug& plug) {
+    return mel::Quoted(NameOf(*plug.node) + "." + plug.AttributeName(false));
+}
+
+void AsciiWriter::WriteNode(const std::shared_ptr<Node>& node) {
+    out_ << "createNode " << node->Type().Name() << (node->isShared ? " -s" : "") << " -n "
+         << mel::Quoted(node->Name());
+    const auto* dag = dynamic_cast<const DagNode*>(node.get());
+    if (dag && !dag->Parent()->IsWorld()) {
+        out_ << " -p " << mel::Quoted(Scene::ShownName(*dag->Parent()));
+    }
+    out_ << ";\n" << INDENT << "rename -uid \"" << node->Uuid() << "\";\n";
+    WriteNodeBody(node);
+    if (node->locked) {
+        out_ << INDENT << "lockNode -l 1 ;\n";
+    }
+}
+
+void AsciiWriter::WriteNodeBody(const std::shared_ptr<Node>& node) {
+    for (const auto& attribute : node->DynamicAttributes()) {
+        ascii::WriteAddAttr(out_, *attribute, INDENT);
+    }
+    for (const Setting& setting : SettingCollector::Collect(node)) {
+        out_ << INDENT;
+        ascii::WriteSetting(out_, setting);
+    }
+    WriteKept(node);
+}
+
+void AsciiWriter::WriteKept(const std::shared_ptr<Node>& node) {
+    const KeptContent::OfNode* kept = kept_.Find(*node);
+    if (!kept) {
+        return;
+    }
+    if (!kept->values.empty()) {
+        throw FileError("The scene holds data of type \"" + kept->values.front().dataType +
+                        "\" in the binary form, which only its plug-in can turn into text. Load the plug-in and "
+                        "open the scene again, or save it as lightboxBinary.");
+    }
+    for (const std::string& statement : kept->statements) {
+        out_ << INDENT << statement << ";\n";
+    }
+}
+
+void AsciiWriter::WriteSceneScript() {
+    out_ << "createNode script -n \"sceneConfigurationScriptNode\";\n"
+         << INDENT << "setAttr \".b\" -type \"string\" " << mel::Quoted(SceneContent::ConfigurationScript(host_))
+         << ";\n"
+         << INDENT << "setAttr \".st\" 6;\n";
+}
+
+void AsciiWriter::WriteEdits(const SceneContent& content) {
+    for (const ReferenceEdit& edit : content.edits) {
+        out_ << "select -ne " << mel::Quoted(NameOf(*edit.node)) << ";\n";
+        for (const auto& attribute : edit.addedAttributes) {
+            ascii::WriteAddAttr(out_, *attribute, INDENT);
+        }
+        for (const Setting& setting : edit.settings) {
+            out_ << INDENT;
+            ascii::WriteSetting(out_, setting);
+        }
+    }
+}
+
+void AsciiWriter::WriteDefaults(const SceneContent& content) {
+    for (const std::shared_ptr<Node>& node : content.defaults) {
+        out_ << "select -ne " << NameOf(*node) << ";\n";
+        if (node->Type().Name() == "time") {
+            out_ << INDENT << "setAttr \".o\" " << DecimalText(host_.time().CurrentTime()) << ";\n";
+        }
+        WriteNodeBody(node);
+    }
+    for (const KeptContent::DefaultBlock& block : kept_.defaultBlocks) {
+        out_ << "select -ne " << block.node << ";\n";
+        for (const std::string& statement : block.statements) {
+            out_ << INDENT << statement << ";\n";
+        }
+    }
+}
+
+void AsciiWriter::WriteConnections(const SceneContent& content) {
+    for (const Connection& connection : content.broken) {
+        out_ << "disconnectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination) << ";\n";
+    }
+    for (const Connection& connection : content.connections) {
+        out_ << "connectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination) << ";\n";
+    }
+    if (!content.isWhole) {
+        return;
+    }
+    for (const KeptContent::Connection& kept : kept_.connections) {
+        const auto source = kept.source.lock();
+        const auto destination = kept.destination.lock();
+        if (source && destination && source->InScene() && destination->InScene()) {
+            out_ << "connectAttr " << mel::Quoted(NameOf(*source) + "." + kept.sourceAttribute) << ' '
+                 << mel::Quoted(NameOf(*destination) + "." + kept.destinationAttribute) << kept.flags << ";\n";
+        }
+    }
+}
+
+} // namespace lightbox

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "formats/SceneContent.h"
+
+#include <iosfwd>
+#include <string>
+
+namespace lightbox {
+
+class Host;
+class KeptContent;
+
+/// Writes a scene as Maya ASCII, in Maya's order of statements.
+class AsciiWriter {
+public:
+    AsciiWriter(Host& host, std::ostream& out);
+
+    /// `name` is the file's name without its folder, for the first and the last line. Throws FileError when something
+    /// in the scene cannot be expressed.
+    void Write(const SceneContent& content, const std::string& name);
+    /// The statements inside one node's block, each on its own line with the indent.
+    void WriteNodeBody(const std::shared_ptr<Node>& node);
+
+private:
+    void WriteHead(const SceneContent& content, const std::string& name);
+    void WriteReferences(const SceneContent& content);
+    void WriteRequirements(const SceneContent& content);
+    void WriteNode(const std::shared_ptr<Node>& node);
+    void WriteSceneScript();
+    void WriteEdits(const SceneContent& content);
+    void WriteDefaults(const SceneContent& content);
+    void WriteConnections(const SceneContent& content);
+    void WriteKept(const std::shared_ptr<Node>& node);
+    static std::string NameOf(const Node& node);
+    static std::string PlugName(const Plug& plug);
+
+    Host& host_;
+    std::ostream& out_;
+    const KeptContent& kept_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace lightbox::binary {
+
+// What writer and reader of the binary container agree on; docs/lightbox-scene-files.md describes it.
+
+constexpr std::uint32_t VERSION = 1;
+
+constexpr std::string_view HEAD = "HEAD";
+constexpr std::string_view REFERENCE = "REFR";
+constexpr std::string_view REQUIREMENT = "REQU";
+constexpr std::string_view UNITS = "UNIT";
+constexpr std::string_view INFO = "INFO";
+constexpr std::string_view NODE = "NODE";
+constexpr std::string_view CONFIGURATION = "CONF";
+constexpr std::string_view EDIT = "EDIT";
+constexpr std::string_view DEFAULT_NODE = "DFLT";
+constexpr std::string_view BROKEN = "BRKN";
+constexpr std::string_view CONNECTION = "CONN";
+constexpr std::string_view STATEMENT = "KEPT";
+constexpr std::string_view DONE = "DONE";
+
+enum NodeFlag : std::uint8_t { SHARED_NODE = 1, LOCKED_NODE = 2 };
+
+enum class ValueKind : std::uint8_t { None, Numbers, Booleans, Texts, Data };
+
+/// A flag of a setting: left alone, off, on.
+enum class FlagState : std::uint8_t { Unset, Off, On };
+
+enum AttributeFlag : std::uint16_t {
+    READABLE = 1,
+    WRITABLE = 2,
+    STORABLE = 4,
+    CONNECTABLE = 8,
+    KEYABLE = 16,
+    HIDDEN = 32,
+    CHANNEL_BOX = 64,
+    MULTI = 128,
+    COLOR = 256
+};
+
+} // namespace lightbox::binary

@@ -1,0 +1,248 @@
+#include "formats/BinaryReader.h"
+
+#include "formats/AttributeFactory.h"
+#include "formats/BinaryFormat.h"
+#include "formats/ChunkFile.h"
+#include "formats/FileError.h"
+#include "formats/FileReader.h"
+#include "formats/ReferenceList.h"
+#include "formats/SceneFiles.h"
+#include "mel/Interpreter.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/SceneError.h"
+
+#include <cmath>
+
+namespace lightbox {
+namespace {
+
+/// Levels of compound attributes; no real one comes near.
+constexpr int DEEPEST_ATTRIBUTE = 16;
+constexpr std::size_t TEXT_BYTES = 8; ///< the least that a text takes
+
+std::string TakeText(ChunkReader& content) {
+    return std::string(content.Text());
+}
+
+std::vector<std::string> TakeTexts(ChunkReader& content) {
+    std::vector<std::string> texts;
+    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+        texts.push_back(TakeText(content));
+    }
+    return texts;
+}
+
+std::optional<bool> TakeFlag(ChunkReader& content) {
+    const auto state = static_cast<binary::FlagState>(content.Byte());
+    return state == binary::FlagState::On    ? std::optional<bool>(true)
+           : state == binary::FlagState::Off ? std::optional<bool>(false)
+                                             : std::nullopt;
+}
+
+std::optional<double> TakeOptional(ChunkReader& content) {
+    const bool isThere = content.Byte() != 0;
+    const double number = content.Number();
+    return isThere ? std::optional<double>(number) : std::nullopt;
+}
+
+} // namespace
+
+void BinaryReader::Read(std::string_view bytes) {
+    try {
+        ChunkFile file(bytes);
+        while (const std::optional<Chunk> chunk = file.Next()) {
+            ReadChunk(*chunk);
+        }
+    } catch (const FileError& error) {
+        reader_.ReportFault(std::string(error.what()) + " What came before was read.");
+    }
+}
+
+void BinaryReader::ReadChunk(const Chunk& chunk) {
+    ChunkReader content(chunk.content);
+    try {
+        if (chunk.type == binary::HEAD) {
+            ReadHead(content);
+        } else if (chunk.type == binary::REFERENCE) {
+            ReadReference(content);
+        } else if (chunk.type == binary::REQUIREMENT) {
+            ReadRequirement(content);
+        } else if (chunk.type == binary::UNITS) {
+            const std::string linear = TakeText(content);
+            const std::string angular = TakeText(content);
+            reader_.SetUnits(linear, angular, TakeText(content));
+        } else if (chunk.type == binary::INFO) {
+            const std::string key = TakeText(content);
+            reader_.SetFileInfo(key, TakeText(content));
+        } else if (chunk.type == binary::NODE) {
+            ReadNode(content);
+        } else if (chunk.type == binary::CONFIGURATION) {
+            reader_.RunConfiguration(TakeText(content));
+        } else if (chunk.type == binary::EDIT || chunk.type == binary::DEFAULT_NODE) {
+            ReadExisting(content);
+        } else if (chunk.type == binary::CONNECTION || chunk.type == binary::BROKEN) {
+            ReadConnection(content, chunk.type == binary::BROKEN);
+        } else if (chunk.type == binary::STATEMENT) {
+            reader_.RunStatement(TakeText(content));
+        } else if (chunk.type != binary::DONE) {
+            reader_.WarnOnce("chunk " + std::string(chunk.type),
+                             "Unknown chunk '" + std::string(chunk.type) + "', from a later version, is passed over.");
+        }
+    } catch (const FileError& error) {
+        reader_.ReportFault("In a chunk '" + std::string(chunk.type) + "': " + error.what());
+    } catch (const SceneError& error) {
+        reader_.ReportFault(error.what());
+    }
+}
+
+void BinaryReader::ReadHead(ChunkReader& content) {
+    const std::uint32_t version = content.Count();
+    if (version > binary::VERSION) {
+        reader_.ReportFault("The file is of version " + std::to_string(version) + "; this program reads version " +
+                            std::to_string(binary::VERSION) + ".");
+    }
+}
+
+void BinaryReader::ReadReference(ChunkReader& content) {
+    const std::string path = TakeText(content);
+    const std::string nameSpace = TakeText(content);
+    const std::string name = TakeText(content);
+    host_.files().references().Add(path, nameSpace, name, content.Byte() != 0);
+}
+
+void BinaryReader::ReadRequirement(ChunkReader& content) {
+    const std::string plugin = TakeText(content);
+    const std::string version = TakeText(content);
+    std::string statement = "requires";
+    for (const std::string& type : TakeTexts(content)) {
+        statement += " -nodeType " + mel::Quoted(type);
+    }
+    for (const std::string& type : TakeTexts(content)) {
+        statement += " -dataType " + mel::Quoted(type);
+    }
+    reader_.Require(plugin, version, statement + " " + mel::Quoted(plugin) + " " + mel::Quoted(version));
+}
+
+void BinaryReader::ReadNode(ChunkReader& content) {
+    const std::string type = TakeText(content);
+    const std::string name = TakeText(content);
+    const std::string parent = TakeText(content);
+    const std::uint8_t flags = content.Byte();
+    const std::string uuid = TakeText(content);
+    const std::shared_ptr<Node> node = reader_.CreateNode(type, name, parent, flags & binary::SHARED_NODE);
+    if (!reader_.IsForeign(*node)) {
+        node->SetUuid(uuid);
+    }
+    ReadBody(content, node);
+    node->locked = node->locked || flags & binary::LOCKED_NODE;
+}
+
+void BinaryReader::ReadExisting(ChunkReader& content) {
+    const std::string name = TakeText(content);
+    reader_.Select(name);
+    ReadBody(content, reader_.Current());
+}
+
+void BinaryReader::ReadConnection(ChunkReader& content, bool isBroken) {
+    const std::string source = TakeText(content);
+    const std::string destination = TakeText(content);
+    if (isBroken) {
+        reader_.RunStatement("disconnectAttr " + mel::Quoted(source) + " " + mel::Quoted(destination));
+    } else {
+        reader_.Connect(source, destination, TakeText(content));
+    }
+}
+
+void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& node) {
+    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+        const std::shared_ptr<Attribute> attribute = ReadAttribute(content, 0);
+        if (node && !reader_.IsForeign(*node)) {
+            node->AddDynamicAttribute(attribute);
+        }
+    }
+    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+        ReadSetting(content, node);
+    }
+    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+        Setting setting;
+        setting.path = TakeText(content);
+        setting.type = TakeText(content);
+        const std::string_view bytes = content.Text();
+        if (node) {
+            reader_.ApplyBinary(node, setting, bytes);
+        }
+    }
+    for (const std::string& statement : TakeTexts(content)) {
+        reader_.RunStatement(statement);
+    }
+}
+
+std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int depth) {
+    const std::string longName = TakeText(content);
+    const std::string shortName = TakeText(content);
+    const std::string niceName = TakeText(content);
+    const std::string type = TakeText(content);
+    std::shared_ptr<Attribute> attribute =
+        depth < DEEPEST_ATTRIBUTE ? AttributeFactory::Make(host_.scene(), type, longName, shortName) : nullptr;
+    if (!attribute) {
+        throw FileError("Unknown type '" + type + "' of the attribute '" + longName + "'.");
+    }
+    attribute->niceName = niceName;
+    const std::uint32_t flags = content.Count();
+    attribute->readable = flags & binary::READABLE;
+    attribute->writable = flags & binary::WRITABLE;
+    attribute->storable = flags & binary::STORABLE;
+    attribute->connectable = flags & binary::CONNECTABLE;
+    attribute->keyable = flags & binary::KEYABLE;
+    attribute->hidden = flags & binary::HIDDEN;
+    attribute->channelBox = flags & binary::CHANNEL_BOX;
+    attribute->multi = flags & binary::MULTI;
+    attribute->usedAsColor = flags & binary::COLOR;
+    const double number = content.Number();
+    if (attribute->IsNumber()) {
+        attribute->defaultValue = number;
+    }
+    attribute->minimum = TakeOptional(content);
+    attribute->maximum = TakeOptional(content);
+    attribute->softMinimum = TakeOptional(content);
+    attribute->softMaximum = TakeOptional(content);
+    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+        const std::string field = TakeText(content);
+        const double value = content.Number();
+        attribute->enumFields.emplace_back(field, std::abs(value) < 1e9 ? static_cast<int>(value) : 0);
+    }
+    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+        attribute->AddChild(ReadAttribute(content, depth + 1));
+    }
+    return attribute;
+}
+
+void BinaryReader::ReadSetting(ChunkReader& content, const std::shared_ptr<Node>& node) {
+    Setting setting;
+    setting.path = TakeText(content);
+    setting.locked = TakeFlag(content);
+    setting.keyable = TakeFlag(content);
+    setting.channelBox = TakeFlag(content);
+    setting.type = TakeText(content);
+    const auto kind = static_cast<binary::ValueKind>(content.Byte());
+    setting.hasValue = kind != binary::ValueKind::None;
+    setting.isBoolean = kind == binary::ValueKind::Booleans;
+    std::string_view bytes;
+    if (kind == binary::ValueKind::Data) {
+        bytes = content.Text();
+    } else if (kind == binary::ValueKind::Texts) {
+        setting.texts = TakeTexts(content);
+    } else if (setting.hasValue) {
+        for (std::uint32_t i = content.CountOf(sizeof(double)); i > 0; --i) {
+            setting.numbers.push_back(content.Number());
+        }
+    }
+    if (kind != binary::ValueKind::Data) {
+        reader_.ApplyOrKeep(node, setting);
+    } else if (node) {
+        reader_.ApplyBinary(node, setting, bytes);
+    }
+}
+
+} // namespace lightbox

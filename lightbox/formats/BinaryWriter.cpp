@@ -1,0 +1,313 @@
+#include "formats/BinaryWriter.h"
+
+#include "formats/BinaryFormat.h"
+#include "formats/ChunkFile.h"
+#include "formats/FileError.h"
+#include "formats/KeptContent.h"
+#include "formats/SceneFiles.h"
+#include "formats/SettingCollector.h"
+#include "scene/DagNode.h"
+#include "scene/DataValue.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/TimeUnits.h"
+#include "scene/Timeline.h"
+
+#include <ostream>
+#include <sstream>
+
+namespace lightbox {
+namespace {
+
+binary::FlagState StateOf(const std::optional<bool>& flag) {
+    return !flag ? binary::FlagState::Unset : *flag ? binary::FlagState::On : binary::FlagState::Off;
+}
+
+void PutTexts(ChunkWriter& chunk, const std::vector<std::string>& texts) {
+    chunk.Count(static_cast<std::uint32_t>(texts.size()));
+    for (const std::string& text : texts) {
+        chunk.Text(text);
+    }
+}
+
+void PutNumber(ChunkWriter& chunk, const std::optional<double>& number) {
+    chunk.Byte(number ? 1 : 0);
+    chunk.Number(number.value_or(0.0));
+}
+
+std::string NameOf(const Node& node) {
+    return (node.isDefault ? ":" : "") + Scene::ShownName(node);
+}
+
+std::string PlugName(const Plug& plug) {
+    return NameOf(*plug.node) + "." + plug.AttributeName(false);
+}
+
+std::uint32_t FlagsOf(const Attribute& attribute) {
+    const std::pair<bool, int> flags[] = {
+        {attribute.readable, binary::READABLE},       {attribute.writable, binary::WRITABLE},
+        {attribute.storable, binary::STORABLE},       {attribute.connectable, binary::CONNECTABLE},
+        {attribute.keyable, binary::KEYABLE},         {attribute.hidden, binary::HIDDEN},
+        {attribute.channelBox, binary::CHANNEL_BOX},  {attribute.multi, binary::MULTI},
+        {attribute.usedAsColor, binary::COLOR}};
+    std::uint32_t bits = 0;
+    for (const auto& flag : flags) {
+        bits |= flag.first ? static_cast<std::uint32_t>(flag.second) : 0;
+    }
+    return bits;
+}
+
+} // namespace
+
+BinaryWriter::BinaryWriter(Host& host, std::ostream& out)
+    : host_(host)
+    , out_(out)
+    , kept_(host.files().kept()) {}
+
+void BinaryWriter::Write(const SceneContent& content, const std::string& name) {
+    ChunkFile::WriteSignature(out_);
+    WriteHead(content, name);
+    WriteReferences(content);
+    WriteRequirements(content);
+    for (const std::shared_ptr<Node>& node : content.nodes) {
+        WriteNode(node);
+    }
+    if (content.isWhole) {
+        ChunkWriter script;
+        script.Text(SceneContent::ConfigurationScript(host_));
+        ChunkFile::WriteChunk(out_, binary::CONFIGURATION, script.Bytes());
+        WriteEdits(content);
+        WriteDefaults(content);
+    }
+    WriteConnections(content);
+    if (content.isWhole) {
+        WriteKept();
+    }
+    ChunkFile::WriteChunk(out_, binary::DONE, {});
+}
+
+void BinaryWriter::WriteHead(const SceneContent& content, const std::string& name) {
+    ChunkWriter head;
+    head.Count(binary::VERSION);
+    head.Text("Lightbox");
+    head.Text(name);
+    ChunkFile::WriteChunk(out_, binary::HEAD, head.Bytes());
+
+    ChunkWriter units;
+    units.Text("centimeter");
+    units.Text("degree");
+    units.Text(UnitName(host_.time().Unit()));
+    ChunkFile::WriteChunk(out_, binary::UNITS, units.Bytes());
+    if (content.isWhole) {
+        for (const auto& pair : SceneContent::FileInfo(host_)) {
+            ChunkWriter info;
+            info.Text(pair.first);
+            info.Text(pair.second);
+            ChunkFile::WriteChunk(out_, binary::INFO, info.Bytes());
+        }
+    }
+}
+
+void BinaryWriter::WriteReferences(const SceneContent& content) {
+    for (const Reference& reference : content.references) {
+        ChunkWriter chunk;
+        chunk.Text(reference.path);
+        chunk.Text(reference.nameSpace);
+        chunk.Text(reference.name);
+        chunk.Byte(reference.isDeferred ? 1 : 0);
+        ChunkFile::WriteChunk(out_, binary::REFERENCE, chunk.Bytes());
+    }
+}
+
+void BinaryWriter::WriteRequirements(const SceneContent& content) {
+    for (const SceneContent::Requirement& required : content.requirements) {
+        ChunkWriter chunk;
+        chunk.Text(required.plugin);
+        chunk.Text(required.version);
+        PutTexts(chunk, required.nodeTypes);
+        PutTexts(chunk, required.dataTypes);
+        ChunkFile::WriteChunk(out_, binary::REQUIREMENT, chunk.Bytes());
+    }
+    for (const KeptContent::Requirement& kept : kept_.requirements) {
+        ChunkWriter chunk;
+        chunk.Text(kept.statement);
+        ChunkFile::WriteChunk(out_, binary::STATEMENT, chunk.Bytes());
+    }
+}
+
+void BinaryWriter::WriteNode(const std::shared_ptr<Node>& node) {
+    ChunkWriter chunk;
+    chunk.Text(node->Type().Name());
+    chunk.Text(node->Name());
+    const auto* dag = dynamic_cast<const DagNode*>(node.get());
+    chunk.Text(dag && !dag->Parent()->IsWorld() ? Scene::ShownName(*dag->Parent()) : std::string());
+    chunk.Byte(static_cast<std::uint8_t>((node->isShared ? binary::SHARED_NODE : 0) |
+                                         (node->locked ? binary::LOCKED_NODE : 0)));
+    chunk.Text(node->Uuid());
+    PutBody(chunk, node);
+    ChunkFile::WriteChunk(out_, binary::NODE, chunk.Bytes());
+}
+
+void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node) const {
+    const auto& attributes = node->DynamicAttributes();
+    chunk.Count(static_cast<std::uint32_t>(attributes.size()));
+    for (const auto& attribute : attributes) {
+        PutAttribute(chunk, *attribute);
+    }
+    const std::vector<Setting> settings = SettingCollector::Collect(node);
+    chunk.Count(static_cast<std::uint32_t>(settings.size()));
+    for (const Setting& setting : settings) {
+        PutSetting(chunk, setting);
+    }
+    PutKept(chunk, *node);
+}
+
+void BinaryWriter::PutKept(ChunkWriter& chunk, const Node& node) const {
+    static const KeptContent::OfNode NOTHING;
+    const KeptContent::OfNode* found = kept_.Find(node);
+    const KeptContent::OfNode& kept = found ? *found : NOTHING;
+    chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
+    for (const KeptContent::BinaryValue& value : kept.values) {
+        chunk.Text(value.path);
+        chunk.Text(value.dataType);
+        chunk.Text(value.bytes);
+    }
+    PutTexts(chunk, kept.statements);
+}
+
+void BinaryWriter::PutAttribute(ChunkWriter& chunk, const Attribute& attribute) {
+    chunk.Text(attribute.LongName());
+    chunk.Text(attribute.ShortName());
+    chunk.Text(attribute.niceName);
+    chunk.Text(attribute.IsCompound() ? "compound" : attribute.TypeName());
+    chunk.Count(FlagsOf(attribute));
+    const double* number = std::get_if<double>(&attribute.defaultValue);
+    chunk.Number(number ? *number : 0.0);
+    PutNumber(chunk, attribute.minimum);
+    PutNumber(chunk, attribute.maximum);
+    PutNumber(chunk, attribute.softMinimum);
+    PutNumber(chunk, attribute.softMaximum);
+    chunk.Count(static_cast<std::uint32_t>(attribute.enumFields.size()));
+    for (const auto& field : attribute.enumFields) {
+        chunk.Text(field.first);
+        chunk.Number(field.second);
+    }
+    chunk.Count(static_cast<std::uint32_t>(attribute.Children().size()));
+    for (const auto& child : attribute.Children()) {
+        PutAttribute(chunk, *child);
+    }
+}
+
+void BinaryWriter::PutSetting(ChunkWriter& chunk, const Setting& setting) {
+    chunk.Text(setting.path);
+    for (const auto& flag : {setting.locked, setting.keyable, setting.channelBox}) {
+        chunk.Byte(static_cast<std::uint8_t>(StateOf(flag)));
+    }
+    chunk.Text(setting.type);
+    const auto put = [&](binary::ValueKind kind) { chunk.Byte(static_cast<std::uint8_t>(kind)); };
+    if (!setting.hasValue) {
+        put(binary::ValueKind::None);
+    } else if (setting.data) {
+        std::ostringstream bytes;
+        if (!setting.data->Data().writeBinary(bytes)) {
+            throw FileError("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                            "\", could not be written.");
+        }
+        put(binary::ValueKind::Data);
+        chunk.Text(bytes.str());
+    } else if (setting.type == "string" || setting.type == "stringArray") {
+        put(binary::ValueKind::Texts);
+        PutTexts(chunk, setting.texts);
+    } else {
+        put(setting.isBoolean ? binary::ValueKind::Booleans : binary::ValueKind::Numbers);
+        chunk.Count(static_cast<std::uint32_t>(setting.numbers.size()));
+        for (const double number : setting.numbers) {
+            chunk.Number(number);
+        }
+    }
+}
+
+void BinaryWriter::WriteEdits(const SceneContent& content) {
+    for (const ReferenceEdit& edit : content.edits) {
+        ChunkWriter chunk;
+        chunk.Text(NameOf(*edit.node));
+        chunk.Count(static_cast<std::uint32_t>(edit.addedAttributes.size()));
+        for (const auto& attribute : edit.addedAttributes) {
+            PutAttribute(chunk, *attribute);
+        }
+        chunk.Count(static_cast<std::uint32_t>(edit.settings.size()));
+        for (const Setting& setting : edit.settings) {
+            PutSetting(chunk, setting);
+        }
+        chunk.Count(0);
+        chunk.Count(0);
+        ChunkFile::WriteChunk(out_, binary::EDIT, chunk.Bytes());
+    }
+}
+
+void BinaryWriter::WriteDefaults(const SceneContent& content) {
+    for (const std::shared_ptr<Node>& node : content.defaults) {
+        ChunkWriter chunk;
+        chunk.Text(NameOf(*node));
+        if (node->Type().Name() == "time") {
+            Setting now;
+            now.path = "o";
+            now.hasValue = true;
+            now.numbers = {host_.time().CurrentTime()};
+            chunk.Count(0);
+            chunk.Count(1);
+            PutSetting(chunk, now);
+            PutKept(chunk, *node);
+        } else {
+            PutBody(chunk, node);
+        }
+        ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
+    }
+}
+
+void BinaryWriter::WriteConnections(const SceneContent& content) {
+    const auto write = [this](std::string_view type, const std::string& source, const std::string& destination,
+                              const std::string& flags) {
+        ChunkWriter chunk;
+        chunk.Text(source);
+        chunk.Text(destination);
+        chunk.Text(flags);
+        ChunkFile::WriteChunk(out_, type, chunk.Bytes());
+    };
+    for (const Connection& connection : content.broken) {
+        write(binary::BROKEN, PlugName(connection.source), PlugName(connection.destination), {});
+    }
+    for (const Connection& connection : content.connections) {
+        write(binary::CONNECTION, PlugName(connection.source), PlugName(connection.destination), {});
+    }
+    if (!content.isWhole) {
+        return;
+    }
+    for (const KeptContent::Connection& kept : kept_.connections) {
+        const auto source = kept.source.lock();
+        const auto destination = kept.destination.lock();
+        if (source && destination && source->InScene() && destination->InScene()) {
+            write(binary::CONNECTION, NameOf(*source) + "." + kept.sourceAttribute,
+                  NameOf(*destination) + "." + kept.destinationAttribute, kept.flags);
+        }
+    }
+}
+
+void BinaryWriter::WriteKept() {
+    for (const KeptContent::DefaultBlock& block : kept_.defaultBlocks) {
+        ChunkWriter chunk;
+        chunk.Text(block.node);
+        chunk.Count(0);
+        chunk.Count(0);
+        chunk.Count(0);
+        PutTexts(chunk, block.statements);
+        ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
+    }
+    for (const std::string& statement : kept_.statements) {
+        ChunkWriter chunk;
+        chunk.Text(statement);
+        ChunkFile::WriteChunk(out_, binary::STATEMENT, chunk.Bytes());
+    }
+}
+
+} // namespace lightbox

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "formats/SceneContent.h"
+
+#include <iosfwd>
+#include <string>
+
+namespace lightbox {
+
+class ChunkWriter;
+class Host;
+class KeptContent;
+
+/// Writes a scene as Lightbox's binary container; docs/lightbox-scene-files.md describes it.
+class BinaryWriter {
+public:
+    BinaryWriter(Host& host, std::ostream& out);
+
+    /// Throws FileError when a plug-in's value could not write itself.
+    void Write(const SceneContent& content, const std::string& name);
+
+private:
+    void WriteHead(const SceneContent& content, const std::string& name);
+    void WriteReferences(const SceneContent& content);
+    void WriteRequirements(const SceneContent& content);
+    void WriteNode(const std::shared_ptr<Node>& node);
+    void WriteEdits(const SceneContent& content);
+    void WriteDefaults(const SceneContent& content);
+    void WriteConnections(const SceneContent& content);
+    void WriteKept();
+    void PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node) const;
+    void PutKept(ChunkWriter& chunk, const Node& node) const;
+    static void PutSetting(ChunkWriter& chunk, const Setting& setting);
+    static void PutAttribute(ChunkWriter& chunk, const Attribute& attribute);
+
+    Host& host_;
+    std::ostream& out_;
+    const KeptContent& kept_;
+};
+
+} // namespace lightbox

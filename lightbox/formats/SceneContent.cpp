@@ -1,0 +1,162 @@
+#include "formats/SceneContent.h"
+
+#include "formats/SceneFiles.h"
+#include "formats/SettingCollector.h"
+#include "scene/DagNode.h"
+#include "scene/DataType.h"
+#include "scene/DataValue.h"
+#include "scene/Host.h"
+#include "scene/PluginManager.h"
+#include "scene/Scene.h"
+#include "scene/TimeUnits.h"
+#include "scene/Timeline.h"
+
+#include <algorithm>
+#include <set>
+
+namespace lightbox {
+namespace {
+
+bool IsWritten(const Node& node) {
+    return !node.doNotWrite && node.reference.empty() && !(node.UserNode() && node.UserNode()->doNotWrite());
+}
+
+void AddUnique(std::vector<std::string>& list, const std::string& text) {
+    if (!text.empty() && std::find(list.begin(), list.end(), text) == list.end()) {
+        list.push_back(text);
+    }
+}
+
+/// Names of the data types of values that the attributes hold.
+void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std::set<std::string>& names) {
+    for (const auto& attribute : attributes) {
+        if (attribute->Kind() == AttributeKind::PluginData) {
+            names.insert(attribute->dataTypeName);
+        }
+        AddDataTypes(attribute->Children(), names);
+    }
+}
+
+} // namespace
+
+SceneContent SceneContent::Whole(Host& host) {
+    SceneContent content;
+    for (const Reference& reference : host.files().references().All()) {
+        if (reference.parent.empty()) {
+            content.references.push_back(reference);
+        }
+    }
+    for (DagNode* node : Scene::Subtree(host.scene().world())) {
+        if (!node->IsWorld() && IsWritten(*node)) {
+            content.nodes.push_back(node->Shared());
+        }
+    }
+    for (const std::shared_ptr<Node>& node : host.scene().Nodes()) {
+        if (!node->Type().IsDag() && IsWritten(*node)) {
+            (node->isDefault ? content.defaults : content.nodes).push_back(node);
+        }
+    }
+    content.edits = host.files().references().Edits();
+    content.broken = host.files().references().BrokenConnections();
+    content.CollectConnections(host);
+    content.CollectRequirements(host);
+    return content;
+}
+
+SceneContent SceneContent::Part(Host& host, const std::vector<std::shared_ptr<Node>>& nodes) {
+    std::set<const Node*> wanted;
+    for (const std::shared_ptr<Node>& node : nodes) {
+        wanted.insert(node.get());
+        auto* dag = dynamic_cast<DagNode*>(node.get());
+        if (!dag) {
+            continue;
+        }
+        for (DagNode* below : Scene::Subtree(*dag)) {
+            wanted.insert(below);
+        }
+        for (DagNode* above = dag->Parent(); above && !above->IsWorld(); above = above->Parent()) {
+            wanted.insert(above);
+        }
+    }
+    SceneContent whole = Whole(host);
+    SceneContent content;
+    content.isWhole = false;
+    std::copy_if(whole.nodes.begin(), whole.nodes.end(), std::back_inserter(content.nodes),
+                 [&](const auto& node) { return wanted.count(node.get()) > 0; });
+    content.CollectConnections(host);
+    content.CollectRequirements(host);
+    return content;
+}
+
+void SceneContent::CollectConnections(Host& host) {
+    std::set<const Node*> ends;
+    for (const auto* list : {&nodes, &defaults}) {
+        for (const std::shared_ptr<Node>& node : *list) {
+            ends.insert(node.get());
+        }
+    }
+    const auto isEnd = [&](const Plug& plug) {
+        return ends.count(plug.node.get()) > 0 || (isWhole && !plug.node->reference.empty());
+    };
+    for (const Connection& connection : host.scene().connections().All()) {
+        const bool isBetweenDefaults = connection.source.node->isDefault && connection.destination.node->isDefault;
+        if (isEnd(connection.source) && isEnd(connection.destination) && !isBetweenDefaults &&
+            !host.files().references().IsFromFile(connection)) {
+            connections.push_back(connection);
+        }
+    }
+}
+
+void SceneContent::Require(Host& host, const std::string& plugin, const std::string& nodeType,
+                           const std::string& dataType) {
+    const Plugin* loaded = host.plugins().Find(plugin);
+    if (!loaded) {
+        return;
+    }
+    auto found = std::find_if(requirements.begin(), requirements.end(),
+                              [&](const Requirement& other) { return other.plugin == loaded->name; });
+    if (found == requirements.end()) {
+        requirements.push_back({loaded->name, loaded->version, {}, {}});
+        found = requirements.end() - 1;
+    }
+    AddUnique(found->nodeTypes, nodeType);
+    AddUnique(found->dataTypes, dataType);
+}
+
+void SceneContent::CollectRequirements(Host& host) {
+    std::set<const NodeType*> types;
+    std::set<std::string> dataTypes;
+    for (const std::shared_ptr<Node>& node : nodes) {
+        if (types.insert(&node->Type()).second) {
+            Require(host, node->Type().plugin, node->Type().Name(), "");
+            AddDataTypes(node->Type().Attributes(), dataTypes);
+        }
+        AddDataTypes(node->DynamicAttributes(), dataTypes);
+    }
+    for (const std::string& name : dataTypes) {
+        if (const auto type = host.scene().types().FindDataType(name)) {
+            Require(host, type->plugin, "", name);
+        }
+    }
+}
+
+std::string SceneContent::ConfigurationScript(Host& host) {
+    const Timeline& time = host.time();
+    return "playbackOptions -min " + DecimalText(time.MinTime()) + " -max " + DecimalText(time.MaxTime()) + " -ast " +
+           DecimalText(time.AnimationStart()) + " -aet " + DecimalText(time.AnimationEnd()) + " ";
+}
+
+std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(Host& host) {
+    std::vector<std::pair<std::string, std::string>> info{
+        {"application", "lightbox"}, {"product", "Lightbox"}, {"version", "2018"}};
+    static const std::set<std::string> OF_THE_WRITER{"application", "product", "version", "cutIdentifier",
+                                                     "osv",         "license", "UUID"};
+    for (const auto& pair : host.files().fileInfo()) {
+        if (OF_THE_WRITER.count(pair.first) == 0) {
+            info.push_back(pair);
+        }
+    }
+    return info;
+}
+
+} // namespace lightbox

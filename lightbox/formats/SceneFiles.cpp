@@ -1,0 +1,304 @@
+#include "formats/SceneFiles.h"
+
+#include "formats/AsciiWriter.h"
+#include "formats/AtomicFile.h"
+#include "formats/BinaryWriter.h"
+#include "formats/FileOperationScope.h"
+#include "formats/FileReader.h"
+#include "formats/KeptContent.h"
+#include "formats/ReferenceList.h"
+#include "formats/SceneContent.h"
+#include "scene/EventBus.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/Timeline.h"
+#include "scene/UndoQueue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace lightbox {
+namespace {
+
+constexpr char ASCII_SUFFIX[] = "ma";
+constexpr char BINARY_SUFFIX[] = "lbx";
+
+const char* SuffixOf(SceneFormat format) {
+    return format == SceneFormat::MayaAscii ? ASCII_SUFFIX : BINARY_SUFFIX;
+}
+
+std::string ReadBytes(const std::string& path) {
+    QFile file(QString::fromStdString(path));
+    const QFileInfo info(file);
+    if (!info.exists()) {
+        throw FileError("File not found: " + path);
+    }
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
+        throw FileError("Could not read \"" + path + "\": " +
+                        (info.isFile() ? file.errorString().toStdString() : std::string("it is not a file")) + ".");
+    }
+    std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+    const qint64 count = file.read(bytes.data(), static_cast<qint64>(bytes.size()));
+    if (count != static_cast<qint64>(bytes.size())) {
+        throw FileError("Could not read \"" + path + "\": " + file.errorString().toStdString() + ".");
+    }
+    return bytes;
+}
+
+} // namespace
+
+SceneFiles::SceneFiles(Host& host)
+    : host_(host)
+    , savedState_(host.undo().State())
+    , references_(std::make_unique<ReferenceList>(host))
+    , kept_(std::make_unique<KeptContent>()) {}
+
+SceneFiles::~SceneFiles() = default;
+
+std::string SceneFiles::AbsolutePath(const std::string& path) {
+    QString text = QString::fromStdString(path);
+    if (text == "~" || text.startsWith("~/")) {
+        text.replace(0, 1, QDir::homePath());
+    }
+    return QDir::cleanPath(QFileInfo(text).absoluteFilePath()).toStdString();
+}
+
+std::string SceneFiles::FindFile(const std::string& path) {
+    const std::string whole = AbsolutePath(path);
+    for (const char* suffix : {"", ".ma", ".lbx"}) {
+        if (QFileInfo(QString::fromStdString(whole + suffix)).isFile()) {
+            return whole + suffix;
+        }
+    }
+    return whole;
+}
+
+SceneFormat SceneFiles::FormatOf(const std::string& path, SceneFormat fallback) {
+    const QString suffix = QFileInfo(QString::fromStdString(path)).suffix().toLower();
+    return suffix == ASCII_SUFFIX    ? SceneFormat::MayaAscii
+           : suffix == BINARY_SUFFIX ? SceneFormat::LightboxBinary
+                                     : fallback;
+}
+
+const char* SceneFiles::FormatName(SceneFormat format) {
+    return format == SceneFormat::MayaAscii ? "mayaAscii" : "lightboxBinary";
+}
+
+bool SceneFiles::ParseFormatName(const std::string& name, SceneFormat& format) {
+    for (const SceneFormat candidate : {SceneFormat::MayaAscii, SceneFormat::LightboxBinary}) {
+        if (name == FormatName(candidate)) {
+            format = candidate;
+            return true;
+        }
+    }
+    return false;
+}
+
+const std::string& SceneFiles::Rename(const std::string& path) {
+    const QFileInfo info(QString::fromStdString(path));
+    if (path.empty() || info.isDir() || path.find('\0') != std::string::npos) {
+        throw FileError("\"" + path + "\" cannot be the name of a scene.");
+    }
+    const std::string suffix = info.suffix().toLower().toStdString();
+    const bool isKnown = suffix == ASCII_SUFFIX || suffix == BINARY_SUFFIX;
+    format_ = FormatOf(path, format_);
+    const std::string name = AbsolutePath(path) + (isKnown ? std::string() : std::string(".") + SuffixOf(format_));
+    if (name != sceneName_) {
+        sceneName_ = name;
+        hasFaults_ = false;
+        isForcedModified_ = true;
+    }
+    return sceneName_;
+}
+
+bool SceneFiles::IsModified() const {
+    return isForcedModified_ || host_.undo().State() != savedState_;
+}
+
+void SceneFiles::SetModified(bool modified) {
+    isForcedModified_ = modified;
+    savedState_ = host_.undo().State();
+}
+
+bool SceneFiles::Running(FileOperation operation) const {
+    return std::find(operations_.begin(), operations_.end(), operation) != operations_.end();
+}
+
+bool SceneFiles::IsReading() const {
+    return Running(FileOperation::Open) || Running(FileOperation::Import) || Running(FileOperation::Reference);
+}
+
+bool SceneFiles::IsWriting() const {
+    return Running(FileOperation::Save) || Running(FileOperation::Export);
+}
+
+void SceneFiles::CheckUnsaved(bool force) const {
+    if (!force && IsModified()) {
+        throw FileError("Unsaved changes.");
+    }
+    if (!operations_.empty()) {
+        throw FileError("The scene cannot be replaced while a file is being read or written.");
+    }
+}
+
+void SceneFiles::Empty() {
+    // What the undo queue holds belongs to the old scene.
+    host_.undo().Flush();
+    host_.scene().New();
+    host_.time().Reset();
+    references_->Clear();
+    kept_->Clear();
+    fileInfo_.clear();
+    sceneName_.clear();
+    format_ = SceneFormat::MayaAscii;
+    hasFaults_ = false;
+}
+
+void SceneFiles::New(bool force) {
+    CheckUnsaved(force);
+    host_.events().Fire("PreFileNewOrOpened");
+    host_.events().Fire("PreNewSceneOpened");
+    {
+        const FileOperationScope scope(host_, FileOperation::New);
+        Empty();
+        SetModified(false);
+    }
+    host_.events().Fire("NewSceneOpened");
+    host_.undo().Flush();
+    SetModified(false);
+}
+
+void SceneFiles::RunReader(FileReader& reader) {
+    RunReader(reader, ReadBytes(reader.source().path));
+}
+
+void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
+    struct Registration {
+        std::vector<FileReader*>& readers;
+        ~Registration() { readers.pop_back(); }
+    };
+    readers_.push_back(&reader);
+    const Registration registration{readers_};
+    reader.Read(std::move(bytes));
+}
+
+void SceneFiles::Open(const std::string& path, bool force) {
+    const std::string file = FindFile(path);
+    CheckUnsaved(force);
+    // Asked before the old scene goes: a file that is no scene must not cost anything.
+    std::string bytes = ReadBytes(file);
+    FileReader::CheckIsScene(bytes, file);
+    host_.events().Fire("PreFileNewOrOpened");
+    host_.events().Fire("PreSceneOpened");
+    FileReader reader(host_, {file, FileReader::Mode::Open, {}, {}});
+    {
+        const FileOperationScope scope(host_, FileOperation::Open);
+        Empty();
+        sceneName_ = file;
+        format_ = FormatOf(file, SceneFormat::MayaAscii);
+        RunReader(reader, std::move(bytes));
+    }
+    host_.undo().Flush();
+    hasFaults_ = reader.FaultCount() > 0;
+    SetModified(false);
+    host_.events().Fire("PostSceneRead");
+    host_.events().Fire("SceneOpened");
+    // What callbacks do about the new scene is no change that the user made.
+    host_.undo().Flush();
+    SetModified(false);
+    if (hasFaults_) {
+        throw FileError("Errors while reading \"" + file + "\"; what could be read is in the scene.");
+    }
+}
+
+void SceneFiles::Save(bool force) {
+    if (sceneName_.empty()) {
+        throw FileError("No file name specified.");
+    }
+    if (hasFaults_ && !force) {
+        throw FileError("\"" + sceneName_ +
+                        "\" was read with errors, so that saving would lose what could not be read. Save under "
+                        "another name, or force it.");
+    }
+    if (!operations_.empty()) {
+        throw FileError("The scene cannot be saved while a file is being read or written.");
+    }
+    host_.events().Fire("PreSceneSaved");
+    {
+        const FileOperationScope scope(host_, FileOperation::Save);
+        Write(sceneName_, format_, SceneContent::Whole(host_));
+    }
+    hasFaults_ = false;
+    SetModified(false);
+    host_.events().Fire("SceneSaved");
+}
+
+std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, const std::string& nameSpace) {
+    const std::string file = FindFile(path);
+    FileReader reader(host_, {file, FileReader::Mode::Import, nameSpace, {}});
+    {
+        const FileOperationScope scope(host_, FileOperation::Import);
+        RunReader(reader);
+    }
+    isForcedModified_ = true;
+    host_.events().Fire("SceneImported");
+    if (reader.FaultCount() > 0) {
+        throw FileError("Errors while reading \"" + file + "\"; what could be read is in the scene.");
+    }
+    return reader.NewNodes();
+}
+
+std::string SceneFiles::AddReference(const std::string& path, const std::string& nameSpace, const std::string& name,
+                                     bool deferred) {
+    const std::string file = FindFile(path);
+    if (!QFileInfo(QString::fromStdString(file)).isFile()) {
+        throw FileError("Reference file not found: " + file);
+    }
+    const std::string base = QFileInfo(QString::fromStdString(file)).completeBaseName().toStdString();
+    const std::string added = references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
+    isForcedModified_ = true;
+    return added;
+}
+
+void SceneFiles::ExportAll(const std::string& path, SceneFormat format) {
+    const FileOperationScope scope(host_, FileOperation::Export);
+    Write(AbsolutePath(path), format, SceneContent::Whole(host_));
+}
+
+void SceneFiles::ExportNodes(const std::string& path, SceneFormat format,
+                             const std::vector<std::shared_ptr<Node>>& nodes) {
+    const FileOperationScope scope(host_, FileOperation::Export);
+    Write(AbsolutePath(path), format, SceneContent::Part(host_, nodes));
+}
+
+void SceneFiles::Write(const std::string& path, SceneFormat format, const SceneContent& content) {
+    const std::string name = QFileInfo(QString::fromStdString(path)).fileName().toStdString();
+    AtomicFile file(path);
+    if (format == SceneFormat::MayaAscii) {
+        AsciiWriter(host_, file.Stream()).Write(content, name);
+    } else {
+        BinaryWriter(host_, file.Stream()).Write(content, name);
+    }
+    file.Commit();
+}
+
+void SceneFiles::SetFileInfo(const std::string& key, const std::string& value) {
+    const auto found =
+        std::find_if(fileInfo_.begin(), fileInfo_.end(), [&](const auto& pair) { return pair.first == key; });
+    if (found != fileInfo_.end()) {
+        found->second = value;
+    } else {
+        fileInfo_.emplace_back(key, value);
+    }
+}
+
+void SceneFiles::RemoveFileInfo(const std::string& key) {
+    fileInfo_.erase(std::remove_if(fileInfo_.begin(), fileInfo_.end(),
+                                   [&](const auto& pair) { return pair.first == key; }),
+                    fileInfo_.end());
+}
+
+} // namespace lightbox

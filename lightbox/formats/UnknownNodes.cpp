@@ -1,0 +1,163 @@
+#include "formats/UnknownNodes.h"
+
+#include "formats/AsciiStatements.h"
+#include "formats/KeptContent.h"
+#include "formats/SceneFiles.h"
+#include "formats/SettingApplier.h"
+#include "formats/SettingCollector.h"
+#include "mel/Interpreter.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Plugin.h"
+#include "scene/Scene.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace lightbox {
+namespace {
+
+bool Holds(const std::vector<std::string>& names, const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::string WithoutEnd(std::string statement) {
+    statement.resize(statement.rfind(';'));
+    return statement;
+}
+
+} // namespace
+
+bool UnknownNodes::HasTypeOf(const Node& node, const Plugin& plugin) const {
+    return Holds(plugin.nodeTypes, node.Type().Name()) && node.UserNode();
+}
+
+bool UnknownNodes::HasDataOf(const Node& node, const Plugin& plugin) const {
+    const auto& attributes = node.DynamicAttributes();
+    return std::any_of(attributes.begin(), attributes.end(), [&](const auto& attribute) {
+        return attribute->Kind() == AttributeKind::PluginData && Holds(plugin.dataTypes, attribute->dataTypeName);
+    });
+}
+
+int UnknownNodes::CountUsing(const Plugin& plugin) const {
+    const auto nodes = host_.scene().Nodes();
+    return static_cast<int>(std::count_if(nodes.begin(), nodes.end(), [&](const auto& node) {
+        return HasTypeOf(*node, plugin) || HasDataOf(*node, plugin);
+    }));
+}
+
+void UnknownNodes::Convert(const Plugin& plugin) {
+    KeepRequirement(plugin);
+    for (const std::shared_ptr<Node>& node : host_.scene().Nodes()) {
+        KeepAttributes(node, plugin);
+        if (HasTypeOf(*node, plugin)) {
+            Replace(node);
+        }
+    }
+}
+
+void UnknownNodes::KeepRequirement(const Plugin& plugin) {
+    auto& requirements = host_.files().kept().requirements;
+    requirements.erase(std::remove_if(requirements.begin(), requirements.end(),
+                                      [&](const auto& other) { return other.plugin == plugin.name; }),
+                       requirements.end());
+    std::string statement = "requires";
+    for (const std::string& type : plugin.nodeTypes) {
+        statement += " -nodeType " + mel::Quoted(type);
+    }
+    for (const std::string& type : plugin.dataTypes) {
+        statement += " -dataType " + mel::Quoted(type);
+    }
+    requirements.push_back(
+        {plugin.name, statement + " " + mel::Quoted(plugin.name) + " " + mel::Quoted(plugin.version)});
+}
+
+void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugin& plugin) {
+    if (!HasDataOf(*node, plugin)) {
+        return;
+    }
+    const std::vector<Setting> settings = SettingCollector::Collect(node);
+    const std::vector<std::shared_ptr<Attribute>> attributes = node->DynamicAttributes();
+    auto& kept = host_.files().kept().Of(*node).statements;
+    for (const auto& attribute : attributes) {
+        if (attribute->Kind() != AttributeKind::PluginData || !Holds(plugin.dataTypes, attribute->dataTypeName)) {
+            continue;
+        }
+        std::ostringstream text;
+        ascii::WriteAddAttr(text, *attribute, "");
+        kept.push_back(WithoutEnd(text.str()));
+        for (const Setting& setting : settings) {
+            if (setting.data && setting.path.substr(0, setting.path.find('[')) == attribute->ShortName()) {
+                kept.push_back(WithoutEnd(ascii::SettingText(setting)));
+            }
+        }
+        for (const int element : node->Elements(*attribute)) {
+            node->SetState(*attribute, element, {});
+        }
+        node->SetState(*attribute, -1, {});
+        node->RemoveDynamicAttribute(*attribute);
+    }
+}
+
+void UnknownNodes::MoveSettings(const std::shared_ptr<Node>& from, const std::shared_ptr<Node>& to) {
+    const std::vector<Setting> settings = SettingCollector::Collect(from);
+    for (const auto& attribute : from->DynamicAttributes()) {
+        to->AddDynamicAttribute(attribute);
+    }
+    SettingApplier applier(host_, SettingApplier::Manner::Read);
+    for (const Setting& setting : settings) {
+        try {
+            applier.Apply(to, setting);
+        } catch (const SceneError&) {
+            host_.files().kept().Of(*to).statements.push_back(WithoutEnd(ascii::SettingText(setting)));
+        }
+    }
+}
+
+void UnknownNodes::Replace(const std::shared_ptr<Node>& node) {
+    Scene& scene = host_.scene();
+    const NodeType& type = node->Type();
+    const char* base = type.IsTransform() ? "unknownTransform" : type.IsDag() ? "unknownDag" : "unknown";
+    const auto baseType = scene.types().FindNodeType(base);
+    const std::shared_ptr<Node> unknown =
+        scene.Make(std::make_shared<NodeType>(type.Name(), baseType, baseType->ApiType()));
+    unknown->SetUuid(node->Uuid());
+    unknown->reference = node->reference;
+    unknown->locked = node->locked;
+    unknown->isShared = node->isShared;
+    host_.files().kept().Move(*node, *unknown);
+    MoveSettings(node, unknown);
+
+    auto* dag = dynamic_cast<DagNode*>(node.get());
+    DagNode* parent = dag ? dag->Parent() : nullptr;
+    const int index = dag ? dag->IndexInParent() : -1;
+    scene.Attach(unknown, ":" + node->Name(), parent);
+    if (dag) {
+        const std::vector<DagNode*> children = dag->Children();
+        for (DagNode* child : children) {
+            scene.Move(*child, static_cast<DagNode&>(*unknown));
+        }
+    }
+    const NodePlace place = scene.Detach(*node);
+    scene.Rename(*unknown, place.name);
+    if (dag) {
+        scene.Reorder(static_cast<DagNode&>(*unknown), index);
+    }
+    for (const Connection& connection : place.connections) {
+        const auto moved = [&](const Plug& plug) {
+            return plug.node == node ? Plug(unknown, unknown->FindAttribute(plug.attribute->LongName()), plug.element)
+                                     : plug;
+        };
+        const Plug source = moved(connection.source);
+        const Plug destination = moved(connection.destination);
+        if (source && destination) {
+            scene.connections().Add(source, destination);
+        } else {
+            host_.files().kept().connections.push_back({source.node, connection.source.AttributeName(false),
+                                                        destination.node, connection.destination.AttributeName(false),
+                                                        ""});
+        }
+    }
+}
+
+} // namespace lightbox

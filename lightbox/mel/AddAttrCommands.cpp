@@ -1,0 +1,291 @@
+#include "formats/AttributeFactory.h"
+#include "formats/FileReader.h"
+#include "formats/SceneFiles.h"
+#include "mel/SceneArguments.h"
+#include "mel/SceneCommands.h"
+#include "mel/SyntaxBuilder.h"
+#include "scene/DataType.h"
+#include "scene/Edit.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+
+#include <algorithm>
+
+namespace lightbox::mel {
+namespace {
+
+/// A compound attribute comes in several addAttr calls, its children after it. It is put together here and added to the
+/// node when the last child is there.
+class PendingCompounds {
+public:
+    /// Takes a compound that still lacks `missing` children.
+    void Add(const std::shared_ptr<Node>& node, std::shared_ptr<Attribute> attribute, int missing) {
+        Forget();
+        pending_.push_back({node, std::move(attribute), missing});
+    }
+    /// Puts a child below its parent; false when no such parent is waiting. `whole` becomes the outermost compound when
+    /// it is complete now.
+    bool AddChild(const std::shared_ptr<Node>& node, const std::string& parent, std::shared_ptr<Attribute> child,
+                  int missingOfChild, std::shared_ptr<Attribute>& whole);
+
+private:
+    struct Entry {
+        std::weak_ptr<Node> node;
+        std::shared_ptr<Attribute> attribute;
+        int missing = 0;
+    };
+
+    std::vector<Entry>::iterator Find(const std::shared_ptr<Node>& node, const std::string& name);
+    /// Drops compounds whose node is gone.
+    void Forget() {
+        pending_.erase(std::remove_if(pending_.begin(), pending_.end(),
+                                      [](const Entry& entry) { return entry.node.expired(); }),
+                       pending_.end());
+    }
+
+    std::vector<Entry> pending_;
+};
+
+std::vector<PendingCompounds::Entry>::iterator PendingCompounds::Find(const std::shared_ptr<Node>& node,
+                                                                      const std::string& name) {
+    return std::find_if(pending_.begin(), pending_.end(), [&](const Entry& entry) {
+        return entry.node.lock() == node && entry.attribute->HasName(name);
+    });
+}
+
+bool PendingCompounds::AddChild(const std::shared_ptr<Node>& node, const std::string& parent,
+                                std::shared_ptr<Attribute> child, int missingOfChild,
+                                std::shared_ptr<Attribute>& whole) {
+    auto above = Find(node, parent);
+    if (above == pending_.end()) {
+        return false;
+    }
+    above->attribute->AddChild(child);
+    --above->missing;
+    if (missingOfChild > 0) {
+        pending_.push_back({node, std::move(child), missingOfChild});
+        return true;
+    }
+    // A child that completes its parent may complete the one above that, too.
+    while (above != pending_.end() && above->missing == 0) {
+        const std::shared_ptr<Attribute> complete = above->attribute;
+        const Attribute* outer = complete->Parent();
+        pending_.erase(above);
+        if (!outer) {
+            whole = complete;
+            break;
+        }
+        const bool siblingsPending = std::any_of(pending_.begin(), pending_.end(), [&](const Entry& entry) {
+            return entry.attribute->Parent() == outer;
+        });
+        above = siblingsPending ? pending_.end() : Find(node, outer->LongName());
+    }
+    return true;
+}
+
+void SetEnumFields(const std::string& text, Attribute& attribute) {
+    int number = 0;
+    std::size_t begin = 0;
+    while (begin <= text.size()) {
+        const std::size_t end = std::min(text.find(':', begin), text.size());
+        std::string field = text.substr(begin, end - begin);
+        const std::size_t equals = field.find('=');
+        double given = 0.0;
+        if (equals != std::string::npos && IsNumber(std::string_view(field).substr(equals + 1), given)) {
+            number = static_cast<int>(std::clamp(given, -2147483647.0, 2147483646.0));
+            field.resize(equals);
+        }
+        attribute.enumFields.emplace_back(field, number++);
+        begin = end + 1;
+    }
+}
+
+void SetProperties(const CommandCall& call, Attribute& attribute) {
+    const auto setFlag = [&](const char* flag, bool& property) {
+        if (call.Has(flag)) {
+            property = call.Bool(flag);
+        }
+    };
+    setFlag("-keyable", attribute.keyable);
+    setFlag("-hidden", attribute.hidden);
+    setFlag("-readable", attribute.readable);
+    setFlag("-writable", attribute.writable);
+    setFlag("-storable", attribute.storable);
+    attribute.multi = call.Has("-multi");
+    attribute.usedAsColor = call.Has("-usedAsColor");
+    attribute.niceName = call.StringOr("-niceName", "");
+    if (call.Has("-defaultValue") && attribute.IsNumber()) {
+        attribute.defaultValue = call.Float("-defaultValue");
+    }
+    const auto setNumber = [&](const char* flag, std::optional<double>& property) {
+        if (call.Has(flag)) {
+            property = call.Float(flag);
+        }
+    };
+    setNumber("-minValue", attribute.minimum);
+    setNumber("-maxValue", attribute.maximum);
+    setNumber("-softMinValue", attribute.softMinimum);
+    setNumber("-softMaxValue", attribute.softMaximum);
+    if (call.Has("-enumName")) {
+        SetEnumFields(call.String("-enumName"), attribute);
+    }
+}
+
+std::shared_ptr<Attribute> MakeAttribute(const CommandCall& call, std::string& type) {
+    std::string longName = call.StringOr("-longName", "");
+    std::string shortName = call.StringOr("-shortName", longName);
+    longName = longName.empty() ? shortName : longName;
+    if (longName.empty()) {
+        call.Fail("New attribute needs either a long (-ln) or short (-sn) attribute name.");
+    }
+    type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
+    std::shared_ptr<Attribute> attribute =
+        AttributeFactory::Make(call.GetHost().scene(), type, longName, shortName);
+    if (!attribute && AttributeFactory::IsName(longName) && AttributeFactory::IsName(shortName)) {
+        call.Fail("Type specified for new attribute is unknown: " + type);
+    } else if (!attribute) {
+        call.Fail("The attribute name contains invalid characters: " + longName);
+    }
+    SetProperties(call, *attribute);
+    return attribute;
+}
+
+void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCompounds& pending) {
+    std::string type;
+    const std::shared_ptr<Attribute> attribute = MakeAttribute(call, type);
+    const int missing = type == "compound" ? call.IntOr("-numberOfChildren", 0) : AttributeFactory::ChildCountOf(type);
+    if (attribute->IsCompound() && (missing < 1 || missing > 1000)) {
+        call.Fail("A compound attribute needs its number of children (-nc).");
+    }
+    std::shared_ptr<Attribute> whole;
+    if (call.Has("-parent")) {
+        if (!pending.AddChild(node, call.String("-parent"), attribute, missing, whole)) {
+            call.Fail("No compound attribute '" + call.String("-parent") + "' lacks a child.");
+        }
+    } else if (attribute->IsCompound()) {
+        pending.Add(node, attribute, missing);
+    } else {
+        whole = attribute;
+    }
+    if (whole) {
+        edit::AddAttribute(call.GetHost(), *node, whole);
+    }
+}
+
+Value Query(CommandCall& call) {
+    const Attribute& attribute = *PlugNamed(call, call.Object(0).AsString()).attribute;
+    const std::pair<const char*, std::optional<double>> numbers[] = {{"-minValue", attribute.minimum},
+                                                                     {"-maxValue", attribute.maximum},
+                                                                     {"-softMinValue", attribute.softMinimum},
+                                                                     {"-softMaxValue", attribute.softMaximum}};
+    for (const auto& [flag, number] : numbers) {
+        if (call.Has(flag)) {
+            return number.value_or(0.0);
+        }
+    }
+    if (call.Has("-defaultValue")) {
+        const AttributeValue value = attribute.Default();
+        const double* number = std::get_if<double>(&value);
+        return number ? Value(*number) : Value();
+    }
+    if (call.Has("-enumName")) {
+        std::string text;
+        for (const auto& field : attribute.enumFields) {
+            text += (text.empty() ? "" : ":") + field.first;
+        }
+        return text;
+    }
+    if (call.Has("-niceName")) {
+        return attribute.niceName;
+    }
+    if (call.Has("-longName")) {
+        return attribute.LongName();
+    }
+    if (call.Has("-shortName")) {
+        return attribute.ShortName();
+    }
+    if (call.Has("-keyable")) {
+        return attribute.keyable;
+    }
+    return attribute.TypeName();
+}
+
+Value AddAttr(CommandCall& call, PendingCompounds& pending) {
+    if (call.IsQuery()) {
+        return Query(call);
+    }
+    if (FileReader* reader = ReaderOf(call)) {
+        const std::shared_ptr<Node> node =
+            call.Objects().empty() ? reader->Current() : reader->Find(call.Object(0).AsString());
+        const std::string type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
+        if (!node || !AttributeFactory::Make(call.GetHost().scene(), type, "x", "x")) {
+            reader->KeepForCurrent("attribute type " + type,
+                                   "Unknown attribute type '" + type + "'; it is kept and written back.");
+        } else if (!reader->IsForeign(*node)) {
+            AddTo(call, node, pending);
+        }
+        return {};
+    }
+    for (const std::shared_ptr<Node>& node : ObjectsOrSelection(call)) {
+        AddTo(call, node, pending);
+    }
+    return {};
+}
+
+Value DeleteAttr(CommandCall& call) {
+    const std::string text = call.Object(0).AsString();
+    if (text.find('.') != std::string::npos) {
+        const Plug plug = PlugNamed(call, text);
+        edit::DeleteAttribute(call.GetHost(), *plug.node, *plug.attribute);
+        return {};
+    }
+    const std::shared_ptr<Node> node = NodeNamed(call, text);
+    const std::string name = call.StringOr("-attribute", "");
+    const auto attribute = node->FindAttribute(name);
+    if (!attribute) {
+        call.Fail("No object matches name: " + text + "." + name);
+    }
+    edit::DeleteAttribute(call.GetHost(), *node, *attribute);
+    return {};
+}
+
+} // namespace
+
+void RegisterAddAttrCommands(CommandRegistry& registry) {
+    const auto pending = std::make_shared<PendingCompounds>();
+    AddSceneCommand(registry, "addAttr",
+                    SyntaxBuilder()
+                        .Flag("-ln", "-longName", MSyntax::kString)
+                        .Flag("-sn", "-shortName", MSyntax::kString)
+                        .Flag("-nn", "-niceName", MSyntax::kString)
+                        .Flag("-at", "-attributeType", MSyntax::kString)
+                        .Flag("-dt", "-dataType", MSyntax::kString)
+                        .MultiUse()
+                        .Flag("-dv", "-defaultValue", MSyntax::kDouble)
+                        .Flag("-min", "-minValue", MSyntax::kDouble)
+                        .Flag("-max", "-maxValue", MSyntax::kDouble)
+                        .Flag("-smn", "-softMinValue", MSyntax::kDouble)
+                        .Flag("-smx", "-softMaxValue", MSyntax::kDouble)
+                        .Flag("-hnv", "-hasMinValue", MSyntax::kBoolean)
+                        .Flag("-hxv", "-hasMaxValue", MSyntax::kBoolean)
+                        .Flag("-en", "-enumName", MSyntax::kString)
+                        .Flag("-k", "-keyable", MSyntax::kBoolean)
+                        .Flag("-h", "-hidden", MSyntax::kBoolean)
+                        .Flag("-r", "-readable", MSyntax::kBoolean)
+                        .Flag("-w", "-writable", MSyntax::kBoolean)
+                        .Flag("-s", "-storable", MSyntax::kBoolean)
+                        .Flag("-ci", "-cachedInternally", MSyntax::kBoolean)
+                        .Flag("-m", "-multi")
+                        .Flag("-im", "-indexMatters", MSyntax::kBoolean)
+                        .Flag("-uac", "-usedAsColor")
+                        .Flag("-uaf", "-usedAsFilename")
+                        .Flag("-p", "-parent", MSyntax::kString)
+                        .Flag("-nc", "-numberOfChildren", MSyntax::kUnsigned)
+                        .Query()
+                        .Objects(),
+                    [pending](CommandCall& call) { return AddAttr(call, *pending); });
+    AddSceneCommand(registry, "deleteAttr",
+                    SyntaxBuilder().Flag("-at", "-attribute", MSyntax::kString).Objects(1, 1), DeleteAttr);
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,69 @@
+#include "mel/CommandRegistry.h"
+
+namespace lightbox::mel {
+
+void CommandRegistry::Register(const std::string& name, const MSyntax& syntax, Function function) {
+    auto command = std::make_shared<Command>();
+    command->name = name;
+    command->syntax = syntax;
+    command->hasSyntax = true;
+    command->function = std::move(function);
+    commands_[name] = std::move(command);
+    ++version_;
+}
+
+void CommandRegistry::RegisterRaw(const std::string& name, unsigned minimum, unsigned maximum,
+                                  Function function) {
+    auto command = std::make_shared<Command>();
+    command->name = name;
+    command->raw = true;
+    command->minimumArguments = minimum;
+    command->maximumArguments = maximum;
+    command->function = std::move(function);
+    commands_[name] = std::move(command);
+    ++version_;
+}
+
+bool CommandRegistry::RegisterPlugin(const std::string& name, PluginCreator creator, MSyntax (*syntax)(),
+                                     const std::string& plugin) {
+    if (name.empty() || !creator || commands_.count(name) != 0) {
+        return false;
+    }
+    auto command = std::make_shared<Command>();
+    command->name = name;
+    command->creator = creator;
+    command->hasSyntax = syntax != nullptr;
+    if (syntax) {
+        command->syntax = syntax();
+    }
+    command->plugin = plugin;
+    commands_[name] = std::move(command);
+    ++version_;
+    return true;
+}
+
+bool CommandRegistry::DeregisterPlugin(const std::string& name) {
+    const auto found = commands_.find(name);
+    if (found == commands_.end() || !found->second->IsPlugin()) {
+        return false;
+    }
+    commands_.erase(found);
+    ++version_;
+    return true;
+}
+
+std::shared_ptr<const CommandRegistry::Command> CommandRegistry::Find(std::string_view name) const {
+    const auto found = commands_.find(name);
+    return found == commands_.end() ? nullptr : found->second;
+}
+
+std::vector<std::string> CommandRegistry::Names() const {
+    std::vector<std::string> names;
+    names.reserve(commands_.size());
+    for (const auto& command : commands_) {
+        names.push_back(command.first);
+    }
+    return names;
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,17 @@
+#include "mel/LanguageCommands.h"
+
+#include "mel/Interpreter.h"
+
+namespace lightbox::mel {
+
+void RegisterLanguageCommands(CommandRegistry& registry) {
+    RegisterControlCommands(registry);
+    RegisterMathCommands(registry);
+    RegisterStringCommands(registry);
+    RegisterArrayCommands(registry);
+    RegisterFileCommands(registry);
+    RegisterSystemCommands(registry);
+    RegisterSessionCommands(registry);
+}
+
+} // namespace lightbox::mel

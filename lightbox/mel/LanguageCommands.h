@@ -1,0 +1,16 @@
+#pragma once
+
+namespace lightbox::mel {
+
+class CommandRegistry;
+
+// The commands that need no scene, by kind. RegisterLanguageCommands() calls them all.
+void RegisterControlCommands(CommandRegistry& registry);
+void RegisterMathCommands(CommandRegistry& registry);
+void RegisterStringCommands(CommandRegistry& registry);
+void RegisterArrayCommands(CommandRegistry& registry);
+void RegisterFileCommands(CommandRegistry& registry);
+void RegisterSystemCommands(CommandRegistry& registry);
+void RegisterSessionCommands(CommandRegistry& registry);
+
+} // namespace lightbox::mel

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QFile>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace lightbox::mel {
+
+/// The files that scripts have opened, by the number that fopen returned.
+class OpenFiles {
+public:
+    /// 0 when the file cannot be opened. The mode is that of C's fopen.
+    int Open(const std::string& path, const std::string& mode);
+    /// Null for a number that stands for no open file.
+    QFile* Find(int id) const;
+    bool Close(int id);
+
+    /// The next line with its line break, at most as long as a text may be.
+    std::string ReadLine(int id);
+    /// The next run of characters that are none of the separators.
+    std::string ReadWord(int id, const std::string& separators);
+
+private:
+    QFile& Get(int id) const;
+
+    std::map<int, std::unique_ptr<QFile>> files_;
+    int next_ = 1;
+};
+
+} // namespace lightbox::mel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "mel/CommandRegistry.h"
+#include "scene/Plug.h"
+
+#include <maya/MSyntax.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lightbox {
+class DagNode;
+class FileReader;
+} // namespace lightbox
+
+namespace lightbox::mel {
+
+using NodeList = std::vector<std::shared_ptr<Node>>;
+
+/// Registers a command whose errors of the scene, of files and of plug-ins become errors of the language.
+void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
+                     CommandRegistry::Function function);
+/// The same for a command that reads its arguments itself.
+void AddRawSceneCommand(CommandRegistry& registry, const std::string& name, CommandRegistry::Function function);
+
+/// The reader whose file the call stands in; null outside scene files.
+FileReader* ReaderOf(const CommandCall& call);
+
+/// The one node of a name or path, as the file that is being read names it. Fails when there is none or more than one.
+std::shared_ptr<Node> NodeNamed(const CommandCall& call, const std::string& name);
+std::shared_ptr<DagNode> DagNodeNamed(const CommandCall& call, const std::string& name);
+/// The nodes of names that may hold wildcards. A name that matches nothing fails.
+NodeList NodesNamed(const CommandCall& call, const std::vector<std::string>& names);
+/// The call's objects, else the selection. Fails when there is neither.
+NodeList ObjectsOrSelection(const CommandCall& call);
+
+/// The plug of "node.attribute", or of ".attribute" of the node that a file is at or that is selected.
+Plug PlugNamed(const CommandCall& call, const std::string& text);
+/// The node part of such a text.
+std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& text);
+
+/// What commands answer for nodes: names or shortest paths, or whole paths.
+std::string ShownName(const Node& node, bool wholePath = false);
+Value ShownNames(const NodeList& nodes, bool wholePath = false);
+
+} // namespace lightbox::mel

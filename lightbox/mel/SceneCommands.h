@@ -1,0 +1,29 @@
+#pragma once
+
+#include "mel/CommandRegistry.h"
+
+namespace lightbox::mel {
+
+/// Adds the commands that work on the scene, its files and its plug-ins. Called once when the host starts.
+void RegisterSceneCommands(CommandRegistry& registry);
+
+// Its groups, one a file.
+void RegisterNodeCommands(CommandRegistry& registry);
+void RegisterDagCommands(CommandRegistry& registry);
+void RegisterSelectionCommands(CommandRegistry& registry);
+void RegisterListCommand(CommandRegistry& registry);
+void RegisterGetAttrCommand(CommandRegistry& registry);
+void RegisterSetAttrCommand(CommandRegistry& registry);
+void RegisterAddAttrCommands(CommandRegistry& registry);
+void RegisterAttributeQueryCommands(CommandRegistry& registry);
+void RegisterConnectionCommands(CommandRegistry& registry);
+void RegisterTransformCommands(CommandRegistry& registry);
+void RegisterCameraCommand(CommandRegistry& registry);
+void RegisterTimeCommands(CommandRegistry& registry);
+void RegisterUndoCommands(CommandRegistry& registry);
+void RegisterFileCommand(CommandRegistry& registry);
+void RegisterSceneFileCommands(CommandRegistry& registry);
+void RegisterNamespaceCommands(CommandRegistry& registry);
+void RegisterPluginCommands(CommandRegistry& registry);
+
+} // namespace lightbox::mel

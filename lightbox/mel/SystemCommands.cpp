@@ -1,0 +1,244 @@
+#include "mel/CommandRegistry.h"
+#include "mel/Interpreter.h"
+#include "mel/LanguageCommands.h"
+#include "mel/SyntaxBuilder.h"
+#include "scene/Host.h"
+
+#include <maya/MGlobal.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QSysInfo>
+
+#include <chrono>
+#include <thread>
+
+namespace lightbox::mel {
+
+namespace {
+
+Value FromQt(const QString& text) {
+    return text.toStdString();
+}
+
+std::string OperatingSystem() {
+#if defined(_WIN32)
+    return "win64";
+#elif defined(__APPLE__)
+    return "mac";
+#else
+    return "linux64";
+#endif
+}
+
+Value About(CommandCall& call) {
+    const std::string system = OperatingSystem();
+    struct Answer {
+        const char* flag;
+        Value value;
+    };
+    const Answer answers[] = {
+        {"-batch", call.GetHost().IsBatch()},
+        {"-version", "2018"},
+        {"-installedVersion", "Lightbox 2018"},
+        {"-apiVersion", MGlobal::apiVersion()},
+        {"-application", "lightbox"},
+        {"-product", "Lightbox"},
+        {"-operatingSystem", system},
+        {"-operatingSystemVersion", FromQt(QSysInfo::prettyProductName())},
+        {"-linux", system == "linux64"},
+        {"-windows", system == "win64"},
+        {"-macOS", system == "mac"},
+        {"-is64", QSysInfo::WordSize == 64},
+        {"-qtVersion", qVersion()},
+        {"-currentDate", FromQt(QDate::currentDate().toString(Qt::ISODate))},
+        {"-currentTime", FromQt(QTime::currentTime().toString(Qt::ISODate))},
+        {"-environmentFile", call.GetHost().options().prefsFolder + "/Lightbox.env"},
+        {"-preferences", call.GetHost().options().prefsFolder},
+    };
+    for (const Answer& answer : answers) {
+        if (call.Has(answer.flag)) {
+            return answer.value;
+        }
+    }
+    call.Fail("One of the flags of \"about\" is missing.");
+}
+
+void RegisterAbout(CommandRegistry& registry) {
+    registry.Register("about",
+                      SyntaxBuilder()
+                          .Flag("-b", "-batch")
+                          .Flag("-v", "-version")
+                          .Flag("-iv", "-installedVersion")
+                          .Flag("-api", "-apiVersion")
+                          .Flag("-a", "-application")
+                          .Flag("-p", "-product")
+                          .Flag("-os", "-operatingSystem")
+                          .Flag("-osv", "-operatingSystemVersion")
+                          .Flag("-li", "-linux")
+                          .Flag("-win", "-windows")
+                          .Flag("-mac", "-macOS")
+                          .Flag("-x64", "-is64")
+                          .Flag("-qt", "-qtVersion")
+                          .Flag("-cd", "-currentDate")
+                          .Flag("-ct", "-currentTime")
+                          .Flag("-env", "-environmentFile")
+                          .Flag("-pd", "-preferences"),
+                      About);
+}
+
+/// A folder as scripts expect it: with a slash at its end.
+std::string Folder(const QString& path) {
+    const std::string folder = QDir::fromNativeSeparators(path).toStdString();
+    return !folder.empty() && folder.back() == '/' ? folder : folder + '/';
+}
+
+struct FolderRow {
+    const char* shortFlag;
+    const char* longFlag;
+    /// Below the preference folder.
+    const char* below;
+};
+
+constexpr FolderRow FolderRows[] = {
+    {"-upd", "-userPrefDir", ""},
+    {"-uad", "-userAppDir", ""},
+    {"-usd", "-userScriptDir", "/scripts"},
+    {"-ush", "-userShelfDir", "/shelves"},
+    {"-umm", "-userMarkingMenuDir", "/markingMenus"},
+    {"-ups", "-userPresetsDir", "/presets"},
+    {"-ubd", "-userBitmapsDir", "/icons"},
+    {"-uwd", "-userWorkspaceDir", "/projects"},
+};
+
+Value InternalVariable(CommandCall& call) {
+    const QString preferences = QString::fromStdString(call.GetHost().options().prefsFolder);
+    for (const FolderRow& row : FolderRows) {
+        if (call.Has(row.longFlag)) {
+            return Folder(preferences + QLatin1String(row.below));
+        }
+    }
+    if (call.Has("-userTmpDir")) {
+        return Folder(QDir::tempPath());
+    }
+    call.Fail("One of the flags of \"internalVar\" is missing.");
+}
+
+void RegisterInternalVariable(CommandRegistry& registry) {
+    SyntaxBuilder syntax;
+    for (const FolderRow& row : FolderRows) {
+        syntax.Flag(row.shortFlag, row.longFlag);
+    }
+    registry.Register("internalVar", syntax.Flag("-utd", "-userTmpDir"), InternalVariable);
+}
+
+/// The pattern of `date -format`: YYYY, YY, MM, DD, hh, mm, ss.
+QString DatePattern(const std::string& pattern) {
+    QString text = QString::fromStdString(pattern);
+    text.replace(QLatin1Char('Y'), QLatin1Char('y')).replace(QLatin1Char('D'), QLatin1Char('d'));
+    return text.replace(QLatin1String("hh"), QLatin1String("HH"));
+}
+
+Value Date(CommandCall& call) {
+    const QDateTime now = QDateTime::currentDateTime();
+    if (call.Has("-format")) {
+        return FromQt(now.toString(DatePattern(call.String("-format"))));
+    }
+    if (call.Has("-date")) {
+        return FromQt(now.toString(QStringLiteral("yyyy/MM/dd")));
+    }
+    if (call.Has("-time")) {
+        return FromQt(now.toString(QStringLiteral("HH:mm:ss")));
+    }
+    if (call.Has("-shortDate")) {
+        return FromQt(now.toString(QStringLiteral("MM/dd")));
+    }
+    return FromQt(now.toString(QStringLiteral("yyyy/MM/dd HH:mm:ss")));
+}
+
+/// Seconds on a clock that only goes forward; with -startTime, since then.
+Value Timer(CommandCall& call) {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    const double seconds = std::chrono::duration<double>(now).count();
+    return seconds - call.FloatOr("-startTime", 0.0);
+}
+
+Value Pause(CommandCall& call) {
+    constexpr double longest = 3600.0;
+    const double seconds = call.Float("-seconds");
+    if (!(seconds >= 0.0 && seconds <= longest)) {
+        call.Fail("A pause lasts from 0 to 3600 seconds.");
+    }
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+    return Value();
+}
+
+Value GetEnvironment(CommandCall& call) {
+    return qgetenv(call.Object(0).AsString().c_str()).toStdString();
+}
+
+Value PutEnvironment(CommandCall& call) {
+    const std::string name = call.Object(0).AsString();
+    const std::string value = call.Object(1).AsString();
+    if (name.empty() || name.find('=') != std::string::npos) {
+        call.Fail("\"" + name + "\" is no name of an environment variable.");
+    }
+    qputenv(name.c_str(), QByteArray::fromStdString(value));
+    return Value();
+}
+
+/// The project: here a folder that relative file names are completed with.
+Value Workspace(CommandCall& call) {
+    if (call.Has("-openWorkspace")) {
+        const std::string folder = call.String("-openWorkspace");
+        if (!QDir::setCurrent(QString::fromStdString(folder))) {
+            call.Fail("Cannot open the folder \"" + folder + "\".");
+        }
+        return Value();
+    }
+    if (call.Has("-expandName")) {
+        return FromQt(QDir::current().absoluteFilePath(QString::fromStdString(call.String("-expandName"))));
+    }
+    if (call.IsQuery() && call.Has("-fullName")) {
+        return FromQt(QDir::currentPath());
+    }
+    if (call.IsQuery()) {
+        return Folder(QDir::currentPath());
+    }
+    call.Fail("One of the flags of \"workspace\" is missing.");
+}
+
+void RegisterClock(CommandRegistry& registry) {
+    registry.Register("date",
+                      SyntaxBuilder()
+                          .Flag("-d", "-date")
+                          .Flag("-t", "-time")
+                          .Flag("-sd", "-shortDate")
+                          .Flag("-f", "-format", MSyntax::kString),
+                      Date);
+    registry.Register("timerX", SyntaxBuilder().Flag("-st", "-startTime", MSyntax::kDouble), Timer);
+    registry.Register("pause", SyntaxBuilder().Flag("-sec", "-seconds", MSyntax::kDouble), Pause);
+}
+
+} // namespace
+
+void RegisterSystemCommands(CommandRegistry& registry) {
+    RegisterAbout(registry);
+    RegisterInternalVariable(registry);
+    RegisterClock(registry);
+    registry.RegisterRaw("getenv", 1, 1, GetEnvironment);
+    registry.RegisterRaw("putenv", 2, 2, PutEnvironment);
+    registry.RegisterRaw("getApplicationVersionAsFloat", 0, 0, [](CommandCall&) { return Value(2018.0); });
+    registry.Register("workspace",
+                      SyntaxBuilder()
+                          .Flag("-o", "-openWorkspace", MSyntax::kString)
+                          .Flag("-en", "-expandName", MSyntax::kString)
+                          .QueryWithArguments()
+                          .Flag("-rd", "-rootDirectory")
+                          .Flag("-dir", "-directory")
+                          .Flag("-fn", "-fullName")
+                          .Query(),
+                      Workspace);
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,113 @@
+#include "mel/TextRun.h"
+
+#include "mel/Error.h"
+#include "mel/Parser.h"
+#include "mel/Program.h"
+#include "mel/StatementChunk.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+
+#include <new>
+
+namespace lightbox::mel {
+
+TextRun::TextRun(Interpreter& interpreter, const RunOptions& options, bool areOutermost)
+    : interpreter_(interpreter)
+    , runtime_(interpreter.GetRuntime())
+    , options_(options)
+    , areOutermost_(areOutermost) {}
+
+Value TextRun::Run(std::string text, const std::string& name) {
+    const auto source = std::make_shared<SourceText>(std::move(text), name);
+    Parser parser(source, runtime_.Globals(), runtime_.ScopeOf(name),
+                  [this](const std::string& message) { runtime_.Warn(message); });
+    return options_.streamed ? RunStreamed(parser) : RunWhole(parser);
+}
+
+Value TextRun::RunWhole(Parser& parser) {
+    Program program = parser.ParseAll();
+    Value result;
+    RunProgram(program, result);
+    return result;
+}
+
+Value TextRun::RunStreamed(Parser& parser) {
+    Value result;
+    for (;;) {
+        Program program;
+        try {
+            if (!parser.ParseNext(program)) {
+                break;
+            }
+        } catch (Error& error) {
+            if (MustThrow(error, nullptr)) {
+                throw;
+            }
+            if (!parser.Recover()) {
+                break;
+            }
+            continue;
+        }
+        if (!RunProgram(program, result)) {
+            break;
+        }
+    }
+    return result;
+}
+
+bool TextRun::RunProgram(const Program& program, Value& result) {
+    for (const auto& procedure : program.procedures) {
+        // Of two definitions of one name the first counts until the second is reached.
+        runtime_.DefineFirst(procedure);
+    }
+    const SlotStack::Slots variables(runtime_.Slots(), static_cast<std::size_t>(program.variableCount));
+    Frame frame{runtime_, *program.source, variables.Get()};
+    for (std::size_t i = 0; i < program.statements.size(); ++i) {
+        const Statement& statement = *program.statements[i];
+        if (areOutermost_ && runtime_.EchoesStatements()) {
+            const auto text = program.source->Piece(statement.offset, program.ends[i]);
+            interpreter_.GetHost().output().Print(std::string(text) + "\n");
+        }
+        if (!RunStatement(statement, frame, result)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool TextRun::RunStatement(const Statement& statement, Frame& frame, Value& result) {
+    try {
+        runtime_.CheckInterrupt();
+        frame.offset = statement.offset;
+        result = ExecuteStatement(statement, frame);
+        return !frame.hasReturned;
+    } catch (Error& error) {
+        if (MustThrow(error, &frame)) {
+            throw;
+        }
+    } catch (const std::bad_alloc&) {
+        Error error("Out of memory.");
+        if (MustThrow(error, &frame)) {
+            throw error;
+        }
+    }
+    return true;
+}
+
+Value TextRun::ExecuteStatement(const Statement& statement, Frame& frame) {
+    const StatementChunk chunk(interpreter_.GetHost().undo(), areOutermost_);
+    if (!areOutermost_) {
+        return statement.ExecuteForValue(frame);
+    }
+    const Runtime::WholeStatement whole(runtime_, statement.IsCall());
+    return statement.ExecuteForValue(frame);
+}
+
+bool TextRun::MustThrow(Error& error, const Frame* frame) const {
+    if (frame) {
+        Runtime::Locate(error, *frame);
+    }
+    return error.IsInterrupt() || !options_.onError || !options_.onError(error);
+}
+
+} // namespace lightbox::mel

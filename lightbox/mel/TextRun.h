@@ -1,0 +1,40 @@
+#pragma once
+
+#include "mel/Frame.h"
+#include "mel/Interpreter.h"
+#include "mel/Runtime.h"
+
+#include <memory>
+
+namespace lightbox::mel {
+
+class Parser;
+class SourceText;
+class Statement;
+struct Program;
+
+/// One text on its way through the interpreter.
+class TextRun {
+public:
+    /// `areOutermost`: the text's statements are outermost ones, each with an undo chunk of its own.
+    TextRun(Interpreter& interpreter, const RunOptions& options, bool areOutermost);
+
+    Value Run(std::string text, const std::string& name);
+
+private:
+    Value RunWhole(Parser& parser);
+    Value RunStreamed(Parser& parser);
+    /// Runs the statements of a program; false when one of them returned.
+    bool RunProgram(const Program& program, Value& result);
+    bool RunStatement(const Statement& statement, Frame& frame, Value& result);
+    Value ExecuteStatement(const Statement& statement, Frame& frame);
+    /// False when the error was dealt with and the run goes on.
+    bool MustThrow(Error& error, const Frame* frame) const;
+
+    Interpreter& interpreter_;
+    Runtime& runtime_;
+    const RunOptions& options_;
+    bool areOutermost_;
+};
+
+} // namespace lightbox::mel

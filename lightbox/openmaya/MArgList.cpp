@@ -1,0 +1,212 @@
+#include "mel/ArgumentTokens.h"
+#include "openmaya/Access.h"
+
+#include <maya/MArgList.h>
+#include <maya/MDoubleArray.h>
+#include <maya/MIntArray.h>
+#include <maya/MStringArray.h>
+#include <maya/MTime.h>
+
+using lightbox::Access;
+using lightbox::mel::ArgumentTokens;
+using lightbox::mel::Value;
+
+namespace {
+
+MStatus Missing() {
+    return Access::Fail(MS::kInvalidParameter, "There is no argument at that index.");
+}
+
+MStatus WrongType(const char* expected) {
+    return Access::Fail(MS::kInvalidParameter, std::string("The argument is not ") + expected + ".");
+}
+
+/// Reads one argument with one of the conversions.
+template <class T>
+T Read(const ArgumentTokens& tokens, unsigned int index, bool (*read)(const Value&, T&), const char* expected,
+       MStatus* status) {
+    T result = T();
+    if (index >= tokens.Count()) {
+        Access::Report(status, Missing());
+    } else if (!read(tokens.At(index), result)) {
+        Access::Report(status, WrongType(expected));
+        result = T();
+    } else {
+        Access::Report(status, MS::kSuccess);
+    }
+    return result;
+}
+
+bool ReadString(const Value& value, MString& result) {
+    result = Access::Wrap(value.IsString() ? value.Text() : value.AsString());
+    return true;
+}
+
+/// Reads what follows up to the next flag.
+template <class Array, class T>
+Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(const Value&, T&),
+                const char* expected, MStatus* status) {
+    Array array;
+    MStatus outcome = index < tokens.Count() ? MStatus() : Missing();
+    while (index < tokens.Count() && !lightbox::mel::LooksLikeFlag(tokens.At(index))) {
+        T element = T();
+        if (!read(tokens.At(index), element)) {
+            outcome = WrongType(expected);
+            ++index;
+            break;
+        }
+        array.append(element);
+        ++index;
+    }
+    Access::Report(status, outcome);
+    return array;
+}
+
+/// Moves the index on and passes the value on if it could be read.
+template <class T>
+MStatus Take(unsigned int& index, T& value, const T& read, const MStatus& status) {
+    ++index;
+    if (status) {
+        value = read;
+    }
+    return status;
+}
+
+} // namespace
+
+MArgList::MArgList()
+    : tokens_(std::make_unique<ArgumentTokens>()) {}
+
+MArgList::MArgList(const MArgList& other)
+    : tokens_(std::make_unique<ArgumentTokens>(*other.tokens_)) {}
+
+MArgList& MArgList::operator=(const MArgList& other) {
+    *tokens_ = *other.tokens_;
+    return *this;
+}
+
+MArgList::~MArgList() = default;
+
+unsigned int MArgList::length() const {
+    return static_cast<unsigned int>(tokens_->Count());
+}
+
+bool MArgList::asBool(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<bool>(*tokens_, index, lightbox::mel::ReadBool, "a boolean", ReturnStatus);
+}
+
+int MArgList::asInt(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<int>(*tokens_, index, lightbox::mel::ReadInt, "a number", ReturnStatus);
+}
+
+double MArgList::asDouble(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<double>(*tokens_, index, lightbox::mel::ReadDouble, "a number", ReturnStatus);
+}
+
+MString MArgList::asString(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<MString>(*tokens_, index, ReadString, "a string", ReturnStatus);
+}
+
+MTime MArgList::asTime(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<MTime>(*tokens_, index, lightbox::mel::ReadTime, "a time", ReturnStatus);
+}
+
+MIntArray MArgList::asIntArray(unsigned int& index, MStatus* ReturnStatus) const {
+    return ReadArray<MIntArray, int>(*tokens_, index, lightbox::mel::ReadInt, "a number", ReturnStatus);
+}
+
+MDoubleArray MArgList::asDoubleArray(unsigned int& index, MStatus* ReturnStatus) const {
+    return ReadArray<MDoubleArray, double>(*tokens_, index, lightbox::mel::ReadDouble, "a number",
+                                           ReturnStatus);
+}
+
+MStringArray MArgList::asStringArray(unsigned int& index, MStatus* ReturnStatus) const {
+    return ReadArray<MStringArray, MString>(*tokens_, index, ReadString, "a string", ReturnStatus);
+}
+
+MStatus MArgList::get(unsigned int& index, bool& value) const {
+    MStatus status;
+    const bool read = asBool(index, &status);
+    return Take(index, value, read, status);
+}
+
+MStatus MArgList::get(unsigned int& index, int& value) const {
+    MStatus status;
+    const int read = asInt(index, &status);
+    return Take(index, value, read, status);
+}
+
+MStatus MArgList::get(unsigned int& index, double& value) const {
+    MStatus status;
+    const double read = asDouble(index, &status);
+    return Take(index, value, read, status);
+}
+
+MStatus MArgList::get(unsigned int& index, MString& value) const {
+    MStatus status;
+    const MString read = asString(index, &status);
+    return Take(index, value, read, status);
+}
+
+MStatus MArgList::get(unsigned int& index, MTime& value) const {
+    MStatus status;
+    const MTime read = asTime(index, &status);
+    return Take(index, value, read, status);
+}
+
+MStatus MArgList::get(unsigned int& index, MIntArray& value) const {
+    MStatus status;
+    value = asIntArray(index, &status);
+    return status;
+}
+
+MStatus MArgList::get(unsigned int& index, MDoubleArray& value) const {
+    MStatus status;
+    value = asDoubleArray(index, &status);
+    return status;
+}
+
+MStatus MArgList::get(unsigned int& index, MStringArray& value) const {
+    MStatus status;
+    value = asStringArray(index, &status);
+    return status;
+}
+
+MStatus MArgList::addArg(const bool& value) {
+    tokens_->Add(value);
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const int& value) {
+    tokens_->Add(value);
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const double& value) {
+    tokens_->Add(value);
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const MString& value) {
+    tokens_->Add(Access::Text(value));
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const MTime& value) {
+    tokens_->Add(value.as(MTime::uiUnit()));
+    return MS::kSuccess;
+}
+
+unsigned int MArgList::flagIndex(const char* shortFlag, const char* longFlag) const {
+    const auto bare = [](std::string_view name) { return name.substr(!name.empty() && name[0] == '-'); };
+    for (std::size_t i = 0; i < tokens_->Count(); ++i) {
+        if (!lightbox::mel::LooksLikeFlag(tokens_->At(i))) {
+            continue;
+        }
+        const std::string_view name = bare(tokens_->At(i).Text());
+        if ((shortFlag && name == bare(shortFlag)) || (longFlag && name == bare(longFlag))) {
+            return static_cast<unsigned int>(i);
+        }
+    }
+    return kInvalidArgIndex;
+}

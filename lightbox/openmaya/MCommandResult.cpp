@@ -1,0 +1,128 @@
+#include "mel/Value.h"
+#include "openmaya/Access.h"
+
+#include <maya/MCommandResult.h>
+#include <maya/MDoubleArray.h>
+#include <maya/MIntArray.h>
+#include <maya/MString.h>
+#include <maya/MStringArray.h>
+
+using lightbox::Access;
+using lightbox::mel::Value;
+using ValueType = lightbox::mel::Type;
+
+namespace {
+
+template <class Array, class Source>
+void Fill(Array& result, const Source& source) {
+    result.clear();
+    for (const auto& element : source) {
+        result.append(element);
+    }
+}
+
+MStatus OtherType() {
+    return Access::Fail(MS::kInvalidParameter, "The result is of another type.");
+}
+
+} // namespace
+
+MCommandResult::MCommandResult(MStatus* ReturnStatus)
+    : value_(std::make_unique<Value>()) {
+    Access::Report(ReturnStatus, MS::kSuccess);
+}
+
+MCommandResult::MCommandResult(const MCommandResult& other)
+    : value_(std::make_unique<Value>(*other.value_)) {}
+
+MCommandResult& MCommandResult::operator=(const MCommandResult& other) {
+    *value_ = *other.value_;
+    return *this;
+}
+
+MCommandResult::~MCommandResult() = default;
+
+void MCommandResult::setValue(const Value& newValue) {
+    *value_ = newValue.Detached();
+}
+
+MCommandResult::Type MCommandResult::resultType() const {
+    switch (value_->GetType()) {
+    case ValueType::Int:
+        return kInt;
+    case ValueType::Float:
+        return kDouble;
+    case ValueType::String:
+        return kString;
+    case ValueType::Vector:
+        return kVector;
+    case ValueType::IntArray:
+        return kIntArray;
+    case ValueType::FloatArray:
+        return kDoubleArray;
+    case ValueType::StringArray:
+        return kStringArray;
+    case ValueType::VectorArray:
+        return kVectorArray;
+    case ValueType::Matrix:
+        return kMatrix;
+    default:
+        return kInvalid;
+    }
+}
+
+MStatus MCommandResult::getResult(int& result) const {
+    if (resultType() != kInt) {
+        return OtherType();
+    }
+    result = value_->AsInt();
+    return MS::kSuccess;
+}
+
+MStatus MCommandResult::getResult(MIntArray& result) const {
+    if (resultType() != kIntArray) {
+        return OtherType();
+    }
+    Fill(result, value_->Ints());
+    return MS::kSuccess;
+}
+
+MStatus MCommandResult::getResult(double& result) const {
+    if (resultType() != kDouble) {
+        return OtherType();
+    }
+    result = value_->AsFloat();
+    return MS::kSuccess;
+}
+
+MStatus MCommandResult::getResult(MDoubleArray& result) const {
+    if (resultType() != kDoubleArray) {
+        return OtherType();
+    }
+    Fill(result, value_->Floats());
+    return MS::kSuccess;
+}
+
+MStatus MCommandResult::getResult(MString& result) const {
+    if (resultType() != kString) {
+        return OtherType();
+    }
+    result = Access::Wrap(value_->Text());
+    return MS::kSuccess;
+}
+
+MStatus MCommandResult::getResult(MStringArray& result) const {
+    if (resultType() != kStringArray) {
+        return OtherType();
+    }
+    result.clear();
+    for (const std::string& text : value_->Strings()) {
+        result.append(Access::Wrap(text));
+    }
+    return MS::kSuccess;
+}
+
+MString MCommandResult::stringResult(MStatus* ReturnStatus) const {
+    Access::Report(ReturnStatus, MS::kSuccess);
+    return Access::Wrap(value_->Shown());
+}

@@ -1,0 +1,216 @@
+#include "openmaya/Access.h"
+#include "scene/EditItems.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/SceneError.h"
+
+#include <maya/MFnDependencyNode.h>
+
+using lightbox::Access;
+using lightbox::Attribute;
+using lightbox::Host;
+using lightbox::Node;
+using lightbox::NodeType;
+using lightbox::Plug;
+
+namespace {
+
+/// The node of a function set, or null with the status set to say so.
+std::shared_ptr<Node> NodeOf(const MObject& object, MStatus* status) {
+    std::shared_ptr<Node> node = Access::GetNode(object);
+    Access::Report(status, node ? MS::kSuccess : MS::kFailure);
+    return node;
+}
+
+MObject Create(const std::shared_ptr<const NodeType>& type, const std::string& name, MStatus* status) {
+    if (!type) {
+        Access::Report(status, Access::Fail(MS::kInvalidParameter, "The node type is not known"));
+        return MObject();
+    }
+    lightbox::Scene& scene = Host::Get().scene();
+    try {
+        const std::shared_ptr<Node> node = scene.Make(type);
+        lightbox::DagNode* parent = nullptr;
+        std::shared_ptr<Node> transform;
+        if (type->IsShape()) {
+            transform = scene.Make(scene.types().FindNodeType("transform"));
+            scene.Attach(transform, std::string());
+            parent = static_cast<lightbox::DagNode*>(transform.get());
+        }
+        scene.Attach(node, name, parent);
+        Access::Report(status, MS::kSuccess);
+        return Access::Wrap(node);
+    } catch (const lightbox::SceneError& error) {
+        Access::Report(status, Access::Fail(MS::kFailure, error.what()));
+        return MObject();
+    }
+}
+
+MPlug PlugOf(const std::shared_ptr<Node>& node, const std::shared_ptr<Attribute>& attribute,
+             MStatus* status) {
+    if (!node || !attribute) {
+        Access::Report(status, Access::Fail(MS::kInvalidParameter, "The node has no such attribute"));
+        return MPlug();
+    }
+    Access::Report(status, MS::kSuccess);
+    return Access::Wrap(Plug(node, attribute));
+}
+
+} // namespace
+
+MFnDependencyNode::MFnDependencyNode() = default;
+
+MFnDependencyNode::MFnDependencyNode(const MObject& object, MStatus* ReturnStatus) {
+    Access::Report(ReturnStatus, MFnBase::setObject(object));
+}
+
+MFn::Type MFnDependencyNode::type() const {
+    return MFn::kDependencyNode;
+}
+
+MObject MFnDependencyNode::create(const MTypeId& typeId, MStatus* ReturnStatus) {
+    return create(typeId, MString(), ReturnStatus);
+}
+
+MObject MFnDependencyNode::create(const MTypeId& typeId, const MString& name, MStatus* ReturnStatus) {
+    object_ = Create(Host::Get().scene().types().FindNodeType(typeId.id()), Access::Text(name), ReturnStatus);
+    return object_;
+}
+
+MObject MFnDependencyNode::create(const MString& type, MStatus* ReturnStatus) {
+    return create(type, MString(), ReturnStatus);
+}
+
+MObject MFnDependencyNode::create(const MString& type, const MString& name, MStatus* ReturnStatus) {
+    object_ = Create(Host::Get().scene().types().FindNodeType(Access::Text(type)), Access::Text(name),
+                     ReturnStatus);
+    return object_;
+}
+
+MTypeId MFnDependencyNode::typeId(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return MTypeId(node ? node->Type().id : 0);
+}
+
+MString MFnDependencyNode::typeName(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node ? Access::Wrap(node->Type().Name()) : MString();
+}
+
+MString MFnDependencyNode::name(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node ? Access::Wrap(node->Name()) : MString();
+}
+
+MString MFnDependencyNode::setName(const MString& name, bool createNamespace, MStatus* ReturnStatus) {
+    const auto node = NodeOf(object_, ReturnStatus);
+    lightbox::Scene* scene = node ? node->InScene() : nullptr;
+    const std::string nameSpace = lightbox::Scene::NamespaceOf(Access::Text(name));
+    const bool knowsNamespace =
+        nameSpace.empty() || createNamespace || (scene && scene->Namespaces().count(nameSpace));
+    if (!scene || name.length() == 0 || node->locked || node->isDefault || !knowsNamespace) {
+        Access::Report(ReturnStatus, MS::kFailure);
+        return MString();
+    }
+    const auto* dag = dynamic_cast<const lightbox::DagNode*>(node.get());
+    scene->Rename(*node, scene->FreeName(Access::Text(name), *node, dag ? dag->Parent() : nullptr));
+    return Access::Wrap(node->Name());
+}
+
+bool MFnDependencyNode::hasUniqueName(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node && node->InScene() && node->InScene()->FindAll(node->Name()).size() == 1;
+}
+
+MPxNode* MFnDependencyNode::userNode(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node ? node->UserNode() : nullptr;
+}
+
+unsigned int MFnDependencyNode::attributeCount(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node ? static_cast<unsigned int>(node->Attributes().size()) : 0;
+}
+
+MObject MFnDependencyNode::attribute(unsigned int index, MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    const auto attributes = node ? node->Attributes() : std::vector<std::shared_ptr<Attribute>>();
+    if (index >= attributes.size()) {
+        Access::Report(ReturnStatus, MS::kInvalidParameter);
+        return MObject();
+    }
+    return Access::Wrap(attributes[index]);
+}
+
+MObject MFnDependencyNode::attribute(const MString& attrName, MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    const auto attribute = node ? node->FindAttribute(Access::Text(attrName)) : nullptr;
+    if (!attribute) {
+        Access::Report(ReturnStatus, MS::kInvalidParameter);
+        return MObject();
+    }
+    return Access::Wrap(attribute);
+}
+
+bool MFnDependencyNode::hasAttribute(const MString& name, MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node && node->FindAttribute(Access::Text(name));
+}
+
+MStatus MFnDependencyNode::addAttribute(const MObject& attr) {
+    const auto node = Access::GetNode(object_);
+    const auto attribute = Access::GetAttribute(attr);
+    return node && attribute && !node->locked && node->AddDynamicAttribute(attribute) ? MS::kSuccess
+                                                                                      : MS::kFailure;
+}
+
+MStatus MFnDependencyNode::removeAttribute(const MObject& attr) {
+    const auto node = Access::GetNode(object_);
+    const auto attribute = Access::GetAttribute(attr);
+    return node && attribute && !node->locked && node->RemoveDynamicAttribute(*attribute) ? MS::kSuccess
+                                                                                          : MS::kFailure;
+}
+
+MPlug MFnDependencyNode::findPlug(const MString& attrName, MStatus* ReturnStatus) const {
+    const auto node = Access::GetNode(object_);
+    return PlugOf(node, node ? node->FindAttribute(Access::Text(attrName)) : nullptr, ReturnStatus);
+}
+
+MPlug MFnDependencyNode::findPlug(const MString& attrName, bool, MStatus* ReturnStatus) const {
+    return findPlug(attrName, ReturnStatus);
+}
+
+MPlug MFnDependencyNode::findPlug(const MObject& attr, MStatus* ReturnStatus) const {
+    const auto node = Access::GetNode(object_);
+    const auto attribute = Access::GetAttribute(attr);
+    const bool belongs = node && attribute && node->FindAttribute(attribute->LongName()) == attribute;
+    return PlugOf(node, belongs ? attribute : nullptr, ReturnStatus);
+}
+
+MPlug MFnDependencyNode::findPlug(const MObject& attr, bool, MStatus* ReturnStatus) const {
+    return findPlug(attr, ReturnStatus);
+}
+
+bool MFnDependencyNode::isFromReferencedFile(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node && !node->reference.empty();
+}
+
+bool MFnDependencyNode::isDefaultNode(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node && node->isDefault;
+}
+
+bool MFnDependencyNode::isLocked(MStatus* ReturnStatus) const {
+    const auto node = NodeOf(object_, ReturnStatus);
+    return node && node->locked;
+}
+
+MStatus MFnDependencyNode::setLocked(bool locked) {
+    const auto node = Access::GetNode(object_);
+    if (!node) {
+        return MS::kFailure;
+    }
+    node->locked = locked;
+    return MS::kSuccess;
+}

@@ -1,0 +1,252 @@
+#include "mel/Interpreter.h"
+#include "openmaya/Access.h"
+#include "openmaya/NodeTypeSetup.h"
+#include "openmaya/PluginHandle.h"
+#include "scene/DataType.h"
+#include "scene/Host.h"
+#include "scene/Plugin.h"
+#include "scene/Scene.h"
+#include "scene/UndoQueue.h"
+
+#include <maya/MFnPlugin.h>
+#include <maya/MSyntax.h>
+
+#include <algorithm>
+
+using lightbox::Access;
+using lightbox::DataType;
+using lightbox::Host;
+using lightbox::NodeType;
+using lightbox::Plugin;
+
+namespace {
+
+Plugin* PluginOf(const MObject& object) {
+    const auto handle = std::dynamic_pointer_cast<lightbox::PluginHandle>(Access::Get(object));
+    return handle ? &handle->Get() : nullptr;
+}
+
+MStatus NoPlugin() {
+    return Access::Fail(MS::kFailure, "The function set has no plug-in");
+}
+
+/// Takes a name out of a list of what a plug-in registered; false when the plug-in did not register it.
+bool TakeOut(std::vector<std::string>& names, const std::string& name) {
+    const auto found = std::find(names.begin(), names.end(), name);
+    if (found == names.end()) {
+        return false;
+    }
+    names.erase(found);
+    return true;
+}
+
+bool Holds(const std::vector<std::string>& names, const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+MString Say(const MObject& object, std::string Plugin::*text, MStatus* status) {
+    const Plugin* plugin = PluginOf(object);
+    Access::Report(status, plugin ? MStatus(MS::kSuccess) : NoPlugin());
+    return plugin ? Access::Wrap(plugin->*text) : MString();
+}
+
+} // namespace
+
+MFnPlugin::MFnPlugin() = default;
+
+MFnPlugin::MFnPlugin(const MObject& object, const char* vendor, const char* version,
+                     const char* requiredApiVersion, MStatus* ReturnStatus) {
+    const MStatus status = MFnBase::setObject(object);
+    if (status) {
+        Plugin& plugin = *PluginOf(object);
+        plugin.vendor = vendor ? vendor : "";
+        plugin.version = version ? version : "";
+        plugin.apiVersion = requiredApiVersion ? requiredApiVersion : "";
+    }
+    Access::Report(ReturnStatus, status);
+}
+
+MFn::Type MFnPlugin::type() const {
+    return MFn::kPlugin;
+}
+
+MString MFnPlugin::vendor(MStatus* ReturnStatus) const {
+    return Say(object_, &Plugin::vendor, ReturnStatus);
+}
+MString MFnPlugin::version(MStatus* ReturnStatus) const {
+    return Say(object_, &Plugin::version, ReturnStatus);
+}
+MString MFnPlugin::apiVersion(MStatus* ReturnStatus) const {
+    return Say(object_, &Plugin::apiVersion, ReturnStatus);
+}
+MString MFnPlugin::name(MStatus* ReturnStatus) const {
+    return Say(object_, &Plugin::name, ReturnStatus);
+}
+MString MFnPlugin::loadPath(MStatus* ReturnStatus) const {
+    return Say(object_, &Plugin::path, ReturnStatus);
+}
+
+MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction creatorFunction,
+                                   MCreateSyntaxFunction createSyntaxFunction) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    const std::string& name = Access::Text(commandName);
+    if (name.empty() || !creatorFunction) {
+        return MS::kInvalidParameter;
+    }
+    if (!Host::Get().interpreter().Commands().RegisterPlugin(name, creatorFunction, createSyntaxFunction,
+                                                             plugin->name)) {
+        return Access::Fail(MS::kFailure, "The name '" + name + "' is taken");
+    }
+    plugin->commands.push_back(name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::deregisterCommand(const MString& commandName) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    const std::string& name = Access::Text(commandName);
+    if (!Holds(plugin->commands, name)) {
+        return Access::Fail(MS::kInvalidParameter,
+                            "The plug-in has not registered the command '" + name + "'");
+    }
+    // Instances on the undo queue are the plug-in's code.
+    Host::Get().undo().Flush();
+    Host::Get().interpreter().Commands().DeregisterPlugin(name);
+    TakeOut(plugin->commands, name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFunction creatorFunction) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    const std::string& name = Access::Text(commandName);
+    if (name.empty() || !creatorFunction || Host::Get().interpreter().Commands().Find(name) ||
+        !Host::Get().scene().types().AddContextCommand(name, creatorFunction)) {
+        return Access::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
+    }
+    plugin->contextCommands.push_back(name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    const std::string& name = Access::Text(commandName);
+    if (!TakeOut(plugin->contextCommands, name)) {
+        return Access::Fail(MS::kInvalidParameter,
+                            "The plug-in has not registered the command '" + name + "'");
+    }
+    Host::Get().scene().types().RemoveContextCommand(name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::registerData(const MString& typeName, const MTypeId& typeId,
+                                MCreatorFunction creatorFunction, MPxData::Type type) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    if (typeName.length() == 0 || !creatorFunction || type != MPxData::kData) {
+        return MS::kInvalidParameter;
+    }
+    auto dataType = std::make_shared<DataType>();
+    dataType->name = Access::Text(typeName);
+    dataType->id = typeId.id();
+    dataType->creator = creatorFunction;
+    dataType->plugin = plugin->name;
+    if (!Host::Get().scene().types().AddDataType(dataType)) {
+        return Access::Fail(MS::kFailure, "The data type's name or id is taken");
+    }
+    plugin->dataTypes.push_back(dataType->name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::deregisterData(const MTypeId& typeId) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    lightbox::TypeRegistry& types = Host::Get().scene().types();
+    const auto type = types.FindDataType(typeId.id());
+    if (!type || !Holds(plugin->dataTypes, type->name)) {
+        return Access::Fail(MS::kInvalidParameter, "The plug-in has not registered that data type");
+    }
+    if (type->liveValues > 0) {
+        Host::Get().undo().Flush();
+    }
+    if (type->liveValues > 0) {
+        return Access::Fail(MS::kFailure, "Values of the data type '" + type->name + "' exist");
+    }
+    types.RemoveDataType(type->name);
+    TakeOut(plugin->dataTypes, type->name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
+                                MCreatorFunction creatorFunction, MInitializeFunction initializeFunction,
+                                MPxNode::Type type, const MString* classification) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    const bool isLocator = type == MPxNode::kLocatorNode;
+    if (typeName.length() == 0 || typeId.id() == 0 || !creatorFunction ||
+        (type != MPxNode::kDependNode && !isLocator)) {
+        return MS::kInvalidParameter;
+    }
+    lightbox::TypeRegistry& types = Host::Get().scene().types();
+    const std::string& name = Access::Text(typeName);
+    if (types.FindNodeType(name) || types.FindNodeType(typeId.id())) {
+        return Access::Fail(MS::kFailure, "The node type's name or id is taken");
+    }
+    auto nodeType = std::make_shared<NodeType>(name, types.FindNodeType(isLocator ? "locator" : "node"),
+                                               isLocator ? MFn::kPluginLocatorNode : MFn::kPluginDependNode);
+    nodeType->id = typeId.id();
+    nodeType->creator = creatorFunction;
+    nodeType->plugin = plugin->name;
+    nodeType->classification = classification ? Access::Text(*classification) : std::string();
+    if (initializeFunction) {
+        lightbox::NodeTypeSetup setup(*nodeType);
+        const MStatus status = initializeFunction();
+        if (status.error()) {
+            return status;
+        }
+    }
+    types.AddNodeType(nodeType);
+    plugin->nodeTypes.push_back(name);
+    return MS::kSuccess;
+}
+
+MStatus MFnPlugin::deregisterNode(const MTypeId& typeId) {
+    Plugin* plugin = PluginOf(object_);
+    if (!plugin) {
+        return NoPlugin();
+    }
+    lightbox::Scene& scene = Host::Get().scene();
+    const auto type = scene.types().FindNodeType(typeId.id());
+    if (!type || !Holds(plugin->nodeTypes, type->Name())) {
+        return Access::Fail(MS::kInvalidParameter, "The plug-in has not registered that node type");
+    }
+    const auto nodes = scene.Nodes();
+    const bool isUsed = std::any_of(nodes.begin(), nodes.end(),
+                                    [&](const auto& node) { return &node->Type() == type.get(); });
+    if (!isUsed && type->liveNodes > 0) {
+        // Deleted nodes are held by the undo queue.
+        Host::Get().undo().Flush();
+    }
+    if (isUsed || type->liveNodes > 0) {
+        return Access::Fail(MS::kFailure, "Nodes of the type '" + type->Name() + "' exist");
+    }
+    scene.types().RemoveNodeType(type->Name());
+    TakeOut(plugin->nodeTypes, type->Name());
+    return MS::kSuccess;
+}

@@ -1,0 +1,23 @@
+#include "openmaya/Access.h"
+#include "scene/EventBus.h"
+#include "scene/Host.h"
+
+#include <maya/MCallbackIdArray.h>
+#include <maya/MMessage.h>
+
+using lightbox::Access;
+using lightbox::Host;
+
+MStatus MMessage::removeCallback(MCallbackId id) {
+    return Host::Get().events().Remove(id) ? MStatus(MS::kSuccess)
+                                           : Access::Fail(MS::kFailure, "There is no callback of that id");
+}
+
+MStatus MMessage::removeCallbacks(const MCallbackIdArray& idList) {
+    MStatus status;
+    for (unsigned int i = 0; i < idList.length(); ++i) {
+        const MStatus removed = removeCallback(idList[i]);
+        status = status ? removed : status;
+    }
+    return status;
+}

@@ -1,0 +1,88 @@
+#include "openmaya/Access.h"
+#include "openmaya/NodeTypeSetup.h"
+#include "scene/NodeType.h"
+
+#include <maya/MPxNode.h>
+
+using lightbox::Access;
+
+namespace lightbox {
+
+namespace {
+
+NodeType* g_typeInSetup = nullptr;
+
+} // namespace
+
+NodeTypeSetup::NodeTypeSetup(NodeType& type)
+    : before_(g_typeInSetup) {
+    g_typeInSetup = &type;
+}
+NodeTypeSetup::~NodeTypeSetup() {
+    g_typeInSetup = before_;
+}
+NodeType* NodeTypeSetup::Current() {
+    return g_typeInSetup;
+}
+
+} // namespace lightbox
+
+MPxNode::MPxNode() = default;
+MPxNode::~MPxNode() = default;
+
+void MPxNode::postConstructor() {}
+
+MPxNode::Type MPxNode::type() const {
+    return kDependNode;
+}
+
+MObject MPxNode::thisMObject() const {
+    return node_ ? Access::Wrap(node_->Shared()) : MObject();
+}
+
+MTypeId MPxNode::typeId() const {
+    return MTypeId(node_ ? node_->Type().id : 0);
+}
+
+MString MPxNode::typeName() const {
+    return node_ ? Access::Wrap(node_->Type().Name()) : MString();
+}
+
+MString MPxNode::name() const {
+    return node_ ? Access::Wrap(node_->Name()) : MString();
+}
+
+bool MPxNode::doNotWrite(MStatus* ReturnStatus) const {
+    Access::Report(ReturnStatus, node_ ? MS::kSuccess : MS::kFailure);
+    return node_ && node_->doNotWrite;
+}
+
+MStatus MPxNode::setDoNotWrite(bool flag) {
+    if (!node_) {
+        return MS::kFailure;
+    }
+    node_->doNotWrite = flag;
+    return MS::kSuccess;
+}
+
+MStatus MPxNode::addAttribute(const MObject& attr) {
+    lightbox::NodeType* type = lightbox::NodeTypeSetup::Current();
+    const std::shared_ptr<lightbox::Attribute> attribute = Access::GetAttribute(attr);
+    if (!attribute) {
+        return Access::Fail(MS::kInvalidParameter, "The object is not an attribute");
+    }
+    if (!type) {
+        return Access::Fail(MS::kFailure, "No node type is being registered");
+    }
+    if (!type->AddAttribute(attribute)) {
+        return Access::Fail(MS::kFailure,
+                            "The node type has an attribute '" + attribute->LongName() + "' already");
+    }
+    return MS::kSuccess;
+}
+
+MStatus MPxNode::attributeAffects(const MObject& whenChanges, const MObject& isAffected) {
+    // Outputs are computed whenever they are read, so the dependency only has to make sense.
+    const bool areAttributes = Access::GetAttribute(whenChanges) && Access::GetAttribute(isAffected);
+    return areAttributes && lightbox::NodeTypeSetup::Current() ? MS::kSuccess : MS::kFailure;
+}

@@ -1,0 +1,89 @@
+#include "openmaya/PluginCommandRunner.h"
+
+#include "openmaya/Access.h"
+#include "openmaya/CommandState.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/Scene.h"
+#include "scene/Selection.h"
+#include "scene/UndoQueue.h"
+
+#include <maya/MPxCommand.h>
+
+#include <vector>
+
+namespace lightbox {
+
+namespace {
+
+/// Results of the commands that run, the innermost last.
+std::vector<mel::Value*> g_results;
+
+class RunScope {
+public:
+    explicit RunScope(mel::Value& result) { g_results.push_back(&result); }
+    ~RunScope() { g_results.pop_back(); }
+    RunScope(const RunScope&) = delete;
+    RunScope& operator=(const RunScope&) = delete;
+};
+
+/// A plug-in's command on the undo queue.
+class PluginCommandItem : public UndoItem {
+public:
+    PluginCommandItem(Host& host, std::unique_ptr<MPxCommand> command)
+        : host_(host)
+        , command_(std::move(command)) {}
+
+    void Undo() override { Run(&MPxCommand::undoIt, "undone"); }
+    void Redo() override { Run(&MPxCommand::redoIt, "redone"); }
+    std::string Name() const override { return Access::StateOf(*command_).name; }
+
+private:
+    void Run(MStatus (MPxCommand::*operation)(), const char* what) {
+        mel::Value result;
+        RunScope scope(result);
+        if (((*command_).*operation)().error()) {
+            host_.output().Warning(Name() + " could not be " + what + ".");
+        }
+    }
+
+    Host& host_;
+    std::unique_ptr<MPxCommand> command_;
+};
+
+} // namespace
+
+mel::Value* RunningCommandResult() {
+    return g_results.empty() ? nullptr : g_results.back();
+}
+
+bool IsInPluginCommand() {
+    return !g_results.empty();
+}
+
+PluginCommandOutcome RunPluginCommand(Host& host, const mel::CommandRegistry::Command& command,
+                                      const MArgList& arguments) {
+    PluginCommandOutcome outcome;
+    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command.creator()));
+    if (!instance) {
+        outcome.status =
+            Access::Fail(MS::kFailure, "The plug-in could not create the command " + command.name);
+        return outcome;
+    }
+    auto& state = Access::StateOf(*instance);
+    state.name = command.name;
+    state.syntax = command.syntax;
+    state.hasSyntax = command.hasSyntax;
+    {
+        RunScope scope(outcome.result);
+        outcome.status = instance->doIt(arguments);
+    }
+    if (outcome.status.error()) {
+        outcome.result = mel::Value();
+    } else if (instance->isUndoable()) {
+        host.undo().Push(std::make_unique<PluginCommandItem>(host, std::move(instance)));
+    }
+    return outcome;
+}
+
+} // namespace lightbox

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <maya/MPxCommand.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+#include <maya/MSyntax.h>
+
+#include <QColor>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+class MArgDatabase;
+class MArgList;
+
+namespace vellix {
+
+class LayerManager;
+
+/// "qmVellixExport": writes the drawing of a camera, composed at every frame of a range (the playback range
+/// unless one is given, both ends included), as numbered PNG files with transparency, or on an opaque
+/// background. Ghosts are left out unless asked for. On demand all frames are shown together on a contact
+/// sheet. Changes neither the current time nor the drawing, so there is nothing to undo. The result is the
+/// list of the files that were written.
+class ExportCommand : public MPxCommand {
+public:
+    /// More frames than this are taken for a slip in the range.
+    static constexpr int MAX_FRAMES = 100000;
+
+    static void* Creator();
+    static MSyntax CommandSyntax();
+    static MString GetCommandName();
+
+    MStatus doIt(const MArgList& args) override;
+    bool isUndoable() const override { return false; }
+
+private:
+    // Each logs what is wrong and what to do when it returns false.
+    bool ReadArguments(const MArgList& args);
+    bool ReadRange(const MArgDatabase& arguments);
+    bool ReadBackground(const MArgDatabase& arguments);
+    bool CheckRange() const;
+    bool CheckFiles() const;
+    bool WriteAll(const LayerManager& layers);
+    QImage Compose(const LayerManager& layers, int frame) const;
+
+    QString m_pattern;
+    QString m_camera;
+    QString m_contactSheet;
+    int m_start = 0;
+    int m_end = 0;
+    bool m_ghosting = false;
+    QColor m_background; // invalid for none
+    QStringList m_files;
+};
+
+} // namespace vellix

@@ -1,0 +1,27 @@
+#include "commands/PlaybackTimeScope.h"
+
+#include "host/MayaUtil.h"
+#include "node/BaseNode.h"
+
+namespace vellix {
+
+PlaybackTimeScope::PlaybackTimeScope()
+    : m_before(MayaUtil::GetPlaybackTime()) {}
+
+PlaybackTimeScope::~PlaybackTimeScope() {
+    SetTime(m_before);
+}
+
+void PlaybackTimeScope::GoTo(int frame) {
+    SetTime(MTime(frame, MTime::uiUnit()));
+}
+
+// A host may report the new time only once it is idle, so the nodes are told here.
+void PlaybackTimeScope::SetTime(const MTime& time) {
+    if (MayaUtil::GetPlaybackTime() != time) {
+        MayaUtil::SetPlaybackTime(time);
+        BaseNode::UpdatePlaybackTime();
+    }
+}
+
+} // namespace vellix

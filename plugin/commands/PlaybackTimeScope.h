@@ -1,0 +1,24 @@
+#pragma once
+
+#include <maya/MTime.h>
+
+namespace vellix {
+
+/// Visits other times; when it goes, the playback time is again what it was. Every drawing node knows each
+/// new time before the next call.
+class PlaybackTimeScope {
+public:
+    PlaybackTimeScope();
+    ~PlaybackTimeScope();
+    PlaybackTimeScope(const PlaybackTimeScope&) = delete;
+    PlaybackTimeScope& operator=(const PlaybackTimeScope&) = delete;
+
+    void GoTo(int frame);
+
+private:
+    static void SetTime(const MTime& time);
+
+    MTime m_before;
+};
+
+} // namespace vellix

@@ -1,0 +1,172 @@
+#include "commands/ReplayCommand.h"
+
+#include "commands/CameraArgument.h"
+#include "commands/NodeCreation.h"
+#include "commands/StrokePlayer.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "paint/StrokeRecording.h"
+
+#include <maya/MArgDatabase.h>
+#include <maya/MArgList.h>
+#include <maya/MComputation.h>
+
+namespace vellix {
+
+ReplayCommand::ReplayCommand() = default;
+ReplayCommand::~ReplayCommand() = default;
+
+void* ReplayCommand::Creator() {
+    return new ReplayCommand();
+}
+
+MString ReplayCommand::GetCommandName() {
+    return MayaUtil::ToMString(Settings::REPLAY_COMMAND_NAME);
+}
+
+MSyntax ReplayCommand::CommandSyntax() {
+    MSyntax syntax;
+    syntax.addFlag("-f", "-file", MSyntax::kString);
+    syntax.addFlag("-c", "-camera", MSyntax::kString);
+    syntax.addFlag("-fo", "-frameOffset", MSyntax::kLong);
+    return syntax;
+}
+
+MStatus ReplayCommand::doIt(const MArgList& args) {
+    StrokeRecording recording;
+    if (!ReadArguments(args) || !ReadRecording(recording)) {
+        return MS::kFailure;
+    }
+    m_camera = CameraArgument::Resolve(m_camera, BaseNode::GetMaster());
+    if (m_camera.isEmpty()) {
+        return MS::kFailure;
+    }
+    const int count = recording.GetStrokes().size();
+    if (count > 0) {
+        if (!ProvideNode()) {
+            return MS::kFailure;
+        }
+        if (!DrawAll(recording)) {
+            UndoAll();
+            return MS::kFailure;
+        }
+        m_undoable = true;
+    }
+    setResult(count);
+    return MS::kSuccess;
+}
+
+bool ReplayCommand::ReadArguments(const MArgList& args) {
+    MStatus status;
+    const MArgDatabase arguments(syntax(), args, &status);
+    if (!status) {
+        return false;
+    }
+    MString text;
+    if (!arguments.isFlagSet("-f") || !arguments.getFlagArgument("-f", 0, text)) {
+        Logger::Error("No recording. Name one with -file.");
+        return false;
+    }
+    m_file = MayaUtil::ToQString(text);
+    if (arguments.isFlagSet("-c") && arguments.getFlagArgument("-c", 0, text)) {
+        m_camera = MayaUtil::ToQString(text);
+    }
+    if (arguments.isFlagSet("-fo")) {
+        arguments.getFlagArgument("-fo", 0, m_frameOffset);
+    }
+    const int limit = StrokeRecording::MAX_FRAME_NUMBER;
+    if (m_frameOffset < -limit || m_frameOffset > limit) {
+        Logger::Error(QString("The frame offset must be from %1 to %2.").arg(-limit).arg(limit));
+        return false;
+    }
+    return true;
+}
+
+bool ReplayCommand::ReadRecording(StrokeRecording& recording) const {
+    QString fault;
+    if (recording.Read(m_file, fault)) {
+        return true;
+    }
+    Logger::Error(QString("Cannot replay \"%1\": %2").arg(m_file, fault));
+    return false;
+}
+
+// The draw tool makes the node when it is taken up; a replay has no such moment.
+bool ReplayCommand::ProvideNode() {
+    if (BaseNode::GetMaster()) {
+        return true;
+    }
+    m_node.reset(new NodeCreation());
+    if (m_node->Do() && BaseNode::GetMaster()) {
+        return true;
+    }
+    return false;
+}
+
+bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
+    StrokePlayer player(*BaseNode::GetMaster(), m_camera);
+    MComputation computation;
+    computation.beginComputation();
+    QString fault;
+    for (int i = 0; i < recording.GetStrokes().size() && fault.isEmpty(); ++i) {
+        const RecordedStroke& recorded = recording.GetStrokes()[i];
+        const int time = recorded.frame + m_frameOffset;
+        if (!player.Draw(recorded, time, m_drawn)) {
+            fault = QString("stroke %1 (frame %2) could not be drawn").arg(i + 1).arg(time);
+        } else if (computation.isInterruptRequested()) {
+            fault = QString("interrupted after stroke %1").arg(i + 1);
+        }
+    }
+    computation.endComputation();
+    if (!fault.isEmpty()) {
+        Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(m_file, fault));
+        return false;
+    }
+    RefreshAll();
+    return true;
+}
+
+bool ReplayCommand::UndoAll() {
+    BaseNode* const node = BaseNode::GetMaster();
+    bool done = node != nullptr;
+    for (auto drawn = m_drawn.rbegin(); done && drawn != m_drawn.rend(); ++drawn) {
+        done = (*drawn)->Undo(*node);
+    }
+    if (m_node) {
+        m_node->Undo();
+    }
+    RefreshAll();
+    return done;
+}
+
+MStatus ReplayCommand::undoIt() {
+    return UndoAll() ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus ReplayCommand::redoIt() {
+    if (m_node) {
+        MStatus status = m_node->Do();
+        if (!status) {
+            return status;
+        }
+    }
+    BaseNode* const node = BaseNode::GetMaster();
+    bool done = node != nullptr;
+    for (auto drawn = m_drawn.begin(); done && drawn != m_drawn.end(); ++drawn) {
+        done = (*drawn)->Redo(*node);
+    }
+    RefreshAll();
+    return done ? MS::kSuccess : MS::kFailure;
+}
+
+void ReplayCommand::RefreshAll() {
+    BaseNode::UpdatePlaybackTime();
+    if (BaseNode* const node = BaseNode::GetMaster()) {
+        node->QueueRefresh();
+    }
+    BaseNode::UpdateTimeControlOverlay();
+}
+
+} // namespace vellix

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "commands/StrokeCommit.h"
+
+#include <maya/MPxCommand.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+#include <maya/MSyntax.h>
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class MArgList;
+
+namespace vellix {
+
+class NodeCreation;
+class StrokeRecording;
+
+/// "qmVellixReplay -file F [-camera C] [-frameOffset N]": draws a recording of pen strokes as if they were
+/// drawn by hand, on the active layer of the camera (the active camera unless one is named), each at its own
+/// frame. Draws all of them or none. The result is the number of strokes. A scene without a drawing node gets
+/// one, as when the draw tool is taken up.
+class ReplayCommand : public MPxCommand {
+public:
+    ReplayCommand();
+    ~ReplayCommand() override;
+
+    static void* Creator();
+    static MSyntax CommandSyntax();
+    static MString GetCommandName();
+
+    MStatus doIt(const MArgList& args) override;
+    MStatus redoIt() override;
+    MStatus undoIt() override;
+    bool isUndoable() const override { return m_undoable; }
+
+private:
+    bool ReadArguments(const MArgList& args);
+    bool ReadRecording(StrokeRecording& recording) const;
+    bool ProvideNode();
+    bool DrawAll(const StrokeRecording& recording);
+    bool UndoAll();
+    static void RefreshAll();
+
+    QString m_file;
+    QString m_camera;
+    int m_frameOffset = 0;
+    bool m_undoable = false;
+    std::unique_ptr<NodeCreation> m_node;               // null when the scene had one
+    std::vector<std::unique_ptr<StrokeCommit>> m_drawn; // one for each frame that was drawn on
+};
+
+} // namespace vellix

@@ -1,0 +1,144 @@
+#include "commands/StrokePlayer.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerState.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "paint/Stroke.h"
+#include "paint/StrokeRecording.h"
+#include "paint/StrokeSmoother.h"
+#include "paint/TabletPressure.h"
+
+#include <maya/MTime.h>
+
+#include <cmath>
+
+namespace vellix {
+
+namespace {
+
+/// The pixel of an image position, by the rule that also maps the pointer into the image: floor(value + 0.5)
+/// in single precision.
+QPoint PixelOf(const QPointF& position) {
+    return QPoint(static_cast<int>(std::floor(static_cast<float>(position.x()) + 0.5f)),
+                  static_cast<int>(std::floor(static_cast<float>(position.y()) + 0.5f)));
+}
+
+} // namespace
+
+StrokePlayer::StrokePlayer(BaseNode& node, const QString& camera)
+    : m_node(node)
+    , m_camera(camera)
+    , m_activeTool(Settings::activeTool)
+    , m_activeColor(Settings::activeColor)
+    , m_tabletEraserEnabled(Settings::tabletEraserEnabled) {}
+
+StrokePlayer::~StrokePlayer() {
+    Settings::activeTool = m_activeTool;
+    Settings::activeColor = m_activeColor;
+    Settings::tabletEraserEnabled = m_tabletEraserEnabled;
+}
+
+bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& commits) {
+    ActiveLayers before;
+    before.Remember(m_node, {m_camera});
+    m_time.GoTo(frame);
+    int layerAdded = -1;
+    bool frameAdded = false;
+    Stroke* const stroke = Begin(recorded, layerAdded, frameAdded);
+    if (stroke) {
+        Feed(*stroke, recorded);
+        if (Commit(layerAdded, frameAdded, commits)) {
+            return true;
+        }
+        m_node.CancelActiveStroke();
+    }
+    TakeBack(before, layerAdded, frameAdded);
+    return false;
+}
+
+// Packing the picture for the way back takes longer than painting, so it is done once for each picture.
+bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
+    const Frame* const picture = m_node.GetActiveLayer(m_camera)->GetCurrentFrame();
+    if (m_drawn.contains(picture)) {
+        return m_node.CommitActiveStroke(m_camera);
+    }
+    std::unique_ptr<StrokeCommit> commit(new StrokeCommit(m_camera, layerAdded, frameAdded));
+    if (!commit->Commit(m_node)) {
+        return false;
+    }
+    m_drawn.insert(picture);
+    commits.push_back(std::move(commit));
+    return true;
+}
+
+// The settings come first: what a new stroke is painted into depends on the tool and the colour.
+Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, bool& frameAdded) {
+    if (m_node.HasActiveStroke()) {
+        Logger::Error("Another stroke is being drawn. Finish it first.");
+        return nullptr;
+    }
+    Settings::activeTool = recorded.tool;
+    Settings::activeColor = recorded.color;
+    Settings::tabletEraserEnabled = false;
+    if (!m_node.PrepareForDraw(m_camera, layerAdded, frameAdded)) {
+        return nullptr;
+    }
+    Stroke* const stroke = m_node.GetActiveStroke(m_camera, false);
+    if (stroke) {
+        stroke->tool = recorded.tool;
+        stroke->color = recorded.color;
+    }
+    return stroke;
+}
+
+void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
+    const bool pressureCounts = Settings::IsTabletPressureEnabled(recorded.tool);
+    StrokeSmoother smoother;
+    StrokePoint point;
+    point.size = recorded.size;
+    point.hardness = recorded.hardness / 100.0f;
+    float pressure = 1.0f;
+    QPoint last;
+    bool first = true;
+    for (const RecordedSample& sample : recorded.samples) {
+        pressure = TabletPressure::Curve(sample.pressure, pressure);
+        point.opacity = recorded.opacity / 100.0f * (pressureCounts ? pressure : 1.0f);
+        point.position = PixelOf(sample.position);
+        if (first) {
+            // A pen that touches down is reported twice, the first time one pixel to the left, so that a mere
+            // click leaves a dot.
+            StrokePoint touch = point;
+            touch.position.rx() -= 1;
+            smoother.Receive(stroke, touch, recorded.font);
+        } else if (point.position == last) {
+            continue; // only movement is reported
+        }
+        smoother.Receive(stroke, point, recorded.font);
+        last = point.position;
+        first = false;
+    }
+    if (recorded.tool == ToolType::Text) {
+        stroke.text = recorded.text;
+    }
+    stroke.changed = true;
+}
+
+void StrokePlayer::TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded) {
+    if (frameAdded) {
+        const Layer* const layer = m_node.GetActiveLayer(m_camera);
+        const bool isStatic = layer && layer->GetState() == LayerState::Static;
+        const MTime time =
+            isStatic ? MTime(Settings::defaultStaticFrameTime, MTime::uiUnit()) : MayaUtil::GetPlaybackTime();
+        const std::unique_ptr<Frame> removed(m_node.RemoveFrame(m_camera, time));
+    }
+    if (layerAdded >= 0) {
+        const std::unique_ptr<Layer> removed(m_node.RemoveLayer(m_camera, layerAdded));
+        before.Restore(m_node);
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "commands/ActiveLayers.h"
+#include "commands/PlaybackTimeScope.h"
+#include "commands/StrokeCommit.h"
+
+#include <QColor>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace vellix {
+
+class BaseNode;
+class Frame;
+enum class ToolType : qint32;
+struct RecordedStroke;
+struct Stroke;
+
+/// Draws recorded strokes on the active layer of a camera, as the draw tool does: what it needs to draw is
+/// made, its samples go through the same smoothing, and the finished stroke is committed in the same way.
+/// While it lives the tool settings are the recording's and the playback time moves; afterwards both are the
+/// user's again.
+class StrokePlayer {
+public:
+    /// The node is borrowed.
+    StrokePlayer(BaseNode& node, const QString& camera);
+    ~StrokePlayer();
+    StrokePlayer(const StrokePlayer&) = delete;
+    StrokePlayer& operator=(const StrokePlayer&) = delete;
+
+    using Commits = std::vector<std::unique_ptr<StrokeCommit>>;
+
+    /// Draws the stroke at a frame. The first stroke on each picture adds its commit to the list; undoing it
+    /// takes the later ones back as well. False, with the reason logged and nothing changed, when the layer
+    /// cannot be drawn on.
+    bool Draw(const RecordedStroke& recorded, int frame, Commits& commits);
+
+private:
+    Stroke* Begin(const RecordedStroke& recorded, int& layerAdded, bool& frameAdded);
+    static void Feed(Stroke& stroke, const RecordedStroke& recorded);
+    bool Commit(int layerAdded, bool frameAdded, Commits& commits);
+    void TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded);
+
+    BaseNode& m_node;
+    QString m_camera;
+    PlaybackTimeScope m_time;
+    QSet<const Frame*> m_drawn; // what was drawn on so far
+
+    // The user's settings, for the time afterwards.
+    ToolType m_activeTool;
+    QColor m_activeColor;
+    bool m_tabletEraserEnabled;
+};
+
+} // namespace vellix

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/StackMemory.h"
+#include "paint/TileSums.h"
+
+namespace vellix {
+
+/// A part of a stack merged into one picture, so that what is painted over or under it need not look at all
+/// of its pictures again.
+class MergedPictures {
+public:
+    void Update(const PictureStack& stack);
+    /// Valid until the next update.
+    Picture AsPicture() const;
+
+private:
+    TileSums m_sums;
+    qint64 m_key = 0;
+    StackMemory m_memory;
+};
+
+} // namespace vellix

@@ -1,0 +1,109 @@
+#include "paint/ContactSheet.h"
+
+#include <QFont>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vellix {
+
+namespace {
+
+// All measures are fractions of a cell or pixels of the finished sheet; a warm grey keeps white cards and
+// dark lines apart without glare.
+const QColor TABLE_COLOR(0xd9, 0xd6, 0xd0);
+const QColor CARD_COLOR(0xff, 0xfe, 0xfb);
+const QColor EDGE_COLOR(0xb8, 0xb4, 0xac);
+const QColor LABEL_COLOR(0x4a, 0x47, 0x42);
+const int LARGEST_CELL = 256;
+const int SMALLEST_CELL = 40;
+const double SCREEN_SHAPE = 1.5;
+
+int GapOf(int cell) {
+    return std::max(4, cell / 16);
+}
+int LabelHeightOf(int cell) {
+    return std::max(9, cell / 10);
+}
+int TitleHeightOf(int cell) {
+    return std::max(14, cell / 7);
+}
+
+int ColumnsFor(int count) {
+    return std::min(count, std::max(1, static_cast<int>(std::ceil(std::sqrt(count * SCREEN_SHAPE)))));
+}
+
+QSize SheetSize(int count, int columns, int cell) {
+    const int rows = (count + columns - 1) / columns;
+    const int gap = GapOf(cell);
+    return QSize(gap + columns * (cell + gap),
+                 gap + TitleHeightOf(cell) + gap + rows * (cell + LabelHeightOf(cell) + gap));
+}
+
+int CellFor(int count, int columns) {
+    for (int cell = LARGEST_CELL; cell > SMALLEST_CELL; --cell) {
+        const QSize size = SheetSize(count, columns, cell);
+        if (size.width() <= ContactSheet::MAX_SIDE && size.height() <= ContactSheet::MAX_SIDE) {
+            return cell;
+        }
+    }
+    return SMALLEST_CELL;
+}
+
+QFont FontOf(int pixels) {
+    QFont font;
+    font.setPixelSize(std::max(6, pixels));
+    return font;
+}
+
+} // namespace
+
+ContactSheet::ContactSheet(int count, const QString& title)
+    : m_count(std::max(1, std::min(count, static_cast<int>(MAX_COUNT))))
+    , m_columns(ColumnsFor(m_count))
+    , m_cell(CellFor(m_count, m_columns))
+    , m_image(SheetSize(m_count, m_columns, m_cell), QImage::Format_RGB32) {
+    m_image.fill(TABLE_COLOR);
+    PaintTitle(title);
+}
+
+void ContactSheet::PaintTitle(const QString& title) {
+    const int gap = GapOf(m_cell);
+    const int height = TitleHeightOf(m_cell);
+    QPainter painter(&m_image);
+    painter.setPen(LABEL_COLOR);
+    painter.setFont(FontOf(height * 2 / 3));
+    const QRect line(gap, gap, m_image.width() - 2 * gap, height);
+    const QString shown = painter.fontMetrics().elidedText(title, Qt::ElideRight, line.width());
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+}
+
+void ContactSheet::Add(const QImage& drawing, const QString& label) {
+    if (m_added >= m_count) {
+        return;
+    }
+    const int gap = GapOf(m_cell);
+    const int labelHeight = LabelHeightOf(m_cell);
+    const int left = gap + m_added % m_columns * (m_cell + gap);
+    const int top = 2 * gap + TitleHeightOf(m_cell) + m_added / m_columns * (m_cell + labelHeight + gap);
+    ++m_added;
+
+    const QRect card(left, top, m_cell, m_cell);
+    QPainter painter(&m_image);
+    painter.fillRect(card, CARD_COLOR);
+    // Premultiplied before scaling: otherwise the colour of transparent pixels bleeds into the edges of the
+    // lines.
+    const QImage small = drawing.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                             .scaled(card.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    painter.drawImage(card.topLeft() + QPoint((m_cell - small.width()) / 2, (m_cell - small.height()) / 2),
+                      small);
+    painter.setPen(EDGE_COLOR);
+    painter.drawRect(card.adjusted(0, 0, -1, -1));
+    painter.setPen(LABEL_COLOR);
+    painter.setFont(FontOf(labelHeight * 3 / 4));
+    painter.drawText(QRect(left, top + m_cell, m_cell, labelHeight), Qt::AlignRight | Qt::AlignVCenter,
+                     label);
+}
+
+} // namespace vellix

@@ -1,0 +1,44 @@
+#include "paint/PackedTiles.h"
+
+#include "paint/Composite.h"
+#include "paint/CompositeKernels.h"
+
+#include <QImage>
+
+namespace vellix {
+
+using CompositeKernels::TILE_VALUES;
+
+PackedTiles::PackedTiles(const QImage& image) {
+    if (!Composite::IsLayerImage(image)) {
+        return;
+    }
+    const std::ptrdiff_t stride = image.bytesPerLine() / 4;
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        m_coverage.ReadRow(image, row);
+        const quint64 occupied = m_coverage.occupied.Row(row);
+        if (occupied == 0) {
+            continue;
+        }
+        m_rows[std::size_t(row)].reset(new quint8[std::size_t(qPopulationCount(occupied)) * TILE_VALUES]);
+        quint8* tile = m_rows[std::size_t(row)].get();
+        const auto* pixels =
+            reinterpret_cast<const quint32*>(image.constScanLine(row * TileMask::TILE_WIDTH));
+        TileMask::ForEachRun(occupied, [&](int begin, int end) {
+            for (int column = begin; column < end; ++column, tile += TILE_VALUES) {
+                CompositeKernels::SplitTile(tile, pixels + column * TileMask::TILE_WIDTH, stride);
+            }
+        });
+    }
+}
+
+const quint8* PackedTiles::Tile(int row, int column) const {
+    const quint64 before = m_coverage.occupied.Row(row) & ((quint64(1) << column) - 1);
+    return m_rows[std::size_t(row)].get() + std::size_t(qPopulationCount(before)) * TILE_VALUES;
+}
+
+std::size_t PackedTiles::ByteCount() const {
+    return std::size_t(m_coverage.occupied.TileCount()) * TILE_VALUES;
+}
+
+} // namespace vellix

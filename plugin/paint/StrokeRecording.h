@@ -1,0 +1,64 @@
+#pragma once
+
+#include "paint/ToolType.h"
+
+#include <QByteArray>
+#include <QColor>
+#include <QPointF>
+#include <QString>
+#include <QVector>
+
+namespace vellix {
+
+/// One sample of a recorded pen: where it was in image pixels (y down), how hard it was pressed (0..1, as the
+/// tablet reported it) and when, in milliseconds from the start of the recording.
+struct RecordedSample {
+    QPointF position;
+    float pressure = 1.0f;
+    double milliseconds = 0.0;
+};
+
+/// One recorded stroke: the tool with its options as the user sees them (size in image pixels,
+/// opacity 1..100, hardness 0..100) and at least one sample. Text strokes carry their text and font family.
+struct RecordedStroke {
+    int frame = 0;
+    ToolType tool = ToolType::Pencil;
+    int size = 1;
+    int opacity = 100;
+    int hardness = 100;
+    QColor color;
+    QString text;
+    QString font;
+    QVector<RecordedSample> samples;
+};
+
+/// A recording of pen strokes, read from JSON of the format "vellix-strokes", version 1. A recording is read
+/// whole or not at all: a fault anywhere in it leaves the object empty and is told in one line that names the
+/// stroke (from 1) and the field. Unknown fields are passed over.
+class StrokeRecording {
+public:
+    /// A longer file is refused before it is read; at 125 samples a second this is hours of drawing.
+    static constexpr qint64 MAX_FILE_SIZE = 32 * 1024 * 1024;
+    static constexpr int MAX_STROKES = 10000;
+    static constexpr int MAX_SAMPLES_PER_STROKE = 100000;
+    /// Each drawn frame holds an image of four megabytes while it is worked on.
+    static constexpr int MAX_FRAMES = 2000;
+    static constexpr int MAX_FRAME_NUMBER = 1000000;
+    static constexpr int MAX_TEXT_LENGTH = 2000;
+    /// A pen may leave the image, but by no more than its width on any side.
+    static constexpr int MAX_DISTANCE_OUTSIDE = 1024;
+    /// All strokes together, in image pixels: what painting takes is proportional to it.
+    static constexpr int MAX_PATH_LENGTH = 4000000;
+
+    /// Reads the file. On a fault returns false and error says what is wrong, without the file's name.
+    bool Read(const QString& path, QString& error);
+    /// The same for bytes that are already there.
+    bool Parse(const QByteArray& json, QString& error);
+
+    const QVector<RecordedStroke>& GetStrokes() const { return m_strokes; }
+
+private:
+    QVector<RecordedStroke> m_strokes;
+};
+
+} // namespace vellix

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "paint/CompositeKernels.h"
+#include "paint/TileCoverage.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace vellix {
+
+/// A merged picture at the precision of composition: the sums (see CompositeKernels) of every occupied tile.
+/// The memory of tiles that were never occupied is not touched.
+class TileSums {
+public:
+    TileSums()
+        : m_sums(
+              new quint16[std::size_t(TileMask::COUNT) * TileMask::COUNT * CompositeKernels::TILE_VALUES]) {}
+
+    TileCoverage coverage;
+
+    quint16* Tile(int row, int column) {
+        return m_sums.get() + std::size_t(row * TileMask::COUNT + column) * CompositeKernels::TILE_VALUES;
+    }
+    const quint16* Tile(int row, int column) const { return const_cast<TileSums*>(this)->Tile(row, column); }
+
+private:
+    std::unique_ptr<quint16[]> m_sums;
+};
+
+} // namespace vellix

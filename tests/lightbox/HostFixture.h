@@ -1,0 +1,30 @@
+#pragma once
+
+#include "openmaya/PluginHandle.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/Plugin.h"
+
+#include <maya/MFnPlugin.h>
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A batch host with preferences of its own, whose messages are kept instead of printed.
+class HostFixture : public ::testing::Test {
+protected:
+    HostFixture()
+        : host_(lightbox::Host::Options{true, prefs_.path().toStdString()}) {
+        host_.output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
+            messages_.push_back(lightbox::Output::Worded(kind, text));
+        });
+    }
+
+    QTemporaryDir prefs_;
+    std::vector<std::string> messages_;
+    lightbox::Host host_;
+};

@@ -1,0 +1,179 @@
+#include "scene/UndoQueue.h"
+
+#include "scene/EventBus.h"
+
+#include <gtest/gtest.h>
+
+using namespace lightbox;
+
+namespace {
+
+/// Writes what happens to it into a log.
+class LoggedItem : public UndoItem {
+public:
+    LoggedItem(std::string& log, char name)
+        : log_(log)
+        , name_(name) {}
+    ~LoggedItem() override { log_ += std::string("~") + name_ + ' '; }
+    void Undo() override { log_ += std::string("-") + name_ + ' '; }
+    void Redo() override { log_ += std::string("+") + name_ + ' '; }
+    std::string Name() const override { return std::string(1, name_); }
+
+private:
+    std::string& log_;
+    char name_;
+};
+
+class UndoQueueTest : public ::testing::Test {
+protected:
+    void Push(char name) { queue_.Push(std::make_unique<LoggedItem>(log_, name)); }
+    std::string Log() { return std::exchange(log_, std::string()); }
+
+    std::string log_;
+    EventBus events_;
+    UndoQueue queue_{events_};
+};
+
+} // namespace
+
+TEST_F(UndoQueueTest, ChunksAreUndoneBackwardAndRedoneForward) {
+    Push('a');
+    queue_.OpenChunk("outer");
+    Push('b');
+    queue_.OpenChunk("inner");
+    Push('c');
+    queue_.CloseChunk();
+    queue_.CloseChunk();
+    queue_.OpenChunk("empty");
+    queue_.CloseChunk();
+    EXPECT_EQ(queue_.Names(), (std::vector<std::string>{"a", "outer"}));
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_EQ(Log(), "-c -b ");
+    EXPECT_TRUE(queue_.Redo());
+    EXPECT_EQ(Log(), "+b +c ");
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_FALSE(queue_.Undo());
+    Log();
+    Push('d');
+    EXPECT_FALSE(queue_.Redo());
+    std::string dropped = Log();
+    for (const char* name : {"~a ", "~b ", "~c "}) {
+        EXPECT_NE(dropped.find(name), std::string::npos) << name;
+    }
+}
+
+TEST_F(UndoQueueTest, UndoInsideAStatementClosesItsImplicitChunkFirst) {
+    Push('a');
+    queue_.OpenChunk("", true);
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_EQ(Log(), "-a ");
+    Push('b');
+    Push('c');
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_EQ(Log(), "~a -c -b ");
+    queue_.CloseChunk(true);
+    EXPECT_EQ(queue_.OpenChunks(), 0);
+    EXPECT_TRUE(queue_.Redo());
+}
+
+TEST_F(UndoQueueTest, AnExplicitChunkSpansStatements) {
+    queue_.OpenChunk("", true);
+    queue_.OpenChunk("mine");
+    queue_.CloseChunk(true);
+    Push('a');
+    queue_.OpenChunk("", true);
+    Push('b');
+    EXPECT_FALSE(queue_.Undo()) << "the chunk is still open";
+    queue_.CloseChunk();
+    queue_.CloseChunk(true);
+    EXPECT_EQ(queue_.Names(), std::vector<std::string>{"mine"});
+    queue_.CloseChunk();
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_EQ(Log(), "-b -a ");
+}
+
+TEST_F(UndoQueueTest, NothingIsKeptWhilePausedOffOrUndoing) {
+    {
+        UndoQueue::Pause pause(queue_);
+        Push('a');
+        EXPECT_EQ(Log(), "~a ");
+    }
+    Push('b');
+    queue_.SetEnabled(false);
+    EXPECT_EQ(Log(), "~b ");
+    Push('c');
+    EXPECT_EQ(Log(), "~c ");
+    queue_.SetEnabled(true);
+    class Nested : public UndoItem {
+    public:
+        Nested(UndoQueueTest& test, std::string& log, UndoQueue& queue)
+            : log_(log)
+            , queue_(queue) {
+            (void)test;
+        }
+        void Undo() override {
+            queue_.Push(std::make_unique<LoggedItem>(log_, 'n'));
+            EXPECT_FALSE(queue_.Undo());
+            EXPECT_TRUE(queue_.IsUndoing());
+        }
+        void Redo() override {}
+        std::string Name() const override { return "nested"; }
+
+    private:
+        std::string& log_;
+        UndoQueue& queue_;
+    };
+    queue_.Push(std::make_unique<Nested>(*this, log_, queue_));
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_EQ(Log(), "~n ");
+    EXPECT_TRUE(queue_.CanRedo());
+}
+
+TEST_F(UndoQueueTest, DropsTheOldestBeyondItsLimitAndEverythingOnFlush) {
+    queue_.SetLimit(2);
+    for (const char name : {'a', 'b', 'c'}) {
+        Push(name);
+    }
+    EXPECT_EQ(Log(), "~a ");
+    queue_.OpenChunk("open");
+    Push('d');
+    queue_.Flush();
+    EXPECT_EQ(Log(), "~d ~c ~b ");
+    EXPECT_FALSE(queue_.CanUndo());
+    queue_.CloseChunk();
+    EXPECT_FALSE(queue_.Undo());
+}
+
+TEST_F(UndoQueueTest, TheStateTellsWhetherTheSceneIsTheSame) {
+    const auto clean = queue_.State();
+    Push('a');
+    const auto afterA = queue_.State();
+    EXPECT_NE(afterA, clean);
+    Push('b');
+    queue_.Undo();
+    EXPECT_EQ(queue_.State(), afterA);
+    queue_.Undo();
+    EXPECT_EQ(queue_.State(), clean);
+    Push('c');
+    EXPECT_NE(queue_.State(), afterA);
+    const auto afterC = queue_.State();
+    queue_.Flush();
+    EXPECT_EQ(queue_.State(), afterC) << "dropping the queue changes nothing in the scene";
+    queue_.SetEnabled(false);
+    Push('d');
+    EXPECT_NE(queue_.State(), afterC);
+}
+
+TEST_F(UndoQueueTest, FiresItsEventsWhenItIsReadyForMore) {
+    std::string order;
+    events_.AddCallback("Undo",
+                        [&] { order += queue_.CanRedo() && !queue_.IsUndoing() ? "undo " : "early "; });
+    events_.AddCallback("Redo",
+                        [&] { order += queue_.CanUndo() && !queue_.IsRedoing() ? "redo " : "early "; });
+    Push('a');
+    queue_.Undo();
+    queue_.Redo();
+    EXPECT_FALSE(queue_.Redo());
+    EXPECT_EQ(order, "undo redo ");
+}

@@ -1,0 +1,117 @@
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "plugin/commands/CommandFixture.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+
+namespace vellix {
+namespace {
+
+class ExportCommandTest : public CommandFixture {
+protected:
+    // Keys at 1 and 3, each with a square of its own colour and place.
+    void SetUp() override {
+        CommandFixture::SetUp();
+        Mel("qmVellixLayer -add -n Rough -ls 0 persp");
+        for (int time : {1, 3}) {
+            Node().AddFrame("persp", MTime(time, MTime::uiUnit()));
+            Mel(QString("currentTime %1").arg(time));
+            QImage image(1024, 1024, QImage::Format_RGBA8888);
+            image.fill(Qt::transparent);
+            QPainter(&image).fillRect(100 * time, 100, 50, 50, QColor(0, 0, 50 * time, 255));
+            Node().GetActiveLayer("persp")->SetImage(image);
+        }
+        Mel("currentTime 2");
+    }
+
+    QString Path(const QString& name) const { return m_folder.filePath(name); }
+    QString Line(const QString& name, const QString& more = QString()) const {
+        return QString("qmVellixExport -camera persp -file \"%1\" %2").arg(Path(name), more);
+    }
+};
+
+TEST_F(ExportCommandTest, WritesEveryFrameOfTheRange) {
+    const auto files = Mel(Line("sub/walk.###.png")).Strings();
+    ASSERT_EQ(files.size(), 4u); // the playback range
+    EXPECT_EQ(files[3], Path("sub/walk.004.png").toStdString());
+    EXPECT_EQ(QDir(Path("sub")).entryList(QDir::Files).size(), 4);
+    const QImage held(Path("sub/walk.002.png"));
+    EXPECT_EQ(held.size(), QSize(1024, 1024));
+    EXPECT_EQ(held.pixelColor(125, 125), QColor(0, 0, 50));
+    EXPECT_EQ(held.pixelColor(10, 10).alpha(), 0);
+    EXPECT_EQ(QImage(Path("sub/walk.003.png")).pixelColor(325, 125), QColor(0, 0, 150));
+
+    EXPECT_EQ(Mel(Line("still.png", "-startTime 3 -endTime 3 -background 10 20 30")).Strings().size(), 1u);
+    const QImage still(Path("still.png"));
+    EXPECT_FALSE(still.hasAlphaChannel());
+    EXPECT_EQ(still.pixelColor(10, 10), QColor(10, 20, 30));
+}
+
+TEST_F(ExportCommandTest, GhostsAreLeftOutUnlessAskedFor) {
+    Settings::ghostPrev = true;
+    Mel(Line("plain.png", "-startTime 3 -endTime 3"));
+    Mel(Line("ghosts.png", "-startTime 3 -endTime 3 -ghosting 1"));
+    Settings::ghostPrev = false;
+    EXPECT_EQ(QImage(Path("plain.png")).pixelColor(125, 125).alpha(), 0);
+    EXPECT_EQ(QImage(Path("ghosts.png")).pixelColor(125, 125).alpha(), 102); // the nearest ghost, at 0.4
+}
+
+TEST_F(ExportCommandTest, ShowsAllFramesOnASheet) {
+    const auto files = Mel(Line("f.#.png", QString("-contactSheet \"%1\"").arg(Path("sheet.png")))).Strings();
+    ASSERT_EQ(files.size(), 5u);
+    EXPECT_EQ(files[4], Path("sheet.png").toStdString());
+    EXPECT_FALSE(QImage(Path("sheet.png")).isNull());
+}
+
+TEST_F(ExportCommandTest, ChangesNeitherTimeNorDrawingNorCaches) {
+    const auto layers = Node().GetLayerManager();
+    for (const bool upToDate : {true, false}) {
+        if (upToDate) {
+            layers->GetFlattenedImage("persp");
+        } else {
+            layers->QueueMasterCacheUpdate("persp");
+        }
+        const QString before = Drawing();
+        Mel(Line("f.#.png", "-ghosting 1 -startTime -2 -endTime 9"));
+        EXPECT_EQ(Drawing(), before);
+        EXPECT_EQ(layers->CacheUpdateRequired("persp"), !upToDate);
+        EXPECT_EQ(MayaUtil::GetPlaybackTimeValue(), 2);
+    }
+}
+
+TEST_F(ExportCommandTest, SaysWhatToDo) {
+    WriteFile("file", "in the way");
+    const struct {
+        QString line;
+        const char* message;
+    } cases[] = {
+        {"qmVellixExport -camera persp", "No file. Name the frames with -file"},
+        {Line("f.png"), "would be written by every frame. Put a run of #"},
+        {Line("f.#.jpg"), "end in .png"},
+        {Line("f.#.png", "-startTime 5 -endTime 4"), "There are no frames from 5 to 4."},
+        {Line("f.#.png", "-startTime 1 -endTime 2000000"), "at most 100000 frames"},
+        {Line("f.#.png", "-startTime -1e300"), "not on the timeline"},
+        {Line("f.#.png", "-background 0 0 256"), "from 0 to 255"},
+        {Line("file/f.#.png"), "cannot be made. Choose another"},
+        {Line("f.#.png", "-contactSheet \"s.jpg\""), "end in .png"},
+        {Line("f.#.png").replace("persp", "nowhere"), "Camera does not exist: nowhere"},
+        {Line("f.#.png").replace("persp", "top"), "has no layers"},
+    };
+    for (const auto& c : cases) {
+        const QStringList messages = Refused(c.line);
+        ASSERT_EQ(messages.size(), 1) << c.message;
+        EXPECT_TRUE(messages[0].contains(c.message)) << messages[0].toStdString();
+    }
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList("file"));
+    // A file that cannot be replaced is an error, not a gap in the sequence.
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir("f.3.png"));
+    EXPECT_TRUE(Refused(Line("f.#.png")).value(0).contains("f.3.png\" cannot be written"));
+    Mel("file -f -new");
+    EXPECT_EQ(Refused(Line("f.#.png")).value(0), "There is no drawing in the scene.");
+}
+
+} // namespace
+} // namespace vellix

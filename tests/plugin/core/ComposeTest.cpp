@@ -1,0 +1,304 @@
+#include "paint/DrawUtil.h"
+#include "plugin/core/DocumentTest.h"
+
+#include <functional>
+
+namespace vellix {
+namespace {
+
+class ComposeTest : public DocumentTest {
+protected:
+    static void SetGhosts(int previous, int next, bool tinted) {
+        Settings::ghostPrev = previous > 0;
+        Settings::ghostPrevCount = previous;
+        Settings::ghostNext = next > 0;
+        Settings::ghostNextCount = next;
+        Settings::ghostColorOverride = tinted;
+        Settings::ghostColorOverridePrev = QColor(0, 128, 0);
+        Settings::ghostColorOverrideNext = QColor(128, 0, 0);
+    }
+
+    /// Three layers; the one in the middle is active and has many keys. Shown at its key 5.
+    void MakeDocument() {
+        AddLayer(camera, {1, 9});
+        AddLayer(camera, {1, 2, 3, 4, 5, 6, 7, 8});
+        AddLayer(camera, {1, 5});
+        manager.SetActiveLayer(camera, 1, true);
+        ShowTime(5);
+    }
+};
+
+TEST_F(ComposeTest, AgreesWithThePlainWay) {
+    MakeDocument();
+    const struct {
+        int previous, next;
+        bool tinted;
+    } cases[] = {{0, 0, false}, {3, 0, false}, {0, 3, false}, {3, 3, false},
+                 {1, 2, true},  {9, 9, true},  {9, 0, true}};
+    for (const auto& c : cases) {
+        SetGhosts(c.previous, c.next, c.tinted);
+        for (const int time : {0, 1, 5, 8, 30}) {
+            ShowTime(time);
+            manager.QueueMasterCacheUpdateAll();
+            EXPECT_LE(Error(camera), 2) << c.previous << " " << c.next << " " << c.tinted << " time " << time;
+        }
+    }
+}
+
+TEST_F(ComposeTest, GhostsFadeAwayFromTheCurrentKey) {
+    Layer* layer = AddLayer(camera, {1, 5, 9, 13});
+    for (int i = 0; i < 4; ++i) {
+        QImage square = PlainComposer::Blank();
+        QPainter(&square).fillRect(i * 100, 0, 150, 50, QColor(50 * i, 0, 200));
+        layer->GetFrame(i)->SetImage(square);
+    }
+    SetGhosts(3, 0, false);
+    ShowTime(13);
+    const QImage& image = *manager.GetFlattenedImage(camera);
+    const auto alphaAt = [&image](int x) { return qAlpha(image.pixel(x, 25)); };
+    EXPECT_NEAR(alphaAt(50), 255 * 0.1333, 2);
+    EXPECT_NEAR(alphaAt(170), 255 * 0.2667, 2);
+    EXPECT_NEAR(alphaAt(280), 255 * 0.4, 2);
+    EXPECT_EQ(image.pixel(320, 25), qRgba(150, 0, 200, 255)) << "the layer covers its ghosts";
+    EXPECT_EQ(image.pixel(50, 51), 0u) << "empty pixels are 0";
+
+    Settings::ghostColorOverride = true;
+    Settings::ghostColorOverridePrev = QColor(7, 100, 9);
+    manager.QueueMasterCacheUpdate(camera);
+    manager.GetFlattenedImage(camera);
+    EXPECT_EQ(image.pixel(170, 25) & RGB_MASK, qRgb(7, 100, 9) & RGB_MASK);
+    EXPECT_EQ(image.pixel(320, 25), qRgba(150, 0, 200, 255));
+
+    Settings::ghostPrev = false;
+    Settings::ghostNext = true;
+    manager.QueueMasterCacheUpdate(camera);
+    manager.GetFlattenedImage(camera);
+    EXPECT_EQ(alphaAt(170), 0) << "ghosts that are turned off do not stay";
+}
+
+TEST_F(ComposeTest, SeesEveryChange) {
+    MakeDocument();
+    SetGhosts(2, 2, true);
+    const QString other = "other";
+    AddLayer(other, {1});
+    manager.SetActiveCamera(camera);
+    Layer* active = manager.GetActiveLayer(camera);
+    const struct {
+        const char* what;
+        std::function<void()> change;
+    } cases[] = {
+        {"time", [this] { ShowTime(6); }},
+        {"time back", [this] { ShowTime(5); }},
+        {"hiding", [this] { manager.SetLayerVisible(camera, 2, false); }},
+        {"hiding the active layer", [this] { manager.SetLayerVisible(camera, 1, false); }},
+        {"showing", [this] { manager.SetLayerVisible(camera, 1, true); }},
+        {"image", [=] { active->SetImage(Drawing(20)); }},
+        {"pixels",
+         [=] {
+             active->GetImage(0)->fill(QColor(0, 9, 90, 99));
+             active->ForceCacheUpdate();
+         }},
+        {"pixels of a ghost",
+         [=] {
+             active->GetImage(-1)->fill(QColor(90, 9, 0, 30));
+             active->ForceCacheUpdate();
+         }},
+        {"a key that is a ghost", [=] { delete active->RemoveFrame(At(6)); }},
+        {"a new key", [this] { manager.AddFrame(camera, At(6)); }},
+        {"packing a ghost",
+         [=] {
+             active->GetFrame(5)->PackImage();
+             active->ForceCacheUpdate();
+         }},
+        {"moving a layer", [this] { manager.MoveLayer(camera, 1, 2); }},
+        {"removing a layer", [this] { delete manager.RemoveLayer(camera, 1); }},
+        {"a layer from elsewhere", [=] { manager.MoveLayer(other, 0, camera, 0); }},
+        {"ghosting",
+         [this] {
+             SetGhosts(3, 0, false);
+             manager.QueueMasterCacheUpdate(camera);
+         }},
+        {"the active layer",
+         [this] {
+             manager.SetActiveLayer(camera, 0, true);
+             manager.QueueMasterCacheUpdate(camera);
+         }},
+    };
+    EXPECT_LE(Error(camera), 2);
+    for (const auto& c : cases) {
+        c.change();
+        EXPECT_TRUE(manager.CacheUpdateRequired(camera)) << c.what;
+        EXPECT_LE(Error(camera), 2) << c.what;
+        manager.GetFlattenedImage(camera); // what the plain way read counts as read
+        EXPECT_FALSE(manager.CacheUpdateRequired(camera)) << c.what;
+    }
+}
+
+TEST_F(ComposeTest, LeavesTheImageAloneUntilSomethingChanges) {
+    MakeDocument();
+    QImage* image = manager.GetFlattenedImage(camera);
+    const qint64 key = image->cacheKey();
+    EXPECT_FALSE(manager.CacheUpdateRequired(camera));
+    SetGhosts(3, 3, false); // a setting alone asks for nothing
+    EXPECT_EQ(manager.GetFlattenedImage(camera), image);
+    EXPECT_EQ(image->cacheKey(), key);
+    manager.QueueMasterCacheUpdate(camera);
+    manager.QueueMasterCacheUpdate(camera);
+    manager.MasterCacheUpdateCompleted(camera);
+    EXPECT_FALSE(manager.MasterCacheUpdateRequired(camera)) << "queued once";
+    manager.QueueMasterCacheUpdateAll();
+    manager.GetFlattenedImage(camera);
+    EXPECT_NE(image->cacheKey(), key);
+
+    image->fill(Qt::red); // someone wrote into it
+    manager.QueueMasterCacheUpdate(camera);
+    EXPECT_LE(Error(camera), 2);
+}
+
+TEST_F(ComposeTest, StartsTransparentAndEndsWithTheLastLayer) {
+    EXPECT_EQ(manager.GetFlattenedImage(camera), nullptr);
+    AddLayer(camera, {});
+    const QImage* image = manager.GetFlattenedImage(camera);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(*image, PlainComposer::Blank());
+    EXPECT_EQ(image->format(), QImage::Format_RGBA8888);
+}
+
+TEST_F(ComposeTest, GrowingStrokesLookAsIfPaintedAtOnce) {
+    MakeDocument();
+    SetGhosts(2, 1, false);
+    for (const ToolType tool : {ToolType::Pencil, ToolType::Brush}) {
+        Stroke* stroke = manager.GetActiveStroke(camera, true);
+        stroke->tool = tool;
+        stroke->color = QColor(200, 0, 120);
+        QImage work = PlainComposer::Blank();
+        work.fill(QColor(200, 0, 120, 0));
+        for (int i = 0; i < 12; ++i) {
+            stroke->points.append(Point(150 + 60 * i, 400 + 25 * (i % 3), 40, 0.6f));
+            stroke->changed = true;
+            manager.GetFlattenedImage(camera);
+        }
+        DrawUtil::DrawFreehand(work, stroke->points, 0, tool);
+        EXPECT_FALSE(stroke->changed);
+        EXPECT_LE(Error(camera, &work), 2) << int(tool);
+        manager.SetLayerVisible(camera, 2, tool == ToolType::Brush); // under way, over the stroke
+        EXPECT_LE(Error(camera, &work), 2) << int(tool);
+        manager.CancelActiveStroke();
+        EXPECT_LE(Error(camera), 2) << int(tool);
+    }
+}
+
+TEST_F(ComposeTest, ShapesLeaveNothingBehindWhereTheyWere) {
+    MakeDocument();
+    for (const ToolType tool : {ToolType::Line, ToolType::Arrow, ToolType::Ellipse, ToolType::Rectangle}) {
+        Stroke* stroke = BeginStroke(camera, tool);
+        manager.GetFlattenedImage(camera);
+        stroke->points[1] = Point(830, 120);
+        stroke->changed = true;
+        QImage work = PlainComposer::Blank();
+        DrawUtil::DrawStroke(work, *stroke, true);
+        EXPECT_LE(Error(camera, &work), 2) << int(tool);
+        manager.CancelActiveStroke();
+    }
+}
+
+TEST_F(ComposeTest, AStrokeKeepsTheGhostsItBeganWith) {
+    MakeDocument();
+    SetGhosts(3, 3, false);
+    manager.QueueMasterCacheUpdate(camera);
+    manager.GetFlattenedImage(camera);
+    Stroke* stroke = BeginStroke(camera, ToolType::Pencil);
+    QImage work = PlainComposer::Blank();
+    work.fill(QColor(10, 120, 240, 0));
+    DrawUtil::DrawFreehand(work, stroke->points, 0, ToolType::Pencil);
+    Settings::ghostColorOverride = true;
+    manager.QueueMasterCacheUpdate(camera);
+    const QImage shown = manager.GetFlattenedImage(camera)->copy();
+    EXPECT_GT(PlainComposer::Difference(shown, Plain(camera, &work)), 20)
+        << "no new colours while it is drawn";
+    Settings::ghostColorOverride = false;
+    EXPECT_LE(PlainComposer::Difference(shown, Plain(camera, &work)), 2);
+    ShowTime(6);
+    EXPECT_LE(Error(camera, &work), 2) << "but never the ghosts of another drawing";
+    manager.CancelActiveStroke();
+    Settings::ghostColorOverride = true;
+    EXPECT_LE(Error(camera), 2);
+}
+
+TEST_F(ComposeTest, AStrokeBelongsToItsCamera) {
+    MakeDocument();
+    AddLayer("other", {1});
+    BeginStroke(camera, ToolType::Brush);
+    EXPECT_LE(Error("other"), 1);
+    EXPECT_TRUE(manager.GetActiveStroke(camera, true)->changed) << "its own camera has yet to show it";
+    const QImage before = manager.ComposeFrame(camera, 5, false);
+    EXPECT_GT(PlainComposer::Difference(*manager.GetFlattenedImage(camera), before), 20);
+}
+
+TEST_F(ComposeTest, PlaybackHidesGhostsWhereTheUserWantsIt) {
+    MakeDocument();
+    SetGhosts(2, 2, false);
+    manager.QueueMasterCacheUpdate(camera);
+    manager.GetFlattenedImage(camera);
+    MAnimControl::playForward();
+    Settings::disableGhostingDuringPlayback = false;
+    manager.OnPlaybackTimeChanged(5, false);
+    EXPECT_TRUE(manager.MasterCacheUpdateRequired(camera)) << "playback began";
+    EXPECT_LE(Error(camera), 2);
+    manager.OnPlaybackTimeChanged(5, false);
+    EXPECT_FALSE(manager.CacheUpdateRequired(camera));
+    Settings::disableGhostingDuringPlayback = true;
+    ShowTime(6);
+    const QImage shown = manager.GetFlattenedImage(camera)->copy();
+    MAnimControl::stop();
+    SetGhosts(0, 0, false);
+    EXPECT_LE(PlainComposer::Difference(shown, Plain(camera)), 2);
+    SetGhosts(2, 2, false);
+    BeginStroke(camera, ToolType::Eraser)->points = {Point(5, 5)};
+    EXPECT_LE(Error(camera), 2) << "a stroke after playback has its ghosts";
+}
+
+TEST_F(ComposeTest, ComposesAnyTimeWithoutTouchingAnything) {
+    MakeDocument();
+    AddLayer(camera, {2});
+    SetGhosts(2, 2, true);
+    Layer* active = manager.GetActiveLayer(camera);
+    active->GetFrame(7)->PackImage();
+    manager.SetLayerVisible(camera, 2, false);
+    manager.QueueMasterCacheUpdate(camera);
+    manager.GetFlattenedImage(camera);
+    const qint64 key = manager.GetFlattenedImage(camera)->cacheKey();
+    QList<QImage> composed;
+    for (int time = 0; time < 10; ++time) {
+        composed.append(manager.ComposeFrame(camera, time, true));
+    }
+    const QImage bare = manager.ComposeFrame(camera, 7, false);
+    EXPECT_EQ(active->GetCurrentFrameIndex(), 4);
+    EXPECT_FALSE(active->GetFrame(7)->IsUnpacked());
+    EXPECT_FALSE(manager.CacheUpdateRequired(camera));
+    EXPECT_EQ(manager.GetFlattenedImage(camera)->cacheKey(), key);
+    EXPECT_TRUE(manager.ComposeFrame("nowhere", 1, true).isNull());
+    for (int time = 0; time < 10; ++time) {
+        ShowTime(time);
+        manager.QueueMasterCacheUpdate(camera);
+        EXPECT_EQ(*manager.GetFlattenedImage(camera), composed[time]) << time;
+    }
+    ShowTime(7);
+    SetGhosts(0, 0, false);
+    EXPECT_LE(PlainComposer::Difference(Plain(camera), bare), 2);
+}
+
+TEST_F(ComposeTest, OverridesTheColourOfWhatCanBeSeen) {
+    QImage image = PlainComposer::Blank();
+    image.setPixel(3, 4, qRgba(200, 100, 50, 1));
+    image.setPixel(5, 4, qRgba(200, 100, 50, 0));
+    LayerManager::OverrideImageColor(image, QColor(1, 2, 3));
+    EXPECT_EQ(image.pixel(3, 4), qRgba(1, 2, 3, 1));
+    EXPECT_EQ(image.pixel(5, 4), qRgba(200, 100, 50, 0));
+    QImage none;
+    LayerManager::OverrideImageColor(none, QColor(1, 2, 3));
+    EXPECT_TRUE(none.isNull());
+}
+
+} // namespace
+} // namespace vellix

@@ -1,0 +1,107 @@
+#include "paint/DrawUtil.h"
+#include "plugin/core/DocumentTest.h"
+
+namespace vellix {
+namespace {
+
+class FrameTest : public DocumentTest {
+protected:
+    static QByteArray Png(const QImage& image) {
+        QByteArray png;
+        DrawUtil::PackPngBuffer(image, png);
+        return png;
+    }
+};
+
+TEST_F(FrameTest, HasATransparentImageUntilItIsGivenOne) {
+    Frame frame(At(3));
+    EXPECT_EQ(frame.GetImage(), PlainComposer::Blank());
+    EXPECT_EQ(frame.GetImage().format(), QImage::Format_RGBA8888);
+}
+
+TEST_F(FrameTest, KeepsItsPixelsThroughPackingAndCopying) {
+    Frame frame(At(3));
+    QImage drawing = Drawing(1);
+    drawing.setPixel(5, 5, qRgba(9, 8, 7, 0)); // hidden colour counts too
+    frame.SetImage(drawing);
+    Frame copy(frame);
+    EXPECT_FALSE(copy.IsUnpacked());
+    EXPECT_NE(copy.GetImage().constBits(), frame.GetImage().constBits());
+    EXPECT_EQ(copy.GetImage(), drawing);
+
+    frame.PackImage();
+    EXPECT_FALSE(frame.IsUnpacked());
+    EXPECT_EQ(Frame(frame).GetImage(), drawing);
+    EXPECT_EQ(frame.PeekImage(), drawing);
+    EXPECT_FALSE(frame.IsUnpacked());
+    EXPECT_EQ(frame.GetImage(), drawing);
+}
+
+TEST_F(FrameTest, UnpacksBytesOnlyOnce) {
+    Frame frame(At(1));
+    frame.SetImage(Drawing(1));
+    frame.PackImage();
+    frame.GetImage();
+    frame.SetImage(QImage());
+    EXPECT_EQ(frame.GetImage(), PlainComposer::Blank()) << "the bytes were let go of when they were unpacked";
+
+    frame.SetPackedImage(Png(Drawing(2)));
+    frame.SetImage(Drawing(3));
+    EXPECT_EQ(frame.GetImage(), Drawing(3));
+    frame.SetImage(QImage());
+    EXPECT_EQ(frame.GetImage(), Drawing(2)) << "setting an image leaves packed bytes alone";
+}
+
+TEST_F(FrameTest, GivesTheBytesOfWhatItShows) {
+    const QByteArray bytes = Png(Drawing(1));
+    Frame frame(At(1));
+    frame.SetPackedImage(bytes);
+    EXPECT_TRUE(frame.GetPackedImage().isSharedWith(bytes)) << "known bytes are not encoded again";
+    frame.GetImage();
+    EXPECT_TRUE(frame.GetPackedImage().isSharedWith(bytes));
+    frame.GetImage().setPixel(700, 700, qRgba(1, 2, 3, 255));
+    QImage decoded;
+    ASSERT_TRUE(DrawUtil::UnpackPngBuffer(frame.GetPackedImage(), decoded));
+    EXPECT_EQ(decoded, frame.GetImage());
+    EXPECT_EQ(decoded.pixel(700, 700), qRgba(1, 2, 3, 255));
+    const QByteArray encoded = frame.GetPackedImage();
+    EXPECT_TRUE(frame.GetPackedImage().isSharedWith(encoded)) << "encoded once while the pixels stay";
+
+    ASSERT_TRUE(DrawUtil::UnpackPngBuffer(Frame(At(2)).GetPackedImage(), decoded));
+    EXPECT_EQ(decoded, PlainComposer::Blank());
+}
+
+TEST_F(FrameTest, BringsImagesOfOtherKindsIntoShape) {
+    Frame frame(At(1));
+    QImage small(10, 2000, QImage::Format_ARGB32);
+    small.fill(QColor(200, 100, 50, 128));
+    frame.SetImage(small);
+    EXPECT_EQ(frame.GetImage().size(), QSize(1024, 1024));
+    EXPECT_EQ(frame.GetImage().format(), QImage::Format_RGBA8888);
+    EXPECT_EQ(frame.GetImage().pixel(9, 1023), qRgba(200, 100, 50, 128));
+    EXPECT_EQ(frame.GetImage().pixel(10, 0), 0u);
+}
+
+TEST_F(FrameTest, SurvivesBytesThatAreNoPng) {
+    Frame frame(At(1));
+    frame.SetPackedImage("rubbish");
+    EXPECT_TRUE(frame.PeekImage().isNull());
+    EXPECT_EQ(frame.GetImage(), PlainComposer::Blank());
+}
+
+TEST_F(FrameTest, ReadsTimesAsWholeFrames) {
+    const struct {
+        double time;
+        int frame;
+    } cases[] = {{4.9, 4},     {-4.9, -4},          {0.2, 0},
+                 {-999, -999}, {1e300, 2147483647}, {-1e300, -2147483647 - 1}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(Frame(At(c.time)).GetTimeValue(), c.frame) << c.time;
+    }
+    Frame frame(At(0));
+    frame.SetTimeValue(17);
+    EXPECT_EQ(frame.GetTime(), At(17));
+}
+
+} // namespace
+} // namespace vellix

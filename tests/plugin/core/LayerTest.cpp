@@ -1,0 +1,166 @@
+#include "plugin/core/DocumentTest.h"
+
+namespace vellix {
+namespace {
+
+class LayerTest : public DocumentTest {
+protected:
+    Layer layer;
+
+    void AddKeys(const QList<int>& times) {
+        for (const int time : times) {
+            layer.AddFrame(At(time));
+        }
+    }
+    static int TimeOf(const Frame* frame) { return frame == nullptr ? -1 : frame->GetTimeValue(); }
+    QList<int> Times() const {
+        QList<int> times;
+        layer.GetFrameTimes(times);
+        return times;
+    }
+};
+
+TEST_F(LayerTest, HoldsEachKeyUntilTheNext) {
+    AddKeys({10, 1});
+    const struct {
+        int time;
+        int index;
+    } cases[] = {{0, -1}, {1, 0}, {9, 0}, {10, 1}, {5000, 1}, {-2147483647, -1}, {2147483647, 1}};
+    for (const auto& c : cases) {
+        layer.UpdateCurrentFrameIndex(c.time);
+        EXPECT_EQ(layer.GetCurrentFrameIndex(), c.index) << "time " << c.time;
+    }
+}
+
+TEST_F(LayerTest, FindsNeighboursOfThePlaybackTime) {
+    AddKeys({1, 10, 20});
+    const struct {
+        int time;
+        bool wrap;
+        int previous, next;
+    } cases[] = {
+        {10, false, 1, 20}, {1, false, -1, 10}, {1, true, 20, 10},   {20, false, 10, -1}, {20, true, 10, 1},
+        {0, false, -1, 1},  {0, true, 20, 1},   {15, false, 10, 20}, {99, true, 20, 1},
+    };
+    for (const auto& c : cases) {
+        MayaUtil::SetPlaybackTime(c.time);
+        EXPECT_EQ(TimeOf(layer.GetPreviousFrame(c.wrap)), c.previous) << c.time << c.wrap;
+        EXPECT_EQ(TimeOf(layer.GetNextFrame(c.wrap)), c.next) << c.time << c.wrap;
+    }
+    MayaUtil::SetPlaybackTime(At(10.9));
+    EXPECT_EQ(TimeOf(layer.GetPreviousFrame(false)), 1) << "10.9 is frame 10";
+    layer.RemoveAllFrames();
+    EXPECT_EQ(layer.GetPreviousFrame(true), nullptr);
+    EXPECT_EQ(layer.GetNextFrame(true), nullptr);
+}
+
+TEST_F(LayerTest, KeepsOneFrameForATime) {
+    EXPECT_EQ(layer.AddFrame(At(5)), 0);
+    const Frame* first = layer.GetFrame(0);
+    EXPECT_EQ(layer.InsertFrame(new Frame(At(5.7))), -1);
+    EXPECT_EQ(layer.InsertFrame(nullptr), -1);
+    EXPECT_EQ(layer.GetFrame(0), first);
+    EXPECT_EQ(layer.AddFrame(At(2)), 0);
+    EXPECT_EQ(layer.AddFrame(At(9)), 2);
+    EXPECT_EQ(layer.AddFrame(At(7)), 2);
+    EXPECT_EQ(Times(), (QList<int>{2, 5, 7, 9}));
+}
+
+TEST_F(LayerTest, RemovesFramesToTheCaller) {
+    AddKeys({1, 5, 9});
+    MayaUtil::SetPlaybackTime(9);
+    EXPECT_EQ(layer.RemoveFrame(At(4)), nullptr);
+    const std::unique_ptr<Frame> removed(layer.RemoveFrame(At(5.5)));
+    EXPECT_EQ(TimeOf(removed.get()), 5);
+    EXPECT_EQ(layer.GetCurrentFrameIndex(), 0) << "the index follows the time of the removal";
+    const std::unique_ptr<Frame> now(layer.RemoveFrame());
+    EXPECT_EQ(TimeOf(now.get()), 9);
+    EXPECT_EQ(Times(), QList<int>{1});
+}
+
+TEST_F(LayerTest, TellsWhenItsPictureChanged) {
+    const auto changed = [this](const char* what, bool expected) {
+        EXPECT_EQ(layer.CacheUpdateRequired(), expected) << what;
+        layer.GetImage(0);
+        EXPECT_FALSE(layer.CacheUpdateRequired()) << "read after " << what;
+    };
+    changed("construction", true);
+    AddKeys({1, 5});
+    changed("new keys", true);
+    layer.SetVisible(true);
+    layer.SetOpacity(1.0f);
+    layer.SetState(LayerState::Locked);
+    layer.SetActive(true);
+    changed("nothing of the picture", false);
+    layer.SetOpacity(-0.2f);
+    EXPECT_EQ(layer.GetOpacity(), 0.0f);
+    changed("opacity", true);
+    layer.SetOpacity(-7.0f);
+    changed("the same opacity", false);
+    layer.SetOpacity(1.7f);
+    EXPECT_EQ(layer.GetOpacity(), 1.0f);
+    changed("opacity", true);
+    layer.SetVisible(false);
+    changed("hiding", true);
+    layer.UpdateCurrentFrameIndex(4);
+    changed("the same key's hold", false);
+    layer.UpdateCurrentFrameIndex(5);
+    changed("time", true);
+    layer.SetImage(Drawing(1));
+    changed("image", true);
+    layer.SetFrameTimes({2, 6});
+    changed("times", false);
+    layer.AddFrame(At(50));
+    changed("a key that is a ghost", true);
+    delete layer.RemoveFrame(At(50));
+    changed("a ghost that goes", true);
+    layer.RemoveAllFrames();
+    changed("no keys", true);
+}
+
+TEST_F(LayerTest, GivesImagesAroundTheCurrentKey) {
+    AddKeys({1, 5, 9});
+    layer.UpdateCurrentFrameIndex(5);
+    for (int offset = -1; offset <= 1; ++offset) {
+        EXPECT_EQ(layer.GetImage(offset), &layer.GetFrame(1 + offset)->GetImage());
+    }
+    for (const int offset : {-2, 2, 2147483647, -2147483647 - 1}) {
+        EXPECT_TRUE(layer.GetImage(offset)->isNull()) << offset;
+    }
+    layer.SetVisible(false);
+    EXPECT_TRUE(layer.GetImage(0)->isNull());
+    layer.UpdateCurrentFrameIndex(0);
+    layer.SetImage(Drawing(1)); // there is no current frame to take it
+    EXPECT_EQ(layer.GetFrame(0)->GetImage(), PlainComposer::Blank());
+    EXPECT_EQ(layer.GetFrame(3), nullptr);
+    EXPECT_EQ(layer.GetFrame(-1), nullptr);
+}
+
+TEST_F(LayerTest, StaticLayersHaveAFrameFromTheirFirstKeyOn) {
+    AddKeys({3});
+    for (const LayerState state : {LayerState::Animated, LayerState::Static, LayerState::Locked}) {
+        layer.SetState(state);
+        MayaUtil::SetPlaybackTime(8);
+        layer.UpdateCurrentFrameIndex();
+        EXPECT_EQ(layer.FrameExists(), state == LayerState::Static);
+        MayaUtil::SetPlaybackTime(2);
+        layer.UpdateCurrentFrameIndex();
+        EXPECT_FALSE(layer.FrameExists());
+    }
+    EXPECT_TRUE(layer.FrameExists(At(3.9)));
+}
+
+TEST_F(LayerTest, SetsAsManyTimesAsItHas) {
+    AddKeys({1, 5, 9});
+    layer.SetFrameTimes({2, 6});
+    EXPECT_EQ(Times(), (QList<int>{2, 6, 9}));
+    layer.SetFrameTimes({2, 9, 9, 40});
+    EXPECT_EQ(Times(), (QList<int>{2, 9})) << "a time is listed once";
+    const std::unique_ptr<Frame> copy(layer.GetFrameCopy(At(2)));
+    EXPECT_EQ(TimeOf(copy.get()), 2);
+    EXPECT_NE(copy.get(), layer.GetFrame(0));
+    EXPECT_EQ(layer.GetFrameCopy(At(3)), nullptr);
+}
+
+} // namespace
+} // namespace vellix
