@@ -34,7 +34,8 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
         if (name == "script" || name == "s") {
             line.steps.push_back({Step::Kind::Script, parser.values("script").at(scripts++).toStdString()});
         } else if (name == "command" || name == "c") {
-            line.steps.push_back({Step::Kind::Command, parser.values("command").at(commands++).toStdString()});
+            line.steps.push_back(
+                {Step::Kind::Command, parser.values("command").at(commands++).toStdString()});
         }
     }
     // As with Maya, a scene may stand alone, without its option.

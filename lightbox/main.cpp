@@ -1,1 +1,140 @@
-int main() { return 0; }
+// The program: reads its command line, runs the host, and ends with a status that says how it went.
+
+#include "CommandLine.h"
+#include "formats/FileError.h"
+#include "formats/SceneFiles.h"
+#include "mel/Interpreter.h"
+#include "scene/Host.h"
+#include "scene/IdleQueue.h"
+#include "scene/Output.h"
+#include "scene/PluginManager.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QStandardPaths>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+using lightbox::CommandLine;
+using lightbox::Host;
+
+constexpr int FAILURE = 1;
+
+lightbox::mel::Interpreter* g_interpreter = nullptr;
+
+/// Ctrl+C ends the running script, as an error would, so that plug-ins still get to write their settings.
+extern "C" void OnInterrupt(int) {
+    if (g_interpreter) {
+        g_interpreter->Interrupt();
+    }
+}
+
+void WatchSignals(Host& host) {
+    g_interpreter = &host.interpreter();
+    std::signal(SIGINT, OnInterrupt);
+    std::signal(SIGTERM, OnInterrupt);
+#ifdef SIGPIPE
+    // Whoever read our output has gone; what is left to say is lost, and the work goes on.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
+std::string PrefsFolder(const CommandLine& line) {
+    QString folder = QString::fromStdString(line.prefsFolder);
+    if (folder.isEmpty()) {
+        folder = qEnvironmentVariable("LIGHTBOX_APP_DIR");
+    }
+    if (folder.isEmpty()) {
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/lightbox";
+    }
+    return QDir::cleanPath(QDir(folder).absolutePath()).toStdString();
+}
+
+void OpenScene(Host& host, const std::string& path) {
+    try {
+        host.files().Open(path, true);
+    } catch (const lightbox::FileError& error) {
+        host.output().Error(error.what());
+    }
+}
+
+/// One script or command, and then what it left to be done when idle.
+void RunStep(Host& host, const CommandLine::Step& step) {
+    try {
+        if (step.kind == CommandLine::Step::Kind::Script) {
+            host.interpreter().ExecuteFile(step.text);
+        } else {
+            host.interpreter().Execute(step.text);
+        }
+    } catch (const lightbox::mel::Error& error) {
+        if (!host.QuitStatus()) {
+            host.output().Error(error.Described());
+        }
+    }
+    while (!host.QuitStatus() && host.idle().Drain() > 0) {
+    }
+}
+
+/// The batch run: the first error ends it.
+int RunBatch(const CommandLine& line) {
+    Host host({true, PrefsFolder(line)});
+    WatchSignals(host);
+    host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
+    if (line.autoloadPlugins) {
+        host.plugins().Autoload();
+    }
+    const auto mustStop = [&host] { return host.QuitStatus() || host.output().ErrorCount() > 0; };
+    if (!line.sceneFile.empty()) {
+        OpenScene(host, line.sceneFile);
+    }
+    for (const CommandLine::Step& step : line.steps) {
+        if (mustStop()) {
+            break;
+        }
+        RunStep(host, step);
+    }
+    const int status = host.QuitStatus().value_or(host.output().ErrorCount() > 0 ? FAILURE : 0);
+    std::fflush(stdout);
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    const CommandLine line = CommandLine::Parse(arguments);
+    if (!line.error.empty()) {
+        std::fprintf(stderr, "lightbox: %s\n\n%s", line.error.c_str(), CommandLine::HelpText());
+        return FAILURE;
+    }
+    if (line.help) {
+        std::fputs(CommandLine::HelpText(), stdout);
+        return 0;
+    }
+    if (line.version) {
+        std::printf("lightbox %s\n", LIGHTBOX_VERSION);
+        return 0;
+    }
+    if (!line.batch) {
+        std::fputs(
+            "lightbox: this version has no window yet. Use -batch with -script FILE.mel or -command MEL; "
+            "-help lists all options.\n",
+            stderr);
+        return FAILURE;
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // Our own options are not Qt's: "-style" or "-platform" were refused above.
+    int qtArgumentCount = 1;
+    QApplication application(qtArgumentCount, argv);
+    QApplication::setApplicationName("Lightbox");
+    QApplication::setApplicationVersion(LIGHTBOX_VERSION);
+    return RunBatch(line);
+}

@@ -84,8 +84,9 @@ void WriteEnumFields(std::ostream& out, const Attribute& attribute) {
 
 /// What -at or -dt is given for the attribute.
 void WriteKind(std::ostream& out, const Attribute& attribute) {
-    const bool isTyped = attribute.Kind() == AttributeKind::PluginData ||
-                         (attribute.Kind() >= AttributeKind::String && attribute.Kind() <= AttributeKind::VectorArray);
+    const bool isTyped =
+        attribute.Kind() == AttributeKind::PluginData ||
+        (attribute.Kind() >= AttributeKind::String && attribute.Kind() <= AttributeKind::VectorArray);
     out << (isTyped ? " -dt \"" : " -at \"") << attribute.TypeName() << '"';
 }
 

@@ -12,8 +12,8 @@ class Attribute;
 /// The statements that describe one node, as Maya ASCII words them.
 namespace ascii {
 
-/// Writes `setAttr` with everything the setting holds, without the indent and with the line break. Throws FileError
-/// when a plug-in's value could not write itself.
+/// Writes `setAttr` with everything the setting holds, without the indent and with the line break. Throws
+/// FileError when a plug-in's value could not write itself.
 void WriteSetting(std::ostream& out, const Setting& setting);
 std::string SettingText(const Setting& setting);
 

@@ -81,8 +81,8 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
             if (isReading || reference.isDeferred) {
                 out_ << " -dr " << (reference.isDeferred ? 1 : 0);
             }
-            out_ << " -rfn " << mel::Quoted(reference.name) << " -typ \"" << TypeOfFile(reference.path) << "\" "
-                 << mel::Quoted(reference.path) << ";\n";
+            out_ << " -rfn " << mel::Quoted(reference.name) << " -typ \"" << TypeOfFile(reference.path)
+                 << "\" " << mel::Quoted(reference.path) << ";\n";
         }
     }
 }
@@ -148,9 +148,10 @@ void AsciiWriter::WriteKept(const std::shared_ptr<Node>& node) {
         return;
     }
     if (!kept->values.empty()) {
-        throw FileError("The scene holds data of type \"" + kept->values.front().dataType +
-                        "\" in the binary form, which only its plug-in can turn into text. Load the plug-in and "
-                        "open the scene again, or save it as lightboxBinary.");
+        throw FileError(
+            "The scene holds data of type \"" + kept->values.front().dataType +
+            "\" in the binary form, which only its plug-in can turn into text. Load the plug-in and "
+            "open the scene again, or save it as lightboxBinary.");
     }
     for (const std::string& statement : kept->statements) {
         out_ << INDENT << statement << ";\n";
@@ -159,8 +160,8 @@ void AsciiWriter::WriteKept(const std::shared_ptr<Node>& node) {
 
 void AsciiWriter::WriteSceneScript() {
     out_ << "createNode script -n \"sceneConfigurationScriptNode\";\n"
-         << INDENT << "setAttr \".b\" -type \"string\" " << mel::Quoted(SceneContent::ConfigurationScript(host_))
-         << ";\n"
+         << INDENT << "setAttr \".b\" -type \"string\" "
+         << mel::Quoted(SceneContent::ConfigurationScript(host_)) << ";\n"
          << INDENT << "setAttr \".st\" 6;\n";
 }
 
@@ -195,10 +196,12 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
 
 void AsciiWriter::WriteConnections(const SceneContent& content) {
     for (const Connection& connection : content.broken) {
-        out_ << "disconnectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination) << ";\n";
+        out_ << "disconnectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination)
+             << ";\n";
     }
     for (const Connection& connection : content.connections) {
-        out_ << "connectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination) << ";\n";
+        out_ << "connectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination)
+             << ";\n";
     }
     if (!content.isWhole) {
         return;
@@ -208,7 +211,8 @@ void AsciiWriter::WriteConnections(const SceneContent& content) {
         const auto destination = kept.destination.lock();
         if (source && destination && source->InScene() && destination->InScene()) {
             out_ << "connectAttr " << mel::Quoted(NameOf(*source) + "." + kept.sourceAttribute) << ' '
-                 << mel::Quoted(NameOf(*destination) + "." + kept.destinationAttribute) << kept.flags << ";\n";
+                 << mel::Quoted(NameOf(*destination) + "." + kept.destinationAttribute) << kept.flags
+                 << ";\n";
         }
     }
 }

@@ -15,8 +15,8 @@ class AsciiWriter {
 public:
     AsciiWriter(Host& host, std::ostream& out);
 
-    /// `name` is the file's name without its folder, for the first and the last line. Throws FileError when something
-    /// in the scene cannot be expressed.
+    /// `name` is the file's name without its folder, for the first and the last line. Throws FileError when
+    /// something in the scene cannot be expressed.
     void Write(const SceneContent& content, const std::string& name);
     /// The statements inside one node's block, each on its own line with the indent.
     void WriteNodeBody(const std::shared_ptr<Node>& node);

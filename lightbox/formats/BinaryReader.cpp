@@ -87,7 +87,8 @@ void BinaryReader::ReadChunk(const Chunk& chunk) {
             reader_.RunStatement(TakeText(content));
         } else if (chunk.type != binary::DONE) {
             reader_.WarnOnce("chunk " + std::string(chunk.type),
-                             "Unknown chunk '" + std::string(chunk.type) + "', from a later version, is passed over.");
+                             "Unknown chunk '" + std::string(chunk.type) +
+                                 "', from a later version, is passed over.");
         }
     } catch (const FileError& error) {
         reader_.ReportFault("In a chunk '" + std::string(chunk.type) + "': " + error.what());
@@ -99,8 +100,8 @@ void BinaryReader::ReadChunk(const Chunk& chunk) {
 void BinaryReader::ReadHead(ChunkReader& content) {
     const std::uint32_t version = content.Count();
     if (version > binary::VERSION) {
-        reader_.ReportFault("The file is of version " + std::to_string(version) + "; this program reads version " +
-                            std::to_string(binary::VERSION) + ".");
+        reader_.ReportFault("The file is of version " + std::to_string(version) +
+                            "; this program reads version " + std::to_string(binary::VERSION) + ".");
     }
 }
 
@@ -184,7 +185,8 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     const std::string niceName = TakeText(content);
     const std::string type = TakeText(content);
     std::shared_ptr<Attribute> attribute =
-        depth < DEEPEST_ATTRIBUTE ? AttributeFactory::Make(host_.scene(), type, longName, shortName) : nullptr;
+        depth < DEEPEST_ATTRIBUTE ? AttributeFactory::Make(host_.scene(), type, longName, shortName)
+                                  : nullptr;
     if (!attribute) {
         throw FileError("Unknown type '" + type + "' of the attribute '" + longName + "'.");
     }

@@ -13,8 +13,8 @@ class FileReader;
 class Host;
 class Node;
 
-/// Takes Lightbox's binary container apart and hands what is in it to the reader of the file, which knows the names. A
-/// chunk that is damaged ends the reading there; what came before stays.
+/// Takes Lightbox's binary container apart and hands what is in it to the reader of the file, which knows the
+/// names. A chunk that is damaged ends the reading there; what came before stays.
 class BinaryReader {
 public:
     BinaryReader(Host& host, FileReader& reader)

@@ -45,10 +45,10 @@ std::string PlugName(const Plug& plug) {
 
 std::uint32_t FlagsOf(const Attribute& attribute) {
     const std::pair<bool, int> flags[] = {
-        {attribute.readable, binary::READABLE},       {attribute.writable, binary::WRITABLE},
-        {attribute.storable, binary::STORABLE},       {attribute.connectable, binary::CONNECTABLE},
-        {attribute.keyable, binary::KEYABLE},         {attribute.hidden, binary::HIDDEN},
-        {attribute.channelBox, binary::CHANNEL_BOX},  {attribute.multi, binary::MULTI},
+        {attribute.readable, binary::READABLE},      {attribute.writable, binary::WRITABLE},
+        {attribute.storable, binary::STORABLE},      {attribute.connectable, binary::CONNECTABLE},
+        {attribute.keyable, binary::KEYABLE},        {attribute.hidden, binary::HIDDEN},
+        {attribute.channelBox, binary::CHANNEL_BOX}, {attribute.multi, binary::MULTI},
         {attribute.usedAsColor, binary::COLOR}};
     std::uint32_t bits = 0;
     for (const auto& flag : flags) {
@@ -266,8 +266,8 @@ void BinaryWriter::WriteDefaults(const SceneContent& content) {
 }
 
 void BinaryWriter::WriteConnections(const SceneContent& content) {
-    const auto write = [this](std::string_view type, const std::string& source, const std::string& destination,
-                              const std::string& flags) {
+    const auto write = [this](std::string_view type, const std::string& source,
+                              const std::string& destination, const std::string& flags) {
         ChunkWriter chunk;
         chunk.Text(source);
         chunk.Text(destination);

@@ -6,8 +6,8 @@ namespace lightbox {
 
 class Host;
 
-/// While one exists, an operation of that kind runs: MFileIO and the conditions "readingFile", "writingFile", "opening"
-/// and "newing" say so.
+/// While one exists, an operation of that kind runs: MFileIO and the conditions "readingFile", "writingFile",
+/// "opening" and "newing" say so.
 class FileOperationScope {
 public:
     FileOperationScope(Host& host, FileOperation operation);

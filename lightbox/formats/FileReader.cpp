@@ -41,8 +41,8 @@ FileReader::FileReader(Host& host, Source source)
 void FileReader::CheckIsScene(const std::string& bytes, const std::string& path) {
     std::size_t begin = bytes.compare(0, 3, BYTE_ORDER_MARK) == 0 ? 3 : 0;
     begin = bytes.find_first_not_of(" \t\r\n", begin);
-    const bool isAscii = begin != std::string::npos && bytes.compare(begin, sizeof ASCII_SIGNATURE - 1,
-                                                                     ASCII_SIGNATURE) == 0;
+    const bool isAscii =
+        begin != std::string::npos && bytes.compare(begin, sizeof ASCII_SIGNATURE - 1, ASCII_SIGNATURE) == 0;
     if (!isAscii && !ChunkFile::HasSignature(bytes)) {
         throw FileError("\"" + path + "\" is not a scene that can be read (Maya ASCII or Lightbox binary).");
     }
@@ -67,49 +67,53 @@ void FileReader::ReadAscii(std::string text) {
         text.erase(0, 3);
     }
     WarnIfCutOff(text);
+    isAscii_ = true;
     Run(std::move(text));
-    line_ = 0;
 }
 
 void FileReader::RunStatement(const std::string& text) {
     Run(text);
-    line_ = 0;
 }
 
 void FileReader::Run(std::string text) {
     mel::RunOptions options;
     options.streamed = true;
-    options.beforeStatement = [this](std::string_view statement, int line) { return BeforeStatement(statement, line); };
+    options.beforeStatement = [this](std::string_view statement, std::string_view before) {
+        return BeforeStatement(statement, before);
+    };
     options.onError = [this](const mel::Error& error) { return OnError(error); };
     try {
         host_.interpreter().Execute(std::move(text), source_.path, options);
     } catch (const mel::Error& error) {
         // What stopped the reading: a syntax error, or the user.
-        line_ = 0;
         ++faults_;
         host_.output().Error(error.Described());
     }
     statement_ = {};
 }
 
-bool FileReader::BeforeStatement(std::string_view statement, int line) {
-    statement_ = statement;
-    line_ = line;
+bool FileReader::BeforeStatement(std::string_view statement, std::string_view before) {
+    textBefore_ = before;
+    const std::size_t last = statement.find_last_not_of("; \t\r\n");
+    statement_ = statement.substr(0, last + 1);
     const std::size_t end = statement.find_first_of(" \t\r\n;(\"-=$");
     const std::string word(statement.substr(0, end));
-    const bool isWord = !word.empty() && (std::isalpha(static_cast<unsigned char>(word[0])) || word[0] == '_');
+    const bool isWord =
+        !word.empty() && (std::isalpha(static_cast<unsigned char>(word[0])) || word[0] == '_');
     mel::Interpreter& interpreter = host_.interpreter();
-    static const std::set<std::string> KEYWORDS{"global", "proc",   "if",  "for", "while",  "do",
-                                                "switch", "int",    "float", "string", "vector", "matrix"};
-    if (!isWord || KEYWORDS.count(word) || interpreter.Commands().Find(word) || interpreter.HasProcedure(word)) {
+    static const std::set<std::string> KEYWORDS{"global", "proc", "if",    "for",    "while",  "do",
+                                                "switch", "int",  "float", "string", "vector", "matrix"};
+    if (!isWord || KEYWORDS.count(word) || interpreter.Commands().Find(word) ||
+        interpreter.HasProcedure(word)) {
         return true;
     }
-    KeepForFile("command " + word, "Unknown command '" + word + "'; its statements are kept and written back.");
+    KeepForFile("command " + word,
+                "Unknown command '" + word + "'; its statements are kept and written back.");
     return false;
 }
 
 bool FileReader::OnError(const mel::Error& error) {
-    if (error.IsSyntaxError() || host_.interpreter().IsInterrupted()) {
+    if (error.IsSyntaxError()) {
         return false;
     }
     if (++faults_ <= SHOWN_FAULTS) {
@@ -155,7 +159,11 @@ void FileReader::RunConfiguration(const std::string& script) {
 }
 
 std::string FileReader::Place() const {
-    return "file: " + source_.path + (line_ > 0 ? " line " + std::to_string(line_) : std::string()) + ": ";
+    std::string place = "file: " + source_.path;
+    if (isAscii_ && !statement_.empty()) {
+        place += " line " + std::to_string(1 + std::count(textBefore_.begin(), textBefore_.end(), '\n'));
+    }
+    return place + ": ";
 }
 
 void FileReader::ReportFault(const std::string& message) {
@@ -225,11 +233,13 @@ void FileReader::ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& s
     std::string text = ascii::SettingText(setting);
     text.resize(text.rfind(';'));
     statement_ = text;
-    KeepForCurrent("attribute " + setting.path, "Unknown attribute '" + setting.path + "'; it is kept and written back.");
+    KeepForCurrent("attribute " + setting.path,
+                   "Unknown attribute '" + setting.path + "'; it is kept and written back.");
     statement_ = {};
 }
 
-void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes) {
+void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting,
+                             std::string_view bytes) {
     if (IsForeign(*node)) {
         return;
     }
@@ -243,7 +253,11 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
     Setting filled = setting;
     filled.data = TypeRegistry::MakeData(type);
     if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
-        ReportFault("The value of "" + setting.path + "", of type "" + setting.type + "", cannot be read.");
+        ReportFault("The value of "
+                    " + setting.path + "
+                    ", of type "
+                    " + setting.type + "
+                    ", cannot be read.");
         return;
     }
     MemoryStream stream(bytes);
@@ -255,7 +269,11 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
         ReportFault(error.what());
     }
     if (!isRead) {
-        ReportFault("The value of "" + setting.path + "", of type "" + setting.type + "", could not be read whole.");
+        ReportFault("The value of "
+                    " + setting.path + "
+                    ", of type "
+                    " + setting.type + "
+                    ", could not be read whole.");
     }
 }
 
@@ -272,7 +290,8 @@ void FileReader::Scale(const Plug& plug, Setting& setting) const {
     }
 }
 
-void FileReader::Require(const std::string& plugin, const std::string& version, const std::string& statement) {
+void FileReader::Require(const std::string& plugin, const std::string& version,
+                         const std::string& statement) {
     if (plugin == "maya" || LoadPlugin(plugin)) {
         return;
     }
@@ -305,10 +324,11 @@ bool FileReader::LoadPlugin(const std::string& plugin) {
 
 void FileReader::SetUnits(const std::string& linear, const std::string& angular, const std::string& time) {
     static const std::map<std::string, double> LENGTHS{
-        {"mm", 0.1},        {"millimeter", 0.1}, {"cm", 1.0},       {"centimeter", 1.0}, {"m", 100.0},
-        {"meter", 100.0},   {"km", 1e5},         {"kilometer", 1e5}, {"in", 2.54},       {"inch", 2.54},
-        {"ft", 30.48},      {"foot", 30.48},     {"yd", 91.44},     {"yard", 91.44},     {"mi", 160934.4},
-        {"mile", 160934.4}, {"", 1.0}};
+        {"mm", 0.1},   {"millimeter", 0.1}, {"cm", 1.0},      {"centimeter", 1.0},
+        {"m", 100.0},  {"meter", 100.0},    {"km", 1e5},      {"kilometer", 1e5},
+        {"in", 2.54},  {"inch", 2.54},      {"ft", 30.48},    {"foot", 30.48},
+        {"yd", 91.44}, {"yard", 91.44},     {"mi", 160934.4}, {"mile", 160934.4},
+        {"", 1.0}};
     const auto length = LENGTHS.find(linear);
     if (length == LENGTHS.end()) {
         ReportFault("Unknown unit of length '" + linear + "'.");
@@ -327,8 +347,8 @@ void FileReader::SetUnits(const std::string& linear, const std::string& angular,
     } else if (source_.mode == Mode::Open) {
         host_.time().SetUnit(unit);
     } else if (unit != host_.time().Unit()) {
-        WarnOnce("time unit", "The file's time unit is " + time + ", the scene's " + UnitName(host_.time().Unit()) +
-                                  "; its frames keep their numbers.");
+        WarnOnce("time unit", "The file's time unit is " + time + ", the scene's " +
+                                  UnitName(host_.time().Unit()) + "; its frames keep their numbers.");
     }
 }
 
@@ -338,7 +358,8 @@ void FileReader::SetFileInfo(const std::string& key, const std::string& value) {
     }
 }
 
-void FileReader::Connect(const std::string& source, const std::string& destination, const std::string& flags) {
+void FileReader::Connect(const std::string& source, const std::string& destination,
+                         const std::string& flags) {
     const auto split = [this](const std::string& text) {
         const std::size_t dot = text.find('.');
         return std::make_pair(dot == 0 ? current_ : Find(text.substr(0, dot)),

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "formats/Setting.h"
-
 #include "scene/Plug.h"
 
 #include <map>
@@ -22,9 +21,9 @@ namespace mel {
 class Error;
 }
 
-/// Reads one scene file into the scene. It knows the names that the file uses, which are not always those that the
-/// nodes got, and the node that statements without a node's name are about. While it reads Maya ASCII, scene commands
-/// hand their work to it.
+/// Reads one scene file into the scene. It knows the names that the file uses, which are not always those
+/// that the nodes got, and the node that statements without a node's name are about. While it reads Maya
+/// ASCII, scene commands hand their work to it.
 class FileReader {
 public:
     enum class Mode { Open, Import, Reference };
@@ -40,8 +39,8 @@ public:
     FileReader(const FileReader&) = delete;
     FileReader& operator=(const FileReader&) = delete;
 
-    /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error. Throws
-    /// FileError only when the bytes are no scene at all, and then before anything has changed.
+    /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error.
+    /// Throws FileError only when the bytes are no scene at all, and then before anything has changed.
     void Read(std::string bytes);
     /// Throws FileError when the bytes do not begin as a scene file does.
     static void CheckIsScene(const std::string& bytes, const std::string& path);
@@ -56,7 +55,8 @@ public:
     const std::shared_ptr<Node>& Current() const { return current_; }
     /// `select -ne :time1;`
     void Select(const std::string& path);
-    /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown node.
+    /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown
+    /// node.
     std::shared_ptr<Node> CreateNode(const std::string& type, const std::string& name,
                                      const std::string& parentPath, bool shared);
     /// True when settings of the node are passed over: a node that was there before an imported file.
@@ -106,12 +106,13 @@ private:
     void ReadAscii(std::string text);
     /// Runs MEL with this reader's treatment of unknown statements and errors.
     void Run(std::string text);
-    bool BeforeStatement(std::string_view statement, int line);
+    bool BeforeStatement(std::string_view statement, std::string_view before);
     bool OnError(const mel::Error& error);
     void WarnIfCutOff(std::string_view text);
     void ApplySceneScript();
 
-    void AddLocalName(const std::string& name, const std::string& parentPath, const std::shared_ptr<Node>& node);
+    void AddLocalName(const std::string& name, const std::string& parentPath,
+                      const std::shared_ptr<Node>& node);
     std::vector<std::shared_ptr<Node>> FindLocal(const std::string& path) const;
     std::shared_ptr<Node> FindShared(const std::string& name, const DagNode* parent) const;
     std::string NameInScene(const std::string& name) const;
@@ -133,7 +134,8 @@ private:
     std::shared_ptr<Node> sceneScript_;
     UnitScale scale_;
     std::string_view statement_;
-    int line_ = 0;
+    std::string_view textBefore_; ///< of the file, before the statement
+    bool isAscii_ = false;
     int faults_ = 0;
     std::set<std::string> warned_;
 };

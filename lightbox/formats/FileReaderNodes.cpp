@@ -31,8 +31,9 @@ bool EndsWithPath(const std::string& fullPath, const std::string& path) {
         fullPath.compare(fullPath.size() - path.size(), path.size(), path) != 0) {
         return false;
     }
-    return path[0] == '|' ? path.size() == fullPath.size()
-                          : path.size() == fullPath.size() || fullPath[fullPath.size() - path.size() - 1] == '|';
+    return path[0] == '|'
+               ? path.size() == fullPath.size()
+               : path.size() == fullPath.size() || fullPath[fullPath.size() - path.size() - 1] == '|';
 }
 
 } // namespace
@@ -70,7 +71,8 @@ std::shared_ptr<Node> FileReader::Find(const std::string& path) const {
     if (!source_.nameSpace.empty() && path[0] != ':') {
         // Nodes of a reference inside the reference.
         const std::size_t nameBegin = plain[0] == '|' ? 1 : 0;
-        if (auto node = scene.Find(plain.substr(0, nameBegin) + source_.nameSpace + ":" + plain.substr(nameBegin))) {
+        if (auto node =
+                scene.Find(plain.substr(0, nameBegin) + source_.nameSpace + ":" + plain.substr(nameBegin))) {
             return node;
         }
     }
@@ -112,7 +114,8 @@ std::string FileReader::NameInScene(const std::string& name) const {
     if (!clashes) {
         return name;
     }
-    const std::string prefix = QFileInfo(QString::fromStdString(source_.path)).completeBaseName().toStdString();
+    const std::string prefix =
+        QFileInfo(QString::fromStdString(source_.path)).completeBaseName().toStdString();
     const std::string nameSpace = Scene::NamespaceOf(name);
     return (nameSpace.empty() ? nameSpace : nameSpace + ":") + prefix + "_" + Scene::WithoutNamespace(name);
 }
@@ -142,7 +145,8 @@ std::shared_ptr<const NodeType> FileReader::TypeFor(const std::string& type, boo
     if (known && !known->isAbstract) {
         return known;
     }
-    WarnOnce("node type " + type, "Unrecognized node type '" + type + "'; its nodes are kept and written back.");
+    WarnOnce("node type " + type,
+             "Unrecognized node type '" + type + "'; its nodes are kept and written back.");
     const char* base = hasParent ? "unknownDag" : "unknown";
     std::shared_ptr<const NodeType>& unknown = unknownTypes_[base + ("|" + type)];
     if (!unknown) {
@@ -153,7 +157,8 @@ std::shared_ptr<const NodeType> FileReader::TypeFor(const std::string& type, boo
 }
 
 std::shared_ptr<Node> FileReader::ReplaceByTransform(const std::shared_ptr<Node>& unknown) {
-    // An unknown node at the top level could be anything; with the first node below it, it turns out to be a transform.
+    // An unknown node at the top level could be anything; with the first node below it, it turns out to be a
+    // transform.
     const auto base = host_.scene().types().FindNodeType("unknownTransform");
     Scene& scene = host_.scene();
     const std::shared_ptr<Node> transform =

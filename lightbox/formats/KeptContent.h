@@ -11,11 +11,12 @@ namespace lightbox {
 
 class Node;
 
-/// What was read from scene files but means nothing here: node types, attributes, data types and statements of other
-/// programs and of plug-ins that are not loaded. It is kept as it was and written back.
+/// What was read from scene files but means nothing here: node types, attributes, data types and statements
+/// of other programs and of plug-ins that are not loaded. It is kept as it was and written back.
 class KeptContent {
 public:
-    /// A value of a plug-in's data type in the binary form, which only the plug-in can turn into anything else.
+    /// A value of a plug-in's data type in the binary form, which only the plug-in can turn into anything
+    /// else.
     struct BinaryValue {
         std::string path;
         std::string dataType;
@@ -26,7 +27,8 @@ public:
         std::vector<std::string> statements; ///< whole statements without their indent and semicolon
         std::vector<BinaryValue> values;
     };
-    /// A connection with an end that is an unknown attribute. The nodes are known, so that it follows their names.
+    /// A connection with an end that is an unknown attribute. The nodes are known, so that it follows their
+    /// names.
     struct Connection {
         std::weak_ptr<Node> source;
         std::string sourceAttribute;

@@ -7,29 +7,40 @@
 namespace lightbox {
 
 /// An input stream over bytes that lie in memory, without a copy.
-class MemoryStream : private std::streambuf, public std::istream {
+class MemoryStream : public std::istream {
 public:
     explicit MemoryStream(std::string_view bytes)
-        : std::istream(static_cast<std::streambuf*>(this)) {
-        char* begin = const_cast<char*>(bytes.data());
-        setg(begin, begin, begin + bytes.size());
+        : std::istream(nullptr)
+        , buffer_(bytes) {
+        rdbuf(&buffer_);
     }
 
 private:
-    pos_type seekoff(off_type offset, std::ios_base::seekdir direction, std::ios_base::openmode) override {
-        const off_type base = direction == std::ios_base::beg   ? 0
-                              : direction == std::ios_base::cur ? gptr() - eback()
-                                                                : egptr() - eback();
-        const off_type target = base + offset;
-        if (target < 0 || target > egptr() - eback()) {
-            return pos_type(off_type(-1));
+    class Buffer : public std::streambuf {
+    public:
+        explicit Buffer(std::string_view bytes) {
+            char* begin = const_cast<char*>(bytes.data());
+            setg(begin, begin, begin + bytes.size());
         }
-        setg(eback(), eback() + target, egptr());
-        return pos_type(target);
-    }
-    pos_type seekpos(pos_type position, std::ios_base::openmode mode) override {
-        return seekoff(off_type(position), std::ios_base::beg, mode);
-    }
+
+    private:
+        pos_type seekoff(off_type offset, std::ios_base::seekdir direction, std::ios_base::openmode) override {
+            const off_type base = direction == std::ios_base::beg   ? 0
+                                  : direction == std::ios_base::cur ? gptr() - eback()
+                                                                    : egptr() - eback();
+            const off_type target = base + offset;
+            if (target < 0 || target > egptr() - eback()) {
+                return pos_type(off_type(-1));
+            }
+            setg(eback(), eback() + target, egptr());
+            return pos_type(target);
+        }
+        pos_type seekpos(pos_type position, std::ios_base::openmode mode) override {
+            return seekoff(off_type(position), std::ios_base::beg, mode);
+        }
+    };
+
+    Buffer buffer_;
 };
 
 } // namespace lightbox

@@ -49,8 +49,8 @@ Setting Reset(const std::shared_ptr<Node>& node, const std::string& path) {
 
 } // namespace
 
-const Reference& ReferenceList::Add(const std::string& path, const std::string& nameSpace, const std::string& name,
-                                    bool deferred) {
+const Reference& ReferenceList::Add(const std::string& path, const std::string& nameSpace,
+                                    const std::string& name, bool deferred) {
     CheckNotCircular(path);
     const FileReader* reader = host_.files().reader();
     Reference reference;
@@ -59,7 +59,8 @@ const Reference& ReferenceList::Add(const std::string& path, const std::string& 
     if (reader && reader->source().mode == FileReader::Mode::Reference) {
         reference.parent = reader->source().reference;
     }
-    const std::string outer = reader && !reader->source().nameSpace.empty() ? reader->source().nameSpace + ":" : "";
+    const std::string outer =
+        reader && !reader->source().nameSpace.empty() ? reader->source().nameSpace + ":" : "";
     reference.nameSpace = FreeNamespace(outer + nameSpace);
     reference.name = FreeName(name.empty() ? reference.nameSpace + "RN" : outer + name);
     references_.push_back(reference);
@@ -146,7 +147,8 @@ void ReferenceList::RemoveNodes(const std::string& name) {
     Scene& scene = host_.scene();
     host_.undo().Flush();
     std::vector<std::shared_ptr<Node>> nodes = NodesOf(name);
-    // Children are younger than their parents in a file, so the last goes first. What the user put below them stays.
+    // Children are younger than their parents in a file, so the last goes first. What the user put below them
+    // stays.
     for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
         if (auto* dag = dynamic_cast<DagNode*>(node->get())) {
             const std::vector<DagNode*> children = dag->Children();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "formats/Setting.h"
-
 #include "scene/Connections.h"
 #include "scene/Node.h"
 
@@ -35,16 +34,19 @@ struct ReferenceEdit {
     std::vector<Setting> settings;
 };
 
-/// The files that a scene references. Their nodes are in the scene but not of it: a saved scene holds only where the
-/// file is and what was changed about its nodes, and the nodes are read again when the scene is opened.
+/// The files that a scene references. Their nodes are in the scene but not of it: a saved scene holds only
+/// where the file is and what was changed about its nodes, and the nodes are read again when the scene is
+/// opened.
 class ReferenceList {
 public:
     explicit ReferenceList(Host& host)
         : host_(host) {}
 
-    /// References a file and reads it. Names that are taken get a number. A missing or unreadable file is reported and
-    /// leaves an unloaded reference. Throws FileError for a file that references itself, through others or directly.
-    const Reference& Add(const std::string& path, const std::string& nameSpace, const std::string& name, bool deferred);
+    /// References a file and reads it. Names that are taken get a number. A missing or unreadable file is
+    /// reported and leaves an unloaded reference. Throws FileError for a file that references itself, through
+    /// others or directly.
+    const Reference& Add(const std::string& path, const std::string& nameSpace, const std::string& name,
+                         bool deferred);
     void Load(const std::string& name);
     /// Takes the nodes out of the scene, and keeps the reference.
     void Unload(const std::string& name);
@@ -83,7 +85,7 @@ private:
     Host& host_;
     std::vector<Reference> references_;
     std::map<std::uint64_t, Baseline> baselines_; ///< by the node's serial
-    std::map<Plug, Plug> connections_; ///< those that came from references: destination, source
+    std::map<Plug, Plug> connections_;            ///< those that came from references: destination, source
 };
 
 } // namespace lightbox

@@ -99,7 +99,8 @@ void SceneContent::CollectConnections(Host& host) {
         return ends.count(plug.node.get()) > 0 || (isWhole && !plug.node->reference.empty());
     };
     for (const Connection& connection : host.scene().connections().All()) {
-        const bool isBetweenDefaults = connection.source.node->isDefault && connection.destination.node->isDefault;
+        const bool isBetweenDefaults =
+            connection.source.node->isDefault && connection.destination.node->isDefault;
         if (isEnd(connection.source) && isEnd(connection.destination) && !isBetweenDefaults &&
             !host.files().references().IsFromFile(connection)) {
             connections.push_back(connection);
@@ -142,8 +143,8 @@ void SceneContent::CollectRequirements(Host& host) {
 
 std::string SceneContent::ConfigurationScript(Host& host) {
     const Timeline& time = host.time();
-    return "playbackOptions -min " + DecimalText(time.MinTime()) + " -max " + DecimalText(time.MaxTime()) + " -ast " +
-           DecimalText(time.AnimationStart()) + " -aet " + DecimalText(time.AnimationEnd()) + " ";
+    return "playbackOptions -min " + DecimalText(time.MinTime()) + " -max " + DecimalText(time.MaxTime()) +
+           " -ast " + DecimalText(time.AnimationStart()) + " -aet " + DecimalText(time.AnimationEnd()) + " ";
 }
 
 std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(Host& host) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "formats/ReferenceList.h"
-
 #include "scene/Connections.h"
 #include "scene/Node.h"
 
@@ -44,7 +43,8 @@ public:
     std::vector<Connection> connections;
 
 private:
-    void Require(Host& host, const std::string& plugin, const std::string& nodeType, const std::string& dataType);
+    void Require(Host& host, const std::string& plugin, const std::string& nodeType,
+                 const std::string& dataType);
     void CollectRequirements(Host& host);
     void CollectConnections(Host& host);
 };

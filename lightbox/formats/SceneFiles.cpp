@@ -38,7 +38,8 @@ std::string ReadBytes(const std::string& path) {
     }
     if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
         throw FileError("Could not read \"" + path + "\": " +
-                        (info.isFile() ? file.errorString().toStdString() : std::string("it is not a file")) + ".");
+                        (info.isFile() ? file.errorString().toStdString() : std::string("it is not a file")) +
+                        ".");
     }
     std::string bytes(static_cast<std::size_t>(file.size()), '\0');
     const qint64 count = file.read(bytes.data(), static_cast<qint64>(bytes.size()));
@@ -105,7 +106,8 @@ const std::string& SceneFiles::Rename(const std::string& path) {
     const std::string suffix = info.suffix().toLower().toStdString();
     const bool isKnown = suffix == ASCII_SUFFIX || suffix == BINARY_SUFFIX;
     format_ = FormatOf(path, format_);
-    const std::string name = AbsolutePath(path) + (isKnown ? std::string() : std::string(".") + SuffixOf(format_));
+    const std::string name =
+        AbsolutePath(path) + (isKnown ? std::string() : std::string(".") + SuffixOf(format_));
     if (name != sceneName_) {
         sceneName_ = name;
         hasFaults_ = false;
@@ -128,7 +130,8 @@ bool SceneFiles::Running(FileOperation operation) const {
 }
 
 bool SceneFiles::IsReading() const {
-    return Running(FileOperation::Open) || Running(FileOperation::Import) || Running(FileOperation::Reference);
+    return Running(FileOperation::Open) || Running(FileOperation::Import) ||
+           Running(FileOperation::Reference);
 }
 
 bool SceneFiles::IsWriting() const {
@@ -219,9 +222,10 @@ void SceneFiles::Save(bool force) {
         throw FileError("No file name specified.");
     }
     if (hasFaults_ && !force) {
-        throw FileError("\"" + sceneName_ +
-                        "\" was read with errors, so that saving would lose what could not be read. Save under "
-                        "another name, or force it.");
+        throw FileError(
+            "\"" + sceneName_ +
+            "\" was read with errors, so that saving would lose what could not be read. Save under "
+            "another name, or force it.");
     }
     if (!operations_.empty()) {
         throw FileError("The scene cannot be saved while a file is being read or written.");
@@ -251,14 +255,15 @@ std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, c
     return reader.NewNodes();
 }
 
-std::string SceneFiles::AddReference(const std::string& path, const std::string& nameSpace, const std::string& name,
-                                     bool deferred) {
+std::string SceneFiles::AddReference(const std::string& path, const std::string& nameSpace,
+                                     const std::string& name, bool deferred) {
     const std::string file = FindFile(path);
     if (!QFileInfo(QString::fromStdString(file)).isFile()) {
         throw FileError("Reference file not found: " + file);
     }
     const std::string base = QFileInfo(QString::fromStdString(file)).completeBaseName().toStdString();
-    const std::string added = references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
+    const std::string added =
+        references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
     isForcedModified_ = true;
     return added;
 }

@@ -3,7 +3,6 @@
 #include "formats/FileError.h"
 #include "formats/FileOperation.h"
 #include "formats/SceneFormat.h"
-
 #include "scene/Node.h"
 
 #include <cstdint>
@@ -20,12 +19,13 @@ class KeptContent;
 class ReferenceList;
 class SceneContent;
 
-/// The scene as a document: its file, its format, whether it has changed, and new, open, save, import, reference and
-/// export. Every operation fires its events and sets the flags of MFileIO while it runs.
+/// The scene as a document: its file, its format, whether it has changed, and new, open, save, import,
+/// reference and export. Every operation fires its events and sets the flags of MFileIO while it runs.
 ///
-/// A file that cannot be opened, or that is no scene at all, leaves the scene as it was. A scene file with a fault
-/// inside keeps everything that could be read, as Maya does; each fault is reported with file and line, the call ends
-/// with a FileError, and Save() then refuses to write over that file until it is forced or the scene renamed.
+/// A file that cannot be opened, or that is no scene at all, leaves the scene as it was. A scene file with a
+/// fault inside keeps everything that could be read, as Maya does; each fault is reported with file and line,
+/// the call ends with a FileError, and Save() then refuses to write over that file until it is forced or the
+/// scene renamed.
 class SceneFiles {
 public:
     explicit SceneFiles(Host& host);
@@ -35,8 +35,8 @@ public:
 
     /// The scene's file: an absolute path, or empty for an untitled scene.
     const std::string& SceneName() const { return sceneName_; }
-    /// Gives the scene another file name without writing. A relative name is taken from the current folder, a name
-    /// without a suffix gets that of the format, a known suffix sets the format. Answers the whole path.
+    /// Gives the scene another file name without writing. A relative name is taken from the current folder, a
+    /// name without a suffix gets that of the format, a known suffix sets the format. Answers the whole path.
     const std::string& Rename(const std::string& path);
     SceneFormat Format() const { return format_; }
     void SetFormat(SceneFormat format) { format_ = format; }
@@ -45,21 +45,24 @@ public:
     bool IsModified() const;
     void SetModified(bool modified);
 
-    /// Empties the scene and makes the default nodes. Throws FileError when there are unsaved changes and not `force`,
-    /// as Open() does.
+    /// Empties the scene and makes the default nodes. Throws FileError when there are unsaved changes and not
+    /// `force`, as Open() does.
     void New(bool force);
     void Open(const std::string& path, bool force);
     /// Writes to the scene's own file. `force` writes also over a file that was read with faults.
     void Save(bool force);
-    /// Adds the content of another scene; this is not on the undo queue. With a namespace the new nodes go into it;
-    /// without, names that clash are prefixed with the file's base name. Answers the new nodes.
+    /// Adds the content of another scene; this is not on the undo queue. With a namespace the new nodes go
+    /// into it; without, names that clash are prefixed with the file's base name. Answers the new nodes.
     std::vector<std::shared_ptr<Node>> Import(const std::string& path, const std::string& nameSpace);
-    /// References a file; answers the name of the reference. An empty namespace stands for the file's base name.
+    /// References a file; answers the name of the reference. An empty namespace stands for the file's base
+    /// name.
     std::string AddReference(const std::string& path, const std::string& nameSpace, const std::string& name,
                              bool deferred);
-    /// Writes the whole scene, or some nodes and what lies below them, to another file; the scene keeps its name.
+    /// Writes the whole scene, or some nodes and what lies below them, to another file; the scene keeps its
+    /// name.
     void ExportAll(const std::string& path, SceneFormat format);
-    void ExportNodes(const std::string& path, SceneFormat format, const std::vector<std::shared_ptr<Node>>& nodes);
+    void ExportNodes(const std::string& path, SceneFormat format,
+                     const std::vector<std::shared_ptr<Node>>& nodes);
 
     ReferenceList& references() const { return *references_; }
     /// What was read from files but has no meaning here, kept to be written back.
@@ -85,7 +88,8 @@ public:
     static const char* FormatName(SceneFormat format);
     /// False for the name of a format that cannot be written.
     static bool ParseFormatName(const std::string& name, SceneFormat& format);
-    /// The path as an absolute one, "~" resolved; where there is no such file, with the suffix of a scene that is there.
+    /// The path as an absolute one, "~" resolved; where there is no such file, with the suffix of a scene
+    /// that is there.
     static std::string FindFile(const std::string& path);
     static std::string AbsolutePath(const std::string& path);
 

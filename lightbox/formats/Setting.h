@@ -9,7 +9,8 @@ namespace lightbox {
 
 class DataValue;
 
-/// One `setAttr` of a scene file: the flags and the value of a plug, in a form that no file format shows through.
+/// One `setAttr` of a scene file: the flags and the value of a plug, in a form that no file format shows
+/// through.
 struct Setting {
     /// The plug below its node, with indexes and ranges: "tx", "w[3]", "ktv[0:4]".
     std::string path;
@@ -29,7 +30,8 @@ struct Setting {
     std::shared_ptr<DataValue> data;
 };
 
-/// How many numbers a value of one of setAttr's numeric types has ("double3": 3, "matrix": 16); 0 for other types.
+/// How many numbers a value of one of setAttr's numeric types has ("double3": 3, "matrix": 16); 0 for other
+/// types.
 int NumberCountOfType(const std::string& type);
 /// How many numbers one item of a counted type has ("doubleArray": 1, "vectorArray": 3); 0 for other types.
 int NumbersPerItemOfType(const std::string& type);

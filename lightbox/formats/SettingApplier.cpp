@@ -47,7 +47,8 @@ std::vector<PathPart> SplitPath(const std::string& path) {
             const std::string_view range = text.substr(bracket + 1, text.size() - bracket - 2);
             const std::size_t colon = range.find(':');
             part.first = ReadIndex(range.substr(0, colon), path);
-            part.last = colon == std::string_view::npos ? part.first : ReadIndex(range.substr(colon + 1), path);
+            part.last =
+                colon == std::string_view::npos ? part.first : ReadIndex(range.substr(colon + 1), path);
         }
         if (part.name.empty() || part.last < part.first) {
             FailPath(path);
@@ -110,8 +111,9 @@ void SettingApplier::Apply(const std::shared_ptr<Node>& node, const Setting& set
         SetFlags(plug, setting, true);
     }
     if (setting.hasValue) {
-        const bool isNumbers = setting.type.empty() || (NumberCountOfType(setting.type) > 0 &&
-                                                        plugs.front().attribute->Kind() != AttributeKind::Matrix);
+        const bool isNumbers =
+            setting.type.empty() ||
+            (NumberCountOfType(setting.type) > 0 && plugs.front().attribute->Kind() != AttributeKind::Matrix);
         if (isNumbers) {
             SetNumbers(plugs, setting);
         } else if (plugs.size() == 1) {
@@ -153,8 +155,9 @@ void SettingApplier::SetNumbers(const std::vector<Plug>& plugs, const Setting& s
         targets.insert(targets.end(), below.begin(), below.end());
     }
     if (targets.size() != setting.numbers.size()) {
-        throw SceneError("The attribute '" + plugs.front().Name() + "' takes " + std::to_string(targets.size()) +
-                         " values; " + std::to_string(setting.numbers.size()) + " were given.");
+        throw SceneError("The attribute '" + plugs.front().Name() + "' takes " +
+                         std::to_string(targets.size()) + " values; " +
+                         std::to_string(setting.numbers.size()) + " were given.");
     }
     if (plugs.size() == 1 && plugs.front().attribute->IsNumericCompound()) {
         Store(plugs.front(), setting.numbers);

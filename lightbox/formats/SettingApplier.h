@@ -1,7 +1,6 @@
 #pragma once
 
 #include "formats/Setting.h"
-
 #include "scene/Edit.h"
 #include "scene/Plug.h"
 #include "scene/SceneError.h"
@@ -23,8 +22,8 @@ public:
 /// Puts a setting onto a node.
 class SettingApplier {
 public:
-    /// How the scene is changed: as an edit that can be undone and that locks and connections refuse, or as part of
-    /// reading a file, where what is stored goes in whatever is locked.
+    /// How the scene is changed: as an edit that can be undone and that locks and connections refuse, or as
+    /// part of reading a file, where what is stored goes in whatever is locked.
     enum class Manner { Edit, Read };
 
     SettingApplier(Host& host, Manner manner)
@@ -34,8 +33,8 @@ public:
     /// Throws SceneError; the plugs that were set before the fault stay set.
     void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
 
-    /// The plugs that a path stands for, one or those of a range; UnknownAttributeError when there are none. A range is
-    /// never longer than `longestRange`.
+    /// The plugs that a path stands for, one or those of a range; UnknownAttributeError when there are none.
+    /// A range is never longer than `longestRange`.
     static std::vector<Plug> Resolve(const std::shared_ptr<Node>& node, const std::string& path,
                                      std::size_t longestRange);
 

@@ -30,7 +30,8 @@ void SettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute) {
     const std::vector<int> elements = node_->Elements(*attribute);
     std::size_t first = 0;
     while (first < elements.size()) {
-        // Neighbours that are plain numbers share one statement, as arrays of keys would be endless otherwise.
+        // Neighbours that are plain numbers share one statement, as arrays of keys would be endless
+        // otherwise.
         Setting run = Begin(attribute, elements[first]);
         std::size_t last = first;
         bool anySet = false;
@@ -44,8 +45,8 @@ void SettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute) {
             ++first;
             continue;
         }
-        run.path = Plug(node_, attribute).AttributeName(false) + "[" + std::to_string(elements[first]) +
-                   ":" + std::to_string(elements[last - 1]) + "]";
+        run.path = Plug(node_, attribute).AttributeName(false) + "[" + std::to_string(elements[first]) + ":" +
+                   std::to_string(elements[last - 1]) + "]";
         run.size = static_cast<unsigned>(last - first);
         run.hasValue = true;
         run.isBoolean = attribute->Kind() == AttributeKind::Bool;

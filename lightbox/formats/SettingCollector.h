@@ -1,15 +1,14 @@
 #pragma once
 
 #include "formats/Setting.h"
-
 #include "scene/Plug.h"
 
 #include <vector>
 
 namespace lightbox {
 
-/// Finds what has to be written down of a node so that a new node of its type becomes the same: values that differ from
-/// their default, and flags that differ from the attribute's.
+/// Finds what has to be written down of a node so that a new node of its type becomes the same: values that
+/// differ from their default, and flags that differ from the attribute's.
 class SettingCollector {
 public:
     static std::vector<Setting> Collect(const std::shared_ptr<Node>& node);

@@ -35,7 +35,8 @@ bool UnknownNodes::HasTypeOf(const Node& node, const Plugin& plugin) const {
 bool UnknownNodes::HasDataOf(const Node& node, const Plugin& plugin) const {
     const auto& attributes = node.DynamicAttributes();
     return std::any_of(attributes.begin(), attributes.end(), [&](const auto& attribute) {
-        return attribute->Kind() == AttributeKind::PluginData && Holds(plugin.dataTypes, attribute->dataTypeName);
+        return attribute->Kind() == AttributeKind::PluginData &&
+               Holds(plugin.dataTypes, attribute->dataTypeName);
     });
 }
 
@@ -80,7 +81,8 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
     const std::vector<std::shared_ptr<Attribute>> attributes = node->DynamicAttributes();
     auto& kept = host_.files().kept().Of(*node).statements;
     for (const auto& attribute : attributes) {
-        if (attribute->Kind() != AttributeKind::PluginData || !Holds(plugin.dataTypes, attribute->dataTypeName)) {
+        if (attribute->Kind() != AttributeKind::PluginData ||
+            !Holds(plugin.dataTypes, attribute->dataTypeName)) {
             continue;
         }
         std::ostringstream text;
@@ -145,8 +147,9 @@ void UnknownNodes::Replace(const std::shared_ptr<Node>& node) {
     }
     for (const Connection& connection : place.connections) {
         const auto moved = [&](const Plug& plug) {
-            return plug.node == node ? Plug(unknown, unknown->FindAttribute(plug.attribute->LongName()), plug.element)
-                                     : plug;
+            return plug.node == node
+                       ? Plug(unknown, unknown->FindAttribute(plug.attribute->LongName()), plug.element)
+                       : plug;
         };
         const Plug source = moved(connection.source);
         const Plug destination = moved(connection.destination);
@@ -154,8 +157,8 @@ void UnknownNodes::Replace(const std::shared_ptr<Node>& node) {
             scene.connections().Add(source, destination);
         } else {
             host_.files().kept().connections.push_back({source.node, connection.source.AttributeName(false),
-                                                        destination.node, connection.destination.AttributeName(false),
-                                                        ""});
+                                                        destination.node,
+                                                        connection.destination.AttributeName(false), ""});
         }
     }
 }

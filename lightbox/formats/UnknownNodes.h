@@ -9,14 +9,15 @@ class Host;
 class Node;
 struct Plugin;
 
-/// Turns what a plug-in brought into the scene into unknown content that keeps everything as text, so that the plug-in
-/// can go and a saved scene still holds it.
+/// Turns what a plug-in brought into the scene into unknown content that keeps everything as text, so that
+/// the plug-in can go and a saved scene still holds it.
 class UnknownNodes {
 public:
     explicit UnknownNodes(Host& host)
         : host_(host) {}
 
-    /// How many nodes of the scene need the plug-in: those of its types, and those with attributes of its data types.
+    /// How many nodes of the scene need the plug-in: those of its types, and those with attributes of its
+    /// data types.
     int CountUsing(const Plugin& plugin) const;
     /// Not on the undo queue; the queue has to be flushed before.
     void Convert(const Plugin& plugin);

@@ -14,8 +14,8 @@
 namespace lightbox::mel {
 namespace {
 
-/// A compound attribute comes in several addAttr calls, its children after it. It is put together here and added to the
-/// node when the last child is there.
+/// A compound attribute comes in several addAttr calls, its children after it. It is put together here and
+/// added to the node when the last child is there.
 class PendingCompounds {
 public:
     /// Takes a compound that still lacks `missing` children.
@@ -23,10 +23,10 @@ public:
         Forget();
         pending_.push_back({node, std::move(attribute), missing});
     }
-    /// Puts a child below its parent; false when no such parent is waiting. `whole` becomes the outermost compound when
-    /// it is complete now.
-    bool AddChild(const std::shared_ptr<Node>& node, const std::string& parent, std::shared_ptr<Attribute> child,
-                  int missingOfChild, std::shared_ptr<Attribute>& whole);
+    /// Puts a child below its parent; false when no such parent is waiting. `whole` becomes the outermost
+    /// compound when it is complete now.
+    bool AddChild(const std::shared_ptr<Node>& node, const std::string& parent,
+                  std::shared_ptr<Attribute> child, int missingOfChild, std::shared_ptr<Attribute>& whole);
 
 private:
     struct Entry {
@@ -153,7 +153,8 @@ std::shared_ptr<Attribute> MakeAttribute(const CommandCall& call, std::string& t
 void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCompounds& pending) {
     std::string type;
     const std::shared_ptr<Attribute> attribute = MakeAttribute(call, type);
-    const int missing = type == "compound" ? call.IntOr("-numberOfChildren", 0) : AttributeFactory::ChildCountOf(type);
+    const int missing =
+        type == "compound" ? call.IntOr("-numberOfChildren", 0) : AttributeFactory::ChildCountOf(type);
     if (attribute->IsCompound() && (missing < 1 || missing > 1000)) {
         call.Fail("A compound attribute needs its number of children (-nc).");
     }
@@ -174,10 +175,11 @@ void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCo
 
 Value Query(CommandCall& call) {
     const Attribute& attribute = *PlugNamed(call, call.Object(0).AsString()).attribute;
-    const std::pair<const char*, std::optional<double>> numbers[] = {{"-minValue", attribute.minimum},
-                                                                     {"-maxValue", attribute.maximum},
-                                                                     {"-softMinValue", attribute.softMinimum},
-                                                                     {"-softMaxValue", attribute.softMaximum}};
+    const std::pair<const char*, std::optional<double>> numbers[] = {
+        {"-minValue", attribute.minimum},
+        {"-maxValue", attribute.maximum},
+        {"-softMinValue", attribute.softMinimum},
+        {"-softMaxValue", attribute.softMaximum}};
     for (const auto& [flag, number] : numbers) {
         if (call.Has(flag)) {
             return number.value_or(0.0);

@@ -107,7 +107,8 @@ Value AttributeQuery(CommandCall& call) {
         return NamesOf(attribute->Children());
     }
     if (call.Has("-listParent")) {
-        return attribute->Parent() ? Value::StringArray{attribute->Parent()->LongName()} : Value::StringArray{};
+        return attribute->Parent() ? Value::StringArray{attribute->Parent()->LongName()}
+                                   : Value::StringArray{};
     }
     if (call.Has("-attributeType")) {
         return attribute->TypeName();
@@ -121,19 +122,20 @@ Value AttributeQuery(CommandCall& call) {
 /// Whether a plug is one that the call asks for.
 bool IsWanted(const CommandCall& call, const Plug& plug) {
     const Attribute& attribute = *plug.attribute;
-    const std::pair<const char*, bool> conditions[] = {{"-keyable", plug.IsKeyable()},
-                                                       {"-locked", plug.IsLocked()},
-                                                       {"-unlocked", !plug.IsLocked()},
-                                                       {"-channelBox", plug.IsInChannelBox()},
-                                                       {"-userDefined", attribute.dynamic},
-                                                       {"-readOnly", attribute.readable && !attribute.writable},
-                                                       {"-read", attribute.readable},
-                                                       {"-write", attribute.writable},
-                                                       {"-connectable", attribute.connectable},
-                                                       {"-visible", !attribute.hidden},
-                                                       {"-settable", plug.WhyNotSettable().empty()},
-                                                       {"-array", attribute.multi},
-                                                       {"-scalar", attribute.IsNumber()}};
+    const std::pair<const char*, bool> conditions[] = {
+        {"-keyable", plug.IsKeyable()},
+        {"-locked", plug.IsLocked()},
+        {"-unlocked", !plug.IsLocked()},
+        {"-channelBox", plug.IsInChannelBox()},
+        {"-userDefined", attribute.dynamic},
+        {"-readOnly", attribute.readable && !attribute.writable},
+        {"-read", attribute.readable},
+        {"-write", attribute.writable},
+        {"-connectable", attribute.connectable},
+        {"-visible", !attribute.hidden},
+        {"-settable", plug.WhyNotSettable().empty()},
+        {"-array", attribute.multi},
+        {"-scalar", attribute.IsNumber()}};
     return std::all_of(std::begin(conditions), std::end(conditions),
                        [&](const auto& condition) { return !call.Has(condition.first) || condition.second; });
 }
@@ -192,25 +194,28 @@ Value ListAttr(CommandCall& call) {
 void RegisterAttributeQueryCommands(CommandRegistry& registry) {
     SyntaxBuilder query;
     const std::pair<const char*, const char*> flags[] = {
-        {"-ex", "-exists"},   {"-k", "-keyable"},      {"-h", "-hidden"},       {"-rd", "-readable"},
-        {"-w", "-writable"},  {"-s", "-storable"},     {"-c", "-connectable"},  {"-ch", "-channelBox"},
-        {"-m", "-multi"},     {"-e", "-enum"},         {"-msg", "-message"},    {"-uac", "-usedAsColor"},
-        {"-mne", "-minExists"}, {"-mxe", "-maxExists"}, {"-re", "-rangeExists"}, {"-min", "-minimum"},
-        {"-max", "-maximum"}, {"-r", "-range"},        {"-ld", "-listDefault"}, {"-le", "-listEnum"},
-        {"-nc", "-numberOfChildren"}, {"-lc", "-listChildren"}, {"-lp", "-listParent"}, {"-at", "-attributeType"},
-        {"-sn", "-shortName"}, {"-ln", "-longName"},   {"-nn", "-niceName"}};
+        {"-ex", "-exists"},       {"-k", "-keyable"},     {"-h", "-hidden"},
+        {"-rd", "-readable"},     {"-w", "-writable"},    {"-s", "-storable"},
+        {"-c", "-connectable"},   {"-ch", "-channelBox"}, {"-m", "-multi"},
+        {"-e", "-enum"},          {"-msg", "-message"},   {"-uac", "-usedAsColor"},
+        {"-mne", "-minExists"},   {"-mxe", "-maxExists"}, {"-re", "-rangeExists"},
+        {"-min", "-minimum"},     {"-max", "-maximum"},   {"-r", "-range"},
+        {"-ld", "-listDefault"},  {"-le", "-listEnum"},   {"-nc", "-numberOfChildren"},
+        {"-lc", "-listChildren"}, {"-lp", "-listParent"}, {"-at", "-attributeType"},
+        {"-sn", "-shortName"},    {"-ln", "-longName"},   {"-nn", "-niceName"}};
     for (const auto& [shortName, longName] : flags) {
         query.Flag(shortName, longName);
     }
-    AddSceneCommand(registry, "attributeQuery",
-                    query.Flag("-n", "-node", MSyntax::kString).Flag("-typ", "-type", MSyntax::kString).Objects(1, 1),
-                    AttributeQuery);
+    AddSceneCommand(
+        registry, "attributeQuery",
+        query.Flag("-n", "-node", MSyntax::kString).Flag("-typ", "-type", MSyntax::kString).Objects(1, 1),
+        AttributeQuery);
     SyntaxBuilder list;
     const std::pair<const char*, const char*> conditions[] = {
-        {"-k", "-keyable"},     {"-l", "-locked"},  {"-u", "-unlocked"},    {"-cb", "-channelBox"},
-        {"-ud", "-userDefined"}, {"-ro", "-readOnly"}, {"-r", "-read"},      {"-w", "-write"},
-        {"-c", "-connectable"}, {"-v", "-visible"}, {"-se", "-settable"},   {"-a", "-array"},
-        {"-s", "-scalar"},      {"-sn", "-shortNames"}, {"-m", "-multi"}};
+        {"-k", "-keyable"},      {"-l", "-locked"},      {"-u", "-unlocked"},  {"-cb", "-channelBox"},
+        {"-ud", "-userDefined"}, {"-ro", "-readOnly"},   {"-r", "-read"},      {"-w", "-write"},
+        {"-c", "-connectable"},  {"-v", "-visible"},     {"-se", "-settable"}, {"-a", "-array"},
+        {"-s", "-scalar"},       {"-sn", "-shortNames"}, {"-m", "-multi"}};
     for (const auto& [shortName, longName] : conditions) {
         list.Flag(shortName, longName);
     }

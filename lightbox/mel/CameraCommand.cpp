@@ -56,7 +56,8 @@ Plug PlugOf(const std::shared_ptr<Node>& node, const char* attribute) {
     return Plug(node, node->FindAttribute(attribute));
 }
 
-void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transform, const std::shared_ptr<Node>& shape) {
+void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transform,
+                   const std::shared_ptr<Node>& shape) {
     Host& host = call.GetHost();
     for (const Property& property : PROPERTIES) {
         if (call.Has(property.longName)) {
@@ -75,7 +76,8 @@ void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transfo
         }
         edit::SetPlug(host, PlugOf(shape, "filmFit"), static_cast<double>(fit));
     }
-    const std::pair<const char*, const char*> placements[] = {{"-position", "translate"}, {"-rotation", "rotate"}};
+    const std::pair<const char*, const char*> placements[] = {{"-position", "translate"},
+                                                              {"-rotation", "rotate"}};
     for (const auto& [flag, attribute] : placements) {
         if (call.Has(flag)) {
             edit::SetPlug(host, PlugOf(transform, attribute),
@@ -84,7 +86,8 @@ void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transfo
     }
 }
 
-Value Query(const CommandCall& call, const std::shared_ptr<Node>& transform, const std::shared_ptr<Node>& shape) {
+Value Query(const CommandCall& call, const std::shared_ptr<Node>& transform,
+            const std::shared_ptr<Node>& shape) {
     for (const Property& property : PROPERTIES) {
         if (call.Has(property.longName)) {
             const double value = PlugOf(shape, property.attribute).Number();
@@ -95,9 +98,11 @@ Value Query(const CommandCall& call, const std::shared_ptr<Node>& transform, con
         return FILM_FITS[static_cast<int>(PlugOf(shape, "filmFit").Number()) & 3];
     }
     if (call.Has("-aspectRatio")) {
-        return PlugOf(shape, "horizontalFilmAperture").Number() / PlugOf(shape, "verticalFilmAperture").Number();
+        return PlugOf(shape, "horizontalFilmAperture").Number() /
+               PlugOf(shape, "verticalFilmAperture").Number();
     }
-    for (const auto& [flag, attribute] : {std::pair("-position", "translate"), std::pair("-rotation", "rotate")}) {
+    for (const auto& [flag, attribute] :
+         {std::pair("-position", "translate"), std::pair("-rotation", "rotate")}) {
         if (call.Has(flag)) {
             return std::get<std::vector<double>>(PlugOf(transform, attribute).Get());
         }
@@ -154,7 +159,8 @@ Value Camera(CommandCall& call) {
     if (call.Objects().empty() && selected.empty()) {
         call.Fail("No camera was specified.");
     }
-    const std::string name = call.Objects().empty() ? ShownName(*selected.front()) : call.Object(0).AsString();
+    const std::string name =
+        call.Objects().empty() ? ShownName(*selected.front()) : call.Object(0).AsString();
     const std::shared_ptr<DagNode> shape = ShapeOf(call, name);
     const std::shared_ptr<Node> transform = shape->Parent()->Shared();
     if (call.IsQuery()) {

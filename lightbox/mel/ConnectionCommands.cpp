@@ -168,8 +168,8 @@ void RegisterConnectionCommands(CommandRegistry& registry) {
                     ConnectAttr);
     AddSceneCommand(registry, "disconnectAttr", SyntaxBuilder().Flag("-na", "-nextAvailable").Objects(2, 2),
                     DisconnectAttr);
-    AddSceneCommand(registry, "isConnected", SyntaxBuilder().Flag("-iuc", "-ignoreUnitConversion").Objects(2, 2),
-                    IsConnected);
+    AddSceneCommand(registry, "isConnected",
+                    SyntaxBuilder().Flag("-iuc", "-ignoreUnitConversion").Objects(2, 2), IsConnected);
     AddSceneCommand(registry, "listConnections",
                     SyntaxBuilder()
                         .Flag("-s", "-source", MSyntax::kBoolean)

@@ -22,7 +22,8 @@ std::shared_ptr<DagNode> AsDag(const CommandCall& call, const std::shared_ptr<No
 
 Value Parent(CommandCall& call) {
     if (FileReader* reader = ReaderOf(call); reader && call.Has("-addObject")) {
-        reader->KeepForFile("instance", "Instances are not supported; the statements that make them are kept.");
+        reader->KeepForFile("instance",
+                            "Instances are not supported; the statements that make them are kept.");
         return {};
     }
     if (call.Has("-addObject")) {
@@ -63,8 +64,8 @@ Value Group(CommandCall& call) {
             parent = std::static_pointer_cast<DagNode>(common->Shared());
         }
     }
-    const std::shared_ptr<Node> group =
-        edit::CreateNode(host, "transform", call.StringOr("-name", isEmpty ? "null1" : "group1"), parent.get());
+    const std::shared_ptr<Node> group = edit::CreateNode(
+        host, "transform", call.StringOr("-name", isEmpty ? "null1" : "group1"), parent.get());
     for (const std::shared_ptr<Node>& node : nodes) {
         edit::Reparent(host, *AsDag(call, node), static_cast<DagNode*>(group.get()));
     }

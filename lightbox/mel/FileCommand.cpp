@@ -82,7 +82,8 @@ Value Query(const CommandCall& call) {
         return files.IsModified();
     }
     if (call.Has("-type")) {
-        const std::string path = call.Objects().empty() ? files.SceneName() : SceneFiles::FindFile(PathArgument(call));
+        const std::string path =
+            call.Objects().empty() ? files.SceneName() : SceneFiles::FindFile(PathArgument(call));
         return Value::StringArray{SceneFiles::FormatName(SceneFiles::FormatOf(path, files.Format()))};
     }
     if (call.Has("-exists")) {
@@ -149,8 +150,8 @@ Value ReferenceInFile(const CommandCall& call, const FileReader& reader) {
     const bool isDeferred = call.Has("-deferReference") && call.Bool("-deferReference");
     return Files(call)
         .references()
-        .Add(SceneFiles::FindFile(file), call.StringOr("-namespace", base), call.StringOr("-referenceNode", ""),
-             isDeferred)
+        .Add(SceneFiles::FindFile(file), call.StringOr("-namespace", base),
+             call.StringOr("-referenceNode", ""), isDeferred)
         .name;
 }
 

@@ -25,6 +25,9 @@ struct RunOptions {
     /// Each statement is parsed when the one before it has run, so that a huge file needs little memory;
     /// otherwise the whole text is parsed first and a syntax error means that nothing has run.
     bool streamed = false;
+    /// Asked before each statement of a streamed run, when given, with the statement as it stands in the text
+    /// and all the text before it: false passes it over.
+    std::function<bool(std::string_view statement, std::string_view before)> beforeStatement;
     /// Asked after each statement that failed, when given: true goes on with the next statement, false
     /// throws. Without it the first error is thrown.
     std::function<bool(const Error&)> onError;

@@ -32,7 +32,8 @@ const Filter FILTERS[] = {
     {"-ca", "-cameras", [](const Node& node) { return node.Type().IsA("camera"); }},
     {"-s", "-shapes", [](const Node& node) { return node.Type().IsShape(); }},
     {"-tr", "-transforms", [](const Node& node) { return node.Type().IsTransform(); }},
-    {"-g", "-geometry", [](const Node& node) { return node.Type().IsA("geometryShape") || node.Type().IsA("unknownDag"); }},
+    {"-g", "-geometry",
+     [](const Node& node) { return node.Type().IsA("geometryShape") || node.Type().IsA("unknownDag"); }},
     {"-lt", "-lights", [](const Node& node) { return node.Type().IsA("light"); }},
     {"-mat", "-materials", [](const Node& node) { return node.Type().IsA("lambert"); }},
     {"-set", "-sets", [](const Node& node) { return node.Type().IsA("objectSet"); }},
@@ -65,7 +66,8 @@ bool MatchesAnyType(const CommandCall& call, const Node& node, const char* flag,
 /// Whether the node passes what was asked for. Several kinds add up, exclusions take away.
 bool Passes(const CommandCall& call, const Node& node) {
     bool isAnythingAsked = call.Has("-type") || call.Has("-exactType");
-    bool passes = MatchesAnyType(call, node, "-type", false) || MatchesAnyType(call, node, "-exactType", true);
+    bool passes =
+        MatchesAnyType(call, node, "-type", false) || MatchesAnyType(call, node, "-exactType", true);
     for (const Filter& filter : FILTERS) {
         if (call.Has(filter.longName)) {
             isAnythingAsked = true;
@@ -156,7 +158,8 @@ Value List(CommandCall& call) {
         }
     }
     if (call.Has("-head")) {
-        nodes.resize(std::min<std::size_t>(nodes.size(), static_cast<std::size_t>(std::max(0, call.Int("-head")))));
+        nodes.resize(
+            std::min<std::size_t>(nodes.size(), static_cast<std::size_t>(std::max(0, call.Int("-head")))));
     } else if (call.Has("-tail")) {
         const auto count =
             std::min<std::size_t>(nodes.size(), static_cast<std::size_t>(std::max(0, call.Int("-tail"))));

@@ -10,7 +10,8 @@
 namespace lightbox::mel {
 namespace {
 
-/// The full name of a namespace without the root's colon, seen from the current one unless it begins with a colon.
+/// The full name of a namespace without the root's colon, seen from the current one unless it begins with a
+/// colon.
 std::string FullName(const Scene& scene, const std::string& given) {
     if (!given.empty() && given[0] == ':') {
         return given.substr(1);
@@ -21,7 +22,8 @@ std::string FullName(const Scene& scene, const std::string& given) {
 /// What lies in a namespace and, with `deep`, in those below it.
 bool IsIn(const std::string& nameSpace, const std::string& name, bool isDeep) {
     const std::string own = Scene::NamespaceOf(name);
-    return own == nameSpace || (isDeep && (nameSpace.empty() || own.compare(0, nameSpace.size() + 1, nameSpace + ":") == 0));
+    return own == nameSpace ||
+           (isDeep && (nameSpace.empty() || own.compare(0, nameSpace.size() + 1, nameSpace + ":") == 0));
 }
 
 void SetCurrent(Host& host, const std::string& name) {
@@ -42,8 +44,9 @@ Value Namespace(CommandCall& call) {
     if (call.Has("-add")) {
         const std::string given = call.String("-add");
         const std::string parent = call.StringOr("-parent", "");
-        const std::string name =
-            parent.empty() ? FullName(scene, given) : FullName(scene, parent == ":" ? ":" + given : parent + ":" + given);
+        const std::string name = parent.empty()
+                                     ? FullName(scene, given)
+                                     : FullName(scene, parent == ":" ? ":" + given : parent + ":" + given);
         edit::AddNamespace(host, name);
         return name;
     }
@@ -91,7 +94,8 @@ Value NamespaceInfo(CommandCall& call) {
         }
     }
     if (call.Has("-absoluteName")) {
-        std::transform(names.begin(), names.end(), names.begin(), [](const std::string& name) { return ":" + name; });
+        std::transform(names.begin(), names.end(), names.begin(),
+                       [](const std::string& name) { return ":" + name; });
     }
     return names;
 }

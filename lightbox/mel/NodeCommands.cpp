@@ -60,8 +60,9 @@ Value Rename(CommandCall& call) {
     const std::vector<std::string> names = call.ObjectNames();
     if (call.Has("-uuid")) {
         const std::shared_ptr<Node> node =
-            names.size() > 1 ? NodeNamed(call, names.front())
-                             : (ReaderOf(call) ? ReaderOf(call)->Current() : ObjectsOrSelection(call).front());
+            names.size() > 1
+                ? NodeNamed(call, names.front())
+                : (ReaderOf(call) ? ReaderOf(call)->Current() : ObjectsOrSelection(call).front());
         if (node && !(ReaderOf(call) && ReaderOf(call)->IsForeign(*node))) {
             node->SetUuid(names.back());
         }
@@ -160,7 +161,8 @@ Value DuplicateNodes(CommandCall& call) {
             dag = dag->Parent();
         }
         const std::shared_ptr<Node> original = dag ? dag->Shared() : node;
-        copies.push_back(Duplicate(host, original, call.StringOr("-name", original->Name()), dag ? dag->Parent() : nullptr));
+        copies.push_back(Duplicate(host, original, call.StringOr("-name", original->Name()),
+                                   dag ? dag->Parent() : nullptr));
     }
     edit::Select(host, copies);
     return ShownNames(copies);

@@ -36,6 +36,7 @@ bool Parser::ParseNext(Program& program) {
     if (lexer_.AtEnd()) {
         return false;
     }
+    program.begin = lexer_.Position();
     program.statements.push_back(ParseStatement());
     program.ends.push_back(lexer_.RawPosition());
     program.variableCount = variables_.SlotCount();

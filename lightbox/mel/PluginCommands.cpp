@@ -1,3 +1,4 @@
+#include "mel/Interpreter.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
@@ -89,23 +90,31 @@ Value Quit(CommandCall& call) {
 
 void RegisterPluginCommands(CommandRegistry& registry) {
     AddSceneCommand(registry, "loadPlugin",
-                    SyntaxBuilder().Flag("-qt", "-quiet").Flag("-n", "-name", MSyntax::kString).Objects(1), LoadPlugin);
+                    SyntaxBuilder().Flag("-qt", "-quiet").Flag("-n", "-name", MSyntax::kString).Objects(1),
+                    LoadPlugin);
     AddSceneCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
     SyntaxBuilder info;
-    for (const auto& [shortName, longName] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"-l", "-loaded"},   {"-r", "-registered"}, {"-n", "-name"},  {"-p", "-path"},
-             {"-vd", "-vendor"},  {"-v", "-version"},    {"-av", "-apiVersion"}, {"-c", "-command"},
-             {"-t", "-tool"},     {"-d", "-data"},       {"-dn", "-dependNode"}, {"-a", "-autoload"},
-             {"-ls", "-listPlugins"}}) {
+    for (const auto& [shortName, longName] :
+         std::initializer_list<std::pair<const char*, const char*>>{{"-l", "-loaded"},
+                                                                    {"-r", "-registered"},
+                                                                    {"-n", "-name"},
+                                                                    {"-p", "-path"},
+                                                                    {"-vd", "-vendor"},
+                                                                    {"-v", "-version"},
+                                                                    {"-av", "-apiVersion"},
+                                                                    {"-c", "-command"},
+                                                                    {"-t", "-tool"},
+                                                                    {"-d", "-data"},
+                                                                    {"-dn", "-dependNode"},
+                                                                    {"-a", "-autoload"},
+                                                                    {"-ls", "-listPlugins"}}) {
         info.Flag(shortName, longName);
     }
     AddSceneCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
-    AddSceneCommand(registry, "quit",
-                    SyntaxBuilder()
-                        .Flag("-f", "-force")
-                        .Flag("-a", "-abort")
-                        .Flag("-ec", "-exitCode", MSyntax::kLong),
-                    Quit);
+    AddSceneCommand(
+        registry, "quit",
+        SyntaxBuilder().Flag("-f", "-force").Flag("-a", "-abort").Flag("-ec", "-exitCode", MSyntax::kLong),
+        Quit);
 }
 
 } // namespace lightbox::mel

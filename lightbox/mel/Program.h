@@ -4,6 +4,7 @@
 #include "mel/SourceText.h"
 #include "mel/Statement.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -15,6 +16,8 @@ struct Program {
     StatementList statements;
     /// Where each of them ends in the text.
     std::vector<std::uint32_t> ends;
+    /// Where the first begins.
+    std::uint32_t begin = 0;
     /// Local variables of its blocks.
     int variableCount = 0;
     /// Every procedure it defines; they are known before its first statement runs.

@@ -35,7 +35,8 @@ void AddSceneCommand(CommandRegistry& registry, const std::string& name, const M
     registry.Register(name, syntax, Guarded(std::move(function)));
 }
 
-void AddRawSceneCommand(CommandRegistry& registry, const std::string& name, CommandRegistry::Function function) {
+void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
+                        CommandRegistry::Function function) {
     registry.RegisterRaw(name, 0, ~0u, Guarded(std::move(function)));
 }
 
@@ -52,7 +53,8 @@ std::shared_ptr<Node> NodeNamed(const CommandCall& call, const std::string& name
     }
     const NodeList nodes = call.GetHost().scene().FindAll(name);
     if (nodes.size() != 1) {
-        call.Fail((nodes.empty() ? "No object matches name: " : "More than one object matches name: ") + name);
+        call.Fail((nodes.empty() ? "No object matches name: " : "More than one object matches name: ") +
+                  name);
     }
     return nodes.front();
 }
@@ -110,7 +112,9 @@ std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& tex
     }
     const FileReader* reader = ReaderOf(call);
     const NodeList& selected = call.GetHost().scene().selection().Get();
-    const std::shared_ptr<Node> node = reader ? reader->Current() : selected.empty() ? nullptr : selected.front();
+    const std::shared_ptr<Node> node = reader             ? reader->Current()
+                                       : selected.empty() ? nullptr
+                                                          : selected.front();
     if (!node) {
         call.Fail("No object matches name: " + text);
     }

@@ -22,12 +22,14 @@ using NodeList = std::vector<std::shared_ptr<Node>>;
 void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
                      CommandRegistry::Function function);
 /// The same for a command that reads its arguments itself.
-void AddRawSceneCommand(CommandRegistry& registry, const std::string& name, CommandRegistry::Function function);
+void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
+                        CommandRegistry::Function function);
 
 /// The reader whose file the call stands in; null outside scene files.
 FileReader* ReaderOf(const CommandCall& call);
 
-/// The one node of a name or path, as the file that is being read names it. Fails when there is none or more than one.
+/// The one node of a name or path, as the file that is being read names it. Fails when there is none or more
+/// than one.
 std::shared_ptr<Node> NodeNamed(const CommandCall& call, const std::string& name);
 std::shared_ptr<DagNode> DagNodeNamed(const CommandCall& call, const std::string& name);
 /// The nodes of names that may hold wildcards. A name that matches nothing fails.

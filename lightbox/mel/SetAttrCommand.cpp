@@ -16,7 +16,8 @@
 namespace lightbox::mel {
 namespace {
 
-/// The arguments of one setAttr. Maya lets flags stand before, between and after the values, except that behind
+/// The arguments of one setAttr. Maya lets flags stand before, between and after the values, except that
+/// behind
 /// `-type` and the attribute everything that the type can take belongs to the value.
 class SetAttrCall {
 public:
@@ -68,7 +69,9 @@ bool SetAttrCall::NextBool() {
 }
 
 bool SetAttrCall::ParseFlag(const std::string& word) {
-    const auto is = [&](const char* shortName, const char* longName) { return word == shortName || word == longName; };
+    const auto is = [&](const char* shortName, const char* longName) {
+        return word == shortName || word == longName;
+    };
     if (is("-typ", "-type")) {
         setting_.type = Next().AsString();
         hasType_ = true;
@@ -95,8 +98,9 @@ bool SetAttrCall::IsDataType() const {
 }
 
 bool SetAttrCall::ValueIsComplete() const {
-    return setting_.type == "string" ? !values_.empty()
-                                     : values_.size() >= static_cast<std::size_t>(NumberCountOfType(setting_.type));
+    return setting_.type == "string"
+               ? !values_.empty()
+               : values_.size() >= static_cast<std::size_t>(NumberCountOfType(setting_.type));
 }
 
 void SetAttrCall::Parse() {
@@ -212,7 +216,8 @@ Value SetAttrCall::Run() {
     const std::size_t dot = plug_.find('.');
     const std::string path = dot == std::string::npos ? plug_ : plug_.substr(dot + 1);
     const std::shared_ptr<Node> node =
-        reader ? (dot == 0 ? reader->Current() : reader->Find(plug_.substr(0, dot))) : NodeOfPlug(call_, plug_);
+        reader ? (dot == 0 ? reader->Current() : reader->Find(plug_.substr(0, dot)))
+               : NodeOfPlug(call_, plug_);
     if (!node) {
         Keep("node " + plug_.substr(0, dot), "No object matches name: " + plug_);
         return {};

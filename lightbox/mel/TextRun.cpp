@@ -48,7 +48,10 @@ Value TextRun::RunStreamed(Parser& parser) {
             }
             continue;
         }
-        if (!RunProgram(program, result)) {
+        const bool isWanted =
+            !options_.beforeStatement || options_.beforeStatement(program.source->Piece(program.begin, program.ends.front()),
+                                                                  program.source->Piece(0, program.begin));
+        if (isWanted && !RunProgram(program, result)) {
             break;
         }
     }

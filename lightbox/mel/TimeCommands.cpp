@@ -46,7 +46,8 @@ Value CurrentUnit(CommandCall& call) {
         return QueryUnit(call);
     }
     if (FileReader* reader = ReaderOf(call)) {
-        reader->SetUnits(call.StringOr("-linear", ""), call.StringOr("-angle", ""), call.StringOr("-time", ""));
+        reader->SetUnits(call.StringOr("-linear", ""), call.StringOr("-angle", ""),
+                         call.StringOr("-time", ""));
         return {};
     }
     const std::string linear = call.StringOr("-linear", "cm");

@@ -1,3 +1,4 @@
+#include "mel/Error.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
@@ -8,7 +9,6 @@
 #include "scene/Transformation.h"
 
 #include <Imath/ImathVec.h>
-
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -29,7 +29,8 @@ V3d Get(DagNode& node, const char* attribute) {
     return V3d(numbers[0], numbers[1], numbers[2]);
 }
 
-/// Sets what differs, child by child, so that a locked or driven child that keeps its value is in nobody's way.
+/// Sets what differs, child by child, so that a locked or driven child that keeps its value is in nobody's
+/// way.
 void Set(Host& host, DagNode& node, const char* attribute, const V3d& value) {
     const V3d before = Get(node, attribute);
     const Plug plug = PlugOf(node, attribute);
@@ -68,13 +69,15 @@ std::vector<DagNode*> Transforms(const CommandCall& call, const std::vector<std:
     return transforms;
 }
 
-/// The numbers and objects of move, rotate and scale: three numbers, or as many as axes are named, then objects.
+/// The numbers and objects of move, rotate and scale: three numbers, or as many as axes are named, then
+/// objects.
 struct AxisCall {
     std::array<std::optional<double>, 3> values;
     std::vector<DagNode*> nodes;
 
     V3d Over(const V3d& otherwise) const {
-        return V3d(values[0].value_or(otherwise.x), values[1].value_or(otherwise.y), values[2].value_or(otherwise.z));
+        return V3d(values[0].value_or(otherwise.x), values[1].value_or(otherwise.y),
+                   values[2].value_or(otherwise.z));
     }
 };
 
@@ -91,8 +94,8 @@ AxisCall ParseAxes(const CommandCall& call) {
             continue;
         }
         double number = 0.0;
-        const bool isNumber = position < objects.size() &&
-                              (objects[position].IsNumber() || IsNumber(objects[position].AsString(), number));
+        const bool isNumber = position < objects.size() && (objects[position].IsNumber() ||
+                                                            IsNumber(objects[position].AsString(), number));
         if (!isNumber) {
             call.Fail("A number is missing.");
         }
@@ -179,8 +182,9 @@ Value Rotate(CommandCall& call) {
                                    (before == V3d(0, before.y, 0) && turn == V3d(0, turn.y, 0)) ||
                                    (before == V3d(0, 0, before.z) && turn == V3d(0, 0, turn.z));
             // Turns about one axis add up, also beyond a full one.
-            target = isOneAxis ? before + turn
-                               : Composed(before, turn, static_cast<int>(PlugOf(*node, "rotateOrder").Number()));
+            target = isOneAxis
+                         ? before + turn
+                         : Composed(before, turn, static_cast<int>(PlugOf(*node, "rotateOrder").Number()));
         }
         Set(call.GetHost(), *node, "rotate", target);
     }
@@ -234,7 +238,9 @@ Value QueryXform(const CommandCall& call, DagNode& node) {
     if (call.Has("-scale")) {
         return Numbers(call.Has("-relative") || !isWorld ? Get(node, "scale") : world.scale);
     }
-    const char* pivot = call.Has("-rotatePivot") ? "rotatePivot" : call.Has("-scalePivot") ? "scalePivot" : nullptr;
+    const char* pivot = call.Has("-rotatePivot")  ? "rotatePivot"
+                        : call.Has("-scalePivot") ? "scalePivot"
+                                                  : nullptr;
     if (!pivot) {
         call.Fail("Nothing was asked for.");
     }
@@ -294,7 +300,8 @@ void EditXform(const CommandCall& call, DagNode& node) {
 Value Xform(CommandCall& call) {
     std::vector<std::string> names = call.ObjectNames();
     if (call.Has("-matrix") && !call.IsQuery()) {
-        names.erase(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(std::min(names.size(), MATRIX_CELLS)));
+        names.erase(names.begin(),
+                    names.begin() + static_cast<std::ptrdiff_t>(std::min(names.size(), MATRIX_CELLS)));
     }
     const std::vector<DagNode*> nodes = Transforms(call, names);
     if (call.IsQuery()) {
@@ -308,10 +315,18 @@ Value Xform(CommandCall& call) {
 
 SyntaxBuilder AxisSyntax() {
     SyntaxBuilder syntax;
-    for (const auto& [shortName, longName] : std::initializer_list<std::pair<const char*, const char*>>{
-             {"-a", "-absolute"}, {"-r", "-relative"}, {"-ws", "-worldSpace"}, {"-ls", "-localSpace"},
-             {"-os", "-objectSpace"}, {"-x", "-moveX"}, {"-y", "-moveY"}, {"-z", "-moveZ"}, {"-xy", "-moveXY"},
-             {"-xz", "-moveXZ"}, {"-yz", "-moveYZ"}}) {
+    for (const auto& [shortName, longName] :
+         std::initializer_list<std::pair<const char*, const char*>>{{"-a", "-absolute"},
+                                                                    {"-r", "-relative"},
+                                                                    {"-ws", "-worldSpace"},
+                                                                    {"-ls", "-localSpace"},
+                                                                    {"-os", "-objectSpace"},
+                                                                    {"-x", "-moveX"},
+                                                                    {"-y", "-moveY"},
+                                                                    {"-z", "-moveZ"},
+                                                                    {"-xy", "-moveXY"},
+                                                                    {"-xz", "-moveXZ"},
+                                                                    {"-yz", "-moveYZ"}}) {
         syntax.Flag(shortName, longName);
     }
     return syntax.Objects(1);

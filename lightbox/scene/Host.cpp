@@ -2,6 +2,7 @@
 
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
+#include "mel/SceneCommands.h"
 #include "scene/EventBus.h"
 #include "scene/IdleQueue.h"
 #include "scene/OptionVars.h"
@@ -38,6 +39,7 @@ Host::Host(const Options& options)
     interpreter_ = std::make_unique<mel::Interpreter>(*this);
     files_ = std::make_unique<SceneFiles>(*this);
     plugins_ = std::make_unique<PluginManager>(*this);
+    mel::RegisterSceneCommands(interpreter_->Commands());
 }
 
 Host::~Host() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace lightbox {
@@ -43,6 +44,11 @@ public:
     const Options& options() const { return options_; }
     bool IsBatch() const { return options_.batch; }
 
+    /// Asks the program to end with that status, once what runs has come to an end.
+    void RequestQuit(int status) { quitStatus_ = status; }
+    /// The status to end with, when the end was asked for.
+    const std::optional<int>& QuitStatus() const { return quitStatus_; }
+
     Output& output() { return *output_; }
     EventBus& events() { return *events_; }
     IdleQueue& idle() { return *idle_; }
@@ -56,6 +62,7 @@ public:
 
 private:
     Options options_;
+    std::optional<int> quitStatus_;
     std::unique_ptr<Output> output_;
     std::unique_ptr<EventBus> events_;
     std::unique_ptr<IdleQueue> idle_;

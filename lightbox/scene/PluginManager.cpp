@@ -112,15 +112,16 @@ Plugin& PluginManager::Load(const std::string& nameOrPath) {
     // Every name is looked up at once, so that what is missing shows here and not in the middle of a stroke.
     entry->library->setLoadHints(QLibrary::ResolveAllSymbolsHint);
     if (!entry->library->load()) {
-        throw PluginError("Could not load the plug-in \"" + path + "\": " +
-                          entry->library->errorString().toStdString());
+        throw PluginError("Could not load the plug-in \"" + path +
+                          "\": " + entry->library->errorString().toStdString());
     }
     entry->initialize = reinterpret_cast<EntryPoint>(entry->library->resolve("initializePlugin"));
     entry->uninitialize = reinterpret_cast<EntryPoint>(entry->library->resolve("uninitializePlugin"));
     if (!entry->initialize || !entry->uninitialize) {
         entry->library->unload();
-        throw PluginError("\"" + path + "\" is not a plug-in: it does not export initializePlugin and "
-                                        "uninitializePlugin.");
+        throw PluginError("\"" + path +
+                          "\" is not a plug-in: it does not export initializePlugin and "
+                          "uninitializePlugin.");
     }
     return Start(std::move(entry));
 }
@@ -149,7 +150,8 @@ Plugin& PluginManager::Start(std::unique_ptr<Entry> entry) {
             added.library->unload();
         }
         entries_.pop_back();
-        throw PluginError("The plug-in \"" + name + "\" could not be initialised: " + status.errorString().asChar());
+        throw PluginError("The plug-in \"" + name +
+                          "\" could not be initialised: " + status.errorString().asChar());
     }
     return added.plugin;
 }
@@ -164,8 +166,9 @@ void PluginManager::Unload(const std::string& name, bool force) {
     UnknownNodes unknown(host_);
     const int users = unknown.CountUsing(*plugin);
     if (users > 0 && !force) {
-        throw PluginError("Plug-in, \"" + plugin->name + "\", cannot be unloaded because it is still in use: " +
-                          std::to_string(users) + " of the scene's nodes need it.");
+        throw PluginError("Plug-in, \"" + plugin->name +
+                          "\", cannot be unloaded because it is still in use: " + std::to_string(users) +
+                          " of the scene's nodes need it.");
     }
     // Items on the queue may hold nodes, values and commands of the plug-in.
     host_.undo().Flush();

@@ -30,16 +30,18 @@ public:
     PluginManager(const PluginManager&) = delete;
     PluginManager& operator=(const PluginManager&) = delete;
 
-    /// Loads a plug-in by name ("vellix2") or path. A name is looked for in the search path. Loading one that is
-    /// loaded already returns it unchanged. Throws PluginError when nothing is found or the entry point refuses.
+    /// Loads a plug-in by name ("vellix2") or path. A name is looked for in the search path. Loading one that
+    /// is loaded already returns it unchanged. Throws PluginError when nothing is found or the entry point
+    /// refuses.
     Plugin& Load(const std::string& nameOrPath);
 
-    /// Initialises a plug-in that is linked into this program. Throws PluginError when the entry point refuses.
+    /// Initialises a plug-in that is linked into this program. Throws PluginError when the entry point
+    /// refuses.
     Plugin& LoadBuiltin(const std::string& name, EntryPoint initialize, EntryPoint uninitialize);
 
-    /// Unloads a plug-in and drops the undo queue, which may hold its commands. While nodes of its types exist in
-    /// the scene it refuses (PluginError), unless `force` is given: then those nodes become unknown nodes that keep
-    /// what they held as text.
+    /// Unloads a plug-in and drops the undo queue, which may hold its commands. While nodes of its types
+    /// exist in the scene it refuses (PluginError), unless `force` is given: then those nodes become unknown
+    /// nodes that keep what they held as text.
     void Unload(const std::string& name, bool force);
 
     /// Loads the plug-ins that come with the program; what cannot be loaded is reported as a warning.
@@ -60,8 +62,8 @@ public:
 
     /// The library that a name or path stands for; empty when there is none.
     static std::string FindFile(const std::string& nameOrPath);
-    /// The folders in which a plug-in is looked for: MAYA_PLUG_IN_PATH, then the program's own folder and those of
-    /// its installation beside it.
+    /// The folders in which a plug-in is looked for: MAYA_PLUG_IN_PATH, then the program's own folder and
+    /// those of its installation beside it.
     static std::vector<std::string> SearchPath();
 
 private:
