@@ -2,18 +2,18 @@
 
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
+#include "host/SettingsFile.h"
 #include "paint/ToolType.h"
 
 #include <QFileInfo>
 #include <QFont>
 #include <QSettings>
-
-#include <new>
+#include <QStringList>
 
 namespace vellix {
 
 const QString Settings::CONFIG_FILE_NAME = QStringLiteral("vellix2.ini");
-constexpr int Settings::CONFIG_FILE_VERSION;
+const int Settings::CONFIG_FILE_VERSION;
 const QString Settings::VERSION_STRING = QStringLiteral("2.5.4");
 const QString Settings::APPLICATION_NAME = QStringLiteral("Vellix2");
 const QString Settings::APPLICATION_TITLE = QStringLiteral("Vellix 2");
@@ -43,19 +43,19 @@ const QString Settings::DELETE_ACTIVE_LAYER_FUNC = QStringLiteral("qmVxDeleteAct
 const QString Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC = QStringLiteral("qmVxDeleteActiveCameraLayers");
 const QString Settings::DELETE_ALL_NODES_FUNC = QStringLiteral("qmVxDeleteAllNodes");
 
-constexpr int Settings::MAX_PENCIL_SIZE;
-constexpr int Settings::MAX_BRUSH_SIZE;
-constexpr int Settings::MAX_ERASER_SIZE;
-constexpr int Settings::MAX_TEXT_SIZE;
-constexpr int Settings::MAX_LINE_SIZE;
-constexpr int Settings::MAX_ARROW_SIZE;
-constexpr int Settings::MAX_ELLIPSE_SIZE;
-constexpr int Settings::MAX_RECTANGLE_SIZE;
-constexpr int Settings::MIN_GHOSTED_FRAMES;
-constexpr int Settings::MAX_GHOSTED_FRAMES;
-constexpr int Settings::DEFAULT_GHOSTED_FRAME_COUNT;
-constexpr int Settings::DEFAULT_STATIC_FRAME_TIME;
-constexpr int Settings::FINAL_IMAGE_WIDTH;
+const int Settings::MAX_PENCIL_SIZE;
+const int Settings::MAX_BRUSH_SIZE;
+const int Settings::MAX_ERASER_SIZE;
+const int Settings::MAX_TEXT_SIZE;
+const int Settings::MAX_LINE_SIZE;
+const int Settings::MAX_ARROW_SIZE;
+const int Settings::MAX_ELLIPSE_SIZE;
+const int Settings::MAX_RECTANGLE_SIZE;
+const int Settings::MIN_GHOSTED_FRAMES;
+const int Settings::MAX_GHOSTED_FRAMES;
+const int Settings::DEFAULT_GHOSTED_FRAME_COUNT;
+const int Settings::DEFAULT_STATIC_FRAME_TIME;
+const int Settings::FINAL_IMAGE_WIDTH;
 
 QString Settings::mainMenuName = Settings::DEFAULT_MAIN_MENU_NAME;
 QByteArray Settings::toolboxGeometry;
@@ -196,7 +196,12 @@ public:
         Settings::SetToolOpacity(tool, ReadInt(key, Settings::GetToolOpacity(tool)));
     }
 
-    void Write(const char* key, const QVariant& value) { m_file.setValue(QLatin1String(key), value); }
+    void Write(const char* key, const QVariant& value) {
+        m_file.setValue(QLatin1String(key), value);
+        m_written.append(m_file.group() + QLatin1Char('/') + QLatin1String(key));
+    }
+    /// The keys that were written, in their order.
+    const QStringList& Written() const { return m_written; }
 
 private:
     QVariant Value(const char* key, const QVariant& missing) const {
@@ -204,6 +209,7 @@ private:
     }
 
     QSettings& m_file;
+    QStringList m_written;
 };
 
 void ReadMainGroup(QSettings& file) {
@@ -273,7 +279,7 @@ void ReadPreferencesGroup(QSettings& file) {
     group.Read("timelineFrameColor", Settings::timelineFrameColor);
 }
 
-void WriteMainGroup(QSettings& file) {
+QStringList WriteMainGroup(QSettings& file) {
     Group group(file, "main");
     group.Write("version", Settings::CONFIG_FILE_VERSION);
     group.Write("mainMenuName", Settings::mainMenuName);
@@ -282,9 +288,10 @@ void WriteMainGroup(QSettings& file) {
     group.Write("layerManagerGeometry", Settings::layerManagerGeometry);
     group.Write("colorPaletteGeometry", Settings::colorPaletteGeometry);
     group.Write("retimingToolGeometry", Settings::retimingGeometry);
+    return group.Written();
 }
 
-void WriteToolsGroup(QSettings& file) {
+QStringList WriteToolsGroup(QSettings& file) {
     Group group(file, "tools");
     group.Write("activeTool", static_cast<int>(Settings::activeTool));
     group.Write("activeColor", Settings::activeColor);
@@ -314,9 +321,10 @@ void WriteToolsGroup(QSettings& file) {
     group.Write("ghostColorOverridePrev", Settings::ghostColorOverridePrev);
     group.Write("ghostColorOverrideNext", Settings::ghostColorOverrideNext);
     group.Write("retimeMoveToNextFrame", Settings::retimeMoveToNextFrame);
+    return group.Written();
 }
 
-void WritePreferencesGroup(QSettings& file) {
+QStringList WritePreferencesGroup(QSettings& file) {
     Group group(file, "preferences");
     group.Write("drawToolContextMenu", Settings::drawToolContextMenu);
     group.Write("transformToolContextMenu", Settings::transformToolContextMenu);
@@ -334,6 +342,7 @@ void WritePreferencesGroup(QSettings& file) {
     group.Write("defaultStaticFrameTime", Settings::defaultStaticFrameTime);
     group.Write("timelineFrameDisplay", Settings::timelineFrameDisplay);
     group.Write("timelineFrameColor", Settings::timelineFrameColor);
+    return group.Written();
 }
 
 } // namespace
@@ -361,15 +370,11 @@ void Settings::ReadUserConfig() {
     if (path.isEmpty()) {
         return;
     }
-    try {
-        QSettings file(path, QSettings::IniFormat);
-        ReadMainGroup(file);
-        ReadToolsGroup(file);
-        ReadPreferencesGroup(file);
-    } catch (const std::bad_alloc&) {
-        // A damaged value may announce a list of billions; whatever was read before it stays.
-        Logger::Error(QStringLiteral("Failed to read settings: %1").arg(path));
-    }
+    SettingsFile::Disarm(path);
+    QSettings file(path, QSettings::IniFormat);
+    ReadMainGroup(file);
+    ReadToolsGroup(file);
+    ReadPreferencesGroup(file);
 }
 
 void Settings::WriteUserConfig() {
@@ -377,10 +382,13 @@ void Settings::WriteUserConfig() {
     if (path.isEmpty()) {
         return;
     }
+    SettingsFile::Disarm(path); // writing reads what is there already
     QSettings file(path, QSettings::IniFormat);
-    WriteMainGroup(file);
-    WriteToolsGroup(file);
-    WritePreferencesGroup(file);
+    const QStringList keys = WriteMainGroup(file) + WriteToolsGroup(file) + WritePreferencesGroup(file);
+    file.sync();
+    if (file.status() == QSettings::NoError) {
+        SettingsFile::Sort(path, keys);
+    }
 }
 
 int Settings::GetToolSize(ToolType tool) {
