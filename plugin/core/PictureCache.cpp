@@ -1,17 +1,24 @@
 #include "core/PictureCache.h"
 
+#include "core/Frame.h"
+
 #include <algorithm>
 #include <vector>
 
 namespace vellix {
 
-std::shared_ptr<const PackedTiles> PictureCache::Find(const QImage& image) {
-    Entry& entry = m_entries[image.cacheKey()];
-    if (entry.tiles == nullptr) {
-        entry.tiles = std::make_shared<PackedTiles>(image);
+Picture PictureCache::Find(const Frame* frame) {
+    Picture picture;
+    picture.key = frame == nullptr ? 0 : frame->GetPictureKey();
+    if (picture.key != 0) {
+        Entry& entry = m_entries[picture.key];
+        if (entry.tiles == nullptr) {
+            entry.tiles = std::make_shared<PackedTiles>(frame->PeekImage());
+        }
+        entry.round = m_round;
+        picture.drawing = entry.tiles;
     }
-    entry.round = m_round;
-    return entry.tiles;
+    return picture;
 }
 
 void PictureCache::EndRound() {

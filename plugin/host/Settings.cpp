@@ -12,36 +12,40 @@
 
 namespace vellix {
 
-const QString Settings::CONFIG_FILE_NAME = QStringLiteral("vellix2.ini");
+// These texts are made at run time and not QStringLiteral: the settings are among what Qt keeps in its own
+// caches beyond the unloading of this library, where a literal's bytes would be gone.
+const QString Settings::CONFIG_FILE_NAME = QString::fromLatin1("vellix2.ini");
 const int Settings::CONFIG_FILE_VERSION;
-const QString Settings::VERSION_STRING = QStringLiteral("2.5.4");
-const QString Settings::APPLICATION_NAME = QStringLiteral("Vellix2");
-const QString Settings::APPLICATION_TITLE = QStringLiteral("Vellix 2");
-const QString Settings::AUTHOR = QStringLiteral("Vellix");
+const QString Settings::VERSION_STRING = QString::fromLatin1("2.5.4");
+const QString Settings::APPLICATION_NAME = QString::fromLatin1("Vellix2");
+const QString Settings::APPLICATION_TITLE = QString::fromLatin1("Vellix 2");
+const QString Settings::AUTHOR = QString::fromLatin1("Vellix");
 
 const char* const Settings::NODE_TYPE_NAME = "qmVellix";
-const QString Settings::NODE_COMMAND_NAME = QStringLiteral("qmVellixNode");
-const QString Settings::LAYER_COMMAND_NAME = QStringLiteral("qmVellixLayer");
-const QString Settings::FRAME_COMMAND_NAME = QStringLiteral("qmVellixFrame");
-const QString Settings::STROKE_COMMAND_NAME = QStringLiteral("qmVellixStroke");
-const QString Settings::UTIL_COMMAND_NAME = QStringLiteral("qmVellixUtil");
-const QString Settings::REPLAY_COMMAND_NAME = QStringLiteral("qmVellixReplay");
-const QString Settings::EXPORT_COMMAND_NAME = QStringLiteral("qmVellixExport");
+const QString Settings::NODE_COMMAND_NAME = QString::fromLatin1("qmVellixNode");
+const QString Settings::LAYER_COMMAND_NAME = QString::fromLatin1("qmVellixLayer");
+const QString Settings::FRAME_COMMAND_NAME = QString::fromLatin1("qmVellixFrame");
+const QString Settings::STROKE_COMMAND_NAME = QString::fromLatin1("qmVellixStroke");
+const QString Settings::UTIL_COMMAND_NAME = QString::fromLatin1("qmVellixUtil");
+const QString Settings::REPLAY_COMMAND_NAME = QString::fromLatin1("qmVellixReplay");
+const QString Settings::EXPORT_COMMAND_NAME = QString::fromLatin1("qmVellixExport");
 
-const QString Settings::DEFAULT_MAIN_MENU_NAME = QStringLiteral("VX2");
-const QString Settings::DEFAULT_LAYER_NAME = QStringLiteral("Layer");
+const QString Settings::DEFAULT_MAIN_MENU_NAME = QString::fromLatin1("VX2");
+const QString Settings::DEFAULT_LAYER_NAME = QString::fromLatin1("Layer");
 const QColor Settings::DEFAULT_DRAW_COLOR = QColor(Qt::cyan);
 const QColor Settings::DEFAULT_TIMELINE_FRAME_COLOR = QColor(143, 193, 207, 255);
 
-const QString Settings::CREATE_MAIN_MENU_FUNC_NAME = QStringLiteral("qmVxCreateMainMenu");
-const QString Settings::DELETE_MAIN_MENU_FUNC_NAME = QStringLiteral("qmVxDeleteMainMenu");
-const QString Settings::UPDATE_MAIN_MENU_FUNC_NAME = QStringLiteral("qmVxUpdateMainMenu");
-const QString Settings::CREATE_FLOATING_VIEWPORT_FUNC_NAME = QStringLiteral("qmVxCreateFloatingViewport");
-const QString Settings::VIEWPORT_LOOK_THROUGH_FUNC_NAME = QStringLiteral("qmVxViewportLookThrough");
-const QString Settings::VIEWPORT_CREATE_CAMERA_FUNC = QStringLiteral("qmVxViewportCreateCamera");
-const QString Settings::DELETE_ACTIVE_LAYER_FUNC = QStringLiteral("qmVxDeleteActiveLayer");
-const QString Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC = QStringLiteral("qmVxDeleteActiveCameraLayers");
-const QString Settings::DELETE_ALL_NODES_FUNC = QStringLiteral("qmVxDeleteAllNodes");
+const QString Settings::CREATE_MAIN_MENU_FUNC_NAME = QString::fromLatin1("qmVxCreateMainMenu");
+const QString Settings::DELETE_MAIN_MENU_FUNC_NAME = QString::fromLatin1("qmVxDeleteMainMenu");
+const QString Settings::UPDATE_MAIN_MENU_FUNC_NAME = QString::fromLatin1("qmVxUpdateMainMenu");
+const QString Settings::CREATE_FLOATING_VIEWPORT_FUNC_NAME =
+    QString::fromLatin1("qmVxCreateFloatingViewport");
+const QString Settings::VIEWPORT_LOOK_THROUGH_FUNC_NAME = QString::fromLatin1("qmVxViewportLookThrough");
+const QString Settings::VIEWPORT_CREATE_CAMERA_FUNC = QString::fromLatin1("qmVxViewportCreateCamera");
+const QString Settings::DELETE_ACTIVE_LAYER_FUNC = QString::fromLatin1("qmVxDeleteActiveLayer");
+const QString Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC =
+    QString::fromLatin1("qmVxDeleteActiveCameraLayers");
+const QString Settings::DELETE_ALL_NODES_FUNC = QString::fromLatin1("qmVxDeleteAllNodes");
 
 const int Settings::MAX_PENCIL_SIZE;
 const int Settings::MAX_BRUSH_SIZE;
@@ -196,8 +200,13 @@ public:
         Settings::SetToolOpacity(tool, ReadInt(key, Settings::GetToolOpacity(tool)));
     }
 
+    // Qt keeps what was written until the process ends. A literal lies in the plug-in's memory, which goes
+    // when it is unloaded, so Qt gets a copy of every text.
     void Write(const char* key, const QVariant& value) {
-        m_file.setValue(QLatin1String(key), value);
+        const QString text = value.toString();
+        const bool isText = value.type() == QVariant::String;
+        m_file.setValue(QLatin1String(key),
+                        isText ? QVariant(QString(text.constData(), text.size())) : value);
         m_written.append(m_file.group() + QLatin1Char('/') + QLatin1String(key));
     }
     /// The keys that were written, in their order.
