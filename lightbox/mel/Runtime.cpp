@@ -264,9 +264,16 @@ void Runtime::Warn(const std::string& message) {
     interpreter_.GetHost().output().Warning(message);
 }
 
-void Runtime::ReportCaught(const Error& error) {
-    // Not counted as an error of the run: the script has dealt with it.
-    interpreter_.GetHost().output().CaughtError(error.Described());
+int Runtime::ShownErrors() const {
+    return interpreter_.GetHost().output().ErrorCount();
+}
+
+void Runtime::ReportCaught(const Error& error, bool isQuiet, int before) {
+    Output& output = interpreter_.GetHost().output();
+    output.ForgiveErrors(before);
+    if (!isQuiet) {
+        output.CaughtError(error.Described());
+    }
 }
 
 void Runtime::CheckStack() const {

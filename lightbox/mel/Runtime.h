@@ -67,8 +67,11 @@ public:
     static void Locate(Error& error, const Frame& frame);
 
     void Warn(const std::string& message);
-    /// Shows an error that a script catches.
-    void ReportCaught(const Error& error);
+    /// Errors that were shown so far.
+    int ShownErrors() const;
+    /// Shows an error that a script catches, unless it does so quietly. Neither it nor what was shown about
+    /// it since there were `before` errors counts as an error of the run: the script has dealt with it.
+    void ReportCaught(const Error& error, bool isQuiet, int before);
 
     /// Throws when calls are nested too deep for the stack, or when the run was interrupted.
     void CheckStack() const;
