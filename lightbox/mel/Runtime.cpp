@@ -178,7 +178,7 @@ Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments
     if (!callee.command) {
         throw Error("Cannot find procedure \"" + name + "\".");
     }
-    return CallCommand(*callee.command, arguments);
+    return CallCommand(callee.command, arguments);
 }
 
 Value Runtime::CallProcedure(const Procedure& procedure, std::vector<Value>& arguments) {
@@ -200,7 +200,9 @@ Value Runtime::CallProcedure(const Procedure& procedure, std::vector<Value>& arg
     return frame.result.IsNone() ? Value::Default(procedure.returnType) : std::move(frame.result);
 }
 
-Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments) {
+Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                           const CallArguments& arguments) {
+    const CommandRegistry::Command& command = *called;
     try {
         if (command.raw) {
             const std::size_t count = arguments.values.size();
@@ -213,7 +215,7 @@ Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallAr
         ArgumentTokens tokens(arguments);
         if (command.IsPlugin()) {
             const auto outcome =
-                RunPluginCommand(interpreter_.GetHost(), command, ArgumentTokens::Wrap(std::move(tokens)));
+                RunPluginCommand(interpreter_.GetHost(), called, ArgumentTokens::Wrap(std::move(tokens)));
             if (!outcome.status) {
                 throw Error(command.name + ": " + Access::Text(outcome.status.errorString()));
             }
@@ -263,9 +265,16 @@ void Runtime::Warn(const std::string& message) {
     interpreter_.GetHost().output().Warning(message);
 }
 
-void Runtime::ReportCaught(const Error& error) {
-    // Not counted as an error of the run: the script has dealt with it.
-    interpreter_.GetHost().output().CaughtError(error.Described());
+int Runtime::ShownErrors() const {
+    return interpreter_.GetHost().output().ErrorCount();
+}
+
+void Runtime::ReportCaught(const Error& error, bool isQuiet, int before) {
+    Output& output = interpreter_.GetHost().output();
+    output.ForgiveErrors(before);
+    if (!isQuiet) {
+        output.CaughtError(error.Described());
+    }
 }
 
 void Runtime::CheckStack() const {

@@ -60,7 +60,8 @@ public:
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
     Value CallProcedure(const Procedure& procedure, std::vector<Value>& arguments);
-    Value CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments);
+    Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                      const CallArguments& arguments);
 
     /// The value as a variable of the type takes it; warns when a text is no number.
     Value Converted(Value value, Type type);
@@ -68,8 +69,11 @@ public:
     static void Locate(Error& error, const Frame& frame);
 
     void Warn(const std::string& message);
-    /// Shows an error that a script catches.
-    void ReportCaught(const Error& error);
+    /// Errors that were shown so far.
+    int ShownErrors() const;
+    /// Shows an error that a script catches, unless it does so quietly. Neither it nor what was shown about
+    /// it since there were `before` errors counts as an error of the run: the script has dealt with it.
+    void ReportCaught(const Error& error, bool isQuiet, int before);
 
     /// Throws when calls are nested too deep for the stack, or when the run was interrupted.
     void CheckStack() const;

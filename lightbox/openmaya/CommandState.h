@@ -1,18 +1,16 @@
 #pragma once
 
-#include "mel/Value.h"
+#include "mel/CommandRegistry.h"
 
 #include <maya/MPxCommand.h>
-#include <maya/MSyntax.h>
 
+#include <memory>
 #include <string>
 
 /// What stands behind one instance of a plug-in's command.
 struct MPxCommand::State {
-    /// Of the command that it is an instance of; empty while the creator runs.
-    std::string name;
-    MSyntax syntax;
-    bool hasSyntax = false;
+    /// The command that it is an instance of; null while the creator runs.
+    std::shared_ptr<const lightbox::mel::CommandRegistry::Command> command;
     std::string commandString;
 };
 

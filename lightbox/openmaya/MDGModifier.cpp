@@ -175,11 +175,11 @@ MStatus MDGModifier::undoIt() {
 MDagModifier::MDagModifier() = default;
 MDagModifier::~MDagModifier() = default;
 
-MObject MDagModifier::createNode(const MTypeId& typeId, MObject parent, MStatus* ReturnStatus) {
+MObject MDagModifier::createNode(const MTypeId& typeId, const MObject& parent, MStatus* ReturnStatus) {
     return CreateDagNode(TypeOf(typeId), parent, ReturnStatus);
 }
 
-MObject MDagModifier::createNode(const MString& type, MObject parent, MStatus* ReturnStatus) {
+MObject MDagModifier::createNode(const MString& type, const MObject& parent, MStatus* ReturnStatus) {
     return CreateDagNode(TypeOf(type), parent, ReturnStatus);
 }
 

@@ -216,7 +216,7 @@ MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
     nodeType->classification = classification ? Access::Text(*classification) : std::string();
     if (initializeFunction) {
         lightbox::NodeTypeSetup setup(*nodeType);
-        const MStatus status = initializeFunction();
+        MStatus status = initializeFunction();
         if (status.error()) {
             return status;
         }

@@ -36,7 +36,7 @@ MFn::Type MFnTypedAttribute::type() const {
 }
 
 MObject MFnTypedAttribute::create(const MString& fullName, const MString& briefName, const MTypeId& id,
-                                  MObject defaultData, MStatus* ReturnStatus) {
+                                  const MObject& defaultData, MStatus* ReturnStatus) {
     object_ = MObject();
     const auto type = lightbox::Host::Get().scene().types().FindDataType(id.id());
     if (!type || fullName.length() == 0) {
@@ -56,7 +56,7 @@ MObject MFnTypedAttribute::create(const MString& fullName, const MString& briefN
 }
 
 MObject MFnTypedAttribute::create(const MString& fullName, const MString& briefName, MFnData::Type type,
-                                  MObject, MStatus* ReturnStatus) {
+                                  const MObject&, MStatus* ReturnStatus) {
     object_ = MObject();
     for (const TypedRow& row : TYPED) {
         // A plug-in's type is named by its id.

@@ -184,7 +184,7 @@ MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, boo
 MStatus MGlobal::executeCommand(const MString& command, MCommandResult& result, bool displayEnabled,
                                 bool undoEnabled) {
     Value value;
-    const MStatus status = Execute(command, displayEnabled, undoEnabled, value);
+    MStatus status = Execute(command, displayEnabled, undoEnabled, value);
     if (status) {
         result.setValue(value);
     }

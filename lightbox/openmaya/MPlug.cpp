@@ -10,7 +10,6 @@
 #include <limits>
 
 using lightbox::Access;
-using lightbox::Attribute;
 using lightbox::AttributeKind;
 using lightbox::AttributeValue;
 using lightbox::Plug;

@@ -1,3 +1,4 @@
+#include "mel/Value.h"
 #include "openmaya/Access.h"
 #include "openmaya/CommandState.h"
 
@@ -6,6 +7,7 @@
 #include <maya/MIntArray.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStringArray.h>
+#include <maya/MSyntax.h>
 
 using lightbox::Access;
 using lightbox::RunningCommandResult;
@@ -73,10 +75,10 @@ bool MPxCommand::isUndoable() const {
     return false;
 }
 bool MPxCommand::hasSyntax() const {
-    return state_->hasSyntax;
+    return state_->command && state_->command->hasSyntax;
 }
 MSyntax MPxCommand::syntax() const {
-    return state_->syntax;
+    return state_->command ? state_->command->syntax : MSyntax();
 }
 
 MString MPxCommand::commandString() const {

@@ -65,7 +65,7 @@ MStatus MSelectionList::add(const MString& matchString, bool searchChildNamespac
     auto nodes = scene.Matching(pattern);
     if (searchChildNamespaces) {
         for (const std::string& nameSpace : scene.Namespaces()) {
-            const auto more = scene.Matching(nameSpace + ":" + pattern);
+            const auto more = scene.Matching(std::string(nameSpace).append(":").append(pattern));
             nodes.insert(nodes.end(), more.begin(), more.end());
         }
     }

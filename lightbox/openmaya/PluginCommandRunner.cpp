@@ -36,7 +36,7 @@ public:
 
     void Undo() override { Run(&MPxCommand::undoIt, "undone"); }
     void Redo() override { Run(&MPxCommand::redoIt, "redone"); }
-    std::string Name() const override { return Access::StateOf(*command_).name; }
+    std::string Name() const override { return Access::StateOf(*command_).command->name; }
 
 private:
     void Run(MStatus (MPxCommand::*operation)(), const char* what) {
@@ -61,19 +61,17 @@ bool IsInPluginCommand() {
     return !g_results.empty();
 }
 
-PluginCommandOutcome RunPluginCommand(Host& host, const mel::CommandRegistry::Command& command,
+PluginCommandOutcome RunPluginCommand(Host& host,
+                                      const std::shared_ptr<const mel::CommandRegistry::Command>& command,
                                       const MArgList& arguments) {
     PluginCommandOutcome outcome;
-    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command.creator()));
+    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command->creator()));
     if (!instance) {
         outcome.status =
-            Access::Fail(MS::kFailure, "The plug-in could not create the command " + command.name);
+            Access::Fail(MS::kFailure, "The plug-in could not create the command " + command->name);
         return outcome;
     }
-    auto& state = Access::StateOf(*instance);
-    state.name = command.name;
-    state.syntax = command.syntax;
-    state.hasSyntax = command.hasSyntax;
+    Access::StateOf(*instance).command = command;
     {
         RunScope scope(outcome.result);
         outcome.status = instance->doIt(arguments);

@@ -6,6 +6,8 @@
 #include <maya/MArgList.h>
 #include <maya/MStatus.h>
 
+#include <memory>
+
 namespace lightbox {
 
 class Host;
@@ -19,7 +21,8 @@ struct PluginCommandOutcome {
 /// Makes an instance of a plug-in's command and calls its doIt(). When that succeeds and the command is
 /// undoable, the instance goes onto the undo queue, which calls its undoIt() and redoIt() and destroys it
 /// when it drops. While any of them runs, IsInPluginCommand() is true.
-PluginCommandOutcome RunPluginCommand(Host& host, const mel::CommandRegistry::Command& command,
+PluginCommandOutcome RunPluginCommand(Host& host,
+                                      const std::shared_ptr<const mel::CommandRegistry::Command>& command,
                                       const MArgList& arguments);
 
 /// True while a plug-in's command runs (its doIt, redoIt or undoIt).

@@ -50,6 +50,7 @@ std::vector<Connection> InOrder(Entries& entries) {
               [](const auto* a, const auto* b) { return a->order < b->order; });
     entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
     std::vector<Connection> connections;
+    connections.reserve(entries.size());
     for (const auto* entry : entries) {
         connections.push_back(entry->connection);
     }

@@ -62,7 +62,7 @@ std::string DagNode::PartialPath() const {
     std::string path = Name();
     const DagNode* top = parent_;
     while (InScene()->FindAll(path).size() > 1 && top && !top->IsWorld()) {
-        path = top->Name() + "|" + path;
+        path.insert(0, top->Name() + "|");
         top = top->parent_;
     }
     // The top level node of that name is told from the others by the leading bar.

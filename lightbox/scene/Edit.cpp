@@ -84,7 +84,7 @@ std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std:
         throw SceneError("Unknown object type: " + type);
     }
     CheckParent(*nodeType, parent);
-    const std::shared_ptr<Node> node = scene.Make(nodeType);
+    std::shared_ptr<Node> node = scene.Make(nodeType);
     std::shared_ptr<DagNode> above;
     if (parent && !parent->IsWorld()) {
         above = std::static_pointer_cast<DagNode>(parent->Shared());
@@ -191,7 +191,7 @@ void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state) {
         [apply, before] { apply(before.locked, before.keyable, before.channelBox); });
 }
 
-void AddAttribute(Host& host, Node& node, std::shared_ptr<Attribute> attribute) {
+void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attribute) {
     if (node.locked) {
         throw SceneError("Cannot add attributes to the locked node '" + Scene::ShownName(node) + "'.");
     }
@@ -232,7 +232,7 @@ void DeleteAttribute(Host& host, Node& node, const Attribute& attribute) {
     }
     Scene& scene = host.scene();
     const std::shared_ptr<Node> shared = node.Shared();
-    const std::shared_ptr<Attribute> removed = *found;
+    const std::shared_ptr<Attribute>& removed = *found;
     const auto position = static_cast<std::size_t>(found - dynamic.begin());
     auto cut = std::make_shared<std::vector<Connection>>();
     const auto redo = [&scene, shared, removed, cut] {

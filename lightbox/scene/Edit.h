@@ -39,7 +39,7 @@ void SetNodeLocked(Host& host, Node& node, bool locked);
 void SetPlug(Host& host, const Plug& plug, const AttributeValue& value);
 enum class PlugFlag { Locked, Keyable, ChannelBox };
 void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state);
-void AddAttribute(Host& host, Node& node, std::shared_ptr<Attribute> attribute);
+void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attribute);
 /// With its connections.
 void DeleteAttribute(Host& host, Node& node, const Attribute& attribute);
 

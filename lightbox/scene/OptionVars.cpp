@@ -39,7 +39,8 @@ QJsonValue Json(const std::vector<T>& values) {
 template <typename T, typename Convert>
 std::vector<T> Each(const QJsonValue& json, const Convert& convert) {
     std::vector<T> values;
-    for (const QJsonValue& value : json.toArray()) {
+    const QJsonArray array = json.toArray();
+    for (const auto& value : array) {
         values.push_back(convert(value));
     }
     return values;

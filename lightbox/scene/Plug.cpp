@@ -65,9 +65,12 @@ std::string Plug::AttributeName(bool longNames, bool fullAttributePath) const {
         if (isNeeded) {
             std::string text = longNames ? part->LongName() : part->ShortName();
             if (isIndexed) {
-                text += "[" + std::to_string(element) + "]";
+                text.append("[").append(std::to_string(element)).append("]");
             }
-            name = name.empty() ? text : text + "." + name;
+            if (!name.empty()) {
+                text += '.';
+            }
+            name.insert(0, text);
         }
     }
     return name;
@@ -111,6 +114,7 @@ std::vector<Plug> Plug::Elements() const {
         indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
     }
     std::vector<Plug> elements;
+    elements.reserve(indexes.size());
     for (const int index : indexes) {
         elements.emplace_back(node, attribute, index);
     }
@@ -125,7 +129,7 @@ AttributeValue Plug::Get() const {
     DepthScope depth;
     if (g_depth <= DEEPEST) {
         if (const Plug source = DrivingPlug(*this)) {
-            const AttributeValue value = source.Get();
+            AttributeValue value = source.Get();
             if (attribute->IsNumericCompound()) {
                 return value;
             }

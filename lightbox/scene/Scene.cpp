@@ -137,7 +137,7 @@ void Scene::Insert(const std::shared_ptr<Node>& node, const std::string& name, D
 
 std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& wantedName, DagNode* parent) {
     DagNode* above = node->Type().IsDag() && !parent ? world_.get() : parent;
-    const std::string name =
+    std::string name =
         wantedName.empty() ? FreeDefaultName(node->Type()) : FreeName(wantedName, *node, above);
     Insert(node, name, above, -1);
     return name;

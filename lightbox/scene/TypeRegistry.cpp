@@ -66,12 +66,11 @@ std::shared_ptr<const DataType> TypeRegistry::FindDataType(unsigned id) const {
     return nullptr;
 }
 
-bool TypeRegistry::AddDataType(std::shared_ptr<DataType> type) {
+bool TypeRegistry::AddDataType(const std::shared_ptr<DataType>& type) {
     if (FindDataType(type->id)) {
         return false;
     }
-    const std::string name = type->name;
-    return dataTypes_.try_emplace(name, std::move(type)).second;
+    return dataTypes_.try_emplace(type->name, type).second;
 }
 
 bool TypeRegistry::RemoveDataType(const std::string& name) {

@@ -25,7 +25,7 @@ public:
 
     std::shared_ptr<const DataType> FindDataType(const std::string& name) const;
     std::shared_ptr<const DataType> FindDataType(unsigned id) const;
-    bool AddDataType(std::shared_ptr<DataType> type);
+    bool AddDataType(const std::shared_ptr<DataType>& type);
     bool RemoveDataType(const std::string& name);
     /// A new value from the plug-in's creator; null when that yields none.
     static std::shared_ptr<DataValue> MakeData(const std::shared_ptr<const DataType>& type);

@@ -15,8 +15,10 @@ class Frame;
 /// first, when it takes more memory than it may.
 class PictureCache {
 public:
-    /// Memory in bytes that is kept beyond what the last round asked for.
-    static constexpr std::size_t SPARE_BYTES = 256 << 20;
+    /// `spareBytes`: memory that is kept beyond what the last round asked for. By default that of some 500
+    /// drawings of a few strokes.
+    explicit PictureCache(std::size_t spareBytes = 256 << 20)
+        : m_spareBytes(spareBytes) {}
 
     /// The frame's drawing, nothing for a null frame or one without a picture.
     Picture Find(const Frame* frame);
@@ -29,8 +31,10 @@ private:
         quint64 round;
     };
 
+    std::size_t m_spareBytes;
     std::map<qint64, Entry> m_entries;
     quint64 m_round = 0;
+    std::size_t m_bytes = 0; ///< of all entries
 };
 
 } // namespace vellix

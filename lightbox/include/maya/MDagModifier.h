@@ -10,9 +10,9 @@ public:
 
     /// Creates a DAG node below the parent, or at the top level with none. A shape without a parent gets a
     /// transform, and that transform is returned.
-    MObject createNode(const MTypeId& typeId, MObject parent = MObject::kNullObj,
+    MObject createNode(const MTypeId& typeId, const MObject& parent = MObject::kNullObj,
                        MStatus* ReturnStatus = nullptr);
-    MObject createNode(const MString& type, MObject parent = MObject::kNullObj,
+    MObject createNode(const MString& type, const MObject& parent = MObject::kNullObj,
                        MStatus* ReturnStatus = nullptr);
 
     /// Moves the node below the new parent, or to the top level with none.

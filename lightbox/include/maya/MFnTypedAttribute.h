@@ -13,8 +13,8 @@ public:
 
     /// An attribute of a plug-in's own data type.
     MObject create(const MString& fullName, const MString& briefName, const MTypeId& id,
-                   MObject defaultData = MObject::kNullObj, MStatus* ReturnStatus = nullptr);
+                   const MObject& defaultData = MObject::kNullObj, MStatus* ReturnStatus = nullptr);
     MObject create(const MString& fullName, const MString& briefName, MFnData::Type type,
-                   MObject defaultData = MObject::kNullObj, MStatus* ReturnStatus = nullptr);
+                   const MObject& defaultData = MObject::kNullObj, MStatus* ReturnStatus = nullptr);
     MFnData::Type attrType(MStatus* ReturnStatus = nullptr) const;
 };

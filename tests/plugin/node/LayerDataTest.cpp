@@ -5,6 +5,10 @@
 #include "plugin/PluginTest.h"
 #include "plugin/node/LayerDataText.h"
 
+#include <QBuffer>
+#include <QImage>
+
+#include <cstring>
 #include <sstream>
 
 namespace vellix {
@@ -38,6 +42,21 @@ protected:
 
 std::string Hex(const QByteArray& bytes) {
     return bytes.toHex().toStdString();
+}
+
+/// The largest picture that is read, of that colour in its left upper quarter.
+QByteArray LargestPng(const QColor& color) {
+    QImage image(8192, 8192, QImage::Format_Indexed8);
+    image.setColorTable({qRgba(0, 0, 0, 0), color.rgba()});
+    image.fill(0);
+    for (int row = 0; row < 4096; ++row) {
+        std::memset(image.scanLine(row), 1, 4096);
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
 }
 
 /// The bytes of a binary drawing, built field by field.
@@ -300,8 +319,8 @@ TEST_F(LayerDataTest, BadPicturesAreReportedBeforeTheTokenThatEndsTheReading) {
 
 TEST_F(LayerDataTest, PicturesOfAnotherSizeArePlacedAtTheTopLeft) {
     const QColor color(200, 100, 50, 255);
-    const ReadResult read = ReadAscii(OneLayer(
-        {"1", Hex(Png(1, 1, color)), "2", Hex(Png(8192, 8192, color)), "3", Hex(Png(600, 2000, color))}));
+    const ReadResult read = ReadAscii(
+        OneLayer({"1", Hex(Png(1, 1, color)), "2", Hex(LargestPng(color)), "3", Hex(Png(600, 2000, color))}));
     ASSERT_TRUE(read.status);
     EXPECT_THAT(Messages(), IsEmpty());
     const Layer* layer = read.layers->GetLayer(PERSP, 0);
