@@ -178,7 +178,7 @@ Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments
     if (!callee.command) {
         throw Error("Cannot find procedure \"" + name + "\".");
     }
-    return CallCommand(*callee.command, arguments);
+    return CallCommand(callee.command, arguments);
 }
 
 Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure,
@@ -201,7 +201,9 @@ Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure,
     return frame.result.IsNone() ? Value::Default(procedure->returnType) : std::move(frame.result);
 }
 
-Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments) {
+Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                           const CallArguments& arguments) {
+    const CommandRegistry::Command& command = *called;
     try {
         if (command.raw) {
             const std::size_t count = arguments.values.size();
@@ -214,7 +216,7 @@ Value Runtime::CallCommand(const CommandRegistry::Command& command, const CallAr
         ArgumentTokens tokens(arguments);
         if (command.IsPlugin()) {
             const auto outcome =
-                RunPluginCommand(interpreter_.GetHost(), command, ArgumentTokens::Wrap(std::move(tokens)));
+                RunPluginCommand(interpreter_.GetHost(), called, ArgumentTokens::Wrap(std::move(tokens)));
             if (!outcome.status) {
                 throw Error(command.name + ": " + Access::Text(outcome.status.errorString()));
             }

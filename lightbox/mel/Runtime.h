@@ -59,7 +59,8 @@ public:
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
     Value CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments);
-    Value CallCommand(const CommandRegistry::Command& command, const CallArguments& arguments);
+    Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
+                      const CallArguments& arguments);
 
     /// The value as a variable of the type takes it; warns when a text is no number.
     Value Converted(Value value, Type type);

@@ -243,6 +243,23 @@ TEST_F(StrokeTest, CutsCopiesAndPastes) {
     EXPECT_EQ(Current(), holed);
 }
 
+TEST_F(StrokeTest, HidingTheLayerOnTheWayLosesNothing) {
+    const QImage before = Current().copy();
+    for (const ToolType tool : {ToolType::Eraser, ToolType::Transform}) {
+        Stroke* stroke = BeginTransform(QRect(200, 300, 200, 80));
+        stroke->tool = tool;
+        stroke->points = {Point(3, 3), Point(9, 9)}; // where there is nothing to erase
+        for (const bool visible : {false, true, false}) {
+            manager.SetLayerVisible(camera, 0, visible);
+            manager.GetFlattenedImage(camera);
+            stroke->freshSelection = false;
+        }
+        ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+        EXPECT_LE(PlainComposer::Difference(Current(), before), 1) << int(tool);
+        manager.SetLayerVisible(camera, 0, true);
+    }
+}
+
 TEST_F(StrokeTest, SelectionsThatAreNoneLoseNothing) {
     const QImage before = Current().copy();
     const int far = 2000000000;
