@@ -1,16 +1,17 @@
 // Composition against the plain way of composing: one QPainter on straight-alpha images, everything redrawn.
-#include "plugin/core/PlainComposer.h"
-
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "host/Settings.h"
 #include "paint/DrawUtil.h"
+#include "plugin/core/PlainComposer.h"
+#include "scene/Host.h"
 
+#include <QApplication>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-
 #include <cmath>
 #include <memory>
 
@@ -220,3 +221,14 @@ BENCHMARK(BrushRefresh)->Arg(4)->Arg(10)->Arg(40)->Unit(benchmark::kMicrosecond)
 BENCHMARK(Unchanged)->Arg(10)->Arg(40)->Unit(benchmark::kNanosecond);
 
 } // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    const QTemporaryDir preferences;
+    lightbox::Host::Options options;
+    options.prefsFolder = preferences.path().toStdString();
+    const lightbox::Host host(options);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

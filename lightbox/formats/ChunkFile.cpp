@@ -35,9 +35,12 @@ Integer FromLittleEndian(std::string_view bytes) {
 }
 
 std::uint32_t Checksum(std::string_view type, std::string_view content) {
-    auto sum = crc32_z(0, reinterpret_cast<const Bytef*>(type.data()), type.size());
-    return static_cast<std::uint32_t>(
-        crc32_z(sum, reinterpret_cast<const Bytef*>(content.data()), content.size()));
+    uLong sum = 0;
+    for (const std::string_view part : {type, content}) {
+        // Of no bytes zlib takes null for a request to begin anew.
+        sum = part.empty() ? sum : crc32_z(sum, reinterpret_cast<const Bytef*>(part.data()), part.size());
+    }
+    return static_cast<std::uint32_t>(sum);
 }
 
 } // namespace

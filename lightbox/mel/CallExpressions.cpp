@@ -51,6 +51,7 @@ CatchExpression::CatchExpression(std::uint32_t sourceOffset, ExpressionPtr tried
 }
 
 Value CatchExpression::Evaluate(Frame& frame) const {
+    const int shown = frame.runtime.ShownErrors();
     try {
         tried_->Run(frame);
         return 0;
@@ -58,14 +59,10 @@ Value CatchExpression::Evaluate(Frame& frame) const {
         if (error.IsInterrupt()) {
             throw;
         }
-        if (!isQuiet_) {
-            Runtime::Locate(error, frame);
-            frame.runtime.ReportCaught(error);
-        }
+        Runtime::Locate(error, frame);
+        frame.runtime.ReportCaught(error, isQuiet_, shown);
     } catch (const std::bad_alloc&) {
-        if (!isQuiet_) {
-            frame.runtime.ReportCaught(Error("Out of memory."));
-        }
+        frame.runtime.ReportCaught(Error("Out of memory."), isQuiet_, shown);
     }
     return 1;
 }

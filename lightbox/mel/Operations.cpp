@@ -9,7 +9,7 @@ namespace lightbox::mel {
 
 namespace {
 
-constexpr std::size_t MaximumTextLength = std::size_t(1) << 30;
+constexpr std::size_t MaximumTextLength = std::size_t(1) << 28;
 constexpr std::size_t MaximumArrayBytes = std::size_t(1) << 28;
 
 bool IsNumeric(Type type) {
@@ -55,15 +55,8 @@ Value ApplyVectorAndNumber(Operator op, const Value& left, const Value& right) {
     return ApplyVector(op, left.AsVector(), right.AsVector());
 }
 
-Value CompareVectors(Operator op, const Vector& a, const Vector& b) {
-    const bool same = a.x == b.x && a.y == b.y && a.z == b.z;
-    if (op == Operator::Equal) {
-        return same;
-    }
-    if (op == Operator::NotEqual) {
-        return !same;
-    }
-    return CompareFloat(op, Value(a).AsFloat(), Value(b).AsFloat());
+bool SameVectors(const Vector& a, const Vector& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 
 bool CompareOrder(Operator op, int order) {
@@ -79,9 +72,11 @@ Value Compare(Operator op, const Value& left, const Value& right) {
     if (a == Type::String || b == Type::String) {
         return CompareOrder(op, left.AsString().compare(right.AsString()));
     }
-    if (a == Type::Vector || b == Type::Vector) {
-        return CompareVectors(op, left.AsVector(), right.AsVector());
+    const bool isEquality = op == Operator::Equal || op == Operator::NotEqual;
+    if (isEquality && (a == Type::Vector || b == Type::Vector)) {
+        return SameVectors(left.AsVector(), right.AsVector()) == (op == Operator::Equal);
     }
+    // Vectors are ordered by their length.
     return CompareFloat(op, left.AsFloat(), right.AsFloat());
 }
 

@@ -28,11 +28,12 @@ struct CallArguments {
     const std::vector<Spelling>* spellings = nullptr;
 };
 
-/// What a name stands for where it is called: a procedure or a command.
+/// What a name stands for where it is called: a procedure or a command. A procedure is kept by its name's
+/// entry, since a call in its own body must not keep it alive.
 struct Callee {
-    std::shared_ptr<const Procedure> procedure;
+    const ProcedureEntry* entry = nullptr;
     std::shared_ptr<const CommandRegistry::Command> command;
-    explicit operator bool() const { return procedure || command; }
+    explicit operator bool() const { return entry || command; }
 };
 
 /// The state of a running interpreter: variables, procedures, the stack of calls. Programs work on it.
@@ -58,7 +59,7 @@ public:
     unsigned Version() const;
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
-    Value CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments);
+    Value CallProcedure(const Procedure& procedure, std::vector<Value>& arguments);
     Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
                       const CallArguments& arguments);
 
@@ -68,8 +69,11 @@ public:
     static void Locate(Error& error, const Frame& frame);
 
     void Warn(const std::string& message);
-    /// Shows an error that a script catches.
-    void ReportCaught(const Error& error);
+    /// Errors that were shown so far.
+    int ShownErrors() const;
+    /// Shows an error that a script catches, unless it does so quietly. Neither it nor what was shown about
+    /// it since there were `before` errors counts as an error of the run: the script has dealt with it.
+    void ReportCaught(const Error& error, bool isQuiet, int before);
 
     /// Throws when calls are nested too deep for the stack, or when the run was interrupted.
     void CheckStack() const;

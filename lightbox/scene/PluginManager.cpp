@@ -3,6 +3,7 @@
 #include "formats/SceneFiles.h"
 #include "formats/UnknownNodes.h"
 #include "mel/Interpreter.h"
+#include "openmaya/PluginCommandRunner.h"
 #include "openmaya/PluginHandle.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
@@ -161,6 +162,9 @@ void PluginManager::Unload(const std::string& name, bool force) {
     if (!plugin) {
         throw PluginError("Plug-in, \"" + name + "\", is not loaded.");
     }
+    if (IsInPluginCommand()) {
+        throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded by a plug-in's own command.");
+    }
     const auto entry = std::find_if(entries_.begin(), entries_.end(),
                                     [&](const auto& candidate) { return &candidate->plugin == plugin; });
     UnknownNodes unknown(host_);
@@ -176,6 +180,9 @@ void PluginManager::Unload(const std::string& name, bool force) {
         unknown.Convert(*plugin);
     }
     Stop(**entry);
+    if ((*entry)->library) {
+        (*entry)->library->unload();
+    }
     entries_.erase(entry);
 }
 
@@ -187,9 +194,6 @@ void PluginManager::Stop(Entry& entry) {
                           "\" could not be uninitialised: " + status.errorString().asChar());
     }
     Purge(entry.plugin);
-    if (entry.library) {
-        entry.library->unload();
-    }
 }
 
 void PluginManager::Purge(const Plugin& plugin) {
@@ -226,11 +230,12 @@ void PluginManager::UnloadAll() {
     }
     host_.undo().Flush();
     host_.scene().New();
+    // The libraries stay in memory until the process ends: what others keep of them, such as texts in Qt's caches,
+    // is destroyed after this.
     while (!entries_.empty()) {
         try {
             Stop(*entries_.back());
         } catch (const PluginError& error) {
-            // Its code may still be needed; it stays in memory until the process ends.
             host_.output().Warning(error.what());
         }
         entries_.pop_back();

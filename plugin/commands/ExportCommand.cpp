@@ -56,6 +56,32 @@ bool CheckFile(const QString& path) {
     return true;
 }
 
+/// Hands frames on to be written, those that look alike one after the other as one image: drawings are held.
+class HeldFrames {
+public:
+    explicit HeldFrames(PngWriter& writer)
+        : m_writer(writer) {}
+
+    /// False once a file could not be written.
+    bool Add(const QImage& image, const QString& path) {
+        const bool written = image == m_image || Flush();
+        m_image = image;
+        m_paths.append(path);
+        return written;
+    }
+
+    bool Flush() {
+        const bool written = m_paths.isEmpty() || m_writer.Write(m_image, m_paths);
+        m_paths.clear();
+        return written;
+    }
+
+private:
+    PngWriter& m_writer;
+    QImage m_image;
+    QStringList m_paths;
+};
+
 } // namespace
 
 void* ExportCommand::Creator() {
@@ -213,33 +239,33 @@ bool ExportCommand::WriteAll(const LayerManager& layers) {
         sheet.reset(new ContactSheet(m_end - m_start + 1, title));
     }
     PngWriter writer;
+    HeldFrames held(writer);
     MComputation computation;
     computation.beginComputation(true);
     computation.setProgressRange(m_start, m_end + 1);
     computation.setProgressStatus("Exporting frames");
-    bool interrupted = false;
-    for (int frame = m_start; frame <= m_end && !interrupted; ++frame) {
+    bool going = true;
+    for (int frame = m_start; frame <= m_end && going; ++frame) {
         const QImage image = Compose(layers, frame);
-        const QString path = sequence.GetPath(frame);
-        if (!writer.Write(image, path)) {
-            break;
-        }
-        m_files.append(path);
+        m_files.append(sequence.GetPath(frame));
+        going = held.Add(image, m_files.last());
         if (sheet) {
             sheet->Add(image, QString::number(frame));
         }
         computation.setProgress(frame + 1);
-        interrupted = computation.isInterruptRequested();
+        going = going && !computation.isInterruptRequested();
     }
-    if (sheet && !interrupted && writer.Write(sheet->GetImage(), m_contactSheet)) {
+    held.Flush();
+    if (sheet && going) {
         m_files.append(m_contactSheet);
+        writer.Write(sheet->GetImage(), {m_contactSheet});
     }
     const QString fault = writer.Finish();
     computation.endComputation();
     if (!fault.isEmpty()) {
         return Refuse(fault);
     }
-    return interrupted ? Refuse(QString("Interrupted after %1 frames.").arg(m_files.size())) : true;
+    return going || Refuse(QString("Interrupted after %1 frames.").arg(m_files.size()));
 }
 
 } // namespace vellix

@@ -56,7 +56,8 @@ MSyntax LayerCommand::CommandSyntax() {
     MSyntax syntax;
     syntax.enableQuery(true);
     syntax.enableEdit(true);
-    syntax.setObjectType(MSyntax::kStringObjects, 1);
+    // The camera is needed; that it is missing is said in the plug-in's own words.
+    syntax.setObjectType(MSyntax::kStringObjects);
     syntax.addFlag("-cnt", "-count");
     syntax.addFlag("-act", "-active", MSyntax::kUnsigned);
     syntax.addFlag("-add", "-addLayer");

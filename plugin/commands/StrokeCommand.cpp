@@ -26,7 +26,8 @@ MSyntax StrokeCommand::CommandSyntax() {
     MSyntax syntax;
     syntax.addFlag(LAYER_ADDED_FLAG, "-layerAdded", MSyntax::kLong);
     syntax.addFlag(FRAME_ADDED_FLAG, "-frameAdded", MSyntax::kNoArg);
-    syntax.setObjectType(MSyntax::kStringObjects, 1);
+    // The camera is needed; that it is missing is said in the plug-in's own words.
+    syntax.setObjectType(MSyntax::kStringObjects);
     syntax.enableQuery(false);
     syntax.enableEdit(false);
     return syntax;

@@ -31,7 +31,7 @@ void Compositor::Rebuild(const Scene& scene) {
     PictureStack stack = UpdateGhosts(scene);
     const std::size_t ghostCount = stack.size();
     for (Layer* layer : scene.layers) {
-        stack.push_back(PictureOf(*layer, 0));
+        stack.push_back(m_cache.Find(layer->ReadFrame(0)));
     }
     if (scene.stroke != nullptr && scene.activeLayer >= 0) {
         RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.activeLayer));
@@ -39,17 +39,6 @@ void Compositor::Rebuild(const Scene& scene) {
         found->second->Update(stack, TileMask());
     }
     m_cache.EndRound();
-}
-
-/// The drawing so many keys from the current one. Reading it clears the layer's flag.
-Picture Compositor::PictureOf(Layer& layer, int offset) {
-    Picture picture;
-    const QImage& image = *layer.GetImage(offset);
-    if (!image.isNull()) {
-        picture.drawing = m_cache.Find(image);
-        picture.key = image.cacheKey();
-    }
-    return picture;
 }
 
 /// The ghosts of the active layer. While a stroke grows they stay those of the rebuild before it.
@@ -68,8 +57,8 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
         m_ghosts.camera = scene.camera;
         m_ghosts.layer = &layer;
         m_ghosts.frameIndex = layer.GetCurrentFrameIndex();
-        m_ghosts.pictures = GhostPictures(layer.FrameCount(),
-                                          [this, &layer](int offset) { return PictureOf(layer, offset); });
+        m_ghosts.pictures = GhostPictures(
+            layer.FrameCount(), [this, &layer](int offset) { return m_cache.Find(layer.ReadFrame(offset)); });
     }
     return m_ghosts.pictures;
 }
@@ -88,7 +77,7 @@ void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, co
     PictureStack merged;
     merged.push_back(m_below->AsPicture());
     TileMask changed;
-    scene.stroke->AppendTo(merged, *drawing, *scene.layers[scene.activeLayer]->GetImage(0), changed);
+    scene.stroke->AppendTo(merged, *drawing, scene.layers[scene.activeLayer]->ReadFrame(0), changed);
     merged.push_back(m_above->AsPicture());
     image.Update(merged, changed);
 }

@@ -48,7 +48,6 @@ private:
         PictureStack pictures;
     };
 
-    Picture PictureOf(Layer& layer, int offset);
     PictureStack UpdateGhosts(const Scene& scene);
     void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                            std::size_t drawnOn);

@@ -3,6 +3,9 @@
 #include "core/FrameTime.h"
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
+#include "paint/Picture.h"
+
+#include <utility>
 
 namespace vellix {
 namespace {
@@ -24,7 +27,7 @@ Frame::Frame(const MTime& time)
 
 Frame::Frame(const Frame& other)
     : m_time(other.m_time)
-    , m_packed(other.m_image.isNull() ? other.m_packed : other.EncodedImage()) {}
+    , m_packed(other.m_image.isNull() ? other.m_packed : other.Encode()) {}
 
 Frame::~Frame() = default;
 
@@ -55,11 +58,11 @@ QImage& Frame::GetImage() {
         }
         return m_image;
     }
-    QByteArray packed;
-    packed.swap(m_packed);
-    if (!packed.isEmpty() && DrawUtil::UnpackPngBuffer(packed, m_image)) {
+    Packed packed;
+    std::swap(packed, m_packed);
+    if (!packed.png.isEmpty() && DrawUtil::UnpackPngBuffer(packed.png, m_image)) {
         m_encoded = packed;
-        m_encodedKey = m_image.cacheKey();
+        m_encodedFor = m_image.cacheKey();
     } else {
         m_image = Composite::TransparentImage();
     }
@@ -71,41 +74,47 @@ bool Frame::IsUnpacked() const {
 }
 
 void Frame::PackImage() {
-    if (m_image.isNull()) {
-        return;
-    }
-    const QByteArray packed = EncodedImage();
-    if (!packed.isEmpty()) {
-        SetPackedImage(packed);
+    if (!m_image.isNull() && !Encode().png.isEmpty()) {
+        m_packed = m_encoded;
+        m_encoded = Packed();
+        m_image = QImage();
     }
 }
 
 QByteArray Frame::GetPackedImage() const {
     if (!m_image.isNull()) {
-        return EncodedImage();
+        return Encode().png;
     }
-    return m_packed.isEmpty() ? TransparentPng() : m_packed;
+    return m_packed.png.isEmpty() ? TransparentPng() : m_packed.png;
 }
 
 void Frame::SetPackedImage(const QByteArray& png) {
-    m_packed = png;
+    m_packed.png = png;
+    m_packed.key = Picture::NewKey();
+    m_encoded = Packed();
     m_image = QImage();
-    m_encoded.clear();
-    m_encodedKey = 0;
 }
 
 QImage Frame::PeekImage() const {
     QImage image = m_image;
-    if (image.isNull() && !m_packed.isEmpty()) {
-        DrawUtil::UnpackPngBuffer(m_packed, image);
+    if (image.isNull() && !m_packed.png.isEmpty()) {
+        DrawUtil::UnpackPngBuffer(m_packed.png, image);
     }
     return Composite::ToLayerImage(image);
 }
 
-QByteArray Frame::EncodedImage() const {
-    if (m_encodedKey != m_image.cacheKey() || m_encoded.isEmpty()) {
-        DrawUtil::PackPngBuffer(Composite::ToLayerImage(m_image), m_encoded);
-        m_encodedKey = m_image.cacheKey();
+qint64 Frame::GetPictureKey() const {
+    if (m_image.isNull()) {
+        return m_packed.png.isEmpty() ? 0 : m_packed.key;
+    }
+    return m_encodedFor == m_image.cacheKey() ? m_encoded.key : m_image.cacheKey();
+}
+
+const Frame::Packed& Frame::Encode() const {
+    if (m_encodedFor != m_image.cacheKey() || m_encoded.png.isEmpty()) {
+        DrawUtil::PackPngBuffer(Composite::ToLayerImage(m_image), m_encoded.png);
+        m_encoded.key = m_image.cacheKey();
+        m_encodedFor = m_image.cacheKey();
     }
     return m_encoded;
 }

@@ -8,8 +8,8 @@
 namespace vellix {
 
 /// A drawing keyed at a whole-frame time. Its picture is held as pixels or, until someone asks for them, as
-/// PNG bytes. Beside the pixels a frame remembers the PNG bytes that belong to them, for as long as the pixels
-/// stay what they were.
+/// PNG bytes. Beside the pixels a frame remembers the PNG bytes that belong to them, for as long as the
+/// pixels stay what they were.
 class Frame {
 public:
     /// A frame without a picture.
@@ -43,16 +43,24 @@ public:
     /// The picture without unpacking the frame: shared pixels, or a decoded copy; null for a frame without a
     /// picture.
     QImage PeekImage() const;
+    /// Names the picture: two pictures with the same key have the same pixels, packed or not. 0 for a frame
+    /// without one.
+    qint64 GetPictureKey() const;
 
 private:
-    QByteArray EncodedImage() const;
+    /// A picture as PNG bytes, and its key.
+    struct Packed {
+        QByteArray png;
+        qint64 key = 0;
+    };
+
+    const Packed& Encode() const;
 
     MTime m_time;
     QImage m_image;
-    QByteArray m_packed; ///< the picture while there are no pixels
-
-    mutable QByteArray m_encoded;    ///< the pixels as PNG bytes...
-    mutable qint64 m_encodedKey = 0; ///< ...while this is their QImage::cacheKey
+    Packed m_packed;                 ///< the picture while there are no pixels
+    mutable Packed m_encoded;        ///< the pixels as PNG bytes...
+    mutable qint64 m_encodedFor = 0; ///< ...while this is their QImage::cacheKey
 };
 
 } // namespace vellix

@@ -12,10 +12,8 @@ namespace {
 
 Picture PictureOf(const Frame* frame) {
     Picture picture;
-    const QImage image = frame == nullptr ? QImage() : frame->PeekImage();
-    if (!image.isNull()) {
-        picture.drawing = std::make_shared<PackedTiles>(image);
-        picture.key = image.cacheKey();
+    if (frame != nullptr) {
+        picture.drawing = std::make_shared<PackedTiles>(frame->PeekImage());
     }
     return picture;
 }

@@ -77,13 +77,17 @@ void Layer::ForceCacheUpdate() {
 
 QImage* Layer::GetImage(int offset) {
     static QImage nullImage;
+    if (Frame* frame = ReadFrame(offset)) {
+        return &frame->GetImage();
+    }
+    nullImage = QImage();
+    return &nullImage;
+}
+
+Frame* Layer::ReadFrame(int offset) {
     m_cacheUpdateRequired = false;
     const qint64 index = qint64(m_currentFrameIndex) + offset;
-    if (!m_visible || index < 0 || index >= FrameCount()) {
-        nullImage = QImage();
-        return &nullImage;
-    }
-    return &m_frames[std::size_t(index)]->GetImage();
+    return m_visible && index >= 0 && index < FrameCount() ? GetFrame(int(index)) : nullptr;
 }
 
 void Layer::SetImage(const QImage& image) {

@@ -44,6 +44,8 @@ public:
     /// Pixels of the frame `offset` keys after the current one (before it when negative), owned by the frame;
     /// a shared null image when there is none or the layer is hidden. Counts as reading the picture.
     QImage* GetImage(int offset);
+    /// The frame of that picture, borrowed, without unpacking it; null for none. Counts as reading it, too.
+    Frame* ReadFrame(int offset);
     /// Replaces the pixels of the current frame, if there is one.
     void SetImage(const QImage& image);
 

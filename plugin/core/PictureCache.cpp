@@ -1,40 +1,47 @@
 #include "core/PictureCache.h"
 
+#include "core/Frame.h"
+
 #include <algorithm>
 #include <vector>
 
 namespace vellix {
 
-std::shared_ptr<const PackedTiles> PictureCache::Find(const QImage& image) {
-    Entry& entry = m_entries[image.cacheKey()];
-    if (entry.tiles == nullptr) {
-        entry.tiles = std::make_shared<PackedTiles>(image);
+Picture PictureCache::Find(const Frame* frame) {
+    Picture picture;
+    picture.key = frame == nullptr ? 0 : frame->GetPictureKey();
+    if (picture.key != 0) {
+        Entry& entry = m_entries[picture.key];
+        if (entry.tiles == nullptr) {
+            entry.tiles = std::make_shared<PackedTiles>(frame->PeekImage());
+            m_bytes += entry.tiles->ByteCount();
+        }
+        entry.round = m_round;
+        picture.drawing = entry.tiles;
     }
-    entry.round = m_round;
-    return entry.tiles;
+    return picture;
 }
 
 void PictureCache::EndRound() {
+    const quint64 round = m_round++;
+    if (m_bytes <= m_spareBytes) {
+        return;
+    }
     std::vector<std::pair<quint64, qint64>> spare; // round, key
     std::size_t spareBytes = 0;
     for (const auto& item : m_entries) {
-        if (item.second.round != m_round) {
+        if (item.second.round != round) {
             spare.emplace_back(item.second.round, item.first);
-            spareBytes += item.second.tiles->ByteCount() + sizeof(PackedTiles);
+            spareBytes += item.second.tiles->ByteCount();
         }
-    }
-    ++m_round;
-    if (spareBytes <= SPARE_BYTES) {
-        return;
     }
     std::sort(spare.begin(), spare.end());
-    for (const auto& oldest : spare) {
-        const auto found = m_entries.find(oldest.second);
-        spareBytes -= found->second.tiles->ByteCount() + sizeof(PackedTiles);
+    for (auto oldest = spare.begin(); oldest != spare.end() && spareBytes > m_spareBytes; ++oldest) {
+        const auto found = m_entries.find(oldest->second);
+        const std::size_t bytes = found->second.tiles->ByteCount();
+        spareBytes -= bytes;
+        m_bytes -= bytes;
         m_entries.erase(found);
-        if (spareBytes <= SPARE_BYTES) {
-            return;
-        }
     }
 }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "paint/PackedTiles.h"
-
-#include <QImage>
+#include "paint/Picture.h"
 
 #include <cstddef>
 #include <map>
@@ -10,14 +8,20 @@
 
 namespace vellix {
 
-/// Drawings packed for composition, found again by what QImage::cacheKey tells about their pixels. Those that
-/// were not asked for in the last round go, the oldest first, when they take more memory than they may.
+class Frame;
+
+/// The drawings of frames, packed for composition: the frames themselves stay packed, so that playing through
+/// a scene does not unpack every frame of it. What was not asked for in the last round goes, the oldest
+/// first, when it takes more memory than it may.
 class PictureCache {
 public:
-    /// Memory in bytes that is kept beyond what the last round asked for.
-    static constexpr std::size_t SPARE_BYTES = 64 << 20;
+    /// `spareBytes`: memory that is kept beyond what the last round asked for. By default that of some 500
+    /// drawings of a few strokes.
+    explicit PictureCache(std::size_t spareBytes = 256 << 20)
+        : m_spareBytes(spareBytes) {}
 
-    std::shared_ptr<const PackedTiles> Find(const QImage& image);
+    /// The frame's drawing, nothing for a null frame or one without a picture.
+    Picture Find(const Frame* frame);
     /// Ends a round: lets go of what is too much.
     void EndRound();
 
@@ -27,8 +31,10 @@ private:
         quint64 round;
     };
 
+    std::size_t m_spareBytes;
     std::map<qint64, Entry> m_entries;
     quint64 m_round = 0;
+    std::size_t m_bytes = 0; ///< of all entries
 };
 
 } // namespace vellix

@@ -60,45 +60,45 @@ void StrokePainter::Begin(const QString& camera) {
     m_moved.key = Picture::NewKey();
 }
 
-void StrokePainter::Cancel(Frame* drawing) {
-    if (m_stroke != nullptr && drawing != nullptr && m_stroke->tool == ToolType::Transform &&
+void StrokePainter::Cancel(Frame* frame) {
+    if (m_stroke != nullptr && frame != nullptr && m_stroke->tool == ToolType::Transform &&
         m_stroke->freshSelection && m_stroke->copyToClipboard && SelectionIsUsable()) {
-        m_copied = CopySelection(drawing->GetImage());
+        m_copied = frame->GetImage().copy(m_stroke->selection);
     }
     Forget();
 }
 
-bool StrokePainter::Commit(Frame& drawing, QByteArray* undo) {
+bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
     if (m_stroke == nullptr) {
         return false;
     }
     if (undo != nullptr) {
-        const QByteArray before = drawing.GetPackedImage();
+        const QByteArray before = frame.GetPackedImage();
         if (before.isEmpty()) {
             return false;
         }
         *undo = before;
     }
     TileMask changed;
-    Paint(drawing.GetImage(), false, changed);
-    if (m_stroke->tool == ToolType::Eraser) {
-        drawing.SetImage(m_work.image);
-    } else if (IsFreehand(m_stroke->tool) || IsDrawnWhole(m_stroke->tool)) {
-        Composite::SourceOver(drawing.GetImage(), m_work.image, m_work.coverage.occupied);
-    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable()) {
+    Paint(&frame, false, changed);
+    const ToolType tool = m_stroke->tool;
+    if (tool == ToolType::Eraser) {
+        frame.SetImage(m_work.image);
+    } else if (IsFreehand(tool) || IsDrawnWhole(tool)) {
+        Composite::SourceOver(frame.GetImage(), m_work.image, m_work.coverage.occupied);
+    } else if (tool == ToolType::Transform && SelectionIsUsable()) {
         Composite::SourceOver(m_work.image, m_moved.image, m_moved.coverage.occupied);
-        drawing.SetImage(m_work.image);
+        frame.SetImage(m_work.image);
     }
     Forget();
     return true;
 }
 
-void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, const QImage& image,
-                             TileMask& changed) {
-    Paint(image, true, changed);
+void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, Frame* frame, TileMask& changed) {
+    Paint(frame, true, changed);
     const ToolType tool = m_stroke->tool;
     if (tool == ToolType::Transform) {
-        if (SelectionIsUsable()) {
+        if (SelectionIsUsable() && frame != nullptr) {
             stack.push_back(m_work.AsPicture());
             stack.push_back(m_moved.AsPicture());
         }
@@ -116,24 +116,29 @@ bool StrokePainter::HasPasteImage() const {
     return !m_copied.isNull();
 }
 
-void StrokePainter::Paint(const QImage& drawing, bool editing, TileMask& changed) {
+void StrokePainter::Paint(Frame* frame, bool editing, TileMask& changed) {
     if (IsFreehand(m_stroke->tool)) {
-        PaintFreehand(drawing, changed);
+        PaintFreehand(frame, changed);
     } else if (IsDrawnWhole(m_stroke->tool)) {
         QImage shape = Composite::TransparentImage();
         DrawUtil::DrawStroke(shape, *m_stroke, editing);
         m_work.Replace(shape, changed);
-    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable()) {
-        PaintTransform(drawing, changed);
+    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable() && frame != nullptr) {
+        PaintTransform(*frame, changed);
     }
 }
 
-void StrokePainter::PaintFreehand(const QImage& drawing, TileMask& changed) {
+void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
     const bool erases = m_stroke->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, m_stroke->points.size() - 1);
-    const qint64 ground = erases ? drawing.cacheKey() : qint64(m_stroke->color.rgba());
+    if (erases && frame != nullptr) {
+        frame->GetImage(); // the key of an empty frame changes with its first unpacking
+    }
+    const qint64 ground = !erases            ? qint64(m_stroke->color.rgba())
+                          : frame != nullptr ? frame->GetPictureKey()
+                                             : 0;
     if (!m_begun || ground != m_ground || m_lastRasterised > lastPoint) {
-        m_work.Replace(FreehandGround(drawing), changed);
+        m_work.Replace(FreehandGround(frame), changed);
         m_begun = true;
         m_ground = ground;
         m_lastRasterised = 0;
@@ -152,9 +157,9 @@ void StrokePainter::PaintFreehand(const QImage& drawing, TileMask& changed) {
 
 /// What a freehand stroke is painted into: the eraser lowers the alpha of the drawing, the others raise the
 /// alpha of their colour.
-QImage StrokePainter::FreehandGround(const QImage& drawing) const {
-    if (m_stroke->tool == ToolType::Eraser && !drawing.isNull()) {
-        return drawing;
+QImage StrokePainter::FreehandGround(Frame* frame) const {
+    if (m_stroke->tool == ToolType::Eraser && frame != nullptr) {
+        return frame->GetImage();
     }
     QImage ground = Composite::TransparentImage();
     if (m_stroke->tool != ToolType::Eraser) {
@@ -165,9 +170,9 @@ QImage StrokePainter::FreehandGround(const QImage& drawing) const {
     return ground;
 }
 
-void StrokePainter::PaintTransform(const QImage& drawing, TileMask& changed) {
+void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
     if (m_stroke->freshSelection || !m_begun) {
-        LiftSelection(drawing, changed);
+        LiftSelection(frame, changed);
         m_begun = true;
     }
     QImage moved = Composite::TransparentImage();
@@ -179,9 +184,9 @@ void StrokePainter::PaintTransform(const QImage& drawing, TileMask& changed) {
     m_moved.Replace(moved, changed);
 }
 
-void StrokePainter::LiftSelection(const QImage& drawing, TileMask& changed) {
-    QImage rest = drawing.isNull() ? Composite::TransparentImage() : drawing;
-    const QImage region = CopySelection(drawing);
+void StrokePainter::LiftSelection(Frame& frame, TileMask& changed) {
+    QImage rest = frame.GetImage();
+    const QImage region = rest.copy(m_stroke->selection);
     if (m_stroke->pasted) {
         m_lifted = m_copied;
     } else {
@@ -196,15 +201,6 @@ void StrokePainter::LiftSelection(const QImage& drawing, TileMask& changed) {
         m_copied = region;
     }
     m_work.Replace(rest, changed);
-}
-
-QImage StrokePainter::CopySelection(const QImage& drawing) const {
-    if (!drawing.isNull()) {
-        return drawing.copy(m_stroke->selection);
-    }
-    QImage empty(m_stroke->selection.size(), QImage::Format_RGBA8888);
-    empty.fill(Qt::transparent);
-    return empty;
 }
 
 bool StrokePainter::SelectionIsUsable() const {

@@ -25,17 +25,18 @@ public:
     const QString& GetCamera() const;
 
     void Begin(const QString& camera);
-    /// Forgets the stroke. `drawing`: the frame it was drawn on, for a copy that was asked for and is not
+    /// Forgets the stroke. `frame`: the one it was drawn on, for a copy that was asked for and is not
     /// taken yet; may be null.
-    void Cancel(Frame* drawing);
+    void Cancel(Frame* frame);
     /// Paints the stroke into the frame and forgets it. `undo` receives the picture before it as PNG bytes;
     /// false, with nothing changed, when they cannot be made. With null nobody wants them.
-    bool Commit(Frame& drawing, QByteArray* undo);
+    bool Commit(Frame& frame, QByteArray* undo);
 
-    /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing` and
-    /// `image`: what the layer shows without the stroke, or nothing. `changed` receives the tiles that
-    /// changed since the last time, as the pictures keep their keys while a stroke grows.
-    void AppendTo(PictureStack& stack, const Picture& drawing, const QImage& image, TileMask& changed);
+    /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing`:
+    /// what the layer shows without the stroke; `frame`: the frame that it belongs to, or null. `changed`
+    /// receives the tiles that changed since the last time, as the pictures keep their keys while a stroke
+    /// grows.
+    void AppendTo(PictureStack& stack, const Picture& drawing, Frame* frame, TileMask& changed);
 
     /// Has the transform tool copied something that can be pasted?
     bool HasPasteImage() const;
@@ -51,12 +52,11 @@ private:
         void Replace(const QImage& with, TileMask& changed);
     };
 
-    void Paint(const QImage& drawing, bool editing, TileMask& changed);
-    void PaintFreehand(const QImage& drawing, TileMask& changed);
-    QImage FreehandGround(const QImage& drawing) const;
-    void PaintTransform(const QImage& drawing, TileMask& changed);
-    void LiftSelection(const QImage& drawing, TileMask& changed);
-    QImage CopySelection(const QImage& drawing) const;
+    void Paint(Frame* frame, bool editing, TileMask& changed);
+    void PaintFreehand(Frame* frame, TileMask& changed);
+    QImage FreehandGround(Frame* frame) const;
+    void PaintTransform(Frame& frame, TileMask& changed);
+    void LiftSelection(Frame& frame, TileMask& changed);
     bool SelectionIsUsable() const;
     void Forget();
 

@@ -2,60 +2,64 @@
 
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
+#include "host/SettingsFile.h"
 #include "paint/ToolType.h"
 
 #include <QFileInfo>
 #include <QFont>
 #include <QSettings>
-
-#include <new>
+#include <QStringList>
 
 namespace vellix {
 
-const QString Settings::CONFIG_FILE_NAME = QStringLiteral("vellix2.ini");
-constexpr int Settings::CONFIG_FILE_VERSION;
-const QString Settings::VERSION_STRING = QStringLiteral("2.5.4");
-const QString Settings::APPLICATION_NAME = QStringLiteral("Vellix2");
-const QString Settings::APPLICATION_TITLE = QStringLiteral("Vellix 2");
-const QString Settings::AUTHOR = QStringLiteral("Vellix");
+// These texts are made at run time and not QStringLiteral: the settings are among what Qt keeps in its own
+// caches beyond the unloading of this library, where a literal's bytes would be gone.
+const QString Settings::CONFIG_FILE_NAME = QString::fromLatin1("vellix2.ini");
+const int Settings::CONFIG_FILE_VERSION;
+const QString Settings::VERSION_STRING = QString::fromLatin1("2.5.4");
+const QString Settings::APPLICATION_NAME = QString::fromLatin1("Vellix2");
+const QString Settings::APPLICATION_TITLE = QString::fromLatin1("Vellix 2");
+const QString Settings::AUTHOR = QString::fromLatin1("Vellix");
 
 const char* const Settings::NODE_TYPE_NAME = "qmVellix";
-const QString Settings::NODE_COMMAND_NAME = QStringLiteral("qmVellixNode");
-const QString Settings::LAYER_COMMAND_NAME = QStringLiteral("qmVellixLayer");
-const QString Settings::FRAME_COMMAND_NAME = QStringLiteral("qmVellixFrame");
-const QString Settings::STROKE_COMMAND_NAME = QStringLiteral("qmVellixStroke");
-const QString Settings::UTIL_COMMAND_NAME = QStringLiteral("qmVellixUtil");
-const QString Settings::REPLAY_COMMAND_NAME = QStringLiteral("qmVellixReplay");
-const QString Settings::EXPORT_COMMAND_NAME = QStringLiteral("qmVellixExport");
+const QString Settings::NODE_COMMAND_NAME = QString::fromLatin1("qmVellixNode");
+const QString Settings::LAYER_COMMAND_NAME = QString::fromLatin1("qmVellixLayer");
+const QString Settings::FRAME_COMMAND_NAME = QString::fromLatin1("qmVellixFrame");
+const QString Settings::STROKE_COMMAND_NAME = QString::fromLatin1("qmVellixStroke");
+const QString Settings::UTIL_COMMAND_NAME = QString::fromLatin1("qmVellixUtil");
+const QString Settings::REPLAY_COMMAND_NAME = QString::fromLatin1("qmVellixReplay");
+const QString Settings::EXPORT_COMMAND_NAME = QString::fromLatin1("qmVellixExport");
 
-const QString Settings::DEFAULT_MAIN_MENU_NAME = QStringLiteral("VX2");
-const QString Settings::DEFAULT_LAYER_NAME = QStringLiteral("Layer");
+const QString Settings::DEFAULT_MAIN_MENU_NAME = QString::fromLatin1("VX2");
+const QString Settings::DEFAULT_LAYER_NAME = QString::fromLatin1("Layer");
 const QColor Settings::DEFAULT_DRAW_COLOR = QColor(Qt::cyan);
 const QColor Settings::DEFAULT_TIMELINE_FRAME_COLOR = QColor(143, 193, 207, 255);
 
-const QString Settings::CREATE_MAIN_MENU_FUNC_NAME = QStringLiteral("qmVxCreateMainMenu");
-const QString Settings::DELETE_MAIN_MENU_FUNC_NAME = QStringLiteral("qmVxDeleteMainMenu");
-const QString Settings::UPDATE_MAIN_MENU_FUNC_NAME = QStringLiteral("qmVxUpdateMainMenu");
-const QString Settings::CREATE_FLOATING_VIEWPORT_FUNC_NAME = QStringLiteral("qmVxCreateFloatingViewport");
-const QString Settings::VIEWPORT_LOOK_THROUGH_FUNC_NAME = QStringLiteral("qmVxViewportLookThrough");
-const QString Settings::VIEWPORT_CREATE_CAMERA_FUNC = QStringLiteral("qmVxViewportCreateCamera");
-const QString Settings::DELETE_ACTIVE_LAYER_FUNC = QStringLiteral("qmVxDeleteActiveLayer");
-const QString Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC = QStringLiteral("qmVxDeleteActiveCameraLayers");
-const QString Settings::DELETE_ALL_NODES_FUNC = QStringLiteral("qmVxDeleteAllNodes");
+const QString Settings::CREATE_MAIN_MENU_FUNC_NAME = QString::fromLatin1("qmVxCreateMainMenu");
+const QString Settings::DELETE_MAIN_MENU_FUNC_NAME = QString::fromLatin1("qmVxDeleteMainMenu");
+const QString Settings::UPDATE_MAIN_MENU_FUNC_NAME = QString::fromLatin1("qmVxUpdateMainMenu");
+const QString Settings::CREATE_FLOATING_VIEWPORT_FUNC_NAME =
+    QString::fromLatin1("qmVxCreateFloatingViewport");
+const QString Settings::VIEWPORT_LOOK_THROUGH_FUNC_NAME = QString::fromLatin1("qmVxViewportLookThrough");
+const QString Settings::VIEWPORT_CREATE_CAMERA_FUNC = QString::fromLatin1("qmVxViewportCreateCamera");
+const QString Settings::DELETE_ACTIVE_LAYER_FUNC = QString::fromLatin1("qmVxDeleteActiveLayer");
+const QString Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC =
+    QString::fromLatin1("qmVxDeleteActiveCameraLayers");
+const QString Settings::DELETE_ALL_NODES_FUNC = QString::fromLatin1("qmVxDeleteAllNodes");
 
-constexpr int Settings::MAX_PENCIL_SIZE;
-constexpr int Settings::MAX_BRUSH_SIZE;
-constexpr int Settings::MAX_ERASER_SIZE;
-constexpr int Settings::MAX_TEXT_SIZE;
-constexpr int Settings::MAX_LINE_SIZE;
-constexpr int Settings::MAX_ARROW_SIZE;
-constexpr int Settings::MAX_ELLIPSE_SIZE;
-constexpr int Settings::MAX_RECTANGLE_SIZE;
-constexpr int Settings::MIN_GHOSTED_FRAMES;
-constexpr int Settings::MAX_GHOSTED_FRAMES;
-constexpr int Settings::DEFAULT_GHOSTED_FRAME_COUNT;
-constexpr int Settings::DEFAULT_STATIC_FRAME_TIME;
-constexpr int Settings::FINAL_IMAGE_WIDTH;
+const int Settings::MAX_PENCIL_SIZE;
+const int Settings::MAX_BRUSH_SIZE;
+const int Settings::MAX_ERASER_SIZE;
+const int Settings::MAX_TEXT_SIZE;
+const int Settings::MAX_LINE_SIZE;
+const int Settings::MAX_ARROW_SIZE;
+const int Settings::MAX_ELLIPSE_SIZE;
+const int Settings::MAX_RECTANGLE_SIZE;
+const int Settings::MIN_GHOSTED_FRAMES;
+const int Settings::MAX_GHOSTED_FRAMES;
+const int Settings::DEFAULT_GHOSTED_FRAME_COUNT;
+const int Settings::DEFAULT_STATIC_FRAME_TIME;
+const int Settings::FINAL_IMAGE_WIDTH;
 
 QString Settings::mainMenuName = Settings::DEFAULT_MAIN_MENU_NAME;
 QByteArray Settings::toolboxGeometry;
@@ -196,7 +200,17 @@ public:
         Settings::SetToolOpacity(tool, ReadInt(key, Settings::GetToolOpacity(tool)));
     }
 
-    void Write(const char* key, const QVariant& value) { m_file.setValue(QLatin1String(key), value); }
+    // Qt keeps what was written until the process ends. A literal lies in the plug-in's memory, which goes
+    // when it is unloaded, so Qt gets a copy of every text.
+    void Write(const char* key, const QVariant& value) {
+        const QString text = value.toString();
+        const bool isText = value.type() == QVariant::String;
+        m_file.setValue(QLatin1String(key),
+                        isText ? QVariant(QString(text.constData(), text.size())) : value);
+        m_written.append(m_file.group() + QLatin1Char('/') + QLatin1String(key));
+    }
+    /// The keys that were written, in their order.
+    const QStringList& Written() const { return m_written; }
 
 private:
     QVariant Value(const char* key, const QVariant& missing) const {
@@ -204,6 +218,7 @@ private:
     }
 
     QSettings& m_file;
+    QStringList m_written;
 };
 
 void ReadMainGroup(QSettings& file) {
@@ -273,7 +288,7 @@ void ReadPreferencesGroup(QSettings& file) {
     group.Read("timelineFrameColor", Settings::timelineFrameColor);
 }
 
-void WriteMainGroup(QSettings& file) {
+QStringList WriteMainGroup(QSettings& file) {
     Group group(file, "main");
     group.Write("version", Settings::CONFIG_FILE_VERSION);
     group.Write("mainMenuName", Settings::mainMenuName);
@@ -282,9 +297,10 @@ void WriteMainGroup(QSettings& file) {
     group.Write("layerManagerGeometry", Settings::layerManagerGeometry);
     group.Write("colorPaletteGeometry", Settings::colorPaletteGeometry);
     group.Write("retimingToolGeometry", Settings::retimingGeometry);
+    return group.Written();
 }
 
-void WriteToolsGroup(QSettings& file) {
+QStringList WriteToolsGroup(QSettings& file) {
     Group group(file, "tools");
     group.Write("activeTool", static_cast<int>(Settings::activeTool));
     group.Write("activeColor", Settings::activeColor);
@@ -314,9 +330,10 @@ void WriteToolsGroup(QSettings& file) {
     group.Write("ghostColorOverridePrev", Settings::ghostColorOverridePrev);
     group.Write("ghostColorOverrideNext", Settings::ghostColorOverrideNext);
     group.Write("retimeMoveToNextFrame", Settings::retimeMoveToNextFrame);
+    return group.Written();
 }
 
-void WritePreferencesGroup(QSettings& file) {
+QStringList WritePreferencesGroup(QSettings& file) {
     Group group(file, "preferences");
     group.Write("drawToolContextMenu", Settings::drawToolContextMenu);
     group.Write("transformToolContextMenu", Settings::transformToolContextMenu);
@@ -334,6 +351,7 @@ void WritePreferencesGroup(QSettings& file) {
     group.Write("defaultStaticFrameTime", Settings::defaultStaticFrameTime);
     group.Write("timelineFrameDisplay", Settings::timelineFrameDisplay);
     group.Write("timelineFrameColor", Settings::timelineFrameColor);
+    return group.Written();
 }
 
 } // namespace
@@ -361,15 +379,11 @@ void Settings::ReadUserConfig() {
     if (path.isEmpty()) {
         return;
     }
-    try {
-        QSettings file(path, QSettings::IniFormat);
-        ReadMainGroup(file);
-        ReadToolsGroup(file);
-        ReadPreferencesGroup(file);
-    } catch (const std::bad_alloc&) {
-        // A damaged value may announce a list of billions; whatever was read before it stays.
-        Logger::Error(QStringLiteral("Failed to read settings: %1").arg(path));
-    }
+    SettingsFile::Disarm(path);
+    QSettings file(path, QSettings::IniFormat);
+    ReadMainGroup(file);
+    ReadToolsGroup(file);
+    ReadPreferencesGroup(file);
 }
 
 void Settings::WriteUserConfig() {
@@ -377,10 +391,13 @@ void Settings::WriteUserConfig() {
     if (path.isEmpty()) {
         return;
     }
+    SettingsFile::Disarm(path); // writing reads what is there already
     QSettings file(path, QSettings::IniFormat);
-    WriteMainGroup(file);
-    WriteToolsGroup(file);
-    WritePreferencesGroup(file);
+    const QStringList keys = WriteMainGroup(file) + WriteToolsGroup(file) + WritePreferencesGroup(file);
+    file.sync();
+    if (file.status() == QSettings::NoError) {
+        SettingsFile::Sort(path, keys);
+    }
 }
 
 int Settings::GetToolSize(ToolType tool) {

@@ -17,7 +17,7 @@ enum class ToolType : qint32;
 class Settings {
 public:
     static const QString CONFIG_FILE_NAME;
-    static constexpr int CONFIG_FILE_VERSION = 1;
+    static const int CONFIG_FILE_VERSION = 1;
     static const QString VERSION_STRING;
     static const QString APPLICATION_NAME;
     static const QString APPLICATION_TITLE;
@@ -47,19 +47,19 @@ public:
     static const QString DELETE_ACTIVE_CAMERA_LAYERS_FUNC;
     static const QString DELETE_ALL_NODES_FUNC;
 
-    static constexpr int MAX_PENCIL_SIZE = 100;
-    static constexpr int MAX_BRUSH_SIZE = 100;
-    static constexpr int MAX_ERASER_SIZE = 100;
-    static constexpr int MAX_TEXT_SIZE = 100;
-    static constexpr int MAX_LINE_SIZE = 50;
-    static constexpr int MAX_ARROW_SIZE = 50;
-    static constexpr int MAX_ELLIPSE_SIZE = 50;
-    static constexpr int MAX_RECTANGLE_SIZE = 50;
-    static constexpr int MIN_GHOSTED_FRAMES = 1;
-    static constexpr int MAX_GHOSTED_FRAMES = 9;
-    static constexpr int DEFAULT_GHOSTED_FRAME_COUNT = 3;
-    static constexpr int DEFAULT_STATIC_FRAME_TIME = -999;
-    static constexpr int FINAL_IMAGE_WIDTH = IMAGE_WIDTH; ///< width and height of every layer image, pixels
+    static const int MAX_PENCIL_SIZE = 100;
+    static const int MAX_BRUSH_SIZE = 100;
+    static const int MAX_ERASER_SIZE = 100;
+    static const int MAX_TEXT_SIZE = 100;
+    static const int MAX_LINE_SIZE = 50;
+    static const int MAX_ARROW_SIZE = 50;
+    static const int MAX_ELLIPSE_SIZE = 50;
+    static const int MAX_RECTANGLE_SIZE = 50;
+    static const int MIN_GHOSTED_FRAMES = 1;
+    static const int MAX_GHOSTED_FRAMES = 9;
+    static const int DEFAULT_GHOSTED_FRAME_COUNT = 3;
+    static const int DEFAULT_STATIC_FRAME_TIME = -999;
+    static const int FINAL_IMAGE_WIDTH = IMAGE_WIDTH; ///< width and height of every layer image, pixels
 
     // Group "main".
     static QString mainMenuName;

@@ -6,7 +6,6 @@
 #include "paint/DrawUtil.h"
 
 #include <QBuffer>
-#include <QRunnable>
 
 #include <memory>
 #include <new>
@@ -16,31 +15,26 @@ namespace vellix {
 
 namespace {
 
-constexpr int THREADS = 2;
+constexpr size_t THREADS = 2;
 /// Enough to keep the threads busy while frames are made, and few enough that no more than a few copies of
 /// stored text are alive at a time.
 constexpr size_t MAX_PENDING = 4 * THREADS;
 
-template <typename Task>
-class Runnable : public QRunnable {
-public:
-    explicit Runnable(Task task)
-        : m_task(std::move(task)) {}
-    void run() override { m_task(); }
-
-private:
-    Task m_task;
-};
-
 } // namespace
 
 DrawingLoader::DrawingLoader(Report report)
-    : m_report(report) {
-    m_threads.setMaxThreadCount(THREADS);
-}
+    : m_report(report) {}
 
 DrawingLoader::~DrawingLoader() {
     Finish();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_done = true;
+    }
+    m_wake.notify_all();
+    for (std::thread& thread : m_threads) {
+        thread.join();
+    }
 }
 
 void DrawingLoader::AddHex(Layer& layer, int index, const MTime& time, const MString& hex) {
@@ -71,20 +65,47 @@ DrawingLoader::Checked DrawingLoader::Check(QByteArray png) {
     return {Outcome::Loaded, png};
 }
 
-template <typename Work>
-void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Work work) {
+template <typename Decode>
+void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Decode decode) {
+    StartThreads();
     if (m_pending.size() >= MAX_PENDING) {
         TakeFirst();
     }
-    std::packaged_task<Checked()> task([work] {
+    std::packaged_task<Checked()> task([decode] {
         try {
-            return Check(work());
+            return Check(decode());
         } catch (const std::bad_alloc&) {
             return Checked{Outcome::NotDecoded, QByteArray()};
         }
     });
     m_pending.push_back({&layer, index, time, task.get_future()});
-    m_threads.start(new Runnable<std::packaged_task<Checked()>>(std::move(task)));
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_queue.push_back(std::move(task));
+    }
+    m_wake.notify_one();
+}
+
+void DrawingLoader::StartThreads() {
+    while (m_threads.size() < THREADS) {
+        m_threads.emplace_back([this] { WorkOffQueue(); });
+    }
+}
+
+void DrawingLoader::WorkOffQueue() {
+    for (;;) {
+        std::packaged_task<Checked()> task;
+        {
+            std::unique_lock<std::mutex> lock(m_mutex);
+            m_wake.wait(lock, [this] { return m_done || !m_queue.empty(); });
+            if (m_queue.empty()) {
+                return;
+            }
+            task = std::move(m_queue.front());
+            m_queue.pop_front();
+        }
+        task();
+    }
 }
 
 void DrawingLoader::TakeFirst() {

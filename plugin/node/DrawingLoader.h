@@ -4,10 +4,13 @@
 #include <maya/MTime.h>
 
 #include <QByteArray>
-#include <QThreadPool>
 
+#include <condition_variable>
 #include <deque>
 #include <future>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 namespace vellix {
 
@@ -21,6 +24,7 @@ public:
     enum class Report { Errors, Nothing };
 
     explicit DrawingLoader(Report report);
+    /// Finishes first.
     ~DrawingLoader();
     DrawingLoader(const DrawingLoader&) = delete;
     DrawingLoader& operator=(const DrawingLoader&) = delete;
@@ -46,14 +50,21 @@ private:
     };
 
     static Checked Check(QByteArray png);
-    template <typename Work>
-    void Add(Layer& layer, int index, const MTime& time, Work work);
+    template <typename Decode>
+    void Add(Layer& layer, int index, const MTime& time, Decode decode);
+    void StartThreads();
+    void WorkOffQueue();
     void TakeFirst();
     void ReportBad(const Pending& drawing, Outcome outcome) const;
 
     const Report m_report;
     std::deque<Pending> m_pending;
-    QThreadPool m_threads; ///< last, so that no thread outlives what it works for
+
+    std::vector<std::thread> m_threads;
+    std::mutex m_mutex; ///< guards what follows
+    std::condition_variable m_wake;
+    std::deque<std::packaged_task<Checked()>> m_queue;
+    bool m_done = false;
 };
 
 } // namespace vellix

@@ -20,7 +20,9 @@ PackedTiles::PackedTiles(const QImage& image) {
         if (occupied == 0) {
             continue;
         }
-        m_rows[std::size_t(row)].reset(new quint8[std::size_t(qPopulationCount(occupied)) * TILE_VALUES]);
+        const std::size_t bytes = std::size_t(qPopulationCount(occupied)) * TILE_VALUES;
+        m_rows[std::size_t(row)].reset(new quint8[bytes]);
+        m_byteCount += bytes;
         quint8* tile = m_rows[std::size_t(row)].get();
         const auto* pixels =
             reinterpret_cast<const quint32*>(image.constScanLine(row * TileMask::TILE_WIDTH));
@@ -35,10 +37,6 @@ PackedTiles::PackedTiles(const QImage& image) {
 const quint8* PackedTiles::Tile(int row, int column) const {
     const quint64 before = m_coverage.occupied.Row(row) & ((quint64(1) << column) - 1);
     return m_rows[std::size_t(row)].get() + std::size_t(qPopulationCount(before)) * TILE_VALUES;
-}
-
-std::size_t PackedTiles::ByteCount() const {
-    return std::size_t(m_coverage.occupied.TileCount()) * TILE_VALUES;
 }
 
 } // namespace vellix

@@ -23,12 +23,13 @@ public:
     /// The planes of an occupied tile.
     const quint8* Tile(int row, int column) const;
 
-    /// Memory that the tiles take.
-    std::size_t ByteCount() const;
+    /// Memory that it takes.
+    std::size_t ByteCount() const { return m_byteCount; }
 
 private:
     TileCoverage m_coverage;
     std::array<std::unique_ptr<quint8[]>, TileMask::COUNT> m_rows;
+    std::size_t m_byteCount = sizeof(PackedTiles);
 };
 
 } // namespace vellix

@@ -1,6 +1,6 @@
 #include "paint/PngWriter.h"
 
-#include <QImageWriter>
+#include <QBuffer>
 #include <QMutexLocker>
 #include <QRunnable>
 #include <QSaveFile>
@@ -11,36 +11,44 @@ namespace vellix {
 
 namespace {
 
-QString WriteFile(const QImage& image, const QString& path) {
+QString WriteFile(const QByteArray& content, const QString& path) {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString();
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    return written ? QString() : QString("\"") + path + "\" cannot be written: " + file.errorString();
+}
+
+QString WriteFiles(const QImage& image, const QStringList& paths) {
+    QByteArray content;
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, "PNG")) {
+        return "The image cannot be encoded.";
     }
-    QImageWriter writer(&file, "png");
-    if (!writer.write(image)) {
-        return file.error() == QFileDevice::NoError ? writer.errorString() : file.errorString();
+    for (const QString& path : paths) {
+        const QString fault = WriteFile(content, path);
+        if (!fault.isEmpty()) {
+            return fault;
+        }
     }
-    return file.commit() ? QString() : file.errorString();
+    return QString();
 }
 
 } // namespace
 
 class PngWriter::Job : public QRunnable {
 public:
-    Job(PngWriter& writer, const QImage& image, const QString& path)
+    Job(PngWriter& writer, const QImage& image, const QStringList& paths)
         : m_writer(writer)
         , m_image(image)
-        , m_path(path) {}
+        , m_paths(paths) {}
 
-    void run() override {
-        const QString fault = WriteFile(m_image, m_path);
-        m_writer.Done(fault.isEmpty() ? fault : QString("\"") + m_path + "\" cannot be written: " + fault);
-    }
+    void run() override { m_writer.Done(WriteFiles(m_image, m_paths)); }
 
 private:
     PngWriter& m_writer;
     QImage m_image;
-    QString m_path;
+    QStringList m_paths;
 };
 
 PngWriter::PngWriter()
@@ -52,7 +60,7 @@ PngWriter::~PngWriter() {
     m_threads.waitForDone();
 }
 
-bool PngWriter::Write(const QImage& image, const QString& path) {
+bool PngWriter::Write(const QImage& image, const QStringList& paths) {
     m_room.acquire();
     {
         const QMutexLocker lock(&m_mutex);
@@ -61,7 +69,7 @@ bool PngWriter::Write(const QImage& image, const QString& path) {
             return false;
         }
     }
-    m_threads.start(new Job(*this, image, path)); // the pool owns it
+    m_threads.start(new Job(*this, image, paths)); // the pool owns it
     return true;
 }
 

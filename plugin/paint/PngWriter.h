@@ -4,6 +4,7 @@
 #include <QMutex>
 #include <QSemaphore>
 #include <QString>
+#include <QStringList>
 #include <QThread>
 #include <QThreadPool>
 
@@ -19,9 +20,9 @@ public:
     PngWriter(const PngWriter&) = delete;
     PngWriter& operator=(const PngWriter&) = delete;
 
-    /// Takes the image on, waiting while as many as can be held in memory are still unwritten. False, with
-    /// nothing taken on, once a file could not be written.
-    bool Write(const QImage& image, const QString& path);
+    /// Takes an image on, for one file or several that are to be the same, waiting while as many as can be
+    /// held in memory are still unwritten. False, with nothing taken on, once a file could not be written.
+    bool Write(const QImage& image, const QStringList& paths);
     /// Waits for all files. Returns what went wrong first, or an empty string.
     QString Finish();
 

@@ -288,6 +288,31 @@ TEST_F(ComposeTest, ComposesAnyTimeWithoutTouchingAnything) {
     EXPECT_LE(PlainComposer::Difference(Plain(camera), bare), 2);
 }
 
+TEST_F(ComposeTest, ShowingPackedFramesLeavesThemPacked) {
+    MakeDocument();
+    SetGhosts(1, 1, false);
+    Layer* active = manager.GetActiveLayer(camera);
+    QList<QImage> expected;
+    for (int time = 1; time < 9; ++time) {
+        ShowTime(time);
+        expected.append(manager.GetFlattenedImage(camera)->copy());
+    }
+    for (int i = 0; i < active->FrameCount(); ++i) {
+        active->GetFrame(i)->PackImage();
+    }
+    for (int time = 1; time < 9; ++time) {
+        ShowTime(time);
+        EXPECT_EQ(*manager.GetFlattenedImage(camera), expected[time - 1]) << time;
+        EXPECT_FALSE(active->GetFrame(time - 1)->IsUnpacked());
+    }
+    const QByteArray before = active->GetFrame(7)->GetPackedImage();
+    BeginStroke(camera, ToolType::Pencil);
+    QByteArray undo;
+    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    EXPECT_TRUE(undo.isSharedWith(before)) << "the picture before the stroke was at hand as bytes";
+    EXPECT_LE(Error(camera), 2);
+}
+
 TEST_F(ComposeTest, OverridesTheColourOfWhatCanBeSeen) {
     QImage image = PlainComposer::Blank();
     image.setPixel(3, 4, qRgba(200, 100, 50, 1));

@@ -71,6 +71,29 @@ TEST_F(FrameTest, GivesTheBytesOfWhatItShows) {
     EXPECT_EQ(decoded, PlainComposer::Blank());
 }
 
+TEST_F(FrameTest, NamesItsPictureByAKey) {
+    Frame frame(At(1));
+    EXPECT_EQ(frame.GetPictureKey(), 0);
+    frame.SetPackedImage(Png(Drawing(1)));
+    const qint64 first = frame.GetPictureKey();
+    frame.GetImage();
+    EXPECT_EQ(frame.GetPictureKey(), first) << "unpacking changes no picture";
+    frame.GetPackedImage();
+    frame.PackImage();
+    EXPECT_EQ(frame.GetPictureKey(), first) << "nor does packing";
+    frame.SetImage(Drawing(2));
+    const qint64 second = frame.GetPictureKey();
+    frame.GetPackedImage();
+    EXPECT_EQ(frame.GetPictureKey(), second);
+    EXPECT_NE(second, first);
+    frame.SetImage(QImage());
+    EXPECT_EQ(frame.GetPictureKey(), first) << "the bytes of before show again";
+    EXPECT_EQ(Frame(frame).GetPictureKey(), first);
+    frame.GetImage().setPixel(1, 1, qRgba(1, 1, 1, 1));
+    EXPECT_NE(frame.GetPictureKey(), first);
+    EXPECT_NE(frame.GetPictureKey(), second);
+}
+
 TEST_F(FrameTest, BringsImagesOfOtherKindsIntoShape) {
     Frame frame(At(1));
     QImage small(10, 2000, QImage::Format_ARGB32);

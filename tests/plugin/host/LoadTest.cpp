@@ -3,12 +3,15 @@
 #include "plugin/PluginTest.h"
 #include "scene/EventBus.h"
 #include "scene/PluginManager.h"
+#include "scene/Scene.h"
 
 #include <QFile>
 
 namespace vellix {
 
+using ::testing::Contains;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 using LoadTest = PluginTest;
 
@@ -18,7 +21,7 @@ struct Leftovers {
     size_t callbacks;
     std::string jobs;
     size_t commands;
-    std::string nodeTypes;
+    std::vector<std::string> nodeTypes;
 
     bool operator==(const Leftovers& other) const {
         return callbacks == other.callbacks && jobs == other.jobs && commands == other.commands &&
@@ -32,14 +35,15 @@ TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
     lightbox::PluginManager& plugins = Host().plugins();
     const auto state = [&] {
         return Leftovers{Host().events().CallbackCount(), Ask("size(`scriptJob -listJobs`)"),
-                         Host().interpreter().Commands().Names().size(), Ask("allNodeTypes")};
+                         Host().interpreter().Commands().Names().size(),
+                         Host().scene().types().NodeTypeNames()};
     };
     const Leftovers loaded = state();
     plugins.Unload("vellix2", false);
     const Leftovers unloaded = state();
     EXPECT_EQ(unloaded.callbacks + 8, loaded.callbacks); // seven events and the script job's condition
     EXPECT_EQ(Ask("whatIs qmVellixNode"), "Unknown");
-    EXPECT_EQ(unloaded.nodeTypes.find("qmVellix"), std::string::npos);
+    EXPECT_THAT(unloaded.nodeTypes, Not(Contains("qmVellix")));
 
     for (int round = 0; round < 50; ++round) {
         plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
@@ -77,10 +81,9 @@ TEST_F(LoadTest, ANameThatIsTakenStopsTheRegistration) {
         },
         [](MObject object) { return MFnPlugin(object).deregisterCommand("qmVellixStroke"); });
     EXPECT_THROW(plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin), lightbox::PluginError);
-    EXPECT_THAT(Messages(),
-                ::testing::Contains(::testing::StartsWith("Failed to register 'qmVellixStroke' command: ")));
+    EXPECT_THAT(Messages(), Contains(::testing::StartsWith("Failed to register 'qmVellixStroke' command: ")));
     EXPECT_EQ(Host().events().CallbackCount(), callbacks);
-    EXPECT_EQ(Ask("allNodeTypes").find("qmVellix"), std::string::npos);
+    EXPECT_THAT(Host().scene().types().NodeTypeNames(), Not(Contains("qmVellix")));
     plugins.Unload("other", false);
     EXPECT_NO_THROW(plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin));
 }

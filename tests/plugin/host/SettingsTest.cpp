@@ -153,6 +153,8 @@ TEST_F(SettingsTest, NonsenseFilesDoNoHarm) {
         "[tools]\nactiveColor=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\n",
         "[tools]\nactiveColor=@Variant(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\n",
         "[tools]\nactiveColor=@Variant(\\0\\0\\0\\b\\x7f\\xff\\xff\\xff)\n",
+        // The same with the mark spelled in escapes, quotes and continued lines.
+        "[tools]\nactiveColor=\\x40V\"ari\"\\\na\\156t(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\n",
         "[main]\ntoolboxGeometry=@ByteArray(\\xZZ\nversion=@Invalid()\n",
     };
     for (int round = 0; round < 300; ++round) {

@@ -76,7 +76,7 @@ ReadResult ReadBinary(const std::string& bytes) {
     return {data.GetLayerManager(), status, 0};
 }
 
-QByteArray Png(int width, int height, const QColor& color, int level) {
+QByteArray Png(int width, int height, const QColor& color, int compression) {
     QImage image(width, height, QImage::Format_RGBA8888);
     image.fill(Qt::transparent);
     QPainter(&image).fillRect(0, 0, (width + 1) / 2, (height + 1) / 2, color);
@@ -84,20 +84,24 @@ QByteArray Png(int width, int height, const QColor& color, int level) {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "PNG");
-    writer.setCompression(level);
+    writer.setCompression(compression);
     writer.write(image);
     return bytes;
 }
 
 namespace {
 
+void AddFrame(Layer& layer, int time, const QByteArray& png) {
+    auto frame = std::make_unique<Frame>(MTime(time, MTime::uiUnit()));
+    frame->SetPackedImage(png);
+    layer.InsertFrame(frame.release());
+}
+
 void AddLayer(LayerManager& layers, const QString& camera, const QString& name, const QList<int>& times) {
     layers.InsertLayer(camera, -1, name);
     Layer* layer = layers.GetLayer(camera, layers.LayerCount(camera) - 1);
     for (const int time : times) {
-        auto* frame = new Frame(MTime(time, MTime::uiUnit()));
-        frame->SetPackedImage(Png(1024, 1024, QColor(time & 255, 2 * name.size(), 99, 200)));
-        layer->InsertFrame(frame);
+        AddFrame(*layer, time, Png(1024, 1024, QColor(time & 255, 2 * name.size(), 99, 200)));
     }
 }
 
@@ -113,6 +117,15 @@ void FillDrawing(LayerManager& layers) {
     layers.SetLayerState(QStringLiteral("persp"), 1, LayerState::Locked);
     layers.SetLayerState(QStringLiteral("persp"), 2, LayerState::Static);
     layers.SetActiveLayer(QStringLiteral("persp"), 1, true);
+}
+
+void FillSmallDrawing(LayerManager& layers) {
+    const QByteArray png = Png(1024, 1024, Qt::transparent);
+    AddLayer(layers, QStringLiteral("persp"), QStringLiteral("Rough"), {});
+    AddLayer(layers, QStringLiteral("persp"), QStringLiteral("Set"), {});
+    AddLayer(layers, QStringLiteral("top"), QStringLiteral("Notes"), {});
+    AddFrame(*layers.GetLayer(QStringLiteral("persp"), 0), 1, png);
+    AddFrame(*layers.GetLayer(QStringLiteral("top"), 0), 7, png);
 }
 
 std::string Describe(LayerManager& layers) {

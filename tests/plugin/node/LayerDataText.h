@@ -33,12 +33,14 @@ struct ReadResult {
 ReadResult ReadAscii(const std::vector<std::string>& tokens);
 ReadResult ReadBinary(const std::string& bytes);
 
-/// PNG bytes of a picture that is that colour in its left upper quarter; `level` is zlib's, so that the same
-/// picture has other bytes.
-QByteArray Png(int width, int height, const QColor& color, int level = 1);
+/// PNG bytes of a picture that is that colour in its left upper quarter; `compression` is 0 to 100, so that
+/// the same picture has other bytes.
+QByteArray Png(int width, int height, const QColor& color, int compression = 50);
 
 /// Two cameras with layers and frames of every kind.
 void FillDrawing(LayerManager& layers);
+/// Three layers and two frames of few bytes, for reading it hundreds of times.
+void FillSmallDrawing(LayerManager& layers);
 /// Everything that is stored of a drawing, pixels included, as text that can be compared.
 std::string Describe(LayerManager& layers);
 

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "HostFixture.h"
+#include "mel/Error.h"
+#include "mel/Interpreter.h"
+
+#include <string>
+
+/// A host with its interpreter at hand.
+class MelFixture : public HostFixture {
+protected:
+    lightbox::mel::Value Run(const std::string& text) { return host_.interpreter().Execute(text); }
+    /// The result with its type: "int 3".
+    std::string Typed(const std::string& text) {
+        const lightbox::mel::Value value = Run(text);
+        return std::string(lightbox::mel::TypeName(value.GetType())) +
+               (value.IsNone() ? "" : " " + value.Shown());
+    }
+    /// The error that the text ends with, with its place; "none" when there is none.
+    std::string ErrorOf(const std::string& text) {
+        try {
+            Run(text);
+        } catch (const lightbox::mel::Error& error) {
+            return error.Described();
+        }
+        return "none";
+    }
+    /// What print wrote, and the messages, since the last call.
+    std::string Output() {
+        std::string text;
+        for (const std::string& message : messages_) {
+            text += message;
+        }
+        messages_.clear();
+        return text;
+    }
+};

@@ -1,0 +1,46 @@
+#include "core/PictureCache.h"
+
+#include "plugin/core/DocumentTest.h"
+
+#include <vector>
+
+namespace vellix {
+namespace {
+
+class PictureCacheTest : public DocumentTest {};
+
+TEST_F(PictureCacheTest, KeepsWhatIsShownAndAsMuchOfTheRestAsItMay) {
+    QImage square = PlainComposer::Blank();
+    QPainter(&square).fillRect(0, 0, 160, 160, Qt::red);
+    const std::size_t size = PackedTiles(square).ByteCount();
+    PictureCache cache(3 * size);
+    std::vector<std::unique_ptr<Frame>> frames;
+    std::vector<std::weak_ptr<const PackedTiles>> kept;
+    for (int i = 0; i < 6; ++i) {
+        frames.push_back(std::make_unique<Frame>(At(i)));
+        frames.back()->SetImage(square.copy());
+        kept.push_back(cache.Find(frames.back().get()).drawing);
+        EXPECT_EQ(cache.Find(frames.back().get()).drawing, kept.back().lock());
+    }
+    cache.EndRound();
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_FALSE(kept[i].expired()) << "all of the last round, " << i;
+    }
+    cache.Find(frames[1].get());
+    cache.EndRound();
+    cache.Find(frames[4].get());
+    cache.EndRound();
+    // 4 was shown last; 1 and two others may stay.
+    EXPECT_FALSE(kept[4].expired());
+    EXPECT_FALSE(kept[1].expired());
+    int alive = 0;
+    for (const auto& drawing : kept) {
+        alive += drawing.expired() ? 0 : 1;
+    }
+    EXPECT_EQ(alive, 4);
+    EXPECT_EQ(cache.Find(nullptr).drawing, nullptr);
+    EXPECT_EQ(cache.Find(std::make_unique<Frame>(At(1)).get()).drawing, nullptr);
+}
+
+} // namespace
+} // namespace vellix
