@@ -63,7 +63,7 @@ void StrokePainter::Begin(const QString& camera) {
 void StrokePainter::Cancel(Frame* frame) {
     if (m_stroke != nullptr && frame != nullptr && m_stroke->tool == ToolType::Transform &&
         m_stroke->freshSelection && m_stroke->copyToClipboard && SelectionIsUsable()) {
-        m_copied = CopySelection(frame);
+        m_copied = frame->GetImage().copy(m_stroke->selection);
     }
     Forget();
 }
@@ -98,7 +98,7 @@ void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, Frame*
     Paint(frame, true, changed);
     const ToolType tool = m_stroke->tool;
     if (tool == ToolType::Transform) {
-        if (SelectionIsUsable()) {
+        if (SelectionIsUsable() && frame != nullptr) {
             stack.push_back(m_work.AsPicture());
             stack.push_back(m_moved.AsPicture());
         }
@@ -123,8 +123,8 @@ void StrokePainter::Paint(Frame* frame, bool editing, TileMask& changed) {
         QImage shape = Composite::TransparentImage();
         DrawUtil::DrawStroke(shape, *m_stroke, editing);
         m_work.Replace(shape, changed);
-    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable()) {
-        PaintTransform(frame, changed);
+    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable() && frame != nullptr) {
+        PaintTransform(*frame, changed);
     }
 }
 
@@ -170,7 +170,7 @@ QImage StrokePainter::FreehandGround(Frame* frame) const {
     return ground;
 }
 
-void StrokePainter::PaintTransform(Frame* frame, TileMask& changed) {
+void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
     if (m_stroke->freshSelection || !m_begun) {
         LiftSelection(frame, changed);
         m_begun = true;
@@ -184,9 +184,9 @@ void StrokePainter::PaintTransform(Frame* frame, TileMask& changed) {
     m_moved.Replace(moved, changed);
 }
 
-void StrokePainter::LiftSelection(Frame* frame, TileMask& changed) {
-    QImage rest = frame == nullptr ? Composite::TransparentImage() : frame->GetImage();
-    const QImage region = CopySelection(frame);
+void StrokePainter::LiftSelection(Frame& frame, TileMask& changed) {
+    QImage rest = frame.GetImage();
+    const QImage region = rest.copy(m_stroke->selection);
     if (m_stroke->pasted) {
         m_lifted = m_copied;
     } else {
@@ -201,15 +201,6 @@ void StrokePainter::LiftSelection(Frame* frame, TileMask& changed) {
         m_copied = region;
     }
     m_work.Replace(rest, changed);
-}
-
-QImage StrokePainter::CopySelection(Frame* frame) const {
-    if (frame != nullptr) {
-        return frame->GetImage().copy(m_stroke->selection);
-    }
-    QImage empty(m_stroke->selection.size(), QImage::Format_RGBA8888);
-    empty.fill(Qt::transparent);
-    return empty;
 }
 
 bool StrokePainter::SelectionIsUsable() const {

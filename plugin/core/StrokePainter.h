@@ -55,9 +55,8 @@ private:
     void Paint(Frame* frame, bool editing, TileMask& changed);
     void PaintFreehand(Frame* frame, TileMask& changed);
     QImage FreehandGround(Frame* frame) const;
-    void PaintTransform(Frame* frame, TileMask& changed);
-    void LiftSelection(Frame* frame, TileMask& changed);
-    QImage CopySelection(Frame* frame) const;
+    void PaintTransform(Frame& frame, TileMask& changed);
+    void LiftSelection(Frame& frame, TileMask& changed);
     bool SelectionIsUsable() const;
     void Forget();
 

@@ -25,9 +25,9 @@ inline quint16 Remaining(quint16 coverage) {
     return quint16(rest + (rest >> 7));
 }
 
-/// A channel of 0..255 after rounding.
+/// A channel of 0..255 after rounding; the functions of the library would keep the loops scalar.
 inline quint32 Byte(float value) {
-    return quint32(int(value + 0.5f));
+    return quint32(int(value + 0.5f)); // NOLINT(bugprone-incorrect-roundings): never below 0
 }
 
 /// A number to divide by. Where it was 0 the result does not matter, but a branch would keep the loop scalar.

@@ -137,6 +137,8 @@ TEST_F(StrokeTest, NeedsAFrameToBeDrawnOn) {
     ShowTime(0);
     BeginStroke(camera, ToolType::Line);
     manager.GetFlattenedImage(camera);
+    EXPECT_FALSE(manager.CommitActiveStroke("nowhere", undo));
+    EXPECT_TRUE(manager.HasActiveStroke());
     EXPECT_FALSE(manager.CommitActiveStroke(camera, undo)) << "no drawing at this time";
     EXPECT_FALSE(manager.HasActiveStroke());
     EXPECT_FALSE(manager.UndoStroke(camera, undo));
@@ -241,6 +243,23 @@ TEST_F(StrokeTest, CutsCopiesAndPastes) {
     EXPECT_TRUE(manager.PasteTransformImageAvailable()) << "it can be pasted again";
     ASSERT_TRUE(manager.UndoStroke(camera, undo));
     EXPECT_EQ(Current(), holed);
+}
+
+TEST_F(StrokeTest, HidingTheLayerOnTheWayLosesNothing) {
+    const QImage before = Current().copy();
+    for (const ToolType tool : {ToolType::Eraser, ToolType::Transform}) {
+        Stroke* stroke = BeginTransform(QRect(200, 300, 200, 80));
+        stroke->tool = tool;
+        stroke->points = {Point(3, 3), Point(9, 9)}; // where there is nothing to erase
+        for (const bool visible : {false, true, false}) {
+            manager.SetLayerVisible(camera, 0, visible);
+            manager.GetFlattenedImage(camera);
+            stroke->freshSelection = false;
+        }
+        ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+        EXPECT_LE(PlainComposer::Difference(Current(), before), 1) << int(tool);
+        manager.SetLayerVisible(camera, 0, true);
+    }
 }
 
 TEST_F(StrokeTest, SelectionsThatAreNoneLoseNothing) {
