@@ -114,12 +114,12 @@ TEST_F(SceneDamageTest, AsciiFaultsAreErrorsWithTheirPlaceAndTheRestIsRead) {
         const char* message;
     };
     const Case cases[] = {
-        {"setAttr \".tx\" \"far\";", "line 3.2: A number was expected"},
-        {"setAttr \".t\" -type \"double3\" 1 2;", "takes 3 values; 2 were given"},
+        {"setAttr \".lpx\" \"far\";", "line 3.2: A number was expected"},
+        {"setAttr \".lp\" -type \"double3\" 1 2;", "takes 3 values; 2 were given"},
         {"setAttr -s 2000000000 \".w[0:1999999999]\" 1 2;", "longer than the values given"},
         {"setAttr \".d\" -type \"doubleArray\" 2000000000 1 2;", "not the one announced"},
         {"setAttr \".d\" -type \"stringArray\" -1 \"a\";", "not the one announced"},
-        {"setAttr \".t[\" 1;", "Syntax error in the attribute"},
+        {"setAttr \".lp[\" 1;", "Syntax error in the attribute"},
         {"setAttr \".w[-1]\" 1;", "Syntax error in the attribute"},
         {"setAttr \".w[99999999999999]\" 1;", "Syntax error in the attribute"},
         {"setAttr \".pg\" -type \"notes\" 3 \"only one\";", "could not be read whole"},
@@ -130,7 +130,7 @@ TEST_F(SceneDamageTest, AsciiFaultsAreErrorsWithTheirPlaceAndTheRestIsRead) {
         {"addAttr -ln \"tall\" -at \"compound\" -nc 2000000000;", "number of children"},
         {"currentUnit -t \"fortnight\";", "Unknown time unit"},
         {"setAttr;", "No attribute was specified"},
-        {"createNode;", "createNode"},
+        {"createNode;", "Not enough objects"},
     };
     for (const Case& c : cases) {
         Write("bad.ma",

@@ -28,7 +28,7 @@ TEST_F(SceneReferenceTest, NodesAreReadAgainAndOnlyEditsAreWritten) {
     EXPECT_EQ(Typed("referenceQuery -inr \"h:hand\"") + Typed("referenceQuery -inr own"), "int 1int 0");
     EXPECT_EQ(Typed("file -q -r"), "string[] " + Path("hero.ma"));
     EXPECT_EQ(Typed("file -q -rfn " + Quoted("hero.ma")), "string hRN");
-    EXPECT_EQ(Typed("ls -rn"), "string[] h:book h:book1 h:hand h:hero");
+    EXPECT_EQ(Typed("ls -rn"), "string[] h:book h:hand h:hero h:transform1");
     for (const char* mel : {"delete \"h:hand\"", "rename \"h:hand\" paw"}) {
         EXPECT_NE(ErrorOf(mel), "none") << mel;
     }
@@ -55,7 +55,7 @@ TEST_F(SceneReferenceTest, NodesAreReadAgainAndOnlyEditsAreWritten) {
         EXPECT_EQ(Typed("isConnected \"h:hand.tx\" \"h:hero.ty\""), "int 0") << name;
         EXPECT_EQ(Typed("isConnected own.tx \"h:hero.tz\""), "int 1") << name;
         EXPECT_EQ(Typed("ls -l own"), "string[] |h:hero|h:hand|own") << name;
-        EXPECT_EQ(Typed("ls \"h:*\""), "string[] h:book h:book1 h:hand h:hero") << name;
+        EXPECT_EQ(Typed("ls \"h:*\""), "string[] h:book h:hand h:hero h:transform1") << name;
     }
     Save("last.ma");
     EXPECT_EQ(ReadScene("last.ma"), ReadScene("shot2.ma"));
