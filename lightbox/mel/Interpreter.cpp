@@ -74,7 +74,7 @@ std::string Interpreter::FindScript(const std::string& name) const {
     for (const QString& folder : folders) {
         const QString path = folder.isEmpty() ? wanted : folder + QLatin1Char('/') + wanted;
         for (const QString& candidate : {path, path + QStringLiteral(".mel")}) {
-            const std::string found = ExistingFile(candidate);
+            std::string found = ExistingFile(candidate);
             if (!found.empty()) {
                 return found;
             }

@@ -129,19 +129,17 @@ Callee Runtime::Find(const std::string& name, const FileScope* scope) {
     if (scope) {
         const auto own = scope->procedures.find(name);
         if (own != scope->procedures.end()) {
-            callee.procedure = own->second.procedure;
+            callee.entry = &own->second;
             return callee;
         }
     }
-    if (const ProcedureEntry* const entry = FindGlobalProcedure(name)) {
-        callee.procedure = entry->procedure;
+    callee.entry = FindGlobalProcedure(name);
+    if (callee.entry) {
         return callee;
     }
     callee.command = interpreter_.Commands().Find(name);
     if (!callee.command && SourceScriptFor(name)) {
-        if (const ProcedureEntry* const entry = FindGlobalProcedure(name)) {
-            callee.procedure = entry->procedure;
-        }
+        callee.entry = FindGlobalProcedure(name);
     }
     return callee;
 }
@@ -172,8 +170,10 @@ bool Runtime::SourceScriptFor(const std::string& name) {
 Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments& arguments) {
     CheckInterrupt();
     const DepthScope depth(*this);
-    if (callee.procedure) {
-        return CallProcedure(callee.procedure, arguments.values);
+    if (callee.entry) {
+        // A copy: the procedure may define its own name anew.
+        const std::shared_ptr<const Procedure> procedure = callee.entry->procedure;
+        return CallProcedure(*procedure, arguments.values);
     }
     if (!callee.command) {
         throw Error("Cannot find procedure \"" + name + "\".");
@@ -181,24 +181,23 @@ Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments
     return CallCommand(callee.command, arguments);
 }
 
-Value Runtime::CallProcedure(const std::shared_ptr<const Procedure>& procedure,
-                             std::vector<Value>& arguments) {
-    if (arguments.size() != procedure->parameters.size()) {
-        throw Error("Wrong number of arguments on call to " + procedure->name + ".");
+Value Runtime::CallProcedure(const Procedure& procedure, std::vector<Value>& arguments) {
+    if (arguments.size() != procedure.parameters.size()) {
+        throw Error("Wrong number of arguments on call to " + procedure.name + ".");
     }
-    const SlotStack::Slots variables(slots_, static_cast<std::size_t>(procedure->variableCount));
+    const SlotStack::Slots variables(slots_, static_cast<std::size_t>(procedure.variableCount));
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         // Arrays of the same type are handed over by reference.
-        variables.Get()[i] = Converted(std::move(arguments[i]), procedure->parameters[i].type);
+        variables.Get()[i] = Converted(std::move(arguments[i]), procedure.parameters[i].type);
     }
-    Frame frame{*this, *procedure->source, variables.Get()};
+    Frame frame{*this, *procedure.source, variables.Get()};
     try {
-        procedure->body->Execute(frame);
+        procedure.body->Execute(frame);
     } catch (Error& error) {
         Locate(error, frame);
         throw;
     }
-    return frame.result.IsNone() ? Value::Default(procedure->returnType) : std::move(frame.result);
+    return frame.result.IsNone() ? Value::Default(procedure.returnType) : std::move(frame.result);
 }
 
 Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,

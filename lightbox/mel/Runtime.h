@@ -28,11 +28,12 @@ struct CallArguments {
     const std::vector<Spelling>* spellings = nullptr;
 };
 
-/// What a name stands for where it is called: a procedure or a command.
+/// What a name stands for where it is called: a procedure or a command. A procedure is kept by its name's
+/// entry, since a call in its own body must not keep it alive.
 struct Callee {
-    std::shared_ptr<const Procedure> procedure;
+    const ProcedureEntry* entry = nullptr;
     std::shared_ptr<const CommandRegistry::Command> command;
-    explicit operator bool() const { return procedure || command; }
+    explicit operator bool() const { return entry || command; }
 };
 
 /// The state of a running interpreter: variables, procedures, the stack of calls. Programs work on it.
@@ -58,7 +59,7 @@ public:
     unsigned Version() const;
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
-    Value CallProcedure(const std::shared_ptr<const Procedure>& procedure, std::vector<Value>& arguments);
+    Value CallProcedure(const Procedure& procedure, std::vector<Value>& arguments);
     Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
                       const CallArguments& arguments);
 

@@ -35,6 +35,7 @@ void Scene::New() {
     selection_.Clear();
     connections_.Clear();
     byName_.clear();
+    lowestFree_.clear();
     // The nodes go only after the scene is in order: their plug-in objects may ask it something.
     const std::map<std::uint64_t, std::shared_ptr<Node>> gone = std::move(nodes_);
     nodes_.clear();
@@ -141,17 +142,6 @@ std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& 
         wantedName.empty() ? FreeDefaultName(node->Type()) : FreeName(wantedName, *node, above);
     Insert(node, name, above, -1);
     return name;
-}
-
-void Scene::Unname(Node& node) {
-    const auto found = byName_.find(node.name_);
-    if (found != byName_.end()) {
-        std::vector<Node*>& nodes = found->second;
-        nodes.erase(std::remove(nodes.begin(), nodes.end(), &node), nodes.end());
-        if (nodes.empty()) {
-            byName_.erase(found);
-        }
-    }
 }
 
 NodePlace Scene::Detach(Node& node) {
