@@ -48,7 +48,7 @@ TEST_F(SceneDamageTest, AsciiCutAnywhere) {
     for (std::size_t i = 0; i < whole.size(); i += 97) {
         cuts.insert(i);
     }
-    const std::size_t interesting = whole.find("createNode transform -n \"upper\"");
+    const std::size_t interesting = whole.find("createNode notebook");
     for (std::size_t i = interesting; i < whole.size(); ++i) {
         if (std::isspace(static_cast<unsigned char>(whole[i])) || whole[i] == ';' || whole[i] == '"') {
             cuts.insert(i);
@@ -63,7 +63,7 @@ TEST_F(SceneDamageTest, BinaryCutOrChangedAnywhere) {
     BuildScene();
     Save("whole.lbx");
     const std::string whole = Read("whole.lbx");
-    for (std::size_t i = 0; i < whole.size(); i += 31) {
+    for (std::size_t i = 0; i < whole.size(); i += 61) {
         OpenDamaged("cut.lbx", whole.substr(0, i), "cut at " + std::to_string(i));
         std::string changed = whole;
         changed[i] = static_cast<char>(changed[i] ^ 0x41);
