@@ -12,6 +12,7 @@
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace lightbox {
@@ -44,6 +45,13 @@ std::optional<double> TakeOptional(ChunkReader& content) {
     const bool isThere = content.Byte() != 0;
     const double number = content.Number();
     return isThere ? std::optional<double>(number) : std::nullopt;
+}
+
+/// Whether it, or an attribute below it, is of a data type that no loaded plug-in has.
+bool HasUnknownType(const Attribute& attribute) {
+    return (attribute.Kind() == AttributeKind::PluginData && attribute.dataTypeId == 0) ||
+           std::any_of(attribute.Children().begin(), attribute.Children().end(),
+                       [](const auto& child) { return HasUnknownType(*child); });
 }
 
 } // namespace
@@ -158,24 +166,27 @@ void BinaryReader::ReadConnection(ChunkReader& content, bool isBroken) {
 void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& node) {
     for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
         const std::shared_ptr<Attribute> attribute = ReadAttribute(content, 0);
-        if (node && !reader_.IsForeign(*node)) {
+        if (!node || HasUnknownType(*attribute)) {
+            reader_.KeepAttribute(*attribute);
+        } else if (!reader_.IsForeign(*node)) {
             node->AddDynamicAttribute(attribute);
         }
     }
     for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
         ReadSetting(content, node);
     }
+    for (const std::string& statement : TakeTexts(content)) {
+        reader_.RunStatement(statement);
+    }
     for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
         Setting setting;
         setting.path = TakeText(content);
         setting.type = TakeText(content);
+        setting.hasValue = true;
         const std::string_view bytes = content.Text();
         if (node) {
             reader_.ApplyBinary(node, setting, bytes);
         }
-    }
-    for (const std::string& statement : TakeTexts(content)) {
-        reader_.RunStatement(statement);
     }
 }
 
@@ -184,11 +195,14 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     const std::string shortName = TakeText(content);
     const std::string niceName = TakeText(content);
     const std::string type = TakeText(content);
-    std::shared_ptr<Attribute> attribute =
-        depth < DEEPEST_ATTRIBUTE ? AttributeFactory::Make(host_.scene(), type, longName, shortName)
-                                  : nullptr;
+    if (depth > DEEPEST_ATTRIBUTE || !AttributeFactory::IsName(longName) ||
+        !AttributeFactory::IsName(shortName)) {
+        throw FileError("The attribute '" + longName + "' cannot be.");
+    }
+    std::shared_ptr<Attribute> attribute = AttributeFactory::Make(host_.scene(), type, longName, shortName);
     if (!attribute) {
-        throw FileError("Unknown type '" + type + "' of the attribute '" + longName + "'.");
+        attribute = std::make_shared<Attribute>(longName, shortName, AttributeKind::PluginData);
+        attribute->dataTypeName = type;
     }
     attribute->niceName = niceName;
     const std::uint32_t flags = content.Count();

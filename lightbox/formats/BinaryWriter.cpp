@@ -166,13 +166,14 @@ void BinaryWriter::PutKept(ChunkWriter& chunk, const Node& node) const {
     static const KeptContent::OfNode NOTHING;
     const KeptContent::OfNode* found = kept_.Find(node);
     const KeptContent::OfNode& kept = found ? *found : NOTHING;
+    // The statements first: among them are attributes that the values belong to.
+    PutTexts(chunk, kept.statements);
     chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
     for (const KeptContent::BinaryValue& value : kept.values) {
         chunk.Text(value.path);
         chunk.Text(value.dataType);
         chunk.Text(value.bytes);
     }
-    PutTexts(chunk, kept.statements);
 }
 
 void BinaryWriter::PutAttribute(ChunkWriter& chunk, const Attribute& attribute) {
@@ -299,8 +300,8 @@ void BinaryWriter::WriteKept() {
         chunk.Text(block.node);
         chunk.Count(0);
         chunk.Count(0);
-        chunk.Count(0);
         PutTexts(chunk, block.statements);
+        chunk.Count(0);
         ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
     }
     for (const std::string& statement : kept_.statements) {

@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <sstream>
 
 namespace lightbox {
 namespace {
@@ -238,6 +239,20 @@ void FileReader::ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& s
     statement_ = {};
 }
 
+void FileReader::KeepAttribute(const Attribute& attribute) {
+    std::ostringstream statements;
+    ascii::WriteAddAttr(statements, attribute, "");
+    const std::string text = statements.str();
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find(";\n", begin);
+        statement_ = std::string_view(text).substr(begin, end - begin);
+        KeepForCurrent("attribute " + attribute.LongName(),
+                       "Unknown attribute '" + attribute.LongName() + "'; it is kept and written back.");
+        begin = end + 2;
+    }
+    statement_ = {};
+}
+
 void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting,
                              std::string_view bytes) {
     if (IsForeign(*node)) {
@@ -368,9 +383,13 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
     const auto [sourceNode, sourceAttribute] = split(source);
     const auto [destinationNode, destinationAttribute] = split(destination);
     if (!sourceNode || !destinationNode) {
+        const std::string text =
+            "connectAttr " + mel::Quoted(source) + " " + mel::Quoted(destination) + flags;
+        statement_ = text;
         KeepForFile("connection " + (sourceNode ? destination : source),
                     "No object matches name: " + (sourceNode ? destination : source) +
                         "; the connection is kept and written back.");
+        statement_ = {};
         return;
     }
     if (IsForeign(*sourceNode) && IsForeign(*destinationNode)) {

@@ -66,6 +66,8 @@ public:
     void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
     /// The same, but what is unknown is kept, as with a null node, and other faults are reported.
     void ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting);
+    /// Keeps a dynamic attribute of the current node, as the statements that add it.
+    void KeepAttribute(const Attribute& attribute);
     /// Stores a value that a plug-in's data type reads from bytes; without the plug-in the bytes are kept.
     void ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes);
     /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.

@@ -3,6 +3,7 @@
 #include "formats/FileReader.h"
 #include "formats/KeptContent.h"
 #include "formats/SceneFiles.h"
+#include "formats/UnknownNodes.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
@@ -11,6 +12,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace lightbox {
 namespace {
@@ -159,17 +161,7 @@ std::shared_ptr<const NodeType> FileReader::TypeFor(const std::string& type, boo
 std::shared_ptr<Node> FileReader::ReplaceByTransform(const std::shared_ptr<Node>& unknown) {
     // An unknown node at the top level could be anything; with the first node below it, it turns out to be a
     // transform.
-    const auto base = host_.scene().types().FindNodeType("unknownTransform");
-    Scene& scene = host_.scene();
-    const std::shared_ptr<Node> transform =
-        scene.Make(std::make_shared<NodeType>(unknown->Type().Name(), base, base->ApiType()));
-    transform->SetUuid(unknown->Uuid());
-    transform->reference = unknown->reference;
-    transform->locked = unknown->locked;
-    host_.files().kept().Move(*unknown, *transform);
-    const std::string name = unknown->Name();
-    scene.Detach(*unknown);
-    scene.Attach(transform, ":" + name);
+    const std::shared_ptr<Node> transform = UnknownNodes(host_).Replace(unknown, "unknownTransform");
     std::replace(newNodes_.begin(), newNodes_.end(), unknown, transform);
     isNew_.insert(transform.get());
     for (LocalName& local : names_[localPaths_[unknown.get()]]) {
@@ -181,14 +173,24 @@ std::shared_ptr<Node> FileReader::ReplaceByTransform(const std::shared_ptr<Node>
     }
     localPaths_.erase(unknown.get());
     isNew_.erase(unknown.get());
+    // What was kept of it may be a transform's own.
+    const std::vector<std::string> kept = std::exchange(host_.files().kept().Of(*transform).statements, {});
+    const std::string_view statement = statement_;
+    const std::string_view before = textBefore_;
+    current_ = transform;
+    for (const std::string& text : kept) {
+        RunStatement(text);
+    }
+    statement_ = statement;
+    textBefore_ = before;
     return transform;
 }
 
 std::shared_ptr<Node> FileReader::CreateNode(const std::string& type, const std::string& name,
                                              const std::string& parentPath, bool shared) {
+    std::shared_ptr<DagNode> parent = ParentFor(parentPath);
     missingDefault_.clear();
     current_.reset();
-    std::shared_ptr<DagNode> parent = ParentFor(parentPath);
     const auto known = host_.scene().types().FindNodeType(type);
     if (!parent && known && known->IsShape() && !known->isAbstract) {
         parent = std::static_pointer_cast<DagNode>(CreateNode("transform", "", "", false));

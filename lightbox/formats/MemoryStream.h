@@ -24,7 +24,8 @@ private:
         }
 
     private:
-        pos_type seekoff(off_type offset, std::ios_base::seekdir direction, std::ios_base::openmode) override {
+        pos_type seekoff(off_type offset, std::ios_base::seekdir direction,
+                         std::ios_base::openmode) override {
             const off_type base = direction == std::ios_base::beg   ? 0
                                   : direction == std::ios_base::cur ? gptr() - eback()
                                                                     : egptr() - eback();

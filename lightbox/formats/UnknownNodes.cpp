@@ -52,7 +52,8 @@ void UnknownNodes::Convert(const Plugin& plugin) {
     for (const std::shared_ptr<Node>& node : host_.scene().Nodes()) {
         KeepAttributes(node, plugin);
         if (HasTypeOf(*node, plugin)) {
-            Replace(node);
+            const NodeType& type = node->Type();
+            Replace(node, type.IsTransform() ? "unknownTransform" : type.IsDag() ? "unknownDag" : "unknown");
         }
     }
 }
@@ -116,13 +117,11 @@ void UnknownNodes::MoveSettings(const std::shared_ptr<Node>& from, const std::sh
     }
 }
 
-void UnknownNodes::Replace(const std::shared_ptr<Node>& node) {
+std::shared_ptr<Node> UnknownNodes::Replace(const std::shared_ptr<Node>& node, const char* base) {
     Scene& scene = host_.scene();
-    const NodeType& type = node->Type();
-    const char* base = type.IsTransform() ? "unknownTransform" : type.IsDag() ? "unknownDag" : "unknown";
     const auto baseType = scene.types().FindNodeType(base);
     const std::shared_ptr<Node> unknown =
-        scene.Make(std::make_shared<NodeType>(type.Name(), baseType, baseType->ApiType()));
+        scene.Make(std::make_shared<NodeType>(node->Type().Name(), baseType, baseType->ApiType()));
     unknown->SetUuid(node->Uuid());
     unknown->reference = node->reference;
     unknown->locked = node->locked;
@@ -161,6 +160,7 @@ void UnknownNodes::Replace(const std::shared_ptr<Node>& node) {
                                                         connection.destination.AttributeName(false), ""});
         }
     }
+    return unknown;
 }
 
 } // namespace lightbox

@@ -21,11 +21,13 @@ public:
     int CountUsing(const Plugin& plugin) const;
     /// Not on the undo queue; the queue has to be flushed before.
     void Convert(const Plugin& plugin);
+    /// Puts an unknown node of the same type's name in a node's place, with everything that it holds; what
+    /// the new node does not know is kept. `base` is "unknown", "unknownDag" or "unknownTransform".
+    std::shared_ptr<Node> Replace(const std::shared_ptr<Node>& node, const char* base);
 
 private:
     bool HasTypeOf(const Node& node, const Plugin& plugin) const;
     bool HasDataOf(const Node& node, const Plugin& plugin) const;
-    void Replace(const std::shared_ptr<Node>& node);
     void MoveSettings(const std::shared_ptr<Node>& from, const std::shared_ptr<Node>& to);
     void KeepAttributes(const std::shared_ptr<Node>& node, const Plugin& plugin);
     void KeepRequirement(const Plugin& plugin);

@@ -120,14 +120,14 @@ Value AttributeQuery(CommandCall& call) {
 }
 
 /// Whether a plug is one that the call asks for.
-bool IsWanted(const CommandCall& call, const Plug& plug) {
+bool IsWanted(const CommandCall& call, const Plug& plug, bool isUserDefined) {
     const Attribute& attribute = *plug.attribute;
     const std::pair<const char*, bool> conditions[] = {
         {"-keyable", plug.IsKeyable()},
         {"-locked", plug.IsLocked()},
         {"-unlocked", !plug.IsLocked()},
         {"-channelBox", plug.IsInChannelBox()},
-        {"-userDefined", attribute.dynamic},
+        {"-userDefined", isUserDefined},
         {"-readOnly", attribute.readable && !attribute.writable},
         {"-read", attribute.readable},
         {"-write", attribute.writable},
@@ -152,12 +152,11 @@ bool HasWantedName(const CommandCall& call, const Attribute& attribute) {
 
 void AddNames(const CommandCall& call, const Plug& plug, bool isDynamic, Value::StringArray& names) {
     const Attribute& attribute = *plug.attribute;
-    const bool isUser = isDynamic || attribute.dynamic;
-    if (call.Has("-userDefined") && !isUser) {
-        return;
-    }
     // Children of a dynamic compound are dynamic with it.
-    const bool passes = IsWanted(call, plug) || (isUser && !attribute.dynamic);
+    const bool isUser = isDynamic || attribute.dynamic;
+    // What is keyed are the numbers of a compound.
+    const bool isWhole = attribute.IsCompound() && (call.Has("-keyable") || call.Has("-channelBox"));
+    const bool passes = !isWhole && IsWanted(call, plug, isUser);
     if (passes && HasWantedName(call, attribute)) {
         std::string name = call.Has("-shortNames") ? attribute.ShortName() : attribute.LongName();
         for (const Attribute* above = attribute.Parent(); above && above->multi; above = above->Parent()) {

@@ -22,12 +22,7 @@ std::string TransformNameFor(const Scene& scene, const NodeType& shape) {
         name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0) {
         return {};
     }
-    const std::string base = name.substr(0, name.size() - suffix.size());
-    int number = 1;
-    while (scene.IsNameTaken(base + std::to_string(number))) {
-        ++number;
-    }
-    return base + std::to_string(number);
+    return scene.FreeNumberedName(name.substr(0, name.size() - suffix.size()));
 }
 
 void CheckParent(const NodeType& type, const DagNode* parent) {

@@ -35,6 +35,7 @@ void Scene::New() {
     selection_.Clear();
     connections_.Clear();
     byName_.clear();
+    lowestFree_.clear();
     // The nodes go only after the scene is in order: their plug-in objects may ask it something.
     const std::map<std::uint64_t, std::shared_ptr<Node>> gone = std::move(nodes_);
     nodes_.clear();
@@ -143,17 +144,6 @@ std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& 
     return name;
 }
 
-void Scene::Unname(Node& node) {
-    const auto found = byName_.find(node.name_);
-    if (found != byName_.end()) {
-        std::vector<Node*>& nodes = found->second;
-        nodes.erase(std::remove(nodes.begin(), nodes.end(), &node), nodes.end());
-        if (nodes.empty()) {
-            byName_.erase(found);
-        }
-    }
-}
-
 NodePlace Scene::Detach(Node& node) {
     NodePlace place;
     place.node = node.Shared();
@@ -182,7 +172,8 @@ NodePlace Scene::Detach(Node& node) {
 }
 
 void Scene::Restore(const NodePlace& place) {
-    DagNode* parent = place.parent.get();
+    // The parent may have gone by an edit that was not recorded.
+    DagNode* parent = place.parent && place.parent->InScene() ? place.parent.get() : nullptr;
     Insert(place.node, FreeName(place.name, *place.node, parent), parent, place.index);
     for (const Connection& connection : place.connections) {
         // The other end may have gone, or got another source, by an edit that was not recorded.

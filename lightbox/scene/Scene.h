@@ -86,6 +86,8 @@ public:
     std::string FreeName(const std::string& wanted, const Node& node, const DagNode* parent) const;
     /// A name that no node has at all, from the type's default name and a number.
     std::string FreeDefaultName(const NodeType& type) const;
+    /// The base with the lowest number that makes a name which no node has at all.
+    std::string FreeNumberedName(const std::string& base) const;
     bool IsNameTaken(const std::string& name) const { return byName_.count(name) != 0; }
     void Rename(Node& node, const std::string& freeName);
     void Move(DagNode& node, DagNode& parent, int index = -1);
@@ -121,6 +123,8 @@ private:
     Selection selection_;
     std::set<std::string> namespaces_;
     std::uint64_t nextSerial_ = 1;
+    /// By base: all lower numbers are taken.
+    mutable std::unordered_map<std::string, long long> lowestFree_;
 };
 
 } // namespace lightbox

@@ -263,11 +263,34 @@ std::string Scene::FreeDefaultName(const NodeType& type) const {
     if (!currentNamespace.empty()) {
         base = currentNamespace + ":" + base;
     }
-    long long number = 1;
+    return FreeNumberedName(base);
+}
+
+std::string Scene::FreeNumberedName(const std::string& base) const {
+    long long& number = lowestFree_.try_emplace(base, 1).first->second;
     while (IsNameTaken(base + std::to_string(number))) {
         ++number;
     }
     return base + std::to_string(number);
+}
+
+void Scene::Unname(Node& node) {
+    const auto found = byName_.find(node.Name());
+    if (found == byName_.end()) {
+        return;
+    }
+    std::vector<Node*>& nodes = found->second;
+    nodes.erase(std::remove(nodes.begin(), nodes.end(), &node), nodes.end());
+    if (!nodes.empty()) {
+        return;
+    }
+    byName_.erase(found);
+    std::string base = node.Name();
+    const long long number = TakeNumber(base);
+    const auto lowest = lowestFree_.find(base);
+    if (number > 0 && lowest != lowestFree_.end()) {
+        lowest->second = std::min(lowest->second, number);
+    }
 }
 
 bool Scene::AddNamespace(const std::string& name) {

@@ -45,16 +45,18 @@ bool LayerManager::CommitActiveStroke(const QString& camera) {
 }
 
 bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
-    Layer* layer = GetActiveLayer(camera);
-    if (layer == nullptr || !m_stroke->HasStroke()) {
-        return false;
-    }
-    Frame* drawing = layer->GetCurrentFrame();
-    if (drawing == nullptr) {
-        CancelActiveStroke(); // there is nothing that it could ever be painted into
+    if (!m_stroke->HasStroke()) {
         return false;
     }
     const QString strokeCamera = m_stroke->GetCamera();
+    Layer* layer = GetActiveLayer(camera);
+    Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
+    if (drawing == nullptr) {
+        if (camera == strokeCamera) {
+            CancelActiveStroke(); // there is nothing left that it could be painted into
+        }
+        return false;
+    }
     if (!m_stroke->Commit(*drawing, undo)) {
         return false;
     }

@@ -200,13 +200,8 @@ public:
         Settings::SetToolOpacity(tool, ReadInt(key, Settings::GetToolOpacity(tool)));
     }
 
-    // Qt keeps what was written until the process ends. A literal lies in the plug-in's memory, which goes
-    // when it is unloaded, so Qt gets a copy of every text.
     void Write(const char* key, const QVariant& value) {
-        const QString text = value.toString();
-        const bool isText = value.type() == QVariant::String;
-        m_file.setValue(QLatin1String(key),
-                        isText ? QVariant(QString(text.constData(), text.size())) : value);
+        m_file.setValue(QLatin1String(key), value);
         m_written.append(m_file.group() + QLatin1Char('/') + QLatin1String(key));
     }
     /// The keys that were written, in their order.

@@ -31,7 +31,7 @@ CrcTable MakeCrcTable() {
     return table;
 }
 
-// Annex D of the specification.
+// Annex D of ISO/IEC 15948.
 quint32 Crc(const uchar* bytes, qint64 count) {
     static const CrcTable table = MakeCrcTable();
     quint32 c = 0xffffffffu;

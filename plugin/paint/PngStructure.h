@@ -4,7 +4,7 @@
 
 namespace vellix {
 
-/// The outer form of PNG bytes (PNG specification, second edition), looked at before a decoder is let near
+/// The outer form of PNG bytes (ISO/IEC 15948, PNG), looked at before a decoder is let near
 /// them.
 struct PngStructure {
     /// Whether the bytes are chunks from the signature to IEND with right checksums where they matter, the

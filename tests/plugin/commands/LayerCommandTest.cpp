@@ -106,6 +106,7 @@ TEST_F(LayerCommandTest, RefusesWithOneClearMessage) {
         const char* line;
         const char* message;
     } cases[] = {
+        {"-count", "Camera not specified"},
         {"-count nowhere", "Camera does not exist: nowhere"},
         {"-e -count persp", "Invalid edit parameter"},
         {"-q -count persp", "Invalid query parameter"},

@@ -137,6 +137,8 @@ TEST_F(StrokeTest, NeedsAFrameToBeDrawnOn) {
     ShowTime(0);
     BeginStroke(camera, ToolType::Line);
     manager.GetFlattenedImage(camera);
+    EXPECT_FALSE(manager.CommitActiveStroke("nowhere", undo));
+    EXPECT_TRUE(manager.HasActiveStroke());
     EXPECT_FALSE(manager.CommitActiveStroke(camera, undo)) << "no drawing at this time";
     EXPECT_FALSE(manager.HasActiveStroke());
     EXPECT_FALSE(manager.UndoStroke(camera, undo));
