@@ -190,7 +190,7 @@ Value PutEnvironment(CommandCall& call) {
 /// The project: here a folder that relative file names are completed with.
 Value Workspace(CommandCall& call) {
     if (call.Has("-openWorkspace")) {
-        const std::string folder = call.String("-openWorkspace");
+        const std::string& folder = call.String("-openWorkspace");
         if (!QDir::setCurrent(QString::fromStdString(folder))) {
             call.Fail("Cannot open the folder \"" + folder + "\".");
         }

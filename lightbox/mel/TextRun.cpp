@@ -49,8 +49,9 @@ Value TextRun::RunStreamed(Parser& parser) {
             continue;
         }
         const bool isWanted =
-            !options_.beforeStatement || options_.beforeStatement(program.source->Piece(program.begin, program.ends.front()),
-                                                                  program.source->Piece(0, program.begin));
+            !options_.beforeStatement ||
+            options_.beforeStatement(program.source->Piece(program.begin, program.ends.front()),
+                                     program.source->Piece(0, program.begin));
         if (isWanted && !RunProgram(program, result)) {
             break;
         }

@@ -44,7 +44,6 @@ public:
     }
 
     static void Bind(MPxNode& userNode, Node* node) { userNode.node_ = node; }
-    static Node* NodeOf(const MPxNode& userNode) { return userNode.node_; }
     static MPxCommand::State& StateOf(MPxCommand& command) { return *command.state_; }
 };
 

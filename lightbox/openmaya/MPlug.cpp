@@ -71,6 +71,19 @@ MStatus StoreNumber(const MPlug& plug, double number) {
     return target ? Store(plug, FromApi(target, number)) : NullPlug();
 }
 
+template <typename Edit>
+MStatus Change(const MPlug& plug, const Edit& edit) {
+    const Plug target = Access::GetPlug(plug);
+    if (!target) {
+        return NullPlug();
+    }
+    const lightbox::PlugState* before = target.node->FindState(*target.attribute, target.element);
+    lightbox::PlugState state = before ? *before : lightbox::PlugState();
+    edit(state);
+    target.node->SetState(*target.attribute, target.element, state);
+    return MS::kSuccess;
+}
+
 template <typename T>
 MStatus Read(T& target, T (MPlug::*read)(MStatus*) const, const MPlug& plug) {
     MStatus status;
@@ -126,12 +139,7 @@ bool MPlug::isLocked(MStatus* ReturnStatus) const {
 }
 
 MStatus MPlug::setLocked(bool locked) {
-    const Plug plug = Access::GetPlug(*this);
-    if (!plug) {
-        return NullPlug();
-    }
-    plug.node->State(*plug.attribute, plug.element).locked = locked;
-    return MS::kSuccess;
+    return Change(*this, [locked](lightbox::PlugState& state) { state.locked = locked; });
 }
 
 bool MPlug::isKeyable(MStatus* ReturnStatus) const {
@@ -141,12 +149,7 @@ bool MPlug::isKeyable(MStatus* ReturnStatus) const {
 }
 
 MStatus MPlug::setKeyable(bool keyable) {
-    const Plug plug = Access::GetPlug(*this);
-    if (!plug) {
-        return NullPlug();
-    }
-    plug.node->State(*plug.attribute, plug.element).keyable = keyable;
-    return MS::kSuccess;
+    return Change(*this, [keyable](lightbox::PlugState& state) { state.keyable = keyable; });
 }
 
 bool MPlug::isChannelBoxFlagSet(MStatus* ReturnStatus) const {
@@ -156,12 +159,7 @@ bool MPlug::isChannelBoxFlagSet(MStatus* ReturnStatus) const {
 }
 
 MStatus MPlug::setChannelBox(bool inChannelBox) {
-    const Plug plug = Access::GetPlug(*this);
-    if (!plug) {
-        return NullPlug();
-    }
-    plug.node->State(*plug.attribute, plug.element).channelBox = inChannelBox;
-    return MS::kSuccess;
+    return Change(*this, [inChannelBox](lightbox::PlugState& state) { state.channelBox = inChannelBox; });
 }
 
 bool MPlug::isCompound(MStatus* ReturnStatus) const {

@@ -172,7 +172,8 @@ NodePlace Scene::Detach(Node& node) {
 }
 
 void Scene::Restore(const NodePlace& place) {
-    DagNode* parent = place.parent.get();
+    // The parent may have gone by an edit that was not recorded.
+    DagNode* parent = place.parent && place.parent->InScene() ? place.parent.get() : nullptr;
     Insert(place.node, FreeName(place.name, *place.node, parent), parent, place.index);
     for (const Connection& connection : place.connections) {
         // The other end may have gone, or got another source, by an edit that was not recorded.

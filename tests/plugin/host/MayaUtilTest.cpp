@@ -271,4 +271,19 @@ TEST_F(MayaUtilTest, EmbeddedScriptIsCompressedAndDefinesItsProcedures) {
     EXPECT_THAT(Messages(), IsEmpty());
 }
 
+TEST_F(MayaUtilTest, CleanUpProceduresDeleteLayers) {
+    EXPECT_TRUE(MayaUtil::DeleteActiveLayer()); // no node, nothing to do
+    EXPECT_TRUE(MayaUtil::DeleteActiveCameraLayers());
+    Run("qmVellixNode -l -c persp; qmVellixLayer -add -ls 0 persp; qmVellixLayer -add -ls 0 persp");
+    ASSERT_EQ(Ask("qmVellixLayer -count persp"), "3");
+    EXPECT_TRUE(MayaUtil::DeleteActiveLayer());
+    EXPECT_EQ(Ask("qmVellixLayer -count persp"), "2");
+    EXPECT_TRUE(MayaUtil::DeleteActiveCameraLayers());
+    EXPECT_EQ(Ask("qmVellixLayer -count persp"), "0");
+    EXPECT_TRUE(MayaUtil::DeleteActiveLayer()); // no layer
+    EXPECT_THAT(Messages(), IsEmpty());
+    Run("undo; undo");
+    EXPECT_EQ(Ask("qmVellixLayer -count persp"), "3");
+}
+
 } // namespace vellix

@@ -3,6 +3,7 @@
 #include "paint/ToolType.h"
 #include "plugin/PluginTest.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -27,6 +28,11 @@ protected:
         QFile file(Settings::GetUserConfigPath());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
+        file.flush();
+        // Qt takes a file of the same size and time for the one that it has read already.
+        static int count = 0;
+        const QDateTime time = QDateTime::currentDateTime().addSecs(-10000 + ++count);
+        ASSERT_TRUE(file.setFileTime(time, QFileDevice::FileModificationTime));
     }
     static QByteArray Written() {
         Settings::WriteUserConfig();
