@@ -42,6 +42,13 @@ void WatchSignals(Host& host) {
 #endif
 }
 
+/// Qt remarks on every start that a session without a login has no runtime folder, which means nothing here.
+void OnQtMessage(QtMsgType, const QMessageLogContext&, const QString& message) {
+    if (!message.startsWith("QStandardPaths: XDG_RUNTIME_DIR not set")) {
+        std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
+    }
+}
+
 std::string PrefsFolder(const CommandLine& line) {
     QString folder = QString::fromStdString(line.prefsFolder);
     if (folder.isEmpty()) {
@@ -131,6 +138,7 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+    qInstallMessageHandler(OnQtMessage);
     // Our own options are not Qt's: "-style" or "-platform" were refused above.
     int qtArgumentCount = 1;
     QApplication application(qtArgumentCount, argv);

@@ -43,7 +43,7 @@ void WriteData(std::ostream& out, const Setting& setting) {
 
 void WriteValue(std::ostream& out, const Setting& setting) {
     if (!setting.type.empty()) {
-        out << " -type \"" << setting.type << '"';
+        out << " -type " << mel::Quoted(setting.type);
     }
     if (setting.data) {
         WriteData(out, setting);
@@ -87,7 +87,7 @@ void WriteKind(std::ostream& out, const Attribute& attribute) {
     const bool isTyped =
         attribute.Kind() == AttributeKind::PluginData ||
         (attribute.Kind() >= AttributeKind::String && attribute.Kind() <= AttributeKind::VectorArray);
-    out << (isTyped ? " -dt \"" : " -at \"") << attribute.TypeName() << '"';
+    out << (isTyped ? " -dt " : " -at ") << mel::Quoted(attribute.TypeName());
 }
 
 } // namespace
@@ -100,7 +100,7 @@ void WriteSetting(std::ostream& out, const Setting& setting) {
     WriteFlag(out, "-l", setting.locked);
     WriteFlag(out, "-k", setting.keyable);
     WriteFlag(out, "-cb", setting.channelBox);
-    out << " \"." << setting.path << '"';
+    out << ' ' << mel::Quoted("." + setting.path);
     if (setting.hasValue) {
         WriteValue(out, setting);
     }

@@ -16,6 +16,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cctype>
 #include <ostream>
 
 namespace lightbox {
@@ -29,6 +30,14 @@ std::string Now() {
 
 const char* TypeOfFile(const std::string& path) {
     return SceneFiles::FormatName(SceneFiles::FormatOf(path, SceneFormat::MayaAscii));
+}
+
+/// A node's name as Maya writes it here, bare; in quotes when it is none.
+std::string Word(const std::string& name) {
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](unsigned char c) {
+        return c < 0x80 && (std::isalnum(c) || c == '_' || c == ':' || c == '|');
+    });
+    return isPlain && !name.empty() ? name : mel::Quoted(name);
 }
 
 } // namespace
@@ -187,7 +196,7 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
         WriteNodeBody(node);
     }
     for (const KeptContent::DefaultBlock& block : kept_.defaultBlocks) {
-        out_ << "select -ne " << block.node << ";\n";
+        out_ << "select -ne " << Word(block.node) << ";\n";
         for (const std::string& statement : block.statements) {
             out_ << INDENT << statement << ";\n";
         }

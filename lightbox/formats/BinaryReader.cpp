@@ -140,9 +140,7 @@ void BinaryReader::ReadNode(ChunkReader& content) {
     const std::uint8_t flags = content.Byte();
     const std::string uuid = TakeText(content);
     const std::shared_ptr<Node> node = reader_.CreateNode(type, name, parent, flags & binary::SHARED_NODE);
-    if (!reader_.IsForeign(*node)) {
-        node->SetUuid(uuid);
-    }
+    reader_.SetUuid(*node, uuid);
     ReadBody(content, node);
     node->locked = node->locked || flags & binary::LOCKED_NODE;
 }

@@ -73,7 +73,7 @@ void FileReader::ReadAscii(std::string text) {
 }
 
 void FileReader::RunStatement(const std::string& text) {
-    Run(text);
+    Run(text + ";");
 }
 
 void FileReader::Run(std::string text) {
@@ -95,8 +95,10 @@ void FileReader::Run(std::string text) {
 
 bool FileReader::BeforeStatement(std::string_view statement, std::string_view before) {
     textBefore_ = before;
-    const std::size_t last = statement.find_last_not_of("; \t\r\n");
-    statement_ = statement.substr(0, last + 1);
+    statement_ = statement.substr(0, statement.find_last_not_of(" \t\r\n") + 1);
+    if (!statement_.empty() && statement_.back() == ';') {
+        statement_.remove_suffix(1);
+    }
     const std::size_t end = statement.find_first_of(" \t\r\n;(\"-=$");
     const std::string word(statement.substr(0, end));
     const bool isWord =

@@ -59,6 +59,7 @@ public:
     /// node.
     std::shared_ptr<Node> CreateNode(const std::string& type, const std::string& name,
                                      const std::string& parentPath, bool shared);
+    void SetUuid(Node& node, const std::string& uuid);
     /// True when settings of the node are passed over: a node that was there before an imported file.
     bool IsForeign(const Node& node) const;
 
@@ -130,6 +131,7 @@ private:
     std::string missingDefault_; ///< selected default node that is not here
     std::vector<std::shared_ptr<Node>> newNodes_;
     std::set<const Node*> isNew_;
+    std::set<std::string> uuidsBefore_; ///< of an import: those that the scene has already
     std::unordered_map<std::string, std::vector<LocalName>> names_;
     std::unordered_map<const Node*, std::string> localPaths_;
     std::map<std::string, std::shared_ptr<const NodeType>> unknownTypes_;

@@ -1,5 +1,6 @@
 // The part of FileReader that makes nodes and finds them by the names that the file gave them.
 
+#include "formats/AttributeFactory.h"
 #include "formats/FileReader.h"
 #include "formats/KeptContent.h"
 #include "formats/SceneFiles.h"
@@ -141,7 +142,30 @@ std::shared_ptr<DagNode> FileReader::ParentFor(const std::string& parentPath) {
     return dag;
 }
 
+void FileReader::SetUuid(Node& node, const std::string& uuid) {
+    if (IsForeign(node)) {
+        return;
+    }
+    if (source_.mode == Mode::Import) {
+        // A file that is imported twice must not bring the same identity twice.
+        if (uuidsBefore_.empty()) {
+            for (const std::shared_ptr<Node>& other : host_.scene().Nodes()) {
+                if (isNew_.count(other.get()) == 0) {
+                    uuidsBefore_.insert(other->Uuid());
+                }
+            }
+        }
+        if (uuidsBefore_.count(uuid) > 0) {
+            return;
+        }
+    }
+    node.SetUuid(uuid);
+}
+
 std::shared_ptr<const NodeType> FileReader::TypeFor(const std::string& type, bool hasParent) {
+    if (!AttributeFactory::IsName(type)) {
+        throw SceneError("\"" + type + "\" cannot be a node type.");
+    }
     const TypeRegistry& types = host_.scene().types();
     const std::shared_ptr<const NodeType> known = types.FindNodeType(type);
     if (known && !known->isAbstract) {

@@ -63,7 +63,9 @@ Value Rename(CommandCall& call) {
             names.size() > 1
                 ? NodeNamed(call, names.front())
                 : (ReaderOf(call) ? ReaderOf(call)->Current() : ObjectsOrSelection(call).front());
-        if (node && !(ReaderOf(call) && ReaderOf(call)->IsForeign(*node))) {
+        if (FileReader* reader = ReaderOf(call); reader && node) {
+            reader->SetUuid(*node, names.back());
+        } else if (node) {
             node->SetUuid(names.back());
         }
         return names.back();

@@ -165,6 +165,9 @@ void PluginManager::Unload(const std::string& name, bool force) {
     if (IsInPluginCommand()) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded by a plug-in's own command.");
     }
+    if (host_.files().IsReading()) {
+        throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a scene file is being read.");
+    }
     const auto entry = std::find_if(entries_.begin(), entries_.end(),
                                     [&](const auto& candidate) { return &candidate->plugin == plugin; });
     UnknownNodes unknown(host_);

@@ -173,7 +173,7 @@ TEST_F(SceneCommandsTest, Attributes) {
              "addAttr -ln c2 -dt \"string\" -p c a; attributeQuery -n a -lc c",
              "string[] c1 c2"},
             {"addAttr -ln oo -at compound -nc 2 a; addAttr -ln vv -at double2 -p oo a; addAttr -ln vX -at "
-             "double -p v a;"
+             "double -p vv a;"
              "addAttr -ln vY -at double -p vv a; addAttr -ln ww -at long -p oo a; setAttr a.oo.vv 1 2; getAttr "
              "a.vY",
              "float 2"},

@@ -315,6 +315,7 @@ TEST_F(SceneFileTest, ImportMergesAndResolvesClashes) {
     EXPECT_EQ(Typed("isConnected in:prop.tx in:hero.ty"), "int 1");
     EXPECT_EQ(Typed("file -i -rnn -ns \"again\" " + Quoted("part.ma")),
               "string[] |again:hero |again:hero|again:hand |again:prop");
+    EXPECT_EQ(Typed("size(stringArrayRemoveDuplicates(`ls -uid`)) - size(`ls`)"), "int 0") << "identities differ";
     EXPECT_EQ(Typed("file -q -modified"), "int 1");
     Run("undo; undo");
     EXPECT_EQ(Typed("getAttr prop.tz"), "float 0") << "what was done before can still be undone";
