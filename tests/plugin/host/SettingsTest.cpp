@@ -4,7 +4,6 @@
 #include "plugin/PluginTest.h"
 
 #include <QFile>
-#include <QRegularExpression>
 
 #include <random>
 
