@@ -206,8 +206,6 @@ std::optional<AttributeValue> Attribute::Accept(const AttributeValue& value) con
         return data && *data && (*data)->Type()->id == dataTypeId ? std::optional<AttributeValue>(value)
                                                                   : std::nullopt;
     }
-    case AttributeKind::Kept:
-        return value;
     default:
         return std::nullopt;
     }

@@ -33,8 +33,7 @@ enum class AttributeKind {
     VectorArray,
     Compound,
     PluginData,
-    Message,
-    Kept ///< of an unknown node: a value that is only text
+    Message
 };
 
 /// The description of an attribute: names, kind, default, range and flags. It belongs to a node type, or to

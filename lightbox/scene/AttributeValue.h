@@ -9,16 +9,10 @@ namespace lightbox {
 
 class DataValue;
 
-/// What is kept of an attribute that the host does not know: its text as it stood in the scene file.
-struct KeptText {
-    std::string text;
-    bool operator==(const KeptText& other) const { return text == other.text; }
-};
-
 /// The value of an attribute. All scalar numbers are doubles, in the units that the user sees: booleans 0 or
 /// 1, enums their number, angles in degrees, lengths in centimetres, times in frames. Numeric compounds,
 /// matrices (16, row by row) and number arrays are vectors.
 using AttributeValue = std::variant<std::monostate, double, std::string, std::vector<double>,
-                                    std::vector<std::string>, std::shared_ptr<DataValue>, KeptText>;
+                                    std::vector<std::string>, std::shared_ptr<DataValue>>;
 
 } // namespace lightbox

@@ -320,10 +320,10 @@ void AddSceneTypes(TypeRegistry& registry) {
               {Kind::String, "annotation", "an"}})
         ->defaultName = "set";
     for (const char* name : {"unknown", "reference"}) {
-        MakeType(registry, name, "node", MFn::kUnknown, {})->keepsAnything = true;
+        MakeType(registry, name, "node", MFn::kUnknown, {});
     }
-    MakeType(registry, "unknownTransform", "transform", MFn::kUnknownTransform, {})->keepsAnything = true;
-    MakeType(registry, "unknownDag", "shape", MFn::kUnknownDag, {})->keepsAnything = true;
+    MakeType(registry, "unknownTransform", "transform", MFn::kUnknownTransform, {});
+    MakeType(registry, "unknownDag", "shape", MFn::kUnknownDag, {});
 }
 
 void AddAnimationCurves(TypeRegistry& registry) {

@@ -86,9 +86,6 @@ bool AreCompatible(const Plug& source, const Plug& destination) {
     if (source.IsArray() != destination.IsArray()) {
         return false;
     }
-    if (from.Kind() == AttributeKind::Kept || to.Kind() == AttributeKind::Kept) {
-        return true;
-    }
     if (from.IsNumber() && to.IsNumber()) {
         return true;
     }

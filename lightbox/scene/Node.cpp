@@ -61,16 +61,6 @@ std::shared_ptr<Attribute> Node::FindAttribute(const std::string& name) const {
     return FindIn(dynamic_, name);
 }
 
-std::shared_ptr<Attribute> Node::FindOrKeepAttribute(const std::string& name) {
-    std::shared_ptr<Attribute> attribute = FindAttribute(name);
-    if (!attribute && type_->keepsAnything && !name.empty()) {
-        attribute = std::make_shared<Attribute>(name, name, AttributeKind::Kept);
-        attribute->dynamic = true;
-        dynamic_.push_back(attribute);
-    }
-    return attribute;
-}
-
 std::vector<std::shared_ptr<Attribute>> Node::Attributes() const {
     std::vector<std::shared_ptr<Attribute>> all = type_->Attributes();
     all.insert(all.end(), dynamic_.begin(), dynamic_.end());

@@ -61,10 +61,8 @@ public:
     const std::string& Uuid();
     void SetUuid(const std::string& uuid) { uuid_ = uuid; }
 
-    /// By long or short name, children and dynamic ones included. Of a node that keeps anything, a name that
-    /// it does not have yet becomes an attribute.
+    /// By long or short name, children and dynamic ones included.
     std::shared_ptr<Attribute> FindAttribute(const std::string& name) const;
-    std::shared_ptr<Attribute> FindOrKeepAttribute(const std::string& name);
     /// Top level attributes: the type's, then dynamic ones.
     std::vector<std::shared_ptr<Attribute>> Attributes() const;
     const std::vector<std::shared_ptr<Attribute>>& DynamicAttributes() const { return dynamic_; }

@@ -49,8 +49,6 @@ public:
     MCreatorFunction creator = nullptr;
     std::string plugin; ///< empty for a type of the host
     std::string classification;
-    /// Any attribute name is taken and kept as text.
-    bool keepsAnything = false;
     /// Cannot be created by name.
     bool isAbstract = false;
     /// What a new node is called: this and a number. Empty: the type's name.

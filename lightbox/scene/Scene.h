@@ -106,7 +106,6 @@ public:
     static std::string WithoutNamespace(const std::string& name);
 
 private:
-    Plug FindPlug(const std::string& text, bool keep) const;
     void Insert(const std::shared_ptr<Node>& node, const std::string& name, DagNode* parent, int index);
     void MakeDefaultNodes();
     void MakeCamera(const std::string& name, const std::vector<double>& translate,

@@ -177,10 +177,6 @@ std::vector<std::shared_ptr<Node>> Scene::Matching(const std::string& pattern) c
 }
 
 Plug Scene::FindPlug(const std::string& text) const {
-    return FindPlug(text, true);
-}
-
-Plug Scene::FindPlug(const std::string& text, bool keep) const {
     const std::size_t dot = text.find('.');
     if (dot == std::string::npos || dot == 0) {
         throw SceneError("No attribute was specified: " + text);
@@ -194,11 +190,6 @@ Plug Scene::FindPlug(const std::string& text, bool keep) const {
         throw SceneError("More than one object matches name: " + nodeName);
     }
     const std::shared_ptr<Node>& node = nodes.front();
-    const std::string firstName = text.substr(dot + 1, text.find_first_of(".[", dot + 1) - dot - 1);
-    if (node->Type().keepsAnything && (keep || node->FindAttribute(text.substr(dot + 1))) &&
-        !node->Type().FindAttribute(firstName)) {
-        return Plug(node, node->FindOrKeepAttribute(text.substr(dot + 1)));
-    }
     Plug plug;
     for (std::size_t begin = dot + 1; begin <= text.size();) {
         const std::size_t end = std::min(text.find('.', begin), text.size());
@@ -216,7 +207,7 @@ Plug Scene::FindPlug(const std::string& text, bool keep) const {
 
 bool Scene::HasPlug(const std::string& text) const {
     try {
-        return static_cast<bool>(FindPlug(text, false));
+        return static_cast<bool>(FindPlug(text));
     } catch (const SceneError&) {
         return false;
     }
