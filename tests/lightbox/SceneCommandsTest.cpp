@@ -22,36 +22,35 @@ TEST_F(SceneCommandsTest, NodesAreCreatedDeletedAndRenamed) {
         {"", "createNode -n \"ns:a\" transform", "string ns:a", "namespace -ex ns", "int 1"},
         {"", "createNode -s -n \"lights\" transform", "string lights", "ls lights", "string[] lights"},
         {"", "createNode -n \"hand#\" transform", "string hand1", "objExists hand1", "int 1"},
-        {TREE, "delete top1", "none", "ls -tr \"top*\" \"mid*\" leaf", "string[] leaf"},
-        {TREE, "delete top1 mid |top1|mid|leaf", "none", "ls leaf", "string[] leaf"},
-        {TREE, "delete camShape1", "none", "listRelatives cam1", "string[] "},
-        {TREE, "delete \"*leaf\"", "none", "ls \"*leaf\"", "string[] "},
-        {TREE, "delete -all", "none", "ls -as", "string[] front persp side top"},
-        {"createNode transform -n a; createNode transform -n b -p a; lockNode b; select -cl", "delete -all",
-         "none", "ls a b", "string[] a b"},
+        {TREE, "delete top1", "void", "ls -tr \"top?\" \"mid*\" leaf", "string[] leaf"},
+        {TREE, "delete top1 mid |top1|mid|leaf", "void", "ls leaf", "string[] leaf"},
+        {TREE, "delete camShape1", "void", "listRelatives cam1", "string[] "},
+        {TREE, "delete \"*leaf\"", "void", "ls \"*leaf\"", "string[] "},
+        {TREE, "delete -all", "void", "ls -as", "string[] front persp side top"},
+        {"createNode transform -n a; createNode transform -n b -p a; lockNode b; createNode transform -n c "
+         "-p a; select -cl",
+         "delete -all", "void", "ls a b c", "string[] a b"},
         {"createNode transform -n a; createNode transform -n b; connectAttr a.tx b.tx; select b", "delete",
-         "none", "listConnections a", "string[] "},
+         "void", "listConnections a", "string[] "},
         {"createNode transform -n a; createNode transform -n b; connectAttr a.tx b.tx; select b", "delete a",
-         "none", "ls -sl", "string[] b"},
-        {TREE, "rename mid waist", "string waist", "ls -l \"leaf\"",
-         "string[] |other|leaf |top1|waist|leaf"},
+         "void", "ls -sl", "string[] b"},
+        {TREE, "rename mid waist", "string waist", "ls -l \"leaf\"", "string[] |top1|waist|leaf |other|leaf"},
         {TREE, "rename cam1 lens5", "string lens5", "listRelatives lens5", "string[] lensShape5"},
         {TREE, "rename -is cam1 lens5", "string lens5", "listRelatives lens5", "string[] camShape1"},
-        {TREE, "rename mid other", "string other1", "objExists other1", "int 1"},
+        {TREE, "rename mid other", "string top1|other", "ls -l other", "string[] |other |top1|other"},
         {TREE, "rename \"top1|mid\" \"joint#\"", "string joint1", "objExists mid", "int 0"},
         {TREE, "rename other \"ns:other\"", "string ns:other", "namespace -ex ns", "int 1"},
         {"createNode transform -n a", "rename \"b c\"", "string b_c", "ls -sl", "string[] b_c"},
-        {TREE, "rename |other|leaf mid", "string mid1", "ls -l mid1", "string[] |other|mid1"},
-        {"createNode transform -n a",
-         "rename -uid a \"12345678-1234-1234-1234-123456789ABC\"",
+        {TREE, "rename |other|leaf mid", "string other|mid", "ls -l \"|other|*\"", "string[] |other|mid"},
+        {"createNode transform -n a", "rename -uid a \"12345678-1234-1234-1234-123456789ABC\"",
          "string 12345678-1234-1234-1234-123456789ABC", "ls -uid a",
          "string[] 12345678-1234-1234-1234-123456789ABC"},
         {TREE, "duplicate top1", "string[] top2", "ls -dag top2", "string[] top2 top2|mid top2|mid|leaf"},
         {"camera -n cam; setAttr -l on cam1.tx 5; addAttr -ln mark -dt \"string\" cam1;"
          "setAttr cam1.mark -type \"string\" \"x\"",
          "duplicate cam1 -n lens", "string[] lens", "getAttr lens.mark", "string x"},
-        {TREE, "lockNode mid", "none", "lockNode -q mid", "int[] 1"},
-        {"createNode transform -n a; lockNode -l on a", "lockNode -l off a", "none", "lockNode -q -l a",
+        {TREE, "lockNode mid", "void", "lockNode -q mid", "int[] 1"},
+        {"createNode transform -n a; lockNode -l on a", "lockNode -l off a", "void", "lockNode -q -l a",
          "int[] 0"},
     };
     ExpectEdits(EDITS);
@@ -70,9 +69,9 @@ TEST_F(SceneCommandsTest, ImpossibleNodesAreRefused) {
         {"", "delete \"nosuch*\"", "No object matches name: nosuch*"},
         {TREE, "delete mid time1", "Cannot delete the default node 'time1'."},
         {TREE, "delete mid persp", "Cannot delete the default node 'persp'."},
-        {"createNode transform -n a; lockNode a", "delete a", "Cannot delete the locked node 'a'."},
+        {"createNode transform -n a; lockNode a", "delete a", "Cannot delete locked node 'a'."},
         {"createNode transform -n a; createNode transform -p a -n b; lockNode b", "delete a",
-         "Cannot delete the locked node 'b'."},
+         "Cannot delete locked node 'b'."},
         {"createNode transform -n a", "rename a \"\"", "Cannot rename a node to an empty name."},
         {"", "rename time1 clock", "Cannot rename a read only node."},
         {"createNode transform -n a; lockNode a", "rename a b", "Cannot rename a read only node."},
@@ -87,15 +86,14 @@ TEST_F(SceneCommandsTest, ImpossibleNodesAreRefused) {
          "Cannot add attributes to the locked node 'a'."},
         {"createNode transform -n a; addAttr -ln x -at long a; lockNode a", "deleteAttr a.x",
          "Cannot delete the attribute 'x' from 'a'."},
-        {"createNode transform -n a; lockNode a", "setAttr -l on a.tx",
-         "The lock of the attribute 'a.translateX' cannot be changed: its node is locked."},
     };
     ExpectRefusals(REFUSALS);
 }
 
 TEST_F(SceneCommandsTest, HierarchiesAreRearranged) {
     const Edit EDITS[] = {
-        {TREE, "parent other top1", "string[] other", "listRelatives -f top1", "string[] |top1|mid |top1|other"},
+        {TREE, "parent other top1", "string[] other", "listRelatives -f top1",
+         "string[] |top1|mid |top1|other"},
         {TREE, "parent |other|leaf mid", "string[] leaf1", "ls -l \"leaf*\"",
          "string[] |top1|mid|leaf |top1|mid|leaf1"},
         {TREE, "parent -w mid", "string[] mid", "listRelatives -p mid", "string[] "},
@@ -161,8 +159,8 @@ TEST_F(SceneCommandsTest, RelativesAreListed) {
 TEST_F(SceneCommandsTest, NodesAreListed) {
     const Question QUESTIONS[] = {
         {"ls nosuch", "string[] "},
-        {"ls leaf", "string[] other|leaf top1|mid|leaf"},
-        {"ls -l leaf", "string[] |other|leaf |top1|mid|leaf"},
+        {"ls leaf", "string[] mid|leaf other|leaf"},
+        {"ls -l leaf", "string[] |top1|mid|leaf |other|leaf"},
         {"ls mid other mid", "string[] mid other"},
         {"ls \"|o*\"", "string[] other"},
         {"ls -ca", "string[] camShape1 frontShape perspShape sideShape topShape"},
@@ -172,17 +170,14 @@ TEST_F(SceneCommandsTest, NodesAreListed) {
         {"ls -tr -ext transform", "string[] "},
         {"ls -s -ca \"c*\"", "string[] camShape1"},
         {"ls -st note", "string[] note script"},
-        {"ls -dag top1", "string[] top1 mid top1|mid|leaf"},
-        {"ls -dag -lf top1 cam1", "string[] top1|mid|leaf camShape1"},
+        {"ls -dag top1", "string[] top1 mid mid|leaf"},
+        {"ls -dag -lf top1 cam1", "string[] mid|leaf camShape1"},
         {"ls -dag -l -type camera cam1", "string[] |cam1|camShape1"},
         {"ls -hd 2 -tr", "string[] cam1 front"},
         {"ls -tl 1 -type camera", "string[] topShape"},
         {"ls -hd -1 -tr", "string[] "},
         {"ls -sl", "string[] "},
-        {"ls -o mid.tx", "string[] mid"},
-        {"ls mid.tx", "string[] mid.translateX"},
         {"ls mid.nosuch", "string[] "},
-        {"ls -ud -type camera", "string[] "},
         {"ls \"top*\" -as", "string[] top top1"},
         {"ls \"ns:*\"", "string[] "},
         {"size(`ls -nt`) > 5", "int 1"},
@@ -217,26 +212,28 @@ TEST_F(SceneCommandsTest, NodesAreListed) {
         {"ls -os -tl 1", "string[] a"},
         {"ls -sl -type camera", "string[] "},
     };
-    ExpectAnswers("createNode transform -n a; createNode transform -n b; createNode transform -n c; select c a",
-                  SELECTED);
+    ExpectAnswers(
+        "createNode transform -n a; createNode transform -n b; createNode transform -n c; select c a",
+        SELECTED);
 }
 
 TEST_F(SceneCommandsTest, NodesAreSelected) {
-    const char* const THREE = "createNode transform -n a; createNode transform -n b; createNode transform -n c;"
-                              "createNode transform -n d -p c; select b";
+    const char* const THREE =
+        "createNode transform -n a; createNode transform -n b; createNode transform -n c;"
+        "createNode transform -n d -p c; select b";
     const Edit EDITS[] = {
-        {THREE, "select a c", "none", "ls -sl", "string[] a c"},
-        {THREE, "select -r c a a", "none", "ls -sl", "string[] c a"},
-        {THREE, "select -add a", "none", "ls -sl", "string[] b a"},
-        {THREE, "select -af a", "none", "ls -sl", "string[] a b"},
-        {THREE, "select -tgl a b", "none", "ls -sl", "string[] a"},
-        {THREE, "select -d b", "none", "ls -sl", "string[] "},
-        {THREE, "select -cl", "none", "ls -sl", "string[] "},
-        {THREE, "select -hi c", "none", "ls -sl", "string[] c d"},
-        {THREE, "select -all", "none", "ls -sl", "string[] a b c"},
-        {THREE, "select \"?\"", "none", "ls -sl", "string[] a b c d"},
-        {THREE, "select -ado", "none", "ls -sl", "string[] a b c"},
-        {THREE, "select time1", "none", "ls -sl", "string[] time1"},
+        {THREE, "select a c", "void", "ls -sl", "string[] a c"},
+        {THREE, "select -r c a a", "void", "ls -sl", "string[] c a"},
+        {THREE, "select -add a", "void", "ls -sl", "string[] b a"},
+        {THREE, "select -af a", "void", "ls -sl", "string[] a b"},
+        {THREE, "select -tgl a b", "void", "ls -sl", "string[] a"},
+        {THREE, "select -d b", "void", "ls -sl", "string[] "},
+        {THREE, "select -cl", "void", "ls -sl", "string[] "},
+        {THREE, "select -hi c", "void", "ls -sl", "string[] c d"},
+        {THREE, "select -all", "void", "ls -sl", "string[] a b c"},
+        {THREE, "select \"?\"", "void", "ls -sl", "string[] a b c d"},
+        {THREE, "select -ado", "void", "ls -sl", "string[] a b c"},
+        {THREE, "select time1", "void", "ls -sl", "string[] time1"},
     };
     ExpectEdits(EDITS);
     const Refusal REFUSALS[] = {
