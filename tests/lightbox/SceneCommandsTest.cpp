@@ -244,6 +244,33 @@ TEST_F(SceneCommandsTest, NodesAreSelected) {
     ExpectRefusals(REFUSALS);
 }
 
+TEST_F(SceneCommandsTest, PlugsAreConnected) {
+    const char* const PAIR = "createNode transform -n a; createNode transform -n b;"
+                             "createNode transform -n c; select -cl";
+    const Edit EDITS[] = {
+        {PAIR, "connectAttr a.tx b.ty", "string Connected a.translateX to b.translateY.",
+         "listConnections -p on b", "string[] a.translateX"},
+        {PAIR, "connectAttr -l on a.tx b.tx", "string Connected a.translateX to b.translateX.",
+         "getAttr -l b.tx", "int 1"},
+        {"createNode transform -n a; createNode transform -n b; createNode transform -n c;"
+         "connectAttr a.tx b.tx",
+         "connectAttr -f c.tx b.tx", "string Connected c.translateX to b.translateX.", "listConnections b",
+         "string[] c"},
+        {"createNode transform -n a; createNode transform -n b; connectAttr a.tx b.tx",
+         "disconnectAttr a.tx b.tx", "string Disconnect a.translateX from b.translateX.",
+         "isConnected a.tx b.tx", "int 0"},
+    };
+    ExpectEdits(EDITS);
+    const Refusal REFUSALS[] = {
+        {PAIR, "connectAttr a.tx a.tx", "Cannot connect 'a.translateX' to itself."},
+        {"createNode transform -n a; createNode transform -n b; setAttr -l on b.tx", "connectAttr a.tx b.tx",
+         "The destination attribute 'b.translateX' is locked."},
+        {PAIR, "disconnectAttr a.tx b.tx",
+         "There is no connection from 'a.translateX' to 'b.translateX' to disconnect."},
+    };
+    ExpectRefusals(REFUSALS);
+}
+
 TEST_F(SceneCommandsTest, NamespacesAreManaged) {
     const Edit EDITS[] = {
         {"", "namespace -add n", "string n", "namespace -ex n", "int 1"},
@@ -254,7 +281,7 @@ TEST_F(SceneCommandsTest, NamespacesAreManaged) {
         {"namespace -add n; namespace -set n", "namespace -set \":\"", "string ", "namespaceInfo -cur",
          "string :"},
         {"namespace -add n; namespace -set n", "createNode transform -n a", "string n:a",
-         "namespaceInfo -lod n", "error: The namespace 'n:n' does not exist."},
+         "namespaceInfo -lod n", "string[] "},
         {"namespace -add n", "namespace -rm n", "string n", "namespace -ex n", "int 0"},
         {"namespace -add n; namespace -set n", "namespace -rm \":n\"", "string n", "namespaceInfo -cur",
          "string :"},
