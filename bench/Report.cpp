@@ -1,6 +1,6 @@
-// Turns the measurements of one run into figures: ratios against the plain reference of the same run, each with
-// the bound that it has to meet. Usage: bench_report figures.json results.json...
-// Prints one line a figure: name, value, bound, "ok" or "short". Exit status 0 when every bound is met.
+// Turns the measurements of one run into figures: ratios against the plain reference of the same run, each
+// with the bound that it has to meet. Usage: bench_report figures.json results.json... Prints one line a
+// figure: name, value, bound, "ok" or "short". Exit status 0 when every bound is met.
 #include <QCoreApplication>
 #include <QFile>
 #include <QHash>
@@ -59,7 +59,8 @@ bool Collect(const QString& path, Measurements& measurements) {
     return ok;
 }
 
-/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second) or "counter" of a benchmark.
+/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second) or "counter" of a
+/// benchmark.
 double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     const auto time = [&](const QJsonValue& name) {
         const auto found = measurements.constFind(name.toString());
@@ -89,9 +90,10 @@ bool Print(const QJsonObject& figure, const Measurements& measurements) {
         bound = "<= " + QString::number(figure["at_most"].toDouble());
         met = met && value <= figure["at_most"].toDouble();
     }
-    const QString number = std::isnan(value) ? QStringLiteral("not measured") : QString::number(value, 'g', 4) + unit;
-    Out() << figure["name"].toString().leftJustified(62) << number.rightJustified(14) << bound.rightJustified(12)
-          << (met ? "  ok" : "  short") << "\n";
+    const QString number =
+        std::isnan(value) ? QStringLiteral("not measured") : QString::number(value, 'g', 4) + unit;
+    Out() << figure["name"].toString().leftJustified(62) << number.rightJustified(14)
+          << bound.rightJustified(12) << (met ? "  ok" : "  short") << "\n";
     return met;
 }
 

@@ -3,6 +3,8 @@
 
 #include <maya/MAnimControl.h>
 
+#include <cmath>
+
 using lightbox::Host;
 using lightbox::Timeline;
 
@@ -31,7 +33,11 @@ MTime MAnimControl::currentTime() {
 }
 
 MStatus MAnimControl::setCurrentTime(const MTime& newTime) {
-    Time().SetCurrentTime(Frame(newTime));
+    const double frame = Frame(newTime);
+    if (!std::isfinite(frame)) {
+        return MS::kInvalidParameter;
+    }
+    Time().SetCurrentTime(frame);
     return MS::kSuccess;
 }
 

@@ -72,7 +72,7 @@ MObject MDagPath::child(unsigned int i, MStatus* ReturnStatus) const {
 
 MStatus MDagPath::push(const MObject& child) {
     const std::shared_ptr<DagNode> below = Access::GetDagNode(child);
-    if (!below || below->Parent() != Access::GetDagNode(*this).get()) {
+    if (!below || !below->Parent() || below->Parent() != Access::GetDagNode(*this).get()) {
         return Access::Fail(MS::kInvalidParameter, "The object is not a child of the path's node");
     }
     node_ = child;

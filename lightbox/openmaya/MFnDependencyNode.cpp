@@ -108,7 +108,9 @@ MString MFnDependencyNode::setName(const MString& name, bool createNamespace, MS
     const std::string nameSpace = lightbox::Scene::NamespaceOf(Access::Text(name));
     const bool knowsNamespace =
         nameSpace.empty() || createNamespace || (scene && scene->Namespaces().count(nameSpace));
-    if (!scene || name.length() == 0 || node->locked || node->isDefault || !knowsNamespace) {
+    const bool isFixed = node && (node->locked || node->isDefault ||
+                                  node.get() == &Host::Get().scene().world() || !node->reference.empty());
+    if (!scene || name.length() == 0 || isFixed || !knowsNamespace) {
         Access::Report(ReturnStatus, MS::kFailure);
         return MString();
     }
@@ -167,8 +169,14 @@ MStatus MFnDependencyNode::addAttribute(const MObject& attr) {
 MStatus MFnDependencyNode::removeAttribute(const MObject& attr) {
     const auto node = Access::GetNode(object_);
     const auto attribute = Access::GetAttribute(attr);
-    return node && attribute && !node->locked && node->RemoveDynamicAttribute(*attribute) ? MS::kSuccess
-                                                                                          : MS::kFailure;
+    if (!node || !attribute || node->locked || !node->RemoveDynamicAttribute(*attribute)) {
+        return MS::kFailure;
+    }
+    node->TakeStates(*attribute);
+    if (node->InScene()) {
+        node->InScene()->connections().CutAttribute(*node, *attribute);
+    }
+    return MS::kSuccess;
 }
 
 MPlug MFnDependencyNode::findPlug(const MString& attrName, MStatus* ReturnStatus) const {

@@ -96,7 +96,8 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
     if (name.empty() || !creatorFunction) {
         return MS::kInvalidParameter;
     }
-    if (!Host::Get().interpreter().Commands().RegisterPlugin(name, creatorFunction, createSyntaxFunction,
+    if (Host::Get().scene().types().FindContextCommand(name) ||
+        !Host::Get().interpreter().Commands().RegisterPlugin(name, creatorFunction, createSyntaxFunction,
                                                              plugin->name)) {
         return Access::Fail(MS::kFailure, "The name '" + name + "' is taken");
     }
@@ -155,7 +156,7 @@ MStatus MFnPlugin::registerData(const MString& typeName, const MTypeId& typeId,
     if (!plugin) {
         return NoPlugin();
     }
-    if (typeName.length() == 0 || !creatorFunction || type != MPxData::kData) {
+    if (typeName.length() == 0 || typeId.id() == 0 || !creatorFunction || type != MPxData::kData) {
         return MS::kInvalidParameter;
     }
     auto dataType = std::make_shared<DataType>();

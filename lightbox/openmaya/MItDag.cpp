@@ -18,11 +18,13 @@ struct MItDag::State {
     /// All nodes below the root in the order of the visit, so that the scene may change while it goes on.
     std::vector<Visit> visits;
     std::size_t position = 0;
+    TraversalType order = kDepthFirst;
     MFn::Type filter = MFn::kInvalid;
 
     void Start(DagNode& root, TraversalType type, MFn::Type newFilter) {
         visits.clear();
         position = 0;
+        order = type;
         filter = newFilter;
         std::deque<std::pair<DagNode*, unsigned int>> waiting{{&root, 0U}};
         while (!waiting.empty()) {
@@ -62,7 +64,7 @@ MItDag::MItDag(TraversalType type, MFn::Type filter, MStatus* ReturnStatus)
 MItDag::~MItDag() = default;
 
 MStatus MItDag::reset() {
-    state_->Start(lightbox::Host::Get().scene().world(), kDepthFirst, state_->filter);
+    state_->Start(lightbox::Host::Get().scene().world(), state_->order, state_->filter);
     return MS::kSuccess;
 }
 

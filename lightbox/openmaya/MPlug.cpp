@@ -6,6 +6,7 @@
 #include <maya/MPlug.h>
 #include <maya/MTime.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -255,7 +256,8 @@ double MPlug::asDouble(MStatus* ReturnStatus) const {
 }
 
 float MPlug::asFloat(MStatus* ReturnStatus) const {
-    return static_cast<float>(ReadNumber(*this, ReturnStatus));
+    constexpr double MOST = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -MOST, MOST));
 }
 
 int MPlug::asInt(MStatus* ReturnStatus) const {

@@ -117,7 +117,7 @@ MStatus MSelectionList::merge(const MSelectionList& other, MergeStrategy strateg
                 items_.push_back(item);
             }
         } else if (strategy != kMergeNormal) {
-            items_.erase(found);
+            items_.erase(std::remove(found, items_.end(), item), items_.end());
         }
     }
     return MS::kSuccess;

@@ -6,9 +6,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <ostream>
 
 using lightbox::DecimalText;
@@ -17,21 +18,18 @@ namespace {
 
 /// The number that the whole text is; false when it is none.
 bool ReadWhole(const std::string& text, double& number) {
-    char* end = nullptr;
-    number = std::strtod(text.c_str(), &end);
-    return !text.empty() && end == text.c_str() + text.size();
+    // Not strtod(), which reads the decimal point of the user's language.
+    const std::size_t begin = std::min(text.find_first_not_of(" \t\n"), text.size());
+    const bool isSigned = begin + 1 < text.size() && text[begin] == '+' && text[begin + 1] != '-';
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result result = std::from_chars(text.data() + begin + isSigned, end, number);
+    return result.ec == std::errc() && result.ptr == end && std::isfinite(number);
 }
 
 /// The shortest digits of a float, not those of the double it widens to.
 std::string FloatText(float value) {
     char buffer[40];
-    for (int digits = 6; digits <= 9; ++digits) {
-        std::snprintf(buffer, sizeof(buffer), "%.*g", digits, static_cast<double>(value));
-        if (std::strtof(buffer, nullptr) == value) {
-            break;
-        }
-    }
-    return buffer;
+    return std::string(buffer, std::to_chars(buffer, buffer + sizeof(buffer), value).ptr);
 }
 
 bool ReadInteger(const std::string& text, long long least, long long most, long long& number) {
@@ -145,8 +143,9 @@ MStatus MString::set(double value) {
 
 MStatus MString::set(double value, int precision) {
     char buffer[512];
-    const int length = std::snprintf(buffer, sizeof(buffer), "%.*f", std::clamp(precision, 0, 100), value);
-    text_.assign(buffer, static_cast<std::size_t>(length));
+    const std::to_chars_result result = std::to_chars(
+        buffer, buffer + sizeof(buffer), value, std::chars_format::fixed, std::clamp(precision, 0, 100));
+    text_.assign(buffer, result.ptr);
     return MS::kSuccess;
 }
 

@@ -4,6 +4,20 @@
 
 namespace lightbox {
 
+namespace {
+
+bool IsOf(const Plug& plug, const Node& node, const Attribute& attribute) {
+    for (const Attribute* part = plug.node.get() == &node ? plug.attribute.get() : nullptr; part;
+         part = part->Parent()) {
+        if (part == &attribute) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
 bool Connections::Add(const Plug& source, const Plug& destination) {
     if (!byDestination_.try_emplace(destination, Entry{{source, destination}, nextOrder_}).second) {
         return false;
@@ -30,6 +44,17 @@ bool Connections::Remove(const Plug& source, const Plug& destination) {
 void Connections::Clear() {
     byDestination_.clear();
     bySource_.clear();
+}
+
+std::vector<Connection> Connections::CutAttribute(const Node& node, const Attribute& attribute) {
+    std::vector<Connection> cut;
+    for (const Connection& connection : Of(node)) {
+        if (IsOf(connection.source, node, attribute) || IsOf(connection.destination, node, attribute)) {
+            Remove(connection.source, connection.destination);
+            cut.push_back(connection);
+        }
+    }
+    return cut;
 }
 
 Plug Connections::SourceOf(const Plug& destination) const {

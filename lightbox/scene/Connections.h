@@ -25,6 +25,8 @@ public:
     bool Add(const Plug& source, const Plug& destination);
     bool Remove(const Plug& source, const Plug& destination);
     void Clear();
+    /// Removes the connections of a node's attribute and of those below it, and answers them.
+    std::vector<Connection> CutAttribute(const Node& node, const Attribute& attribute);
 
     /// A null plug when nothing drives it.
     Plug SourceOf(const Plug& destination) const;

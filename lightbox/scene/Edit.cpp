@@ -191,29 +191,20 @@ void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attr
         throw SceneError("Cannot add attributes to the locked node '" + Scene::ShownName(node) + "'.");
     }
     const std::shared_ptr<Node> shared = node.Shared();
+    const auto held = std::make_shared<Node::PlugStates>();
     Do(
         host, "addAttr",
-        [shared, attribute] {
+        [shared, attribute, held] {
             if (!shared->AddDynamicAttribute(attribute)) {
                 throw SceneError("Found an attribute of the name '" + attribute->LongName() + "' already.");
             }
+            shared->PutStates(std::move(*held));
         },
-        [shared, attribute] { shared->RemoveDynamicAttribute(*attribute); });
+        [shared, attribute, held] {
+            shared->RemoveDynamicAttribute(*attribute);
+            *held = shared->TakeStates(*attribute);
+        });
 }
-
-namespace {
-
-bool IsOf(const Plug& plug, const Node& node, const Attribute& attribute) {
-    for (const Attribute* part = plug.node.get() == &node ? plug.attribute.get() : nullptr; part;
-         part = part->Parent()) {
-        if (part == &attribute) {
-            return true;
-        }
-    }
-    return false;
-}
-
-} // namespace
 
 void DeleteAttribute(Host& host, Node& node, const Attribute& attribute) {
     const auto& dynamic = node.DynamicAttributes();
@@ -230,19 +221,15 @@ void DeleteAttribute(Host& host, Node& node, const Attribute& attribute) {
     const std::shared_ptr<Attribute>& removed = *found;
     const auto position = static_cast<std::size_t>(found - dynamic.begin());
     auto cut = std::make_shared<std::vector<Connection>>();
-    const auto redo = [&scene, shared, removed, cut] {
-        cut->clear();
-        for (const Connection& connection : scene.connections().Of(*shared)) {
-            if (IsOf(connection.source, *shared, *removed) ||
-                IsOf(connection.destination, *shared, *removed)) {
-                scene.connections().Remove(connection.source, connection.destination);
-                cut->push_back(connection);
-            }
-        }
+    auto held = std::make_shared<Node::PlugStates>();
+    const auto redo = [&scene, shared, removed, cut, held] {
+        *cut = scene.connections().CutAttribute(*shared, *removed);
         shared->RemoveDynamicAttribute(*removed);
+        *held = shared->TakeStates(*removed);
     };
-    const auto undo = [&scene, shared, removed, position, cut] {
+    const auto undo = [&scene, shared, removed, position, cut, held] {
         shared->AddDynamicAttribute(removed, position);
+        shared->PutStates(std::move(*held));
         for (const Connection& connection : *cut) {
             scene.connections().Add(connection.source, connection.destination);
         }

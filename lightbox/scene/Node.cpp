@@ -89,6 +89,20 @@ bool Node::RemoveDynamicAttribute(const Attribute& attribute) {
     return true;
 }
 
+Node::PlugStates Node::TakeStates(const Attribute& attribute) {
+    PlugStates taken;
+    for (auto state = states_.lower_bound({&attribute, -1});
+         state != states_.end() && state->first.first == &attribute;) {
+        const auto next = std::next(state);
+        taken.insert(states_.extract(state));
+        state = next;
+    }
+    for (const std::shared_ptr<Attribute>& child : attribute.Children()) {
+        taken.merge(TakeStates(*child));
+    }
+    return taken;
+}
+
 const PlugState* Node::FindState(const Attribute& attribute, int element) const {
     const auto found = states_.find({&attribute, element});
     return found == states_.end() ? nullptr : &found->second;

@@ -35,6 +35,7 @@ struct PlugState {
 class Node : public Object {
 public:
     using PlugKey = std::pair<const Attribute*, int>;
+    using PlugStates = std::map<PlugKey, PlugState>;
 
     explicit Node(std::shared_ptr<const NodeType> type);
     ~Node() override;
@@ -67,9 +68,13 @@ public:
     const std::vector<std::shared_ptr<Attribute>>& DynamicAttributes() const { return dynamic_; }
     /// False when the node has an attribute of one of its names.
     bool AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t position = ~std::size_t(0));
-    /// The states of its plugs stay, for it may come back. False when it is not a dynamic attribute of this
-    /// node.
+    /// What its plugs hold stays until TakeStates(). False when it is not a dynamic attribute of this node.
     bool RemoveDynamicAttribute(const Attribute& attribute);
+    /// Moves out what the plugs of an attribute, and of those below it, hold: an attribute that leaves the
+    /// node takes it along, or an attribute that is made later at the same address would find it.
+    PlugStates TakeStates(const Attribute& attribute);
+    /// Puts back what TakeStates() moved out.
+    void PutStates(PlugStates states) { states_.merge(states); }
 
     /// Null when nothing was ever set.
     const PlugState* FindState(const Attribute& attribute, int element = -1) const;
@@ -96,7 +101,7 @@ private:
     Scene* scene_ = nullptr;
     std::uint64_t serial_ = 0;
     std::vector<std::shared_ptr<Attribute>> dynamic_;
-    std::map<PlugKey, PlugState> states_;
+    PlugStates states_;
     std::unique_ptr<MPxNode> userNode_;
 };
 

@@ -33,6 +33,14 @@ int DigitValue(char digit, int base) {
     return value < base ? value : -1;
 }
 
+/// Is what follows the mark of an object a colour, the only kind that is ever stored? Its number comes first,
+/// then the colour model, whose numbers QColor takes on trust.
+bool HoldsColor(const QByteArray& object) {
+    constexpr int LAST_MODEL = 4; // QColor::Hsl
+    return object.startsWith(QByteArray("\0\0\0\x43", 4)) && object.size() > 4 && object[4] >= 0 &&
+           object[4] <= LAST_MODEL;
+}
+
 /// The text as QSettings will see it, escapes resolved and quotes and line ends left out, with the place
 /// where each character came from.
 struct Unescaped {
@@ -59,18 +67,30 @@ private:
         origin.append(start);
     }
     void AddEscape(const QByteArray& content, int& at, int start) {
+        static const QByteArray letters("abfnrtv\"?'\\");
+        static const QByteArray meanings("\a\b\f\n\r\t\v\"?'\\");
         const char kind = at < content.size() ? content[at] : '\0';
-        const int base = kind == 'x' ? 16 : 8;
-        if (kind != 'x' && DigitValue(kind, 8) < 0) {
-            ++at; // a single letter: a control character or nothing
-            return;
+        const int letter = letters.indexOf(kind);
+        if (letter >= 0) {
+            ++at;
+            Add(meanings[letter], start);
+        } else if (kind == 'x' || DigitValue(kind, 8) >= 0) {
+            AddNumber(content, at, start);
+        } else {
+            ++at; // what follows the backslash is skipped
         }
+    }
+    void AddNumber(const QByteArray& content, int& at, int start) {
+        const int base = content[at] == 'x' ? 16 : 8;
         at += base == 16 ? 1 : 0;
+        const int first = at;
         quint16 value = 0;
         for (int digit = 0; at < content.size() && (digit = DigitValue(content[at], base)) >= 0; ++at) {
             value = static_cast<quint16>(value * base + digit);
         }
-        Add(static_cast<char>(value), start);
+        if (at > first) {
+            Add(value > 0xFF ? '?' : static_cast<char>(value), start);
+        }
     }
 };
 
@@ -108,15 +128,13 @@ void SettingsFile::Disarm(const QString& path) {
 
 QByteArray SettingsFile::Disarmed(const QByteArray& content) {
     const QByteArray marker("@Variant(");
-    // The stream number of a colour, the only kind of object that is ever stored.
-    const QByteArray color("\0\0\0\x43", 4);
     const Unescaped unescaped(content);
     QByteArray result = content;
     int added = 0;
     for (int at = 0; (at = unescaped.text.indexOf(marker, at)) >= 0; at += marker.size()) {
         // A doubled sign stands for the sign itself.
         const bool plainText = at > 0 && unescaped.text[at - 1] == '@';
-        if (!plainText && unescaped.text.mid(at + marker.size(), color.size()) != color) {
+        if (!plainText && !HoldsColor(unescaped.text.mid(at + marker.size(), 5))) {
             result.insert(unescaped.origin[at] + added++, '@');
         }
     }

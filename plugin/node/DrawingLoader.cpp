@@ -37,8 +37,8 @@ DrawingLoader::~DrawingLoader() {
     }
 }
 
-void DrawingLoader::AddHex(Layer& layer, int index, const MTime& time, const MString& hex) {
-    Add(layer, index, time, [hex] {
+void DrawingLoader::AddHex(Layer& layer, int index, const MTime& time, MString hex) {
+    Add(layer, index, time, [hex = std::move(hex)] {
         int length = 0;
         const char* text = hex.asUTF8(length);
         return QByteArray::fromHex(QByteArray::fromRawData(text, length));
@@ -71,7 +71,7 @@ void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Decode decod
     if (m_pending.size() >= MAX_PENDING) {
         TakeFirst();
     }
-    std::packaged_task<Checked()> task([decode] {
+    std::packaged_task<Checked()> task([decode = std::move(decode)] {
         try {
             return Check(decode());
         } catch (const std::bad_alloc&) {

@@ -30,7 +30,7 @@ public:
     DrawingLoader& operator=(const DrawingLoader&) = delete;
 
     /// `index` is the frame's place in its layer as stored. The layer has to live until Finish.
-    void AddHex(Layer& layer, int index, const MTime& time, const MString& hex);
+    void AddHex(Layer& layer, int index, const MTime& time, MString hex);
     void AddBytes(Layer& layer, int index, const MTime& time, const QByteArray& png);
 
     /// Returns when everything that was added is in its layer.

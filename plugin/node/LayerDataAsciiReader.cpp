@@ -10,6 +10,7 @@
 #include <maya/MFileIO.h>
 
 #include <memory>
+#include <utility>
 
 namespace vellix {
 
@@ -138,7 +139,7 @@ bool LayerDataAsciiReader::ReadFrame(Layer& layer, int index) {
     if (!Take(image)) {
         return Fail("Invalid draw data (%1)");
     }
-    m_loader.AddHex(layer, index, time, image);
+    m_loader.AddHex(layer, index, time, std::move(image));
     return true;
 }
 

@@ -20,7 +20,7 @@ public:
     MItDag(const MItDag&) = delete;
     MItDag& operator=(const MItDag&) = delete;
 
-    /// Starts over at the world.
+    /// Starts over at the world, in the same order and with the same filter.
     MStatus reset();
     MStatus reset(const MObject& object, TraversalType type = kDepthFirst, MFn::Type filter = MFn::kInvalid);
     bool isDone(MStatus* ReturnStatus = nullptr);

@@ -21,7 +21,7 @@ public:
     MStatus getDependNode(unsigned int index, MObject& depNode) const;
     /// Fails for a node that is not in the DAG.
     MStatus getDagPath(unsigned int index, MDagPath& dagPath, MObject& component = MObject::kNullObj) const;
-    /// Appends the shortest unambiguous name of every item.
+    /// Answers the shortest unambiguous name of every item.
     MStatus getSelectionStrings(MStringArray& array) const;
     MStatus getSelectionStrings(unsigned int index, MStringArray& array) const;
 

@@ -8,7 +8,6 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 const QString PERSP = QStringLiteral("persp");
 

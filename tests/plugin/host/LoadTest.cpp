@@ -29,6 +29,17 @@ struct Leftovers {
     }
 };
 
+// Another plug-in, which has taken the name of one of our commands.
+// NOLINTBEGIN(performance-unnecessary-value-param): the host looks for this signature
+MStatus LoadOther(MObject object) {
+    return MFnPlugin(object).registerCommand("qmVellixStroke", [] { return static_cast<void*>(nullptr); });
+}
+
+MStatus UnloadOther(MObject object) {
+    return MFnPlugin(object).deregisterCommand("qmVellixStroke");
+}
+// NOLINTEND(performance-unnecessary-value-param)
+
 } // namespace
 
 TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
@@ -72,14 +83,7 @@ TEST_F(LoadTest, ANameThatIsTakenStopsTheRegistration) {
     lightbox::PluginManager& plugins = Host().plugins();
     plugins.Unload("vellix2", false);
     const size_t callbacks = Host().events().CallbackCount();
-    // Another plug-in that has taken the second command's name.
-    plugins.LoadBuiltin(
-        "other",
-        [](MObject object) {
-            return MFnPlugin(object).registerCommand("qmVellixStroke",
-                                                     [] { return static_cast<void*>(nullptr); });
-        },
-        [](MObject object) { return MFnPlugin(object).deregisterCommand("qmVellixStroke"); });
+    plugins.LoadBuiltin("other", LoadOther, UnloadOther);
     EXPECT_THROW(plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin), lightbox::PluginError);
     EXPECT_THAT(Messages(), Contains(::testing::StartsWith("Failed to register 'qmVellixStroke' command: ")));
     EXPECT_EQ(Host().events().CallbackCount(), callbacks);
