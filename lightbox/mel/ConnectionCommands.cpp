@@ -33,6 +33,9 @@ Value ConnectAttr(CommandCall& call) {
         to = to.Element(elements.empty() ? 0 : elements.back().element + 1);
     }
     edit::Connect(host, from, to, call.Has("-force"));
+    if (call.Has("-lock")) {
+        edit::SetPlugFlag(host, to, edit::PlugFlag::Locked, call.Bool("-lock"));
+    }
     return "Connected " + from.Name() + " to " + to.Name() + ".";
 }
 

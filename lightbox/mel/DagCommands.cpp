@@ -42,6 +42,9 @@ Value Parent(CommandCall& call) {
         }
     }
     for (const std::shared_ptr<Node>& node : nodes) {
+        edit::CheckReparent(call.GetHost(), *AsDag(call, node), parent.get());
+    }
+    for (const std::shared_ptr<Node>& node : nodes) {
         edit::Reparent(call.GetHost(), *AsDag(call, node), parent.get(), !call.Has("-relative"));
     }
     return ShownNames(nodes);
@@ -62,6 +65,13 @@ Value Group(CommandCall& call) {
         });
         if (isCommon && !common->IsWorld()) {
             parent = std::static_pointer_cast<DagNode>(common->Shared());
+        }
+    }
+    for (const std::shared_ptr<Node>& node : nodes) {
+        const std::shared_ptr<DagNode> dag = AsDag(call, node);
+        // A shape may lie below the group although it may not below the world.
+        if (parent || !dag->Type().IsShape()) {
+            edit::CheckReparent(host, *dag, parent.get());
         }
     }
     const std::shared_ptr<Node> group = edit::CreateNode(

@@ -116,6 +116,22 @@ NodeList DagOf(Scene& scene, const NodeList& roots, bool isWhole) {
     return nodes;
 }
 
+/// What a pattern stands for; with -recursive also in every namespace.
+NodeList MatchingAsAsked(const CommandCall& call, const std::string& pattern) {
+    const Scene& scene = call.GetHost().scene();
+    NodeList nodes = SortedByName(scene.Matching(pattern));
+    if (call.Has("-recursive") && call.Bool("-recursive") &&
+        pattern.find_first_of(":|") == std::string::npos) {
+        for (const std::string& nameSpace : scene.Namespaces()) {
+            for (const std::shared_ptr<Node>& node :
+                 SortedByName(scene.Matching(nameSpace + ":" + pattern))) {
+                AddUnique(nodes, node);
+            }
+        }
+    }
+    return nodes;
+}
+
 NodeList Candidates(const CommandCall& call) {
     Scene& scene = call.GetHost().scene();
     NodeList nodes;
@@ -123,7 +139,7 @@ NodeList Candidates(const CommandCall& call) {
     const bool isSelection = call.Has("-selection") || call.Has("-orderedSelection");
     if (!patterns.empty()) {
         for (const std::string& pattern : patterns) {
-            for (const std::shared_ptr<Node>& node : SortedByName(scene.Matching(pattern))) {
+            for (const std::shared_ptr<Node>& node : MatchingAsAsked(call, pattern)) {
                 if (!isSelection || scene.selection().Contains(*node)) {
                     AddUnique(nodes, node);
                 }

@@ -47,6 +47,9 @@ Value Namespace(CommandCall& call) {
         const std::string name = parent.empty()
                                      ? FullName(scene, given)
                                      : FullName(scene, parent == ":" ? ":" + given : parent + ":" + given);
+        if (name.find_first_of(" \t|.*?[]\"") != std::string::npos) {
+            call.Fail("The name '" + name + "' is not one for a namespace.");
+        }
         edit::AddNamespace(host, name);
         return name;
     }
@@ -60,10 +63,10 @@ Value Namespace(CommandCall& call) {
     }
     if (call.Has("-removeNamespace")) {
         const std::string name = FullName(scene, call.String("-removeNamespace"));
+        edit::RemoveNamespace(host, name);
         if (name == scene.currentNamespace) {
             SetCurrent(host, Scene::NamespaceOf(name));
         }
-        edit::RemoveNamespace(host, name);
         return name;
     }
     call.Fail("One of -add, -set, -rm and -exists has to be given.");

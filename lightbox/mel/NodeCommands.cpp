@@ -39,11 +39,24 @@ Value CreateNode(CommandCall& call) {
     return ShownName(*node);
 }
 
+/// Whether nothing keeps a node, or what lies below it, in the scene.
+bool IsDeletable(Node& node) {
+    const auto isFree = [](const Node& one) {
+        return !one.isDefault && !one.isShared && !one.locked && one.reference.empty();
+    };
+    auto* dag = dynamic_cast<DagNode*>(&node);
+    if (!dag) {
+        return isFree(node);
+    }
+    const std::vector<DagNode*> subtree = Scene::Subtree(*dag);
+    return std::all_of(subtree.begin(), subtree.end(), [&](const DagNode* below) { return isFree(*below); });
+}
+
 Value Delete(CommandCall& call) {
     NodeList nodes;
     if (call.Has("-all")) {
         for (const std::shared_ptr<Node>& node : call.GetHost().scene().Nodes()) {
-            if (!node->isDefault && !node->isShared && !node->locked && node->reference.empty()) {
+            if (IsDeletable(*node)) {
                 nodes.push_back(node);
             }
         }
@@ -66,7 +79,9 @@ Value Rename(CommandCall& call) {
         if (FileReader* reader = ReaderOf(call); reader && node) {
             reader->SetUuid(*node, names.back());
         } else if (node) {
-            node->SetUuid(names.back());
+            edit::Do(
+                call.GetHost(), "rename", [node, after = names.back()] { node->SetUuid(after); },
+                [node, before = node->Uuid()] { node->SetUuid(before); });
         }
         return names.back();
     }

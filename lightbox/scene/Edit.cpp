@@ -119,8 +119,11 @@ std::string Rename(Host& host, Node& node, const std::string& name, bool shapes)
     return node.Name();
 }
 
-void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld) {
-    DagNode& above = parent ? *parent : host.scene().world();
+void CheckReparent(Host& host, const DagNode& node, const DagNode* parent) {
+    const DagNode& above = parent ? *parent : host.scene().world();
+    if (node.locked) {
+        throw SceneError("Cannot parent the locked node '" + Scene::ShownName(node) + "'.");
+    }
     CheckParent(node.Type(), &above);
     if (above.IsBelow(node)) {
         throw SceneError("Cannot parent an object to itself or to one of its children.");
@@ -128,6 +131,11 @@ void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld) {
     if (above.IsWorld() && node.Type().IsShape()) {
         throw SceneError("A shape cannot be without a transform.");
     }
+}
+
+void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld) {
+    CheckReparent(host, node, parent);
+    DagNode& above = parent ? *parent : host.scene().world();
     if (node.Parent() != &above) {
         DoItem(host, MoveItem(host, std::static_pointer_cast<DagNode>(node.Shared()),
                               std::static_pointer_cast<DagNode>(above.Shared()), keepWorld));

@@ -30,6 +30,8 @@ std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std:
 void DeleteNodes(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
 /// Answers the name the node got. With `shapes`, shapes named after their transform follow it.
 std::string Rename(Host& host, Node& node, const std::string& name, bool shapes = true);
+/// Throws what Reparent() would refuse; for commands that move several nodes or none.
+void CheckReparent(Host& host, const DagNode& node, const DagNode* parent);
 /// Null parent: the world. With `keepWorld` the node stays where it is in space. A name that is taken below
 /// the new parent gets a number.
 void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld = true);

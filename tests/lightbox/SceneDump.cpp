@@ -45,7 +45,8 @@ void DumpPlug(std::ostream& out, const Plug& plug) {
 }
 
 void DumpNode(std::ostream& out, Node& node) {
-    out << node.Serial() << ' ' << node.Type().Name() << ' ' << node.Name() << " locked " << node.locked;
+    out << node.Serial() << ' ' << node.Type().Name() << ' ' << node.Name() << ' ' << node.Uuid()
+        << " locked " << node.locked;
     if (const auto* dag = dynamic_cast<const DagNode*>(&node)) {
         out << ' ' << dag->FullPath() << " at " << dag->IndexInParent();
     }
@@ -81,6 +82,7 @@ std::string DumpScene(Host& host) {
     for (const std::string& name : host.scene().Namespaces()) {
         out << "namespace " << name << '\n';
     }
+    out << "in namespace " << host.scene().currentNamespace << '\n';
     const Timeline& time = host.time();
     out << "time " << time.CurrentTime() << " unit " << time.Unit() << " playback " << time.MinTime() << ' '
         << time.MaxTime() << " animation " << time.AnimationStart() << ' ' << time.AnimationEnd() << '\n';
