@@ -14,7 +14,6 @@
 #include "scene/Timeline.h"
 
 #include <ostream>
-#include <sstream>
 
 namespace lightbox {
 namespace {
@@ -209,13 +208,13 @@ void BinaryWriter::PutSetting(ChunkWriter& chunk, const Setting& setting) {
     if (!setting.hasValue) {
         put(binary::ValueKind::None);
     } else if (setting.data) {
-        std::ostringstream bytes;
-        if (!setting.data->Data().writeBinary(bytes)) {
+        put(binary::ValueKind::Data);
+        MPxData& data = setting.data->Data();
+        if (!chunk.Streamed(
+                [&](std::ostream& out) { return data.writeBinary(out).statusCode() == MS::kSuccess; })) {
             throw FileError("The value of \"" + setting.path + "\", of type \"" + setting.type +
                             "\", could not be written.");
         }
-        put(binary::ValueKind::Data);
-        chunk.Text(bytes.str());
     } else if (setting.type == "string" || setting.type == "stringArray") {
         put(binary::ValueKind::Texts);
         PutTexts(chunk, setting.texts);

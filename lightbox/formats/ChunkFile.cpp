@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <ostream>
+#include <streambuf>
 #include <zlib.h>
 
 namespace lightbox {
@@ -24,6 +25,28 @@ void AppendLittleEndian(std::string& bytes, Integer value) {
         bytes.push_back(static_cast<char>(value >> (8 * i) & 0xff));
     }
 }
+
+/// A stream's end that appends to a string.
+class AppendBuffer : public std::streambuf {
+public:
+    explicit AppendBuffer(std::string& bytes)
+        : bytes_(bytes) {}
+
+protected:
+    int_type overflow(int_type character) override {
+        if (!traits_type::eq_int_type(character, traits_type::eof())) {
+            bytes_.push_back(traits_type::to_char_type(character));
+        }
+        return traits_type::not_eof(character);
+    }
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
+        bytes_.append(bytes, static_cast<std::size_t>(count));
+        return count;
+    }
+
+private:
+    std::string& bytes_;
+};
 
 template <class Integer>
 Integer FromLittleEndian(std::string_view bytes) {
@@ -62,6 +85,18 @@ void ChunkWriter::Number(double value) {
 void ChunkWriter::Text(std::string_view text) {
     Length(text.size());
     bytes_.append(text);
+}
+
+bool ChunkWriter::Streamed(const std::function<bool(std::ostream&)>& write) {
+    const std::size_t start = bytes_.size();
+    Length(0);
+    AppendBuffer buffer(bytes_);
+    std::ostream stream(&buffer);
+    const bool isWritten = write(stream) && stream;
+    std::string length;
+    AppendLittleEndian(length, static_cast<std::uint64_t>(bytes_.size() - start - sizeof(std::uint64_t)));
+    bytes_.replace(start, length.size(), length);
+    return isWritten;
 }
 
 std::uint8_t ChunkReader::Byte() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -17,7 +18,9 @@ public:
     void Length(std::uint64_t value);
     void Number(double value);
     void Text(std::string_view text);
-    void Raw(std::string_view bytes) { bytes_.append(bytes); }
+    /// What a function writes into a stream, as a text with its length before it. False when the function
+    /// says so.
+    bool Streamed(const std::function<bool(std::ostream&)>& write);
 
     const std::string& Bytes() const { return bytes_; }
 

@@ -233,8 +233,8 @@ void PluginManager::UnloadAll() {
     }
     host_.undo().Flush();
     host_.scene().New();
-    // The libraries stay in memory until the process ends: what others keep of them, such as texts in Qt's caches,
-    // is destroyed after this.
+    // The libraries stay in memory until the process ends: what others keep of them, such as texts in Qt's
+    // caches, is destroyed after this.
     while (!entries_.empty()) {
         try {
             Stop(*entries_.back());

@@ -174,7 +174,8 @@ TEST_F(SceneCommandsTest, Attributes) {
              "string[] c1 c2"},
             {"addAttr -ln oo -at compound -nc 2 a; addAttr -ln vv -at double2 -p oo a; addAttr -ln vX -at "
              "double -p vv a;"
-             "addAttr -ln vY -at double -p vv a; addAttr -ln ww -at long -p oo a; setAttr a.oo.vv 1 2; getAttr "
+             "addAttr -ln vY -at double -p vv a; addAttr -ln ww -at long -p oo a; setAttr a.oo.vv 1 2; "
+             "getAttr "
              "a.vY",
              "float 2"},
             {"addAttr -ln e -at \"enum\" -en \"low=3:high\" a; setAttr a.e 4; getAttr -as a.e",

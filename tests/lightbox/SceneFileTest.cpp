@@ -70,8 +70,7 @@ const char* const KEPT[] = {
     "select -ne :initialShadingGroup;\n\tsetAttr \".ro\" yes;\n",
     "connectAttr \"boxShape.iog\" \":initialShadingGroup.dsm\" -na;\n",
     "connectAttr \"sparkle1.out\" \"box.futureIn\";\n",
-    "relationship \"link\" \":lightLinker1\" \":initialShadingGroup.message\" "
-    "\":defaultLightSet.message\";\n",
+    R"(relationship "link" ":lightLinker1" ":initialShadingGroup.message" ":defaultLightSet.message";)",
 };
 
 /// Statements may be spaced differently at their end, which has no meaning.
@@ -315,7 +314,8 @@ TEST_F(SceneFileTest, ImportMergesAndResolvesClashes) {
     EXPECT_EQ(Typed("isConnected in:prop.tx in:hero.ty"), "int 1");
     EXPECT_EQ(Typed("file -i -rnn -ns \"again\" " + Quoted("part.ma")),
               "string[] |again:hero |again:hero|again:hand |again:prop");
-    EXPECT_EQ(Typed("size(stringArrayRemoveDuplicates(`ls -uid`)) - size(`ls`)"), "int 0") << "identities differ";
+    EXPECT_EQ(Typed("size(stringArrayRemoveDuplicates(`ls -uid`)) - size(`ls`)"), "int 0")
+        << "identities differ";
     EXPECT_EQ(Typed("file -q -modified"), "int 1");
     Run("undo; undo");
     EXPECT_EQ(Typed("getAttr prop.tz"), "float 0") << "what was done before can still be undone";
