@@ -1,4 +1,6 @@
 # Warnings are errors everywhere; a sanitizer is chosen by the presets; ccache is used when it is there.
+# C++17, but for what a host of the plug-in's generation compiles.
+set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
