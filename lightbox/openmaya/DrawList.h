@@ -11,8 +11,8 @@
 
 namespace lightbox {
 
-/// One thing that a plug-in wants to see over a viewport. Positions and lengths in view pixels, from the bottom
-/// left with y upward.
+/// One thing that a plug-in wants to see over a viewport. Positions and lengths in view pixels, from the
+/// bottom left with y upward.
 struct DrawItem {
     enum class Kind { Rectangle, Line, Circle, Text };
 

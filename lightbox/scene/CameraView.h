@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QRectF>
+
 #include <Imath/ImathMatrix.h>
 #include <Imath/ImathVec.h>
-
-#include <QRectF>
 
 namespace lightbox {
 
@@ -13,8 +13,8 @@ class DagNode;
 /// are for row vectors: clip = world * View() * Projection(), with OpenGL's clip space.
 class CameraView {
 public:
-    /// Reads the camera's film fit, film aspect, overscan, clipping planes and 2D pan and zoom as they are now,
-    /// and the resolution to render from the scene that the camera is in.
+    /// Reads the camera's film fit, film aspect, overscan, clipping planes and 2D pan and zoom as they are
+    /// now, and the resolution to render from the scene that the camera is in.
     CameraView(const DagNode& cameraShape, int width, int height);
 
     int Width() const { return width_; }
@@ -23,8 +23,8 @@ public:
     const Imath::M44d& Projection() const { return projection_; }
     bool IsOrthographic() const { return isOrthographic_; }
 
-    /// x and y in view pixels, z the depth from 0 (near) to 1 (far). A point behind the eye is mirrored, as the
-    /// division by a negative w has it; `isInFront` tells.
+    /// x and y in view pixels, z the depth from 0 (near) to 1 (far). A point behind the eye is mirrored, as
+    /// the division by a negative w has it; `isInFront` tells.
     Imath::V3d WorldToView(const Imath::V3d& world, bool* isInFront = nullptr) const;
     /// The points on the near and on the far clipping plane under a view pixel.
     void ViewToWorld(double x, double y, Imath::V3d& nearPoint, Imath::V3d& farPoint) const;
