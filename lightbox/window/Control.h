@@ -10,6 +10,7 @@
 
 class QAction;
 class QMenu;
+class QMenuBar;
 class QWidget;
 
 namespace lightbox {
@@ -51,6 +52,9 @@ public:
         return qobject_cast<T*>(object_.data());
     }
 
+    /// The widget that holds its menu items as actions: its menu, or an option menu; null when it takes none.
+    virtual QWidget* ItemHost() const;
+
     /// Places a new child's widget into this layout or window. The base class has no room for children and
     /// throws mel::Error.
     virtual void AddChild(Control& child);
@@ -61,6 +65,9 @@ public:
     virtual bool StretchesHeight(const Control&) const { return false; }
     /// Whether widgets can stand in it.
     virtual bool TakesChildren() const { return false; }
+
+    /// The bar that its menus hang in; null when it has none.
+    virtual QMenuBar* MenuBar() { return nullptr; }
 
     /// Asks for a size in pixels; 0 or less leaves it to the widget.
     void SetWidth(int width);

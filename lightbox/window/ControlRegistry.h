@@ -4,6 +4,7 @@
 #include "window/Control.h"
 
 #include <QObject>
+#include <QRect>
 
 #include <functional>
 #include <map>
@@ -64,6 +65,9 @@ public:
     /// The collections that the next radio items and radio buttons join; null for none.
     Control* currentItemCollection = nullptr;
     Control* currentButtonCollection = nullptr;
+
+    /// Where windows were when they were closed, by name.
+    std::map<std::string, QRect> windowPlaces;
 
     /// Runs a control's script of that flag as a typed line is run: one step to undo, its errors shown. #1,
     /// #2 and so on in it stand for the values. Does nothing when the control has no such script.

@@ -27,6 +27,8 @@ public:
         : host_(host)
         , controls_(controls) {}
 
+    /// Null in batch: then no command gets so far as to use it.
+    ControlRegistry* Controls() const { return controls_; }
     /// The command of a kind of control: makes, edits, queries one.
     void Add(ControlType type);
     /// Any other command.
