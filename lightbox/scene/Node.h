@@ -74,7 +74,7 @@ public:
     /// node takes it along, or an attribute that is made later at the same address would find it.
     PlugStates TakeStates(const Attribute& attribute);
     /// Puts back what TakeStates() moved out.
-    void PutStates(PlugStates states) { states_.merge(states); }
+    void PutStates(PlugStates states);
 
     /// Null when nothing was ever set.
     const PlugState* FindState(const Attribute& attribute, int element = -1) const;
@@ -94,6 +94,8 @@ public:
 
 private:
     friend class Scene;
+
+    void Changed();
 
     std::shared_ptr<const NodeType> type_;
     std::string name_;

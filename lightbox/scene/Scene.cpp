@@ -32,6 +32,7 @@ Scene::~Scene() {
 
 void Scene::New() {
     Selection::Hold hold(selection_);
+    Touch();
     selection_.Clear();
     connections_.Clear();
     byName_.clear();
@@ -120,6 +121,7 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
 }
 
 void Scene::Insert(const std::shared_ptr<Node>& node, const std::string& name, DagNode* parent, int index) {
+    Touch();
     node->name_ = name;
     node->scene_ = this;
     nodes_[node->serial_] = node;
@@ -145,6 +147,7 @@ std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& 
 }
 
 NodePlace Scene::Detach(Node& node) {
+    Touch();
     NodePlace place;
     place.node = node.Shared();
     place.name = node.name_;
@@ -211,6 +214,7 @@ std::vector<DagNode*> Scene::Subtree(DagNode& root) {
 }
 
 void Scene::Rename(Node& node, const std::string& freeName) {
+    Touch();
     Unname(node);
     node.name_ = freeName;
     byName_[freeName].push_back(&node);
@@ -222,6 +226,7 @@ void Scene::Rename(Node& node, const std::string& freeName) {
 }
 
 void Scene::Move(DagNode& node, DagNode& parent, int index) {
+    Touch();
     node.parent_->children_.erase(node.parent_->children_.begin() + node.IndexInParent());
     const int count = static_cast<int>(parent.children_.size());
     parent.children_.insert(parent.children_.begin() + (index < 0 || index > count ? count : index), &node);

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "scene/CameraView.h"
+#include "scene/View.h"
+#include "window/ViewNavigation.h"
+#include "window/ViewOptions.h"
+
+#include <QOpenGLWidget>
+#include <QPointer>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QOffscreenSurface;
+class QOpenGLContext;
+class QSurface;
+
+namespace lightbox {
+
+class DrawListRenderer;
+class Host;
+class SceneRenderer;
+
+/// The part of a viewport's panel in which the scene is drawn.
+class ViewportWidget : public QOpenGLWidget, public View {
+    Q_OBJECT
+public:
+    ViewportWidget(Host& host, std::string panelName, QWidget* parent = nullptr);
+    ~ViewportWidget() override;
+
+    std::string PanelName() const override { return panelName_; }
+    QWidget& Widget() override { return *this; }
+    int Width() const override { return width(); }
+    int Height() const override { return height(); }
+    std::shared_ptr<DagNode> Camera() const override;
+    void SetCamera(const std::shared_ptr<DagNode>& camera) override;
+    bool IsViewport2() const override { return options_.renderer == ViewOptions::Renderer::Viewport2; }
+    void Refresh(bool now) override;
+    void BeginGl() override;
+    void EndGl() override;
+
+    const ViewOptions& Options() const { return options_; }
+    void SetOptions(const ViewOptions& options);
+    /// What the camera shows now.
+    CameraView LookThrough() const;
+    /// How often it was drawn; rises by one with every frame.
+    unsigned FrameCount() const { return frameCount_; }
+    /// Textures brought to the card since the start.
+    unsigned UploadCount() const;
+
+signals:
+    /// The pointer was pressed in it or the keyboard came to it.
+    void Activated();
+    /// It looks through another camera.
+    void CameraChanged();
+    void OptionsChanged();
+
+protected:
+    void initializeGL() override;
+    void paintGL() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    enum class Drag { None, Navigation, Tool, Selection };
+
+    void ReleaseGl();
+    void DrawOverlays(const CameraView& cameraView);
+    void DrawPlugins(const CameraView& cameraView);
+    void SettleCamera() const;
+
+    Host& host_;
+    std::string panelName_;
+    /// The camera as it was looked through last, and its transform's name: a scene that is opened anew brings
+    /// another one of that name.
+    mutable std::shared_ptr<DagNode> camera_;
+    mutable std::string cameraName_;
+    ViewOptions options_;
+    ViewNavigation navigation_;
+    Drag drag_ = Drag::None;
+    std::unique_ptr<SceneRenderer> sceneRenderer_;
+    std::unique_ptr<DrawListRenderer> drawListRenderer_;
+    unsigned frameCount_ = 0;
+    /// What was current before each BeginGl().
+    struct Current {
+        QPointer<QOpenGLContext> context;
+        QSurface* surface;
+    };
+    std::vector<Current> glStack_;
+};
+
+} // namespace lightbox
