@@ -2,7 +2,8 @@
 
 #include <QMainWindow>
 
-class QVBoxLayout;
+#include <cstdint>
+#include <vector>
 
 namespace lightbox {
 
@@ -54,6 +55,7 @@ private:
     QWidget* shelf_ = nullptr;
     QWidget* time_ = nullptr;
     QWidget* command_ = nullptr;
+    std::vector<std::intptr_t> callbacks_;
 };
 
 } // namespace lightbox

@@ -35,7 +35,6 @@ signals:
     void Arranged();
 
 private:
-    void FollowSplitter(int position, int index);
 
     ViewportPanels& panels_;
     /// Row by row: top (modelPanel1), persp (modelPanel4), front (modelPanel3), side (modelPanel2).

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <cstdint>
 #include <vector>
 
 namespace lightbox {

@@ -4,11 +4,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace lightbox {
 
 class Host;
-class MainWindow;
 
 /// The program with its window, from the first paint to the end: does the host's idle work when the event loop
 /// has nothing else to do, redraws the views when the scene has changed, and ends the loop when the host was
@@ -30,6 +30,7 @@ private:
     void Turn();
 
     Host& host_;
+    std::vector<std::intptr_t> callbacks_;
     std::uint64_t shownRevision_ = 0;
     bool idleIsDue_ = false;
 };
