@@ -90,6 +90,7 @@ bool Node::RemoveDynamicAttribute(const Attribute& attribute) {
 }
 
 Node::PlugStates Node::TakeStates(const Attribute& attribute) {
+    ++revision_;
     PlugStates taken;
     for (auto state = states_.lower_bound({&attribute, -1});
          state != states_.end() && state->first.first == &attribute;) {
@@ -103,16 +104,23 @@ Node::PlugStates Node::TakeStates(const Attribute& attribute) {
     return taken;
 }
 
+void Node::PutStates(PlugStates states) {
+    ++revision_;
+    states_.merge(states);
+}
+
 const PlugState* Node::FindState(const Attribute& attribute, int element) const {
     const auto found = states_.find({&attribute, element});
     return found == states_.end() ? nullptr : &found->second;
 }
 
 PlugState& Node::State(const Attribute& attribute, int element) {
+    ++revision_;
     return states_[{&attribute, element}];
 }
 
 void Node::SetState(const Attribute& attribute, int element, const PlugState& state) {
+    ++revision_;
     if (state.IsDefault()) {
         states_.erase({&attribute, element});
     } else {
