@@ -138,7 +138,7 @@ std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attr
 
 std::optional<AttributeValue> ComputeTime(const Node& node, const Attribute& attribute, int) {
     if (node.InScene() && (attribute.LongName() == "outTime" || attribute.LongName() == "unwarpedTime")) {
-        return node.InScene()->timeline().CurrentTime();
+        return node.InScene()->timeline().EvaluationTime();
     }
     return std::nullopt;
 }

@@ -131,6 +131,7 @@ void Node::PutStates(PlugStates states) {
 }
 
 void Node::Changed() {
+    ++revision_;
     if (scene_) {
         scene_->Touch();
     }
