@@ -2,7 +2,6 @@
 
 #include "openmaya/DrawList.h"
 
-#include <QHash>
 #include <QImage>
 #include <QOpenGLFunctions>
 #include <QSize>
@@ -35,13 +34,23 @@ private:
     struct Held;
     struct TextKey;
 
+    void Begin();
+    void End();
     void DrawRectangle(const DrawItem& item);
     void DrawTextured(const DrawItem& item);
     void DrawLine(const DrawItem& item);
     void DrawCircle(const DrawItem& item);
     void DrawText(const DrawItem& item);
-    void SetColor(const QColor& color);
+    /// A line between two points in pixels of the screen.
+    void Stroke(const QPointF& from, const QPointF& to, const DrawItem& item);
+    /// The bound texture, upright and at its own size.
+    static void DrawQuad(const QPointF& topLeft, const QSize& size);
+    static void SetColor(const QColor& color);
     Held& Upload(const std::shared_ptr<Texture>& texture);
+    Held& UploadText(const DrawItem& item);
+    void Store(Held& held, const QImage& image);
+    /// Binds the texture, to be copied pixel by pixel or shown at a scale.
+    void SetFilter(Held& held, bool copies, double scale);
     void ForgetUnused();
 
     QSize size_;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QPoint>
 #include <QPointF>
+#include <QSize>
 #include <Qt>
 
 #include <memory>
@@ -21,9 +21,8 @@ public:
     explicit ViewNavigation(Host& host)
         : host_(host) {}
 
-    /// What a press of that button does, with those modifiers and the 2D key (backslash) held or not.
-    static Mode ModeFor(Qt::MouseButton button, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
-                        bool is2dKeyHeld);
+    /// What a drag with those buttons does, with those modifiers and the 2D key (backslash) held or not.
+    static Mode ModeFor(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, bool is2dKeyHeld);
 
     /// A drag begins in a view of that size.
     void Begin(Mode mode, const std::shared_ptr<DagNode>& camera, const QPointF& position, const QSize& size);
@@ -34,16 +33,15 @@ public:
     /// Dollies by turns of the wheel: 120 is one notch, upward goes nearer.
     void Wheel(const std::shared_ptr<DagNode>& camera, int delta);
 
-    bool is2dKeyHeld = false;
-
 private:
     struct Pose;
 
     void Tumble(const QPointF& delta);
     void Track(const QPointF& delta);
-    void Dolly(double pixels);
+    /// Brings the distance, or the orthographic width, to that share.
+    void Dolly(double factor);
     void Pan2d(const QPointF& delta);
-    void Zoom2d(double pixels);
+    void Zoom2d(double factor);
     void Changed();
 
     Host& host_;

@@ -2,6 +2,8 @@
 
 #include "scene/CameraView.h"
 #include "scene/View.h"
+#include "openmaya/DrawList.h"
+#include "window/SelectTool.h"
 #include "window/ViewNavigation.h"
 #include "window/ViewOptions.h"
 
@@ -12,7 +14,6 @@
 #include <string>
 #include <vector>
 
-class QOffscreenSurface;
 class QOpenGLContext;
 class QSurface;
 
@@ -39,6 +40,7 @@ public:
     void Refresh(bool now) override;
     void BeginGl() override;
     void EndGl() override;
+    void Present() override;
 
     const ViewOptions& Options() const { return options_; }
     void SetOptions(const ViewOptions& options);
@@ -58,6 +60,7 @@ signals:
 
 protected:
     void initializeGL() override;
+    void resizeGL(int width, int height) override;
     void paintGL() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -73,9 +76,12 @@ private:
     enum class Drag { None, Navigation, Tool, Selection };
 
     void ReleaseGl();
-    void DrawOverlays(const CameraView& cameraView);
-    void DrawPlugins(const CameraView& cameraView);
+    void DrawLegacy(const CameraView& cameraView);
+    void AddMarquee(DrawList& list) const;
+    void EndDrag();
     void SettleCamera() const;
+    /// From the widget's pixels to view pixels.
+    QPointF ToView(const QPointF& position) const;
 
     Host& host_;
     std::string panelName_;
@@ -85,10 +91,17 @@ private:
     mutable std::string cameraName_;
     ViewOptions options_;
     ViewNavigation navigation_;
+    SelectTool selectTool_;
     Drag drag_ = Drag::None;
+    Qt::MouseButton dragButton_ = Qt::NoButton;
+    bool is2dKeyHeld_ = false;
     std::unique_ptr<SceneRenderer> sceneRenderer_;
     std::unique_ptr<DrawListRenderer> drawListRenderer_;
     unsigned frameCount_ = 0;
+    bool isDrawing_ = false;
+    /// Something changed since it was drawn.
+    bool isStale_ = true;
+    bool presentsOnly_ = false;
     /// What was current before each BeginGl().
     struct Current {
         QPointer<QOpenGLContext> context;
