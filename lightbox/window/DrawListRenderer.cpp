@@ -243,8 +243,8 @@ void DrawListRenderer::DrawCircle(const DrawItem& item) {
     const QPointF center = item.position * pixelRatio_;
     const double radius = item.radius * pixelRatio_;
     // The chords stay within a tenth of a pixel of the circle.
-    const int steps = std::clamp(static_cast<int>(std::ceil(M_PI / std::acos(1.0 - 0.1 / std::max(radius, 1.0)))),
-                                 12, 512);
+    const int steps =
+        std::clamp(static_cast<int>(std::ceil(M_PI / std::acos(1.0 - 0.1 / std::max(radius, 1.0)))), 12, 512);
     SetColor(item.color);
     glEnable(GL_LINE_SMOOTH);
     glLineWidth(item.filled ? 1.0f : static_cast<float>(item.lineWidth * pixelRatio_));

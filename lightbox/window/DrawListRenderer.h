@@ -13,8 +13,8 @@
 
 namespace lightbox {
 
-/// Draws a DrawList over what is in the framebuffer. One for each view: it holds textures of the view's OpenGL
-/// context, which has to be current in every call, also in the destructor.
+/// Draws a DrawList over what is in the framebuffer. One for each view: it holds textures of the view's
+/// OpenGL context, which has to be current in every call, also in the destructor.
 ///
 /// A texture that is shown at its own size is set on whole pixels of the screen and copied pixel by pixel; at
 /// any other size it is filtered, its colours weighed by their alpha.

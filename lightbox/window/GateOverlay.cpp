@@ -87,8 +87,9 @@ void AddMask(Drawing& drawing, const DagNode& camera, const CameraView& view, co
     const auto channel = [&](const char* name) {
         return static_cast<float>(std::clamp(Number(camera, name), 0.0, 1.0));
     };
-    const QColor color = QColor::fromRgbF(channel("displayGateMaskColorR"), channel("displayGateMaskColorG"),
-                                          channel("displayGateMaskColorB"), channel("displayGateMaskOpacity"));
+    const QColor color =
+        QColor::fromRgbF(channel("displayGateMaskColorR"), channel("displayGateMaskColorG"),
+                         channel("displayGateMaskColorB"), channel("displayGateMaskOpacity"));
     const QRectF all(0.0, 0.0, view.Width(), view.Height());
     const QRectF inside = gate.intersected(all);
     if (inside.isEmpty()) {
@@ -159,9 +160,8 @@ DrawList GateOverlay::Items(const DagNode& cameraShape, const CameraView& camera
     AddGates(drawing, cameraShape, cameraView);
     if (options.cameraName && cameraShape.Parent()) {
         const bool isPanZoomed = Number(cameraShape, "panZoomEnabled") != 0.0;
-        drawing.Label({cameraView.Width() * 0.5, 8.0},
-                      QString::fromStdString(cameraShape.Parent()->Name()) +
-                          (isPanZoomed ? " (2D Pan/Zoom)" : ""));
+        drawing.Label({cameraView.Width() * 0.5, 8.0}, QString::fromStdString(cameraShape.Parent()->Name()) +
+                                                           (isPanZoomed ? " (2D Pan/Zoom)" : ""));
     }
     return drawing.items;
 }

@@ -57,9 +57,8 @@ PanelLayout::PanelLayout(ViewportPanels& panels, QWidget* parent)
             cells_[row * 2 + column] = &panel;
         }
         columns_[row]->setSizes({1000, 1000});
-        connect(columns_[row], &QSplitter::splitterMoved, this, [this, row] {
-            columns_[1 - row]->setSizes(columns_[row]->sizes());
-        });
+        connect(columns_[row], &QSplitter::splitterMoved, this,
+                [this, row] { columns_[1 - row]->setSizes(columns_[row]->sizes()); });
     }
     rows_->setSizes({1000, 1000});
     panels.SetActive(*cells_[1]);

@@ -12,7 +12,8 @@ namespace lightbox {
 class ViewportPanel;
 class ViewportPanels;
 
-/// The four viewports of the main window, of which one, two, or all are seen: top and persp above front and side.
+/// The four viewports of the main window, of which one, two, or all are seen: top and persp above front and
+/// side.
 class PanelLayout : public QWidget {
     Q_OBJECT
 public:
@@ -35,7 +36,6 @@ signals:
     void Arranged();
 
 private:
-
     ViewportPanels& panels_;
     /// Row by row: top (modelPanel1), persp (modelPanel4), front (modelPanel3), side (modelPanel2).
     std::array<ViewportPanel*, 4> cells_{};

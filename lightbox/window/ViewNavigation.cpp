@@ -62,7 +62,7 @@ V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
         }
     }
     return (candidates[0] - before).length2() <= (candidates[1] - before).length2() ? candidates[0]
-                                                                                   : candidates[1];
+                                                                                    : candidates[1];
 }
 
 } // namespace
@@ -71,8 +71,9 @@ V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
 struct ViewNavigation::Pose {
     explicit Pose(const DagNode& shape)
         : world(shape.WorldMatrix())
-        , distance(Plug(std::const_pointer_cast<Node>(shape.Shared()), shape.FindAttribute("centerOfInterest"))
-                       .Number()) {
+        , distance(
+              Plug(std::const_pointer_cast<Node>(shape.Shared()), shape.FindAttribute("centerOfInterest"))
+                  .Number()) {
         distance = std::max(distance, 1e-4);
     }
 
@@ -183,8 +184,8 @@ void ViewNavigation::Tumble(const QPointF& delta) {
     pitch.setAxisAngle(pose.Axis(0), -delta.y() * degrees);
     M44d yaw;
     yaw.setAxisAngle(V3d(0.0, 1.0, 0.0), -delta.x() * degrees);
-    Pose::Place(camera_, pose.world * M44d().setTranslation(-center) * pitch * yaw *
-                             M44d().setTranslation(center));
+    Pose::Place(camera_,
+                pose.world * M44d().setTranslation(-center) * pitch * yaw * M44d().setTranslation(center));
 }
 
 void ViewNavigation::Track(const QPointF& delta) {
@@ -215,8 +216,7 @@ void ViewNavigation::Dolly(double factor) {
     const Pose pose(*camera_);
     const double distance = std::clamp(pose.distance * factor, 1e-3, 1e8);
     PlugOf(camera_, "centerOfInterest").Set(distance);
-    Pose::Place(camera_,
-                pose.world * M44d().setTranslation(pose.Forward() * (pose.distance - distance)));
+    Pose::Place(camera_, pose.world * M44d().setTranslation(pose.Forward() * (pose.distance - distance)));
 }
 
 void ViewNavigation::Pan2d(const QPointF& delta) {

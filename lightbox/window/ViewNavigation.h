@@ -11,9 +11,9 @@ namespace lightbox {
 class DagNode;
 class Host;
 
-/// Moves a camera with the pointer: tumble, track and dolly around its centre of interest, and 2D pan and zoom.
-/// Pointer positions in view pixels from the top left, as the widget's events have them. What the camera has
-/// locked or driven stays as it is. None of it goes on the undo queue.
+/// Moves a camera with the pointer: tumble, track and dolly around its centre of interest, and 2D pan and
+/// zoom. Pointer positions in view pixels from the top left, as the widget's events have them. What the
+/// camera has locked or driven stays as it is. None of it goes on the undo queue.
 class ViewNavigation {
 public:
     enum class Mode { None, Tumble, Track, Dolly, Pan2d, Zoom2d };

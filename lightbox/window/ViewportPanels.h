@@ -14,8 +14,8 @@ class Host;
 class ViewportPanel;
 class ViewportWidget;
 
-/// The model panels that there are, by name: the four of the main window and those of floating windows. Widgets
-/// own the panels; this list follows them.
+/// The model panels that there are, by name: the four of the main window and those of floating windows.
+/// Widgets own the panels; this list follows them.
 class ViewportPanels : public QObject {
     Q_OBJECT
 public:

@@ -21,22 +21,6 @@ namespace {
 
 const char* const FALLBACK_CAMERA = "persp";
 
-/// The shape of a camera by the name of its transform or of the shape itself.
-std::shared_ptr<DagNode> FindCamera(const Scene& scene, const std::string& name) {
-    for (const std::shared_ptr<Node>& node : scene.FindAll(name)) {
-        const auto dag = std::dynamic_pointer_cast<DagNode>(node);
-        if (dag && dag->Type().IsA("camera")) {
-            return dag;
-        }
-        for (DagNode* const shape : dag ? dag->Shapes() : std::vector<DagNode*>()) {
-            if (shape->Type().IsA("camera")) {
-                return std::static_pointer_cast<DagNode>(shape->Shared());
-            }
-        }
-    }
-    return nullptr;
-}
-
 void LoadMatrix(GLenum which, const Imath::M44d& matrix) {
     glMatrixMode(which);
     glLoadMatrixd(&matrix[0][0]);
@@ -61,6 +45,21 @@ ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* paren
 ViewportWidget::~ViewportWidget() {
     ViewDrawing::Forget(*this);
     ReleaseGl();
+}
+
+std::shared_ptr<DagNode> ViewportWidget::FindCamera(const Scene& scene, const std::string& name) {
+    for (const std::shared_ptr<Node>& node : scene.FindAll(name)) {
+        const auto dag = std::dynamic_pointer_cast<DagNode>(node);
+        if (dag && dag->Type().IsA("camera")) {
+            return dag;
+        }
+        for (DagNode* const shape : dag ? dag->Shapes() : std::vector<DagNode*>()) {
+            if (shape->Type().IsA("camera")) {
+                return std::static_pointer_cast<DagNode>(shape->Shared());
+            }
+        }
+    }
+    return nullptr;
 }
 
 std::shared_ptr<DagNode> ViewportWidget::Camera() const {
@@ -200,6 +199,7 @@ void ViewportWidget::paintGL() {
     list.insert(list.end(), over.begin(), over.end());
     AddMarquee(list);
     drawListRenderer_->Draw(list, size(), devicePixelRatioF());
+    emit Drawn();
 }
 
 void ViewportWidget::DrawLegacy(const CameraView& cameraView) {

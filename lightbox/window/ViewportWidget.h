@@ -1,8 +1,8 @@
 #pragma once
 
+#include "openmaya/DrawList.h"
 #include "scene/CameraView.h"
 #include "scene/View.h"
-#include "openmaya/DrawList.h"
 #include "window/SelectTool.h"
 #include "window/ViewNavigation.h"
 #include "window/ViewOptions.h"
@@ -21,6 +21,7 @@ namespace lightbox {
 
 class DrawListRenderer;
 class Host;
+class Scene;
 class SceneRenderer;
 
 /// The part of a viewport's panel in which the scene is drawn.
@@ -44,6 +45,8 @@ public:
 
     const ViewOptions& Options() const { return options_; }
     void SetOptions(const ViewOptions& options);
+    /// The shape of a camera by the name of its transform or of the shape itself; null when there is none.
+    static std::shared_ptr<DagNode> FindCamera(const Scene& scene, const std::string& name);
     /// What the camera shows now.
     CameraView LookThrough() const;
     /// How often it was drawn; rises by one with every frame.
@@ -57,6 +60,8 @@ signals:
     /// It looks through another camera.
     void CameraChanged();
     void OptionsChanged();
+    /// A frame was drawn: what others show of the camera may be another now.
+    void Drawn();
 
 protected:
     void initializeGL() override;

@@ -1,5 +1,6 @@
 #include "window/WindowSession.h"
 
+#include "formats/SceneFiles.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
@@ -67,6 +68,7 @@ void WindowSession::Turn() {
         shownRevision_ = host_.scene().Revision();
         host_.ui()->RefreshViews(false);
     }
+    WindowInterface::Current(host_)->setWindowModified(host_.files().IsModified());
     // The loop is between two waits here; the work itself has to be done by it.
     if (!host_.idle().IsEmpty() && !idleIsDue_) {
         idleIsDue_ = true;

@@ -10,9 +10,9 @@ namespace lightbox {
 
 class Host;
 
-/// The program with its window, from the first paint to the end: does the host's idle work when the event loop
-/// has nothing else to do, redraws the views when the scene has changed, and ends the loop when the host was
-/// asked to quit.
+/// The program with its window, from the first paint to the end: does the host's idle work when the event
+/// loop has nothing else to do, redraws the views when the scene has changed, and ends the loop when the host
+/// was asked to quit.
 class WindowSession : public QObject {
     Q_OBJECT
 public:
