@@ -115,7 +115,7 @@ void MainWindow::SaveState() {
 }
 
 void MainWindow::ShowHelp(const QString& text) {
-    emit HelpShown(text);
+    Q_EMIT HelpShown(text);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

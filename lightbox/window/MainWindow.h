@@ -37,7 +37,7 @@ public:
     /// Shown in the help line, when there is one.
     void ShowHelp(const QString& text);
 
-signals:
+Q_SIGNALS:
     void HelpShown(const QString& text);
 
 protected:

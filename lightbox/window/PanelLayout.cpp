@@ -89,7 +89,7 @@ void PanelLayout::Arrange(Arrangement arrangement) {
         }
     }
     arrangement_ = arrangement;
-    emit Arranged();
+    Q_EMIT Arranged();
 }
 
 void PanelLayout::ToggleSingle() {

@@ -32,7 +32,7 @@ public:
     /// False, and nothing changes, when it is not what Save() gave.
     bool Restore(const QByteArray& state);
 
-signals:
+Q_SIGNALS:
     void Arranged();
 
 private:

@@ -58,12 +58,12 @@ void RecentFiles::Add(const QString& path) {
         files.erase(files.begin(), files.end() - MOST_FILES);
     }
     host_.optionVars().Set(VARIABLE, std::move(files));
-    emit Changed();
+    Q_EMIT Changed();
 }
 
 void RecentFiles::Clear() {
     host_.optionVars().Remove(VARIABLE);
-    emit Changed();
+    Q_EMIT Changed();
 }
 
 } // namespace lightbox

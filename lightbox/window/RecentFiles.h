@@ -24,7 +24,7 @@ public:
     void Add(const QString& path);
     void Clear();
 
-signals:
+Q_SIGNALS:
     void Changed();
 
 private:

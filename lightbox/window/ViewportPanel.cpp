@@ -342,7 +342,7 @@ void ViewportPanel::AddArrangements(QMenu& menu) {
         action->setCheckable(true);
         action->setChecked(window->Layout().Current() == arrangement);
         connect(action, &QAction::triggered, this, [this, window, arrangement = arrangement] {
-            emit Activated();
+            Q_EMIT Activated();
             window->Layout().Arrange(arrangement);
         });
     }

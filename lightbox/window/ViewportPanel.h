@@ -42,7 +42,7 @@ public:
     void SetActive(bool active);
     bool IsActive() const { return isActive_; }
 
-signals:
+Q_SIGNALS:
     void Activated();
 
 protected:

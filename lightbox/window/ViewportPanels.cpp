@@ -63,7 +63,7 @@ void ViewportPanels::SetActive(ViewportPanel& panel) {
     }
     active_ = &panel;
     panel.SetActive(true);
-    emit ActiveChanged(&panel);
+    Q_EMIT ActiveChanged(&panel);
 }
 
 ViewportPanel* ViewportPanels::UnderPointer() const {

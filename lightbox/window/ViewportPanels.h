@@ -35,7 +35,7 @@ public:
     /// Draws all of them: at once, or once when the event loop comes to it.
     void Refresh(bool now);
 
-signals:
+Q_SIGNALS:
     void ActiveChanged(lightbox::ViewportPanel* panel);
 
 private:

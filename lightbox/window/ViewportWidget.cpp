@@ -87,13 +87,13 @@ void ViewportWidget::SetCamera(const std::shared_ptr<DagNode>& camera) {
     cameraName_ = camera->Parent()->Name();
     navigation_.End();
     Refresh(false);
-    emit CameraChanged();
+    Q_EMIT CameraChanged();
 }
 
 void ViewportWidget::SetOptions(const ViewOptions& options) {
     options_ = options;
     Refresh(false);
-    emit OptionsChanged();
+    Q_EMIT OptionsChanged();
 }
 
 CameraView ViewportWidget::LookThrough() const {
@@ -199,7 +199,7 @@ void ViewportWidget::paintGL() {
     list.insert(list.end(), over.begin(), over.end());
     AddMarquee(list);
     drawListRenderer_->Draw(list, size(), devicePixelRatioF());
-    emit Drawn();
+    Q_EMIT Drawn();
 }
 
 void ViewportWidget::DrawLegacy(const CameraView& cameraView) {
@@ -238,7 +238,7 @@ QPointF ViewportWidget::ToView(const QPointF& position) const {
 }
 
 void ViewportWidget::mousePressEvent(QMouseEvent* event) {
-    emit Activated();
+    Q_EMIT Activated();
     const ViewNavigation::Mode mode =
         ViewNavigation::ModeFor(event->buttons(), event->modifiers(), is2dKeyHeld_);
     if (mode != ViewNavigation::Mode::None && (drag_ == Drag::None || drag_ == Drag::Navigation)) {
@@ -316,7 +316,7 @@ void ViewportWidget::EndDrag() {
 void ViewportWidget::wheelEvent(QWheelEvent* event) {
     const int delta = event->angleDelta().y();
     if (delta != 0 && drag_ == Drag::None) {
-        emit Activated();
+        Q_EMIT Activated();
         navigation_.Wheel(Camera(), delta);
     }
     event->accept();
@@ -349,7 +349,7 @@ void ViewportWidget::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void ViewportWidget::focusInEvent(QFocusEvent* event) {
-    emit Activated();
+    Q_EMIT Activated();
     QOpenGLWidget::focusInEvent(event);
 }
 

@@ -54,7 +54,7 @@ public:
     /// Textures brought to the card since the start.
     unsigned UploadCount() const;
 
-signals:
+Q_SIGNALS:
     /// The pointer was pressed in it or the keyboard came to it.
     void Activated();
     /// It looks through another camera.
