@@ -41,7 +41,8 @@ struct DrawItem {
 
     QString text;
     unsigned fontSize = 12;
-    /// Which side of the position the text stands on.
+    /// Qt::AlignLeft: the text begins at the position; AlignHCenter: it is centred on it; AlignRight: it ends
+    /// there. The position is on the base line.
     Qt::Alignment alignment = Qt::AlignLeft;
 };
 

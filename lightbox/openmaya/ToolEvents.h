@@ -16,6 +16,8 @@ public:
     static bool Release(View& view, const QMouseEvent& event);
     /// The pointer entered the view.
     static bool Enter(View& view);
+    /// The pointer moved over the view with no button held.
+    static bool Move(View& view, const QMouseEvent& event);
     /// Delete, Backspace, Enter and Escape as tools get them: deleteAction, completeAction, abortAction.
     static bool Key(View& view, const QKeyEvent& event);
 };
