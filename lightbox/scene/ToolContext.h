@@ -27,6 +27,8 @@ public:
     virtual std::string Help() const { return {}; }
     /// File or resource of an icon, number 0 to 2; empty for none.
     virtual std::string Image(int) const { return {}; }
+    /// Whether it is in the middle of an event, and must not go.
+    virtual bool IsBusy() const { return false; }
     /// Over the views.
     virtual QCursor Cursor() const { return {}; }
 

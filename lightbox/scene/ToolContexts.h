@@ -2,7 +2,6 @@
 
 #include "scene/ToolContext.h"
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,10 +25,12 @@ public:
     ToolContext* Find(const std::string& name) const;
     /// False when the name is taken.
     bool Add(std::unique_ptr<ToolContext> context);
-    /// A current one is switched off first. The host's own stay.
+    /// Refused for the current one, one that is busy, and the host's own.
     bool Remove(const std::string& name);
-    /// Removes every context that a command of a plug-in has made.
+    /// Removes every context that a command of a plug-in has made, a current one after it is switched off.
     void RemoveMadeBy(const std::string& command);
+    /// Whether a context of that command is in the middle of an event.
+    bool IsBusy(const std::string& command) const;
     /// The base with the lowest free number.
     std::string FreeName(const std::string& base) const;
 
@@ -37,17 +38,13 @@ public:
     /// Switches the current context off and this one on, also when it is the same; fires "ToolChanged" and
     /// "PostToolChanged". False when there is none of that name.
     bool SetCurrent(const std::string& name);
-    /// Told after every change of the current tool, or of what it shows of itself (help, cursor).
-    void SetObserver(std::function<void(const ToolContext&)> observer);
-    void NotifyChanged(const ToolContext& context);
+    /// Shows help and cursor of the current context in the window. Contexts call it when theirs change.
+    void ShowCurrent();
 
 private:
-    void MakeCurrent(ToolContext& context);
-
     EventBus& events_;
     std::map<std::string, std::unique_ptr<ToolContext>> contexts_;
     ToolContext* current_;
-    std::function<void(const ToolContext&)> observer_;
 };
 
 } // namespace lightbox

@@ -21,10 +21,9 @@ public:
     MStatus setModifiers(unsigned int modifiers);
     unsigned int modifiers(MStatus* ReturnStatus = nullptr) const;
     bool isModifierNone(MStatus* ReturnStatus = nullptr) const;
-    bool isModifierKeyRelease(MStatus* ReturnStatus = nullptr) const;
     bool isModifierShift(MStatus* ReturnStatus = nullptr) const;
     bool isModifierControl(MStatus* ReturnStatus = nullptr) const;
-    /// Whether the button is held, in drags and on the press of another one.
+    /// Whether the button is held down.
     bool isModifierLeftMouseButton(MStatus* ReturnStatus = nullptr) const;
     bool isModifierMiddleMouseButton(MStatus* ReturnStatus = nullptr) const;
 
