@@ -1,5 +1,6 @@
 #pragma once
 
+#include "openmaya/DrawList.h"
 #include "scene/DagNode.h"
 #include "scene/DataValue.h"
 #include "scene/Plug.h"
@@ -25,7 +26,6 @@ class QCursor;
 namespace lightbox {
 
 class CameraView;
-struct Texture;
 
 /// The one way from OpenMaya's classes to what stands behind them and back.
 class Access {
@@ -61,6 +61,11 @@ public:
     }
 
     static M3dView Wrap(View& view);
+    static std::shared_ptr<Texture> TextureOf(const MHWRender::MTexture& texture);
+    /// For one drawing: view, camera and list have to outlive the answer.
+    static std::unique_ptr<MHWRender::MFrameContext> MakeFrameContext(const View& view,
+                                                                      const CameraView& camera);
+    static std::unique_ptr<MHWRender::MUIDrawManager> MakeDrawManager(DrawList& list);
     static QCursor ToQt(const MCursor& cursor);
     /// Position in view pixels; button and modifiers as MEvent has them.
     static MEvent MakeEvent(int x, int y, int viewHeight, unsigned button, unsigned modifiers);

@@ -10,8 +10,8 @@ using lightbox::Access;
 namespace {
 
 short Clamped(int value) {
-    return static_cast<short>(std::clamp<int>(value, std::numeric_limits<short>::min(),
-                                              std::numeric_limits<short>::max()));
+    return static_cast<short>(
+        std::clamp<int>(value, std::numeric_limits<short>::min(), std::numeric_limits<short>::max()));
 }
 
 bool Has(unsigned int modifiers, unsigned int bit, MStatus* status) {

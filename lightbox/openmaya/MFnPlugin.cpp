@@ -11,6 +11,7 @@
 #include "scene/UndoQueue.h"
 
 #include <maya/MFnPlugin.h>
+#include <maya/MPxContextCommand.h>
 #include <maya/MSyntax.h>
 
 #include <algorithm>

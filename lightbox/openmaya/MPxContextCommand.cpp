@@ -35,8 +35,7 @@ constexpr const char* IMAGE_FLAGS[] = {"-image1", "-image2", "-image3"};
 
 std::string NameIn(const MArgParser& arguments) {
     MString name;
-    if (!arguments.isQuery() && arguments.isFlagSet("-name") &&
-        arguments.getFlagArgument("-name", 0, name)) {
+    if (!arguments.isQuery() && arguments.isFlagSet("-name") && arguments.getFlagArgument("-name", 0, name)) {
         return Access::Text(name);
     }
     MStringArray objects;

@@ -18,7 +18,8 @@ class MPxDrawOverride {
 public:
     using GeometryDrawOverrideCb = void (*)(const MDrawContext& context, const MUserData* data);
 
-    /// Lightbox draws what addUIDrawables() hands over; it has no draw context to call the callback with.
+    /// Lightbox prepares every node anew whenever a view is drawn, as others do for one that is always dirty,
+    /// and draws what addUIDrawables() hands over. It has no draw context to call the callback with.
     MPxDrawOverride(const MObject& obj, GeometryDrawOverrideCb callback, bool isAlwaysDirty = true);
     virtual ~MPxDrawOverride();
     MPxDrawOverride(const MPxDrawOverride&) = delete;
@@ -36,10 +37,6 @@ public:
     virtual bool hasUIDrawables() const;
     virtual void addUIDrawables(const MDagPath& objPath, MUIDrawManager& drawManager,
                                 const MFrameContext& frameContext, const MUserData* data);
-
-private:
-    friend class lightbox::Access;
-    bool isAlwaysDirty_;
 };
 
 } // namespace MHWRender
