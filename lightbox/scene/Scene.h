@@ -42,6 +42,7 @@ public:
     Connections& connections() { return connections_; }
     const Connections& connections() const { return connections_; }
     Selection& selection() { return selection_; }
+    const Selection& selection() const { return selection_; }
     DagNode& world() { return *world_; }
     const Timeline& timeline() const { return timeline_; }
 
