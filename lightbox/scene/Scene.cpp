@@ -1,5 +1,6 @@
 #include "scene/Scene.h"
 
+#include "scene/AnimCurveNode.h"
 #include "openmaya/Access.h"
 #include "scene/EventBus.h"
 #include "scene/SceneError.h"
@@ -106,8 +107,9 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
     if (!type || type->isAbstract) {
         throw SceneError("Cannot create a node of type '" + (type ? type->Name() : std::string()) + "'.");
     }
-    std::shared_ptr<Node> node =
-        type->IsDag() ? std::make_shared<DagNode>(type) : std::make_shared<Node>(type);
+    std::shared_ptr<Node> node = type->IsDag()                     ? std::make_shared<DagNode>(type)
+                                 : type->HasFn(MFn::kAnimCurve) ? std::make_shared<AnimCurveNode>(type)
+                                                                : std::make_shared<Node>(type);
     node->serial_ = nextSerial_++;
     if (type->creator) {
         node->userNode_.reset(static_cast<MPxNode*>(type->creator()));

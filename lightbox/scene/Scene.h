@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/AnimCurve.h"
 #include "scene/Connections.h"
 #include "scene/DagNode.h"
 #include "scene/Selection.h"
@@ -108,6 +109,8 @@ public:
     void SetNamespaces(std::set<std::string> namespaces) { namespaces_ = std::move(namespaces); }
     /// The namespace into which new names without one go; empty for the root.
     std::string currentNamespace;
+    /// A preference of the user: a new scene leaves it alone.
+    TangentDefaults tangentDefaults;
 
     static std::string NamespaceOf(const std::string& name);
     static std::string WithoutNamespace(const std::string& name);
