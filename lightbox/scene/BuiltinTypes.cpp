@@ -1,8 +1,10 @@
+#include "scene/AnimCurveNode.h"
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 #include "scene/TypeRegistry.h"
+#include "scene/UnitConversion.h"
 
 #include <algorithm>
 #include <cctype>
@@ -20,8 +22,8 @@ namespace {
 using Kind = AttributeKind;
 
 /// One attribute. Flags: k keyable, c in the channel box, h hidden, o output (not writable, not stored), m
-/// array. `extra` holds the suffixes of a number with parts or the fields of an enum, separated by colons,
-/// and the default of a text.
+/// array. `extra` holds the suffixes of a number with parts or the fields of an enum ("A:B=3"), separated by
+/// colons, and the default of a text.
 struct Row {
     Kind kind;
     const char* longName;
@@ -84,7 +86,9 @@ std::shared_ptr<Attribute> MakeAttribute(const Row& row) {
     if (row.kind == Kind::Enum) {
         int number = 0;
         for (const std::string& field : Split(extra)) {
-            attribute->enumFields.emplace_back(field, number++);
+            const std::size_t equals = field.find('=');
+            number = equals == std::string::npos ? number : std::stoi(field.substr(equals + 1));
+            attribute->enumFields.emplace_back(field.substr(0, equals), number++);
         }
     } else if (row.kind == Kind::String && !extra.empty()) {
         attribute->defaultValue = extra;
@@ -138,9 +142,15 @@ std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attr
 
 std::optional<AttributeValue> ComputeTime(const Node& node, const Attribute& attribute, int) {
     if (node.InScene() && (attribute.LongName() == "outTime" || attribute.LongName() == "unwarpedTime")) {
-        return node.InScene()->timeline().CurrentTime();
+        return node.InScene()->timeline().EvaluationTime();
     }
     return std::nullopt;
+}
+
+std::optional<AttributeValue> ComputeAnimCurve(const Node& node, const Attribute& attribute, int) {
+    return attribute.LongName() == "output"
+               ? std::optional<AttributeValue>(static_cast<const AnimCurveNode&>(node).Output())
+               : std::nullopt;
 }
 
 void AddDagTypes(TypeRegistry& registry) {
@@ -327,10 +337,11 @@ void AddSceneTypes(TypeRegistry& registry) {
 }
 
 void AddAnimationCurves(TypeRegistry& registry) {
-    const char* const INFINITY_MODES = "Constant:Linear:Cycle Unused:Cycle:Cycle with Offset:Oscillate";
+    const char* const INFINITY_MODES = "Constant:Linear:Cycle=3:Cycle with Offset:Oscillate";
+    const char* const TANGENT_TYPES = "Fixed=1:Linear:Flat:Step=5:Slow:Fast:Spline=9:Clamped:Plateau=16:Step Next:Auto";
     MakeType(registry, "animCurve", "node", MFn::kAnimCurve,
-             {{Kind::Enum, "tangentType", "tan", 0, "", "Global:Fixed:Linear:Flat:Smooth:Step"},
-              {Kind::Bool, "weightedTangents", "wgt"},
+             {{Kind::Enum, "tangentType", "tan", 0, "", TANGENT_TYPES},
+              {Kind::Bool, "weightedTangents", "wgt", 1},
               {Kind::Enum, "preInfinity", "pre", 0, "", INFINITY_MODES},
               {Kind::Enum, "postInfinity", "pst", 0, "", INFINITY_MODES},
               {Kind::Double, "keyTanInX", "kix", 0, "hm"},
@@ -340,8 +351,18 @@ void AddAnimationCurves(TypeRegistry& registry) {
               {Kind::Byte, "keyTanInType", "kit", 0, "hm"},
               {Kind::Byte, "keyTanOutType", "kot", 0, "hm"},
               {Kind::Bool, "keyTanLocked", "ktl", 1, "hm"},
-              {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"}})
+              {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"},
+              {Kind::Bool, "keyBreakdown", "kbd", 0, "hm"},
+              {Kind::Bool, "keyTickDrawSpecial", "ktds", 0, "hm"},
+              {Kind::Enum, "rotationInterpolation", "roti", 1, "", "None=1:Linear:Cubic:Quaternion Slerp:Quaternion Tangent Dependent:Quaternion Squad"},
+              {Kind::Bool, "useCurveColor", "ucc"},
+              {Kind::Float, "curveColor", "cc", 0, "", "R:G:B"}})
         ->isAbstract = true;
+    MakeType(registry, "unitConversion", "node", MFn::kDependencyNode,
+             {{Kind::Double, "input", "i"},
+              {Kind::Double, "output", "o", 0, "o"},
+              {Kind::Double, "conversionFactor", "cf", 1}})
+        ->SetCompute(ComputeUnitConversion);
     // The last two letters say what the curve takes and what it gives: T time, U number, L length, A angle.
     struct CurveRow {
         const char* name;
@@ -363,6 +384,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
         keys->AddChild(std::make_shared<Attribute>("keyTime", "kt", curve.input));
         keys->AddChild(std::make_shared<Attribute>("keyValue", "kv", curve.output));
         type->AddAttribute(std::move(keys));
+        type->SetCompute(ComputeAnimCurve);
     }
 }
 
