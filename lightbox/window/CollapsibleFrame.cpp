@@ -25,9 +25,9 @@ CollapsibleFrame::CollapsibleFrame()
             return;
         }
         const bool collapses = !isCollapsed_;
-        emit AboutToToggle(collapses);
+        Q_EMIT AboutToToggle(collapses);
         SetCollapsed(collapses);
-        emit Toggled(collapses);
+        Q_EMIT Toggled(collapses);
     });
     UpdateArrow();
 }

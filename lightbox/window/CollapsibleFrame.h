@@ -20,7 +20,7 @@ public:
     bool IsCollapsed() const { return isCollapsed_; }
     void SetTitleVisible(bool on) { title_->setVisible(on); }
 
-signals:
+Q_SIGNALS:
     /// The user folds or unfolds it: before and after.
     void AboutToToggle(bool collapses);
     void Toggled(bool collapsed);

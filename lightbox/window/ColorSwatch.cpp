@@ -36,7 +36,7 @@ void ColorSwatch::mousePressEvent(QMouseEvent* event) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QColorDialog::colorSelected, this, [this](const QColor& color) {
         SetColor(color);
-        emit Chosen(color);
+        Q_EMIT Chosen(color);
     });
     dialog->open();
 }

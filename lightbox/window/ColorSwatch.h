@@ -15,7 +15,7 @@ public:
     const QColor& Color() const { return color_; }
     void SetColor(const QColor& color);
 
-signals:
+Q_SIGNALS:
     /// The user has chosen another colour.
     void Chosen(const QColor& color);
 

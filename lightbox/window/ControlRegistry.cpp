@@ -78,7 +78,7 @@ ControlRegistry::~ControlRegistry() {
     std::vector<std::unique_ptr<Control>> controls = std::move(controls_);
     controls_.clear();
     for (const std::unique_ptr<Control>& control : controls) {
-        if (control.get() != mainWindow_ && adoptedTypes_.count(control->Type().name) == 0) {
+        if (control.get() != mainWindow_ && !IsAdopted(*control)) {
             delete control->Object();
         }
     }
@@ -155,14 +155,20 @@ Control& ControlRegistry::Add(std::unique_ptr<Control> control) {
 }
 
 Control& ControlRegistry::Adopt(const std::string& typeName, const std::string& name, QWidget& widget,
-                                Control* parent) {
+                                bool isPanel) {
     std::unique_ptr<ControlType>& type = adoptedTypes_[typeName];
     if (!type) {
         type = std::make_unique<ControlType>();
         type->name = typeName;
+        type->family = isPanel ? ControlType::Family::Panel : ControlType::Family::Control;
         type->flags = CommonFlags();
     }
-    return Add(std::make_unique<Control>(*type, name, parent ? parent : mainWindow_, &widget));
+    return Add(std::make_unique<Control>(*type, name, mainWindow_, &widget));
+}
+
+bool ControlRegistry::IsAdopted(const Control& control) const {
+    const auto type = adoptedTypes_.find(control.Type().name);
+    return type != adoptedTypes_.end() && type->second.get() == &control.Type();
 }
 
 /// Takes a control out of the tables; its children have gone before.
@@ -201,7 +207,7 @@ void ControlRegistry::Delete(Control& control) {
         object->disconnect(this);
     }
     QPointer<QObject> object = control.Object();
-    const bool isOwned = adoptedTypes_.count(control.Type().name) == 0;
+    const bool isOwned = !IsAdopted(control);
     while (!control.children_.empty()) {
         Delete(*control.children_.back());
     }

@@ -49,7 +49,7 @@ public:
     /// Makes a widget known that was not made by MEL: `typeName` is what objectTypeUI answers. The widget
     /// keeps its owner.
     Control& Adopt(const std::string& typeName, const std::string& name, QWidget& widget,
-                   Control* parent = nullptr);
+                   bool isPanel = false);
     /// Deletes a control and all below it; a widget goes when the event loop runs next.
     void Delete(Control& control);
 
@@ -77,6 +77,7 @@ public:
 private:
     void Forget(Control& control);
     void Detach(Control& control);
+    bool IsAdopted(const Control& control) const;
     bool IsTaken(const std::string& name, const Control* parent) const;
 
     Host& host_;

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>
+#include <QWidget>
 
 #include <algorithm>
 

@@ -47,7 +47,7 @@ void DrawScript(QPainter& painter) {
 }
 
 void DrawCube(QPainter& painter) {
-    painter.drawPolygon(QPolygonF{{12, 3.5}, {19.5, 7.5}, {19.5, 16.5}, {12, 20.5}, {4.5, 16.5}, {4.5, 7.5}});
+    painter.drawPolygon(QPolygonF{QPointF(12, 3.5), QPointF(19.5, 7.5), QPointF(19.5, 16.5), QPointF(12, 20.5), QPointF(4.5, 16.5), QPointF(4.5, 7.5)});
     painter.drawPolyline(QPolygonF{QPointF(4.5, 7.5), QPointF(12, 11.5), QPointF(19.5, 7.5)});
     painter.drawLine(QPointF(12, 11.5), QPointF(12, 20.5));
 }
@@ -66,14 +66,14 @@ void DrawCylinder(QPainter& painter) {
 }
 
 void DrawPlane(QPainter& painter) {
-    painter.drawPolygon(QPolygonF{{12, 7}, {21, 12}, {12, 17}, {3, 12}});
+    painter.drawPolygon(QPolygonF{QPointF(12, 7), QPointF(21, 12), QPointF(12, 17), QPointF(3, 12)});
     painter.drawLine(QPointF(7.5, 9.5), QPointF(16.5, 14.5));
     painter.drawLine(QPointF(16.5, 9.5), QPointF(7.5, 14.5));
 }
 
 void DrawCamera(QPainter& painter) {
     painter.drawRoundedRect(QRectF(3.5, 8.5, 11, 9), 1.5, 1.5);
-    painter.drawPolygon(QPolygonF{{14.5, 12}, {20, 8.5}, {20, 17.5}, {14.5, 14}});
+    painter.drawPolygon(QPolygonF{QPointF(14.5, 12), QPointF(20, 8.5), QPointF(20, 17.5), QPointF(14.5, 14)});
 }
 
 struct Row {

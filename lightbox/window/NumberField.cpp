@@ -16,7 +16,7 @@ NumberField::NumberField(bool isInteger)
     connect(this, &QLineEdit::editingFinished, this, &NumberField::TakeOver);
     connect(this, &QLineEdit::returnPressed, this, [this] {
         TakeOver();
-        emit Entered(value_);
+        Q_EMIT Entered(value_);
     });
 }
 
@@ -75,7 +75,7 @@ void NumberField::TakeOver() {
     // What is no number leaves the field as it was.
     SetValue(isNumber ? typed : before);
     if (value_ != before) {
-        emit Changed(value_);
+        Q_EMIT Changed(value_);
     }
 }
 
@@ -84,7 +84,7 @@ void NumberField::Step(double distance) {
     const double before = value_;
     SetValue(value_ + distance);
     if (value_ != before) {
-        emit Changed(value_);
+        Q_EMIT Changed(value_);
     }
 }
 

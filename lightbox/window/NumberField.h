@@ -26,7 +26,7 @@ public:
     bool ShowsTrailingZeros() const { return showsTrailingZeros_; }
     void ShowTrailingZeros(bool on);
 
-signals:
+Q_SIGNALS:
     /// The user has given another number.
     void Changed(double value);
     void Entered(double value);

@@ -1,5 +1,6 @@
 #include "window/OptionMenu.h"
 
+#include <QAction>
 #include <QActionEvent>
 #include <QStandardItemModel>
 

@@ -7,6 +7,7 @@
 #include "window/WindowCommands.h"
 
 #include <QAction>
+#include <QLabel>
 
 namespace lightbox {
 

@@ -5,6 +5,7 @@
 #include "window/ControlRegistry.h"
 #include "window/WindowCommands.h"
 
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace lightbox {

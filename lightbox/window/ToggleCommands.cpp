@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QRadioButton>
 #include <QToolButton>
+#include <QVariant>
 
 namespace lightbox {
 

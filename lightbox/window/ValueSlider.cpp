@@ -23,11 +23,11 @@ ValueSlider::ValueSlider(bool isInteger, Qt::Orientation orientation)
         }
         const double raw = minimum_ + (maximum_ - minimum_) * position / POSITIONS;
         value_ = isInteger_ ? std::round(raw) : raw;
-        isSliderDown() ? emit Dragged(value_) : emit Changed(value_);
+        isSliderDown() ? Dragged(value_) : Changed(value_);
     });
     connect(this, &QSlider::sliderReleased, this, [this] {
         SetValue(value_);
-        emit Changed(value_);
+        Q_EMIT Changed(value_);
     });
 }
 

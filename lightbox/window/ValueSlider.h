@@ -22,7 +22,7 @@ public:
     void SetStep(double step);
     double Step() const { return step_; }
 
-signals:
+Q_SIGNALS:
     /// The user drags it, and has moved it.
     void Dragged(double value);
     void Changed(double value);

@@ -57,7 +57,7 @@ void ControlWindow::SetFlag(Qt::WindowType flag, bool on) {
 
 void ControlWindow::closeEvent(QCloseEvent* event) {
     event->accept();
-    emit Closed();
+    Q_EMIT Closed();
 }
 
 void ControlWindow::changeEvent(QEvent* event) {
@@ -65,7 +65,7 @@ void ControlWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::WindowStateChange) {
         const bool was = static_cast<QWindowStateChangeEvent*>(event)->oldState() & Qt::WindowMinimized;
         if (was != isMinimized()) {
-            was ? emit Restored() : emit Minimized();
+            was ? Restored() : Minimized();
         }
     }
 }

@@ -38,7 +38,7 @@ public:
 
     void SetFlag(Qt::WindowType flag, bool on);
 
-signals:
+Q_SIGNALS:
     void Closed();
     void Minimized();
     void Restored();
