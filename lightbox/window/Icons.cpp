@@ -42,13 +42,13 @@ void DrawTransform(QPainter& painter) {
 
 void DrawScript(QPainter& painter) {
     painter.drawRoundedRect(QRectF(3.5, 4.5, 17, 15), 2, 2);
-    painter.drawPolyline(QPolygonF{QPointF(7, 9), QPointF(10, 12), QPointF(7, 15)});
+    painter.drawPolyline(QPolygonF(QVector<QPointF>{QPointF(7, 9), QPointF(10, 12), QPointF(7, 15)}));
     painter.drawLine(QPointF(12, 15), QPointF(17, 15));
 }
 
 void DrawCube(QPainter& painter) {
-    painter.drawPolygon(QPolygonF{QPointF(12, 3.5), QPointF(19.5, 7.5), QPointF(19.5, 16.5), QPointF(12, 20.5), QPointF(4.5, 16.5), QPointF(4.5, 7.5)});
-    painter.drawPolyline(QPolygonF{QPointF(4.5, 7.5), QPointF(12, 11.5), QPointF(19.5, 7.5)});
+    painter.drawPolygon(QPolygonF(QVector<QPointF>{QPointF(12, 3.5), QPointF(19.5, 7.5), QPointF(19.5, 16.5), QPointF(12, 20.5), QPointF(4.5, 16.5), QPointF(4.5, 7.5)}));
+    painter.drawPolyline(QPolygonF(QVector<QPointF>{QPointF(4.5, 7.5), QPointF(12, 11.5), QPointF(19.5, 7.5)}));
     painter.drawLine(QPointF(12, 11.5), QPointF(12, 20.5));
 }
 
@@ -66,14 +66,25 @@ void DrawCylinder(QPainter& painter) {
 }
 
 void DrawPlane(QPainter& painter) {
-    painter.drawPolygon(QPolygonF{QPointF(12, 7), QPointF(21, 12), QPointF(12, 17), QPointF(3, 12)});
+    painter.drawPolygon(QPolygonF(QVector<QPointF>{QPointF(12, 7), QPointF(21, 12), QPointF(12, 17), QPointF(3, 12)}));
     painter.drawLine(QPointF(7.5, 9.5), QPointF(16.5, 14.5));
     painter.drawLine(QPointF(16.5, 9.5), QPointF(7.5, 14.5));
 }
 
 void DrawCamera(QPainter& painter) {
     painter.drawRoundedRect(QRectF(3.5, 8.5, 11, 9), 1.5, 1.5);
-    painter.drawPolygon(QPolygonF{QPointF(14.5, 12), QPointF(20, 8.5), QPointF(20, 17.5), QPointF(14.5, 14)});
+    painter.drawPolygon(QPolygonF(QVector<QPointF>{QPointF(14.5, 12), QPointF(20, 8.5), QPointF(20, 17.5), QPointF(14.5, 14)}));
+}
+
+void DrawCone(QPainter& painter) {
+    painter.drawEllipse(QPointF(12, 17.5), 7.5, 2.5);
+    painter.drawPolyline(QPolygonF(QVector<QPointF>{QPointF(4.5, 17), QPointF(12, 3.5), QPointF(19.5, 17)}));
+}
+
+void DrawLocator(QPainter& painter) {
+    painter.drawLine(QPointF(12, 3.5), QPointF(12, 20.5));
+    painter.drawLine(QPointF(3.5, 12), QPointF(20.5, 12));
+    painter.drawLine(QPointF(7, 17), QPointF(17, 7));
 }
 
 struct Row {
@@ -83,7 +94,8 @@ struct Row {
 
 constexpr Row ROWS[] = {{"draw", DrawPencil},         {"transform", DrawTransform}, {"scriptEditor", DrawScript},
                         {"cube", DrawCube},           {"sphere", DrawSphere},       {"cylinder", DrawCylinder},
-                        {"plane", DrawPlane},         {"camera", DrawCamera}};
+                        {"plane", DrawPlane},         {"camera", DrawCamera},
+                        {"cone", DrawCone},           {"locator", DrawLocator}};
 
 class DrawnIcon : public QIconEngine {
 public:
