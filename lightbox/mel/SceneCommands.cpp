@@ -24,6 +24,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterSceneFileCommands(registry);
     RegisterNamespaceCommands(registry);
     RegisterPluginCommands(registry);
+    RegisterToolCommands(registry);
 }
 
 } // namespace lightbox::mel

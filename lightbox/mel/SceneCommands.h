@@ -29,5 +29,6 @@ void RegisterFileCommand(CommandRegistry& registry);
 void RegisterSceneFileCommands(CommandRegistry& registry);
 void RegisterNamespaceCommands(CommandRegistry& registry);
 void RegisterPluginCommands(CommandRegistry& registry);
+void RegisterToolCommands(CommandRegistry& registry);
 
 } // namespace lightbox::mel

@@ -32,6 +32,8 @@ public:
     /// The gates as they are to be drawn, in view pixels: what the film sees, and what is rendered.
     QRectF FilmGate() const { return filmGate_; }
     QRectF ResolutionGate() const { return resolutionGate_; }
+    /// By how much the camera's 2D pan has to change for the picture to move by one view pixel.
+    double PanPerPixel() const { return panPerPixel_; }
 
 private:
     int width_;
@@ -39,6 +41,9 @@ private:
     bool isOrthographic_ = false;
     Imath::M44d view_;
     Imath::M44d projection_;
+    Imath::M44d viewProjection_;
+    Imath::M44d inverse_;
+    double panPerPixel_ = 1.0;
     QRectF filmGate_;
     QRectF resolutionGate_;
 };

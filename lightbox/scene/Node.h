@@ -100,6 +100,8 @@ public:
 private:
     friend class Scene;
 
+    void Changed();
+
     std::shared_ptr<const NodeType> type_;
     std::string name_;
     std::string uuid_;

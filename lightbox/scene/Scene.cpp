@@ -33,6 +33,7 @@ Scene::~Scene() {
 
 void Scene::New() {
     Selection::Hold hold(selection_);
+    Touch();
     selection_.Clear();
     connections_.Clear();
     byName_.clear();
@@ -122,6 +123,7 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
 }
 
 void Scene::Insert(const std::shared_ptr<Node>& node, const std::string& name, DagNode* parent, int index) {
+    Touch();
     node->name_ = name;
     node->scene_ = this;
     nodes_[node->serial_] = node;
@@ -147,6 +149,7 @@ std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& 
 }
 
 NodePlace Scene::Detach(Node& node) {
+    Touch();
     NodePlace place;
     place.node = node.Shared();
     place.name = node.name_;
@@ -213,6 +216,7 @@ std::vector<DagNode*> Scene::Subtree(DagNode& root) {
 }
 
 void Scene::Rename(Node& node, const std::string& freeName) {
+    Touch();
     Unname(node);
     node.name_ = freeName;
     byName_[freeName].push_back(&node);
@@ -224,6 +228,7 @@ void Scene::Rename(Node& node, const std::string& freeName) {
 }
 
 void Scene::Move(DagNode& node, DagNode& parent, int index) {
+    Touch();
     node.parent_->children_.erase(node.parent_->children_.begin() + node.IndexInParent());
     const int count = static_cast<int>(parent.children_.size());
     parent.children_.insert(parent.children_.begin() + (index < 0 || index > count ? count : index), &node);

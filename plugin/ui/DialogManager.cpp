@@ -1,7 +1,7 @@
 #include "ui/DialogManager.h"
 
 #include "ui/LayerManagerPanel.h"
-#include "ui/TimelineOverlay.h"
+#include "ui/TimeControlOverlay.h"
 
 #include <utility>
 
@@ -12,7 +12,6 @@ namespace {
 struct Registry {
     LayerManagerPanel* layerManager = nullptr;
     std::function<void()> showNewLayer;
-    DialogManager::TimelineOverlayFactory createTimelineOverlay;
 };
 
 Registry& GetRegistry() {
@@ -46,8 +45,9 @@ void DialogManager::ShowNewLayerDialog() {
 }
 
 std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* timeSlider) {
-    const TimelineOverlayFactory& create = GetRegistry().createTimelineOverlay;
-    return create ? create(timeSlider) : nullptr;
+    auto overlay = std::make_unique<TimeControlOverlay>(timeSlider);
+    overlay->hide();
+    return overlay;
 }
 
 void DialogManager::SetLayerManagerPanel(LayerManagerPanel* panel) {
@@ -56,10 +56,6 @@ void DialogManager::SetLayerManagerPanel(LayerManagerPanel* panel) {
 
 void DialogManager::SetNewLayerDialog(std::function<void()> show) {
     GetRegistry().showNewLayer = std::move(show);
-}
-
-void DialogManager::SetTimelineOverlayFactory(TimelineOverlayFactory create) {
-    GetRegistry().createTimelineOverlay = std::move(create);
 }
 
 void DialogManager::Shutdown() {

@@ -18,21 +18,18 @@ class TimelineOverlay;
 /// missing, what is asked of it does nothing.
 class DialogManager {
 public:
-    using TimelineOverlayFactory = std::function<std::unique_ptr<TimelineOverlay>(QWidget* timeSlider)>;
-
     static void ClearLayerManagerDialog();
     static bool HasLayerManagerDialog();
     static void FillLayerManagerDialog(const QList<LayerManagerRow>& rows, const QString& activeCamera,
                                        int activeIndex);
     static void ShowNewLayerDialog();
 
-    /// The marks over the given time slider, hidden; null while there is nothing that makes them.
+    /// The marks over the given time slider, hidden.
     static std::unique_ptr<TimelineOverlay> CreateTimelineOverlay(QWidget* timeSlider);
 
     /// The registry borrows the panel; null takes it out again.
     static void SetLayerManagerPanel(LayerManagerPanel* panel);
     static void SetNewLayerDialog(std::function<void()> show);
-    static void SetTimelineOverlayFactory(TimelineOverlayFactory create);
 
     /// Lets go of every panel.
     static void Shutdown();

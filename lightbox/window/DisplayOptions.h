@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+
+namespace lightbox {
+
+/// How a viewport shows the scene.
+struct DisplayOptions {
+    enum class Shading { Wireframe, Smooth };
+
+    Shading shading = Shading::Smooth;
+    bool wireframeOnShaded = false;
+    /// Every surface in the grey of the default material.
+    bool defaultMaterial = false;
+    bool grid = true;
+    bool axisIcon = true;
+    bool meshes = true;
+    bool cameras = true;
+    bool locators = true;
+    bool selectionHighlighting = true;
+    /// The background runs from the first colour, at the top, to the second.
+    QColor backgroundTop{0x6e, 0x79, 0x86};
+    QColor backgroundBottom{0x20, 0x22, 0x25};
+};
+
+} // namespace lightbox

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "window/DisplayOptions.h"
+
+#include <memory>
+
+namespace lightbox {
+
+class CameraView;
+class DagNode;
+class Scene;
+
+/// Draws the scene of a viewport with OpenGL: background, grid, meshes, and the outlines of cameras and
+/// locators. It keeps what it uploaded, so there is one for each OpenGL context, and a mesh is uploaded again
+/// only when it changed. What plug-ins draw is not its concern.
+class SceneRenderer {
+public:
+    SceneRenderer();
+    /// The context has to be current when anything was drawn.
+    ~SceneRenderer();
+    SceneRenderer(const SceneRenderer&) = delete;
+    SceneRenderer& operator=(const SceneRenderer&) = delete;
+
+    /// Once, with the context current; the context is of OpenGL 2.1 or a compatibility profile. False when
+    /// the context cannot be drawn with; then Draw() does nothing.
+    bool Initialize();
+    /// Clears the bound framebuffer and draws the scene into it, at view pixels times `devicePixelRatio`.
+    /// `lookThrough` is the shape of the camera that is looked through, which is not drawn itself. Leaves
+    /// OpenGL's state as a new context has it, but for the viewport, and the depth buffer as it was drawn.
+    void Draw(Scene& scene, const CameraView& view, const DagNode& lookThrough, const DisplayOptions& options,
+              double devicePixelRatio);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,70 @@
+#include "window/WindowInterface.h"
+
+#include "scene/Host.h"
+#include "window/MainWindow.h"
+#include "window/UnsavedChanges.h"
+#include "window/ViewportPanel.h"
+#include "window/ViewportPanels.h"
+#include "window/ViewportWidget.h"
+
+#include <QApplication>
+
+namespace lightbox {
+
+WindowInterface::WindowInterface(Host& host)
+    : host_(host)
+    , window_(std::make_unique<lightbox::MainWindow>(host)) {}
+
+WindowInterface::~WindowInterface() = default;
+
+MainWindow* WindowInterface::Current(Host& host) {
+    auto* const interface = dynamic_cast<WindowInterface*>(host.ui());
+    return interface ? &interface->Window() : nullptr;
+}
+
+QWidget& WindowInterface::MainWindow() {
+    return *window_;
+}
+
+std::vector<View*> WindowInterface::Views() {
+    std::vector<View*> views;
+    for (ViewportPanel* const panel : window_->Panels().All()) {
+        views.push_back(&panel->View());
+    }
+    return views;
+}
+
+View* WindowInterface::ActiveView() {
+    ViewportPanel* const panel = window_->Panels().Active();
+    return panel ? &panel->View() : nullptr;
+}
+
+void WindowInterface::RefreshViews(bool now) {
+    window_->Panels().Refresh(now);
+}
+
+QWidget* WindowInterface::FindControl(const std::string& name) {
+    const QString last = QString::fromStdString(name).section('|', -1);
+    if (last.isEmpty()) {
+        return nullptr;
+    }
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->objectName() == last) {
+            return window;
+        }
+        if (auto* const found = window->findChild<QWidget*>(last)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+void WindowInterface::ShowHelp(const std::string& text) {
+    window_->ShowHelp(QString::fromStdString(text));
+}
+
+bool WindowInterface::SettleUnsavedChanges() {
+    return UnsavedChanges::Settle(host_, window_.get());
+}
+
+} // namespace lightbox
