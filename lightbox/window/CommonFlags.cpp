@@ -185,6 +185,7 @@ const ControlFlags& CommonFlags() {
             [](QWidget& widget, const QString& text) { widget.setStatusTip(text); },
             [](const QWidget& widget) { return widget.statusTip(); }),
         NoteFlag("-dtg", "-docTag", MSyntax::kString),
+        NoteFlag("-ut", "-useTemplate", MSyntax::kString),
         NoteFlag("-po", "-preventOverride", MSyntax::kBoolean),
         QueryFlag("-fpn", "-fullPathName", [](Control& control) { return Value(control.Path()); }),
         QueryFlag("-io", "-isObscured",

@@ -2,10 +2,15 @@
 
 #include "mel/SyntaxBuilder.h"
 #include "window/ControlRegistry.h"
+#include "window/ViewportPanel.h"
+#include "window/ViewportWidget.h"
 #include "window/WindowCommands.h"
 
 #include <QApplication>
 #include <QWidget>
+
+#include <memory>
+#include <set>
 
 namespace lightbox {
 
@@ -173,6 +178,11 @@ Value ObjectType(CommandCall& call, ControlRegistry& registry) {
 Value SetFocus(CommandCall& call, ControlRegistry& registry) {
     QWidget* const widget = registry.Named(call.Object(0).AsString()).Widget();
     if (widget) {
+        if (auto* const panel = qobject_cast<ViewportPanel*>(widget)) {
+            // The viewport in it gets the keys.
+            panel->View().setFocus(Qt::OtherFocusReason);
+            return Value();
+        }
         widget->activateWindow();
         widget->setFocus(Qt::OtherFocusReason);
     }
@@ -189,6 +199,42 @@ Value WaitCursor(CommandCall& call, ControlRegistry&) {
     }
     return Value();
 }
+
+/// The names of templates that scripts set. What a template says about looks is the theme's affair here.
+class Templates {
+public:
+    Value Define(const CommandCall& call) {
+        const std::string name = call.Objects().empty() ? "uiTemplate1" : call.Object(0).AsString();
+        if (call.Has("-exists")) {
+            return Value(names_.count(name) != 0);
+        }
+        names_.insert(name);
+        return name;
+    }
+    Value Set(const CommandCall& call) {
+        if (call.IsQuery()) {
+            return stack_.empty() ? std::string() : stack_.back();
+        }
+        if (call.Has("-popTemplate")) {
+            if (!stack_.empty()) {
+                stack_.pop_back();
+            }
+            return Value();
+        }
+        const std::string name = call.StringOr("-pushTemplate", call.ObjectNames().empty()
+                                                                    ? std::string()
+                                                                    : call.ObjectNames().front());
+        if (names_.count(name) == 0) {
+            call.Fail("There is no template \"" + name + "\".");
+        }
+        stack_.push_back(name);
+        return Value();
+    }
+
+private:
+    std::set<std::string> names_{"DefaultTemplate", "OptionBoxTemplate"};
+    std::vector<std::string> stack_;
+};
 
 /// `control` and `layout` edit and query what every control has.
 ControlType AnyControl(const char* name, const ControlFlags& flags, Family family) {
@@ -228,6 +274,16 @@ void RegisterControlQueryCommands(WindowCommandTable& table) {
               ListUi);
     table.Add("objectTypeUI", SyntaxBuilder().Flag("-i", "-isType", MSyntax::kString).Objects(1, 1),
               ObjectType);
+    const auto templates = std::make_shared<Templates>();
+    table.Add("uiTemplate", SyntaxBuilder().Flag("-ex", "-exists").Objects(0, 1),
+              [templates](CommandCall& call, ControlRegistry&) { return templates->Define(call); });
+    table.Add("setUITemplate",
+              SyntaxBuilder()
+                  .Flag("-pst", "-pushTemplate", MSyntax::kString)
+                  .Flag("-ppt", "-popTemplate")
+                  .Query()
+                  .Objects(0, 1),
+              [templates](CommandCall& call, ControlRegistry&) { return templates->Set(call); });
     table.Add("setFocus", SyntaxBuilder().Objects(1, 1), SetFocus);
     table.Add("waitCursor", SyntaxBuilder().Flag("-st", "-state", MSyntax::kBoolean).Query(), WaitCursor);
 }

@@ -38,17 +38,29 @@ Value Widget(CommandCall& call, ControlRegistry& registry) {
     return Value::IntArray{corner.x(), corner.y(), widget.width(), widget.height()};
 }
 
-/// The windows that lie over a window: its dialogs and floating ones, then what is popped up.
+bool IsPopup(const QWidget& window) {
+    return (window.windowFlags() & Qt::Popup) == Qt::Popup;
+}
+
+/// Whether a window stays above another: it is popped up, or one of its dialogs and floating windows.
+bool IsOver(const QWidget& window, const QWidget& below) {
+    const QWidget* parent = window.parentWidget();
+    while (parent && parent != &below) {
+        parent = parent->parentWidget();
+    }
+    return &window != &below && window.isVisible() && !window.isMinimized() && (parent || IsPopup(window));
+}
+
+/// The windows that lie over a window, from the lowest to the topmost.
 std::vector<QWidget*> WindowsOver(const QWidget& below) {
     std::vector<QWidget*> windows;
     for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (window != &below && window->isVisible() && !window->isMinimized()) {
+        if (IsOver(*window, below)) {
             windows.push_back(window);
         }
     }
     const auto height = [](const QWidget* window) {
-        const bool isPopup = (window->windowFlags() & Qt::Popup) == Qt::Popup;
-        return (isPopup ? 2 : 0) + (window->isActiveWindow() ? 1 : 0);
+        return (IsPopup(*window) ? 2 : 0) + (window->isActiveWindow() ? 1 : 0);
     };
     std::stable_sort(windows.begin(), windows.end(), [&](const QWidget* first, const QWidget* second) {
         return height(first) < height(second);
@@ -59,7 +71,7 @@ std::vector<QWidget*> WindowsOver(const QWidget& below) {
 /// A window with what lies over it; any other widget by itself.
 QPixmap Grab(QWidget& widget) {
     QPixmap picture = widget.grab();
-    if (!widget.isWindow() || (widget.windowFlags() & Qt::Popup) == Qt::Popup) {
+    if (!widget.isWindow() || IsPopup(widget)) {
         return picture;
     }
     QPainter painter(&picture);

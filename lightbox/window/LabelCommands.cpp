@@ -115,7 +115,11 @@ ControlType SeparatorType() {
     type.create = [](const ControlCreation& creation) {
         auto* const line = new QFrame;
         line->setFrameShape(QFrame::HLine);
-        line->setFrameShadow(QFrame::Sunken);
+        line->setFrameShadow(QFrame::Plain);
+        constexpr int brighter = 140;
+        QPalette palette = line->palette();
+        palette.setColor(QPalette::WindowText, palette.color(QPalette::Window).lighter(brighter));
+        line->setPalette(palette);
         return std::make_unique<Control>(creation.type, creation.name, creation.parent, line);
     };
     return type;
