@@ -1,6 +1,7 @@
 #include "scene/CameraView.h"
 #include "window/SceneRenderer.h"
 #include "window/SelectTool.h"
+#include "window/TimeSliderBar.h"
 
 #include <qopengl.h>
 
@@ -30,5 +31,7 @@ WEAK void SelectTool::Release(View&, const QPointF&, Qt::KeyboardModifiers, cons
 WEAK QRectF SelectTool::Marquee() const {
     return {};
 }
+
+WEAK TimeSliderBar::~TimeSliderBar() {}
 
 } // namespace lightbox

@@ -37,13 +37,6 @@ TEST_F(MainWindowTest, IsFoundByTheNameThatScriptsKnow) {
 
 TEST_F(MainWindowTest, ClosingAsksOnlyAboutChangesAndDoesWhatIsAnswered) {
     const std::string file = prefs_.filePath("kept.ma").toStdString();
-    const auto close = [&](QMessageBox::StandardButton button) {
-        QString seen;
-        host_->RequestQuit(0);
-        Answer(button, seen);
-        Window().close();
-        return seen;
-    };
     struct Row {
         QMessageBox::StandardButton answer;
         bool goesOn;
