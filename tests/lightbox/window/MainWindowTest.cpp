@@ -99,7 +99,8 @@ TEST_F(MainWindowTest, QuitAsksUnlessItIsForced) {
     Run("quit");
     EXPECT_FALSE(seen.isEmpty());
     EXPECT_FALSE(host_->QuitStatus());
-    EXPECT_THROW(Run("quit -force -exitCode 7"), lightbox::mel::Error) << "nothing after it runs";
+    EXPECT_THROW(Run("quit -force -exitCode 7; createNode transform -n late"), lightbox::mel::Error);
+    EXPECT_EQ(host_->scene().Find("late"), nullptr) << "nothing after it runs";
     EXPECT_EQ(host_->QuitStatus(), 7);
 }
 
