@@ -1,5 +1,3 @@
-#include "openmaya/ToolEvents.h"
-#include "openmaya/ViewDrawing.h"
 #include "scene/CameraView.h"
 #include "window/SceneRenderer.h"
 #include "window/SelectTool.h"
@@ -31,31 +29,6 @@ WEAK bool SelectTool::Drag(const QPointF&) {
 WEAK void SelectTool::Release(View&, const QPointF&, Qt::KeyboardModifiers, const DisplayOptions&) {}
 WEAK QRectF SelectTool::Marquee() const {
     return {};
-}
-
-WEAK DrawList ViewDrawing::Collect(Scene&, View&, const CameraView&) {
-    return {};
-}
-WEAK void ViewDrawing::DrawLegacy(Scene&, View&) {}
-WEAK void ViewDrawing::Forget(const View&) {}
-
-WEAK bool ToolEvents::Press(View&, const QMouseEvent&) {
-    return false;
-}
-WEAK bool ToolEvents::Drag(View&, const QMouseEvent&) {
-    return false;
-}
-WEAK bool ToolEvents::Release(View&, const QMouseEvent&) {
-    return false;
-}
-WEAK bool ToolEvents::Enter(View&) {
-    return false;
-}
-WEAK bool ToolEvents::Move(View&, const QMouseEvent&) {
-    return false;
-}
-WEAK bool ToolEvents::Key(View&, const QKeyEvent&) {
-    return false;
 }
 
 } // namespace lightbox

@@ -5,6 +5,7 @@
 #include "scene/Host.h"
 #include "scene/Output.h"
 
+#include <QAbstractButton>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
