@@ -141,6 +141,7 @@ protected:
         window_.views = {&view_};
         host_.plugins().LoadBuiltin("tool", LoadTool, UnloadTool);
     }
+    ~ToolContextTest() override { window_.views.clear(); }
 
     std::string Ask(const std::string& mel) { return host_.interpreter().Execute(mel).Shown(); }
     static std::vector<std::string> Log() { return std::exchange(g_log, {}); }

@@ -142,6 +142,10 @@ protected:
         window_.views = {&view_};
         host_.plugins().LoadBuiltin("sticker", LoadSticker, UnloadSticker);
     }
+    ~ViewDrawingTest() override {
+        window_.views.clear();
+        ViewDrawing::Forget(view_);
+    }
 
     void Run(const std::string& mel) { host_.interpreter().Execute(mel); }
     DrawList Collect(FakeView& view) {
