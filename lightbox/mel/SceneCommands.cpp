@@ -15,6 +15,10 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterTransformCommands(registry);
     RegisterCameraCommand(registry);
     RegisterTimeCommands(registry);
+    RegisterSetKeyframeCommand(registry);
+    RegisterKeyframeCommands(registry);
+    RegisterKeyTangentCommand(registry);
+    RegisterKeyClipboardCommands(registry);
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
     RegisterSceneFileCommands(registry);
