@@ -10,6 +10,8 @@ int main(int argc, char** argv) {
     if (GTEST_FLAG_GET(list_tests)) {
         return RUN_ALL_TESTS(); // the build asks for the list, perhaps where there is no display
     }
+    // A pixel of a widget is one of the screen, whatever size a virtual screen claims to have.
+    qputenv("QT_SCREEN_SCALE_FACTORS", "1");
     lightbox::WindowSession::PrepareApplication();
     QApplication application(argc, argv);
     // No test waits for an animation.

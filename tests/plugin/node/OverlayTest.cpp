@@ -223,7 +223,7 @@ TEST_F(OverlayTest, ScreenToImageAndBackIsTheIdentity) {
 }
 
 TEST_F(OverlayTest, DrawingTellsTheLayersTheTime) {
-    Run("qmVellixNode; currentTime 17.6");
+    Run("currentTime 17.6");
     Update(640, 480);
     EXPECT_EQ(Node().GetLayerManager()->GetFrame(), 17);
 }

@@ -166,10 +166,10 @@ TEST_F(TimeControlOverlayTest, WhatIsNoMoveMovesNothing) {
     // A resized range keeps the offset that it had.
     overlay->SetDrawContextActive(true);
     DragRangeTo(7, 10);
-    EXPECT_EQ(overlay->GetMoveOffset(), 2);
+    EXPECT_EQ(overlay->GetMoveOffset(), 1);
     Highlight(7, 14);
     overlay->UpdateMoveOffset();
-    EXPECT_EQ(overlay->GetMoveOffset(), 2);
+    EXPECT_EQ(overlay->GetMoveOffset(), 1);
 
     // A range that vanishes, and an overlay that is hidden, forget the drag.
     Run("timeControl -e -rangeVisible 0 $gPlayBackSlider");
