@@ -10,9 +10,9 @@ int main(int argc, char** argv) {
     if (GTEST_FLAG_GET(list_tests)) {
         return RUN_ALL_TESTS(); // the build asks for the list, perhaps where there is no display
     }
-    // A pixel of a widget is one of the screen, whatever size a virtual screen claims to have.
-    qputenv("QT_SCREEN_SCALE_FACTORS", "1");
     lightbox::WindowSession::PrepareApplication();
+    // A pixel of a widget is one of the screen, whatever resolution a virtual screen claims to have.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
     QApplication application(argc, argv);
     // No test waits for an animation.
     QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);
