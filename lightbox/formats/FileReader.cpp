@@ -6,6 +6,7 @@
 #include "formats/FileError.h"
 #include "formats/KeptContent.h"
 #include "formats/MemoryStream.h"
+#include "formats/MeshSettings.h"
 #include "formats/SceneFiles.h"
 #include "formats/SettingApplier.h"
 #include "mel/Interpreter.h"
@@ -175,7 +176,7 @@ void FileReader::ReportFault(const std::string& message) {
 }
 
 void FileReader::WarnOnce(const std::string& kind, const std::string& message) {
-    if (warned_.insert(kind).second) {
+    if (!message.empty() && warned_.insert(kind).second) {
         host_.output().Warning(Place() + message);
     }
 }
@@ -215,7 +216,13 @@ void FileReader::Apply(const std::shared_ptr<Node>& node, const Setting& setting
         return;
     }
     Setting scaled = setting;
-    if (scale_.linear != 1.0 || scale_.angular != 1.0) {
+    if (MeshSettings::Handles(*node, setting.path)) {
+        if (MeshSettings::IsLength(setting.path)) {
+            for (double& number : scaled.numbers) {
+                number *= scale_.linear;
+            }
+        }
+    } else if (scale_.linear != 1.0 || scale_.angular != 1.0) {
         Scale(SettingApplier::Resolve(node, setting.path, setting.numbers.size()).front(), scaled);
     }
     SettingApplier(host_, SettingApplier::Manner::Read).Apply(node, scaled);
@@ -399,8 +406,11 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
     }
     try {
         const Plug from = SettingApplier::Resolve(sourceNode, sourceAttribute, 1).front();
-        const Plug to = SettingApplier::Resolve(destinationNode, destinationAttribute, 1).front();
-        if (!flags.empty() || to.IsArray()) {
+        Plug to = SettingApplier::Resolve(destinationNode, destinationAttribute, 1).front();
+        const bool isNext = flags == " -na" && to.IsArray() && !to.attribute->indexMatters;
+        if (isNext) {
+            to = to.NextElement();
+        } else if (!flags.empty() || to.IsArray()) {
             throw UnknownAttributeError(to.Name());
         }
         if (!host_.scene().connections().Add(from, to) && host_.scene().connections().SourceOf(to) != from) {

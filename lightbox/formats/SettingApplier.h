@@ -39,6 +39,7 @@ public:
                                      std::size_t longestRange);
 
 private:
+    void ChangeMesh(const std::shared_ptr<Node>& node, const Setting& setting);
     void SetFlags(const Plug& plug, const Setting& setting, bool beforeValue);
     void SetFlag(const Plug& plug, const std::optional<bool>& state, edit::PlugFlag flag);
     void SetNumbers(const std::vector<Plug>& plugs, const Setting& setting);

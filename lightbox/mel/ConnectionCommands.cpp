@@ -29,8 +29,7 @@ Value ConnectAttr(CommandCall& call) {
     const Plug from = PlugNamed(call, source);
     Plug to = PlugNamed(call, destination);
     if (to.IsArray() && call.Has("-nextAvailable")) {
-        const std::vector<Plug> elements = to.Elements();
-        to = to.Element(elements.empty() ? 0 : elements.back().element + 1);
+        to = to.NextElement();
     }
     edit::Connect(host, from, to, call.Has("-force"));
     if (call.Has("-lock")) {

@@ -1,6 +1,8 @@
+#include "formats/MeshSettings.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
+#include "scene/MeshNode.h"
 #include "scene/Plug.h"
 
 namespace lightbox::mel {
@@ -66,7 +68,27 @@ Value ValueOf(const CommandCall& call, const Plug& plug) {
     return {};
 }
 
+/// What is asked about the geometry of a mesh.
+Value GetGeometry(const CommandCall& call, const Node& node, const std::string& path) {
+    const std::shared_ptr<const MeshData> own = MeshNode::Own(node);
+    std::size_t count = 0;
+    const std::vector<double> numbers = MeshSettings::Numbers(own ? *own : MeshData(), path, count);
+    if (call.Has("-size")) {
+        return static_cast<int>(count);
+    }
+    if (numbers.empty()) {
+        call.Fail("The attribute '" + path + "' has no value.");
+    }
+    return numbers.size() == 1 ? Value(numbers.front()) : Value(numbers);
+}
+
 Value GetAttr(CommandCall& call) {
+    const std::string text = call.Object(0).AsString();
+    const std::shared_ptr<Node> node = NodeOfPlug(call, text);
+    const std::string path = text.substr(text.find('.') + 1);
+    if (MeshSettings::Handles(*node, path)) {
+        return GetGeometry(call, *node, path);
+    }
     const Plug plug = PlugNamed(call, call.Object(0).AsString());
     if (call.Has("-lock")) {
         return plug.IsLocked();

@@ -18,6 +18,8 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
     RegisterSceneFileCommands(registry);
+    RegisterPolygonCommands(registry);
+    RegisterMaterialCommands(registry);
     RegisterNamespaceCommands(registry);
     RegisterPluginCommands(registry);
 }

@@ -23,6 +23,8 @@ void RegisterTimeCommands(CommandRegistry& registry);
 void RegisterUndoCommands(CommandRegistry& registry);
 void RegisterFileCommand(CommandRegistry& registry);
 void RegisterSceneFileCommands(CommandRegistry& registry);
+void RegisterPolygonCommands(CommandRegistry& registry);
+void RegisterMaterialCommands(CommandRegistry& registry);
 void RegisterNamespaceCommands(CommandRegistry& registry);
 void RegisterPluginCommands(CommandRegistry& registry);
 

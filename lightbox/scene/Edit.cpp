@@ -2,6 +2,7 @@
 
 #include "scene/EditItems.h"
 #include "scene/Host.h"
+#include "scene/MeshNode.h"
 #include "scene/SceneError.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
@@ -65,6 +66,14 @@ void CheckRange(const Plug& plug, double number) {
     }
 }
 
+/// A mesh that loses what drives it stays as it is.
+void KeepMesh(Host& host, const Plug& destination) {
+    if (MeshNode::Is(*destination.node) && destination.attribute->LongName() == "inMesh" &&
+        destination.node->reference.empty()) {
+        MeshNode::KeepHistory(host, destination.node);
+    }
+}
+
 } // namespace
 
 void Do(Host& host, const std::string& name, std::function<void()> redo, std::function<void()> undo) {
@@ -94,6 +103,13 @@ std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std:
 void DeleteNodes(Host& host, const std::vector<std::shared_ptr<Node>>& nodes) {
     for (const std::shared_ptr<Node>& node : nodes) {
         CheckDeletable(*node);
+    }
+    for (const std::shared_ptr<Node>& node : nodes) {
+        for (const Connection& connection : host.scene().connections().Of(*node)) {
+            if (connection.source.node == node) {
+                KeepMesh(host, connection.destination);
+            }
+        }
     }
     DoItem(host, DeleteItem(host, nodes));
 }
@@ -255,6 +271,7 @@ void Connect(Host& host, const Plug& source, const Plug& destination, bool force
 }
 
 void Disconnect(Host& host, const Plug& source, const Plug& destination) {
+    KeepMesh(host, destination);
     DoItem(host, ConnectItem(host, source, destination, false));
 }
 
