@@ -1,6 +1,7 @@
 #include "host/Registration.h"
 
 #include "commands/ExportCommand.h"
+#include "commands/FrameCommand.h"
 #include "commands/LayerCommand.h"
 #include "commands/NodeCommand.h"
 #include "commands/ReplayCommand.h"
@@ -31,8 +32,8 @@ CommandEntry Describe() {
 /// Every command, in the order of registration. A new command joins here.
 std::vector<CommandEntry> GetCommands() {
     return {
-        Describe<NodeCommand>(),   Describe<LayerCommand>(),  Describe<StrokeCommand>(),
-        Describe<ReplayCommand>(), Describe<ExportCommand>(),
+        Describe<NodeCommand>(),   Describe<LayerCommand>(),  Describe<FrameCommand>(),
+        Describe<StrokeCommand>(), Describe<ReplayCommand>(), Describe<ExportCommand>(),
     };
 }
 
