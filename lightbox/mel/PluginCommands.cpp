@@ -89,10 +89,10 @@ Value Quit(CommandCall& call) {
 } // namespace
 
 void RegisterPluginCommands(CommandRegistry& registry) {
-    AddSceneCommand(registry, "loadPlugin",
-                    SyntaxBuilder().Flag("-qt", "-quiet").Flag("-n", "-name", MSyntax::kString).Objects(1),
-                    LoadPlugin);
-    AddSceneCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
+    AddHostCommand(registry, "loadPlugin",
+                   SyntaxBuilder().Flag("-qt", "-quiet").Flag("-n", "-name", MSyntax::kString).Objects(1),
+                   LoadPlugin);
+    AddHostCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
     SyntaxBuilder info;
     for (const auto& [shortName, longName] :
          std::initializer_list<std::pair<const char*, const char*>>{{"-l", "-loaded"},
@@ -110,8 +110,8 @@ void RegisterPluginCommands(CommandRegistry& registry) {
                                                                     {"-ls", "-listPlugins"}}) {
         info.Flag(shortName, longName);
     }
-    AddSceneCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
-    AddSceneCommand(
+    AddHostCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
+    AddHostCommand(
         registry, "quit",
         SyntaxBuilder().Flag("-f", "-force").Flag("-a", "-abort").Flag("-ec", "-exitCode", MSyntax::kLong),
         Quit);

@@ -65,6 +65,38 @@ void CheckRange(const Plug& plug, double number) {
     }
 }
 
+PlugState StateOf(const Plug& plug) {
+    const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
+    return held ? *held : PlugState();
+}
+
+/// Gives the plug one of the flags of another state.
+void TakeFlag(const Plug& plug, PlugFlag flag, const PlugState& from) {
+    PlugState changed = StateOf(plug);
+    switch (flag) {
+    case PlugFlag::Locked:
+        changed.locked = from.locked;
+        break;
+    case PlugFlag::Keyable:
+        changed.keyable = from.keyable;
+        break;
+    case PlugFlag::ChannelBox:
+        changed.channelBox = from.channelBox;
+        break;
+    }
+    plug.node->SetState(*plug.attribute, plug.element, changed);
+}
+
+void CheckRanges(const Plug& plug, const AttributeValue& value) {
+    if (const double* number = std::get_if<double>(&value)) {
+        CheckRange(plug, *number);
+    } else if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
+        for (std::size_t i = 0; i < std::min(numbers->size(), plug.attribute->Children().size()); ++i) {
+            CheckRange(plug.Child(i), (*numbers)[i]);
+        }
+    }
+}
+
 } // namespace
 
 void Do(Host& host, const std::string& name, std::function<void()> redo, std::function<void()> undo) {
@@ -159,39 +191,30 @@ void SetNodeLocked(Host& host, Node& node, bool locked) {
         [shared, before] { shared->locked = before; });
 }
 
-void SetPlug(Host& host, const Plug& plug, const AttributeValue& value) {
-    if (const double* number = std::get_if<double>(&value)) {
-        CheckRange(plug, *number);
-    } else if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
-        for (std::size_t i = 0; i < std::min(numbers->size(), plug.attribute->Children().size()); ++i) {
-            CheckRange(plug.Child(i), (*numbers)[i]);
-        }
+void SetPlug(Host& host, const Plug& plug, const AttributeValue& value, OutOfRange outOfRange) {
+    if (outOfRange == OutOfRange::Refuse) {
+        CheckRanges(plug, value);
     }
     DoItem(host, SetItem(host, plug, value));
 }
 
+void StorePlugFlag(const Plug& plug, PlugFlag flag, bool state) {
+    PlugState wanted;
+    wanted.locked = state;
+    wanted.keyable = state;
+    wanted.channelBox = state;
+    TakeFlag(plug, flag, wanted);
+}
+
 void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state) {
-    const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
-    const PlugState before = held ? *held : PlugState();
-    const auto apply = [plug, flag](bool locked, std::optional<bool> keyable,
-                                    std::optional<bool> channelBox) {
-        PlugState& now = plug.node->State(*plug.attribute, plug.element);
-        switch (flag) {
-        case PlugFlag::Locked:
-            now.locked = locked;
-            break;
-        case PlugFlag::Keyable:
-            now.keyable = keyable;
-            break;
-        case PlugFlag::ChannelBox:
-            now.channelBox = channelBox;
-            break;
-        }
-        plug.node->SetState(*plug.attribute, plug.element, PlugState(now));
-    };
+    if (flag == PlugFlag::Locked && plug.node->locked) {
+        throw SceneError("Cannot lock or unlock attributes of the locked node '" +
+                         Scene::ShownName(*plug.node) + "'.");
+    }
+    const PlugState before = StateOf(plug);
     Do(
-        host, "setAttr", [apply, state] { apply(state, state, state); },
-        [apply, before] { apply(before.locked, before.keyable, before.channelBox); });
+        host, "setAttr", [plug, flag, state] { StorePlugFlag(plug, flag, state); },
+        [plug, flag, before] { TakeFlag(plug, flag, before); });
 }
 
 void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attribute) {

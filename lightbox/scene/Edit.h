@@ -38,9 +38,15 @@ void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld = true)
 void Reorder(Host& host, DagNode& node, int index);
 void SetNodeLocked(Host& host, Node& node, bool locked);
 
-void SetPlug(Host& host, const Plug& plug, const AttributeValue& value);
+/// What happens to a number beyond the attribute's range.
+enum class OutOfRange { Refuse, Clamp };
+void SetPlug(Host& host, const Plug& plug, const AttributeValue& value,
+             OutOfRange outOfRange = OutOfRange::Refuse);
 enum class PlugFlag { Locked, Keyable, ChannelBox };
+/// The plugs of a locked node can be neither locked nor unlocked.
 void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state);
+/// The same as part of reading a file: not recorded, and whatever is locked.
+void StorePlugFlag(const Plug& plug, PlugFlag flag, bool state);
 void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attribute);
 /// With its connections.
 void DeleteAttribute(Host& host, Node& node, const Attribute& attribute);
