@@ -38,6 +38,9 @@ Value QueryPlugin(const CommandCall& call) {
         }
         return names;
     }
+    if (call.Objects().empty()) {
+        call.Fail("No plug-in was specified.");
+    }
     const std::string name = call.Object(0).AsString();
     const Plugin* plugin = plugins.Find(name);
     if (call.Has("-loaded") || call.Has("-registered")) {
@@ -89,9 +92,7 @@ Value Quit(CommandCall& call) {
 } // namespace
 
 void RegisterPluginCommands(CommandRegistry& registry) {
-    AddHostCommand(registry, "loadPlugin",
-                   SyntaxBuilder().Flag("-qt", "-quiet").Flag("-n", "-name", MSyntax::kString).Objects(1),
-                   LoadPlugin);
+    AddHostCommand(registry, "loadPlugin", SyntaxBuilder().Flag("-qt", "-quiet").Objects(1), LoadPlugin);
     AddHostCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
     SyntaxBuilder info;
     for (const auto& [shortName, longName] :
@@ -111,10 +112,8 @@ void RegisterPluginCommands(CommandRegistry& registry) {
         info.Flag(shortName, longName);
     }
     AddHostCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
-    AddHostCommand(
-        registry, "quit",
-        SyntaxBuilder().Flag("-f", "-force").Flag("-a", "-abort").Flag("-ec", "-exitCode", MSyntax::kLong),
-        Quit);
+    AddHostCommand(registry, "quit",
+                   SyntaxBuilder().Flag("-f", "-force").Flag("-ec", "-exitCode", MSyntax::kLong), Quit);
 }
 
 } // namespace lightbox::mel

@@ -7,6 +7,7 @@
 #include "scene/Timeline.h"
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 #include <utility>
 
@@ -328,6 +329,28 @@ void SetPlaybackRange(Host& host, double min, double max) {
 
 void SetAnimationRange(Host& host, double start, double end) {
     EditRanges(host, [start, end](Timeline& time) { return time.SetAnimationRange(start, end); });
+}
+
+void SetPlaybackSpeed(Host& host, double speed) {
+    if (!std::isfinite(speed) || speed < 0.0) {
+        throw SceneError("The playback speed must not be less than 0.");
+    }
+    Timeline& time = host.time();
+    const double before = time.PlaybackSpeed();
+    Do(
+        host, "playbackOptions", [&time, speed] { time.SetPlaybackSpeed(speed); },
+        [&time, before] { time.SetPlaybackSpeed(before); });
+}
+
+void SetPlaybackBy(Host& host, double by) {
+    if (!std::isfinite(by) || by <= 0.0) {
+        throw SceneError("Playback must go by more than 0 frames.");
+    }
+    Timeline& time = host.time();
+    const double before = time.PlaybackBy();
+    Do(
+        host, "playbackOptions", [&time, by] { time.SetPlaybackBy(by); },
+        [&time, before] { time.SetPlaybackBy(before); });
 }
 
 void SetTimeUnit(Host& host, MTime::Unit unit) {

@@ -59,6 +59,10 @@ void Select(Host& host, const Selection::List& nodes);
 void SetCurrentTime(Host& host, double frame);
 void SetPlaybackRange(Host& host, double min, double max);
 void SetAnimationRange(Host& host, double start, double end);
+/// 1 is real time, 0 plays every frame; less is refused.
+void SetPlaybackSpeed(Host& host, double speed);
+/// From one frame played to the next; more than 0.
+void SetPlaybackBy(Host& host, double by);
 void SetTimeUnit(Host& host, MTime::Unit unit);
 void AddNamespace(Host& host, const std::string& name);
 void RemoveNamespace(Host& host, const std::string& name);
