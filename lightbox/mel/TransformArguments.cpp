@@ -26,15 +26,19 @@ M44d Turn(const V3d& angles, int order) {
     return turn.Matrix();
 }
 
-/// The rotation of a matrix, and nothing else. What flattens space counts as not rotated.
-M44d RotationOf(const M44d& matrix) {
-    Transformation parts;
-    return parts.SetMatrix(matrix) ? Turn(parts.rotate, parts.rotateOrder) : M44d();
-}
-
 /// The node's whole rotation below its parent, with that of its rotate axis.
 M44d LocalRotation(DagNode& node) {
     return Turn(GetTriple(node, "rotateAxis"), 0) * Turn(GetTriple(node, "rotate"), RotateOrder(node));
+}
+
+/// The rotations of a node and of all above it, one after the other: what scales bend on the way is left out,
+/// so that what is set is what is answered.
+M44d WorldRotation(DagNode* node) {
+    M44d rotation;
+    for (; node && node->Type().IsTransform(); node = node->Parent()) {
+        rotation *= LocalRotation(*node);
+    }
+    return rotation;
 }
 
 /// The angles that `rotate` has to have for that whole rotation.
@@ -106,16 +110,22 @@ V3d OffsetInParent(DagNode& node, const V3d& offset) {
     return moved;
 }
 
+V3d OffsetBeforeRotation(DagNode& node, const V3d& offset) {
+    V3d turned;
+    LocalRotation(node).inverse().multDirMatrix(offset, turned);
+    return turned;
+}
+
 V3d WorldAngles(DagNode& node) {
     Transformation world;
     world.rotateOrder = RotateOrder(node);
-    world.SetMatrix(RotationOf(node.WorldMatrix()));
+    world.SetMatrix(WorldRotation(&node));
     return world.rotate;
 }
 
 V3d AnglesForWorld(DagNode& node, const V3d& angles) {
     const int order = RotateOrder(node);
-    return AnglesFor(node, Turn(angles, order) * RotationOf(ParentMatrix(node)).inverse(), order);
+    return AnglesFor(node, Turn(angles, order) * WorldRotation(node.Parent()).inverse(), order);
 }
 
 V3d TurnedAngles(DagNode& node, const V3d& turn, int order, bool aboutWorld) {
@@ -123,7 +133,7 @@ V3d TurnedAngles(DagNode& node, const V3d& turn, int order, bool aboutWorld) {
     const bool isOneAxis = (before == V3d(before.x, 0, 0) && turn == V3d(turn.x, 0, 0)) ||
                            (before == V3d(0, before.y, 0) && turn == V3d(0, turn.y, 0)) ||
                            (before == V3d(0, 0, before.z) && turn == V3d(0, 0, turn.z));
-    const M44d parent = aboutWorld ? RotationOf(ParentMatrix(node)) : M44d();
+    const M44d parent = aboutWorld ? WorldRotation(node.Parent()) : M44d();
     if (isOneAxis && parent == M44d() && GetTriple(node, "rotateAxis") == V3d(0.0)) {
         // Turns about one axis add up, also beyond a full one.
         return before + turn;

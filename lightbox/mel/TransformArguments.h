@@ -32,6 +32,9 @@ Imath::V3d WorldPosition(DagNode& node);
 /// A point or an offset of the world as the node's parent sees it.
 Imath::V3d OffsetInParent(DagNode& node, const Imath::V3d& offset);
 
+/// An offset of the node's parent as it is before the node's rotation.
+Imath::V3d OffsetBeforeRotation(DagNode& node, const Imath::V3d& offset);
+
 /// The angles of the node as they are seen from the world, and those of `rotate` that it has when these are
 /// wanted.
 Imath::V3d WorldAngles(DagNode& node);

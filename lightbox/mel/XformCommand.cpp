@@ -121,6 +121,7 @@ public:
 
 private:
     void Set(const char* attribute, const V3d& value) { SetTriple(call_.GetHost(), node_, attribute, value); }
+    bool IsPreserving() const { return call_.Has("-preserve") && call_.Bool("-preserve"); }
     void SetOrder();
     void SetMatrix(const M44d& matrix);
     void SetTranslation();
@@ -145,7 +146,7 @@ void XformEdit::SetOrder() {
     const V3d angles = AnglesForOrder(node_, order);
     const Plug plug(node_.Shared(), node_.FindAttribute("rotateOrder"));
     edit::SetPlug(call_.GetHost(), plug, static_cast<double>(order));
-    if (call_.Has("-preserve") && call_.Bool("-preserve")) {
+    if (IsPreserving()) {
         Set("rotate", angles);
     }
 }
@@ -202,7 +203,18 @@ void XformEdit::SetPivot(const char* pivot, V3d point) {
     } else if (isWorld_) {
         node_.WorldMatrix().inverse().multVecMatrix(V3d(point), point);
     }
+    const M44d before = node_.LocalMatrix();
     Set(pivot, isRelative_ ? GetTriple(node_, pivot) + point : point);
+    if (!isWorld_ && !IsPreserving()) {
+        return;
+    }
+    // A pivot that is put somewhere in the world does not move what turns about it.
+    V3d shift = before.translation() - node_.LocalMatrix().translation();
+    const std::string translation = std::string(pivot) + "Translate";
+    if (pivot == PIVOTS[1]) {
+        shift = OffsetBeforeRotation(node_, shift);
+    }
+    Set(translation.c_str(), GetTriple(node_, translation.c_str()) + shift);
 }
 
 void XformEdit::ZeroPivots() {
