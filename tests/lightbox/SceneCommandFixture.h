@@ -77,7 +77,8 @@ protected:
         EXPECT_EQ(DumpScene(host_), before) << "a question changed the scene";
     }
 
-    /// Several statements each, in a scene of its own: the answer of the last one, and all of it undone and redone.
+    /// Several statements each, in a scene of its own: the answer of the last one, and all of it undone and
+    /// redone.
     template <std::size_t N>
     void ExpectSteps(const char* setup, const Question (&rows)[N]) {
         for (const Question& row : rows) {

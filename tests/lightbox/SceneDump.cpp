@@ -89,7 +89,7 @@ std::string DumpScene(Host& host) {
     out << "in namespace " << host.scene().currentNamespace << '\n';
     const Timeline& time = host.time();
     out << "time " << time.CurrentTime() << " unit " << time.Unit() << " playback " << time.MinTime() << ' '
-        << time.MaxTime() << " animation " << time.AnimationStart() << ' ' << time.AnimationEnd() << " speed " << time.PlaybackSpeed() << " by "
-        << time.PlaybackBy() << '\n';
+        << time.MaxTime() << " animation " << time.AnimationStart() << ' ' << time.AnimationEnd() << " speed "
+        << time.PlaybackSpeed() << " by " << time.PlaybackBy() << '\n';
     return out.str();
 }
