@@ -5,6 +5,7 @@
 #include "commands/NodeCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/StrokeCommand.h"
+#include "commands/UtilCommand.h"
 #include "node/BaseNode.h"
 #include "node/BaseNodeLayerData.h"
 
@@ -31,8 +32,8 @@ CommandEntry Describe() {
 /// Every command, in the order of registration. A new command joins here.
 std::vector<CommandEntry> GetCommands() {
     return {
-        Describe<NodeCommand>(),   Describe<LayerCommand>(),  Describe<StrokeCommand>(),
-        Describe<ReplayCommand>(), Describe<ExportCommand>(),
+        Describe<NodeCommand>(), Describe<LayerCommand>(),  Describe<StrokeCommand>(),
+        Describe<UtilCommand>(), Describe<ReplayCommand>(), Describe<ExportCommand>(),
     };
 }
 
