@@ -11,6 +11,7 @@
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
+#include "scene/UserInterface.h"
 
 #include <stdexcept>
 
@@ -47,6 +48,7 @@ Host::~Host() {
     idle_->Clear();
     undo_->Flush();
     plugins_->UnloadAll();
+    ui_.reset();
     optionVars_->Save();
     g_host = nullptr;
 }
@@ -60,6 +62,10 @@ Host& Host::Get() {
 
 Host* Host::Current() {
     return g_host;
+}
+
+void Host::SetUserInterface(std::unique_ptr<UserInterface> ui) {
+    ui_ = std::move(ui);
 }
 
 } // namespace lightbox

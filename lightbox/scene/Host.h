@@ -15,6 +15,7 @@ class Scene;
 class SceneFiles;
 class Timeline;
 class UndoQueue;
+class UserInterface;
 
 namespace mel {
 class Interpreter;
@@ -59,6 +60,9 @@ public:
     mel::Interpreter& interpreter() { return *interpreter_; }
     PluginManager& plugins() { return *plugins_; }
     SceneFiles& files() { return *files_; }
+    /// The window; null in batch, and before it stands.
+    UserInterface* ui() { return ui_.get(); }
+    void SetUserInterface(std::unique_ptr<UserInterface> ui);
 
 private:
     Options options_;
@@ -73,6 +77,7 @@ private:
     std::unique_ptr<mel::Interpreter> interpreter_;
     std::unique_ptr<SceneFiles> files_;
     std::unique_ptr<PluginManager> plugins_;
+    std::unique_ptr<UserInterface> ui_;
 };
 
 } // namespace lightbox

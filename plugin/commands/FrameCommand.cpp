@@ -3,6 +3,7 @@
 #include "commands/CameraArgument.h"
 #include "commands/PlaybackTimeScope.h"
 #include "core/Frame.h"
+#include "core/FrameRange.h"
 #include "core/FrameTime.h"
 #include "core/LayerState.h"
 #include "host/Logger.h"
@@ -201,10 +202,7 @@ MStatus FrameCommand::InsertFrame() {
 }
 
 MStatus FrameCommand::PlanInsert() {
-    FrameRange range;
-    if (!FrameRange::FromTimeSlider(range)) {
-        return MS::kFailure;
-    }
+    const FrameRange range = FrameRange::FromTimeSlider();
     if (qint64(range.end) - range.start > MOST_FRAMES_INSERTED) {
         return Refuse(QString("Cannot insert more than %1 frames").arg(MOST_FRAMES_INSERTED));
     }
@@ -265,11 +263,8 @@ MStatus FrameCommand::DuplicateFrameUndo() {
     return m_exchange.HasWaiting() ? undone : Refuse("Failed to undo duplicate frame operation.");
 }
 
-MStatus FrameCommand::PlanRemoval(bool blanks) {
-    FrameRange range;
-    if (!FrameRange::FromTimeSlider(range)) {
-        return MS::kFailure;
-    }
+void FrameCommand::PlanRemoval(bool blanks) {
+    const FrameRange range = FrameRange::FromTimeSlider();
     const Layer* const layer = GetLayer();
     std::vector<int> times;
     for (int i = 0; layer && i < layer->FrameCount(); ++i) {
@@ -284,12 +279,13 @@ MStatus FrameCommand::PlanRemoval(bool blanks) {
         }
     }
     m_exchange.TakeOut(std::move(times));
-    return MS::kSuccess;
 }
 
 MStatus FrameCommand::DeleteFrames() {
-    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanRemoval(false);
-    return planned ? Exchange() : planned;
+    if (!m_hasRun) {
+        PlanRemoval(false);
+    }
+    return Exchange();
 }
 
 MStatus FrameCommand::CutFrames() {
@@ -300,8 +296,10 @@ MStatus FrameCommand::CutFrames() {
 }
 
 MStatus FrameCommand::ClearFrames() {
-    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanRemoval(true);
-    return planned ? Exchange() : planned;
+    if (!m_hasRun) {
+        PlanRemoval(true);
+    }
+    return Exchange();
 }
 
 MStatus FrameCommand::CopyFrames() {
@@ -315,10 +313,7 @@ MStatus FrameCommand::PasteFrames() {
 }
 
 MStatus FrameCommand::PlanPaste() {
-    FrameRange range;
-    if (!FrameRange::FromTimeSlider(range)) {
-        return MS::kFailure;
-    }
+    const FrameRange range = FrameRange::FromTimeSlider();
     std::vector<int> times;
     for (const Frame* frame : m_node->GetClipboardFrames()) {
         const qint64 time = qint64(range.start) + frame->GetTimeValue();
@@ -363,11 +358,8 @@ MStatus FrameCommand::RetimeFrames() {
         return MS::kFailure;
     }
     const std::vector<int> times = GetTimes(*layer);
-    FrameRange range;
     if (!m_hasRun) {
-        if (!FrameRange::FromTimeSlider(range)) {
-            return MS::kFailure;
-        }
+        const FrameRange range = FrameRange::FromTimeSlider();
         m_retiming.SetRange(range.start, range.end, times);
     }
     QList<int> newTimes;

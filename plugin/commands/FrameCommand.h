@@ -4,7 +4,6 @@
 #include "commands/FrameExchange.h"
 #include "commands/FrameMove.h"
 #include "commands/Retiming.h"
-#include "core/FrameRange.h"
 
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
@@ -17,7 +16,6 @@
 #include <memory>
 #include <vector>
 
-class MArgDatabase;
 class MArgList;
 
 namespace vellix {
@@ -75,11 +73,12 @@ private:
     MStatus MoveFrames();
     MStatus MoveFramesUndo();
 
+    // What the first run finds out for Exchange.
     MStatus PlanInsert();
     MStatus PlanDuplicate();
     MStatus PlanPaste();
     /// The frames of the range go out; with `blanks` empty ones come in for them.
-    MStatus PlanRemoval(bool blanks);
+    void PlanRemoval(bool blanks);
     MStatus Exchange();
     MStatus ExchangeUndo();
     bool PrepareLayer();

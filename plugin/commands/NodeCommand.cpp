@@ -190,10 +190,7 @@ void NodeCommand::AddFirstLayer(BaseNode& node) {
 }
 
 void NodeCommand::AddFrames(BaseNode& node, const QString& camera) {
-    FrameRange range;
-    if (!FrameRange::FromTimeSlider(range)) {
-        return;
-    }
+    const FrameRange range = FrameRange::FromTimeSlider();
     for (int time = range.start; time < range.end; ++time) {
         node.AddFrame(camera, MTime(static_cast<double>(time), MTime::uiUnit()));
     }

@@ -5,14 +5,18 @@
 
 namespace vellix {
 
-bool FrameRange::FromTimeSlider(FrameRange& range) {
+FrameRange FrameRange::FromTimeSlider() {
+    MTime start = MayaUtil::GetPlaybackTime();
+    MTime end = start + MTime(1.0, MTime::uiUnit());
     MDoubleArray times;
-    if (!MayaUtil::GetTimeSliderRange(times) || times.length() < 2) {
-        return false;
+    if (MayaUtil::GetTimeSliderRange(times) && times.length() >= 2) {
+        start = MTime(times[0], MTime::uiUnit());
+        end = MTime(times[1], MTime::uiUnit());
     }
-    range.start = ToWholeFrames(MTime(times[0], MTime::uiUnit()));
-    range.end = ToWholeFrames(MTime(times[1], MTime::uiUnit()));
-    return true;
+    FrameRange range;
+    range.start = ToWholeFrames(start);
+    range.end = ToWholeFrames(end);
+    return range;
 }
 
 } // namespace vellix

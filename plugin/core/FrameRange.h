@@ -9,9 +9,9 @@ struct FrameRange {
 
     bool Contains(int frame) const { return frame >= start && frame < end; }
 
-    /// The highlighted range of the host's time slider, without one the current frame. False, with `range`
-    /// left alone, when the host has no answer.
-    static bool FromTimeSlider(FrameRange& range);
+    /// The highlighted range of the host's time slider; the current frame when nothing is highlighted, or
+    /// when the host has no time slider.
+    static FrameRange FromTimeSlider();
 };
 
 } // namespace vellix

@@ -328,10 +328,7 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
         return;
     }
     ClearClipboard();
-    FrameRange range;
-    if (!FrameRange::FromTimeSlider(range)) {
-        return;
-    }
+    const FrameRange range = FrameRange::FromTimeSlider();
     QList<int> times;
     layers->GetFrameTimes(camera, times);
     for (const int time : times) {

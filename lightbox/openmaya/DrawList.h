@@ -1,0 +1,51 @@
+#pragma once
+
+#include "openmaya/Texture.h"
+
+#include <QColor>
+#include <QPointF>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace lightbox {
+
+/// One thing that a plug-in wants to see over a viewport. Positions and lengths in view pixels, from the
+/// bottom left with y upward.
+struct DrawItem {
+    enum class Kind { Rectangle, Line, Circle, Text };
+
+    Kind kind = Kind::Line;
+    /// Straight alpha.
+    QColor color = Qt::white;
+    float lineWidth = 1.0f;
+    bool filled = false;
+    /// What is drawn later lies over what was drawn before, unless its priority is lower.
+    unsigned depthPriority = 0;
+
+    /// Centre of a rectangle or circle, first point of a line, position of a text.
+    QPointF position;
+    /// Second point of a line.
+    QPointF end;
+    /// A rectangle's up direction, of length 1, and half its sides.
+    QPointF up{0.0, 1.0};
+    double halfWidth = 0.0;
+    double halfHeight = 0.0;
+    double radius = 0.0;
+
+    /// On a filled rectangle; null for none. The first row of the texture is the rectangle's top.
+    std::shared_ptr<Texture> texture;
+    /// How the texture is read between its pixels, and beyond its edge.
+    bool smooth = true;
+
+    QString text;
+    unsigned fontSize = 12;
+    /// Which side of the position the text stands on.
+    Qt::Alignment alignment = Qt::AlignLeft;
+};
+
+/// In the order of drawing.
+using DrawList = std::vector<DrawItem>;
+
+} // namespace lightbox
