@@ -21,6 +21,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterSceneFileCommands(registry);
     RegisterPolygonCommands(registry);
     RegisterMaterialCommands(registry);
+    RegisterViewCommands(registry);
     RegisterNamespaceCommands(registry);
     RegisterPluginCommands(registry);
 }

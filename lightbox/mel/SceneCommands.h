@@ -26,6 +26,7 @@ void RegisterFileCommand(CommandRegistry& registry);
 void RegisterSceneFileCommands(CommandRegistry& registry);
 void RegisterPolygonCommands(CommandRegistry& registry);
 void RegisterMaterialCommands(CommandRegistry& registry);
+void RegisterViewCommands(CommandRegistry& registry);
 void RegisterNamespaceCommands(CommandRegistry& registry);
 void RegisterPluginCommands(CommandRegistry& registry);
 
