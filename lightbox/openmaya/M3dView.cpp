@@ -21,7 +21,6 @@ using lightbox::FromImath;
 using lightbox::Host;
 using lightbox::ToImath;
 using lightbox::ToPoint;
-using lightbox::ToVector;
 using lightbox::UserInterface;
 using lightbox::View;
 
@@ -197,7 +196,7 @@ MStatus M3dView::refresh(bool all, bool force) {
 
 MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& worldPt, MVector& worldVector) const {
     MPoint farPoint;
-    const MStatus status = viewToWorld(x_pos, y_pos, worldPt, farPoint);
+    MStatus status = viewToWorld(x_pos, y_pos, worldPt, farPoint);
     if (status) {
         worldVector = (farPoint - worldPt).normal();
     }

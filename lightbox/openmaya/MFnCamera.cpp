@@ -45,7 +45,8 @@ MVector DirectionOf(const MObject& object, const MVector& own, MSpace::Space spa
 MFnCamera::MFnCamera() = default;
 
 MFnCamera::MFnCamera(const MObject& object, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, CameraOf(object) ? MFnBase::setObject(object) : MS::kInvalidParameter);
+    const std::shared_ptr<DagNode> camera = CameraOf(object);
+    Access::Report(ReturnStatus, camera ? MFnBase::setObject(Access::Wrap(camera)) : MS::kInvalidParameter);
 }
 
 MFnCamera::MFnCamera(const MDagPath& object, MStatus* ReturnStatus)

@@ -132,7 +132,7 @@ MStatus MPxContextCommand::Create(const std::string& wanted, const MArgParser& a
     }
     Access::StateOf(*maker).command = Access::StateOf(*this).command;
     auto made = std::make_unique<PluginContext>(name, command, std::move(maker), std::move(context));
-    const MStatus status = Edit(*made, arguments);
+    MStatus status = Edit(*made, arguments);
     if (status) {
         tools.Add(std::move(made));
         setResult(MString(name.c_str()));
@@ -159,7 +159,7 @@ MStatus MPxContextCommand::Query(PluginContext& context, const MArgParser& argum
 
 MStatus MPxContextCommand::CallWith(const MArgParser& arguments, MStatus (MPxContextCommand::*flags)()) {
     contextState_->parser.emplace(arguments);
-    const MStatus status = (this->*flags)();
+    MStatus status = (this->*flags)();
     contextState_->parser.reset();
     return status;
 }

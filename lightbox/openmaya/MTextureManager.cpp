@@ -47,8 +47,6 @@ MTextureDescription::MTextureDescription() {
     setToDefault2DTexture();
 }
 
-MTextureDescription::~MTextureDescription() = default;
-
 void MTextureDescription::setToDefault2DTexture() {
     fWidth = 0;
     fHeight = 0;
@@ -150,9 +148,6 @@ void MTextureManager::releaseTexture(MTexture* texture) const {
         textures.erase(found);
     }
 }
-
-MRenderer::MRenderer() = default;
-MRenderer::~MRenderer() = default;
 
 MRenderer* MRenderer::theRenderer(bool) {
     static MRenderer renderer;

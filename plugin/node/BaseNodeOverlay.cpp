@@ -181,20 +181,21 @@ void BaseNode::LegacyOpenGlBegin(M3dView& view) {
 }
 
 void BaseNode::DrawLegacyQuad() const {
-    double left = m_overlay.Center().x - m_overlay.HalfSize();
-    double bottom = m_overlay.Center().y - m_overlay.HalfSize();
     const double size = 2.0 * m_overlay.HalfSize();
+    double left = m_overlay.Center().x - m_overlay.HalfSize();
+    double top = m_overlay.Center().y + m_overlay.HalfSize();
     if (size == Settings::FINAL_IMAGE_WIDTH) {
-        // Pixel for pixel: half a pixel beside, as in a view of odd size, all would be blurred.
-        left = std::floor(left);
-        bottom = std::floor(bottom);
+        // Pixel for pixel: half a pixel beside, as in a view of odd size, all would be blurred. Halves go to
+        // the left and upward, as ScreenCoordsToTexCoords() rounds.
+        left = std::ceil(left - 0.5);
+        top = std::floor(top + 0.5);
     }
     const double corners[][2] = {{0.0, 1.0}, {1.0, 1.0}, {1.0, 0.0}, {0.0, 0.0}};
     glBegin(GL_QUADS);
     for (const auto& corner : corners) {
         // The image's first row is at the top.
         glTexCoord2d(corner[0], corner[1]);
-        glVertex2d(left + corner[0] * size, bottom + (1.0 - corner[1]) * size);
+        glVertex2d(left + corner[0] * size, top - corner[1] * size);
     }
     glEnd();
 }

@@ -17,6 +17,7 @@ constexpr float MARGIN_FRACTION = 0.005f;
 constexpr float FRAMES_FRACTION = 0.99f;
 constexpr float BAND_FRACTION = 0.333f;
 constexpr int BAND_OFFSET = 2;
+constexpr float HALF_PIXEL = 0.5f;
 constexpr int FILL_ALPHA = 63;
 
 /// Where marks lie in a slider, in its pixels.
@@ -30,7 +31,7 @@ struct MarkBand {
 
     QRect MarkAt(int time) const {
         const int left =
-            static_cast<int>((static_cast<float>(time) - firstFrame) * pixelsPerFrame + margin + 0.5f);
+            static_cast<int>((static_cast<float>(time) - firstFrame) * pixelsPerFrame + margin + HALF_PIXEL);
         // Where frames are narrower than pixels a mark is one pixel wide.
         return QRect(left, top, qMax(1, static_cast<int>(pixelsPerFrame)), height);
     }

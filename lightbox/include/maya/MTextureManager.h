@@ -34,7 +34,7 @@ enum MEnvironmentMapType {
 class MTextureDescription {
 public:
     MTextureDescription();
-    ~MTextureDescription();
+    ~MTextureDescription() = default;
 
     void setToDefault2DTexture();
 

@@ -85,8 +85,8 @@ public:
     MRenderer& operator=(const MRenderer&) = delete;
 
 private:
-    MRenderer();
-    ~MRenderer();
+    MRenderer() = default;
+    ~MRenderer() = default;
 };
 
 } // namespace MHWRender

@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
         return RUN_ALL_TESTS(); // the build asks for the list, perhaps where there is no display
     }
     lightbox::WindowSession::PrepareApplication();
+    // A pixel of a widget is one of the screen, whatever resolution a virtual screen claims to have.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
     QApplication application(argc, argv);
     // No test waits for an animation.
     QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);
