@@ -67,7 +67,9 @@ std::shared_ptr<Attribute> MakeAttribute(const AttributeRow& row) {
     if (row.kind == Kind::Enum) {
         int number = 0;
         for (const std::string& field : Split(extra)) {
-            attribute->enumFields.emplace_back(field, number++);
+            const std::size_t equals = field.find('=');
+            number = equals == std::string::npos ? number : std::stoi(field.substr(equals + 1));
+            attribute->enumFields.emplace_back(field.substr(0, equals), number++);
         }
     } else if (row.kind == Kind::String && !extra.empty()) {
         attribute->defaultValue = extra;

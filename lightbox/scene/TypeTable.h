@@ -9,7 +9,7 @@ namespace lightbox {
 
 /// One attribute. Flags: k keyable, c in the channel box, h hidden, o output (not writable, not stored), m
 /// array, n array whose indexes do not matter. `extra` holds the suffixes of a number with parts or the
-/// fields of an enum, separated by colons, and the default of a text.
+/// fields of an enum ("A:B=3"), separated by colons, and the default of a text.
 struct AttributeRow {
     AttributeKind kind;
     const char* longName;
