@@ -11,8 +11,7 @@ Retiming::Retiming(int amount, bool relative)
 void Retiming::SetRange(int start, int end, const std::vector<int>& times) {
     const auto later = std::upper_bound(times.begin(), times.end(), start);
     m_start = later == times.begin() ? start : *(later - 1);
-    const auto notEarlier = std::lower_bound(times.begin(), times.end(), end);
-    m_end = notEarlier == times.end() ? end : *notEarlier;
+    m_end = end; // all that starts before it is in the range, wherever it lies between two drawings
 }
 
 int Retiming::FindTarget(const std::vector<int>& times, bool next) const {

@@ -13,8 +13,7 @@ public:
     /// With `relative` the amount, in frames, is added to each hold; otherwise it is the new hold.
     Retiming(int amount, bool relative);
 
-    /// Takes the range whose drawings are retimed. A start between two drawings moves back to the first of
-    /// them, an end between two drawings on to the second.
+    /// Takes the range whose drawings are retimed: those that start in it and the one that it starts in.
     void SetRange(int start, int end, const std::vector<int>& times);
     /// Index of the drawing to look at afterwards: the first retimed one or, with `next`, the one after it.
     int FindTarget(const std::vector<int>& times, bool next) const;

@@ -105,6 +105,8 @@ protected:
         for (int round = 0; round < 3; ++round) {
             EXPECT_EQ(Keys().toStdString(), edit.result);
             EXPECT_EQ(Now(), edit.timeAfter);
+            const Layer& layer = *Node().GetActiveLayer("persp");
+            EXPECT_EQ(layer.GetCurrentFrameIndex(), layer.FindFrameIndex(Now()));
             const QString after = Drawing();
             Mel("undo");
             EXPECT_EQ(Drawing().toStdString(), before.toStdString());
@@ -164,6 +166,7 @@ TEST_F(FrameCommandTest, RetimesHolds) {
         {"1 5 9", 12, "", "-mvn -ret 2", "1 5 9", 9}, //
         {"3 5 9", 1, "", "-retime 9", "3 5 9", 3},    // nothing is shown yet
         {"3 5 9", 1, "", "-retime 9 -mvn", "3 5 9", 3},
+        {"1 5 9", 9, "1 2", "-retime 8 -mvn", "1 9=5 13=9", 9},
         {"1 5 9 20", 1, "1 9", "-retime 1", "1 2=5 3=9 14=20", 1},
         {"1 5 9 20", 1, "2 6", "-retime 1", "1 2=5 3=9 14=20", 1}, // an end between two goes on to the later
         {"1 5 9 20", 1, "5 20", "-ret 3 -rel", "1 5 12=9 26=20", 5},
@@ -268,13 +271,18 @@ TEST_F(FrameCommandTest, TheSameFramesComeBackThroughOtherEdits) {
 TEST_F(FrameCommandTest, DrawingsOfAnotherTimeUnitSurvive) {
     Key("1 2 3 4 6");
     const QList<const Frame*> frames = Frames();
-    for (const char* line : {"-delete", "-clear", "-cut", "-move 40 0 3", "-retime 7"}) {
+    const struct {
+        const char* line;
+        int left;
+    } cases[] = {{"-delete", 1}, {"-clear", 4}, {"-cut", 1}, {"-move 40 0 3", 5}, {"-retime 7", 5}};
+    for (const auto& c : cases) {
         Mel("currentUnit -time \"12fps\"");
         Highlight("0 3");
-        Mel(QString("qmVellixFrame ") + line);
+        Mel(QString("qmVellixFrame ") + c.line);
+        EXPECT_EQ(Frames().size(), c.left) << c.line;
         Mel("undo; currentUnit -time film");
-        EXPECT_EQ(Keys(), "1 2 3 4 6") << line;
-        EXPECT_EQ(Frames(), frames) << line;
+        EXPECT_EQ(Keys(), "1 2 3 4 6") << c.line;
+        EXPECT_EQ(Frames(), frames) << c.line;
     }
 }
 
