@@ -8,6 +8,8 @@
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
 #include "scene/PluginManager.h"
+#include "window/WindowCommands.h"
+#include "window/WindowSession.h"
 
 #include <QApplication>
 #include <QDir>
@@ -88,6 +90,7 @@ void RunStep(Host& host, const CommandLine::Step& step) {
 /// The batch run: the first error ends it.
 int RunBatch(const CommandLine& line) {
     Host host({true, PrefsFolder(line)});
+    lightbox::RegisterWindowCommands(host, nullptr);
     WatchSignals(host);
     host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
     if (line.autoloadPlugins) {
@@ -106,6 +109,28 @@ int RunBatch(const CommandLine& line) {
     const int status = host.QuitStatus().value_or(host.output().ErrorCount() > 0 ? FAILURE : 0);
     std::fflush(stdout);
     return status;
+}
+
+/// The run with a window: what goes wrong is shown, and the window stays.
+int RunWindow(const CommandLine& line) {
+    Host host({false, PrefsFolder(line)});
+    WatchSignals(host);
+    host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
+    lightbox::WindowSession session(host);
+    return session.Run([&] {
+        if (line.autoloadPlugins) {
+            host.plugins().Autoload();
+        }
+        if (!line.sceneFile.empty()) {
+            OpenScene(host, line.sceneFile);
+        }
+        for (const CommandLine::Step& step : line.steps) {
+            if (host.QuitStatus()) {
+                break;
+            }
+            RunStep(host, step);
+        }
+    });
 }
 
 } // namespace
@@ -128,15 +153,11 @@ int main(int argc, char** argv) {
         std::printf("lightbox %s\n", LIGHTBOX_VERSION);
         return 0;
     }
-    if (!line.batch) {
-        std::fputs(
-            "lightbox: this version has no window yet. Use -batch with -script FILE.mel or -command MEL; "
-            "-help lists all options.\n",
-            stderr);
-        return FAILURE;
-    }
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    if (line.batch && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    if (!line.batch) {
+        lightbox::WindowSession::PrepareApplication();
     }
     qInstallMessageHandler(OnQtMessage);
     // Our own options are not Qt's: "-style" or "-platform" were refused above.
@@ -144,5 +165,5 @@ int main(int argc, char** argv) {
     QApplication application(qtArgumentCount, argv);
     QApplication::setApplicationName("Lightbox");
     QApplication::setApplicationVersion(LIGHTBOX_VERSION);
-    return RunBatch(line);
+    return line.batch ? RunBatch(line) : RunWindow(line);
 }

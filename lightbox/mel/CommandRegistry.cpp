@@ -26,16 +26,24 @@ void CommandRegistry::RegisterRaw(const std::string& name, unsigned minimum, uns
 
 bool CommandRegistry::RegisterPlugin(const std::string& name, PluginCreator creator, MSyntax (*syntax)(),
                                      const std::string& plugin) {
+    return AddPlugin(name, creator, syntax ? std::optional(syntax()) : std::nullopt, plugin);
+}
+
+bool CommandRegistry::RegisterPlugin(const std::string& name, PluginCreator creator, const MSyntax& syntax,
+                                     const std::string& plugin) {
+    return AddPlugin(name, creator, syntax, plugin);
+}
+
+bool CommandRegistry::AddPlugin(const std::string& name, PluginCreator creator,
+                                const std::optional<MSyntax>& syntax, const std::string& plugin) {
     if (name.empty() || !creator || commands_.count(name) != 0) {
         return false;
     }
     auto command = std::make_shared<Command>();
     command->name = name;
     command->creator = creator;
-    command->hasSyntax = syntax != nullptr;
-    if (syntax) {
-        command->syntax = syntax();
-    }
+    command->hasSyntax = syntax.has_value();
+    command->syntax = syntax.value_or(MSyntax());
     command->plugin = plugin;
     commands_[name] = std::move(command);
     ++version_;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,9 @@ public:
     /// False when the name is taken.
     bool RegisterPlugin(const std::string& name, PluginCreator creator, MSyntax (*syntax)(),
                         const std::string& plugin);
+    /// The same with a syntax at hand.
+    bool RegisterPlugin(const std::string& name, PluginCreator creator, const MSyntax& syntax,
+                        const std::string& plugin);
     /// False when there is no plug-in command of that name.
     bool DeregisterPlugin(const std::string& name);
 
@@ -55,6 +59,9 @@ public:
     unsigned Version() const { return version_; }
 
 private:
+    bool AddPlugin(const std::string& name, PluginCreator creator, const std::optional<MSyntax>& syntax,
+                   const std::string& plugin);
+
     std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
     unsigned version_ = 1;
 };

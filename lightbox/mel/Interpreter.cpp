@@ -5,7 +5,6 @@
 #include "mel/SourceText.h"
 #include "mel/StatementChunk.h"
 #include "mel/TextRun.h"
-#include "mel/ToolContexts.h"
 #include "scene/Host.h"
 
 #include <QDir>
@@ -30,8 +29,7 @@ std::string ExistingFile(const QString& path) {
 Interpreter::Interpreter(Host& host)
     : host_(host)
     , runtime_(std::make_unique<Runtime>(*this))
-    , jobs_(std::make_unique<ScriptJobs>(host))
-    , contexts_(std::make_unique<ToolContexts>()) {
+    , jobs_(std::make_unique<ScriptJobs>(host)) {
     RegisterLanguageCommands(commands_);
     for (const char* const name : ExpectedVariables) {
         SetGlobal(name, "");

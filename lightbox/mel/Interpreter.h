@@ -18,7 +18,6 @@ namespace lightbox::mel {
 
 class Runtime;
 class ScriptJobs;
-class ToolContexts;
 
 /// How a text is run.
 struct RunOptions {
@@ -77,7 +76,6 @@ public:
     void Interrupt();
 
     ScriptJobs& Jobs() { return *jobs_; }
-    ToolContexts& Contexts() { return *contexts_; }
     /// The state behind it, for the parts of the language.
     Runtime& GetRuntime() { return *runtime_; }
 
@@ -88,7 +86,6 @@ private:
     CommandRegistry commands_;
     std::unique_ptr<Runtime> runtime_;
     std::unique_ptr<ScriptJobs> jobs_;
-    std::unique_ptr<ToolContexts> contexts_;
 };
 
 /// The text as a MEL string literal with its quotes: quotes, backslashes, line breaks and tabs escaped, every

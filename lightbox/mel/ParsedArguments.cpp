@@ -28,6 +28,8 @@ const char* Expected(MSyntax::MArgType type) {
     case MSyntax::kString:
     case MSyntax::kSelectionItem:
         return "a string";
+    case ANY_ARGUMENT:
+        return "a time or range";
     default:
         return "a numeric";
     }
@@ -61,6 +63,8 @@ bool Fits(MSyntax::MArgType type, const Value& value) {
     case MSyntax::kDistance:
     case MSyntax::kAngle:
         return IsMeasure(value);
+    case ANY_ARGUMENT:
+        return value.IsNumber() || value.IsString();
     default:
         return value.IsString();
     }

@@ -4,6 +4,7 @@
 #include "mel/SyntaxBuilder.h"
 #include "scene/Host.h"
 #include "scene/PluginManager.h"
+#include "scene/UserInterface.h"
 
 namespace lightbox::mel {
 namespace {
@@ -83,6 +84,10 @@ Value PluginInfo(CommandCall& call) {
 }
 
 Value Quit(CommandCall& call) {
+    UserInterface* const ui = call.GetHost().ui();
+    if (ui && !call.Has("-force") && !ui->SettleUnsavedChanges()) {
+        return {};
+    }
     call.GetHost().RequestQuit(call.IntOr("-exitCode", 0));
     // Nothing of the running script comes after this.
     call.GetInterpreter().Interrupt();

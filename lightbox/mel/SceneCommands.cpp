@@ -16,6 +16,10 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterXformCommand(registry);
     RegisterCameraCommand(registry);
     RegisterTimeCommands(registry);
+    RegisterSetKeyframeCommand(registry);
+    RegisterKeyframeCommands(registry);
+    RegisterKeyTangentCommand(registry);
+    RegisterKeyClipboardCommands(registry);
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
     RegisterSceneFileCommands(registry);
@@ -24,6 +28,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterViewCommands(registry);
     RegisterNamespaceCommands(registry);
     RegisterPluginCommands(registry);
+    RegisterToolCommands(registry);
 }
 
 } // namespace lightbox::mel

@@ -21,6 +21,10 @@ void RegisterTransformCommands(CommandRegistry& registry);
 void RegisterXformCommand(CommandRegistry& registry);
 void RegisterCameraCommand(CommandRegistry& registry);
 void RegisterTimeCommands(CommandRegistry& registry);
+void RegisterSetKeyframeCommand(CommandRegistry& registry);
+void RegisterKeyframeCommands(CommandRegistry& registry);
+void RegisterKeyTangentCommand(CommandRegistry& registry);
+void RegisterKeyClipboardCommands(CommandRegistry& registry);
 void RegisterUndoCommands(CommandRegistry& registry);
 void RegisterFileCommand(CommandRegistry& registry);
 void RegisterSceneFileCommands(CommandRegistry& registry);
@@ -29,5 +33,6 @@ void RegisterMaterialCommands(CommandRegistry& registry);
 void RegisterViewCommands(CommandRegistry& registry);
 void RegisterNamespaceCommands(CommandRegistry& registry);
 void RegisterPluginCommands(CommandRegistry& registry);
+void RegisterToolCommands(CommandRegistry& registry);
 
 } // namespace lightbox::mel

@@ -4,7 +4,6 @@
 #include "mel/LanguageCommands.h"
 #include "mel/ScriptJobs.h"
 #include "mel/SyntaxBuilder.h"
-#include "mel/ToolContexts.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/OptionVars.h"
@@ -247,43 +246,11 @@ void RegisterOptionVariable(CommandRegistry& registry) {
     });
 }
 
-void RegisterContexts(CommandRegistry& registry) {
-    registry.RegisterRaw("currentCtx", 0, 0,
-                         [](CommandCall& call) { return Value(call.GetInterpreter().Contexts().Current()); });
-    registry.RegisterRaw("setToolTo", 1, 1, [](CommandCall& call) {
-        const std::string name = call.Object(0).AsString();
-        ToolContexts& contexts = call.GetInterpreter().Contexts();
-        if (!contexts.Exists(name)) {
-            call.Fail("There is no tool context \"" + name + "\".");
-        }
-        if (contexts.Current() != name) {
-            contexts.SetCurrent(name);
-            call.GetHost().events().Fire("ToolChanged");
-            call.GetHost().events().Fire("PostToolChanged");
-        }
-        return Value();
-    });
-    registry.Register("contextInfo",
-                      SyntaxBuilder().Flag("-ex", "-exists").Flag("-c", "-class").Objects(1, 1),
-                      [](CommandCall& call) {
-                          const std::string name = call.Object(0).AsString();
-                          const ToolContexts& contexts = call.GetInterpreter().Contexts();
-                          if (call.Has("-exists")) {
-                              return Value(contexts.Exists(name));
-                          }
-                          if (!contexts.Exists(name)) {
-                              call.Fail("There is no tool context \"" + name + "\".");
-                          }
-                          return Value(contexts.ClassOf(name));
-                      });
-}
-
 } // namespace
 
 void RegisterSessionCommands(CommandRegistry& registry) {
     RegisterScriptJob(registry);
     RegisterOptionVariable(registry);
-    RegisterContexts(registry);
 }
 
 } // namespace lightbox::mel

@@ -1,14 +1,20 @@
 #include "formats/FileReader.h"
+#include "mel/KeyArguments.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Edit.h"
+#include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 
 #include <maya/MTime.h>
+
+#include <QCoreApplication>
+
+#include <algorithm>
 
 namespace lightbox::mel {
 namespace {
@@ -22,11 +28,12 @@ Value CurrentTime(CommandCall& call) {
         return host.time().CurrentTime();
     }
     const Value& given = call.Object(0);
-    double time = 0.0;
-    if (!given.IsNumber() && !IsNumber(given.AsString(), time)) {
-        call.Fail("A time was expected, not \"" + given.AsString() + "\".");
+    const double frame = KeyArguments::TimeOf(call, given);
+    if (call.Has("-update") && !call.Bool("-update")) {
+        host.time().MoveWithoutScene(frame);
+    } else {
+        edit::SetCurrentTime(host, frame);
     }
-    edit::SetCurrentTime(host, given.AsFloat());
     return host.time().CurrentTime();
 }
 
@@ -72,13 +79,41 @@ Value CurrentUnit(CommandCall& call) {
     return linear;
 }
 
+struct LoopName {
+    const char* name;
+    Timeline::Loop loop;
+};
+constexpr LoopName LOOP_NAMES[] = {{"once", Timeline::Loop::Once},
+                                   {"continuous", Timeline::Loop::Continuous},
+                                   {"oscillate", Timeline::Loop::Oscillate}};
+
+Timeline::Loop LoopNamed(const CommandCall& call, const std::string& name) {
+    for (const LoopName& loop : LOOP_NAMES) {
+        if (name == loop.name) {
+            return loop.loop;
+        }
+    }
+    call.Fail("-loop takes \"once\", \"continuous\" or \"oscillate\", not \"" + name + "\".");
+}
+
 Value QueryPlaybackOptions(const CommandCall& call) {
     const Timeline& time = call.GetHost().time();
+    if (call.Has("-loop")) {
+        for (const LoopName& loop : LOOP_NAMES) {
+            if (time.PlaybackLoop() == loop.loop) {
+                return loop.name;
+            }
+        }
+    }
+    if (call.Has("-view")) {
+        return time.PlaysInAllViews() ? "all" : "active";
+    }
     const std::pair<const char*, double> numbers[] = {{"-minTime", time.MinTime()},
                                                       {"-maxTime", time.MaxTime()},
                                                       {"-animationStartTime", time.AnimationStart()},
                                                       {"-animationEndTime", time.AnimationEnd()},
                                                       {"-playbackSpeed", time.PlaybackSpeed()},
+                                                      {"-maxPlaybackSpeed", time.MaxPlaybackSpeed()},
                                                       {"-by", time.PlaybackBy()},
                                                       {"-framesPerSecond", RateOf(time.Unit()).PerSecond()}};
     for (const auto& [flag, number] : numbers) {
@@ -89,28 +124,52 @@ Value QueryPlaybackOptions(const CommandCall& call) {
     call.Fail("Nothing was asked for.");
 }
 
+/// The options that are no ranges. What is wrong is found before anything is set.
+void SetPlaybackManner(const CommandCall& call) {
+    Host& host = call.GetHost();
+    Timeline& time = host.time();
+    const Timeline::Loop loop =
+        call.Has("-loop") ? LoopNamed(call, call.String("-loop")) : time.PlaybackLoop();
+    const std::string view = call.StringOr("-view", time.PlaysInAllViews() ? "all" : "active");
+    if (view != "all" && view != "active") {
+        call.Fail("-view takes \"all\" or \"active\", not \"" + view + "\".");
+    }
+    const double by = call.FloatOr("-by", time.PlaybackBy());
+    if (!(by > 0.0)) {
+        call.Fail("-by takes a number of frames above 0.");
+    }
+    time.SetPlaybackLoop(loop);
+    time.SetPlaysInAllViews(view == "all");
+    if (call.Has("-playbackSpeed")) {
+        edit::SetPlaybackSpeed(host, std::max(0.0, call.Float("-playbackSpeed")));
+    }
+    time.SetMaxPlaybackSpeed(std::max(0.0, call.FloatOr("-maxPlaybackSpeed", time.MaxPlaybackSpeed())));
+    if (by != time.PlaybackBy()) {
+        edit::SetPlaybackBy(host, by);
+    }
+    host.events().Fire("timeSliderChanged");
+}
+
 Value PlaybackOptions(CommandCall& call) {
     if (call.IsQuery()) {
         return QueryPlaybackOptions(call);
     }
     Host& host = call.GetHost();
     const Timeline& time = host.time();
+    SetPlaybackManner(call);
     // Each range may move the other, so what was not given is taken from before the first change.
-    const double minimum = call.FloatOr("-minTime", time.MinTime());
-    const double maximum = call.FloatOr("-maxTime", time.MaxTime());
-    const double start = call.FloatOr("-animationStartTime", time.AnimationStart());
-    const double end = call.FloatOr("-animationEndTime", time.AnimationEnd());
+    const auto given = [&call](const char* flag, double now) {
+        return call.Has(flag) ? KeyArguments::TimeOf(call, call.Argument(flag)) : now;
+    };
+    const double minimum = given("-minTime", time.MinTime());
+    const double maximum = given("-maxTime", time.MaxTime());
+    const double start = given("-animationStartTime", time.AnimationStart());
+    const double end = given("-animationEndTime", time.AnimationEnd());
     if (call.Has("-animationStartTime") || call.Has("-animationEndTime")) {
         edit::SetAnimationRange(host, start, end);
     }
     if (call.Has("-minTime") || call.Has("-maxTime")) {
         edit::SetPlaybackRange(host, minimum, maximum);
-    }
-    if (call.Has("-playbackSpeed")) {
-        edit::SetPlaybackSpeed(host, call.Float("-playbackSpeed"));
-    }
-    if (call.Has("-by")) {
-        edit::SetPlaybackBy(host, call.Float("-by"));
     }
     return time.MinTime();
 }
@@ -123,6 +182,10 @@ Value Play(CommandCall& call) {
     const bool isForward = !call.Has("-forward") || call.Bool("-forward");
     const bool isOn = !call.Has("-state") || call.Bool("-state");
     time.SetPlaying(!isOn ? 0 : isForward ? 1 : -1);
+    const Host& host = call.GetHost();
+    while (call.Has("-wait") && call.GetHost().ui() && time.IsPlaying() && !host.QuitStatus()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
     return {};
 }
 
@@ -153,6 +216,9 @@ Value TimeControl(CommandCall& call) {
     if (call.Has("-rangeVisible") && !call.Bool("-rangeVisible")) {
         time.ClearHighlight();
     }
+    if (call.Has("-forceRefresh")) {
+        call.GetHost().events().Fire("timeSliderChanged");
+    }
     return call.Objects().empty() ? Value("") : Value(call.Object(0).AsString());
 }
 
@@ -172,10 +238,13 @@ void RegisterTimeCommands(CommandRegistry& registry) {
                     CurrentUnit);
     AddSceneCommand(registry, "playbackOptions",
                     SyntaxBuilder()
-                        .Flag("-min", "-minTime", NUMBER)
-                        .Flag("-max", "-maxTime", NUMBER)
-                        .Flag("-ast", "-animationStartTime", NUMBER)
-                        .Flag("-aet", "-animationEndTime", NUMBER)
+                        .Flag("-min", "-minTime", MSyntax::kTime)
+                        .Flag("-max", "-maxTime", MSyntax::kTime)
+                        .Flag("-ast", "-animationStartTime", MSyntax::kTime)
+                        .Flag("-aet", "-animationEndTime", MSyntax::kTime)
+                        .Flag("-l", "-loop", MSyntax::kString)
+                        .Flag("-v", "-view", MSyntax::kString)
+                        .Flag("-mps", "-maxPlaybackSpeed", NUMBER)
                         .Flag("-ps", "-playbackSpeed", NUMBER)
                         .Flag("-by", "-by", NUMBER)
                         .Flag("-fps", "-framesPerSecond")

@@ -1,13 +1,19 @@
 #pragma once
 
+#include "openmaya/DrawList.h"
 #include "scene/DagNode.h"
 #include "scene/DataValue.h"
 #include "scene/Plug.h"
 
+#include <maya/M3dView.h>
+#include <maya/MCursor.h>
 #include <maya/MDagPath.h>
+#include <maya/MEvent.h>
 #include <maya/MObject.h>
 #include <maya/MPlug.h>
 #include <maya/MPxCommand.h>
+#include <maya/MPxContext.h>
+#include <maya/MPxContextCommand.h>
 #include <maya/MPxNode.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -15,7 +21,11 @@
 #include <memory>
 #include <string>
 
+class QCursor;
+
 namespace lightbox {
+
+class CameraView;
 
 /// The one way from OpenMaya's classes to what stands behind them and back.
 class Access {
@@ -45,6 +55,20 @@ public:
 
     static void Bind(MPxNode& userNode, Node* node) { userNode.node_ = node; }
     static MPxCommand::State& StateOf(MPxCommand& command) { return *command.state_; }
+    static MPxContext::State& StateOf(MPxContext& context) { return *context.state_; }
+    static MPxContextCommand::ContextState& ContextStateOf(MPxContextCommand& command) {
+        return *command.contextState_;
+    }
+
+    static M3dView Wrap(View& view);
+    static std::shared_ptr<Texture> TextureOf(const MHWRender::MTexture& texture);
+    /// For one drawing: view, camera and list have to outlive the answer.
+    static std::unique_ptr<MHWRender::MFrameContext> MakeFrameContext(const View& view,
+                                                                      const CameraView& camera);
+    static std::unique_ptr<MHWRender::MUIDrawManager> MakeDrawManager(DrawList& list);
+    static QCursor ToQt(const MCursor& cursor);
+    /// Position in view pixels; button and modifiers as MEvent has them.
+    static MEvent MakeEvent(int x, int y, int viewHeight, unsigned button, unsigned modifiers);
 };
 
 } // namespace lightbox

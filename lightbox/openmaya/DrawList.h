@@ -36,12 +36,15 @@ struct DrawItem {
 
     /// On a filled rectangle; null for none. The first row of the texture is the rectangle's top.
     std::shared_ptr<Texture> texture;
-    /// How the texture is read between its pixels, and beyond its edge.
+    /// Between the texture's pixels; beyond its edge the colour of the edge goes on.
     bool smooth = true;
+    /// The channels of the view that a textured rectangle changes: red 1, green 2, blue 4, alpha 8.
+    unsigned channels = 15;
 
     QString text;
     unsigned fontSize = 12;
-    /// Which side of the position the text stands on.
+    /// Qt::AlignLeft: the text begins at the position; AlignHCenter: it is centred on it; AlignRight: it ends
+    /// there. The position is on the base line.
     Qt::Alignment alignment = Qt::AlignLeft;
 };
 

@@ -1,8 +1,28 @@
 #include "openmaya/Access.h"
+#include "openmaya/ImathAccess.h"
+#include "scene/CameraView.h"
+#include "scene/Host.h"
+#include "scene/UserInterface.h"
+#include "scene/View.h"
 
 #include <maya/M3dView.h>
+#include <maya/MColor.h>
+
+#include <QWidget>
+#include <qopengl.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 using lightbox::Access;
+using lightbox::CameraView;
+using lightbox::FromImath;
+using lightbox::Host;
+using lightbox::ToImath;
+using lightbox::ToPoint;
+using lightbox::UserInterface;
+using lightbox::View;
 
 namespace {
 
@@ -10,21 +30,267 @@ MStatus NoView() {
     return Access::Fail(MS::kFailure, "There is no 3d view");
 }
 
+UserInterface* Ui() {
+    Host* host = Host::Current();
+    return host ? host->ui() : nullptr;
+}
+
+/// The view, or null when it has gone. Reports the status.
+View* Live(View* view, MStatus* status = nullptr) {
+    UserInterface* ui = view ? Ui() : nullptr;
+    if (ui) {
+        const std::vector<View*> views = ui->Views();
+        ui = std::find(views.begin(), views.end(), view) != views.end() ? ui : nullptr;
+    }
+    Access::Report(status, ui ? MStatus() : NoView());
+    return ui ? view : nullptr;
+}
+
+CameraView CameraOf(const View& view) {
+    return CameraView(*view.Camera(), view.Width(), view.Height());
+}
+
+/// The nearest whole pixel that a short can say.
+short Rounded(double value) {
+    constexpr double low = std::numeric_limits<short>::min();
+    constexpr double high = std::numeric_limits<short>::max();
+    return std::isfinite(value) ? static_cast<short>(std::clamp(std::floor(value + 0.5), low, high)) : 0;
+}
+
+/// View pixels become the unit of OpenGL calls.
+void PushPixelSpace(const View& view) {
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0.0, view.Width(), 0.0, view.Height(), -1.0, 1.0);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+}
+
+void PopPixelSpace() {
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+}
+
 } // namespace
 
+M3dView Access::Wrap(View& view) {
+    M3dView wrapped;
+    wrapped.view_ = &view;
+    return wrapped;
+}
+
 M3dView M3dView::active3dView(MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, NoView());
-    return M3dView();
+    UserInterface* ui = Ui();
+    View* view = ui ? ui->ActiveView() : nullptr;
+    Access::Report(ReturnStatus, view ? MStatus() : NoView());
+    return view ? Access::Wrap(*view) : M3dView();
 }
 
 unsigned int M3dView::numberOf3dViews() {
-    return 0;
+    UserInterface* ui = Ui();
+    return ui ? static_cast<unsigned int>(ui->Views().size()) : 0;
 }
 
-MStatus M3dView::getCamera(MDagPath&) {
+MStatus M3dView::get3dView(unsigned int index, M3dView& view) {
+    if (index >= numberOf3dViews()) {
+        return NoView();
+    }
+    view = Access::Wrap(*Ui()->Views()[index]);
+    return MS::kSuccess;
+}
+
+MStatus M3dView::getM3dViewFromModelPanel(const MString& modelPaneName, M3dView& view) {
+    UserInterface* ui = Ui();
+    for (View* candidate : ui ? ui->Views() : std::vector<View*>()) {
+        if (candidate->PanelName() == Access::Text(modelPaneName)) {
+            view = Access::Wrap(*candidate);
+            return MS::kSuccess;
+        }
+    }
     return NoView();
 }
 
-MStatus M3dView::refresh(bool, bool) {
-    return NoView();
+QWidget* M3dView::widget(MStatus* ReturnStatus) const {
+    View* view = Live(view_, ReturnStatus);
+    return view ? &view->Widget() : nullptr;
+}
+
+int M3dView::portWidth(MStatus* ReturnStatus) const {
+    const View* view = Live(view_, ReturnStatus);
+    return view ? view->Width() : 0;
+}
+
+int M3dView::portHeight(MStatus* ReturnStatus) const {
+    const View* view = Live(view_, ReturnStatus);
+    return view ? view->Height() : 0;
+}
+
+bool M3dView::isVisible(MStatus* ReturnStatus) const {
+    View* view = Live(view_, ReturnStatus);
+    return view && view->Widget().isVisible();
+}
+
+M3dView::RendererName M3dView::getRendererName(MStatus* ReturnStatus) const {
+    const View* view = Live(view_, ReturnStatus);
+    return view && view->IsViewport2() ? kViewport2Renderer : kDefaultQualityRenderer;
+}
+
+MStatus M3dView::getCamera(MDagPath& camera) const {
+    const View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    camera = Access::Wrap(*view->Camera());
+    return MS::kSuccess;
+}
+
+MStatus M3dView::setCamera(MDagPath& camera) {
+    View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    MDagPath shape = camera;
+    shape.extendToShape();
+    const std::shared_ptr<lightbox::DagNode> node = Access::GetDagNode(shape);
+    if (!node || !node->HasFn(MFn::kCamera)) {
+        return Access::Fail(MS::kInvalidParameter, "The path does not lead to a camera");
+    }
+    view->SetCamera(node);
+    return MS::kSuccess;
+}
+
+MStatus M3dView::projectionMatrix(MMatrix& projectionMatrix) const {
+    const View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    projectionMatrix = FromImath(CameraOf(*view).Projection());
+    return MS::kSuccess;
+}
+
+MStatus M3dView::modelViewMatrix(MMatrix& modelViewMatrix) const {
+    const View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    modelViewMatrix = FromImath(CameraOf(*view).View());
+    return MS::kSuccess;
+}
+
+MStatus M3dView::refresh(bool all, bool force) {
+    View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    if (all) {
+        Ui()->RefreshViews(force);
+    } else {
+        view->Refresh(force);
+    }
+    return MS::kSuccess;
+}
+
+MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& worldPt, MVector& worldVector) const {
+    MPoint farPoint;
+    MStatus status = viewToWorld(x_pos, y_pos, worldPt, farPoint);
+    if (status) {
+        worldVector = (farPoint - worldPt).normal();
+    }
+    return status;
+}
+
+MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& nearClipPt, MPoint& farClipPt) const {
+    const View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    Imath::V3d nearPoint;
+    Imath::V3d farPoint;
+    CameraOf(*view).ViewToWorld(x_pos, y_pos, nearPoint, farPoint);
+    nearClipPt = ToPoint(nearPoint);
+    farClipPt = ToPoint(farPoint);
+    return MS::kSuccess;
+}
+
+bool M3dView::worldToView(const MPoint& worldPt, short& x_pos, short& y_pos, MStatus* ReturnStatus) const {
+    const View* view = Live(view_, ReturnStatus);
+    if (!view) {
+        return false;
+    }
+    bool isInFront = false;
+    const Imath::V3d point = CameraOf(*view).WorldToView(ToImath(worldPt), &isInFront);
+    x_pos = Rounded(point.x);
+    y_pos = Rounded(point.y);
+    return isInFront && point.x >= 0.0 && point.x <= view->Width() && point.y >= 0.0 &&
+           point.y <= view->Height() && point.z >= 0.0 && point.z <= 1.0;
+}
+
+MStatus M3dView::beginGL() {
+    View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    view->BeginGl();
+    return MS::kSuccess;
+}
+
+MStatus M3dView::endGL() {
+    View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    view->EndGl();
+    return MS::kSuccess;
+}
+
+MStatus M3dView::beginXorDrawing(bool, bool enableLineStipple, float lineWidth,
+                                 LineStippleStyle stippleStyle) {
+    View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    view->BeginGl();
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    for (const GLenum capability : {GL_DEPTH_TEST, GL_LIGHTING, GL_TEXTURE_2D, GL_BLEND, GL_CULL_FACE}) {
+        glDisable(capability);
+    }
+    // The view stays as opaque as it is.
+    const GLboolean isSeen = view->IsViewport2() ? GL_FALSE : GL_TRUE;
+    glColorMask(isSeen, isSeen, isSeen, GL_FALSE);
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_XOR);
+    glLineWidth(lineWidth);
+    if (enableLineStipple && stippleStyle == kStippleDashed) {
+        constexpr GLushort dashes = 0x0f0f;
+        glEnable(GL_LINE_STIPPLE);
+        glLineStipple(1, dashes);
+    }
+    PushPixelSpace(*view);
+    return MS::kSuccess;
+}
+
+MStatus M3dView::endXorDrawing() {
+    View* view = Live(view_);
+    if (!view) {
+        return NoView();
+    }
+    PopPixelSpace();
+    glPopAttrib();
+    view->EndGl();
+    if (!view->IsViewport2()) {
+        view->Present();
+    }
+    return MS::kSuccess;
+}
+
+MStatus M3dView::setDrawColor(const MColor& color) {
+    if (!Live(view_)) {
+        return NoView();
+    }
+    glColor4f(color.r, color.g, color.b, color.a);
+    return MS::kSuccess;
 }

@@ -1,4 +1,5 @@
 #include "openmaya/Access.h"
+#include "openmaya/ImathAccess.h"
 
 #include <maya/MDagPath.h>
 
@@ -132,6 +133,16 @@ MString MDagPath::partialPathName(MStatus* ReturnStatus) const {
     const std::shared_ptr<DagNode> dag = Access::GetDagNode(*this);
     Access::Report(ReturnStatus, dag ? MS::kSuccess : MS::kFailure);
     return dag ? Access::Wrap(dag->PartialPath()) : MString();
+}
+
+MMatrix MDagPath::inclusiveMatrix(MStatus* ReturnStatus) const {
+    const std::shared_ptr<DagNode> dag = Access::GetDagNode(*this);
+    Access::Report(ReturnStatus, dag ? MS::kSuccess : MS::kFailure);
+    return dag ? lightbox::FromImath(dag->WorldMatrix()) : MMatrix();
+}
+
+MMatrix MDagPath::inclusiveMatrixInverse(MStatus* ReturnStatus) const {
+    return inclusiveMatrix(ReturnStatus).inverse();
 }
 
 bool MDagPath::isVisible(MStatus* ReturnStatus) const {

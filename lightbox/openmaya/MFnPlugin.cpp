@@ -1,14 +1,17 @@
 #include "mel/Interpreter.h"
 #include "openmaya/Access.h"
+#include "openmaya/ContextState.h"
 #include "openmaya/NodeTypeSetup.h"
 #include "openmaya/PluginHandle.h"
 #include "scene/DataType.h"
 #include "scene/Host.h"
 #include "scene/Plugin.h"
 #include "scene/Scene.h"
+#include "scene/ToolContexts.h"
 #include "scene/UndoQueue.h"
 
 #include <maya/MFnPlugin.h>
+#include <maya/MPxContextCommand.h>
 #include <maya/MSyntax.h>
 
 #include <algorithm>
@@ -96,8 +99,7 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
     if (name.empty() || !creatorFunction) {
         return MS::kInvalidParameter;
     }
-    if (Host::Get().scene().types().FindContextCommand(name) ||
-        !Host::Get().interpreter().Commands().RegisterPlugin(name, creatorFunction, createSyntaxFunction,
+    if (!Host::Get().interpreter().Commands().RegisterPlugin(name, creatorFunction, createSyntaxFunction,
                                                              plugin->name)) {
         return Access::Fail(MS::kFailure, "The name '" + name + "' is taken");
     }
@@ -128,8 +130,15 @@ MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFu
         return NoPlugin();
     }
     const std::string& name = Access::Text(commandName);
-    if (name.empty() || !creatorFunction || Host::Get().interpreter().Commands().Find(name) ||
-        !Host::Get().scene().types().AddContextCommand(name, creatorFunction)) {
+    if (name.empty() || !creatorFunction) {
+        return MS::kInvalidParameter;
+    }
+    const std::unique_ptr<MPxContextCommand> sample(static_cast<MPxContextCommand*>(creatorFunction()));
+    if (!sample || sample->appendSyntax().error()) {
+        return Access::Fail(MS::kFailure, "The command '" + name + "' cannot be created");
+    }
+    if (!Host::Get().interpreter().Commands().RegisterPlugin(
+            name, creatorFunction, Access::ContextStateOf(*sample).syntax, plugin->name)) {
         return Access::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
     }
     plugin->contextCommands.push_back(name);
@@ -146,7 +155,8 @@ MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
         return Access::Fail(MS::kInvalidParameter,
                             "The plug-in has not registered the command '" + name + "'");
     }
-    Host::Get().scene().types().RemoveContextCommand(name);
+    Host::Get().tools().RemoveMadeBy(name);
+    Host::Get().interpreter().Commands().DeregisterPlugin(name);
     return MS::kSuccess;
 }
 

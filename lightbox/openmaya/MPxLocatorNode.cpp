@@ -7,6 +7,8 @@ MPxNode::Type MPxLocatorNode::type() const {
     return kLocatorNode;
 }
 
+void MPxLocatorNode::draw(M3dView&, const MDagPath&, M3dView::DisplayStyle, M3dView::DisplayStatus) {}
+
 bool MPxLocatorNode::isBounded() const {
     return false;
 }

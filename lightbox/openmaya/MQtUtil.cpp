@@ -1,9 +1,9 @@
 #include "openmaya/Access.h"
 #include "scene/Host.h"
+#include "scene/UserInterface.h"
 
 #include <maya/MQtUtil.h>
 
-#include <QApplication>
 #include <QWidget>
 
 using lightbox::Access;
@@ -11,12 +11,8 @@ using lightbox::Host;
 
 namespace {
 
-bool HasWidgets() {
-    return !Host::Get().IsBatch() && qobject_cast<QApplication*>(QCoreApplication::instance());
-}
-
-QWidget* FindIn(QWidget& widget, const QString& name) {
-    return widget.objectName() == name ? &widget : widget.findChild<QWidget*>(name);
+lightbox::UserInterface* Ui() {
+    return Host::Current() ? Host::Get().ui() : nullptr;
 }
 
 } // namespace
@@ -30,22 +26,15 @@ MString MQtUtil::toMString(const QString& qstr) {
 }
 
 QWidget* MQtUtil::mainWindow() {
-    return findControl("MayaWindow");
+    lightbox::UserInterface* ui = Ui();
+    return ui ? &ui->MainWindow() : nullptr;
 }
 
 QWidget* MQtUtil::findControl(const MString& name, const QWidget* in) {
-    if (!HasWidgets() || name.length() == 0) {
+    lightbox::UserInterface* ui = Ui();
+    if (!ui || name.length() == 0) {
         return nullptr;
     }
-    // A control may be named by its whole path through the layouts.
-    const QString last = toQString(name).section(QLatin1Char('|'), -1);
-    if (in) {
-        return FindIn(*const_cast<QWidget*>(in), last);
-    }
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (QWidget* found = FindIn(*window, last)) {
-            return found;
-        }
-    }
-    return nullptr;
+    QWidget* control = ui->FindControl(Access::Text(name));
+    return control && (!in || in == control || in->isAncestorOf(control)) ? control : nullptr;
 }

@@ -68,7 +68,7 @@ MSyntax::MSyntax()
 MSyntax::~MSyntax() = default;
 
 SyntaxTable& MSyntax::change() {
-    if (table_.use_count() > 1) {
+    if (!writesThrough_ && table_.use_count() > 1) {
         table_ = std::make_shared<SyntaxTable>(*table_);
     }
     return *table_;

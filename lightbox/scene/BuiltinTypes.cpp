@@ -1,3 +1,4 @@
+#include "scene/AnimCurveNode.h"
 #include "scene/DagNode.h"
 #include "scene/MaterialTypes.h"
 #include "scene/MeshTypes.h"
@@ -5,6 +6,7 @@
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 #include "scene/TypeTable.h"
+#include "scene/UnitConversion.h"
 
 #include <vector>
 
@@ -50,9 +52,15 @@ std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attr
 
 std::optional<AttributeValue> ComputeTime(const Node& node, const Attribute& attribute, int) {
     if (node.InScene() && (attribute.LongName() == "outTime" || attribute.LongName() == "unwarpedTime")) {
-        return node.InScene()->timeline().CurrentTime();
+        return node.InScene()->timeline().EvaluationTime();
     }
     return std::nullopt;
+}
+
+std::optional<AttributeValue> ComputeAnimCurve(const Node& node, const Attribute& attribute, int) {
+    return attribute.LongName() == "output"
+               ? std::optional<AttributeValue>(static_cast<const AnimCurveNode&>(node).Output())
+               : std::nullopt;
 }
 
 void AddDagTypes(TypeRegistry& registry) {
@@ -247,10 +255,11 @@ void AddSceneTypes(TypeRegistry& registry) {
 }
 
 void AddAnimationCurves(TypeRegistry& registry) {
-    const char* const INFINITY_MODES = "Constant:Linear:Cycle Unused:Cycle:Cycle with Offset:Oscillate";
+    const char* const INFINITY_MODES = "Constant:Linear:Cycle=3:Cycle with Offset:Oscillate";
+    const char* const TANGENT_TYPES = "Fixed=1:Linear:Flat:Step=5:Slow:Fast:Spline=9:Clamped:Plateau=16:Step Next:Auto";
     MakeType(registry, "animCurve", "node", MFn::kAnimCurve,
-             {{Kind::Enum, "tangentType", "tan", 0, "", "Global:Fixed:Linear:Flat:Smooth:Step"},
-              {Kind::Bool, "weightedTangents", "wgt"},
+             {{Kind::Enum, "tangentType", "tan", 0, "", TANGENT_TYPES},
+              {Kind::Bool, "weightedTangents", "wgt", 1},
               {Kind::Enum, "preInfinity", "pre", 0, "", INFINITY_MODES},
               {Kind::Enum, "postInfinity", "pst", 0, "", INFINITY_MODES},
               {Kind::Double, "keyTanInX", "kix", 0, "hm"},
@@ -260,8 +269,18 @@ void AddAnimationCurves(TypeRegistry& registry) {
               {Kind::Byte, "keyTanInType", "kit", 0, "hm"},
               {Kind::Byte, "keyTanOutType", "kot", 0, "hm"},
               {Kind::Bool, "keyTanLocked", "ktl", 1, "hm"},
-              {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"}})
+              {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"},
+              {Kind::Bool, "keyBreakdown", "kbd", 0, "hm"},
+              {Kind::Bool, "keyTickDrawSpecial", "ktds", 0, "hm"},
+              {Kind::Enum, "rotationInterpolation", "roti", 1, "", "None=1:Linear:Cubic:Quaternion Slerp:Quaternion Tangent Dependent:Quaternion Squad"},
+              {Kind::Bool, "useCurveColor", "ucc"},
+              {Kind::Float, "curveColor", "cc", 0, "", "R:G:B"}})
         ->isAbstract = true;
+    MakeType(registry, "unitConversion", "node", MFn::kDependencyNode,
+             {{Kind::Double, "input", "i"},
+              {Kind::Double, "output", "o", 0, "o"},
+              {Kind::Double, "conversionFactor", "cf", 1}})
+        ->SetCompute(ComputeUnitConversion);
     // The last two letters say what the curve takes and what it gives: T time, U number, L length, A angle.
     struct CurveRow {
         const char* name;
@@ -283,6 +302,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
         keys->AddChild(std::make_shared<Attribute>("keyTime", "kt", curve.input));
         keys->AddChild(std::make_shared<Attribute>("keyValue", "kv", curve.output));
         type->AddAttribute(std::move(keys));
+        type->SetCompute(ComputeAnimCurve);
     }
 }
 

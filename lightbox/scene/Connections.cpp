@@ -23,6 +23,7 @@ bool Connections::Add(const Plug& source, const Plug& destination) {
         return false;
     }
     ++nextOrder_;
+    ++revision_;
     bySource_[source].push_back(destination);
     return true;
 }
@@ -33,6 +34,7 @@ bool Connections::Remove(const Plug& source, const Plug& destination) {
         return false;
     }
     byDestination_.erase(found);
+    ++revision_;
     const auto list = bySource_.find(source);
     list->second.erase(std::find(list->second.begin(), list->second.end(), destination));
     if (list->second.empty()) {
@@ -44,6 +46,7 @@ bool Connections::Remove(const Plug& source, const Plug& destination) {
 void Connections::Clear() {
     byDestination_.clear();
     bySource_.clear();
+    ++revision_;
 }
 
 std::vector<Connection> Connections::CutAttribute(const Node& node, const Attribute& attribute) {

@@ -34,6 +34,8 @@ public:
     /// All connections from or to a node, in the order they were made.
     std::vector<Connection> Of(const Node& node) const;
     std::vector<Connection> All() const;
+    /// Rises with every change.
+    std::uint64_t Revision() const { return revision_; }
 
 private:
     struct Entry {
@@ -43,6 +45,7 @@ private:
     std::map<Plug, Entry> byDestination_;
     std::map<Plug, std::vector<Plug>> bySource_;
     std::uint64_t nextOrder_ = 0;
+    std::uint64_t revision_ = 0;
 };
 
 } // namespace lightbox

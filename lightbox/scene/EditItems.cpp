@@ -215,17 +215,41 @@ std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& n
     return MakeItem(host, "parent", redo, undo);
 }
 
+namespace {
+
+/// The plug, or those of its parts, whose values stand in front of their animation.
+std::vector<Plug> HeldPlugs(const Plug& plug) {
+    std::vector<Plug> held;
+    if (plug.IsHeld()) {
+        held.push_back(plug);
+    }
+    for (std::size_t i = 0; i < plug.attribute->Children().size(); ++i) {
+        const std::vector<Plug> below = HeldPlugs(plug.Child(i));
+        held.insert(held.end(), below.begin(), below.end());
+    }
+    return held;
+}
+
+} // namespace
+
 std::unique_ptr<UndoItem> SetItem(Host& host, const Plug& plug, const AttributeValue& value) {
     auto before = std::make_shared<std::optional<AttributeValue>>();
-    const auto redo = [plug, value, before] {
+    auto held = std::make_shared<std::vector<Plug>>();
+    const auto redo = [plug, value, before, held] {
         *before = plug.Stored();
+        *held = HeldPlugs(plug);
         if (!plug.Set(value)) {
             const std::string reason = plug.WhyNotSettable();
             throw SceneError(reason.empty() ? "The attribute '" + plug.Name() + "' cannot take that value."
                                             : reason);
         }
     };
-    return MakeItem(host, "setAttr", redo, [plug, before] { plug.Store(*before); });
+    return MakeItem(host, "setAttr", redo, [plug, before, held] {
+        plug.Store(*before);
+        for (const Plug& each : *held) {
+            each.SetHeld(true);
+        }
+    });
 }
 
 std::unique_ptr<UndoItem> ConnectItem(Host& host, const Plug& source, const Plug& destination, bool connect) {

@@ -52,6 +52,7 @@ const char* const EVENTS[] = {
     "quitApplication",
     "selectionConstraintsChanged",
     "timeChanged",
+    "timeSliderChanged",
     "timeUnitChanged",
     "workspaceChanged",
 };

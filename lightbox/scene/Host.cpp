@@ -10,6 +10,7 @@
 #include "scene/PluginManager.h"
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
+#include "scene/ToolContexts.h"
 #include "scene/UndoQueue.h"
 #include "scene/UserInterface.h"
 
@@ -37,6 +38,7 @@ Host::Host(const Options& options)
     g_host = this;
     scene_->New();
     optionVars_ = std::make_unique<OptionVars>(options_.prefsFolder);
+    tools_ = std::make_unique<ToolContexts>(*events_);
     interpreter_ = std::make_unique<mel::Interpreter>(*this);
     files_ = std::make_unique<SceneFiles>(*this);
     plugins_ = std::make_unique<PluginManager>(*this);

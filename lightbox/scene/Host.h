@@ -14,6 +14,7 @@ class PluginManager;
 class Scene;
 class SceneFiles;
 class Timeline;
+class ToolContexts;
 class UndoQueue;
 class UserInterface;
 
@@ -60,6 +61,7 @@ public:
     mel::Interpreter& interpreter() { return *interpreter_; }
     PluginManager& plugins() { return *plugins_; }
     SceneFiles& files() { return *files_; }
+    ToolContexts& tools() { return *tools_; }
     /// The window; null in batch, and before it stands.
     UserInterface* ui() { return ui_.get(); }
     void SetUserInterface(std::unique_ptr<UserInterface> ui);
@@ -74,6 +76,7 @@ private:
     std::unique_ptr<Scene> scene_;
     std::unique_ptr<UndoQueue> undo_;
     std::unique_ptr<OptionVars> optionVars_;
+    std::unique_ptr<ToolContexts> tools_;
     std::unique_ptr<mel::Interpreter> interpreter_;
     std::unique_ptr<SceneFiles> files_;
     std::unique_ptr<PluginManager> plugins_;

@@ -1,5 +1,7 @@
 #include "scene/Node.h"
 
+#include "scene/Scene.h"
+
 #include <QUuid>
 
 #include <algorithm>
@@ -90,6 +92,7 @@ bool Node::RemoveDynamicAttribute(const Attribute& attribute) {
 }
 
 Node::PlugStates Node::TakeStates(const Attribute& attribute) {
+    Changed();
     PlugStates taken;
     for (auto state = states_.lower_bound({&attribute, -1});
          state != states_.end() && state->first.first == &attribute;) {
@@ -109,14 +112,28 @@ const PlugState* Node::FindState(const Attribute& attribute, int element) const 
 }
 
 PlugState& Node::State(const Attribute& attribute, int element) {
+    Changed();
     return states_[{&attribute, element}];
 }
 
 void Node::SetState(const Attribute& attribute, int element, const PlugState& state) {
+    Changed();
     if (state.IsDefault()) {
         states_.erase({&attribute, element});
     } else {
         states_[{&attribute, element}] = state;
+    }
+}
+
+void Node::PutStates(PlugStates states) {
+    Changed();
+    states_.merge(states);
+}
+
+void Node::Changed() {
+    ++revision_;
+    if (scene_) {
+        scene_->Touch();
     }
 }
 

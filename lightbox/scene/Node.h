@@ -26,6 +26,9 @@ struct PlugState {
     /// Unset: as the attribute says.
     std::optional<bool> keyable;
     std::optional<bool> channelBox;
+    /// The evaluation of the scene (Timeline::Evaluations) for which the value stands in front of the
+    /// animation that drives the plug; 0 for none. No part of what makes two states equal.
+    std::uint64_t heldAt = 0;
 
     bool IsDefault() const { return !isSet && !locked && !keyable && !channelBox; }
     bool operator==(const PlugState& other) const;
@@ -74,12 +77,14 @@ public:
     /// node takes it along, or an attribute that is made later at the same address would find it.
     PlugStates TakeStates(const Attribute& attribute);
     /// Puts back what TakeStates() moved out.
-    void PutStates(PlugStates states) { states_.merge(states); }
+    void PutStates(PlugStates states);
 
     /// Null when nothing was ever set.
     const PlugState* FindState(const Attribute& attribute, int element = -1) const;
     PlugState& State(const Attribute& attribute, int element = -1);
     void SetState(const Attribute& attribute, int element, const PlugState& state);
+    /// Rises whenever something of its plugs is set: for those who keep what they made of it.
+    std::uint64_t Revision() const { return revision_; }
     /// Indexes of the elements that an array attribute has, in order; also those that only children have.
     std::vector<int> Elements(const Attribute& attribute) const;
 
@@ -97,6 +102,8 @@ public:
 private:
     friend class Scene;
 
+    void Changed();
+
     std::shared_ptr<const NodeType> type_;
     std::string name_;
     std::string uuid_;
@@ -104,6 +111,7 @@ private:
     std::uint64_t serial_ = 0;
     std::vector<std::shared_ptr<Attribute>> dynamic_;
     PlugStates states_;
+    std::uint64_t revision_ = 0;
     std::unique_ptr<MPxNode> userNode_;
 };
 

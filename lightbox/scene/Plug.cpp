@@ -1,7 +1,9 @@
 #include "scene/Plug.h"
 
+#include "scene/AnimCurveNode.h"
 #include "scene/DataValue.h"
 #include "scene/Scene.h"
+#include "scene/Timeline.h"
 
 #include <algorithm>
 #include <tuple>
@@ -40,6 +42,11 @@ Plug DrivingPlug(const Plug& plug) {
     const auto position = static_cast<std::size_t>(
         std::find(siblings.begin(), siblings.end(), plug.attribute) - siblings.begin());
     return position < parentSource.attribute->Children().size() ? parentSource.Child(position) : Plug();
+}
+
+/// Whether the plug's value is another's, and not only an animation curve's.
+bool IsDriven(const Plug& plug) {
+    return DrivingPlug(plug) && !plug.AnimationCurve();
 }
 
 } // namespace
@@ -133,7 +140,8 @@ bool Plug::IsArray() const {
 AttributeValue Plug::Get() const {
     DepthScope depth;
     if (g_depth <= DEEPEST) {
-        if (const Plug source = DrivingPlug(*this)) {
+        const Plug source = IsHeld() ? Plug() : DrivingPlug(*this);
+        if (source) {
             AttributeValue value = source.Get();
             if (attribute->IsNumericCompound()) {
                 return value;
@@ -199,9 +207,9 @@ std::string Plug::WhyNotSettable() const {
     if (!attribute->writable) {
         return "The attribute '" + Name() + "' is not writable.";
     }
-    bool isFixed = IsLocked() || DrivingPlug(*this);
+    bool isFixed = IsLocked() || IsDriven(*this);
     for (std::size_t i = 0; i < attribute->Children().size(); ++i) {
-        isFixed = isFixed || Child(i).IsLocked() || DrivingPlug(Child(i));
+        isFixed = isFixed || Child(i).IsLocked() || IsDriven(Child(i));
     }
     return isFixed ? "The attribute '" + Name() + "' is locked or connected and cannot be modified."
                    : std::string();
@@ -225,6 +233,9 @@ bool Plug::Set(const AttributeValue& value) const {
             accepted.push_back(std::get<double>(*number));
         }
         Store(accepted);
+        for (std::size_t i = 0; i < attribute->Children().size(); ++i) {
+            Child(i).SetHeld(true);
+        }
         return true;
     }
     const std::optional<AttributeValue> accepted = attribute->Accept(value);
@@ -232,6 +243,7 @@ bool Plug::Set(const AttributeValue& value) const {
         return false;
     }
     Store(*accepted);
+    SetHeld(true);
     return true;
 }
 
@@ -248,7 +260,26 @@ void Plug::Store(const std::optional<AttributeValue>& value) const {
     PlugState state = before ? *before : PlugState();
     state.isSet = value.has_value();
     state.value = value.value_or(AttributeValue());
+    state.heldAt = 0;
     node->SetState(*attribute, element, state);
+}
+
+bool Plug::IsHeld() const {
+    const PlugState* state = node->FindState(*attribute, element);
+    return state && state->heldAt != 0 && node->InScene() &&
+           state->heldAt == node->InScene()->timeline().Evaluations() && AnimationCurve();
+}
+
+void Plug::SetHeld(bool held) const {
+    const PlugState* state = node->FindState(*attribute, element);
+    if (state && state->isSet && (held ? AnimationCurve() != nullptr : state->heldAt != 0)) {
+        node->State(*attribute, element).heldAt = held ? node->InScene()->timeline().Evaluations() : 0;
+    }
+}
+
+AnimCurveNode* Plug::AnimationCurve() const {
+    const Plug source = node->InScene() ? node->InScene()->connections().SourceOf(*this) : Plug();
+    return source ? dynamic_cast<AnimCurveNode*>(source.node.get()) : nullptr;
 }
 
 bool Plug::IsLocked() const {

@@ -10,6 +10,8 @@
 
 namespace lightbox {
 
+class AnimCurveNode;
+
 /// An attribute of one node, or one element of it. A plug of an attribute below an array carries the array's
 /// index; so ktv[3].kv is the attribute kv with element 3. What is set here is not recorded for undo; see
 /// Edit.h.
@@ -50,10 +52,19 @@ public:
     /// Why Set() would refuse, as a message; empty when it would not.
     std::string WhyNotSettable() const;
     /// False for a locked or a driven plug, one that is not writable, and a value that the attribute cannot
-    /// take.
+    /// take. Animation curves do not forbid: what is set stands in front of them until the scene is
+    /// evaluated for another time, so that it can be keyed.
     bool Set(const AttributeValue& value) const;
-    /// Sets whatever is locked or connected. Empty unsets.
+    /// Sets whatever is locked or connected; nothing stands in front of an animation curve then. Empty
+    /// unsets.
     void Store(const std::optional<AttributeValue>& value) const;
+
+    /// Whether the stored value stands in front of the animation curve that drives the plug.
+    bool IsHeld() const;
+    /// Lets the stored value stand in front of the animation curve that drives the plug, or no longer.
+    void SetHeld(bool held) const;
+    /// The animation curve that drives the plug; null when there is none.
+    AnimCurveNode* AnimationCurve() const;
 
     /// Locked itself, or through its parent or array.
     bool IsLocked() const;

@@ -3,11 +3,13 @@
 #include "formats/SceneFiles.h"
 #include "formats/UnknownNodes.h"
 #include "mel/Interpreter.h"
+#include "openmaya/DrawOverrides.h"
 #include "openmaya/PluginCommandRunner.h"
 #include "openmaya/PluginHandle.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/Scene.h"
+#include "scene/ToolContexts.h"
 #include "scene/UndoQueue.h"
 
 #include <maya/MObject.h>
@@ -143,7 +145,13 @@ Plugin& PluginManager::Start(std::unique_ptr<Entry> entry) {
     entries_.push_back(std::move(entry));
     Entry& added = *entries_.back();
     const UndoQueue::Pause pause(host_.undo());
+    const std::vector<std::string> before = DrawOverrides::Get().Registrants();
     const MStatus status = added.initialize(PluginHandle::MakeObject(added.plugin));
+    for (const std::string& registrant : DrawOverrides::Get().Registrants()) {
+        if (std::find(before.begin(), before.end(), registrant) == before.end()) {
+            added.plugin.drawOverrides.push_back(registrant);
+        }
+    }
     if (!status) {
         const std::string name = added.plugin.name;
         Purge(added.plugin);
@@ -167,6 +175,11 @@ void PluginManager::Unload(const std::string& name, bool force) {
     }
     if (host_.files().IsReading()) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a scene file is being read.");
+    }
+    for (const std::string& command : plugin->contextCommands) {
+        if (host_.tools().IsBusy(command)) {
+            throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded by its own tool.");
+        }
     }
     const auto entry = std::find_if(entries_.begin(), entries_.end(),
                                     [&](const auto& candidate) { return &candidate->plugin == plugin; });
@@ -201,6 +214,12 @@ void PluginManager::Stop(Entry& entry) {
 
 void PluginManager::Purge(const Plugin& plugin) {
     const Plugin left = plugin;
+    for (const std::string& registrant : left.drawOverrides) {
+        DrawOverrides::Get().DeregisterAll(registrant);
+    }
+    for (const std::string& command : left.contextCommands) {
+        host_.tools().RemoveMadeBy(command);
+    }
     for (const auto* names : {&left.commands, &left.contextCommands}) {
         for (const std::string& command : *names) {
             host_.interpreter().Commands().DeregisterPlugin(command);

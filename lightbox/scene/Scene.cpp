@@ -1,5 +1,6 @@
 #include "scene/Scene.h"
 
+#include "scene/AnimCurveNode.h"
 #include "openmaya/Access.h"
 #include "scene/EventBus.h"
 #include "scene/SceneError.h"
@@ -32,6 +33,7 @@ Scene::~Scene() {
 
 void Scene::New() {
     Selection::Hold hold(selection_);
+    Touch();
     selection_.Clear();
     connections_.Clear();
     byName_.clear();
@@ -111,8 +113,9 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
     if (!type || type->isAbstract) {
         throw SceneError("Cannot create a node of type '" + (type ? type->Name() : std::string()) + "'.");
     }
-    std::shared_ptr<Node> node =
-        type->IsDag() ? std::make_shared<DagNode>(type) : std::make_shared<Node>(type);
+    std::shared_ptr<Node> node = type->IsDag()                     ? std::make_shared<DagNode>(type)
+                                 : type->HasFn(MFn::kAnimCurve) ? std::make_shared<AnimCurveNode>(type)
+                                                                : std::make_shared<Node>(type);
     node->serial_ = nextSerial_++;
     if (type->creator) {
         node->userNode_.reset(static_cast<MPxNode*>(type->creator()));
@@ -126,6 +129,7 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
 }
 
 void Scene::Insert(const std::shared_ptr<Node>& node, const std::string& name, DagNode* parent, int index) {
+    Touch();
     node->name_ = name;
     node->scene_ = this;
     nodes_[node->serial_] = node;
@@ -151,6 +155,7 @@ std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& 
 }
 
 NodePlace Scene::Detach(Node& node) {
+    Touch();
     NodePlace place;
     place.node = node.Shared();
     place.name = node.name_;
@@ -217,6 +222,7 @@ std::vector<DagNode*> Scene::Subtree(DagNode& root) {
 }
 
 void Scene::Rename(Node& node, const std::string& freeName) {
+    Touch();
     Unname(node);
     node.name_ = freeName;
     byName_[freeName].push_back(&node);
@@ -228,6 +234,7 @@ void Scene::Rename(Node& node, const std::string& freeName) {
 }
 
 void Scene::Move(DagNode& node, DagNode& parent, int index) {
+    Touch();
     node.parent_->children_.erase(node.parent_->children_.begin() + node.IndexInParent());
     const int count = static_cast<int>(parent.children_.size());
     parent.children_.insert(parent.children_.begin() + (index < 0 || index > count ? count : index), &node);

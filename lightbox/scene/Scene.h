@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/AnimCurve.h"
 #include "scene/Connections.h"
 #include "scene/DagNode.h"
 #include "scene/Selection.h"
@@ -42,6 +43,7 @@ public:
     Connections& connections() { return connections_; }
     const Connections& connections() const { return connections_; }
     Selection& selection() { return selection_; }
+    const Selection& selection() const { return selection_; }
     DagNode& world() { return *world_; }
     const Timeline& timeline() const { return timeline_; }
 
@@ -60,6 +62,12 @@ public:
     NodePlace Detach(Node& node);
     /// Puts a detached node back: name, position, connections and selection.
     void Restore(const NodePlace& place);
+
+    /// Rises with every change of the scene: a value, a connection, a node that comes, moves, or goes. Views
+    /// and what is cached for them compare it.
+    std::uint64_t Revision() const { return revision_ + connections_.Revision(); }
+    /// Something changed that the scene does not see by itself.
+    void Touch() { ++revision_; }
 
     /// Nodes in the order of their creation.
     std::vector<std::shared_ptr<Node>> Nodes() const;
@@ -101,6 +109,8 @@ public:
     void SetNamespaces(std::set<std::string> namespaces) { namespaces_ = std::move(namespaces); }
     /// The namespace into which new names without one go; empty for the root.
     std::string currentNamespace;
+    /// A preference of the user: a new scene leaves it alone.
+    TangentDefaults tangentDefaults;
 
     /// Whether a name is one that a pattern with * and ? stands for. Neither stands for a colon.
     static bool MatchesName(const std::string& pattern, const std::string& name);
@@ -124,6 +134,7 @@ private:
     Selection selection_;
     std::set<std::string> namespaces_;
     std::uint64_t nextSerial_ = 1;
+    std::uint64_t revision_ = 0;
     /// By base: all lower numbers are taken.
     mutable std::unordered_map<std::string, long long> lowestFree_;
 };

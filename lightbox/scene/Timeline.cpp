@@ -18,7 +18,7 @@ void Timeline::Reset() {
     animationStart_ = 1.0;
     animationEnd_ = 200.0;
     by_ = 1.0;
-    highlighted_ = false;
+    ClearHighlight();
     if (unit_ != MTime::kFilm) {
         SetUnit(MTime::kFilm);
     }
@@ -27,11 +27,20 @@ void Timeline::Reset() {
 }
 
 void Timeline::SetCurrentTime(double frame, bool force) {
-    if (!std::isfinite(frame) || (frame == current_ && !force)) {
+    if (!std::isfinite(frame) || (frame == current_ && frame == evaluated_ && !force)) {
         return;
     }
     current_ = frame;
+    evaluated_ = frame;
+    ++evaluations_;
     events_.Fire("timeChanged");
+}
+
+void Timeline::MoveWithoutScene(double frame) {
+    if (std::isfinite(frame) && frame != current_) {
+        current_ = frame;
+        events_.Fire("timeSliderChanged");
+    }
 }
 
 bool Timeline::SetPlaybackRange(double min, double max) {
@@ -77,9 +86,19 @@ bool Timeline::HighlightRange(double start, double end) {
     if (!std::isfinite(start) || !std::isfinite(end) || end <= start) {
         return false;
     }
-    slider_ = {start, end};
-    highlighted_ = true;
+    if (!highlighted_ || slider_ != std::make_pair(start, end)) {
+        slider_ = {start, end};
+        highlighted_ = true;
+        events_.Fire("timeSliderChanged");
+    }
     return true;
+}
+
+void Timeline::ClearHighlight() {
+    if (highlighted_) {
+        highlighted_ = false;
+        events_.Fire("timeSliderChanged");
+    }
 }
 
 void Timeline::SetPlaying(int direction) {

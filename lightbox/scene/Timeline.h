@@ -2,6 +2,7 @@
 
 #include <maya/MTime.h>
 
+#include <cstdint>
 #include <utility>
 
 namespace lightbox {
@@ -9,10 +10,14 @@ namespace lightbox {
 class EventBus;
 
 /// Current time, playback and animation range, units, playback and the time slider's highlighted range. Times
-/// are frames in the current unit. Fires "timeChanged", "timeUnitChanged" and "playbackRangeChanged", and
-/// keeps the condition "playingBack".
+/// are frames in the current unit. Fires "timeChanged", "timeUnitChanged", "playbackRangeChanged" and, when
+/// something else changed that a time slider shows (the highlighted range, the time without the scene),
+/// "timeSliderChanged"; keeps the condition "playingBack".
 class Timeline {
 public:
+    /// What playback does at the end of its range.
+    enum class Loop { Once, Continuous, Oscillate };
+
     explicit Timeline(EventBus& events);
 
     /// Back to what a new scene has: frame 1, playback 1 to 120, animation 1 to 200, film.
@@ -21,6 +26,13 @@ public:
     double CurrentTime() const { return current_; }
     /// Fires "timeChanged" when the time is another one, or when `force` is given.
     void SetCurrentTime(double frame, bool force = false);
+    /// Moves the time and leaves the scene as it is evaluated, so that what is keyed next takes its values to
+    /// the new time.
+    void MoveWithoutScene(double frame);
+    /// The time that the scene shows: the current time, unless that was moved without the scene.
+    double EvaluationTime() const { return evaluated_; }
+    /// Rises whenever the scene is to be evaluated anew.
+    std::uint64_t Evaluations() const { return evaluations_; }
 
     double MinTime() const { return min_; }
     double MaxTime() const { return max_; }
@@ -35,6 +47,14 @@ public:
     void SetPlaybackSpeed(double speed) { speed_ = speed; }
     double PlaybackBy() const { return by_; }
     void SetPlaybackBy(double by) { by_ = by; }
+    /// Bounds playback of every frame, as a factor of the real rate; 0 is free.
+    double MaxPlaybackSpeed() const { return maxSpeed_; }
+    void SetMaxPlaybackSpeed(double speed) { maxSpeed_ = speed; }
+    Loop PlaybackLoop() const { return loop_; }
+    void SetPlaybackLoop(Loop loop) { loop_ = loop; }
+    /// Whether playback shows in every view, or in the active one only.
+    bool PlaysInAllViews() const { return allViews_; }
+    void SetPlaysInAllViews(bool all) { allViews_ = all; }
 
     MTime::Unit Unit() const { return unit_; }
     /// Frames keep their numbers. False for no unit.
@@ -46,7 +66,7 @@ public:
     bool IsRangeHighlighted() const { return highlighted_; }
     /// A range that is empty or backward is refused.
     bool HighlightRange(double start, double end);
-    void ClearHighlight() { highlighted_ = false; }
+    void ClearHighlight();
 
     bool IsPlaying() const { return playing_ != 0; }
     /// 1 forward, -1 backward, 0 stops. Whoever shows the frames (a window's timer) advances the time.
@@ -56,12 +76,17 @@ public:
 private:
     EventBus& events_;
     double current_ = 1.0;
+    double evaluated_ = 1.0;
+    std::uint64_t evaluations_ = 1;
     double min_ = 1.0;
     double max_ = 120.0;
     double animationStart_ = 1.0;
     double animationEnd_ = 200.0;
     double speed_ = 1.0;
     double by_ = 1.0;
+    double maxSpeed_ = 0.0;
+    Loop loop_ = Loop::Continuous;
+    bool allViews_ = false;
     MTime::Unit unit_ = MTime::kFilm;
     bool highlighted_ = false;
     std::pair<double, double> slider_{1.0, 2.0};

@@ -77,15 +77,6 @@ bool TypeRegistry::RemoveDataType(const std::string& name) {
     return dataTypes_.erase(name) != 0;
 }
 
-bool TypeRegistry::AddContextCommand(const std::string& name, MCreatorFunction creator) {
-    return contextCommands_.try_emplace(name, creator).second;
-}
-
-MCreatorFunction TypeRegistry::FindContextCommand(const std::string& name) const {
-    const auto found = contextCommands_.find(name);
-    return found == contextCommands_.end() ? nullptr : found->second;
-}
-
 std::shared_ptr<DataValue> TypeRegistry::MakeData(const std::shared_ptr<const DataType>& type) {
     std::unique_ptr<MPxData> data(static_cast<MPxData*>(type->creator()));
     return data ? std::make_shared<DataValue>(type, std::move(data)) : nullptr;

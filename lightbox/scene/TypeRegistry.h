@@ -30,14 +30,7 @@ public:
     /// A new value from the plug-in's creator; null when that yields none.
     static std::shared_ptr<DataValue> MakeData(const std::shared_ptr<const DataType>& type);
 
-    /// The commands that make tool contexts, by name.
-    bool AddContextCommand(const std::string& name, MCreatorFunction creator);
-    bool RemoveContextCommand(const std::string& name) { return contextCommands_.erase(name) != 0; }
-    /// Null when there is none.
-    MCreatorFunction FindContextCommand(const std::string& name) const;
-
 private:
-    std::map<std::string, MCreatorFunction> contextCommands_;
     std::map<std::string, std::shared_ptr<const NodeType>> nodeTypes_;
     std::map<unsigned, std::shared_ptr<const NodeType>> nodeTypesById_;
     std::map<std::string, std::shared_ptr<const DataType>> dataTypes_;

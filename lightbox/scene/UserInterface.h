@@ -26,6 +26,9 @@ public:
     virtual QWidget* FindControl(const std::string& name) = 0;
     /// A line about the tool in use, for the help line.
     virtual void ShowHelp(const std::string& text) = 0;
+    /// Asks about unsaved changes when there are any, and saves them when that is wanted. True when what was
+    /// about to happen (a new scene, the end) may go on.
+    virtual bool SettleUnsavedChanges() = 0;
 };
 
 } // namespace lightbox

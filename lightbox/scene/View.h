@@ -37,6 +37,9 @@ public:
     /// Makes the view's OpenGL context current; the calls nest.
     virtual void BeginGl() = 0;
     virtual void EndGl() = 0;
+    /// Shows what was drawn with OpenGL into the view since it was drawn last, without drawing the view
+    /// itself: what a tool of the legacy viewport adds and takes away again.
+    virtual void Present() = 0;
 };
 
 } // namespace lightbox

@@ -8,9 +8,11 @@
 #include "commands/StrokeCommand.h"
 #include "commands/UtilCommand.h"
 #include "node/BaseNode.h"
+#include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
 
 #include <maya/MApiNamespace.h>
+#include <maya/MDrawRegistry.h>
 #include <maya/MGlobal.h>
 
 #include <vector>
@@ -123,10 +125,22 @@ void RegisterNodes(MFnPlugin& plugin, MStatus& status) {
                                  BaseNode::Initialize, MPxNode::kLocatorNode, &classification);
     if (!status) {
         MGlobal::displayError("Failed to register base node");
+        return;
+    }
+    status = MHWRender::MDrawRegistry::registerDrawOverrideCreator(
+        classification, BaseNode::GetDrawRegistrationId(), BaseNodeDrawOverride::Creator);
+    if (!status) {
+        MGlobal::displayError("Failed to register draw node override");
     }
 }
 
 void DeregisterNodes(MFnPlugin& plugin, MStatus& status) {
+    status = MHWRender::MDrawRegistry::deregisterDrawOverrideCreator(BaseNode::GetDrawDbClassification(),
+                                                                     BaseNode::GetDrawRegistrationId());
+    if (!status) {
+        MGlobal::displayError("Failed to deregister base node draw override");
+        return;
+    }
     status = plugin.deregisterNode(BaseNode::GetTypeID());
     if (!status) {
         MGlobal::displayError("Failed to deregister base node");

@@ -65,7 +65,9 @@ void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
 
 BaseNode::BaseNode() = default;
 
-BaseNode::~BaseNode() = default;
+BaseNode::~BaseNode() {
+    DeleteLegacyTexture();
+}
 
 void* BaseNode::Creator() {
     return new BaseNode;

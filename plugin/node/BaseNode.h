@@ -1,5 +1,7 @@
 #pragma once
 
+#include "node/OverlayGeometry.h"
+
 #include <maya/MApiNamespace.h>
 #include <maya/MBoundingBox.h>
 #include <maya/MPxLocatorNode.h>
@@ -10,8 +12,10 @@
 #include <QByteArray>
 #include <QImage>
 #include <QList>
+#include <QPoint>
 #include <QString>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -53,6 +57,9 @@ public:
     bool isTransparent() const override;
     bool drawLast() const override;
     MBoundingBox boundingBox() const override;
+    /// Draws the drawing of the view's camera in the legacy viewport.
+    void draw(M3dView& view, const MDagPath& path, M3dView::DisplayStyle style,
+              M3dView::DisplayStatus status) override;
 
     // Finding nodes. The scene owns them; null for none.
     static QList<BaseNode*> GetAll();
@@ -144,6 +151,29 @@ public:
     QList<Frame*> GetClipboardFrames() const;
     void CopyFramesToClipboard(const QString& camera);
 
+    // The drawing over a view. What these answer holds for the view of the last update, which every drawing
+    // does anew. View pixels count from the bottom left, y upward; image pixels from the top left.
+    void UpdateOverlayValues(const MDagPath& cameraPath, int width, int height, bool viewport2);
+    /// The same and the pan, for the view as it is.
+    void UpdateOverlayValues(M3dView& view);
+    void UpdateOverlayPan(const MDagPath& cameraPath, const M3dView& view);
+    void UpdateOverlayPan(const MDagPath& cameraPath, const MHWRender::MFrameContext& frameContext);
+    /// The image pixel at a point of the view.
+    QPoint ScreenCoordsToTexCoords(const QPoint& point) const;
+    /// View pixels to an image pixel.
+    float TextureToScreenScale() const;
+    MPoint GetOverlayCenter() const;
+    /// Half the side of the square that shows the image, in view pixels.
+    float GetOverlayScale() const;
+
+    /// Shows an outline with these corners (image pixels) over the drawing of the camera.
+    void SetTransformOutline(const QString& camera, const QPoint& p0, const QPoint& p1, const QPoint& p2,
+                             const QPoint& p3);
+    void ClearTransformOutline();
+    bool DrawTransformOutline(const QString& camera) const;
+    /// The corners in view pixels.
+    void TransformOutlinePoints(MPoint& p0, MPoint& p1, MPoint& p2, MPoint& p3) const;
+
     // Tools and the marks over the time slider.
     static void SetDrawContextActive(bool active);
     static void SetActiveTransformContext(TransformContext* context);
@@ -165,6 +195,12 @@ private:
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);
     bool AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded);
 
+    void InitializeLegacyViewport();
+    static void LegacyOpenGlBegin(M3dView& view);
+    void DrawLegacyQuad() const;
+    static void LegacyOpenGlEnd(M3dView& view);
+    void DeleteLegacyTexture();
+
     static MObject s_layerData;
     static MObject s_opacity;
     static std::unique_ptr<TimelineOverlay> s_timelineOverlay;
@@ -172,6 +208,12 @@ private:
     static TransformContext* s_transformContext;
 
     std::vector<std::unique_ptr<Frame>> m_clipboard;
+    OverlayGeometry m_overlay;
+    bool m_drawOutline = false;
+    QString m_outlineCamera;
+    std::array<QPoint, 4> m_outline;
+    /// OpenGL's name of the texture in the legacy viewport; 0 for none.
+    unsigned int m_legacyTexture = 0;
 };
 
 } // namespace vellix

@@ -2,7 +2,7 @@
 
 #include "host/Settings.h"
 #include "ui/LayerManagerPanel.h"
-#include "ui/TimelineOverlay.h"
+#include "ui/TimeControlOverlay.h"
 #include "ui/ToolOptionsPanel.h"
 #include "ui/ToolboxPanel.h"
 
@@ -29,7 +29,6 @@ struct Registry {
     std::map<DialogManager::Panel, PanelEntry> panels;
     std::map<DialogManager::Dialog, DialogManager::DialogRunner> dialogs;
     DialogManager::LayerPropertiesRunner showLayerProperties;
-    DialogManager::TimelineOverlayFactory createTimelineOverlay;
 };
 
 Registry& GetRegistry() {
@@ -89,10 +88,6 @@ void DialogManager::RegisterDialog(Dialog dialog, DialogRunner run) {
 
 void DialogManager::RegisterLayerPropertiesDialog(LayerPropertiesRunner run) {
     GetRegistry().showLayerProperties = std::move(run);
-}
-
-void DialogManager::SetTimelineOverlayFactory(TimelineOverlayFactory create) {
-    GetRegistry().createTimelineOverlay = std::move(create);
 }
 
 QWidget* DialogManager::GetToolboxDialog() {
@@ -206,8 +201,9 @@ QColor DialogManager::GetToolboxColor() {
 }
 
 std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* timeSlider) {
-    const TimelineOverlayFactory& create = GetRegistry().createTimelineOverlay;
-    return create ? create(timeSlider) : nullptr;
+    auto overlay = std::make_unique<TimeControlOverlay>(timeSlider);
+    overlay->hide();
+    return overlay;
 }
 
 void DialogManager::Shutdown() {

@@ -29,12 +29,10 @@ public:
     using PanelFactory = std::function<std::unique_ptr<QWidget>(QWidget* parent)>;
     using DialogRunner = std::function<void(QWidget* parent)>;
     using LayerPropertiesRunner = std::function<void(const QString& camera, int index, QWidget* parent)>;
-    using TimelineOverlayFactory = std::function<std::unique_ptr<TimelineOverlay>(QWidget* timeSlider)>;
 
     static void RegisterPanel(Panel panel, PanelFactory create);
     static void RegisterDialog(Dialog dialog, DialogRunner run);
     static void RegisterLayerPropertiesDialog(LayerPropertiesRunner run);
-    static void SetTimelineOverlayFactory(TimelineOverlayFactory create);
 
     // The panels' windows, made at the first call. The registry owns them; null when nothing makes them.
     static QWidget* GetToolboxDialog();
@@ -69,7 +67,7 @@ public:
     /// The colour of the toolbox's control; invalid while there is no toolbox.
     static QColor GetToolboxColor();
 
-    /// The marks over the given time slider, hidden; null while there is nothing that makes them.
+    /// The marks over the given time slider, hidden.
     static std::unique_ptr<TimelineOverlay> CreateTimelineOverlay(QWidget* timeSlider);
 
     /// Closes every panel, which then notes where it was, and forgets all that was registered.

@@ -159,12 +159,6 @@ TEST_F(PluginTypesTest, RegistrationRefusesWhatIsTaken) {
     EXPECT_EQ(MPxNode::addAttribute(MFnNumericAttribute().create("x", "x", MFnNumericData::kInt)),
               MS::kFailure);
 
-    EXPECT_TRUE(fn.registerContextCommand("pencilCtx", PencilNode::Create));
-    EXPECT_TRUE(fn.registerContextCommand("pencilCtx", SharedData::Create).error());
-    EXPECT_EQ(host_.scene().types().FindContextCommand("pencilCtx"), &PencilNode::Create);
-    EXPECT_TRUE(fn.deregisterContextCommand("pencilCtx"));
-    EXPECT_EQ(host_.scene().types().FindContextCommand("pencilCtx"), nullptr);
-
     Plugin stranger;
     stranger.name = "stranger";
     const MObject handle = PluginHandle::MakeObject(stranger);

@@ -8,20 +8,25 @@ class MArgDatabase;
 class MArgList;
 class MArgParser;
 class MBoundingBox;
+class MColor;
 class MCallbackIdArray;
 class MCommandResult;
 class MDagModifier;
 class MDagPath;
 class MDGModifier;
 class MDoubleArray;
+class MEvent;
 class MFnAttribute;
 class MFnDagNode;
 class MFnDependencyNode;
 class MIntArray;
+class MMatrix;
 class MObject;
 class MPlug;
 class MPoint;
 class MPxCommand;
+class MPxContext;
+class MPxContextCommand;
 class MPxData;
 class MPxLocatorNode;
 class MPxNode;
@@ -32,6 +37,17 @@ class MStringArray;
 class MSyntax;
 class MTime;
 class MTypeId;
+class MUserData;
+class MVector;
+
+namespace MHWRender {
+class MFrameContext;
+class MPxDrawOverride;
+class MRenderer;
+class MTexture;
+class MTextureManager;
+class MUIDrawManager;
+} // namespace MHWRender
 
 /// Makes one instance of a registered class; the host owns it.
 using MCreatorFunction = void* (*)();
@@ -46,4 +62,5 @@ class Attribute;
 class Node;
 class NodeType;
 class Object;
+class View;
 } // namespace lightbox

@@ -22,8 +22,8 @@ class ParsedArguments;
 class MArgParser {
 public:
     MArgParser(const MSyntax& syntax, const MArgList& argList, MStatus* ReturnStatus = nullptr);
-    MArgParser(const MArgParser&) = delete;
-    MArgParser& operator=(const MArgParser&) = delete;
+    MArgParser(const MArgParser&) = default;
+    MArgParser& operator=(const MArgParser&) = default;
     virtual ~MArgParser();
 
     bool isFlagSet(const char* flag, MStatus* ReturnStatus = nullptr) const;
@@ -64,5 +64,5 @@ public:
     MStatus getObjects(MStringArray& result) const;
 
 protected:
-    std::unique_ptr<lightbox::mel::ParsedArguments> parsed_;
+    std::shared_ptr<lightbox::mel::ParsedArguments> parsed_;
 };

@@ -37,6 +37,9 @@ public:
     /// The shortest path that names the node without ambiguity.
     MString partialPathName(MStatus* ReturnStatus = nullptr) const;
     bool isVisible(MStatus* ReturnStatus = nullptr) const;
+    /// From the space of the path's node to the world.
+    MMatrix inclusiveMatrix(MStatus* ReturnStatus = nullptr) const;
+    MMatrix inclusiveMatrixInverse(MStatus* ReturnStatus = nullptr) const;
 
     bool operator==(const MDagPath& other) const { return node_ == other.node_; }
     bool operator!=(const MDagPath& other) const { return node_ != other.node_; }

@@ -13,6 +13,7 @@ public:
         , y(d[1])
         , z(d[2])
         , w(d[3]) {}
+    explicit MPoint(const MVector& vector);
     MPoint(double xx, double yy, double zz = 0.0, double ww = 1.0)
         : x(xx)
         , y(yy)
@@ -25,6 +26,13 @@ public:
     bool operator!=(const MPoint& other) const { return !(*this == other); }
     bool isEquivalent(const MPoint& other, double tolerance = 1.0e-10) const;
     double distanceTo(const MPoint& other) const;
+
+    MVector operator-(const MPoint& other) const;
+    MPoint operator+(const MVector& vector) const;
+    MPoint operator-(const MVector& vector) const;
+    MPoint operator*(const MMatrix& matrix) const;
+    /// Divides by w, which becomes 1; a point at infinity stays.
+    MPoint& cartesianize();
 
     static const MPoint origin;
 

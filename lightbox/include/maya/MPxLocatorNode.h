@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/M3dView.h>
 #include <maya/MBoundingBox.h>
 #include <maya/MPxNode.h>
 
@@ -11,6 +12,9 @@ public:
 
     Type type() const override;
 
+    /// Draws it in the legacy viewport, with OpenGL between M3dView::beginGL() and endGL().
+    virtual void draw(M3dView& view, const MDagPath& path, M3dView::DisplayStyle style,
+                      M3dView::DisplayStatus status);
     /// Whether boundingBox() says how much space the locator takes.
     virtual bool isBounded() const;
     virtual MBoundingBox boundingBox() const;

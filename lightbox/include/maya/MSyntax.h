@@ -65,9 +65,12 @@ public:
 
 private:
     friend struct lightbox::mel::SyntaxTable;
+    friend class MPxContextCommand;
 
     /// The table for a change: copies of a syntax share one until then.
     lightbox::mel::SyntaxTable& change();
 
     std::shared_ptr<lightbox::mel::SyntaxTable> table_;
+    /// Set on what MPxContextCommand::syntax() hands out to be added to.
+    bool writesThrough_ = false;
 };

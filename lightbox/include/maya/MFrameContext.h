@@ -1,0 +1,67 @@
+#pragma once
+
+#include <maya/MDagPath.h>
+#include <maya/MMatrix.h>
+#include <maya/MPoint.h>
+
+#include <memory>
+
+namespace MHWRender {
+
+/// The view that is being drawn, for Viewport 2.0. Positions in view pixels, from the bottom left with y
+/// upward.
+class MFrameContext {
+public:
+    enum MatrixType {
+        kWorldMtx = 0,
+        kWorldTransposeMtx,
+        kWorldInverseMtx,
+        kWorldTranspInverseMtx,
+        kViewMtx,
+        kViewTransposeMtx,
+        kViewInverseMtx,
+        kViewTranspInverseMtx,
+        kProjectionMtx,
+        kProjectionTranposeMtx,
+        kProjectionInverseMtx,
+        kProjectionTranspInverseMtx,
+        kViewProjMtx,
+        kViewProjTranposeMtx,
+        kViewProjInverseMtx,
+        kViewProjTranspInverseMtx,
+        kWorldViewMtx,
+        kWorldViewTransposeMtx,
+        kWorldViewInverseMtx,
+        kWorldViewTranspInverseMtx,
+        kWorldViewProjMtx,
+        kWorldViewProjTransposeMtx,
+        kWorldViewProjInverseMtx,
+        kWorldViewProjTranspInverseMtx
+    };
+    enum RenderingDestination { k3dViewport, k2dViewport, kImage };
+
+    virtual ~MFrameContext();
+    MFrameContext(const MFrameContext&) = delete;
+    MFrameContext& operator=(const MFrameContext&) = delete;
+
+    /// View, projection, and both; fails for those of an object, which is known at draw time only.
+    MMatrix getMatrix(MatrixType mtype, MStatus* ReturnStatus = nullptr) const;
+    MStatus getViewportDimensions(int& originX, int& originY, int& width, int& height) const;
+    MDagPath getCurrentCameraPath(MStatus* ReturnStatus = nullptr) const;
+    /// `destination` is the name of the panel.
+    RenderingDestination renderingDestination(MString& destination) const;
+
+    /// Not rounded. A point behind the eye is mirrored.
+    MStatus worldToViewport(const MPoint& worldPoint, double& x, double& y) const;
+    /// The points under a pixel on the near and the far clipping plane.
+    MStatus viewportToWorld(double x, double y, MPoint& nearPoint, MPoint& farPoint) const;
+
+private:
+    friend class lightbox::Access;
+    struct State;
+    explicit MFrameContext(std::unique_ptr<State> state);
+
+    std::unique_ptr<State> state_;
+};
+
+} // namespace MHWRender

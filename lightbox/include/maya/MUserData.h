@@ -1,0 +1,17 @@
+#pragma once
+
+/// What a draw override keeps from preparing to drawing.
+class MUserData {
+public:
+    /// With `deleteAfterUse` false the host keeps the data and hands it to the next preparation.
+    MUserData(bool deleteAfterUse);
+    virtual ~MUserData();
+    MUserData(const MUserData&) = delete;
+    MUserData& operator=(const MUserData&) = delete;
+
+    bool deleteAfterUse() const { return deleteAfterUse_; }
+    void setDeleteAfterUse(bool deleteAfterUse) { deleteAfterUse_ = deleteAfterUse; }
+
+private:
+    bool deleteAfterUse_;
+};

@@ -1,0 +1,6 @@
+#include <maya/MUserData.h>
+
+MUserData::MUserData(bool deleteAfterUse)
+    : deleteAfterUse_(deleteAfterUse) {}
+
+MUserData::~MUserData() = default;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "scene/EventBus.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lightbox {
+
+/// Callbacks of the host's events that end with whoever listens.
+class EventSubscriptions {
+public:
+    explicit EventSubscriptions(EventBus& events)
+        : events_(events) {}
+    ~EventSubscriptions() {
+        for (const EventBus::Id id : ids_) {
+            events_.Remove(id);
+        }
+    }
+    EventSubscriptions(const EventSubscriptions&) = delete;
+    EventSubscriptions& operator=(const EventSubscriptions&) = delete;
+
+    void Add(const std::string& event, EventBus::Callback callback) {
+        ids_.push_back(events_.AddCallback(event, std::move(callback)));
+    }
+    void AddCondition(const std::string& condition, EventBus::ConditionCallback callback) {
+        ids_.push_back(events_.AddConditionCallback(condition, std::move(callback)));
+    }
+
+private:
+    EventBus& events_;
+    std::vector<EventBus::Id> ids_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <cstdint>
+#include <vector>
+
+namespace lightbox {
+
+class Host;
+
+/// The scenes that were opened and saved last, kept in the option variable RecentFilesList (the latest last),
+/// as scripts know it.
+class RecentFiles : public QObject {
+    Q_OBJECT
+public:
+    /// Notes every scene that is opened or saved from now on.
+    explicit RecentFiles(Host& host, QObject* parent = nullptr);
+    ~RecentFiles() override;
+
+    /// The latest first.
+    QStringList List() const;
+    void Add(const QString& path);
+    void Clear();
+
+Q_SIGNALS:
+    void Changed();
+
+private:
+    Host& host_;
+    std::vector<std::intptr_t> callbacks_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace lightbox {
+
+class Host;
+class ViewportPanel;
+class ViewportWidget;
+
+/// The model panels that there are, by name: the four of the main window and those of floating windows.
+/// Widgets own the panels; this list follows them.
+class ViewportPanels : public QObject {
+    Q_OBJECT
+public:
+    explicit ViewportPanels(Host& host, QObject* parent = nullptr);
+
+    /// A new panel below a widget, looking through persp. An empty name, or one that is taken, gets a free
+    /// "modelPanelN".
+    ViewportPanel& Create(const std::string& name, QWidget* parent);
+    /// Null when there is none of that name.
+    ViewportPanel* Find(const std::string& name) const;
+    /// In the order in which they were made.
+    std::vector<ViewportPanel*> All() const;
+    /// The panel that was used last; null when there is none at all.
+    ViewportPanel* Active() const;
+    void SetActive(ViewportPanel& panel);
+    ViewportPanel* UnderPointer() const;
+    /// Draws all of them: at once, or once when the event loop comes to it.
+    void Refresh(bool now);
+
+Q_SIGNALS:
+    void ActiveChanged(lightbox::ViewportPanel* panel);
+
+private:
+    Host& host_;
+    std::vector<QPointer<ViewportPanel>> panels_;
+    QPointer<ViewportPanel> active_;
+};
+
+} // namespace lightbox

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "scene/UserInterface.h"
+
+#include <memory>
+
+namespace lightbox {
+
+class Host;
+class MainWindow;
+class ScriptedWindow;
+
+/// What those below the window see of it. It owns the main window.
+class WindowInterface : public UserInterface {
+public:
+    explicit WindowInterface(Host& host);
+    ~WindowInterface() override;
+
+    lightbox::MainWindow& Window() { return *window_; }
+    ScriptedWindow& Scripted() { return *scripted_; }
+    /// The main window of the running host; null in batch.
+    static lightbox::MainWindow* Current(Host& host);
+
+    QWidget& MainWindow() override;
+    std::vector<View*> Views() override;
+    View* ActiveView() override;
+    void RefreshViews(bool now) override;
+    QWidget* FindControl(const std::string& name) override;
+    void ShowHelp(const std::string& text) override;
+    bool SettleUnsavedChanges() override;
+
+private:
+    Host& host_;
+    std::unique_ptr<lightbox::MainWindow> window_;
+    std::unique_ptr<ScriptedWindow> scripted_;
+};
+
+} // namespace lightbox

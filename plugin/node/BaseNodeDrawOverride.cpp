@@ -1,0 +1,149 @@
+#include "node/BaseNodeDrawOverride.h"
+
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "node/BaseNodeUserData.h"
+
+#include <maya/MColor.h>
+#include <maya/MDagPath.h>
+#include <maya/MFnDependencyNode.h>
+#include <maya/MFrameContext.h>
+#include <maya/MStateManager.h>
+#include <maya/MTextureManager.h>
+#include <maya/MUIDrawManager.h>
+#include <maya/MVector.h>
+#include <maya/MViewport2Renderer.h>
+
+namespace vellix {
+
+int BaseNodeDrawOverride::s_textureCount = 0;
+
+namespace {
+
+MHWRender::MTextureManager* FindTextureManager() {
+    MHWRender::MRenderer* renderer = MHWRender::MRenderer::theRenderer();
+    return renderer != nullptr ? renderer->getTextureManager() : nullptr;
+}
+
+MHWRender::MTextureDescription DescribeTexture() {
+    MHWRender::MTextureDescription description;
+    description.setToDefault2DTexture();
+    description.fWidth = Settings::FINAL_IMAGE_WIDTH;
+    description.fHeight = Settings::FINAL_IMAGE_WIDTH;
+    description.fDepth = 1;
+    description.fArraySlices = 1;
+    description.fFormat = MHWRender::kR8G8B8A8_UNORM;
+    return description;
+}
+
+BaseNode* FindBaseNode(const MDagPath& path) {
+    MObject object = path.node();
+    return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
+}
+
+} // namespace
+
+MHWRender::MPxDrawOverride* BaseNodeDrawOverride::Creator(const MObject& object) {
+    return new BaseNodeDrawOverride(object);
+}
+
+BaseNodeDrawOverride::BaseNodeDrawOverride(const MObject& object)
+    : MPxDrawOverride(object, nullptr, true)
+    , m_textureName("vxpVP2Texture") {
+    m_textureName += s_textureCount;
+    ++s_textureCount;
+}
+
+BaseNodeDrawOverride::~BaseNodeDrawOverride() {
+    MHWRender::MTextureManager* textures = m_texture != nullptr ? FindTextureManager() : nullptr;
+    if (textures != nullptr) {
+        textures->releaseTexture(m_texture);
+    }
+}
+
+MHWRender::DrawAPI BaseNodeDrawOverride::supportedDrawAPIs() const {
+    return MHWRender::kAllDevices;
+}
+
+bool BaseNodeDrawOverride::isBounded(const MDagPath&, const MDagPath&) const {
+    return false;
+}
+
+MBoundingBox BaseNodeDrawOverride::boundingBox(const MDagPath&, const MDagPath&) const {
+    return MBoundingBox(MPoint(), MPoint());
+}
+
+bool BaseNodeDrawOverride::hasUIDrawables() const {
+    return true;
+}
+
+MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const MDagPath& cameraPath,
+                                                const MHWRender::MFrameContext& frameContext,
+                                                MUserData* oldData) {
+    auto* data = dynamic_cast<BaseNodeUserData*>(oldData);
+    if (data == nullptr) {
+        data = new BaseNodeUserData;
+    }
+    BaseNode* node = FindBaseNode(objPath);
+    if (node == nullptr) {
+        return data;
+    }
+    int originX = 0;
+    int originY = 0;
+    int width = 0;
+    int height = 0;
+    frameContext.getViewportDimensions(originX, originY, width, height);
+    node->UpdateOverlayValues(cameraPath, width, height, true);
+    node->UpdateOverlayPan(cameraPath, frameContext);
+    data->center = node->GetOverlayCenter();
+    data->halfSize = node->GetOverlayScale();
+
+    const QString camera = MayaUtil::GetCameraName(cameraPath);
+    data->imageChanged = node->ImageUpdateRequired(camera);
+    data->image = node->GetFinalImage(camera);
+    data->opacity = node->GetOpacity();
+    data->drawTransformOutline = node->DrawTransformOutline(camera);
+    if (data->drawTransformOutline) {
+        node->TransformOutlinePoints(data->outline[0], data->outline[1], data->outline[2], data->outline[3]);
+    }
+    return data;
+}
+
+bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
+    MHWRender::MTextureManager* textures = FindTextureManager();
+    if (textures == nullptr) {
+        return false;
+    }
+    if (m_texture == nullptr) {
+        m_texture = textures->acquireTexture(m_textureName, DescribeTexture(), data.image->constBits(), true);
+    }
+    // Whether that brings anything to the card is for the host to find out: what is shown may also have
+    // changed since another view asked for the image.
+    return m_texture != nullptr && m_texture->update(data.image->constBits(), true, 0);
+}
+
+void BaseNodeDrawOverride::addUIDrawables(const MDagPath&, MHWRender::MUIDrawManager& drawManager,
+                                          const MHWRender::MFrameContext&, const MUserData* data) {
+    const auto* drawn = dynamic_cast<const BaseNodeUserData*>(data);
+    if (drawn == nullptr || drawn->image == nullptr || !UploadImage(*drawn)) {
+        return;
+    }
+    drawManager.beginDrawable();
+    drawManager.setTexture(m_texture);
+    drawManager.setTextureSampler(MHWRender::MSamplerState::kMinMagMipLinear,
+                                  MHWRender::MSamplerState::kTexClamp);
+    drawManager.setTextureMask(MHWRender::MBlendState::kRGBAChannels);
+    drawManager.setColor(MColor(1.0f, 1.0f, 1.0f, drawn->opacity));
+    drawManager.rect2d(drawn->center, MVector(0.0, 1.0, 0.0), drawn->halfSize, drawn->halfSize, true);
+    if (drawn->drawTransformOutline) {
+        drawManager.setLineWidth(1.0f);
+        drawManager.setColor(MColor(1.0f, 0.0f, 0.0f, 1.0f));
+        for (int corner = 0; corner < 4; ++corner) {
+            drawManager.line2d(drawn->outline[corner], drawn->outline[(corner + 1) % 4]);
+        }
+    }
+    drawManager.endDrawable();
+}
+
+} // namespace vellix

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <maya/MPxDrawOverride.h>
+#include <maya/MString.h>
+
+namespace vellix {
+
+class BaseNodeUserData;
+
+/// Draws a drawing node in Viewport 2.0: its composed image as a textured square over the camera's gate, and
+/// the outline of what is being transformed. Every instance has a texture of its own, made when it first
+/// draws and updated in place from then on.
+class BaseNodeDrawOverride : public MHWRender::MPxDrawOverride {
+public:
+    static MHWRender::MPxDrawOverride* Creator(const MObject& object);
+
+    explicit BaseNodeDrawOverride(const MObject& object);
+    ~BaseNodeDrawOverride() override;
+
+    MHWRender::DrawAPI supportedDrawAPIs() const override;
+    bool isBounded(const MDagPath& objPath, const MDagPath& cameraPath) const override;
+    MBoundingBox boundingBox(const MDagPath& objPath, const MDagPath& cameraPath) const override;
+    MUserData* prepareForDraw(const MDagPath& objPath, const MDagPath& cameraPath,
+                              const MHWRender::MFrameContext& frameContext, MUserData* oldData) override;
+    bool hasUIDrawables() const override;
+    void addUIDrawables(const MDagPath& objPath, MHWRender::MUIDrawManager& drawManager,
+                        const MHWRender::MFrameContext& frameContext, const MUserData* data) override;
+
+    const MString& GetTextureName() const { return m_textureName; }
+
+private:
+    bool UploadImage(const BaseNodeUserData& data);
+
+    static int s_textureCount;
+
+    MString m_textureName;
+    MHWRender::MTexture* m_texture = nullptr;
+};
+
+} // namespace vellix

@@ -1,0 +1,217 @@
+#include "ui/TimeControlOverlay.h"
+
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+
+#include <maya/MTime.h>
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace vellix {
+
+namespace {
+
+// They put the marks into the lower third of the slider, where its own ticks are.
+constexpr float MARGIN_FRACTION = 0.005f;
+constexpr float FRAMES_FRACTION = 0.99f;
+constexpr float BAND_FRACTION = 0.333f;
+constexpr int BAND_OFFSET = 2;
+constexpr float HALF_PIXEL = 0.5f;
+constexpr int FILL_ALPHA = 63;
+
+/// Where marks lie in a slider, in its pixels.
+struct MarkBand {
+    MarkBand(const QSize& slider, float start, float frameCount)
+        : firstFrame(start)
+        , margin(static_cast<float>(slider.width()) * MARGIN_FRACTION)
+        , pixelsPerFrame(static_cast<float>(slider.width()) * FRAMES_FRACTION / frameCount)
+        , height(static_cast<int>(static_cast<float>(slider.height()) * BAND_FRACTION))
+        , top(slider.height() - height + BAND_OFFSET) {}
+
+    QRect MarkAt(int time) const {
+        const int left =
+            static_cast<int>((static_cast<float>(time) - firstFrame) * pixelsPerFrame + margin + HALF_PIXEL);
+        // Where frames are narrower than pixels a mark is one pixel wide.
+        return QRect(left, top, qMax(1, static_cast<int>(pixelsPerFrame)), height);
+    }
+
+    float firstFrame;
+    float margin;
+    float pixelsPerFrame;
+    int height;
+    int top;
+};
+
+float InFrames(const MTime& time) {
+    return static_cast<float>(time.as(MTime::uiUnit()));
+}
+
+MDoubleArray GetVisibleRange() {
+    MDoubleArray range;
+    if (MayaUtil::IsTimeSliderRangeVisible()) {
+        MayaUtil::GetTimeSliderRange(range);
+    }
+    return range;
+}
+
+} // namespace
+
+TimeControlOverlay::TimeControlOverlay(QWidget* timeSlider)
+    : QWidget(timeSlider) {
+    if (timeSlider != nullptr) {
+        setGeometry(timeSlider->rect());
+        connect(timeSlider, &QObject::destroyed, this, [this] { setParent(nullptr); });
+    }
+}
+
+void TimeControlOverlay::SetFrameTimes(const QList<int>& times) {
+    if (!m_frameTimes.isSharedWith(times)) {
+        m_frameTimes = times;
+    }
+    update();
+}
+
+void TimeControlOverlay::ClearFrameTimes() {
+    m_frameTimes.clear();
+    update();
+}
+
+bool TimeControlOverlay::IsShown() const {
+    return !isHidden();
+}
+
+void TimeControlOverlay::SetShown(bool shown) {
+    // Without a slider it would be a window of its own.
+    setVisible(shown && parentWidget() != nullptr);
+}
+
+void TimeControlOverlay::SetDrawContextActive(bool active) {
+    m_drawContextActive = active;
+    ResetDrag();
+    if (active) {
+        UpdateDrag();
+    }
+}
+
+bool TimeControlOverlay::FollowsRange() const {
+    return Settings::timeControlRangeMoveEnabled && m_drawContextActive;
+}
+
+bool TimeControlOverlay::HasMoveOffset() const {
+    return FollowsRange() && m_dragging;
+}
+
+int TimeControlOverlay::GetMoveOffset() const {
+    return Settings::timeControlRangeMoveEnabled ? m_moveOffset : 0;
+}
+
+MDoubleArray TimeControlOverlay::GetRangeForMoveOffset() const {
+    return m_range;
+}
+
+void TimeControlOverlay::UpdateMoveOffset() {
+    if (!HasMoveOffset()) {
+        return;
+    }
+    if (!MayaUtil::IsTimeSliderRangeVisible()) {
+        ResetDrag();
+        return;
+    }
+    MDoubleArray range;
+    MayaUtil::GetTimeSliderRange(range);
+    // A change of length is a resize, not a move.
+    if (range.length() == 2 && m_range.length() == 2 && range[0] - m_range[0] == range[1] - m_range[1]) {
+        m_moveOffset = static_cast<int>(range[0]) - static_cast<int>(m_range[0]);
+    }
+    m_movePending = true;
+}
+
+void TimeControlOverlay::UpdateDrag() {
+    if (!FollowsRange()) {
+        return;
+    }
+    const bool moves = m_movePending && m_range.length() == 2;
+    const int offset = m_moveOffset;
+    int first = 0;
+    int last = 0;
+    if (moves) {
+        first = static_cast<int>(m_range[0]);
+        last = static_cast<int>(m_range[1]);
+        last -= first < last ? 1 : 0; // the slider's range does not hold its end
+    }
+    m_range = GetVisibleRange();
+    m_moveOffset = 0;
+    m_dragging = false;
+    m_rangeVisibleAtPress = false;
+    m_movePending = false;
+    if (moves && offset == 0) {
+        MayaUtil::RefreshTimelineOverlay();
+    } else if (moves) {
+        MayaUtil::MoveFrames(offset, first, last);
+    }
+}
+
+void TimeControlOverlay::ResetDrag() {
+    m_dragging = false;
+    m_movePending = false;
+    m_rangeVisibleAtPress = false;
+    m_moveOffset = 0;
+    m_range.clear();
+}
+
+void TimeControlOverlay::paintEvent(QPaintEvent*) {
+    const QWidget* slider = parentWidget();
+    if (slider == nullptr) {
+        return;
+    }
+    // The slider may have been resized.
+    setGeometry(slider->rect());
+    const float start = InFrames(MayaUtil::GetPlaybackRangeStart());
+    const float frameCount = InFrames(MayaUtil::GetPlaybackRangeEnd()) - start + 1.0f;
+    if (frameCount < 1.0f) {
+        return;
+    }
+    const MarkBand band(slider->size(), start, frameCount);
+    QColor fill = Settings::timelineFrameColor;
+    fill.setAlpha(FILL_ALPHA);
+    QPainter painter(this);
+    painter.setPen(QPen(Settings::timelineFrameColor, 1));
+    for (const int time : m_frameTimes) {
+        const QRect mark = band.MarkAt(time);
+        const bool collides = GetMoveOffset() > 0 && m_frameTimes.count(time) > 1;
+        painter.fillRect(mark, collides ? QColor(Qt::black) : fill);
+        painter.drawRect(mark.adjusted(0, 0, -1, -1)); // an outline is drawn from the first to the last pixel
+    }
+}
+
+void TimeControlOverlay::mousePressEvent(QMouseEvent* event) {
+    if (FollowsRange()) {
+        m_movePending = false;
+        m_rangeVisibleAtPress = MayaUtil::IsTimeSliderRangeVisible();
+    }
+    event->ignore();
+}
+
+void TimeControlOverlay::mouseMoveEvent(QMouseEvent* event) {
+    if (FollowsRange() && m_rangeVisibleAtPress) {
+        m_dragging = true;
+    }
+    event->ignore();
+}
+
+void TimeControlOverlay::mouseReleaseEvent(QMouseEvent* event) {
+    UpdateDrag();
+    event->ignore();
+}
+
+void TimeControlOverlay::showEvent(QShowEvent*) {
+    ResetDrag();
+    UpdateDrag();
+}
+
+void TimeControlOverlay::hideEvent(QHideEvent*) {
+    ResetDrag();
+}
+
+} // namespace vellix

@@ -1,0 +1,157 @@
+#include "WindowFixture.h"
+#include "formats/SceneFiles.h"
+#include "scene/IdleQueue.h"
+#include "window/RecentFiles.h"
+
+#include <QAbstractButton>
+#include <QFile>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+using lightbox::PanelLayout;
+
+class MainWindowTest : public WindowFixture {
+protected:
+    /// Presses a button of the question about unsaved changes once it is there. Its text, or nothing.
+    void Answer(QMessageBox::StandardButton button, QString& seen) {
+        QTimer::singleShot(0, [&seen, button] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box) {
+                seen = box->text();
+                box->button(button)->click();
+            }
+        });
+    }
+};
+
+TEST_F(MainWindowTest, IsFoundByTheNameThatScriptsKnow) {
+    EXPECT_EQ(Window().objectName(), "MayaWindow");
+    EXPECT_EQ(host_->ui()->FindControl("MayaWindow"), &Window());
+    EXPECT_EQ(host_->ui()->FindControl("MayaWindow|viewPanes|modelPanel4"), &Panel("modelPanel4"));
+    EXPECT_EQ(host_->ui()->FindControl("nothing"), nullptr);
+    EXPECT_EQ(host_->ui()->FindControl(""), nullptr);
+}
+
+TEST_F(MainWindowTest, ClosingAsksOnlyAboutChangesAndDoesWhatIsAnswered) {
+    const std::string file = prefs_.filePath("kept.ma").toStdString();
+    struct Row {
+        QMessageBox::StandardButton answer;
+        bool goesOn;
+        bool isSaved;
+    };
+    const Row rows[] = {{QMessageBox::Cancel, false, false},
+                        {QMessageBox::Discard, true, false},
+                        {QMessageBox::Save, true, true}};
+    Show();
+    for (const Row& row : rows) {
+        Run("file -f -new; createNode transform -n box; file -rename \"" + file + "\"");
+        QFile::remove(QString::fromStdString(file));
+        QString seen;
+        Answer(row.answer, seen);
+        EXPECT_EQ(host_->ui()->SettleUnsavedChanges(), row.goesOn);
+        EXPECT_EQ(seen, "Save changes to kept.ma?");
+        EXPECT_EQ(QFile::exists(QString::fromStdString(file)), row.isSaved);
+        EXPECT_TRUE(Window().isVisible());
+    }
+    Run("file -f -new");
+    QString seen;
+    Answer(QMessageBox::Cancel, seen);
+    EXPECT_TRUE(host_->ui()->SettleUnsavedChanges());
+    EXPECT_EQ(seen, "") << "nothing changed, nothing to ask";
+    Settle();
+
+    Run("createNode transform");
+    Answer(QMessageBox::Cancel, seen);
+    Window().close();
+    EXPECT_FALSE(host_->QuitStatus()) << "the user stays";
+    Answer(QMessageBox::Discard, seen);
+    Window().close();
+    EXPECT_EQ(host_->QuitStatus(), 0);
+}
+
+TEST_F(MainWindowTest, ASceneThatCannotBeWrittenIsNotGivenUp) {
+    Show();
+    Run("createNode transform; file -rename \"/nowhere/at/all.ma\"");
+    QString question;
+    QString complaint;
+    QTimer::singleShot(0, [&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        question = box->text();
+        QTimer::singleShot(0, [&] {
+            auto* const failed = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            complaint = failed->objectName();
+            failed->button(QMessageBox::Ok)->click();
+        });
+        box->button(QMessageBox::Save)->click();
+    });
+    EXPECT_FALSE(host_->ui()->SettleUnsavedChanges());
+    EXPECT_EQ(complaint, "saveFailed");
+}
+
+TEST_F(MainWindowTest, QuitAsksUnlessItIsForced) {
+    Show();
+    Run("createNode transform");
+    QString seen;
+    Answer(QMessageBox::Cancel, seen);
+    Run("quit");
+    EXPECT_FALSE(seen.isEmpty());
+    EXPECT_FALSE(host_->QuitStatus());
+    EXPECT_THROW(Run("quit -force -exitCode 7; createNode transform -n late"), lightbox::mel::Error);
+    EXPECT_EQ(host_->scene().Find("late"), nullptr) << "nothing after it runs";
+    EXPECT_EQ(host_->QuitStatus(), 7);
+}
+
+TEST_F(MainWindowTest, RunsUntilQuitAndAnswersItsStatus) {
+    bool stood = false;
+    const int status = session_->Run([&] {
+        stood = Window().isVisible();
+        host_->idle().Add([&] { host_->RequestQuit(3); });
+    });
+    EXPECT_TRUE(stood);
+    EXPECT_EQ(status, 3);
+}
+
+TEST_F(MainWindowTest, GeometryComesBackInTheNextSession) {
+    Show();
+    Window().setGeometry(140, 90, 900, 700);
+    Settle();
+    const QRect before = Window().geometry();
+    Window().SaveState();
+    Restart();
+    Window().RestoreState();
+    Window().show();
+    Settle();
+    EXPECT_EQ(Window().geometry(), before);
+}
+
+TEST_F(MainWindowTest, TheTitleTellsTheSceneAndWhetherItChanged) {
+    Show();
+    EXPECT_EQ(Window().windowTitle(), "untitled[*] - Lightbox");
+    EXPECT_FALSE(Window().isWindowModified());
+    Run("createNode transform -n box");
+    Settle();
+    EXPECT_TRUE(Window().isWindowModified());
+    Run("file -rename \"" + prefs_.filePath("a.ma").toStdString() + "\"; file -save -type mayaAscii");
+    Settle();
+    EXPECT_EQ(Window().windowTitle(), "a.ma[*] - Lightbox");
+    EXPECT_FALSE(Window().isWindowModified());
+}
+
+TEST_F(MainWindowTest, RecentFilesAreTheLatestTenOnceEach) {
+    Show();
+    QStringList expected;
+    for (int i = 0; i < 12; ++i) {
+        const QString file = prefs_.filePath(QString("scene%1.ma").arg(i));
+        Run("file -rename \"" + file.toStdString() + "\"; file -save -type mayaAscii");
+        expected.prepend(file);
+    }
+    EXPECT_EQ(Window().Recent().List(), expected.mid(0, 10));
+    Run("file -f -open \"" + expected[4].toStdString() + "\"");
+    expected.move(4, 0);
+    EXPECT_EQ(Window().Recent().List(), expected.mid(0, 10));
+    Restart();
+    EXPECT_EQ(Window().Recent().List(), expected.mid(0, 10));
+}

@@ -1,0 +1,187 @@
+#include "WindowFixture.h"
+#include "openmaya/DrawList.h"
+#include "window/GateOverlay.h"
+
+#include <QAction>
+#include <QOpenGLContext>
+#include <QSignalSpy>
+#include <QTest>
+
+using lightbox::PanelLayout;
+using lightbox::ViewOptions;
+
+class ViewportTest : public WindowFixture {
+protected:
+    /// Frames drawn by the view while the work is done and the loop comes to rest.
+    unsigned Frames(const std::function<void()>& work) {
+        Settle(150);
+        const unsigned before = View().FrameCount();
+        work();
+        Settle(150);
+        return View().FrameCount() - before;
+    }
+};
+
+TEST_F(ViewportTest, IsDrawnOnceForEachTurnOfTheEventLoopAndOnlyWhenSomethingChanged) {
+    Show();
+    struct Row {
+        const char* what;
+        std::string mel;
+        unsigned frames;
+    };
+    const Row rows[] = {{"nothing", "$nothing = 1", 0},
+                        {"a hundred values", "for ($i = 0; $i < 100; ++$i) setAttr persp.tx $i", 1},
+                        {"new nodes", "createNode locator; createNode transform -n a", 1},
+                        {"the time", "currentTime 5; currentTime 6; currentTime 7", 1},
+                        {"the selection", "select -cl", 1},
+                        {"undo", "undo", 1},
+                        {"a name", "rename a b", 1}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(Frames([&] { Run(row.mel); }), row.frames) << row.what;
+    }
+    EXPECT_EQ(Frames([&] {
+                  for (int i = 0; i < 5; ++i) {
+                      host_->ui()->RefreshViews(false);
+                  }
+              }),
+              1u);
+    EXPECT_EQ(Frames([&] {
+                  host_->ui()->RefreshViews(true);
+                  host_->ui()->RefreshViews(true);
+              }),
+              2u)
+        << "at once means at once";
+}
+
+TEST_F(ViewportTest, HiddenViewsAreNotDrawn) {
+    Show();
+    const unsigned before = View("modelPanel1").FrameCount();
+    Run("setAttr persp.tx 3");
+    host_->ui()->RefreshViews(true);
+    Settle();
+    EXPECT_EQ(View("modelPanel1").FrameCount(), before);
+}
+
+TEST_F(ViewportTest, LooksThroughACameraUntilItGoes) {
+    Show();
+    Run("camera -n shot");
+    QSignalSpy changed(&View(), &lightbox::ViewportWidget::CameraChanged);
+    EXPECT_TRUE(Panel("modelPanel4").LookThrough("shot1"));
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(View().Camera()->Name(), "shotShape1");
+    EXPECT_FALSE(Panel("modelPanel4").LookThrough("nobody"));
+    EXPECT_FALSE(Panel("modelPanel4").LookThrough("time1"));
+    EXPECT_EQ(View().Camera()->Name(), "shotShape1");
+    Run("rename shot1 take");
+    EXPECT_EQ(View().Camera()->Parent()->Name(), "take");
+    Run("delete take");
+    EXPECT_EQ(View().Camera()->Parent()->Name(), "persp");
+    // A scene that is opened anew brings a camera of that name again.
+    Panel("modelPanel2").LookThrough("side");
+    Run("file -f -new");
+    EXPECT_EQ(View("modelPanel2").Camera()->Parent()->Name(), "side");
+    EXPECT_EQ(View("modelPanel2").Camera()->InScene(), &host_->scene());
+    Settle();
+}
+
+TEST_F(ViewportTest, AltDragsNavigateAndTheRestIsTheToolsOwn) {
+    Show();
+    const QPoint center = View().rect().center();
+    const double before = Number("persp.rotateY");
+    QTest::mousePress(&View(), Qt::LeftButton, Qt::AltModifier, center);
+    QMouseEvent move(QEvent::MouseMove, center + QPoint(50, 0), Qt::NoButton, Qt::LeftButton, Qt::AltModifier);
+    QApplication::sendEvent(&View(), &move);
+    QTest::mouseRelease(&View(), Qt::LeftButton, Qt::AltModifier, center + QPoint(50, 0));
+    EXPECT_LT(Number("persp.rotateY"), before - 1.0);
+    const double after = Number("persp.rotateY");
+    QTest::mousePress(&View(), Qt::LeftButton, Qt::NoModifier, center);
+    QTest::mouseMove(&View(), center + QPoint(60, 0));
+    QTest::mouseRelease(&View(), Qt::LeftButton, Qt::NoModifier, center + QPoint(60, 0));
+    EXPECT_EQ(Number("persp.rotateY"), after);
+}
+
+TEST_F(ViewportTest, BackslashWithTheMiddleButtonPansThePicture) {
+    Show();
+    const QPoint center = View().rect().center();
+    View().setFocus();
+    QTest::keyPress(&View(), Qt::Key_Backslash);
+    QTest::mousePress(&View(), Qt::MiddleButton, Qt::NoModifier, center);
+    QMouseEvent move(QEvent::MouseMove, center + QPoint(40, 0), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+    QApplication::sendEvent(&View(), &move);
+    QTest::mouseRelease(&View(), Qt::MiddleButton, Qt::NoModifier, center + QPoint(40, 0));
+    QTest::keyRelease(&View(), Qt::Key_Backslash);
+    EXPECT_EQ(Number("perspShape.panZoomEnabled"), 1.0);
+    EXPECT_LT(Number("perspShape.horizontalPan"), 0.0);
+}
+
+TEST_F(ViewportTest, MenusSetTheOptionsOfTheirOwnViewAndShowThem) {
+    Show();
+    const auto action = [&](const char* panel, const QString& text) -> QAction* {
+        for (QAction* candidate : Panel(panel).findChildren<QAction*>()) {
+            if (candidate->text() == text) {
+                return candidate;
+            }
+        }
+        return nullptr;
+    };
+    ASSERT_NE(action("modelPanel4", "Legacy Viewport"), nullptr);
+    action("modelPanel4", "Legacy Viewport")->trigger();
+    EXPECT_FALSE(View().IsViewport2());
+    EXPECT_TRUE(View("modelPanel1").IsViewport2());
+    EXPECT_TRUE(action("modelPanel4", "Legacy Viewport")->isChecked());
+    EXPECT_FALSE(action("modelPanel4", "Viewport 2.0")->isChecked());
+    action("modelPanel4", "Viewport 2.0")->trigger();
+    EXPECT_TRUE(View().IsViewport2());
+    action("modelPanel4", "Grid")->trigger();
+    EXPECT_FALSE(View().Options().display.grid);
+
+    // The gates belong to the camera; a script's change shows in the buttons.
+    action("modelPanel4", "Resolution Gate")->trigger();
+    EXPECT_EQ(Number("perspShape.displayResolution"), 1.0);
+    Run("setAttr perspShape.displayFilmGate 1");
+    Settle();
+    EXPECT_TRUE(action("modelPanel4", "Film Gate")->isChecked());
+    Run("undo; undo");
+    Settle();
+    EXPECT_FALSE(action("modelPanel4", "Resolution Gate")->isChecked());
+}
+
+TEST_F(ViewportTest, GatesAreDrawnWhereTheCameraHasThem) {
+    Run("setAttr perspShape.displayResolution 1; setAttr perspShape.displayGateMask 1;"
+        "setAttr perspShape.overscan 1; setAttr defaultResolution.width 1280; setAttr defaultResolution.height 720");
+    const auto camera = lightbox::ViewportWidget::FindCamera(host_->scene(), "persp");
+    const lightbox::CameraView view(*camera, 1000, 800);
+    const lightbox::DrawList items = lightbox::GateOverlay::Items(*camera, view, ViewOptions());
+    const auto count = [&](const auto& condition) { return std::count_if(items.begin(), items.end(), condition); };
+    // Horizontal fit: the gate is as wide as the view, and its mask lies above and below it only.
+    EXPECT_EQ(count([](const lightbox::DrawItem& item) {
+                  return item.kind == lightbox::DrawItem::Kind::Rectangle && !item.filled &&
+                         std::abs(item.halfWidth - 500.0) < 0.01 && std::abs(item.halfHeight - 281.25) < 0.01;
+              }),
+              1);
+    double masked = 0.0;
+    for (const lightbox::DrawItem& item : items) {
+        masked += item.filled ? item.halfWidth * item.halfHeight * 4.0 : 0.0;
+    }
+    EXPECT_NEAR(masked, 1000 * 800 - 1000 * 562.5, 1.0);
+    const auto hasText = [&](const char* text) {
+        return count([&](const lightbox::DrawItem& item) { return item.text == text; }) == 1;
+    };
+    EXPECT_TRUE(hasText("1280 x 720"));
+    EXPECT_TRUE(hasText("persp"));
+    Run("setAttr perspShape.displayResolution 0");
+    EXPECT_EQ(lightbox::GateOverlay::Items(*camera, view, ViewOptions()).size(), 1u) << "the name alone";
+}
+
+TEST_F(ViewportTest, ContextsNestAndGiveBackWhatWasCurrent) {
+    Show();
+    QOpenGLContext* const before = QOpenGLContext::currentContext();
+    View().BeginGl();
+    EXPECT_EQ(QOpenGLContext::currentContext(), View().context());
+    View().BeginGl();
+    View().EndGl();
+    EXPECT_EQ(QOpenGLContext::currentContext(), View().context());
+    View().EndGl();
+    EXPECT_EQ(QOpenGLContext::currentContext(), before);
+    View().EndGl();
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "mel/Interpreter.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/Plug.h"
+#include "scene/Scene.h"
+#include "window/MainWindow.h"
+#include "window/PanelLayout.h"
+#include "window/ViewportPanel.h"
+#include "window/ViewportPanels.h"
+#include "window/ViewportWidget.h"
+#include "window/WindowInterface.h"
+#include "window/WindowSession.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A host with a window of a known size, whose messages are kept.
+class WindowFixture : public ::testing::Test {
+protected:
+    WindowFixture() { Start(); }
+
+    void Start() {
+        host_ =
+            std::make_unique<lightbox::Host>(lightbox::Host::Options{false, prefs_.path().toStdString()});
+        host_->output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
+            messages_.push_back(lightbox::Output::Worded(kind, text));
+        });
+        session_ = std::make_unique<lightbox::WindowSession>(*host_);
+    }
+    void Stop() {
+        session_.reset();
+        host_.reset();
+    }
+    /// Ends this host and begins another with the same preferences.
+    void Restart() {
+        Stop();
+        Start();
+    }
+
+    lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(*host_); }
+    lightbox::ViewportPanel& Panel(const char* name) { return *Window().Panels().Find(name); }
+    lightbox::ViewportWidget& View(const char* panel = "modelPanel4") { return Panel(panel).View(); }
+    lightbox::mel::Value Run(const std::string& text) { return host_->interpreter().Execute(text); }
+    double Number(const std::string& plug) { return host_->scene().FindPlug(plug).Number(); }
+
+    void Show(const QSize& size = {1100, 900}) {
+        Window().resize(size);
+        Window().show();
+        Settle();
+    }
+    /// Lets the event loop come to rest.
+    static void Settle(int milliseconds = 60) {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < milliseconds) {
+            QApplication::processEvents(QEventLoop::AllEvents, 10);
+            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QThread::msleep(1);
+        }
+    }
+    /// False when it does not come true in time.
+    static bool WaitFor(const std::function<bool()>& condition, int milliseconds = 5000) {
+        QElapsedTimer timer;
+        timer.start();
+        while (!condition() && timer.elapsed() < milliseconds) {
+            Settle(5);
+        }
+        return condition();
+    }
+
+    QTemporaryDir prefs_;
+    std::vector<std::string> messages_;
+    std::unique_ptr<lightbox::Host> host_;
+    std::unique_ptr<lightbox::WindowSession> session_;
+};

@@ -1,0 +1,162 @@
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "host/PluginMain.h"
+#include "host/Settings.h"
+#include "lightbox/window/WindowFixture.h"
+#include "node/BaseNode.h"
+#include "openmaya/ViewDrawing.h"
+#include "scene/PluginManager.h"
+#include "window/ViewOptions.h"
+
+#include <QPainter>
+
+namespace vellix {
+
+namespace {
+
+/// The plug-in in a window whose viewport has the size that a test asks for.
+class DrawingInViewTest : public WindowFixture {
+protected:
+    DrawingInViewTest() {
+        host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+        Settings::ghostPrev = Settings::ghostNext = false;
+        Settings::ignore2dPanZoom = false;
+        Run("setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
+        Run("qmVellixNode -l -f -c persp");
+    }
+    ~DrawingInViewTest() override { Stop(); }
+
+    /// Every other pixel opaque, edges of one pixel, translucent bars: what any blur or shift would change.
+    static QImage Drawing() {
+        QImage image(1024, 1024, QImage::Format_RGBA8888);
+        image.fill(Qt::transparent);
+        for (int y = 300; y < 500; ++y) {
+            for (int x = 200; x < 400; ++x) {
+                if ((x + y) % 2 == 0) {
+                    image.setPixelColor(x, y, QColor(255, 120, 0));
+                }
+            }
+        }
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(QRect(500, 320, 200, 60), QColor(20, 60, 240, 128));
+        painter.fillRect(QRect(500, 420, 200, 1), QColor(0, 255, 0));
+        painter.fillRect(QRect(760, 300, 1, 200), QColor(255, 0, 255, 200));
+        return image;
+    }
+
+    void Draw(const QImage& image) {
+        BaseNode* node = BaseNode::GetMaster();
+        Layer* layer = node->GetActiveLayer("persp");
+        layer->GetFrame(0)->SetImage(image);
+        node->ForceCacheUpdate("persp", 0);
+        node->QueueRefresh();
+    }
+    void SizeView(int width, int height) {
+        Show();
+        for (int round = 0; round < 5 && View().size() != QSize(width, height); ++round) {
+            Window().resize(Window().size() + QSize(width, height) - View().size());
+            Settle();
+        }
+        ASSERT_EQ(View().size(), QSize(width, height));
+    }
+    void Use(lightbox::ViewOptions::Renderer renderer) {
+        lightbox::ViewOptions options = View().Options();
+        options.renderer = renderer;
+        options.display = lightbox::DisplayOptions();
+        options.display.grid = options.display.axisIcon = false;
+        options.cameraName = false;
+        View().SetOptions(options);
+    }
+    QImage Grab() {
+        View().Refresh(true);
+        return View().grabFramebuffer().convertToFormat(QImage::Format_RGB32);
+    }
+};
+
+} // namespace
+
+// The gate is 1024 pixels wide: what is seen is the drawing over the view without it, pixel for pixel.
+TEST_F(DrawingInViewTest, IsTrueToThePixelInBothRenderers) {
+    const QImage drawing = Drawing();
+    for (const QSize size : {QSize(1024, 576), QSize(1024, 577)}) {
+        SizeView(size.width(), size.height());
+        for (const auto renderer :
+             {lightbox::ViewOptions::Renderer::Viewport2, lightbox::ViewOptions::Renderer::Legacy}) {
+            SCOPED_TRACE(::testing::Message() << size.height() << " high, renderer " << int(renderer));
+            Use(renderer);
+            QImage nothing(1024, 1024, QImage::Format_RGBA8888);
+            nothing.fill(Qt::transparent);
+            Draw(nothing);
+            const QImage before = Grab();
+            Draw(drawing);
+            const QImage seen = Grab();
+            // The first row of the drawing lies (1024 - height) / 2 above the view, halves upward.
+            const int above = (1024 - size.height() + 1) / 2;
+            int worst = 0;
+            for (int y = 0; y < size.height(); ++y) {
+                for (int x = 0; x < 1024; ++x) {
+                    const QColor over = drawing.pixelColor(x, y + above);
+                    const QColor under = before.pixelColor(x, y);
+                    const double alpha = over.alphaF();
+                    const QColor got = seen.pixelColor(x, y);
+                    const auto error = [&](int o, int u, int g) {
+                        return static_cast<int>(std::abs(o * alpha + u * (1.0 - alpha) - g) + 0.5);
+                    };
+                    worst = std::max({worst, error(over.red(), under.red(), got.red()),
+                                      error(over.green(), under.green(), got.green()),
+                                      error(over.blue(), under.blue(), got.blue())});
+                }
+            }
+            EXPECT_LE(worst, 2);
+        }
+    }
+}
+
+TEST_F(DrawingInViewTest, AnImageThatStaysIsBroughtToTheCardOnce) {
+    SizeView(640, 480);
+    Use(lightbox::ViewOptions::Renderer::Viewport2);
+    Draw(Drawing());
+    Grab();
+    const unsigned uploads = View().UploadCount();
+    for (int round = 0; round < 5; ++round) {
+        Grab();
+    }
+    EXPECT_EQ(View().UploadCount(), uploads);
+    QImage other = Drawing();
+    other.setPixelColor(1000, 1000, Qt::red);
+    Draw(other);
+    Grab();
+    EXPECT_EQ(View().UploadCount(), uploads + 1);
+}
+
+TEST_F(DrawingInViewTest, TheOutlineIsDrawnOverTheDrawing) {
+    SizeView(1024, 600);
+    Use(lightbox::ViewOptions::Renderer::Viewport2);
+    BaseNode::GetMaster()->SetTransformOutline("persp", QPoint(300, 300), QPoint(300, 700), QPoint(600, 700),
+                                               QPoint(600, 300));
+    const QImage seen = Grab();
+    int red = 0;
+    for (int y = 0; y < 600; ++y) {
+        red += seen.pixelColor(300, y) == QColor(255, 0, 0) ? 1 : 0;
+    }
+    EXPECT_NEAR(red, 400, 2);
+    BaseNode::GetMaster()->ClearTransformOutline();
+    EXPECT_NE(Grab().pixelColor(300, 300), QColor(255, 0, 0));
+}
+
+TEST_F(DrawingInViewTest, TwoNodesHaveTwoTextures) {
+    SizeView(640, 480);
+    Run("createNode transform -name other; createNode qmVellix -parent other -name otherShape");
+    BaseNode* other = BaseNode::GetAll().last();
+    ASSERT_FALSE(other->IsMaster());
+    other->InsertLayer("persp", 0, QString());
+    other->AddFrame("persp");
+    const auto list = lightbox::ViewDrawing::Collect(host_->scene(), View(), View().LookThrough());
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_NE(list[0].texture->name, list[1].texture->name);
+    EXPECT_EQ(list[0].texture->name.rfind("vxpVP2Texture", 0), 0U);
+}
+
+} // namespace vellix
