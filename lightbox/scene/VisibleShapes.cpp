@@ -28,7 +28,7 @@ bool IsTemplate(const DagNode& node) {
 
 class Finder {
 public:
-    explicit Finder(const Scene& scene) {
+    explicit Finder(Scene& scene) {
         for (const std::shared_ptr<Node>& node : scene.selection().Get()) {
             selected_.insert(node.get());
             lead_ = node.get();

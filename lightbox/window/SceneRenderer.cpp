@@ -90,6 +90,8 @@ public:
     bool Build();
     void Draw(Scene& scene, const DagNode& lookThrough);
 
+    unsigned UploadCount() const { return meshes_.UploadCount(); }
+
     const CameraView* view = nullptr;
     DisplayOptions options;
     double devicePixelRatio = 1.0;
@@ -333,6 +335,10 @@ SceneRenderer::SceneRenderer()
     : d_(std::make_unique<Private>()) {}
 
 SceneRenderer::~SceneRenderer() = default;
+
+unsigned SceneRenderer::UploadCount() const {
+    return d_->UploadCount();
+}
 
 bool SceneRenderer::Initialize() {
     return d_->Build();

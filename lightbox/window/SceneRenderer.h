@@ -29,6 +29,8 @@ public:
     /// OpenGL's state as a new context has it, but for the viewport, and the depth buffer as it was drawn.
     void Draw(Scene& scene, const CameraView& view, const DagNode& lookThrough, const DisplayOptions& options,
               double devicePixelRatio);
+    /// Meshes brought to the card so far.
+    unsigned UploadCount() const;
 
 private:
     class Private;

@@ -28,6 +28,8 @@ void DumpValue(std::ostream& out, const AttributeValue& value) {
         }
     } else if (const auto* data = std::get_if<std::shared_ptr<DataValue>>(&value)) {
         out << data->get();
+    } else if (const auto* mesh = std::get_if<std::shared_ptr<const MeshData>>(&value)) {
+        out << mesh->get();
     }
 }
 
