@@ -8,6 +8,7 @@
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
 #include "scene/PluginManager.h"
+#include "window/WindowCommands.h"
 #include "window/WindowSession.h"
 
 #include <QApplication>
@@ -89,6 +90,7 @@ void RunStep(Host& host, const CommandLine::Step& step) {
 /// The batch run: the first error ends it.
 int RunBatch(const CommandLine& line) {
     Host host({true, PrefsFolder(line)});
+    lightbox::RegisterWindowCommands(host, nullptr);
     WatchSignals(host);
     host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
     if (line.autoloadPlugins) {

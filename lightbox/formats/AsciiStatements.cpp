@@ -6,8 +6,10 @@
 #include "scene/DataValue.h"
 #include "scene/TimeUnits.h"
 
+#include <algorithm>
 #include <ostream>
 #include <sstream>
+#include <string_view>
 
 namespace lightbox::ascii {
 namespace {
@@ -41,12 +43,27 @@ void WriteData(std::ostream& out, const Setting& setting) {
     out << ' ';
 }
 
+/// Bare words and numbers, each part of a face on a line of its own.
+void WriteFaces(std::ostream& out, const Setting& setting) {
+    for (const std::string& face : setting.texts) {
+        for (std::size_t begin = 0; begin < face.size();) {
+            const std::size_t end = std::min(face.find('\n', begin), face.size());
+            out << " \n\t\t" << std::string_view(face).substr(begin, end - begin);
+            begin = end + 1;
+        }
+    }
+}
+
 void WriteValue(std::ostream& out, const Setting& setting) {
     if (!setting.type.empty()) {
         out << " -type " << mel::Quoted(setting.type);
     }
     if (setting.data) {
         WriteData(out, setting);
+        return;
+    }
+    if (setting.type == "polyFaces") {
+        WriteFaces(out, setting);
         return;
     }
     if (const int perItem = NumbersPerItemOfType(setting.type)) {

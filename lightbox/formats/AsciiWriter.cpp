@@ -209,8 +209,10 @@ void AsciiWriter::WriteConnections(const SceneContent& content) {
              << ";\n";
     }
     for (const Connection& connection : content.connections) {
-        out_ << "connectAttr " << PlugName(connection.source) << ' ' << PlugName(connection.destination)
-             << ";\n";
+        const Plug& to = connection.destination;
+        const bool isNext = to.element >= 0 && !to.attribute->indexMatters && to.attribute->multi;
+        out_ << "connectAttr " << PlugName(connection.source) << ' '
+             << PlugName(isNext ? Plug(to.node, to.attribute) : to) << (isNext ? " -na" : "") << ";\n";
     }
     if (!content.isWhole) {
         return;

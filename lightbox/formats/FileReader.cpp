@@ -6,6 +6,7 @@
 #include "formats/FileError.h"
 #include "formats/KeptContent.h"
 #include "formats/MemoryStream.h"
+#include "formats/MeshSettings.h"
 #include "formats/SceneFiles.h"
 #include "formats/SettingApplier.h"
 #include "mel/Interpreter.h"
@@ -175,7 +176,7 @@ void FileReader::ReportFault(const std::string& message) {
 }
 
 void FileReader::WarnOnce(const std::string& kind, const std::string& message) {
-    if (warned_.insert(kind).second) {
+    if (!message.empty() && warned_.insert(kind).second) {
         host_.output().Warning(Place() + message);
     }
 }
@@ -215,7 +216,13 @@ void FileReader::Apply(const std::shared_ptr<Node>& node, const Setting& setting
         return;
     }
     Setting scaled = setting;
-    if (scale_.linear != 1.0 || scale_.angular != 1.0) {
+    if (MeshSettings::Handles(*node, setting.path)) {
+        if (MeshSettings::IsLength(setting.path)) {
+            for (double& number : scaled.numbers) {
+                number *= scale_.linear;
+            }
+        }
+    } else if (scale_.linear != 1.0 || scale_.angular != 1.0) {
         Scale(SettingApplier::Resolve(node, setting.path, setting.numbers.size()).front(), scaled);
     }
     SettingApplier(host_, SettingApplier::Manner::Read).Apply(node, scaled);
@@ -270,11 +277,8 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
     Setting filled = setting;
     filled.data = TypeRegistry::MakeData(type);
     if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
-        ReportFault("The value of "
-                    " + setting.path + "
-                    ", of type "
-                    " + setting.type + "
-                    ", cannot be read.");
+        ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                    "\", cannot be read.");
         return;
     }
     MemoryStream stream(bytes);
@@ -286,11 +290,8 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
         ReportFault(error.what());
     }
     if (!isRead) {
-        ReportFault("The value of "
-                    " + setting.path + "
-                    ", of type "
-                    " + setting.type + "
-                    ", could not be read whole.");
+        ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                    "\", could not be read whole.");
     }
 }
 
@@ -399,8 +400,11 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
     }
     try {
         const Plug from = SettingApplier::Resolve(sourceNode, sourceAttribute, 1).front();
-        const Plug to = SettingApplier::Resolve(destinationNode, destinationAttribute, 1).front();
-        if (!flags.empty() || to.IsArray()) {
+        Plug to = SettingApplier::Resolve(destinationNode, destinationAttribute, 1).front();
+        const bool isNext = flags == " -na" && to.IsArray() && !to.attribute->indexMatters;
+        if (isNext) {
+            to = to.NextElement();
+        } else if (!flags.empty() || to.IsArray()) {
             throw UnknownAttributeError(to.Name());
         }
         if (!host_.scene().connections().Add(from, to) && host_.scene().connections().SourceOf(to) != from) {

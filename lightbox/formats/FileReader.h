@@ -91,7 +91,7 @@ public:
 
     /// Shows a fault as an error and counts it.
     void ReportFault(const std::string& message);
-    /// Shows a warning, once for each `kind`.
+    /// Shows a warning, once for each `kind`; an empty one is not shown.
     void WarnOnce(const std::string& kind, const std::string& message);
     /// "file: PATH line N: ", or without the line for a file that has none.
     std::string Place() const;

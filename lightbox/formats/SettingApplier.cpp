@@ -1,8 +1,10 @@
 #include "formats/SettingApplier.h"
 
+#include "formats/MeshSettings.h"
 #include "scene/DataValue.h"
 #include "scene/Edit.h"
 #include "scene/Host.h"
+#include "scene/MeshNode.h"
 
 #include <algorithm>
 #include <charconv>
@@ -105,6 +107,10 @@ std::vector<Plug> SettingApplier::Resolve(const std::shared_ptr<Node>& node, con
 }
 
 void SettingApplier::Apply(const std::shared_ptr<Node>& node, const Setting& setting) {
+    if (MeshSettings::Handles(*node, setting.path)) {
+        ChangeMesh(node, setting);
+        return;
+    }
     const std::vector<Plug> plugs =
         Resolve(node, setting.path, std::max(setting.numbers.size(), setting.texts.size()));
     for (const Plug& plug : plugs) {
@@ -127,6 +133,32 @@ void SettingApplier::Apply(const std::shared_ptr<Node>& node, const Setting& set
     }
 }
 
+void SettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const Setting& setting) {
+    const Plug plug = MeshNode::OwnPlug(node);
+    std::shared_ptr<const MeshData> own = MeshNode::Own(*node);
+    if (manner_ == Manner::Read && own) {
+        // A file brings a mesh in many statements: while nobody else holds it, it grows where it is.
+        plug.Store(std::nullopt);
+        if (own.use_count() == 1) {
+            const auto mesh = std::const_pointer_cast<MeshData>(own);
+            mesh->BeginChange();
+            const auto store = [&] { plug.Store(std::shared_ptr<const MeshData>(mesh)); };
+            try {
+                MeshSettings::Change(*mesh, setting);
+            } catch (...) {
+                store();
+                throw;
+            }
+            store();
+            return;
+        }
+        plug.Store(own);
+    }
+    const auto mesh = own ? std::make_shared<MeshData>(*own) : std::make_shared<MeshData>();
+    MeshSettings::Change(*mesh, setting);
+    Store(plug, std::shared_ptr<const MeshData>(mesh));
+}
+
 void SettingApplier::SetFlags(const Plug& plug, const Setting& setting, bool beforeValue) {
     // An unlocked plug is unlocked before it is set, and locked after.
     if (setting.locked && *setting.locked != beforeValue) {
@@ -139,8 +171,13 @@ void SettingApplier::SetFlags(const Plug& plug, const Setting& setting, bool bef
 }
 
 void SettingApplier::SetFlag(const Plug& plug, const std::optional<bool>& state, edit::PlugFlag which) {
-    if (state) {
+    if (!state) {
+        return;
+    }
+    if (manner_ == Manner::Edit) {
         edit::SetPlugFlag(host_, plug, which, *state);
+    } else {
+        edit::StorePlugFlag(plug, which, *state);
     }
 }
 
@@ -182,7 +219,7 @@ void SettingApplier::SetWhole(const Plug& plug, const Setting& setting) {
 
 void SettingApplier::Store(const Plug& plug, const AttributeValue& value) {
     if (manner_ == Manner::Edit) {
-        edit::SetPlug(host_, plug, value);
+        edit::SetPlug(host_, plug, value, outOfRange_);
         return;
     }
     if (const auto* numbers = std::get_if<std::vector<double>>(&value);

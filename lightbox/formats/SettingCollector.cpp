@@ -1,9 +1,11 @@
 #include "formats/SettingCollector.h"
 
+#include "formats/MeshSettings.h"
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace lightbox {
 
@@ -84,6 +86,10 @@ void SettingCollector::AddCompound(const std::shared_ptr<Attribute>& attribute, 
 }
 
 void SettingCollector::AddPlain(const std::shared_ptr<Attribute>& attribute, int element) {
+    if (attribute->Kind() == AttributeKind::Mesh) {
+        AddMesh(*attribute);
+        return;
+    }
     Setting setting = Begin(attribute, element);
     const AttributeValue* value = attribute->multi && element < 0 ? nullptr : ValueOf(*attribute, element);
     if (value) {
@@ -91,6 +97,15 @@ void SettingCollector::AddPlain(const std::shared_ptr<Attribute>& attribute, int
     }
     if (setting.hasValue || HasFlags(*attribute, element)) {
         settings_.push_back(std::move(setting));
+    }
+}
+
+void SettingCollector::AddMesh(const Attribute& attribute) {
+    const AttributeValue* value = ValueOf(attribute, -1);
+    const auto* mesh = value ? std::get_if<std::shared_ptr<const MeshData>>(value) : nullptr;
+    if (mesh && *mesh) {
+        std::vector<Setting> statements = MeshSettings::Collect(**mesh);
+        std::move(statements.begin(), statements.end(), std::back_inserter(settings_));
     }
 }
 

@@ -21,6 +21,7 @@ private:
     void AddArray(const std::shared_ptr<Attribute>& attribute);
     void AddCompound(const std::shared_ptr<Attribute>& attribute, int element);
     void AddPlain(const std::shared_ptr<Attribute>& attribute, int element);
+    void AddMesh(const Attribute& attribute);
 
     const PlugState* StateOf(const Attribute& attribute, int element) const;
     bool HasFlags(const Attribute& attribute, int element) const;

@@ -1,7 +1,12 @@
+#include "formats/MeshSettings.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
+#include "scene/MeshNode.h"
 #include "scene/Plug.h"
+
+#include <QDir>
+#include <QRegularExpression>
 
 namespace lightbox::mel {
 namespace {
@@ -30,13 +35,61 @@ Value EnumText(const Plug& plug) {
     return std::to_string(number);
 }
 
-Value ValueOf(const CommandCall& call, const Plug& plug) {
+/// Why there is no value to show; empty when there is one.
+std::string WhyNotShown(const Plug& plug) {
     const Attribute& attribute = *plug.attribute;
     if (attribute.Kind() == AttributeKind::Message) {
-        call.Fail("Message attributes have no data values.");
+        return "Message attributes have no data values.";
     }
-    if (plug.IsArray() || (attribute.IsCompound() && !attribute.IsNumericCompound())) {
-        call.Fail("The attribute '" + plug.Name() + "' has no value of its own.");
+    const bool isWhole = plug.IsArray() && !attribute.IsNumber();
+    if (isWhole || (attribute.IsCompound() && !attribute.IsNumericCompound())) {
+        return "The attribute '" + plug.Name() + "' has no value of its own.";
+    }
+    if (attribute.Kind() == AttributeKind::PluginData) {
+        return "The data is not of a type that can be shown: " + attribute.TypeName();
+    }
+    return {};
+}
+
+/// The numbers of the elements that an array has.
+Value ElementValues(const Plug& plug) {
+    Value::FloatArray numbers;
+    for (const Plug& element : plug.Elements()) {
+        numbers.push_back(element.Number());
+    }
+    return IsWholeNumber(plug.attribute->Kind()) ? Value(Value::IntArray(numbers.begin(), numbers.end()))
+                                                 : Value(numbers);
+}
+
+/// The text with ~ at its beginning and $NAME or ${NAME} replaced; a variable that is not set stays.
+std::string Expanded(const std::string& text) {
+    QString expanded = QString::fromStdString(text);
+    if (expanded == QLatin1String("~") || expanded.startsWith(QLatin1String("~/"))) {
+        expanded.replace(0, 1, QDir::homePath());
+    }
+    static const QRegularExpression VARIABLE(QStringLiteral(R"(\$(?:\{(\w+)\}|(\w+)))"));
+    for (QRegularExpressionMatch match = VARIABLE.match(expanded); match.hasMatch();) {
+        const QByteArray name = (match.captured(1) + match.captured(2)).toUtf8();
+        const QString value = qEnvironmentVariableIsSet(name.constData())
+                                  ? qEnvironmentVariable(name.constData())
+                                  : match.captured();
+        expanded.replace(match.capturedStart(), match.capturedLength(), value);
+        match = VARIABLE.match(expanded, match.capturedStart() + value.size());
+    }
+    return expanded.toStdString();
+}
+
+Value ValueOf(const CommandCall& call, const Plug& plug) {
+    const Attribute& attribute = *plug.attribute;
+    const std::string reason = WhyNotShown(plug);
+    if (!reason.empty() && call.Has("-silent")) {
+        return {};
+    }
+    if (!reason.empty()) {
+        call.Fail(reason);
+    }
+    if (plug.IsArray()) {
+        return ElementValues(plug);
     }
     if (attribute.Kind() == AttributeKind::Enum && call.Has("-asString")) {
         return EnumText(plug);
@@ -55,18 +108,32 @@ Value ValueOf(const CommandCall& call, const Plug& plug) {
         return *texts;
     }
     if (const auto* text = std::get_if<std::string>(&value)) {
-        return *text;
+        return call.Has("-expandEnvironmentVariables") ? Expanded(*text) : *text;
     }
-    if (attribute.Kind() == AttributeKind::String) {
-        return "";
+    return attribute.Kind() == AttributeKind::String ? Value("") : Value();
+}
+
+/// What is asked about the geometry of a mesh.
+Value GetGeometry(const CommandCall& call, const Node& node, const std::string& path) {
+    const std::shared_ptr<const MeshData> own = MeshNode::Own(node);
+    std::size_t count = 0;
+    const std::vector<double> numbers = MeshSettings::Numbers(own ? *own : MeshData(), path, count);
+    if (call.Has("-size")) {
+        return static_cast<int>(count);
     }
-    if (attribute.Kind() == AttributeKind::PluginData) {
-        call.Fail("The data is not of a type that can be shown: " + attribute.TypeName());
+    if (numbers.empty()) {
+        call.Fail("The attribute '" + path + "' has no value.");
     }
-    return {};
+    return numbers.size() == 1 ? Value(numbers.front()) : Value(numbers);
 }
 
 Value GetAttr(CommandCall& call) {
+    const std::string text = call.Object(0).AsString();
+    const std::shared_ptr<Node> node = NodeOfPlug(call, text);
+    const std::string path = text.substr(text.find('.') + 1);
+    if (MeshSettings::Handles(*node, path)) {
+        return GetGeometry(call, *node, path);
+    }
     const Plug plug = PlugNamed(call, call.Object(0).AsString());
     if (call.Has("-lock")) {
         return plug.IsLocked();

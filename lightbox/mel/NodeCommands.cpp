@@ -9,6 +9,8 @@
 #include "scene/DataValue.h"
 #include "scene/Edit.h"
 #include "scene/Host.h"
+#include "scene/Material.h"
+#include "scene/MeshNode.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
 
@@ -144,6 +146,16 @@ Value LockNode(CommandCall& call) {
     return {};
 }
 
+/// A mesh's history stays behind; what it made, and the material, come along.
+void CopyMesh(Host& host, const Node& original, const std::shared_ptr<Node>& copy) {
+    if (const std::shared_ptr<const MeshData> mesh = MeshNode::Evaluate(original)) {
+        edit::SetPlug(host, MeshNode::OwnPlug(copy), mesh);
+    }
+    if (const std::shared_ptr<Node> group = Material::ShadingGroupOf(original)) {
+        Material::Assign(host, copy, group);
+    }
+}
+
 /// A copy of a node and of everything below it, next to the original.
 std::shared_ptr<Node> Duplicate(Host& host, const std::shared_ptr<Node>& original, const std::string& name,
                                 DagNode* parent) {
@@ -156,6 +168,9 @@ std::shared_ptr<Node> Duplicate(Host& host, const std::shared_ptr<Node>& origina
             setting.data = setting.data->Copy();
         }
         SettingApplier(host, SettingApplier::Manner::Read).Apply(copy, setting);
+    }
+    if (MeshNode::Is(*original)) {
+        CopyMesh(host, *original, copy);
     }
     if (const auto* dag = dynamic_cast<const DagNode*>(original.get())) {
         const std::vector<DagNode*> children = dag->Children();
@@ -209,8 +224,11 @@ void RegisterNodeCommands(CommandRegistry& registry) {
                     ObjectType);
     AddSceneCommand(registry, "lockNode",
                     SyntaxBuilder().Flag("-l", "-lock", MSyntax::kBoolean).Query().Objects(), LockNode);
-    AddSceneCommand(registry, "duplicate", SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Objects(),
-                    DuplicateNodes);
+    // What is answered are the roots in any case.
+    AddSceneCommand(
+        registry, "duplicate",
+        SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Flag("-rr", "-returnRootsOnly").Objects(),
+        DuplicateNodes);
 }
 
 } // namespace lightbox::mel

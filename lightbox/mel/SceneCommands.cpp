@@ -13,6 +13,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterAttributeQueryCommands(registry);
     RegisterConnectionCommands(registry);
     RegisterTransformCommands(registry);
+    RegisterXformCommand(registry);
     RegisterCameraCommand(registry);
     RegisterTimeCommands(registry);
     RegisterSetKeyframeCommand(registry);
@@ -22,6 +23,9 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
     RegisterSceneFileCommands(registry);
+    RegisterPolygonCommands(registry);
+    RegisterMaterialCommands(registry);
+    RegisterViewCommands(registry);
     RegisterNamespaceCommands(registry);
     RegisterPluginCommands(registry);
     RegisterToolCommands(registry);

@@ -1,4 +1,5 @@
 #include "formats/FileReader.h"
+#include "formats/MeshSettings.h"
 #include "formats/Setting.h"
 #include "formats/SettingApplier.h"
 #include "mel/ArgumentTokens.h"
@@ -38,6 +39,7 @@ private:
     void Build(const std::shared_ptr<Node>& node);
     void BuildNumbers(std::size_t begin);
     void BuildTexts(std::size_t begin);
+    void BuildFaces();
     void BuildData();
     double NumberOf(const Value& value) const;
 
@@ -50,6 +52,7 @@ private:
     Setting setting_;
     std::vector<Value> values_;
     bool hasType_ = false;
+    edit::OutOfRange outOfRange_ = edit::OutOfRange::Refuse;
     bool dataIsWhole_ = true;
 };
 
@@ -87,8 +90,11 @@ bool SetAttrCall::ParseFlag(const std::string& word) {
         Next();
     } else if (is("-ca", "-caching")) {
         NextBool();
-    } else if (!is("-c", "-clamp") && !is("-av", "-alteredValue")) {
-        return false;
+    } else if (is("-c", "-clamp")) {
+        outOfRange_ = edit::OutOfRange::Clamp;
+    } else {
+        // An altered value is one that does not wait for a key; every value here is.
+        return is("-av", "-alteredValue");
     }
     return true;
 }
@@ -181,9 +187,24 @@ void SetAttrCall::Build(const std::shared_ptr<Node>& node) {
             call_.Fail("The number of values for '" + plug_ + "' is not the one announced.");
         }
         perItem > 0 ? BuildNumbers(1) : BuildTexts(1);
+    } else if (setting_.type == "polyFaces") {
+        BuildFaces();
     } else {
         SettingApplier::Resolve(node, setting_.path, 1);
         BuildData();
+    }
+}
+
+void SetAttrCall::BuildFaces() {
+    for (const Value& value : values_) {
+        if (value.IsString() && value.Text() == "f") {
+            setting_.texts.emplace_back("f");
+        } else if (setting_.texts.empty()) {
+            call_.Fail("A face of '" + plug_ + "' does not begin with \"f\".");
+        } else {
+            setting_.texts.back() += ' ';
+            setting_.texts.back() += value.AsString();
+        }
     }
 }
 
@@ -231,13 +252,17 @@ Value SetAttrCall::Run() {
         if (reader) {
             reader->Apply(node, setting_);
         } else if (dataIsWhole_) {
-            SettingApplier(call_.GetHost(), SettingApplier::Manner::Edit).Apply(node, setting_);
+            SettingApplier(call_.GetHost(), SettingApplier::Manner::Edit, outOfRange_).Apply(node, setting_);
         }
     } catch (const UnknownAttributeError& error) {
         if (!reader) {
             throw;
         }
         const std::string name = path.substr(0, path.find_first_of("[."));
+        if (MeshSettings::IsCarriedAlong(*node, path)) {
+            reader->KeepForNode(*node, "", "");
+            return {};
+        }
         Keep(node->Type().Name() + "." + name + setting_.type, error.what());
     }
     if (!dataIsWhole_) {

@@ -61,6 +61,9 @@ Value CurrentUnit(CommandCall& call) {
     if (linear != "cm" && linear != "centimeter") {
         call.Fail("Lengths are in centimeters; the unit '" + linear + "' is not supported.");
     }
+    if (call.Has("-updateAnimation") && call.Bool("-updateAnimation")) {
+        call.Fail("Frames keep their numbers in another time unit; -updateAnimation cannot be on.");
+    }
     const std::string angle = call.StringOr("-angle", "deg");
     if (angle != "deg" && angle != "degree") {
         call.Fail("Angles are in degrees; the unit '" + angle + "' is not supported.");
@@ -137,13 +140,12 @@ void SetPlaybackManner(const CommandCall& call) {
     }
     time.SetPlaybackLoop(loop);
     time.SetPlaysInAllViews(view == "all");
-    time.SetPlaybackSpeed(std::max(0.0, call.FloatOr("-playbackSpeed", time.PlaybackSpeed())));
+    if (call.Has("-playbackSpeed")) {
+        edit::SetPlaybackSpeed(host, std::max(0.0, call.Float("-playbackSpeed")));
+    }
     time.SetMaxPlaybackSpeed(std::max(0.0, call.FloatOr("-maxPlaybackSpeed", time.MaxPlaybackSpeed())));
     if (by != time.PlaybackBy()) {
-        const double before = time.PlaybackBy();
-        edit::Do(
-            host, "playbackOptions", [&time, by] { time.SetPlaybackBy(by); },
-            [&time, before] { time.SetPlaybackBy(before); });
+        edit::SetPlaybackBy(host, by);
     }
     host.events().Fire("timeSliderChanged");
 }
@@ -250,12 +252,7 @@ void RegisterTimeCommands(CommandRegistry& registry) {
                         .Edit(),
                     PlaybackOptions);
     AddSceneCommand(registry, "play",
-                    SyntaxBuilder()
-                        .Flag("-f", "-forward", SWITCH)
-                        .Flag("-st", "-state", SWITCH)
-                        .Flag("-w", "-wait")
-                        .Flag("-s", "-sound", MSyntax::kString)
-                        .Query(),
+                    SyntaxBuilder().Flag("-f", "-forward", SWITCH).Flag("-st", "-state", SWITCH).Query(),
                     Play);
     AddSceneCommand(registry, "timeControl",
                     SyntaxBuilder()

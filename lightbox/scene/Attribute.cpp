@@ -68,6 +68,8 @@ const char* KindName(AttributeKind kind) {
         return "vectorArray";
     case AttributeKind::Message:
         return "message";
+    case AttributeKind::Mesh:
+        return "mesh";
     default:
         return "compound";
     }
@@ -206,6 +208,8 @@ std::optional<AttributeValue> Attribute::Accept(const AttributeValue& value) con
         return data && *data && (*data)->Type()->id == dataTypeId ? std::optional<AttributeValue>(value)
                                                                   : std::nullopt;
     }
+    case AttributeKind::Mesh:
+        return Only<std::shared_ptr<const MeshData>>(value);
     default:
         return std::nullopt;
     }

@@ -33,7 +33,8 @@ enum class AttributeKind {
     VectorArray,
     Compound,
     PluginData,
-    Message
+    Message,
+    Mesh
 };
 
 /// The description of an attribute: names, kind, default, range and flags. It belongs to a node type, or to
@@ -87,6 +88,8 @@ public:
     bool hidden = false;
     bool channelBox = false;
     bool multi = false;
+    /// Of an array: its elements are told apart by more than the order in which they came.
+    bool indexMatters = true;
     bool usedAsColor = false;
     bool dynamic = false;
 

@@ -1,15 +1,13 @@
 #include "scene/AnimCurveNode.h"
 #include "scene/DagNode.h"
+#include "scene/MaterialTypes.h"
+#include "scene/MeshTypes.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
-#include "scene/TypeRegistry.h"
+#include "scene/TypeTable.h"
 #include "scene/UnitConversion.h"
 
-#include <algorithm>
-#include <cctype>
-#include <stdexcept>
-#include <string>
 #include <vector>
 
 // The host's own node types, with the published attribute names and defaults. What the host itself does not
@@ -20,94 +18,6 @@ namespace lightbox {
 namespace {
 
 using Kind = AttributeKind;
-
-/// One attribute. Flags: k keyable, c in the channel box, h hidden, o output (not writable, not stored), m
-/// array. `extra` holds the suffixes of a number with parts or the fields of an enum ("A:B=3"), separated by
-/// colons, and the default of a text.
-struct Row {
-    Kind kind;
-    const char* longName;
-    const char* shortName;
-    double defaultValue = 0.0;
-    const char* flags = "";
-    const char* extra = "";
-};
-
-std::vector<std::string> Split(const std::string& text) {
-    std::vector<std::string> parts;
-    for (std::size_t begin = 0; begin <= text.size();) {
-        const std::size_t end = std::min(text.find(':', begin), text.size());
-        parts.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return parts;
-}
-
-std::string Lower(std::string text) {
-    for (char& c : text) {
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return text;
-}
-
-void ApplyFlags(Attribute& attribute, const std::string& flags) {
-    const auto has = [&](char flag) { return flags.find(flag) != std::string::npos; };
-    attribute.keyable = has('k');
-    attribute.channelBox = has('c');
-    attribute.hidden = has('h');
-    attribute.multi = has('m');
-    if (has('o')) {
-        attribute.writable = false;
-        attribute.storable = false;
-    }
-    for (const std::shared_ptr<Attribute>& child : attribute.Children()) {
-        ApplyFlags(*child, flags);
-        child->multi = false;
-    }
-}
-
-std::shared_ptr<Attribute> MakeAttribute(const Row& row) {
-    const std::string extra = row.extra;
-    if (row.kind <= Kind::Time && !extra.empty()) {
-        std::vector<std::string> shortSuffixes;
-        for (const std::string& suffix : Split(extra)) {
-            shortSuffixes.push_back(Lower(suffix));
-        }
-        auto compound = MakeNumericCompound(row.longName, row.shortName, row.kind, Split(extra),
-                                            shortSuffixes, row.defaultValue);
-        ApplyFlags(*compound, row.flags);
-        return compound;
-    }
-    auto attribute = std::make_shared<Attribute>(row.longName, row.shortName, row.kind);
-    ApplyFlags(*attribute, row.flags);
-    if (attribute->IsNumber()) {
-        attribute->defaultValue = row.defaultValue;
-    }
-    if (row.kind == Kind::Enum) {
-        int number = 0;
-        for (const std::string& field : Split(extra)) {
-            const std::size_t equals = field.find('=');
-            number = equals == std::string::npos ? number : std::stoi(field.substr(equals + 1));
-            attribute->enumFields.emplace_back(field.substr(0, equals), number++);
-        }
-    } else if (row.kind == Kind::String && !extra.empty()) {
-        attribute->defaultValue = extra;
-    }
-    return attribute;
-}
-
-std::shared_ptr<NodeType> MakeType(TypeRegistry& registry, const char* name, const char* base,
-                                   MFn::Type apiType, const std::vector<Row>& rows) {
-    auto type = std::make_shared<NodeType>(name, registry.FindNodeType(base), apiType);
-    for (const Row& row : rows) {
-        if (!type->AddAttribute(MakeAttribute(row))) {
-            throw std::logic_error(std::string(name) + " has two attributes named " + row.longName + " or " +
-                                   row.shortName);
-        }
-    }
-    registry.AddNodeType(type);
-    return type;
-}
 
 std::vector<double> Cells(const Imath::M44d& matrix) {
     return {&matrix[0][0], &matrix[0][0] + 16};
@@ -325,8 +235,16 @@ void AddSceneTypes(TypeRegistry& registry) {
               {Kind::String, "currentRenderer", "ren", 0, "", "mayaSoftware"},
               {Kind::Message, "resolution", "res", 0, "h"}});
     MakeType(registry, "objectSet", "node", MFn::kDependencyNode,
-             {{Kind::Message, "dagSetMembers", "dsm", 0, "hm"},
-              {Kind::Message, "dnSetMembers", "dnsm", 0, "hm"},
+             {{Kind::Message, "dagSetMembers", "dsm", 0, "hn"},
+              {Kind::Message, "dnSetMembers", "dnsm", 0, "hn"},
+              {Kind::Message, "groupNodes", "gn", 0, "hn"},
+              {Kind::Message, "usedBy", "ub", 0, "hn"},
+              {Kind::Message, "partition", "pa", 0, "h"},
+              {Kind::Bool, "verticesOnlySet", "vo"},
+              {Kind::Bool, "edgesOnlySet", "eo"},
+              {Kind::Bool, "facetsOnlySet", "fo"},
+              {Kind::Bool, "editPointsOnlySet", "epo"},
+              {Kind::Bool, "renderableOnlySet", "ro"},
               {Kind::String, "annotation", "an"}})
         ->defaultName = "set";
     for (const char* name : {"unknown", "reference"}) {
@@ -403,6 +321,8 @@ void AddBuiltinTypes(TypeRegistry& registry) {
     AddCamera(registry);
     AddSceneTypes(registry);
     AddAnimationCurves(registry);
+    AddMaterialTypes(registry);
+    AddMeshTypes(registry);
 }
 
 } // namespace lightbox

@@ -88,6 +88,8 @@ public:
     /// Indexes of the elements that an array attribute has, in order; also those that only children have.
     std::vector<int> Elements(const Attribute& attribute) const;
 
+    /// What the type's compute function keeps of its last result; nobody else's.
+    mutable std::shared_ptr<void> computed;
     bool locked = false;
     /// Made with the scene: cannot be deleted, and scene files only refer to it.
     bool isDefault = false;

@@ -128,6 +128,11 @@ std::vector<Plug> Plug::Elements() const {
     return elements;
 }
 
+Plug Plug::NextElement() const {
+    const std::vector<Plug> elements = Elements();
+    return Element(elements.empty() ? 0 : elements.back().element + 1);
+}
+
 bool Plug::IsArray() const {
     return attribute && attribute->multi && element < 0;
 }

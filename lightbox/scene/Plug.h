@@ -36,6 +36,8 @@ public:
     Plug Element(int index) const;
     /// Plugs of the elements that exist.
     std::vector<Plug> Elements() const;
+    /// The element behind the last one that an array has.
+    Plug NextElement() const;
     /// An array attribute's plug without an index.
     bool IsArray() const;
 

@@ -55,8 +55,12 @@ void Scene::New() {
 }
 
 void Scene::MakeDefaultNodes() {
-    const std::pair<const char*, const char*> defaults[] = {
-        {"time", "time1"}, {"resolution", "defaultResolution"}, {"renderGlobals", "defaultRenderGlobals"}};
+    const std::pair<const char*, const char*> defaults[] = {{"time", "time1"},
+                                                            {"resolution", "defaultResolution"},
+                                                            {"renderGlobals", "defaultRenderGlobals"},
+                                                            {"partition", "renderPartition"},
+                                                            {"shadingEngine", "initialShadingGroup"},
+                                                            {"lambert", "lambert1"}};
     for (const auto& entry : defaults) {
         const std::shared_ptr<Node> node = Make(types_.FindNodeType(entry.first));
         node->isDefault = true;
@@ -64,6 +68,8 @@ void Scene::MakeDefaultNodes() {
     }
     const Plug resolution = FindPlug("defaultRenderGlobals.resolution");
     connections_.Add(FindPlug("defaultResolution.message"), resolution);
+    connections_.Add(FindPlug("lambert1.outColor"), FindPlug("initialShadingGroup.surfaceShader"));
+    connections_.Add(FindPlug("initialShadingGroup.partition"), FindPlug("renderPartition.sets[0]"));
 
     MakeCamera("persp", {28, 21, 28}, {-27.938352729602379, 44.999999999999972, -5.1726811013541830e-14},
                false);

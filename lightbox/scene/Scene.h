@@ -112,6 +112,8 @@ public:
     /// A preference of the user: a new scene leaves it alone.
     TangentDefaults tangentDefaults;
 
+    /// Whether a name is one that a pattern with * and ? stands for. Neither stands for a colon.
+    static bool MatchesName(const std::string& pattern, const std::string& name);
     static std::string NamespaceOf(const std::string& name);
     static std::string WithoutNamespace(const std::string& name);
 

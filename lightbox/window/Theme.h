@@ -17,8 +17,6 @@ public:
     static QColor Text() { return {0xd6, 0xd6, 0xd6}; }
     static QColor FaintText() { return {0x8c, 0x8c, 0x90}; }
     static QColor Accent() { return {0x52, 0x85, 0xa6}; }
-    /// Behind the scene.
-    static QColor Viewport() { return {0x6b, 0x6d, 0x70}; }
 };
 
 } // namespace lightbox

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "window/EventSubscriptions.h"
+
 #include <QWidget>
+
+#include <string>
 
 namespace lightbox {
 
@@ -26,10 +30,14 @@ public:
 private:
     QWidget* MakeUpperRow();
     QWidget* MakeLowerRow();
+    void NameSlider(const std::string& name);
+    void RefreshViews();
+    void RefreshAllViews();
 
     Host& host_;
+    EventSubscriptions events_;
     Playback* playback_;
-    TimeSlider* slider_;
+    TimeSlider* slider_ = nullptr;
 };
 
 } // namespace lightbox

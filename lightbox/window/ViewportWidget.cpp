@@ -35,6 +35,9 @@ ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* paren
     , cameraName_(FALLBACK_CAMERA)
     , navigation_(host)
     , selectTool_(host) {
+    // A grey on which dark pencil and white paint are seen alike.
+    options_.display.backgroundTop = QColor(0x84, 0x87, 0x8b);
+    options_.display.backgroundBottom = QColor(0x72, 0x75, 0x79);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setMinimumSize(64, 48);

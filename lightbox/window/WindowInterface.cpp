@@ -1,19 +1,20 @@
 #include "window/WindowInterface.h"
 
 #include "scene/Host.h"
+#include "window/ControlRegistry.h"
 #include "window/MainWindow.h"
+#include "window/ScriptedWindow.h"
 #include "window/UnsavedChanges.h"
 #include "window/ViewportPanel.h"
 #include "window/ViewportPanels.h"
 #include "window/ViewportWidget.h"
 
-#include <QApplication>
-
 namespace lightbox {
 
 WindowInterface::WindowInterface(Host& host)
     : host_(host)
-    , window_(std::make_unique<lightbox::MainWindow>(host)) {}
+    , window_(std::make_unique<lightbox::MainWindow>(host))
+    , scripted_(std::make_unique<ScriptedWindow>(host, *window_)) {}
 
 WindowInterface::~WindowInterface() = default;
 
@@ -44,19 +45,7 @@ void WindowInterface::RefreshViews(bool now) {
 }
 
 QWidget* WindowInterface::FindControl(const std::string& name) {
-    const QString last = QString::fromStdString(name).section('|', -1);
-    if (last.isEmpty()) {
-        return nullptr;
-    }
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (window->objectName() == last) {
-            return window;
-        }
-        if (auto* const found = window->findChild<QWidget*>(last)) {
-            return found;
-        }
-    }
-    return nullptr;
+    return scripted_->Controls().FindWidget(name);
 }
 
 void WindowInterface::ShowHelp(const std::string& text) {

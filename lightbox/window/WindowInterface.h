@@ -8,6 +8,7 @@ namespace lightbox {
 
 class Host;
 class MainWindow;
+class ScriptedWindow;
 
 /// What those below the window see of it. It owns the main window.
 class WindowInterface : public UserInterface {
@@ -16,6 +17,7 @@ public:
     ~WindowInterface() override;
 
     lightbox::MainWindow& Window() { return *window_; }
+    ScriptedWindow& Scripted() { return *scripted_; }
     /// The main window of the running host; null in batch.
     static lightbox::MainWindow* Current(Host& host);
 
@@ -30,6 +32,7 @@ public:
 private:
     Host& host_;
     std::unique_ptr<lightbox::MainWindow> window_;
+    std::unique_ptr<ScriptedWindow> scripted_;
 };
 
 } // namespace lightbox

@@ -7,6 +7,7 @@
 #include "scene/Scene.h"
 #include "window/MainWindow.h"
 #include "window/Theme.h"
+#include "window/TimeSliderBar.h"
 #include "window/WindowInterface.h"
 
 #include <QAbstractEventDispatcher>
@@ -38,9 +39,11 @@ WindowSession::WindowSession(Host& host)
     connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &WindowSession::Turn);
     // Timers that never let the loop sleep must not keep the host from its work.
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
-    for (const char* event : {"timeChanged", "SelectionChanged"}) {
-        callbacks_.push_back(host.events().AddCallback(event, [this] { host_.ui()->RefreshViews(false); }));
-    }
+    MainWindow* const window = WindowInterface::Current(host);
+    window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
+    // The time slider sees to it when the time changes.
+    callbacks_.push_back(
+        host.events().AddCallback("SelectionChanged", [this] { host_.ui()->RefreshViews(false); }));
 }
 
 WindowSession::~WindowSession() {

@@ -63,7 +63,7 @@ const char* const KEPT[] = {
     "createNode joint -n \"knee\" -p \"hip\";\n",
     "\tsetAttr \".radi\" 0.5;\n",
     "\tsetAttr \".futureAttribute\" -type \"string\" \"kept; \\\"as\\\" it is\";\n",
-    "createNode mesh -n \"boxShape\" -p \"box\";\n",
+    "createNode subdiv -n \"boxShape\" -p \"box\";\n",
     "\tsetAttr -s 4 \".uvst[0].uvsp[0:3]\" -type \"float2\" 0 0 1 0 0 1 1 1;\n",
     "\tsetAttr \".ed\" -type \"dataPolyComponent\" Index_Data Edge 0 ;\n",
     "\tsetAttr \".amt\" -type \"sparkleData\" 3 \"one\" -2.5 {\"x\"};\n",
@@ -124,7 +124,7 @@ TEST_F(SceneFileTest, UnknownContentIsKeptReportedOnceAndWrittenBack) {
     EXPECT_EQ(ErrorOfOpening("foreign.ma"), "none");
     const std::string messages = Output();
     for (const char* part : {"line 4: The plug-in \"glitter\"", "line 12: Unrecognized node type 'joint'",
-                             "Unrecognized node type 'mesh'", "Unrecognized node type 'sparkle'",
+                             "Unrecognized node type 'subdiv'", "Unrecognized node type 'sparkle'",
                              "futureAttribute", "Unknown command 'relationship'"}) {
         const std::size_t first = messages.find(part);
         ASSERT_NE(first, std::string::npos) << part << " in " << messages;

@@ -16,6 +16,7 @@ public:
         kCamera = 250,
         kWorld = 251,
         kLocator = 281,
+        kMesh = 296,
         kPluginDependNode = 455,
         kPluginLocatorNode = 456,
         kTime = 516,

@@ -37,13 +37,6 @@ TEST_F(MainWindowTest, IsFoundByTheNameThatScriptsKnow) {
 
 TEST_F(MainWindowTest, ClosingAsksOnlyAboutChangesAndDoesWhatIsAnswered) {
     const std::string file = prefs_.filePath("kept.ma").toStdString();
-    const auto close = [&](QMessageBox::StandardButton button) {
-        QString seen;
-        host_->RequestQuit(0);
-        Answer(button, seen);
-        Window().close();
-        return seen;
-    };
     struct Row {
         QMessageBox::StandardButton answer;
         bool goesOn;
@@ -106,7 +99,8 @@ TEST_F(MainWindowTest, QuitAsksUnlessItIsForced) {
     Run("quit");
     EXPECT_FALSE(seen.isEmpty());
     EXPECT_FALSE(host_->QuitStatus());
-    EXPECT_THROW(Run("quit -force -exitCode 7"), lightbox::mel::Error) << "nothing after it runs";
+    EXPECT_THROW(Run("quit -force -exitCode 7; createNode transform -n late"), lightbox::mel::Error);
+    EXPECT_EQ(host_->scene().Find("late"), nullptr) << "nothing after it runs";
     EXPECT_EQ(host_->QuitStatus(), 7);
 }
 

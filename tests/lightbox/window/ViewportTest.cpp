@@ -2,6 +2,8 @@
 #include "openmaya/DrawList.h"
 #include "window/GateOverlay.h"
 
+#include <QAction>
+#include <QOpenGLContext>
 #include <QSignalSpy>
 #include <QTest>
 

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lightbox {
+
+/// One face as setAttr's type polyFaces writes it: "f 4 0 4 1 -5", holes "h 3 9 10 11", texture coordinates
+/// "mu SET 4 0 1 3 2", and more that is kept as it stands; the parts separated by any white space.
+class FaceText {
+public:
+    struct Uvs {
+        int set = 0;
+        std::vector<int> ids;
+        std::string Text() const;
+    };
+
+    /// Throws SceneError when it is no face.
+    explicit FaceText(std::string_view text);
+
+    /// Edge numbers; a negative one is -(edge + 1), run along backwards.
+    const std::vector<int>& Edges() const { return edges_; }
+    const std::vector<std::vector<int>>& Holes() const { return holes_; }
+    const std::vector<Uvs>& UvSets() const { return uvSets_; }
+    const std::vector<std::string>& Kept() const { return kept_; }
+
+    /// "WORD COUNT NUMBER NUMBER ...".
+    template <class Iterator>
+    static std::string Run(std::string word, Iterator begin, Iterator end) {
+        word += " " + std::to_string(end - begin);
+        for (; begin != end; ++begin) {
+            word += " " + std::to_string(*begin);
+        }
+        return word;
+    }
+
+private:
+    std::vector<int> edges_;
+    std::vector<std::vector<int>> holes_;
+    std::vector<Uvs> uvSets_;
+    std::vector<std::string> kept_;
+};
+
+} // namespace lightbox

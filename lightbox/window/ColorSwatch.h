@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+namespace lightbox {
+
+/// A field filled with a colour; a click on it asks for another one.
+class ColorSwatch : public QWidget {
+    Q_OBJECT
+
+public:
+    ColorSwatch();
+
+    const QColor& Color() const { return color_; }
+    void SetColor(const QColor& color);
+
+Q_SIGNALS:
+    /// The user has chosen another colour.
+    void Chosen(const QColor& color);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    QSize sizeHint() const override;
+
+private:
+    QColor color_ = Qt::black;
+};
+
+} // namespace lightbox

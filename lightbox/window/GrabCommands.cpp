@@ -1,0 +1,99 @@
+// lightboxWidget and lightboxGrab: where things are on the screen, and what they look like.
+
+#include "mel/SyntaxBuilder.h"
+#include "scene/Host.h"
+#include "scene/UserInterface.h"
+#include "window/ControlRegistry.h"
+#include "window/WindowCommands.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPixmap>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::SyntaxBuilder;
+using mel::Value;
+
+QWidget& WidgetNamed(const CommandCall& call, const ControlRegistry& registry, const std::string& name) {
+    QWidget* const widget = registry.FindWidget(name);
+    if (!widget) {
+        call.Fail("There is no widget \"" + name + "\".");
+    }
+    return *widget;
+}
+
+Value Widget(CommandCall& call, ControlRegistry& registry) {
+    if (!call.IsQuery() || !call.Has("-geometry")) {
+        call.Fail("Only -query -geometry is known.");
+    }
+    const QWidget& widget = WidgetNamed(call, registry, call.Object(0).AsString());
+    const QPoint corner = widget.mapToGlobal(QPoint(0, 0));
+    return Value::IntArray{corner.x(), corner.y(), widget.width(), widget.height()};
+}
+
+/// The windows that lie over a window: its dialogs and floating ones, then what is popped up.
+std::vector<QWidget*> WindowsOver(const QWidget& below) {
+    std::vector<QWidget*> windows;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window != &below && window->isVisible() && !window->isMinimized()) {
+            windows.push_back(window);
+        }
+    }
+    const auto height = [](const QWidget* window) {
+        const bool isPopup = (window->windowFlags() & Qt::Popup) == Qt::Popup;
+        return (isPopup ? 2 : 0) + (window->isActiveWindow() ? 1 : 0);
+    };
+    std::stable_sort(windows.begin(), windows.end(), [&](const QWidget* first, const QWidget* second) {
+        return height(first) < height(second);
+    });
+    return windows;
+}
+
+/// A window with what lies over it; any other widget by itself.
+QPixmap Grab(QWidget& widget) {
+    QPixmap picture = widget.grab();
+    if (!widget.isWindow() || (widget.windowFlags() & Qt::Popup) == Qt::Popup) {
+        return picture;
+    }
+    QPainter painter(&picture);
+    const QPoint corner = widget.mapToGlobal(QPoint(0, 0));
+    for (QWidget* const window : WindowsOver(widget)) {
+        painter.drawPixmap(window->mapToGlobal(QPoint(0, 0)) - corner, window->grab());
+    }
+    return picture;
+}
+
+Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
+    if (!call.Has("-file")) {
+        call.Fail("The file to write is missing: -file.");
+    }
+    if (UserInterface* const ui = registry.host().ui()) {
+        ui->RefreshViews(true);
+    }
+    QApplication::sendPostedEvents();
+    QWidget& widget = call.Has("-widget") ? WidgetNamed(call, registry, call.String("-widget"))
+                                          : *registry.MainWindow().Widget();
+    const QString file = ToQt(call.String("-file"));
+    if (!Grab(widget).save(file)) {
+        call.Fail("The picture \"" + call.String("-file") + "\" cannot be written.");
+    }
+    return call.String("-file");
+}
+
+} // namespace
+
+void RegisterGrabCommands(WindowCommandTable& table) {
+    table.Add("lightboxWidget", SyntaxBuilder().Flag("-g", "-geometry").Query().Objects(1, 1), Widget);
+    table.Add("lightboxGrab",
+              SyntaxBuilder().Flag("-f", "-file", MSyntax::kString).Flag("-w", "-widget", MSyntax::kString),
+              GrabCommand);
+}
+
+} // namespace lightbox

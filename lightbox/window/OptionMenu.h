@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace lightbox {
+
+/// The widget of optionMenu: its entries are its actions.
+class OptionMenu : public QComboBox {
+    Q_OBJECT
+
+public:
+    OptionMenu();
+
+protected:
+    void actionEvent(QActionEvent* event) override;
+
+private:
+    void Fill();
+};
+
+} // namespace lightbox

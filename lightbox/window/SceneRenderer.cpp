@@ -1,0 +1,353 @@
+#include "window/SceneRenderer.h"
+
+#include "scene/CameraView.h"
+#include "scene/DagNode.h"
+#include "scene/Material.h"
+#include "scene/MeshNode.h"
+#include "scene/Scene.h"
+#include "scene/ShapeOutline.h"
+#include "scene/VisibleShapes.h"
+#include "window/MeshBuffers.h"
+#include "window/SceneLines.h"
+#include "window/SceneShaders.h"
+
+#include <QMatrix4x4>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lightbox {
+
+namespace {
+
+using Imath::M44d;
+using Imath::V3f;
+using Imath::V4f;
+
+const V4f LEAD_COLOR(0.26f, 1.0f, 0.64f, 1.0f);
+const V4f SELECTED_COLOR(1.0f, 1.0f, 1.0f, 1.0f);
+const V4f TEMPLATE_COLOR(0.48f, 0.48f, 0.50f, 1.0f);
+const V4f WIRE_COLOR(0.05f, 0.09f, 0.30f, 1.0f);
+const V4f OUTLINE_COLOR(0.08f, 0.14f, 0.42f, 1.0f);
+/// How far lines are drawn in front of the surfaces that they lie on, in clip space.
+constexpr float TOWARDS_EYE = 2e-5f;
+/// Length of an axis of the icon, and where it stands, in view pixels.
+constexpr float ICON_SIZE = 24.0f;
+constexpr float ICON_CENTER = 44.0f;
+
+/// OpenGL multiplies columns.
+QMatrix4x4 Matrix(const M44d& rows) {
+    QMatrix4x4 matrix;
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            matrix(column, row) = static_cast<float>(rows[row][column]);
+        }
+    }
+    return matrix;
+}
+
+QVector3D Vector(const V3f& v) {
+    return {v.x, v.y, v.z};
+}
+
+V4f Vector(const QColor& color) {
+    return {static_cast<float>(color.redF()), static_cast<float>(color.greenF()),
+            static_cast<float>(color.blueF()), 1.0f};
+}
+
+V4f LineColor(VisibleShape::State state, bool highlights, const V4f& plain) {
+    if (state == VisibleShape::State::Template) {
+        return TEMPLATE_COLOR;
+    }
+    if (!highlights) {
+        return plain;
+    }
+    return state == VisibleShape::State::Lead       ? LEAD_COLOR
+           : state == VisibleShape::State::Selected ? SELECTED_COLOR
+                                                    : plain;
+}
+
+/// Across which axis the grid of a view stands: the ground, or what a parallel view along an axis faces.
+int GridAxis(const CameraView& view) {
+    if (!view.IsOrthographic()) {
+        return 1;
+    }
+    for (int axis = 0; axis < 3; ++axis) {
+        if (std::abs(view.View()[axis][2]) > 0.9999) {
+            return axis;
+        }
+    }
+    return 1;
+}
+
+} // namespace
+
+/// The drawing of one frame, and what stays from frame to frame.
+class SceneRenderer::Private {
+public:
+    bool Build();
+    void Draw(Scene& scene, const DagNode& lookThrough);
+
+    const CameraView* view = nullptr;
+    DisplayOptions options;
+    double devicePixelRatio = 1.0;
+    bool isReady = false;
+
+private:
+    void DrawBackground();
+    void DrawGrid();
+    void DrawAxisIcon();
+    void DrawSurfaces(const std::vector<VisibleShape>& shapes);
+    void DrawSurface(const VisibleShape& visible, const MeshData& mesh, const Material& material);
+    void DrawMeshLines(const std::vector<VisibleShape>& shapes);
+    void DrawOutlines(const std::vector<VisibleShape>& shapes, const DagNode& lookThrough);
+    /// Lines with a colour for each vertex, from memory.
+    void DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix, float towardsEye);
+    bool ShowsLines(const VisibleShape& visible) const;
+    void Restore();
+
+    QOpenGLFunctions* gl_ = nullptr;
+    SceneShaders shaders_;
+    MeshBuffers meshes_;
+    QMatrix4x4 viewMatrix_;
+    QMatrix4x4 projection_;
+};
+
+bool SceneRenderer::Private::Build() {
+    QOpenGLContext* context = QOpenGLContext::currentContext();
+    gl_ = context ? context->functions() : nullptr;
+    isReady = gl_ && shaders_.Build();
+    return isReady;
+}
+
+void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
+    gl_->glViewport(0, 0, static_cast<int>(std::lround(view->Width() * devicePixelRatio)),
+                    static_cast<int>(std::lround(view->Height() * devicePixelRatio)));
+    viewMatrix_ = Matrix(view->View());
+    projection_ = Matrix(view->Projection());
+    gl_->glDisable(GL_SCISSOR_TEST);
+    gl_->glDisable(GL_CULL_FACE);
+    gl_->glDepthMask(GL_TRUE);
+    gl_->glDepthFunc(GL_LEQUAL);
+    gl_->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    gl_->glLineWidth(static_cast<float>(std::max(1.0, devicePixelRatio)));
+    gl_->glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    DrawBackground();
+    gl_->glEnable(GL_DEPTH_TEST);
+    if (options.grid) {
+        DrawGrid();
+    }
+    const std::vector<VisibleShape> shapes = FindVisibleShapes(scene);
+    if (options.meshes && options.shading == DisplayOptions::Shading::Smooth) {
+        DrawSurfaces(shapes);
+    }
+    if (options.meshes) {
+        DrawMeshLines(shapes);
+    }
+    DrawOutlines(shapes, lookThrough);
+    gl_->glDisable(GL_DEPTH_TEST);
+    if (options.axisIcon) {
+        DrawAxisIcon();
+    }
+    Restore();
+    meshes_.EndFrame();
+}
+
+void SceneRenderer::Private::DrawBackground() {
+    const V4f top = Vector(options.backgroundTop);
+    const V4f bottom = Vector(options.backgroundBottom);
+    const LineVertex corners[] = {
+        {V3f(-1, -1, 0), bottom}, {V3f(1, -1, 0), bottom}, {V3f(-1, 1, 0), top}, {V3f(1, 1, 0), top}};
+    QOpenGLShaderProgram& program = shaders_.Lines();
+    program.bind();
+    program.setUniformValue("modelViewProjection", QMatrix4x4());
+    program.setUniformValue("tint", QVector4D(1, 1, 1, 1));
+    program.setUniformValue("towardsEye", 0.0f);
+    program.enableAttributeArray(SceneShaders::Position);
+    program.enableAttributeArray(SceneShaders::Color);
+    program.setAttributeArray(SceneShaders::Position, &corners[0].position.x, 3, sizeof(LineVertex));
+    program.setAttributeArray(SceneShaders::Color, &corners[0].color.x, 4, sizeof(LineVertex));
+    gl_->glDisable(GL_DEPTH_TEST);
+    gl_->glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+}
+
+void SceneRenderer::Private::DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix,
+                                       float towardsEye) {
+    if (lines.empty()) {
+        return;
+    }
+    QOpenGLShaderProgram& program = shaders_.Lines();
+    program.bind();
+    program.setUniformValue("modelViewProjection", matrix);
+    program.setUniformValue("tint", QVector4D(1, 1, 1, 1));
+    program.setUniformValue("towardsEye", towardsEye);
+    program.enableAttributeArray(SceneShaders::Position);
+    program.enableAttributeArray(SceneShaders::Color);
+    program.setAttributeArray(SceneShaders::Position, &lines.front().position.x, 3, sizeof(LineVertex));
+    program.setAttributeArray(SceneShaders::Color, &lines.front().color.x, 4, sizeof(LineVertex));
+    gl_->glDrawArrays(GL_LINES, 0, static_cast<int>(lines.size()));
+}
+
+void SceneRenderer::Private::DrawGrid() {
+    gl_->glEnable(GL_BLEND);
+    DrawLines(GridLines(GridAxis(*view)), projection_ * viewMatrix_, 0.0f);
+    gl_->glDisable(GL_BLEND);
+}
+
+void SceneRenderer::Private::DrawAxisIcon() {
+    const M44d& m = view->View();
+    const auto column = [&](int i) {
+        return V3f(static_cast<float>(m[0][i]), static_cast<float>(m[1][i]), static_cast<float>(m[2][i]))
+            .normalized();
+    };
+    QMatrix4x4 matrix;
+    matrix.ortho(0.0f, static_cast<float>(view->Width()), 0.0f, static_cast<float>(view->Height()), -1000.0f,
+                 1000.0f);
+    matrix.translate(ICON_CENTER, ICON_CENTER);
+    matrix.scale(ICON_SIZE);
+    DrawLines(AxisIconLines(column(0), column(1), column(2)), matrix, 0.0f);
+}
+
+void SceneRenderer::Private::DrawSurfaces(const std::vector<VisibleShape>& shapes) {
+    struct Later {
+        const VisibleShape* visible;
+        std::shared_ptr<const MeshData> mesh;
+        Material material;
+    };
+    std::vector<Later> transparent;
+    QOpenGLShaderProgram& program = shaders_.Surface();
+    program.bind();
+    program.setUniformValue("projection", projection_);
+    program.setUniformValue("isParallel", view->IsOrthographic());
+    for (const VisibleShape& visible : shapes) {
+        if (!MeshNode::Is(*visible.shape) || visible.state == VisibleShape::State::Template) {
+            continue;
+        }
+        const std::shared_ptr<const MeshData> mesh = MeshNode::Evaluate(*visible.shape);
+        if (!mesh) {
+            continue;
+        }
+        const Material material = options.defaultMaterial ? Material() : Material::Of(*visible.shape);
+        if (material.opacity < 0.999f) {
+            transparent.push_back({&visible, mesh, material});
+        } else {
+            DrawSurface(visible, *mesh, material);
+        }
+    }
+    // What can be seen through comes last and hides nothing.
+    gl_->glEnable(GL_BLEND);
+    gl_->glDepthMask(GL_FALSE);
+    for (const Later& later : transparent) {
+        DrawSurface(*later.visible, *later.mesh, later.material);
+    }
+    gl_->glDepthMask(GL_TRUE);
+    gl_->glDisable(GL_BLEND);
+}
+
+void SceneRenderer::Private::DrawSurface(const VisibleShape& visible, const MeshData& mesh,
+                                         const Material& material) {
+    MeshBuffers::Buffers& buffers = meshes_.Get(mesh);
+    const QMatrix4x4 modelView = viewMatrix_ * Matrix(visible.world);
+    QOpenGLShaderProgram& program = shaders_.Surface();
+    program.bind();
+    program.setUniformValue("modelView", modelView);
+    program.setUniformValue("normalMatrix", modelView.normalMatrix());
+    program.setUniformValue("color", Vector(material.color));
+    program.setUniformValue("incandescence", Vector(material.incandescence));
+    program.setUniformValue("diffuse", material.diffuse);
+    program.setUniformValue("specular", material.specular);
+    program.setUniformValue("opacity", material.opacity);
+    program.setUniformValue("isFlat", material.isFlat);
+    program.enableAttributeArray(SceneShaders::Position);
+    program.enableAttributeArray(SceneShaders::Normal);
+    buffers.corners.bind();
+    program.setAttributeBuffer(SceneShaders::Position, GL_FLOAT, 0, 3, 6 * sizeof(float));
+    program.setAttributeBuffer(SceneShaders::Normal, GL_FLOAT, 3 * sizeof(float), 3, 6 * sizeof(float));
+    buffers.triangles.bind();
+    gl_->glDrawElements(GL_TRIANGLES, buffers.triangleIndexes, GL_UNSIGNED_INT, nullptr);
+    buffers.triangles.release();
+    buffers.corners.release();
+}
+
+bool SceneRenderer::Private::ShowsLines(const VisibleShape& visible) const {
+    return options.shading == DisplayOptions::Shading::Wireframe || options.wireframeOnShaded ||
+           visible.state == VisibleShape::State::Template ||
+           (visible.IsSelected() && options.selectionHighlighting);
+}
+
+void SceneRenderer::Private::DrawMeshLines(const std::vector<VisibleShape>& shapes) {
+    QOpenGLShaderProgram& program = shaders_.Lines();
+    for (const VisibleShape& visible : shapes) {
+        const bool isDrawn = MeshNode::Is(*visible.shape) && ShowsLines(visible);
+        const std::shared_ptr<const MeshData> mesh = isDrawn ? MeshNode::Evaluate(*visible.shape) : nullptr;
+        if (!mesh) {
+            continue;
+        }
+        MeshBuffers::Buffers& buffers = meshes_.Get(*mesh);
+        const V4f color = LineColor(visible.state, options.selectionHighlighting, WIRE_COLOR);
+        program.bind();
+        program.setUniformValue("modelViewProjection", projection_ * viewMatrix_ * Matrix(visible.world));
+        program.setUniformValue("tint", QVector4D(color.x, color.y, color.z, color.w));
+        program.setUniformValue("towardsEye", TOWARDS_EYE);
+        program.enableAttributeArray(SceneShaders::Position);
+        program.disableAttributeArray(SceneShaders::Color);
+        program.setAttributeValue(SceneShaders::Color, QVector4D(1, 1, 1, 1));
+        buffers.points.bind();
+        program.setAttributeBuffer(SceneShaders::Position, GL_FLOAT, 0, 3);
+        buffers.lines.bind();
+        gl_->glDrawElements(GL_LINES, buffers.lineIndexes, GL_UNSIGNED_INT, nullptr);
+        buffers.lines.release();
+        buffers.points.release();
+    }
+}
+
+void SceneRenderer::Private::DrawOutlines(const std::vector<VisibleShape>& shapes,
+                                          const DagNode& lookThrough) {
+    for (const VisibleShape& visible : shapes) {
+        const bool isCamera = visible.shape->Type().IsA("camera");
+        if (visible.shape == &lookThrough || MeshNode::Is(*visible.shape) ||
+            !(isCamera ? options.cameras : options.locators)) {
+            continue;
+        }
+        const V4f color = LineColor(visible.state, options.selectionHighlighting, OUTLINE_COLOR);
+        std::vector<LineVertex> lines;
+        for (const V3f& point : ShapeOutline(*visible.shape)) {
+            lines.push_back({point, color});
+        }
+        DrawLines(lines, projection_ * viewMatrix_ * Matrix(visible.world), TOWARDS_EYE);
+    }
+}
+
+void SceneRenderer::Private::Restore() {
+    shaders_.Lines().disableAttributeArray(SceneShaders::Position);
+    shaders_.Lines().disableAttributeArray(SceneShaders::Color);
+    shaders_.Lines().release();
+    gl_->glDepthFunc(GL_LESS);
+    gl_->glBlendFunc(GL_ONE, GL_ZERO);
+    gl_->glLineWidth(1.0f);
+}
+
+SceneRenderer::SceneRenderer()
+    : d_(std::make_unique<Private>()) {}
+
+SceneRenderer::~SceneRenderer() = default;
+
+bool SceneRenderer::Initialize() {
+    return d_->Build();
+}
+
+void SceneRenderer::Draw(Scene& scene, const CameraView& view, const DagNode& lookThrough,
+                         const DisplayOptions& options, double devicePixelRatio) {
+    if (!d_->isReady) {
+        return;
+    }
+    d_->view = &view;
+    d_->options = options;
+    d_->devicePixelRatio = devicePixelRatio;
+    d_->Draw(scene, lookThrough);
+    d_->view = nullptr;
+}
+
+} // namespace lightbox
