@@ -33,6 +33,8 @@ struct Drawing {
 /// The press that is under way. A serial number tells a later one from it.
 struct PressInProgress {
     const View* view = nullptr;
+    /// The tool that was pressed; another one that has become current since hears nothing of it.
+    std::string tool;
     Qt::MouseButton button = Qt::NoButton;
     bool hasMoved = false;
     unsigned serial = 0;
@@ -46,6 +48,10 @@ std::map<const View*, Drawing>& Drawings() {
 PressInProgress& CurrentPress() {
     static PressInProgress press;
     return press;
+}
+
+bool IsPressed(const PluginContext* tool) {
+    return tool && tool->Name() == CurrentPress().tool;
 }
 
 constexpr unsigned NO_BITS = 0;
@@ -106,7 +112,7 @@ void Deliver(PluginContext& tool, View& view, MEvent& event, LegacyForm legacy, 
 void Hold(View& view, MEvent event, unsigned serial) {
     const PressInProgress& press = CurrentPress();
     PluginContext* tool = PluginContext::Current();
-    if (tool && press.serial == serial && press.view == &view && !press.hasMoved) {
+    if (IsPressed(tool) && press.serial == serial && press.view == &view && !press.hasMoved) {
         Deliver(*tool, view, event, &MPxContext::doHold, &MPxContext::doHold);
     }
 }
@@ -122,7 +128,7 @@ bool ToolEvents::Press(View& view, const QMouseEvent& event) {
     if (press.view) {
         return true;
     }
-    press = PressInProgress{&view, event.button(), false, press.serial + 1};
+    press = PressInProgress{&view, tool->Name(), event.button(), false, press.serial + 1};
     MEvent pressed = EventOf(view, event, event.button());
     QTimer::singleShot(HOLD_DELAY, &view.Widget(),
                        [&view, pressed, serial = press.serial] { Hold(view, pressed, serial); });
@@ -137,6 +143,9 @@ bool ToolEvents::Drag(View& view, const QMouseEvent& event) {
         return false;
     }
     press.hasMoved = true;
+    if (!IsPressed(tool)) {
+        return true;
+    }
     MEvent dragged = EventOf(view, event, press.button);
     Deliver(*tool, view, dragged, &MPxContext::doDrag, &MPxContext::doDrag);
     return true;
@@ -152,8 +161,8 @@ bool ToolEvents::Release(View& view, const QMouseEvent& event) {
         return true;
     }
     press.view = nullptr;
-    if (!tool) {
-        return false;
+    if (!IsPressed(tool)) {
+        return tool != nullptr;
     }
     MEvent released = EventOf(view, event, event.button());
     Deliver(*tool, view, released, &MPxContext::doRelease, &MPxContext::doRelease);

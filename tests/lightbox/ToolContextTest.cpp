@@ -311,6 +311,13 @@ TEST_F(ToolContextTest, AToolThatIsUnloadedGoesCleanly) {
     Press(2, 2);
     EXPECT_EQ(Ask("currentCtx"), "selectSuperContext") << "a tool may end itself";
     EXPECT_FALSE(Release(2, 2));
+    Ask("setToolTo pointerCtx1");
+    g_onPress = "setToolTo pointerCtx2";
+    Press(3, 3);
+    Log();
+    EXPECT_TRUE(Drag(4, 4));
+    EXPECT_TRUE(Release(4, 4));
+    EXPECT_THAT(Log(), IsEmpty()) << "the new tool was not pressed";
 
     Ask("setToolTo pointerCtx2");
     Log();

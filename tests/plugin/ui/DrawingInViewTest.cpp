@@ -9,7 +9,11 @@
 #include "scene/PluginManager.h"
 #include "window/ViewOptions.h"
 
+#include <maya/M3dView.h>
+#include <maya/MColor.h>
+
 #include <QPainter>
+#include <qopengl.h>
 
 namespace vellix {
 
@@ -144,6 +148,40 @@ TEST_F(DrawingInViewTest, TheOutlineIsDrawnOverTheDrawing) {
     EXPECT_NEAR(red, 400, 2);
     BaseNode::GetMaster()->ClearTransformOutline();
     EXPECT_NE(Grab().pixelColor(300, 300), QColor(255, 0, 0));
+}
+
+// A tool of the legacy viewport draws and takes away again what it drew, without the view being drawn anew.
+TEST_F(DrawingInViewTest, XorDrawingAppearsAndDisappears) {
+    SizeView(640, 480);
+    Use(lightbox::ViewOptions::Renderer::Legacy);
+    Draw(Drawing());
+    const QImage before = Grab();
+    const auto outline = [] {
+        M3dView view = M3dView::active3dView();
+        view.beginXorDrawing();
+        view.setDrawColor(MColor(1.0f, 1.0f, 1.0f));
+        glBegin(GL_LINE_LOOP);
+        for (const auto& corner : {QPoint(50, 40), QPoint(50, 440), QPoint(600, 440), QPoint(600, 40)}) {
+            glVertex2f(static_cast<float>(corner.x()) + 0.5f, static_cast<float>(corner.y()) + 0.5f);
+        }
+        glEnd();
+        view.endXorDrawing();
+    };
+    const auto seen = [&] { return View().grabFramebuffer().convertToFormat(QImage::Format_RGB32); };
+    outline();
+    const QImage with = seen();
+    const QColor under = before.pixelColor(50, 240);
+    EXPECT_EQ(with.pixelColor(50, 240), QColor(255 - under.red(), 255 - under.green(), 255 - under.blue()));
+    EXPECT_EQ(with.pixelColor(300, 39),
+              QColor(255 - before.pixelColor(300, 39).red(), 255 - before.pixelColor(300, 39).green(),
+                     255 - before.pixelColor(300, 39).blue()));
+    EXPECT_EQ(with.pixelColor(300, 240), before.pixelColor(300, 240));
+    outline();
+    EXPECT_EQ(seen(), before);
+    Use(lightbox::ViewOptions::Renderer::Viewport2);
+    const QImage other = Grab();
+    outline();
+    EXPECT_EQ(seen(), other) << "nothing of it shows in Viewport 2.0";
 }
 
 TEST_F(DrawingInViewTest, TwoNodesHaveTwoTextures) {
