@@ -5,6 +5,7 @@
 #include "host/MayaUtil.h"
 #include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "paint/ToolType.h"
 #include "scene/IdleQueue.h"
 #include "scene/PluginManager.h"
 #include "window/ControlMenu.h"
