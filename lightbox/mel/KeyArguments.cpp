@@ -1,7 +1,6 @@
 #include "mel/KeyArguments.h"
 
 #include "mel/ArgumentTokens.h"
-#include "mel/ParsedArguments.h"
 #include "scene/AnimationEdit.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
@@ -68,13 +67,13 @@ SyntaxBuilder& KeyArguments::AddObjectFlags(SyntaxBuilder& syntax) {
 
 SyntaxBuilder& KeyArguments::AddFlags(SyntaxBuilder& syntax) {
     return AddObjectFlags(syntax)
-        .Flag("-t", "-time", ANY_ARGUMENT)
+        .RangeFlag("-t", "-time")
         .MultiUse()
         .QueryWithArguments()
-        .Flag("-f", "-float", ANY_ARGUMENT)
+        .RangeFlag("-f", "-float")
         .MultiUse()
         .QueryWithArguments()
-        .Flag("-in", "-index", ANY_ARGUMENT)
+        .RangeFlag("-in", "-index")
         .MultiUse()
         .QueryWithArguments()
         .Flag("-iub", "-includeUpperBound", MSyntax::kBoolean)

@@ -1,5 +1,4 @@
 #include "mel/KeyArguments.h"
-#include "mel/ParsedArguments.h"
 #include "mel/SceneCommands.h"
 #include "scene/AnimationEdit.h"
 #include "scene/Host.h"
@@ -155,8 +154,8 @@ void RegisterKeyClipboardCommands(CommandRegistry& registry) {
                     [clipboard](CommandCall& call) { return CopyKey(call, *clipboard); });
     SyntaxBuilder paste;
     KeyArguments::AddObjectFlags(paste)
-        .Flag("-t", "-time", ANY_ARGUMENT)
-        .Flag("-to", "-timeOffset", ANY_ARGUMENT)
+        .RangeFlag("-t", "-time")
+        .RangeFlag("-to", "-timeOffset")
         .Flag("-vo", "-valueOffset", MSyntax::kDouble)
         .Flag("-o", "-option", MSyntax::kString);
     AddSceneCommand(registry, "pasteKey", paste,

@@ -1,5 +1,4 @@
 #include "mel/KeyArguments.h"
-#include "mel/ParsedArguments.h"
 #include "mel/SceneCommands.h"
 #include "scene/AnimationEdit.h"
 #include "scene/Host.h"
@@ -220,7 +219,7 @@ void RegisterKeyframeCommands(CommandRegistry& registry) {
     SyntaxBuilder keyframe;
     KeyArguments::AddFlags(keyframe)
         .Flag("-kc", "-keyframeCount")
-        .Flag("-tc", "-timeChange", ANY_ARGUMENT)
+        .RangeFlag("-tc", "-timeChange")
         .Flag("-fc", "-floatChange", MSyntax::kDouble)
         .Flag("-vc", "-valueChange", MSyntax::kDouble)
         .Flag("-iv", "-indexValue")
@@ -239,7 +238,7 @@ void RegisterKeyframeCommands(CommandRegistry& registry) {
     SyntaxBuilder find;
     KeyArguments::AddObjectFlags(find)
         .Flag("-w", "-which", MSyntax::kString)
-        .Flag("-t", "-time", ANY_ARGUMENT)
+        .RangeFlag("-t", "-time")
         .Flag("-c", "-curve")
         .Flag("-ts", "-timeSlider")
         .Flag("-an", "-animation", MSyntax::kString);

@@ -28,8 +28,6 @@ const char* Expected(MSyntax::MArgType type) {
     case MSyntax::kString:
     case MSyntax::kSelectionItem:
         return "a string";
-    case ANY_ARGUMENT:
-        return "a time or range";
     default:
         return "a numeric";
     }
@@ -63,8 +61,6 @@ bool Fits(MSyntax::MArgType type, const Value& value) {
     case MSyntax::kDistance:
     case MSyntax::kAngle:
         return IsMeasure(value);
-    case ANY_ARGUMENT:
-        return value.IsNumber() || value.IsString();
     default:
         return value.IsString();
     }
@@ -149,7 +145,8 @@ void ParsedArguments::ParseFlagArguments(Use& use, std::size_t& index) {
     for (const MSyntax::MArgType type : use.flag->arguments) {
         // Only a bare word is surely a flag: a text that was given in quotes may begin with a hyphen.
         const bool isThere = index < tokens_.Count() && tokens_.TokenAt(index).spelling != Spelling::FlagWord;
-        if (!isThere || !Fits(type, tokens_.At(index))) {
+        const bool isNumber = use.flag->takesNumbers && isThere && tokens_.At(index).IsNumber();
+        if (!isThere || !(isNumber || Fits(type, tokens_.At(index)))) {
             if (isOptional) {
                 return;
             }

@@ -13,9 +13,6 @@
 
 namespace lightbox::mel {
 
-/// The type of an argument that may be a number or a text, like a time range. For Lightbox's own commands.
-constexpr MSyntax::MArgType ANY_ARGUMENT = MSyntax::kLastArgType;
-
 /// A command's arguments read against its syntax: flags in any order, before and after the objects, by short
 /// or long name or the beginning of a long one; -query and -edit where the syntax allows them, and in a query
 /// flags without arguments. Commands of plug-ins and Lightbox's own go through it alike.

@@ -1,5 +1,4 @@
 #include "mel/KeyArguments.h"
-#include "mel/ParsedArguments.h"
 #include "mel/SceneCommands.h"
 #include "scene/AnimationEdit.h"
 #include "scene/Host.h"
@@ -123,9 +122,9 @@ Value SetKeyframeCall::Run() {
 void RegisterSetKeyframeCommand(CommandRegistry& registry) {
     SyntaxBuilder syntax;
     KeyArguments::AddObjectFlags(syntax)
-        .Flag("-t", "-time", ANY_ARGUMENT)
+        .RangeFlag("-t", "-time")
         .MultiUse()
-        .Flag("-f", "-float", ANY_ARGUMENT)
+        .RangeFlag("-f", "-float")
         .MultiUse()
         .Flag("-v", "-value", MSyntax::kDouble)
         .Flag("-itt", "-inTangentType", MSyntax::kString)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mel/SyntaxTable.h"
+
 #include <maya/MSyntax.h>
 
 #include <string>
@@ -19,6 +21,12 @@ public:
     /// The flag just added may be given more than once.
     SyntaxBuilder& MultiUse() {
         syntax.makeFlagMultiUse(lastFlag.c_str());
+        return *this;
+    }
+    /// A flag with one argument that is a number or a text, like a time or a range.
+    SyntaxBuilder& RangeFlag(const char* shortName, const char* longName) {
+        Flag(shortName, longName, MSyntax::kString);
+        SyntaxTable::Change(syntax).flags.back().takesNumbers = true;
         return *this;
     }
     /// The flag just added keeps its arguments in a query.

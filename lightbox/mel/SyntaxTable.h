@@ -21,9 +21,12 @@ struct SyntaxTable {
         /// In a query it takes its arguments too, or may do so.
         bool keepsArgumentsInQuery = false;
         bool needsArgumentsInQuery = false;
+        /// Where it takes a text, a number will do: a time range is either. Lightbox's own commands only.
+        bool takesNumbers = false;
     };
 
     static const SyntaxTable& Of(const MSyntax& syntax) { return *syntax.table_; }
+    static SyntaxTable& Change(MSyntax& syntax) { return syntax.change(); }
     static std::shared_ptr<const SyntaxTable> Share(const MSyntax& syntax) { return syntax.table_; }
 
     /// The flag of that short or long name, with or without a hyphen; null when there is none.

@@ -72,7 +72,7 @@ protected:
         Release(to, button);
     }
     using Range = std::pair<double, double>;
-    Range Highlight() const { return host_.time().IsRangeHighlighted() ? host_.time().SliderRange() : Range{0, 0}; }
+    Range Highlight() { return host_.time().IsRangeHighlighted() ? host_.time().SliderRange() : Range{0, 0}; }
     mel::Value Run(const std::string& text) { return host_.interpreter().Execute(text); }
     TransportButton* Button(const char* name) { return bar_->findChild<TransportButton*>(name); }
     bool WaitFor(const std::function<bool()>& condition, int milliseconds = 5000) {
