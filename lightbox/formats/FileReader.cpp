@@ -270,11 +270,8 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
     Setting filled = setting;
     filled.data = TypeRegistry::MakeData(type);
     if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
-        ReportFault("The value of "
-                    " + setting.path + "
-                    ", of type "
-                    " + setting.type + "
-                    ", cannot be read.");
+        ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                    "\", cannot be read.");
         return;
     }
     MemoryStream stream(bytes);
@@ -286,11 +283,8 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
         ReportFault(error.what());
     }
     if (!isRead) {
-        ReportFault("The value of "
-                    " + setting.path + "
-                    ", of type "
-                    " + setting.type + "
-                    ", could not be read whole.");
+        ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                    "\", could not be read whole.");
     }
 }
 

@@ -139,8 +139,13 @@ void SettingApplier::SetFlags(const Plug& plug, const Setting& setting, bool bef
 }
 
 void SettingApplier::SetFlag(const Plug& plug, const std::optional<bool>& state, edit::PlugFlag which) {
-    if (state) {
+    if (!state) {
+        return;
+    }
+    if (manner_ == Manner::Edit) {
         edit::SetPlugFlag(host_, plug, which, *state);
+    } else {
+        edit::StorePlugFlag(plug, which, *state);
     }
 }
 
@@ -182,7 +187,7 @@ void SettingApplier::SetWhole(const Plug& plug, const Setting& setting) {
 
 void SettingApplier::Store(const Plug& plug, const AttributeValue& value) {
     if (manner_ == Manner::Edit) {
-        edit::SetPlug(host_, plug, value);
+        edit::SetPlug(host_, plug, value, outOfRange_);
         return;
     }
     if (const auto* numbers = std::get_if<std::vector<double>>(&value);

@@ -26,9 +26,11 @@ public:
     /// part of reading a file, where what is stored goes in whatever is locked.
     enum class Manner { Edit, Read };
 
-    SettingApplier(Host& host, Manner manner)
+    /// `outOfRange` is for edits; what is read is clamped.
+    SettingApplier(Host& host, Manner manner, edit::OutOfRange outOfRange = edit::OutOfRange::Refuse)
         : host_(host)
-        , manner_(manner) {}
+        , manner_(manner)
+        , outOfRange_(outOfRange) {}
 
     /// Throws SceneError; the plugs that were set before the fault stay set.
     void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
@@ -47,6 +49,7 @@ private:
 
     Host& host_;
     Manner manner_;
+    edit::OutOfRange outOfRange_;
 };
 
 } // namespace lightbox

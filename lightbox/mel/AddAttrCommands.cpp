@@ -18,11 +18,10 @@ namespace {
 /// added to the node when the last child is there.
 class PendingCompounds {
 public:
-    /// Takes a compound that still lacks `missing` children.
-    void Add(const std::shared_ptr<Node>& node, std::shared_ptr<Attribute> attribute, int missing) {
-        Forget();
-        pending_.push_back({node, std::move(attribute), missing});
-    }
+    /// Takes a compound that still lacks `missing` children. One of that name that was waiting is given up.
+    void Add(const std::shared_ptr<Node>& node, std::shared_ptr<Attribute> attribute, int missing);
+    /// Whether an attribute of one of those names waits for its children, or for its parent's.
+    bool HasName(const std::shared_ptr<Node>& node, const Attribute& attribute) const;
     /// Puts a child below its parent; false when no such parent is waiting. `whole` becomes the outermost
     /// compound when it is complete now.
     bool AddChild(const std::shared_ptr<Node>& node, const std::string& parent,
@@ -36,15 +35,43 @@ private:
     };
 
     std::vector<Entry>::iterator Find(const std::shared_ptr<Node>& node, const std::string& name);
-    /// Drops compounds whose node is gone.
-    void Forget() {
-        pending_.erase(std::remove_if(pending_.begin(), pending_.end(),
-                                      [](const Entry& entry) { return entry.node.expired(); }),
-                       pending_.end());
-    }
 
     std::vector<Entry> pending_;
 };
+
+/// The outermost compound of an attribute.
+const Attribute& RootOf(const Attribute& attribute) {
+    return attribute.Parent() ? RootOf(*attribute.Parent()) : attribute;
+}
+
+bool SharesName(const Attribute& left, const Attribute& right) {
+    return left.HasName(right.LongName()) || left.HasName(right.ShortName());
+}
+
+/// Whether the attribute or one below it has one of the names.
+bool HoldsName(const Attribute& tree, const Attribute& named) {
+    return SharesName(tree, named) ||
+           std::any_of(tree.Children().begin(), tree.Children().end(),
+                       [&](const std::shared_ptr<Attribute>& child) { return HoldsName(*child, named); });
+}
+
+void PendingCompounds::Add(const std::shared_ptr<Node>& node, std::shared_ptr<Attribute> attribute,
+                           int missing) {
+    // With a compound go those below it, and those of nodes that are gone.
+    const auto isOver = [&](const Entry& entry) {
+        const std::shared_ptr<Node> owner = entry.node.lock();
+        return !owner || !owner->InScene() ||
+               (owner == node && SharesName(RootOf(*entry.attribute), *attribute));
+    };
+    pending_.erase(std::remove_if(pending_.begin(), pending_.end(), isOver), pending_.end());
+    pending_.push_back({node, std::move(attribute), missing});
+}
+
+bool PendingCompounds::HasName(const std::shared_ptr<Node>& node, const Attribute& attribute) const {
+    return std::any_of(pending_.begin(), pending_.end(), [&](const Entry& entry) {
+        return entry.node.lock() == node && HoldsName(RootOf(*entry.attribute), attribute);
+    });
+}
 
 std::vector<PendingCompounds::Entry>::iterator PendingCompounds::Find(const std::shared_ptr<Node>& node,
                                                                       const std::string& name) {
@@ -100,6 +127,39 @@ void SetEnumFields(const std::string& text, Attribute& attribute) {
     }
 }
 
+/// The flags that say whether there is a limit. One that is there without a value is 0.
+void SetLimitSwitches(const CommandCall& call, Attribute& attribute) {
+    const std::pair<const char*, std::optional<double>*> limits[] = {
+        {"-hasMinValue", &attribute.minimum},
+        {"-hasMaxValue", &attribute.maximum},
+        {"-hasSoftMinValue", &attribute.softMinimum},
+        {"-hasSoftMaxValue", &attribute.softMaximum}};
+    for (const auto& [flag, limit] : limits) {
+        if (call.Has(flag)) {
+            *limit = call.Bool(flag) ? std::optional<double>(limit->value_or(0.0)) : std::nullopt;
+        }
+    }
+}
+
+/// Fails for a flag that means nothing to an attribute of that kind.
+void CheckFlagsFit(const CommandCall& call, const Attribute& attribute) {
+    for (const char* flag : {"-defaultValue", "-minValue", "-maxValue", "-softMinValue", "-softMaxValue",
+                             "-hasMinValue", "-hasMaxValue", "-hasSoftMinValue", "-hasSoftMaxValue"}) {
+        if (call.Has(flag) && !attribute.IsNumber()) {
+            call.Fail(std::string("The flag '") + flag + "' is for numeric attributes only.");
+        }
+    }
+    if (call.Has("-enumName") && attribute.Kind() != AttributeKind::Enum) {
+        call.Fail("The flag '-enumName' is for enum attributes only.");
+    }
+    if (call.Has("-numberOfChildren") && !attribute.IsCompound()) {
+        call.Fail("The flag '-numberOfChildren' is for compound attributes only.");
+    }
+    if (call.UseCount("-dataType") > 1) {
+        call.Fail("An attribute takes data of one type only.");
+    }
+}
+
 void SetProperties(const CommandCall& call, Attribute& attribute) {
     const auto setFlag = [&](const char* flag, bool& property) {
         if (call.Has(flag)) {
@@ -114,7 +174,7 @@ void SetProperties(const CommandCall& call, Attribute& attribute) {
     attribute.multi = call.Has("-multi");
     attribute.usedAsColor = call.Has("-usedAsColor");
     attribute.niceName = call.StringOr("-niceName", "");
-    if (call.Has("-defaultValue") && attribute.IsNumber()) {
+    if (call.Has("-defaultValue")) {
         attribute.defaultValue = call.Float("-defaultValue");
     }
     const auto setNumber = [&](const char* flag, std::optional<double>& property) {
@@ -126,6 +186,7 @@ void SetProperties(const CommandCall& call, Attribute& attribute) {
     setNumber("-maxValue", attribute.maximum);
     setNumber("-softMinValue", attribute.softMinimum);
     setNumber("-softMaxValue", attribute.softMaximum);
+    SetLimitSwitches(call, attribute);
     if (call.Has("-enumName")) {
         SetEnumFields(call.String("-enumName"), attribute);
     }
@@ -146,6 +207,7 @@ std::shared_ptr<Attribute> MakeAttribute(const CommandCall& call, std::string& t
     } else if (!attribute) {
         call.Fail("The attribute name contains invalid characters: " + longName);
     }
+    CheckFlagsFit(call, *attribute);
     SetProperties(call, *attribute);
     return attribute;
 }
@@ -157,6 +219,10 @@ void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCo
         type == "compound" ? call.IntOr("-numberOfChildren", 0) : AttributeFactory::ChildCountOf(type);
     if (attribute->IsCompound() && (missing < 1 || missing > 1000)) {
         call.Fail("A compound attribute needs its number of children (-nc).");
+    }
+    if (node->FindAttribute(attribute->LongName()) || node->FindAttribute(attribute->ShortName()) ||
+        (call.Has("-parent") && pending.HasName(node, *attribute))) {
+        call.Fail("Found an attribute of the name '" + attribute->LongName() + "' already.");
     }
     std::shared_ptr<Attribute> whole;
     if (call.Has("-parent")) {
@@ -173,43 +239,55 @@ void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCo
     }
 }
 
+std::string EnumFieldsText(const Attribute& attribute) {
+    std::string text;
+    for (const auto& field : attribute.enumFields) {
+        text += (text.empty() ? "" : ":") + field.first;
+    }
+    return text;
+}
+
+Value DefaultOf(const Attribute& attribute) {
+    const AttributeValue value = attribute.Default();
+    const double* number = std::get_if<double>(&value);
+    return number ? Value(*number) : Value();
+}
+
 Value Query(CommandCall& call) {
     const Attribute& attribute = *PlugNamed(call, call.Object(0).AsString()).attribute;
-    const std::pair<const char*, std::optional<double>> numbers[] = {
-        {"-minValue", attribute.minimum},
-        {"-maxValue", attribute.maximum},
-        {"-softMinValue", attribute.softMinimum},
-        {"-softMaxValue", attribute.softMaximum}};
-    for (const auto& [flag, number] : numbers) {
+    const std::string parent = attribute.Parent() ? attribute.Parent()->LongName() : std::string();
+    const std::pair<const char*, Value> answers[] = {
+        {"-minValue", attribute.minimum.value_or(0.0)},
+        {"-maxValue", attribute.maximum.value_or(0.0)},
+        {"-softMinValue", attribute.softMinimum.value_or(0.0)},
+        {"-softMaxValue", attribute.softMaximum.value_or(0.0)},
+        {"-hasMinValue", attribute.minimum.has_value()},
+        {"-hasMaxValue", attribute.maximum.has_value()},
+        {"-hasSoftMinValue", attribute.softMinimum.has_value()},
+        {"-hasSoftMaxValue", attribute.softMaximum.has_value()},
+        {"-defaultValue", DefaultOf(attribute)},
+        {"-enumName", EnumFieldsText(attribute)},
+        {"-niceName", attribute.niceName},
+        {"-longName", attribute.LongName()},
+        {"-shortName", attribute.ShortName()},
+        {"-keyable", attribute.keyable},
+        {"-hidden", attribute.hidden},
+        {"-readable", attribute.readable},
+        {"-writable", attribute.writable},
+        {"-storable", attribute.storable},
+        {"-multi", attribute.multi},
+        {"-usedAsColor", attribute.usedAsColor},
+        {"-numberOfChildren", static_cast<int>(attribute.Children().size())},
+        {"-parent", parent},
+        {"-attributeType", attribute.TypeName()},
+        {"-dataType", attribute.TypeName()},
+        {"-exists", attribute.dynamic}};
+    for (const auto& [flag, answer] : answers) {
         if (call.Has(flag)) {
-            return number.value_or(0.0);
+            return answer;
         }
     }
-    if (call.Has("-defaultValue")) {
-        const AttributeValue value = attribute.Default();
-        const double* number = std::get_if<double>(&value);
-        return number ? Value(*number) : Value();
-    }
-    if (call.Has("-enumName")) {
-        std::string text;
-        for (const auto& field : attribute.enumFields) {
-            text += (text.empty() ? "" : ":") + field.first;
-        }
-        return text;
-    }
-    if (call.Has("-niceName")) {
-        return attribute.niceName;
-    }
-    if (call.Has("-longName")) {
-        return attribute.LongName();
-    }
-    if (call.Has("-shortName")) {
-        return attribute.ShortName();
-    }
-    if (call.Has("-keyable")) {
-        return attribute.keyable;
-    }
-    return attribute.TypeName();
+    call.Fail("Nothing was asked for that is known of an attribute.");
 }
 
 Value AddAttr(CommandCall& call, PendingCompounds& pending) {
@@ -270,6 +348,9 @@ void RegisterAddAttrCommands(CommandRegistry& registry) {
                         .Flag("-smx", "-softMaxValue", MSyntax::kDouble)
                         .Flag("-hnv", "-hasMinValue", MSyntax::kBoolean)
                         .Flag("-hxv", "-hasMaxValue", MSyntax::kBoolean)
+                        .Flag("-hsn", "-hasSoftMinValue", MSyntax::kBoolean)
+                        .Flag("-hsx", "-hasSoftMaxValue", MSyntax::kBoolean)
+                        .Flag("-ex", "-exists")
                         .Flag("-en", "-enumName", MSyntax::kString)
                         .Flag("-k", "-keyable", MSyntax::kBoolean)
                         .Flag("-h", "-hidden", MSyntax::kBoolean)

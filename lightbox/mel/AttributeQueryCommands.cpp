@@ -119,6 +119,20 @@ Value AttributeQuery(CommandCall& call) {
     return call.Has("-niceName") ? NiceName(*attribute) : attribute->LongName();
 }
 
+/// A value with many items, which is not an attribute with many elements.
+bool IsDataArray(const Attribute& attribute) {
+    switch (attribute.Kind()) {
+    case AttributeKind::StringArray:
+    case AttributeKind::DoubleArray:
+    case AttributeKind::IntArray:
+    case AttributeKind::PointArray:
+    case AttributeKind::VectorArray:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// Whether a plug is one that the call asks for.
 bool IsWanted(const CommandCall& call, const Plug& plug, bool isUserDefined) {
     const Attribute& attribute = *plug.attribute;
@@ -134,16 +148,20 @@ bool IsWanted(const CommandCall& call, const Plug& plug, bool isUserDefined) {
         {"-connectable", attribute.connectable},
         {"-visible", !attribute.hidden},
         {"-settable", plug.WhyNotSettable().empty()},
-        {"-array", attribute.multi},
-        {"-scalar", attribute.IsNumber()}};
+        {"-array", IsDataArray(attribute)},
+        {"-scalar", attribute.IsNumber()},
+        {"-scalarAndArray", attribute.IsNumber() || IsDataArray(attribute)}};
     return std::all_of(std::begin(conditions), std::end(conditions),
                        [&](const auto& condition) { return !call.Has(condition.first) || condition.second; });
 }
 
-bool HasWantedName(const CommandCall& call, const Attribute& attribute) {
+bool HasWantedName(const CommandCall& call, const Plug& plug) {
     const unsigned count = call.UseCount("-string");
     for (unsigned use = 0; use < count; ++use) {
-        if (attribute.HasName(call.String("-string", 0, use))) {
+        const std::string& pattern = call.String("-string", 0, use);
+        if (Scene::MatchesName(pattern, plug.attribute->LongName()) ||
+            Scene::MatchesName(pattern, plug.attribute->ShortName()) ||
+            Scene::MatchesName(pattern, plug.AttributeName(true))) {
             return true;
         }
     }
@@ -151,17 +169,19 @@ bool HasWantedName(const CommandCall& call, const Attribute& attribute) {
 }
 
 void AddNames(const CommandCall& call, const Plug& plug, bool isDynamic, Value::StringArray& names) {
+    if (call.Has("-multi") && plug.IsArray()) {
+        for (const Plug& element : plug.Elements()) {
+            AddNames(call, element, isDynamic, names);
+        }
+        return;
+    }
     const Attribute& attribute = *plug.attribute;
     // Children of a dynamic compound are dynamic with it.
     const bool isUser = isDynamic || attribute.dynamic;
     // What is keyed are the numbers of a compound.
     const bool isWhole = attribute.IsCompound() && (call.Has("-keyable") || call.Has("-channelBox"));
-    const bool passes = !isWhole && IsWanted(call, plug, isUser);
-    if (passes && HasWantedName(call, attribute)) {
-        std::string name = call.Has("-shortNames") ? attribute.ShortName() : attribute.LongName();
-        for (const Attribute* above = attribute.Parent(); above && above->multi; above = above->Parent()) {
-            name = (call.Has("-shortNames") ? above->ShortName() : above->LongName()) + "." + name;
-        }
+    if (!isWhole && IsWanted(call, plug, isUser) && HasWantedName(call, plug)) {
+        const std::string name = plug.AttributeName(!call.Has("-shortNames"));
         if (std::find(names.begin(), names.end(), name) == names.end()) {
             names.push_back(name);
         }
@@ -211,10 +231,10 @@ void RegisterAttributeQueryCommands(CommandRegistry& registry) {
         AttributeQuery);
     SyntaxBuilder list;
     const std::pair<const char*, const char*> conditions[] = {
-        {"-k", "-keyable"},      {"-l", "-locked"},      {"-u", "-unlocked"},  {"-cb", "-channelBox"},
-        {"-ud", "-userDefined"}, {"-ro", "-readOnly"},   {"-r", "-read"},      {"-w", "-write"},
-        {"-c", "-connectable"},  {"-v", "-visible"},     {"-se", "-settable"}, {"-a", "-array"},
-        {"-s", "-scalar"},       {"-sn", "-shortNames"}, {"-m", "-multi"}};
+        {"-k", "-keyable"},      {"-l", "-locked"},          {"-u", "-unlocked"},    {"-cb", "-channelBox"},
+        {"-ud", "-userDefined"}, {"-ro", "-readOnly"},       {"-r", "-read"},        {"-w", "-write"},
+        {"-c", "-connectable"},  {"-v", "-visible"},         {"-se", "-settable"},   {"-a", "-array"},
+        {"-s", "-scalar"},       {"-sa", "-scalarAndArray"}, {"-sn", "-shortNames"}, {"-m", "-multi"}};
     for (const auto& [shortName, longName] : conditions) {
         list.Flag(shortName, longName);
     }

@@ -56,6 +56,24 @@ Plug PlugOf(const std::shared_ptr<Node>& node, const char* attribute) {
     return Plug(node, node->FindAttribute(attribute));
 }
 
+/// The film back's width over its height: the width follows.
+void SetAspectRatio(const CommandCall& call, const std::shared_ptr<Node>& shape) {
+    const double ratio = call.Float("-aspectRatio");
+    if (!(ratio > 0.0)) {
+        call.Fail("An aspect ratio must be greater than 0.");
+    }
+    edit::SetPlug(call.GetHost(), PlugOf(shape, "horizontalFilmAperture"),
+                  ratio * PlugOf(shape, "verticalFilmAperture").Number());
+}
+
+/// A start-up camera is part of every scene: it cannot be deleted.
+void SetStartup(Host& host, const std::shared_ptr<Node>& node, bool isStartup) {
+    const bool before = node->isShared;
+    edit::Do(
+        host, "camera", [node, isStartup] { node->isShared = isStartup; },
+        [node, before] { node->isShared = before; });
+}
+
 void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transform,
                    const std::shared_ptr<Node>& shape) {
     Host& host = call.GetHost();
@@ -65,6 +83,13 @@ void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transfo
                 property.type == SWITCH ? call.Bool(property.longName) : call.Float(property.longName);
             edit::SetPlug(host, PlugOf(shape, property.attribute), value);
         }
+    }
+    if (call.Has("-aspectRatio")) {
+        SetAspectRatio(call, shape);
+    }
+    if (call.Has("-startupCamera")) {
+        SetStartup(host, transform, call.Bool("-startupCamera"));
+        SetStartup(host, shape, call.Bool("-startupCamera"));
     }
     if (call.Has("-filmFit")) {
         int fit = 0;

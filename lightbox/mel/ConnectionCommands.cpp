@@ -39,10 +39,23 @@ Value ConnectAttr(CommandCall& call) {
     return "Connected " + from.Name() + " to " + to.Name() + ".";
 }
 
+/// The first element of an array that the source drives; the array itself when there is none.
+Plug ElementDrivenBy(const Scene& scene, const Plug& source, const Plug& array) {
+    for (const Plug& element : array.Elements()) {
+        if (scene.connections().SourceOf(element) == source) {
+            return element;
+        }
+    }
+    return array;
+}
+
 Value DisconnectAttr(CommandCall& call) {
     Host& host = call.GetHost();
     const Plug from = PlugNamed(call, call.Object(0).AsString());
-    const Plug to = PlugNamed(call, call.Object(1).AsString());
+    Plug to = PlugNamed(call, call.Object(1).AsString());
+    if (to.IsArray() && call.Has("-nextAvailable")) {
+        to = ElementDrivenBy(host.scene(), from, to);
+    }
     if (host.scene().connections().SourceOf(to) != from) {
         call.Fail("There is no connection from '" + from.Name() + "' to '" + to.Name() + "' to disconnect.");
     }

@@ -124,19 +124,45 @@ Value NamesOrPath(const CommandCall& call, const NodeList& nodes, const std::str
     return call.Has("-returnNewNodes") ? ShownNames(nodes, true) : Value(path);
 }
 
+bool IsOn(const CommandCall& call, const char* flag) {
+    return call.Has(flag) && call.Bool(flag);
+}
+
+/// The namespace of an import; without merging, one that is there already gets a number.
+std::string ImportNamespace(const CommandCall& call) {
+    const std::string given = call.StringOr("-namespace", "");
+    std::string name = given == ":" ? std::string() : given;
+    const bool isMerged = !call.Has("-mergeNamespacesOnClash") || call.Bool("-mergeNamespacesOnClash");
+    const auto& taken = call.GetHost().scene().Namespaces();
+    for (int number = 1; !isMerged && !name.empty() && taken.count(name) > 0; ++number) {
+        name = given + std::to_string(number);
+    }
+    return name;
+}
+
 Value ImportFile(const CommandCall& call) {
     const std::string path = PathArgument(call);
-    const std::string nameSpace = call.StringOr("-namespace", "");
-    const NodeList nodes = Files(call).Import(path, nameSpace == ":" ? std::string() : nameSpace);
+    const std::string nameSpace = ImportNamespace(call);
+    if (IsOn(call, "-renameAll") && nameSpace.empty()) {
+        call.Fail("Only a namespace renames everything that is imported: use -namespace.");
+    }
+    const NodeList nodes = Files(call).Import(path, nameSpace);
     return NamesOrPath(call, nodes, SceneFiles::FindFile(path));
 }
 
 /// `file -r` in a scene file reads the reference; `file -rdi` only announces it.
 Value ReferenceInFile(const CommandCall& call, const FileReader& reader) {
-    const std::string path = PathArgument(call);
     const bool isRead = call.Has("-reference");
+    if (!isRead && !call.Has("-referenceDepthInfo")) {
+        call.Fail("A scene file can refer to other files and do nothing else with them.");
+    }
+    const std::string path = PathArgument(call);
     if (!isRead) {
         return path;
+    }
+    if (call.Has("-renamingPrefix")) {
+        call.Warn("A reference's nodes go into a namespace, not behind the prefix \"" +
+                  call.String("-renamingPrefix") + "\".");
     }
     const bool isAbsolute = QFileInfo(QString::fromStdString(path)).isAbsolute();
     const std::string beside =
@@ -147,7 +173,7 @@ Value ReferenceInFile(const CommandCall& call, const FileReader& reader) {
     if (const std::size_t brace = file.rfind('{'); brace != std::string::npos && file.back() == '}') {
         file.resize(brace);
     }
-    const bool isDeferred = call.Has("-deferReference") && call.Bool("-deferReference");
+    const bool isDeferred = IsOn(call, "-deferReference");
     return Files(call)
         .references()
         .Add(SceneFiles::FindFile(file), call.StringOr("-namespace", base),
@@ -156,7 +182,7 @@ Value ReferenceInFile(const CommandCall& call, const FileReader& reader) {
 }
 
 Value CreateReference(const CommandCall& call) {
-    const bool isDeferred = call.Has("-deferReference") && call.Bool("-deferReference");
+    const bool isDeferred = IsOn(call, "-deferReference");
     const std::string name = Files(call).AddReference(PathArgument(call), call.StringOr("-namespace", ""),
                                                       call.StringOr("-referenceNode", ""), isDeferred);
     const ReferenceList& references = Files(call).references();
@@ -212,6 +238,9 @@ Value File(CommandCall& call) {
     if (const FileReader* reader = ReaderOf(call)) {
         return ReferenceInFile(call, *reader);
     }
+    if (call.Has("-renamingPrefix")) {
+        call.Fail("Prefixes are not supported; use -namespace.");
+    }
     if (call.Has("-newFile")) {
         files.New(isForced);
         return "";
@@ -254,46 +283,46 @@ Value File(CommandCall& call) {
 void RegisterFileCommand(CommandRegistry& registry) {
     constexpr auto TEXT = MSyntax::kString;
     constexpr auto SWITCH = MSyntax::kBoolean;
-    AddSceneCommand(registry, "file",
-                    SyntaxBuilder()
-                        .Flag("-new", "-newFile")
-                        .Flag("-o", "-open")
-                        .Flag("-s", "-save")
-                        .Flag("-rn", "-rename", TEXT)
-                        .Flag("-typ", "-type", TEXT)
-                        .Flag("-i", "-import")
-                        .Flag("-r", "-reference")
-                        .Flag("-rdi", "-referenceDepthInfo", MSyntax::kLong)
-                        .Flag("-ns", "-namespace", TEXT)
-                        .Flag("-rfn", "-referenceNode", TEXT)
-                        .Flag("-dr", "-deferReference", SWITCH)
-                        .Flag("-lr", "-loadReference", TEXT)
-                        .Flag("-ur", "-unloadReference", TEXT)
-                        .Flag("-rr", "-removeReference")
-                        .Flag("-ir", "-importReference")
-                        .Flag("-ea", "-exportAll")
-                        .Flag("-es", "-exportSelected")
-                        .Flag("-f", "-force")
-                        .Flag("-op", "-options", TEXT)
-                        .Flag("-iv", "-ignoreVersion")
-                        .Flag("-pmt", "-prompt", SWITCH)
-                        .Flag("-mnc", "-mergeNamespacesOnClash", SWITCH)
-                        .Flag("-ra", "-renameAll", SWITCH)
-                        .Flag("-rpr", "-renamingPrefix", TEXT)
-                        .Flag("-rnn", "-returnNewNodes")
-                        .Flag("-pr", "-preserveReferences")
-                        .Flag("-mf", "-modified", SWITCH)
-                        .Flag("-amf", "-anyModified")
-                        .Flag("-sn", "-sceneName")
-                        .Flag("-shn", "-shortName")
-                        .Flag("-exn", "-expandName")
-                        .Flag("-loc", "-location")
-                        .Flag("-wcn", "-withoutCopyNumber")
-                        .Flag("-ex", "-exists")
-                        .Flag("-l", "-list")
-                        .Query()
-                        .Objects(0, 1),
-                    File);
+    AddHostCommand(registry, "file",
+                   SyntaxBuilder()
+                       .Flag("-new", "-newFile")
+                       .Flag("-o", "-open")
+                       .Flag("-s", "-save")
+                       .Flag("-rn", "-rename", TEXT)
+                       .Flag("-typ", "-type", TEXT)
+                       .Flag("-i", "-import")
+                       .Flag("-r", "-reference")
+                       .Flag("-rdi", "-referenceDepthInfo", MSyntax::kLong)
+                       .Flag("-ns", "-namespace", TEXT)
+                       .Flag("-rfn", "-referenceNode", TEXT)
+                       .Flag("-dr", "-deferReference", SWITCH)
+                       .Flag("-lr", "-loadReference", TEXT)
+                       .Flag("-ur", "-unloadReference", TEXT)
+                       .Flag("-rr", "-removeReference")
+                       .Flag("-ir", "-importReference")
+                       .Flag("-ea", "-exportAll")
+                       .Flag("-es", "-exportSelected")
+                       .Flag("-f", "-force")
+                       .Flag("-op", "-options", TEXT)
+                       .Flag("-iv", "-ignoreVersion")
+                       .Flag("-pmt", "-prompt", SWITCH)
+                       .Flag("-mnc", "-mergeNamespacesOnClash", SWITCH)
+                       .Flag("-ra", "-renameAll", SWITCH)
+                       .Flag("-rpr", "-renamingPrefix", TEXT)
+                       .Flag("-rnn", "-returnNewNodes")
+                       .Flag("-pr", "-preserveReferences")
+                       .Flag("-mf", "-modified", SWITCH)
+                       .Flag("-amf", "-anyModified")
+                       .Flag("-sn", "-sceneName")
+                       .Flag("-shn", "-shortName")
+                       .Flag("-exn", "-expandName")
+                       .Flag("-loc", "-location")
+                       .Flag("-wcn", "-withoutCopyNumber")
+                       .Flag("-ex", "-exists")
+                       .Flag("-l", "-list")
+                       .Query()
+                       .Objects(0, 1),
+                   File);
 }
 
 } // namespace lightbox::mel

@@ -3,6 +3,9 @@
 #include "mel/SyntaxBuilder.h"
 #include "scene/Plug.h"
 
+#include <QDir>
+#include <QRegularExpression>
+
 namespace lightbox::mel {
 namespace {
 
@@ -30,13 +33,61 @@ Value EnumText(const Plug& plug) {
     return std::to_string(number);
 }
 
-Value ValueOf(const CommandCall& call, const Plug& plug) {
+/// Why there is no value to show; empty when there is one.
+std::string WhyNotShown(const Plug& plug) {
     const Attribute& attribute = *plug.attribute;
     if (attribute.Kind() == AttributeKind::Message) {
-        call.Fail("Message attributes have no data values.");
+        return "Message attributes have no data values.";
     }
-    if (plug.IsArray() || (attribute.IsCompound() && !attribute.IsNumericCompound())) {
-        call.Fail("The attribute '" + plug.Name() + "' has no value of its own.");
+    const bool isWhole = plug.IsArray() && !attribute.IsNumber();
+    if (isWhole || (attribute.IsCompound() && !attribute.IsNumericCompound())) {
+        return "The attribute '" + plug.Name() + "' has no value of its own.";
+    }
+    if (attribute.Kind() == AttributeKind::PluginData) {
+        return "The data is not of a type that can be shown: " + attribute.TypeName();
+    }
+    return {};
+}
+
+/// The numbers of the elements that an array has.
+Value ElementValues(const Plug& plug) {
+    Value::FloatArray numbers;
+    for (const Plug& element : plug.Elements()) {
+        numbers.push_back(element.Number());
+    }
+    return IsWholeNumber(plug.attribute->Kind()) ? Value(Value::IntArray(numbers.begin(), numbers.end()))
+                                                 : Value(numbers);
+}
+
+/// The text with ~ at its beginning and $NAME or ${NAME} replaced; a variable that is not set stays.
+std::string Expanded(const std::string& text) {
+    QString expanded = QString::fromStdString(text);
+    if (expanded == QLatin1String("~") || expanded.startsWith(QLatin1String("~/"))) {
+        expanded.replace(0, 1, QDir::homePath());
+    }
+    static const QRegularExpression VARIABLE(QStringLiteral(R"(\$(?:\{(\w+)\}|(\w+)))"));
+    for (QRegularExpressionMatch match = VARIABLE.match(expanded); match.hasMatch();) {
+        const QByteArray name = (match.captured(1) + match.captured(2)).toUtf8();
+        const QString value = qEnvironmentVariableIsSet(name.constData())
+                                  ? qEnvironmentVariable(name.constData())
+                                  : match.captured();
+        expanded.replace(match.capturedStart(), match.capturedLength(), value);
+        match = VARIABLE.match(expanded, match.capturedStart() + value.size());
+    }
+    return expanded.toStdString();
+}
+
+Value ValueOf(const CommandCall& call, const Plug& plug) {
+    const Attribute& attribute = *plug.attribute;
+    const std::string reason = WhyNotShown(plug);
+    if (!reason.empty() && call.Has("-silent")) {
+        return {};
+    }
+    if (!reason.empty()) {
+        call.Fail(reason);
+    }
+    if (plug.IsArray()) {
+        return ElementValues(plug);
     }
     if (attribute.Kind() == AttributeKind::Enum && call.Has("-asString")) {
         return EnumText(plug);
@@ -55,15 +106,9 @@ Value ValueOf(const CommandCall& call, const Plug& plug) {
         return *texts;
     }
     if (const auto* text = std::get_if<std::string>(&value)) {
-        return *text;
+        return call.Has("-expandEnvironmentVariables") ? Expanded(*text) : *text;
     }
-    if (attribute.Kind() == AttributeKind::String) {
-        return "";
-    }
-    if (attribute.Kind() == AttributeKind::PluginData) {
-        call.Fail("The data is not of a type that can be shown: " + attribute.TypeName());
-    }
-    return {};
+    return attribute.Kind() == AttributeKind::String ? Value("") : Value();
 }
 
 Value GetAttr(CommandCall& call) {

@@ -1,3 +1,4 @@
+#include "formats/SettingApplier.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
@@ -132,60 +133,144 @@ NodeList MatchingAsAsked(const CommandCall& call, const std::string& pattern) {
     return nodes;
 }
 
-NodeList Candidates(const CommandCall& call) {
+/// One line of the answer: a node, or one of its attributes when that was asked for.
+struct Item {
+    std::shared_ptr<Node> node;
+    Plug plug;
+    bool operator==(const Item& other) const { return node == other.node && plug == other.plug; }
+};
+
+using ItemList = std::vector<Item>;
+
+void AddUnique(ItemList& items, const Item& item) {
+    if (std::find(items.begin(), items.end(), item) == items.end()) {
+        items.push_back(item);
+    }
+}
+
+void AddMatchingPlugs(const Plug& plug, const std::string& pattern, ItemList& items) {
+    if (Scene::MatchesName(pattern, plug.attribute->LongName()) ||
+        Scene::MatchesName(pattern, plug.attribute->ShortName())) {
+        AddUnique(items, {plug.node, plug});
+    }
+    for (std::size_t i = 0; i < plug.attribute->Children().size(); ++i) {
+        AddMatchingPlugs(plug.Child(i), pattern, items);
+    }
+}
+
+/// The plugs of a node that "attribute", with or without wildcards, stands for.
+void AddPlugs(const std::shared_ptr<Node>& node, const std::string& pattern, ItemList& items) {
+    if (pattern.find_first_of("*?") == std::string::npos) {
+        try {
+            AddUnique(items, {node, SettingApplier::Resolve(node, pattern, 1).front()});
+        } catch (const SceneError&) {
+            // What is not there is not listed.
+        }
+        return;
+    }
+    for (const auto& attribute : node->Attributes()) {
+        AddMatchingPlugs(Plug(node, attribute), pattern, items);
+    }
+}
+
+/// What a pattern of a node or of "node.attribute" stands for.
+ItemList ItemsMatching(const CommandCall& call, const std::string& pattern) {
+    const std::size_t dot = pattern.find('.');
+    ItemList items;
+    for (const std::shared_ptr<Node>& node : MatchingAsAsked(call, pattern.substr(0, dot))) {
+        if (dot == std::string::npos || call.Has("-objectsOnly")) {
+            ItemList plugs;
+            if (dot != std::string::npos) {
+                AddPlugs(node, pattern.substr(dot + 1), plugs);
+            }
+            if (dot == std::string::npos || !plugs.empty()) {
+                items.push_back({node, {}});
+            }
+        } else {
+            AddPlugs(node, pattern.substr(dot + 1), items);
+        }
+    }
+    return items;
+}
+
+ItemList AsItems(const NodeList& nodes) {
+    ItemList items;
+    for (const std::shared_ptr<Node>& node : nodes) {
+        items.push_back({node, {}});
+    }
+    return items;
+}
+
+ItemList Candidates(const CommandCall& call) {
     Scene& scene = call.GetHost().scene();
-    NodeList nodes;
+    ItemList items;
     const std::vector<std::string> patterns = call.ObjectNames();
     const bool isSelection = call.Has("-selection") || call.Has("-orderedSelection");
     if (!patterns.empty()) {
         for (const std::string& pattern : patterns) {
-            for (const std::shared_ptr<Node>& node : MatchingAsAsked(call, pattern)) {
-                if (!isSelection || scene.selection().Contains(*node)) {
-                    AddUnique(nodes, node);
+            for (const Item& item : ItemsMatching(call, pattern)) {
+                if (!isSelection || scene.selection().Contains(*item.node)) {
+                    AddUnique(items, item);
                 }
             }
         }
     } else {
-        nodes = isSelection ? scene.selection().Get() : SortedByName(scene.Nodes());
+        items = AsItems(isSelection ? scene.selection().Get() : SortedByName(scene.Nodes()));
     }
-    const bool isWhole = patterns.empty() && !isSelection;
     if (call.Has("-dagObjects")) {
-        nodes = DagOf(scene, nodes, isWhole);
+        NodeList roots;
+        for (const Item& item : items) {
+            roots.push_back(item.node);
+        }
+        items = AsItems(DagOf(scene, roots, patterns.empty() && !isSelection));
     }
     if (call.Has("-leaf")) {
-        nodes.erase(std::remove_if(nodes.begin(), nodes.end(),
-                                   [](const auto& node) {
-                                       const auto* dag = dynamic_cast<const DagNode*>(node.get());
+        items.erase(std::remove_if(items.begin(), items.end(),
+                                   [](const Item& item) {
+                                       const auto* dag = dynamic_cast<const DagNode*>(item.node.get());
                                        return !dag || !dag->Children().empty();
                                    }),
-                    nodes.end());
+                    items.end());
     }
-    return nodes;
+    return items;
+}
+
+/// Only the first or the last so many, when that was asked for.
+void KeepEnd(const CommandCall& call, ItemList& items) {
+    const auto count = [&](const char* flag) {
+        return std::min<std::size_t>(items.size(), static_cast<std::size_t>(std::max(0, call.Int(flag))));
+    };
+    if (call.Has("-head")) {
+        items.resize(count("-head"));
+    } else if (call.Has("-tail")) {
+        items.erase(items.begin(), items.end() - static_cast<std::ptrdiff_t>(count("-tail")));
+    }
+}
+
+std::string Shown(const CommandCall& call, const Item& item) {
+    if (call.Has("-uuid")) {
+        return item.node->Uuid();
+    }
+    const std::string name = ShownName(*item.node, call.Has("-long"));
+    return item.plug ? name + "." + item.plug.AttributeName(!call.Has("-shortNames")) : name;
 }
 
 Value List(CommandCall& call) {
     if (call.Has("-nodeTypes")) {
         return call.GetHost().scene().types().NodeTypeNames();
     }
-    NodeList nodes;
-    for (const std::shared_ptr<Node>& node : Candidates(call)) {
-        if (Passes(call, *node)) {
-            nodes.push_back(node);
+    ItemList items;
+    for (const Item& item : Candidates(call)) {
+        if (Passes(call, *item.node)) {
+            items.push_back(item);
         }
     }
-    if (call.Has("-head")) {
-        nodes.resize(
-            std::min<std::size_t>(nodes.size(), static_cast<std::size_t>(std::max(0, call.Int("-head")))));
-    } else if (call.Has("-tail")) {
-        const auto count =
-            std::min<std::size_t>(nodes.size(), static_cast<std::size_t>(std::max(0, call.Int("-tail"))));
-        nodes.erase(nodes.begin(), nodes.end() - static_cast<std::ptrdiff_t>(count));
-    }
+    KeepEnd(call, items);
     Value::StringArray names;
-    for (const std::shared_ptr<Node>& node : nodes) {
-        names.push_back(call.Has("-uuid") ? node->Uuid() : ShownName(*node, call.Has("-long")));
+    for (const Item& item : items) {
+        names.push_back(Shown(call, item));
         if (call.Has("-showType")) {
-            names.push_back(node->Type().Name());
+            names.push_back(item.plug ? item.plug.attribute->TypeName() : item.node->Type().Name());
         }
     }
     return names;

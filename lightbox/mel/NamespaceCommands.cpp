@@ -6,6 +6,7 @@
 #include "scene/Scene.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace lightbox::mel {
 namespace {
@@ -17,6 +18,22 @@ std::string FullName(const Scene& scene, const std::string& given) {
         return given.substr(1);
     }
     return scene.currentNamespace.empty() ? given : scene.currentNamespace + ":" + given;
+}
+
+/// Whether every part of a namespace's full name is one that a node could have, too.
+bool IsLegal(const std::string& name) {
+    bool beginsPart = true;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool isLetter = byte < 0x80 && (std::isalpha(byte) || c == '_');
+        const bool isDigit = byte < 0x80 && std::isdigit(byte);
+        const bool isLegal = isLetter || (!beginsPart && (isDigit || c == ':'));
+        if (!isLegal) {
+            return false;
+        }
+        beginsPart = c == ':';
+    }
+    return !beginsPart;
 }
 
 /// What lies in a namespace and, with `deep`, in those below it.
@@ -47,7 +64,7 @@ Value Namespace(CommandCall& call) {
         const std::string name = parent.empty()
                                      ? FullName(scene, given)
                                      : FullName(scene, parent == ":" ? ":" + given : parent + ":" + given);
-        if (name.find_first_of(" \t|.*?[]\"") != std::string::npos) {
+        if (!IsLegal(name)) {
             call.Fail("The name '" + name + "' is not one for a namespace.");
         }
         edit::AddNamespace(host, name);
@@ -79,6 +96,9 @@ Value NamespaceInfo(CommandCall& call) {
     if (call.Has("-currentNamespace")) {
         const std::string name = scene.currentNamespace;
         return name.empty() || call.Has("-absoluteName") ? ":" + name : name;
+    }
+    if (!asked.empty() && scene.Namespaces().count(asked) == 0) {
+        call.Fail("The namespace '" + asked + "' does not exist.");
     }
     const bool isDeep = call.Has("-recurse");
     Value::StringArray names;

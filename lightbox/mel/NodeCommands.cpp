@@ -209,8 +209,11 @@ void RegisterNodeCommands(CommandRegistry& registry) {
                     ObjectType);
     AddSceneCommand(registry, "lockNode",
                     SyntaxBuilder().Flag("-l", "-lock", MSyntax::kBoolean).Query().Objects(), LockNode);
-    AddSceneCommand(registry, "duplicate", SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Objects(),
-                    DuplicateNodes);
+    // What is answered are the roots in any case.
+    AddSceneCommand(
+        registry, "duplicate",
+        SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Flag("-rr", "-returnRootsOnly").Objects(),
+        DuplicateNodes);
 }
 
 } // namespace lightbox::mel

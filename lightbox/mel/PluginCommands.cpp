@@ -38,6 +38,9 @@ Value QueryPlugin(const CommandCall& call) {
         }
         return names;
     }
+    if (call.Objects().empty()) {
+        call.Fail("No plug-in was specified.");
+    }
     const std::string name = call.Object(0).AsString();
     const Plugin* plugin = plugins.Find(name);
     if (call.Has("-loaded") || call.Has("-registered")) {
@@ -89,10 +92,8 @@ Value Quit(CommandCall& call) {
 } // namespace
 
 void RegisterPluginCommands(CommandRegistry& registry) {
-    AddSceneCommand(registry, "loadPlugin",
-                    SyntaxBuilder().Flag("-qt", "-quiet").Flag("-n", "-name", MSyntax::kString).Objects(1),
-                    LoadPlugin);
-    AddSceneCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
+    AddHostCommand(registry, "loadPlugin", SyntaxBuilder().Flag("-qt", "-quiet").Objects(1), LoadPlugin);
+    AddHostCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
     SyntaxBuilder info;
     for (const auto& [shortName, longName] :
          std::initializer_list<std::pair<const char*, const char*>>{{"-l", "-loaded"},
@@ -110,11 +111,9 @@ void RegisterPluginCommands(CommandRegistry& registry) {
                                                                     {"-ls", "-listPlugins"}}) {
         info.Flag(shortName, longName);
     }
-    AddSceneCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
-    AddSceneCommand(
-        registry, "quit",
-        SyntaxBuilder().Flag("-f", "-force").Flag("-a", "-abort").Flag("-ec", "-exitCode", MSyntax::kLong),
-        Quit);
+    AddHostCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
+    AddHostCommand(registry, "quit",
+                   SyntaxBuilder().Flag("-f", "-force").Flag("-ec", "-exitCode", MSyntax::kLong), Quit);
 }
 
 } // namespace lightbox::mel

@@ -10,9 +10,26 @@
 #include "scene/PluginManager.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
+#include "scene/UndoQueue.h"
+
+#include <optional>
 
 namespace lightbox::mel {
 namespace {
+
+CommandRegistry::Function Whole(CommandRegistry::Function function) {
+    return [function = std::move(function)](CommandCall& call) {
+        std::optional<UndoQueue::Attempt> attempt;
+        if (!ReaderOf(call)) {
+            attempt.emplace(call.GetHost().undo());
+        }
+        Value result = function(call);
+        if (attempt) {
+            attempt->Commit();
+        }
+        return result;
+    };
+}
 
 CommandRegistry::Function Guarded(CommandRegistry::Function function) {
     return [function = std::move(function)](CommandCall& call) {
@@ -32,12 +49,17 @@ CommandRegistry::Function Guarded(CommandRegistry::Function function) {
 
 void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
                      CommandRegistry::Function function) {
+    registry.Register(name, syntax, Guarded(Whole(std::move(function))));
+}
+
+void AddHostCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
+                    CommandRegistry::Function function) {
     registry.Register(name, syntax, Guarded(std::move(function)));
 }
 
 void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
                         CommandRegistry::Function function) {
-    registry.RegisterRaw(name, 0, ~0u, Guarded(std::move(function)));
+    registry.RegisterRaw(name, 0, ~0u, Guarded(Whole(std::move(function))));
 }
 
 FileReader* ReaderOf(const CommandCall& call) {

@@ -19,9 +19,14 @@ namespace lightbox::mel {
 using NodeList = std::vector<std::shared_ptr<Node>>;
 
 /// Registers a command whose errors of the scene, of files and of plug-ins become errors of the language.
+/// When it fails, the edits that it has made are taken back, except in a scene file: there what could be read
+/// stands.
 void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
                      CommandRegistry::Function function);
-/// The same for a command that reads its arguments itself.
+/// The same for a command that manages files, plug-ins or the undo queue: what it has done stands.
+void AddHostCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
+                    CommandRegistry::Function function);
+/// A scene command that reads its arguments itself.
 void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
                         CommandRegistry::Function function);
 

@@ -13,6 +13,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterAttributeQueryCommands(registry);
     RegisterConnectionCommands(registry);
     RegisterTransformCommands(registry);
+    RegisterXformCommand(registry);
     RegisterCameraCommand(registry);
     RegisterTimeCommands(registry);
     RegisterUndoCommands(registry);

@@ -18,6 +18,7 @@ void RegisterAddAttrCommands(CommandRegistry& registry);
 void RegisterAttributeQueryCommands(CommandRegistry& registry);
 void RegisterConnectionCommands(CommandRegistry& registry);
 void RegisterTransformCommands(CommandRegistry& registry);
+void RegisterXformCommand(CommandRegistry& registry);
 void RegisterCameraCommand(CommandRegistry& registry);
 void RegisterTimeCommands(CommandRegistry& registry);
 void RegisterUndoCommands(CommandRegistry& registry);

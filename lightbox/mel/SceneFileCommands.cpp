@@ -92,26 +92,26 @@ Value ReferenceQuery(CommandCall& call) {
 } // namespace
 
 void RegisterSceneFileCommands(CommandRegistry& registry) {
-    AddSceneCommand(registry, "requires",
-                    SyntaxBuilder()
-                        .Flag("-nt", "-nodeType", MSyntax::kString)
-                        .MultiUse()
-                        .Flag("-dt", "-dataType", MSyntax::kString)
-                        .MultiUse()
-                        .Objects(1, 2),
-                    Requires);
-    AddSceneCommand(registry, "fileInfo",
-                    SyntaxBuilder().Flag("-rm", "-remove", MSyntax::kString).Query().Objects(0, 2), FileInfo);
-    AddSceneCommand(registry, "referenceQuery",
-                    SyntaxBuilder()
-                        .Flag("-inr", "-isNodeReferenced")
-                        .Flag("-f", "-filename")
-                        .Flag("-rfn", "-referenceNode")
-                        .Flag("-il", "-isLoaded")
-                        .Flag("-ns", "-namespace")
-                        .Flag("-n", "-nodes")
-                        .Objects(1, 1),
-                    ReferenceQuery);
+    AddHostCommand(registry, "requires",
+                   SyntaxBuilder()
+                       .Flag("-nt", "-nodeType", MSyntax::kString)
+                       .MultiUse()
+                       .Flag("-dt", "-dataType", MSyntax::kString)
+                       .MultiUse()
+                       .Objects(1, 2),
+                   Requires);
+    AddHostCommand(registry, "fileInfo",
+                   SyntaxBuilder().Flag("-rm", "-remove", MSyntax::kString).Query().Objects(0, 2), FileInfo);
+    AddHostCommand(registry, "referenceQuery",
+                   SyntaxBuilder()
+                       .Flag("-inr", "-isNodeReferenced")
+                       .Flag("-f", "-filename")
+                       .Flag("-rfn", "-referenceNode")
+                       .Flag("-il", "-isLoaded")
+                       .Flag("-ns", "-namespace")
+                       .Flag("-n", "-nodes")
+                       .Objects(1, 1),
+                   ReferenceQuery);
 }
 
 } // namespace lightbox::mel

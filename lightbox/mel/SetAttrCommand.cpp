@@ -50,6 +50,7 @@ private:
     Setting setting_;
     std::vector<Value> values_;
     bool hasType_ = false;
+    edit::OutOfRange outOfRange_ = edit::OutOfRange::Refuse;
     bool dataIsWhole_ = true;
 };
 
@@ -87,8 +88,11 @@ bool SetAttrCall::ParseFlag(const std::string& word) {
         Next();
     } else if (is("-ca", "-caching")) {
         NextBool();
-    } else if (!is("-c", "-clamp") && !is("-av", "-alteredValue")) {
-        return false;
+    } else if (is("-c", "-clamp")) {
+        outOfRange_ = edit::OutOfRange::Clamp;
+    } else {
+        // An altered value is one that does not wait for a key; every value here is.
+        return is("-av", "-alteredValue");
     }
     return true;
 }
@@ -231,7 +235,7 @@ Value SetAttrCall::Run() {
         if (reader) {
             reader->Apply(node, setting_);
         } else if (dataIsWhole_) {
-            SettingApplier(call_.GetHost(), SettingApplier::Manner::Edit).Apply(node, setting_);
+            SettingApplier(call_.GetHost(), SettingApplier::Manner::Edit, outOfRange_).Apply(node, setting_);
         }
     } catch (const UnknownAttributeError& error) {
         if (!reader) {

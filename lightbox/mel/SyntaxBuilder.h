@@ -2,6 +2,8 @@
 
 #include <maya/MSyntax.h>
 
+#include <string>
+
 namespace lightbox::mel {
 
 /// Writes down a command's syntax in one expression:
@@ -16,12 +18,12 @@ public:
     }
     /// The flag just added may be given more than once.
     SyntaxBuilder& MultiUse() {
-        syntax.makeFlagMultiUse(lastFlag);
+        syntax.makeFlagMultiUse(lastFlag.c_str());
         return *this;
     }
     /// The flag just added keeps its arguments in a query.
     SyntaxBuilder& QueryWithArguments() {
-        syntax.makeFlagQueryWithFullArgs(lastFlag, false);
+        syntax.makeFlagQueryWithFullArgs(lastFlag.c_str(), false);
         return *this;
     }
     SyntaxBuilder& Query() {
@@ -45,7 +47,7 @@ public:
 
 private:
     MSyntax syntax;
-    const char* lastFlag = "";
+    std::string lastFlag;
 };
 
 } // namespace lightbox::mel

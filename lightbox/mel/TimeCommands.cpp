@@ -54,6 +54,9 @@ Value CurrentUnit(CommandCall& call) {
     if (linear != "cm" && linear != "centimeter") {
         call.Fail("Lengths are in centimeters; the unit '" + linear + "' is not supported.");
     }
+    if (call.Has("-updateAnimation") && call.Bool("-updateAnimation")) {
+        call.Fail("Frames keep their numbers in another time unit; -updateAnimation cannot be on.");
+    }
     const std::string angle = call.StringOr("-angle", "deg");
     if (angle != "deg" && angle != "degree") {
         call.Fail("Angles are in degrees; the unit '" + angle + "' is not supported.");
@@ -91,7 +94,7 @@ Value PlaybackOptions(CommandCall& call) {
         return QueryPlaybackOptions(call);
     }
     Host& host = call.GetHost();
-    Timeline& time = host.time();
+    const Timeline& time = host.time();
     // Each range may move the other, so what was not given is taken from before the first change.
     const double minimum = call.FloatOr("-minTime", time.MinTime());
     const double maximum = call.FloatOr("-maxTime", time.MaxTime());
@@ -104,10 +107,10 @@ Value PlaybackOptions(CommandCall& call) {
         edit::SetPlaybackRange(host, minimum, maximum);
     }
     if (call.Has("-playbackSpeed")) {
-        time.SetPlaybackSpeed(call.Float("-playbackSpeed"));
+        edit::SetPlaybackSpeed(host, call.Float("-playbackSpeed"));
     }
     if (call.Has("-by")) {
-        time.SetPlaybackBy(call.Float("-by"));
+        edit::SetPlaybackBy(host, call.Float("-by"));
     }
     return time.MinTime();
 }
@@ -180,12 +183,7 @@ void RegisterTimeCommands(CommandRegistry& registry) {
                         .Edit(),
                     PlaybackOptions);
     AddSceneCommand(registry, "play",
-                    SyntaxBuilder()
-                        .Flag("-f", "-forward", SWITCH)
-                        .Flag("-st", "-state", SWITCH)
-                        .Flag("-w", "-wait")
-                        .Flag("-s", "-sound", MSyntax::kString)
-                        .Query(),
+                    SyntaxBuilder().Flag("-f", "-forward", SWITCH).Flag("-st", "-state", SWITCH).Query(),
                     Play);
     AddSceneCommand(registry, "timeControl",
                     SyntaxBuilder()

@@ -7,6 +7,7 @@
 #include "scene/Timeline.h"
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 #include <utility>
 
@@ -62,6 +63,38 @@ void CheckRange(const Plug& plug, double number) {
     if (attribute.minimum && number < *attribute.minimum) {
         throw SceneError("Cannot set the attribute '" + plug.Name() + "' below its minimum value of " +
                          DecimalText(*attribute.minimum) + ".");
+    }
+}
+
+PlugState StateOf(const Plug& plug) {
+    const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
+    return held ? *held : PlugState();
+}
+
+/// Gives the plug one of the flags of another state.
+void TakeFlag(const Plug& plug, PlugFlag flag, const PlugState& from) {
+    PlugState changed = StateOf(plug);
+    switch (flag) {
+    case PlugFlag::Locked:
+        changed.locked = from.locked;
+        break;
+    case PlugFlag::Keyable:
+        changed.keyable = from.keyable;
+        break;
+    case PlugFlag::ChannelBox:
+        changed.channelBox = from.channelBox;
+        break;
+    }
+    plug.node->SetState(*plug.attribute, plug.element, changed);
+}
+
+void CheckRanges(const Plug& plug, const AttributeValue& value) {
+    if (const double* number = std::get_if<double>(&value)) {
+        CheckRange(plug, *number);
+    } else if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
+        for (std::size_t i = 0; i < std::min(numbers->size(), plug.attribute->Children().size()); ++i) {
+            CheckRange(plug.Child(i), (*numbers)[i]);
+        }
     }
 }
 
@@ -159,39 +192,30 @@ void SetNodeLocked(Host& host, Node& node, bool locked) {
         [shared, before] { shared->locked = before; });
 }
 
-void SetPlug(Host& host, const Plug& plug, const AttributeValue& value) {
-    if (const double* number = std::get_if<double>(&value)) {
-        CheckRange(plug, *number);
-    } else if (const auto* numbers = std::get_if<std::vector<double>>(&value)) {
-        for (std::size_t i = 0; i < std::min(numbers->size(), plug.attribute->Children().size()); ++i) {
-            CheckRange(plug.Child(i), (*numbers)[i]);
-        }
+void SetPlug(Host& host, const Plug& plug, const AttributeValue& value, OutOfRange outOfRange) {
+    if (outOfRange == OutOfRange::Refuse) {
+        CheckRanges(plug, value);
     }
     DoItem(host, SetItem(host, plug, value));
 }
 
+void StorePlugFlag(const Plug& plug, PlugFlag flag, bool state) {
+    PlugState wanted;
+    wanted.locked = state;
+    wanted.keyable = state;
+    wanted.channelBox = state;
+    TakeFlag(plug, flag, wanted);
+}
+
 void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state) {
-    const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
-    const PlugState before = held ? *held : PlugState();
-    const auto apply = [plug, flag](bool locked, std::optional<bool> keyable,
-                                    std::optional<bool> channelBox) {
-        PlugState& now = plug.node->State(*plug.attribute, plug.element);
-        switch (flag) {
-        case PlugFlag::Locked:
-            now.locked = locked;
-            break;
-        case PlugFlag::Keyable:
-            now.keyable = keyable;
-            break;
-        case PlugFlag::ChannelBox:
-            now.channelBox = channelBox;
-            break;
-        }
-        plug.node->SetState(*plug.attribute, plug.element, PlugState(now));
-    };
+    if (flag == PlugFlag::Locked && plug.node->locked) {
+        throw SceneError("Cannot lock or unlock attributes of the locked node '" +
+                         Scene::ShownName(*plug.node) + "'.");
+    }
+    const PlugState before = StateOf(plug);
     Do(
-        host, "setAttr", [apply, state] { apply(state, state, state); },
-        [apply, before] { apply(before.locked, before.keyable, before.channelBox); });
+        host, "setAttr", [plug, flag, state] { StorePlugFlag(plug, flag, state); },
+        [plug, flag, before] { TakeFlag(plug, flag, before); });
 }
 
 void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attribute) {
@@ -305,6 +329,28 @@ void SetPlaybackRange(Host& host, double min, double max) {
 
 void SetAnimationRange(Host& host, double start, double end) {
     EditRanges(host, [start, end](Timeline& time) { return time.SetAnimationRange(start, end); });
+}
+
+void SetPlaybackSpeed(Host& host, double speed) {
+    if (!std::isfinite(speed) || speed < 0.0) {
+        throw SceneError("The playback speed must not be less than 0.");
+    }
+    Timeline& time = host.time();
+    const double before = time.PlaybackSpeed();
+    Do(
+        host, "playbackOptions", [&time, speed] { time.SetPlaybackSpeed(speed); },
+        [&time, before] { time.SetPlaybackSpeed(before); });
+}
+
+void SetPlaybackBy(Host& host, double by) {
+    if (!std::isfinite(by) || by <= 0.0) {
+        throw SceneError("Playback must go by more than 0 frames.");
+    }
+    Timeline& time = host.time();
+    const double before = time.PlaybackBy();
+    Do(
+        host, "playbackOptions", [&time, by] { time.SetPlaybackBy(by); },
+        [&time, before] { time.SetPlaybackBy(before); });
 }
 
 void SetTimeUnit(Host& host, MTime::Unit unit) {

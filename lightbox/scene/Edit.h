@@ -38,9 +38,15 @@ void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld = true)
 void Reorder(Host& host, DagNode& node, int index);
 void SetNodeLocked(Host& host, Node& node, bool locked);
 
-void SetPlug(Host& host, const Plug& plug, const AttributeValue& value);
+/// What happens to a number beyond the attribute's range.
+enum class OutOfRange { Refuse, Clamp };
+void SetPlug(Host& host, const Plug& plug, const AttributeValue& value,
+             OutOfRange outOfRange = OutOfRange::Refuse);
 enum class PlugFlag { Locked, Keyable, ChannelBox };
+/// The plugs of a locked node can be neither locked nor unlocked.
 void SetPlugFlag(Host& host, const Plug& plug, PlugFlag flag, bool state);
+/// The same as part of reading a file: not recorded, and whatever is locked.
+void StorePlugFlag(const Plug& plug, PlugFlag flag, bool state);
 void AddAttribute(Host& host, Node& node, const std::shared_ptr<Attribute>& attribute);
 /// With its connections.
 void DeleteAttribute(Host& host, Node& node, const Attribute& attribute);
@@ -53,6 +59,10 @@ void Select(Host& host, const Selection::List& nodes);
 void SetCurrentTime(Host& host, double frame);
 void SetPlaybackRange(Host& host, double min, double max);
 void SetAnimationRange(Host& host, double start, double end);
+/// 1 is real time, 0 plays every frame; less is refused.
+void SetPlaybackSpeed(Host& host, double speed);
+/// From one frame played to the next; more than 0.
+void SetPlaybackBy(Host& host, double by);
 void SetTimeUnit(Host& host, MTime::Unit unit);
 void AddNamespace(Host& host, const std::string& name);
 void RemoveNamespace(Host& host, const std::string& name);

@@ -102,6 +102,8 @@ public:
     /// The namespace into which new names without one go; empty for the root.
     std::string currentNamespace;
 
+    /// Whether a name is one that a pattern with * and ? stands for. Neither stands for a colon.
+    static bool MatchesName(const std::string& pattern, const std::string& name);
     static std::string NamespaceOf(const std::string& name);
     static std::string WithoutNamespace(const std::string& name);
 

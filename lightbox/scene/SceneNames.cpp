@@ -131,6 +131,10 @@ AttributePart ParsePart(const std::string& text) {
 
 } // namespace
 
+bool Scene::MatchesName(const std::string& pattern, const std::string& name) {
+    return Matches(pattern.c_str(), name.c_str());
+}
+
 std::string Scene::NamespaceOf(const std::string& name) {
     const std::size_t colon = name.rfind(':');
     return colon == std::string::npos ? std::string() : name.substr(0, colon);
@@ -168,7 +172,7 @@ std::vector<std::shared_ptr<Node>> Scene::Matching(const std::string& pattern) c
     std::vector<std::shared_ptr<Node>> nodes;
     for (const auto& entry : nodes_) {
         if (EndsPath(*entry.second, parts, [](const std::string& part, const std::string& name) {
-                return Matches(part.c_str(), name.c_str());
+                return MatchesName(part, name);
             })) {
             nodes.push_back(entry.second);
         }

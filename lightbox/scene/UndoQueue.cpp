@@ -37,11 +37,49 @@ bool UndoQueue::IsRecording() const {
 }
 
 void UndoQueue::Push(std::unique_ptr<UndoItem> item) {
-    if (IsRecording()) {
+    const bool isRecorded = IsRecording();
+    if (attempts_ > 0 && running_ == Running::None) {
+        waiting_.push_back({std::move(item), isRecorded});
+    } else {
+        Pass(std::move(item), isRecorded);
+    }
+}
+
+void UndoQueue::Pass(std::unique_ptr<UndoItem> item, bool isRecorded) {
+    if (isRecorded) {
         Record(std::move(item));
     } else if (!enabled_ && running_ == Running::None) {
         // The scene differs all the same.
         (done_.empty() ? baseState_ : done_.back().state) = nextState_++;
+    }
+}
+
+void UndoQueue::Settle() {
+    std::vector<Waiting> waiting;
+    std::swap(waiting, waiting_);
+    for (Waiting& edit : waiting) {
+        Pass(std::move(edit.item), edit.isRecorded);
+    }
+}
+
+void UndoQueue::TakeBack(std::size_t start) {
+    if (running_ != Running::None) {
+        return;
+    }
+    RunningScope scope(*this, Running::Undo);
+    while (waiting_.size() > start) {
+        const Waiting edit = std::move(waiting_.back());
+        waiting_.pop_back();
+        edit.item->Undo();
+    }
+}
+
+UndoQueue::Attempt::~Attempt() {
+    if (!isCommitted_) {
+        queue_.TakeBack(start_);
+    }
+    if (--queue_.attempts_ == 0) {
+        queue_.Settle();
     }
 }
 
@@ -95,6 +133,7 @@ bool UndoQueue::Undo() {
     if (running_ != Running::None || explicitDepth_ > 0) {
         return false;
     }
+    Settle();
     CompleteOpen();
     if (done_.empty()) {
         return false;
@@ -115,7 +154,11 @@ bool UndoQueue::Undo() {
 }
 
 bool UndoQueue::Redo() {
-    if (running_ != Running::None || explicitDepth_ > 0 || undone_.empty()) {
+    if (running_ != Running::None || explicitDepth_ > 0) {
+        return false;
+    }
+    Settle();
+    if (undone_.empty()) {
         return false;
     }
     {
@@ -177,6 +220,7 @@ void UndoQueue::Trim() {
 }
 
 void UndoQueue::Flush() {
+    Settle();
     baseState_ = State();
     std::deque<Chunk> done = std::move(done_);
     std::vector<Chunk> undone = std::move(undone_);

@@ -55,7 +55,7 @@ public:
     /// Number of chunks kept; 0 keeps all.
     std::size_t Limit() const { return limit_; }
     void SetLimit(std::size_t limit);
-    /// Drops everything, also what an open chunk holds so far.
+    /// Drops everything, also what an open chunk or a running attempt holds so far.
     void Flush();
     /// Rises with every recorded edit and falls when it is undone, so that equal values mean an equal scene.
     /// A value never comes back once the edits it stood for are dropped from the redo side.
@@ -78,7 +78,33 @@ public:
         bool active_;
     };
 
+    /// The edits of one command, recorded or not. They wait in it until Commit() passes them on; without that
+    /// they are taken back when it ends, so that a command that fails has changed nothing. Attempts nest.
+    /// Undoing, redoing and flushing settle what waits.
+    class Attempt {
+    public:
+        explicit Attempt(UndoQueue& queue)
+            : queue_(queue)
+            , start_(queue.waiting_.size()) {
+            ++queue_.attempts_;
+        }
+        ~Attempt();
+        Attempt(const Attempt&) = delete;
+        Attempt& operator=(const Attempt&) = delete;
+
+        void Commit() { isCommitted_ = true; }
+
+    private:
+        UndoQueue& queue_;
+        std::size_t start_;
+        bool isCommitted_ = false;
+    };
+
 private:
+    struct Waiting {
+        std::unique_ptr<UndoItem> item;
+        bool isRecorded;
+    };
     struct Chunk {
         std::string name;
         std::uint64_t state = 0;
@@ -88,6 +114,9 @@ private:
     enum class Running { None, Undo, Redo };
     class RunningScope;
 
+    void Pass(std::unique_ptr<UndoItem> item, bool isRecorded);
+    void Settle();
+    void TakeBack(std::size_t start);
     void Record(std::unique_ptr<UndoItem> item);
     void CompleteOpen();
     void Trim();
@@ -96,6 +125,8 @@ private:
     std::deque<Chunk> done_;
     std::vector<Chunk> undone_;
     std::unique_ptr<Chunk> open_;
+    std::vector<Waiting> waiting_;
+    int attempts_ = 0;
     int explicitDepth_ = 0;
     int implicitDepth_ = 0;
     std::string openName_;

@@ -92,6 +92,25 @@ TEST_F(MelRobustnessTest, BoundsWhatATextCanAllocate) {
               "line 1.40: The string is too long.");
 }
 
+TEST_F(MelRobustnessTest, SaysWhereTextsThatDoNotEndBegin) {
+    const std::string megabytes(20 * 1024 * 1024, 'x');
+    const std::pair<std::string, const char*> texts[] = {
+        {"print 1;\n  $s = \"" + megabytes, "line 2.8"},
+        {"$a = 1;\n\n/* " + megabytes, "line 3.1"},
+        {"$a = 1; `size " + megabytes, "line 1."},
+        {"$a = " + std::string(1 << 20, '9'), "none"},
+        {"string $t = \"a\\", "line 1.13"},
+        {"int $" + megabytes + " = 1; nosuch;", "line 1."},
+    };
+    for (const auto& [text, place] : texts) {
+        const std::string error = ErrorOf(text);
+        EXPECT_EQ(error.compare(0, std::string(place).size(), place), 0)
+            << text.substr(0, 30) << " gave " << error.substr(0, 200);
+        EXPECT_LT(error.size(), 1000U) << "a message that nobody can read";
+    }
+    EXPECT_EQ(Typed("1 + 1"), "int 2");
+}
+
 TEST_F(MelRobustnessTest, CanBeInterrupted) {
     std::atomic<bool> done{false};
     std::thread other([this, &done] {

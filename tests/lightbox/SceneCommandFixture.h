@@ -77,6 +77,22 @@ protected:
         EXPECT_EQ(DumpScene(host_), before) << "a question changed the scene";
     }
 
+    /// Several statements each, in a scene of its own: the answer of the last one, and all of it undone and
+    /// redone.
+    template <std::size_t N>
+    void ExpectSteps(const char* setup, const Question (&rows)[N]) {
+        for (const Question& row : rows) {
+            SCOPED_TRACE(row.command);
+            const std::string before = Begin(setup);
+            EXPECT_EQ(Answer(row.command), row.result);
+            const std::string after = DumpScene(host_);
+            UndoAll();
+            EXPECT_EQ(DumpScene(host_), before) << "undone";
+            RedoAll();
+            EXPECT_EQ(DumpScene(host_), after) << "redone";
+        }
+    }
+
     /// What is refused leaves the scene as it was.
     template <std::size_t N>
     void ExpectRefusals(const Refusal (&rows)[N]) {

@@ -59,10 +59,26 @@ TEST_F(SceneDamageTest, AsciiCutAnywhere) {
     }
 }
 
+TEST_F(SceneDamageTest, AsciiChangedAnywhere) {
+    BuildScene();
+    Save("whole.ma");
+    const std::string whole = Read("whole.ma");
+    const std::string pieces = std::string("\"\\;{`-9\n\xff") + '\0';
+    for (std::size_t i = 0; i < whole.size(); i += 29) {
+        std::string changed = whole;
+        changed[i] = pieces[(i / 29) % pieces.size()];
+        OpenDamaged("changed.ma", changed, "changed at " + std::to_string(i));
+    }
+}
+
 TEST_F(SceneDamageTest, BinaryCutOrChangedAnywhere) {
     BuildScene();
     Save("whole.lbx");
     const std::string whole = Read("whole.lbx");
+    // Lengths and counts of the first chunks, byte for byte.
+    for (std::size_t i = 0; i < 160; ++i) {
+        OpenDamaged("cut.lbx", whole.substr(0, i), "cut at " + std::to_string(i));
+    }
     for (std::size_t i = 0; i < whole.size(); i += 61) {
         OpenDamaged("cut.lbx", whole.substr(0, i), "cut at " + std::to_string(i));
         std::string changed = whole;

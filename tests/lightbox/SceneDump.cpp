@@ -22,6 +22,10 @@ void DumpValue(std::ostream& out, const AttributeValue& value) {
         for (const double number : *numbers) {
             out << number << ' ';
         }
+    } else if (const auto* texts = std::get_if<std::vector<std::string>>(&value)) {
+        for (const std::string& text : *texts) {
+            out << '"' << text << "\" ";
+        }
     } else if (const auto* data = std::get_if<std::shared_ptr<DataValue>>(&value)) {
         out << data->get();
     }
@@ -46,7 +50,7 @@ void DumpPlug(std::ostream& out, const Plug& plug) {
 
 void DumpNode(std::ostream& out, Node& node) {
     out << node.Serial() << ' ' << node.Type().Name() << ' ' << node.Name() << ' ' << node.Uuid()
-        << " locked " << node.locked;
+        << " locked " << node.locked << " shared " << node.isShared;
     if (const auto* dag = dynamic_cast<const DagNode*>(&node)) {
         out << ' ' << dag->FullPath() << " at " << dag->IndexInParent();
     }
@@ -85,6 +89,7 @@ std::string DumpScene(Host& host) {
     out << "in namespace " << host.scene().currentNamespace << '\n';
     const Timeline& time = host.time();
     out << "time " << time.CurrentTime() << " unit " << time.Unit() << " playback " << time.MinTime() << ' '
-        << time.MaxTime() << " animation " << time.AnimationStart() << ' ' << time.AnimationEnd() << '\n';
+        << time.MaxTime() << " animation " << time.AnimationStart() << ' ' << time.AnimationEnd() << " speed "
+        << time.PlaybackSpeed() << " by " << time.PlaybackBy() << '\n';
     return out.str();
 }

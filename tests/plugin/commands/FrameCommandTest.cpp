@@ -1,7 +1,11 @@
 #include "core/Frame.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "paint/DrawUtil.h"
 #include "plugin/commands/CommandFixture.h"
+
+#include <QHash>
+#include <QImage>
 
 namespace vellix {
 namespace {
@@ -13,16 +17,30 @@ protected:
         Mel("qmVellixLayer -add -n Rough -ls 0 persp");
     }
 
-    /// Keys the active layer of persp anew; each picture tells the time that it was drawn for.
+    /// The times for which pictures were drawn, by their PNG bytes.
+    static QHash<QByteArray, int>& DrawnFor() {
+        static QHash<QByteArray, int> times;
+        return times;
+    }
+
+    static QByteArray Picture(int time) {
+        QByteArray png = DrawnFor().key(time);
+        if (png.isEmpty()) {
+            QImage image(Settings::FINAL_IMAGE_WIDTH, Settings::FINAL_IMAGE_WIDTH, QImage::Format_RGBA8888);
+            image.fill(QColor(time, 0, 0));
+            DrawUtil::PackPngBuffer(image, png);
+            DrawnFor().insert(png, time);
+        }
+        return png;
+    }
+
+    /// Keys the active layer of persp anew.
     static void Key(const QString& times) {
         Layer& layer = *Node().GetActiveLayer("persp");
         layer.RemoveAllFrames();
         for (const QString& time : times.split(' ', Qt::SkipEmptyParts)) {
-            QImage image(Settings::FINAL_IMAGE_WIDTH, Settings::FINAL_IMAGE_WIDTH, QImage::Format_RGBA8888);
-            image.fill(Qt::transparent);
-            image.setPixelColor(0, 0, QColor(time.toInt(), 0, 0));
             auto frame = std::make_unique<Frame>(MTime(time.toInt(), MTime::uiUnit()));
-            frame->SetImage(image);
+            frame->SetPackedImage(Picture(time.toInt()));
             layer.InsertFrame(frame.release());
         }
     }
@@ -33,10 +51,14 @@ protected:
         QStringList keys;
         for (const Frame* frame : Frames()) {
             const int time = frame->GetTimeValue();
-            const QImage image = frame->PeekImage();
-            const QColor color = image.isNull() ? QColor(Qt::transparent) : image.pixelColor(0, 0);
-            const QString drawn = color.alpha() == 0 ? QString("-") : QString::number(color.red());
-            keys.append(drawn == QString::number(time) ? drawn : QString("%1=%2").arg(time).arg(drawn));
+            const auto drawn = DrawnFor().constFind(frame->GetPackedImage());
+            QString key = QString::number(time);
+            if (drawn == DrawnFor().constEnd()) {
+                key += "=-";
+            } else if (*drawn != time) {
+                key += QString("=%1").arg(*drawn);
+            }
+            keys.append(key);
         }
         return keys.join(' ');
     }

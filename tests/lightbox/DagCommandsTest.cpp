@@ -1,8 +1,10 @@
+// Nodes, their names and places in the DAG, listing and selecting them, namespaces.
+
 #include "SceneCommandFixture.h"
 
 namespace {
 
-class SceneEditsTest : public SceneCommandFixture {};
+class DagCommandsTest : public SceneCommandFixture {};
 
 /// |top1|mid|leaf, |other|leaf, |cam1|camShape1 and a script node.
 const char* const TREE = "createNode transform -n top1; createNode transform -n mid -p top1;"
@@ -10,7 +12,7 @@ const char* const TREE = "createNode transform -n top1; createNode transform -n 
                          "createNode transform -n leaf -p other; camera -n cam; createNode script -n note;"
                          "select -cl";
 
-TEST_F(SceneEditsTest, NodesAreCreatedDeletedAndRenamed) {
+TEST_F(DagCommandsTest, NodesAreCreatedDeletedAndRenamed) {
     const Edit EDITS[] = {
         {"", "createNode transform", "string transform1", "ls -sl", "string[] transform1"},
         {"", "createNode transform -n \"arm\" -ss", "string arm", "ls -sl", "string[] "},
@@ -56,7 +58,7 @@ TEST_F(SceneEditsTest, NodesAreCreatedDeletedAndRenamed) {
     ExpectEdits(EDITS);
 }
 
-TEST_F(SceneEditsTest, ImpossibleNodesAreRefused) {
+TEST_F(DagCommandsTest, ImpossibleNodesAreRefused) {
     const Refusal REFUSALS[] = {
         {"", "createNode nosuch", "Unknown object type: nosuch"},
         {"", "createNode transform -p nosuch", "No object matches name: nosuch"},
@@ -90,7 +92,7 @@ TEST_F(SceneEditsTest, ImpossibleNodesAreRefused) {
     ExpectRefusals(REFUSALS);
 }
 
-TEST_F(SceneEditsTest, HierarchiesAreRearranged) {
+TEST_F(DagCommandsTest, HierarchiesAreRearranged) {
     const Edit EDITS[] = {
         {TREE, "parent other top1", "string[] other", "listRelatives -f top1",
          "string[] |top1|mid |top1|other"},
@@ -134,7 +136,7 @@ TEST_F(SceneEditsTest, HierarchiesAreRearranged) {
     ExpectRefusals(REFUSALS);
 }
 
-TEST_F(SceneEditsTest, RelativesAreListed) {
+TEST_F(DagCommandsTest, RelativesAreListed) {
     const Question QUESTIONS[] = {
         {"listRelatives top1", "string[] mid"},
         {"listRelatives -c top1 other", "string[] mid leaf"},
@@ -156,7 +158,7 @@ TEST_F(SceneEditsTest, RelativesAreListed) {
     ExpectAnswers(TREE, QUESTIONS);
 }
 
-TEST_F(SceneEditsTest, NodesAreListed) {
+TEST_F(DagCommandsTest, NodesAreListed) {
     const Question QUESTIONS[] = {
         {"ls nosuch", "string[] "},
         {"ls leaf", "string[] mid|leaf other|leaf"},
@@ -217,7 +219,7 @@ TEST_F(SceneEditsTest, NodesAreListed) {
         SELECTED);
 }
 
-TEST_F(SceneEditsTest, NodesAreSelected) {
+TEST_F(DagCommandsTest, NodesAreSelected) {
     const char* const THREE =
         "createNode transform -n a; createNode transform -n b; createNode transform -n c;"
         "createNode transform -n d -p c; select b";
@@ -244,34 +246,7 @@ TEST_F(SceneEditsTest, NodesAreSelected) {
     ExpectRefusals(REFUSALS);
 }
 
-TEST_F(SceneEditsTest, PlugsAreConnected) {
-    const char* const PAIR = "createNode transform -n a; createNode transform -n b;"
-                             "createNode transform -n c; select -cl";
-    const Edit EDITS[] = {
-        {PAIR, "connectAttr a.tx b.ty", "string Connected a.translateX to b.translateY.",
-         "listConnections -p on b", "string[] a.translateX"},
-        {PAIR, "connectAttr -l on a.tx b.tx", "string Connected a.translateX to b.translateX.",
-         "getAttr -l b.tx", "int 1"},
-        {"createNode transform -n a; createNode transform -n b; createNode transform -n c;"
-         "connectAttr a.tx b.tx",
-         "connectAttr -f c.tx b.tx", "string Connected c.translateX to b.translateX.", "listConnections b",
-         "string[] c"},
-        {"createNode transform -n a; createNode transform -n b; connectAttr a.tx b.tx",
-         "disconnectAttr a.tx b.tx", "string Disconnect a.translateX from b.translateX.",
-         "isConnected a.tx b.tx", "int 0"},
-    };
-    ExpectEdits(EDITS);
-    const Refusal REFUSALS[] = {
-        {PAIR, "connectAttr a.tx a.tx", "Cannot connect 'a.translateX' to itself."},
-        {"createNode transform -n a; createNode transform -n b; setAttr -l on b.tx", "connectAttr a.tx b.tx",
-         "The destination attribute 'b.translateX' is locked."},
-        {PAIR, "disconnectAttr a.tx b.tx",
-         "There is no connection from 'a.translateX' to 'b.translateX' to disconnect."},
-    };
-    ExpectRefusals(REFUSALS);
-}
-
-TEST_F(SceneEditsTest, NamespacesAreManaged) {
+TEST_F(DagCommandsTest, NamespacesAreManaged) {
     const Edit EDITS[] = {
         {"", "namespace -add n", "string n", "namespace -ex n", "int 1"},
         {"", "namespace -add m -p n", "string n:m", "namespaceInfo -lon -r", "string[] n n:m"},
@@ -281,7 +256,7 @@ TEST_F(SceneEditsTest, NamespacesAreManaged) {
         {"namespace -add n; namespace -set n", "namespace -set \":\"", "string ", "namespaceInfo -cur",
          "string :"},
         {"namespace -add n; namespace -set n", "createNode transform -n a", "string n:a",
-         "namespaceInfo -lod n", "string[] "},
+         "namespaceInfo -lod \":n\"", "string[] n:a"},
         {"namespace -add n", "namespace -rm n", "string n", "namespace -ex n", "int 0"},
         {"namespace -add n; namespace -set n", "namespace -rm \":n\"", "string n", "namespaceInfo -cur",
          "string :"},
@@ -289,7 +264,11 @@ TEST_F(SceneEditsTest, NamespacesAreManaged) {
     ExpectEdits(EDITS);
     const Refusal REFUSALS[] = {
         {"namespace -add n", "namespace -add n", "The namespace 'n' exists already."},
-        {"", "namespace -add \"\"", "The namespace '' exists already."},
+        {"", "namespace -add \"\"", "The name '' is not one for a namespace."},
+        {"", "namespace -add \"1shot\"", "The name '1shot' is not one for a namespace."},
+        {"", "namespace -add \"a:2b\"", "The name 'a:2b' is not one for a namespace."},
+        {"", "namespace -add \"a::b\"", "The name 'a::b' is not one for a namespace."},
+        {"", "namespaceInfo -ls nosuch", "The namespace 'nosuch' does not exist."},
         {"", "namespace -set n", "The namespace 'n' does not exist."},
         {"", "namespace -rm n", "The namespace 'n' does not exist or is not empty."},
         {"createNode transform -n \"n:a\"", "namespace -rm n",
@@ -313,6 +292,124 @@ TEST_F(SceneEditsTest, NamespacesAreManaged) {
         {"namespaceInfo -lod \":n:m\"", "string[] n:m:b"},
     };
     ExpectAnswers("createNode transform -n \"n:a\"; createNode transform -n \"n:m:b\"", QUESTIONS);
+}
+
+TEST_F(DagCommandsTest, NodesInSteps) {
+    const Question STEPS[] = {
+        {"createNode transform", "string transform1"},
+        {"createNode transform -n a; createNode transform -n a", "string a2"},
+        {"createNode camera", "string cameraShape1"},
+        {"createNode camera; ls -sl -l", "string[] |camera1|cameraShape1"},
+        {"createNode camera -n eye; listRelatives -p eye", "string[] camera1"},
+        {"createNode -ss transform -n a; ls -sl", "string[] "},
+        {"createNode transform -n a; createNode transform -n b -p a; ls -l b", "string[] |a|b"},
+        {"createNode nothing", "error: Unknown object type: nothing"},
+        {"createNode transform -p nobody", "error: No object matches name: nobody"},
+        {"rename a c", "string c"},
+        {"select b; rename \"d|x\"", "string d_x"},
+        {"rename nobody x", "error: No object matches name: nobody"},
+        {"rename persp view; ls -ca view", "string[] "},
+        {"camera -n shot; rename shot1 take2; ls \"take*\"", "string[] take2 takeShape2"},
+        {"delete a; ls \"[ab]\" b", "string[] "},
+        {"delete persp", "error: Cannot delete the default node 'persp'."},
+        {"delete nobody", "error: No object matches name: nobody"},
+        {"delete -all; ls -tr", "string[] front persp side top"},
+        {"objExists a", "int 1"},
+        {"objExists \"a.tx\"", "int 1"},
+        {"objExists \"a.nothing\"", "int 0"},
+        {"objExists nobody", "int 0"},
+        {"nodeType perspShape", "string camera"},
+        {"nodeType nobody", "error: No object matches name: nobody"},
+        {"objectType -isType transform a", "int 1"},
+        {"objectType -isAType dagNode a", "int 1"},
+        {"objectType time1", "string time"},
+        {"lockNode a; catch(`delete a`); objExists a", "int 1"},
+        {"setAttr a.t 1 2 3; setAttr b.ty 7; addAttr -ln x -at long a; setAttr a.x 4; duplicate a",
+         "string[] a1"},
+        {"setAttr b.ty 7; duplicate -n c a; getAttr \"c|b.ty\"", "float 7"},
+        {"addAttr -ln x -at long a; setAttr a.x 4; duplicate a; setAttr a.x 5; getAttr a1.x", "int 4"},
+    };
+    ExpectSteps("createNode transform -n a; createNode transform -n b -p a; select -cl;", STEPS);
+}
+
+TEST_F(DagCommandsTest, ListsAndSelectionsInSteps) {
+    const Question STEPS[] = {
+        {"ls -cameras", "string[] frontShape perspShape sideShape topShape"},
+        {"ls -type camera -l \"p*\"", "string[] |persp|perspShape"},
+        {"ls -type locator -type time", "string[] s time1"},
+        {"ls -et transform \"b\"", "string[] a|b |b"},
+        {"ls -dag a", "string[] a a|b s"},
+        {"ls -dag -s a", "string[] s"},
+        {"ls -l \"*b\"", "string[] |a|b |b"},
+        {"ls -as -v a \"|b\"", "string[] a |b"},
+        {"ls -st s", "string[] s locator"},
+        {"ls -hd 2 -tr", "string[] a a|b"},
+        {"ls -ext camera -s", "string[] s"},
+        {"ls nobody", "string[] "},
+        {"select a s; ls -sl", "string[] a s"},
+        {"select s a; ls -sl -type transform", "string[] a"},
+        {"select a; select -add s; select -tgl a; ls -sl", "string[] s"},
+        {"select a s; select -d a; ls -sl", "string[] s"},
+        {"select s; select -af a; ls -sl", "string[] a s"},
+        {"select -all; ls -sl", "string[] a |b"},
+        {"select -hi a; ls -sl", "string[] a a|b s"},
+        {"select -cl; select nobody", "error: No object matches name: nobody"},
+        {"select b; size(`ls -sl`)", "int 2"},
+        {"listRelatives -c a", "string[] b"},
+        {"listRelatives -ad -f a", "string[] |a|b|s |a|b"},
+        {"listRelatives -s -f \"|a|b\"", "string[] |a|b|s"},
+        {"listRelatives -p -f s", "string[] |a|b"},
+        {"listRelatives -p a", "string[] "},
+        {"listRelatives -ad -type locator a", "string[] s"},
+        {"parent -w \"|a|b\"; ls -l s", "string[] |b1|s"},
+        {"parent \"|b\" a", "string[] b1"},
+        {"parent a \"|a|b\"", "error: Cannot parent an object to itself or to one of its children."},
+        {"setAttr a.tx 5; parent -w \"|a|b\"; getAttr b1.tx", "float 5"},
+        {"setAttr a.tx 5; parent -w -r \"|a|b\"; getAttr b1.tx", "float 0"},
+        {"group -n g \"|b\" a; ls -l \"*a\"", "string[] |g|a"},
+        {"group -em -n g; listRelatives g", "string[] "},
+    };
+    ExpectSteps("createNode transform -n a; createNode transform -n b -p a; createNode transform -n b;"
+                "createNode locator -n s -p \"|a|b\"; setAttr \"|b.v\" 0; select -cl;",
+                STEPS);
+}
+
+TEST_F(DagCommandsTest, AttributesAreListed) {
+    const Question QUESTIONS[] = {
+        {"ls a.tx", "string[] a.translateX"},
+        {"ls -l a.translateX", "string[] |a.translateX"},
+        {"ls -sn \"a.translate?\"", "string[] a.tx a.ty a.tz"},
+        {"ls \"*.marks*\"", "string[] a.marks"},
+        {"ls \"a.marks[3]\" a.marks", "string[] a.marks[3] a.marks"},
+        {"ls -o a.tx \"a.t*\" b.ty", "string[] a b"},
+        {"ls -o a.nothing", "string[] "},
+        {"ls a.nothing \"a.\" \"a.t[\" nosuch.tx", "string[] "},
+        {"ls -st a.t a.v", "string[] a.translate double3 a.visibility bool"},
+        {"ls -type camera a.tx persp.tx perspShape.fl", "string[] perspShape.focalLength"},
+        {"ls -sl \"*.tx\"", "string[] b.translateX"},
+    };
+    ExpectAnswers("createNode transform -n a; createNode transform -n b; addAttr -m -ln marks -at long a;"
+                  "setAttr \"a.marks[3]\" 1",
+                  QUESTIONS);
+    EXPECT_EQ(Answer("ls -o"), Answer("ls"));
+}
+
+TEST_F(DagCommandsTest, NamespacesInSteps) {
+    const Question STEPS[] = {
+        {"namespace -add n; namespace -ex n", "int 1"},
+        {"namespace -add n; namespace -add \"m\" -p \"n\"; namespaceInfo -lon n", "string[] n:m"},
+        {"namespace -add n; namespace -set n; createNode transform -n a", "string n:a"},
+        {"namespace -add n; namespace -set n; createNode transform -n a; namespace -set \":\"; namespaceInfo "
+         "-lod n",
+         "string[] n:a"},
+        {"namespace -add n; namespace -set n; namespaceInfo -cur", "string n"},
+        {"namespaceInfo -cur", "string :"},
+        {"namespace -add n; namespace -rm n; namespace -ex n", "int 0"},
+        {"namespace -set nowhere", "error: The namespace 'nowhere' does not exist."},
+        {"createNode transform -n \"n:a\"; namespace -rm n",
+         "error: The namespace 'n' does not exist or is not empty."},
+    };
+    ExpectSteps("", STEPS);
 }
 
 } // namespace
