@@ -59,8 +59,8 @@ bool Collect(const QString& path, Measurements& measurements) {
     return ok;
 }
 
-/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second) or "counter" of a
-/// benchmark.
+/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second, times "scale" where the
+/// two do not do the same amount) or "counter" of a benchmark.
 double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     const auto time = [&](const QJsonValue& name) {
         const auto found = measurements.constFind(name.toString());
@@ -68,7 +68,7 @@ double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     };
     if (figure.contains("ratio")) {
         const QJsonArray pair = figure["ratio"].toArray();
-        return time(pair.at(0)) / time(pair.at(1));
+        return time(pair.at(0)) / time(pair.at(1)) * figure["scale"].toDouble(1.0);
     }
     if (figure.contains("counter")) {
         const QJsonArray pair = figure["counter"].toArray();

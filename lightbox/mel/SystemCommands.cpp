@@ -6,6 +6,7 @@
 
 #include <maya/MGlobal.h>
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QSysInfo>
@@ -228,6 +229,9 @@ void RegisterSystemCommands(CommandRegistry& registry) {
     RegisterClock(registry);
     registry.RegisterRaw("getenv", 1, 1, GetEnvironment);
     registry.RegisterRaw("putenv", 2, 2, PutEnvironment);
+    registry.RegisterRaw("getpid", 0, 0, [](CommandCall&) {
+        return Value(static_cast<int>(QCoreApplication::applicationPid()));
+    });
     registry.RegisterRaw("getApplicationVersionAsFloat", 0, 0, [](CommandCall&) { return Value(2018.0); });
     registry.Register("workspace",
                       SyntaxBuilder()

@@ -1,5 +1,6 @@
 #include "commands/ActiveLayers.h"
 
+#include "core/LayerManager.h"
 #include "node/BaseNode.h"
 
 namespace vellix {
@@ -21,6 +22,8 @@ void ActiveLayers::Restore(BaseNode& node) const {
     }
     if (!m_camera.isEmpty()) {
         node.SetActiveLayer(m_camera, m_index, true);
+    } else if (const std::shared_ptr<LayerManager> layers = node.GetLayerManager()) {
+        layers->SetActiveCamera(m_camera);
     }
 }
 

@@ -6,7 +6,7 @@
 
 namespace vellix {
 
-QString CameraArgument::Resolve(const QString& named, const BaseNode* node) {
+QString CameraArgument::Resolve(const QString& named, const BaseNode* node, const char* missing) {
     if (!named.isEmpty()) {
         if (MayaUtil::CameraExists(named)) {
             return named;
@@ -16,7 +16,7 @@ QString CameraArgument::Resolve(const QString& named, const BaseNode* node) {
     }
     QString active = node ? node->GetActiveCamera() : QString();
     if (active.isEmpty()) {
-        Logger::Error("There is no active camera. Name one with -camera.");
+        Logger::Error(missing);
     }
     return active;
 }

@@ -1,5 +1,6 @@
 #include "commands/NodeCommand.h"
 
+#include "core/FrameRange.h"
 #include "core/LayerState.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
@@ -9,7 +10,6 @@
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
-#include <maya/MDoubleArray.h>
 
 namespace vellix {
 
@@ -190,12 +190,8 @@ void NodeCommand::AddFirstLayer(BaseNode& node) {
 }
 
 void NodeCommand::AddFrames(BaseNode& node, const QString& camera) {
-    MDoubleArray range;
-    if (!MayaUtil::GetTimeSliderRange(range) || range.length() < 2) {
-        return;
-    }
-    const int end = static_cast<int>(range[1]);
-    for (int time = static_cast<int>(range[0]); time < end; ++time) {
+    const FrameRange range = FrameRange::FromTimeSlider();
+    for (int time = range.start; time < range.end; ++time) {
         node.AddFrame(camera, MTime(static_cast<double>(time), MTime::uiUnit()));
     }
 }

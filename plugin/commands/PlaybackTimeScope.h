@@ -15,9 +15,10 @@ public:
 
     void GoTo(int frame);
 
-private:
+    /// Goes to a time for good.
     static void SetTime(const MTime& time);
 
+private:
     MTime m_before;
 };
 

@@ -106,6 +106,7 @@ bool ReplayCommand::ProvideNode() {
 }
 
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
+    m_before.Remember(*BaseNode::GetMaster(), {m_camera});
     StrokePlayer player(*BaseNode::GetMaster(), m_camera);
     MComputation computation;
     computation.beginComputation();
@@ -133,6 +134,9 @@ bool ReplayCommand::UndoAll() {
     bool done = node != nullptr;
     for (auto drawn = m_drawn.rbegin(); done && drawn != m_drawn.rend(); ++drawn) {
         done = (*drawn)->Undo(*node);
+    }
+    if (done) {
+        m_before.Restore(*node);
     }
     if (m_node) {
         m_node->Undo();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/ActiveLayers.h"
 #include "commands/StrokeCommit.h"
 
 #include <maya/MPxCommand.h>
@@ -47,6 +48,7 @@ private:
 
     QString m_file;
     QString m_camera;
+    ActiveLayers m_before;
     int m_frameOffset = 0;
     bool m_undoable = false;
     std::unique_ptr<NodeCreation> m_node;               // null when the scene had one

@@ -2,6 +2,8 @@
 
 #include <maya/MTime.h>
 
+#include <QtGlobal>
+
 #include <limits>
 
 namespace vellix {
@@ -17,6 +19,11 @@ inline int ToWholeFrames(const MTime& time) {
         return int(frames);
     }
     return std::numeric_limits<int>::min();
+}
+
+/// Can a frame be keyed there?
+inline bool IsWholeFrame(qint64 frame) {
+    return frame >= std::numeric_limits<int>::min() && frame <= std::numeric_limits<int>::max();
 }
 
 inline MTime FromWholeFrames(int frame) {

@@ -7,8 +7,17 @@
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
 
 namespace vellix {
+
+namespace {
+
+bool IsEarlier(const std::unique_ptr<Frame>& frame, const std::unique_ptr<Frame>& other) {
+    return frame->GetTimeValue() < other->GetTimeValue();
+}
+
+} // namespace
 
 Layer::Layer()
     : m_name(QStringLiteral("New Layer")) {}
@@ -111,8 +120,8 @@ int Layer::GetCurrentFrameIndex() const {
 
 int Layer::FindFrameIndex(int frame) const {
     const auto later =
-        std::find_if(m_frames.begin(), m_frames.end(),
-                     [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() > frame; });
+        std::partition_point(m_frames.begin(), m_frames.end(),
+                             [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() <= frame; });
     return int(later - m_frames.begin()) - 1;
 }
 
@@ -134,9 +143,9 @@ bool Layer::FrameExists(int frame) const {
 
 int Layer::FindKey(int frame) const {
     const auto found =
-        std::find_if(m_frames.begin(), m_frames.end(),
-                     [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() == frame; });
-    return found == m_frames.end() ? -1 : int(found - m_frames.begin());
+        std::partition_point(m_frames.begin(), m_frames.end(),
+                             [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() < frame; });
+    return found == m_frames.end() || (*found)->GetTimeValue() != frame ? -1 : int(found - m_frames.begin());
 }
 
 bool Layer::FrameExists(const MTime& time) const {
@@ -207,8 +216,7 @@ int Layer::InsertFrame(Frame* frame) {
     }
     const int index = FindFrameIndex(owned->GetTimeValue()) + 1;
     m_frames.insert(m_frames.begin() + index, std::move(owned));
-    UpdateCurrentFrameIndex();
-    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    FramesChanged();
     return index;
 }
 
@@ -235,6 +243,40 @@ Frame* Layer::RemoveFrame(const MTime& time) {
 
 Frame* Layer::RemoveFrame() {
     return RemoveFrame(MayaUtil::GetPlaybackTime());
+}
+
+FrameList Layer::TakeFrames(const std::vector<int>& times) {
+    const auto first = std::stable_partition(
+        m_frames.begin(), m_frames.end(), [&times](const std::unique_ptr<Frame>& frame) {
+            return !std::binary_search(times.begin(), times.end(), frame->GetTimeValue());
+        });
+    FrameList taken(std::make_move_iterator(first), std::make_move_iterator(m_frames.end()));
+    m_frames.erase(first, m_frames.end());
+    FramesChanged();
+    return taken;
+}
+
+std::vector<int> Layer::PutFrames(FrameList& frames) {
+    const auto refused =
+        std::stable_partition(frames.begin(), frames.end(), [this](const std::unique_ptr<Frame>& frame) {
+            return !FrameExists(frame->GetTimeValue());
+        });
+    std::stable_sort(frames.begin(), refused, IsEarlier);
+    std::vector<int> times;
+    for (auto frame = frames.begin(); frame != refused; ++frame) {
+        times.push_back((*frame)->GetTimeValue());
+    }
+    const auto middle = m_frames.insert(m_frames.end(), std::make_move_iterator(frames.begin()),
+                                        std::make_move_iterator(refused));
+    std::inplace_merge(m_frames.begin(), middle, m_frames.end(), IsEarlier);
+    frames.erase(frames.begin(), refused);
+    FramesChanged();
+    return times;
+}
+
+void Layer::FramesChanged() {
+    UpdateCurrentFrameIndex();
+    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
 }
 
 void Layer::RemoveAllFrames() {

@@ -15,6 +15,8 @@ namespace vellix {
 
 class Frame;
 
+using FrameList = std::vector<std::unique_ptr<Frame>>;
+
 /// An ordered list of keyed frames. At any time a layer shows the last frame keyed at or before it. Times are
 /// whole frames in the host's current time unit; no two frames share one.
 class Layer {
@@ -82,11 +84,17 @@ public:
     /// Hands the frame at the time to the caller, who owns it; null when there is none.
     Frame* RemoveFrame(const MTime& time);
     Frame* RemoveFrame();
+    /// Hands over all frames at those times, which rise, in their order. Many frames cost one pass.
+    FrameList TakeFrames(const std::vector<int>& times);
+    /// Takes the frames whose times are free, in one pass, and returns these times, rising; the others stay
+    /// in the list.
+    std::vector<int> PutFrames(FrameList& frames);
     /// The current frame index stays as it was, for the caller to update.
     void RemoveAllFrames();
 
 private:
     int FindKey(int frame) const;
+    void FramesChanged();
 
     QString m_name;
     bool m_active = false;
@@ -95,7 +103,7 @@ private:
     float m_opacity = 1.0f;
     LayerState m_state = LayerState::Animated;
     int m_currentFrameIndex = -1;
-    std::vector<std::unique_ptr<Frame>> m_frames; ///< by rising time
+    FrameList m_frames; ///< by rising time
 };
 
 } // namespace vellix

@@ -299,6 +299,7 @@ void LayerManager::OnFirstLayerAdded(const QString& camera) {
 
 void LayerManager::OnLastLayerRemoved(const QString& camera) {
     m_compositor->RemoveCamera(camera);
+    m_layers.erase(camera); // a camera without layers leaves no trace in the stored drawing
     SetActiveLayer(camera, -1, false);
 }
 

@@ -129,7 +129,7 @@ bool LayerManager::CacheUpdateRequired(const QString& camera) {
     if (m_cacheUpdateRequired || MasterCacheUpdateRequired(camera)) {
         return true;
     }
-    const LayerList& layers = m_layers[camera];
+    const LayerList& layers = FindLayers(camera);
     return std::any_of(layers.begin(), layers.end(),
                        [](const std::unique_ptr<Layer>& layer) { return layer->CacheUpdateRequired(); });
 }

@@ -1,10 +1,12 @@
 #include "host/Registration.h"
 
 #include "commands/ExportCommand.h"
+#include "commands/FrameCommand.h"
 #include "commands/LayerCommand.h"
 #include "commands/NodeCommand.h"
 #include "commands/ReplayCommand.h"
 #include "commands/StrokeCommand.h"
+#include "commands/UtilCommand.h"
 #include "node/BaseNode.h"
 #include "node/BaseNodeLayerData.h"
 
@@ -31,8 +33,9 @@ CommandEntry Describe() {
 /// Every command, in the order of registration. A new command joins here.
 std::vector<CommandEntry> GetCommands() {
     return {
-        Describe<NodeCommand>(),   Describe<LayerCommand>(),  Describe<StrokeCommand>(),
-        Describe<ReplayCommand>(), Describe<ExportCommand>(),
+        Describe<NodeCommand>(),   Describe<LayerCommand>(), Describe<FrameCommand>(),
+        Describe<StrokeCommand>(), Describe<UtilCommand>(),  Describe<ReplayCommand>(),
+        Describe<ExportCommand>(),
     };
 }
 

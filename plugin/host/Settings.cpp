@@ -29,6 +29,8 @@ const QString Settings::STROKE_COMMAND_NAME = QString::fromLatin1("qmVellixStrok
 const QString Settings::UTIL_COMMAND_NAME = QString::fromLatin1("qmVellixUtil");
 const QString Settings::REPLAY_COMMAND_NAME = QString::fromLatin1("qmVellixReplay");
 const QString Settings::EXPORT_COMMAND_NAME = QString::fromLatin1("qmVellixExport");
+const QString Settings::DRAW_CONTEXT_COMMAND_NAME = QString::fromLatin1("qmVxDrawCtx");
+const QString Settings::TRANSFORM_CONTEXT_COMMAND_NAME = QString::fromLatin1("qmVxTransformCtx");
 
 const QString Settings::DEFAULT_MAIN_MENU_NAME = QString::fromLatin1("VX2");
 const QString Settings::DEFAULT_LAYER_NAME = QString::fromLatin1("Layer");

@@ -31,6 +31,8 @@ public:
     static const QString UTIL_COMMAND_NAME;
     static const QString REPLAY_COMMAND_NAME;
     static const QString EXPORT_COMMAND_NAME;
+    static const QString DRAW_CONTEXT_COMMAND_NAME;
+    static const QString TRANSFORM_CONTEXT_COMMAND_NAME;
 
     static const QString DEFAULT_MAIN_MENU_NAME;
     static const QString DEFAULT_LAYER_NAME;

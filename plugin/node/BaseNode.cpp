@@ -1,6 +1,8 @@
 #include "node/BaseNode.h"
 
 #include "core/Frame.h"
+#include "core/FrameRange.h"
+#include "core/FrameTime.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "host/Logger.h"
@@ -326,21 +328,26 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
         return;
     }
     ClearClipboard();
-    MDoubleArray range;
-    if (!MayaUtil::GetTimeSliderRange(range) || range.length() < 2) {
-        return;
-    }
-    const int start = static_cast<int>(range[0]);
-    const int end = static_cast<int>(range[1]);
-    for (int time = start; time < end; ++time) {
-        std::unique_ptr<Frame> copy(
-            layers->GetFrameCopy(camera, MTime(static_cast<double>(time), MTime::uiUnit())));
-        if (copy) {
-            copy->SetTimeValue(copy->GetTimeValue() - start);
-            copy->PackImage();
+    const FrameRange range = FrameRange::FromTimeSlider();
+    QList<int> times;
+    layers->GetFrameTimes(camera, times);
+    for (const int time : times) {
+        if (range.Contains(time)) {
+            std::unique_ptr<Frame> copy(layers->GetFrameCopy(camera, FromWholeFrames(time)));
+            copy->SetTime(MTime(double(time) - double(range.start), MTime::uiUnit()));
             m_clipboard.push_back(std::move(copy));
         }
     }
+}
+
+void BaseNode::OnFramesChanged(const QString& camera, int index) {
+    if (Layer* layer = GetLayer(camera, index)) {
+        layer->UpdateCurrentFrameIndex();
+        layer->ForceCacheUpdate();
+        QueueRefresh();
+    }
+    UpdateTimeControlOverlay();
+    MayaUtil::RefreshTimeControl(thisMObject());
 }
 
 void BaseNode::SetDrawContextActive(bool active) {

@@ -112,6 +112,9 @@ public:
     Frame* RemoveFrame(const QString& camera);
     Frame* RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
+    /// Once after the frames of a layer, or their times, have changed: brings the layer's current frame, the
+    /// picture, the marks over the time slider and the slider's own ticks up to date.
+    void OnFramesChanged(const QString& camera, int index);
 
     // Images and strokes.
     bool ImageUpdateRequired(const QString& camera) const;

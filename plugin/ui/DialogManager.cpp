@@ -1,17 +1,34 @@
 #include "ui/DialogManager.h"
 
+#include "host/Settings.h"
 #include "ui/LayerManagerPanel.h"
 #include "ui/TimelineOverlay.h"
+#include "ui/ToolOptionsPanel.h"
+#include "ui/ToolboxPanel.h"
 
+#include <maya/MQtUtil.h>
+
+#include <QPointer>
+#include <QRect>
+#include <QWidget>
+
+#include <map>
 #include <utility>
 
 namespace vellix {
 
 namespace {
 
+struct PanelEntry {
+    DialogManager::PanelFactory create;
+    // The main window may go, and its children with it, before the plug-in does.
+    QPointer<QWidget> window;
+};
+
 struct Registry {
-    LayerManagerPanel* layerManager = nullptr;
-    std::function<void()> showNewLayer;
+    std::map<DialogManager::Panel, PanelEntry> panels;
+    std::map<DialogManager::Dialog, DialogManager::DialogRunner> dialogs;
+    DialogManager::LayerPropertiesRunner showLayerProperties;
     DialogManager::TimelineOverlayFactory createTimelineOverlay;
 };
 
@@ -20,29 +37,172 @@ Registry& GetRegistry() {
     return registry;
 }
 
+QWidget* GetPanel(DialogManager::Panel panel) {
+    PanelEntry& entry = GetRegistry().panels[panel];
+    if (!entry.window && entry.create) {
+        entry.window = entry.create(MQtUtil::mainWindow()).release();
+    }
+    return entry.window;
+}
+
+/// What a panel that was made already is told through; null while it was not.
+template <typename Interface>
+Interface* FindMade(DialogManager::Panel panel) {
+    return dynamic_cast<Interface*>(GetRegistry().panels[panel].window.data());
+}
+
+LayerManagerPanel* FindLayerManager() {
+    return FindMade<LayerManagerPanel>(DialogManager::Panel::LayerManager);
+}
+
+ToolboxPanel* FindToolbox() {
+    return FindMade<ToolboxPanel>(DialogManager::Panel::Toolbox);
+}
+
+bool RunDialog(DialogManager::Dialog dialog) {
+    // A copy: the dialog may outlast its registration when the plug-in is unloaded while it is open.
+    const DialogManager::DialogRunner run = GetRegistry().dialogs[dialog];
+    if (run) {
+        run(MQtUtil::mainWindow());
+    }
+    return static_cast<bool>(run);
+}
+
+void DestroyPanels() {
+    for (auto& panel : GetRegistry().panels) {
+        if (QWidget* window = panel.second.window) {
+            window->close();
+            delete window;
+        }
+    }
+}
+
 } // namespace
 
+void DialogManager::RegisterPanel(Panel panel, PanelFactory create) {
+    GetRegistry().panels[panel].create = std::move(create);
+}
+
+void DialogManager::RegisterDialog(Dialog dialog, DialogRunner run) {
+    GetRegistry().dialogs[dialog] = std::move(run);
+}
+
+void DialogManager::RegisterLayerPropertiesDialog(LayerPropertiesRunner run) {
+    GetRegistry().showLayerProperties = std::move(run);
+}
+
+void DialogManager::SetTimelineOverlayFactory(TimelineOverlayFactory create) {
+    GetRegistry().createTimelineOverlay = std::move(create);
+}
+
+QWidget* DialogManager::GetToolboxDialog() {
+    return GetPanel(Panel::Toolbox);
+}
+
+QWidget* DialogManager::GetToolOptionsDialog() {
+    return GetPanel(Panel::ToolOptions);
+}
+
+QWidget* DialogManager::GetLayerMangerDialog() {
+    return GetPanel(Panel::LayerManager);
+}
+
+QWidget* DialogManager::GetRetimingDialog() {
+    return GetPanel(Panel::Retiming);
+}
+
+QWidget* DialogManager::GetColorPaletteDialog() {
+    return GetPanel(Panel::ColorPalette);
+}
+
+void DialogManager::BringUp(QWidget& panel) {
+    panel.setWindowState(panel.windowState() & ~Qt::WindowMinimized);
+    panel.show();
+    panel.raise();
+    panel.activateWindow();
+}
+
+void DialogManager::ResetPanels() {
+    for (QByteArray* geometry :
+         {&Settings::toolboxGeometry, &Settings::toolOptionsGeometry, &Settings::layerManagerGeometry,
+          &Settings::retimingGeometry, &Settings::colorPaletteGeometry}) {
+        geometry->clear();
+    }
+    for (auto& panel : GetRegistry().panels) {
+        if (QWidget* window = panel.second.window) {
+            window->setWindowState(Qt::WindowNoState);
+            window->resize(window->sizeHint().expandedTo(window->minimumSize()));
+            if (const QWidget* parent = window->parentWidget()) {
+                QRect place(QPoint(), window->size());
+                place.moveCenter(parent->geometry().center());
+                window->move(place.topLeft());
+            }
+        }
+    }
+}
+
+bool DialogManager::ShowNewLayerDialog() {
+    return RunDialog(Dialog::NewLayer);
+}
+
+bool DialogManager::ShowGhostingDialog() {
+    return RunDialog(Dialog::Ghosting);
+}
+
+bool DialogManager::ShowPreferencesDialog() {
+    return RunDialog(Dialog::Preferences);
+}
+
+bool DialogManager::ShowAboutDialog() {
+    return RunDialog(Dialog::About);
+}
+
+bool DialogManager::ShowLayerPropertiesDialog(const QString& camera, int index, QWidget* parent) {
+    const LayerPropertiesRunner run = GetRegistry().showLayerProperties;
+    if (run) {
+        run(camera, index, parent != nullptr ? parent : MQtUtil::mainWindow());
+    }
+    return static_cast<bool>(run);
+}
+
 void DialogManager::ClearLayerManagerDialog() {
-    if (LayerManagerPanel* panel = GetRegistry().layerManager) {
+    if (LayerManagerPanel* panel = FindLayerManager()) {
         panel->Clear();
     }
 }
 
 bool DialogManager::HasLayerManagerDialog() {
-    return GetRegistry().layerManager != nullptr;
+    return FindLayerManager() != nullptr;
 }
 
 void DialogManager::FillLayerManagerDialog(const QList<LayerManagerRow>& rows, const QString& activeCamera,
                                            int activeIndex) {
-    if (LayerManagerPanel* panel = GetRegistry().layerManager) {
+    if (LayerManagerPanel* panel = FindLayerManager()) {
         panel->Fill(rows, activeCamera, activeIndex);
     }
 }
 
-void DialogManager::ShowNewLayerDialog() {
-    if (GetRegistry().showNewLayer) {
-        GetRegistry().showNewLayer();
+void DialogManager::RefreshToolbox() {
+    if (ToolboxPanel* panel = FindToolbox()) {
+        panel->Refresh();
     }
+}
+
+void DialogManager::RefreshToolboxOptions() {
+    if (ToolboxPanel* panel = FindToolbox()) {
+        panel->RefreshOptions();
+    }
+}
+
+void DialogManager::RefreshToolOptions() {
+    if (ToolOptionsPanel* panel = FindMade<ToolOptionsPanel>(Panel::ToolOptions)) {
+        panel->Refresh();
+    }
+}
+
+QColor DialogManager::GetToolboxColor() {
+    const ToolboxPanel* panel = FindToolbox();
+    return panel != nullptr ? panel->GetColor() : QColor();
 }
 
 std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* timeSlider) {
@@ -50,19 +210,8 @@ std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* t
     return create ? create(timeSlider) : nullptr;
 }
 
-void DialogManager::SetLayerManagerPanel(LayerManagerPanel* panel) {
-    GetRegistry().layerManager = panel;
-}
-
-void DialogManager::SetNewLayerDialog(std::function<void()> show) {
-    GetRegistry().showNewLayer = std::move(show);
-}
-
-void DialogManager::SetTimelineOverlayFactory(TimelineOverlayFactory create) {
-    GetRegistry().createTimelineOverlay = std::move(create);
-}
-
 void DialogManager::Shutdown() {
+    DestroyPanels();
     GetRegistry() = Registry();
 }
 

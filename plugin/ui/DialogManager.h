@@ -2,6 +2,7 @@
 
 #include "ui/LayerManagerRow.h"
 
+#include <QColor>
 #include <QList>
 
 #include <functional>
@@ -11,30 +12,67 @@ class QWidget;
 
 namespace vellix {
 
-class LayerManagerPanel;
 class TimelineOverlay;
 
-/// The door to the panels for everything below them. Panels register when they come to life; while one is
-/// missing, what is asked of it does nothing.
+/// The door to the panels and dialogs for everything below them. What makes each is registered at load when
+/// the host has a user interface; while a panel or dialog is missing, what is told to it does nothing.
 class DialogManager {
 public:
+    /// Panels are floating windows, one of each, made when they are first asked for and kept.
+    enum class Panel { Toolbox, ToolOptions, LayerManager, Retiming, ColorPalette };
+    /// Dialogs are made each time, run and go.
+    enum class Dialog { NewLayer, Ghosting, Preferences, About };
+
+    /// Makes the panel, a window over the given one. A layer manager also is a LayerManagerPanel, a toolbox a
+    /// ToolboxPanel, the tool options a ToolOptionsPanel. Panels keep their place in their member of
+    /// Settings.
+    using PanelFactory = std::function<std::unique_ptr<QWidget>(QWidget* parent)>;
+    using DialogRunner = std::function<void(QWidget* parent)>;
+    using LayerPropertiesRunner = std::function<void(const QString& camera, int index, QWidget* parent)>;
     using TimelineOverlayFactory = std::function<std::unique_ptr<TimelineOverlay>(QWidget* timeSlider)>;
 
+    static void RegisterPanel(Panel panel, PanelFactory create);
+    static void RegisterDialog(Dialog dialog, DialogRunner run);
+    static void RegisterLayerPropertiesDialog(LayerPropertiesRunner run);
+    static void SetTimelineOverlayFactory(TimelineOverlayFactory create);
+
+    // The panels' windows, made at the first call. The registry owns them; null when nothing makes them.
+    static QWidget* GetToolboxDialog();
+    static QWidget* GetToolOptionsDialog();
+    static QWidget* GetLayerMangerDialog();
+    static QWidget* GetRetimingDialog();
+    static QWidget* GetColorPaletteDialog();
+
+    /// Shows the panel in front of the others; a minimised one comes back.
+    static void BringUp(QWidget& panel);
+    /// Forgets where every panel was, and puts those that were made back in the middle of the host's window
+    /// in the size that they ask for.
+    static void ResetPanels();
+
+    // Each runs over the host's main window and returns when it closes; false when nothing shows it.
+    static bool ShowNewLayerDialog();
+    static bool ShowGhostingDialog();
+    static bool ShowPreferencesDialog();
+    static bool ShowAboutDialog();
+    /// Over the given window; the host's main window for null.
+    static bool ShowLayerPropertiesDialog(const QString& camera, int index, QWidget* parent);
+
+    // What panels are told. One that was not made yet asks for itself when it is.
     static void ClearLayerManagerDialog();
+    /// Whether the panel was made.
     static bool HasLayerManagerDialog();
     static void FillLayerManagerDialog(const QList<LayerManagerRow>& rows, const QString& activeCamera,
                                        int activeIndex);
-    static void ShowNewLayerDialog();
+    static void RefreshToolbox();
+    static void RefreshToolboxOptions();
+    static void RefreshToolOptions();
+    /// The colour of the toolbox's control; invalid while there is no toolbox.
+    static QColor GetToolboxColor();
 
     /// The marks over the given time slider, hidden; null while there is nothing that makes them.
     static std::unique_ptr<TimelineOverlay> CreateTimelineOverlay(QWidget* timeSlider);
 
-    /// The registry borrows the panel; null takes it out again.
-    static void SetLayerManagerPanel(LayerManagerPanel* panel);
-    static void SetNewLayerDialog(std::function<void()> show);
-    static void SetTimelineOverlayFactory(TimelineOverlayFactory create);
-
-    /// Lets go of every panel.
+    /// Closes every panel, which then notes where it was, and forgets all that was registered.
     static void Shutdown();
 };
 

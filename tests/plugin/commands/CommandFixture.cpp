@@ -45,7 +45,11 @@ QStringList CommandFixture::Refused(const QString& line) {
     } catch (const lightbox::mel::Error&) {
         // What the interpreter adds about the failed line is not the plug-in's.
     }
-    return m_messages.filter("[Vellix2] ").replaceInStrings("[Vellix2] ", "");
+    return Messages();
+}
+
+QStringList CommandFixture::Messages() const {
+    return QStringList(m_messages).filter("[Vellix2] ").replaceInStrings("[Vellix2] ", "");
 }
 
 void CommandFixture::ExpectRefusal(const QString& line, const QString& message) {

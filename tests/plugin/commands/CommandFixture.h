@@ -23,6 +23,8 @@ protected:
     lightbox::mel::Value Mel(const QString& line);
     /// Runs a line that has to fail; returns the plug-in's messages.
     QStringList Refused(const QString& line);
+    /// The errors that the plug-in reported during the last line.
+    QStringList Messages() const;
     /// Runs a line that has to fail with exactly this message.
     void ExpectRefusal(const QString& line, const QString& message);
 

@@ -2,6 +2,8 @@
 #include "ui/DialogManager.h"
 #include "ui/LayerManagerPanel.h"
 
+#include <QWidget>
+
 namespace vellix {
 namespace {
 
@@ -178,7 +180,7 @@ TEST_F(LayerManagerTest, FollowsThePlaybackTime) {
 }
 
 /// Keeps what the panel was told last.
-class FakePanel : public LayerManagerPanel {
+class FakePanel : public QWidget, public LayerManagerPanel {
 public:
     void Clear() override {}
     void Fill(const QList<LayerManagerRow>& newRows, const QString& newCamera, int newIndex) override {
@@ -195,8 +197,9 @@ public:
 };
 
 TEST_F(LayerManagerTest, FillsThePanelOfTheMaster) {
-    FakePanel panel;
-    DialogManager::SetLayerManagerPanel(&panel);
+    DialogManager::RegisterPanel(DialogManager::Panel::LayerManager,
+                                 [](QWidget*) { return std::make_unique<FakePanel>(); });
+    const auto& panel = dynamic_cast<const FakePanel&>(*DialogManager::GetLayerMangerDialog());
     AddLayers(camera, {"A"});
     EXPECT_EQ(panel.fills, 0) << "not the master yet";
     manager.MakeMaster();
@@ -214,7 +217,7 @@ TEST_F(LayerManagerTest, FillsThePanelOfTheMaster) {
     manager.SetActiveLayer(camera, 1, true);
     EXPECT_EQ(panel.activeCamera, camera);
     EXPECT_EQ(panel.activeIndex, 1);
-    DialogManager::SetLayerManagerPanel(nullptr);
+    DialogManager::Shutdown();
 }
 
 } // namespace

@@ -130,11 +130,11 @@ TEST_F(BaseNodeTest, PrepareForDrawTellsWhyNot) {
 
     Settings::alwaysDisplayNewLayerDialog = true;
     int dialogs = 0;
-    DialogManager::SetNewLayerDialog([&] { ++dialogs; });
+    DialogManager::RegisterDialog(DialogManager::Dialog::NewLayer, [&](QWidget*) { ++dialogs; });
     EXPECT_FALSE(prepare());
     EXPECT_EQ(dialogs, 1);
     EXPECT_EQ(node->LayerCount(PERSP), 0);
-    DialogManager::SetNewLayerDialog(nullptr);
+    DialogManager::RegisterDialog(DialogManager::Dialog::NewLayer, nullptr);
     Settings::alwaysDisplayNewLayerDialog = false;
 
     EXPECT_TRUE(prepare());

@@ -1,0 +1,421 @@
+#include "commands/FrameCommand.h"
+
+#include "commands/CameraArgument.h"
+#include "commands/PlaybackTimeScope.h"
+#include "core/Frame.h"
+#include "core/FrameRange.h"
+#include "core/FrameTime.h"
+#include "core/LayerState.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+
+#include <maya/MArgDatabase.h>
+#include <maya/MArgList.h>
+#include <maya/MStringArray.h>
+
+#include <algorithm>
+
+namespace vellix {
+
+namespace {
+
+/// More than a layer can reasonably hold: a range that was not meant must not fill the memory.
+constexpr qint64 MOST_FRAMES_INSERTED = 100000;
+
+std::vector<int> GetTimes(const Layer& layer) {
+    std::vector<int> times;
+    for (int i = 0; i < layer.FrameCount(); ++i) {
+        times.push_back(layer.GetFrame(i)->GetTimeValue());
+    }
+    return times;
+}
+
+MStatus Refuse(const QString& message) {
+    Logger::Error(message);
+    return MS::kFailure;
+}
+
+} // namespace
+
+// The first operation of the table whose flag is given is the one that is done.
+const FrameCommand::Operation FrameCommand::OPERATIONS[] = {
+    {"-ins", &FrameCommand::InsertFrame, &FrameCommand::InsertFrameUndo,
+     "Cannot add frames to a locked layer"},
+    {"-dup", &FrameCommand::DuplicateFrame, &FrameCommand::DuplicateFrameUndo,
+     "Cannot duplicate frames on a locked layer"},
+    {"-del", &FrameCommand::DeleteFrames, &FrameCommand::ExchangeUndo,
+     "Cannot remove frames from a locked layer"},
+    {"-cut", &FrameCommand::CutFrames, &FrameCommand::ExchangeUndo, "Cannot cut frames from a locked layer"},
+    {"-cp", &FrameCommand::CopyFrames, nullptr, nullptr},
+    {"-pst", &FrameCommand::PasteFrames, &FrameCommand::ExchangeUndo,
+     "Cannot paste frames to a locked layer"},
+    {"-clr", &FrameCommand::ClearFrames, &FrameCommand::ExchangeUndo, nullptr},
+    {"-sf", &FrameCommand::StepForward, &FrameCommand::StepUndo, nullptr},
+    {"-sb", &FrameCommand::StepBack, &FrameCommand::StepUndo, nullptr},
+    {"-ret", &FrameCommand::RetimeFrames, &FrameCommand::RetimeFramesUndo, nullptr},
+    {"-mv", &FrameCommand::MoveFrames, &FrameCommand::MoveFramesUndo, nullptr},
+};
+
+FrameCommand::~FrameCommand() = default;
+
+void* FrameCommand::Creator() {
+    return new FrameCommand();
+}
+
+MString FrameCommand::GetCommandName() {
+    return MayaUtil::ToMString(Settings::FRAME_COMMAND_NAME);
+}
+
+MSyntax FrameCommand::CommandSyntax() {
+    MSyntax syntax;
+    syntax.setObjectType(MSyntax::kStringObjects);
+    syntax.addFlag("-ins", "-insert");
+    syntax.addFlag("-dup", "-duplicate");
+    syntax.addFlag("-del", "-delete");
+    syntax.addFlag("-cut", "-cutFrame");
+    syntax.addFlag("-cp", "-copy");
+    syntax.addFlag("-pst", "-paste");
+    syntax.addFlag("-clr", "-clear");
+    syntax.addFlag("-sf", "-stepForward");
+    syntax.addFlag("-sb", "-stepBack");
+    syntax.addFlag("ret", "retime", MSyntax::kLong);
+    syntax.addFlag("rel", "relative");
+    syntax.addFlag("mvn", "moveToNext");
+    syntax.addFlag("mv", "move", MSyntax::kLong, MSyntax::kLong, MSyntax::kLong);
+    return syntax;
+}
+
+// --- the command ------------------------------------------------------------------------------------------
+
+MStatus FrameCommand::Parse(const MArgList& args) {
+    MStatus status;
+    const MArgDatabase arguments(syntax(), args, &status);
+    if (!status) {
+        return status;
+    }
+    MStringArray objects;
+    arguments.getObjects(objects);
+    m_camera = CameraArgument::Resolve(objects.length() > 0 ? MayaUtil::ToQString(objects[0]) : QString(),
+                                       m_node, "Camera not specified");
+    if (m_camera.isEmpty()) {
+        return MS::kFailure;
+    }
+    const auto* const operation =
+        std::find_if(std::begin(OPERATIONS), std::end(OPERATIONS),
+                     [&arguments](const Operation& o) { return arguments.isFlagSet(o.flag); });
+    if (operation != std::end(OPERATIONS)) {
+        m_operation = operation;
+    }
+    if (arguments.isFlagSet("-ret")) {
+        m_retiming = Retiming(arguments.flagArgumentInt("-ret", 0), arguments.isFlagSet("-rel"));
+        m_moveToNext = arguments.isFlagSet("-mvn");
+    }
+    if (arguments.isFlagSet("-mv")) {
+        m_move = FrameMove(arguments.flagArgumentInt("-mv", 0), arguments.flagArgumentInt("-mv", 1),
+                           arguments.flagArgumentInt("-mv", 2));
+    }
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::doIt(const MArgList& args) {
+    m_node = BaseNode::GetMaster();
+    const MStatus status = Parse(args);
+    if (!status) {
+        return status;
+    }
+    if (m_node) {
+        m_layerIndex = m_node->GetActiveLayerIndex(m_camera);
+    }
+    return redoIt();
+}
+
+MStatus FrameCommand::redoIt() {
+    m_node = BaseNode::GetMaster();
+    if (!m_node) {
+        const bool inserts = m_operation && m_operation->redo == &FrameCommand::InsertFrame;
+        return Refuse(inserts ? "Failed to insert key. Node does not exist." : "Node not found");
+    }
+    if (!m_operation) {
+        return MS::kFailure;
+    }
+    if (m_operation->locked && IsLocked()) {
+        return Refuse(m_operation->locked);
+    }
+    m_undoable = m_operation->undo != nullptr;
+    MStatus status = (this->*m_operation->redo)();
+    m_hasRun = m_hasRun || status;
+    return status;
+}
+
+MStatus FrameCommand::undoIt() {
+    m_node = BaseNode::GetMaster();
+    if (!m_node) {
+        return MS::kFailure;
+    }
+    return (this->*m_operation->undo)();
+}
+
+Layer* FrameCommand::GetLayer() const {
+    return m_node->GetLayer(m_camera, m_layerIndex);
+}
+
+bool FrameCommand::IsLocked() const {
+    const Layer* const layer = GetLayer();
+    return layer && layer->GetState() == LayerState::Locked;
+}
+
+// --- frames that come and go ------------------------------------------------------------------------------
+
+MStatus FrameCommand::Exchange() {
+    Layer* const layer = GetLayer();
+    if (!layer) {
+        return MS::kSuccess; // a camera without layers has no frames
+    }
+    const bool done = m_exchange.Do(*layer);
+    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    return done ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus FrameCommand::ExchangeUndo() {
+    Layer* const layer = GetLayer();
+    if (!layer) {
+        return MS::kSuccess;
+    }
+    const bool undone = m_exchange.Undo(*layer);
+    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    return undone ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus FrameCommand::InsertFrame() {
+    if (!m_hasRun) {
+        const MStatus planned = PlanInsert();
+        if (!planned) {
+            return planned;
+        }
+    }
+    if (!PrepareLayer()) {
+        return Refuse("Failed to create layer for frame");
+    }
+    return Exchange();
+}
+
+MStatus FrameCommand::PlanInsert() {
+    const FrameRange range = FrameRange::FromTimeSlider();
+    if (qint64(range.end) - range.start > MOST_FRAMES_INSERTED) {
+        return Refuse(QString("Cannot insert more than %1 frames").arg(MOST_FRAMES_INSERTED));
+    }
+    const Layer* const layer = GetLayer();
+    for (int time = range.start; time < range.end; ++time) {
+        if (!layer || !layer->FrameExists(time)) {
+            m_exchange.PutBlank(FromWholeFrames(time));
+        }
+    }
+    return MS::kSuccess;
+}
+
+/// A camera without layers gets its first one. Made once: a redo gives the same layer back.
+bool FrameCommand::PrepareLayer() {
+    if (m_createdLayer) {
+        return m_node->InsertLayer(m_camera, m_layerIndex, m_createdLayer.release()) >= 0;
+    }
+    if (m_hasRun || m_node->LayerCount(m_camera) > 0) {
+        return true;
+    }
+    m_before.Remember(*m_node, {m_camera});
+    m_layerIndex = m_node->InsertLayer(m_camera, -1, QString());
+    m_layerCreated = m_layerIndex >= 0;
+    return m_layerCreated;
+}
+
+MStatus FrameCommand::InsertFrameUndo() {
+    const MStatus undone = ExchangeUndo();
+    if (m_layerCreated) {
+        m_createdLayer.reset(m_node->RemoveLayer(m_camera, m_layerIndex));
+        m_before.Restore(*m_node);
+    }
+    return undone;
+}
+
+MStatus FrameCommand::DuplicateFrame() {
+    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanDuplicate();
+    return planned ? Exchange() : planned;
+}
+
+MStatus FrameCommand::PlanDuplicate() {
+    const Layer* const layer = GetLayer();
+    if (layer && layer->FrameExists()) {
+        return Refuse("A frame already exists at the current time.");
+    }
+    const Frame* const previous = layer ? layer->GetPreviousFrame(false) : nullptr;
+    if (!previous) {
+        return MS::kFailure;
+    }
+    std::unique_ptr<Frame> copy(new Frame(*previous));
+    copy->SetTimeValue(MayaUtil::GetPlaybackTimeValue());
+    m_exchange.Put(std::move(copy));
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::DuplicateFrameUndo() {
+    const MStatus undone = ExchangeUndo();
+    return m_exchange.HasWaiting() ? undone : Refuse("Failed to undo duplicate frame operation.");
+}
+
+void FrameCommand::PlanRemoval(bool blanks) {
+    const FrameRange range = FrameRange::FromTimeSlider();
+    const Layer* const layer = GetLayer();
+    std::vector<int> times;
+    for (int i = 0; layer && i < layer->FrameCount(); ++i) {
+        const Frame* const frame = layer->GetFrame(i);
+        const int time = frame->GetTimeValue();
+        // After a change of the time unit two frames may fall on the same time.
+        if (range.Contains(time) && (times.empty() || times.back() != time)) {
+            times.push_back(time);
+            if (blanks) {
+                m_exchange.PutBlank(frame->GetTime());
+            }
+        }
+    }
+    m_exchange.TakeOut(std::move(times));
+}
+
+MStatus FrameCommand::DeleteFrames() {
+    if (!m_hasRun) {
+        PlanRemoval(false);
+    }
+    return Exchange();
+}
+
+MStatus FrameCommand::CutFrames() {
+    if (!m_hasRun) {
+        m_node->CopyFramesToClipboard(m_camera);
+    }
+    return DeleteFrames();
+}
+
+MStatus FrameCommand::ClearFrames() {
+    if (!m_hasRun) {
+        PlanRemoval(true);
+    }
+    return Exchange();
+}
+
+MStatus FrameCommand::CopyFrames() {
+    m_node->CopyFramesToClipboard(m_camera);
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::PasteFrames() {
+    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanPaste();
+    return planned ? Exchange() : planned;
+}
+
+MStatus FrameCommand::PlanPaste() {
+    const FrameRange range = FrameRange::FromTimeSlider();
+    std::vector<int> times;
+    for (const Frame* frame : m_node->GetClipboardFrames()) {
+        const qint64 time = qint64(range.start) + frame->GetTimeValue();
+        if (!IsWholeFrame(time)) {
+            return Refuse(QString("Paste Failed. Time %1 is out of range").arg(time));
+        }
+        std::unique_ptr<Frame> copy(new Frame(*frame));
+        copy->SetTimeValue(int(time));
+        times.push_back(int(time));
+        m_exchange.Put(std::move(copy));
+    }
+    m_exchange.TakeOut(std::move(times));
+    return MS::kSuccess;
+}
+
+// --- time -------------------------------------------------------------------------------------------------
+
+MStatus FrameCommand::StepForward() {
+    return StepTo(m_node->GetNextFrame(m_camera, true));
+}
+
+MStatus FrameCommand::StepBack() {
+    return StepTo(m_node->GetPreviousFrame(m_camera, true));
+}
+
+MStatus FrameCommand::StepTo(const Frame* frame) {
+    m_previousTime = MayaUtil::GetPlaybackTime();
+    if (frame) {
+        PlaybackTimeScope::SetTime(FromWholeFrames(frame->GetTimeValue()));
+    }
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::StepUndo() {
+    PlaybackTimeScope::SetTime(m_previousTime);
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::RetimeFrames() {
+    Layer* const layer = GetLayer();
+    if (!layer || layer->FrameCount() < 1) {
+        return MS::kFailure;
+    }
+    const std::vector<int> times = GetTimes(*layer);
+    if (!m_hasRun) {
+        const FrameRange range = FrameRange::FromTimeSlider();
+        m_retiming.SetRange(range.start, range.end, times);
+    }
+    QList<int> newTimes;
+    for (const qint64 time : m_retiming.GetTimes(times)) {
+        if (!IsWholeFrame(time)) {
+            return Refuse(QString("Retime Failed. Time %1 is out of range").arg(time));
+        }
+        newTimes.append(int(time));
+    }
+    m_frameTimes.clear();
+    for (int i = 0; i < layer->FrameCount(); ++i) {
+        m_frameTimes.push_back(layer->GetFrame(i)->GetTime());
+    }
+    m_previousTime = MayaUtil::GetPlaybackTime();
+    layer->SetFrameTimes(newTimes);
+    PlaybackTimeScope::SetTime(FromWholeFrames(newTimes[m_retiming.FindTarget(times, m_moveToNext)]));
+    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::RetimeFramesUndo() {
+    Layer* const layer = GetLayer();
+    if (!layer || layer->FrameCount() != int(m_frameTimes.size())) {
+        return MS::kFailure;
+    }
+    for (int i = 0; i < layer->FrameCount(); ++i) {
+        layer->GetFrame(i)->SetTime(m_frameTimes[std::size_t(i)]);
+    }
+    PlaybackTimeScope::SetTime(m_previousTime);
+    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::MoveFrames() {
+    Layer* const layer = GetLayer();
+    if (!layer || m_move.IsStill()) {
+        BaseNode::UpdateTimeControlOverlay();
+        return MS::kSuccess;
+    }
+    QString refusal;
+    if (!m_move.Do(*layer, refusal)) {
+        return Refuse(refusal);
+    }
+    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::MoveFramesUndo() {
+    Layer* const layer = GetLayer();
+    if (!layer || m_move.IsStill()) {
+        BaseNode::UpdateTimeControlOverlay();
+        return MS::kSuccess;
+    }
+    const bool undone = m_move.Undo(*layer);
+    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    return undone ? MS::kSuccess : MS::kFailure;
+}
+
+} // namespace vellix

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "commands/ActiveLayers.h"
+#include "commands/FrameExchange.h"
+#include "commands/FrameMove.h"
+#include "commands/Retiming.h"
+
+#include <maya/MPxCommand.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+#include <maya/MSyntax.h>
+#include <maya/MTime.h>
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class MArgList;
+
+namespace vellix {
+
+class BaseNode;
+class Frame;
+
+/// "qmVellixFrame": edits the keyed frames of the active layer of one camera, whose name is the command's
+/// object; the active camera without one. Most operations take the frames in the highlighted range of the
+/// time slider (the current frame when nothing is highlighted). What an operation found at its first run,
+/// range, layer and frames, is what undo and redo work with.
+class FrameCommand : public MPxCommand {
+public:
+    FrameCommand() = default;
+    ~FrameCommand() override;
+
+    static void* Creator();
+    static MSyntax CommandSyntax();
+    static MString GetCommandName();
+
+    MStatus doIt(const MArgList& args) override;
+    MStatus redoIt() override;
+    MStatus undoIt() override;
+    bool isUndoable() const override { return m_undoable; }
+
+private:
+    using Step = MStatus (FrameCommand::*)();
+
+    /// One row of the table of operations: the flag that asks for it, the change, its reversal (none where
+    /// nothing changes), and what is said when the layer is locked (null where that does not matter).
+    struct Operation {
+        const char* flag;
+        Step redo;
+        Step undo;
+        const char* locked;
+    };
+    static const Operation OPERATIONS[];
+
+    MStatus Parse(const MArgList& args);
+
+    MStatus InsertFrame();
+    MStatus InsertFrameUndo();
+    MStatus DuplicateFrame();
+    MStatus DuplicateFrameUndo();
+    MStatus DeleteFrames();
+    MStatus CutFrames();
+    MStatus CopyFrames();
+    MStatus PasteFrames();
+    MStatus ClearFrames();
+    MStatus StepForward();
+    MStatus StepBack();
+    MStatus StepUndo();
+    MStatus RetimeFrames();
+    MStatus RetimeFramesUndo();
+    MStatus MoveFrames();
+    MStatus MoveFramesUndo();
+
+    // What the first run finds out for Exchange.
+    MStatus PlanInsert();
+    MStatus PlanDuplicate();
+    MStatus PlanPaste();
+    /// The frames of the range go out; with `blanks` empty ones come in for them.
+    void PlanRemoval(bool blanks);
+    MStatus Exchange();
+    MStatus ExchangeUndo();
+    bool PrepareLayer();
+    MStatus StepTo(const Frame* frame);
+
+    /// The layer that the command edits, null for none: the active one at the first run.
+    Layer* GetLayer() const;
+    bool IsLocked() const;
+
+    const Operation* m_operation = nullptr;
+    bool m_undoable = false;
+    bool m_hasRun = false;
+    BaseNode* m_node = nullptr;
+    QString m_camera;
+    int m_layerIndex = -1;
+
+    bool m_layerCreated = false;
+    std::unique_ptr<Layer> m_createdLayer; ///< the layer that inserting made, while it is undone
+    ActiveLayers m_before;                 ///< what was active before that
+
+    FrameExchange m_exchange;
+    FrameMove m_move;
+    Retiming m_retiming;
+    bool m_moveToNext = false;
+    std::vector<MTime> m_frameTimes; ///< before retiming
+    MTime m_previousTime;            ///< the playback time before stepping or retiming
+};
+
+} // namespace vellix

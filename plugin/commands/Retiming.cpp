@@ -1,0 +1,46 @@
+#include "commands/Retiming.h"
+
+#include <algorithm>
+
+namespace vellix {
+
+Retiming::Retiming(int amount, bool relative)
+    : m_amount(amount)
+    , m_relative(relative) {}
+
+void Retiming::SetRange(int start, int end, const std::vector<int>& times) {
+    const auto later = std::upper_bound(times.begin(), times.end(), start);
+    m_start = later == times.begin() ? start : *(later - 1);
+    m_end = end; // all that starts before it is in the range, wherever it lies between two drawings
+}
+
+int Retiming::FindTarget(const std::vector<int>& times, bool next) const {
+    const int count = int(times.size());
+    const int later = int(std::upper_bound(times.begin(), times.end(), m_start) - times.begin());
+    if (later == count) {
+        return count - 1;
+    }
+    return next ? later : std::max(later - 1, 0);
+}
+
+qint64 Retiming::GetHoldChange(const std::vector<int>& times, std::size_t index) const {
+    if (times[index] < m_start || times[index] >= m_end || index + 1 == times.size()) {
+        return 0;
+    }
+    return m_relative ? m_amount : m_amount - (qint64(times[index + 1]) - times[index]);
+}
+
+std::vector<qint64> Retiming::GetTimes(const std::vector<int>& times) const {
+    std::vector<qint64> result;
+    qint64 shift = 0;
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        if (i > 0 && times[i] + shift <= result.back()) {
+            shift = result.back() + 1 - times[i];
+        }
+        result.push_back(times[i] + shift);
+        shift += GetHoldChange(times, i);
+    }
+    return result;
+}
+
+} // namespace vellix
