@@ -239,14 +239,6 @@ void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCo
     }
 }
 
-std::string EnumFieldsText(const Attribute& attribute) {
-    std::string text;
-    for (const auto& field : attribute.enumFields) {
-        text += (text.empty() ? "" : ":") + field.first;
-    }
-    return text;
-}
-
 Value DefaultOf(const Attribute& attribute) {
     const AttributeValue value = attribute.Default();
     const double* number = std::get_if<double>(&value);

@@ -35,14 +35,6 @@ Value::StringArray NamesOf(const std::vector<std::shared_ptr<Attribute>>& attrib
     return names;
 }
 
-Value::StringArray EnumNames(const Attribute& attribute) {
-    std::string text;
-    for (const auto& field : attribute.enumFields) {
-        text += (text.empty() ? "" : ":") + field.first;
-    }
-    return {text};
-}
-
 Value AttributeQuery(CommandCall& call) {
     const std::string name = call.Object(0).AsString();
     std::shared_ptr<Attribute> attribute;
@@ -98,7 +90,7 @@ Value AttributeQuery(CommandCall& call) {
         return numbers ? *numbers : Value::FloatArray{};
     }
     if (call.Has("-listEnum")) {
-        return EnumNames(*attribute);
+        return Value::StringArray{EnumFieldsText(*attribute)};
     }
     if (call.Has("-numberOfChildren")) {
         return static_cast<int>(attribute->Children().size());

@@ -124,8 +124,9 @@ NodeList MatchingAsAsked(const CommandCall& call, const std::string& pattern) {
     if (call.Has("-recursive") && call.Bool("-recursive") &&
         pattern.find_first_of(":|") == std::string::npos) {
         for (const std::string& nameSpace : scene.Namespaces()) {
-            for (const std::shared_ptr<Node>& node :
-                 SortedByName(scene.Matching(nameSpace + ":" + pattern))) {
+            std::string inside = nameSpace;
+            inside.append(":").append(pattern);
+            for (const std::shared_ptr<Node>& node : SortedByName(scene.Matching(inside))) {
                 AddUnique(nodes, node);
             }
         }

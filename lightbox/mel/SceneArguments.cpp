@@ -111,7 +111,7 @@ NodeList ObjectsOrSelection(const CommandCall& call) {
         return NodesNamed(call, names);
     }
     const FileReader* reader = ReaderOf(call);
-    const NodeList selected = reader ? NodeList{reader->Current()} : call.GetHost().scene().selection().Get();
+    NodeList selected = reader ? NodeList{reader->Current()} : call.GetHost().scene().selection().Get();
     if (selected.empty() || !selected.front()) {
         call.Fail("No object was specified.");
     }
@@ -134,9 +134,7 @@ std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& tex
     }
     const FileReader* reader = ReaderOf(call);
     const NodeList& selected = call.GetHost().scene().selection().Get();
-    const std::shared_ptr<Node> node = reader             ? reader->Current()
-                                       : selected.empty() ? nullptr
-                                                          : selected.front();
+    std::shared_ptr<Node> node = reader ? reader->Current() : selected.empty() ? nullptr : selected.front();
     if (!node) {
         call.Fail("No object matches name: " + text);
     }
@@ -146,6 +144,14 @@ std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& tex
 Plug PlugNamed(const CommandCall& call, const std::string& text) {
     const std::shared_ptr<Node> node = NodeOfPlug(call, text);
     return SettingApplier::Resolve(node, text.substr(text.find('.') + 1), 1).front();
+}
+
+std::string EnumFieldsText(const Attribute& attribute) {
+    std::string text;
+    for (const auto& field : attribute.enumFields) {
+        text += (text.empty() ? "" : ":") + field.first;
+    }
+    return text;
 }
 
 std::string ShownName(const Node& node, bool wholePath) {

@@ -47,6 +47,9 @@ Plug PlugNamed(const CommandCall& call, const std::string& text);
 /// The node part of such a text.
 std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& text);
 
+/// The names of an enum's fields as addAttr takes them: "low:high".
+std::string EnumFieldsText(const Attribute& attribute);
+
 /// What commands answer for nodes: names or shortest paths, or whole paths.
 std::string ShownName(const Node& node, bool wholePath = false);
 Value ShownNames(const NodeList& nodes, bool wholePath = false);

@@ -13,6 +13,7 @@ namespace lightbox::mel {
 namespace {
 
 using Imath::V3d;
+using namespace std::string_literals;
 
 /// The numbers and objects of move, rotate and scale: three numbers, or as many as axes are named, then
 /// objects.
@@ -125,12 +126,14 @@ class AxisSyntax {
 public:
     explicit AxisSyntax(const std::string& verb) {
         builder_.Flag("-a", "-absolute").Flag("-r", "-relative");
-        for (const std::string axes : {"X", "Y", "Z", "XY", "XZ", "YZ", "XYZ"}) {
+        for (const std::string& axes : {"X"s, "Y"s, "Z"s, "XY"s, "XZ"s, "YZ"s, "XYZ"s}) {
             std::string shortName = "-";
+            std::string longName = "-";
+            longName.append(verb).append(axes);
             for (const char axis : axes) {
                 shortName += static_cast<char>(axis - 'X' + 'x');
             }
-            builder_.Flag(shortName.c_str(), ("-" + verb + axes).c_str());
+            builder_.Flag(shortName.c_str(), longName.c_str());
         }
         builder_.Objects(1);
     }

@@ -177,3 +177,65 @@ TEST_F(UndoQueueTest, FiresItsEventsWhenItIsReadyForMore) {
     EXPECT_FALSE(queue_.Redo());
     EXPECT_EQ(order, "undo redo ");
 }
+
+TEST_F(UndoQueueTest, AnAttemptThatIsNotCommittedTakesItsEditsBack) {
+    Push('r');
+    queue_.Undo();
+    Log();
+    {
+        UndoQueue::Attempt attempt(queue_);
+        Push('a');
+        {
+            UndoQueue::Attempt inner(queue_);
+            Push('b');
+            inner.Commit();
+        }
+        {
+            UndoQueue::Attempt inner(queue_);
+            Push('c');
+        }
+        EXPECT_EQ(Log(), "-c ~c ");
+        Push('d');
+    }
+    EXPECT_EQ(Log(), "-d ~d -b ~b -a ~a ");
+    EXPECT_FALSE(queue_.CanUndo());
+    EXPECT_TRUE(queue_.CanRedo()) << "what could be redone before still can";
+    {
+        UndoQueue::Attempt attempt(queue_);
+        const UndoQueue::Pause pause(queue_);
+        Push('e');
+    }
+    EXPECT_EQ(Log(), "-e ~e ") << "edits that are not recorded are taken back, too";
+}
+
+TEST_F(UndoQueueTest, ACommittedAttemptPassesItsEditsOn) {
+    queue_.OpenChunk("both");
+    {
+        UndoQueue::Attempt attempt(queue_);
+        Push('a');
+        {
+            const UndoQueue::Pause pause(queue_);
+            Push('x');
+        }
+        Push('b');
+        attempt.Commit();
+    }
+    queue_.CloseChunk();
+    EXPECT_EQ(Log(), "~x ");
+    EXPECT_EQ(queue_.Names(), (std::vector<std::string>{"both"}));
+    queue_.Undo();
+    EXPECT_EQ(Log(), "-b -a ");
+    {
+        // What settles while an attempt runs is no longer its own.
+        UndoQueue::Attempt attempt(queue_);
+        Push('c');
+        EXPECT_TRUE(queue_.Undo());
+        Push('d');
+        queue_.Flush();
+        Push('e');
+    }
+    const std::string log = Log();
+    EXPECT_NE(log.find("-c "), std::string::npos) << log;
+    EXPECT_EQ(log.find("-d "), std::string::npos) << log;
+    EXPECT_NE(log.find("-e "), std::string::npos) << log;
+}
