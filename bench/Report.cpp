@@ -59,8 +59,8 @@ bool Collect(const QString& path, Measurements& measurements) {
     return ok;
 }
 
-/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second, times "scale" where the
-/// two do not do the same amount) or "counter" of a benchmark.
+/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second, times "scale" where
+/// the two do not do the same amount) or "counter" of a benchmark.
 double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     const auto time = [&](const QJsonValue& name) {
         const auto found = measurements.constFind(name.toString());
