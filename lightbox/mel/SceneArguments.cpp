@@ -111,7 +111,7 @@ NodeList ObjectsOrSelection(const CommandCall& call) {
         return NodesNamed(call, names);
     }
     const FileReader* reader = ReaderOf(call);
-    const NodeList selected = reader ? NodeList{reader->Current()} : call.GetHost().scene().selection().Get();
+    NodeList selected = reader ? NodeList{reader->Current()} : call.GetHost().scene().selection().Get();
     if (selected.empty() || !selected.front()) {
         call.Fail("No object was specified.");
     }

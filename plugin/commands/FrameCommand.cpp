@@ -26,6 +26,7 @@ constexpr qint64 MOST_FRAMES_INSERTED = 100000;
 
 std::vector<int> GetTimes(const Layer& layer) {
     std::vector<int> times;
+    times.reserve(std::size_t(layer.FrameCount()));
     for (int i = 0; i < layer.FrameCount(); ++i) {
         times.push_back(layer.GetFrame(i)->GetTimeValue());
     }
@@ -121,7 +122,7 @@ MStatus FrameCommand::Parse(const MArgList& args) {
 
 MStatus FrameCommand::doIt(const MArgList& args) {
     m_node = BaseNode::GetMaster();
-    const MStatus status = Parse(args);
+    MStatus status = Parse(args);
     if (!status) {
         return status;
     }
@@ -190,7 +191,7 @@ MStatus FrameCommand::ExchangeUndo() {
 
 MStatus FrameCommand::InsertFrame() {
     if (!m_hasRun) {
-        const MStatus planned = PlanInsert();
+        MStatus planned = PlanInsert();
         if (!planned) {
             return planned;
         }
@@ -230,7 +231,7 @@ bool FrameCommand::PrepareLayer() {
 }
 
 MStatus FrameCommand::InsertFrameUndo() {
-    const MStatus undone = ExchangeUndo();
+    MStatus undone = ExchangeUndo();
     if (m_layerCreated) {
         m_createdLayer.reset(m_node->RemoveLayer(m_camera, m_layerIndex));
         m_before.Restore(*m_node);
@@ -239,7 +240,7 @@ MStatus FrameCommand::InsertFrameUndo() {
 }
 
 MStatus FrameCommand::DuplicateFrame() {
-    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanDuplicate();
+    MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanDuplicate();
     return planned ? Exchange() : planned;
 }
 
@@ -259,7 +260,7 @@ MStatus FrameCommand::PlanDuplicate() {
 }
 
 MStatus FrameCommand::DuplicateFrameUndo() {
-    const MStatus undone = ExchangeUndo();
+    MStatus undone = ExchangeUndo();
     return m_exchange.HasWaiting() ? undone : Refuse("Failed to undo duplicate frame operation.");
 }
 
@@ -308,7 +309,7 @@ MStatus FrameCommand::CopyFrames() {
 }
 
 MStatus FrameCommand::PasteFrames() {
-    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanPaste();
+    MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanPaste();
     return planned ? Exchange() : planned;
 }
 
