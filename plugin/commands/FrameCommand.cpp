@@ -4,8 +4,8 @@
 #include "commands/PlaybackTimeScope.h"
 #include "core/Frame.h"
 #include "core/FrameRange.h"
-#include "core/FrameTime.h"
 #include "core/LayerState.h"
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -20,9 +20,6 @@
 namespace vellix {
 
 namespace {
-
-/// More than a layer can reasonably hold: a range that was not meant must not fill the memory.
-constexpr qint64 MOST_FRAMES_INSERTED = 100000;
 
 std::vector<int> GetTimes(const Layer& layer) {
     std::vector<int> times;
@@ -204,8 +201,8 @@ MStatus FrameCommand::InsertFrame() {
 
 MStatus FrameCommand::PlanInsert() {
     const FrameRange range = FrameRange::FromTimeSlider();
-    if (qint64(range.end) - range.start > MOST_FRAMES_INSERTED) {
-        return Refuse(QString("Cannot insert more than %1 frames").arg(MOST_FRAMES_INSERTED));
+    if (!range.CanBeFilled()) {
+        return Refuse(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
     }
     const Layer* const layer = GetLayer();
     for (int time = range.start; time < range.end; ++time) {
