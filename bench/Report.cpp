@@ -48,7 +48,8 @@ using Measurements = QHash<QString, QJsonObject>;
 bool Collect(const QString& path, Measurements& measurements) {
     bool ok = false;
     const QJsonObject results = ReadObject(path, ok);
-    for (const QJsonValue& value : results["benchmarks"].toArray()) {
+    const QJsonArray runs = results["benchmarks"].toArray();
+    for (const auto& value : runs) {
         const QJsonObject run = value.toObject();
         const QString name = run["run_name"].toString();
         if (run["run_type"].toString() == "aggregate" ? run["aggregate_name"].toString() == "median"
@@ -59,8 +60,8 @@ bool Collect(const QString& path, Measurements& measurements) {
     return ok;
 }
 
-/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second, times "scale" where the
-/// two do not do the same amount) or "counter" of a benchmark.
+/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second, times "scale" where
+/// the two do not do the same amount) or "counter" of a benchmark.
 double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     const auto time = [&](const QJsonValue& name) {
         const auto found = measurements.constFind(name.toString());
@@ -114,7 +115,8 @@ int main(int argc, char** argv) {
     bool readable = false;
     const QJsonObject figures = ReadObject(arguments[1], readable);
     ok = ok && readable;
-    for (const QJsonValue& figure : figures["figures"].toArray()) {
+    const QJsonArray wanted = figures["figures"].toArray();
+    for (const auto& figure : wanted) {
         ok = Print(figure.toObject(), measurements) && ok;
     }
     return ok ? 0 : 1;

@@ -13,7 +13,6 @@
 #include <vector>
 
 using vellix::DrawUtil;
-using vellix::Stroke;
 using vellix::StrokePoint;
 using vellix::ToolType;
 

@@ -1,7 +1,7 @@
 // Runs the tests with a Qt application, so that fonts and painters work.
-#include <gtest/gtest.h>
-
 #include <QApplication>
+
+#include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);

@@ -68,7 +68,7 @@ std::string SceneFiles::AbsolutePath(const std::string& path) {
 }
 
 std::string SceneFiles::FindFile(const std::string& path) {
-    const std::string whole = AbsolutePath(path);
+    std::string whole = AbsolutePath(path);
     for (const char* suffix : {"", ".ma", ".lbx"}) {
         if (QFileInfo(QString::fromStdString(whole + suffix)).isFile()) {
             return whole + suffix;
@@ -262,8 +262,7 @@ std::string SceneFiles::AddReference(const std::string& path, const std::string&
         throw FileError("Reference file not found: " + file);
     }
     const std::string base = QFileInfo(QString::fromStdString(file)).completeBaseName().toStdString();
-    const std::string added =
-        references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
+    std::string added = references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
     isForcedModified_ = true;
     return added;
 }

@@ -48,9 +48,7 @@ void AddHierarchy(NodeList& nodes) {
 NodeList Targets(const CommandCall& call) {
     Scene& scene = call.GetHost().scene();
     NodeList nodes;
-    if (call.Has("-all")) {
-        nodes = TopLevel(scene);
-    } else if (call.Has("-allDagObjects")) {
+    if (call.Has("-all") || call.Has("-allDagObjects")) {
         nodes = TopLevel(scene);
     } else if (call.Has("-allDependencyNodes")) {
         nodes = scene.Nodes();

@@ -25,7 +25,8 @@ public:
 
     /// Errors reported so far; a batch run's exit status depends on it.
     int ErrorCount() const { return errors_; }
-    /// Sets the count back to what it was: what was reported since belongs to an error that a script has caught.
+    /// Sets the count back to what it was: what was reported since belongs to an error that a script has
+    /// caught.
     void ForgiveErrors(int count) { errors_ = count; }
 
     /// Replaces the sink and returns the one before; an empty function stands for standard output and error.

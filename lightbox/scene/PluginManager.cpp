@@ -88,8 +88,12 @@ std::string PluginManager::FindFile(const std::string& nameOrPath) {
     if (nameOrPath.find('/') != std::string::npos || nameOrPath.find('\\') != std::string::npos) {
         return withSuffix(SceneFiles::AbsolutePath(nameOrPath));
     }
+    if (nameOrPath.empty()) {
+        return {};
+    }
+    const std::string below = "/" + nameOrPath;
     for (const std::string& folder : SearchPath()) {
-        const std::string found = nameOrPath.empty() ? std::string() : withSuffix(folder + "/" + nameOrPath);
+        const std::string found = withSuffix(folder + below);
         if (!found.empty()) {
             return SceneFiles::AbsolutePath(found);
         }

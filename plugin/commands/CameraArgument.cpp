@@ -4,15 +4,33 @@
 #include "host/MayaUtil.h"
 #include "node/BaseNode.h"
 
+#include <maya/MArgDatabase.h>
+#include <maya/MStringArray.h>
+
 namespace vellix {
+
+bool CameraArgument::Check(const QString& camera) {
+    const bool exists = MayaUtil::CameraExists(camera);
+    if (!exists) {
+        Logger::Error(QString("Camera does not exist: %1").arg(camera));
+    }
+    return exists;
+}
+
+QString CameraArgument::Require(const MArgDatabase& arguments) {
+    MStringArray objects;
+    arguments.getObjects(objects);
+    if (objects.length() == 0) {
+        Logger::Error("Camera not specified");
+        return QString();
+    }
+    QString camera = MayaUtil::ToQString(objects[0]);
+    return Check(camera) ? camera : QString();
+}
 
 QString CameraArgument::Resolve(const QString& named, const BaseNode* node, const char* missing) {
     if (!named.isEmpty()) {
-        if (MayaUtil::CameraExists(named)) {
-            return named;
-        }
-        Logger::Error(QString("Camera does not exist: %1").arg(named));
-        return QString();
+        return Check(named) ? named : QString();
     }
     QString active = node ? node->GetActiveCamera() : QString();
     if (active.isEmpty()) {

@@ -1,7 +1,9 @@
 #include "commands/ExportCommand.h"
 
 #include "commands/CameraArgument.h"
+#include "commands/FlagArgument.h"
 #include "core/LayerManager.h"
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -29,16 +31,6 @@ namespace {
 bool Refuse(const QString& message) {
     Logger::Error(message);
     return false;
-}
-
-QString StringArgument(const MArgDatabase& arguments, const char* flag) {
-    MString value;
-    return arguments.isFlagSet(flag) && arguments.getFlagArgument(flag, 0, value) ? MayaUtil::ToQString(value)
-                                                                                  : QString();
-}
-
-int FrameOf(const MTime& time) {
-    return static_cast<int>(time.as(MTime::uiUnit()));
 }
 
 /// A folder that is missing is made: a render of that name is what was asked for.
@@ -133,8 +125,7 @@ MStatus ExportCommand::doIt(const MArgList& args) {
     return MS::kSuccess;
 }
 
-// --- the arguments
-// ------------------------------------------------------------------------------------------
+// --- the arguments ----------------------------------------------------------------------------------------
 
 bool ExportCommand::ReadArguments(const MArgList& args) {
     MStatus status;
@@ -142,9 +133,9 @@ bool ExportCommand::ReadArguments(const MArgList& args) {
     if (!status) {
         return false;
     }
-    m_pattern = StringArgument(arguments, "-f");
-    m_camera = StringArgument(arguments, "-c");
-    m_contactSheet = StringArgument(arguments, "-cs");
+    m_pattern = FlagArgument::String(arguments, "-f");
+    m_camera = FlagArgument::String(arguments, "-c");
+    m_contactSheet = FlagArgument::String(arguments, "-cs");
     if (arguments.isFlagSet("-g")) {
         arguments.getFlagArgument("-g", 0, m_ghosting);
     }
@@ -166,8 +157,8 @@ bool ExportCommand::ReadRange(const MArgDatabase& arguments) {
             return Refuse("The frame range is not on the timeline. Check -startTime and -endTime.");
         }
     }
-    m_start = FrameOf(start);
-    m_end = FrameOf(end);
+    m_start = ToWholeFrames(start);
+    m_end = ToWholeFrames(end);
     return true;
 }
 
@@ -217,8 +208,7 @@ bool ExportCommand::CheckFiles() const {
     return CheckFile(m_pattern) && (m_contactSheet.isEmpty() || CheckFile(m_contactSheet));
 }
 
-// --- writing
-// ------------------------------------------------------------------------------------------------
+// --- writing ----------------------------------------------------------------------------------------------
 
 QImage ExportCommand::Compose(const LayerManager& layers, int frame) const {
     QImage drawing = layers.ComposeFrame(m_camera, frame, m_ghosting);

@@ -4,8 +4,8 @@
 #include "commands/PlaybackTimeScope.h"
 #include "core/Frame.h"
 #include "core/FrameRange.h"
-#include "core/FrameTime.h"
 #include "core/LayerState.h"
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -21,11 +21,9 @@ namespace vellix {
 
 namespace {
 
-/// More than a layer can reasonably hold: a range that was not meant must not fill the memory.
-constexpr qint64 MOST_FRAMES_INSERTED = 100000;
-
 std::vector<int> GetTimes(const Layer& layer) {
     std::vector<int> times;
+    times.reserve(std::size_t(layer.FrameCount()));
     for (int i = 0; i < layer.FrameCount(); ++i) {
         times.push_back(layer.GetFrame(i)->GetTimeValue());
     }
@@ -121,7 +119,7 @@ MStatus FrameCommand::Parse(const MArgList& args) {
 
 MStatus FrameCommand::doIt(const MArgList& args) {
     m_node = BaseNode::GetMaster();
-    const MStatus status = Parse(args);
+    MStatus status = Parse(args);
     if (!status) {
         return status;
     }
@@ -190,7 +188,7 @@ MStatus FrameCommand::ExchangeUndo() {
 
 MStatus FrameCommand::InsertFrame() {
     if (!m_hasRun) {
-        const MStatus planned = PlanInsert();
+        MStatus planned = PlanInsert();
         if (!planned) {
             return planned;
         }
@@ -203,8 +201,8 @@ MStatus FrameCommand::InsertFrame() {
 
 MStatus FrameCommand::PlanInsert() {
     const FrameRange range = FrameRange::FromTimeSlider();
-    if (qint64(range.end) - range.start > MOST_FRAMES_INSERTED) {
-        return Refuse(QString("Cannot insert more than %1 frames").arg(MOST_FRAMES_INSERTED));
+    if (!range.CanBeFilled()) {
+        return Refuse(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
     }
     const Layer* const layer = GetLayer();
     for (int time = range.start; time < range.end; ++time) {
@@ -230,7 +228,7 @@ bool FrameCommand::PrepareLayer() {
 }
 
 MStatus FrameCommand::InsertFrameUndo() {
-    const MStatus undone = ExchangeUndo();
+    MStatus undone = ExchangeUndo();
     if (m_layerCreated) {
         m_createdLayer.reset(m_node->RemoveLayer(m_camera, m_layerIndex));
         m_before.Restore(*m_node);
@@ -239,7 +237,7 @@ MStatus FrameCommand::InsertFrameUndo() {
 }
 
 MStatus FrameCommand::DuplicateFrame() {
-    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanDuplicate();
+    MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanDuplicate();
     return planned ? Exchange() : planned;
 }
 
@@ -259,7 +257,7 @@ MStatus FrameCommand::PlanDuplicate() {
 }
 
 MStatus FrameCommand::DuplicateFrameUndo() {
-    const MStatus undone = ExchangeUndo();
+    MStatus undone = ExchangeUndo();
     return m_exchange.HasWaiting() ? undone : Refuse("Failed to undo duplicate frame operation.");
 }
 
@@ -308,7 +306,7 @@ MStatus FrameCommand::CopyFrames() {
 }
 
 MStatus FrameCommand::PasteFrames() {
-    const MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanPaste();
+    MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanPaste();
     return planned ? Exchange() : planned;
 }
 

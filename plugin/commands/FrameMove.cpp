@@ -1,7 +1,7 @@
 #include "commands/FrameMove.h"
 
 #include "core/Frame.h"
-#include "core/FrameTime.h"
+#include "host/FrameTime.h"
 
 #include <QString>
 

@@ -1,5 +1,7 @@
 #include "commands/LayerCommand.h"
 
+#include "commands/CameraArgument.h"
+#include "commands/FlagArgument.h"
 #include "core/Layer.h"
 #include "core/LayerState.h"
 #include "host/Logger.h"
@@ -9,7 +11,6 @@
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
-#include <maya/MStringArray.h>
 
 #include <memory>
 
@@ -18,7 +19,7 @@ namespace vellix {
 // The first operation of the table whose flag is given is the one that is done.
 const LayerCommand::Operation LayerCommand::OPERATIONS[] = {
     {"-cnt", &LayerCommand::ReadNothing, &LayerCommand::Count, nullptr},
-    {"-add", &LayerCommand::ReadAdd, &LayerCommand::Add, &LayerCommand::AddUndo},
+    {"-add", &LayerCommand::ReadNewLayer, &LayerCommand::Add, &LayerCommand::InsertUndo},
     {"-ins", &LayerCommand::ReadInsert, &LayerCommand::Insert, &LayerCommand::InsertUndo},
     {"-del", &LayerCommand::ReadIndex, &LayerCommand::Delete, &LayerCommand::DeleteUndo},
     {"-da", &LayerCommand::ReadNothing, &LayerCommand::DeleteAll, &LayerCommand::DeleteAllUndo},
@@ -81,21 +82,6 @@ MSyntax LayerCommand::CommandSyntax() {
     return syntax;
 }
 
-namespace {
-
-int IntArgument(const MArgDatabase& arguments, const char* flag, unsigned int index, int otherwise) {
-    MStatus status;
-    const int value = arguments.flagArgumentInt(flag, index, &status);
-    return status ? value : otherwise;
-}
-
-QString StringArgument(const MArgDatabase& arguments, const char* flag) {
-    MString value;
-    return arguments.getFlagArgument(flag, 0, value) ? MayaUtil::ToQString(value) : QString();
-}
-
-} // namespace
-
 // --- reading the arguments --------------------------------------------------------------------------------
 
 MStatus LayerCommand::Parse(const MArgList& args) {
@@ -104,14 +90,8 @@ MStatus LayerCommand::Parse(const MArgList& args) {
     if (!status) {
         return status;
     }
-    MStringArray objects;
-    arguments.getObjects(objects);
-    if (objects.length() == 0) {
-        Logger::Error("Camera not specified");
-        return MS::kFailure;
-    }
-    m_camera = MayaUtil::ToQString(objects[0]);
-    if (!CheckCamera(m_camera)) {
+    m_camera = CameraArgument::Require(arguments);
+    if (m_camera.isEmpty()) {
         return MS::kFailure;
     }
     const bool active = arguments.isFlagSet("-act");
@@ -137,54 +117,50 @@ MStatus LayerCommand::Parse(const MArgList& args) {
 void LayerCommand::ReadNothing(const MArgDatabase&) {}
 
 void LayerCommand::ReadIndex(const MArgDatabase& arguments) {
-    m_layerIndex = IntArgument(arguments, m_operation->flag, 0, -1);
+    m_layerIndex = FlagArgument::Int(arguments, m_operation->flag, 0, -1);
 }
 
 void LayerCommand::ReadNewLayer(const MArgDatabase& arguments) {
-    m_layerName = StringArgument(arguments, "-n");
+    m_layerName = FlagArgument::String(arguments, "-n");
     if (arguments.isFlagSet("-ls")) {
-        const int state = IntArgument(arguments, "-ls", 0, 0);
-        m_layerState = state >= 0 && state <= 2 ? state : 0;
+        const int state = FlagArgument::Int(arguments, "-ls", 0, 0);
+        m_layerState = IsLayerState(state) ? state : 0;
     }
 }
 
-void LayerCommand::ReadAdd(const MArgDatabase& arguments) {
-    ReadNewLayer(arguments);
-}
-
 void LayerCommand::ReadInsert(const MArgDatabase& arguments) {
-    m_destination = IntArgument(arguments, "-ins", 0, -1);
+    m_destination = FlagArgument::Int(arguments, "-ins", 0, -1);
     ReadNewLayer(arguments);
 }
 
 void LayerCommand::ReadMove(const MArgDatabase& arguments) {
-    m_layerIndex = IntArgument(arguments, "-mv", 0, -1);
-    m_destination = IntArgument(arguments, "-mv", 1, -1);
-    m_newCamera = StringArgument(arguments, "-nc");
+    m_layerIndex = FlagArgument::Int(arguments, "-mv", 0, -1);
+    m_destination = FlagArgument::Int(arguments, "-mv", 1, -1);
+    m_newCamera = FlagArgument::String(arguments, "-nc");
 }
 
 void LayerCommand::ReadMoveAll(const MArgDatabase& arguments) {
-    m_newCamera = StringArgument(arguments, "-mva");
+    m_newCamera = FlagArgument::String(arguments, "-mva");
 }
 
 void LayerCommand::ReadName(const MArgDatabase& arguments) {
-    m_layerName = StringArgument(arguments, "-en");
-    m_layerIndex = IntArgument(arguments, "-en", 1, -1);
+    m_layerName = FlagArgument::String(arguments, "-en");
+    m_layerIndex = FlagArgument::Int(arguments, "-en", 1, -1);
 }
 
 void LayerCommand::ReadVisibility(const MArgDatabase& arguments) {
     m_visible = arguments.flagArgumentBool("-ev", 0);
-    m_layerIndex = IntArgument(arguments, "-ev", 1, -1);
+    m_layerIndex = FlagArgument::Int(arguments, "-ev", 1, -1);
 }
 
 void LayerCommand::ReadOpacity(const MArgDatabase& arguments) {
     m_opacity = arguments.flagArgumentDouble("-eo", 0);
-    m_layerIndex = IntArgument(arguments, "-eo", 1, -1);
+    m_layerIndex = FlagArgument::Int(arguments, "-eo", 1, -1);
 }
 
 void LayerCommand::ReadState(const MArgDatabase& arguments) {
-    m_stateValue = IntArgument(arguments, "-es", 0, -1);
-    m_layerIndex = IntArgument(arguments, "-es", 1, -1);
+    m_stateValue = FlagArgument::Int(arguments, "-es", 0, -1);
+    m_layerIndex = FlagArgument::Int(arguments, "-es", 1, -1);
 }
 
 // --- doing ------------------------------------------------------------------------------------------------
@@ -218,14 +194,6 @@ MStatus LayerCommand::undoIt() {
     return (this->*m_operation->undo)();
 }
 
-bool LayerCommand::CheckCamera(const QString& camera) const {
-    if (MayaUtil::CameraExists(camera)) {
-        return true;
-    }
-    Logger::Error(QString("Camera does not exist: %1").arg(camera));
-    return false;
-}
-
 bool LayerCommand::CheckLayer() const {
     if (m_node->LayerExists(m_camera, m_layerIndex)) {
         return true;
@@ -240,8 +208,7 @@ MStatus LayerCommand::Count() {
     return MS::kSuccess;
 }
 
-// --- the active layer
-// ---------------------------------------------------------------------------------------
+// --- the active layer -------------------------------------------------------------------------------------
 
 MStatus LayerCommand::QueryActive() {
     setResult(m_node->GetActiveLayerIndex(m_camera));
@@ -265,8 +232,7 @@ MStatus LayerCommand::RestoreActive() {
     return MS::kSuccess;
 }
 
-// --- adding and inserting
-// -----------------------------------------------------------------------------------
+// --- adding and inserting ---------------------------------------------------------------------------------
 
 // Without a state the layer is made, and the command fails all the same: the state is part of the request.
 MStatus LayerCommand::InsertNewLayer(int destination) {
@@ -292,10 +258,6 @@ MStatus LayerCommand::Add() {
     return status;
 }
 
-MStatus LayerCommand::AddUndo() {
-    return InsertUndo();
-}
-
 MStatus LayerCommand::Insert() {
     if (!m_node) {
         Logger::Error("Failed to insert layer. Node does not exist.");
@@ -312,8 +274,7 @@ MStatus LayerCommand::InsertUndo() {
     return RestoreActive();
 }
 
-// --- deleting
-// -----------------------------------------------------------------------------------------------
+// --- deleting ---------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::Delete() {
     m_before.Remember(*m_node, {m_camera});
@@ -350,8 +311,7 @@ MStatus LayerCommand::DeleteAllUndo() {
     return RestoreActive();
 }
 
-// --- moving
-// -------------------------------------------------------------------------------------------------
+// --- moving -----------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::MoveWithin(int from, int to) {
     m_resultIndex = m_node->MoveLayer(m_camera, from, to);
@@ -381,7 +341,7 @@ MStatus LayerCommand::Move() {
         m_newCamera.clear();
         return MoveWithin(m_layerIndex, m_destination);
     }
-    return CheckCamera(m_newCamera) ? MoveAcross() : MStatus(MS::kFailure);
+    return CameraArgument::Check(m_newCamera) ? MoveAcross() : MStatus(MS::kFailure);
 }
 
 MStatus LayerCommand::MoveUndo() {
@@ -395,7 +355,7 @@ MStatus LayerCommand::MoveUndo() {
 }
 
 MStatus LayerCommand::MoveAll() {
-    if (!CheckCamera(m_newCamera)) {
+    if (!CameraArgument::Check(m_newCamera)) {
         return MS::kFailure;
     }
     if (m_newCamera == m_camera) {
@@ -422,8 +382,7 @@ MStatus LayerCommand::MoveAllUndo() {
     return RestoreActive();
 }
 
-// --- what a layer is
-// ------------------------------------------------------------------------------------------
+// --- what a layer is --------------------------------------------------------------------------------------
 
 MStatus LayerCommand::ExchangeName() {
     if (!CheckLayer()) {
@@ -480,7 +439,7 @@ MStatus LayerCommand::QueryOpacity() {
 }
 
 MStatus LayerCommand::ExchangeState() {
-    if (m_stateValue < 0 || m_stateValue > 2) {
+    if (!IsLayerState(m_stateValue)) {
         Logger::Error(QString("Invalid state value: %1").arg(m_stateValue));
         return MS::kFailure;
     }

@@ -53,7 +53,6 @@ private:
     MStatus Parse(const MArgList& args);
     void ReadNothing(const MArgDatabase& arguments);
     void ReadIndex(const MArgDatabase& arguments);
-    void ReadAdd(const MArgDatabase& arguments);
     void ReadInsert(const MArgDatabase& arguments);
     void ReadMove(const MArgDatabase& arguments);
     void ReadMoveAll(const MArgDatabase& arguments);
@@ -68,7 +67,6 @@ private:
     MStatus EditActive();
     MStatus RestoreActive();
     MStatus Add();
-    MStatus AddUndo();
     MStatus Insert();
     MStatus InsertUndo();
     MStatus Delete();
@@ -92,7 +90,6 @@ private:
     MStatus Import();
 
     bool CheckLayer() const;
-    bool CheckCamera(const QString& camera) const;
     MStatus InsertNewLayer(int destination);
 
     const Operation* m_operation = nullptr;

@@ -1,7 +1,9 @@
 #include "commands/NodeCommand.h"
 
+#include "commands/FlagArgument.h"
 #include "core/FrameRange.h"
 #include "core/LayerState.h"
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -23,12 +25,6 @@ const char* const CAMERA_FLAG = "-c";
 const char* const LAYER_NAME_FLAG = "-ln";
 const char* const LAYER_STATE_FLAG = "-ls";
 const char* const FRAME_FLAG = "-f";
-
-QString StringArgument(const MArgDatabase& arguments, const char* flag) {
-    MString value;
-    arguments.getFlagArgument(flag, 0, value);
-    return MayaUtil::ToQString(value);
-}
 
 } // namespace
 
@@ -128,12 +124,12 @@ MStatus NodeCommand::ParseArguments(const MArgList& args) {
     }
     m_layer = arguments.isFlagSet(LAYER_FLAG);
     if (m_layer) {
-        m_camera = StringArgument(arguments, CAMERA_FLAG);
-        m_layerName = StringArgument(arguments, LAYER_NAME_FLAG);
+        m_camera = FlagArgument::String(arguments, CAMERA_FLAG);
+        m_layerName = FlagArgument::String(arguments, LAYER_NAME_FLAG);
         if (arguments.isFlagSet(LAYER_STATE_FLAG)) {
             unsigned int state = 0;
             arguments.getFlagArgument(LAYER_STATE_FLAG, 0, state);
-            m_layerState = state > 2 ? 0 : static_cast<int>(state);
+            m_layerState = IsLayerState(state) ? static_cast<int>(state) : 0;
         }
     }
     m_frame = arguments.isFlagSet(FRAME_FLAG);
@@ -156,6 +152,10 @@ MStatus NodeCommand::Query() {
 MStatus NodeCommand::CreateNode() {
     if (BaseNode::GetMaster() != nullptr) {
         Logger::Error("Node already exists");
+        return MS::kFailure;
+    }
+    if (m_layer && m_frame && !FrameRange::FromTimeSlider().CanBeFilled()) {
+        Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
         return MS::kFailure;
     }
     MStatus created = m_creation.Do();
@@ -192,7 +192,7 @@ void NodeCommand::AddFirstLayer(BaseNode& node) {
 void NodeCommand::AddFrames(BaseNode& node, const QString& camera) {
     const FrameRange range = FrameRange::FromTimeSlider();
     for (int time = range.start; time < range.end; ++time) {
-        node.AddFrame(camera, MTime(static_cast<double>(time), MTime::uiUnit()));
+        node.AddFrame(camera, FromWholeFrames(time));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "commands/PlaybackTimeScope.h"
 
+#include "host/FrameTime.h"
 #include "host/MayaUtil.h"
 #include "node/BaseNode.h"
 
@@ -13,7 +14,7 @@ PlaybackTimeScope::~PlaybackTimeScope() {
 }
 
 void PlaybackTimeScope::GoTo(int frame) {
-    SetTime(MTime(frame, MTime::uiUnit()));
+    SetTime(FromWholeFrames(frame));
 }
 
 // A host may report the new time only once it is idle, so the nodes are told here.

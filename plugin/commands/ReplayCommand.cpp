@@ -1,6 +1,7 @@
 #include "commands/ReplayCommand.h"
 
 #include "commands/CameraArgument.h"
+#include "commands/FlagArgument.h"
 #include "commands/NodeCreation.h"
 #include "commands/StrokePlayer.h"
 #include "host/Logger.h"
@@ -64,15 +65,12 @@ bool ReplayCommand::ReadArguments(const MArgList& args) {
     if (!status) {
         return false;
     }
-    MString text;
-    if (!arguments.isFlagSet("-f") || !arguments.getFlagArgument("-f", 0, text)) {
+    if (!arguments.isFlagSet("-f")) {
         Logger::Error("No recording. Name one with -file.");
         return false;
     }
-    m_file = MayaUtil::ToQString(text);
-    if (arguments.isFlagSet("-c") && arguments.getFlagArgument("-c", 0, text)) {
-        m_camera = MayaUtil::ToQString(text);
-    }
+    m_file = FlagArgument::String(arguments, "-f");
+    m_camera = FlagArgument::String(arguments, "-c");
     if (arguments.isFlagSet("-fo")) {
         arguments.getFlagArgument("-fo", 0, m_frameOffset);
     }

@@ -1,13 +1,12 @@
 #include "commands/StrokeCommand.h"
 
-#include "host/Logger.h"
+#include "commands/CameraArgument.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
-#include <maya/MStringArray.h>
 
 namespace vellix {
 
@@ -66,15 +65,8 @@ MStatus StrokeCommand::ParseArguments(const MArgList& args) {
     if (!status) {
         return status;
     }
-    MStringArray objects;
-    arguments.getObjects(objects);
-    if (objects.length() == 0) {
-        Logger::Error("Camera not specified");
-        return MS::kFailure;
-    }
-    const QString camera = MayaUtil::ToQString(objects[0]);
-    if (!MayaUtil::CameraExists(camera)) {
-        Logger::Error(QStringLiteral("Camera does not exist: %1").arg(camera));
+    const QString camera = CameraArgument::Require(arguments);
+    if (camera.isEmpty()) {
         return MS::kFailure;
     }
     int layerAdded = -1;

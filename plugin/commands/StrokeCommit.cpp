@@ -2,6 +2,7 @@
 
 #include "core/Frame.h"
 #include "core/Layer.h"
+#include "host/FrameTime.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
@@ -29,7 +30,7 @@ bool StrokeCommit::Commit(BaseNode& node) {
     }
     if (m_frameAdded) {
         m_frameTime = layer->GetState() == LayerState::Static
-                          ? MTime(static_cast<double>(Settings::defaultStaticFrameTime), MTime::uiUnit())
+                          ? FromWholeFrames(Settings::defaultStaticFrameTime)
                           : MayaUtil::GetPlaybackTime();
     }
     if (const Frame* frame = layer->GetCurrentFrame()) {

@@ -3,6 +3,7 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerState.h"
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -132,7 +133,7 @@ void StrokePlayer::TakeBack(const ActiveLayers& before, int layerAdded, bool fra
         const Layer* const layer = m_node.GetActiveLayer(m_camera);
         const bool isStatic = layer && layer->GetState() == LayerState::Static;
         const MTime time =
-            isStatic ? MTime(Settings::defaultStaticFrameTime, MTime::uiUnit()) : MayaUtil::GetPlaybackTime();
+            isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : MayaUtil::GetPlaybackTime();
         const std::unique_ptr<Frame> removed(m_node.RemoveFrame(m_camera, time));
     }
     if (layerAdded >= 0) {

@@ -1,6 +1,6 @@
 #include "core/Frame.h"
 
-#include "core/FrameTime.h"
+#include "host/FrameTime.h"
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
 #include "paint/Picture.h"

@@ -1,22 +1,24 @@
 #include "core/FrameRange.h"
 
-#include "core/FrameTime.h"
+#include "host/FrameTime.h"
 #include "host/MayaUtil.h"
 
 namespace vellix {
 
+FrameRange FrameRange::FromFrames(double start, double end) {
+    FrameRange range;
+    range.start = ToWholeFrames(MTime(start, MTime::uiUnit()));
+    range.end = ToWholeFrames(MTime(end, MTime::uiUnit()));
+    return range;
+}
+
 FrameRange FrameRange::FromTimeSlider() {
-    MTime start = MayaUtil::GetPlaybackTime();
-    MTime end = start + MTime(1.0, MTime::uiUnit());
     MDoubleArray times;
     if (MayaUtil::GetTimeSliderRange(times) && times.length() >= 2) {
-        start = MTime(times[0], MTime::uiUnit());
-        end = MTime(times[1], MTime::uiUnit());
+        return FromFrames(times[0], times[1]);
     }
-    FrameRange range;
-    range.start = ToWholeFrames(start);
-    range.end = ToWholeFrames(end);
-    return range;
+    const double now = MayaUtil::GetPlaybackTime().as(MTime::uiUnit());
+    return FromFrames(now, now + 1.0);
 }
 
 } // namespace vellix

@@ -1,10 +1,8 @@
 #include "core/Layer.h"
 
 #include "core/Frame.h"
-#include "core/FrameTime.h"
+#include "host/FrameTime.h"
 #include "host/MayaUtil.h"
-
-#include <QSet>
 
 #include <algorithm>
 #include <iterator>
@@ -192,11 +190,10 @@ Frame* Layer::GetFrameCopy(const MTime& time) const {
 
 void Layer::GetFrameTimes(QList<int>& times) const {
     times.clear();
-    QSet<int> seen;
     for (const auto& frame : m_frames) {
         const int time = frame->GetTimeValue();
-        if (!seen.contains(time)) {
-            seen.insert(time);
+        // After a change of the time unit two frames may fall on the same time.
+        if (times.isEmpty() || times.last() != time) {
             times.append(time);
         }
     }

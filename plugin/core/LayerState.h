@@ -11,4 +11,9 @@ enum class LayerState : qint32 {
     Locked = 2,   ///< no drawing and no editing of frames; shown like an animated layer
 };
 
+inline bool IsLayerState(qint64 value) {
+    return value >= static_cast<qint64>(LayerState::Animated) &&
+           value <= static_cast<qint64>(LayerState::Locked);
+}
+
 } // namespace vellix

@@ -25,6 +25,9 @@ void FillOrClearLayerManagerDialog() {
 }
 
 void OnSelectionChanged(void*) {
+    if (MayaUtil::IsRefreshingTimeControl()) {
+        return;
+    }
     BaseNode::UpdateTimeControlOverlay();
     if (BaseNode::GetMaster() == nullptr) {
         BaseNode::ClearLayerManagerDialog();

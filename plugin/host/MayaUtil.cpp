@@ -1,5 +1,6 @@
 #include "host/MayaUtil.h"
 
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/Settings.h"
 #include "paint/ToolType.h"
@@ -19,6 +20,7 @@
 
 #include <QFile>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QWidget>
 
 namespace vellix {
@@ -42,6 +44,8 @@ bool ExecuteForResult(const MString& command, MCommandResult::Type type, Value& 
     out = value;
     return true;
 }
+
+bool g_refreshingTimeControl = false;
 
 QString GetTransformName(const MDagPath& camera) {
     MObject transform = camera.transform();
@@ -240,7 +244,7 @@ MTime MayaUtil::GetPlaybackTime() {
 }
 
 int MayaUtil::GetPlaybackTimeValue() {
-    return static_cast<int>(GetPlaybackTime().as(MTime::uiUnit()));
+    return ToWholeFrames(GetPlaybackTime());
 }
 
 void MayaUtil::SetPlaybackTime(const MTime& time) {
@@ -248,7 +252,7 @@ void MayaUtil::SetPlaybackTime(const MTime& time) {
 }
 
 void MayaUtil::SetPlaybackTime(int frame) {
-    SetPlaybackTime(MTime(static_cast<double>(frame), MTime::uiUnit()));
+    SetPlaybackTime(FromWholeFrames(frame));
 }
 
 MTime MayaUtil::GetPlaybackRangeStart() {
@@ -293,7 +297,12 @@ QString MayaUtil::GetActive3dViewCameraName() {
     return status ? GetCameraName(view) : QString();
 }
 
+bool MayaUtil::IsRefreshingTimeControl() {
+    return g_refreshingTimeControl;
+}
+
 void MayaUtil::RefreshTimeControl(const MObject& node) {
+    const QScopedValueRollback<bool> refreshing(g_refreshingTimeControl, true);
     MSelectionList selected;
     MGlobal::getActiveSelectionList(selected);
     if (!selected.isEmpty()) {

@@ -166,6 +166,7 @@ public:
     // Time and cameras, without MEL. Cameras are named by their transform.
     static bool IsPlaying();
     static MTime GetPlaybackTime();
+    /// Whole frames, truncated toward zero.
     static int GetPlaybackTimeValue();
     static void SetPlaybackTime(const MTime& time);
     static void SetPlaybackTime(int frame);
@@ -180,6 +181,8 @@ public:
 
     /// Makes the host redraw the ticks of its time slider, by changing the selection and restoring it.
     static void RefreshTimeControl(const MObject& node);
+    /// Does the selection change only for that? Then what follows the selection has nothing to do.
+    static bool IsRefreshingTimeControl();
 };
 
 } // namespace vellix

@@ -2,9 +2,9 @@
 
 #include "core/Frame.h"
 #include "core/FrameRange.h"
-#include "core/FrameTime.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -52,11 +52,12 @@ void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
     if (range.length() < 2) {
         return;
     }
-    const int start = static_cast<int>(range[0]);
-    const int end = qMax(static_cast<int>(range[1]), start + 1);
+    const FrameRange dragged = FrameRange::FromFrames(range[0], range[1]);
     for (int& time : times) {
-        if (time >= start && time < end) {
-            time += offset;
+        const qint64 moved = qint64(time) + offset;
+        // A range without length is its first frame.
+        if ((dragged.Contains(time) || time == dragged.start) && IsWholeFrame(moved)) {
+            time = int(moved);
         }
     }
 }
@@ -473,7 +474,7 @@ bool BaseNode::AddMissingLayer(LayerManager& layers, const QString& camera, int&
 bool BaseNode::AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded) {
     MTime time = MayaUtil::GetPlaybackTime();
     if (layers.GetActiveLayer(camera)->GetState() == LayerState::Static) {
-        const MTime staticTime(static_cast<double>(Settings::defaultStaticFrameTime), MTime::uiUnit());
+        const MTime staticTime = FromWholeFrames(Settings::defaultStaticFrameTime);
         if (!Settings::insertDefaultStaticFrame || staticTime > time) {
             Logger::Error("Static layer: A frame is required at or before the current time.");
             return false;

@@ -121,7 +121,7 @@ bool LayerDataAsciiReader::ReadLayerHeader(Layer& layer) {
     int state = 0;
     // A state that could be read but is none ends the reading as a success: the rest may come from a later
     // version.
-    if (!Take(state) || static_cast<unsigned>(state) > LayerDataFormat::MAX_STATE) {
+    if (!Take(state) || !IsLayerState(state)) {
         return Fail("Invalid layer state (%1)");
     }
     layer.SetVisible(visible);

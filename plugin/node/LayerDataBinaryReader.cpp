@@ -2,6 +2,7 @@
 
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/FrameTime.h"
 #include "node/LayerDataFormat.h"
 
 #include <maya/MFileIO.h>
@@ -62,8 +63,7 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
     layer.SetName(name);
     layer.SetVisible(visible);
     layer.SetOpacity(opacity);
-    const bool known = static_cast<quint32>(state) <= LayerDataFormat::MAX_STATE;
-    layer.SetState(known ? static_cast<LayerState>(state) : LayerState::Animated);
+    layer.SetState(IsLayerState(state) ? static_cast<LayerState>(state) : LayerState::Animated);
     m_layers.InsertLayer(camera, -1, created.release());
 
     for (qint32 frame = 0; frame < frameCount; ++frame) {
@@ -72,7 +72,7 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
         if (m_ended) {
             return;
         }
-        m_loader.AddBytes(layer, frame, MTime(static_cast<double>(time), MTime::uiUnit()), image);
+        m_loader.AddBytes(layer, frame, FromWholeFrames(time), image);
     }
 }
 

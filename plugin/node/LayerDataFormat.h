@@ -7,8 +7,6 @@ struct LayerDataFormat {
     static constexpr int VERSION = 1;
     /// Stands in the ASCII form for a layer that could not be had when writing.
     static constexpr const char* UNKNOWN_LAYER = "UNKNOWN";
-    /// The highest LayerState.
-    static constexpr unsigned MAX_STATE = 2;
 };
 
 } // namespace vellix

@@ -56,8 +56,7 @@ void FreehandPainter::WuLine(SegmentClip segment) {
     }
 }
 
-// --- Bresenham's walk
-// --------------------------------------------------------------------------------------------------
+// --- Bresenham's walk -------------------------------------------------------------------------------------
 
 void FreehandPainter::HardSegment(SegmentClip segment, int size, ToolType tool) {
     if (!segment.Cut()) {
@@ -161,8 +160,7 @@ void FreehandPainter::BrushStamps(const SegmentClip& segment, int size) {
     });
 }
 
-// --- Wu's walk
-// -----------------------------------------------------------------------------------------------------------
+// --- Wu's walk --------------------------------------------------------------------------------------------
 
 // A segment turned so that it runs along rising major coordinates: x is the major one throughout, whatever it
 // is in the image.

@@ -2,7 +2,6 @@
 
 #include <maya/MFnDependencyNode.h>
 #include <maya/MPlug.h>
-#include <maya/MSelectionList.h>
 #include <maya/MTime.h>
 
 #include <cmath>
@@ -12,13 +11,6 @@ namespace {
 
 class MPlugTest : public MelFixture {
 protected:
-    MObject NodeOf(const char* name) {
-        MSelectionList list;
-        EXPECT_TRUE(list.add(name)) << name;
-        MObject node;
-        list.getDependNode(0, node);
-        return node;
-    }
     MPlug PlugOf(const char* node, const char* attribute) {
         MStatus status;
         MPlug plug = MFnDependencyNode(NodeOf(node)).findPlug(attribute, true, &status);

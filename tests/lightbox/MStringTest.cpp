@@ -2,6 +2,7 @@
 #include <maya/MStringArray.h>
 
 #include <gtest/gtest.h>
+#include <optional>
 #include <sstream>
 
 namespace {
@@ -9,40 +10,37 @@ namespace {
 TEST(MStringTest, TextReadsAsANumberOnlyWhole) {
     const struct {
         const char* text;
-        bool isInt;
-        int asInt;
-        bool isUnsigned;
-        unsigned int asUnsigned;
-        bool isDouble;
-        double asDouble;
+        std::optional<int> asInt;
+        std::optional<unsigned int> asUnsigned;
+        std::optional<double> asDouble;
     } rows[] = {
-        {"0", true, 0, true, 0, true, 0},
-        {"-12", true, -12, false, 0, true, -12},
-        {"+7", true, 7, true, 7, true, 7},
-        {" 7", true, 7, true, 7, true, 7},
-        {"7 ", false, 0, false, 0, false, 0},
-        {"", false, 0, false, 0, false, 0},
-        {"-", false, 0, false, 0, false, 0},
-        {"+-5", false, 0, false, 0, false, 0},
-        {"2147483647", true, 2147483647, true, 2147483647u, true, 2147483647},
-        {"2147483648", false, 0, true, 2147483648u, true, 2147483648.0},
-        {"4294967296", false, 0, false, 0, true, 4294967296.0},
-        {"99999999999999999999999", false, 0, false, 0, true, 1e23},
-        {"2.5", false, 0, false, 0, true, 2.5},
-        {".5", false, 0, false, 0, true, 0.5},
-        {"2,5", false, 0, false, 0, false, 0},
-        {"1e3", false, 0, false, 0, true, 1000},
-        {"12ab", false, 0, false, 0, false, 0},
+        {"0", 0, 0, 0},
+        {"-12", -12, std::nullopt, -12},
+        {"+7", 7, 7, 7},
+        {" 7", 7, 7, 7},
+        {"7 ", std::nullopt, std::nullopt, std::nullopt},
+        {"", std::nullopt, std::nullopt, std::nullopt},
+        {"-", std::nullopt, std::nullopt, std::nullopt},
+        {"+-5", std::nullopt, std::nullopt, std::nullopt},
+        {"2147483647", 2147483647, 2147483647u, 2147483647},
+        {"2147483648", std::nullopt, 2147483648u, 2147483648.0},
+        {"4294967296", std::nullopt, std::nullopt, 4294967296.0},
+        {"99999999999999999999999", std::nullopt, std::nullopt, 1e23},
+        {"2.5", std::nullopt, std::nullopt, 2.5},
+        {".5", std::nullopt, std::nullopt, 0.5},
+        {"2,5", std::nullopt, std::nullopt, std::nullopt},
+        {"1e3", std::nullopt, std::nullopt, 1000},
+        {"12ab", std::nullopt, std::nullopt, std::nullopt},
     };
     for (const auto& row : rows) {
         const MString text(row.text);
-        EXPECT_EQ(text.isInt(), row.isInt) << row.text;
-        EXPECT_EQ(text.asInt(), row.asInt) << row.text;
-        EXPECT_EQ(text.isUnsigned(), row.isUnsigned) << row.text;
-        EXPECT_EQ(text.asUnsigned(), row.asUnsigned) << row.text;
-        EXPECT_EQ(text.isDouble(), row.isDouble) << row.text;
-        EXPECT_DOUBLE_EQ(text.asDouble(), row.asDouble) << row.text;
-        EXPECT_EQ(text.isFloat(), row.isDouble) << row.text;
+        EXPECT_EQ(text.isInt(), row.asInt.has_value()) << row.text;
+        EXPECT_EQ(text.asInt(), row.asInt.value_or(0)) << row.text;
+        EXPECT_EQ(text.isUnsigned(), row.asUnsigned.has_value()) << row.text;
+        EXPECT_EQ(text.asUnsigned(), row.asUnsigned.value_or(0)) << row.text;
+        EXPECT_EQ(text.isDouble(), row.asDouble.has_value()) << row.text;
+        EXPECT_DOUBLE_EQ(text.asDouble(), row.asDouble.value_or(0.0)) << row.text;
+        EXPECT_EQ(text.isFloat(), row.asDouble.has_value()) << row.text;
     }
 }
 

@@ -4,6 +4,9 @@
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
 
+#include <maya/MObject.h>
+#include <maya/MSelectionList.h>
+
 #include <string>
 
 /// A host with its interpreter at hand.
@@ -33,5 +36,12 @@ protected:
         }
         messages_.clear();
         return text;
+    }
+    static MObject NodeOf(const char* name) {
+        MSelectionList list;
+        EXPECT_TRUE(list.add(name)) << name;
+        MObject node;
+        list.getDependNode(0, node);
+        return node;
     }
 };

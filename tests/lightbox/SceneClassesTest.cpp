@@ -18,13 +18,6 @@ namespace {
 
 class SceneClassesTest : public MelFixture {
 protected:
-    MObject NodeOf(const char* name) {
-        MSelectionList list;
-        EXPECT_TRUE(list.add(name)) << name;
-        MObject node;
-        list.getDependNode(0, node);
-        return node;
-    }
     MDagPath PathOf(const char* name) {
         MDagPath path;
         EXPECT_TRUE(MDagPath::getAPathTo(NodeOf(name), path)) << name;

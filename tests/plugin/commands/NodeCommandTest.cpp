@@ -91,6 +91,8 @@ TEST_F(NodeCommandTest, Misuse) {
         {"qmVellixNode -rg", ""},
         {"qmVellixNode -nonsense", ""},
         {"qmVellixNode -l -ls many", ""},
+        {"timeControl -e -rangeArray 0 1000000000 $gPlayBackSlider; qmVellixNode -l -c persp -f",
+         "Cannot insert more than 100000 frames"},
     };
     for (const Case& test : cases) {
         Messages();

@@ -192,8 +192,7 @@ TEST(Freehand, ACopyOfTheImageKeepsItsPixels) {
     EXPECT_EQ(Coverage(copy), 0.0);
 }
 
-// --- the grid
-// ------------------------------------------------------------------------------------------------------------
+// --- the grid ---------------------------------------------------------------------------------------------
 
 TEST(BrushGridTest, RadiusOneIsFourCells) {
     for (const ToolType tool : FREEHAND) {
