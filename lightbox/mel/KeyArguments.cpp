@@ -82,7 +82,7 @@ SyntaxBuilder& KeyArguments::AddFlags(SyntaxBuilder& syntax) {
         .QueryWithArguments();
 }
 
-KeyArguments::KeyArguments(const CommandCall& call)
+KeyArguments::KeyArguments(const CommandCall& call, bool readsRanges)
     : call_(call) {
     for (unsigned use = 0; use < call.UseCount("-attribute"); ++use) {
         attributes_.push_back(call.String("-attribute", 0, use));
@@ -100,9 +100,11 @@ KeyArguments::KeyArguments(const CommandCall& call)
             AddNode(node, true);
         }
     }
-    ReadRanges("-time", times_, true);
-    ReadRanges("-float", inputs_, false);
-    ReadRanges("-index", indexes_, false);
+    if (readsRanges) {
+        ReadRanges("-time", times_, true);
+        ReadRanges("-float", inputs_, false);
+        ReadRanges("-index", indexes_, false);
+    }
     includesLast_ = !call.Has("-includeUpperBound") || call.Bool("-includeUpperBound");
 }
 

@@ -29,7 +29,8 @@ public:
     /// Adds those and the ranges.
     static SyntaxBuilder& AddFlags(SyntaxBuilder& syntax);
 
-    explicit KeyArguments(const CommandCall& call);
+    /// Without `readsRanges` the call's -time means something else.
+    explicit KeyArguments(const CommandCall& call, bool readsRanges = true);
 
     /// The nodes: given or selected, with what -hierarchy and -shape add.
     const NodeList& Nodes() const { return nodes_; }

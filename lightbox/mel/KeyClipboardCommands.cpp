@@ -127,7 +127,7 @@ Value PasteKey(CommandCall& call, const Clipboard& clipboard) {
     const double offset =
         call.Has("-timeOffset") ? KeyArguments::TimeOf(call, call.Argument("-timeOffset")) : 0.0;
     int count = 0;
-    for (const Plug& plug : KeyArguments(call).KeyablePlugs()) {
+    for (const Plug& plug : KeyArguments(call, false).KeyablePlugs()) {
         // A single curve goes onto whatever one attribute is named; several find theirs by name.
         const bool isSingle = call.UseCount("-attribute") == 1;
         const auto copy = std::find_if(clipboard.begin(), clipboard.end(), [&](const CopiedCurve& each) {

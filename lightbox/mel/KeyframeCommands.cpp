@@ -199,7 +199,7 @@ Value FindKeyframe(CommandCall& call) {
     if (which != "next" && which != "previous" && which != "first" && which != "last") {
         call.Fail("-which takes \"next\", \"previous\", \"first\" or \"last\", not \"" + which + "\".");
     }
-    const std::vector<KeySet> sets = KeyArguments(call).KeySets();
+    const std::vector<KeySet> sets = KeyArguments(call, false).KeySets();
     if (call.Has("-curve")) {
         Value::StringArray names;
         for (const KeySet& set : sets) {

@@ -115,6 +115,8 @@ std::optional<std::size_t> AnimCurve::InsertOnCurve(double time) {
     key.outType = TangentType::Fixed;
     key.in = Stored({3.0 * (cutX - leftX[1]), 3.0 * (key.value - leftY[1])});
     key.out = Stored({3.0 * (rightX[0] - cutX), 3.0 * (rightY[0] - key.value)});
+    Freeze(from, true);
+    Freeze(from + 1, false);
     Key& before = keys_[from];
     before.outType = TangentType::Fixed;
     before.out = Stored({3.0 * (leftX[0] - piece.x[0]), 3.0 * (leftY[0] - piece.y[0])});
@@ -122,6 +124,16 @@ std::optional<std::size_t> AnimCurve::InsertOnCurve(double time) {
     after.inType = TangentType::Fixed;
     after.in = Stored({3.0 * (piece.x[3] - rightX[1]), 3.0 * (piece.y[3] - rightY[1])});
     return Insert(key);
+}
+
+/// A tangent that follows the neighbours of its key stays as it is.
+void AnimCurve::Freeze(std::size_t index, bool isIn) {
+    Key& key = keys_[index];
+    TangentType& type = isIn ? key.inType : key.outType;
+    if (type >= TangentType::Spline && type != TangentType::StepNext) {
+        (isIn ? key.in : key.out) = Stored(ReachOf(index, isIn));
+        type = TangentType::Fixed;
+    }
 }
 
 void AnimCurve::Remove(std::size_t index) {

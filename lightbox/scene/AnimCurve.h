@@ -112,6 +112,7 @@ private:
         double y;
     };
 
+    void Freeze(std::size_t index, bool isIn);
     double Secant(std::size_t from) const;
     double SmoothSlope(std::size_t index) const;
     double EasedSlope(std::size_t index) const;
