@@ -95,11 +95,12 @@ TEST(PolyPrimitivesTest, VerticesComeInThePublishedOrder) {
 }
 
 TEST(MeshTessellationTest, SmoothEdgesShareNormalsAndHardOnesDoNot) {
-    const auto sphere = Make(poly::Sphere{1.0, 40, 40});
-    for (const auto& corner : MeshTessellation(*sphere).Corners()) {
+    const MeshTessellation sphere(*Make(poly::Sphere{1.0, 40, 40}));
+    for (const auto& corner : sphere.Corners()) {
         EXPECT_GT(corner.normal.dot(corner.position), 0.995f);
     }
-    for (const auto& corner : MeshTessellation(*Make(poly::Cube())).Corners()) {
+    const MeshTessellation cube(*Make(poly::Cube()));
+    for (const auto& corner : cube.Corners()) {
         EXPECT_NEAR(std::abs(corner.normal.x) + std::abs(corner.normal.y) + std::abs(corner.normal.z), 1.0f,
                     1e-5f);
     }
