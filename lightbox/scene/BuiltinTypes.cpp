@@ -258,27 +258,29 @@ void AddAnimationCurves(TypeRegistry& registry) {
     const char* const INFINITY_MODES = "Constant:Linear:Cycle=3:Cycle with Offset:Oscillate";
     const char* const ROTATION_MODES =
         "None=1:Linear:Cubic:Quaternion Slerp:Quaternion Tangent Dependent:Quaternion Squad";
-    const char* const TANGENT_TYPES = "Fixed=1:Linear:Flat:Step=5:Slow:Fast:Spline=9:Clamped:Plateau=16:Step Next:Auto";
+    const char* const TANGENT_TYPES =
+        "Fixed=1:Linear:Flat:Step=5:Slow:Fast:Spline=9:Clamped:Plateau=16:Step Next:Auto";
     MakeType(registry, "animCurve", "node", MFn::kAnimCurve,
              {{Kind::Enum, "tangentType", "tan", 0, "", TANGENT_TYPES},
               {Kind::Bool, "weightedTangents", "wgt", 1}})
         ->isAbstract = true;
     // Behind the keys, as files have them.
-    const std::vector<Row> perKey{{Kind::Byte, "keyTanInType", "kit", 0, "hm"},
-                                  {Kind::Byte, "keyTanOutType", "kot", 0, "hm"},
-                                  {Kind::Double, "keyTanInX", "kix", 0, "hm"},
-                                  {Kind::Double, "keyTanInY", "kiy", 0, "hm"},
-                                  {Kind::Double, "keyTanOutX", "kox", 0, "hm"},
-                                  {Kind::Double, "keyTanOutY", "koy", 0, "hm"},
-                                  {Kind::Bool, "keyTanLocked", "ktl", 1, "hm"},
-                                  {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"},
-                                  {Kind::Bool, "keyBreakdown", "kbd", 0, "hm"},
-                                  {Kind::Bool, "keyTickDrawSpecial", "ktds", 0, "hm"},
-                                  {Kind::Enum, "preInfinity", "pre", 0, "", INFINITY_MODES},
-                                  {Kind::Enum, "postInfinity", "pst", 0, "", INFINITY_MODES},
-                                  {Kind::Enum, "rotationInterpolation", "roti", 1, "", ROTATION_MODES},
-                                  {Kind::Bool, "useCurveColor", "ucc"},
-                                  {Kind::Float, "curveColor", "cc", 0, "", "R:G:B"}};
+    const std::vector<AttributeRow> perKey{
+        {Kind::Byte, "keyTanInType", "kit", 0, "hm"},
+        {Kind::Byte, "keyTanOutType", "kot", 0, "hm"},
+        {Kind::Double, "keyTanInX", "kix", 0, "hm"},
+        {Kind::Double, "keyTanInY", "kiy", 0, "hm"},
+        {Kind::Double, "keyTanOutX", "kox", 0, "hm"},
+        {Kind::Double, "keyTanOutY", "koy", 0, "hm"},
+        {Kind::Bool, "keyTanLocked", "ktl", 1, "hm"},
+        {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"},
+        {Kind::Bool, "keyBreakdown", "kbd", 0, "hm"},
+        {Kind::Bool, "keyTickDrawSpecial", "ktds", 0, "hm"},
+        {Kind::Enum, "preInfinity", "pre", 0, "", INFINITY_MODES},
+        {Kind::Enum, "postInfinity", "pst", 0, "", INFINITY_MODES},
+        {Kind::Enum, "rotationInterpolation", "roti", 1, "", ROTATION_MODES},
+        {Kind::Bool, "useCurveColor", "ucc"},
+        {Kind::Float, "curveColor", "cc", 0, "", "R:G:B"}};
     MakeType(registry, "unitConversion", "node", MFn::kDependencyNode,
              {{Kind::Double, "input", "i"},
               {Kind::Double, "output", "o", 0, "o"},
@@ -305,7 +307,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
         keys->AddChild(std::make_shared<Attribute>("keyTime", "kt", curve.input));
         keys->AddChild(std::make_shared<Attribute>("keyValue", "kv", curve.output));
         type->AddAttribute(std::move(keys));
-        for (const Row& row : perKey) {
+        for (const AttributeRow& row : perKey) {
             type->AddAttribute(MakeAttribute(row));
         }
         type->SetCompute(ComputeAnimCurve);
