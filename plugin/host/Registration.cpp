@@ -10,6 +10,7 @@
 #include "node/BaseNode.h"
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
+#include "tools/TransformContextCommand.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
@@ -48,7 +49,7 @@ struct ContextCommandEntry {
 
 /// Every tool context command, in the order of registration.
 std::vector<ContextCommandEntry> GetContextCommands() {
-    return {};
+    return {{TransformContextCommand::GetCommandName(), TransformContextCommand::Creator}};
 }
 
 void ShowFailure(const char* what, const MString& name, const char* kind, const MStatus& status) {
