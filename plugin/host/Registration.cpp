@@ -10,6 +10,7 @@
 #include "node/BaseNode.h"
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
+#include "tools/DrawContextCommand.h"
 #include "tools/TransformContextCommand.h"
 
 #include <maya/MApiNamespace.h>
@@ -49,7 +50,10 @@ struct ContextCommandEntry {
 
 /// Every tool context command, in the order of registration.
 std::vector<ContextCommandEntry> GetContextCommands() {
-    return {{TransformContextCommand::GetCommandName(), TransformContextCommand::Creator}};
+    return {
+        {DrawContextCommand::GetCommandName(), DrawContextCommand::Creator},
+        {TransformContextCommand::GetCommandName(), TransformContextCommand::Creator},
+    };
 }
 
 void ShowFailure(const char* what, const MString& name, const char* kind, const MStatus& status) {

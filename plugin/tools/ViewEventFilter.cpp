@@ -81,9 +81,9 @@ void ViewEventFilter::ForgetHeldKeys() {
     m_backslashHeld = false;
 }
 
-bool ViewEventFilter::IsMenuPress(const QMouseEvent& event, bool menusWanted) const {
+bool ViewEventFilter::IsPlainRightPress(const QMouseEvent& event) {
     return QGuiApplication::keyboardModifiers() == Qt::NoModifier && event.button() == Qt::RightButton &&
-           event.type() == QEvent::MouseButtonPress && menusWanted && !m_backslashHeld;
+           event.type() == QEvent::MouseButtonPress;
 }
 
 void ViewEventFilter::ShowMenu(QMenu* menu) {

@@ -41,11 +41,12 @@ protected:
     /// The main window has lost the keyboard: releases will not be seen. Overrides call it.
     virtual void ForgetHeldKeys();
 
-    /// Is it a right press, with no modifier and no backslash held, and menus are wanted?
-    bool IsMenuPress(const QMouseEvent& event, bool menusWanted) const;
-    /// Shows the menu at the pointer until something is chosen. The tool, and with it the handler, may be
-    /// gone when it returns: do nothing after it. Nothing is left of the menu.
-    void ShowMenu(QMenu* menu);
+    /// A press of the right button with no modifier held. In a view it asks for the tool's menu, unless
+    /// backslash is held.
+    static bool IsPlainRightPress(const QMouseEvent& event);
+    /// Shows the menu at the pointer until it is closed, and takes it over. The tool, and with it the
+    /// handler, may be gone when it returns.
+    static void ShowMenu(QMenu* menu);
 
     /// The main window's loss of the keyboard; overrides call it with what they do not handle.
     bool eventFilter(QObject* watched, QEvent* event) override;
