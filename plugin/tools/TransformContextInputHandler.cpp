@@ -46,7 +46,7 @@ bool TransformContextInputHandler::ProcessKeyUpEvent(QKeyEvent* event) {
 }
 
 bool TransformContextInputHandler::ProcessMouseEvent(QMouseEvent* event) {
-    if (!IsMenuPress(*event, Settings::transformToolContextMenu)) {
+    if (!IsPlainRightPress(*event) || IsBackslashHeld() || !Settings::transformToolContextMenu) {
         return false;
     }
     ShowContextMenu(QPoint(qRound(event->localPos().x()), qRound(event->localPos().y())));
