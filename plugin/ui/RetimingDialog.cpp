@@ -4,6 +4,7 @@
 #include "host/Settings.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QSignalBlocker>
