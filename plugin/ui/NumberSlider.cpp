@@ -43,7 +43,10 @@ NumberSlider::NumberSlider(QWidget* parent)
 }
 
 void NumberSlider::SetUp(int least, int most, const QString& suffix, const QString& toolTip) {
-    m_number->setSuffix(suffix);
+    // Setting it anew would take away what is being typed.
+    if (suffix != m_number->suffix()) {
+        m_number->setSuffix(suffix);
+    }
     SetRange(least, most);
     for (QWidget* part : {static_cast<QWidget*>(m_slider), static_cast<QWidget*>(m_number)}) {
         part->setToolTip(toolTip);
