@@ -28,9 +28,10 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
-private:
+    /// Done whenever the panel is shown.
     void RestorePlace();
 
+private:
     QByteArray& m_geometry;
 };
 
