@@ -6,10 +6,10 @@
 #include <maya/MGlobal.h>
 
 #include <QCoreApplication>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
+#include <QPushButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -58,9 +58,11 @@ AboutDialog::AboutDialog(const QString& pluginFolder, QWidget* parent)
                 QStringLiteral("<a href=\"%1\">Documentation</a>")
                     .arg(QString::fromUtf8(QUrl::fromLocalFile(documentation).toEncoded()).toHtmlEscaped()));
     }
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    column->addWidget(buttons);
+    auto* ok = new QPushButton(QStringLiteral("OK"));
+    ok->setDefault(true);
+    connect(ok, &QAbstractButton::clicked, this, &QDialog::accept);
+    column->addWidget(ok, 0, Qt::AlignRight);
+    ok->setFocus();
 }
 
 QString AboutDialog::FindDocumentation(const QString& pluginFolder) {

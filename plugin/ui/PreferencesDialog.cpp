@@ -14,7 +14,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollBar>
 #include <QSpinBox>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -33,6 +32,7 @@ QListWidget* CreatePageList(const QStringList& names) {
     auto* list = new QListWidget;
     list->addItems(names);
     list->setCurrentRow(0);
+    list->setSpacing(1);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setFixedWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
                         list->fontMetrics().height() * 2);
@@ -148,6 +148,7 @@ QWidget* PreferencesDialog::CreateLayersPage() {
     // Any whole frame: a value that a settings file brought is not changed by looking at it.
     m_staticFrameTime->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
     m_staticFrameTime->setAlignment(Qt::AlignRight);
+    m_staticFrameTime->setButtonSymbols(QAbstractSpinBox::NoButtons);
     m_staticFrameTime->setToolTip(QStringLiteral("The frame at which a static layer keeps its drawing"));
     label->setBuddy(m_staticFrameTime);
     time->addWidget(label);

@@ -11,10 +11,10 @@
 
 #include <maya/MEventMessage.h>
 
-#include <QFrame>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace vellix {
@@ -27,13 +27,20 @@ constexpr int GROUP_SPACING = 5;
 constexpr int ICON_SIZE = 24;
 /// Every row of the panel keeps to the same columns.
 constexpr int COLUMN_COUNT = 5;
-const QSize COLOR_SIZE(64, 28);
+constexpr int COLOR_HEIGHT = 26;
 
-QWidget* CreateSeparator() {
-    auto* line = new QFrame;
-    line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
-    return line;
-}
+/// A thin line between two groups, as quiet on dark as on light.
+class Separator : public QWidget {
+public:
+    Separator() { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QColor color = palette().color(QPalette::WindowText);
+        color.setAlphaF(0.2);
+        QPainter(this).fillRect(rect(), color);
+    }
+};
 
 QGridLayout* CreateGrid() {
     auto* grid = new QGridLayout;
@@ -53,12 +60,12 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     column->setSpacing(GROUP_SPACING);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
-    column->addWidget(CreateSeparator());
+    column->addWidget(new Separator);
     column->addLayout(CreateColors());
     column->addLayout(CreateOptions());
-    column->addWidget(CreateSeparator());
+    column->addWidget(new Separator);
     column->addLayout(CreateFrames());
-    column->addWidget(CreateSeparator());
+    column->addWidget(new Separator);
     column->addLayout(CreateGhostsAndLayers());
 
     // The host's own tools are taken without a word to the plug-in.
@@ -98,12 +105,16 @@ QLayout* ToolboxDialog::CreateTools() {
 QLayout* ToolboxDialog::CreateColors() {
     auto* row = new QHBoxLayout;
     row->setSpacing(SPACING);
-    m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), COLOR_SIZE,
+    IconButton* palette =
+        CreateButton(Icon::Palette, QStringLiteral("Color palette"), MayaUtil::ShowColorPaletteDialog);
+    // The color fills the other columns.
+    const int width = (COLUMN_COUNT - 1) * (palette->sizeHint().width() + SPACING) - SPACING;
+    m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), QSize(width, COLOR_HEIGHT),
                                  QStringLiteral("Color to draw with; click to choose another one"));
     m_color->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
-    row->addWidget(m_color, 1);
-    row->addWidget(
-        CreateButton(Icon::Palette, QStringLiteral("Color palette"), MayaUtil::ShowColorPaletteDialog));
+    row->addWidget(m_color);
+    row->addStretch();
+    row->addWidget(palette);
     return row;
 }
 
@@ -148,6 +159,8 @@ QLayout* ToolboxDialog::CreateGhostsAndLayers() {
                           MayaUtil::ToggleGhostPrevious);
     m_ghostNext = CreateGhostSwitch(Icon::GhostNext, QStringLiteral("Show the drawings after this one"),
                                     MayaUtil::ToggleGhostNext);
+    // The column in the middle stays empty, as wide as the others.
+    grid->setColumnMinimumWidth(2, m_ghostPrevious->sizeHint().width());
     grid->addWidget(m_ghostPrevious, 0, 0);
     grid->addWidget(m_ghostNext, 0, 1);
     grid->addWidget(CreateButton(Icon::NewLayer, QStringLiteral("New layer"), MayaUtil::ShowNewLayerDialog),
