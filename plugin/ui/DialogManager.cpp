@@ -209,6 +209,7 @@ void DialogManager::RefreshToolOptions() {
     if (ToolOptionsPanel* panel = FindMade<ToolOptionsPanel>(Panel::ToolOptions)) {
         panel->Refresh();
     }
+    RefreshToolboxOptions();
 }
 
 QColor DialogManager::GetToolboxColor() {

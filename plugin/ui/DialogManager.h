@@ -69,6 +69,7 @@ public:
                                        int activeIndex);
     static void RefreshToolbox();
     static void RefreshToolboxOptions();
+    /// Those in the toolbox too.
     static void RefreshToolOptions();
     /// The colour of the toolbox's control; invalid while there is no toolbox.
     static QColor GetToolboxColor();

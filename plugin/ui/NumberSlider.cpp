@@ -1,5 +1,6 @@
 #include "ui/NumberSlider.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <QSlider>
@@ -43,8 +44,12 @@ NumberSlider::NumberSlider(QWidget* parent)
 }
 
 void NumberSlider::SetUp(int least, int most, const QString& suffix, const QString& toolTip) {
-    m_number->setSuffix(suffix);
+    // Setting it anew would take away what is being typed.
+    if (suffix != m_number->suffix()) {
+        m_number->setSuffix(suffix);
+    }
     SetRange(least, most);
+    FitNumber();
     for (QWidget* part : {static_cast<QWidget*>(m_slider), static_cast<QWidget*>(m_number)}) {
         part->setToolTip(toolTip);
         part->setAccessibleName(toolTip);
@@ -57,6 +62,23 @@ void NumberSlider::SetRange(int least, int most) {
     m_slider->setRange(least, most);
     m_slider->setPageStep(qMax(1, (most - least) / 10));
     m_number->setRange(least, most);
+}
+
+void NumberSlider::FitNumber() {
+    const QFontMetrics metrics = m_number->fontMetrics();
+    const auto widthOf = [&metrics](const QString& text) {
+        return metrics.size(Qt::TextSingleLine, text).width();
+    };
+    const QString widest = QString::number(m_number->maximum()) + m_number->suffix();
+    const int around = m_number->sizeHint().width() - widthOf(widest);
+    m_number->setMinimumWidth(around + widthOf(QStringLiteral("100 px")));
+}
+
+void NumberSlider::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        FitNumber();
+    }
 }
 
 int NumberSlider::GetValue() const {

@@ -28,7 +28,12 @@ Q_SIGNALS:
     /// The user has chosen another value.
     void Changed(int value);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    /// Numbers below each other are as wide as each other.
+    void FitNumber();
     void OnSliderMoved(int value);
     void OnNumberChanged(int value);
     void Tell();
