@@ -1,4 +1,4 @@
-#include "plugin/ui/PanelFixture.h"
+#include "plugin/ui/DialogFixture.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -24,7 +24,7 @@ const PanelRow PANELS[] = {{"-toolbox", "Toolbox"},
                            {"-preferences", "Preferences"},
                            {"-about", "About Vellix 2"}};
 
-class PanelLookTest : public PanelFixture {
+class PanelLookTest : public DialogFixture {
 protected:
     ~PanelLookTest() override { QApplication::setFont(font_); }
 
@@ -127,8 +127,7 @@ TEST_F(PanelLookTest, IsDrawnInLightAndDark) {
                 if (!folder.isEmpty()) {
                     image.save(QStringLiteral("%1/%2%3_%4_%5.png")
                                    .arg(folder, QString(row.title).remove(' '),
-                                        page > 0 ? QString::number(page) : QString(),
-                                        dark ? "dark" : "light")
+                                        page > 0 ? QString::number(page) : QString(), dark ? "dark" : "light")
                                    .arg(image.devicePixelRatio()));
                 }
             }

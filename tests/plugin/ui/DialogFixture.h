@@ -9,14 +9,30 @@
 
 #include <QAbstractButton>
 #include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
 
 namespace vellix {
 
 /// The plug-in in the host's window, with its panels; the lines that it has the host execute are kept.
-class PanelFixture : public WindowFixture {
+class DialogFixture : public WindowFixture {
 protected:
-    PanelFixture() { Load(); }
-    ~PanelFixture() override { Stop(); }
+    DialogFixture() {
+        Settings::activeTool = ToolType::Brush;
+        Settings::activeColor = Settings::DEFAULT_DRAW_COLOR;
+        Settings::brushSize = Settings::pencilSize = Settings::lineSize = 6;
+        Settings::textSize = 20;
+        Settings::brushOpacity = Settings::pencilOpacity = Settings::lineOpacity = 100;
+        Settings::brushHardness = 100;
+        Settings::brushTabletEnabled = true;
+        Settings::ghostPrev = Settings::ghostNext = Settings::ghostColorOverride = false;
+        Settings::ghostPrevCount = Settings::ghostNextCount = Settings::DEFAULT_GHOSTED_FRAME_COUNT;
+        Settings::ghostColorOverridePrev = QColor(0, 128, 0);
+        Settings::ghostColorOverrideNext = QColor(128, 0, 0);
+        Load();
+    }
+    ~DialogFixture() override { Stop(); }
 
     void Load() {
         host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
