@@ -79,6 +79,8 @@ void CameraLayerList::AppendLayer(const LayerManagerRow& row) {
     connect(item, &LayerItem::Focused, this, &CameraLayerList::ItemFocused);
     m_items.append(item);
     m_itemLayout->insertWidget(0, item);
+    // The layout shows it only later, and leaves no room for it until then.
+    item->show();
 }
 
 void CameraLayerList::contextMenuEvent(QContextMenuEvent* event) {

@@ -100,7 +100,7 @@ void CameraList::LayOut() {
     }
     m_layout->activate();
     QEvent request(QEvent::LayoutRequest);
-    QCoreApplication::sendEvent(m_content, &request);
+    QCoreApplication::sendEvent(this, &request);
 }
 
 LayerItem* CameraList::GetActive() const {
@@ -227,6 +227,7 @@ void CameraList::SetTabStop(LayerItem* item) {
     m_tabStop = item;
     if (item != nullptr) {
         item->SetTabStop(true);
+        item->PlaceInTabOrder(m_tabPredecessor);
     }
 }
 

@@ -32,6 +32,9 @@ public:
     /// Null when there is no such layer.
     LayerItem* FindItem(const QString& camera, int index) const;
 
+    /// The widget after which the tab key comes to the list.
+    void SetTabPredecessor(QWidget* widget) { m_tabPredecessor = widget; }
+
     QSize sizeHint() const override;
 
 protected:
@@ -57,6 +60,7 @@ private:
     QList<CameraLayerList*> m_sections;
     QPointer<LayerItem> m_active;
     QPointer<LayerItem> m_tabStop;
+    QWidget* m_tabPredecessor = nullptr;
 };
 
 } // namespace vellix

@@ -111,9 +111,11 @@ void FloatingPanel::keyPressEvent(QKeyEvent* event) {
 
 void FloatingPanel::RestorePlace() {
     const bool known = !m_geometry.isEmpty() && restoreGeometry(m_geometry);
+    if (!known) {
+        resize(sizeHint().expandedTo(minimumSize()));
+    }
     QRect place = frameGeometry();
     if (!known && parentWidget() != nullptr) {
-        place.setSize(size());
         place.moveCenter(parentWidget()->window()->frameGeometry().center());
     }
     const QRect available = AvailableNear(place);

@@ -181,6 +181,14 @@ void LayerItem::SetTabStop(bool stop) {
     }
 }
 
+void LayerItem::PlaceInTabOrder(QWidget* after) {
+    for (const Part part : PARTS) {
+        QWidget* const widget = GetWidget(part);
+        setTabOrder(after, widget);
+        after = widget;
+    }
+}
+
 QWidget* LayerItem::GetWidget(Part part) const {
     switch (part) {
     case Part::Visibility:

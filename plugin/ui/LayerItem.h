@@ -31,6 +31,8 @@ public:
     /// Only one row of the list is a stop of the tab key.
     void SetTabStop(bool stop);
 
+    void PlaceInTabOrder(QWidget* after);
+
     void FocusPart(Part part, Qt::FocusReason reason);
     /// Which part has the focus, if any has.
     bool GetFocusedPart(Part& part) const;

@@ -29,6 +29,7 @@ QIcon HostIcon(const char* resource, Icon own) {
 LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Layer Manager"), Settings::layerManagerGeometry, parent)
     , m_list(new CameraList(this)) {
+    setObjectName(QStringLiteral("qmVxLayerManager"));
     setMinimumSize(200, 180);
     const auto add = [this](QHBoxLayout* row, const QIcon& icon, const char* toolTip,
                             void (LayerManagerDialog::*slot)()) {
@@ -39,7 +40,8 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     };
     auto* const top = new QHBoxLayout;
     top->addStretch(1);
-    add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi);
+    m_list->SetTabPredecessor(
+        add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
     auto* const bottom = new QHBoxLayout;
     m_moveUp = add(bottom, HostIcon(":/moveLayerUp.png", Icon::MoveLayerUp), "Move Up",
                    &LayerManagerDialog::MoveLayerUp);

@@ -17,6 +17,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, Q
     , m_index(index)
     , m_state(LayerState::Animated)
     , m_visible(new QCheckBox(this)) {
+    setObjectName(QStringLiteral("qmVxLayerProperties"));
     m_visible->setToolTip(QStringLiteral("Whether the layer is shown"));
     Form().addRow(QStringLiteral("Visible:"), m_visible);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});

@@ -10,6 +10,7 @@ namespace vellix {
 
 NewLayerDialog::NewLayerDialog(QWidget* parent)
     : LayerFormDialog(QStringLiteral("New Layer"), parent) {
+    setObjectName(QStringLiteral("qmVxNewLayer"));
     AddStates(QStringLiteral("Layer State:"), {LayerState::Animated, LayerState::Static});
     AddButtons();
     SetLayerState(static_cast<LayerState>(Settings::defaultLayerState));

@@ -27,6 +27,7 @@ QString Frames(int count) {
 RetimingDialog::RetimingDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Retiming Tool"), Settings::retimingGeometry, parent)
     , m_moveToNext(new QCheckBox(QStringLiteral("Move to Next Frame"), this)) {
+    setObjectName(QStringLiteral("qmVxRetimingTool"));
     auto* const absolute = new QHBoxLayout;
     absolute->setSpacing(2);
     for (int frames = 1; frames <= LONGEST_HOLD; ++frames) {
