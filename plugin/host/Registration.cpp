@@ -10,6 +10,7 @@
 #include "node/BaseNode.h"
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
+#include "tools/DrawContextCommand.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
@@ -48,7 +49,9 @@ struct ContextCommandEntry {
 
 /// Every tool context command, in the order of registration.
 std::vector<ContextCommandEntry> GetContextCommands() {
-    return {};
+    return {
+        {DrawContextCommand::GetCommandName(), DrawContextCommand::Creator},
+    };
 }
 
 void ShowFailure(const char* what, const MString& name, const char* kind, const MStatus& status) {

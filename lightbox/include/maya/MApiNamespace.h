@@ -22,6 +22,7 @@ class MFnDependencyNode;
 class MIntArray;
 class MMatrix;
 class MObject;
+class MObjectHandle;
 class MPlug;
 class MPoint;
 class MPxCommand;
