@@ -1,31 +1,16 @@
 // From the pointer's move to the frame that shows it, in a window with ten layers, ghosts and a view of 1920
 // x 1080. The pointer really moves; every time is one of 500 moves of one stroke.
+#include "DrawingWindow.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
-#include "host/PluginMain.h"
 #include "host/Settings.h"
-#include "mel/Interpreter.h"
-#include "node/BaseNode.h"
 #include "paint/Stroke.h"
 #include "plugin/tools/RealInput.h"
-#include "scene/Host.h"
-#include "scene/PluginManager.h"
-#include "window/MainWindow.h"
-#include "window/ViewportPanel.h"
-#include "window/ViewportPanels.h"
-#include "window/ViewportWidget.h"
-#include "window/WindowInterface.h"
-#include "window/WindowSession.h"
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QPainter>
-#include <QTemporaryDir>
-#include <QThread>
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -36,66 +21,33 @@ namespace {
 constexpr int MOVES = 500;
 constexpr QSize VIEW(1920, 1080);
 
-class Session {
-public:
-    Session()
-        : m_host({false, m_prefs.path().toStdString()})
-        , m_session(m_host) {
-        m_host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
-        Run("qmVellixNode -c persp");
-        for (int layer = 0; layer < 10; ++layer) {
-            Run("qmVellixLayer -add -ls 0 persp");
-            for (const int time : {1, 5, 9, 13, 17, 21, 25}) {
-                Run("currentTime " + std::to_string(time) + "; qmVellixFrame -insert");
-            }
-            Layer& drawn = *Node().GetActiveLayer("persp");
-            for (int frame = 0; frame < drawn.FrameCount(); ++frame) {
-                drawn.GetFrame(frame)->SetImage(Drawing(layer, frame));
-            }
-        }
-        Run("qmVellixLayer -e -active 4 persp; currentTime 13");
-        Run("qmVellixUtil -e -gp 1; qmVellixUtil -e -gn 1; select -clear");
-        Window().show();
-        for (int round = 0; round < 5 && View().size() != VIEW; ++round) {
-            Window().resize(Window().size() + VIEW - View().size());
-            Turn(50);
-        }
-        Window().move(0, 0);
-        Turn(200);
+QImage Drawing(int layer, int frame) {
+    QImage image(1024, 1024, QImage::Format_RGBA8888);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor::fromHsv(layer * 36, 255, 220, 180), 8));
+    for (int ring = 0; ring < 6; ++ring) {
+        painter.drawEllipse(QPoint(200 + 60 * layer, 300 + 40 * frame), 40 + 30 * ring, 60 + 20 * ring);
     }
+    return image;
+}
 
-    lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(m_host); }
-    lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
-    static BaseNode& Node() { return *BaseNode::GetMaster(); }
-    void Run(const std::string& mel) { m_host.interpreter().Execute(mel); }
-    static void Turn(int milliseconds) {
-        QElapsedTimer timer;
-        timer.start();
-        Until([&] { return timer.elapsed() >= milliseconds; });
-    }
-    static void Until(const std::function<bool()>& done) {
-        while (!done()) {
-            QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 2);
+void FillLayers(DrawingWindow& window) {
+    for (int layer = 0; layer < 10; ++layer) {
+        window.Run("qmVellixLayer -add -ls 0 persp");
+        for (const int time : {1, 5, 9, 13, 17, 21, 25}) {
+            window.Run("currentTime " + std::to_string(time) + "; qmVellixFrame -insert");
+        }
+        const Layer& drawn = *DrawingWindow::Node().GetActiveLayer("persp");
+        for (int frame = 0; frame < drawn.FrameCount(); ++frame) {
+            drawn.GetFrame(frame)->SetImage(Drawing(layer, frame));
         }
     }
-
-private:
-    static QImage Drawing(int layer, int frame) {
-        QImage image(1024, 1024, QImage::Format_RGBA8888);
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(QColor::fromHsv(layer * 36, 255, 220, 180), 8));
-        for (int ring = 0; ring < 6; ++ring) {
-            painter.drawEllipse(QPoint(200 + 60 * layer, 300 + 40 * frame), 40 + 30 * ring, 60 + 20 * ring);
-        }
-        return image;
-    }
-
-    QTemporaryDir m_prefs;
-    lightbox::Host m_host;
-    lightbox::WindowSession m_session;
-};
+    window.Run("qmVellixLayer -e -active 4 persp; currentTime 13");
+    window.Run("qmVellixUtil -e -gp 1; qmVellixUtil -e -gn 1; select -clear");
+    DrawingWindow::Turn(200);
+}
 
 double At(std::vector<double> values, double share) {
     std::sort(values.begin(), values.end());
@@ -108,7 +60,7 @@ double Milliseconds(const QElapsedTimer& timer) {
 
 /// One stroke of that many moves, which go back and forth over the view.
 template <typename Move>
-void DrawStroke(Session& session, RealInput& input, Move move) {
+void DrawStroke(DrawingWindow& session, RealInput& input, Move move) {
     const auto place = [&session](int i) {
         const int column = i % 100;
         const int x = (i / 100) % 2 == 0 ? column : 100 - column;
@@ -116,23 +68,24 @@ void DrawStroke(Session& session, RealInput& input, Move move) {
     };
     session.Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 24 80 100 0");
     input.MoveTo(place(0));
-    Session::Turn(50);
+    DrawingWindow::Turn(50);
     input.Press();
-    Session::Until([] { return Session::Node().HasActiveStroke(); });
-    const Stroke& stroke = *Session::Node().GetActiveStroke("persp", false);
-    Session::Until([&] { return stroke.points.size() == 2; });
+    DrawingWindow::Until([] { return DrawingWindow::Node().HasActiveStroke(); });
+    const Stroke& stroke = *DrawingWindow::Node().GetActiveStroke("persp", false);
+    DrawingWindow::Until([&] { return stroke.points.size() == 2; });
     std::mt19937 random(7);
     for (int i = 1; i <= MOVES; ++i) {
         move(stroke, [&, i] { input.MoveTo(place(i)); });
-        Session::Turn(4 + static_cast<int>(random() % 9)); // out of step with the sampling
+        DrawingWindow::Turn(4 + static_cast<int>(random() % 9)); // out of step with the sampling
     }
     input.Release();
-    Session::Turn(50);
+    DrawingWindow::Turn(50);
     session.Run("undo");
 }
 
 void Latency(benchmark::State& state) {
-    Session session;
+    DrawingWindow session(VIEW);
+    FillLayers(session);
     RealInput input;
     if (!input.IsAvailable()) {
         state.SkipWithError("The display does not let the pointer be moved");
@@ -153,7 +106,7 @@ void Latency(benchmark::State& state) {
             isShown = false;
             timer.start();
             move();
-            Session::Until([&] { return isShown; });
+            DrawingWindow::Until([&] { return isShown; });
             shown.push_back(Milliseconds(timer));
         });
         QObject::disconnect(connection);
@@ -166,9 +119,9 @@ void Latency(benchmark::State& state) {
             const int points = stroke.points.size();
             session.View().setUpdatesEnabled(false);
             move();
-            Session::Until([&] { return stroke.points.size() > points; });
+            DrawingWindow::Until([&] { return stroke.points.size() > points; });
             timer.start();
-            Session::Node().GetFinalImage("persp");
+            DrawingWindow::Node().GetFinalImage("persp");
             composing.push_back(Milliseconds(timer));
             session.View().setUpdatesEnabled(true);
             const auto frame = [&] {
