@@ -65,7 +65,7 @@ void TransformContext::Paste(bool andTransform, const QPoint& position) {
 
 void TransformContext::RememberCopiedRectangle() {
     const BaseNode* node = GetSelectionNode();
-    const Layer* layer = node != nullptr ? FindSelectionLayer(*node) : nullptr;
+    const Layer* layer = node != nullptr ? node->GetActiveLayer(m_camera) : nullptr;
     if (layer == nullptr || layer->GetCurrentFrame() == nullptr) {
         return; // nothing was copied
     }
