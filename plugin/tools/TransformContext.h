@@ -197,7 +197,8 @@ private:
     int m_copiedBottom = 0;
     int m_copiedRight = -1;
     int m_copiedTop = -1;
-    int m_pasteLayer = -1; ///< index of a layer that was created to paste into
+    float m_copiedScale = 1.0f; ///< view pixels to an image pixel then
+    int m_pasteLayer = -1;      ///< index of a layer that was created to paste into
     bool m_pasteFrameCreated = false;
     MTime m_pasteFrameTime;
 

@@ -26,11 +26,9 @@ protected:
 
 TEST_F(TransformLifeTest, BackspaceRevertsAndEscapeGoesToTheDrawTool) {
     Begin();
-    for (const auto key : {Qt::Key_Backspace, Qt::Key_Delete}) {
-        BeginTransform();
-        Key(key);
-        ExpectFreshStart();
-    }
+    BeginTransform();
+    Key(Qt::Key_Backspace);
+    ExpectFreshStart();
     BeginTransform();
     Key(Qt::Key_Escape);
     EXPECT_EQ(Run("currentCtx").AsString().rfind("qmVxDrawCtx", 0), 0U);
@@ -150,6 +148,7 @@ TEST_F(TransformLifeTest, TheViewMayGoInTheMiddle) {
         QMouseEvent move(QEvent::MouseMove, QPoint(50, 40), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(&floating, &move);
         QTest::mouseRelease(&floating, Qt::LeftButton, {}, QPoint(50, 40));
+        floating.setFocus();
         QTest::keyClick(&floating, Qt::Key_Return);
         Rest();
         ASSERT_EQ(Tool().GetStage(), TransformContext::TRANSFORM_STAGE);
