@@ -69,6 +69,7 @@ protected:
         QTest::mouseClick(FindButton(window, QString::fromLatin1(text)), Qt::LeftButton);
         Settle(10);
     }
+    static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
     /// The widget with that tooltip's beginning.
     template <typename Widget>
     static Widget* Find(QWidget* window, const char* toolTip) {
