@@ -86,6 +86,8 @@ Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
     if (!call.Has("-file")) {
         call.Fail("The file to write is missing: -file.");
     }
+    // What was shown or hidden just before has to be laid out first.
+    QApplication::sendPostedEvents();
     if (UserInterface* const ui = registry.host().ui()) {
         ui->RefreshViews(true);
     }

@@ -135,7 +135,8 @@ void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
     gl_->glDepthFunc(GL_LEQUAL);
     gl_->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     gl_->glLineWidth(static_cast<float>(std::max(1.0, devicePixelRatio)));
-    gl_->glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    // The picture itself stays opaque.
+    gl_->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     DrawBackground();
     gl_->glEnable(GL_DEPTH_TEST);
     if (options.grid) {

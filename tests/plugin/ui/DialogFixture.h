@@ -66,7 +66,10 @@ protected:
         return nullptr;
     }
     static void Click(QWidget* window, const char* text) {
-        QTest::mouseClick(FindButton(window, QString::fromLatin1(text)), Qt::LeftButton);
+        QAbstractButton* const button = FindButton(window, QString::fromLatin1(text));
+        // A check box as wide as its page is clicked where it is drawn.
+        const int left = qMin(button->width() / 2, 8);
+        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(left, button->height() / 2));
         Settle(10);
     }
     static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
@@ -82,11 +85,13 @@ protected:
         return nullptr;
     }
     std::string Ask(const std::string& mel) { return Run(mel).Shown(); }
-    /// Lines since the last call that the plug-in had the host execute; what refreshes menus is left out.
+    /// Lines since the last call that the plug-in had the host execute, without those that only make a tool
+    /// current, or show in menus and controls what has changed.
     std::vector<std::string> Lines() {
         std::vector<std::string> lines;
         for (const std::string& line : executed_.Take()) {
-            if (line.rfind("qmVxUpdateMainMenu", 0) != 0 && line.rfind("colorSliderGrp", 0) != 0) {
+            const std::string command = line.substr(0, line.find_first_of(" ("));
+            if (command == "evalDeferred" || (command.rfind("qmVellix", 0) == 0 && line != "qmVellixNode")) {
                 lines.push_back(line);
             }
         }
