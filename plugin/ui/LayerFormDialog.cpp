@@ -51,7 +51,7 @@ LayerFormDialog::LayerFormDialog(const QString& title, QWidget* parent)
     m_form->setHorizontalSpacing(8);
     m_form->setVerticalSpacing(8);
     m_form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_form->addRow(QStringLiteral("Name:"), m_name);
     m_form->addRow(QStringLiteral("Camera:"), m_camera);
 }

@@ -40,8 +40,7 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     };
     auto* const top = new QHBoxLayout;
     top->addStretch(1);
-    m_list->SetTabPredecessor(
-        add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
+    m_list->SetTabPredecessor(add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
     auto* const bottom = new QHBoxLayout;
     m_moveUp = add(bottom, HostIcon(":/moveLayerUp.png", Icon::MoveLayerUp), "Move Up",
                    &LayerManagerDialog::MoveLayerUp);
@@ -168,7 +167,8 @@ void LayerManagerDialog::showEvent(QShowEvent* event) {
 
 void LayerManagerDialog::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) {
-        m_list->UpdateColors();
+        // The rows are told only after the panel.
+        QMetaObject::invokeMethod(m_list, "UpdateColors", Qt::QueuedConnection);
     }
     FloatingPanel::changeEvent(event);
 }
