@@ -20,6 +20,7 @@ QMenu::item { padding: 4px 26px 4px 24px; }
 QMenu::item:selected { background: {accent}; }
 QMenu::item:disabled { color: {faint}; }
 QMenu::separator { height: 1px; background: {line}; margin: 4px 8px; }
+QMenu::icon, QMenu::indicator { left: 5px; }
 QMenu::tearoff { height: 9px; }
 QSplitter::handle { background: {line}; }
 QStatusBar::item { border: none; }

@@ -11,6 +11,7 @@
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
 #include "tools/DrawContextCommand.h"
+#include "tools/TransformContextCommand.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
@@ -51,6 +52,7 @@ struct ContextCommandEntry {
 std::vector<ContextCommandEntry> GetContextCommands() {
     return {
         {DrawContextCommand::GetCommandName(), DrawContextCommand::Creator},
+        {TransformContextCommand::GetCommandName(), TransformContextCommand::Creator},
     };
 }
 

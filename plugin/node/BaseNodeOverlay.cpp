@@ -4,6 +4,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/LegacyOutline.h"
 
 #include <maya/M3dView.h>
 #include <maya/MCommonRenderSettingsData.h>
@@ -92,6 +93,10 @@ QPoint BaseNode::ScreenCoordsToTexCoords(const QPoint& point) const {
     return m_overlay.ToImage(point);
 }
 
+MPoint BaseNode::TexCoordsToScreenCoords(const QPoint& pixel) const {
+    return m_overlay.ToView(pixel);
+}
+
 float BaseNode::TextureToScreenScale() const {
     return m_overlay.Scale();
 }
@@ -142,6 +147,9 @@ void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dVi
                     image->constBits());
     glColor4f(1.0f, 1.0f, 1.0f, GetOpacity());
     DrawLegacyQuad();
+    if (s_transformContext != nullptr && IsMaster()) {
+        s_transformContext->OnViewDrawn(view);
+    }
     LegacyOpenGlEnd(view);
 }
 
