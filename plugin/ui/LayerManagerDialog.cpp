@@ -34,6 +34,7 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     const auto add = [this](QHBoxLayout* row, const QIcon& icon, const char* toolTip,
                             void (LayerManagerDialog::*slot)()) {
         auto* const button = new PlainIconButton(icon, QLatin1String(toolTip), this);
+        button->setObjectName(objectName() + QString(QLatin1String(toolTip)).remove(QLatin1Char(' ')));
         connect(button, &PlainIconButton::clicked, this, slot);
         row->addWidget(button);
         return button;
