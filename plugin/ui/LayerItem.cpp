@@ -107,8 +107,8 @@ void LayerItem::UpdateColors() {
     if (m_active) {
         const QWidget* const window = MQtUtil::mainWindow();
         const QPalette host = window != nullptr ? window->palette() : colors;
-        const QBrush text = host.brush(QPalette::Active, QPalette::HighlightedText);
-        const QBrush back = host.brush(QPalette::Active, QPalette::Highlight);
+        const QBrush& text = host.brush(QPalette::Active, QPalette::HighlightedText);
+        const QBrush& back = host.brush(QPalette::Active, QPalette::Highlight);
         colors.setBrush(QPalette::Button, back);
         colors.setBrush(QPalette::Window, back);
         colors.setBrush(QPalette::WindowText, text);
