@@ -37,6 +37,7 @@ QString DescribeHost() {
 
 AboutDialog::AboutDialog(const QString& pluginFolder, QWidget* parent)
     : QDialog(parent) {
+    setObjectName(QStringLiteral("qmVxAbout"));
     setWindowTitle(QStringLiteral("About %1").arg(Settings::APPLICATION_TITLE));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     auto* column = new QVBoxLayout(this);

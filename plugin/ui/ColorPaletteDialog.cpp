@@ -24,6 +24,7 @@ constexpr int MARGIN = 2;
 
 ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Color Palette"), Settings::colorPaletteGeometry, parent) {
+    setObjectName(QStringLiteral("qmVxColorPalette"));
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &ColorPaletteDialog::ShowMenu);
 
@@ -43,6 +44,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     group->setExclusive(false);
     for (int i = 0; i < SWATCH_COUNT; ++i) {
         auto* swatch = new FlatButton;
+        swatch->setObjectName(QStringLiteral("qmVxColorPalette%1").arg(i));
         m_swatches.append(swatch);
         group->addButton(swatch);
         rows[i % ROW_COUNT]->addWidget(swatch);

@@ -20,6 +20,8 @@ QHBoxLayout* CreateDialogButtons(QDialog& dialog, std::function<void()> apply) {
     row->addStretch();
     auto* ok = new QPushButton(QStringLiteral("OK"));
     auto* cancel = new QPushButton(QStringLiteral("Cancel"));
+    ok->setObjectName(dialog.objectName() + QStringLiteral("Ok"));
+    cancel->setObjectName(dialog.objectName() + QStringLiteral("Cancel"));
     ok->setDefault(true);
     cancel->setAutoDefault(false);
     row->addWidget(ok);

@@ -72,9 +72,13 @@ GhostingDialog::GhostingDialog(QWidget* parent)
                                   QStringLiteral("Color of the earlier drawings")))
     , m_nextColor(CreateColor(QStringLiteral("qmGhostNextOverrideColorBtn"), Settings::ghostColorOverrideNext,
                               QStringLiteral("Color of the later drawings"))) {
+    setObjectName(QStringLiteral("qmVxGhosting"));
     setWindowTitle(QStringLiteral("Ghosting Settings"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setMinimumWidth(LEAST_WIDTH);
+    m_previousCount->setObjectName(QStringLiteral("qmVxGhostingPreviousCount"));
+    m_nextCount->setObjectName(QStringLiteral("qmVxGhostingNextCount"));
+    m_colorOverride->setObjectName(QStringLiteral("qmVxGhostingColorOverride"));
     m_colorOverride->setChecked(Settings::ghostColorOverride);
     m_colorOverride->setToolTip(QStringLiteral("Show ghosts in these colors instead of their own"));
 

@@ -196,7 +196,7 @@ void IconDrawing::Ghost(bool previous) {
 }
 
 void IconDrawing::InsertFrame() {
-    Frame(QRectF(5.75, 4.75, 12.5, 14.5));
+    Frame(QRectF(4.75, 3.75, 14.5, 16.5));
     UseAccent(true);
     Plus(QPointF(12, 12));
 }
@@ -215,10 +215,10 @@ void IconDrawing::DuplicateFrame() {
 }
 
 void IconDrawing::DeleteFrame() {
-    Frame(QRectF(5.75, 4.75, 12.5, 14.5));
+    Frame(QRectF(4.75, 3.75, 14.5, 16.5));
     UseAccent(true);
-    m_painter.drawLine(QPointF(9.5, 9.5), QPointF(14.5, 14.5));
-    m_painter.drawLine(QPointF(14.5, 9.5), QPointF(9.5, 14.5));
+    m_painter.drawLine(QPointF(9.25, 9.25), QPointF(14.75, 14.75));
+    m_painter.drawLine(QPointF(14.75, 9.25), QPointF(9.25, 14.75));
 }
 
 void IconDrawing::Step(bool back) {
@@ -226,10 +226,10 @@ void IconDrawing::Step(bool back) {
         m_painter.translate(24, 0);
         m_painter.scale(-1, 1);
     }
-    Frame(QRectF(12.75, 5.75, 7.5, 12.5));
+    Frame(QRectF(11.75, 4.75, 8.5, 14.5));
     UseAccent(true);
-    m_painter.drawLine(QPointF(3.5, 12), QPointF(9, 12));
-    Polyline({{6.25, 8.75}, {9.5, 12}, {6.25, 15.25}});
+    m_painter.drawLine(QPointF(2.75, 12), QPointF(8, 12));
+    Polyline({{5.25, 8.75}, {8.5, 12}, {5.25, 15.25}});
 }
 
 // --- layers -----------------------------------------------------------------------------------------------
@@ -269,9 +269,9 @@ void IconDrawing::LayerManager() {
 void IconDrawing::Refresh() {
     // In sixteenths of a degree, as arcs are measured.
     constexpr int degree = 16;
-    m_painter.drawArc(QRectF(4.5, 4.5, 15, 15), 60 * degree, 270 * degree);
+    m_painter.drawArc(QRectF(4.5, 4.5, 15, 15), 20 * degree, 290 * degree);
     UseAccent(true);
-    Polyline({{11.25, 3.5}, {15.75, 5.5}, {13.5, 10}});
+    Polyline({{19.25, 4.25}, {19.25, 9.25}, {14.25, 9.25}});
 }
 
 // --- colours and options ----------------------------------------------------------------------------------

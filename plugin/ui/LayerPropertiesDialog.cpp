@@ -19,6 +19,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, Q
     , m_visible(new QCheckBox(this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
     m_visible->setToolTip(QStringLiteral("Whether the layer is shown"));
+    m_visible->setAccessibleName(QStringLiteral("Visible"));
     Form().addRow(QStringLiteral("Visible:"), m_visible);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});
     AddButtons();

@@ -16,10 +16,13 @@ constexpr int SLIDER_WIDTH = 80;
 
 } // namespace
 
-NumberSlider::NumberSlider(QWidget* parent)
+NumberSlider::NumberSlider(const QString& name, QWidget* parent)
     : QWidget(parent)
     , m_slider(new QSlider(Qt::Horizontal))
     , m_number(new QSpinBox) {
+    setObjectName(name);
+    m_slider->setObjectName(name + QStringLiteral("Slider"));
+    m_number->setObjectName(name + QStringLiteral("Number"));
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(6);

@@ -14,7 +14,8 @@ class NumberSlider : public QWidget {
     Q_OBJECT
 
 public:
-    explicit NumberSlider(QWidget* parent = nullptr);
+    /// The slider and the number are named after it: "...Slider", "...Number".
+    explicit NumberSlider(const QString& name, QWidget* parent = nullptr);
 
     /// The suffix stands behind the number, and both widgets carry the tooltip and are named by it.
     void SetUp(int least, int most, const QString& suffix, const QString& toolTip);

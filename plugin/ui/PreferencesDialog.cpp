@@ -36,6 +36,7 @@ QListWidget* CreatePageList(const QStringList& names) {
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setFixedWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
                         list->fontMetrics().height() * 2);
+    list->setObjectName(QStringLiteral("qmVxPreferencesPages"));
     list->setAccessibleName(QStringLiteral("Pages"));
     return list;
 }
@@ -50,6 +51,7 @@ QGroupBox* CreateGroup(const QString& title, QVBoxLayout& page) {
 
 PreferencesDialog::PreferencesDialog(QWidget* parent)
     : QDialog(parent) {
+    setObjectName(QStringLiteral("qmVxPreferences"));
     setWindowTitle(QStringLiteral("Preferences"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     auto* list = CreatePageList({QStringLiteral("General"), QStringLiteral("Layers")});
@@ -73,26 +75,31 @@ QWidget* PreferencesDialog::CreateGeneralPage() {
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(CreateColorGroup());
     auto* options = new QVBoxLayout(CreateGroup(QStringLiteral("Options"), *column));
-    AddSwitch(*options, QStringLiteral("Disable ghosting during playback"),
+    AddSwitch(*options, "PlaybackGhosting", QStringLiteral("Disable ghosting during playback"),
               Settings::disableGhostingDuringPlayback,
               QStringLiteral("Ghosts are left out while the animation plays"));
-    AddSwitch(*options, QStringLiteral("Draw Tool viewport context menu"), Settings::drawToolContextMenu,
+    AddSwitch(*options, "DrawToolMenu", QStringLiteral("Draw Tool viewport context menu"),
+              Settings::drawToolContextMenu,
               QStringLiteral("A right click in a viewport opens a menu while the draw tool is in use"));
-    AddSwitch(*options, QStringLiteral("Transform Tool viewport context menu"),
+    AddSwitch(*options, "TransformToolMenu", QStringLiteral("Transform Tool viewport context menu"),
               Settings::transformToolContextMenu,
               QStringLiteral("A right click in a viewport opens a menu while the transform tool is in use"));
-    AddSwitch(*options, QStringLiteral("Timeline context menu"), Settings::timelineContextMenu,
+    AddSwitch(*options, "TimelineMenu", QStringLiteral("Timeline context menu"),
+              Settings::timelineContextMenu,
               QStringLiteral("A right click on the time slider opens a menu of frame operations"));
-    AddSwitch(*options, QStringLiteral("Toolbox draw tool context menu"),
+    AddSwitch(*options, "ToolboxToolMenu", QStringLiteral("Toolbox draw tool context menu"),
               Settings::toolboxDrawToolContextMenu,
               QStringLiteral("A right click on a tool of the toolbox opens its options"));
-    AddSwitch(*options, QStringLiteral("Toolbox ghosting context menu"), Settings::toolboxGhostingContextMenu,
+    AddSwitch(*options, "ToolboxGhostingMenu", QStringLiteral("Toolbox ghosting context menu"),
+              Settings::toolboxGhostingContextMenu,
               QStringLiteral("A right click on a ghost button of the toolbox opens the ghosting menu"));
-    AddSwitch(*options, QStringLiteral("Timeline range move enabled"), Settings::timeControlRangeMoveEnabled,
+    AddSwitch(*options, "RangeMove", QStringLiteral("Timeline range move enabled"),
+              Settings::timeControlRangeMoveEnabled,
               QStringLiteral("Dragging a highlighted range of the time slider moves its drawings"));
-    AddSwitch(*options, QStringLiteral("Ignore 2D Pan/Zoom"), Settings::ignore2dPanZoom,
+    AddSwitch(*options, "IgnorePanZoom", QStringLiteral("Ignore 2D Pan/Zoom"), Settings::ignore2dPanZoom,
               QStringLiteral("Drawings stay where they are when the camera's 2D pan and zoom changes"));
-    AddSwitch(*options, QStringLiteral("Show VX2 menu only  in Animation menu set (requires restart)"),
+    AddSwitch(*options, "AnimationMenu",
+              QStringLiteral("Show VX2 menu only  in Animation menu set (requires restart)"),
               Settings::showMainMenuInAnimationSet,
               QStringLiteral("Takes effect when the plug-in is loaded again"));
     column->addStretch();
@@ -102,6 +109,7 @@ QWidget* PreferencesDialog::CreateGeneralPage() {
 QWidget* PreferencesDialog::CreateColorGroup() {
     auto* group = new QGroupBox(TIMELINE_FRAME_COLOR);
     m_timelineFrameColor = new FlatButton;
+    m_timelineFrameColor->setObjectName(QStringLiteral("qmVxPreferencesFrameColor"));
     m_timelineFrameColor->setFixedWidth(COLOR_WIDTH);
     m_timelineFrameColor->setToolTip(QStringLiteral("Choose the color of the frames on the time slider"));
     m_timelineFrameColor->setAccessibleName(TIMELINE_FRAME_COLOR);
@@ -134,10 +142,10 @@ QWidget* PreferencesDialog::CreateLayersPage() {
     states->addStretch();
 
     auto* common = new QVBoxLayout(CreateGroup(QStringLiteral("Common Layer Options"), *column));
-    AddSwitch(*common, QStringLiteral("Automatically add first layer on draw"),
+    AddSwitch(*common, "FirstLayer", QStringLiteral("Automatically add first layer on draw"),
               Settings::automaticallyAddFirstLayer,
               QStringLiteral("Drawing with a camera that has no layer adds one"));
-    AddSwitch(*common, QStringLiteral("Always display new layer dialog"),
+    AddSwitch(*common, "NewLayerDialog", QStringLiteral("Always display new layer dialog"),
               Settings::alwaysDisplayNewLayerDialog,
               QStringLiteral("Ask for the name and state of a layer that is added by drawing"));
 
@@ -155,16 +163,17 @@ QWidget* PreferencesDialog::CreateLayersPage() {
     time->addWidget(m_staticFrameTime);
     time->addStretch();
     staticOptions->addLayout(time);
-    AddSwitch(*staticOptions, QStringLiteral("Insert default static frame"),
+    AddSwitch(*staticOptions, "StaticFrame", QStringLiteral("Insert default static frame"),
               Settings::insertDefaultStaticFrame,
               QStringLiteral("A new static layer starts with an empty drawing"));
     column->addStretch();
     return page;
 }
 
-void PreferencesDialog::AddSwitch(QLayout& layout, const QString& label, bool& setting,
+void PreferencesDialog::AddSwitch(QLayout& layout, const char* name, const QString& label, bool& setting,
                                   const QString& toolTip) {
     auto* box = new QCheckBox(label);
+    box->setObjectName(QStringLiteral("qmVxPreferences%1").arg(QLatin1String(name)));
     box->setToolTip(toolTip);
     layout.addWidget(box);
     m_switches.append({box, &setting});

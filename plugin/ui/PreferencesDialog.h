@@ -22,8 +22,9 @@ private:
     QWidget* CreateGeneralPage();
     QWidget* CreateLayersPage();
     QWidget* CreateColorGroup();
-    /// A check box in that layout for a setting.
-    void AddSwitch(QLayout& layout, const QString& label, bool& setting, const QString& toolTip);
+    /// A check box in that layout for a setting; automation finds it as "qmVxPreferences" and its name.
+    void AddSwitch(QLayout& layout, const char* name, const QString& label, bool& setting,
+                   const QString& toolTip);
 
     void LoadSettings();
     void ChooseTimelineFrameColor();

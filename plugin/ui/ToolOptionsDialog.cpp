@@ -24,8 +24,8 @@ constexpr int LEAST_WIDTH = 240;
 /// Characters of a font's name that are seen in the narrowest panel.
 constexpr int LEAST_FONT_LENGTH = 12;
 
-NumberSlider* CreatePercent(int least, const QString& toolTip) {
-    auto* slider = new NumberSlider;
+NumberSlider* CreatePercent(const QString& name, int least, const QString& toolTip) {
+    auto* slider = new NumberSlider(name);
     slider->SetUp(least, 100, QStringLiteral(" %"), toolTip);
     return slider;
 }
@@ -41,12 +41,17 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Tool Options"), Settings::toolOptionsGeometry, parent)
     , m_icon(new IconView(Icon::Brush, ICON_SIDE))
     , m_name(new QLabel)
-    , m_size(new NumberSlider)
-    , m_opacity(CreatePercent(1, QStringLiteral("How opaque the tool draws; hold M and drag in a view")))
-    , m_hardness(CreatePercent(0, QStringLiteral("How sharp the edge of a stroke is")))
+    , m_size(new NumberSlider(QStringLiteral("qmVxToolOptionsSize")))
+    , m_opacity(CreatePercent(QStringLiteral("qmVxToolOptionsOpacity"), 1,
+                              QStringLiteral("How opaque the tool draws; hold M and drag in a view")))
+    , m_hardness(CreatePercent(QStringLiteral("qmVxToolOptionsHardness"), 0,
+                               QStringLiteral("How sharp the edge of a stroke is")))
     , m_pressure(new QCheckBox(QStringLiteral("Tablet pressure")))
     , m_font(new QFontComboBox) {
+    setObjectName(QStringLiteral("qmVxToolOptions"));
     setMinimumWidth(LEAST_WIDTH);
+    m_pressure->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
+    m_font->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
     m_pressure->setToolTip(QStringLiteral("The pressure of a tablet's pen shapes the stroke"));
     m_font->setToolTip(QStringLiteral("The font of text"));
     m_font->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

@@ -55,14 +55,16 @@ QGridLayout* CreateGrid() {
 
 ToolboxDialog::ToolboxDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Toolbox"), Settings::toolboxGeometry, parent) {
+    setObjectName(QStringLiteral("qmVxToolbox"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     column->setSpacing(GROUP_SPACING);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
     column->addWidget(new Separator);
-    column->addLayout(CreateColors());
-    column->addLayout(CreateOptions());
+    QLayout* options = CreateOptions();
+    column->addLayout(CreateColors(options->sizeHint().width()));
+    column->addLayout(options);
     column->addWidget(new Separator);
     column->addLayout(CreateFrames());
     column->addWidget(new Separator);
@@ -85,31 +87,31 @@ QLayout* ToolboxDialog::CreateTools() {
     constexpr int perRow = COLUMN_COUNT - 1;
     int place = 0;
     for (const DrawingTool& tool : GetDrawingTools()) {
-        const QString name = QStringLiteral("%1: %2").arg(QLatin1String(tool.name), QLatin1String(tool.hint));
-        IconButton* button = CreateSwitch(tool.icon, name, tool.take);
+        const QString toolTip =
+            QStringLiteral("%1: %2").arg(QLatin1String(tool.name), QLatin1String(tool.hint));
+        IconButton* button = CreateSwitch(tool.icon, tool.name, toolTip, tool.take);
         connect(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
         m_tools.append(button);
         grid->addWidget(button, place / perRow, place % perRow);
         ++place;
     }
-    m_transform =
-        CreateSwitch(Icon::Transform, QStringLiteral("Transform: move, turn and scale a part of the drawing"),
-                     MayaUtil::ActivateTransformTool);
+    m_transform = CreateSwitch(Icon::Transform, "Transform",
+                               QStringLiteral("Transform: move, turn and scale a part of the drawing"),
+                               MayaUtil::ActivateTransformTool);
     grid->addWidget(m_transform, 0, perRow);
-    grid->addWidget(
-        CreateButton(Icon::Options, QStringLiteral("Tool options"), MayaUtil::ShowToolOptionsDialog), 1,
-        perRow);
+    grid->addWidget(CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
+                                 MayaUtil::ShowToolOptionsDialog),
+                    1, perRow);
     return grid;
 }
 
-QLayout* ToolboxDialog::CreateColors() {
+QLayout* ToolboxDialog::CreateColors(int width) {
     auto* row = new QHBoxLayout;
     row->setSpacing(SPACING);
-    IconButton* palette =
-        CreateButton(Icon::Palette, QStringLiteral("Color palette"), MayaUtil::ShowColorPaletteDialog);
-    // The color fills the other columns.
-    const int width = (COLUMN_COUNT - 1) * (palette->sizeHint().width() + SPACING) - SPACING;
-    m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), QSize(width, COLOR_HEIGHT),
+    IconButton* palette = CreateButton(Icon::Palette, "Palette", QStringLiteral("Color palette"),
+                                       MayaUtil::ShowColorPaletteDialog);
+    const QSize size(width - palette->sizeHint().width() - SPACING, COLOR_HEIGHT);
+    m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), size,
                                  QStringLiteral("Color to draw with; click to choose another one"));
     m_color->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
     row->addWidget(m_color);
@@ -122,8 +124,8 @@ QLayout* ToolboxDialog::CreateOptions() {
     auto* grid = new QGridLayout;
     grid->setSpacing(SPACING);
     grid->setHorizontalSpacing(MARGIN);
-    m_size = new NumberSlider;
-    m_opacity = new NumberSlider;
+    m_size = new NumberSlider(QStringLiteral("qmVxToolboxSize"));
+    m_opacity = new NumberSlider(QStringLiteral("qmVxToolboxOpacity"));
     m_opacity->SetUp(1, 100, QStringLiteral(" %"), QStringLiteral("Opacity of the active tool"));
     int row = 0;
     for (NumberSlider* slider : {m_size, m_opacity}) {
@@ -141,11 +143,15 @@ QLayout* ToolboxDialog::CreateFrames() {
     QGridLayout* grid = CreateGrid();
     int column = 0;
     for (IconButton* button :
-         {CreateButton(Icon::InsertFrame, QStringLiteral("Insert an empty frame"), MayaUtil::InsertFrame),
-          CreateButton(Icon::DuplicateFrame, QStringLiteral("Duplicate the frame"), MayaUtil::DuplicateFrame),
-          CreateButton(Icon::DeleteFrame, QStringLiteral("Delete the frame"), MayaUtil::DeleteFrame),
-          CreateButton(Icon::StepBack, QStringLiteral("Step back to the frame before"), MayaUtil::StepBack),
-          CreateButton(Icon::StepForward, QStringLiteral("Step forward to the next frame"),
+         {CreateButton(Icon::InsertFrame, "InsertFrame", QStringLiteral("Insert an empty frame"),
+                       MayaUtil::InsertFrame),
+          CreateButton(Icon::DuplicateFrame, "DuplicateFrame", QStringLiteral("Duplicate the frame"),
+                       MayaUtil::DuplicateFrame),
+          CreateButton(Icon::DeleteFrame, "DeleteFrame", QStringLiteral("Delete the frame"),
+                       MayaUtil::DeleteFrame),
+          CreateButton(Icon::StepBack, "StepBack", QStringLiteral("Step back to the frame before"),
+                       MayaUtil::StepBack),
+          CreateButton(Icon::StepForward, "StepForward", QStringLiteral("Step forward to the next frame"),
                        MayaUtil::StepForward)}) {
         grid->addWidget(button, 0, column++);
     }
@@ -155,37 +161,43 @@ QLayout* ToolboxDialog::CreateFrames() {
 QLayout* ToolboxDialog::CreateGhostsAndLayers() {
     QGridLayout* grid = CreateGrid();
     m_ghostPrevious =
-        CreateGhostSwitch(Icon::GhostPrevious, QStringLiteral("Show the drawings before this one"),
-                          MayaUtil::ToggleGhostPrevious);
-    m_ghostNext = CreateGhostSwitch(Icon::GhostNext, QStringLiteral("Show the drawings after this one"),
-                                    MayaUtil::ToggleGhostNext);
+        CreateGhostSwitch(Icon::GhostPrevious, "GhostPrevious",
+                          QStringLiteral("Show the drawings before this one"), MayaUtil::ToggleGhostPrevious);
+    m_ghostNext =
+        CreateGhostSwitch(Icon::GhostNext, "GhostNext", QStringLiteral("Show the drawings after this one"),
+                          MayaUtil::ToggleGhostNext);
     // The column in the middle stays empty, as wide as the others.
     grid->setColumnMinimumWidth(2, m_ghostPrevious->sizeHint().width());
     grid->addWidget(m_ghostPrevious, 0, 0);
     grid->addWidget(m_ghostNext, 0, 1);
-    grid->addWidget(CreateButton(Icon::NewLayer, QStringLiteral("New layer"), MayaUtil::ShowNewLayerDialog),
-                    0, COLUMN_COUNT - 2);
     grid->addWidget(
-        CreateButton(Icon::LayerManager, QStringLiteral("Layer manager"), MayaUtil::ShowLayerManagerDialog),
-        0, COLUMN_COUNT - 1);
+        CreateButton(Icon::NewLayer, "NewLayer", QStringLiteral("New layer"), MayaUtil::ShowNewLayerDialog),
+        0, COLUMN_COUNT - 2);
+    grid->addWidget(CreateButton(Icon::LayerManager, "LayerManager", QStringLiteral("Layer manager"),
+                                 MayaUtil::ShowLayerManagerDialog),
+                    0, COLUMN_COUNT - 1);
     return grid;
 }
 
-IconButton* ToolboxDialog::CreateButton(Icon icon, const QString& toolTip, bool (*issue)()) {
+IconButton* ToolboxDialog::CreateButton(Icon icon, const char* name, const QString& toolTip,
+                                        bool (*issue)()) {
     auto* button = new IconButton(icon, toolTip, ICON_SIZE);
+    button->setObjectName(QStringLiteral("qmVxToolbox%1").arg(QLatin1String(name)));
     connect(button, &QAbstractButton::clicked, this, [issue] { issue(); });
     return button;
 }
 
-IconButton* ToolboxDialog::CreateSwitch(Icon icon, const QString& toolTip, bool (*issue)()) {
-    IconButton* button = CreateButton(icon, toolTip, issue);
+IconButton* ToolboxDialog::CreateSwitch(Icon icon, const char* name, const QString& toolTip,
+                                        bool (*issue)()) {
+    IconButton* button = CreateButton(icon, name, toolTip, issue);
     button->setCheckable(true);
     connect(button, &QAbstractButton::clicked, this, &ToolboxDialog::Refresh);
     return button;
 }
 
-IconButton* ToolboxDialog::CreateGhostSwitch(Icon icon, const QString& toolTip, bool (*toggle)()) {
-    IconButton* button = CreateSwitch(icon, toolTip, toggle);
+IconButton* ToolboxDialog::CreateGhostSwitch(Icon icon, const char* name, const QString& toolTip,
+                                             bool (*toggle)()) {
+    IconButton* button = CreateSwitch(icon, name, toolTip, toggle);
     connect(button, &IconButton::MenuWanted, this, &ToolboxDialog::ShowGhostingMenu);
     return button;
 }

@@ -33,16 +33,17 @@ public:
 
 private:
     QLayout* CreateTools();
-    QLayout* CreateColors();
+    /// As wide as that, pixels.
+    QLayout* CreateColors(int width);
     QLayout* CreateOptions();
     QLayout* CreateGhostsAndLayers();
     QLayout* CreateFrames();
 
-    /// A button that issues a line.
-    IconButton* CreateButton(Icon icon, const QString& toolTip, bool (*issue)());
+    /// A button that issues a line; automation finds it as "qmVxToolbox" and its name.
+    IconButton* CreateButton(Icon icon, const char* name, const QString& toolTip, bool (*issue)());
     /// A button that shows a state; it is shown anew after the line was issued, whatever became of it.
-    IconButton* CreateSwitch(Icon icon, const QString& toolTip, bool (*issue)());
-    IconButton* CreateGhostSwitch(Icon icon, const QString& toolTip, bool (*toggle)());
+    IconButton* CreateSwitch(Icon icon, const char* name, const QString& toolTip, bool (*issue)());
+    IconButton* CreateGhostSwitch(Icon icon, const char* name, const QString& toolTip, bool (*toggle)());
     void ShowOptionsOf(const DrawingTool& tool);
     void ShowGhostingMenu(const QPoint& place);
     void Send();

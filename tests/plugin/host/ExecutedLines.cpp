@@ -15,12 +15,13 @@ ExecutedLines* g_current = nullptr;
 } // namespace
 
 ExecutedLines::ExecutedLines(Mode mode)
-    : m_mode(mode) {
+    : m_mode(mode)
+    , m_outer(g_current) {
     g_current = this;
 }
 
 ExecutedLines::~ExecutedLines() {
-    g_current = nullptr;
+    g_current = m_outer;
 }
 
 ExecutedLines* ExecutedLines::Current() {

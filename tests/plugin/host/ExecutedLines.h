@@ -22,12 +22,13 @@ public:
     std::vector<std::string> Take() { return std::exchange(m_lines, {}); }
     bool Executes() const { return m_mode == Mode::KeepAndExecute; }
 
-    /// The one that lives, or null.
+    /// The innermost one that lives, or null.
     static ExecutedLines* Current();
     void Keep(const std::string& line) { m_lines.push_back(line); }
 
 private:
     Mode m_mode;
+    ExecutedLines* m_outer;
     std::vector<std::string> m_lines;
 };
 

@@ -72,6 +72,7 @@ protected:
         QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(left, button->height() / 2));
         Settle(10);
     }
+    static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
     /// The widget with that tooltip's beginning.
     template <typename Widget>
     static Widget* Find(QWidget* window, const char* toolTip) {

@@ -1,6 +1,6 @@
 #include "ui/FloatingPanel.h"
 
-#include "plugin/ui/PanelFixture.h"
+#include "plugin/ui/DialogFixture.h"
 
 #include <QScreen>
 
@@ -24,9 +24,9 @@ TEST(FloatingPanelTest, AWindowIsMovedOntoItsScreen) {
 
 namespace {
 
-class PanelPlaceTest : public PanelFixture {
+class PanelPlaceTest : public DialogFixture {
 protected:
-    FloatingPanel& Panel() { return Open<FloatingPanel>("qmVxLayerManager", "qmVellixUtil -layerManager"); }
+    FloatingPanel& Panel() { return dynamic_cast<FloatingPanel&>(*Open("-layerManager", "Layer Manager")); }
 };
 
 } // namespace

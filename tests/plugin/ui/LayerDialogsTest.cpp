@@ -1,4 +1,4 @@
-#include "plugin/ui/PanelFixture.h"
+#include "plugin/ui/DialogFixture.h"
 #include "ui/LayerPropertiesDialog.h"
 #include "ui/NewLayerDialog.h"
 
@@ -15,10 +15,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class LayerDialogsTest : public PanelFixture {
+class LayerDialogsTest : public DialogFixture {
 protected:
-    QWidget& NewLayer() { return Open<QWidget>("qmVxNewLayer", "qmVellixUtil -newLayer"); }
-    QWidget& Properties() { return Open<QWidget>("qmVxLayerProperties", "qmVellixUtil -layerProperties"); }
+    QWidget& NewLayer() { return *Open("-newLayer", "New Layer"); }
+    QWidget& Properties() { return *Open("-layerProperties", "Layer Properties"); }
 
     static QLineEdit& Name(const QWidget& dialog) { return *dialog.findChild<QLineEdit*>(); }
     static QComboBox& Camera(const QWidget& dialog) { return *dialog.findChild<QComboBox*>(); }
@@ -38,12 +38,12 @@ TEST_F(LayerDialogsTest, TheFirstLayerComesWithTheNode) {
     Camera(dialog).setCurrentText(QStringLiteral("side"));
     {
         const ExecutedLines lines;
-        Click(Button(dialog, "OK"));
+        Click(&dialog, "OK");
         EXPECT_THAT(lines.Lines(), ElementsAre("qmVellixNode -l -c side -ln \"Rough \\\"1\\\"\" -ls 0",
                                                "evalDeferred(\"qmVellixUtil -draw\")"));
     }
     Settle();
-    EXPECT_EQ(Find("qmVxNewLayer"), nullptr);
+    EXPECT_EQ(FindWindow(QStringLiteral("New Layer")), nullptr);
     QTest::keyClick(&Name(NewLayer()), Qt::Key_Return);
     ASSERT_TRUE(WaitFor([&] { return Ask("qmVellixNode -exists") == "1"; }));
     EXPECT_EQ(Ask("qmVellixLayer -qn 0 persp"), "Layer");
@@ -57,9 +57,9 @@ TEST_F(LayerDialogsTest, FurtherLayersAreAddedAndUndoneByThemselves) {
     set(1);
     QWidget& dialog = NewLayer();
     set(0);
-    EXPECT_TRUE(Button(dialog, "Static")->isChecked());
+    EXPECT_TRUE(FindButton(&dialog, QStringLiteral("Static"))->isChecked());
     EXPECT_EQ(Camera(dialog).currentText(), QStringLiteral("front"));
-    Click(Button(dialog, "OK"));
+    Click(&dialog, "OK");
     Settle();
     EXPECT_EQ(Ask("qmVellixLayer -cnt front"), "2");
     EXPECT_EQ(Ask("qmVellixLayer -qs 1 front"), "1");
@@ -69,9 +69,9 @@ TEST_F(LayerDialogsTest, FurtherLayersAreAddedAndUndoneByThemselves) {
     EXPECT_EQ(Ask("qmVellixLayer -qn 0 front"), "Base");
 
     QWidget& other = NewLayer();
-    EXPECT_TRUE(Button(other, "Anim")->isChecked());
+    EXPECT_TRUE(FindButton(&other, QStringLiteral("Anim"))->isChecked());
     const ExecutedLines lines;
-    Click(Button(other, "Cancel"));
+    Click(&other, "Cancel");
     QTest::keyClick(&NewLayer(), Qt::Key_Escape);
     EXPECT_THAT(lines.Lines(), IsEmpty());
 }
@@ -79,9 +79,7 @@ TEST_F(LayerDialogsTest, FurtherLayersAreAddedAndUndoneByThemselves) {
 TEST_F(LayerDialogsTest, PropertiesIssueOneLineForEachChange) {
     Run("qmVellixNode -l -c persp -ln Ink; qmVellixLayer -es 2 0 persp");
     const auto name = [](const char* text) { return [text](QWidget& dialog) { Type(dialog, text); }; };
-    const auto press = [](const char* text) {
-        return [text](QWidget& dialog) { Click(Button(dialog, text)); };
-    };
+    const auto press = [](const char* text) { return [text](QWidget& dialog) { Click(&dialog, text); }; };
     const auto hide = [](QWidget& dialog) { dialog.findChild<QCheckBox*>()->click(); };
     const auto move = [](QWidget& dialog) { Camera(dialog).setCurrentText(QStringLiteral("top")); };
     const auto both = [](auto first, auto second) {
@@ -108,16 +106,16 @@ TEST_F(LayerDialogsTest, PropertiesIssueOneLineForEachChange) {
     };
     for (const auto& row : rows) {
         QWidget& dialog = Properties();
-        EXPECT_TRUE(Button(dialog, "Locked")->isChecked());
+        EXPECT_TRUE(FindButton(&dialog, QStringLiteral("Locked"))->isChecked());
         row.change(dialog);
         const ExecutedLines lines;
-        Click(Button(dialog, "OK"));
+        Click(&dialog, "OK");
         EXPECT_EQ(lines.Lines(), row.lines);
         Settle();
     }
     QWidget& dialog = Properties();
     rows[7].change(dialog);
-    Click(Button(dialog, "Cancel"));
+    Click(&dialog, "Cancel");
     EXPECT_EQ(Ask("qmVellixLayer -qn 0 persp"), "Ink");
 }
 
@@ -127,17 +125,17 @@ TEST_F(LayerDialogsTest, PropertiesOfNothingAreAnError) {
     Run("qmVellixNode -l -c persp -ln Ink");
     LayerPropertiesDialog::Open(QStringLiteral("persp"), 4, &Window());
     EXPECT_THAT(messages_, Contains(HasSubstr("Layer does not exist.")));
-    EXPECT_EQ(Find("qmVxLayerProperties"), nullptr);
+    EXPECT_EQ(FindWindow(QStringLiteral("Layer Properties")), nullptr);
     // A camera that went keeps its layers: its name is still offered.
     Run("camera; qmVellixLayer -add -n Far -ls 0 camera1; delete camera1");
     const ExecutedLines lines;
     QWidget& dialog = *[&] {
         LayerPropertiesDialog::Open(QStringLiteral("camera1"), 0, &Window());
         Settle();
-        return Find("qmVxLayerProperties");
+        return FindWindow(QStringLiteral("Layer Properties"));
     }();
     EXPECT_EQ(Camera(dialog).currentText(), QStringLiteral("camera1"));
-    Click(Button(dialog, "OK"));
+    Click(&dialog, "OK");
     EXPECT_THAT(lines.Lines(), IsEmpty());
 }
 
@@ -145,7 +143,7 @@ TEST_F(LayerDialogsTest, UnloadingThePluginTakesAnOpenDialogWithIt) {
     NewLayer();
     host_->plugins().Unload("vellix2", true);
     Settle();
-    EXPECT_EQ(Find("qmVxNewLayer"), nullptr);
+    EXPECT_EQ(FindWindow(QStringLiteral("New Layer")), nullptr);
 }
 
 } // namespace vellix

@@ -1,4 +1,4 @@
-#include "plugin/ui/PanelFixture.h"
+#include "plugin/ui/DialogFixture.h"
 #include "ui/CameraLayerList.h"
 #include "ui/LayerItem.h"
 #include "ui/LayerManagerDialog.h"
@@ -17,7 +17,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 /// Three layers of persp, one of front; the middle one of persp is active.
-class LayerManagerTest : public PanelFixture {
+class LayerManagerTest : public DialogFixture {
 protected:
     LayerManagerTest() {
         Run("qmVellixNode -l -c persp -ln Rough; qmVellixLayer -add -n Ink -ls 0 persp;"
@@ -26,7 +26,7 @@ protected:
     }
 
     LayerManagerDialog& Panel() {
-        return Open<LayerManagerDialog>("qmVxLayerManager", "qmVellixUtil -layerManager");
+        return dynamic_cast<LayerManagerDialog&>(*Open("-layerManager", "Layer Manager"));
     }
     static LayerItem& Item(const LayerManagerDialog& panel, const char* camera, int index) {
         for (LayerItem* const item : panel.findChildren<LayerItem*>()) {
@@ -134,7 +134,7 @@ TEST_F(LayerManagerTest, EachClickIsItsCommandLine) {
     Click(Toggle(locked, 1));
     Click(Toggle(Item(panel, "persp", 1), 1));
     for (const char* const button : {"Move Up", "Move Down", "Delete Layer", "Refresh"}) {
-        Click(Button(panel, button));
+        Click(&panel, button);
     }
     EXPECT_THAT(lines.Lines(),
                 ElementsAre("qmVellixLayer -e -active 0 persp", "evalDeferred(\"qmVellixUtil -draw\")",
@@ -152,7 +152,7 @@ TEST_F(LayerManagerTest, ButtonsDoNothingAtTheEnds) {
         Settle();
         const ExecutedLines lines;
         for (const char* const name : {"Move Up", "Move Down", "Delete Layer"}) {
-            auto* const button = qobject_cast<PlainIconButton*>(Button(panel, name));
+            auto* const button = qobject_cast<PlainIconButton*>(FindButton(&panel, QLatin1String(name)));
             const bool does = std::find_if(dimmed.begin(), dimmed.end(), [&](const char* other) {
                                   return std::string(other) == name;
                               }) == dimmed.end();
@@ -197,7 +197,7 @@ TEST_F(LayerManagerTest, ADoubleClickOpensTheProperties) {
     LayerManagerDialog& panel = Panel();
     QTest::mouseDClick(&Item(panel, "persp", 2), Qt::LeftButton);
     Settle();
-    QWidget* const dialog = Find("qmVxLayerProperties");
+    QWidget* const dialog = FindWindow(QStringLiteral("Layer Properties"));
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(dialog->parentWidget(), &panel);
     dialog->close();
@@ -207,9 +207,9 @@ TEST_F(LayerManagerTest, WhatIsClickedIsUndoneStepByStep) {
     LayerManagerDialog& panel = Panel();
     const std::vector<std::string> start = Shown(panel);
     Click(Toggle(Item(panel, "persp", 0), 0));
-    Click(Button(panel, "Move Up"));
+    Click(&panel, "Move Up");
     Click(&Item(panel, "front", 0));
-    Click(Button(panel, "Delete Layer"));
+    Click(&panel, "Delete Layer");
     Settle();
     EXPECT_THAT(Shown(panel), ElementsAre("persp: Ink V", "persp: Sky VS", "persp: Rough "));
     for (int i = 0; i < 4; ++i) {
@@ -269,7 +269,7 @@ TEST_F(LayerManagerTest, TheKeyboardReachesEverything) {
     panel.activateWindow();
     Settle();
     // One row is a stop of the tab key, with its two buttons; the others are reached with the arrows.
-    Button(panel, "Refresh")->setFocus();
+    FindButton(&panel, QStringLiteral("Refresh"))->setFocus();
     QStringList stops;
     for (int i = 0; i < 8; ++i) {
         QTest::keyClick(panel.focusWidget(), Qt::Key_Tab);

@@ -1,7 +1,7 @@
 #include "ui/RetimingDialog.h"
 
 #include "node/BaseNode.h"
-#include "plugin/ui/PanelFixture.h"
+#include "plugin/ui/DialogFixture.h"
 
 #include <QCheckBox>
 
@@ -11,11 +11,11 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class RetimingDialogTest : public PanelFixture {
+class RetimingDialogTest : public DialogFixture {
 protected:
     RetimingDialogTest() { Settings::retimeMoveToNextFrame = false; }
 
-    RetimingDialog& Panel() { return Open<RetimingDialog>("qmVxRetimingTool", "qmVellixUtil -retimingTool"); }
+    RetimingDialog& Panel() { return dynamic_cast<RetimingDialog&>(*Open("-retimingTool", "Retiming Tool")); }
     static QCheckBox& MoveToNext(const QWidget& panel) { return *panel.findChild<QCheckBox*>(); }
 };
 
@@ -25,11 +25,11 @@ TEST_F(RetimingDialogTest, EveryButtonRetimes) {
     RetimingDialog& panel = Panel();
     const ExecutedLines lines;
     for (const char* const button : {"1f", "3f", "7f", "-2f", "-1f", "+1f", "+2f"}) {
-        Click(Button(panel, button));
+        Click(&panel, button);
     }
     MoveToNext(panel).click();
-    Click(Button(panel, "2f"));
-    Click(Button(panel, "-1f"));
+    Click(&panel, "2f");
+    Click(&panel, "-1f");
     EXPECT_THAT(lines.Lines(),
                 ElementsAre("qmVellixFrame -retime 1", "qmVellixFrame -retime 3", "qmVellixFrame -retime 7",
                             "qmVellixFrame -relative -retime -2", "qmVellixFrame -relative -retime -1",
@@ -43,8 +43,8 @@ TEST_F(RetimingDialogTest, ARowOfPressesRetimesDrawingByDrawing) {
         "qmVellixFrame -insert; currentTime 1");
     RetimingDialog& panel = Panel();
     MoveToNext(panel).click();
-    Click(Button(panel, "2f"));
-    Click(Button(panel, "+1f"));
+    Click(&panel, "2f");
+    Click(&panel, "+1f");
     EXPECT_EQ(Ask("currentTime -q"), "8");
     QList<int> times;
     BaseNode::GetMaster()->GetFrameTimes(QStringLiteral("persp"), times);
