@@ -27,7 +27,6 @@ public:
     LayerItem* GetActive() const;
     /// Scrolls as little as it takes to see the active layer.
     void RevealActive();
-    void UpdateColors();
 
     /// Null when there is no such layer.
     LayerItem* FindItem(const QString& camera, int index) const;
@@ -36,6 +35,10 @@ public:
     void SetTabPredecessor(QWidget* widget) { m_tabPredecessor = widget; }
 
     QSize sizeHint() const override;
+
+public Q_SLOTS:
+    /// Takes the colours anew after the palette changed.
+    void UpdateColors();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

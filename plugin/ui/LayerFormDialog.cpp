@@ -1,12 +1,12 @@
 #include "ui/LayerFormDialog.h"
 
 #include "core/LayerState.h"
+#include "ui/DialogParts.h"
 
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 
 namespace vellix {
@@ -51,7 +51,7 @@ LayerFormDialog::LayerFormDialog(const QString& title, QWidget* parent)
     m_form->setHorizontalSpacing(8);
     m_form->setVerticalSpacing(8);
     m_form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_form->addRow(QStringLiteral("Name:"), m_name);
     m_form->addRow(QStringLiteral("Camera:"), m_camera);
 }
@@ -71,25 +71,12 @@ void LayerFormDialog::AddStates(const QString& label, const QList<LayerState>& s
 }
 
 void LayerFormDialog::AddButtons() {
-    auto* const ok = new QPushButton(QStringLiteral("OK"), this);
-    auto* const cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    ok->setDefault(true);
-    cancel->setAutoDefault(false);
-    connect(ok, &QPushButton::clicked, this, &LayerFormDialog::Accept);
-    connect(cancel, &QPushButton::clicked, this, &LayerFormDialog::reject);
-    auto* const row = new QHBoxLayout;
-    row->setContentsMargins(0, 4, 0, 0);
-    row->setSpacing(6);
-    row->addStretch(1);
-    row->addWidget(ok);
-    row->addWidget(cancel);
+    QHBoxLayout* const row = CreateDialogButtons(*this, [this] {
+        Apply();
+        accept();
+    });
     m_form->addRow(row);
     m_name->setFocus();
-}
-
-void LayerFormDialog::Accept() {
-    Apply();
-    accept();
 }
 
 void LayerFormDialog::SetLayerName(const QString& name) {

@@ -45,8 +45,6 @@ private:
         QRadioButton* button;
     };
 
-    void Accept();
-
     QFormLayout* m_form;
     QLineEdit* m_name;
     QComboBox* m_camera;

@@ -65,6 +65,11 @@ LayerItem::LayerItem(const QString& camera, int index, QWidget* parent)
     layout->addWidget(m_state);
     layout->addWidget(m_name, 1);
     setAutoFillBackground(true);
+    const QString name = QStringLiteral("qmVxLayer%1_%2_%3");
+    const QString number = QString::number(index);
+    setObjectName(name.arg(QString(), camera, number));
+    m_visibility->setObjectName(name.arg(QStringLiteral("Visibility"), camera, number));
+    m_state->setObjectName(name.arg(QStringLiteral("State"), camera, number));
     connect(m_visibility, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
     connect(m_state, &LayerToggle::clicked, this, &LayerItem::CycleState);
     m_visibility->installEventFilter(this);
@@ -102,8 +107,8 @@ void LayerItem::UpdateColors() {
     if (m_active) {
         const QWidget* const window = MQtUtil::mainWindow();
         const QPalette host = window != nullptr ? window->palette() : colors;
-        const QBrush text = host.brush(QPalette::Active, QPalette::HighlightedText);
-        const QBrush back = host.brush(QPalette::Active, QPalette::Highlight);
+        const QBrush& text = host.brush(QPalette::Active, QPalette::HighlightedText);
+        const QBrush& back = host.brush(QPalette::Active, QPalette::Highlight);
         colors.setBrush(QPalette::Button, back);
         colors.setBrush(QPalette::Window, back);
         colors.setBrush(QPalette::WindowText, text);

@@ -34,14 +34,14 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     const auto add = [this](QHBoxLayout* row, const QIcon& icon, const char* toolTip,
                             void (LayerManagerDialog::*slot)()) {
         auto* const button = new PlainIconButton(icon, QLatin1String(toolTip), this);
+        button->setObjectName(objectName() + QString(QLatin1String(toolTip)).remove(QLatin1Char(' ')));
         connect(button, &PlainIconButton::clicked, this, slot);
         row->addWidget(button);
         return button;
     };
     auto* const top = new QHBoxLayout;
     top->addStretch(1);
-    m_list->SetTabPredecessor(
-        add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
+    m_list->SetTabPredecessor(add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
     auto* const bottom = new QHBoxLayout;
     m_moveUp = add(bottom, HostIcon(":/moveLayerUp.png", Icon::MoveLayerUp), "Move Up",
                    &LayerManagerDialog::MoveLayerUp);
@@ -168,7 +168,8 @@ void LayerManagerDialog::showEvent(QShowEvent* event) {
 
 void LayerManagerDialog::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) {
-        m_list->UpdateColors();
+        // The rows are told only after the panel.
+        QMetaObject::invokeMethod(m_list, "UpdateColors", Qt::QueuedConnection);
     }
     FloatingPanel::changeEvent(event);
 }

@@ -11,7 +11,7 @@ namespace vellix {
 LayerToggle::LayerToggle(QWidget* parent)
     : QAbstractButton(parent) {
     setAttribute(Qt::WA_Hover);
-    setFixedSize(sizeHint());
+    setFixedSize(LayerToggle::sizeHint());
 }
 
 void LayerToggle::Show(const QString& letter, const QString& meaning) {

@@ -18,7 +18,7 @@ PlainIconButton::PlainIconButton(const QIcon& icon, const QString& toolTip, QWid
     setIcon(icon);
     setToolTip(toolTip);
     setAccessibleName(toolTip);
-    setFixedSize(sizeHint());
+    setFixedSize(PlainIconButton::sizeHint());
     setFocusPolicy(Qt::StrongFocus);
 }
 

@@ -48,6 +48,7 @@ RetimingDialog::RetimingDialog(QWidget* parent)
                   QStringLiteral("Hold the drawing %1 longer").arg(Frames(frames)), RELATIVE_WIDTH,
                   &RetimingDialog::RetimeRelative);
     }
+    m_moveToNext->setObjectName(objectName() + QStringLiteral("MoveToNextFrame"));
     m_moveToNext->setToolTip(QStringLiteral("After each press go on to the drawing that follows"));
     connect(m_moveToNext, &QCheckBox::toggled, this, &RetimingDialog::OnMoveToNextFrameToggled);
     auto* const layout = new QVBoxLayout(this);
@@ -64,6 +65,7 @@ RetimingDialog::RetimingDialog(QWidget* parent)
 void RetimingDialog::AddButton(QHBoxLayout* row, const QString& label, const QString& toolTip, int least,
                                void (RetimingDialog::*slot)()) {
     auto* const button = new QPushButton(label, this);
+    button->setObjectName(objectName() + label);
     button->setToolTip(toolTip);
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, slot);
