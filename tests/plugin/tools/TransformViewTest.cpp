@@ -128,8 +128,7 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
     Begin();
     Run("qmVellixLayer -add -ls 0 front; currentTime 1; lookThru modelPanel4 front; qmVellixFrame -insert");
     const auto isPart = [](QRgb pixel) {
-        return qMax(qMax(qRed(pixel), qGreen(pixel)), qBlue(pixel)) > 250 &&
-               qMin(qMin(qRed(pixel), qGreen(pixel)), qBlue(pixel)) < 5;
+        return pixel == qRgb(0, 255, 0) || pixel == qRgb(0, 0, 255) || pixel == qRgb(255, 255, 0);
     };
     for (const QString camera : {"persp", "front"}) {
         for (const double zoom : {0.0, 0.5, 1.7}) {
@@ -141,10 +140,7 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
             Run("setAttr " + shape + ".zoom " + std::to_string(zoom > 0.0 ? zoom : 1.0) + "; setAttr " +
                 shape + ".horizontalPan -0.1; setAttr " + shape + ".verticalPan 0.05");
             Rest();
-            const QImage plain = Grab();
-            QImage picture = Picture();
-            QPainter(&picture).fillRect(QRect(600, 400, 100, 60), Qt::transparent);
-            Draw(Picture(), camera);
+            // Without what is beside the quarters.
             Draw(Picture().copy(0, 0, 500, 1024).copy(0, 0, 1024, 1024), camera);
             DragOnView(OnView({295, 395}), OnView({404, 464}));
             Key(Qt::Key_Return);
@@ -165,7 +161,9 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
                 const QRect part(OnView(region.topLeft() + offset), OnView(region.bottomRight() + offset));
                 EXPECT_LE((outline.topLeft() - part.topLeft()).manhattanLength(), 5);
                 EXPECT_LE((outline.bottomRight() - part.bottomRight()).manhattanLength(), 5);
-                EXPECT_TRUE(outline.contains(Coloured(seen, isPart)));
+                const QRect seenPart = Coloured(seen, isPart);
+                EXPECT_FALSE(seenPart.isEmpty());
+                EXPECT_TRUE(outline.contains(seenPart));
             };
             expectAround();
             if (zoom > 0.0) {
