@@ -53,7 +53,7 @@ void RegisterPanels(const QString& pluginFolder) {
     AddPanel<LayerManagerDialog>(Panel::LayerManager);
     AddPanel<RetimingDialog>(Panel::Retiming);
     AddPanel<ColorPaletteDialog>(Panel::ColorPalette);
-    DialogManager::RegisterDialog(Dialog::NewLayer, NewLayerDialog::Open);
+    AddDialog(Dialog::NewLayer, NewLayerDialog::Create);
     AddDialog(Dialog::Ghosting, [](QWidget* parent) { return std::make_unique<GhostingDialog>(parent); });
     AddDialog(Dialog::Preferences,
               [](QWidget* parent) { return std::make_unique<PreferencesDialog>(parent); });

@@ -4,7 +4,6 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
-#include "ui/DialogManager.h"
 
 namespace vellix {
 
@@ -16,7 +15,7 @@ NewLayerDialog::NewLayerDialog(QWidget* parent)
     SetLayerState(static_cast<LayerState>(Settings::defaultLayerState));
 }
 
-void NewLayerDialog::Open(QWidget* parent) {
+std::unique_ptr<NewLayerDialog> NewLayerDialog::Create(QWidget* parent) {
     auto dialog = std::make_unique<NewLayerDialog>(parent);
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
@@ -27,7 +26,7 @@ void NewLayerDialog::Open(QWidget* parent) {
     }
     dialog->SetLayerName(Settings::DEFAULT_LAYER_NAME);
     dialog->SetCameras(cameras, current);
-    DialogManager::OpenModal(std::move(dialog));
+    return dialog;
 }
 
 void NewLayerDialog::AddLayer() {

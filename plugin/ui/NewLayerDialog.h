@@ -2,6 +2,8 @@
 
 #include "ui/LayerFormDialog.h"
 
+#include <memory>
+
 namespace vellix {
 
 /// Asks for the name, camera and state of a layer, and adds it, together with the drawing node when the scene
@@ -12,8 +14,8 @@ class NewLayerDialog : public LayerFormDialog {
 public:
     explicit NewLayerDialog(QWidget* parent = nullptr);
 
-    /// Shows one, filled for the scene as it is.
-    static void Open(QWidget* parent);
+    /// One filled for the scene as it is.
+    static std::unique_ptr<NewLayerDialog> Create(QWidget* parent);
 
 protected:
     void Apply() override { AddLayer(); }
