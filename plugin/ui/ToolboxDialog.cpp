@@ -250,7 +250,7 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
     if (!Settings::toolboxGhostingContextMenu) {
         return;
     }
-    QMenu menu(this);
+    QMenu menu;
     const auto addSwitch = [&menu](const QString& text, bool on, bool (*toggle)()) {
         QAction* action = menu.addAction(text);
         action->setCheckable(true);
