@@ -220,6 +220,8 @@ private:
     std::array<QPoint, 4> m_outline;
     /// OpenGL's name of the texture in the legacy viewport; 0 for none.
     unsigned int m_legacyTexture = 0;
+    /// Of the image that is in the texture.
+    qint64 m_legacyTextureKey = 0;
 };
 
 } // namespace vellix

@@ -141,10 +141,14 @@ void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dVi
     // Contexts come and go with their views, and take their textures along.
     if (m_legacyTexture == 0 || glIsTexture(m_legacyTexture) == GL_FALSE) {
         InitializeLegacyViewport();
+        m_legacyTextureKey = 0;
     }
     glBindTexture(GL_TEXTURE_2D, m_legacyTexture);
-    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image->width(), image->height(), GL_RGBA, GL_UNSIGNED_BYTE,
-                    image->constBits());
+    if (m_legacyTextureKey != image->cacheKey()) {
+        m_legacyTextureKey = image->cacheKey();
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image->width(), image->height(), GL_RGBA, GL_UNSIGNED_BYTE,
+                        image->constBits());
+    }
     glColor4f(1.0f, 1.0f, 1.0f, GetOpacity());
     DrawLegacyQuad();
     if (s_transformContext != nullptr && IsMaster()) {

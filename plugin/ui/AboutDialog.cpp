@@ -70,11 +70,15 @@ QString AboutDialog::FindDocumentation(const QString& pluginFolder) {
     // Some hosts name the plug-in's file.
     const QFileInfo given(pluginFolder);
     QDir folder = given.isFile() ? given.absoluteDir() : QDir(pluginFolder);
+    // In a module or a working tree, and where a host is installed as Unix programs are.
+    const QString shared = QStringLiteral("share/doc/%1").arg(QCoreApplication::applicationName().toLower());
     for (int level = 0; level < MOST_LEVELS && !pluginFolder.isEmpty(); ++level) {
-        for (const char* page : {"docs/index.html", "docs/index.md", "docs/commands.md"}) {
-            const QFileInfo file(folder.filePath(QLatin1String(page)));
-            if (file.isFile()) {
-                return file.absoluteFilePath();
+        for (const QString& docs : {QStringLiteral("docs"), shared}) {
+            for (const char* page : {"index.html", "index.md", "drawing.md", "commands.md"}) {
+                const QFileInfo file(folder.filePath(docs + QLatin1Char('/') + QLatin1String(page)));
+                if (file.isFile()) {
+                    return file.absoluteFilePath();
+                }
             }
         }
         if (!folder.cdUp()) {

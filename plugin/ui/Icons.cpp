@@ -30,7 +30,9 @@ public:
         }
         const int side = qMin(rect.width(), rect.height());
         painter->save();
-        painter->translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+        // Whole pixels keep the lines sharp.
+        painter->translate(
+            QPoint(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2));
         painter->scale(side / UNITS, side / UNITS);
         Icons::Draw(m_icon, *painter, line, accent);
         painter->restore();

@@ -15,7 +15,7 @@ class NumberSlider;
 
 /// The options of the active drawing tool. Each change goes out as one line at once, a few times a second
 /// while a slider is dragged.
-class ToolOptionsDialog : public FloatingPanel, public ToolOptionsPanel {
+class ToolOptionsDialog final : public FloatingPanel, public ToolOptionsPanel {
     Q_OBJECT
 
 public:

@@ -113,6 +113,7 @@ QLayout* ToolboxDialog::CreateColors(int width) {
     const QSize size(width - palette->sizeHint().width() - SPACING, COLOR_HEIGHT);
     m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), size,
                                  QStringLiteral("Color to draw with; click to choose another one"));
+    m_color->setObjectName(QStringLiteral("qmVxToolboxColor"));
     m_color->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
     row->addWidget(m_color);
     row->addStretch();
@@ -167,7 +168,9 @@ QLayout* ToolboxDialog::CreateGhostsAndLayers() {
         CreateGhostSwitch(Icon::GhostNext, "GhostNext", QStringLiteral("Show the drawings after this one"),
                           MayaUtil::ToggleGhostNext);
     // The column in the middle stays empty, as wide as the others.
-    grid->setColumnMinimumWidth(2, m_ghostPrevious->sizeHint().width());
+    auto* gap = new QWidget;
+    gap->setFixedSize(m_ghostPrevious->sizeHint());
+    grid->addWidget(gap, 0, 2);
     grid->addWidget(m_ghostPrevious, 0, 0);
     grid->addWidget(m_ghostNext, 0, 1);
     grid->addWidget(
@@ -247,7 +250,7 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
     if (!Settings::toolboxGhostingContextMenu) {
         return;
     }
-    QMenu menu(this);
+    QMenu menu;
     const auto addSwitch = [&menu](const QString& text, bool on, bool (*toggle)()) {
         QAction* action = menu.addAction(text);
         action->setCheckable(true);

@@ -20,7 +20,7 @@ struct ToolValues;
 
 /// Everything that is wanted while drawing: the tools, the active colour, the active tool's size and opacity,
 /// the ghosts, the frames and the layers.
-class ToolboxDialog : public FloatingPanel, public ToolboxPanel {
+class ToolboxDialog final : public FloatingPanel, public ToolboxPanel {
     Q_OBJECT
 
 public:

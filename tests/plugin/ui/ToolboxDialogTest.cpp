@@ -210,4 +210,18 @@ TEST_F(ToolboxDialogTest, ARightClickOpensWhatThePreferencesAllow) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
+TEST_F(ToolboxDialogTest, GoesWithThePluginAndComesAgain) {
+    Open("-ghostingSettings", "Ghosting Settings");
+    Run("file -force -new");
+    host_->plugins().Unload("vellix2", true);
+    EXPECT_EQ(FindWindow("Toolbox"), nullptr);
+    EXPECT_EQ(FindWindow("Ghosting Settings"), nullptr);
+    Settle();
+    Run("setToolTo selectSuperContext"); // nobody listens any more
+    Load();
+    toolbox_ = Open("-toolbox", "Toolbox");
+    Run("qmVellixUtil -e -drawColor 1 2 3");
+    EXPECT_EQ(DialogManager::GetToolboxColor(), QColor(1, 2, 3));
+}
+
 } // namespace vellix
