@@ -67,7 +67,7 @@ Value Widget(CommandCall& call, ControlRegistry& registry) {
 }
 
 bool IsPopup(const QWidget& window) {
-    return (window.windowFlags() & Qt::Popup) == Qt::Popup;
+    return window.windowType() == Qt::Popup;
 }
 
 /// Whether a window stays above another: it is popped up, or one of its dialogs and floating windows.

@@ -10,6 +10,7 @@
 #include <QColorDialog>
 #include <QHBoxLayout>
 #include <QMenu>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace vellix {
@@ -78,16 +79,20 @@ void ColorPaletteDialog::OnColorSelected() {
 }
 
 void ColorPaletteDialog::ShowMenu(const QPoint& place) {
-    QMenu menu(this);
+    QMenu menu;
     connect(menu.addAction(QStringLiteral("Customize...")), &QAction::triggered, this,
             &ColorPaletteDialog::CustomizeColors);
     menu.exec(mapToGlobal(place));
 }
 
 void ColorPaletteDialog::CustomizeColors() {
+    // The plug-in may be unloaded while the chooser is open.
+    const QPointer<ColorPaletteDialog> self = this;
     QColorDialog::getColor(QColorDialog::customColor(0), MQtUtil::mainWindow(),
                            QStringLiteral("Customize Palette Colors"), QColorDialog::DontUseNativeDialog);
-    RefreshColors();
+    if (self) {
+        RefreshColors();
+    }
 }
 
 } // namespace vellix

@@ -20,6 +20,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    Icon m_shown;
     QIcon m_icon;
 };
 

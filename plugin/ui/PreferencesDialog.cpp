@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -190,9 +191,11 @@ void PreferencesDialog::LoadSettings() {
 }
 
 void PreferencesDialog::ChooseTimelineFrameColor() {
+    // The plug-in may be unloaded while the chooser is open.
+    const QPointer<PreferencesDialog> self = this;
     const QColor color = QColorDialog::getColor(m_timelineFrameColor->GetColor(), this, TIMELINE_FRAME_COLOR,
                                                 QColorDialog::DontUseNativeDialog);
-    if (color.isValid()) {
+    if (self && color.isValid()) {
         UseTimelineFrameColor(color);
     }
 }

@@ -52,7 +52,7 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     setMinimumWidth(LEAST_WIDTH);
     m_pressure->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
     m_font->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
-    m_pressure->setToolTip(QStringLiteral("The pressure of a tablet's pen shapes the stroke"));
+    m_pressure->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
     m_font->setToolTip(QStringLiteral("The font of text"));
     m_font->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_font->setMinimumContentsLength(LEAST_FONT_LENGTH);
