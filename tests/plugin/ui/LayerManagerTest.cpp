@@ -56,6 +56,7 @@ protected:
             return first->mapTo(&panel, QPoint()).y() < second->mapTo(&panel, QPoint()).y();
         });
         std::vector<std::string> rows;
+        rows.reserve(items.size());
         for (const LayerItem* const item : items) {
             rows.push_back((item->GetCamera() + QStringLiteral(": ") + item->GetName() + QLatin1Char(' ') +
                             Toggle(*item, 0)->text() + Toggle(*item, 1)->text() +
@@ -220,13 +221,8 @@ TEST_F(LayerManagerTest, WhatIsClickedIsUndoneStepByStep) {
 }
 
 TEST_F(LayerManagerTest, RefillingKeepsPlaceAndFocus) {
-    for (int camera = 0; camera < 5; ++camera) {
-        const std::string name = "camera" + std::to_string(camera + 1);
-        Run("camera");
-        for (int layer = 0; layer < 20; ++layer) {
-            Run("qmVellixLayer -add -n \"" + name + "_" + std::to_string(layer) + "\" -ls 0 " + name);
-        }
-    }
+    Run("int $c; int $l; for ($c = 1; $c <= 5; ++$c) { camera; for ($l = 0; $l < 20; ++$l)"
+        "qmVellixLayer -add -n (\"camera\" + $c + \"_\" + $l) -ls 0 (\"camera\" + $c); }");
     Run("qmVellixLayer -e -active 3 camera5");
     LayerManagerDialog& panel = Panel();
     QScrollBar& bar = *panel.findChild<QScrollArea*>()->verticalScrollBar();
