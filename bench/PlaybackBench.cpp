@@ -1,55 +1,33 @@
 // Playback in a window with software OpenGL: three layers keyed on ones in a viewport of 1280 x 720, as a
 // whole and by its parts: composing the picture, bringing it to the card, drawing the view.
+#include "DrawingWindow.h"
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
-#include "host/PluginMain.h"
 #include "host/Settings.h"
-#include "mel/Interpreter.h"
-#include "node/BaseNode.h"
-#include "scene/Host.h"
-#include "scene/PluginManager.h"
-#include "window/MainWindow.h"
-#include "window/ViewportPanel.h"
-#include "window/ViewportPanels.h"
-#include "window/ViewportWidget.h"
-#include "window/WindowInterface.h"
-#include "window/WindowSession.h"
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QOpenGLFunctions>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 #include <iostream>
-#include <memory>
-#include <set>
 
 namespace {
 
 using namespace vellix;
-using lightbox::Host;
 using lightbox::ViewportWidget;
 
 constexpr int FRAMES = 24;
 const QString CAMERA = QStringLiteral("persp");
 
+DrawingWindow* g_window = nullptr;
+
 void Mel(const QString& text) {
-    Host::Get().interpreter().Execute(text.toStdString());
+    g_window->Run(text.toStdString());
 }
 
 ViewportWidget& View() {
-    return lightbox::WindowInterface::Current(Host::Get())->Panels().Find("modelPanel4")->View();
-}
-
-void Settle(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) {
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
-    }
+    return g_window->View();
 }
 
 /// Eight strokes across every frame.
@@ -85,20 +63,10 @@ void MakeScene(const QTemporaryDir& folder) {
         file.open(QIODevice::WriteOnly);
         file.write(Recording(layer));
         file.close();
-        Mel(layer == 0 ? "qmVellixNode -layer -camera persp -layerState 0"
-                       : "qmVellixLayer -add -layerState 0 persp");
+        Mel("qmVellixLayer -add -layerState 0 persp");
         Mel("currentTime 1; qmVellixReplay -file \"" + file.fileName() + "\" -camera persp");
     }
     Settings::ghostPrev = Settings::ghostNext = false;
-}
-
-bool SizeView(lightbox::MainWindow& window) {
-    const QSize wanted(1280, 720);
-    for (int round = 0; round < 6 && View().size() != wanted; ++round) {
-        window.resize(window.size() + wanted - View().size());
-        Settle(50);
-    }
-    return View().size() == wanted;
 }
 
 /// Draws the view and waits for the last pixel. The window's own composition lets no frame begin before the
@@ -106,9 +74,7 @@ bool SizeView(lightbox::MainWindow& window) {
 void DrawNow() {
     const unsigned before = View().FrameCount();
     View().Refresh(false);
-    while (View().FrameCount() == before) {
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
+    DrawingWindow::Until([&] { return View().FrameCount() != before; });
     View().makeCurrent();
     QOpenGLContext::currentContext()->functions()->glFinish();
     View().doneCurrent();
@@ -127,7 +93,7 @@ void Play(benchmark::State& state) {
             seen += now == last ? 0 : 1;
             last = now;
         });
-        Settle(milliseconds);
+        DrawingWindow::Turn(milliseconds);
         QObject::disconnect(counting);
         Mel("play -state off");
         framesASecond = seen * 1000.0 / milliseconds;
@@ -189,19 +155,15 @@ BENCHMARK(UploadFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     lightbox::WindowSession::PrepareApplication();
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     const QTemporaryDir folder;
-    Host host({false, folder.path().toStdString()});
-    lightbox::WindowSession session(host);
-    host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
-    lightbox::MainWindow& window = *lightbox::WindowInterface::Current(host);
-    window.show();
-    Settle(100);
-    MakeScene(folder);
-    if (!SizeView(window)) {
+    DrawingWindow window(QSize(1280, 720));
+    g_window = &window;
+    if (View().size() != QSize(1280, 720)) {
         std::cerr << "The viewport cannot be made 1280 x 720 here.\n";
         return 1;
     }
+    MakeScene(folder);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

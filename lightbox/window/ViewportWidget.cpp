@@ -243,6 +243,11 @@ QPointF ViewportWidget::ToView(const QPointF& position) const {
 
 void ViewportWidget::mousePressEvent(QMouseEvent* event) {
     Q_EMIT Activated();
+    if (event->buttons() == event->button() && drag_ != Drag::None) {
+        // The release of an earlier press went elsewhere, to a dialog that came up meanwhile.
+        EndDrag();
+        ToolEvents::LoseRelease(*this);
+    }
     const ViewNavigation::Mode mode =
         ViewNavigation::ModeFor(event->buttons(), event->modifiers(), is2dKeyHeld_);
     if (mode != ViewNavigation::Mode::None && (drag_ == Drag::None || drag_ == Drag::Navigation)) {

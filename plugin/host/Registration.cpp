@@ -11,9 +11,14 @@
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
 #include "tools/DrawContextCommand.h"
+#include "tools/TransformContextCommand.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
+// The version string that comes with this header may be in one file only, that of the entry points.
+#define MNoVersionString
+#define MNoPluginEntry
+#include <maya/MFnPlugin.h>
 #include <maya/MGlobal.h>
 
 #include <vector>
@@ -51,6 +56,7 @@ struct ContextCommandEntry {
 std::vector<ContextCommandEntry> GetContextCommands() {
     return {
         {DrawContextCommand::GetCommandName(), DrawContextCommand::Creator},
+        {TransformContextCommand::GetCommandName(), TransformContextCommand::Creator},
     };
 }
 

@@ -12,4 +12,8 @@ BaseNode* BaseNodePointer::Get() const {
     return m_node != nullptr && m_object.isValid() ? m_node : nullptr;
 }
 
+BaseNode* BaseNodePointer::GetAlive() const {
+    return m_node != nullptr && m_object.isAlive() ? m_node : nullptr;
+}
+
 } // namespace vellix

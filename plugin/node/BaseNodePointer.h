@@ -14,6 +14,8 @@ public:
     BaseNodePointer(BaseNode* node);
 
     BaseNode* Get() const;
+    /// Also a node that has left the scene, as long as an undo can bring it back.
+    BaseNode* GetAlive() const;
     BaseNode* operator->() const { return Get(); }
     explicit operator bool() const { return Get() != nullptr; }
 

@@ -42,7 +42,11 @@ DrawContext::DrawContext()
 }
 
 DrawContext::~DrawContext() {
-    FinishStroke();
+    // A tool that was in use has been switched off before: this is the end of the host, and there is nothing
+    // left to commit to.
+    if (m_stroke != nullptr) {
+        ThreadManager::GetInstance()->DestroyInputThread();
+    }
 }
 
 void DrawContext::toolOnSetup(MEvent&) {
@@ -57,6 +61,7 @@ void DrawContext::toolOnSetup(MEvent&) {
 void DrawContext::toolOffCleanup() {
     FinishStroke();
     EndAdjusting();
+    m_node = BaseNodePointer();
     BaseNode::SetDrawContextActive(false);
     m_inputHandler.SetEventFilterEnabled(false);
 }
@@ -117,7 +122,7 @@ MStatus DrawContext::doDrag(MEvent& event) {
 MStatus DrawContext::doRelease(MEvent&) {
     if (IsAdjusting()) {
         EndAdjusting();
-    } else if (m_node) {
+    } else if (m_node || m_stroke != nullptr) {
         ThreadManager::GetInstance()->DestroyInputThread();
         m_guard.Release();
         const Stroke* const stroke = ActiveStroke();
@@ -191,14 +196,14 @@ void DrawContext::PushStroke() {
     m_stroke = nullptr;
     m_view.clear();
     m_inputHandler.SetDrawContext(nullptr);
-    if (!node) {
-        return; // the scene that it was drawn in has gone
+    if (node) {
+        MayaUtil::PushStroke(m_camera, m_layerIndex, m_frameAdded);
     }
-    MayaUtil::PushStroke(m_camera, m_layerIndex, m_frameAdded);
-    if (node && node->HasActiveStroke()) {
-        // What could not be committed, its layer being gone, must not be in the way of the next one.
-        node->CancelActiveStroke();
-        node->QueueRefresh();
+    // What could not be committed, its layer or its node being gone, must not be in the way of the next one; a
+    // node that was deleted may come back.
+    BaseNode* const left = node.GetAlive();
+    if (left != nullptr && left->HasActiveStroke()) {
+        left->CancelActiveStroke();
     }
 }
 

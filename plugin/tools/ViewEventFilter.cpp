@@ -82,8 +82,9 @@ void ViewEventFilter::ForgetHeldKeys() {
 }
 
 bool ViewEventFilter::IsPlainRightPress(const QMouseEvent& event) {
+    const bool isAlone = (event.buttons() & ~Qt::RightButton) == 0;
     return QGuiApplication::keyboardModifiers() == Qt::NoModifier && event.button() == Qt::RightButton &&
-           event.type() == QEvent::MouseButtonPress;
+           isAlone && event.type() == QEvent::MouseButtonPress;
 }
 
 void ViewEventFilter::ShowMenu(QMenu* menu) {

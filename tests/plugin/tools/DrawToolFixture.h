@@ -13,6 +13,8 @@
 #include "scene/ToolContexts.h"
 #include "window/ViewOptions.h"
 
+#include <stdexcept>
+
 namespace vellix {
 
 /// The plug-in in a window with its draw tool in use, and a pointer that really moves. The gate of persp is
@@ -60,15 +62,42 @@ protected:
         m_input.Release(button);
         Settle(30);
     }
-    /// Presses at the first point, rests on every one of them long enough to be sampled once, and releases.
+    /// The stroke being drawn, or null.
+    static Stroke* ActiveStroke() {
+        return Node().HasActiveStroke() ? Node().GetActiveStroke("persp", false) : nullptr;
+    }
+    static int PointCount() { return ActiveStroke() != nullptr ? ActiveStroke()->points.size() : 0; }
+    /// Presses and waits for the first two samples; text has but one point.
+    void PressAndWait(const QPoint& point) {
+        MoveTo(point);
+        Settle(20);
+        m_input.Press();
+        if (!WaitFor([] { return PointCount() >= (IsText() ? 1 : 2); })) {
+            throw std::runtime_error("no stroke was begun");
+        }
+    }
+    /// Moves and waits until the sample has been put into the stroke. The points of a freehand stroke have to
+    /// lie farther apart than a tenth of its size.
+    void MoveAndWait(const QPoint& point) {
+        const Stroke before = *ActiveStroke();
+        MoveTo(point);
+        const bool isThere = WaitFor([&] {
+            const QList<StrokePoint>& points = ActiveStroke()->points;
+            return points.size() > before.points.size() ||
+                   points.last().position != before.points.last().position;
+        });
+        if (!isThere) {
+            throw std::runtime_error("the pointer was not sampled");
+        }
+    }
     void Drag(const QList<QPoint>& points) {
-        Press(points.first());
-        for (const QPoint& point : points) {
-            MoveTo(point);
-            Settle(20);
+        PressAndWait(points.first());
+        for (int i = 1; i < points.size(); ++i) {
+            MoveAndWait(points.at(i));
         }
         Release();
     }
+    static bool IsText() { return ActiveStroke() != nullptr && ActiveStroke()->tool == ToolType::Text; }
     void Type(unsigned symbol) {
         m_input.PressKey(symbol);
         m_input.ReleaseKey(symbol);
