@@ -215,7 +215,7 @@ void BinaryWriter::PutSetting(ChunkWriter& chunk, const Setting& setting) {
             throw FileError("The value of \"" + setting.path + "\", of type \"" + setting.type +
                             "\", could not be written.");
         }
-    } else if (setting.type == "string" || setting.type == "stringArray") {
+    } else if (setting.type == "string" || setting.type == "stringArray" || setting.type == "polyFaces") {
         put(binary::ValueKind::Texts);
         PutTexts(chunk, setting.texts);
     } else {

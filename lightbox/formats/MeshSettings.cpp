@@ -212,7 +212,7 @@ void AddFaces(MeshData& mesh, const Setting& setting, const Target& target) {
         const std::size_t index = mesh.FaceCount();
         mesh.faceBegins.push_back(mesh.corners.size());
         mesh.corners.insert(mesh.corners.end(), face.Edges().begin(), face.Edges().end());
-        MeshData::FaceExtra extra{face.Holes(), face.Kept()};
+        MeshData::FaceExtra extra{face.Holes(), {}};
         for (const FaceText::Uvs& uvs : face.UvSets()) {
             const bool isCommon =
                 uvs.set >= 0 && uvs.set < MOST_UV_SETS && uvs.ids.size() == face.Edges().size();
@@ -224,6 +224,7 @@ void AddFaces(MeshData& mesh, const Setting& setting, const Target& target) {
             set.faces.push_back(index);
             set.ids.insert(set.ids.end(), uvs.ids.begin(), uvs.ids.end());
         }
+        extra.kept.insert(extra.kept.end(), face.Kept().begin(), face.Kept().end());
         if (!extra.holes.empty() || !extra.kept.empty()) {
             mesh.faceExtras.emplace(index, std::move(extra));
         }

@@ -1,5 +1,5 @@
-#include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
+#include "mel/ShapeArguments.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/Edit.h"
@@ -138,20 +138,6 @@ Value Query(const CommandCall& call, const std::shared_ptr<Node>& transform,
     call.Fail("Nothing was asked for.");
 }
 
-/// A camera by its shape or its transform.
-std::shared_ptr<DagNode> ShapeOf(const CommandCall& call, const std::string& name) {
-    const std::shared_ptr<DagNode> node = DagNodeNamed(call, name);
-    if (node->Type().IsA("camera")) {
-        return node;
-    }
-    for (DagNode* shape : node->Shapes()) {
-        if (shape->Type().IsA("camera")) {
-            return std::static_pointer_cast<DagNode>(shape->Shared());
-        }
-    }
-    call.Fail("The object '" + name + "' is not a camera.");
-}
-
 /// Maya's camera command takes the name as the beginning of one: it always adds a number.
 std::string NumberedName(const Scene& scene, const std::string& base) {
     int number = 1;
@@ -180,14 +166,7 @@ Value Camera(CommandCall& call) {
     if (call.IsCreate()) {
         return Create(call);
     }
-    const NodeList& selected = call.GetHost().scene().selection().Get();
-    if (call.Objects().empty() && selected.empty()) {
-        call.Fail("No camera was specified.");
-    }
-    const std::string name =
-        call.Objects().empty() ? ShownName(*selected.front()) : call.Object(0).AsString();
-    const std::shared_ptr<DagNode> shape = ShapeOf(call, name);
-    const std::shared_ptr<Node> transform = shape->Parent()->Shared();
+    const auto [transform, shape] = ShapeOfCall(call, "camera");
     if (call.IsQuery()) {
         return Query(call, transform, shape);
     }

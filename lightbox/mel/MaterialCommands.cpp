@@ -129,8 +129,7 @@ Value Sets(CommandCall& call) {
     if (call.IsEdit()) {
         call.Fail("One of -fe, -add and -rm has to be given.");
     }
-    const bool isEmpty = call.Has("-empty") && call.Bool("-empty");
-    const NodeList nodes = isEmpty ? NodeList{} : ObjectsOrSelection(call);
+    const NodeList nodes = call.Has("-empty") ? NodeList{} : ObjectsOrSelection(call);
     const bool isRenderable = call.Has("-renderable") && call.Bool("-renderable");
     const std::shared_ptr<Node> set =
         edit::CreateNode(host, isRenderable ? "shadingEngine" : "objectSet", call.StringOr("-name", ""));
@@ -162,7 +161,7 @@ void RegisterMaterialCommands(CommandRegistry& registry) {
                         .Flag("-fe", "-forceElement", MSyntax::kString)
                         .Flag("-add", "-addElement", MSyntax::kString)
                         .Flag("-rm", "-remove", MSyntax::kString)
-                        .Flag("-em", "-empty", MSyntax::kBoolean)
+                        .Flag("-em", "-empty")
                         .Flag("-r", "-renderable", MSyntax::kBoolean)
                         .Flag("-nss", "-noSurfaceShader", MSyntax::kBoolean)
                         .Flag("-n", "-name", MSyntax::kString)

@@ -1,8 +1,8 @@
 // polyCube, polySphere, polyPlane, polyCylinder and polyCone: they make a transform, a mesh and, unless told
 // otherwise, the node that goes on making the mesh.
 
-#include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
+#include "mel/ShapeArguments.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/Edit.h"
@@ -101,13 +101,7 @@ Value Create(const CommandCall& call, const Primitive& primitive) {
     Host& host = call.GetHost();
     Scene& scene = host.scene();
     const std::string base = call.StringOr("-name", scene.FreeNumberedName(primitive.name));
-    const std::shared_ptr<Node> transform = edit::CreateNode(host, "transform", base);
-    // "pCube1" has the shape "pCubeShape1".
-    const std::string& name = transform->Name();
-    const std::size_t digits = name.find_last_not_of("0123456789") + 1;
-    const std::shared_ptr<Node> shape =
-        edit::CreateNode(host, "mesh", name.substr(0, digits) + "Shape" + name.substr(digits),
-                         static_cast<DagNode*>(transform.get()));
+    const auto [transform, shape] = MakeShape(host, "mesh", base);
     const std::shared_ptr<Node> maker = edit::CreateNode(host, primitive.command);
     SetProperties(call, primitive, maker);
     edit::Connect(host, PlugOf(maker, "output"), PlugOf(shape, "inMesh"));

@@ -15,6 +15,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterTransformCommands(registry);
     RegisterXformCommand(registry);
     RegisterCameraCommand(registry);
+    RegisterLocatorCommand(registry);
     RegisterTimeCommands(registry);
     RegisterSetKeyframeCommand(registry);
     RegisterKeyframeCommands(registry);

@@ -20,6 +20,7 @@ void RegisterConnectionCommands(CommandRegistry& registry);
 void RegisterTransformCommands(CommandRegistry& registry);
 void RegisterXformCommand(CommandRegistry& registry);
 void RegisterCameraCommand(CommandRegistry& registry);
+void RegisterLocatorCommand(CommandRegistry& registry);
 void RegisterTimeCommands(CommandRegistry& registry);
 void RegisterSetKeyframeCommand(CommandRegistry& registry);
 void RegisterKeyframeCommands(CommandRegistry& registry);

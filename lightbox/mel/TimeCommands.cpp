@@ -30,7 +30,7 @@ Value CurrentTime(CommandCall& call) {
     const Value& given = call.Object(0);
     const double frame = KeyArguments::TimeOf(call, given);
     if (call.Has("-update") && !call.Bool("-update")) {
-        host.time().MoveWithoutScene(frame);
+        edit::MoveTimeWithoutScene(host, frame);
     } else {
         edit::SetCurrentTime(host, frame);
     }
@@ -136,14 +136,19 @@ void SetPlaybackManner(const CommandCall& call) {
     }
     const double by = call.FloatOr("-by", time.PlaybackBy());
     if (!(by > 0.0)) {
-        call.Fail("-by takes a number of frames above 0.");
+        call.Fail("Playback must go by more than 0 frames.");
+    }
+    const double speed = call.FloatOr("-playbackSpeed", time.PlaybackSpeed());
+    const double maxSpeed = call.FloatOr("-maxPlaybackSpeed", time.MaxPlaybackSpeed());
+    if (!(speed >= 0.0) || !(maxSpeed >= 0.0)) {
+        call.Fail("The playback speed must not be less than 0.");
     }
     time.SetPlaybackLoop(loop);
     time.SetPlaysInAllViews(view == "all");
     if (call.Has("-playbackSpeed")) {
-        edit::SetPlaybackSpeed(host, std::max(0.0, call.Float("-playbackSpeed")));
+        edit::SetPlaybackSpeed(host, speed);
     }
-    time.SetMaxPlaybackSpeed(std::max(0.0, call.FloatOr("-maxPlaybackSpeed", time.MaxPlaybackSpeed())));
+    time.SetMaxPlaybackSpeed(maxSpeed);
     if (by != time.PlaybackBy()) {
         edit::SetPlaybackBy(host, by);
     }
@@ -252,7 +257,11 @@ void RegisterTimeCommands(CommandRegistry& registry) {
                         .Edit(),
                     PlaybackOptions);
     AddSceneCommand(registry, "play",
-                    SyntaxBuilder().Flag("-f", "-forward", SWITCH).Flag("-st", "-state", SWITCH).Query(),
+                    SyntaxBuilder()
+                        .Flag("-f", "-forward", SWITCH)
+                        .Flag("-st", "-state", SWITCH)
+                        .Flag("-w", "-wait")
+                        .Query(),
                     Play);
     AddSceneCommand(registry, "timeControl",
                     SyntaxBuilder()

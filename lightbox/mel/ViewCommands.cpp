@@ -71,13 +71,17 @@ std::shared_ptr<DagNode> CameraOf(const CommandCall& call) {
     return node;
 }
 
-/// Width by height of the view that looks through the camera; of the usual one when none does.
+/// Width by height of the view that looks through the camera, the active one first; of the usual one when none
+/// does.
 double ViewAspect(Host& host, const DagNode& camera) {
+    std::vector<View*> views;
     if (host.ui()) {
-        for (View* view : host.ui()->Views()) {
-            if (view->Camera().get() == &camera && view->Height() > 0) {
-                return static_cast<double>(view->Width()) / view->Height();
-            }
+        views = host.ui()->Views();
+        views.insert(views.begin(), host.ui()->ActiveView());
+    }
+    for (const View* view : views) {
+        if (view && view->Camera().get() == &camera && view->Height() > 0) {
+            return static_cast<double>(view->Width()) / view->Height();
         }
     }
     return 16.0 / 9.0;

@@ -154,7 +154,7 @@ void AddCamera(TypeRegistry& registry) {
                   {Kind::Double, "nearClipPlane", "ncp", 0.1},
                   {Kind::Double, "farClipPlane", "fcp", 10000},
                   {Kind::Double, "cameraScale", "cs", 1},
-                  {Kind::Double, "overscan", "ovr", 1.3},
+                  {Kind::Double, "overscan", "ovr", 1},
                   {Kind::Bool, "bestFitClippingPlanes", "bfc", 1},
                   {Kind::Bool, "depthOfField", "dof"},
                   {Kind::Bool, "displayResolution", "dr"},

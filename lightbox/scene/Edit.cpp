@@ -75,6 +75,15 @@ void KeepMesh(Host& host, const Plug& destination) {
     }
 }
 
+void AddWithChildren(std::set<const Node*>& nodes, const Node& node) {
+    nodes.insert(&node);
+    if (const auto* dag = dynamic_cast<const DagNode*>(&node)) {
+        for (const DagNode* child : dag->Children()) {
+            AddWithChildren(nodes, *child);
+        }
+    }
+}
+
 PlugState StateOf(const Plug& plug) {
     const PlugState* held = plug.node->FindState(*plug.attribute, plug.element);
     return held ? *held : PlugState();
@@ -137,9 +146,13 @@ void DeleteNodes(Host& host, const std::vector<std::shared_ptr<Node>>& nodes) {
     for (const std::shared_ptr<Node>& node : nodes) {
         CheckDeletable(*node);
     }
+    std::set<const Node*> gone;
     for (const std::shared_ptr<Node>& node : nodes) {
+        AddWithChildren(gone, *node);
+    }
+    for (const Node* node : gone) {
         for (const Connection& connection : host.scene().connections().Of(*node)) {
-            if (connection.source.node == node) {
+            if (connection.source.node.get() == node && gone.count(connection.destination.node.get()) == 0) {
                 KeepMesh(host, connection.destination);
             }
         }
@@ -315,6 +328,14 @@ void SetCurrentTime(Host& host, double frame) {
     Do(
         host, "currentTime", [&time, frame] { time.SetCurrentTime(frame); },
         [&time, before] { time.SetCurrentTime(before); });
+}
+
+void MoveTimeWithoutScene(Host& host, double frame) {
+    Timeline& time = host.time();
+    const double before = time.CurrentTime();
+    Do(
+        host, "currentTime", [&time, frame] { time.MoveWithoutScene(frame); },
+        [&time, before] { time.MoveWithoutScene(before); });
 }
 
 namespace {

@@ -57,6 +57,8 @@ void Disconnect(Host& host, const Plug& source, const Plug& destination);
 
 void Select(Host& host, const Selection::List& nodes);
 void SetCurrentTime(Host& host, double frame);
+/// The time slider moves, and the scene stays as it is evaluated.
+void MoveTimeWithoutScene(Host& host, double frame);
 void SetPlaybackRange(Host& host, double min, double max);
 void SetAnimationRange(Host& host, double start, double end);
 /// 1 is real time, 0 plays every frame; less is refused.

@@ -65,6 +65,11 @@ CommandLineBar::CommandLineBar(MessageLog& log, QWidget* parent)
     result_->setObjectName("commandResult");
     help_->setObjectName("helpLine");
     help_->setTextFormat(Qt::PlainText);
+    // Whatever a tool says of itself, and whether it does, leaves the views their size.
+    help_->setText(" ");
+    help_->setMinimumHeight(help_->sizeHint().height());
+    help_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    help_->clear();
     result_->setReadOnly(true);
     result_->setFocusPolicy(Qt::ClickFocus);
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);

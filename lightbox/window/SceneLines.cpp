@@ -11,7 +11,7 @@ using Imath::V3f;
 using Imath::V4f;
 
 constexpr int GRID_HALF = 12;
-const V4f GRID_COLOR(0.43f, 0.44f, 0.46f, 0.55f);
+const V4f GRID_COLOR(0.34f, 0.35f, 0.37f, 0.75f);
 const V4f AXIS_COLORS[] = {
     {0.86f, 0.27f, 0.25f, 1.0f}, {0.42f, 0.76f, 0.27f, 1.0f}, {0.32f, 0.52f, 0.96f, 1.0f}};
 

@@ -31,8 +31,10 @@ const V4f SELECTED_COLOR(1.0f, 1.0f, 1.0f, 1.0f);
 const V4f TEMPLATE_COLOR(0.48f, 0.48f, 0.50f, 1.0f);
 const V4f WIRE_COLOR(0.05f, 0.09f, 0.30f, 1.0f);
 const V4f OUTLINE_COLOR(0.08f, 0.14f, 0.42f, 1.0f);
-/// How far lines are drawn in front of the surfaces that they lie on, in clip space.
-constexpr float TOWARDS_EYE = 2e-5f;
+/// How far lines are drawn in front of where they are, in the sizes of a pixel there: enough for those that
+/// lie on a surface which is seen at a slant.
+constexpr double LINES_FORWARD = 1.0;
+constexpr double GRID_FORWARD = 3.0;
 /// Length of an axis of the icon, and where it stands, in view pixels.
 constexpr float ICON_SIZE = 24.0f;
 constexpr float ICON_CENTER = 44.0f;
@@ -69,6 +71,11 @@ V4f LineColor(VisibleShape::State state, bool highlights, const V4f& plain) {
                                                     : plain;
 }
 
+/// Later ones are drawn over earlier ones.
+int LayerOf(VisibleShape::State state) {
+    return state == VisibleShape::State::Lead ? 2 : state == VisibleShape::State::Selected ? 1 : 0;
+}
+
 /// Across which axis the grid of a view stands: the ground, or what a parallel view along an axis faces.
 int GridAxis(const CameraView& view) {
     if (!view.IsOrthographic()) {
@@ -98,15 +105,29 @@ public:
     bool isReady = false;
 
 private:
+    struct Surface {
+        Imath::M44d world;
+        std::shared_ptr<const MeshData> mesh;
+        Material material;
+        bool hasLines;
+        bool IsTransparent() const { return material.opacity < 0.999f; }
+    };
+
     void DrawBackground();
-    void DrawGrid();
+    /// Between them lines are drawn smooth, and leave the depth as it is.
+    void BeginLines();
+    void EndLines();
     void DrawAxisIcon();
-    void DrawSurfaces(const std::vector<VisibleShape>& shapes);
-    void DrawSurface(const VisibleShape& visible, const MeshData& mesh, const Material& material);
+    std::vector<Surface> FindSurfaces(const std::vector<VisibleShape>& shapes) const;
+    /// Those that can be seen through, or the others.
+    void DrawSurfaces(const std::vector<Surface>& surfaces, bool transparent);
+    void DrawSurface(const Surface& surface);
     void DrawMeshLines(const std::vector<VisibleShape>& shapes);
     void DrawOutlines(const std::vector<VisibleShape>& shapes, const DagNode& lookThrough);
     /// Lines with a colour for each vertex, from memory.
     void DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix, float towardsEye);
+    /// What to take from the depth in clip space for lines to lie that many pixel sizes in front.
+    float TowardsEye(double pixels) const;
     bool ShowsLines(const VisibleShape& visible) const;
     void Restore();
 
@@ -135,16 +156,27 @@ void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
     gl_->glDepthFunc(GL_LEQUAL);
     gl_->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     gl_->glLineWidth(static_cast<float>(std::max(1.0, devicePixelRatio)));
-    gl_->glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    // The picture itself stays opaque.
+    gl_->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     DrawBackground();
     gl_->glEnable(GL_DEPTH_TEST);
-    if (options.grid) {
-        DrawGrid();
-    }
-    const std::vector<VisibleShape> shapes = FindVisibleShapes(scene);
+    std::vector<VisibleShape> shapes = FindVisibleShapes(scene);
+    std::vector<Surface> surfaces;
     if (options.meshes && options.shading == DisplayOptions::Shading::Smooth) {
-        DrawSurfaces(shapes);
+        surfaces = FindSurfaces(shapes);
     }
+    DrawSurfaces(surfaces, false);
+    BeginLines();
+    if (options.grid) {
+        DrawLines(GridLines(GridAxis(*view)), projection_ * viewMatrix_, TowardsEye(GRID_FORWARD));
+    }
+    EndLines();
+    DrawSurfaces(surfaces, true);
+    // What is selected shows through what is not.
+    std::stable_sort(shapes.begin(), shapes.end(), [](const VisibleShape& a, const VisibleShape& b) {
+        return LayerOf(a.state) < LayerOf(b.state);
+    });
+    BeginLines();
     if (options.meshes) {
         DrawMeshLines(shapes);
     }
@@ -153,6 +185,7 @@ void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
     if (options.axisIcon) {
         DrawAxisIcon();
     }
+    EndLines();
     Restore();
     meshes_.EndFrame();
 }
@@ -192,9 +225,24 @@ void SceneRenderer::Private::DrawLines(const std::vector<LineVertex>& lines, con
     gl_->glDrawArrays(GL_LINES, 0, static_cast<int>(lines.size()));
 }
 
-void SceneRenderer::Private::DrawGrid() {
+float SceneRenderer::Private::TowardsEye(double pixels) const {
+    // The derivative of the projected depth by the distance, times a pixel's size at that distance: in both
+    // projections it does not depend on the distance.
+    const M44d& projection = view->Projection();
+    const double pixelSize = 2.0 / (projection[1][1] * view->Height());
+    return static_cast<float>(-projection[view->IsOrthographic() ? 2 : 3][2] * pixelSize * pixels);
+}
+
+void SceneRenderer::Private::BeginLines() {
     gl_->glEnable(GL_BLEND);
-    DrawLines(GridLines(GridAxis(*view)), projection_ * viewMatrix_, 0.0f);
+    gl_->glEnable(GL_LINE_SMOOTH);
+    // The thin edge of a smooth line would cut a hole into what is drawn after it.
+    gl_->glDepthMask(GL_FALSE);
+}
+
+void SceneRenderer::Private::EndLines() {
+    gl_->glDepthMask(GL_TRUE);
+    gl_->glDisable(GL_LINE_SMOOTH);
     gl_->glDisable(GL_BLEND);
 }
 
@@ -212,46 +260,44 @@ void SceneRenderer::Private::DrawAxisIcon() {
     DrawLines(AxisIconLines(column(0), column(1), column(2)), matrix, 0.0f);
 }
 
-void SceneRenderer::Private::DrawSurfaces(const std::vector<VisibleShape>& shapes) {
-    struct Later {
-        const VisibleShape* visible;
-        std::shared_ptr<const MeshData> mesh;
-        Material material;
-    };
-    std::vector<Later> transparent;
-    QOpenGLShaderProgram& program = shaders_.Surface();
-    program.bind();
-    program.setUniformValue("projection", projection_);
-    program.setUniformValue("isParallel", view->IsOrthographic());
+std::vector<SceneRenderer::Private::Surface>
+SceneRenderer::Private::FindSurfaces(const std::vector<VisibleShape>& shapes) const {
+    std::vector<Surface> surfaces;
     for (const VisibleShape& visible : shapes) {
         if (!MeshNode::Is(*visible.shape) || visible.state == VisibleShape::State::Template) {
             continue;
         }
-        const std::shared_ptr<const MeshData> mesh = MeshNode::Evaluate(*visible.shape);
-        if (!mesh) {
-            continue;
-        }
-        const Material material = options.defaultMaterial ? Material() : Material::Of(*visible.shape);
-        if (material.opacity < 0.999f) {
-            transparent.push_back({&visible, mesh, material});
-        } else {
-            DrawSurface(visible, *mesh, material);
+        if (const std::shared_ptr<const MeshData> mesh = MeshNode::Evaluate(*visible.shape)) {
+            const Material material = options.defaultMaterial ? Material() : Material::Of(*visible.shape);
+            surfaces.push_back({visible.world, mesh, material, ShowsLines(visible)});
         }
     }
-    // What can be seen through comes last and hides nothing.
-    gl_->glEnable(GL_BLEND);
-    gl_->glDepthMask(GL_FALSE);
-    for (const Later& later : transparent) {
-        DrawSurface(*later.visible, *later.mesh, later.material);
+    return surfaces;
+}
+
+void SceneRenderer::Private::DrawSurfaces(const std::vector<Surface>& surfaces, bool transparent) {
+    QOpenGLShaderProgram& program = shaders_.Surface();
+    program.bind();
+    program.setUniformValue("projection", projection_);
+    program.setUniformValue("isParallel", view->IsOrthographic());
+    if (transparent) {
+        // What can be seen through hides nothing.
+        gl_->glEnable(GL_BLEND);
+        gl_->glDepthMask(GL_FALSE);
+    }
+    for (const Surface& surface : surfaces) {
+        if (surface.IsTransparent() == transparent) {
+            DrawSurface(surface);
+        }
     }
     gl_->glDepthMask(GL_TRUE);
     gl_->glDisable(GL_BLEND);
 }
 
-void SceneRenderer::Private::DrawSurface(const VisibleShape& visible, const MeshData& mesh,
-                                         const Material& material) {
-    MeshBuffers::Buffers& buffers = meshes_.Get(mesh);
-    const QMatrix4x4 modelView = viewMatrix_ * Matrix(visible.world);
+void SceneRenderer::Private::DrawSurface(const Surface& surface) {
+    const Material& material = surface.material;
+    MeshBuffers::Buffers& buffers = meshes_.Get(*surface.mesh);
+    const QMatrix4x4 modelView = viewMatrix_ * Matrix(surface.world);
     QOpenGLShaderProgram& program = shaders_.Surface();
     program.bind();
     program.setUniformValue("modelView", modelView);
@@ -268,7 +314,13 @@ void SceneRenderer::Private::DrawSurface(const VisibleShape& visible, const Mesh
     program.setAttributeBuffer(SceneShaders::Position, GL_FLOAT, 0, 3, 6 * sizeof(float));
     program.setAttributeBuffer(SceneShaders::Normal, GL_FLOAT, 3 * sizeof(float), 3, 6 * sizeof(float));
     buffers.triangles.bind();
+    if (surface.hasLines) {
+        // Set back by its slope. That lets far sides shine through at the edges, where then the lines are.
+        gl_->glEnable(GL_POLYGON_OFFSET_FILL);
+        gl_->glPolygonOffset(1.0f, 2.0f);
+    }
     gl_->glDrawElements(GL_TRIANGLES, buffers.triangleIndexes, GL_UNSIGNED_INT, nullptr);
+    gl_->glDisable(GL_POLYGON_OFFSET_FILL);
     buffers.triangles.release();
     buffers.corners.release();
 }
@@ -292,7 +344,7 @@ void SceneRenderer::Private::DrawMeshLines(const std::vector<VisibleShape>& shap
         program.bind();
         program.setUniformValue("modelViewProjection", projection_ * viewMatrix_ * Matrix(visible.world));
         program.setUniformValue("tint", QVector4D(color.x, color.y, color.z, color.w));
-        program.setUniformValue("towardsEye", TOWARDS_EYE);
+        program.setUniformValue("towardsEye", TowardsEye(LINES_FORWARD));
         program.enableAttributeArray(SceneShaders::Position);
         program.disableAttributeArray(SceneShaders::Color);
         program.setAttributeValue(SceneShaders::Color, QVector4D(1, 1, 1, 1));
@@ -318,7 +370,7 @@ void SceneRenderer::Private::DrawOutlines(const std::vector<VisibleShape>& shape
         for (const V3f& point : ShapeOutline(*visible.shape)) {
             lines.push_back({point, color});
         }
-        DrawLines(lines, projection_ * viewMatrix_ * Matrix(visible.world), TOWARDS_EYE);
+        DrawLines(lines, projection_ * viewMatrix_ * Matrix(visible.world), TowardsEye(LINES_FORWARD));
     }
 }
 

@@ -20,7 +20,8 @@ void main() {
 }
 )";
 
-// A lamp at the eye; surfaces are lit on both sides.
+// A lamp above and to the left of the eye, which turns with it, so that the sides of a box differ; a surface
+// that faces the eye is lit as by a lamp there. Both sides are lit, and what is turned away is not black.
 const char* const SURFACE_FRAGMENT = R"(#version 120
 uniform vec3 color;
 uniform vec3 incandescence;
@@ -35,8 +36,13 @@ void main() {
     vec3 lit = color;
     if (!isFlat) {
         vec3 toEye = isParallel ? vec3(0.0, 0.0, 1.0) : normalize(-eyePosition);
-        float facing = abs(dot(normalize(eyeNormal), toEye));
-        lit = color * diffuse * (0.06 + 0.94 * facing) + incandescence + vec3(0.5 * specular * pow(facing, 30.0));
+        vec3 outward = normalize(eyeNormal);
+        float facing = dot(outward, toEye);
+        outward = facing < 0.0 ? -outward : outward;
+        vec3 toLamp = normalize(vec3(-0.30, 0.45, 1.0));
+        float light = 0.30 + 0.70 * max(dot(outward, toLamp), 0.0) / toLamp.z;
+        float shine = max(dot(outward, normalize(toLamp + toEye)), 0.0);
+        lit = color * diffuse * light + incandescence + vec3(0.5 * specular * pow(shine, 40.0));
     }
     gl_FragColor = vec4(lit, opacity);
 }
@@ -52,7 +58,7 @@ varying vec4 lineColor;
 void main() {
     lineColor = color * tint;
     gl_Position = modelViewProjection * vec4(position, 1.0);
-    gl_Position.z -= towardsEye * gl_Position.w;
+    gl_Position.z -= towardsEye;
 }
 )";
 

@@ -10,6 +10,8 @@
 #include "node/BaseNode.h"
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
+#include "tools/DrawContextCommand.h"
+#include "tools/TransformContextCommand.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
@@ -52,7 +54,10 @@ struct ContextCommandEntry {
 
 /// Every tool context command, in the order of registration.
 std::vector<ContextCommandEntry> GetContextCommands() {
-    return {};
+    return {
+        {DrawContextCommand::GetCommandName(), DrawContextCommand::Creator},
+        {TransformContextCommand::GetCommandName(), TransformContextCommand::Creator},
+    };
 }
 
 void ShowFailure(const char* what, const MString& name, const char* kind, const MStatus& status) {

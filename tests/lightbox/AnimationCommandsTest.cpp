@@ -104,7 +104,7 @@ TEST_F(AnimationCommandsTest, Refusals) {
          "-which takes \"next\", \"previous\", \"first\" or \"last\", not \"nearest\"."},
         {STRAIGHT, "playbackOptions -loop forever",
          "-loop takes \"once\", \"continuous\" or \"oscillate\", not \"forever\"."},
-        {STRAIGHT, "playbackOptions -by 0", "-by takes a number of frames above 0."},
+        {STRAIGHT, "playbackOptions -by 0", "Playback must go by more than 0 frames."},
     };
     for (const Refusal& row : rows) {
         SCOPED_TRACE(row.command);

@@ -33,7 +33,7 @@ createNode mesh -n "leafShape" -p "leaf";
 	setAttr -s 2 ".pt";
 	setAttr ".pt[2]" -type "float3" 0 0 0.0049999999 ;
 	setAttr ".pt[5].px" -0.25;
-	setAttr -s 6 ".vt[0:5]"  0 0 0 0.01 0 0 0.01
+	setAttr -s 6 ".vt[0:3]"  0 0 0 0.01 0 0 0.01
 		 0.01 0 0 0.01 0;
 	setAttr ".vt[4]" 0.02 0 0;
 	setAttr ".vt[5]" 0.02 0.01 -1.5e-08;

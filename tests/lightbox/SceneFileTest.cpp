@@ -38,7 +38,7 @@ createNode joint -n "knee" -p "hip";
 createNode transform -n "box";
 	setAttr ".futureAttribute" -type "string" "kept; \"as\" it is";
 	setAttr -l on -k off ".t" -type "double3" 1 2 3 ;
-createNode mesh -n "boxShape" -p "box";
+createNode subdiv -n "boxShape" -p "box";
 	setAttr -k off ".v";
 	setAttr ".uvst[0].uvsn" -type "string" "map1";
 	setAttr -s 4 ".uvst[0].uvsp[0:3]" -type "float2" 0 0 1 0 0 1 1 1;

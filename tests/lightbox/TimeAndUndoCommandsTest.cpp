@@ -53,13 +53,15 @@ TEST_F(TimeAndUndoCommandsTest, ImpossibleTimesChangeNothing) {
         {"", "playbackOptions -min 5 -by 0", "Playback must go by more than 0 frames."},
         {"", "playbackOptions -max 9 -ps -1", "The playback speed must not be less than 0."},
         {"", "playbackOptions -q", "Nothing was asked for."},
-        {"", "playbackOptions -loop once", "Invalid flag '-loop'"},
+        {"", "playbackOptions -by 2 -loop twice",
+         "-loop takes \"once\", \"continuous\" or \"oscillate\", not \"twice\"."},
+        {"", "playbackOptions -loop once -mps -1", "The playback speed must not be less than 0."},
         {"", "currentUnit -t pal -l m", "Lengths are in centimeters; the unit 'm' is not supported."},
         {"", "currentUnit -t pal -a rad", "Angles are in degrees; the unit 'rad' is not supported."},
         {"", "currentUnit -t pal -ua on",
          "Frames keep their numbers in another time unit; -updateAnimation cannot be on."},
         {"", "currentTime soon", "A time was expected, not \"soon\"."},
-        {"", "play -w", "Invalid flag '-w'"},
+        {"", "play -wat", "Invalid flag '-wat'"},
         {"", "timeControl -q x", "Nothing was asked for."},
     };
     ExpectRefusals(REFUSALS);

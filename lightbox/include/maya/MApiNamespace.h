@@ -23,6 +23,7 @@ class MFnPlugin;
 class MIntArray;
 class MMatrix;
 class MObject;
+class MObjectHandle;
 class MPlug;
 class MPoint;
 class MPxCommand;

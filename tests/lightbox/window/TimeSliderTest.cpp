@@ -1,3 +1,5 @@
+#include "window/TimeSlider.h"
+
 #include "mel/Interpreter.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
@@ -8,7 +10,6 @@
 #include "window/Playback.h"
 #include "window/RangeSlider.h"
 #include "window/Theme.h"
-#include "window/TimeSlider.h"
 #include "window/TimeSliderBar.h"
 #include "window/TransportButton.h"
 
@@ -186,7 +187,8 @@ TEST_F(TimeSliderTest, MovingARangeMovesTheKeysInIt) {
 }
 
 TEST_F(TimeSliderTest, TheMiddleButtonLeavesTheSceneAlone) {
-    Run("createNode transform -n a; setKeyframe -t 1 -v 0 a.tx; setKeyframe -t 11 -v 10 a.tx; currentTime 11");
+    Run("createNode transform -n a; setKeyframe -t 1 -v 0 a.tx; setKeyframe -t 11 -v 10 a.tx; currentTime "
+        "11");
     seen_.clear();
     Drag(30, 40, Qt::MiddleButton);
     EXPECT_EQ(host_.time().CurrentTime(), 40);
@@ -246,9 +248,9 @@ TEST_F(TimeSliderTest, FieldsAndButtons) {
 
     Run("createNode transform -n a; setKeyframe -t 10 -t 30 a.tx; select a; currentTime 24");
     const std::pair<const char*, double> rows[] = {
-        {"stepForwardFrame", 25}, {"stepBackFrame", 24}, {"stepForwardKey", 30}, {"stepForwardKey", 10},
-        {"stepBackKey", 30},      {"goToEnd", 99},       {"stepForwardFrame", 1}, {"stepBackFrame", 99},
-        {"goToStart", 1}};
+        {"stepForwardFrame", 25}, {"stepBackFrame", 24}, {"stepForwardKey", 30},
+        {"stepForwardKey", 10},   {"stepBackKey", 30},   {"goToEnd", 99},
+        {"stepForwardFrame", 1},  {"stepBackFrame", 99}, {"goToStart", 1}};
     for (const auto& [name, frame] : rows) {
         QTest::mouseClick(Button(name), Qt::LeftButton);
         EXPECT_EQ(host_.time().CurrentTime(), frame) << name;
@@ -306,17 +308,13 @@ TEST_F(TimeSliderTest, WhereStepsOfPlaybackLead) {
         {Loop::Continuous, 4, 9, 1, 1, 1, 1},    {Loop::Continuous, 0.5, 10, 1, 1, 1, 1},
         {Loop::Once, 1, 9, 1, 5, 10, 0},         {Loop::Once, 1, 3, -1, 9, 1, 0},
         {Loop::Oscillate, 1, 9, 1, 2, 9, -1},    {Loop::Oscillate, 1, 2, -1, 2, 2, 1},
-        {Loop::Oscillate, 1, 9, 1, 20, 7, -1},
+        {Loop::Oscillate, 1, 9, 1, 20, 9, -1},
     };
     for (const auto& row : rows) {
         time.SetPlaybackLoop(row.loop);
         time.SetPlaybackBy(row.by);
         const Playback::Position at = Playback::Advance(time, row.from, row.direction, row.steps);
         SCOPED_TRACE(&row - rows);
-        if (row.loop == Loop::Oscillate && row.steps == 20) {
-            EXPECT_EQ(at.frame, 7 + 4 - 2 * 2) << "twenty steps are once there and back, and two";
-            continue;
-        }
         EXPECT_DOUBLE_EQ(at.frame, row.frame);
         EXPECT_EQ(at.direction, row.turned);
     }
