@@ -63,9 +63,9 @@ TEST_F(FileDropTest, RecordingsAreDrawnAndUndone) {
         "tool": "pencil", "size": 9, "opacity": 90, "hardness": 100, "color": [0, 0, 0],
         "samples": [[300, 512, 0.5, 0], [420, 470, 0.5, 8]]}]})");
     EXPECT_TRUE(Drop({recording}));
-    EXPECT_EQ(Run("qmVellixNode -q -camera").String(), "persp");
+    EXPECT_EQ(Run("qmVellixNode -q -camera").AsString(), "persp");
     Run("undo");
-    EXPECT_EQ(Run("qmVellixNode -exists").Int(), 0);
+    EXPECT_EQ(Run("qmVellixNode -exists").AsInt(), 0);
 
     EXPECT_TRUE(Drop({Write("broken.json", "{")}));
     EXPECT_THAT(messages_, Contains(HasSubstr("Cannot replay \"")));
