@@ -365,8 +365,8 @@ what the published reference of the 2018 generation says of it. A test compares 
 signatures with each other (argument names and the way null is written aside).
 
 - **page**: the class's page in the published reference.
-- **from**: "read", the signature stood in the page's published text; "known", it is written down from knowledge of
-  the reference, since the text could not be had.
+- **from**: "read", the signature stood in the published text, of this generation or, where that could not be had, of
+  one beside it; "known", it is written down from knowledge of the reference.
 - **remark**: why a difference is none.
 
 `tools/plugin_api.py --build build/release update` adds rows for what is used anew, to be filled in.
