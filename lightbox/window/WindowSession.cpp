@@ -5,6 +5,7 @@
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
 #include "scene/Scene.h"
+#include "window/FileDrop.h"
 #include "window/MainWindow.h"
 #include "window/Theme.h"
 #include "window/TimeSliderBar.h"
@@ -43,6 +44,7 @@ WindowSession::WindowSession(Host& host)
     // Timers that never let the loop sleep must not keep the host from its work.
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
     MainWindow* const window = WindowInterface::Current(host);
+    new FileDrop(host, *window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
     // The time slider sees to it when the time changes.
     callbacks_.push_back(

@@ -6,9 +6,11 @@
 install(TARGETS vellix2
     LIBRARY DESTINATION vellix2/plug-ins/${MAYA_PLATFORM}-${MAYA_VERSION}
     RUNTIME DESTINATION vellix2/plug-ins/${MAYA_PLATFORM}-${MAYA_VERSION})
-install(FILES ${PROJECT_SOURCE_DIR}/docs/commands.md ${PROJECT_SOURCE_DIR}/docs/pipeline.md
-    ${PROJECT_SOURCE_DIR}/docs/read_drawing.py DESTINATION vellix2/docs)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/pictures DESTINATION vellix2/docs)
+# The pages for those who draw and script; not those about Lightbox and the source.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION vellix2/docs
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py"
+    PATTERN "lightbox-*" EXCLUDE PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE
+    PATTERN "openmaya-checklist.md" EXCLUDE)
 install(CODE "set(VELLIX_VERSION ${PROJECT_VERSION})")
 install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/WriteModuleFile.cmake)
 

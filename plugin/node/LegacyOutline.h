@@ -1,6 +1,6 @@
 #pragma once
 
-class M3dView;
+#include <maya/MApiNamespace.h>
 
 namespace vellix {
 

@@ -30,7 +30,7 @@ QString DescribeHost() {
     return QStringLiteral("Runs in %1, plug-in interface %2, with Qt %3.")
         .arg(name.trimmed())
         .arg(MGlobal::apiVersion())
-        .arg(QLatin1String(qVersion()));
+        .arg(QString::fromLatin1(qVersion()));
 }
 
 } // namespace

@@ -174,7 +174,7 @@ QWidget* PreferencesDialog::CreateLayersPage() {
 void PreferencesDialog::AddSwitch(QLayout& layout, const char* name, const QString& label, bool& setting,
                                   const QString& toolTip) {
     auto* box = new QCheckBox(label);
-    box->setObjectName(QStringLiteral("qmVxPreferences%1").arg(QLatin1String(name)));
+    box->setObjectName(QStringLiteral("qmVxPreferences%1").arg(QString::fromLatin1(name)));
     box->setToolTip(toolTip);
     layout.addWidget(box);
     m_switches.append({box, &setting});

@@ -90,7 +90,7 @@ QLayout* ToolboxDialog::CreateTools() {
     int place = 0;
     for (const DrawingTool& tool : GetDrawingTools()) {
         const QString toolTip =
-            QStringLiteral("%1: %2").arg(QLatin1String(tool.name), QLatin1String(tool.hint));
+            QStringLiteral("%1: %2").arg(QString::fromLatin1(tool.name), QString::fromLatin1(tool.hint));
         IconButton* button = CreateSwitch(tool.icon, tool.name, toolTip, tool.take);
         connect(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
         m_tools.append(button);
@@ -193,7 +193,7 @@ QLayout* ToolboxDialog::CreateGhostsAndLayers() {
 IconButton* ToolboxDialog::CreateButton(Icon icon, const char* name, const QString& toolTip,
                                         bool (*issue)()) {
     auto* button = new IconButton(icon, toolTip, ICON_SIZE);
-    button->setObjectName(QStringLiteral("qmVxToolbox%1").arg(QLatin1String(name)));
+    button->setObjectName(QStringLiteral("qmVxToolbox%1").arg(QString::fromLatin1(name)));
     connect(button, &QAbstractButton::clicked, this, [issue] { issue(); });
     return button;
 }
