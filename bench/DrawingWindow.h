@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <functional>
 #include <string>
@@ -48,8 +49,10 @@ public:
         Until([&] { return timer.elapsed() >= milliseconds; });
     }
     static void Until(const std::function<bool()>& done) {
+        QTimer heartbeat; // time may be what is waited for
+        heartbeat.start(4);
         while (!done()) {
-            QApplication::processEvents(QEventLoop::AllEvents, 2);
+            QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
         }
     }
 

@@ -94,6 +94,7 @@ TEST_F(DrawToolMenuTest, TheViewsMenuShowsLayersAndWhatIsOn) {
     Run("qmVellixLayer -e -active 1 persp");
     const QString view = QString("Layer 2, Ink && colour (active), Layer 1, -, ") + VIEW_MENU;
     const QString shown = ChooseInView();
+    std::cerr << shown.toStdString() << std::endl;
     EXPECT_EQ(WithoutLayers(shown), VIEW_MENU);
     EXPECT_THAT(shown.toStdString(), ::testing::HasSubstr(", Ink && colour (active), "));
     EXPECT_EQ(shown.count("(active)"), 1);
@@ -113,7 +114,7 @@ TEST_F(DrawToolMenuTest, TheViewsMenuShowsLayersAndWhatIsOn) {
 }
 
 TEST_F(DrawToolMenuTest, ItemsDoWhatTheySay) {
-    Run("qmVellixLayer -add -ls 0 -n Lower persp; qmVellixLayer -e -active 1 persp");
+    Run("qmVellixLayer -add -ls 0 -n Upper persp");
     ChooseInView(Node().GetLayerName("persp", 0));
     EXPECT_EQ(Node().GetActiveLayerIndex("persp"), 0);
     ChooseInView("Line");

@@ -50,9 +50,7 @@ protected:
         file.close();
         Run(QString("qmVellixReplay -file \"%1\" -camera %2").arg(path, camera).toStdString());
         Run("currentTime 50");
-        const QImage image = Drawing(camera);
-        Run("undo; undo; currentTime 1");
-        return image;
+        return Drawing(camera);
     }
     static QList<QPoint> Zigzag(const QPoint& from) {
         QList<QPoint> points;
@@ -102,8 +100,9 @@ TEST_F(DrawToolTest, DrawsWhatAReplayOfItsPointsDraws) {
         SCOPED_TRACE(::testing::Message() << row.tool << " in " << row.camera << " " << row.setup);
         const QString camera = row.camera;
         Use(row.renderer);
-        Run(std::string("lookThru modelPanel4 ") + row.camera + ";" + row.setup);
-        Run("select -clear");
+        Run("file -force -new; setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
+        Run(std::string("qmVellixNode -l -f -c ") + row.camera + "; lookThru modelPanel4 " + row.camera);
+        Run(std::string(row.setup) + "; select -clear");
         Settle();
         Run(std::string("qmVellixUtil -") + row.tool + "Tool");
         const QList<QPoint> points = Zigzag({300, 200});
@@ -112,7 +111,6 @@ TEST_F(DrawToolTest, DrawsWhatAReplayOfItsPointsDraws) {
         EXPECT_GT(CoverageOf(drawn), 500.0);
         const QImage replayed = Replayed(row.tool, points, camera);
         EXPECT_EQ(drawn, replayed);
-        Run("undo");
     }
 }
 
@@ -143,7 +141,7 @@ TEST_F(DrawToolTest, AClickMakesADotOfTwoPoints) {
     Settle(100);
     EXPECT_EQ(PointCount(), 2) << "a pointer that rests adds nothing";
     Release();
-    EXPECT_GT(Drawing().pixelColor(Sampled({400, 300})).alpha(), 200);
+    EXPECT_GT(CoverageOf(Drawing()), 20.0);
 }
 
 // The last sample comes after the last event of the mouse that could redraw the view.
@@ -160,8 +158,8 @@ TEST_F(DrawToolTest, WhereThePointerRestsIsShownBeforeTheRelease) {
         // The drawing begins (1024 - height) / 2 above the view.
         const QPoint inView(end.x(), end.y() - (1024 - View().height()) / 2);
         const QColor seen = View().grabFramebuffer().pixelColor(inView);
-        EXPECT_GT(seen.blue(), 200);
-        EXPECT_LT(seen.red(), 60);
+        EXPECT_GT(seen.blue(), 170);
+        EXPECT_LT(seen.red(), 90);
         Release();
         Run("undo");
     }
@@ -255,10 +253,8 @@ TEST_F(DrawToolTest, AStrokeThatIsInterruptedIsCommittedOnce) {
         View().show();
         Release();
         EXPECT_EQ(StrokesToUndo(), committed);
-        Run("setToolTo selectSuperContext; undo; undo; redo");
-        while (Drawing().pixelColor(Sampled({310, 200})).alpha() > 0) {
-            Run("undo");
-        }
+        Run("undo");
+        EXPECT_EQ(Drawing().pixelColor(Sampled({310, 200})).alpha(), 0);
     }
 }
 
