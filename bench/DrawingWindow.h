@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <benchmark/benchmark.h>
 #include <functional>
 #include <string>
 
@@ -43,6 +44,15 @@ public:
     lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
     void Run(const std::string& mel) { m_host.interpreter().Execute(mel); }
+    /// What main() does: the benchmarks, in an application with windows.
+    static int RunBenchmarks(int argc, char** argv) {
+        benchmark::Initialize(&argc, argv);
+        lightbox::WindowSession::PrepareApplication();
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
+        const QApplication application(argc, argv);
+        benchmark::RunSpecifiedBenchmarks();
+        return 0;
+    }
     static void Turn(int milliseconds) {
         QElapsedTimer timer;
         timer.start();
