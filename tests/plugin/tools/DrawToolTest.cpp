@@ -168,6 +168,7 @@ TEST_F(DrawToolTest, WhereThePointerRestsIsShownBeforeTheRelease) {
 // While several views are shown, each that is drawn tells the node of its own size and place.
 TEST_F(DrawToolTest, OtherViewsDoNotMoveTheStroke) {
     Window().Layout().Arrange(lightbox::PanelLayout::Arrangement::Four);
+    ASSERT_TRUE(WaitFor([this] { return View("modelPanel2").isVisible() && View().width() < 700; }));
     Settle(200);
     Run("qmVellixUtil -pencilTool");
     const QSize size = View().size();
