@@ -121,7 +121,7 @@ TEST_F(DrawToolTest, TheEraserTakesAwayAndUndoBringsBack) {
     const QImage before = Drawing();
     const QPoint middle = Sampled({360, 200});
     ASSERT_EQ(before.pixelColor(middle).alpha(), 255);
-    Run("qmVellixUtil -eraserTool");
+    Run("qmVellixUtil -eraserTool; qmVellixUtil -eraserOptions 40 100 100 0");
     Drag({{360, 150}, {360, 180}, {360, 210}, {360, 240}, {360, 270}, {360, 300}});
     const QImage after = Drawing();
     EXPECT_EQ(after.pixelColor(middle).alpha(), 0);
@@ -240,7 +240,7 @@ TEST_F(DrawToolTest, AStrokeThatIsInterruptedIsCommittedOnce) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        Run("qmVellixUtil -brushTool");
+        Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 20 100 100 0");
         PressAndWait({300, 200});
         MoveAndWait({340, 200});
         const std::size_t before = StrokesToUndo();
