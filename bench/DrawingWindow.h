@@ -15,7 +15,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QTimer>
 
+#include <benchmark/benchmark.h>
 #include <functional>
 #include <string>
 
@@ -42,14 +44,25 @@ public:
     lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
     void Run(const std::string& mel) { m_host.interpreter().Execute(mel); }
+    /// What main() does: the benchmarks, in an application with windows.
+    static int RunBenchmarks(int argc, char** argv) {
+        benchmark::Initialize(&argc, argv);
+        lightbox::WindowSession::PrepareApplication();
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
+        const QApplication application(argc, argv);
+        benchmark::RunSpecifiedBenchmarks();
+        return 0;
+    }
     static void Turn(int milliseconds) {
         QElapsedTimer timer;
         timer.start();
         Until([&] { return timer.elapsed() >= milliseconds; });
     }
     static void Until(const std::function<bool()>& done) {
+        QTimer heartbeat; // time may be what is waited for
+        heartbeat.start(4);
         while (!done()) {
-            QApplication::processEvents(QEventLoop::AllEvents, 2);
+            QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
         }
     }
 

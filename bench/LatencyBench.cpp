@@ -146,10 +146,5 @@ BENCHMARK(Latency)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    lightbox::WindowSession::PrepareApplication();
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
-    QApplication application(argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return DrawingWindow::RunBenchmarks(argc, argv);
 }

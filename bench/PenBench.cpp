@@ -167,10 +167,5 @@ BENCHMARK(Recording)->Iterations(1);
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    lightbox::WindowSession::PrepareApplication();
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
-    QApplication application(argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return DrawingWindow::RunBenchmarks(argc, argv);
 }

@@ -1,18 +1,14 @@
 #include "window/MainWindow.h"
 
 #include "formats/SceneFiles.h"
-#include "openmaya/ToolEvents.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/OptionVars.h"
 #include "window/PanelLayout.h"
 #include "window/RecentFiles.h"
 #include "window/UnsavedChanges.h"
-#include "window/ViewportPanel.h"
 #include "window/ViewportPanels.h"
-#include "window/ViewportWidget.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -133,13 +129,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && !event->isAutoRepeat()) {
         layout_->ToggleSingle();
-        return;
-    }
-    // Where something else has the keyboard, what it leaves of Enter and Escape is not for the tool.
-    const QWidget* const focused = QApplication::focusWidget();
-    const bool isForTool = !focused || focused == this || qobject_cast<const ViewportWidget*>(focused);
-    ViewportPanel* const active = panels_->Active();
-    if (isForTool && active && ToolEvents::Key(active->View(), *event)) {
         return;
     }
     QMainWindow::keyPressEvent(event);

@@ -344,31 +344,34 @@ void ViewportWidget::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Backslash && !event->isAutoRepeat()) {
         is2dKeyHeld_ = true;
     }
-    LeaveKey(*event);
+    if (!OfferKey(*event)) {
+        ToolEvents::Key(*this, *event);
+    }
+    event->accept();
 }
 
 void ViewportWidget::keyReleaseEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Backslash && !event->isAutoRepeat()) {
         is2dKeyHeld_ = false;
     }
-    LeaveKey(*event);
+    OfferKey(*event);
+    event->accept();
 }
 
 bool ViewportWidget::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
-        LeaveKey(*static_cast<QKeyEvent*>(event));
-        return event->isAccepted();
+        return OfferKey(*static_cast<QKeyEvent*>(event));
     }
     return QOpenGLWidget::event(event);
 }
 
-/// Keys are the main window's, which tools watch, also when the view floats in a window of its own.
-void ViewportWidget::LeaveKey(QKeyEvent& event) {
-    event.ignore();
-    QWidget& main = host_.ui()->MainWindow();
-    if (window() != &main) {
-        QApplication::sendEvent(&main, &event);
-    }
+/// Keys are the main window's first, which tools watch, also when the view floats in a window of its own.
+/// Answers whether they were taken there.
+bool ViewportWidget::OfferKey(QKeyEvent& event) {
+    // Who wants a key instead of a shortcut says so; who does not want a key says that.
+    event.setAccepted(event.type() != QEvent::ShortcutOverride);
+    QApplication::sendEvent(&host_.ui()->MainWindow(), &event);
+    return event.isAccepted();
 }
 
 void ViewportWidget::focusInEvent(QFocusEvent* event) {

@@ -85,7 +85,7 @@ private:
     void DrawLegacy(const CameraView& cameraView);
     void AddMarquee(DrawList& list) const;
     void EndDrag();
-    void LeaveKey(QKeyEvent& event);
+    bool OfferKey(QKeyEvent& event);
     void SettleCamera() const;
     /// From the widget's pixels to view pixels.
     QPointF ToView(const QPointF& position) const;

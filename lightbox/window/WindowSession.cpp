@@ -76,7 +76,10 @@ void WindowSession::Turn() {
         shownRevision_ = host_.scene().Revision();
         host_.ui()->RefreshViews(false);
     }
-    WindowInterface::Current(host_)->setWindowModified(host_.files().IsModified());
+    MainWindow* const window = WindowInterface::Current(host_);
+    if (window->isWindowModified() != host_.files().IsModified()) {
+        window->setWindowModified(host_.files().IsModified());
+    }
     // The loop is between two waits here; the work itself has to be done by it.
     if (!host_.idle().IsEmpty() && !idleIsDue_) {
         idleIsDue_ = true;

@@ -36,7 +36,13 @@ protected:
         Window().activateWindow();
         Settle();
     }
-    ~DrawToolFixture() override { Stop(); }
+    ~DrawToolFixture() override {
+        for (const int button : {1, 2, 3}) {
+            m_input.Release(button); // a test that failed may have left one down
+        }
+        Settle(30);
+        Stop();
+    }
 
     void Use(lightbox::ViewOptions::Renderer renderer) {
         lightbox::ViewOptions options = View().Options();
