@@ -243,7 +243,6 @@ MStatus UtilCommand::SetOptions(ToolType tool) const {
     Settings::SetToolSize(tool, ToInt(m_values[0]));
     Settings::SetToolOpacity(tool, ToInt(m_values[1]));
     DialogManager::RefreshToolOptions();
-    DialogManager::RefreshToolboxOptions();
     return MS::kSuccess;
 }
 

@@ -21,7 +21,8 @@ namespace vellix {
 
 namespace {
 
-// Inverting the highest bit changes every colour by half, mid-grey ones too.
+// Inverting the highest bit of green is seen on every colour, mid-grey ones too, and makes two hues of a
+// grey background at the most.
 constexpr GLubyte OUTLINE_INVERSION = 0x80;
 
 /// A closed outline along whole pixels.
@@ -269,7 +270,7 @@ void TransformContext::DrawSelectionOutline(int x0, int y0, int x1, int y1, int 
         return;
     }
     constexpr float inversion = OUTLINE_INVERSION / 255.0f;
-    m_view.setDrawColor(MColor(inversion, inversion, inversion));
+    m_view.setDrawColor(MColor(0.0f, inversion, 0.0f));
     DrawLoop(corners);
     m_view.endXorDrawing();
     m_outlineDrawn = !m_outlineDrawn;
@@ -291,7 +292,7 @@ void TransformContext::OnViewDrawn(const M3dView& view) {
     glLogicOp(GL_XOR);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
     glLineWidth(1.0f);
-    glColor3ub(OUTLINE_INVERSION, OUTLINE_INVERSION, OUTLINE_INVERSION);
+    glColor3ub(0, OUTLINE_INVERSION, 0);
     DrawLoop(m_outline);
     m_outlineDrawn = true;
     m_drawnOutline = m_outline;

@@ -12,7 +12,14 @@ namespace {
 
 /// Items of the tool's menus, counted from the top as the Down key goes; Paste can be chosen once something
 /// is copied.
-enum InSelectStage { TransformItem = 1, TransformCopyItem, CutItem, CopyItem, PasteItem, PasteAndTransformItem };
+enum InSelectStage {
+    TransformItem = 1,
+    TransformCopyItem,
+    CutItem,
+    CopyItem,
+    PasteItem,
+    PasteAndTransformItem
+};
 enum InTransformStage { ApplyItem = 1, RevertItem, FlipHorizontalItem, FlipVerticalItem };
 
 constexpr unsigned BACKSPACE = 0xff08;
@@ -31,7 +38,7 @@ protected:
                            "currentTime 1; file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
         m_program = std::make_unique<RunningLightbox>(m_folder, QStringList{"-file", m_folder.Path("a.ma")});
         const QRect panel = m_program->Place("modelPanel4");
-        m_middle = panel.center() + QPoint(0, panel.height() / 20);
+        m_middle = panel.center();
     }
 
     /// The drawing at frame 1, as it would be exported.
@@ -46,9 +53,10 @@ protected:
         m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4").arg(renderer));
     }
     QPoint At(int x, int y) const { return m_middle + QPoint(x, y); }
-    void Select() { m_program->Drag(At(-40, -30), At(30, 25)); }
+    /// All of the drawing, wherever the steps have put it.
+    void Select() { m_program->Drag(At(-150, -110), At(110, 100)); }
     void Menu(int item) {
-        m_program->Click(At(60, 50), RunningLightbox::Right);
+        m_program->Click(At(-130, -95), RunningLightbox::Right); // pasted from there
         RunningLightbox::Rest(150);
         for (int i = 0; i < item; ++i) {
             m_program->Type(DOWN);
@@ -65,7 +73,7 @@ protected:
         does();
         m_program->LetGo(RunningLightbox::Shift);
     }
-    void Move() { m_program->Drag(At(-100, 80), At(-60, 50)); }
+    void Move() { m_program->Drag(At(-100, 80), At(-92, 73)); }
     void Rotate() {
         WithShift([this] { m_program->Drag(At(-100, 80), At(-63, 90)); });
     }

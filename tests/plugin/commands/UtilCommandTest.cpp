@@ -337,7 +337,7 @@ TEST_F(UtilPanelTest, PanelsAreMadeOnceAndToldOfEveryChange) {
         {"-e -gp 1", {"toolbox"}},
         {"-e -gnc 3", {"toolbox"}},
         {"-e -gcp 1 2 3", {"toolbox"}},
-        {"-pencilTool", {"toolbox", "options"}},
+        {"-pencilTool", {"toolbox", "options", "toolbox options"}},
         {"-po 3 4 1", {"options", "toolbox options"}},
         {"-txo 3 4 \"Sans\"", {"options", "toolbox options"}},
         {"-refreshToolbox", {"toolbox"}},
