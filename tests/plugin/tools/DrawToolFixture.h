@@ -25,6 +25,10 @@ protected:
         host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
         Settings::ghostPrev = Settings::ghostNext = false;
         Settings::ignore2dPanZoom = false;
+        for (int tool = 0; tool <= static_cast<int>(ToolType::Rectangle); ++tool) {
+            Settings::SetToolSize(static_cast<ToolType>(tool), 6);
+            Settings::SetToolOpacity(static_cast<ToolType>(tool), 100);
+        }
         Settings::activeColor = QColor(20, 60, 240);
         Run("setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
         Run("qmVellixNode -l -f -c persp");
