@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -9,9 +10,6 @@
 #include <QImage>
 #include <QString>
 #include <QStringList>
-
-class MArgDatabase;
-class MArgList;
 
 namespace vellix {
 

@@ -15,6 +15,10 @@
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
+// The version string that comes with this header may be in one file only, that of the entry points.
+#define MNoVersionString
+#define MNoPluginEntry
+#include <maya/MFnPlugin.h>
 #include <maya/MGlobal.h>
 
 #include <vector>

@@ -14,6 +14,7 @@
 #include <maya/MCursor.h>
 #include <maya/MEventMessage.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -71,6 +72,9 @@ void TransformContext::toolOnSetup(MEvent&) {
     for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
         m_callbacks.append(MEventMessage::addEventCallback(event, OnSceneChanged, this));
     }
+    for (const char* event : {"Undo", "Redo"}) {
+        m_callbacks.append(MEventMessage::addEventCallback(event, OnUndoRedo, this));
+    }
     CancelStroke();
     ForgetOutline();
     HelpStateChanged();
@@ -90,6 +94,14 @@ void TransformContext::OnSceneChanged(void* context) {
     auto* const self = static_cast<TransformContext*>(context);
     if (!self->m_camera.isEmpty()) {
         self->deleteAction();
+    }
+}
+
+/// A node that was deleted with an outline on it may have come back.
+void TransformContext::OnUndoRedo(void* context) {
+    auto* const self = static_cast<TransformContext*>(context);
+    if (!self->m_outlineShown) {
+        self->SetSelectionOutlineDrawnByNodeEnabled(false);
     }
 }
 
@@ -170,9 +182,13 @@ bool TransformContext::PushStroke() {
 }
 
 void TransformContext::CancelStroke() {
+    // The node may have been deleted since, and come back with an undo.
+    if (const std::shared_ptr<LayerManager> layers = m_layers.lock()) {
+        layers->CancelActiveStroke();
+        RemoveWhatPasteCreated(*layers);
+    }
     if (BaseNode* node = BaseNode::GetMaster()) {
         node->CancelActiveStroke();
-        RemoveWhatPasteCreated(*node);
         if (!m_camera.isEmpty()) {
             node->ForceCacheUpdate(m_camera, node->GetActiveLayerIndex(m_camera));
         }
@@ -182,25 +198,30 @@ void TransformContext::CancelStroke() {
     m_pasteFrameCreated = false;
 }
 
-void TransformContext::RemoveWhatPasteCreated(BaseNode& node) {
+void TransformContext::RemoveWhatPasteCreated(LayerManager& layers) {
     if (m_pasteLayer < 0 && !m_pasteFrameCreated) {
         return;
     }
     // Others may have moved the layer, removed it or made another one active since.
-    Layer* layer = GetSelectionNode() == &node ? FindSelectionLayer(node) : nullptr;
-    if (layer == nullptr) {
+    const QList<Layer*> stack = layers.GetLayers(m_camera);
+    const int index = static_cast<int>(
+        std::find_if(stack.begin(), stack.end(), [&](const Layer* layer) { return layer == m_layer; }) -
+        stack.begin());
+    if (index == stack.size()) {
         return;
     }
+    Layer* layer = stack[index];
     if (m_pasteFrameCreated && layer->GetState() != LayerState::Locked) {
         const bool isStatic = layer->GetState() == LayerState::Static;
         delete layer->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime)
                                            : m_pasteFrameTime);
     }
-    const int index = node.GetLayers(m_camera).indexOf(layer);
     if (m_pasteLayer >= 0) {
-        delete node.RemoveLayer(m_camera, index);
+        delete layers.RemoveLayer(m_camera, index);
     }
-    node.OnFramesChanged(m_camera, index);
+    if (BaseNode* node = GetSelectionNode()) {
+        node->OnFramesChanged(m_camera, index);
+    }
 }
 
 // --- the pointer ------------------------------------------------------------------------------------------

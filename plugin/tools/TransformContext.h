@@ -128,6 +128,7 @@ private:
 
     void OnViewDrawn(const M3dView& view) override;
     static void OnSceneChanged(void* context);
+    static void OnUndoRedo(void* context);
 
     void PressInSelectStage(const QPoint& position);
     void DragInSelectStage(const QPoint& position);
@@ -138,7 +139,6 @@ private:
 
     /// The node that the selection is in; null once it is gone or no longer the master.
     BaseNode* GetSelectionNode() const;
-    Layer* FindSelectionLayer(const BaseNode& node) const;
     bool IsSelectionView() const;
     /// Do the view, the frame and the layer still show what was selected?
     bool SelectionIsCurrent() const;
@@ -148,7 +148,7 @@ private:
     /// `changes`: the drawing will be changed, which its layer has to allow.
     bool EnterTransformStage(bool changes);
     void Commit();
-    void RemoveWhatPasteCreated(BaseNode& node);
+    void RemoveWhatPasteCreated(LayerManager& layers);
     void RememberCopiedRectangle();
 
     void ShowOutline(const Corners& corners);
@@ -197,7 +197,8 @@ private:
     int m_copiedBottom = 0;
     int m_copiedRight = -1;
     int m_copiedTop = -1;
-    int m_pasteLayer = -1; ///< index of a layer that was created to paste into
+    float m_copiedScale = 1.0f; ///< view pixels to an image pixel then
+    int m_pasteLayer = -1;      ///< index of a layer that was created to paste into
     bool m_pasteFrameCreated = false;
     MTime m_pasteFrameTime;
 

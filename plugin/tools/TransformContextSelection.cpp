@@ -103,15 +103,6 @@ BaseNode* TransformContext::GetSelectionNode() const {
     return node != nullptr && node->GetLayerManager() == layers ? node : nullptr;
 }
 
-Layer* TransformContext::FindSelectionLayer(const BaseNode& node) const {
-    for (Layer* layer : node.GetLayers(m_camera)) {
-        if (layer == m_layer) {
-            return layer;
-        }
-    }
-    return nullptr;
-}
-
 bool TransformContext::IsSelectionView() const {
     return !m_camera.isEmpty() && MayaUtil::GetActive3dViewCameraName() == m_camera;
 }

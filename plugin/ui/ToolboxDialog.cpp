@@ -62,13 +62,15 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
     column->addWidget(new Separator);
-    QLayout* options = CreateOptions();
-    column->addLayout(CreateColors(options->sizeHint().width()));
-    column->addLayout(options);
+    auto* colors = new QHBoxLayout;
+    column->addLayout(colors);
+    column->addLayout(CreateOptions());
     column->addWidget(new Separator);
     column->addLayout(CreateFrames());
     column->addWidget(new Separator);
     column->addLayout(CreateGhostsAndLayers());
+    RefreshOptions();
+    AddColors(*colors, column->sizeHint().width() - 2 * MARGIN);
 
     // The host's own tools are taken without a word to the plug-in.
     m_callbacks.append(MEventMessage::addEventCallback(
@@ -99,15 +101,14 @@ QLayout* ToolboxDialog::CreateTools() {
                                QStringLiteral("Transform: move, turn and scale a part of the drawing"),
                                MayaUtil::ActivateTransformTool);
     grid->addWidget(m_transform, 0, perRow);
-    grid->addWidget(CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
-                                 MayaUtil::ShowToolOptionsDialog),
-                    1, perRow);
+    m_optionsButton = CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
+                                   MayaUtil::ShowToolOptionsDialog);
+    grid->addWidget(m_optionsButton, 1, perRow);
     return grid;
 }
 
-QLayout* ToolboxDialog::CreateColors(int width) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(SPACING);
+void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
+    row.setSpacing(SPACING);
     IconButton* palette = CreateButton(Icon::Palette, "Palette", QStringLiteral("Color palette"),
                                        MayaUtil::ShowColorPaletteDialog);
     const QSize size(width - palette->sizeHint().width() - SPACING, COLOR_HEIGHT);
@@ -115,10 +116,17 @@ QLayout* ToolboxDialog::CreateColors(int width) {
                                  QStringLiteral("Color to draw with; click to choose another one"));
     m_color->setObjectName(QStringLiteral("qmVxToolboxColor"));
     m_color->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
-    row->addWidget(m_color);
-    row->addStretch();
-    row->addWidget(palette);
-    return row;
+    row.addWidget(m_color);
+    row.addStretch();
+    row.addWidget(palette);
+    // They come behind the tools, wherever in the order they were made.
+    QWidget* before = m_optionsButton;
+    for (QWidget* next : {m_color->focusProxy(), static_cast<QWidget*>(palette)}) {
+        if (next != nullptr) {
+            setTabOrder(before, next);
+            before = next;
+        }
+    }
 }
 
 QLayout* ToolboxDialog::CreateOptions() {

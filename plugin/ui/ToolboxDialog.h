@@ -7,7 +7,7 @@
 
 #include <QList>
 
-class QGridLayout;
+class QHBoxLayout;
 
 namespace vellix {
 
@@ -34,7 +34,7 @@ public:
 private:
     QLayout* CreateTools();
     /// As wide as that, pixels.
-    QLayout* CreateColors(int width);
+    void AddColors(QHBoxLayout& row, int width);
     QLayout* CreateOptions();
     QLayout* CreateGhostsAndLayers();
     QLayout* CreateFrames();
@@ -50,6 +50,7 @@ private:
 
     QList<IconButton*> m_tools; ///< in the order of the drawing tools
     IconButton* m_transform = nullptr;
+    IconButton* m_optionsButton = nullptr;
     HostColorField* m_color = nullptr;
     NumberSlider* m_size = nullptr;
     NumberSlider* m_opacity = nullptr;

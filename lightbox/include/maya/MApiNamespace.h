@@ -19,6 +19,7 @@ class MEvent;
 class MFnAttribute;
 class MFnDagNode;
 class MFnDependencyNode;
+class MFnPlugin;
 class MIntArray;
 class MMatrix;
 class MObject;

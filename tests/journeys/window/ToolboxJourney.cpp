@@ -15,6 +15,10 @@ const char* const GHOST_COUNTS = "qmVellixUtil -q -ghostPreviousCount";
 
 class ToolboxJourney : public ::testing::Test {
 protected:
+    /// The palette's colours are the toolkit's, in the user's configuration: here in the journey's folder.
+    ToolboxJourney() { qputenv("XDG_CONFIG_HOME", m_folder.Path("configuration").toLocal8Bit()); }
+    ~ToolboxJourney() override { qunsetenv("XDG_CONFIG_HOME"); }
+
     /// Types into the field that has the focus, over what is selected there.
     static void TypeText(RunningLightbox& program, const char* text) {
         for (; *text != '\0'; ++text) {

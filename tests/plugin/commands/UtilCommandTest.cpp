@@ -212,7 +212,6 @@ TEST_F(UtilCommandTest, ChangesReachTheNodeAndTheMenuOnce) {
 
 TEST_F(UtilCommandTest, ToolsMakeTheirContextOnceAndMakeItCurrent) {
     OpenWindow();
-    Mel("global proc string qmVxTransformCtx() { return \"scaleSuperContext\"; }");
     const struct {
         const char* flag;
         const char* context;
@@ -222,10 +221,10 @@ TEST_F(UtilCommandTest, ToolsMakeTheirContextOnceAndMakeItCurrent) {
         {"-pencilTool", "qmVxDrawCtx1", ToolType::Pencil},
         {"-eraserTool", "qmVxDrawCtx1", ToolType::Eraser},
         {"-lineTool", "qmVxDrawCtx1", ToolType::Line},
-        {"-transform", "scaleSuperContext", ToolType::Line},
+        {"-transform", "qmVxTransformCtx1", ToolType::Line},
         {"-arrowTool", "qmVxDrawCtx1", ToolType::Arrow},
         {"-ellipseTool", "qmVxDrawCtx1", ToolType::Ellipse},
-        {"-t", "scaleSuperContext", ToolType::Ellipse},
+        {"-t", "qmVxTransformCtx1", ToolType::Ellipse},
         {"-d", "qmVxDrawCtx1", ToolType::Ellipse},
         {"-rectangleTool", "qmVxDrawCtx1", ToolType::Rectangle},
         {"-textTool", "qmVxDrawCtx1", ToolType::Text},
@@ -240,7 +239,9 @@ TEST_F(UtilCommandTest, ToolsMakeTheirContextOnceAndMakeItCurrent) {
         EXPECT_EQ(TakeMenuUpdates(), chooses ? QString("%1,0,0,0;").arg(int(row.tool)) : QString())
             << row.flag;
     }
-    EXPECT_EQ(Mel("contextInfo -exists qmVxDrawCtx2").AsInt(), 0);
+    for (const char* another : {"qmVxDrawCtx2", "qmVxTransformCtx2"}) {
+        EXPECT_EQ(Mel(QString("contextInfo -exists ") + another).AsInt(), 0) << another;
+    }
     Mel("setToolTo selectSuperContext");
 }
 

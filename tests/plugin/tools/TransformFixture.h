@@ -26,7 +26,7 @@ protected:
         Show();
         Use(renderer);
         Activate();
-        SizeView(WIDTH, HEIGHT); // the help line has its text now
+        SizeView(WIDTH, HEIGHT);
     }
     void Activate() {
         Run("qmVellixUtil -transform");
@@ -88,6 +88,7 @@ protected:
         Release(to, button, keys);
     }
     void Key(Qt::Key key) {
+        View().setFocus();
         QTest::keyClick(&View(), key);
         Rest();
     }

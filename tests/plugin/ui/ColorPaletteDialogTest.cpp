@@ -3,6 +3,7 @@
 
 #include <QColorDialog>
 #include <QMenu>
+#include <QSettings>
 
 namespace vellix {
 
@@ -13,6 +14,9 @@ using ::testing::ElementsAre;
 class ColorPaletteDialogTest : public DialogFixture {
 protected:
     ColorPaletteDialogTest() {
+        // The chooser keeps its colours for all programs of the user: not those of a test.
+        static const QTemporaryDir configuration;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
         for (int i = 0; i < 16; ++i) {
             QColorDialog::setCustomColor(i, QColor(10 * i, 255 - 10 * i, 7));
         }
