@@ -3,7 +3,6 @@
 
 #include <QColorDialog>
 #include <QMenu>
-#include <QSettings>
 
 namespace vellix {
 
@@ -14,9 +13,6 @@ using ::testing::ElementsAre;
 class ColorPaletteDialogTest : public DialogFixture {
 protected:
     ColorPaletteDialogTest() {
-        // The chooser keeps its colours for all programs of the user: not those of a test.
-        static const QTemporaryDir configuration;
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
         for (int i = 0; i < 16; ++i) {
             QColorDialog::setCustomColor(i, QColor(10 * i, 255 - 10 * i, 7));
         }

@@ -8,6 +8,7 @@
 #include "scene/PluginManager.h"
 
 #include <QAbstractButton>
+#include <QSettings>
 #include <QTest>
 #include <QTimer>
 
@@ -19,6 +20,10 @@ namespace vellix {
 class DialogFixture : public WindowFixture {
 protected:
     DialogFixture() {
+        // The colour chooser keeps its colours for all programs of the user: neither his are for a test, nor
+        // a test's for him.
+        static const QTemporaryDir configuration;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
         Settings::activeTool = ToolType::Brush;
         Settings::activeColor = Settings::DEFAULT_DRAW_COLOR;
         Settings::brushSize = Settings::pencilSize = Settings::lineSize = 6;
