@@ -126,6 +126,8 @@ void RunningLightbox::Choose(const QStringList& items) {
 
 void RunningLightbox::DragTo(const QPoint& from, const QPoint& to, Button button) {
     Press(from, button);
+    // A tool looks where the pointer is once the press has come to it, which a busy machine may take long over.
+    Rest(200);
     constexpr int steps = 12;
     for (int step = 1; step <= steps; ++step) {
         MoveTo(from + (to - from) * step / steps);

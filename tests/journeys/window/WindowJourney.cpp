@@ -218,10 +218,13 @@ TEST_F(WindowJourney, TheDrawingLiesUnderThePointerOnEveryScreen) {
         program.Mel("qmVellixUtil -lineOptions 8 100; qmVellixUtil -e -drawColor 230 20 20");
         program.Mel("qmVellixUtil -lineTool");
         program.Click("shelfButton1");
+        EXPECT_TRUE(program.Becomes("contextInfo -class `currentCtx`", "qmVxDrawCtx"));
         const QRect panel = program.Place("modelPanel4");
         const QPoint from = panel.center() - QPoint(120, 40);
         const QPoint to = panel.center() + QPoint(80, 40);
-        program.Drag(from, to);
+        program.DragTo(from, to);
+        RunningLightbox::Rest(400);
+        program.Release();
         program.MoveTo(panel.center() + QPoint(150, 0));
         RunningLightbox::Rest(200);
         const QImage seen = program.Grab("modelPanel4");
