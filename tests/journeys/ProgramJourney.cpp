@@ -77,7 +77,7 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
     for (const char* help : {"-help", "--help", "-h"}) {
         EXPECT_TRUE(lightbox.Run({help}).output.startsWith("usage: lightbox")) << help;
     }
-    EXPECT_TRUE(lightbox.Read("preferences/lightbox.log").contains("// Error: bad.mel line 3.3"));
+    EXPECT_TRUE(lightbox.Read("preferences/lightbox.log").contains("// Error: file: bad.mel line 3.3"));
 }
 
 TEST(ProgramJourney, WithoutADisplayItSaysSo) {
