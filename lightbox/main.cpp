@@ -17,6 +17,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -44,8 +45,23 @@ void WatchSignals(Host& host) {
 #endif
 }
 
-/// Qt remarks on every start that a session without a login has no runtime folder, which means nothing here.
-void OnQtMessage(QtMsgType, const QMessageLogContext&, const QString& message) {
+const char* const NO_DISPLAY =
+    "lightbox: There is no display to open a window on. With -batch it runs scripts without one.\n";
+
+/// True until Qt has found a display, which ends the program when there is none.
+bool g_isLookingForDisplay = false;
+
+void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (g_isLookingForDisplay && type == QtFatalMsg) {
+        std::fputs(NO_DISPLAY, stderr);
+        std::_Exit(FAILURE);
+    }
+    if (g_isLookingForDisplay && (message.startsWith("could not connect to display") ||
+                                  message.endsWith("even though it was found."))) {
+        return;
+    }
+    // Qt remarks on every start that a session without a login has no runtime folder, which means nothing
+    // here.
     if (!message.startsWith("QStandardPaths: XDG_RUNTIME_DIR not set")) {
         std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
     }
@@ -162,7 +178,15 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(OnQtMessage);
     // Our own options are not Qt's: "-style" or "-platform" were refused above.
     int qtArgumentCount = 1;
+    g_isLookingForDisplay = !line.batch;
     QApplication application(qtArgumentCount, argv);
+    g_isLookingForDisplay = false;
+    // Viewports cannot be drawn on Qt's platforms without a screen, and nobody would see them.
+    const QString platform = QGuiApplication::platformName();
+    if (!line.batch && (platform == "offscreen" || platform == "minimal")) {
+        std::fputs(NO_DISPLAY, stderr);
+        return FAILURE;
+    }
     QApplication::setApplicationName("Lightbox");
     QApplication::setApplicationVersion(LIGHTBOX_VERSION);
     return line.batch ? RunBatch(line) : RunWindow(line);

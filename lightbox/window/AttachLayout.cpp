@@ -1,5 +1,7 @@
 #include "window/AttachLayout.h"
 
+#include <QWidget>
+
 #include <algorithm>
 #include <cmath>
 
@@ -36,8 +38,8 @@ struct AttachLayout::Axis {
         return isVertical ? size.height() : size.width();
     }
     const Attachment& EdgeOf(std::size_t index, bool isHigh) const {
-        return layout.items_[index].edges[static_cast<std::size_t>(isVertical ? Top : Left) +
-                                          (isHigh ? 1U : 0U)];
+        return layout.items_[index]
+            .edges[static_cast<std::size_t>(isVertical ? Top : Left) + (isHigh ? 1U : 0U)];
     }
 
     void Solve(std::size_t index) {
@@ -176,7 +178,13 @@ void AttachLayout::setGeometry(const QRect& rectangle) {
         const Axis::Span& x = across.spans[i];
         const Axis::Span& y = down.spans[i];
         const QRect place(QPoint(at(x.low), at(y.low)), QPoint(at(x.high) - 1, at(y.high) - 1));
-        items_[i].item->setGeometry(place.translated(rectangle.topLeft()));
+        // Straight to the widget: the item would keep a button at its usual height.
+        QLayoutItem& item = *items_[i].item;
+        if (QWidget* const widget = item.widget()) {
+            widget->setGeometry(place.translated(rectangle.topLeft()));
+        } else {
+            item.setGeometry(place.translated(rectangle.topLeft()));
+        }
     }
 }
 

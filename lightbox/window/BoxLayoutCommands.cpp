@@ -160,8 +160,9 @@ ControlFlags GridColumnFlags() {
                   [](Column& column, const Value& value) { column.width = std::max(0, value.AsInt()); });
     AddForSeveral(flags, "-cl", "-columnAlign", TEXT,
                   [](Column& column, const Value& value) { column.alignment = Alignment(value.AsString()); });
-    AddForSeveral(flags, "-ct", "-columnAttach", TEXT,
-                  [](Column& column, const Value& value) { Attach(column, value.AsString(), column.offset); });
+    AddForSeveral(flags, "-ct", "-columnAttach", TEXT, [](Column& column, const Value& value) {
+        Attach(column, value.AsString(), column.offset);
+    });
     AddForSeveral(flags, "-co", "-columnOffset", INT,
                   [](Column& column, const Value& value) { column.offset = std::max(0, value.AsInt()); });
     return flags;
@@ -246,15 +247,14 @@ void RegisterBoxLayoutCommands(WindowCommandTable& table) {
     table.Add(Layout("columnLayout", ColumnFlags(), [](const ControlCreation& creation) {
         return std::make_unique<BoxLayoutControl>(creation, Qt::Vertical);
     }));
-    table.Add(Layout("flowLayout",
-                     {NoteFlag("-wr", "-wrap", ON), NoteFlag("-vr", "-vertical", ON),
-                      NoteFlag("-cs", "-columnSpacing", INT)},
-                     [](const ControlCreation& creation) {
-                         const bool isVertical =
-                             creation.call.Has("-vertical") && creation.call.Bool("-vertical");
-                         return std::make_unique<BoxLayoutControl>(creation, isVertical ? Qt::Vertical
-                                                                                        : Qt::Horizontal);
-                     }));
+    table.Add(Layout(
+        "flowLayout",
+        {NoteFlag("-wr", "-wrap", ON), NoteFlag("-vr", "-vertical", ON),
+         NoteFlag("-cs", "-columnSpacing", INT)},
+        [](const ControlCreation& creation) {
+            const bool isVertical = creation.call.Has("-vertical") && creation.call.Bool("-vertical");
+            return std::make_unique<BoxLayoutControl>(creation, isVertical ? Qt::Vertical : Qt::Horizontal);
+        }));
     const ControlFlag columns = GridFlag("-nc", "-numberOfColumns", &GridLayoutControl::count);
     const ControlFlag rows = GridFlag("-nr", "-numberOfRows", &GridLayoutControl::count, true);
     table.Add(Layout("rowLayout", ControlFlags{columns} + AdjustableFlags() + GridColumnFlags(),
@@ -262,19 +262,19 @@ void RegisterBoxLayoutCommands(WindowCommandTable& table) {
     table.Add(Layout("rowColumnLayout",
                      ControlFlags{columns, rows, SpacingFlag()} + AdjustableFlags() + GridColumnFlags(),
                      [](const ControlCreation& creation) { return NewGrid(creation, true); }));
-    table.Add(Layout("gridLayout",
-                     {columns, rows, CellSizeFlag(),
-                      GridFlag("-cw", "-cellWidth", &GridLayoutControl::cellWidth),
-                      GridFlag("-ch", "-cellHeight", &GridLayoutControl::cellHeight),
-                      NoteFlag("-ag", "-autoGrow", ON), NoteFlag("-acv", "-allowEmptyCells", ON)},
-                     [](const ControlCreation& creation) {
-                         auto grid = NewGrid(creation, true);
-                         constexpr int usualCell = 90;
-                         constexpr int usualHeight = 25;
-                         grid->cellWidth = usualCell;
-                         grid->cellHeight = usualHeight;
-                         return grid;
-                     }));
+    table.Add(
+        Layout("gridLayout",
+               {columns, rows, CellSizeFlag(), GridFlag("-cw", "-cellWidth", &GridLayoutControl::cellWidth),
+                GridFlag("-ch", "-cellHeight", &GridLayoutControl::cellHeight),
+                NoteFlag("-ag", "-autoGrow", ON), NoteFlag("-acv", "-allowEmptyCells", ON)},
+               [](const ControlCreation& creation) {
+                   auto grid = NewGrid(creation, true);
+                   constexpr int usualCell = 90;
+                   constexpr int usualHeight = 25;
+                   grid->cellWidth = usualCell;
+                   grid->cellHeight = usualHeight;
+                   return grid;
+               }));
 }
 
 } // namespace lightbox

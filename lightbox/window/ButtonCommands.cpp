@@ -45,10 +45,9 @@ ControlType ButtonType() {
     type.create = [](const ControlCreation& creation) {
         auto* const button = new QPushButton(ToQt(creation.name));
         auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, button);
-        QObject::connect(button, &QPushButton::clicked, button,
-                         [&registry = creation.registry, made = control.get()] {
-                             registry.Run(*made, "-command");
-                         });
+        QObject::connect(
+            button, &QPushButton::clicked, button,
+            [&registry = creation.registry, made = control.get()] { registry.Run(*made, "-command"); });
         return control;
     };
     return type;
@@ -80,10 +79,10 @@ ControlFlag StyleFlag() {
                 const std::string& style = call.String("-style");
                 control.notes["-style"] = style;
                 control.As<QToolButton>()->setToolButtonStyle(
-                    style == "textOnly"                                       ? Qt::ToolButtonTextOnly
-                    : style == "iconAndTextVertical"                          ? Qt::ToolButtonTextUnderIcon
-                    : style.find("iconAndText") == 0                          ? Qt::ToolButtonTextBesideIcon
-                                                                              : Qt::ToolButtonIconOnly);
+                    style == "textOnly"              ? Qt::ToolButtonTextOnly
+                    : style == "iconAndTextVertical" ? Qt::ToolButtonTextUnderIcon
+                    : style.find("iconAndText") == 0 ? Qt::ToolButtonTextBesideIcon
+                                                     : Qt::ToolButtonIconOnly);
             },
             [](Control& control) { return Value(control.notes["-style"]); }};
 }

@@ -71,9 +71,7 @@ ControlFlag ColorFlag(const char* shortName, const char* longName, bool isHsv) {
             flag,
             {NUMBER, NUMBER, NUMBER},
             [flag, isHsv](Control& control, const CommandCall& call) {
-                const auto part = [&](unsigned index) {
-                    return call.Float(flag.c_str(), index);
-                };
+                const auto part = [&](unsigned index) { return call.Float(flag.c_str(), index); };
                 auto& group = dynamic_cast<ColorSliderControl&>(control);
                 if (!isHsv) {
                     group.SetColor(part(0), part(1), part(2));
@@ -91,8 +89,8 @@ ControlFlag ColorFlag(const char* shortName, const char* longName, bool isHsv) {
                     return Value(rgb);
                 }
                 const QColor color = QColor::fromRgbF(rgb[0], rgb[1], rgb[2]);
-                return Value(Value::FloatArray{std::max(0.0, color.hsvHueF()) * 360.0,
-                                               color.hsvSaturationF(), color.valueF()});
+                return Value(Value::FloatArray{std::max(0.0, color.hsvHueF()) * 360.0, color.hsvSaturationF(),
+                                               color.valueF()});
             }};
 }
 
@@ -104,7 +102,9 @@ void RegisterColorSliderCommand(WindowCommandTable& table) {
     type.flags = ControlFlags{ColorFlag("-rgb", "-rgbValue", false), ColorFlag("-hsv", "-hsvValue", true),
                               ScriptFlag("-cc", "-changeCommand"), ScriptFlag("-dc", "-dragCommand")} +
                  GroupFlags();
-    type.create = [](const ControlCreation& creation) { return std::make_unique<ColorSliderControl>(creation); };
+    type.create = [](const ControlCreation& creation) {
+        return std::make_unique<ColorSliderControl>(creation);
+    };
     table.Add(std::move(type));
 }
 

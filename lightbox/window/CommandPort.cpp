@@ -105,7 +105,8 @@ void CommandPort::ListenToSocket(const QString& path) {
     local_ = std::make_unique<QLocalServer>();
     local_->setSocketOptions(QLocalServer::UserAccessOption);
     if (!local_->listen(path)) {
-        throw mel::Error("Cannot listen to \"" + path.toStdString() + "\": " + local_->errorString().toStdString());
+        throw mel::Error("Cannot listen to \"" + path.toStdString() +
+                         "\": " + local_->errorString().toStdString());
     }
     connect(local_.get(), &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket* const client = local_->nextPendingConnection()) {

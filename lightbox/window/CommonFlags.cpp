@@ -104,7 +104,7 @@ ControlFlag Width() {
             [](Control& control, const CommandCall& call) { control.SetWidth(call.Int("-width")); },
             [](Control& control) {
                 QWidget* const widget = control.Widget();
-                return Value(widget && widget->isVisible()       ? widget->width()
+                return Value(widget && widget->isVisible()  ? widget->width()
                              : control.RequestedWidth() > 0 ? control.RequestedWidth()
                              : widget                       ? widget->sizeHint().width()
                                                             : 0);
@@ -118,7 +118,7 @@ ControlFlag Height() {
             [](Control& control, const CommandCall& call) { control.SetHeight(call.Int("-height")); },
             [](Control& control) {
                 QWidget* const widget = control.Widget();
-                return Value(widget && widget->isVisible()        ? widget->height()
+                return Value(widget && widget->isVisible()   ? widget->height()
                              : control.RequestedHeight() > 0 ? control.RequestedHeight()
                              : widget                        ? widget->sizeHint().height()
                                                              : 0);

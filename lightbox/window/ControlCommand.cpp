@@ -20,9 +20,8 @@ using mel::Value;
 
 bool Accepts(const ControlType& type, const Control& control) {
     const std::string& name = control.Type().name;
-    return type.name == name || std::any_of(type.alsoFor.begin(), type.alsoFor.end(), [&](const auto& other) {
-               return other == name || other == "*";
-           });
+    return type.name == name || std::any_of(type.alsoFor.begin(), type.alsoFor.end(),
+                                            [&](const auto& other) { return other == name || other == "*"; });
 }
 
 std::string ObjectName(const CommandCall& call) {
@@ -189,14 +188,14 @@ void WindowCommandTable::Add(const std::string& name, const MSyntax& syntax,
 void RegisterWindowCommands(Host& host, ControlRegistry* controls) {
     WindowCommandTable table(host, controls);
     for (const auto group :
-         {RegisterTopWindowCommands,     RegisterControlQueryCommands, RegisterBoxLayoutCommands,
-          RegisterFormLayoutCommand,     RegisterPaneLayoutCommand,    RegisterFrameLayoutCommands,
-          RegisterTabLayoutCommands,     RegisterMenuCommands,         RegisterMenuItemCommands,
-          RegisterMenuSetCommands,       RegisterButtonCommands,       RegisterLabelCommands,
-          RegisterTextFieldCommands,     RegisterNumberFieldCommands,  RegisterToggleCommands,
-          RegisterToggleGroupCommands,   RegisterSliderCommands,       RegisterColorSliderCommand,
-          RegisterOptionMenuCommands,    RegisterTextScrollListCommand, RegisterProgressCommands,
-          RegisterDialogCommands,        RegisterPanelCommands,        RegisterCommandPortCommand,
+         {RegisterTopWindowCommands,   RegisterControlQueryCommands,  RegisterBoxLayoutCommands,
+          RegisterFormLayoutCommand,   RegisterPaneLayoutCommand,     RegisterFrameLayoutCommands,
+          RegisterTabLayoutCommands,   RegisterMenuCommands,          RegisterMenuItemCommands,
+          RegisterMenuSetCommands,     RegisterButtonCommands,        RegisterLabelCommands,
+          RegisterTextFieldCommands,   RegisterNumberFieldCommands,   RegisterToggleCommands,
+          RegisterToggleGroupCommands, RegisterSliderCommands,        RegisterColorSliderCommand,
+          RegisterOptionMenuCommands,  RegisterTextScrollListCommand, RegisterProgressCommands,
+          RegisterDialogCommands,      RegisterPanelCommands,         RegisterCommandPortCommand,
           RegisterGrabCommands}) {
         group(table);
     }

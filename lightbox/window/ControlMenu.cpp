@@ -33,7 +33,8 @@ void ControlMenu::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     for (QAction* const item : actions()) {
         if (OptionBoxOf(*item) && item->isVisible()) {
-            painter.setPen(palette().color(item == activeAction() ? QPalette::HighlightedText : QPalette::Text));
+            painter.setPen(
+                palette().color(item == activeAction() ? QPalette::HighlightedText : QPalette::Text));
             painter.drawRect(OptionBoxRect(*item));
         }
     }

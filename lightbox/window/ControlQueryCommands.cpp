@@ -221,9 +221,8 @@ public:
             }
             return Value();
         }
-        const std::string name = call.StringOr("-pushTemplate", call.ObjectNames().empty()
-                                                                    ? std::string()
-                                                                    : call.ObjectNames().front());
+        const std::string name = call.StringOr(
+            "-pushTemplate", call.ObjectNames().empty() ? std::string() : call.ObjectNames().front());
         if (names_.count(name) == 0) {
             call.Fail("There is no template \"" + name + "\".");
         }

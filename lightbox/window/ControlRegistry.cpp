@@ -219,7 +219,9 @@ void ControlRegistry::Delete(Control& control) {
         } else if (auto* const widget = qobject_cast<QWidget*>(object)) {
             widget->hide();
         } else if (auto* const action = qobject_cast<QAction*>(object)) {
-            action->setVisible(false);
+            for (QWidget* const host : action->associatedWidgets()) {
+                host->removeAction(action);
+            }
         }
     }
     Forget(control);

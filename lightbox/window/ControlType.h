@@ -144,8 +144,8 @@ ControlFlag ScriptFlag(const char* shortName, const char* longName);
 /// A value that nothing but a query reads.
 ControlFlag NoteFlag(const char* shortName, const char* longName, MSyntax::MArgType type);
 /// A flag that counts only when the control is made, with what a query answers (may be null).
-ControlFlag CreateFlag(const char* shortName, const char* longName,
-                       std::vector<MSyntax::MArgType> arguments, ControlFlag::Get get = nullptr);
+ControlFlag CreateFlag(const char* shortName, const char* longName, std::vector<MSyntax::MArgType> arguments,
+                       ControlFlag::Get get = nullptr);
 /// A flag that is only queried.
 ControlFlag QueryFlag(const char* shortName, const char* longName, ControlFlag::Get get);
 

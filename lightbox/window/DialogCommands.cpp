@@ -214,8 +214,9 @@ class ColorEditor {
 public:
     Value Run(const CommandCall& call, ControlRegistry& registry) {
         if (call.IsQuery()) {
-            return call.Has("-result") ? Value(isAccepted_)
-                                       : Value(Value::FloatArray{color_.redF(), color_.greenF(), color_.blueF()});
+            return call.Has("-result")
+                       ? Value(isAccepted_)
+                       : Value(Value::FloatArray{color_.redF(), color_.greenF(), color_.blueF()});
         }
         if (call.Has("-rgbValue")) {
             const auto part = [&call](unsigned index) {

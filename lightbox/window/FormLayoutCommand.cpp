@@ -29,8 +29,12 @@ public:
             layout_->removeWidget(widget);
         }
     }
-    bool StretchesWidth(const Control& child) const override { return IsHeld(child, Edge::Left, Edge::Right); }
-    bool StretchesHeight(const Control& child) const override { return IsHeld(child, Edge::Top, Edge::Bottom); }
+    bool StretchesWidth(const Control& child) const override {
+        return IsHeld(child, Edge::Left, Edge::Right);
+    }
+    bool StretchesHeight(const Control& child) const override {
+        return IsHeld(child, Edge::Top, Edge::Bottom);
+    }
     bool TakesChildren() const override { return true; }
 
     AttachLayout& Layout() const { return *layout_; }

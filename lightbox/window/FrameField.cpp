@@ -46,7 +46,8 @@ FrameField::FrameField(Host& host, Kind kind, QWidget* parent)
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QLineEdit::editingFinished, this, &FrameField::Commit);
-    for (const char* event : {"timeChanged", "timeSliderChanged", "playbackRangeChanged", "timeUnitChanged"}) {
+    for (const char* event :
+         {"timeChanged", "timeSliderChanged", "playbackRangeChanged", "timeUnitChanged"}) {
         events_.Add(event, [this] { ShowFrame(); });
     }
     ShowFrame();

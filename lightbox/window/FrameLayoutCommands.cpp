@@ -70,7 +70,8 @@ ControlType FrameType() {
     type.flags =
         ControlFlags{
             TextFlag<CollapsibleFrame>(
-                "-l", "-label", [](CollapsibleFrame& frame, const QString& text) { frame.Title().setText(text); },
+                "-l", "-label",
+                [](CollapsibleFrame& frame, const QString& text) { frame.Title().setText(text); },
                 [](const CollapsibleFrame& frame) { return frame.Title().text(); }),
             BoolFlag<CollapsibleFrame>(
                 "-lv", "-labelVisible", [](CollapsibleFrame& frame, bool on) { frame.SetTitleVisible(on); },
@@ -167,13 +168,10 @@ ControlType ScrollType() {
              },
              nullptr},
             QueryFlag("-saw", "-scrollAreaWidth",
-                      [](Control& control) {
-                          return Value(control.As<QScrollArea>()->viewport()->width());
-                      }),
-            QueryFlag("-sah", "-scrollAreaHeight",
-                      [](Control& control) {
-                          return Value(control.As<QScrollArea>()->viewport()->height());
-                      }),
+                      [](Control& control) { return Value(control.As<QScrollArea>()->viewport()->width()); }),
+            QueryFlag(
+                "-sah", "-scrollAreaHeight",
+                [](Control& control) { return Value(control.As<QScrollArea>()->viewport()->height()); }),
             NoteFlag("-mcw", "-minChildWidth", INT),
             NoteFlag("-hst", "-horizontalScrollBarThickness", INT),
             NoteFlag("-vst", "-verticalScrollBarThickness", INT),

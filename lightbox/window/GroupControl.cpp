@@ -52,7 +52,9 @@ ControlFlag LabelFlag(const char* shortName, const char* longName, QLabel* (Grou
 template <class Change>
 void AddColumnFlags(ControlFlags& flags, const std::string& shortName, const std::string& longName,
                     MSyntax::MArgType type, Change change) {
-    ControlFlag single{shortName, longName, {INT, type},
+    ControlFlag single{shortName,
+                       longName,
+                       {INT, type},
                        [longName, change](Control& control, const CommandCall& call) {
                            const char* const flag = longName.c_str();
                            for (unsigned use = 0; use < call.UseCount(flag); ++use) {
@@ -180,9 +182,10 @@ const ControlFlags& GroupFlags() {
     static const ControlFlags flags = [] {
         ControlFlags made = {LabelFlag("-l", "-label", &GroupControl::Label),
                              LabelFlag("-el", "-extraLabel", &GroupControl::ExtraLabel)};
-        AddColumnFlags(made, "-cw", "-columnWidth", INT, [](GroupControl& group, int column, const Value& value) {
-            group.SetColumnWidth(column, value.AsInt());
-        });
+        AddColumnFlags(made, "-cw", "-columnWidth", INT,
+                       [](GroupControl& group, int column, const Value& value) {
+                           group.SetColumnWidth(column, value.AsInt());
+                       });
         AddColumnFlags(made, "-cl", "-columnAlign", TEXT,
                        [](GroupControl& group, int column, const Value& value) {
                            group.SetColumnAlignment(column, AlignmentNamed(value.AsString()));

@@ -47,8 +47,11 @@ void DrawScript(QPainter& painter) {
 }
 
 void DrawCube(QPainter& painter) {
-    painter.drawPolygon(QPolygonF(QVector<QPointF>{QPointF(12, 3.5), QPointF(19.5, 7.5), QPointF(19.5, 16.5), QPointF(12, 20.5), QPointF(4.5, 16.5), QPointF(4.5, 7.5)}));
-    painter.drawPolyline(QPolygonF(QVector<QPointF>{QPointF(4.5, 7.5), QPointF(12, 11.5), QPointF(19.5, 7.5)}));
+    painter.drawPolygon(
+        QPolygonF(QVector<QPointF>{QPointF(12, 3.5), QPointF(19.5, 7.5), QPointF(19.5, 16.5),
+                                   QPointF(12, 20.5), QPointF(4.5, 16.5), QPointF(4.5, 7.5)}));
+    painter.drawPolyline(
+        QPolygonF(QVector<QPointF>{QPointF(4.5, 7.5), QPointF(12, 11.5), QPointF(19.5, 7.5)}));
     painter.drawLine(QPointF(12, 11.5), QPointF(12, 20.5));
 }
 
@@ -66,14 +69,16 @@ void DrawCylinder(QPainter& painter) {
 }
 
 void DrawPlane(QPainter& painter) {
-    painter.drawPolygon(QPolygonF(QVector<QPointF>{QPointF(12, 7), QPointF(21, 12), QPointF(12, 17), QPointF(3, 12)}));
+    painter.drawPolygon(
+        QPolygonF(QVector<QPointF>{QPointF(12, 7), QPointF(21, 12), QPointF(12, 17), QPointF(3, 12)}));
     painter.drawLine(QPointF(7.5, 9.5), QPointF(16.5, 14.5));
     painter.drawLine(QPointF(16.5, 9.5), QPointF(7.5, 14.5));
 }
 
 void DrawCamera(QPainter& painter) {
     painter.drawRoundedRect(QRectF(3.5, 8.5, 11, 9), 1.5, 1.5);
-    painter.drawPolygon(QPolygonF(QVector<QPointF>{QPointF(14.5, 12), QPointF(20, 8.5), QPointF(20, 17.5), QPointF(14.5, 14)}));
+    painter.drawPolygon(QPolygonF(
+        QVector<QPointF>{QPointF(14.5, 12), QPointF(20, 8.5), QPointF(20, 17.5), QPointF(14.5, 14)}));
 }
 
 void DrawCone(QPainter& painter) {
@@ -92,10 +97,10 @@ struct Row {
     Draw draw;
 };
 
-constexpr Row ROWS[] = {{"draw", DrawPencil},         {"transform", DrawTransform}, {"scriptEditor", DrawScript},
-                        {"cube", DrawCube},           {"sphere", DrawSphere},       {"cylinder", DrawCylinder},
-                        {"plane", DrawPlane},         {"camera", DrawCamera},
-                        {"cone", DrawCone},           {"locator", DrawLocator}};
+constexpr Row ROWS[] = {{"draw", DrawPencil},    {"transform", DrawTransform}, {"scriptEditor", DrawScript},
+                        {"cube", DrawCube},      {"sphere", DrawSphere},       {"cylinder", DrawCylinder},
+                        {"plane", DrawPlane},    {"camera", DrawCamera},       {"cone", DrawCone},
+                        {"locator", DrawLocator}};
 
 class DrawnIcon : public QIconEngine {
 public:

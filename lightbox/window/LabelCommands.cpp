@@ -22,8 +22,8 @@ constexpr auto ON = MSyntax::kBoolean;
 QFont FontNamed(const QFont& usual, const std::string& name) {
     const auto has = [&name](const char* word) { return name.find(word) != std::string::npos; };
     constexpr double smaller = 0.85;
-    QFont font = has("fixedWidth") || has("FixedWidth") ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
-                                                        : usual;
+    QFont font =
+        has("fixedWidth") || has("FixedWidth") ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : usual;
     font.setBold(has("bold") || has("Bold"));
     font.setItalic(has("oblique") || has("Oblique"));
     if (has("small") || has("Small") || has("tiny")) {

@@ -21,10 +21,10 @@ const QColor COMMENT(0x88, 0x8c, 0x90);
 constexpr int IN_COMMENT = 1;
 
 bool IsKeyword(const QString& word) {
-    static const QSet<QString> words = {"if",     "else",   "for",    "in",     "while",  "do",       "switch",
-                                        "case",   "default", "break", "continue", "return", "global", "proc",
-                                        "int",    "float",  "string", "vector", "matrix", "true",     "false",
-                                        "on",     "off",    "yes",    "no",     "catch",  "catchQuiet"};
+    static const QSet<QString> words = {
+        "if",     "else",     "for",    "in",     "while", "do",  "switch", "case",   "default",
+        "break",  "continue", "return", "global", "proc",  "int", "float",  "string", "vector",
+        "matrix", "true",     "false",  "on",     "off",   "yes", "no",     "catch",  "catchQuiet"};
     return words.contains(word);
 }
 
@@ -86,7 +86,8 @@ int MelHighlighter::Highlight(const QString& text, int start) {
         return end;
     }
     const bool isVariable = letter == QLatin1Char('$');
-    const bool isBehindWord = start > 0 && (IsWord(text.at(start - 1)) || text.at(start - 1) == QLatin1Char(')'));
+    const bool isBehindWord =
+        start > 0 && (IsWord(text.at(start - 1)) || text.at(start - 1) == QLatin1Char(')'));
     const bool isFlag = letter == QLatin1Char('-') && next.isLetter() && !isBehindWord;
     if (isVariable || isFlag) {
         const int end = EndOfWord(text, start + 1);

@@ -123,7 +123,8 @@ ControlType PopupType(ControlRegistry* registry) {
     type.name = "popupMenu";
     type.family = ControlType::Family::Menu;
     type.flags = MenuFlags() +
-                 ControlFlags{DeleteAllItems(registry), ButtonFlag(),
+                 ControlFlags{DeleteAllItems(registry),
+                              ButtonFlag(),
                               ModifierFlag("-ctl", "-ctrlModifier", Qt::ControlModifier),
                               ModifierFlag("-alt", "-altModifier", Qt::AltModifier),
                               ModifierFlag("-sh", "-shiftModifier", Qt::ShiftModifier),

@@ -40,8 +40,8 @@ std::vector<Control*> ItemsOf(const Control& menu) {
     }
     for (const QAction* const action : host->actions()) {
         const auto& all = menu.Children();
-        const auto found =
-            std::find_if(all.begin(), all.end(), [&](const Control* item) { return item->Action() == action; });
+        const auto found = std::find_if(all.begin(), all.end(),
+                                        [&](const Control* item) { return item->Action() == action; });
         if (found != all.end()) {
             items.push_back(*found);
         }

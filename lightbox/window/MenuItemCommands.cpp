@@ -163,8 +163,9 @@ ControlFlags StateFlags() {
              control.Action()->setText(MenuLabel(ToQt(call.String("-dividerLabel"))));
          },
          [](Control& control) { return Value(PlainLabel(control.Action()->text()).toStdString()); }},
-        CreateFlag("-ob", "-optionBox", {MSyntax::kBoolean},
-                   [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
+        CreateFlag(
+            "-ob", "-optionBox", {MSyntax::kBoolean},
+            [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
         QueryFlag("-iob", "-isOptionBox",
                   [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
         QueryFlag("-icb", "-isCheckBox",
@@ -205,9 +206,12 @@ ControlFlag KeyFlag(const char* shortName, const char* longName, MSyntax::MArgTy
 
 ControlFlags KeyFlags() {
     constexpr auto on = MSyntax::kBoolean;
-    return {KeyFlag("-ke", "-keyEquivalent", MSyntax::kString), KeyFlag("-ctl", "-ctrlModifier", on),
-            KeyFlag("-alt", "-altModifier", on),                KeyFlag("-sh", "-shiftModifier", on),
-            KeyFlag("-cmd", "-commandModifier", on),            KeyFlag("-opt", "-optionModifier", on)};
+    return {KeyFlag("-ke", "-keyEquivalent", MSyntax::kString),
+            KeyFlag("-ctl", "-ctrlModifier", on),
+            KeyFlag("-alt", "-altModifier", on),
+            KeyFlag("-sh", "-shiftModifier", on),
+            KeyFlag("-cmd", "-commandModifier", on),
+            KeyFlag("-opt", "-optionModifier", on)};
 }
 
 void SetFont(Control& control, const CommandCall& call, const char* flag, void (QFont::*set)(bool)) {
@@ -229,7 +233,9 @@ ControlFlags LookFlags() {
         {"-bld",
          "-boldFont",
          {MSyntax::kBoolean},
-         [](Control& control, const CommandCall& call) { SetFont(control, call, "-boldFont", &QFont::setBold); },
+         [](Control& control, const CommandCall& call) {
+             SetFont(control, call, "-boldFont", &QFont::setBold);
+         },
          [](Control& control) { return Value(control.Action()->font().bold()); }},
         {"-itl",
          "-italicized",
@@ -268,9 +274,8 @@ ControlType CollectionType() {
     type.create = [](const ControlCreation& creation) {
         // It lives with the menu that it was made in, or for good.
         Control* const menu = creation.registry.CurrentMenu();
-        Control* const parent = menu && !creation.call.Has("-global") && !creation.call.Has("-parent")
-                                    ? menu
-                                    : creation.parent;
+        Control* const parent =
+            menu && !creation.call.Has("-global") && !creation.call.Has("-parent") ? menu : creation.parent;
         auto control = std::make_unique<Control>(creation.type, creation.name, parent,
                                                  new QActionGroup(parent ? parent->Object() : nullptr));
         creation.registry.currentItemCollection = control.get();

@@ -105,8 +105,8 @@ Value MenuSetCommand(CommandCall& call, ControlRegistry& registry) {
         if (call.IsEdit()) {
             SetOf(call, sets).label = label;
         } else {
-            const std::string name = registry.NewName(call.Objects().empty() ? label : call.Object(0).AsString(),
-                                                      "menuSet", nullptr);
+            const std::string name = registry.NewName(
+                call.Objects().empty() ? label : call.Object(0).AsString(), "menuSet", nullptr);
             if (sets.Find(name)) {
                 call.Fail("Object's name '" + name + "' is not unique.");
             }

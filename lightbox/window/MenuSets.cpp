@@ -49,8 +49,9 @@ bool MenuSets::RemoveSet(const std::string& name) {
     if (name == current_) {
         return false;
     }
-    sets_.erase(std::remove_if(sets_.begin(), sets_.end(), [&](const MenuSet& set) { return set.name == name; }),
-                sets_.end());
+    sets_.erase(
+        std::remove_if(sets_.begin(), sets_.end(), [&](const MenuSet& set) { return set.name == name; }),
+        sets_.end());
     Refresh();
     return true;
 }

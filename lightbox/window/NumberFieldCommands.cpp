@@ -97,8 +97,8 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
                          [value, number](Control& control, const CommandCall& call) {
                              NumberField* const field = FieldOf(control, number);
                              if (!field) {
-                                 call.Fail("\"" + control.Path() + "\" has no field " + std::to_string(number) +
-                                           ".");
+                                 call.Fail("\"" + control.Path() + "\" has no field " +
+                                           std::to_string(number) + ".");
                              }
                              field->SetValue(call.Float(value.c_str()));
                          },
@@ -122,8 +122,7 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
 }
 
 ControlFlag AllValues(bool isInteger) {
-    return {"-v",
-            "-value",
+    return {"-v", "-value",
             std::vector<MSyntax::MArgType>(MOST_FIELDS, isInteger ? MSyntax::kLong : MSyntax::kDouble),
             [](Control& control, const CommandCall& call) {
                 for (int number = 1; number <= MOST_FIELDS; ++number) {

@@ -29,10 +29,10 @@ public:
             Label()->setMinimumWidth(0);
             Label()->setMaximumWidth(QWIDGETSIZE_MAX);
         }
-        QObject::connect(menu_, QOverload<int>::of(&QComboBox::activated), menu_,
-                         [this, &registry = creation.registry] {
-                             registry.Run(*this, "-changeCommand", {Value(menu_->currentText().toStdString())});
-                         });
+        QObject::connect(
+            menu_, QOverload<int>::of(&QComboBox::activated), menu_, [this, &registry = creation.registry] {
+                registry.Run(*this, "-changeCommand", {Value(menu_->currentText().toStdString())});
+            });
     }
     QWidget* ItemHost() const override { return menu_; }
     OptionMenu& Menu() const { return *menu_; }

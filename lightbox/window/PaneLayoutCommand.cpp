@@ -28,14 +28,22 @@ struct Configuration {
 
 const std::vector<Configuration>& Configurations() {
     static const std::vector<Configuration> all = {
-        {"single", Qt::Horizontal, {1}},        {"horizontal2", Qt::Vertical, {1, 1}},
-        {"vertical2", Qt::Horizontal, {1, 1}},  {"horizontal3", Qt::Vertical, {1, 1, 1}},
-        {"vertical3", Qt::Horizontal, {1, 1, 1}}, {"top3", Qt::Vertical, {2, 1}},
-        {"bottom3", Qt::Vertical, {1, 2}},      {"left3", Qt::Horizontal, {2, 1}},
-        {"right3", Qt::Horizontal, {1, 2}},     {"horizontal4", Qt::Vertical, {1, 1, 1, 1}},
-        {"vertical4", Qt::Horizontal, {1, 1, 1, 1}}, {"top4", Qt::Vertical, {3, 1}},
-        {"bottom4", Qt::Vertical, {1, 3}},      {"left4", Qt::Horizontal, {3, 1}},
-        {"right4", Qt::Horizontal, {1, 3}},     {"quad", Qt::Vertical, {2, 2}},
+        {"single", Qt::Horizontal, {1}},
+        {"horizontal2", Qt::Vertical, {1, 1}},
+        {"vertical2", Qt::Horizontal, {1, 1}},
+        {"horizontal3", Qt::Vertical, {1, 1, 1}},
+        {"vertical3", Qt::Horizontal, {1, 1, 1}},
+        {"top3", Qt::Vertical, {2, 1}},
+        {"bottom3", Qt::Vertical, {1, 2}},
+        {"left3", Qt::Horizontal, {2, 1}},
+        {"right3", Qt::Horizontal, {1, 2}},
+        {"horizontal4", Qt::Vertical, {1, 1, 1, 1}},
+        {"vertical4", Qt::Horizontal, {1, 1, 1, 1}},
+        {"top4", Qt::Vertical, {3, 1}},
+        {"bottom4", Qt::Vertical, {1, 3}},
+        {"left4", Qt::Horizontal, {3, 1}},
+        {"right4", Qt::Horizontal, {1, 3}},
+        {"quad", Qt::Vertical, {2, 2}},
     };
     return all;
 }
@@ -60,8 +68,8 @@ public:
     const char* ConfigurationName() const { return configuration_->name; }
     bool SetConfiguration(const std::string& name) {
         const auto& all = Configurations();
-        const auto found =
-            std::find_if(all.begin(), all.end(), [&](const Configuration& each) { return name == each.name; });
+        const auto found = std::find_if(all.begin(), all.end(),
+                                        [&](const Configuration& each) { return name == each.name; });
         if (found == all.end()) {
             return false;
         }
@@ -126,7 +134,8 @@ private:
                                                                                        : Qt::Vertical);
             for (int i = 0; i < count && next < panes.size(); ++i) {
                 QWidget* const pane = panes[next++]->Widget();
-                const bool wasHidden = pane->testAttribute(Qt::WA_WState_ExplicitShowHide) && pane->isHidden();
+                const bool wasHidden =
+                    pane->testAttribute(Qt::WA_WState_ExplicitShowHide) && pane->isHidden();
                 part->addWidget(pane);
                 pane->setVisible(!wasHidden || hidden_);
             }

@@ -101,19 +101,20 @@ constexpr const char* VIEWPORT2 = "vp2Renderer";
 constexpr const char* LEGACY = "base_OpenGL_Renderer";
 
 ControlFlag RendererFlag() {
-    return {"-rnm",
-            "-rendererName",
-            {TEXT},
-            [](Control& control, const CommandCall& call) {
-                const std::string& name = call.String("-rendererName");
-                if (name != VIEWPORT2 && name != LEGACY) {
-                    call.Fail("Unknown renderer: " + name);
-                }
-                ViewOptions options = PanelOf(control).View().Options();
-                options.renderer = name == VIEWPORT2 ? Renderer::Viewport2 : Renderer::Legacy;
-                PanelOf(control).View().SetOptions(options);
-            },
-            [](Control& control) { return Value(PanelOf(control).View().IsViewport2() ? VIEWPORT2 : LEGACY); }};
+    return {
+        "-rnm",
+        "-rendererName",
+        {TEXT},
+        [](Control& control, const CommandCall& call) {
+            const std::string& name = call.String("-rendererName");
+            if (name != VIEWPORT2 && name != LEGACY) {
+                call.Fail("Unknown renderer: " + name);
+            }
+            ViewOptions options = PanelOf(control).View().Options();
+            options.renderer = name == VIEWPORT2 ? Renderer::Viewport2 : Renderer::Legacy;
+            PanelOf(control).View().SetOptions(options);
+        },
+        [](Control& control) { return Value(PanelOf(control).View().IsViewport2() ? VIEWPORT2 : LEGACY); }};
 }
 
 ControlFlag AllObjectsFlag() {
@@ -123,9 +124,9 @@ ControlFlag AllObjectsFlag() {
             [](Control& control, const CommandCall& call) {
                 ViewOptions options = PanelOf(control).View().Options();
                 const bool on = call.Bool("-allObjects");
-                for (bool* const shown : {&options.display.grid, &options.display.meshes,
-                                          &options.display.cameras, &options.display.locators,
-                                          &options.pluginShapes}) {
+                for (bool* const shown :
+                     {&options.display.grid, &options.display.meshes, &options.display.cameras,
+                      &options.display.locators, &options.pluginShapes}) {
                     *shown = on;
                 }
                 PanelOf(control).View().SetOptions(options);
@@ -140,9 +141,13 @@ ControlFlags EditorFlags(ControlRegistry* registry) {
         AppearanceFlag(),
         RendererFlag(),
         QueryFlag("-rls", "-rendererList",
-                  [](Control&) { return Value(Value::StringArray{VIEWPORT2, LEGACY}); }),
+                  [](Control&) {
+                      return Value(Value::StringArray{VIEWPORT2, LEGACY});
+                  }),
         QueryFlag("-rlu", "-rendererListUI",
-                  [](Control&) { return Value(Value::StringArray{"Viewport 2.0", "Legacy Viewport"}); }),
+                  [](Control&) {
+                      return Value(Value::StringArray{"Viewport 2.0", "Legacy Viewport"});
+                  }),
         ShowFlag("-gr", "-grid", [](ViewOptions& options) -> bool& { return options.display.grid; }),
         ShowFlag("-wos", "-wireframeOnShaded",
                  [](ViewOptions& options) -> bool& { return options.display.wireframeOnShaded; }),
@@ -301,11 +306,12 @@ Value SetNamedLayout(CommandCall& call, ControlRegistry& registry) {
     using Arrangement = PanelLayout::Arrangement;
     const std::string name = call.Object(0).AsString();
     PanelLayout& layout = Window(call, registry).Layout();
-    const std::pair<const char*, Arrangement> rows[] = {{"Single Perspective View", Arrangement::Single},
-                                                        {"Single View", Arrangement::Single},
-                                                        {"Two Panes Side by Side", Arrangement::TwoSideBySide},
-                                                        {"Two Panes Stacked", Arrangement::TwoStacked},
-                                                        {"Four View", Arrangement::Four}};
+    const std::pair<const char*, Arrangement> rows[] = {
+        {"Single Perspective View", Arrangement::Single},
+        {"Single View", Arrangement::Single},
+        {"Two Panes Side by Side", Arrangement::TwoSideBySide},
+        {"Two Panes Stacked", Arrangement::TwoStacked},
+        {"Four View", Arrangement::Four}};
     for (const auto& [label, arrangement] : rows) {
         if (name == label) {
             if (name == "Single Perspective View") {
@@ -336,14 +342,9 @@ void RegisterPanelCommands(WindowCommandTable& table) {
     panel.create = nullptr;
     table.Add(std::move(panel));
     table.Add("lookThroughModelPanel", SyntaxBuilder().Objects(2, 2), LookThroughPanel);
-    table.Add("lookThru", SyntaxBuilder().Query().Objects(0, 2),
-              LookThru);
+    table.Add("lookThru", SyntaxBuilder().Query().Objects(0, 2), LookThru);
     table.Add("setNamedPanelLayout", SyntaxBuilder().Objects(1, 1), SetNamedLayout);
-    table.Add("refresh",
-              SyntaxBuilder()
-                  .Flag("-f", "-force")
-                  .Flag("-cv", "-currentView"),
-              Refresh);
+    table.Add("refresh", SyntaxBuilder().Flag("-f", "-force").Flag("-cv", "-currentView"), Refresh);
     table.Add("getPanel",
               SyntaxBuilder()
                   .Flag("-all", "-allPanels")

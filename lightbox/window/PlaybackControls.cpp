@@ -33,7 +33,8 @@ PlaybackControls::PlaybackControls(Host& host, QWidget* parent)
     connectTo(playBack_, [this] { Play(-1); });
     playForward_ = AddButton(Sign::PlayForward, tr("Play forwards"), "playForwards");
     connectTo(playForward_, [this] { Play(1); });
-    connectTo(AddButton(Sign::KeyForward, tr("Step forward one key"), "stepForwardKey"), [this] { StepKey(1); });
+    connectTo(AddButton(Sign::KeyForward, tr("Step forward one key"), "stepForwardKey"),
+              [this] { StepKey(1); });
     connectTo(AddButton(Sign::StepForward, tr("Step forward one frame"), "stepForwardFrame"),
               [this] { Step(1); });
     connectTo(AddButton(Sign::ToEnd, tr("Go to the end of the playback range"), "goToEnd"),
@@ -64,7 +65,8 @@ void PlaybackControls::GoTo(double frame) {
 void PlaybackControls::Step(int direction) {
     const Timeline& time = host_.time();
     const double by = std::max(1.0, time.PlaybackBy());
-    const double next = direction > 0 ? std::floor(time.CurrentTime()) + by : std::ceil(time.CurrentTime()) - by;
+    const double next =
+        direction > 0 ? std::floor(time.CurrentTime()) + by : std::ceil(time.CurrentTime()) - by;
     if (next > time.MaxTime()) {
         GoTo(time.MinTime());
     } else {

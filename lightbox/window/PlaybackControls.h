@@ -9,8 +9,9 @@ namespace lightbox {
 
 class Host;
 
-/// The buttons beside the time slider: to the start and the end, by a frame, by a key of what is selected, and
-/// playback both ways, where a button that plays stops it again. They wrap round at the ends of the range.
+/// The buttons beside the time slider: to the start and the end, by a frame, by a key of what is selected,
+/// and playback both ways, where a button that plays stops it again. They wrap round at the ends of the
+/// range.
 class PlaybackControls : public QWidget {
     Q_OBJECT
 

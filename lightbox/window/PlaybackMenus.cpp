@@ -92,9 +92,8 @@ void PlaybackMenus::FillMenu() {
     menu_->addSection(tr("Frame rate"));
     for (const char* name : UNITS) {
         const MTime::Unit unit = UnitFromName(name);
-        QAction* action = menu_->addAction(RateText(unit), this, [this, unit] {
-            Run("currentUnit -time " + mel::Quoted(UnitName(unit)));
-        });
+        QAction* action = menu_->addAction(
+            RateText(unit), this, [this, unit] { Run("currentUnit -time " + mel::Quoted(UnitName(unit))); });
         action->setCheckable(true);
         action->setChecked(host_.time().Unit() == unit);
     }

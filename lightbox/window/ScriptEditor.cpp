@@ -129,9 +129,9 @@ void ScriptEditor::AppendColoured(const QString& text, const QColor& color) {
 }
 
 void ScriptEditor::OpenScript() {
-    const QString path = QFileDialog::getOpenFileName(this, tr("Open Script"), QString(),
-                                                      tr("MEL (*.mel);;All Files (*)"), nullptr,
-                                                      QFileDialog::DontUseNativeDialog);
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("Open Script"), QString(), tr("MEL (*.mel);;All Files (*)"),
+                                     nullptr, QFileDialog::DontUseNativeDialog);
     if (path.isEmpty()) {
         return;
     }

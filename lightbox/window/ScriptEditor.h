@@ -12,7 +12,8 @@ class CodeEdit;
 class Host;
 class MessageLog;
 
-/// The script editor: what was said above, what is to be run below. Ctrl+Enter runs the selected text, or all.
+/// The script editor: what was said above, what is to be run below. Ctrl+Enter runs the selected text, or
+/// all.
 class ScriptEditor : public QWidget {
     Q_OBJECT
 

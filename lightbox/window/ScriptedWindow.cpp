@@ -19,6 +19,7 @@
 
 #include <QAction>
 #include <QFile>
+#include <QMenu>
 #include <QProgressBar>
 #include <QStatusTipEvent>
 
@@ -90,22 +91,24 @@ void ScriptedWindow::RegisterCommands() {
         editor_->activateWindow();
         return Value();
     });
-    table.Add("saveChanges", SyntaxBuilder().Objects(1, 1), [this](CommandCall& call, ControlRegistry& registry) {
-        const bool mayGoOn = UnsavedChanges::Settle(host_, &window_);
-        if (mayGoOn) {
-            registry.RunScript(call.Object(0).AsString());
-        }
-        return Value(mayGoOn);
-    });
+    table.Add("saveChanges", SyntaxBuilder().Objects(1, 1),
+              [this](CommandCall& call, ControlRegistry& registry) {
+                  const bool mayGoOn = UnsavedChanges::Settle(host_, &window_);
+                  if (mayGoOn) {
+                      registry.RunScript(call.Object(0).AsString());
+                  }
+                  return Value(mayGoOn);
+              });
     table.Add("SaveScene", SyntaxBuilder(), [this](CommandCall&, ControlRegistry&) {
         return Value(UnsavedChanges::Save(host_, &window_));
     });
     table.Add("SaveSceneAs", SyntaxBuilder(), [this](CommandCall&, ControlRegistry&) {
         return Value(UnsavedChanges::SaveAs(host_, &window_));
     });
-    table.Add("isUIComponentVisible", SyntaxBuilder().Objects(1, 1), [this](CommandCall& call, ControlRegistry&) {
-        return Value(window_.IsPlaceVisible(PlaceNamed(call)));
-    });
+    table.Add("isUIComponentVisible", SyntaxBuilder().Objects(1, 1),
+              [this](CommandCall& call, ControlRegistry&) {
+                  return Value(window_.IsPlaceVisible(PlaceNamed(call)));
+              });
     table.Add("toggleUIComponentVisibility", SyntaxBuilder().Objects(1, 1),
               [this](CommandCall& call, ControlRegistry&) {
                   const Place place = PlaceNamed(call);
@@ -128,6 +131,15 @@ void ScriptedWindow::BuildMenus() {
     }
     if (QWidget* const progress = controls_->FindWidget("mainProgressBar")) {
         commandLine_->AddToHelpLine(progress);
+    }
+    // What an open menu greys out keeps its key: it may be of use before the menu is opened again.
+    if (const Control* const edit = controls_->Find("mainEditMenu")) {
+        QMenu* const menu = edit->Menu();
+        connect(menu, &QMenu::aboutToHide, menu, [menu] {
+            for (QAction* const action : menu->actions()) {
+                action->setEnabled(action->isEnabled() || !action->shortcut().isEmpty());
+            }
+        });
     }
     // More than one key does each, as hands expect it.
     if (const Control* const undo = controls_->Find("lightboxUndoItem")) {

@@ -48,7 +48,8 @@ void SetNumber(Control& control, double value) {
         // A number beyond the slider's range widens it as far as the field's own goes.
         ValueSlider& slider = *SliderOf(control);
         field->SetValue(value);
-        slider.SetRange(std::min(slider.Minimum(), field->Value()), std::max(slider.Maximum(), field->Value()));
+        slider.SetRange(std::min(slider.Minimum(), field->Value()),
+                        std::max(slider.Maximum(), field->Value()));
     }
     SliderOf(control)->SetValue(field ? field->Value() : value);
 }
@@ -106,7 +107,8 @@ ControlFlags SliderFlags(bool isInteger) {
         SliderEnd("-max", "-maxValue", isInteger, false),
         SliderEnd("-min", "-minValue", isInteger, true),
         NumberFlag<ValueSlider>(
-            "-s", "-step", isInteger, SliderOf, [](ValueSlider& slider, double step) { slider.SetStep(step); },
+            "-s", "-step", isInteger, SliderOf,
+            [](ValueSlider& slider, double step) { slider.SetStep(step); },
             [](const ValueSlider& slider) { return slider.Step(); }),
         {"-v",
          "-value",
@@ -145,12 +147,11 @@ void Connect(ValueSlider& slider, Control& control, ControlRegistry& registry, N
 ControlType SliderType(bool isInteger) {
     ControlType type;
     type.name = isInteger ? "intSlider" : "floatSlider";
-    type.flags =
-        ControlFlags{CreateFlag("-hr", "-horizontal", {MSyntax::kBoolean},
-                                [](Control& control) {
-                                    return Value(SliderOf(control)->orientation() == Qt::Horizontal);
-                                })} +
-        SliderFlags(isInteger) + CommonFlags();
+    type.flags = ControlFlags{CreateFlag("-hr", "-horizontal", {MSyntax::kBoolean},
+                                         [](Control& control) {
+                                             return Value(SliderOf(control)->orientation() == Qt::Horizontal);
+                                         })} +
+                 SliderFlags(isInteger) + CommonFlags();
     type.create = [isInteger](const ControlCreation& creation) {
         const CommandCall& call = creation.call;
         const bool isVertical = call.Has("-horizontal") && !call.Bool("-horizontal");

@@ -39,9 +39,7 @@ public:
                          [this, &registry] { registry.Run(*this, "-doubleClickCommand"); });
     }
 
-    void AddChild(Control& child) override {
-        As<QTabWidget>()->addTab(child.Widget(), ToQt(child.Name()));
-    }
+    void AddChild(Control& child) override { As<QTabWidget>()->addTab(child.Widget(), ToQt(child.Name())); }
     bool StretchesWidth(const Control&) const override { return true; }
     bool StretchesHeight(const Control&) const override { return true; }
     bool TakesChildren() const override { return true; }
@@ -72,25 +70,25 @@ TabLayoutControl& Tabs(Control& control) {
 
 ControlFlag LabelFlag(bool byIndex) {
     const std::string flag = byIndex ? "-tabLabelIndex" : "-tabLabel";
-    ControlFlag row{byIndex ? "-tli" : "-tl",
-                    flag,
-                    {byIndex ? INT : TEXT, TEXT},
-                    [flag, byIndex](Control& control, const CommandCall& call) {
-                        for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
-                            const int index = byIndex ? call.Int(flag.c_str(), 0, use) - 1
-                                                      : Tabs(control).IndexOf(call.String(flag.c_str(), 0, use));
-                            control.As<QTabWidget>()->setTabText(index,
-                                                                 ToQt(call.String(flag.c_str(), 1, use)));
-                        }
-                    },
-                    [](Control& control) {
-                        Value::StringArray labels;
-                        const auto& tabs = *control.As<QTabWidget>();
-                        for (int i = 0; i < tabs.count(); ++i) {
-                            labels.push_back(tabs.tabText(i).toStdString());
-                        }
-                        return Value(std::move(labels));
-                    }};
+    ControlFlag row{
+        byIndex ? "-tli" : "-tl",
+        flag,
+        {byIndex ? INT : TEXT, TEXT},
+        [flag, byIndex](Control& control, const CommandCall& call) {
+            for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
+                const int index = byIndex ? call.Int(flag.c_str(), 0, use) - 1
+                                          : Tabs(control).IndexOf(call.String(flag.c_str(), 0, use));
+                control.As<QTabWidget>()->setTabText(index, ToQt(call.String(flag.c_str(), 1, use)));
+            }
+        },
+        [](Control& control) {
+            Value::StringArray labels;
+            const auto& tabs = *control.As<QTabWidget>();
+            for (int i = 0; i < tabs.count(); ++i) {
+                labels.push_back(tabs.tabText(i).toStdString());
+            }
+            return Value(std::move(labels));
+        }};
     row.isMultiUse = true;
     return row;
 }
@@ -135,7 +133,9 @@ ControlType TabType(const char* name) {
     type.name = name;
     type.family = ControlType::Family::Layout;
     type.flags = TabFlags() + LayoutFlags();
-    type.create = [](const ControlCreation& creation) { return std::make_unique<TabLayoutControl>(creation); };
+    type.create = [](const ControlCreation& creation) {
+        return std::make_unique<TabLayoutControl>(creation);
+    };
     return type;
 }
 

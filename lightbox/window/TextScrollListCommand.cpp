@@ -42,7 +42,9 @@ template <class Each>
 ControlFlag Repeated(const char* shortName, const char* longName, MSyntax::MArgType type, Each each,
                      ControlFlag::Get get = nullptr) {
     const std::string flag = longName;
-    ControlFlag row{shortName, flag, {type},
+    ControlFlag row{shortName,
+                    flag,
+                    {type},
                     [flag, each](Control& control, const CommandCall& call) {
                         for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
                             each(ListOf(control), call.Argument(flag.c_str(), 0, use));
@@ -165,8 +167,9 @@ ControlFlags SelectionFlags() {
                 }
             },
             SelectedIndexes),
-        QueryFlag("-nsi", "-numberOfSelectedItems",
-                  [](Control& control) { return Value(static_cast<int>(ListOf(control).selectedItems().size())); }),
+        QueryFlag(
+            "-nsi", "-numberOfSelectedItems",
+            [](Control& control) { return Value(static_cast<int>(ListOf(control).selectedItems().size())); }),
         Repeated("-shi", "-showIndexedItem", INT,
                  [](QListWidget& list, const Value& value) {
                      list.scrollToItem(list.item(value.AsInt() - 1), QAbstractItemView::PositionAtTop);
@@ -197,8 +200,8 @@ ControlFlag RowsFlag() {
 void RegisterTextScrollListCommand(WindowCommandTable& table) {
     ControlType type;
     type.name = "textScrollList";
-    type.flags =
-        ContentFlags() + SelectionFlags() + ControlFlags{RowsFlag(), NoteFlag("-fn", "-font", TEXT)} + CommonFlags();
+    type.flags = ContentFlags() + SelectionFlags() +
+                 ControlFlags{RowsFlag(), NoteFlag("-fn", "-font", TEXT)} + CommonFlags();
     type.create = [](const ControlCreation& creation) {
         auto* const list = new ListWidget;
         auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, list);

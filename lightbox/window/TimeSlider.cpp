@@ -108,9 +108,8 @@ void TimeSlider::paintEvent(QPaintEvent*) {
 }
 
 void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
-    const double widest =
-        std::max(fontMetrics().horizontalAdvance(LabelOf(scale.Start())),
-                 fontMetrics().horizontalAdvance(LabelOf(std::floor(scale.End()))));
+    const double widest = std::max(fontMetrics().horizontalAdvance(LabelOf(scale.Start())),
+                                   fontMetrics().horizontalAdvance(LabelOf(std::floor(scale.End()))));
     const double labelStep = scale.LabelStep(widest + 12.0);
     const double tickStep = scale.TickStep(labelStep);
     // Below the numbers, down into the lower third where marks are laid over them.
@@ -123,11 +122,13 @@ void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
     for (double frame = first; frame <= scale.End() + 1e-9; frame += tickStep) {
         const double x = scale.X(frame);
         if (isLabelled(frame)) {
-            painter.fillRect(QRectF(std::floor(x + 0.5), top - 4.0, 1.0, height() - top + 4.0), Ink(*this, 150));
+            painter.fillRect(QRectF(std::floor(x + 0.5), top - 4.0, 1.0, height() - top + 4.0),
+                             Ink(*this, 150));
             painter.setPen(Ink(*this, 215));
             painter.drawText(QPointF(x + 3.0, top - 5.0), LabelOf(frame));
         } else {
-            painter.fillRect(QRectF(std::floor(x + 0.5), top + 3.0, 1.0, height() - top - 3.0), Ink(*this, 70));
+            painter.fillRect(QRectF(std::floor(x + 0.5), top + 3.0, 1.0, height() - top - 3.0),
+                             Ink(*this, 70));
         }
     }
 }
@@ -328,9 +329,10 @@ void TimeSlider::MoveKeys(double distance) const {
     if (animation::KeyTimesOf(host_.scene().selection().Get()).empty()) {
         return;
     }
-    const std::string statement = "keyframe -edit -relative -option \"over\" -includeUpperBound 0 -timeChange " +
-                                  DecimalText(distance) + " -time \"" + DecimalText(pressRange_.first) + ":" +
-                                  DecimalText(pressRange_.second) + "\"";
+    const std::string statement =
+        "keyframe -edit -relative -option \"over\" -includeUpperBound 0 -timeChange " +
+        DecimalText(distance) + " -time \"" + DecimalText(pressRange_.first) + ":" +
+        DecimalText(pressRange_.second) + "\"";
     try {
         host_.interpreter().Execute(statement);
     } catch (const mel::Error& error) {

@@ -52,7 +52,8 @@ TimeSliderBar::~TimeSliderBar() {
 
 void TimeSliderBar::NameSlider(const std::string& name) {
     try {
-        host_.interpreter().Execute("global string $gPlayBackSlider; $gPlayBackSlider = " + mel::Quoted(name));
+        host_.interpreter().Execute("global string $gPlayBackSlider; $gPlayBackSlider = " +
+                                    mel::Quoted(name));
     } catch (const mel::Error& error) {
         host_.output().Error(error.Described());
     }

@@ -92,10 +92,9 @@ void Join(QAbstractButton& button, const ControlCreation& creation, Control& con
     group->addButton(&button);
     QObject::connect(&button, &QObject::destroyed, group,
                      [group] { group->setProperty(LAST_ON, QVariant()); });
-    QObject::connect(&button, &QAbstractButton::clicked, &button,
-                     [&button, &registry = creation.registry, made = &control] {
-                         Clicked(registry, *made, button);
-                     });
+    QObject::connect(
+        &button, &QAbstractButton::clicked, &button,
+        [&button, &registry = creation.registry, made = &control] { Clicked(registry, *made, button); });
 }
 
 void SelectButton(QAbstractButton& button) {
@@ -110,9 +109,7 @@ ControlFlags RadioFlags() {
         {"-sl",
          "-select",
          {},
-         [](Control& control, const CommandCall&) {
-             SelectButton(*control.As<QAbstractButton>());
-         },
+         [](Control& control, const CommandCall&) { SelectButton(*control.As<QAbstractButton>()); },
          [](Control& control) { return Value(control.As<QAbstractButton>()->isChecked()); }},
         CreateFlag("-cl", "-collection", {TEXT}),
         NoteFlag("-da", "-data", MSyntax::kLong),
@@ -135,18 +132,18 @@ ControlType RadioType() {
 ControlType IconRadioType() {
     ControlType type;
     type.name = "iconTextRadioButton";
-    type.flags = LabelFlags() + RadioFlags() + ToggleScripts() +
-                 ControlFlags{{"-i1",
-                               "-image1",
-                               {TEXT},
-                               [](Control& control, const CommandCall& call) {
-                                   control.notes["-image1"] = call.String("-image1");
-                                   control.As<QToolButton>()->setIcon(
-                                       Icons::Named(ToQt(call.String("-image1"))));
-                               },
-                               [](Control& control) { return Value(control.notes["-image1"]); }},
-                              NoteFlag("-st", "-style", TEXT)} +
-                 CommonFlags();
+    type.flags =
+        LabelFlags() + RadioFlags() + ToggleScripts() +
+        ControlFlags{{"-i1",
+                      "-image1",
+                      {TEXT},
+                      [](Control& control, const CommandCall& call) {
+                          control.notes["-image1"] = call.String("-image1");
+                          control.As<QToolButton>()->setIcon(Icons::Named(ToQt(call.String("-image1"))));
+                      },
+                      [](Control& control) { return Value(control.notes["-image1"]); }},
+                     NoteFlag("-st", "-style", TEXT)} +
+        CommonFlags();
     type.create = [](const ControlCreation& creation) {
         auto* const button = new QToolButton;
         button->setCheckable(true);

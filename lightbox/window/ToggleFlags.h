@@ -19,8 +19,8 @@ inline void RunToggleScripts(ControlRegistry& registry, Control& control, bool i
                              const std::string& number = std::string()) {
     // A script may delete the control: what comes after it has to be known to exist.
     const QPointer<QObject> alive = control.Object();
-    for (const std::string& flag : {std::string(isOn ? "-onCommand" : "-offCommand") + number,
-                                    "-changeCommand" + number}) {
+    for (const std::string& flag :
+         {std::string(isOn ? "-onCommand" : "-offCommand") + number, "-changeCommand" + number}) {
         if (alive) {
             registry.Run(control, flag, {mel::Value(isOn)});
         }

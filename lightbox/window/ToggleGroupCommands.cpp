@@ -214,22 +214,20 @@ void Select(Control& control, const CommandCall& call, int number) {
 ControlType RadioGroupType() {
     ControlType type;
     type.name = "radioButtonGrp";
-    type.flags = CommonGroupFlags() +
-                 ControlFlags{
-                     CreateFlag("-nrb", "-numberOfRadioButtons", {MSyntax::kLong},
-                                [](Control& control) {
-                                    return Value(static_cast<int>(Group(control).Parts().size()));
-                                }),
-                     CreateFlag("-scl", "-shareCollection", {MSyntax::kString}),
-                     {"-sl",
-                      "-select",
-                      {MSyntax::kLong},
-                      [](Control& control, const CommandCall& call) {
-                          Select(control, call, call.Int("-select"));
-                      },
-                      [](Control& control) { return Value(Selected(control)); }},
-                 } +
-                 GroupFlags();
+    type.flags =
+        CommonGroupFlags() +
+        ControlFlags{
+            CreateFlag(
+                "-nrb", "-numberOfRadioButtons", {MSyntax::kLong},
+                [](Control& control) { return Value(static_cast<int>(Group(control).Parts().size())); }),
+            CreateFlag("-scl", "-shareCollection", {MSyntax::kString}),
+            {"-sl",
+             "-select",
+             {MSyntax::kLong},
+             [](Control& control, const CommandCall& call) { Select(control, call, call.Int("-select")); },
+             [](Control& control) { return Value(Selected(control)); }},
+        } +
+        GroupFlags();
     type.create = [](const ControlCreation& creation) {
         auto group = MakeGroup<QRadioButton>(creation, "-numberOfRadioButtons");
         QButtonGroup* const shared = SharedGroup(creation);

@@ -151,7 +151,9 @@ ControlFlags MenuBarFlags() {
             [](const QMainWindow& window) { return window.menuWidget() != nullptr; }),
         BoolFlag<QMainWindow>(
             "-mbv", "-menuBarVisible", [](QMainWindow& window, bool on) { window.menuBar()->setVisible(on); },
-            [](const QMainWindow& window) { return window.menuWidget() && !window.menuWidget()->isHidden(); }),
+            [](const QMainWindow& window) {
+                return window.menuWidget() && !window.menuWidget()->isHidden();
+            }),
         QueryFlag("-ma", "-menuArray", MenusOf),
         QueryFlag("-nm", "-numberOfMenus",
                   [](Control& control) { return Value(static_cast<int>(MenusOf(control).Size())); }),

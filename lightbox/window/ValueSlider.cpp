@@ -38,7 +38,8 @@ void ValueSlider::SetValue(double value) {
     value_ = std::clamp(isInteger_ ? std::round(value) : value, minimum_, maximum_);
     const double width = maximum_ - minimum_;
     isSetting_ = true;
-    setSliderPosition(width > 0.0 ? static_cast<int>(std::lround((value_ - minimum_) / width * POSITIONS)) : 0);
+    setSliderPosition(width > 0.0 ? static_cast<int>(std::lround((value_ - minimum_) / width * POSITIONS))
+                                  : 0);
     isSetting_ = false;
 }
 

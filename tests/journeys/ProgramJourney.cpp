@@ -74,13 +74,25 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
     EXPECT_TRUE(lightbox.Run({"-help"}).output.startsWith("usage: lightbox"));
 }
 
-TEST(ProgramJourney, WithoutBatchItSaysWhatToUse) {
-    QProcess program;
-    program.start(LIGHTBOX_PROGRAM, {"-command", "print 1"});
-    ASSERT_TRUE(program.waitForFinished(60000));
-    EXPECT_EQ(program.exitCode(), 1);
-    EXPECT_THAT(program.readAllStandardError().toStdString(), HasSubstr("-batch"));
-    EXPECT_EQ(program.readAllStandardOutput(), "");
+TEST(ProgramJourney, WithoutADisplayItSaysSo) {
+    for (const auto& [variable, value] : {std::pair("DISPLAY", ""), std::pair("DISPLAY", ":4711"),
+                                          std::pair("QT_QPA_PLATFORM", "offscreen")}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* const display : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) {
+            environment.remove(display);
+        }
+        environment.insert(variable, value);
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.start(LIGHTBOX_PROGRAM, {"-command", "print 1"});
+        ASSERT_TRUE(program.waitForFinished(60000)) << variable << "=" << value;
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(program.exitCode(), 1);
+        EXPECT_EQ(
+            program.readAllStandardError(),
+            "lightbox: There is no display to open a window on. With -batch it runs scripts without one.\n");
+        EXPECT_EQ(program.readAllStandardOutput(), "");
+    }
 }
 
 TEST(ProgramJourney, PluginsAreLoadedUnloadedAndFoundByPath) {

@@ -116,6 +116,7 @@ TEST_F(MenusTest, TheEditMenuNamesWhatItUndoes) {
     EXPECT_EQ(Shown("objExists made"), "0");
     Q_EMIT MenuTitled("Edit")->aboutToShow();
     EXPECT_EQ(Shown("menuItem -q -label lightboxRedoItem"), "Redo createNode");
+    Q_EMIT MenuTitled("Edit")->aboutToHide();
     Show();
     QTest::keyClick(&Window(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(Shown("objExists made"), "1");
@@ -124,7 +125,7 @@ TEST_F(MenusTest, TheEditMenuNamesWhatItUndoes) {
 }
 
 TEST_F(MenusTest, TheRecentFilesAreOffered) {
-    Run("optionVar -rm RecentFilesList -sva RecentFilesList \"/a/old.ma\" -sva RecentFilesList \"/a/new \\\"1\\\".ma\"");
+    Run("optionVar -rm RecentFilesList; optionVar -sva RecentFilesList \"/a/old.ma\" -sva RecentFilesList \"/a/new \\\"1\\\".ma\"");
     auto* const recent = Controls().Named("lightboxRecentMenu").Menu();
     Q_EMIT recent->aboutToShow();
     Q_EMIT recent->aboutToShow();

@@ -57,6 +57,8 @@ protected:
     void Show(const QSize& size = {1100, 900}) {
         Window().resize(size);
         Window().show();
+        // Without a window manager nobody else would give it the keys.
+        QApplication::setActiveWindow(&Window());
         Settle();
     }
     /// Lets the event loop come to rest.
