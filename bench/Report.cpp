@@ -60,8 +60,8 @@ bool Collect(const QString& path, Measurements& measurements) {
     return ok;
 }
 
-/// "time" (nanoseconds), "ratio" (time of the first benchmark over that of the second, times "scale" where
-/// the two do not do the same amount) or "counter" of a benchmark.
+/// "time" (nanoseconds, times "scale" for another unit), "ratio" (time of the first benchmark over that of
+/// the second, times "scale" where the two do not do the same amount) or "counter" of a benchmark.
 double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     const auto time = [&](const QJsonValue& name) {
         const auto found = measurements.constFind(name.toString());
@@ -76,7 +76,7 @@ double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
         const QJsonObject run = measurements.value(pair.at(0).toString());
         return run.contains(pair.at(1).toString()) ? run[pair.at(1).toString()].toDouble() : std::nan("");
     }
-    return time(figure["time"]);
+    return time(figure["time"]) * figure["scale"].toDouble(1.0);
 }
 
 bool Print(const QJsonObject& figure, const Measurements& measurements) {

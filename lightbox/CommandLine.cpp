@@ -14,11 +14,13 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
                        {{"file", "f"}, {}, "SCENE"},
                        {{"script", "s"}, {}, "FILE"},
                        {{"command", "c"}, {}, "MEL"},
+                       {"demo", {}, "FOLDER"},
                        {"prefs", {}, "FOLDER"}});
 
     CommandLine line;
+    line.asGiven = arguments.join(' ');
     if (!parser.parse(QStringList{"lightbox"} + arguments)) {
-        line.error = parser.errorText().toStdString();
+        line.error = parser.errorText().toStdString() + ". \"lightbox -help\" lists the options.";
         return line;
     }
     line.batch = parser.isSet("batch");
@@ -27,6 +29,13 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
     line.autoloadPlugins = !parser.isSet("noAutoloadPlugins");
     line.sceneFile = parser.value("file").toStdString();
     line.prefsFolder = parser.value("prefs").toStdString();
+    line.demoFolder = parser.value("demo").toStdString();
+    for (const char* option : {"file", "prefs", "demo"}) {
+        if (parser.isSet(option) && parser.value(option).isEmpty()) {
+            line.error = std::string("-") + option + " needs a path.";
+            return line;
+        }
+    }
 
     int scripts = 0;
     int commands = 0;
@@ -41,7 +50,8 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
     // As with Maya, a scene may stand alone, without its option.
     for (const QString& argument : parser.positionalArguments()) {
         if (!line.sceneFile.empty()) {
-            line.error = "More than one scene: " + argument.toStdString();
+            line.error = "More than one scene: " + argument.toStdString() +
+                         ". Open one, and import others with -command 'file -import \"...\"'.";
             return line;
         }
         line.sceneFile = argument.toStdString();
@@ -57,14 +67,17 @@ const char* CommandLine::HelpText() {
            "  -script FILE.mel     run a script file\n"
            "  -command MEL         run MEL commands\n"
            "  -noAutoloadPlugins   load no plug-in unless a script asks for it\n"
-           "  -prefs FOLDER        folder of the user's preferences\n"
+           "  -prefs FOLDER        folder of the user's preferences and of the log\n"
            "                       (else $LIGHTBOX_APP_DIR, else the platform's)\n"
+           "  -demo FOLDER         draw the demo's pencil test, with its pictures and scene in this folder\n"
            "  -help                show this\n"
            "  -version             show the version\n"
            "\n"
            "Scripts and commands run in the order given. The exit status is 0, or 1 after the first\n"
            "error, or what quit -exitCode asks for. Plug-ins are found through MAYA_PLUG_IN_PATH and\n"
-           "beside the program.\n";
+           "beside the program. Options may begin with two hyphens, too; -h, -v, -b, -f, -s and -c are "
+           "short\n"
+           "for the first letters. What went wrong is in lightbox.log in the folder of the preferences.\n";
 }
 
 } // namespace lightbox

@@ -22,7 +22,9 @@ struct CommandLine {
     bool autoloadPlugins = true;
     std::string sceneFile;
     std::string prefsFolder; ///< empty: the platform's
+    std::string demoFolder;  ///< where the demo is to be drawn; empty: nowhere
     std::vector<Step> steps;
+    QString asGiven;   ///< the whole line, for the log
     std::string error; ///< what is wrong with the command line; empty when nothing is
 
     /// Reads the program's arguments, without the program's own name. Options that Qt itself takes from the

@@ -1,6 +1,8 @@
 // The program: reads its command line, runs the host, and ends with a status that says how it went.
 
 #include "CommandLine.h"
+#include "Demo.h"
+#include "LogFile.h"
 #include "formats/FileError.h"
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
@@ -18,6 +20,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -78,6 +81,15 @@ std::string PrefsFolder(const CommandLine& line) {
     return QDir::cleanPath(QDir(folder).absolutePath()).toStdString();
 }
 
+/// From here on everything is logged in the preferences folder.
+void KeepLog(Host& host, const CommandLine& line) {
+    const auto logFile = std::make_shared<lightbox::LogFile>(QString::fromStdString(PrefsFolder(line)));
+    logFile->Write(QString("Lightbox %1 started in \"%2\": %3")
+                       .arg(LIGHTBOX_VERSION, QDir::currentPath(), line.asGiven));
+    host.output().SetLog(
+        [logFile](lightbox::Output::Kind kind, const std::string& text) { logFile->Write(kind, text); });
+}
+
 void OpenScene(Host& host, const std::string& path) {
     try {
         host.files().Open(path, true);
@@ -106,6 +118,7 @@ void RunStep(Host& host, const CommandLine::Step& step) {
 /// The batch run: the first error ends it.
 int RunBatch(const CommandLine& line) {
     Host host({true, PrefsFolder(line)});
+    KeepLog(host, line);
     lightbox::RegisterWindowCommands(host, nullptr);
     WatchSignals(host);
     host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
@@ -130,6 +143,7 @@ int RunBatch(const CommandLine& line) {
 /// The run with a window: what goes wrong is shown, and the window stays.
 int RunWindow(const CommandLine& line) {
     Host host({false, PrefsFolder(line)});
+    KeepLog(host, line);
     WatchSignals(host);
     host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
     lightbox::WindowSession session(host);
@@ -156,7 +170,7 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
-    const CommandLine line = CommandLine::Parse(arguments);
+    CommandLine line = CommandLine::Parse(arguments);
     if (!line.error.empty()) {
         std::fprintf(stderr, "lightbox: %s\n\n%s", line.error.c_str(), CommandLine::HelpText());
         return FAILURE;
@@ -189,5 +203,13 @@ int main(int argc, char** argv) {
     }
     QApplication::setApplicationName("Lightbox");
     QApplication::setApplicationVersion(LIGHTBOX_VERSION);
+    QGuiApplication::setDesktopFileName("lightbox");
+    if (!line.demoFolder.empty()) {
+        lightbox::Demo::Prepare(line);
+        if (!line.error.empty()) {
+            std::fprintf(stderr, "lightbox: %s\n", line.error.c_str());
+            return FAILURE;
+        }
+    }
     return line.batch ? RunBatch(line) : RunWindow(line);
 }

@@ -57,18 +57,24 @@ short Rounded(double value) {
     return std::isfinite(value) ? static_cast<short>(std::clamp(std::floor(value + 0.5), low, high)) : 0;
 }
 
-/// View pixels become the unit of OpenGL calls.
-void PushPixelSpace(const View& view) {
+/// Keeps the unit of OpenGL calls, to be given back.
+void PushSpace() {
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+}
+
+/// View pixels become the unit of OpenGL calls.
+void SetPixelSpace(const View& view) {
+    glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     glOrtho(0.0, view.Width(), 0.0, view.Height(), -1.0, 1.0);
     glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
     glLoadIdentity();
 }
 
-void PopPixelSpace() {
+void PopSpace() {
     glMatrixMode(GL_PROJECTION);
     glPopMatrix();
     glMatrixMode(GL_MODELVIEW);
@@ -247,16 +253,19 @@ MStatus M3dView::endGL() {
     return MS::kSuccess;
 }
 
-MStatus M3dView::beginXorDrawing(bool, bool enableLineStipple, float lineWidth,
-                                 LineStippleStyle stippleStyle) {
+MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting, float lineWidth,
+                                 LineStipplePattern stipplePattern, const MColor& lineColor) {
     View* view = Live(view_);
     if (!view) {
         return NoView();
     }
     view->BeginGl();
     glPushAttrib(GL_ALL_ATTRIB_BITS);
-    for (const GLenum capability : {GL_DEPTH_TEST, GL_LIGHTING, GL_TEXTURE_2D, GL_BLEND, GL_CULL_FACE}) {
+    for (const GLenum capability : {GL_LIGHTING, GL_TEXTURE_2D, GL_BLEND, GL_CULL_FACE}) {
         glDisable(capability);
+    }
+    if (disableDepthTesting) {
+        glDisable(GL_DEPTH_TEST);
     }
     // The view stays as opaque as it is.
     const GLboolean isSeen = view->IsViewport2() ? GL_FALSE : GL_TRUE;
@@ -264,12 +273,16 @@ MStatus M3dView::beginXorDrawing(bool, bool enableLineStipple, float lineWidth,
     glEnable(GL_COLOR_LOGIC_OP);
     glLogicOp(GL_XOR);
     glLineWidth(lineWidth);
-    if (enableLineStipple && stippleStyle == kStippleDashed) {
+    if (stipplePattern == kStippleDashed) {
         constexpr GLushort dashes = 0x0f0f;
         glEnable(GL_LINE_STIPPLE);
         glLineStipple(1, dashes);
     }
-    PushPixelSpace(*view);
+    PushSpace();
+    if (drawOrthographic) {
+        SetPixelSpace(*view);
+    }
+    glColor4f(lineColor.r, lineColor.g, lineColor.b, lineColor.a);
     return MS::kSuccess;
 }
 
@@ -278,7 +291,7 @@ MStatus M3dView::endXorDrawing() {
     if (!view) {
         return NoView();
     }
-    PopPixelSpace();
+    PopSpace();
     glPopAttrib();
     view->EndGl();
     if (!view->IsViewport2()) {

@@ -46,7 +46,10 @@ void MCommandResult::setValue(const Value& newValue) {
     *value_ = newValue.Detached();
 }
 
-MCommandResult::Type MCommandResult::resultType() const {
+MCommandResult::Type MCommandResult::resultType(MStatus* ReturnStatus) const {
+    if (ReturnStatus) {
+        *ReturnStatus = MS::kSuccess;
+    }
     switch (value_->GetType()) {
     case ValueType::Int:
         return kInt;

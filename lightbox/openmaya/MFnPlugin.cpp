@@ -57,7 +57,7 @@ MString Say(const MObject& object, std::string Plugin::*text, MStatus* status) {
 
 MFnPlugin::MFnPlugin() = default;
 
-MFnPlugin::MFnPlugin(const MObject& object, const char* vendor, const char* version,
+MFnPlugin::MFnPlugin(MObject& object, const char* vendor, const char* version,
                      const char* requiredApiVersion, MStatus* ReturnStatus) {
     const MStatus status = MFnBase::setObject(object);
     if (status) {

@@ -120,7 +120,7 @@ int MGlobal::apiVersion() {
     return 20180000;
 }
 
-void MGlobal::displayInfo(const MString& theMessage, bool) {
+void MGlobal::displayInfo(const MString& theMessage) {
     Host::Get().output().Info(Access::Text(theMessage));
 }
 

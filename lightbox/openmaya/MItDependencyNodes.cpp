@@ -29,16 +29,16 @@ MStatus MItDependencyNodes::next() {
     return MS::kSuccess;
 }
 
-bool MItDependencyNodes::isDone(MStatus* ReturnStatus) {
+bool MItDependencyNodes::isDone(MStatus* ReturnStatus) const {
     Access::Report(ReturnStatus, MS::kSuccess);
     return position_ >= nodes_.size();
 }
 
-MObject MItDependencyNodes::thisNode(MStatus* ReturnStatus) {
+MObject MItDependencyNodes::thisNode(MStatus* ReturnStatus) const {
     Access::Report(ReturnStatus, position_ < nodes_.size() ? MS::kSuccess : MS::kFailure);
     return position_ < nodes_.size() ? nodes_[position_] : MObject();
 }
 
-MObject MItDependencyNodes::item(MStatus* ReturnStatus) {
+MObject MItDependencyNodes::item(MStatus* ReturnStatus) const {
     return thisNode(ReturnStatus);
 }

@@ -88,8 +88,8 @@ void MPxCommand::setCommandString(const MString& text) {
     state_->commandString = Access::Text(text);
 }
 
-void MPxCommand::displayInfo(const MString& theMessage, bool showLineNumber) {
-    MGlobal::displayInfo(theMessage, showLineNumber);
+void MPxCommand::displayInfo(const MString& theInfo) {
+    MGlobal::displayInfo(theInfo);
 }
 void MPxCommand::displayWarning(const MString& theWarning, bool showLineNumber) {
     MGlobal::displayWarning(theWarning, showLineNumber);

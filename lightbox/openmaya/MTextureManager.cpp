@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <map>
 
 using lightbox::Access;
@@ -24,17 +25,26 @@ bool CanMake(const MHWRender::MTextureDescription& description) {
            (description.fBytesPerRow == 0 || description.fBytesPerRow >= description.fWidth * PIXEL_BYTES);
 }
 
-/// Copies the rows that differ; answers whether any did. Comparing reads both images once, which costs less
+/// Copies the pixels that differ; answers where they are. Comparing reads both images once, which costs less
 /// than bringing one to the card.
-bool CopyChangedRows(const void* pixels, std::size_t rowPitch, QImage& image) {
+QRect CopyChangedPixels(const void* pixels, std::size_t rowPitch, QImage& image) {
     const std::size_t rowBytes = static_cast<std::size_t>(image.width()) * PIXEL_BYTES;
     const auto* source = static_cast<const unsigned char*>(pixels);
-    bool changed = false;
+    QRect changed;
     for (int row = 0; row < image.height(); ++row, source += rowPitch) {
-        if (std::memcmp(source, image.constScanLine(row), rowBytes) != 0) {
-            std::memcpy(image.scanLine(row), source, rowBytes);
-            changed = true;
+        if (std::memcmp(source, image.constScanLine(row), rowBytes) == 0) {
+            continue;
         }
+        unsigned char* const target = image.scanLine(row);
+        const auto first = std::mismatch(source, source + rowBytes, target).first - source;
+        const auto last =
+            std::mismatch(std::make_reverse_iterator(source + rowBytes), std::make_reverse_iterator(source),
+                          std::make_reverse_iterator(target + rowBytes))
+                .first.base() -
+            source - 1;
+        changed |= QRect(QPoint(static_cast<int>(first / PIXEL_BYTES), row),
+                         QPoint(static_cast<int>(last / PIXEL_BYTES), row));
+        std::memcpy(target, source, rowBytes);
     }
     return changed;
 }
@@ -83,10 +93,10 @@ MStatus MTexture::update(const void* pixelData, bool generateMipMaps, unsigned i
     if (!pixelData || (rowPitch != 0 && rowPitch < tight)) {
         return MS::kInvalidParameter;
     }
-    const bool changed = CopyChangedRows(pixelData, rowPitch != 0 ? rowPitch : tight, texture.image);
-    if (changed || texture.hasMipmaps != generateMipMaps) {
+    const QRect changed = CopyChangedPixels(pixelData, rowPitch != 0 ? rowPitch : tight, texture.image);
+    if (!changed.isEmpty() || texture.hasMipmaps != generateMipMaps) {
         texture.hasMipmaps = generateMipMaps;
-        ++texture.revision;
+        texture.Changed(changed);
     }
     return MS::kSuccess;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -16,6 +18,27 @@ struct Texture {
     bool hasMipmaps = false;
     /// Rises with every change of the pixels.
     std::uint64_t revision = 0;
+
+    /// Notes that these pixels have changed.
+    void Changed(const QRect& area) {
+        ++revision;
+        changes_[revision % changes_.size()] = area;
+    }
+    /// The pixels that have changed since that revision, or more; all of them when it is too long ago.
+    QRect ChangedSince(std::uint64_t earlier) const {
+        if (earlier > revision || revision - earlier > changes_.size()) {
+            return image.rect();
+        }
+        QRect area;
+        for (std::uint64_t each = earlier + 1; each <= revision; ++each) {
+            area |= changes_[each % changes_.size()];
+        }
+        return area;
+    }
+
+private:
+    /// Of the last revisions.
+    std::array<QRect, 16> changes_;
 };
 
 } // namespace lightbox

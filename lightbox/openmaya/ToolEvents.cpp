@@ -169,6 +169,12 @@ bool ToolEvents::Release(View& view, const QMouseEvent& event) {
     return true;
 }
 
+void ToolEvents::LoseRelease(const View& view) {
+    if (CurrentPress().view == &view) {
+        CurrentPress().view = nullptr;
+    }
+}
+
 bool ToolEvents::Enter(View& view) {
     PluginContext* tool = PluginContext::Current();
     if (!tool) {
@@ -226,9 +232,7 @@ const DrawList& ToolEvents::Drawn(const View& view) {
 
 void ToolEvents::Forget(const View& view) {
     Drawings().erase(&view);
-    if (CurrentPress().view == &view) {
-        CurrentPress().view = nullptr;
-    }
+    LoseRelease(view);
 }
 
 } // namespace lightbox

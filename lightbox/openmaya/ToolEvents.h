@@ -17,6 +17,8 @@ public:
     static bool Press(View& view, const QMouseEvent& event);
     static bool Drag(View& view, const QMouseEvent& event);
     static bool Release(View& view, const QMouseEvent& event);
+    /// The release of the press that is under way in the view will not come; the tool does not hear of it.
+    static void LoseRelease(const View& view);
     /// The pointer entered the view.
     static bool Enter(View& view);
     /// The pointer moved over the view with no button held.

@@ -34,6 +34,9 @@ std::string Output::Worded(Kind kind, const std::string& text) {
 }
 
 void Output::Write(Kind kind, const std::string& text) {
+    if (log_) {
+        log_(kind, text);
+    }
     if (sink_) {
         // A copy, so that the sink may replace itself.
         const Sink sink = sink_;

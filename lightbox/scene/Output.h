@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace lightbox {
 
@@ -31,6 +32,8 @@ public:
 
     /// Replaces the sink and returns the one before; an empty function stands for standard output and error.
     Sink SetSink(Sink sink);
+    /// Also gets every message, whatever the sink is.
+    void SetLog(Sink log) { log_ = std::move(log); }
     /// The wording of a message as a line, with its line break (except for print).
     static std::string Worded(Kind kind, const std::string& text);
 
@@ -38,6 +41,7 @@ private:
     void Write(Kind kind, const std::string& text);
 
     Sink sink_;
+    Sink log_;
     int errors_ = 0;
 };
 

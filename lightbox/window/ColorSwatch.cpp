@@ -1,6 +1,7 @@
 #include "window/ColorSwatch.h"
 
 #include <QColorDialog>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -8,6 +9,7 @@ namespace lightbox {
 
 ColorSwatch::ColorSwatch() {
     setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 void ColorSwatch::SetColor(const QColor& color) {
@@ -22,8 +24,12 @@ QSize ColorSwatch::sizeHint() const {
 void ColorSwatch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), isEnabled() ? color_ : palette().color(QPalette::Disabled, QPalette::Button));
-    painter.setPen(palette().color(QPalette::Dark));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    const QColor edge = palette().color(hasFocus() ? QPalette::Highlight : QPalette::Dark);
+    const int width = hasFocus() ? 2 : 1;
+    for (int inset = 0; inset < width; ++inset) {
+        painter.setPen(edge);
+        painter.drawRect(rect().adjusted(inset, inset, -1 - inset, -1 - inset));
+    }
 }
 
 void ColorSwatch::mousePressEvent(QMouseEvent* event) {
@@ -31,7 +37,18 @@ void ColorSwatch::mousePressEvent(QMouseEvent* event) {
         QWidget::mousePressEvent(event);
         return;
     }
+    AskForColor();
+}
 
+void ColorSwatch::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Select) {
+        AskForColor();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void ColorSwatch::AskForColor() {
     auto* const dialog = new QColorDialog(color_, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QColorDialog::colorSelected, this, [this](const QColor& color) {

@@ -5,7 +5,7 @@
 
 namespace lightbox {
 
-/// A field filled with a colour; a click on it asks for another one.
+/// A field filled with a colour; a click on it, or the space bar, asks for another one.
 class ColorSwatch : public QWidget {
     Q_OBJECT
 
@@ -22,9 +22,12 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     QSize sizeHint() const override;
 
 private:
+    void AskForColor();
+
     QColor color_ = Qt::black;
 };
 

@@ -14,16 +14,17 @@ namespace {
 
 constexpr int MOST_REMEMBERED = 500;
 
+/// The application's style sheet would not let a palette through.
 void SetBackground(QLineEdit& line, Output::Kind kind) {
-    QPalette palette = line.parentWidget()->palette();
+    QString colors;
     if (kind == Output::Kind::Error) {
-        palette.setColor(QPalette::Base, QColor(0xc4, 0x4c, 0x44));
-        palette.setColor(QPalette::Text, Qt::white);
+        colors = QStringLiteral("background: #c44c44; color: white;");
     } else if (kind == Output::Kind::Warning) {
-        palette.setColor(QPalette::Base, QColor(0xd8, 0xb4, 0x4c));
-        palette.setColor(QPalette::Text, QColor(0x20, 0x20, 0x20));
+        colors = QStringLiteral("background: #d8b44c; color: #202020;");
     }
-    line.setPalette(palette);
+    if (line.styleSheet() != colors) {
+        line.setStyleSheet(colors);
+    }
 }
 
 } // namespace
@@ -65,6 +66,11 @@ CommandLineBar::CommandLineBar(MessageLog& log, QWidget* parent)
     result_->setObjectName("commandResult");
     help_->setObjectName("helpLine");
     help_->setTextFormat(Qt::PlainText);
+    // Whatever a tool says of itself, and whether it does, leaves the views their size.
+    help_->setText(" ");
+    help_->setMinimumHeight(help_->sizeHint().height());
+    help_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    help_->clear();
     result_->setReadOnly(true);
     result_->setFocusPolicy(Qt::ClickFocus);
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);

@@ -319,10 +319,16 @@ DrawListRenderer::Held& DrawListRenderer::Upload(const std::shared_ptr<Texture>&
     }
     held->lastFrame = frame_;
     if (held->revision != texture->revision && !texture->image.isNull()) {
+        const QRect changed = held->size == texture->image.size() ? texture->ChangedSince(held->revision)
+                                                                  : texture->image.rect();
         held->revision = texture->revision;
-        // Only colours weighed by their alpha can be filtered: nothing of what is transparent bleeds in.
-        Store(*held, texture->image.convertToFormat(QImage::Format_RGBA8888_Premultiplied));
-        ++uploadCount_;
+        if (!changed.isEmpty()) {
+            // Only colours weighed by their alpha can be filtered: nothing of what is transparent bleeds in.
+            const QImage part =
+                texture->image.copy(changed).convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+            changed == texture->image.rect() ? Store(*held, part) : Update(*held, part, changed.topLeft());
+            ++uploadCount_;
+        }
     }
     return *held;
 }
@@ -346,6 +352,14 @@ void DrawListRenderer::Store(Held& held, const QImage& image) {
         held.size = image.size();
     }
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+    held.hasMipmaps = false;
+}
+
+void DrawListRenderer::Update(Held& held, const QImage& part, const QPoint& at) {
+    glBindTexture(GL_TEXTURE_2D, held.id);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    glTexSubImage2D(GL_TEXTURE_2D, 0, at.x(), at.y(), part.width(), part.height(), GL_RGBA, GL_UNSIGNED_BYTE,
+                    part.constBits());
     held.hasMipmaps = false;
 }
 

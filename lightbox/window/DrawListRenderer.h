@@ -49,6 +49,8 @@ private:
     Held& Upload(const std::shared_ptr<Texture>& texture);
     Held& UploadText(const DrawItem& item);
     void Store(Held& held, const QImage& image);
+    /// Replaces a part of a texture that was stored.
+    void Update(Held& held, const QImage& part, const QPoint& at);
     /// Binds the texture, to be copied pixel by pixel or shown at a scale.
     void SetFilter(Held& held, bool copies, double scale);
     void ForgetUnused();

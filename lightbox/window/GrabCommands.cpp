@@ -6,7 +6,10 @@
 #include "window/ControlRegistry.h"
 #include "window/WindowCommands.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
 #include <QPixmap>
 #include <QWidget>
@@ -29,17 +32,42 @@ QWidget& WidgetNamed(const CommandCall& call, const ControlRegistry& registry, c
     return *widget;
 }
 
+Value OnScreen(const QWidget& widget, const QRect& part) {
+    const QPoint corner = widget.mapToGlobal(part.topLeft());
+    return Value::IntArray{corner.x(), corner.y(), part.width(), part.height()};
+}
+
+/// Where a menu's title or an item's row is, in a menu bar or an open menu.
+Value ItemOnScreen(const CommandCall& call, QAction& action) {
+    for (const QWidget* const host : action.associatedWidgets()) {
+        if (!host->isVisible()) {
+            continue;
+        }
+        if (const auto* const menu = qobject_cast<const QMenu*>(host)) {
+            return OnScreen(*host, menu->actionGeometry(&action));
+        }
+        if (const auto* const bar = qobject_cast<const QMenuBar*>(host)) {
+            return OnScreen(*host, bar->actionGeometry(&action));
+        }
+    }
+    call.Fail("\"" + call.Object(0).AsString() + "\" is not shown.");
+}
+
 Value Widget(CommandCall& call, ControlRegistry& registry) {
     if (!call.IsQuery() || !call.Has("-geometry")) {
         call.Fail("Only -query -geometry is known.");
     }
-    const QWidget& widget = WidgetNamed(call, registry, call.Object(0).AsString());
-    const QPoint corner = widget.mapToGlobal(QPoint(0, 0));
-    return Value::IntArray{corner.x(), corner.y(), widget.width(), widget.height()};
+    const std::string& name = call.Object(0).AsString();
+    const Control* const control = registry.Find(name);
+    if (control && control->Action()) {
+        return ItemOnScreen(call, *control->Action());
+    }
+    const QWidget& widget = WidgetNamed(call, registry, name);
+    return OnScreen(widget, widget.rect());
 }
 
 bool IsPopup(const QWidget& window) {
-    return (window.windowFlags() & Qt::Popup) == Qt::Popup;
+    return window.windowType() == Qt::Popup;
 }
 
 /// Whether a window stays above another: it is popped up, or one of its dialogs and floating windows.
@@ -86,6 +114,8 @@ Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
     if (!call.Has("-file")) {
         call.Fail("The file to write is missing: -file.");
     }
+    // What was shown or hidden just before has to be laid out first.
+    QApplication::sendPostedEvents();
     if (UserInterface* const ui = registry.host().ui()) {
         ui->RefreshViews(true);
     }

@@ -62,6 +62,7 @@ ScriptEditor::ScriptEditor(Host& host, MessageLog& log, QWidget* parent)
     history_->setMaximumBlockCount(MOST_LINES);
     history_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     input_->setObjectName("scriptEditorInput");
+    setFocusProxy(input_);
     new MelHighlighter(input_->document(), host.interpreter());
     auto* const panes = new QSplitter(Qt::Vertical);
     panes->addWidget(history_);

@@ -89,6 +89,7 @@ void ScriptedWindow::RegisterCommands() {
         editor_->show();
         editor_->raise();
         editor_->activateWindow();
+        editor_->setFocus();
         return Value();
     });
     table.Add("saveChanges", SyntaxBuilder().Objects(1, 1),

@@ -20,6 +20,7 @@ QMenu::item { padding: 4px 26px 4px 24px; }
 QMenu::item:selected { background: {accent}; }
 QMenu::item:disabled { color: {faint}; }
 QMenu::separator { height: 1px; background: {line}; margin: 4px 8px; }
+QMenu::icon, QMenu::indicator { left: 5px; }
 QMenu::tearoff { height: 9px; }
 QSplitter::handle { background: {line}; }
 QStatusBar::item { border: none; }
@@ -59,6 +60,11 @@ void Theme::Apply(QApplication& application) {
     palette.setColor(QPalette::Text, Text());
     palette.setColor(QPalette::Button, QColor(0x4a, 0x4a, 0x4d));
     palette.setColor(QPalette::ButtonText, Text());
+    palette.setColor(QPalette::Light, QColor(0x5c, 0x5c, 0x60));
+    palette.setColor(QPalette::Midlight, QColor(0x52, 0x52, 0x56));
+    palette.setColor(QPalette::Mid, QColor(0x31, 0x31, 0x33));
+    palette.setColor(QPalette::Dark, QColor(0x26, 0x26, 0x28));
+    palette.setColor(QPalette::Shadow, QColor(0x16, 0x16, 0x18));
     palette.setColor(QPalette::BrightText, Qt::white);
     palette.setColor(QPalette::Highlight, Accent());
     palette.setColor(QPalette::HighlightedText, Qt::white);

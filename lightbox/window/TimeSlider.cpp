@@ -273,8 +273,9 @@ void TimeSlider::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void TimeSlider::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
-        event->ignore();
+    // Two quick drags are two drags: only two plain clicks stand for the whole range.
+    if (event->button() != Qt::LeftButton || event->modifiers() & Qt::ShiftModifier) {
+        mousePressEvent(event);
         return;
     }
     const Timeline& time = host_.time();

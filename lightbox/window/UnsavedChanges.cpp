@@ -45,6 +45,9 @@ bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
     box.setObjectName("unsavedChanges");
     box.button(QMessageBox::Discard)->setText("Don't Save");
+    box.button(QMessageBox::Save)->setObjectName("saveChanges");
+    box.button(QMessageBox::Discard)->setObjectName("discardChanges");
+    box.button(QMessageBox::Cancel)->setObjectName("keepScene");
     box.setDefaultButton(QMessageBox::Save);
     box.setEscapeButton(QMessageBox::Cancel);
     switch (box.exec()) {

@@ -5,6 +5,7 @@
 #include "scene/DagNode.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "scene/UserInterface.h"
 #include "window/DrawListRenderer.h"
 #include "window/GateOverlay.h"
 #include "window/SceneRenderer.h"
@@ -242,6 +243,11 @@ QPointF ViewportWidget::ToView(const QPointF& position) const {
 
 void ViewportWidget::mousePressEvent(QMouseEvent* event) {
     Q_EMIT Activated();
+    if (event->buttons() == event->button() && drag_ != Drag::None) {
+        // The release of an earlier press went elsewhere, to a dialog that came up meanwhile.
+        EndDrag();
+        ToolEvents::LoseRelease(*this);
+    }
     const ViewNavigation::Mode mode =
         ViewNavigation::ModeFor(event->buttons(), event->modifiers(), is2dKeyHeld_);
     if (mode != ViewNavigation::Mode::None && (drag_ == Drag::None || drag_ == Drag::Navigation)) {
@@ -338,17 +344,34 @@ void ViewportWidget::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Backslash && !event->isAutoRepeat()) {
         is2dKeyHeld_ = true;
     }
-    if (!ToolEvents::Key(*this, *event)) {
-        // The window has keys of its own.
-        event->ignore();
+    if (!OfferKey(*event)) {
+        ToolEvents::Key(*this, *event);
     }
+    event->accept();
 }
 
 void ViewportWidget::keyReleaseEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Backslash && !event->isAutoRepeat()) {
         is2dKeyHeld_ = false;
     }
-    event->ignore();
+    OfferKey(*event);
+    event->accept();
+}
+
+bool ViewportWidget::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        return OfferKey(*static_cast<QKeyEvent*>(event));
+    }
+    return QOpenGLWidget::event(event);
+}
+
+/// Keys are the main window's first, which tools watch, also when the view floats in a window of its own.
+/// Answers whether they were taken there.
+bool ViewportWidget::OfferKey(QKeyEvent& event) {
+    // Who wants a key instead of a shortcut says so; who does not want a key says that.
+    event.setAccepted(event.type() != QEvent::ShortcutOverride);
+    QApplication::sendEvent(&host_.ui()->MainWindow(), &event);
+    return event.isAccepted();
 }
 
 void ViewportWidget::focusInEvent(QFocusEvent* event) {

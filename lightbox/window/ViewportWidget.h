@@ -71,6 +71,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    bool event(QEvent* event) override;
     void enterEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
@@ -84,6 +85,7 @@ private:
     void DrawLegacy(const CameraView& cameraView);
     void AddMarquee(DrawList& list) const;
     void EndDrag();
+    bool OfferKey(QKeyEvent& event);
     void SettleCamera() const;
     /// From the widget's pixels to view pixels.
     QPointF ToView(const QPointF& position) const;

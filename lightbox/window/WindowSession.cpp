@@ -5,6 +5,7 @@
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
 #include "scene/Scene.h"
+#include "window/FileDrop.h"
 #include "window/MainWindow.h"
 #include "window/Theme.h"
 #include "window/TimeSliderBar.h"
@@ -20,7 +21,10 @@ namespace lightbox {
 void WindowSession::PrepareApplication() {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    // Whole factors, so that a pixel of a drawing is a square of the screen's: a screen of 100 dots an inch is
+    // not one that wants everything 1.04 times as large. QT_SCALE_FACTOR takes any other.
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::RoundPreferFloor);
     // A plug-in makes a texture in one view and draws it in all of them.
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QSurfaceFormat format;
@@ -40,6 +44,7 @@ WindowSession::WindowSession(Host& host)
     // Timers that never let the loop sleep must not keep the host from its work.
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
     MainWindow* const window = WindowInterface::Current(host);
+    new FileDrop(host, *window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
     // The time slider sees to it when the time changes.
     callbacks_.push_back(
@@ -71,7 +76,10 @@ void WindowSession::Turn() {
         shownRevision_ = host_.scene().Revision();
         host_.ui()->RefreshViews(false);
     }
-    WindowInterface::Current(host_)->setWindowModified(host_.files().IsModified());
+    MainWindow* const window = WindowInterface::Current(host_);
+    if (window->isWindowModified() != host_.files().IsModified()) {
+        window->setWindowModified(host_.files().IsModified());
+    }
     // The loop is between two waits here; the work itself has to be done by it.
     if (!host_.idle().IsEmpty() && !idleIsDue_) {
         idleIsDue_ = true;

@@ -2,6 +2,7 @@
 
 #include "commands/CameraArgument.h"
 #include "commands/FlagArgument.h"
+#include "commands/FrameOutputs.h"
 #include "core/LayerManager.h"
 #include "host/FrameTime.h"
 #include "host/Logger.h"
@@ -10,7 +11,7 @@
 #include "node/BaseNode.h"
 #include "paint/ContactSheet.h"
 #include "paint/ImageSequence.h"
-#include "paint/PngWriter.h"
+#include "paint/MovieWriter.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
@@ -34,10 +35,7 @@ bool Refuse(const QString& message) {
 }
 
 /// A folder that is missing is made: a render of that name is what was asked for.
-bool CheckFile(const QString& path) {
-    if (!path.endsWith(".png", Qt::CaseInsensitive)) {
-        return Refuse(QString("Frames are written as PNG files. Let \"%1\" end in .png.").arg(path));
-    }
+bool CheckFolder(const QString& path) {
     const QString folder = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(folder)) {
         return Refuse(QString("The folder \"%1\" cannot be made. Choose another with -file.").arg(folder));
@@ -48,31 +46,17 @@ bool CheckFile(const QString& path) {
     return true;
 }
 
-/// Hands frames on to be written, those that look alike one after the other as one image: drawings are held.
-class HeldFrames {
-public:
-    explicit HeldFrames(PngWriter& writer)
-        : m_writer(writer) {}
-
-    /// False once a file could not be written.
-    bool Add(const QImage& image, const QString& path) {
-        const bool written = image == m_image || Flush();
-        m_image = image;
-        m_paths.append(path);
-        return written;
+bool CheckPicture(const QString& path) {
+    if (!path.endsWith(".png", Qt::CaseInsensitive)) {
+        return Refuse(QString("Frames are written as PNG files. Let \"%1\" end in .png.").arg(path));
     }
+    return CheckFolder(path);
+}
 
-    bool Flush() {
-        const bool written = m_paths.isEmpty() || m_writer.Write(m_image, m_paths);
-        m_paths.clear();
-        return written;
-    }
-
-private:
-    PngWriter& m_writer;
-    QImage m_image;
-    QStringList m_paths;
-};
+/// Frames a second of the scene's time unit.
+double SceneRate() {
+    return MTime(1, MTime::kSeconds).as(MTime::uiUnit());
+}
 
 } // namespace
 
@@ -93,6 +77,7 @@ MSyntax ExportCommand::CommandSyntax() {
     syntax.addFlag("-g", "-ghosting", MSyntax::kBoolean);
     syntax.addFlag("-bg", "-background", MSyntax::kLong, MSyntax::kLong, MSyntax::kLong);
     syntax.addFlag("-cs", "-contactSheet", MSyntax::kString);
+    syntax.addFlag("-mv", "-movie", MSyntax::kString);
     return syntax;
 }
 
@@ -136,6 +121,7 @@ bool ExportCommand::ReadArguments(const MArgList& args) {
     m_pattern = FlagArgument::String(arguments, "-f");
     m_camera = FlagArgument::String(arguments, "-c");
     m_contactSheet = FlagArgument::String(arguments, "-cs");
+    m_movie = FlagArgument::String(arguments, "-mv");
     if (arguments.isFlagSet("-g")) {
         arguments.getFlagArgument("-g", 0, m_ghosting);
     }
@@ -196,16 +182,31 @@ bool ExportCommand::CheckRange() const {
 }
 
 bool ExportCommand::CheckFiles() const {
-    if (m_pattern.isEmpty()) {
-        return Refuse("No file. Name the frames with -file, for example \"frames/walk.####.png\".");
+    if (m_pattern.isEmpty() && m_movie.isEmpty()) {
+        return Refuse("No file. Name the frames with -file, for example \"frames/walk.####.png\", or a movie "
+                      "with -movie.");
     }
-    if (!ImageSequence(m_pattern).HasNumber() && m_end > m_start) {
+    if (!m_pattern.isEmpty() && !ImageSequence(m_pattern).HasNumber() && m_end > m_start) {
         return Refuse(
             QString("\"%1\" would be written by every frame. Put a run of # where the frame number goes, "
                     "for example \"walk.####.png\".")
                 .arg(m_pattern));
     }
-    return CheckFile(m_pattern) && (m_contactSheet.isEmpty() || CheckFile(m_contactSheet));
+    return (m_pattern.isEmpty() || CheckPicture(m_pattern)) &&
+           (m_contactSheet.isEmpty() || CheckPicture(m_contactSheet)) && (m_movie.isEmpty() || CheckMovie());
+}
+
+bool ExportCommand::CheckMovie() const {
+    if (!MovieWriter::SUFFIXES.contains(QFileInfo(m_movie).suffix(), Qt::CaseInsensitive)) {
+        return Refuse(QString("A movie is a .%1 file. Let \"%2\" end in one of these.")
+                          .arg(MovieWriter::SUFFIXES.join(", ."), m_movie));
+    }
+    if (MovieWriter::FindEncoder().isEmpty()) {
+        return Refuse(
+            "Movies are written by ffmpeg, which is not installed. Install it (the package ffmpeg, or "
+            "from ffmpeg.org) so that it is on the PATH, or write pictures with -file.");
+    }
+    return CheckFolder(m_movie);
 }
 
 // --- writing ----------------------------------------------------------------------------------------------
@@ -222,40 +223,35 @@ QImage ExportCommand::Compose(const LayerManager& layers, int frame) const {
 }
 
 bool ExportCommand::WriteAll(const LayerManager& layers) {
-    const ImageSequence sequence(m_pattern);
-    std::unique_ptr<ContactSheet> sheet;
-    if (!m_contactSheet.isEmpty()) {
-        const QString title = QString("%1, frames %2 to %3").arg(m_camera).arg(m_start).arg(m_end);
-        sheet.reset(new ContactSheet(m_end - m_start + 1, title));
+    FrameOutputs outputs;
+    if (!m_pattern.isEmpty()) {
+        outputs.AddPictures(m_pattern);
     }
-    PngWriter writer;
-    HeldFrames held(writer);
+    if (!m_contactSheet.isEmpty()) {
+        outputs.AddContactSheet(m_contactSheet, m_end - m_start + 1,
+                                QString("%1, frames %2 to %3").arg(m_camera).arg(m_start).arg(m_end));
+    }
+    if (!m_movie.isEmpty()) {
+        outputs.AddMovie(m_movie, SceneRate());
+    }
     MComputation computation;
     computation.beginComputation(true);
     computation.setProgressRange(m_start, m_end + 1);
     computation.setProgressStatus("Exporting frames");
-    bool going = true;
-    for (int frame = m_start; frame <= m_end && going; ++frame) {
-        const QImage image = Compose(layers, frame);
-        m_files.append(sequence.GetPath(frame));
-        going = held.Add(image, m_files.last());
-        if (sheet) {
-            sheet->Add(image, QString::number(frame));
-        }
+    int frame = m_start;
+    for (bool going = true; frame <= m_end && going; ++frame) {
+        going = outputs.Write(Compose(layers, frame), frame);
         computation.setProgress(frame + 1);
         going = going && !computation.isInterruptRequested();
     }
-    held.Flush();
-    if (sheet && going) {
-        m_files.append(m_contactSheet);
-        writer.Write(sheet->GetImage(), {m_contactSheet});
-    }
-    const QString fault = writer.Finish();
+    const bool all = frame > m_end;
+    const QString fault = outputs.Finish(all);
     computation.endComputation();
     if (!fault.isEmpty()) {
         return Refuse(fault);
     }
-    return going || Refuse(QString("Interrupted after %1 frames.").arg(m_files.size()));
+    m_files = outputs.Files();
+    return all || Refuse(QString("Interrupted after %1 frames.").arg(frame - m_start));
 }
 
 } // namespace vellix

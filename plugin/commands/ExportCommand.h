@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -10,18 +11,15 @@
 #include <QString>
 #include <QStringList>
 
-class MArgDatabase;
-class MArgList;
-
 namespace vellix {
 
 class LayerManager;
 
 /// "qmVellixExport": writes the drawing of a camera, composed at every frame of a range (the playback range
 /// unless one is given, both ends included), as numbered PNG files with transparency, or on an opaque
-/// background. Ghosts are left out unless asked for. On demand all frames are shown together on a contact
-/// sheet. Changes neither the current time nor the drawing, so there is nothing to undo. The result is the
-/// list of the files that were written.
+/// background, as a movie at the scene's rate, or as both. Ghosts are left out unless asked for. On demand
+/// all frames are shown together on a contact sheet. Changes neither the current time nor the drawing, so
+/// there is nothing to undo. The result is the list of the files that were written.
 class ExportCommand : public MPxCommand {
 public:
     /// More frames than this are taken for a slip in the range.
@@ -41,12 +39,14 @@ private:
     bool ReadBackground(const MArgDatabase& arguments);
     bool CheckRange() const;
     bool CheckFiles() const;
+    bool CheckMovie() const;
     bool WriteAll(const LayerManager& layers);
     QImage Compose(const LayerManager& layers, int frame) const;
 
     QString m_pattern;
     QString m_camera;
     QString m_contactSheet;
+    QString m_movie;
     int m_start = 0;
     int m_end = 0;
     bool m_ghosting = false;

@@ -5,6 +5,7 @@
 #include "commands/FrameMove.h"
 #include "commands/Retiming.h"
 
+#include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -15,8 +16,6 @@
 
 #include <memory>
 #include <vector>
-
-class MArgList;
 
 namespace vellix {
 

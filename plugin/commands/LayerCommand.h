@@ -2,6 +2,7 @@
 
 #include "commands/ActiveLayers.h"
 
+#include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -9,9 +10,6 @@
 
 #include <QList>
 #include <QString>
-
-class MArgDatabase;
-class MArgList;
 
 namespace vellix {
 

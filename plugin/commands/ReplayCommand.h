@@ -3,6 +3,7 @@
 #include "commands/ActiveLayers.h"
 #include "commands/StrokeCommit.h"
 
+#include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -12,8 +13,6 @@
 
 #include <memory>
 #include <vector>
-
-class MArgList;
 
 namespace vellix {
 

@@ -199,7 +199,7 @@ MStatus UtilCommand::Refuse() {
 
 bool UtilCommand::NeedWindow(const char* what) {
     if (!Settings::guiEnabled) {
-        Logger::Error(QStringLiteral("The %1 needs a window.").arg(QLatin1String(what)));
+        Logger::Error(QStringLiteral("The %1 needs a window.").arg(QString::fromLatin1(what)));
     }
     return Settings::guiEnabled;
 }
@@ -243,7 +243,6 @@ MStatus UtilCommand::SetOptions(ToolType tool) const {
     Settings::SetToolSize(tool, ToInt(m_values[0]));
     Settings::SetToolOpacity(tool, ToInt(m_values[1]));
     DialogManager::RefreshToolOptions();
-    DialogManager::RefreshToolboxOptions();
     return MS::kSuccess;
 }
 
@@ -370,7 +369,7 @@ MStatus UtilCommand::MoveToFloatingViewport() const {
 namespace {
 
 MStatus NotAvailable(const char* what) {
-    Logger::Error(QStringLiteral("The %1 is not available.").arg(QLatin1String(what)));
+    Logger::Error(QStringLiteral("The %1 is not available.").arg(QString::fromLatin1(what)));
     return MS::kFailure;
 }
 

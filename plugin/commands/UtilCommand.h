@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
@@ -7,8 +8,6 @@
 
 #include <QString>
 
-class MArgDatabase;
-class MArgList;
 class QColor;
 class QWidget;
 

@@ -171,12 +171,23 @@ QImage StrokePainter::FreehandGround(Frame* frame) const {
 }
 
 void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
-    if (m_stroke->freshSelection || !m_begun) {
-        LiftSelection(frame, changed);
+    const bool isFirst = m_stroke->freshSelection || !m_begun;
+    if (isFirst) {
+        m_pastes = m_stroke->pasted;
+    }
+    frame.GetImage(); // the key of an empty frame changes with its first unpacking
+    // Undo, or another frame, may have put another drawing below the stroke.
+    if (isFirst || m_ground != frame.GetPictureKey()) {
+        LiftSelection(frame, isFirst, changed);
+        m_ground = frame.GetPictureKey();
         m_begun = true;
     }
     QImage moved = Composite::TransparentImage();
-    if (!m_lifted.isNull()) {
+    QPoint leftTop;
+    const QImage region = DrawUtil::TransformLifted(*m_stroke, m_lifted, leftTop);
+    if (!region.isNull()) {
+        Composite::Replace(moved, region, leftTop);
+    } else if (!m_lifted.isNull()) {
         QPainter painter(&moved);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         DrawUtil::DrawTransform(painter, *m_stroke, m_lifted);
@@ -184,12 +195,13 @@ void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
     m_moved.Replace(moved, changed);
 }
 
-void StrokePainter::LiftSelection(Frame& frame, TileMask& changed) {
+void StrokePainter::LiftSelection(Frame& frame, bool isFirst, TileMask& changed) {
     QImage rest = frame.GetImage();
     const QImage region = rest.copy(m_stroke->selection);
-    if (m_stroke->pasted) {
+    if (isFirst && m_pastes) {
         m_lifted = m_copied;
-    } else {
+    }
+    if (!m_pastes) {
         m_lifted = m_stroke->liftedImageEmptied ? QImage() : region;
         if (m_stroke->liftedImageEmptied || !m_stroke->copyToClipboard) {
             QPainter painter(&rest);
@@ -197,7 +209,7 @@ void StrokePainter::LiftSelection(Frame& frame, TileMask& changed) {
             painter.fillRect(m_stroke->selection, Qt::transparent);
         }
     }
-    if (m_stroke->copyToClipboard) {
+    if (isFirst && m_stroke->copyToClipboard) {
         m_copied = region;
     }
     m_work.Replace(rest, changed);
@@ -217,6 +229,7 @@ void StrokePainter::Forget() {
     m_moved = Canvas();
     m_lifted = QImage();
     m_begun = false;
+    m_pastes = false;
     m_lastRasterised = 0;
 }
 

@@ -56,7 +56,7 @@ private:
     void PaintFreehand(Frame* frame, TileMask& changed);
     QImage FreehandGround(Frame* frame) const;
     void PaintTransform(Frame& frame, TileMask& changed);
-    void LiftSelection(Frame& frame, TileMask& changed);
+    void LiftSelection(Frame& frame, bool isFirst, TileMask& changed);
     bool SelectionIsUsable() const;
     void Forget();
 
@@ -65,7 +65,8 @@ private:
     Canvas m_work;  ///< the stroke so far; for the eraser and the transform tool the layer's new picture
     Canvas m_moved; ///< the lifted region where the transform puts it
     bool m_begun = false;
-    qint64 m_ground = 0;      ///< what a freehand stroke was begun on: a colour, or the picture to erase from
+    bool m_pastes = false;    ///< does the transform bring in what was copied, and lift nothing?
+    qint64 m_ground = 0;      ///< what the stroke was begun on: a colour, or the picture that it changes
     int m_lastRasterised = 0; ///< index of the last stroke point that is in the work image
     QImage m_lifted;          ///< the region lifted by the transform tool
     QImage m_copied;          ///< what was cut or copied, to be pasted

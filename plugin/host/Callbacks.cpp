@@ -72,6 +72,7 @@ MStatus AddCallbacks() {
         {"quitApplication", OnApplicationExit},
         {"Undo", OnUndoRedo},
         {"Redo", OnUndoRedo},
+        {"NewSceneOpened", OnSceneOpened},
     };
     MStatus result;
     for (const Handler& handler : handlers) {

@@ -181,7 +181,8 @@ QString MayaUtil::ParseScript(const QString& text) {
 }
 
 bool MayaUtil::SetContext(const MString& context) {
-    return ExecuteMel(MString("setToolTo ") + context, false, false);
+    // The tool that ends commits what it was about, and that is to be undoable.
+    return ExecuteMel(MString("setToolTo ") + context, false, true);
 }
 
 bool MayaUtil::ContextExists(const MString& context) {

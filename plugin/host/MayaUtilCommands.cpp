@@ -196,7 +196,8 @@ bool MayaUtil::PushStroke(const QString& camera, int layer, bool frameAdded) {
     if (frameAdded) {
         arguments << QStringLiteral("-fa");
     }
-    return Execute(Line(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)));
+    // Undoable on its own: another tool that is taken up, by a command that is not undoable, ends the stroke.
+    return ExecuteMel(Line(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)), false, true);
 }
 
 bool MayaUtil::Draw() {

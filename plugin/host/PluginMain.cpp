@@ -2,6 +2,7 @@
 
 #include "host/Callbacks.h"
 #include "host/MayaUtil.h"
+#include "host/PanelRegistration.h"
 #include "host/Registration.h"
 #include "host/Settings.h"
 
@@ -64,6 +65,9 @@ MStatus initializePlugin(MObject obj) {
     if (status) {
         AddCallbacks();
         AddScriptJobs();
+        if (Settings::guiEnabled) {
+            RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
+        }
     }
     return status;
 }

@@ -10,9 +10,15 @@
 #include "node/BaseNode.h"
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
+#include "tools/DrawContextCommand.h"
+#include "tools/TransformContextCommand.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
+// The version string that comes with this header may be in one file only, that of the entry points.
+#define MNoVersionString
+#define MNoPluginEntry
+#include <maya/MFnPlugin.h>
 #include <maya/MGlobal.h>
 
 #include <vector>
@@ -48,7 +54,10 @@ struct ContextCommandEntry {
 
 /// Every tool context command, in the order of registration.
 std::vector<ContextCommandEntry> GetContextCommands() {
-    return {};
+    return {
+        {DrawContextCommand::GetCommandName(), DrawContextCommand::Creator},
+        {TransformContextCommand::GetCommandName(), TransformContextCommand::Creator},
+    };
 }
 
 void ShowFailure(const char* what, const MString& name, const char* kind, const MStatus& status) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <maya/MFnPlugin.h>
+#include <maya/MApiNamespace.h>
 #include <maya/MStatus.h>
 
 namespace vellix {

@@ -121,7 +121,7 @@ int Settings::brushHardness = 100;
 int Settings::eraserHardness = 100;
 bool Settings::eraserTabletEnabled = false;
 bool Settings::excludeAsLocator = false;
-float Settings::tabletPressure = 1.0f;
+std::atomic<float> Settings::tabletPressure(1.0f);
 bool Settings::tabletEraserEnabled = false;
 bool Settings::guiEnabled = false;
 

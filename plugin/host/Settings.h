@@ -6,14 +6,15 @@
 #include <QColor>
 #include <QString>
 
+#include <atomic>
+
 namespace vellix {
 
 enum class ToolType : qint32;
 
 /// The user's preferences, and the names and limits that the whole plug-in shares. Static members only:
-/// everyone reads and writes them directly, on the host's main thread (the input thread reads tool values
-/// without a lock). ReadUserConfig and WriteUserConfig move the persisted ones between memory and the INI
-/// file.
+/// everyone reads and writes them directly, on the host's main thread. ReadUserConfig and WriteUserConfig
+/// move the persisted ones between memory and the INI file.
 class Settings {
 public:
     static const QString CONFIG_FILE_NAME;
@@ -124,8 +125,9 @@ public:
     static int brushHardness;
     static int eraserHardness;
     static bool eraserTabletEnabled;
-    static bool excludeAsLocator;    ///< the node stays visible when locators are hidden in a view
-    static float tabletPressure;     ///< the last sample, 0..1
+    static bool excludeAsLocator; ///< the node stays visible when locators are hidden in a view
+    /// The last sample, 0..1. The input thread reads it while the main thread writes.
+    static std::atomic<float> tabletPressure;
     static bool tabletEraserEnabled; ///< while the pen's eraser end is in use
     static bool guiEnabled;          ///< the host runs with a user interface
 

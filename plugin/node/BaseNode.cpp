@@ -34,7 +34,7 @@ MObject BaseNode::s_layerData;
 MObject BaseNode::s_opacity;
 std::unique_ptr<TimelineOverlay> BaseNode::s_timelineOverlay;
 bool BaseNode::s_drawContextActive = false;
-TransformContext* BaseNode::s_transformContext = nullptr;
+LegacyOutline* BaseNode::s_transformContext = nullptr;
 
 namespace {
 
@@ -366,11 +366,11 @@ void BaseNode::SetDrawContextActive(bool active) {
     }
 }
 
-void BaseNode::SetActiveTransformContext(TransformContext* context) {
+void BaseNode::SetActiveTransformContext(LegacyOutline* context) {
     s_transformContext = context;
 }
 
-TransformContext* BaseNode::GetActiveTransformContext() {
+LegacyOutline* BaseNode::GetActiveTransformContext() {
     return s_transformContext;
 }
 
@@ -439,7 +439,17 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     if (layers->LayerCount(camera) == 0 && !AddMissingLayer(*layers, camera, layerIndex)) {
         return false;
     }
-    const Layer* active = layers->GetActiveLayer(camera);
+    if (!MayChangeActiveLayer(camera)) {
+        return false;
+    }
+    if (!layers->FrameExists(camera) && !AddMissingFrame(*layers, camera, frameAdded)) {
+        return false;
+    }
+    return layers->CanDraw(camera);
+}
+
+bool BaseNode::MayChangeActiveLayer(const QString& camera) const {
+    const Layer* active = GetActiveLayer(camera);
     if (active == nullptr) {
         Logger::Error("An active layer does not exist.");
         return false;
@@ -452,10 +462,7 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
         Logger::Error("Active layer is locked.");
         return false;
     }
-    if (!layers->FrameExists(camera) && !AddMissingFrame(*layers, camera, frameAdded)) {
-        return false;
-    }
-    return layers->CanDraw(camera);
+    return true;
 }
 
 bool BaseNode::AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex) {

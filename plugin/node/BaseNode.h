@@ -26,8 +26,8 @@ namespace vellix {
 class Frame;
 class Layer;
 class LayerManager;
+class LegacyOutline;
 class TimelineOverlay;
-class TransformContext;
 struct Stroke;
 enum class LayerState : qint32;
 
@@ -160,6 +160,8 @@ public:
     void UpdateOverlayPan(const MDagPath& cameraPath, const MHWRender::MFrameContext& frameContext);
     /// The image pixel at a point of the view.
     QPoint ScreenCoordsToTexCoords(const QPoint& point) const;
+    /// The point of the view at the left top of an image pixel.
+    MPoint TexCoordsToScreenCoords(const QPoint& pixel) const;
     /// View pixels to an image pixel.
     float TextureToScreenScale() const;
     MPoint GetOverlayCenter() const;
@@ -176,8 +178,9 @@ public:
 
     // Tools and the marks over the time slider.
     static void SetDrawContextActive(bool active);
-    static void SetActiveTransformContext(TransformContext* context);
-    static TransformContext* GetActiveTransformContext();
+    /// The transform tool while it is in use, for its outline in the legacy viewport; borrowed, or null.
+    static void SetActiveTransformContext(LegacyOutline* context);
+    static LegacyOutline* GetActiveTransformContext();
     static bool TimeControlOverlayIsVisible(const BaseNode* node);
     static void UpdateTimeControlOverlay();
 
@@ -187,6 +190,9 @@ public:
     /// May the user draw now? Creates the layer and the frame that are missing where the settings allow it,
     /// telling so in `layerIndex` (left as it is otherwise) and `frameAdded`; a refusal is logged.
     bool PrepareForDraw(const QString& camera, int& layerIndex, bool& frameAdded);
+
+    /// May the drawing of the camera's active layer be changed? A refusal is logged.
+    bool MayChangeActiveLayer(const QString& camera) const;
 
     /// Makes a node's attribute not keyable, locked and hidden in the channel box. A missing one is ignored.
     static void LockAndHideAttribute(const MObject& node, const MString& attribute);
@@ -205,7 +211,7 @@ private:
     static MObject s_opacity;
     static std::unique_ptr<TimelineOverlay> s_timelineOverlay;
     static bool s_drawContextActive;
-    static TransformContext* s_transformContext;
+    static LegacyOutline* s_transformContext;
 
     std::vector<std::unique_ptr<Frame>> m_clipboard;
     OverlayGeometry m_overlay;
@@ -214,6 +220,8 @@ private:
     std::array<QPoint, 4> m_outline;
     /// OpenGL's name of the texture in the legacy viewport; 0 for none.
     unsigned int m_legacyTexture = 0;
+    /// Of the image that is in the texture.
+    qint64 m_legacyTextureKey = 0;
 };
 
 } // namespace vellix

@@ -4,6 +4,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/LegacyOutline.h"
 
 #include <maya/M3dView.h>
 #include <maya/MCommonRenderSettingsData.h>
@@ -92,6 +93,10 @@ QPoint BaseNode::ScreenCoordsToTexCoords(const QPoint& point) const {
     return m_overlay.ToImage(point);
 }
 
+MPoint BaseNode::TexCoordsToScreenCoords(const QPoint& pixel) const {
+    return m_overlay.ToView(pixel);
+}
+
 float BaseNode::TextureToScreenScale() const {
     return m_overlay.Scale();
 }
@@ -136,12 +141,19 @@ void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dVi
     // Contexts come and go with their views, and take their textures along.
     if (m_legacyTexture == 0 || glIsTexture(m_legacyTexture) == GL_FALSE) {
         InitializeLegacyViewport();
+        m_legacyTextureKey = 0;
     }
     glBindTexture(GL_TEXTURE_2D, m_legacyTexture);
-    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image->width(), image->height(), GL_RGBA, GL_UNSIGNED_BYTE,
-                    image->constBits());
+    if (m_legacyTextureKey != image->cacheKey()) {
+        m_legacyTextureKey = image->cacheKey();
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image->width(), image->height(), GL_RGBA, GL_UNSIGNED_BYTE,
+                        image->constBits());
+    }
     glColor4f(1.0f, 1.0f, 1.0f, GetOpacity());
     DrawLegacyQuad();
+    if (s_transformContext != nullptr && IsMaster()) {
+        s_transformContext->OnViewDrawn(view);
+    }
     LegacyOpenGlEnd(view);
 }
 

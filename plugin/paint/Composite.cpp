@@ -135,6 +135,19 @@ QImage TransparentImage() {
     return image;
 }
 
+void Replace(QImage& target, const QImage& part, const QPoint& at) {
+    const QRect place = QRect(at, part.size()).intersected(target.rect());
+    if (!IsLayerImage(target) || place.isEmpty()) {
+        return;
+    }
+    const QImage visible = part.copy(place.translated(-at)).convertToFormat(QImage::Format_RGBA8888);
+    constexpr int pixelSize = 4;
+    for (int row = 0; row < visible.height(); ++row) {
+        std::memcpy(target.scanLine(place.top() + row) + std::ptrdiff_t(place.left()) * pixelSize,
+                    visible.constScanLine(row), size_t(visible.width()) * pixelSize);
+    }
+}
+
 int OpacityByte(double opacity) {
     return (int(qBound(0.0, opacity, 1.0) * 256.0) * 255) >> 8;
 }

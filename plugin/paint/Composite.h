@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <QPoint>
 #include <QtGlobal>
 
 namespace vellix {
@@ -22,6 +23,10 @@ bool IsLayerImage(const QImage& image);
 QImage ToLayerImage(const QImage& image);
 /// A fully transparent layer image; null when memory is short.
 QImage TransparentImage();
+
+/// Replaces pixels of a layer image by those of another image, whose left top one goes to `at`, as far as
+/// they lie inside. Alpha is straight, and every pixel arrives as it was.
+void Replace(QImage& target, const QImage& part, const QPoint& at);
 
 /// The opacity of a picture, from 0..1 as QPainter takes it.
 int OpacityByte(double opacity);

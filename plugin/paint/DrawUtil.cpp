@@ -51,12 +51,23 @@ int CentredStart(int first, int last, int extent, int offset) {
     return int(std::min(std::max(start, -FAR), FAR));
 }
 
-void DrawEnlarged(QPainter& painter, const Stroke& stroke, const QImage& lifted, const QTransform& matrix) {
+bool IsFinite(const Stroke& stroke) {
+    return std::isfinite(stroke.rotation) && std::isfinite(stroke.scaleX) && std::isfinite(stroke.scaleY);
+}
+
+QTransform MatrixOf(const Stroke& stroke) {
+    QTransform matrix;
+    matrix.rotate(double(stroke.rotation));
+    matrix.scale(stroke.scaleX, stroke.scaleY);
+    return matrix;
+}
+
+void DrawEnlarged(QPainter& painter, const Stroke& stroke, const QImage& lifted) {
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.translate(CentredStart(stroke.selection.left(), stroke.selection.right(), 0, stroke.offsetX),
                       CentredStart(stroke.selection.top(), stroke.selection.bottom(), 0, stroke.offsetY));
-    painter.setTransform(matrix, true);
+    painter.setTransform(MatrixOf(stroke), true);
     painter.drawImage(QPointF(-0.5 * lifted.width(), -0.5 * lifted.height()), lifted);
     painter.restore();
 }
@@ -165,30 +176,34 @@ void DrawUtil::DrawTextString(QPainter& painter, const QList<StrokePoint>& point
 }
 
 void DrawUtil::DrawTransform(QPainter& painter, const Stroke& stroke, const QImage& lifted) {
+    QPoint leftTop;
+    const QImage transformed = TransformLifted(stroke, lifted, leftTop);
+    if (!transformed.isNull()) {
+        painter.drawImage(leftTop, transformed);
+    } else if (!lifted.isNull() && IsFinite(stroke)) {
+        DrawEnlarged(painter, stroke, lifted);
+    }
+}
+
+QImage DrawUtil::TransformLifted(const Stroke& stroke, const QImage& lifted, QPoint& leftTop) {
+    const QRect& selection = stroke.selection;
     if (stroke.pasted) {
-        painter.drawImage(
-            QPoint(CentredStart(stroke.selection.left(), stroke.selection.left(), 0, stroke.offsetX),
-                   CentredStart(stroke.selection.top(), stroke.selection.top(), 0, stroke.offsetY)),
-            lifted);
-        return;
+        leftTop = QPoint(CentredStart(selection.left(), selection.left(), 0, stroke.offsetX),
+                         CentredStart(selection.top(), selection.top(), 0, stroke.offsetY));
+        return lifted;
     }
-    if (!std::isfinite(stroke.rotation) || !std::isfinite(stroke.scaleX) || !std::isfinite(stroke.scaleY)) {
-        return;
+    if (!IsFinite(stroke)) {
+        return QImage();
     }
-    QTransform matrix;
-    matrix.rotate(double(stroke.rotation));
-    matrix.scale(stroke.scaleX, stroke.scaleY);
+    const QTransform matrix = MatrixOf(stroke);
     const QRectF extent = matrix.mapRect(QRectF(lifted.rect()));
     if (extent.width() > MAX_TRANSFORMED_SIDE || extent.height() > MAX_TRANSFORMED_SIDE) {
-        DrawEnlarged(painter, stroke, lifted, matrix);
-        return;
+        return QImage();
     }
     const QImage transformed = lifted.transformed(matrix, Qt::SmoothTransformation);
-    painter.drawImage(QPoint(CentredStart(stroke.selection.left(), stroke.selection.right(),
-                                          transformed.width(), stroke.offsetX),
-                             CentredStart(stroke.selection.top(), stroke.selection.bottom(),
-                                          transformed.height(), stroke.offsetY)),
-                      transformed);
+    leftTop = QPoint(CentredStart(selection.left(), selection.right(), transformed.width(), stroke.offsetX),
+                     CentredStart(selection.top(), selection.bottom(), transformed.height(), stroke.offsetY));
+    return transformed;
 }
 
 QPoint DrawUtil::GetArrowHeadPoint(const QPoint& p0, const QPoint& p1, float angle) {

@@ -52,6 +52,9 @@ public:
     /// Draws the lifted region moved, rotated and scaled as the stroke says, or untransformed for a pasted
     /// one.
     static void DrawTransform(QPainter& painter, const Stroke& stroke, const QImage& lifted);
+    /// What DrawTransform() draws, and where its left top pixel goes. Null when there is nothing to draw, or
+    /// when the transformed region is too large for an image.
+    static QImage TransformLifted(const Stroke& stroke, const QImage& lifted, QPoint& leftTop);
 
     /// End of one head line of an arrow from p0 to p1, `angle` radians off the shaft. Heads are 40 pixels
     /// long, and shorter in proportion on shafts below 200 pixels; p1 itself when the shaft has no length.

@@ -8,6 +8,7 @@
 
 #include <maya/MQtUtil.h>
 
+#include <QDialog>
 #include <QPointer>
 #include <QRect>
 #include <QWidget>
@@ -29,6 +30,7 @@ struct Registry {
     std::map<DialogManager::Panel, PanelEntry> panels;
     std::map<DialogManager::Dialog, DialogManager::DialogRunner> dialogs;
     DialogManager::LayerPropertiesRunner showLayerProperties;
+    QList<QPointer<QDialog>> openDialogs;
 };
 
 Registry& GetRegistry() {
@@ -67,7 +69,10 @@ bool RunDialog(DialogManager::Dialog dialog) {
     return static_cast<bool>(run);
 }
 
-void DestroyPanels() {
+void DestroyWindows() {
+    for (const QPointer<QDialog>& dialog : GetRegistry().openDialogs) {
+        delete dialog.data();
+    }
     for (auto& panel : GetRegistry().panels) {
         if (QWidget* window = panel.second.window) {
             window->close();
@@ -136,6 +141,17 @@ void DialogManager::ResetPanels() {
     }
 }
 
+void DialogManager::OpenModal(std::unique_ptr<QDialog> dialog) {
+    GetRegistry().openDialogs.removeAll(nullptr);
+    GetRegistry().openDialogs.append(dialog.get());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setModal(true);
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+    dialog.release(); // NOLINT(bugprone-unused-return-value): from here on it goes when it closes
+}
+
 bool DialogManager::ShowNewLayerDialog() {
     return RunDialog(Dialog::NewLayer);
 }
@@ -193,6 +209,7 @@ void DialogManager::RefreshToolOptions() {
     if (ToolOptionsPanel* panel = FindMade<ToolOptionsPanel>(Panel::ToolOptions)) {
         panel->Refresh();
     }
+    RefreshToolboxOptions();
 }
 
 QColor DialogManager::GetToolboxColor() {
@@ -207,7 +224,7 @@ std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* t
 }
 
 void DialogManager::Shutdown() {
-    DestroyPanels();
+    DestroyWindows();
     GetRegistry() = Registry();
 }
 

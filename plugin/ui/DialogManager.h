@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+class QDialog;
 class QWidget;
 
 namespace vellix {
@@ -20,7 +21,7 @@ class DialogManager {
 public:
     /// Panels are floating windows, one of each, made when they are first asked for and kept.
     enum class Panel { Toolbox, ToolOptions, LayerManager, Retiming, ColorPalette };
-    /// Dialogs are made each time, run and go.
+    /// Dialogs are made each time, shown and go.
     enum class Dialog { NewLayer, Ghosting, Preferences, About };
 
     /// Makes the panel, a window over the given one. A layer manager also is a LayerManagerPanel, a toolbox a
@@ -47,7 +48,12 @@ public:
     /// in the size that they ask for.
     static void ResetPanels();
 
-    // Each runs over the host's main window and returns when it closes; false when nothing shows it.
+    /// Shows the dialog, which keeps its user from everything else until it closes and goes then; returns at
+    /// once. What it executes on closing so stands by itself, undone by itself, and is not part of the
+    /// command that opened the dialog.
+    static void OpenModal(std::unique_ptr<QDialog> dialog);
+
+    // Each shows its dialog over the host's main window; false when nothing shows it.
     static bool ShowNewLayerDialog();
     static bool ShowGhostingDialog();
     static bool ShowPreferencesDialog();
@@ -63,6 +69,7 @@ public:
                                        int activeIndex);
     static void RefreshToolbox();
     static void RefreshToolboxOptions();
+    /// Those in the toolbox too.
     static void RefreshToolOptions();
     /// The colour of the toolbox's control; invalid while there is no toolbox.
     static QColor GetToolboxColor();
@@ -70,7 +77,8 @@ public:
     /// The marks over the given time slider, hidden.
     static std::unique_ptr<TimelineOverlay> CreateTimelineOverlay(QWidget* timeSlider);
 
-    /// Closes every panel, which then notes where it was, and forgets all that was registered.
+    /// Closes every panel, which then notes where it was, drops open dialogs, and forgets all that was
+    /// registered.
     static void Shutdown();
 };
 

@@ -58,6 +58,9 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
         {{"-nonsense"}, 1, "", "nonsense"},
         {{"-script"}, 1, "", "usage: lightbox"},
         {{"a.ma", "b.ma"}, 1, "", "More than one scene"},
+        {{"-file", ""}, 1, "", "-file needs a path."},
+        {{"-demo", "/proc/nowhere"}, 1, "", "cannot be written to. Name another one with -demo."},
+        {{"--version"}, 0, "lightbox 2.5.4\n", ""},
         {{"-noAutoloadPlugins", "-command", "print `pluginInfo -q -listPlugins`"}, 0, "", ""},
         {{"-command", "print `pluginInfo -q -listPlugins`"}, 0, "vellix2\n", ""},
     };
@@ -71,7 +74,10 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
             EXPECT_EQ(result.errors.toStdString(), "") << line;
         }
     }
-    EXPECT_TRUE(lightbox.Run({"-help"}).output.startsWith("usage: lightbox"));
+    for (const char* help : {"-help", "--help", "-h"}) {
+        EXPECT_TRUE(lightbox.Run({help}).output.startsWith("usage: lightbox")) << help;
+    }
+    EXPECT_TRUE(lightbox.Read("preferences/lightbox.log").contains("// Error: file: bad.mel line 3.3"));
 }
 
 TEST(ProgramJourney, WithoutADisplayItSaysSo) {

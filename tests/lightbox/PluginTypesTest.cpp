@@ -161,7 +161,7 @@ TEST_F(PluginTypesTest, RegistrationRefusesWhatIsTaken) {
 
     Plugin stranger;
     stranger.name = "stranger";
-    const MObject handle = PluginHandle::MakeObject(stranger);
+    MObject handle = PluginHandle::MakeObject(stranger);
     MFnPlugin other(handle);
     EXPECT_TRUE(other.deregisterNode(MTypeId(0x10002)).error());
     EXPECT_TRUE(other.deregisterData(MTypeId(0x10001)).error());

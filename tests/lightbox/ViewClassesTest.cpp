@@ -97,7 +97,7 @@ TEST_F(ViewClassesTest, XorDrawingShowsInTheLegacyViewportOnly) {
     for (const bool isViewport2 : {false, true}) {
         view.isViewport2 = isViewport2;
         view.presentations = 0;
-        ASSERT_TRUE(drawn.beginXorDrawing(false, true, 1.0f, M3dView::kStippleDashed));
+        ASSERT_TRUE(drawn.beginXorDrawing(true, true, 1.0f, M3dView::kStippleDashed));
         EXPECT_EQ(view.openGl, 1);
         ASSERT_TRUE(drawn.endXorDrawing());
         EXPECT_EQ(view.openGl, 0);

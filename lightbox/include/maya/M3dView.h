@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/MColor.h>
 #include <maya/MStatus.h>
 
 class QWidget;
@@ -29,7 +30,7 @@ public:
         kViewport2Renderer,
         kExternalRenderer
     };
-    enum LineStippleStyle { kStippleNone = 0, kStippleDashed };
+    enum LineStipplePattern { kStippleNone = 0, kStippleDashed };
 
     M3dView() = default;
 
@@ -65,9 +66,11 @@ public:
     MStatus beginGL();
     MStatus endGL();
     /// Between these, what is drawn with OpenGL, in view pixels, inverts what is there: drawn twice it is
-    /// gone. Lines are stippled on demand. In Viewport 2.0 nothing of it is seen.
-    MStatus beginXorDrawing(bool drawOverlay = true, bool enableLineStipple = false, float lineWidth = 1.0f,
-                            LineStippleStyle stippleStyle = kStippleNone);
+    /// gone. Lines are stippled on demand. In Viewport 2.0 nothing of it is seen. Without `drawOrthographic`
+    /// the unit stays that of the scene, as the camera sees it.
+    MStatus beginXorDrawing(bool drawOrthographic = true, bool disableDepthTesting = true,
+                            float lineWidth = 1.0f, LineStipplePattern stipplePattern = kStippleNone,
+                            const MColor& lineColor = MColor(1, 1, 1));
     MStatus endXorDrawing();
     /// The colour of OpenGL calls.
     MStatus setDrawColor(const MColor& color);

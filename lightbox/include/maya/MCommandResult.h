@@ -40,7 +40,7 @@ public:
     MCommandResult& operator=(const MCommandResult& other);
     ~MCommandResult();
 
-    Type resultType() const;
+    Type resultType(MStatus* ReturnStatus = nullptr) const;
     MStatus getResult(int& result) const;
     MStatus getResult(MIntArray& result) const;
     MStatus getResult(double& result) const;

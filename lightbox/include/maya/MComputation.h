@@ -14,7 +14,7 @@ public:
     MComputation& operator=(const MComputation&) = delete;
 
     void beginComputation(bool showProgressBar = false, bool isInterruptable = true,
-                          bool useWaitCursor = false);
+                          bool useWaitCursor = true);
     bool isInterruptRequested();
     void endComputation();
 

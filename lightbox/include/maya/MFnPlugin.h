@@ -28,7 +28,7 @@ extern "C" PLUGIN_EXPORT MStatus uninitializePlugin(MObject obj);
 class MFnPlugin : public MFnBase {
 public:
     MFnPlugin();
-    explicit MFnPlugin(const MObject& object, const char* vendor = "Unknown", const char* version = "Unknown",
+    explicit MFnPlugin(MObject& object, const char* vendor = "Unknown", const char* version = "Unknown",
                        const char* requiredApiVersion = "Any", MStatus* ReturnStatus = nullptr);
     MFn::Type type() const override;
 

@@ -14,7 +14,7 @@ public:
     static MString mayaVersion();
     static int apiVersion();
 
-    static void displayInfo(const MString& theMessage, bool showLineNumber = false);
+    static void displayInfo(const MString& theMessage);
     static void displayWarning(const MString& theWarning, bool showLineNumber = false);
     static void displayError(const MString& theError, bool showLineNumber = false);
 

@@ -13,9 +13,9 @@ public:
 
     MStatus reset(MFn::Type filter = MFn::kInvalid);
     MStatus next();
-    bool isDone(MStatus* ReturnStatus = nullptr);
-    MObject thisNode(MStatus* ReturnStatus = nullptr);
-    MObject item(MStatus* ReturnStatus = nullptr);
+    bool isDone(MStatus* ReturnStatus = nullptr) const;
+    MObject thisNode(MStatus* ReturnStatus = nullptr) const;
+    MObject item(MStatus* ReturnStatus = nullptr) const;
 
 private:
     std::vector<MObject> nodes_;

@@ -27,7 +27,7 @@ public:
     MString commandString() const;
     void setCommandString(const MString& text);
 
-    static void displayInfo(const MString& theMessage, bool showLineNumber = false);
+    static void displayInfo(const MString& theInfo);
     static void displayWarning(const MString& theWarning, bool showLineNumber = false);
     static void displayError(const MString& theError, bool showLineNumber = false);
 

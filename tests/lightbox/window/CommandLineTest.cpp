@@ -1,7 +1,6 @@
 // The command line, the help line, the script editor and the pictures that scripts take.
 
 #include "ControlsFixture.h"
-
 #include "window/CodeEdit.h"
 #include "window/CommandLineBar.h"
 #include "window/ScriptEditor.h"
@@ -22,7 +21,9 @@ protected:
         QTest::keyClicks(&Line().Input(), text);
         QTest::keyClick(&Line().Input(), Qt::Key_Return);
     }
-    QColor Background() { return Line().ResultLine().palette().color(QPalette::Base); }
+    QColor Background() {
+        return Line().ResultLine().grab().toImage().pixelColor(Line().ResultLine().width() - 6, 6);
+    }
 };
 
 TEST_F(CommandLineTest, ShowsResultsAndColoursErrors) {
@@ -101,7 +102,8 @@ TEST_F(CommandLineTest, MelIsHighlighted) {
 TEST_F(CommandLineTest, PicturesShowWhatTheUserSees) {
     Show();
     const std::string file = prefs_.filePath("window.png").toStdString();
-    Run("window -title \"Over\" -widthHeight 200 100 over; columnLayout -bgc 1 0 0 -w 200 -h 100; showWindow over");
+    Run("window -title \"Over\" -widthHeight 200 100 over; columnLayout -bgc 1 0 0 -w 200 -h 100; showWindow "
+        "over");
     QWidget* const over = Controls().FindWidget("over");
     over->move(Window().pos() + QPoint(300, 300));
     Settle();
@@ -114,8 +116,8 @@ TEST_F(CommandLineTest, PicturesShowWhatTheUserSees) {
     const QPoint centre = View().mapTo(&Window(), QPoint(20, 20));
     EXPECT_GT(picture.pixelColor(centre).value(), 20);
     EXPECT_EQ(Shown("lightboxWidget -query -geometry over"),
-              std::to_string(over->mapToGlobal({0, 0}).x()) + " " + std::to_string(over->mapToGlobal({0, 0}).y()) +
-                  " 200 100");
+              std::to_string(over->mapToGlobal({0, 0}).x()) + " " +
+                  std::to_string(over->mapToGlobal({0, 0}).y()) + " 200 100");
     EXPECT_NE(ErrorOf("lightboxGrab -file \"/nowhere/x.png\""), "none");
     EXPECT_NE(ErrorOf("lightboxGrab -file \"" + file + "\" -widget nobody"), "none");
 }

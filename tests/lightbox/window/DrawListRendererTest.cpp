@@ -61,15 +61,14 @@ protected:
         item.halfWidth = item.halfHeight = side / 2.0;
         return item;
     }
-    /// The largest difference in a channel between the framebuffer and the picture over the background with its
-    /// upper left corner at a pixel.
+    /// The largest difference in a channel between the framebuffer and the picture over the background with
+    /// its upper left corner at a pixel.
     static int Difference(const QImage& drawn, const QImage& picture, const QPoint& corner, double opacity) {
         int largest = 0;
         for (int y = 0; y < drawn.height(); ++y) {
             for (int x = 0; x < drawn.width(); ++x) {
                 const QPoint at = QPoint(x, y) - corner;
-                const QColor over =
-                    picture.rect().contains(at) ? picture.pixelColor(at) : QColor(0, 0, 0, 0);
+                const QColor over = picture.rect().contains(at) ? picture.pixelColor(at) : QColor(0, 0, 0, 0);
                 const double alpha = over.alphaF() * opacity;
                 const QColor now = drawn.pixelColor(x, y);
                 const auto channel = [&](int source, int back, int result) {
@@ -146,13 +145,25 @@ TEST_F(DrawListRendererTest, ATextureIsUploadedAgainOnlyWhenItsRevisionRose) {
     EXPECT_EQ(renderer_->UploadCount(), 1u);
     texture->image.fill(QColor(255, 0, 0));
     EXPECT_NE(Draw(list, {80, 80}).pixelColor(40, 40), QColor(255, 0, 0));
-    ++texture->revision;
+    texture->Changed(texture->image.rect());
     EXPECT_EQ(Draw(list, {80, 80}).pixelColor(40, 40), QColor(255, 0, 0));
     EXPECT_EQ(renderer_->UploadCount(), 2u);
+    // Of two changes that were not drawn in between, both are seen, and nothing of what was not told.
+    texture->image.fill(QColor(0, 255, 0));
+    texture->Changed({10, 10, 4, 2});
+    texture->Changed({20, 12, 4, 2});
+    const QImage parts = Draw(list, {80, 80});
+    EXPECT_EQ(parts.pixelColor(24 + 10, 24 + 10), QColor(0, 255, 0));
+    EXPECT_EQ(parts.pixelColor(24 + 23, 24 + 13), QColor(0, 255, 0));
+    EXPECT_EQ(parts.pixelColor(24 + 10, 24 + 20), QColor(255, 0, 0));
+    for (int i = 0; i < 40; ++i) {
+        texture->Changed({0, 0, 1, 1});
+    }
+    EXPECT_EQ(Draw(list, {80, 80}).pixelColor(40, 40), QColor(0, 255, 0)) << "too many to be told apart";
     // A texture that changes its size is a new one on the card.
     texture->image = QImage(16, 16, QImage::Format_RGBA8888);
     texture->image.fill(QColor(0, 0, 255));
-    ++texture->revision;
+    texture->Changed(texture->image.rect());
     EXPECT_EQ(Draw(list, {80, 80}).pixelColor(40, 40), QColor(0, 0, 255));
 }
 

@@ -92,7 +92,8 @@ protected:
         const CommandRegistry& registry = Host().interpreter().Commands();
         for (const std::string& name : registry.Names()) {
             const auto command = registry.Find(name);
-            if (command->IsPlugin()) {
+            // The commands that make the tools have the flags of the host, which documents them.
+            if (command->IsPlugin() && name != "qmVxDrawCtx" && name != "qmVxTransformCtx") {
                 commands[name] = command;
             }
         }

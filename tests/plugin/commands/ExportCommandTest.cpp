@@ -1,5 +1,6 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "paint/MovieWriter.h"
 #include "plugin/commands/CommandFixture.h"
 
 #include <QDir>
@@ -89,6 +90,7 @@ TEST_F(ExportCommandTest, SaysWhatToDo) {
         const char* message;
     } cases[] = {
         {"qmVellixExport -camera persp", "No file. Name the frames with -file"},
+        {"qmVellixExport -camera persp -movie \"f.gif\"", "A movie is a .mp4, .mov, .mkv, .avi, .webm file."},
         {Line("f.png"), "would be written by every frame. Put a run of #"},
         {Line("f.#.jpg"), "end in .png"},
         {Line("f.#.png", "-startTime 5 -endTime 4"), "There are no frames from 5 to 4."},
@@ -111,6 +113,105 @@ TEST_F(ExportCommandTest, SaysWhatToDo) {
     EXPECT_TRUE(Refused(Line("f.#.png")).value(0).contains("f.3.png\" cannot be written"));
     Mel("file -f -new");
     EXPECT_EQ(Refused(Line("f.#.png")).value(0), "There is no drawing in the scene.");
+}
+
+/// A folder with a stand-in for ffmpeg that is all of the PATH.
+class MovieTest : public ExportCommandTest {
+protected:
+    void SetUp() override {
+        ExportCommandTest::SetUp();
+        m_path = qgetenv("PATH");
+    }
+    void TearDown() override {
+        qputenv("PATH", m_path);
+        ExportCommandTest::TearDown();
+    }
+
+    /// Installs a shell script as the only ffmpeg. It is given what the real one is.
+    void InstallEncoder(const QByteArray& script) {
+        QDir(m_folder.path()).mkdir("bin");
+        const QString file = WriteFile("bin/ffmpeg", "#!/bin/sh\nPATH=" + m_path + "\n" + script);
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("PATH", Path("bin").toLocal8Bit());
+    }
+    QString Movie(const QString& more = QString()) const {
+        return QString("qmVellixExport -camera persp -movie \"%1\" %2").arg(Path("out/walk.mp4"), more);
+    }
+    QStringList Written() const { return QDir(Path("out")).entryList(QDir::Files | QDir::Hidden); }
+
+    QByteArray m_path;
+};
+
+TEST_F(MovieTest, GivesTheEncoderEveryFrameAtTheScenesRate) {
+    // The last argument is the file to write: here the arguments, and the bytes of the pictures.
+    InstallEncoder("for file; do :; done\n{ echo \"$@\"; cat; } >\"$file\"\n");
+    const struct {
+        const char* unit;
+        const char* rate;
+    } cases[] = {
+        {"film", " -framerate 24 "}, {"ntscf", " -framerate 60 "}, {"23.976fps", " -framerate 24000/1001 "}};
+    for (const auto& c : cases) {
+        Mel(QString("currentUnit -time \"%1\" -updateAnimation false").arg(c.unit));
+        const auto files = Mel(Movie("-startTime 1 -endTime 3")).Strings();
+        EXPECT_EQ(files, std::vector<std::string>{Path("out/walk.mp4").toStdString()});
+        QFile file(Path("out/walk.mp4"));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray arguments = file.readLine();
+        EXPECT_TRUE(arguments.contains(c.rate)) << arguments.toStdString();
+        EXPECT_TRUE(arguments.contains(" -pix_fmt rgba -s 1024x1024 ")) << arguments.toStdString();
+        const QByteArray pixels = file.readAll();
+        ASSERT_EQ(pixels.size(), 3 * 1024 * 1024 * 4);
+        const auto pixel = [&](int frame, int x, int y) {
+            return pixels.mid(((frame * 1024 + y) * 1024 + x) * 4, 4).toHex();
+        };
+        EXPECT_EQ(pixel(0, 10, 10), "ffffffff") << "white paper";
+        EXPECT_EQ(Written(), QStringList("walk.mp4")) << "replaced, and nothing beside it";
+        if (c.unit == std::string("film")) {
+            EXPECT_EQ(pixel(1, 125, 125), "000032ff") << "the key is held";
+            EXPECT_EQ(pixel(2, 325, 125), "000096ff");
+        }
+    }
+}
+
+TEST_F(MovieTest, AFailedMovieLeavesWhatWasThere) {
+    QDir(m_folder.path()).mkdir("out");
+    WriteFile("out/walk.mp4", "the old one");
+    const struct {
+        const char* script;
+        const char* message;
+    } cases[] = {
+        {"cat >/dev/null; echo 'no such codec' >&2; exit 1", "was not written. ffmpeg says: no such codec"},
+        {"echo 'at once' >&2; exit 3", "ffmpeg says: at once"},
+        {"kill -9 $$", "was not written."},
+        {"cat >/dev/null", "was not written."},
+    };
+    for (const auto& c : cases) {
+        InstallEncoder(c.script);
+        const QString message = Refused(Movie("-startTime 1 -endTime 40")).value(0);
+        EXPECT_TRUE(message.contains(c.message)) << c.script << ": " << message.toStdString();
+        EXPECT_EQ(Written(), QStringList("walk.mp4"));
+    }
+    EXPECT_EQ(QFileInfo(Path("out/walk.mp4")).size(), 11);
+}
+
+TEST_F(MovieTest, WithoutTheEncoderItSaysWhatToInstall) {
+    qputenv("PATH", Path("bin").toLocal8Bit());
+    if (!MovieWriter::FindEncoder().isEmpty()) {
+        GTEST_SKIP() << "an encoder lies outside the PATH";
+    }
+    EXPECT_TRUE(Refused(Movie()).value(0).contains("Install it (the package ffmpeg"));
+    EXPECT_FALSE(QFileInfo::exists(Path("out")));
+}
+
+TEST_F(MovieTest, TheRealEncoderWritesAMovie) {
+    if (MovieWriter::FindEncoder().isEmpty()) {
+        GTEST_SKIP() << "ffmpeg is not installed";
+    }
+    Mel(Movie("-startTime 1 -endTime 3"));
+    QFile file(Path("out/walk.mp4"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.read(8).mid(4), "ftyp");
+    EXPECT_EQ(Written(), QStringList("walk.mp4"));
 }
 
 } // namespace

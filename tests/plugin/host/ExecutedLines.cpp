@@ -14,12 +14,14 @@ ExecutedLines* g_current = nullptr;
 
 } // namespace
 
-ExecutedLines::ExecutedLines() {
+ExecutedLines::ExecutedLines(Mode mode)
+    : m_mode(mode)
+    , m_outer(g_current) {
     g_current = this;
 }
 
 ExecutedLines::~ExecutedLines() {
-    g_current = nullptr;
+    g_current = m_outer;
 }
 
 ExecutedLines* ExecutedLines::Current() {
@@ -28,11 +30,24 @@ ExecutedLines* ExecutedLines::Current() {
 
 } // namespace vellix
 
+namespace {
+
+/// Whether that is all that is to be done with the line.
+bool Keep(const MString& command) {
+    vellix::ExecutedLines* const lines = vellix::ExecutedLines::Current();
+    if (lines == nullptr) {
+        return false;
+    }
+    lines->Keep(command.asUTF8());
+    return !lines->Executes();
+}
+
+} // namespace
+
 // The program's own definitions stand before those of the host library, so the plug-in's lines pass here.
 
 MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, bool undoEnabled) {
-    if (vellix::ExecutedLines* lines = vellix::ExecutedLines::Current()) {
-        lines->Keep(command.asUTF8());
+    if (Keep(command)) {
         return MS::kSuccess;
     }
     MCommandResult result;
@@ -40,8 +55,7 @@ MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, boo
 }
 
 MStatus MGlobal::executeCommandOnIdle(const MString& command, bool displayEnabled) {
-    if (vellix::ExecutedLines* lines = vellix::ExecutedLines::Current()) {
-        lines->Keep(command.asUTF8());
+    if (Keep(command)) {
         return MS::kSuccess;
     }
     lightbox::Host::Get().idle().Add(

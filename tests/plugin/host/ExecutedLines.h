@@ -1,25 +1,34 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vellix {
 
-/// While one lives, every line that the plug-in has the host execute is kept instead, and counts as done.
+/// While one lives, every line that the plug-in has the host execute is kept. It is not executed and counts
+/// as done, unless it is asked for too.
 class ExecutedLines {
 public:
-    ExecutedLines();
+    enum class Mode { KeepOnly, KeepAndExecute };
+
+    explicit ExecutedLines(Mode mode = Mode::KeepOnly);
     ~ExecutedLines();
     ExecutedLines(const ExecutedLines&) = delete;
     ExecutedLines& operator=(const ExecutedLines&) = delete;
 
     const std::vector<std::string>& Lines() const { return m_lines; }
+    /// The lines since the last call.
+    std::vector<std::string> Take() { return std::exchange(m_lines, {}); }
+    bool Executes() const { return m_mode == Mode::KeepAndExecute; }
 
-    /// The one that lives, or null.
+    /// The innermost one that lives, or null.
     static ExecutedLines* Current();
     void Keep(const std::string& line) { m_lines.push_back(line); }
 
 private:
+    Mode m_mode;
+    ExecutedLines* m_outer;
     std::vector<std::string> m_lines;
 };
 

@@ -52,7 +52,7 @@ TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
     const Leftovers loaded = state();
     plugins.Unload("vellix2", false);
     const Leftovers unloaded = state();
-    EXPECT_EQ(unloaded.callbacks + 8, loaded.callbacks); // seven events and the script job's condition
+    EXPECT_EQ(unloaded.callbacks + 9, loaded.callbacks); // eight events and the script job's condition
     EXPECT_EQ(Ask("whatIs qmVellixNode"), "Unknown");
     EXPECT_THAT(unloaded.nodeTypes, Not(Contains("qmVellix")));
 

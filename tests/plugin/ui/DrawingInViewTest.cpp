@@ -1,13 +1,6 @@
-#include "core/Frame.h"
-#include "core/Layer.h"
-#include "core/LayerManager.h"
-#include "host/PluginMain.h"
-#include "host/Settings.h"
-#include "lightbox/window/WindowFixture.h"
 #include "node/BaseNode.h"
 #include "openmaya/ViewDrawing.h"
-#include "scene/PluginManager.h"
-#include "window/ViewOptions.h"
+#include "plugin/ui/DrawingFixture.h"
 
 #include <maya/M3dView.h>
 #include <maya/MColor.h>
@@ -19,17 +12,9 @@ namespace vellix {
 
 namespace {
 
-/// The plug-in in a window whose viewport has the size that a test asks for.
-class DrawingInViewTest : public WindowFixture {
+class DrawingInViewTest : public DrawingFixture {
 protected:
-    DrawingInViewTest() {
-        host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
-        Settings::ghostPrev = Settings::ghostNext = false;
-        Settings::ignore2dPanZoom = false;
-        Run("setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
-        Run("qmVellixNode -l -f -c persp");
-    }
-    ~DrawingInViewTest() override { Stop(); }
+    DrawingInViewTest() { Run("qmVellixNode -l -f -c persp"); }
 
     /// Every other pixel opaque, edges of one pixel, translucent bars: what any blur or shift would change.
     static QImage Drawing() {
@@ -48,34 +33,6 @@ protected:
         painter.fillRect(QRect(500, 420, 200, 1), QColor(0, 255, 0));
         painter.fillRect(QRect(760, 300, 1, 200), QColor(255, 0, 255, 200));
         return image;
-    }
-
-    void Draw(const QImage& image) {
-        BaseNode* node = BaseNode::GetMaster();
-        Layer* layer = node->GetActiveLayer("persp");
-        layer->GetFrame(0)->SetImage(image);
-        node->ForceCacheUpdate("persp", 0);
-        node->QueueRefresh();
-    }
-    void SizeView(int width, int height) {
-        Show();
-        for (int round = 0; round < 5 && View().size() != QSize(width, height); ++round) {
-            Window().resize(Window().size() + QSize(width, height) - View().size());
-            Settle();
-        }
-        ASSERT_EQ(View().size(), QSize(width, height));
-    }
-    void Use(lightbox::ViewOptions::Renderer renderer) {
-        lightbox::ViewOptions options = View().Options();
-        options.renderer = renderer;
-        options.display = lightbox::DisplayOptions();
-        options.display.grid = options.display.axisIcon = false;
-        options.cameraName = false;
-        View().SetOptions(options);
-    }
-    QImage Grab() {
-        View().Refresh(true);
-        return View().grabFramebuffer().convertToFormat(QImage::Format_RGB32);
     }
 };
 

@@ -1,0 +1,150 @@
+// From the pointer's move to the frame that shows it, in a window with ten layers, ghosts and a view of 1920
+// x 1080. The pointer really moves; every time is one of 500 moves of one stroke.
+#include "DrawingWindow.h"
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "host/Settings.h"
+#include "paint/Stroke.h"
+#include "plugin/tools/RealInput.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <random>
+#include <vector>
+
+using namespace vellix;
+
+namespace {
+
+constexpr int MOVES = 500;
+constexpr QSize VIEW(1920, 1080);
+
+QImage Drawing(int layer, int frame) {
+    QImage image(1024, 1024, QImage::Format_RGBA8888);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor::fromHsv(layer * 36, 255, 220, 180), 8));
+    for (int ring = 0; ring < 6; ++ring) {
+        painter.drawEllipse(QPoint(200 + 60 * layer, 300 + 40 * frame), 40 + 30 * ring, 60 + 20 * ring);
+    }
+    return image;
+}
+
+void FillLayers(DrawingWindow& window) {
+    for (int layer = 0; layer < 10; ++layer) {
+        window.Run("qmVellixLayer -add -ls 0 persp");
+        for (const int time : {1, 5, 9, 13, 17, 21, 25}) {
+            window.Run("currentTime " + std::to_string(time) + "; qmVellixFrame -insert");
+        }
+        const Layer& drawn = *DrawingWindow::Node().GetActiveLayer("persp");
+        for (int frame = 0; frame < drawn.FrameCount(); ++frame) {
+            drawn.GetFrame(frame)->SetImage(Drawing(layer, frame));
+        }
+    }
+    window.Run("qmVellixLayer -e -active 4 persp; currentTime 13");
+    window.Run("qmVellixUtil -e -gp 1; qmVellixUtil -e -gn 1; select -clear");
+    DrawingWindow::Turn(200);
+}
+
+double At(std::vector<double> values, double share) {
+    std::sort(values.begin(), values.end());
+    return values[static_cast<std::size_t>(share * static_cast<double>(values.size() - 1))];
+}
+
+double Milliseconds(const QElapsedTimer& timer) {
+    return static_cast<double>(timer.nsecsElapsed()) * 1e-6;
+}
+
+/// One stroke of that many moves, which go back and forth over the view.
+template <typename Move>
+void DrawStroke(DrawingWindow& session, RealInput& input, Move move) {
+    const auto place = [&session](int i) {
+        const int column = i % 100;
+        const int x = (i / 100) % 2 == 0 ? column : 100 - column;
+        return session.View().mapToGlobal(QPoint(400 + 11 * x, 350 + 40 * (i / 100) + 7 * (i % 3)));
+    };
+    session.Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 24 80 100 0");
+    input.MoveTo(place(0));
+    DrawingWindow::Turn(50);
+    input.Press();
+    DrawingWindow::Until([] { return DrawingWindow::Node().HasActiveStroke(); });
+    const Stroke& stroke = *DrawingWindow::Node().GetActiveStroke("persp", false);
+    DrawingWindow::Until([&] { return stroke.points.size() == 2; });
+    std::mt19937 random(7);
+    for (int i = 1; i <= MOVES; ++i) {
+        move(stroke, [&, i] { input.MoveTo(place(i)); });
+        DrawingWindow::Turn(4 + static_cast<int>(random() % 9)); // out of step with the sampling
+    }
+    input.Release();
+    DrawingWindow::Turn(50);
+    session.Run("undo");
+}
+
+void Latency(benchmark::State& state) {
+    DrawingWindow session(VIEW);
+    FillLayers(session);
+    RealInput input;
+    if (!input.IsAvailable()) {
+        state.SkipWithError("The display does not let the pointer be moved");
+        return;
+    }
+    for (auto _ : state) {
+        std::vector<double> shown;
+        QElapsedTimer timer;
+        bool isShown = false;
+        const Stroke* drawn = nullptr;
+        int before = 0;
+        const auto connection = QObject::connect(&session.View(), &QOpenGLWidget::frameSwapped, [&] {
+            isShown = isShown || (drawn && drawn->points.size() > before && !drawn->changed);
+        });
+        DrawStroke(session, input, [&](const Stroke& stroke, const auto& move) {
+            drawn = &stroke;
+            before = stroke.points.size();
+            isShown = false;
+            timer.start();
+            move();
+            DrawingWindow::Until([&] { return isShown; });
+            shown.push_back(Milliseconds(timer));
+        });
+        QObject::disconnect(connection);
+
+        // The parts of a frame, each by itself.
+        std::vector<double> composing;
+        std::vector<double> uploading;
+        std::vector<double> drawing;
+        DrawStroke(session, input, [&](const Stroke& stroke, const auto& move) {
+            const int points = stroke.points.size();
+            session.View().setUpdatesEnabled(false);
+            move();
+            DrawingWindow::Until([&] { return stroke.points.size() > points; });
+            timer.start();
+            DrawingWindow::Node().GetFinalImage("persp");
+            composing.push_back(Milliseconds(timer));
+            session.View().setUpdatesEnabled(true);
+            const auto frame = [&] {
+                timer.start();
+                session.View().Refresh(true);
+                return Milliseconds(timer);
+            };
+            const double with = frame();
+            drawing.push_back(frame());
+            uploading.push_back(with - drawing.back());
+        });
+        state.SetIterationTime(At(shown, 0.5) * 1e-3);
+        state.counters["median"] = At(shown, 0.5);
+        state.counters["worst"] = At(shown, 0.99);
+        state.counters["composing"] = At(composing, 0.5);
+        state.counters["uploading"] = At(uploading, 0.5);
+        state.counters["drawing"] = At(drawing, 0.5);
+    }
+}
+BENCHMARK(Latency)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return DrawingWindow::RunBenchmarks(argc, argv);
+}

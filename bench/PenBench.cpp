@@ -1,0 +1,171 @@
+// How true the draw tool is to a pen: strokes of a recording are drawn with the pointer at their own speed,
+// on an image that is shown pixel for pixel.
+#include "DrawingWindow.h"
+#include "paint/Stroke.h"
+#include "paint/StrokeRecording.h"
+#include "paint/StrokeSmoother.h"
+#include "plugin/tools/RealInput.h"
+
+#include <QLineF>
+
+#include <algorithm>
+#include <atomic>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cmath>
+#include <thread>
+#include <vector>
+
+using namespace vellix;
+
+namespace {
+
+constexpr QSize VIEW(1024, 1024);
+constexpr int SAMPLE_PERIOD = 8; // milliseconds
+
+struct TimedPoint {
+    QPointF position; ///< image pixels
+    double time;      ///< milliseconds from the first
+};
+using TimedPath = std::vector<TimedPoint>;
+
+QPointF At(const TimedPath& path, double time) {
+    const auto next = std::lower_bound(path.begin(), path.end(), time,
+                                       [](const TimedPoint& point, double t) { return point.time < t; });
+    if (next == path.begin()) {
+        return path.front().position;
+    }
+    if (next == path.end()) {
+        return path.back().position;
+    }
+    const TimedPoint& before = *(next - 1);
+    const double share = (time - before.time) / std::max(next->time - before.time, 1e-9);
+    return before.position + (next->position - before.position) * share;
+}
+
+/// What the smoothing makes of the path when it is sampled at the tool's rate.
+QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorded) {
+    Stroke stroke;
+    stroke.tool = recorded.tool;
+    StrokeSmoother smoother;
+    StrokePoint point;
+    point.size = recorded.size;
+    for (double time = 0.0; time < path.back().time + SAMPLE_PERIOD; time += SAMPLE_PERIOD) {
+        point.position = At(path, time).toPoint();
+        smoother.Receive(stroke, point, QString());
+    }
+    return stroke.points;
+}
+
+double Distance(const QPointF& point, const QList<StrokePoint>& line) {
+    double nearest = QLineF(point, line.first().position).length();
+    for (int i = 1; i < line.size(); ++i) {
+        const QPointF from = line.at(i - 1).position;
+        const QPointF along = QPointF(line.at(i).position) - from;
+        const double length = QPointF::dotProduct(along, along);
+        const double share =
+            length > 0.0 ? std::min(std::max(QPointF::dotProduct(point - from, along) / length, 0.0), 1.0)
+                         : 0.0;
+        nearest = std::min(nearest, QLineF(point, from + along * share).length());
+    }
+    return nearest;
+}
+
+/// Moves the pointer along the path, which begins at the given place of the screen with its first point,
+/// every millisecond.
+void Follow(const TimedPath& path, const QPoint& origin) {
+    RealInput input;
+    const auto start = std::chrono::steady_clock::now();
+    for (double time = 0.0; time <= path.back().time;) {
+        input.MoveTo(origin + At(path, time).toPoint());
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        time = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+    input.MoveTo(origin + path.back().position.toPoint());
+}
+
+/// The points of the stroke that is drawn along the path.
+QList<StrokePoint> Drawn(DrawingWindow& window, RealInput& input, const TimedPath& path) {
+    // The samples of the pointer are a pixel to the right and one down from where it is.
+    const int above = (1024 - window.View().height() + 1) / 2;
+    const QPoint origin = window.View().mapToGlobal(QPoint(-1, -above + 1));
+    input.MoveTo(origin + path.front().position.toPoint());
+    DrawingWindow::Turn(30);
+    input.Press();
+    DrawingWindow::Until([] { return DrawingWindow::Node().HasActiveStroke(); });
+    const Stroke& stroke = *DrawingWindow::Node().GetActiveStroke("persp", false);
+    DrawingWindow::Until([&] { return stroke.points.size() == 2; });
+    std::atomic<bool> done(false);
+    std::thread pen([&] {
+        Follow(path, origin);
+        done = true;
+    });
+    DrawingWindow::Until([&] { return done.load(); });
+    pen.join();
+    DrawingWindow::Turn(3 * SAMPLE_PERIOD);
+    const QList<StrokePoint> points = stroke.points;
+    input.Release();
+    DrawingWindow::Until([] { return !DrawingWindow::Node().HasActiveStroke(); });
+    return points;
+}
+
+void Prepare(DrawingWindow& window, const char* tool, int size) {
+    window.Run("qmVellixUtil -pencilTool; qmVellixUtil -pencilOptions " + std::to_string(size) + " 100 0");
+    window.Run(std::string("qmVellixUtil -brushOptions ") + std::to_string(size) + " 100 100 0");
+    window.Run(std::string("qmVellixUtil ") + tool);
+}
+
+/// A straight line for a second, every pixel of which is another point.
+void SampleRate(benchmark::State& state) {
+    DrawingWindow window(VIEW);
+    RealInput input;
+    window.Run("qmVellixLayer -add -ls 0 persp; qmVellixFrame -insert");
+    for (auto _ : state) {
+        Prepare(window, "-pencilTool", 1);
+        const TimedPath path{{QPointF(20, 500), 0.0}, {QPointF(1000, 500), 1000.0}};
+        state.counters["samples"] = Drawn(window, input, path).size();
+    }
+}
+BENCHMARK(SampleRate)->Iterations(1);
+
+void Recording(benchmark::State& state) {
+    StrokeRecording recording;
+    QString error;
+    if (!recording.Read(QString::fromLocal8Bit(qgetenv("VELLIX_BENCH_RECORDING")), error)) {
+        state.SkipWithError(("VELLIX_BENCH_RECORDING: " + error).toLocal8Bit().constData());
+        return;
+    }
+    DrawingWindow window(VIEW);
+    RealInput input;
+    window.Run("qmVellixLayer -add -ls 0 persp; qmVellixFrame -insert");
+    for (auto _ : state) {
+        double worst = 0.0;
+        double sum = 0.0;
+        int count = 0;
+        for (const RecordedStroke& recorded : recording.GetStrokes()) {
+            TimedPath path;
+            for (const RecordedSample& sample : recorded.samples) {
+                path.push_back({sample.position, sample.milliseconds});
+            }
+            Prepare(window, recorded.tool == ToolType::Pencil ? "-pencilTool" : "-brushTool", recorded.size);
+            const QList<StrokePoint> expected = Smoothed(path, recorded);
+            for (const StrokePoint& point : Drawn(window, input, path)) {
+                const double distance = Distance(point.position, expected);
+                worst = std::max(worst, distance);
+                sum += distance;
+                ++count;
+            }
+        }
+        state.counters["worst"] = worst;
+        state.counters["mean"] = sum / std::max(count, 1);
+        state.counters["strokes"] = double(recording.GetStrokes().size());
+        state.counters["points"] = count;
+    }
+}
+BENCHMARK(Recording)->Iterations(1);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return DrawingWindow::RunBenchmarks(argc, argv);
+}

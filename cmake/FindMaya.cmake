@@ -1,0 +1,123 @@
+# FindMaya: the Maya that a plug-in is built against, 2018 to 2024, on Linux, Windows and macOS.
+#
+# Looks at these, each as a cache entry or an environment variable:
+#   MAYA_LOCATION   the installation: /usr/autodesk/maya2018, C:/Program Files/Autodesk/Maya2018,
+#                   /Applications/Autodesk/maya2018 (or the Maya.app/Contents in it)
+#   MAYA_DEVKIT     the developer kit (the folder devkitBase), where the headers are not in the installation
+#
+# Gives:
+#   MAYA_FOUND, MAYA_VERSION (2018), MAYA_API_VERSION (201800), MAYA_INCLUDE_DIR, MAYA_LIBRARIES
+#   MAYA_CXX_STANDARD   what its headers ask for
+#   MAYA_PLATFORM       linux, win64 or mac, as module files name it
+#   Maya::Maya          headers, libraries and flags for a plug-in
+#   maya_plugin(TARGET) makes a MODULE library a plug-in: its suffix, and the entry points it exports
+#
+# The flags are those of the developer documentation's build pages and of the kit's own build files.
+
+foreach(place MAYA_LOCATION MAYA_DEVKIT)
+    set(${place} "$ENV{${place}}" CACHE PATH "See cmake/FindMaya.cmake")
+    if(${place})
+        file(TO_CMAKE_PATH "${${place}}" ${place})
+    endif()
+endforeach()
+
+# Only what was asked for: an SDK that merely lies around must not get into the build.
+set(_maya_roots)
+foreach(root IN ITEMS "${MAYA_DEVKIT}" "${MAYA_LOCATION}")
+    if(root)
+        list(APPEND _maya_roots "${root}")
+        if(APPLE)
+            list(APPEND _maya_roots "${root}/../.." "${root}/Maya.app/Contents")
+        endif()
+    endif()
+endforeach()
+
+find_path(MAYA_INCLUDE_DIR maya/MTypes.h PATHS ${_maya_roots} PATH_SUFFIXES include devkit/include NO_DEFAULT_PATH)
+set(MAYA_LIBRARIES)
+set(_maya_needed MAYA_INCLUDE_DIR)
+foreach(name OpenMaya OpenMayaUI OpenMayaAnim OpenMayaRender Foundation)
+    find_library(MAYA_${name}_LIBRARY ${name} PATHS ${_maya_roots} PATH_SUFFIXES lib MacOS NO_DEFAULT_PATH)
+    list(APPEND MAYA_LIBRARIES "${MAYA_${name}_LIBRARY}")
+    list(APPEND _maya_needed MAYA_${name}_LIBRARY)
+    mark_as_advanced(MAYA_${name}_LIBRARY)
+endforeach()
+mark_as_advanced(MAYA_INCLUDE_DIR)
+
+# 201800 in Maya 2018, 20190000 and so on from 2019.
+if(MAYA_INCLUDE_DIR)
+    file(STRINGS "${MAYA_INCLUDE_DIR}/maya/MTypes.h" _maya_line REGEX "#define[ \t]+MAYA_API_VERSION[ \t]+[0-9]+")
+    string(REGEX MATCH "[0-9]+$" MAYA_API_VERSION "${_maya_line}")
+    string(SUBSTRING "${MAYA_API_VERSION}" 0 4 MAYA_VERSION)
+endif()
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(Maya REQUIRED_VARS ${_maya_needed} MAYA_VERSION VERSION_VAR MAYA_VERSION
+    REASON_FAILURE_MESSAGE "Set MAYA_LOCATION to the folder of Maya, and MAYA_DEVKIT to the folder of its developer kit. The headers are in include/maya, the libraries in lib (on macOS in Maya.app/Contents/MacOS)")
+if(NOT Maya_FOUND)
+    return()
+endif()
+set(MAYA_FOUND TRUE)
+if(MAYA_VERSION LESS 2018 OR MAYA_VERSION GREATER 2024)
+    message(FATAL_ERROR "Maya ${MAYA_VERSION} in ${MAYA_INCLUDE_DIR}: the plug-in is for Maya 2018 to 2024, "
+        "which come with Qt 5. Name another with MAYA_LOCATION and MAYA_DEVKIT.")
+endif()
+
+if(MAYA_VERSION LESS 2023)
+    set(MAYA_CXX_STANDARD 14)
+else()
+    set(MAYA_CXX_STANDARD 17)
+endif()
+
+# Up to 2022 Maya was built with the string and list of the C++ library that were there before C++11. Later ones are
+# looked at: their libraries name the newer types or do not.
+function(_maya_cxx11_abi result)
+    set(abi 0)
+    if(MAYA_VERSION GREATER 2022)
+        file(STRINGS "${MAYA_Foundation_LIBRARY}" newer REGEX "__cxx11" LIMIT_COUNT 1)
+        if(newer OR MAYA_VERSION GREATER 2023)
+            set(abi 1)
+        endif()
+    endif()
+    set(${result} ${abi} PARENT_SCOPE)
+endfunction()
+
+set(_maya_definitions REQUIRE_IOSTREAM)
+set(_maya_options)
+if(WIN32)
+    set(MAYA_PLATFORM win64)
+    list(APPEND _maya_definitions NT_PLUGIN _WINDOWS WIN32 _USRDLL _CRT_SECURE_NO_DEPRECATE)
+elseif(APPLE)
+    set(MAYA_PLATFORM mac)
+    list(APPEND _maya_definitions _BOOL MAC_PLUGIN OSMac_ OSMacOSX_ OSMac_MachO_ CC_GNU_)
+    list(APPEND _maya_options -fno-gnu-keywords)
+else()
+    set(MAYA_PLATFORM linux)
+    _maya_cxx11_abi(_maya_abi)
+    list(APPEND _maya_definitions _BOOL LINUX LINUX_64 UNIX Bits64_ FUNCPROTO _GNU_SOURCE
+        _GLIBCXX_USE_CXX11_ABI=${_maya_abi})
+    list(APPEND _maya_options -fno-strict-aliasing)
+endif()
+
+if(NOT TARGET Maya::Maya)
+    add_library(Maya::Maya INTERFACE IMPORTED)
+    # As system headers, since their warnings are not ours.
+    set_target_properties(Maya::Maya PROPERTIES
+        INTERFACE_INCLUDE_DIRECTORIES "${MAYA_INCLUDE_DIR}"
+        INTERFACE_SYSTEM_INCLUDE_DIRECTORIES "${MAYA_INCLUDE_DIR}"
+        INTERFACE_COMPILE_DEFINITIONS "${_maya_definitions}"
+        INTERFACE_COMPILE_OPTIONS "${_maya_options}"
+        INTERFACE_LINK_LIBRARIES "${MAYA_LIBRARIES}")
+endif()
+
+function(maya_plugin target)
+    set_target_properties(${target} PROPERTIES PREFIX "")
+    if(WIN32)
+        set_target_properties(${target} PROPERTIES SUFFIX .mll)
+        target_link_options(${target} PRIVATE /export:initializePlugin /export:uninitializePlugin)
+    elseif(APPLE)
+        # Maya asks each plug-in for MApiVersion as well, which comes with MFnPlugin.h.
+        set_target_properties(${target} PROPERTIES SUFFIX .bundle)
+    else()
+        set_target_properties(${target} PROPERTIES SUFFIX .so)
+    endif()
+endfunction()

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "tools/ViewEventFilter.h"
+
+#include <QString>
+
+class QAction;
+class QMenu;
+class QTabletEvent;
+
+namespace vellix {
+
+class BaseNode;
+class DrawContext;
+
+/// What the draw tool has to know of Qt's events while it is current: the keys that make a press adjust the
+/// tool instead of drawing, the pressure and the eraser end of a pen, text that is typed into a stroke, and
+/// right clicks in views and on the time slider, which open its menus.
+class DrawContextInputHandler : public ViewEventFilter {
+    Q_OBJECT
+
+public:
+    void SetEventFilterEnabled(bool enabled);
+    /// The context that typed keys go to, borrowed; null for none.
+    void SetDrawContext(DrawContext* context);
+    bool AdjustSizeEnabled() const { return m_adjustSize; }
+    bool AdjustOpacityEnabled() const { return m_adjustOpacity; }
+    /// As with a mouse: full pressure, not the eraser end.
+    static void ResetTabletSettings();
+    /// Ends the text being typed, if there is one.
+    void EndTextDraw();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    // Each answers whether the event is consumed.
+    bool ProcessKeyDownEvent(QKeyEvent* event);
+    bool ProcessKeyUpEvent(QKeyEvent* event);
+    static bool ProcessTabletEvent(QTabletEvent* event);
+    bool ProcessMouseEvent(QMouseEvent* event);
+    bool ProcessTimeControlMouseEvent(QMouseEvent* event);
+
+    // Each shows a menu at the pointer and returns when it is closed.
+    void ShowContextMenu();
+    void ShowTimeControlContextMenu();
+
+public Q_SLOTS:
+    /// The layer of the triggering action, on the camera whose menu it is in.
+    void SetActiveLayer();
+    void NewLayer();
+    void LayerProperties();
+    void InsertFrame();
+    void DuplicateFrame();
+    void DeleteFrame();
+    void CutFrame();
+    void CopyFrame();
+    void PasteFrame();
+    void ClearFrame();
+    void StepForward();
+    void StepBack();
+    void ToggleGhostPrevious();
+    void ToggleGhostNext();
+    void GhostingSettings();
+    void ShowToolbox();
+    void ShowToolOptions();
+    void ShowLayerManager();
+    void ShowColorPalette();
+    void ShowRetimingTool();
+    void TransformTool();
+    void SetTimelineDisplayOn();
+    void SetTimelineDisplaySelectionContext();
+    void SetTimelineDisplayOff();
+    void SetPencilTool();
+    void SetBrushTool();
+    void SetEraserTool();
+    void SetTextTool();
+    void SetLineTool();
+    void SetArrowTool();
+    void SetEllipseTool();
+    void SetRectangleTool();
+    void DeleteActiveLayer();
+    void DeleteActiveCameraLayers();
+    void ClearAll();
+
+protected:
+    void ForgetHeldKeys() override;
+
+private:
+    using Slot = void (DrawContextInputHandler::*)();
+
+    bool ProcessViewEvent(QEvent* event);
+    bool ProcessMainWindowEvent(QEvent* event);
+    bool OverrideShortcut(QKeyEvent* event) const;
+    bool ProcessInputMethodEvent(QEvent* event);
+    bool IsTyping() const;
+    void AcceptInputMethod(bool accept);
+
+    QAction* AddItem(QMenu& menu, const QString& text, Slot slot);
+    void AddCheckItem(QMenu& menu, const QString& text, bool checked, Slot slot);
+    void AddLayers(QMenu& menu, const BaseNode& node);
+    void AddTools(QMenu& menu);
+    void AddFrameEdits(QMenu& menu);
+    void AddGhosting(QMenu& menu);
+    void AddPanels(QMenu& menu);
+    void AddTimelineDisplay(QMenu& menu);
+    void AddCleanup(QMenu& menu);
+
+    QPointer<QWidget> m_timeSlider;
+    QPointer<QWidget> m_typedInto; ///< takes text of input methods for the time being
+    QString m_menuCamera;
+    DrawContext* m_drawContext = nullptr;
+    bool m_adjustSize = false;
+    bool m_adjustOpacity = false;
+};
+
+} // namespace vellix

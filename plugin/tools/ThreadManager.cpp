@@ -1,0 +1,138 @@
+#include "tools/ThreadManager.h"
+
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "paint/Stroke.h"
+#include "tools/InputWorker.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QThread>
+
+namespace vellix {
+
+namespace {
+
+constexpr unsigned long LONGEST_WAIT = 250; // milliseconds
+
+} // namespace
+
+ThreadManager::ThreadManager() {
+    m_catchUp.setSingleShot(true);
+    m_catchUp.setInterval(0);
+    connect(&m_catchUp, &QTimer::timeout, this, &ThreadManager::CatchUp);
+}
+
+ThreadManager::~ThreadManager() {
+    DestroyInputThread();
+    // The code that they run goes with the plug-in.
+    for (const QPointer<QThread>& thread : m_late) {
+        if (thread != nullptr) {
+            thread->wait();
+        }
+    }
+}
+
+ThreadManager* ThreadManager::GetInstance() {
+    static ThreadManager instance;
+    return &instance;
+}
+
+void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke) {
+    DestroyInputThread();
+    m_smoother.Reset();
+    if (view == nullptr || node == nullptr || stroke == nullptr) {
+        return;
+    }
+    m_widget = view;
+    m_view = FindView(*view);
+    m_node = BaseNodePointer(node);
+    m_stroke = stroke;
+    stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
+    stroke->color = Settings::activeColor;
+
+    m_thread = new QThread;
+    m_worker = new InputWorker(*view, stroke->tool);
+    connect(this, &ThreadManager::RunInputWorker, m_worker, &InputWorker::Run);
+    connect(this, &ThreadManager::ShutdownInputWorker, m_worker, &InputWorker::Shutdown);
+    connect(m_worker, &InputWorker::MousePositionChanged, this, &ThreadManager::OnMousePositionChanged);
+    m_worker->moveToThread(m_thread);
+    m_thread->start(QThread::InheritPriority);
+    m_active = true;
+    Q_EMIT RunInputWorker();
+}
+
+void ThreadManager::DestroyInputThread() {
+    m_active = false;
+    m_catchUp.stop();
+    if (m_thread != nullptr) {
+        Q_EMIT ShutdownInputWorker();
+        const bool ended = m_thread->wait(LONGEST_WAIT);
+        disconnect(m_worker, nullptr, this, nullptr);
+        disconnect(this, nullptr, m_worker, nullptr);
+        // They would join the next stroke.
+        QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+        if (ended) {
+            delete m_worker;
+            delete m_thread;
+        } else {
+            // A thread that runs cannot be deleted; it goes when it ends.
+            connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+            connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+            m_late.emplace_back(m_thread);
+        }
+    }
+    m_worker = nullptr;
+    m_thread = nullptr;
+    m_node = BaseNodePointer();
+    m_stroke = nullptr;
+    m_widget.clear();
+    m_view = M3dView();
+}
+
+void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness) {
+    if (!m_active || !StrokeIsThere()) {
+        return;
+    }
+    if (m_widget != nullptr) {
+        m_worker->SetView(*m_widget);
+        // The node answers for the view that was drawn last, and that may have been another one.
+        m_node->UpdateOverlayValues(m_view);
+    }
+    StrokePoint sample;
+    sample.size = size;
+    sample.opacity = opacity;
+    sample.hardness = hardness;
+    sample.position = m_node->ScreenCoordsToTexCoords(position);
+    const StrokeSmoother::Outcome outcome = m_smoother.Receive(*m_stroke, sample, Settings::textFontFamily);
+    if (outcome.firstSegment) {
+        m_node->RefreshActiveView();
+    } else if (outcome.changed) {
+        m_catchUp.start();
+    }
+}
+
+/// The drags of the tool redraw the view, and most samples are seen with the next one. What comes after the
+/// last of them, when the pointer has come to rest, would not be.
+void ThreadManager::CatchUp() {
+    if (m_active && StrokeIsThere() && m_stroke->changed) {
+        m_node->RefreshActiveView();
+    }
+}
+
+/// The node may have left the scene, and the stroke may have been committed or dropped by a command.
+bool ThreadManager::StrokeIsThere() const {
+    return m_node && m_node->HasActiveStroke() && m_node->GetActiveStroke(QString(), false) == m_stroke;
+}
+
+M3dView ThreadManager::FindView(const QWidget& widget) {
+    for (unsigned int index = 0; index < M3dView::numberOf3dViews(); ++index) {
+        M3dView view;
+        if (M3dView::get3dView(index, view) && view.widget() == &widget) {
+            return view;
+        }
+    }
+    return M3dView();
+}
+
+} // namespace vellix

@@ -1,0 +1,103 @@
+#include "tools/ViewEventFilter.h"
+
+#include <maya/M3dView.h>
+#include <maya/MQtUtil.h>
+
+#include <QCursor>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QWidget>
+
+namespace vellix {
+
+ViewEventFilter::ViewEventFilter(QObject* parent)
+    : QObject(parent) {}
+
+ViewEventFilter::~ViewEventFilter() = default;
+
+void ViewEventFilter::UpdateActiveViewEventFilter() {
+    MStatus status;
+    const M3dView view = M3dView::active3dView(&status);
+    QWidget* const widget = status ? view.widget() : nullptr;
+    if (widget == nullptr || IsWatchedView(widget)) {
+        return;
+    }
+    widget->installEventFilter(this);
+    m_views.removeAll(QPointer<QWidget>()); // of views that were closed
+    m_views.append(widget);
+}
+
+void ViewEventFilter::InstallEventFilters() {
+    RemoveEventFilters();
+    m_backslashHeld = false;
+    m_mainWindow = MQtUtil::mainWindow();
+    if (m_mainWindow != nullptr) {
+        m_mainWindow->installEventFilter(this);
+    }
+    UpdateActiveViewEventFilter();
+}
+
+void ViewEventFilter::RemoveEventFilters() {
+    if (m_mainWindow != nullptr) {
+        m_mainWindow->removeEventFilter(this);
+    }
+    m_mainWindow.clear();
+    for (const QPointer<QWidget>& view : m_views) {
+        if (view != nullptr) {
+            view->removeEventFilter(this);
+        }
+    }
+    m_views.clear();
+}
+
+bool ViewEventFilter::IsMainWindow(const QObject* watched) const {
+    return watched != nullptr && watched == m_mainWindow;
+}
+
+bool ViewEventFilter::IsWatchedView(const QObject* watched) const {
+    for (const QPointer<QWidget>& view : m_views) {
+        if (watched != nullptr && watched == view) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ViewEventFilter::TrackBackslash(const QKeyEvent& event) {
+    // A key that is held repeats as releases and presses.
+    if (event.key() == Qt::Key_Backslash && !event.isAutoRepeat()) {
+        m_backslashHeld = event.type() == QEvent::KeyPress;
+    }
+}
+
+bool ViewEventFilter::IsBackslashHeld() const {
+    return m_backslashHeld;
+}
+
+void ViewEventFilter::ForgetHeldKeys() {
+    m_backslashHeld = false;
+}
+
+bool ViewEventFilter::IsPlainRightPress(const QMouseEvent& event) {
+    const bool isAlone = (event.buttons() & ~Qt::RightButton) == 0;
+    return QGuiApplication::keyboardModifiers() == Qt::NoModifier && event.button() == Qt::RightButton &&
+           isAlone && event.type() == QEvent::MouseButtonPress;
+}
+
+void ViewEventFilter::ShowMenu(QMenu* menu) {
+    const QPointer<QMenu> shown(menu);
+    shown->exec(QCursor::pos());
+    delete shown;
+}
+
+bool ViewEventFilter::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate && IsMainWindow(watched)) {
+        ForgetHeldKeys();
+    }
+    return false;
+}
+
+} // namespace vellix

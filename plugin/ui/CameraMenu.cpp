@@ -1,0 +1,23 @@
+#include "ui/CameraMenu.h"
+
+#include "host/MayaUtil.h"
+
+#include <QMenu>
+
+namespace vellix {
+
+void CameraMenu::Add(QMenu& menu, const QString& title, const QString& except,
+                     const std::function<void(const QString& camera)>& choose) {
+    QMenu* const list = menu.addMenu(title);
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
+    for (const QString& camera : cameras) {
+        if (camera != except) {
+            QObject::connect(list->addAction(camera), &QAction::triggered, list,
+                             [choose, camera] { choose(camera); });
+        }
+    }
+    list->setEnabled(!list->isEmpty());
+}
+
+} // namespace vellix

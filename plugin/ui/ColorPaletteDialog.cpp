@@ -1,0 +1,98 @@
+#include "ui/ColorPaletteDialog.h"
+
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "ui/FlatButton.h"
+
+#include <maya/MQtUtil.h>
+
+#include <QButtonGroup>
+#include <QColorDialog>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QPointer>
+#include <QVBoxLayout>
+
+namespace vellix {
+
+namespace {
+
+constexpr int SWATCH_COUNT = 16;
+constexpr int ROW_COUNT = 2;
+constexpr int MARGIN = 2;
+
+} // namespace
+
+ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
+    : FloatingPanel(QStringLiteral("Color Palette"), Settings::colorPaletteGeometry, parent) {
+    setObjectName(QStringLiteral("qmVxColorPalette"));
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this, &ColorPaletteDialog::ShowMenu);
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    column->setSpacing(MARGIN);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    QHBoxLayout* rows[ROW_COUNT];
+    for (QHBoxLayout*& row : rows) {
+        row = new QHBoxLayout;
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(MARGIN);
+        column->addLayout(row);
+    }
+    // In a group the arrow keys go to the swatch that lies in their direction.
+    auto* group = new QButtonGroup(this);
+    group->setExclusive(false);
+    for (int i = 0; i < SWATCH_COUNT; ++i) {
+        auto* swatch = new FlatButton;
+        swatch->setObjectName(QStringLiteral("qmVxColorPalette%1").arg(i));
+        m_swatches.append(swatch);
+        group->addButton(swatch);
+        rows[i % ROW_COUNT]->addWidget(swatch);
+        connect(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
+    }
+    RefreshColors();
+}
+
+void ColorPaletteDialog::RefreshColors() {
+    for (int i = 0; i < m_swatches.size(); ++i) {
+        const QColor color = QColorDialog::customColor(i);
+        const QString name = QStringLiteral("Draw with %1 %2 %3 (right click to customize)")
+                                 .arg(color.red())
+                                 .arg(color.green())
+                                 .arg(color.blue());
+        m_swatches[i]->SetColor(color);
+        m_swatches[i]->setToolTip(name);
+        m_swatches[i]->setAccessibleName(name);
+    }
+}
+
+void ColorPaletteDialog::showEvent(QShowEvent* event) {
+    FloatingPanel::showEvent(event);
+    RefreshColors();
+}
+
+void ColorPaletteDialog::OnColorSelected() {
+    if (const auto* swatch = qobject_cast<FlatButton*>(sender())) {
+        MayaUtil::SetActiveColor(swatch->GetColor());
+    }
+}
+
+void ColorPaletteDialog::ShowMenu(const QPoint& place) {
+    QMenu menu;
+    connect(menu.addAction(QStringLiteral("Customize...")), &QAction::triggered, this,
+            &ColorPaletteDialog::CustomizeColors);
+    menu.exec(mapToGlobal(place));
+}
+
+void ColorPaletteDialog::CustomizeColors() {
+    // The plug-in may be unloaded while the chooser is open.
+    const QPointer<ColorPaletteDialog> self = this;
+    QColorDialog::getColor(QColorDialog::customColor(0), MQtUtil::mainWindow(),
+                           QStringLiteral("Customize Palette Colors"), QColorDialog::DontUseNativeDialog);
+    if (self) {
+        RefreshColors();
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,34 @@
+#include "ui/DialogParts.h"
+
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+#include <utility>
+
+namespace vellix {
+
+namespace {
+
+constexpr int SPACING = 6;
+
+} // namespace
+
+QHBoxLayout* CreateDialogButtons(QDialog& dialog, std::function<void()> apply) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(SPACING);
+    row->addStretch();
+    auto* ok = new QPushButton(QStringLiteral("OK"));
+    auto* cancel = new QPushButton(QStringLiteral("Cancel"));
+    ok->setObjectName(dialog.objectName() + QStringLiteral("Ok"));
+    cancel->setObjectName(dialog.objectName() + QStringLiteral("Cancel"));
+    ok->setDefault(true);
+    cancel->setAutoDefault(false);
+    row->addWidget(ok);
+    row->addWidget(cancel);
+    QObject::connect(ok, &QPushButton::clicked, &dialog, std::move(apply));
+    QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+    return row;
+}
+
+} // namespace vellix

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QLabel>
+
+namespace vellix {
+
+/// A plain text on one line, shortened at its end where there is no room; the tooltip then says all of it.
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget* parent = nullptr);
+
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    bool IsShortened() const;
+};
+
+} // namespace vellix

@@ -1,0 +1,50 @@
+#include "ui/FlatButton.h"
+
+#include <QEvent>
+#include <QPainter>
+
+namespace vellix {
+
+namespace {
+
+constexpr int SIDE = 24;
+constexpr double RADIUS = 2.0;
+
+} // namespace
+
+FlatButton::FlatButton(QWidget* parent)
+    : QAbstractButton(parent) {
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void FlatButton::SetColor(const QColor& color) {
+    if (color != m_color) {
+        m_color = color;
+        update();
+    }
+}
+
+QSize FlatButton::sizeHint() const {
+    return QSize(SIDE, SIDE);
+}
+
+void FlatButton::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPalette& colors = palette();
+    const bool marked = underMouse() || hasFocus();
+    // The edge separates the field from the panel also where both have one colour.
+    QColor edge = marked ? colors.highlight().color() : colors.windowText().color();
+    if (!marked) {
+        edge.setAlphaF(0.35);
+    }
+    const double width = marked ? 2.0 : 1.0;
+    const double inset = isDown() ? 2.0 : width / 2;
+    painter.setPen(QPen(edge, width));
+    painter.setBrush(m_color.isValid() && isEnabled() ? QBrush(m_color) : QBrush(Qt::NoBrush));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), RADIUS, RADIUS);
+}
+
+} // namespace vellix

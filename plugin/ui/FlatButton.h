@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+
+namespace vellix {
+
+/// A flat button that is a field of colour, 24 by 24 pixels unless it is given another size. An invalid
+/// colour shows as an empty field.
+class FlatButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    explicit FlatButton(QWidget* parent = nullptr);
+
+    const QColor& GetColor() const { return m_color; }
+    void SetColor(const QColor& color);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor m_color;
+};
+
+} // namespace vellix

@@ -1,0 +1,118 @@
+#include "ui/GhostingDialog.h"
+
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "ui/DialogParts.h"
+#include "ui/HostColorField.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+namespace vellix {
+
+namespace {
+
+constexpr int MARGIN = 6;
+constexpr int LEAST_WIDTH = 300;
+
+QSpinBox* CreateCount(int count, const QString& toolTip) {
+    const int least = Settings::MIN_GHOSTED_FRAMES;
+    const int most = Settings::MAX_GHOSTED_FRAMES;
+    auto* box = new QSpinBox;
+    box->setRange(least, most);
+    box->setValue(count);
+    box->setAlignment(Qt::AlignRight);
+    box->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    box->setToolTip(toolTip);
+    return box;
+}
+
+HostColorField* CreateColor(const QString& name, const QColor& color, const QString& toolTip) {
+    auto* field = new HostColorField(name, QSize(24, 18), toolTip);
+    field->SetColor(color);
+    return field;
+}
+
+/// "Previous:" and "Next:" with a widget each, and the rest of the row empty.
+QHBoxLayout* CreateRow(QWidget* previous, QWidget* next) {
+    auto* row = new QHBoxLayout;
+    auto* previousLabel = new QLabel(QStringLiteral("Previous:"));
+    auto* nextLabel = new QLabel(QStringLiteral("Next:"));
+    previousLabel->setBuddy(previous);
+    nextLabel->setBuddy(next);
+    row->addWidget(previousLabel);
+    row->addWidget(previous);
+    row->addSpacing(2 * MARGIN);
+    row->addWidget(nextLabel);
+    row->addWidget(next);
+    row->addStretch();
+    return row;
+}
+
+/// What the control shows; what was set already when the host has no control.
+QColor ColorOf(const HostColorField& field, const QColor& setting) {
+    const QColor color = field.GetColor();
+    return color.isValid() ? color : setting;
+}
+
+} // namespace
+
+GhostingDialog::GhostingDialog(QWidget* parent)
+    : QDialog(parent)
+    , m_previousCount(
+          CreateCount(Settings::ghostPrevCount, QStringLiteral("Number of earlier drawings shown")))
+    , m_nextCount(CreateCount(Settings::ghostNextCount, QStringLiteral("Number of later drawings shown")))
+    , m_colorOverride(new QCheckBox(QStringLiteral("Enable Color Override")))
+    , m_previousColor(CreateColor(QStringLiteral("qmGhostPrevOverrideColorBtn"),
+                                  Settings::ghostColorOverridePrev,
+                                  QStringLiteral("Color of the earlier drawings")))
+    , m_nextColor(CreateColor(QStringLiteral("qmGhostNextOverrideColorBtn"), Settings::ghostColorOverrideNext,
+                              QStringLiteral("Color of the later drawings"))) {
+    setObjectName(QStringLiteral("qmVxGhosting"));
+    setWindowTitle(QStringLiteral("Ghosting Settings"));
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    setMinimumWidth(LEAST_WIDTH);
+    m_previousCount->setObjectName(QStringLiteral("qmVxGhostingPreviousCount"));
+    m_nextCount->setObjectName(QStringLiteral("qmVxGhostingNextCount"));
+    m_colorOverride->setObjectName(QStringLiteral("qmVxGhostingColorOverride"));
+    m_colorOverride->setChecked(Settings::ghostColorOverride);
+    m_colorOverride->setToolTip(QStringLiteral("Show ghosts in these colors instead of their own"));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    column->addWidget(CreateFramesGroup());
+    column->addWidget(CreateColorGroup());
+    column->addStretch();
+    column->addLayout(CreateDialogButtons(*this, [this] { Apply(); }));
+    m_previousCount->setFocus();
+    m_previousCount->selectAll();
+}
+
+QWidget* GhostingDialog::CreateFramesGroup() {
+    auto* group = new QGroupBox(QStringLiteral("Frames to Display"));
+    group->setLayout(CreateRow(m_previousCount, m_nextCount));
+    return group;
+}
+
+QWidget* GhostingDialog::CreateColorGroup() {
+    auto* group = new QGroupBox(QStringLiteral("Color Override"));
+    auto* column = new QVBoxLayout(group);
+    column->addWidget(m_colorOverride);
+    column->addLayout(CreateRow(m_previousColor, m_nextColor));
+    return group;
+}
+
+void GhostingDialog::Apply() {
+    MayaUtil::SetGhostPreviousCount(m_previousCount->value());
+    MayaUtil::SetGhostNextCount(m_nextCount->value());
+    MayaUtil::SetGhostColorOverrideEnabled(m_colorOverride->isChecked());
+    MayaUtil::SetGhostColorOverridePrev(ColorOf(*m_previousColor, Settings::ghostColorOverridePrev));
+    MayaUtil::SetGhostColorOverrideNext(ColorOf(*m_nextColor, Settings::ghostColorOverrideNext));
+    accept();
+}
+
+} // namespace vellix

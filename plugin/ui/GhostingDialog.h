@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QDialog>
+
+class QCheckBox;
+class QSpinBox;
+
+namespace vellix {
+
+class HostColorField;
+
+/// How many drawings are ghosted, and in which colours. Nothing changes before OK.
+class GhostingDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit GhostingDialog(QWidget* parent);
+
+private:
+    QWidget* CreateFramesGroup();
+    QWidget* CreateColorGroup();
+    /// Issues the five settings, changed or not, and closes.
+    void Apply();
+
+    QSpinBox* m_previousCount;
+    QSpinBox* m_nextCount;
+    QCheckBox* m_colorOverride;
+    HostColorField* m_previousColor;
+    HostColorField* m_nextColor;
+};
+
+} // namespace vellix

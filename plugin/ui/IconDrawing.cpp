@@ -1,0 +1,342 @@
+#include "ui/IconDrawing.h"
+
+#include "ui/Icons.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <QPolygonF>
+#include <QRectF>
+#include <QVector>
+
+namespace vellix {
+
+namespace {
+
+constexpr double FRAME_RADIUS = 1.5;
+/// Behind a mark at the corner of a drawing the drawing is left out, so that both can be read.
+constexpr double MARK_HALF = 3.5;
+
+} // namespace
+
+IconDrawing::IconDrawing(QPainter& painter, const QColor& accent)
+    : m_painter(painter)
+    , m_line(painter.pen().color())
+    , m_accent(accent) {}
+
+void IconDrawing::Draw(Icon icon) {
+    switch (icon) {
+    case Icon::Pencil:
+        return Pencil();
+    case Icon::Brush:
+        return Brush();
+    case Icon::Eraser:
+        return Eraser();
+    case Icon::Text:
+        return Text();
+    case Icon::Line:
+        return Line();
+    case Icon::Arrow:
+        return Arrow();
+    case Icon::Ellipse:
+        return Ellipse();
+    case Icon::Rectangle:
+        return Rectangle();
+    case Icon::Transform:
+        return Transform();
+    case Icon::GhostPrevious:
+        return Ghost(true);
+    case Icon::GhostNext:
+        return Ghost(false);
+    case Icon::InsertFrame:
+        return InsertFrame();
+    case Icon::DuplicateFrame:
+        return DuplicateFrame();
+    case Icon::DeleteFrame:
+        return DeleteFrame();
+    case Icon::StepBack:
+        return Step(true);
+    case Icon::StepForward:
+        return Step(false);
+    case Icon::NewLayer:
+        return NewLayer();
+    case Icon::DeleteLayer:
+        return DeleteLayer();
+    case Icon::MoveLayerUp:
+        return MoveLayer(true);
+    case Icon::MoveLayerDown:
+        return MoveLayer(false);
+    case Icon::LayerManager:
+        return LayerManager();
+    case Icon::Refresh:
+        return Refresh();
+    case Icon::Palette:
+        return Palette();
+    case Icon::Options:
+        return Options();
+    }
+}
+
+// --- tools ------------------------------------------------------------------------------------------------
+
+void IconDrawing::Pencil() {
+    QPainterPath pencil(QPointF(4, 20));
+    pencil.lineTo(5.5, 15);
+    pencil.lineTo(15.5, 5);
+    pencil.quadTo(17.25, 3.25, 19, 5);
+    pencil.quadTo(20.75, 6.75, 19, 8.5);
+    pencil.lineTo(9, 18.5);
+    pencil.closeSubpath();
+    m_painter.drawPath(pencil);
+    m_painter.drawLine(QPointF(13, 7.5), QPointF(16.5, 11));
+    UseAccent(true);
+    m_painter.setBrush(m_accent);
+    Polygon({{4, 20}, {4.7, 17.6}, {6.4, 19.3}});
+}
+
+void IconDrawing::Brush() {
+    QPainterPath handle(QPointF(9.5, 12.5));
+    handle.lineTo(17.5, 4.5);
+    handle.quadTo(19, 3.25, 20, 4);
+    handle.quadTo(20.75, 5, 19.5, 6.5);
+    handle.lineTo(11.5, 14.5);
+    handle.closeSubpath();
+    m_painter.drawPath(handle);
+    UseAccent(true);
+    m_painter.setBrush(m_accent);
+    QPainterPath hair(QPointF(9.5, 13));
+    hair.quadTo(6, 12.5, 5.5, 16);
+    hair.quadTo(5.25, 18.5, 3.5, 19.5);
+    hair.quadTo(8, 21.25, 10.25, 18.5);
+    hair.quadTo(11.5, 16.75, 11, 14.5);
+    hair.closeSubpath();
+    m_painter.drawPath(hair);
+}
+
+void IconDrawing::Eraser() {
+    QPainterPath body(QPointF(4.25, 14.75));
+    body.lineTo(13.5, 5.5);
+    body.quadTo(15, 4, 16.5, 5.5);
+    body.lineTo(19.5, 8.5);
+    body.quadTo(21, 10, 19.5, 11.5);
+    body.lineTo(11.5, 19.5);
+    body.lineTo(9, 19.5);
+    body.lineTo(4.25, 14.75);
+    m_painter.drawPath(body);
+    m_painter.drawLine(QPointF(9, 10), QPointF(15, 16));
+    UseAccent(true);
+    m_painter.drawLine(QPointF(14.5, 19.5), QPointF(20, 19.5));
+}
+
+void IconDrawing::Text() {
+    Polyline({{5, 7.5}, {5, 5}, {19, 5}, {19, 7.5}});
+    m_painter.drawLine(QPointF(12, 5), QPointF(12, 19));
+    UseAccent(true);
+    m_painter.drawLine(QPointF(9, 19), QPointF(15, 19));
+}
+
+void IconDrawing::Line() {
+    m_painter.drawLine(QPointF(6, 18), QPointF(18, 6));
+    UseAccent(true);
+    m_painter.setBrush(m_accent);
+    m_painter.drawEllipse(QPointF(5.25, 18.75), 1.5, 1.5);
+    m_painter.drawEllipse(QPointF(18.75, 5.25), 1.5, 1.5);
+}
+
+void IconDrawing::Arrow() {
+    m_painter.drawLine(QPointF(5, 19), QPointF(18, 6));
+    UseAccent(true);
+    Polyline({{10.5, 5}, {19, 5}, {19, 13.5}});
+}
+
+void IconDrawing::Ellipse() {
+    m_painter.drawEllipse(QPointF(12, 12), 8.5, 6.5);
+}
+
+void IconDrawing::Rectangle() {
+    m_painter.drawRect(QRectF(3.75, 5.75, 16.5, 12.5));
+}
+
+void IconDrawing::Transform() {
+    m_painter.drawRect(QRectF(5.5, 5.5, 13, 13));
+    UseAccent(true);
+    m_painter.setBrush(m_accent);
+    for (const double x : {5.5, 18.5}) {
+        for (const double y : {5.5, 18.5}) {
+            m_painter.drawRect(QRectF(x - 1.5, y - 1.5, 3, 3));
+        }
+    }
+}
+
+// --- ghosts and frames ------------------------------------------------------------------------------------
+
+void IconDrawing::Ghost(bool previous) {
+    if (!previous) {
+        // The next ones lie on the other side.
+        m_painter.translate(24, 0);
+        m_painter.scale(-1, 1);
+    }
+    UseAccent(true);
+    QColor faint = m_accent;
+    for (const double x : {3.5, 7.0}) {
+        faint.setAlphaF(m_accent.alphaF() * (x < 5 ? 0.5 : 0.9));
+        QPen pen = m_painter.pen();
+        pen.setColor(faint);
+        m_painter.setPen(pen);
+        QPainterPath edge(QPointF(x + 3.5, 6));
+        edge.lineTo(x + 1.5, 6);
+        edge.quadTo(x, 6, x, 7.5);
+        edge.lineTo(x, 16.5);
+        edge.quadTo(x, 18, x + 1.5, 18);
+        edge.lineTo(x + 3.5, 18);
+        m_painter.drawPath(edge);
+    }
+    UseAccent(false);
+    Frame(QRectF(11.5, 4.75, 9, 14.5));
+}
+
+void IconDrawing::InsertFrame() {
+    Frame(QRectF(4.75, 3.75, 14.5, 16.5));
+    UseAccent(true);
+    Plus(QPointF(12, 12));
+}
+
+void IconDrawing::DuplicateFrame() {
+    Frame(QRectF(3.75, 3.75, 10.5, 12.5));
+    QPainterPath second(QPointF(17, 7.75));
+    UseAccent(true);
+    second.lineTo(18.75, 7.75);
+    second.quadTo(20.25, 7.75, 20.25, 9.25);
+    second.lineTo(20.25, 18.75);
+    second.quadTo(20.25, 20.25, 18.75, 20.25);
+    second.lineTo(11.25, 20.25);
+    second.quadTo(9.75, 20.25, 9.75, 18.75);
+    m_painter.drawPath(second);
+}
+
+void IconDrawing::DeleteFrame() {
+    Frame(QRectF(4.75, 3.75, 14.5, 16.5));
+    UseAccent(true);
+    m_painter.drawLine(QPointF(9.25, 9.25), QPointF(14.75, 14.75));
+    m_painter.drawLine(QPointF(14.75, 9.25), QPointF(9.25, 14.75));
+}
+
+void IconDrawing::Step(bool back) {
+    if (back) {
+        m_painter.translate(24, 0);
+        m_painter.scale(-1, 1);
+    }
+    Frame(QRectF(11.75, 4.75, 8.5, 14.5));
+    UseAccent(true);
+    m_painter.drawLine(QPointF(2.75, 12), QPointF(8, 12));
+    Polyline({{5.25, 8.75}, {8.5, 12}, {5.25, 15.25}});
+}
+
+// --- layers -----------------------------------------------------------------------------------------------
+
+void IconDrawing::NewLayer() {
+    Sheet(9);
+    Polyline({{3.5, 14}, {11, 17.75}});
+    UseAccent(true);
+    Plus(QPointF(17.5, 17));
+}
+
+void IconDrawing::DeleteLayer() {
+    Sheet(9);
+    Polyline({{3.5, 14}, {11, 17.75}});
+    UseAccent(true);
+    Minus(QPointF(17.5, 17));
+}
+
+void IconDrawing::MoveLayer(bool up) {
+    Sheet(up ? 16 : 8);
+    UseAccent(true);
+    // The arrow leaves the sheet on the side to which it moves.
+    const double tip = up ? 3.25 : 20.75;
+    const double wing = up ? 6.75 : 17.25;
+    const double foot = up ? 9.5 : 14.5;
+    m_painter.drawLine(QPointF(12, foot), QPointF(12, tip));
+    Polyline({{8.5, wing}, {12, tip}, {15.5, wing}});
+}
+
+void IconDrawing::LayerManager() {
+    Sheet(8);
+    Polyline({{3.5, 12}, {12, 16.25}, {20.5, 12}});
+    UseAccent(true);
+    Polyline({{3.5, 16}, {12, 20.25}, {20.5, 16}});
+}
+
+void IconDrawing::Refresh() {
+    // In sixteenths of a degree, as arcs are measured.
+    constexpr int degree = 16;
+    m_painter.drawArc(QRectF(4.5, 4.5, 15, 15), 20 * degree, 290 * degree);
+    UseAccent(true);
+    Polyline({{19.25, 4.25}, {19.25, 9.25}, {14.25, 9.25}});
+}
+
+// --- colours and options ----------------------------------------------------------------------------------
+
+void IconDrawing::Palette() {
+    QPainterPath board(QPointF(12, 4));
+    board.cubicTo(7, 4, 3.5, 7.75, 3.5, 12);
+    board.cubicTo(3.5, 16.5, 7.25, 20, 11.5, 20);
+    board.cubicTo(13.5, 20, 13.75, 18.5, 13, 17.25);
+    board.cubicTo(12.25, 15.75, 13, 14.5, 14.5, 14.5);
+    board.lineTo(17, 14.5);
+    board.cubicTo(19.25, 14.5, 20.5, 13, 20.5, 11);
+    board.cubicTo(20.5, 7, 16.75, 4, 12, 4);
+    m_painter.drawPath(board);
+    UseAccent(true);
+    m_painter.setBrush(m_accent);
+    for (const QPointF& paint : {QPointF(7.5, 12), QPointF(9.5, 8), QPointF(14, 7.75), QPointF(17, 10.75)}) {
+        m_painter.drawEllipse(paint, 0.75, 0.75);
+    }
+}
+
+void IconDrawing::Options() {
+    const double knobs[] = {15.5, 8.5, 13.0};
+    double y = 6;
+    for (const double x : knobs) {
+        UseAccent(false);
+        m_painter.drawLine(QPointF(4, y), QPointF(x - 2.75, y));
+        m_painter.drawLine(QPointF(x + 2.75, y), QPointF(20, y));
+        UseAccent(true);
+        m_painter.drawEllipse(QPointF(x, y), 1.75, 1.75);
+        y += 6;
+    }
+}
+
+// --- shared -----------------------------------------------------------------------------------------------
+
+void IconDrawing::Polyline(std::initializer_list<QPointF> points) {
+    m_painter.drawPolyline(QPolygonF(QVector<QPointF>(points)));
+}
+
+void IconDrawing::Polygon(std::initializer_list<QPointF> points) {
+    m_painter.drawPolygon(QPolygonF(QVector<QPointF>(points)));
+}
+
+void IconDrawing::Frame(const QRectF& rect) {
+    m_painter.drawRoundedRect(rect, FRAME_RADIUS, FRAME_RADIUS);
+}
+
+void IconDrawing::Sheet(double y) {
+    Polygon({{12, y - 4.25}, {20.5, y}, {12, y + 4.25}, {3.5, y}});
+}
+
+void IconDrawing::Plus(const QPointF& middle) {
+    Minus(middle);
+    m_painter.drawLine(middle - QPointF(0, MARK_HALF), middle + QPointF(0, MARK_HALF));
+}
+
+void IconDrawing::Minus(const QPointF& middle) {
+    m_painter.drawLine(middle - QPointF(MARK_HALF, 0), middle + QPointF(MARK_HALF, 0));
+}
+
+void IconDrawing::UseAccent(bool use) {
+    QPen pen = m_painter.pen();
+    pen.setColor(use ? m_accent : m_line);
+    m_painter.setPen(pen);
+}
+
+} // namespace vellix

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ui/Icons.h"
+
+#include <QWidget>
+
+namespace vellix {
+
+/// An icon that is only looked at.
+class IconView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `side` in pixels.
+    IconView(Icon icon, int side, QWidget* parent = nullptr);
+
+    void SetIcon(Icon icon);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Icon m_shown;
+    QIcon m_icon;
+};
+
+} // namespace vellix

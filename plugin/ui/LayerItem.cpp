@@ -1,0 +1,265 @@
+#include "ui/LayerItem.h"
+
+#include "core/LayerState.h"
+#include "host/MayaUtil.h"
+#include "ui/CameraMenu.h"
+#include "ui/DialogManager.h"
+#include "ui/ElidedLabel.h"
+#include "ui/FocusFrame.h"
+#include "ui/LayerManagerRow.h"
+#include "ui/LayerToggle.h"
+
+#include <maya/MQtUtil.h>
+
+#include <QContextMenuEvent>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace vellix {
+
+namespace {
+
+struct StateLook {
+    LayerState state;
+    const char* letter;
+    const char* meaning;
+};
+
+const StateLook STATES[] = {
+    {LayerState::Animated, "", "Animated. Click to make it static."},
+    {LayerState::Static, "S", "Static. Click to lock it."},
+    {LayerState::Locked, "L", "Locked. Click to make it animated."},
+};
+
+const QString& VisibleLetter() {
+    static const QString letter = QStringLiteral("V");
+    return letter;
+}
+
+const StateLook& LookOf(LayerState state) {
+    for (const StateLook& look : STATES) {
+        if (look.state == state) {
+            return look;
+        }
+    }
+    return STATES[0];
+}
+
+const LayerItem::Part PARTS[] = {LayerItem::Part::Row, LayerItem::Part::Visibility, LayerItem::Part::State};
+
+} // namespace
+
+LayerItem::LayerItem(const QString& camera, int index, QWidget* parent)
+    : QWidget(parent)
+    , m_camera(camera)
+    , m_index(index)
+    , m_visibility(new LayerToggle(this))
+    , m_state(new LayerToggle(this))
+    , m_name(new ElidedLabel(this)) {
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->setSpacing(5);
+    layout->addWidget(m_visibility);
+    layout->addWidget(m_state);
+    layout->addWidget(m_name, 1);
+    setAutoFillBackground(true);
+    const QString name = QStringLiteral("qmVxLayer%1_%2_%3");
+    const QString number = QString::number(index);
+    setObjectName(name.arg(QString(), camera, number));
+    m_visibility->setObjectName(name.arg(QStringLiteral("Visibility"), camera, number));
+    m_state->setObjectName(name.arg(QStringLiteral("State"), camera, number));
+    connect(m_visibility, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
+    connect(m_state, &LayerToggle::clicked, this, &LayerItem::CycleState);
+    m_visibility->installEventFilter(this);
+    m_state->installEventFilter(this);
+    SetTabStop(false);
+    UpdateColors();
+}
+
+QString LayerItem::GetName() const {
+    return m_name->text();
+}
+
+void LayerItem::Show(const LayerManagerRow& row) {
+    if (m_name->text() != row.name) {
+        m_name->setText(row.name);
+        setAccessibleName(row.name);
+    }
+    m_visibility->Show(row.visible ? VisibleLetter() : QString(),
+                       row.visible ? QStringLiteral("Visible. Click to hide it.")
+                                   : QStringLiteral("Hidden. Click to show it."));
+    const StateLook& look = LookOf(row.state);
+    m_state->Show(QLatin1String(look.letter), QLatin1String(look.meaning));
+}
+
+void LayerItem::SetActive(bool active) {
+    if (m_active != active) {
+        m_active = active;
+        UpdateColors();
+    }
+}
+
+void LayerItem::UpdateColors() {
+    setPalette(QPalette());
+    QPalette colors = palette();
+    if (m_active) {
+        const QWidget* const window = MQtUtil::mainWindow();
+        const QPalette host = window != nullptr ? window->palette() : colors;
+        const QBrush& text = host.brush(QPalette::Active, QPalette::HighlightedText);
+        const QBrush& back = host.brush(QPalette::Active, QPalette::Highlight);
+        colors.setBrush(QPalette::Button, back);
+        colors.setBrush(QPalette::Window, back);
+        colors.setBrush(QPalette::WindowText, text);
+        colors.setBrush(QPalette::ButtonText, text);
+    } else {
+        colors.setBrush(QPalette::Button, colors.brush(QPalette::Mid));
+        colors.setBrush(QPalette::Window, colors.brush(QPalette::Mid));
+    }
+    setPalette(colors);
+}
+
+// --- what is done here ------------------------------------------------------------------------------------
+
+void LayerItem::Activate() {
+    MayaUtil::SetActiveLayer(m_camera, m_index);
+    MayaUtil::Draw();
+}
+
+void LayerItem::OpenProperties() {
+    DialogManager::ShowLayerPropertiesDialog(m_camera, m_index, window());
+}
+
+void LayerItem::ToggleVisibility() {
+    MayaUtil::SetLayerVisible(m_camera, m_index, m_visibility->text() != VisibleLetter());
+}
+
+void LayerItem::CycleState() {
+    LayerState next = LayerState::Animated;
+    if (m_state->text().isEmpty()) {
+        next = LayerState::Static;
+    } else if (m_state->text() == QLatin1String("S")) {
+        next = LayerState::Locked;
+    }
+    MayaUtil::SetLayerState(m_camera, m_index, next);
+}
+
+void LayerItem::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        setFocus(Qt::MouseFocusReason);
+        Activate();
+    }
+}
+
+void LayerItem::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        OpenProperties();
+    }
+}
+
+void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
+    // The row may be gone when something is chosen: the menu knows the layer by itself.
+    const QString camera = m_camera;
+    const int index = m_index;
+    auto* const menu = new QMenu(window());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QWidget* const panel = window();
+    QString name = GetName();
+    name.replace(QLatin1Char('&'), QLatin1String("&&"));
+    connect(menu->addAction(QStringLiteral("%1...").arg(name)), &QAction::triggered, panel,
+            [camera, index, panel] { DialogManager::ShowLayerPropertiesDialog(camera, index, panel); });
+    menu->addSeparator();
+    CameraMenu::Add(
+        *menu, QStringLiteral("Move layer to         "), camera,
+        [camera, index](const QString& chosen) { MayaUtil::MoveLayer(camera, index, chosen, -1); });
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    menu->popup(byKey ? mapToGlobal(rect().bottomLeft()) : event->globalPos());
+}
+
+// --- keyboard ---------------------------------------------------------------------------------------------
+
+void LayerItem::SetTabStop(bool stop) {
+    setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+    for (LayerToggle* const toggle : {m_visibility, m_state}) {
+        toggle->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+void LayerItem::PlaceInTabOrder(QWidget* after) {
+    for (const Part part : PARTS) {
+        QWidget* const widget = GetWidget(part);
+        setTabOrder(after, widget);
+        after = widget;
+    }
+}
+
+QWidget* LayerItem::GetWidget(Part part) const {
+    switch (part) {
+    case Part::Visibility:
+        return m_visibility;
+    case Part::State:
+        return m_state;
+    case Part::Row:
+        break;
+    }
+    return const_cast<LayerItem*>(this);
+}
+
+void LayerItem::FocusPart(Part part, Qt::FocusReason reason) {
+    GetWidget(part)->setFocus(reason);
+}
+
+bool LayerItem::GetFocusedPart(Part& part) const {
+    for (const Part candidate : PARTS) {
+        if (GetWidget(candidate)->hasFocus()) {
+            part = candidate;
+            return true;
+        }
+    }
+    return false;
+}
+
+void LayerItem::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (hasFocus() && (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)) {
+        Activate();
+        return;
+    }
+    Part part = Part::Row;
+    if ((key == Qt::Key_Left || key == Qt::Key_Right) && GetFocusedPart(part)) {
+        const int count = int(sizeof(PARTS) / sizeof(PARTS[0]));
+        const int step = key == Qt::Key_Right ? 1 : -1;
+        FocusPart(PARTS[qBound(0, int(part) + step, count - 1)], Qt::OtherFocusReason);
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+bool LayerItem::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn) {
+        Q_EMIT Focused(this);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void LayerItem::focusInEvent(QFocusEvent* event) {
+    Q_EMIT Focused(this);
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void LayerItem::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update();
+}
+
+void LayerItem::paintEvent(QPaintEvent*) {
+    if (hasFocus()) {
+        QPainter painter(this);
+        FocusFrame::Draw(painter, rect().adjusted(1, 1, -1, -1), palette(),
+                         m_active ? QPalette::WindowText : QPalette::Highlight);
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ui/LayerFormDialog.h"
+
+class QCheckBox;
+
+namespace vellix {
+
+/// Edits the name, camera, visibility and state of one layer: OK issues one command line for each that
+/// changed.
+class LayerPropertiesDialog : public LayerFormDialog {
+    Q_OBJECT
+
+public:
+    LayerPropertiesDialog(const QString& camera, int index, QWidget* parent = nullptr);
+
+    // What is set here is what later counts as unchanged.
+    void SetLayerName(const QString& name);
+    void SetVisibility(bool visible);
+    void SetLayerState(LayerState state);
+    /// Selects the layer's camera, which is offered even when it is not one of them.
+    void SetCameras(const QStringList& cameras);
+
+    /// Shows one for the layer; an error is logged when there is no such layer.
+    static void Open(const QString& camera, int index, QWidget* parent);
+
+protected:
+    void Apply() override { UpdateLayer(); }
+
+private:
+    void UpdateLayer();
+
+    const QString m_layerCamera;
+    const int m_index;
+    QString m_layerName;
+    bool m_visibility = false;
+    LayerState m_state;
+    QCheckBox* m_visible;
+};
+
+} // namespace vellix

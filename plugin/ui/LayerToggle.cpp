@@ -1,0 +1,72 @@
+#include "ui/LayerToggle.h"
+
+#include "ui/FocusFrame.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace vellix {
+
+LayerToggle::LayerToggle(QWidget* parent)
+    : QAbstractButton(parent) {
+    setAttribute(Qt::WA_Hover);
+    setFixedSize(LayerToggle::sizeHint());
+}
+
+void LayerToggle::Show(const QString& letter, const QString& meaning) {
+    if (text() != letter) {
+        setText(letter);
+    }
+    if (toolTip() != meaning) {
+        setToolTip(meaning);
+        setAccessibleName(meaning);
+    }
+}
+
+QSize LayerToggle::sizeHint() const {
+    const QRect letter = fontMetrics().boundingRect(QLatin1Char('V'));
+    return QSize(letter.width() + 8, fontMetrics().ascent() + 2).expandedTo(QSize(20, 14));
+}
+
+void LayerToggle::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        setFixedSize(sizeHint());
+    }
+    QAbstractButton::changeEvent(event);
+}
+
+void LayerToggle::keyPressEvent(QKeyEvent* event) {
+    // The arrows move along the rows, not from button to button.
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        event->ignore();
+        break;
+    default:
+        QAbstractButton::keyPressEvent(event);
+    }
+}
+
+void LayerToggle::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor line = palette().color(QPalette::ButtonText);
+    QColor inside = line;
+    line.setAlphaF(hasFocus() ? 1.0 : 0.4);
+    inside.setAlphaF(underMouse() ? 0.22 : 0.08);
+    painter.setPen(QPen(line, 1.0));
+    painter.setBrush(inside);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 2.0, 2.0);
+    painter.setPen(palette().color(QPalette::ButtonText));
+    // Capitals have no descent: they stand in the middle when it is left out.
+    const QFontMetrics metrics = fontMetrics();
+    const QRect letter = metrics.tightBoundingRect(text());
+    painter.drawText(QPointF((width() - metrics.size(Qt::TextSingleLine, text()).width()) / 2.0,
+                             (height() + letter.height()) / 2.0),
+                     text());
+}
+
+} // namespace vellix

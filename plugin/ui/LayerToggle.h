@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace vellix {
+
+/// A small box with one letter, or none, in a row of the layer manager. 20 by 14 pixels, larger with a large
+/// font.
+class LayerToggle : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    explicit LayerToggle(QWidget* parent = nullptr);
+
+    /// The tooltip says what the letter means.
+    void Show(const QString& letter, const QString& meaning);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+};
+
+} // namespace vellix

@@ -1,0 +1,45 @@
+#include "ui/PlainIconButton.h"
+
+#include "ui/FocusFrame.h"
+
+#include <QPainter>
+
+namespace vellix {
+
+namespace {
+
+const int SIDE = 24;
+const int MARGIN = 2; // between the icon and the button's edge
+
+} // namespace
+
+PlainIconButton::PlainIconButton(const QIcon& icon, const QString& toolTip, QWidget* parent)
+    : QAbstractButton(parent) {
+    setIcon(icon);
+    setToolTip(toolTip);
+    setAccessibleName(toolTip);
+    setFixedSize(PlainIconButton::sizeHint());
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+QSize PlainIconButton::sizeHint() const {
+    return {SIDE, SIDE};
+}
+
+void PlainIconButton::SetDimmed(bool dimmed) {
+    if (m_dimmed != dimmed) {
+        m_dimmed = dimmed;
+        update();
+    }
+}
+
+void PlainIconButton::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    icon().paint(&painter, rect().adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN), Qt::AlignCenter,
+                 m_dimmed || !isEnabled() ? QIcon::Disabled : QIcon::Normal);
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        FocusFrame::Draw(painter, rect(), palette());
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ui/FloatingPanel.h"
+
+#include <QList>
+
+class QCheckBox;
+class QHBoxLayout;
+class QPushButton;
+
+namespace vellix {
+
+/// How long the active layer's drawing at the current time is held: one button for every length, and a few
+/// that lengthen or shorten it. Each press is one command line.
+class RetimingDialog : public FloatingPanel {
+    Q_OBJECT
+
+public:
+    explicit RetimingDialog(QWidget* parent = nullptr);
+
+public Q_SLOTS:
+    void RetimeAbsolute();
+    void RetimeRelative();
+    void OnMoveToNextFrameToggled();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct FrameButton {
+        QPushButton* button;
+        int least; ///< width, pixels
+    };
+
+    void AddButton(QHBoxLayout* row, const QString& label, const QString& toolTip, int least,
+                   void (RetimingDialog::*slot)());
+    void Retime(bool relative);
+    void FitButtons();
+
+    QList<FrameButton> m_buttons;
+    QCheckBox* m_moveToNext;
+};
+
+} // namespace vellix

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "ui/FloatingPanel.h"
+#include "ui/ToolOptionsPanel.h"
+
+class QCheckBox;
+class QFontComboBox;
+class QGridLayout;
+class QLabel;
+
+namespace vellix {
+
+class IconView;
+class NumberSlider;
+
+/// The options of the active drawing tool. Each change goes out as one line at once, a few times a second
+/// while a slider is dragged.
+class ToolOptionsDialog final : public FloatingPanel, public ToolOptionsPanel {
+    Q_OBJECT
+
+public:
+    explicit ToolOptionsDialog(QWidget* parent);
+
+    void Refresh() override;
+
+private:
+    struct Row {
+        QLabel* label;
+        QWidget* field;
+        void SetShown(bool shown) const;
+    };
+
+    QLayout* CreateHeader();
+    Row AddRow(QGridLayout& grid, const QString& label, QWidget* field);
+    void ShowFont(const QString& family);
+    void OnFontChosen();
+    void Send();
+
+    IconView* m_icon;
+    QLabel* m_name;
+    NumberSlider* m_size;
+    NumberSlider* m_opacity;
+    NumberSlider* m_hardness;
+    QCheckBox* m_pressure;
+    QFontComboBox* m_font;
+    Row m_hardnessRow;
+    Row m_fontRow;
+    QString m_shownFont;
+};
+
+} // namespace vellix

@@ -1,0 +1,285 @@
+#include "ui/ToolboxDialog.h"
+
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "node/BaseNode.h"
+#include "paint/ToolType.h"
+#include "ui/DrawingTools.h"
+#include "ui/HostColorField.h"
+#include "ui/IconButton.h"
+#include "ui/NumberSlider.h"
+
+#include <maya/MEventMessage.h>
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace vellix {
+
+namespace {
+
+constexpr int MARGIN = 6;
+constexpr int SPACING = 2;
+constexpr int GROUP_SPACING = 5;
+constexpr int ICON_SIZE = 24;
+/// Every row of the panel keeps to the same columns.
+constexpr int COLUMN_COUNT = 5;
+constexpr int COLOR_HEIGHT = 26;
+
+/// A thin line between two groups, as quiet on dark as on light.
+class Separator : public QWidget {
+public:
+    Separator() { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QColor color = palette().color(QPalette::WindowText);
+        color.setAlphaF(0.2);
+        QPainter(this).fillRect(rect(), color);
+    }
+};
+
+QGridLayout* CreateGrid() {
+    auto* grid = new QGridLayout;
+    grid->setSpacing(SPACING);
+    for (int column = 0; column < COLUMN_COUNT; ++column) {
+        grid->setColumnStretch(column, 1);
+    }
+    return grid;
+}
+
+} // namespace
+
+ToolboxDialog::ToolboxDialog(QWidget* parent)
+    : FloatingPanel(QStringLiteral("Toolbox"), Settings::toolboxGeometry, parent) {
+    setObjectName(QStringLiteral("qmVxToolbox"));
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    column->setSpacing(GROUP_SPACING);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    column->addLayout(CreateTools());
+    column->addWidget(new Separator);
+    auto* colors = new QHBoxLayout;
+    column->addLayout(colors);
+    column->addLayout(CreateOptions());
+    column->addWidget(new Separator);
+    column->addLayout(CreateFrames());
+    column->addWidget(new Separator);
+    column->addLayout(CreateGhostsAndLayers());
+    RefreshOptions();
+    AddColors(*colors, column->sizeHint().width() - 2 * MARGIN);
+
+    // The host's own tools are taken without a word to the plug-in.
+    m_callbacks.append(MEventMessage::addEventCallback(
+        "ToolChanged", [](void* toolbox) { static_cast<ToolboxDialog*>(toolbox)->Refresh(); }, this));
+    Refresh();
+}
+
+ToolboxDialog::~ToolboxDialog() {
+    MMessage::removeCallbacks(m_callbacks);
+}
+
+// --- what is in it ----------------------------------------------------------------------------------------
+
+QLayout* ToolboxDialog::CreateTools() {
+    QGridLayout* grid = CreateGrid();
+    constexpr int perRow = COLUMN_COUNT - 1;
+    int place = 0;
+    for (const DrawingTool& tool : GetDrawingTools()) {
+        const QString toolTip =
+            QStringLiteral("%1: %2").arg(QString::fromLatin1(tool.name), QString::fromLatin1(tool.hint));
+        IconButton* button = CreateSwitch(tool.icon, tool.name, toolTip, tool.take);
+        connect(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
+        m_tools.append(button);
+        grid->addWidget(button, place / perRow, place % perRow);
+        ++place;
+    }
+    m_transform = CreateSwitch(Icon::Transform, "Transform",
+                               QStringLiteral("Transform: move, turn and scale a part of the drawing"),
+                               MayaUtil::ActivateTransformTool);
+    grid->addWidget(m_transform, 0, perRow);
+    m_optionsButton = CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
+                                   MayaUtil::ShowToolOptionsDialog);
+    grid->addWidget(m_optionsButton, 1, perRow);
+    return grid;
+}
+
+void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
+    row.setSpacing(SPACING);
+    IconButton* palette = CreateButton(Icon::Palette, "Palette", QStringLiteral("Color palette"),
+                                       MayaUtil::ShowColorPaletteDialog);
+    const QSize size(width - palette->sizeHint().width() - SPACING, COLOR_HEIGHT);
+    m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), size,
+                                 QStringLiteral("Color to draw with; click to choose another one"));
+    m_color->setObjectName(QStringLiteral("qmVxToolboxColor"));
+    m_color->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
+    row.addWidget(m_color);
+    row.addStretch();
+    row.addWidget(palette);
+    // They come behind the tools, wherever in the order they were made.
+    QWidget* before = m_optionsButton;
+    for (QWidget* next : {m_color->focusProxy(), static_cast<QWidget*>(palette)}) {
+        if (next != nullptr) {
+            setTabOrder(before, next);
+            before = next;
+        }
+    }
+}
+
+QLayout* ToolboxDialog::CreateOptions() {
+    auto* grid = new QGridLayout;
+    grid->setSpacing(SPACING);
+    grid->setHorizontalSpacing(MARGIN);
+    m_size = new NumberSlider(QStringLiteral("qmVxToolboxSize"));
+    m_opacity = new NumberSlider(QStringLiteral("qmVxToolboxOpacity"));
+    m_opacity->SetUp(1, 100, QStringLiteral(" %"), QStringLiteral("Opacity of the active tool"));
+    int row = 0;
+    for (NumberSlider* slider : {m_size, m_opacity}) {
+        auto* label = new QLabel(slider == m_size ? QStringLiteral("Size") : QStringLiteral("Opacity"));
+        label->setBuddy(slider);
+        grid->addWidget(label, row, 0);
+        grid->addWidget(slider, row, 1);
+        connect(slider, &NumberSlider::Changed, this, &ToolboxDialog::Send);
+        ++row;
+    }
+    return grid;
+}
+
+QLayout* ToolboxDialog::CreateFrames() {
+    QGridLayout* grid = CreateGrid();
+    int column = 0;
+    for (IconButton* button :
+         {CreateButton(Icon::InsertFrame, "InsertFrame", QStringLiteral("Insert an empty frame"),
+                       MayaUtil::InsertFrame),
+          CreateButton(Icon::DuplicateFrame, "DuplicateFrame", QStringLiteral("Duplicate the frame"),
+                       MayaUtil::DuplicateFrame),
+          CreateButton(Icon::DeleteFrame, "DeleteFrame", QStringLiteral("Delete the frame"),
+                       MayaUtil::DeleteFrame),
+          CreateButton(Icon::StepBack, "StepBack", QStringLiteral("Step back to the frame before"),
+                       MayaUtil::StepBack),
+          CreateButton(Icon::StepForward, "StepForward", QStringLiteral("Step forward to the next frame"),
+                       MayaUtil::StepForward)}) {
+        grid->addWidget(button, 0, column++);
+    }
+    return grid;
+}
+
+QLayout* ToolboxDialog::CreateGhostsAndLayers() {
+    QGridLayout* grid = CreateGrid();
+    m_ghostPrevious =
+        CreateGhostSwitch(Icon::GhostPrevious, "GhostPrevious",
+                          QStringLiteral("Show the drawings before this one"), MayaUtil::ToggleGhostPrevious);
+    m_ghostNext =
+        CreateGhostSwitch(Icon::GhostNext, "GhostNext", QStringLiteral("Show the drawings after this one"),
+                          MayaUtil::ToggleGhostNext);
+    // The column in the middle stays empty, as wide as the others.
+    auto* gap = new QWidget;
+    gap->setFixedSize(m_ghostPrevious->sizeHint());
+    grid->addWidget(gap, 0, 2);
+    grid->addWidget(m_ghostPrevious, 0, 0);
+    grid->addWidget(m_ghostNext, 0, 1);
+    grid->addWidget(
+        CreateButton(Icon::NewLayer, "NewLayer", QStringLiteral("New layer"), MayaUtil::ShowNewLayerDialog),
+        0, COLUMN_COUNT - 2);
+    grid->addWidget(CreateButton(Icon::LayerManager, "LayerManager", QStringLiteral("Layer manager"),
+                                 MayaUtil::ShowLayerManagerDialog),
+                    0, COLUMN_COUNT - 1);
+    return grid;
+}
+
+IconButton* ToolboxDialog::CreateButton(Icon icon, const char* name, const QString& toolTip,
+                                        bool (*issue)()) {
+    auto* button = new IconButton(icon, toolTip, ICON_SIZE);
+    button->setObjectName(QStringLiteral("qmVxToolbox%1").arg(QString::fromLatin1(name)));
+    connect(button, &QAbstractButton::clicked, this, [issue] { issue(); });
+    return button;
+}
+
+IconButton* ToolboxDialog::CreateSwitch(Icon icon, const char* name, const QString& toolTip,
+                                        bool (*issue)()) {
+    IconButton* button = CreateButton(icon, name, toolTip, issue);
+    button->setCheckable(true);
+    connect(button, &QAbstractButton::clicked, this, &ToolboxDialog::Refresh);
+    return button;
+}
+
+IconButton* ToolboxDialog::CreateGhostSwitch(Icon icon, const char* name, const QString& toolTip,
+                                             bool (*toggle)()) {
+    IconButton* button = CreateSwitch(icon, name, toolTip, toggle);
+    connect(button, &IconButton::MenuWanted, this, &ToolboxDialog::ShowGhostingMenu);
+    return button;
+}
+
+// --- what it shows and does -------------------------------------------------------------------------------
+
+void ToolboxDialog::Refresh() {
+    const bool transforms = BaseNode::GetActiveTransformContext() != nullptr;
+    for (int i = 0; i < m_tools.size(); ++i) {
+        m_tools[i]->setChecked(!transforms && static_cast<ToolType>(i) == Settings::activeTool);
+    }
+    m_transform->setChecked(transforms);
+    m_ghostPrevious->setChecked(Settings::ghostPrev);
+    m_ghostNext->setChecked(Settings::ghostNext);
+    m_color->SetColor(Settings::activeColor);
+    RefreshOptions();
+}
+
+void ToolboxDialog::RefreshOptions() {
+    const DrawingTool* const tool = GetActiveDrawingTool();
+    m_size->setEnabled(tool != nullptr);
+    m_opacity->setEnabled(tool != nullptr);
+    if (tool != nullptr) {
+        m_size->SetUp(1, tool->mostSize,
+                      tool->type == ToolType::Text ? QStringLiteral(" pt") : QStringLiteral(" px"),
+                      QStringLiteral("Size of the active tool"));
+        m_size->SetValue(Settings::GetToolSize(tool->type));
+        m_opacity->SetValue(Settings::GetToolOpacity(tool->type));
+    }
+}
+
+QColor ToolboxDialog::GetColor() const {
+    return m_color->GetColor();
+}
+
+void ToolboxDialog::ShowOptionsOf(const DrawingTool& tool) {
+    if (!Settings::toolboxDrawToolContextMenu) {
+        return;
+    }
+    if (tool.type != Settings::activeTool) {
+        tool.take();
+    }
+    MayaUtil::ShowToolOptionsDialog();
+}
+
+void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
+    if (!Settings::toolboxGhostingContextMenu) {
+        return;
+    }
+    QMenu menu;
+    const auto addSwitch = [&menu](const QString& text, bool on, bool (*toggle)()) {
+        QAction* action = menu.addAction(text);
+        action->setCheckable(true);
+        action->setChecked(on);
+        connect(action, &QAction::triggered, action, [toggle] { toggle(); });
+    };
+    addSwitch(QStringLiteral("Ghost Previous"), Settings::ghostPrev, MayaUtil::ToggleGhostPrevious);
+    addSwitch(QStringLiteral("Ghost Next"), Settings::ghostNext, MayaUtil::ToggleGhostNext);
+    menu.addSeparator();
+    connect(menu.addAction(QStringLiteral("Settings...")), &QAction::triggered, &menu,
+            [] { MayaUtil::ShowGhostingDialog(); });
+    menu.exec(place);
+}
+
+void ToolboxDialog::Send() {
+    if (const DrawingTool* const tool = GetActiveDrawingTool()) {
+        ToolValues values = ToolValues::Read(*tool);
+        values.size = m_size->GetValue();
+        values.opacity = m_opacity->GetValue();
+        values.Send(*tool);
+    }
+}
+
+} // namespace vellix

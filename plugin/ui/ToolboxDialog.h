@@ -1,0 +1,62 @@
+#pragma once
+
+#include "ui/FloatingPanel.h"
+#include "ui/ToolboxPanel.h"
+
+#include <maya/MCallbackIdArray.h>
+
+#include <QList>
+
+class QHBoxLayout;
+
+namespace vellix {
+
+class HostColorField;
+class IconButton;
+class NumberSlider;
+enum class Icon;
+struct DrawingTool;
+struct ToolValues;
+
+/// Everything that is wanted while drawing: the tools, the active colour, the active tool's size and opacity,
+/// the ghosts, the frames and the layers.
+class ToolboxDialog final : public FloatingPanel, public ToolboxPanel {
+    Q_OBJECT
+
+public:
+    explicit ToolboxDialog(QWidget* parent);
+    ~ToolboxDialog() override;
+
+    void Refresh() override;
+    void RefreshOptions() override;
+    QColor GetColor() const override;
+
+private:
+    QLayout* CreateTools();
+    /// As wide as that, pixels.
+    void AddColors(QHBoxLayout& row, int width);
+    QLayout* CreateOptions();
+    QLayout* CreateGhostsAndLayers();
+    QLayout* CreateFrames();
+
+    /// A button that issues a line; automation finds it as "qmVxToolbox" and its name.
+    IconButton* CreateButton(Icon icon, const char* name, const QString& toolTip, bool (*issue)());
+    /// A button that shows a state; it is shown anew after the line was issued, whatever became of it.
+    IconButton* CreateSwitch(Icon icon, const char* name, const QString& toolTip, bool (*issue)());
+    IconButton* CreateGhostSwitch(Icon icon, const char* name, const QString& toolTip, bool (*toggle)());
+    void ShowOptionsOf(const DrawingTool& tool);
+    void ShowGhostingMenu(const QPoint& place);
+    void Send();
+
+    QList<IconButton*> m_tools; ///< in the order of the drawing tools
+    IconButton* m_transform = nullptr;
+    IconButton* m_optionsButton = nullptr;
+    HostColorField* m_color = nullptr;
+    NumberSlider* m_size = nullptr;
+    NumberSlider* m_opacity = nullptr;
+    IconButton* m_ghostPrevious = nullptr;
+    IconButton* m_ghostNext = nullptr;
+    MCallbackIdArray m_callbacks;
+};
+
+} // namespace vellix

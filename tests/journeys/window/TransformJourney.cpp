@@ -1,0 +1,178 @@
+// The transform tool, by the pointer and the keyboard.
+
+#include "journeys/window/RunningLightbox.h"
+
+#include <QPainter>
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+/// Items of the tool's menus, counted from the top as the Down key goes; Paste can be chosen once something
+/// is copied.
+enum InSelectStage {
+    TransformItem = 1,
+    TransformCopyItem,
+    CutItem,
+    CopyItem,
+    PasteItem,
+    PasteAndTransformItem
+};
+enum InTransformStage { ApplyItem = 1, RevertItem, FlipHorizontalItem, FlipVerticalItem };
+
+constexpr unsigned BACKSPACE = 0xff08;
+constexpr unsigned DOWN = 0xff54;
+
+class TransformJourney : public ::testing::Test {
+protected:
+    TransformJourney() {
+        m_folder.Write("strokes.json",
+                       R"({"format": "vellix-strokes", "version": 1, "size": 1024, "strokes": [
+            {"frame": 1, "tool": "brush", "size": 40, "opacity": 90, "hardness": 60, "color": [200, 40, 20],
+             "samples": [[440,470,1,0],[470,500,0.8,50],[520,500,0.6,100],[560,530,0.4,150]]},
+            {"frame": 1, "tool": "pencil", "size": 6, "opacity": 60, "hardness": 100, "color": [20, 40, 160],
+             "samples": [[430,460,1,0],[500,540,0.8,50],[580,470,0.9,100]]}]})");
+        m_folder.RunScript("qmVellixNode -l -c persp; qmVellixReplay -file \"strokes.json\" -camera persp;"
+                           "currentTime 1; file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
+        m_program = std::make_unique<RunningLightbox>(m_folder, QStringList{"-file", m_folder.Path("a.ma")});
+        const QRect panel = m_program->Place("modelPanel4");
+        m_middle = panel.center();
+    }
+
+    /// The drawing at frame 1, as it would be exported.
+    QImage Drawing() {
+        const QString file = m_folder.Path("out.####.png");
+        m_program->Mel("qmVellixExport -file \"" + file + "\" -camera persp -startTime 1 -endTime 1");
+        QImage image(m_folder.Path("out.0001.png"));
+        EXPECT_FALSE(image.isNull()) << m_program->Messages().toStdString();
+        return image.convertToFormat(QImage::Format_ARGB32);
+    }
+    void Use(const char* renderer) {
+        m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4").arg(renderer));
+    }
+    QPoint At(int x, int y) const { return m_middle + QPoint(x, y); }
+    /// All of the drawing, wherever the steps have put it.
+    void Select() { m_program->Drag(At(-150, -110), At(110, 100)); }
+    void Menu(int item) {
+        m_program->Click(At(-130, -95), RunningLightbox::Right); // pasted from there
+        RunningLightbox::Rest(150);
+        for (int i = 0; i < item; ++i) {
+            m_program->Type(DOWN);
+        }
+        m_program->Type(RunningLightbox::Return);
+        RunningLightbox::Rest(150);
+    }
+    void Enter() {
+        m_program->Type(RunningLightbox::Return);
+        RunningLightbox::Rest(150);
+    }
+    void WithShift(const std::function<void()>& does) {
+        m_program->Hold(RunningLightbox::Shift);
+        does();
+        m_program->LetGo(RunningLightbox::Shift);
+    }
+    void Move() { m_program->Drag(At(-100, 80), At(-92, 73)); }
+    void Rotate() {
+        WithShift([this] { m_program->Drag(At(-100, 80), At(-63, 90)); });
+    }
+    void Scale() { m_program->Drag(At(-100, 80), At(0, 80), RunningLightbox::Middle); }
+
+    Lightbox m_folder;
+    std::unique_ptr<RunningLightbox> m_program;
+    QPoint m_middle;
+};
+
+TEST_F(TransformJourney, TwentyStepsAreUndoneAndRedoneExactly) {
+    struct Step {
+        const char* name;
+        std::function<void()> does;
+        bool changes = true;
+    };
+    const auto transformed = [this](std::initializer_list<std::function<void()>> drags) {
+        return [this, drags = std::vector<std::function<void()>>(drags)] {
+            Select();
+            Enter();
+            for (const auto& drag : drags) {
+                drag();
+            }
+            Enter();
+        };
+    };
+    const auto move = [this] { Move(); };
+    const auto rotate = [this] { Rotate(); };
+    const auto scale = [this] { Scale(); };
+    const auto scaleFreely = [this] { WithShift([this] { Scale(); }); };
+    const auto flipHorizontal = [this] { Menu(FlipHorizontalItem); };
+    const auto flipVertical = [this] { Menu(FlipVerticalItem); };
+    const std::vector<Step> steps = {
+        {"move", transformed({move})},
+        {"rotate", transformed({rotate})},
+        {"scale", transformed({scale})},
+        {"scale freely", transformed({scaleFreely})},
+        {"flip horizontally", transformed({flipHorizontal})},
+        {"flip vertically", transformed({flipVertical})},
+        {"all together", transformed({move, rotate, scale, flipHorizontal})},
+        {"move the whole image",
+         [=] {
+             Enter();
+             Move();
+             Enter();
+         }},
+        {"copy", [=] { Select(), Menu(CopyItem); }, false},
+        {"paste", [=] { Menu(PasteItem); }},
+        {"cut", [=] { Select(), Menu(CutItem); }},
+        {"paste what was cut", [=] { Menu(PasteItem); }},
+        {"paste and transform",
+         [=] {
+             Menu(PasteAndTransformItem);
+             Move();
+             Rotate();
+             Menu(ApplyItem);
+         }},
+        {"transform a copy",
+         [=] {
+             Select();
+             Menu(TransformCopyItem);
+             Move();
+             Enter();
+         }},
+        {"transform from the menu",
+         [=] {
+             Select();
+             Menu(TransformItem);
+             Scale();
+             Menu(ApplyItem);
+         }},
+        {"revert by key", [=] { Select(), Enter(), Move(), m_program->Type(BACKSPACE); }, false},
+        {"revert from the menu", [=] { Select(), Enter(), Rotate(), Menu(RevertItem); }, false},
+        {"revert a paste", [=] { Menu(PasteAndTransformItem), Move(), m_program->Type(BACKSPACE); }, false},
+        {"move at last", transformed({move})},
+        {"cancel", [=] { Select(), Enter(), Move(), m_program->Type(RunningLightbox::Escape); }, false},
+    };
+    QImage before = Drawing();
+    for (const char* renderer : {"vp2Renderer", "base_OpenGL_Renderer"}) {
+        Use(renderer);
+        m_program->Mel("qmVellixUtil -transform");
+        EXPECT_TRUE(m_program->Becomes("currentCtx", "qmVxTransformCtx1"));
+        for (const Step& step : steps) {
+            SCOPED_TRACE(std::string(renderer) + ": " + step.name);
+            step.does();
+            RunningLightbox::Rest(100);
+            const QImage after = Drawing();
+            EXPECT_EQ(after != before, step.changes);
+            if (step.changes) {
+                m_program->Type('z', RunningLightbox::Control);
+                EXPECT_EQ(Drawing(), before);
+                m_program->Mel("redo");
+                EXPECT_EQ(Drawing(), after);
+            }
+            before = after;
+        }
+        EXPECT_TRUE(m_program->Becomes("currentCtx", "qmVxDrawCtx1")) << "where a cancelled transform ends";
+    }
+    EXPECT_EQ(m_program->Messages().count("Error"), 0);
+}
+
+} // namespace

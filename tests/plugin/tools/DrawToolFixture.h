@@ -1,0 +1,120 @@
+#pragma once
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "host/PluginMain.h"
+#include "host/Settings.h"
+#include "lightbox/window/WindowFixture.h"
+#include "node/BaseNode.h"
+#include "paint/Stroke.h"
+#include "plugin/tools/RealInput.h"
+#include "scene/PluginManager.h"
+#include "scene/ToolContexts.h"
+#include "window/ViewOptions.h"
+
+#include <stdexcept>
+
+namespace vellix {
+
+/// The plug-in in a window with its draw tool in use, and a pointer that really moves. The gate of persp is
+/// as wide as the view, 1024 pixels: a pixel of the view is one of the drawing.
+class DrawToolFixture : public WindowFixture {
+protected:
+    DrawToolFixture() {
+        host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+        Settings::ghostPrev = Settings::ghostNext = false;
+        Settings::ignore2dPanZoom = false;
+        for (int tool = 0; tool <= static_cast<int>(ToolType::Rectangle); ++tool) {
+            Settings::SetToolSize(static_cast<ToolType>(tool), 6);
+            Settings::SetToolOpacity(static_cast<ToolType>(tool), 100);
+        }
+        Settings::activeColor = QColor(20, 60, 240);
+        Run("setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
+        Run("qmVellixNode -l -f -c persp");
+        Show();
+        for (int round = 0; round < 5 && View().size() != QSize(1024, 576); ++round) {
+            Window().resize(Window().size() + QSize(1024, 576) - View().size());
+            Settle();
+        }
+        Window().activateWindow();
+        Settle();
+    }
+    ~DrawToolFixture() override {
+        for (const int button : {1, 2, 3}) {
+            m_input.Release(button); // a test that failed may have left one down
+        }
+        Settle(30);
+        Stop();
+    }
+
+    void Use(lightbox::ViewOptions::Renderer renderer) {
+        lightbox::ViewOptions options = View().Options();
+        options.renderer = renderer;
+        View().SetOptions(options);
+    }
+    static BaseNode& Node() { return *BaseNode::GetMaster(); }
+    /// What is drawn at the current time on the active layer.
+    static QImage Drawing(const QString& camera = "persp") {
+        return Node().GetActiveLayer(camera)->GetCurrentFrame()->GetImage();
+    }
+
+    /// A point of the view, from its top left, on the screen.
+    QPoint OnScreen(const QPoint& point) { return View().mapToGlobal(point); }
+    void MoveTo(const QPoint& point) { m_input.MoveTo(OnScreen(point)); }
+    void Press(const QPoint& point, int button = 1) {
+        MoveTo(point);
+        Settle(20);
+        m_input.Press(button);
+        Settle(30);
+    }
+    void Release(int button = 1) {
+        m_input.Release(button);
+        Settle(30);
+    }
+    /// The stroke being drawn, or null.
+    static Stroke* ActiveStroke() {
+        return Node().HasActiveStroke() ? Node().GetActiveStroke("persp", false) : nullptr;
+    }
+    static int PointCount() { return ActiveStroke() != nullptr ? ActiveStroke()->points.size() : 0; }
+    /// Presses and waits for the first two samples; text has but one point.
+    void PressAndWait(const QPoint& point) {
+        MoveTo(point);
+        Settle(20);
+        m_input.Press();
+        if (!WaitFor([] { return PointCount() >= (IsText() ? 1 : 2); })) {
+            throw std::runtime_error("no stroke was begun");
+        }
+    }
+    /// Moves and waits until the sample has been put into the stroke. The points of a freehand stroke have to
+    /// lie farther apart than a tenth of its size.
+    void MoveAndWait(const QPoint& point) {
+        const Stroke before = *ActiveStroke();
+        MoveTo(point);
+        const bool isThere = WaitFor([&] {
+            const QList<StrokePoint>& points = ActiveStroke()->points;
+            return points.size() > before.points.size() ||
+                   points.last().position != before.points.last().position;
+        });
+        if (!isThere) {
+            throw std::runtime_error("the pointer was not sampled");
+        }
+    }
+    void Drag(const QList<QPoint>& points) {
+        PressAndWait(points.first());
+        for (int i = 1; i < points.size(); ++i) {
+            MoveAndWait(points.at(i));
+        }
+        Release();
+    }
+    static bool IsText() { return ActiveStroke() != nullptr && ActiveStroke()->tool == ToolType::Text; }
+    void Type(unsigned symbol) {
+        m_input.PressKey(symbol);
+        m_input.ReleaseKey(symbol);
+        Settle(20);
+    }
+
+    RealInput m_input;
+};
+
+} // namespace vellix

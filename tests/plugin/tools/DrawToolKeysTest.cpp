@@ -1,0 +1,299 @@
+// The keys of the draw tool, text, and the pen.
+#include "plugin/tools/DrawToolFixture.h"
+#include "scene/UndoQueue.h"
+#include "ui/DialogManager.h"
+#include "ui/ToolOptionsPanel.h"
+#include "window/PanelLayout.h"
+
+#include <QInputMethodEvent>
+#include <QScreen>
+#include <QTabletEvent>
+
+namespace vellix {
+
+namespace {
+
+using Renderer = lightbox::ViewOptions::Renderer;
+
+constexpr unsigned ESCAPE = 0xff1b;
+constexpr unsigned RETURN = 0xff0d;
+constexpr unsigned BACKSPACE = 0xff08;
+
+class DrawToolKeysTest : public DrawToolFixture {
+protected:
+    /// The view as it is on the screen: to draw it once more would take away what a tool drew over it.
+    QImage Seen() {
+        Settle(80);
+        const QPoint corner = View().mapToGlobal(QPoint(0, 0));
+        return QGuiApplication::primaryScreen()
+            ->grabWindow(0, corner.x(), corner.y(), View().width(), View().height())
+            .toImage()
+            .convertToFormat(QImage::Format_RGB32);
+    }
+    /// Number of pixels that differ.
+    static int Difference(const QImage& left, const QImage& right) {
+        int count = 0;
+        for (int y = 0; y < left.height(); ++y) {
+            for (int x = 0; x < left.width(); ++x) {
+                count += left.pixel(x, y) != right.pixel(x, y);
+            }
+        }
+        return count;
+    }
+    QString Text() { return ActiveStroke() != nullptr ? ActiveStroke()->text : QString("<none>"); }
+    void BeginText(const QPoint& point) {
+        Run("qmVellixUtil -textTool; qmVellixUtil -textOptions 30 100 \"DejaVu Sans\"");
+        PressAndWait(point);
+        Release();
+    }
+    void SendText(const QString& text) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, text);
+        QApplication::sendEvent(&View(), &press);
+    }
+    void SendPen(QEvent::Type type, double pressure, QTabletEvent::PointerType pointer = QTabletEvent::Pen) {
+        const QPointF at(300, 200);
+        QCoreApplication::postEvent(&View(),
+                                    new QTabletEvent(type, at, View().mapToGlobal(at.toPoint()),
+                                                     QTabletEvent::Stylus, pointer, pressure, 0, 0, 0.0, 0.0,
+                                                     0, Qt::NoModifier, 7, Qt::LeftButton, Qt::LeftButton));
+        Settle(5);
+    }
+};
+
+class NotingOptions : public QWidget, public ToolOptionsPanel {
+public:
+    void Refresh() override { ++refreshes; }
+    static int refreshes;
+};
+int NotingOptions::refreshes = 0;
+
+} // namespace
+
+TEST_F(DrawToolKeysTest, DraggingWithAKeyHeldAdjustsTheTool) {
+    const struct {
+        const char* tool;
+        char key;
+        int start;
+        int distance;
+        int size;
+        int opacity;
+    } rows[] = {
+        {"pencil", 'b', 10, 25, 12, 50},  {"pencil", 'b', 10, -25, 8, 50}, {"brush", 'b', 98, 90, 100, 50},
+        {"eraser", 'b', 10, -200, 1, 50}, {"line", 'm', 10, 39, 10, 53},   {"text", 'm', 10, -700, 10, 1},
+    };
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Use(renderer);
+        for (const auto& row : rows) {
+            SCOPED_TRACE(::testing::Message() << row.tool << row.key << row.distance);
+            Run(std::string("qmVellixUtil -") + row.tool + "Tool");
+            const ToolType tool = Settings::activeTool;
+            Settings::SetToolSize(tool, row.start);
+            Settings::SetToolOpacity(tool, 50);
+            const auto edits = host_->undo().Names();
+            const int start = row.distance < 0 ? 900 : 100;
+            MoveTo({start, 300});
+            Settle(20);
+            m_input.PressKey(static_cast<unsigned>(row.key));
+            Settle(20);
+            Press({start, 300});
+            MoveTo({start + row.distance, 250}); // what is vertical does not count
+            Settle(50);
+            Release();
+            m_input.ReleaseKey(static_cast<unsigned>(row.key));
+            Settle(20);
+            EXPECT_EQ(Settings::GetToolSize(tool), row.size);
+            EXPECT_EQ(Settings::GetToolOpacity(tool), row.opacity);
+            EXPECT_FALSE(Node().HasActiveStroke());
+            EXPECT_EQ(host_->undo().Names(), edits);
+        }
+    }
+    // The eraser has no opacity to adjust: it draws.
+    Run("qmVellixUtil -eraserTool");
+    m_input.PressKey('m');
+    Settle(20);
+    PressAndWait({300, 200});
+    EXPECT_EQ(ActiveStroke()->tool, ToolType::Eraser);
+    Release();
+    m_input.ReleaseKey('m');
+    Settle(20);
+}
+
+TEST_F(DrawToolKeysTest, TheCircleIsAsLargeAsTheToolAndGoesAgain) {
+    DialogManager::RegisterPanel(DialogManager::Panel::ToolOptions,
+                                 [](QWidget*) { return std::make_unique<NotingOptions>(); });
+    DialogManager::GetToolOptionsDialog();
+    Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 60 100 100 0");
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Use(renderer);
+        MoveTo({500, 300});
+        Settle(50);
+        const QImage before = Seen();
+        const int refreshes = NotingOptions::refreshes;
+        m_input.PressKey('b');
+        Settle(20);
+        Press({500, 300});
+        for (const int distance : {0, 100, 200}) {
+            MoveTo({500 + distance, 300});
+            Settle(60);
+            const QImage with = Seen();
+            const int radius = Settings::brushSize / 2;
+            EXPECT_EQ(radius, 30 + distance / 20);
+            // A ring of that radius, and nothing of the one before it.
+            for (int degree = 0; degree < 360; degree += 45) {
+                const auto differs = [&](double length) {
+                    const double angle = degree * M_PI / 180.0;
+                    const QPoint at(qRound(500 + length * std::cos(angle)),
+                                    qRound(300 - length * std::sin(angle)));
+                    const QRect around(at - QPoint(2, 2), at + QPoint(2, 2));
+                    return Difference(with.copy(around), before.copy(around)) > 0;
+                };
+                EXPECT_TRUE(differs(radius)) << degree << " " << radius;
+                EXPECT_FALSE(differs(radius + 8)) << degree << " " << radius;
+            }
+        }
+        EXPECT_GE(NotingOptions::refreshes, refreshes + 2);
+        Release();
+        m_input.ReleaseKey('b');
+        Settle(20);
+        EXPECT_EQ(Seen(), before);
+        Settings::brushSize = 60;
+    }
+}
+
+TEST_F(DrawToolKeysTest, KeysGoIntoTheText) {
+    BeginText({300, 200});
+    const auto arrangement = Window().Layout().Current();
+    // Some of them are keys of the host otherwise.
+    for (const char key : {'a', 'b', 'm', 's', ' ', 'z', 'f'}) {
+        Type(static_cast<unsigned>(key));
+    }
+    Type(RETURN);
+    Type('1');
+    EXPECT_EQ(Text(), "abms zf\n1");
+    EXPECT_EQ(Window().Layout().Current(), arrangement);
+    for (const char* text : {"\xc3\xa9", "\xd0\x96", "\xe6\xbc\xa2", "\xd7\xa9", "\xf0\x9f\x98\x80"}) {
+        SendText(QString::fromUtf8(text));
+    }
+    EXPECT_EQ(Text(), QString::fromUtf8("abms zf\n1\xc3\xa9\xd0\x96\xe6\xbc\xa2\xd7\xa9\xf0\x9f\x98\x80"));
+    Type(BACKSPACE);
+    EXPECT_EQ(Text(), QString::fromUtf8("abms zf\n1\xc3\xa9\xd0\x96\xe6\xbc\xa2\xd7\xa9"));
+    for (int i = 0; i < 20; ++i) {
+        Type(BACKSPACE);
+    }
+    EXPECT_EQ(Text(), "");
+    Type('x');
+    Type(ESCAPE);
+    EXPECT_FALSE(Node().HasActiveStroke());
+    Type(' ');
+    EXPECT_NE(Window().Layout().Current(), arrangement) << "keys are the host's again";
+}
+
+// A dead key and the letter after it, or a word from a list, come as one composed text.
+TEST_F(DrawToolKeysTest, ComposedCharactersGoIntoTheText) {
+    EXPECT_FALSE(View().testAttribute(Qt::WA_InputMethodEnabled));
+    BeginText({300, 200});
+    EXPECT_TRUE(View().testAttribute(Qt::WA_InputMethodEnabled));
+    for (const char* text : {"\xc3\xaa", "\xe6\x9d\xb1\xe4\xba\xac"}) {
+        QInputMethodEvent composed;
+        composed.setCommitString(QString::fromUtf8(text));
+        QApplication::sendEvent(&View(), &composed);
+    }
+    EXPECT_EQ(Text(), QString::fromUtf8("\xc3\xaa\xe6\x9d\xb1\xe4\xba\xac"));
+    Type(ESCAPE);
+    EXPECT_FALSE(View().testAttribute(Qt::WA_InputMethodEnabled));
+}
+
+TEST_F(DrawToolKeysTest, WhatEndsTheTextCommitsIt) {
+    const struct {
+        const char* what;
+        std::function<void()> end;
+    } rows[] = {
+        {"Escape", [this] { Type(ESCAPE); }},
+        {"a press",
+         [this] {
+             Press({700, 400});
+         }},
+        {"a right click",
+         [this] {
+             m_input.PressKey(0xffe1), Press({700, 400}, 3);
+         }},
+        {"another tool", [this] { Run("setToolTo selectSuperContext"); }},
+        {"another drawing tool", [this] { Run("qmVellixUtil -brushTool"); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Run("file -force -new; qmVellixNode -l -f -c persp");
+        BeginText({300, 200});
+        Type('w');
+        Type('w');
+        const std::size_t before = host_->undo().Names().size();
+        row.end();
+        EXPECT_EQ(host_->undo().Names().size(), before + 1);
+        // Its first letters stand where the pointer was.
+        const QImage drawn = Drawing();
+        int covered = 0;
+        for (int x = 300; x < 340; ++x) {
+            for (int y = 400; y < 460; ++y) {
+                covered += drawn.pixelColor(x, y).alpha() > 0;
+            }
+        }
+        EXPECT_GT(covered, 100);
+        m_input.Release(1);
+        m_input.Release(3);
+        m_input.ReleaseKey(0xffe1);
+        Settle(20);
+    }
+}
+
+TEST_F(DrawToolKeysTest, AKeyThatWasHeldWhenTheWindowLostItIsForgotten) {
+    Run("qmVellixUtil -brushTool");
+    MoveTo({300, 200});
+    Settle(20);
+    m_input.PressKey('b');
+    Settle(20);
+    QEvent deactivated(QEvent::WindowDeactivate);
+    QApplication::sendEvent(&Window(), &deactivated);
+    PressAndWait({300, 200});
+    EXPECT_TRUE(Node().HasActiveStroke());
+    Release();
+    m_input.ReleaseKey('b');
+    Settle(20);
+}
+
+TEST_F(DrawToolKeysTest, ThePenHasPressureAndAnEraser) {
+    const struct {
+        double pressure;
+        float stored;
+    } rows[] = {{0.04, 0.0f}, {0.1, 0.15f}, {0.0, 0.15f}, {0.5, 0.5f}, {0.75, 0.875f}, {0.99, 1.0f}};
+    Run("qmVellixUtil -eraserOptions 40 100 100 0; qmVellixUtil -brushTool");
+    Run("qmVellixUtil -brushOptions 30 100 100 1");
+    for (const auto& row : rows) {
+        SendPen(QEvent::TabletMove, row.pressure);
+        EXPECT_FLOAT_EQ(Settings::tabletPressure, row.stored) << row.pressure;
+    }
+    SendPen(QEvent::TabletPress, 0.75);
+    PressAndWait({300, 200});
+    SendPen(QEvent::TabletMove, 0.75);
+    for (int i = 1; i <= 6; ++i) {
+        MoveAndWait({300 + 20 * i, 200});
+    }
+    EXPECT_FLOAT_EQ(ActiveStroke()->points.last().opacity, 0.875f);
+    EXPECT_EQ(ActiveStroke()->points.last().size, 30) << "pressure changes the opacity only";
+    Release();
+    EXPECT_EQ(Settings::tabletPressure, 1.0f);
+    EXPECT_NEAR(Drawing().pixelColor(370, 424).alpha(), 223, 3);
+
+    SendPen(QEvent::TabletPress, 0.9, QTabletEvent::Eraser);
+    EXPECT_TRUE(Settings::tabletEraserEnabled);
+    PressAndWait({370, 150});
+    EXPECT_EQ(ActiveStroke()->tool, ToolType::Eraser);
+    for (int i = 1; i <= 5; ++i) {
+        MoveAndWait({370, 150 + 25 * i});
+    }
+    Release();
+    EXPECT_EQ(Settings::activeTool, ToolType::Brush);
+    EXPECT_FALSE(Settings::tabletEraserEnabled);
+    EXPECT_EQ(Drawing().pixelColor(370, 424).alpha(), 0);
+}
+
+} // namespace vellix

@@ -1,0 +1,352 @@
+#include "plugin/tools/DrawToolFixture.h"
+#include "scene/UndoQueue.h"
+#include "tools/ThreadManager.h"
+
+#include <QDialog>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMouseEvent>
+#include <QTimer>
+
+namespace vellix {
+
+namespace {
+
+using Renderer = lightbox::ViewOptions::Renderer;
+
+class DrawToolTest : public DrawToolFixture {
+protected:
+    /// Where the input thread puts a point of the view, from its top left, in the drawing.
+    QPoint Sampled(const QPoint& point, int shift = 1) {
+        M3dView view = M3dView::active3dView();
+        Node().UpdateOverlayValues(view);
+        return Node().ScreenCoordsToTexCoords(QPoint(point.x() + shift, View().height() + 1 - point.y()));
+    }
+    /// The same points as a recording, drawn on another frame of the camera.
+    QImage Replayed(const char* tool, const QList<QPoint>& points, const QString& camera) {
+        QJsonArray samples;
+        const auto add = [&samples](const QPoint& at) {
+            samples.append(QJsonArray{at.x(), at.y(), 1.0, samples.size() * 8});
+        };
+        for (const QPoint& point : points) {
+            add(Sampled(point));
+        }
+        const ToolType type = Settings::activeTool;
+        QJsonObject stroke{{"frame", 50},
+                           {"tool", tool},
+                           {"size", Settings::GetToolSize(type)},
+                           {"opacity", Settings::GetToolOpacity(type)},
+                           {"hardness", Settings::GetToolHardness(type)},
+                           {"color", QJsonArray{20, 60, 240}},
+                           {"samples", samples}};
+        const QJsonObject recording{
+            {"format", "vellix-strokes"}, {"version", 1}, {"size", 1024}, {"strokes", QJsonArray{stroke}}};
+        const QString path = prefs_.filePath("points.json");
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QJsonDocument(recording).toJson());
+        file.close();
+        Run(QString("qmVellixReplay -file \"%1\" -camera %2").arg(path, camera).toStdString());
+        Run("currentTime 50");
+        return Drawing(camera);
+    }
+    static QList<QPoint> Zigzag(const QPoint& from) {
+        QList<QPoint> points;
+        for (int i = 0; i < 9; ++i) {
+            points.append(from + QPoint(14 * i, i % 2 == 0 ? 4 * i : 30 + 4 * i));
+        }
+        return points;
+    }
+    /// Pixels, in full ones.
+    static double CoverageOf(const QImage& image) {
+        double sum = 0.0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                sum += qAlpha(image.pixel(x, y)) / 255.0;
+            }
+        }
+        return sum;
+    }
+    std::size_t StrokesToUndo() { return host_->undo().Names().size(); }
+};
+
+} // namespace
+
+// In perspective and orthographic views, with 2D pan and zoom, in both renderers. Freehand only where a pixel
+// of the view is one of the drawing: the first sample lies a pixel beside, of the view or of the recording.
+TEST_F(DrawToolTest, DrawsWhatAReplayOfItsPointsDraws) {
+    ASSERT_TRUE(m_input.IsAvailable());
+    const struct {
+        const char* tool;
+        const char* camera;
+        Renderer renderer;
+        const char* setup;
+    } rows[] = {
+        {"pencil", "persp", Renderer::Viewport2, ""},
+        {"brush", "persp", Renderer::Legacy, ""},
+        {"line", "persp", Renderer::Viewport2, ""},
+        {"arrow", "persp", Renderer::Legacy, ""},
+        {"ellipse", "front", Renderer::Viewport2, ""},
+        {"arrow", "front", Renderer::Legacy,
+         "setAttr frontShape.panZoomEnabled 1; setAttr frontShape.zoom 0.7"},
+        {"rectangle", "persp", Renderer::Viewport2,
+         "setAttr perspShape.panZoomEnabled 1; setAttr perspShape.zoom 0.5; setAttr perspShape.hpn 0.2"},
+        {"line", "persp", Renderer::Legacy,
+         "setAttr perspShape.panZoomEnabled 1; setAttr perspShape.zoom 1.5; setAttr perspShape.vpn -0.1"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(::testing::Message() << row.tool << " in " << row.camera << " " << row.setup);
+        const QString camera = row.camera;
+        Use(row.renderer);
+        Run("file -force -new; setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
+        Run(std::string("qmVellixNode -l -f -c ") + row.camera + "; lookThru modelPanel4 " + row.camera);
+        Run(std::string(row.setup) + "; select -clear");
+        Settle();
+        Run(std::string("qmVellixUtil -") + row.tool + "Tool");
+        const QList<QPoint> points = Zigzag({300, 200});
+        Drag(points);
+        const QImage drawn = Drawing(camera);
+        EXPECT_GT(CoverageOf(drawn), 500.0);
+        const QImage replayed = Replayed(row.tool, points, camera);
+        EXPECT_EQ(drawn, replayed);
+    }
+}
+
+TEST_F(DrawToolTest, TheEraserTakesAwayAndUndoBringsBack) {
+    Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 40 100 100 0");
+    const QList<QPoint> line{{300, 200}, {340, 200}, {380, 200}, {420, 200}};
+    Drag(line);
+    const QImage before = Drawing();
+    const QPoint middle = Sampled({360, 200});
+    ASSERT_EQ(before.pixelColor(middle).alpha(), 255);
+    Run("qmVellixUtil -eraserTool; qmVellixUtil -eraserOptions 40 100 100 0");
+    Drag({{360, 150}, {360, 180}, {360, 210}, {360, 240}, {360, 270}, {360, 300}});
+    const QImage after = Drawing();
+    EXPECT_EQ(after.pixelColor(middle).alpha(), 0);
+    EXPECT_EQ(after.pixelColor(Sampled({310, 200})), before.pixelColor(Sampled({310, 200})));
+    Run("undo");
+    EXPECT_EQ(Drawing(), before);
+    Run("redo");
+    EXPECT_EQ(Drawing(), after);
+}
+
+TEST_F(DrawToolTest, AClickMakesADotOfTwoPoints) {
+    Run("qmVellixUtil -pencilTool");
+    PressAndWait({400, 300});
+    ASSERT_EQ(PointCount(), 2);
+    EXPECT_EQ(ActiveStroke()->points[0].position, Sampled({400, 300}, 0));
+    EXPECT_EQ(ActiveStroke()->points[1].position - ActiveStroke()->points[0].position, QPoint(1, 0));
+    Settle(100);
+    EXPECT_EQ(PointCount(), 2) << "a pointer that rests adds nothing";
+    Release();
+    EXPECT_GT(CoverageOf(Drawing()), 20.0);
+}
+
+// The last sample comes after the last event of the mouse that could redraw the view.
+TEST_F(DrawToolTest, WhereThePointerRestsIsShownBeforeTheRelease) {
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Use(renderer);
+        Run("qmVellixUtil -pencilTool");
+        PressAndWait({200, 200});
+        for (int i = 1; i <= 5; ++i) {
+            MoveAndWait({200 + 40 * i, 200});
+        }
+        const QPoint end = ActiveStroke()->points.last().position;
+        ASSERT_TRUE(WaitFor([&] { return !ActiveStroke()->changed; }));
+        // The drawing begins (1024 - height) / 2 above the view.
+        const QPoint inView(end.x(), end.y() - (1024 - View().height()) / 2);
+        const QColor seen = View().grabFramebuffer().pixelColor(inView);
+        EXPECT_GT(seen.blue(), 170);
+        EXPECT_LT(seen.red(), 90);
+        Release();
+        Run("undo");
+    }
+}
+
+// While several views are shown, each that is drawn tells the node of its own size and place.
+TEST_F(DrawToolTest, OtherViewsDoNotMoveTheStroke) {
+    Window().Layout().Arrange(lightbox::PanelLayout::Arrangement::Four);
+    ASSERT_TRUE(WaitFor([this] { return View("modelPanel2").isVisible() && View().width() < 700; }));
+    Settle(200);
+    Run("qmVellixUtil -pencilTool");
+    const QSize size = View().size();
+    const QPoint start(size.width() / 3, size.height() / 2);
+    QList<QPoint> expected;
+    PressAndWait(start);
+    for (int i = 1; i <= 8; ++i) {
+        MoveAndWait(start + QPoint(8 * i, 0));
+        Run("qmVellixNode -rg"); // draws all
+        Settle(20);
+    }
+    for (const StrokePoint& point : ActiveStroke()->points) {
+        EXPECT_EQ(point.position.y(), Sampled(start).y());
+    }
+    EXPECT_LE(ActiveStroke()->points.last().position.x(), Sampled(start + QPoint(64, 0)).x());
+    Release();
+}
+
+TEST_F(DrawToolTest, SamplesThatAreLateJoinNoStroke) {
+    Run("qmVellixUtil -pencilTool");
+    PressAndWait({200, 200});
+    for (int i = 1; i <= 10; ++i) {
+        MoveTo({200 + 20 * i, 200});
+        QThread::msleep(12); // the main thread is busy, the samples wait
+    }
+    const int count = PointCount();
+    ThreadManager::GetInstance()->DestroyInputThread();
+    Settle(50);
+    EXPECT_EQ(PointCount(), count);
+    Release();
+    PressAndWait({600, 300});
+    for (const StrokePoint& point : ActiveStroke()->points) {
+        EXPECT_GE(point.position.x(), Sampled({600, 300}, 0).x());
+    }
+    Release();
+}
+
+TEST_F(DrawToolTest, NothingIsLostWhileTheMainThreadIsBusy) {
+    Run("qmVellixUtil -pencilTool");
+    PressAndWait({200, 200});
+    for (int i = 1; i <= 10; ++i) {
+        MoveTo({200 + 20 * i, 200});
+        QThread::msleep(30);
+    }
+    EXPECT_TRUE(WaitFor([] { return PointCount() >= 11; }));
+    Release();
+}
+
+TEST_F(DrawToolTest, AStrokeThatIsInterruptedIsCommittedOnce) {
+    const struct {
+        const char* what;
+        std::function<void()> interrupt;
+    } rows[] = {
+        {"another tool", [this] { Run("setToolTo selectSuperContext"); }},
+        {"another drawing tool", [this] { Run("qmVellixUtil -lineTool"); }},
+        {"the view is hidden", [this] { View().hide(); }},
+        {"a dialog opens",
+         [this] {
+             QDialog dialog(&Window());
+             QTimer::singleShot(100, &dialog, &QDialog::accept);
+             dialog.exec();
+         }},
+        {"a release elsewhere",
+         [this] {
+             QMouseEvent move(QEvent::MouseMove, QPointF(400, 300), Qt::NoButton, Qt::NoButton,
+                              Qt::NoModifier);
+             QApplication::sendEvent(&View(), &move);
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 20 100 100 0");
+        PressAndWait({300, 200});
+        MoveAndWait({340, 200});
+        const std::size_t before = StrokesToUndo();
+        row.interrupt();
+        Settle(50);
+        EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
+        EXPECT_EQ(ActiveStroke(), nullptr);
+        EXPECT_GT(Drawing().pixelColor(Sampled({310, 200})).alpha(), 200);
+        EXPECT_GT(StrokesToUndo(), before) << "it can be undone";
+        const std::size_t committed = StrokesToUndo();
+        View().show();
+        Release();
+        EXPECT_EQ(StrokesToUndo(), committed);
+        Run("undo");
+        EXPECT_EQ(Drawing().pixelColor(Sampled({310, 200})).alpha(), 0);
+    }
+}
+
+TEST_F(DrawToolTest, AnotherActiveWindowDoesNotEndAStroke) {
+    Run("qmVellixUtil -brushTool");
+    PressAndWait({300, 200});
+    QWidget other;
+    other.setGeometry(1400, 800, 100, 100);
+    other.show();
+    other.activateWindow();
+    Settle(100);
+    MoveAndWait({340, 200});
+    EXPECT_TRUE(ThreadManager::GetInstance()->IsActive());
+    Release();
+    EXPECT_GT(Drawing().pixelColor(Sampled({310, 200})).alpha(), 200);
+}
+
+TEST_F(DrawToolTest, AStrokeWhoseSceneGoesGoesWithIt) {
+    for (const char* line :
+         {"file -force -new", "delete vellix", "qmVellixLayer -delete 0 persp", "undo; undo",
+          "qmVellixStroke persp", "file -force -new; qmVellixNode -l -f -c persp"}) {
+        SCOPED_TRACE(line);
+        Run("file -force -new; qmVellixNode -l -f -c persp");
+        Run("lookThru modelPanel4 persp; qmVellixUtil -pencilTool");
+        Settle();
+        PressAndWait({300, 200});
+        MoveAndWait({340, 200});
+        Run(line);
+        for (int i = 0; i < 5; ++i) {
+            MoveTo({350 + 20 * i, 220});
+            Settle(20);
+        }
+        Release();
+        EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
+        // The next one is drawn as if nothing had been.
+        Run("file -force -new; qmVellixNode -l -f -c persp");
+        messages_.clear();
+        Drag({{500, 300}, {540, 300}, {580, 300}});
+        EXPECT_GT(Drawing().pixelColor(Sampled({510, 300})).alpha(), 200);
+        EXPECT_EQ(Drawing().pixelColor(Sampled({345, 220})).alpha(), 0);
+        EXPECT_TRUE(messages_.empty()) << messages_.front();
+    }
+}
+
+TEST_F(DrawToolTest, TheToolGoesWithThePlugInInTheMiddleOfAStroke) {
+    Run("qmVellixUtil -pencilTool");
+    PressAndWait({300, 200});
+    Run("file -force -new");
+    session_.reset();
+    EXPECT_NO_FATAL_FAILURE(host_.reset());
+    m_input.Release();
+    EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
+}
+
+// What a press adds, a layer or a frame, goes with the stroke when it is undone.
+TEST_F(DrawToolTest, AFirstStrokeBringsItsLayer) {
+    Run("file -force -new; lookThru modelPanel4 persp; qmVellixUtil -pencilTool");
+    Settle(100); // the node is made when the host is idle
+    ASSERT_NE(BaseNode::GetMaster(), nullptr);
+    EXPECT_EQ(Node().LayerCount("persp"), 0);
+    Drag({{300, 200}, {340, 200}});
+    EXPECT_EQ(Node().LayerCount("persp"), 1);
+    Run("undo");
+    EXPECT_EQ(Node().LayerCount("persp"), 0);
+    Run("redo");
+    EXPECT_EQ(Node().LayerCount("persp"), 1);
+
+    Run("qmVellixLayer -es 2 0 persp");
+    messages_.clear();
+    Press({300, 300});
+    Release();
+    ASSERT_EQ(messages_.size(), 1U);
+    EXPECT_NE(messages_[0].find("Active layer is locked."), std::string::npos);
+}
+
+TEST_F(DrawToolTest, TheMiddleButtonMakesTheViewsCameraTheActiveOne) {
+    Run("qmVellixLayer -add -ls 0 front; qmVellixLayer -add -ls 0 persp; qmVellixUtil -draw");
+    Settle();
+    ASSERT_EQ(Node().GetActiveCamera(), "persp");
+    const std::size_t before = StrokesToUndo();
+    Press({300, 200}, 2);
+    Release(2);
+    EXPECT_EQ(StrokesToUndo(), before) << "it is active already";
+    Run("lookThru modelPanel4 front");
+    Press({300, 200}, 2);
+    Release(2);
+    EXPECT_EQ(Node().GetActiveCamera(), "front");
+    Run("lookThru modelPanel4 side");
+    Press({300, 200}, 2);
+    Release(2);
+    EXPECT_EQ(Node().GetActiveCamera(), "front") << "side has no layer";
+}
+
+} // namespace vellix

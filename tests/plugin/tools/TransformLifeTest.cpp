@@ -1,0 +1,185 @@
+#include "paint/Stroke.h"
+#include "plugin/tools/TransformFixture.h"
+#include "scene/ToolContexts.h"
+
+namespace vellix {
+namespace {
+
+const QRect QUARTERS(300, 400, 100, 60);
+
+/// What happens to the tool in the middle of things.
+class TransformLifeTest : public TransformFixture {
+protected:
+    void BeginTransform() {
+        Select(QUARTERS);
+        Key(Qt::Key_Return);
+        Drag({100, 300}, {180, 310});
+        ASSERT_EQ(Tool().GetStage(), TransformContext::TRANSFORM_STAGE);
+    }
+    void ExpectFreshStart() {
+        EXPECT_FALSE(Node().HasActiveStroke());
+        EXPECT_FALSE(Node().DrawTransformOutline("persp"));
+        EXPECT_EQ(Tool().GetStage(), TransformContext::SELECT_STAGE);
+        EXPECT_EQ(Current(), Picture());
+    }
+};
+
+TEST_F(TransformLifeTest, BackspaceRevertsAndEscapeGoesToTheDrawTool) {
+    Begin();
+    BeginTransform();
+    Key(Qt::Key_Backspace);
+    ExpectFreshStart();
+    BeginTransform();
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(Run("currentCtx").AsString().rfind("qmVxDrawCtx", 0), 0U);
+    EXPECT_FALSE(Node().HasActiveStroke());
+    EXPECT_EQ(Current(), Picture());
+    Activate();
+    ExpectFreshStart();
+}
+
+TEST_F(TransformLifeTest, PressedAfterTheFrameOrTheLayerChangedItReverts) {
+    Begin();
+    for (const char* change : {"currentTime 2", "qmVellixLayer -add -ls 0 persp"}) {
+        for (const bool enters : {false, true}) {
+            SCOPED_TRACE(change);
+            BeginTransform();
+            Run(change);
+            if (enters) {
+                Key(Qt::Key_Return);
+            } else {
+                Drag({500, 500}, {600, 600});
+                Rest();
+            }
+            Run("undo");
+            ExpectFreshStart();
+        }
+    }
+}
+
+TEST_F(TransformLifeTest, PressedInAnotherViewItReverts) {
+    Begin();
+    Run("qmVellixLayer -add -ls 0 top; qmVellixLayer -e -active 0 persp");
+    BeginTransform();
+    Run("lookThru modelPanel4 top");
+    Drag({500, 500}, {600, 600});
+    Rest();
+    Run("lookThru modelPanel4 persp");
+    ExpectFreshStart();
+
+    // A selection makes the camera of its view the active one.
+    Run("lookThru modelPanel4 top");
+    EXPECT_EQ(Node().GetActiveCamera(), "persp");
+    Select(QUARTERS);
+    EXPECT_EQ(Node().GetActiveCamera(), "top");
+
+    // One without layers is no place for a selection.
+    Run("lookThru modelPanel4 side");
+    Select(QUARTERS);
+    Rest();
+    EXPECT_EQ(Node().GetActiveCamera(), "top");
+    EXPECT_FALSE(Node().HasActiveStroke());
+}
+
+TEST_F(TransformLifeTest, UndoInTheMiddleComesUnderTheTransform) {
+    Begin();
+    Run("qmVellixFrame -clear");
+    const QImage blank = Current();
+    Run("undo");
+    ASSERT_EQ(Current(), Picture());
+    BeginTransform();
+    Grab();
+    Run("redo");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Current(), blank) << "what was cleared does not come back";
+}
+
+TEST_F(TransformLifeTest, NothingDanglesWhenItEndsInTheMiddle) {
+    Begin();
+    BeginTransform();
+    Run("setToolTo moveSuperContext");
+    EXPECT_FALSE(Node().HasActiveStroke());
+    EXPECT_FALSE(Node().DrawTransformOutline("persp"));
+    EXPECT_EQ(ChooseFromMenu(""), QStringList());
+    Activate();
+    ExpectFreshStart();
+
+    // During a drag.
+    BeginTransform();
+    Press({500, 500});
+    Move({520, 500});
+    Run("setToolTo moveSuperContext");
+    Move({540, 500});
+    Release({540, 500});
+    Activate();
+    ExpectFreshStart();
+
+    // The node goes, and so does the scene.
+    BeginTransform();
+    Run("delete vellix");
+    Grab();
+    Drag({500, 500}, {600, 600});
+    Key(Qt::Key_Return);
+    Run("undo");
+    ExpectFreshStart();
+    BeginTransform();
+    Run("file -f -new");
+    Rest();
+    EXPECT_EQ(Tool().GetStage(), TransformContext::SELECT_STAGE);
+    Drag({500, 500}, {600, 600});
+    Key(Qt::Key_Return);
+    Key(Qt::Key_Escape);
+    Run("file -f -new"); // the draw tool has made itself a node
+    Begin();
+
+    BeginTransform();
+    Key(Qt::Key_Backspace);
+    ExpectFreshStart();
+}
+
+TEST_F(TransformLifeTest, TheViewMayGoInTheMiddle) {
+    Begin();
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Run("window floating; paneLayout; modelPanel -camera persp floatingPanel; showWindow floating");
+        Rest();
+        Use(renderer, "floatingPanel");
+        lightbox::ViewportWidget& floating = View("floatingPanel");
+        QTest::mousePress(&floating, Qt::LeftButton, {}, QPoint(20, 20));
+        QMouseEvent move(QEvent::MouseMove, QPoint(50, 40), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&floating, &move);
+        QTest::mouseRelease(&floating, Qt::LeftButton, {}, QPoint(50, 40));
+        floating.setFocus();
+        QTest::keyClick(&floating, Qt::Key_Return);
+        Rest();
+        ASSERT_EQ(Tool().GetStage(), TransformContext::TRANSFORM_STAGE);
+        Run("deleteUI floating");
+        Rest();
+        // Another view of the same camera takes over.
+        Drag({500, 500}, {520, 500});
+        EXPECT_EQ(CurrentStroke()->offsetX, 20);
+        Key(Qt::Key_Backspace);
+        ExpectFreshStart();
+    }
+}
+
+TEST_F(TransformLifeTest, UnloadingInTheMiddleLeavesNothing) {
+    Begin();
+    for (const bool isPressed : {false, true}) {
+        BeginTransform();
+        if (isPressed) {
+            Press({500, 500});
+        }
+        host_->plugins().Unload("vellix2", true);
+        EXPECT_EQ(BaseNode::GetActiveTransformContext(), nullptr);
+        Move({510, 510});
+        Release({510, 510});
+        Press({500, 500}, Qt::RightButton);
+        Grab();
+        host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+        Run("file -f -new; setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
+        Begin();
+    }
+}
+
+} // namespace
+} // namespace vellix

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "host/PluginMain.h"
+#include "host/Settings.h"
+#include "lightbox/window/WindowFixture.h"
+#include "paint/ToolType.h"
+#include "plugin/host/ExecutedLines.h"
+#include "scene/PluginManager.h"
+
+#include <QAbstractButton>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+namespace vellix {
+
+/// The plug-in in the host's window, with its panels; the lines that it has the host execute are kept.
+class DialogFixture : public WindowFixture {
+protected:
+    DialogFixture() {
+        // The colour chooser keeps its colours for all programs of the user: neither his are for a test, nor
+        // a test's for him.
+        static const QTemporaryDir configuration;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
+        Settings::activeTool = ToolType::Brush;
+        Settings::activeColor = Settings::DEFAULT_DRAW_COLOR;
+        Settings::brushSize = Settings::pencilSize = Settings::lineSize = 6;
+        Settings::textSize = 20;
+        Settings::brushOpacity = Settings::pencilOpacity = Settings::lineOpacity = 100;
+        Settings::brushHardness = 100;
+        Settings::brushTabletEnabled = true;
+        Settings::ghostPrev = Settings::ghostNext = Settings::ghostColorOverride = false;
+        Settings::ghostPrevCount = Settings::ghostNextCount = Settings::DEFAULT_GHOSTED_FRAME_COUNT;
+        Settings::ghostColorOverridePrev = QColor(0, 128, 0);
+        Settings::ghostColorOverrideNext = QColor(128, 0, 0);
+        Load();
+    }
+    ~DialogFixture() override { Stop(); }
+
+    void Load() {
+        host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+        Show();
+    }
+    /// A window of the host by its title; null when none is shown.
+    static QWidget* FindWindow(const QString& title) {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->isVisible() && window->windowTitle() == title) {
+                return window;
+            }
+        }
+        return nullptr;
+    }
+    /// Opens a panel or dialog as its flag of the utility command does.
+    QWidget* Open(const char* flag, const char* title) {
+        Run(std::string("qmVellixUtil ") + flag);
+        Settle();
+        QWidget* window = FindWindow(QString::fromLatin1(title));
+        EXPECT_NE(window, nullptr) << title;
+        return window;
+    }
+    /// The button with that text, or whose tooltip begins with it.
+    static QAbstractButton* FindButton(QWidget* window, const QString& text) {
+        for (auto* button : window->findChildren<QAbstractButton*>()) {
+            if (button->text() == text || button->toolTip().startsWith(text)) {
+                return button;
+            }
+        }
+        ADD_FAILURE() << "no button " << text.toStdString();
+        return nullptr;
+    }
+    static void Click(QWidget* window, const char* text) {
+        QAbstractButton* const button = FindButton(window, QString::fromLatin1(text));
+        // A check box as wide as its page is clicked where it is drawn.
+        const int left = qMin(button->width() / 2, 8);
+        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(left, button->height() / 2));
+        Settle(10);
+    }
+    static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    /// The widget with that tooltip's beginning.
+    template <typename Widget>
+    static Widget* Find(QWidget* window, const char* toolTip) {
+        for (auto* widget : window->findChildren<Widget*>()) {
+            if (widget->toolTip().startsWith(QLatin1String(toolTip))) {
+                return widget;
+            }
+        }
+        ADD_FAILURE() << "nothing with the tooltip " << toolTip;
+        return nullptr;
+    }
+    std::string Ask(const std::string& mel) { return Run(mel).Shown(); }
+    /// Lines since the last call that the plug-in had the host execute, without those that only make a tool
+    /// current, or show in menus and controls what has changed.
+    std::vector<std::string> Lines() {
+        std::vector<std::string> lines;
+        for (const std::string& line : executed_.Take()) {
+            const std::string command = line.substr(0, line.find_first_of(" ("));
+            if (command == "evalDeferred" || (command.rfind("qmVellix", 0) == 0 && line != "qmVellixNode")) {
+                lines.push_back(line);
+            }
+        }
+        return lines;
+    }
+
+private:
+    ExecutedLines executed_{ExecutedLines::Mode::KeepAndExecute};
+};
+
+} // namespace vellix

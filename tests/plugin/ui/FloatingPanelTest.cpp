@@ -1,0 +1,65 @@
+#include "ui/FloatingPanel.h"
+
+#include "plugin/ui/DialogFixture.h"
+
+#include <QScreen>
+
+namespace vellix {
+
+TEST(FloatingPanelTest, AWindowIsMovedOntoItsScreen) {
+    const QRect screen(100, 50, 1000, 800);
+    const struct {
+        QRect wanted;
+        QPoint corner;
+    } rows[] = {
+        {{200, 100, 300, 200}, {200, 100}},  {{-400, 100, 300, 200}, {100, 100}},
+        {{1000, 100, 300, 200}, {800, 100}}, {{200, 840, 300, 200}, {200, 650}},
+        {{200, -90, 300, 200}, {200, 50}},   {{5000, 5000, 2000, 2000}, {100, 50}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(FloatingPanel::MoveInto(row.wanted, screen).topLeft(), row.corner);
+        EXPECT_EQ(FloatingPanel::MoveInto(row.wanted, screen).size(), row.wanted.size());
+    }
+}
+
+namespace {
+
+class PanelPlaceTest : public DialogFixture {
+protected:
+    FloatingPanel& Panel() { return dynamic_cast<FloatingPanel&>(*Open("-layerManager", "Layer Manager")); }
+};
+
+} // namespace
+
+TEST_F(PanelPlaceTest, PanelsOpenWhereTheyWereLeft) {
+    Panel().setGeometry(120, 140, 333, 444);
+    Settle();
+    Panel().close();
+    EXPECT_EQ(Panel().geometry(), QRect(120, 140, 333, 444));
+    // Left open, it is where it was at the next start too.
+    Panel().setGeometry(150, 160, 340, 350);
+    Settle();
+    Restart();
+    Load();
+    Show();
+    EXPECT_EQ(Panel().geometry(), QRect(150, 160, 340, 350));
+}
+
+TEST_F(PanelPlaceTest, ALostPlaceIsFoundAgain) {
+    const QRect screen = QApplication::primaryScreen()->availableGeometry();
+    const auto isOnScreen = [&] { return screen.contains(Panel().frameGeometry()); };
+    // Left on a screen that is gone, larger than the one that is there.
+    Panel().setGeometry(9000, -4000, 3000, 2500);
+    Settle();
+    Panel().close();
+    EXPECT_TRUE(isOnScreen());
+    Panel().close();
+    Settings::layerManagerGeometry = QByteArray("\x01\xd9\xd0\xcb not a place");
+    EXPECT_TRUE(isOnScreen());
+    // Forgotten: in the middle of the host's window.
+    Panel().close();
+    Settings::layerManagerGeometry.clear();
+    EXPECT_LT((Panel().frameGeometry().center() - Window().frameGeometry().center()).manhattanLength(), 4);
+}
+
+} // namespace vellix

@@ -1,0 +1,295 @@
+#include "plugin/ui/DialogFixture.h"
+#include "ui/CameraLayerList.h"
+#include "ui/LayerItem.h"
+#include "ui/LayerManagerDialog.h"
+#include "ui/PlainIconButton.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace vellix {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// Three layers of persp, one of front; the middle one of persp is active.
+class LayerManagerTest : public DialogFixture {
+protected:
+    LayerManagerTest() {
+        Run("qmVellixNode -l -c persp -ln Rough; qmVellixLayer -add -n Ink -ls 0 persp;"
+            "qmVellixLayer -add -n Sky -ls 1 persp; qmVellixLayer -add -n \"A & B\" -ls 0 front;"
+            "qmVellixLayer -es 2 0 front; qmVellixLayer -e -active 1 persp");
+    }
+
+    LayerManagerDialog& Panel() {
+        return dynamic_cast<LayerManagerDialog&>(*Open("-layerManager", "Layer Manager"));
+    }
+    static LayerItem& Item(const LayerManagerDialog& panel, const char* camera, int index) {
+        for (LayerItem* const item : panel.findChildren<LayerItem*>()) {
+            if (item->isVisible() && item->GetCamera() == QLatin1String(camera) &&
+                item->GetIndex() == index) {
+                return *item;
+            }
+        }
+        throw std::runtime_error("no such row");
+    }
+    static QAbstractButton* Toggle(const LayerItem& item, int which) {
+        return item.findChildren<QAbstractButton*>().at(which);
+    }
+    static bool IsMarked(const LayerItem& item) {
+        return item.palette().color(QPalette::Window) ==
+               QApplication::palette().color(QPalette::Active, QPalette::Highlight);
+    }
+    /// Every row as it is read on the screen: "camera: name letters", a star for the active one.
+    static std::vector<std::string> Shown(const LayerManagerDialog& panel) {
+        std::vector<LayerItem*> items;
+        for (LayerItem* const item : panel.findChildren<LayerItem*>()) {
+            if (item->isVisible()) {
+                items.push_back(item);
+            }
+        }
+        std::sort(items.begin(), items.end(), [&](LayerItem* first, LayerItem* second) {
+            return first->mapTo(&panel, QPoint()).y() < second->mapTo(&panel, QPoint()).y();
+        });
+        std::vector<std::string> rows;
+        rows.reserve(items.size());
+        for (const LayerItem* const item : items) {
+            rows.push_back((item->GetCamera() + QStringLiteral(": ") + item->GetName() + QLatin1Char(' ') +
+                            Toggle(*item, 0)->text() + Toggle(*item, 1)->text() +
+                            (IsMarked(*item) ? QStringLiteral("*") : QString()))
+                               .toStdString());
+        }
+        return rows;
+    }
+    void Menu(QWidget& widget, const QPoint& at = {5, 5}) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, widget.mapToGlobal(at));
+        QApplication::sendEvent(&widget, &event);
+    }
+    static QStringList Texts(const QMenu& menu) {
+        QStringList texts;
+        for (const QAction* const action : menu.actions()) {
+            texts.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+        }
+        return texts;
+    }
+    static QMenu& PoppedUp() {
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (menu == nullptr) {
+            throw std::runtime_error("no menu");
+        }
+        return *menu;
+    }
+};
+
+} // namespace
+
+TEST_F(LayerManagerTest, ShowsTheTopmostLayerFirstAndFollowsWhatIsDoneElsewhere) {
+    LayerManagerDialog& panel = Panel();
+    const std::vector<std::string> start = {"front: A & B VL", "persp: Sky VS", "persp: Ink V*",
+                                            "persp: Rough V"};
+    EXPECT_EQ(Shown(panel), start);
+    const struct {
+        const char* line;
+        std::vector<std::string> rows;
+    } changes[] = {
+        {"qmVellixLayer -ev 0 1 persp", {start[0], start[1], "persp: Ink *", start[3]}},
+        {"qmVellixLayer -es 2 0 persp", {start[0], start[1], start[2], "persp: Rough VL"}},
+        {"qmVellixLayer -en \"Lines\" 1 persp", {start[0], start[1], "persp: Lines V*", start[3]}},
+        {"qmVellixLayer -e -active 0 front", {"front: A & B VL*", start[1], "persp: Ink V", start[3]}},
+        {"qmVellixLayer -delete 1 persp", {start[0], start[1], "persp: Rough V*"}},
+        {"qmVellixLayer -move 1 2 persp", {start[0], "persp: Ink V*", start[1], start[3]}},
+        {"qmVellixLayer -insert -1 -ls 0 side",
+         {start[0], "persp: Sky VS", "persp: Ink V", start[3], "side: Layer V*"}},
+    };
+    for (const auto& change : changes) {
+        SCOPED_TRACE(change.line);
+        Run(change.line);
+        Settle();
+        EXPECT_EQ(Shown(panel), change.rows);
+        Run("undo");
+        Settle();
+        EXPECT_EQ(Shown(panel), start);
+        Run("redo");
+        Settle();
+        EXPECT_EQ(Shown(panel), change.rows);
+        Run("undo");
+        Settle();
+    }
+    Run("file -force -new");
+    Settle();
+    EXPECT_THAT(Shown(panel), IsEmpty());
+}
+
+TEST_F(LayerManagerTest, EachClickIsItsCommandLine) {
+    LayerManagerDialog& panel = Panel();
+    const LayerItem& sky = Item(panel, "persp", 2);
+    const LayerItem& locked = Item(panel, "front", 0);
+    const ExecutedLines lines;
+    Click(&Item(panel, "persp", 0));
+    Click(Toggle(sky, 0));
+    Click(Toggle(sky, 1));
+    Click(Toggle(locked, 1));
+    Click(Toggle(Item(panel, "persp", 1), 1));
+    for (const char* const button : {"Move Up", "Move Down", "Delete Layer", "Refresh"}) {
+        Click(&panel, button);
+    }
+    EXPECT_THAT(lines.Lines(),
+                ElementsAre("qmVellixLayer -e -active 0 persp", "evalDeferred(\"qmVellixUtil -draw\")",
+                            "qmVellixLayer -ev 0 2 persp", "qmVellixLayer -es 2 2 persp",
+                            "qmVellixLayer -es 0 0 front", "qmVellixLayer -es 1 1 persp",
+                            "qmVellixLayer -move 1 2 persp", "qmVellixLayer -move 1 0 persp",
+                            "qmVellixLayer -delete 1 persp", "evalDeferred(\"qmVellixUtil -rlm\")"));
+}
+
+TEST_F(LayerManagerTest, ButtonsDoNothingAtTheEnds) {
+    LayerManagerDialog& panel = Panel();
+    const auto press = [&](const char* line, std::initializer_list<const char*> dimmed) {
+        SCOPED_TRACE(line);
+        Run(line);
+        Settle();
+        const ExecutedLines lines;
+        for (const char* const name : {"Move Up", "Move Down", "Delete Layer"}) {
+            auto* const button = qobject_cast<PlainIconButton*>(FindButton(&panel, QLatin1String(name)));
+            const bool does = std::find_if(dimmed.begin(), dimmed.end(), [&](const char* other) {
+                                  return std::string(other) == name;
+                              }) == dimmed.end();
+            const size_t before = lines.Lines().size();
+            Click(button);
+            EXPECT_EQ(button->IsDimmed(), !does) << name;
+            EXPECT_EQ(lines.Lines().size() - before, does ? 1U : 0U) << name;
+        }
+    };
+    press("qmVellixLayer -e -active 2 persp", {"Move Up"});
+    press("qmVellixLayer -e -active 0 persp", {"Move Down"});
+    press("file -force -new", {"Move Up", "Move Down", "Delete Layer"});
+}
+
+TEST_F(LayerManagerTest, MenusListTheOtherCamerasAndMoveThere) {
+    LayerManagerDialog& panel = Panel();
+    Menu(Item(panel, "front", 0));
+    QMenu& menu = PoppedUp();
+    EXPECT_EQ(Texts(menu), QStringList({"A && B...", "-", "Move layer to         "}));
+    QMenu& cameras = *menu.actions().last()->menu();
+    EXPECT_EQ(Texts(cameras), QStringList({"persp", "top", "side"}));
+    {
+        const ExecutedLines lines;
+        cameras.actions().first()->trigger();
+        EXPECT_THAT(lines.Lines(), ElementsAre("qmVellixLayer -newCamera persp -move 0 -1 front"));
+    }
+    menu.close();
+    Menu(*Item(panel, "persp", 0).parentWidget());
+    QMenu& all = PoppedUp();
+    EXPECT_EQ(Texts(all), QStringList({"Move all layers to         "}));
+    QMenu& others = *all.actions().first()->menu();
+    EXPECT_EQ(Texts(others), QStringList({"top", "front", "side"}));
+    {
+        const ExecutedLines lines;
+        others.actions().first()->trigger();
+        EXPECT_THAT(lines.Lines(), ElementsAre("qmVellixLayer -moveAll top persp"));
+    }
+    all.close();
+}
+
+TEST_F(LayerManagerTest, ADoubleClickOpensTheProperties) {
+    LayerManagerDialog& panel = Panel();
+    QTest::mouseDClick(&Item(panel, "persp", 2), Qt::LeftButton);
+    Settle();
+    QWidget* const dialog = FindWindow(QStringLiteral("Layer Properties"));
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->parentWidget(), &panel);
+    dialog->close();
+}
+
+TEST_F(LayerManagerTest, WhatIsClickedIsUndoneStepByStep) {
+    LayerManagerDialog& panel = Panel();
+    const std::vector<std::string> start = Shown(panel);
+    Click(Toggle(Item(panel, "persp", 0), 0));
+    Click(&panel, "Move Up");
+    Click(&Item(panel, "front", 0));
+    Click(&panel, "Delete Layer");
+    Settle();
+    EXPECT_THAT(Shown(panel), ElementsAre("persp: Ink V", "persp: Sky VS", "persp: Rough "));
+    for (int i = 0; i < 4; ++i) {
+        Run("undo");
+    }
+    Settle();
+    EXPECT_EQ(Shown(panel), start);
+}
+
+TEST_F(LayerManagerTest, RefillingKeepsPlaceAndFocus) {
+    Run("int $c; int $l; for ($c = 1; $c <= 5; ++$c) { camera; for ($l = 0; $l < 20; ++$l)"
+        "qmVellixLayer -add -n (\"camera\" + $c + \"_\" + $l) -ls 0 (\"camera\" + $c); }");
+    Run("qmVellixLayer -e -active 3 camera5");
+    LayerManagerDialog& panel = Panel();
+    QScrollBar& bar = *panel.findChild<QScrollArea*>()->verticalScrollBar();
+    EXPECT_GT(bar.value(), 0) << "the active layer is brought into view";
+    panel.activateWindow();
+    bar.setValue(900);
+    LayerItem* const focused = &Item(panel, "camera3", 9);
+    focused->FocusPart(LayerItem::Part::State, Qt::OtherFocusReason);
+    bar.setValue(900);
+    const LayerItem& anchor = Item(panel, "camera3", 5);
+    const auto y = [&](const LayerItem& item) { return item.mapTo(&panel, QPoint()).y(); };
+    const int before = y(anchor);
+
+    // The last one brings a row above what is seen, and takes it away again.
+    for (const char* const line : {"qmVellixLayer -es 1 5 camera3", "qmVellixLayer -ev 0 0 camera1",
+                                   "qmVellixLayer -e -active 0 camera1", "qmVellixLayer -delete 1 camera5",
+                                   "qmVellixLayer -delete 2 camera1", "qmVellixUtil -rlm"}) {
+        SCOPED_TRACE(line);
+        for (const char* const step : {line, "undo", "redo", "undo"}) {
+            const bool refresh = std::string(line).find("-rlm") != std::string::npos;
+            Run(refresh ? line : step);
+            Settle(20);
+            EXPECT_EQ(y(anchor), before) << step;
+            EXPECT_EQ(panel.focusWidget(), Toggle(*focused, 1)) << step;
+        }
+    }
+    // The keyboard stays on a layer that moves.
+    Run("qmVellixLayer -move 9 12 camera3");
+    Settle(20);
+    EXPECT_EQ(panel.focusWidget(), Toggle(Item(panel, "camera3", 12), 1));
+    // A layer that is made here is brought into view.
+    Run("qmVellixLayer -add -n Newest -ls 0 camera1");
+    Settle(20);
+    EXPECT_TRUE(panel.findChild<QScrollArea*>()->viewport()->rect().contains(
+        Item(panel, "camera1", 20).mapTo(panel.findChild<QScrollArea*>()->viewport(), QPoint(2, 2))));
+}
+
+TEST_F(LayerManagerTest, TheKeyboardReachesEverything) {
+    LayerManagerDialog& panel = Panel();
+    panel.activateWindow();
+    Settle();
+    // One row is a stop of the tab key, with its two buttons; the others are reached with the arrows.
+    FindButton(&panel, QStringLiteral("Refresh"))->setFocus();
+    QStringList stops;
+    for (int i = 0; i < 8; ++i) {
+        QTest::keyClick(panel.focusWidget(), Qt::Key_Tab);
+        const QString name = panel.focusWidget()->accessibleName();
+        stops.append(name.section(QLatin1Char('.'), 0, 0));
+    }
+    EXPECT_EQ(stops, QStringList({"Ink", "Visible", "Animated", "Move Up", "Move Down", "New Layer",
+                                  "Delete Layer", "Refresh"}));
+
+    LayerItem& ink = Item(panel, "persp", 1);
+    ink.FocusPart(LayerItem::Part::Row, Qt::TabFocusReason);
+    const ExecutedLines lines;
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Up);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Space);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Right);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Space);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Home);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Right);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Space);
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Escape);
+    EXPECT_THAT(lines.Lines(),
+                ElementsAre("qmVellixLayer -e -active 2 persp", "evalDeferred(\"qmVellixUtil -draw\")",
+                            "qmVellixLayer -ev 0 2 persp", "qmVellixLayer -es 0 0 front"));
+    EXPECT_TRUE(panel.isVisible()) << "Escape closes no panel";
+}
+
+} // namespace vellix

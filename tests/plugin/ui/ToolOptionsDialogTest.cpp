@@ -1,0 +1,148 @@
+#include "plugin/ui/DialogFixture.h"
+#include "ui/DialogManager.h"
+
+#include <QCheckBox>
+#include <QFontComboBox>
+#include <QFontDatabase>
+#include <QLineEdit>
+#include <QSlider>
+#include <QSpinBox>
+
+namespace vellix {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class ToolOptionsDialogTest : public DialogFixture {
+protected:
+    ToolOptionsDialogTest() {
+        options_ = Open("-toolOptions", "Tool Options");
+        Lines();
+    }
+    QSpinBox* Number(const char* toolTip) { return Find<QSpinBox>(options_, toolTip); }
+    QSlider* Slider(const char* toolTip) { return Find<QSlider>(options_, toolTip); }
+    void Drag(QSlider* slider, double from, double to, int steps) {
+        const auto at = [slider](double part) {
+            return QPoint(int(slider->width() * part), slider->height() / 2);
+        };
+        QTest::mousePress(slider, Qt::LeftButton, Qt::NoModifier, at(from));
+        for (int step = 1; step <= steps; ++step) {
+            QMouseEvent move(QEvent::MouseMove, at(from + (to - from) * step / steps), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(slider, &move);
+        }
+    }
+
+    QWidget* options_ = nullptr;
+};
+
+} // namespace
+
+TEST_F(ToolOptionsDialogTest, ShowsTheOptionsThatTheActiveToolHas) {
+    const struct {
+        const char* flag;
+        const char* seen;
+        int mostSize;
+    } rows[] = {{"-pencilTool", "size opacity pressure", 100},
+                {"-brushTool", "size opacity hardness pressure", 100},
+                {"-eraserTool", "size opacity hardness pressure", 100},
+                {"-textTool", "size opacity font", 100},
+                {"-lineTool", "size opacity", 50},
+                {"-arrowTool", "size opacity", 50},
+                {"-ellipseTool", "size opacity", 50},
+                {"-rectangleTool", "size opacity", 50}};
+    for (const auto& row : rows) {
+        Run(std::string("qmVellixUtil ") + row.flag);
+        QString seen = "size opacity";
+        seen += Number("How sharp")->isVisible() ? " hardness" : "";
+        seen += options_->findChild<QFontComboBox*>()->isVisible() ? " font" : "";
+        seen += options_->findChild<QCheckBox*>()->isVisible() ? " pressure" : "";
+        EXPECT_EQ(seen.toStdString(), row.seen) << row.flag;
+        EXPECT_EQ(Number("How large")->maximum(), row.mostSize) << row.flag;
+        EXPECT_EQ(Number("How opaque")->minimum(), 1);
+        EXPECT_EQ(Number("How sharp")->minimum(), 0);
+    }
+}
+
+TEST_F(ToolOptionsDialogTest, EachChangeIsOneLine) {
+    QTest::keyClick(Slider("How opaque"), Qt::Key_Left);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -brushOptions 6 99 100 1"));
+    QTest::keyClick(Number("How sharp"), Qt::Key_Down);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -brushOptions 6 99 99 1"));
+    Click(options_, "Tablet pressure");
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -brushOptions 6 99 99 0"));
+    EXPECT_FALSE(Settings::brushTabletEnabled);
+    Run("qmVellixUtil -pencilTool");
+    Lines();
+    QTest::keyClick(Number("How large"), Qt::Key_Up);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -pencilOptions 7 100 0"));
+}
+
+TEST_F(ToolOptionsDialogTest, ADragIsAFewLinesAndEndsWhereItWasLeft) {
+    QSlider* slider = Slider("How large");
+    Drag(slider, 0.08, 0.9, 200);
+    QTest::mouseRelease(slider, Qt::LeftButton);
+    const std::vector<std::string> lines = Lines();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_LE(lines.size(), 5U);
+    EXPECT_EQ(lines.back(), "qmVellixUtil -brushOptions " + std::to_string(slider->value()) + " 100 100 1");
+    EXPECT_GT(slider->value(), 60);
+    EXPECT_EQ(Settings::brushSize, slider->value());
+    EXPECT_EQ(Number("How large")->value(), slider->value());
+    // Held still half way it is told without being let go.
+    Drag(slider, 0.9, 0.5, 3);
+    EXPECT_TRUE(WaitFor([slider] { return Settings::brushSize == slider->value(); }));
+    Lines();
+    QTest::mouseRelease(slider, Qt::LeftButton);
+    EXPECT_THAT(Lines(), IsEmpty());
+}
+
+TEST_F(ToolOptionsDialogTest, FollowsWhatOthersSetWithoutSayingSo) {
+    QWidget* focused = Number("How large");
+    options_->activateWindow();
+    focused->setFocus();
+    Run("qmVellixUtil -brushOptions 21 32 43 0");
+    EXPECT_EQ(Number("How large")->value(), 21);
+    EXPECT_EQ(Slider("How opaque")->value(), 32);
+    EXPECT_EQ(Number("How sharp")->value(), 43);
+    EXPECT_FALSE(options_->findChild<QCheckBox*>()->isChecked());
+    // Size and opacity that are dragged in a view change the settings, then refresh.
+    for (int size = 22; size < 40; ++size) {
+        Settings::SetToolSize(ToolType::Brush, size);
+        DialogManager::RefreshToolOptions();
+        EXPECT_EQ(Slider("How large")->value(), size);
+    }
+    Settle(100);
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_EQ(Settings::brushSize, 39);
+    EXPECT_EQ(options_->focusWidget(), focused);
+}
+
+TEST_F(ToolOptionsDialogTest, AFontIsOneThatThereIs) {
+    Run("qmVellixUtil -textTool");
+    Lines();
+    const QStringList families = QFontDatabase().families();
+    auto* font = options_->findChild<QFontComboBox*>();
+    const QString other = families.first() != Settings::textFontFamily ? families.first() : families.last();
+    const auto type = [font](const QString& family) {
+        font->lineEdit()->setFocus();
+        font->lineEdit()->selectAll();
+        QTest::keyClicks(font->lineEdit(), family);
+        QTest::keyClick(font->lineEdit(), Qt::Key_Return);
+        Settle(10);
+    };
+    type(other);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -textOptions 20 100 \"" + other.toStdString() + "\""));
+    EXPECT_EQ(Settings::textFontFamily, other);
+    type("No Such Font At All");
+    EXPECT_THAT(Lines(), IsEmpty());
+    EXPECT_EQ(font->currentText(), other);
+    // A scene may come from a machine with other fonts.
+    Run("qmVellixUtil -textOptions 20 100 \"Elsewhere Sans\"");
+    EXPECT_EQ(font->currentText(), "Elsewhere Sans");
+    Settings::textFontFamily = other;
+}
+
+} // namespace vellix
