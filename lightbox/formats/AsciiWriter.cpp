@@ -90,8 +90,11 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
             if (isReading || reference.isDeferred) {
                 out_ << " -dr " << (reference.isDeferred ? 1 : 0);
             }
-            out_ << " -rfn " << mel::Quoted(reference.name) << " -typ \"" << TypeOfFile(reference.path)
-                 << "\" " << mel::Quoted(reference.path) << ";\n";
+            out_ << " -rfn " << mel::Quoted(reference.name);
+            if (!reference.options.empty()) {
+                out_ << " -op " << mel::Quoted(reference.options);
+            }
+            out_ << " -typ \"" << TypeOfFile(reference.path) << "\" " << mel::Quoted(reference.path) << ";\n";
         }
     }
 }

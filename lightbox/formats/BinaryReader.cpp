@@ -117,7 +117,12 @@ void BinaryReader::ReadReference(ChunkReader& content) {
     const std::string path = TakeText(content);
     const std::string nameSpace = TakeText(content);
     const std::string name = TakeText(content);
-    host_.files().references().Add(path, nameSpace, name, content.Byte() != 0);
+    const bool isDeferred = content.Byte() != 0;
+    // Scenes from before have no more.
+    const std::string givenPath = content.AtEnd() ? std::string() : TakeText(content);
+    const std::string options = content.AtEnd() ? std::string() : TakeText(content);
+    ReferenceList& references = host_.files().references();
+    references.NoteStatement(references.Add(path, nameSpace, name, isDeferred).name, givenPath, options);
 }
 
 void BinaryReader::ReadRequirement(ChunkReader& content) {

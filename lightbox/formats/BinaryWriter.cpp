@@ -114,6 +114,8 @@ void BinaryWriter::WriteReferences(const SceneContent& content) {
         chunk.Text(reference.nameSpace);
         chunk.Text(reference.name);
         chunk.Byte(reference.isDeferred ? 1 : 0);
+        chunk.Text(reference.givenPath);
+        chunk.Text(reference.options);
         ChunkFile::WriteChunk(out_, binary::REFERENCE, chunk.Bytes());
     }
 }
@@ -147,13 +149,15 @@ void BinaryWriter::WriteNode(const std::shared_ptr<Node>& node) {
     ChunkFile::WriteChunk(out_, binary::NODE, chunk.Bytes());
 }
 
-void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node) const {
+void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node,
+                           std::vector<Setting> settings) const {
     const auto& attributes = node->DynamicAttributes();
     chunk.Count(static_cast<std::uint32_t>(attributes.size()));
     for (const auto& attribute : attributes) {
         PutAttribute(chunk, *attribute);
     }
-    const std::vector<Setting> settings = SettingCollector::Collect(node);
+    const std::vector<Setting> own = SettingCollector::Collect(node);
+    settings.insert(settings.end(), own.begin(), own.end());
     chunk.Count(static_cast<std::uint32_t>(settings.size()));
     for (const Setting& setting : settings) {
         PutSetting(chunk, setting);
@@ -249,18 +253,15 @@ void BinaryWriter::WriteDefaults(const SceneContent& content) {
     for (const std::shared_ptr<Node>& node : content.defaults) {
         ChunkWriter chunk;
         chunk.Text(NameOf(*node));
+        std::vector<Setting> settings;
         if (node->Type().Name() == "time") {
             Setting now;
             now.path = "o";
             now.hasValue = true;
             now.numbers = {host_.time().CurrentTime()};
-            chunk.Count(0);
-            chunk.Count(1);
-            PutSetting(chunk, now);
-            PutKept(chunk, *node);
-        } else {
-            PutBody(chunk, node);
+            settings.push_back(std::move(now));
         }
+        PutBody(chunk, node, std::move(settings));
         ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
     }
 }

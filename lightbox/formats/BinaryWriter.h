@@ -28,7 +28,9 @@ private:
     void WriteDefaults(const SceneContent& content);
     void WriteConnections(const SceneContent& content);
     void WriteKept();
-    void PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node) const;
+    /// What a node holds, behind settings that it has beside them.
+    void PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node,
+                 std::vector<Setting> settings = {}) const;
     void PutKept(ChunkWriter& chunk, const Node& node) const;
     static void PutSetting(ChunkWriter& chunk, const Setting& setting);
     static void PutAttribute(ChunkWriter& chunk, const Attribute& attribute);

@@ -22,6 +22,7 @@
 #include "scene/UndoQueue.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <sstream>
 
@@ -296,15 +297,21 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
 }
 
 void FileReader::Scale(const Plug& plug, Setting& setting) const {
-    const Attribute* attribute = plug.attribute.get();
-    while (attribute->IsCompound() && !attribute->Children().empty()) {
-        attribute = attribute->Children().front().get();
-    }
-    const double factor = attribute->Kind() == AttributeKind::Distance ? scale_.linear
-                          : attribute->Kind() == AttributeKind::Angle  ? scale_.angular
-                                                                       : 1.0;
-    for (double& number : setting.numbers) {
-        number *= factor;
+    // The numbers of an element follow one another: the time and the value of a key, say.
+    std::vector<double> factors;
+    const std::function<void(const Attribute&)> addFactors = [&](const Attribute& attribute) {
+        for (const std::shared_ptr<Attribute>& child : attribute.Children()) {
+            addFactors(*child);
+        }
+        if (attribute.Children().empty()) {
+            factors.push_back(attribute.Kind() == AttributeKind::Distance ? scale_.linear
+                              : attribute.Kind() == AttributeKind::Angle  ? scale_.angular
+                                                                          : 1.0);
+        }
+    };
+    addFactors(*plug.attribute);
+    for (std::size_t i = 0; i < setting.numbers.size(); ++i) {
+        setting.numbers[i] *= factors[i % factors.size()];
     }
 }
 
@@ -364,7 +371,8 @@ void FileReader::SetUnits(const std::string& linear, const std::string& angular,
         ReportFault("Unknown time unit '" + time + "'.");
     } else if (source_.mode == Mode::Open) {
         host_.time().SetUnit(unit);
-    } else if (unit != host_.time().Unit()) {
+    } else if (unit != host_.time().Unit() && !host_.files().Running(FileOperation::Open)) {
+        // A scene that is being opened says its unit behind its references.
         WarnOnce("time unit", "The file's time unit is " + time + ", the scene's " +
                                   UnitName(host_.time().Unit()) + "; its frames keep their numbers.");
     }
@@ -389,9 +397,10 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
         const std::string text =
             "connectAttr " + mel::Quoted(source) + " " + mel::Quoted(destination) + flags;
         statement_ = text;
-        KeepForFile("connection " + (sourceNode ? destination : source),
-                    "No object matches name: " + (sourceNode ? destination : source) +
-                        "; the connection is kept and written back.");
+        const std::string& plug = sourceNode ? destination : source;
+        const std::string missing = plug.substr(0, plug.find('.'));
+        KeepForFile("node " + missing,
+                    "No object matches name: " + missing + "; its connections are kept and written back.");
         statement_ = {};
         return;
     }

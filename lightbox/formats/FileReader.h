@@ -53,6 +53,8 @@ public:
     std::shared_ptr<Node> Find(const std::string& path) const;
     /// The node that ".attribute" is about; null after a `select` of a node that is not here.
     const std::shared_ptr<Node>& Current() const { return current_; }
+    /// The node that was selected and is not here.
+    const std::string& MissingDefault() const { return missingDefault_; }
     /// `select -ne :time1;`
     void Select(const std::string& path);
     /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown
@@ -76,6 +78,14 @@ public:
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
     void SetUnits(const std::string& linear, const std::string& angular, const std::string& time);
     void SetFileInfo(const std::string& key, const std::string& value);
+
+    /// What the head of a file says about a reference before it is read: whether it is left unloaded. That
+    /// goes before what the statement says that reads it.
+    void AnnounceReference(const std::string& name, bool isDeferred) { announced_[name] = isDeferred; }
+    bool IsDeferred(const std::string& name, bool asSaid) const {
+        const auto found = announced_.find(name);
+        return found == announced_.end() ? asSaid : found->second;
+    }
 
     /// Runs a statement that had been kept: by now its meaning may be known.
     void RunStatement(const std::string& text);
@@ -129,6 +139,7 @@ private:
     Source source_;
     std::shared_ptr<Node> current_;
     std::string missingDefault_; ///< selected default node that is not here
+    std::map<std::string, bool> announced_;
     std::vector<std::shared_ptr<Node>> newNodes_;
     std::set<const Node*> isNew_;
     std::set<std::string> uuidsBefore_; ///< of an import: those that the scene has already

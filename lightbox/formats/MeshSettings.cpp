@@ -10,6 +10,7 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
 
 namespace lightbox {
 namespace {
@@ -61,7 +62,7 @@ struct Target {
 /// Reads "name[first:last]" and what follows it.
 std::string ReadStep(const std::string& path, std::size_t& position, int& first, int& last) {
     const std::size_t end = std::min(path.find('.', position), path.size());
-    const std::string step = path.substr(position, end - position);
+    std::string step = path.substr(position, end - position);
     position = std::min(end + 1, path.size());
     const std::size_t bracket = step.find('[');
     if (bracket == std::string::npos) {
@@ -353,11 +354,19 @@ bool MeshSettings::IsLength(const std::string& path) {
 }
 
 bool MeshSettings::IsCarriedAlong(const Node& node, const std::string& path) {
-    static const std::array<const char*, 13> NAMES{
-        "cd",  "creaseData", "cvd",  "creaseVertexData", "pd",  "pinData", "hfd", "holeFaceData",
-        "bnr", "covm",       "cdvm", "colorPerVertex",   "clst"};
+    static const std::set<std::string> NAMES{"cd",   "creaseData",
+                                             "cvd",  "creaseVertexData",
+                                             "pd",   "pinData",
+                                             "hfd",  "holeFaceData",
+                                             "bnr",  "covm",
+                                             "cdvm", "colorPerVertex",
+                                             "clst", "colorSet",
+                                             "iog",  "instObjGroups",
+                                             "ciog", "compInstObjGroups",
+                                             "pv",   "uvPivot",
+                                             "gtag", "componentTags"};
     const std::string head = HeadOf(path);
-    return MeshNode::Is(node) && std::find(NAMES.begin(), NAMES.end(), head) != NAMES.end();
+    return MeshNode::Is(node) && NAMES.count(head) > 0;
 }
 
 void MeshSettings::Change(MeshData& mesh, const Setting& setting) {

@@ -106,6 +106,14 @@ void ReferenceList::TakeBaseline(const std::string& name, const std::vector<std:
     }
 }
 
+void ReferenceList::NoteStatement(const std::string& name, const std::string& givenPath,
+                                  const std::string& options) {
+    if (Reference* reference = Locate(name)) {
+        reference->givenPath = givenPath;
+        reference->options = options;
+    }
+}
+
 void ReferenceList::Load(const std::string& name) {
     const Reference* reference = Find(name);
     if (!reference) {

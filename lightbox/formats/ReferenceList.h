@@ -22,6 +22,8 @@ struct Reference {
     std::string name;      ///< of the reference: "charRN"
     std::string nameSpace; ///< its nodes live here: "char", nested "set:char"
     std::string path;      ///< absolute
+    std::string givenPath; ///< as the scene file has it, which may be relative to that file; or empty
+    std::string options;   ///< as the scene file has them
     std::string parent;    ///< name of the reference whose file brought this one; empty for the scene's own
     bool isLoaded = false;
     bool isDeferred = false; ///< left unloaded on purpose
@@ -47,6 +49,8 @@ public:
     /// others or directly.
     const Reference& Add(const std::string& path, const std::string& nameSpace, const std::string& name,
                          bool deferred);
+    /// Remembers how the scene file said it, so that it is said so again.
+    void NoteStatement(const std::string& name, const std::string& givenPath, const std::string& options);
     void Load(const std::string& name);
     /// Takes the nodes out of the scene, and keeps the reference.
     void Unload(const std::string& name);

@@ -11,6 +11,8 @@
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <set>
 
@@ -38,6 +40,17 @@ void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std
 }
 
 } // namespace
+
+void SceneContent::NameReferencesFrom(const std::string& folder) {
+    for (Reference& reference : references) {
+        const QFileInfo given(QString::fromStdString(reference.givenPath));
+        const bool isRelative = !reference.givenPath.empty() && given.isRelative();
+        const QString there = QString::fromStdString(folder) + "/" + given.filePath();
+        if (isRelative && SceneFiles::FindFile(there.toStdString()) == reference.path) {
+            reference.path = reference.givenPath;
+        }
+    }
+}
 
 SceneContent SceneContent::Whole(Host& host) {
     SceneContent content;

@@ -38,6 +38,10 @@ public:
     std::vector<Reference> references;           ///< those of the scene itself, not of its references
     std::vector<std::shared_ptr<Node>> nodes;    ///< to be created, parents before children
     std::vector<std::shared_ptr<Node>> defaults; ///< only referred to
+    /// Names the references as the scene file that they came from did, where that leads to the same files
+    /// from the folder that the scene is written to.
+    void NameReferencesFrom(const std::string& folder);
+
     std::vector<ReferenceEdit> edits;
     std::vector<Connection> broken; ///< connections inside references that are to be broken
     std::vector<Connection> connections;

@@ -278,10 +278,12 @@ void SceneFiles::ExportNodes(const std::string& path, SceneFormat format,
     Write(AbsolutePath(path), format, SceneContent::Part(host_, nodes));
 }
 
-void SceneFiles::Write(const std::string& path, SceneFormat format, const SceneContent& content) {
-    const std::string name = QFileInfo(QString::fromStdString(path)).fileName().toStdString();
+void SceneFiles::Write(const std::string& path, SceneFormat format, SceneContent content) {
+    const QFileInfo target(QString::fromStdString(path));
+    const std::string name = target.fileName().toStdString();
     AtomicFile file(path);
     if (format == SceneFormat::MayaAscii) {
+        content.NameReferencesFrom(target.absolutePath().toStdString());
         AsciiWriter(host_, file.Stream()).Write(content, name);
     } else {
         BinaryWriter(host_, file.Stream()).Write(content, name);

@@ -98,7 +98,7 @@ private:
 
     void CheckUnsaved(bool force) const;
     void Empty();
-    void Write(const std::string& path, SceneFormat format, const SceneContent& content);
+    void Write(const std::string& path, SceneFormat format, SceneContent content);
 
     Host& host_;
     std::string sceneName_;

@@ -151,13 +151,15 @@ Value ImportFile(const CommandCall& call) {
 }
 
 /// `file -r` in a scene file reads the reference; `file -rdi` only announces it.
-Value ReferenceInFile(const CommandCall& call, const FileReader& reader) {
+Value ReferenceInFile(const CommandCall& call, FileReader& reader) {
     const bool isRead = call.Has("-reference");
     if (!isRead && !call.Has("-referenceDepthInfo")) {
         call.Fail("A scene file can refer to other files and do nothing else with them.");
     }
     const std::string path = PathArgument(call);
+    const std::string referenceNode = call.StringOr("-referenceNode", "");
     if (!isRead) {
+        reader.AnnounceReference(referenceNode, IsOn(call, "-deferReference"));
         return path;
     }
     if (call.Has("-renamingPrefix")) {
@@ -173,12 +175,14 @@ Value ReferenceInFile(const CommandCall& call, const FileReader& reader) {
     if (const std::size_t brace = file.rfind('{'); brace != std::string::npos && file.back() == '}') {
         file.resize(brace);
     }
-    const bool isDeferred = IsOn(call, "-deferReference");
-    return Files(call)
-        .references()
-        .Add(SceneFiles::FindFile(file), call.StringOr("-namespace", base),
-             call.StringOr("-referenceNode", ""), isDeferred)
-        .name;
+    const bool isDeferred = reader.IsDeferred(referenceNode, IsOn(call, "-deferReference"));
+    ReferenceList& references = Files(call).references();
+    const std::string name =
+        references
+            .Add(SceneFiles::FindFile(file), call.StringOr("-namespace", base), referenceNode, isDeferred)
+            .name;
+    references.NoteStatement(name, path, call.StringOr("-options", ""));
+    return name;
 }
 
 Value CreateReference(const CommandCall& call) {
@@ -235,7 +239,7 @@ Value File(CommandCall& call) {
     if (call.IsQuery()) {
         return Query(call);
     }
-    if (const FileReader* reader = ReaderOf(call)) {
+    if (FileReader* reader = ReaderOf(call)) {
         return ReferenceInFile(call, *reader);
     }
     if (call.Has("-renamingPrefix")) {

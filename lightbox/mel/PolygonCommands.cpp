@@ -128,7 +128,7 @@ std::shared_ptr<Node> MakerOf(const CommandCall& call, const Primitive& primitiv
         }
     }
     for (const std::shared_ptr<Node>& candidate : candidates) {
-        const std::shared_ptr<Node> maker =
+        std::shared_ptr<Node> maker =
             MeshNode::Is(*candidate)
                 ? call.GetHost().scene().connections().SourceOf(PlugOf(candidate, "inMesh")).node
                 : candidate;

@@ -3,6 +3,7 @@
 #include "formats/Setting.h"
 #include "formats/SettingApplier.h"
 #include "mel/ArgumentTokens.h"
+#include "mel/Interpreter.h"
 #include "mel/SceneArguments.h"
 #include "mel/SceneCommands.h"
 #include "scene/DataType.h"
@@ -44,6 +45,7 @@ private:
     double NumberOf(const Value& value) const;
 
     void Keep(const std::string& kind, const std::string& warning) const;
+    void ApplyReferenceEdits(FileReader& reader) const;
 
     const CommandCall& call_;
     const std::vector<Value>& arguments_;
@@ -129,6 +131,11 @@ void SetAttrCall::Parse() {
     if (plug_.empty()) {
         call_.Fail("No attribute was specified.");
     }
+}
+
+/// Of a type that the scene does not know, which has been said of the type.
+bool IsUnknown(const NodeType& type) {
+    return type.IsA("unknown") || type.IsA("unknownDag") || type.IsA("unknownTransform");
 }
 
 double SetAttrCall::NumberOf(const Value& value) const {
@@ -231,16 +238,31 @@ void SetAttrCall::Keep(const std::string& kind, const std::string& warning) cons
     }
 }
 
+/// What other programs note about the nodes of a reference: among much else, a 2 followed by a node, an
+/// attribute and what setAttr is to be given. The note itself is kept.
+void SetAttrCall::ApplyReferenceEdits(FileReader& reader) const {
+    const auto isText = [this](std::size_t i) { return i < values_.size() && values_[i].IsString(); };
+    for (std::size_t i = 0; i + 3 < values_.size(); ++i) {
+        const bool isSetting = values_[i].IsNumber() && values_[i].AsFloat() == 2.0 && isText(i + 1) &&
+                               isText(i + 2) && isText(i + 3);
+        if (isSetting && reader.Find(values_[i + 1].Text())) {
+            reader.RunStatement("setAttr " + Quoted(values_[i + 1].Text() + "." + values_[i + 2].Text()) +
+                                values_[i + 3].Text());
+        }
+    }
+}
+
 Value SetAttrCall::Run() {
     Parse();
     FileReader* reader = ReaderOf(call_);
     const std::size_t dot = plug_.find('.');
     const std::string path = dot == std::string::npos ? plug_ : plug_.substr(dot + 1);
-    const std::shared_ptr<Node> node =
-        reader ? (dot == 0 ? reader->Current() : reader->Find(plug_.substr(0, dot)))
-               : NodeOfPlug(call_, plug_);
-    if (!node) {
-        Keep("node " + plug_.substr(0, dot), "No object matches name: " + plug_);
+    std::shared_ptr<Node> node;
+    if (!reader) {
+        node = NodeOfPlug(call_, plug_);
+    } else if (node = dot == 0 ? reader->Current() : reader->Find(plug_.substr(0, dot)); !node) {
+        const std::string missing = dot == 0 ? reader->MissingDefault() : plug_.substr(0, dot);
+        Keep("node " + missing, "No object matches name: " + missing);
         return {};
     }
     if (reader && reader->IsForeign(*node)) {
@@ -259,8 +281,12 @@ Value SetAttrCall::Run() {
             throw;
         }
         const std::string name = path.substr(0, path.find_first_of("[."));
-        if (MeshSettings::IsCarriedAlong(*node, path)) {
+        const bool isReference = node->Type().IsA("reference");
+        if (isReference || IsUnknown(node->Type()) || MeshSettings::IsCarriedAlong(*node, path)) {
             reader->KeepForNode(*node, "", "");
+            if (isReference && setting_.type == "dataReferenceEdits") {
+                ApplyReferenceEdits(*reader);
+            }
             return {};
         }
         Keep(node->Type().Name() + "." + name + setting_.type, error.what());

@@ -114,6 +114,13 @@ void AddDagTypes(TypeRegistry& registry) {
               {Kind::Bool, "displayScalePivot", "dsp"},
               {Kind::Bool, "displayLocalAxis", "dla"},
               {Kind::Bool, "inheritsTransform", "it", 1}});
+    MakeType(registry, "joint", "transform", MFn::kJoint,
+             {{Kind::Angle, "jointOrient", "jo", 0, "", "X:Y:Z"},
+              {Kind::Double, "inverseScale", "is", 1, "", "X:Y:Z"},
+              {Kind::Bool, "segmentScaleCompensate", "ssc", 1},
+              {Kind::Angle, "preferredAngle", "pa", 0, "", "X:Y:Z"},
+              {Kind::Enum, "drawStyle", "ds", 0, "", "Bone:Multi-child as Box:None"},
+              {Kind::Float, "radius", "radi", 1, "c"}});
     MakeType(registry, "shape", "dagNode", MFn::kShape, {})->isAbstract = true;
     MakeType(registry, "locator", "shape", MFn::kLocator,
              {{Kind::Distance, "localPosition", "lp", 0, "c", "X:Y:Z"},
@@ -127,14 +134,9 @@ void AddCamera(TypeRegistry& registry) {
         MakeType(registry, "camera", "shape", MFn::kCamera,
                  {{Kind::Bool, "renderable", "rnd", 1},
                   {Kind::Bool, "motionBlurred", "mb", 1},
-                  // Apertures are in inches; the defaults are the 35 mm full aperture.
-                  {Kind::Double, "horizontalFilmAperture", "hfa", 1.41732, "k"},
-                  {Kind::Double, "verticalFilmAperture", "vfa", 0.94488, "k"},
                   {Kind::Double, "lensSqueezeRatio", "lsr", 1, "k"},
                   {Kind::Enum, "filmFit", "ff", 1, "", "Fill:Horizontal:Vertical:Overscan"},
                   {Kind::Double, "filmFitOffset", "ffo", 0, "k"},
-                  {Kind::Double, "horizontalFilmOffset", "hfo", 0, "k"},
-                  {Kind::Double, "verticalFilmOffset", "vfo", 0, "k"},
                   {Kind::Bool, "shakeEnabled", "se"},
                   {Kind::Double, "horizontalShake", "hs"},
                   {Kind::Double, "verticalShake", "vs"},
@@ -144,15 +146,15 @@ void AddCamera(TypeRegistry& registry) {
                   {Kind::Double, "filmTranslateV", "ftv"},
                   {Kind::Double, "horizontalRollPivot", "hrp"},
                   {Kind::Double, "verticalRollPivot", "vrp"},
-                  {Kind::Double, "filmRollValue", "frv"},
+                  {Kind::Angle, "filmRollValue", "frv"},
                   {Kind::Enum, "filmRollOrder", "fro", 0, "", "Rotate-Translate:Translate-Rotate"},
                   {Kind::Double, "focalLength", "fl", 35, "k"},
                   {Kind::Double, "fStop", "fs", 5.6, "k"},
-                  {Kind::Double, "focusDistance", "fd", 5, "k"},
-                  {Kind::Double, "shutterAngle", "sa", 144, "k"},
-                  {Kind::Double, "centerOfInterest", "coi", 5, "k"},
-                  {Kind::Double, "nearClipPlane", "ncp", 0.1},
-                  {Kind::Double, "farClipPlane", "fcp", 10000},
+                  {Kind::Distance, "focusDistance", "fd", 5, "k"},
+                  {Kind::Angle, "shutterAngle", "sa", 144, "k"},
+                  {Kind::Distance, "centerOfInterest", "coi", 5, "k"},
+                  {Kind::Distance, "nearClipPlane", "ncp", 0.1},
+                  {Kind::Distance, "farClipPlane", "fcp", 10000},
                   {Kind::Double, "cameraScale", "cs", 1},
                   {Kind::Double, "overscan", "ovr", 1},
                   {Kind::Bool, "bestFitClippingPlanes", "bfc", 1},
@@ -169,8 +171,6 @@ void AddCamera(TypeRegistry& registry) {
                   {Kind::Float, "displayGateMaskColor", "dgc", 0.5, "", "R:G:B"},
                   {Kind::Bool, "panZoomEnabled", "pze"},
                   {Kind::Bool, "renderPanZoom", "rpz"},
-                  {Kind::Double, "horizontalPan", "hpn"},
-                  {Kind::Double, "verticalPan", "vpn"},
                   {Kind::Double, "zoom", "zom", 1},
                   {Kind::Bool, "image", "i", 1},
                   {Kind::Bool, "depth", "dep"},
@@ -183,12 +183,29 @@ void AddCamera(TypeRegistry& registry) {
                   {Kind::Bool, "usePivotAsLocalSpace", "upl"},
                   {Kind::Float, "backgroundColor", "col", 0, "", "R:G:B"},
                   {Kind::Bool, "orthographic", "o"},
-                  {Kind::Double, "orthographicWidth", "ow", 10},
+                  {Kind::Distance, "orthographicWidth", "ow", 10},
                   {Kind::Double, "focusRegionScale", "frs", 1},
                   {Kind::Double, "locatorScale", "lls", 1},
                   {Kind::Message, "imagePlane", "ip", 0, "hm"},
                   {Kind::Message, "bookmarks", "b", 0, "hm"}});
     camera->defaultName = "cameraShape";
+    // Apertures and offsets are in inches; the default is the 35 mm full aperture.
+    const std::pair<AttributeRow, std::vector<AttributeRow>> pairs[] = {
+        {{Kind::Compound, "cameraAperture", "cap"},
+         {{Kind::Double, "horizontalFilmAperture", "hfa", 1.41732, "k"},
+          {Kind::Double, "verticalFilmAperture", "vfa", 0.94488, "k"}}},
+        {{Kind::Compound, "filmOffset", "fio"},
+         {{Kind::Double, "horizontalFilmOffset", "hfo", 0, "k"},
+          {Kind::Double, "verticalFilmOffset", "vfo", 0, "k"}}},
+        {{Kind::Compound, "pan", "pn"},
+         {{Kind::Double, "horizontalPan", "hpn"}, {Kind::Double, "verticalPan", "vpn"}}}};
+    for (const auto& [row, children] : pairs) {
+        const auto compound = MakeAttribute(row);
+        for (const AttributeRow& child : children) {
+            compound->AddChild(MakeAttribute(child));
+        }
+        camera->AddAttribute(compound);
+    }
 }
 
 void AddSceneTypes(TypeRegistry& registry) {

@@ -88,6 +88,16 @@ Transformation DagNode::LocalTransformation() const {
     parts.scalePivotTranslate = VectorOf(*this, "scalePivotTranslate");
     parts.rotateAxis = VectorOf(*this, "rotateAxis");
     parts.rotateOrder = static_cast<int>(NumberOf(*this, "rotateOrder"));
+    if (Type().IsA("joint")) {
+        parts.jointOrient = VectorOf(*this, "jointOrient");
+        if (NumberOf(*this, "segmentScaleCompensate") != 0.0) {
+            for (int axis = 0; axis < 3; ++axis) {
+                // What is connected is the parent's scale.
+                const double scale = VectorOf(*this, "inverseScale")[axis];
+                parts.inverseScale[axis] = scale != 0.0 ? 1.0 / scale : 1.0;
+            }
+        }
+    }
     return parts;
 }
 

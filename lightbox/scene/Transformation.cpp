@@ -69,14 +69,21 @@ Imath::M44d Transformation::Matrix() const {
     shearing[1][0] = shear.x;
     shearing[2][0] = shear.y;
     shearing[2][1] = shear.z;
+    Imath::M44d unscaling;
+    unscaling.setScale(inverseScale);
     return Translation(-scalePivot) * scaling * shearing * Translation(scalePivot) *
            Translation(scalePivotTranslate) * Translation(-rotatePivot) * Rotation(rotateAxis, 0) *
-           Rotation(rotate, rotateOrder) * Translation(rotatePivot) * Translation(rotatePivotTranslate) *
-           Translation(translate);
+           Rotation(rotate, rotateOrder) * Rotation(jointOrient, 0) * unscaling * Translation(rotatePivot) *
+           Translation(rotatePivotTranslate) * Translation(translate);
 }
 
 bool Transformation::SetMatrix(const Imath::M44d& matrix) {
-    Imath::M44d turned = matrix;
+    if (inverseScale.x * inverseScale.y * inverseScale.z == 0.0) {
+        return false;
+    }
+    Imath::M44d unscaling;
+    unscaling.setScale(Imath::V3d(1.0) / inverseScale);
+    Imath::M44d turned = matrix * unscaling;
     Imath::V3d newScale;
     Imath::V3d newShear;
     if (!Imath::extractAndRemoveScalingAndShear(turned, newScale, newShear, false)) {
@@ -84,7 +91,9 @@ bool Transformation::SetMatrix(const Imath::M44d& matrix) {
     }
     scale = newScale;
     shear = newShear;
-    rotate = Angles(Rotation(rotateAxis, 0).inverse() * turned, rotateOrder);
+    const Imath::M44d rotation =
+        Rotation(rotateAxis, 0).inverse() * turned * Rotation(jointOrient, 0).inverse();
+    rotate = Angles(rotation, rotateOrder);
     translate = Imath::V3d(0.0);
     translate = matrix.translation() - Matrix().translation();
     return true;

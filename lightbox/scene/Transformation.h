@@ -7,7 +7,8 @@ namespace lightbox {
 
 /// The parts of a transform node. Angles in degrees. A transform's matrix is, for row vectors, scale pivot,
 /// scale, shear, scale pivot translation, rotate pivot, rotate axis, rotation, rotate pivot translation,
-/// translation, in the published order.
+/// translation, in the published order. A joint has its orientation and the inverse of its parent's scale
+/// behind the rotation.
 struct Transformation {
     Imath::V3d translate{0.0};
     Imath::V3d rotate{0.0};
@@ -19,6 +20,8 @@ struct Transformation {
     Imath::V3d scalePivotTranslate{0.0};
     Imath::V3d rotateAxis{0.0};
     int rotateOrder = 0;
+    Imath::V3d jointOrient{0.0};
+    Imath::V3d inverseScale{1.0};
 
     Imath::M44d Matrix() const;
     /// Chooses translate, rotate, scale and shear so that Matrix() becomes that matrix; the other parts stay.

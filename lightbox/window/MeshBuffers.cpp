@@ -10,7 +10,7 @@ namespace lightbox {
 namespace {
 
 /// Frames after which an unused mesh is freed; it may be one that blinks.
-constexpr unsigned KEPT_FRAMES = 60;
+constexpr unsigned KEPT_FRAMES = 8;
 
 template <class T>
 void Upload(QOpenGLBuffer& buffer, const std::vector<T>& elements) {

@@ -6,6 +6,7 @@
 #include "scene/Output.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
+#include "scene/TimeUnits.h"
 #include "window/MainWindow.h"
 #include "window/PanelIcon.h"
 #include "window/PanelLayout.h"
@@ -32,6 +33,20 @@ Plug CameraPlug(const std::shared_ptr<DagNode>& shape, const char* attribute) {
 
 std::string TransformName(const std::shared_ptr<DagNode>& shape) {
     return Scene::ShownName(*shape->Parent());
+}
+
+/// A gate needs some room around it: as in the host, one that is shown brings an overscan with it and takes
+/// it away again. An overscan that someone has set stays.
+std::string RoomForGate(const std::shared_ptr<DagNode>& shape, const std::string& attribute, bool isShown) {
+    constexpr double ROOM = 1.3;
+    const std::string other = attribute == "displayFilmGate"     ? "displayResolution"
+                              : attribute == "displayResolution" ? "displayFilmGate"
+                                                                 : "";
+    if (other.empty() || CameraPlug(shape, other.c_str()).Number() != 0.0 ||
+        CameraPlug(shape, "overscan").Number() != (isShown ? 1.0 : ROOM)) {
+        return {};
+    }
+    return isShown ? " -overscan " + DecimalText(ROOM) : " -overscan 1";
 }
 
 } // namespace
@@ -117,7 +132,8 @@ QAction* ViewportPanel::CameraAction(const QString& text, const char* attribute)
     cameraActions_.push_back({action, attribute});
     connect(action, &QAction::triggered, this, [this, attribute](bool checked) {
         // By the command, so that it is said, done and undone as everything else.
-        RunLine("camera -e -" + std::string(attribute) + (checked ? " 1 " : " 0 ") +
+        RunLine("camera -e -" + std::string(attribute) + (checked ? " 1" : " 0") +
+                RoomForGate(view_->Camera(), attribute, checked) + " " +
                 mel::Quoted(TransformName(view_->Camera())));
         UpdateActions();
     });

@@ -28,12 +28,12 @@ fileInfo "artist" "me";
 createNode transform -s -n "persp";
 	rename -uid "11111111-0000-0000-0000-000000000001";
 	setAttr ".t" -type "double3" 9 8 7 ;
-createNode joint -n "hip";
+createNode muscle -n "hip";
 	addAttr -ci true -sn "liw" -ln "lockInfluenceWeights" -min 0 -max 1 -at "bool";
 	setAttr ".liw" yes;
 	setAttr ".jo" -type "double3" 0 0 90 ;
 	setAttr ".t" -type "double3" 0 5 0 ;
-createNode joint -n "knee" -p "hip";
+createNode muscle -n "knee" -p "hip";
 	setAttr ".radi" 0.5;
 createNode transform -n "box";
 	setAttr ".futureAttribute" -type "string" "kept; \"as\" it is";
@@ -58,9 +58,9 @@ relationship "link" ":lightLinker1" ":initialShadingGroup.message" ":defaultLigh
 const char* const KEPT[] = {
     "requires -nodeType \"sparkle\" \"glitter\" \"3.1\";\n",
     "requires \"stereoCamera\" \"10.0\";\n",
-    "createNode joint -n \"hip\";\n",
+    "createNode muscle -n \"hip\";\n",
     "\tsetAttr \".jo\" -type \"double3\" 0 0 90 ;\n",
-    "createNode joint -n \"knee\" -p \"hip\";\n",
+    "createNode muscle -n \"knee\" -p \"hip\";\n",
     "\tsetAttr \".radi\" 0.5;\n",
     "\tsetAttr \".futureAttribute\" -type \"string\" \"kept; \\\"as\\\" it is\";\n",
     "createNode subdiv -n \"boxShape\" -p \"box\";\n",
@@ -123,7 +123,7 @@ TEST_F(SceneFileTest, UnknownContentIsKeptReportedOnceAndWrittenBack) {
     Write("foreign.ma", FOREIGN_SCENE);
     EXPECT_EQ(ErrorOfOpening("foreign.ma"), "none");
     const std::string messages = Output();
-    for (const char* part : {"line 4: The plug-in \"glitter\"", "line 12: Unrecognized node type 'joint'",
+    for (const char* part : {"line 4: The plug-in \"glitter\"", "line 12: Unrecognized node type 'muscle'",
                              "Unrecognized node type 'subdiv'", "Unrecognized node type 'sparkle'",
                              "futureAttribute", "Unknown command 'relationship'"}) {
         const std::size_t first = messages.find(part);

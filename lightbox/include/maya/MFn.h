@@ -12,6 +12,7 @@ public:
         kAnimCurve = 7,
         kDagNode = 107,
         kTransform = 110,
+        kJoint = 121,
         kShape = 248,
         kCamera = 250,
         kWorld = 251,

@@ -138,12 +138,14 @@ TEST_F(ViewportTest, MenusSetTheOptionsOfTheirOwnViewAndShowThem) {
     // The gates belong to the camera; a script's change shows in the buttons.
     action("modelPanel4", "Resolution Gate")->trigger();
     EXPECT_EQ(Number("perspShape.displayResolution"), 1.0);
+    EXPECT_EQ(Number("perspShape.overscan"), 1.3) << "room for the gate";
     Run("setAttr perspShape.displayFilmGate 1");
     Settle();
     EXPECT_TRUE(action("modelPanel4", "Film Gate")->isChecked());
     Run("undo; undo");
     Settle();
     EXPECT_FALSE(action("modelPanel4", "Resolution Gate")->isChecked());
+    EXPECT_EQ(Number("perspShape.overscan"), 1.0);
 }
 
 TEST_F(ViewportTest, GatesAreDrawnWhereTheCameraHasThem) {
