@@ -84,8 +84,10 @@ bool MovieWriter::Start(const QSize& size) {
         return Fail("ffmpeg is not installed.");
     }
     const QFileInfo file(m_path);
+    // The encoder goes by the suffix, so the letters that make the name a new one stand before it.
+    const QString letters(6, QLatin1Char('X'));
     QTemporaryFile part(
-        QString("%1/.%2.XXXXXX.%3").arg(file.absolutePath(), file.completeBaseName(), file.suffix()));
+        QString("%1/.%2.%3.%4").arg(file.absolutePath(), file.completeBaseName(), letters, file.suffix()));
     part.setAutoRemove(false);
     if (!part.open()) {
         return Fail(QString("\"%1\" cannot be written: %2.").arg(m_path, part.errorString()));
