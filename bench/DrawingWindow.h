@@ -14,6 +14,9 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QImage>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -43,6 +46,16 @@ public:
     lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(m_host); }
     lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
+    /// Draws the view and waits for the last pixel. The window's own composition lets no frame begin before the
+    /// one before is shown, so the event loop has to turn.
+    void DrawNow() {
+        const unsigned before = View().FrameCount();
+        View().Refresh(false);
+        Until([&] { return View().FrameCount() != before; });
+        View().makeCurrent();
+        QOpenGLContext::currentContext()->functions()->glFinish();
+        View().doneCurrent();
+    }
     void Run(const std::string& mel) { m_host.interpreter().Execute(mel); }
     /// What main() does: the benchmarks, in an application with windows.
     static int RunBenchmarks(int argc, char** argv) {
@@ -70,6 +83,46 @@ private:
     QTemporaryDir m_prefs;
     lightbox::Host m_host;
     lightbox::WindowSession m_session;
+};
+
+/// A texture of the size of a drawing, in the view's context.
+class ImageUpload {
+public:
+    explicit ImageUpload(QOpenGLWidget& view)
+        : m_view(view)
+        , m_image(1024, 1024, QImage::Format_RGBA8888) {
+        m_image.fill(Qt::transparent);
+        m_view.makeCurrent();
+        m_gl = QOpenGLContext::currentContext()->functions();
+        m_gl->glGenTextures(1, &m_texture);
+        m_gl->glBindTexture(GL_TEXTURE_2D, m_texture);
+        m_gl->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, m_image.width(), m_image.height(), 0, GL_RGBA,
+                           GL_UNSIGNED_BYTE, nullptr);
+        m_view.doneCurrent();
+    }
+    ~ImageUpload() {
+        m_view.makeCurrent();
+        m_gl->glDeleteTextures(1, &m_texture);
+        m_view.doneCurrent();
+    }
+    ImageUpload(const ImageUpload&) = delete;
+    ImageUpload& operator=(const ImageUpload&) = delete;
+
+    /// Brings an image to the card and waits for it.
+    void Run() const {
+        m_view.makeCurrent();
+        m_gl->glBindTexture(GL_TEXTURE_2D, m_texture);
+        m_gl->glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, m_image.width(), m_image.height(), GL_RGBA, GL_UNSIGNED_BYTE,
+                              m_image.constBits());
+        m_gl->glFinish();
+        m_view.doneCurrent();
+    }
+
+private:
+    QOpenGLWidget& m_view;
+    QImage m_image;
+    QOpenGLFunctions* m_gl = nullptr;
+    GLuint m_texture = 0;
 };
 
 } // namespace vellix

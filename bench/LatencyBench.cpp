@@ -59,13 +59,13 @@ double Milliseconds(const QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) * 1e-6;
 }
 
-/// One stroke of that many moves, a spiral about the middle of the view: nowhere do its points come so close
-/// that the tool drops one.
+/// One stroke of that many moves of 11 pixels, a spiral about the middle of the view: so far apart that the
+/// tool drops no point.
 template <typename Move>
 void DrawStroke(DrawingWindow& session, RealInput& input, Move move) {
     const auto place = [&session](int i) {
         const double radius = 150.0 + 0.5 * i;
-        const double angle = 11.0 * i / radius;
+        const double angle = 22.0 * std::log(radius / 150.0);
         const QPointF around(radius * std::cos(angle), radius * std::sin(angle));
         return session.View().mapToGlobal(session.View().rect().center() + around.toPoint());
     };
@@ -115,7 +115,8 @@ void Latency(benchmark::State& state) {
         });
         QObject::disconnect(connection);
 
-        // The parts of a frame, each by itself.
+        // The parts of a frame, each by itself. The upload is that of a whole image: at least what a stroke needs.
+        const ImageUpload upload(session.View());
         std::vector<double> composing;
         std::vector<double> uploading;
         std::vector<double> drawing;
@@ -127,15 +128,14 @@ void Latency(benchmark::State& state) {
             timer.start();
             DrawingWindow::Node().GetFinalImage("persp");
             composing.push_back(Milliseconds(timer));
+            timer.start();
+            upload.Run();
+            uploading.push_back(Milliseconds(timer));
             session.View().setUpdatesEnabled(true);
-            const auto frame = [&] {
-                timer.start();
-                session.View().Refresh(true);
-                return Milliseconds(timer);
-            };
-            const double with = frame();
-            drawing.push_back(frame());
-            uploading.push_back(with - drawing.back());
+            session.DrawNow();
+            timer.start();
+            session.DrawNow(); // with nothing to compose and to upload
+            drawing.push_back(Milliseconds(timer));
         });
         state.SetIterationTime(At(shown, 0.5) * 1e-3);
         state.counters["median"] = At(shown, 0.5);

@@ -69,17 +69,6 @@ void MakeScene(const QTemporaryDir& folder) {
     Settings::ghostPrev = Settings::ghostNext = false;
 }
 
-/// Draws the view and waits for the last pixel. The window's own composition lets no frame begin before the
-/// one before is shown, so the event loop has to turn.
-void DrawNow() {
-    const unsigned before = View().FrameCount();
-    View().Refresh(false);
-    DrawingWindow::Until([&] { return View().FrameCount() != before; });
-    View().makeCurrent();
-    QOpenGLContext::currentContext()->functions()->glFinish();
-    View().doneCurrent();
-}
-
 /// The time slider's own playback at 24 frames a second: how many frames of the scene were seen.
 void Play(benchmark::State& state) {
     constexpr int milliseconds = 3000;
@@ -107,7 +96,7 @@ void ShowFrame(benchmark::State& state) {
     int frame = 0;
     for (auto _ : state) {
         MayaUtil::SetPlaybackTime(1 + frame++ % FRAMES);
-        DrawNow();
+        g_window->DrawNow();
     }
     state.counters["frames_per_second"] = benchmark::Counter(frame, benchmark::Counter::kIsRate);
 }
@@ -125,28 +114,19 @@ BENCHMARK(ComposeFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// The view again with what the card has: the 3D scene and the drawing.
 void DrawFrame(benchmark::State& state) {
-    DrawNow();
+    g_window->DrawNow();
     for (auto _ : state) {
-        DrawNow();
+        g_window->DrawNow();
     }
 }
 BENCHMARK(DrawFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// What bringing the picture to the card takes by itself.
 void UploadFrame(benchmark::State& state) {
-    const QImage image(1024, 1024, QImage::Format_RGBA8888);
-    View().makeCurrent();
-    QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
-    GLuint texture = 0;
-    gl->glGenTextures(1, &texture);
-    gl->glBindTexture(GL_TEXTURE_2D, texture);
-    gl->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1024, 1024, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+    const ImageUpload upload(View());
     for (auto _ : state) {
-        gl->glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1024, 1024, GL_RGBA, GL_UNSIGNED_BYTE, image.constBits());
-        gl->glFinish();
+        upload.Run();
     }
-    gl->glDeleteTextures(1, &texture);
-    View().doneCurrent();
 }
 BENCHMARK(UploadFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 

@@ -81,4 +81,10 @@ void ViewportPanels::Refresh(bool now) {
     }
 }
 
+bool ViewportPanels::IsAwaitingDrag() const {
+    const std::vector<ViewportPanel*> panels = All();
+    return std::any_of(panels.begin(), panels.end(),
+                       [](ViewportPanel* panel) { return panel->View().IsAwaitingDrag(); });
+}
+
 } // namespace lightbox

@@ -34,6 +34,8 @@ public:
     ViewportPanel* UnderPointer() const;
     /// Draws all of them: at once, or once when the event loop comes to it.
     void Refresh(bool now);
+    /// A view waits for what else comes with a tool's drag before it draws.
+    bool IsAwaitingDrag() const;
 
 Q_SIGNALS:
     void ActiveChanged(lightbox::ViewportPanel* panel);

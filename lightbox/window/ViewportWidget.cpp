@@ -21,6 +21,9 @@ namespace lightbox {
 namespace {
 
 const char* const FALLBACK_CAMERA = "persp";
+/// Milliseconds, half a refresh of the usual screen, that a frame waits for what else comes with a tool's drag:
+/// a sample of the pen takes as long, and would else be seen a frame later.
+constexpr int AFTER_DRAG = 8;
 
 void LoadMatrix(GLenum which, const Imath::M44d& matrix) {
     glMatrixMode(which);
@@ -44,6 +47,10 @@ ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* paren
     setMinimumSize(64, 48);
     // What tools of the legacy viewport draw between two frames has to stay.
     setUpdateBehavior(QOpenGLWidget::PartialUpdate);
+    afterDrag_.setSingleShot(true);
+    afterDrag_.setTimerType(Qt::PreciseTimer);
+    afterDrag_.setInterval(AFTER_DRAG);
+    connect(&afterDrag_, &QTimer::timeout, this, [this] { update(); });
 }
 
 ViewportWidget::~ViewportWidget() {
@@ -117,7 +124,12 @@ void ViewportWidget::Refresh(bool now) {
     // A frame that asks for the next one, or for itself, gets it from the event loop.
     if (now && !isDrawing_) {
         repaint();
+    } else if (isDragging_) {
+        if (!afterDrag_.isActive()) {
+            afterDrag_.start();
+        }
     } else {
+        afterDrag_.stop();
         update();
     }
 }
@@ -187,6 +199,7 @@ void ViewportWidget::paintGL() {
     } scope{isDrawing_};
     isDrawing_ = true;
     isStale_ = false;
+    afterDrag_.stop();
     ++frameCount_;
     const std::shared_ptr<DagNode> camera = Camera();
     const CameraView cameraView(*camera, width(), height());
@@ -273,7 +286,9 @@ void ViewportWidget::mouseMoveEvent(QMouseEvent* event) {
         navigation_.Move(event->localPos());
         break;
     case Drag::Tool:
+        isDragging_ = true;
         ToolEvents::Drag(*this, *event);
+        isDragging_ = false;
         break;
     case Drag::Selection:
         if (selectTool_.Drag(ToView(event->localPos()))) {

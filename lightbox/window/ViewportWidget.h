@@ -9,6 +9,7 @@
 
 #include <QOpenGLWidget>
 #include <QPointer>
+#include <QTimer>
 
 #include <memory>
 #include <string>
@@ -42,6 +43,9 @@ public:
     void BeginGl() override;
     void EndGl() override;
     void Present() override;
+
+    /// A tool's drag wants it redrawn, which waits a moment for what else comes with the drag.
+    bool IsAwaitingDrag() const { return afterDrag_.isActive(); }
 
     const ViewOptions& Options() const { return options_; }
     void SetOptions(const ViewOptions& options);
@@ -106,6 +110,9 @@ private:
     std::unique_ptr<DrawListRenderer> drawListRenderer_;
     unsigned frameCount_ = 0;
     bool isDrawing_ = false;
+    /// A tool is being told of a drag; what it wants redrawn is drawn when afterDrag_ ends.
+    bool isDragging_ = false;
+    QTimer afterDrag_;
     /// Something changed since it was drawn.
     bool isStale_ = true;
     bool presentsOnly_ = false;

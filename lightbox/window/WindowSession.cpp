@@ -9,6 +9,7 @@
 #include "window/MainWindow.h"
 #include "window/Theme.h"
 #include "window/TimeSliderBar.h"
+#include "window/ViewportPanels.h"
 #include "window/WindowInterface.h"
 
 #include <QAbstractEventDispatcher>
@@ -72,11 +73,11 @@ void WindowSession::Turn() {
         QCoreApplication::exit(*host_.QuitStatus());
         return;
     }
-    if (host_.scene().Revision() != shownRevision_) {
+    MainWindow* const window = WindowInterface::Current(host_);
+    if (host_.scene().Revision() != shownRevision_ && !window->Panels().IsAwaitingDrag()) {
         shownRevision_ = host_.scene().Revision();
         host_.ui()->RefreshViews(false);
     }
-    MainWindow* const window = WindowInterface::Current(host_);
     if (window->isWindowModified() != host_.files().IsModified()) {
         window->setWindowModified(host_.files().IsModified());
     }
