@@ -20,7 +20,7 @@ MCallbackId Add(EventBus::NodeEvent event, MMessage::MNodeFunction func, const M
     Access::Report(status, MS::kSuccess);
     return Host::Get().events().AddNodeCallback(
         event, [func, type = Access::Text(nodeType), clientData](lightbox::Node& node) {
-            if (type == "dependNode" || node.Type().IsA(type)) {
+            if (type == kDefaultNodeType || node.Type().IsA(type)) {
                 MObject object = Access::Wrap(node.Shared());
                 func(object, clientData);
             }
