@@ -51,6 +51,12 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         rows[i % ROW_COUNT]->addWidget(swatch);
         connect(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
     }
+    // Tab goes through the upper row first.
+    for (int i = 1; i < SWATCH_COUNT; ++i) {
+        const int half = SWATCH_COUNT / ROW_COUNT;
+        const auto at = [half](int place) { return place % half * ROW_COUNT + place / half; };
+        setTabOrder(m_swatches[at(i - 1)], m_swatches[at(i)]);
+    }
     RefreshColors();
 }
 
