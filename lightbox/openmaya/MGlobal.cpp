@@ -28,7 +28,8 @@ namespace {
 /// Runs MEL for a plug-in. An error is reported as one of a typed line would be, and becomes the status.
 MStatus Execute(const MString& command, bool display, bool undo, Value& result) {
     Host& host = Host::Get();
-    lightbox::UndoQueue::Pause pause(host.undo(), !undo && lightbox::IsInPluginCommand());
+    // A command that is not undoable cannot take back what it has others do: that stays theirs.
+    lightbox::UndoQueue::Pause pause(host.undo(), !undo && lightbox::IsInUndoablePluginCommand());
     if (display) {
         host.output().Print(Access::Text(command) + ";\n");
     }
