@@ -137,6 +137,7 @@ void TransformContext::PreprocessSelection() {
     m_transformation = Transformation();
     m_translateAnchor = QPoint();
     m_rotateAnchor = m_scaleAnchorX = m_scaleAnchorY = 0.0f;
+    m_dragMode = DragMode::None; // the button may still be down with which the selection was dragged out
     ReorderSelectionPoints();
     BaseNode* node = GetSelectionNode();
     Stroke* stroke = node != nullptr ? node->GetActiveStroke(m_camera, true) : nullptr;
