@@ -210,12 +210,8 @@ void TransformContext::FollowView(BaseNode& node) {
 // --- how it is outlined -----------------------------------------------------------------------------------
 
 void TransformContext::TransformSelectionOutline() {
-    m_outline = TransformedCorners();
-    m_outlineShown = true;
-    if (m_drawManager == nullptr) {
-        ShowOutline(m_outline);
-    }
-    // In Viewport 2.0 the node's outline is the one that is seen; a second one would lie beside it.
+    ShowOutline(TransformedCorners());
+    // In Viewport 2.0 that one is gone with the next event; the node's, beside it, stays.
     SetSelectionOutlineDrawnByNodeEnabled(true);
 }
 
