@@ -81,13 +81,10 @@ bool TransformContext::InitializeSelectStage(bool paste) {
     m_view = M3dView::active3dView();
     m_camera = MayaUtil::GetCameraName(m_view);
     m_layers = node->GetLayerManager();
-    if (paste && !node->PrepareForDraw(m_camera, m_pasteLayer, m_pasteFrameCreated)) {
-        m_invalid = true;
-        return false;
-    }
+    const bool isPrepared = !paste || node->PrepareForDraw(m_camera, m_pasteLayer, m_pasteFrameCreated);
     m_pasteFrameTime = MayaUtil::GetPlaybackTime();
     m_layer = node->GetActiveLayer(m_camera);
-    if (m_layer == nullptr) {
+    if (!isPrepared || m_layer == nullptr) {
         m_invalid = true;
         return false;
     }
