@@ -11,7 +11,9 @@ void TransformContext::Transform(bool copy) {
         return;
     }
     m_copy = copy;
-    if (EnterTransformStage(true) && copy) {
+    if (!EnterTransformStage(true)) {
+        m_copy = false;
+    } else if (copy) {
         RememberCopiedRectangle(); // the duplicate is what can be pasted from now on
     }
 }

@@ -202,7 +202,15 @@ TEST_F(TransformClipboardTest, LockedAndHiddenLayersAreCopiedFromOnly) {
         EXPECT_TRUE(Tool().PasteAvailable());
         ChooseFromMenu("Paste");
         EXPECT_EQ(Current(), Picture());
+        // A copy that was refused leaves the selection, which is then moved itself.
+        Select(QUARTERS);
+        ChooseFromMenu("Transform Copy");
         Run(row.reset);
+        Key(Qt::Key_Return);
+        Drag({500, 500}, {700, 600});
+        Key(Qt::Key_Return);
+        EXPECT_EQ(Current(), With(Without(QUARTERS), {500, 500}));
+        Run("undo");
     }
 }
 
