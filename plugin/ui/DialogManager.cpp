@@ -2,6 +2,7 @@
 
 #include "host/Settings.h"
 #include "ui/LayerManagerPanel.h"
+#include "ui/SceneFollower.h"
 #include "ui/TimeControlOverlay.h"
 #include "ui/ToolOptionsPanel.h"
 #include "ui/ToolboxPanel.h"
@@ -179,6 +180,14 @@ bool DialogManager::ShowLayerPropertiesDialog(const QString& camera, int index, 
 void DialogManager::ClearLayerManagerDialog() {
     if (LayerManagerPanel* panel = FindLayerManager()) {
         panel->Clear();
+    }
+}
+
+void DialogManager::FollowScene() {
+    for (const QPointer<QDialog>& dialog : GetRegistry().openDialogs) {
+        if (auto* const follower = dynamic_cast<SceneFollower*>(dialog.data())) {
+            follower->FollowScene();
+        }
     }
 }
 

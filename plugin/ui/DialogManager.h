@@ -63,6 +63,8 @@ public:
 
     // What panels are told. One that was not made yet asks for itself when it is.
     static void ClearLayerManagerDialog();
+    /// A drawing node or a camera has come or gone; told to the open dialogs that are SceneFollowers.
+    static void FollowScene();
     /// Whether the panel was made.
     static bool HasLayerManagerDialog();
     static void FillLayerManagerDialog(const QList<LayerManagerRow>& rows, const QString& activeCamera,

@@ -48,6 +48,19 @@ void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
     LayerFormDialog::SetCameras(offered, m_layerCamera);
 }
 
+void LayerPropertiesDialog::FollowScene() {
+    const BaseNode* const master = BaseNode::GetMaster();
+    if (master == nullptr || !master->LayerExists(m_layerCamera, m_index)) {
+        reject();
+        return;
+    }
+    const QString chosen = GetCamera();
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
+    SetCameras(cameras);
+    SelectCamera(chosen);
+}
+
 void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* parent) {
     const BaseNode* const master = BaseNode::GetMaster();
     if (master == nullptr || !master->LayerExists(camera, index)) {

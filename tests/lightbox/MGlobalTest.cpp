@@ -9,6 +9,8 @@
 #include <maya/MCallbackIdArray.h>
 #include <maya/MCommandResult.h>
 #include <maya/MComputation.h>
+#include <maya/MDGMessage.h>
+#include <maya/MDagPath.h>
 #include <maya/MDoubleArray.h>
 #include <maya/MEventMessage.h>
 #include <maya/MGlobal.h>
@@ -240,6 +242,35 @@ TEST_F(MGlobalTest, EventCallbacksAreRemovedTogether) {
     EXPECT_TRUE(MMessage::removeCallbacks(ids).error());
     host_.events().Fire("timeChanged");
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(MGlobalTest, NodesThatComeAndGoAreToldOfByType) {
+    std::vector<std::string> told;
+    const auto add = [&](auto add, const char* type) {
+        return add(
+            [](MObject& node, void* data) {
+                // It is in the scene still, or already: its path is known.
+                MDagPath path;
+                MDagPath::getAPathTo(node, path);
+                static_cast<std::vector<std::string>*>(data)->push_back(path.fullPathName().asChar());
+            },
+            type, &told, nullptr);
+    };
+    MCallbackIdArray ids;
+    ids.append(add(MDGMessage::addNodeAddedCallback, "camera"));
+    ids.append(add(MDGMessage::addNodeRemovedCallback, "shape"));
+    MGlobal::executeCommand("camera -name eye; createNode network");
+    MGlobal::executeCommand("spaceLocator -name place");
+    MGlobal::executeCommand("delete place");
+    MGlobal::executeCommand("undo; undo; undo");
+    EXPECT_EQ(told, (std::vector<std::string>{"|eye1|eyeShape1", "|place|placeShape", "|place|placeShape",
+                                              "|eye1|eyeShape1"}));
+    EXPECT_TRUE(MMessage::removeCallbacks(ids));
+    MGlobal::executeCommand("camera");
+    EXPECT_EQ(told.size(), 4U);
+    MStatus status;
+    EXPECT_EQ(MDGMessage::addNodeAddedCallback(nullptr, "camera", nullptr, &status), 0);
+    EXPECT_TRUE(status.error());
 }
 
 TEST_F(MGlobalTest, OptionVariablesOutliveTheSession) {
