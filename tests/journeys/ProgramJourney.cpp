@@ -56,7 +56,7 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
         {{"-command", "quit"}, 0, "", ""},
         {{"-version"}, 0, "lightbox 2.5.4\n", ""},
         {{"-nonsense"}, 1, "", "nonsense"},
-        {{"-script"}, 1, "", "usage: lightbox"},
+        {{"-script"}, 1, "", "Missing value after '-script'. \"lightbox -help\" lists the options."},
         {{"a.ma", "b.ma"}, 1, "", "More than one scene"},
         {{"-file", ""}, 1, "", "-file needs a path."},
         {{"-demo", "/proc/nowhere"}, 1, "", "cannot be written to. Name another one with -demo."},
