@@ -118,18 +118,18 @@ MString MGlobal::mayaVersion() {
 }
 
 int MGlobal::apiVersion() {
-    return 20180000;
+    return 201800;
 }
 
 void MGlobal::displayInfo(const MString& theMessage) {
     Host::Get().output().Info(Access::Text(theMessage));
 }
 
-void MGlobal::displayWarning(const MString& theWarning, bool) {
+void MGlobal::displayWarning(const MString& theWarning) {
     Host::Get().output().Warning(Access::Text(theWarning));
 }
 
-void MGlobal::displayError(const MString& theError, bool) {
+void MGlobal::displayError(const MString& theError) {
     Host::Get().output().Error(Access::Text(theError));
 }
 

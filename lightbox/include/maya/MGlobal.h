@@ -15,8 +15,8 @@ public:
     static int apiVersion();
 
     static void displayInfo(const MString& theMessage);
-    static void displayWarning(const MString& theWarning, bool showLineNumber = false);
-    static void displayError(const MString& theError, bool showLineNumber = false);
+    static void displayWarning(const MString& theWarning);
+    static void displayError(const MString& theError);
 
     static MStatus getActiveSelectionList(MSelectionList& dest, bool orderedSelectionIfAvailable = false);
     static MStatus setActiveSelectionList(const MSelectionList& src,
