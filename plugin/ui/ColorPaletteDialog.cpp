@@ -8,10 +8,12 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPointer>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace vellix {
 
@@ -51,6 +53,8 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         rows[i % ROW_COUNT]->addWidget(swatch);
         connect(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
     }
+    // Wherever a chooser was opened, its custom colours may be others when it has closed.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
     RefreshColors();
 }
 
