@@ -22,6 +22,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION share/doc/lightbox
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py")
 
 set(here ${CMAKE_CURRENT_LIST_DIR})
+install(FILES ${here}/copyright DESTINATION share/doc/lightbox)
 install(FILES ${here}/lightbox.desktop DESTINATION share/applications)
 install(FILES ${here}/lightbox.svg DESTINATION share/icons/hicolor/scalable/apps)
 install(FILES ${here}/lightbox-scene.svg DESTINATION share/icons/hicolor/scalable/mimetypes)

@@ -8,10 +8,12 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPointer>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace vellix {
 
@@ -57,6 +59,8 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         const auto at = [half](int place) { return place % half * ROW_COUNT + place / half; };
         setTabOrder(m_swatches[at(i - 1)], m_swatches[at(i)]);
     }
+    // Wherever a chooser was opened, its custom colours may be others when it has closed.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
     RefreshColors();
 }
 

@@ -16,11 +16,10 @@ LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, Q
     , m_layerCamera(camera)
     , m_index(index)
     , m_state(LayerState::Animated)
-    , m_visible(new QCheckBox(this)) {
+    , m_visible(new QCheckBox(QStringLiteral("Visible"), this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
     m_visible->setToolTip(QStringLiteral("Whether the layer is shown"));
-    m_visible->setAccessibleName(QStringLiteral("Visible"));
-    Form().addRow(QStringLiteral("Visible:"), m_visible);
+    Form().addRow(QString(), m_visible);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});
     AddButtons();
     SetLayerState(m_state);

@@ -75,6 +75,13 @@ public:
     static void* Create() { return new OuterCommand; }
 };
 
+/// Has the line that it is given executed, which it could not undo itself.
+class PassOnCommand : public MPxCommand {
+public:
+    MStatus doIt(const MArgList& args) override { return MGlobal::executeCommand(args.asString(0)); }
+    static void* Create() { return new PassOnCommand; }
+};
+
 class KindCommand : public MPxCommand {
 public:
     MStatus doIt(const MArgList& args) override {
@@ -109,6 +116,7 @@ protected:
         MFnPlugin fn(handle_);
         EXPECT_TRUE(fn.registerCommand("count", CountCommand::Create));
         EXPECT_TRUE(fn.registerCommand("outer", OuterCommand::Create));
+        EXPECT_TRUE(fn.registerCommand("passOn", PassOnCommand::Create));
         EXPECT_TRUE(fn.registerCommand("kind", KindCommand::Create));
         EXPECT_TRUE(fn.registerCommand("count", CountCommand::Create).error());
     }
@@ -144,6 +152,16 @@ TEST_F(MGlobalTest, InsideACommandOnlyWhatIsAskedForIsRecorded) {
         EXPECT_TRUE(host_.undo().Redo());
         EXPECT_EQ(g_count, 110);
     }
+}
+
+TEST_F(MGlobalTest, WhatACommandWithoutUndoHasOthersDoCanBeUndone) {
+    EXPECT_TRUE(MGlobal::executeCommand("passOn \"count 1; passOn \\\"count 2\\\"\""));
+    EXPECT_EQ(g_count, 3);
+    EXPECT_EQ(host_.undo().Names().size(), 1U);
+    EXPECT_TRUE(host_.undo().Undo());
+    EXPECT_EQ(g_count, 0);
+    EXPECT_TRUE(host_.undo().Redo());
+    EXPECT_EQ(g_count, 3);
 }
 
 TEST_F(MGlobalTest, FailuresBecomeAStatusAndAMessage) {
@@ -205,7 +223,7 @@ TEST_F(MGlobalTest, DeregisteringACommandTakesItsInstancesAway) {
     EXPECT_EQ(g_alive, 0);
     EXPECT_TRUE(fn.deregisterCommand("count").error());
     EXPECT_TRUE(MGlobal::executeCommand("count 5").error());
-    EXPECT_EQ(plugin_.commands, (std::vector<std::string>{"outer", "kind"}));
+    EXPECT_EQ(plugin_.commands, (std::vector<std::string>{"outer", "passOn", "kind"}));
 }
 
 TEST_F(MGlobalTest, EventCallbacksAreRemovedTogether) {

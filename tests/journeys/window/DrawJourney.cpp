@@ -3,6 +3,7 @@
 #include "journeys/window/RunningLightbox.h"
 
 #include <QImage>
+#include <QMap>
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -16,20 +17,14 @@ constexpr unsigned RIGHT = 0xff53;
 class DrawJourney : public ::testing::Test {
 protected:
     DrawJourney() {
-        m_folder.RunScript("qmVellixNode -l -f -c persp; file -rename \"a.ma\"; file -save -type "
-                           "\"mayaAscii\";");
+        m_folder.RunScript("qmVellixNode -l -c persp; qmVellixReplay -camera persp -file "
+                           "\"" VELLIX_SOURCE_FOLDER "/demo/rough.json\"; currentTime 1;"
+                           "qmVellixLayer -add -ls 0 front; qmVellixLayer -add -ls 0 -n \"Clean-up\" persp;"
+                           "file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
         m_program = std::make_unique<RunningLightbox>(m_folder, QStringList{"-file", m_folder.Path("a.ma")});
         m_middle = m_program->Place("modelPanel4").center();
     }
 
-    /// The drawing at frame 1, as it would be exported.
-    QImage Drawing() {
-        const QString file = m_folder.Path("out.####.png");
-        m_program->Mel("qmVellixExport -file \"" + file + "\" -camera persp -startTime 1 -endTime 1");
-        QImage image(m_folder.Path("out.0001.png"));
-        EXPECT_FALSE(image.isNull()) << m_program->Messages().toStdString();
-        return image.convertToFormat(QImage::Format_ARGB32);
-    }
     QPoint At(int x, int y) const { return m_middle + QPoint(x, y); }
     void Tool(const char* flag) { m_program->Mel(QString("qmVellixUtil -%1Tool").arg(flag)); }
     void Text(const char* text) {
@@ -68,31 +63,45 @@ TEST_F(DrawJourney, EveryToolDrawsAndIsUndoneAndKept) {
          }},
         {"eraser", drag(-110, -90)},
     };
-    QImage before = Drawing();
-    for (const char* renderer : {"vp2Renderer", "base_OpenGL_Renderer"}) {
-        m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4").arg(renderer));
+    const struct {
+        const char* renderer;
+        const char* camera;
+        const char* view;
+    } rounds[] = {
+        {"vp2Renderer", "persp", ""},
+        {"base_OpenGL_Renderer", "front",
+         "camera -e -panZoomEnabled 1 front; setAttr frontShape.zoom 0.8; setAttr frontShape.hpn 0.05"},
+    };
+    QMap<QString, QImage> drawn;
+    for (const auto& round : rounds) {
+        m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4; lookThru modelPanel4 %2; %3")
+                           .arg(round.renderer, round.camera, round.view));
+        m_program->Settle();
+        QImage before = m_program->Drawing(round.camera);
         for (const Step& step : steps) {
-            SCOPED_TRACE(std::string(renderer) + ": " + step.name);
+            SCOPED_TRACE(std::string(round.renderer) + ": " + step.name);
             Tool(step.name);
             step.does();
-            RunningLightbox::Rest(100);
-            const QImage after = Drawing();
+            const QImage after = m_program->Drawing(round.camera);
             EXPECT_NE(after, before);
             m_program->Type('z', RunningLightbox::Control);
-            EXPECT_EQ(Drawing(), before);
+            EXPECT_EQ(m_program->Drawing(round.camera), before);
             m_program->Mel("redo");
-            EXPECT_EQ(Drawing(), after);
+            EXPECT_EQ(m_program->Drawing(round.camera), after);
             before = after;
         }
-        m_middle += QPoint(20, 90);
+        drawn[round.camera] = before;
     }
     m_program->Mel("file -save; file -force -new; file -open \"" + m_folder.Path("a.ma") + "\"");
-    EXPECT_EQ(Drawing(), before);
+    for (const auto& round : rounds) {
+        EXPECT_EQ(m_program->Drawing(round.camera), drawn[round.camera]);
+    }
     EXPECT_EQ(m_program->Messages().count("Error"), 0);
 }
 
 // The way of a hand: the tool from the shelf, another one and a larger one without leaving the view.
 TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
+    m_program->Mel("file -force -new; qmVellixNode -l -f -c persp");
     m_program->Mel("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 10 100 100 0");
     m_program->Mel("setToolTo selectSuperContext; qmVellixUtil -draw");
     ASSERT_TRUE(m_program->Becomes("currentCtx", "qmVxDrawCtx1"));
@@ -100,11 +109,9 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
     m_program->Hold('b');
     m_program->Drag(At(0, 0), At(200, 0));
     m_program->LetGo('b');
-    RunningLightbox::Rest(100);
-    const QImage empty = Drawing();
+    const QImage empty = m_program->Drawing();
     m_program->Drag(At(-100, 0), At(0, 0));
-    RunningLightbox::Rest(100);
-    const QImage thick = Drawing();
+    const QImage thick = m_program->Drawing();
     EXPECT_NE(thick, empty);
     int height = 0;
     for (int y = 0; y < thick.height(); ++y) {
@@ -114,15 +121,12 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
 
     // The layer's item, Transform, and in the menu of tools after the pencil and the brush the eraser.
     m_program->Click(At(50, 50), RunningLightbox::Right);
-    RunningLightbox::Rest(200);
     for (const unsigned key : {DOWN, DOWN, DOWN, RIGHT, DOWN, DOWN}) {
         m_program->Type(key);
     }
     m_program->Type(RunningLightbox::Return);
-    RunningLightbox::Rest(200);
     m_program->Drag(At(-120, 0), At(20, 0));
-    RunningLightbox::Rest(100);
-    const QImage erased = Drawing();
+    const QImage erased = m_program->Drawing();
     int left = 0;
     for (int y = 0; y < erased.height(); ++y) {
         for (int x = 0; x < erased.width(); ++x) {

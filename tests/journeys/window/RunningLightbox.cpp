@@ -1,14 +1,19 @@
 #include "journeys/window/RunningLightbox.h"
 
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QThread>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
 
 constexpr int PATIENCE = 20000; ///< milliseconds
+/// A dialog that was opened from work put off holds up what is put off after it.
+constexpr int LONGEST_SETTLE = 300;
+/// The program's own, and a little more.
+constexpr int DOUBLE_CLICK_TIME = 450;
+constexpr int DOUBLE_CLICK_DISTANCE = 20;
 const char* const PORT = "port";
 
 } // namespace
@@ -103,13 +108,20 @@ void RunningLightbox::MoveTo(const QPoint& position) {
 
 void RunningLightbox::Press(const QPoint& position, Button button) {
     MoveTo(position);
+    const bool isNear = (position - m_lastPress).manhattanLength() < DOUBLE_CLICK_DISTANCE;
+    if (isNear && button == m_lastButton && m_sincePress.isValid()) {
+        Rest(static_cast<int>(std::max<qint64>(0, DOUBLE_CLICK_TIME - m_sincePress.elapsed())));
+    }
+    m_lastPress = position;
+    m_lastButton = button;
+    m_sincePress.start();
     m_input.Press(button);
-    Rest(30);
+    Settle();
 }
 
 void RunningLightbox::Release(Button button) {
     m_input.Release(button);
-    Rest();
+    Settle();
 }
 
 void RunningLightbox::Click(const QPoint& position, Button button) {
@@ -120,26 +132,24 @@ void RunningLightbox::Click(const QPoint& position, Button button) {
 void RunningLightbox::Choose(const QStringList& items) {
     for (const QString& item : items) {
         Click(item);
-        Rest(150);
+        Rest(150); // a menu in a menu opens a little later
     }
 }
 
 void RunningLightbox::DragTo(const QPoint& from, const QPoint& to, Button button) {
     Press(from, button);
-    // A tool looks where the pointer is once the press has come to it, which a busy machine may take long over.
-    Rest(200);
-    constexpr int steps = 12;
+    Rest(30); // a tool that samples the pointer begins now
+    constexpr int steps = 6;
     for (int step = 1; step <= steps; ++step) {
         MoveTo(from + (to - from) * step / steps);
     }
-    Rest();
+    Settle();
+    Rest(20);
 }
 
 void RunningLightbox::Drag(const QPoint& from, const QPoint& to, Button button) {
     DragTo(from, to, button);
     Release(button);
-    // Two drags are no double click.
-    Rest(450);
 }
 
 void RunningLightbox::Type(unsigned key, unsigned modifier) {
@@ -147,12 +157,35 @@ void RunningLightbox::Type(unsigned key, unsigned modifier) {
         m_input.PressKey(modifier);
     }
     m_input.PressKey(key);
-    Rest(20);
     m_input.ReleaseKey(key);
     if (modifier != 0) {
         m_input.ReleaseKey(modifier);
     }
-    Rest();
+    Settle();
+}
+
+void RunningLightbox::Settle() {
+    // What is put off now is done after what is put off already. The first time around, what hands have done
+    // is on its way; the second time, what it has put off.
+    Rest(5);
+    for (int round = 0; round < 2; ++round) {
+        Mel("global int $gSettled; $gSettled = 0; evalDeferred -lowestPriority "
+            "\"global int $gSettled; $gSettled = 1\"");
+        QElapsedTimer timer;
+        timer.start();
+        while (Mel("global int $gSettled; int $settled = $gSettled") != "1" &&
+               timer.elapsed() < LONGEST_SETTLE && m_port.state() == QLocalSocket::ConnectedState) {
+            Rest(2);
+        }
+    }
+}
+
+QImage RunningLightbox::Drawing(const QString& camera) {
+    const QString file = m_folder.Path("drawing.####.png");
+    Mel("qmVellixExport -file \"" + file + "\" -camera " + camera + " -startTime 1 -endTime 1");
+    const QImage image(m_folder.Path("drawing.0001.png"));
+    EXPECT_FALSE(image.isNull()) << Messages().toStdString();
+    return image.convertToFormat(QImage::Format_ARGB32);
 }
 
 int RunningLightbox::WaitForEnd() {

@@ -3,6 +3,7 @@
 #include "journeys/Lightbox.h"
 #include "plugin/tools/RealInput.h"
 
+#include <QElapsedTimer>
 #include <QImage>
 #include <QLocalSocket>
 #include <QProcess>
@@ -37,6 +38,8 @@ public:
     QRect Place(const QString& control);
     /// What the user sees, in pixels of the screen.
     QImage Grab(const QString& control = QString());
+    /// The drawing of the camera at frame 1, as it would be exported.
+    QImage Drawing(const QString& camera = "persp");
 
     void MoveTo(const QPoint& position);
     void Click(const QPoint& position, Button button = Left);
@@ -57,6 +60,8 @@ public:
     /// What it has said on standard error since it was asked last.
     QByteArray Messages();
 
+    /// Until what hands have done has come to the program, and what it put off then is done.
+    void Settle();
     /// As long as hands need between two things.
     static void Rest(int milliseconds = 60);
 
@@ -66,4 +71,7 @@ private:
     double m_scale;
     QProcess m_process;
     QLocalSocket m_port;
+    QElapsedTimer m_sincePress;
+    QPoint m_lastPress;
+    Button m_lastButton = Left;
 };

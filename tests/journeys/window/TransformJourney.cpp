@@ -41,14 +41,6 @@ protected:
         m_middle = panel.center();
     }
 
-    /// The drawing at frame 1, as it would be exported.
-    QImage Drawing() {
-        const QString file = m_folder.Path("out.####.png");
-        m_program->Mel("qmVellixExport -file \"" + file + "\" -camera persp -startTime 1 -endTime 1");
-        QImage image(m_folder.Path("out.0001.png"));
-        EXPECT_FALSE(image.isNull()) << m_program->Messages().toStdString();
-        return image.convertToFormat(QImage::Format_ARGB32);
-    }
     void Use(const char* renderer) {
         m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4").arg(renderer));
     }
@@ -57,17 +49,13 @@ protected:
     void Select() { m_program->Drag(At(-150, -110), At(110, 100)); }
     void Menu(int item) {
         m_program->Click(At(-130, -95), RunningLightbox::Right); // pasted from there
-        RunningLightbox::Rest(150);
         for (int i = 0; i < item; ++i) {
-            m_program->Type(DOWN);
+            m_program->Hold(DOWN);
+            m_program->LetGo(DOWN);
         }
         m_program->Type(RunningLightbox::Return);
-        RunningLightbox::Rest(150);
     }
-    void Enter() {
-        m_program->Type(RunningLightbox::Return);
-        RunningLightbox::Rest(150);
-    }
+    void Enter() { m_program->Type(RunningLightbox::Return); }
     void WithShift(const std::function<void()>& does) {
         m_program->Hold(RunningLightbox::Shift);
         does();
@@ -151,7 +139,7 @@ TEST_F(TransformJourney, TwentyStepsAreUndoneAndRedoneExactly) {
         {"move at last", transformed({move})},
         {"cancel", [=] { Select(), Enter(), Move(), m_program->Type(RunningLightbox::Escape); }, false},
     };
-    QImage before = Drawing();
+    QImage before = m_program->Drawing();
     for (const char* renderer : {"vp2Renderer", "base_OpenGL_Renderer"}) {
         Use(renderer);
         m_program->Mel("qmVellixUtil -transform");
@@ -159,14 +147,13 @@ TEST_F(TransformJourney, TwentyStepsAreUndoneAndRedoneExactly) {
         for (const Step& step : steps) {
             SCOPED_TRACE(std::string(renderer) + ": " + step.name);
             step.does();
-            RunningLightbox::Rest(100);
-            const QImage after = Drawing();
+            const QImage after = m_program->Drawing();
             EXPECT_EQ(after != before, step.changes);
             if (step.changes) {
                 m_program->Type('z', RunningLightbox::Control);
-                EXPECT_EQ(Drawing(), before);
+                EXPECT_EQ(m_program->Drawing(), before);
                 m_program->Mel("redo");
-                EXPECT_EQ(Drawing(), after);
+                EXPECT_EQ(m_program->Drawing(), after);
             }
             before = after;
         }

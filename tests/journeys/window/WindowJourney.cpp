@@ -171,6 +171,11 @@ TEST_F(WindowJourney, LayersMoveToTheFloatingViewByTheMenu) {
     EXPECT_TRUE(program.Becomes("window -q -visible qmVxFloatingWindow", "1"));
     EXPECT_FALSE(Red(program.Grab("qmVellixFloatingModelPanel")).isNull());
     EXPECT_TRUE(Red(program.Grab("modelPanel4")).isNull());
+    program.Type('z', RunningLightbox::Control);
+    EXPECT_TRUE(program.Becomes("qmVellixLayer -count persp", "1"));
+    EXPECT_FALSE(Red(program.Grab("modelPanel4")).isNull());
+    program.Mel("redo");
+    EXPECT_TRUE(program.Becomes("qmVellixLayer -count vellixCam", "1"));
     // Closed and opened again it is the same view.
     program.Mel("window -e -visible 0 qmVxFloatingWindow");
     program.Choose({menu, view, program.Mel("journeyItem \"" + view + "\" \"Vellix View\"")});

@@ -80,7 +80,7 @@ TEST_F(LayerDialogsTest, PropertiesIssueOneLineForEachChange) {
     Run("qmVellixNode -l -c persp -ln Ink; qmVellixLayer -es 2 0 persp");
     const auto name = [](const char* text) { return [text](QWidget& dialog) { Type(dialog, text); }; };
     const auto press = [](const char* text) { return [text](QWidget& dialog) { Click(&dialog, text); }; };
-    const auto hide = [](QWidget& dialog) { dialog.findChild<QCheckBox*>()->click(); };
+    const auto hide = press("Visible");
     const auto move = [](QWidget& dialog) { Camera(dialog).setCurrentText(QStringLiteral("top")); };
     const auto both = [](auto first, auto second) {
         return [first, second](QWidget& dialog) {
