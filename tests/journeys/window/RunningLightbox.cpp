@@ -71,7 +71,8 @@ bool RunningLightbox::Becomes(const QString& line, const QString& answer) {
         }
         Rest(30);
     } while (timer.elapsed() < PATIENCE / 4 && m_process.state() == QProcess::Running);
-    ADD_FAILURE() << line.toStdString() << " answers " << last.toStdString();
+    ADD_FAILURE() << line.toStdString() << " answers " << last.toStdString() << ", the program is in state "
+                  << m_process.state() << " " << m_process.exitStatus() << " " << m_process.exitCode();
     return false;
 }
 
@@ -182,6 +183,7 @@ void RunningLightbox::Settle() {
 
 QImage RunningLightbox::Drawing(const QString& camera) {
     const QString file = m_folder.Path("drawing.####.png");
+    QFile::remove(m_folder.Path("drawing.0001.png"));
     Mel("qmVellixExport -file \"" + file + "\" -camera " + camera + " -startTime 1 -endTime 1");
     const QImage image(m_folder.Path("drawing.0001.png"));
     EXPECT_FALSE(image.isNull()) << Messages().toStdString();

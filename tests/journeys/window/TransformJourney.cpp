@@ -37,8 +37,10 @@ protected:
         m_folder.RunScript("qmVellixNode -l -c persp; qmVellixReplay -file \"strokes.json\" -camera persp;"
                            "currentTime 1; file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
         m_program = std::make_unique<RunningLightbox>(m_folder, QStringList{"-file", m_folder.Path("a.ma")});
-        const QRect panel = m_program->Place("modelPanel4");
-        m_middle = panel.center();
+        // What is drawn in software is drawn sooner when it is small.
+        m_program->Mel("window -e -widthHeight 900 720 MayaWindow");
+        m_program->Settle();
+        m_middle = m_program->Place("modelPanel4").center();
     }
 
     void Use(const char* renderer) {
