@@ -156,6 +156,11 @@ TEST_F(WindowJourney, AHighlightedRangeOfFramesIsMoved) {
     RunningLightbox::Rest(100);
     EXPECT_TRUE(program.Becomes("journeyFrames", "1 3 5 9"));
     EXPECT_THAT(program.Messages().toStdString(), HasSubstr("Move Failed. A frame already exists at time 9"));
+    const QImage kept = program.Grab("timeControl1");
+    const auto colourAt = [&](int frame) {
+        return kept.pixelColor((at(frame) - slider.topLeft()).x(), slider.height() - 5);
+    };
+    EXPECT_EQ(colourAt(3), colourAt(1)) << "the marks are where the frames still are";
 }
 
 TEST_F(WindowJourney, LayersMoveToTheFloatingViewByTheMenu) {
