@@ -41,7 +41,10 @@ TYPES = (CursorKind.CLASS_DECL, CursorKind.STRUCT_DECL, CursorKind.ENUM_DECL, Cu
 ARRAYS = {"MString": "MStringArray", "int": "MIntArray", "double": "MDoubleArray", "unsigned long": "MCallbackIdArray",
           "MCallbackId": "MCallbackIdArray"}
 # Newer in name only: the same line means the same to Qt 5.6.
-SAME_IN_OLDER_QT = {"QThread::wait(QDeadlineTimer)"}  # wait() without an argument, which waits for ever
+SAME_IN_OLDER_QT = {"QThread::wait(QDeadlineTimer)",  # wait() without an argument, which waits for ever
+                    # split() without a behaviour, and a QLatin1String that becomes a QString on the way
+                    "QString::split(QChar,Qt::SplitBehavior,Qt::CaseSensitivity)",
+                    "QStringList::contains(QLatin1String,Qt::CaseSensitivity)"}
 
 
 def library():
