@@ -61,6 +61,8 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     column->setSpacing(GROUP_SPACING);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
+    // It stands at the end of the first row.
+    setTabOrder(m_tools[COLUMN_COUNT - 2], m_transform);
     column->addWidget(new Separator);
     auto* colors = new QHBoxLayout;
     column->addLayout(colors);
@@ -104,8 +106,6 @@ QLayout* ToolboxDialog::CreateTools() {
     m_optionsButton = CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
                                    MayaUtil::ShowToolOptionsDialog);
     grid->addWidget(m_optionsButton, 1, perRow);
-    // It stands at the end of the first row.
-    setTabOrder(m_tools[perRow - 1], m_transform);
     return grid;
 }
 

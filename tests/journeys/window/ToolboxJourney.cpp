@@ -104,7 +104,7 @@ TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
     EXPECT_EQ(program.Mel("qmVellixUtil -q -ghostColorOverride"), "1");
     EXPECT_EQ(program.Mel("qmVellixUtil -q -ghostColorPrevious"), "250\t120\t10");
     EXPECT_EQ(program.Mel("qmVellixUtil -q -drawColor"), "255\t255\t255");
-    program.Mel("qmVellixUtil -toolbox; qmVellixUtil -colorPalette");
+    // They were open.
     EXPECT_EQ(program.Place("qmVxToolbox"), toolbox);
     EXPECT_EQ(program.Place("qmVxColorPalette"), palette);
     // The pencil is marked with the highlight.

@@ -168,8 +168,10 @@ TEST_F(LayerManagerTest, FollowsTheDrawingThatComesAndGoesUnselected) {
     for (const auto& step : steps) {
         SCOPED_TRACE(step.line);
         Run(step.line);
+        const std::vector<std::string> wanted = step.isThere ? start : std::vector<std::string>();
+        EXPECT_TRUE(WaitFor([&] { return Shown(panel) == wanted; }));
         Settle();
-        EXPECT_EQ(Shown(panel), step.isThere ? start : std::vector<std::string>());
+        EXPECT_EQ(Shown(panel), wanted);
     }
 }
 
