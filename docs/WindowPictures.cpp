@@ -1,5 +1,5 @@
-// window_pictures SCENE FOLDER: uses Lightbox's window on the demo's scene and writes what is seen into the
-// folder.
+// window_pictures SCENE FOLDER: uses Lightbox's window, empty and on the demo's scene, and writes what is
+// seen into the folder.
 
 #include "journeys/window/RunningLightbox.h"
 
@@ -7,17 +7,19 @@
 #include <QGuiApplication>
 #include <QPainter>
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
 
 constexpr int FRAMES = 24;
 
-/// The program with the demo's scene, and the pictures that are taken of it.
+/// The program, and the pictures that are taken of it.
 class Photographer {
 public:
-    Photographer(const Lightbox& home, const QString& scene, const QString& folder)
-        : m_program(home, {"-file", scene, "-script", home.Path("item.mel")})
+    /// Started with the arguments.
+    Photographer(const Lightbox& home, const QStringList& arguments, const QString& folder)
+        : m_program(home, arguments + QStringList{"-script", home.Path("item.mel")})
         , m_folder(folder) {}
 
     void Take(const QString& name, const QString& control = QString()) {
@@ -33,8 +35,16 @@ public:
     void TakeSlider();
     void TakeMenus();
     void TakeFloatingView();
+    void TakeTransform();
+    /// In an empty scene.
+    void TakeFirstSketch();
 
 private:
+    /// Where a frame is on the time slider.
+    QPoint FrameAt(int frame);
+    /// As a hand draws it.
+    void DrawBall(const QPoint& centre, double width, double height);
+
     RunningLightbox m_program;
     QDir m_folder;
 };
@@ -65,27 +75,28 @@ void Photographer::TakePanAndZoom() {
     Take("pan_zoom_off");
 }
 
-void Photographer::TakeSlider() {
+QPoint Photographer::FrameAt(int frame) {
     const QRect slider = m_program.Place("timeControl1");
-    const auto at = [&slider](int frame) {
-        const double perFrame = slider.width() * 0.99 / FRAMES;
-        return QPoint(qRound(slider.left() + slider.width() * 0.005 + (frame - 0.5) * perFrame),
-                      slider.top() + slider.height() / 3);
-    };
+    const double perFrame = slider.width() * 0.99 / FRAMES;
+    return {qRound(slider.left() + slider.width() * 0.005 + (frame - 0.5) * perFrame),
+            slider.top() + slider.height() / 3};
+}
+
+void Photographer::TakeSlider() {
     m_program.Click("shelfButton1");
-    m_program.Click(at(7));
+    m_program.Click(FrameAt(7));
     RunningLightbox::Rest(500);
     m_program.Hold(RunningLightbox::Shift);
-    m_program.Drag(at(5), at(9));
+    m_program.Drag(FrameAt(5), FrameAt(9));
     m_program.LetGo(RunningLightbox::Shift);
     Take("slider_range", "timeSliderBar");
-    m_program.DragTo(at(7), at(13));
+    m_program.DragTo(FrameAt(7), FrameAt(13));
     Take("slider_dragged", "timeSliderBar");
-    m_program.MoveTo(at(7));
+    m_program.MoveTo(FrameAt(7));
     m_program.Release();
     m_program.Mel("setToolTo selectSuperContext");
     // Beside the range, which is gone with it.
-    m_program.Click(at(15));
+    m_program.Click(FrameAt(15));
     m_program.Mel("currentTime 9");
 }
 
@@ -117,6 +128,61 @@ void Photographer::TakeFloatingView() {
     Take("floating_view");
 }
 
+void Photographer::TakeTransform() {
+    const QRect view = m_program.Place("modelPanel4");
+    const QPoint ball = view.center() + QPoint(-107, 182); // where it is in the demo, squashed
+    m_program.Mel("currentTime 9; qmVellixUtil -e -ghostPrevious 0; qmVellixUtil -e -ghostNext 0");
+    m_program.Click("shelfButton2");
+    m_program.Drag(ball - QPoint(80, 55), ball + QPoint(80, 55));
+    m_program.Type(RunningLightbox::Return);
+    RunningLightbox::Rest(300);
+    m_program.Hold(RunningLightbox::Shift);
+    m_program.Drag(ball, ball + QPoint(25, 0));
+    m_program.LetGo(RunningLightbox::Shift);
+    Take("transforming", "modelPanel4");
+    m_program.Type(RunningLightbox::Escape);
+    m_program.Mel("setToolTo selectSuperContext");
+}
+
+void Photographer::DrawBall(const QPoint& centre, double width, double height) {
+    const auto place = [&](double turn) {
+        return centre + QPoint(qRound(width * std::cos(2.0 * M_PI * turn)),
+                               qRound(height * std::sin(2.0 * M_PI * turn)));
+    };
+    constexpr int steps = 70;
+    m_program.Press(place(0.0));
+    for (int i = 1; i <= steps; ++i) {
+        m_program.MoveTo(place(1.05 * i / steps));
+        RunningLightbox::Rest(10);
+    }
+    m_program.Release();
+    RunningLightbox::Rest(600); // the next press is no double click
+}
+
+void Photographer::TakeFirstSketch() {
+    struct Drawing {
+        int frame;
+        QPoint place;
+        double height;
+    };
+    // A ball that falls, is squashed, and jumps.
+    const Drawing drawings[] = {{1, {-300, -150}, 55.0}, {4, {-200, 20}, 62.0},  {7, {-110, 165}, 38.0},
+                                {10, {-10, 30}, 62.0},   {13, {100, -60}, 55.0}, {16, {200, 30}, 60.0}};
+    const QPoint centre = m_program.Place("modelPanel4").center();
+    m_program.Mel("playbackOptions -ast 1 -min 1 -max 24 -aet 24");
+    m_program.Click("shelfButton1");
+    for (const Drawing& drawing : drawings) {
+        m_program.Click(FrameAt(drawing.frame));
+        DrawBall(centre + drawing.place, 55.0 * 55.0 / drawing.height, drawing.height);
+        if (drawing.frame == 1) {
+            Take("first_drawing");
+            m_program.Mel("qmVellixUtil -e -ghostPrevious 1; qmVellixUtil -e -ghostNext 1");
+        }
+    }
+    m_program.Click(FrameAt(10));
+    Take("first_sketch");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -134,8 +200,10 @@ int main(int argc, char** argv) {
         return "";
     })");
     QDir().mkpath(argv[2]);
-    Photographer photographer(home, argv[1], argv[2]);
+    Photographer(home, {}, argv[2]).TakeFirstSketch();
+    Photographer photographer(home, {"-file", argv[1]}, argv[2]);
     photographer.TakeViews();
+    photographer.TakeTransform();
     photographer.TakePanAndZoom();
     photographer.TakeSlider();
     photographer.TakeMenus();

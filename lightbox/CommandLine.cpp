@@ -20,7 +20,10 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
     CommandLine line;
     line.asGiven = arguments.join(' ');
     if (!parser.parse(QStringList{"lightbox"} + arguments)) {
-        line.error = parser.errorText().toStdString() + ". \"lightbox -help\" lists the options.";
+        // Of Qt's texts some end with a full stop.
+        const QString reason = parser.errorText();
+        line.error = reason.left(reason.size() - (reason.endsWith('.') ? 1 : 0)).toStdString() +
+                     ". \"lightbox -help\" lists the options.";
         return line;
     }
     line.batch = parser.isSet("batch");

@@ -83,7 +83,14 @@ std::string PrefsFolder(const CommandLine& line) {
 
 /// From here on everything is logged in the preferences folder.
 void KeepLog(Host& host, const CommandLine& line) {
-    const auto logFile = std::make_shared<lightbox::LogFile>(QString::fromStdString(PrefsFolder(line)));
+    const std::string folder = PrefsFolder(line);
+    const auto logFile = std::make_shared<lightbox::LogFile>(QString::fromStdString(folder));
+    if (!logFile->IsOpen()) {
+        host.output().Warning(
+            "The folder \"" + folder +
+            "\" cannot be written to: neither preferences nor the log are kept. Name another "
+            "one with -prefs.");
+    }
     logFile->Write(QString("Lightbox %1 started in \"%2\": %3")
                        .arg(LIGHTBOX_VERSION, QDir::currentPath(), line.asGiven));
     host.output().SetLog(
@@ -172,7 +179,7 @@ int main(int argc, char** argv) {
     }
     CommandLine line = CommandLine::Parse(arguments);
     if (!line.error.empty()) {
-        std::fprintf(stderr, "lightbox: %s\n\n%s", line.error.c_str(), CommandLine::HelpText());
+        std::fprintf(stderr, "lightbox: %s\n", line.error.c_str());
         return FAILURE;
     }
     if (line.help) {

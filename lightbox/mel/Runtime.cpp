@@ -214,10 +214,18 @@ Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>
         }
         ArgumentTokens tokens(arguments);
         if (command.IsPlugin()) {
+            const Output& output = interpreter_.GetHost().output();
+            const int errorsBefore = output.ErrorCount();
             const auto outcome =
                 RunPluginCommand(interpreter_.GetHost(), called, ArgumentTokens::Wrap(std::move(tokens)));
             if (!outcome.status) {
-                throw Error(command.name + ": " + Access::Text(outcome.status.errorString()));
+                std::string reason = Access::Text(outcome.status.errorString());
+                // What the command has said by itself tells more than the bare code.
+                if (reason == Access::Text(MStatus(outcome.status.statusCode()).errorString()) &&
+                    output.ErrorCount() > errorsBefore) {
+                    reason = output.LastError();
+                }
+                throw Error(command.name + ": " + reason);
             }
             return outcome.result;
         }

@@ -87,7 +87,8 @@ MArgList& MArgList::operator=(const MArgList& other) {
 
 MArgList::~MArgList() = default;
 
-unsigned int MArgList::length() const {
+unsigned int MArgList::length(MStatus* ReturnStatus) const {
+    Access::Report(ReturnStatus, MS::kSuccess);
     return static_cast<unsigned int>(tokens_->Count());
 }
 

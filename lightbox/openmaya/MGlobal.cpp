@@ -28,7 +28,8 @@ namespace {
 /// Runs MEL for a plug-in. An error is reported as one of a typed line would be, and becomes the status.
 MStatus Execute(const MString& command, bool display, bool undo, Value& result) {
     Host& host = Host::Get();
-    lightbox::UndoQueue::Pause pause(host.undo(), !undo && lightbox::IsInPluginCommand());
+    // A command that is not undoable cannot take back what it has others do: that stays theirs.
+    lightbox::UndoQueue::Pause pause(host.undo(), !undo && lightbox::IsInUndoablePluginCommand());
     if (display) {
         host.output().Print(Access::Text(command) + ";\n");
     }
@@ -117,18 +118,18 @@ MString MGlobal::mayaVersion() {
 }
 
 int MGlobal::apiVersion() {
-    return 20180000;
+    return 201800;
 }
 
 void MGlobal::displayInfo(const MString& theMessage) {
     Host::Get().output().Info(Access::Text(theMessage));
 }
 
-void MGlobal::displayWarning(const MString& theWarning, bool) {
+void MGlobal::displayWarning(const MString& theWarning) {
     Host::Get().output().Warning(Access::Text(theWarning));
 }
 
-void MGlobal::displayError(const MString& theError, bool) {
+void MGlobal::displayError(const MString& theError) {
     Host::Get().output().Error(Access::Text(theError));
 }
 

@@ -77,7 +77,7 @@ MStatus MItDag::reset(const MObject& object, TraversalType type, MFn::Type filte
     return MS::kSuccess;
 }
 
-bool MItDag::isDone(MStatus* ReturnStatus) {
+bool MItDag::isDone(MStatus* ReturnStatus) const {
     Access::Report(ReturnStatus, MS::kSuccess);
     return state_->IsDone();
 }

@@ -91,11 +91,11 @@ void MPxCommand::setCommandString(const MString& text) {
 void MPxCommand::displayInfo(const MString& theInfo) {
     MGlobal::displayInfo(theInfo);
 }
-void MPxCommand::displayWarning(const MString& theWarning, bool showLineNumber) {
-    MGlobal::displayWarning(theWarning, showLineNumber);
+void MPxCommand::displayWarning(const MString& theWarning, bool) {
+    MGlobal::displayWarning(theWarning);
 }
-void MPxCommand::displayError(const MString& theError, bool showLineNumber) {
-    MGlobal::displayError(theError, showLineNumber);
+void MPxCommand::displayError(const MString& theError, bool) {
+    MGlobal::displayError(theError);
 }
 
 void MPxCommand::clearResult() {

@@ -30,11 +30,12 @@ QWidget* MQtUtil::mainWindow() {
     return ui ? &ui->MainWindow() : nullptr;
 }
 
-QWidget* MQtUtil::findControl(const MString& name, const QWidget* in) {
+QWidget* MQtUtil::findControl(MString controlName, const QWidget* ancestor) {
     lightbox::UserInterface* ui = Ui();
-    if (!ui || name.length() == 0) {
+    if (!ui || controlName.length() == 0) {
         return nullptr;
     }
-    QWidget* control = ui->FindControl(Access::Text(name));
-    return control && (!in || in == control || in->isAncestorOf(control)) ? control : nullptr;
+    QWidget* control = ui->FindControl(Access::Text(controlName));
+    return control && (!ancestor || ancestor == control || ancestor->isAncestorOf(control)) ? control
+                                                                                            : nullptr;
 }

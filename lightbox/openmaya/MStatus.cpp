@@ -4,12 +4,6 @@
 
 #include <iostream>
 
-MStatus& MStatus::operator=(MStatusCode code) {
-    code_ = code;
-    text_.clear();
-    return *this;
-}
-
 void MStatus::clear() {
     *this = kSuccess;
 }

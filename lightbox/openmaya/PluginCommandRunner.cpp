@@ -16,13 +16,18 @@ namespace lightbox {
 
 namespace {
 
-/// Results of the commands that run, the innermost last.
-std::vector<mel::Value*> g_results;
+struct Running {
+    const MPxCommand* command;
+    mel::Value* result;
+};
+
+/// The commands that run, the innermost last.
+std::vector<Running> g_running;
 
 class RunScope {
 public:
-    explicit RunScope(mel::Value& result) { g_results.push_back(&result); }
-    ~RunScope() { g_results.pop_back(); }
+    RunScope(const MPxCommand& command, mel::Value& result) { g_running.push_back({&command, &result}); }
+    ~RunScope() { g_running.pop_back(); }
     RunScope(const RunScope&) = delete;
     RunScope& operator=(const RunScope&) = delete;
 };
@@ -41,7 +46,7 @@ public:
 private:
     void Run(MStatus (MPxCommand::*operation)(), const char* what) {
         mel::Value result;
-        RunScope scope(result);
+        RunScope scope(*command_, result);
         if (((*command_).*operation)().error()) {
             host_.output().Warning(Name() + " could not be " + what + ".");
         }
@@ -54,11 +59,15 @@ private:
 } // namespace
 
 mel::Value* RunningCommandResult() {
-    return g_results.empty() ? nullptr : g_results.back();
+    return g_running.empty() ? nullptr : g_running.back().result;
 }
 
 bool IsInPluginCommand() {
-    return !g_results.empty();
+    return !g_running.empty();
+}
+
+bool IsInUndoablePluginCommand() {
+    return IsInPluginCommand() && g_running.back().command->isUndoable();
 }
 
 PluginCommandOutcome RunPluginCommand(Host& host,
@@ -73,7 +82,7 @@ PluginCommandOutcome RunPluginCommand(Host& host,
     }
     Access::StateOf(*instance).command = command;
     {
-        RunScope scope(outcome.result);
+        RunScope scope(*instance, outcome.result);
         outcome.status = instance->doIt(arguments);
     }
     if (outcome.status.error()) {

@@ -28,4 +28,8 @@ PluginCommandOutcome RunPluginCommand(Host& host,
 /// True while a plug-in's command runs (its doIt, redoIt or undoIt).
 bool IsInPluginCommand();
 
+/// True while the innermost of them is one that undoes itself what it does. Asked while it runs, so the
+/// command has to know by then, as one does that looks at its arguments first.
+bool IsInUndoablePluginCommand();
+
 } // namespace lightbox

@@ -90,11 +90,19 @@ bool EventBus::AddEvent(const std::string& event) {
 }
 
 EventBus::Id EventBus::AddCallback(const std::string& event, Callback callback) {
-    return Add(events_, event, [callback = std::move(callback)](bool) { callback(); });
+    const auto found = events_.find(event);
+    if (found == events_.end()) {
+        return 0;
+    }
+    found->second.Add(nextId_, std::move(callback));
+    return nextId_++;
 }
 
 void EventBus::Fire(const std::string& event) {
-    Call(events_, event, true);
+    const auto found = events_.find(event);
+    if (found != events_.end()) {
+        found->second.Call();
+    }
 }
 
 bool EventBus::HasCondition(const std::string& condition) const {
@@ -115,67 +123,51 @@ bool EventBus::Condition(const std::string& condition) const {
 }
 
 void EventBus::SetCondition(const std::string& condition, bool state) {
-    Channel& channel = conditions_[condition];
-    if (channel.state != state) {
-        channel.state = state;
-        Call(conditions_, condition, state);
+    Conditional& conditional = conditions_[condition];
+    if (conditional.state != state) {
+        conditional.state = state;
+        conditional.callbacks.Call(state);
     }
 }
 
 EventBus::Id EventBus::AddConditionCallback(const std::string& condition, ConditionCallback callback) {
-    return Add(conditions_, condition, std::move(callback));
+    const auto found = conditions_.find(condition);
+    if (found == conditions_.end()) {
+        return 0;
+    }
+    found->second.callbacks.Add(nextId_, std::move(callback));
+    return nextId_++;
+}
+
+EventBus::Id EventBus::AddNodeCallback(NodeEvent event, NodeCallback callback) {
+    nodes_[event].Add(nextId_, std::move(callback));
+    return nextId_++;
+}
+
+void EventBus::FireNode(NodeEvent event, Node& node) {
+    nodes_[event].Call(node);
 }
 
 bool EventBus::Remove(Id id) {
-    return Erase(events_, id) || Erase(conditions_, id);
+    const auto removed = [id](auto& entry) { return entry.second.Remove(id); };
+    return std::any_of(events_.begin(), events_.end(), removed) ||
+           std::any_of(conditions_.begin(), conditions_.end(),
+                       [id](auto& entry) { return entry.second.callbacks.Remove(id); }) ||
+           std::any_of(nodes_.begin(), nodes_.end(), removed);
 }
 
 std::size_t EventBus::CallbackCount() const {
     std::size_t count = 0;
-    for (const Channels* channels : {&events_, &conditions_}) {
-        for (const auto& channel : *channels) {
-            count += channel.second.entries.size();
-        }
+    for (const auto& event : events_) {
+        count += event.second.Count();
+    }
+    for (const auto& condition : conditions_) {
+        count += condition.second.callbacks.Count();
+    }
+    for (const auto& nodes : nodes_) {
+        count += nodes.second.Count();
     }
     return count;
-}
-
-EventBus::Id EventBus::Add(Channels& channels, const std::string& name, ConditionCallback callback) {
-    const auto channel = channels.find(name);
-    if (channel == channels.end()) {
-        return 0;
-    }
-    channel->second.entries.push_back({nextId_, std::make_shared<ConditionCallback>(std::move(callback))});
-    return nextId_++;
-}
-
-void EventBus::Call(Channels& channels, const std::string& name, bool state) {
-    const auto channel = channels.find(name);
-    if (channel == channels.end()) {
-        return;
-    }
-    // Callbacks may change the list: a copy is walked, and each is looked up again before it is called.
-    const std::vector<Entry> entries = channel->second.entries;
-    for (const Entry& entry : entries) {
-        const std::vector<Entry>& current = channel->second.entries;
-        if (std::any_of(current.begin(), current.end(),
-                        [&](const Entry& other) { return other.id == entry.id; })) {
-            (*entry.callback)(state);
-        }
-    }
-}
-
-bool EventBus::Erase(Channels& channels, Id id) {
-    for (auto& channel : channels) {
-        std::vector<Entry>& entries = channel.second.entries;
-        const auto found =
-            std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.id == id; });
-        if (found != entries.end()) {
-            entries.erase(found);
-            return true;
-        }
-    }
-    return false;
 }
 
 } // namespace lightbox

@@ -1,22 +1,22 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
+#include "scene/CallbackList.h"
+
 #include <map>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace lightbox {
 
-/// Named events and conditions. Callbacks run in the order they were added; they may add and remove
-/// callbacks, also themselves, while they run: a removed one is not called any more, an added one only by the
-/// next event.
+class Node;
+
+/// Named events and conditions, and the coming and going of nodes.
 class EventBus {
 public:
     using Id = std::intptr_t;
     using Callback = std::function<void()>;
     using ConditionCallback = std::function<void(bool)>;
+    using NodeCallback = std::function<void(Node&)>;
+    enum class NodeEvent { Added, Removed };
 
     EventBus();
 
@@ -35,28 +35,24 @@ public:
     void SetCondition(const std::string& condition, bool state);
     Id AddConditionCallback(const std::string& condition, ConditionCallback callback);
 
-    /// Removes a callback of either kind; false when there is none of that id.
+    /// Called with every node that has come into the scene, or is about to leave it.
+    Id AddNodeCallback(NodeEvent event, NodeCallback callback);
+    void FireNode(NodeEvent event, Node& node);
+
+    /// Removes a callback of any kind; false when there is none of that id.
     bool Remove(Id id);
-    /// Callbacks that are registered, of either kind.
+    /// Callbacks that are registered, of any kind.
     std::size_t CallbackCount() const;
 
 private:
-    struct Entry {
-        Id id;
-        std::shared_ptr<ConditionCallback> callback;
-    };
-    struct Channel {
-        std::vector<Entry> entries;
+    struct Conditional {
+        CallbackList<bool> callbacks;
         bool state = false;
     };
-    using Channels = std::map<std::string, Channel>;
 
-    Id Add(Channels& channels, const std::string& name, ConditionCallback callback);
-    void Call(Channels& channels, const std::string& name, bool state);
-    static bool Erase(Channels& channels, Id id);
-
-    Channels events_;
-    Channels conditions_;
+    std::map<std::string, CallbackList<>> events_;
+    std::map<std::string, Conditional> conditions_;
+    std::map<NodeEvent, CallbackList<Node&>> nodes_;
     Id nextId_ = 1;
 };
 

@@ -6,6 +6,7 @@ namespace lightbox {
 
 void Output::Error(const std::string& text) {
     ++errors_;
+    lastError_ = text;
     Write(Kind::Error, text);
 }
 

@@ -26,6 +26,8 @@ public:
 
     /// Errors reported so far; a batch run's exit status depends on it.
     int ErrorCount() const { return errors_; }
+    /// The text of the latest of them.
+    const std::string& LastError() const { return lastError_; }
     /// Sets the count back to what it was: what was reported since belongs to an error that a script has
     /// caught.
     void ForgiveErrors(int count) { errors_ = count; }
@@ -42,6 +44,7 @@ private:
 
     Sink sink_;
     Sink log_;
+    std::string lastError_;
     int errors_ = 0;
 };
 

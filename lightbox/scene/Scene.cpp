@@ -1,7 +1,7 @@
 #include "scene/Scene.h"
 
-#include "scene/AnimCurveNode.h"
 #include "openmaya/Access.h"
+#include "scene/AnimCurveNode.h"
 #include "scene/EventBus.h"
 #include "scene/SceneError.h"
 
@@ -33,6 +33,9 @@ Scene::~Scene() {
 
 void Scene::New() {
     Selection::Hold hold(selection_);
+    for (const std::shared_ptr<Node>& node : Nodes()) {
+        events_.FireNode(EventBus::NodeEvent::Removed, *node);
+    }
     Touch();
     selection_.Clear();
     connections_.Clear();
@@ -113,7 +116,7 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
     if (!type || type->isAbstract) {
         throw SceneError("Cannot create a node of type '" + (type ? type->Name() : std::string()) + "'.");
     }
-    std::shared_ptr<Node> node = type->IsDag()                     ? std::make_shared<DagNode>(type)
+    std::shared_ptr<Node> node = type->IsDag()                  ? std::make_shared<DagNode>(type)
                                  : type->HasFn(MFn::kAnimCurve) ? std::make_shared<AnimCurveNode>(type)
                                                                 : std::make_shared<Node>(type);
     node->serial_ = nextSerial_++;
@@ -144,6 +147,7 @@ void Scene::Insert(const std::shared_ptr<Node>& node, const std::string& name, D
         above.children_.insert(above.children_.begin() + (index < 0 || index > count ? count : index), dag);
         dag->parent_ = &above;
     }
+    events_.FireNode(EventBus::NodeEvent::Added, *node);
 }
 
 std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& wantedName, DagNode* parent) {
@@ -155,6 +159,7 @@ std::string Scene::Attach(const std::shared_ptr<Node>& node, const std::string& 
 }
 
 NodePlace Scene::Detach(Node& node) {
+    events_.FireNode(EventBus::NodeEvent::Removed, node);
     Touch();
     NodePlace place;
     place.node = node.Shared();

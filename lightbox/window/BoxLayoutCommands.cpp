@@ -3,6 +3,7 @@
 #include "mel/Error.h"
 #include "window/BoxLayoutControl.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/GridLayoutControl.h"
 #include "window/WindowCommands.h"
 
@@ -16,9 +17,6 @@ using mel::CommandCall;
 using mel::Value;
 using Column = GridLayoutControl::Column;
 
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 constexpr int MOST_COLUMNS = 6;
 
 Qt::Alignment Alignment(const std::string& text) {

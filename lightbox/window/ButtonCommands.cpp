@@ -1,6 +1,7 @@
 // button, iconTextButton, symbolButton, shelfButton and the like.
 
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/Icons.h"
 #include "window/WindowCommands.h"
 
@@ -13,10 +14,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 ControlFlag LabelFlag() {
     return TextFlag<QAbstractButton>(

@@ -2,6 +2,7 @@
 
 #include "window/ColorSwatch.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/GroupControl.h"
 #include "window/ValueSlider.h"
 #include "window/WindowCommands.h"
@@ -14,8 +15,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto NUMBER = MSyntax::kDouble;
 
 class ColorSliderControl : public GroupControl {
 public:

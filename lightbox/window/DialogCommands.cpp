@@ -2,6 +2,7 @@
 
 #include "mel/SyntaxBuilder.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 #include <QApplication>
@@ -22,10 +23,6 @@ namespace {
 using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
-
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto INT = MSyntax::kLong;
-constexpr auto ON = MSyntax::kBoolean;
 
 /// The window that a dialog stands before: the one named, else the active one.
 QWidget* Owner(const CommandCall& call, const ControlRegistry& registry) {

@@ -2,6 +2,7 @@
 
 #include "window/AttachLayout.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 namespace lightbox {
@@ -12,9 +13,6 @@ using mel::CommandCall;
 using mel::Value;
 using Edge = AttachLayout::Edge;
 using To = AttachLayout::To;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
 
 class FormLayoutControl : public Control {
 public:

@@ -2,6 +2,7 @@
 
 #include "window/CollapsibleFrame.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 #include <QLayout>
@@ -17,9 +18,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto ON = MSyntax::kBoolean;
 
 class FrameLayoutControl : public Control {
 public:

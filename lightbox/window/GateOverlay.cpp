@@ -13,6 +13,8 @@ namespace {
 
 const QColor GATE_LINE(0xc8, 0xcc, 0xd2, 210);
 const QColor GUIDE_LINE(0xc8, 0xcc, 0xd2, 120);
+/// Of the field chart, which lies all over the drawing.
+const QColor CHART_LINE(0xc8, 0xcc, 0xd2, 70);
 const QColor LABEL(0xe6, 0xe8, 0xea, 230);
 constexpr unsigned LABEL_SIZE = 12;
 /// Shares of the gate's side inside which action and titles are safe, as published for the host.
@@ -107,11 +109,11 @@ void AddFieldChart(Drawing& drawing, const QRectF& gate) {
         const double share = static_cast<double>(field) / CHART_FIELDS;
         const double x = gate.left() + gate.width() * share;
         const double y = gate.top() + gate.height() * share;
-        drawing.Line({x, gate.top()}, {x, gate.bottom()}, GUIDE_LINE);
-        drawing.Line({gate.left(), y}, {gate.right(), y}, GUIDE_LINE);
+        drawing.Line({x, gate.top()}, {x, gate.bottom()}, CHART_LINE);
+        drawing.Line({gate.left(), y}, {gate.right(), y}, CHART_LINE);
     }
-    drawing.Line(gate.topLeft(), gate.bottomRight(), GUIDE_LINE);
-    drawing.Line(gate.bottomLeft(), gate.topRight(), GUIDE_LINE);
+    drawing.Line(gate.topLeft(), gate.bottomRight(), CHART_LINE);
+    drawing.Line(gate.bottomLeft(), gate.topRight(), CHART_LINE);
 }
 
 /// "960 x 540", the size that is rendered.

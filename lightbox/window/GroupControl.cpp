@@ -1,6 +1,7 @@
 #include "window/GroupControl.h"
 
 #include "mel/Error.h"
+#include "window/FlagTypes.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -15,8 +16,6 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
 /// As wide as the labels of the host's own windows.
 constexpr int LABEL_WIDTH = 140;
 constexpr int MOST_COLUMNS = 6;

@@ -1,6 +1,7 @@
 // text, separator, image, picture.
 
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/Icons.h"
 #include "window/WindowCommands.h"
 
@@ -14,9 +15,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 /// The host's names of fonts: bold, small, oblique, fixed width and their combinations.
 QFont FontNamed(const QFont& usual, const std::string& name) {

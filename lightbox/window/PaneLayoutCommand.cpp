@@ -2,6 +2,7 @@
 
 #include "mel/Error.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 #include <QBoxLayout>
@@ -15,9 +16,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
 
 /// A configuration: the outer direction, and how many panes stand in each of its parts.
 struct Configuration {

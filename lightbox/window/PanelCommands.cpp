@@ -6,6 +6,7 @@
 #include "scene/Scene.h"
 #include "scene/UserInterface.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/MainWindow.h"
 #include "window/PanelLayout.h"
 #include "window/ViewportPanel.h"
@@ -22,9 +23,6 @@ using mel::SyntaxBuilder;
 using mel::Value;
 using Renderer = ViewOptions::Renderer;
 using Shading = DisplayOptions::Shading;
-
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 MainWindow& Window(const CommandCall& call, const ControlRegistry& registry) {
     auto* const window = registry.MainWindow().As<MainWindow>();

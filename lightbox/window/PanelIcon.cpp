@@ -82,6 +82,13 @@ void DrawSphere(QPainter& painter, bool isFilled, bool hasWires, const QColor& c
     }
 }
 
+/// Two angles that point to what had no room.
+void DrawMore(QPainter& painter) {
+    for (const double x : {5.0, 10.5}) {
+        painter.drawPolyline(QPolygonF({{x, 5.5}, {x + 4.5, 10.0}, {x, 14.5}}));
+    }
+}
+
 /// Draws at the size that is asked for, so that the lines are sharp at every scale of the screen.
 class Engine : public QIconEngine {
 public:
@@ -139,6 +146,9 @@ private:
             break;
         case PanelIcon::Kind::WireOnShaded:
             DrawSphere(painter, true, true, color);
+            break;
+        case PanelIcon::Kind::More:
+            DrawMore(painter);
             break;
         }
     }

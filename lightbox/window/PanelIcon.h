@@ -16,7 +16,8 @@ public:
         Grid,
         Wireframe,
         Shaded,
-        WireOnShaded
+        WireOnShaded,
+        More
     };
 
     static QIcon Make(Kind kind);

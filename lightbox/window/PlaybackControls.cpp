@@ -7,6 +7,7 @@
 #include "scene/Timeline.h"
 
 #include <QHBoxLayout>
+#include <QShortcut>
 
 #include <algorithm>
 #include <cmath>
@@ -25,27 +26,37 @@ PlaybackControls::PlaybackControls(Host& host, QWidget* parent)
     const auto connectTo = [this](TransportButton* button, auto action) {
         connect(button, &TransportButton::clicked, this, action);
     };
-    connectTo(AddButton(Sign::ToStart, tr("Go to the start of the playback range"), "goToStart"),
-              [this] { GoTo(host_.time().MinTime()); });
-    connectTo(AddButton(Sign::StepBack, tr("Step back one frame"), "stepBackFrame"), [this] { Step(-1); });
-    connectTo(AddButton(Sign::KeyBack, tr("Step back one key"), "stepBackKey"), [this] { StepKey(-1); });
+    connectTo(
+        AddButton(Sign::ToStart, tr("Go to the start of the playback range"), "goToStart", "Alt+Shift+V"),
+        [this] { GoTo(host_.time().MinTime()); });
+    connectTo(AddButton(Sign::StepBack, tr("Step back one frame"), "stepBackFrame", "Alt+,"),
+              [this] { Step(-1); });
+    connectTo(AddButton(Sign::KeyBack, tr("Step back one key"), "stepBackKey", ","), [this] { StepKey(-1); });
     playBack_ = AddButton(Sign::PlayBack, tr("Play backwards"), "playBackwards");
     connectTo(playBack_, [this] { Play(-1); });
-    playForward_ = AddButton(Sign::PlayForward, tr("Play forwards"), "playForwards");
+    playForward_ = AddButton(Sign::PlayForward, tr("Play forwards"), "playForwards", "Alt+V");
     connectTo(playForward_, [this] { Play(1); });
-    connectTo(AddButton(Sign::KeyForward, tr("Step forward one key"), "stepForwardKey"),
+    connectTo(AddButton(Sign::KeyForward, tr("Step forward one key"), "stepForwardKey", "."),
               [this] { StepKey(1); });
-    connectTo(AddButton(Sign::StepForward, tr("Step forward one frame"), "stepForwardFrame"),
+    connectTo(AddButton(Sign::StepForward, tr("Step forward one frame"), "stepForwardFrame", "Alt+."),
               [this] { Step(1); });
     connectTo(AddButton(Sign::ToEnd, tr("Go to the end of the playback range"), "goToEnd"),
               [this] { GoTo(host_.time().MaxTime()); });
     events_.AddCondition("playingBack", [this](bool) { ShowState(); });
 }
 
-TransportButton* PlaybackControls::AddButton(Sign sign, const QString& tip, const char* name) {
-    auto* button = new TransportButton(sign, tip, this);
+TransportButton* PlaybackControls::AddButton(Sign sign, const QString& tip, const char* name,
+                                             const char* key) {
+    const QKeySequence keys(key);
+    const QString shown = keys.toString(QKeySequence::NativeText);
+    auto* button = new TransportButton(sign, keys.isEmpty() ? tip : tip + " (" + shown + ")", this);
     button->setObjectName(name);
     layout()->addWidget(button);
+    if (!keys.isEmpty()) {
+        auto* const shortcut = new QShortcut(keys, this);
+        shortcut->setContext(Qt::ApplicationShortcut);
+        connect(shortcut, &QShortcut::activated, button, &TransportButton::click);
+    }
     return button;
 }
 

@@ -19,7 +19,8 @@ public:
     explicit PlaybackControls(Host& host, QWidget* parent = nullptr);
 
 private:
-    TransportButton* AddButton(TransportButton::Sign sign, const QString& tip, const char* name);
+    TransportButton* AddButton(TransportButton::Sign sign, const QString& tip, const char* name,
+                               const char* key = "");
     void GoTo(double frame);
     void Step(int direction);
     void StepKey(int direction);

@@ -2,6 +2,7 @@
 
 #include "mel/SyntaxBuilder.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 #include <QApplication>
@@ -18,10 +19,6 @@ namespace {
 using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 ControlFlag Step() {
     return {"-s",

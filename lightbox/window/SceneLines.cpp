@@ -11,7 +11,9 @@ using Imath::V3f;
 using Imath::V4f;
 
 constexpr int GRID_HALF = 12;
-const V4f GRID_COLOR(0.34f, 0.35f, 0.37f, 0.75f);
+// Faint: the grid lies under drawings, whose pencil lines are dark and thin too.
+const V4f GRID_COLOR(0.34f, 0.35f, 0.37f, 0.34f);
+constexpr float GRID_AXIS_OPACITY = 0.55f;
 const V4f AXIS_COLORS[] = {
     {0.86f, 0.27f, 0.25f, 1.0f}, {0.42f, 0.76f, 0.27f, 1.0f}, {0.32f, 0.52f, 0.96f, 1.0f}};
 
@@ -50,7 +52,7 @@ std::vector<LineVertex> GridLines(int axis) {
     }
     for (const auto& [fixed, running] : {std::pair(across, along), std::pair(along, across)}) {
         V4f color = AXIS_COLORS[running] * 0.62f;
-        color.w = 1.0f;
+        color.w = GRID_AXIS_OPACITY;
         add(fixed, running, 0.0f, -GRID_HALF, GRID_HALF, color);
     }
     return lines;

@@ -20,8 +20,11 @@ void main() {
 }
 )";
 
-// A lamp above and to the left of the eye, which turns with it, so that the sides of a box differ; a surface
-// that faces the eye is lit as by a lamp there. Both sides are lit, and what is turned away is not black.
+// A key lamp above and to the left of the eye and a weaker one to the right of it, which turn with the eye,
+// so that the sides of a box differ, over light from all around. Both sides of a surface are lit. The sum is
+// of light, not of a screen's values, which are about its power 1 / 2.2: so the shaded side stays readable.
+// The default grey comes out lighter than the background, and the shoulder keeps white below a screen's
+// white.
 const char* const SURFACE_FRAGMENT = R"(#version 120
 uniform vec3 color;
 uniform vec3 incandescence;
@@ -39,10 +42,13 @@ void main() {
         vec3 outward = normalize(eyeNormal);
         float facing = dot(outward, toEye);
         outward = facing < 0.0 ? -outward : outward;
-        vec3 toLamp = normalize(vec3(-0.30, 0.45, 1.0));
-        float light = 0.30 + 0.70 * max(dot(outward, toLamp), 0.0) / toLamp.z;
-        float shine = max(dot(outward, normalize(toLamp + toEye)), 0.0);
-        lit = color * diffuse * light + incandescence + vec3(0.5 * specular * pow(shine, 40.0));
+        vec3 toKey = normalize(vec3(-0.30, 0.45, 1.0));
+        vec3 toFill = normalize(vec3(0.90, -0.10, 0.45));
+        float light = 0.45 + 1.80 * max(dot(outward, toKey), 0.0) + 0.30 * max(dot(outward, toFill), 0.0);
+        vec3 reflected = pow(color, vec3(2.2)) * diffuse * light;
+        vec3 shown = pow(reflected / (1.0 + 0.45 * reflected), vec3(1.0 / 2.2));
+        float shine = max(dot(outward, normalize(toKey + toEye)), 0.0);
+        lit = shown + incandescence + vec3(0.5 * specular * pow(shine, 40.0));
     }
     gl_FragColor = vec4(lit, opacity);
 }

@@ -3,6 +3,7 @@
 #include "mel/Error.h"
 #include "window/BoxLayoutControl.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 #include <QTabBar>
@@ -14,10 +15,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto ON = MSyntax::kBoolean;
-constexpr auto TEXT = MSyntax::kString;
 
 class TabLayoutControl : public Control {
 public:

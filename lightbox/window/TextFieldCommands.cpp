@@ -1,6 +1,7 @@
 // textField, textFieldGrp, textFieldButtonGrp, scrollField.
 
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/GroupControl.h"
 #include "window/WindowCommands.h"
 
@@ -14,10 +15,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 /// The line of a field: the control itself, or the first part of a group.
 QLineEdit* LineOf(Control& control) {

@@ -1,6 +1,7 @@
 // textScrollList: a list of texts to choose from.
 
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 
 #include <QKeyEvent>
@@ -14,10 +15,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 class ListWidget : public QListWidget {
 public:

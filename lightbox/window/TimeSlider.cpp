@@ -119,13 +119,21 @@ void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
         return std::abs(steps - std::round(steps)) * labelStep < 1e-6;
     };
     const double first = std::ceil(scale.Start() / tickStep - 1e-9) * tickStep;
+    double free = 0.0;
     for (double frame = first; frame <= scale.End() + 1e-9; frame += tickStep) {
         const double x = scale.X(frame);
         if (isLabelled(frame)) {
             painter.fillRect(QRectF(std::floor(x + 0.5), top - 4.0, 1.0, height() - top + 4.0),
                              Ink(*this, 150));
             painter.setPen(Ink(*this, 215));
-            painter.drawText(QPointF(x + 3.0, top - 5.0), LabelOf(frame));
+            const QString label = LabelOf(frame);
+            const double labelWidth = fontMetrics().horizontalAdvance(label);
+            // At the right end it stands to the left of its tick, or nowhere: no number is cut.
+            const double left = x + 3.0 + labelWidth > width() ? x - 3.0 - labelWidth : x + 3.0;
+            if (left > free) {
+                painter.drawText(QPointF(left, top - 5.0), label);
+                free = left + labelWidth;
+            }
         } else {
             painter.fillRect(QRectF(std::floor(x + 0.5), top + 3.0, 1.0, height() - top - 3.0),
                              Ink(*this, 70));

@@ -1,6 +1,7 @@
 // checkBox, radioButton, radioCollection and their kind with pictures.
 
 #include "mel/Error.h"
+#include "window/FlagTypes.h"
 #include "window/Icons.h"
 #include "window/ToggleFlags.h"
 #include "window/WindowCommands.h"
@@ -17,9 +18,6 @@ namespace {
 
 using mel::CommandCall;
 using mel::Value;
-
-constexpr auto TEXT = MSyntax::kString;
-constexpr auto ON = MSyntax::kBoolean;
 
 ControlFlags LabelFlags() {
     return {TextFlag<QAbstractButton>(

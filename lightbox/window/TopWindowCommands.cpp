@@ -2,6 +2,7 @@
 
 #include "mel/SyntaxBuilder.h"
 #include "window/ControlRegistry.h"
+#include "window/FlagTypes.h"
 #include "window/WindowCommands.h"
 #include "window/WindowControl.h"
 
@@ -15,8 +16,6 @@ namespace {
 using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
-
-constexpr auto INT = MSyntax::kLong;
 
 void Resize(Control& control, int width, int height) {
     if (auto* const window = control.As<QMainWindow>()) {

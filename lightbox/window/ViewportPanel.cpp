@@ -65,7 +65,7 @@ ViewportPanel::ViewportPanel(Host& host, const std::string& name, QWidget* paren
     auto* const head = new QHBoxLayout;
     head->setContentsMargins(0, 0, 0, 0);
     head->setSpacing(0);
-    head->addWidget(menuBar_, 1);
+    head->addWidget(menuBar_, 1, Qt::AlignVCenter);
     head->addWidget(buttons_);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(FRAME, FRAME, FRAME, FRAME);
@@ -164,6 +164,11 @@ void ViewportPanel::RunLine(const std::string& line) {
 }
 
 void ViewportPanel::MakeButtons() {
+    // The style's own is black, on a dark ground.
+    if (auto* const more = buttons_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
+        more->setIcon(PanelIcon::Make(PanelIcon::Kind::More));
+        more->setToolTip("More buttons");
+    }
     const auto add = [this](QAction* action, PanelIcon::Kind icon, const QString& tip) {
         action->setIcon(PanelIcon::Make(icon));
         action->setToolTip(tip);

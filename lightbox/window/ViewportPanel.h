@@ -41,6 +41,8 @@ public:
     /// Whether it is the panel that keys and menus mean: it has a frame then.
     void SetActive(bool active);
     bool IsActive() const { return isActive_; }
+    /// Runs a line of MEL as what was typed is run; its error is shown.
+    void RunLine(const std::string& line);
 
 Q_SIGNALS:
     void Activated();
@@ -68,7 +70,6 @@ private:
     /// Brings all actions in step with the view and its camera.
     void UpdateActions();
     /// Runs a command line, as the menus of the main window do.
-    void RunLine(const std::string& line);
 
     Host& host_;
     QString label_;

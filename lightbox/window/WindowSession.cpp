@@ -6,6 +6,7 @@
 #include "scene/IdleQueue.h"
 #include "scene/Scene.h"
 #include "window/FileDrop.h"
+#include "window/Hotkeys.h"
 #include "window/MainWindow.h"
 #include "window/Theme.h"
 #include "window/TimeSliderBar.h"
@@ -46,6 +47,7 @@ WindowSession::WindowSession(Host& host)
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
     MainWindow* const window = WindowInterface::Current(host);
     new FileDrop(host, *window);
+    new Hotkeys(*window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
     // The time slider sees to it when the time changes.
     callbacks_.push_back(

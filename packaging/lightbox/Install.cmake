@@ -22,23 +22,29 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION share/doc/lightbox
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py")
 
 set(here ${CMAKE_CURRENT_LIST_DIR})
+install(FILES ${here}/copyright DESTINATION share/doc/lightbox)
 install(FILES ${here}/lightbox.desktop DESTINATION share/applications)
 install(FILES ${here}/lightbox.svg DESTINATION share/icons/hicolor/scalable/apps)
 install(FILES ${here}/lightbox-scene.svg DESTINATION share/icons/hicolor/scalable/mimetypes)
 install(FILES ${here}/lightbox.xml DESTINATION share/mime/packages)
 install(FILES ${here}/lightbox.bash-completion DESTINATION share/bash-completion/completions RENAME lightbox)
-# Manual pages are kept compressed, and the same on every machine.
+# Manual pages and the list of changes are kept compressed, and the same on every machine.
 configure_file(${here}/lightbox.1.in lightbox.1 @ONLY)
-file(ARCHIVE_CREATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/lightbox.1.gz PATHS ${CMAKE_CURRENT_BINARY_DIR}/lightbox.1
-    FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+configure_file(${here}/changelog.in changelog @ONLY)
+foreach(page lightbox.1 changelog)
+    file(ARCHIVE_CREATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${page}.gz PATHS ${CMAKE_CURRENT_BINARY_DIR}/${page}
+        FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+endforeach()
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lightbox.1.gz DESTINATION share/man/man1)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz DESTINATION share/doc/lightbox)
 
 set(CPACK_PACKAGE_NAME lightbox)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "sketch 2D animation over a 3D view")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Lightbox is a small host for the plug-in Vellix 2, with which an animator sketches 2D drawings over the 3D
-viewport: layers of keyed drawings for every camera, onion skin, pencil, brush, shapes and text. It reads and
-writes Maya ASCII scenes, speaks MEL, and runs with a window or as a batch program.")
+    "Lightbox is a small host for the plug-in Vellix 2, with which an animator
+sketches 2D drawings over the 3D viewport: layers of keyed drawings for every
+camera, onion skin, pencil, brush, shapes and text. It reads and writes Maya
+ASCII scenes, speaks MEL, and runs with a window or as a batch program.")
 set(CPACK_GENERATOR TGZ)
 find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
 if(DPKG_SHLIBDEPS)

@@ -183,7 +183,7 @@ MStatus LayerCommand::redoIt() {
         return MS::kInvalidParameter;
     }
     m_undoable = m_operation->undo != nullptr;
-    return (this->*m_operation->redo)();
+    return Run(m_operation->redo);
 }
 
 MStatus LayerCommand::undoIt() {
@@ -191,7 +191,15 @@ MStatus LayerCommand::undoIt() {
     if (!m_node || !m_operation->undo) {
         return MS::kFailure;
     }
-    return (this->*m_operation->undo)();
+    return Run(m_operation->undo);
+}
+
+MStatus LayerCommand::Run(Step step) {
+    const MStatus status = (this->*step)();
+    if (status && m_undoable) {
+        m_node->QueueRefresh(); // what the views show may have changed
+    }
+    return status;
 }
 
 bool LayerCommand::CheckLayer() const {

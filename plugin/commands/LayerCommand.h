@@ -87,6 +87,7 @@ private:
     MStatus QueryState();
     MStatus Import();
 
+    MStatus Run(Step step);
     bool CheckLayer() const;
     MStatus InsertNewLayer(int destination);
 

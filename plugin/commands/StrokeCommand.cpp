@@ -46,13 +46,21 @@ MStatus StrokeCommand::doIt(const MArgList& args) {
 }
 
 MStatus StrokeCommand::redoIt() {
-    BaseNode* node = BaseNode::GetMaster();
-    return node != nullptr && m_commit->Redo(*node) ? MS::kSuccess : MS::kFailure;
+    return Exchange(&StrokeCommit::Redo);
 }
 
 MStatus StrokeCommand::undoIt() {
+    return Exchange(&StrokeCommit::Undo);
+}
+
+MStatus StrokeCommand::Exchange(bool (StrokeCommit::*step)(BaseNode& node)) {
     BaseNode* node = BaseNode::GetMaster();
-    return node != nullptr && m_commit->Undo(*node) ? MS::kSuccess : MS::kFailure;
+    if (node == nullptr || !(m_commit.get()->*step)(*node)) {
+        return MS::kFailure;
+    }
+    // The tool that drew the stroke has shown it; here nobody else does.
+    node->QueueRefresh();
+    return MS::kSuccess;
 }
 
 bool StrokeCommand::isUndoable() const {

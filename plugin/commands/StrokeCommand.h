@@ -25,6 +25,7 @@ public:
 
 private:
     MStatus ParseArguments(const MArgList& args);
+    MStatus Exchange(bool (StrokeCommit::*step)(BaseNode& node));
 
     std::unique_ptr<StrokeCommit> m_commit;
 };

@@ -3,9 +3,16 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "ui/DialogManager.h"
 
 #include <maya/MCallbackIdArray.h>
+#include <maya/MDGMessage.h>
 #include <maya/MEventMessage.h>
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
 
 namespace vellix {
 
@@ -15,6 +22,8 @@ constexpr int NO_SCRIPT_JOB = -1;
 
 MCallbackIdArray g_callbacks;
 int g_playbackScriptJob = NO_SCRIPT_JOB;
+// While it is there, nodes that came or went are still to be followed.
+std::unique_ptr<QObject> g_followUp;
 
 void FillOrClearLayerManagerDialog() {
     if (BaseNode* master = BaseNode::GetMaster()) {
@@ -57,6 +66,37 @@ void OnUndoRedo(void*) {
     FillOrClearLayerManagerDialog();
 }
 
+/// While a node comes or goes, the scene is not yet as it will be.
+void OnNodeAddedOrRemoved(MObject&, void*) {
+    if (g_followUp) {
+        return;
+    }
+    g_followUp = std::make_unique<QObject>();
+    QTimer::singleShot(0, g_followUp.get(), [] {
+        g_followUp.release()->deleteLater();
+        BaseNode::UpdateTimeControlOverlay();
+        FillOrClearLayerManagerDialog();
+        DialogManager::FollowScene();
+    });
+}
+
+/// Drawing nodes and cameras come and go by deleting, importing and scripts too, which say so by no event.
+MStatus AddNodeCallbacks() {
+    MStatus result;
+    for (const MString& type : {BaseNode::GetTypeName(), MString("camera")}) {
+        for (const auto add : {MDGMessage::addNodeAddedCallback, MDGMessage::addNodeRemovedCallback}) {
+            MStatus status;
+            const MCallbackId id = add(OnNodeAddedOrRemoved, type, nullptr, &status);
+            if (status) {
+                g_callbacks.append(id);
+            } else {
+                result = status;
+            }
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 MStatus AddCallbacks() {
@@ -85,10 +125,16 @@ MStatus AddCallbacks() {
             result = status;
         }
     }
+    // They serve the panels alone.
+    if (Settings::guiEnabled) {
+        const MStatus status = AddNodeCallbacks();
+        result = status ? result : status;
+    }
     return result;
 }
 
 MStatus RemoveCallbacks() {
+    g_followUp.reset();
     MStatus status = MMessage::removeCallbacks(g_callbacks);
     g_callbacks.clear();
     return status;

@@ -181,8 +181,7 @@ QString MayaUtil::ParseScript(const QString& text) {
 }
 
 bool MayaUtil::SetContext(const MString& context) {
-    // The tool that ends commits what it was about, and that is to be undoable.
-    return ExecuteMel(MString("setToolTo ") + context, false, true);
+    return ExecuteMel(MString("setToolTo ") + context, false, false);
 }
 
 bool MayaUtil::ContextExists(const MString& context) {

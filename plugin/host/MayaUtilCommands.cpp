@@ -196,8 +196,7 @@ bool MayaUtil::PushStroke(const QString& camera, int layer, bool frameAdded) {
     if (frameAdded) {
         arguments << QStringLiteral("-fa");
     }
-    // Undoable on its own: another tool that is taken up, by a command that is not undoable, ends the stroke.
-    return ExecuteMel(Line(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)), false, true);
+    return Execute(Line(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)));
 }
 
 bool MayaUtil::Draw() {

@@ -5,6 +5,7 @@
 #include "host/PanelRegistration.h"
 #include "host/Registration.h"
 #include "host/Settings.h"
+#include "ui/DialogManager.h"
 
 #include <maya/MGlobal.h>
 
@@ -67,6 +68,7 @@ MStatus initializePlugin(MObject obj) {
         AddScriptJobs();
         if (Settings::guiEnabled) {
             RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
+            DialogManager::ReopenPanels();
         }
     }
     return status;

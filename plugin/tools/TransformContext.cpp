@@ -329,10 +329,15 @@ void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& 
         m_invalid = true;
         return;
     }
+    MStatus status;
+    const MEvent::MouseButtonType button = event.mouseButton(&status);
+    if (!status) {
+        return; // it is neither the left one nor the middle one
+    }
     FollowView(*node);
     const auto x = static_cast<float>(position.x());
     const auto y = static_cast<float>(position.y());
-    if (event.mouseButton() == MEvent::kMiddleMouse) {
+    if (button == MEvent::kMiddleMouse) {
         m_dragMode = DragMode::Scale;
         m_scaleAnchorX = x - m_transformation.scaleX;
         m_scaleAnchorY = y - m_transformation.scaleY;

@@ -11,7 +11,9 @@ void TransformContext::Transform(bool copy) {
         return;
     }
     m_copy = copy;
-    if (EnterTransformStage(true) && copy) {
+    if (!EnterTransformStage(true)) {
+        m_copy = false;
+    } else if (copy) {
         RememberCopiedRectangle(); // the duplicate is what can be pasted from now on
     }
 }
@@ -48,7 +50,11 @@ bool TransformContext::PasteAvailable() const {
 }
 
 void TransformContext::Paste(bool andTransform, const QPoint& position) {
-    if (m_stage != SELECT_STAGE || !PasteAvailable() || !InitializeSelectStage(true)) {
+    if (m_stage != SELECT_STAGE || !PasteAvailable()) {
+        return;
+    }
+    if (!InitializeSelectStage(true)) {
+        CancelStroke(); // a layer may have been created that cannot be pasted into
         return;
     }
     // As large as it was copied, in the image; in the view as it is now.

@@ -81,13 +81,10 @@ bool TransformContext::InitializeSelectStage(bool paste) {
     m_view = M3dView::active3dView();
     m_camera = MayaUtil::GetCameraName(m_view);
     m_layers = node->GetLayerManager();
-    if (paste && !node->PrepareForDraw(m_camera, m_pasteLayer, m_pasteFrameCreated)) {
-        m_invalid = true;
-        return false;
-    }
+    const bool isPrepared = !paste || node->PrepareForDraw(m_camera, m_pasteLayer, m_pasteFrameCreated);
     m_pasteFrameTime = MayaUtil::GetPlaybackTime();
     m_layer = node->GetActiveLayer(m_camera);
-    if (m_layer == nullptr) {
+    if (!isPrepared || m_layer == nullptr) {
         m_invalid = true;
         return false;
     }
@@ -137,6 +134,7 @@ void TransformContext::PreprocessSelection() {
     m_transformation = Transformation();
     m_translateAnchor = QPoint();
     m_rotateAnchor = m_scaleAnchorX = m_scaleAnchorY = 0.0f;
+    m_dragMode = DragMode::None; // the button may still be down with which the selection was dragged out
     ReorderSelectionPoints();
     BaseNode* node = GetSelectionNode();
     Stroke* stroke = node != nullptr ? node->GetActiveStroke(m_camera, true) : nullptr;
@@ -209,12 +207,8 @@ void TransformContext::FollowView(BaseNode& node) {
 // --- how it is outlined -----------------------------------------------------------------------------------
 
 void TransformContext::TransformSelectionOutline() {
-    m_outline = TransformedCorners();
-    m_outlineShown = true;
-    if (m_drawManager == nullptr) {
-        ShowOutline(m_outline);
-    }
-    // In Viewport 2.0 the node's outline is the one that is seen; a second one would lie beside it.
+    ShowOutline(TransformedCorners());
+    // In Viewport 2.0 that one is gone with the next event; the node's, beside it, stays.
     SetSelectionOutlineDrawnByNodeEnabled(true);
 }
 

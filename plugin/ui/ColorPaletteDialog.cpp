@@ -8,10 +8,12 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPointer>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace vellix {
 
@@ -51,6 +53,14 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         rows[i % ROW_COUNT]->addWidget(swatch);
         connect(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
     }
+    // Tab goes through the upper row first.
+    for (int i = 1; i < SWATCH_COUNT; ++i) {
+        const int half = SWATCH_COUNT / ROW_COUNT;
+        const auto at = [half](int place) { return place % half * ROW_COUNT + place / half; };
+        setTabOrder(m_swatches[at(i - 1)], m_swatches[at(i)]);
+    }
+    // Wherever a chooser was opened, its custom colours may be others when it has closed.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
     RefreshColors();
 }
 

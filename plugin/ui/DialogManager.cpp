@@ -1,16 +1,21 @@
 #include "ui/DialogManager.h"
 
+#include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "ui/LayerManagerPanel.h"
+#include "ui/SceneFollower.h"
 #include "ui/TimeControlOverlay.h"
 #include "ui/ToolOptionsPanel.h"
 #include "ui/ToolboxPanel.h"
 
+#include <maya/MGlobal.h>
 #include <maya/MQtUtil.h>
 
 #include <QDialog>
 #include <QPointer>
 #include <QRect>
+#include <QStringList>
+#include <QTimer>
 #include <QWidget>
 
 #include <map>
@@ -31,7 +36,22 @@ struct Registry {
     std::map<DialogManager::Dialog, DialogManager::DialogRunner> dialogs;
     DialogManager::LayerPropertiesRunner showLayerProperties;
     QList<QPointer<QDialog>> openDialogs;
+    // What waits to open panels goes with it.
+    std::unique_ptr<QObject> reopening;
+    bool isShuttingDown = false;
 };
+
+const char* const OPEN_PANELS_VARIABLE = "qmVxOpenPanels";
+
+struct PanelName {
+    DialogManager::Panel panel;
+    const char* name;
+};
+const PanelName PANEL_NAMES[] = {{DialogManager::Panel::Toolbox, "toolbox"},
+                                 {DialogManager::Panel::ToolOptions, "toolOptions"},
+                                 {DialogManager::Panel::LayerManager, "layerManager"},
+                                 {DialogManager::Panel::Retiming, "retimingTool"},
+                                 {DialogManager::Panel::ColorPalette, "colorPalette"}};
 
 Registry& GetRegistry() {
     static Registry registry;
@@ -69,7 +89,21 @@ bool RunDialog(DialogManager::Dialog dialog) {
     return static_cast<bool>(run);
 }
 
+void OpenNotedPanels() {
+    const QStringList open =
+        MayaUtil::ToQString(MGlobal::optionVarStringValue(OPEN_PANELS_VARIABLE)).split(QLatin1Char(' '));
+    for (const PanelName& entry : PANEL_NAMES) {
+        QWidget* const panel = open.contains(QLatin1String(entry.name)) ? GetPanel(entry.panel) : nullptr;
+        if (panel != nullptr && !panel->isVisible()) {
+            panel->setAttribute(Qt::WA_ShowWithoutActivating);
+            panel->show();
+            panel->setAttribute(Qt::WA_ShowWithoutActivating, false);
+        }
+    }
+}
+
 void DestroyWindows() {
+    GetRegistry().isShuttingDown = true;
     for (const QPointer<QDialog>& dialog : GetRegistry().openDialogs) {
         delete dialog.data();
     }
@@ -141,6 +175,25 @@ void DialogManager::ResetPanels() {
     }
 }
 
+void DialogManager::NoteOpenPanels() {
+    if (GetRegistry().isShuttingDown) {
+        return;
+    }
+    QStringList open;
+    for (const PanelName& entry : PANEL_NAMES) {
+        const QWidget* const panel = GetRegistry().panels[entry.panel].window;
+        if (panel != nullptr && panel->isVisible()) {
+            open.append(QLatin1String(entry.name));
+        }
+    }
+    MGlobal::setOptionVarValue(OPEN_PANELS_VARIABLE, MayaUtil::ToMString(open.join(QLatin1Char(' '))));
+}
+
+void DialogManager::ReopenPanels() {
+    GetRegistry().reopening = std::make_unique<QObject>();
+    QTimer::singleShot(0, GetRegistry().reopening.get(), OpenNotedPanels);
+}
+
 void DialogManager::OpenModal(std::unique_ptr<QDialog> dialog) {
     GetRegistry().openDialogs.removeAll(nullptr);
     GetRegistry().openDialogs.append(dialog.get());
@@ -179,6 +232,14 @@ bool DialogManager::ShowLayerPropertiesDialog(const QString& camera, int index, 
 void DialogManager::ClearLayerManagerDialog() {
     if (LayerManagerPanel* panel = FindLayerManager()) {
         panel->Clear();
+    }
+}
+
+void DialogManager::FollowScene() {
+    for (const QPointer<QDialog>& dialog : GetRegistry().openDialogs) {
+        if (auto* const follower = dynamic_cast<SceneFollower*>(dialog.data())) {
+            follower->FollowScene();
+        }
     }
 }
 

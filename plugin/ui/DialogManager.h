@@ -48,6 +48,12 @@ public:
     /// in the size that they ask for.
     static void ResetPanels();
 
+    /// Keeps in the host's option variables which panels are open. Panels say when they open and close.
+    static void NoteOpenPanels();
+    /// Opens those that were open when the plug-in was shut down last, once the host has come to rest,
+    /// without taking the keys from its window.
+    static void ReopenPanels();
+
     /// Shows the dialog, which keeps its user from everything else until it closes and goes then; returns at
     /// once. What it executes on closing so stands by itself, undone by itself, and is not part of the
     /// command that opened the dialog.
@@ -63,6 +69,8 @@ public:
 
     // What panels are told. One that was not made yet asks for itself when it is.
     static void ClearLayerManagerDialog();
+    /// A drawing node or a camera has come or gone; told to the open dialogs that are SceneFollowers.
+    static void FollowScene();
     /// Whether the panel was made.
     static bool HasLayerManagerDialog();
     static void FillLayerManagerDialog(const QList<LayerManagerRow>& rows, const QString& activeCamera,

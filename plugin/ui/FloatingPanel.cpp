@@ -1,5 +1,7 @@
 #include "ui/FloatingPanel.h"
 
+#include "ui/DialogManager.h"
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -90,8 +92,16 @@ void FloatingPanel::showEvent(QShowEvent* event) {
     // A spontaneous one only follows the panel's being minimised.
     if (!event->spontaneous()) {
         RestorePlace();
+        DialogManager::NoteOpenPanels();
     }
     QDialog::showEvent(event);
+}
+
+void FloatingPanel::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous()) {
+        DialogManager::NoteOpenPanels();
+    }
+    QDialog::hideEvent(event);
 }
 
 void FloatingPanel::closeEvent(QCloseEvent* event) {

@@ -1,6 +1,7 @@
 #include "ui/LayerFormDialog.h"
 
 #include "core/LayerState.h"
+#include "host/MayaUtil.h"
 #include "ui/DialogParts.h"
 
 #include <QComboBox>
@@ -87,10 +88,13 @@ void LayerFormDialog::SetLayerName(const QString& name) {
 void LayerFormDialog::SetCameras(const QStringList& cameras, const QString& current) {
     m_camera->clear();
     m_camera->addItems(cameras);
-    const int index = cameras.indexOf(current);
-    if (index >= 0) {
-        m_camera->setCurrentIndex(index);
-    }
+    SelectCamera(current);
+}
+
+void LayerFormDialog::FollowScene() {
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
+    SetCameras(cameras, GetCamera());
 }
 
 void LayerFormDialog::SetLayerState(LayerState state) {
@@ -108,6 +112,13 @@ QString LayerFormDialog::GetLayerName() const {
 
 QString LayerFormDialog::GetCamera() const {
     return m_camera->currentText();
+}
+
+void LayerFormDialog::SelectCamera(const QString& camera) {
+    const int index = m_camera->findText(camera);
+    if (index >= 0) {
+        m_camera->setCurrentIndex(index);
+    }
 }
 
 LayerState LayerFormDialog::GetLayerState() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/SceneFollower.h"
+
 #include <QDialog>
 #include <QList>
 
@@ -14,7 +16,7 @@ enum class LayerState : qint32;
 
 /// What the dialogs about one layer have in common: its name, its camera, its state, and OK and Cancel. OK
 /// calls Apply() and closes.
-class LayerFormDialog : public QDialog {
+class LayerFormDialog : public QDialog, public SceneFollower {
     Q_OBJECT
 
 public:
@@ -25,6 +27,9 @@ public:
     /// Selects `current` when it is one of them.
     void SetCameras(const QStringList& cameras, const QString& current);
     void SetLayerState(LayerState state);
+
+    /// Offers the cameras that there are now, and keeps the one that is chosen while it is there.
+    void FollowScene() override;
 
 protected:
     virtual void Apply() = 0;
@@ -37,6 +42,8 @@ protected:
 
     QString GetLayerName() const;
     QString GetCamera() const;
+    /// Leaves the choice alone when the camera is not offered.
+    void SelectCamera(const QString& camera);
     LayerState GetLayerState() const;
 
 private:

@@ -16,11 +16,10 @@ LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, Q
     , m_layerCamera(camera)
     , m_index(index)
     , m_state(LayerState::Animated)
-    , m_visible(new QCheckBox(this)) {
+    , m_visible(new QCheckBox(QStringLiteral("Visible"), this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
     m_visible->setToolTip(QStringLiteral("Whether the layer is shown"));
-    m_visible->setAccessibleName(QStringLiteral("Visible"));
-    Form().addRow(QStringLiteral("Visible:"), m_visible);
+    Form().addRow(QString(), m_visible);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});
     AddButtons();
     SetLayerState(m_state);
@@ -46,6 +45,19 @@ void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
     const QStringList offered =
         cameras.contains(m_layerCamera) ? cameras : cameras + QStringList(m_layerCamera);
     LayerFormDialog::SetCameras(offered, m_layerCamera);
+}
+
+void LayerPropertiesDialog::FollowScene() {
+    const BaseNode* const master = BaseNode::GetMaster();
+    if (master == nullptr || !master->LayerExists(m_layerCamera, m_index)) {
+        reject();
+        return;
+    }
+    const QString chosen = GetCamera();
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
+    SetCameras(cameras);
+    SelectCamera(chosen);
 }
 
 void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* parent) {

@@ -21,6 +21,9 @@ public:
     /// Selects the layer's camera, which is offered even when it is not one of them.
     void SetCameras(const QStringList& cameras);
 
+    /// Closes when the layer has gone.
+    void FollowScene() override;
+
     /// Shows one for the layer; an error is logged when there is no such layer.
     static void Open(const QString& camera, int index, QWidget* parent);
 

@@ -1,5 +1,7 @@
 #include "ui/NumberSlider.h"
 
+#include "ui/FieldUndo.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
@@ -36,6 +38,10 @@ NumberSlider::NumberSlider(const QString& name, QWidget* parent)
     m_number->setKeyboardTracking(false);
     m_number->setAccelerated(true);
     setFocusProxy(m_slider);
+    new FieldUndo(*m_number, [this] {
+        return m_number->text() !=
+               m_number->prefix() + m_number->locale().toString(m_number->value()) + m_number->suffix();
+    });
 
     m_tellTimer.setSingleShot(true);
     m_tellTimer.setInterval(TELL_INTERVAL);

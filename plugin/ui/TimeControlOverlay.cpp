@@ -147,8 +147,8 @@ void TimeControlOverlay::UpdateDrag() {
     m_movePending = false;
     if (moves && offset == 0) {
         MayaUtil::RefreshTimelineOverlay();
-    } else if (moves) {
-        MayaUtil::MoveFrames(offset, first, last);
+    } else if (moves && !MayaUtil::MoveFrames(offset, first, last)) {
+        MayaUtil::RefreshTimelineOverlay(); // the marks go back to where the frames still are
     }
 }
 

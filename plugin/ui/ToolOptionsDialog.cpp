@@ -3,6 +3,7 @@
 #include "host/Settings.h"
 #include "paint/ToolType.h"
 #include "ui/DrawingTools.h"
+#include "ui/FieldUndo.h"
 #include "ui/IconView.h"
 #include "ui/NumberSlider.h"
 
@@ -77,6 +78,7 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     connect(m_font, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated), this,
             &ToolOptionsDialog::OnFontChosen);
     connect(m_font->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
+    new FieldUndo(*m_font, [this] { return m_font->currentText() != m_shownFont; });
     Refresh();
 }
 

@@ -104,6 +104,8 @@ QLayout* ToolboxDialog::CreateTools() {
     m_optionsButton = CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
                                    MayaUtil::ShowToolOptionsDialog);
     grid->addWidget(m_optionsButton, 1, perRow);
+    // It stands at the end of the first row.
+    setTabOrder(m_tools[perRow - 1], m_transform);
     return grid;
 }
 

@@ -9,6 +9,8 @@
 #include <maya/MCallbackIdArray.h>
 #include <maya/MCommandResult.h>
 #include <maya/MComputation.h>
+#include <maya/MDGMessage.h>
+#include <maya/MDagPath.h>
 #include <maya/MDoubleArray.h>
 #include <maya/MEventMessage.h>
 #include <maya/MGlobal.h>
@@ -73,6 +75,13 @@ public:
     static void* Create() { return new OuterCommand; }
 };
 
+/// Has the line that it is given executed, which it could not undo itself.
+class PassOnCommand : public MPxCommand {
+public:
+    MStatus doIt(const MArgList& args) override { return MGlobal::executeCommand(args.asString(0)); }
+    static void* Create() { return new PassOnCommand; }
+};
+
 class KindCommand : public MPxCommand {
 public:
     MStatus doIt(const MArgList& args) override {
@@ -107,6 +116,7 @@ protected:
         MFnPlugin fn(handle_);
         EXPECT_TRUE(fn.registerCommand("count", CountCommand::Create));
         EXPECT_TRUE(fn.registerCommand("outer", OuterCommand::Create));
+        EXPECT_TRUE(fn.registerCommand("passOn", PassOnCommand::Create));
         EXPECT_TRUE(fn.registerCommand("kind", KindCommand::Create));
         EXPECT_TRUE(fn.registerCommand("count", CountCommand::Create).error());
     }
@@ -142,6 +152,16 @@ TEST_F(MGlobalTest, InsideACommandOnlyWhatIsAskedForIsRecorded) {
         EXPECT_TRUE(host_.undo().Redo());
         EXPECT_EQ(g_count, 110);
     }
+}
+
+TEST_F(MGlobalTest, WhatACommandWithoutUndoHasOthersDoCanBeUndone) {
+    EXPECT_TRUE(MGlobal::executeCommand("passOn \"count 1; passOn \\\"count 2\\\"\""));
+    EXPECT_EQ(g_count, 3);
+    EXPECT_EQ(host_.undo().Names().size(), 1U);
+    EXPECT_TRUE(host_.undo().Undo());
+    EXPECT_EQ(g_count, 0);
+    EXPECT_TRUE(host_.undo().Redo());
+    EXPECT_EQ(g_count, 3);
 }
 
 TEST_F(MGlobalTest, FailuresBecomeAStatusAndAMessage) {
@@ -203,7 +223,7 @@ TEST_F(MGlobalTest, DeregisteringACommandTakesItsInstancesAway) {
     EXPECT_EQ(g_alive, 0);
     EXPECT_TRUE(fn.deregisterCommand("count").error());
     EXPECT_TRUE(MGlobal::executeCommand("count 5").error());
-    EXPECT_EQ(plugin_.commands, (std::vector<std::string>{"outer", "kind"}));
+    EXPECT_EQ(plugin_.commands, (std::vector<std::string>{"outer", "passOn", "kind"}));
 }
 
 TEST_F(MGlobalTest, EventCallbacksAreRemovedTogether) {
@@ -222,6 +242,35 @@ TEST_F(MGlobalTest, EventCallbacksAreRemovedTogether) {
     EXPECT_TRUE(MMessage::removeCallbacks(ids).error());
     host_.events().Fire("timeChanged");
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(MGlobalTest, NodesThatComeAndGoAreToldOfByType) {
+    std::vector<std::string> told;
+    const auto add = [&](auto add, const char* type) {
+        return add(
+            [](MObject& node, void* data) {
+                // It is in the scene still, or already: its path is known.
+                MDagPath path;
+                MDagPath::getAPathTo(node, path);
+                static_cast<std::vector<std::string>*>(data)->push_back(path.fullPathName().asChar());
+            },
+            type, &told, nullptr);
+    };
+    MCallbackIdArray ids;
+    ids.append(add(MDGMessage::addNodeAddedCallback, "camera"));
+    ids.append(add(MDGMessage::addNodeRemovedCallback, "shape"));
+    MGlobal::executeCommand("camera -name eye; createNode network");
+    MGlobal::executeCommand("spaceLocator -name place");
+    MGlobal::executeCommand("delete place");
+    MGlobal::executeCommand("undo; undo; undo");
+    EXPECT_EQ(told, (std::vector<std::string>{"|eye1|eyeShape1", "|place|placeShape", "|place|placeShape",
+                                              "|eye1|eyeShape1"}));
+    EXPECT_TRUE(MMessage::removeCallbacks(ids));
+    MGlobal::executeCommand("camera");
+    EXPECT_EQ(told.size(), 4U);
+    MStatus status;
+    EXPECT_EQ(MDGMessage::addNodeAddedCallback(nullptr, "camera", nullptr, &status), 0);
+    EXPECT_TRUE(status.error());
 }
 
 TEST_F(MGlobalTest, OptionVariablesOutliveTheSession) {

@@ -28,7 +28,7 @@ public:
     MArgList& operator=(const MArgList& other);
     ~MArgList();
 
-    unsigned int length() const;
+    unsigned int length(MStatus* ReturnStatus = nullptr) const;
 
     bool asBool(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     int asInt(unsigned int index, MStatus* ReturnStatus = nullptr) const;

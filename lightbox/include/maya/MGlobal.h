@@ -15,8 +15,8 @@ public:
     static int apiVersion();
 
     static void displayInfo(const MString& theMessage);
-    static void displayWarning(const MString& theWarning, bool showLineNumber = false);
-    static void displayError(const MString& theError, bool showLineNumber = false);
+    static void displayWarning(const MString& theWarning);
+    static void displayError(const MString& theError);
 
     static MStatus getActiveSelectionList(MSelectionList& dest, bool orderedSelectionIfAvailable = false);
     static MStatus setActiveSelectionList(const MSelectionList& src,
@@ -29,10 +29,10 @@ public:
     static MStatus unselect(const MObject& object);
     static MStatus getSelectionListByName(const MString& name, MSelectionList& list);
 
-    /// Executes MEL. With displayEnabled the text and its result are echoed. Called from inside a command's
-    /// doIt, redoIt or undoIt with undoEnabled false, nothing is recorded for undo; from anywhere else what
-    /// runs is recorded as if typed. The forms with a result fail when the result is of another kind, and
-    /// then leave it as it was.
+    /// Executes MEL. With displayEnabled the text and its result are echoed. Called from inside the doIt,
+    /// redoIt or undoIt of a command that is undoable, with undoEnabled false, nothing is recorded for undo:
+    /// that command undoes it; from anywhere else what runs is recorded as if typed. The forms with a result
+    /// fail when the result is of another kind, and then leave it as it was.
     static MStatus executeCommand(const MString& command, bool displayEnabled = false,
                                   bool undoEnabled = false);
     static MStatus executeCommand(const MString& command, MCommandResult& result, bool displayEnabled = false,

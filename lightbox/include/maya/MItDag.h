@@ -23,7 +23,7 @@ public:
     /// Starts over at the world, in the same order and with the same filter.
     MStatus reset();
     MStatus reset(const MObject& object, TraversalType type = kDepthFirst, MFn::Type filter = MFn::kInvalid);
-    bool isDone(MStatus* ReturnStatus = nullptr);
+    bool isDone(MStatus* ReturnStatus = nullptr) const;
     MStatus next();
     /// Leaves out what lies below the current node.
     MStatus prune();

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 class MCallbackIdArray;
+class MObject;
 
 /// Id of a callback; 0 names none.
 using MCallbackId = std::intptr_t;
@@ -13,6 +14,7 @@ using MCallbackId = std::intptr_t;
 class MMessage {
 public:
     using MBasicFunction = void (*)(void* clientData);
+    using MNodeFunction = void (*)(MObject& node, void* clientData);
 
     /// Fails for an id that is not, or no longer, registered. A callback may be removed while it runs.
     static MStatus removeCallback(MCallbackId id);

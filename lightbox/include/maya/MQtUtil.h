@@ -15,5 +15,5 @@ public:
     static QWidget* mainWindow();
     /// The widget of a control that MEL created under that name; null when there is none, and in batch. Not
     /// owned.
-    static QWidget* findControl(const MString& name, const QWidget* in = nullptr);
+    static QWidget* findControl(MString controlName, const QWidget* ancestor = nullptr);
 };

@@ -23,7 +23,6 @@ public:
     MStatus() = default;
     MStatus(MStatusCode code)
         : code_(code) {}
-    MStatus& operator=(MStatusCode code);
 
     bool operator==(const MStatus& other) const { return code_ == other.code_; }
     bool operator==(MStatusCode code) const { return code_ == code; }

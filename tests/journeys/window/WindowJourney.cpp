@@ -156,6 +156,11 @@ TEST_F(WindowJourney, AHighlightedRangeOfFramesIsMoved) {
     RunningLightbox::Rest(100);
     EXPECT_TRUE(program.Becomes("journeyFrames", "1 3 5 9"));
     EXPECT_THAT(program.Messages().toStdString(), HasSubstr("Move Failed. A frame already exists at time 9"));
+    const QImage kept = program.Grab("timeControl1");
+    const auto colourAt = [&](int frame) {
+        return kept.pixelColor((at(frame) - slider.topLeft()).x(), slider.height() - 5);
+    };
+    EXPECT_EQ(colourAt(3), colourAt(1)) << "the marks are where the frames still are";
 }
 
 TEST_F(WindowJourney, LayersMoveToTheFloatingViewByTheMenu) {
@@ -171,6 +176,11 @@ TEST_F(WindowJourney, LayersMoveToTheFloatingViewByTheMenu) {
     EXPECT_TRUE(program.Becomes("window -q -visible qmVxFloatingWindow", "1"));
     EXPECT_FALSE(Red(program.Grab("qmVellixFloatingModelPanel")).isNull());
     EXPECT_TRUE(Red(program.Grab("modelPanel4")).isNull());
+    program.Type('z', RunningLightbox::Control);
+    EXPECT_TRUE(program.Becomes("qmVellixLayer -count persp", "1"));
+    EXPECT_FALSE(Red(program.Grab("modelPanel4")).isNull());
+    program.Mel("redo");
+    EXPECT_TRUE(program.Becomes("qmVellixLayer -count vellixCam", "1"));
     // Closed and opened again it is the same view.
     program.Mel("window -e -visible 0 qmVxFloatingWindow");
     program.Choose({menu, view, program.Mel("journeyItem \"" + view + "\" \"Vellix View\"")});

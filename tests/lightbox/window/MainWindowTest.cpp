@@ -1,10 +1,12 @@
 #include "WindowFixture.h"
 #include "formats/SceneFiles.h"
 #include "scene/IdleQueue.h"
+#include "scene/Timeline.h"
 #include "window/RecentFiles.h"
 
 #include <QAbstractButton>
 #include <QFile>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -154,4 +156,48 @@ TEST_F(MainWindowTest, RecentFilesAreTheLatestTenOnceEach) {
     EXPECT_EQ(Window().Recent().List(), expected.mid(0, 10));
     Restart();
     EXPECT_EQ(Window().Recent().List(), expected.mid(0, 10));
+}
+
+TEST_F(MainWindowTest, KeysActOnThePanelInUseAndOnTheTime) {
+    Show();
+    Run("polyCube -n box; setAttr box.translateX 5; playbackOptions -min 1 -max 10; currentTime 3");
+    const auto press = [this](int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&View(), static_cast<Qt::Key>(key), modifiers);
+        Settle();
+    };
+    press(Qt::Key_4);
+    EXPECT_EQ(Run("modelEditor -q -displayAppearance modelPanel4").Text(), "wireframe");
+    press(Qt::Key_5);
+    EXPECT_EQ(Run("modelEditor -q -displayAppearance modelPanel4").Text(), "smoothShaded");
+    const double before = Number("persp.translateX");
+    press(Qt::Key_F);
+    EXPECT_NE(Number("persp.translateX"), before);
+    Run("undo");
+    EXPECT_EQ(Number("persp.translateX"), before);
+    press(Qt::Key_S);
+    EXPECT_EQ(Run("keyframe -q -keyframeCount box.translateX").AsFloat(), 1.0);
+
+    press(Qt::Key_Period, Qt::AltModifier);
+    EXPECT_EQ(Run("currentTime -q").AsFloat(), 4.0);
+    press(Qt::Key_Comma);
+    EXPECT_EQ(Run("currentTime -q").AsFloat(), 3.0);
+    press(Qt::Key_V, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_EQ(Run("currentTime -q").AsFloat(), 1.0);
+    press(Qt::Key_V, Qt::AltModifier);
+    EXPECT_NE(host_->time().PlayingDirection(), 0);
+    press(Qt::Key_V, Qt::AltModifier);
+    EXPECT_EQ(host_->time().PlayingDirection(), 0);
+}
+
+TEST_F(MainWindowTest, AFieldKeepsTheKeysThatItCanTake) {
+    Show();
+    Run("polyCube -n box; window field; columnLayout; textField name; showWindow field");
+    Settle();
+    auto* const field = qobject_cast<QLineEdit*>(host_->ui()->FindControl("name"));
+    ASSERT_TRUE(field);
+    QApplication::setActiveWindow(field->window());
+    field->setFocus();
+    QTest::keyClicks(field, "s4f.");
+    EXPECT_EQ(field->text(), "s4f.");
+    EXPECT_EQ(Run("keyframe -q -keyframeCount box.translateX").AsFloat(), 0.0);
 }

@@ -447,6 +447,9 @@ TEST_F(UtilPanelTest, FloatingViewportsAskForAnUnknownCamera) {
         Ask("-fvm \"\"");
         EXPECT_EQ(TakeMenuUpdates(), *chosen ? "floating front;" : "");
     }
+    // The command is not undoable itself; what it does to the drawing is.
+    Mel("global proc qmVxCreateFloatingViewport(string $camera) { qmVellixLayer -mva top $camera; }");
+    ExpectUndoable("qmVellixUtil -fvm side");
 }
 
 } // namespace

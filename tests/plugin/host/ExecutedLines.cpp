@@ -33,12 +33,12 @@ ExecutedLines* ExecutedLines::Current() {
 namespace {
 
 /// Whether that is all that is to be done with the line.
-bool Keep(const MString& command) {
+bool Keep(const MString& command, bool displayEnabled, bool undoEnabled) {
     vellix::ExecutedLines* const lines = vellix::ExecutedLines::Current();
     if (lines == nullptr) {
         return false;
     }
-    lines->Keep(command.asUTF8());
+    lines->Keep(command.asUTF8(), displayEnabled, undoEnabled);
     return !lines->Executes();
 }
 
@@ -47,7 +47,7 @@ bool Keep(const MString& command) {
 // The program's own definitions stand before those of the host library, so the plug-in's lines pass here.
 
 MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, bool undoEnabled) {
-    if (Keep(command)) {
+    if (Keep(command, displayEnabled, undoEnabled)) {
         return MS::kSuccess;
     }
     MCommandResult result;
@@ -55,7 +55,7 @@ MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, boo
 }
 
 MStatus MGlobal::executeCommandOnIdle(const MString& command, bool displayEnabled) {
-    if (Keep(command)) {
+    if (Keep(command, displayEnabled, false)) {
         return MS::kSuccess;
     }
     lightbox::Host::Get().idle().Add(

@@ -24,12 +24,18 @@ public:
 
     /// The innermost one that lives, or null.
     static ExecutedLines* Current();
-    void Keep(const std::string& line) { m_lines.push_back(line); }
+    void Keep(const std::string& line, bool displayEnabled, bool undoEnabled) {
+        m_lines.push_back(line);
+        m_plain = m_plain && !displayEnabled && !undoEnabled;
+    }
+    /// Were all of them executed without asking for their echo or their undo?
+    bool ArePlain() const { return m_plain; }
 
 private:
     Mode m_mode;
     ExecutedLines* m_outer;
     std::vector<std::string> m_lines;
+    bool m_plain = true;
 };
 
 } // namespace vellix

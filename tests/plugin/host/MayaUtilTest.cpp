@@ -130,6 +130,7 @@ TEST_F(MayaUtilTest, EveryOperationExecutesItsLine) {
         ExecutedLines executed;
         test.operation();
         EXPECT_THAT(executed.Lines(), ElementsAre(test.line));
+        EXPECT_TRUE(executed.ArePlain()) << test.line;
     }
     Settings::activeTool = ToolType::Brush;
     Settings::ghostPrev = false;

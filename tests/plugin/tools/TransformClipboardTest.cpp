@@ -130,6 +130,31 @@ TEST_F(TransformClipboardTest, PastingCreatesWhatIsMissingAndCancellingRemovesIt
     EXPECT_EQ(Node().LayerCount("front"), 0);
 }
 
+// A new layer may be one that nothing can be pasted into.
+TEST_F(TransformClipboardTest, PastingThatIsRefusedLeavesNoLayer) {
+    Begin();
+    Select(QUARTERS);
+    ChooseFromMenu("Copy");
+    Run("lookThru modelPanel4 front");
+    Press({500, 500});
+    Release({500, 500});
+    Rest();
+    Settings::automaticallyAddFirstLayer = true;
+    Settings::alwaysDisplayNewLayerDialog = false;
+    Settings::defaultLayerState = static_cast<int>(LayerState::Locked);
+    for (const char* item : {"Paste", "Paste and Transform"}) {
+        messages_.clear();
+        ChooseFromMenu(item);
+        ASSERT_FALSE(messages_.empty()) << item;
+        EXPECT_NE(messages_.back().find("Active layer is locked."), std::string::npos) << messages_.back();
+        EXPECT_EQ(Node().LayerCount("front"), 0) << item;
+        EXPECT_FALSE(Node().HasActiveStroke());
+    }
+    Settings::defaultLayerState = static_cast<int>(LayerState::Animated);
+    ChooseFromMenu("Paste");
+    EXPECT_EQ(Node().LayerCount("front"), 1);
+}
+
 // Others may change the layers while something pasted waits to be applied.
 TEST_F(TransformClipboardTest, CancellingTouchesNoOtherLayer) {
     Begin();
@@ -177,7 +202,15 @@ TEST_F(TransformClipboardTest, LockedAndHiddenLayersAreCopiedFromOnly) {
         EXPECT_TRUE(Tool().PasteAvailable());
         ChooseFromMenu("Paste");
         EXPECT_EQ(Current(), Picture());
+        // A copy that was refused leaves the selection, which is then moved itself.
+        Select(QUARTERS);
+        ChooseFromMenu("Transform Copy");
         Run(row.reset);
+        Key(Qt::Key_Return);
+        Drag({500, 500}, {700, 600});
+        Key(Qt::Key_Return);
+        EXPECT_EQ(Current(), With(Without(QUARTERS), {500, 500}));
+        Run("undo");
     }
 }
 

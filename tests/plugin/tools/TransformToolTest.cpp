@@ -1,3 +1,4 @@
+#include "openmaya/Access.h"
 #include "paint/Stroke.h"
 #include "plugin/tools/TransformFixture.h"
 
@@ -176,6 +177,33 @@ TEST_F(TransformToolTest, ScalesByWhatEveryEventAdds) {
     EXPECT_GT(qAlpha(small.pixel(348, 428)), 200);
     EXPECT_EQ(qAlpha(small.pixel(330, 430)), 0);
     ExpectUndoable(Picture());
+}
+
+TEST_F(TransformToolTest, OnlyAPressInTheTransformStageBeginsADrag) {
+    Begin();
+    Select(QUARTERS);
+    Key(Qt::Key_Return);
+    Drag({100, 300}, {180, 310});
+    Key(Qt::Key_Return);
+    Run("undo");
+    // The selection is still being dragged out when it is accepted.
+    Press({300, 400});
+    Move({399, 459});
+    Key(Qt::Key_Return);
+    ASSERT_EQ(Tool().GetStage(), TransformContext::TRANSFORM_STAGE);
+    Move({450, 500});
+    EXPECT_EQ(QPoint(CurrentStroke()->offsetX, CurrentStroke()->offsetY), QPoint(0, 0));
+    Release({450, 500});
+
+    // Neither the left button nor the middle one.
+    MEvent press = lightbox::Access::MakeEvent(100, 300, HEIGHT, 0, 0);
+    Tool().doPress(press);
+    MEvent drag = lightbox::Access::MakeEvent(180, 310, HEIGHT, 0, 0);
+    Tool().doDrag(drag);
+    Tool().doRelease(drag);
+    EXPECT_EQ(QPoint(CurrentStroke()->offsetX, CurrentStroke()->offsetY), QPoint(0, 0));
+    Key(Qt::Key_Backspace);
+    EXPECT_EQ(Current(), Picture());
 }
 
 TEST_F(TransformToolTest, FlipsFromTheMenu) {

@@ -100,6 +100,35 @@ TEST_F(TransformViewTest, TheSelectionIsOutlinedUntilItEnds) {
     }
 }
 
+// While it is dragged, the tool draws the outline as well, a pixel to the left of the node's.
+TEST_F(TransformViewTest, TheNodesOutlineLiesAPixelToTheRight) {
+    Begin();
+    Draw(Composite::TransparentImage());
+    const QImage plain = Seen();
+    const auto columns = [&](const QRect& around) {
+        const QImage seen = Seen();
+        QList<int> columns;
+        for (int x = 0; x < seen.width(); ++x) {
+            if (seen.pixel(x, around.center().y()) != plain.pixel(x, around.center().y())) {
+                columns.append(x);
+            }
+        }
+        return columns;
+    };
+    const QRect around(InView(QUARTERS.topLeft()), InView(QUARTERS.bottomRight()));
+    const int left = around.left() + 60;
+    const int right = around.right() + 60;
+    Select(QUARTERS);
+    Key(Qt::Key_Return);
+    Press({100, 300});
+    Move({160, 280});
+    EXPECT_EQ(columns(around.translated(60, -20)), QList<int>({left, left + 1, right, right + 1}));
+    Release({160, 280});
+    EXPECT_EQ(columns(around.translated(60, -20)), QList<int>({left + 1, right + 1}));
+    Key(Qt::Key_Backspace);
+    EXPECT_EQ(Seen(), plain);
+}
+
 // What a legacy viewport shows is undone by drawing it twice, whatever is below.
 TEST_F(TransformViewTest, TheOutlineIsSeenOnEveryColour) {
     Begin(Renderer::Legacy);

@@ -80,6 +80,18 @@ TEST_F(ColorPaletteDialogTest, IsCustomizedInTheColorChooser) {
     EXPECT_EQ(At(palette, 1, 2)->GetColor(), QColor(1, 2, 3));
 }
 
+TEST_F(ColorPaletteDialogTest, ShowsWhatWasCustomizedElsewhere) {
+    QWidget* palette = Open("-colorPalette", "Color Palette");
+    QColorDialog chooser(&Window());
+    chooser.open();
+    Settle(300);
+    chooser.activateWindow();
+    ASSERT_TRUE(WaitFor([&] { return chooser.isActiveWindow(); }));
+    QColorDialog::setCustomColor(5, QColor(4, 5, 6));
+    chooser.reject();
+    EXPECT_TRUE(WaitFor([&] { return At(palette, 1, 2)->GetColor() == QColor(4, 5, 6); }));
+}
+
 TEST_F(ColorPaletteDialogTest, ComesBackWhereItWasLeft) {
     QWidget* palette = Open("-colorPalette", "Color Palette");
     palette->move(321, 123);

@@ -92,6 +92,36 @@ TEST_F(DrawingInViewTest, AnImageThatStaysIsBroughtToTheCardOnce) {
     EXPECT_EQ(View().UploadCount(), uploads + 1);
 }
 
+TEST_F(DrawingInViewTest, WhatACommandChangesIsSeenAtOnceAndSoIsItsUndo) {
+    SizeView(640, 480);
+    Run("qmVellixLayer -add -n Upper -ls 0 persp; qmVellixFrame -insert persp");
+    Draw(Drawing());
+    Settle(200);
+    const auto picturesOf = [this](const char* line) {
+        const unsigned before = View().FrameCount();
+        Run(line);
+        Settle(100);
+        return View().FrameCount() - before;
+    };
+    for (const char* const line :
+         {"qmVellixLayer -ev 0 1 persp", "qmVellixLayer -eo 0.5 1 persp", "qmVellixLayer -es 1 1 persp",
+          "qmVellixLayer -move 1 0 persp", "qmVellixLayer -newCamera top -move 1 -1 persp",
+          "qmVellixLayer -moveAll top persp", "qmVellixLayer -delete 1 persp",
+          "qmVellixLayer -deleteAll persp", "qmVellixFrame -clear persp"}) {
+        for (const char* const step : {line, "undo", "redo", "undo"}) {
+            EXPECT_GE(picturesOf(step), 1U) << step << " of " << line;
+        }
+    }
+    EXPECT_EQ(picturesOf("qmVellixLayer -qn 1 persp"), 0U);
+
+    ASSERT_NE(Node().GetActiveStroke("persp", false), nullptr);
+    Run("qmVellixStroke persp"); // the tool that ends the stroke shows it
+    Settle(100);
+    for (const char* const step : {"undo", "redo"}) {
+        EXPECT_GE(picturesOf(step), 1U) << step << " of a stroke";
+    }
+}
+
 TEST_F(DrawingInViewTest, TheOutlineIsDrawnOverTheDrawing) {
     SizeView(1024, 600);
     Use(lightbox::ViewOptions::Renderer::Viewport2);

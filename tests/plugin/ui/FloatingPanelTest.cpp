@@ -36,12 +36,24 @@ TEST_F(PanelPlaceTest, PanelsOpenWhereTheyWereLeft) {
     Settle();
     Panel().close();
     EXPECT_EQ(Panel().geometry(), QRect(120, 140, 333, 444));
-    // Left open, it is where it was at the next start too.
+    // Left open, it is open, and where it was, at the next start too.
     Panel().setGeometry(150, 160, 340, 350);
+    Open("-retimingTool", "Retiming Tool")->close();
     Settle();
-    Restart();
-    Load();
-    Show();
+    const auto restart = [&] {
+        Restart();
+        Load();
+        Settle();
+    };
+    restart();
+    QWidget* const panel = FindWindow(QStringLiteral("Layer Manager"));
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->geometry(), QRect(150, 160, 340, 350));
+    EXPECT_EQ(FindWindow(QStringLiteral("Retiming Tool")), nullptr);
+    EXPECT_TRUE(Window().isActiveWindow()) << "nobody asked for the panel just now";
+    panel->close();
+    restart();
+    EXPECT_EQ(FindWindow(QStringLiteral("Layer Manager")), nullptr);
     EXPECT_EQ(Panel().geometry(), QRect(150, 160, 340, 350));
 }
 

@@ -80,7 +80,7 @@ TEST_F(LayerDialogsTest, PropertiesIssueOneLineForEachChange) {
     Run("qmVellixNode -l -c persp -ln Ink; qmVellixLayer -es 2 0 persp");
     const auto name = [](const char* text) { return [text](QWidget& dialog) { Type(dialog, text); }; };
     const auto press = [](const char* text) { return [text](QWidget& dialog) { Click(&dialog, text); }; };
-    const auto hide = [](QWidget& dialog) { dialog.findChild<QCheckBox*>()->click(); };
+    const auto hide = press("Visible");
     const auto move = [](QWidget& dialog) { Camera(dialog).setCurrentText(QStringLiteral("top")); };
     const auto both = [](auto first, auto second) {
         return [first, second](QWidget& dialog) {
@@ -144,6 +144,39 @@ TEST_F(LayerDialogsTest, UnloadingThePluginTakesAnOpenDialogWithIt) {
     host_->plugins().Unload("vellix2", true);
     Settle();
     EXPECT_EQ(FindWindow(QStringLiteral("New Layer")), nullptr);
+}
+
+TEST_F(LayerDialogsTest, FollowWhatAScriptDoesMeanwhile) {
+    Run("qmVellixNode -l -c persp -ln Base; camera -name shotA; camera -name shotB");
+    for (const char* const title : {"New Layer", "Layer Properties"}) {
+        SCOPED_TRACE(title);
+        QWidget& dialog = title[0] == 'N' ? NewLayer() : Properties();
+        EXPECT_GE(Camera(dialog).findText(QStringLiteral("shotB1")), 0);
+        Camera(dialog).setCurrentText(QStringLiteral("shotA1"));
+        Type(dialog, "Typed");
+        Run("delete shotB1");
+        Settle();
+        EXPECT_LT(Camera(dialog).findText(QStringLiteral("shotB1")), 0);
+        EXPECT_EQ(Camera(dialog).currentText(), QStringLiteral("shotA1"));
+        EXPECT_EQ(Name(dialog).text(), QStringLiteral("Typed"));
+        Run("delete shotA1");
+        Settle();
+        EXPECT_EQ(Camera(dialog).currentText(), QStringLiteral("persp"));
+        Run("undo; undo");
+        Settle();
+        EXPECT_GE(Camera(dialog).findText(QStringLiteral("shotB1")), 0);
+        Click(&dialog, "Cancel");
+        Settle();
+    }
+    // The properties of a layer go with it; a new layer can be made still.
+    Properties();
+    Run("delete vellix");
+    Settle();
+    EXPECT_EQ(FindWindow(QStringLiteral("Layer Properties")), nullptr);
+    NewLayer();
+    Run("undo");
+    Settle();
+    EXPECT_NE(FindWindow(QStringLiteral("New Layer")), nullptr);
 }
 
 } // namespace vellix

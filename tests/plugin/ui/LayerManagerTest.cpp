@@ -145,6 +145,34 @@ TEST_F(LayerManagerTest, EachClickIsItsCommandLine) {
                             "qmVellixLayer -delete 1 persp", "evalDeferred(\"qmVellixUtil -rlm\")"));
 }
 
+TEST_F(LayerManagerTest, FollowsTheDrawingThatComesAndGoesUnselected) {
+    LayerManagerDialog& panel = Panel();
+    const std::vector<std::string> start = Shown(panel);
+    Run("select -clear");
+    Settle();
+    const std::string kept = "\"" + prefs_.path().toStdString() + "/kept.ma\"";
+    const struct {
+        std::string line;
+        bool isThere;
+    } steps[] = {{"delete vellix", false},
+                 {"undo", true},
+                 {"redo", false},
+                 {"undo", true},
+                 {"delete vellixShape", false},
+                 {"undo", true},
+                 {"file -rename " + kept + "; file -type \"mayaAscii\" -save", true},
+                 {"file -force -new", false},
+                 {"file -import " + kept, true},
+                 {"file -force -new", false},
+                 {"file -force -open " + kept, true}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.line);
+        Run(step.line);
+        Settle();
+        EXPECT_EQ(Shown(panel), step.isThere ? start : std::vector<std::string>());
+    }
+}
+
 TEST_F(LayerManagerTest, ButtonsDoNothingAtTheEnds) {
     LayerManagerDialog& panel = Panel();
     const auto press = [&](const char* line, std::initializer_list<const char*> dimmed) {

@@ -13,22 +13,6 @@ namespace vellix {
 
 namespace {
 
-struct PanelRow {
-    const char* flag;
-    const char* title;
-};
-
-const PanelRow PANELS[] = {{"-toolbox", "Toolbox"},
-                           {"-toolOptions", "Tool Options"},
-                           {"-colorPalette", "Color Palette"},
-                           {"-layerManager", "Layer Manager"},
-                           {"-retimingTool", "Retiming Tool"},
-                           {"-newLayer", "New Layer"},
-                           {"-layerProperties", "Layer Properties"},
-                           {"-ghostingSettings", "Ghosting Settings"},
-                           {"-preferences", "Preferences"},
-                           {"-about", "About Vellix 2"}};
-
 class PanelLookTest : public DialogFixture {
 protected:
     PanelLookTest() { Run("qmVellixNode -l -c persp -ln \"Rough\""); }
