@@ -16,6 +16,7 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -179,6 +180,10 @@ void PluginManager::Unload(const std::string& name, bool force) {
     }
     if (host_.files().IsReading()) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a scene file is being read.");
+    }
+    // What has opened a menu waits for it in its own code.
+    if (QApplication::activePopupWidget() != nullptr) {
+        throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a menu is open.");
     }
     for (const std::string& command : plugin->contextCommands) {
         if (host_.tools().IsBusy(command)) {

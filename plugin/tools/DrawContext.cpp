@@ -123,6 +123,7 @@ MStatus DrawContext::doRelease(MEvent&) {
     if (IsAdjusting()) {
         EndAdjusting();
     } else if (m_node || m_stroke != nullptr) {
+        ThreadManager::GetInstance()->AwaitFirstSamples();
         ThreadManager::GetInstance()->DestroyInputThread();
         m_guard.Release();
         const Stroke* const stroke = ActiveStroke();
@@ -199,11 +200,14 @@ void DrawContext::PushStroke() {
     if (node) {
         MayaUtil::PushStroke(m_camera, m_layerIndex, m_frameAdded);
     }
-    // What could not be committed, its layer or its node being gone, must not be in the way of the next one; a
-    // node that was deleted may come back.
+    // What could not be committed, its layer or its node being gone, must not be in the way of the next one;
+    // a node that was deleted may come back.
     BaseNode* const left = node.GetAlive();
     if (left != nullptr && left->HasActiveStroke()) {
         left->CancelActiveStroke();
+    }
+    if (node) {
+        node->RefreshActiveView(); // text that a key ends loses its frame
     }
 }
 

@@ -6,6 +6,7 @@
 #include "tools/InputWorker.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QThread>
 
@@ -60,6 +61,19 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     m_thread->start(QThread::InheritPriority);
     m_active = true;
     Q_EMIT RunInputWorker();
+}
+
+void ThreadManager::AwaitFirstSamples() {
+    if (!m_active || !StrokeIsThere()) {
+        return;
+    }
+    const int least = m_stroke->tool == ToolType::Text ? 1 : 2;
+    QElapsedTimer timer;
+    timer.start();
+    while (m_stroke->points.size() < least && !timer.hasExpired(LONGEST_WAIT)) {
+        QThread::msleep(1);
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    }
 }
 
 void ThreadManager::DestroyInputThread() {

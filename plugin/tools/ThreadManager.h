@@ -31,6 +31,9 @@ public:
     /// stopped first. With neither view, node or stroke nothing starts. All are borrowed, and may go before
     /// the thread is stopped: then samples are ignored.
     void CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke);
+    /// Lets the samples of the press come in, for a click that was over before the thread could take them.
+    /// Waits for them, though not for long.
+    void AwaitFirstSamples();
     /// Stops it. Samples that are still on their way are dropped. Waits for the thread, though not for long.
     void DestroyInputThread();
     bool IsActive() const { return m_active; }

@@ -41,8 +41,8 @@ protected:
     /// The main window has lost the keyboard: releases will not be seen. Overrides call it.
     virtual void ForgetHeldKeys();
 
-    /// A press of the right button with no modifier and no other button held. In a view it asks for the tool's menu, unless
-    /// backslash is held.
+    /// A press of the right button with no modifier and no other button held. In a view it asks for the
+    /// tool's menu, unless backslash is held.
     static bool IsPlainRightPress(const QMouseEvent& event);
     /// Shows the menu at the pointer until it is closed, and takes it over. The tool, and with it the
     /// handler, may be gone when it returns.

@@ -188,6 +188,18 @@ TEST_F(DrawToolKeysTest, KeysGoIntoTheText) {
     EXPECT_NE(Window().Layout().Current(), arrangement) << "keys are the host's again";
 }
 
+TEST_F(DrawToolKeysTest, TheFrameOfTheTextGoesWithTheKeyThatEndsIt) {
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Use(renderer);
+        BeginText({300, 200});
+        Type('w');
+        const QImage typed = Seen();
+        Type(ESCAPE);
+        EXPECT_GT(Difference(Seen(), typed), 60);
+        Run("undo");
+    }
+}
+
 // A dead key and the letter after it, or a word from a list, come as one composed text.
 TEST_F(DrawToolKeysTest, ComposedCharactersGoIntoTheText) {
     EXPECT_FALSE(View().testAttribute(Qt::WA_InputMethodEnabled));

@@ -1,4 +1,5 @@
 #include "host/MayaUtil.h"
+#include "mel/Error.h"
 #include "plugin/tools/DrawToolFixture.h"
 
 #include <QMenu>
@@ -57,6 +58,9 @@ protected:
             EXPECT_TRUE(menu->geometry().adjusted(-2, -2, 2, 2).contains(point)) << "it is at the pointer";
             QAction* const action = item.isEmpty() ? nullptr : Find(*menu, item);
             EXPECT_EQ(action != nullptr, !item.isEmpty()) << item.toStdString();
+            if (m_whileOpen) {
+                m_whileOpen();
+            }
             menu->close();
             if (action != nullptr) {
                 action->trigger();
@@ -72,6 +76,7 @@ protected:
         return described;
     }
     QString ChooseInView(const QString& item = QString()) { return Choose(OnScreen({300, 200}), item); }
+    std::function<void()> m_whileOpen;
     static QString WithoutLayers(const QString& menu) { return menu.mid(menu.indexOf("Transform, ")); }
 };
 
@@ -132,6 +137,31 @@ TEST_F(DrawToolMenuTest, ItemsDoWhatTheySay) {
     Settle(100);
     EXPECT_EQ(BaseNode::GetMaster(), nullptr);
     Settings::timelineFrameDisplay = 0;
+}
+
+TEST_F(DrawToolMenuTest, AnythingMayHappenWhileItIsOpen) {
+    for (const char* line : {"file -force -new", "delete vellix", "setToolTo selectSuperContext",
+                             "qmVellixLayer -delete 0 persp", "unloadPlugin -force vellix2"}) {
+        for (const char* item : {"Layer", "Line"}) {
+            SCOPED_TRACE(::testing::Message() << line << " " << item);
+            Run("file -force -new; qmVellixNode -l -f -c persp; qmVellixUtil -brushTool");
+            m_whileOpen = [&] {
+                const bool unloads = std::string(line).find("unload") == 0;
+                try {
+                    Run(line);
+                    EXPECT_FALSE(unloads) << "the menu returns to its code";
+                } catch (const lightbox::mel::Error&) {
+                    EXPECT_TRUE(unloads);
+                }
+            };
+            EXPECT_NE(ChooseInView(item), "");
+            m_whileOpen = nullptr;
+            EXPECT_EQ(Settings::activeTool == ToolType::Line, std::string(item) == "Line");
+            Run("file -force -new; qmVellixNode -l -f -c persp; qmVellixUtil -brushTool");
+            Drag({{500, 300}, {540, 300}, {580, 300}});
+            EXPECT_GT(Drawing().pixelColor(540, 524).alpha(), 0);
+        }
+    }
 }
 
 TEST_F(DrawToolMenuTest, ItOpensOnlyForAPlainRightClick) {

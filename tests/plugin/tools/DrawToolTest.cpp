@@ -184,6 +184,28 @@ TEST_F(DrawToolTest, AClickMakesADotOfTwoPoints) {
     EXPECT_GT(CoverageOf(Drawing()), 20.0);
 }
 
+// A tap, or a click while the main thread was busy: the release comes right after the press.
+TEST_F(DrawToolTest, AClickMakesADotHoweverShort) {
+    for (const char* tool : {"pencil", "brush", "line"}) {
+        SCOPED_TRACE(tool);
+        Run(std::string("qmVellixUtil -") + tool + "Tool; qmVellixFrame -clear");
+        MoveTo({400, 300});
+        Settle(20);
+        m_input.Press();
+        m_input.Release();
+        Settle(50);
+        EXPECT_GT(Drawing().pixelColor(Sampled({400, 300})).alpha(), 0);
+    }
+    Run("qmVellixUtil -textTool; qmVellixFrame -clear");
+    MoveTo({500, 300});
+    Settle(20);
+    m_input.Press();
+    m_input.Release();
+    Type('w');
+    Type(0xff1b);
+    EXPECT_GT(CoverageOf(Drawing()), 5.0);
+}
+
 // The last sample comes after the last event of the mouse that could redraw the view.
 TEST_F(DrawToolTest, WhereThePointerRestsIsShownBeforeTheRelease) {
     for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
@@ -348,6 +370,44 @@ TEST_F(DrawToolTest, TheToolGoesWithThePlugInInTheMiddleOfAStroke) {
     EXPECT_NO_FATAL_FAILURE(host_.reset());
     m_input.Release();
     EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
+}
+
+TEST_F(DrawToolTest, ThePlugInMayBeUnloadedInTheMiddleOfAStroke) {
+    Run("qmVellixUtil -pencilTool");
+    PressAndWait({300, 200});
+    MoveAndWait({340, 200});
+    host_->plugins().Unload("vellix2", true);
+    EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
+    MoveTo({380, 200});
+    Settle();
+    Release();
+    host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    Run("file -force -new; qmVellixNode -l -f -c persp; qmVellixUtil -brushTool");
+    Settle();
+    Drag({{500, 300}, {540, 300}, {580, 300}});
+    EXPECT_GT(CoverageOf(Drawing()), 50.0);
+}
+
+TEST_F(DrawToolTest, AStrokeInAWindowThatIsClosedIsCommitted) {
+    Run("window floating; paneLayout; modelPanel -camera persp floatingPanel; showWindow floating");
+    Settle(100);
+    Run("qmVellixUtil -brushTool");
+    const QPoint start = View("floatingPanel").mapToGlobal(View("floatingPanel").rect().center());
+    m_input.MoveTo(start);
+    Settle(20);
+    m_input.Press();
+    ASSERT_TRUE(WaitFor([] { return PointCount() >= 2; }));
+    m_input.MoveTo(start + QPoint(30, 0));
+    ASSERT_TRUE(WaitFor([] { return PointCount() >= 3; }));
+    const std::size_t before = StrokesToUndo();
+    Run("deleteUI floating");
+    Settle(100);
+    EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
+    EXPECT_EQ(ActiveStroke(), nullptr);
+    EXPECT_GT(StrokesToUndo(), before);
+    EXPECT_GT(CoverageOf(Drawing()), 50.0);
+    Release();
+    Drag({{500, 300}, {540, 300}, {580, 300}});
 }
 
 // What a press adds, a layer or a frame, goes with the stroke when it is undone.
