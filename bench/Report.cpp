@@ -28,7 +28,8 @@ QJsonObject ReadObject(const QString& path, bool& ok) {
     QJsonParseError error{};
     QJsonDocument document;
     if (file.open(QIODevice::ReadOnly)) {
-        document = QJsonDocument::fromJson(file.readAll(), &error);
+        // How much a counter varies that is always zero is written in a way that JSON does not know.
+        document = QJsonDocument::fromJson(file.readAll().replace(": NaN", ": null"), &error);
     }
     ok = document.isObject();
     if (!ok) {

@@ -41,7 +41,7 @@ void CameraLayerList::FitHeader() {
     QFont bold = font();
     bold.setBold(true);
     m_header->setFont(bold);
-    m_header->setFixedHeight(qMax(HEADER_HEIGHT, QFontMetrics(bold).height() + 4));
+    m_header->setFixedHeight(qMax(HEADER_HEIGHT, QFontMetrics(bold).height() + 3));
 }
 
 void CameraLayerList::changeEvent(QEvent* event) {

@@ -26,7 +26,7 @@ void LayerToggle::Show(const QString& letter, const QString& meaning) {
 
 QSize LayerToggle::sizeHint() const {
     const QRect letter = fontMetrics().boundingRect(QLatin1Char('V'));
-    return QSize(letter.width() + 8, fontMetrics().ascent() + 2).expandedTo(QSize(20, 14));
+    return QSize(letter.width() + 8, fontMetrics().ascent() + 1).expandedTo(QSize(20, 14));
 }
 
 void LayerToggle::changeEvent(QEvent* event) {
