@@ -46,8 +46,8 @@ public:
     lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(m_host); }
     lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
-    /// Draws the view and waits for the last pixel. The window's own composition lets no frame begin before the
-    /// one before is shown, so the event loop has to turn.
+    /// Draws the view and waits for the last pixel. The window's own composition lets no frame begin before
+    /// the one before is shown, so the event loop has to turn.
     void DrawNow() {
         const unsigned before = View().FrameCount();
         View().Refresh(false);
@@ -112,8 +112,8 @@ public:
     void Run() const {
         m_view.makeCurrent();
         m_gl->glBindTexture(GL_TEXTURE_2D, m_texture);
-        m_gl->glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, m_image.width(), m_image.height(), GL_RGBA, GL_UNSIGNED_BYTE,
-                              m_image.constBits());
+        m_gl->glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, m_image.width(), m_image.height(), GL_RGBA,
+                              GL_UNSIGNED_BYTE, m_image.constBits());
         m_gl->glFinish();
         m_view.doneCurrent();
     }

@@ -115,7 +115,8 @@ void Latency(benchmark::State& state) {
         });
         QObject::disconnect(connection);
 
-        // The parts of a frame, each by itself. The upload is that of a whole image: at least what a stroke needs.
+        // The parts of a frame, each by itself. The upload is that of a whole image: at least what a stroke
+        // needs.
         const ImageUpload upload(session.View());
         std::vector<double> composing;
         std::vector<double> uploading;

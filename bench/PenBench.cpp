@@ -44,8 +44,8 @@ QPointF At(const TimedPath& path, double time) {
     return before.position + (next->position - before.position) * share;
 }
 
-/// What the smoothing makes of the path when it is sampled at the tool's rate, after the first sample from the
-/// given time on, in milliseconds.
+/// What the smoothing makes of the path when it is sampled at the tool's rate, after the first sample from
+/// the given time on, in milliseconds.
 QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorded, int phase) {
     Stroke stroke;
     stroke.tool = recorded.tool;
@@ -109,7 +109,8 @@ TimedPath Follow(const TimedPath& path, const QPoint& origin) {
 }
 
 /// The points of the stroke that is drawn along the path, and the path that the pointer took.
-QList<StrokePoint> Drawn(DrawingWindow& window, RealInput& input, const TimedPath& path, TimedPath& followed) {
+QList<StrokePoint> Drawn(DrawingWindow& window, RealInput& input, const TimedPath& path,
+                         TimedPath& followed) {
     // The samples of the pointer are a pixel to the right and one down from where it is.
     const int above = (1024 - window.View().height() + 1) / 2;
     const QPoint origin = window.View().mapToGlobal(QPoint(-1, -above + 1));

@@ -21,8 +21,8 @@ namespace lightbox {
 namespace {
 
 const char* const FALLBACK_CAMERA = "persp";
-/// Milliseconds, half a refresh of the usual screen, that a frame waits for what else comes with a tool's drag:
-/// a sample of the pen takes as long, and would else be seen a frame later.
+/// Milliseconds, half a refresh of the usual screen, that a frame waits for what else comes with a tool's
+/// drag: a sample of the pen takes as long, and would else be seen a frame later.
 constexpr int AFTER_DRAG = 8;
 
 void LoadMatrix(GLenum which, const Imath::M44d& matrix) {

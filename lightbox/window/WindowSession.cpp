@@ -23,8 +23,8 @@ namespace lightbox {
 void WindowSession::PrepareApplication() {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // Whole factors, so that a pixel of a drawing is a square of the screen's: a screen of 100 dots an inch is
-    // not one that wants everything 1.04 times as large. QT_SCALE_FACTOR takes any other.
+    // Whole factors, so that a pixel of a drawing is a square of the screen's: a screen of 100 dots an inch
+    // is not one that wants everything 1.04 times as large. QT_SCALE_FACTOR takes any other.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::RoundPreferFloor);
     // A plug-in makes a texture in one view and draws it in all of them.
