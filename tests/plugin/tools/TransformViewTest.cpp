@@ -63,6 +63,29 @@ protected:
     }
 };
 
+TEST_F(TransformViewTest, AFrameWaitsForWhatElseComesWithADrag) {
+    Begin();
+    Draw(Composite::TransparentImage());
+    Press({300, 400});
+    Move({320, 420});
+    Settle(40);
+    const unsigned before = View().FrameCount();
+    Move({330, 430});
+    Move({340, 440});
+    QCoreApplication::sendPostedEvents(); // all that is due at once
+    EXPECT_EQ(View().FrameCount(), before);
+    View().Refresh(false);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(View().FrameCount(), before + 1) << "what others want is drawn at once, the drag with it";
+    Settle(40);
+    EXPECT_EQ(View().FrameCount(), before + 1);
+
+    Move({350, 450});
+    Settle(40);
+    EXPECT_EQ(View().FrameCount(), before + 2) << "and a drag alone soon";
+    Release({399, 459});
+}
+
 TEST_F(TransformViewTest, TheSelectionIsOutlinedUntilItEnds) {
     Begin();
     Draw(Composite::TransparentImage());
