@@ -56,10 +56,10 @@ TEST_F(PanelLayoutTest, TheFourPanelsLookThroughTheStartUpCamerasAndStandInFourC
     EXPECT_EQ(camera("modelPanel3"), "front");
     EXPECT_EQ(camera("modelPanel4"), "persp");
     const auto at = [&](const char* panel) { return Panel(panel).mapTo(&Window(), QPoint()); };
+    EXPECT_TRUE(WaitFor([&] { return at("modelPanel4").x() == at("modelPanel2").x(); }));
     EXPECT_LT(at("modelPanel1").x(), at("modelPanel4").x());
     EXPECT_EQ(at("modelPanel1").y(), at("modelPanel4").y());
     EXPECT_LT(at("modelPanel1").y(), at("modelPanel3").y());
-    EXPECT_EQ(at("modelPanel4").x(), at("modelPanel2").x());
 }
 
 TEST_F(PanelLayoutTest, SpaceShowsThePanelUnderThePointerAloneAndThenAllAgain) {
