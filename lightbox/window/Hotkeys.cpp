@@ -42,13 +42,12 @@ std::string Filled(std::string line, ViewportPanel& panel) {
 
 } // namespace
 
-Hotkeys::Hotkeys(MainWindow& window)
-    : QObject(&window) {
+void AddHotkeys(MainWindow& window) {
     for (const Hotkey& hotkey : HOTKEYS) {
         auto* const shortcut = new QShortcut(QKeySequence(hotkey.key), &window);
         shortcut->setContext(Qt::ApplicationShortcut);
         shortcut->setAutoRepeat(false);
-        connect(shortcut, &QShortcut::activated, &window, [&window, line = hotkey.line] {
+        QObject::connect(shortcut, &QShortcut::activated, &window, [&window, line = hotkey.line] {
             if (ViewportPanel* const panel = window.Panels().Active()) {
                 panel->RunLine(Filled(line, *panel));
             }

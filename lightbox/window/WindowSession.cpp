@@ -47,7 +47,7 @@ WindowSession::WindowSession(Host& host)
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
     MainWindow* const window = WindowInterface::Current(host);
     new FileDrop(host, *window);
-    new Hotkeys(*window);
+    AddHotkeys(*window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
     // The time slider sees to it when the time changes.
     callbacks_.push_back(

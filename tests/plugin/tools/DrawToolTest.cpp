@@ -1,3 +1,4 @@
+#include "plugin/paint/PaintTesting.h"
 #include "plugin/tools/DrawToolFixture.h"
 #include "scene/UndoQueue.h"
 #include "tools/ThreadManager.h"
@@ -61,18 +62,6 @@ protected:
                 Type(key < ' ' ? 0xff00U + static_cast<unsigned>(key) : static_cast<unsigned>(key));
             }
         }
-    }
-    /// Where the two differ.
-    static QRect Difference(const QImage& one, const QImage& other) {
-        QRect box;
-        for (int y = 0; y < one.height(); ++y) {
-            for (int x = 0; x < one.width(); ++x) {
-                if (one.pixel(x, y) != other.pixel(x, y)) {
-                    box |= QRect(x, y, 1, 1);
-                }
-            }
-        }
-        return box;
     }
     static QList<QPoint> Zigzag(const QPoint& from) {
         QList<QPoint> points;
