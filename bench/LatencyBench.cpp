@@ -87,8 +87,13 @@ void DrawStroke(DrawingWindow& session, RealInput& input, Move move) {
     session.Run("undo");
 }
 
-void Latency(benchmark::State& state) {
+using Renderer = lightbox::ViewOptions::Renderer;
+
+void Latency(benchmark::State& state, Renderer renderer) {
     DrawingWindow session(VIEW);
+    lightbox::ViewOptions options = session.View().Options();
+    options.renderer = renderer;
+    session.View().SetOptions(options);
     FillLayers(session);
     RealInput input;
     if (!input.IsAvailable()) {
@@ -133,9 +138,8 @@ void Latency(benchmark::State& state) {
             upload.Run();
             uploading.push_back(Milliseconds(timer));
             session.View().setUpdatesEnabled(true);
-            session.DrawNow();
             timer.start();
-            session.DrawNow(); // with nothing to compose and to upload
+            session.DrawNow(); // with nothing left to compose
             drawing.push_back(Milliseconds(timer));
         });
         state.SetIterationTime(At(shown, 0.5) * 1e-3);
@@ -146,7 +150,14 @@ void Latency(benchmark::State& state) {
         state.counters["drawing"] = At(drawing, 0.5);
     }
 }
-BENCHMARK(Latency)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Latency, Viewport2, Renderer::Viewport2)
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Latency, Legacy, Renderer::Legacy)
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -23,6 +23,8 @@ namespace {
 
 constexpr QSize VIEW(1024, 1024);
 constexpr int SAMPLE_PERIOD = 8; // milliseconds
+/// Of the sampling that are compared, a quarter of a millisecond apart.
+constexpr int PHASES = 32;
 
 struct TimedPoint {
     QPointF position; ///< image pixels
@@ -44,16 +46,23 @@ QPointF At(const TimedPath& path, double time) {
     return before.position + (next->position - before.position) * share;
 }
 
+/// Where a pointer that goes from one point of the path to the next in jumps is at that time.
+QPointF LastBefore(const TimedPath& path, double time) {
+    const auto next = std::upper_bound(path.begin(), path.end(), time,
+                                       [](double t, const TimedPoint& point) { return t < point.time; });
+    return next == path.begin() ? path.front().position : (next - 1)->position;
+}
+
 /// What the smoothing makes of the path when it is sampled at the tool's rate, after the first sample from
 /// the given time on, in milliseconds.
-QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorded, int phase) {
+QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorded, double phase) {
     Stroke stroke;
     stroke.tool = recorded.tool;
     StrokeSmoother smoother;
     StrokePoint point;
     point.size = recorded.size;
     const auto receive = [&](double time) {
-        point.position = At(path, time).toPoint();
+        point.position = LastBefore(path, time).toPoint();
         smoother.Receive(stroke, point, QString());
     };
     receive(0.0);
@@ -67,8 +76,8 @@ QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorde
 /// sampling without any fault makes lines that lie several pixels apart.
 std::vector<QList<StrokePoint>> SmoothedInEveryPhase(const TimedPath& path, const RecordedStroke& recorded) {
     std::vector<QList<StrokePoint>> lines;
-    for (int phase = 1; phase <= SAMPLE_PERIOD; ++phase) {
-        lines.push_back(Smoothed(path, recorded, phase));
+    for (int phase = 1; phase <= PHASES; ++phase) {
+        lines.push_back(Smoothed(path, recorded, static_cast<double>(phase * SAMPLE_PERIOD) / PHASES));
     }
     return lines;
 }

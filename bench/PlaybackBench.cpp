@@ -112,10 +112,12 @@ void ComposeFrame(benchmark::State& state) {
 }
 BENCHMARK(ComposeFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-/// The view again with what the card has: the 3D scene and the drawing.
+/// The whole view again with what the card has: the 3D scene and the drawing.
 void DrawFrame(benchmark::State& state) {
     g_window->DrawNow();
     for (auto _ : state) {
+        View().BeginGl(); // nobody knows any more what the picture shows
+        View().EndGl();
         g_window->DrawNow();
     }
 }

@@ -11,6 +11,7 @@
 #include "scene/Scene.h"
 #include "scene/VisibleShapes.h"
 #include "window/MeshBuffers.h"
+#include "window/SceneContents.h"
 #include "window/SceneRenderer.h"
 
 #include <QApplication>
@@ -91,7 +92,7 @@ void OrbitFrames(benchmark::State& state, DisplayOptions::Shading shading) {
     double degrees = 0.0;
     const auto frame = [&] {
         const CameraView view = Orbit(degrees += STEP);
-        renderer.Draw(Host::Get().scene(), view, CameraShape(), options, 1.0);
+        renderer.Draw(SceneContents(Host::Get().scene(), view, CameraShape(), options), 1.0);
         g_canvas->Gl().glFinish();
     };
     frame();
@@ -174,15 +175,9 @@ BENCHMARK(PlainBuffers)->Unit(benchmark::kMillisecond)->UseRealTime();
 void FindWhatIsDrawn(benchmark::State& state) {
     double degrees = 0.0;
     for (auto _ : state) {
-        Orbit(degrees += STEP);
-        std::size_t triangles = 0;
-        for (const VisibleShape& visible : FindVisibleShapes(Host::Get().scene())) {
-            if (MeshNode::Is(*visible.shape)) {
-                triangles += MeshNode::Evaluate(*visible.shape)->Tessellation().Triangles().size();
-                benchmark::DoNotOptimize(Material::Of(*visible.shape));
-            }
-        }
-        benchmark::DoNotOptimize(triangles);
+        const CameraView view = Orbit(degrees += STEP);
+        const SceneContents contents(Host::Get().scene(), view, CameraShape(), {});
+        benchmark::DoNotOptimize(contents.surfaces.data());
     }
 }
 BENCHMARK(FindWhatIsDrawn)->Unit(benchmark::kMicrosecond)->UseRealTime();
@@ -194,11 +189,14 @@ void ChangeOneMesh(benchmark::State& state) {
     const CameraView view = Orbit(30.0);
     const Plug radius = Host::Get().scene().FindPlug("polySphere1.radius");
     double size = 2.0;
-    renderer.Draw(Host::Get().scene(), view, CameraShape(), {}, 1.0);
+    const auto draw = [&] {
+        renderer.Draw(SceneContents(Host::Get().scene(), view, CameraShape(), {}), 1.0);
+    };
+    draw();
     const unsigned before = renderer.UploadCount();
     for (auto _ : state) {
         radius.Store(size = size < 2.5 ? size + 0.001 : 2.0);
-        renderer.Draw(Host::Get().scene(), view, CameraShape(), {}, 1.0);
+        draw();
         g_canvas->Gl().glFinish();
     }
     state.counters["uploads_a_frame"] =

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <memory>
+#include <tuple>
 #include <vector>
 
 namespace lightbox {
@@ -46,6 +47,16 @@ struct DrawItem {
     /// Qt::AlignLeft: the text begins at the position; AlignHCenter: it is centred on it; AlignRight: it ends
     /// there. The position is on the base line.
     Qt::Alignment alignment = Qt::AlignLeft;
+
+    /// Whether both are drawn alike, but for what the pixels of their one texture were.
+    bool operator==(const DrawItem& other) const {
+        const auto all = [](const DrawItem& i) {
+            return std::tie(i.kind, i.color, i.lineWidth, i.filled, i.depthPriority, i.position, i.end, i.up,
+                            i.halfWidth, i.halfHeight, i.radius, i.texture, i.smooth, i.channels, i.text,
+                            i.fontSize, i.alignment);
+        };
+        return all(*this) == all(other);
+    }
 };
 
 /// In the order of drawing.

@@ -35,6 +35,12 @@ public:
     /// By how much the camera's 2D pan has to change for the picture to move by one view pixel.
     double PanPerPixel() const { return panPerPixel_; }
 
+    /// Whether both show a scene at the same places.
+    bool operator==(const CameraView& other) const {
+        return width_ == other.width_ && height_ == other.height_ && view_ == other.view_ &&
+               projection_ == other.projection_;
+    }
+
 private:
     int width_;
     int height_;

@@ -2,6 +2,7 @@
 
 #include <Imath/ImathVec.h>
 #include <memory>
+#include <tuple>
 
 namespace lightbox {
 
@@ -17,6 +18,13 @@ struct Material {
     float specular = 0.0f;
     /// It shines by itself and no light changes it.
     bool isFlat = false;
+
+    bool operator==(const Material& other) const {
+        const auto all = [](const Material& m) {
+            return std::tie(m.color, m.incandescence, m.diffuse, m.opacity, m.specular, m.isFlat);
+        };
+        return all(*this) == all(other);
+    }
 
     /// Of the shading group that the shape is in, as a whole; the default for one that is in none.
     static Material Of(const Node& shape);

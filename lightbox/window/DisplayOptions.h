@@ -2,6 +2,8 @@
 
 #include <QColor>
 
+#include <tuple>
+
 namespace lightbox {
 
 /// How a viewport shows the scene.
@@ -21,6 +23,15 @@ struct DisplayOptions {
     /// The background runs from the first colour, at the top, to the second.
     QColor backgroundTop{0x6e, 0x79, 0x86};
     QColor backgroundBottom{0x20, 0x22, 0x25};
+
+    bool operator==(const DisplayOptions& other) const {
+        const auto all = [](const DisplayOptions& o) {
+            return std::tie(o.shading, o.wireframeOnShaded, o.defaultMaterial, o.grid, o.axisIcon, o.meshes,
+                            o.cameras, o.locators, o.selectionHighlighting, o.backgroundTop,
+                            o.backgroundBottom);
+        };
+        return all(*this) == all(other);
+    }
 };
 
 } // namespace lightbox

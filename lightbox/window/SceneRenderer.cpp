@@ -1,13 +1,7 @@
 #include "window/SceneRenderer.h"
 
-#include "scene/CameraView.h"
-#include "scene/DagNode.h"
-#include "scene/Material.h"
-#include "scene/MeshNode.h"
-#include "scene/Scene.h"
-#include "scene/ShapeOutline.h"
-#include "scene/VisibleShapes.h"
 #include "window/MeshBuffers.h"
+#include "window/SceneContents.h"
 #include "window/SceneLines.h"
 #include "window/SceneShaders.h"
 
@@ -26,11 +20,6 @@ using Imath::M44d;
 using Imath::V3f;
 using Imath::V4f;
 
-const V4f LEAD_COLOR(0.26f, 1.0f, 0.64f, 1.0f);
-const V4f SELECTED_COLOR(1.0f, 1.0f, 1.0f, 1.0f);
-const V4f TEMPLATE_COLOR(0.48f, 0.48f, 0.50f, 1.0f);
-const V4f WIRE_COLOR(0.05f, 0.09f, 0.30f, 1.0f);
-const V4f OUTLINE_COLOR(0.08f, 0.14f, 0.42f, 1.0f);
 /// How far lines are drawn in front of where they are, in the sizes of a pixel there: enough for those that
 /// lie on a surface which is seen at a slant.
 constexpr double LINES_FORWARD = 1.0;
@@ -59,23 +48,6 @@ V4f Vector(const QColor& color) {
             static_cast<float>(color.blueF()), 1.0f};
 }
 
-V4f LineColor(VisibleShape::State state, bool highlights, const V4f& plain) {
-    if (state == VisibleShape::State::Template) {
-        return TEMPLATE_COLOR;
-    }
-    if (!highlights) {
-        return plain;
-    }
-    return state == VisibleShape::State::Lead       ? LEAD_COLOR
-           : state == VisibleShape::State::Selected ? SELECTED_COLOR
-                                                    : plain;
-}
-
-/// Later ones are drawn over earlier ones.
-int LayerOf(VisibleShape::State state) {
-    return state == VisibleShape::State::Lead ? 2 : state == VisibleShape::State::Selected ? 1 : 0;
-}
-
 /// Across which axis the grid of a view stands: the ground, or what a parallel view along an axis faces.
 int GridAxis(const CameraView& view) {
     if (!view.IsOrthographic()) {
@@ -95,40 +67,32 @@ int GridAxis(const CameraView& view) {
 class SceneRenderer::Private {
 public:
     bool Build();
-    void Draw(Scene& scene, const DagNode& lookThrough);
+    void Draw();
 
     unsigned UploadCount() const { return meshes_.UploadCount(); }
 
-    const CameraView* view = nullptr;
-    DisplayOptions options;
+    const SceneContents* contents = nullptr;
     double devicePixelRatio = 1.0;
     bool isReady = false;
 
 private:
-    struct Surface {
-        Imath::M44d world;
-        std::shared_ptr<const MeshData> mesh;
-        Material material;
-        bool hasLines;
-        bool IsTransparent() const { return material.opacity < 0.999f; }
-    };
+    using Surface = SceneContents::Surface;
 
+    const CameraView& View() const { return contents->view; }
     void DrawBackground();
     /// Between them lines are drawn smooth, and leave the depth as it is.
     void BeginLines();
     void EndLines();
     void DrawAxisIcon();
-    std::vector<Surface> FindSurfaces(const std::vector<VisibleShape>& shapes) const;
     /// Those that can be seen through, or the others.
-    void DrawSurfaces(const std::vector<Surface>& surfaces, bool transparent);
+    void DrawSurfaces(bool transparent);
     void DrawSurface(const Surface& surface);
-    void DrawMeshLines(const std::vector<VisibleShape>& shapes);
-    void DrawOutlines(const std::vector<VisibleShape>& shapes, const DagNode& lookThrough);
+    void DrawWires();
+    void DrawOutlines();
     /// Lines with a colour for each vertex, from memory.
     void DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix, float towardsEye);
     /// What to take from the depth in clip space for lines to lie that many pixel sizes in front.
     float TowardsEye(double pixels) const;
-    bool ShowsLines(const VisibleShape& visible) const;
     void Restore();
 
     QOpenGLFunctions* gl_ = nullptr;
@@ -145,12 +109,11 @@ bool SceneRenderer::Private::Build() {
     return isReady;
 }
 
-void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
-    gl_->glViewport(0, 0, static_cast<int>(std::lround(view->Width() * devicePixelRatio)),
-                    static_cast<int>(std::lround(view->Height() * devicePixelRatio)));
-    viewMatrix_ = Matrix(view->View());
-    projection_ = Matrix(view->Projection());
-    gl_->glDisable(GL_SCISSOR_TEST);
+void SceneRenderer::Private::Draw() {
+    gl_->glViewport(0, 0, static_cast<int>(std::lround(View().Width() * devicePixelRatio)),
+                    static_cast<int>(std::lround(View().Height() * devicePixelRatio)));
+    viewMatrix_ = Matrix(View().View());
+    projection_ = Matrix(View().Projection());
     gl_->glDisable(GL_CULL_FACE);
     gl_->glDepthMask(GL_TRUE);
     gl_->glDepthFunc(GL_LEQUAL);
@@ -160,29 +123,18 @@ void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
     gl_->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     DrawBackground();
     gl_->glEnable(GL_DEPTH_TEST);
-    std::vector<VisibleShape> shapes = FindVisibleShapes(scene);
-    std::vector<Surface> surfaces;
-    if (options.meshes && options.shading == DisplayOptions::Shading::Smooth) {
-        surfaces = FindSurfaces(shapes);
-    }
-    DrawSurfaces(surfaces, false);
+    DrawSurfaces(false);
     BeginLines();
-    if (options.grid) {
-        DrawLines(GridLines(GridAxis(*view)), projection_ * viewMatrix_, TowardsEye(GRID_FORWARD));
+    if (contents->options.grid) {
+        DrawLines(GridLines(GridAxis(View())), projection_ * viewMatrix_, TowardsEye(GRID_FORWARD));
     }
     EndLines();
-    DrawSurfaces(surfaces, true);
-    // What is selected shows through what is not.
-    std::stable_sort(shapes.begin(), shapes.end(), [](const VisibleShape& a, const VisibleShape& b) {
-        return LayerOf(a.state) < LayerOf(b.state);
-    });
+    DrawSurfaces(true);
     BeginLines();
-    if (options.meshes) {
-        DrawMeshLines(shapes);
-    }
-    DrawOutlines(shapes, lookThrough);
+    DrawWires();
+    DrawOutlines();
     gl_->glDisable(GL_DEPTH_TEST);
-    if (options.axisIcon) {
+    if (contents->options.axisIcon) {
         DrawAxisIcon();
     }
     EndLines();
@@ -191,8 +143,8 @@ void SceneRenderer::Private::Draw(Scene& scene, const DagNode& lookThrough) {
 }
 
 void SceneRenderer::Private::DrawBackground() {
-    const V4f top = Vector(options.backgroundTop);
-    const V4f bottom = Vector(options.backgroundBottom);
+    const V4f top = Vector(contents->options.backgroundTop);
+    const V4f bottom = Vector(contents->options.backgroundBottom);
     const LineVertex corners[] = {
         {V3f(-1, -1, 0), bottom}, {V3f(1, -1, 0), bottom}, {V3f(-1, 1, 0), top}, {V3f(1, 1, 0), top}};
     QOpenGLShaderProgram& program = shaders_.Lines();
@@ -228,9 +180,9 @@ void SceneRenderer::Private::DrawLines(const std::vector<LineVertex>& lines, con
 float SceneRenderer::Private::TowardsEye(double pixels) const {
     // The derivative of the projected depth by the distance, times a pixel's size at that distance: in both
     // projections it does not depend on the distance.
-    const M44d& projection = view->Projection();
-    const double pixelSize = 2.0 / (projection[1][1] * view->Height());
-    return static_cast<float>(-projection[view->IsOrthographic() ? 2 : 3][2] * pixelSize * pixels);
+    const M44d& projection = View().Projection();
+    const double pixelSize = 2.0 / (projection[1][1] * View().Height());
+    return static_cast<float>(-projection[View().IsOrthographic() ? 2 : 3][2] * pixelSize * pixels);
 }
 
 void SceneRenderer::Private::BeginLines() {
@@ -247,45 +199,30 @@ void SceneRenderer::Private::EndLines() {
 }
 
 void SceneRenderer::Private::DrawAxisIcon() {
-    const M44d& m = view->View();
+    const M44d& m = View().View();
     const auto column = [&](int i) {
         return V3f(static_cast<float>(m[0][i]), static_cast<float>(m[1][i]), static_cast<float>(m[2][i]))
             .normalized();
     };
     QMatrix4x4 matrix;
-    matrix.ortho(0.0f, static_cast<float>(view->Width()), 0.0f, static_cast<float>(view->Height()), -1000.0f,
-                 1000.0f);
+    matrix.ortho(0.0f, static_cast<float>(View().Width()), 0.0f, static_cast<float>(View().Height()),
+                 -1000.0f, 1000.0f);
     matrix.translate(ICON_CENTER, ICON_CENTER);
     matrix.scale(ICON_SIZE);
     DrawLines(AxisIconLines(column(0), column(1), column(2)), matrix, 0.0f);
 }
 
-std::vector<SceneRenderer::Private::Surface>
-SceneRenderer::Private::FindSurfaces(const std::vector<VisibleShape>& shapes) const {
-    std::vector<Surface> surfaces;
-    for (const VisibleShape& visible : shapes) {
-        if (!MeshNode::Is(*visible.shape) || visible.state == VisibleShape::State::Template) {
-            continue;
-        }
-        if (const std::shared_ptr<const MeshData> mesh = MeshNode::Evaluate(*visible.shape)) {
-            const Material material = options.defaultMaterial ? Material() : Material::Of(*visible.shape);
-            surfaces.push_back({visible.world, mesh, material, ShowsLines(visible)});
-        }
-    }
-    return surfaces;
-}
-
-void SceneRenderer::Private::DrawSurfaces(const std::vector<Surface>& surfaces, bool transparent) {
+void SceneRenderer::Private::DrawSurfaces(bool transparent) {
     QOpenGLShaderProgram& program = shaders_.Surface();
     program.bind();
     program.setUniformValue("projection", projection_);
-    program.setUniformValue("isParallel", view->IsOrthographic());
+    program.setUniformValue("isParallel", View().IsOrthographic());
     if (transparent) {
         // What can be seen through hides nothing.
         gl_->glEnable(GL_BLEND);
         gl_->glDepthMask(GL_FALSE);
     }
-    for (const Surface& surface : surfaces) {
+    for (const Surface& surface : contents->surfaces) {
         if (surface.IsTransparent() == transparent) {
             DrawSurface(surface);
         }
@@ -325,24 +262,13 @@ void SceneRenderer::Private::DrawSurface(const Surface& surface) {
     buffers.corners.release();
 }
 
-bool SceneRenderer::Private::ShowsLines(const VisibleShape& visible) const {
-    return options.shading == DisplayOptions::Shading::Wireframe || options.wireframeOnShaded ||
-           visible.state == VisibleShape::State::Template ||
-           (visible.IsSelected() && options.selectionHighlighting);
-}
-
-void SceneRenderer::Private::DrawMeshLines(const std::vector<VisibleShape>& shapes) {
+void SceneRenderer::Private::DrawWires() {
     QOpenGLShaderProgram& program = shaders_.Lines();
-    for (const VisibleShape& visible : shapes) {
-        const bool isDrawn = MeshNode::Is(*visible.shape) && ShowsLines(visible);
-        const std::shared_ptr<const MeshData> mesh = isDrawn ? MeshNode::Evaluate(*visible.shape) : nullptr;
-        if (!mesh) {
-            continue;
-        }
-        MeshBuffers::Buffers& buffers = meshes_.Get(*mesh);
-        const V4f color = LineColor(visible.state, options.selectionHighlighting, WIRE_COLOR);
+    for (const SceneContents::Wires& wires : contents->wires) {
+        MeshBuffers::Buffers& buffers = meshes_.Get(*wires.mesh);
+        const V4f& color = wires.color;
         program.bind();
-        program.setUniformValue("modelViewProjection", projection_ * viewMatrix_ * Matrix(visible.world));
+        program.setUniformValue("modelViewProjection", projection_ * viewMatrix_ * Matrix(wires.world));
         program.setUniformValue("tint", QVector4D(color.x, color.y, color.z, color.w));
         program.setUniformValue("towardsEye", TowardsEye(LINES_FORWARD));
         program.enableAttributeArray(SceneShaders::Position);
@@ -357,20 +283,13 @@ void SceneRenderer::Private::DrawMeshLines(const std::vector<VisibleShape>& shap
     }
 }
 
-void SceneRenderer::Private::DrawOutlines(const std::vector<VisibleShape>& shapes,
-                                          const DagNode& lookThrough) {
-    for (const VisibleShape& visible : shapes) {
-        const bool isCamera = visible.shape->Type().IsA("camera");
-        if (visible.shape == &lookThrough || MeshNode::Is(*visible.shape) ||
-            !(isCamera ? options.cameras : options.locators)) {
-            continue;
-        }
-        const V4f color = LineColor(visible.state, options.selectionHighlighting, OUTLINE_COLOR);
+void SceneRenderer::Private::DrawOutlines() {
+    for (const SceneContents::Outline& outline : contents->outlines) {
         std::vector<LineVertex> lines;
-        for (const V3f& point : ShapeOutline(*visible.shape)) {
-            lines.push_back({point, color});
+        for (const V3f& point : outline.points) {
+            lines.push_back({point, outline.color});
         }
-        DrawLines(lines, projection_ * viewMatrix_ * Matrix(visible.world), TowardsEye(LINES_FORWARD));
+        DrawLines(lines, projection_ * viewMatrix_ * Matrix(outline.world), TowardsEye(LINES_FORWARD));
     }
 }
 
@@ -396,16 +315,14 @@ bool SceneRenderer::Initialize() {
     return d_->Build();
 }
 
-void SceneRenderer::Draw(Scene& scene, const CameraView& view, const DagNode& lookThrough,
-                         const DisplayOptions& options, double devicePixelRatio) {
+void SceneRenderer::Draw(const SceneContents& contents, double devicePixelRatio) {
     if (!d_->isReady) {
         return;
     }
-    d_->view = &view;
-    d_->options = options;
+    d_->contents = &contents;
     d_->devicePixelRatio = devicePixelRatio;
-    d_->Draw(scene, lookThrough);
-    d_->view = nullptr;
+    d_->Draw();
+    d_->contents = nullptr;
 }
 
 } // namespace lightbox

@@ -1,14 +1,10 @@
 #pragma once
 
-#include "window/DisplayOptions.h"
-
 #include <memory>
 
 namespace lightbox {
 
-class CameraView;
-class DagNode;
-class Scene;
+struct SceneContents;
 
 /// Draws the scene of a viewport with OpenGL: background, grid, meshes, and the outlines of cameras and
 /// locators. It keeps what it uploaded, so there is one for each OpenGL context, and a mesh is uploaded again
@@ -24,11 +20,10 @@ public:
     /// Once, with the context current; the context is of OpenGL 2.1 or a compatibility profile. False when
     /// the context cannot be drawn with; then Draw() does nothing.
     bool Initialize();
-    /// Clears the bound framebuffer and draws the scene into it, at view pixels times `devicePixelRatio`.
-    /// `lookThrough` is the shape of the camera that is looked through, which is not drawn itself. Leaves
-    /// OpenGL's state as a new context has it, but for the viewport, and the depth buffer as it was drawn.
-    void Draw(Scene& scene, const CameraView& view, const DagNode& lookThrough, const DisplayOptions& options,
-              double devicePixelRatio);
+    /// Clears the bound framebuffer and draws the scene into it, at view pixels times `devicePixelRatio`;
+    /// with the scissor test on, only within the box. Leaves OpenGL's state as a new context has it, but for
+    /// the viewport and the scissor test, and the depth buffer as it was drawn.
+    void Draw(const SceneContents& contents, double devicePixelRatio);
     /// Meshes brought to the card so far.
     unsigned UploadCount() const;
 

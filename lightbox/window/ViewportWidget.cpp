@@ -9,6 +9,7 @@
 #include "window/DrawListRenderer.h"
 #include "window/GateOverlay.h"
 #include "window/SceneRenderer.h"
+#include "window/ViewFrame.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -147,6 +148,7 @@ void ViewportWidget::BeginGl() {
     if (current != context() || !isDrawing_) {
         makeCurrent();
     }
+    shown_.reset(); // whatever is drawn now
 }
 
 void ViewportWidget::EndGl() {
@@ -169,6 +171,7 @@ void ViewportWidget::initializeGL() {
     // Moved to another window, the widget may get another context: what the old one held goes with it.
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl,
             Qt::UniqueConnection);
+    shown_.reset();
     drawListRenderer_ = std::make_unique<DrawListRenderer>();
     sceneRenderer_ = std::make_unique<SceneRenderer>();
     sceneRenderer_->Initialize();
@@ -179,6 +182,7 @@ void ViewportWidget::ReleaseGl() {
         return;
     }
     makeCurrent();
+    shown_.reset();
     drawListRenderer_.reset();
     sceneRenderer_.reset();
     doneCurrent();
@@ -186,6 +190,7 @@ void ViewportWidget::ReleaseGl() {
 
 void ViewportWidget::resizeGL(int, int) {
     presentsOnly_ = false;
+    shown_.reset();
 }
 
 void ViewportWidget::paintGL() {
@@ -203,37 +208,57 @@ void ViewportWidget::paintGL() {
     ++frameCount_;
     const std::shared_ptr<DagNode> camera = Camera();
     const CameraView cameraView(*camera, width(), height());
-    sceneRenderer_->Draw(host_.scene(), cameraView, *camera, options_.display, devicePixelRatioF());
     DrawList list;
-    if (options_.pluginShapes) {
-        if (IsViewport2()) {
-            list = ViewDrawing::Collect(host_.scene(), *this, cameraView);
-        } else {
-            DrawLegacy(cameraView);
-        }
+    if (options_.pluginShapes && IsViewport2()) {
+        list = ViewDrawing::Collect(host_.scene(), *this, cameraView);
     }
     const DrawList over = GateOverlay::Items(*camera, cameraView, options_);
     list.insert(list.end(), over.begin(), over.end());
     AddMarquee(list);
-    drawListRenderer_->Draw(list, size(), devicePixelRatioF());
+    auto frame =
+        std::make_unique<ViewFrame>(SceneContents(host_.scene(), cameraView, *camera, options_.display),
+                                    std::move(list), devicePixelRatioF());
+    if (IsViewport2()) {
+        DrawViewport2(std::move(frame));
+    } else {
+        DrawLegacy(*frame);
+    }
     Q_EMIT Drawn();
 }
 
-void ViewportWidget::DrawLegacy(const CameraView& cameraView) {
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    LoadMatrix(GL_PROJECTION, cameraView.Projection());
-    LoadMatrix(GL_MODELVIEW, cameraView.View());
-    ViewDrawing::DrawLegacy(host_.scene(), *this);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    glPopAttrib();
-    // Blending has thinned the alpha of the picture, and the window would show through.
-    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
-    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
-    glClear(GL_COLOR_BUFFER_BIT);
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+void ViewportWidget::DrawViewport2(std::unique_ptr<ViewFrame> frame) {
+    const QRect changed = shown_ ? frame->ChangedSince(*shown_) : frame->Area();
+    if (!changed.isEmpty()) {
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(changed.x(), changed.y(), changed.width(), changed.height());
+        sceneRenderer_->Draw(frame->Scene(), frame->PixelRatio());
+        drawListRenderer_->Draw(frame->Overlay(), size(), frame->PixelRatio());
+        glDisable(GL_SCISSOR_TEST);
+    }
+    shown_ = std::move(frame);
+}
+
+/// What plug-ins draw by themselves may be another every time.
+void ViewportWidget::DrawLegacy(const ViewFrame& frame) {
+    shown_.reset();
+    sceneRenderer_->Draw(frame.Scene(), frame.PixelRatio());
+    if (options_.pluginShapes) {
+        glPushAttrib(GL_ALL_ATTRIB_BITS);
+        LoadMatrix(GL_PROJECTION, frame.Scene().view.Projection());
+        LoadMatrix(GL_MODELVIEW, frame.Scene().view.View());
+        ViewDrawing::DrawLegacy(host_.scene(), *this);
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        glPopAttrib();
+        // Blending has thinned the alpha of the picture, and the window would show through.
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
+        glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    }
+    drawListRenderer_->Draw(frame.Overlay(), size(), frame.PixelRatio());
 }
 
 void ViewportWidget::AddMarquee(DrawList& list) const {

@@ -24,6 +24,7 @@ class DrawListRenderer;
 class Host;
 class Scene;
 class SceneRenderer;
+class ViewFrame;
 
 /// The part of a viewport's panel in which the scene is drawn.
 class ViewportWidget : public QOpenGLWidget, public View {
@@ -86,7 +87,9 @@ private:
     enum class Drag { None, Navigation, Tool, Selection };
 
     void ReleaseGl();
-    void DrawLegacy(const CameraView& cameraView);
+    /// Draws what is another than in the picture that is there.
+    void DrawViewport2(std::unique_ptr<ViewFrame> frame);
+    void DrawLegacy(const ViewFrame& frame);
     void AddMarquee(DrawList& list) const;
     void EndDrag();
     bool OfferKey(QKeyEvent& event);
@@ -113,6 +116,8 @@ private:
     /// A tool is being told of a drag; what it wants redrawn is drawn when afterDrag_ ends.
     bool isDragging_ = false;
     QTimer afterDrag_;
+    /// What the picture that is there shows; null when it may show something else.
+    std::unique_ptr<ViewFrame> shown_;
     /// Something changed since it was drawn.
     bool isStale_ = true;
     bool presentsOnly_ = false;

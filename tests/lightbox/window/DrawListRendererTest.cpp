@@ -1,9 +1,7 @@
 #include "window/DrawListRenderer.h"
 
-#include <QImage>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
-#include <QOpenGLFramebufferObject>
+#include "OffscreenGl.h"
+
 #include <QPainter>
 
 #include <cmath>
@@ -18,24 +16,9 @@ using lightbox::Texture;
 /// A framebuffer to draw lists into, of a known background.
 class DrawListRendererTest : public ::testing::Test {
 protected:
-    DrawListRendererTest() {
-        surface_.create();
-        context_.create();
-        context_.makeCurrent(&surface_);
-        renderer_ = std::make_unique<DrawListRenderer>();
-    }
-    ~DrawListRendererTest() override { renderer_.reset(); }
-
     QImage Draw(const DrawList& list, const QSize& size, double ratio = 1.0) {
         const QSize pixels(qRound(size.width() * ratio), qRound(size.height() * ratio));
-        QOpenGLFramebufferObject buffer(pixels, QOpenGLFramebufferObject::CombinedDepthStencil);
-        buffer.bind();
-        glViewport(0, 0, pixels.width(), pixels.height());
-        glClearColor(BACK.redF(), BACK.greenF(), BACK.blueF(), 1.0f);
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        renderer_->Draw(list, size, ratio);
-        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        return buffer.toImage().convertToFormat(QImage::Format_RGBA8888);
+        return gl_.Picture(pixels, BACK, [&] { renderer_.Draw(list, size, ratio); });
     }
 
     /// Strokes, soft edges and single pixels, of every alpha.
@@ -84,9 +67,8 @@ protected:
     }
 
     static inline const QColor BACK{107, 109, 112};
-    QOffscreenSurface surface_;
-    QOpenGLContext context_;
-    std::unique_ptr<DrawListRenderer> renderer_;
+    OffscreenGl gl_;
+    DrawListRenderer renderer_;
 };
 
 TEST_F(DrawListRendererTest, ATextureAtItsOwnSizeIsCopiedPixelByPixel) {
@@ -142,12 +124,12 @@ TEST_F(DrawListRendererTest, ATextureIsUploadedAgainOnlyWhenItsRevisionRose) {
     for (int i = 0; i < 3; ++i) {
         Draw(list, {80, 80});
     }
-    EXPECT_EQ(renderer_->UploadCount(), 1u);
+    EXPECT_EQ(renderer_.UploadCount(), 1u);
     texture->image.fill(QColor(255, 0, 0));
     EXPECT_NE(Draw(list, {80, 80}).pixelColor(40, 40), QColor(255, 0, 0));
     texture->Changed(texture->image.rect());
     EXPECT_EQ(Draw(list, {80, 80}).pixelColor(40, 40), QColor(255, 0, 0));
-    EXPECT_EQ(renderer_->UploadCount(), 2u);
+    EXPECT_EQ(renderer_.UploadCount(), 2u);
     // Of two changes that were not drawn in between, both are seen, and nothing of what was not told.
     texture->image.fill(QColor(0, 255, 0));
     texture->Changed({10, 10, 4, 2});

@@ -1,16 +1,12 @@
 #include "window/SceneRenderer.h"
 
+#include "OffscreenGl.h"
 #include "lightbox/MelFixture.h"
 #include "scene/CameraView.h"
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
-
-#include <QImage>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
-#include <QOpenGLFramebufferObject>
-#include <QOpenGLFunctions>
+#include "window/SceneContents.h"
 
 #include <cmath>
 
@@ -24,31 +20,21 @@ protected:
     static constexpr int HEIGHT = 240;
 
     SceneRendererTest() {
-        surface_.create();
-        EXPECT_TRUE(context_.create());
-        EXPECT_TRUE(context_.makeCurrent(&surface_));
-        renderer_ = std::make_unique<SceneRenderer>();
-        EXPECT_TRUE(renderer_->Initialize());
+        EXPECT_TRUE(renderer_.Initialize());
         options_.grid = false;
         options_.axisIcon = false;
         options_.backgroundTop = options_.backgroundBottom = QColor(10, 20, 30);
         Run("setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
     }
-    ~SceneRendererTest() override {
-        renderer_.reset();
-        context_.doneCurrent();
-    }
 
     QImage Draw(const char* camera = "perspShape", double devicePixelRatio = 1.0) {
         auto& shape = static_cast<DagNode&>(*host_.scene().Find(camera));
         view_ = std::make_unique<CameraView>(shape, WIDTH, HEIGHT);
-        QOpenGLFramebufferObject buffer(static_cast<int>(WIDTH * devicePixelRatio),
-                                        static_cast<int>(HEIGHT * devicePixelRatio),
-                                        QOpenGLFramebufferObject::Depth);
-        buffer.bind();
-        renderer_->Draw(host_.scene(), *view_, shape, options_, devicePixelRatio);
-        EXPECT_EQ(context_.functions()->glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        return buffer.toImage().convertToFormat(QImage::Format_RGB888);
+        const QSize pixels(static_cast<int>(WIDTH * devicePixelRatio),
+                           static_cast<int>(HEIGHT * devicePixelRatio));
+        const SceneContents contents(host_.scene(), *view_, shape, options_);
+        return gl_.Picture(pixels, Qt::black, [&] { renderer_.Draw(contents, devicePixelRatio); })
+            .convertToFormat(QImage::Format_RGB888);
     }
     /// The pixel in which a point of the world lies.
     QPoint At(const V3d& world, double devicePixelRatio = 1.0) const {
@@ -75,9 +61,8 @@ protected:
         return count;
     }
 
-    QOffscreenSurface surface_;
-    QOpenGLContext context_;
-    std::unique_ptr<SceneRenderer> renderer_;
+    OffscreenGl gl_;
+    SceneRenderer renderer_;
     std::unique_ptr<CameraView> view_;
     DisplayOptions options_;
     const QColor lead_{66, 255, 163};
@@ -166,19 +151,19 @@ TEST_F(SceneRendererTest, ModesSelectionAndVisibilityShow) {
 TEST_F(SceneRendererTest, MeshesAreUploadedWhenTheyChange) {
     Run("polySphere -sx 40 -sy 40; polyCube; move 3 0 0");
     Draw();
-    EXPECT_EQ(renderer_->UploadCount(), 2U);
+    EXPECT_EQ(renderer_.UploadCount(), 2U);
     Run("move 0 1 0 pSphere1; setAttr persp.tx 20; select -r pCube1; currentTime 5");
     Draw();
     Draw("topShape");
-    EXPECT_EQ(renderer_->UploadCount(), 2U);
+    EXPECT_EQ(renderer_.UploadCount(), 2U);
     Run("setAttr polyCube1.w 3");
     Draw();
     Draw();
-    EXPECT_EQ(renderer_->UploadCount(), 3U);
+    EXPECT_EQ(renderer_.UploadCount(), 3U);
     Run("setAttr \"pSphereShape1.pnts[5]\" -type \"float3\" 0 1 0");
     Draw();
     Draw();
-    EXPECT_EQ(renderer_->UploadCount(), 4U);
+    EXPECT_EQ(renderer_.UploadCount(), 4U);
 }
 
 TEST_F(SceneRendererTest, GridAndIconShowInTheirPlaces) {

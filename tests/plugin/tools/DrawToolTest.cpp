@@ -216,6 +216,29 @@ TEST_F(DrawToolTest, WhereThePointerRestsIsShownBeforeTheRelease) {
     }
 }
 
+// While a stroke grows only the part of the picture that it changes is drawn anew.
+TEST_F(DrawToolTest, TheGrowingPictureIsThatOfAFrameDrawnWhole) {
+    Run("polySphere -r 4; spaceLocator; select -cl; qmVellixUtil -e -gp 1");
+    Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 40 60 20 0");
+    Drag({{100, 100}, {500, 300}, {900, 100}});
+    for (const char* zoom : {"1.0", "0.37", "2.6"}) {
+        Run(std::string("setAttr perspShape.panZoomEnabled 1; setAttr perspShape.zoom ") + zoom);
+        PressAndWait({300, 150});
+        QImage last;
+        for (int i = 1; i <= 12; ++i) {
+            MoveAndWait({300 + 30 * i, 150 + (i % 3) * 100});
+            ASSERT_TRUE(WaitFor([&] { return !ActiveStroke()->changed; }));
+            const QImage grown = View().grabFramebuffer();
+            View().BeginGl(); // for all that is known there is another picture now
+            View().EndGl();
+            EXPECT_EQ(grown, View().grabFramebuffer()) << "at point " << i << ", zoom " << zoom;
+            EXPECT_NE(grown, last);
+            last = grown;
+        }
+        Release();
+    }
+}
+
 // While several views are shown, each that is drawn tells the node of its own size and place.
 TEST_F(DrawToolTest, OtherViewsDoNotMoveTheStroke) {
     Window().Layout().Arrange(lightbox::PanelLayout::Arrangement::Four);
@@ -308,6 +331,33 @@ TEST_F(DrawToolTest, AStrokeThatIsInterruptedIsCommittedOnce) {
         Run("undo");
         EXPECT_EQ(Drawing().pixelColor(Sampled({310, 200})).alpha(), 0);
     }
+}
+
+// The hand that does not hold the pen is on the keys: the edit before goes, and the stroke goes on.
+TEST_F(DrawToolTest, UndoByItsKeysInTheMiddleOfAStroke) {
+    Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 20 100 100 0");
+    const auto alphas = [this] {
+        const QImage drawing = Drawing();
+        return std::make_pair(drawing.pixelColor(Sampled({150, 100})).alpha(),
+                              drawing.pixelColor(Sampled({310, 200})).alpha());
+    };
+    Drag({{100, 100}, {200, 100}});
+    PressAndWait({300, 200});
+    MoveAndWait({340, 200});
+    constexpr unsigned control = 0xffe3;
+    m_input.PressKey(control);
+    Type('z');
+    m_input.ReleaseKey(control);
+    Settle(50);
+    EXPECT_EQ(alphas(), std::make_pair(0, 0));
+    ASSERT_NE(ActiveStroke(), nullptr);
+    MoveAndWait({400, 200});
+    Release();
+    EXPECT_EQ(alphas(), std::make_pair(0, 255));
+    Run("undo");
+    EXPECT_EQ(alphas(), std::make_pair(0, 0));
+    Run("redo");
+    EXPECT_EQ(alphas(), std::make_pair(0, 255));
 }
 
 TEST_F(DrawToolTest, AnotherActiveWindowDoesNotEndAStroke) {
