@@ -61,7 +61,7 @@ ViewportWidget::~ViewportWidget() {
 
 std::shared_ptr<DagNode> ViewportWidget::FindCamera(const Scene& scene, const std::string& name) {
     for (const std::shared_ptr<Node>& node : scene.FindAll(name)) {
-        const auto dag = std::dynamic_pointer_cast<DagNode>(node);
+        auto dag = std::dynamic_pointer_cast<DagNode>(node);
         if (dag && dag->Type().IsA("camera")) {
             return dag;
         }
