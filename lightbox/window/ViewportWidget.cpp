@@ -171,7 +171,6 @@ void ViewportWidget::initializeGL() {
     // Moved to another window, the widget may get another context: what the old one held goes with it.
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl,
             Qt::UniqueConnection);
-    shown_.reset();
     drawListRenderer_ = std::make_unique<DrawListRenderer>();
     sceneRenderer_ = std::make_unique<SceneRenderer>();
     sceneRenderer_->Initialize();
