@@ -190,6 +190,17 @@ QImage RunningLightbox::Drawing(const QString& camera) {
     return image.convertToFormat(QImage::Format_ARGB32);
 }
 
+QImage RunningLightbox::ChangedDrawing(const QImage& before, const QString& camera) {
+    QElapsedTimer timer;
+    timer.start();
+    QImage drawing = Drawing(camera);
+    while (drawing == before && timer.elapsed() < PATIENCE / 4) {
+        Rest(30);
+        drawing = Drawing(camera);
+    }
+    return drawing;
+}
+
 int RunningLightbox::WaitForEnd() {
     const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(PATIENCE);
     return hasEnded && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
