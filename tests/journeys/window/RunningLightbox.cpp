@@ -96,7 +96,7 @@ QImage RunningLightbox::Grab(const QString& control) {
     const QString file = m_folder.Path("grab.png");
     Mel("lightboxGrab -file \"" + file + "\"" +
         (control.isEmpty() ? QString() : " -widget \"" + control + "\""));
-    const QImage image(file);
+    QImage image(file);
     EXPECT_FALSE(image.isNull());
     return image;
 }
