@@ -57,6 +57,10 @@ ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* paren
 ViewportWidget::~ViewportWidget() {
     ViewDrawing::Forget(*this);
     ReleaseGl();
+    if (context()) {
+        // It is destroyed after this part of the widget.
+        disconnect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl);
+    }
 }
 
 std::shared_ptr<DagNode> ViewportWidget::FindCamera(const Scene& scene, const std::string& name) {
