@@ -187,3 +187,51 @@ TEST_F(ViewportTest, ContextsNestAndGiveBackWhatWasCurrent) {
     EXPECT_EQ(QOpenGLContext::currentContext(), before);
     View().EndGl();
 }
+
+// A frame draws only what is another than in the picture before; not when that one is gone.
+TEST_F(ViewportTest, APictureThatWasLostIsDrawnWhole) {
+    Run("polySphere; select -cl");
+    Show();
+    QWidget* const home = View().parentWidget();
+    const QRect place = View().geometry();
+    QWidget elsewhere;
+    elsewhere.resize(place.size());
+    const struct {
+        const char* what;
+        std::function<void()> lose;
+    } rows[] = {
+        {"a tool drew over it",
+         [this] {
+             View().BeginGl();
+             glClearColor(1.0f, 0.0f, 0.0f, 1.0f);
+             glClear(GL_COLOR_BUFFER_BIT);
+             View().EndGl();
+         }},
+        {"there and back again in size",
+         [&] {
+             View().resize(place.size() / 2);
+             View().resize(place.size());
+         }},
+        {"another window",
+         [&] {
+             View().setParent(&elsewhere);
+             View().setGeometry(QRect(QPoint(), place.size()));
+             elsewhere.show();
+             View().show();
+             Settle();
+         }},
+        {"the first one again",
+         [&] {
+             View().setParent(home);
+             View().setGeometry(place);
+             View().show();
+             Settle();
+         }},
+    };
+    const QImage whole = View().grabFramebuffer();
+    for (const auto& row : rows) {
+        row.lose();
+        View().Refresh(false);
+        EXPECT_EQ(View().grabFramebuffer(), whole) << row.what;
+    }
+}

@@ -86,7 +86,7 @@ TEST_F(DrawingInViewTest, AnImageThatStaysIsBroughtToTheCardOnce) {
     }
     EXPECT_EQ(View().UploadCount(), uploads);
     QImage other = Drawing();
-    other.setPixelColor(1000, 1000, Qt::red);
+    other.setPixelColor(512, 512, Qt::red);
     Draw(other);
     Grab();
     EXPECT_EQ(View().UploadCount(), uploads + 1);
