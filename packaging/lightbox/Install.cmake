@@ -48,7 +48,9 @@ camera, onion skin, pencil, brush, shapes and text. It reads and writes Maya
 ASCII scenes, speaks MEL, and runs with a window or as a batch program.")
 set(CPACK_GENERATOR TGZ)
 find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
-if(DPKG_SHLIBDEPS)
+# CPack looks with it for the binaries whose libraries the package depends on.
+find_program(FILE_TYPES file)
+if(DPKG_SHLIBDEPS AND FILE_TYPES)
     list(APPEND CPACK_GENERATOR DEB)
 endif()
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
