@@ -25,7 +25,7 @@ try:
     from clang import cindex
     from clang.cindex import CursorKind
 except ImportError:
-    print("clang's Python bindings are not installed (python3-clang-14)")
+    print(f"{sys.executable} has no Python bindings of clang; Debian's python3-clang-14 is for /usr/bin/python3")
     sys.exit(77)
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
@@ -55,7 +55,11 @@ def library():
             return folder.stdout.strip()
         except (OSError, subprocess.CalledProcessError):
             continue
-    print("clang is not installed")
+    # The bindings bring libclang and its headers, but not the program.
+    for folder in sorted(pathlib.Path("/usr/lib").glob("llvm-*/lib/clang/*")):
+        if (folder / "include/stddef.h").exists():
+            return str(folder)
+    print("The headers of clang are not installed (libclang-common-14-dev)")
     sys.exit(77)
 
 

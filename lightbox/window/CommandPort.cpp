@@ -124,13 +124,15 @@ void CommandPort::Connect(QIODevice& client) {
 }
 
 void CommandPort::Read(QIODevice& client) {
-    const QPointer<QIODevice> alive = &client;
     const QPointer<CommandPort> self = this;
+    // A line may close the port; its client may go while it runs, or when it is answered.
+    const auto isServed = [&] { return self && pending_.count(&client) != 0; };
+    if (!isServed()) {
+        return;
+    }
     pending_[&client] += client.readAll();
     int count = 0;
-    QByteArray last;
-    // A line may close the port, or its client may go while it runs.
-    while (self && alive) {
+    while (isServed()) {
         QByteArray& text = pending_[&client];
         const int end = text.indexOf('\n');
         if ((end < 0 ? text.size() : end) > options_.bufferSize) {
@@ -142,13 +144,13 @@ void CommandPort::Read(QIODevice& client) {
         }
         const QByteArray line = text.left(end);
         text.remove(0, end + 1);
-        last = Run(line);
+        const QByteArray answer = Run(line);
         ++count;
-        if (self && alive && !options_.answersCount) {
-            Send(client, last);
+        if (isServed() && !options_.answersCount) {
+            Send(client, answer);
         }
     }
-    if (self && alive && options_.answersCount && count > 0) {
+    if (isServed() && options_.answersCount && count > 0) {
         Send(client, QByteArray::number(count));
     }
 }
@@ -161,9 +163,15 @@ void CommandPort::Disconnected(QIODevice& client) {
     const QByteArray rest = found->second;
     pending_.erase(found);
     client.deleteLater();
-    // Many clients send no line break at the end of what they have to say.
-    if (!rest.trimmed().isEmpty() && rest.size() <= options_.bufferSize) {
-        Run(rest);
+    // Many clients do not wait for their answers, or send no line break at the end of what they have to say.
+    const QPointer<CommandPort> self = this;
+    for (const QByteArray& line : rest.split('\n')) {
+        if (!self || line.size() > options_.bufferSize) {
+            return;
+        }
+        if (!line.trimmed().isEmpty()) {
+            Run(line);
+        }
     }
 }
 

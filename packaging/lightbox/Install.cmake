@@ -31,9 +31,10 @@ install(FILES ${here}/lightbox.bash-completion DESTINATION share/bash-completion
 # Manual pages and the list of changes are kept compressed, and the same on every machine.
 configure_file(${here}/lightbox.1.in lightbox.1 @ONLY)
 configure_file(${here}/changelog.in changelog @ONLY)
+find_program(GZIP gzip REQUIRED)
 foreach(page lightbox.1 changelog)
-    file(ARCHIVE_CREATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${page}.gz PATHS ${CMAKE_CURRENT_BINARY_DIR}/${page}
-        FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+    execute_process(COMMAND ${GZIP} -9nc ${page} OUTPUT_FILE ${page}.gz WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
+        COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lightbox.1.gz DESTINATION share/man/man1)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz DESTINATION share/doc/lightbox)
@@ -47,7 +48,9 @@ camera, onion skin, pencil, brush, shapes and text. It reads and writes Maya
 ASCII scenes, speaks MEL, and runs with a window or as a batch program.")
 set(CPACK_GENERATOR TGZ)
 find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
-if(DPKG_SHLIBDEPS)
+# CPack looks with it for the binaries whose libraries the package depends on.
+find_program(FILE_TYPES file)
+if(DPKG_SHLIBDEPS AND FILE_TYPES)
     list(APPEND CPACK_GENERATOR DEB)
 endif()
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -6,11 +6,10 @@
 install(TARGETS vellix2
     LIBRARY DESTINATION vellix2/plug-ins/${MAYA_PLATFORM}-${MAYA_VERSION}
     RUNTIME DESTINATION vellix2/plug-ins/${MAYA_PLATFORM}-${MAYA_VERSION})
-# The pages for those who draw and script; not those about Lightbox and the source.
+# The pages for those who draw and script, and what they refer to; not those about the source.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION vellix2/docs
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py"
-    PATTERN "lightbox-*" EXCLUDE PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE
-    PATTERN "openmaya-checklist.md" EXCLUDE)
+    PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE PATTERN "openmaya-checklist.md" EXCLUDE)
 install(CODE "set(VELLIX_VERSION ${PROJECT_VERSION})")
 install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/WriteModuleFile.cmake)
 

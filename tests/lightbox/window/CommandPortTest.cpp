@@ -82,6 +82,29 @@ TEST_F(CommandPortTest, RunsWhatAClientLeavesWithoutALineBreak) {
     EXPECT_TRUE(WaitFor([&] { return Shown("objExists left") == "1"; }));
 }
 
+TEST_F(CommandPortTest, RunsEveryLineOfAClientThatDoesNotWaitForAnswers) {
+    for (const std::string options : {"", "-returnNumCommands "}) {
+        Run("file -force -new");
+        Run("commandPort " + options + "-name \"" + Path() + "\"");
+        QLocalSocket socket;
+        Connect(socket, Path());
+        socket.write("createNode transform -n first\ncreateNode transform -n second\n"
+                     "createNode transform -n third");
+        socket.flush();
+        socket.abort();
+        EXPECT_TRUE(WaitFor([&] { return Shown("ls first second third") == "first second third"; }))
+            << options;
+        // The client is gone for good: closing the port has nothing to do with it any more.
+        Settle();
+        QLocalSocket next;
+        Connect(next, Path());
+        EXPECT_EQ(Ask(next, "commandPort -close -name \"" + QByteArray::fromStdString(Path()) + "\"\n"),
+                  options.empty() ? "\n|" : "1\n|");
+        Settle();
+        EXPECT_FALSE(QFile::exists(QString::fromStdString(Path())));
+    }
+}
+
 TEST_F(CommandPortTest, TakesOverASocketThatWasLeftBehindButNothingElse) {
     {
         QFile file(QString::fromStdString(Path()));

@@ -16,6 +16,7 @@ namespace {
 using lightbox::mel::CommandRegistry;
 using lightbox::mel::SyntaxTable;
 using ::testing::Contains;
+using ::testing::UnorderedElementsAreArray;
 
 /// The texts between back-quotes.
 QStringList Quoted(const QString& text) {
@@ -79,6 +80,12 @@ protected:
         QFile file(VELLIX_SOURCE_FOLDER "/docs/commands.md");
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         const QString text = QString::fromUtf8(file.readAll());
+        const QRegularExpression row("\n\\| \\[(\\w+)\\]\\(#(\\w+)\\) \\| \\S");
+        for (auto match = row.globalMatch(text.section("\n## ", 0, 0)); match.hasNext();) {
+            const auto found = match.next();
+            EXPECT_EQ(found.captured(2).toStdString(), found.captured(1).toLower().toStdString());
+            overview.push_back(found.captured(1).toStdString());
+        }
         for (const QString& part : text.split("\n## ").mid(1)) {
             const QString title = part.section('\n', 0, 0);
             if (title.startsWith("qm")) {
@@ -100,6 +107,7 @@ protected:
         return commands;
     }
 
+    std::vector<std::string> overview; // the table that it begins with
     std::map<std::string, Section> sections;
 };
 
@@ -113,6 +121,7 @@ TEST_F(CommandReferenceTest, HasEveryCommandAndNoOther) {
         registered.push_back(command.first);
     }
     EXPECT_EQ(documented, registered);
+    EXPECT_THAT(overview, UnorderedElementsAreArray(registered));
 }
 
 TEST_F(CommandReferenceTest, GivesEachFlagAsItIsRegistered) {
