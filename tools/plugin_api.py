@@ -259,6 +259,9 @@ def read_unit(job):
 
 def read_plugin(build):
     resources = library()
+    plugin = build / "bin/vellix2.so"
+    if not plugin.exists():
+        sys.exit(f"{plugin} is not there; build it first")
     store = build / "plugin-api"
     store.mkdir(exist_ok=True)
     jobs = []
@@ -274,7 +277,7 @@ def read_plugin(build):
         jobs.append((path, kept + ["-resource-dir", resources, "-x", "c++"], store))
     with concurrent.futures.ProcessPoolExecutor(2) as pool:
         units = list(pool.map(read_unit, sorted(jobs), chunksize=4))
-    linked = undefined_names(build / "bin/vellix2.so")
+    linked = undefined_names(plugin)
     for unit in units:
         unit["host"] += [[text, header] for mangled, text, header in unit["maybe"] if mangled in linked]
     return units
