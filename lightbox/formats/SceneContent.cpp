@@ -39,6 +39,26 @@ void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std
     }
 }
 
+/// Adds what the nodes are made, moved and coloured by, none of which is in the DAG: history, keys,
+/// materials. Members of the same material are no part of it.
+void AddNetwork(Host& host, std::set<const Node*>& wanted) {
+    std::vector<const Node*> waiting(wanted.begin(), wanted.end());
+    while (!waiting.empty()) {
+        const Node& node = *waiting.back();
+        waiting.pop_back();
+        for (const Connection& connection : host.scene().connections().Of(node)) {
+            const Node& source = *connection.source.node;
+            const Node& destination = *connection.destination.node;
+            const bool isSource = &destination == &node;
+            const Node& other = isSource ? source : destination;
+            const bool belongs = !other.Type().IsDag() && (isSource || other.Type().IsA("shadingEngine"));
+            if (belongs && wanted.insert(&other).second) {
+                waiting.push_back(&other);
+            }
+        }
+    }
+}
+
 } // namespace
 
 void SceneContent::NameReferencesFrom(const std::string& folder) {
@@ -91,9 +111,11 @@ SceneContent SceneContent::Part(Host& host, const std::vector<std::shared_ptr<No
             wanted.insert(above);
         }
     }
+    AddNetwork(host, wanted);
     SceneContent whole = Whole(host);
     SceneContent content;
     content.isWhole = false;
+    content.defaults = std::move(whole.defaults);
     std::copy_if(whole.nodes.begin(), whole.nodes.end(), std::back_inserter(content.nodes),
                  [&](const auto& node) { return wanted.count(node.get()) > 0; });
     content.CollectConnections(host);

@@ -25,7 +25,7 @@ public:
     };
 
     static SceneContent Whole(Host& host);
-    /// The nodes, what lies below them, and the transforms above them.
+    /// The nodes, what lies below them, the transforms above them, and their history, keys and materials.
     static SceneContent Part(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
 
     /// The playback and animation ranges as a MEL statement, for the script node that carries them.

@@ -22,10 +22,12 @@ struct TangentName {
 
 /// The first name of a type is the one that queries answer.
 constexpr TangentName TANGENT_NAMES[] = {
-    {"fixed", TangentType::Fixed},     {"linear", TangentType::Linear},      {"flat", TangentType::Flat},
-    {"step", TangentType::Step},       {"stepped", TangentType::Step},       {"slow", TangentType::Slow},
-    {"fast", TangentType::Fast},       {"spline", TangentType::Spline},      {"clamped", TangentType::Clamped},
-    {"plateau", TangentType::Plateau}, {"stepnext", TangentType::StepNext}, {"step next", TangentType::StepNext},
+    {"fixed", TangentType::Fixed},       {"linear", TangentType::Linear},
+    {"flat", TangentType::Flat},         {"step", TangentType::Step},
+    {"stepped", TangentType::Step},      {"slow", TangentType::Slow},
+    {"fast", TangentType::Fast},         {"spline", TangentType::Spline},
+    {"clamped", TangentType::Clamped},   {"plateau", TangentType::Plateau},
+    {"stepnext", TangentType::StepNext}, {"step next", TangentType::StepNext},
     {"auto", TangentType::Auto}};
 
 /// Single numbers and plugs of parts: a compound stands for its children.
@@ -194,11 +196,11 @@ bool KeyArguments::HoldsKey(const AnimCurveNode& node, std::size_t index) const 
         return true;
     }
     const auto holds = [this](const std::vector<Range>& ranges, double number, double tolerance) {
-        return std::any_of(ranges.begin(), ranges.end(), [&](const Range& range) {
-            return range.Holds(number, tolerance, includesLast_);
-        });
+        return std::any_of(ranges.begin(), ranges.end(),
+                           [&](const Range& range) { return range.Holds(number, tolerance, includesLast_); });
     };
-    return holds(node.IsOverTime() ? times_ : inputs_, node.Curve().Keys()[index].time, AnimCurve::SAME_TIME) ||
+    return holds(node.IsOverTime() ? times_ : inputs_, node.Curve().Keys()[index].time,
+                 AnimCurve::SAME_TIME) ||
            holds(indexes_, static_cast<double>(index), 0.0);
 }
 
@@ -216,8 +218,7 @@ std::vector<Plug> KeyArguments::GivenPlugs(const std::shared_ptr<Node>& node) co
 std::vector<Plug> KeyArguments::KeyablePlugs() const {
     std::vector<Plug> plugs = plugs_;
     for (const std::shared_ptr<Node>& node : nodes_) {
-        const std::vector<Plug> more =
-            attributes_.empty() ? animation::KeyablePlugs(node) : GivenPlugs(node);
+        const std::vector<Plug> more = attributes_.empty() ? animation::KeyablePlugs(node) : GivenPlugs(node);
         plugs.insert(plugs.end(), more.begin(), more.end());
     }
     return plugs;
@@ -255,8 +256,8 @@ std::vector<KeySet> KeyArguments::KeySets(bool withEmpty) const {
                 set.keys.push_back(i);
             }
         }
-        const bool isNew = std::none_of(sets.begin(), sets.end(),
-                                        [&](const KeySet& other) { return other.node == curve; });
+        const bool isNew =
+            std::none_of(sets.begin(), sets.end(), [&](const KeySet& other) { return other.node == curve; });
         if (isNew && (withEmpty || !set.keys.empty())) {
             sets.push_back(std::move(set));
         }

@@ -20,8 +20,8 @@ struct KeySet {
     std::vector<std::size_t> keys;
 };
 
-/// What the animation commands have in common: objects (or the selection), -attribute, -hierarchy, -shape, and
-/// the ranges of -time, -float and -index.
+/// What the animation commands have in common: objects (or the selection), -attribute, -hierarchy, -shape,
+/// and the ranges of -time, -float and -index.
 class KeyArguments {
 public:
     /// Adds the flags for objects and attributes.

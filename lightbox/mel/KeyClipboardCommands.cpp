@@ -114,14 +114,14 @@ void Paste(CommandCall& call, const Plug& plug, const CopiedCurve& copy, double 
 Value PasteKey(CommandCall& call, const Clipboard& clipboard) {
     const std::string option = call.StringOr("-option", "insert");
     if (option != "insert" && option != "merge" && option != "replace" && option != "replaceCompletely") {
-        call.Fail("-option takes \"insert\", \"merge\", \"replace\" or \"replaceCompletely\", not \"" + option +
-                  "\".");
+        call.Fail("-option takes \"insert\", \"merge\", \"replace\" or \"replaceCompletely\", not \"" +
+                  option + "\".");
     }
     if (clipboard.empty()) {
         call.Fail("There are no keys on the clipboard.");
     }
     const double first = FirstTime(clipboard);
-    const double start = call.Has("-time")          ? KeyArguments::TimeOf(call, call.Argument("-time"))
+    const double start = call.Has("-time")         ? KeyArguments::TimeOf(call, call.Argument("-time"))
                          : call.Has("-timeOffset") ? first
                                                    : call.GetHost().time().CurrentTime();
     const double offset =

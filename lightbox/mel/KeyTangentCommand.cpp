@@ -65,8 +65,7 @@ Value KeyTangentCall::Defaults() const {
         if (call_.Has("-weightedTangents")) {
             return defaults.weighted;
         }
-        return Value::StringArray{
-            KeyArguments::NameOf(call_.Has(OUT.type) ? defaults.out : defaults.in)};
+        return Value::StringArray{KeyArguments::NameOf(call_.Has(OUT.type) ? defaults.out : defaults.in)};
     }
     TangentDefaults changed = defaults;
     if (call_.Has(IN.type)) {
@@ -86,8 +85,7 @@ void KeyTangentCall::QuerySide(const AnimCurve& curve, std::size_t i, const Side
                                Value::FloatArray& numbers, Value::StringArray& texts) const {
     const AnimCurve::Tangent tangent = side.isIn ? curve.InTangent(i) : curve.OutTangent(i);
     if (call_.Has(side.type)) {
-        texts.push_back(
-            KeyArguments::NameOf(side.isIn ? curve.Keys()[i].inType : curve.Keys()[i].outType));
+        texts.push_back(KeyArguments::NameOf(side.isIn ? curve.Keys()[i].inType : curve.Keys()[i].outType));
     }
     if (call_.Has(side.angle)) {
         numbers.push_back(side.isIn ? curve.InAngle(i) : curve.OutAngle(i));

@@ -18,8 +18,8 @@ bool IsStepped(const Attribute& attribute) {
 /// The angle with full turns added that is nearest to the key before.
 double Nearest(const AnimCurve& curve, double time, double angle) {
     const std::vector<AnimCurve::Key>& keys = curve.Keys();
-    const auto next = std::find_if(keys.begin(), keys.end(),
-                                   [&](const AnimCurve::Key& key) { return key.time >= time; });
+    const auto next =
+        std::find_if(keys.begin(), keys.end(), [&](const AnimCurve::Key& key) { return key.time >= time; });
     return next == keys.begin() ? angle : angle + 360.0 * std::round(((next - 1)->value - angle) / 360.0);
 }
 

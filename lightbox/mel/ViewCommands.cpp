@@ -71,8 +71,8 @@ std::shared_ptr<DagNode> CameraOf(const CommandCall& call) {
     return node;
 }
 
-/// Width by height of the view that looks through the camera, the active one first; of the usual one when none
-/// does.
+/// Width by height of the view that looks through the camera, the active one first; of the usual one when
+/// none does.
 double ViewAspect(Host& host, const DagNode& camera) {
     std::vector<View*> views;
     if (host.ui()) {

@@ -57,8 +57,8 @@ MString Say(const MObject& object, std::string Plugin::*text, MStatus* status) {
 
 MFnPlugin::MFnPlugin() = default;
 
-MFnPlugin::MFnPlugin(MObject& object, const char* vendor, const char* version,
-                     const char* requiredApiVersion, MStatus* ReturnStatus) {
+MFnPlugin::MFnPlugin(MObject& object, const char* vendor, const char* version, const char* requiredApiVersion,
+                     MStatus* ReturnStatus) {
     const MStatus status = MFnBase::setObject(object);
     if (status) {
         Plugin& plugin = *PluginOf(object);

@@ -30,6 +30,7 @@ QWidget* MQtUtil::mainWindow() {
     return ui ? &ui->MainWindow() : nullptr;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the published signature
 QWidget* MQtUtil::findControl(MString controlName, const QWidget* ancestor) {
     lightbox::UserInterface* ui = Ui();
     if (!ui || controlName.length() == 0) {

@@ -60,9 +60,8 @@ void AnimCurve::SetKeys(std::vector<Key> keys) {
 }
 
 std::optional<std::size_t> AnimCurve::Find(double time) const {
-    const auto found =
-        std::lower_bound(keys_.begin(), keys_.end(), time - SAME_TIME,
-                         [](const Key& key, double wanted) { return key.time <= wanted; });
+    const auto found = std::lower_bound(keys_.begin(), keys_.end(), time - SAME_TIME,
+                                        [](const Key& key, double wanted) { return key.time <= wanted; });
     if (found == keys_.end() || found->time - time >= SAME_TIME) {
         return std::nullopt;
     }
@@ -97,7 +96,7 @@ std::optional<std::size_t> AnimCurve::InsertOnCurve(double time) {
     // De Casteljau's construction cuts a piece into two that draw the same.
     const Piece piece = PieceFrom(from);
     const double t = piece.ParameterAt(time);
-    const auto cut = [t](const double (&p)[4], double (&left)[2], double (&right)[2]) {
+    const auto cut = [t](const double(&p)[4], double(&left)[2], double(&right)[2]) {
         const double middle = Mix(p[1], p[2], t);
         left[0] = Mix(p[0], p[1], t);
         right[1] = Mix(p[2], p[3], t);
@@ -148,9 +147,9 @@ double AnimCurve::Secant(std::size_t from) const {
 double AnimCurve::SmoothSlope(std::size_t index) const {
     const std::size_t before = index > 0 ? index - 1 : index;
     const std::size_t after = index + 1 < keys_.size() ? index + 1 : index;
-    return before == after ? 0.0
-                           : (keys_[after].value - keys_[before].value) /
-                                 (keys_[after].time - keys_[before].time);
+    return before == after
+               ? 0.0
+               : (keys_[after].value - keys_[before].value) / (keys_[after].time - keys_[before].time);
 }
 
 /// Smooth, but flat at hills, valleys and ends, and never so steep that the curve would leave the values of
@@ -188,7 +187,8 @@ double AnimCurve::SlopeOf(std::size_t index, TangentType type, bool isIn) const 
         if (keys_.size() == 1) {
             return 0.0;
         }
-        return isIn ? Secant(index > 0 ? index - 1 : 0) : Secant(index + 1 < keys_.size() ? index : index - 1);
+        return isIn ? Secant(index > 0 ? index - 1 : 0)
+                    : Secant(index + 1 < keys_.size() ? index : index - 1);
     case TangentType::Spline:
         return SmoothSlope(index);
     case TangentType::Clamped:

@@ -89,7 +89,8 @@ void KeepValues(Host& host, const AnimCurveNode& node) {
                 plug.Store(before);
                 plug.SetHeld(wasHeld);
             };
-            edit::Do(host, "setAttr", [plug, value] { plug.Store(value); }, undo);
+            edit::Do(
+                host, "setAttr", [plug, value] { plug.Store(value); }, undo);
         }
     }
 }

@@ -9,7 +9,8 @@ namespace lightbox {
 
 namespace {
 
-/// What the palette alone does not say. The names in braces are the theme's colours.
+/// What the palette alone does not say. The names in braces are the theme's colours. Spin boxes only where
+/// they have no buttons (buttonSymbols 2): a sheet takes the style's arrows from those that have.
 const char* const STYLE_SHEET = R"(
 QToolTip { color: {text}; background: {dark}; border: 1px solid {line}; padding: 3px; }
 QMenuBar { background: {window}; padding: 1px 2px; }
@@ -31,10 +32,11 @@ QToolButton:hover { background: #4c4c50; }
 QToolButton:checked { background: {accent}; }
 QToolButton:pressed { background: {dark}; }
 QToolButton::menu-indicator { image: none; }
-QLineEdit, QPlainTextEdit, QTextEdit, QSpinBox, QDoubleSpinBox {
+QLineEdit, QPlainTextEdit, QTextEdit, QSpinBox[buttonSymbols="2"], QDoubleSpinBox[buttonSymbols="2"] {
     background: {dark}; border: 1px solid {line}; border-radius: 2px; padding: 1px 3px; selection-background-color: {accent};
 }
-QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus { border-color: {accent}; }
+QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus, QSpinBox[buttonSymbols="2"]:focus,
+QDoubleSpinBox[buttonSymbols="2"]:focus { border-color: {accent}; }
 )";
 
 QString StyleSheet() {

@@ -119,8 +119,10 @@ void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
         return std::abs(steps - std::round(steps)) * labelStep < 1e-6;
     };
     const double first = std::ceil(scale.Start() / tickStep - 1e-9) * tickStep;
+    const int ticks = static_cast<int>(std::floor((scale.End() - first) / tickStep + 1e-9)) + 1;
     double free = 0.0;
-    for (double frame = first; frame <= scale.End() + 1e-9; frame += tickStep) {
+    for (int tick = 0; tick < ticks; ++tick) {
+        const double frame = first + tick * tickStep;
         const double x = scale.X(frame);
         if (isLabelled(frame)) {
             painter.fillRect(QRectF(std::floor(x + 0.5), top - 4.0, 1.0, height() - top + 4.0),

@@ -22,36 +22,29 @@ ViewportPanel& ViewportPanels::Create(const std::string& name, QWidget* parent) 
         freeName = "modelPanel" + std::to_string(number);
     }
     auto* const panel = new ViewportPanel(host_, freeName, parent);
-    panels_.erase(std::remove(panels_.begin(), panels_.end(), nullptr), panels_.end());
-    panels_.emplace_back(panel);
+    panels_.push_back(panel);
     connect(panel, &ViewportPanel::Activated, this, [this, panel] { SetActive(*panel); });
-    connect(panel, &QObject::destroyed, this, [this] {
-        if (!active_ && !All().empty()) {
-            SetActive(*All().front());
-        }
-    });
+    connect(panel, &QObject::destroyed, this, [this, panel] { Forget(panel); });
     return *panel;
 }
 
-ViewportPanel* ViewportPanels::Find(const std::string& name) const {
-    const std::vector<ViewportPanel*> panels = All();
-    const auto found = std::find_if(panels.begin(), panels.end(),
-                                    [&](const ViewportPanel* panel) { return panel->Name() == name; });
-    return found == panels.end() ? nullptr : *found;
-}
-
-std::vector<ViewportPanel*> ViewportPanels::All() const {
-    std::vector<ViewportPanel*> panels;
-    for (const QPointer<ViewportPanel>& panel : panels_) {
-        if (panel) {
-            panels.push_back(panel);
+/// The panel itself has gone already.
+void ViewportPanels::Forget(const ViewportPanel* panel) {
+    panels_.erase(std::remove(panels_.begin(), panels_.end(), panel), panels_.end());
+    if (active_ == panel) {
+        active_ = nullptr;
+        const auto seen = std::find_if(panels_.begin(), panels_.end(),
+                                       [](const ViewportPanel* other) { return other->isVisible(); });
+        if (!panels_.empty()) {
+            SetActive(seen != panels_.end() ? **seen : *panels_.front());
         }
     }
-    return panels;
 }
 
-ViewportPanel* ViewportPanels::Active() const {
-    return active_;
+ViewportPanel* ViewportPanels::Find(const std::string& name) const {
+    const auto found = std::find_if(panels_.begin(), panels_.end(),
+                                    [&](const ViewportPanel* panel) { return panel->Name() == name; });
+    return found == panels_.end() ? nullptr : *found;
 }
 
 void ViewportPanels::SetActive(ViewportPanel& panel) {
@@ -63,7 +56,6 @@ void ViewportPanels::SetActive(ViewportPanel& panel) {
     }
     active_ = &panel;
     panel.SetActive(true);
-    Q_EMIT ActiveChanged(&panel);
 }
 
 ViewportPanel* ViewportPanels::UnderPointer() const {
@@ -76,14 +68,13 @@ ViewportPanel* ViewportPanels::UnderPointer() const {
 }
 
 void ViewportPanels::Refresh(bool now) {
-    for (ViewportPanel* const panel : All()) {
+    for (ViewportPanel* const panel : panels_) {
         panel->View().Refresh(now);
     }
 }
 
 bool ViewportPanels::IsAwaitingDrag() const {
-    const std::vector<ViewportPanel*> panels = All();
-    return std::any_of(panels.begin(), panels.end(),
+    return std::any_of(panels_.begin(), panels_.end(),
                        [](ViewportPanel* panel) { return panel->View().IsAwaitingDrag(); });
 }
 

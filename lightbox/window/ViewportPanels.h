@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 
 #include <string>
 #include <vector>
@@ -27,9 +26,9 @@ public:
     /// Null when there is none of that name.
     ViewportPanel* Find(const std::string& name) const;
     /// In the order in which they were made.
-    std::vector<ViewportPanel*> All() const;
+    const std::vector<ViewportPanel*>& All() const { return panels_; }
     /// The panel that was used last; null when there is none at all.
-    ViewportPanel* Active() const;
+    ViewportPanel* Active() const { return active_; }
     void SetActive(ViewportPanel& panel);
     ViewportPanel* UnderPointer() const;
     /// Draws all of them: at once, or once when the event loop comes to it.
@@ -37,13 +36,12 @@ public:
     /// A view waits for what else comes with a tool's drag before it draws.
     bool IsAwaitingDrag() const;
 
-Q_SIGNALS:
-    void ActiveChanged(lightbox::ViewportPanel* panel);
-
 private:
+    void Forget(const ViewportPanel* panel);
+
     Host& host_;
-    std::vector<QPointer<ViewportPanel>> panels_;
-    QPointer<ViewportPanel> active_;
+    std::vector<ViewportPanel*> panels_;
+    ViewportPanel* active_ = nullptr;
 };
 
 } // namespace lightbox

@@ -57,11 +57,15 @@ ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* paren
 ViewportWidget::~ViewportWidget() {
     ViewDrawing::Forget(*this);
     ReleaseGl();
+    if (context()) {
+        // It is destroyed after this part of the widget.
+        disconnect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl);
+    }
 }
 
 std::shared_ptr<DagNode> ViewportWidget::FindCamera(const Scene& scene, const std::string& name) {
     for (const std::shared_ptr<Node>& node : scene.FindAll(name)) {
-        const auto dag = std::dynamic_pointer_cast<DagNode>(node);
+        auto dag = std::dynamic_pointer_cast<DagNode>(node);
         if (dag && dag->Type().IsA("camera")) {
             return dag;
         }
@@ -171,7 +175,6 @@ void ViewportWidget::initializeGL() {
     // Moved to another window, the widget may get another context: what the old one held goes with it.
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl,
             Qt::UniqueConnection);
-    shown_.reset();
     drawListRenderer_ = std::make_unique<DrawListRenderer>();
     sceneRenderer_ = std::make_unique<SceneRenderer>();
     sceneRenderer_->Initialize();

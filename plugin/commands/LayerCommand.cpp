@@ -195,7 +195,7 @@ MStatus LayerCommand::undoIt() {
 }
 
 MStatus LayerCommand::Run(Step step) {
-    const MStatus status = (this->*step)();
+    MStatus status = (this->*step)();
     if (status && m_undoable) {
         m_node->QueueRefresh(); // what the views show may have changed
     }

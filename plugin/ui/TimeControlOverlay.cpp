@@ -145,9 +145,7 @@ void TimeControlOverlay::UpdateDrag() {
     m_dragging = false;
     m_rangeVisibleAtPress = false;
     m_movePending = false;
-    if (moves && offset == 0) {
-        MayaUtil::RefreshTimelineOverlay();
-    } else if (moves && !MayaUtil::MoveFrames(offset, first, last)) {
+    if (moves && (offset == 0 || !MayaUtil::MoveFrames(offset, first, last))) {
         MayaUtil::RefreshTimelineOverlay(); // the marks go back to where the frames still are
     }
 }

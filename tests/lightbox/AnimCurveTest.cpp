@@ -60,7 +60,9 @@ TEST(AnimCurveTest, ValuesBetweenKeys) {
         {"automatic ends are flat", Same(TangentType::Auto, {{0, 0}, {10, 8}}), {{2.5, 1.25}}},
         {"spline of two keys is straight", Same(TangentType::Spline, {{0, 0}, {10, 8}}), {{2.5, 2}}},
         // Slopes 1, 0, -1: h10 and h11 of the Hermite form at 1/2 are 1/8 and -1/8 of the length.
-        {"spline over a hill", Same(TangentType::Spline, {{0, 0}, {10, 10}, {20, 0}}), {{5, 6.25}, {15, 6.25}}},
+        {"spline over a hill",
+         Same(TangentType::Spline, {{0, 0}, {10, 10}, {20, 0}}),
+         {{5, 6.25}, {15, 6.25}}},
         // Flat at the hill: slopes 0, 0.
         {"automatic over a hill", Same(TangentType::Auto, {{0, 0}, {10, 10}, {20, 0}}), {{5, 5}, {10, 10}}},
         // The middle slope would be 10.1/20 by its neighbours; three times 0.1/10 is as steep as it may be.
@@ -70,9 +72,10 @@ TEST(AnimCurveTest, ValuesBetweenKeys) {
         {"clamped holds near values",
          Same(TangentType::Clamped, {{0, 0}, {10, 4}, {20, 4.04}}),
          {{15, 4.02}}},
-        {"stepped", CurveOf({KeyAt(0, 1, TangentType::Linear, TangentType::Step),
-                             KeyAt(10, 2, TangentType::Linear, TangentType::StepNext),
-                             KeyAt(20, 3, TangentType::Linear, TangentType::Step)}),
+        {"stepped",
+         CurveOf({KeyAt(0, 1, TangentType::Linear, TangentType::Step),
+                  KeyAt(10, 2, TangentType::Linear, TangentType::StepNext),
+                  KeyAt(20, 3, TangentType::Linear, TangentType::Step)}),
          {{9.99, 1}, {10, 2}, {10.01, 3}, {20, 3}}},
     };
     for (const auto& row : rows) {

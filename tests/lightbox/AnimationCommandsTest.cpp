@@ -28,8 +28,8 @@ TEST_F(AnimationCommandsTest, EditsAndTheirUndo) {
          "string animCurveTA"},
         {"createNode transform -n a; select a; setAttr -l 1 a.s", "setKeyframe", "int 7",
          "keyframe -q -kc a.r", "int 3"},
-        {"createNode transform -n a", "setKeyframe -t 3 a.v", "int 1",
-         "keyTangent -q -ott a.v", "string[] step"},
+        {"createNode transform -n a", "setKeyframe -t 3 a.v", "int 1", "keyTangent -q -ott a.v",
+         "string[] step"},
         {STRAIGHT, "setAttr a.tx 40", "void", "getAttr a.tx", "float 40"},
         {STRAIGHT, "setKeyframe -t 6 -v 9 a.tx", "int 1", "keyframe -q -vc a.tx", "float[] 0 9 10"},
         {STRAIGHT, "setKeyframe -i 1 -t 4 -t 20 a.tx", "int 1", "keyframe -q -tc a.tx", "float[] 1 4 11"},
@@ -43,7 +43,8 @@ TEST_F(AnimationCommandsTest, EditsAndTheirUndo) {
          "float[] 1.5625"},
         {STRAIGHT, "keyTangent -e -l 0 -t 1 a.tx", "int 1", "keyTangent -q -l a.tx", "int[] 0 1"},
         {STRAIGHT, "keyTangent -e -wt 1 a.tx", "int 1", "keyTangent -q -wt a.tx", "int[] 1"},
-        {STRAIGHT, "setInfinity -poi cycleRelative a.tx", "int 1", "keyframe -q -ev -t 21 a.tx", "float[] 20"},
+        {STRAIGHT, "setInfinity -poi cycleRelative a.tx", "int 1", "keyframe -q -ev -t 21 a.tx",
+         "float[] 20"},
     };
     ExpectEdits(rows);
 }
@@ -99,7 +100,8 @@ TEST_F(AnimationCommandsTest, Refusals) {
         {STRAIGHT, "select -cl; setKeyframe", "Nothing to set keys on was specified or selected."},
         {STRAIGHT, "connectAttr a.ty b.tx; setKeyframe b.tx",
          "The attribute 'b.translateX' is locked or connected and cannot be modified."},
-        {STRAIGHT, "keyframe -e -o sideways -tc 3 a", "-option takes \"over\", \"move\" or \"insert\", not \"sideways\"."},
+        {STRAIGHT, "keyframe -e -o sideways -tc 3 a",
+         "-option takes \"over\", \"move\" or \"insert\", not \"sideways\"."},
         {STRAIGHT, "findKeyframe -w nearest a",
          "-which takes \"next\", \"previous\", \"first\" or \"last\", not \"nearest\"."},
         {STRAIGHT, "playbackOptions -loop forever",
@@ -231,7 +233,8 @@ TEST_F(AnimationFileTest, ScenesOfMayaMove) {
     };
     for (const auto& row : rows) {
         host_.time().SetCurrentTime(row.time);
-        EXPECT_NEAR(host_.scene().FindPlug(row.plug).Number(), row.value, 1e-6) << row.plug << " " << row.time;
+        EXPECT_NEAR(host_.scene().FindPlug(row.plug).Number(), row.value, 1e-6)
+            << row.plug << " " << row.time;
     }
 }
 
@@ -239,10 +242,10 @@ TEST_F(AnimationFileTest, NothingIsLostOnTheWay) {
     Write("keyed.ma", KEYED_SCENE);
     ASSERT_EQ(ErrorOfOpening("keyed.ma"), "none");
     const std::string text = SceneText();
-    for (const char* line :
-         {"\tsetAttr \".tan\" 18;\n", "\tsetAttr \".wgt\" no;\n", "\tsetAttr -s 3 \".ktv[0:2]\" 1 0 13 10 25 0",
-          "\tsetAttr \".kit[2]\" 1;\n", "0.0416666679084301", "-3.141592653589793", "\tsetAttr \".pst\" 3;\n",
-          "connectAttr \"ball_translateY.o\" \"ball.ty\";\n"}) {
+    for (const char* line : {"\tsetAttr \".tan\" 18;\n", "\tsetAttr \".wgt\" no;\n",
+                             "\tsetAttr -s 3 \".ktv[0:2]\" 1 0 13 10 25 0", "\tsetAttr \".kit[2]\" 1;\n",
+                             "0.0416666679084301", "-3.141592653589793", "\tsetAttr \".pst\" 3;\n",
+                             "connectAttr \"ball_translateY.o\" \"ball.ty\";\n"}) {
         EXPECT_THAT(text, HasSubstr(line));
     }
     Save("again.ma");
@@ -276,8 +279,8 @@ connectAttr "a.tx" "c.i";
     for (const double time : {-1e300, 0.0, 5.0, 7.0, 1e300}) {
         host_.time().SetCurrentTime(time);
         EXPECT_TRUE(std::isfinite(host_.scene().FindPlug("a.tx").Number()));
-        EXPECT_TRUE(std::isfinite(Run("float $v[] = `keyframe -q -ev -t " + std::to_string(static_cast<int>(time / 1e299)) +
-                                      " c`; $v[0]")
+        EXPECT_TRUE(std::isfinite(Run("float $v[] = `keyframe -q -ev -t " +
+                                      std::to_string(static_cast<int>(time / 1e299)) + " c`; $v[0]")
                                       .AsFloat()));
     }
 }

@@ -60,6 +60,24 @@ TEST_F(FileCommandsTest, QueriesOfTheScene) {
             {"file -f -new; file -q -sn", "string "}});
 }
 
+TEST_F(FileCommandsTest, WhatIsExportedKeepsItsHistoryKeysAndMaterial) {
+    Run("polyCube -w 2 -n box; polySphere -n other; "
+        "shadingNode -asShader lambert -n paint; sets -renderable true -noSurfaceShader true -empty -n "
+        "paintSG; "
+        "connectAttr paint.outColor paintSG.surfaceShader; sets -e -forceElement paintSG box other; "
+        "setKeyframe -t 1 -v 5 box.tx; select box;");
+    Run("file -f -es " + Quoted("part.ma") + "; file -f -es " + Quoted("part.lbx"));
+    for (const char* const file : {"part.ma", "part.lbx"}) {
+        Run("file -f -new; file -import " + Quoted(file));
+        Expect({{"objExists other", "int 0"},
+                {"connectionInfo -sfd boxShape.inMesh", "string polyCube1.output"},
+                {"getAttr polyCube1.width", "float 2"},
+                {"getAttr box.tx", "float 5"},
+                {"connectionInfo -sfd paintSG.surfaceShader", "string paint.outColor"},
+                {"sets -q paintSG", "string[] boxShape"}});
+    }
+}
+
 TEST_F(FileCommandsTest, ImportsGoWhereTheyShall) {
     Run("createNode transform -n a; file -rename " + Quoted("part.ma") + "; file -save; file -f -new;");
     const std::string import = "file -import -iv -pmt off -op \"v=0;\" -pr ";

@@ -82,10 +82,10 @@ TEST_F(DrawJourney, EveryToolDrawsAndIsUndoneAndKept) {
             SCOPED_TRACE(std::string(round.renderer) + ": " + step.name);
             Tool(step.name);
             step.does();
-            const QImage after = m_program->Drawing(round.camera);
+            const QImage after = m_program->ChangedDrawing(before, round.camera);
             EXPECT_NE(after, before);
             m_program->Type('z', RunningLightbox::Control);
-            EXPECT_EQ(m_program->Drawing(round.camera), before);
+            EXPECT_EQ(m_program->ChangedDrawing(after, round.camera), before);
             m_program->Mel("redo");
             EXPECT_EQ(m_program->Drawing(round.camera), after);
             before = after;
@@ -111,7 +111,7 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
     m_program->LetGo('b');
     const QImage empty = m_program->Drawing();
     m_program->Drag(At(-100, 0), At(0, 0));
-    const QImage thick = m_program->Drawing();
+    const QImage thick = m_program->ChangedDrawing(empty);
     EXPECT_NE(thick, empty);
     int height = 0;
     for (int y = 0; y < thick.height(); ++y) {
@@ -126,7 +126,7 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
     }
     m_program->Type(RunningLightbox::Return);
     m_program->Drag(At(-120, 0), At(20, 0));
-    const QImage erased = m_program->Drawing();
+    const QImage erased = m_program->ChangedDrawing(thick);
     int left = 0;
     for (int y = 0; y < erased.height(); ++y) {
         for (int x = 0; x < erased.width(); ++x) {

@@ -96,7 +96,7 @@ QImage RunningLightbox::Grab(const QString& control) {
     const QString file = m_folder.Path("grab.png");
     Mel("lightboxGrab -file \"" + file + "\"" +
         (control.isEmpty() ? QString() : " -widget \"" + control + "\""));
-    const QImage image(file);
+    QImage image(file);
     EXPECT_FALSE(image.isNull());
     return image;
 }
@@ -188,6 +188,17 @@ QImage RunningLightbox::Drawing(const QString& camera) {
     const QImage image(m_folder.Path("drawing.0001.png"));
     EXPECT_FALSE(image.isNull()) << Messages().toStdString();
     return image.convertToFormat(QImage::Format_ARGB32);
+}
+
+QImage RunningLightbox::ChangedDrawing(const QImage& before, const QString& camera) {
+    QElapsedTimer timer;
+    timer.start();
+    QImage drawing = Drawing(camera);
+    while (drawing == before && timer.elapsed() < PATIENCE / 4) {
+        Rest(30);
+        drawing = Drawing(camera);
+    }
+    return drawing;
 }
 
 int RunningLightbox::WaitForEnd() {

@@ -40,6 +40,9 @@ public:
     QImage Grab(const QString& control = QString());
     /// The drawing of the camera at frame 1, as it would be exported.
     QImage Drawing(const QString& camera = "persp");
+    /// The same once it is another one than that; that one after a while in which it stays. On a busy machine
+    /// what a key does may come after Settle().
+    QImage ChangedDrawing(const QImage& before, const QString& camera = "persp");
 
     void MoveTo(const QPoint& position);
     void Click(const QPoint& position, Button button = Left);

@@ -149,14 +149,16 @@ TEST_F(TransformJourney, TwentyStepsAreUndoneAndRedoneExactly) {
         for (const Step& step : steps) {
             SCOPED_TRACE(std::string(renderer) + ": " + step.name);
             step.does();
-            const QImage after = m_program->Drawing();
-            EXPECT_EQ(after != before, step.changes);
-            if (step.changes) {
-                m_program->Type('z', RunningLightbox::Control);
+            if (!step.changes) {
                 EXPECT_EQ(m_program->Drawing(), before);
-                m_program->Mel("redo");
-                EXPECT_EQ(m_program->Drawing(), after);
+                continue;
             }
+            const QImage after = m_program->ChangedDrawing(before);
+            EXPECT_NE(after, before);
+            m_program->Type('z', RunningLightbox::Control);
+            EXPECT_EQ(m_program->ChangedDrawing(after), before);
+            m_program->Mel("redo");
+            EXPECT_EQ(m_program->Drawing(), after);
             before = after;
         }
         EXPECT_TRUE(m_program->Becomes("currentCtx", "qmVxDrawCtx1")) << "where a cancelled transform ends";

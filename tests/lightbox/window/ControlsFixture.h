@@ -1,7 +1,6 @@
 #pragma once
 
 #include "WindowFixture.h"
-
 #include "mel/Error.h"
 #include "window/ControlRegistry.h"
 #include "window/ScriptedWindow.h"

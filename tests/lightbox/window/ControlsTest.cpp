@@ -1,7 +1,6 @@
 // Windows that scripts build, and what they answer when they are asked.
 
 #include "ControlsFixture.h"
-
 #include "window/WindowCommands.h"
 
 #include <QLineEdit>
@@ -40,7 +39,8 @@ TEST_F(ControlsTest, AnswerWhatTheyWereTold) {
         {"intSliderGrp -field 1 -min 1 -max 9 s", "intSliderGrp -q -fieldMaxValue s", "9"},
         {"intFieldGrp -numberOfFields 3 -value1 1 -value2 2 -value3 3 g", "intFieldGrp -q -value g", "1 2 3"},
         {"floatFieldGrp -label \"L\" -nf 2 -value 1 2 3 4 g", "floatFieldGrp -q -value g", "1 2"},
-        {"textFieldGrp -label \"Name\" -text \"n\" -columnWidth2 60 90 g", "textFieldGrp -q -label g", "Name"},
+        {"textFieldGrp -label \"Name\" -text \"n\" -columnWidth2 60 90 g", "textFieldGrp -q -label g",
+         "Name"},
         {"checkBoxGrp -ncb 3 -labelArray3 \"a\" \"b\" \"c\" -valueArray3 1 0 1 g",
          "checkBoxGrp -q -valueArray3 g", "1 0 1"},
         {"radioButtonGrp -nrb 3 -labelArray3 \"a\" \"b\" \"c\" -select 2 g", "radioButtonGrp -q -select g",
@@ -54,7 +54,8 @@ TEST_F(ControlsTest, AnswerWhatTheyWereTold) {
         {"textScrollList -append \"a\" -append \"b\" -ams true -selectItem \"b\" l",
          "textScrollList -q -selectIndexedItem l", "2"},
         {"colorSliderGrp -rgb 1 0.5 0 k", "colorSliderGrp -q -rgbValue k", "1 0.5 0"},
-        {"progressBar -maxValue 10 -progress 4 p; progressBar -e -step 3 p", "progressBar -q -progress p", "7"},
+        {"progressBar -maxValue 10 -progress 4 p; progressBar -e -step 3 p", "progressBar -q -progress p",
+         "7"},
         {"iconTextButton -style \"iconAndTextVertical\" -image \"cube\" -label \"C\" i",
          "iconTextButton -q -image i", "cube"},
         {"frameLayout -label \"F\" -collapsable true -collapse true f; button b",
@@ -62,10 +63,13 @@ TEST_F(ControlsTest, AnswerWhatTheyWereTold) {
         {"tabLayout t; columnLayout one; setParent ..; columnLayout two; setParent ..; "
          "tabLayout -e -tabLabel one \"One\" -tabLabel two \"Two\" -selectTab two t",
          "tabLayout -q -selectTabIndex t", "2"},
-        {"formLayout f; button x; button y; formLayout -e -attachForm x \"left\" 5 -attachControl y \"top\" 2 x f",
+        {"formLayout f; button x; button y; formLayout -e -attachForm x \"left\" 5 -attachControl y \"top\" "
+         "2 x f",
          "formLayout -q -childArray f", "x y"},
-        {"rowLayout -numberOfColumns 2 -columnWidth2 50 60 r; button x; button y", "rowLayout -q -nch r", "2"},
-        {"gridLayout -numberOfColumns 2 -cellWidthHeight 30 20 g", "gridLayout -q -cellWidthHeight g", "30 20"},
+        {"rowLayout -numberOfColumns 2 -columnWidth2 50 60 r; button x; button y", "rowLayout -q -nch r",
+         "2"},
+        {"gridLayout -numberOfColumns 2 -cellWidthHeight 30 20 g", "gridLayout -q -cellWidthHeight g",
+         "30 20"},
         {"paneLayout -configuration \"quad\" p", "paneLayout -q -numberOfVisiblePanes p", "4"},
         {"columnLayout inner; setParent ..", "setParent -q", "w|c"},
         {"button b; popupMenu m; menuItem -label \"I\"", "button -q -popupMenuArray b", "m"},
@@ -107,7 +111,8 @@ TEST_F(ControlsTest, RefuseWhatDoesNotFit) {
 
 TEST_F(ControlsTest, ClicksRunScriptsAsOneStep) {
     Show();
-    Run("window w; columnLayout; button -command \"createNode transform -n a; createNode transform -n b\" go; "
+    Run("window w; columnLayout; button -command \"createNode transform -n a; createNode transform -n b\" "
+        "go; "
         "button -command \"error \\\"no\\\"\" bad; button -command \"deleteUI w\" end; showWindow w");
     Settle();
     QTest::mouseClick(&Widget<QPushButton>("go"), Qt::LeftButton);
@@ -128,7 +133,8 @@ TEST_F(ControlsTest, ValuesStandInScripts) {
     Run("global string $said; window w; columnLayout; "
         "textField -changeCommand \"$said = \\\"#1\\\"\" f; checkBox -changeCommand \"$said = #1\" c; "
         "intSliderGrp -field true -max 10 -changeCommand \"$said = #1\" s; "
-        "radioCollection; radioButton -onCommand \"$said += \\\"+1\\\"\" -offCommand \"$said += \\\"-1\\\"\" r1; "
+        "radioCollection; radioButton -onCommand \"$said += \\\"+1\\\"\" -offCommand \"$said += \\\"-1\\\"\" "
+        "r1; "
         "radioButton -onCommand \"$said += \\\"+2\\\"\" r2; showWindow w");
     Settle();
     QTest::keyClicks(&Widget<QLineEdit>("f"), "a\"b\\");
@@ -149,7 +155,8 @@ TEST_F(ControlsTest, ValuesStandInScripts) {
 
 TEST_F(ControlsTest, WindowsCloseAndComeBackWhereTheyWere) {
     Show();
-    Run("window -retain -closeCommand \"$gone = 1\" kept; showWindow kept; window -closeCommand \"$gone = 2\" lost; "
+    Run("window -retain -closeCommand \"$gone = 1\" kept; showWindow kept; window -closeCommand \"$gone = "
+        "2\" lost; "
         "showWindow lost");
     Settle();
     Controls().FindWidget("kept")->close();
@@ -169,7 +176,8 @@ TEST_F(ControlsTest, WindowsCloseAndComeBackWhereTheyWere) {
 TEST_F(ControlsTest, FormsKeepTheirAttachments) {
     Show();
     Run("window -widthHeight 400 300 w; formLayout f; button -w 80 -h 30 a; button b; button c; "
-        "formLayout -e -af a \"left\" 10 -af a \"top\" 5 -af b \"right\" 6 -ac b \"left\" 4 a -af b \"top\" 5 "
+        "formLayout -e -af a \"left\" 10 -af a \"top\" 5 -af b \"right\" 6 -ac b \"left\" 4 a -af b \"top\" "
+        "5 "
         "-ap c \"left\" 0 25 -ap c \"right\" 0 75 -ac c \"top\" 7 a -af c \"bottom\" 8 f; showWindow w");
     Settle();
     const auto rect = [this](const char* name) { return Widget<QWidget>(name).geometry(); };
@@ -214,7 +222,8 @@ TEST_F(ControlsTest, FloatingViewportsAreModelPanels) {
     Settle();
     EXPECT_EQ(Shown("modelPanel -q -camera floating"), "persp");
     EXPECT_TRUE(Panel("floating").isVisible());
-    Run("modelEditor -e -grid 0 -displayAppearance \"wireframe\" -rendererName \"base_OpenGL_Renderer\" floating");
+    Run("modelEditor -e -grid 0 -displayAppearance \"wireframe\" -rendererName \"base_OpenGL_Renderer\" "
+        "floating");
     EXPECT_EQ(Shown("modelEditor -q -grid floating"), "0");
     EXPECT_FALSE(View("floating").IsViewport2());
     Run("deleteUI fw");
@@ -226,7 +235,8 @@ TEST_F(ControlsTest, FloatingViewportsAreModelPanels) {
 TEST(WindowCommandsInBatch, SayThatThereIsNoWindow) {
     lightbox::Host host({true, std::string()});
     lightbox::RegisterWindowCommands(host, nullptr);
-    for (const char* const script : {"window", "menu -label \"x\"", "confirmDialog", "commandPort -name \":7777\""}) {
+    for (const char* const script :
+         {"window", "menu -label \"x\"", "confirmDialog", "commandPort -name \":7777\""}) {
         try {
             host.interpreter().Execute(script);
             FAIL() << script;

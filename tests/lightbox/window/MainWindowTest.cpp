@@ -13,8 +13,6 @@
 
 #include <gmock/gmock.h>
 
-using lightbox::PanelLayout;
-
 class MainWindowTest : public WindowFixture {
 protected:
     /// Presses a button of the question about unsaved changes once it is there. Its text, or nothing.

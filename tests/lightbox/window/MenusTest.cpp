@@ -1,7 +1,6 @@
 // Menus: of scripts, of the main window, and that of the plug-in.
 
 #include "ControlsFixture.h"
-
 #include "host/MayaUtil.h"
 #include "host/PluginMain.h"
 #include "host/Settings.h"
@@ -44,7 +43,8 @@ TEST_F(MenusTest, ItemsDoWhatTheySay) {
         "menuItem -label \"Plain\" -keyEquivalent \"k\" -ctrlModifier true -command \"$count += 1\" plain; "
         "menuItem -checkBox 1 -command \"$count = 10 * (1 + #1)\" check; menuItem -divider true; "
         "menuItem -subMenu true -label \"S\" sub; radioMenuItemCollection; menuItem -radioButton 1 one; "
-        "menuItem -radioButton 0 two; menuItem -checkBox 0 three; setParent -menu ..; menuItem -label \"Last\" last; "
+        "menuItem -radioButton 0 two; menuItem -checkBox 0 three; setParent -menu ..; menuItem -label "
+        "\"Last\" last; "
         "menuItem -optionBox true -command \"$count = 99\" box");
     EXPECT_EQ(Labels(*MenuTitled("M")), "Plain,check,-,S,Last,box");
     EXPECT_TRUE(MenuTitled("M")->isTearOffEnabled());
@@ -125,7 +125,8 @@ TEST_F(MenusTest, TheEditMenuNamesWhatItUndoes) {
 }
 
 TEST_F(MenusTest, TheRecentFilesAreOffered) {
-    Run("optionVar -rm RecentFilesList; optionVar -sva RecentFilesList \"/a/old.ma\" -sva RecentFilesList \"/a/new \\\"1\\\".ma\"");
+    Run("optionVar -rm RecentFilesList; optionVar -sva RecentFilesList \"/a/old.ma\" -sva RecentFilesList "
+        "\"/a/new \\\"1\\\".ma\"");
     auto* const recent = Controls().Named("lightboxRecentMenu").Menu();
     Q_EMIT recent->aboutToShow();
     Q_EMIT recent->aboutToShow();
@@ -138,6 +139,8 @@ TEST_F(MenusTest, CutAndPasteMoveNodes) {
     EXPECT_EQ(Shown("objExists thing"), "0");
     Run("PasteSelected");
     EXPECT_EQ(Number("thing.tx"), 4.0);
+    Run("PasteSelected");
+    EXPECT_EQ(Shown("ls -sl"), "pasted__thing");
 }
 
 TEST_F(MenusTest, ThePluginsMenuFollowsItsSettings) {

@@ -108,13 +108,14 @@ TEST_F(PanelLayoutTest, RefusesAStateThatItDidNotWrite) {
 TEST_F(PanelLayoutTest, PanelsOfOtherWindowsJoinTheListAndLeaveIt) {
     Show();
     auto floating = std::make_unique<QWidget>();
+    EXPECT_NE(Window().Panels().Create("modelPanel4", floating.get()).Name(), "modelPanel4");
     lightbox::ViewportPanel& panel = Window().Panels().Create("floatingPanel", floating.get());
-    EXPECT_EQ(host_->ui()->Views().size(), 5u);
-    EXPECT_NE(Window().Panels().Create("floatingPanel", floating.get()).Name(), "floatingPanel");
+    EXPECT_EQ(host_->ui()->Views().size(), 6u);
     Window().Panels().SetActive(panel);
     EXPECT_EQ(host_->ui()->ActiveView()->PanelName(), "floatingPanel");
     floating.reset();
     EXPECT_EQ(host_->ui()->Views().size(), 4u);
     ASSERT_NE(host_->ui()->ActiveView(), nullptr);
+    EXPECT_EQ(host_->ui()->ActiveView()->PanelName(), "modelPanel4") << "which is seen";
     EXPECT_EQ(Window().Panels().Find("floatingPanel"), nullptr);
 }

@@ -87,7 +87,7 @@ TEST_F(SceneRendererTest, SurfacesAreLitFromTheEyeInTheColourOfTheirMaterial) {
     EXPECT_LT(red.green(), 3);
     Run("setAttr red.it 0.5 0.5 0.5");
     const QColor through = Draw("topShape").pixelColor(WIDTH / 2, HEIGHT / 2);
-    EXPECT_NEAR(through.red(), (221 + 10) / 2, 3);
+    EXPECT_NEAR(through.red(), (221 + 10) / 2.0, 3);
     EXPECT_NEAR(through.blue(), 15, 3);
     // Even white keeps its shape: no side of it is as bright as the screen can be.
     Run("setAttr red.it 0 0 0; setAttr red.c 1 1 1; setAttr red.dc 0.8");

@@ -1,6 +1,7 @@
+#include "window/ViewNavigation.h"
+
 #include "WindowFixture.h"
 #include "scene/CameraView.h"
-#include "window/ViewNavigation.h"
 
 #include <cmath>
 
@@ -73,8 +74,11 @@ TEST_F(ViewNavigationTest, TumblingKeepsTheCentreTheDistanceAndTheHorizon) {
     for (const std::string name : {"persp", "shot"}) {
         const std::string camera = cameraNamed(name);
         const std::string shape = name == "persp" ? "perspShape" : "shotShape1";
-        const auto center = [&] { return Eye(camera) + Forward(camera) * Number(shape + ".centerOfInterest"); };
-        for (const QPointF& delta : {QPointF(120, 0), QPointF(0, 60), QPointF(-500, -40), QPointF(900, 300)}) {
+        const auto center = [&] {
+            return Eye(camera) + Forward(camera) * Number(shape + ".centerOfInterest");
+        };
+        for (const QPointF& delta :
+             {QPointF(120, 0), QPointF(0, 60), QPointF(-500, -40), QPointF(900, 300)}) {
             const V3d before = center();
             const double distance = (Eye(camera) - before).length();
             Drag(Mode::Tumble, camera, delta);

@@ -89,7 +89,8 @@ TEST_F(ViewportTest, AltDragsNavigateAndTheRestIsTheToolsOwn) {
     const QPoint center = View().rect().center();
     const double before = Number("persp.rotateY");
     QTest::mousePress(&View(), Qt::LeftButton, Qt::AltModifier, center);
-    QMouseEvent move(QEvent::MouseMove, center + QPoint(50, 0), Qt::NoButton, Qt::LeftButton, Qt::AltModifier);
+    QMouseEvent move(QEvent::MouseMove, center + QPoint(50, 0), Qt::NoButton, Qt::LeftButton,
+                     Qt::AltModifier);
     QApplication::sendEvent(&View(), &move);
     QTest::mouseRelease(&View(), Qt::LeftButton, Qt::AltModifier, center + QPoint(50, 0));
     EXPECT_LT(Number("persp.rotateY"), before - 1.0);
@@ -106,7 +107,8 @@ TEST_F(ViewportTest, BackslashWithTheMiddleButtonPansThePicture) {
     View().setFocus();
     QTest::keyPress(&View(), Qt::Key_Backslash);
     QTest::mousePress(&View(), Qt::MiddleButton, Qt::NoModifier, center);
-    QMouseEvent move(QEvent::MouseMove, center + QPoint(40, 0), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, center + QPoint(40, 0), Qt::NoButton, Qt::MiddleButton,
+                     Qt::NoModifier);
     QApplication::sendEvent(&View(), &move);
     QTest::mouseRelease(&View(), Qt::MiddleButton, Qt::NoModifier, center + QPoint(40, 0));
     QTest::keyRelease(&View(), Qt::Key_Backslash);
@@ -150,11 +152,14 @@ TEST_F(ViewportTest, MenusSetTheOptionsOfTheirOwnViewAndShowThem) {
 
 TEST_F(ViewportTest, GatesAreDrawnWhereTheCameraHasThem) {
     Run("setAttr perspShape.displayResolution 1; setAttr perspShape.displayGateMask 1;"
-        "setAttr perspShape.overscan 1; setAttr defaultResolution.width 1280; setAttr defaultResolution.height 720");
+        "setAttr perspShape.overscan 1; setAttr defaultResolution.width 1280; setAttr "
+        "defaultResolution.height 720");
     const auto camera = lightbox::ViewportWidget::FindCamera(host_->scene(), "persp");
     const lightbox::CameraView view(*camera, 1000, 800);
     const lightbox::DrawList items = lightbox::GateOverlay::Items(*camera, view, ViewOptions());
-    const auto count = [&](const auto& condition) { return std::count_if(items.begin(), items.end(), condition); };
+    const auto count = [&](const auto& condition) {
+        return std::count_if(items.begin(), items.end(), condition);
+    };
     // Horizontal fit: the gate is as wide as the view, and its mask lies above and below it only.
     EXPECT_EQ(count([](const lightbox::DrawItem& item) {
                   return item.kind == lightbox::DrawItem::Kind::Rectangle && !item.filled &&
@@ -186,4 +191,52 @@ TEST_F(ViewportTest, ContextsNestAndGiveBackWhatWasCurrent) {
     View().EndGl();
     EXPECT_EQ(QOpenGLContext::currentContext(), before);
     View().EndGl();
+}
+
+// A frame draws only what is another than in the picture before; not when that one is gone.
+TEST_F(ViewportTest, APictureThatWasLostIsDrawnWhole) {
+    Run("polySphere; select -cl");
+    Show();
+    QWidget* const home = View().parentWidget();
+    const QRect place = View().geometry();
+    QWidget elsewhere;
+    elsewhere.resize(place.size());
+    const struct {
+        const char* what;
+        std::function<void()> lose;
+    } rows[] = {
+        {"a tool drew over it",
+         [this] {
+             View().BeginGl();
+             glClearColor(1.0f, 0.0f, 0.0f, 1.0f);
+             glClear(GL_COLOR_BUFFER_BIT);
+             View().EndGl();
+         }},
+        {"there and back again in size",
+         [&] {
+             View().resize(place.size() / 2);
+             View().resize(place.size());
+         }},
+        {"another window",
+         [&] {
+             View().setParent(&elsewhere);
+             View().setGeometry(QRect(QPoint(), place.size()));
+             elsewhere.show();
+             View().show();
+             Settle();
+         }},
+        {"the first one again",
+         [&] {
+             View().setParent(home);
+             View().setGeometry(place);
+             View().show();
+             Settle();
+         }},
+    };
+    const QImage whole = View().grabFramebuffer();
+    for (const auto& row : rows) {
+        row.lose();
+        View().Refresh(false);
+        EXPECT_EQ(View().grabFramebuffer(), whole) << row.what;
+    }
 }

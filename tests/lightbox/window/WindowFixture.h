@@ -31,8 +31,7 @@ protected:
     WindowFixture() { Start(); }
 
     void Start() {
-        host_ =
-            std::make_unique<lightbox::Host>(lightbox::Host::Options{false, prefs_.path().toStdString()});
+        host_ = std::make_unique<lightbox::Host>(lightbox::Host::Options{false, prefs_.path().toStdString()});
         host_->output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
             messages_.push_back(lightbox::Output::Worded(kind, text));
         });

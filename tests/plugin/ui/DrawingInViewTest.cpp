@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <qopengl.h>
 
+#include <cmath>
+
 namespace vellix {
 
 namespace {
@@ -63,7 +65,7 @@ TEST_F(DrawingInViewTest, IsTrueToThePixelInBothRenderers) {
                     const double alpha = over.alphaF();
                     const QColor got = seen.pixelColor(x, y);
                     const auto error = [&](int o, int u, int g) {
-                        return static_cast<int>(std::abs(o * alpha + u * (1.0 - alpha) - g) + 0.5);
+                        return static_cast<int>(std::lround(std::abs(o * alpha + u * (1.0 - alpha) - g)));
                     };
                     worst = std::max({worst, error(over.red(), under.red(), got.red()),
                                       error(over.green(), under.green(), got.green()),
@@ -86,7 +88,7 @@ TEST_F(DrawingInViewTest, AnImageThatStaysIsBroughtToTheCardOnce) {
     }
     EXPECT_EQ(View().UploadCount(), uploads);
     QImage other = Drawing();
-    other.setPixelColor(1000, 1000, Qt::red);
+    other.setPixelColor(512, 512, Qt::red);
     Draw(other);
     Grab();
     EXPECT_EQ(View().UploadCount(), uploads + 1);
