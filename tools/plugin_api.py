@@ -259,6 +259,9 @@ def read_unit(job):
 
 def read_plugin(build):
     resources = library()
+    plugin = build / "bin/vellix2.so"
+    if not plugin.exists():
+        sys.exit(f"{plugin} is not there; build it first")
     store = build / "plugin-api"
     store.mkdir(exist_ok=True)
     jobs = []
@@ -274,7 +277,7 @@ def read_plugin(build):
         jobs.append((path, kept + ["-resource-dir", resources, "-x", "c++"], store))
     with concurrent.futures.ProcessPoolExecutor(2) as pool:
         units = list(pool.map(read_unit, sorted(jobs), chunksize=4))
-    linked = undefined_names(build / "bin/vellix2.so")
+    linked = undefined_names(plugin)
     for unit in units:
         unit["host"] += [[text, header] for mangled, text, header in unit["maybe"] if mangled in linked]
     return units
@@ -344,14 +347,14 @@ def check(units):
     faults = [fault for unit in units for fault in unit["faults"]]
     used, listed = host_of(units), rows()
     for name in sorted(used.keys() - listed.keys()):
-        faults.append(f"used, but not in {CHECKLIST.name}: {name}")
+        faults.append(f"used, but not in {CHECKLIST.name} (\"update\" adds it): {name}")
     for name in sorted(listed.keys() - used.keys()):
-        faults.append(f"in {CHECKLIST.name}, but not used: {name}")
+        faults.append(f"in {CHECKLIST.name}, but not used (\"update\" drops it): {name}")
     for name in sorted(used.keys() & listed.keys()):
         _, page, published, source, remark = listed[name]
         published = published.strip("`")
         if not published or source not in ("read", "listed", "known"):
-            faults.append(f"not checked yet: {name}")
+            faults.append(f"not checked yet (\"published as\" or \"from\" is not filled in): {name}")
         elif plain(name) != plain(published) and not remark:
             faults.append(f"differs from the reference: {name} is published as {published}")
     with_version = [unit["path"] for unit in units if unit["names_version"]]

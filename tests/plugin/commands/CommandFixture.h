@@ -33,6 +33,7 @@ protected:
     /// All of the drawing as text: cameras, layers with what they are, keys with a digest of their picture.
     static QString Drawing();
     /// A line that changes the drawing; undo has to leave it as it was, redo as the line did.
+    /// It is undone when this returns.
     void ExpectUndoable(const QString& line);
 
     QString WriteFile(const QString& name, const QByteArray& content) const;
