@@ -1,6 +1,7 @@
 # Lightbox as a Unix program: everything finds the rest relative to the executable, so that the tree can lie anywhere.
 #   bin/lightbox                      the program
-#   lib/lightbox/                     the host library, and plug-ins/ with Vellix 2
+#   lib/lightbox/host/                the host library; deep enough for no package to tell ldconfig of it
+#   lib/lightbox/plug-ins/            Vellix 2
 #   share/lightbox/demo/              the demo
 #   share/...                         menu entry, icon, file types, manual page, completion, documentation
 set(private lib/lightbox)
@@ -10,12 +11,12 @@ if(APPLE)
 else()
     set(origin "$ORIGIN")
 endif()
-set_target_properties(lightbox PROPERTIES INSTALL_RPATH "${origin}/../${private}")
-set_target_properties(vellix2 PROPERTIES INSTALL_RPATH "${origin}/..")
+set_target_properties(lightbox PROPERTIES INSTALL_RPATH "${origin}/../${private}/host")
+set_target_properties(vellix2 PROPERTIES INSTALL_RPATH "${origin}/../host")
 
 install(TARGETS lightbox RUNTIME DESTINATION bin)
 # Windows looks for libraries beside the program only.
-install(TARGETS lightbox_host RUNTIME DESTINATION bin LIBRARY DESTINATION ${private})
+install(TARGETS lightbox_host RUNTIME DESTINATION bin LIBRARY DESTINATION ${private}/host)
 install(TARGETS vellix2 LIBRARY DESTINATION ${private}/plug-ins)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/demo DESTINATION share/lightbox USE_SOURCE_PERMISSIONS)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION share/doc/lightbox
