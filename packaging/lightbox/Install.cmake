@@ -19,8 +19,10 @@ install(TARGETS lightbox RUNTIME DESTINATION bin)
 install(TARGETS lightbox_host RUNTIME DESTINATION bin LIBRARY DESTINATION ${private}/host)
 install(TARGETS vellix2 LIBRARY DESTINATION ${private}/plug-ins)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/demo DESTINATION share/lightbox USE_SOURCE_PERMISSIONS)
+# Not the pages about the source.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION share/doc/lightbox
-    FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py")
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py"
+    PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE PATTERN "openmaya-checklist.md" EXCLUDE)
 
 set(here ${CMAKE_CURRENT_LIST_DIR})
 install(FILES ${here}/copyright DESTINATION share/doc/lightbox)
