@@ -212,6 +212,17 @@ TEST_F(ViewportTest, APictureThatWasLostIsDrawnWhole) {
              glClear(GL_COLOR_BUFFER_BIT);
              View().EndGl();
          }},
+        {"the other renderer drew",
+         [this] {
+             ViewOptions options = View().Options();
+             options.renderer = ViewOptions::Renderer::Legacy;
+             View().SetOptions(options);
+             Run("setAttr pSphere1.v 0");
+             View().grabFramebuffer();
+             Run("setAttr pSphere1.v 1");
+             options.renderer = ViewOptions::Renderer::Viewport2;
+             View().SetOptions(options);
+         }},
         {"there and back again in size",
          [&] {
              View().resize(place.size() / 2);
