@@ -212,10 +212,8 @@ void AsciiWriter::WriteConnections(const SceneContent& content) {
              << ";\n";
     }
     for (const Connection& connection : content.connections) {
-        const Plug& to = connection.destination;
-        const bool isNext = to.element >= 0 && !to.attribute->indexMatters && to.attribute->multi;
-        out_ << "connectAttr " << PlugName(connection.source) << ' '
-             << PlugName(isNext ? Plug(to.node, to.attribute) : to) << (isNext ? " -na" : "") << ";\n";
+        const auto [to, flags] = SceneContent::Target(connection);
+        out_ << "connectAttr " << PlugName(connection.source) << ' ' << PlugName(to) << flags << ";\n";
     }
     if (!content.isWhole) {
         return;

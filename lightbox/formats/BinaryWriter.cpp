@@ -279,7 +279,8 @@ void BinaryWriter::WriteConnections(const SceneContent& content) {
         write(binary::BROKEN, PlugName(connection.source), PlugName(connection.destination), {});
     }
     for (const Connection& connection : content.connections) {
-        write(binary::CONNECTION, PlugName(connection.source), PlugName(connection.destination), {});
+        const auto [to, flags] = SceneContent::Target(connection);
+        write(binary::CONNECTION, PlugName(connection.source), PlugName(to), flags);
     }
     if (!content.isWhole) {
         return;

@@ -61,6 +61,13 @@ void AddNetwork(Host& host, std::set<const Node*>& wanted) {
 
 } // namespace
 
+std::pair<Plug, std::string> SceneContent::Target(const Connection& connection) {
+    const Plug& to = connection.destination;
+    const bool isNext = to.element >= 0 && !to.attribute->indexMatters && to.attribute->multi;
+    return isNext ? std::make_pair(Plug(to.node, to.attribute), std::string(" -na"))
+                  : std::make_pair(to, std::string());
+}
+
 void SceneContent::NameReferencesFrom(const std::string& folder) {
     for (Reference& reference : references) {
         const QFileInfo given(QString::fromStdString(reference.givenPath));

@@ -32,6 +32,9 @@ public:
     static std::string ConfigurationScript(Host& host);
     /// The scene's `fileInfo`, with what this program says of itself first.
     static std::vector<std::pair<std::string, std::string>> FileInfo(Host& host);
+    /// How a file says where a connection goes: the plug, and further flags of connectAttr. Where the number
+    /// of an element means nothing it is the array, whose next free element is taken.
+    static std::pair<Plug, std::string> Target(const Connection& connection);
 
     bool isWhole = true;
     std::vector<Requirement> requirements;

@@ -78,6 +78,13 @@ TEST_F(FileCommandsTest, WhatIsExportedKeepsItsHistoryKeysAndMaterial) {
     }
 }
 
+TEST_F(FileCommandsTest, WhatIsImportedJoinsTheMembersThatASetHas) {
+    Run("polyCube -n box; file -f -es " + Quoted("part.ma") + "; file -f -es " + Quoted("part.lbx"));
+    Run("file -f -new; polySphere -n other");
+    Run("file -import " + Quoted("part.ma") + "; file -import " + Quoted("part.lbx"));
+    Expect({{"sets -q initialShadingGroup", "string[] otherShape boxShape part_boxShape"}});
+}
+
 TEST_F(FileCommandsTest, ImportsGoWhereTheyShall) {
     Run("createNode transform -n a; file -rename " + Quoted("part.ma") + "; file -save; file -f -new;");
     const std::string import = "file -import -iv -pmt off -op \"v=0;\" -pr ";
