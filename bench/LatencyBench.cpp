@@ -126,6 +126,7 @@ void Latency(benchmark::State& state, Renderer renderer) {
         std::vector<double> composing;
         std::vector<double> uploading;
         std::vector<double> drawing;
+        std::vector<double> window; // of the drawing, what a frame takes in which nothing is another
         DrawStroke(session, input, [&](const Stroke& stroke, const auto& move) {
             const int points = stroke.points.size();
             session.View().setUpdatesEnabled(false);
@@ -141,6 +142,9 @@ void Latency(benchmark::State& state, Renderer renderer) {
             timer.start();
             session.DrawNow(); // with nothing left to compose
             drawing.push_back(Milliseconds(timer));
+            timer.start();
+            session.DrawNow();
+            window.push_back(Milliseconds(timer));
         });
         state.SetIterationTime(At(shown, 0.5) * 1e-3);
         state.counters["median"] = At(shown, 0.5);
@@ -148,6 +152,7 @@ void Latency(benchmark::State& state, Renderer renderer) {
         state.counters["composing"] = At(composing, 0.5);
         state.counters["uploading"] = At(uploading, 0.5);
         state.counters["drawing"] = At(drawing, 0.5);
+        state.counters["window"] = At(window, 0.5);
     }
 }
 BENCHMARK_CAPTURE(Latency, Viewport2, Renderer::Viewport2)

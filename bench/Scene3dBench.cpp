@@ -10,8 +10,8 @@
 #include "scene/MeshTessellation.h"
 #include "scene/Scene.h"
 #include "scene/VisibleShapes.h"
+#include "window/DrawnScene.h"
 #include "window/MeshBuffers.h"
-#include "window/SceneContents.h"
 #include "window/SceneRenderer.h"
 
 #include <QApplication>
@@ -92,7 +92,7 @@ void OrbitFrames(benchmark::State& state, DisplayOptions::Shading shading) {
     double degrees = 0.0;
     const auto frame = [&] {
         const CameraView view = Orbit(degrees += STEP);
-        renderer.Draw(SceneContents(Host::Get().scene(), view, CameraShape(), options), 1.0);
+        renderer.Draw(DrawnScene(Host::Get().scene(), view, CameraShape(), options), 1.0);
         g_canvas->Gl().glFinish();
     };
     frame();
@@ -176,8 +176,8 @@ void FindWhatIsDrawn(benchmark::State& state) {
     double degrees = 0.0;
     for (auto _ : state) {
         const CameraView view = Orbit(degrees += STEP);
-        const SceneContents contents(Host::Get().scene(), view, CameraShape(), {});
-        benchmark::DoNotOptimize(contents.surfaces.data());
+        const DrawnScene scene(Host::Get().scene(), view, CameraShape(), {});
+        benchmark::DoNotOptimize(scene.surfaces.data());
     }
 }
 BENCHMARK(FindWhatIsDrawn)->Unit(benchmark::kMicrosecond)->UseRealTime();
@@ -189,9 +189,7 @@ void ChangeOneMesh(benchmark::State& state) {
     const CameraView view = Orbit(30.0);
     const Plug radius = Host::Get().scene().FindPlug("polySphere1.radius");
     double size = 2.0;
-    const auto draw = [&] {
-        renderer.Draw(SceneContents(Host::Get().scene(), view, CameraShape(), {}), 1.0);
-    };
+    const auto draw = [&] { renderer.Draw(DrawnScene(Host::Get().scene(), view, CameraShape(), {}), 1.0); };
     draw();
     const unsigned before = renderer.UploadCount();
     for (auto _ : state) {

@@ -1,7 +1,7 @@
 #include "window/SceneRenderer.h"
 
+#include "window/DrawnScene.h"
 #include "window/MeshBuffers.h"
-#include "window/SceneContents.h"
 #include "window/SceneLines.h"
 #include "window/SceneShaders.h"
 
@@ -71,14 +71,14 @@ public:
 
     unsigned UploadCount() const { return meshes_.UploadCount(); }
 
-    const SceneContents* contents = nullptr;
+    const DrawnScene* scene = nullptr;
     double devicePixelRatio = 1.0;
     bool isReady = false;
 
 private:
-    using Surface = SceneContents::Surface;
+    using Surface = DrawnScene::Surface;
 
-    const CameraView& View() const { return contents->view; }
+    const CameraView& View() const { return scene->view; }
     void DrawBackground();
     /// Between them lines are drawn smooth, and leave the depth as it is.
     void BeginLines();
@@ -125,7 +125,7 @@ void SceneRenderer::Private::Draw() {
     gl_->glEnable(GL_DEPTH_TEST);
     DrawSurfaces(false);
     BeginLines();
-    if (contents->options.grid) {
+    if (scene->options.grid) {
         DrawLines(GridLines(GridAxis(View())), projection_ * viewMatrix_, TowardsEye(GRID_FORWARD));
     }
     EndLines();
@@ -134,7 +134,7 @@ void SceneRenderer::Private::Draw() {
     DrawWires();
     DrawOutlines();
     gl_->glDisable(GL_DEPTH_TEST);
-    if (contents->options.axisIcon) {
+    if (scene->options.axisIcon) {
         DrawAxisIcon();
     }
     EndLines();
@@ -143,8 +143,8 @@ void SceneRenderer::Private::Draw() {
 }
 
 void SceneRenderer::Private::DrawBackground() {
-    const V4f top = Vector(contents->options.backgroundTop);
-    const V4f bottom = Vector(contents->options.backgroundBottom);
+    const V4f top = Vector(scene->options.backgroundTop);
+    const V4f bottom = Vector(scene->options.backgroundBottom);
     const LineVertex corners[] = {
         {V3f(-1, -1, 0), bottom}, {V3f(1, -1, 0), bottom}, {V3f(-1, 1, 0), top}, {V3f(1, 1, 0), top}};
     QOpenGLShaderProgram& program = shaders_.Lines();
@@ -222,7 +222,7 @@ void SceneRenderer::Private::DrawSurfaces(bool transparent) {
         gl_->glEnable(GL_BLEND);
         gl_->glDepthMask(GL_FALSE);
     }
-    for (const Surface& surface : contents->surfaces) {
+    for (const Surface& surface : scene->surfaces) {
         if (surface.IsTransparent() == transparent) {
             DrawSurface(surface);
         }
@@ -264,7 +264,7 @@ void SceneRenderer::Private::DrawSurface(const Surface& surface) {
 
 void SceneRenderer::Private::DrawWires() {
     QOpenGLShaderProgram& program = shaders_.Lines();
-    for (const SceneContents::Wires& wires : contents->wires) {
+    for (const DrawnScene::Wires& wires : scene->wires) {
         MeshBuffers::Buffers& buffers = meshes_.Get(*wires.mesh);
         const V4f& color = wires.color;
         program.bind();
@@ -284,7 +284,7 @@ void SceneRenderer::Private::DrawWires() {
 }
 
 void SceneRenderer::Private::DrawOutlines() {
-    for (const SceneContents::Outline& outline : contents->outlines) {
+    for (const DrawnScene::Outline& outline : scene->outlines) {
         std::vector<LineVertex> lines;
         for (const V3f& point : outline.points) {
             lines.push_back({point, outline.color});
@@ -315,14 +315,14 @@ bool SceneRenderer::Initialize() {
     return d_->Build();
 }
 
-void SceneRenderer::Draw(const SceneContents& contents, double devicePixelRatio) {
+void SceneRenderer::Draw(const DrawnScene& scene, double devicePixelRatio) {
     if (!d_->isReady) {
         return;
     }
-    d_->contents = &contents;
+    d_->scene = &scene;
     d_->devicePixelRatio = devicePixelRatio;
     d_->Draw();
-    d_->contents = nullptr;
+    d_->scene = nullptr;
 }
 
 } // namespace lightbox

@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-struct SceneContents;
+struct DrawnScene;
 
 /// Draws the scene of a viewport with OpenGL: background, grid, meshes, and the outlines of cameras and
 /// locators. It keeps what it uploaded, so there is one for each OpenGL context, and a mesh is uploaded again
@@ -23,7 +23,7 @@ public:
     /// Clears the bound framebuffer and draws the scene into it, at view pixels times `devicePixelRatio`;
     /// with the scissor test on, only within the box. Leaves OpenGL's state as a new context has it, but for
     /// the viewport and the scissor test, and the depth buffer as it was drawn.
-    void Draw(const SceneContents& contents, double devicePixelRatio);
+    void Draw(const DrawnScene& scene, double devicePixelRatio);
     /// Meshes brought to the card so far.
     unsigned UploadCount() const;
 

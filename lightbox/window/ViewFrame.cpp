@@ -13,7 +13,7 @@ constexpr int MARGIN = 2;
 
 } // namespace
 
-ViewFrame::ViewFrame(SceneContents scene, DrawList overlay, double pixelRatio)
+ViewFrame::ViewFrame(DrawnScene scene, DrawList overlay, double pixelRatio)
     : scene_(std::move(scene))
     , overlay_(std::move(overlay))
     , pixelRatio_(pixelRatio) {

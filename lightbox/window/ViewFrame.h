@@ -1,7 +1,7 @@
 #pragma once
 
 #include "openmaya/DrawList.h"
-#include "window/SceneContents.h"
+#include "window/DrawnScene.h"
 
 #include <QRect>
 
@@ -13,9 +13,9 @@ namespace lightbox {
 /// What one frame of a view is drawn from: the scene, and what lies over it.
 class ViewFrame {
 public:
-    ViewFrame(SceneContents scene, DrawList overlay, double pixelRatio);
+    ViewFrame(DrawnScene scene, DrawList overlay, double pixelRatio);
 
-    const SceneContents& Scene() const { return scene_; }
+    const DrawnScene& Scene() const { return scene_; }
     const DrawList& Overlay() const { return overlay_; }
     /// Pixels of the screen to one of the view.
     double PixelRatio() const { return pixelRatio_; }
@@ -30,7 +30,7 @@ public:
 private:
     QRect OnScreen(const DrawItem& item, const QRect& texels) const;
 
-    SceneContents scene_;
+    DrawnScene scene_;
     DrawList overlay_;
     double pixelRatio_;
     /// Of the overlay's textures when the frame was made; 0 for an item without one.

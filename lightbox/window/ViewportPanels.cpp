@@ -68,8 +68,10 @@ ViewportPanel* ViewportPanels::UnderPointer() const {
 }
 
 void ViewportPanels::Refresh(bool now) {
-    for (ViewportPanel* const panel : panels_) {
-        panel->View().Refresh(now);
+    for (ViewportPanel* const panel : All()) {
+        if (std::count(panels_.begin(), panels_.end(), panel) != 0) {
+            panel->View().Refresh(now);
+        }
     }
 }
 

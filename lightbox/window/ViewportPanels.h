@@ -25,8 +25,8 @@ public:
     ViewportPanel& Create(const std::string& name, QWidget* parent);
     /// Null when there is none of that name.
     ViewportPanel* Find(const std::string& name) const;
-    /// In the order in which they were made.
-    const std::vector<ViewportPanel*>& All() const { return panels_; }
+    /// In the order in which they were made; a list of its own, as drawing one may bring or close another.
+    std::vector<ViewportPanel*> All() const { return panels_; }
     /// The panel that was used last; null when there is none at all.
     ViewportPanel* Active() const { return active_; }
     void SetActive(ViewportPanel& panel);

@@ -219,7 +219,7 @@ void ViewportWidget::paintGL() {
     list.insert(list.end(), over.begin(), over.end());
     AddMarquee(list);
     auto frame =
-        std::make_unique<ViewFrame>(SceneContents(host_.scene(), cameraView, *camera, options_.display),
+        std::make_unique<ViewFrame>(DrawnScene(host_.scene(), cameraView, *camera, options_.display),
                                     std::move(list), devicePixelRatioF());
     if (IsViewport2()) {
         DrawViewport2(std::move(frame));
@@ -244,6 +244,7 @@ void ViewportWidget::DrawViewport2(std::unique_ptr<ViewFrame> frame) {
 /// What plug-ins draw by themselves may be another every time.
 void ViewportWidget::DrawLegacy(const ViewFrame& frame) {
     shown_.reset();
+    glDisable(GL_SCISSOR_TEST); // a tool may have left it
     sceneRenderer_->Draw(frame.Scene(), frame.PixelRatio());
     if (options_.pluginShapes) {
         glPushAttrib(GL_ALL_ATTRIB_BITS);

@@ -34,13 +34,15 @@ install(FILES ${here}/lightbox.bash-completion DESTINATION share/bash-completion
 # Manual pages and the list of changes are kept compressed, and the same on every machine.
 configure_file(${here}/lightbox.1.in lightbox.1 @ONLY)
 configure_file(${here}/changelog.in changelog @ONLY)
-find_program(GZIP gzip REQUIRED)
-foreach(page lightbox.1 changelog)
-    execute_process(COMMAND ${GZIP} -9nc ${page} OUTPUT_FILE ${page}.gz WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
-        COMMAND_ERROR_IS_FATAL ANY)
-endforeach()
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lightbox.1.gz DESTINATION share/man/man1)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz DESTINATION share/doc/lightbox)
+find_program(GZIP gzip)
+if(GZIP)
+    foreach(page lightbox.1 changelog)
+        execute_process(COMMAND ${GZIP} -9nc ${page} OUTPUT_FILE ${page}.gz
+            WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} COMMAND_ERROR_IS_FATAL ANY)
+    endforeach()
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lightbox.1.gz DESTINATION share/man/man1)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz DESTINATION share/doc/lightbox)
+endif()
 
 set(CPACK_PACKAGE_NAME lightbox)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "sketch 2D animation over a 3D view")

@@ -6,7 +6,7 @@
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
-#include "window/SceneContents.h"
+#include "window/DrawnScene.h"
 
 #include <cmath>
 
@@ -32,8 +32,8 @@ protected:
         view_ = std::make_unique<CameraView>(shape, WIDTH, HEIGHT);
         const QSize pixels(static_cast<int>(WIDTH * devicePixelRatio),
                            static_cast<int>(HEIGHT * devicePixelRatio));
-        const SceneContents contents(host_.scene(), *view_, shape, options_);
-        return gl_.Picture(pixels, Qt::black, [&] { renderer_.Draw(contents, devicePixelRatio); })
+        const DrawnScene scene(host_.scene(), *view_, shape, options_);
+        return gl_.Picture(pixels, Qt::black, [&] { renderer_.Draw(scene, devicePixelRatio); })
             .convertToFormat(QImage::Format_RGB888);
     }
     /// The pixel in which a point of the world lies.

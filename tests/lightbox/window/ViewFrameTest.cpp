@@ -18,7 +18,7 @@ protected:
 
     ViewFrame Frame(const DrawList& overlay, double pixelRatio = 1.0) {
         auto& shape = static_cast<DagNode&>(*host_.scene().Find("perspShape"));
-        return {SceneContents(host_.scene(), CameraView(shape, SIDE, SIDE), shape, options_), overlay,
+        return {DrawnScene(host_.scene(), CameraView(shape, SIDE, SIDE), shape, options_), overlay,
                 pixelRatio};
     }
     static std::shared_ptr<Texture> Noise(int side) {

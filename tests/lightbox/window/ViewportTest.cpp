@@ -201,6 +201,7 @@ TEST_F(ViewportTest, APictureThatWasLostIsDrawnWhole) {
     const QRect place = View().geometry();
     QWidget elsewhere;
     elsewhere.resize(place.size());
+    const QImage whole = View().grabFramebuffer();
     const struct {
         const char* what;
         std::function<void()> lose;
@@ -212,13 +213,17 @@ TEST_F(ViewportTest, APictureThatWasLostIsDrawnWhole) {
              glClear(GL_COLOR_BUFFER_BIT);
              View().EndGl();
          }},
-        {"the other renderer drew",
-         [this] {
+        {"the other renderer drew, after a tool that left its scissors",
+         [&] {
+             View().BeginGl();
+             glEnable(GL_SCISSOR_TEST);
+             glScissor(0, 0, 1, 1);
+             View().EndGl();
              ViewOptions options = View().Options();
              options.renderer = ViewOptions::Renderer::Legacy;
              View().SetOptions(options);
              Run("setAttr pSphere1.v 0");
-             View().grabFramebuffer();
+             EXPECT_NE(View().grabFramebuffer(), whole);
              Run("setAttr pSphere1.v 1");
              options.renderer = ViewOptions::Renderer::Viewport2;
              View().SetOptions(options);
@@ -244,7 +249,6 @@ TEST_F(ViewportTest, APictureThatWasLostIsDrawnWhole) {
              Settle();
          }},
     };
-    const QImage whole = View().grabFramebuffer();
     for (const auto& row : rows) {
         row.lose();
         View().Refresh(false);

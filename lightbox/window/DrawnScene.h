@@ -17,7 +17,7 @@ class Scene;
 
 /// What of a scene is drawn in a viewport, looked up and sorted; with nothing of OpenGL. Two that are equal
 /// give the same picture.
-struct SceneContents {
+struct DrawnScene {
     struct Surface {
         Imath::M44d world;
         std::shared_ptr<const MeshData> mesh;
@@ -43,9 +43,9 @@ struct SceneContents {
     };
 
     /// `lookThrough` is the shape of the camera that is looked through, which is not drawn itself.
-    SceneContents(Scene& scene, const CameraView& cameraView, const DagNode& lookThrough,
-                  const DisplayOptions& displayOptions);
-    bool operator==(const SceneContents& other) const;
+    DrawnScene(Scene& scene, const CameraView& cameraView, const DagNode& lookThrough,
+               const DisplayOptions& displayOptions);
+    bool operator==(const DrawnScene& other) const;
 
     CameraView view;
     DisplayOptions options;

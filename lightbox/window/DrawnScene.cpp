@@ -1,4 +1,4 @@
-#include "window/SceneContents.h"
+#include "window/DrawnScene.h"
 
 #include "scene/DagNode.h"
 #include "scene/MeshNode.h"
@@ -45,26 +45,26 @@ bool ShowsLines(const VisibleShape& visible, const DisplayOptions& options) {
 
 } // namespace
 
-bool SceneContents::Surface::operator==(const Surface& other) const {
+bool DrawnScene::Surface::operator==(const Surface& other) const {
     return std::tie(world, mesh, material, hasLines) ==
            std::tie(other.world, other.mesh, other.material, other.hasLines);
 }
 
-bool SceneContents::Wires::operator==(const Wires& other) const {
+bool DrawnScene::Wires::operator==(const Wires& other) const {
     return std::tie(world, mesh, color) == std::tie(other.world, other.mesh, other.color);
 }
 
-bool SceneContents::Outline::operator==(const Outline& other) const {
+bool DrawnScene::Outline::operator==(const Outline& other) const {
     return std::tie(world, points, color) == std::tie(other.world, other.points, other.color);
 }
 
-bool SceneContents::operator==(const SceneContents& other) const {
+bool DrawnScene::operator==(const DrawnScene& other) const {
     return std::tie(view, options, surfaces, wires, outlines) ==
            std::tie(other.view, other.options, other.surfaces, other.wires, other.outlines);
 }
 
-SceneContents::SceneContents(Scene& scene, const CameraView& cameraView, const DagNode& lookThrough,
-                             const DisplayOptions& displayOptions)
+DrawnScene::DrawnScene(Scene& scene, const CameraView& cameraView, const DagNode& lookThrough,
+                       const DisplayOptions& displayOptions)
     : view(cameraView)
     , options(displayOptions) {
     std::vector<VisibleShape> shapes = FindVisibleShapes(scene);
