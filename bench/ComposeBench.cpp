@@ -1,11 +1,11 @@
 // Composition against the plain way of composing: one QPainter on straight-alpha images, everything redrawn.
+#include "app/LightboxHost.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "host/Settings.h"
 #include "paint/DrawUtil.h"
 #include "plugin/core/PlainComposer.h"
-#include "scene/Host.h"
 
 #include <QApplication>
 #include <QRandomGenerator>
@@ -227,7 +227,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir preferences;
     lightbox::Host::Options options;
     options.prefsFolder = preferences.path().toStdString();
-    const lightbox::Host host(options);
+    const lightbox::LightboxHost host(options);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

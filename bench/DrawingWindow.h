@@ -1,16 +1,16 @@
 #pragma once
 
+#include "app/LightboxHost.h"
+#include "app/PluginManager.h"
 #include "host/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
-#include "scene/Host.h"
-#include "scene/PluginManager.h"
-#include "window/MainWindow.h"
-#include "window/ViewportPanel.h"
-#include "window/ViewportPanels.h"
-#include "window/ViewportWidget.h"
-#include "window/WindowInterface.h"
-#include "window/WindowSession.h"
+#include "shell/MainWindow.h"
+#include "shell/WindowInterface.h"
+#include "shell/WindowSession.h"
+#include "viewport/ViewportPanel.h"
+#include "viewport/ViewportPanels.h"
+#include "viewport/ViewportWidget.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -81,7 +81,7 @@ public:
 
 private:
     QTemporaryDir m_prefs;
-    lightbox::Host m_host;
+    lightbox::LightboxHost m_host;
     lightbox::WindowSession m_session;
 };
 

@@ -1,13 +1,13 @@
 // Frame edits from MEL on a layer of many keys: how the cost grows with the number of frames in range, and
 // what it is against plainly building a map of that many entries from as many small heap objects.
+#include "app/LightboxHost.h"
+#include "app/PluginManager.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "host/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
-#include "scene/Host.h"
-#include "scene/PluginManager.h"
 
 #include <QApplication>
 #include <QMap>
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
     lightbox::Host::Options options;
     options.batch = true;
     options.prefsFolder = preferences.path().toStdString();
-    lightbox::Host host(options);
+    lightbox::LightboxHost host(options);
     host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -1,7 +1,7 @@
 // The layer manager with a hundred layers on five cameras: shown for the first time, told of one change, and
 // told of another document, against a plain tree widget that is emptied and filled. Painting is part of it.
+#include "app/LightboxHost.h"
 #include "core/LayerState.h"
-#include "scene/Host.h"
 #include "ui/LayerManagerDialog.h"
 
 #include <QApplication>
@@ -113,7 +113,7 @@ BENCHMARK(PlainTree)->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QTemporaryDir preferences;
-    const lightbox::Host host(lightbox::Host::Options{true, preferences.path().toStdString()});
+    const lightbox::LightboxHost host(lightbox::Host::Options{true, preferences.path().toStdString()});
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;

@@ -1,18 +1,18 @@
 // A scene of 50,000 polygons in a viewport of 1280 x 720 with the OpenGL that is there (Mesa's software
 // renderer under Xvfb): a frame while the camera orbits, against drawing the same buffers and nothing else;
 // the part of it that finds what is drawn; and what one change of one mesh costs.
+#include "app/LightboxHost.h"
 #include "mel/Interpreter.h"
 #include "scene/CameraView.h"
 #include "scene/DagNode.h"
-#include "scene/Host.h"
 #include "scene/Material.h"
 #include "scene/MeshNode.h"
 #include "scene/MeshTessellation.h"
 #include "scene/Scene.h"
 #include "scene/VisibleShapes.h"
-#include "window/DrawnScene.h"
-#include "window/MeshBuffers.h"
-#include "window/SceneRenderer.h"
+#include "viewport/DrawnScene.h"
+#include "viewport/MeshBuffers.h"
+#include "viewport/SceneRenderer.h"
 
 #include <QApplication>
 #include <QMatrix4x4>
@@ -211,7 +211,7 @@ int main(int argc, char** argv) {
     Host::Options options;
     options.batch = true;
     options.prefsFolder = preferences.path().toStdString();
-    Host host(options);
+    LightboxHost host(options);
     g_canvas = std::make_unique<Canvas>();
     BuildScene();
     benchmark::Initialize(&argc, argv);

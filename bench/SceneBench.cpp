@@ -1,5 +1,7 @@
 // A scene of 500 keyed drawings: opening it against decoding its PNG bytes once, saving it after one change
 // against encoding everything, the memory it takes, and how fast a recording is replayed.
+#include "app/LightboxHost.h"
+#include "app/PluginManager.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
@@ -9,8 +11,6 @@
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
 #include "paint/DrawUtil.h"
-#include "scene/Host.h"
-#include "scene/PluginManager.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -287,7 +287,7 @@ int main(int argc, char** argv) {
     g_folder = std::make_unique<QTemporaryDir>();
     lightbox::Host::Options options;
     options.prefsFolder = g_folder->path().toStdString();
-    lightbox::Host host(options);
+    lightbox::LightboxHost host(options);
     host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--open") {

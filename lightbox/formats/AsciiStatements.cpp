@@ -5,6 +5,8 @@
 #include "scene/Attribute.h"
 #include "scene/DataValue.h"
 #include "scene/TimeUnits.h"
+#include "text/NumberText.h"
+#include "text/Quoted.h"
 
 #include <algorithm>
 #include <ostream>
@@ -56,7 +58,7 @@ void WriteFaces(std::ostream& out, const Setting& setting) {
 
 void WriteValue(std::ostream& out, const Setting& setting) {
     if (!setting.type.empty()) {
-        out << " -type " << mel::Quoted(setting.type);
+        out << " -type " << Quoted(setting.type);
     }
     if (setting.data) {
         WriteData(out, setting);
@@ -73,7 +75,7 @@ void WriteValue(std::ostream& out, const Setting& setting) {
     }
     WriteNumbers(out, setting);
     for (const std::string& text : setting.texts) {
-        out << ' ' << mel::Quoted(text);
+        out << ' ' << Quoted(text);
     }
     if (setting.numbers.size() > 1 || setting.texts.size() > 1) {
         out << ' ';
@@ -96,7 +98,7 @@ void WriteEnumFields(std::ostream& out, const Attribute& attribute) {
         }
         expected = field.second + 1;
     }
-    out << " -en " << mel::Quoted(fields);
+    out << " -en " << Quoted(fields);
 }
 
 /// What -at or -dt is given for the attribute.
@@ -104,7 +106,7 @@ void WriteKind(std::ostream& out, const Attribute& attribute) {
     const bool isTyped =
         attribute.Kind() == AttributeKind::PluginData ||
         (attribute.Kind() >= AttributeKind::String && attribute.Kind() <= AttributeKind::VectorArray);
-    out << (isTyped ? " -dt " : " -at ") << mel::Quoted(attribute.TypeName());
+    out << (isTyped ? " -dt " : " -at ") << Quoted(attribute.TypeName());
 }
 
 } // namespace
@@ -117,7 +119,7 @@ void WriteSetting(std::ostream& out, const Setting& setting) {
     WriteFlag(out, "-l", setting.locked);
     WriteFlag(out, "-k", setting.keyable);
     WriteFlag(out, "-cb", setting.channelBox);
-    out << ' ' << mel::Quoted("." + setting.path);
+    out << ' ' << Quoted("." + setting.path);
     if (setting.hasValue) {
         WriteValue(out, setting);
     }
@@ -143,9 +145,9 @@ void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::stri
     if (attribute.multi) {
         out << " -m";
     }
-    out << " -sn " << mel::Quoted(attribute.ShortName()) << " -ln " << mel::Quoted(attribute.LongName());
+    out << " -sn " << Quoted(attribute.ShortName()) << " -ln " << Quoted(attribute.LongName());
     if (!attribute.niceName.empty()) {
-        out << " -nn " << mel::Quoted(attribute.niceName);
+        out << " -nn " << Quoted(attribute.niceName);
     }
     if (const double* number = std::get_if<double>(&attribute.defaultValue); number && *number != 0.0) {
         out << " -dv " << DecimalText(*number);
@@ -158,7 +160,7 @@ void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::stri
         WriteEnumFields(out, attribute);
     }
     if (attribute.Parent()) {
-        out << " -p " << mel::Quoted(attribute.Parent()->LongName());
+        out << " -p " << Quoted(attribute.Parent()->LongName());
     }
     WriteKind(out, attribute);
     if (attribute.IsCompound() && !attribute.IsNumericCompound()) {

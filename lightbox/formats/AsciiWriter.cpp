@@ -11,6 +11,8 @@
 #include "scene/Scene.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
+#include "text/NumberText.h"
+#include "text/Quoted.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -37,7 +39,7 @@ std::string Word(const std::string& name) {
     const bool isPlain = std::all_of(name.begin(), name.end(), [](unsigned char c) {
         return c < 0x80 && (std::isalnum(c) || c == '_' || c == ':' || c == '|');
     });
-    return isPlain && !name.empty() ? name : mel::Quoted(name);
+    return isPlain && !name.empty() ? name : Quoted(name);
 }
 
 } // namespace
@@ -76,7 +78,7 @@ void AsciiWriter::WriteHead(const SceneContent& content, const std::string& name
     out_ << "currentUnit -l centimeter -a degree -t " << UnitName(host_.time().Unit()) << ";\n";
     if (content.isWhole) {
         for (const auto& pair : SceneContent::FileInfo(host_)) {
-            out_ << "fileInfo " << mel::Quoted(pair.first) << ' ' << mel::Quoted(pair.second) << ";\n";
+            out_ << "fileInfo " << Quoted(pair.first) << ' ' << Quoted(pair.second) << ";\n";
         }
     }
 }
@@ -86,15 +88,15 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
     for (const char* instruction : {"-rdi 1", "-r"}) {
         for (const Reference& reference : content.references) {
             const bool isReading = instruction[2] == '\0';
-            out_ << "file " << instruction << " -ns " << mel::Quoted(reference.nameSpace);
+            out_ << "file " << instruction << " -ns " << Quoted(reference.nameSpace);
             if (isReading || reference.isDeferred) {
                 out_ << " -dr " << (reference.isDeferred ? 1 : 0);
             }
-            out_ << " -rfn " << mel::Quoted(reference.name);
+            out_ << " -rfn " << Quoted(reference.name);
             if (!reference.options.empty()) {
-                out_ << " -op " << mel::Quoted(reference.options);
+                out_ << " -op " << Quoted(reference.options);
             }
-            out_ << " -typ \"" << TypeOfFile(reference.path) << "\" " << mel::Quoted(reference.path) << ";\n";
+            out_ << " -typ \"" << TypeOfFile(reference.path) << "\" " << Quoted(reference.path) << ";\n";
         }
     }
 }
@@ -104,12 +106,12 @@ void AsciiWriter::WriteRequirements(const SceneContent& content) {
     for (const SceneContent::Requirement& required : content.requirements) {
         out_ << "requires";
         for (const std::string& type : required.nodeTypes) {
-            out_ << " -nodeType " << mel::Quoted(type);
+            out_ << " -nodeType " << Quoted(type);
         }
         for (const std::string& type : required.dataTypes) {
-            out_ << " -dataType " << mel::Quoted(type);
+            out_ << " -dataType " << Quoted(type);
         }
-        out_ << ' ' << mel::Quoted(required.plugin) << ' ' << mel::Quoted(required.version) << ";\n";
+        out_ << ' ' << Quoted(required.plugin) << ' ' << Quoted(required.version) << ";\n";
     }
     for (const KeptContent::Requirement& kept : kept_.requirements) {
         const bool isWritten =
@@ -126,15 +128,15 @@ std::string AsciiWriter::NameOf(const Node& node) {
 }
 
 std::string AsciiWriter::PlugName(const Plug& plug) {
-    return mel::Quoted(NameOf(*plug.node) + "." + plug.AttributeName(false));
+    return Quoted(NameOf(*plug.node) + "." + plug.AttributeName(false));
 }
 
 void AsciiWriter::WriteNode(const std::shared_ptr<Node>& node) {
     out_ << "createNode " << node->Type().Name() << (node->isShared ? " -s" : "") << " -n "
-         << mel::Quoted(node->Name());
+         << Quoted(node->Name());
     const auto* dag = dynamic_cast<const DagNode*>(node.get());
     if (dag && !dag->Parent()->IsWorld()) {
-        out_ << " -p " << mel::Quoted(Scene::ShownName(*dag->Parent()));
+        out_ << " -p " << Quoted(Scene::ShownName(*dag->Parent()));
     }
     out_ << ";\n" << INDENT << "rename -uid \"" << node->Uuid() << "\";\n";
     WriteNodeBody(node);
@@ -172,14 +174,14 @@ void AsciiWriter::WriteKept(const std::shared_ptr<Node>& node) {
 
 void AsciiWriter::WriteSceneScript() {
     out_ << "createNode script -n \"sceneConfigurationScriptNode\";\n"
-         << INDENT << "setAttr \".b\" -type \"string\" "
-         << mel::Quoted(SceneContent::ConfigurationScript(host_)) << ";\n"
+         << INDENT << "setAttr \".b\" -type \"string\" " << Quoted(SceneContent::ConfigurationScript(host_))
+         << ";\n"
          << INDENT << "setAttr \".st\" 6;\n";
 }
 
 void AsciiWriter::WriteEdits(const SceneContent& content) {
     for (const ReferenceEdit& edit : content.edits) {
-        out_ << "select -ne " << mel::Quoted(NameOf(*edit.node)) << ";\n";
+        out_ << "select -ne " << Quoted(NameOf(*edit.node)) << ";\n";
         for (const auto& attribute : edit.addedAttributes) {
             ascii::WriteAddAttr(out_, *attribute, INDENT);
         }
@@ -222,9 +224,8 @@ void AsciiWriter::WriteConnections(const SceneContent& content) {
         const auto source = kept.source.lock();
         const auto destination = kept.destination.lock();
         if (source && destination && source->InScene() && destination->InScene()) {
-            out_ << "connectAttr " << mel::Quoted(NameOf(*source) + "." + kept.sourceAttribute) << ' '
-                 << mel::Quoted(NameOf(*destination) + "." + kept.destinationAttribute) << kept.flags
-                 << ";\n";
+            out_ << "connectAttr " << Quoted(NameOf(*source) + "." + kept.sourceAttribute) << ' '
+                 << Quoted(NameOf(*destination) + "." + kept.destinationAttribute) << kept.flags << ";\n";
         }
     }
 }

@@ -11,6 +11,7 @@
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
+#include "text/Quoted.h"
 
 #include <algorithm>
 #include <cmath>
@@ -130,12 +131,12 @@ void BinaryReader::ReadRequirement(ChunkReader& content) {
     const std::string version = TakeText(content);
     std::string statement = "requires";
     for (const std::string& type : TakeTexts(content)) {
-        statement += " -nodeType " + mel::Quoted(type);
+        statement += " -nodeType " + Quoted(type);
     }
     for (const std::string& type : TakeTexts(content)) {
-        statement += " -dataType " + mel::Quoted(type);
+        statement += " -dataType " + Quoted(type);
     }
-    reader_.Require(plugin, version, statement + " " + mel::Quoted(plugin) + " " + mel::Quoted(version));
+    reader_.Require(plugin, version, statement + " " + Quoted(plugin) + " " + Quoted(version));
 }
 
 void BinaryReader::ReadNode(ChunkReader& content) {
@@ -160,7 +161,7 @@ void BinaryReader::ReadConnection(ChunkReader& content, bool isBroken) {
     const std::string source = TakeText(content);
     const std::string destination = TakeText(content);
     if (isBroken) {
-        reader_.RunStatement("disconnectAttr " + mel::Quoted(source) + " " + mel::Quoted(destination));
+        reader_.RunStatement("disconnectAttr " + Quoted(source) + " " + Quoted(destination));
     } else {
         reader_.Connect(source, destination, TakeText(content));
     }

@@ -14,12 +14,13 @@
 #include "scene/DataValue.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
-#include "scene/PluginManager.h"
+#include "scene/PluginLoader.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
+#include "text/Quoted.h"
 
 #include <algorithm>
 #include <functional>
@@ -331,7 +332,7 @@ void FileReader::Require(const std::string& plugin, const std::string& version,
 }
 
 bool FileReader::LoadPlugin(const std::string& plugin) {
-    PluginManager& plugins = host_.plugins();
+    PluginLoader& plugins = host_.plugins();
     if (plugins.Find(plugin)) {
         return true;
     }
@@ -394,8 +395,7 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
     const auto [sourceNode, sourceAttribute] = split(source);
     const auto [destinationNode, destinationAttribute] = split(destination);
     if (!sourceNode || !destinationNode) {
-        const std::string text =
-            "connectAttr " + mel::Quoted(source) + " " + mel::Quoted(destination) + flags;
+        const std::string text = "connectAttr " + Quoted(source) + " " + Quoted(destination) + flags;
         statement_ = text;
         const std::string& plug = sourceNode ? destination : source;
         const std::string missing = plug.substr(0, plug.find('.'));

@@ -6,10 +6,11 @@
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
 #include "scene/Host.h"
-#include "scene/PluginManager.h"
+#include "scene/PluginLoader.h"
 #include "scene/Scene.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
+#include "text/NumberText.h"
 
 #include <QFileInfo>
 

@@ -10,6 +10,7 @@
 #include "scene/Host.h"
 #include "scene/Plugin.h"
 #include "scene/Scene.h"
+#include "text/Quoted.h"
 
 #include <algorithm>
 #include <sstream>
@@ -65,13 +66,13 @@ void UnknownNodes::KeepRequirement(const Plugin& plugin) {
                        requirements.end());
     std::string statement = "requires";
     for (const std::string& type : plugin.nodeTypes) {
-        statement += " -nodeType " + mel::Quoted(type);
+        statement += " -nodeType " + Quoted(type);
     }
     for (const std::string& type : plugin.dataTypes) {
-        statement += " -dataType " + mel::Quoted(type);
+        statement += " -dataType " + Quoted(type);
     }
     requirements.push_back(
-        {plugin.name, statement + " " + mel::Quoted(plugin.name) + " " + mel::Quoted(plugin.version)});
+        {plugin.name, statement + " " + Quoted(plugin.name) + " " + Quoted(plugin.version)});
 }
 
 void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugin& plugin) {

@@ -2,6 +2,7 @@
 
 #include "mel/Runtime.h"
 #include "scene/TimeUnits.h"
+#include "text/NumberText.h"
 
 #include <maya/MTime.h>
 

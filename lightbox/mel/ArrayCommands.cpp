@@ -1,7 +1,7 @@
 #include "mel/CommandRegistry.h"
 #include "mel/LanguageCommands.h"
 #include "mel/Operations.h"
-#include "mel/TextUtil.h"
+#include "text/TextUtil.h"
 
 #include <algorithm>
 #include <unordered_set>

@@ -6,6 +6,7 @@
 #include "mel/ParsedArguments.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
+#include "text/NumberText.h"
 
 namespace lightbox::mel {
 

@@ -1,12 +1,13 @@
 #include "mel/CommandRegistry.h"
 
+#include "mel/ArgumentTokens.h"
+
 namespace lightbox::mel {
 
 void CommandRegistry::Register(const std::string& name, const MSyntax& syntax, Function function) {
     auto command = std::make_shared<Command>();
     command->name = name;
     command->syntax = syntax;
-    command->hasSyntax = true;
     command->function = std::move(function);
     commands_[name] = std::move(command);
     ++version_;
@@ -24,26 +25,15 @@ void CommandRegistry::RegisterRaw(const std::string& name, unsigned minimum, uns
     ++version_;
 }
 
-bool CommandRegistry::RegisterPlugin(const std::string& name, PluginCreator creator, MSyntax (*syntax)(),
-                                     const std::string& plugin) {
-    return AddPlugin(name, creator, syntax ? std::optional(syntax()) : std::nullopt, plugin);
-}
-
-bool CommandRegistry::RegisterPlugin(const std::string& name, PluginCreator creator, const MSyntax& syntax,
-                                     const std::string& plugin) {
-    return AddPlugin(name, creator, syntax, plugin);
-}
-
-bool CommandRegistry::AddPlugin(const std::string& name, PluginCreator creator,
-                                const std::optional<MSyntax>& syntax, const std::string& plugin) {
-    if (name.empty() || !creator || commands_.count(name) != 0) {
+bool CommandRegistry::RegisterPlugin(const std::string& name, const std::string& plugin,
+                                     const MSyntax& syntax, UnparsedFunction function) {
+    if (name.empty() || commands_.count(name) != 0) {
         return false;
     }
     auto command = std::make_shared<Command>();
     command->name = name;
-    command->creator = creator;
-    command->hasSyntax = syntax.has_value();
-    command->syntax = syntax.value_or(MSyntax());
+    command->syntax = syntax;
+    command->unparsed = std::move(function);
     command->plugin = plugin;
     commands_[name] = std::move(command);
     ++version_;

@@ -16,11 +16,13 @@ class MPxCommand;
 
 namespace lightbox::mel {
 
+class ArgumentTokens;
+
 /// The commands by name: Lightbox's own and those of plug-ins.
 class CommandRegistry {
 public:
     using Function = std::function<Value(CommandCall&)>;
-    using PluginCreator = void* (*)();
+    using UnparsedFunction = std::function<Value(ArgumentTokens)>;
 
     struct Command {
         std::string name;
@@ -30,11 +32,11 @@ public:
         unsigned minimumArguments = 0;
         unsigned maximumArguments = ~0u;
         Function function;
-        /// For a command of a plug-in.
-        PluginCreator creator = nullptr;
-        bool hasSyntax = false;
+        /// In place of `function`, for a command that reads its arguments itself.
+        UnparsedFunction unparsed;
+        /// The plug-in that it comes from; empty for Lightbox's own.
         std::string plugin;
-        bool IsPlugin() const { return creator != nullptr; }
+        bool IsPlugin() const { return !plugin.empty(); }
     };
 
     /// A command of Lightbox's own whose flags and objects are checked before `function` runs.
@@ -42,13 +44,10 @@ public:
     /// One without flags: `function` gets every argument as an object, arrays whole and by reference.
     /// A number of arguments outside the bounds is an error.
     void RegisterRaw(const std::string& name, unsigned minimum, unsigned maximum, Function function);
-    /// A command of a plug-in. `syntax` may be null: then doIt gets the plain argument list.
+    /// A command of a plug-in, which reads its arguments itself. `syntax` tells others what they are.
     /// False when the name is taken.
-    bool RegisterPlugin(const std::string& name, PluginCreator creator, MSyntax (*syntax)(),
-                        const std::string& plugin);
-    /// The same with a syntax at hand.
-    bool RegisterPlugin(const std::string& name, PluginCreator creator, const MSyntax& syntax,
-                        const std::string& plugin);
+    bool RegisterPlugin(const std::string& name, const std::string& plugin, const MSyntax& syntax,
+                        UnparsedFunction function);
     /// False when there is no plug-in command of that name.
     bool DeregisterPlugin(const std::string& name);
 
@@ -59,9 +58,6 @@ public:
     unsigned Version() const { return version_; }
 
 private:
-    bool AddPlugin(const std::string& name, PluginCreator creator, const std::optional<MSyntax>& syntax,
-                   const std::string& plugin);
-
     std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
     unsigned version_ = 1;
 };

@@ -88,10 +88,6 @@ private:
     std::unique_ptr<ScriptJobs> jobs_;
 };
 
-/// The text as a MEL string literal with its quotes: quotes, backslashes, line breaks and tabs escaped, every
-/// other byte as it is.
-std::string Quoted(std::string_view text);
-
 /// Adds the commands of the language and those that need no scene. Called once when the host starts.
 void RegisterLanguageCommands(CommandRegistry& registry);
 

@@ -5,7 +5,7 @@
 namespace lightbox::mel {
 
 void RegisterLanguageCommands(CommandRegistry& registry) {
-    RegisterControlCommands(registry);
+    RegisterEvaluationCommands(registry);
     RegisterMathCommands(registry);
     RegisterStringCommands(registry);
     RegisterArrayCommands(registry);

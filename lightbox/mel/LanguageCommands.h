@@ -5,7 +5,7 @@ namespace lightbox::mel {
 class CommandRegistry;
 
 // The commands that need no scene, by kind. RegisterLanguageCommands() calls them all.
-void RegisterControlCommands(CommandRegistry& registry);
+void RegisterEvaluationCommands(CommandRegistry& registry);
 void RegisterMathCommands(CommandRegistry& registry);
 void RegisterStringCommands(CommandRegistry& registry);
 void RegisterArrayCommands(CommandRegistry& registry);

@@ -1,6 +1,7 @@
 #include "mel/ParsedArguments.h"
 
 #include "mel/Error.h"
+#include "text/NumberText.h"
 
 #include <maya/MTime.h>
 

@@ -6,10 +6,9 @@
 #include "mel/ParsedArguments.h"
 #include "mel/SourceText.h"
 #include "mel/Statement.h"
-#include "openmaya/Access.h"
-#include "openmaya/PluginCommandRunner.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 
@@ -213,21 +212,8 @@ Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>
             return command.function(call);
         }
         ArgumentTokens tokens(arguments);
-        if (command.IsPlugin()) {
-            const Output& output = interpreter_.GetHost().output();
-            const int errorsBefore = output.ErrorCount();
-            const auto outcome =
-                RunPluginCommand(interpreter_.GetHost(), called, ArgumentTokens::Wrap(std::move(tokens)));
-            if (!outcome.status) {
-                std::string reason = Access::Text(outcome.status.errorString());
-                // What the command has said by itself tells more than the bare code.
-                if (reason == Access::Text(MStatus(outcome.status.statusCode()).errorString()) &&
-                    output.ErrorCount() > errorsBefore) {
-                    reason = output.LastError();
-                }
-                throw Error(command.name + ": " + reason);
-            }
-            return outcome.result;
+        if (command.unparsed) {
+            return command.unparsed(std::move(tokens));
         }
         const ParsedArguments parsed(command.syntax, std::move(tokens));
         CommandCall call(interpreter_, command.name, parsed.Objects(), &parsed);

@@ -5,6 +5,7 @@
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
+#include "text/Quoted.h"
 
 namespace lightbox::mel {
 

@@ -3,7 +3,8 @@
 #include "mel/Interpreter.h"
 #include "mel/LanguageCommands.h"
 #include "mel/Operations.h"
-#include "mel/TextUtil.h"
+#include "text/Quoted.h"
+#include "text/TextUtil.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>

@@ -148,12 +148,4 @@ private:
         data;
 };
 
-/// The number that a text begins with, after blanks; false when there is none. `rest` (optional) receives
-/// the part behind it.
-bool ReadNumber(std::string_view text, double& number, std::string_view* rest = nullptr);
-/// True when the whole text, apart from blanks around it, is one number.
-bool IsNumber(std::string_view text, double& number);
-/// The shortest text with up to ten significant digits.
-std::string NumberText(double number);
-
 } // namespace lightbox::mel

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "mel/CommandRegistry.h"
+#include "mel/Value.h"
+#include "openmaya/PluginCommand.h"
 
 #include <maya/MPxCommand.h>
 
@@ -10,7 +11,7 @@
 /// What stands behind one instance of a plug-in's command.
 struct MPxCommand::State {
     /// The command that it is an instance of; null while the creator runs.
-    std::shared_ptr<const lightbox::mel::CommandRegistry::Command> command;
+    std::shared_ptr<const lightbox::PluginCommand> command;
     std::string commandString;
 };
 

@@ -2,6 +2,7 @@
 #include "openmaya/Access.h"
 #include "openmaya/ContextState.h"
 #include "openmaya/NodeTypeSetup.h"
+#include "openmaya/PluginCommand.h"
 #include "openmaya/PluginHandle.h"
 #include "scene/DataType.h"
 #include "scene/Host.h"
@@ -19,6 +20,7 @@
 using lightbox::Access;
 using lightbox::DataType;
 using lightbox::Host;
+using lightbox::Node;
 using lightbox::NodeType;
 using lightbox::Plugin;
 
@@ -99,8 +101,11 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
     if (name.empty() || !creatorFunction) {
         return MS::kInvalidParameter;
     }
-    if (!Host::Get().interpreter().Commands().RegisterPlugin(name, creatorFunction, createSyntaxFunction,
-                                                             plugin->name)) {
+    lightbox::PluginCommand command{name, creatorFunction, std::nullopt};
+    if (createSyntaxFunction) {
+        command.syntax = createSyntaxFunction();
+    }
+    if (!RegisterPluginCommand(command, plugin->name)) {
         return Access::Fail(MS::kFailure, "The name '" + name + "' is taken");
     }
     plugin->commands.push_back(name);
@@ -137,8 +142,8 @@ MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFu
     if (!sample || sample->appendSyntax().error()) {
         return Access::Fail(MS::kFailure, "The command '" + name + "' cannot be created");
     }
-    if (!Host::Get().interpreter().Commands().RegisterPlugin(
-            name, creatorFunction, Access::ContextStateOf(*sample).syntax, plugin->name)) {
+    if (!RegisterPluginCommand({name, creatorFunction, Access::ContextStateOf(*sample).syntax},
+                               plugin->name)) {
         return Access::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
     }
     plugin->contextCommands.push_back(name);
@@ -222,7 +227,13 @@ MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
     auto nodeType = std::make_shared<NodeType>(name, types.FindNodeType(isLocator ? "locator" : "node"),
                                                isLocator ? MFn::kPluginLocatorNode : MFn::kPluginDependNode);
     nodeType->id = typeId.id();
-    nodeType->creator = creatorFunction;
+    nodeType->creator = [creatorFunction](Node& node) {
+        std::unique_ptr<MPxNode> userNode(static_cast<MPxNode*>(creatorFunction()));
+        if (userNode) {
+            Access::Bind(*userNode, &node);
+        }
+        return userNode;
+    };
     nodeType->plugin = plugin->name;
     nodeType->classification = classification ? Access::Text(*classification) : std::string();
     if (initializeFunction) {

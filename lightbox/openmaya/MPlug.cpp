@@ -2,6 +2,7 @@
 #include "scene/DataType.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "text/NumberText.h"
 
 #include <maya/MPlug.h>
 #include <maya/MTime.h>

@@ -75,10 +75,10 @@ bool MPxCommand::isUndoable() const {
     return false;
 }
 bool MPxCommand::hasSyntax() const {
-    return state_->command && state_->command->hasSyntax;
+    return state_->command && state_->command->syntax.has_value();
 }
 MSyntax MPxCommand::syntax() const {
-    return state_->command ? state_->command->syntax : MSyntax();
+    return hasSyntax() ? *state_->command->syntax : MSyntax();
 }
 
 MString MPxCommand::commandString() const {

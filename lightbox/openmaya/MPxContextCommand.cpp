@@ -96,7 +96,7 @@ MArgParser MPxContextCommand::parser(MStatus* ReturnStatus) const {
 
 MStatus MPxContextCommand::doIt(const MArgList& args) {
     MStatus status;
-    const MArgParser arguments(Access::StateOf(*this).command->syntax, args, &status);
+    const MArgParser arguments(*Access::StateOf(*this).command->syntax, args, &status);
     if (!status) {
         return status;
     }

@@ -1,4 +1,5 @@
 #include "scene/TimeUnits.h"
+#include "text/NumberText.h"
 
 #include <maya/MString.h>
 #include <maya/MStringArray.h>

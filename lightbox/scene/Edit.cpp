@@ -6,6 +6,7 @@
 #include "scene/SceneError.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -10,7 +10,7 @@ class EventBus;
 class IdleQueue;
 class OptionVars;
 class Output;
-class PluginManager;
+class PluginLoader;
 class Scene;
 class SceneFiles;
 class Timeline;
@@ -22,7 +22,8 @@ namespace mel {
 class Interpreter;
 }
 
-/// The running host: there is one at a time. It owns everything else.
+/// The running host: there is one at a time. It names the parts of the program to those that need several of
+/// them; app/LightboxHost makes and owns them.
 class Host {
 public:
     struct Options {
@@ -31,10 +32,6 @@ public:
         std::string prefsFolder;
     };
 
-    /// Makes the host with an empty scene that has the default nodes.
-    explicit Host(const Options& options);
-    /// Fires "quitApplication", then unloads the plug-ins.
-    ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
@@ -51,35 +48,47 @@ public:
     /// The status to end with, when the end was asked for.
     const std::optional<int>& QuitStatus() const { return quitStatus_; }
 
-    Output& output() { return *output_; }
-    EventBus& events() { return *events_; }
-    IdleQueue& idle() { return *idle_; }
-    UndoQueue& undo() { return *undo_; }
-    Timeline& time() { return *time_; }
-    Scene& scene() { return *scene_; }
-    OptionVars& optionVars() { return *optionVars_; }
-    mel::Interpreter& interpreter() { return *interpreter_; }
-    PluginManager& plugins() { return *plugins_; }
-    SceneFiles& files() { return *files_; }
-    ToolContexts& tools() { return *tools_; }
+    Output& output() const { return *parts_.output; }
+    EventBus& events() const { return *parts_.events; }
+    IdleQueue& idle() const { return *parts_.idle; }
+    UndoQueue& undo() const { return *parts_.undo; }
+    Timeline& time() const { return *parts_.time; }
+    Scene& scene() const { return *parts_.scene; }
+    OptionVars& optionVars() const { return *parts_.optionVars; }
+    ToolContexts& tools() const { return *parts_.tools; }
+    mel::Interpreter& interpreter() const { return *parts_.interpreter; }
+    SceneFiles& files() const { return *parts_.files; }
+    PluginLoader& plugins() const { return *parts_.plugins; }
     /// The window; null in batch, and before it stands.
-    UserInterface* ui() { return ui_.get(); }
+    UserInterface* ui() const { return ui_.get(); }
     void SetUserInterface(std::unique_ptr<UserInterface> ui);
+
+protected:
+    struct Parts {
+        Output* output = nullptr;
+        EventBus* events = nullptr;
+        IdleQueue* idle = nullptr;
+        UndoQueue* undo = nullptr;
+        Timeline* time = nullptr;
+        Scene* scene = nullptr;
+        OptionVars* optionVars = nullptr;
+        ToolContexts* tools = nullptr;
+        mel::Interpreter* interpreter = nullptr;
+        SceneFiles* files = nullptr;
+        PluginLoader* plugins = nullptr;
+    };
+
+    /// Becomes the running host. Whoever owns the parts names them in `parts_` as it makes them.
+    explicit Host(const Options& options);
+    ~Host();
+    /// No longer the running host: called by the owner before the parts go.
+    static void Retire();
+
+    Parts parts_;
 
 private:
     Options options_;
     std::optional<int> quitStatus_;
-    std::unique_ptr<Output> output_;
-    std::unique_ptr<EventBus> events_;
-    std::unique_ptr<IdleQueue> idle_;
-    std::unique_ptr<Timeline> time_;
-    std::unique_ptr<Scene> scene_;
-    std::unique_ptr<UndoQueue> undo_;
-    std::unique_ptr<OptionVars> optionVars_;
-    std::unique_ptr<ToolContexts> tools_;
-    std::unique_ptr<mel::Interpreter> interpreter_;
-    std::unique_ptr<SceneFiles> files_;
-    std::unique_ptr<PluginManager> plugins_;
     std::unique_ptr<UserInterface> ui_;
 };
 

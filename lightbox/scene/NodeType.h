@@ -46,7 +46,9 @@ public:
     void SetCompute(ComputeFunction compute) { compute_ = std::move(compute); }
 
     unsigned id = 0; ///< MTypeId; 0 for a type without one
-    MCreatorFunction creator = nullptr;
+    /// Makes what a plug-in adds to a new node and ties it to that; null when the plug-in fails. Empty for a
+    /// type of the host.
+    std::function<std::unique_ptr<MPxNode>(Node&)> creator;
     std::string plugin; ///< empty for a type of the host
     std::string classification;
     /// Cannot be created by name.

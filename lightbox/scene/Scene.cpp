@@ -1,6 +1,5 @@
 #include "scene/Scene.h"
 
-#include "openmaya/Access.h"
 #include "scene/AnimCurveNode.h"
 #include "scene/EventBus.h"
 #include "scene/SceneError.h"
@@ -121,11 +120,10 @@ std::shared_ptr<Node> Scene::Make(const std::shared_ptr<const NodeType>& type) {
                                                                 : std::make_shared<Node>(type);
     node->serial_ = nextSerial_++;
     if (type->creator) {
-        node->userNode_.reset(static_cast<MPxNode*>(type->creator()));
+        node->userNode_ = type->creator(*node);
         if (!node->userNode_) {
             throw SceneError("The plug-in could not create a node of type '" + type->Name() + "'.");
         }
-        Access::Bind(*node->userNode_, node.get());
         node->userNode_->postConstructor();
     }
     return node;

@@ -105,15 +105,4 @@ MTime::Unit UnitFromName(const std::string& name) {
     return MTime::kInvalid;
 }
 
-std::string DecimalText(double number) {
-    // Shortest digits that read back the same; plain notation wherever a person would write it so.
-    char buffer[400];
-    const double size = std::abs(number);
-    const bool plain = size == 0.0 || (size >= 1e-7 && size < 1e15);
-    const std::to_chars_result result =
-        plain ? std::to_chars(buffer, buffer + sizeof(buffer), number + 0.0, std::chars_format::fixed)
-              : std::to_chars(buffer, buffer + sizeof(buffer), number);
-    return std::string(buffer, result.ptr);
-}
-
 } // namespace lightbox

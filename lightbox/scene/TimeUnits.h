@@ -19,8 +19,5 @@ std::string UnitName(MTime::Unit unit);
 /// kInvalid when there is none of that name. Knows "24fps" and its like for the units that have another name
 /// too.
 MTime::Unit UnitFromName(const std::string& name);
-/// A number with the digits it needs to be read back the same, and no more; never with an exponent below
-/// 1e15.
-std::string DecimalText(double number);
 
 } // namespace lightbox

@@ -1,6 +1,7 @@
 // file, fileInfo, loadPlugin, unloadPlugin and pluginInfo as a script sees them.
 
 #include "SceneFileFixture.h"
+#include "text/Quoted.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/LightboxHost.h"
 #include "openmaya/PluginHandle.h"
-#include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/Plugin.h"
 
@@ -26,5 +26,5 @@ protected:
 
     QTemporaryDir prefs_;
     std::vector<std::string> messages_;
-    lightbox::Host host_;
+    lightbox::LightboxHost host_;
 };

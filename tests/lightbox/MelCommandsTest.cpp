@@ -112,7 +112,7 @@ TEST_F(MelCommandsTest, ComputeAndCutTexts) {
 }
 
 TEST_F(MelCommandsTest, WriteAndReadFiles) {
-    Run("string $path = " + lightbox::mel::Quoted(Path("t.txt")) + ";");
+    Run("string $path = " + lightbox::Quoted(Path("t.txt")) + ";");
     EXPECT_EQ(Typed("int $f = fopen($path, \"w\"); fprint $f \"one two\\n\"; fprint $f {1, 2}; fclose $f;"
                     "$f = fopen($path, \"r\"); string $line = fgetline($f);"),
               "string one two\n");
@@ -123,7 +123,7 @@ TEST_F(MelCommandsTest, WriteAndReadFiles) {
     EXPECT_EQ(Typed("string $to = $path + \".copy\"; `sysFile -copy $to $path` + `filetest -f $to`"),
               "int 2");
     EXPECT_EQ(Typed("sysFile -copy $path $path; filetest -s $path"), "int 1");
-    EXPECT_EQ(Typed("getFileList -folder " + lightbox::mel::Quoted(files_.path().toStdString())),
+    EXPECT_EQ(Typed("getFileList -folder " + lightbox::Quoted(files_.path().toStdString())),
               "string[] t.txt t.txt.copy");
     EXPECT_EQ(Typed("`sysFile -delete $to` + `filetest -f $to`"), "int 1");
 }
@@ -131,17 +131,17 @@ TEST_F(MelCommandsTest, WriteAndReadFiles) {
 TEST_F(MelCommandsTest, SourceScripts) {
     Write("s.mel", "int $fromFile = 5;\nproc int own() { return 7; }\n"
                    "global proc int shown() { return own() + 1; }\n");
-    Run("source " + lightbox::mel::Quoted(Path("s.mel")));
+    Run("source " + lightbox::Quoted(Path("s.mel")));
     EXPECT_EQ(Typed("$fromFile + shown()"), "int 13");
     EXPECT_EQ(ErrorOf("own()"), "line 1.1: Cannot find procedure \"own\".");
     EXPECT_EQ(Typed("whatIs shown"), "string Mel procedure found in: " + Path("s.mel"));
 
     Write("bad.mel", "print \"ran\";\n  int $x = ;\n");
-    EXPECT_EQ(ErrorOf("source " + lightbox::mel::Quoted(Path("bad.mel"))),
+    EXPECT_EQ(ErrorOf("source " + lightbox::Quoted(Path("bad.mel"))),
               "file: " + Path("bad.mel") + " line 2.12: Syntax error: unexpected \";\".");
     EXPECT_EQ(Output(), "");
     Write("fails.mel", "print \"ran\";\nint $y = 1 / 0;\n");
-    EXPECT_EQ(ErrorOf("source " + lightbox::mel::Quoted(Path("fails.mel"))),
+    EXPECT_EQ(ErrorOf("source " + lightbox::Quoted(Path("fails.mel"))),
               "file: " + Path("fails.mel") + " line 2.12: Division by zero.");
     EXPECT_EQ(Output(), "ran");
     EXPECT_EQ(ErrorOf("source \"none.mel\""),

@@ -46,7 +46,7 @@ protected:
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
-        return lightbox::mel::Quoted(path.toStdString());
+        return lightbox::Quoted(path.toStdString());
     }
 
     std::string log_;

@@ -3,6 +3,7 @@
 #include "scene/EventBus.h"
 #include "scene/Scene.h"
 #include "scene/UndoQueue.h"
+#include "text/Quoted.h"
 
 #include <gmock/gmock.h>
 

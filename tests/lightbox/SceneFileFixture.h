@@ -2,7 +2,8 @@
 
 #include "MelFixture.h"
 #include "NotesPlugin.h"
-#include "scene/PluginManager.h"
+#include "app/PluginManager.h"
+#include "text/Quoted.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -18,7 +19,7 @@ protected:
 
     std::string Path(const std::string& name) const { return folder_.path().toStdString() + "/" + name; }
     /// A MEL literal of the path.
-    std::string Quoted(const std::string& name) const { return lightbox::mel::Quoted(Path(name)); }
+    std::string Quoted(const std::string& name) const { return lightbox::Quoted(Path(name)); }
 
     void Write(const std::string& name, const std::string& bytes) const {
         QFile file(QString::fromStdString(Path(name)));

@@ -4,6 +4,7 @@
 #include "scene/EventBus.h"
 #include "scene/Scene.h"
 #include "scene/UndoQueue.h"
+#include "text/Quoted.h"
 
 #include <maya/MFileIO.h>
 
@@ -206,7 +207,7 @@ TEST_F(SceneFileTest, SavingReplacesTheFileOnlyWhenTheNewOneIsWhole) {
     EXPECT_THAT(ErrorOf("file -rename " + Quoted("nowhere/a.ma") + "; file -save"),
                 HasSubstr("Could not write"));
     EXPECT_NE(ErrorOf("file -rename \"\""), "none");
-    EXPECT_NE(ErrorOf("file -rename " + lightbox::mel::Quoted(folder_.path().toStdString())), "none");
+    EXPECT_NE(ErrorOf("file -rename " + lightbox::Quoted(folder_.path().toStdString())), "none");
     EXPECT_THAT(ErrorOf("file -save -type \"mayaBinary\""), HasSubstr("cannot be written as \"mayaBinary\""));
     EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files).size(), 2) << "nothing half written is left";
 }

@@ -1,6 +1,7 @@
 #include "SceneFileFixture.h"
 #include "formats/SceneFiles.h"
 #include "scene/Scene.h"
+#include "text/Quoted.h"
 
 #include <gmock/gmock.h>
 

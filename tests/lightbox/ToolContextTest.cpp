@@ -1,9 +1,9 @@
 #include "FakeWindow.h"
 #include "HostFixture.h"
+#include "app/PluginManager.h"
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
 #include "openmaya/ToolEvents.h"
-#include "scene/PluginManager.h"
 #include "scene/ToolContexts.h"
 
 #include <maya/MArgParser.h>

@@ -1,10 +1,10 @@
 #include "openmaya/ViewDrawing.h"
 
 #include "FakeWindow.h"
+#include "app/PluginManager.h"
 #include "mel/Interpreter.h"
 #include "openmaya/Access.h"
 #include "scene/CameraView.h"
-#include "scene/PluginManager.h"
 #include "scene/UndoQueue.h"
 
 #include <maya/MColor.h>

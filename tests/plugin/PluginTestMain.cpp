@@ -1,8 +1,8 @@
 // Runs the tests inside a batch host, with the plug-in initialised in the same process and preferences of its
 // own.
+#include "app/LightboxHost.h"
+#include "app/PluginManager.h"
 #include "host/PluginMain.h"
-#include "scene/Host.h"
-#include "scene/PluginManager.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
     lightbox::Host::Options options;
     options.batch = true;
     options.prefsFolder = preferences.path().toStdString();
-    lightbox::Host host(options);
+    lightbox::LightboxHost host(options);
     try {
         host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     } catch (const lightbox::PluginError& error) {

@@ -1,9 +1,9 @@
 // The command line, the help line, the script editor and the pictures that scripts take.
 
 #include "ControlsFixture.h"
-#include "window/CodeEdit.h"
-#include "window/CommandLineBar.h"
-#include "window/ScriptEditor.h"
+#include "shell/CodeEdit.h"
+#include "shell/CommandLineBar.h"
+#include "shell/ScriptEditor.h"
 
 #include <QImage>
 #include <QPlainTextEdit>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "WindowFixture.h"
+#include "controls/ControlRegistry.h"
 #include "mel/Error.h"
-#include "window/ControlRegistry.h"
-#include "window/ScriptedWindow.h"
+#include "shell/ScriptedWindow.h"
 
 #include <string>
 

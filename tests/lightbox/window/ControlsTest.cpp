@@ -1,7 +1,7 @@
 // Windows that scripts build, and what they answer when they are asked.
 
 #include "ControlsFixture.h"
-#include "window/WindowCommands.h"
+#include "shell/WindowCommands.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -233,8 +233,8 @@ TEST_F(ControlsTest, FloatingViewportsAreModelPanels) {
 
 /// Without a window the commands are known, and say why they do nothing.
 TEST(WindowCommandsInBatch, SayThatThereIsNoWindow) {
-    lightbox::Host host({true, std::string()});
-    lightbox::RegisterWindowCommands(host, nullptr);
+    lightbox::LightboxHost host({true, std::string()});
+    lightbox::RegisterWindowCommands(host, nullptr, nullptr);
     for (const char* const script :
          {"window", "menu -label \"x\"", "confirmDialog", "commandPort -name \":7777\""}) {
         try {

@@ -1,4 +1,4 @@
-#include "window/DrawListRenderer.h"
+#include "viewport/DrawListRenderer.h"
 
 #include "OffscreenGl.h"
 

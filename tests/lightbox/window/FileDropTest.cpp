@@ -1,7 +1,7 @@
 #include "WindowFixture.h"
+#include "app/PluginManager.h"
 #include "formats/SceneFiles.h"
 #include "host/PluginMain.h"
-#include "scene/PluginManager.h"
 
 #include <QDropEvent>
 #include <QFile>

@@ -2,7 +2,7 @@
 #include "formats/SceneFiles.h"
 #include "scene/IdleQueue.h"
 #include "scene/Timeline.h"
-#include "window/RecentFiles.h"
+#include "shell/RecentFiles.h"
 
 #include <QAbstractButton>
 #include <QFile>

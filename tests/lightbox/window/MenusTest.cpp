@@ -1,13 +1,13 @@
 // Menus: of scripts, of the main window, and that of the plug-in.
 
 #include "ControlsFixture.h"
+#include "app/PluginManager.h"
+#include "controls/ControlMenu.h"
 #include "host/MayaUtil.h"
 #include "host/PluginMain.h"
 #include "host/Settings.h"
 #include "paint/ToolType.h"
 #include "scene/IdleQueue.h"
-#include "scene/PluginManager.h"
-#include "window/ControlMenu.h"
 
 #include <QAction>
 #include <QMenuBar>

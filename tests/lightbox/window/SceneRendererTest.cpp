@@ -1,4 +1,4 @@
-#include "window/SceneRenderer.h"
+#include "viewport/SceneRenderer.h"
 
 #include "OffscreenGl.h"
 #include "lightbox/MelFixture.h"
@@ -6,7 +6,7 @@
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
-#include "window/DrawnScene.h"
+#include "viewport/DrawnScene.h"
 
 #include <cmath>
 

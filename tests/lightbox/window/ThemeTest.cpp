@@ -1,4 +1,4 @@
-#include "window/Theme.h"
+#include "controls/Theme.h"
 
 #include <QApplication>
 #include <QDoubleSpinBox>

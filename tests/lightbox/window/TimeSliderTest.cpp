@@ -1,17 +1,17 @@
-#include "window/TimeSlider.h"
+#include "timeline/TimeSlider.h"
 
+#include "app/LightboxHost.h"
+#include "controls/Theme.h"
 #include "mel/Interpreter.h"
 #include "scene/EventBus.h"
-#include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
-#include "window/FrameField.h"
-#include "window/Playback.h"
-#include "window/RangeSlider.h"
-#include "window/Theme.h"
-#include "window/TimeSliderBar.h"
-#include "window/TransportButton.h"
+#include "timeline/FrameField.h"
+#include "timeline/Playback.h"
+#include "timeline/RangeSlider.h"
+#include "timeline/TimeSliderBar.h"
+#include "timeline/TransportButton.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -86,7 +86,7 @@ protected:
     }
 
     QTemporaryDir prefs_;
-    Host host_;
+    LightboxHost host_;
     std::unique_ptr<TimeSliderBar> bar_;
     TimeSlider* slider_ = nullptr;
     std::vector<double> seen_;

@@ -1,11 +1,11 @@
-#include "window/ViewFrame.h"
+#include "viewport/ViewFrame.h"
 
 #include "OffscreenGl.h"
 #include "lightbox/MelFixture.h"
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
-#include "window/DrawListRenderer.h"
+#include "viewport/DrawListRenderer.h"
 
 #include <cmath>
 #include <random>

@@ -1,4 +1,4 @@
-#include "window/ViewNavigation.h"
+#include "viewport/ViewNavigation.h"
 
 #include "WindowFixture.h"
 #include "scene/CameraView.h"

@@ -1,6 +1,6 @@
 #include "WindowFixture.h"
 #include "openmaya/DrawList.h"
-#include "window/GateOverlay.h"
+#include "viewport/GateOverlay.h"
 
 #include <QAction>
 #include <QOpenGLContext>

@@ -1,18 +1,18 @@
 #pragma once
 
+#include "app/LightboxHost.h"
 #include "mel/Interpreter.h"
 #include "scene/DagNode.h"
-#include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
-#include "window/MainWindow.h"
-#include "window/PanelLayout.h"
-#include "window/ViewportPanel.h"
-#include "window/ViewportPanels.h"
-#include "window/ViewportWidget.h"
-#include "window/WindowInterface.h"
-#include "window/WindowSession.h"
+#include "shell/MainWindow.h"
+#include "shell/WindowInterface.h"
+#include "shell/WindowSession.h"
+#include "viewport/PanelLayout.h"
+#include "viewport/ViewportPanel.h"
+#include "viewport/ViewportPanels.h"
+#include "viewport/ViewportWidget.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -31,7 +31,8 @@ protected:
     WindowFixture() { Start(); }
 
     void Start() {
-        host_ = std::make_unique<lightbox::Host>(lightbox::Host::Options{false, prefs_.path().toStdString()});
+        host_ = std::make_unique<lightbox::LightboxHost>(
+            lightbox::Host::Options{false, prefs_.path().toStdString()});
         host_->output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
             messages_.push_back(lightbox::Output::Worded(kind, text));
         });
@@ -82,6 +83,6 @@ protected:
 
     QTemporaryDir prefs_;
     std::vector<std::string> messages_;
-    std::unique_ptr<lightbox::Host> host_;
+    std::unique_ptr<lightbox::LightboxHost> host_;
     std::unique_ptr<lightbox::WindowSession> session_;
 };

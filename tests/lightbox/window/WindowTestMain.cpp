@@ -1,5 +1,5 @@
 // Runs the tests of the window on a display, with OpenGL as the program sets it up.
-#include "window/WindowSession.h"
+#include "shell/WindowSession.h"
 
 #include <QApplication>
 

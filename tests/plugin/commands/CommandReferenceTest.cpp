@@ -2,6 +2,7 @@
 #include "mel/CommandRegistry.h"
 #include "mel/SyntaxTable.h"
 #include "plugin/PluginTest.h"
+#include "text/Quoted.h"
 
 #include <QDir>
 #include <QFile>

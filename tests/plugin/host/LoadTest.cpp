@@ -2,7 +2,7 @@
 #include "host/Settings.h"
 #include "plugin/PluginTest.h"
 #include "scene/EventBus.h"
-#include "scene/PluginManager.h"
+#include "scene/PluginLoader.h"
 #include "scene/Scene.h"
 
 #include <QFile>
@@ -43,7 +43,7 @@ MStatus UnloadOther(MObject object) {
 } // namespace
 
 TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
-    lightbox::PluginManager& plugins = Host().plugins();
+    lightbox::PluginLoader& plugins = Host().plugins();
     const auto state = [&] {
         return Leftovers{Host().events().CallbackCount(), Ask("size(`scriptJob -listJobs`)"),
                          Host().interpreter().Commands().Names().size(),
@@ -80,7 +80,7 @@ TEST_F(LoadTest, SettingsAreWrittenOnUnloadingAndReadOnLoading) {
 }
 
 TEST_F(LoadTest, ANameThatIsTakenStopsTheRegistration) {
-    lightbox::PluginManager& plugins = Host().plugins();
+    lightbox::PluginLoader& plugins = Host().plugins();
     plugins.Unload("vellix2", false);
     const size_t callbacks = Host().events().CallbackCount();
     plugins.LoadBuiltin("other", LoadOther, UnloadOther);

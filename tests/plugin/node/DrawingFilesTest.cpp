@@ -5,7 +5,7 @@
 #include "node/BaseNode.h"
 #include "plugin/PluginTest.h"
 #include "plugin/node/LayerDataText.h"
-#include "scene/PluginManager.h"
+#include "scene/PluginLoader.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -110,7 +110,7 @@ TEST_F(DrawingFilesTest, DamagedTokensGiveTheirMessageAndKeepTheRestOfTheScene) 
 }
 
 TEST_F(DrawingFilesTest, DrawingsOutliveAnUnloadedPlugin) {
-    lightbox::PluginManager& plugins = Host().plugins();
+    lightbox::PluginLoader& plugins = Host().plugins();
     ASSERT_TRUE(Save("a.ma"));
     EXPECT_FALSE(Run("unloadPlugin vellix2"));
     EXPECT_THAT(Messages(), ::testing::ElementsAre(HasSubstr("still in use")));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/PluginManager.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
@@ -9,9 +10,8 @@
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
 #include "plugin/tools/RealInput.h"
-#include "scene/PluginManager.h"
 #include "scene/ToolContexts.h"
-#include "window/ViewOptions.h"
+#include "viewport/ViewOptions.h"
 
 #include <stdexcept>
 

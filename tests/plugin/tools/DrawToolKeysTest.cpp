@@ -3,7 +3,7 @@
 #include "scene/UndoQueue.h"
 #include "ui/DialogManager.h"
 #include "ui/ToolOptionsPanel.h"
-#include "window/PanelLayout.h"
+#include "viewport/PanelLayout.h"
 
 #include <QInputMethodEvent>
 #include <QScreen>

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "app/PluginManager.h"
 #include "host/PluginMain.h"
 #include "host/Settings.h"
 #include "lightbox/window/WindowFixture.h"
 #include "paint/ToolType.h"
 #include "plugin/host/ExecutedLines.h"
-#include "scene/PluginManager.h"
 
 #include <QAbstractButton>
 #include <QSettings>

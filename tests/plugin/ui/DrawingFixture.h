@@ -1,13 +1,13 @@
 #pragma once
 
+#include "app/PluginManager.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "host/PluginMain.h"
 #include "host/Settings.h"
 #include "lightbox/window/WindowFixture.h"
 #include "node/BaseNode.h"
-#include "scene/PluginManager.h"
-#include "window/ViewOptions.h"
+#include "viewport/ViewOptions.h"
 
 namespace vellix {
 

@@ -1,9 +1,9 @@
 #include "ui/TimeControlOverlay.h"
 
+#include "app/LightboxHost.h"
 #include "host/Settings.h"
 #include "mel/Interpreter.h"
 #include "plugin/host/ExecutedLines.h"
-#include "scene/Host.h"
 
 #include <QImage>
 #include <QMouseEvent>
@@ -67,7 +67,7 @@ protected:
     }
 
     QTemporaryDir prefs;
-    lightbox::Host host;
+    lightbox::LightboxHost host;
     std::unique_ptr<Slider> slider;
     std::unique_ptr<TimeControlOverlay> overlay;
 };

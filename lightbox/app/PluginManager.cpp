@@ -1,0 +1,294 @@
+#include "app/PluginManager.h"
+
+#include "formats/SceneFiles.h"
+#include "formats/UnknownNodes.h"
+#include "mel/Interpreter.h"
+#include "openmaya/DrawOverrides.h"
+#include "openmaya/PluginCommandRunner.h"
+#include "openmaya/PluginHandle.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/Scene.h"
+#include "scene/ToolContexts.h"
+#include "scene/UndoQueue.h"
+
+#include <maya/MObject.h>
+#include <maya/MStatus.h>
+#include <maya/MString.h>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibrary>
+
+#include <algorithm>
+
+namespace lightbox {
+namespace {
+
+constexpr char BUILTIN_PATH[] = "builtin";
+/// What comes with the program and is loaded at its start.
+constexpr const char* AUTOLOADED[] = {"vellix2"};
+
+#if defined(Q_OS_WIN)
+constexpr const char* SUFFIXES[] = {".mll", ".dll"};
+#elif defined(Q_OS_MACOS)
+constexpr const char* SUFFIXES[] = {".bundle", ".dylib"};
+#else
+constexpr const char* SUFFIXES[] = {".so"};
+#endif
+
+std::string NameOf(const std::string& path) {
+    return QFileInfo(QString::fromStdString(path)).completeBaseName().toStdString();
+}
+
+bool IsFile(const std::string& path) {
+    return QFileInfo(QString::fromStdString(path)).isFile();
+}
+
+} // namespace
+
+struct PluginManager::Entry {
+    Plugin plugin;
+    std::unique_ptr<QLibrary> library; ///< null for one that is linked into the program
+    EntryPoint initialize = nullptr;
+    EntryPoint uninitialize = nullptr;
+};
+
+PluginManager::PluginManager(Host& host)
+    : host_(host) {}
+
+PluginManager::~PluginManager() = default;
+
+std::vector<std::string> PluginManager::SearchPath() {
+    std::vector<std::string> folders;
+    const QString variable = qEnvironmentVariable("MAYA_PLUG_IN_PATH");
+    for (const QString& folder : variable.split(QDir::listSeparator(), Qt::SkipEmptyParts)) {
+        folders.push_back(folder.toStdString());
+    }
+    const std::string own = QCoreApplication::applicationDirPath().toStdString();
+    for (const char* below : {"", "/plug-ins", "/../plug-ins", "/../lib/lightbox/plug-ins"}) {
+        folders.push_back(own + below);
+    }
+    return folders;
+}
+
+std::string PluginManager::FindFile(const std::string& nameOrPath) const {
+    const auto withSuffix = [](const std::string& path) {
+        if (IsFile(path)) {
+            return path;
+        }
+        for (const char* suffix : SUFFIXES) {
+            if (IsFile(path + suffix)) {
+                return path + suffix;
+            }
+        }
+        return std::string();
+    };
+    if (nameOrPath.find('/') != std::string::npos || nameOrPath.find('\\') != std::string::npos) {
+        return withSuffix(SceneFiles::AbsolutePath(nameOrPath));
+    }
+    if (nameOrPath.empty()) {
+        return {};
+    }
+    const std::string below = "/" + nameOrPath;
+    for (const std::string& folder : SearchPath()) {
+        const std::string found = withSuffix(folder + below);
+        if (!found.empty()) {
+            return SceneFiles::AbsolutePath(found);
+        }
+    }
+    return {};
+}
+
+Plugin& PluginManager::Load(const std::string& nameOrPath) {
+    if (Plugin* loaded = Find(nameOrPath)) {
+        return *loaded;
+    }
+    const std::string path = FindFile(nameOrPath);
+    if (path.empty()) {
+        throw PluginError("Plug-in, \"" + nameOrPath + "\", was not found on MAYA_PLUG_IN_PATH.");
+    }
+    if (Plugin* loaded = Find(NameOf(path))) {
+        return *loaded;
+    }
+    auto entry = std::make_unique<Entry>();
+    entry->plugin.name = NameOf(path);
+    entry->plugin.path = path;
+    entry->library = std::make_unique<QLibrary>(QString::fromStdString(path));
+    // Every name is looked up at once, so that what is missing shows here and not in the middle of a stroke.
+    entry->library->setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    if (!entry->library->load()) {
+        throw PluginError("Could not load the plug-in \"" + path +
+                          "\": " + entry->library->errorString().toStdString());
+    }
+    entry->initialize = reinterpret_cast<EntryPoint>(entry->library->resolve("initializePlugin"));
+    entry->uninitialize = reinterpret_cast<EntryPoint>(entry->library->resolve("uninitializePlugin"));
+    if (!entry->initialize || !entry->uninitialize) {
+        entry->library->unload();
+        throw PluginError("\"" + path +
+                          "\" is not a plug-in: it does not export initializePlugin and "
+                          "uninitializePlugin.");
+    }
+    return Start(std::move(entry));
+}
+
+Plugin& PluginManager::LoadBuiltin(const std::string& name, EntryPoint initialize, EntryPoint uninitialize) {
+    if (Plugin* loaded = Find(name)) {
+        return *loaded;
+    }
+    auto entry = std::make_unique<Entry>();
+    entry->plugin.name = name;
+    entry->plugin.path = BUILTIN_PATH;
+    entry->initialize = initialize;
+    entry->uninitialize = uninitialize;
+    return Start(std::move(entry));
+}
+
+Plugin& PluginManager::Start(std::unique_ptr<Entry> entry) {
+    entries_.push_back(std::move(entry));
+    Entry& added = *entries_.back();
+    const UndoQueue::Pause pause(host_.undo());
+    const std::vector<std::string> before = DrawOverrides::Get().Registrants();
+    const MStatus status = added.initialize(PluginHandle::MakeObject(added.plugin));
+    for (const std::string& registrant : DrawOverrides::Get().Registrants()) {
+        if (std::find(before.begin(), before.end(), registrant) == before.end()) {
+            added.plugin.drawOverrides.push_back(registrant);
+        }
+    }
+    if (!status) {
+        const std::string name = added.plugin.name;
+        Purge(added.plugin);
+        if (added.library) {
+            added.library->unload();
+        }
+        entries_.pop_back();
+        throw PluginError("The plug-in \"" + name +
+                          "\" could not be initialised: " + status.errorString().asChar());
+    }
+    return added.plugin;
+}
+
+void PluginManager::Unload(const std::string& name, bool force) {
+    Plugin* plugin = Find(name);
+    if (!plugin) {
+        throw PluginError("Plug-in, \"" + name + "\", is not loaded.");
+    }
+    if (IsInPluginCommand()) {
+        throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded by a plug-in's own command.");
+    }
+    if (host_.files().IsReading()) {
+        throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a scene file is being read.");
+    }
+    // What has opened a menu waits for it in its own code.
+    if (QApplication::activePopupWidget() != nullptr) {
+        throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a menu is open.");
+    }
+    for (const std::string& command : plugin->contextCommands) {
+        if (host_.tools().IsBusy(command)) {
+            throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded by its own tool.");
+        }
+    }
+    const auto entry = std::find_if(entries_.begin(), entries_.end(),
+                                    [&](const auto& candidate) { return &candidate->plugin == plugin; });
+    UnknownNodes unknown(host_);
+    const int users = unknown.CountUsing(*plugin);
+    if (users > 0 && !force) {
+        throw PluginError("Plug-in, \"" + plugin->name +
+                          "\", cannot be unloaded because it is still in use: " + std::to_string(users) +
+                          " of the scene's nodes need it.");
+    }
+    // Items on the queue may hold nodes, values and commands of the plug-in.
+    host_.undo().Flush();
+    if (users > 0) {
+        unknown.Convert(*plugin);
+    }
+    Stop(**entry);
+    if ((*entry)->library) {
+        (*entry)->library->unload();
+    }
+    entries_.erase(entry);
+}
+
+void PluginManager::Stop(Entry& entry) {
+    const UndoQueue::Pause pause(host_.undo());
+    const MStatus status = entry.uninitialize(PluginHandle::MakeObject(entry.plugin));
+    if (!status) {
+        throw PluginError("The plug-in \"" + entry.plugin.name +
+                          "\" could not be uninitialised: " + status.errorString().asChar());
+    }
+    Purge(entry.plugin);
+}
+
+void PluginManager::Purge(const Plugin& plugin) {
+    const Plugin left = plugin;
+    for (const std::string& registrant : left.drawOverrides) {
+        DrawOverrides::Get().DeregisterAll(registrant);
+    }
+    for (const std::string& command : left.contextCommands) {
+        host_.tools().RemoveMadeBy(command);
+    }
+    for (const auto* names : {&left.commands, &left.contextCommands}) {
+        for (const std::string& command : *names) {
+            host_.interpreter().Commands().DeregisterPlugin(command);
+        }
+    }
+    for (const std::string& type : left.nodeTypes) {
+        host_.scene().types().RemoveNodeType(type);
+    }
+    for (const std::string& type : left.dataTypes) {
+        host_.scene().types().RemoveDataType(type);
+    }
+}
+
+void PluginManager::Autoload() {
+    for (const char* name : AUTOLOADED) {
+        if (FindFile(name).empty()) {
+            continue;
+        }
+        try {
+            Load(name).autoload = true;
+        } catch (const PluginError& error) {
+            host_.output().Warning(error.what());
+        }
+    }
+}
+
+void PluginManager::UnloadAll() {
+    if (entries_.empty()) {
+        return;
+    }
+    host_.undo().Flush();
+    host_.scene().New();
+    // The libraries stay in memory until the process ends: what others keep of them, such as texts in Qt's
+    // caches, is destroyed after this.
+    while (!entries_.empty()) {
+        try {
+            Stop(*entries_.back());
+        } catch (const PluginError& error) {
+            host_.output().Warning(error.what());
+        }
+        entries_.pop_back();
+    }
+}
+
+Plugin* PluginManager::Find(const std::string& nameOrPath) const {
+    for (const auto& entry : entries_) {
+        const bool isPath = entry->plugin.path == nameOrPath && nameOrPath != BUILTIN_PATH;
+        if (isPath || entry->plugin.name == nameOrPath || entry->plugin.name == NameOf(nameOrPath)) {
+            return &entry->plugin;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<Plugin*> PluginManager::Loaded() const {
+    std::vector<Plugin*> plugins;
+    for (const auto& entry : entries_) {
+        plugins.push_back(&entry->plugin);
+    }
+    return plugins;
+}
+
+} // namespace lightbox

@@ -1,0 +1,117 @@
+#include "commands/SceneArguments.h"
+#include "commands/SceneCommands.h"
+#include "formats/FileReader.h"
+#include "formats/ReferenceList.h"
+#include "formats/SceneFiles.h"
+#include "mel/SyntaxBuilder.h"
+#include "scene/Host.h"
+#include "scene/PluginLoader.h"
+#include "scene/Scene.h"
+
+#include <algorithm>
+
+namespace lightbox::mel {
+namespace {
+
+Value Requires(CommandCall& call) {
+    const std::string plugin = call.Object(0).AsString();
+    const std::string version = call.Objects().size() > 1 ? call.Object(1).AsString() : "";
+    if (FileReader* reader = ReaderOf(call)) {
+        reader->Require(plugin, version, reader->StatementText());
+    } else if (plugin != "maya") {
+        call.GetHost().plugins().Load(plugin);
+    }
+    return {};
+}
+
+Value FileInfo(CommandCall& call) {
+    SceneFiles& files = call.GetHost().files();
+    const std::vector<std::string> words = call.ObjectNames();
+    if (call.IsQuery()) {
+        Value::StringArray answer;
+        for (const auto& [key, value] : files.fileInfo()) {
+            if (words.empty()) {
+                answer.push_back(key);
+                answer.push_back(value);
+            } else if (words.front() == key) {
+                answer.push_back(value);
+            }
+        }
+        return answer;
+    }
+    if (call.Has("-remove")) {
+        files.RemoveFileInfo(call.String("-remove"));
+        return {};
+    }
+    if (words.size() != 2) {
+        call.Fail("A keyword and a value have to be given.");
+    }
+    if (FileReader* reader = ReaderOf(call)) {
+        reader->SetFileInfo(words[0], words[1]);
+    } else {
+        files.SetFileInfo(words[0], words[1]);
+    }
+    return {};
+}
+
+/// The reference that a name, a file or one of its nodes stands for.
+const Reference& ReferenceOf(const CommandCall& call, const std::string& text) {
+    const ReferenceList& references = call.GetHost().files().references();
+    const Reference* found = references.Find(text);
+    if (!found) {
+        found = references.Find(NodeNamed(call, text)->reference);
+    }
+    if (!found) {
+        call.Fail("'" + text + "' does not belong to a reference.");
+    }
+    return *found;
+}
+
+Value ReferenceQuery(CommandCall& call) {
+    const std::string text = call.Object(0).AsString();
+    const ReferenceList& references = call.GetHost().files().references();
+    if (call.Has("-isNodeReferenced")) {
+        return !NodeNamed(call, text)->reference.empty();
+    }
+    const Reference& reference = ReferenceOf(call, text);
+    if (call.Has("-filename")) {
+        return reference.path;
+    }
+    if (call.Has("-referenceNode")) {
+        return reference.name;
+    }
+    if (call.Has("-isLoaded")) {
+        return reference.isLoaded;
+    }
+    if (call.Has("-namespace")) {
+        return ":" + reference.nameSpace;
+    }
+    return ShownNames(references.NodesOf(reference.name));
+}
+
+} // namespace
+
+void RegisterSceneFileCommands(CommandRegistry& registry) {
+    AddHostCommand(registry, "requires",
+                   SyntaxBuilder()
+                       .Flag("-nt", "-nodeType", MSyntax::kString)
+                       .MultiUse()
+                       .Flag("-dt", "-dataType", MSyntax::kString)
+                       .MultiUse()
+                       .Objects(1, 2),
+                   Requires);
+    AddHostCommand(registry, "fileInfo",
+                   SyntaxBuilder().Flag("-rm", "-remove", MSyntax::kString).Query().Objects(0, 2), FileInfo);
+    AddHostCommand(registry, "referenceQuery",
+                   SyntaxBuilder()
+                       .Flag("-inr", "-isNodeReferenced")
+                       .Flag("-f", "-filename")
+                       .Flag("-rfn", "-referenceNode")
+                       .Flag("-il", "-isLoaded")
+                       .Flag("-ns", "-namespace")
+                       .Flag("-n", "-nodes")
+                       .Objects(1, 1),
+                   ReferenceQuery);
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,117 @@
+#include "commands/SceneArguments.h"
+#include "commands/SceneCommands.h"
+#include "mel/SyntaxBuilder.h"
+#include "scene/EventBus.h"
+#include "scene/Host.h"
+#include "scene/UndoQueue.h"
+
+#include <algorithm>
+
+namespace lightbox::mel {
+namespace {
+
+Value Undo(CommandCall& call) {
+    const std::string name = call.GetHost().undo().UndoName();
+    if (!call.GetHost().undo().Undo()) {
+        call.Warn("There are no more commands to undo.");
+        return "";
+    }
+    return name;
+}
+
+Value Redo(CommandCall& call) {
+    const std::string name = call.GetHost().undo().RedoName();
+    if (!call.GetHost().undo().Redo()) {
+        call.Warn("There are no more commands to redo.");
+        return "";
+    }
+    return name;
+}
+
+Value QueryUndoInfo(const CommandCall& call) {
+    const UndoQueue& undo = call.GetHost().undo();
+    if (call.Has("-state") || call.Has("-stateWithoutFlush")) {
+        return undo.IsEnabled();
+    }
+    if (call.Has("-infinity")) {
+        return undo.Limit() == 0;
+    }
+    if (call.Has("-length")) {
+        return static_cast<int>(undo.Limit());
+    }
+    if (call.Has("-undoName")) {
+        return undo.UndoName();
+    }
+    if (call.Has("-redoName")) {
+        return undo.RedoName();
+    }
+    if (call.Has("-undoQueueEmpty")) {
+        return !undo.CanUndo();
+    }
+    if (call.Has("-redoQueueEmpty")) {
+        return !undo.CanRedo();
+    }
+    if (call.Has("-printQueue")) {
+        return undo.Names();
+    }
+    call.Fail("Nothing was asked for.");
+}
+
+Value UndoInfo(CommandCall& call) {
+    if (call.IsQuery()) {
+        return QueryUndoInfo(call);
+    }
+    UndoQueue& undo = call.GetHost().undo();
+    if (call.Has("-state")) {
+        undo.SetEnabled(call.Bool("-state"));
+    }
+    if (call.Has("-stateWithoutFlush")) {
+        undo.SetEnabled(call.Bool("-stateWithoutFlush"), true);
+    }
+    if (call.Has("-length")) {
+        undo.SetLimit(static_cast<std::size_t>(std::max(1, call.Int("-length"))));
+    }
+    if (call.Has("-infinity")) {
+        constexpr std::size_t FINITE = 50;
+        undo.SetLimit(call.Bool("-infinity") ? 0 : undo.Limit() == 0 ? FINITE : undo.Limit());
+    }
+    if (call.Has("-openChunk")) {
+        undo.OpenChunk(call.StringOr("-chunkName", ""));
+    }
+    if (call.Has("-closeChunk")) {
+        undo.CloseChunk();
+    }
+    return {};
+}
+
+Value FlushUndo(CommandCall& call) {
+    call.GetHost().undo().Flush();
+    call.GetHost().events().Fire("flushUndo");
+    return {};
+}
+
+} // namespace
+
+void RegisterUndoCommands(CommandRegistry& registry) {
+    AddHostCommand(registry, "undo", SyntaxBuilder(), Undo);
+    AddHostCommand(registry, "redo", SyntaxBuilder(), Redo);
+    AddHostCommand(registry, "flushUndo", SyntaxBuilder(), FlushUndo);
+    AddHostCommand(registry, "undoInfo",
+                   SyntaxBuilder()
+                       .Flag("-st", "-state", MSyntax::kBoolean)
+                       .Flag("-swf", "-stateWithoutFlush", MSyntax::kBoolean)
+                       .Flag("-in", "-infinity", MSyntax::kBoolean)
+                       .Flag("-l", "-length", MSyntax::kUnsigned)
+                       .Flag("-ock", "-openChunk")
+                       .Flag("-cck", "-closeChunk")
+                       .Flag("-cn", "-chunkName", MSyntax::kString)
+                       .Flag("-un", "-undoName")
+                       .Flag("-rn", "-redoName")
+                       .Flag("-uqe", "-undoQueueEmpty")
+                       .Flag("-rqe", "-redoQueueEmpty")
+                       .Flag("-pq", "-printQueue")
+                       .Query(),
+                   UndoInfo);
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,157 @@
+// viewFit: moves a camera so that it sees what is selected, or everything.
+
+#include "commands/SceneArguments.h"
+#include "commands/SceneCommands.h"
+#include "mel/SyntaxBuilder.h"
+#include "scene/CameraFilm.h"
+#include "scene/DagNode.h"
+#include "scene/Edit.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/UserInterface.h"
+#include "scene/View.h"
+#include "scene/VisibleShapes.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lightbox::mel {
+namespace {
+
+using Imath::Box3d;
+using Imath::M44d;
+using Imath::V3d;
+
+/// Part of the view that is filled when nothing else is asked for.
+constexpr double USUAL_FACTOR = 0.9;
+/// Of a box that is a point, in centimetres.
+constexpr double LEAST_RADIUS = 0.5;
+
+Box3d Wanted(Host& host, bool all) {
+    Box3d box;
+    if (!all) {
+        for (const std::shared_ptr<Node>& node : host.scene().selection().Get()) {
+            const auto* dag = dynamic_cast<const DagNode*>(node.get());
+            if (!dag) {
+                continue;
+            }
+            box.extendBy(WorldBoundsOf(*dag));
+            if (dag->Type().IsTransform() && WorldBoundsOf(*dag).isEmpty()) {
+                box.extendBy(dag->WorldMatrix().translation());
+            }
+        }
+    }
+    if (box.isEmpty()) {
+        for (const VisibleShape& visible : FindVisibleShapes(host.scene())) {
+            if (!visible.shape->Type().IsA("camera")) {
+                box.extendBy(Transformed(BoundsOf(*visible.shape), visible.world));
+            }
+        }
+    }
+    return box;
+}
+
+std::shared_ptr<DagNode> CameraOf(const CommandCall& call) {
+    Host& host = call.GetHost();
+    std::shared_ptr<DagNode> node;
+    if (!call.Objects().empty()) {
+        node = DagNodeNamed(call, call.Object(0).AsString());
+    } else if (host.ui() && host.ui()->ActiveView()) {
+        node = host.ui()->ActiveView()->Camera();
+    } else {
+        node = DagNodeNamed(call, "persp");
+    }
+    if (node->Type().IsTransform()) {
+        const std::vector<DagNode*> shapes = node->Shapes();
+        node = shapes.empty() ? nullptr : std::static_pointer_cast<DagNode>(shapes.front()->Shared());
+    }
+    if (!node || !node->Type().IsA("camera")) {
+        call.Fail("A camera is needed to look through.");
+    }
+    return node;
+}
+
+/// Width by height of the view that looks through the camera, the active one first; of the usual one when
+/// none does.
+double ViewAspect(Host& host, const DagNode& camera) {
+    std::vector<View*> views;
+    if (host.ui()) {
+        views = host.ui()->Views();
+        views.insert(views.begin(), host.ui()->ActiveView());
+    }
+    for (const View* view : views) {
+        if (view && view->Camera().get() == &camera && view->Height() > 0) {
+            return static_cast<double>(view->Width()) / view->Height();
+        }
+    }
+    return 16.0 / 9.0;
+}
+
+Plug PlugOf(const DagNode& node, const char* attribute) {
+    return Plug(std::const_pointer_cast<Node>(node.Shared()), node.FindAttribute(attribute));
+}
+
+void MoveTo(Host& host, const DagNode& camera, const V3d& eye) {
+    const DagNode& transform = *camera.Parent();
+    const M44d parent = transform.Parent() ? transform.Parent()->WorldMatrix() : M44d();
+    V3d way;
+    parent.inverse().multDirMatrix(eye - camera.WorldMatrix().translation(), way);
+    const Plug translate = PlugOf(transform, "translate");
+    const AttributeValue before = translate.Get();
+    const auto& numbers = std::get<std::vector<double>>(before);
+    edit::SetPlug(host, translate,
+                  std::vector<double>{numbers[0] + way.x, numbers[1] + way.y, numbers[2] + way.z});
+}
+
+void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
+    const CameraFilm film(camera);
+    const double aspect = ViewAspect(host, camera);
+    const V3d center = box.center();
+    V3d back;
+    camera.WorldMatrix().multDirMatrix(V3d(0.0, 0.0, 1.0), back);
+    back.normalize();
+    CameraFilm::Options options;
+    options.overscan = true;
+    const Frustum frustum = film.FrustumOf(aspect, options);
+    const double width = frustum.right - frustum.left;
+    const double height = frustum.top - frustum.bottom;
+    if (film.IsOrthographic()) {
+        // As the camera sees it, the box is a rectangle.
+        const Box3d seen = Transformed(box, camera.WorldMatrix().inverse());
+        const double part = std::max({seen.size().x / width, seen.size().y / height, LEAST_RADIUS / width});
+        const Plug orthographicWidth = PlugOf(camera, "orthographicWidth");
+        edit::SetPlug(host, orthographicWidth, orthographicWidth.Number() * part / factor);
+        const double distance = std::max(PlugOf(camera, "centerOfInterest").Number(), box.size().length());
+        MoveTo(host, camera, center + back * distance);
+        return;
+    }
+    const double radius = std::max(LEAST_RADIUS, box.size().length() * 0.5);
+    const double halfAngle = std::atan(std::min(width, height) * 0.5 / film.NearClip());
+    const double distance = radius / std::sin(halfAngle) / factor;
+    MoveTo(host, camera, center + back * distance);
+    edit::SetPlug(host, PlugOf(camera, "centerOfInterest"), distance);
+}
+
+Value ViewFit(CommandCall& call) {
+    const double factor = std::clamp(call.FloatOr("-fitFactor", USUAL_FACTOR), 0.01, 1.0);
+    const std::shared_ptr<DagNode> camera = CameraOf(call);
+    const Box3d box = Wanted(call.GetHost(), call.Has("-allObjects"));
+    if (!box.isEmpty()) {
+        Fit(call.GetHost(), *camera, box, factor);
+    }
+    return {};
+}
+
+} // namespace
+
+void RegisterViewCommands(CommandRegistry& registry) {
+    AddSceneCommand(registry, "viewFit",
+                    SyntaxBuilder()
+                        .Flag("-all", "-allObjects")
+                        .Flag("-f", "-fitFactor", MSyntax::kDouble)
+                        .Flag("-an", "-animate", MSyntax::kBoolean)
+                        .Objects(0, 1),
+                    ViewFit);
+}
+
+} // namespace lightbox::mel

@@ -1,0 +1,302 @@
+// confirmDialog, promptDialog, fileDialog2, colorEditor: they wait for an answer.
+
+#include "controls/ControlCommands.h"
+#include "controls/ControlRegistry.h"
+#include "controls/FlagTypes.h"
+#include "controls/WindowCommandTable.h"
+#include "mel/SyntaxBuilder.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::SyntaxBuilder;
+using mel::Value;
+
+/// The window that a dialog stands before: the one named, else the active one.
+QWidget* Owner(const CommandCall& call, const ControlRegistry& registry) {
+    QWidget* named = call.Has("-parent") ? registry.FindWidget(call.String("-parent")) : nullptr;
+    if (!named) {
+        named = QApplication::activeWindow();
+    }
+    return named ? named : registry.MainWindow().Widget();
+}
+
+QMessageBox::Icon IconNamed(const std::string& name) {
+    return name == "question"      ? QMessageBox::Question
+           : name == "warning"     ? QMessageBox::Warning
+           : name == "critical"    ? QMessageBox::Critical
+           : name == "information" ? QMessageBox::Information
+                                   : QMessageBox::NoIcon;
+}
+
+/// The buttons' texts in the order that they were given.
+std::vector<QString> ButtonTexts(const CommandCall& call, const std::vector<QString>& usual) {
+    std::vector<QString> texts;
+    for (unsigned use = 0; use < call.UseCount("-button"); ++use) {
+        texts.push_back(ToQt(call.String("-button", 0, use)));
+    }
+    return texts.empty() ? usual : texts;
+}
+
+/// What a dialog answers that was closed instead of answered.
+std::string Dismissed(const CommandCall& call) {
+    return call.StringOr("-dismissString", call.StringOr("-cancelButton", "dismiss"));
+}
+
+Value ConfirmDialog(CommandCall& call, ControlRegistry& registry) {
+    QMessageBox box(Owner(call, registry));
+    box.setObjectName("confirmDialog");
+    box.setWindowTitle(ToQt(call.StringOr("-title", "Confirm")));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(ToQt(call.StringOr("-message", "")));
+    box.setIcon(IconNamed(call.StringOr("-icon", "")));
+    const QString usual = ToQt(call.StringOr("-defaultButton", ""));
+    const QString cancel = ToQt(call.StringOr("-cancelButton", ""));
+    for (const QString& text : ButtonTexts(call, {QStringLiteral("Confirm")})) {
+        QPushButton* const button = box.addButton(text, QMessageBox::AcceptRole);
+        if (text == usual) {
+            box.setDefaultButton(button);
+        }
+        if (text == cancel) {
+            box.setEscapeButton(button);
+        }
+    }
+    // Without a button to close it with, the box would refuse to be closed.
+    QAbstractButton* escape = box.escapeButton();
+    QPushButton hidden;
+    if (!escape) {
+        box.addButton(&hidden, QMessageBox::RejectRole);
+        hidden.hide();
+        box.setEscapeButton(&hidden);
+    }
+    box.exec();
+    const QAbstractButton* const clicked = box.clickedButton();
+    box.removeButton(&hidden);
+    return clicked && clicked != &hidden ? clicked->text().toStdString() : Dismissed(call);
+}
+
+/// Asks for a text; remembers the last one for -query.
+class Prompt {
+public:
+    Value Run(const CommandCall& call, ControlRegistry& registry) {
+        if (call.IsQuery()) {
+            return text_;
+        }
+        QDialog dialog(Owner(call, registry));
+        dialog.setObjectName("promptDialog");
+        dialog.setWindowTitle(ToQt(call.StringOr("-title", "")));
+        auto* const box = new QVBoxLayout(&dialog);
+        auto* const message = new QLabel(ToQt(call.StringOr("-message", "")));
+        message->setTextFormat(Qt::PlainText);
+        box->addWidget(message);
+        const bool hasLines = call.Has("-scrollableField") && call.Bool("-scrollableField");
+        auto* const line = hasLines ? nullptr : new QLineEdit(ToQt(call.StringOr("-text", "")));
+        auto* const lines = hasLines ? new QPlainTextEdit(ToQt(call.StringOr("-text", ""))) : nullptr;
+        box->addWidget(hasLines ? static_cast<QWidget*>(lines) : line);
+        std::string answer = Dismissed(call);
+        AddButtons(call, dialog, *box, answer);
+        dialog.exec();
+        text_ = (hasLines ? lines->toPlainText() : line->text()).toStdString();
+        return answer;
+    }
+
+private:
+    static void AddButtons(const CommandCall& call, QDialog& dialog, QVBoxLayout& box, std::string& answer) {
+        const QString usual = ToQt(call.StringOr("-defaultButton", ""));
+        auto* const row = new QDialogButtonBox;
+        for (const QString& text : ButtonTexts(call, {QStringLiteral("OK")})) {
+            QPushButton* const button = row->addButton(text, QDialogButtonBox::ActionRole);
+            button->setDefault(text == usual);
+            button->setAutoDefault(text == usual);
+            QObject::connect(button, &QPushButton::clicked, &dialog, [&dialog, &answer, text] {
+                answer = text.toStdString();
+                dialog.accept();
+            });
+        }
+        box.addWidget(row);
+    }
+
+    std::string text_;
+};
+
+QFileDialog::FileMode ModeOf(int fileMode) {
+    return fileMode == 0   ? QFileDialog::AnyFile
+           : fileMode == 4 ? QFileDialog::ExistingFiles
+           : fileMode == 1 ? QFileDialog::ExistingFile
+                           : QFileDialog::Directory;
+}
+
+void SetUpFileDialog(QFileDialog& dialog, const CommandCall& call) {
+    const int mode = call.IntOr("-fileMode", 0);
+    dialog.setObjectName("fileDialog");
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    // -fileMode 3 shows only folders.
+    dialog.setOption(QFileDialog::ShowDirsOnly, mode == 3);
+    dialog.setFileMode(ModeOf(mode));
+    dialog.setAcceptMode(mode == 0 ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setWindowTitle(ToQt(call.StringOr("-caption", mode == 0 ? "Save" : "Open")));
+    if (call.Has("-fileFilter")) {
+        dialog.setNameFilters(ToQt(call.String("-fileFilter")).split(QStringLiteral(";;")));
+    }
+    if (call.Has("-selectFileFilter")) {
+        const QString wanted = ToQt(call.String("-selectFileFilter"));
+        for (const QString& filter : dialog.nameFilters()) {
+            if (filter == wanted || filter.startsWith(wanted + QLatin1Char(' '))) {
+                dialog.selectNameFilter(filter);
+            }
+        }
+    }
+    if (call.Has("-startingDirectory")) {
+        const QFileInfo start(ToQt(call.String("-startingDirectory")));
+        dialog.setDirectory(start.isDir() ? start.absoluteFilePath() : start.absolutePath());
+        if (!start.isDir()) {
+            dialog.selectFile(start.fileName());
+        }
+    }
+    if (call.Has("-okCaption")) {
+        dialog.setLabelText(QFileDialog::Accept, ToQt(call.String("-okCaption")));
+    }
+    if (call.Has("-cancelCaption")) {
+        dialog.setLabelText(QFileDialog::Reject, ToQt(call.String("-cancelCaption")));
+    }
+}
+
+/// The file's name with the suffix that the chosen filter asks for.
+QString WithSuffix(const QString& path, const QString& filter) {
+    if (!QFileInfo(path).suffix().isEmpty()) {
+        return path;
+    }
+    const int star = filter.indexOf(QLatin1String("*."));
+    if (star < 0 || filter.mid(star + 2, 1) == QLatin1String("*")) {
+        return path;
+    }
+    int end = star + 2;
+    while (end < filter.size() && filter.at(end).isLetterOrNumber()) {
+        ++end;
+    }
+    return path + filter.mid(star + 1, end - star - 1);
+}
+
+Value FileDialog(CommandCall& call, ControlRegistry& registry) {
+    QFileDialog dialog(Owner(call, registry));
+    SetUpFileDialog(dialog, call);
+    if (dialog.exec() != QDialog::Accepted) {
+        return Value::StringArray();
+    }
+    Value::StringArray answer;
+    for (const QString& file : dialog.selectedFiles()) {
+        const bool isNew = dialog.acceptMode() == QFileDialog::AcceptSave;
+        answer.push_back((isNew ? WithSuffix(file, dialog.selectedNameFilter()) : file).toStdString());
+    }
+    if (call.Has("-returnFilter") && call.Bool("-returnFilter")) {
+        answer.push_back(dialog.selectedNameFilter().toStdString());
+    }
+    return answer;
+}
+
+/// Asks for a colour; remembers the answer for -query.
+class ColorEditor {
+public:
+    Value Run(const CommandCall& call, ControlRegistry& registry) {
+        if (call.IsQuery()) {
+            return call.Has("-result")
+                       ? Value(isAccepted_)
+                       : Value(Value::FloatArray{color_.redF(), color_.greenF(), color_.blueF()});
+        }
+        if (call.Has("-rgbValue")) {
+            const auto part = [&call](unsigned index) {
+                return qBound(0.0, call.Float("-rgbValue", index), 1.0);
+            };
+            color_ = QColor::fromRgbF(part(0), part(1), part(2));
+        }
+        QColorDialog dialog(color_, Owner(call, registry));
+        dialog.setObjectName("colorEditor");
+        isAccepted_ = dialog.exec() == QDialog::Accepted;
+        if (isAccepted_) {
+            color_ = dialog.currentColor();
+        }
+        return Value(std::to_string(color_.redF()) + " " + std::to_string(color_.greenF()) + " " +
+                     std::to_string(color_.blueF()) + " " + (isAccepted_ ? "1" : "0"));
+    }
+
+private:
+    QColor color_ = Qt::white;
+    bool isAccepted_ = false;
+};
+
+} // namespace
+
+void RegisterDialogCommands(WindowCommandTable& table) {
+    table.Add("confirmDialog",
+              SyntaxBuilder()
+                  .Flag("-t", "-title", TEXT)
+                  .Flag("-m", "-message", TEXT)
+                  .Flag("-ma", "-messageAlign", TEXT)
+                  .Flag("-b", "-button", TEXT)
+                  .MultiUse()
+                  .Flag("-ann", "-annotation", TEXT)
+                  .MultiUse()
+                  .Flag("-db", "-defaultButton", TEXT)
+                  .Flag("-cb", "-cancelButton", TEXT)
+                  .Flag("-ds", "-dismissString", TEXT)
+                  .Flag("-icn", "-icon", TEXT)
+                  .Flag("-p", "-parent", TEXT)
+                  .Flag("-bgc", "-backgroundColor", MSyntax::kDouble, MSyntax::kDouble, MSyntax::kDouble),
+              ConfirmDialog);
+    table.Add("promptDialog",
+              SyntaxBuilder()
+                  .Flag("-t", "-title", TEXT)
+                  .Flag("-m", "-message", TEXT)
+                  .Flag("-ma", "-messageAlign", TEXT)
+                  .Flag("-tx", "-text", TEXT)
+                  .Flag("-b", "-button", TEXT)
+                  .MultiUse()
+                  .Flag("-db", "-defaultButton", TEXT)
+                  .Flag("-cb", "-cancelButton", TEXT)
+                  .Flag("-ds", "-dismissString", TEXT)
+                  .Flag("-sf", "-scrollableField", ON)
+                  .Flag("-st", "-style", TEXT)
+                  .Flag("-p", "-parent", TEXT)
+                  .Query(),
+              [prompt = std::make_shared<Prompt>()](CommandCall& call, ControlRegistry& registry) {
+                  return prompt->Run(call, registry);
+              });
+    table.Add("fileDialog2",
+              SyntaxBuilder()
+                  .Flag("-fm", "-fileMode", INT)
+                  .Flag("-ff", "-fileFilter", TEXT)
+                  .Flag("-sff", "-selectFileFilter", TEXT)
+                  .Flag("-cap", "-caption", TEXT)
+                  .Flag("-dir", "-startingDirectory", TEXT)
+                  .Flag("-okc", "-okCaption", TEXT)
+                  .Flag("-cc", "-cancelCaption", TEXT)
+                  .Flag("-ds", "-dialogStyle", INT)
+                  .Flag("-rf", "-returnFilter", ON)
+                  .Flag("-hne", "-hideNameEdit", ON)
+                  .Flag("-p", "-parent", TEXT),
+              FileDialog);
+    table.Add("colorEditor",
+              SyntaxBuilder()
+                  .Flag("-rgb", "-rgbValue", MSyntax::kDouble, MSyntax::kDouble, MSyntax::kDouble)
+                  .Flag("-r", "-result")
+                  .Flag("-p", "-parent", TEXT)
+                  .Query(),
+              [editor = std::make_shared<ColorEditor>()](CommandCall& call, ControlRegistry& registry) {
+                  return editor->Run(call, registry);
+              });
+}
+
+} // namespace lightbox

@@ -1,0 +1,295 @@
+// menuItem and radioMenuItemCollection.
+
+#include "controls/ControlCommands.h"
+#include "controls/ControlMenu.h"
+#include "controls/ControlRegistry.h"
+#include "controls/Icons.h"
+#include "controls/MenuControl.h"
+#include "controls/WindowCommandTable.h"
+#include "mel/Error.h"
+#include "mel/SyntaxBuilder.h"
+
+#include <QActionGroup>
+#include <QKeySequence>
+
+#include <algorithm>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::Value;
+
+bool IsOn(const CommandCall& call, const char* flag) {
+    return call.Has(flag) && call.Bool(flag);
+}
+
+/// The group of radio items: the collection's, else one that the menu keeps for those without.
+QActionGroup* GroupFor(const ControlCreation& creation) {
+    const Control* collection = creation.registry.currentItemCollection;
+    if (creation.call.Has("-collection")) {
+        collection = &creation.registry.Named(creation.call.String("-collection"));
+    }
+    if (collection) {
+        if (auto* const group = collection->As<QActionGroup>()) {
+            return group;
+        }
+    }
+    QWidget* const host = creation.parent->ItemHost();
+    const auto own = host->findChild<QActionGroup*>(QStringLiteral("items"), Qt::FindDirectChildrenOnly);
+    auto* const group = own ? own : new QActionGroup(host);
+    group->setObjectName(QStringLiteral("items"));
+    return group;
+}
+
+/// The action that a new one goes before; null for the end.
+QAction* Successor(const ControlCreation& creation) {
+    if (!creation.call.Has("-insertAfter")) {
+        return nullptr;
+    }
+    const QList<QAction*> actions = creation.parent->ItemHost()->actions();
+    const std::string& name = creation.call.String("-insertAfter");
+    if (name.empty()) {
+        return actions.value(0);
+    }
+    const int index = actions.indexOf(creation.registry.Named(name).Action());
+    return index < 0 ? nullptr : actions.value(index + 1);
+}
+
+std::unique_ptr<Control> CreateSubmenu(const ControlCreation& creation) {
+    QWidget* const host = creation.parent->ItemHost();
+    auto* const menu = new ControlMenu(host);
+    auto control = std::make_unique<MenuControl>(creation, menu);
+    host->insertAction(Successor(creation), menu->menuAction());
+    creation.registry.SetCurrentMenu(control.get());
+    creation.registry.currentItemCollection = nullptr;
+    return control;
+}
+
+void Triggered(ControlRegistry& registry, Control& control, const QAction& action) {
+    std::vector<Value> values;
+    if (action.isCheckable()) {
+        values.emplace_back(action.isChecked());
+    }
+    registry.Run(control, "-command", values);
+}
+
+/// What the item is: a check box, a radio item, a divider, an option box or a plain item.
+void SetUp(QAction& action, const ControlCreation& creation) {
+    const CommandCall& call = creation.call;
+    action.setCheckable(call.Has("-checkBox") || call.Has("-radioButton"));
+    if (call.Has("-radioButton")) {
+        GroupFor(creation)->addAction(&action);
+    }
+    action.setSeparator(IsOn(call, "-divider") || call.Has("-dividerLabel") || IsOn(call, "-longDivider"));
+    if (IsOn(call, "-optionBox")) {
+        const QList<QAction*> before = creation.parent->ItemHost()->actions();
+        if (before.isEmpty() || before.back()->isSeparator()) {
+            call.Fail("There is no menu item for the option box.");
+        }
+        action.setProperty("isOptionBox", true);
+        action.setVisible(false);
+        ControlMenu::SetOptionBox(*before.back(), action);
+    }
+}
+
+std::unique_ptr<Control> CreateItem(const ControlCreation& creation) {
+    if (!creation.parent || !creation.parent->ItemHost()) {
+        creation.call.Fail("There is no menu for the menu item.");
+    }
+    if (IsOn(creation.call, "-subMenu")) {
+        return CreateSubmenu(creation);
+    }
+    QWidget* const host = creation.parent->ItemHost();
+    auto* const action = new QAction(MenuLabel(ToQt(creation.name)), host);
+    auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, action);
+    SetUp(*action, creation);
+    host->insertAction(Successor(creation), action);
+    if (creation.parent->Window() == &creation.registry.MainWindow()) {
+        // The main window's keys work in floating panels too.
+        action->setShortcutContext(Qt::ApplicationShortcut);
+    }
+    QObject::connect(action, &QAction::triggered, action,
+                     [&registry = creation.registry, item = control.get(), action] {
+                         Triggered(registry, *item, *action);
+                     });
+    return control;
+}
+
+/// An option box does not turn invisible when it says so: it shows beside its item.
+ControlFlag LabelFlag() {
+    return {"-l",
+            "-label",
+            {MSyntax::kString},
+            [](Control& control, const CommandCall& call) {
+                control.Action()->setText(MenuLabel(ToQt(call.String("-label"))));
+            },
+            [](Control& control) { return Value(PlainLabel(control.Action()->text()).toStdString()); }};
+}
+
+ControlFlag CheckedFlag(const char* shortName, const char* longName) {
+    const std::string flag = longName;
+    return {shortName,
+            flag,
+            {MSyntax::kBoolean},
+            [flag](Control& control, const CommandCall& call) {
+                if (!control.Action()->isCheckable()) {
+                    call.Fail("\"" + control.Path() + "\" has no check mark.");
+                }
+                control.Action()->setChecked(call.Bool(flag.c_str()));
+            },
+            [](Control& control) { return Value(control.Action()->isChecked()); }};
+}
+
+ControlFlags StateFlags() {
+    const auto isRadio = [](Control& control) {
+        QAction* const action = control.Action();
+        return Value(action->isCheckable() && action->actionGroup());
+    };
+    return {
+        LabelFlag(),
+        CheckedFlag("-cb", "-checkBox"),
+        CheckedFlag("-rb", "-radioButton"),
+        CreateFlag("-sm", "-subMenu", {MSyntax::kBoolean},
+                   [](Control& control) { return Value(control.Menu() != nullptr); }),
+        CreateFlag("-d", "-divider", {MSyntax::kBoolean},
+                   [](Control& control) { return Value(control.Action()->isSeparator()); }),
+        CreateFlag("-ld", "-longDivider", {MSyntax::kBoolean},
+                   [](Control& control) { return Value(control.Action()->isSeparator()); }),
+        {"-dl",
+         "-dividerLabel",
+         {MSyntax::kString},
+         [](Control& control, const CommandCall& call) {
+             control.Action()->setText(MenuLabel(ToQt(call.String("-dividerLabel"))));
+         },
+         [](Control& control) { return Value(PlainLabel(control.Action()->text()).toStdString()); }},
+        CreateFlag(
+            "-ob", "-optionBox", {MSyntax::kBoolean},
+            [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
+        QueryFlag("-iob", "-isOptionBox",
+                  [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
+        QueryFlag("-icb", "-isCheckBox",
+                  [](Control& control) {
+                      QAction* const action = control.Action();
+                      return Value(action->isCheckable() && !action->actionGroup());
+                  }),
+        QueryFlag("-irb", "-isRadioButton", isRadio),
+        CreateFlag("-cl", "-collection", {MSyntax::kString}),
+        CreateFlag("-ia", "-insertAfter", {MSyntax::kString}),
+        ScriptFlag("-c", "-command"),
+        ScriptFlag("-ddc", "-dragDoubleClickCommand"),
+        ScriptFlag("-dmc", "-dragMenuCommand"),
+    };
+}
+
+/// The modifiers of -keyEquivalent, as they stand in the control's notes.
+void UpdateShortcut(Control& control) {
+    const auto isOn = [&control](const char* flag) { return control.notes[flag] == "1"; };
+    const QString key = ToQt(control.notes["-keyEquivalent"]);
+    QString text = isOn("-ctrlModifier") || isOn("-commandModifier") ? QStringLiteral("Ctrl+") : QString();
+    text += isOn("-altModifier") || isOn("-optionModifier") ? QStringLiteral("Alt+") : QString();
+    // A capital letter asks for the shift key, as in the host's own tables of keys.
+    const bool isCapital = key.size() == 1 && key.at(0).isUpper();
+    text += isOn("-shiftModifier") || isCapital ? QStringLiteral("Shift+") : QString();
+    control.Action()->setShortcut(key.isEmpty() ? QKeySequence() : QKeySequence(text + key.toUpper()));
+}
+
+/// A note that the shortcut is made of.
+ControlFlag KeyFlag(const char* shortName, const char* longName, MSyntax::MArgType type) {
+    ControlFlag flag = NoteFlag(shortName, longName, type);
+    flag.set = [set = flag.set](Control& control, const CommandCall& call) {
+        set(control, call);
+        UpdateShortcut(control);
+    };
+    return flag;
+}
+
+ControlFlags KeyFlags() {
+    constexpr auto on = MSyntax::kBoolean;
+    return {KeyFlag("-ke", "-keyEquivalent", MSyntax::kString),
+            KeyFlag("-ctl", "-ctrlModifier", on),
+            KeyFlag("-alt", "-altModifier", on),
+            KeyFlag("-sh", "-shiftModifier", on),
+            KeyFlag("-cmd", "-commandModifier", on),
+            KeyFlag("-opt", "-optionModifier", on)};
+}
+
+void SetFont(Control& control, const CommandCall& call, const char* flag, void (QFont::*set)(bool)) {
+    QFont font = control.Action()->font();
+    (font.*set)(call.Bool(flag));
+    control.Action()->setFont(font);
+}
+
+ControlFlags LookFlags() {
+    return {
+        {"-i",
+         "-image",
+         {MSyntax::kString},
+         [](Control& control, const CommandCall& call) {
+             control.notes["-image"] = call.String("-image");
+             control.Action()->setIcon(Icons::Named(ToQt(call.String("-image"))));
+         },
+         [](Control& control) { return Value(control.notes["-image"]); }},
+        {"-bld",
+         "-boldFont",
+         {MSyntax::kBoolean},
+         [](Control& control, const CommandCall& call) {
+             SetFont(control, call, "-boldFont", &QFont::setBold);
+         },
+         [](Control& control) { return Value(control.Action()->font().bold()); }},
+        {"-itl",
+         "-italicized",
+         {MSyntax::kBoolean},
+         [](Control& control, const CommandCall& call) {
+             SetFont(control, call, "-italicized", &QFont::setItalic);
+         },
+         [](Control& control) { return Value(control.Action()->font().italic()); }},
+        NoteFlag("-da", "-data", MSyntax::kLong),
+        NoteFlag("-stp", "-sourceType", MSyntax::kString),
+        NoteFlag("-rp", "-radialPosition", MSyntax::kString),
+        NoteFlag("-iol", "-imageOverlayLabel", MSyntax::kString),
+        NoteFlag("-obi", "-optionBoxIcon", MSyntax::kString),
+        NoteFlag("-ec", "-echoCommand", MSyntax::kBoolean),
+        NoteFlag("-ecr", "-enableCommandRepeat", MSyntax::kBoolean),
+        NoteFlag("-ver", "-version", MSyntax::kString),
+        NoteFlag("-ltv", "-ltVersion", MSyntax::kString),
+        NoteFlag("-rtc", "-runTimeCommand", MSyntax::kString),
+    };
+}
+
+ControlType ItemType() {
+    ControlType type;
+    type.name = "menuItem";
+    type.family = ControlType::Family::MenuItem;
+    type.flags = StateFlags() + KeyFlags() + LookFlags() + MenuFlags() + CommonFlags();
+    type.create = CreateItem;
+    return type;
+}
+
+ControlType CollectionType() {
+    ControlType type;
+    type.name = "radioMenuItemCollection";
+    type.family = ControlType::Family::Collection;
+    type.flags = {CreateFlag("-gl", "-global", {})};
+    type.create = [](const ControlCreation& creation) {
+        // It lives with the menu that it was made in, or for good.
+        Control* const menu = creation.registry.CurrentMenu();
+        Control* const parent =
+            menu && !creation.call.Has("-global") && !creation.call.Has("-parent") ? menu : creation.parent;
+        auto control = std::make_unique<Control>(creation.type, creation.name, parent,
+                                                 new QActionGroup(parent ? parent->Object() : nullptr));
+        creation.registry.currentItemCollection = control.get();
+        return control;
+    };
+    return type;
+}
+
+} // namespace
+
+void RegisterMenuItemCommands(WindowCommandTable& table) {
+    table.Add(ItemType());
+    table.Add(CollectionType());
+}
+
+} // namespace lightbox

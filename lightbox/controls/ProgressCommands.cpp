@@ -1,0 +1,190 @@
+// progressBar and progressWindow.
+
+#include "controls/ControlCommands.h"
+#include "controls/ControlRegistry.h"
+#include "controls/FlagTypes.h"
+#include "controls/WindowCommandTable.h"
+#include "mel/SyntaxBuilder.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QProgressBar>
+#include <QProgressDialog>
+
+#include <algorithm>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::SyntaxBuilder;
+using mel::Value;
+
+ControlFlag Step() {
+    return {"-s",
+            "-step",
+            {INT},
+            [](Control& control, const CommandCall& call) {
+                auto& bar = *control.As<QProgressBar>();
+                bar.setValue(std::min(bar.maximum(), bar.value() + call.Int("-step")));
+                bar.repaint();
+            },
+            nullptr};
+}
+
+ControlFlags BarFlags() {
+    return {
+        IntFlag<QProgressBar>(
+            "-min", "-minValue", [](QProgressBar& bar, int value) { bar.setMinimum(value); },
+            [](const QProgressBar& bar) { return bar.minimum(); }),
+        IntFlag<QProgressBar>(
+            "-max", "-maxValue", [](QProgressBar& bar, int value) { bar.setMaximum(value); },
+            [](const QProgressBar& bar) { return bar.maximum(); }),
+        // The main window's bar is seen from here to -endProgress.
+        {"-bp",
+         "-beginProgress",
+         {},
+         [](Control& control, const CommandCall&) {
+             auto& bar = *control.As<QProgressBar>();
+             bar.setProperty("cancelled", false);
+             bar.setValue(bar.minimum());
+             bar.show();
+             bar.repaint();
+         },
+         nullptr},
+        IntFlag<QProgressBar>(
+            "-pr", "-progress",
+            [](QProgressBar& bar, int value) {
+                bar.setValue(std::clamp(value, bar.minimum(), bar.maximum()));
+                bar.repaint();
+            },
+            [](const QProgressBar& bar) { return bar.value(); }),
+        Step(),
+        {"-ep",
+         "-endProgress",
+         {},
+         [](Control& control, const CommandCall&) {
+             control.As<QProgressBar>()->reset();
+             if (control.notes["-isMainProgressBar"] == "1") {
+                 control.Widget()->hide();
+             }
+         },
+         nullptr},
+        QueryFlag("-ic", "-isCancelled",
+                  [](Control& control) { return Value(control.Object()->property("cancelled").toBool()); }),
+        TextFlag<QProgressBar>(
+            "-st", "-status", [](QProgressBar& bar, const QString& text) { bar.setFormat(text + " %p%"); },
+            [](const QProgressBar& bar) { return bar.format().remove(" %p%"); }),
+        NoteFlag("-ii", "-isInterruptable", ON),
+        NoteFlag("-imp", "-isMainProgressBar", ON),
+    };
+}
+
+ControlType BarType() {
+    ControlType type;
+    type.name = "progressBar";
+    type.flags = BarFlags() + CommonFlags();
+    type.create = [](const ControlCreation& creation) {
+        return std::make_unique<Control>(creation.type, creation.name, creation.parent, new QProgressBar);
+    };
+    return type;
+}
+
+/// The one progress window that there may be.
+class ProgressWindow {
+public:
+    Value Run(const CommandCall& call, ControlRegistry& registry) {
+        if (call.IsQuery()) {
+            return Query(call);
+        }
+        if (call.Has("-endProgress")) {
+            delete dialog_;
+            return Value();
+        }
+        if (call.IsCreate()) {
+            if (dialog_) {
+                return Value(false); // another one is being shown
+            }
+            Open(call, *registry.MainWindow().Widget());
+        }
+        if (!dialog_) {
+            call.Fail("There is no progress window.");
+        }
+        Update(call);
+        return Value(true);
+    }
+
+private:
+    void Open(const CommandCall& call, QWidget& parent) {
+        dialog_ = new QProgressDialog(&parent);
+        dialog_->setWindowModality(Qt::ApplicationModal);
+        dialog_->setAutoReset(false);
+        dialog_->setAutoClose(false);
+        dialog_->setMinimumDuration(0);
+        dialog_->setWindowTitle("Progress");
+        if (!call.Has("-isInterruptable") || !call.Bool("-isInterruptable")) {
+            dialog_->setCancelButton(nullptr);
+        }
+    }
+
+    Value Query(const CommandCall& call) const {
+        if (!dialog_) {
+            return Value(0);
+        }
+        if (call.Has("-isCancelled")) {
+            QApplication::processEvents(); // the click on Cancel, if there was one
+            return Value(dialog_ && dialog_->wasCanceled());
+        }
+        if (call.Has("-status")) {
+            return dialog_->labelText().toStdString();
+        }
+        if (call.Has("-title")) {
+            return dialog_->windowTitle().toStdString();
+        }
+        return call.Has("-minValue")   ? dialog_->minimum()
+               : call.Has("-maxValue") ? dialog_->maximum()
+                                       : dialog_->value();
+    }
+
+    void Update(const CommandCall& call) {
+        if (call.Has("-title")) {
+            dialog_->setWindowTitle(ToQt(call.String("-title")));
+        }
+        if (call.Has("-status")) {
+            dialog_->setLabelText(ToQt(call.String("-status")));
+        }
+        dialog_->setRange(call.IntOr("-minValue", dialog_->minimum()),
+                          call.IntOr("-maxValue", dialog_->maximum()));
+        int value = call.IntOr("-progress", std::max(dialog_->minimum(), dialog_->value()));
+        value += call.IntOr("-step", 0);
+        // It processes events, in which it may be closed.
+        dialog_->setValue(std::clamp(value, dialog_->minimum(), dialog_->maximum()));
+    }
+
+    QPointer<QProgressDialog> dialog_;
+};
+
+} // namespace
+
+void RegisterProgressCommands(WindowCommandTable& table) {
+    table.Add(BarType());
+    table.Add("progressWindow",
+              SyntaxBuilder()
+                  .Flag("-t", "-title", TEXT)
+                  .Flag("-st", "-status", TEXT)
+                  .Flag("-pr", "-progress", INT)
+                  .Flag("-s", "-step", INT)
+                  .Flag("-min", "-minValue", INT)
+                  .Flag("-max", "-maxValue", INT)
+                  .Flag("-ii", "-isInterruptable", ON)
+                  .Flag("-ic", "-isCancelled")
+                  .Flag("-ep", "-endProgress")
+                  .Query()
+                  .Edit(),
+              [window = std::make_shared<ProgressWindow>()](CommandCall& call, ControlRegistry& registry) {
+                  return window->Run(call, registry);
+              });
+}
+
+} // namespace lightbox

@@ -1,0 +1,222 @@
+// intSlider, floatSlider, intSliderGrp, floatSliderGrp.
+
+#include "controls/ControlCommands.h"
+#include "controls/ControlRegistry.h"
+#include "controls/GroupControl.h"
+#include "controls/NumberField.h"
+#include "controls/NumberFlags.h"
+#include "controls/ValueSlider.h"
+#include "controls/WindowCommandTable.h"
+
+#include <algorithm>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::Value;
+
+/// The slider of a control: itself, or a part of the group.
+ValueSlider* SliderOf(Control& control) {
+    auto* const group = dynamic_cast<GroupControl*>(&control);
+    if (!group) {
+        return control.As<ValueSlider>();
+    }
+    for (QWidget* const part : group->Parts()) {
+        if (auto* const slider = qobject_cast<ValueSlider*>(part)) {
+            return slider;
+        }
+    }
+    return nullptr;
+}
+
+NumberField* FieldOf(Control& control) {
+    return Group(control).PartAs<NumberField>(1);
+}
+
+/// What the control's number is: the field's, which may go beyond the slider, else the slider's.
+double NumberOf(Control& control) {
+    const auto* const group = dynamic_cast<GroupControl*>(&control);
+    const NumberField* const field = group ? FieldOf(control) : nullptr;
+    return field ? field->Value() : SliderOf(control)->Value();
+}
+
+void SetNumber(Control& control, double value) {
+    const auto* const group = dynamic_cast<GroupControl*>(&control);
+    NumberField* const field = group ? FieldOf(control) : nullptr;
+    if (field) {
+        // A number beyond the slider's range widens it as far as the field's own goes.
+        ValueSlider& slider = *SliderOf(control);
+        field->SetValue(value);
+        slider.SetRange(std::min(slider.Minimum(), field->Value()),
+                        std::max(slider.Maximum(), field->Value()));
+    }
+    SliderOf(control)->SetValue(field ? field->Value() : value);
+}
+
+/// An end of the field's range, where there is a field.
+ControlFlag FieldEnd(const char* shortName, const char* longName, bool isInteger, bool isMinimum) {
+    const std::string flag = longName;
+    return {shortName,
+            flag,
+            {isInteger ? MSyntax::kLong : MSyntax::kDouble},
+            [flag, isMinimum](Control& control, const CommandCall& call) {
+                if (NumberField* const field = FieldOf(control)) {
+                    const double value = call.Float(flag.c_str());
+                    isMinimum ? field->SetMinimum(value) : field->SetMaximum(value);
+                }
+            },
+            [isInteger, isMinimum](Control& control) {
+                const NumberField* const field = FieldOf(control);
+                const double end = !field ? 0.0 : isMinimum ? field->Minimum() : field->Maximum();
+                return NumberValue(end, isInteger);
+            }};
+}
+
+/// Without ends of its own the field takes those of the slider.
+void LimitField(Control& control, const CommandCall& call, bool isMinimum, double value) {
+    auto* const group = dynamic_cast<GroupControl*>(&control);
+    NumberField* const field = group ? FieldOf(control) : nullptr;
+    if (field && call.IsCreate() && !call.Has(isMinimum ? "-fieldMinValue" : "-fieldMaxValue")) {
+        isMinimum ? field->SetMinimum(value) : field->SetMaximum(value);
+    }
+}
+
+ControlFlag SliderEnd(const char* shortName, const char* longName, bool isInteger, bool isMinimum) {
+    const std::string flag = longName;
+    return {shortName,
+            flag,
+            {isInteger ? MSyntax::kLong : MSyntax::kDouble},
+            [flag, isMinimum](Control& control, const CommandCall& call) {
+                ValueSlider& slider = *SliderOf(control);
+                const double value = call.Float(flag.c_str());
+                const double other = isMinimum ? slider.Maximum() : slider.Minimum();
+                slider.SetRange(isMinimum ? value : std::min(value, other),
+                                isMinimum ? std::max(value, other) : value);
+                LimitField(control, call, isMinimum, value);
+            },
+            [isInteger, isMinimum](Control& control) {
+                const ValueSlider& slider = *SliderOf(control);
+                return NumberValue(isMinimum ? slider.Minimum() : slider.Maximum(), isInteger);
+            }};
+}
+
+ControlFlags SliderFlags(bool isInteger) {
+    const auto type = isInteger ? MSyntax::kLong : MSyntax::kDouble;
+    return {
+        SliderEnd("-max", "-maxValue", isInteger, false),
+        SliderEnd("-min", "-minValue", isInteger, true),
+        NumberFlag<ValueSlider>(
+            "-s", "-step", isInteger, SliderOf,
+            [](ValueSlider& slider, double step) { slider.SetStep(step); },
+            [](const ValueSlider& slider) { return slider.Step(); }),
+        {"-v",
+         "-value",
+         {type},
+         [](Control& control, const CommandCall& call) { SetNumber(control, call.Float("-value")); },
+         [isInteger](Control& control) { return NumberValue(NumberOf(control), isInteger); }},
+        ScriptFlag("-cc", "-changeCommand"),
+        ScriptFlag("-dc", "-dragCommand"),
+    };
+}
+
+void RunWithNumber(ControlRegistry& registry, Control& control, const char* flag, bool isInteger) {
+    registry.Run(control, flag, {NumberValue(NumberOf(control), isInteger)});
+}
+
+void Connect(ValueSlider& slider, Control& control, ControlRegistry& registry, NumberField* field) {
+    const bool isInteger = slider.IsInteger();
+    const auto follow = [&control, &registry, field, isInteger](const char* flag, double value) {
+        if (field) {
+            field->SetValue(value);
+        }
+        RunWithNumber(registry, control, flag, isInteger);
+    };
+    QObject::connect(&slider, &ValueSlider::Dragged, &slider,
+                     [follow](double value) { follow("-dragCommand", value); });
+    QObject::connect(&slider, &ValueSlider::Changed, &slider,
+                     [follow](double value) { follow("-changeCommand", value); });
+    if (field) {
+        QObject::connect(field, &NumberField::Changed, field, [&control, &registry, isInteger](double value) {
+            SetNumber(control, value);
+            RunWithNumber(registry, control, "-changeCommand", isInteger);
+        });
+    }
+}
+
+ControlType SliderType(bool isInteger) {
+    ControlType type;
+    type.name = isInteger ? "intSlider" : "floatSlider";
+    type.flags = ControlFlags{CreateFlag("-hr", "-horizontal", {MSyntax::kBoolean},
+                                         [](Control& control) {
+                                             return Value(SliderOf(control)->orientation() == Qt::Horizontal);
+                                         })} +
+                 SliderFlags(isInteger) + CommonFlags();
+    type.create = [isInteger](const ControlCreation& creation) {
+        const CommandCall& call = creation.call;
+        const bool isVertical = call.Has("-horizontal") && !call.Bool("-horizontal");
+        auto* const slider = new ValueSlider(isInteger, isVertical ? Qt::Vertical : Qt::Horizontal);
+        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, slider);
+        Connect(*slider, *control, creation.registry, nullptr);
+        return control;
+    };
+    return type;
+}
+
+ControlType GroupType(bool isInteger) {
+    ControlType type;
+    type.name = isInteger ? "intSliderGrp" : "floatSliderGrp";
+    type.flags =
+        ControlFlags{
+            CreateFlag("-f", "-field", {MSyntax::kBoolean},
+                       [](Control& control) { return Value(FieldOf(control) != nullptr); }),
+            {"-pre",
+             "-precision",
+             {MSyntax::kLong},
+             [](Control& control, const CommandCall& call) {
+                 if (NumberField* const field = FieldOf(control)) {
+                     field->SetPrecision(call.Int("-precision"));
+                 }
+             },
+             [](Control& control) {
+                 const NumberField* const field = FieldOf(control);
+                 return Value(field ? field->Precision() : 0);
+             }},
+            NoteFlag("-fs", "-fieldStep", MSyntax::kDouble),
+            NoteFlag("-ss", "-sliderStep", MSyntax::kDouble),
+            FieldEnd("-fmx", "-fieldMaxValue", isInteger, false),
+            FieldEnd("-fmn", "-fieldMinValue", isInteger, true),
+        } +
+        SliderFlags(isInteger) + GroupFlags();
+    type.create = [isInteger](const ControlCreation& creation) {
+        const CommandCall& call = creation.call;
+        auto group = std::make_unique<GroupControl>(creation);
+        auto* const slider = new ValueSlider(isInteger, Qt::Horizontal);
+        NumberField* field = nullptr;
+        if (call.Has("-field") && call.Bool("-field")) {
+            field = new NumberField(isInteger);
+            field->SetMaximum(slider->Maximum());
+            field->SetMinimum(slider->Minimum());
+            group->AddPart(field);
+        }
+        constexpr int usualWidth = 120;
+        slider->setMinimumWidth(usualWidth);
+        group->AddPart(slider);
+        group->Finish();
+        Connect(*slider, *group, creation.registry, field);
+        return group;
+    };
+    return type;
+}
+
+} // namespace
+
+void RegisterSliderCommands(WindowCommandTable& table) {
+    for (const bool isInteger : {true, false}) {
+        table.Add(SliderType(isInteger));
+        table.Add(GroupType(isInteger));
+    }
+}
+
+} // namespace lightbox

@@ -1,0 +1,164 @@
+// tabLayout, shelfTabLayout and shelfLayout.
+
+#include "controls/BoxLayoutControl.h"
+#include "controls/ControlCommands.h"
+#include "controls/ControlRegistry.h"
+#include "controls/FlagTypes.h"
+#include "controls/WindowCommandTable.h"
+#include "mel/Error.h"
+
+#include <QTabBar>
+#include <QTabWidget>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::Value;
+
+class TabLayoutControl : public Control {
+public:
+    explicit TabLayoutControl(const ControlCreation& creation)
+        : Control(creation.type, creation.name, creation.parent, new QTabWidget) {
+        ControlRegistry& registry = creation.registry;
+        QTabWidget* const tabs = As<QTabWidget>();
+        // tabBarClicked comes from the user only.
+        QObject::connect(tabs, &QTabWidget::tabBarClicked, tabs, [this, tabs, &registry](int index) {
+            registry.Run(*this, "-preSelectCommand");
+            tabs->setCurrentIndex(index);
+            registry.Run(*this, "-selectCommand");
+            if (tabs->currentIndex() != last_) {
+                registry.Run(*this, "-changeCommand");
+            }
+            last_ = tabs->currentIndex();
+        });
+        QObject::connect(tabs, &QTabWidget::tabBarDoubleClicked, tabs,
+                         [this, &registry] { registry.Run(*this, "-doubleClickCommand"); });
+    }
+
+    void AddChild(Control& child) override { As<QTabWidget>()->addTab(child.Widget(), ToQt(child.Name())); }
+    bool StretchesWidth(const Control&) const override { return true; }
+    bool StretchesHeight(const Control&) const override { return true; }
+    bool TakesChildren() const override { return true; }
+
+    /// The index of a child's tab, or an error.
+    int IndexOf(const std::string& name) const {
+        for (const Control* const child : Children()) {
+            const bool isIt = child->Name() == name || child->Path() == name;
+            const int index = isIt ? As<QTabWidget>()->indexOf(child->Widget()) : -1;
+            if (index >= 0) {
+                return index;
+            }
+        }
+        throw mel::Error("\"" + name + "\" is no tab of \"" + Path() + "\".");
+    }
+    std::string NameOf(int index) const {
+        const QWidget* const page = As<QTabWidget>()->widget(index);
+        return page ? page->objectName().toStdString() : std::string();
+    }
+
+private:
+    int last_ = 0;
+};
+
+TabLayoutControl& Tabs(Control& control) {
+    return dynamic_cast<TabLayoutControl&>(control);
+}
+
+ControlFlag LabelFlag(bool byIndex) {
+    const std::string flag = byIndex ? "-tabLabelIndex" : "-tabLabel";
+    ControlFlag row{
+        byIndex ? "-tli" : "-tl",
+        flag,
+        {byIndex ? INT : TEXT, TEXT},
+        [flag, byIndex](Control& control, const CommandCall& call) {
+            for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
+                const int index = byIndex ? call.Int(flag.c_str(), 0, use) - 1
+                                          : Tabs(control).IndexOf(call.String(flag.c_str(), 0, use));
+                control.As<QTabWidget>()->setTabText(index, ToQt(call.String(flag.c_str(), 1, use)));
+            }
+        },
+        [](Control& control) {
+            Value::StringArray labels;
+            const auto& tabs = *control.As<QTabWidget>();
+            for (int i = 0; i < tabs.count(); ++i) {
+                labels.push_back(tabs.tabText(i).toStdString());
+            }
+            return Value(std::move(labels));
+        }};
+    row.isMultiUse = true;
+    return row;
+}
+
+ControlFlags TabFlags() {
+    return {
+        LabelFlag(false),
+        LabelFlag(true),
+        {"-st",
+         "-selectTab",
+         {TEXT},
+         [](Control& control, const CommandCall& call) {
+             control.As<QTabWidget>()->setCurrentIndex(Tabs(control).IndexOf(call.String("-selectTab")));
+         },
+         [](Control& control) {
+             return Value(Tabs(control).NameOf(control.As<QTabWidget>()->currentIndex()));
+         }},
+        {"-sti",
+         "-selectTabIndex",
+         {INT},
+         [](Control& control, const CommandCall& call) {
+             control.As<QTabWidget>()->setCurrentIndex(call.Int("-selectTabIndex") - 1);
+         },
+         [](Control& control) { return Value(control.As<QTabWidget>()->currentIndex() + 1); }},
+        BoolFlag<QTabWidget>(
+            "-tv", "-tabsVisible", [](QTabWidget& tabs, bool on) { tabs.tabBar()->setVisible(on); },
+            [](const QTabWidget& tabs) { return !tabs.tabBar()->isHidden(); }),
+        ScriptFlag("-cc", "-changeCommand"),
+        ScriptFlag("-sc", "-selectCommand"),
+        ScriptFlag("-psc", "-preSelectCommand"),
+        ScriptFlag("-dcc", "-doubleClickCommand"),
+        NoteFlag("-imw", "-innerMarginWidth", INT),
+        NoteFlag("-imh", "-innerMarginHeight", INT),
+        NoteFlag("-scr", "-scrollable", ON),
+        NoteFlag("-cr", "-childResizable", ON),
+        NoteFlag("-bv", "-borderVisible", ON),
+    };
+}
+
+ControlType TabType(const char* name) {
+    ControlType type;
+    type.name = name;
+    type.family = ControlType::Family::Layout;
+    type.flags = TabFlags() + LayoutFlags();
+    type.create = [](const ControlCreation& creation) {
+        return std::make_unique<TabLayoutControl>(creation);
+    };
+    return type;
+}
+
+ControlType ShelfType() {
+    ControlType type;
+    type.name = "shelfLayout";
+    type.family = ControlType::Family::Layout;
+    type.flags = ControlFlags{NoteFlag("-cw", "-cellWidth", INT), NoteFlag("-ch", "-cellHeight", INT),
+                              NoteFlag("-sp", "-spacing", INT), NoteFlag("-st", "-style", TEXT)} +
+                 LayoutFlags();
+    type.create = [](const ControlCreation& creation) {
+        auto shelf = std::make_unique<BoxLayoutControl>(creation, Qt::Horizontal);
+        shelf->Box().setContentsMargins(2, 2, 2, 2);
+        shelf->Box().setSpacing(2);
+        return shelf;
+    };
+    return type;
+}
+
+} // namespace
+
+void RegisterTabLayoutCommands(WindowCommandTable& table) {
+    table.Add(TabType("tabLayout"));
+    table.Add(TabType("shelfTabLayout"));
+    table.Add(ShelfType());
+}
+
+} // namespace lightbox

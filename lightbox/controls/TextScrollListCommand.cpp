@@ -1,0 +1,222 @@
+// textScrollList: a list of texts to choose from.
+
+#include "controls/ControlCommands.h"
+#include "controls/ControlRegistry.h"
+#include "controls/FlagTypes.h"
+#include "controls/WindowCommandTable.h"
+
+#include <QKeyEvent>
+#include <QListWidget>
+
+#include <algorithm>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::Value;
+
+class ListWidget : public QListWidget {
+public:
+    std::function<void()> deletePressed;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+            deletePressed();
+            return;
+        }
+        QListWidget::keyPressEvent(event);
+    }
+};
+
+QListWidget& ListOf(Control& control) {
+    return *control.As<QListWidget>();
+}
+
+/// A flag that may come several times, with one text or number each.
+template <class Each>
+ControlFlag Repeated(const char* shortName, const char* longName, MSyntax::MArgType type, Each each,
+                     ControlFlag::Get get = nullptr) {
+    const std::string flag = longName;
+    ControlFlag row{shortName,
+                    flag,
+                    {type},
+                    [flag, each](Control& control, const CommandCall& call) {
+                        for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
+                            each(ListOf(control), call.Argument(flag.c_str(), 0, use));
+                        }
+                    },
+                    std::move(get)};
+    row.isMultiUse = true;
+    return row;
+}
+
+ControlFlag Action(const char* shortName, const char* longName, void (*action)(QListWidget&)) {
+    return {shortName,
+            longName,
+            {},
+            [action](Control& control, const CommandCall&) { action(ListOf(control)); },
+            nullptr};
+}
+
+QList<QListWidgetItem*> Matching(QListWidget& list, const Value& value) {
+    return list.findItems(ToQt(value.AsString()), Qt::MatchExactly | Qt::MatchCaseSensitive);
+}
+
+Value Texts(const QList<QListWidgetItem*>& items) {
+    Value::StringArray texts;
+    for (const QListWidgetItem* const item : items) {
+        texts.push_back(item->text().toStdString());
+    }
+    return texts;
+}
+
+Value AllTexts(Control& control) {
+    QList<QListWidgetItem*> items;
+    for (int i = 0; i < ListOf(control).count(); ++i) {
+        items.append(ListOf(control).item(i));
+    }
+    return Texts(items);
+}
+
+/// The selected items from top to bottom.
+QList<QListWidgetItem*> Selected(QListWidget& list) {
+    QList<QListWidgetItem*> items = list.selectedItems();
+    std::sort(items.begin(), items.end(),
+              [&list](const auto* first, const auto* second) { return list.row(first) < list.row(second); });
+    return items;
+}
+
+Value SelectedIndexes(Control& control) {
+    Value::IntArray rows;
+    for (const QListWidgetItem* const item : Selected(ListOf(control))) {
+        rows.push_back(ListOf(control).row(item) + 1);
+    }
+    return rows;
+}
+
+ControlFlags ContentFlags() {
+    ControlFlag insert{"-ap",
+                       "-appendPosition",
+                       {INT, TEXT},
+                       [](Control& control, const CommandCall& call) {
+                           for (unsigned use = 0; use < call.UseCount("-appendPosition"); ++use) {
+                               const int row = call.Int("-appendPosition", 0, use);
+                               const QString text = ToQt(call.String("-appendPosition", 1, use));
+                               QListWidget& list = ListOf(control);
+                               list.insertItem(row > 0 ? row - 1 : list.count(), text);
+                           }
+                       },
+                       nullptr};
+    insert.isMultiUse = true;
+    return {
+        Action("-ra", "-removeAll", [](QListWidget& list) { list.clear(); }),
+        Repeated("-ri", "-removeItem", TEXT,
+                 [](QListWidget& list, const Value& value) { qDeleteAll(Matching(list, value)); }),
+        Repeated("-rii", "-removeIndexedItem", INT,
+                 [](QListWidget& list, const Value& value) { delete list.takeItem(value.AsInt() - 1); }),
+        Repeated("-a", "-append", TEXT,
+                 [](QListWidget& list, const Value& value) { list.addItem(ToQt(value.AsString())); }),
+        insert,
+        QueryFlag("-ai", "-allItems", AllTexts),
+        QueryFlag("-ni", "-numberOfItems", [](Control& control) { return Value(ListOf(control).count()); }),
+    };
+}
+
+ControlFlags SelectionFlags() {
+    return {
+        BoolFlag<QListWidget>(
+            "-ams", "-allowMultiSelection",
+            [](QListWidget& list, bool on) {
+                list.setSelectionMode(on ? QAbstractItemView::ExtendedSelection
+                                         : QAbstractItemView::SingleSelection);
+            },
+            [](const QListWidget& list) {
+                return list.selectionMode() == QAbstractItemView::ExtendedSelection;
+            }),
+        Action("-da", "-deselectAll", [](QListWidget& list) { list.clearSelection(); }),
+        Repeated("-di", "-deselectItem", TEXT,
+                 [](QListWidget& list, const Value& value) {
+                     for (QListWidgetItem* const item : Matching(list, value)) {
+                         item->setSelected(false);
+                     }
+                 }),
+        Repeated("-dii", "-deselectIndexedItem", INT,
+                 [](QListWidget& list, const Value& value) {
+                     if (QListWidgetItem* const item = list.item(value.AsInt() - 1)) {
+                         item->setSelected(false);
+                     }
+                 }),
+        Repeated(
+            "-si", "-selectItem", TEXT,
+            [](QListWidget& list, const Value& value) {
+                for (QListWidgetItem* const item : Matching(list, value)) {
+                    item->setSelected(true);
+                }
+            },
+            [](Control& control) { return Texts(Selected(ListOf(control))); }),
+        Repeated(
+            "-sii", "-selectIndexedItem", INT,
+            [](QListWidget& list, const Value& value) {
+                if (QListWidgetItem* const item = list.item(value.AsInt() - 1)) {
+                    item->setSelected(true);
+                }
+            },
+            SelectedIndexes),
+        QueryFlag(
+            "-nsi", "-numberOfSelectedItems",
+            [](Control& control) { return Value(static_cast<int>(ListOf(control).selectedItems().size())); }),
+        Repeated("-shi", "-showIndexedItem", INT,
+                 [](QListWidget& list, const Value& value) {
+                     list.scrollToItem(list.item(value.AsInt() - 1), QAbstractItemView::PositionAtTop);
+                 }),
+        ScriptFlag("-sc", "-selectCommand"),
+        ScriptFlag("-dcc", "-doubleClickCommand"),
+        ScriptFlag("-dkc", "-deleteKeyCommand"),
+    };
+}
+
+ControlFlag RowsFlag() {
+    return {"-nr",
+            "-numberOfRows",
+            {INT},
+            [](Control& control, const CommandCall& call) {
+                const QListWidget& list = ListOf(control);
+                const int rows = std::clamp(call.Int("-numberOfRows"), 1, 1000);
+                constexpr int padding = 4;
+                const int height = list.fontMetrics().height() + padding;
+                control.notes["-numberOfRows"] = std::to_string(rows);
+                control.SetHeight(rows * height + 2 * list.frameWidth());
+            },
+            [](Control& control) { return Value(Value(control.notes["-numberOfRows"]).AsInt()); }};
+}
+
+} // namespace
+
+void RegisterTextScrollListCommand(WindowCommandTable& table) {
+    ControlType type;
+    type.name = "textScrollList";
+    type.flags = ContentFlags() + SelectionFlags() +
+                 ControlFlags{RowsFlag(), NoteFlag("-fn", "-font", TEXT)} + CommonFlags();
+    type.create = [](const ControlCreation& creation) {
+        auto* const list = new ListWidget;
+        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, list);
+        ControlRegistry& registry = creation.registry;
+        Control* const made = control.get();
+        list->deletePressed = [&registry, made] { registry.Run(*made, "-deleteKeyCommand"); };
+        // Only what the user does runs the script: it is told from the rest by the focus.
+        QObject::connect(list, &QListWidget::itemSelectionChanged, list, [&registry, made, list] {
+            if (list->hasFocus()) {
+                registry.Run(*made, "-selectCommand");
+            }
+        });
+        QObject::connect(list, &QListWidget::itemDoubleClicked, list,
+                         [&registry, made] { registry.Run(*made, "-doubleClickCommand"); });
+        return control;
+    };
+    table.Add(std::move(type));
+}
+
+} // namespace lightbox

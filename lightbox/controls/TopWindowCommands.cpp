@@ -1,0 +1,317 @@
+// window, showWindow, windowPref, toggleWindowVisibility.
+
+#include "controls/ControlCommands.h"
+#include "controls/ControlRegistry.h"
+#include "controls/FlagTypes.h"
+#include "controls/WindowCommandTable.h"
+#include "controls/WindowControl.h"
+#include "mel/SyntaxBuilder.h"
+
+#include <QMenuBar>
+#include <QStatusBar>
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::SyntaxBuilder;
+using mel::Value;
+
+void Resize(Control& control, int width, int height) {
+    if (auto* const window = control.As<QMainWindow>()) {
+        window->resize(std::max(1, width > 0 ? width : window->width()),
+                       std::max(1, height > 0 ? height : window->height()));
+    }
+    if (auto* const window = control.As<ControlWindow>()) {
+        window->hasSize = true;
+    }
+}
+
+void Move(Control& control, int left, int top) {
+    if (auto* const window = control.As<QMainWindow>()) {
+        window->move(left, top);
+    }
+    if (auto* const window = control.As<ControlWindow>()) {
+        window->hasPlace = true;
+    }
+}
+
+ControlFlags SizeFlags() {
+    return {
+        {"-w",
+         "-width",
+         {INT},
+         [](Control& control, const CommandCall& call) { Resize(control, call.Int("-width"), 0); },
+         [](Control& control) { return Value(control.Widget()->width()); }},
+        {"-h",
+         "-height",
+         {INT},
+         [](Control& control, const CommandCall& call) { Resize(control, 0, call.Int("-height")); },
+         [](Control& control) { return Value(control.Widget()->height()); }},
+        {"-wh",
+         "-widthHeight",
+         {INT, INT},
+         [](Control& control, const CommandCall& call) {
+             Resize(control, call.Int("-widthHeight", 0), call.Int("-widthHeight", 1));
+         },
+         [](Control& control) {
+             return Value(Value::IntArray{control.Widget()->width(), control.Widget()->height()});
+         }},
+        {"-te",
+         "-topEdge",
+         {INT},
+         [](Control& control, const CommandCall& call) {
+             Move(control, control.Widget()->x(), call.Int("-topEdge"));
+         },
+         [](Control& control) { return Value(control.Widget()->y()); }},
+        {"-le",
+         "-leftEdge",
+         {INT},
+         [](Control& control, const CommandCall& call) {
+             Move(control, call.Int("-leftEdge"), control.Widget()->y());
+         },
+         [](Control& control) { return Value(control.Widget()->x()); }},
+        {"-tlc",
+         "-topLeftCorner",
+         {INT, INT},
+         [](Control& control, const CommandCall& call) {
+             Move(control, call.Int("-topLeftCorner", 1), call.Int("-topLeftCorner", 0));
+         },
+         [](Control& control) {
+             return Value(Value::IntArray{control.Widget()->y(), control.Widget()->x()});
+         }},
+        BoolFlag<ControlWindow>(
+            "-rtf", "-resizeToFitChildren", [](ControlWindow& window, bool on) { window.fitsChildren = on; },
+            [](const ControlWindow& window) { return window.fitsChildren; }),
+        BoolFlag<QMainWindow>(
+            "-s", "-sizeable",
+            [](QMainWindow& window, bool on) {
+                on ? window.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX)
+                   : window.setFixedSize(window.size());
+            },
+            [](const QMainWindow& window) { return window.minimumSize() != window.maximumSize(); }),
+    };
+}
+
+/// A switch of the window's frame.
+ControlFlag FrameFlag(const char* shortName, const char* longName, Qt::WindowType flag) {
+    const std::string name = longName;
+    return {shortName,
+            name,
+            {MSyntax::kBoolean},
+            [name, flag](Control& control, const CommandCall& call) {
+                if (auto* const window = control.As<ControlWindow>()) {
+                    window->SetFlag(flag, call.Bool(name.c_str()));
+                }
+            },
+            [flag](Control& control) { return Value(bool(control.Widget()->windowFlags() & flag)); }};
+}
+
+ControlFlags FrameFlags() {
+    return {
+        TextFlag<QWidget>(
+            "-t", "-title", [](QWidget& window, const QString& text) { window.setWindowTitle(text); },
+            [](const QWidget& window) { return window.windowTitle(); }),
+        TextFlag<QWidget>(
+            "-in", "-iconName", [](QWidget& window, const QString& text) { window.setWindowIconText(text); },
+            [](const QWidget& window) { return window.windowIconText(); }),
+        FrameFlag("-mnb", "-minimizeButton", Qt::WindowMinimizeButtonHint),
+        FrameFlag("-mxb", "-maximizeButton", Qt::WindowMaximizeButtonHint),
+        FrameFlag("-tbm", "-titleBarMenu", Qt::WindowSystemMenuHint),
+        FrameFlag("-tlb", "-toolbox", Qt::Tool),
+        BoolFlag<ControlWindow>(
+            "-tb", "-titleBar",
+            [](ControlWindow& window, bool on) { window.SetFlag(Qt::FramelessWindowHint, !on); },
+            [](const ControlWindow& window) { return !(window.windowFlags() & Qt::FramelessWindowHint); }),
+        BoolFlag<QWidget>(
+            "-i", "-iconify",
+            [](QWidget& window, bool on) {
+                window.setWindowState(on ? window.windowState() | Qt::WindowMinimized
+                                         : window.windowState() & ~Qt::WindowMinimized);
+            },
+            [](const QWidget& window) { return window.isMinimized(); }),
+    };
+}
+
+Value MenusOf(Control& control) {
+    Value::StringArray names;
+    for (const Control* const child : control.Children()) {
+        if (child->Type().name == "menu") {
+            names.push_back(child->Name());
+        }
+    }
+    return names;
+}
+
+ControlFlags MenuBarFlags() {
+    return {
+        BoolFlag<QMainWindow>(
+            "-mb", "-menuBar", [](QMainWindow& window, bool on) { window.menuBar()->setVisible(on); },
+            [](const QMainWindow& window) { return window.menuWidget() != nullptr; }),
+        BoolFlag<QMainWindow>(
+            "-mbv", "-menuBarVisible", [](QMainWindow& window, bool on) { window.menuBar()->setVisible(on); },
+            [](const QMainWindow& window) {
+                return window.menuWidget() && !window.menuWidget()->isHidden();
+            }),
+        QueryFlag("-ma", "-menuArray", MenusOf),
+        QueryFlag("-nm", "-numberOfMenus",
+                  [](Control& control) { return Value(static_cast<int>(MenusOf(control).Size())); }),
+    };
+}
+
+void SetVisible(Control& control, bool visible) {
+    if (auto* const window = dynamic_cast<WindowControl*>(&control)) {
+        visible ? window->Show() : window->Hide();
+    } else {
+        control.Widget()->setVisible(visible);
+    }
+}
+
+ControlFlags BehaviourFlags() {
+    return {
+        {"-ret",
+         "-retain",
+         {},
+         [](Control& control, const CommandCall&) {
+             if (auto* const window = control.As<ControlWindow>()) {
+                 window->isRetained = true;
+             }
+         },
+         nullptr},
+        ScriptFlag("-cc", "-closeCommand"),
+        ScriptFlag("-mnc", "-minimizeCommand"),
+        ScriptFlag("-rc", "-restoreCommand"),
+        {"-vis",
+         "-visible",
+         {MSyntax::kBoolean},
+         [](Control& control, const CommandCall& call) { SetVisible(control, call.Bool("-visible")); },
+         [](Control& control) { return Value(control.Widget()->isVisible()); }},
+        QueryFlag("-fw", "-frontWindow",
+                  [](Control& control) { return Value(control.Widget()->isActiveWindow()); }),
+        CreateFlag("-mw", "-mainWindow", {}),
+        CreateFlag("-ip", "-interactivePlacement", {}),
+        CreateFlag("-ds", "-dockStation", {}),
+        NoteFlag("-nde", "-nestedDockingEnabled", MSyntax::kBoolean),
+    };
+}
+
+ControlType WindowType() {
+    ControlType type;
+    type.name = "window";
+    type.family = ControlType::Family::Window;
+    // Being shown comes last, when the window has its size.
+    type.flags = FrameFlags() + SizeFlags() + MenuBarFlags() + BehaviourFlags() + CommonFlags();
+    type.create = [](const ControlCreation& creation) {
+        auto window = std::make_unique<WindowControl>(creation.type, creation.name, creation.registry);
+        window->Widget()->setWindowTitle(ToQt(creation.name));
+        creation.registry.SetCurrentMenu(nullptr);
+        return window;
+    };
+    return type;
+}
+
+Value ShowWindow(CommandCall& call, ControlRegistry& registry) {
+    Control* window = registry.CurrentParent();
+    if (!call.Objects().empty()) {
+        window = &registry.Named(call.Object(0).AsString());
+    }
+    window = window ? window->Window() : nullptr;
+    if (!window) {
+        call.Fail("There is no window to show.");
+    }
+    SetVisible(*window, true);
+    return window->Name();
+}
+
+Value ToggleWindow(CommandCall& call, ControlRegistry& registry) {
+    Control& window = registry.Named(call.Object(0).AsString());
+    SetVisible(window, !window.Widget()->isVisible());
+    return Value();
+}
+
+Value QueryWindowPref(const CommandCall& call, const QRect& place) {
+    struct Answer {
+        const char* flag;
+        Value value;
+    };
+    const Answer answers[] = {{"-width", place.width()},
+                              {"-height", place.height()},
+                              {"-topEdge", place.top()},
+                              {"-leftEdge", place.left()},
+                              {"-widthHeight", Value::IntArray{place.width(), place.height()}},
+                              {"-topLeftCorner", Value::IntArray{place.top(), place.left()}}};
+    for (const Answer& answer : answers) {
+        if (call.Has(answer.flag)) {
+            return answer.value;
+        }
+    }
+    call.Fail("Nothing was asked for.");
+}
+
+/// The place with what the flags say.
+QRect PlaceFrom(const CommandCall& call, QRect place) {
+    place.moveTo(call.IntOr("-leftEdge", place.left()), call.IntOr("-topEdge", place.top()));
+    place.setSize({call.IntOr("-width", place.width()), call.IntOr("-height", place.height())});
+    if (call.Has("-topLeftCorner")) {
+        place.moveTo(call.Int("-topLeftCorner", 1), call.Int("-topLeftCorner", 0));
+    }
+    if (call.Has("-widthHeight")) {
+        place.setSize({call.Int("-widthHeight", 0), call.Int("-widthHeight", 1)});
+    }
+    return place;
+}
+
+Value WindowPref(CommandCall& call, ControlRegistry& registry) {
+    auto& places = registry.windowPlaces;
+    if (call.Has("-removeAll")) {
+        places.clear();
+        return Value();
+    }
+    if (call.Has("-enableAll")) {
+        return Value();
+    }
+    const std::string name = call.Object(0).AsString();
+    if (call.Has("-exists")) {
+        return Value(places.count(name) != 0);
+    }
+    if (call.Has("-remove")) {
+        places.erase(name);
+        return Value();
+    }
+    if (!call.IsCreate() && places.count(name) == 0) {
+        call.Fail("Object '" + name + "' not found.");
+    }
+    if (call.IsQuery()) {
+        return QueryWindowPref(call, places[name]);
+    }
+    constexpr QRect usual(100, 100, 400, 300);
+    places[name] = PlaceFrom(call, call.IsEdit() ? places[name] : usual);
+    return name;
+}
+
+} // namespace
+
+void RegisterTopWindowCommands(WindowCommandTable& table) {
+    table.Add(WindowType());
+    table.Add("showWindow", SyntaxBuilder().Objects(0, 1), ShowWindow);
+    table.Add("toggleWindowVisibility", SyntaxBuilder().Objects(1, 1), ToggleWindow);
+    table.Add("windowPref",
+              SyntaxBuilder()
+                  .Flag("-w", "-width", INT)
+                  .Flag("-h", "-height", INT)
+                  .Flag("-wh", "-widthHeight", INT, INT)
+                  .Flag("-te", "-topEdge", INT)
+                  .Flag("-le", "-leftEdge", INT)
+                  .Flag("-tlc", "-topLeftCorner", INT, INT)
+                  .Flag("-ex", "-exists")
+                  .Flag("-r", "-remove")
+                  .Flag("-ra", "-removeAll")
+                  .Flag("-ea", "-enableAll", MSyntax::kBoolean)
+                  .Query()
+                  .Edit()
+                  .Objects(0, 1),
+              WindowPref);
+}
+
+} // namespace lightbox

@@ -1,0 +1,114 @@
+#include "openmaya/PluginCommand.h"
+
+#include "mel/ArgumentTokens.h"
+#include "mel/CommandRegistry.h"
+#include "mel/Error.h"
+#include "mel/Interpreter.h"
+#include "openmaya/Access.h"
+#include "openmaya/CommandState.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/Scene.h"
+#include "scene/Selection.h"
+#include "scene/UndoQueue.h"
+
+#include <maya/MPxCommand.h>
+
+#include <vector>
+
+namespace lightbox {
+
+namespace {
+
+struct Running {
+    const MPxCommand* command;
+    mel::Value* result;
+};
+
+/// The commands that run, the innermost last.
+std::vector<Running> g_running;
+
+class RunScope {
+public:
+    RunScope(const MPxCommand& command, mel::Value& result) { g_running.push_back({&command, &result}); }
+    ~RunScope() { g_running.pop_back(); }
+    RunScope(const RunScope&) = delete;
+    RunScope& operator=(const RunScope&) = delete;
+};
+
+/// A plug-in's command on the undo queue.
+class PluginCommandItem : public UndoItem {
+public:
+    PluginCommandItem(Host& host, std::unique_ptr<MPxCommand> command)
+        : host_(host)
+        , command_(std::move(command)) {}
+
+    void Undo() override { Run(&MPxCommand::undoIt, "undone"); }
+    void Redo() override { Run(&MPxCommand::redoIt, "redone"); }
+    std::string Name() const override { return Access::StateOf(*command_).command->name; }
+
+private:
+    void Run(MStatus (MPxCommand::*operation)(), const char* what) {
+        mel::Value result;
+        RunScope scope(*command_, result);
+        if (((*command_).*operation)().error()) {
+            host_.output().Warning(Name() + " could not be " + what + ".");
+        }
+    }
+
+    Host& host_;
+    std::unique_ptr<MPxCommand> command_;
+};
+
+/// Why a doIt() failed. What the command has said by itself tells more than the bare code of its status.
+std::string ReasonOf(const MStatus& status, const Output& output, int errorsBefore) {
+    const std::string reason = Access::Text(status.errorString());
+    const bool isBare = reason == Access::Text(MStatus(status.statusCode()).errorString());
+    return isBare && output.ErrorCount() > errorsBefore ? output.LastError() : reason;
+}
+
+mel::Value Run(Host& host, const std::shared_ptr<const PluginCommand>& command, mel::ArgumentTokens tokens) {
+    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command->creator()));
+    if (!instance) {
+        throw mel::Error(command->name + ": The plug-in could not create the command " + command->name);
+    }
+    Access::StateOf(*instance).command = command;
+    const int errorsBefore = host.output().ErrorCount();
+    mel::Value result;
+    MStatus status;
+    {
+        RunScope scope(*instance, result);
+        status = instance->doIt(mel::ArgumentTokens::Wrap(std::move(tokens)));
+    }
+    if (status.error()) {
+        throw mel::Error(command->name + ": " + ReasonOf(status, host.output(), errorsBefore));
+    }
+    if (instance->isUndoable()) {
+        host.undo().Push(std::make_unique<PluginCommandItem>(host, std::move(instance)));
+    }
+    return result;
+}
+
+} // namespace
+
+mel::Value* RunningCommandResult() {
+    return g_running.empty() ? nullptr : g_running.back().result;
+}
+
+bool IsInPluginCommand() {
+    return !g_running.empty();
+}
+
+bool IsInUndoablePluginCommand() {
+    return IsInPluginCommand() && g_running.back().command->isUndoable();
+}
+
+bool RegisterPluginCommand(const PluginCommand& command, const std::string& plugin) {
+    Host& host = Host::Get();
+    const auto shared = std::make_shared<const PluginCommand>(command);
+    return host.interpreter().Commands().RegisterPlugin(
+        command.name, plugin, command.syntax.value_or(MSyntax()),
+        [&host, shared](mel::ArgumentTokens tokens) { return Run(host, shared, std::move(tokens)); });
+}
+
+} // namespace lightbox

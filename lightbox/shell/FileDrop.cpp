@@ -1,0 +1,102 @@
+#include "shell/FileDrop.h"
+
+#include "mel/Interpreter.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/UserInterface.h"
+#include "scene/View.h"
+#include "text/Quoted.h"
+
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QMimeData>
+#include <QTimer>
+#include <QUrl>
+#include <QWidget>
+
+namespace lightbox {
+
+namespace {
+
+bool IsScene(const QString& path) {
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == "ma" || suffix == "lbx";
+}
+
+std::string CameraOption(Host& host) {
+    const View* const view = host.ui()->ActiveView();
+    const auto camera = view ? view->Camera() : nullptr;
+    const auto transform = camera ? camera->Parent() : nullptr;
+    return transform ? " -camera " + Quoted(transform->Name()) : std::string();
+}
+
+} // namespace
+
+FileDrop::FileDrop(Host& host, QWidget& window)
+    : QObject(&window)
+    , host_(host) {
+    window.setAcceptDrops(true);
+    window.installEventFilter(this);
+}
+
+QStringList FileDrop::FilesOf(const QMimeData& data) {
+    QStringList files;
+    int scenes = 0;
+    for (const QUrl& url : data.urls()) {
+        const QString path = url.toLocalFile();
+        const QString suffix = QFileInfo(path).suffix().toLower();
+        scenes += IsScene(path) ? 1 : 0;
+        if (path.isEmpty() || scenes > 1 || (!IsScene(path) && suffix != "json" && suffix != "mel")) {
+            return {};
+        }
+        // The scene first, whatever the order in which they were picked: the rest is meant for it.
+        files.insert(IsScene(path) ? 0 : files.size(), path);
+    }
+    return files;
+}
+
+bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove ||
+        event->type() == QEvent::Drop) {
+        auto* const drop = static_cast<QDropEvent*>(event);
+        const QStringList files = FilesOf(*drop->mimeData());
+        if (files.isEmpty()) {
+            return QObject::eventFilter(watched, event);
+        }
+        drop->setDropAction(Qt::CopyAction);
+        drop->accept();
+        if (event->type() == QEvent::Drop) {
+            // Later, so that the program that they come from does not wait for questions asked here.
+            QTimer::singleShot(0, this, [this, files] {
+                for (const QString& file : files) {
+                    Take(file);
+                }
+            });
+        }
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void FileDrop::Take(const QString& path) {
+    const std::string file = Quoted(path.toStdString());
+    std::string line;
+    if (IsScene(path)) {
+        if (!host_.ui()->SettleUnsavedChanges()) {
+            return;
+        }
+        line = "file -force -open " + file;
+    } else if (path.endsWith(".mel", Qt::CaseInsensitive)) {
+        line = "source " + file;
+    } else {
+        line = "qmVellixReplay -file " + file + CameraOption(host_);
+    }
+    try {
+        host_.interpreter().Execute(line);
+    } catch (const mel::Error& error) {
+        host_.output().Error(error.Described());
+    }
+}
+
+} // namespace lightbox

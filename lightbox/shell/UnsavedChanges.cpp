@@ -1,0 +1,93 @@
+#include "shell/UnsavedChanges.h"
+
+#include "formats/FileError.h"
+#include "formats/SceneFiles.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+
+#include <QAbstractButton>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace lightbox {
+
+namespace {
+
+void Complain(Host& host, QWidget* parent, const FileError& error) {
+    host.output().Error(error.what());
+    QMessageBox box(QMessageBox::Warning, "Save Scene", QString::fromStdString(error.what()), QMessageBox::Ok,
+                    parent);
+    box.setObjectName("saveFailed");
+    box.exec();
+}
+
+bool Write(Host& host, QWidget* parent, bool force) {
+    try {
+        host.files().Save(force);
+        return true;
+    } catch (const FileError& error) {
+        Complain(host, parent, error);
+        return false;
+    }
+}
+
+} // namespace
+
+bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
+    if (!host.files().IsModified()) {
+        return true;
+    }
+    const std::string& path = host.files().SceneName();
+    const QString name =
+        path.empty() ? QString("untitled scene") : QFileInfo(QString::fromStdString(path)).fileName();
+    QMessageBox box(QMessageBox::Question, "Warning: Scene Not Saved", "Save changes to " + name + "?",
+                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
+    box.setObjectName("unsavedChanges");
+    box.button(QMessageBox::Discard)->setText("Don't Save");
+    box.button(QMessageBox::Save)->setObjectName("saveChanges");
+    box.button(QMessageBox::Discard)->setObjectName("discardChanges");
+    box.button(QMessageBox::Cancel)->setObjectName("keepScene");
+    box.setDefaultButton(QMessageBox::Save);
+    box.setEscapeButton(QMessageBox::Cancel);
+    switch (box.exec()) {
+    case QMessageBox::Save:
+        return Save(host, parent);
+    case QMessageBox::Discard:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool UnsavedChanges::Save(Host& host, QWidget* parent) {
+    return host.files().SceneName().empty() ? SaveAs(host, parent) : Write(host, parent, false);
+}
+
+bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
+    QFileDialog dialog(parent, "Save Scene As", QString::fromStdString(host.files().SceneName()));
+    dialog.setObjectName("saveSceneAs");
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const QString ascii = "Maya ASCII (*.ma)";
+    const QString binary = "Lightbox binary (*.lbx)";
+    dialog.setNameFilters({ascii, binary});
+    const bool isBinary = host.files().Format() == SceneFormat::LightboxBinary;
+    dialog.selectNameFilter(isBinary ? binary : ascii);
+    dialog.setDefaultSuffix(isBinary ? "lbx" : "ma");
+    QObject::connect(&dialog, &QFileDialog::filterSelected, [&](const QString& filter) {
+        dialog.setDefaultSuffix(filter == binary ? "lbx" : "ma");
+    });
+    if (dialog.exec() != QDialog::Accepted) {
+        return false;
+    }
+    try {
+        host.files().Rename(dialog.selectedFiles().value(0).toStdString());
+    } catch (const FileError& error) {
+        Complain(host, parent, error);
+        return false;
+    }
+    // The dialog has asked about a file that is there already.
+    return Write(host, parent, true);
+}
+
+} // namespace lightbox

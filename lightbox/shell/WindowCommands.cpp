@@ -1,0 +1,17 @@
+#include "shell/WindowCommands.h"
+
+#include "controls/ControlCommands.h"
+#include "controls/WindowCommandTable.h"
+#include "viewport/PanelCommands.h"
+
+namespace lightbox {
+
+void RegisterWindowCommands(Host& host, ControlRegistry* controls, ViewportPanels* panels) {
+    WindowCommandTable table(host, controls);
+    RegisterControlCommands(table);
+    RegisterPanelCommands(table, panels);
+    RegisterCommandPortCommand(table);
+    RegisterGrabCommands(table);
+}
+
+} // namespace lightbox

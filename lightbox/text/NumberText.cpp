@@ -1,0 +1,79 @@
+#include "text/NumberText.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace lightbox {
+
+namespace {
+
+std::string_view WithoutBlanks(std::string_view text) {
+    const auto begin = text.find_first_not_of(" \t\r\n\v\f");
+    return begin == std::string_view::npos ? std::string_view() : text.substr(begin);
+}
+
+} // namespace
+
+bool ReadNumber(std::string_view text, double& number, std::string_view* rest) {
+    text = WithoutBlanks(text);
+    std::string_view digits = text;
+    const bool negative = !digits.empty() && digits[0] == '-';
+    if (!digits.empty() && (digits[0] == '-' || digits[0] == '+')) {
+        digits.remove_prefix(1);
+    }
+    const char* const end = digits.data() + digits.size();
+    std::from_chars_result read{};
+    double magnitude = 0.0;
+    if (digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X')) {
+        unsigned bits = 0;
+        read = std::from_chars(digits.data() + 2, end, bits, 16);
+        magnitude = static_cast<int>(bits);
+    } else if (!digits.empty() && (digits[0] == '.' || (digits[0] >= '0' && digits[0] <= '9'))) {
+        read = std::from_chars(digits.data(), end, magnitude);
+        if (read.ec == std::errc::result_out_of_range) {
+            magnitude = std::numeric_limits<double>::infinity();
+            read.ec = std::errc();
+        }
+    } else {
+        return false;
+    }
+    if (read.ec != std::errc()) {
+        return false;
+    }
+    number = negative ? -magnitude : magnitude;
+    if (rest) {
+        *rest = text.substr(static_cast<std::size_t>(read.ptr - text.data()));
+    }
+    return true;
+}
+
+bool IsNumber(std::string_view text, double& number) {
+    double read = 0.0;
+    std::string_view rest;
+    if (!ReadNumber(text, read, &rest) || !WithoutBlanks(rest).empty()) {
+        return false;
+    }
+    number = read;
+    return true;
+}
+
+std::string NumberText(double number) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.10g", number);
+    return text;
+}
+
+std::string DecimalText(double number) {
+    // Shortest digits that read back the same; plain notation wherever a person would write it so.
+    char buffer[400];
+    const double size = std::abs(number);
+    const bool plain = size == 0.0 || (size >= 1e-7 && size < 1e15);
+    const std::to_chars_result result =
+        plain ? std::to_chars(buffer, buffer + sizeof(buffer), number + 0.0, std::chars_format::fixed)
+              : std::to_chars(buffer, buffer + sizeof(buffer), number);
+    return std::string(buffer, result.ptr);
+}
+
+} // namespace lightbox

@@ -1,0 +1,45 @@
+#include "timeline/TimeScale.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lightbox {
+
+namespace {
+
+/// Ticks that are nearer are a grey band.
+constexpr double NEAREST_TICKS = 4.0;
+
+} // namespace
+
+double TimeScale::FrameAt(double x) const {
+    return start_ + std::floor((x - margin_) / perFrame_);
+}
+
+double TimeScale::FrameWithin(double x) const {
+    const double last = start_ + std::floor(end_ - start_);
+    return std::clamp(FrameAt(x), start_, last);
+}
+
+double TimeScale::LabelStep(double labelWidth) const {
+    for (double decade = 1.0; decade < 1e12; decade *= 10.0) {
+        for (const double step : {1.0, 2.0, 5.0}) {
+            if (step * decade * perFrame_ >= labelWidth) {
+                return step * decade;
+            }
+        }
+    }
+    return 1e12;
+}
+
+double TimeScale::TickStep(double labelStep) const {
+    for (const double parts : {labelStep, 10.0, 5.0, 2.0}) {
+        const double step = labelStep / parts;
+        if (parts > 1.0 && step >= 1.0 && step == std::floor(step) && step * perFrame_ >= NEAREST_TICKS) {
+            return step;
+        }
+    }
+    return labelStep;
+}
+
+} // namespace lightbox

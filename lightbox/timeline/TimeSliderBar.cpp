@@ -1,0 +1,104 @@
+#include "timeline/TimeSliderBar.h"
+
+#include "mel/Interpreter.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/TimeUnits.h"
+#include "scene/Timeline.h"
+#include "scene/UserInterface.h"
+#include "scene/View.h"
+#include "text/Quoted.h"
+#include "timeline/FrameField.h"
+#include "timeline/Playback.h"
+#include "timeline/PlaybackControls.h"
+#include "timeline/PlaybackMenus.h"
+#include "timeline/RangeSlider.h"
+#include "timeline/TimeSlider.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace lightbox {
+
+namespace {
+
+QHBoxLayout* RowOf(QWidget* row) {
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    return layout;
+}
+
+} // namespace
+
+TimeSliderBar::TimeSliderBar(Host& host, QWidget* parent)
+    : QWidget(parent)
+    , host_(host)
+    , events_(host.events())
+    , playback_(new Playback(host, this)) {
+    setObjectName("timeSliderBar");
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(4, 2, 4, 2);
+    rows->setSpacing(3);
+    rows->addWidget(MakeUpperRow());
+    rows->addWidget(MakeLowerRow());
+    events_.Add("timeChanged", [this] { RefreshViews(); });
+    events_.AddCondition("playingBack", [this](bool) { RefreshAllViews(); });
+    NameSlider(slider_->objectName().toStdString());
+}
+
+TimeSliderBar::~TimeSliderBar() {
+    NameSlider("");
+}
+
+void TimeSliderBar::NameSlider(const std::string& name) {
+    try {
+        host_.interpreter().Execute("global string $gPlayBackSlider; $gPlayBackSlider = " + Quoted(name));
+    } catch (const mel::Error& error) {
+        host_.output().Error(error.Described());
+    }
+}
+
+QWidget* TimeSliderBar::MakeUpperRow() {
+    auto* row = new QWidget(this);
+    QHBoxLayout* layout = RowOf(row);
+    // What is laid over the slider takes its place among its neighbours for its own: so it has none.
+    auto* place = new QWidget(row);
+    QHBoxLayout* only = RowOf(place);
+    slider_ = new TimeSlider(host_, place);
+    only->addWidget(slider_);
+    layout->addWidget(place, 1);
+    layout->addWidget(new FrameField(host_, FrameField::Kind::CurrentTime, row));
+    layout->addWidget(new PlaybackControls(host_, row));
+    return row;
+}
+
+QWidget* TimeSliderBar::MakeLowerRow() {
+    auto* row = new QWidget(this);
+    QHBoxLayout* layout = RowOf(row);
+    layout->addWidget(new FrameField(host_, FrameField::Kind::AnimationStart, row));
+    layout->addWidget(new FrameField(host_, FrameField::Kind::PlaybackStart, row));
+    layout->addWidget(new RangeSlider(host_, row), 1);
+    layout->addWidget(new FrameField(host_, FrameField::Kind::PlaybackEnd, row));
+    layout->addWidget(new FrameField(host_, FrameField::Kind::AnimationEnd, row));
+    layout->addWidget(new PlaybackMenus(host_, row));
+    return row;
+}
+
+void TimeSliderBar::RefreshViews() {
+    const Timeline& time = host_.time();
+    View* const active = host_.ui() ? host_.ui()->ActiveView() : nullptr;
+    if (time.IsPlaying() && !time.PlaysInAllViews() && active) {
+        active->Refresh(false);
+    } else {
+        RefreshAllViews();
+    }
+}
+
+void TimeSliderBar::RefreshAllViews() {
+    if (host_.ui()) {
+        host_.ui()->RefreshViews(false);
+    }
+}
+
+} // namespace lightbox

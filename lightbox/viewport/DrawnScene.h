@@ -1,0 +1,58 @@
+#pragma once
+
+#include "scene/CameraView.h"
+#include "scene/Material.h"
+#include "viewport/DisplayOptions.h"
+
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
+#include <memory>
+#include <vector>
+
+namespace lightbox {
+
+class DagNode;
+class MeshData;
+class Scene;
+
+/// What of a scene is drawn in a viewport, looked up and sorted; with nothing of OpenGL. Two that are equal
+/// give the same picture.
+struct DrawnScene {
+    struct Surface {
+        Imath::M44d world;
+        std::shared_ptr<const MeshData> mesh;
+        Material material;
+        /// Its edges are drawn as well.
+        bool hasLines;
+        bool IsTransparent() const { return material.opacity < 0.999f; }
+        bool operator==(const Surface& other) const;
+    };
+    /// The edges of a mesh.
+    struct Wires {
+        Imath::M44d world;
+        std::shared_ptr<const MeshData> mesh;
+        Imath::V4f color;
+        bool operator==(const Wires& other) const;
+    };
+    /// Of a camera or a locator: two points for each line, in its own space.
+    struct Outline {
+        Imath::M44d world;
+        std::vector<Imath::V3f> points;
+        Imath::V4f color;
+        bool operator==(const Outline& other) const;
+    };
+
+    /// `lookThrough` is the shape of the camera that is looked through, which is not drawn itself.
+    DrawnScene(Scene& scene, const CameraView& cameraView, const DagNode& lookThrough,
+               const DisplayOptions& displayOptions);
+    bool operator==(const DrawnScene& other) const;
+
+    CameraView view;
+    DisplayOptions options;
+    std::vector<Surface> surfaces;
+    /// Later ones lie over earlier ones.
+    std::vector<Wires> wires;
+    std::vector<Outline> outlines;
+};
+
+} // namespace lightbox

@@ -1,0 +1,358 @@
+// modelPanel, modelEditor, getPanel, panel, lookThru, lookThroughModelPanel, setNamedPanelLayout.
+
+#include "viewport/PanelCommands.h"
+
+#include "controls/ControlRegistry.h"
+#include "controls/FlagTypes.h"
+#include "controls/WindowCommandTable.h"
+#include "mel/SyntaxBuilder.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/UserInterface.h"
+#include "viewport/PanelLayout.h"
+#include "viewport/ViewportPanel.h"
+#include "viewport/ViewportPanels.h"
+#include "viewport/ViewportWidget.h"
+
+namespace lightbox {
+
+namespace {
+
+using mel::CommandCall;
+using mel::SyntaxBuilder;
+using mel::Value;
+using Renderer = ViewOptions::Renderer;
+using Shading = DisplayOptions::Shading;
+
+ViewportPanels& Existing(const CommandCall& call, ViewportPanels* panels) {
+    if (!panels) {
+        call.Fail("This window has no viewports.");
+    }
+    return *panels;
+}
+
+ViewportPanel& PanelOf(Control& control) {
+    return *control.As<ViewportPanel>();
+}
+
+std::string CameraName(const ViewportPanel& panel) {
+    const std::shared_ptr<DagNode> shape = panel.View().Camera();
+    return shape && shape->Parent() ? Scene::ShownName(*shape->Parent()) : std::string();
+}
+
+void LookThrough(const CommandCall& call, ViewportPanel& panel, const std::string& camera) {
+    if (!panel.LookThrough(camera)) {
+        call.Fail("There is no camera \"" + camera + "\".");
+    }
+}
+
+ControlFlag CameraFlag() {
+    return {"-cam",
+            "-camera",
+            {TEXT},
+            [](Control& control, const CommandCall& call) {
+                LookThrough(call, PanelOf(control), call.String("-camera"));
+            },
+            [](Control& control) { return Value(CameraName(PanelOf(control))); }};
+}
+
+/// A switch of what the viewport shows.
+ControlFlag ShowFlag(const char* shortName, const char* longName, bool& (*member)(ViewOptions&)) {
+    const std::string flag = longName;
+    return {shortName,
+            flag,
+            {ON},
+            [flag, member](Control& control, const CommandCall& call) {
+                ViewOptions options = PanelOf(control).View().Options();
+                member(options) = call.Bool(flag.c_str());
+                PanelOf(control).View().SetOptions(options);
+            },
+            [member](Control& control) {
+                ViewOptions options = PanelOf(control).View().Options();
+                return Value(member(options));
+            }};
+}
+
+ControlFlag AppearanceFlag() {
+    return {"-da",
+            "-displayAppearance",
+            {TEXT},
+            [](Control& control, const CommandCall& call) {
+                const std::string& name = call.String("-displayAppearance");
+                if (name != "wireframe" && name != "points" && name != "boundingBox" &&
+                    name != "smoothShaded" && name != "flatShaded") {
+                    call.Fail("Unknown appearance: " + name);
+                }
+                ViewOptions options = PanelOf(control).View().Options();
+                const bool isShaded = name == "smoothShaded" || name == "flatShaded";
+                options.display.shading = isShaded ? Shading::Smooth : Shading::Wireframe;
+                PanelOf(control).View().SetOptions(options);
+            },
+            [](Control& control) {
+                const bool isShaded = PanelOf(control).View().Options().display.shading == Shading::Smooth;
+                return Value(isShaded ? "smoothShaded" : "wireframe");
+            }};
+}
+
+constexpr const char* VIEWPORT2 = "vp2Renderer";
+constexpr const char* LEGACY = "base_OpenGL_Renderer";
+
+ControlFlag RendererFlag() {
+    return {
+        "-rnm",
+        "-rendererName",
+        {TEXT},
+        [](Control& control, const CommandCall& call) {
+            const std::string& name = call.String("-rendererName");
+            if (name != VIEWPORT2 && name != LEGACY) {
+                call.Fail("Unknown renderer: " + name);
+            }
+            ViewOptions options = PanelOf(control).View().Options();
+            options.renderer = name == VIEWPORT2 ? Renderer::Viewport2 : Renderer::Legacy;
+            PanelOf(control).View().SetOptions(options);
+        },
+        [](Control& control) { return Value(PanelOf(control).View().IsViewport2() ? VIEWPORT2 : LEGACY); }};
+}
+
+ControlFlag AllObjectsFlag() {
+    return {"-alo",
+            "-allObjects",
+            {ON},
+            [](Control& control, const CommandCall& call) {
+                ViewOptions options = PanelOf(control).View().Options();
+                const bool on = call.Bool("-allObjects");
+                for (bool* const shown :
+                     {&options.display.grid, &options.display.meshes, &options.display.cameras,
+                      &options.display.locators, &options.pluginShapes}) {
+                    *shown = on;
+                }
+                PanelOf(control).View().SetOptions(options);
+            },
+            nullptr};
+}
+
+ControlFlags EditorFlags(ViewportPanels* panels) {
+    return {
+        CameraFlag(),
+        AllObjectsFlag(),
+        AppearanceFlag(),
+        RendererFlag(),
+        QueryFlag("-rls", "-rendererList",
+                  [](Control&) {
+                      return Value(Value::StringArray{VIEWPORT2, LEGACY});
+                  }),
+        QueryFlag("-rlu", "-rendererListUI",
+                  [](Control&) {
+                      return Value(Value::StringArray{"Viewport 2.0", "Legacy Viewport"});
+                  }),
+        ShowFlag("-gr", "-grid", [](ViewOptions& options) -> bool& { return options.display.grid; }),
+        ShowFlag("-wos", "-wireframeOnShaded",
+                 [](ViewOptions& options) -> bool& { return options.display.wireframeOnShaded; }),
+        ShowFlag("-udm", "-useDefaultMaterial",
+                 [](ViewOptions& options) -> bool& { return options.display.defaultMaterial; }),
+        ShowFlag("-pm", "-polymeshes", [](ViewOptions& options) -> bool& { return options.display.meshes; }),
+        ShowFlag("-ca", "-cameras", [](ViewOptions& options) -> bool& { return options.display.cameras; }),
+        ShowFlag("-lc", "-locators", [](ViewOptions& options) -> bool& { return options.display.locators; }),
+        ShowFlag("-psh", "-pluginShapes", [](ViewOptions& options) -> bool& { return options.pluginShapes; }),
+        ShowFlag("-hud", "-headsUpDisplay", [](ViewOptions& options) -> bool& { return options.cameraName; }),
+        ShowFlag("-sel", "-selectionHiliteDisplay",
+                 [](ViewOptions& options) -> bool& { return options.display.selectionHighlighting; }),
+        {"-av",
+         "-activeView",
+         {ON},
+         [panels](Control& control, const CommandCall& call) {
+             if (call.Bool("-activeView")) {
+                 Existing(call, panels).SetActive(PanelOf(control));
+             }
+         },
+         [panels](Control& control) { return Value(panels && panels->Active() == &PanelOf(control)); }},
+        // Kinds of objects that there are none of here: scripts that set them find them set.
+        NoteFlag("-nc", "-nurbsCurves", ON),
+        NoteFlag("-ns", "-nurbsSurfaces", ON),
+        NoteFlag("-j", "-joints", ON),
+        NoteFlag("-lt", "-lights", ON),
+        NoteFlag("-ikh", "-ikHandles", ON),
+        NoteFlag("-df", "-deformers", ON),
+        NoteFlag("-imp", "-imagePlane", ON),
+        NoteFlag("-m", "-manipulators", ON),
+        NoteFlag("-ha", "-handles", ON),
+        NoteFlag("-dim", "-dimensions", ON),
+        NoteFlag("-dtx", "-displayTextures", ON),
+        NoteFlag("-dl", "-displayLights", TEXT),
+        NoteFlag("-xr", "-xray", ON),
+        NoteFlag("-fg", "-fogging", ON),
+        NoteFlag("-sdw", "-shadows", ON),
+    };
+}
+
+ControlFlags PanelFlags() {
+    return {
+        CameraFlag(),
+        TextFlag<ViewportPanel>(
+            "-l", "-label", [](ViewportPanel& panel, const QString& text) { panel.SetLabel(text); },
+            [](const ViewportPanel& panel) { return panel.Label(); }),
+        BoolFlag<ViewportPanel>(
+            "-mbv", "-menuBarVisible", [](ViewportPanel& panel, bool on) { panel.SetMenuBarVisible(on); },
+            [](const ViewportPanel& panel) { return panel.IsMenuBarVisible(); }),
+        QueryFlag("-me", "-modelEditor", [](Control& control) { return Value(control.Name()); }),
+        QueryFlag("-ctl", "-control", [](Control& control) { return Value(control.Path()); }),
+        NoteFlag("-tb", "-toolbar", ON),
+        CreateFlag("-ini", "-init", {}),
+        CreateFlag("-up", "-unParent", {}),
+    };
+}
+
+std::unique_ptr<Control> CreatePanel(const ControlCreation& creation, ViewportPanels* panels) {
+    ViewportPanel& panel = Existing(creation.call, panels).Create(creation.name, creation.parent->Widget());
+    panel.SetMenuBarVisible(creation.type.name == "modelPanel");
+    return std::make_unique<Control>(creation.type, creation.name, creation.parent, &panel);
+}
+
+ControlType PanelType(const char* name, ControlFlags flags, ViewportPanels* panels) {
+    ControlType type;
+    type.name = name;
+    type.family = ControlType::Family::Panel;
+    type.flags = std::move(flags) + CommonFlags();
+    type.alsoFor = {"modelPanel"};
+    type.create = [panels](const ControlCreation& creation) { return CreatePanel(creation, panels); };
+    return type;
+}
+
+/// The panel of a name, else the active one.
+ViewportPanel& PanelNamed(const CommandCall& call, const ViewportPanels& panels, const std::string& name) {
+    ViewportPanel* const panel = name.empty() ? panels.Active() : panels.Find(name);
+    if (!panel) {
+        call.Fail("There is no model panel \"" + name + "\".");
+    }
+    return *panel;
+}
+
+Value LookThroughPanel(const CommandCall& call, const ControlRegistry&, ViewportPanels& panels) {
+    LookThrough(call, PanelNamed(call, panels, call.Object(1).AsString()), call.Object(0).AsString());
+    return Value();
+}
+
+Value LookThru(const CommandCall& call, const ControlRegistry&, ViewportPanels& panels) {
+    const std::vector<std::string> names = call.ObjectNames();
+    if (call.IsQuery()) {
+        return CameraName(PanelNamed(call, panels, names.empty() ? std::string() : names.front()));
+    }
+    if (names.empty()) {
+        call.Fail("The name of a camera is missing.");
+    }
+    LookThrough(call, PanelNamed(call, panels, names.size() > 1 ? names.front() : std::string()),
+                names.back());
+    return Value();
+}
+
+Value Names(const std::vector<ViewportPanel*>& panels, bool (*isWanted)(const ViewportPanel&)) {
+    Value::StringArray names;
+    for (const ViewportPanel* const panel : panels) {
+        if (isWanted(*panel)) {
+            names.push_back(panel->Name());
+        }
+    }
+    return names;
+}
+
+Value GetPanel(const CommandCall& call, const ControlRegistry& registry, ViewportPanels& panels) {
+    const auto name = [](const ViewportPanel* panel) { return panel ? panel->Name() : std::string(); };
+    if (call.Has("-withFocus")) {
+        return name(panels.Active());
+    }
+    if (call.Has("-underPointer")) {
+        return name(panels.UnderPointer());
+    }
+    if (call.Has("-visiblePanels")) {
+        return Names(panels.All(), [](const ViewportPanel& panel) { return panel.isVisible(); });
+    }
+    if (call.Has("-invisiblePanels")) {
+        return Names(panels.All(), [](const ViewportPanel& panel) { return !panel.isVisible(); });
+    }
+    if (call.Has("-typeOf")) {
+        return panels.Find(call.String("-typeOf")) ? Value("modelPanel") : Value("");
+    }
+    if (call.Has("-containing")) {
+        const QWidget* widget = registry.FindWidget(call.String("-containing"));
+        while (widget && !qobject_cast<const ViewportPanel*>(widget)) {
+            widget = widget->parentWidget();
+        }
+        return name(qobject_cast<const ViewportPanel*>(widget));
+    }
+    if (call.Has("-withLabel")) {
+        for (const ViewportPanel* const panel : panels.All()) {
+            if (panel->Label() == ToQt(call.String("-withLabel"))) {
+                return panel->Name();
+            }
+        }
+        return "";
+    }
+    if (call.Has("-type") && call.String("-type") != "modelPanel") {
+        return Value::StringArray();
+    }
+    return Names(panels.All(), [](const ViewportPanel&) { return true; });
+}
+
+Value SetNamedLayout(const CommandCall& call, const ControlRegistry&, ViewportPanels& panels) {
+    using Arrangement = PanelLayout::Arrangement;
+    const std::string name = call.Object(0).AsString();
+    const std::pair<const char*, Arrangement> rows[] = {
+        {"Single Perspective View", Arrangement::Single},
+        {"Single View", Arrangement::Single},
+        {"Two Panes Side by Side", Arrangement::TwoSideBySide},
+        {"Two Panes Stacked", Arrangement::TwoStacked},
+        {"Four View", Arrangement::Four}};
+    for (const auto& [label, arrangement] : rows) {
+        if (name == label) {
+            if (name == "Single Perspective View") {
+                ViewportPanel& persp = PanelNamed(call, panels, "modelPanel4");
+                panels.SetActive(persp);
+                persp.LookThrough("persp");
+            }
+            panels.Layout()->Arrange(arrangement);
+            return Value();
+        }
+    }
+    call.Fail("There is no panel layout \"" + name + "\".");
+}
+
+Value Refresh(CommandCall& call, ControlRegistry& registry) {
+    if (UserInterface* const ui = registry.host().ui()) {
+        ui->RefreshViews(call.Has("-force") || call.Has("-currentView"));
+    }
+    return Value();
+}
+
+} // namespace
+
+void RegisterPanelCommands(WindowCommandTable& table, ViewportPanels* panels) {
+    table.Add(PanelType("modelPanel", PanelFlags(), panels));
+    table.Add(PanelType("modelEditor", EditorFlags(panels), panels));
+    ControlType panel = PanelType("panel", PanelFlags(), panels);
+    panel.create = nullptr;
+    table.Add(std::move(panel));
+    const auto add = [&](const char* name, const MSyntax& syntax, auto function) {
+        table.Add(name, syntax, [panels, function](const CommandCall& call, const ControlRegistry& registry) {
+            return function(call, registry, Existing(call, panels));
+        });
+    };
+    add("lookThroughModelPanel", SyntaxBuilder().Objects(2, 2), LookThroughPanel);
+    add("lookThru", SyntaxBuilder().Query().Objects(0, 2), LookThru);
+    add("setNamedPanelLayout", SyntaxBuilder().Objects(1, 1), SetNamedLayout);
+    add("getPanel",
+        SyntaxBuilder()
+            .Flag("-all", "-allPanels")
+            .Flag("-typ", "-type", TEXT)
+            .Flag("-to", "-typeOf", TEXT)
+            .Flag("-wf", "-withFocus")
+            .Flag("-up", "-underPointer")
+            .Flag("-vis", "-visiblePanels")
+            .Flag("-inv", "-invisiblePanels")
+            .Flag("-c", "-containing", TEXT)
+            .Flag("-wl", "-withLabel", TEXT),
+        GetPanel);
+    table.Add("refresh", SyntaxBuilder().Flag("-f", "-force").Flag("-cv", "-currentView"), Refresh);
+}
+
+} // namespace lightbox

@@ -1,0 +1,244 @@
+#include "viewport/ViewNavigation.h"
+
+#include "formats/SceneFiles.h"
+#include "scene/CameraView.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Plug.h"
+#include "scene/Scene.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lightbox {
+
+namespace {
+
+using Imath::M44d;
+using Imath::V3d;
+
+/// Half a turn for the width of the view.
+constexpr double TUMBLE_DEGREES = 180.0;
+/// Dragging this many pixels halves or doubles the distance.
+constexpr double DOLLY_PIXELS = 250.0;
+/// One notch of the wheel goes this share of the distance.
+constexpr double WHEEL_SHARE = 0.12;
+constexpr double NOTCH = 120.0;
+constexpr double SMALLEST_ZOOM = 0.001;
+constexpr double LARGEST_ZOOM = 1000.0;
+
+Plug PlugOf(const std::shared_ptr<DagNode>& node, const char* attribute) {
+    return Plug(node, node->FindAttribute(attribute));
+}
+
+/// Sets each part by itself, so that a locked or driven one does not hold the others back.
+void SetVector(const std::shared_ptr<DagNode>& node, const char* attribute, const V3d& value) {
+    const Plug plug = PlugOf(node, attribute);
+    for (unsigned i = 0; i < 3; ++i) {
+        if (plug.Child(i).Number() != value[static_cast<int>(i)]) {
+            plug.Child(i).Set(value[static_cast<int>(i)]);
+        }
+    }
+}
+
+/// The angle that is as near to another one as whole turns allow.
+double Near(double angle, double other) {
+    return angle + 360.0 * std::round((other - angle) / 360.0);
+}
+
+/// Of the angles that stand for the same rotation, those nearest to what was there: a camera that goes past
+/// the side keeps counting, and does not turn over.
+V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
+    // The middle axis of each order: mirrored there, with half a turn of the other two, the rotation is the
+    // same.
+    constexpr int MIDDLE[] = {1, 2, 0, 2, 0, 1};
+    const int middle = MIDDLE[std::clamp(rotateOrder, 0, 5)];
+    V3d other = angles + V3d(180.0);
+    other[middle] = 180.0 - angles[middle];
+    V3d candidates[] = {angles, other};
+    for (V3d& candidate : candidates) {
+        for (int i = 0; i < 3; ++i) {
+            candidate[i] = Near(candidate[i], before[i]);
+        }
+    }
+    return (candidates[0] - before).length2() <= (candidates[1] - before).length2() ? candidates[0]
+                                                                                    : candidates[1];
+}
+
+} // namespace
+
+/// The camera in space: its axes, and what it looks at.
+struct ViewNavigation::Pose {
+    explicit Pose(const DagNode& shape)
+        : world(shape.WorldMatrix())
+        , distance(
+              Plug(std::const_pointer_cast<Node>(shape.Shared()), shape.FindAttribute("centerOfInterest"))
+                  .Number()) {
+        distance = std::max(distance, 1e-4);
+    }
+
+    V3d Axis(int i) const { return V3d(world[i][0], world[i][1], world[i][2]).normalized(); }
+    V3d Eye() const { return world.translation(); }
+    V3d Forward() const { return -Axis(2); }
+    V3d Center() const { return Eye() + Forward() * distance; }
+
+    /// Puts the camera's transform so that the camera stands there.
+    static void Place(const std::shared_ptr<DagNode>& shape, const M44d& world) {
+        DagNode* const above = shape->Parent();
+        if (!above || above->IsWorld()) {
+            return;
+        }
+        const auto transform = std::static_pointer_cast<DagNode>(above->Shared());
+        const M44d parent = transform->LocalMatrix().inverse() * transform->WorldMatrix();
+        Transformation parts = transform->LocalTransformation();
+        const V3d anglesBefore = parts.rotate;
+        const V3d scaleBefore = parts.scale;
+        if (!parts.SetMatrix(world * parent.inverse())) {
+            return;
+        }
+        parts.rotate = NearestAngles(parts.rotate, anglesBefore, parts.rotateOrder);
+        parts.scale = scaleBefore;
+        SetVector(transform, "translate", parts.translate);
+        SetVector(transform, "rotate", parts.rotate);
+    }
+
+    M44d world;
+    double distance;
+};
+
+ViewNavigation::Mode ViewNavigation::ModeFor(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers,
+                                             bool is2dKeyHeld) {
+    if (is2dKeyHeld) {
+        if (buttons.testFlag(Qt::MiddleButton)) {
+            return Mode::Pan2d;
+        }
+        return buttons.testFlag(Qt::RightButton) ? Mode::Zoom2d : Mode::None;
+    }
+    if (!modifiers.testFlag(Qt::AltModifier)) {
+        return Mode::None;
+    }
+    if (buttons.testFlag(Qt::LeftButton) && buttons.testFlag(Qt::MiddleButton)) {
+        return Mode::Dolly;
+    }
+    if (buttons.testFlag(Qt::LeftButton)) {
+        return Mode::Tumble;
+    }
+    if (buttons.testFlag(Qt::MiddleButton)) {
+        return Mode::Track;
+    }
+    return buttons.testFlag(Qt::RightButton) ? Mode::Dolly : Mode::None;
+}
+
+void ViewNavigation::Begin(Mode mode, const std::shared_ptr<DagNode>& camera, const QPointF& position,
+                           const QSize& size) {
+    mode_ = mode;
+    camera_ = camera;
+    last_ = position;
+    size_ = size.expandedTo(QSize(1, 1));
+}
+
+void ViewNavigation::Move(const QPointF& position) {
+    const QPointF delta = position - last_;
+    last_ = position;
+    // The camera may have gone meanwhile.
+    if (delta.isNull() || !camera_ || !camera_->InScene()) {
+        return;
+    }
+    switch (mode_) {
+    case Mode::Tumble:
+        Tumble(delta);
+        break;
+    case Mode::Track:
+        Track(delta);
+        break;
+    case Mode::Dolly:
+        Dolly(std::exp2((-delta.x() + delta.y()) / DOLLY_PIXELS));
+        break;
+    case Mode::Pan2d:
+        Pan2d(delta);
+        break;
+    case Mode::Zoom2d:
+        Zoom2d(std::exp2((-delta.x() + delta.y()) / DOLLY_PIXELS));
+        break;
+    case Mode::None:
+        return;
+    }
+    Changed();
+}
+
+void ViewNavigation::Wheel(const std::shared_ptr<DagNode>& camera, int delta) {
+    camera_ = camera;
+    Dolly(std::pow(1.0 - WHEEL_SHARE, delta / NOTCH));
+    Changed();
+}
+
+void ViewNavigation::Tumble(const QPointF& delta) {
+    // Orthographic cameras look along their axis, as the host's own do.
+    if (PlugOf(camera_, "orthographic").Number() != 0.0) {
+        return;
+    }
+    const Pose pose(*camera_);
+    const double degrees = TUMBLE_DEGREES / size_.width() * M_PI / 180.0;
+    const V3d center = pose.Center();
+    M44d pitch;
+    pitch.setAxisAngle(pose.Axis(0), -delta.y() * degrees);
+    M44d yaw;
+    yaw.setAxisAngle(V3d(0.0, 1.0, 0.0), -delta.x() * degrees);
+    Pose::Place(camera_,
+                pose.world * M44d().setTranslation(-center) * pitch * yaw * M44d().setTranslation(center));
+}
+
+void ViewNavigation::Track(const QPointF& delta) {
+    const Pose pose(*camera_);
+    const CameraView view(*camera_, size_.width(), size_.height());
+    // So far that what lies at the centre of interest stays under the pointer.
+    const auto at = [&](double x, double y) {
+        V3d nearPoint;
+        V3d farPoint;
+        view.ViewToWorld(x, y, nearPoint, farPoint);
+        if (view.IsOrthographic()) {
+            return nearPoint;
+        }
+        const V3d ray = (farPoint - nearPoint).normalized();
+        const double along = ray.dot(pose.Forward());
+        return along > 1e-9 ? pose.Eye() + ray * (pose.distance / along) : pose.Center();
+    };
+    const V3d offset = at(0.0, 0.0) - at(delta.x(), -delta.y());
+    Pose::Place(camera_, pose.world * M44d().setTranslation(offset));
+}
+
+void ViewNavigation::Dolly(double factor) {
+    if (PlugOf(camera_, "orthographic").Number() != 0.0) {
+        const Plug width = PlugOf(camera_, "orthographicWidth");
+        width.Set(std::clamp(width.Number() * factor, 1e-4, 1e8));
+        return;
+    }
+    const Pose pose(*camera_);
+    const double distance = std::clamp(pose.distance * factor, 1e-3, 1e8);
+    PlugOf(camera_, "centerOfInterest").Set(distance);
+    Pose::Place(camera_, pose.world * M44d().setTranslation(pose.Forward() * (pose.distance - distance)));
+}
+
+void ViewNavigation::Pan2d(const QPointF& delta) {
+    PlugOf(camera_, "panZoomEnabled").Set(1.0);
+    const double perPixel = CameraView(*camera_, size_.width(), size_.height()).PanPerPixel();
+    const Plug horizontal = PlugOf(camera_, "horizontalPan");
+    const Plug vertical = PlugOf(camera_, "verticalPan");
+    horizontal.Set(horizontal.Number() - delta.x() * perPixel);
+    vertical.Set(vertical.Number() + delta.y() * perPixel);
+}
+
+void ViewNavigation::Zoom2d(double factor) {
+    PlugOf(camera_, "panZoomEnabled").Set(1.0);
+    const Plug zoom = PlugOf(camera_, "zoom");
+    zoom.Set(std::clamp(std::max(zoom.Number(), SMALLEST_ZOOM) * factor, SMALLEST_ZOOM, LARGEST_ZOOM));
+}
+
+void ViewNavigation::Changed() {
+    // The start-up cameras are nobody's work; others are saved as they stand.
+    if (!camera_->isShared) {
+        host_.files().SetModified(true);
+    }
+}
+
+} // namespace lightbox

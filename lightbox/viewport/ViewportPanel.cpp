@@ -1,0 +1,375 @@
+#include "viewport/ViewportPanel.h"
+
+#include "controls/Theme.h"
+#include "mel/Interpreter.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Output.h"
+#include "scene/Plug.h"
+#include "scene/Scene.h"
+#include "scene/TimeUnits.h"
+#include "text/NumberText.h"
+#include "text/Quoted.h"
+#include "viewport/PanelIcon.h"
+#include "viewport/PanelLayout.h"
+#include "viewport/ViewportPanels.h"
+#include "viewport/ViewportWidget.h"
+
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QPainter>
+#include <QToolBar>
+#include <QToolButton>
+
+namespace lightbox {
+
+namespace {
+
+constexpr int FRAME = 1;
+constexpr int ICON_SIZE = 18;
+
+Plug CameraPlug(const std::shared_ptr<DagNode>& shape, const char* attribute) {
+    return Plug(shape, shape->FindAttribute(attribute));
+}
+
+std::string TransformName(const std::shared_ptr<DagNode>& shape) {
+    return Scene::ShownName(*shape->Parent());
+}
+
+/// A gate needs some room around it: as in the host, one that is shown brings an overscan with it and takes
+/// it away again. An overscan that someone has set stays.
+std::string RoomForGate(const std::shared_ptr<DagNode>& shape, const std::string& attribute, bool isShown) {
+    constexpr double ROOM = 1.3;
+    const std::string other = attribute == "displayFilmGate"     ? "displayResolution"
+                              : attribute == "displayResolution" ? "displayFilmGate"
+                                                                 : "";
+    if (other.empty() || CameraPlug(shape, other.c_str()).Number() != 0.0 ||
+        CameraPlug(shape, "overscan").Number() != (isShown ? 1.0 : ROOM)) {
+        return {};
+    }
+    return isShown ? " -overscan " + DecimalText(ROOM) : " -overscan 1";
+}
+
+} // namespace
+
+ViewportPanel::ViewportPanel(Host& host, ViewportPanels& panels, const std::string& name, QWidget* parent)
+    : QWidget(parent)
+    , host_(host)
+    , panels_(panels) {
+    setObjectName(QString::fromStdString(name));
+    view_ = new ViewportWidget(host, name);
+    setFocusProxy(view_);
+    menuBar_ = new QMenuBar;
+    menuBar_->setNativeMenuBar(false);
+    buttons_ = new QToolBar;
+    buttons_->setIconSize(QSize(ICON_SIZE, ICON_SIZE));
+    MakeMenus();
+    MakeButtons();
+    auto* const head = new QHBoxLayout;
+    head->setContentsMargins(0, 0, 0, 0);
+    head->setSpacing(0);
+    head->addWidget(menuBar_, 1, Qt::AlignVCenter);
+    head->addWidget(buttons_);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(FRAME, FRAME, FRAME, FRAME);
+    column->setSpacing(0);
+    column->addLayout(head);
+    column->addWidget(view_, 1);
+    connect(view_, &ViewportWidget::Activated, this, &ViewportPanel::Activated);
+    for (const auto signal : {&ViewportWidget::CameraChanged, &ViewportWidget::OptionsChanged}) {
+        connect(view_, signal, this, &ViewportPanel::UpdateActions);
+    }
+    connect(view_, &ViewportWidget::Drawn, this, &ViewportPanel::UpdateActions);
+    UpdateActions();
+}
+
+ViewportPanel::~ViewportPanel() = default;
+
+std::string ViewportPanel::Name() const {
+    return objectName().toStdString();
+}
+
+void ViewportPanel::SetMenuBarVisible(bool visible) {
+    menuBar_->setVisible(visible);
+    buttons_->setVisible(visible);
+}
+
+bool ViewportPanel::IsMenuBarVisible() const {
+    return !menuBar_->isHidden();
+}
+
+bool ViewportPanel::LookThrough(const std::string& cameraName) {
+    const std::shared_ptr<DagNode> camera = ViewportWidget::FindCamera(host_.scene(), cameraName);
+    view_->SetCamera(camera);
+    return camera != nullptr;
+}
+
+void ViewportPanel::SetActive(bool active) {
+    isActive_ = active;
+    update();
+}
+
+void ViewportPanel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Theme::Window());
+    painter.setPen(isActive_ ? Theme::Accent() : Theme::Line());
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+QAction* ViewportPanel::OptionAction(const QString& text, OptionReader read, OptionWriter write) {
+    auto* const action = new QAction(text, this);
+    action->setCheckable(true);
+    optionActions_.push_back({action, std::move(read)});
+    connect(action, &QAction::triggered, this, [this, write = std::move(write)](bool checked) {
+        ViewOptions options = view_->Options();
+        write(options, checked);
+        view_->SetOptions(options);
+        UpdateActions();
+    });
+    return action;
+}
+
+QAction* ViewportPanel::CameraAction(const QString& text, const char* attribute) {
+    auto* const action = new QAction(text, this);
+    action->setCheckable(true);
+    cameraActions_.push_back({action, attribute});
+    connect(action, &QAction::triggered, this, [this, attribute](bool checked) {
+        // By the command, so that it is said, done and undone as everything else.
+        RunLine("camera -e -" + std::string(attribute) + (checked ? " 1" : " 0") +
+                RoomForGate(view_->Camera(), attribute, checked) + " " +
+                Quoted(TransformName(view_->Camera())));
+        UpdateActions();
+    });
+    return action;
+}
+
+void ViewportPanel::UpdateActions() {
+    const auto set = [](QAction* action, bool checked) {
+        if (action->isChecked() != checked) {
+            action->setChecked(checked);
+        }
+    };
+    for (const OptionEntry& entry : optionActions_) {
+        set(entry.action, entry.read(view_->Options()));
+    }
+    const std::shared_ptr<DagNode> camera = view_->Camera();
+    for (const CameraEntry& entry : cameraActions_) {
+        set(entry.action, CameraPlug(camera, entry.attribute).Number() != 0.0);
+    }
+}
+
+void ViewportPanel::RunLine(const std::string& line) {
+    try {
+        host_.interpreter().Execute(line);
+    } catch (const mel::Error& error) {
+        host_.output().Error(error.what());
+    }
+}
+
+void ViewportPanel::MakeButtons() {
+    // The style's own is black, on a dark ground.
+    if (auto* const more = buttons_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
+        more->setIcon(PanelIcon::Make(PanelIcon::Kind::More));
+        more->setToolTip("More buttons");
+    }
+    const auto add = [this](QAction* action, PanelIcon::Kind icon, const QString& tip) {
+        action->setIcon(PanelIcon::Make(icon));
+        action->setToolTip(tip);
+        buttons_->addAction(action);
+    };
+    auto* const cameras = new QToolButton;
+    cameras->setIcon(PanelIcon::Make(PanelIcon::Kind::Camera));
+    cameras->setToolTip("Camera to look through");
+    cameras->setPopupMode(QToolButton::InstantPopup);
+    cameras->setObjectName("cameraButton");
+    auto* const menu = new QMenu(cameras);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        menu->clear();
+        AddCameras(*menu);
+    });
+    cameras->setMenu(menu);
+    buttons_->addWidget(cameras);
+    add(CameraAction("2D Pan/Zoom", "panZoomEnabled"), PanelIcon::Kind::PanZoom,
+        "2D pan and zoom (hold \\ and drag with the middle or the right button)");
+    buttons_->addSeparator();
+    add(CameraAction("Film Gate", "displayFilmGate"), PanelIcon::Kind::FilmGate, "Film gate");
+    add(CameraAction("Resolution Gate", "displayResolution"), PanelIcon::Kind::ResolutionGate,
+        "Resolution gate");
+    add(CameraAction("Gate Mask", "displayGateMask"), PanelIcon::Kind::GateMask, "Gate mask");
+    buttons_->addSeparator();
+    add(OptionAction(
+            "Grid", [](const ViewOptions& options) { return options.display.grid; },
+            [](ViewOptions& options, bool on) { options.display.grid = on; }),
+        PanelIcon::Kind::Grid, "Grid");
+    using Shading = DisplayOptions::Shading;
+    add(OptionAction(
+            "Wireframe",
+            [](const ViewOptions& options) { return options.display.shading == Shading::Wireframe; },
+            [](ViewOptions& options, bool) { options.display.shading = Shading::Wireframe; }),
+        PanelIcon::Kind::Wireframe, "Wireframe (4)");
+    add(OptionAction(
+            "Smooth Shade",
+            [](const ViewOptions& options) { return options.display.shading == Shading::Smooth; },
+            [](ViewOptions& options, bool) { options.display.shading = Shading::Smooth; }),
+        PanelIcon::Kind::Shaded, "Smooth shade (5)");
+    add(OptionAction(
+            "Wireframe on Shaded",
+            [](const ViewOptions& options) { return options.display.wireframeOnShaded; },
+            [](ViewOptions& options, bool on) { options.display.wireframeOnShaded = on; }),
+        PanelIcon::Kind::WireOnShaded, "Wireframe on shaded");
+}
+
+void ViewportPanel::MakeMenus() {
+    QMenu* const view = menuBar_->addMenu("View");
+    connect(view, &QMenu::aboutToShow, this, [this, view] { FillViewMenu(*view); });
+    MakeShadingMenu();
+    MakeShowMenu();
+    MakeRendererMenu();
+    QMenu* const panels = menuBar_->addMenu("Panels");
+    connect(panels, &QMenu::aboutToShow, this, [this, panels] { FillPanelsMenu(*panels); });
+}
+
+void ViewportPanel::MakeShadingMenu() {
+    using Shading = DisplayOptions::Shading;
+    QMenu& menu = *menuBar_->addMenu("Shading");
+    for (const auto& [text, shading] :
+         {std::pair("Wireframe", Shading::Wireframe), std::pair("Smooth Shade All", Shading::Smooth)}) {
+        menu.addAction(OptionAction(
+            text,
+            [shading = shading](const ViewOptions& options) { return options.display.shading == shading; },
+            [shading = shading](ViewOptions& options, bool) { options.display.shading = shading; }));
+    }
+    menu.addSeparator();
+    menu.addAction(OptionAction(
+        "Wireframe on Shaded", [](const ViewOptions& options) { return options.display.wireframeOnShaded; },
+        [](ViewOptions& options, bool on) { options.display.wireframeOnShaded = on; }));
+    menu.addAction(OptionAction(
+        "Use Default Material", [](const ViewOptions& options) { return options.display.defaultMaterial; },
+        [](ViewOptions& options, bool on) { options.display.defaultMaterial = on; }));
+}
+
+void ViewportPanel::MakeShowMenu() {
+    struct Row {
+        const char* text;
+        bool DisplayOptions::*shown;
+    };
+    constexpr Row rows[] = {{"Grid", &DisplayOptions::grid},
+                            {"Polygons", &DisplayOptions::meshes},
+                            {"Cameras", &DisplayOptions::cameras},
+                            {"Locators", &DisplayOptions::locators},
+                            {"Selection Highlighting", &DisplayOptions::selectionHighlighting},
+                            {"View Axis", &DisplayOptions::axisIcon}};
+    QMenu& menu = *menuBar_->addMenu("Show");
+    for (const Row& row : rows) {
+        menu.addAction(OptionAction(
+            row.text, [shown = row.shown](const ViewOptions& options) { return options.display.*shown; },
+            [shown = row.shown](ViewOptions& options, bool on) { options.display.*shown = on; }));
+    }
+    menu.addAction(OptionAction(
+        "Plugin Shapes", [](const ViewOptions& options) { return options.pluginShapes; },
+        [](ViewOptions& options, bool on) { options.pluginShapes = on; }));
+    menu.addAction(OptionAction(
+        "Camera Names", [](const ViewOptions& options) { return options.cameraName; },
+        [](ViewOptions& options, bool on) { options.cameraName = on; }));
+}
+
+void ViewportPanel::MakeRendererMenu() {
+    using Renderer = ViewOptions::Renderer;
+    QMenu& menu = *menuBar_->addMenu("Renderer");
+    for (const auto& [text, renderer] :
+         {std::pair("Viewport 2.0", Renderer::Viewport2), std::pair("Legacy Viewport", Renderer::Legacy)}) {
+        menu.addAction(OptionAction(
+            text, [renderer = renderer](const ViewOptions& options) { return options.renderer == renderer; },
+            [renderer = renderer](ViewOptions& options, bool) { options.renderer = renderer; }));
+    }
+}
+
+void ViewportPanel::FillViewMenu(QMenu& menu) {
+    struct Row {
+        const char* text;
+        const char* attribute;
+    };
+    constexpr Row rows[] = {{"Film Gate", "displayFilmGate"},     {"Resolution Gate", "displayResolution"},
+                            {"Gate Mask", "displayGateMask"},     {"Field Chart", "displayFieldChart"},
+                            {"Safe Action", "displaySafeAction"}, {"Safe Title", "displaySafeTitle"}};
+    if (menu.isEmpty()) {
+        const auto frame = [&](const char* text, const char* flag) {
+            menu.addAction(text, this, [this, flag = std::string(flag)] {
+                RunLine("viewFit " + flag + Quoted(TransformName(view_->Camera())));
+            });
+        };
+        frame("Frame All\tA", "-all ");
+        frame("Frame Selection\tF", "");
+        menu.addSeparator();
+        menu.addAction("Select Camera", this,
+                       [this] { RunLine("select -r " + Quoted(TransformName(view_->Camera()))); });
+        menu.addSeparator();
+        QMenu& gates = *menu.addMenu("Camera Settings");
+        for (const Row& row : rows) {
+            gates.addAction(CameraAction(row.text, row.attribute));
+        }
+        menu.addSeparator();
+        menu.addAction(CameraAction("2D Pan/Zoom", "panZoomEnabled"));
+        menu.addAction("Reset 2D Pan/Zoom", this, [this] {
+            RunLine("camera -e -horizontalPan 0 -verticalPan 0 -zoom 1 " +
+                    Quoted(TransformName(view_->Camera())));
+        });
+    }
+    UpdateActions();
+}
+
+void ViewportPanel::FillPanelsMenu(QMenu& menu) {
+    menu.clear();
+    AddCameras(*menu.addMenu("Look Through"));
+    menu.addSeparator();
+    AddArrangements(menu);
+}
+
+/// The cameras of the scene: perspective ones first, as animators look for them there.
+void ViewportPanel::AddCameras(QMenu& menu) {
+    std::vector<std::shared_ptr<DagNode>> orthographic;
+    const std::shared_ptr<DagNode> current = view_->Camera();
+    const auto add = [&](const std::shared_ptr<DagNode>& shape) {
+        QAction* const action = menu.addAction(QString::fromStdString(TransformName(shape)));
+        action->setCheckable(true);
+        action->setChecked(shape == current);
+        connect(action, &QAction::triggered, this, [this, shape] { view_->SetCamera(shape); });
+    };
+    for (const std::shared_ptr<Node>& node : host_.scene().Nodes()) {
+        const auto shape = std::dynamic_pointer_cast<DagNode>(node);
+        if (!shape || !shape->Type().IsA("camera") || !shape->Parent() || shape->Parent()->IsWorld()) {
+            continue;
+        }
+        if (CameraPlug(shape, "orthographic").Number() != 0.0) {
+            orthographic.push_back(shape);
+        } else {
+            add(shape);
+        }
+    }
+    menu.addSeparator();
+    for (const std::shared_ptr<DagNode>& shape : orthographic) {
+        add(shape);
+    }
+}
+
+void ViewportPanel::AddArrangements(QMenu& menu) {
+    PanelLayout* const layout = panels_.Layout();
+    if (!layout) {
+        return;
+    }
+    using Arrangement = PanelLayout::Arrangement;
+    for (const auto& [text, arrangement] : {std::pair("Single Pane", Arrangement::Single),
+                                            std::pair("Two Panes Side by Side", Arrangement::TwoSideBySide),
+                                            std::pair("Two Panes Stacked", Arrangement::TwoStacked),
+                                            std::pair("Four Panes", Arrangement::Four)}) {
+        QAction* const action = menu.addAction(text);
+        action->setCheckable(true);
+        action->setChecked(layout->Current() == arrangement);
+        connect(action, &QAction::triggered, this, [this, layout, arrangement = arrangement] {
+            Q_EMIT Activated();
+            layout->Arrange(arrangement);
+        });
+    }
+}
+
+} // namespace lightbox

@@ -1,0 +1,430 @@
+#include "viewport/ViewportWidget.h"
+
+#include "openmaya/ToolEvents.h"
+#include "openmaya/ViewDrawing.h"
+#include "scene/DagNode.h"
+#include "scene/Host.h"
+#include "scene/Scene.h"
+#include "scene/UserInterface.h"
+#include "viewport/DrawListRenderer.h"
+#include "viewport/GateOverlay.h"
+#include "viewport/SceneRenderer.h"
+#include "viewport/ViewFrame.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QWheelEvent>
+
+namespace lightbox {
+
+namespace {
+
+const char* const FALLBACK_CAMERA = "persp";
+/// Milliseconds, half a refresh of the usual screen, that a frame waits for what else comes with a tool's
+/// drag: a sample of the pen takes as long, and would else be seen a frame later.
+constexpr int AFTER_DRAG = 8;
+
+void LoadMatrix(GLenum which, const Imath::M44d& matrix) {
+    glMatrixMode(which);
+    glLoadMatrixd(&matrix[0][0]);
+}
+
+} // namespace
+
+ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* parent)
+    : QOpenGLWidget(parent)
+    , host_(host)
+    , panelName_(std::move(panelName))
+    , cameraName_(FALLBACK_CAMERA)
+    , navigation_(host)
+    , selectTool_(host) {
+    // A grey on which dark pencil and white paint are seen alike.
+    options_.display.backgroundTop = QColor(0x84, 0x87, 0x8b);
+    options_.display.backgroundBottom = QColor(0x72, 0x75, 0x79);
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setMinimumSize(64, 48);
+    // What tools of the legacy viewport draw between two frames has to stay.
+    setUpdateBehavior(QOpenGLWidget::PartialUpdate);
+    afterDrag_.setSingleShot(true);
+    afterDrag_.setTimerType(Qt::PreciseTimer);
+    afterDrag_.setInterval(AFTER_DRAG);
+    connect(&afterDrag_, &QTimer::timeout, this, [this] { update(); });
+}
+
+ViewportWidget::~ViewportWidget() {
+    ViewDrawing::Forget(*this);
+    ReleaseGl();
+    if (context()) {
+        // It is destroyed after this part of the widget.
+        disconnect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl);
+    }
+}
+
+std::shared_ptr<DagNode> ViewportWidget::FindCamera(const Scene& scene, const std::string& name) {
+    for (const std::shared_ptr<Node>& node : scene.FindAll(name)) {
+        auto dag = std::dynamic_pointer_cast<DagNode>(node);
+        if (dag && dag->Type().IsA("camera")) {
+            return dag;
+        }
+        for (DagNode* const shape : dag ? dag->Shapes() : std::vector<DagNode*>()) {
+            if (shape->Type().IsA("camera")) {
+                return std::static_pointer_cast<DagNode>(shape->Shared());
+            }
+        }
+    }
+    return nullptr;
+}
+
+std::shared_ptr<DagNode> ViewportWidget::Camera() const {
+    SettleCamera();
+    return camera_;
+}
+
+/// A camera that was deleted, or went with its scene, is looked for again by its name.
+void ViewportWidget::SettleCamera() const {
+    if (camera_ && camera_->InScene()) {
+        return;
+    }
+    camera_ = FindCamera(host_.scene(), cameraName_);
+    if (!camera_) {
+        camera_ = FindCamera(host_.scene(), FALLBACK_CAMERA);
+        cameraName_ = FALLBACK_CAMERA;
+    }
+}
+
+void ViewportWidget::SetCamera(const std::shared_ptr<DagNode>& camera) {
+    if (!camera || !camera->InScene() || camera == camera_) {
+        return;
+    }
+    camera_ = camera;
+    cameraName_ = camera->Parent()->Name();
+    navigation_.End();
+    Refresh(false);
+    Q_EMIT CameraChanged();
+}
+
+void ViewportWidget::SetOptions(const ViewOptions& options) {
+    options_ = options;
+    Refresh(false);
+    Q_EMIT OptionsChanged();
+}
+
+CameraView ViewportWidget::LookThrough() const {
+    return CameraView(*Camera(), width(), height());
+}
+
+unsigned ViewportWidget::UploadCount() const {
+    return drawListRenderer_ ? drawListRenderer_->UploadCount() : 0;
+}
+
+void ViewportWidget::Refresh(bool now) {
+    if (!isVisible()) {
+        return;
+    }
+    presentsOnly_ = false;
+    isStale_ = true;
+    // A frame that asks for the next one, or for itself, gets it from the event loop.
+    if (now && !isDrawing_) {
+        repaint();
+    } else if (isDragging_) {
+        if (!afterDrag_.isActive()) {
+            afterDrag_.start();
+        }
+    } else {
+        afterDrag_.stop();
+        update();
+    }
+}
+
+void ViewportWidget::Present() {
+    if (!isStale_) {
+        presentsOnly_ = true;
+    }
+    update();
+}
+
+void ViewportWidget::BeginGl() {
+    QOpenGLContext* const current = QOpenGLContext::currentContext();
+    glStack_.push_back({current, current ? current->surface() : nullptr});
+    if (current != context() || !isDrawing_) {
+        makeCurrent();
+    }
+    shown_.reset(); // whatever is drawn now
+}
+
+void ViewportWidget::EndGl() {
+    if (glStack_.empty()) {
+        return;
+    }
+    const Current before = glStack_.back();
+    glStack_.pop_back();
+    if (!glStack_.empty() || isDrawing_) {
+        return;
+    }
+    if (before.context && before.context != context()) {
+        before.context->makeCurrent(before.surface);
+    } else if (!before.context) {
+        doneCurrent();
+    }
+}
+
+void ViewportWidget::initializeGL() {
+    // Moved to another window, the widget may get another context: what the old one held goes with it.
+    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl,
+            Qt::UniqueConnection);
+    drawListRenderer_ = std::make_unique<DrawListRenderer>();
+    sceneRenderer_ = std::make_unique<SceneRenderer>();
+    sceneRenderer_->Initialize();
+}
+
+void ViewportWidget::ReleaseGl() {
+    if (!drawListRenderer_) {
+        return;
+    }
+    makeCurrent();
+    shown_.reset();
+    drawListRenderer_.reset();
+    sceneRenderer_.reset();
+    doneCurrent();
+}
+
+void ViewportWidget::resizeGL(int, int) {
+    presentsOnly_ = false;
+    shown_.reset();
+}
+
+void ViewportWidget::paintGL() {
+    if (presentsOnly_) {
+        presentsOnly_ = false;
+        return;
+    }
+    struct Scope {
+        bool& flag;
+        ~Scope() { flag = false; }
+    } scope{isDrawing_};
+    isDrawing_ = true;
+    isStale_ = false;
+    afterDrag_.stop();
+    ++frameCount_;
+    const std::shared_ptr<DagNode> camera = Camera();
+    const CameraView cameraView(*camera, width(), height());
+    DrawList list;
+    if (options_.pluginShapes && IsViewport2()) {
+        list = ViewDrawing::Collect(host_.scene(), *this, cameraView);
+    }
+    const DrawList over = GateOverlay::Items(*camera, cameraView, options_);
+    list.insert(list.end(), over.begin(), over.end());
+    AddMarquee(list);
+    auto frame = std::make_unique<ViewFrame>(DrawnScene(host_.scene(), cameraView, *camera, options_.display),
+                                             std::move(list), devicePixelRatioF());
+    if (IsViewport2()) {
+        DrawViewport2(std::move(frame));
+    } else {
+        DrawLegacy(*frame);
+    }
+    Q_EMIT Drawn();
+}
+
+void ViewportWidget::DrawViewport2(std::unique_ptr<ViewFrame> frame) {
+    const QRect changed = shown_ ? frame->ChangedSince(*shown_) : frame->Area();
+    if (!changed.isEmpty()) {
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(changed.x(), changed.y(), changed.width(), changed.height());
+        sceneRenderer_->Draw(frame->Scene(), frame->PixelRatio());
+        drawListRenderer_->Draw(frame->Overlay(), size(), frame->PixelRatio());
+        glDisable(GL_SCISSOR_TEST);
+    }
+    shown_ = std::move(frame);
+}
+
+/// What plug-ins draw by themselves may be another every time.
+void ViewportWidget::DrawLegacy(const ViewFrame& frame) {
+    shown_.reset();
+    glDisable(GL_SCISSOR_TEST); // a tool may have left it
+    sceneRenderer_->Draw(frame.Scene(), frame.PixelRatio());
+    if (options_.pluginShapes) {
+        glPushAttrib(GL_ALL_ATTRIB_BITS);
+        LoadMatrix(GL_PROJECTION, frame.Scene().view.Projection());
+        LoadMatrix(GL_MODELVIEW, frame.Scene().view.View());
+        ViewDrawing::DrawLegacy(host_.scene(), *this);
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        glPopAttrib();
+        // Blending has thinned the alpha of the picture, and the window would show through.
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
+        glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    }
+    drawListRenderer_->Draw(frame.Overlay(), size(), frame.PixelRatio());
+}
+
+void ViewportWidget::AddMarquee(DrawList& list) const {
+    const QRectF marquee = selectTool_.Marquee();
+    if (marquee.isEmpty()) {
+        return;
+    }
+    DrawItem box;
+    box.kind = DrawItem::Kind::Rectangle;
+    box.position = marquee.center();
+    box.halfWidth = marquee.width() * 0.5;
+    box.halfHeight = marquee.height() * 0.5;
+    box.color = QColor(255, 255, 255, 200);
+    list.push_back(box);
+}
+
+QPointF ViewportWidget::ToView(const QPointF& position) const {
+    return {position.x(), height() - 1 - position.y()};
+}
+
+void ViewportWidget::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT Activated();
+    if (event->buttons() == event->button() && drag_ != Drag::None) {
+        // The release of an earlier press went elsewhere, to a dialog that came up meanwhile.
+        EndDrag();
+        ToolEvents::LoseRelease(*this);
+    }
+    const ViewNavigation::Mode mode =
+        ViewNavigation::ModeFor(event->buttons(), event->modifiers(), is2dKeyHeld_);
+    if (mode != ViewNavigation::Mode::None && (drag_ == Drag::None || drag_ == Drag::Navigation)) {
+        drag_ = Drag::Navigation;
+        navigation_.Begin(mode, Camera(), event->localPos(), size());
+        return;
+    }
+    if (drag_ != Drag::None) {
+        return;
+    }
+    if (ToolEvents::Press(*this, *event)) {
+        drag_ = Drag::Tool;
+    } else if (event->button() == Qt::LeftButton) {
+        drag_ = Drag::Selection;
+        selectTool_.Press(ToView(event->localPos()));
+    }
+    dragButton_ = event->button();
+}
+
+void ViewportWidget::mouseMoveEvent(QMouseEvent* event) {
+    switch (drag_) {
+    case Drag::Navigation:
+        navigation_.Move(event->localPos());
+        break;
+    case Drag::Tool:
+        isDragging_ = true;
+        ToolEvents::Drag(*this, *event);
+        isDragging_ = false;
+        break;
+    case Drag::Selection:
+        if (selectTool_.Drag(ToView(event->localPos()))) {
+            Refresh(false);
+        }
+        break;
+    case Drag::None:
+        ToolEvents::Move(*this, *event);
+        break;
+    }
+}
+
+void ViewportWidget::mouseReleaseEvent(QMouseEvent* event) {
+    switch (drag_) {
+    case Drag::Navigation: {
+        // With one of two buttons up the other one goes on in its own way.
+        const ViewNavigation::Mode mode =
+            ViewNavigation::ModeFor(event->buttons(), event->modifiers(), is2dKeyHeld_);
+        if (mode == ViewNavigation::Mode::None) {
+            EndDrag();
+        } else {
+            navigation_.Begin(mode, Camera(), event->localPos(), size());
+        }
+        break;
+    }
+    case Drag::Tool:
+        if (event->button() == dragButton_) {
+            drag_ = Drag::None;
+            ToolEvents::Release(*this, *event);
+        }
+        break;
+    case Drag::Selection:
+        if (event->button() == dragButton_) {
+            drag_ = Drag::None;
+            selectTool_.Release(*this, ToView(event->localPos()), event->modifiers(), options_.display);
+            Refresh(false);
+        }
+        break;
+    case Drag::None:
+        break;
+    }
+}
+
+void ViewportWidget::EndDrag() {
+    drag_ = Drag::None;
+    navigation_.End();
+}
+
+void ViewportWidget::wheelEvent(QWheelEvent* event) {
+    const int delta = event->angleDelta().y();
+    if (delta != 0 && drag_ == Drag::None) {
+        Q_EMIT Activated();
+        navigation_.Wheel(Camera(), delta);
+    }
+    event->accept();
+}
+
+void ViewportWidget::enterEvent(QEvent*) {
+    // Keys go to the view under the pointer, unless something is being typed.
+    QWidget* const focused = QApplication::focusWidget();
+    if (!focused || qobject_cast<ViewportWidget*>(focused)) {
+        setFocus(Qt::MouseFocusReason);
+    }
+    ToolEvents::Enter(*this);
+}
+
+void ViewportWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Backslash && !event->isAutoRepeat()) {
+        is2dKeyHeld_ = true;
+    }
+    if (!OfferKey(*event)) {
+        ToolEvents::Key(*this, *event);
+    }
+    event->accept();
+}
+
+void ViewportWidget::keyReleaseEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Backslash && !event->isAutoRepeat()) {
+        is2dKeyHeld_ = false;
+    }
+    OfferKey(*event);
+    event->accept();
+}
+
+bool ViewportWidget::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        return OfferKey(*static_cast<QKeyEvent*>(event));
+    }
+    return QOpenGLWidget::event(event);
+}
+
+/// Keys are the main window's first, which tools watch, also when the view floats in a window of its own.
+/// Answers whether they were taken there.
+bool ViewportWidget::OfferKey(QKeyEvent& event) {
+    // Who wants a key instead of a shortcut says so; who does not want a key says that.
+    event.setAccepted(event.type() != QEvent::ShortcutOverride);
+    QApplication::sendEvent(&host_.ui()->MainWindow(), &event);
+    return event.isAccepted();
+}
+
+void ViewportWidget::focusInEvent(QFocusEvent* event) {
+    Q_EMIT Activated();
+    QOpenGLWidget::focusInEvent(event);
+}
+
+void ViewportWidget::focusOutEvent(QFocusEvent* event) {
+    is2dKeyHeld_ = false;
+    QOpenGLWidget::focusOutEvent(event);
+}
+
+} // namespace lightbox
