@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
 #include "scene/Host.h"

@@ -1,6 +1,6 @@
 // Runs the tests inside a batch host, with the plug-in initialised in the same process and preferences of its
 // own.
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 #include "scene/Host.h"
 #include "scene/PluginManager.h"
 

@@ -1,6 +1,6 @@
 #include "WindowFixture.h"
 #include "formats/SceneFiles.h"
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 #include "scene/PluginManager.h"
 
 #include <QDropEvent>

@@ -2,8 +2,8 @@
 
 #include "ControlsFixture.h"
 #include "host/MayaUtil.h"
-#include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "paint/ToolType.h"
 #include "scene/IdleQueue.h"
 #include "scene/PluginManager.h"

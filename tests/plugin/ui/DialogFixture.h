@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "lightbox/window/WindowFixture.h"
 #include "paint/ToolType.h"
 #include "plugin/host/ExecutedLines.h"

@@ -2,8 +2,8 @@
 
 #include "core/Frame.h"
 #include "core/Layer.h"
-#include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "lightbox/window/WindowFixture.h"
 #include "node/BaseNode.h"
 #include "scene/PluginManager.h"
