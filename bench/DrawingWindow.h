@@ -2,7 +2,7 @@
 
 #include "app/LightboxHost.h"
 #include "app/PluginManager.h"
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
 #include "shell/MainWindow.h"

@@ -5,7 +5,7 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
 

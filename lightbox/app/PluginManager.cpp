@@ -4,7 +4,7 @@
 #include "formats/UnknownNodes.h"
 #include "mel/Interpreter.h"
 #include "openmaya/DrawOverrides.h"
-#include "openmaya/PluginCommandRunner.h"
+#include "openmaya/PluginCommand.h"
 #include "openmaya/PluginHandle.h"
 #include "scene/Host.h"
 #include "scene/Output.h"

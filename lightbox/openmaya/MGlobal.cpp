@@ -1,6 +1,6 @@
 #include "mel/Interpreter.h"
 #include "openmaya/Access.h"
-#include "openmaya/PluginCommandRunner.h"
+#include "openmaya/PluginCommand.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
 #include "scene/OptionVars.h"

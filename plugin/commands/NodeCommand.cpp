@@ -7,8 +7,8 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
-#include "ui/DialogManager.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>

@@ -3,9 +3,9 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
 #include "paint/ToolType.h"
-#include "ui/DialogManager.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>

@@ -7,7 +7,7 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
-#include "ui/DialogManager.h"
+#include "host/panels/DialogManager.h"
 
 #include <algorithm>
 

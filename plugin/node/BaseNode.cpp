@@ -8,9 +8,8 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNodeLayerData.h"
-#include "ui/DialogManager.h"
-#include "ui/TimelineOverlay.h"
 
 #include <maya/M3dView.h>
 #include <maya/MDagPath.h>

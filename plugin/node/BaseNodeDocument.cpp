@@ -4,8 +4,8 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
-#include "ui/DialogManager.h"
 
 namespace vellix {
 

@@ -2,10 +2,10 @@
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
 #include "tools/ThreadManager.h"
-#include "ui/DialogManager.h"
 
 #include <maya/M3dView.h>
 #include <maya/MColor.h>

@@ -1,10 +1,10 @@
 #include "ui/CameraLayerList.h"
 
 #include "host/MayaUtil.h"
+#include "host/panels/DialogManager.h"
 #include "ui/CameraMenu.h"
 #include "ui/ElidedLabel.h"
 #include "ui/LayerItem.h"
-#include "ui/LayerManagerRow.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "host/panels/DialogManager.h"
 #include "ui/LayerItem.h"
-#include "ui/LayerManagerRow.h"
 
 #include <QList>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "ui/FloatingPanel.h"
 
-#include "ui/DialogManager.h"
+#include "host/panels/DialogManager.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>

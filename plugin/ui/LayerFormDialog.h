@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/SceneFollower.h"
+#include "host/panels/DialogManager.h"
 
 #include <QDialog>
 #include <QList>

@@ -2,11 +2,10 @@
 
 #include "core/LayerState.h"
 #include "host/MayaUtil.h"
+#include "host/panels/DialogManager.h"
 #include "ui/CameraMenu.h"
-#include "ui/DialogManager.h"
 #include "ui/ElidedLabel.h"
 #include "ui/FocusFrame.h"
-#include "ui/LayerManagerRow.h"
 #include "ui/LayerToggle.h"
 
 #include <maya/MQtUtil.h>

@@ -2,8 +2,8 @@
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "ui/CameraList.h"
-#include "ui/DialogManager.h"
 #include "ui/PlainIconButton.h"
 
 #include <maya/MGlobal.h>

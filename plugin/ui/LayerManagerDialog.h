@@ -1,7 +1,7 @@
 #pragma once
 
+#include "host/panels/DialogManager.h"
 #include "ui/FloatingPanel.h"
-#include "ui/LayerManagerPanel.h"
 
 namespace vellix {
 

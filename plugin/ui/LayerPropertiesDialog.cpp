@@ -3,8 +3,8 @@
 #include "core/LayerState.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
-#include "ui/DialogManager.h"
 
 #include <QCheckBox>
 #include <QFormLayout>

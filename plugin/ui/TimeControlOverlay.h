@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/TimelineOverlay.h"
+#include "host/panels/DialogManager.h"
 
 #include <QWidget>
 

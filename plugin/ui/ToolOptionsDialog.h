@@ -1,7 +1,7 @@
 #pragma once
 
+#include "host/panels/DialogManager.h"
 #include "ui/FloatingPanel.h"
-#include "ui/ToolOptionsPanel.h"
 
 class QCheckBox;
 class QFontComboBox;

@@ -2,7 +2,8 @@
 // own.
 #include "app/LightboxHost.h"
 #include "app/PluginManager.h"
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
+#include "scene/Host.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "WindowFixture.h"
 #include "app/PluginManager.h"
 #include "formats/SceneFiles.h"
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 
 #include <QDropEvent>
 #include <QFile>

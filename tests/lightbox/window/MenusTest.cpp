@@ -4,8 +4,8 @@
 #include "app/PluginManager.h"
 #include "controls/ControlMenu.h"
 #include "host/MayaUtil.h"
-#include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "paint/ToolType.h"
 #include "scene/IdleQueue.h"
 

@@ -1,11 +1,8 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "paint/ToolType.h"
 #include "plugin/commands/CommandFixture.h"
-#include "ui/DialogManager.h"
-#include "ui/LayerManagerPanel.h"
-#include "ui/ToolOptionsPanel.h"
-#include "ui/ToolboxPanel.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,6 +1,5 @@
+#include "host/panels/DialogManager.h"
 #include "plugin/core/DocumentTest.h"
-#include "ui/DialogManager.h"
-#include "ui/LayerManagerPanel.h"
 
 #include <QWidget>
 

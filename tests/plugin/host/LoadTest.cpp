@@ -1,5 +1,5 @@
-#include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "plugin/PluginTest.h"
 #include "scene/EventBus.h"
 #include "scene/PluginLoader.h"

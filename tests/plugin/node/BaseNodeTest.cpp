@@ -5,9 +5,9 @@
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "plugin/PluginTest.h"
 #include "plugin/node/LayerDataText.h"
-#include "ui/DialogManager.h"
 
 #include <maya/MSelectionList.h>
 

@@ -1,7 +1,7 @@
 // Drawings in scene files: damaged ones, and what stays of them without the plug-in.
 
 #include "core/LayerManager.h"
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 #include "node/BaseNode.h"
 #include "plugin/PluginTest.h"
 #include "plugin/node/LayerDataText.h"

@@ -1,8 +1,7 @@
 // The keys of the draw tool, text, and the pen.
+#include "host/panels/DialogManager.h"
 #include "plugin/tools/DrawToolFixture.h"
 #include "scene/UndoQueue.h"
-#include "ui/DialogManager.h"
-#include "ui/ToolOptionsPanel.h"
 #include "viewport/PanelLayout.h"
 
 #include <QInputMethodEvent>

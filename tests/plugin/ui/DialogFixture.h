@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/PluginManager.h"
-#include "host/PluginMain.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "lightbox/window/WindowFixture.h"
 #include "paint/ToolType.h"
 #include "plugin/host/ExecutedLines.h"

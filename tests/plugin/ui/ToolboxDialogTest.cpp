@@ -1,5 +1,5 @@
+#include "host/panels/DialogManager.h"
 #include "plugin/ui/DialogFixture.h"
-#include "ui/DialogManager.h"
 #include "ui/FlatButton.h"
 #include "ui/IconButton.h"
 #include "ui/NumberSlider.h"

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "ui/LayerManagerRow.h"
+#include <maya/MDoubleArray.h>
 
 #include <QColor>
 #include <QList>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -13,7 +14,74 @@ class QWidget;
 
 namespace vellix {
 
-class TimelineOverlay;
+enum class LayerState : qint32;
+
+/// One layer as the layer manager panel lists it; a camera's rows come in stack order, bottom layer first.
+struct LayerManagerRow {
+    QString camera;
+    QString name;
+    bool visible;
+    LayerState state;
+};
+
+/// What the document tells the layer manager panel.
+class LayerManagerPanel {
+public:
+    virtual ~LayerManagerPanel() = default;
+
+    virtual void Clear() = 0;
+
+    /// Replaces everything shown. `activeIndex` is the active layer of the active camera, -1 for none.
+    virtual void Fill(const QList<LayerManagerRow>& rows, const QString& activeCamera, int activeIndex) = 0;
+};
+
+/// What the toolbox is told and asked.
+class ToolboxPanel {
+public:
+    virtual ~ToolboxPanel() = default;
+
+    /// Shows the active tool, the active colour, the ghost switches and the options.
+    virtual void Refresh() = 0;
+    /// Shows the active tool's size and opacity.
+    virtual void RefreshOptions() = 0;
+    /// The colour of its colour control; invalid when that cannot be asked.
+    virtual QColor GetColor() const = 0;
+};
+
+/// What the tool options panel is told.
+class ToolOptionsPanel {
+public:
+    virtual ~ToolOptionsPanel() = default;
+
+    /// Shows the options of the active tool as they are now.
+    virtual void Refresh() = 0;
+};
+
+/// A dialog that shows something of the scene, which may change while it is open.
+class SceneFollower {
+public:
+    virtual ~SceneFollower() = default;
+    /// A drawing node or a camera has come or gone.
+    virtual void FollowScene() = 0;
+};
+
+/// What the drawing node tells the frame marks over the host's time slider.
+class TimelineOverlay {
+public:
+    virtual ~TimelineOverlay() = default;
+
+    virtual void SetFrameTimes(const QList<int>& times) = 0;
+    virtual void ClearFrameTimes() = 0;
+    virtual bool IsShown() const = 0;
+    virtual void SetShown(bool shown) = 0;
+    virtual void SetDrawContextActive(bool active) = 0;
+
+    /// Follows a range that is being dragged along the slider; the offset is in frames.
+    virtual void UpdateMoveOffset() = 0;
+    virtual bool HasMoveOffset() const = 0;
+    virtual int GetMoveOffset() const = 0;
+    virtual MDoubleArray GetRangeForMoveOffset() const = 0;
+};
 
 /// The door to the panels and dialogs for everything below them. What makes each is registered at load when
 /// the host has a user interface; while a panel or dialog is missing, what is told to it does nothing.
@@ -30,10 +98,12 @@ public:
     using PanelFactory = std::function<std::unique_ptr<QWidget>(QWidget* parent)>;
     using DialogRunner = std::function<void(QWidget* parent)>;
     using LayerPropertiesRunner = std::function<void(const QString& camera, int index, QWidget* parent)>;
+    using TimelineOverlayFactory = std::function<std::unique_ptr<TimelineOverlay>(QWidget* timeSlider)>;
 
     static void RegisterPanel(Panel panel, PanelFactory create);
     static void RegisterDialog(Dialog dialog, DialogRunner run);
     static void RegisterLayerPropertiesDialog(LayerPropertiesRunner run);
+    static void RegisterTimelineOverlay(TimelineOverlayFactory create);
 
     // The panels' windows, made at the first call. The registry owns them; null when nothing makes them.
     static QWidget* GetToolboxDialog();
@@ -82,7 +152,7 @@ public:
     /// The colour of the toolbox's control; invalid while there is no toolbox.
     static QColor GetToolboxColor();
 
-    /// The marks over the given time slider, hidden.
+    /// The marks over the given time slider, hidden; null when nothing makes them.
     static std::unique_ptr<TimelineOverlay> CreateTimelineOverlay(QWidget* timeSlider);
 
     /// Closes every panel, which then notes where it was, drops open dialogs, and forgets all that was

@@ -1,14 +1,15 @@
-#include "host/PanelRegistration.h"
+#include "host/entry/PanelRegistration.h"
 
+#include "host/panels/DialogManager.h"
 #include "ui/AboutDialog.h"
 #include "ui/ColorPaletteDialog.h"
-#include "ui/DialogManager.h"
 #include "ui/GhostingDialog.h"
 #include "ui/LayerManagerDialog.h"
 #include "ui/LayerPropertiesDialog.h"
 #include "ui/NewLayerDialog.h"
 #include "ui/PreferencesDialog.h"
 #include "ui/RetimingDialog.h"
+#include "ui/TimeControlOverlay.h"
 #include "ui/ToolOptionsDialog.h"
 #include "ui/ToolboxDialog.h"
 
@@ -61,6 +62,11 @@ void RegisterPanels(const QString& pluginFolder) {
         return std::make_unique<AboutDialog>(pluginFolder, parent);
     });
     DialogManager::RegisterLayerPropertiesDialog(LayerPropertiesDialog::Open);
+    DialogManager::RegisterTimelineOverlay([](QWidget* timeSlider) -> std::unique_ptr<TimelineOverlay> {
+        auto overlay = std::make_unique<TimeControlOverlay>(timeSlider);
+        overlay->hide();
+        return overlay;
+    });
 }
 
 } // namespace vellix

@@ -1,4 +1,4 @@
-#include "host/Registration.h"
+#include "host/entry/Registration.h"
 
 #include "commands/ExportCommand.h"
 #include "commands/FrameCommand.h"

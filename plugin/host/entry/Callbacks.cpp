@@ -1,9 +1,9 @@
-#include "host/Callbacks.h"
+#include "host/entry/Callbacks.h"
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
-#include "ui/DialogManager.h"
 
 #include <maya/MCallbackIdArray.h>
 #include <maya/MDGMessage.h>

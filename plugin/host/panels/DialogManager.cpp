@@ -1,12 +1,7 @@
-#include "ui/DialogManager.h"
+#include "host/panels/DialogManager.h"
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
-#include "ui/LayerManagerPanel.h"
-#include "ui/SceneFollower.h"
-#include "ui/TimeControlOverlay.h"
-#include "ui/ToolOptionsPanel.h"
-#include "ui/ToolboxPanel.h"
 
 #include <maya/MGlobal.h>
 #include <maya/MQtUtil.h>
@@ -35,6 +30,7 @@ struct Registry {
     std::map<DialogManager::Panel, PanelEntry> panels;
     std::map<DialogManager::Dialog, DialogManager::DialogRunner> dialogs;
     DialogManager::LayerPropertiesRunner showLayerProperties;
+    DialogManager::TimelineOverlayFactory createTimelineOverlay;
     QList<QPointer<QDialog>> openDialogs;
     // What waits to open panels goes with it.
     std::unique_ptr<QObject> reopening;
@@ -127,6 +123,10 @@ void DialogManager::RegisterDialog(Dialog dialog, DialogRunner run) {
 
 void DialogManager::RegisterLayerPropertiesDialog(LayerPropertiesRunner run) {
     GetRegistry().showLayerProperties = std::move(run);
+}
+
+void DialogManager::RegisterTimelineOverlay(TimelineOverlayFactory create) {
+    GetRegistry().createTimelineOverlay = std::move(create);
 }
 
 QWidget* DialogManager::GetToolboxDialog() {
@@ -279,9 +279,8 @@ QColor DialogManager::GetToolboxColor() {
 }
 
 std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* timeSlider) {
-    auto overlay = std::make_unique<TimeControlOverlay>(timeSlider);
-    overlay->hide();
-    return overlay;
+    const TimelineOverlayFactory& create = GetRegistry().createTimelineOverlay;
+    return create ? create(timeSlider) : nullptr;
 }
 
 void DialogManager::Shutdown() {

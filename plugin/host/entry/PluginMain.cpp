@@ -1,11 +1,11 @@
-#include "host/PluginMain.h"
+#include "host/entry/PluginMain.h"
 
-#include "host/Callbacks.h"
 #include "host/MayaUtil.h"
-#include "host/PanelRegistration.h"
-#include "host/Registration.h"
 #include "host/Settings.h"
-#include "ui/DialogManager.h"
+#include "host/entry/Callbacks.h"
+#include "host/entry/PanelRegistration.h"
+#include "host/entry/Registration.h"
+#include "host/panels/DialogManager.h"
 
 #include <maya/MGlobal.h>
 
@@ -61,13 +61,16 @@ MStatus initializePlugin(MObject obj) {
     Settings::guiEnabled = !MayaUtil::IsBatchMode();
     Settings::ReadUserConfig();
     BuildMenu();
+    if (Settings::guiEnabled) {
+        // Before the node type, which makes the marks over the time slider.
+        RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
+    }
 
     status = RunSteps(plugin, {RegisterCommands, RegisterContextCommands, RegisterDataTypes, RegisterNodes});
     if (status) {
         AddCallbacks();
         AddScriptJobs();
         if (Settings::guiEnabled) {
-            RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
             DialogManager::ReopenPanels();
         }
     }
