@@ -8,6 +8,7 @@
 #include "scene/Edit.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 

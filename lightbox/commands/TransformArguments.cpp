@@ -6,6 +6,7 @@
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/Transformation.h"
+#include "text/NumberText.h"
 
 namespace lightbox::mel {
 
