@@ -132,7 +132,7 @@ private:
     bool resizes_ = false;
 };
 
-ControlType ScrollType() {
+ControlType ScrollLayoutType() {
     ControlType type;
     type.name = "scrollLayout";
     type.family = ControlType::Family::Layout;
@@ -186,7 +186,7 @@ ControlType ScrollType() {
 
 void RegisterFrameLayoutCommands(WindowCommandTable& table) {
     table.Add(FrameType());
-    table.Add(ScrollType());
+    table.Add(ScrollLayoutType());
 }
 
 } // namespace lightbox
