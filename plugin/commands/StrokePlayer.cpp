@@ -67,7 +67,7 @@ bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
     if (m_drawn.contains(picture)) {
         return m_node.CommitActiveStroke(m_camera);
     }
-    std::unique_ptr<StrokeCommit> commit(new StrokeCommit(m_camera, layerAdded, frameAdded));
+    auto commit = std::make_unique<StrokeCommit>(m_camera, layerAdded, frameAdded);
     if (!commit->Commit(m_node)) {
         return false;
     }
@@ -134,10 +134,10 @@ void StrokePlayer::TakeBack(const ActiveLayers& before, int layerAdded, bool fra
         const bool isStatic = layer && layer->GetState() == LayerState::Static;
         const MTime time =
             isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : MayaUtil::GetPlaybackTime();
-        const std::unique_ptr<Frame> removed(m_node.RemoveFrame(m_camera, time));
+        m_node.RemoveFrame(m_camera, time);
     }
     if (layerAdded >= 0) {
-        const std::unique_ptr<Layer> removed(m_node.RemoveLayer(m_camera, layerAdded));
+        m_node.RemoveLayer(m_camera, layerAdded);
         before.Restore(m_node);
     }
 }

@@ -70,8 +70,8 @@ public:
     /// with `wrap` the key at the other end.
     Frame* GetPreviousFrame(bool wrap) const;
     Frame* GetNextFrame(bool wrap) const;
-    /// A packed copy of the frame keyed at the time, owned by the caller; null when there is none.
-    Frame* GetFrameCopy(const MTime& time) const;
+    /// A packed copy of the frame keyed at the time; null when there is none.
+    std::unique_ptr<Frame> GetFrameCopy(const MTime& time) const;
     void GetFrameTimes(QList<int>& times) const;
     /// Sets the times of the first frames. The caller keeps them in order and refreshes what depends on them.
     void SetFrameTimes(const QList<int>& times);
@@ -81,9 +81,9 @@ public:
     int InsertFrame(Frame* frame);
     int AddFrame(const MTime& time);
     int AddFrame();
-    /// Hands the frame at the time to the caller, who owns it; null when there is none.
-    Frame* RemoveFrame(const MTime& time);
-    Frame* RemoveFrame();
+    /// Hands the frame at the time to the caller; null when there is none.
+    std::unique_ptr<Frame> RemoveFrame(const MTime& time);
+    std::unique_ptr<Frame> RemoveFrame();
     /// Hands over all frames at those times, which rise, in their order. Many frames cost one pass.
     FrameList TakeFrames(const std::vector<int>& times);
     /// Takes the frames whose times are free, in one pass, and returns these times, rising; the others stay

@@ -79,8 +79,8 @@ public:
     /// Moves a layer to another camera's stack; an index there that is not one appends. The layer is no
     /// longer active.
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
-    /// The caller owns the layer; null when there is none.
-    Layer* RemoveLayer(const QString& camera, int index);
+    /// Hands the layer to the caller; null when there is none.
+    std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
     /// The caller owns what is put into `removed`, in stack order.
     void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
     /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
@@ -91,13 +91,12 @@ public:
     int AddFrame(const QString& camera, const MTime& time);
     /// Takes ownership of the frame, also when it refuses.
     int InsertFrame(const QString& camera, Frame* frame);
-    /// The caller owns the frame.
-    Frame* RemoveFrame(const QString& camera);
-    Frame* RemoveFrame(const QString& camera, const MTime& time);
+    /// Hands the frame to the caller; null when there is none.
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera);
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
     Frame* GetNextFrame(const QString& camera, bool wrap) const;
-    /// The caller owns the copy.
-    Frame* GetFrameCopy(const QString& camera, const MTime& time) const;
+    std::unique_ptr<Frame> GetFrameCopy(const QString& camera, const MTime& time) const;
     bool FrameExists(const QString& camera) const;
     bool FrameExists(const QString& camera, const MTime& time) const;
     void GetFrameTimes(const QString& camera, QList<int>& times) const;

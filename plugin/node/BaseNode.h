@@ -97,10 +97,11 @@ public:
     /// A new layer at the index (-1: on top); returns its index, negative when refused.
     int InsertLayer(const QString& camera, int index, const QString& name);
     /// Takes ownership of the layer.
-    int InsertLayer(const QString& camera, int index, Layer* layer);
-    /// The caller owns what is returned and what is put into `removed`.
-    Layer* RemoveLayer(const QString& camera, int index);
-    void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
+    int InsertLayer(const QString& camera, int index, std::unique_ptr<Layer> layer);
+    /// Hands the layer to the caller; null when there is none.
+    std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
+    /// Appends the camera's layers in stack order to `removed`.
+    void RemoveAllLayers(const QString& camera, std::vector<std::unique_ptr<Layer>>& removed);
     int MoveLayer(const QString& camera, int from, int to);
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
 
@@ -114,10 +115,10 @@ public:
     int AddFrame(const QString& camera);
     int AddFrame(const QString& camera, const MTime& time);
     /// Takes ownership of the frame, also when it refuses.
-    int InsertFrame(const QString& camera, Frame* frame);
-    /// The caller owns the returned frame.
-    Frame* RemoveFrame(const QString& camera);
-    Frame* RemoveFrame(const QString& camera, const MTime& time);
+    int InsertFrame(const QString& camera, std::unique_ptr<Frame> frame);
+    /// Hands the frame to the caller; null when there is none.
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera);
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
     /// Once after the frames of a layer, or their times, have changed: brings the layer's current frame, the
     /// picture, the marks over the time slider and the slider's own ticks up to date.

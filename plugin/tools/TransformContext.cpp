@@ -213,11 +213,10 @@ void TransformContext::RemoveWhatPasteCreated(LayerManager& layers) {
     Layer* layer = stack[index];
     if (m_pasteFrameCreated && layer->GetState() != LayerState::Locked) {
         const bool isStatic = layer->GetState() == LayerState::Static;
-        delete layer->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime)
-                                           : m_pasteFrameTime);
+        layer->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : m_pasteFrameTime);
     }
     if (m_pasteLayer >= 0) {
-        delete layers.RemoveLayer(m_camera, index);
+        layers.RemoveLayer(m_camera, index);
     }
     if (BaseNode* node = GetSelectionNode()) {
         node->OnFramesChanged(m_camera, index);
