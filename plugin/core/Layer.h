@@ -43,13 +43,9 @@ public:
     bool CacheUpdateRequired() const;
     void ForceCacheUpdate();
 
-    /// Pixels of the frame `offset` keys after the current one (before it when negative), owned by the frame;
-    /// a shared null image when there is none or the layer is hidden. Counts as reading the picture.
-    QImage* GetImage(int offset);
-    /// The frame of that picture, borrowed, without unpacking it; null for none. Counts as reading it, too.
+    /// The frame `offset` keys after the current one (before it when negative), borrowed; null when there is
+    /// none or the layer is hidden. Counts as reading the picture.
     Frame* ReadFrame(int offset);
-    /// Replaces the pixels of the current frame, if there is one.
-    void SetImage(const QImage& image);
 
     /// Borrowed; null when out of range.
     Frame* GetFrame(int index) const;
@@ -89,6 +85,12 @@ public:
     /// Takes the frames whose times are free, in one pass, and returns these times, rising; the others stay
     /// in the list.
     std::vector<int> PutFrames(FrameList& frames);
+
+    // Part of the interface for scripts and other tools; not called here.
+    /// Pixels of the frame that ReadFrame() gives, owned by the frame; a shared null image for none.
+    QImage* GetImage(int offset);
+    /// Replaces the pixels of the current frame, if there is one.
+    void SetImage(const QImage& image);
     /// The current frame index stays as it was, for the caller to update.
     void RemoveAllFrames();
 

@@ -83,8 +83,6 @@ public:
     std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
     /// The caller owns what is put into `removed`, in stack order.
     void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
-    /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
-    void DeleteAllLayers(bool updatePanel);
 
     // Frames of the camera's active layer.
     int AddFrame(const QString& camera);
@@ -105,7 +103,6 @@ public:
     // Time.
     /// The frame number used for playback.
     void SetFrame(int frame);
-    int GetFrame() const;
     /// With `keepActive` the active layer of the active camera stays on its frame.
     void OnPlaybackTimeChanged(int frame, bool keepActive);
 
@@ -135,17 +132,23 @@ public:
     bool CacheUpdateRequired(const QString& camera);
     bool MasterCacheUpdateRequired(const QString& camera) const;
     void QueueMasterCacheUpdate(const QString& camera);
-    void QueueMasterCacheUpdateAll();
     void MasterCacheUpdateCompleted(const QString& camera);
     void ForceCacheUpdate(const QString& camera, int index);
     /// The camera's layers at any time, with the ghosts of the user's settings when `ghosting` is set. Leaves
     /// current frames, flags and caches alone; a null image without layers.
     QImage ComposeFrame(const QString& camera, int frame, bool ghosting) const;
-    /// Gives every pixel that is not fully transparent the colour's red, green and blue.
-    static void OverrideImageColor(QImage& image, const QColor& color);
 
     /// Fills the layer manager panel anew; the master only.
     void UpdateLayerManagerDialog();
+
+    // Part of the interface for scripts and other tools; not called here.
+    /// The frame number used for playback.
+    int GetFrame() const;
+    void QueueMasterCacheUpdateAll();
+    /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
+    void DeleteAllLayers(bool updatePanel);
+    /// Gives every pixel that is not fully transparent the colour's red, green and blue.
+    static void OverrideImageColor(QImage& image, const QColor& color);
 
 private:
     bool CommitStroke(const QString& camera, QByteArray* undo);

@@ -80,7 +80,6 @@ public:
     // Layers.
     bool LayerExists(const QString& camera, int index) const;
     int LayerCount(const QString& camera) const;
-    int TotalLayerCount() const;
     Layer* GetLayer(const QString& camera, int index) const;
     QList<Layer*> GetLayers(const QString& camera) const;
     Layer* GetActiveLayer(const QString& camera) const;
@@ -106,18 +105,11 @@ public:
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
 
     // Frames of the camera's active layer.
-    bool FrameExists(const QString& camera) const;
-    bool FrameExists(const QString& camera, const MTime& time) const;
     Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
     Frame* GetNextFrame(const QString& camera, bool wrap) const;
     void GetFrameTimes(const QString& camera, QList<int>& times) const;
-    void SetFrameTimes(const QString& camera, const QList<int>& times);
-    int AddFrame(const QString& camera);
     int AddFrame(const QString& camera, const MTime& time);
-    /// Takes ownership of the frame, also when it refuses.
-    int InsertFrame(const QString& camera, std::unique_ptr<Frame> frame);
     /// Hands the frame to the caller; null when there is none.
-    std::unique_ptr<Frame> RemoveFrame(const QString& camera);
     std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
     /// Once after the frames of a layer, or their times, have changed: brings the layer's current frame, the
@@ -140,7 +132,6 @@ public:
     static void ClearLayerManagerDialog();
 
     // The node itself.
-    void SetOpacity(float opacity);
     float GetOpacity() const;
     /// Marks the node dirty, so that the host draws it again.
     void QueueRefresh();
@@ -197,6 +188,17 @@ public:
 
     /// Makes a node's attribute not keyable, locked and hidden in the channel box. A missing one is ignored.
     static void LockAndHideAttribute(const MObject& node, const MString& attribute);
+
+    // Part of the interface for scripts and other tools; not called here.
+    void SetOpacity(float opacity);
+    int TotalLayerCount() const;
+    bool FrameExists(const QString& camera) const;
+    bool FrameExists(const QString& camera, const MTime& time) const;
+    void SetFrameTimes(const QString& camera, const QList<int>& times);
+    int AddFrame(const QString& camera);
+    /// Takes ownership of the frame, also when it refuses.
+    int InsertFrame(const QString& camera, std::unique_ptr<Frame> frame);
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera);
 
 private:
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);

@@ -76,9 +76,6 @@ public:
     void TransformSelectionOutline();
     /// Draws the current four corners.
     void DrawSelectionOutline();
-    /// Draws a closed outline through four points, view pixels. In the legacy viewport the second time takes
-    /// it away.
-    void DrawSelectionOutline(int x0, int y0, int x1, int y1, int x2, int y2, int x3, int y3);
     /// Whether the node shows the outline in Viewport 2.0, from one event to the next.
     void SetSelectionOutlineDrawnByNodeEnabled(bool enabled);
     void RefreshView();
@@ -96,6 +93,11 @@ public:
     void Paste(bool andTransform, const QPoint& position);
     void FlipHorizontal();
     void FlipVertical();
+
+    // Part of the interface for scripts and other tools; not called here.
+    /// Draws a closed outline through four points, view pixels. In the legacy viewport the second time takes
+    /// it away.
+    void DrawSelectionOutline(int x0, int y0, int x1, int y1, int x2, int y2, int x3, int y3);
 
 private:
     void OnViewDrawn(const M3dView& view) override;
