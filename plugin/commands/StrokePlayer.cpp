@@ -33,15 +33,12 @@ QPoint PixelOf(const QPointF& position) {
 StrokePlayer::StrokePlayer(BaseNode& node, const QString& camera)
     : m_node(node)
     , m_camera(camera)
-    , m_activeTool(Settings::activeTool)
-    , m_activeColor(Settings::activeColor)
-    , m_tabletEraserEnabled(Settings::tabletEraserEnabled) {}
-
-StrokePlayer::~StrokePlayer() {
-    Settings::activeTool = m_activeTool;
-    Settings::activeColor = m_activeColor;
-    Settings::tabletEraserEnabled = m_tabletEraserEnabled;
-}
+    , m_restoreSettings([tool = Settings::activeTool, color = Settings::activeColor,
+                         eraser = Settings::tabletEraserEnabled] {
+        Settings::activeTool = tool;
+        Settings::activeColor = color;
+        Settings::tabletEraserEnabled = eraser;
+    }) {}
 
 bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& commits) {
     ActiveLayers before;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/LayerState.h"
+#include "paint/NonCopyable.h"
 
 #include <maya/MTime.h>
 
@@ -19,11 +20,9 @@ using FrameList = std::vector<std::unique_ptr<Frame>>;
 
 /// An ordered list of keyed frames. At any time a layer shows the last frame keyed at or before it. Times are
 /// whole frames in the host's current time unit; no two frames share one.
-class Layer {
+class Layer : private NonCopyable {
 public:
     Layer();
-    Layer(const Layer&) = delete;
-    Layer& operator=(const Layer&) = delete;
     ~Layer();
 
     void SetName(const QString& name);

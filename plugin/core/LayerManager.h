@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/LayerState.h"
+#include "paint/NonCopyable.h"
 
 #include <maya/MTime.h>
 
@@ -27,11 +28,9 @@ struct Stroke;
 /// The whole drawing of one scene node: for every camera a stack of layers (index 0 at the bottom) with one
 /// active layer, the stroke being drawn, and the composed image of each camera. Cameras go by the names of
 /// their transforms; an unknown one is an empty stack. Refusals are silent: null, -1 or false.
-class LayerManager {
+class LayerManager : private NonCopyable {
 public:
     LayerManager();
-    LayerManager(const LayerManager&) = delete;
-    LayerManager& operator=(const LayerManager&) = delete;
     ~LayerManager();
 
     /// The master's layers fill the layer manager panel.

@@ -3,7 +3,7 @@
 #include "paint/BrushGrid.h"
 #include "paint/PixelView.h"
 #include "paint/SegmentClip.h"
-#include "paint/StrokePoint.h"
+#include "paint/Stroke.h"
 
 #include <QRect>
 

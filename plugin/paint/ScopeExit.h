@@ -1,20 +1,11 @@
 #pragma once
 
+#include "paint/NonCopyable.h"
+
 #include <functional>
 #include <utility>
 
 namespace vellix {
-
-/// Base of what is neither copied nor moved.
-class NonCopyable {
-public:
-    NonCopyable(const NonCopyable&) = delete;
-    NonCopyable& operator=(const NonCopyable&) = delete;
-
-protected:
-    NonCopyable() = default;
-    ~NonCopyable() = default;
-};
 
 /// Calls a function when the scope ends, however it ends.
 class ScopeExit : private NonCopyable {

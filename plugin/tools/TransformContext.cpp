@@ -240,23 +240,23 @@ void TransformContext::CancelStroke() {
 
 MStatus TransformContext::doPress(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                                   const MHWRender::MFrameContext&) {
-    m_outline.SetDrawManager(&drawManager);
-    const ScopeExit ended([this] { m_outline.SetDrawManager(nullptr); });
-    return doPress(event);
+    return Handle(&TransformContext::doPress, event, drawManager);
 }
 
 MStatus TransformContext::doRelease(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                                     const MHWRender::MFrameContext&) {
-    m_outline.SetDrawManager(&drawManager);
-    const ScopeExit ended([this] { m_outline.SetDrawManager(nullptr); });
-    return doRelease(event);
+    return Handle(&TransformContext::doRelease, event, drawManager);
 }
 
 MStatus TransformContext::doDrag(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                                  const MHWRender::MFrameContext&) {
+    return Handle(&TransformContext::doDrag, event, drawManager);
+}
+
+MStatus TransformContext::Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
     m_outline.SetDrawManager(&drawManager);
     const ScopeExit ended([this] { m_outline.SetDrawManager(nullptr); });
-    return doDrag(event);
+    return (this->*form)(event);
 }
 
 MStatus TransformContext::doPress(MEvent& event) {

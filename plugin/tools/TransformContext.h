@@ -1,6 +1,7 @@
 #pragma once
 
 #include "node/LegacyOutline.h"
+#include "paint/NonCopyable.h"
 #include "tools/TransformClipboard.h"
 #include "tools/TransformContextInputHandler.h"
 #include "tools/TransformOutline.h"
@@ -26,13 +27,11 @@ class BaseNode;
 ///
 /// The work is done by the selection, the transformation, the clipboard and the outline; the context leads
 /// them through the stages.
-class TransformContext : public MPxContext, private LegacyOutline {
+class TransformContext : public MPxContext, private LegacyOutline, private NonCopyable {
 public:
     enum Stage : int { SELECT_STAGE = 0, TRANSFORM_STAGE = 1 };
 
     TransformContext();
-    TransformContext(const TransformContext&) = delete;
-    TransformContext& operator=(const TransformContext&) = delete;
     ~TransformContext() override;
 
     void toolOnSetup(MEvent& event) override;
@@ -100,6 +99,11 @@ public:
     void DrawSelectionOutline(int x0, int y0, int x1, int y1, int x2, int y2, int x3, int y3);
 
 private:
+    using Form = MStatus (TransformContext::*)(MEvent&);
+
+    /// Handles an event of Viewport 2.0 as one of the legacy viewport, with a draw manager at hand.
+    MStatus Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager);
+
     void OnViewDrawn(const M3dView& view) override;
     static void OnSceneChanged(void* context);
     static void OnUndoRedo(void* context);
