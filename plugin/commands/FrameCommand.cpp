@@ -16,6 +16,7 @@
 #include <maya/MStringArray.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace vellix {
 
@@ -216,7 +217,7 @@ MStatus FrameCommand::PlanInsert() {
 /// A camera without layers gets its first one. Made once: a redo gives the same layer back.
 bool FrameCommand::PrepareLayer() {
     if (m_createdLayer) {
-        return m_node->InsertLayer(m_camera, m_layerIndex, m_createdLayer.release()) >= 0;
+        return m_node->InsertLayer(m_camera, m_layerIndex, std::move(m_createdLayer)) >= 0;
     }
     if (m_hasRun || m_node->LayerCount(m_camera) > 0) {
         return true;
@@ -230,7 +231,7 @@ bool FrameCommand::PrepareLayer() {
 MStatus FrameCommand::InsertFrameUndo() {
     MStatus undone = ExchangeUndo();
     if (m_layerCreated) {
-        m_createdLayer.reset(m_node->RemoveLayer(m_camera, m_layerIndex));
+        m_createdLayer = m_node->RemoveLayer(m_camera, m_layerIndex);
         m_before.Restore(*m_node);
     }
     return undone;
@@ -250,7 +251,7 @@ MStatus FrameCommand::PlanDuplicate() {
     if (!previous) {
         return MS::kFailure;
     }
-    std::unique_ptr<Frame> copy(new Frame(*previous));
+    auto copy = std::make_unique<Frame>(*previous);
     copy->SetTimeValue(MayaUtil::GetPlaybackTimeValue());
     m_exchange.Put(std::move(copy));
     return MS::kSuccess;
@@ -318,7 +319,7 @@ MStatus FrameCommand::PlanPaste() {
         if (!IsWholeFrame(time)) {
             return RefuseEdit(QString("Paste Failed. Time %1 is out of range").arg(time));
         }
-        std::unique_ptr<Frame> copy(new Frame(*frame));
+        auto copy = std::make_unique<Frame>(*frame);
         copy->SetTimeValue(int(time));
         times.push_back(int(time));
         m_exchange.Put(std::move(copy));
