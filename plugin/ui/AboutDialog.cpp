@@ -100,7 +100,7 @@ QLayout* AboutDialog::CreateTitle() {
     texts->addWidget(new QLabel(QStringLiteral("Version %1").arg(Settings::VERSION_STRING)));
     auto* row = new QHBoxLayout;
     row->setSpacing(SPACING);
-    row->addWidget(new IconView(Icon::Brush, ICON_SIDE));
+    row->addWidget(new IconView(ToolType::Brush, ICON_SIDE));
     row->addLayout(texts, 1);
     return row;
 }
