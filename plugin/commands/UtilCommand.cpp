@@ -3,8 +3,10 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/ToolOptions.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "paint/ToolTable.h"
 #include "paint/ToolType.h"
 
 #include <maya/MArgDatabase.h>
@@ -17,7 +19,7 @@
 #include <QMessageBox>
 
 #include <array>
-#include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace vellix {
@@ -46,77 +48,93 @@ void UpdateMainMenu() {
 } // namespace
 
 // The first flag of the table that is given is the one that is done.
-const UtilCommand::Operation UtilCommand::OPERATIONS[] = {
-    {"-d", "-draw", "", [](Util&) { return ActivateDrawContext(); }, nullptr},
-    {"-t", "-transform", "", [](Util&) { return ActivateTransformContext(); }, nullptr},
-    {"-dc", "-drawColor", "uuu", [](Util& util) { return util.SetActiveColor(); },
-     [](Util&) { return Answer(Settings::activeColor); }},
-    {"-pt", "-pencilTool", "", [](Util&) { return SetActiveTool(ToolType::Pencil); }, nullptr},
-    {"-bt", "-brushTool", "", [](Util&) { return SetActiveTool(ToolType::Brush); }, nullptr},
-    {"-et", "-eraserTool", "", [](Util&) { return SetActiveTool(ToolType::Eraser); }, nullptr},
-    {"-lt", "-lineTool", "", [](Util&) { return SetActiveTool(ToolType::Line); }, nullptr},
-    {"-at", "-arrowTool", "", [](Util&) { return SetActiveTool(ToolType::Arrow); }, nullptr},
-    {"-elt", "-ellipseTool", "", [](Util&) { return SetActiveTool(ToolType::Ellipse); }, nullptr},
-    {"-rt", "-rectangleTool", "", [](Util&) { return SetActiveTool(ToolType::Rectangle); }, nullptr},
-    {"-tt", "-textTool", "", [](Util&) { return SetActiveTool(ToolType::Text); }, nullptr},
-    {"-po", "-pencilOptions", "uuu", [](Util& util) { return util.SetPencilOptions(); }, nullptr},
-    {"-bo", "-brushOptions", "uuuu",
-     [](Util& util) { return util.SetHardOptions(ToolType::Brush, Settings::brushTabletEnabled); }, nullptr},
-    {"-eo", "-eraserOptions", "uuuu",
-     [](Util& util) { return util.SetHardOptions(ToolType::Eraser, Settings::eraserTabletEnabled); },
-     nullptr},
-    {"-txo", "-textOptions", "uus", [](Util& util) { return util.SetTextOptions(); }, nullptr},
-    {"-lo", "-lineOptions", "uu", [](Util& util) { return util.SetOptions(ToolType::Line); }, nullptr},
-    {"-ao", "-arrowOptions", "uu", [](Util& util) { return util.SetOptions(ToolType::Arrow); }, nullptr},
-    {"-elo", "-ellipseOptions", "uu", [](Util& util) { return util.SetOptions(ToolType::Ellipse); }, nullptr},
-    {"-ro", "-rectangleOptions", "uu", [](Util& util) { return util.SetOptions(ToolType::Rectangle); },
-     nullptr},
-    {"-gp", "-ghostPrevious", "i", [](Util& util) { return util.SwitchGhosts(Settings::ghostPrev); },
-     [](Util&) { return Answer(Settings::ghostPrev); }},
-    {"-gn", "-ghostNext", "i", [](Util& util) { return util.SwitchGhosts(Settings::ghostNext); },
-     [](Util&) { return Answer(Settings::ghostNext); }},
-    {"-gpc", "-ghostPreviousCount", "u",
-     [](Util& util) { return util.SetGhostCount(Settings::ghostPrevCount); },
-     [](Util&) { return Answer(Settings::ghostPrevCount); }},
-    {"-gnc", "-ghostNextCount", "u", [](Util& util) { return util.SetGhostCount(Settings::ghostNextCount); },
-     [](Util&) { return Answer(Settings::ghostNextCount); }},
-    {"-gco", "-ghostColorOverride", "u", [](Util& util) { return util.SetGhostColorOverride(); },
-     [](Util&) { return Answer(Settings::ghostColorOverride); }},
-    {"-gcp", "-ghostColorPrevious", "uuu",
-     [](Util& util) { return util.SetGhostColor(Settings::ghostColorOverridePrev); },
-     [](Util&) { return Answer(Settings::ghostColorOverridePrev); }},
-    {"-gcn", "-ghostColorNext", "uuu",
-     [](Util& util) { return util.SetGhostColor(Settings::ghostColorOverrideNext); },
-     [](Util&) { return Answer(Settings::ghostColorOverrideNext); }},
-    {"-tfd", "-timelineFrameDisplay", "u", [](Util& util) { return util.SetTimelineFrameDisplay(); },
-     [](Util&) { return Answer(Settings::timelineFrameDisplay); }},
-    {"-rtd", "-refreshTimelineDisplay", "", [](Util&) { return RefreshTimelineDisplay(); }, nullptr},
-    {"-fv", "-floatingViewport", "", [](Util&) { return CreateFloatingViewport(); }, nullptr},
-    {"-fvm", "-floatingViewportMove", "s", [](Util& util) { return util.MoveToFloatingViewport(); }, nullptr},
-    {"-lm", "-layerManager", "", [](Util&) { return ShowLayerManager(); }, nullptr},
-    {"-rlm", "-refreshLayerManager", "", [](Util&) { return RefreshLayerManager(); }, nullptr},
-    {"-tb", "-toolbox", "", [](Util&) { return ShowPanel("toolbox", DialogManager::GetToolboxDialog); },
-     nullptr},
-    {"-to", "-toolOptions", "",
-     [](Util&) { return ShowPanel("tool options panel", DialogManager::GetToolOptionsDialog); }, nullptr},
-    {"-rtb", "-refreshToolbox", "", [](Util&) { return RefreshToolbox(); }, nullptr},
-    {"-cp", "colorPalette", "",
-     [](Util&) { return ShowPanel("color palette", DialogManager::GetColorPaletteDialog); }, nullptr},
-    {"-rtt", "retimingTool", "",
-     [](Util&) { return ShowPanel("retiming tool", DialogManager::GetRetimingDialog); }, nullptr},
-    {"-nl", "-newLayer", "",
-     [](Util&) { return ShowDialog("new layer dialog", DialogManager::ShowNewLayerDialog); }, nullptr},
-    {"-lp", "-layerProperties", "", [](Util&) { return ShowLayerProperties(); }, nullptr},
-    {"-gs", "-ghostingSettings", "",
-     [](Util&) { return ShowDialog("ghosting dialog", DialogManager::ShowGhostingDialog); }, nullptr},
-    {"-tvi", "-tavloImport", "",
-     [](Util&) { return Logger::Warning("Importing from Tavlo is not done yet."), MStatus(); }, nullptr},
-    {"-rui", "-resetUI", "", [](Util&) { return ResetPanels(); }, nullptr},
-    {"-pr", "-preferences", "",
-     [](Util&) { return ShowDialog("preferences dialog", DialogManager::ShowPreferencesDialog); }, nullptr},
-    {"-ab", "-about", "", [](Util&) { return ShowDialog("about box", DialogManager::ShowAboutDialog); },
-     nullptr},
-};
+const std::vector<UtilCommand::Operation>& UtilCommand::Operations() {
+    static const std::vector<Operation> operations = [] {
+        std::vector<Operation> all = {
+            {"-d", "-draw", "", [](Util&) { return ActivateDrawContext(); }, nullptr},
+            {"-t", "-transform", "", [](Util&) { return ActivateTransformContext(); }, nullptr},
+            {"-dc", "-drawColor", "uuu", [](Util& util) { return util.SetActiveColor(); },
+             [](Util&) { return Answer(Settings::activeColor); }},
+        };
+        AddTools(all);
+        const Operation others[] = {
+            {"-gp", "-ghostPrevious", "i", [](Util& util) { return util.SwitchGhosts(Settings::ghostPrev); },
+             [](Util&) { return Answer(Settings::ghostPrev); }},
+            {"-gn", "-ghostNext", "i", [](Util& util) { return util.SwitchGhosts(Settings::ghostNext); },
+             [](Util&) { return Answer(Settings::ghostNext); }},
+            {"-gpc", "-ghostPreviousCount", "u",
+             [](Util& util) { return util.SetGhostCount(Settings::ghostPrevCount); },
+             [](Util&) { return Answer(Settings::ghostPrevCount); }},
+            {"-gnc", "-ghostNextCount", "u",
+             [](Util& util) { return util.SetGhostCount(Settings::ghostNextCount); },
+             [](Util&) { return Answer(Settings::ghostNextCount); }},
+            {"-gco", "-ghostColorOverride", "u", [](Util& util) { return util.SetGhostColorOverride(); },
+             [](Util&) { return Answer(Settings::ghostColorOverride); }},
+            {"-gcp", "-ghostColorPrevious", "uuu",
+             [](Util& util) { return util.SetGhostColor(Settings::ghostColorOverridePrev); },
+             [](Util&) { return Answer(Settings::ghostColorOverridePrev); }},
+            {"-gcn", "-ghostColorNext", "uuu",
+             [](Util& util) { return util.SetGhostColor(Settings::ghostColorOverrideNext); },
+             [](Util&) { return Answer(Settings::ghostColorOverrideNext); }},
+            {"-tfd", "-timelineFrameDisplay", "u", [](Util& util) { return util.SetTimelineFrameDisplay(); },
+             [](Util&) { return Answer(Settings::timelineFrameDisplay); }},
+            {"-rtd", "-refreshTimelineDisplay", "", [](Util&) { return RefreshTimelineDisplay(); }, nullptr},
+            {"-fv", "-floatingViewport", "", [](Util&) { return CreateFloatingViewport(); }, nullptr},
+            {"-fvm", "-floatingViewportMove", "s", [](Util& util) { return util.MoveToFloatingViewport(); },
+             nullptr},
+            {"-lm", "-layerManager", "", [](Util&) { return ShowLayerManager(); }, nullptr},
+            {"-rlm", "-refreshLayerManager", "", [](Util&) { return RefreshLayerManager(); }, nullptr},
+            {"-tb", "-toolbox", "",
+             [](Util&) { return ShowPanel("toolbox", DialogManager::GetToolboxDialog); }, nullptr},
+            {"-to", "-toolOptions", "",
+             [](Util&) { return ShowPanel("tool options panel", DialogManager::GetToolOptionsDialog); },
+             nullptr},
+            {"-rtb", "-refreshToolbox", "", [](Util&) { return RefreshToolbox(); }, nullptr},
+            {"-cp", "colorPalette", "",
+             [](Util&) { return ShowPanel("color palette", DialogManager::GetColorPaletteDialog); }, nullptr},
+            {"-rtt", "retimingTool", "",
+             [](Util&) { return ShowPanel("retiming tool", DialogManager::GetRetimingDialog); }, nullptr},
+            {"-nl", "-newLayer", "",
+             [](Util&) { return ShowDialog("new layer dialog", DialogManager::ShowNewLayerDialog); },
+             nullptr},
+            {"-lp", "-layerProperties", "", [](Util&) { return ShowLayerProperties(); }, nullptr},
+            {"-gs", "-ghostingSettings", "",
+             [](Util&) { return ShowDialog("ghosting dialog", DialogManager::ShowGhostingDialog); }, nullptr},
+            {"-tvi", "-tavloImport", "",
+             [](Util&) { return Logger::Warning("Importing from Tavlo is not done yet."), MStatus(); },
+             nullptr},
+            {"-rui", "-resetUI", "", [](Util&) { return ResetPanels(); }, nullptr},
+            {"-pr", "-preferences", "",
+             [](Util&) { return ShowDialog("preferences dialog", DialogManager::ShowPreferencesDialog); },
+             nullptr},
+            {"-ab", "-about", "",
+             [](Util&) { return ShowDialog("about box", DialogManager::ShowAboutDialog); }, nullptr},
+        };
+        all.insert(all.end(), std::begin(others), std::end(others));
+        return all;
+    }();
+    return operations;
+}
+
+// Where several tools are given, text gives way to the others.
+void UtilCommand::AddTools(std::vector<Operation>& operations) {
+    for (const ToolKind kind : {ToolKind::Freehand, ToolKind::Shape, ToolKind::Text}) {
+        for (const ToolRow& tool : AllTools()) {
+            if (tool.kind == kind) {
+                operations.push_back({tool.shortToolFlag, tool.toolFlag, "",
+                                      [&tool](Util&) { return SetActiveTool(tool.type); }, nullptr});
+            }
+        }
+    }
+    for (const ToolRow& tool : AllTools()) {
+        std::string arguments = "uu";
+        arguments += tool.Has(ToolRow::HARDNESS) ? "u" : "";
+        arguments += tool.Has(ToolRow::PRESSURE) ? "u" : "";
+        arguments += tool.kind == ToolKind::Text ? "s" : "";
+        operations.push_back({tool.shortOptionsFlag, tool.optionsFlag, arguments,
+                              [&tool](Util& util) { return util.SetOptions(tool); }, nullptr});
+    }
+}
 
 void* UtilCommand::Creator() {
     return new UtilCommand();
@@ -130,7 +148,7 @@ MSyntax UtilCommand::CommandSyntax() {
     MSyntax syntax;
     syntax.enableQuery(true);
     syntax.enableEdit(true);
-    for (const Operation& operation : OPERATIONS) {
+    for (const Operation& operation : Operations()) {
         std::array<MSyntax::MArgType, 4> types;
         types.fill(MSyntax::kNoArg);
         for (size_t i = 0; operation.arguments[i] != '\0'; ++i) {
@@ -148,7 +166,7 @@ MStatus UtilCommand::doIt(const MArgList& args) {
     if (!status) {
         return status;
     }
-    for (const Operation& operation : OPERATIONS) {
+    for (const Operation& operation : Operations()) {
         if (arguments.isFlagSet(operation.shortName)) {
             return Run(operation, arguments);
         }
@@ -170,7 +188,7 @@ MStatus UtilCommand::Run(const Operation& operation, const MArgDatabase& argumen
 
 /// False when an argument is not there: in a query there are none.
 bool UtilCommand::Read(const Operation& operation, const MArgDatabase& arguments) {
-    const auto count = static_cast<unsigned int>(std::strlen(operation.arguments));
+    const auto count = static_cast<unsigned int>(operation.arguments.size());
     for (unsigned int i = 0; i < count; ++i) {
         MStatus status;
         MString text;
@@ -239,27 +257,23 @@ MStatus UtilCommand::SetActiveTool(ToolType tool) {
     return status;
 }
 
-MStatus UtilCommand::SetOptions(ToolType tool) const {
-    Settings::SetToolSize(tool, ToInt(m_values[0]));
-    Settings::SetToolOpacity(tool, ToInt(m_values[1]));
+MStatus UtilCommand::SetOptions(const ToolRow& tool) const {
+    ToolOptions options = Settings::GetToolOptions(tool.type);
+    const unsigned int* value = m_values;
+    options.size = ToInt(*value++);
+    options.opacity = ToInt(*value++);
+    if (tool.Has(ToolRow::HARDNESS)) {
+        options.hardness = ToInt(*value++);
+    }
+    if (tool.Has(ToolRow::PRESSURE)) {
+        options.tabletEnabled = *value != 0;
+    }
+    if (tool.kind == ToolKind::Text) {
+        options.fontFamily = m_text;
+    }
+    Settings::SetToolOptions(tool.type, options);
     DialogManager::RefreshToolOptions();
     return MS::kSuccess;
-}
-
-MStatus UtilCommand::SetHardOptions(ToolType tool, bool& tabletEnabled) const {
-    Settings::SetToolHardness(tool, ToInt(m_values[2]));
-    tabletEnabled = m_values[3] != 0;
-    return SetOptions(tool);
-}
-
-MStatus UtilCommand::SetPencilOptions() const {
-    Settings::pencilTabletEnabled = m_values[2] != 0;
-    return SetOptions(ToolType::Pencil);
-}
-
-MStatus UtilCommand::SetTextOptions() const {
-    Settings::textFontFamily = m_text;
-    return SetOptions(ToolType::Text);
 }
 
 // --- colours and ghosts -----------------------------------------------------------------------------------

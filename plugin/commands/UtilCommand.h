@@ -8,12 +8,17 @@
 
 #include <QString>
 
+#include <functional>
+#include <string>
+#include <vector>
+
 class QColor;
 class QWidget;
 
 namespace vellix {
 
 enum class ToolType : qint32;
+struct ToolRow;
 
 /// "qmVellixUtil": everything that is not an edit of the drawing. It chooses the tool, its options and the
 /// active colour, says what is ghosted and where the frame marks are shown, and opens and refreshes the
@@ -28,18 +33,19 @@ public:
     bool isUndoable() const override { return false; }
 
 private:
-    using Action = MStatus (*)(UtilCommand& command);
+    using Action = std::function<MStatus(UtilCommand& command)>;
 
     /// One row of the table of flags. `arguments` has a letter for each: u a whole number from 0, i a whole
     /// number, s a text. A flag with a query needs -edit to set and -query to ask.
     struct Operation {
         const char* shortName;
         const char* longName;
-        const char* arguments;
+        std::string arguments;
         Action run;
         Action query;
     };
-    static const Operation OPERATIONS[];
+    static const std::vector<Operation>& Operations();
+    static void AddTools(std::vector<Operation>& operations);
 
     MStatus Run(const Operation& operation, const MArgDatabase& arguments);
     bool Read(const Operation& operation, const MArgDatabase& arguments);
@@ -51,10 +57,7 @@ private:
     static MStatus ActivateTransformContext();
     static MStatus SetActiveTool(ToolType tool);
 
-    MStatus SetOptions(ToolType tool) const;
-    MStatus SetHardOptions(ToolType tool, bool& tabletEnabled) const;
-    MStatus SetPencilOptions() const;
-    MStatus SetTextOptions() const;
+    MStatus SetOptions(const ToolRow& tool) const;
 
     /// The colour of the three components; an error is logged, and false returned, when there is none.
     bool GetColor(QColor& color) const;

@@ -3,6 +3,7 @@
 #include "core/Frame.h"
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
+#include "paint/ToolTable.h"
 
 #include <QPainter>
 
@@ -15,12 +16,11 @@ namespace {
 constexpr int FARTHEST_SELECTION = 4 * IMAGE_WIDTH;
 
 bool IsFreehand(ToolType tool) {
-    return tool == ToolType::Pencil || tool == ToolType::Brush || tool == ToolType::Eraser;
+    return KindOf(tool) == ToolKind::Freehand;
 }
 
 bool IsDrawnWhole(ToolType tool) {
-    return tool == ToolType::Text || tool == ToolType::Line || tool == ToolType::Arrow ||
-           tool == ToolType::Ellipse || tool == ToolType::Rectangle;
+    return KindOf(tool) == ToolKind::Shape || KindOf(tool) == ToolKind::Text;
 }
 
 } // namespace

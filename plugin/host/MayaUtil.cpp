@@ -3,7 +3,7 @@
 #include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/Settings.h"
-#include "paint/ToolType.h"
+#include "paint/ToolTable.h"
 
 #include <maya/M3dView.h>
 #include <maya/MAnimControl.h>
@@ -138,6 +138,29 @@ QString MayaUtil::EscapeString(const QString& text) {
     return escaped;
 }
 
+namespace {
+
+/// A line of the script with the label of a tool stands there once for every tool.
+QString ForEachTool(const QString& script) {
+    QStringList lines;
+    for (const QString& line : script.split(QLatin1Char('\n'))) {
+        if (!line.contains(QLatin1String("{TOOL_LABEL}"))) {
+            lines.append(line);
+            continue;
+        }
+        for (const ToolRow& tool : AllTools()) {
+            lines.append(
+                QString(line)
+                    .replace(QLatin1String("{TOOL_LABEL}"), QLatin1String(tool.label))
+                    .replace(QLatin1String("{TOOL_FLAG}"), QLatin1String(tool.toolFlag))
+                    .replace(QLatin1String("{TOOL_NUMBER}"), QString::number(static_cast<int>(tool.type))));
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
 bool MayaUtil::SourceScripts() {
     QFile file(QStringLiteral(":/scripts/Vellix.mel"));
     if (!file.open(QIODevice::ReadOnly)) {
@@ -173,7 +196,7 @@ QString MayaUtil::ParseScript(const QString& text) {
         {"{FUNC_DELETE_ALL_NODES}", Settings::DELETE_ALL_NODES_FUNC},
         {"{NODE_TYPE_NAME}", QString::fromLatin1(Settings::NODE_TYPE_NAME)},
     };
-    QString parsed = text;
+    QString parsed = ForEachTool(text);
     for (const Placeholder& placeholder : placeholders) {
         parsed.replace(QLatin1String(placeholder.token), placeholder.value, Qt::CaseSensitive);
     }

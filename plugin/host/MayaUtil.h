@@ -16,6 +16,8 @@ class QWidget;
 namespace vellix {
 
 enum class LayerState : qint32;
+enum class ToolType : qint32;
+struct ToolOptions;
 
 /// The way to the host: builds and executes every MEL line of the plug-in, carries the menu script, and
 /// answers small questions about the host. Main thread only. Operations that execute a line return whether it
@@ -79,6 +81,9 @@ public:
     static bool Draw();
     static bool ActivateTransformTool();
     static bool SetTool(const QString& flag);
+    /// Takes up a drawing tool, or sets all of its options; false for another tool.
+    static bool SetTool(ToolType tool);
+    static bool SetToolOptions(ToolType tool, const ToolOptions& options);
     static bool SetPencilTool();
     static bool SetBrushTool();
     static bool SetEraserTool();

@@ -2,7 +2,8 @@
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
-#include "paint/ToolType.h"
+#include "host/ToolOptions.h"
+#include "paint/ToolTable.h"
 
 #include <maya/MGlobal.h>
 #include <maya/MQtUtil.h>
@@ -211,70 +212,91 @@ bool MayaUtil::SetTool(const QString& flag) {
     return UtilLine({flag});
 }
 
+bool MayaUtil::SetTool(ToolType tool) {
+    const ToolRow* const row = FindTool(tool);
+    return row != nullptr && SetTool(QLatin1String(row->toolFlag));
+}
+
+bool MayaUtil::SetToolOptions(ToolType tool, const ToolOptions& options) {
+    const ToolRow* const row = FindTool(tool);
+    if (row == nullptr) {
+        return false;
+    }
+    QStringList arguments = {QLatin1String(row->optionsFlag), Number(options.size), Number(options.opacity)};
+    if (row->Has(ToolRow::HARDNESS)) {
+        arguments << Number(options.hardness);
+    }
+    if (row->Has(ToolRow::PRESSURE)) {
+        arguments << Number(options.tabletEnabled);
+    }
+    if (row->kind == ToolKind::Text) {
+        arguments << Quoted(options.fontFamily);
+    }
+    return UtilLine(arguments);
+}
+
 bool MayaUtil::SetPencilTool() {
-    return SetTool(QStringLiteral("-pencilTool"));
+    return SetTool(ToolType::Pencil);
 }
 
 bool MayaUtil::SetBrushTool() {
-    return SetTool(QStringLiteral("-brushTool"));
+    return SetTool(ToolType::Brush);
 }
 
 bool MayaUtil::SetEraserTool() {
-    return SetTool(QStringLiteral("-eraserTool"));
+    return SetTool(ToolType::Eraser);
 }
 
 bool MayaUtil::SetTextTool() {
-    return SetTool(QStringLiteral("-textTool"));
+    return SetTool(ToolType::Text);
 }
 
 bool MayaUtil::SetLineTool() {
-    return SetTool(QStringLiteral("-lineTool"));
+    return SetTool(ToolType::Line);
 }
 
 bool MayaUtil::SetArrowTool() {
-    return SetTool(QStringLiteral("-arrowTool"));
+    return SetTool(ToolType::Arrow);
 }
 
 bool MayaUtil::SetEllipseTool() {
-    return SetTool(QStringLiteral("-ellipseTool"));
+    return SetTool(ToolType::Ellipse);
 }
 
 bool MayaUtil::SetRectangleTool() {
-    return SetTool(QStringLiteral("-rectangleTool"));
+    return SetTool(ToolType::Rectangle);
 }
 
 bool MayaUtil::SetPencilOptions(int size, int opacity, bool tablet) {
-    return UtilLine({QStringLiteral("-pencilOptions"), Number(size), Number(opacity), Number(tablet)});
+    return SetToolOptions(ToolType::Pencil, {size, opacity, 100, tablet, QString()});
 }
 
 bool MayaUtil::SetBrushOptions(int size, int opacity, int hardness, bool tablet) {
-    return UtilLine(
-        {QStringLiteral("-brushOptions"), Number(size), Number(opacity), Number(hardness), Number(tablet)});
+    return SetToolOptions(ToolType::Brush, {size, opacity, hardness, tablet, QString()});
 }
 
 bool MayaUtil::SetEraserOptions(int size, int opacity, int hardness, bool tablet) {
-    return UtilLine(
-        {QStringLiteral("-eraserOptions"), Number(size), Number(opacity), Number(hardness), Number(tablet)});
+    return SetToolOptions(ToolType::Eraser, {size, opacity, hardness, tablet, QString()});
 }
 
 bool MayaUtil::SetTextOptions(int size, int opacity, const QString& fontFamily) {
-    return UtilLine({QStringLiteral("-textOptions"), Number(size), Number(opacity), Quoted(fontFamily)});
+    return SetToolOptions(ToolType::Text, {size, opacity, 100, false, fontFamily});
 }
 
 bool MayaUtil::SetLineOptions(int size, int opacity) {
-    return UtilLine({QStringLiteral("-lineOptions"), Number(size), Number(opacity)});
+    return SetToolOptions(ToolType::Line, {size, opacity, 100, false, QString()});
 }
 
 bool MayaUtil::SetArrowOptions(int size, int opacity) {
-    return UtilLine({QStringLiteral("-arrowOptions"), Number(size), Number(opacity)});
+    return SetToolOptions(ToolType::Arrow, {size, opacity, 100, false, QString()});
 }
 
 bool MayaUtil::SetEllipseOptions(int size, int opacity) {
-    return UtilLine({QStringLiteral("-ellipseOptions"), Number(size), Number(opacity)});
+    return SetToolOptions(ToolType::Ellipse, {size, opacity, 100, false, QString()});
 }
 
 bool MayaUtil::SetRectangleOptions(int size, int opacity) {
-    return UtilLine({QStringLiteral("-rectangleOptions"), Number(size), Number(opacity)});
+    return SetToolOptions(ToolType::Rectangle, {size, opacity, 100, false, QString()});
 }
 
 bool MayaUtil::SetActiveColor(const QColor& color) {

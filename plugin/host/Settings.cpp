@@ -2,15 +2,42 @@
 
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
+#include "host/Setting.h"
 #include "host/SettingsFile.h"
-#include "paint/ToolType.h"
+#include "host/ToolOptions.h"
+#include "paint/ToolTable.h"
 
 #include <QFileInfo>
 #include <QFont>
 #include <QSettings>
 #include <QStringList>
 
+#include <map>
+#include <vector>
+
 namespace vellix {
+
+namespace {
+
+ToolOptions DefaultOptions(const ToolRow& tool) {
+    return {tool.defaultSize, 100, 100, tool.Has(ToolRow::PRESSURE_ON), QString()};
+}
+
+std::map<ToolType, ToolOptions> DefaultOptions() {
+    std::map<ToolType, ToolOptions> options;
+    for (const ToolRow& tool : AllTools()) {
+        options[tool.type] = DefaultOptions(tool);
+    }
+    return options;
+}
+
+std::map<ToolType, ToolOptions> toolOptions = DefaultOptions();
+
+ToolOptions& OptionsOf(ToolType tool) {
+    return toolOptions.at(tool);
+}
+
+} // namespace
 
 // These texts are made at run time and not QStringLiteral: the settings are among what Qt keeps in its own
 // caches beyond the unloading of this library, where a literal's bytes would be gone.
@@ -49,14 +76,14 @@ const QString Settings::DELETE_ACTIVE_CAMERA_LAYERS_FUNC =
     QString::fromLatin1("qmVxDeleteActiveCameraLayers");
 const QString Settings::DELETE_ALL_NODES_FUNC = QString::fromLatin1("qmVxDeleteAllNodes");
 
-const int Settings::MAX_PENCIL_SIZE;
-const int Settings::MAX_BRUSH_SIZE;
-const int Settings::MAX_ERASER_SIZE;
-const int Settings::MAX_TEXT_SIZE;
-const int Settings::MAX_LINE_SIZE;
-const int Settings::MAX_ARROW_SIZE;
-const int Settings::MAX_ELLIPSE_SIZE;
-const int Settings::MAX_RECTANGLE_SIZE;
+const int Settings::MAX_PENCIL_SIZE = FindTool(ToolType::Pencil)->maximumSize;
+const int Settings::MAX_BRUSH_SIZE = FindTool(ToolType::Brush)->maximumSize;
+const int Settings::MAX_ERASER_SIZE = FindTool(ToolType::Eraser)->maximumSize;
+const int Settings::MAX_TEXT_SIZE = FindTool(ToolType::Text)->maximumSize;
+const int Settings::MAX_LINE_SIZE = FindTool(ToolType::Line)->maximumSize;
+const int Settings::MAX_ARROW_SIZE = FindTool(ToolType::Arrow)->maximumSize;
+const int Settings::MAX_ELLIPSE_SIZE = FindTool(ToolType::Ellipse)->maximumSize;
+const int Settings::MAX_RECTANGLE_SIZE = FindTool(ToolType::Rectangle)->maximumSize;
 const int Settings::MIN_GHOSTED_FRAMES;
 const int Settings::MAX_GHOSTED_FRAMES;
 const int Settings::DEFAULT_GHOSTED_FRAME_COUNT;
@@ -72,24 +99,24 @@ QByteArray Settings::retimingGeometry;
 
 ToolType Settings::activeTool = ToolType::Brush;
 QColor Settings::activeColor = Settings::DEFAULT_DRAW_COLOR;
-int Settings::pencilSize = 6;
-int Settings::pencilOpacity = 100;
-bool Settings::pencilTabletEnabled = false;
-int Settings::brushSize = 6;
-int Settings::brushOpacity = 100;
-bool Settings::brushTabletEnabled = true;
-int Settings::eraserSize = 40;
-QString Settings::textFontFamily;
-int Settings::textSize = 20;
-int Settings::textOpacity = 100;
-int Settings::lineSize = 6;
-int Settings::lineOpacity = 100;
-int Settings::arrowSize = 6;
-int Settings::arrowOpacity = 100;
-int Settings::ellipseSize = 6;
-int Settings::ellipseOpacity = 100;
-int Settings::rectangleSize = 6;
-int Settings::rectangleOpacity = 100;
+int& Settings::pencilSize = OptionsOf(ToolType::Pencil).size;
+int& Settings::pencilOpacity = OptionsOf(ToolType::Pencil).opacity;
+bool& Settings::pencilTabletEnabled = OptionsOf(ToolType::Pencil).tabletEnabled;
+int& Settings::brushSize = OptionsOf(ToolType::Brush).size;
+int& Settings::brushOpacity = OptionsOf(ToolType::Brush).opacity;
+bool& Settings::brushTabletEnabled = OptionsOf(ToolType::Brush).tabletEnabled;
+int& Settings::eraserSize = OptionsOf(ToolType::Eraser).size;
+QString& Settings::textFontFamily = OptionsOf(ToolType::Text).fontFamily;
+int& Settings::textSize = OptionsOf(ToolType::Text).size;
+int& Settings::textOpacity = OptionsOf(ToolType::Text).opacity;
+int& Settings::lineSize = OptionsOf(ToolType::Line).size;
+int& Settings::lineOpacity = OptionsOf(ToolType::Line).opacity;
+int& Settings::arrowSize = OptionsOf(ToolType::Arrow).size;
+int& Settings::arrowOpacity = OptionsOf(ToolType::Arrow).opacity;
+int& Settings::ellipseSize = OptionsOf(ToolType::Ellipse).size;
+int& Settings::ellipseOpacity = OptionsOf(ToolType::Ellipse).opacity;
+int& Settings::rectangleSize = OptionsOf(ToolType::Rectangle).size;
+int& Settings::rectangleOpacity = OptionsOf(ToolType::Rectangle).opacity;
 bool Settings::ghostPrev = false;
 bool Settings::ghostNext = false;
 int Settings::ghostPrevCount = Settings::DEFAULT_GHOSTED_FRAME_COUNT;
@@ -116,10 +143,10 @@ int Settings::defaultStaticFrameTime = Settings::DEFAULT_STATIC_FRAME_TIME;
 int Settings::timelineFrameDisplay = 0;
 QColor Settings::timelineFrameColor = Settings::DEFAULT_TIMELINE_FRAME_COLOR;
 
-int Settings::eraserOpacity = 100;
-int Settings::brushHardness = 100;
-int Settings::eraserHardness = 100;
-bool Settings::eraserTabletEnabled = false;
+int& Settings::eraserOpacity = OptionsOf(ToolType::Eraser).opacity;
+int& Settings::brushHardness = OptionsOf(ToolType::Brush).hardness;
+int& Settings::eraserHardness = OptionsOf(ToolType::Eraser).hardness;
+bool& Settings::eraserTabletEnabled = OptionsOf(ToolType::Eraser).tabletEnabled;
 bool Settings::excludeAsLocator = false;
 std::atomic<float> Settings::tabletPressure(1.0f);
 bool Settings::tabletEraserEnabled = false;
@@ -127,228 +154,150 @@ bool Settings::guiEnabled = false;
 
 namespace {
 
-/// The members of a tool; null where the tool has none.
-struct ToolMembers {
-    int* size;
-    int maximumSize;
-    int* opacity;
-};
+constexpr const char* TOOLS = "tools";
 
-ToolMembers FindTool(ToolType tool) {
-    switch (tool) {
-    case ToolType::Pencil:
-        return {&Settings::pencilSize, Settings::MAX_PENCIL_SIZE, &Settings::pencilOpacity};
-    case ToolType::Brush:
-        return {&Settings::brushSize, Settings::MAX_BRUSH_SIZE, &Settings::brushOpacity};
-    case ToolType::Eraser:
-        return {&Settings::eraserSize, Settings::MAX_ERASER_SIZE, &Settings::eraserOpacity};
-    case ToolType::Text:
-        return {&Settings::textSize, Settings::MAX_TEXT_SIZE, &Settings::textOpacity};
-    case ToolType::Line:
-        return {&Settings::lineSize, Settings::MAX_LINE_SIZE, &Settings::lineOpacity};
-    case ToolType::Arrow:
-        return {&Settings::arrowSize, Settings::MAX_ARROW_SIZE, &Settings::arrowOpacity};
-    case ToolType::Ellipse:
-        return {&Settings::ellipseSize, Settings::MAX_ELLIPSE_SIZE, &Settings::ellipseOpacity};
-    case ToolType::Rectangle:
-        return {&Settings::rectangleSize, Settings::MAX_RECTANGLE_SIZE, &Settings::rectangleOpacity};
-    case ToolType::Transform:
-        break;
+void AddTool(std::vector<Setting>& settings, const ToolRow& tool) {
+    constexpr const char* group = TOOLS;
+    const ToolType type = tool.type;
+    const QString word = QLatin1String(tool.word);
+    ToolOptions& options = OptionsOf(type);
+    if (tool.kind == ToolKind::Text) {
+        settings.push_back(Setting::Of(group, word + QLatin1String("FontFamily"), options.fontFamily));
     }
-    Logger::Error(QStringLiteral("Unknown tool type: %1").arg(static_cast<int>(tool)));
-    return {nullptr, 0, nullptr};
+    Setting size = Setting::Of(group, word + QLatin1String("Size"), options.size);
+    size.set = [type](const QVariant& value) { Settings::SetToolSize(type, value.toInt()); };
+    settings.push_back(size);
+    if (tool.Has(ToolRow::SESSION_OPTIONS)) {
+        return;
+    }
+    Setting opacity = Setting::Of(group, word + QLatin1String("Opacity"), options.opacity);
+    opacity.set = [type](const QVariant& value) { Settings::SetToolOpacity(type, value.toInt()); };
+    settings.push_back(opacity);
+    if (tool.Has(ToolRow::PRESSURE)) {
+        settings.push_back(Setting::Of(group, word + QLatin1String("TabletEnabled"), options.tabletEnabled));
+    }
 }
 
-/// One group of the file. A missing key gives what the reader names, else the member's own value.
-class Group {
-public:
-    Group(QSettings& file, const char* name)
-        : m_file(file) {
-        m_file.beginGroup(QLatin1String(name));
-    }
-    Group(const Group&) = delete;
-    Group& operator=(const Group&) = delete;
-    ~Group() { m_file.endGroup(); }
+Setting Version() {
+    return {"main", QLatin1String("version"), [] { return QVariant(Settings::CONFIG_FILE_VERSION); }, nullptr,
+            QVariant()};
+}
 
-    void Read(const char* key, bool& member) const { ReadWithDefault(key, member, member); }
-    void ReadWithDefault(const char* key, bool& member, bool missing) const {
-        member = Value(key, missing).toBool();
+Setting ActiveTool() {
+    const auto set = [](const QVariant& value) {
+        const auto tool = static_cast<ToolType>(value.toInt());
+        if (FindTool(tool) != nullptr || tool == ToolType::Transform) {
+            Settings::activeTool = tool;
+        }
+    };
+    return {TOOLS, QLatin1String("activeTool"),
+            [] { return QVariant(static_cast<int>(Settings::activeTool)); }, set, QVariant()};
+}
+
+using Missing = Setting::Missing;
+
+// One row a setting: its key, its member, what a missing key does and which values are taken. The rows stand
+// in the order of the file. They are made when the members have their first values, so that those are the
+// defaults.
+
+std::vector<Setting> MainSettings() {
+    constexpr const char* group = "main";
+    return {
+        Version(),
+        Setting::Of(group, "mainMenuName", Settings::mainMenuName, Missing::Resets),
+        Setting::Of(group, "toolboxGeometry", Settings::toolboxGeometry, Missing::Resets),
+        Setting::Of(group, "toolOptionsGeometry", Settings::toolOptionsGeometry, Missing::Resets),
+        Setting::Of(group, "layerManagerGeometry", Settings::layerManagerGeometry, Missing::Resets),
+        Setting::Of(group, "colorPaletteGeometry", Settings::colorPaletteGeometry, Missing::Resets),
+        Setting::Of(group, "retimingToolGeometry", Settings::retimingGeometry, Missing::Resets),
+    };
+}
+
+std::vector<Setting> ToolSettings() {
+    std::vector<Setting> settings = {
+        ActiveTool(), Setting::Of(TOOLS, "activeColor", Settings::activeColor, Missing::Resets)};
+    for (const ToolRow& tool : AllTools()) {
+        AddTool(settings, tool);
     }
-    void Read(const char* key, QString& member) const { member = Value(key, member).toString(); }
-    void Read(const char* key, QColor& member) const { ReadWithDefault(key, member, member); }
-    void ReadWithDefault(const char* key, QColor& member, const QColor& missing) const {
-        member = Value(key, missing).value<QColor>();
+    return settings;
+}
+
+std::vector<Setting> GhostSettings() {
+    constexpr const char* group = TOOLS;
+    const int least = Settings::MIN_GHOSTED_FRAMES;
+    const int most = Settings::MAX_GHOSTED_FRAMES;
+    return {
+        Setting::Of(group, "ghostPrev", Settings::ghostPrev, Missing::Resets),
+        Setting::Of(group, "ghostNext", Settings::ghostNext, Missing::Resets),
+        Setting::Count(group, "ghostPrevCount", Settings::ghostPrevCount, least, most),
+        Setting::Count(group, "ghostNextCount", Settings::ghostNextCount, least, most),
+        Setting::Of(group, "ghostColorOverride", Settings::ghostColorOverride),
+        Setting::Of(group, "ghostColorOverridePrev", Settings::ghostColorOverridePrev),
+        Setting::Of(group, "ghostColorOverrideNext", Settings::ghostColorOverrideNext),
+        Setting::Of(group, "retimeMoveToNextFrame", Settings::retimeMoveToNextFrame),
+    };
+}
+
+std::vector<Setting> PreferenceSettings() {
+    constexpr const char* group = "preferences";
+    return {
+        Setting::Of(group, "drawToolContextMenu", Settings::drawToolContextMenu),
+        Setting::Of(group, "transformToolContextMenu", Settings::transformToolContextMenu),
+        Setting::Of(group, "timelineContextMenu", Settings::timelineContextMenu),
+        Setting::Of(group, "toolboxDrawToolContextMenu", Settings::toolboxDrawToolContextMenu),
+        Setting::Of(group, "toolboxGhostingContextMenu", Settings::toolboxGhostingContextMenu),
+        Setting::Of(group, "showMainMenuInAnimationSet", Settings::showMainMenuInAnimationSet),
+        Setting::Of(group, "disableGhostingDuringPlayback", Settings::disableGhostingDuringPlayback),
+        Setting::Of(group, "timeControlRangeMoveEnabled", Settings::timeControlRangeMoveEnabled),
+        Setting::Of(group, "ignore2dPanZoom", Settings::ignore2dPanZoom),
+        Setting::Choice(group, "defaultLayerState", Settings::defaultLayerState, 2, Missing::Resets),
+        Setting::Of(group, "automaticallyAddFirstLayer", Settings::automaticallyAddFirstLayer,
+                    Missing::Resets),
+        Setting::Of(group, "alwaysDisplayNewLayerDialog", Settings::alwaysDisplayNewLayerDialog,
+                    Missing::Resets),
+        Setting::Of(group, "insertDefaultStaticFrame", Settings::insertDefaultStaticFrame, Missing::Resets),
+        Setting::Of(group, "defaultStaticFrameTime", Settings::defaultStaticFrameTime, Missing::Resets),
+        Setting::Choice(group, "timelineFrameDisplay", Settings::timelineFrameDisplay, 2),
+        Setting::Of(group, "timelineFrameColor", Settings::timelineFrameColor),
+    };
+}
+
+std::vector<Setting> AllSettings() {
+    std::vector<Setting> all;
+    for (const auto& group : {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings()}) {
+        all.insert(all.end(), group.begin(), group.end());
     }
-    void ReadGeometry(const char* key, QByteArray& member) const {
-        member = Value(key, QByteArray()).toByteArray();
-    }
-    int ReadInt(const char* key, int missing) const { return Value(key, missing).toInt(); }
-    /// Keeps the member unless the value lies in 0..maximum.
-    void ReadChoice(const char* key, int& member, int maximum, int missing) const {
-        const int value = ReadInt(key, missing);
-        if (value >= 0 && value <= maximum) {
-            member = value;
+    return all;
+}
+
+const std::vector<Setting> SETTINGS = AllSettings();
+
+/// What no file holds starts afresh: a plug-in that is loaded again may be the same library.
+void ResetSessionOptions() {
+    for (const ToolRow& tool : AllTools()) {
+        const ToolOptions first = DefaultOptions(tool);
+        ToolOptions& options = OptionsOf(tool.type);
+        options.hardness = first.hardness;
+        if (tool.Has(ToolRow::SESSION_OPTIONS)) {
+            options.opacity = first.opacity;
+            options.tabletEnabled = first.tabletEnabled;
         }
     }
-    void ReadGhostCount(const char* key, int& member) const {
-        const int value = ReadInt(key, Settings::DEFAULT_GHOSTED_FRAME_COUNT);
-        const bool valid = value >= Settings::MIN_GHOSTED_FRAMES && value <= Settings::MAX_GHOSTED_FRAMES;
-        member = valid ? value : Settings::DEFAULT_GHOSTED_FRAME_COUNT;
-    }
-    void ReadSize(const char* key, ToolType tool) const {
-        Settings::SetToolSize(tool, ReadInt(key, Settings::GetToolSize(tool)));
-    }
-    void ReadOpacity(const char* key, ToolType tool) const {
-        Settings::SetToolOpacity(tool, ReadInt(key, Settings::GetToolOpacity(tool)));
-    }
-
-    void Write(const char* key, const QVariant& value) {
-        m_file.setValue(QLatin1String(key), value);
-        m_written.append(m_file.group() + QLatin1Char('/') + QLatin1String(key));
-    }
-    /// The keys that were written, in their order.
-    const QStringList& Written() const { return m_written; }
-
-private:
-    QVariant Value(const char* key, const QVariant& missing) const {
-        return m_file.value(QLatin1String(key), missing);
-    }
-
-    QSettings& m_file;
-    QStringList m_written;
-};
-
-void ReadMainGroup(QSettings& file) {
-    const Group group(file, "main");
-    Settings::mainMenuName = Settings::DEFAULT_MAIN_MENU_NAME;
-    group.Read("mainMenuName", Settings::mainMenuName);
-    group.ReadGeometry("toolboxGeometry", Settings::toolboxGeometry);
-    group.ReadGeometry("toolOptionsGeometry", Settings::toolOptionsGeometry);
-    group.ReadGeometry("layerManagerGeometry", Settings::layerManagerGeometry);
-    group.ReadGeometry("colorPaletteGeometry", Settings::colorPaletteGeometry);
-    group.ReadGeometry("retimingToolGeometry", Settings::retimingGeometry);
 }
 
-void ReadToolsGroup(QSettings& file) {
-    const Group group(file, "tools");
-    int tool = static_cast<int>(Settings::activeTool);
-    group.ReadChoice("activeTool", tool, static_cast<int>(ToolType::Transform), tool);
-    Settings::activeTool = static_cast<ToolType>(tool);
-    group.ReadWithDefault("activeColor", Settings::activeColor, Settings::DEFAULT_DRAW_COLOR);
-    group.ReadSize("pencilSize", ToolType::Pencil);
-    group.ReadOpacity("pencilOpacity", ToolType::Pencil);
-    group.Read("pencilTabletEnabled", Settings::pencilTabletEnabled);
-    group.ReadSize("brushSize", ToolType::Brush);
-    group.ReadOpacity("brushOpacity", ToolType::Brush);
-    group.Read("brushTabletEnabled", Settings::brushTabletEnabled);
-    group.ReadSize("eraserSize", ToolType::Eraser);
-    group.Read("textFontFamily", Settings::textFontFamily);
-    group.ReadSize("textSize", ToolType::Text);
-    group.ReadOpacity("textOpacity", ToolType::Text);
-    group.ReadSize("lineSize", ToolType::Line);
-    group.ReadOpacity("lineOpacity", ToolType::Line);
-    group.ReadSize("arrowSize", ToolType::Arrow);
-    group.ReadOpacity("arrowOpacity", ToolType::Arrow);
-    group.ReadSize("ellipseSize", ToolType::Ellipse);
-    group.ReadOpacity("ellipseOpacity", ToolType::Ellipse);
-    group.ReadSize("rectangleSize", ToolType::Rectangle);
-    group.ReadOpacity("rectangleOpacity", ToolType::Rectangle);
-    group.ReadWithDefault("ghostPrev", Settings::ghostPrev, false);
-    group.ReadWithDefault("ghostNext", Settings::ghostNext, false);
-    group.ReadGhostCount("ghostPrevCount", Settings::ghostPrevCount);
-    group.ReadGhostCount("ghostNextCount", Settings::ghostNextCount);
-    group.Read("ghostColorOverride", Settings::ghostColorOverride);
-    group.Read("ghostColorOverridePrev", Settings::ghostColorOverridePrev);
-    group.Read("ghostColorOverrideNext", Settings::ghostColorOverrideNext);
-    group.Read("retimeMoveToNextFrame", Settings::retimeMoveToNextFrame);
+/// The options of a tool; null, with an error logged, for a tool without any.
+ToolOptions* FindOptions(ToolType tool) {
+    const auto found = toolOptions.find(tool);
+    if (found != toolOptions.end()) {
+        return &found->second;
+    }
+    Logger::Error(QStringLiteral("Unknown tool type: %1").arg(static_cast<int>(tool)));
+    return nullptr;
 }
 
-void ReadPreferencesGroup(QSettings& file) {
-    const Group group(file, "preferences");
-    group.Read("drawToolContextMenu", Settings::drawToolContextMenu);
-    group.Read("transformToolContextMenu", Settings::transformToolContextMenu);
-    group.Read("timelineContextMenu", Settings::timelineContextMenu);
-    group.Read("toolboxDrawToolContextMenu", Settings::toolboxDrawToolContextMenu);
-    group.Read("toolboxGhostingContextMenu", Settings::toolboxGhostingContextMenu);
-    group.Read("showMainMenuInAnimationSet", Settings::showMainMenuInAnimationSet);
-    group.Read("disableGhostingDuringPlayback", Settings::disableGhostingDuringPlayback);
-    group.Read("timeControlRangeMoveEnabled", Settings::timeControlRangeMoveEnabled);
-    group.Read("ignore2dPanZoom", Settings::ignore2dPanZoom);
-    group.ReadChoice("defaultLayerState", Settings::defaultLayerState, 2, 0);
-    group.ReadWithDefault("automaticallyAddFirstLayer", Settings::automaticallyAddFirstLayer, true);
-    group.ReadWithDefault("alwaysDisplayNewLayerDialog", Settings::alwaysDisplayNewLayerDialog, false);
-    group.ReadWithDefault("insertDefaultStaticFrame", Settings::insertDefaultStaticFrame, true);
-    Settings::defaultStaticFrameTime =
-        group.ReadInt("defaultStaticFrameTime", Settings::DEFAULT_STATIC_FRAME_TIME);
-    group.ReadChoice("timelineFrameDisplay", Settings::timelineFrameDisplay, 2,
-                     Settings::timelineFrameDisplay);
-    group.Read("timelineFrameColor", Settings::timelineFrameColor);
-}
-
-QStringList WriteMainGroup(QSettings& file) {
-    Group group(file, "main");
-    group.Write("version", Settings::CONFIG_FILE_VERSION);
-    group.Write("mainMenuName", Settings::mainMenuName);
-    group.Write("toolboxGeometry", Settings::toolboxGeometry);
-    group.Write("toolOptionsGeometry", Settings::toolOptionsGeometry);
-    group.Write("layerManagerGeometry", Settings::layerManagerGeometry);
-    group.Write("colorPaletteGeometry", Settings::colorPaletteGeometry);
-    group.Write("retimingToolGeometry", Settings::retimingGeometry);
-    return group.Written();
-}
-
-QStringList WriteToolsGroup(QSettings& file) {
-    Group group(file, "tools");
-    group.Write("activeTool", static_cast<int>(Settings::activeTool));
-    group.Write("activeColor", Settings::activeColor);
-    group.Write("pencilSize", Settings::pencilSize);
-    group.Write("pencilOpacity", Settings::pencilOpacity);
-    group.Write("pencilTabletEnabled", Settings::pencilTabletEnabled);
-    group.Write("brushSize", Settings::brushSize);
-    group.Write("brushOpacity", Settings::brushOpacity);
-    group.Write("brushTabletEnabled", Settings::brushTabletEnabled);
-    group.Write("eraserSize", Settings::eraserSize);
-    group.Write("textFontFamily", Settings::textFontFamily);
-    group.Write("textSize", Settings::textSize);
-    group.Write("textOpacity", Settings::textOpacity);
-    group.Write("lineSize", Settings::lineSize);
-    group.Write("lineOpacity", Settings::lineOpacity);
-    group.Write("arrowSize", Settings::arrowSize);
-    group.Write("arrowOpacity", Settings::arrowOpacity);
-    group.Write("ellipseSize", Settings::ellipseSize);
-    group.Write("ellipseOpacity", Settings::ellipseOpacity);
-    group.Write("rectangleSize", Settings::rectangleSize);
-    group.Write("rectangleOpacity", Settings::rectangleOpacity);
-    group.Write("ghostPrev", Settings::ghostPrev);
-    group.Write("ghostNext", Settings::ghostNext);
-    group.Write("ghostPrevCount", Settings::ghostPrevCount);
-    group.Write("ghostNextCount", Settings::ghostNextCount);
-    group.Write("ghostColorOverride", Settings::ghostColorOverride);
-    group.Write("ghostColorOverridePrev", Settings::ghostColorOverridePrev);
-    group.Write("ghostColorOverrideNext", Settings::ghostColorOverrideNext);
-    group.Write("retimeMoveToNextFrame", Settings::retimeMoveToNextFrame);
-    return group.Written();
-}
-
-QStringList WritePreferencesGroup(QSettings& file) {
-    Group group(file, "preferences");
-    group.Write("drawToolContextMenu", Settings::drawToolContextMenu);
-    group.Write("transformToolContextMenu", Settings::transformToolContextMenu);
-    group.Write("timelineContextMenu", Settings::timelineContextMenu);
-    group.Write("toolboxDrawToolContextMenu", Settings::toolboxDrawToolContextMenu);
-    group.Write("toolboxGhostingContextMenu", Settings::toolboxGhostingContextMenu);
-    group.Write("showMainMenuInAnimationSet", Settings::showMainMenuInAnimationSet);
-    group.Write("disableGhostingDuringPlayback", Settings::disableGhostingDuringPlayback);
-    group.Write("timeControlRangeMoveEnabled", Settings::timeControlRangeMoveEnabled);
-    group.Write("ignore2dPanZoom", Settings::ignore2dPanZoom);
-    group.Write("defaultLayerState", Settings::defaultLayerState);
-    group.Write("automaticallyAddFirstLayer", Settings::automaticallyAddFirstLayer);
-    group.Write("alwaysDisplayNewLayerDialog", Settings::alwaysDisplayNewLayerDialog);
-    group.Write("insertDefaultStaticFrame", Settings::insertDefaultStaticFrame);
-    group.Write("defaultStaticFrameTime", Settings::defaultStaticFrameTime);
-    group.Write("timelineFrameDisplay", Settings::timelineFrameDisplay);
-    group.Write("timelineFrameColor", Settings::timelineFrameColor);
-    return group.Written();
+bool HasTrait(ToolType type, ToolRow::Trait trait) {
+    const ToolRow* const tool = FindTool(type);
+    return tool != nullptr && tool->Has(trait);
 }
 
 } // namespace
@@ -363,11 +312,7 @@ QString Settings::GetUserConfigPath() {
 }
 
 void Settings::ReadUserConfig() {
-    // A plug-in that is loaded again may be the same library: what no file holds starts afresh all the same.
-    eraserOpacity = 100;
-    brushHardness = 100;
-    eraserHardness = 100;
-    eraserTabletEnabled = false;
+    ResetSessionOptions();
     if (textFontFamily.isEmpty()) {
         textFontFamily = QFont().family();
     }
@@ -377,10 +322,12 @@ void Settings::ReadUserConfig() {
         return;
     }
     SettingsFile::Disarm(path);
-    QSettings file(path, QSettings::IniFormat);
-    ReadMainGroup(file);
-    ReadToolsGroup(file);
-    ReadPreferencesGroup(file);
+    const QSettings file(path, QSettings::IniFormat);
+    for (const Setting& setting : SETTINGS) {
+        if (setting.set != nullptr) {
+            setting.set(file.value(setting.GetPath(), setting.GetDefault()));
+        }
+    }
 }
 
 void Settings::WriteUserConfig() {
@@ -390,68 +337,66 @@ void Settings::WriteUserConfig() {
     }
     SettingsFile::Disarm(path); // writing reads what is there already
     QSettings file(path, QSettings::IniFormat);
-    const QStringList keys = WriteMainGroup(file) + WriteToolsGroup(file) + WritePreferencesGroup(file);
+    QStringList keys;
+    for (const Setting& setting : SETTINGS) {
+        file.setValue(setting.GetPath(), setting.get());
+        keys.append(setting.GetPath());
+    }
     file.sync();
     if (file.status() == QSettings::NoError) {
         SettingsFile::Sort(path, keys);
     }
 }
 
+const ToolOptions& Settings::GetToolOptions(ToolType tool) {
+    const ToolOptions* const options = FindOptions(tool);
+    return options != nullptr ? *options : OptionsOf(ToolType::Pencil);
+}
+
+void Settings::SetToolOptions(ToolType tool, const ToolOptions& options) {
+    if (ToolOptions* const stored = FindOptions(tool)) {
+        SetToolSize(tool, options.size);
+        SetToolOpacity(tool, options.opacity);
+        SetToolHardness(tool, options.hardness);
+        stored->tabletEnabled = options.tabletEnabled;
+        stored->fontFamily = options.fontFamily;
+    }
+}
+
 int Settings::GetToolSize(ToolType tool) {
-    const int* size = FindTool(tool).size;
-    return size != nullptr ? *size : pencilSize;
+    return GetToolOptions(tool).size;
 }
 
 void Settings::SetToolSize(ToolType tool, int size) {
-    const ToolMembers values = FindTool(tool);
-    if (values.size != nullptr) {
-        *values.size = qBound(1, size, values.maximumSize);
+    if (ToolOptions* const options = FindOptions(tool)) {
+        options->size = qBound(1, size, FindTool(tool)->maximumSize);
     }
 }
 
 int Settings::GetToolOpacity(ToolType tool) {
-    const int* opacity = FindTool(tool).opacity;
-    return opacity != nullptr ? *opacity : pencilOpacity;
+    return GetToolOptions(tool).opacity;
 }
 
 void Settings::SetToolOpacity(ToolType tool, int opacity) {
-    const ToolMembers values = FindTool(tool);
-    if (values.opacity != nullptr) {
-        *values.opacity = qBound(1, opacity, 100);
+    if (ToolOptions* const options = FindOptions(tool)) {
+        options->opacity = qBound(1, opacity, 100);
     }
 }
 
 int Settings::GetToolHardness(ToolType tool) {
-    switch (tool) {
-    case ToolType::Brush:
-        return brushHardness;
-    case ToolType::Eraser:
-        return eraserHardness;
-    default:
-        return 100;
-    }
+    return HasTrait(tool, ToolRow::HARDNESS) ? OptionsOf(tool).hardness : 100;
 }
 
 void Settings::SetToolHardness(ToolType tool, int hardness) {
-    if (tool == ToolType::Brush) {
+    if (HasTrait(tool, ToolRow::HARDNESS)) {
         // Below zero a soft brush is meant, not one without any core; zero itself can be asked for.
-        brushHardness = hardness < 0 ? 10 : qMin(hardness, 100);
-    } else if (tool == ToolType::Eraser) {
-        eraserHardness = qBound(0, hardness, 100);
+        const int softest = tool == ToolType::Brush && hardness < 0 ? 10 : 0;
+        OptionsOf(tool).hardness = qBound(softest, hardness, 100);
     }
 }
 
 bool Settings::IsTabletPressureEnabled(ToolType tool) {
-    switch (tool) {
-    case ToolType::Pencil:
-        return pencilTabletEnabled;
-    case ToolType::Brush:
-        return brushTabletEnabled;
-    case ToolType::Eraser:
-        return eraserTabletEnabled;
-    default:
-        return false;
-    }
+    return HasTrait(tool, ToolRow::PRESSURE) && OptionsOf(tool).tabletEnabled;
 }
 
 } // namespace vellix

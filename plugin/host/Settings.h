@@ -11,6 +11,7 @@
 namespace vellix {
 
 enum class ToolType : qint32;
+struct ToolOptions;
 
 /// The user's preferences, and the names and limits that the whole plug-in shares. Static members only:
 /// everyone reads and writes them directly, on the host's main thread. ReadUserConfig and WriteUserConfig
@@ -50,14 +51,14 @@ public:
     static const QString DELETE_ACTIVE_CAMERA_LAYERS_FUNC;
     static const QString DELETE_ALL_NODES_FUNC;
 
-    static const int MAX_PENCIL_SIZE = 100;
-    static const int MAX_BRUSH_SIZE = 100;
-    static const int MAX_ERASER_SIZE = 100;
-    static const int MAX_TEXT_SIZE = 100;
-    static const int MAX_LINE_SIZE = 50;
-    static const int MAX_ARROW_SIZE = 50;
-    static const int MAX_ELLIPSE_SIZE = 50;
-    static const int MAX_RECTANGLE_SIZE = 50;
+    static const int MAX_PENCIL_SIZE;
+    static const int MAX_BRUSH_SIZE;
+    static const int MAX_ERASER_SIZE;
+    static const int MAX_TEXT_SIZE;
+    static const int MAX_LINE_SIZE;
+    static const int MAX_ARROW_SIZE;
+    static const int MAX_ELLIPSE_SIZE;
+    static const int MAX_RECTANGLE_SIZE;
     static const int MIN_GHOSTED_FRAMES = 1;
     static const int MAX_GHOSTED_FRAMES = 9;
     static const int DEFAULT_GHOSTED_FRAME_COUNT = 3;
@@ -75,24 +76,25 @@ public:
     // Group "tools". Sizes in pixels (text: points), opacities and hardness in percent.
     static ToolType activeTool;
     static QColor activeColor;
-    static int pencilSize;
-    static int pencilOpacity;
-    static bool pencilTabletEnabled;
-    static int brushSize;
-    static int brushOpacity;
-    static bool brushTabletEnabled;
-    static int eraserSize;
-    static QString textFontFamily; ///< empty until the settings are read: fonts need a running application
-    static int textSize;
-    static int textOpacity;
-    static int lineSize;
-    static int lineOpacity;
-    static int arrowSize;
-    static int arrowOpacity;
-    static int ellipseSize;
-    static int ellipseOpacity;
-    static int rectangleSize;
-    static int rectangleOpacity;
+    // The options of the tools that have members of their own; GetToolOptions has those of any tool.
+    static int& pencilSize;
+    static int& pencilOpacity;
+    static bool& pencilTabletEnabled;
+    static int& brushSize;
+    static int& brushOpacity;
+    static bool& brushTabletEnabled;
+    static int& eraserSize;
+    static QString& textFontFamily; ///< empty until the settings are read: fonts need a running application
+    static int& textSize;
+    static int& textOpacity;
+    static int& lineSize;
+    static int& lineOpacity;
+    static int& arrowSize;
+    static int& arrowOpacity;
+    static int& ellipseSize;
+    static int& ellipseOpacity;
+    static int& rectangleSize;
+    static int& rectangleOpacity;
     static bool ghostPrev;
     static bool ghostNext;
     static int ghostPrevCount;
@@ -121,10 +123,10 @@ public:
     static QColor timelineFrameColor;
 
     // Never persisted.
-    static int eraserOpacity;
-    static int brushHardness;
-    static int eraserHardness;
-    static bool eraserTabletEnabled;
+    static int& eraserOpacity;
+    static int& brushHardness;
+    static int& eraserHardness;
+    static bool& eraserTabletEnabled;
     static bool excludeAsLocator; ///< the node stays visible when locators are hidden in a view
     /// The last sample, 0..1. The input thread reads it while the main thread writes.
     static std::atomic<float> tabletPressure;
@@ -138,11 +140,14 @@ public:
     static void WriteUserConfig();
 
     /// Of an unknown tool: an error is logged, and the pencil's value returned or nothing stored.
+    static const ToolOptions& GetToolOptions(ToolType tool);
+    static void SetToolOptions(ToolType tool, const ToolOptions& options);
     static int GetToolSize(ToolType tool);
     static void SetToolSize(ToolType tool, int size);
     static int GetToolOpacity(ToolType tool);
     static void SetToolOpacity(ToolType tool, int opacity);
 
+    /// Of a tool without hardness: 100, and nothing is stored.
     static int GetToolHardness(ToolType tool);
     static void SetToolHardness(ToolType tool, int hardness);
     static bool IsTabletPressureEnabled(ToolType tool);

@@ -1,6 +1,7 @@
 #include "paint/StrokeRecording.h"
 
 #include "paint/ImageSize.h"
+#include "paint/ToolTable.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -8,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
+#include <QStringList>
 
 #include <cmath>
 
@@ -15,29 +17,14 @@ namespace vellix {
 
 namespace {
 
-const int MAX_FREEHAND_SIZE = 100;
-const int MAX_SHAPE_SIZE = 50;
-
-struct ToolName {
-    const char* name;
-    ToolType tool;
-    int maxSize;
-};
-
-const ToolName TOOL_NAMES[] = {
-    {"pencil", ToolType::Pencil, MAX_FREEHAND_SIZE}, {"brush", ToolType::Brush, MAX_FREEHAND_SIZE},
-    {"eraser", ToolType::Eraser, MAX_FREEHAND_SIZE}, {"text", ToolType::Text, MAX_FREEHAND_SIZE},
-    {"line", ToolType::Line, MAX_SHAPE_SIZE},        {"arrow", ToolType::Arrow, MAX_SHAPE_SIZE},
-    {"ellipse", ToolType::Ellipse, MAX_SHAPE_SIZE},  {"rectangle", ToolType::Rectangle, MAX_SHAPE_SIZE},
-};
-
-const ToolName* FindTool(const QString& name) {
-    for (const ToolName& known : TOOL_NAMES) {
-        if (name == QLatin1String(known.name)) {
-            return &known;
-        }
+/// The words of all tools, as they are enumerated in a sentence.
+QString AnyTool() {
+    QStringList words;
+    for (const ToolRow& tool : AllTools()) {
+        words.append(QLatin1String(tool.word));
     }
-    return nullptr;
+    const QString last = words.takeLast();
+    return words.join(", ") + " or " + last;
 }
 
 /// Reads the fields of one JSON object and keeps the first fault that it meets.
@@ -162,20 +149,21 @@ bool ReadStroke(FieldReader& reader, RecordedStroke& out) {
     if (!reader.ReadText("tool", 32, tool)) {
         return false;
     }
-    const ToolName* known = FindTool(tool);
-    if (!known) {
-        return reader.Fail("tool", "must be pencil, brush, eraser, text, line, arrow, ellipse or rectangle");
+    const ToolRow* const known = FindTool(tool);
+    if (known == nullptr) {
+        return reader.Fail("tool", "must be " + AnyTool());
     }
-    out.tool = known->tool;
+    out.tool = known->type;
     const int lastFrame = StrokeRecording::MAX_FRAME_NUMBER;
     if (!reader.ReadWhole("frame", -lastFrame, lastFrame, out.frame) ||
-        !reader.ReadWhole("size", 1, known->maxSize, out.size) ||
+        !reader.ReadWhole("size", 1, known->maximumSize, out.size) ||
         !reader.ReadWhole("opacity", 1, 100, out.opacity) ||
         !reader.ReadWhole("hardness", 0, 100, out.hardness) || !ReadColor(reader, out.color)) {
         return false;
     }
-    if (out.tool == ToolType::Text && (!reader.ReadText("text", StrokeRecording::MAX_TEXT_LENGTH, out.text) ||
-                                       !reader.ReadText("font", 256, out.font))) {
+    if (known->kind == ToolKind::Text &&
+        (!reader.ReadText("text", StrokeRecording::MAX_TEXT_LENGTH, out.text) ||
+         !reader.ReadText("font", 256, out.font))) {
         return false;
     }
     return ReadSamples(reader, out.samples);

@@ -1,5 +1,7 @@
 #include "paint/StrokeSmoother.h"
 
+#include "paint/ToolTable.h"
+
 namespace vellix {
 
 namespace {
@@ -50,21 +52,16 @@ void StrokeSmoother::Reset() {
 
 StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
                                                 const QString& textFontFamily) {
-    switch (stroke.tool) {
-    case ToolType::Pencil:
-    case ToolType::Brush:
-    case ToolType::Eraser:
+    switch (KindOf(stroke.tool)) {
+    case ToolKind::Freehand:
         return ReceiveFreehand(stroke, sample);
-    case ToolType::Text:
+    case ToolKind::Text:
         ReceiveText(stroke, sample, textFontFamily);
         break;
-    case ToolType::Line:
-    case ToolType::Arrow:
-    case ToolType::Ellipse:
-    case ToolType::Rectangle:
+    case ToolKind::Shape:
         ReceiveShape(stroke, sample);
         break;
-    case ToolType::Transform:
+    case ToolKind::None:
         break;
     }
     stroke.changed = true;

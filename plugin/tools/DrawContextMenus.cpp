@@ -4,7 +4,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
-#include "paint/ToolType.h"
+#include "paint/ToolTable.h"
 #include "tools/DrawContextInputHandler.h"
 
 #include <maya/MQtUtil.h>
@@ -93,23 +93,11 @@ void DrawContextInputHandler::AddLayers(QMenu& menu, const BaseNode& node) {
 }
 
 void DrawContextInputHandler::AddTools(QMenu& menu) {
-    using Handler = DrawContextInputHandler;
-    const struct {
-        QString text;
-        ToolType tool;
-        Slot slot;
-    } items[] = {
-        {QStringLiteral("Pencil"), ToolType::Pencil, &Handler::SetPencilTool},
-        {QStringLiteral("Brush"), ToolType::Brush, &Handler::SetBrushTool},
-        {QStringLiteral("Eraser"), ToolType::Eraser, &Handler::SetEraserTool},
-        {QStringLiteral("Text"), ToolType::Text, &Handler::SetTextTool},
-        {QStringLiteral("Line"), ToolType::Line, &Handler::SetLineTool},
-        {QStringLiteral("Arrow"), ToolType::Arrow, &Handler::SetArrowTool},
-        {QStringLiteral("Ellipse"), ToolType::Ellipse, &Handler::SetEllipseTool},
-        {QStringLiteral("Rectangle"), ToolType::Rectangle, &Handler::SetRectangleTool},
-    };
-    for (const auto& item : items) {
-        AddCheckItem(menu, item.text, Settings::activeTool == item.tool, item.slot);
+    for (const ToolRow& tool : AllTools()) {
+        QAction* const action = menu.addAction(QLatin1String(tool.label));
+        action->setCheckable(true);
+        action->setChecked(Settings::activeTool == tool.type);
+        connect(action, &QAction::triggered, this, [&tool] { MayaUtil::SetTool(tool.type); });
     }
 }
 

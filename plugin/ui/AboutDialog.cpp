@@ -100,7 +100,7 @@ QLayout* AboutDialog::CreateTitle() {
     texts->addWidget(new QLabel(QStringLiteral("Version %1").arg(Settings::VERSION_STRING)));
     auto* row = new QHBoxLayout;
     row->setSpacing(ABOUT_SPACING);
-    row->addWidget(new IconView(Icon::Brush, ABOUT_ICON_SIDE));
+    row->addWidget(new IconView(ToolType::Brush, ABOUT_ICON_SIDE));
     row->addLayout(texts, 1);
     return row;
 }

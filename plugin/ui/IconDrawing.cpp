@@ -2,12 +2,15 @@
 
 #include "ui/Icons.h"
 
+#include <QColor>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 #include <QPolygonF>
 #include <QRectF>
 #include <QVector>
+
+#include <initializer_list>
 
 namespace vellix {
 
@@ -17,33 +20,81 @@ constexpr double FRAME_RADIUS = 1.5;
 /// Behind a mark at the corner of a drawing the drawing is left out, so that both can be read.
 constexpr double MARK_HALF = 3.5;
 
-} // namespace
+/// One drawing under way.
+class Sketch {
+public:
+    Sketch(QPainter& painter, const QColor& accent)
+        : m_painter(painter)
+        , m_line(painter.pen().color())
+        , m_accent(accent) {}
 
-IconDrawing::IconDrawing(QPainter& painter, const QColor& accent)
-    : m_painter(painter)
-    , m_line(painter.pen().color())
-    , m_accent(accent) {}
+    void Draw(ToolType tool);
+    void Draw(Icon::Name icon);
 
-void IconDrawing::Draw(Icon icon) {
-    switch (icon) {
-    case Icon::Pencil:
+private:
+    void Pencil();
+    void Brush();
+    void Eraser();
+    void Text();
+    void Line();
+    void Arrow();
+    void Ellipse();
+    void Rectangle();
+    void Transform();
+    void Ghost(bool previous);
+    void InsertFrame();
+    void DuplicateFrame();
+    void DeleteFrame();
+    void Step(bool back);
+    void NewLayer();
+    void DeleteLayer();
+    void MoveLayer(bool up);
+    void LayerManager();
+    void Refresh();
+    void Palette();
+    void Options();
+
+    // What several share.
+    void Polyline(std::initializer_list<QPointF> points);
+    void Polygon(std::initializer_list<QPointF> points);
+    void Frame(const QRectF& rect);
+    /// A sheet of the stack seen from above, its middle at that height.
+    void Sheet(double y);
+    void Plus(const QPointF& middle);
+    void Minus(const QPointF& middle);
+    /// Further lines are in the accent, or in the common colour again.
+    void UseAccent(bool use);
+
+    QPainter& m_painter;
+    QColor m_line;
+    QColor m_accent;
+};
+
+void Sketch::Draw(ToolType tool) {
+    switch (tool) {
+    case ToolType::Pencil:
         return Pencil();
-    case Icon::Brush:
+    case ToolType::Brush:
         return Brush();
-    case Icon::Eraser:
+    case ToolType::Eraser:
         return Eraser();
-    case Icon::Text:
+    case ToolType::Text:
         return Text();
-    case Icon::Line:
+    case ToolType::Line:
         return Line();
-    case Icon::Arrow:
+    case ToolType::Arrow:
         return Arrow();
-    case Icon::Ellipse:
+    case ToolType::Ellipse:
         return Ellipse();
-    case Icon::Rectangle:
+    case ToolType::Rectangle:
         return Rectangle();
-    case Icon::Transform:
+    case ToolType::Transform:
         return Transform();
+    }
+}
+
+void Sketch::Draw(Icon::Name icon) {
+    switch (icon) {
     case Icon::GhostPrevious:
         return Ghost(true);
     case Icon::GhostNext:
@@ -79,7 +130,7 @@ void IconDrawing::Draw(Icon icon) {
 
 // --- tools ------------------------------------------------------------------------------------------------
 
-void IconDrawing::Pencil() {
+void Sketch::Pencil() {
     QPainterPath pencil(QPointF(4, 20));
     pencil.lineTo(5.5, 15);
     pencil.lineTo(15.5, 5);
@@ -94,7 +145,7 @@ void IconDrawing::Pencil() {
     Polygon({{4, 20}, {4.7, 17.6}, {6.4, 19.3}});
 }
 
-void IconDrawing::Brush() {
+void Sketch::Brush() {
     QPainterPath handle(QPointF(9.5, 12.5));
     handle.lineTo(17.5, 4.5);
     handle.quadTo(19, 3.25, 20, 4);
@@ -113,7 +164,7 @@ void IconDrawing::Brush() {
     m_painter.drawPath(hair);
 }
 
-void IconDrawing::Eraser() {
+void Sketch::Eraser() {
     QPainterPath body(QPointF(4.25, 14.75));
     body.lineTo(13.5, 5.5);
     body.quadTo(15, 4, 16.5, 5.5);
@@ -128,14 +179,14 @@ void IconDrawing::Eraser() {
     m_painter.drawLine(QPointF(14.5, 19.5), QPointF(20, 19.5));
 }
 
-void IconDrawing::Text() {
+void Sketch::Text() {
     Polyline({{5, 7.5}, {5, 5}, {19, 5}, {19, 7.5}});
     m_painter.drawLine(QPointF(12, 5), QPointF(12, 19));
     UseAccent(true);
     m_painter.drawLine(QPointF(9, 19), QPointF(15, 19));
 }
 
-void IconDrawing::Line() {
+void Sketch::Line() {
     m_painter.drawLine(QPointF(6, 18), QPointF(18, 6));
     UseAccent(true);
     m_painter.setBrush(m_accent);
@@ -143,21 +194,21 @@ void IconDrawing::Line() {
     m_painter.drawEllipse(QPointF(18.75, 5.25), 1.5, 1.5);
 }
 
-void IconDrawing::Arrow() {
+void Sketch::Arrow() {
     m_painter.drawLine(QPointF(5, 19), QPointF(18, 6));
     UseAccent(true);
     Polyline({{10.5, 5}, {19, 5}, {19, 13.5}});
 }
 
-void IconDrawing::Ellipse() {
+void Sketch::Ellipse() {
     m_painter.drawEllipse(QPointF(12, 12), 8.5, 6.5);
 }
 
-void IconDrawing::Rectangle() {
+void Sketch::Rectangle() {
     m_painter.drawRect(QRectF(3.75, 5.75, 16.5, 12.5));
 }
 
-void IconDrawing::Transform() {
+void Sketch::Transform() {
     m_painter.drawRect(QRectF(5.5, 5.5, 13, 13));
     UseAccent(true);
     m_painter.setBrush(m_accent);
@@ -170,7 +221,7 @@ void IconDrawing::Transform() {
 
 // --- ghosts and frames ------------------------------------------------------------------------------------
 
-void IconDrawing::Ghost(bool previous) {
+void Sketch::Ghost(bool previous) {
     if (!previous) {
         // The next ones lie on the other side.
         m_painter.translate(24, 0);
@@ -195,13 +246,13 @@ void IconDrawing::Ghost(bool previous) {
     Frame(QRectF(11.5, 4.75, 9, 14.5));
 }
 
-void IconDrawing::InsertFrame() {
+void Sketch::InsertFrame() {
     Frame(QRectF(4.75, 3.75, 14.5, 16.5));
     UseAccent(true);
     Plus(QPointF(12, 12));
 }
 
-void IconDrawing::DuplicateFrame() {
+void Sketch::DuplicateFrame() {
     Frame(QRectF(3.75, 3.75, 10.5, 12.5));
     QPainterPath second(QPointF(17, 7.75));
     UseAccent(true);
@@ -214,14 +265,14 @@ void IconDrawing::DuplicateFrame() {
     m_painter.drawPath(second);
 }
 
-void IconDrawing::DeleteFrame() {
+void Sketch::DeleteFrame() {
     Frame(QRectF(4.75, 3.75, 14.5, 16.5));
     UseAccent(true);
     m_painter.drawLine(QPointF(9.25, 9.25), QPointF(14.75, 14.75));
     m_painter.drawLine(QPointF(14.75, 9.25), QPointF(9.25, 14.75));
 }
 
-void IconDrawing::Step(bool back) {
+void Sketch::Step(bool back) {
     if (back) {
         m_painter.translate(24, 0);
         m_painter.scale(-1, 1);
@@ -234,21 +285,21 @@ void IconDrawing::Step(bool back) {
 
 // --- layers -----------------------------------------------------------------------------------------------
 
-void IconDrawing::NewLayer() {
+void Sketch::NewLayer() {
     Sheet(9);
     Polyline({{3.5, 14}, {11, 17.75}});
     UseAccent(true);
     Plus(QPointF(17.5, 17));
 }
 
-void IconDrawing::DeleteLayer() {
+void Sketch::DeleteLayer() {
     Sheet(9);
     Polyline({{3.5, 14}, {11, 17.75}});
     UseAccent(true);
     Minus(QPointF(17.5, 17));
 }
 
-void IconDrawing::MoveLayer(bool up) {
+void Sketch::MoveLayer(bool up) {
     Sheet(up ? 16 : 8);
     UseAccent(true);
     // The arrow leaves the sheet on the side to which it moves.
@@ -259,14 +310,14 @@ void IconDrawing::MoveLayer(bool up) {
     Polyline({{8.5, wing}, {12, tip}, {15.5, wing}});
 }
 
-void IconDrawing::LayerManager() {
+void Sketch::LayerManager() {
     Sheet(8);
     Polyline({{3.5, 12}, {12, 16.25}, {20.5, 12}});
     UseAccent(true);
     Polyline({{3.5, 16}, {12, 20.25}, {20.5, 16}});
 }
 
-void IconDrawing::Refresh() {
+void Sketch::Refresh() {
     // In sixteenths of a degree, as arcs are measured.
     constexpr int degree = 16;
     m_painter.drawArc(QRectF(4.5, 4.5, 15, 15), 20 * degree, 290 * degree);
@@ -276,7 +327,7 @@ void IconDrawing::Refresh() {
 
 // --- colours and options ----------------------------------------------------------------------------------
 
-void IconDrawing::Palette() {
+void Sketch::Palette() {
     QPainterPath board(QPointF(12, 4));
     board.cubicTo(7, 4, 3.5, 7.75, 3.5, 12);
     board.cubicTo(3.5, 16.5, 7.25, 20, 11.5, 20);
@@ -293,7 +344,7 @@ void IconDrawing::Palette() {
     }
 }
 
-void IconDrawing::Options() {
+void Sketch::Options() {
     const double knobs[] = {15.5, 8.5, 13.0};
     double y = 6;
     for (const double x : knobs) {
@@ -308,35 +359,46 @@ void IconDrawing::Options() {
 
 // --- shared -----------------------------------------------------------------------------------------------
 
-void IconDrawing::Polyline(std::initializer_list<QPointF> points) {
+void Sketch::Polyline(std::initializer_list<QPointF> points) {
     m_painter.drawPolyline(QPolygonF(QVector<QPointF>(points)));
 }
 
-void IconDrawing::Polygon(std::initializer_list<QPointF> points) {
+void Sketch::Polygon(std::initializer_list<QPointF> points) {
     m_painter.drawPolygon(QPolygonF(QVector<QPointF>(points)));
 }
 
-void IconDrawing::Frame(const QRectF& rect) {
+void Sketch::Frame(const QRectF& rect) {
     m_painter.drawRoundedRect(rect, FRAME_RADIUS, FRAME_RADIUS);
 }
 
-void IconDrawing::Sheet(double y) {
+void Sketch::Sheet(double y) {
     Polygon({{12, y - 4.25}, {20.5, y}, {12, y + 4.25}, {3.5, y}});
 }
 
-void IconDrawing::Plus(const QPointF& middle) {
+void Sketch::Plus(const QPointF& middle) {
     Minus(middle);
     m_painter.drawLine(middle - QPointF(0, MARK_HALF), middle + QPointF(0, MARK_HALF));
 }
 
-void IconDrawing::Minus(const QPointF& middle) {
+void Sketch::Minus(const QPointF& middle) {
     m_painter.drawLine(middle - QPointF(MARK_HALF, 0), middle + QPointF(MARK_HALF, 0));
 }
 
-void IconDrawing::UseAccent(bool use) {
+void Sketch::UseAccent(bool use) {
     QPen pen = m_painter.pen();
     pen.setColor(use ? m_accent : m_line);
     m_painter.setPen(pen);
+}
+
+} // namespace
+
+void IconDrawing::Draw(const Icon& icon, QPainter& painter, const QColor& accent) {
+    Sketch sketch(painter, accent);
+    if (icon.IsTool()) {
+        sketch.Draw(icon.GetTool());
+    } else {
+        sketch.Draw(icon.GetName());
+    }
 }
 
 } // namespace vellix

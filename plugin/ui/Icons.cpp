@@ -62,7 +62,7 @@ void Icons::Draw(Icon icon, QPainter& painter, const QColor& line, const QColor&
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(line, LINE_WIDTH, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
-    IconDrawing(painter, accent).Draw(icon);
+    IconDrawing::Draw(icon, painter, accent);
 }
 
 } // namespace vellix

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "paint/ToolType.h"
+
 #include <QColor>
 #include <QIcon>
 
@@ -7,32 +9,45 @@ class QPainter;
 
 namespace vellix {
 
-/// What the plug-in's buttons show.
-enum class Icon {
-    Pencil,
-    Brush,
-    Eraser,
-    Text,
-    Line,
-    Arrow,
-    Ellipse,
-    Rectangle,
-    Transform,
-    GhostPrevious,
-    GhostNext,
-    InsertFrame,
-    DuplicateFrame,
-    DeleteFrame,
-    StepBack,
-    StepForward,
-    NewLayer,
-    DeleteLayer,
-    MoveLayerUp,
-    MoveLayerDown,
-    LayerManager,
-    Refresh,
-    Palette,
-    Options,
+/// What a button of the plug-in shows: a tool, or one of the names.
+class Icon {
+public:
+    enum Name {
+        GhostPrevious,
+        GhostNext,
+        InsertFrame,
+        DuplicateFrame,
+        DeleteFrame,
+        StepBack,
+        StepForward,
+        NewLayer,
+        DeleteLayer,
+        MoveLayerUp,
+        MoveLayerDown,
+        LayerManager,
+        Refresh,
+        Palette,
+        Options,
+    };
+
+    Icon(Name name)
+        : m_name(name) {}
+    Icon(ToolType tool)
+        : m_isTool(true)
+        , m_tool(tool) {}
+
+    bool IsTool() const { return m_isTool; }
+    ToolType GetTool() const { return m_tool; }
+    Name GetName() const { return m_name; }
+
+    bool operator!=(const Icon& other) const {
+        return m_isTool != other.m_isTool || m_tool != other.m_tool || m_name != other.m_name;
+    }
+
+private:
+    bool m_isTool = false;
+    ToolType m_tool = ToolType::Pencil;
+    Name m_name = GhostPrevious;
 };
 
 /// The pictures of the plug-in's buttons: one family, drawn in lines of one width, sharp at every size and

@@ -1,8 +1,9 @@
 #include "ui/ToolOptionsDialog.h"
 
+#include "host/MayaUtil.h"
 #include "host/Settings.h"
-#include "paint/ToolType.h"
-#include "ui/DrawingTools.h"
+#include "host/ToolOptions.h"
+#include "paint/ToolTable.h"
 #include "ui/FieldUndo.h"
 #include "ui/IconView.h"
 #include "ui/NumberSlider.h"
@@ -40,7 +41,7 @@ void ToolOptionsDialog::Row::SetShown(bool shown) const {
 
 ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Tool Options"), Settings::toolOptionsGeometry, parent)
-    , m_icon(new IconView(Icon::Brush, OPTIONS_ICON_SIDE))
+    , m_icon(new IconView(ToolType::Brush, OPTIONS_ICON_SIDE))
     , m_name(new QLabel)
     , m_size(new NumberSlider(QStringLiteral("qmVxToolOptionsSize")))
     , m_opacity(CreatePercent(QStringLiteral("qmVxToolOptionsOpacity"), 1,
@@ -103,26 +104,25 @@ ToolOptionsDialog::Row ToolOptionsDialog::AddRow(QGridLayout& grid, const QStrin
 }
 
 void ToolOptionsDialog::Refresh() {
-    const DrawingTool* const tool = GetActiveDrawingTool();
+    const ToolRow* const tool = FindTool(Settings::activeTool);
     setEnabled(tool != nullptr);
     if (tool == nullptr) {
         return;
     }
-    const bool isText = tool->type == ToolType::Text;
-    m_icon->SetIcon(tool->icon);
-    m_name->setText(QLatin1String(tool->name));
-    m_size->SetUp(1, tool->mostSize, isText ? QStringLiteral(" pt") : QStringLiteral(" px"),
+    m_icon->SetIcon(tool->type);
+    m_name->setText(QLatin1String(tool->label));
+    m_size->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
                   QStringLiteral("How large the tool draws; hold B and drag in a view"));
-    m_hardnessRow.SetShown(tool->hasHardness);
-    m_pressure->setVisible(tool->hasPressure);
-    m_fontRow.SetShown(isText);
+    m_hardnessRow.SetShown(tool->Has(ToolRow::HARDNESS));
+    m_pressure->setVisible(tool->Has(ToolRow::PRESSURE));
+    m_fontRow.SetShown(tool->kind == ToolKind::Text);
 
-    const ToolValues values = ToolValues::Read(*tool);
-    m_size->SetValue(values.size);
-    m_opacity->SetValue(values.opacity);
-    m_hardness->SetValue(values.hardness);
-    m_pressure->setChecked(values.pressure);
-    ShowFont(values.fontFamily);
+    const ToolOptions options = Settings::GetToolOptions(tool->type);
+    m_size->SetValue(options.size);
+    m_opacity->SetValue(options.opacity);
+    m_hardness->SetValue(options.hardness);
+    m_pressure->setChecked(options.tabletEnabled);
+    ShowFont(Settings::textFontFamily);
 }
 
 void ToolOptionsDialog::ShowFont(const QString& family) {
@@ -147,10 +147,9 @@ void ToolOptionsDialog::OnFontChosen() {
 }
 
 void ToolOptionsDialog::Send() {
-    if (const DrawingTool* const tool = GetActiveDrawingTool()) {
-        const ToolValues values = {m_size->GetValue(), m_opacity->GetValue(), m_hardness->GetValue(),
-                                   m_pressure->isChecked(), m_shownFont};
-        values.Send(*tool);
+    if (const ToolRow* const tool = FindTool(Settings::activeTool)) {
+        MayaUtil::SetToolOptions(tool->type, {m_size->GetValue(), m_opacity->GetValue(),
+                                              m_hardness->GetValue(), m_pressure->isChecked(), m_shownFont});
     }
 }
 

@@ -2,9 +2,9 @@
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/ToolOptions.h"
 #include "node/BaseNode.h"
-#include "paint/ToolType.h"
-#include "ui/DrawingTools.h"
+#include "paint/ToolTable.h"
 #include "ui/HostColorField.h"
 #include "ui/IconButton.h"
 #include "ui/NumberSlider.h"
@@ -90,16 +90,17 @@ QLayout* ToolboxDialog::CreateTools() {
     QGridLayout* grid = CreateGrid();
     constexpr int perRow = COLUMN_COUNT - 1;
     int place = 0;
-    for (const DrawingTool& tool : GetDrawingTools()) {
+    for (const ToolRow& tool : AllTools()) {
         const QString toolTip =
-            QStringLiteral("%1: %2").arg(QString::fromLatin1(tool.name), QString::fromLatin1(tool.hint));
-        IconButton* button = CreateSwitch(tool.icon, tool.name, toolTip, tool.take);
+            QStringLiteral("%1: %2").arg(QString::fromLatin1(tool.label), QString::fromLatin1(tool.hint));
+        IconButton* button =
+            CreateSwitch(tool.type, tool.label, toolTip, [&tool] { return MayaUtil::SetTool(tool.type); });
         connect(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
         m_tools.append(button);
         grid->addWidget(button, place / perRow, place % perRow);
         ++place;
     }
-    m_transform = CreateSwitch(Icon::Transform, "Transform",
+    m_transform = CreateSwitch(ToolType::Transform, "Transform",
                                QStringLiteral("Transform: move, turn and scale a part of the drawing"),
                                MayaUtil::ActivateTransformTool);
     grid->addWidget(m_transform, 0, perRow);
@@ -192,24 +193,24 @@ QLayout* ToolboxDialog::CreateGhostsAndLayers() {
     return grid;
 }
 
-IconButton* ToolboxDialog::CreateButton(Icon icon, const char* name, const QString& toolTip,
-                                        bool (*issue)()) {
+IconButton* ToolboxDialog::CreateButton(const Icon& icon, const char* name, const QString& toolTip,
+                                        const std::function<bool()>& issue) {
     auto* button = new IconButton(icon, toolTip, ICON_SIZE);
     button->setObjectName(QStringLiteral("qmVxToolbox%1").arg(QString::fromLatin1(name)));
     connect(button, &QAbstractButton::clicked, this, [issue] { issue(); });
     return button;
 }
 
-IconButton* ToolboxDialog::CreateSwitch(Icon icon, const char* name, const QString& toolTip,
-                                        bool (*issue)()) {
+IconButton* ToolboxDialog::CreateSwitch(const Icon& icon, const char* name, const QString& toolTip,
+                                        const std::function<bool()>& issue) {
     IconButton* button = CreateButton(icon, name, toolTip, issue);
     button->setCheckable(true);
     connect(button, &QAbstractButton::clicked, this, &ToolboxDialog::Refresh);
     return button;
 }
 
-IconButton* ToolboxDialog::CreateGhostSwitch(Icon icon, const char* name, const QString& toolTip,
-                                             bool (*toggle)()) {
+IconButton* ToolboxDialog::CreateGhostSwitch(const Icon& icon, const char* name, const QString& toolTip,
+                                             const std::function<bool()>& toggle) {
     IconButton* button = CreateSwitch(icon, name, toolTip, toggle);
     connect(button, &IconButton::MenuWanted, this, &ToolboxDialog::ShowGhostingMenu);
     return button;
@@ -219,8 +220,9 @@ IconButton* ToolboxDialog::CreateGhostSwitch(Icon icon, const char* name, const 
 
 void ToolboxDialog::Refresh() {
     const bool transforms = BaseNode::GetActiveTransformContext() != nullptr;
-    for (int i = 0; i < m_tools.size(); ++i) {
-        m_tools[i]->setChecked(!transforms && static_cast<ToolType>(i) == Settings::activeTool);
+    int place = 0;
+    for (const ToolRow& tool : AllTools()) {
+        m_tools[place++]->setChecked(!transforms && tool.type == Settings::activeTool);
     }
     m_transform->setChecked(transforms);
     m_ghostPrevious->setChecked(Settings::ghostPrev);
@@ -230,12 +232,11 @@ void ToolboxDialog::Refresh() {
 }
 
 void ToolboxDialog::RefreshOptions() {
-    const DrawingTool* const tool = GetActiveDrawingTool();
+    const ToolRow* const tool = FindTool(Settings::activeTool);
     m_size->setEnabled(tool != nullptr);
     m_opacity->setEnabled(tool != nullptr);
     if (tool != nullptr) {
-        m_size->SetUp(1, tool->mostSize,
-                      tool->type == ToolType::Text ? QStringLiteral(" pt") : QStringLiteral(" px"),
+        m_size->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
                       QStringLiteral("Size of the active tool"));
         m_size->SetValue(Settings::GetToolSize(tool->type));
         m_opacity->SetValue(Settings::GetToolOpacity(tool->type));
@@ -246,12 +247,12 @@ QColor ToolboxDialog::GetColor() const {
     return m_color->GetColor();
 }
 
-void ToolboxDialog::ShowOptionsOf(const DrawingTool& tool) {
+void ToolboxDialog::ShowOptionsOf(const ToolRow& tool) {
     if (!Settings::toolboxDrawToolContextMenu) {
         return;
     }
     if (tool.type != Settings::activeTool) {
-        tool.take();
+        MayaUtil::SetTool(tool.type);
     }
     MayaUtil::ShowToolOptionsDialog();
 }
@@ -276,11 +277,11 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
 }
 
 void ToolboxDialog::Send() {
-    if (const DrawingTool* const tool = GetActiveDrawingTool()) {
-        ToolValues values = ToolValues::Read(*tool);
-        values.size = m_size->GetValue();
-        values.opacity = m_opacity->GetValue();
-        values.Send(*tool);
+    if (const ToolRow* const tool = FindTool(Settings::activeTool)) {
+        ToolOptions options = Settings::GetToolOptions(tool->type);
+        options.size = m_size->GetValue();
+        options.opacity = m_opacity->GetValue();
+        MayaUtil::SetToolOptions(tool->type, options);
     }
 }
 

@@ -7,16 +7,17 @@
 
 #include <QList>
 
+#include <functional>
+
 class QHBoxLayout;
 
 namespace vellix {
 
 class HostColorField;
+class Icon;
 class IconButton;
 class NumberSlider;
-enum class Icon;
-struct DrawingTool;
-struct ToolValues;
+struct ToolRow;
 
 /// Everything that is wanted while drawing: the tools, the active colour, the active tool's size and opacity,
 /// the ghosts, the frames and the layers.
@@ -40,15 +41,18 @@ private:
     QLayout* CreateFrames();
 
     /// A button that issues a line; automation finds it as "qmVxToolbox" and its name.
-    IconButton* CreateButton(Icon icon, const char* name, const QString& toolTip, bool (*issue)());
+    IconButton* CreateButton(const Icon& icon, const char* name, const QString& toolTip,
+                             const std::function<bool()>& issue);
     /// A button that shows a state; it is shown anew after the line was issued, whatever became of it.
-    IconButton* CreateSwitch(Icon icon, const char* name, const QString& toolTip, bool (*issue)());
-    IconButton* CreateGhostSwitch(Icon icon, const char* name, const QString& toolTip, bool (*toggle)());
-    void ShowOptionsOf(const DrawingTool& tool);
+    IconButton* CreateSwitch(const Icon& icon, const char* name, const QString& toolTip,
+                             const std::function<bool()>& issue);
+    IconButton* CreateGhostSwitch(const Icon& icon, const char* name, const QString& toolTip,
+                                  const std::function<bool()>& toggle);
+    void ShowOptionsOf(const ToolRow& tool);
     void ShowGhostingMenu(const QPoint& place);
     void Send();
 
-    QList<IconButton*> m_tools; ///< in the order of the drawing tools
+    QList<IconButton*> m_tools; ///< in the order of AllTools
     IconButton* m_transform = nullptr;
     IconButton* m_optionsButton = nullptr;
     HostColorField* m_color = nullptr;

@@ -1,5 +1,7 @@
 #include "ui/Icons.h"
 
+#include "paint/ToolTable.h"
+
 #include <QImage>
 #include <QPainter>
 
@@ -29,8 +31,8 @@ TEST(IconsTest, TheHostsFilesAreTheSameDrawings) {
     const struct {
         const char* name;
         Icon icon;
-    } rows[] = {{"draw_context_01", Icon::Pencil},
-                {"transform_context_01", Icon::Transform},
+    } rows[] = {{"draw_context_01", ToolType::Pencil},
+                {"transform_context_01", ToolType::Transform},
                 {"refresh", Icon::Refresh},
                 {"delete_layer", Icon::DeleteLayer}};
     const QString folder = qEnvironmentVariable("VELLIX_ICON_FOLDER");
@@ -57,9 +59,16 @@ TEST(IconsTest, TheHostsFilesAreTheSameDrawings) {
 
 // A dozen icons on one sheet: none is empty, none is another one, none is cut at the edge.
 TEST(IconsTest, EachIsADrawingOfItsOwn) {
+    QList<Icon> icons = {ToolType::Transform};
+    for (const ToolRow& tool : AllTools()) {
+        icons.append(tool.type);
+    }
+    for (int name = 0; name <= int(Icon::Options); ++name) {
+        icons.append(Icon::Name(name));
+    }
     QList<QImage> all;
-    for (int i = 0; i <= int(Icon::Options); ++i) {
-        const QImage image = Drawn(Icon(i), 48);
+    for (int i = 0; i < icons.size(); ++i) {
+        const QImage image = Drawn(icons[i], 48);
         int ink = 0;
         for (int y = 0; y < 48; ++y) {
             for (int x = 0; x < 48; ++x) {
