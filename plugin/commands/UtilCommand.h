@@ -1,5 +1,7 @@
 #pragma once
 
+#include "commands/FlagTable.h"
+
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
@@ -28,21 +30,9 @@ public:
     bool isUndoable() const override { return false; }
 
 private:
-    using Action = MStatus (*)(UtilCommand& command);
+    using Flag = FlagRow<UtilCommand>;
 
-    /// One row of the table of flags. `arguments` has a letter for each: u a whole number from 0, i a whole
-    /// number, s a text. A flag with a query needs -edit to set and -query to ask.
-    struct Operation {
-        const char* shortName;
-        const char* longName;
-        const char* arguments;
-        Action run;
-        Action query;
-    };
-    static const Operation OPERATIONS[];
-
-    MStatus Run(const Operation& operation, const MArgDatabase& arguments);
-    bool Read(const Operation& operation, const MArgDatabase& arguments);
+    static const FlagTable<UtilCommand>& Flags();
     static MStatus Refuse();
 
     static bool NeedWindow(const char* what);
@@ -58,12 +48,6 @@ private:
 
     /// The colour of the three components; an error is logged, and false returned, when there is none.
     bool GetColor(QColor& color) const;
-    static MStatus Answer(const QColor& color);
-    template <typename Value>
-    static MStatus Answer(Value value) {
-        setResult(value);
-        return MStatus();
-    }
     MStatus SetActiveColor() const;
     MStatus SetGhostColor(QColor& setting) const;
     MStatus SwitchGhosts(bool& setting) const;
@@ -84,9 +68,16 @@ private:
     static MStatus ShowLayerProperties();
     static MStatus ResetPanels();
 
-    unsigned int m_values[4] = {}; // a colour, or size, opacity, hardness and tablet switch of a tool
-    int m_switch = 0;              // negative: the other way round
-    QString m_text;                // font family, or the camera whose layers move
+    int m_size = 0; // of a tool, and what follows it
+    int m_opacity = 0;
+    int m_hardness = 0;
+    int m_tablet = 0;
+    int m_red = 0;
+    int m_green = 0;
+    int m_blue = 0;
+    int m_number = 0;
+    int m_switch = 0; // negative: the other way round
+    QString m_text;   // font family, or the camera whose layers move
 };
 
 } // namespace vellix
