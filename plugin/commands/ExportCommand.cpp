@@ -1,7 +1,6 @@
 #include "commands/ExportCommand.h"
 
 #include "commands/CameraArgument.h"
-#include "commands/FlagArgument.h"
 #include "commands/FrameOutputs.h"
 #include "core/LayerManager.h"
 #include "host/FrameTime.h"
@@ -19,6 +18,7 @@
 #include <maya/MStringArray.h>
 #include <maya/MTime.h>
 
+#include <QColor>
 #include <QDir>
 #include <QFileInfo>
 #include <QPainter>
@@ -61,6 +61,22 @@ double SceneRate() {
 
 } // namespace
 
+const FlagTable<ExportCommand>& ExportCommand::Flags() {
+    using Flag = FlagRow<ExportCommand>;
+    using E = ExportCommand;
+    static const FlagTable<E> flags({
+        Flag("-f", "-file", {&E::m_pattern}),
+        Flag("-c", "-camera", {&E::m_camera}),
+        Flag("-st", "-startTime", {&E::m_startTime}),
+        Flag("-et", "-endTime", {&E::m_endTime}),
+        Flag("-g", "-ghosting", {&E::m_ghosting}),
+        Flag("-bg", "-background", {&E::m_red, &E::m_green, &E::m_blue}).Sets(&E::m_hasBackground),
+        Flag("-cs", "-contactSheet", {&E::m_contactSheet}),
+        Flag("-mv", "-movie", {&E::m_movie}),
+    });
+    return flags;
+}
+
 void* ExportCommand::Creator() {
     return new ExportCommand();
 }
@@ -70,16 +86,7 @@ MString ExportCommand::GetCommandName() {
 }
 
 MSyntax ExportCommand::CommandSyntax() {
-    MSyntax syntax;
-    syntax.addFlag("-f", "-file", MSyntax::kString);
-    syntax.addFlag("-c", "-camera", MSyntax::kString);
-    syntax.addFlag("-st", "-startTime", MSyntax::kTime);
-    syntax.addFlag("-et", "-endTime", MSyntax::kTime);
-    syntax.addFlag("-g", "-ghosting", MSyntax::kBoolean);
-    syntax.addFlag("-bg", "-background", MSyntax::kLong, MSyntax::kLong, MSyntax::kLong);
-    syntax.addFlag("-cs", "-contactSheet", MSyntax::kString);
-    syntax.addFlag("-mv", "-movie", MSyntax::kString);
-    return syntax;
+    return Flags().GetSyntax();
 }
 
 MStatus ExportCommand::doIt(const MArgList& args) {
@@ -119,48 +126,30 @@ bool ExportCommand::ReadArguments(const MArgList& args) {
     if (!status) {
         return false;
     }
-    m_pattern = FlagArgument::String(arguments, "-f");
-    m_camera = FlagArgument::String(arguments, "-c");
-    m_contactSheet = FlagArgument::String(arguments, "-cs");
-    m_movie = FlagArgument::String(arguments, "-mv");
-    if (arguments.isFlagSet("-g")) {
-        arguments.getFlagArgument("-g", 0, m_ghosting);
-    }
-    return ReadRange(arguments) && ReadBackground(arguments);
+    m_startTime = MayaUtil::GetPlaybackRangeStart();
+    m_endTime = MayaUtil::GetPlaybackRangeEnd();
+    Flags().Read(*this, arguments);
+    return CheckTimes() && CheckBackground();
 }
 
-bool ExportCommand::ReadRange(const MArgDatabase& arguments) {
-    MTime start = MayaUtil::GetPlaybackRangeStart();
-    MTime end = MayaUtil::GetPlaybackRangeEnd();
-    if (arguments.isFlagSet("-st")) {
-        arguments.getFlagArgument("-st", 0, start);
-    }
-    if (arguments.isFlagSet("-et")) {
-        arguments.getFlagArgument("-et", 0, end);
-    }
+bool ExportCommand::CheckTimes() {
     const double limit = 1e9; // far beyond every timeline, and still an int
-    for (const double frame : {start.as(MTime::uiUnit()), end.as(MTime::uiUnit())}) {
+    for (const double frame : {m_startTime.as(MTime::uiUnit()), m_endTime.as(MTime::uiUnit())}) {
         if (!(frame >= -limit && frame <= limit)) {
             return RefuseExport("The frame range is not on the timeline. Check -startTime and -endTime.");
         }
     }
-    m_start = ToWholeFrames(start);
-    m_end = ToWholeFrames(end);
+    m_start = ToWholeFrames(m_startTime);
+    m_end = ToWholeFrames(m_endTime);
     return true;
 }
 
-bool ExportCommand::ReadBackground(const MArgDatabase& arguments) {
-    if (!arguments.isFlagSet("-bg")) {
-        return true;
-    }
-    int rgb[3] = {};
-    for (unsigned int i = 0; i < 3; ++i) {
-        arguments.getFlagArgument("-bg", i, rgb[i]);
-        if (rgb[i] < 0 || rgb[i] > 255) {
+bool ExportCommand::CheckBackground() const {
+    for (const int component : {m_red, m_green, m_blue}) {
+        if (component < 0 || component > 255) {
             return RefuseExport("A background is three numbers from 0 to 255: red, green and blue.");
         }
     }
-    m_background = QColor(rgb[0], rgb[1], rgb[2]);
     return true;
 }
 
@@ -216,11 +205,11 @@ bool ExportCommand::CheckMovie() const {
 
 QImage ExportCommand::Compose(const LayerManager& layers, int frame) const {
     QImage drawing = layers.ComposeFrame(m_camera, frame, m_ghosting);
-    if (!m_background.isValid()) {
+    if (!m_hasBackground) {
         return drawing;
     }
     QImage opaque(drawing.size(), QImage::Format_RGB32);
-    opaque.fill(m_background);
+    opaque.fill(QColor(m_red, m_green, m_blue));
     QPainter(&opaque).drawImage(0, 0, drawing);
     return opaque;
 }

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "commands/FlagTable.h"
+
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 #include <maya/MSyntax.h>
+#include <maya/MTime.h>
 
-#include <QColor>
 #include <QImage>
 #include <QString>
 #include <QStringList>
@@ -33,10 +35,12 @@ public:
     bool isUndoable() const override { return false; }
 
 private:
+    static const FlagTable<ExportCommand>& Flags();
+
     // Each logs what is wrong and what to do when it returns false.
     bool ReadArguments(const MArgList& args);
-    bool ReadRange(const MArgDatabase& arguments);
-    bool ReadBackground(const MArgDatabase& arguments);
+    bool CheckTimes();
+    bool CheckBackground() const;
     bool CheckRange() const;
     bool CheckFiles() const;
     bool CheckMovie() const;
@@ -47,10 +51,15 @@ private:
     QString m_camera;
     QString m_contactSheet;
     QString m_movie;
-    int m_start = 0;
+    MTime m_startTime;
+    MTime m_endTime;
+    int m_start = 0; // whole frames
     int m_end = 0;
     bool m_ghosting = false;
-    QColor m_background; // invalid for none
+    bool m_hasBackground = false;
+    int m_red = 0;
+    int m_green = 0;
+    int m_blue = 0;
     QStringList m_files;
 };
 

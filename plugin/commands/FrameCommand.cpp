@@ -15,9 +15,6 @@
 #include <maya/MArgList.h>
 #include <maya/MStringArray.h>
 
-#include <algorithm>
-#include <utility>
-
 namespace vellix {
 
 namespace {
@@ -38,24 +35,41 @@ MStatus RefuseEdit(const QString& message) {
 
 } // namespace
 
-// The first operation of the table whose flag is given is the one that is done.
-const FrameCommand::Operation FrameCommand::OPERATIONS[] = {
-    {"-ins", &FrameCommand::InsertFrame, &FrameCommand::InsertFrameUndo,
-     "Cannot add frames to a locked layer"},
-    {"-dup", &FrameCommand::DuplicateFrame, &FrameCommand::DuplicateFrameUndo,
-     "Cannot duplicate frames on a locked layer"},
-    {"-del", &FrameCommand::DeleteFrames, &FrameCommand::ExchangeUndo,
-     "Cannot remove frames from a locked layer"},
-    {"-cut", &FrameCommand::CutFrames, &FrameCommand::ExchangeUndo, "Cannot cut frames from a locked layer"},
-    {"-cp", &FrameCommand::CopyFrames, nullptr, nullptr},
-    {"-pst", &FrameCommand::PasteFrames, &FrameCommand::ExchangeUndo,
-     "Cannot paste frames to a locked layer"},
-    {"-clr", &FrameCommand::ClearFrames, &FrameCommand::ExchangeUndo, nullptr},
-    {"-sf", &FrameCommand::StepForward, &FrameCommand::StepUndo, nullptr},
-    {"-sb", &FrameCommand::StepBack, &FrameCommand::StepUndo, nullptr},
-    {"-ret", &FrameCommand::RetimeFrames, &FrameCommand::RetimeFramesUndo, nullptr},
-    {"-mv", &FrameCommand::MoveFrames, &FrameCommand::MoveFramesUndo, nullptr},
-};
+// Where several flags are given, the first of the table is done.
+const FlagTable<FrameCommand>& FrameCommand::Flags() {
+    using F = FrameCommand;
+    const auto unlocked = [](const char* refusal) {
+        return [refusal](const F& command) { return command.CheckUnlocked(refusal); };
+    };
+    static const FlagTable<F> flags({
+        Flag("-ins", "-insert")
+            .Does(&F::InsertFrame, &F::InsertFrameUndo)
+            .WithoutNode("Failed to insert key. Node does not exist.")
+            .Needs(unlocked("Cannot add frames to a locked layer")),
+        Flag("-dup", "-duplicate")
+            .Does(&F::DuplicateFrame, &F::DuplicateFrameUndo)
+            .Needs(unlocked("Cannot duplicate frames on a locked layer")),
+        Flag("-del", "-delete")
+            .Does(&F::DeleteFrames, &F::ExchangeUndo)
+            .Needs(unlocked("Cannot remove frames from a locked layer")),
+        Flag("-cut", "-cutFrame")
+            .Does(&F::CutFrames, &F::ExchangeUndo)
+            .Needs(unlocked("Cannot cut frames from a locked layer")),
+        Flag("-cp", "-copy").Does(&F::CopyFrames),
+        Flag("-pst", "-paste")
+            .Does(&F::PasteFrames, &F::ExchangeUndo)
+            .Needs(unlocked("Cannot paste frames to a locked layer")),
+        Flag("-clr", "-clear").Does(&F::ClearFrames, &F::ExchangeUndo),
+        Flag("-sf", "-stepForward").Does(&F::StepForward, &F::StepUndo),
+        Flag("-sb", "-stepBack").Does(&F::StepBack, &F::StepUndo),
+        Flag("ret", "retime", {&F::m_amount}).Does(&F::RetimeFrames, &F::RetimeFramesUndo),
+        Flag("rel", "relative").Sets(&F::m_relative),
+        Flag("mvn", "moveToNext").Sets(&F::m_moveToNext),
+        Flag("mv", "move", {&F::m_amount, &F::m_rangeStart, &F::m_rangeEnd})
+            .Does(&F::MoveFrames, &F::MoveFramesUndo),
+    });
+    return flags;
+}
 
 FrameCommand::~FrameCommand() = default;
 
@@ -68,21 +82,8 @@ MString FrameCommand::GetCommandName() {
 }
 
 MSyntax FrameCommand::CommandSyntax() {
-    MSyntax syntax;
+    MSyntax syntax = Flags().GetSyntax();
     syntax.setObjectType(MSyntax::kStringObjects);
-    syntax.addFlag("-ins", "-insert");
-    syntax.addFlag("-dup", "-duplicate");
-    syntax.addFlag("-del", "-delete");
-    syntax.addFlag("-cut", "-cutFrame");
-    syntax.addFlag("-cp", "-copy");
-    syntax.addFlag("-pst", "-paste");
-    syntax.addFlag("-clr", "-clear");
-    syntax.addFlag("-sf", "-stepForward");
-    syntax.addFlag("-sb", "-stepBack");
-    syntax.addFlag("ret", "retime", MSyntax::kLong);
-    syntax.addFlag("rel", "relative");
-    syntax.addFlag("mvn", "moveToNext");
-    syntax.addFlag("mv", "move", MSyntax::kLong, MSyntax::kLong, MSyntax::kLong);
     return syntax;
 }
 
@@ -101,20 +102,7 @@ MStatus FrameCommand::Parse(const MArgList& args) {
     if (m_camera.isEmpty()) {
         return MS::kFailure;
     }
-    const auto* const operation =
-        std::find_if(std::begin(OPERATIONS), std::end(OPERATIONS),
-                     [&arguments](const Operation& o) { return arguments.isFlagSet(o.flag); });
-    if (operation != std::end(OPERATIONS)) {
-        m_operation = operation;
-    }
-    if (arguments.isFlagSet("-ret")) {
-        m_retiming = Retiming(arguments.flagArgumentInt("-ret", 0), arguments.isFlagSet("-rel"));
-        m_moveToNext = arguments.isFlagSet("-mvn");
-    }
-    if (arguments.isFlagSet("-mv")) {
-        m_move = FrameMove(arguments.flagArgumentInt("-mv", 0), arguments.flagArgumentInt("-mv", 1),
-                           arguments.flagArgumentInt("-mv", 2));
-    }
+    m_flag = Flags().Read(*this, arguments);
     return MS::kSuccess;
 }
 
@@ -133,36 +121,30 @@ MStatus FrameCommand::doIt(const MArgList& args) {
 MStatus FrameCommand::redoIt() {
     m_node = BaseNode::GetMaster();
     if (!m_node) {
-        const bool inserts = m_operation && m_operation->redo == &FrameCommand::InsertFrame;
-        return RefuseEdit(inserts ? "Failed to insert key. Node does not exist." : "Node not found");
+        return RefuseEdit(m_flag ? m_flag->withoutNode : "Node not found");
     }
-    if (!m_operation) {
+    if (!m_flag || (m_flag->check && !m_flag->check(*this))) {
         return MS::kFailure;
     }
-    if (m_operation->locked && IsLocked()) {
-        return RefuseEdit(m_operation->locked);
-    }
-    m_undoable = m_operation->undo != nullptr;
-    MStatus status = (this->*m_operation->redo)();
+    m_undoable = bool(m_flag->undo);
+    MStatus status = m_flag->redo(*this);
     m_hasRun = m_hasRun || status;
     return status;
 }
 
 MStatus FrameCommand::undoIt() {
     m_node = BaseNode::GetMaster();
-    if (!m_node) {
-        return MS::kFailure;
-    }
-    return (this->*m_operation->undo)();
+    return m_node ? m_flag->undo(*this) : MStatus(MS::kFailure);
 }
 
 Layer* FrameCommand::GetLayer() const {
     return m_node->GetLayer(m_camera, m_layerIndex);
 }
 
-bool FrameCommand::IsLocked() const {
+bool FrameCommand::CheckUnlocked(const char* refusal) const {
     const Layer* const layer = GetLayer();
-    return layer && layer->GetState() == LayerState::Locked;
+    const bool locked = layer && layer->GetState() == LayerState::Locked;
+    return !locked || RefuseEdit(refusal);
 }
 
 // --- frames that come and go ------------------------------------------------------------------------------
@@ -359,6 +341,7 @@ MStatus FrameCommand::RetimeFrames() {
     const std::vector<int> times = GetTimes(*layer);
     if (!m_hasRun) {
         const FrameRange range = FrameRange::FromTimeSlider();
+        m_retiming = Retiming(m_amount, m_relative);
         m_retiming.SetRange(range.start, range.end, times);
     }
     QList<int> newTimes;
@@ -393,6 +376,9 @@ MStatus FrameCommand::RetimeFramesUndo() {
 }
 
 MStatus FrameCommand::MoveFrames() {
+    if (!m_hasRun) {
+        m_move = FrameMove(m_amount, m_rangeStart, m_rangeEnd);
+    }
     Layer* const layer = GetLayer();
     if (!layer || m_move.IsStill()) {
         BaseNode::UpdateTimeControlOverlay();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/ActiveLayers.h"
+#include "commands/FlagTable.h"
 #include "commands/FrameExchange.h"
 #include "commands/FrameMove.h"
 #include "commands/Retiming.h"
@@ -41,18 +42,9 @@ public:
     bool isUndoable() const override { return m_undoable; }
 
 private:
-    using Step = MStatus (FrameCommand::*)();
+    using Flag = FlagRow<FrameCommand>;
 
-    /// One row of the table of operations: the flag that asks for it, the change, its reversal (none where
-    /// nothing changes), and what is said when the layer is locked (null where that does not matter).
-    struct Operation {
-        const char* flag;
-        Step redo;
-        Step undo;
-        const char* locked;
-    };
-    static const Operation OPERATIONS[];
-
+    static const FlagTable<FrameCommand>& Flags();
     MStatus Parse(const MArgList& args);
 
     MStatus InsertFrame();
@@ -85,9 +77,10 @@ private:
 
     /// The layer that the command edits, null for none: the active one at the first run.
     Layer* GetLayer() const;
-    bool IsLocked() const;
+    /// False, with the refusal logged, when the layer is locked.
+    bool CheckUnlocked(const char* refusal) const;
 
-    const Operation* m_operation = nullptr;
+    const Flag* m_flag = nullptr; ///< what is done
     bool m_undoable = false;
     bool m_hasRun = false;
     BaseNode* m_node = nullptr;
@@ -98,10 +91,14 @@ private:
     std::unique_ptr<Layer> m_createdLayer; ///< the layer that inserting made, while it is undone
     ActiveLayers m_before;                 ///< what was active before that
 
+    int m_amount = 0; ///< frames to retime or to move by
+    int m_rangeStart = -1;
+    int m_rangeEnd = -1;
+    bool m_relative = false;
+    bool m_moveToNext = false;
     FrameExchange m_exchange;
     FrameMove m_move;
     Retiming m_retiming;
-    bool m_moveToNext = false;
     std::vector<MTime> m_frameTimes; ///< before retiming
     MTime m_previousTime;            ///< the playback time before stepping or retiming
 };

@@ -1,7 +1,6 @@
 #include "commands/LayerCommand.h"
 
 #include "commands/CameraArgument.h"
-#include "commands/FlagArgument.h"
 #include "core/Layer.h"
 #include "core/LayerState.h"
 #include "host/Logger.h"
@@ -17,31 +16,47 @@
 
 namespace vellix {
 
-// The first operation of the table whose flag is given is the one that is done.
-const LayerCommand::Operation LayerCommand::OPERATIONS[] = {
-    {"-cnt", &LayerCommand::ReadNothing, &LayerCommand::Count, nullptr},
-    {"-add", &LayerCommand::ReadNewLayer, &LayerCommand::Add, &LayerCommand::InsertUndo},
-    {"-ins", &LayerCommand::ReadInsert, &LayerCommand::Insert, &LayerCommand::InsertUndo},
-    {"-del", &LayerCommand::ReadIndex, &LayerCommand::Delete, &LayerCommand::DeleteUndo},
-    {"-da", &LayerCommand::ReadNothing, &LayerCommand::DeleteAll, &LayerCommand::DeleteAllUndo},
-    {"-mv", &LayerCommand::ReadMove, &LayerCommand::Move, &LayerCommand::MoveUndo},
-    {"-mva", &LayerCommand::ReadMoveAll, &LayerCommand::MoveAll, &LayerCommand::MoveAllUndo},
-    {"-en", &LayerCommand::ReadName, &LayerCommand::ExchangeName, &LayerCommand::ExchangeName},
-    {"-qn", &LayerCommand::ReadIndex, &LayerCommand::QueryName, nullptr},
-    {"-ev", &LayerCommand::ReadVisibility, &LayerCommand::ExchangeVisibility,
-     &LayerCommand::ExchangeVisibility},
-    {"-qv", &LayerCommand::ReadIndex, &LayerCommand::QueryVisibility, nullptr},
-    {"-eo", &LayerCommand::ReadOpacity, &LayerCommand::ExchangeOpacity, &LayerCommand::ExchangeOpacity},
-    {"-qo", &LayerCommand::ReadIndex, &LayerCommand::QueryOpacity, nullptr},
-    {"-es", &LayerCommand::ReadState, &LayerCommand::ExchangeState, &LayerCommand::ExchangeState},
-    {"-qs", &LayerCommand::ReadIndex, &LayerCommand::QueryState, nullptr},
-    {"-itv", &LayerCommand::ReadNothing, &LayerCommand::Import, nullptr},
-};
-const LayerCommand::Operation LayerCommand::EDIT_ACTIVE = {
-    "-act", &LayerCommand::ReadIndex, &LayerCommand::EditActive, &LayerCommand::RestoreActive};
-const LayerCommand::Operation LayerCommand::QUERY_ACTIVE = {"-act", &LayerCommand::ReadNothing,
-                                                            &LayerCommand::QueryActive, nullptr};
+// Where several flags are given, the first of the table is done.
+const FlagTable<LayerCommand>& LayerCommand::Flags() {
+    using L = LayerCommand;
+    using Value = Flag::Value;
+    static const auto index = Value::Whole(&L::m_layerIndex);
+    static const FlagTable<L> flags({
+        Flag("-act", "-active", {index}).Does(&L::EditActive, &L::RestoreActive).Answers(&L::QueryActive),
+        Flag("-cnt", "-count").Does(&L::Count),
+        Flag("-add", "-addLayer")
+            .Does(&L::Add, &L::InsertUndo)
+            .WithoutNode("Failed to add layer. Node does not exist."),
+        Flag("-ins", "-insert", {&L::m_destination})
+            .Does(&L::Insert, &L::InsertUndo)
+            .WithoutNode("Failed to insert layer. Node does not exist."),
+        Flag("-del", "-delete", {index}).Does(&L::Delete, &L::DeleteUndo),
+        Flag("-da", "-deleteAll").Does(&L::DeleteAll, &L::DeleteAllUndo),
+        Flag("-mv", "-move", {index, &L::m_destination}).Does(&L::Move, &L::MoveUndo),
+        Flag("-mva", "-moveAll", {&L::m_newCamera}).Does(&L::MoveAll, &L::MoveAllUndo),
+        Flag("-n", "-name", {&L::m_layerName}),
+        Flag("-nc", "-newCamera", {&L::m_newCamera}),
+        Flag("-en", "editName", {&L::m_layerName, index}).Exchanges(&L::ExchangeName).Needs(&L::CheckLayer),
+        Flag("-qn", "queryName", {index}).Does(&L::QueryName).Needs(&L::CheckLayer),
+        Flag("-ev", "editVis", {&L::m_visible, index})
+            .Exchanges(&L::ExchangeVisibility)
+            .Needs(&L::CheckLayer),
+        Flag("-qv", "queryVis", {index}).Does(&L::QueryVisibility).Needs(&L::CheckLayer),
+        Flag("-eo", "editOpacity", {&L::m_opacity, index})
+            .Exchanges(&L::ExchangeOpacity)
+            .Needs(&L::CheckLayer),
+        Flag("-qo", "queryOpacity", {index}).Does(&L::QueryOpacity).Needs(&L::CheckLayer),
+        Flag("-es", "editState", {Value::Whole(&L::m_stateValue), index})
+            .Exchanges(&L::ExchangeState)
+            .Needs(&L::CheckState),
+        Flag("-qs", "queryState", {index}).Does(&L::QueryState).Needs(&L::CheckLayer),
+        Flag("-ls", "layerState", {Value::Whole(&L::m_layerState)}),
+        Flag("-itv", "importTavlo", {MSyntax::kString, MSyntax::kString}).Does(&L::Import),
+    });
+    return flags;
+}
 
+LayerCommand::LayerCommand() = default;
 LayerCommand::~LayerCommand() = default;
 
 void* LayerCommand::Creator() {
@@ -53,35 +68,13 @@ MString LayerCommand::GetCommandName() {
 }
 
 MSyntax LayerCommand::CommandSyntax() {
-    MSyntax syntax;
-    syntax.enableQuery(true);
-    syntax.enableEdit(true);
+    MSyntax syntax = Flags().GetSyntax();
     // The camera is needed; that it is missing is said in the plug-in's own words.
     syntax.setObjectType(MSyntax::kStringObjects);
-    syntax.addFlag("-cnt", "-count");
-    syntax.addFlag("-act", "-active", MSyntax::kUnsigned);
-    syntax.addFlag("-add", "-addLayer");
-    syntax.addFlag("-ins", "-insert", MSyntax::kLong);
-    syntax.addFlag("-del", "-delete", MSyntax::kUnsigned);
-    syntax.addFlag("-da", "-deleteAll");
-    syntax.addFlag("-mv", "-move", MSyntax::kUnsigned, MSyntax::kLong);
-    syntax.addFlag("-mva", "-moveAll", MSyntax::kString);
-    syntax.addFlag("-n", "-name", MSyntax::kString);
-    syntax.addFlag("-nc", "-newCamera", MSyntax::kString);
-    syntax.addFlag("-en", "editName", MSyntax::kString, MSyntax::kUnsigned);
-    syntax.addFlag("-qn", "queryName", MSyntax::kUnsigned);
-    syntax.addFlag("-ev", "editVis", MSyntax::kBoolean, MSyntax::kUnsigned);
-    syntax.addFlag("-qv", "queryVis", MSyntax::kUnsigned);
-    syntax.addFlag("-eo", "editOpacity", MSyntax::kDouble, MSyntax::kUnsigned);
-    syntax.addFlag("-qo", "queryOpacity", MSyntax::kUnsigned);
-    syntax.addFlag("-es", "editState", MSyntax::kUnsigned, MSyntax::kUnsigned);
-    syntax.addFlag("-qs", "queryState", MSyntax::kUnsigned);
-    syntax.addFlag("-ls", "layerState", MSyntax::kUnsigned);
-    syntax.addFlag("-itv", "importTavlo", MSyntax::kString, MSyntax::kString);
     return syntax;
 }
 
-// --- reading the arguments --------------------------------------------------------------------------------
+// --- the command ------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::Parse(const MArgList& args) {
     MStatus status;
@@ -93,76 +86,18 @@ MStatus LayerCommand::Parse(const MArgList& args) {
     if (m_camera.isEmpty()) {
         return MS::kFailure;
     }
-    const bool active = arguments.isFlagSet("-act");
-    if (arguments.isEdit() || arguments.isQuery()) {
-        m_refusal = arguments.isEdit() ? "Invalid edit parameter" : "Invalid query parameter";
-        if (active) {
-            m_operation = arguments.isEdit() ? &EDIT_ACTIVE : &QUERY_ACTIVE;
-        }
-    } else if (!active) {
-        for (const Operation& operation : OPERATIONS) {
-            if (arguments.isFlagSet(operation.flag)) {
-                m_operation = &operation;
-                break;
-            }
-        }
-    }
-    if (m_operation) {
-        (this->*m_operation->read)(arguments);
+    const bool edits = arguments.isEdit();
+    m_asks = arguments.isQuery() && !edits;
+    m_refusal = edits    ? "Invalid edit parameter"
+                : m_asks ? "Invalid query parameter"
+                         : "Invalid command parameters";
+    m_flag = Flags().Read(*this, arguments);
+    // With -edit or -query go the flags that answer, without them the others.
+    if (m_flag && bool(m_flag->query) != (edits || m_asks)) {
+        m_flag = nullptr;
     }
     return MS::kSuccess;
 }
-
-void LayerCommand::ReadNothing(const MArgDatabase&) {}
-
-void LayerCommand::ReadIndex(const MArgDatabase& arguments) {
-    m_layerIndex = FlagArgument::Int(arguments, m_operation->flag, 0, -1);
-}
-
-void LayerCommand::ReadNewLayer(const MArgDatabase& arguments) {
-    m_layerName = FlagArgument::String(arguments, "-n");
-    if (arguments.isFlagSet("-ls")) {
-        const int state = FlagArgument::Int(arguments, "-ls", 0, 0);
-        m_layerState = IsLayerState(state) ? state : 0;
-    }
-}
-
-void LayerCommand::ReadInsert(const MArgDatabase& arguments) {
-    m_destination = FlagArgument::Int(arguments, "-ins", 0, -1);
-    ReadNewLayer(arguments);
-}
-
-void LayerCommand::ReadMove(const MArgDatabase& arguments) {
-    m_layerIndex = FlagArgument::Int(arguments, "-mv", 0, -1);
-    m_destination = FlagArgument::Int(arguments, "-mv", 1, -1);
-    m_newCamera = FlagArgument::String(arguments, "-nc");
-}
-
-void LayerCommand::ReadMoveAll(const MArgDatabase& arguments) {
-    m_newCamera = FlagArgument::String(arguments, "-mva");
-}
-
-void LayerCommand::ReadName(const MArgDatabase& arguments) {
-    m_layerName = FlagArgument::String(arguments, "-en");
-    m_layerIndex = FlagArgument::Int(arguments, "-en", 1, -1);
-}
-
-void LayerCommand::ReadVisibility(const MArgDatabase& arguments) {
-    m_visible = arguments.flagArgumentBool("-ev", 0);
-    m_layerIndex = FlagArgument::Int(arguments, "-ev", 1, -1);
-}
-
-void LayerCommand::ReadOpacity(const MArgDatabase& arguments) {
-    m_opacity = arguments.flagArgumentDouble("-eo", 0);
-    m_layerIndex = FlagArgument::Int(arguments, "-eo", 1, -1);
-}
-
-void LayerCommand::ReadState(const MArgDatabase& arguments) {
-    m_stateValue = FlagArgument::Int(arguments, "-es", 0, -1);
-    m_layerIndex = FlagArgument::Int(arguments, "-es", 1, -1);
-}
-
-// --- doing ------------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::doIt(const MArgList& args) {
     const MStatus status = Parse(args);
@@ -171,30 +106,28 @@ MStatus LayerCommand::doIt(const MArgList& args) {
 
 MStatus LayerCommand::redoIt() {
     m_node = BaseNode::GetMaster();
-    const bool makesLayer = m_operation && (m_operation->redo == &LayerCommand::Add ||
-                                            m_operation->redo == &LayerCommand::Insert);
-    if (!m_node && !makesLayer) {
-        Logger::Error("Node not found");
+    if (!m_node) {
+        Logger::Error(m_flag ? m_flag->withoutNode : "Node not found");
         return MS::kFailure;
     }
-    if (!m_operation) {
+    if (!m_flag) {
         Logger::Error(m_refusal);
         return MS::kInvalidParameter;
     }
-    m_undoable = m_operation->undo != nullptr;
-    return Run(m_operation->redo);
+    m_undoable = m_flag->undo && !m_asks;
+    return Run(m_asks ? m_flag->query : m_flag->redo);
 }
 
 MStatus LayerCommand::undoIt() {
     m_node = BaseNode::GetMaster();
-    if (!m_node || !m_operation->undo) {
-        return MS::kFailure;
-    }
-    return Run(m_operation->undo);
+    return m_node && m_undoable ? Run(m_flag->undo) : MStatus(MS::kFailure);
 }
 
-MStatus LayerCommand::Run(Step step) {
-    MStatus status = (this->*step)();
+MStatus LayerCommand::Run(const Flag::Step& step) {
+    if (m_flag->check && !m_flag->check(*this)) {
+        return MS::kFailure;
+    }
+    MStatus status = step(*this);
     if (status && m_undoable) {
         m_node->QueueRefresh(); // what the views show may have changed
     }
@@ -208,6 +141,14 @@ bool LayerCommand::CheckLayer() const {
     Logger::Error(
         QString("Layer does not exist for camera (index): %1 (%2)").arg(m_camera).arg(m_layerIndex));
     return false;
+}
+
+bool LayerCommand::CheckState() const {
+    if (!IsLayerState(m_stateValue)) {
+        Logger::Error(QString("Invalid state value: %1").arg(m_stateValue));
+        return false;
+    }
+    return CheckLayer();
 }
 
 MStatus LayerCommand::Count() {
@@ -248,16 +189,12 @@ MStatus LayerCommand::InsertNewLayer(int destination) {
     if (m_resultIndex < 0 || m_layerState < 0) {
         return MS::kFailure;
     }
-    m_node->SetLayerState(m_camera, m_resultIndex, static_cast<LayerState>(m_layerState));
+    m_node->SetLayerState(m_camera, m_resultIndex, ToLayerState(m_layerState));
     setResult(m_resultIndex);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::Add() {
-    if (!m_node) {
-        Logger::Error("Failed to add layer. Node does not exist.");
-        return MS::kFailure;
-    }
     MStatus status = InsertNewLayer(-1);
     if (status) {
         m_node->SetActiveLayer(m_camera, m_resultIndex, true);
@@ -266,10 +203,6 @@ MStatus LayerCommand::Add() {
 }
 
 MStatus LayerCommand::Insert() {
-    if (!m_node) {
-        Logger::Error("Failed to insert layer. Node does not exist.");
-        return MS::kFailure;
-    }
     return InsertNewLayer(m_destination);
 }
 
@@ -293,7 +226,7 @@ MStatus LayerCommand::Delete() {
 }
 
 MStatus LayerCommand::DeleteUndo() {
-    return PutBackFirst(m_layerIndex) ? RestoreActive() : MStatus(MS::kFailure);
+    return PutBack(m_layerIndex);
 }
 
 MStatus LayerCommand::DeleteAll() {
@@ -303,22 +236,19 @@ MStatus LayerCommand::DeleteAll() {
 }
 
 MStatus LayerCommand::DeleteAllUndo() {
-    for (int i = 0; !m_removedLayers.empty(); ++i) {
-        if (!PutBackFirst(i)) {
+    return PutBack(0);
+}
+
+/// The removed layers, the lowest at the index, and the layer that was active.
+MStatus LayerCommand::PutBack(int index) {
+    for (; !m_removedLayers.empty(); ++index) {
+        std::unique_ptr<Layer> layer = std::move(m_removedLayers.front());
+        m_removedLayers.erase(m_removedLayers.begin());
+        if (m_node->InsertLayer(m_camera, index, std::move(layer)) < 0) {
             return MS::kFailure;
         }
     }
     return RestoreActive();
-}
-
-/// The first of the removed layers goes back into the document; false when there is none or it is refused.
-bool LayerCommand::PutBackFirst(int index) {
-    if (m_removedLayers.empty()) {
-        return false;
-    }
-    std::unique_ptr<Layer> layer = std::move(m_removedLayers.front());
-    m_removedLayers.erase(m_removedLayers.begin());
-    return m_node->InsertLayer(m_camera, index, std::move(layer)) >= 0;
 }
 
 // --- moving -----------------------------------------------------------------------------------------------
@@ -394,78 +324,46 @@ MStatus LayerCommand::MoveAllUndo() {
 
 // --- what a layer is --------------------------------------------------------------------------------------
 
-MStatus LayerCommand::ExchangeName() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
-    const QString old = m_node->GetLayerName(m_camera, m_layerIndex);
-    m_node->SetLayerName(m_camera, m_layerIndex, m_layerName);
-    m_layerName = old;
+template <typename Value, typename Get, typename Set>
+MStatus LayerCommand::Exchange(Value& value, Get get, Set set) {
+    const auto old = (m_node->*get)(m_camera, m_layerIndex);
+    (m_node->*set)(m_camera, m_layerIndex, static_cast<decltype(old)>(value));
+    value = static_cast<Value>(old);
     return MS::kSuccess;
 }
 
+MStatus LayerCommand::ExchangeName() {
+    return Exchange(m_layerName, &BaseNode::GetLayerName, &BaseNode::SetLayerName);
+}
+
 MStatus LayerCommand::QueryName() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
     setResult(MayaUtil::ToMString(m_node->GetLayerName(m_camera, m_layerIndex)));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeVisibility() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
-    const bool old = m_node->IsLayerVisible(m_camera, m_layerIndex);
-    m_node->SetLayerVisible(m_camera, m_layerIndex, m_visible);
-    m_visible = old;
-    return MS::kSuccess;
+    return Exchange(m_visible, &BaseNode::IsLayerVisible, &BaseNode::SetLayerVisible);
 }
 
 MStatus LayerCommand::QueryVisibility() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
     setResult(m_node->IsLayerVisible(m_camera, m_layerIndex));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeOpacity() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
-    const float old = m_node->GetLayerOpacity(m_camera, m_layerIndex);
-    m_node->SetLayerOpacity(m_camera, m_layerIndex, static_cast<float>(m_opacity));
-    m_opacity = old;
-    return MS::kSuccess;
+    return Exchange(m_opacity, &BaseNode::GetLayerOpacity, &BaseNode::SetLayerOpacity);
 }
 
 MStatus LayerCommand::QueryOpacity() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
     setResult(static_cast<double>(m_node->GetLayerOpacity(m_camera, m_layerIndex)));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeState() {
-    if (!IsLayerState(m_stateValue)) {
-        Logger::Error(QString("Invalid state value: %1").arg(m_stateValue));
-        return MS::kFailure;
-    }
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
-    const int old = static_cast<int>(m_node->GetLayerState(m_camera, m_layerIndex));
-    m_node->SetLayerState(m_camera, m_layerIndex, static_cast<LayerState>(m_stateValue));
-    m_stateValue = old;
-    return MS::kSuccess;
+    return Exchange(m_stateValue, &BaseNode::GetLayerState, &BaseNode::SetLayerState);
 }
 
 MStatus LayerCommand::QueryState() {
-    if (!CheckLayer()) {
-        return MS::kFailure;
-    }
     setResult(static_cast<int>(m_node->GetLayerState(m_camera, m_layerIndex)));
     return MS::kSuccess;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/ActiveLayers.h"
+#include "commands/FlagTable.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
@@ -22,7 +23,7 @@ class Layer;
 /// are addressed by their index from the bottom of the stack.
 class LayerCommand : public MPxCommand {
 public:
-    LayerCommand() = default;
+    LayerCommand();
     ~LayerCommand() override;
 
     static void* Creator();
@@ -35,32 +36,10 @@ public:
     bool isUndoable() const override { return m_undoable; }
 
 private:
-    using Reader = void (LayerCommand::*)(const MArgDatabase& arguments);
-    using Step = MStatus (LayerCommand::*)();
+    using Flag = FlagRow<LayerCommand>;
 
-    /// One row of the table of operations: the flag that asks for it, what reads the flag's arguments, the
-    /// change and its reversal (none for a plain answer).
-    struct Operation {
-        const char* flag;
-        Reader read;
-        Step redo;
-        Step undo;
-    };
-    static const Operation OPERATIONS[];
-    static const Operation EDIT_ACTIVE;
-    static const Operation QUERY_ACTIVE;
-
+    static const FlagTable<LayerCommand>& Flags();
     MStatus Parse(const MArgList& args);
-    void ReadNothing(const MArgDatabase& arguments);
-    void ReadIndex(const MArgDatabase& arguments);
-    void ReadInsert(const MArgDatabase& arguments);
-    void ReadMove(const MArgDatabase& arguments);
-    void ReadMoveAll(const MArgDatabase& arguments);
-    void ReadName(const MArgDatabase& arguments);
-    void ReadVisibility(const MArgDatabase& arguments);
-    void ReadOpacity(const MArgDatabase& arguments);
-    void ReadState(const MArgDatabase& arguments);
-    void ReadNewLayer(const MArgDatabase& arguments);
 
     MStatus Count();
     MStatus QueryActive();
@@ -89,24 +68,29 @@ private:
     MStatus QueryState();
     MStatus Import();
 
-    MStatus Run(Step step);
+    MStatus Run(const Flag::Step& step);
     bool CheckLayer() const;
+    bool CheckState() const;
     MStatus InsertNewLayer(int destination);
-    bool PutBackFirst(int index);
+    MStatus PutBack(int index);
+    /// Gives the layer the value, and the value what the layer had.
+    template <typename Value, typename Get, typename Set>
+    MStatus Exchange(Value& value, Get get, Set set);
 
-    const Operation* m_operation = nullptr;
-    const char* m_refusal = "Invalid command parameters"; // said when there is no operation
+    const Flag* m_flag = nullptr;    // what is done
+    const char* m_refusal = nullptr; // said when there is nothing to do
+    bool m_asks = false;
     bool m_undoable = false;
     BaseNode* m_node = nullptr;
 
     QString m_camera;
     QString m_newCamera;
     QString m_layerName;
-    int m_layerIndex = 0;
+    int m_layerIndex = -1;
     int m_destination = -1;
     int m_resultIndex = -1; // where a layer came to stand, for the way back
     int m_movedCount = 0;
-    int m_layerState = -1;
+    int m_layerState = -1; // of a new layer, negative for none
     int m_stateValue = 0;
     bool m_visible = true;
     double m_opacity = 1.0;

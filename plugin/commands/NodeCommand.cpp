@@ -1,6 +1,5 @@
 #include "commands/NodeCommand.h"
 
-#include "commands/FlagArgument.h"
 #include "core/FrameRange.h"
 #include "core/LayerState.h"
 #include "host/FrameTime.h"
@@ -17,34 +16,46 @@ namespace vellix {
 
 namespace {
 
-const char* const EXISTS_FLAG = "-ex";
-const char* const REFRESH_FLAG = "-r";
-const char* const REFRESH_GHOSTING_FLAG = "-rg";
-const char* const LAYER_FLAG = "-l";
-const char* const CAMERA_FLAG = "-c";
-const char* const LAYER_NAME_FLAG = "-ln";
-const char* const LAYER_STATE_FLAG = "-ls";
-const char* const FRAME_FLAG = "-f";
+MStatus Refuse(const char* message) {
+    Logger::Error(message);
+    return MS::kInvalidParameter;
+}
+
+/// Fails when there is no node.
+MStatus Tell(void (BaseNode::*message)()) {
+    BaseNode* const node = BaseNode::GetMaster();
+    if (node == nullptr) {
+        return MS::kFailure;
+    }
+    (node->*message)();
+    return MS::kSuccess;
+}
 
 } // namespace
+
+// A line without a flag that does something creates the node.
+const FlagTable<NodeCommand>& NodeCommand::Flags() {
+    using N = NodeCommand;
+    using Value = Flag::Value;
+    static const FlagTable<N> flags({
+        Flag("-ex", "-exists").Does(&N::AnswerExists),
+        Flag("-r", "-refresh").Does(&N::Refresh),
+        Flag("-rg", "-refreshGhosting").Does(&N::RefreshGhosting),
+        Flag("-l", "-layer").Sets(&N::m_layer),
+        Flag("-c", "-camera", {&N::m_camera}).Answers(&N::AnswerCamera),
+        Flag("-ln", "-layerName", {&N::m_layerName}),
+        Flag("-ls", "-layerState", {Value::Whole(&N::m_layerState)}),
+        Flag("-f", "-frame").Sets(&N::m_frame),
+    });
+    return flags;
+}
 
 void* NodeCommand::Creator() {
     return new NodeCommand;
 }
 
 MSyntax NodeCommand::CommandSyntax() {
-    MSyntax syntax;
-    syntax.addFlag(EXISTS_FLAG, "-exists", MSyntax::kNoArg);
-    syntax.addFlag(REFRESH_FLAG, "-refresh", MSyntax::kNoArg);
-    syntax.addFlag(REFRESH_GHOSTING_FLAG, "-refreshGhosting", MSyntax::kNoArg);
-    syntax.addFlag(LAYER_FLAG, "-layer", MSyntax::kNoArg);
-    syntax.addFlag(CAMERA_FLAG, "-camera", MSyntax::kString);
-    syntax.addFlag(LAYER_NAME_FLAG, "-layerName", MSyntax::kString);
-    syntax.addFlag(LAYER_STATE_FLAG, "-layerState", MSyntax::kUnsigned);
-    syntax.addFlag(FRAME_FLAG, "-frame", MSyntax::kNoArg);
-    syntax.enableQuery(true);
-    syntax.enableEdit(true);
-    return syntax;
+    return Flags().GetSyntax();
 }
 
 MString NodeCommand::GetCommandName() {
@@ -52,104 +63,28 @@ MString NodeCommand::GetCommandName() {
 }
 
 MStatus NodeCommand::doIt(const MArgList& args) {
-    MStatus status = ParseArguments(args);
-    if (!status) {
-        return status;
-    }
-    status = redoIt();
-    if (status) {
-        m_hasRun = true;
-    }
-    return status;
-}
-
-MStatus NodeCommand::redoIt() {
-    if (m_edit) {
-        Logger::Error("Invalid edit parameter");
-        return MS::kInvalidParameter;
-    }
-    if (m_query) {
-        return Query();
-    }
-    BaseNode* node = BaseNode::GetMaster();
-    if (m_exists) {
-        setResult(node != nullptr);
-        return MS::kSuccess;
-    }
-    if (m_refresh || m_refreshGhosting) {
-        if (node == nullptr) {
-            return MS::kFailure;
-        }
-        if (m_refresh) {
-            node->RefreshActiveCamera();
-        } else {
-            node->UpdateGhosting();
-        }
-        return MS::kSuccess;
-    }
-    m_undoable = true;
-    return CreateNode();
-}
-
-MStatus NodeCommand::undoIt() {
-    m_creation.Undo();
-    BaseNode::UpdatePlaybackTime();
-    BaseNode::UpdateTimeControlOverlay();
-    BaseNode::ClearLayerManagerDialog();
-    return MS::kSuccess;
-}
-
-bool NodeCommand::isUndoable() const {
-    return m_undoable;
-}
-
-MStatus NodeCommand::ParseArguments(const MArgList& args) {
     MStatus status;
     const MArgDatabase arguments(syntax(), args, &status);
     if (!status) {
         return status;
     }
-    m_edit = arguments.isEdit();
-    m_query = arguments.isQuery();
-    if (m_query) {
-        m_queryCamera = arguments.isFlagSet(CAMERA_FLAG);
-        return MS::kSuccess;
+    if (arguments.isEdit()) {
+        return Refuse("Invalid edit parameter");
     }
-    if (arguments.isFlagSet(EXISTS_FLAG)) {
-        m_exists = true;
-    } else if (arguments.isFlagSet(REFRESH_FLAG)) {
-        m_refresh = true;
-    } else if (arguments.isFlagSet(REFRESH_GHOSTING_FLAG)) {
-        m_refreshGhosting = true;
+    if (arguments.isQuery()) {
+        const Flag* const asked = Flags().FindGiven(arguments, &Flag::query);
+        return asked ? asked->query(*this) : Refuse("Invalid query parameter");
     }
-    m_layer = arguments.isFlagSet(LAYER_FLAG);
-    if (m_layer) {
-        m_camera = FlagArgument::String(arguments, CAMERA_FLAG);
-        m_layerName = FlagArgument::String(arguments, LAYER_NAME_FLAG);
-        if (arguments.isFlagSet(LAYER_STATE_FLAG)) {
-            unsigned int state = 0;
-            arguments.getFlagArgument(LAYER_STATE_FLAG, 0, state);
-            m_layerState = IsLayerState(state) ? static_cast<int>(state) : 0;
-        }
+    if (const Flag* const flag = Flags().Read(*this, arguments)) {
+        return flag->redo(*this);
     }
-    m_frame = arguments.isFlagSet(FRAME_FLAG);
-    return MS::kSuccess;
+    m_undoable = true;
+    status = redoIt();
+    m_hasRun = bool(status);
+    return status;
 }
 
-MStatus NodeCommand::Query() {
-    if (!m_queryCamera) {
-        Logger::Error("Invalid query parameter");
-        return MS::kInvalidParameter;
-    }
-    const BaseNode* node = BaseNode::GetMaster();
-    if (node == nullptr) {
-        return MS::kFailure;
-    }
-    setResult(MayaUtil::ToMString(node->GetActiveCamera()));
-    return MS::kSuccess;
-}
-
-MStatus NodeCommand::CreateNode() {
+MStatus NodeCommand::redoIt() {
     if (BaseNode::GetMaster() != nullptr) {
         Logger::Error("Node already exists");
         return MS::kFailure;
@@ -172,6 +107,36 @@ MStatus NodeCommand::CreateNode() {
     return MS::kSuccess;
 }
 
+MStatus NodeCommand::undoIt() {
+    m_creation.Undo();
+    BaseNode::UpdatePlaybackTime();
+    BaseNode::UpdateTimeControlOverlay();
+    BaseNode::ClearLayerManagerDialog();
+    return MS::kSuccess;
+}
+
+MStatus NodeCommand::AnswerExists() {
+    setResult(BaseNode::GetMaster() != nullptr);
+    return MS::kSuccess;
+}
+
+MStatus NodeCommand::Refresh() {
+    return Tell(&BaseNode::RefreshActiveCamera);
+}
+
+MStatus NodeCommand::RefreshGhosting() {
+    return Tell(&BaseNode::UpdateGhosting);
+}
+
+MStatus NodeCommand::AnswerCamera() {
+    const BaseNode* node = BaseNode::GetMaster();
+    if (node == nullptr) {
+        return MS::kFailure;
+    }
+    setResult(MayaUtil::ToMString(node->GetActiveCamera()));
+    return MS::kSuccess;
+}
+
 void NodeCommand::AddFirstLayer(BaseNode& node) {
     const QString camera = m_camera.isEmpty() ? MayaUtil::GetActive3dViewCameraName() : m_camera;
     if (camera.isEmpty() || node.LayerCount(camera) > 0) {
@@ -182,7 +147,7 @@ void NodeCommand::AddFirstLayer(BaseNode& node) {
         return;
     }
     if (m_layerState >= 0) {
-        node.SetLayerState(camera, index, static_cast<LayerState>(m_layerState));
+        node.SetLayerState(camera, index, ToLayerState(m_layerState));
     }
     if (m_frame) {
         AddFrames(node, camera);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/FlagTable.h"
 #include "commands/NodeCreation.h"
 
 #include <maya/MApiNamespace.h>
@@ -24,12 +25,16 @@ public:
     MStatus doIt(const MArgList& args) override;
     MStatus redoIt() override;
     MStatus undoIt() override;
-    bool isUndoable() const override;
+    bool isUndoable() const override { return m_undoable; }
 
 private:
-    MStatus ParseArguments(const MArgList& args);
-    MStatus Query();
-    MStatus CreateNode();
+    using Flag = FlagRow<NodeCommand>;
+
+    static const FlagTable<NodeCommand>& Flags();
+    MStatus AnswerExists();
+    MStatus Refresh();
+    MStatus RefreshGhosting();
+    MStatus AnswerCamera();
     void AddFirstLayer(BaseNode& node);
     void AddFrames(BaseNode& node, const QString& camera);
     void RefreshPanels(const BaseNode& node);
@@ -37,14 +42,8 @@ private:
     NodeCreation m_creation;
     bool m_undoable = false;
     bool m_hasRun = false;
-    bool m_edit = false;
-    bool m_query = false;
-    bool m_exists = false;
-    bool m_refresh = false;
-    bool m_refreshGhosting = false;
     bool m_layer = false;
     bool m_frame = false;
-    bool m_queryCamera = false;
     QString m_layerName;
     QString m_camera;
     int m_layerState = -1; ///< negative when none was given

@@ -1,7 +1,6 @@
 #include "commands/ReplayCommand.h"
 
 #include "commands/CameraArgument.h"
-#include "commands/FlagArgument.h"
 #include "commands/NodeCreation.h"
 #include "commands/StrokePlayer.h"
 #include "host/Logger.h"
@@ -19,6 +18,16 @@ namespace vellix {
 ReplayCommand::ReplayCommand() = default;
 ReplayCommand::~ReplayCommand() = default;
 
+const FlagTable<ReplayCommand>& ReplayCommand::Flags() {
+    using Flag = FlagRow<ReplayCommand>;
+    static const FlagTable<ReplayCommand> flags({
+        Flag("-f", "-file", {&ReplayCommand::m_file}).Sets(&ReplayCommand::m_hasFile),
+        Flag("-c", "-camera", {&ReplayCommand::m_camera}),
+        Flag("-fo", "-frameOffset", {&ReplayCommand::m_frameOffset}),
+    });
+    return flags;
+}
+
 void* ReplayCommand::Creator() {
     return new ReplayCommand();
 }
@@ -28,11 +37,7 @@ MString ReplayCommand::GetCommandName() {
 }
 
 MSyntax ReplayCommand::CommandSyntax() {
-    MSyntax syntax;
-    syntax.addFlag("-f", "-file", MSyntax::kString);
-    syntax.addFlag("-c", "-camera", MSyntax::kString);
-    syntax.addFlag("-fo", "-frameOffset", MSyntax::kLong);
-    return syntax;
+    return Flags().GetSyntax();
 }
 
 MStatus ReplayCommand::doIt(const MArgList& args) {
@@ -65,14 +70,10 @@ bool ReplayCommand::ReadArguments(const MArgList& args) {
     if (!status) {
         return false;
     }
-    if (!arguments.isFlagSet("-f")) {
+    Flags().Read(*this, arguments);
+    if (!m_hasFile) {
         Logger::Error("No recording. Name one with -file.");
         return false;
-    }
-    m_file = FlagArgument::String(arguments, "-f");
-    m_camera = FlagArgument::String(arguments, "-c");
-    if (arguments.isFlagSet("-fo")) {
-        arguments.getFlagArgument("-fo", 0, m_frameOffset);
     }
     const int limit = StrokeRecording::MAX_FRAME_NUMBER;
     if (m_frameOffset < -limit || m_frameOffset > limit) {

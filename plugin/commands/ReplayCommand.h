@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/ActiveLayers.h"
+#include "commands/FlagTable.h"
 #include "commands/StrokeCommit.h"
 
 #include <maya/MApiNamespace.h>
@@ -38,6 +39,7 @@ public:
     bool isUndoable() const override { return m_undoable; }
 
 private:
+    static const FlagTable<ReplayCommand>& Flags();
     bool ReadArguments(const MArgList& args);
     bool ReadRecording(StrokeRecording& recording) const;
     bool ProvideNode();
@@ -45,6 +47,7 @@ private:
     bool UndoAll();
     static void RefreshAll();
 
+    bool m_hasFile = false;
     QString m_file;
     QString m_camera;
     ActiveLayers m_before;

@@ -10,25 +10,23 @@
 
 namespace vellix {
 
-namespace {
-
-const char* const LAYER_ADDED_FLAG = "-la";
-const char* const FRAME_ADDED_FLAG = "-fa";
-
-} // namespace
+const FlagTable<StrokeCommand>& StrokeCommand::Flags() {
+    using Flag = FlagRow<StrokeCommand>;
+    static const FlagTable<StrokeCommand> flags({
+        Flag("-la", "-layerAdded", {&StrokeCommand::m_addedLayer}),
+        Flag("-fa", "-frameAdded").Sets(&StrokeCommand::m_frameAdded),
+    });
+    return flags;
+}
 
 void* StrokeCommand::Creator() {
     return new StrokeCommand;
 }
 
 MSyntax StrokeCommand::CommandSyntax() {
-    MSyntax syntax;
-    syntax.addFlag(LAYER_ADDED_FLAG, "-layerAdded", MSyntax::kLong);
-    syntax.addFlag(FRAME_ADDED_FLAG, "-frameAdded", MSyntax::kNoArg);
+    MSyntax syntax = Flags().GetSyntax();
     // The camera is needed; that it is missing is said in the plug-in's own words.
     syntax.setObjectType(MSyntax::kStringObjects);
-    syntax.enableQuery(false);
-    syntax.enableEdit(false);
     return syntax;
 }
 
@@ -63,10 +61,6 @@ MStatus StrokeCommand::Exchange(bool (StrokeCommit::*step)(BaseNode& node)) {
     return MS::kSuccess;
 }
 
-bool StrokeCommand::isUndoable() const {
-    return true;
-}
-
 MStatus StrokeCommand::ParseArguments(const MArgList& args) {
     MStatus status;
     const MArgDatabase arguments(syntax(), args, &status);
@@ -77,11 +71,8 @@ MStatus StrokeCommand::ParseArguments(const MArgList& args) {
     if (camera.isEmpty()) {
         return MS::kFailure;
     }
-    int layerAdded = -1;
-    if (arguments.isFlagSet(LAYER_ADDED_FLAG)) {
-        arguments.getFlagArgument(LAYER_ADDED_FLAG, 0, layerAdded);
-    }
-    m_commit = std::make_unique<StrokeCommit>(camera, layerAdded, arguments.isFlagSet(FRAME_ADDED_FLAG));
+    Flags().Read(*this, arguments);
+    m_commit = std::make_unique<StrokeCommit>(camera, m_addedLayer, m_frameAdded);
     return MS::kSuccess;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/FlagTable.h"
 #include "commands/StrokeCommit.h"
 
 #include <maya/MApiNamespace.h>
@@ -21,12 +22,15 @@ public:
     MStatus doIt(const MArgList& args) override;
     MStatus redoIt() override;
     MStatus undoIt() override;
-    bool isUndoable() const override;
+    bool isUndoable() const override { return true; }
 
 private:
+    static const FlagTable<StrokeCommand>& Flags();
     MStatus ParseArguments(const MArgList& args);
     MStatus Exchange(bool (StrokeCommit::*step)(BaseNode& node));
 
+    int m_addedLayer = -1; ///< negative for none
+    bool m_frameAdded = false;
     std::unique_ptr<StrokeCommit> m_commit;
 };
 

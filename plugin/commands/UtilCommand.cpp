@@ -18,21 +18,13 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
-#include <array>
+#include <functional>
 #include <iterator>
-#include <limits>
+#include <utility>
 
 namespace vellix {
 
 namespace {
-
-using Util = UtilCommand;
-
-/// Limits are far below; this only keeps a huge number positive.
-int ToInt(unsigned int value) {
-    constexpr auto most = static_cast<unsigned int>(std::numeric_limits<int>::max());
-    return static_cast<int>(qMin(value, most));
-}
 
 MStatus Result(bool done) {
     return done ? MS::kSuccess : MS::kFailure;
@@ -45,94 +37,143 @@ void UpdateMainMenu() {
     }
 }
 
+using Step = FlagRow<UtilCommand>::Step;
+
+/// The step that calls a function with these arguments.
+template <typename Function, typename... Arguments>
+Step Call(Function function, Arguments... arguments) {
+    return [=](UtilCommand&) { return function(arguments...); };
+}
+
+/// The step that calls an operation of the command.
+template <typename... Parameters, typename... Arguments>
+Step Call(MStatus (UtilCommand::*operation)(Parameters...) const, Arguments... arguments) {
+    return [=](UtilCommand& command) { return (command.*operation)(arguments...); };
+}
+
+void SetResult(const QColor& color) {
+    MIntArray components;
+    for (const int component : {color.red(), color.green(), color.blue()}) {
+        components.append(component);
+    }
+    MPxCommand::setResult(components);
+}
+
+template <typename Number>
+void SetResult(Number number) {
+    MPxCommand::setResult(number);
+}
+
+/// The step that answers a setting.
+template <typename Setting>
+Step Answer(const Setting& setting) {
+    return [&setting](UtilCommand&) {
+        SetResult(setting);
+        return MStatus();
+    };
+}
+
+MStatus ImportTavlo() {
+    Logger::Warning("Importing from Tavlo is not done yet.");
+    return MS::kSuccess;
+}
+
 } // namespace
 
-// The first flag of the table that is given is the one that is done.
-const std::vector<UtilCommand::Operation>& UtilCommand::Operations() {
-    static const std::vector<Operation> operations = [] {
-        std::vector<Operation> all = {
-            {"-d", "-draw", "", [](Util&) { return ActivateDrawContext(); }, nullptr},
-            {"-t", "-transform", "", [](Util&) { return ActivateTransformContext(); }, nullptr},
-            {"-dc", "-drawColor", "uuu", [](Util& util) { return util.SetActiveColor(); },
-             [](Util&) { return Answer(Settings::activeColor); }},
-        };
-        AddTools(all);
-        const Operation others[] = {
-            {"-gp", "-ghostPrevious", "i", [](Util& util) { return util.SwitchGhosts(Settings::ghostPrev); },
-             [](Util&) { return Answer(Settings::ghostPrev); }},
-            {"-gn", "-ghostNext", "i", [](Util& util) { return util.SwitchGhosts(Settings::ghostNext); },
-             [](Util&) { return Answer(Settings::ghostNext); }},
-            {"-gpc", "-ghostPreviousCount", "u",
-             [](Util& util) { return util.SetGhostCount(Settings::ghostPrevCount); },
-             [](Util&) { return Answer(Settings::ghostPrevCount); }},
-            {"-gnc", "-ghostNextCount", "u",
-             [](Util& util) { return util.SetGhostCount(Settings::ghostNextCount); },
-             [](Util&) { return Answer(Settings::ghostNextCount); }},
-            {"-gco", "-ghostColorOverride", "u", [](Util& util) { return util.SetGhostColorOverride(); },
-             [](Util&) { return Answer(Settings::ghostColorOverride); }},
-            {"-gcp", "-ghostColorPrevious", "uuu",
-             [](Util& util) { return util.SetGhostColor(Settings::ghostColorOverridePrev); },
-             [](Util&) { return Answer(Settings::ghostColorOverridePrev); }},
-            {"-gcn", "-ghostColorNext", "uuu",
-             [](Util& util) { return util.SetGhostColor(Settings::ghostColorOverrideNext); },
-             [](Util&) { return Answer(Settings::ghostColorOverrideNext); }},
-            {"-tfd", "-timelineFrameDisplay", "u", [](Util& util) { return util.SetTimelineFrameDisplay(); },
-             [](Util&) { return Answer(Settings::timelineFrameDisplay); }},
-            {"-rtd", "-refreshTimelineDisplay", "", [](Util&) { return RefreshTimelineDisplay(); }, nullptr},
-            {"-fv", "-floatingViewport", "", [](Util&) { return CreateFloatingViewport(); }, nullptr},
-            {"-fvm", "-floatingViewportMove", "s", [](Util& util) { return util.MoveToFloatingViewport(); },
-             nullptr},
-            {"-lm", "-layerManager", "", [](Util&) { return ShowLayerManager(); }, nullptr},
-            {"-rlm", "-refreshLayerManager", "", [](Util&) { return RefreshLayerManager(); }, nullptr},
-            {"-tb", "-toolbox", "",
-             [](Util&) { return ShowPanel("toolbox", DialogManager::GetToolboxDialog); }, nullptr},
-            {"-to", "-toolOptions", "",
-             [](Util&) { return ShowPanel("tool options panel", DialogManager::GetToolOptionsDialog); },
-             nullptr},
-            {"-rtb", "-refreshToolbox", "", [](Util&) { return RefreshToolbox(); }, nullptr},
-            {"-cp", "colorPalette", "",
-             [](Util&) { return ShowPanel("color palette", DialogManager::GetColorPaletteDialog); }, nullptr},
-            {"-rtt", "retimingTool", "",
-             [](Util&) { return ShowPanel("retiming tool", DialogManager::GetRetimingDialog); }, nullptr},
-            {"-nl", "-newLayer", "",
-             [](Util&) { return ShowDialog("new layer dialog", DialogManager::ShowNewLayerDialog); },
-             nullptr},
-            {"-lp", "-layerProperties", "", [](Util&) { return ShowLayerProperties(); }, nullptr},
-            {"-gs", "-ghostingSettings", "",
-             [](Util&) { return ShowDialog("ghosting dialog", DialogManager::ShowGhostingDialog); }, nullptr},
-            {"-tvi", "-tavloImport", "",
-             [](Util&) { return Logger::Warning("Importing from Tavlo is not done yet."), MStatus(); },
-             nullptr},
-            {"-rui", "-resetUI", "", [](Util&) { return ResetPanels(); }, nullptr},
-            {"-pr", "-preferences", "",
-             [](Util&) { return ShowDialog("preferences dialog", DialogManager::ShowPreferencesDialog); },
-             nullptr},
-            {"-ab", "-about", "",
-             [](Util&) { return ShowDialog("about box", DialogManager::ShowAboutDialog); }, nullptr},
-        };
-        all.insert(all.end(), std::begin(others), std::end(others));
-        return all;
-    }();
-    return operations;
+// Where several flags are given, the first of the table is done.
+const FlagTable<UtilCommand>& UtilCommand::Flags() {
+    static const FlagTable<UtilCommand> flags(Rows());
+    return flags;
+}
+
+std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
+    using U = UtilCommand;
+    using Value = Flag::Value;
+    static const auto number = Value::Whole(&U::m_number);
+    static const std::vector<Value> color = {Value::Whole(&U::m_red), Value::Whole(&U::m_green),
+                                             Value::Whole(&U::m_blue)};
+    std::vector<Flag> rows = {
+        Flag("-d", "-draw").Does(Call(ActivateDrawContext)),
+        Flag("-t", "-transform").Does(Call(ActivateTransformContext)),
+        Flag("-dc", "-drawColor", color).Does(&U::SetActiveColor).Answers(Answer(Settings::activeColor)),
+    };
+    AddTools(rows);
+    const Flag others[] = {
+        Flag("-gp", "-ghostPrevious", {&U::m_switch})
+            .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostPrev)))
+            .Answers(Answer(Settings::ghostPrev)),
+        Flag("-gn", "-ghostNext", {&U::m_switch})
+            .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostNext)))
+            .Answers(Answer(Settings::ghostNext)),
+        Flag("-gpc", "-ghostPreviousCount", {number})
+            .Does(Call(&U::SetGhostCount, std::ref(Settings::ghostPrevCount)))
+            .Answers(Answer(Settings::ghostPrevCount)),
+        Flag("-gnc", "-ghostNextCount", {number})
+            .Does(Call(&U::SetGhostCount, std::ref(Settings::ghostNextCount)))
+            .Answers(Answer(Settings::ghostNextCount)),
+        Flag("-gco", "-ghostColorOverride", {number})
+            .Does(&U::SetGhostColorOverride)
+            .Answers(Answer(Settings::ghostColorOverride)),
+        Flag("-gcp", "-ghostColorPrevious", color)
+            .Does(Call(&U::SetGhostColor, std::ref(Settings::ghostColorOverridePrev)))
+            .Answers(Answer(Settings::ghostColorOverridePrev)),
+        Flag("-gcn", "-ghostColorNext", color)
+            .Does(Call(&U::SetGhostColor, std::ref(Settings::ghostColorOverrideNext)))
+            .Answers(Answer(Settings::ghostColorOverrideNext)),
+        Flag("-tfd", "-timelineFrameDisplay", {number})
+            .Does(&U::SetTimelineFrameDisplay)
+            .Answers(Answer(Settings::timelineFrameDisplay)),
+        Flag("-rtd", "-refreshTimelineDisplay").Does(Call(RefreshTimelineDisplay)),
+        Flag("-fv", "-floatingViewport").Does(Call(CreateFloatingViewport)),
+        Flag("-fvm", "-floatingViewportMove", {&U::m_text}).Does(&U::MoveToFloatingViewport),
+        Flag("-lm", "-layerManager").Does(Call(ShowLayerManager)),
+        Flag("-rlm", "-refreshLayerManager").Does(Call(RefreshLayerManager)),
+        Flag("-tb", "-toolbox").Does(Call(ShowPanel, "toolbox", DialogManager::GetToolboxDialog)),
+        Flag("-to", "-toolOptions")
+            .Does(Call(ShowPanel, "tool options panel", DialogManager::GetToolOptionsDialog)),
+        Flag("-rtb", "-refreshToolbox").Does(Call(RefreshToolbox)),
+        Flag("-cp", "colorPalette")
+            .Does(Call(ShowPanel, "color palette", DialogManager::GetColorPaletteDialog)),
+        Flag("-rtt", "retimingTool").Does(Call(ShowPanel, "retiming tool", DialogManager::GetRetimingDialog)),
+        Flag("-nl", "-newLayer")
+            .Does(Call(ShowDialog, "new layer dialog", DialogManager::ShowNewLayerDialog)),
+        Flag("-lp", "-layerProperties").Does(Call(ShowLayerProperties)),
+        Flag("-gs", "-ghostingSettings")
+            .Does(Call(ShowDialog, "ghosting dialog", DialogManager::ShowGhostingDialog)),
+        Flag("-tvi", "-tavloImport").Does(Call(ImportTavlo)),
+        Flag("-rui", "-resetUI").Does(Call(ResetPanels)),
+        Flag("-pr", "-preferences")
+            .Does(Call(ShowDialog, "preferences dialog", DialogManager::ShowPreferencesDialog)),
+        Flag("-ab", "-about").Does(Call(ShowDialog, "about box", DialogManager::ShowAboutDialog)),
+    };
+    rows.insert(rows.end(), std::begin(others), std::end(others));
+    return rows;
 }
 
 // Where several tools are given, text gives way to the others.
-void UtilCommand::AddTools(std::vector<Operation>& operations) {
+void UtilCommand::AddTools(std::vector<Flag>& rows) {
+    using U = UtilCommand;
+    using Value = Flag::Value;
     for (const ToolKind kind : {ToolKind::Freehand, ToolKind::Shape, ToolKind::Text}) {
         for (const ToolRow& tool : AllTools()) {
             if (tool.kind == kind) {
-                operations.push_back({tool.shortToolFlag, tool.toolFlag, "",
-                                      [&tool](Util&) { return SetActiveTool(tool.type); }, nullptr});
+                rows.push_back(Flag(tool.shortToolFlag, tool.toolFlag).Does(Call(SetActiveTool, tool.type)));
             }
         }
     }
     for (const ToolRow& tool : AllTools()) {
-        std::string arguments = "uu";
-        arguments += tool.Has(ToolRow::HARDNESS) ? "u" : "";
-        arguments += tool.Has(ToolRow::PRESSURE) ? "u" : "";
-        arguments += tool.kind == ToolKind::Text ? "s" : "";
-        operations.push_back({tool.shortOptionsFlag, tool.optionsFlag, arguments,
-                              [&tool](Util& util) { return util.SetOptions(tool); }, nullptr});
+        std::vector<Value> values = {Value::Whole(&U::m_size), Value::Whole(&U::m_opacity)};
+        if (tool.Has(ToolRow::HARDNESS)) {
+            values.push_back(Value::Whole(&U::m_hardness));
+        }
+        if (tool.Has(ToolRow::PRESSURE)) {
+            values.push_back(Value::Whole(&U::m_tablet));
+        }
+        if (tool.kind == ToolKind::Text) {
+            values.push_back(&U::m_text);
+        }
+        rows.push_back(Flag(tool.shortOptionsFlag, tool.optionsFlag, std::move(values))
+                           .Does(Call(&U::SetOptions, std::cref(tool))));
     }
 }
 
@@ -145,19 +186,7 @@ MString UtilCommand::GetCommandName() {
 }
 
 MSyntax UtilCommand::CommandSyntax() {
-    MSyntax syntax;
-    syntax.enableQuery(true);
-    syntax.enableEdit(true);
-    for (const Operation& operation : Operations()) {
-        std::array<MSyntax::MArgType, 4> types;
-        types.fill(MSyntax::kNoArg);
-        for (size_t i = 0; operation.arguments[i] != '\0'; ++i) {
-            const char kind = operation.arguments[i];
-            types[i] = kind == 'u' ? MSyntax::kUnsigned : kind == 'i' ? MSyntax::kLong : MSyntax::kString;
-        }
-        syntax.addFlag(operation.shortName, operation.longName, types[0], types[1], types[2], types[3]);
-    }
-    return syntax;
+    return Flags().GetSyntax();
 }
 
 MStatus UtilCommand::doIt(const MArgList& args) {
@@ -166,48 +195,15 @@ MStatus UtilCommand::doIt(const MArgList& args) {
     if (!status) {
         return status;
     }
-    for (const Operation& operation : Operations()) {
-        if (arguments.isFlagSet(operation.shortName)) {
-            return Run(operation, arguments);
-        }
+    const Flag* const flag = Flags().FindGiven(arguments);
+    if (flag == nullptr) {
+        return Refuse();
     }
-    return Refuse();
-}
-
-MStatus UtilCommand::Run(const Operation& operation, const MArgDatabase& arguments) {
-    if (operation.query != nullptr) {
-        if (arguments.isQuery()) {
-            return operation.query(*this);
-        }
-        if (!arguments.isEdit()) {
-            return Refuse();
-        }
+    if (flag->query && arguments.isQuery()) {
+        return flag->query(*this);
     }
-    return Read(operation, arguments) ? operation.run(*this) : Refuse();
-}
-
-/// False when an argument is not there: in a query there are none.
-bool UtilCommand::Read(const Operation& operation, const MArgDatabase& arguments) {
-    const auto count = static_cast<unsigned int>(operation.arguments.size());
-    for (unsigned int i = 0; i < count; ++i) {
-        MStatus status;
-        MString text;
-        switch (operation.arguments[i]) {
-        case 'u':
-            status = arguments.getFlagArgument(operation.shortName, i, m_values[i]);
-            break;
-        case 'i':
-            status = arguments.getFlagArgument(operation.shortName, i, m_switch);
-            break;
-        default:
-            status = arguments.getFlagArgument(operation.shortName, i, text);
-            m_text = MayaUtil::ToQString(text);
-        }
-        if (!status) {
-            return false;
-        }
-    }
-    return true;
+    const bool inMode = !flag->query || arguments.isEdit();
+    return inMode && flag->Read(*this, arguments) ? flag->redo(*this) : Refuse();
 }
 
 MStatus UtilCommand::Refuse() {
@@ -259,14 +255,13 @@ MStatus UtilCommand::SetActiveTool(ToolType tool) {
 
 MStatus UtilCommand::SetOptions(const ToolRow& tool) const {
     ToolOptions options = Settings::GetToolOptions(tool.type);
-    const unsigned int* value = m_values;
-    options.size = ToInt(*value++);
-    options.opacity = ToInt(*value++);
+    options.size = m_size;
+    options.opacity = m_opacity;
     if (tool.Has(ToolRow::HARDNESS)) {
-        options.hardness = ToInt(*value++);
+        options.hardness = m_hardness;
     }
     if (tool.Has(ToolRow::PRESSURE)) {
-        options.tabletEnabled = *value != 0;
+        options.tabletEnabled = m_tablet != 0;
     }
     if (tool.kind == ToolKind::Text) {
         options.fontFamily = m_text;
@@ -279,21 +274,12 @@ MStatus UtilCommand::SetOptions(const ToolRow& tool) const {
 // --- colours and ghosts -----------------------------------------------------------------------------------
 
 bool UtilCommand::GetColor(QColor& color) const {
-    if (m_values[0] > 255 || m_values[1] > 255 || m_values[2] > 255) {
+    if (m_red > 255 || m_green > 255 || m_blue > 255) {
         Logger::Error("Color values must be in the range of 0-255.");
         return false;
     }
-    color = QColor(ToInt(m_values[0]), ToInt(m_values[1]), ToInt(m_values[2]));
+    color = QColor(m_red, m_green, m_blue);
     return true;
-}
-
-MStatus UtilCommand::Answer(const QColor& color) {
-    MIntArray components;
-    for (const int component : {color.red(), color.green(), color.blue()}) {
-        components.append(component);
-    }
-    setResult(components);
-    return MS::kSuccess;
 }
 
 MStatus UtilCommand::SetActiveColor() const {
@@ -316,12 +302,12 @@ MStatus UtilCommand::SwitchGhosts(bool& setting) const {
 MStatus UtilCommand::SetGhostCount(int& setting) const {
     const int least = Settings::MIN_GHOSTED_FRAMES;
     const int most = Settings::MAX_GHOSTED_FRAMES;
-    setting = qBound(least, ToInt(m_values[0]), most);
+    setting = qBound(least, m_number, most);
     return UpdateGhosting();
 }
 
 MStatus UtilCommand::SetGhostColorOverride() const {
-    Settings::ghostColorOverride = m_values[0] != 0;
+    Settings::ghostColorOverride = m_number != 0;
     return UpdateGhosting();
 }
 
@@ -337,11 +323,11 @@ MStatus UtilCommand::UpdateGhosting() {
 // --- timeline and viewports -------------------------------------------------------------------------------
 
 MStatus UtilCommand::SetTimelineFrameDisplay() const {
-    if (m_values[0] > static_cast<unsigned int>(TimelineFrameDisplay::Off)) {
+    if (m_number > static_cast<int>(TimelineFrameDisplay::Off)) {
         Logger::Error("Invalid timeline frame display option.");
         return MS::kFailure;
     }
-    Settings::timelineFrameDisplay = ToInt(m_values[0]);
+    Settings::timelineFrameDisplay = m_number;
     BaseNode::UpdateTimeControlOverlay();
     UpdateMainMenu();
     return MS::kSuccess;

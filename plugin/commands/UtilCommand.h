@@ -1,5 +1,7 @@
 #pragma once
 
+#include "commands/FlagTable.h"
+
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
@@ -7,10 +9,6 @@
 #include <maya/MSyntax.h>
 
 #include <QString>
-
-#include <functional>
-#include <string>
-#include <vector>
 
 class QColor;
 class QWidget;
@@ -33,22 +31,11 @@ public:
     bool isUndoable() const override { return false; }
 
 private:
-    using Action = std::function<MStatus(UtilCommand& command)>;
+    using Flag = FlagRow<UtilCommand>;
 
-    /// One row of the table of flags. `arguments` has a letter for each: u a whole number from 0, i a whole
-    /// number, s a text. A flag with a query needs -edit to set and -query to ask.
-    struct Operation {
-        const char* shortName;
-        const char* longName;
-        std::string arguments;
-        Action run;
-        Action query;
-    };
-    static const std::vector<Operation>& Operations();
-    static void AddTools(std::vector<Operation>& operations);
-
-    MStatus Run(const Operation& operation, const MArgDatabase& arguments);
-    bool Read(const Operation& operation, const MArgDatabase& arguments);
+    static const FlagTable<UtilCommand>& Flags();
+    static std::vector<Flag> Rows();
+    static void AddTools(std::vector<Flag>& rows);
     static MStatus Refuse();
 
     static bool NeedWindow(const char* what);
@@ -61,12 +48,6 @@ private:
 
     /// The colour of the three components; an error is logged, and false returned, when there is none.
     bool GetColor(QColor& color) const;
-    static MStatus Answer(const QColor& color);
-    template <typename Value>
-    static MStatus Answer(Value value) {
-        setResult(value);
-        return MStatus();
-    }
     MStatus SetActiveColor() const;
     MStatus SetGhostColor(QColor& setting) const;
     MStatus SwitchGhosts(bool& setting) const;
@@ -87,9 +68,16 @@ private:
     static MStatus ShowLayerProperties();
     static MStatus ResetPanels();
 
-    unsigned int m_values[4] = {}; // a colour, or size, opacity, hardness and tablet switch of a tool
-    int m_switch = 0;              // negative: the other way round
-    QString m_text;                // font family, or the camera whose layers move
+    int m_size = 0; // of a tool, and what follows it
+    int m_opacity = 0;
+    int m_hardness = 0;
+    int m_tablet = 0;
+    int m_red = 0;
+    int m_green = 0;
+    int m_blue = 0;
+    int m_number = 0;
+    int m_switch = 0; // negative: the other way round
+    QString m_text;   // font family, or the camera whose layers move
 };
 
 } // namespace vellix

@@ -16,4 +16,9 @@ inline bool IsLayerState(qint64 value) {
            value <= static_cast<qint64>(LayerState::Locked);
 }
 
+/// A value that is no state counts as animated.
+inline LayerState ToLayerState(qint64 value) {
+    return IsLayerState(value) ? static_cast<LayerState>(value) : LayerState::Animated;
+}
+
 } // namespace vellix

@@ -63,7 +63,7 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
     layer.SetName(name);
     layer.SetVisible(visible);
     layer.SetOpacity(opacity);
-    layer.SetState(IsLayerState(state) ? static_cast<LayerState>(state) : LayerState::Animated);
+    layer.SetState(ToLayerState(state));
     m_layers.InsertLayer(camera, -1, created.release());
 
     for (qint32 frame = 0; frame < frameCount; ++frame) {
