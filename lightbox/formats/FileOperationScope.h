@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/FileOperation.h"
+#include "scene/NonCopyable.h"
 
 namespace lightbox {
 
@@ -8,12 +9,10 @@ class Host;
 
 /// While one exists, an operation of that kind runs: MFileIO and the conditions "readingFile", "writingFile",
 /// "opening" and "newing" say so.
-class FileOperationScope {
+class FileOperationScope : NonCopyable {
 public:
     FileOperationScope(Host& host, FileOperation operation);
     ~FileOperationScope();
-    FileOperationScope(const FileOperationScope&) = delete;
-    FileOperationScope& operator=(const FileOperationScope&) = delete;
 
 private:
     void TellConditions();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/Setting.h"
+#include "scene/NonCopyable.h"
 #include "scene/Plug.h"
 
 #include <map>
@@ -24,7 +25,7 @@ class Error;
 /// Reads one scene file into the scene. It knows the names that the file uses, which are not always those
 /// that the nodes got, and the node that statements without a node's name are about. While it reads Maya
 /// ASCII, scene commands hand their work to it.
-class FileReader {
+class FileReader : NonCopyable {
 public:
     enum class Mode { Open, Import, Reference };
 
@@ -36,8 +37,6 @@ public:
     };
 
     FileReader(Host& host, Source source);
-    FileReader(const FileReader&) = delete;
-    FileReader& operator=(const FileReader&) = delete;
 
     /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error.
     /// Throws FileError only when the bytes are no scene at all, and then before anything has changed.

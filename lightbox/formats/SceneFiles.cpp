@@ -11,6 +11,7 @@
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "scene/ScopeExit.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
 
@@ -179,12 +180,8 @@ void SceneFiles::RunReader(FileReader& reader) {
 }
 
 void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
-    struct Registration {
-        std::vector<FileReader*>& readers;
-        ~Registration() { readers.pop_back(); }
-    };
     readers_.push_back(&reader);
-    const Registration registration{readers_};
+    const ScopeExit unregister([this] { readers_.pop_back(); });
     reader.Read(std::move(bytes));
 }
 

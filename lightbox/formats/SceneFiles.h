@@ -4,6 +4,7 @@
 #include "formats/FileOperation.h"
 #include "formats/SceneFormat.h"
 #include "scene/Node.h"
+#include "scene/NonCopyable.h"
 
 #include <cstdint>
 #include <memory>
@@ -26,12 +27,10 @@ class SceneContent;
 /// fault inside keeps everything that could be read, as Maya does; each fault is reported with file and line,
 /// the call ends with a FileError, and Save() then refuses to write over that file until it is forced or the
 /// scene renamed.
-class SceneFiles {
+class SceneFiles : NonCopyable {
 public:
     explicit SceneFiles(Host& host);
     ~SceneFiles();
-    SceneFiles(const SceneFiles&) = delete;
-    SceneFiles& operator=(const SceneFiles&) = delete;
 
     /// The scene's file: an absolute path, or empty for an untitled scene.
     const std::string& SceneName() const { return sceneName_; }

@@ -2,6 +2,7 @@
 
 #include "mel/Frame.h"
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <algorithm>
 #include <memory>
@@ -11,14 +12,12 @@ namespace lightbox::mel {
 
 /// Part of a program that has a value. What its type is is known when it is parsed, except for what commands
 /// and procedures return (`Any`), so that numbers are computed without going through values.
-class Expression {
+class Expression : NonCopyable {
 public:
     Expression(std::uint32_t sourceOffset, Type resultType)
         : offset(sourceOffset)
         , type(resultType) {}
     virtual ~Expression() = default;
-    Expression(const Expression&) = delete;
-    Expression& operator=(const Expression&) = delete;
 
     virtual Value Evaluate(Frame& frame) const = 0;
     /// The value converted. Faster than Evaluate() for expressions of that type.

@@ -33,12 +33,10 @@ public:
     bool Recover();
 
 private:
-    class Nesting;
-    class BlockScope;
-    class ProcedureScope;
-
     [[noreturn]] void Fail(const std::string& message, std::uint32_t offset) const;
     [[noreturn]] void Unexpected();
+    /// One level of nesting more. Too many are a syntax error, because reading and running them takes stack.
+    int NextNesting() const;
     bool Accept(TokenKind kind);
     Token Expect(TokenKind kind, const char* text);
     std::string_view TextOf(const Token& token) const { return lexer_.TextOf(token); }

@@ -1,6 +1,8 @@
 #include "mel/CallExpressions.h"
 #include "mel/OperatorExpressions.h"
-#include "mel/ParserScopes.h"
+#include "mel/Parser.h"
+
+#include <QScopedValueRollback>
 
 #include <cstring>
 
@@ -39,7 +41,7 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
     // name (...) is a function call, unless more arguments follow: then the parenthesis is only the first.
     ExpressionList arguments;
     {
-        const During<bool> outside(inBackquotes_, false);
+        const QScopedValueRollback<bool> outside(inBackquotes_, false);
         Expect(TokenKind::LeftParen, "\"(\"");
         arguments = ParseExpressionList(TokenKind::RightParen);
         Expect(TokenKind::RightParen, "\")\"");
@@ -54,7 +56,7 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
 
 ExpressionPtr Parser::ParseFunctionCall(const Token& name) {
     Expect(TokenKind::LeftParen, "\"(\"");
-    const During<bool> outside(inBackquotes_, false);
+    const QScopedValueRollback<bool> outside(inBackquotes_, false);
     ExpressionList arguments = ParseExpressionList(TokenKind::RightParen);
     Expect(TokenKind::RightParen, "\")\"");
     return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
@@ -69,7 +71,7 @@ ExpressionPtr Parser::ParseCatch(const Token& name) {
         tried = ParseBackquoted();
     } else {
         Expect(TokenKind::LeftParen, "\"(\"");
-        const During<bool> outside(inBackquotes_, false);
+        const QScopedValueRollback<bool> outside(inBackquotes_, false);
         tried = ParseExpression();
         Expect(TokenKind::RightParen, "\")\"");
     }
@@ -77,11 +79,11 @@ ExpressionPtr Parser::ParseCatch(const Token& name) {
 }
 
 ExpressionPtr Parser::ParseBackquoted() {
-    const Nesting nesting(*this);
+    const QScopedValueRollback<int> nesting(nesting_, NextNesting());
     const Token open = lexer_.Take();
     ExpressionPtr command;
     {
-        const During<bool> inside(inBackquotes_, true);
+        const QScopedValueRollback<bool> inside(inBackquotes_, true);
         if (!NextIs(TokenKind::Identifier)) {
             Fail("Syntax error: a command is expected in back-quotes.", open.begin);
         }

@@ -8,7 +8,10 @@
 #include "mel/Statement.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
+#include "scene/ScopeExit.h"
 #include "text/NumberText.h"
+
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -53,25 +56,6 @@ bool TruthWord(const std::string& text, bool& truth) {
 }
 
 } // namespace
-
-class Runtime::DepthScope {
-public:
-    explicit DepthScope(Runtime& runtime)
-        : runtime_(runtime) {
-        if (runtime_.callDepth_ >= MaximumCallDepth) {
-            throw Error("Stack overflow: calls are nested more than " + std::to_string(MaximumCallDepth) +
-                        " deep.");
-        }
-        runtime_.CheckStack();
-        ++runtime_.callDepth_;
-    }
-    ~DepthScope() { --runtime_.callDepth_; }
-    DepthScope(const DepthScope&) = delete;
-    DepthScope& operator=(const DepthScope&) = delete;
-
-private:
-    Runtime& runtime_;
-};
 
 Runtime::Entry::Entry(Runtime& runtime)
     : runtime_(runtime)
@@ -156,19 +140,15 @@ bool Runtime::SourceScriptFor(const std::string& name) {
         return false;
     }
     beingSourced_.push_back(name);
-    try {
-        interpreter_.ExecuteFile(path);
-    } catch (...) {
-        beingSourced_.pop_back();
-        throw;
-    }
-    beingSourced_.pop_back();
+    const ScopeExit sourced([this] { beingSourced_.pop_back(); });
+    interpreter_.ExecuteFile(path);
     return true;
 }
 
 Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments& arguments) {
     CheckInterrupt();
-    const DepthScope depth(*this);
+    CheckCallDepth();
+    const QScopedValueRollback<int> depth(callDepth_, callDepth_ + 1);
     if (callee.entry) {
         // A copy: the procedure may define its own name anew.
         const std::shared_ptr<const Procedure> procedure = callee.entry->procedure;
@@ -269,6 +249,14 @@ void Runtime::ReportCaught(const Error& error, bool isQuiet, int before) {
     if (!isQuiet) {
         output.CaughtError(error.Described());
     }
+}
+
+void Runtime::CheckCallDepth() const {
+    if (callDepth_ >= MaximumCallDepth) {
+        throw Error("Stack overflow: calls are nested more than " + std::to_string(MaximumCallDepth) +
+                    " deep.");
+    }
+    CheckStack();
 }
 
 void Runtime::CheckStack() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <cstddef>
 #include <memory>
@@ -12,7 +13,7 @@ namespace lightbox::mel {
 class SlotStack {
 public:
     /// The variables of one call; they are emptied when it ends.
-    class Slots {
+    class Slots : NonCopyable {
     public:
         Slots(SlotStack& stack, std::size_t count)
             : stack_(stack)
@@ -27,8 +28,6 @@ public:
             stack_.block_ = block_;
             stack_.used_ = used_;
         }
-        Slots(const Slots&) = delete;
-        Slots& operator=(const Slots&) = delete;
 
         Value* Get() const { return values_; }
 

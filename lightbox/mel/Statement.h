@@ -2,6 +2,7 @@
 
 #include "mel/Frame.h"
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,13 +14,11 @@ namespace lightbox::mel {
 enum class Flow { Next, Break, Continue, Return };
 
 /// Part of a program that does something.
-class Statement {
+class Statement : NonCopyable {
 public:
     explicit Statement(std::uint32_t sourceOffset)
         : offset(sourceOffset) {}
     virtual ~Statement() = default;
-    Statement(const Statement&) = delete;
-    Statement& operator=(const Statement&) = delete;
 
     virtual Flow Execute(Frame& frame) const = 0;
     /// Executes an outermost statement: expressions and declarations yield their value.

@@ -28,12 +28,10 @@ struct Running {
 /// The commands that run, the innermost last.
 std::vector<Running> g_running;
 
-class RunScope {
+class RunScope : NonCopyable {
 public:
     RunScope(const MPxCommand& command, mel::Value& result) { g_running.push_back({&command, &result}); }
     ~RunScope() { g_running.pop_back(); }
-    RunScope(const RunScope&) = delete;
-    RunScope& operator=(const RunScope&) = delete;
 };
 
 /// A plug-in's command on the undo queue.

@@ -2,6 +2,8 @@
 
 #include "scene/EventBus.h"
 
+#include <QScopedValueRollback>
+
 #include <utility>
 
 namespace lightbox {
@@ -21,11 +23,7 @@ std::size_t IdleQueue::Drain() {
     if (draining_ || IsEmpty()) {
         return 0;
     }
-    struct Scope {
-        bool& flag;
-        ~Scope() { flag = false; }
-    } scope{draining_};
-    draining_ = true;
+    const QScopedValueRollback<bool> draining(draining_, true);
     std::size_t count = 0;
     for (; count < MOST_AT_ONCE && !IsEmpty(); ++count) {
         std::deque<std::function<void()>>& queue = work_.empty() ? lowPriority_ : work_;

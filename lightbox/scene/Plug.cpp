@@ -5,6 +5,8 @@
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <tuple>
 
@@ -16,13 +18,6 @@ namespace {
 constexpr int DEEPEST = 200;
 
 int g_depth = 0;
-
-struct DepthScope {
-    DepthScope() { ++g_depth; }
-    ~DepthScope() { --g_depth; }
-    DepthScope(const DepthScope&) = delete;
-    DepthScope& operator=(const DepthScope&) = delete;
-};
 
 /// What drives a plug: its own source, or the part of its parent's source that stands at the same place.
 Plug DrivingPlug(const Plug& plug) {
@@ -138,7 +133,7 @@ bool Plug::IsArray() const {
 }
 
 AttributeValue Plug::Get() const {
-    DepthScope depth;
+    const QScopedValueRollback<int> depth(g_depth, g_depth + 1);
     if (g_depth <= DEEPEST) {
         const Plug source = IsHeld() ? Plug() : DrivingPlug(*this);
         if (source) {

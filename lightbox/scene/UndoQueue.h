@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
 #include "scene/UndoItem.h"
 
 #include <cstddef>
@@ -14,12 +15,10 @@ class EventBus;
 
 /// The edits that can be undone, grouped in chunks: one undo takes back one chunk. Items that drop from the
 /// queue are destroyed. Undo and redo fire the events "Undo" and "Redo".
-class UndoQueue {
+class UndoQueue : NonCopyable {
 public:
     explicit UndoQueue(EventBus& events);
     ~UndoQueue();
-    UndoQueue(const UndoQueue&) = delete;
-    UndoQueue& operator=(const UndoQueue&) = delete;
 
     /// Records an edit that was just done, and drops what could be redone. While recording is off or an undo
     /// or redo runs, the item is destroyed at once.
@@ -62,7 +61,7 @@ public:
     std::uint64_t State() const;
 
     /// While one exists, nothing is recorded.
-    class Pause {
+    class Pause : NonCopyable {
     public:
         Pause(UndoQueue& queue, bool active = true)
             : queue_(queue)
@@ -70,8 +69,6 @@ public:
             queue_.paused_ += active_;
         }
         ~Pause() { queue_.paused_ -= active_; }
-        Pause(const Pause&) = delete;
-        Pause& operator=(const Pause&) = delete;
 
     private:
         UndoQueue& queue_;
@@ -81,7 +78,7 @@ public:
     /// The edits of one command, recorded or not. They wait in it until Commit() passes them on; without that
     /// they are taken back when it ends, so that a command that fails has changed nothing. Attempts nest.
     /// Undoing, redoing and flushing settle what waits.
-    class Attempt {
+    class Attempt : NonCopyable {
     public:
         explicit Attempt(UndoQueue& queue)
             : queue_(queue)
@@ -89,8 +86,6 @@ public:
             ++queue_.attempts_;
         }
         ~Attempt();
-        Attempt(const Attempt&) = delete;
-        Attempt& operator=(const Attempt&) = delete;
 
         void Commit() { isCommitted_ = true; }
 
@@ -112,7 +107,6 @@ private:
         std::string Name() const;
     };
     enum class Running { None, Undo, Redo };
-    class RunningScope;
 
     void Pass(std::unique_ptr<UndoItem> item, bool isRecorded);
     void Settle();
