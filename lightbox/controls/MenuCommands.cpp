@@ -155,7 +155,7 @@ ControlType MenuBarLayoutType() {
     type.family = ControlType::Family::Layout;
     type.flags =
         ControlFlags{
-            BoolFlag<QWidget>(
+            ValueFlag<QWidget, bool>(
                 "-mbv", "-menuBarVisible",
                 [](QWidget& widget, bool on) { widget.layout()->menuBar()->setVisible(on); },
                 [](const QWidget& widget) { return !widget.layout()->menuBar()->isHidden(); }),

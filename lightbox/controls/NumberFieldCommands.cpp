@@ -32,13 +32,13 @@ ControlFlags FieldFlags(bool isInteger) {
         NumberFlag<NumberField>(
             "-s", "-step", isInteger, own, [](NumberField& field, double value) { field.step = value; },
             [](const NumberField& field) { return field.step; }),
-        IntFlag<NumberField>(
+        ValueFlag<NumberField, int>(
             "-pre", "-precision", [](NumberField& field, int digits) { field.SetPrecision(digits); },
             [](const NumberField& field) { return field.Precision(); }),
-        BoolFlag<NumberField>(
+        ValueFlag<NumberField, bool>(
             "-tze", "-showTrailingZeros", [](NumberField& field, bool on) { field.ShowTrailingZeros(on); },
             [](const NumberField& field) { return field.ShowsTrailingZeros(); }),
-        BoolFlag<NumberField>(
+        ValueFlag<NumberField, bool>(
             "-ed", "-editable", [](NumberField& field, bool on) { field.setReadOnly(!on); },
             [](const NumberField& field) { return !field.isReadOnly(); }),
         NumberFlag<NumberField>(

@@ -127,7 +127,7 @@ ControlFlags ContentFlags() {
 
 ControlFlags SelectionFlags() {
     return {
-        BoolFlag<QListWidget>(
+        ValueFlag<QListWidget, bool>(
             "-ams", "-allowMultiSelection",
             [](QListWidget& list, bool on) {
                 list.setSelectionMode(on ? QAbstractItemView::ExtendedSelection
