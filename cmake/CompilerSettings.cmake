@@ -21,6 +21,10 @@ else()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         # Optimised code around std::variant and std::optional sets this one off where nothing is wrong.
         add_compile_options(-Wno-maybe-uninitialized)
+        if(CMAKE_UNITY_BUILD)
+            # It takes a source file that is compiled with others for a header. The debug preset keeps it.
+            add_compile_options(-Wno-subobject-linkage)
+        endif()
     endif()
 endif()
 

@@ -8,6 +8,7 @@
 #include "scene/Edit.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 
@@ -245,7 +246,7 @@ Value DefaultOf(const Attribute& attribute) {
     return number ? Value(*number) : Value();
 }
 
-Value Query(CommandCall& call) {
+Value QueryAttribute(CommandCall& call) {
     const Attribute& attribute = *PlugNamed(call, call.Object(0).AsString()).attribute;
     const std::string parent = attribute.Parent() ? attribute.Parent()->LongName() : std::string();
     const std::pair<const char*, Value> answers[] = {
@@ -284,7 +285,7 @@ Value Query(CommandCall& call) {
 
 Value AddAttr(CommandCall& call, PendingCompounds& pending) {
     if (call.IsQuery()) {
-        return Query(call);
+        return QueryAttribute(call);
     }
     if (FileReader* reader = ReaderOf(call)) {
         const std::shared_ptr<Node> node =

@@ -10,51 +10,44 @@ namespace lightbox::mel {
 namespace {
 
 /// A flag of `camera` and the attribute that it stands for.
-struct Property {
+struct CameraFlag {
     const char* shortName;
     const char* longName;
     const char* attribute;
     MSyntax::MArgType type;
 };
 
-constexpr auto NUMBER = MSyntax::kDouble;
-constexpr auto SWITCH = MSyntax::kBoolean;
-
-const Property PROPERTIES[] = {{"-fl", "-focalLength", "focalLength", NUMBER},
-                               {"-hfa", "-horizontalFilmAperture", "horizontalFilmAperture", NUMBER},
-                               {"-vfa", "-verticalFilmAperture", "verticalFilmAperture", NUMBER},
-                               {"-hfo", "-horizontalFilmOffset", "horizontalFilmOffset", NUMBER},
-                               {"-vfo", "-verticalFilmOffset", "verticalFilmOffset", NUMBER},
-                               {"-ffo", "-filmFitOffset", "filmFitOffset", NUMBER},
-                               {"-lsr", "-lensSqueezeRatio", "lensSqueezeRatio", NUMBER},
-                               {"-cs", "-cameraScale", "cameraScale", NUMBER},
-                               {"-ncp", "-nearClipPlane", "nearClipPlane", NUMBER},
-                               {"-fcp", "-farClipPlane", "farClipPlane", NUMBER},
-                               {"-coi", "-centerOfInterest", "centerOfInterest", NUMBER},
-                               {"-ovr", "-overscan", "overscan", NUMBER},
-                               {"-fs", "-fStop", "fStop", NUMBER},
-                               {"-fd", "-focusDistance", "focusDistance", NUMBER},
-                               {"-sa", "-shutterAngle", "shutterAngle", NUMBER},
-                               {"-ow", "-orthographicWidth", "orthographicWidth", NUMBER},
-                               {"-hpn", "-horizontalPan", "horizontalPan", NUMBER},
-                               {"-vpn", "-verticalPan", "verticalPan", NUMBER},
-                               {"-zom", "-zoom", "zoom", NUMBER},
-                               {"-o", "-orthographic", "orthographic", SWITCH},
-                               {"-mb", "-motionBlur", "motionBlurred", SWITCH},
-                               {"-pze", "-panZoomEnabled", "panZoomEnabled", SWITCH},
-                               {"-dr", "-displayResolution", "displayResolution", SWITCH},
-                               {"-dfg", "-displayFilmGate", "displayFilmGate", SWITCH},
-                               {"-dfc", "-displayFieldChart", "displayFieldChart", SWITCH},
-                               {"-dsa", "-displaySafeAction", "displaySafeAction", SWITCH},
-                               {"-dst", "-displaySafeTitle", "displaySafeTitle", SWITCH},
-                               {"-dgm", "-displayGateMask", "displayGateMask", SWITCH}};
+const CameraFlag FLAGS[] = {{"-fl", "-focalLength", "focalLength", NUMBER},
+                            {"-hfa", "-horizontalFilmAperture", "horizontalFilmAperture", NUMBER},
+                            {"-vfa", "-verticalFilmAperture", "verticalFilmAperture", NUMBER},
+                            {"-hfo", "-horizontalFilmOffset", "horizontalFilmOffset", NUMBER},
+                            {"-vfo", "-verticalFilmOffset", "verticalFilmOffset", NUMBER},
+                            {"-ffo", "-filmFitOffset", "filmFitOffset", NUMBER},
+                            {"-lsr", "-lensSqueezeRatio", "lensSqueezeRatio", NUMBER},
+                            {"-cs", "-cameraScale", "cameraScale", NUMBER},
+                            {"-ncp", "-nearClipPlane", "nearClipPlane", NUMBER},
+                            {"-fcp", "-farClipPlane", "farClipPlane", NUMBER},
+                            {"-coi", "-centerOfInterest", "centerOfInterest", NUMBER},
+                            {"-ovr", "-overscan", "overscan", NUMBER},
+                            {"-fs", "-fStop", "fStop", NUMBER},
+                            {"-fd", "-focusDistance", "focusDistance", NUMBER},
+                            {"-sa", "-shutterAngle", "shutterAngle", NUMBER},
+                            {"-ow", "-orthographicWidth", "orthographicWidth", NUMBER},
+                            {"-hpn", "-horizontalPan", "horizontalPan", NUMBER},
+                            {"-vpn", "-verticalPan", "verticalPan", NUMBER},
+                            {"-zom", "-zoom", "zoom", NUMBER},
+                            {"-o", "-orthographic", "orthographic", SWITCH},
+                            {"-mb", "-motionBlur", "motionBlurred", SWITCH},
+                            {"-pze", "-panZoomEnabled", "panZoomEnabled", SWITCH},
+                            {"-dr", "-displayResolution", "displayResolution", SWITCH},
+                            {"-dfg", "-displayFilmGate", "displayFilmGate", SWITCH},
+                            {"-dfc", "-displayFieldChart", "displayFieldChart", SWITCH},
+                            {"-dsa", "-displaySafeAction", "displaySafeAction", SWITCH},
+                            {"-dst", "-displaySafeTitle", "displaySafeTitle", SWITCH},
+                            {"-dgm", "-displayGateMask", "displayGateMask", SWITCH}};
 
 /// The names that `-filmFit` takes, in the order of the attribute's values.
 const char* const FILM_FITS[] = {"fill", "horizontal", "vertical", "overscan"};
-
-Plug PlugOf(const std::shared_ptr<Node>& node, const char* attribute) {
-    return Plug(node, node->FindAttribute(attribute));
-}
 
 /// The film back's width over its height: the width follows.
 void SetAspectRatio(const CommandCall& call, const std::shared_ptr<Node>& shape) {
@@ -62,8 +55,8 @@ void SetAspectRatio(const CommandCall& call, const std::shared_ptr<Node>& shape)
     if (!(ratio > 0.0)) {
         call.Fail("An aspect ratio must be greater than 0.");
     }
-    edit::SetPlug(call.GetHost(), PlugOf(shape, "horizontalFilmAperture"),
-                  ratio * PlugOf(shape, "verticalFilmAperture").Number());
+    edit::SetPlug(call.GetHost(), Plug::Of(*shape, "horizontalFilmAperture"),
+                  ratio * Plug::Of(*shape, "verticalFilmAperture").Number());
 }
 
 /// A start-up camera is part of every scene: it cannot be deleted.
@@ -77,11 +70,11 @@ void SetStartup(Host& host, const std::shared_ptr<Node>& node, bool isStartup) {
 void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transform,
                    const std::shared_ptr<Node>& shape) {
     Host& host = call.GetHost();
-    for (const Property& property : PROPERTIES) {
+    for (const CameraFlag& property : FLAGS) {
         if (call.Has(property.longName)) {
             const double value =
                 property.type == SWITCH ? call.Bool(property.longName) : call.Float(property.longName);
-            edit::SetPlug(host, PlugOf(shape, property.attribute), value);
+            edit::SetPlug(host, Plug::Of(*shape, property.attribute), value);
         }
     }
     if (call.Has("-aspectRatio")) {
@@ -99,37 +92,37 @@ void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transfo
         if (fit == 4) {
             call.Fail("Unknown film fit: " + call.String("-filmFit"));
         }
-        edit::SetPlug(host, PlugOf(shape, "filmFit"), static_cast<double>(fit));
+        edit::SetPlug(host, Plug::Of(*shape, "filmFit"), static_cast<double>(fit));
     }
     const std::pair<const char*, const char*> placements[] = {{"-position", "translate"},
                                                               {"-rotation", "rotate"}};
     for (const auto& [flag, attribute] : placements) {
         if (call.Has(flag)) {
-            edit::SetPlug(host, PlugOf(transform, attribute),
+            edit::SetPlug(host, Plug::Of(*transform, attribute),
                           std::vector<double>{call.Float(flag, 0), call.Float(flag, 1), call.Float(flag, 2)});
         }
     }
 }
 
-Value Query(const CommandCall& call, const std::shared_ptr<Node>& transform,
-            const std::shared_ptr<Node>& shape) {
-    for (const Property& property : PROPERTIES) {
+Value QueryCamera(const CommandCall& call, const std::shared_ptr<Node>& transform,
+                  const std::shared_ptr<Node>& shape) {
+    for (const CameraFlag& property : FLAGS) {
         if (call.Has(property.longName)) {
-            const double value = PlugOf(shape, property.attribute).Number();
+            const double value = Plug::Of(*shape, property.attribute).Number();
             return property.type == SWITCH ? Value(value != 0.0) : Value(value);
         }
     }
     if (call.Has("-filmFit")) {
-        return FILM_FITS[static_cast<int>(PlugOf(shape, "filmFit").Number()) & 3];
+        return FILM_FITS[static_cast<int>(Plug::Of(*shape, "filmFit").Number()) & 3];
     }
     if (call.Has("-aspectRatio")) {
-        return PlugOf(shape, "horizontalFilmAperture").Number() /
-               PlugOf(shape, "verticalFilmAperture").Number();
+        return Plug::Of(*shape, "horizontalFilmAperture").Number() /
+               Plug::Of(*shape, "verticalFilmAperture").Number();
     }
     for (const auto& [flag, attribute] :
          {std::pair("-position", "translate"), std::pair("-rotation", "rotate")}) {
         if (call.Has(flag)) {
-            return std::get<std::vector<double>>(PlugOf(transform, attribute).Get());
+            return std::get<std::vector<double>>(Plug::Of(*transform, attribute).Get());
         }
     }
     if (call.Has("-startupCamera")) {
@@ -154,9 +147,9 @@ Value Create(const CommandCall& call) {
     const std::shared_ptr<Node> transform = edit::CreateNode(host, "transform", base + number);
     const std::shared_ptr<Node> shape =
         edit::CreateNode(host, "camera", base + "Shape" + number, static_cast<DagNode*>(transform.get()));
-    edit::SetPlug(host, PlugOf(shape, "imageName"), transform->Name());
-    edit::SetPlug(host, PlugOf(shape, "depthName"), transform->Name() + "_depth");
-    edit::SetPlug(host, PlugOf(shape, "maskName"), transform->Name() + "_mask");
+    edit::SetPlug(host, Plug::Of(*shape, "imageName"), transform->Name());
+    edit::SetPlug(host, Plug::Of(*shape, "depthName"), transform->Name() + "_depth");
+    edit::SetPlug(host, Plug::Of(*shape, "maskName"), transform->Name() + "_mask");
     SetProperties(call, transform, shape);
     edit::Select(host, {transform});
     return ShownNames({transform, shape});
@@ -168,7 +161,7 @@ Value Camera(CommandCall& call) {
     }
     const auto [transform, shape] = ShapeOfCall(call, "camera");
     if (call.IsQuery()) {
-        return Query(call, transform, shape);
+        return QueryCamera(call, transform, shape);
     }
     if (call.Has("-name")) {
         edit::Rename(call.GetHost(), *transform, call.String("-name"));
@@ -181,7 +174,7 @@ Value Camera(CommandCall& call) {
 
 void RegisterCameraCommand(CommandRegistry& registry) {
     SyntaxBuilder syntax;
-    for (const Property& property : PROPERTIES) {
+    for (const CameraFlag& property : FLAGS) {
         syntax.Flag(property.shortName, property.longName, property.type);
     }
     AddSceneCommand(registry, "camera",

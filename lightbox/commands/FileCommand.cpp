@@ -23,13 +23,13 @@ std::string PathArgument(const CommandCall& call) {
     return call.Object(0).AsString();
 }
 
-std::string BaseName(const std::string& path) {
+std::string FileName(const std::string& path) {
     return QFileInfo(QString::fromStdString(path)).fileName().toStdString();
 }
 
 /// What a query answers for a path: whole, or with -shortName the file's name alone.
-std::string Shown(const CommandCall& call, const std::string& path) {
-    return call.Has("-shortName") ? BaseName(path) : path;
+std::string ShownPath(const CommandCall& call, const std::string& path) {
+    return call.Has("-shortName") ? FileName(path) : path;
 }
 
 const Reference& ReferenceArgument(const CommandCall& call, const std::string& nameOrPath) {
@@ -48,7 +48,7 @@ Value ReferencePaths(const CommandCall& call) {
     Value::StringArray paths;
     for (const Reference& reference : Files(call).references().All()) {
         if (reference.parent.empty()) {
-            paths.push_back(Shown(call, reference.path));
+            paths.push_back(ShownPath(call, reference.path));
         }
     }
     return paths;
@@ -68,10 +68,10 @@ Value QueryReference(const CommandCall& call) {
     if (call.Has("-deferReference")) {
         return !reference.isLoaded;
     }
-    return Shown(call, reference.path);
+    return ShownPath(call, reference.path);
 }
 
-Value Query(const CommandCall& call) {
+Value QueryFile(const CommandCall& call) {
     const SceneFiles& files = Files(call);
     for (const char* flag : {"-reference", "-referenceNode", "-namespace", "-deferReference"}) {
         if (call.Has(flag)) {
@@ -91,22 +91,22 @@ Value Query(const CommandCall& call) {
     }
     if (call.Has("-expandName") || call.Has("-location") || call.Has("-withoutCopyNumber")) {
         if (!call.Objects().empty()) {
-            return Shown(call, SceneFiles::FindFile(PathArgument(call)));
+            return ShownPath(call, SceneFiles::FindFile(PathArgument(call)));
         }
-        return files.SceneName().empty() ? Value("unknown") : Value(Shown(call, files.SceneName()));
+        return files.SceneName().empty() ? Value("unknown") : Value(ShownPath(call, files.SceneName()));
     }
     if (call.Has("-list")) {
         Value::StringArray paths;
         if (!files.SceneName().empty()) {
-            paths.push_back(Shown(call, files.SceneName()));
+            paths.push_back(ShownPath(call, files.SceneName()));
         }
         for (const Reference& reference : files.references().All()) {
-            paths.push_back(Shown(call, reference.path));
+            paths.push_back(ShownPath(call, reference.path));
         }
         return paths;
     }
     if (call.Has("-sceneName")) {
-        return Shown(call, files.SceneName());
+        return ShownPath(call, files.SceneName());
     }
     call.Fail("Nothing was asked for.");
 }
@@ -237,7 +237,7 @@ Value File(CommandCall& call) {
     SceneFiles& files = Files(call);
     const bool isForced = call.Has("-force");
     if (call.IsQuery()) {
-        return Query(call);
+        return QueryFile(call);
     }
     if (FileReader* reader = ReaderOf(call)) {
         return ReferenceInFile(call, *reader);
@@ -285,8 +285,6 @@ Value File(CommandCall& call) {
 } // namespace
 
 void RegisterFileCommand(CommandRegistry& registry) {
-    constexpr auto TEXT = MSyntax::kString;
-    constexpr auto SWITCH = MSyntax::kBoolean;
     AddHostCommand(registry, "file",
                    SyntaxBuilder()
                        .Flag("-new", "-newFile")

@@ -12,7 +12,7 @@ namespace lightbox::mel {
 namespace {
 
 Plug PositionOf(const TransformAndShape& locator) {
-    return Plug(locator.shape, locator.shape->FindAttribute("localPosition"));
+    return Plug::Of(*locator.shape, "localPosition");
 }
 
 /// The place is in the space of the transform. What is there already, `-relative` goes on from.

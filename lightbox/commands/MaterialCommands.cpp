@@ -28,10 +28,6 @@ Value ShadingNode(CommandCall& call) {
     return ShownName(*node);
 }
 
-Plug PlugOf(const std::shared_ptr<Node>& node, const char* attribute) {
-    return Plug(node, node->FindAttribute(attribute));
-}
-
 /// What stands for an object in a set of materials: its shapes.
 NodeList ShapesOf(const std::shared_ptr<Node>& node) {
     auto* dag = dynamic_cast<DagNode*>(node.get());
@@ -49,9 +45,9 @@ NodeList ShapesOf(const std::shared_ptr<Node>& node) {
 /// The plugs by which something is a member of a set, and the array that takes it.
 Connection NewMembership(const std::shared_ptr<Node>& node, const std::shared_ptr<Node>& set) {
     if (node->Type().IsDag()) {
-        return {PlugOf(node, "instObjGroups").Element(0), PlugOf(set, "dagSetMembers")};
+        return {Plug::Of(*node, "instObjGroups").Element(0), Plug::Of(*set, "dagSetMembers")};
     }
-    return {PlugOf(node, "message"), PlugOf(set, "dnSetMembers")};
+    return {Plug::Of(*node, "message"), Plug::Of(*set, "dnSetMembers")};
 }
 
 std::vector<Connection> Memberships(const Scene& scene, const std::shared_ptr<Node>& set) {
@@ -135,7 +131,7 @@ Value Sets(CommandCall& call) {
         edit::CreateNode(host, isRenderable ? "shadingEngine" : "objectSet", call.StringOr("-name", ""));
     if (isRenderable) {
         if (const std::shared_ptr<Node> partition = host.scene().Find("renderPartition")) {
-            edit::Connect(host, PlugOf(set, "partition"), PlugOf(partition, "sets").NextElement());
+            edit::Connect(host, Plug::Of(*set, "partition"), Plug::Of(*partition, "sets").NextElement());
         }
     }
     Add(host, set, nodes);

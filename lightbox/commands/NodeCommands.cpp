@@ -105,7 +105,7 @@ Value ObjExists(CommandCall& call) {
     return !scene.Matching(name).empty();
 }
 
-Value NodeType(CommandCall& call) {
+Value TypeOfNode(CommandCall& call) {
     const std::shared_ptr<Node> node = NodeNamed(call, call.Object(0).AsString());
     if (!call.Has("-inherited")) {
         return node->Type().Name();
@@ -215,7 +215,7 @@ void RegisterNodeCommands(CommandRegistry& registry) {
     AddSceneCommand(registry, "rename",
                     SyntaxBuilder().Flag("-uid", "-uuid").Flag("-is", "-ignoreShape").Objects(1, 2), Rename);
     AddSceneCommand(registry, "objExists", SyntaxBuilder().Objects(1, 1), ObjExists);
-    AddSceneCommand(registry, "nodeType", SyntaxBuilder().Flag("-i", "-inherited").Objects(1, 1), NodeType);
+    AddSceneCommand(registry, "nodeType", SyntaxBuilder().Flag("-i", "-inherited").Objects(1, 1), TypeOfNode);
     AddSceneCommand(registry, "objectType",
                     SyntaxBuilder()
                         .Flag("-i", "-isType", MSyntax::kString)

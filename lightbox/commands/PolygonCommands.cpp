@@ -15,7 +15,7 @@ namespace lightbox::mel {
 namespace {
 
 /// A flag that stands for an attribute of the node.
-struct Property {
+struct PrimitiveFlag {
     const char* shortName;
     const char* longName;
     const char* attribute;
@@ -25,16 +25,16 @@ struct Property {
 struct Primitive {
     const char* command; ///< the type of its node, too
     const char* name;    ///< of its transform
-    std::vector<Property> properties;
+    std::vector<PrimitiveFlag> properties;
 };
 
-constexpr Property RADIUS{"-r", "-radius", "radius", false};
-constexpr Property WIDTH{"-w", "-width", "width", false};
-constexpr Property HEIGHT{"-h", "-height", "height", false};
-constexpr Property CREATE_UVS{"-cuv", "-createUVs", "createUVs", true};
-constexpr Property ROUND_CAP{"-rcp", "-roundCap", "roundCap", true};
+constexpr PrimitiveFlag RADIUS{"-r", "-radius", "radius", false};
+constexpr PrimitiveFlag WIDTH{"-w", "-width", "width", false};
+constexpr PrimitiveFlag HEIGHT{"-h", "-height", "height", false};
+constexpr PrimitiveFlag CREATE_UVS{"-cuv", "-createUVs", "createUVs", true};
+constexpr PrimitiveFlag ROUND_CAP{"-rcp", "-roundCap", "roundCap", true};
 
-std::vector<Property> OfCylinder() {
+std::vector<PrimitiveFlag> OfCylinder() {
     return {RADIUS,
             HEIGHT,
             {"-sx", "-subdivisionsX", "subdivisionsAxis", true},
@@ -78,21 +78,17 @@ std::vector<Primitive> Primitives() {
             {"polyCone", "pCone", OfCylinder()}};
 }
 
-Plug PlugOf(const std::shared_ptr<Node>& node, const char* attribute) {
-    return Plug(node, node->FindAttribute(attribute));
-}
-
 void SetProperties(const CommandCall& call, const Primitive& primitive, const std::shared_ptr<Node>& node) {
-    for (const Property& property : primitive.properties) {
+    for (const PrimitiveFlag& property : primitive.properties) {
         if (call.Has(property.longName)) {
             const double value =
                 property.isWhole ? call.Int(property.longName) : call.Float(property.longName);
-            edit::SetPlug(call.GetHost(), PlugOf(node, property.attribute), value);
+            edit::SetPlug(call.GetHost(), Plug::Of(*node, property.attribute), value);
         }
     }
     if (call.Has("-axis")) {
         edit::SetPlug(
-            call.GetHost(), PlugOf(node, "axis"),
+            call.GetHost(), Plug::Of(*node, "axis"),
             std::vector<double>{call.Float("-axis", 0), call.Float("-axis", 1), call.Float("-axis", 2)});
     }
 }
@@ -104,7 +100,7 @@ Value Create(const CommandCall& call, const Primitive& primitive) {
     const auto [transform, shape] = MakeShape(host, "mesh", base);
     const std::shared_ptr<Node> maker = edit::CreateNode(host, primitive.command);
     SetProperties(call, primitive, maker);
-    edit::Connect(host, PlugOf(maker, "output"), PlugOf(shape, "inMesh"));
+    edit::Connect(host, Plug::Of(*maker, "output"), Plug::Of(*shape, "inMesh"));
     if (const std::shared_ptr<Node> group = scene.Find("initialShadingGroup")) {
         Material::Assign(host, shape, group);
     }
@@ -130,7 +126,7 @@ std::shared_ptr<Node> MakerOf(const CommandCall& call, const Primitive& primitiv
     for (const std::shared_ptr<Node>& candidate : candidates) {
         std::shared_ptr<Node> maker =
             MeshNode::Is(*candidate)
-                ? call.GetHost().scene().connections().SourceOf(PlugOf(candidate, "inMesh")).node
+                ? call.GetHost().scene().connections().SourceOf(Plug::Of(*candidate, "inMesh")).node
                 : candidate;
         if (maker && maker->Type().Name() == primitive.command) {
             return maker;
@@ -139,15 +135,16 @@ std::shared_ptr<Node> MakerOf(const CommandCall& call, const Primitive& primitiv
     call.Fail("The object '" + ShownName(*node) + "' has no " + primitive.command + " in its history.");
 }
 
-Value Query(const CommandCall& call, const Primitive& primitive, const std::shared_ptr<Node>& maker) {
-    for (const Property& property : primitive.properties) {
+Value QueryPrimitive(const CommandCall& call, const Primitive& primitive,
+                     const std::shared_ptr<Node>& maker) {
+    for (const PrimitiveFlag& property : primitive.properties) {
         if (call.Has(property.longName)) {
-            const double value = PlugOf(maker, property.attribute).Number();
+            const double value = Plug::Of(*maker, property.attribute).Number();
             return property.isWhole ? Value(static_cast<int>(value)) : Value(value);
         }
     }
     if (call.Has("-axis")) {
-        return std::get<std::vector<double>>(PlugOf(maker, "axis").Get());
+        return std::get<std::vector<double>>(Plug::Of(*maker, "axis").Get());
     }
     if (call.Has("-name")) {
         return maker->Name();
@@ -156,9 +153,8 @@ Value Query(const CommandCall& call, const Primitive& primitive, const std::shar
 }
 
 void Register(CommandRegistry& registry, const Primitive& primitive) {
-    constexpr auto NUMBER = MSyntax::kDouble;
     SyntaxBuilder syntax;
-    for (const Property& property : primitive.properties) {
+    for (const PrimitiveFlag& property : primitive.properties) {
         syntax.Flag(property.shortName, property.longName, property.isWhole ? MSyntax::kLong : NUMBER);
     }
     syntax.Flag("-ax", "-axis", NUMBER, NUMBER, NUMBER)
@@ -174,7 +170,7 @@ void Register(CommandRegistry& registry, const Primitive& primitive) {
         }
         const std::shared_ptr<Node> maker = MakerOf(call, primitive);
         if (call.IsQuery()) {
-            return Query(call, primitive, maker);
+            return QueryPrimitive(call, primitive, maker);
         }
         SetProperties(call, primitive, maker);
         if (call.Has("-name")) {

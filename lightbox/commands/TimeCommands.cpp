@@ -20,9 +20,6 @@
 namespace lightbox::mel {
 namespace {
 
-constexpr auto NUMBER = MSyntax::kDouble;
-constexpr auto SWITCH = MSyntax::kBoolean;
-
 Value CurrentTime(CommandCall& call) {
     Host& host = call.GetHost();
     if (call.IsQuery() || call.Objects().empty()) {

@@ -6,6 +6,7 @@
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/Transformation.h"
+#include "text/NumberText.h"
 
 namespace lightbox::mel {
 
@@ -13,10 +14,6 @@ using Imath::M44d;
 using Imath::V3d;
 
 namespace {
-
-Plug PlugOf(DagNode& node, const char* attribute) {
-    return Plug(node.Shared(), node.FindAttribute(attribute));
-}
 
 /// A rotation, and nothing else, by its angles.
 M44d Turn(const V3d& angles, int order) {
@@ -77,14 +74,14 @@ bool IsNumeric(const Value& value) {
 }
 
 V3d GetTriple(DagNode& node, const char* attribute) {
-    const AttributeValue value = PlugOf(node, attribute).Get();
+    const AttributeValue value = Plug::Of(node, attribute).Get();
     const auto& numbers = std::get<std::vector<double>>(value);
     return V3d(numbers[0], numbers[1], numbers[2]);
 }
 
 void SetTriple(Host& host, DagNode& node, const char* attribute, const V3d& value) {
     const V3d before = GetTriple(node, attribute);
-    const Plug plug = PlugOf(node, attribute);
+    const Plug plug = Plug::Of(node, attribute);
     for (unsigned i = 0; i < 3; ++i) {
         if (before[i] != value[i]) {
             edit::SetPlug(host, plug.Child(i), value[i]);
@@ -93,7 +90,7 @@ void SetTriple(Host& host, DagNode& node, const char* attribute, const V3d& valu
 }
 
 int RotateOrder(DagNode& node) {
-    return static_cast<int>(PlugOf(node, "rotateOrder").Number());
+    return static_cast<int>(Plug::Of(node, "rotateOrder").Number());
 }
 
 M44d ParentMatrix(DagNode& node) {

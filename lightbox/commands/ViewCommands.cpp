@@ -87,16 +87,12 @@ double ViewAspect(Host& host, const DagNode& camera) {
     return 16.0 / 9.0;
 }
 
-Plug PlugOf(const DagNode& node, const char* attribute) {
-    return Plug(std::const_pointer_cast<Node>(node.Shared()), node.FindAttribute(attribute));
-}
-
 void MoveTo(Host& host, const DagNode& camera, const V3d& eye) {
     const DagNode& transform = *camera.Parent();
     const M44d parent = transform.Parent() ? transform.Parent()->WorldMatrix() : M44d();
     V3d way;
     parent.inverse().multDirMatrix(eye - camera.WorldMatrix().translation(), way);
-    const Plug translate = PlugOf(transform, "translate");
+    const Plug translate = Plug::Of(transform, "translate");
     const AttributeValue before = translate.Get();
     const auto& numbers = std::get<std::vector<double>>(before);
     edit::SetPlug(host, translate,
@@ -119,9 +115,9 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
         // As the camera sees it, the box is a rectangle.
         const Box3d seen = Transformed(box, camera.WorldMatrix().inverse());
         const double part = std::max({seen.size().x / width, seen.size().y / height, LEAST_RADIUS / width});
-        const Plug orthographicWidth = PlugOf(camera, "orthographicWidth");
+        const Plug orthographicWidth = Plug::Of(camera, "orthographicWidth");
         edit::SetPlug(host, orthographicWidth, orthographicWidth.Number() * part / factor);
-        const double distance = std::max(PlugOf(camera, "centerOfInterest").Number(), box.size().length());
+        const double distance = std::max(Plug::Of(camera, "centerOfInterest").Number(), box.size().length());
         MoveTo(host, camera, center + back * distance);
         return;
     }
@@ -129,7 +125,7 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
     const double halfAngle = std::atan(std::min(width, height) * 0.5 / film.NearClip());
     const double distance = radius / std::sin(halfAngle) / factor;
     MoveTo(host, camera, center + back * distance);
-    edit::SetPlug(host, PlugOf(camera, "centerOfInterest"), distance);
+    edit::SetPlug(host, Plug::Of(camera, "centerOfInterest"), distance);
 }
 
 Value ViewFit(CommandCall& call) {

@@ -71,7 +71,7 @@ V3d Pivot(DagNode& node, const char* pivot, bool isWorld) {
     return point;
 }
 
-Value Query(const CommandCall& call, DagNode& node) {
+Value QueryTransform(const CommandCall& call, DagNode& node) {
     const bool isWorld = call.Has("-worldSpace");
     if (call.Has("-matrix")) {
         const M44d matrix = isWorld ? node.WorldMatrix() : node.LocalMatrix();
@@ -262,7 +262,7 @@ Value Xform(CommandCall& call) {
     const XformObjects objects(call);
     const std::vector<DagNode*> nodes = Transforms(call, objects.names);
     if (call.IsQuery()) {
-        return Query(call, *nodes.front());
+        return QueryTransform(call, *nodes.front());
     }
     if (call.Has("-matrix") && call.Has("-relative")) {
         call.Fail("A matrix cannot be set relative to what is there.");
@@ -276,7 +276,6 @@ Value Xform(CommandCall& call) {
 } // namespace
 
 void RegisterXformCommand(CommandRegistry& registry) {
-    constexpr auto NUMBER = MSyntax::kDouble;
     AddSceneCommand(registry, "xform",
                     SyntaxBuilder()
                         .Flag("-a", "-absolute")

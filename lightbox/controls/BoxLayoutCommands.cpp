@@ -18,8 +18,6 @@ using mel::CommandCall;
 using mel::Value;
 using Column = GridLayoutControl::Column;
 
-constexpr int MOST_COLUMNS = 6;
-
 Qt::Alignment Alignment(const std::string& text) {
     return text == "right" ? Qt::AlignRight : text == "center" ? Qt::AlignHCenter : Qt::AlignLeft;
 }

@@ -16,7 +16,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-ControlFlag LabelFlag() {
+ControlFlag ButtonLabelFlag() {
     return ValueFlag<QAbstractButton, QString>(
         "-l", "-label", [](QAbstractButton& button, const QString& text) { button.setText(text); },
         [](const QAbstractButton& button) { return button.text(); });
@@ -37,8 +37,8 @@ ControlFlag ImageFlag(const char* shortName, const char* longName) {
 ControlType ButtonType() {
     ControlType type;
     type.name = "button";
-    type.flags = ControlFlags{LabelFlag(), ScriptFlag("-c", "-command"), NoteFlag("-al", "-align", TEXT),
-                              NoteFlag("-rs", "-recomputeSize", ON)} +
+    type.flags = ControlFlags{ButtonLabelFlag(), ScriptFlag("-c", "-command"),
+                              NoteFlag("-al", "-align", TEXT), NoteFlag("-rs", "-recomputeSize", ON)} +
                  CommonFlags();
     type.create = [](const ControlCreation& creation) {
         auto* const button = new QPushButton(ToQt(creation.name));
@@ -87,7 +87,7 @@ ControlFlag StyleFlag() {
 
 ControlFlags ToolButtonFlags() {
     return {
-        LabelFlag(),
+        ButtonLabelFlag(),
         StyleFlag(),
         ImageFlag("-i", "-image"),
         ImageFlag("-i1", "-image1"),

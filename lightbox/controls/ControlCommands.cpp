@@ -1,5 +1,7 @@
 #include "controls/ControlCommands.h"
 
+#include <initializer_list>
+
 namespace lightbox {
 
 void RegisterControlCommands(WindowCommandTable& table) {

@@ -133,7 +133,7 @@ private:
     bool resizes_ = false;
 };
 
-ControlType ScrollType() {
+ControlType ScrollLayoutType() {
     ControlType type;
     type.name = "scrollLayout";
     type.family = ControlType::Family::Layout;
@@ -187,7 +187,7 @@ ControlType ScrollType() {
 
 void RegisterFrameLayoutCommands(WindowCommandTable& table) {
     table.Add(FrameType());
-    table.Add(ScrollType());
+    table.Add(ScrollLayoutType());
 }
 
 } // namespace lightbox

@@ -18,8 +18,6 @@ using mel::Value;
 
 /// As wide as the labels of the host's own windows.
 constexpr int LABEL_WIDTH = 140;
-constexpr int MOST_COLUMNS = 6;
-
 QBoxLayout& BoxOf(const Control& control) {
     return static_cast<QBoxLayout&>(*control.Widget()->layout());
 }

@@ -26,7 +26,7 @@ bool IsOn(const CommandCall& call, const char* flag) {
 }
 
 /// The group of radio items: the collection's, else one that the menu keeps for those without.
-QActionGroup* GroupFor(const ControlCreation& creation) {
+QActionGroup* RadioItemGroup(const ControlCreation& creation) {
     const Control* collection = creation.registry.currentItemCollection;
     if (creation.call.Has("-collection")) {
         collection = &creation.registry.Named(creation.call.String("-collection"));
@@ -80,7 +80,7 @@ void SetUp(QAction& action, const ControlCreation& creation) {
     const CommandCall& call = creation.call;
     action.setCheckable(call.Has("-checkBox") || call.Has("-radioButton"));
     if (call.Has("-radioButton")) {
-        GroupFor(creation)->addAction(&action);
+        RadioItemGroup(creation)->addAction(&action);
     }
     action.setSeparator(IsOn(call, "-divider") || call.Has("-dividerLabel") || IsOn(call, "-longDivider"));
     if (IsOn(call, "-optionBox")) {
@@ -118,7 +118,7 @@ std::unique_ptr<Control> CreateItem(const ControlCreation& creation) {
 }
 
 /// An option box does not turn invisible when it says so: it shows beside its item.
-ControlFlag LabelFlag() {
+ControlFlag ItemLabelFlag() {
     return {"-l",
             "-label",
             {MSyntax::kString},
@@ -148,7 +148,7 @@ ControlFlags StateFlags() {
         return Value(action->isCheckable() && action->actionGroup());
     };
     return {
-        LabelFlag(),
+        ItemLabelFlag(),
         CheckedFlag("-cb", "-checkBox"),
         CheckedFlag("-rb", "-radioButton"),
         CreateFlag("-sm", "-subMenu", {MSyntax::kBoolean},
@@ -267,7 +267,7 @@ ControlType ItemType() {
     return type;
 }
 
-ControlType CollectionType() {
+ControlType RadioItemCollectionType() {
     ControlType type;
     type.name = "radioMenuItemCollection";
     type.family = ControlType::Family::Collection;
@@ -289,7 +289,7 @@ ControlType CollectionType() {
 
 void RegisterMenuItemCommands(WindowCommandTable& table) {
     table.Add(ItemType());
-    table.Add(CollectionType());
+    table.Add(RadioItemCollectionType());
 }
 
 } // namespace lightbox

@@ -51,7 +51,7 @@ ControlFlags FieldFlags(bool isInteger) {
     };
 }
 
-ControlType FieldType(bool isInteger) {
+ControlType NumberFieldType(bool isInteger) {
     ControlType type;
     type.name = isInteger ? "intField" : "floatField";
     type.flags = FieldFlags(isInteger) + CommonFlags();
@@ -149,7 +149,7 @@ ControlFlag EachField(const char* shortName, const char* longName, void (*set)(N
             [get](Control& control) { return Value(get(*FieldOf(control, 1))); }};
 }
 
-ControlType GroupType(bool isInteger) {
+ControlType NumberGroupType(bool isInteger) {
     ControlType type;
     type.name = isInteger ? "intFieldGrp" : "floatFieldGrp";
     type.flags = {
@@ -188,8 +188,8 @@ ControlType GroupType(bool isInteger) {
 
 void RegisterNumberFieldCommands(WindowCommandTable& table) {
     for (const bool isInteger : {true, false}) {
-        table.Add(FieldType(isInteger));
-        table.Add(GroupType(isInteger));
+        table.Add(NumberFieldType(isInteger));
+        table.Add(NumberGroupType(isInteger));
     }
 }
 

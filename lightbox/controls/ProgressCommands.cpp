@@ -21,7 +21,7 @@ using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
 
-ControlFlag Step() {
+ControlFlag StepFlag() {
     return {"-s",
             "-step",
             {INT},
@@ -60,7 +60,7 @@ ControlFlags BarFlags() {
                 bar.repaint();
             },
             [](const QProgressBar& bar) { return bar.value(); }),
-        Step(),
+        StepFlag(),
         {"-ep",
          "-endProgress",
          {},

@@ -164,7 +164,7 @@ ControlType SliderType(bool isInteger) {
     return type;
 }
 
-ControlType GroupType(bool isInteger) {
+ControlType SliderGroupType(bool isInteger) {
     ControlType type;
     type.name = isInteger ? "intSliderGrp" : "floatSliderGrp";
     type.flags =
@@ -215,7 +215,7 @@ ControlType GroupType(bool isInteger) {
 void RegisterSliderCommands(WindowCommandTable& table) {
     for (const bool isInteger : {true, false}) {
         table.Add(SliderType(isInteger));
-        table.Add(GroupType(isInteger));
+        table.Add(SliderGroupType(isInteger));
     }
 }
 

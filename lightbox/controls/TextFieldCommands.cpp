@@ -100,7 +100,7 @@ void ConnectLine(QLineEdit& line, Control& control, ControlRegistry& registry) {
     });
 }
 
-ControlType FieldType() {
+ControlType TextFieldType() {
     ControlType type;
     type.name = "textField";
     type.flags = LineFlags() + CommonFlags();
@@ -113,7 +113,7 @@ ControlType FieldType() {
     return type;
 }
 
-ControlType GroupType(bool hasButton) {
+ControlType TextGroupType(bool hasButton) {
     ControlType type;
     type.name = hasButton ? "textFieldButtonGrp" : "textFieldGrp";
     type.flags = LineFlags();
@@ -182,7 +182,7 @@ ControlFlag ClearFlag() {
             nullptr};
 }
 
-ControlType ScrollType() {
+ControlType ScrollFieldType() {
     ControlType type;
     type.name = "scrollField";
     type.flags =
@@ -243,10 +243,10 @@ ControlType ScrollType() {
 } // namespace
 
 void RegisterTextFieldCommands(WindowCommandTable& table) {
-    table.Add(FieldType());
-    table.Add(GroupType(false));
-    table.Add(GroupType(true));
-    table.Add(ScrollType());
+    table.Add(TextFieldType());
+    table.Add(TextGroupType(false));
+    table.Add(TextGroupType(true));
+    table.Add(ScrollFieldType());
 }
 
 } // namespace lightbox

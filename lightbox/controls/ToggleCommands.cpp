@@ -49,7 +49,7 @@ ControlType CheckBoxType() {
 
 /// The collection that a new radio button joins: the one it names, else the last one made, else one that its
 /// layout keeps.
-QButtonGroup* GroupFor(const ControlCreation& creation) {
+QButtonGroup* RadioButtonGroup(const ControlCreation& creation) {
     const Control* collection = creation.registry.currentButtonCollection;
     if (creation.call.Has("-collection")) {
         collection = &creation.registry.Named(creation.call.String("-collection"));
@@ -87,7 +87,7 @@ void Clicked(ControlRegistry& registry, Control& control, QAbstractButton& butto
 }
 
 void Join(QAbstractButton& button, const ControlCreation& creation, Control& control) {
-    QButtonGroup* const group = GroupFor(creation);
+    QButtonGroup* const group = RadioButtonGroup(creation);
     group->addButton(&button);
     QObject::connect(&button, &QObject::destroyed, group,
                      [group] { group->setProperty(LAST_ON, QVariant()); });

@@ -22,10 +22,6 @@ Strings& StringsArgument(CommandCall& call, std::size_t index) {
     return value.Strings();
 }
 
-std::string Text(CommandCall& call, std::size_t index) {
-    return call.Object(index).AsString();
-}
-
 Value Clear(CommandCall& call) {
     const Value& array = call.Object(0);
     if (!array.IsArray()) {
@@ -88,7 +84,7 @@ Value Remove(CommandCall& call) {
 /// stringArrayFind(item, start, list): the index, or -1.
 Value Find(CommandCall& call) {
     const Strings& list = StringsArgument(call, 2);
-    const std::string item = Text(call, 0);
+    const std::string item = call.Object(0).AsString();
     for (auto i = static_cast<std::size_t>(std::max(0, call.Object(1).AsInt())); i < list.size(); ++i) {
         if (list[i] == item) {
             return static_cast<int>(i);
@@ -104,7 +100,7 @@ Value InsertAt(CommandCall& call) {
     if (index < 0 || static_cast<std::size_t>(index) > list.size()) {
         return 0;
     }
-    list.insert(list.begin() + index, Text(call, 2));
+    list.insert(list.begin() + index, call.Object(2).AsString());
     return 1;
 }
 
@@ -122,7 +118,7 @@ Value RemoveAt(CommandCall& call) {
 Value WithPrefix(CommandCall& call) {
     Strings list = StringsArgument(call, 0);
     for (std::string& text : list) {
-        text.insert(0, Text(call, 1));
+        text.insert(0, call.Object(1).AsString());
     }
     return list;
 }
@@ -188,16 +184,17 @@ void RegisterArrayCommands(CommandRegistry& registry) {
     registry.RegisterRaw("size", 1, 1, Size);
     registry.RegisterRaw("sort", 1, 1, Sorted);
     registry.RegisterRaw("stringArrayContains", 2, 2, [](CommandCall& call) {
-        return Value(CountOf(StringsArgument(call, 1), Text(call, 0)) > 0);
+        return Value(CountOf(StringsArgument(call, 1), call.Object(0).AsString()) > 0);
     });
     registry.RegisterRaw("stringArrayCount", 2, 2, [](CommandCall& call) {
-        return Value(CountOf(StringsArgument(call, 1), Text(call, 0)));
+        return Value(CountOf(StringsArgument(call, 1), call.Object(0).AsString()));
     });
     registry.RegisterRaw("stringArrayToString", 2, 2, [](CommandCall& call) {
-        return Value(Joined(StringsArgument(call, 0), Text(call, 1)));
+        return Value(Joined(StringsArgument(call, 0), call.Object(1).AsString()));
     });
-    registry.RegisterRaw("stringToStringArray", 2, 2,
-                         [](CommandCall& call) { return Value(Tokens(Text(call, 0), Text(call, 1))); });
+    registry.RegisterRaw("stringToStringArray", 2, 2, [](CommandCall& call) {
+        return Value(Tokens(call.Object(0).AsString(), call.Object(1).AsString()));
+    });
     registry.RegisterRaw("stringArrayCatenate", 2, 2, Concatenated);
     registry.RegisterRaw("stringArrayRemove", 2, 2, Remove);
     registry.RegisterRaw("stringArrayRemoveDuplicates", 1, 1, WithoutDuplicates);

@@ -5,13 +5,7 @@
 
 namespace lightbox::mel {
 
-namespace {
-
-bool IsNumeric(Type type) {
-    return type == Type::Int || type == Type::Float;
-}
-
-} // namespace
+namespace {} // namespace
 
 AssignExpression::AssignExpression(std::uint32_t sourceOffset, TargetPtr target, ExpressionPtr value)
     : Expression(sourceOffset, target->type)
@@ -51,7 +45,7 @@ Value AssignExpression::Evaluate(Frame& frame) const {
     }
     Value value = value_->Evaluate(frame);
     Mark(frame);
-    const Reference place = target_->Locate(frame);
+    const VariableReference place = target_->Locate(frame);
     place.Store(frame.runtime, std::move(value));
     return place.Load();
 }
@@ -107,7 +101,7 @@ void CompoundExpression::Run(Frame& frame) const {
     }
     const Value operand = value_->Evaluate(frame);
     Mark(frame);
-    const Reference place = target_->Locate(frame);
+    const VariableReference place = target_->Locate(frame);
     place.Store(frame.runtime, Apply(op_, place.Load(), operand));
 }
 
@@ -117,7 +111,7 @@ Value CompoundExpression::Evaluate(Frame& frame) const {
     }
     const Value operand = value_->Evaluate(frame);
     Mark(frame);
-    const Reference place = target_->Locate(frame);
+    const VariableReference place = target_->Locate(frame);
     place.Store(frame.runtime, Apply(op_, place.Load(), operand));
     return place.Load();
 }
@@ -158,7 +152,7 @@ Value StepExpression::Evaluate(Frame& frame) const {
         return EvaluateInt(frame);
     }
     Mark(frame);
-    const Reference place = target_->Locate(frame);
+    const VariableReference place = target_->Locate(frame);
     const Value before = place.Load();
     if (before.GetType() != Type::Int && before.GetType() != Type::Float &&
         before.GetType() != Type::Vector) {

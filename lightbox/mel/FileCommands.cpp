@@ -19,13 +19,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Files = std::shared_ptr<OpenFiles>;
+using OpenFilesPtr = std::shared_ptr<OpenFiles>;
 
 QString Path(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-QFile& OpenFile(CommandCall& call, const Files& files) {
+QFile& OpenFile(CommandCall& call, const OpenFilesPtr& files) {
     QFile* const file = files->Find(call.Object(0).AsInt());
     if (!file) {
         call.Fail("The file number " + call.Object(0).AsString() + " stands for no open file.");
@@ -33,7 +33,7 @@ QFile& OpenFile(CommandCall& call, const Files& files) {
     return *file;
 }
 
-Value Open(CommandCall& call, const Files& files) {
+Value Open(CommandCall& call, const OpenFilesPtr& files) {
     const std::string mode = call.Objects().size() > 1 ? call.Object(1).AsString() : "w";
     const std::string path = call.Object(0).AsString();
     const int id = files->Open(path, mode);
@@ -44,7 +44,7 @@ Value Open(CommandCall& call, const Files& files) {
 }
 
 /// fprint(file, value): arrays one element a line, as print writes them.
-Value PrintTo(CommandCall& call, const Files& files) {
+Value PrintTo(CommandCall& call, const OpenFilesPtr& files) {
     QFile& file = OpenFile(call, files);
     const std::string text = call.Object(1).Printed();
     if (file.write(text.data(), static_cast<qint64>(text.size())) != static_cast<qint64>(text.size())) {
@@ -54,7 +54,7 @@ Value PrintTo(CommandCall& call, const Files& files) {
 }
 
 /// fread(file, value): the next binary value of the type of `value`.
-Value ReadBinary(CommandCall& call, const Files& files) {
+Value ReadBinary(CommandCall& call, const OpenFilesPtr& files) {
     QFile& file = OpenFile(call, files);
     const auto number = [&file] {
         double value = 0.0;

@@ -41,10 +41,6 @@ const std::unordered_map<std::string_view, TokenKind>& Keywords() {
     return keywords;
 }
 
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 bool IsSpace(char letter) {
     return letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r' || letter == '\f' ||
            letter == '\v';
@@ -56,13 +52,13 @@ bool IsWordCharacter(char letter) {
            (letter != '\0' && std::strchr(".|:*?#@~", letter) != nullptr);
 }
 
-struct Operator {
+struct OperatorSign {
     const char* text;
     TokenKind kind;
 };
 
 /// Longer ones first.
-constexpr Operator Operators[] = {
+constexpr OperatorSign Operators[] = {
     {"<<", TokenKind::VectorOpen},  {">>", TokenKind::VectorClose}, {"++", TokenKind::PlusPlus},
     {"--", TokenKind::MinusMinus},  {"<=", TokenKind::LessEqual},   {">=", TokenKind::GreaterEqual},
     {"==", TokenKind::Equal},       {"!=", TokenKind::NotEqual},    {"&&", TokenKind::And},
@@ -79,6 +75,10 @@ constexpr Operator Operators[] = {
 };
 
 } // namespace
+
+bool IsDigit(char letter) {
+    return letter >= '0' && letter <= '9';
+}
 
 bool IsNameStart(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || letter == '_';
@@ -266,7 +266,7 @@ void Lexer::ScanName() {
 }
 
 void Lexer::ScanOperator() {
-    for (const Operator& candidate : Operators) {
+    for (const OperatorSign& candidate : Operators) {
         const std::size_t length = std::strlen(candidate.text);
         if (text_.compare(position_, length, candidate.text) == 0) {
             token_.kind = candidate.kind;

@@ -67,6 +67,7 @@ private:
 /// float.
 std::size_t ScanNumberLiteral(std::string_view text, bool& isInt, int& integer, double& number);
 
+bool IsDigit(char letter);
 bool IsNameStart(char letter);
 bool IsNameCharacter(char letter);
 

@@ -12,9 +12,6 @@ namespace {
 constexpr std::size_t MaximumTextLength = std::size_t(1) << 28;
 constexpr std::size_t MaximumArrayBytes = std::size_t(1) << 28;
 
-bool IsNumeric(Type type) {
-    return type == Type::Int || type == Type::Float;
-}
 bool IsScalar(Type type) {
     return IsNumeric(type) || type == Type::String || type == Type::Vector;
 }

@@ -4,13 +4,7 @@
 
 namespace lightbox::mel {
 
-namespace {
-
-bool IsNumeric(Type type) {
-    return type == Type::Int || type == Type::Float;
-}
-
-} // namespace
+namespace {} // namespace
 
 BinaryExpression::BinaryExpression(std::uint32_t sourceOffset, Operator op, ExpressionPtr left,
                                    ExpressionPtr right)

@@ -10,10 +10,6 @@ namespace lightbox::mel {
 
 namespace {
 
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 bool IsWordStart(char letter) {
     return IsNameCharacter(letter) || static_cast<unsigned char>(letter) >= 0x80 ||
            (letter != '\0' && std::strchr(".|:*?#@~", letter) != nullptr);

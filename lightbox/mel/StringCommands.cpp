@@ -16,7 +16,7 @@ namespace lightbox::mel {
 
 namespace {
 
-std::string Text(CommandCall& call, std::size_t index) {
+std::string Text(const CommandCall& call, std::size_t index) {
     return call.Object(index).AsString();
 }
 

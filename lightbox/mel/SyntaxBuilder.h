@@ -8,6 +8,11 @@
 
 namespace lightbox::mel {
 
+/// The types of flag arguments, as the syntaxes of commands write them.
+constexpr auto NUMBER = MSyntax::kDouble;
+constexpr auto TEXT = MSyntax::kString;
+constexpr auto SWITCH = MSyntax::kBoolean;
+
 /// Writes down a command's syntax in one expression:
 /// `SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Query().Objects(0, 1)`.
 class SyntaxBuilder {

@@ -113,6 +113,10 @@ bool IsArray(Type type) {
     return type >= Type::IntArray && type <= Type::VectorArray;
 }
 
+bool IsNumeric(Type type) {
+    return type == Type::Int || type == Type::Float;
+}
+
 Type ArrayOf(Type element) {
     const bool hasArray = element >= Type::Int && element <= Type::Vector;
     return hasArray ? static_cast<Type>(static_cast<int>(element) + 4) : Type::None;

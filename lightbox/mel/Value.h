@@ -29,6 +29,8 @@ enum class Type : std::uint8_t {
 /// "int", "string[]" and so on, as messages and `whatIs` word it.
 const char* TypeName(Type type);
 bool IsArray(Type type);
+/// An int or a float.
+bool IsNumeric(Type type);
 /// int -> int[] and back; a type that has no such partner gives `None`.
 Type ArrayOf(Type element);
 Type ElementOf(Type array);

@@ -23,14 +23,14 @@ T& GrownElement(std::vector<T>& array, std::size_t index) {
 
 } // namespace
 
-Value Reference::Load() const {
+Value VariableReference::Load() const {
     if (!isElement_) {
         return slot_.IsNone() ? Value::Default(type_) : slot_;
     }
     return slot_.GetType() == Type::Matrix ? Value(slot_.MatrixData().cells[index_]) : slot_.Element(index_);
 }
 
-void Reference::Store(Runtime& runtime, Value value) const {
+void VariableReference::Store(Runtime& runtime, Value value) const {
     if (isElement_) {
         StoreElement(runtime, value);
     } else {
@@ -38,7 +38,7 @@ void Reference::Store(Runtime& runtime, Value value) const {
     }
 }
 
-void Reference::StoreWhole(Runtime& runtime, Value value) const {
+void VariableReference::StoreWhole(Runtime& runtime, Value value) const {
     Type type = global_ ? global_->type : type_;
     if (type == Type::Any) {
         type = slot_.IsNone() ? value.GetType() : slot_.GetType();
@@ -57,7 +57,7 @@ void Reference::StoreWhole(Runtime& runtime, Value value) const {
     }
 }
 
-void Reference::StoreElement(Runtime& runtime, const Value& value) const {
+void VariableReference::StoreElement(Runtime& runtime, const Value& value) const {
     switch (slot_.GetType()) {
     case Type::Matrix:
         slot_.MatrixData().cells[index_] = value.AsFloat();
@@ -158,7 +158,7 @@ double ElementExpression::EvaluateFloat(Frame& frame) const {
     return index < array.size() ? array[index] : 0.0;
 }
 
-Reference ElementExpression::Locate(Frame& frame) const {
+VariableReference ElementExpression::Locate(Frame& frame) const {
     const std::size_t index = Index(frame);
     Value& slot = variable_->Slot(frame);
     if (slot.IsNone() && variable_->type != Type::Any) {
@@ -167,7 +167,7 @@ Reference ElementExpression::Locate(Frame& frame) const {
     if (!slot.IsNone() && !slot.IsArray()) {
         NoArray(slot.GetType());
     }
-    return Reference(slot, index, type);
+    return VariableReference(slot, index, type);
 }
 
 CellExpression::CellExpression(std::unique_ptr<VariableExpression> variable, ExpressionPtr row,
@@ -203,13 +203,13 @@ double CellExpression::EvaluateFloat(Frame& frame) const {
     return matrix.MatrixData().cells.at(index);
 }
 
-Reference CellExpression::Locate(Frame& frame) const {
+VariableReference CellExpression::Locate(Frame& frame) const {
     Value& slot = variable_->Slot(frame);
     const std::size_t index = Index(frame, Value(slot));
     if (slot.GetType() != Type::Matrix || index >= slot.MatrixData().cells.size()) {
         throw Error("The matrix changed while its index was computed.");
     }
-    return Reference(slot, index, Type::Float);
+    return VariableReference(slot, index, Type::Float);
 }
 
 ComponentExpression::ComponentExpression(std::uint32_t sourceOffset, ExpressionPtr vector, char component)

@@ -9,16 +9,16 @@ namespace lightbox::mel {
 
 /// A place that can be read and written, found once for an operation such as `+=`. Valid only until something
 /// else runs.
-class Reference {
+class VariableReference {
 public:
     /// A whole variable. `type` is what it is declared as, `Any` for one that takes the type of its first
     /// value; `global` is null for a local one.
-    Reference(Value& slot, Type type, GlobalVariable* global)
+    VariableReference(Value& slot, Type type, GlobalVariable* global)
         : slot_(slot)
         , type_(type)
         , global_(global) {}
     /// An element of the array in the slot, or a cell of the matrix.
-    Reference(Value& slot, std::size_t index, Type elementType)
+    VariableReference(Value& slot, std::size_t index, Type elementType)
         : slot_(slot)
         , type_(elementType)
         , index_(index)
@@ -43,7 +43,7 @@ private:
 class Target : public Expression {
 public:
     using Expression::Expression;
-    virtual Reference Locate(Frame& frame) const = 0;
+    virtual VariableReference Locate(Frame& frame) const = 0;
 };
 
 using TargetPtr = std::unique_ptr<Target>;
@@ -70,7 +70,9 @@ public:
     double EvaluateFloat(Frame& frame) const override;
     bool EvaluateTruth(Frame& frame) const override;
     void Run(Frame&) const override {}
-    Reference Locate(Frame& frame) const override { return Reference(Slot(frame), type, global_); }
+    VariableReference Locate(Frame& frame) const override {
+        return VariableReference(Slot(frame), type, global_);
+    }
 
 private:
     GlobalVariable* global_;
@@ -85,7 +87,7 @@ public:
     Value Evaluate(Frame& frame) const override;
     int EvaluateInt(Frame& frame) const override;
     double EvaluateFloat(Frame& frame) const override;
-    Reference Locate(Frame& frame) const override;
+    VariableReference Locate(Frame& frame) const override;
 
 private:
     std::size_t Index(Frame& frame) const;
@@ -101,7 +103,7 @@ public:
 
     Value Evaluate(Frame& frame) const override { return EvaluateFloat(frame); }
     double EvaluateFloat(Frame& frame) const override;
-    Reference Locate(Frame& frame) const override;
+    VariableReference Locate(Frame& frame) const override;
 
 private:
     std::size_t Index(Frame& frame, const Value& matrix) const;

@@ -1,6 +1,8 @@
 #include "openmaya/Access.h"
 
+#include "mel/Value.h"
 #include "openmaya/PluginHandle.h"
+#include "scene/Host.h"
 
 namespace lightbox {
 
@@ -28,6 +30,16 @@ MString Access::Wrap(std::string text) {
     MString string;
     string.text_ = std::move(text);
     return string;
+}
+
+bool Access::ReadString(const mel::Value& value, MString& result) {
+    result = Wrap(value.IsString() ? value.Text() : value.AsString());
+    return true;
+}
+
+UserInterface* Access::Ui() {
+    Host* host = Host::Current();
+    return host ? host->ui() : nullptr;
 }
 
 std::shared_ptr<Node> Access::GetNode(const MObject& object) {

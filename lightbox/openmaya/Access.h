@@ -26,6 +26,11 @@ class QCursor;
 namespace lightbox {
 
 class CameraView;
+class UserInterface;
+
+namespace mel {
+class Value;
+}
 
 /// The one way from OpenMaya's classes to what stands behind them and back.
 class Access {
@@ -43,6 +48,10 @@ public:
     static std::shared_ptr<DataValue> GetData(const MObject& object);
     static Plug GetPlug(const MPlug& plug);
     static const std::string& Text(const MString& string) { return string.text_; }
+    /// A value as an argument that is a text; never refuses.
+    static bool ReadString(const mel::Value& value, MString& result);
+    /// The host's window; null in batch, and where there is no host.
+    static UserInterface* Ui();
 
     /// A failing status with its text.
     static MStatus Fail(MStatus::MStatusCode code, const std::string& text);

@@ -30,14 +30,9 @@ MStatus NoView() {
     return Access::Fail(MS::kFailure, "There is no 3d view");
 }
 
-UserInterface* Ui() {
-    Host* host = Host::Current();
-    return host ? host->ui() : nullptr;
-}
-
 /// The view, or null when it has gone. Reports the status.
 View* Live(View* view, MStatus* status = nullptr) {
-    UserInterface* ui = view ? Ui() : nullptr;
+    UserInterface* ui = view ? Access::Ui() : nullptr;
     if (ui) {
         const std::vector<View*> views = ui->Views();
         ui = std::find(views.begin(), views.end(), view) != views.end() ? ui : nullptr;
@@ -90,14 +85,14 @@ M3dView Access::Wrap(View& view) {
 }
 
 M3dView M3dView::active3dView(MStatus* ReturnStatus) {
-    UserInterface* ui = Ui();
+    UserInterface* ui = Access::Ui();
     View* view = ui ? ui->ActiveView() : nullptr;
     Access::Report(ReturnStatus, view ? MStatus() : NoView());
     return view ? Access::Wrap(*view) : M3dView();
 }
 
 unsigned int M3dView::numberOf3dViews() {
-    UserInterface* ui = Ui();
+    UserInterface* ui = Access::Ui();
     return ui ? static_cast<unsigned int>(ui->Views().size()) : 0;
 }
 
@@ -105,12 +100,12 @@ MStatus M3dView::get3dView(unsigned int index, M3dView& view) {
     if (index >= numberOf3dViews()) {
         return NoView();
     }
-    view = Access::Wrap(*Ui()->Views()[index]);
+    view = Access::Wrap(*Access::Ui()->Views()[index]);
     return MS::kSuccess;
 }
 
 MStatus M3dView::getM3dViewFromModelPanel(const MString& modelPaneName, M3dView& view) {
-    UserInterface* ui = Ui();
+    UserInterface* ui = Access::Ui();
     for (View* candidate : ui ? ui->Views() : std::vector<View*>()) {
         if (candidate->PanelName() == Access::Text(modelPaneName)) {
             view = Access::Wrap(*candidate);
@@ -193,7 +188,7 @@ MStatus M3dView::refresh(bool all, bool force) {
         return NoView();
     }
     if (all) {
-        Ui()->RefreshViews(force);
+        Access::Ui()->RefreshViews(force);
     } else {
         view->Refresh(force);
     }

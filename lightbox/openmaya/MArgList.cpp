@@ -37,11 +37,6 @@ T Read(const ArgumentTokens& tokens, unsigned int index, bool (*read)(const Valu
     return result;
 }
 
-bool ReadString(const Value& value, MString& result) {
-    result = Access::Wrap(value.IsString() ? value.Text() : value.AsString());
-    return true;
-}
-
 /// Reads what follows up to the next flag.
 template <class Array, class T>
 Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(const Value&, T&),
@@ -105,7 +100,7 @@ double MArgList::asDouble(unsigned int index, MStatus* ReturnStatus) const {
 }
 
 MString MArgList::asString(unsigned int index, MStatus* ReturnStatus) const {
-    return Read<MString>(*tokens_, index, ReadString, "a string", ReturnStatus);
+    return Read<MString>(*tokens_, index, Access::ReadString, "a string", ReturnStatus);
 }
 
 MTime MArgList::asTime(unsigned int index, MStatus* ReturnStatus) const {
@@ -122,7 +117,7 @@ MDoubleArray MArgList::asDoubleArray(unsigned int& index, MStatus* ReturnStatus)
 }
 
 MStringArray MArgList::asStringArray(unsigned int& index, MStatus* ReturnStatus) const {
-    return ReadArray<MStringArray, MString>(*tokens_, index, ReadString, "a string", ReturnStatus);
+    return ReadArray<MStringArray, MString>(*tokens_, index, Access::ReadString, "a string", ReturnStatus);
 }
 
 MStatus MArgList::get(unsigned int& index, bool& value) const {

@@ -19,11 +19,6 @@ namespace {
 template <class T>
 using Reader = bool (*)(const Value&, T&);
 
-bool ReadString(const Value& value, MString& result) {
-    result = Access::Wrap(value.IsString() ? value.Text() : value.AsString());
-    return true;
-}
-
 template <class T>
 MStatus Convert(const Value* value, Reader<T> read, T& result) {
     T converted = T();
@@ -139,7 +134,7 @@ MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, double
 }
 
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MString& result) const {
-    return FlagArgument<MString>(parsed_.get(), flag, index, ReadString, result);
+    return FlagArgument<MString>(parsed_.get(), flag, index, Access::ReadString, result);
 }
 
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MTime& result) const {
@@ -202,7 +197,7 @@ MStatus MArgParser::getCommandArgument(unsigned int index, double& result) const
 }
 
 MStatus MArgParser::getCommandArgument(unsigned int index, MString& result) const {
-    return CommandArgument<MString>(parsed_.get(), index, ReadString, result);
+    return CommandArgument<MString>(parsed_.get(), index, Access::ReadString, result);
 }
 
 MStatus MArgParser::getObjects(MStringArray& result) const {

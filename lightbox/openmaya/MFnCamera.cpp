@@ -27,7 +27,7 @@ std::shared_ptr<DagNode> CameraOf(const MObject& object) {
 double NumberOf(const MObject& object, const char* attribute, MStatus* status) {
     const std::shared_ptr<DagNode> camera = CameraOf(object);
     Access::Report(status, camera ? MS::kSuccess : MS::kFailure);
-    return camera ? Plug(camera, camera->FindAttribute(attribute)).Number() : 0.0;
+    return camera ? Plug::Of(*camera, attribute).Number() : 0.0;
 }
 
 /// A direction of the camera's own space, in the space that is asked for.

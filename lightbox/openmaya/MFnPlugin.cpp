@@ -105,7 +105,7 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
     if (createSyntaxFunction) {
         command.syntax = createSyntaxFunction();
     }
-    if (!RegisterPluginCommand(command, plugin->name)) {
+    if (!lightbox::RegisterPluginCommand(command, plugin->name)) {
         return Access::Fail(MS::kFailure, "The name '" + name + "' is taken");
     }
     plugin->commands.push_back(name);
@@ -142,8 +142,8 @@ MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFu
     if (!sample || sample->appendSyntax().error()) {
         return Access::Fail(MS::kFailure, "The command '" + name + "' cannot be created");
     }
-    if (!RegisterPluginCommand({name, creatorFunction, Access::ContextStateOf(*sample).syntax},
-                               plugin->name)) {
+    if (!lightbox::RegisterPluginCommand({name, creatorFunction, Access::ContextStateOf(*sample).syntax},
+                                         plugin->name)) {
         return Access::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
     }
     plugin->contextCommands.push_back(name);

@@ -1,5 +1,4 @@
 #include "openmaya/Access.h"
-#include "scene/Host.h"
 #include "scene/UserInterface.h"
 
 #include <maya/MQtUtil.h>
@@ -7,15 +6,6 @@
 #include <QWidget>
 
 using lightbox::Access;
-using lightbox::Host;
-
-namespace {
-
-lightbox::UserInterface* Ui() {
-    return Host::Current() ? Host::Get().ui() : nullptr;
-}
-
-} // namespace
 
 QString MQtUtil::toQString(const MString& mstr) {
     return QString::fromStdString(Access::Text(mstr));
@@ -26,13 +16,13 @@ MString MQtUtil::toMString(const QString& qstr) {
 }
 
 QWidget* MQtUtil::mainWindow() {
-    lightbox::UserInterface* ui = Ui();
+    lightbox::UserInterface* ui = Access::Ui();
     return ui ? &ui->MainWindow() : nullptr;
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the published signature
 QWidget* MQtUtil::findControl(MString controlName, const QWidget* ancestor) {
-    lightbox::UserInterface* ui = Ui();
+    lightbox::UserInterface* ui = Access::Ui();
     if (!ui || controlName.length() == 0) {
         return nullptr;
     }

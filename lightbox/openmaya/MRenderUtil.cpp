@@ -18,9 +18,7 @@ void MRenderUtil::getCommonRenderSettings(MCommonRenderSettingsData& data) {
     if (!resolution) {
         return;
     }
-    const auto number = [&](const char* attribute) {
-        return Plug(resolution, resolution->FindAttribute(attribute)).Number();
-    };
+    const auto number = [&](const char* attribute) { return Plug::Of(*resolution, attribute).Number(); };
     data.width = static_cast<unsigned int>(std::max(1.0, number("width")));
     data.height = static_cast<unsigned int>(std::max(1.0, number("height")));
     data.pixelAspectRatio = static_cast<float>(number("pixelAspect"));

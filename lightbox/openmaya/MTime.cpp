@@ -1,6 +1,7 @@
 #include "scene/Host.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
+#include "text/NumberText.h"
 
 #include <maya/MTime.h>
 

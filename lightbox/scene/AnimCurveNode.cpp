@@ -55,7 +55,7 @@ TangentType TypeFrom(double number) {
     return number == 0.0 ? TangentType::Auto : static_cast<TangentType>(static_cast<int>(number));
 }
 
-double NumberOf(const Node& node, const char* attribute) {
+double StoredNumber(const Node& node, const char* attribute) {
     const auto found = node.FindAttribute(attribute);
     return NumberIn(node.FindState(*found), std::get<double>(found->Default()));
 }
@@ -98,7 +98,7 @@ const AnimCurve& AnimCurveNode::Curve() const {
 
 AnimCurve AnimCurveNode::Read() const {
     const KeyAttributes at(*this);
-    const double standardType = NumberOf(*this, "tangentType");
+    const double standardType = StoredNumber(*this, "tangentType");
     std::vector<AnimCurve::Key> keys;
     for (const int i : Elements(*at.keys)) {
         AnimCurve::Key key;
@@ -115,9 +115,9 @@ AnimCurve AnimCurveNode::Read() const {
     }
     AnimCurve curve;
     curve.SetKeys(std::move(keys));
-    curve.isWeighted = NumberOf(*this, "weightedTangents") != 0.0;
-    curve.preInfinity = static_cast<Infinity>(static_cast<int>(NumberOf(*this, "preInfinity")));
-    curve.postInfinity = static_cast<Infinity>(static_cast<int>(NumberOf(*this, "postInfinity")));
+    curve.isWeighted = StoredNumber(*this, "weightedTangents") != 0.0;
+    curve.preInfinity = static_cast<Infinity>(static_cast<int>(StoredNumber(*this, "preInfinity")));
+    curve.postInfinity = static_cast<Infinity>(static_cast<int>(StoredNumber(*this, "postInfinity")));
     curve.valueFactor = FindAttribute("output")->Kind() == AttributeKind::Angle ? DEGREES_PER_RADIAN : 1.0;
     return curve;
 }
@@ -135,7 +135,7 @@ Node::PlugStates AnimCurveNode::TakeCurve() {
 void AnimCurveNode::SetCurve(const AnimCurve& curve) {
     TakeCurve();
     const KeyAttributes at(*this);
-    const auto standardType = static_cast<TangentType>(static_cast<int>(NumberOf(*this, "tangentType")));
+    const auto standardType = static_cast<TangentType>(static_cast<int>(StoredNumber(*this, "tangentType")));
     int i = 0;
     for (const AnimCurve::Key& key : curve.Keys()) {
         Put(*this, *at.time, i, key.time);

@@ -159,9 +159,9 @@ std::shared_ptr<AnimCurveNode> RequireCurve(Host& host, const Plug& plug) {
     const std::shared_ptr<Node> node = edit::CreateNode(host, CurveTypeFor(*plug.attribute), NameFor(plug));
     const TangentDefaults& defaults = host.scene().tangentDefaults;
     // A curve's own type is what most of its keys have, which then need none of their own.
-    edit::SetPlug(host, Plug(node, node->FindAttribute("tangentType")), static_cast<double>(defaults.in));
-    edit::SetPlug(host, Plug(node, node->FindAttribute("weightedTangents")), defaults.weighted ? 1.0 : 0.0);
-    edit::Connect(host, Plug(node, node->FindAttribute("output")), plug);
+    edit::SetPlug(host, Plug::Of(*node, "tangentType"), static_cast<double>(defaults.in));
+    edit::SetPlug(host, Plug::Of(*node, "weightedTangents"), defaults.weighted ? 1.0 : 0.0);
+    edit::Connect(host, Plug::Of(*node, "output"), plug);
     return std::static_pointer_cast<AnimCurveNode>(node);
 }
 

@@ -17,9 +17,7 @@ constexpr double SMALLEST = 1e-5;
 struct Reader {
     const DagNode& camera;
 
-    double operator()(const char* attribute) const {
-        return Plug(std::const_pointer_cast<Node>(camera.Shared()), camera.FindAttribute(attribute)).Number();
-    }
+    double operator()(const char* attribute) const { return Plug::Of(camera, attribute).Number(); }
     double Positive(const char* attribute) const { return std::max(SMALLEST, (*this)(attribute)); }
 };
 

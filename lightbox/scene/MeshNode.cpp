@@ -9,7 +9,7 @@ namespace lightbox {
 namespace {
 
 /// The last result of adding tweaks.
-struct Computed {
+struct TweakedMesh {
     std::shared_ptr<const MeshData> base;
     std::shared_ptr<const MeshData> own;
     std::shared_ptr<const MeshData> result;
@@ -43,9 +43,10 @@ std::shared_ptr<const MeshData> MeshNode::Evaluate(const Node& node) {
     if (!own || own->tweaks.empty()) {
         return base;
     }
-    auto computed = std::static_pointer_cast<Computed>(node.computed);
+    auto computed = std::static_pointer_cast<TweakedMesh>(node.computed);
     if (!computed || computed->base != base || computed->own != own) {
-        computed = std::make_shared<Computed>(Computed{base, own, MeshData::Tweaked(base, own->tweaks)});
+        computed =
+            std::make_shared<TweakedMesh>(TweakedMesh{base, own, MeshData::Tweaked(base, own->tweaks)});
         node.computed = computed;
     }
     return computed->result;

@@ -19,7 +19,7 @@ constexpr double MOST_SUBDIVISIONS = 1000;
 /// What a primitive's shape depends on.
 using Numbers = std::vector<double>;
 
-struct Computed {
+struct GeneratedMesh {
     Numbers inputs;
     std::shared_ptr<const MeshData> mesh;
 };
@@ -34,14 +34,13 @@ NodeType::ComputeFunction MadeFrom(std::vector<std::string> names,
         }
         Numbers inputs;
         for (const std::string& name : names) {
-            inputs.push_back(
-                Plug(std::const_pointer_cast<Node>(node.Shared()), node.FindAttribute(name)).Number());
+            inputs.push_back(Plug::Of(node, name).Number());
         }
-        auto computed = std::static_pointer_cast<Computed>(node.computed);
+        auto computed = std::static_pointer_cast<GeneratedMesh>(node.computed);
         if (!computed || computed->inputs != inputs) {
             const std::shared_ptr<MeshData> mesh = make(Numbers(inputs.begin() + 3, inputs.end()));
             poly::TurnTo(*mesh, {inputs[0], inputs[1], inputs[2]});
-            computed = std::make_shared<Computed>(Computed{inputs, mesh});
+            computed = std::make_shared<GeneratedMesh>(GeneratedMesh{inputs, mesh});
             node.computed = computed;
         }
         return computed->mesh;

@@ -51,6 +51,10 @@ Plug::Plug(std::shared_ptr<Node> plugNode, std::shared_ptr<Attribute> plugAttrib
     , attribute(std::move(plugAttribute))
     , element(plugElement) {}
 
+Plug Plug::Of(const Node& node, const std::string& attribute) {
+    return Plug(std::const_pointer_cast<Node>(node.Shared()), node.FindAttribute(attribute));
+}
+
 bool Plug::operator==(const Plug& other) const {
     return node == other.node && attribute == other.attribute && element == other.element;
 }

@@ -19,6 +19,8 @@ class Plug {
 public:
     Plug() = default;
     Plug(std::shared_ptr<Node> plugNode, std::shared_ptr<Attribute> plugAttribute, int plugElement = -1);
+    /// The plug of an attribute by its long or short name; false when the node has none of that name.
+    static Plug Of(const Node& node, const std::string& attribute);
 
     explicit operator bool() const { return node && attribute; }
     bool operator==(const Plug& other) const;

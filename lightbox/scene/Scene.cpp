@@ -89,9 +89,7 @@ void Scene::MakeCamera(const std::string& name, const std::vector<double>& trans
     Attach(transform, name);
     Attach(shape, name + "Shape", transform.get());
     const auto store = [](const std::shared_ptr<Node>& node, const char* attribute,
-                          const AttributeValue& value) {
-        Plug(node, node->FindAttribute(attribute)).Store(value);
-    };
+                          const AttributeValue& value) { Plug::Of(*node, attribute).Store(value); };
     store(transform, "visibility", 0.0);
     store(transform, "translate", translate);
     store(transform, "rotate", rotate);

@@ -12,7 +12,7 @@ namespace {
 using Imath::V3f;
 
 AttributeValue Value(const DagNode& node, const char* attribute) {
-    return Plug(std::const_pointer_cast<Node>(node.Shared()), node.FindAttribute(attribute)).Get();
+    return Plug::Of(node, attribute).Get();
 }
 
 V3f Vector(const DagNode& node, const char* attribute) {

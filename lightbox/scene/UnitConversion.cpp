@@ -34,9 +34,7 @@ std::optional<AttributeValue> ComputeUnitConversion(const Node& node, const Attr
     if (!scene || attribute.LongName() != "output") {
         return std::nullopt;
     }
-    const auto plug = [&](const char* name) {
-        return Plug(std::const_pointer_cast<Node>(node.Shared()), node.FindAttribute(name));
-    };
+    const auto plug = [&](const char* name) { return Plug::Of(node, name); };
     const std::vector<Plug> destinations = scene->connections().DestinationsOf(plug("output"));
     const double in = InnerUnits(*scene, scene->connections().SourceOf(plug("input")));
     const double out = InnerUnits(*scene, destinations.empty() ? Plug() : destinations.front());

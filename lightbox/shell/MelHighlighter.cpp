@@ -9,13 +9,13 @@ namespace lightbox {
 
 namespace {
 
-const QColor KEYWORD(0x8c, 0xb4, 0xe0);
-const QColor COMMAND(0x74, 0xc0, 0xb4);
-const QColor VARIABLE(0xd8, 0xb9, 0x7e);
-const QColor FLAG(0xb5, 0xa0, 0xd0);
-const QColor NUMBER(0xc8, 0xc8, 0x88);
-const QColor TEXT(0xa4, 0xc0, 0x7c);
-const QColor COMMENT(0x88, 0x8c, 0x90);
+const QColor KEYWORD_COLOR(0x8c, 0xb4, 0xe0);
+const QColor COMMAND_COLOR(0x74, 0xc0, 0xb4);
+const QColor VARIABLE_COLOR(0xd8, 0xb9, 0x7e);
+const QColor FLAG_COLOR(0xb5, 0xa0, 0xd0);
+const QColor NUMBER_COLOR(0xc8, 0xc8, 0x88);
+const QColor TEXT_COLOR(0xa4, 0xc0, 0x7c);
+const QColor COMMENT_COLOR(0x88, 0x8c, 0x90);
 
 /// The state of a block whose end is inside a comment of several lines.
 constexpr int IN_COMMENT = 1;
@@ -65,7 +65,7 @@ void MelHighlighter::highlightBlock(const QString& text) {
 int MelHighlighter::EndOfComment(const QString& text, int start) {
     const int close = text.indexOf(QLatin1String("*/"), start);
     const int end = close < 0 ? static_cast<int>(text.size()) : close + 2;
-    setFormat(start, end - start, COMMENT);
+    setFormat(start, end - start, COMMENT_COLOR);
     setCurrentBlockState(close < 0 ? IN_COMMENT : 0);
     return end;
 }
@@ -74,7 +74,7 @@ int MelHighlighter::Highlight(const QString& text, int start) {
     const QChar letter = text.at(start);
     const QChar next = start + 1 < text.size() ? text.at(start + 1) : QChar();
     if (letter == QLatin1Char('/') && next == QLatin1Char('/')) {
-        setFormat(start, static_cast<int>(text.size()) - start, COMMENT);
+        setFormat(start, static_cast<int>(text.size()) - start, COMMENT_COLOR);
         return static_cast<int>(text.size());
     }
     if (letter == QLatin1Char('/') && next == QLatin1Char('*')) {
@@ -82,7 +82,7 @@ int MelHighlighter::Highlight(const QString& text, int start) {
     }
     if (letter == QLatin1Char('"')) {
         const int end = EndOfString(text, start);
-        setFormat(start, end - start, TEXT);
+        setFormat(start, end - start, TEXT_COLOR);
         return end;
     }
     const bool isVariable = letter == QLatin1Char('$');
@@ -91,7 +91,7 @@ int MelHighlighter::Highlight(const QString& text, int start) {
     const bool isFlag = letter == QLatin1Char('-') && next.isLetter() && !isBehindWord;
     if (isVariable || isFlag) {
         const int end = EndOfWord(text, start + 1);
-        setFormat(start, end - start, isVariable ? VARIABLE : FLAG);
+        setFormat(start, end - start, isVariable ? VARIABLE_COLOR : FLAG_COLOR);
         return end;
     }
     if (IsWord(letter)) {
@@ -106,11 +106,11 @@ void MelHighlighter::HighlightWord(const QString& word, int start) {
     const auto length = static_cast<int>(word.size());
     const std::string name = word.toStdString();
     if (word.at(0).isDigit()) {
-        setFormat(start, length, NUMBER);
+        setFormat(start, length, NUMBER_COLOR);
     } else if (IsKeyword(word)) {
-        setFormat(start, length, KEYWORD);
+        setFormat(start, length, KEYWORD_COLOR);
     } else if (interpreter_.Commands().Find(name) || interpreter_.HasProcedure(name)) {
-        setFormat(start, length, COMMAND);
+        setFormat(start, length, COMMAND_COLOR);
     }
 }
 

@@ -11,12 +11,12 @@ namespace lightbox {
 
 namespace {
 
-const char* const VARIABLE = "RecentFilesList";
+const char* const OPTION_VARIABLE = "RecentFilesList";
 constexpr std::size_t MOST_FILES = 10;
 
 /// The latest last.
 std::vector<std::string> Stored(const OptionVars& variables) {
-    const OptionVars::Value* const value = variables.Find(VARIABLE);
+    const OptionVars::Value* const value = variables.Find(OPTION_VARIABLE);
     const auto* files = value ? std::get_if<std::vector<std::string>>(value) : nullptr;
     return files ? *files : std::vector<std::string>();
 }
@@ -57,12 +57,12 @@ void RecentFiles::Add(const QString& path) {
     if (files.size() > MOST_FILES) {
         files.erase(files.begin(), files.end() - MOST_FILES);
     }
-    host_.optionVars().Set(VARIABLE, std::move(files));
+    host_.optionVars().Set(OPTION_VARIABLE, std::move(files));
     Q_EMIT Changed();
 }
 
 void RecentFiles::Clear() {
-    host_.optionVars().Remove(VARIABLE);
+    host_.optionVars().Remove(OPTION_VARIABLE);
     Q_EMIT Changed();
 }
 

@@ -2,9 +2,9 @@
 
 #include "scene/Edit.h"
 #include "scene/Host.h"
-#include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 #include "text/NumberText.h"
+#include "timeline/TimeScale.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -16,13 +16,9 @@ namespace lightbox {
 
 namespace {
 
-constexpr int HEIGHT = 22;
-constexpr double GRIP = 9.0;
-constexpr double NARROWEST_BAR = 3.0 * GRIP;
-
-QString LabelOf(double frame) {
-    return QString::fromStdString(DecimalText(std::round(frame * 100.0) / 100.0));
-}
+constexpr int RANGE_HEIGHT = 22;
+constexpr double HANDLE_WIDTH = 9.0;
+constexpr double NARROWEST_BAR = 3.0 * HANDLE_WIDTH;
 
 } // namespace
 
@@ -43,11 +39,11 @@ RangeSlider::RangeSlider(Host& host, QWidget* parent)
 }
 
 QSize RangeSlider::sizeHint() const {
-    return {300, HEIGHT};
+    return {300, RANGE_HEIGHT};
 }
 
 QSize RangeSlider::minimumSizeHint() const {
-    return {80, HEIGHT};
+    return {80, RANGE_HEIGHT};
 }
 
 RangeSlider::Range RangeSlider::Playback() const {
@@ -72,7 +68,9 @@ RangeSlider::Part RangeSlider::PartAt(double x) const {
     if (x < bar.left() || x > bar.right()) {
         return Part::None;
     }
-    return x < bar.left() + GRIP ? Part::Start : x > bar.right() - GRIP ? Part::End : Part::Bar;
+    return x < bar.left() + HANDLE_WIDTH    ? Part::Start
+           : x > bar.right() - HANDLE_WIDTH ? Part::End
+                                            : Part::Bar;
 }
 
 void RangeSlider::paintEvent(QPaintEvent*) {
@@ -90,9 +88,9 @@ void RangeSlider::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF(bar.left() + 3.0, bar.top() + 4.0, 3.0, bar.height() - 8.0), 1.0, 1.0);
     painter.drawRoundedRect(QRectF(bar.right() - 6.0, bar.top() + 4.0, 3.0, bar.height() - 8.0), 1.0, 1.0);
     painter.setPen(palette().color(QPalette::ButtonText));
-    const QString first = LabelOf(host_.time().MinTime());
-    const QString last = LabelOf(host_.time().MaxTime());
-    const QRectF inner = bar.adjusted(GRIP + 3.0, 0.0, -GRIP - 3.0, 0.0);
+    const QString first = FrameLabel(host_.time().MinTime());
+    const QString last = FrameLabel(host_.time().MaxTime());
+    const QRectF inner = bar.adjusted(HANDLE_WIDTH + 3.0, 0.0, -HANDLE_WIDTH - 3.0, 0.0);
     const int needed = fontMetrics().horizontalAdvance(first + last) + 12;
     if (inner.width() >= needed) {
         painter.drawText(inner, Qt::AlignVCenter | Qt::AlignLeft, first);

@@ -1,5 +1,7 @@
 #include "timeline/TimeScale.h"
 
+#include "scene/TimeUnits.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -40,6 +42,10 @@ double TimeScale::TickStep(double labelStep) const {
         }
     }
     return labelStep;
+}
+
+QString FrameLabel(double frame) {
+    return QString::fromStdString(DecimalText(std::round(frame * 100.0) / 100.0));
 }
 
 } // namespace lightbox

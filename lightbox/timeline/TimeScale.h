@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace lightbox {
 
 /// Where frames lie in a time slider, in view pixels. Whatever is laid over the slider counts the same way: a
@@ -32,5 +34,8 @@ private:
     double margin_;
     double perFrame_;
 };
+
+/// A frame as the sliders show it: at most two decimals.
+QString FrameLabel(double frame);
 
 } // namespace lightbox

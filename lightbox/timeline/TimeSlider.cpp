@@ -19,7 +19,7 @@ namespace lightbox {
 
 namespace {
 
-constexpr int HEIGHT = 38;
+constexpr int SLIDER_HEIGHT = 38;
 constexpr int LABEL_PIXELS = 11;
 /// How near to an end of the highlighted range a press takes hold of it.
 constexpr double GRIP = 5.0;
@@ -35,10 +35,6 @@ QColor Ink(const QWidget& widget, int alpha) {
     QColor ink = widget.palette().color(QPalette::Text);
     ink.setAlpha(alpha);
     return ink;
-}
-
-QString LabelOf(double frame) {
-    return QString::fromStdString(DecimalText(std::round(frame * 100.0) / 100.0));
 }
 
 /// A triangle that points left (-1) or right (1), its tip at x.
@@ -84,11 +80,11 @@ TimeScale TimeSlider::Scale() const {
 }
 
 QSize TimeSlider::sizeHint() const {
-    return {400, HEIGHT};
+    return {400, SLIDER_HEIGHT};
 }
 
 QSize TimeSlider::minimumSizeHint() const {
-    return {120, HEIGHT};
+    return {120, SLIDER_HEIGHT};
 }
 
 const std::vector<double>& TimeSlider::KeyTimes() {
@@ -109,8 +105,8 @@ void TimeSlider::paintEvent(QPaintEvent*) {
 }
 
 void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
-    const double widest = std::max(fontMetrics().horizontalAdvance(LabelOf(scale.Start())),
-                                   fontMetrics().horizontalAdvance(LabelOf(std::floor(scale.End()))));
+    const double widest = std::max(fontMetrics().horizontalAdvance(FrameLabel(scale.Start())),
+                                   fontMetrics().horizontalAdvance(FrameLabel(std::floor(scale.End()))));
     const double labelStep = scale.LabelStep(widest + 12.0);
     const double tickStep = scale.TickStep(labelStep);
     // Below the numbers, down into the lower third where marks are laid over them.
@@ -129,7 +125,7 @@ void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
             painter.fillRect(QRectF(std::floor(x + 0.5), top - 4.0, 1.0, height() - top + 4.0),
                              Ink(*this, 150));
             painter.setPen(Ink(*this, 215));
-            const QString label = LabelOf(frame);
+            const QString label = FrameLabel(frame);
             const double labelWidth = fontMetrics().horizontalAdvance(label);
             // At the right end it stands to the left of its tick, or nowhere: no number is cut.
             const double left = x + 3.0 + labelWidth > width() ? x - 3.0 - labelWidth : x + 3.0;
@@ -195,7 +191,7 @@ void TimeSlider::PaintCurrentTime(QPainter& painter, const TimeScale& scale) con
     place.setAlpha(70);
     painter.fillRect(QRectF(x, 0.0, std::max(2.0, scale.PixelsPerFrame()), height()), place);
     painter.fillRect(QRectF(x, 0.0, 2.0, height()), NOW);
-    const QString label = LabelOf(frame);
+    const QString label = FrameLabel(frame);
     const double labelWidth = fontMetrics().horizontalAdvance(label) + 8.0;
     // At the right end the flag hangs to the left of its pole.
     const double left = x + 2.0 + labelWidth > width() ? x - labelWidth : x + 2.0;

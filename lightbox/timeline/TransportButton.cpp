@@ -8,7 +8,7 @@ namespace lightbox {
 namespace {
 
 constexpr int WIDTH = 26;
-constexpr int HEIGHT = 26;
+constexpr int BUTTON_HEIGHT = 26;
 
 using Sign = TransportButton::Sign;
 
@@ -112,7 +112,7 @@ void TransportButton::SetSign(Sign sign) {
 }
 
 QSize TransportButton::sizeHint() const {
-    return {WIDTH, HEIGHT};
+    return {WIDTH, BUTTON_HEIGHT};
 }
 
 void TransportButton::enterEvent(QEvent* event) {

@@ -23,8 +23,7 @@ constexpr double SAFE_TITLE = 0.8;
 constexpr int CHART_FIELDS = 12;
 
 double Number(const DagNode& shape, const char* attribute) {
-    const auto node = std::const_pointer_cast<Node>(shape.Shared());
-    return Plug(node, node->FindAttribute(attribute)).Number();
+    return Plug::Of(shape, attribute).Number();
 }
 
 /// Collects the items; coordinates as in DrawItem.

@@ -13,7 +13,7 @@ namespace {
 /// The icons are drawn on a square of this side, with a margin of two.
 constexpr double SIDE = 20.0;
 
-void DrawCamera(QPainter& painter) {
+void DrawFilmCamera(QPainter& painter) {
     painter.drawRoundedRect(QRectF(2.5, 7.5, 10.0, 8.0), 1.5, 1.5);
     painter.drawPolygon(QPolygonF({{12.5, 11.5}, {17.5, 8.5}, {17.5, 14.5}}));
     painter.drawEllipse(QPointF(5.5, 5.0), 2.0, 2.0);
@@ -121,7 +121,7 @@ private:
     void Draw(QPainter& painter, const QColor& color) const {
         switch (kind_) {
         case PanelIcon::Kind::Camera:
-            DrawCamera(painter);
+            DrawFilmCamera(painter);
             break;
         case PanelIcon::Kind::FilmGate:
             DrawFilmGate(painter);

@@ -25,7 +25,7 @@ using Imath::V4f;
 constexpr double LINES_FORWARD = 1.0;
 constexpr double GRID_FORWARD = 3.0;
 /// Length of an axis of the icon, and where it stands, in view pixels.
-constexpr float ICON_SIZE = 24.0f;
+constexpr float AXIS_LENGTH = 24.0f;
 constexpr float ICON_CENTER = 44.0f;
 
 /// OpenGL multiplies columns.
@@ -208,7 +208,7 @@ void SceneRenderer::Private::DrawAxisIcon() {
     matrix.ortho(0.0f, static_cast<float>(View().Width()), 0.0f, static_cast<float>(View().Height()),
                  -1000.0f, 1000.0f);
     matrix.translate(ICON_CENTER, ICON_CENTER);
-    matrix.scale(ICON_SIZE);
+    matrix.scale(AXIS_LENGTH);
     DrawLines(AxisIconLines(column(0), column(1), column(2)), matrix, 0.0f);
 }
 

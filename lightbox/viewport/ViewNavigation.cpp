@@ -27,13 +27,9 @@ constexpr double NOTCH = 120.0;
 constexpr double SMALLEST_ZOOM = 0.001;
 constexpr double LARGEST_ZOOM = 1000.0;
 
-Plug PlugOf(const std::shared_ptr<DagNode>& node, const char* attribute) {
-    return Plug(node, node->FindAttribute(attribute));
-}
-
 /// Sets each part by itself, so that a locked or driven one does not hold the others back.
 void SetVector(const std::shared_ptr<DagNode>& node, const char* attribute, const V3d& value) {
-    const Plug plug = PlugOf(node, attribute);
+    const Plug plug = Plug::Of(*node, attribute);
     for (unsigned i = 0; i < 3; ++i) {
         if (plug.Child(i).Number() != value[static_cast<int>(i)]) {
             plug.Child(i).Set(value[static_cast<int>(i)]);
@@ -71,9 +67,7 @@ V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
 struct ViewNavigation::Pose {
     explicit Pose(const DagNode& shape)
         : world(shape.WorldMatrix())
-        , distance(
-              Plug(std::const_pointer_cast<Node>(shape.Shared()), shape.FindAttribute("centerOfInterest"))
-                  .Number()) {
+        , distance(Plug::Of(shape, "centerOfInterest").Number()) {
         distance = std::max(distance, 1e-4);
     }
 
@@ -174,7 +168,7 @@ void ViewNavigation::Wheel(const std::shared_ptr<DagNode>& camera, int delta) {
 
 void ViewNavigation::Tumble(const QPointF& delta) {
     // Orthographic cameras look along their axis, as the host's own do.
-    if (PlugOf(camera_, "orthographic").Number() != 0.0) {
+    if (Plug::Of(*camera_, "orthographic").Number() != 0.0) {
         return;
     }
     const Pose pose(*camera_);
@@ -208,29 +202,29 @@ void ViewNavigation::Track(const QPointF& delta) {
 }
 
 void ViewNavigation::Dolly(double factor) {
-    if (PlugOf(camera_, "orthographic").Number() != 0.0) {
-        const Plug width = PlugOf(camera_, "orthographicWidth");
+    if (Plug::Of(*camera_, "orthographic").Number() != 0.0) {
+        const Plug width = Plug::Of(*camera_, "orthographicWidth");
         width.Set(std::clamp(width.Number() * factor, 1e-4, 1e8));
         return;
     }
     const Pose pose(*camera_);
     const double distance = std::clamp(pose.distance * factor, 1e-3, 1e8);
-    PlugOf(camera_, "centerOfInterest").Set(distance);
+    Plug::Of(*camera_, "centerOfInterest").Set(distance);
     Pose::Place(camera_, pose.world * M44d().setTranslation(pose.Forward() * (pose.distance - distance)));
 }
 
 void ViewNavigation::Pan2d(const QPointF& delta) {
-    PlugOf(camera_, "panZoomEnabled").Set(1.0);
+    Plug::Of(*camera_, "panZoomEnabled").Set(1.0);
     const double perPixel = CameraView(*camera_, size_.width(), size_.height()).PanPerPixel();
-    const Plug horizontal = PlugOf(camera_, "horizontalPan");
-    const Plug vertical = PlugOf(camera_, "verticalPan");
+    const Plug horizontal = Plug::Of(*camera_, "horizontalPan");
+    const Plug vertical = Plug::Of(*camera_, "verticalPan");
     horizontal.Set(horizontal.Number() - delta.x() * perPixel);
     vertical.Set(vertical.Number() + delta.y() * perPixel);
 }
 
 void ViewNavigation::Zoom2d(double factor) {
-    PlugOf(camera_, "panZoomEnabled").Set(1.0);
-    const Plug zoom = PlugOf(camera_, "zoom");
+    Plug::Of(*camera_, "panZoomEnabled").Set(1.0);
+    const Plug zoom = Plug::Of(*camera_, "zoom");
     zoom.Set(std::clamp(std::max(zoom.Number(), SMALLEST_ZOOM) * factor, SMALLEST_ZOOM, LARGEST_ZOOM));
 }
 

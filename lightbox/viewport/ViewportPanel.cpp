@@ -29,7 +29,7 @@ constexpr int FRAME = 1;
 constexpr int ICON_SIZE = 18;
 
 Plug CameraPlug(const std::shared_ptr<DagNode>& shape, const char* attribute) {
-    return Plug(shape, shape->FindAttribute(attribute));
+    return Plug::Of(*shape, attribute);
 }
 
 std::string TransformName(const std::shared_ptr<DagNode>& shape) {

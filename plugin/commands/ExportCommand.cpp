@@ -29,7 +29,7 @@ namespace vellix {
 
 namespace {
 
-bool Refuse(const QString& message) {
+bool RefuseExport(const QString& message) {
     Logger::Error(message);
     return false;
 }
@@ -38,17 +38,18 @@ bool Refuse(const QString& message) {
 bool CheckFolder(const QString& path) {
     const QString folder = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(folder)) {
-        return Refuse(QString("The folder \"%1\" cannot be made. Choose another with -file.").arg(folder));
+        return RefuseExport(
+            QString("The folder \"%1\" cannot be made. Choose another with -file.").arg(folder));
     }
     if (!QFileInfo(folder).isWritable()) {
-        return Refuse(QString("The folder \"%1\" cannot be written to. Choose another.").arg(folder));
+        return RefuseExport(QString("The folder \"%1\" cannot be written to. Choose another.").arg(folder));
     }
     return true;
 }
 
 bool CheckPicture(const QString& path) {
     if (!path.endsWith(".png", Qt::CaseInsensitive)) {
-        return Refuse(QString("Frames are written as PNG files. Let \"%1\" end in .png.").arg(path));
+        return RefuseExport(QString("Frames are written as PNG files. Let \"%1\" end in .png.").arg(path));
     }
     return CheckFolder(path);
 }
@@ -140,7 +141,7 @@ bool ExportCommand::ReadRange(const MArgDatabase& arguments) {
     const double limit = 1e9; // far beyond every timeline, and still an int
     for (const double frame : {start.as(MTime::uiUnit()), end.as(MTime::uiUnit())}) {
         if (!(frame >= -limit && frame <= limit)) {
-            return Refuse("The frame range is not on the timeline. Check -startTime and -endTime.");
+            return RefuseExport("The frame range is not on the timeline. Check -startTime and -endTime.");
         }
     }
     m_start = ToWholeFrames(start);
@@ -156,7 +157,7 @@ bool ExportCommand::ReadBackground(const MArgDatabase& arguments) {
     for (unsigned int i = 0; i < 3; ++i) {
         arguments.getFlagArgument("-bg", i, rgb[i]);
         if (rgb[i] < 0 || rgb[i] > 255) {
-            return Refuse("A background is three numbers from 0 to 255: red, green and blue.");
+            return RefuseExport("A background is three numbers from 0 to 255: red, green and blue.");
         }
     }
     m_background = QColor(rgb[0], rgb[1], rgb[2]);
@@ -165,13 +166,14 @@ bool ExportCommand::ReadBackground(const MArgDatabase& arguments) {
 
 bool ExportCommand::CheckRange() const {
     if (m_end < m_start) {
-        return Refuse(QString("There are no frames from %1 to %2. Let -endTime not be before -startTime.")
-                          .arg(m_start)
-                          .arg(m_end));
+        return RefuseExport(
+            QString("There are no frames from %1 to %2. Let -endTime not be before -startTime.")
+                .arg(m_start)
+                .arg(m_end));
     }
     const int limit = m_contactSheet.isEmpty() ? MAX_FRAMES : ContactSheet::MAX_COUNT;
     if (m_end - m_start >= limit) {
-        return Refuse(
+        return RefuseExport(
             QString("The range from %1 to %2 is too long: at most %3 frames %4.")
                 .arg(m_start)
                 .arg(m_end)
@@ -183,11 +185,12 @@ bool ExportCommand::CheckRange() const {
 
 bool ExportCommand::CheckFiles() const {
     if (m_pattern.isEmpty() && m_movie.isEmpty()) {
-        return Refuse("No file. Name the frames with -file, for example \"frames/walk.####.png\", or a movie "
-                      "with -movie.");
+        return RefuseExport(
+            "No file. Name the frames with -file, for example \"frames/walk.####.png\", or a movie "
+            "with -movie.");
     }
     if (!m_pattern.isEmpty() && !ImageSequence(m_pattern).HasNumber() && m_end > m_start) {
-        return Refuse(
+        return RefuseExport(
             QString("\"%1\" would be written by every frame. Put a run of # where the frame number goes, "
                     "for example \"walk.####.png\".")
                 .arg(m_pattern));
@@ -198,11 +201,11 @@ bool ExportCommand::CheckFiles() const {
 
 bool ExportCommand::CheckMovie() const {
     if (!MovieWriter::SUFFIXES.contains(QFileInfo(m_movie).suffix(), Qt::CaseInsensitive)) {
-        return Refuse(QString("A movie is a .%1 file. Let \"%2\" end in one of these.")
-                          .arg(MovieWriter::SUFFIXES.join(", ."), m_movie));
+        return RefuseExport(QString("A movie is a .%1 file. Let \"%2\" end in one of these.")
+                                .arg(MovieWriter::SUFFIXES.join(", ."), m_movie));
     }
     if (MovieWriter::FindEncoder().isEmpty()) {
-        return Refuse(
+        return RefuseExport(
             "Movies are written by ffmpeg, which is not installed. Install it (the package ffmpeg, or "
             "from ffmpeg.org) so that it is on the PATH, or write pictures with -file.");
     }
@@ -248,10 +251,10 @@ bool ExportCommand::WriteAll(const LayerManager& layers) {
     const QString fault = outputs.Finish(all);
     computation.endComputation();
     if (!fault.isEmpty()) {
-        return Refuse(fault);
+        return RefuseExport(fault);
     }
     m_files = outputs.Files();
-    return all || Refuse(QString("Interrupted after %1 frames.").arg(frame - m_start));
+    return all || RefuseExport(QString("Interrupted after %1 frames.").arg(frame - m_start));
 }
 
 } // namespace vellix

@@ -16,6 +16,7 @@
 #include <maya/MStringArray.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace vellix {
 
@@ -30,7 +31,7 @@ std::vector<int> GetTimes(const Layer& layer) {
     return times;
 }
 
-MStatus Refuse(const QString& message) {
+MStatus RefuseEdit(const QString& message) {
     Logger::Error(message);
     return MS::kFailure;
 }
@@ -133,13 +134,13 @@ MStatus FrameCommand::redoIt() {
     m_node = BaseNode::GetMaster();
     if (!m_node) {
         const bool inserts = m_operation && m_operation->redo == &FrameCommand::InsertFrame;
-        return Refuse(inserts ? "Failed to insert key. Node does not exist." : "Node not found");
+        return RefuseEdit(inserts ? "Failed to insert key. Node does not exist." : "Node not found");
     }
     if (!m_operation) {
         return MS::kFailure;
     }
     if (m_operation->locked && IsLocked()) {
-        return Refuse(m_operation->locked);
+        return RefuseEdit(m_operation->locked);
     }
     m_undoable = m_operation->undo != nullptr;
     MStatus status = (this->*m_operation->redo)();
@@ -194,7 +195,7 @@ MStatus FrameCommand::InsertFrame() {
         }
     }
     if (!PrepareLayer()) {
-        return Refuse("Failed to create layer for frame");
+        return RefuseEdit("Failed to create layer for frame");
     }
     return Exchange();
 }
@@ -202,7 +203,7 @@ MStatus FrameCommand::InsertFrame() {
 MStatus FrameCommand::PlanInsert() {
     const FrameRange range = FrameRange::FromTimeSlider();
     if (!range.CanBeFilled()) {
-        return Refuse(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
+        return RefuseEdit(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
     }
     const Layer* const layer = GetLayer();
     for (int time = range.start; time < range.end; ++time) {
@@ -216,7 +217,7 @@ MStatus FrameCommand::PlanInsert() {
 /// A camera without layers gets its first one. Made once: a redo gives the same layer back.
 bool FrameCommand::PrepareLayer() {
     if (m_createdLayer) {
-        return m_node->InsertLayer(m_camera, m_layerIndex, m_createdLayer.release()) >= 0;
+        return m_node->InsertLayer(m_camera, m_layerIndex, std::move(m_createdLayer)) >= 0;
     }
     if (m_hasRun || m_node->LayerCount(m_camera) > 0) {
         return true;
@@ -230,7 +231,7 @@ bool FrameCommand::PrepareLayer() {
 MStatus FrameCommand::InsertFrameUndo() {
     MStatus undone = ExchangeUndo();
     if (m_layerCreated) {
-        m_createdLayer.reset(m_node->RemoveLayer(m_camera, m_layerIndex));
+        m_createdLayer = m_node->RemoveLayer(m_camera, m_layerIndex);
         m_before.Restore(*m_node);
     }
     return undone;
@@ -244,13 +245,13 @@ MStatus FrameCommand::DuplicateFrame() {
 MStatus FrameCommand::PlanDuplicate() {
     const Layer* const layer = GetLayer();
     if (layer && layer->FrameExists()) {
-        return Refuse("A frame already exists at the current time.");
+        return RefuseEdit("A frame already exists at the current time.");
     }
     const Frame* const previous = layer ? layer->GetPreviousFrame(false) : nullptr;
     if (!previous) {
         return MS::kFailure;
     }
-    std::unique_ptr<Frame> copy(new Frame(*previous));
+    auto copy = std::make_unique<Frame>(*previous);
     copy->SetTimeValue(MayaUtil::GetPlaybackTimeValue());
     m_exchange.Put(std::move(copy));
     return MS::kSuccess;
@@ -258,7 +259,7 @@ MStatus FrameCommand::PlanDuplicate() {
 
 MStatus FrameCommand::DuplicateFrameUndo() {
     MStatus undone = ExchangeUndo();
-    return m_exchange.HasWaiting() ? undone : Refuse("Failed to undo duplicate frame operation.");
+    return m_exchange.HasWaiting() ? undone : RefuseEdit("Failed to undo duplicate frame operation.");
 }
 
 void FrameCommand::PlanRemoval(bool blanks) {
@@ -316,9 +317,9 @@ MStatus FrameCommand::PlanPaste() {
     for (const Frame* frame : m_node->GetClipboardFrames()) {
         const qint64 time = qint64(range.start) + frame->GetTimeValue();
         if (!IsWholeFrame(time)) {
-            return Refuse(QString("Paste Failed. Time %1 is out of range").arg(time));
+            return RefuseEdit(QString("Paste Failed. Time %1 is out of range").arg(time));
         }
-        std::unique_ptr<Frame> copy(new Frame(*frame));
+        auto copy = std::make_unique<Frame>(*frame);
         copy->SetTimeValue(int(time));
         times.push_back(int(time));
         m_exchange.Put(std::move(copy));
@@ -363,7 +364,7 @@ MStatus FrameCommand::RetimeFrames() {
     QList<int> newTimes;
     for (const qint64 time : m_retiming.GetTimes(times)) {
         if (!IsWholeFrame(time)) {
-            return Refuse(QString("Retime Failed. Time %1 is out of range").arg(time));
+            return RefuseEdit(QString("Retime Failed. Time %1 is out of range").arg(time));
         }
         newTimes.append(int(time));
     }
@@ -399,7 +400,7 @@ MStatus FrameCommand::MoveFrames() {
     }
     QString refusal;
     if (!m_move.Do(*layer, refusal)) {
-        return Refuse(refusal);
+        return RefuseEdit(refusal);
     }
     m_node->OnFramesChanged(m_camera, m_layerIndex);
     return MS::kSuccess;

@@ -35,7 +35,7 @@ bool FrameExchange::Do(Layer& layer) {
     m_putTimes = layer.PutFrames(m_waiting);
     FrameList blanks;
     for (const MTime& time : m_blanks) {
-        blanks.emplace_back(new Frame(time));
+        blanks.push_back(std::make_unique<Frame>(time));
     }
     m_blankTimes = layer.PutFrames(blanks);
     return blanks.empty() && m_waiting.empty();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Layer.h"
+#include "paint/NonCopyable.h"
 
 #include <maya/MTime.h>
 
@@ -10,11 +11,9 @@ namespace vellix {
 
 /// Frames of a layer that go out and others that come in, and the way back, which gives the layer the very
 /// frames that went out. Whatever is outside the layer is owned here, packed.
-class FrameExchange {
+class FrameExchange : private NonCopyable {
 public:
     FrameExchange() = default;
-    FrameExchange(const FrameExchange&) = delete;
-    FrameExchange& operator=(const FrameExchange&) = delete;
     ~FrameExchange();
 
     // What is exchanged; to be said before the first Do.

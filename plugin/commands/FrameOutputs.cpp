@@ -9,16 +9,16 @@ FrameOutputs::FrameOutputs() = default;
 FrameOutputs::~FrameOutputs() = default;
 
 void FrameOutputs::AddPictures(const QString& pattern) {
-    m_sequence.reset(new ImageSequence(pattern));
+    m_sequence = std::make_unique<ImageSequence>(pattern);
 }
 
 void FrameOutputs::AddContactSheet(const QString& path, int count, const QString& title) {
-    m_sheet.reset(new ContactSheet(count, title));
+    m_sheet = std::make_unique<ContactSheet>(count, title);
     m_sheetPath = path;
 }
 
 void FrameOutputs::AddMovie(const QString& path, double rate) {
-    m_movie.reset(new MovieWriter(path, rate));
+    m_movie = std::make_unique<MovieWriter>(path, rate);
     m_moviePath = path;
 }
 

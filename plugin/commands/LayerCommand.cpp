@@ -13,6 +13,7 @@
 #include <maya/MArgList.h>
 
 #include <memory>
+#include <utility>
 
 namespace vellix {
 
@@ -41,9 +42,7 @@ const LayerCommand::Operation LayerCommand::EDIT_ACTIVE = {
 const LayerCommand::Operation LayerCommand::QUERY_ACTIVE = {"-act", &LayerCommand::ReadNothing,
                                                             &LayerCommand::QueryActive, nullptr};
 
-LayerCommand::~LayerCommand() {
-    qDeleteAll(m_removedLayers);
-}
+LayerCommand::~LayerCommand() = default;
 
 void* LayerCommand::Creator() {
     return new LayerCommand();
@@ -275,8 +274,7 @@ MStatus LayerCommand::Insert() {
 }
 
 MStatus LayerCommand::InsertUndo() {
-    const std::unique_ptr<Layer> removed(m_node->RemoveLayer(m_camera, m_resultIndex));
-    if (!removed) {
+    if (!m_node->RemoveLayer(m_camera, m_resultIndex)) {
         return MS::kFailure;
     }
     return RestoreActive();
@@ -286,22 +284,16 @@ MStatus LayerCommand::InsertUndo() {
 
 MStatus LayerCommand::Delete() {
     m_before.Remember(*m_node, {m_camera});
-    Layer* const removed = m_node->RemoveLayer(m_camera, m_layerIndex);
+    std::unique_ptr<Layer> removed = m_node->RemoveLayer(m_camera, m_layerIndex);
     if (!removed) {
         return MS::kFailure;
     }
-    m_removedLayers.append(removed);
+    m_removedLayers.push_back(std::move(removed));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::DeleteUndo() {
-    if (m_removedLayers.isEmpty()) {
-        return MS::kFailure;
-    }
-    if (m_node->InsertLayer(m_camera, m_layerIndex, m_removedLayers.takeFirst()) < 0) {
-        return MS::kFailure;
-    }
-    return RestoreActive();
+    return PutBackFirst(m_layerIndex) ? RestoreActive() : MStatus(MS::kFailure);
 }
 
 MStatus LayerCommand::DeleteAll() {
@@ -311,12 +303,22 @@ MStatus LayerCommand::DeleteAll() {
 }
 
 MStatus LayerCommand::DeleteAllUndo() {
-    for (int i = 0; !m_removedLayers.isEmpty(); ++i) {
-        if (m_node->InsertLayer(m_camera, i, m_removedLayers.takeFirst()) < 0) {
+    for (int i = 0; !m_removedLayers.empty(); ++i) {
+        if (!PutBackFirst(i)) {
             return MS::kFailure;
         }
     }
     return RestoreActive();
+}
+
+/// The first of the removed layers goes back into the document; false when there is none or it is refused.
+bool LayerCommand::PutBackFirst(int index) {
+    if (m_removedLayers.empty()) {
+        return false;
+    }
+    std::unique_ptr<Layer> layer = std::move(m_removedLayers.front());
+    m_removedLayers.erase(m_removedLayers.begin());
+    return m_node->InsertLayer(m_camera, index, std::move(layer)) >= 0;
 }
 
 // --- moving -----------------------------------------------------------------------------------------------

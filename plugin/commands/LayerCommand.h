@@ -8,8 +8,10 @@
 #include <maya/MString.h>
 #include <maya/MSyntax.h>
 
-#include <QList>
 #include <QString>
+
+#include <memory>
+#include <vector>
 
 namespace vellix {
 
@@ -90,6 +92,7 @@ private:
     MStatus Run(Step step);
     bool CheckLayer() const;
     MStatus InsertNewLayer(int destination);
+    bool PutBackFirst(int index);
 
     const Operation* m_operation = nullptr;
     const char* m_refusal = "Invalid command parameters"; // said when there is no operation
@@ -109,7 +112,7 @@ private:
     double m_opacity = 1.0;
 
     ActiveLayers m_before;
-    QList<Layer*> m_removedLayers; // owned, while they are out of the document
+    std::vector<std::unique_ptr<Layer>> m_removedLayers; // while they are out of the document
 };
 
 } // namespace vellix

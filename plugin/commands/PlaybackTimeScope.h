@@ -1,17 +1,17 @@
 #pragma once
 
+#include "paint/NonCopyable.h"
+
 #include <maya/MTime.h>
 
 namespace vellix {
 
 /// Visits other times; when it goes, the playback time is again what it was. Every drawing node knows each
 /// new time before the next call.
-class PlaybackTimeScope {
+class PlaybackTimeScope : private NonCopyable {
 public:
     PlaybackTimeScope();
     ~PlaybackTimeScope();
-    PlaybackTimeScope(const PlaybackTimeScope&) = delete;
-    PlaybackTimeScope& operator=(const PlaybackTimeScope&) = delete;
 
     void GoTo(int frame);
 

@@ -96,7 +96,7 @@ bool ReplayCommand::ProvideNode() {
     if (BaseNode::GetMaster()) {
         return true;
     }
-    m_node.reset(new NodeCreation());
+    m_node = std::make_unique<NodeCreation>();
     if (m_node->Do() && BaseNode::GetMaster()) {
         return true;
     }

@@ -44,13 +44,13 @@ bool StrokeCommit::Undo(BaseNode& node) {
         return false;
     }
     if (m_frameAdded) {
-        delete node.RemoveFrame(m_camera, m_frameTime);
+        node.RemoveFrame(m_camera, m_frameTime);
         if (Layer* layer = node.GetActiveLayer(m_camera)) {
             layer->UpdateCurrentFrameIndex(); // the frame may be far from the playback time
         }
     }
     if (m_addedLayer >= 0) {
-        delete node.RemoveLayer(m_camera, m_addedLayer);
+        node.RemoveLayer(m_camera, m_addedLayer);
         if (m_previousActiveLayer >= 0) {
             node.SetActiveLayer(m_previousCamera, m_previousActiveLayer, true);
         }

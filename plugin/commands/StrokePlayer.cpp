@@ -33,15 +33,12 @@ QPoint PixelOf(const QPointF& position) {
 StrokePlayer::StrokePlayer(BaseNode& node, const QString& camera)
     : m_node(node)
     , m_camera(camera)
-    , m_activeTool(Settings::activeTool)
-    , m_activeColor(Settings::activeColor)
-    , m_tabletEraserEnabled(Settings::tabletEraserEnabled) {}
-
-StrokePlayer::~StrokePlayer() {
-    Settings::activeTool = m_activeTool;
-    Settings::activeColor = m_activeColor;
-    Settings::tabletEraserEnabled = m_tabletEraserEnabled;
-}
+    , m_restoreSettings([tool = Settings::activeTool, color = Settings::activeColor,
+                         eraser = Settings::tabletEraserEnabled] {
+        Settings::activeTool = tool;
+        Settings::activeColor = color;
+        Settings::tabletEraserEnabled = eraser;
+    }) {}
 
 bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& commits) {
     ActiveLayers before;
@@ -67,7 +64,7 @@ bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
     if (m_drawn.contains(picture)) {
         return m_node.CommitActiveStroke(m_camera);
     }
-    std::unique_ptr<StrokeCommit> commit(new StrokeCommit(m_camera, layerAdded, frameAdded));
+    auto commit = std::make_unique<StrokeCommit>(m_camera, layerAdded, frameAdded);
     if (!commit->Commit(m_node)) {
         return false;
     }
@@ -134,10 +131,10 @@ void StrokePlayer::TakeBack(const ActiveLayers& before, int layerAdded, bool fra
         const bool isStatic = layer && layer->GetState() == LayerState::Static;
         const MTime time =
             isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : MayaUtil::GetPlaybackTime();
-        const std::unique_ptr<Frame> removed(m_node.RemoveFrame(m_camera, time));
+        m_node.RemoveFrame(m_camera, time);
     }
     if (layerAdded >= 0) {
-        const std::unique_ptr<Layer> removed(m_node.RemoveLayer(m_camera, layerAdded));
+        m_node.RemoveLayer(m_camera, layerAdded);
         before.Restore(m_node);
     }
 }

@@ -3,8 +3,8 @@
 #include "commands/ActiveLayers.h"
 #include "commands/PlaybackTimeScope.h"
 #include "commands/StrokeCommit.h"
+#include "paint/ScopeExit.h"
 
-#include <QColor>
 #include <QSet>
 #include <QString>
 
@@ -15,7 +15,6 @@ namespace vellix {
 
 class BaseNode;
 class Frame;
-enum class ToolType : qint32;
 struct RecordedStroke;
 struct Stroke;
 
@@ -27,9 +26,6 @@ class StrokePlayer {
 public:
     /// The node is borrowed.
     StrokePlayer(BaseNode& node, const QString& camera);
-    ~StrokePlayer();
-    StrokePlayer(const StrokePlayer&) = delete;
-    StrokePlayer& operator=(const StrokePlayer&) = delete;
 
     using Commits = std::vector<std::unique_ptr<StrokeCommit>>;
 
@@ -48,11 +44,7 @@ private:
     QString m_camera;
     PlaybackTimeScope m_time;
     QSet<const Frame*> m_drawn; // what was drawn on so far
-
-    // The user's settings, for the time afterwards.
-    ToolType m_activeTool;
-    QColor m_activeColor;
-    bool m_tabletEraserEnabled;
+    ScopeExit m_restoreSettings;
 };
 
 } // namespace vellix

@@ -8,7 +8,7 @@
 namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
-    m_images[camera].reset(new FlattenedImage);
+    m_images[camera] = std::make_unique<FlattenedImage>();
 }
 
 void Compositor::RemoveCamera(const QString& camera) {
@@ -68,8 +68,8 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
 void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                                    std::size_t drawnOn) {
     if (m_below == nullptr) {
-        m_below.reset(new MergedPictures);
-        m_above.reset(new MergedPictures);
+        m_below = std::make_unique<MergedPictures>();
+        m_above = std::make_unique<MergedPictures>();
     }
     const auto drawing = stack.begin() + std::ptrdiff_t(drawnOn);
     m_below->Update(PictureStack(stack.begin(), drawing));

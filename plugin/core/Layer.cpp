@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace vellix {
 
@@ -183,9 +184,9 @@ Frame* Layer::GetNextFrame(bool wrap) const {
     return wrap && !m_frames.empty() ? m_frames.front().get() : nullptr;
 }
 
-Frame* Layer::GetFrameCopy(const MTime& time) const {
+std::unique_ptr<Frame> Layer::GetFrameCopy(const MTime& time) const {
     const Frame* frame = GetFrame(FindKey(ToWholeFrames(time)));
-    return frame == nullptr ? nullptr : new Frame(*frame);
+    return frame == nullptr ? nullptr : std::make_unique<Frame>(*frame);
 }
 
 void Layer::GetFrameTimes(QList<int>& times) const {
@@ -225,20 +226,20 @@ int Layer::AddFrame() {
     return AddFrame(MayaUtil::GetPlaybackTime());
 }
 
-Frame* Layer::RemoveFrame(const MTime& time) {
+std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
     const int frame = ToWholeFrames(time);
     const int index = FindKey(frame);
     if (index < 0) {
         return nullptr;
     }
-    Frame* removed = m_frames[std::size_t(index)].release();
+    std::unique_ptr<Frame> removed = std::move(m_frames[std::size_t(index)]);
     m_frames.erase(m_frames.begin() + index);
     UpdateCurrentFrameIndex(frame);
     m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
     return removed;
 }
 
-Frame* Layer::RemoveFrame() {
+std::unique_ptr<Frame> Layer::RemoveFrame() {
     return RemoveFrame(MayaUtil::GetPlaybackTime());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/LayerState.h"
+#include "paint/NonCopyable.h"
 
 #include <maya/MTime.h>
 
@@ -19,11 +20,9 @@ using FrameList = std::vector<std::unique_ptr<Frame>>;
 
 /// An ordered list of keyed frames. At any time a layer shows the last frame keyed at or before it. Times are
 /// whole frames in the host's current time unit; no two frames share one.
-class Layer {
+class Layer : private NonCopyable {
 public:
     Layer();
-    Layer(const Layer&) = delete;
-    Layer& operator=(const Layer&) = delete;
     ~Layer();
 
     void SetName(const QString& name);
@@ -43,13 +42,9 @@ public:
     bool CacheUpdateRequired() const;
     void ForceCacheUpdate();
 
-    /// Pixels of the frame `offset` keys after the current one (before it when negative), owned by the frame;
-    /// a shared null image when there is none or the layer is hidden. Counts as reading the picture.
-    QImage* GetImage(int offset);
-    /// The frame of that picture, borrowed, without unpacking it; null for none. Counts as reading it, too.
+    /// The frame `offset` keys after the current one (before it when negative), borrowed; null when there is
+    /// none or the layer is hidden. Counts as reading the picture.
     Frame* ReadFrame(int offset);
-    /// Replaces the pixels of the current frame, if there is one.
-    void SetImage(const QImage& image);
 
     /// Borrowed; null when out of range.
     Frame* GetFrame(int index) const;
@@ -70,8 +65,8 @@ public:
     /// with `wrap` the key at the other end.
     Frame* GetPreviousFrame(bool wrap) const;
     Frame* GetNextFrame(bool wrap) const;
-    /// A packed copy of the frame keyed at the time, owned by the caller; null when there is none.
-    Frame* GetFrameCopy(const MTime& time) const;
+    /// A packed copy of the frame keyed at the time; null when there is none.
+    std::unique_ptr<Frame> GetFrameCopy(const MTime& time) const;
     void GetFrameTimes(QList<int>& times) const;
     /// Sets the times of the first frames. The caller keeps them in order and refreshes what depends on them.
     void SetFrameTimes(const QList<int>& times);
@@ -81,14 +76,20 @@ public:
     int InsertFrame(Frame* frame);
     int AddFrame(const MTime& time);
     int AddFrame();
-    /// Hands the frame at the time to the caller, who owns it; null when there is none.
-    Frame* RemoveFrame(const MTime& time);
-    Frame* RemoveFrame();
+    /// Hands the frame at the time to the caller; null when there is none.
+    std::unique_ptr<Frame> RemoveFrame(const MTime& time);
+    std::unique_ptr<Frame> RemoveFrame();
     /// Hands over all frames at those times, which rise, in their order. Many frames cost one pass.
     FrameList TakeFrames(const std::vector<int>& times);
     /// Takes the frames whose times are free, in one pass, and returns these times, rising; the others stay
     /// in the list.
     std::vector<int> PutFrames(FrameList& frames);
+
+    // Part of the interface for scripts and other tools; not called here.
+    /// Pixels of the frame that ReadFrame() gives, owned by the frame; a shared null image for none.
+    QImage* GetImage(int offset);
+    /// Replaces the pixels of the current frame, if there is one.
+    void SetImage(const QImage& image);
     /// The current frame index stays as it was, for the caller to update.
     void RemoveAllFrames();
 

@@ -14,8 +14,8 @@
 namespace vellix {
 
 LayerManager::LayerManager()
-    : m_stroke(new StrokePainter)
-    , m_compositor(new Compositor) {}
+    : m_stroke(std::make_unique<StrokePainter>())
+    , m_compositor(std::make_unique<Compositor>()) {}
 
 LayerManager::~LayerManager() = default;
 
@@ -197,7 +197,7 @@ int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
 }
 
 int LayerManager::InsertLayer(const QString& camera, int index, const QString& name) {
-    std::unique_ptr<Layer> layer(new Layer);
+    auto layer = std::make_unique<Layer>();
     layer->SetName(GetUniqueLayerName(name));
     layer->SetState(static_cast<LayerState>(Settings::defaultLayerState));
     return InsertLayer(camera, index, layer.release());
@@ -222,7 +222,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
     if (camera == toCamera) {
         return MoveLayer(camera, index, LayerExists(camera, toIndex) ? toIndex : LayerCount(camera) - 1);
     }
-    std::unique_ptr<Layer> layer(RemoveLayer(camera, index));
+    std::unique_ptr<Layer> layer = RemoveLayer(camera, index);
     if (layer == nullptr) {
         return -1;
     }
@@ -230,7 +230,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
     return InsertLayer(toCamera, toIndex, layer.release());
 }
 
-Layer* LayerManager::RemoveLayer(const QString& camera, int index) {
+std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int index) {
     if (!LayerExists(camera, index)) {
         return nullptr;
     }
@@ -245,7 +245,7 @@ Layer* LayerManager::RemoveLayer(const QString& camera, int index) {
     } else {
         UpdateLayerManagerDialog();
     }
-    return layer.release();
+    return layer;
 }
 
 void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed) {

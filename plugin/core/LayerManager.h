@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/LayerState.h"
+#include "paint/NonCopyable.h"
 
 #include <maya/MTime.h>
 
@@ -27,11 +28,9 @@ struct Stroke;
 /// The whole drawing of one scene node: for every camera a stack of layers (index 0 at the bottom) with one
 /// active layer, the stroke being drawn, and the composed image of each camera. Cameras go by the names of
 /// their transforms; an unknown one is an empty stack. Refusals are silent: null, -1 or false.
-class LayerManager {
+class LayerManager : private NonCopyable {
 public:
     LayerManager();
-    LayerManager(const LayerManager&) = delete;
-    LayerManager& operator=(const LayerManager&) = delete;
     ~LayerManager();
 
     /// The master's layers fill the layer manager panel.
@@ -79,25 +78,22 @@ public:
     /// Moves a layer to another camera's stack; an index there that is not one appends. The layer is no
     /// longer active.
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
-    /// The caller owns the layer; null when there is none.
-    Layer* RemoveLayer(const QString& camera, int index);
+    /// Hands the layer to the caller; null when there is none.
+    std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
     /// The caller owns what is put into `removed`, in stack order.
     void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
-    /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
-    void DeleteAllLayers(bool updatePanel);
 
     // Frames of the camera's active layer.
     int AddFrame(const QString& camera);
     int AddFrame(const QString& camera, const MTime& time);
     /// Takes ownership of the frame, also when it refuses.
     int InsertFrame(const QString& camera, Frame* frame);
-    /// The caller owns the frame.
-    Frame* RemoveFrame(const QString& camera);
-    Frame* RemoveFrame(const QString& camera, const MTime& time);
+    /// Hands the frame to the caller; null when there is none.
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera);
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
     Frame* GetNextFrame(const QString& camera, bool wrap) const;
-    /// The caller owns the copy.
-    Frame* GetFrameCopy(const QString& camera, const MTime& time) const;
+    std::unique_ptr<Frame> GetFrameCopy(const QString& camera, const MTime& time) const;
     bool FrameExists(const QString& camera) const;
     bool FrameExists(const QString& camera, const MTime& time) const;
     void GetFrameTimes(const QString& camera, QList<int>& times) const;
@@ -106,7 +102,6 @@ public:
     // Time.
     /// The frame number used for playback.
     void SetFrame(int frame);
-    int GetFrame() const;
     /// With `keepActive` the active layer of the active camera stays on its frame.
     void OnPlaybackTimeChanged(int frame, bool keepActive);
 
@@ -136,17 +131,23 @@ public:
     bool CacheUpdateRequired(const QString& camera);
     bool MasterCacheUpdateRequired(const QString& camera) const;
     void QueueMasterCacheUpdate(const QString& camera);
-    void QueueMasterCacheUpdateAll();
     void MasterCacheUpdateCompleted(const QString& camera);
     void ForceCacheUpdate(const QString& camera, int index);
     /// The camera's layers at any time, with the ghosts of the user's settings when `ghosting` is set. Leaves
     /// current frames, flags and caches alone; a null image without layers.
     QImage ComposeFrame(const QString& camera, int frame, bool ghosting) const;
-    /// Gives every pixel that is not fully transparent the colour's red, green and blue.
-    static void OverrideImageColor(QImage& image, const QColor& color);
 
     /// Fills the layer manager panel anew; the master only.
     void UpdateLayerManagerDialog();
+
+    // Part of the interface for scripts and other tools; not called here.
+    /// The frame number used for playback.
+    int GetFrame() const;
+    void QueueMasterCacheUpdateAll();
+    /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
+    void DeleteAllLayers(bool updatePanel);
+    /// Gives every pixel that is not fully transparent the colour's red, green and blue.
+    static void OverrideImageColor(QImage& image, const QColor& color);
 
 private:
     bool CommitStroke(const QString& camera, QByteArray* undo);

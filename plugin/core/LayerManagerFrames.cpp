@@ -22,12 +22,12 @@ int LayerManager::InsertFrame(const QString& camera, Frame* frame) {
     return layer == nullptr ? -1 : layer->InsertFrame(owned.release());
 }
 
-Frame* LayerManager::RemoveFrame(const QString& camera) {
+std::unique_ptr<Frame> LayerManager::RemoveFrame(const QString& camera) {
     Layer* layer = GetActiveLayer(camera);
     return layer == nullptr ? nullptr : layer->RemoveFrame();
 }
 
-Frame* LayerManager::RemoveFrame(const QString& camera, const MTime& time) {
+std::unique_ptr<Frame> LayerManager::RemoveFrame(const QString& camera, const MTime& time) {
     Layer* layer = GetActiveLayer(camera);
     return layer == nullptr ? nullptr : layer->RemoveFrame(time);
 }
@@ -42,7 +42,7 @@ Frame* LayerManager::GetNextFrame(const QString& camera, bool wrap) const {
     return layer == nullptr ? nullptr : layer->GetNextFrame(wrap);
 }
 
-Frame* LayerManager::GetFrameCopy(const QString& camera, const MTime& time) const {
+std::unique_ptr<Frame> LayerManager::GetFrameCopy(const QString& camera, const MTime& time) const {
     const Layer* layer = GetActiveLayer(camera);
     return layer == nullptr ? nullptr : layer->GetFrameCopy(time);
 }

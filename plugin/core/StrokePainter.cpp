@@ -54,7 +54,7 @@ const QString& StrokePainter::GetCamera() const {
 
 void StrokePainter::Begin(const QString& camera) {
     Forget();
-    m_stroke.reset(new Stroke);
+    m_stroke = std::make_unique<Stroke>();
     m_camera = camera;
     m_work.key = Picture::NewKey();
     m_moved.key = Picture::NewKey();

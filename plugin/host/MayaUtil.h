@@ -28,10 +28,6 @@ public:
     static bool ExecuteMel(const QString& command, bool displayEnabled, bool undoEnabled);
     static bool ExecuteMelIntResult(const MString& command, int& out, bool displayEnabled, bool undoEnabled);
     static bool ExecuteMelIntResult(const QString& command, int& out, bool displayEnabled, bool undoEnabled);
-    static bool ExecuteMelDoubleResult(const MString& command, double& out, bool displayEnabled,
-                                       bool undoEnabled);
-    static bool ExecuteMelDoubleResult(const QString& command, double& out, bool displayEnabled,
-                                       bool undoEnabled);
     static bool ExecuteMelDoubleArrayResult(const MString& command, MDoubleArray& out, bool displayEnabled,
                                             bool undoEnabled);
     static bool ExecuteMelDoubleArrayResult(const QString& command, MDoubleArray& out, bool displayEnabled,
@@ -62,11 +58,9 @@ public:
     // The node. Executed when the host is idle, so these may be called inside callbacks and other commands.
     static bool CreateNode(bool addLayer, bool addFrames, const QString& camera, const QString& layerName,
                            int layerState);
-    static bool RefreshNode();
 
     // Layers. Indexes count from the bottom of the camera's stack.
     static bool AddLayer(const QString& camera, const QString& name, int state);
-    static bool InsertLayer(const QString& camera, int index);
     static bool RemoveLayer(const QString& camera, int index);
     static bool MoveLayer(const QString& camera, int from, int to);
     static bool MoveLayer(const QString& sourceCamera, int index, const QString& targetCamera,
@@ -75,7 +69,6 @@ public:
     static bool SetActiveLayer(const QString& camera, int index);
     static bool SetLayerName(const QString& camera, int index, const QString& name);
     static bool SetLayerVisible(const QString& camera, int index, bool visible);
-    static bool SetLayerOpacity(const QString& camera, int index, float opacity);
     static bool SetLayerState(const QString& camera, int index, LayerState state);
     static bool RefreshLayerManagerDialog();
 
@@ -143,7 +136,6 @@ public:
     /// Whether the question could be asked, whatever its answer.
     static bool ContextExists(const MString& context);
     static bool CreateContext(const MString& command, MString& name);
-    static bool CurrentContext(MString& name);
 
     // The host's state.
     static bool IsBatchMode();
@@ -169,10 +161,8 @@ public:
     /// Whole frames, truncated toward zero.
     static int GetPlaybackTimeValue();
     static void SetPlaybackTime(const MTime& time);
-    static void SetPlaybackTime(int frame);
     static MTime GetPlaybackRangeStart();
     static MTime GetPlaybackRangeEnd();
-    static bool CachedPlaybackEnabled();
     static void GetCameras(QStringList& names);
     static bool CameraExists(const QString& name);
     static QString GetCameraName(const MDagPath& camera);
@@ -183,6 +173,18 @@ public:
     static void RefreshTimeControl(const MObject& node);
     /// Does the selection change only for that? Then what follows the selection has nothing to do.
     static bool IsRefreshingTimeControl();
+
+    // Part of the interface for scripts and other tools; not called here.
+    static bool ExecuteMelDoubleResult(const MString& command, double& out, bool displayEnabled,
+                                       bool undoEnabled);
+    static bool ExecuteMelDoubleResult(const QString& command, double& out, bool displayEnabled,
+                                       bool undoEnabled);
+    static bool RefreshNode();
+    static bool InsertLayer(const QString& camera, int index);
+    static bool SetLayerOpacity(const QString& camera, int index, float opacity);
+    static bool CurrentContext(MString& name);
+    static void SetPlaybackTime(int frame);
+    static bool CachedPlaybackEnabled();
 };
 
 } // namespace vellix

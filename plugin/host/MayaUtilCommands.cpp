@@ -37,20 +37,20 @@ QString Number(int value) {
 }
 
 /// The command followed by its arguments, one blank between any two.
-QString Line(const QString& command, const QStringList& arguments) {
+QString CommandLine(const QString& command, const QStringList& arguments) {
     return arguments.isEmpty() ? command : command + QLatin1Char(' ') + arguments.join(QLatin1Char(' '));
 }
 
 bool LayerLine(const QStringList& arguments) {
-    return Execute(Line(Settings::LAYER_COMMAND_NAME, arguments));
+    return Execute(CommandLine(Settings::LAYER_COMMAND_NAME, arguments));
 }
 
 bool FrameLine(const QStringList& arguments) {
-    return Execute(Line(Settings::FRAME_COMMAND_NAME, arguments));
+    return Execute(CommandLine(Settings::FRAME_COMMAND_NAME, arguments));
 }
 
 bool UtilLine(const QStringList& arguments) {
-    return Execute(Line(Settings::UTIL_COMMAND_NAME, arguments));
+    return Execute(CommandLine(Settings::UTIL_COMMAND_NAME, arguments));
 }
 
 /// Deferred: these are called while the host still handles the event that caused them.
@@ -123,11 +123,11 @@ bool MayaUtil::CreateNode(bool addLayer, bool addFrames, const QString& camera, 
     if (addFrames) {
         arguments << QStringLiteral("-f");
     }
-    return ExecuteOnIdle(Line(Settings::NODE_COMMAND_NAME, arguments));
+    return ExecuteOnIdle(CommandLine(Settings::NODE_COMMAND_NAME, arguments));
 }
 
 bool MayaUtil::RefreshNode() {
-    return ExecuteOnIdle(Line(Settings::NODE_COMMAND_NAME, {QStringLiteral("-r")}));
+    return ExecuteOnIdle(CommandLine(Settings::NODE_COMMAND_NAME, {QStringLiteral("-r")}));
 }
 
 bool MayaUtil::AddLayer(const QString& camera, const QString& name, int state) {
@@ -196,7 +196,7 @@ bool MayaUtil::PushStroke(const QString& camera, int layer, bool frameAdded) {
     if (frameAdded) {
         arguments << QStringLiteral("-fa");
     }
-    return Execute(Line(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)));
+    return Execute(CommandLine(Settings::STROKE_COMMAND_NAME, arguments << Word(camera)));
 }
 
 bool MayaUtil::Draw() {
@@ -401,14 +401,14 @@ bool MayaUtil::ShowGhostingDialog() {
 }
 
 bool MayaUtil::SetColorSliderGrpColor(const QString& name, const QColor& color) {
-    return Execute(Line(QStringLiteral("colorSliderGrp -e -rgbValue"),
-                        {QString::number(color.redF()), QString::number(color.greenF()),
-                         QString::number(color.blueF()), Word(name)}));
+    return Execute(CommandLine(QStringLiteral("colorSliderGrp -e -rgbValue"),
+                               {QString::number(color.redF()), QString::number(color.greenF()),
+                                QString::number(color.blueF()), Word(name)}));
 }
 
 QColor MayaUtil::GetColorSliderGrpColor(const QString& name) {
     MDoubleArray fractions;
-    const QString line = Line(QStringLiteral("colorSliderGrp -q -rgbValue"), {Word(name)});
+    const QString line = CommandLine(QStringLiteral("colorSliderGrp -q -rgbValue"), {Word(name)});
     if (!ExecuteMelDoubleArrayResult(line, fractions, false, false) || fractions.length() < 3) {
         return QColor();
     }
@@ -417,12 +417,13 @@ QColor MayaUtil::GetColorSliderGrpColor(const QString& name) {
 }
 
 bool MayaUtil::SetColorSliderGrpChangeCommand(const QString& name, const QString& command) {
-    return Execute(Line(QStringLiteral("colorSliderGrp -e -changeCommand"), {Quoted(command), Word(name)}));
+    return Execute(
+        CommandLine(QStringLiteral("colorSliderGrp -e -changeCommand"), {Quoted(command), Word(name)}));
 }
 
 QWidget* MayaUtil::CreateColorSliderGrp(const QString& name, int width, int height) {
-    if (!Execute(Line(QStringLiteral("colorSliderGrp -columnWidth3 0"),
-                      {Number(width), QStringLiteral("0"), Word(name)}))) {
+    if (!Execute(CommandLine(QStringLiteral("colorSliderGrp -columnWidth3 0"),
+                             {Number(width), QStringLiteral("0"), Word(name)}))) {
         return nullptr;
     }
     QWidget* control = MQtUtil::findControl(ToMString(name));

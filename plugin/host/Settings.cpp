@@ -128,13 +128,13 @@ bool Settings::guiEnabled = false;
 namespace {
 
 /// The members of a tool; null where the tool has none.
-struct ToolValues {
+struct ToolMembers {
     int* size;
     int maximumSize;
     int* opacity;
 };
 
-ToolValues FindTool(ToolType tool) {
+ToolMembers FindTool(ToolType tool) {
     switch (tool) {
     case ToolType::Pencil:
         return {&Settings::pencilSize, Settings::MAX_PENCIL_SIZE, &Settings::pencilOpacity};
@@ -403,7 +403,7 @@ int Settings::GetToolSize(ToolType tool) {
 }
 
 void Settings::SetToolSize(ToolType tool, int size) {
-    const ToolValues values = FindTool(tool);
+    const ToolMembers values = FindTool(tool);
     if (values.size != nullptr) {
         *values.size = qBound(1, size, values.maximumSize);
     }
@@ -415,7 +415,7 @@ int Settings::GetToolOpacity(ToolType tool) {
 }
 
 void Settings::SetToolOpacity(ToolType tool, int opacity) {
-    const ToolValues values = FindTool(tool);
+    const ToolMembers values = FindTool(tool);
     if (values.opacity != nullptr) {
         *values.opacity = qBound(1, opacity, 100);
     }

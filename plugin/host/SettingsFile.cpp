@@ -96,13 +96,13 @@ private:
 
 /// "group/key" of every line, with an empty key for a group's header; lines that are neither keep the one
 /// before.
-struct Line {
+struct SettingLine {
     QByteArray text;
     QString key;
 };
 
-QVector<Line> SplitLines(const QByteArray& content) {
-    QVector<Line> lines;
+QVector<SettingLine> SplitLines(const QByteArray& content) {
+    QVector<SettingLine> lines;
     QString group;
     for (const QByteArray& text : content.split('\n')) {
         const QByteArray trimmed = text.trimmed();
@@ -150,16 +150,17 @@ void SettingsFile::Sort(const QString& path, const QStringList& keys) {
         }
         ranks.insert(key, ranks.size());
     }
-    QVector<Line> lines = SplitLines(ReadFile(path));
-    const auto rank = [&](const Line& line) {
+    QVector<SettingLine> lines = SplitLines(ReadFile(path));
+    const auto rank = [&](const SettingLine& line) {
         const QString group = line.key.left(line.key.indexOf(QLatin1Char('/')) + 1);
         const int last = ranks.size();
         return std::make_pair(ranks.value(group, last), ranks.value(line.key, last));
     };
-    std::stable_sort(lines.begin(), lines.end(),
-                     [&](const Line& left, const Line& right) { return rank(left) < rank(right); });
+    std::stable_sort(lines.begin(), lines.end(), [&](const SettingLine& left, const SettingLine& right) {
+        return rank(left) < rank(right);
+    });
     QByteArray content;
-    for (const Line& line : lines) {
+    for (const SettingLine& line : lines) {
         const bool header = line.key.endsWith(QLatin1Char('/'));
         content += (header && !content.isEmpty() ? "\n" : "") + line.text + '\n';
     }

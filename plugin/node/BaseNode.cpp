@@ -335,7 +335,7 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
     layers->GetFrameTimes(camera, times);
     for (const int time : times) {
         if (range.Contains(time)) {
-            std::unique_ptr<Frame> copy(layers->GetFrameCopy(camera, FromWholeFrames(time)));
+            std::unique_ptr<Frame> copy = layers->GetFrameCopy(camera, FromWholeFrames(time));
             copy->SetTime(MTime(double(time) - double(range.start), MTime::uiUnit()));
             m_clipboard.push_back(std::move(copy));
         }

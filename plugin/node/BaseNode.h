@@ -80,7 +80,6 @@ public:
     // Layers.
     bool LayerExists(const QString& camera, int index) const;
     int LayerCount(const QString& camera) const;
-    int TotalLayerCount() const;
     Layer* GetLayer(const QString& camera, int index) const;
     QList<Layer*> GetLayers(const QString& camera) const;
     Layer* GetActiveLayer(const QString& camera) const;
@@ -97,27 +96,21 @@ public:
     /// A new layer at the index (-1: on top); returns its index, negative when refused.
     int InsertLayer(const QString& camera, int index, const QString& name);
     /// Takes ownership of the layer.
-    int InsertLayer(const QString& camera, int index, Layer* layer);
-    /// The caller owns what is returned and what is put into `removed`.
-    Layer* RemoveLayer(const QString& camera, int index);
-    void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
+    int InsertLayer(const QString& camera, int index, std::unique_ptr<Layer> layer);
+    /// Hands the layer to the caller; null when there is none.
+    std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
+    /// Appends the camera's layers in stack order to `removed`.
+    void RemoveAllLayers(const QString& camera, std::vector<std::unique_ptr<Layer>>& removed);
     int MoveLayer(const QString& camera, int from, int to);
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
 
     // Frames of the camera's active layer.
-    bool FrameExists(const QString& camera) const;
-    bool FrameExists(const QString& camera, const MTime& time) const;
     Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
     Frame* GetNextFrame(const QString& camera, bool wrap) const;
     void GetFrameTimes(const QString& camera, QList<int>& times) const;
-    void SetFrameTimes(const QString& camera, const QList<int>& times);
-    int AddFrame(const QString& camera);
     int AddFrame(const QString& camera, const MTime& time);
-    /// Takes ownership of the frame, also when it refuses.
-    int InsertFrame(const QString& camera, Frame* frame);
-    /// The caller owns the returned frame.
-    Frame* RemoveFrame(const QString& camera);
-    Frame* RemoveFrame(const QString& camera, const MTime& time);
+    /// Hands the frame to the caller; null when there is none.
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
     /// Once after the frames of a layer, or their times, have changed: brings the layer's current frame, the
     /// picture, the marks over the time slider and the slider's own ticks up to date.
@@ -139,7 +132,6 @@ public:
     static void ClearLayerManagerDialog();
 
     // The node itself.
-    void SetOpacity(float opacity);
     float GetOpacity() const;
     /// Marks the node dirty, so that the host draws it again.
     void QueueRefresh();
@@ -196,6 +188,17 @@ public:
 
     /// Makes a node's attribute not keyable, locked and hidden in the channel box. A missing one is ignored.
     static void LockAndHideAttribute(const MObject& node, const MString& attribute);
+
+    // Part of the interface for scripts and other tools; not called here.
+    void SetOpacity(float opacity);
+    int TotalLayerCount() const;
+    bool FrameExists(const QString& camera) const;
+    bool FrameExists(const QString& camera, const MTime& time) const;
+    void SetFrameTimes(const QString& camera, const QList<int>& times);
+    int AddFrame(const QString& camera);
+    /// Takes ownership of the frame, also when it refuses.
+    int InsertFrame(const QString& camera, std::unique_ptr<Frame> frame);
+    std::unique_ptr<Frame> RemoveFrame(const QString& camera);
 
 private:
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);

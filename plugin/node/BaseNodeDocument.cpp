@@ -7,6 +7,8 @@
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
 
+#include <utility>
+
 namespace vellix {
 
 namespace {
@@ -14,7 +16,7 @@ namespace {
 template <typename Result, typename Operation>
 Result Ask(const BaseNode& node, Result without, Operation operation) {
     const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
-    return layers ? Result(operation(*layers)) : without;
+    return layers ? Result(operation(*layers)) : std::move(without);
 }
 
 template <typename Operation>
@@ -103,19 +105,22 @@ int BaseNode::InsertLayer(const QString& camera, int index, const QString& name)
     return Ask(*this, -1, [&](LayerManager& layers) { return layers.InsertLayer(camera, index, name); });
 }
 
-int BaseNode::InsertLayer(const QString& camera, int index, Layer* layer) {
-    std::unique_ptr<Layer> owned(layer);
+int BaseNode::InsertLayer(const QString& camera, int index, std::unique_ptr<Layer> layer) {
     return Ask(*this, -1,
-               [&](LayerManager& layers) { return layers.InsertLayer(camera, index, owned.release()); });
+               [&](LayerManager& layers) { return layers.InsertLayer(camera, index, layer.release()); });
 }
 
-Layer* BaseNode::RemoveLayer(const QString& camera, int index) {
-    return Ask<Layer*>(*this, nullptr,
-                       [&](LayerManager& layers) { return layers.RemoveLayer(camera, index); });
+std::unique_ptr<Layer> BaseNode::RemoveLayer(const QString& camera, int index) {
+    return Ask(*this, std::unique_ptr<Layer>(),
+               [&](LayerManager& layers) { return layers.RemoveLayer(camera, index); });
 }
 
-void BaseNode::RemoveAllLayers(const QString& camera, QList<Layer*>& removed) {
-    Tell(*this, [&](LayerManager& layers) { layers.RemoveAllLayers(camera, removed); });
+void BaseNode::RemoveAllLayers(const QString& camera, std::vector<std::unique_ptr<Layer>>& removed) {
+    QList<Layer*> taken;
+    Tell(*this, [&](LayerManager& layers) { layers.RemoveAllLayers(camera, taken); });
+    for (Layer* layer : taken) {
+        removed.emplace_back(layer);
+    }
 }
 
 int BaseNode::MoveLayer(const QString& camera, int from, int to) {
@@ -161,18 +166,18 @@ int BaseNode::AddFrame(const QString& camera, const MTime& time) {
     return Ask(*this, -1, [&](LayerManager& layers) { return layers.AddFrame(camera, time); });
 }
 
-int BaseNode::InsertFrame(const QString& camera, Frame* frame) {
-    std::unique_ptr<Frame> owned(frame);
-    return Ask(*this, -1, [&](LayerManager& layers) { return layers.InsertFrame(camera, owned.release()); });
+int BaseNode::InsertFrame(const QString& camera, std::unique_ptr<Frame> frame) {
+    return Ask(*this, -1, [&](LayerManager& layers) { return layers.InsertFrame(camera, frame.release()); });
 }
 
-Frame* BaseNode::RemoveFrame(const QString& camera) {
-    return Ask<Frame*>(*this, nullptr, [&](LayerManager& layers) { return layers.RemoveFrame(camera); });
+std::unique_ptr<Frame> BaseNode::RemoveFrame(const QString& camera) {
+    return Ask(*this, std::unique_ptr<Frame>(),
+               [&](LayerManager& layers) { return layers.RemoveFrame(camera); });
 }
 
-Frame* BaseNode::RemoveFrame(const QString& camera, const MTime& time) {
-    return Ask<Frame*>(*this, nullptr,
-                       [&](LayerManager& layers) { return layers.RemoveFrame(camera, time); });
+std::unique_ptr<Frame> BaseNode::RemoveFrame(const QString& camera, const MTime& time) {
+    return Ask(*this, std::unique_ptr<Frame>(),
+               [&](LayerManager& layers) { return layers.RemoveFrame(camera, time); });
 }
 
 void BaseNode::ForceCacheUpdate(const QString& camera, int index) {

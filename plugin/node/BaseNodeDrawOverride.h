@@ -26,8 +26,6 @@ public:
     void addUIDrawables(const MDagPath& objPath, MHWRender::MUIDrawManager& drawManager,
                         const MHWRender::MFrameContext& frameContext, const MUserData* data) override;
 
-    const MString& GetTextureName() const { return m_textureName; }
-
 private:
     bool UploadImage(const BaseNodeUserData& data);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "paint/NonCopyable.h"
+
 #include <maya/MString.h>
 #include <maya/MTime.h>
 
@@ -19,15 +21,13 @@ class Layer;
 /// Puts stored drawings into layers as frames. Their PNG bytes are checked by a full decode on two threads, a
 /// few at a time; frames are made, and bad ones reported, on the calling thread in the order in which they
 /// were added. A frame keeps its checked bytes and unpacks them when it is first shown.
-class DrawingLoader {
+class DrawingLoader : private NonCopyable {
 public:
     enum class Report { Errors, Nothing };
 
     explicit DrawingLoader(Report report);
     /// Finishes first.
     ~DrawingLoader();
-    DrawingLoader(const DrawingLoader&) = delete;
-    DrawingLoader& operator=(const DrawingLoader&) = delete;
 
     /// `index` is the frame's place in its layer as stored. The layer has to live until Finish.
     void AddHex(Layer& layer, int index, const MTime& time, MString hex);

@@ -62,9 +62,8 @@ double GateSizeOf(const OverlayCamera& camera, double width, double height) {
 void OverlayGeometry::Update(const OverlayCamera& camera, int width, int height) {
     m_width = width;
     m_height = height;
-    m_gateSize = Truncate(GateSizeOf(camera, width, height));
-    m_halfSize = static_cast<float>(m_gateSize) * 0.5f;
-    m_displaySize = static_cast<float>(m_gateSize);
+    m_displaySize = static_cast<float>(Truncate(GateSizeOf(camera, width, height)));
+    m_halfSize = m_displaySize * 0.5f;
     m_center = MPoint(width * 0.5, height * 0.5, 0.0, 1.0);
     m_panZoomActive = camera.panZoomEnabled && !Settings::ignore2dPanZoom;
     if (m_panZoomActive) {

@@ -29,13 +29,9 @@ public:
     void ClearPan();
 
     bool IsPanZoomActive() const { return m_panZoomActive; }
-    /// Side of the square at zoom 1, and the side that is shown; view pixels.
-    int GateSize() const { return m_gateSize; }
-    float DisplaySize() const { return m_displaySize; }
+    /// Half the side of the square that is shown, view pixels.
     float HalfSize() const { return m_halfSize; }
     const MPoint& Center() const { return m_center; }
-    /// By how much the pan moves the square off the middle of the view, to the left and down.
-    const MPoint& PanOffset() const { return m_panOffset; }
     /// View pixels to an image pixel.
     float Scale() const;
 
@@ -47,11 +43,10 @@ public:
 private:
     int m_width = 0;
     int m_height = 0;
-    int m_gateSize = 0;
     float m_halfSize = 0.0f;
-    float m_displaySize = 0.0f;
+    float m_displaySize = 0.0f; ///< side of the square that is shown, view pixels
     MPoint m_center;
-    MPoint m_panOffset;
+    MPoint m_panOffset; ///< by how much the pan moves the square off the middle, to the left and down
     bool m_panZoomActive = false;
 };
 

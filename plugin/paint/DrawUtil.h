@@ -26,7 +26,6 @@ class BrushGrid;
 class DrawUtil {
 public:
     // --- whole strokes
-    // -----------------------------------------------------------------------------------------
 
     /// Clears the image and draws a shape or text stroke into it; other tools leave the image empty.
     /// `editing` frames the text that is being typed.
@@ -40,7 +39,6 @@ public:
     static QRect DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool);
 
     // --- shapes, text and transform, through a painter on the image
-    // ------------------------------------------------
 
     static void DrawLine(QPainter& painter, const QList<StrokePoint>& points, const QColor& color);
     static void DrawArrow(QPainter& painter, const QList<StrokePoint>& points, const QColor& color);
@@ -63,8 +61,32 @@ public:
     /// Euclidean distance of two points.
     static float Distance(int x0, int y0, int x1, int y1);
 
-    // --- freehand segments
-    // --------------------------------------------------------------------------------------
+    // --- PNG
+
+    /// What PNG bytes would become.
+    enum class PngContent {
+        Undecodable, ///< no PNG, a damaged one, or one with a side above 8192 pixels
+        OtherSize,   ///< decodes, but not to 1024 x 1024
+        LayerSize,   ///< decodes to 1024 x 1024
+    };
+
+    /// Encodes the image as PNG; a failure (a null image) leaves `packed` empty.
+    static void PackPngBuffer(const QImage& image, QByteArray& packed);
+
+    /// Decodes PNG bytes into a 1024 x 1024 `Format_RGBA8888` image. A picture of another size is placed at
+    /// the top left and cropped. What cannot be decoded leaves a null image; returns whether it could.
+    static bool UnpackPngBuffer(const QByteArray& packed, QImage& image);
+
+    /// Tells whether UnpackPngBuffer would succeed, and whether the picture has the size of a layer already.
+    /// Decodes the bytes to know.
+    static PngContent CheckPngBuffer(const QByteArray& packed);
+
+    /// Makes sure that `packed` holds a decodable PNG of 1024 x 1024: packs a picture of another size anew.
+    /// Returns false, and leaves the bytes as they are, if they cannot be decoded.
+    static bool NormalisePngBuffer(QByteArray& packed);
+
+    // --- freehand segments and the brush grid
+    // Part of the interface for scripts and other tools; not called here.
 
     /// Walks one segment with Bresenham's algorithm and stamps the grid along it.
     static void DrawFreehandSegment(QImage& image, int x0, int y0, int x1, int y1, int size, float opacity0,
@@ -75,9 +97,6 @@ public:
     static void DrawFreehandSegmentBrush(QImage& image, int x0, int y0, int x1, int y1, int size,
                                          ToolType tool, float opacity0, float opacity1, float hardness,
                                          bool first);
-
-    // --- the brush grid
-    // ----------------------------------------------------------------------------------------------
 
     /// Builds the grid of a soft brush: sizes up to 19 get one pixel more radius and 40 % of the opacity.
     static void UpdateBrushGrid(int size, float radius, float opacity, ToolType tool);
@@ -102,31 +121,6 @@ public:
 
     /// Clears every alpha under the grid.
     static void EraseGrid(QImage& image, int x0, int y0, int x1, int y1);
-
-    // --- PNG
-    // ---------------------------------------------------------------------------------------------------------
-
-    /// What PNG bytes would become.
-    enum class PngContent {
-        Undecodable, ///< no PNG, a damaged one, or one with a side above 8192 pixels
-        OtherSize,   ///< decodes, but not to 1024 x 1024
-        LayerSize,   ///< decodes to 1024 x 1024
-    };
-
-    /// Encodes the image as PNG; a failure (a null image) leaves `packed` empty.
-    static void PackPngBuffer(const QImage& image, QByteArray& packed);
-
-    /// Decodes PNG bytes into a 1024 x 1024 `Format_RGBA8888` image. A picture of another size is placed at
-    /// the top left and cropped. What cannot be decoded leaves a null image; returns whether it could.
-    static bool UnpackPngBuffer(const QByteArray& packed, QImage& image);
-
-    /// Tells whether UnpackPngBuffer would succeed, and whether the picture has the size of a layer already.
-    /// Decodes the bytes to know.
-    static PngContent CheckPngBuffer(const QByteArray& packed);
-
-    /// Makes sure that `packed` holds a decodable PNG of 1024 x 1024: packs a picture of another size anew.
-    /// Returns false, and leaves the bytes as they are, if they cannot be decoded.
-    static bool NormalisePngBuffer(QByteArray& packed);
 };
 
 } // namespace vellix

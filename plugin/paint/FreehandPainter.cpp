@@ -107,6 +107,19 @@ void FreehandPainter::WalkBresenham(const SegmentClip& segment, Visit visit) {
     }
 }
 
+// Visits the places of the stamps: the start of the segment, then every tenth of the size along it. Those
+// that do not reach the image are left out.
+template <typename Stamp>
+void FreehandPainter::WalkStamps(const SegmentClip& segment, int size, Stamp stamp) {
+    const int spacing = std::max(size / 10, 1);
+    int walked = 0;
+    WalkBresenham(segment, [&](int x, int y, float opacity) {
+        if (walked++ % spacing == 0 && StampReaches(m_view, x, y)) {
+            stamp(x, y, opacity);
+        }
+    });
+}
+
 // Column 0 is never painted here.
 void FreehandPainter::SinglePixels(const SegmentClip& segment, ToolType tool) {
     WalkBresenham(segment, [&](int x, int y, float opacity) {
@@ -124,12 +137,7 @@ void FreehandPainter::SinglePixels(const SegmentClip& segment, ToolType tool) {
 void FreehandPainter::HardStamps(const SegmentClip& segment, int size, ToolType tool) {
     const float radius = 0.5f * float(size);
     const int half = (size + 1) / 2;
-    const int spacing = std::max(size / 10, 1);
-    int walked = 0;
-    WalkBresenham(segment, [&](int x, int y, float opacity) {
-        if (walked++ % spacing != 0 || !StampReaches(m_view, x, y)) {
-            return;
-        }
+    WalkStamps(segment, size, [&](int x, int y, float opacity) {
         m_grid.UpdateGridWu(0.0f, radius, opacity, tool);
         if (tool == ToolType::Eraser) {
             m_grid.Erase(m_view, x - half, y - half, x + half + 1, y + half + 1);
@@ -144,15 +152,9 @@ void FreehandPainter::BrushStamps(const SegmentClip& segment, int size) {
     const float widened = !small ? 0.0f : size <= 2 ? 1.5f : size == 3 ? 1.25f : 1.0f;
     const float radius = 0.5f * float(size) + widened;
     const int half = (size + 1) / 2;
-    const int spacing = std::max(size / 10, 1);
-    int walked = 0;
-    WalkBresenham(segment, [&](int x, int y, float opacity) {
-        const bool firstStamp = walked == 0;
-        if (walked++ % spacing != 0 || !StampReaches(m_view, x, y)) {
-            return;
-        }
+    WalkStamps(segment, size, [&](int x, int y, float opacity) {
         m_grid.UpdateGridWu(0.0f, radius, small ? 0.4f * opacity : opacity, ToolType::Brush);
-        if (small && firstStamp) {
+        if (small && QPoint(x, y) == segment.from) {
             m_grid.Raise(m_view, x - half, y - half, x + half + 1, y + half + 1);
         } else {
             m_grid.Add(m_view, x - half, y - half, x + half + 1, y + half + 1, opacity, 1.0f);

@@ -3,7 +3,7 @@
 #include "paint/BrushGrid.h"
 #include "paint/PixelView.h"
 #include "paint/SegmentClip.h"
-#include "paint/StrokePoint.h"
+#include "paint/Stroke.h"
 
 #include <QRect>
 
@@ -39,6 +39,8 @@ private:
     void WuLine(SegmentClip segment);
     template <typename Visit>
     static void WalkBresenham(const SegmentClip& segment, Visit visit);
+    template <typename Stamp>
+    void WalkStamps(const SegmentClip& segment, int size, Stamp stamp);
     void SinglePixels(const SegmentClip& segment, ToolType tool);
     void HardStamps(const SegmentClip& segment, int size, ToolType tool);
     void BrushStamps(const SegmentClip& segment, int size);

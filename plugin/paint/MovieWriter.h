@@ -1,5 +1,7 @@
 #pragma once
 
+#include "paint/NonCopyable.h"
+
 #include <QImage>
 #include <QProcess>
 #include <QString>
@@ -11,7 +13,7 @@ namespace vellix {
 /// all: it grows in a file beside the one that was asked for, which is replaced when all of it is there.
 /// Transparent parts are white, and a size that is odd gets a row or a column more, since movies hold
 /// neither.
-class MovieWriter {
+class MovieWriter : private NonCopyable {
 public:
     /// The kinds of movies, by the ending of the file's name.
     static const QStringList SUFFIXES;
@@ -20,8 +22,6 @@ public:
     MovieWriter(const QString& path, double rate);
     /// Ends the program and takes back what is not finished.
     ~MovieWriter();
-    MovieWriter(const MovieWriter&) = delete;
-    MovieWriter& operator=(const MovieWriter&) = delete;
 
     /// Where ffmpeg is, or an empty string.
     static QString FindEncoder();

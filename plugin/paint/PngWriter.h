@@ -1,5 +1,7 @@
 #pragma once
 
+#include "paint/NonCopyable.h"
+
 #include <QImage>
 #include <QMutex>
 #include <QSemaphore>
@@ -12,13 +14,11 @@ namespace vellix {
 
 /// Writes images as PNG files, several at a time on threads of its own. Every file is written whole or not at
 /// all: the old file stays until the new one is complete.
-class PngWriter {
+class PngWriter : private NonCopyable {
 public:
     PngWriter();
     /// Waits for what is still being written.
     ~PngWriter();
-    PngWriter(const PngWriter&) = delete;
-    PngWriter& operator=(const PngWriter&) = delete;
 
     /// Takes an image on, for one file or several that are to be the same, waiting while as many as can be
     /// held in memory are still unwritten. False, with nothing taken on, once a file could not be written.

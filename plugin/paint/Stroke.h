@@ -1,14 +1,23 @@
 #pragma once
 
-#include "paint/StrokePoint.h"
 #include "paint/ToolType.h"
 
 #include <QColor>
 #include <QList>
+#include <QPoint>
 #include <QRect>
 #include <QString>
+#include <QtGlobal>
 
 namespace vellix {
+
+/// One sample of a stroke.
+struct StrokePoint {
+    qint32 size = 1;       ///< tool size in image pixels: diameter, pen width of a shape, point size of text
+    float opacity = 1.0f;  ///< 0..1, tablet pressure included
+    float hardness = 1.0f; ///< 0..1, inner radius of the brush fall-off
+    QPoint position;       ///< image pixels, y down
+};
 
 /// A drawing gesture in progress: the samples of the pointer and the settings of the tool.
 struct Stroke {

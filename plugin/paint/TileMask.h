@@ -39,14 +39,6 @@ public:
         return std::all_of(m_rows.begin(), m_rows.end(), [](quint64 row) { return row == 0; });
     }
 
-    int TileCount() const {
-        int count = 0;
-        for (const quint64 row : m_rows) {
-            count += int(qPopulationCount(row));
-        }
-        return count;
-    }
-
     TileMask& operator|=(const TileMask& other) {
         for (int row = 0; row < COUNT; ++row) {
             m_rows[row] |= other.m_rows[row];

@@ -23,6 +23,11 @@ float fpart_(float x);
 /// 1 - fpart_(x)
 float rfpart_(float x);
 
+/// An anti-aliased line one pixel wide, both end pixels at full coverage. It is walked from end to end.
+void drawLineWu(const PixelView& view, int x0, int y0, int x1, int y1, float c);
+
+// Part of the interface for scripts and other tools; not called here.
+
 /// Raises the alpha of a pixel to truncate(c * 255), never lowers it.
 void plot_(QImage& image, int x, int y, float c);
 
@@ -36,9 +41,7 @@ void fillPlot(QImage& image, int cx, int cy, int xmax, int y, float r, float c);
 /// A disc with the fall-off of fillPlot. Radii above 65536 are drawn as 65536.
 void drawCircleWu(QImage& image, int cx, int cy, float r, float c);
 
-/// An anti-aliased line one pixel wide, both end pixels at full coverage. On an image the line is first cut
-/// as SegmentClip says; on a view it is walked from end to end.
+/// The same line, first cut as SegmentClip says.
 void drawLineWu(QImage& image, int x0, int y0, int x1, int y1, float c);
-void drawLineWu(const PixelView& view, int x0, int y0, int x1, int y1, float c);
 
 } // namespace vellix

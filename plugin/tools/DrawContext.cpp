@@ -4,6 +4,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "paint/ScopeExit.h"
 #include "paint/Stroke.h"
 #include "tools/ThreadManager.h"
 
@@ -155,8 +156,8 @@ MStatus DrawContext::doRelease(MEvent& event, MHWRender::MUIDrawManager& drawMan
 
 MStatus DrawContext::Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
     m_drawManager = &drawManager;
+    const ScopeExit ended([this] { m_drawManager = nullptr; });
     (this->*form)(event);
-    m_drawManager = nullptr;
     return MS::kSuccess;
 }
 

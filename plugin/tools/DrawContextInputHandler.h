@@ -63,7 +63,6 @@ public Q_SLOTS:
     void ShowToolbox();
     void ShowToolOptions();
     void ShowLayerManager();
-    void ShowColorPalette();
     void ShowRetimingTool();
     void TransformTool();
     void SetTimelineDisplayOn();
@@ -80,6 +79,9 @@ public Q_SLOTS:
     void DeleteActiveLayer();
     void DeleteActiveCameraLayers();
     void ClearAll();
+
+    // Part of the interface for scripts and other tools; not called here.
+    void ShowColorPalette();
 
 protected:
     void ForgetHeldKeys() override;

@@ -52,12 +52,12 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
     stroke->color = Settings::activeColor;
 
-    m_thread = new QThread;
-    m_worker = new InputWorker(*view, stroke->tool);
-    connect(this, &ThreadManager::RunInputWorker, m_worker, &InputWorker::Run);
-    connect(this, &ThreadManager::ShutdownInputWorker, m_worker, &InputWorker::Shutdown);
-    connect(m_worker, &InputWorker::MousePositionChanged, this, &ThreadManager::OnMousePositionChanged);
-    m_worker->moveToThread(m_thread);
+    m_thread = std::make_unique<QThread>();
+    m_worker = std::make_unique<InputWorker>(*view, stroke->tool);
+    connect(this, &ThreadManager::RunInputWorker, m_worker.get(), &InputWorker::Run);
+    connect(this, &ThreadManager::ShutdownInputWorker, m_worker.get(), &InputWorker::Shutdown);
+    connect(m_worker.get(), &InputWorker::MousePositionChanged, this, &ThreadManager::OnMousePositionChanged);
+    m_worker->moveToThread(m_thread.get());
     m_thread->start(QThread::InheritPriority);
     m_active = true;
     Q_EMIT RunInputWorker();
@@ -82,22 +82,20 @@ void ThreadManager::DestroyInputThread() {
     if (m_thread != nullptr) {
         Q_EMIT ShutdownInputWorker();
         const bool ended = m_thread->wait(LONGEST_WAIT);
-        disconnect(m_worker, nullptr, this, nullptr);
-        disconnect(this, nullptr, m_worker, nullptr);
+        disconnect(m_worker.get(), nullptr, this, nullptr);
+        disconnect(this, nullptr, m_worker.get(), nullptr);
         // They would join the next stroke.
         QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
-        if (ended) {
-            delete m_worker;
-            delete m_thread;
-        } else {
+        if (!ended) {
             // A thread that runs cannot be deleted; it goes when it ends.
-            connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
-            connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
-            m_late.emplace_back(m_thread);
+            QThread* const late = m_thread.release();
+            connect(late, &QThread::finished, m_worker.release(), &QObject::deleteLater);
+            connect(late, &QThread::finished, late, &QObject::deleteLater);
+            m_late.emplace_back(late);
         }
     }
-    m_worker = nullptr;
-    m_thread = nullptr;
+    m_worker.reset();
+    m_thread.reset();
     m_node = BaseNodePointer();
     m_stroke = nullptr;
     m_widget.clear();

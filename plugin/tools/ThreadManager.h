@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <memory>
 #include <vector>
 
 class QThread;
@@ -60,8 +61,8 @@ private:
     M3dView m_view;
     StrokeSmoother m_smoother;
     QTimer m_catchUp;
-    QThread* m_thread = nullptr;
-    InputWorker* m_worker = nullptr;
+    std::unique_ptr<QThread> m_thread;
+    std::unique_ptr<InputWorker> m_worker;
     bool m_active = false;
     /// Threads that did not end in time; each takes its worker along when it does.
     std::vector<QPointer<QThread>> m_late;

@@ -1,30 +1,20 @@
-// The transform tool: its life, its two stages, and what the pointer does in them.
-
 #include "tools/TransformContext.h"
 
-#include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
-#include "host/FrameTime.h"
 #include "host/MayaUtil.h"
-#include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "paint/ScopeExit.h"
 #include "paint/Stroke.h"
 
 #include <maya/MCursor.h>
 #include <maya/MEventMessage.h>
 
-#include <algorithm>
 #include <memory>
-#include <utility>
 
 namespace vellix {
 
 namespace {
-
-constexpr float SMALLEST_SCALE = 0.1f;
-/// By how much the scale grows with every event, for each pixel between the pointer and where it was pressed.
-constexpr float SCALE_PER_PIXEL = 0.0001f;
 
 const char* const SELECT_HELP =
     "Select region to transform and press Enter. No selection will apply transform to entire image.";
@@ -36,10 +26,6 @@ QPoint PositionOf(const MEvent& event) {
     short y = 0;
     event.getPosition(x, y);
     return QPoint(x, y);
-}
-
-float AtLeastSmallest(float scale) {
-    return scale <= SMALLEST_SCALE ? SMALLEST_SCALE : scale;
 }
 
 } // namespace
@@ -63,11 +49,10 @@ void TransformContext::toolOnSetup(MEvent&) {
     m_inputHandler.SetEventFilterEnabled(true);
     m_inputHandler.SetTransformContext(this);
     m_stage = SELECT_STAGE;
-    m_camera.clear();
-    m_corners.fill(QPoint());
+    m_selection.Forget();
     m_invalid = false;
-    m_copy = false;
-    m_outlineShown = m_outlineDrawn = false;
+    m_clipboard.SetCopy(false);
+    m_outline.Forget();
     BaseNode::SetActiveTransformContext(this);
     for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
         m_callbacks.append(MEventMessage::addEventCallback(event, OnSceneChanged, this));
@@ -92,7 +77,7 @@ void TransformContext::toolOffCleanup() {
 
 void TransformContext::OnSceneChanged(void* context) {
     auto* const self = static_cast<TransformContext*>(context);
-    if (!self->m_camera.isEmpty()) {
+    if (self->m_selection.HasBegun()) {
         self->deleteAction();
     }
 }
@@ -100,7 +85,7 @@ void TransformContext::OnSceneChanged(void* context) {
 /// A node that was deleted with an outline on it may have come back.
 void TransformContext::OnUndoRedo(void* context) {
     auto* const self = static_cast<TransformContext*>(context);
-    if (!self->m_outlineShown) {
+    if (!self->m_outline.IsShown()) {
         self->SetSelectionOutlineDrawnByNodeEnabled(false);
     }
 }
@@ -149,12 +134,39 @@ void TransformContext::abortAction() {
     MayaUtil::Draw();
 }
 
+bool TransformContext::InitializeSelectStage(bool paste) {
+    BaseNode* node = BaseNode::GetMaster();
+    if (node == nullptr) {
+        return false;
+    }
+    m_selection.Begin(*node);
+    m_transformation = Transformation();
+    m_clipboard.Begin(paste);
+    const bool isPrepared = !paste || m_clipboard.PrepareToPaste(*node, m_selection.GetCamera());
+    const bool hasLayer = m_selection.TakeActiveLayer(*node);
+    m_invalid = !isPrepared || !hasLayer;
+    if (m_invalid) {
+        return false;
+    }
+    const QString& camera = m_selection.GetCamera();
+    if (node->GetActiveCamera() != camera) {
+        SetSelectionOutlineDrawnByNodeEnabled(false);
+        MayaUtil::SetActiveLayer(camera, node->GetActiveLayerIndex(camera));
+    }
+    return true;
+}
+
+bool TransformContext::BeginSelection() {
+    const bool hasBegun = m_selection.HasBegun() && !m_invalid && m_selection.GetNode() != nullptr;
+    return hasBegun || InitializeSelectStage(false);
+}
+
 bool TransformContext::EnterTransformStage(bool changes) {
     if (!BeginSelection()) {
         return false;
     }
-    BaseNode* node = GetSelectionNode();
-    if (node == nullptr || (changes && !node->MayChangeActiveLayer(m_camera))) {
+    BaseNode* node = m_selection.GetNode();
+    if (node == nullptr || (changes && !node->MayChangeActiveLayer(m_selection.GetCamera()))) {
         return false;
     }
     FollowView(*node);
@@ -165,102 +177,86 @@ bool TransformContext::EnterTransformStage(bool changes) {
     return true;
 }
 
+void TransformContext::PreprocessSelection() {
+    m_transformation.Reset(); // the button may still be down with which the selection was dragged out
+    ReorderSelectionPoints();
+    BaseNode* node = m_selection.GetNode();
+    Stroke* stroke = node != nullptr ? node->GetActiveStroke(m_selection.GetCamera(), true) : nullptr;
+    if (stroke == nullptr) {
+        return;
+    }
+    if (m_selection.IsPoint() && !m_clipboard.IsPasting()) {
+        m_selection.SelectAll(*node);
+    } else {
+        m_selection.Locate(*node);
+    }
+    stroke->tool = ToolType::Transform;
+    stroke->selection = m_selection.GetRegion();
+    stroke->freshSelection = true;
+    m_clipboard.ApplyTo(*stroke);
+    stroke->changed = true;
+    RefreshView();
+}
+
 void TransformContext::Commit() {
-    BaseNode* node = GetSelectionNode();
-    if (node == nullptr || !SelectionIsCurrent() || !HasStroke(*node) || !PushStroke()) {
+    BaseNode* node = m_selection.GetNode();
+    if (node == nullptr || !m_selection.IsCurrent() || m_selection.FindStroke(*node) == nullptr ||
+        !PushStroke()) {
         CancelStroke();
     }
-    m_cut = m_copy = m_paste = false;
-    m_pasteLayer = -1;
-    m_pasteFrameCreated = false;
+    m_clipboard.End();
     ForgetOutline();
     MayaUtil::ActivateTransformTool();
 }
 
 bool TransformContext::PushStroke() {
-    return !m_camera.isEmpty() && MayaUtil::PushStroke(m_camera, m_pasteLayer, m_pasteFrameCreated);
+    return m_selection.HasBegun() &&
+           MayaUtil::PushStroke(m_selection.GetCamera(), m_clipboard.GetCreatedLayer(),
+                                m_clipboard.IsFrameCreated());
 }
 
 void TransformContext::CancelStroke() {
+    const QString& camera = m_selection.GetCamera();
     // The node may have been deleted since, and come back with an undo.
-    if (const std::shared_ptr<LayerManager> layers = m_layers.lock()) {
+    if (const std::shared_ptr<LayerManager> layers = m_selection.GetLayers()) {
         layers->CancelActiveStroke();
-        RemoveWhatPasteCreated(*layers);
+        const int changed = m_clipboard.RemoveCreated(*layers, camera, m_selection.GetLayer());
+        BaseNode* node = changed >= 0 ? m_selection.GetNode() : nullptr;
+        if (node != nullptr) {
+            node->OnFramesChanged(camera, changed);
+        }
     }
     if (BaseNode* node = BaseNode::GetMaster()) {
         node->CancelActiveStroke();
-        if (!m_camera.isEmpty()) {
-            node->ForceCacheUpdate(m_camera, node->GetActiveLayerIndex(m_camera));
+        if (m_selection.HasBegun()) {
+            node->ForceCacheUpdate(camera, node->GetActiveLayerIndex(camera));
         }
         node->RefreshActiveView();
     }
-    m_pasteLayer = -1;
-    m_pasteFrameCreated = false;
-}
-
-void TransformContext::RemoveWhatPasteCreated(LayerManager& layers) {
-    if (m_pasteLayer < 0 && !m_pasteFrameCreated) {
-        return;
-    }
-    // Others may have moved the layer, removed it or made another one active since.
-    const QList<Layer*> stack = layers.GetLayers(m_camera);
-    const int index = static_cast<int>(
-        std::find_if(stack.begin(), stack.end(), [&](const Layer* layer) { return layer == m_layer; }) -
-        stack.begin());
-    if (index == stack.size()) {
-        return;
-    }
-    Layer* layer = stack[index];
-    if (m_pasteFrameCreated && layer->GetState() != LayerState::Locked) {
-        const bool isStatic = layer->GetState() == LayerState::Static;
-        delete layer->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime)
-                                           : m_pasteFrameTime);
-    }
-    if (m_pasteLayer >= 0) {
-        delete layers.RemoveLayer(m_camera, index);
-    }
-    if (BaseNode* node = GetSelectionNode()) {
-        node->OnFramesChanged(m_camera, index);
-    }
+    m_clipboard.ForgetCreated();
 }
 
 // --- the pointer ------------------------------------------------------------------------------------------
 
-namespace {
-
-/// Lends the draw manager to the context for the length of an event.
-class DrawManagerScope {
-public:
-    DrawManagerScope(MHWRender::MUIDrawManager*& holder, MHWRender::MUIDrawManager& manager)
-        : m_holder(holder) {
-        m_holder = &manager;
-    }
-    ~DrawManagerScope() { m_holder = nullptr; }
-    DrawManagerScope(const DrawManagerScope&) = delete;
-    DrawManagerScope& operator=(const DrawManagerScope&) = delete;
-
-private:
-    MHWRender::MUIDrawManager*& m_holder;
-};
-
-} // namespace
-
 MStatus TransformContext::doPress(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                                   const MHWRender::MFrameContext&) {
-    const DrawManagerScope scope(m_drawManager, drawManager);
-    return doPress(event);
+    return Handle(&TransformContext::doPress, event, drawManager);
 }
 
 MStatus TransformContext::doRelease(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                                     const MHWRender::MFrameContext&) {
-    const DrawManagerScope scope(m_drawManager, drawManager);
-    return doRelease(event);
+    return Handle(&TransformContext::doRelease, event, drawManager);
 }
 
 MStatus TransformContext::doDrag(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                                  const MHWRender::MFrameContext&) {
-    const DrawManagerScope scope(m_drawManager, drawManager);
-    return doDrag(event);
+    return Handle(&TransformContext::doDrag, event, drawManager);
+}
+
+MStatus TransformContext::Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
+    m_outline.SetDrawManager(&drawManager);
+    const ScopeExit ended([this] { m_outline.SetDrawManager(nullptr); });
+    return (this->*form)(event);
 }
 
 MStatus TransformContext::doPress(MEvent& event) {
@@ -274,7 +270,7 @@ MStatus TransformContext::doPress(MEvent& event) {
 }
 
 MStatus TransformContext::doDrag(MEvent& event) {
-    if (m_invalid || !IsSelectionView()) {
+    if (m_invalid || !m_selection.IsInActiveView()) {
         return MS::kSuccess;
     }
     if (m_stage == TRANSFORM_STAGE) {
@@ -291,18 +287,16 @@ MStatus TransformContext::doRelease(MEvent&) {
         return MS::kFailure;
     }
     if (m_stage == TRANSFORM_STAGE) {
-        return IsSelectionView() ? MS::kSuccess : MS::kFailure;
+        return m_selection.IsInActiveView() ? MS::kSuccess : MS::kFailure;
     }
-    BaseNode* node = GetSelectionNode();
+    BaseNode* node = m_selection.GetNode();
     if (node == nullptr) {
         return MS::kSuccess;
     }
     ReorderSelectionPoints();
-    m_placement = PlacementIn(*node, m_view);
-    m_region = RegionOf(*node, m_corners);
-    m_outline = m_corners;
-    m_outlineShown = m_corners[0] != m_corners[2];
-    SetSelectionOutlineDrawnByNodeEnabled(m_outlineShown);
+    m_selection.Locate(*node);
+    m_outline.Place(m_selection.GetCorners(), !m_selection.IsPoint());
+    SetSelectionOutlineDrawnByNodeEnabled(m_outline.IsShown());
     RefreshView();
     return MS::kSuccess;
 }
@@ -310,22 +304,21 @@ MStatus TransformContext::doRelease(MEvent&) {
 void TransformContext::PressInSelectStage(const QPoint& position) {
     ForgetOutline();
     if (InitializeSelectStage(false)) {
-        m_corners.fill(position);
+        m_selection.SetCorners({{position, position, position, position}});
         DrawSelectionOutline();
     }
 }
 
 void TransformContext::DragInSelectStage(const QPoint& position) {
-    m_corners[1].setY(position.y());
-    m_corners[2] = position;
-    m_corners[3].setX(position.x());
+    m_selection.StretchTo(position);
     DrawSelectionOutline();
 }
 
 void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& position) {
-    m_dragMode = DragMode::None;
-    BaseNode* node = GetSelectionNode();
-    if (node == nullptr || !SelectionIsCurrent() || !HasStroke(*node)) {
+    using DragMode = Transformation::DragMode;
+    m_transformation.EndDrag();
+    BaseNode* node = m_selection.GetNode();
+    if (node == nullptr || !m_selection.IsCurrent() || m_selection.FindStroke(*node) == nullptr) {
         m_invalid = true;
         return;
     }
@@ -335,89 +328,191 @@ void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& 
         return; // it is neither the left one nor the middle one
     }
     FollowView(*node);
-    const auto x = static_cast<float>(position.x());
-    const auto y = static_cast<float>(position.y());
     if (button == MEvent::kMiddleMouse) {
-        m_dragMode = DragMode::Scale;
-        m_scaleAnchorX = x - m_transformation.scaleX;
-        m_scaleAnchorY = y - m_transformation.scaleY;
-    } else if (event.isModifierShift()) {
-        m_dragMode = DragMode::Rotate;
-        m_rotateAnchor = x - m_transformation.rotation;
+        m_transformation.BeginDrag(DragMode::Scale, position);
     } else {
-        m_dragMode = DragMode::Translate;
-        m_translateAnchor = position - m_transformation.moveOffset;
+        m_transformation.BeginDrag(event.isModifierShift() ? DragMode::Rotate : DragMode::Translate,
+                                   position);
     }
 }
 
 void TransformContext::DragInTransformStage(const MEvent& event, const QPoint& position) {
-    BaseNode* node = GetSelectionNode();
+    BaseNode* node = m_selection.GetNode();
     if (node == nullptr) {
         return;
     }
-    switch (m_dragMode) {
-    case DragMode::Translate:
-        Translate(*node, position);
-        break;
-    case DragMode::Rotate:
-        m_transformation.rotation = static_cast<float>(position.x()) - m_rotateAnchor;
-        break;
-    case DragMode::Scale:
-        Scale(position, !event.isModifierShift());
-        break;
-    case DragMode::None:
-        return;
+    const auto offsetInImage = [&](const QPoint& from, const QPoint& to) {
+        return m_selection.OffsetInImage(*node, from, to);
+    };
+    if (m_transformation.DragTo(position, !event.isModifierShift(), offsetInImage)) {
+        UpdateStroke();
+        TransformSelectionOutline();
     }
-    UpdateStroke();
-    TransformSelectionOutline();
 }
 
-void TransformContext::Translate(BaseNode& node, const QPoint& position) {
-    node.UpdateOverlayValues(m_view);
-    m_transformation.moveOffset = position - m_translateAnchor;
-    m_transformation.translation =
-        node.ScreenCoordsToTexCoords(position) - node.ScreenCoordsToTexCoords(m_translateAnchor);
-}
-
-void TransformContext::Scale(const QPoint& position, bool uniform) {
-    const float growthX = (static_cast<float>(position.x()) - m_scaleAnchorX) * SCALE_PER_PIXEL;
-    const float growthY = (static_cast<float>(position.y()) - m_scaleAnchorY) * SCALE_PER_PIXEL;
-    Transformation& to = m_transformation;
-    to.scaleX += growthX;
-    to.scaleY = uniform ? to.scaleX : to.scaleY + growthY;
-    to.scaleX = AtLeastSmallest(to.scaleX);
-    to.scaleY = AtLeastSmallest(to.scaleY);
+void TransformContext::ReorderSelectionPoints() {
+    m_selection.Reorder();
 }
 
 void TransformContext::FlipHorizontal() {
-    m_flipHorizontal = !m_flipHorizontal;
+    m_transformation.FlipHorizontal();
     UpdateStroke();
 }
 
 void TransformContext::FlipVertical() {
-    m_flipVertical = !m_flipVertical;
+    m_transformation.FlipVertical();
     UpdateStroke();
 }
 
 void TransformContext::UpdateStroke() {
-    BaseNode* node = GetSelectionNode();
-    if (node == nullptr || !HasStroke(*node)) {
+    BaseNode* node = m_selection.GetNode();
+    Stroke* stroke = node != nullptr ? m_selection.FindStroke(*node) : nullptr;
+    if (stroke == nullptr) {
         return;
     }
-    Stroke* stroke = node->GetActiveStroke(m_camera, false);
     if (stroke->freshSelection) {
-        node->GetFinalImage(m_camera); // lifts the region, or what is pasted, while the stroke says which
+        // Lifts the region, or what is pasted, while the stroke says which.
+        node->GetFinalImage(m_selection.GetCamera());
     }
-    const Transformation& by = m_transformation;
-    stroke->offsetX = by.translation.x();
-    stroke->offsetY = by.translation.y();
-    stroke->rotation = by.rotation;
-    stroke->scaleX = static_cast<double>(m_flipHorizontal ? -by.scaleX : by.scaleX);
-    stroke->scaleY = static_cast<double>(m_flipVertical ? -by.scaleY : by.scaleY);
+    m_transformation.ApplyTo(*stroke);
     stroke->freshSelection = false;
     stroke->pasted = false;
     stroke->changed = true;
     RefreshView();
+}
+
+// --- the menu: a copy, cutting, copying and pasting -------------------------------------------------------
+
+void TransformContext::Transform(bool copy) {
+    if (m_stage != SELECT_STAGE || !BeginSelection()) {
+        return;
+    }
+    m_clipboard.SetCopy(copy);
+    if (!EnterTransformStage(true)) {
+        m_clipboard.SetCopy(false);
+    } else if (copy) {
+        RememberCopiedRectangle(); // the duplicate is what can be pasted from now on
+    }
+}
+
+void TransformContext::Copy(bool keep) {
+    if (m_stage != SELECT_STAGE || !BeginSelection()) {
+        return;
+    }
+    m_clipboard.SetCopy(true);
+    if (!EnterTransformStage(keep)) {
+        m_clipboard.SetCut(false);
+        m_clipboard.SetCopy(false);
+        return;
+    }
+    RememberCopiedRectangle();
+    if (keep) {
+        completeAction();
+    } else {
+        deleteAction();
+    }
+}
+
+void TransformContext::Cut() {
+    if (m_stage != SELECT_STAGE || !BeginSelection()) {
+        return;
+    }
+    m_clipboard.SetCut(true);
+    Copy(true);
+}
+
+bool TransformContext::PasteAvailable() const {
+    const BaseNode* node = BaseNode::GetMaster();
+    return node != nullptr && m_clipboard.HasCopied() && node->PasteTransformImageAvailable();
+}
+
+void TransformContext::Paste(bool andTransform, const QPoint& position) {
+    if (m_stage != SELECT_STAGE || !PasteAvailable()) {
+        return;
+    }
+    if (!InitializeSelectStage(true)) {
+        CancelStroke(); // a layer may have been created that cannot be pasted into
+        return;
+    }
+    // As large as it was copied, in the image; in the view as it is now.
+    const float scale = m_selection.MeasureScale(*BaseNode::GetMaster());
+    const QPoint leftTop(position.x(), m_selection.GetView().portHeight() - position.y());
+    m_selection.SetCorners(m_clipboard.PlaceAt(leftTop, scale));
+    completeAction();
+    if (!andTransform && m_stage == TRANSFORM_STAGE) {
+        completeAction();
+    }
+}
+
+void TransformContext::RememberCopiedRectangle() {
+    const BaseNode* node = m_selection.GetNode();
+    const Layer* layer = node != nullptr ? node->GetActiveLayer(m_selection.GetCamera()) : nullptr;
+    if (layer != nullptr && layer->GetCurrentFrame() != nullptr && m_selection.GetScale() > 0.0f) {
+        m_clipboard.Remember(m_selection.GetCorners(), m_selection.GetScale());
+    }
+}
+
+// --- what is seen -----------------------------------------------------------------------------------------
+
+void TransformContext::TransformSelectionOutline() {
+    m_outline.Show(m_selection.GetView(), m_transformation.Map(m_selection.GetCorners()));
+    // In Viewport 2.0 that one is gone with the next event; the node's, beside it, stays.
+    SetSelectionOutlineDrawnByNodeEnabled(true);
+}
+
+void TransformContext::DrawSelectionOutline() {
+    m_outline.Show(m_selection.GetView(), m_selection.GetCorners());
+}
+
+void TransformContext::DrawSelectionOutline(int x0, int y0, int x1, int y1, int x2, int y2, int x3, int y3) {
+    m_outline.Draw(m_selection.GetView(), {{QPoint(x0, y0), QPoint(x1, y1), QPoint(x2, y2), QPoint(x3, y3)}});
+}
+
+void TransformContext::SetSelectionOutlineDrawnByNodeEnabled(bool enabled) {
+    BaseNode* node = enabled ? m_selection.GetNode() : BaseNode::GetMaster();
+    if (node == nullptr) {
+        return;
+    }
+    if (enabled) {
+        m_outline.ShowByNode(*node, m_selection);
+    } else {
+        node->ClearTransformOutline();
+    }
+}
+
+void TransformContext::ForgetOutline() {
+    m_outline.Hide();
+    SetSelectionOutlineDrawnByNodeEnabled(false);
+    RefreshView();
+}
+
+void TransformContext::OnViewDrawn(const M3dView& view) {
+    const bool isShown = m_outline.IsShown() && view.widget() == m_selection.GetView().widget();
+    BaseNode* node = isShown ? m_selection.GetNode() : nullptr;
+    if (node == nullptr) {
+        return;
+    }
+    if (LocateSelectionAgain(*node)) {
+        m_outline.MoveTo(m_transformation.Map(m_selection.GetCorners()));
+    }
+    m_outline.DrawAnew(view);
+}
+
+bool TransformContext::LocateSelectionAgain(BaseNode& node) {
+    if (!m_selection.LocateAgain(node)) {
+        return false;
+    }
+    m_transformation.SetViewScale(m_selection.GetScale());
+    return true;
+}
+
+void TransformContext::FollowView(BaseNode& node) {
+    if (m_selection.FollowActiveView()) {
+        m_outline.Erase();
+    }
+    if (LocateSelectionAgain(node)) {
+        TransformSelectionOutline();
+    }
 }
 
 void TransformContext::RefreshView() {

@@ -17,9 +17,9 @@ namespace vellix {
 
 namespace {
 
-constexpr int MARGIN = 16;
-constexpr int SPACING = 10;
-constexpr int ICON_SIDE = 48;
+constexpr int ABOUT_MARGIN = 16;
+constexpr int ABOUT_SPACING = 10;
+constexpr int ABOUT_ICON_SIDE = 48;
 constexpr double TITLE_SCALE = 1.7;
 /// A plug-in lies at most that deep below the folder that has the documentation.
 constexpr int MOST_LEVELS = 4;
@@ -41,8 +41,8 @@ AboutDialog::AboutDialog(const QString& pluginFolder, QWidget* parent)
     setWindowTitle(QStringLiteral("About %1").arg(Settings::APPLICATION_TITLE));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
-    column->setSpacing(SPACING);
+    column->setContentsMargins(ABOUT_MARGIN, ABOUT_MARGIN, ABOUT_MARGIN, ABOUT_MARGIN);
+    column->setSpacing(ABOUT_SPACING);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTitle());
     AddText(*column,
@@ -99,8 +99,8 @@ QLayout* AboutDialog::CreateTitle() {
     texts->addWidget(title);
     texts->addWidget(new QLabel(QStringLiteral("Version %1").arg(Settings::VERSION_STRING)));
     auto* row = new QHBoxLayout;
-    row->setSpacing(SPACING);
-    row->addWidget(new IconView(Icon::Brush, ICON_SIDE));
+    row->setSpacing(ABOUT_SPACING);
+    row->addWidget(new IconView(Icon::Brush, ABOUT_ICON_SIDE));
     row->addLayout(texts, 1);
     return row;
 }

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int SWATCH_COUNT = 16;
 constexpr int ROW_COUNT = 2;
-constexpr int MARGIN = 2;
+constexpr int PALETTE_MARGIN = 2;
 
 } // namespace
 
@@ -32,14 +32,14 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     connect(this, &QWidget::customContextMenuRequested, this, &ColorPaletteDialog::ShowMenu);
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
-    column->setSpacing(MARGIN);
+    column->setContentsMargins(PALETTE_MARGIN, PALETTE_MARGIN, PALETTE_MARGIN, PALETTE_MARGIN);
+    column->setSpacing(PALETTE_MARGIN);
     column->setSizeConstraint(QLayout::SetFixedSize);
     QHBoxLayout* rows[ROW_COUNT];
     for (QHBoxLayout*& row : rows) {
         row = new QHBoxLayout;
         row->setContentsMargins(0, 0, 0, 0);
-        row->setSpacing(MARGIN);
+        row->setSpacing(PALETTE_MARGIN);
         column->addLayout(row);
     }
     // In a group the arrow keys go to the swatch that lies in their direction.

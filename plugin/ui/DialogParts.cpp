@@ -10,13 +10,13 @@ namespace vellix {
 
 namespace {
 
-constexpr int SPACING = 6;
+constexpr int BUTTON_SPACING = 6;
 
 } // namespace
 
 QHBoxLayout* CreateDialogButtons(QDialog& dialog, std::function<void()> apply) {
     auto* row = new QHBoxLayout;
-    row->setSpacing(SPACING);
+    row->setSpacing(BUTTON_SPACING);
     row->addStretch();
     auto* ok = new QPushButton(QStringLiteral("OK"));
     auto* cancel = new QPushButton(QStringLiteral("Cancel"));

@@ -7,8 +7,8 @@ namespace vellix {
 
 namespace {
 
-constexpr int SIDE = 24;
-constexpr double RADIUS = 2.0;
+constexpr int FLAT_SIDE = 24;
+constexpr double FLAT_RADIUS = 2.0;
 
 } // namespace
 
@@ -27,7 +27,7 @@ void FlatButton::SetColor(const QColor& color) {
 }
 
 QSize FlatButton::sizeHint() const {
-    return QSize(SIDE, SIDE);
+    return QSize(FLAT_SIDE, FLAT_SIDE);
 }
 
 void FlatButton::paintEvent(QPaintEvent* /*event*/) {
@@ -44,7 +44,7 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/) {
     const double inset = isDown() ? 2.0 : width / 2;
     painter.setPen(QPen(edge, width));
     painter.setBrush(m_color.isValid() && isEnabled() ? QBrush(m_color) : QBrush(Qt::NoBrush));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), RADIUS, RADIUS);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), FLAT_RADIUS, FLAT_RADIUS);
 }
 
 } // namespace vellix

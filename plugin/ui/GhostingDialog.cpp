@@ -16,8 +16,8 @@ namespace vellix {
 
 namespace {
 
-constexpr int MARGIN = 6;
-constexpr int LEAST_WIDTH = 300;
+constexpr int GHOSTING_MARGIN = 6;
+constexpr int GHOSTING_LEAST_WIDTH = 300;
 
 QSpinBox* CreateCount(int count, const QString& toolTip) {
     const int least = Settings::MIN_GHOSTED_FRAMES;
@@ -46,7 +46,7 @@ QHBoxLayout* CreateRow(QWidget* previous, QWidget* next) {
     nextLabel->setBuddy(next);
     row->addWidget(previousLabel);
     row->addWidget(previous);
-    row->addSpacing(2 * MARGIN);
+    row->addSpacing(2 * GHOSTING_MARGIN);
     row->addWidget(nextLabel);
     row->addWidget(next);
     row->addStretch();
@@ -75,7 +75,7 @@ GhostingDialog::GhostingDialog(QWidget* parent)
     setObjectName(QStringLiteral("qmVxGhosting"));
     setWindowTitle(QStringLiteral("Ghosting Settings"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
-    setMinimumWidth(LEAST_WIDTH);
+    setMinimumWidth(GHOSTING_LEAST_WIDTH);
     m_previousCount->setObjectName(QStringLiteral("qmVxGhostingPreviousCount"));
     m_nextCount->setObjectName(QStringLiteral("qmVxGhostingNextCount"));
     m_colorOverride->setObjectName(QStringLiteral("qmVxGhostingColorOverride"));
@@ -83,7 +83,7 @@ GhostingDialog::GhostingDialog(QWidget* parent)
     m_colorOverride->setToolTip(QStringLiteral("Show ghosts in these colors instead of their own"));
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    column->setContentsMargins(GHOSTING_MARGIN, GHOSTING_MARGIN, GHOSTING_MARGIN, GHOSTING_MARGIN);
     column->addWidget(CreateFramesGroup());
     column->addWidget(CreateColorGroup());
     column->addStretch();

@@ -15,7 +15,6 @@ public:
     HostColorField(const QString& controlName, const QSize& size, const QString& toolTip,
                    QWidget* parent = nullptr);
 
-    bool IsMade() const { return m_isMade; }
     /// Does nothing when the host shows that colour already, or has no control.
     void SetColor(const QColor& color);
     /// Invalid when the host cannot be asked.

@@ -9,8 +9,8 @@ namespace vellix {
 
 namespace {
 
-constexpr int MARGIN = 4;
-constexpr double RADIUS = 3.0;
+constexpr int ICON_MARGIN = 4;
+constexpr double CORNER_RADIUS = 3.0;
 /// The height of a line in a font of usual size, pixels.
 constexpr int USUAL_LINE = 16;
 
@@ -31,7 +31,7 @@ int IconButton::IconSide() const {
 }
 
 QSize IconButton::sizeHint() const {
-    const int side = IconSide() + 2 * MARGIN;
+    const int side = IconSide() + 2 * ICON_MARGIN;
     return QSize(side, side);
 }
 
@@ -44,13 +44,13 @@ void IconButton::paintEvent(QPaintEvent* /*event*/) {
     if (filled) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(isDown() ? colors.highlight().color().darker(120) : colors.highlight().color());
-        painter.drawRoundedRect(area, RADIUS, RADIUS);
+        painter.drawRoundedRect(area, CORNER_RADIUS, CORNER_RADIUS);
     } else if (isEnabled() && underMouse()) {
         QColor hover = colors.buttonText().color();
         hover.setAlphaF(0.12);
         painter.setPen(Qt::NoPen);
         painter.setBrush(hover);
-        painter.drawRoundedRect(area, RADIUS, RADIUS);
+        painter.drawRoundedRect(area, CORNER_RADIUS, CORNER_RADIUS);
     }
     const int side = IconSide();
     QRect place(0, 0, side, side);
@@ -62,7 +62,7 @@ void IconButton::paintEvent(QPaintEvent* /*event*/) {
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(filled ? colors.highlightedText().color() : colors.highlight().color(), 1.0));
-        painter.drawRoundedRect(area.adjusted(1, 1, -1, -1), RADIUS, RADIUS);
+        painter.drawRoundedRect(area.adjusted(1, 1, -1, -1), CORNER_RADIUS, CORNER_RADIUS);
     }
 }
 

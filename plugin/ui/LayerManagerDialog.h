@@ -19,11 +19,13 @@ public:
 
     void Clear() override;
     void Fill(const QList<LayerManagerRow>& rows, const QString& activeCamera, int activeIndex) override;
-    /// Adds a layer on top of its camera's.
-    void AppendLayer(const LayerManagerRow& row);
     /// -1 for no layer.
     void SetActive(const QString& camera, int index);
     int LayerCount(const QString& camera) const;
+
+    // Part of the interface for scripts and other tools; not called here.
+    /// Adds a layer on top of its camera's.
+    void AppendLayer(const LayerManagerRow& row);
 
 public Q_SLOTS:
     /// Shows at once what it was told.

@@ -8,8 +8,8 @@ namespace vellix {
 
 namespace {
 
-const int SIDE = 24;
-const int MARGIN = 2; // between the icon and the button's edge
+const int PLAIN_SIDE = 24;
+const int PLAIN_MARGIN = 2; // between the icon and the button's edge
 
 } // namespace
 
@@ -23,7 +23,7 @@ PlainIconButton::PlainIconButton(const QIcon& icon, const QString& toolTip, QWid
 }
 
 QSize PlainIconButton::sizeHint() const {
-    return {SIDE, SIDE};
+    return {PLAIN_SIDE, PLAIN_SIDE};
 }
 
 void PlainIconButton::SetDimmed(bool dimmed) {
@@ -35,8 +35,8 @@ void PlainIconButton::SetDimmed(bool dimmed) {
 
 void PlainIconButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    icon().paint(&painter, rect().adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN), Qt::AlignCenter,
-                 m_dimmed || !isEnabled() ? QIcon::Disabled : QIcon::Normal);
+    icon().paint(&painter, rect().adjusted(PLAIN_MARGIN, PLAIN_MARGIN, -PLAIN_MARGIN, -PLAIN_MARGIN),
+                 Qt::AlignCenter, m_dimmed || !isEnabled() ? QIcon::Disabled : QIcon::Normal);
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
         FocusFrame::Draw(painter, rect(), palette());
     }

@@ -18,10 +18,10 @@ namespace vellix {
 
 namespace {
 
-constexpr int MARGIN = 8;
-constexpr int SPACING = 6;
-constexpr int ICON_SIDE = 24;
-constexpr int LEAST_WIDTH = 240;
+constexpr int OPTIONS_MARGIN = 8;
+constexpr int OPTIONS_SPACING = 6;
+constexpr int OPTIONS_ICON_SIDE = 24;
+constexpr int OPTIONS_LEAST_WIDTH = 240;
 /// Characters of a font's name that are seen in the narrowest panel.
 constexpr int LEAST_FONT_LENGTH = 12;
 
@@ -40,7 +40,7 @@ void ToolOptionsDialog::Row::SetShown(bool shown) const {
 
 ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Tool Options"), Settings::toolOptionsGeometry, parent)
-    , m_icon(new IconView(Icon::Brush, ICON_SIDE))
+    , m_icon(new IconView(Icon::Brush, OPTIONS_ICON_SIDE))
     , m_name(new QLabel)
     , m_size(new NumberSlider(QStringLiteral("qmVxToolOptionsSize")))
     , m_opacity(CreatePercent(QStringLiteral("qmVxToolOptionsOpacity"), 1,
@@ -50,7 +50,7 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     , m_pressure(new QCheckBox(QStringLiteral("Tablet pressure")))
     , m_font(new QFontComboBox) {
     setObjectName(QStringLiteral("qmVxToolOptions"));
-    setMinimumWidth(LEAST_WIDTH);
+    setMinimumWidth(OPTIONS_LEAST_WIDTH);
     m_pressure->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
     m_font->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
     m_pressure->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
@@ -60,8 +60,8 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     m_font->setInsertPolicy(QComboBox::NoInsert);
 
     auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
-    grid->setSpacing(SPACING);
+    grid->setContentsMargins(OPTIONS_MARGIN, OPTIONS_MARGIN, OPTIONS_MARGIN, OPTIONS_MARGIN);
+    grid->setSpacing(OPTIONS_SPACING);
     grid->setColumnStretch(1, 1);
     grid->addLayout(CreateHeader(), 0, 0, 1, 2);
     AddRow(*grid, QStringLiteral("Size"), m_size);
@@ -87,7 +87,7 @@ QLayout* ToolOptionsDialog::CreateHeader() {
     font.setBold(true);
     m_name->setFont(font);
     auto* header = new QHBoxLayout;
-    header->setSpacing(SPACING);
+    header->setSpacing(OPTIONS_SPACING);
     header->addWidget(m_icon);
     header->addWidget(m_name, 1);
     return header;

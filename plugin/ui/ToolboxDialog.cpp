@@ -21,8 +21,8 @@ namespace vellix {
 
 namespace {
 
-constexpr int MARGIN = 6;
-constexpr int SPACING = 2;
+constexpr int TOOLBOX_MARGIN = 6;
+constexpr int TOOLBOX_SPACING = 2;
 constexpr int GROUP_SPACING = 5;
 constexpr int ICON_SIZE = 24;
 /// Every row of the panel keeps to the same columns.
@@ -44,7 +44,7 @@ protected:
 
 QGridLayout* CreateGrid() {
     auto* grid = new QGridLayout;
-    grid->setSpacing(SPACING);
+    grid->setSpacing(TOOLBOX_SPACING);
     for (int column = 0; column < COLUMN_COUNT; ++column) {
         grid->setColumnStretch(column, 1);
     }
@@ -57,7 +57,7 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Toolbox"), Settings::toolboxGeometry, parent) {
     setObjectName(QStringLiteral("qmVxToolbox"));
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    column->setContentsMargins(TOOLBOX_MARGIN, TOOLBOX_MARGIN, TOOLBOX_MARGIN, TOOLBOX_MARGIN);
     column->setSpacing(GROUP_SPACING);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
@@ -72,7 +72,7 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     column->addWidget(new Separator);
     column->addLayout(CreateGhostsAndLayers());
     RefreshOptions();
-    AddColors(*colors, column->sizeHint().width() - 2 * MARGIN);
+    AddColors(*colors, column->sizeHint().width() - 2 * TOOLBOX_MARGIN);
 
     // The host's own tools are taken without a word to the plug-in.
     m_callbacks.append(MEventMessage::addEventCallback(
@@ -110,10 +110,10 @@ QLayout* ToolboxDialog::CreateTools() {
 }
 
 void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
-    row.setSpacing(SPACING);
+    row.setSpacing(TOOLBOX_SPACING);
     IconButton* palette = CreateButton(Icon::Palette, "Palette", QStringLiteral("Color palette"),
                                        MayaUtil::ShowColorPaletteDialog);
-    const QSize size(width - palette->sizeHint().width() - SPACING, COLOR_HEIGHT);
+    const QSize size(width - palette->sizeHint().width() - TOOLBOX_SPACING, COLOR_HEIGHT);
     m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), size,
                                  QStringLiteral("Color to draw with; click to choose another one"));
     m_color->setObjectName(QStringLiteral("qmVxToolboxColor"));
@@ -133,8 +133,8 @@ void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
 
 QLayout* ToolboxDialog::CreateOptions() {
     auto* grid = new QGridLayout;
-    grid->setSpacing(SPACING);
-    grid->setHorizontalSpacing(MARGIN);
+    grid->setSpacing(TOOLBOX_SPACING);
+    grid->setHorizontalSpacing(TOOLBOX_MARGIN);
     m_size = new NumberSlider(QStringLiteral("qmVxToolboxSize"));
     m_opacity = new NumberSlider(QStringLiteral("qmVxToolboxOpacity"));
     m_opacity->SetUp(1, 100, QStringLiteral(" %"), QStringLiteral("Opacity of the active tool"));

@@ -7,12 +7,17 @@
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
 
+#include <QString>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 namespace vellix {
+
+/// The camera that a new scene looks through.
+const QString PERSP = QStringLiteral("persp");
 
 /// A test in the running host: starts with an empty scene, and keeps what the host would show.
 class PluginTest : public ::testing::Test {

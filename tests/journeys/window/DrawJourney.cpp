@@ -11,9 +11,6 @@
 
 namespace {
 
-constexpr unsigned DOWN = 0xff54;
-constexpr unsigned RIGHT = 0xff53;
-
 class DrawJourney : public ::testing::Test {
 protected:
     DrawJourney() {
@@ -121,7 +118,9 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
 
     // The layer's item, Transform, and in the menu of tools after the pencil and the brush the eraser.
     m_program->Click(At(50, 50), RunningLightbox::Right);
-    for (const unsigned key : {DOWN, DOWN, DOWN, RIGHT, DOWN, DOWN}) {
+    for (const unsigned key :
+         {RunningLightbox::ArrowDown, RunningLightbox::ArrowDown, RunningLightbox::ArrowDown,
+          RunningLightbox::ArrowRight, RunningLightbox::ArrowDown, RunningLightbox::ArrowDown}) {
         m_program->Type(key);
     }
     m_program->Type(RunningLightbox::Return);

@@ -9,11 +9,8 @@ using ::testing::HasSubstr;
 
 namespace {
 
-constexpr unsigned DOWN = 0xff54;
-constexpr unsigned RIGHT = 0xff53;
-
 /// "camera: name state, name state; camera: ..." from the bottom of each stack; an item of the main menu.
-const char* const HELPERS = R"(
+const char* const LAYER_HELPERS = R"(
 global proc string journeyLayers() {
     string $text;
     string $camera;
@@ -42,7 +39,7 @@ global proc string journeySubMenu(string $menu, string $label) {
 
 class LayersJourney : public ::testing::Test {
 protected:
-    LayersJourney() { m_folder.Write("helpers.mel", HELPERS); }
+    LayersJourney() { m_folder.Write("helpers.mel", LAYER_HELPERS); }
 
     QStringList Arguments(const QStringList& more = {}) const {
         return more + QStringList{"-script", m_folder.Path("helpers.mel")};
@@ -107,7 +104,8 @@ TEST_F(LayersJourney, LayersAreMadeArrangedRetimedAndFoundAgain) {
         // Sky goes to the front camera: the second camera of the layer's menu, behind its own name.
         program.Click(program.Place("qmVxLayer_persp_1").center(), RunningLightbox::Right);
         RunningLightbox::Rest(200);
-        for (const unsigned key : {DOWN, DOWN, RIGHT, DOWN}) {
+        for (const unsigned key : {RunningLightbox::ArrowDown, RunningLightbox::ArrowDown,
+                                   RunningLightbox::ArrowRight, RunningLightbox::ArrowDown}) {
             program.Type(key);
         }
         program.Type(RunningLightbox::Return);

@@ -16,6 +16,8 @@ public:
     enum Key : unsigned {
         Return = 0xff0d,
         Escape = 0xff1b,
+        ArrowRight = 0xff53,
+        ArrowDown = 0xff54,
         Shift = 0xffe1,
         Control = 0xffe3,
         Alt = 0xffe9,

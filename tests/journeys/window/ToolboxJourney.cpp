@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr unsigned DOWN = 0xff54;
 const char* const GHOST_COUNTS = "qmVellixUtil -q -ghostPreviousCount";
 
 class ToolboxJourney : public ::testing::Test {
@@ -65,7 +64,7 @@ TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
         EXPECT_TRUE(program.Becomes("qmVellixUtil -q -ghostNext", "1"));
         program.Click(program.Place("qmVxToolboxGhostPrevious").center(), RunningLightbox::Right);
         for (int item = 0; item < 3; ++item) {
-            program.Type(DOWN);
+            program.Type(RunningLightbox::ArrowDown);
         }
         program.Type(RunningLightbox::Return);
         const QRect count = program.Place("qmVxGhostingPreviousCount");

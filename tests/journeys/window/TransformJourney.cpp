@@ -23,7 +23,6 @@ enum InSelectStage {
 enum InTransformStage { ApplyItem = 1, RevertItem, FlipHorizontalItem, FlipVerticalItem };
 
 constexpr unsigned BACKSPACE = 0xff08;
-constexpr unsigned DOWN = 0xff54;
 
 class TransformJourney : public ::testing::Test {
 protected:
@@ -52,8 +51,8 @@ protected:
     void Menu(int item) {
         m_program->Click(At(-130, -95), RunningLightbox::Right); // pasted from there
         for (int i = 0; i < item; ++i) {
-            m_program->Hold(DOWN);
-            m_program->LetGo(DOWN);
+            m_program->Hold(RunningLightbox::ArrowDown);
+            m_program->LetGo(RunningLightbox::ArrowDown);
         }
         m_program->Type(RunningLightbox::Return);
     }

@@ -15,7 +15,7 @@ namespace {
 constexpr int LAST_FRAME = 12;
 
 /// The drawings' frames, found by stepping; an item of a menu, found by its label.
-const char* const HELPERS = R"(
+const char* const WINDOW_HELPERS = R"(
 global proc string journeyFrames() {
     undoInfo -stateWithoutFlush false;
     float $now = `currentTime -q`;
@@ -53,7 +53,7 @@ void MakeScene(const Lightbox& folder) {
     folder.Write("squares.json", QByteArray(R"({"format": "vellix-strokes", "version": 1, "size": 1024,
                                                 "strokes": [)") +
                                      strokes.join(",").toUtf8() + "]}");
-    folder.Write("helpers.mel", HELPERS);
+    folder.Write("helpers.mel", WINDOW_HELPERS);
     folder.RunScript(
         "playbackOptions -ast 1 -aet 12 -min 1 -max 12; qmVellixNode -l -c persp -ln \"Rough\" -ls 0;"
         "qmVellixReplay -file \"squares.json\" -camera persp; qmVellixFrame -stepForward persp;"

@@ -9,8 +9,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::IsEmpty;
 
-const QString PERSP = QStringLiteral("persp");
-
 class NodeCommandTest : public PluginTest {
 protected:
     std::string Selected() { return Ask("stringArrayToString(`ls -selection`, \" \")"); }

@@ -13,7 +13,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::IsEmpty;
 
-const QString PERSP = QStringLiteral("persp");
 const QString TOP = QStringLiteral("top");
 
 class StrokeCommandTest : public PluginTest {

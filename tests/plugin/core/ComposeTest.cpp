@@ -103,7 +103,7 @@ TEST_F(ComposeTest, SeesEveryChange) {
              active->GetImage(-1)->fill(QColor(90, 9, 0, 30));
              active->ForceCacheUpdate();
          }},
-        {"a key that is a ghost", [=] { delete active->RemoveFrame(At(6)); }},
+        {"a key that is a ghost", [=] { active->RemoveFrame(At(6)); }},
         {"a new key", [this] { manager.AddFrame(camera, At(6)); }},
         {"packing a ghost",
          [=] {
@@ -111,7 +111,7 @@ TEST_F(ComposeTest, SeesEveryChange) {
              active->ForceCacheUpdate();
          }},
         {"moving a layer", [this] { manager.MoveLayer(camera, 1, 2); }},
-        {"removing a layer", [this] { delete manager.RemoveLayer(camera, 1); }},
+        {"removing a layer", [this] { manager.RemoveLayer(camera, 1); }},
         {"a layer from elsewhere", [=] { manager.MoveLayer(other, 0, camera, 0); }},
         {"ghosting",
          [this] {

@@ -74,7 +74,7 @@ TEST_F(LayerManagerTest, PassesTheActiveFlagOnWhenALayerGoes) {
         qDeleteAll(old);
         AddLayers(camera, {"A", "B", "C", "D"});
         manager.SetActiveLayer(camera, c.active, true);
-        Layer* removed = manager.RemoveLayer(camera, c.removed);
+        Layer* removed = manager.RemoveLayer(camera, c.removed).release();
         EXPECT_EQ(Names(camera), c.left);
         EXPECT_EQ(manager.InsertLayer(camera, c.removed, removed), c.removed);
         EXPECT_EQ(manager.GetActiveLayerIndex(camera), c.active) << "it comes back as it went";
@@ -85,7 +85,7 @@ TEST_F(LayerManagerTest, PassesTheActiveFlagOnWhenALayerGoes) {
 TEST_F(LayerManagerTest, ForgetsACameraWithItsLastLayer) {
     AddLayers(camera, {"A"});
     EXPECT_NE(manager.GetFlattenedImage(camera), nullptr);
-    std::unique_ptr<Layer> removed(manager.RemoveLayer(camera, 0));
+    std::unique_ptr<Layer> removed = manager.RemoveLayer(camera, 0);
     EXPECT_EQ(manager.GetFlattenedImage(camera), nullptr);
     EXPECT_EQ(manager.GetActiveLayer(camera), nullptr);
     manager.InsertLayer(camera, 0, removed.release());

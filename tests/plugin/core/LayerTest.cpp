@@ -88,10 +88,10 @@ TEST_F(LayerTest, RemovesFramesToTheCaller) {
     AddKeys({1, 5, 9});
     MayaUtil::SetPlaybackTime(9);
     EXPECT_EQ(layer.RemoveFrame(At(4)), nullptr);
-    const std::unique_ptr<Frame> removed(layer.RemoveFrame(At(5.5)));
+    const std::unique_ptr<Frame> removed = layer.RemoveFrame(At(5.5));
     EXPECT_EQ(TimeOf(removed.get()), 5);
     EXPECT_EQ(layer.GetCurrentFrameIndex(), 0) << "the index follows the time of the removal";
-    const std::unique_ptr<Frame> now(layer.RemoveFrame());
+    const std::unique_ptr<Frame> now = layer.RemoveFrame();
     EXPECT_EQ(TimeOf(now.get()), 9);
     EXPECT_EQ(Times(), QList<int>{1});
 }
@@ -130,7 +130,7 @@ TEST_F(LayerTest, TellsWhenItsPictureChanged) {
     changed("times", false);
     layer.AddFrame(At(50));
     changed("a key that is a ghost", true);
-    delete layer.RemoveFrame(At(50));
+    layer.RemoveFrame(At(50));
     changed("a ghost that goes", true);
     layer.RemoveAllFrames();
     changed("no keys", true);
@@ -174,7 +174,7 @@ TEST_F(LayerTest, SetsAsManyTimesAsItHas) {
     EXPECT_EQ(Times(), (QList<int>{2, 6, 9}));
     layer.SetFrameTimes({2, 9, 9, 40});
     EXPECT_EQ(Times(), (QList<int>{2, 9})) << "a time is listed once";
-    const std::unique_ptr<Frame> copy(layer.GetFrameCopy(At(2)));
+    const std::unique_ptr<Frame> copy = layer.GetFrameCopy(At(2));
     EXPECT_EQ(TimeOf(copy.get()), 2);
     EXPECT_NE(copy.get(), layer.GetFrame(0));
     EXPECT_EQ(layer.GetFrameCopy(At(3)), nullptr);

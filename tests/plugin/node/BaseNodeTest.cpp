@@ -20,8 +20,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const QString PERSP = QStringLiteral("persp");
-
 class BaseNodeTest : public PluginTest {
 protected:
     std::string Path(const char* name) const { return m_folder.path().toStdString() + "/" + name; }

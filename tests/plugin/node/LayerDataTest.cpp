@@ -18,8 +18,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const QString PERSP = QStringLiteral("persp");
-
 class LayerDataTest : public PluginTest {
 protected:
     LayerDataTest() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "paint/StrokePoint.h"
+#include "paint/Stroke.h"
 
 #include <QImage>
 #include <QList>

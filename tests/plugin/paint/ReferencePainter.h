@@ -1,6 +1,6 @@
 #pragma once
 
-#include "paint/StrokePoint.h"
+#include "paint/Stroke.h"
 #include "paint/ToolType.h"
 
 #include <QImage>

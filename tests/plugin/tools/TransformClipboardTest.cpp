@@ -4,8 +4,6 @@
 namespace vellix {
 namespace {
 
-const QRect QUARTERS(300, 400, 100, 60);
-
 class TransformClipboardTest : public TransformFixture {
 protected:
     static QImage Without(const QRect& region) {

@@ -19,6 +19,8 @@ class TransformFixture : public DrawingFixture {
 protected:
     static constexpr int WIDTH = 1024;
     static constexpr int HEIGHT = 600;
+    /// The four quarters of the picture.
+    static constexpr QRect QUARTERS{300, 400, 100, 60};
 
     void Begin(Renderer renderer = Renderer::Viewport2) {
         Run("qmVellixNode -l -c persp; currentTime 1; qmVellixFrame -insert");

@@ -5,8 +5,6 @@
 namespace vellix {
 namespace {
 
-const QRect QUARTERS(300, 400, 100, 60);
-
 /// What happens to the tool in the middle of things.
 class TransformLifeTest : public TransformFixture {
 protected:

@@ -5,8 +5,6 @@
 namespace vellix {
 namespace {
 
-const QRect QUARTERS(300, 400, 100, 60);
-
 class TransformToolTest : public TransformFixture {
 protected:
     /// The picture with a region moved.

@@ -7,8 +7,6 @@
 namespace vellix {
 namespace {
 
-const QRect QUARTERS(300, 400, 100, 60);
-
 /// What the tool shows, and how it gets along with what the view shows.
 class TransformViewTest : public TransformFixture {
 protected:

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace vellix {
+
+/// Base of what is neither copied nor moved.
+class NonCopyable {
+public:
+    NonCopyable(const NonCopyable&) = delete;
+    NonCopyable& operator=(const NonCopyable&) = delete;
+
+protected:
+    NonCopyable() = default;
+    ~NonCopyable() = default;
+};
+
+} // namespace vellix

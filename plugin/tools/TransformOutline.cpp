@@ -1,0 +1,119 @@
+#include "tools/TransformOutline.h"
+
+#include "node/BaseNode.h"
+
+#include <maya/MColor.h>
+#include <maya/MPoint.h>
+#include <maya/MUIDrawManager.h>
+
+#include <qopengl.h>
+
+namespace vellix {
+
+namespace {
+
+// Inverting the highest bit of green is seen on every colour, mid-grey ones too, and makes two hues of a
+// grey background at the most.
+constexpr GLubyte OUTLINE_INVERSION = 0x80;
+
+/// A closed outline along whole pixels.
+void DrawLoop(const TransformOutline::Corners& corners) {
+    constexpr float middle = 0.5f;
+    glBegin(GL_LINE_LOOP);
+    for (const QPoint& corner : corners) {
+        glVertex2f(static_cast<float>(corner.x()) + middle, static_cast<float>(corner.y()) + middle);
+    }
+    glEnd();
+}
+
+void DrawLines(MHWRender::MUIDrawManager& manager, const TransformOutline::Corners& corners) {
+    const auto point = [&](size_t corner) {
+        return MPoint(corners[corner].x(), corners[corner].y(), 0.0, 1.0);
+    };
+    manager.beginDrawable();
+    manager.setColor(MColor(1.0f, 0.0f, 0.0f, 1.0f));
+    manager.setLineWidth(1.0f);
+    for (size_t corner = 0; corner < corners.size(); ++corner) {
+        manager.line2d(point(corner), point((corner + 1) % corners.size()));
+    }
+    manager.endDrawable();
+}
+
+bool IsLegacy(const M3dView& view) {
+    MStatus status;
+    const M3dView::RendererName renderer = view.getRendererName(&status);
+    return status && renderer != M3dView::kViewport2Renderer;
+}
+
+} // namespace
+
+void TransformOutline::Show(const M3dView& view, const Corners& corners) {
+    Erase();
+    Place(corners, true);
+    Draw(view, corners);
+}
+
+void TransformOutline::Place(const Corners& corners, bool shown) {
+    m_corners = corners;
+    m_shown = shown;
+}
+
+void TransformOutline::Hide() {
+    Erase();
+    m_shown = false;
+}
+
+void TransformOutline::Erase() {
+    if (m_drawn && IsLegacy(m_drawnView)) {
+        Draw(m_drawnView, m_drawnCorners);
+    }
+    m_drawn = false;
+}
+
+void TransformOutline::Forget() {
+    m_shown = m_drawn = false;
+}
+
+void TransformOutline::Draw(const M3dView& view, const Corners& corners) {
+    if (m_drawManager != nullptr) {
+        DrawLines(*m_drawManager, corners);
+        return;
+    }
+    M3dView drawnView = view;
+    if (!IsLegacy(drawnView) || !drawnView.beginXorDrawing()) {
+        return;
+    }
+    constexpr float inversion = OUTLINE_INVERSION / 255.0f;
+    drawnView.setDrawColor(MColor(0.0f, inversion, 0.0f));
+    DrawLoop(corners);
+    drawnView.endXorDrawing();
+    m_drawn = !m_drawn;
+    m_drawnView = drawnView;
+    m_drawnCorners = corners;
+}
+
+void TransformOutline::DrawAnew(const M3dView& view) {
+    for (const GLenum capability : {GL_TEXTURE_2D, GL_LINE_SMOOTH, GL_LINE_STIPPLE}) {
+        glDisable(capability);
+    }
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_XOR);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
+    glLineWidth(1.0f);
+    glColor3ub(0, OUTLINE_INVERSION, 0);
+    DrawLoop(m_corners);
+    m_drawn = true;
+    m_drawnView = view;
+    m_drawnCorners = m_corners;
+}
+
+void TransformOutline::ShowByNode(BaseNode& node, TransformSelection& selection) const {
+    Corners right = m_corners;
+    for (QPoint& corner : right) {
+        corner += QPoint(1, 0); // the node's outline lies one pixel to the right
+    }
+    const Corners pixels = selection.InImage(node, right);
+    node.SetTransformOutline(selection.GetCamera(), pixels[0], pixels[1], pixels[2], pixels[3]);
+}
+
+} // namespace vellix
