@@ -19,13 +19,13 @@ namespace {
 
 CommandRegistry::Function Whole(CommandRegistry::Function function) {
     return [function = std::move(function)](CommandCall& call) {
-        std::optional<UndoQueue::Attempt> attempt;
+        std::optional<UndoQueue::Transaction> transaction;
         if (!ReaderOf(call)) {
-            attempt.emplace(call.GetHost().undo());
+            transaction.emplace(call.GetHost().undo());
         }
         Value result = function(call);
-        if (attempt) {
-            attempt->Commit();
+        if (transaction) {
+            transaction->Commit();
         }
         return result;
     };

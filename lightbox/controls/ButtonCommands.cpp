@@ -1,9 +1,9 @@
 // button, iconTextButton, symbolButton, shelfButton and the like.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QPushButton>

@@ -1,9 +1,9 @@
 // frameLayout and scrollLayout.
 
 #include "controls/CollapsibleFrame.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QLayout>

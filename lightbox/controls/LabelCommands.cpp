@@ -1,9 +1,9 @@
 // text, separator, image, picture.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QFontDatabase>

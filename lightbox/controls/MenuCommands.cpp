@@ -1,10 +1,10 @@
 // menu, popupMenu, menuBarLayout.
 
 #include "controls/BoxLayoutControl.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlMenu.h"
 #include "controls/ControlRegistry.h"
 #include "controls/MenuControl.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 

@@ -1,8 +1,8 @@
 // progressBar and progressWindow.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/SyntaxBuilder.h"
 

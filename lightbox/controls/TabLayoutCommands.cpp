@@ -1,9 +1,9 @@
 // tabLayout, shelfTabLayout and shelfLayout.
 
 #include "controls/BoxLayoutControl.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 

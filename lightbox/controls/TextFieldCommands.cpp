@@ -1,9 +1,9 @@
 // textField, textFieldGrp, textFieldButtonGrp, scrollField.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/GroupControl.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QLineEdit>

@@ -1,8 +1,8 @@
 // checkBox, radioButton, radioCollection and their kind with pictures.
 
-#include "controls/ControlCommands.h"
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
+#include "controls/Registration.h"
 #include "controls/ToggleFlags.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"

@@ -1,8 +1,8 @@
 // window, showWindow, windowPref, toggleWindowVisibility.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "controls/WindowControl.h"
 #include "mel/SyntaxBuilder.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mel/Frame.h"
+#include "mel/CallFrame.h"
 #include "mel/Value.h"
 #include "scene/NonCopyable.h"
 
@@ -19,16 +19,16 @@ public:
         , type(resultType) {}
     virtual ~Expression() = default;
 
-    virtual Value Evaluate(Frame& frame) const = 0;
+    virtual Value Evaluate(CallFrame& frame) const = 0;
     /// The value converted. Faster than Evaluate() for expressions of that type.
-    virtual int EvaluateInt(Frame& frame) const { return Evaluate(frame).AsInt(); }
-    virtual double EvaluateFloat(Frame& frame) const { return Evaluate(frame).AsFloat(); }
-    virtual bool EvaluateTruth(Frame& frame) const { return Evaluate(frame).AsBool(); }
+    virtual int EvaluateInt(CallFrame& frame) const { return Evaluate(frame).AsInt(); }
+    virtual double EvaluateFloat(CallFrame& frame) const { return Evaluate(frame).AsFloat(); }
+    virtual bool EvaluateTruth(CallFrame& frame) const { return Evaluate(frame).AsBool(); }
     /// For its effects only.
-    virtual void Run(Frame& frame) const { Evaluate(frame); }
+    virtual void Run(CallFrame& frame) const { Evaluate(frame); }
 
     /// Marks this as what runs, so that an error names its place.
-    void Mark(Frame& frame) const { frame.offset = offset; }
+    void Mark(CallFrame& frame) const { frame.offset = offset; }
 
     const std::uint32_t offset;
     const Type type;

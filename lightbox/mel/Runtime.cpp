@@ -24,7 +24,7 @@ namespace lightbox::mel {
 namespace {
 
 /// Calls deeper than this are taken for an endless recursion.
-constexpr int MaximumCallDepth = 2000;
+constexpr int MAX_CALL_DEPTH = 2000;
 
 const char* StackPosition() {
 #if defined(__GNUC__)
@@ -169,7 +169,7 @@ Value Runtime::CallProcedure(const Procedure& procedure, std::vector<Value>& arg
         // Arrays of the same type are handed over by reference.
         variables.Get()[i] = Converted(std::move(arguments[i]), procedure.parameters[i].type);
     }
-    Frame frame{*this, *procedure.source, variables.Get()};
+    CallFrame frame{*this, *procedure.source, variables.Get()};
     try {
         procedure.body->Execute(frame);
     } catch (Error& error) {
@@ -226,7 +226,7 @@ Value Runtime::Converted(Value value, Type type) {
     return value.ConvertedTo(type);
 }
 
-void Runtime::Locate(Error& error, const Frame& frame) {
+void Runtime::Locate(Error& error, const CallFrame& frame) {
     if (!error.HasPlace()) {
         int line = 0;
         int column = 0;
@@ -252,8 +252,8 @@ void Runtime::ReportCaught(const Error& error, bool isQuiet, int before) {
 }
 
 void Runtime::CheckCallDepth() const {
-    if (callDepth_ >= MaximumCallDepth) {
-        throw Error("Stack overflow: calls are nested more than " + std::to_string(MaximumCallDepth) +
+    if (callDepth_ >= MAX_CALL_DEPTH) {
+        throw Error("Stack overflow: calls are nested more than " + std::to_string(MAX_CALL_DEPTH) +
                     " deep.");
     }
     CheckStack();

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "mel/ArgumentForm.h"
+#include "mel/CallFrame.h"
 #include "mel/CommandRegistry.h"
-#include "mel/Frame.h"
 #include "mel/GlobalVariables.h"
 #include "mel/Procedure.h"
 #include "mel/SlotStack.h"
-#include "mel/Spelling.h"
 #include "mel/Value.h"
 #include "scene/NonCopyable.h"
 
@@ -28,7 +28,7 @@ class Interpreter;
 struct CallArguments {
     std::vector<Value> values;
     /// How each was written; null for a function call, where all are computed.
-    const std::vector<Spelling>* spellings = nullptr;
+    const std::vector<ArgumentForm>* forms = nullptr;
 };
 
 /// What a name stands for where it is called: a procedure or a command. A procedure is kept by its name's
@@ -69,7 +69,7 @@ public:
     /// The value as a variable of the type takes it; warns when a text is no number.
     Value Converted(Value value, Type type);
     /// Adds the place of what runs to an error that has none.
-    static void Locate(Error& error, const Frame& frame);
+    static void Locate(Error& error, const CallFrame& frame);
 
     void Warn(const std::string& message);
     /// Errors that were shown so far.

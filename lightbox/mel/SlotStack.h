@@ -45,14 +45,14 @@ private:
         std::unique_ptr<Value[]> values;
         std::size_t size = 0;
     };
-    static constexpr std::size_t BlockSize = 1024;
+    static constexpr std::size_t BLOCK_SIZE = 1024;
 
     Value* Take(std::size_t count) {
         if (blocks_.empty() || used_ + count > blocks_[block_].size) {
             block_ += blocks_.empty() ? 0 : 1;
             used_ = 0;
             if (block_ == blocks_.size() || blocks_[block_].size < count) {
-                const std::size_t size = count > BlockSize ? count : BlockSize;
+                const std::size_t size = count > BLOCK_SIZE ? count : BLOCK_SIZE;
                 // Blocks behind this one are free: only what is in use has to stay where it is.
                 blocks_.resize(block_);
                 blocks_.push_back({std::make_unique<Value[]>(size), size});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mel/Frame.h"
+#include "mel/CallFrame.h"
 #include "mel/Value.h"
 #include "scene/NonCopyable.h"
 
@@ -20,9 +20,9 @@ public:
         : offset(sourceOffset) {}
     virtual ~Statement() = default;
 
-    virtual Flow Execute(Frame& frame) const = 0;
+    virtual Flow Execute(CallFrame& frame) const = 0;
     /// Executes an outermost statement: expressions and declarations yield their value.
-    virtual Value ExecuteForValue(Frame& frame) const;
+    virtual Value ExecuteForValue(CallFrame& frame) const;
 
     /// True when it is the call of one command or procedure and nothing else.
     virtual bool IsCall() const { return false; }

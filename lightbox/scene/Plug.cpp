@@ -15,7 +15,7 @@ namespace lightbox {
 namespace {
 
 /// Levels of connections that are followed. Deeper is a cycle, and reads what is stored.
-constexpr int DEEPEST = 200;
+constexpr int MAX_CONNECTION_DEPTH = 200;
 
 int g_depth = 0;
 
@@ -138,7 +138,7 @@ bool Plug::IsArray() const {
 
 AttributeValue Plug::Get() const {
     const QScopedValueRollback<int> depth(g_depth, g_depth + 1);
-    if (g_depth <= DEEPEST) {
+    if (g_depth <= MAX_CONNECTION_DEPTH) {
         const Plug source = IsHeld() ? Plug() : DrivingPlug(*this);
         if (source) {
             AttributeValue value = source.Get();

@@ -25,7 +25,7 @@ bool UndoQueue::IsRecording() const {
 
 void UndoQueue::Push(std::unique_ptr<UndoItem> item) {
     const bool isRecorded = IsRecording();
-    if (attempts_ > 0 && running_ == Running::None) {
+    if (transactions_ > 0 && running_ == Running::None) {
         waiting_.push_back({std::move(item), isRecorded});
     } else {
         Pass(std::move(item), isRecorded);
@@ -61,11 +61,11 @@ void UndoQueue::TakeBack(std::size_t start) {
     }
 }
 
-UndoQueue::Attempt::~Attempt() {
+UndoQueue::Transaction::~Transaction() {
     if (!isCommitted_) {
         queue_.TakeBack(start_);
     }
-    if (--queue_.attempts_ == 0) {
+    if (--queue_.transactions_ == 0) {
         queue_.Settle();
     }
 }

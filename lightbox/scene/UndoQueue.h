@@ -54,7 +54,7 @@ public:
     /// Number of chunks kept; 0 keeps all.
     std::size_t Limit() const { return limit_; }
     void SetLimit(std::size_t limit);
-    /// Drops everything, also what an open chunk or a running attempt holds so far.
+    /// Drops everything, also what an open chunk or a running transaction holds so far.
     void Flush();
     /// Rises with every recorded edit and falls when it is undone, so that equal values mean an equal scene.
     /// A value never comes back once the edits it stood for are dropped from the redo side.
@@ -76,16 +76,16 @@ public:
     };
 
     /// The edits of one command, recorded or not. They wait in it until Commit() passes them on; without that
-    /// they are taken back when it ends, so that a command that fails has changed nothing. Attempts nest.
+    /// they are taken back when it ends, so that a command that fails has changed nothing. Transactions nest.
     /// Undoing, redoing and flushing settle what waits.
-    class Attempt : NonCopyable {
+    class Transaction : NonCopyable {
     public:
-        explicit Attempt(UndoQueue& queue)
+        explicit Transaction(UndoQueue& queue)
             : queue_(queue)
             , start_(queue.waiting_.size()) {
-            ++queue_.attempts_;
+            ++queue_.transactions_;
         }
-        ~Attempt();
+        ~Transaction();
 
         void Commit() { isCommitted_ = true; }
 
@@ -120,7 +120,7 @@ private:
     std::vector<Chunk> undone_;
     std::unique_ptr<Chunk> open_;
     std::vector<Waiting> waiting_;
-    int attempts_ = 0;
+    int transactions_ = 0;
     int explicitDepth_ = 0;
     int implicitDepth_ = 0;
     std::string openName_;

@@ -46,7 +46,7 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
         return ParseCommand(name, std::move(arguments.front()));
     }
     ExpressionPtr call = Bounded(std::make_unique<CallExpression>(
-        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<Spelling>(), &scope_));
+        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<ArgumentForm>(), &scope_));
     return ParseExpression(ParseComponents(std::move(call)));
 }
 
@@ -55,8 +55,8 @@ ExpressionPtr Parser::ParseFunctionCall(const Token& name) {
     const QScopedValueRollback<bool> outside(inBackquotes_, false);
     ExpressionList arguments = ParseExpressionList(TokenKind::RightParen);
     Expect(TokenKind::RightParen, "\")\"");
-    return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
-                                                    std::move(arguments), std::vector<Spelling>(), &scope_));
+    return Bounded(std::make_unique<CallExpression>(
+        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<ArgumentForm>(), &scope_));
 }
 
 /// catch(expression) or catch `command`
@@ -125,25 +125,25 @@ bool Parser::BeginsArgument() {
 
 ExpressionPtr Parser::ParseCommand(const Token& name, ExpressionPtr first) {
     ExpressionList arguments;
-    std::vector<Spelling> spellings;
+    std::vector<ArgumentForm> forms;
     if (first) {
         arguments.push_back(std::move(first));
-        spellings.push_back(Spelling::Computed);
+        forms.push_back(ArgumentForm::Computed);
     }
     while (!AtArgumentEnd()) {
-        Spelling spelling = Spelling::Computed;
-        arguments.push_back(ParseArgument(spelling));
-        spellings.push_back(spelling);
+        ArgumentForm form = ArgumentForm::Computed;
+        arguments.push_back(ParseArgument(form));
+        forms.push_back(form);
     }
     return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
-                                                    std::move(arguments), std::move(spellings), &scope_));
+                                                    std::move(arguments), std::move(forms), &scope_));
 }
 
-ExpressionPtr Parser::ParseArgument(Spelling& spelling) {
+ExpressionPtr Parser::ParseArgument(ArgumentForm& form) {
     const char letter = lexer_.PeekCharacter();
     switch (letter) {
     case '"':
-        spelling = Spelling::Quoted;
+        form = ArgumentForm::Quoted;
         return ParseString();
     case '$':
         return ParseVariableArgument();
@@ -160,12 +160,12 @@ ExpressionPtr Parser::ParseArgument(Spelling& spelling) {
         Unexpected();
     case '-':
     case '+':
-        return ParseSignedArgument(spelling);
+        return ParseSignedArgument(form);
     default:
         if (!IsWordStart(letter)) {
             Unexpected();
         }
-        return ParseWord(spelling);
+        return ParseWord(form);
     }
 }
 
@@ -185,13 +185,13 @@ ExpressionPtr Parser::ParseVariableArgument() {
 }
 
 /// A negative number, a flag, or something negated.
-ExpressionPtr Parser::ParseSignedArgument(Spelling& spelling) {
+ExpressionPtr Parser::ParseSignedArgument(ArgumentForm& form) {
     const std::uint32_t begin = lexer_.RawPosition();
     const bool isMinus = lexer_.CharacterAfter(0) == '-';
     const char next = lexer_.CharacterAfter(1);
     const bool isNumber = IsDigit(next) || (next == '.' && IsDigit(lexer_.CharacterAfter(2)));
     if (isNumber || (isMinus && IsNameStart(next))) {
-        return ParseWord(spelling);
+        return ParseWord(form);
     }
     if (!isMinus || (next != '$' && next != '(')) {
         Unexpected();
@@ -204,12 +204,12 @@ ExpressionPtr Parser::ParseSignedArgument(Spelling& spelling) {
     return Bounded(std::make_unique<NegationExpression>(begin, std::move(operand)));
 }
 
-ExpressionPtr Parser::ParseWord(Spelling& spelling) {
+ExpressionPtr Parser::ParseWord(ArgumentForm& form) {
     const Token word = lexer_.TakeWord();
     const std::string_view text = TextOf(word);
     if (word.kind == TokenKind::Identifier) {
         if (text.size() > 1 && text[0] == '-' && IsNameStart(text[1])) {
-            spelling = Spelling::FlagWord;
+            form = ArgumentForm::FlagWord;
         }
         return std::make_unique<ConstantExpression>(word.begin, Value(text));
     }
