@@ -2,7 +2,7 @@
 
 #include "formats/AsciiStatements.h"
 #include "formats/FileError.h"
-#include "formats/FileOperationScope.h"
+#include "formats/FileOperation.h"
 #include "formats/FileReader.h"
 #include "formats/SceneFiles.h"
 #include "formats/SettingApplier.h"

@@ -3,7 +3,7 @@
 #include "formats/AsciiWriter.h"
 #include "formats/AtomicFile.h"
 #include "formats/BinaryWriter.h"
-#include "formats/FileOperationScope.h"
+#include "formats/FileOperation.h"
 #include "formats/FileReader.h"
 #include "formats/KeptContent.h"
 #include "formats/ReferenceList.h"

@@ -2,7 +2,6 @@
 
 #include "formats/FileError.h"
 #include "formats/FileOperation.h"
-#include "formats/SceneFormat.h"
 #include "scene/Node.h"
 #include "scene/NonCopyable.h"
 
@@ -19,6 +18,9 @@ class Host;
 class KeptContent;
 class ReferenceList;
 class SceneContent;
+
+/// The formats that a scene can be stored in, named as `file -type` names them.
+enum class SceneFormat { MayaAscii, LightboxBinary };
 
 /// The scene as a document: its file, its format, whether it has changed, and new, open, save, import,
 /// reference and export. Every operation fires its events and sets the flags of MFileIO while it runs.

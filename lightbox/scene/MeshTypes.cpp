@@ -1,5 +1,3 @@
-#include "scene/MeshTypes.h"
-
 #include "scene/MeshNode.h"
 #include "scene/Plug.h"
 #include "scene/PolyPrimitives.h"
