@@ -23,7 +23,8 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterKeyClipboardCommands(registry);
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
-    RegisterSceneFileCommands(registry);
+    RegisterSceneHeaderCommands(registry);
+    RegisterReferenceQueryCommand(registry);
     RegisterPolygonCommands(registry);
     RegisterMaterialCommands(registry);
     RegisterViewCommands(registry);
