@@ -1,5 +1,5 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/ReferenceList.h"
 #include "formats/SceneFiles.h"
 #include "mel/SyntaxBuilder.h"
@@ -9,9 +9,9 @@ namespace lightbox::mel {
 namespace {
 
 /// The reference that a name, a file or one of its nodes stands for.
-const Reference& ReferenceOf(const CommandCall& call, const std::string& text) {
+const FileReference& ReferenceOf(const CommandCall& call, const std::string& text) {
     const ReferenceList& references = call.GetHost().files().references();
-    const Reference* found = references.Find(text);
+    const FileReference* found = references.Find(text);
     if (!found) {
         found = references.Find(NodeNamed(call, text)->reference);
     }
@@ -27,7 +27,7 @@ Value ReferenceQuery(CommandCall& call) {
     if (call.Has("-isNodeReferenced")) {
         return !NodeNamed(call, text)->reference.empty();
     }
-    const Reference& reference = ReferenceOf(call, text);
+    const FileReference& reference = ReferenceOf(call, text);
     if (call.Has("-filename")) {
         return reference.path;
     }

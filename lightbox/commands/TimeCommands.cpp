@@ -1,6 +1,6 @@
 #include "commands/KeyArguments.h"
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/FileReader.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Edit.h"

@@ -1,7 +1,7 @@
 // viewFit: moves a camera so that it sees what is selected, or everything.
 
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/CameraFilm.h"
 #include "scene/DagNode.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 #include "scene/NonCopyable.h"
 #include "scene/Plug.h"
 
@@ -65,13 +65,13 @@ public:
     bool IsForeign(const Node& node) const;
 
     /// Stores a setting. Throws SceneError; UnknownAttributeError for what the node does not know.
-    void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
+    void Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting);
     /// The same, but what is unknown is kept, as with a null node, and other faults are reported.
-    void ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting);
+    void ApplyOrKeep(const std::shared_ptr<Node>& node, const PlugSetting& setting);
     /// Keeps a dynamic attribute of the current node, as the statements that add it.
     void KeepAttribute(const Attribute& attribute);
     /// Stores a value that a plug-in's data type reads from bytes; without the plug-in the bytes are kept.
-    void ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes);
+    void ApplyBinary(const std::shared_ptr<Node>& node, const PlugSetting& setting, std::string_view bytes);
     /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.
     void Connect(const std::string& source, const std::string& destination, const std::string& flags);
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
@@ -131,7 +131,7 @@ private:
     std::shared_ptr<DagNode> ParentFor(const std::string& parentPath);
     std::shared_ptr<const NodeType> TypeFor(const std::string& type, bool hasParent);
     std::shared_ptr<Node> ReplaceByTransform(const std::shared_ptr<Node>& unknown);
-    void Scale(const Plug& plug, Setting& setting) const;
+    void Scale(const Plug& plug, PlugSetting& setting) const;
     bool LoadPlugin(const std::string& plugin);
 
     Host& host_;

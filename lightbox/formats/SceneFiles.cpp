@@ -5,7 +5,7 @@
 #include "formats/BinaryWriter.h"
 #include "formats/FileOperation.h"
 #include "formats/FileReader.h"
-#include "formats/KeptContent.h"
+#include "formats/PreservedContent.h"
 #include "formats/ReferenceList.h"
 #include "formats/SceneContent.h"
 #include "scene/EventBus.h"
@@ -56,7 +56,7 @@ SceneFiles::SceneFiles(Host& host)
     : host_(host)
     , savedState_(host.undo().State())
     , references_(std::make_unique<ReferenceList>(host))
-    , kept_(std::make_unique<KeptContent>()) {}
+    , preserved_(std::make_unique<PreservedContent>()) {}
 
 SceneFiles::~SceneFiles() = default;
 
@@ -154,7 +154,7 @@ void SceneFiles::Empty() {
     host_.scene().New();
     host_.time().Reset();
     references_->Clear();
-    kept_->Clear();
+    preserved_->Clear();
     fileInfo_.clear();
     sceneName_.clear();
     format_ = SceneFormat::MayaAscii;

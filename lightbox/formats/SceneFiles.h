@@ -15,7 +15,7 @@ namespace lightbox {
 
 class FileReader;
 class Host;
-class KeptContent;
+class PreservedContent;
 class ReferenceList;
 class SceneContent;
 
@@ -67,7 +67,7 @@ public:
 
     ReferenceList& references() const { return *references_; }
     /// What was read from files but has no meaning here, kept to be written back.
-    KeptContent& kept() const { return *kept_; }
+    PreservedContent& preserved() const { return *preserved_; }
     /// `fileInfo` pairs, in order of first appearance.
     const std::vector<std::pair<std::string, std::string>>& fileInfo() const { return fileInfo_; }
     void SetFileInfo(const std::string& key, const std::string& value);
@@ -111,7 +111,7 @@ private:
     std::vector<FileOperation> operations_;
     std::vector<FileReader*> readers_;
     std::unique_ptr<ReferenceList> references_;
-    std::unique_ptr<KeptContent> kept_;
+    std::unique_ptr<PreservedContent> preserved_;
 };
 
 } // namespace lightbox

@@ -1,4 +1,4 @@
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 
 namespace lightbox::mel {
 
