@@ -1,7 +1,7 @@
 #include "app/LightboxHost.h"
 
 #include "app/PluginManager.h"
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
 #include "scene/EventBus.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
 #include "scene/PluginLoader.h"
 
 #include <memory>
@@ -14,14 +15,12 @@ namespace lightbox {
 class Host;
 
 /// Finds, loads and unloads plug-ins: shared libraries that export initializePlugin and uninitializePlugin.
-class PluginManager : public PluginLoader {
+class PluginManager : public PluginLoader, private NonCopyable {
 public:
     using EntryPoint = MStatus (*)(MObject);
 
     explicit PluginManager(Host& host);
     ~PluginManager() override;
-    PluginManager(const PluginManager&) = delete;
-    PluginManager& operator=(const PluginManager&) = delete;
 
     Plugin& Load(const std::string& nameOrPath) override;
     void Unload(const std::string& name, bool force) override;

@@ -10,7 +10,7 @@
 #include "mel/Interpreter.h"
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
-#include "shell/WindowCommands.h"
+#include "shell/Registration.h"
 #include "shell/WindowSession.h"
 
 #include <QApplication>

@@ -1,5 +1,5 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/AttributeFactory.h"
 #include "formats/FileReader.h"
 #include "formats/SceneFiles.h"

@@ -1,4 +1,4 @@
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 #include "commands/ShapeArguments.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"

@@ -1,5 +1,5 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/FileReader.h"
 #include "formats/ReferenceList.h"
 #include "formats/SceneFiles.h"
@@ -32,9 +32,9 @@ std::string ShownPath(const CommandCall& call, const std::string& path) {
     return call.Has("-shortName") ? FileName(path) : path;
 }
 
-const Reference& ReferenceArgument(const CommandCall& call, const std::string& nameOrPath) {
+const FileReference& ReferenceArgument(const CommandCall& call, const std::string& nameOrPath) {
     const ReferenceList& references = Files(call).references();
-    const Reference* reference = references.Find(nameOrPath);
+    const FileReference* reference = references.Find(nameOrPath);
     if (!reference) {
         reference = references.Find(SceneFiles::FindFile(nameOrPath));
     }
@@ -46,7 +46,7 @@ const Reference& ReferenceArgument(const CommandCall& call, const std::string& n
 
 Value ReferencePaths(const CommandCall& call) {
     Value::StringArray paths;
-    for (const Reference& reference : Files(call).references().All()) {
+    for (const FileReference& reference : Files(call).references().All()) {
         if (reference.parent.empty()) {
             paths.push_back(ShownPath(call, reference.path));
         }
@@ -58,7 +58,7 @@ Value QueryReference(const CommandCall& call) {
     if (call.Has("-reference") && call.Objects().empty()) {
         return ReferencePaths(call);
     }
-    const Reference& reference = ReferenceArgument(call, PathArgument(call));
+    const FileReference& reference = ReferenceArgument(call, PathArgument(call));
     if (call.Has("-referenceNode")) {
         return reference.name;
     }
@@ -100,7 +100,7 @@ Value QueryFile(const CommandCall& call) {
         if (!files.SceneName().empty()) {
             paths.push_back(ShownPath(call, files.SceneName()));
         }
-        for (const Reference& reference : files.references().All()) {
+        for (const FileReference& reference : files.references().All()) {
             paths.push_back(ShownPath(call, reference.path));
         }
         return paths;

@@ -1,6 +1,6 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
-#include "formats/MeshSettings.h"
+#include "formats/MeshPlugSettings.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/MeshNode.h"
 #include "scene/Plug.h"
@@ -117,7 +117,7 @@ Value ValueOf(const CommandCall& call, const Plug& plug) {
 Value GetGeometry(const CommandCall& call, const Node& node, const std::string& path) {
     const std::shared_ptr<const MeshData> own = MeshNode::Own(node);
     std::size_t count = 0;
-    const std::vector<double> numbers = MeshSettings::Numbers(own ? *own : MeshData(), path, count);
+    const std::vector<double> numbers = MeshPlugSettings::Numbers(own ? *own : MeshData(), path, count);
     if (call.Has("-size")) {
         return static_cast<int>(count);
     }
@@ -131,7 +131,7 @@ Value GetAttr(CommandCall& call) {
     const std::string text = call.Object(0).AsString();
     const std::shared_ptr<Node> node = NodeOfPlug(call, text);
     const std::string path = text.substr(text.find('.') + 1);
-    if (MeshSettings::Handles(*node, path)) {
+    if (MeshPlugSettings::Handles(*node, path)) {
         return GetGeometry(call, *node, path);
     }
     const Plug plug = PlugNamed(call, call.Object(0).AsString());

@@ -1,5 +1,5 @@
 #include "commands/KeyArguments.h"
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 #include "scene/AnimationEdit.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"

@@ -1,6 +1,6 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
-#include "formats/SettingApplier.h"
+#include "formats/PlugSettingApplier.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
@@ -163,7 +163,7 @@ void AddMatchingPlugs(const Plug& plug, const std::string& pattern, ItemList& it
 void AddPlugs(const std::shared_ptr<Node>& node, const std::string& pattern, ItemList& items) {
     if (pattern.find_first_of("*?") == std::string::npos) {
         try {
-            AddUnique(items, {node, SettingApplier::Resolve(node, pattern, 1).front()});
+            AddUnique(items, {node, PlugSettingApplier::Resolve(node, pattern, 1).front()});
         } catch (const SceneError&) {
             // What is not there is not listed.
         }

@@ -1,6 +1,6 @@
 // spaceLocator: a cross of three lines that marks a place.
 
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 #include "commands/ShapeArguments.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"

@@ -1,7 +1,7 @@
 // shadingNode and sets, as far as materials are made and assigned with them.
 
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/Edit.h"

@@ -1,5 +1,5 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Edit.h"
 #include "scene/Host.h"

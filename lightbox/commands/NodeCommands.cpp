@@ -1,9 +1,9 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/AttributeFactory.h"
 #include "formats/FileReader.h"
-#include "formats/SettingApplier.h"
-#include "formats/SettingCollector.h"
+#include "formats/PlugSettingApplier.h"
+#include "formats/PlugSettingCollector.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/DataValue.h"
@@ -163,11 +163,11 @@ std::shared_ptr<Node> Duplicate(Host& host, const std::shared_ptr<Node>& origina
     for (const auto& attribute : original->DynamicAttributes()) {
         copy->AddDynamicAttribute(AttributeFactory::Clone(*attribute));
     }
-    for (Setting& setting : SettingCollector::Collect(original)) {
+    for (PlugSetting& setting : PlugSettingCollector::Collect(original)) {
         if (setting.data) {
             setting.data = setting.data->Copy();
         }
-        SettingApplier(host, SettingApplier::Manner::Read).Apply(copy, setting);
+        PlugSettingApplier(host, PlugSettingApplier::ApplyMode::Read).Apply(copy, setting);
     }
     if (MeshNode::Is(*original)) {
         CopyMesh(host, *original, copy);

@@ -1,7 +1,7 @@
 // polyCube, polySphere, polyPlane, polyCylinder and polyCone: they make a transform, a mesh and, unless told
 // otherwise, the node that goes on making the mesh.
 
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 #include "commands/ShapeArguments.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"

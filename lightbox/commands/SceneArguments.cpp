@@ -2,8 +2,8 @@
 
 #include "formats/FileError.h"
 #include "formats/FileReader.h"
+#include "formats/PlugSettingApplier.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingApplier.h"
 #include "mel/Error.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
@@ -19,13 +19,13 @@ namespace {
 
 CommandRegistry::Function Whole(CommandRegistry::Function function) {
     return [function = std::move(function)](CommandCall& call) {
-        std::optional<UndoQueue::Attempt> attempt;
+        std::optional<UndoQueue::Transaction> transaction;
         if (!ReaderOf(call)) {
-            attempt.emplace(call.GetHost().undo());
+            transaction.emplace(call.GetHost().undo());
         }
         Value result = function(call);
-        if (attempt) {
-            attempt->Commit();
+        if (transaction) {
+            transaction->Commit();
         }
         return result;
     };
@@ -143,7 +143,7 @@ std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& tex
 
 Plug PlugNamed(const CommandCall& call, const std::string& text) {
     const std::shared_ptr<Node> node = NodeOfPlug(call, text);
-    return SettingApplier::Resolve(node, text.substr(text.find('.') + 1), 1).front();
+    return PlugSettingApplier::Resolve(node, text.substr(text.find('.') + 1), 1).front();
 }
 
 std::string EnumFieldsText(const Attribute& attribute) {

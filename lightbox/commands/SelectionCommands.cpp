@@ -1,5 +1,5 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/FileReader.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"

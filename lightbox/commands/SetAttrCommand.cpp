@@ -1,9 +1,9 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/FileReader.h"
-#include "formats/MeshSettings.h"
-#include "formats/Setting.h"
-#include "formats/SettingApplier.h"
+#include "formats/MeshPlugSettings.h"
+#include "formats/PlugSetting.h"
+#include "formats/PlugSettingApplier.h"
 #include "mel/ArgumentTokens.h"
 #include "mel/Interpreter.h"
 #include "scene/DataType.h"
@@ -53,7 +53,7 @@ private:
     const std::vector<Value>& arguments_;
     std::size_t position_ = 0;
     std::string plug_;
-    Setting setting_;
+    PlugSetting setting_;
     std::vector<Value> values_;
     bool hasType_ = false;
     edit::OutOfRange outOfRange_ = edit::OutOfRange::Refuse;
@@ -199,7 +199,7 @@ void SetAttrCall::Build(const std::shared_ptr<Node>& node) {
     } else if (setting_.type == "polyFaces") {
         BuildFaces();
     } else {
-        SettingApplier::Resolve(node, setting_.path, 1);
+        PlugSettingApplier::Resolve(node, setting_.path, 1);
         BuildData();
     }
 }
@@ -276,7 +276,8 @@ Value SetAttrCall::Run() {
         if (reader) {
             reader->Apply(node, setting_);
         } else if (dataIsWhole_) {
-            SettingApplier(call_.GetHost(), SettingApplier::Manner::Edit, outOfRange_).Apply(node, setting_);
+            PlugSettingApplier(call_.GetHost(), PlugSettingApplier::ApplyMode::Edit, outOfRange_)
+                .Apply(node, setting_);
         }
     } catch (const UnknownAttributeError& error) {
         if (!reader) {
@@ -284,7 +285,7 @@ Value SetAttrCall::Run() {
         }
         const std::string name = path.substr(0, path.find_first_of("[."));
         const bool isReference = node->Type().IsA("reference");
-        if (isReference || IsUnknown(node->Type()) || MeshSettings::IsCarriedAlong(*node, path)) {
+        if (isReference || IsUnknown(node->Type()) || MeshPlugSettings::IsCarriedAlong(*node, path)) {
             reader->KeepForNode(*node, "", "");
             if (isReference && setting_.type == "dataReferenceEdits") {
                 ApplyReferenceEdits(*reader);

@@ -1,6 +1,6 @@
 #include "commands/KeyArguments.h"
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/FileReader.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Edit.h"
@@ -123,7 +123,7 @@ Value QueryPlaybackOptions(const CommandCall& call) {
 }
 
 /// The options that are no ranges. What is wrong is found before anything is set.
-void SetPlaybackManner(const CommandCall& call) {
+void SetLoopViewAndSpeed(const CommandCall& call) {
     Host& host = call.GetHost();
     Timeline& time = host.time();
     const Timeline::Loop loop =
@@ -159,7 +159,7 @@ Value PlaybackOptions(CommandCall& call) {
     }
     Host& host = call.GetHost();
     const Timeline& time = host.time();
-    SetPlaybackManner(call);
+    SetLoopViewAndSpeed(call);
     // Each range may move the other, so what was not given is taken from before the first change.
     const auto given = [&call](const char* flag, double now) {
         return call.Has(flag) ? KeyArguments::TimeOf(call, call.Argument(flag)) : now;

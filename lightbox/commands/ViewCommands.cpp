@@ -1,7 +1,7 @@
 // viewFit: moves a camera so that it sees what is selected, or everything.
 
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/CameraFilm.h"
 #include "scene/DagNode.h"
@@ -23,9 +23,9 @@ using Imath::M44d;
 using Imath::V3d;
 
 /// Part of the view that is filled when nothing else is asked for.
-constexpr double USUAL_FACTOR = 0.9;
+constexpr double DEFAULT_FIT_FACTOR = 0.9;
 /// Of a box that is a point, in centimetres.
-constexpr double LEAST_RADIUS = 0.5;
+constexpr double MIN_RADIUS = 0.5;
 
 Box3d Wanted(Host& host, bool all) {
     Box3d box;
@@ -114,14 +114,14 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
     if (film.IsOrthographic()) {
         // As the camera sees it, the box is a rectangle.
         const Box3d seen = Transformed(box, camera.WorldMatrix().inverse());
-        const double part = std::max({seen.size().x / width, seen.size().y / height, LEAST_RADIUS / width});
+        const double part = std::max({seen.size().x / width, seen.size().y / height, MIN_RADIUS / width});
         const Plug orthographicWidth = Plug::Of(camera, "orthographicWidth");
         edit::SetPlug(host, orthographicWidth, orthographicWidth.Number() * part / factor);
         const double distance = std::max(Plug::Of(camera, "centerOfInterest").Number(), box.size().length());
         MoveTo(host, camera, center + back * distance);
         return;
     }
-    const double radius = std::max(LEAST_RADIUS, box.size().length() * 0.5);
+    const double radius = std::max(MIN_RADIUS, box.size().length() * 0.5);
     const double halfAngle = std::atan(std::min(width, height) * 0.5 / film.NearClip());
     const double distance = radius / std::sin(halfAngle) / factor;
     MoveTo(host, camera, center + back * distance);
@@ -129,7 +129,7 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
 }
 
 Value ViewFit(CommandCall& call) {
-    const double factor = std::clamp(call.FloatOr("-fitFactor", USUAL_FACTOR), 0.01, 1.0);
+    const double factor = std::clamp(call.FloatOr("-fitFactor", DEFAULT_FIT_FACTOR), 0.01, 1.0);
     const std::shared_ptr<DagNode> camera = CameraOf(call);
     const Box3d box = Wanted(call.GetHost(), call.Has("-allObjects"));
     if (!box.isEmpty()) {

@@ -1,10 +1,10 @@
 // columnLayout, rowLayout, rowColumnLayout, gridLayout, flowLayout.
 
 #include "controls/BoxLayoutControl.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/GridLayoutControl.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 
@@ -109,7 +109,7 @@ ControlFlag EachColumn(const char* shortName, const char* longName, std::vector<
 template <class Change>
 void AddForSeveral(ControlFlags& flags, const std::string& shortName, const std::string& longName,
                    MSyntax::MArgType type, Change change) {
-    for (int count = 1; count <= MOST_COLUMNS; ++count) {
+    for (int count = 1; count <= MAX_COLUMNS; ++count) {
         const std::string flag = longName + std::to_string(count);
         flags.push_back({shortName + std::to_string(count), flag,
                          std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), type),
@@ -186,7 +186,7 @@ ControlFlag GridFlag(const char* shortName, const char* longName, int GridLayout
 /// -adjustableColumn N, and the form that has the number in its name.
 ControlFlags AdjustableFlags() {
     ControlFlags flags = {GridFlag("-adj", "-adjustableColumn", &GridLayoutControl::adjustable)};
-    for (int number = 1; number <= MOST_COLUMNS; ++number) {
+    for (int number = 1; number <= MAX_COLUMNS; ++number) {
         const std::string count = std::to_string(number);
         ControlFlag flag =
             GridFlag("", ("-adjustableColumn" + count).c_str(), &GridLayoutControl::adjustable);

@@ -1,9 +1,9 @@
 // button, iconTextButton, symbolButton, shelfButton and the like.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QPushButton>
@@ -17,7 +17,7 @@ using mel::CommandCall;
 using mel::Value;
 
 ControlFlag ButtonLabelFlag() {
-    return TextFlag<QAbstractButton>(
+    return ValueFlag<QAbstractButton, QString>(
         "-l", "-label", [](QAbstractButton& button, const QString& text) { button.setText(text); },
         [](const QAbstractButton& button) { return button.text(); });
 }
@@ -126,7 +126,7 @@ ControlType ToolCheckType(const char* name) {
     ControlType type;
     type.name = name;
     type.flags = ToolButtonFlags() +
-                 ControlFlags{BoolFlag<QToolButton>(
+                 ControlFlags{ValueFlag<QToolButton, bool>(
                                   "-v", "-value", [](QToolButton& button, bool on) { button.setChecked(on); },
                                   [](const QToolButton& button) { return button.isChecked(); }),
                               ScriptFlag("-cc", "-changeCommand"), ScriptFlag("-onc", "-onCommand"),

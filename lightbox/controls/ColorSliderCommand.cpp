@@ -1,10 +1,10 @@
 // colorSliderGrp: a label, a field of colour named "port" and a slider of brightness named "slider".
 
 #include "controls/ColorSwatch.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/GroupControl.h"
+#include "controls/Registration.h"
 #include "controls/ValueSlider.h"
 #include "controls/WindowCommandTable.h"
 

@@ -152,13 +152,13 @@ ControlFlag Background() {
 }
 
 ControlFlag FillsBackground() {
-    return BoolFlag<QWidget>(
+    return ValueFlag<QWidget, bool>(
         "-ebg", "-enableBackground", [](QWidget& widget, bool on) { widget.setAutoFillBackground(on); },
         [](const QWidget& widget) { return widget.autoFillBackground(); });
 }
 
 ControlFlag HidesBackground() {
-    return BoolFlag<QWidget>(
+    return ValueFlag<QWidget, bool>(
         "-nbg", "-noBackground", [](QWidget& widget, bool off) { widget.setAutoFillBackground(!off); },
         [](const QWidget& widget) { return !widget.autoFillBackground(); });
 }
@@ -176,11 +176,11 @@ const ControlFlags& CommonFlags() {
         Background(),
         FillsBackground(),
         HidesBackground(),
-        BoolFlag<QWidget>(
+        ValueFlag<QWidget, bool>(
             "-ekf", "-enableKeyboardFocus",
             [](QWidget& widget, bool on) { widget.setFocusPolicy(on ? Qt::StrongFocus : Qt::NoFocus); },
             [](const QWidget& widget) { return widget.focusPolicy() != Qt::NoFocus; }),
-        TextFlag<QWidget>(
+        ValueFlag<QWidget, QString>(
             "-sbm", "-statusBarMessage",
             [](QWidget& widget, const QString& text) { widget.setStatusTip(text); },
             [](const QWidget& widget) { return widget.statusTip(); }),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 #include <QPointer>
 #include <QString>
 
@@ -21,13 +23,11 @@ struct ControlType;
 /// What a window command of MEL makes: a window, a layout, a menu, an item, a field, a collection, a panel.
 /// It stands for one Qt object, which it deletes when it goes; when Qt deletes the object first, the registry
 /// forgets the control.
-class Control {
+class Control : NonCopyable {
 public:
     /// `object` is a widget, an action or null. A submenu's object is its QMenu.
     Control(const ControlType& type, std::string name, Control* parent, QObject* object);
     virtual ~Control();
-    Control(const Control&) = delete;
-    Control& operator=(const Control&) = delete;
 
     const ControlType& Type() const { return *type_; }
     const std::string& Name() const { return name_; }

@@ -1,7 +1,7 @@
 // The commands that work on controls of any kind: deleteUI, setParent, control, layout, lsUI and so on.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/SyntaxBuilder.h"
 
@@ -31,7 +31,7 @@ struct KindRow {
     bool (*isOfKind)(const Control&);
 };
 
-constexpr KindRow Deleted[] = {
+constexpr KindRow DELETED_KINDS[] = {
     {"-wnd", "-window", [](const Control& c) { return c.Type().family == Family::Window; }},
     {"-m", "-menu", IsMenu},
     {"-mi", "-menuItem", [](const Control& c) { return c.Type().family == Family::MenuItem; }},
@@ -63,7 +63,7 @@ bool IsWanted(const CommandCall& call, const KindRow (&rows)[Count], const Contr
 Value DeleteUi(CommandCall& call, ControlRegistry& registry) {
     for (const std::string& name : call.ObjectNames()) {
         Control* const control = registry.Find(name);
-        if (!control || !IsWanted(call, Deleted, *control)) {
+        if (!control || !IsWanted(call, DELETED_KINDS, *control)) {
             call.Fail("Object '" + name + "' not found.");
         }
         if (control == &registry.MainWindow()) {
@@ -134,7 +134,7 @@ Value SetParent(CommandCall& call, ControlRegistry& registry) {
     return current->Path();
 }
 
-constexpr KindRow Listed[] = {
+constexpr KindRow LISTED_KINDS[] = {
     {"-wnd", "-windows", [](const Control& c) { return c.Type().family == Family::Window; }},
     {"-p", "-panels", [](const Control& c) { return c.Type().family == Family::Panel; }},
     {"-ed", "-editors", [](const Control& c) { return c.Type().family == Family::Panel; }},
@@ -159,7 +159,7 @@ bool IsOfType(const CommandCall& call, const Control& control) {
 Value ListUi(CommandCall& call, ControlRegistry& registry) {
     Value::StringArray names;
     for (const Control* const control : registry.All()) {
-        if (IsOfType(call, *control) && IsWanted(call, Listed, *control)) {
+        if (IsOfType(call, *control) && IsWanted(call, LISTED_KINDS, *control)) {
             names.push_back(call.Has("-long") ? control->Path() : control->Name());
         }
     }
@@ -255,7 +255,7 @@ SyntaxBuilder KindSyntax(const KindRow (&rows)[Count]) {
 void RegisterControlQueryCommands(WindowCommandTable& table) {
     table.Add(AnyControl("control", CommonFlags(), Family::Control));
     table.Add(AnyControl("layout", LayoutFlags(), Family::Layout));
-    table.Add("deleteUI", KindSyntax(Deleted).Objects(1), DeleteUi);
+    table.Add("deleteUI", KindSyntax(DELETED_KINDS).Objects(1), DeleteUi);
     table.Add("setParent",
               SyntaxBuilder()
                   .Flag("-m", "-menu")
@@ -265,7 +265,7 @@ void RegisterControlQueryCommands(WindowCommandTable& table) {
                   .Objects(0, 1),
               SetParent);
     table.Add("lsUI",
-              KindSyntax(Listed).Flag("-l", "-long").Flag("-typ", "-type", MSyntax::kString).MultiUse(),
+              KindSyntax(LISTED_KINDS).Flag("-l", "-long").Flag("-typ", "-type", MSyntax::kString).MultiUse(),
               ListUi);
     table.Add("objectTypeUI", SyntaxBuilder().Flag("-i", "-isType", MSyntax::kString).Objects(1, 1),
               ObjectType);

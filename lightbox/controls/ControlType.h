@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace lightbox {
@@ -64,78 +65,60 @@ ControlFlags operator+(ControlFlags first, const ControlFlags& second);
 const ControlFlags& CommonFlags();
 const ControlFlags& LayoutFlags();
 
-// The usual kinds of flags. `Object` is the Qt class of the control's object; a control whose object is of
-// another class is left alone and answers nothing.
+// The usual kinds of flags.
 
-template <class Object>
-ControlFlag TextFlag(const char* shortName, const char* longName, void (*set)(Object&, const QString&),
-                     QString (*get)(const Object&)) {
+/// How a flag's value of one type is declared and read from a call.
+template <class Value>
+struct FlagValue;
+
+template <>
+struct FlagValue<QString> {
+    static constexpr auto TYPE = MSyntax::kString;
+    static QString Of(const mel::CommandCall& call, const std::string& flag) {
+        return ToQt(call.String(flag.c_str()));
+    }
+};
+template <>
+struct FlagValue<bool> {
+    static constexpr auto TYPE = MSyntax::kBoolean;
+    static bool Of(const mel::CommandCall& call, const std::string& flag) { return call.Bool(flag.c_str()); }
+};
+template <>
+struct FlagValue<int> {
+    static constexpr auto TYPE = MSyntax::kLong;
+    static int Of(const mel::CommandCall& call, const std::string& flag) { return call.Int(flag.c_str()); }
+};
+template <>
+struct FlagValue<double> {
+    static constexpr auto TYPE = MSyntax::kDouble;
+    static double Of(const mel::CommandCall& call, const std::string& flag) {
+        return call.Float(flag.c_str());
+    }
+};
+
+/// A flag with one value, a QString, bool, int or double. `Object` is the Qt class of the control's object; a
+/// control whose object is of another class is left alone and answers nothing.
+template <class Object, class Value>
+ControlFlag ValueFlag(const char* shortName, const char* longName,
+                      void (*set)(Object&, std::conditional_t<std::is_class_v<Value>, const Value&, Value>),
+                      Value (*get)(const Object&)) {
     const std::string flag = longName;
     return {shortName,
             flag,
-            {MSyntax::kString},
+            {FlagValue<Value>::TYPE},
             [set, flag](Control& control, const mel::CommandCall& call) {
                 if (auto* const object = control.As<Object>()) {
-                    set(*object, ToQt(call.String(flag.c_str())));
+                    set(*object, FlagValue<Value>::Of(call, flag));
                 }
             },
             [get](Control& control) {
                 auto* const object = control.As<Object>();
-                return mel::Value(object ? get(*object).toStdString() : std::string());
-            }};
-}
-
-template <class Object>
-ControlFlag BoolFlag(const char* shortName, const char* longName, void (*set)(Object&, bool),
-                     bool (*get)(const Object&)) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {MSyntax::kBoolean},
-            [set, flag](Control& control, const mel::CommandCall& call) {
-                if (auto* const object = control.As<Object>()) {
-                    set(*object, call.Bool(flag.c_str()));
+                const Value value = object ? get(*object) : Value();
+                if constexpr (std::is_same_v<Value, QString>) {
+                    return mel::Value(value.toStdString());
+                } else {
+                    return mel::Value(value);
                 }
-            },
-            [get](Control& control) {
-                auto* const object = control.As<Object>();
-                return mel::Value(object && get(*object));
-            }};
-}
-
-template <class Object>
-ControlFlag IntFlag(const char* shortName, const char* longName, void (*set)(Object&, int),
-                    int (*get)(const Object&)) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {MSyntax::kLong},
-            [set, flag](Control& control, const mel::CommandCall& call) {
-                if (auto* const object = control.As<Object>()) {
-                    set(*object, call.Int(flag.c_str()));
-                }
-            },
-            [get](Control& control) {
-                auto* const object = control.As<Object>();
-                return mel::Value(object ? get(*object) : 0);
-            }};
-}
-
-template <class Object>
-ControlFlag FloatFlag(const char* shortName, const char* longName, void (*set)(Object&, double),
-                      double (*get)(const Object&)) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {MSyntax::kDouble},
-            [set, flag](Control& control, const mel::CommandCall& call) {
-                if (auto* const object = control.As<Object>()) {
-                    set(*object, call.Float(flag.c_str()));
-                }
-            },
-            [get](Control& control) {
-                auto* const object = control.As<Object>();
-                return mel::Value(object ? get(*object) : 0.0);
             }};
 }
 

@@ -11,6 +11,6 @@ constexpr auto TEXT = MSyntax::kString;
 constexpr auto ON = MSyntax::kBoolean;
 
 /// The highest number in the name of a flag about columns, as in -columnWidth6.
-constexpr int MOST_COLUMNS = 6;
+constexpr int MAX_COLUMNS = 6;
 
 } // namespace lightbox

@@ -1,9 +1,9 @@
 // formLayout.
 
 #include "controls/AttachLayout.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 namespace lightbox {

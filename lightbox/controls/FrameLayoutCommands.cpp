@@ -1,9 +1,9 @@
 // frameLayout and scrollLayout.
 
 #include "controls/CollapsibleFrame.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QLayout>
@@ -68,17 +68,17 @@ ControlType FrameType() {
     type.family = ControlType::Family::Layout;
     type.flags =
         ControlFlags{
-            TextFlag<CollapsibleFrame>(
+            ValueFlag<CollapsibleFrame, QString>(
                 "-l", "-label",
                 [](CollapsibleFrame& frame, const QString& text) { frame.Title().setText(text); },
                 [](const CollapsibleFrame& frame) { return frame.Title().text(); }),
-            BoolFlag<CollapsibleFrame>(
+            ValueFlag<CollapsibleFrame, bool>(
                 "-lv", "-labelVisible", [](CollapsibleFrame& frame, bool on) { frame.SetTitleVisible(on); },
                 [](const CollapsibleFrame& frame) { return !frame.Title().isHidden(); }),
-            BoolFlag<CollapsibleFrame>(
+            ValueFlag<CollapsibleFrame, bool>(
                 "-cll", "-collapsable", [](CollapsibleFrame& frame, bool on) { frame.SetCollapsable(on); },
                 [](const CollapsibleFrame& frame) { return frame.IsCollapsable(); }),
-            BoolFlag<CollapsibleFrame>(
+            ValueFlag<CollapsibleFrame, bool>(
                 "-cl", "-collapse", [](CollapsibleFrame& frame, bool on) { frame.SetCollapsed(on); },
                 [](const CollapsibleFrame& frame) { return frame.IsCollapsed(); }),
             MarginFlag("-mw", "-marginWidth", true),

@@ -61,7 +61,7 @@ void AddColumnFlags(ControlFlags& flags, const std::string& shortName, const std
                        nullptr};
     single.isMultiUse = true;
     flags.push_back(std::move(single));
-    for (int count = 1; count <= MOST_COLUMNS; ++count) {
+    for (int count = 1; count <= MAX_COLUMNS; ++count) {
         const std::string numbered = longName + std::to_string(count);
         flags.push_back({shortName.substr(0, 2) + std::to_string(count), numbered,
                          std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), type),
@@ -83,7 +83,7 @@ void AddAttachFlags(ControlFlags& flags) {
         single.set = [](Control&, const CommandCall&) {};
         single.isMultiUse = true;
         flags.push_back(single);
-        for (int count = 1; count <= MOST_COLUMNS; ++count) {
+        for (int count = 1; count <= MAX_COLUMNS; ++count) {
             const std::string number = std::to_string(count);
             single.shortName = shortName + number;
             single.longName = longName + number;
@@ -195,7 +195,7 @@ const ControlFlags& GroupFlags() {
                             Group(control).SetAdjustable(call.Int("-adjustableColumn"));
                         },
                         nullptr});
-        for (int column = 1; column <= MOST_COLUMNS; ++column) {
+        for (int column = 1; column <= MAX_COLUMNS; ++column) {
             made.push_back({"-ad" + std::to_string(column),
                             "-adjustableColumn" + std::to_string(column),
                             {INT},

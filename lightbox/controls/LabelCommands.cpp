@@ -1,9 +1,9 @@
 // text, separator, image, picture.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QFontDatabase>
@@ -36,7 +36,7 @@ ControlType TextType() {
     type.name = "text";
     type.flags =
         ControlFlags{
-            TextFlag<QLabel>(
+            ValueFlag<QLabel, QString>(
                 "-l", "-label", [](QLabel& label, const QString& text) { label.setText(text); },
                 [](const QLabel& label) { return label.text(); }),
             {"-al",
@@ -58,10 +58,10 @@ ControlType TextType() {
                  control.Widget()->setFont(FontNamed(QFont(), call.String("-font")));
              },
              [](Control& control) { return Value(control.notes["-font"]); }},
-            BoolFlag<QLabel>(
+            ValueFlag<QLabel, bool>(
                 "-ww", "-wordWrap", [](QLabel& label, bool on) { label.setWordWrap(on); },
                 [](const QLabel& label) { return label.wordWrap(); }),
-            BoolFlag<QLabel>(
+            ValueFlag<QLabel, bool>(
                 "-hl", "-hyperlink",
                 [](QLabel& label, bool on) {
                     label.setOpenExternalLinks(on);

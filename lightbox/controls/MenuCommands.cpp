@@ -1,10 +1,10 @@
 // menu, popupMenu, menuBarLayout.
 
 #include "controls/BoxLayoutControl.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlMenu.h"
 #include "controls/ControlRegistry.h"
 #include "controls/MenuControl.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 
@@ -155,7 +155,7 @@ ControlType MenuBarLayoutType() {
     type.family = ControlType::Family::Layout;
     type.flags =
         ControlFlags{
-            BoolFlag<QWidget>(
+            ValueFlag<QWidget, bool>(
                 "-mbv", "-menuBarVisible",
                 [](QWidget& widget, bool on) { widget.layout()->menuBar()->setVisible(on); },
                 [](const QWidget& widget) { return !widget.layout()->menuBar()->isHidden(); }),

@@ -60,10 +60,10 @@ QString PlainLabel(QString label) {
 
 const ControlFlags& MenuFlags() {
     static const ControlFlags flags = {
-        TextFlag<QMenu>(
+        ValueFlag<QMenu, QString>(
             "-l", "-label", [](QMenu& menu, const QString& text) { menu.setTitle(MenuLabel(text)); },
             [](const QMenu& menu) { return PlainLabel(menu.title()); }),
-        BoolFlag<QMenu>(
+        ValueFlag<QMenu, bool>(
             "-to", "-tearOff", [](QMenu& menu, bool on) { menu.setTearOffEnabled(on); },
             [](const QMenu& menu) { return menu.isTearOffEnabled(); }),
         ScriptFlag("-pmc", "-postMenuCommand"),

@@ -1,10 +1,10 @@
 // menuItem and radioMenuItemCollection.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlMenu.h"
 #include "controls/ControlRegistry.h"
 #include "controls/Icons.h"
 #include "controls/MenuControl.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 #include "mel/SyntaxBuilder.h"

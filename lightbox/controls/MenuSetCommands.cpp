@@ -1,8 +1,8 @@
 // menuSet and setMenuMode: which menus the main window shows.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/MenuSets.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/SyntaxBuilder.h"
 

@@ -1,10 +1,10 @@
 // intField, floatField, intFieldGrp, floatFieldGrp.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/GroupControl.h"
 #include "controls/NumberField.h"
 #include "controls/NumberFlags.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-constexpr int MOST_FIELDS = 4;
+constexpr int MAX_FIELDS = 4;
 
 ControlFlags FieldFlags(bool isInteger) {
     const auto own = OwnObject<NumberField>;
@@ -32,13 +32,13 @@ ControlFlags FieldFlags(bool isInteger) {
         NumberFlag<NumberField>(
             "-s", "-step", isInteger, own, [](NumberField& field, double value) { field.step = value; },
             [](const NumberField& field) { return field.step; }),
-        IntFlag<NumberField>(
+        ValueFlag<NumberField, int>(
             "-pre", "-precision", [](NumberField& field, int digits) { field.SetPrecision(digits); },
             [](const NumberField& field) { return field.Precision(); }),
-        BoolFlag<NumberField>(
+        ValueFlag<NumberField, bool>(
             "-tze", "-showTrailingZeros", [](NumberField& field, bool on) { field.ShowTrailingZeros(on); },
             [](const NumberField& field) { return field.ShowsTrailingZeros(); }),
-        BoolFlag<NumberField>(
+        ValueFlag<NumberField, bool>(
             "-ed", "-editable", [](NumberField& field, bool on) { field.setReadOnly(!on); },
             [](const NumberField& field) { return !field.isReadOnly(); }),
         NumberFlag<NumberField>(
@@ -88,7 +88,7 @@ Value ValuesOf(Control& control, bool isInteger) {
 
 /// -value1 to -value4 and -enable1 to -enable4.
 void AddNumbered(ControlFlags& flags, bool isInteger) {
-    for (int number = 1; number <= MOST_FIELDS; ++number) {
+    for (int number = 1; number <= MAX_FIELDS; ++number) {
         const std::string count = std::to_string(number);
         const std::string value = "-value" + count;
         const std::string enable = "-enable" + count;
@@ -124,9 +124,9 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
 
 ControlFlag AllValues(bool isInteger) {
     return {"-v", "-value",
-            std::vector<MSyntax::MArgType>(MOST_FIELDS, isInteger ? MSyntax::kLong : MSyntax::kDouble),
+            std::vector<MSyntax::MArgType>(MAX_FIELDS, isInteger ? MSyntax::kLong : MSyntax::kDouble),
             [](Control& control, const CommandCall& call) {
-                for (int number = 1; number <= MOST_FIELDS; ++number) {
+                for (int number = 1; number <= MAX_FIELDS; ++number) {
                     if (NumberField* const field = FieldOf(control, number)) {
                         field->SetValue(call.Float("-value", static_cast<unsigned>(number - 1)));
                     }
@@ -166,7 +166,7 @@ ControlType NumberGroupType(bool isInteger) {
     type.flags = std::move(type.flags) + GroupFlags();
     type.create = [isInteger](const ControlCreation& creation) {
         auto group = std::make_unique<GroupControl>(creation);
-        const int count = std::clamp(creation.call.IntOr("-numberOfFields", 1), 1, MOST_FIELDS);
+        const int count = std::clamp(creation.call.IntOr("-numberOfFields", 1), 1, MAX_FIELDS);
         ControlRegistry& registry = creation.registry;
         GroupControl* const made = group.get();
         for (int i = 0; i < count; ++i) {

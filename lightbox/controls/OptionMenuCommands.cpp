@@ -1,10 +1,10 @@
 // optionMenu and optionMenuGrp.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/GroupControl.h"
 #include "controls/MenuControl.h"
 #include "controls/OptionMenu.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QAction>

@@ -1,8 +1,8 @@
 // paneLayout: panes with movable borders between them.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 

@@ -1,8 +1,8 @@
 // progressBar and progressWindow.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/SyntaxBuilder.h"
 
@@ -35,10 +35,10 @@ ControlFlag StepFlag() {
 
 ControlFlags BarFlags() {
     return {
-        IntFlag<QProgressBar>(
+        ValueFlag<QProgressBar, int>(
             "-min", "-minValue", [](QProgressBar& bar, int value) { bar.setMinimum(value); },
             [](const QProgressBar& bar) { return bar.minimum(); }),
-        IntFlag<QProgressBar>(
+        ValueFlag<QProgressBar, int>(
             "-max", "-maxValue", [](QProgressBar& bar, int value) { bar.setMaximum(value); },
             [](const QProgressBar& bar) { return bar.maximum(); }),
         // The main window's bar is seen from here to -endProgress.
@@ -53,7 +53,7 @@ ControlFlags BarFlags() {
              bar.repaint();
          },
          nullptr},
-        IntFlag<QProgressBar>(
+        ValueFlag<QProgressBar, int>(
             "-pr", "-progress",
             [](QProgressBar& bar, int value) {
                 bar.setValue(std::clamp(value, bar.minimum(), bar.maximum()));
@@ -73,7 +73,7 @@ ControlFlags BarFlags() {
          nullptr},
         QueryFlag("-ic", "-isCancelled",
                   [](Control& control) { return Value(control.Object()->property("cancelled").toBool()); }),
-        TextFlag<QProgressBar>(
+        ValueFlag<QProgressBar, QString>(
             "-st", "-status", [](QProgressBar& bar, const QString& text) { bar.setFormat(text + " %p%"); },
             [](const QProgressBar& bar) { return bar.format().remove(" %p%"); }),
         NoteFlag("-ii", "-isInterruptable", ON),

@@ -1,10 +1,10 @@
 // intSlider, floatSlider, intSliderGrp, floatSliderGrp.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/GroupControl.h"
 #include "controls/NumberField.h"
 #include "controls/NumberFlags.h"
+#include "controls/Registration.h"
 #include "controls/ValueSlider.h"
 #include "controls/WindowCommandTable.h"
 

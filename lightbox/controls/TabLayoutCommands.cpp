@@ -1,9 +1,9 @@
 // tabLayout, shelfTabLayout and shelfLayout.
 
 #include "controls/BoxLayoutControl.h"
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
 
@@ -111,7 +111,7 @@ ControlFlags TabFlags() {
              control.As<QTabWidget>()->setCurrentIndex(call.Int("-selectTabIndex") - 1);
          },
          [](Control& control) { return Value(control.As<QTabWidget>()->currentIndex() + 1); }},
-        BoolFlag<QTabWidget>(
+        ValueFlag<QTabWidget, bool>(
             "-tv", "-tabsVisible", [](QTabWidget& tabs, bool on) { tabs.tabBar()->setVisible(on); },
             [](const QTabWidget& tabs) { return !tabs.tabBar()->isHidden(); }),
         ScriptFlag("-cc", "-changeCommand"),

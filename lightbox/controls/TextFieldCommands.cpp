@@ -1,9 +1,9 @@
 // textField, textFieldGrp, textFieldButtonGrp, scrollField.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/GroupControl.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QLineEdit>
@@ -188,23 +188,23 @@ ControlType ScrollFieldType() {
     type.flags =
         ControlFlags{
             ClearFlag(),
-            TextFlag<QPlainTextEdit>(
+            ValueFlag<QPlainTextEdit, QString>(
                 "-tx", "-text", [](QPlainTextEdit& edit, const QString& text) { edit.setPlainText(text); },
                 [](const QPlainTextEdit& edit) { return edit.toPlainText(); }),
-            TextFlag<QPlainTextEdit>(
+            ValueFlag<QPlainTextEdit, QString>(
                 "-it", "-insertText",
                 [](QPlainTextEdit& edit, const QString& text) { edit.insertPlainText(text); },
                 [](const QPlainTextEdit& edit) { return edit.textCursor().selectedText(); }),
-            BoolFlag<QPlainTextEdit>(
+            ValueFlag<QPlainTextEdit, bool>(
                 "-ed", "-editable", [](QPlainTextEdit& edit, bool on) { edit.setReadOnly(!on); },
                 [](const QPlainTextEdit& edit) { return !edit.isReadOnly(); }),
-            BoolFlag<QPlainTextEdit>(
+            ValueFlag<QPlainTextEdit, bool>(
                 "-ww", "-wordWrap",
                 [](QPlainTextEdit& edit, bool on) {
                     edit.setLineWrapMode(on ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
                 },
                 [](const QPlainTextEdit& edit) { return edit.lineWrapMode() != QPlainTextEdit::NoWrap; }),
-            IntFlag<QPlainTextEdit>(
+            ValueFlag<QPlainTextEdit, int>(
                 "-ip", "-insertionPosition",
                 [](QPlainTextEdit& edit, int position) {
                     edit.moveCursor(QTextCursor::End);

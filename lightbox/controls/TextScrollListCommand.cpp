@@ -1,8 +1,8 @@
 // textScrollList: a list of texts to choose from.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QKeyEvent>
@@ -127,7 +127,7 @@ ControlFlags ContentFlags() {
 
 ControlFlags SelectionFlags() {
     return {
-        BoolFlag<QListWidget>(
+        ValueFlag<QListWidget, bool>(
             "-ams", "-allowMultiSelection",
             [](QListWidget& list, bool on) {
                 list.setSelectionMode(on ? QAbstractItemView::ExtendedSelection

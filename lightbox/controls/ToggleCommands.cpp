@@ -1,8 +1,8 @@
 // checkBox, radioButton, radioCollection and their kind with pictures.
 
-#include "controls/ControlCommands.h"
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
+#include "controls/Registration.h"
 #include "controls/ToggleFlags.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/Error.h"
@@ -21,7 +21,7 @@ using mel::CommandCall;
 using mel::Value;
 
 ControlFlags LabelFlags() {
-    return {TextFlag<QAbstractButton>(
+    return {ValueFlag<QAbstractButton, QString>(
                 "-l", "-label", [](QAbstractButton& button, const QString& text) { button.setText(text); },
                 [](const QAbstractButton& button) { return button.text(); }),
             NoteFlag("-al", "-align", TEXT), NoteFlag("-rs", "-recomputeSize", ON)};
@@ -31,7 +31,7 @@ ControlType CheckBoxType() {
     ControlType type;
     type.name = "checkBox";
     type.flags = LabelFlags() +
-                 ControlFlags{BoolFlag<QCheckBox>(
+                 ControlFlags{ValueFlag<QCheckBox, bool>(
                      "-v", "-value", [](QCheckBox& box, bool on) { box.setChecked(on); },
                      [](const QCheckBox& box) { return box.isChecked(); })} +
                  ToggleScripts() + CommonFlags();

@@ -1,7 +1,7 @@
 // checkBoxGrp and radioButtonGrp: up to four boxes or buttons in a row, with a label before them.
 
-#include "controls/ControlCommands.h"
 #include "controls/GroupControl.h"
+#include "controls/Registration.h"
 #include "controls/ToggleFlags.h"
 #include "controls/WindowCommandTable.h"
 
@@ -18,7 +18,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-constexpr int MOST = 4;
+constexpr int MAX_BUTTONS = 4;
 
 QAbstractButton* ButtonOf(Control& control, int number) {
     return Group(control).PartAs<QAbstractButton>(number);
@@ -123,7 +123,7 @@ ControlFlag NumberedScript(const char* shortName, const char* longName, int numb
 ControlFlags CommonGroupFlags() {
     ControlFlags flags = ToggleScripts();
     flags.push_back(CreateFlag("-vr", "-vertical", {MSyntax::kBoolean}));
-    for (int number = 1; number <= MOST; ++number) {
+    for (int number = 1; number <= MAX_BUTTONS; ++number) {
         flags.push_back(LabelOf(number));
         flags.push_back(EnableOf(number));
         flags.push_back(NumberedScript("-cc", "-changeCommand", number));
@@ -142,7 +142,7 @@ std::unique_ptr<GroupControl> MakeGroup(const ControlCreation& creation, const c
     const CommandCall& call = creation.call;
     const bool isVertical = call.Has("-vertical") && call.Bool("-vertical");
     auto group = std::make_unique<GroupControl>(creation, false, isVertical);
-    const int count = std::clamp(call.IntOr(countFlag, 1), 1, MOST);
+    const int count = std::clamp(call.IntOr(countFlag, 1), 1, MAX_BUTTONS);
     for (int number = 1; number <= count; ++number) {
         auto* const button = new Button;
         group->AddPart(button);
@@ -166,7 +166,7 @@ ControlType CheckBoxGroupType() {
     type.flags.push_back(CreateFlag("-ncb", "-numberOfCheckBoxes", {MSyntax::kLong}, [](Control& control) {
         return Value(static_cast<int>(Group(control).Parts().size()));
     }));
-    for (int number = 1; number <= MOST; ++number) {
+    for (int number = 1; number <= MAX_BUTTONS; ++number) {
         type.flags.push_back(ValueOf(number));
         if (number > 1) {
             type.flags.push_back(ValuesOf(number));
@@ -190,7 +190,7 @@ QButtonGroup* SharedGroup(const ControlCreation& creation) {
 }
 
 int Selected(Control& control) {
-    for (int number = 1; number <= MOST; ++number) {
+    for (int number = 1; number <= MAX_BUTTONS; ++number) {
         const QAbstractButton* const button = ButtonOf(control, number);
         if (button && button->isChecked()) {
             return number;

@@ -1,8 +1,8 @@
 // window, showWindow, windowPref, toggleWindowVisibility.
 
-#include "controls/ControlCommands.h"
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "controls/WindowControl.h"
 #include "mel/SyntaxBuilder.h"
@@ -81,10 +81,10 @@ ControlFlags SizeFlags() {
          [](Control& control) {
              return Value(Value::IntArray{control.Widget()->y(), control.Widget()->x()});
          }},
-        BoolFlag<ControlWindow>(
+        ValueFlag<ControlWindow, bool>(
             "-rtf", "-resizeToFitChildren", [](ControlWindow& window, bool on) { window.fitsChildren = on; },
             [](const ControlWindow& window) { return window.fitsChildren; }),
-        BoolFlag<QMainWindow>(
+        ValueFlag<QMainWindow, bool>(
             "-s", "-sizeable",
             [](QMainWindow& window, bool on) {
                 on ? window.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX)
@@ -110,21 +110,21 @@ ControlFlag FrameFlag(const char* shortName, const char* longName, Qt::WindowTyp
 
 ControlFlags FrameFlags() {
     return {
-        TextFlag<QWidget>(
+        ValueFlag<QWidget, QString>(
             "-t", "-title", [](QWidget& window, const QString& text) { window.setWindowTitle(text); },
             [](const QWidget& window) { return window.windowTitle(); }),
-        TextFlag<QWidget>(
+        ValueFlag<QWidget, QString>(
             "-in", "-iconName", [](QWidget& window, const QString& text) { window.setWindowIconText(text); },
             [](const QWidget& window) { return window.windowIconText(); }),
         FrameFlag("-mnb", "-minimizeButton", Qt::WindowMinimizeButtonHint),
         FrameFlag("-mxb", "-maximizeButton", Qt::WindowMaximizeButtonHint),
         FrameFlag("-tbm", "-titleBarMenu", Qt::WindowSystemMenuHint),
         FrameFlag("-tlb", "-toolbox", Qt::Tool),
-        BoolFlag<ControlWindow>(
+        ValueFlag<ControlWindow, bool>(
             "-tb", "-titleBar",
             [](ControlWindow& window, bool on) { window.SetFlag(Qt::FramelessWindowHint, !on); },
             [](const ControlWindow& window) { return !(window.windowFlags() & Qt::FramelessWindowHint); }),
-        BoolFlag<QWidget>(
+        ValueFlag<QWidget, bool>(
             "-i", "-iconify",
             [](QWidget& window, bool on) {
                 window.setWindowState(on ? window.windowState() | Qt::WindowMinimized
@@ -146,10 +146,10 @@ Value MenusOf(Control& control) {
 
 ControlFlags MenuBarFlags() {
     return {
-        BoolFlag<QMainWindow>(
+        ValueFlag<QMainWindow, bool>(
             "-mb", "-menuBar", [](QMainWindow& window, bool on) { window.menuBar()->setVisible(on); },
             [](const QMainWindow& window) { return window.menuWidget() != nullptr; }),
-        BoolFlag<QMainWindow>(
+        ValueFlag<QMainWindow, bool>(
             "-mbv", "-menuBarVisible", [](QMainWindow& window, bool on) { window.menuBar()->setVisible(on); },
             [](const QMainWindow& window) {
                 return window.menuWidget() && !window.menuWidget()->isHidden();

@@ -25,7 +25,7 @@ void WriteFlag(std::ostream& out, const char* name, const std::optional<bool>& s
     }
 }
 
-void WriteNumbers(std::ostream& out, const Setting& setting) {
+void WriteNumbers(std::ostream& out, const PlugSetting& setting) {
     for (std::size_t i = 0; i < setting.numbers.size(); ++i) {
         out << (i > 0 && i % NUMBERS_PER_LINE == 0 ? "\n\t\t" : " ");
         if (setting.isBoolean) {
@@ -36,7 +36,7 @@ void WriteNumbers(std::ostream& out, const Setting& setting) {
     }
 }
 
-void WriteData(std::ostream& out, const Setting& setting) {
+void WriteData(std::ostream& out, const PlugSetting& setting) {
     out << ' ';
     if (!setting.data->Data().writeASCII(out)) {
         throw FileError("The value of \"" + setting.path + "\", of type \"" + setting.type +
@@ -46,7 +46,7 @@ void WriteData(std::ostream& out, const Setting& setting) {
 }
 
 /// Bare words and numbers, each part of a face on a line of its own.
-void WriteFaces(std::ostream& out, const Setting& setting) {
+void WriteFaces(std::ostream& out, const PlugSetting& setting) {
     for (const std::string& face : setting.texts) {
         for (std::size_t begin = 0; begin < face.size();) {
             const std::size_t end = std::min(face.find('\n', begin), face.size());
@@ -56,7 +56,7 @@ void WriteFaces(std::ostream& out, const Setting& setting) {
     }
 }
 
-void WriteValue(std::ostream& out, const Setting& setting) {
+void WriteValue(std::ostream& out, const PlugSetting& setting) {
     if (!setting.type.empty()) {
         out << " -type " << Quoted(setting.type);
     }
@@ -111,7 +111,7 @@ void WriteKind(std::ostream& out, const Attribute& attribute) {
 
 } // namespace
 
-void WriteSetting(std::ostream& out, const Setting& setting) {
+void WriteSetting(std::ostream& out, const PlugSetting& setting) {
     out << "setAttr";
     if (setting.size) {
         out << " -s " << *setting.size;
@@ -126,7 +126,7 @@ void WriteSetting(std::ostream& out, const Setting& setting) {
     out << ";\n";
 }
 
-std::string SettingText(const Setting& setting) {
+std::string SettingText(const PlugSetting& setting) {
     std::ostringstream text;
     WriteSetting(text, setting);
     return text.str();

@@ -2,9 +2,9 @@
 
 #include "formats/AsciiStatements.h"
 #include "formats/FileError.h"
-#include "formats/KeptContent.h"
+#include "formats/PlugSettingCollector.h"
+#include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingCollector.h"
 #include "mel/Interpreter.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
@@ -47,7 +47,7 @@ std::string Word(const std::string& name) {
 AsciiWriter::AsciiWriter(Host& host, std::ostream& out)
     : host_(host)
     , out_(out)
-    , kept_(host.files().kept()) {}
+    , preserved_(host.files().preserved()) {}
 
 void AsciiWriter::Write(const SceneContent& content, const std::string& name) {
     WriteHead(content, name);
@@ -61,7 +61,7 @@ void AsciiWriter::Write(const SceneContent& content, const std::string& name) {
     }
     WriteConnections(content);
     if (content.isWhole) {
-        for (const std::string& statement : kept_.statements) {
+        for (const std::string& statement : preserved_.statements) {
             out_ << statement << ";\n";
         }
     }
@@ -86,7 +86,7 @@ void AsciiWriter::WriteHead(const SceneContent& content, const std::string& name
 void AsciiWriter::WriteReferences(const SceneContent& content) {
     // First where the files are, then the instruction to read them, as Maya does.
     for (const char* instruction : {"-rdi 1", "-r"}) {
-        for (const Reference& reference : content.references) {
+        for (const FileReference& reference : content.references) {
             const bool isReading = instruction[2] == '\0';
             out_ << "file " << instruction << " -ns " << Quoted(reference.nameSpace);
             if (isReading || reference.isDeferred) {
@@ -113,7 +113,7 @@ void AsciiWriter::WriteRequirements(const SceneContent& content) {
         }
         out_ << ' ' << Quoted(required.plugin) << ' ' << Quoted(required.version) << ";\n";
     }
-    for (const KeptContent::Requirement& kept : kept_.requirements) {
+    for (const PreservedContent::Requirement& kept : preserved_.requirements) {
         const bool isWritten =
             std::any_of(content.requirements.begin(), content.requirements.end(),
                         [&](const auto& required) { return required.plugin == kept.plugin; });
@@ -149,15 +149,15 @@ void AsciiWriter::WriteNodeBody(const std::shared_ptr<Node>& node) {
     for (const auto& attribute : node->DynamicAttributes()) {
         ascii::WriteAddAttr(out_, *attribute, INDENT);
     }
-    for (const Setting& setting : SettingCollector::Collect(node)) {
+    for (const PlugSetting& setting : PlugSettingCollector::Collect(node)) {
         out_ << INDENT;
         ascii::WriteSetting(out_, setting);
     }
-    WriteKept(node);
+    WritePreserved(node);
 }
 
-void AsciiWriter::WriteKept(const std::shared_ptr<Node>& node) {
-    const KeptContent::OfNode* kept = kept_.Find(*node);
+void AsciiWriter::WritePreserved(const std::shared_ptr<Node>& node) {
+    const PreservedContent::NodeContent* kept = preserved_.Find(*node);
     if (!kept) {
         return;
     }
@@ -185,7 +185,7 @@ void AsciiWriter::WriteEdits(const SceneContent& content) {
         for (const auto& attribute : edit.addedAttributes) {
             ascii::WriteAddAttr(out_, *attribute, INDENT);
         }
-        for (const Setting& setting : edit.settings) {
+        for (const PlugSetting& setting : edit.settings) {
             out_ << INDENT;
             ascii::WriteSetting(out_, setting);
         }
@@ -200,7 +200,7 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
         }
         WriteNodeBody(node);
     }
-    for (const KeptContent::DefaultBlock& block : kept_.defaultBlocks) {
+    for (const PreservedContent::DefaultBlock& block : preserved_.defaultBlocks) {
         out_ << "select -ne " << Word(block.node) << ";\n";
         for (const std::string& statement : block.statements) {
             out_ << INDENT << statement << ";\n";
@@ -220,7 +220,7 @@ void AsciiWriter::WriteConnections(const SceneContent& content) {
     if (!content.isWhole) {
         return;
     }
-    for (const KeptContent::Connection& kept : kept_.connections) {
+    for (const PreservedContent::Connection& kept : preserved_.connections) {
         const auto source = kept.source.lock();
         const auto destination = kept.destination.lock();
         if (source && destination && source->InScene() && destination->InScene()) {

@@ -8,7 +8,7 @@
 namespace lightbox {
 
 class Host;
-class KeptContent;
+class PreservedContent;
 
 /// Writes a scene as Maya ASCII, in Maya's order of statements.
 class AsciiWriter {
@@ -30,13 +30,13 @@ private:
     void WriteEdits(const SceneContent& content);
     void WriteDefaults(const SceneContent& content);
     void WriteConnections(const SceneContent& content);
-    void WriteKept(const std::shared_ptr<Node>& node);
+    void WritePreserved(const std::shared_ptr<Node>& node);
     static std::string NameOf(const Node& node);
     static std::string PlugName(const Plug& plug);
 
     Host& host_;
     std::ostream& out_;
-    const KeptContent& kept_;
+    const PreservedContent& preserved_;
 };
 
 } // namespace lightbox

@@ -1,6 +1,6 @@
 #include "formats/AttributeFactory.h"
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 #include "scene/DataType.h"
 #include "scene/Scene.h"
 

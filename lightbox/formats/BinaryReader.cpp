@@ -20,7 +20,7 @@ namespace lightbox {
 namespace {
 
 /// Levels of compound attributes; no real one comes near.
-constexpr int DEEPEST_ATTRIBUTE = 16;
+constexpr int MAX_ATTRIBUTE_DEPTH = 16;
 constexpr std::size_t TEXT_BYTES = 8; ///< the least that a text takes
 
 std::string TakeText(ChunkReader& content) {
@@ -183,7 +183,7 @@ void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& n
         reader_.RunStatement(statement);
     }
     for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
-        Setting setting;
+        PlugSetting setting;
         setting.path = TakeText(content);
         setting.type = TakeText(content);
         setting.hasValue = true;
@@ -199,7 +199,7 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     const std::string shortName = TakeText(content);
     const std::string niceName = TakeText(content);
     const std::string type = TakeText(content);
-    if (depth > DEEPEST_ATTRIBUTE || !AttributeFactory::IsName(longName) ||
+    if (depth > MAX_ATTRIBUTE_DEPTH || !AttributeFactory::IsName(longName) ||
         !AttributeFactory::IsName(shortName)) {
         throw FileError("The attribute '" + longName + "' cannot be.");
     }
@@ -239,7 +239,7 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
 }
 
 void BinaryReader::ReadSetting(ChunkReader& content, const std::shared_ptr<Node>& node) {
-    Setting setting;
+    PlugSetting setting;
     setting.path = TakeText(content);
     setting.locked = TakeFlag(content);
     setting.keyable = TakeFlag(content);

@@ -3,9 +3,9 @@
 #include "formats/BinaryFormat.h"
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
-#include "formats/KeptContent.h"
+#include "formats/PlugSettingCollector.h"
+#include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingCollector.h"
 #include "scene/DagNode.h"
 #include "scene/DataValue.h"
 #include "scene/Host.h"
@@ -61,7 +61,7 @@ std::uint32_t FlagsOf(const Attribute& attribute) {
 BinaryWriter::BinaryWriter(Host& host, std::ostream& out)
     : host_(host)
     , out_(out)
-    , kept_(host.files().kept()) {}
+    , preserved_(host.files().preserved()) {}
 
 void BinaryWriter::Write(const SceneContent& content, const std::string& name) {
     ChunkFile::WriteSignature(out_);
@@ -80,7 +80,7 @@ void BinaryWriter::Write(const SceneContent& content, const std::string& name) {
     }
     WriteConnections(content);
     if (content.isWhole) {
-        WriteKept();
+        WritePreserved();
     }
     ChunkFile::WriteChunk(out_, binary::DONE, {});
 }
@@ -108,7 +108,7 @@ void BinaryWriter::WriteHead(const SceneContent& content, const std::string& nam
 }
 
 void BinaryWriter::WriteReferences(const SceneContent& content) {
-    for (const Reference& reference : content.references) {
+    for (const FileReference& reference : content.references) {
         ChunkWriter chunk;
         chunk.Text(reference.path);
         chunk.Text(reference.nameSpace);
@@ -129,7 +129,7 @@ void BinaryWriter::WriteRequirements(const SceneContent& content) {
         PutTexts(chunk, required.dataTypes);
         ChunkFile::WriteChunk(out_, binary::REQUIREMENT, chunk.Bytes());
     }
-    for (const KeptContent::Requirement& kept : kept_.requirements) {
+    for (const PreservedContent::Requirement& kept : preserved_.requirements) {
         ChunkWriter chunk;
         chunk.Text(kept.statement);
         ChunkFile::WriteChunk(out_, binary::STATEMENT, chunk.Bytes());
@@ -150,29 +150,29 @@ void BinaryWriter::WriteNode(const std::shared_ptr<Node>& node) {
 }
 
 void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node,
-                           std::vector<Setting> settings) const {
+                           std::vector<PlugSetting> settings) const {
     const auto& attributes = node->DynamicAttributes();
     chunk.Count(static_cast<std::uint32_t>(attributes.size()));
     for (const auto& attribute : attributes) {
         PutAttribute(chunk, *attribute);
     }
-    const std::vector<Setting> own = SettingCollector::Collect(node);
+    const std::vector<PlugSetting> own = PlugSettingCollector::Collect(node);
     settings.insert(settings.end(), own.begin(), own.end());
     chunk.Count(static_cast<std::uint32_t>(settings.size()));
-    for (const Setting& setting : settings) {
+    for (const PlugSetting& setting : settings) {
         PutSetting(chunk, setting);
     }
-    PutKept(chunk, *node);
+    PutPreserved(chunk, *node);
 }
 
-void BinaryWriter::PutKept(ChunkWriter& chunk, const Node& node) const {
-    static const KeptContent::OfNode NOTHING;
-    const KeptContent::OfNode* found = kept_.Find(node);
-    const KeptContent::OfNode& kept = found ? *found : NOTHING;
+void BinaryWriter::PutPreserved(ChunkWriter& chunk, const Node& node) const {
+    static const PreservedContent::NodeContent NOTHING;
+    const PreservedContent::NodeContent* found = preserved_.Find(node);
+    const PreservedContent::NodeContent& kept = found ? *found : NOTHING;
     // The statements first: among them are attributes that the values belong to.
     PutTexts(chunk, kept.statements);
     chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
-    for (const KeptContent::BinaryValue& value : kept.values) {
+    for (const PreservedContent::BinaryValue& value : kept.values) {
         chunk.Text(value.path);
         chunk.Text(value.dataType);
         chunk.Text(value.bytes);
@@ -202,7 +202,7 @@ void BinaryWriter::PutAttribute(ChunkWriter& chunk, const Attribute& attribute) 
     }
 }
 
-void BinaryWriter::PutSetting(ChunkWriter& chunk, const Setting& setting) {
+void BinaryWriter::PutSetting(ChunkWriter& chunk, const PlugSetting& setting) {
     chunk.Text(setting.path);
     for (const auto& flag : {setting.locked, setting.keyable, setting.channelBox}) {
         chunk.Byte(static_cast<std::uint8_t>(StateOf(flag)));
@@ -240,7 +240,7 @@ void BinaryWriter::WriteEdits(const SceneContent& content) {
             PutAttribute(chunk, *attribute);
         }
         chunk.Count(static_cast<std::uint32_t>(edit.settings.size()));
-        for (const Setting& setting : edit.settings) {
+        for (const PlugSetting& setting : edit.settings) {
             PutSetting(chunk, setting);
         }
         chunk.Count(0);
@@ -253,9 +253,9 @@ void BinaryWriter::WriteDefaults(const SceneContent& content) {
     for (const std::shared_ptr<Node>& node : content.defaults) {
         ChunkWriter chunk;
         chunk.Text(NameOf(*node));
-        std::vector<Setting> settings;
+        std::vector<PlugSetting> settings;
         if (node->Type().Name() == "time") {
-            Setting now;
+            PlugSetting now;
             now.path = "o";
             now.hasValue = true;
             now.numbers = {host_.time().CurrentTime()};
@@ -285,7 +285,7 @@ void BinaryWriter::WriteConnections(const SceneContent& content) {
     if (!content.isWhole) {
         return;
     }
-    for (const KeptContent::Connection& kept : kept_.connections) {
+    for (const PreservedContent::Connection& kept : preserved_.connections) {
         const auto source = kept.source.lock();
         const auto destination = kept.destination.lock();
         if (source && destination && source->InScene() && destination->InScene()) {
@@ -295,8 +295,8 @@ void BinaryWriter::WriteConnections(const SceneContent& content) {
     }
 }
 
-void BinaryWriter::WriteKept() {
-    for (const KeptContent::DefaultBlock& block : kept_.defaultBlocks) {
+void BinaryWriter::WritePreserved() {
+    for (const PreservedContent::DefaultBlock& block : preserved_.defaultBlocks) {
         ChunkWriter chunk;
         chunk.Text(block.node);
         chunk.Count(0);
@@ -305,7 +305,7 @@ void BinaryWriter::WriteKept() {
         chunk.Count(0);
         ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
     }
-    for (const std::string& statement : kept_.statements) {
+    for (const std::string& statement : preserved_.statements) {
         ChunkWriter chunk;
         chunk.Text(statement);
         ChunkFile::WriteChunk(out_, binary::STATEMENT, chunk.Bytes());

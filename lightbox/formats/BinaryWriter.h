@@ -9,7 +9,7 @@ namespace lightbox {
 
 class ChunkWriter;
 class Host;
-class KeptContent;
+class PreservedContent;
 
 /// Writes a scene as Lightbox's binary container; docs/lightbox-scene-files.md describes it.
 class BinaryWriter {
@@ -27,17 +27,17 @@ private:
     void WriteEdits(const SceneContent& content);
     void WriteDefaults(const SceneContent& content);
     void WriteConnections(const SceneContent& content);
-    void WriteKept();
+    void WritePreserved();
     /// What a node holds, behind settings that it has beside them.
     void PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node,
-                 std::vector<Setting> settings = {}) const;
-    void PutKept(ChunkWriter& chunk, const Node& node) const;
-    static void PutSetting(ChunkWriter& chunk, const Setting& setting);
+                 std::vector<PlugSetting> settings = {}) const;
+    void PutPreserved(ChunkWriter& chunk, const Node& node) const;
+    static void PutSetting(ChunkWriter& chunk, const PlugSetting& setting);
     static void PutAttribute(ChunkWriter& chunk, const Attribute& attribute);
 
     Host& host_;
     std::ostream& out_;
-    const KeptContent& kept_;
+    const PreservedContent& preserved_;
 };
 
 } // namespace lightbox

@@ -80,7 +80,7 @@ FaceText::FaceText(std::string_view text) {
             while (!tokens.AtEnd() && !tokens.AtWord()) {
                 kept.append(" ").append(tokens.Next());
             }
-            kept_.push_back(std::move(kept));
+            otherParts_.push_back(std::move(kept));
         } else {
             Fail();
         }

@@ -24,7 +24,7 @@ public:
     const std::vector<int>& Edges() const { return edges_; }
     const std::vector<std::vector<int>>& Holes() const { return holes_; }
     const std::vector<Uvs>& UvSets() const { return uvSets_; }
-    const std::vector<std::string>& Kept() const { return kept_; }
+    const std::vector<std::string>& OtherParts() const { return otherParts_; }
 
     /// "WORD COUNT NUMBER NUMBER ...".
     template <class Iterator>
@@ -40,7 +40,7 @@ private:
     std::vector<int> edges_;
     std::vector<std::vector<int>> holes_;
     std::vector<Uvs> uvSets_;
-    std::vector<std::string> kept_;
+    std::vector<std::string> otherParts_;
 };
 
 } // namespace lightbox

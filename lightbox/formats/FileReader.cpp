@@ -4,11 +4,11 @@
 #include "formats/BinaryReader.h"
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
-#include "formats/KeptContent.h"
 #include "formats/MemoryStream.h"
-#include "formats/MeshSettings.h"
+#include "formats/MeshPlugSettings.h"
+#include "formats/PlugSettingApplier.h"
+#include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingApplier.h"
 #include "mel/Interpreter.h"
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
@@ -188,25 +188,25 @@ void FileReader::KeepForCurrent(const std::string& kind, const std::string& warn
         KeepForNode(*current_, kind, warning);
     } else {
         WarnOnce(kind, warning);
-        host_.files().kept().BlockOf(missingDefault_).statements.push_back(StatementText());
+        host_.files().preserved().BlockOf(missingDefault_).statements.push_back(StatementText());
     }
 }
 
 void FileReader::KeepForNode(const Node& node, const std::string& kind, const std::string& warning) {
     WarnOnce(kind, warning);
     if (!IsForeign(node)) {
-        host_.files().kept().Of(node).statements.push_back(StatementText());
+        host_.files().preserved().Of(node).statements.push_back(StatementText());
     }
 }
 
 void FileReader::KeepForFile(const std::string& kind, const std::string& warning) {
     WarnOnce(kind, warning);
     if (source_.mode == Mode::Open) {
-        host_.files().kept().statements.push_back(StatementText());
+        host_.files().preserved().statements.push_back(StatementText());
     }
 }
 
-void FileReader::Apply(const std::shared_ptr<Node>& node, const Setting& setting) {
+void FileReader::Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting) {
     if (IsForeign(*node)) {
         return;
     }
@@ -217,20 +217,20 @@ void FileReader::Apply(const std::shared_ptr<Node>& node, const Setting& setting
         }
         return;
     }
-    Setting scaled = setting;
-    if (MeshSettings::Handles(*node, setting.path)) {
-        if (MeshSettings::IsLength(setting.path)) {
+    PlugSetting scaled = setting;
+    if (MeshPlugSettings::Handles(*node, setting.path)) {
+        if (MeshPlugSettings::IsLength(setting.path)) {
             for (double& number : scaled.numbers) {
                 number *= scale_.linear;
             }
         }
     } else if (scale_.linear != 1.0 || scale_.angular != 1.0) {
-        Scale(SettingApplier::Resolve(node, setting.path, setting.numbers.size()).front(), scaled);
+        Scale(PlugSettingApplier::Resolve(node, setting.path, setting.numbers.size()).front(), scaled);
     }
-    SettingApplier(host_, SettingApplier::Manner::Read).Apply(node, scaled);
+    PlugSettingApplier(host_, PlugSettingApplier::ApplyMode::Read).Apply(node, scaled);
 }
 
-void FileReader::ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting) {
+void FileReader::ApplyOrKeep(const std::shared_ptr<Node>& node, const PlugSetting& setting) {
     try {
         if (node) {
             Apply(node, setting);
@@ -264,7 +264,7 @@ void FileReader::KeepAttribute(const Attribute& attribute) {
     statement_ = {};
 }
 
-void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting,
+void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const PlugSetting& setting,
                              std::string_view bytes) {
     if (IsForeign(*node)) {
         return;
@@ -273,10 +273,11 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
     if (!type || !node->FindAttribute(setting.path.substr(0, setting.path.find('[')))) {
         WarnOnce("data type " + setting.type,
                  "Unknown data type '" + setting.type + "'; its values are kept and written back.");
-        host_.files().kept().Of(*node).values.push_back({setting.path, setting.type, std::string(bytes)});
+        host_.files().preserved().Of(*node).values.push_back(
+            {setting.path, setting.type, std::string(bytes)});
         return;
     }
-    Setting filled = setting;
+    PlugSetting filled = setting;
     filled.data = TypeRegistry::MakeData(type);
     if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
         ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
@@ -297,7 +298,7 @@ void FileReader::ApplyBinary(const std::shared_ptr<Node>& node, const Setting& s
     }
 }
 
-void FileReader::Scale(const Plug& plug, Setting& setting) const {
+void FileReader::Scale(const Plug& plug, PlugSetting& setting) const {
     // The numbers of an element follow one another: the time and the value of a key, say.
     std::vector<double> factors;
     const std::function<void(const Attribute&)> addFactors = [&](const Attribute& attribute) {
@@ -323,7 +324,7 @@ void FileReader::Require(const std::string& plugin, const std::string& version,
     }
     WarnOnce("plug-in " + plugin, "The plug-in \"" + plugin + "\", version " + version +
                                       ", is not loaded; what it brought is kept and written back.");
-    auto& requirements = host_.files().kept().requirements;
+    auto& requirements = host_.files().preserved().requirements;
     const bool isListed = std::any_of(requirements.begin(), requirements.end(),
                                       [&](const auto& other) { return other.plugin == plugin; });
     if (!isListed) {
@@ -408,8 +409,8 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
         return;
     }
     try {
-        const Plug from = SettingApplier::Resolve(sourceNode, sourceAttribute, 1).front();
-        Plug to = SettingApplier::Resolve(destinationNode, destinationAttribute, 1).front();
+        const Plug from = PlugSettingApplier::Resolve(sourceNode, sourceAttribute, 1).front();
+        Plug to = PlugSettingApplier::Resolve(destinationNode, destinationAttribute, 1).front();
         const bool isNext = flags == " -na" && to.IsArray() && !to.attribute->indexMatters;
         if (isNext) {
             to = to.NextElement();
@@ -421,7 +422,7 @@ void FileReader::Connect(const std::string& source, const std::string& destinati
         }
     } catch (const SceneError&) {
         if (source_.mode != Mode::Reference) {
-            host_.files().kept().connections.push_back(
+            host_.files().preserved().connections.push_back(
                 {sourceNode, sourceAttribute, destinationNode, destinationAttribute, flags});
         }
     }

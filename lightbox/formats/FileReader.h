@@ -1,6 +1,7 @@
 #pragma once
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
+#include "scene/NonCopyable.h"
 #include "scene/Plug.h"
 
 #include <map>
@@ -24,7 +25,7 @@ class Error;
 /// Reads one scene file into the scene. It knows the names that the file uses, which are not always those
 /// that the nodes got, and the node that statements without a node's name are about. While it reads Maya
 /// ASCII, scene commands hand their work to it.
-class FileReader {
+class FileReader : NonCopyable {
 public:
     enum class Mode { Open, Import, Reference };
 
@@ -36,8 +37,6 @@ public:
     };
 
     FileReader(Host& host, Source source);
-    FileReader(const FileReader&) = delete;
-    FileReader& operator=(const FileReader&) = delete;
 
     /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error.
     /// Throws FileError only when the bytes are no scene at all, and then before anything has changed.
@@ -66,13 +65,13 @@ public:
     bool IsForeign(const Node& node) const;
 
     /// Stores a setting. Throws SceneError; UnknownAttributeError for what the node does not know.
-    void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
+    void Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting);
     /// The same, but what is unknown is kept, as with a null node, and other faults are reported.
-    void ApplyOrKeep(const std::shared_ptr<Node>& node, const Setting& setting);
+    void ApplyOrKeep(const std::shared_ptr<Node>& node, const PlugSetting& setting);
     /// Keeps a dynamic attribute of the current node, as the statements that add it.
     void KeepAttribute(const Attribute& attribute);
     /// Stores a value that a plug-in's data type reads from bytes; without the plug-in the bytes are kept.
-    void ApplyBinary(const std::shared_ptr<Node>& node, const Setting& setting, std::string_view bytes);
+    void ApplyBinary(const std::shared_ptr<Node>& node, const PlugSetting& setting, std::string_view bytes);
     /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.
     void Connect(const std::string& source, const std::string& destination, const std::string& flags);
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
@@ -132,7 +131,7 @@ private:
     std::shared_ptr<DagNode> ParentFor(const std::string& parentPath);
     std::shared_ptr<const NodeType> TypeFor(const std::string& type, bool hasParent);
     std::shared_ptr<Node> ReplaceByTransform(const std::shared_ptr<Node>& unknown);
-    void Scale(const Plug& plug, Setting& setting) const;
+    void Scale(const Plug& plug, PlugSetting& setting) const;
     bool LoadPlugin(const std::string& plugin);
 
     Host& host_;

@@ -2,7 +2,7 @@
 
 #include "formats/AttributeFactory.h"
 #include "formats/FileReader.h"
-#include "formats/KeptContent.h"
+#include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
 #include "formats/UnknownNodes.h"
 #include "scene/DagNode.h"
@@ -198,7 +198,8 @@ std::shared_ptr<Node> FileReader::ReplaceByTransform(const std::shared_ptr<Node>
     localPaths_.erase(unknown.get());
     isNew_.erase(unknown.get());
     // What was kept of it may be a transform's own.
-    const std::vector<std::string> kept = std::exchange(host_.files().kept().Of(*transform).statements, {});
+    const std::vector<std::string> kept =
+        std::exchange(host_.files().preserved().Of(*transform).statements, {});
     const std::string_view statement = statement_;
     const std::string_view before = textBefore_;
     current_ = transform;

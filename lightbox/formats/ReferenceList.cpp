@@ -2,11 +2,11 @@
 
 #include "formats/AsciiStatements.h"
 #include "formats/FileError.h"
-#include "formats/FileOperationScope.h"
+#include "formats/FileOperation.h"
 #include "formats/FileReader.h"
+#include "formats/PlugSettingApplier.h"
+#include "formats/PlugSettingCollector.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingApplier.h"
-#include "formats/SettingCollector.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
@@ -18,15 +18,15 @@
 namespace lightbox {
 namespace {
 
-std::size_t HashOf(const Setting& setting) {
+std::size_t HashOf(const PlugSetting& setting) {
     return std::hash<std::string>()(ascii::SettingText(setting));
 }
 
 /// The statement that takes back a setting which the file made and which the node has no longer.
-Setting Reset(const std::shared_ptr<Node>& node, const std::string& path) {
-    Setting setting;
+PlugSetting Reset(const std::shared_ptr<Node>& node, const std::string& path) {
+    PlugSetting setting;
     setting.path = path;
-    const std::vector<Plug> plugs = SettingApplier::Resolve(node, path, 1);
+    const std::vector<Plug> plugs = PlugSettingApplier::Resolve(node, path, 1);
     const Plug& plug = plugs.front();
     setting.locked = plug.IsLocked();
     setting.keyable = plug.IsKeyable();
@@ -49,11 +49,11 @@ Setting Reset(const std::shared_ptr<Node>& node, const std::string& path) {
 
 } // namespace
 
-const Reference& ReferenceList::Add(const std::string& path, const std::string& nameSpace,
-                                    const std::string& name, bool deferred) {
+const FileReference& ReferenceList::Add(const std::string& path, const std::string& nameSpace,
+                                        const std::string& name, bool deferred) {
     CheckNotCircular(path);
     const FileReader* reader = host_.files().reader();
-    Reference reference;
+    FileReference reference;
     reference.path = path;
     reference.isDeferred = deferred;
     if (reader && reader->source().mode == FileReader::Mode::Reference) {
@@ -72,7 +72,7 @@ const Reference& ReferenceList::Add(const std::string& path, const std::string& 
 }
 
 void ReferenceList::Read(const std::string& name) {
-    const Reference reference = *Locate(name);
+    const FileReference reference = *Locate(name);
     const FileOperationScope scope(host_, FileOperation::Reference);
     FileReader reader(host_, {reference.path, FileReader::Mode::Reference, reference.nameSpace, name});
     try {
@@ -91,7 +91,7 @@ void ReferenceList::Read(const std::string& name) {
 void ReferenceList::TakeBaseline(const std::string& name, const std::vector<std::shared_ptr<Node>>& nodes) {
     for (const std::shared_ptr<Node>& node : nodes) {
         Baseline& baseline = baselines_[node->Serial()];
-        for (const Setting& setting : SettingCollector::Collect(node)) {
+        for (const PlugSetting& setting : PlugSettingCollector::Collect(node)) {
             baseline.settings[setting.path] = HashOf(setting);
         }
         for (const auto& attribute : node->DynamicAttributes()) {
@@ -108,14 +108,14 @@ void ReferenceList::TakeBaseline(const std::string& name, const std::vector<std:
 
 void ReferenceList::NoteStatement(const std::string& name, const std::string& givenPath,
                                   const std::string& options) {
-    if (Reference* reference = Locate(name)) {
+    if (FileReference* reference = Locate(name)) {
         reference->givenPath = givenPath;
         reference->options = options;
     }
 }
 
 void ReferenceList::Load(const std::string& name) {
-    const Reference* reference = Find(name);
+    const FileReference* reference = Find(name);
     if (!reference) {
         throw FileError("There is no reference \"" + name + "\".");
     }
@@ -126,7 +126,7 @@ void ReferenceList::Load(const std::string& name) {
 }
 
 void ReferenceList::Unload(const std::string& name) {
-    const Reference* found = Find(name);
+    const FileReference* found = Find(name);
     if (!found) {
         throw FileError("There is no reference \"" + name + "\".");
     }
@@ -138,9 +138,9 @@ void ReferenceList::Unload(const std::string& name) {
 
 void ReferenceList::Remove(const std::string& name) {
     Unload(name);
-    const Reference removed = *Find(name);
+    const FileReference removed = *Find(name);
     references_.erase(std::remove_if(references_.begin(), references_.end(),
-                                     [&](const Reference& other) { return other.name == removed.name; }),
+                                     [&](const FileReference& other) { return other.name == removed.name; }),
                       references_.end());
     host_.scene().RemoveNamespace(removed.nameSpace);
 }
@@ -174,11 +174,11 @@ void ReferenceList::RemoveNodes(const std::string& name) {
 }
 
 void ReferenceList::MakeLocal(const std::string& name) {
-    const Reference* found = Find(name);
+    const FileReference* found = Find(name);
     if (!found) {
         throw FileError("There is no reference \"" + name + "\".");
     }
-    const Reference reference = *found;
+    const FileReference reference = *found;
     for (const std::shared_ptr<Node>& node : NodesOf(reference.name)) {
         node->reference = reference.parent;
         baselines_.erase(node->Serial());
@@ -186,14 +186,15 @@ void ReferenceList::MakeLocal(const std::string& name) {
     DropConnections([](const Plug& source, const Plug& destination) {
         return source.node->reference.empty() && destination.node->reference.empty();
     });
-    for (Reference& other : references_) {
+    for (FileReference& other : references_) {
         if (other.parent == reference.name) {
             other.parent = reference.parent;
         }
     }
-    references_.erase(std::remove_if(references_.begin(), references_.end(),
-                                     [&](const Reference& other) { return other.name == reference.name; }),
-                      references_.end());
+    references_.erase(
+        std::remove_if(references_.begin(), references_.end(),
+                       [&](const FileReference& other) { return other.name == reference.name; }),
+        references_.end());
 }
 
 void ReferenceList::DropConnections(const std::function<bool(const Plug&, const Plug&)>& isDropped) {
@@ -209,8 +210,8 @@ void ReferenceList::Clear() {
     connections_.clear();
 }
 
-const Reference* ReferenceList::Find(const std::string& nameOrPath) const {
-    for (const Reference& reference : references_) {
+const FileReference* ReferenceList::Find(const std::string& nameOrPath) const {
+    for (const FileReference& reference : references_) {
         if (reference.name == nameOrPath || reference.path == nameOrPath) {
             return &reference;
         }
@@ -218,8 +219,8 @@ const Reference* ReferenceList::Find(const std::string& nameOrPath) const {
     return nullptr;
 }
 
-Reference* ReferenceList::Locate(const std::string& name) {
-    return const_cast<Reference*>(Find(name));
+FileReference* ReferenceList::Locate(const std::string& name) {
+    return const_cast<FileReference*>(Find(name));
 }
 
 std::vector<std::shared_ptr<Node>> ReferenceList::NodesOf(const std::string& name) const {
@@ -246,7 +247,7 @@ std::vector<ReferenceEdit> ReferenceList::Edits() const {
             }
         }
         std::set<std::string> present;
-        for (Setting& setting : SettingCollector::Collect(node)) {
+        for (PlugSetting& setting : PlugSettingCollector::Collect(node)) {
             present.insert(setting.path);
             const auto before = baseline->second.settings.find(setting.path);
             if (before == baseline->second.settings.end() || before->second != HashOf(setting)) {

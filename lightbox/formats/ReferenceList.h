@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 #include "scene/Connections.h"
 #include "scene/Node.h"
 
@@ -18,7 +18,7 @@ namespace lightbox {
 class Host;
 
 /// One file that the scene references.
-struct Reference {
+struct FileReference {
     std::string name;      ///< of the reference: "charRN"
     std::string nameSpace; ///< its nodes live here: "char", nested "set:char"
     std::string path;      ///< absolute
@@ -33,7 +33,7 @@ struct Reference {
 struct ReferenceEdit {
     std::shared_ptr<Node> node;
     std::vector<std::shared_ptr<Attribute>> addedAttributes;
-    std::vector<Setting> settings;
+    std::vector<PlugSetting> settings;
 };
 
 /// The files that a scene references. Their nodes are in the scene but not of it: a saved scene holds only
@@ -47,8 +47,8 @@ public:
     /// References a file and reads it. Names that are taken get a number. A missing or unreadable file is
     /// reported and leaves an unloaded reference. Throws FileError for a file that references itself, through
     /// others or directly.
-    const Reference& Add(const std::string& path, const std::string& nameSpace, const std::string& name,
-                         bool deferred);
+    const FileReference& Add(const std::string& path, const std::string& nameSpace, const std::string& name,
+                             bool deferred);
     /// Remembers how the scene file said it, so that it is said so again.
     void NoteStatement(const std::string& name, const std::string& givenPath, const std::string& options);
     void Load(const std::string& name);
@@ -59,9 +59,9 @@ public:
     void MakeLocal(const std::string& name);
     void Clear();
 
-    const std::vector<Reference>& All() const { return references_; }
+    const std::vector<FileReference>& All() const { return references_; }
     /// By its name or by its file; null when there is none.
-    const Reference* Find(const std::string& nameOrPath) const;
+    const FileReference* Find(const std::string& nameOrPath) const;
     std::vector<std::shared_ptr<Node>> NodesOf(const std::string& name) const;
 
     std::vector<ReferenceEdit> Edits() const;
@@ -77,7 +77,7 @@ private:
         std::set<std::string> attributes;
     };
 
-    Reference* Locate(const std::string& name);
+    FileReference* Locate(const std::string& name);
     void Read(const std::string& name);
     void CheckNotCircular(const std::string& path) const;
     void TakeBaseline(const std::string& name, const std::vector<std::shared_ptr<Node>>& nodes);
@@ -87,7 +87,7 @@ private:
     std::string FreeNamespace(const std::string& wanted) const;
 
     Host& host_;
-    std::vector<Reference> references_;
+    std::vector<FileReference> references_;
     std::map<std::uint64_t, Baseline> baselines_; ///< by the node's serial
     std::map<Plug, Plug> connections_;            ///< those that came from references: destination, source
 };

@@ -1,7 +1,7 @@
 #include "formats/SceneContent.h"
 
+#include "formats/PlugSettingCollector.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingCollector.h"
 #include "scene/DagNode.h"
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
@@ -70,7 +70,7 @@ std::pair<Plug, std::string> SceneContent::Target(const Connection& connection) 
 }
 
 void SceneContent::NameReferencesFrom(const std::string& folder) {
-    for (Reference& reference : references) {
+    for (FileReference& reference : references) {
         const QFileInfo given(QString::fromStdString(reference.givenPath));
         const bool isRelative = !reference.givenPath.empty() && given.isRelative();
         const QString there = QString::fromStdString(folder) + "/" + given.filePath();
@@ -82,7 +82,7 @@ void SceneContent::NameReferencesFrom(const std::string& folder) {
 
 SceneContent SceneContent::Whole(Host& host) {
     SceneContent content;
-    for (const Reference& reference : host.files().references().All()) {
+    for (const FileReference& reference : host.files().references().All()) {
         if (reference.parent.empty()) {
             content.references.push_back(reference);
         }

@@ -38,7 +38,7 @@ public:
 
     bool isWhole = true;
     std::vector<Requirement> requirements;
-    std::vector<Reference> references;           ///< those of the scene itself, not of its references
+    std::vector<FileReference> references;       ///< those of the scene itself, not of its references
     std::vector<std::shared_ptr<Node>> nodes;    ///< to be created, parents before children
     std::vector<std::shared_ptr<Node>> defaults; ///< only referred to
     /// Names the references as the scene file that they came from did, where that leads to the same files

@@ -3,14 +3,15 @@
 #include "formats/AsciiWriter.h"
 #include "formats/AtomicFile.h"
 #include "formats/BinaryWriter.h"
-#include "formats/FileOperationScope.h"
+#include "formats/FileOperation.h"
 #include "formats/FileReader.h"
-#include "formats/KeptContent.h"
+#include "formats/PreservedContent.h"
 #include "formats/ReferenceList.h"
 #include "formats/SceneContent.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "scene/ScopeExit.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
 
@@ -55,7 +56,7 @@ SceneFiles::SceneFiles(Host& host)
     : host_(host)
     , savedState_(host.undo().State())
     , references_(std::make_unique<ReferenceList>(host))
-    , kept_(std::make_unique<KeptContent>()) {}
+    , preserved_(std::make_unique<PreservedContent>()) {}
 
 SceneFiles::~SceneFiles() = default;
 
@@ -153,7 +154,7 @@ void SceneFiles::Empty() {
     host_.scene().New();
     host_.time().Reset();
     references_->Clear();
-    kept_->Clear();
+    preserved_->Clear();
     fileInfo_.clear();
     sceneName_.clear();
     format_ = SceneFormat::MayaAscii;
@@ -179,12 +180,8 @@ void SceneFiles::RunReader(FileReader& reader) {
 }
 
 void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
-    struct Registration {
-        std::vector<FileReader*>& readers;
-        ~Registration() { readers.pop_back(); }
-    };
     readers_.push_back(&reader);
-    const Registration registration{readers_};
+    const ScopeExit unregister([this] { readers_.pop_back(); });
     reader.Read(std::move(bytes));
 }
 

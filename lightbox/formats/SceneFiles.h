@@ -2,8 +2,8 @@
 
 #include "formats/FileError.h"
 #include "formats/FileOperation.h"
-#include "formats/SceneFormat.h"
 #include "scene/Node.h"
+#include "scene/NonCopyable.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,9 +15,12 @@ namespace lightbox {
 
 class FileReader;
 class Host;
-class KeptContent;
+class PreservedContent;
 class ReferenceList;
 class SceneContent;
+
+/// The formats that a scene can be stored in, named as `file -type` names them.
+enum class SceneFormat { MayaAscii, LightboxBinary };
 
 /// The scene as a document: its file, its format, whether it has changed, and new, open, save, import,
 /// reference and export. Every operation fires its events and sets the flags of MFileIO while it runs.
@@ -26,12 +29,10 @@ class SceneContent;
 /// fault inside keeps everything that could be read, as Maya does; each fault is reported with file and line,
 /// the call ends with a FileError, and Save() then refuses to write over that file until it is forced or the
 /// scene renamed.
-class SceneFiles {
+class SceneFiles : NonCopyable {
 public:
     explicit SceneFiles(Host& host);
     ~SceneFiles();
-    SceneFiles(const SceneFiles&) = delete;
-    SceneFiles& operator=(const SceneFiles&) = delete;
 
     /// The scene's file: an absolute path, or empty for an untitled scene.
     const std::string& SceneName() const { return sceneName_; }
@@ -66,7 +67,7 @@ public:
 
     ReferenceList& references() const { return *references_; }
     /// What was read from files but has no meaning here, kept to be written back.
-    KeptContent& kept() const { return *kept_; }
+    PreservedContent& preserved() const { return *preserved_; }
     /// `fileInfo` pairs, in order of first appearance.
     const std::vector<std::pair<std::string, std::string>>& fileInfo() const { return fileInfo_; }
     void SetFileInfo(const std::string& key, const std::string& value);
@@ -110,7 +111,7 @@ private:
     std::vector<FileOperation> operations_;
     std::vector<FileReader*> readers_;
     std::unique_ptr<ReferenceList> references_;
-    std::unique_ptr<KeptContent> kept_;
+    std::unique_ptr<PreservedContent> preserved_;
 };
 
 } // namespace lightbox

@@ -1,10 +1,10 @@
 #include "formats/UnknownNodes.h"
 
 #include "formats/AsciiStatements.h"
-#include "formats/KeptContent.h"
+#include "formats/PlugSettingApplier.h"
+#include "formats/PlugSettingCollector.h"
+#include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
-#include "formats/SettingApplier.h"
-#include "formats/SettingCollector.h"
 #include "mel/Interpreter.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
@@ -60,7 +60,7 @@ void UnknownNodes::Convert(const Plugin& plugin) {
 }
 
 void UnknownNodes::KeepRequirement(const Plugin& plugin) {
-    auto& requirements = host_.files().kept().requirements;
+    auto& requirements = host_.files().preserved().requirements;
     requirements.erase(std::remove_if(requirements.begin(), requirements.end(),
                                       [&](const auto& other) { return other.plugin == plugin.name; }),
                        requirements.end());
@@ -79,9 +79,9 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
     if (!HasDataOf(*node, plugin)) {
         return;
     }
-    const std::vector<Setting> settings = SettingCollector::Collect(node);
+    const std::vector<PlugSetting> settings = PlugSettingCollector::Collect(node);
     const std::vector<std::shared_ptr<Attribute>> attributes = node->DynamicAttributes();
-    auto& kept = host_.files().kept().Of(*node).statements;
+    auto& kept = host_.files().preserved().Of(*node).statements;
     for (const auto& attribute : attributes) {
         if (attribute->Kind() != AttributeKind::PluginData ||
             !Holds(plugin.dataTypes, attribute->dataTypeName)) {
@@ -90,7 +90,7 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
         std::ostringstream text;
         ascii::WriteAddAttr(text, *attribute, "");
         kept.push_back(WithoutEnd(text.str()));
-        for (const Setting& setting : settings) {
+        for (const PlugSetting& setting : settings) {
             if (setting.data && setting.path.substr(0, setting.path.find('[')) == attribute->ShortName()) {
                 kept.push_back(WithoutEnd(ascii::SettingText(setting)));
             }
@@ -104,16 +104,16 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
 }
 
 void UnknownNodes::MoveSettings(const std::shared_ptr<Node>& from, const std::shared_ptr<Node>& to) {
-    const std::vector<Setting> settings = SettingCollector::Collect(from);
+    const std::vector<PlugSetting> settings = PlugSettingCollector::Collect(from);
     for (const auto& attribute : from->DynamicAttributes()) {
         to->AddDynamicAttribute(attribute);
     }
-    SettingApplier applier(host_, SettingApplier::Manner::Read);
-    for (const Setting& setting : settings) {
+    PlugSettingApplier applier(host_, PlugSettingApplier::ApplyMode::Read);
+    for (const PlugSetting& setting : settings) {
         try {
             applier.Apply(to, setting);
         } catch (const SceneError&) {
-            host_.files().kept().Of(*to).statements.push_back(WithoutEnd(ascii::SettingText(setting)));
+            host_.files().preserved().Of(*to).statements.push_back(WithoutEnd(ascii::SettingText(setting)));
         }
     }
 }
@@ -127,7 +127,7 @@ std::shared_ptr<Node> UnknownNodes::Replace(const std::shared_ptr<Node>& node, c
     unknown->reference = node->reference;
     unknown->locked = node->locked;
     unknown->isShared = node->isShared;
-    host_.files().kept().Move(*node, *unknown);
+    host_.files().preserved().Move(*node, *unknown);
     MoveSettings(node, unknown);
 
     auto* dag = dynamic_cast<DagNode*>(node.get());
@@ -156,9 +156,9 @@ std::shared_ptr<Node> UnknownNodes::Replace(const std::shared_ptr<Node>& node, c
         if (source && destination) {
             scene.connections().Add(source, destination);
         } else {
-            host_.files().kept().connections.push_back({source.node, connection.source.AttributeName(false),
-                                                        destination.node,
-                                                        connection.destination.AttributeName(false), ""});
+            host_.files().preserved().connections.push_back(
+                {source.node, connection.source.AttributeName(false), destination.node,
+                 connection.destination.AttributeName(false), ""});
         }
     }
     return unknown;

@@ -15,10 +15,10 @@ ArgumentTokens::ArgumentTokens(const CallArguments& arguments) {
     tokens_.reserve(arguments.values.size());
     std::vector<Value> parts;
     for (std::size_t i = 0; i < arguments.values.size(); ++i) {
-        const Spelling spelling = arguments.spellings ? arguments.spellings->at(i) : Spelling::Computed;
+        const ArgumentForm form = arguments.forms ? arguments.forms->at(i) : ArgumentForm::Computed;
         const Value& value = arguments.values[i];
         if (value.IsNumber() || value.IsString()) {
-            tokens_.push_back({value, spelling});
+            tokens_.push_back({value, form});
             continue;
         }
         parts.clear();

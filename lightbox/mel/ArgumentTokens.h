@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mel/Spelling.h"
+#include "mel/ArgumentForm.h"
 #include "mel/Value.h"
 
 #include <maya/MArgList.h>
@@ -19,7 +19,7 @@ class ArgumentTokens {
 public:
     struct Token {
         Value value;
-        Spelling spelling = Spelling::Computed;
+        ArgumentForm form = ArgumentForm::Computed;
     };
 
     ArgumentTokens() = default;
@@ -29,7 +29,7 @@ public:
     std::size_t Count() const { return tokens_.size(); }
     const Value& At(std::size_t index) const { return tokens_[index].value; }
     const Token& TokenAt(std::size_t index) const { return tokens_[index]; }
-    void Add(Value value) { tokens_.push_back({std::move(value), Spelling::Computed}); }
+    void Add(Value value) { tokens_.push_back({std::move(value), ArgumentForm::Computed}); }
 
     static MArgList Wrap(ArgumentTokens tokens);
     static const ArgumentTokens& Of(const MArgList& list) { return *list.tokens_; }

@@ -1,6 +1,6 @@
 #include "mel/CommandRegistry.h"
-#include "mel/LanguageCommands.h"
 #include "mel/Operations.h"
+#include "mel/Registration.h"
 #include "text/TextUtil.h"
 
 #include <algorithm>

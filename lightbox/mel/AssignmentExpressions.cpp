@@ -16,7 +16,7 @@ AssignExpression::AssignExpression(std::uint32_t sourceOffset, TargetPtr target,
     Contains(*value_);
 }
 
-bool AssignExpression::RunNumber(Frame& frame) const {
+bool AssignExpression::RunNumber(CallFrame& frame) const {
     if (!variable_ || !IsNumeric(type) || !IsNumeric(value_->type)) {
         return false;
     }
@@ -30,7 +30,7 @@ bool AssignExpression::RunNumber(Frame& frame) const {
     return true;
 }
 
-void AssignExpression::Run(Frame& frame) const {
+void AssignExpression::Run(CallFrame& frame) const {
     if (RunNumber(frame)) {
         return;
     }
@@ -39,7 +39,7 @@ void AssignExpression::Run(Frame& frame) const {
     target_->Locate(frame).Store(frame.runtime, std::move(value));
 }
 
-Value AssignExpression::Evaluate(Frame& frame) const {
+Value AssignExpression::Evaluate(CallFrame& frame) const {
     if (RunNumber(frame)) {
         return variable_->Evaluate(frame);
     }
@@ -61,7 +61,7 @@ CompoundExpression::CompoundExpression(std::uint32_t sourceOffset, Operator op, 
     Contains(*value_);
 }
 
-bool CompoundExpression::RunNumber(Frame& frame) const {
+bool CompoundExpression::RunNumber(CallFrame& frame) const {
     if (!variable_ || !IsNumeric(type) || !IsNumeric(value_->type)) {
         return false;
     }
@@ -78,7 +78,7 @@ bool CompoundExpression::RunNumber(Frame& frame) const {
     return true;
 }
 
-bool CompoundExpression::RunText(Frame& frame) const {
+bool CompoundExpression::RunText(CallFrame& frame) const {
     if (!variable_ || type != Type::String || op_ != Operator::Add) {
         return false;
     }
@@ -95,7 +95,7 @@ bool CompoundExpression::RunText(Frame& frame) const {
     return true;
 }
 
-void CompoundExpression::Run(Frame& frame) const {
+void CompoundExpression::Run(CallFrame& frame) const {
     if (RunNumber(frame) || RunText(frame)) {
         return;
     }
@@ -105,7 +105,7 @@ void CompoundExpression::Run(Frame& frame) const {
     place.Store(frame.runtime, Apply(op_, place.Load(), operand));
 }
 
-Value CompoundExpression::Evaluate(Frame& frame) const {
+Value CompoundExpression::Evaluate(CallFrame& frame) const {
     if (RunNumber(frame) || RunText(frame)) {
         return variable_->Evaluate(frame);
     }
@@ -125,11 +125,11 @@ StepExpression::StepExpression(std::uint32_t sourceOffset, TargetPtr target, boo
     Contains(*target_);
 }
 
-int* StepExpression::IntVariable(Frame& frame) const {
+int* StepExpression::IntVariable(CallFrame& frame) const {
     return variable_ ? variable_->Slot(frame).IntSlot() : nullptr;
 }
 
-int StepExpression::EvaluateInt(Frame& frame) const {
+int StepExpression::EvaluateInt(CallFrame& frame) const {
     int* const number = IntVariable(frame);
     if (!number) {
         return Evaluate(frame).AsInt();
@@ -139,7 +139,7 @@ int StepExpression::EvaluateInt(Frame& frame) const {
     return isPrefix_ ? *number : before;
 }
 
-void StepExpression::Run(Frame& frame) const {
+void StepExpression::Run(CallFrame& frame) const {
     if (IntVariable(frame)) {
         EvaluateInt(frame);
     } else {
@@ -147,7 +147,7 @@ void StepExpression::Run(Frame& frame) const {
     }
 }
 
-Value StepExpression::Evaluate(Frame& frame) const {
+Value StepExpression::Evaluate(CallFrame& frame) const {
     if (IntVariable(frame)) {
         return EvaluateInt(frame);
     }

@@ -10,11 +10,11 @@ class AssignExpression final : public Expression {
 public:
     AssignExpression(std::uint32_t offset, TargetPtr target, ExpressionPtr value);
 
-    Value Evaluate(Frame& frame) const override;
-    void Run(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    void Run(CallFrame& frame) const override;
 
 private:
-    bool RunNumber(Frame& frame) const;
+    bool RunNumber(CallFrame& frame) const;
 
     TargetPtr target_;
     /// The target when it is a plain variable, else null.
@@ -27,12 +27,12 @@ class CompoundExpression final : public Expression {
 public:
     CompoundExpression(std::uint32_t offset, Operator op, TargetPtr target, ExpressionPtr value);
 
-    Value Evaluate(Frame& frame) const override;
-    void Run(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    void Run(CallFrame& frame) const override;
 
 private:
-    bool RunNumber(Frame& frame) const;
-    bool RunText(Frame& frame) const;
+    bool RunNumber(CallFrame& frame) const;
+    bool RunText(CallFrame& frame) const;
 
     Operator op_;
     TargetPtr target_;
@@ -45,12 +45,12 @@ class StepExpression final : public Expression {
 public:
     StepExpression(std::uint32_t offset, TargetPtr target, bool isIncrement, bool isPrefix);
 
-    Value Evaluate(Frame& frame) const override;
-    int EvaluateInt(Frame& frame) const override;
-    void Run(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    int EvaluateInt(CallFrame& frame) const override;
+    void Run(CallFrame& frame) const override;
 
 private:
-    int* IntVariable(Frame& frame) const;
+    int* IntVariable(CallFrame& frame) const;
 
     TargetPtr target_;
     const VariableExpression* variable_;

@@ -7,11 +7,11 @@
 namespace lightbox::mel {
 
 CallExpression::CallExpression(std::uint32_t sourceOffset, std::string name, ExpressionList arguments,
-                               std::vector<Spelling> spellings, const FileScope* scope)
+                               std::vector<ArgumentForm> forms, const FileScope* scope)
     : Expression(sourceOffset, Type::Any)
     , name_(std::move(name))
     , arguments_(std::move(arguments))
-    , spellings_(std::move(spellings))
+    , forms_(std::move(forms))
     , scope_(scope) {
     for (const ExpressionPtr& argument : arguments_) {
         Contains(*argument);
@@ -26,7 +26,7 @@ Callee CallExpression::Resolve(Runtime& runtime) const {
     return callee_;
 }
 
-Value CallExpression::Evaluate(Frame& frame) const {
+Value CallExpression::Evaluate(CallFrame& frame) const {
     Mark(frame);
     // A copy: what runs may define the name anew or unload the plug-in it belongs to.
     const Callee callee = Resolve(frame.runtime);
@@ -35,7 +35,7 @@ Value CallExpression::Evaluate(Frame& frame) const {
     }
     CallArguments arguments;
     arguments.values.reserve(arguments_.size());
-    arguments.spellings = spellings_.empty() ? nullptr : &spellings_;
+    arguments.forms = forms_.empty() ? nullptr : &forms_;
     for (const ExpressionPtr& argument : arguments_) {
         arguments.values.push_back(argument->Evaluate(frame));
     }
@@ -50,7 +50,7 @@ CatchExpression::CatchExpression(std::uint32_t sourceOffset, ExpressionPtr tried
     Contains(*tried_);
 }
 
-Value CatchExpression::Evaluate(Frame& frame) const {
+Value CatchExpression::Evaluate(CallFrame& frame) const {
     const int shown = frame.runtime.ShownErrors();
     try {
         tried_->Run(frame);

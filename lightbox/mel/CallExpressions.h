@@ -11,18 +11,18 @@ namespace lightbox::mel {
 /// A call of a procedure or command, in either syntax. What the name stands for is found when it runs.
 class CallExpression final : public Expression {
 public:
-    /// `spellings` is empty for a function call. `scope` holds the file's own procedures.
+    /// `forms` is empty for a function call. `scope` holds the file's own procedures.
     CallExpression(std::uint32_t offset, std::string name, ExpressionList arguments,
-                   std::vector<Spelling> spellings, const FileScope* scope);
+                   std::vector<ArgumentForm> forms, const FileScope* scope);
 
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     Callee Resolve(Runtime& runtime) const;
 
     std::string name_;
     ExpressionList arguments_;
-    std::vector<Spelling> spellings_;
+    std::vector<ArgumentForm> forms_;
     const FileScope* scope_;
     /// The last answer, good as long as the runtime's version stays.
     mutable Callee callee_;
@@ -34,7 +34,7 @@ class CatchExpression final : public Expression {
 public:
     CatchExpression(std::uint32_t offset, ExpressionPtr tried, bool isQuiet);
 
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     ExpressionPtr tried_;

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "mel/Frame.h"
+#include "mel/CallFrame.h"
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <algorithm>
 #include <memory>
@@ -11,25 +12,23 @@ namespace lightbox::mel {
 
 /// Part of a program that has a value. What its type is is known when it is parsed, except for what commands
 /// and procedures return (`Any`), so that numbers are computed without going through values.
-class Expression {
+class Expression : NonCopyable {
 public:
     Expression(std::uint32_t sourceOffset, Type resultType)
         : offset(sourceOffset)
         , type(resultType) {}
     virtual ~Expression() = default;
-    Expression(const Expression&) = delete;
-    Expression& operator=(const Expression&) = delete;
 
-    virtual Value Evaluate(Frame& frame) const = 0;
+    virtual Value Evaluate(CallFrame& frame) const = 0;
     /// The value converted. Faster than Evaluate() for expressions of that type.
-    virtual int EvaluateInt(Frame& frame) const { return Evaluate(frame).AsInt(); }
-    virtual double EvaluateFloat(Frame& frame) const { return Evaluate(frame).AsFloat(); }
-    virtual bool EvaluateTruth(Frame& frame) const { return Evaluate(frame).AsBool(); }
+    virtual int EvaluateInt(CallFrame& frame) const { return Evaluate(frame).AsInt(); }
+    virtual double EvaluateFloat(CallFrame& frame) const { return Evaluate(frame).AsFloat(); }
+    virtual bool EvaluateTruth(CallFrame& frame) const { return Evaluate(frame).AsBool(); }
     /// For its effects only.
-    virtual void Run(Frame& frame) const { Evaluate(frame); }
+    virtual void Run(CallFrame& frame) const { Evaluate(frame); }
 
     /// Marks this as what runs, so that an error names its place.
-    void Mark(Frame& frame) const { frame.offset = offset; }
+    void Mark(CallFrame& frame) const { frame.offset = offset; }
 
     const std::uint32_t offset;
     const Type type;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <memory>
 #include <string>
@@ -30,12 +31,10 @@ public:
 
     /// Forgets the variables that were added since it was made, unless Keep() is called: the declarations of
     /// a text that turns out to be wrong must not stay.
-    class Trial {
+    class Trial : NonCopyable {
     public:
         explicit Trial(GlobalVariables& variables);
         ~Trial();
-        Trial(const Trial&) = delete;
-        Trial& operator=(const Trial&) = delete;
         void Keep() { keep_ = true; }
 
     private:

@@ -3,6 +3,7 @@
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <functional>
 #include <memory>
@@ -38,12 +39,10 @@ struct RunOptions {
 /// Every outermost statement is one chunk on the undo queue: a statement of a text that was typed, of a
 /// script file, of a file sourced at the top level. What a command runs from inside belongs to that command's
 /// chunk.
-class Interpreter {
+class Interpreter : NonCopyable {
 public:
     explicit Interpreter(Host& host);
     ~Interpreter();
-    Interpreter(const Interpreter&) = delete;
-    Interpreter& operator=(const Interpreter&) = delete;
 
     Host& GetHost() const { return host_; }
     CommandRegistry& Commands() { return commands_; }

@@ -58,7 +58,7 @@ struct OperatorSign {
 };
 
 /// Longer ones first.
-constexpr OperatorSign Operators[] = {
+constexpr OperatorSign OPERATORS[] = {
     {"<<", TokenKind::VectorOpen},  {">>", TokenKind::VectorClose}, {"++", TokenKind::PlusPlus},
     {"--", TokenKind::MinusMinus},  {"<=", TokenKind::LessEqual},   {">=", TokenKind::GreaterEqual},
     {"==", TokenKind::Equal},       {"!=", TokenKind::NotEqual},    {"&&", TokenKind::And},
@@ -266,7 +266,7 @@ void Lexer::ScanName() {
 }
 
 void Lexer::ScanOperator() {
-    for (const OperatorSign& candidate : Operators) {
+    for (const OperatorSign& candidate : OPERATORS) {
         const std::size_t length = std::strlen(candidate.text);
         if (text_.compare(position_, length, candidate.text) == 0) {
             token_.kind = candidate.kind;

@@ -49,7 +49,7 @@ Value ArrayFrom(const std::vector<Value>& values) {
 
 } // namespace
 
-Value TextExpression::Evaluate(Frame&) const {
+Value TextExpression::Evaluate(CallFrame&) const {
     return hasEscapes_ ? Value(Unescaped(literal_)) : Value(literal_);
 }
 
@@ -63,7 +63,7 @@ VectorExpression::VectorExpression(std::uint32_t offset, ExpressionPtr x, Expres
     Contains(*z_);
 }
 
-Value VectorExpression::Evaluate(Frame& frame) const {
+Value VectorExpression::Evaluate(CallFrame& frame) const {
     const double x = x_->EvaluateFloat(frame);
     const double y = y_->EvaluateFloat(frame);
     return Vector{x, y, z_->EvaluateFloat(frame)};
@@ -79,7 +79,7 @@ MatrixExpression::MatrixExpression(std::uint32_t offset, std::vector<ExpressionL
     }
 }
 
-Value MatrixExpression::Evaluate(Frame& frame) const {
+Value MatrixExpression::Evaluate(CallFrame& frame) const {
     Matrix matrix(static_cast<int>(rows_.size()), static_cast<int>(rows_.front().size()));
     for (int row = 0; row < matrix.rows; ++row) {
         for (int column = 0; column < matrix.columns; ++column) {
@@ -109,7 +109,7 @@ Type ArrayExpression::CommonType(const ExpressionList& elements) {
     return elements.empty() ? Type::Any : ArrayOf(common);
 }
 
-Value ArrayExpression::Evaluate(Frame& frame) const {
+Value ArrayExpression::Evaluate(CallFrame& frame) const {
     std::vector<Value> values;
     values.reserve(elements_.size());
     for (const ExpressionPtr& element : elements_) {

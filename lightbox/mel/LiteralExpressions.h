@@ -13,9 +13,9 @@ public:
         : Expression(offset, value.GetType())
         , value_(std::move(value)) {}
 
-    Value Evaluate(Frame&) const override { return value_; }
-    int EvaluateInt(Frame&) const override { return value_.AsInt(); }
-    double EvaluateFloat(Frame&) const override { return value_.AsFloat(); }
+    Value Evaluate(CallFrame&) const override { return value_; }
+    int EvaluateInt(CallFrame&) const override { return value_.AsInt(); }
+    double EvaluateFloat(CallFrame&) const override { return value_.AsFloat(); }
     const Value& GetValue() const { return value_; }
 
 private:
@@ -31,7 +31,7 @@ public:
         , literal_(literal)
         , hasEscapes_(hasEscapes) {}
 
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     std::string_view literal_;
@@ -42,7 +42,7 @@ private:
 class VectorExpression : public Expression {
 public:
     VectorExpression(std::uint32_t offset, ExpressionPtr x, ExpressionPtr y, ExpressionPtr z);
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     ExpressionPtr x_;
@@ -54,7 +54,7 @@ private:
 class MatrixExpression : public Expression {
 public:
     MatrixExpression(std::uint32_t offset, std::vector<ExpressionList> rows);
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     std::vector<ExpressionList> rows_;
@@ -64,7 +64,7 @@ private:
 class ArrayExpression : public Expression {
 public:
     ArrayExpression(std::uint32_t offset, ExpressionList elements);
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     static Type CommonType(const ExpressionList& elements);

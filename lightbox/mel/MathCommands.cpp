@@ -1,5 +1,5 @@
 #include "mel/CommandRegistry.h"
-#include "mel/LanguageCommands.h"
+#include "mel/Registration.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,7 @@ namespace lightbox::mel {
 
 namespace {
 
-constexpr double Pi = 3.14159265358979323846;
+constexpr double PI = 3.14159265358979323846;
 
 using Unary = double (*)(double);
 
@@ -23,26 +23,26 @@ double Sign(double x) {
     return x > 0.0 ? 1.0 : x < 0.0 ? -1.0 : 0.0;
 }
 
-constexpr UnaryRow UnaryRows[] = {
+constexpr UnaryRow UNARY_ROWS[] = {
     {"sin", [](double x) { return std::sin(x); }},
     {"cos", [](double x) { return std::cos(x); }},
     {"tan", [](double x) { return std::tan(x); }},
     {"asin", [](double x) { return std::asin(x); }},
     {"acos", [](double x) { return std::acos(x); }},
     {"atan", [](double x) { return std::atan(x); }},
-    {"sind", [](double x) { return std::sin(x * Pi / 180.0); }},
-    {"cosd", [](double x) { return std::cos(x * Pi / 180.0); }},
-    {"tand", [](double x) { return std::tan(x * Pi / 180.0); }},
-    {"asind", [](double x) { return std::asin(x) * 180.0 / Pi; }},
-    {"acosd", [](double x) { return std::acos(x) * 180.0 / Pi; }},
-    {"atand", [](double x) { return std::atan(x) * 180.0 / Pi; }},
+    {"sind", [](double x) { return std::sin(x * PI / 180.0); }},
+    {"cosd", [](double x) { return std::cos(x * PI / 180.0); }},
+    {"tand", [](double x) { return std::tan(x * PI / 180.0); }},
+    {"asind", [](double x) { return std::asin(x) * 180.0 / PI; }},
+    {"acosd", [](double x) { return std::acos(x) * 180.0 / PI; }},
+    {"atand", [](double x) { return std::atan(x) * 180.0 / PI; }},
     {"exp", [](double x) { return std::exp(x); }},
     {"floor", [](double x) { return std::floor(x); }},
     {"ceil", [](double x) { return std::ceil(x); }},
     {"trunc", [](double x) { return std::trunc(x); }},
     {"sign", Sign},
-    {"deg_to_rad", [](double x) { return x * Pi / 180.0; }},
-    {"rad_to_deg", [](double x) { return x * 180.0 / Pi; }},
+    {"deg_to_rad", [](double x) { return x * PI / 180.0; }},
+    {"rad_to_deg", [](double x) { return x * 180.0 / PI; }},
 };
 
 double Argument(CommandCall& call, std::size_t index) {
@@ -170,7 +170,7 @@ public:
     }
     double Between(double from, double to) { return from + (to - from) * Next(); }
     /// Around 0 with the deviation 1, by the method of Box and Muller.
-    double Gauss() { return std::sqrt(-2.0 * std::log(1.0 - Next())) * std::cos(2.0 * Pi * Next()); }
+    double Gauss() { return std::sqrt(-2.0 * std::log(1.0 - Next())) * std::cos(2.0 * PI * Next()); }
 
 private:
     std::mt19937 engine_{std::random_device{}()};
@@ -221,7 +221,7 @@ void RegisterVectors(CommandRegistry& registry) {
 } // namespace
 
 void RegisterMathCommands(CommandRegistry& registry) {
-    for (const UnaryRow& row : UnaryRows) {
+    for (const UnaryRow& row : UNARY_ROWS) {
         registry.RegisterRaw(row.name, 1, 1, [function = row.function](CommandCall& call) {
             return Value(function(Argument(call, 0)));
         });

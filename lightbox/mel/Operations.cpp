@@ -9,8 +9,8 @@ namespace lightbox::mel {
 
 namespace {
 
-constexpr std::size_t MaximumTextLength = std::size_t(1) << 28;
-constexpr std::size_t MaximumArrayBytes = std::size_t(1) << 28;
+constexpr std::size_t MAX_TEXT_LENGTH = std::size_t(1) << 28;
+constexpr std::size_t MAX_ARRAY_BYTES = std::size_t(1) << 28;
 
 bool IsScalar(Type type) {
     return IsNumeric(type) || type == Type::String || type == Type::Vector;
@@ -288,13 +288,13 @@ Value Negated(const Value& value) {
 }
 
 void CheckTextLength(std::size_t length) {
-    if (length > MaximumTextLength) {
+    if (length > MAX_TEXT_LENGTH) {
         throw Error("The string is too long.");
     }
 }
 
 void CheckArraySize(std::size_t count, std::size_t elementBytes) {
-    if (count > MaximumArrayBytes / elementBytes) {
+    if (count > MAX_ARRAY_BYTES / elementBytes) {
         throw Error("The array is too large.");
     }
 }

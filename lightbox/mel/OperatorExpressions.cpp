@@ -28,14 +28,14 @@ BinaryExpression::Kind BinaryExpression::KindFor(Operator op, Type left, Type ri
     return ints ? Kind::Ints : Kind::Floats;
 }
 
-Value BinaryExpression::Apply(Frame& frame) const {
+Value BinaryExpression::Apply(CallFrame& frame) const {
     const Value left = left_->Evaluate(frame);
     const Value right = right_->Evaluate(frame);
     Mark(frame);
     return mel::Apply(op_, left, right);
 }
 
-Value BinaryExpression::Evaluate(Frame& frame) const {
+Value BinaryExpression::Evaluate(CallFrame& frame) const {
     switch (kind_) {
     case Kind::Ints:
     case Kind::CompareInts:
@@ -49,7 +49,7 @@ Value BinaryExpression::Evaluate(Frame& frame) const {
     return Apply(frame);
 }
 
-int BinaryExpression::EvaluateInt(Frame& frame) const {
+int BinaryExpression::EvaluateInt(CallFrame& frame) const {
     switch (kind_) {
     case Kind::Ints:
     case Kind::CompareInts: {
@@ -72,7 +72,7 @@ int BinaryExpression::EvaluateInt(Frame& frame) const {
     return Apply(frame).AsInt();
 }
 
-double BinaryExpression::EvaluateFloat(Frame& frame) const {
+double BinaryExpression::EvaluateFloat(CallFrame& frame) const {
     switch (kind_) {
     case Kind::Floats: {
         const double left = left_->EvaluateFloat(frame);
@@ -89,7 +89,7 @@ double BinaryExpression::EvaluateFloat(Frame& frame) const {
     }
 }
 
-bool BinaryExpression::EvaluateTruth(Frame& frame) const {
+bool BinaryExpression::EvaluateTruth(CallFrame& frame) const {
     switch (kind_) {
     case Kind::Floats:
         return EvaluateFloat(frame) != 0.0;
@@ -112,7 +112,7 @@ void ConcatenationExpression::Append(ExpressionPtr part) {
     parts_.push_back(std::move(part));
 }
 
-Value ConcatenationExpression::Evaluate(Frame& frame) const {
+Value ConcatenationExpression::Evaluate(CallFrame& frame) const {
     Value text = parts_.front()->Evaluate(frame);
     if (!text.IsString()) {
         text = text.AsString();
@@ -143,7 +143,7 @@ LogicalExpression::LogicalExpression(std::uint32_t sourceOffset, bool isAnd, Exp
     Contains(*right_);
 }
 
-bool LogicalExpression::EvaluateTruth(Frame& frame) const {
+bool LogicalExpression::EvaluateTruth(CallFrame& frame) const {
     return left_->EvaluateTruth(frame) == isAnd_ ? right_->EvaluateTruth(frame) : !isAnd_;
 }
 
@@ -159,18 +159,18 @@ NegationExpression::NegationExpression(std::uint32_t sourceOffset, ExpressionPtr
     Contains(*operand_);
 }
 
-Value NegationExpression::Evaluate(Frame& frame) const {
+Value NegationExpression::Evaluate(CallFrame& frame) const {
     const Value value = operand_->Evaluate(frame);
     Mark(frame);
     return Negated(value);
 }
 
-int NegationExpression::EvaluateInt(Frame& frame) const {
+int NegationExpression::EvaluateInt(CallFrame& frame) const {
     return type == Type::Int ? ApplyInt(Operator::Subtract, 0, operand_->EvaluateInt(frame))
                              : Evaluate(frame).AsInt();
 }
 
-double NegationExpression::EvaluateFloat(Frame& frame) const {
+double NegationExpression::EvaluateFloat(CallFrame& frame) const {
     return type == Type::Float ? -operand_->EvaluateFloat(frame) : Evaluate(frame).AsFloat();
 }
 
@@ -192,7 +192,7 @@ Type ConditionalExpression::CommonType(Type first, Type second) {
     return IsNumeric(first) && IsNumeric(second) ? Type::Float : Type::Any;
 }
 
-Value ConditionalExpression::Evaluate(Frame& frame) const {
+Value ConditionalExpression::Evaluate(CallFrame& frame) const {
     const Expression& chosen = condition_->EvaluateTruth(frame) ? *first_ : *second_;
     return type == Type::Float ? Value(chosen.EvaluateFloat(frame)) : chosen.Evaluate(frame);
 }
@@ -203,19 +203,19 @@ CastExpression::CastExpression(std::uint32_t sourceOffset, Type castType, Expres
     Contains(*operand_);
 }
 
-Value CastExpression::Evaluate(Frame& frame) const {
+Value CastExpression::Evaluate(CallFrame& frame) const {
     const Value value = operand_->Evaluate(frame);
     Mark(frame);
     return value.ConvertedTo(type);
 }
 
-int CastExpression::EvaluateInt(Frame& frame) const {
+int CastExpression::EvaluateInt(CallFrame& frame) const {
     return type != Type::Int             ? Evaluate(frame).AsInt()
            : operand_->type == Type::Int ? operand_->EvaluateInt(frame)
                                          : Value(operand_->EvaluateFloat(frame)).AsInt();
 }
 
-double CastExpression::EvaluateFloat(Frame& frame) const {
+double CastExpression::EvaluateFloat(CallFrame& frame) const {
     return type == Type::Float ? operand_->EvaluateFloat(frame) : Evaluate(frame).AsFloat();
 }
 

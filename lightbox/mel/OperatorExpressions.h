@@ -11,15 +11,15 @@ class BinaryExpression final : public Expression {
 public:
     BinaryExpression(std::uint32_t offset, Operator op, ExpressionPtr left, ExpressionPtr right);
 
-    Value Evaluate(Frame& frame) const override;
-    int EvaluateInt(Frame& frame) const override;
-    double EvaluateFloat(Frame& frame) const override;
-    bool EvaluateTruth(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    int EvaluateInt(CallFrame& frame) const override;
+    double EvaluateFloat(CallFrame& frame) const override;
+    bool EvaluateTruth(CallFrame& frame) const override;
 
 private:
     enum class Kind { Ints, Floats, CompareInts, CompareFloats, General };
     static Kind KindFor(Operator op, Type left, Type right);
-    Value Apply(Frame& frame) const;
+    Value Apply(CallFrame& frame) const;
 
     Operator op_;
     Kind kind_;
@@ -33,7 +33,7 @@ public:
     ConcatenationExpression(std::uint32_t offset, ExpressionPtr first, ExpressionPtr second);
     void Append(ExpressionPtr part);
 
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     ExpressionList parts_;
@@ -44,9 +44,9 @@ class LogicalExpression final : public Expression {
 public:
     LogicalExpression(std::uint32_t offset, bool isAnd, ExpressionPtr left, ExpressionPtr right);
 
-    Value Evaluate(Frame& frame) const override { return EvaluateTruth(frame); }
-    int EvaluateInt(Frame& frame) const override { return EvaluateTruth(frame) ? 1 : 0; }
-    bool EvaluateTruth(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override { return EvaluateTruth(frame); }
+    int EvaluateInt(CallFrame& frame) const override { return EvaluateTruth(frame) ? 1 : 0; }
+    bool EvaluateTruth(CallFrame& frame) const override;
 
 private:
     bool isAnd_;
@@ -58,9 +58,9 @@ class NotExpression final : public Expression {
 public:
     NotExpression(std::uint32_t offset, ExpressionPtr operand);
 
-    Value Evaluate(Frame& frame) const override { return EvaluateTruth(frame); }
-    int EvaluateInt(Frame& frame) const override { return EvaluateTruth(frame) ? 1 : 0; }
-    bool EvaluateTruth(Frame& frame) const override { return !operand_->EvaluateTruth(frame); }
+    Value Evaluate(CallFrame& frame) const override { return EvaluateTruth(frame); }
+    int EvaluateInt(CallFrame& frame) const override { return EvaluateTruth(frame) ? 1 : 0; }
+    bool EvaluateTruth(CallFrame& frame) const override { return !operand_->EvaluateTruth(frame); }
 
 private:
     ExpressionPtr operand_;
@@ -70,9 +70,9 @@ class NegationExpression final : public Expression {
 public:
     NegationExpression(std::uint32_t offset, ExpressionPtr operand);
 
-    Value Evaluate(Frame& frame) const override;
-    int EvaluateInt(Frame& frame) const override;
-    double EvaluateFloat(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    int EvaluateInt(CallFrame& frame) const override;
+    double EvaluateFloat(CallFrame& frame) const override;
 
 private:
     ExpressionPtr operand_;
@@ -84,7 +84,7 @@ public:
     ConditionalExpression(std::uint32_t offset, ExpressionPtr condition, ExpressionPtr first,
                           ExpressionPtr second);
 
-    Value Evaluate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
 
 private:
     static Type CommonType(Type first, Type second);
@@ -99,9 +99,9 @@ class CastExpression final : public Expression {
 public:
     CastExpression(std::uint32_t offset, Type type, ExpressionPtr operand);
 
-    Value Evaluate(Frame& frame) const override;
-    int EvaluateInt(Frame& frame) const override;
-    double EvaluateFloat(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    int EvaluateInt(CallFrame& frame) const override;
+    double EvaluateFloat(CallFrame& frame) const override;
 
 private:
     ExpressionPtr operand_;

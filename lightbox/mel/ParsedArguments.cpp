@@ -84,7 +84,7 @@ ParsedArguments::ParsedArguments(const MSyntax& syntax, ArgumentTokens tokens)
 
 void ParsedArguments::FindMode() {
     for (std::size_t i = 0; i < tokens_.Count(); ++i) {
-        if (tokens_.TokenAt(i).spelling != Spelling::FlagWord) {
+        if (tokens_.TokenAt(i).form != ArgumentForm::FlagWord) {
             continue;
         }
         const std::string_view name = WithoutHyphen(tokens_.At(i).Text());
@@ -94,7 +94,7 @@ void ParsedArguments::FindMode() {
 }
 
 bool ParsedArguments::BeginsFlag(std::size_t index) const {
-    const bool isData = tokens_.TokenAt(index).spelling == Spelling::Quoted && !objects_.empty();
+    const bool isData = tokens_.TokenAt(index).form == ArgumentForm::Quoted && !objects_.empty();
     return !isData && LooksLikeFlag(tokens_.At(index));
 }
 
@@ -145,7 +145,7 @@ void ParsedArguments::ParseFlagArguments(Use& use, std::size_t& index) {
     const bool isOptional = isQuery_ && !use.flag->needsArgumentsInQuery;
     for (const MSyntax::MArgType type : use.flag->arguments) {
         // Only a bare word is surely a flag: a text that was given in quotes may begin with a hyphen.
-        const bool isThere = index < tokens_.Count() && tokens_.TokenAt(index).spelling != Spelling::FlagWord;
+        const bool isThere = index < tokens_.Count() && tokens_.TokenAt(index).form != ArgumentForm::FlagWord;
         const bool isNumber = use.flag->takesNumbers && isThere && tokens_.At(index).IsNumber();
         if (!isThere || !(isNumber || Fits(type, tokens_.At(index)))) {
             if (isOptional) {

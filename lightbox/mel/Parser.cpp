@@ -1,7 +1,5 @@
 #include "mel/Parser.h"
 
-#include "mel/ParserScopes.h"
-
 namespace lightbox::mel {
 
 Parser::Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals, FileScope& scope,
@@ -60,6 +58,14 @@ bool Parser::Recover() {
 
 void Parser::Fail(const std::string& message, std::uint32_t offset) const {
     lexer_.Fail(message, offset);
+}
+
+int Parser::NextNesting() const {
+    constexpr int deepest = 500;
+    if (nesting_ >= deepest) {
+        Fail("Syntax error: this is nested too deep.", lexer_.RawPosition());
+    }
+    return nesting_ + 1;
 }
 
 void Parser::Unexpected() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mel/ArgumentForm.h"
 #include "mel/Expression.h"
 #include "mel/GlobalVariables.h"
 #include "mel/Lexer.h"
@@ -7,7 +8,6 @@
 #include "mel/Operations.h"
 #include "mel/Procedure.h"
 #include "mel/Program.h"
-#include "mel/Spelling.h"
 #include "mel/Statements.h"
 #include "mel/VariableScope.h"
 
@@ -33,12 +33,10 @@ public:
     bool Recover();
 
 private:
-    class Nesting;
-    class BlockScope;
-    class ProcedureScope;
-
     [[noreturn]] void Fail(const std::string& message, std::uint32_t offset) const;
     [[noreturn]] void Unexpected();
+    /// One level of nesting more. Too many are a syntax error, because reading and running them takes stack.
+    int NextNesting() const;
     bool Accept(TokenKind kind);
     Token Expect(TokenKind kind, const char* text);
     std::string_view TextOf(const Token& token) const { return lexer_.TextOf(token); }
@@ -90,14 +88,14 @@ private:
     ExpressionPtr ParseString();
     ExpressionPtr Bounded(ExpressionPtr expression) const;
 
-    // Commands (ParserCommands.cpp)
+    // Commands (ParserCalls.cpp)
     ExpressionPtr ParseNamed(bool atStatement);
     ExpressionPtr ParseFunctionCall(const Token& name);
     ExpressionPtr ParseCommand(const Token& name, ExpressionPtr first);
     ExpressionPtr ParseBackquoted();
-    ExpressionPtr ParseArgument(Spelling& spelling);
-    ExpressionPtr ParseSignedArgument(Spelling& spelling);
-    ExpressionPtr ParseWord(Spelling& spelling);
+    ExpressionPtr ParseArgument(ArgumentForm& form);
+    ExpressionPtr ParseSignedArgument(ArgumentForm& form);
+    ExpressionPtr ParseWord(ArgumentForm& form);
     ExpressionPtr ParseCatch(const Token& name);
     bool AtArgumentEnd();
     bool BeginsArgument();

@@ -1,6 +1,8 @@
 #include "mel/AssignmentExpressions.h"
 #include "mel/OperatorExpressions.h"
-#include "mel/ParserScopes.h"
+#include "mel/Parser.h"
+
+#include <QScopedValueRollback>
 
 namespace lightbox::mel {
 
@@ -92,7 +94,7 @@ ExpressionPtr Parser::Bounded(ExpressionPtr expression) const {
 }
 
 ExpressionPtr Parser::ParseExpression(ExpressionPtr first) {
-    const Nesting nesting(*this);
+    const QScopedValueRollback<int> nesting(nesting_, NextNesting());
     ExpressionPtr expression = ParseBinary(1, std::move(first));
     const Token next = lexer_.Peek();
     if (IsAssignment(next.kind)) {
@@ -170,7 +172,7 @@ ExpressionPtr Parser::Combine(const Token& token, ExpressionPtr left, Expression
 }
 
 ExpressionPtr Parser::ParseUnary() {
-    const Nesting nesting(*this);
+    const QScopedValueRollback<int> nesting(nesting_, NextNesting());
     const Token op = lexer_.Peek();
     switch (op.kind) {
     case TokenKind::Not:
@@ -301,7 +303,7 @@ ExpressionPtr Parser::ParseString() {
 /// (expression) or (type)operand
 ExpressionPtr Parser::ParseParenthesised() {
     const Token open = lexer_.Take();
-    const During<bool> outside(inBackquotes_, false);
+    const QScopedValueRollback<bool> outside(inBackquotes_, false);
     const Token next = lexer_.Peek();
     if (IsTypeWord(next.kind)) {
         const Type type = ParseType();
@@ -330,7 +332,7 @@ ExpressionPtr Parser::ParseVariable() {
 
 ExpressionPtr Parser::ParseIndex() {
     Expect(TokenKind::LeftBracket, "\"[\"");
-    const During<bool> outside(inBackquotes_, false);
+    const QScopedValueRollback<bool> outside(inBackquotes_, false);
     ExpressionPtr index = ParseExpression();
     if (IsArray(index->type)) {
         Fail("An index has to be a number.", index->offset);
@@ -388,7 +390,7 @@ ExpressionPtr Parser::ParseUndeclared(const Token& name) {
 
 ExpressionPtr Parser::ParseVectorOrMatrix() {
     const Token open = lexer_.Take();
-    const During<bool> outside(inBackquotes_, false);
+    const QScopedValueRollback<bool> outside(inBackquotes_, false);
     std::vector<ExpressionList> rows;
     do {
         ExpressionList row;
@@ -411,7 +413,7 @@ ExpressionPtr Parser::ParseVectorOrMatrix() {
 
 ExpressionPtr Parser::ParseArray() {
     const Token open = lexer_.Take();
-    const During<bool> outside(inBackquotes_, false);
+    const QScopedValueRollback<bool> outside(inBackquotes_, false);
     ExpressionList elements = ParseExpressionList(TokenKind::RightBrace);
     Expect(TokenKind::RightBrace, "\"}\"");
     return Bounded(std::make_unique<ArrayExpression>(open.begin, std::move(elements)));

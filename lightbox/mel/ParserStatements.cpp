@@ -1,9 +1,12 @@
-#include "mel/ParserScopes.h"
+#include "mel/Parser.h"
+#include "scene/ScopeExit.h"
+
+#include <QScopedValueRollback>
 
 namespace lightbox::mel {
 
 StatementPtr Parser::ParseStatement() {
-    const Nesting nesting(*this);
+    const QScopedValueRollback<int> nesting(nesting_, NextNesting());
     const Token token = lexer_.Peek();
     switch (token.kind) {
     case TokenKind::Semicolon:
@@ -45,13 +48,15 @@ StatementPtr Parser::ParseBody() {
         // A variable that comes to life in a condition at the top level is global, as everywhere there.
         return ParseStatement();
     }
-    const BlockScope block(variables_);
+    variables_.OpenBlock();
+    const ScopeExit closeBlock([this] { variables_.CloseBlock(); });
     return ParseStatement();
 }
 
 StatementPtr Parser::ParseBlock() {
     const Token open = Expect(TokenKind::LeftBrace, "\"{\"");
-    const BlockScope block(variables_);
+    variables_.OpenBlock();
+    const ScopeExit closeBlock([this] { variables_.CloseBlock(); });
     StatementList statements;
     while (!NextIs(TokenKind::RightBrace)) {
         if (lexer_.AtEnd()) {
@@ -115,7 +120,7 @@ StatementPtr Parser::ParseFor() {
     Expect(TokenKind::Semicolon, "\";\"");
     ExpressionList step = ParseExpressionList(TokenKind::RightParen);
     Expect(TokenKind::RightParen, "\")\"");
-    const During<int> inLoop(loops_, loops_ + 1);
+    const QScopedValueRollback<int> inLoop(loops_, loops_ + 1);
     StatementPtr body = ParseBody();
     return std::make_unique<LoopStatement>(keyword.begin, std::move(start), std::move(condition),
                                            std::move(step), std::move(body));
@@ -134,7 +139,7 @@ StatementPtr Parser::ParseForIn(const Token& keyword, const Token& name) {
     if (!place) {
         place = variables_.Declare(variableName, elementType)->place;
     }
-    const During<int> inLoop(loops_, loops_ + 1);
+    const QScopedValueRollback<int> inLoop(loops_, loops_ + 1);
     StatementPtr body = ParseBody();
     return std::make_unique<ForInStatement>(keyword.begin,
                                             std::make_unique<VariableExpression>(name.begin, *place),
@@ -146,7 +151,7 @@ StatementPtr Parser::ParseWhile() {
     Expect(TokenKind::LeftParen, "\"(\"");
     ExpressionPtr condition = ParseExpression();
     Expect(TokenKind::RightParen, "\")\"");
-    const During<int> inLoop(loops_, loops_ + 1);
+    const QScopedValueRollback<int> inLoop(loops_, loops_ + 1);
     StatementPtr body = ParseBody();
     return std::make_unique<LoopStatement>(keyword.begin, ExpressionList(), std::move(condition),
                                            ExpressionList(), std::move(body));
@@ -156,7 +161,7 @@ StatementPtr Parser::ParseDo() {
     const Token keyword = lexer_.Take();
     StatementPtr body;
     {
-        const During<int> inLoop(loops_, loops_ + 1);
+        const QScopedValueRollback<int> inLoop(loops_, loops_ + 1);
         body = ParseBody();
     }
     Expect(TokenKind::While, "\"while\"");
@@ -173,8 +178,9 @@ StatementPtr Parser::ParseSwitch() {
     ExpressionPtr value = ParseExpression();
     Expect(TokenKind::RightParen, "\")\"");
     const Token open = Expect(TokenKind::LeftBrace, "\"{\"");
-    const BlockScope block(variables_);
-    const During<int> inSwitch(switches_, switches_ + 1);
+    variables_.OpenBlock();
+    const ScopeExit closeBlock([this] { variables_.CloseBlock(); });
+    const QScopedValueRollback<int> inSwitch(switches_, switches_ + 1);
     std::vector<SwitchStatement::Label> labels;
     StatementList statements;
     while (!Accept(TokenKind::RightBrace)) {
@@ -403,10 +409,11 @@ StatementPtr Parser::ParseProcedure(std::uint32_t offset, Type returnType, bool 
     procedure->returnType = returnType;
     procedure->source = source_;
     procedure->scope = &scope_;
-    const ProcedureScope variables(variables_);
-    const During<Type> returns(returnType_, returnType);
-    const During<int> noLoop(loops_, 0);
-    const During<int> noSwitch(switches_, 0);
+    variables_.OpenProcedure();
+    const ScopeExit closeProcedure([this] { variables_.CloseProcedure(); });
+    const QScopedValueRollback<Type> returns(returnType_, returnType);
+    const QScopedValueRollback<int> noLoop(loops_, 0);
+    const QScopedValueRollback<int> noSwitch(switches_, 0);
     ParseParameters(*procedure);
     procedure->body = ParseBlock();
     procedure->variableCount = variables_.SlotCount();

@@ -8,7 +8,10 @@
 #include "mel/Statement.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
+#include "scene/ScopeExit.h"
 #include "text/NumberText.h"
+
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -21,7 +24,7 @@ namespace lightbox::mel {
 namespace {
 
 /// Calls deeper than this are taken for an endless recursion.
-constexpr int MaximumCallDepth = 2000;
+constexpr int MAX_CALL_DEPTH = 2000;
 
 const char* StackPosition() {
 #if defined(__GNUC__)
@@ -53,25 +56,6 @@ bool TruthWord(const std::string& text, bool& truth) {
 }
 
 } // namespace
-
-class Runtime::DepthScope {
-public:
-    explicit DepthScope(Runtime& runtime)
-        : runtime_(runtime) {
-        if (runtime_.callDepth_ >= MaximumCallDepth) {
-            throw Error("Stack overflow: calls are nested more than " + std::to_string(MaximumCallDepth) +
-                        " deep.");
-        }
-        runtime_.CheckStack();
-        ++runtime_.callDepth_;
-    }
-    ~DepthScope() { --runtime_.callDepth_; }
-    DepthScope(const DepthScope&) = delete;
-    DepthScope& operator=(const DepthScope&) = delete;
-
-private:
-    Runtime& runtime_;
-};
 
 Runtime::Entry::Entry(Runtime& runtime)
     : runtime_(runtime)
@@ -156,19 +140,15 @@ bool Runtime::SourceScriptFor(const std::string& name) {
         return false;
     }
     beingSourced_.push_back(name);
-    try {
-        interpreter_.ExecuteFile(path);
-    } catch (...) {
-        beingSourced_.pop_back();
-        throw;
-    }
-    beingSourced_.pop_back();
+    const ScopeExit sourced([this] { beingSourced_.pop_back(); });
+    interpreter_.ExecuteFile(path);
     return true;
 }
 
 Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments& arguments) {
     CheckInterrupt();
-    const DepthScope depth(*this);
+    CheckCallDepth();
+    const QScopedValueRollback<int> depth(callDepth_, callDepth_ + 1);
     if (callee.entry) {
         // A copy: the procedure may define its own name anew.
         const std::shared_ptr<const Procedure> procedure = callee.entry->procedure;
@@ -189,7 +169,7 @@ Value Runtime::CallProcedure(const Procedure& procedure, std::vector<Value>& arg
         // Arrays of the same type are handed over by reference.
         variables.Get()[i] = Converted(std::move(arguments[i]), procedure.parameters[i].type);
     }
-    Frame frame{*this, *procedure.source, variables.Get()};
+    CallFrame frame{*this, *procedure.source, variables.Get()};
     try {
         procedure.body->Execute(frame);
     } catch (Error& error) {
@@ -246,7 +226,7 @@ Value Runtime::Converted(Value value, Type type) {
     return value.ConvertedTo(type);
 }
 
-void Runtime::Locate(Error& error, const Frame& frame) {
+void Runtime::Locate(Error& error, const CallFrame& frame) {
     if (!error.HasPlace()) {
         int line = 0;
         int column = 0;
@@ -269,6 +249,14 @@ void Runtime::ReportCaught(const Error& error, bool isQuiet, int before) {
     if (!isQuiet) {
         output.CaughtError(error.Described());
     }
+}
+
+void Runtime::CheckCallDepth() const {
+    if (callDepth_ >= MAX_CALL_DEPTH) {
+        throw Error("Stack overflow: calls are nested more than " + std::to_string(MAX_CALL_DEPTH) +
+                    " deep.");
+    }
+    CheckStack();
 }
 
 void Runtime::CheckStack() const {

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "mel/ArgumentForm.h"
+#include "mel/CallFrame.h"
 #include "mel/CommandRegistry.h"
-#include "mel/Frame.h"
 #include "mel/GlobalVariables.h"
 #include "mel/Procedure.h"
 #include "mel/SlotStack.h"
-#include "mel/Spelling.h"
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
+
+#include <QScopedValueRollback>
 
 #include <atomic>
 #include <map>
@@ -25,7 +28,7 @@ class Interpreter;
 struct CallArguments {
     std::vector<Value> values;
     /// How each was written; null for a function call, where all are computed.
-    const std::vector<Spelling>* spellings = nullptr;
+    const std::vector<ArgumentForm>* forms = nullptr;
 };
 
 /// What a name stands for where it is called: a procedure or a command. A procedure is kept by its name's
@@ -66,7 +69,7 @@ public:
     /// The value as a variable of the type takes it; warns when a text is no number.
     Value Converted(Value value, Type type);
     /// Adds the place of what runs to an error that has none.
-    static void Locate(Error& error, const Frame& frame);
+    static void Locate(Error& error, const CallFrame& frame);
 
     void Warn(const std::string& message);
     /// Errors that were shown so far.
@@ -87,12 +90,10 @@ public:
     SlotStack& Slots() { return slots_; }
 
     /// A run from outside: marks where the stack begins.
-    class Entry {
+    class Entry : NonCopyable {
     public:
         explicit Entry(Runtime& runtime);
         ~Entry();
-        Entry(const Entry&) = delete;
-        Entry& operator=(const Entry&) = delete;
         bool IsOutermost() const { return outermost_; }
 
     private:
@@ -107,17 +108,10 @@ public:
     class WholeStatement {
     public:
         WholeStatement(Runtime& runtime, bool isCall)
-            : runtime_(runtime)
-            , before_(runtime.wholeDepth_) {
-            runtime_.wholeDepth_ = isCall ? runtime_.callDepth_ + 1 : 0;
-        }
-        ~WholeStatement() { runtime_.wholeDepth_ = before_; }
-        WholeStatement(const WholeStatement&) = delete;
-        WholeStatement& operator=(const WholeStatement&) = delete;
+            : depth_(runtime.wholeDepth_, isCall ? runtime.callDepth_ + 1 : 0) {}
 
     private:
-        Runtime& runtime_;
-        int before_;
+        QScopedValueRollback<int> depth_;
     };
 
     /// Whether the outermost statements are printed before they run.
@@ -126,6 +120,7 @@ public:
 
 private:
     [[noreturn]] void StopInterrupted();
+    void CheckCallDepth() const;
     bool SourceScriptFor(const std::string& name);
 
     Interpreter& interpreter_;
@@ -142,8 +137,6 @@ private:
     const char* stackBase_ = nullptr;
     std::vector<std::string> beingSourced_;
     std::atomic<bool> interrupted_{false};
-
-    class DepthScope;
 };
 
 } // namespace lightbox::mel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/EventBus.h"
+#include "scene/NonCopyable.h"
 
 #include <map>
 #include <memory>
@@ -15,7 +16,7 @@ namespace lightbox::mel {
 
 /// Scripts tied to events and conditions. A script runs when the host is idle next, once however often its
 /// event came until then; a script for the idle event runs then and there.
-class ScriptJobs {
+class ScriptJobs : NonCopyable {
 public:
     enum class Trigger { Event, Idle, ConditionTrue, ConditionFalse, ConditionChange };
     struct Job {
@@ -32,8 +33,6 @@ public:
 
     explicit ScriptJobs(Host& host);
     ~ScriptJobs();
-    ScriptJobs(const ScriptJobs&) = delete;
-    ScriptJobs& operator=(const ScriptJobs&) = delete;
 
     /// The job's number, from 1 on; 0 when there is no such event or condition.
     int Add(const Job& job);

@@ -1,7 +1,7 @@
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
-#include "mel/LanguageCommands.h"
+#include "mel/Registration.h"
 #include "mel/ScriptJobs.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/EventBus.h"

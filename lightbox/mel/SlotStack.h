@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <cstddef>
 #include <memory>
@@ -12,7 +13,7 @@ namespace lightbox::mel {
 class SlotStack {
 public:
     /// The variables of one call; they are emptied when it ends.
-    class Slots {
+    class Slots : NonCopyable {
     public:
         Slots(SlotStack& stack, std::size_t count)
             : stack_(stack)
@@ -27,8 +28,6 @@ public:
             stack_.block_ = block_;
             stack_.used_ = used_;
         }
-        Slots(const Slots&) = delete;
-        Slots& operator=(const Slots&) = delete;
 
         Value* Get() const { return values_; }
 
@@ -46,14 +45,14 @@ private:
         std::unique_ptr<Value[]> values;
         std::size_t size = 0;
     };
-    static constexpr std::size_t BlockSize = 1024;
+    static constexpr std::size_t BLOCK_SIZE = 1024;
 
     Value* Take(std::size_t count) {
         if (blocks_.empty() || used_ + count > blocks_[block_].size) {
             block_ += blocks_.empty() ? 0 : 1;
             used_ = 0;
             if (block_ == blocks_.size() || blocks_[block_].size < count) {
-                const std::size_t size = count > BlockSize ? count : BlockSize;
+                const std::size_t size = count > BLOCK_SIZE ? count : BLOCK_SIZE;
                 // Blocks behind this one are free: only what is in use has to stay where it is.
                 blocks_.resize(block_);
                 blocks_.push_back({std::make_unique<Value[]>(size), size});

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "mel/Frame.h"
+#include "mel/CallFrame.h"
 #include "mel/Value.h"
+#include "scene/NonCopyable.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,17 +14,15 @@ namespace lightbox::mel {
 enum class Flow { Next, Break, Continue, Return };
 
 /// Part of a program that does something.
-class Statement {
+class Statement : NonCopyable {
 public:
     explicit Statement(std::uint32_t sourceOffset)
         : offset(sourceOffset) {}
     virtual ~Statement() = default;
-    Statement(const Statement&) = delete;
-    Statement& operator=(const Statement&) = delete;
 
-    virtual Flow Execute(Frame& frame) const = 0;
+    virtual Flow Execute(CallFrame& frame) const = 0;
     /// Executes an outermost statement: expressions and declarations yield their value.
-    virtual Value ExecuteForValue(Frame& frame) const;
+    virtual Value ExecuteForValue(CallFrame& frame) const;
 
     /// True when it is the call of one command or procedure and nothing else.
     virtual bool IsCall() const { return false; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
 #include "scene/UndoQueue.h"
 
 #include <string>
@@ -7,7 +8,7 @@
 namespace lightbox::mel {
 
 /// The undo chunk of an outermost statement; inactive, it does nothing.
-class StatementChunk {
+class StatementChunk : NonCopyable {
 public:
     StatementChunk(UndoQueue& undo, bool active)
         : undo_(undo)
@@ -21,12 +22,10 @@ public:
             undo_.CloseChunk(true);
         }
     }
-    StatementChunk(const StatementChunk&) = delete;
-    StatementChunk& operator=(const StatementChunk&) = delete;
 
     /// Ends the chunk that is open around it for as long as it lives: the statements of a sourced file get
     /// their own.
-    class Break {
+    class Break : NonCopyable {
     public:
         Break(UndoQueue& undo, bool active)
             : undo_(undo)
@@ -40,8 +39,6 @@ public:
                 undo_.OpenChunk(std::string(), true);
             }
         }
-        Break(const Break&) = delete;
-        Break& operator=(const Break&) = delete;
 
     private:
         UndoQueue& undo_;

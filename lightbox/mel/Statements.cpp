@@ -7,7 +7,7 @@
 
 namespace lightbox::mel {
 
-Value Statement::ExecuteForValue(Frame& frame) const {
+Value Statement::ExecuteForValue(CallFrame& frame) const {
     Execute(frame);
     return Value();
 }
@@ -18,14 +18,14 @@ ExpressionStatement::ExpressionStatement(std::uint32_t sourceOffset, ExpressionP
     : Statement(sourceOffset)
     , expression_(std::move(expression)) {}
 
-Flow ExpressionStatement::Execute(Frame& frame) const {
+Flow ExpressionStatement::Execute(CallFrame& frame) const {
     if (expression_) {
         expression_->Run(frame);
     }
     return Flow::Next;
 }
 
-Value ExpressionStatement::ExecuteForValue(Frame& frame) const {
+Value ExpressionStatement::ExecuteForValue(CallFrame& frame) const {
     return expression_ ? expression_->Evaluate(frame).Detached() : Value();
 }
 
@@ -63,7 +63,7 @@ Value DeclarationStatement::Start(const Variable& declared) {
     return value;
 }
 
-Flow DeclarationStatement::Execute(Frame& frame) const {
+Flow DeclarationStatement::Execute(CallFrame& frame) const {
     frame.offset = offset;
     for (const Variable& declared : variables_) {
         Value& slot = declared.variable->Slot(frame);
@@ -84,7 +84,7 @@ Flow DeclarationStatement::Execute(Frame& frame) const {
     return Flow::Next;
 }
 
-Value DeclarationStatement::ExecuteForValue(Frame& frame) const {
+Value DeclarationStatement::ExecuteForValue(CallFrame& frame) const {
     Execute(frame);
     const Variable& last = variables_.back();
     return last.initial ? last.variable->Evaluate(frame).Detached() : Value();
@@ -94,7 +94,7 @@ BlockStatement::BlockStatement(std::uint32_t sourceOffset, StatementList stateme
     : Statement(sourceOffset)
     , statements_(std::move(statements)) {}
 
-Flow BlockStatement::Execute(Frame& frame) const {
+Flow BlockStatement::Execute(CallFrame& frame) const {
     for (const StatementPtr& statement : statements_) {
         const Flow flow = statement->Execute(frame);
         if (flow != Flow::Next) {
@@ -109,7 +109,7 @@ IfStatement::IfStatement(std::uint32_t sourceOffset, std::vector<Branch> branche
     , branches_(std::move(branches))
     , otherwise_(std::move(otherwise)) {}
 
-Flow IfStatement::Execute(Frame& frame) const {
+Flow IfStatement::Execute(CallFrame& frame) const {
     for (const Branch& branch : branches_) {
         branch.condition->Mark(frame);
         if (branch.condition->EvaluateTruth(frame)) {
@@ -127,7 +127,7 @@ LoopStatement::LoopStatement(std::uint32_t sourceOffset, ExpressionList start, E
     , step_(std::move(step))
     , body_(std::move(body)) {}
 
-Flow LoopStatement::Execute(Frame& frame) const {
+Flow LoopStatement::Execute(CallFrame& frame) const {
     for (const ExpressionPtr& part : start_) {
         part->Run(frame);
     }
@@ -152,7 +152,7 @@ DoStatement::DoStatement(std::uint32_t sourceOffset, StatementPtr body, Expressi
     , body_(std::move(body))
     , condition_(std::move(condition)) {}
 
-Flow DoStatement::Execute(Frame& frame) const {
+Flow DoStatement::Execute(CallFrame& frame) const {
     do {
         frame.runtime.CheckInterrupt();
         const Flow flow = body_->Execute(frame);
@@ -173,7 +173,7 @@ ForInStatement::ForInStatement(std::uint32_t sourceOffset, std::unique_ptr<Varia
     , array_(std::move(array))
     , body_(std::move(body)) {}
 
-Flow ForInStatement::Execute(Frame& frame) const {
+Flow ForInStatement::Execute(CallFrame& frame) const {
     const Value array = array_->Evaluate(frame).Detached();
     if (!array.IsArray() && !array.IsNone()) {
         frame.offset = offset;
@@ -201,7 +201,7 @@ SwitchStatement::SwitchStatement(std::uint32_t sourceOffset, ExpressionPtr value
     , labels_(std::move(labels))
     , statements_(std::move(statements)) {}
 
-std::size_t SwitchStatement::Entry(Frame& frame) const {
+std::size_t SwitchStatement::Entry(CallFrame& frame) const {
     const Value value = value_->Evaluate(frame);
     std::size_t fallback = statements_.size();
     for (const Label& label : labels_) {
@@ -218,7 +218,7 @@ std::size_t SwitchStatement::Entry(Frame& frame) const {
     return fallback;
 }
 
-Flow SwitchStatement::Execute(Frame& frame) const {
+Flow SwitchStatement::Execute(CallFrame& frame) const {
     for (std::size_t i = Entry(frame); i < statements_.size(); ++i) {
         const Flow flow = statements_[i]->Execute(frame);
         if (flow == Flow::Break) {
@@ -236,7 +236,7 @@ ReturnStatement::ReturnStatement(std::uint32_t sourceOffset, ExpressionPtr value
     , value_(std::move(value))
     , type_(type) {}
 
-Flow ReturnStatement::Execute(Frame& frame) const {
+Flow ReturnStatement::Execute(CallFrame& frame) const {
     if (value_) {
         Value value = value_->Evaluate(frame);
         frame.offset = offset;
@@ -246,7 +246,7 @@ Flow ReturnStatement::Execute(Frame& frame) const {
     return Flow::Return;
 }
 
-Flow ProcedureStatement::Execute(Frame& frame) const {
+Flow ProcedureStatement::Execute(CallFrame& frame) const {
     frame.runtime.Define(procedure_);
     return Flow::Next;
 }

@@ -11,8 +11,8 @@ namespace lightbox::mel {
 class ExpressionStatement final : public Statement {
 public:
     ExpressionStatement(std::uint32_t offset, ExpressionPtr expression);
-    Flow Execute(Frame& frame) const override;
-    Value ExecuteForValue(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
+    Value ExecuteForValue(CallFrame& frame) const override;
     bool IsCall() const override;
 
 private:
@@ -35,8 +35,8 @@ public:
     };
 
     DeclarationStatement(std::uint32_t offset, std::vector<Variable> variables);
-    Flow Execute(Frame& frame) const override;
-    Value ExecuteForValue(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
+    Value ExecuteForValue(CallFrame& frame) const override;
 
 private:
     static Value Start(const Variable& declared);
@@ -47,7 +47,7 @@ private:
 class BlockStatement final : public Statement {
 public:
     BlockStatement(std::uint32_t offset, StatementList statements);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
     StatementList statements_;
@@ -62,7 +62,7 @@ public:
     };
     /// `otherwise` may be null.
     IfStatement(std::uint32_t offset, std::vector<Branch> branches, StatementPtr otherwise);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
     std::vector<Branch> branches_;
@@ -74,7 +74,7 @@ class LoopStatement final : public Statement {
 public:
     LoopStatement(std::uint32_t offset, ExpressionList start, ExpressionPtr condition, ExpressionList step,
                   StatementPtr body);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
     ExpressionList start_;
@@ -87,7 +87,7 @@ private:
 class DoStatement final : public Statement {
 public:
     DoStatement(std::uint32_t offset, StatementPtr body, ExpressionPtr condition);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
     StatementPtr body_;
@@ -99,7 +99,7 @@ class ForInStatement final : public Statement {
 public:
     ForInStatement(std::uint32_t offset, std::unique_ptr<VariableExpression> variable, ExpressionPtr array,
                    StatementPtr body);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
     std::unique_ptr<VariableExpression> variable_;
@@ -117,10 +117,10 @@ public:
     };
     SwitchStatement(std::uint32_t offset, ExpressionPtr value, std::vector<Label> labels,
                     StatementList statements);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
-    std::size_t Entry(Frame& frame) const;
+    std::size_t Entry(CallFrame& frame) const;
 
     ExpressionPtr value_;
     std::vector<Label> labels_;
@@ -133,7 +133,7 @@ public:
     JumpStatement(std::uint32_t sourceOffset, Flow flow)
         : Statement(sourceOffset)
         , flow_(flow) {}
-    Flow Execute(Frame&) const override { return flow_; }
+    Flow Execute(CallFrame&) const override { return flow_; }
 
 private:
     Flow flow_;
@@ -143,7 +143,7 @@ class ReturnStatement final : public Statement {
 public:
     /// `value` may be null; `type` is what the procedure returns.
     ReturnStatement(std::uint32_t offset, ExpressionPtr value, Type type);
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
 
 private:
     ExpressionPtr value_;
@@ -156,7 +156,7 @@ public:
     ProcedureStatement(std::uint32_t sourceOffset, std::shared_ptr<const Procedure> procedure)
         : Statement(sourceOffset)
         , procedure_(std::move(procedure)) {}
-    Flow Execute(Frame& frame) const override;
+    Flow Execute(CallFrame& frame) const override;
     const std::shared_ptr<const Procedure>& GetProcedure() const { return procedure_; }
 
 private:

@@ -1,8 +1,8 @@
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
-#include "mel/LanguageCommands.h"
 #include "mel/Operations.h"
+#include "mel/Registration.h"
 #include "text/Quoted.h"
 #include "text/TextUtil.h"
 

@@ -35,13 +35,13 @@ struct SyntaxTable {
     /// `isAmbiguous` tells why the answer is null.
     const Flag* FindTyped(std::string_view name, bool& isAmbiguous) const;
 
-    static constexpr unsigned NoMaximum = std::numeric_limits<unsigned>::max();
+    static constexpr unsigned NO_MAXIMUM = std::numeric_limits<unsigned>::max();
 
     std::vector<Flag> flags;
     std::vector<MSyntax::MArgType> arguments;
     MSyntax::MObjectFormat objectFormat = MSyntax::kNone;
     unsigned minimumObjects = 0;
-    unsigned maximumObjects = NoMaximum;
+    unsigned maximumObjects = NO_MAXIMUM;
     bool usesSelection = false;
     bool canQuery = false;
     bool canEdit = false;

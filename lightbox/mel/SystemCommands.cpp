@@ -1,6 +1,6 @@
 #include "mel/CommandRegistry.h"
 #include "mel/Interpreter.h"
-#include "mel/LanguageCommands.h"
+#include "mel/Registration.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Host.h"
 
@@ -101,7 +101,7 @@ struct FolderRow {
     const char* below;
 };
 
-constexpr FolderRow FolderRows[] = {
+constexpr FolderRow FOLDER_ROWS[] = {
     {"-upd", "-userPrefDir", ""},
     {"-uad", "-userAppDir", ""},
     {"-usd", "-userScriptDir", "/scripts"},
@@ -114,7 +114,7 @@ constexpr FolderRow FolderRows[] = {
 
 Value InternalVariable(CommandCall& call) {
     const QString preferences = QString::fromStdString(call.GetHost().options().prefsFolder);
-    for (const FolderRow& row : FolderRows) {
+    for (const FolderRow& row : FOLDER_ROWS) {
         if (call.Has(row.longFlag)) {
             return Folder(preferences + QLatin1String(row.below));
         }
@@ -127,7 +127,7 @@ Value InternalVariable(CommandCall& call) {
 
 void RegisterInternalVariable(CommandRegistry& registry) {
     SyntaxBuilder syntax;
-    for (const FolderRow& row : FolderRows) {
+    for (const FolderRow& row : FOLDER_ROWS) {
         syntax.Flag(row.shortFlag, row.longFlag);
     }
     registry.Register("internalVar", syntax.Flag("-utd", "-userTmpDir"), InternalVariable);

@@ -65,7 +65,7 @@ bool TextRun::RunProgram(const Program& program, Value& result) {
         runtime_.DefineFirst(procedure);
     }
     const SlotStack::Slots variables(runtime_.Slots(), static_cast<std::size_t>(program.variableCount));
-    Frame frame{runtime_, *program.source, variables.Get()};
+    CallFrame frame{runtime_, *program.source, variables.Get()};
     for (std::size_t i = 0; i < program.statements.size(); ++i) {
         const Statement& statement = *program.statements[i];
         if (areOutermost_ && runtime_.EchoesStatements()) {
@@ -79,7 +79,7 @@ bool TextRun::RunProgram(const Program& program, Value& result) {
     return true;
 }
 
-bool TextRun::RunStatement(const Statement& statement, Frame& frame, Value& result) {
+bool TextRun::RunStatement(const Statement& statement, CallFrame& frame, Value& result) {
     try {
         runtime_.CheckInterrupt();
         frame.offset = statement.offset;
@@ -98,7 +98,7 @@ bool TextRun::RunStatement(const Statement& statement, Frame& frame, Value& resu
     return true;
 }
 
-Value TextRun::ExecuteStatement(const Statement& statement, Frame& frame) {
+Value TextRun::ExecuteStatement(const Statement& statement, CallFrame& frame) {
     const StatementChunk chunk(interpreter_.GetHost().undo(), areOutermost_);
     if (!areOutermost_) {
         return statement.ExecuteForValue(frame);
@@ -107,7 +107,7 @@ Value TextRun::ExecuteStatement(const Statement& statement, Frame& frame) {
     return statement.ExecuteForValue(frame);
 }
 
-bool TextRun::MustThrow(Error& error, const Frame* frame) const {
+bool TextRun::MustThrow(Error& error, const CallFrame* frame) const {
     if (frame) {
         Runtime::Locate(error, *frame);
     }

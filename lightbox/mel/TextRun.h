@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mel/Frame.h"
+#include "mel/CallFrame.h"
 #include "mel/Interpreter.h"
 #include "mel/Runtime.h"
 
@@ -26,10 +26,10 @@ private:
     Value RunStreamed(Parser& parser);
     /// Runs the statements of a program; false when one of them returned.
     bool RunProgram(const Program& program, Value& result);
-    bool RunStatement(const Statement& statement, Frame& frame, Value& result);
-    Value ExecuteStatement(const Statement& statement, Frame& frame);
+    bool RunStatement(const Statement& statement, CallFrame& frame, Value& result);
+    Value ExecuteStatement(const Statement& statement, CallFrame& frame);
     /// False when the error was dealt with and the run goes on.
-    bool MustThrow(Error& error, const Frame* frame) const;
+    bool MustThrow(Error& error, const CallFrame* frame) const;
 
     Interpreter& interpreter_;
     Runtime& runtime_;

@@ -89,7 +89,7 @@ void VariableReference::StoreElement(Runtime& runtime, const Value& value) const
     }
 }
 
-Value VariableExpression::Evaluate(Frame& frame) const {
+Value VariableExpression::Evaluate(CallFrame& frame) const {
     Value& slot = Slot(frame);
     if (slot.IsNone() && type != Type::Any) {
         slot = Value::Default(type);
@@ -97,17 +97,17 @@ Value VariableExpression::Evaluate(Frame& frame) const {
     return slot;
 }
 
-int VariableExpression::EvaluateInt(Frame& frame) const {
+int VariableExpression::EvaluateInt(CallFrame& frame) const {
     const int* number = Slot(frame).IntSlot();
     return number ? *number : Evaluate(frame).AsInt();
 }
 
-double VariableExpression::EvaluateFloat(Frame& frame) const {
+double VariableExpression::EvaluateFloat(CallFrame& frame) const {
     const double* number = Slot(frame).FloatSlot();
     return number ? *number : Evaluate(frame).AsFloat();
 }
 
-bool VariableExpression::EvaluateTruth(Frame& frame) const {
+bool VariableExpression::EvaluateTruth(CallFrame& frame) const {
     const int* number = Slot(frame).IntSlot();
     return number ? *number != 0 : Evaluate(frame).AsBool();
 }
@@ -119,7 +119,7 @@ ElementExpression::ElementExpression(std::unique_ptr<VariableExpression> variabl
     Contains(*index_);
 }
 
-std::size_t ElementExpression::Index(Frame& frame) const {
+std::size_t ElementExpression::Index(CallFrame& frame) const {
     const int index = index_->EvaluateInt(frame);
     if (index < 0) {
         Mark(frame);
@@ -128,7 +128,7 @@ std::size_t ElementExpression::Index(Frame& frame) const {
     return static_cast<std::size_t>(index);
 }
 
-Value ElementExpression::Evaluate(Frame& frame) const {
+Value ElementExpression::Evaluate(CallFrame& frame) const {
     const std::size_t index = Index(frame);
     const Value& array = variable_->Slot(frame);
     if (!array.IsArray()) {
@@ -140,7 +140,7 @@ Value ElementExpression::Evaluate(Frame& frame) const {
     return array.Element(index);
 }
 
-int ElementExpression::EvaluateInt(Frame& frame) const {
+int ElementExpression::EvaluateInt(CallFrame& frame) const {
     if (type != Type::Int || variable_->Slot(frame).GetType() != Type::IntArray) {
         return Evaluate(frame).AsInt();
     }
@@ -149,7 +149,7 @@ int ElementExpression::EvaluateInt(Frame& frame) const {
     return index < array.size() ? array[index] : 0;
 }
 
-double ElementExpression::EvaluateFloat(Frame& frame) const {
+double ElementExpression::EvaluateFloat(CallFrame& frame) const {
     if (type != Type::Float || variable_->Slot(frame).GetType() != Type::FloatArray) {
         return Evaluate(frame).AsFloat();
     }
@@ -158,7 +158,7 @@ double ElementExpression::EvaluateFloat(Frame& frame) const {
     return index < array.size() ? array[index] : 0.0;
 }
 
-VariableReference ElementExpression::Locate(Frame& frame) const {
+VariableReference ElementExpression::Locate(CallFrame& frame) const {
     const std::size_t index = Index(frame);
     Value& slot = variable_->Slot(frame);
     if (slot.IsNone() && variable_->type != Type::Any) {
@@ -180,7 +180,7 @@ CellExpression::CellExpression(std::unique_ptr<VariableExpression> variable, Exp
     Contains(*column_);
 }
 
-std::size_t CellExpression::Index(Frame& frame, const Value& value) const {
+std::size_t CellExpression::Index(CallFrame& frame, const Value& value) const {
     if (value.GetType() != Type::Matrix) {
         throw Error(std::string("A variable of type ") + TypeName(value.GetType()) + " has no cells.");
     }
@@ -196,14 +196,14 @@ std::size_t CellExpression::Index(Frame& frame, const Value& value) const {
            static_cast<std::size_t>(column);
 }
 
-double CellExpression::EvaluateFloat(Frame& frame) const {
+double CellExpression::EvaluateFloat(CallFrame& frame) const {
     // The indexes may run anything, so the matrix is held.
     const Value matrix = variable_->Evaluate(frame);
     const std::size_t index = Index(frame, matrix);
     return matrix.MatrixData().cells.at(index);
 }
 
-VariableReference CellExpression::Locate(Frame& frame) const {
+VariableReference CellExpression::Locate(CallFrame& frame) const {
     Value& slot = variable_->Slot(frame);
     const std::size_t index = Index(frame, Value(slot));
     if (slot.GetType() != Type::Matrix || index >= slot.MatrixData().cells.size()) {
@@ -219,7 +219,7 @@ ComponentExpression::ComponentExpression(std::uint32_t sourceOffset, ExpressionP
     Contains(*vector_);
 }
 
-double ComponentExpression::EvaluateFloat(Frame& frame) const {
+double ComponentExpression::EvaluateFloat(CallFrame& frame) const {
     const Value value = vector_->Evaluate(frame);
     const Vector* const vector = value.VectorSlot();
     if (!vector) {

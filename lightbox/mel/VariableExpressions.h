@@ -43,7 +43,7 @@ private:
 class Target : public Expression {
 public:
     using Expression::Expression;
-    virtual VariableReference Locate(Frame& frame) const = 0;
+    virtual VariableReference Locate(CallFrame& frame) const = 0;
 };
 
 using TargetPtr = std::unique_ptr<Target>;
@@ -62,15 +62,15 @@ public:
         , global_(place.global)
         , slot_(place.slot) {}
 
-    Value& Slot(Frame& frame) const { return global_ ? global_->value : frame.variables[slot_]; }
+    Value& Slot(CallFrame& frame) const { return global_ ? global_->value : frame.variables[slot_]; }
     GlobalVariable* Global() const { return global_; }
 
-    Value Evaluate(Frame& frame) const override;
-    int EvaluateInt(Frame& frame) const override;
-    double EvaluateFloat(Frame& frame) const override;
-    bool EvaluateTruth(Frame& frame) const override;
-    void Run(Frame&) const override {}
-    VariableReference Locate(Frame& frame) const override {
+    Value Evaluate(CallFrame& frame) const override;
+    int EvaluateInt(CallFrame& frame) const override;
+    double EvaluateFloat(CallFrame& frame) const override;
+    bool EvaluateTruth(CallFrame& frame) const override;
+    void Run(CallFrame&) const override {}
+    VariableReference Locate(CallFrame& frame) const override {
         return VariableReference(Slot(frame), type, global_);
     }
 
@@ -84,13 +84,13 @@ class ElementExpression final : public Target {
 public:
     ElementExpression(std::unique_ptr<VariableExpression> variable, ExpressionPtr index);
 
-    Value Evaluate(Frame& frame) const override;
-    int EvaluateInt(Frame& frame) const override;
-    double EvaluateFloat(Frame& frame) const override;
-    VariableReference Locate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override;
+    int EvaluateInt(CallFrame& frame) const override;
+    double EvaluateFloat(CallFrame& frame) const override;
+    VariableReference Locate(CallFrame& frame) const override;
 
 private:
-    std::size_t Index(Frame& frame) const;
+    std::size_t Index(CallFrame& frame) const;
 
     std::unique_ptr<VariableExpression> variable_;
     ExpressionPtr index_;
@@ -101,12 +101,12 @@ class CellExpression final : public Target {
 public:
     CellExpression(std::unique_ptr<VariableExpression> variable, ExpressionPtr row, ExpressionPtr column);
 
-    Value Evaluate(Frame& frame) const override { return EvaluateFloat(frame); }
-    double EvaluateFloat(Frame& frame) const override;
-    VariableReference Locate(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override { return EvaluateFloat(frame); }
+    double EvaluateFloat(CallFrame& frame) const override;
+    VariableReference Locate(CallFrame& frame) const override;
 
 private:
-    std::size_t Index(Frame& frame, const Value& matrix) const;
+    std::size_t Index(CallFrame& frame, const Value& matrix) const;
 
     std::unique_ptr<VariableExpression> variable_;
     ExpressionPtr row_;
@@ -118,8 +118,8 @@ class ComponentExpression final : public Expression {
 public:
     ComponentExpression(std::uint32_t offset, ExpressionPtr vector, char component);
 
-    Value Evaluate(Frame& frame) const override { return EvaluateFloat(frame); }
-    double EvaluateFloat(Frame& frame) const override;
+    Value Evaluate(CallFrame& frame) const override { return EvaluateFloat(frame); }
+    double EvaluateFloat(CallFrame& frame) const override;
 
 private:
     ExpressionPtr vector_;

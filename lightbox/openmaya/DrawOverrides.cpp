@@ -1,6 +1,6 @@
 #include "openmaya/DrawOverrides.h"
 
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/DagNode.h"
 
 #include <QString>
@@ -74,7 +74,7 @@ DrawOverrides::Instance* DrawOverrides::For(const View& view, DagNode& node) {
     }
     const Registration* registration = Find(node.Type());
     std::unique_ptr<MHWRender::MPxDrawOverride> drawOverride(
-        registration ? registration->creator(Access::Wrap(node.Shared())) : nullptr);
+        registration ? registration->creator(ApiBridge::Wrap(node.Shared())) : nullptr);
     if (!drawOverride) {
         return nullptr;
     }

@@ -1,5 +1,5 @@
-#include "openmaya/Access.h"
-#include "openmaya/ImathAccess.h"
+#include "openmaya/ApiBridge.h"
+#include "openmaya/ImathConversion.h"
 #include "scene/CameraView.h"
 #include "scene/Host.h"
 #include "scene/UserInterface.h"
@@ -15,7 +15,7 @@
 #include <cmath>
 #include <limits>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::CameraView;
 using lightbox::FromImath;
 using lightbox::Host;
@@ -27,17 +27,17 @@ using lightbox::View;
 namespace {
 
 MStatus NoView() {
-    return Access::Fail(MS::kFailure, "There is no 3d view");
+    return ApiBridge::Fail(MS::kFailure, "There is no 3d view");
 }
 
 /// The view, or null when it has gone. Reports the status.
 View* Live(View* view, MStatus* status = nullptr) {
-    UserInterface* ui = view ? Access::Ui() : nullptr;
+    UserInterface* ui = view ? ApiBridge::Ui() : nullptr;
     if (ui) {
         const std::vector<View*> views = ui->Views();
         ui = std::find(views.begin(), views.end(), view) != views.end() ? ui : nullptr;
     }
-    Access::Report(status, ui ? MStatus() : NoView());
+    ApiBridge::Report(status, ui ? MStatus() : NoView());
     return ui ? view : nullptr;
 }
 
@@ -78,21 +78,21 @@ void PopSpace() {
 
 } // namespace
 
-M3dView Access::Wrap(View& view) {
+M3dView ApiBridge::Wrap(View& view) {
     M3dView wrapped;
     wrapped.view_ = &view;
     return wrapped;
 }
 
 M3dView M3dView::active3dView(MStatus* ReturnStatus) {
-    UserInterface* ui = Access::Ui();
+    UserInterface* ui = ApiBridge::Ui();
     View* view = ui ? ui->ActiveView() : nullptr;
-    Access::Report(ReturnStatus, view ? MStatus() : NoView());
-    return view ? Access::Wrap(*view) : M3dView();
+    ApiBridge::Report(ReturnStatus, view ? MStatus() : NoView());
+    return view ? ApiBridge::Wrap(*view) : M3dView();
 }
 
 unsigned int M3dView::numberOf3dViews() {
-    UserInterface* ui = Access::Ui();
+    UserInterface* ui = ApiBridge::Ui();
     return ui ? static_cast<unsigned int>(ui->Views().size()) : 0;
 }
 
@@ -100,15 +100,15 @@ MStatus M3dView::get3dView(unsigned int index, M3dView& view) {
     if (index >= numberOf3dViews()) {
         return NoView();
     }
-    view = Access::Wrap(*Access::Ui()->Views()[index]);
+    view = ApiBridge::Wrap(*ApiBridge::Ui()->Views()[index]);
     return MS::kSuccess;
 }
 
 MStatus M3dView::getM3dViewFromModelPanel(const MString& modelPaneName, M3dView& view) {
-    UserInterface* ui = Access::Ui();
+    UserInterface* ui = ApiBridge::Ui();
     for (View* candidate : ui ? ui->Views() : std::vector<View*>()) {
-        if (candidate->PanelName() == Access::Text(modelPaneName)) {
-            view = Access::Wrap(*candidate);
+        if (candidate->PanelName() == ApiBridge::Text(modelPaneName)) {
+            view = ApiBridge::Wrap(*candidate);
             return MS::kSuccess;
         }
     }
@@ -145,7 +145,7 @@ MStatus M3dView::getCamera(MDagPath& camera) const {
     if (!view) {
         return NoView();
     }
-    camera = Access::Wrap(*view->Camera());
+    camera = ApiBridge::Wrap(*view->Camera());
     return MS::kSuccess;
 }
 
@@ -156,9 +156,9 @@ MStatus M3dView::setCamera(MDagPath& camera) {
     }
     MDagPath shape = camera;
     shape.extendToShape();
-    const std::shared_ptr<lightbox::DagNode> node = Access::GetDagNode(shape);
+    const std::shared_ptr<lightbox::DagNode> node = ApiBridge::GetDagNode(shape);
     if (!node || !node->HasFn(MFn::kCamera)) {
-        return Access::Fail(MS::kInvalidParameter, "The path does not lead to a camera");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The path does not lead to a camera");
     }
     view->SetCamera(node);
     return MS::kSuccess;
@@ -188,7 +188,7 @@ MStatus M3dView::refresh(bool all, bool force) {
         return NoView();
     }
     if (all) {
-        Access::Ui()->RefreshViews(force);
+        ApiBridge::Ui()->RefreshViews(force);
     } else {
         view->Refresh(force);
     }

@@ -1,12 +1,12 @@
 #include "mel/ParsedArguments.h"
 #include "mel/SyntaxTable.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MGlobal.h>
 #include <maya/MSelectionList.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::mel::Value;
 
 MArgDatabase::MArgDatabase(const MSyntax& syntax, const MArgList& argList, MStatus* ReturnStatus)
@@ -20,7 +20,7 @@ MStatus MArgDatabase::getFlagArgument(const char* flag, unsigned int index, MSel
         return MS::kInvalidParameter;
     }
     MSelectionList found;
-    MStatus status = found.add(Access::Wrap(name->AsString()));
+    MStatus status = found.add(ApiBridge::Wrap(name->AsString()));
     if (status) {
         result = found;
     }
@@ -32,7 +32,7 @@ MStatus MArgDatabase::getCommandArgument(unsigned int index, MSelectionList& res
         return MS::kInvalidParameter;
     }
     MSelectionList found;
-    MStatus status = found.add(Access::Wrap(parsed_->CommandArguments()[index].AsString()));
+    MStatus status = found.add(ApiBridge::Wrap(parsed_->CommandArguments()[index].AsString()));
     if (status) {
         result = found;
     }
@@ -48,7 +48,7 @@ MStatus MArgDatabase::getObjects(MSelectionList& result) const {
     }
     MSelectionList found;
     for (const Value& object : parsed_->Objects()) {
-        MStatus status = found.add(Access::Wrap(object.AsString()));
+        MStatus status = found.add(ApiBridge::Wrap(object.AsString()));
         if (!status) {
             return status;
         }

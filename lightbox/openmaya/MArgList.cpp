@@ -1,5 +1,5 @@
 #include "mel/ArgumentTokens.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MArgList.h>
 #include <maya/MDoubleArray.h>
@@ -7,18 +7,18 @@
 #include <maya/MStringArray.h>
 #include <maya/MTime.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::mel::ArgumentTokens;
 using lightbox::mel::Value;
 
 namespace {
 
 MStatus Missing() {
-    return Access::Fail(MS::kInvalidParameter, "There is no argument at that index.");
+    return ApiBridge::Fail(MS::kInvalidParameter, "There is no argument at that index.");
 }
 
 MStatus WrongType(const char* expected) {
-    return Access::Fail(MS::kInvalidParameter, std::string("The argument is not ") + expected + ".");
+    return ApiBridge::Fail(MS::kInvalidParameter, std::string("The argument is not ") + expected + ".");
 }
 
 /// Reads one argument with one of the conversions.
@@ -27,12 +27,12 @@ T Read(const ArgumentTokens& tokens, unsigned int index, bool (*read)(const Valu
        MStatus* status) {
     T result = T();
     if (index >= tokens.Count()) {
-        Access::Report(status, Missing());
+        ApiBridge::Report(status, Missing());
     } else if (!read(tokens.At(index), result)) {
-        Access::Report(status, WrongType(expected));
+        ApiBridge::Report(status, WrongType(expected));
         result = T();
     } else {
-        Access::Report(status, MS::kSuccess);
+        ApiBridge::Report(status, MS::kSuccess);
     }
     return result;
 }
@@ -53,7 +53,7 @@ Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(
         array.append(element);
         ++index;
     }
-    Access::Report(status, outcome);
+    ApiBridge::Report(status, outcome);
     return array;
 }
 
@@ -83,7 +83,7 @@ MArgList& MArgList::operator=(const MArgList& other) {
 MArgList::~MArgList() = default;
 
 unsigned int MArgList::length(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return static_cast<unsigned int>(tokens_->Count());
 }
 
@@ -100,7 +100,7 @@ double MArgList::asDouble(unsigned int index, MStatus* ReturnStatus) const {
 }
 
 MString MArgList::asString(unsigned int index, MStatus* ReturnStatus) const {
-    return Read<MString>(*tokens_, index, Access::ReadString, "a string", ReturnStatus);
+    return Read<MString>(*tokens_, index, ApiBridge::ReadString, "a string", ReturnStatus);
 }
 
 MTime MArgList::asTime(unsigned int index, MStatus* ReturnStatus) const {
@@ -117,7 +117,7 @@ MDoubleArray MArgList::asDoubleArray(unsigned int& index, MStatus* ReturnStatus)
 }
 
 MStringArray MArgList::asStringArray(unsigned int& index, MStatus* ReturnStatus) const {
-    return ReadArray<MStringArray, MString>(*tokens_, index, Access::ReadString, "a string", ReturnStatus);
+    return ReadArray<MStringArray, MString>(*tokens_, index, ApiBridge::ReadString, "a string", ReturnStatus);
 }
 
 MStatus MArgList::get(unsigned int& index, bool& value) const {
@@ -184,7 +184,7 @@ MStatus MArgList::addArg(const double& value) {
 }
 
 MStatus MArgList::addArg(const MString& value) {
-    tokens_->Add(Access::Text(value));
+    tokens_->Add(ApiBridge::Text(value));
     return MS::kSuccess;
 }
 

@@ -1,6 +1,6 @@
 #include "mel/Error.h"
 #include "mel/ParsedArguments.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MArgList.h>
 #include <maya/MArgParser.h>
@@ -9,7 +9,7 @@
 #include <maya/MSyntax.h>
 #include <maya/MTime.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::mel::ArgumentTokens;
 using lightbox::mel::ParsedArguments;
 using lightbox::mel::Value;
@@ -45,7 +45,7 @@ MStatus CommandArgument(const ParsedArguments* parsed, unsigned int index, Reade
 /// The form that returns the value and hands the status out.
 template <class T>
 T Answer(const MStatus& status, const T& value, MStatus* returnStatus) {
-    Access::Report(returnStatus, status);
+    ApiBridge::Report(returnStatus, status);
     return value;
 }
 
@@ -56,17 +56,17 @@ MArgParser::MArgParser(const MSyntax& syntax, const MArgList& argList, MStatus* 
     try {
         parsed_ = std::make_unique<ParsedArguments>(syntax, ArgumentTokens::Of(argList));
     } catch (const lightbox::mel::Error& error) {
-        status = Access::Fail(MS::kInvalidParameter, error.what());
+        status = ApiBridge::Fail(MS::kInvalidParameter, error.what());
         MGlobal::displayError(error.what());
     }
-    Access::Report(ReturnStatus, status);
+    ApiBridge::Report(ReturnStatus, status);
 }
 
 MArgParser::~MArgParser() = default;
 
 bool MArgParser::isFlagSet(const char* flag, MStatus* ReturnStatus) const {
     const bool known = parsed_ && flag && parsed_->Syntax().Find(flag);
-    Access::Report(ReturnStatus, known ? MS::kSuccess : MS::kInvalidParameter);
+    ApiBridge::Report(ReturnStatus, known ? MS::kSuccess : MS::kInvalidParameter);
     return known && parsed_->Find(flag);
 }
 
@@ -75,12 +75,12 @@ bool MArgParser::isFlagSet(const MString& flag, MStatus* ReturnStatus) const {
 }
 
 bool MArgParser::isEdit(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, parsed_ ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, parsed_ ? MS::kSuccess : MS::kFailure);
     return parsed_ && parsed_->IsEdit();
 }
 
 bool MArgParser::isQuery(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, parsed_ ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, parsed_ ? MS::kSuccess : MS::kFailure);
     return parsed_ && parsed_->IsQuery();
 }
 
@@ -134,7 +134,7 @@ MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, double
 }
 
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MString& result) const {
-    return FlagArgument<MString>(parsed_.get(), flag, index, Access::ReadString, result);
+    return FlagArgument<MString>(parsed_.get(), flag, index, ApiBridge::ReadString, result);
 }
 
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MTime& result) const {
@@ -197,7 +197,7 @@ MStatus MArgParser::getCommandArgument(unsigned int index, double& result) const
 }
 
 MStatus MArgParser::getCommandArgument(unsigned int index, MString& result) const {
-    return CommandArgument<MString>(parsed_.get(), index, Access::ReadString, result);
+    return CommandArgument<MString>(parsed_.get(), index, ApiBridge::ReadString, result);
 }
 
 MStatus MArgParser::getObjects(MStringArray& result) const {
@@ -206,7 +206,7 @@ MStatus MArgParser::getObjects(MStringArray& result) const {
     }
     result.clear();
     for (const Value& object : parsed_->Objects()) {
-        result.append(Access::Wrap(object.AsString()));
+        result.append(ApiBridge::Wrap(object.AsString()));
     }
     return MS::kSuccess;
 }

@@ -1,5 +1,5 @@
 #include "mel/Value.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MCommandResult.h>
 #include <maya/MDoubleArray.h>
@@ -7,7 +7,7 @@
 #include <maya/MString.h>
 #include <maya/MStringArray.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::mel::Value;
 using ValueType = lightbox::mel::Type;
 
@@ -22,14 +22,14 @@ void Fill(Array& result, const Source& source) {
 }
 
 MStatus OtherType() {
-    return Access::Fail(MS::kInvalidParameter, "The result is of another type.");
+    return ApiBridge::Fail(MS::kInvalidParameter, "The result is of another type.");
 }
 
 } // namespace
 
 MCommandResult::MCommandResult(MStatus* ReturnStatus)
     : value_(std::make_unique<Value>()) {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
 }
 
 MCommandResult::MCommandResult(const MCommandResult& other)
@@ -110,7 +110,7 @@ MStatus MCommandResult::getResult(MString& result) const {
     if (resultType() != kString) {
         return OtherType();
     }
-    result = Access::Wrap(value_->Text());
+    result = ApiBridge::Wrap(value_->Text());
     return MS::kSuccess;
 }
 
@@ -120,12 +120,12 @@ MStatus MCommandResult::getResult(MStringArray& result) const {
     }
     result.clear();
     for (const std::string& text : value_->Strings()) {
-        result.append(Access::Wrap(text));
+        result.append(ApiBridge::Wrap(text));
     }
     return MS::kSuccess;
 }
 
 MString MCommandResult::stringResult(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
-    return Access::Wrap(value_->Shown());
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
+    return ApiBridge::Wrap(value_->Shown());
 }

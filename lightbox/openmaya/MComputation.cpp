@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 
@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Host;
 
 struct MComputation::State {
@@ -67,5 +67,5 @@ int MComputation::progress() {
 }
 
 void MComputation::setProgressStatus(const MString& statusMessage) {
-    state_->status = Access::Text(statusMessage);
+    state_->status = ApiBridge::Text(statusMessage);
 }

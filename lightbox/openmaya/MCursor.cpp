@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MCursor.h>
 
@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 enum class MCursor::Shape { Arrow, CrossHair, DoubleCrossHair, Edit, Pencil, Hand };
 
@@ -79,7 +79,7 @@ bool MCursor::operator==(const MCursor& other) const {
     return a.shape == b.shape && a.bits == b.bits && a.mask == b.mask && a.hotSpot == b.hotSpot;
 }
 
-QCursor Access::ToQt(const MCursor& cursor) {
+QCursor ApiBridge::ToQt(const MCursor& cursor) {
     const MCursor::Content& content = *cursor.content_;
     if (!content.bits.isNull()) {
         return QCursor(QBitmap::fromImage(content.bits), QBitmap::fromImage(content.mask),

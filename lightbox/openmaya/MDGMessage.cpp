@@ -1,11 +1,11 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/Node.h"
 
 #include <maya/MDGMessage.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::EventBus;
 using lightbox::Host;
 
@@ -14,14 +14,14 @@ namespace {
 MCallbackId Add(EventBus::NodeEvent event, MMessage::MNodeFunction func, const MString& nodeType,
                 void* clientData, MStatus* status) {
     if (!func) {
-        Access::Report(status, Access::Fail(MS::kInvalidParameter, "There is no function to call"));
+        ApiBridge::Report(status, ApiBridge::Fail(MS::kInvalidParameter, "There is no function to call"));
         return 0;
     }
-    Access::Report(status, MS::kSuccess);
+    ApiBridge::Report(status, MS::kSuccess);
     return Host::Get().events().AddNodeCallback(
-        event, [func, type = Access::Text(nodeType), clientData](lightbox::Node& node) {
+        event, [func, type = ApiBridge::Text(nodeType), clientData](lightbox::Node& node) {
             if (type == kDefaultNodeType || node.Type().IsA(type)) {
-                MObject object = Access::Wrap(node.Shared());
+                MObject object = ApiBridge::Wrap(node.Shared());
                 func(object, clientData);
             }
         });

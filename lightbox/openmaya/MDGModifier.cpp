@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/EditItems.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
@@ -25,16 +25,16 @@ struct MDGModifier::State {
         try {
             const std::shared_ptr<Node> node = host.scene().Make(type);
             Add(edit::AddItem(host, node, std::string(), parent));
-            Access::Report(returnStatus, MS::kSuccess);
-            return Access::Wrap(node);
+            ApiBridge::Report(returnStatus, MS::kSuccess);
+            return ApiBridge::Wrap(node);
         } catch (const SceneError& error) {
-            Access::Report(returnStatus, Access::Fail(MS::kInvalidParameter, error.what()));
+            ApiBridge::Report(returnStatus, ApiBridge::Fail(MS::kInvalidParameter, error.what()));
             return MObject();
         }
     }
 
     MStatus Set(const MPlug& plug, const AttributeValue& value) {
-        const Plug target = Access::GetPlug(plug);
+        const Plug target = ApiBridge::GetPlug(plug);
         if (!target) {
             return MS::kInvalidParameter;
         }
@@ -54,16 +54,16 @@ std::shared_ptr<const NodeType> TypeOf(const MTypeId& id) {
 }
 
 std::shared_ptr<const NodeType> TypeOf(const MString& name) {
-    return Host::Get().scene().types().FindNodeType(Access::Text(name));
+    return Host::Get().scene().types().FindNodeType(ApiBridge::Text(name));
 }
 
 bool RefuseType(const std::shared_ptr<const NodeType>& type, bool isDag, MStatus* returnStatus) {
     if (type && type->IsDag() == isDag) {
         return false;
     }
-    Access::Report(returnStatus, Access::Fail(MS::kInvalidParameter,
-                                              type ? type->Name() + " is not a type for this modifier"
-                                                   : std::string("The node type is not known")));
+    ApiBridge::Report(returnStatus, ApiBridge::Fail(MS::kInvalidParameter,
+                                                    type ? type->Name() + " is not a type for this modifier"
+                                                         : std::string("The node type is not known")));
     return true;
 }
 
@@ -81,49 +81,49 @@ MObject MDGModifier::createNode(const MString& type, MStatus* ReturnStatus) {
 }
 
 MStatus MDGModifier::deleteNode(const MObject& node) {
-    const std::shared_ptr<Node> target = Access::GetNode(node);
+    const std::shared_ptr<Node> target = ApiBridge::GetNode(node);
     if (!target || !target->InScene()) {
-        return Access::Fail(MS::kInvalidParameter, "The object is not a node of the scene");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The object is not a node of the scene");
     }
     try {
         edit::CheckDeletable(*target);
     } catch (const SceneError& error) {
-        return Access::Fail(MS::kFailure, error.what());
+        return ApiBridge::Fail(MS::kFailure, error.what());
     }
     state_->Add(edit::DeleteItem(Host::Get(), {target}));
     return MS::kSuccess;
 }
 
 MStatus MDGModifier::renameNode(const MObject& node, const MString& newName) {
-    const std::shared_ptr<Node> target = Access::GetNode(node);
+    const std::shared_ptr<Node> target = ApiBridge::GetNode(node);
     if (!target || newName.length() == 0) {
         return MS::kInvalidParameter;
     }
     if (target->locked || target->isDefault || !target->reference.empty()) {
-        return Access::Fail(MS::kFailure, "The node is read only");
+        return ApiBridge::Fail(MS::kFailure, "The node is read only");
     }
-    state_->Add(edit::RenameItem(Host::Get(), target, Access::Text(newName)));
+    state_->Add(edit::RenameItem(Host::Get(), target, ApiBridge::Text(newName)));
     return MS::kSuccess;
 }
 
 MStatus MDGModifier::connect(const MPlug& source, const MPlug& dest) {
-    const Plug from = Access::GetPlug(source);
-    const Plug to = Access::GetPlug(dest);
+    const Plug from = ApiBridge::GetPlug(source);
+    const Plug to = ApiBridge::GetPlug(dest);
     if (!from || !to) {
         return MS::kInvalidParameter;
     }
     try {
         edit::CheckConnectable(from, to);
     } catch (const SceneError& error) {
-        return Access::Fail(MS::kFailure, error.what());
+        return ApiBridge::Fail(MS::kFailure, error.what());
     }
     state_->Add(edit::ConnectItem(Host::Get(), from, to, true));
     return MS::kSuccess;
 }
 
 MStatus MDGModifier::disconnect(const MPlug& source, const MPlug& dest) {
-    const Plug from = Access::GetPlug(source);
-    const Plug to = Access::GetPlug(dest);
+    const Plug from = ApiBridge::GetPlug(source);
+    const Plug to = ApiBridge::GetPlug(dest);
     if (!from || !to) {
         return MS::kInvalidParameter;
     }
@@ -147,7 +147,7 @@ MStatus MDGModifier::newPlugValueMTime(const MPlug& plug, const MTime& value) {
     return state_->Set(plug, value.as(MTime::uiUnit()));
 }
 MStatus MDGModifier::newPlugValueString(const MPlug& plug, const MString& value) {
-    return state_->Set(plug, Access::Text(value));
+    return state_->Set(plug, ApiBridge::Text(value));
 }
 
 MStatus MDGModifier::doIt() {
@@ -160,7 +160,7 @@ MStatus MDGModifier::doIt() {
         while (state_->done > first) {
             state_->items[--state_->done]->Undo();
         }
-        return Access::Fail(MS::kFailure, error.what());
+        return ApiBridge::Fail(MS::kFailure, error.what());
     }
     return MS::kSuccess;
 }
@@ -188,26 +188,27 @@ MObject MDagModifier::CreateDagNode(const std::shared_ptr<const lightbox::NodeTy
     if (RefuseType(type, true, returnStatus)) {
         return MObject();
     }
-    const std::shared_ptr<DagNode> above = Access::GetDagNode(parent);
+    const std::shared_ptr<DagNode> above = ApiBridge::GetDagNode(parent);
     if (!parent.isNull() && (!above || !(above->Type().IsTransform() || above->IsWorld()))) {
-        Access::Report(returnStatus, Access::Fail(MS::kInvalidParameter, "The parent is not a transform"));
+        ApiBridge::Report(returnStatus,
+                          ApiBridge::Fail(MS::kInvalidParameter, "The parent is not a transform"));
         return MObject();
     }
     if (type->IsShape() && (!above || above->IsWorld())) {
         const MObject transform = state_->Create(TypeOf(MString("transform")), nullptr, returnStatus);
-        const MObject shape = state_->Create(type, Access::GetDagNode(transform), returnStatus);
+        const MObject shape = state_->Create(type, ApiBridge::GetDagNode(transform), returnStatus);
         return shape.isNull() ? shape : transform;
     }
     return state_->Create(type, above, returnStatus);
 }
 
 MStatus MDagModifier::reparentNode(const MObject& node, const MObject& newParent) {
-    const std::shared_ptr<DagNode> target = Access::GetDagNode(node);
-    std::shared_ptr<DagNode> above = Access::GetDagNode(newParent);
+    const std::shared_ptr<DagNode> target = ApiBridge::GetDagNode(node);
+    std::shared_ptr<DagNode> above = ApiBridge::GetDagNode(newParent);
     if (!above) {
         above = std::static_pointer_cast<DagNode>(Host::Get().scene().world().Shared());
     }
-    if (!target || (!newParent.isNull() && !Access::GetDagNode(newParent)) || above->IsBelow(*target) ||
+    if (!target || (!newParent.isNull() && !ApiBridge::GetDagNode(newParent)) || above->IsBelow(*target) ||
         !(above->Type().IsTransform() || above->IsWorld())) {
         return MS::kInvalidParameter;
     }

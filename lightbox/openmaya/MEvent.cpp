@@ -1,11 +1,11 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MEvent.h>
 
 #include <algorithm>
 #include <limits>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 namespace {
 
@@ -15,13 +15,13 @@ short Clamped(int value) {
 }
 
 bool Has(unsigned int modifiers, unsigned int bit, MStatus* status) {
-    Access::Report(status, MS::kSuccess);
+    ApiBridge::Report(status, MS::kSuccess);
     return (modifiers & bit) != 0;
 }
 
 } // namespace
 
-MEvent Access::MakeEvent(int x, int y, int viewHeight, unsigned button, unsigned modifiers) {
+MEvent ApiBridge::MakeEvent(int x, int y, int viewHeight, unsigned button, unsigned modifiers) {
     MEvent event;
     event.x_ = Clamped(x);
     event.y_ = Clamped(y);
@@ -50,7 +50,7 @@ MStatus MEvent::setPosition(short& x_pos, short& y_pos) {
 }
 
 MEvent::MouseButtonType MEvent::mouseButton(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, button_ != 0 ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, button_ != 0 ? MS::kSuccess : MS::kFailure);
     return static_cast<MouseButtonType>(button_);
 }
 
@@ -60,7 +60,7 @@ MStatus MEvent::setModifiers(unsigned int modifiers) {
 }
 
 unsigned int MEvent::modifiers(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return modifiers_;
 }
 

@@ -1,5 +1,5 @@
 #include "formats/SceneFiles.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Host.h"
 
 #include <maya/MFileIO.h>
@@ -34,5 +34,5 @@ bool MFileIO::isReferencingFile() {
     return Runs(FileOperation::Reference);
 }
 MString MFileIO::currentFile() {
-    return lightbox::Access::Wrap(Host::Get().files().SceneName());
+    return lightbox::ApiBridge::Wrap(Host::Get().files().SceneName());
 }

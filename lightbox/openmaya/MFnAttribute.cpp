@@ -1,20 +1,20 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MFnAttribute.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Attribute;
 
 namespace {
 
 bool Flag(const MObject& object, bool Attribute::*flag, MStatus* status) {
-    const auto attribute = Access::GetAttribute(object);
-    Access::Report(status, attribute ? MS::kSuccess : MS::kFailure);
+    const auto attribute = ApiBridge::GetAttribute(object);
+    ApiBridge::Report(status, attribute ? MS::kSuccess : MS::kFailure);
     return attribute && (*attribute).*flag;
 }
 
 MStatus SetFlag(const MObject& object, bool Attribute::*flag, bool state) {
-    const auto attribute = Access::GetAttribute(object);
+    const auto attribute = ApiBridge::GetAttribute(object);
     if (!attribute) {
         return MS::kFailure;
     }
@@ -27,7 +27,7 @@ MStatus SetFlag(const MObject& object, bool Attribute::*flag, bool state) {
 MFnAttribute::MFnAttribute() = default;
 
 MFnAttribute::MFnAttribute(const MObject& object, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, MFnBase::setObject(object));
+    ApiBridge::Report(ReturnStatus, MFnBase::setObject(object));
 }
 
 MFn::Type MFnAttribute::type() const {
@@ -35,15 +35,15 @@ MFn::Type MFnAttribute::type() const {
 }
 
 MString MFnAttribute::name(MStatus* ReturnStatus) const {
-    const auto attribute = Access::GetAttribute(object_);
-    Access::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
-    return attribute ? Access::Wrap(attribute->LongName()) : MString();
+    const auto attribute = ApiBridge::GetAttribute(object_);
+    ApiBridge::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
+    return attribute ? ApiBridge::Wrap(attribute->LongName()) : MString();
 }
 
 MString MFnAttribute::shortName(MStatus* ReturnStatus) const {
-    const auto attribute = Access::GetAttribute(object_);
-    Access::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
-    return attribute ? Access::Wrap(attribute->ShortName()) : MString();
+    const auto attribute = ApiBridge::GetAttribute(object_);
+    ApiBridge::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
+    return attribute ? ApiBridge::Wrap(attribute->ShortName()) : MString();
 }
 
 bool MFnAttribute::isReadable(MStatus* status) const {
@@ -75,10 +75,10 @@ bool MFnAttribute::isDynamic(MStatus* status) const {
 }
 
 MObject MFnAttribute::parent(MStatus* ReturnStatus) const {
-    const auto attribute = Access::GetAttribute(object_);
+    const auto attribute = ApiBridge::GetAttribute(object_);
     const bool hasParent = attribute && attribute->Parent();
-    Access::Report(ReturnStatus, hasParent ? MS::kSuccess : MS::kNotFound);
-    return hasParent ? Access::Wrap(attribute->Parent()->shared_from_this()) : MObject();
+    ApiBridge::Report(ReturnStatus, hasParent ? MS::kSuccess : MS::kNotFound);
+    return hasParent ? ApiBridge::Wrap(attribute->Parent()->shared_from_this()) : MObject();
 }
 
 MStatus MFnAttribute::setReadable(bool state) {
@@ -107,10 +107,10 @@ MStatus MFnAttribute::setArray(bool state) {
 }
 
 MStatus MFnAttribute::setNiceNameOverride(const MString& localizedName) {
-    const auto attribute = Access::GetAttribute(object_);
+    const auto attribute = ApiBridge::GetAttribute(object_);
     if (!attribute) {
         return MS::kFailure;
     }
-    attribute->niceName = Access::Text(localizedName);
+    attribute->niceName = ApiBridge::Text(localizedName);
     return MS::kSuccess;
 }

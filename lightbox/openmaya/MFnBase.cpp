@@ -1,8 +1,8 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MFnBase.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 MFnBase::MFnBase() = default;
 MFnBase::~MFnBase() = default;
@@ -20,13 +20,13 @@ bool MFnBase::hasObj(const MObject& object) const {
 }
 
 MObject MFnBase::object(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, object_.isNull() ? MS::kFailure : MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, object_.isNull() ? MS::kFailure : MS::kSuccess);
     return object_;
 }
 
 MStatus MFnBase::setObject(const MObject& object) {
     if (!object.hasFn(type())) {
-        return Access::Fail(MS::kInvalidParameter, "Object is incompatible with this method");
+        return ApiBridge::Fail(MS::kInvalidParameter, "Object is incompatible with this method");
     }
     object_ = object;
     return MS::kSuccess;

@@ -1,10 +1,10 @@
-#include "openmaya/Access.h"
-#include "openmaya/ImathAccess.h"
+#include "openmaya/ApiBridge.h"
+#include "openmaya/ImathConversion.h"
 #include "scene/Plug.h"
 
 #include <maya/MFnCamera.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::DagNode;
 using lightbox::Plug;
 
@@ -12,7 +12,7 @@ namespace {
 
 /// The camera's shape; null for what is not a camera.
 std::shared_ptr<DagNode> CameraOf(const MObject& object) {
-    std::shared_ptr<DagNode> node = Access::GetDagNode(object);
+    std::shared_ptr<DagNode> node = ApiBridge::GetDagNode(object);
     if (!node || node->HasFn(MFn::kCamera)) {
         return node;
     }
@@ -26,14 +26,14 @@ std::shared_ptr<DagNode> CameraOf(const MObject& object) {
 
 double NumberOf(const MObject& object, const char* attribute, MStatus* status) {
     const std::shared_ptr<DagNode> camera = CameraOf(object);
-    Access::Report(status, camera ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(status, camera ? MS::kSuccess : MS::kFailure);
     return camera ? Plug::Of(*camera, attribute).Number() : 0.0;
 }
 
 /// A direction of the camera's own space, in the space that is asked for.
 MVector DirectionOf(const MObject& object, const MVector& own, MSpace::Space space, MStatus* status) {
     const std::shared_ptr<DagNode> camera = CameraOf(object);
-    Access::Report(status, camera ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(status, camera ? MS::kSuccess : MS::kFailure);
     if (!camera || space != MSpace::kWorld) {
         return own;
     }
@@ -46,7 +46,8 @@ MFnCamera::MFnCamera() = default;
 
 MFnCamera::MFnCamera(const MObject& object, MStatus* ReturnStatus) {
     const std::shared_ptr<DagNode> camera = CameraOf(object);
-    Access::Report(ReturnStatus, camera ? MFnBase::setObject(Access::Wrap(camera)) : MS::kInvalidParameter);
+    ApiBridge::Report(ReturnStatus,
+                      camera ? MFnBase::setObject(ApiBridge::Wrap(camera)) : MS::kInvalidParameter);
 }
 
 MFnCamera::MFnCamera(const MDagPath& object, MStatus* ReturnStatus)
@@ -58,7 +59,7 @@ MFn::Type MFnCamera::type() const {
 
 MPoint MFnCamera::eyePoint(MSpace::Space space, MStatus* ReturnStatus) const {
     const std::shared_ptr<DagNode> camera = CameraOf(object_);
-    Access::Report(ReturnStatus, camera ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, camera ? MS::kSuccess : MS::kFailure);
     if (!camera || space != MSpace::kWorld) {
         return MPoint();
     }
@@ -85,7 +86,7 @@ double MFnCamera::orthoWidth(MStatus* ReturnStatus) const {
 MFnCamera::FilmFit MFnCamera::filmFit(MStatus* ReturnStatus) const {
     MStatus status;
     const int fit = static_cast<int>(NumberOf(object_, "filmFit", &status));
-    Access::Report(ReturnStatus, status);
+    ApiBridge::Report(ReturnStatus, status);
     return status && fit >= kFillFilmFit && fit < kInvalid ? static_cast<FilmFit>(fit) : kInvalid;
 }
 

@@ -1,15 +1,15 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MFnDagNode.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::DagNode;
 
 namespace {
 
 std::shared_ptr<DagNode> DagOf(const MObject& object, MStatus* status) {
-    std::shared_ptr<DagNode> node = Access::GetDagNode(object);
-    Access::Report(status, node ? MS::kSuccess : MS::kFailure);
+    std::shared_ptr<DagNode> node = ApiBridge::GetDagNode(object);
+    ApiBridge::Report(status, node ? MS::kSuccess : MS::kFailure);
     return node;
 }
 
@@ -18,7 +18,7 @@ std::shared_ptr<DagNode> DagOf(const MObject& object, MStatus* status) {
 MFnDagNode::MFnDagNode() = default;
 
 MFnDagNode::MFnDagNode(const MObject& object, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, MFnBase::setObject(object));
+    ApiBridge::Report(ReturnStatus, MFnBase::setObject(object));
 }
 
 MFnDagNode::MFnDagNode(const MDagPath& dagPath, MStatus* ReturnStatus)
@@ -36,10 +36,10 @@ unsigned int MFnDagNode::parentCount(MStatus* ReturnStatus) const {
 MObject MFnDagNode::parent(unsigned int i, MStatus* ReturnStatus) const {
     const auto node = DagOf(object_, ReturnStatus);
     if (!node || !node->Parent() || i > 0) {
-        Access::Report(ReturnStatus, MS::kInvalidParameter);
+        ApiBridge::Report(ReturnStatus, MS::kInvalidParameter);
         return MObject();
     }
-    return Access::Wrap(node->Parent()->Shared());
+    return ApiBridge::Wrap(node->Parent()->Shared());
 }
 
 unsigned int MFnDagNode::childCount(MStatus* ReturnStatus) const {
@@ -50,20 +50,20 @@ unsigned int MFnDagNode::childCount(MStatus* ReturnStatus) const {
 MObject MFnDagNode::child(unsigned int i, MStatus* ReturnStatus) const {
     const auto node = DagOf(object_, ReturnStatus);
     if (!node || i >= node->Children().size()) {
-        Access::Report(ReturnStatus, MS::kInvalidParameter);
+        ApiBridge::Report(ReturnStatus, MS::kInvalidParameter);
         return MObject();
     }
-    return Access::Wrap(node->Children()[i]->Shared());
+    return ApiBridge::Wrap(node->Children()[i]->Shared());
 }
 
 bool MFnDagNode::hasParent(const MObject& node, MStatus* ReturnStatus) const {
     const auto self = DagOf(object_, ReturnStatus);
-    return self && self->Parent() && self->Parent() == Access::GetDagNode(node).get();
+    return self && self->Parent() && self->Parent() == ApiBridge::GetDagNode(node).get();
 }
 
 bool MFnDagNode::hasChild(const MObject& node, MStatus* ReturnStatus) const {
     const auto self = DagOf(object_, ReturnStatus);
-    const auto child = Access::GetDagNode(node);
+    const auto child = ApiBridge::GetDagNode(node);
     return self && child && child->Parent() == self.get();
 }
 
@@ -73,7 +73,7 @@ MObject MFnDagNode::dagRoot(MStatus* ReturnStatus) {
     while (root && root->Parent()) {
         root = root->Parent();
     }
-    return root ? Access::Wrap(root->Shared()) : MObject();
+    return root ? ApiBridge::Wrap(root->Shared()) : MObject();
 }
 
 MStatus MFnDagNode::getPath(MDagPath& path) const {
@@ -82,10 +82,10 @@ MStatus MFnDagNode::getPath(MDagPath& path) const {
 
 MString MFnDagNode::fullPathName(MStatus* ReturnStatus) const {
     const auto node = DagOf(object_, ReturnStatus);
-    return node ? Access::Wrap(node->FullPath()) : MString();
+    return node ? ApiBridge::Wrap(node->FullPath()) : MString();
 }
 
 MString MFnDagNode::partialPathName(MStatus* ReturnStatus) const {
     const auto node = DagOf(object_, ReturnStatus);
-    return node ? Access::Wrap(node->PartialPath()) : MString();
+    return node ? ApiBridge::Wrap(node->PartialPath()) : MString();
 }

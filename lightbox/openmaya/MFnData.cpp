@@ -1,11 +1,11 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MFnData.h>
 
 MFnData::MFnData() = default;
 
 MFnData::MFnData(const MObject& object, MStatus* ReturnStatus) {
-    lightbox::Access::Report(ReturnStatus, MFnBase::setObject(object));
+    lightbox::ApiBridge::Report(ReturnStatus, MFnBase::setObject(object));
 }
 
 MFn::Type MFnData::type() const {

@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/EditItems.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
@@ -6,7 +6,7 @@
 
 #include <maya/MFnDependencyNode.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Attribute;
 using lightbox::Host;
 using lightbox::Node;
@@ -17,14 +17,14 @@ namespace {
 
 /// The node of a function set, or null with the status set to say so.
 std::shared_ptr<Node> NodeOf(const MObject& object, MStatus* status) {
-    std::shared_ptr<Node> node = Access::GetNode(object);
-    Access::Report(status, node ? MS::kSuccess : MS::kFailure);
+    std::shared_ptr<Node> node = ApiBridge::GetNode(object);
+    ApiBridge::Report(status, node ? MS::kSuccess : MS::kFailure);
     return node;
 }
 
 MObject Create(const std::shared_ptr<const NodeType>& type, const std::string& name, MStatus* status) {
     if (!type) {
-        Access::Report(status, Access::Fail(MS::kInvalidParameter, "The node type is not known"));
+        ApiBridge::Report(status, ApiBridge::Fail(MS::kInvalidParameter, "The node type is not known"));
         return MObject();
     }
     lightbox::Scene& scene = Host::Get().scene();
@@ -38,10 +38,10 @@ MObject Create(const std::shared_ptr<const NodeType>& type, const std::string& n
             parent = static_cast<lightbox::DagNode*>(transform.get());
         }
         scene.Attach(node, name, parent);
-        Access::Report(status, MS::kSuccess);
-        return Access::Wrap(node);
+        ApiBridge::Report(status, MS::kSuccess);
+        return ApiBridge::Wrap(node);
     } catch (const lightbox::SceneError& error) {
-        Access::Report(status, Access::Fail(MS::kFailure, error.what()));
+        ApiBridge::Report(status, ApiBridge::Fail(MS::kFailure, error.what()));
         return MObject();
     }
 }
@@ -49,11 +49,11 @@ MObject Create(const std::shared_ptr<const NodeType>& type, const std::string& n
 MPlug PlugOf(const std::shared_ptr<Node>& node, const std::shared_ptr<Attribute>& attribute,
              MStatus* status) {
     if (!node || !attribute) {
-        Access::Report(status, Access::Fail(MS::kInvalidParameter, "The node has no such attribute"));
+        ApiBridge::Report(status, ApiBridge::Fail(MS::kInvalidParameter, "The node has no such attribute"));
         return MPlug();
     }
-    Access::Report(status, MS::kSuccess);
-    return Access::Wrap(Plug(node, attribute));
+    ApiBridge::Report(status, MS::kSuccess);
+    return ApiBridge::Wrap(Plug(node, attribute));
 }
 
 } // namespace
@@ -61,7 +61,7 @@ MPlug PlugOf(const std::shared_ptr<Node>& node, const std::shared_ptr<Attribute>
 MFnDependencyNode::MFnDependencyNode() = default;
 
 MFnDependencyNode::MFnDependencyNode(const MObject& object, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, MFnBase::setObject(object));
+    ApiBridge::Report(ReturnStatus, MFnBase::setObject(object));
 }
 
 MFn::Type MFnDependencyNode::type() const {
@@ -73,7 +73,8 @@ MObject MFnDependencyNode::create(const MTypeId& typeId, MStatus* ReturnStatus) 
 }
 
 MObject MFnDependencyNode::create(const MTypeId& typeId, const MString& name, MStatus* ReturnStatus) {
-    object_ = Create(Host::Get().scene().types().FindNodeType(typeId.id()), Access::Text(name), ReturnStatus);
+    object_ =
+        Create(Host::Get().scene().types().FindNodeType(typeId.id()), ApiBridge::Text(name), ReturnStatus);
     return object_;
 }
 
@@ -82,7 +83,7 @@ MObject MFnDependencyNode::create(const MString& type, MStatus* ReturnStatus) {
 }
 
 MObject MFnDependencyNode::create(const MString& type, const MString& name, MStatus* ReturnStatus) {
-    object_ = Create(Host::Get().scene().types().FindNodeType(Access::Text(type)), Access::Text(name),
+    object_ = Create(Host::Get().scene().types().FindNodeType(ApiBridge::Text(type)), ApiBridge::Text(name),
                      ReturnStatus);
     return object_;
 }
@@ -94,29 +95,29 @@ MTypeId MFnDependencyNode::typeId(MStatus* ReturnStatus) const {
 
 MString MFnDependencyNode::typeName(MStatus* ReturnStatus) const {
     const auto node = NodeOf(object_, ReturnStatus);
-    return node ? Access::Wrap(node->Type().Name()) : MString();
+    return node ? ApiBridge::Wrap(node->Type().Name()) : MString();
 }
 
 MString MFnDependencyNode::name(MStatus* ReturnStatus) const {
     const auto node = NodeOf(object_, ReturnStatus);
-    return node ? Access::Wrap(node->Name()) : MString();
+    return node ? ApiBridge::Wrap(node->Name()) : MString();
 }
 
 MString MFnDependencyNode::setName(const MString& name, bool createNamespace, MStatus* ReturnStatus) {
     const auto node = NodeOf(object_, ReturnStatus);
     lightbox::Scene* scene = node ? node->InScene() : nullptr;
-    const std::string nameSpace = lightbox::Scene::NamespaceOf(Access::Text(name));
+    const std::string nameSpace = lightbox::Scene::NamespaceOf(ApiBridge::Text(name));
     const bool knowsNamespace =
         nameSpace.empty() || createNamespace || (scene && scene->Namespaces().count(nameSpace));
     const bool isFixed = node && (node->locked || node->isDefault ||
                                   node.get() == &Host::Get().scene().world() || !node->reference.empty());
     if (!scene || name.length() == 0 || isFixed || !knowsNamespace) {
-        Access::Report(ReturnStatus, MS::kFailure);
+        ApiBridge::Report(ReturnStatus, MS::kFailure);
         return MString();
     }
     const auto* dag = dynamic_cast<const lightbox::DagNode*>(node.get());
-    scene->Rename(*node, scene->FreeName(Access::Text(name), *node, dag ? dag->Parent() : nullptr));
-    return Access::Wrap(node->Name());
+    scene->Rename(*node, scene->FreeName(ApiBridge::Text(name), *node, dag ? dag->Parent() : nullptr));
+    return ApiBridge::Wrap(node->Name());
 }
 
 bool MFnDependencyNode::hasUniqueName(MStatus* ReturnStatus) const {
@@ -138,37 +139,37 @@ MObject MFnDependencyNode::attribute(unsigned int index, MStatus* ReturnStatus) 
     const auto node = NodeOf(object_, ReturnStatus);
     const auto attributes = node ? node->Attributes() : std::vector<std::shared_ptr<Attribute>>();
     if (index >= attributes.size()) {
-        Access::Report(ReturnStatus, MS::kInvalidParameter);
+        ApiBridge::Report(ReturnStatus, MS::kInvalidParameter);
         return MObject();
     }
-    return Access::Wrap(attributes[index]);
+    return ApiBridge::Wrap(attributes[index]);
 }
 
 MObject MFnDependencyNode::attribute(const MString& attrName, MStatus* ReturnStatus) const {
     const auto node = NodeOf(object_, ReturnStatus);
-    const auto attribute = node ? node->FindAttribute(Access::Text(attrName)) : nullptr;
+    const auto attribute = node ? node->FindAttribute(ApiBridge::Text(attrName)) : nullptr;
     if (!attribute) {
-        Access::Report(ReturnStatus, MS::kInvalidParameter);
+        ApiBridge::Report(ReturnStatus, MS::kInvalidParameter);
         return MObject();
     }
-    return Access::Wrap(attribute);
+    return ApiBridge::Wrap(attribute);
 }
 
 bool MFnDependencyNode::hasAttribute(const MString& name, MStatus* ReturnStatus) const {
     const auto node = NodeOf(object_, ReturnStatus);
-    return node && node->FindAttribute(Access::Text(name));
+    return node && node->FindAttribute(ApiBridge::Text(name));
 }
 
 MStatus MFnDependencyNode::addAttribute(const MObject& attr) {
-    const auto node = Access::GetNode(object_);
-    const auto attribute = Access::GetAttribute(attr);
+    const auto node = ApiBridge::GetNode(object_);
+    const auto attribute = ApiBridge::GetAttribute(attr);
     return node && attribute && !node->locked && node->AddDynamicAttribute(attribute) ? MS::kSuccess
                                                                                       : MS::kFailure;
 }
 
 MStatus MFnDependencyNode::removeAttribute(const MObject& attr) {
-    const auto node = Access::GetNode(object_);
-    const auto attribute = Access::GetAttribute(attr);
+    const auto node = ApiBridge::GetNode(object_);
+    const auto attribute = ApiBridge::GetAttribute(attr);
     if (!node || !attribute || node->locked || !node->RemoveDynamicAttribute(*attribute)) {
         return MS::kFailure;
     }
@@ -180,8 +181,8 @@ MStatus MFnDependencyNode::removeAttribute(const MObject& attr) {
 }
 
 MPlug MFnDependencyNode::findPlug(const MString& attrName, MStatus* ReturnStatus) const {
-    const auto node = Access::GetNode(object_);
-    return PlugOf(node, node ? node->FindAttribute(Access::Text(attrName)) : nullptr, ReturnStatus);
+    const auto node = ApiBridge::GetNode(object_);
+    return PlugOf(node, node ? node->FindAttribute(ApiBridge::Text(attrName)) : nullptr, ReturnStatus);
 }
 
 MPlug MFnDependencyNode::findPlug(const MString& attrName, bool, MStatus* ReturnStatus) const {
@@ -189,8 +190,8 @@ MPlug MFnDependencyNode::findPlug(const MString& attrName, bool, MStatus* Return
 }
 
 MPlug MFnDependencyNode::findPlug(const MObject& attr, MStatus* ReturnStatus) const {
-    const auto node = Access::GetNode(object_);
-    const auto attribute = Access::GetAttribute(attr);
+    const auto node = ApiBridge::GetNode(object_);
+    const auto attribute = ApiBridge::GetAttribute(attr);
     const bool belongs = node && attribute && node->FindAttribute(attribute->LongName()) == attribute;
     return PlugOf(node, belongs ? attribute : nullptr, ReturnStatus);
 }
@@ -215,7 +216,7 @@ bool MFnDependencyNode::isLocked(MStatus* ReturnStatus) const {
 }
 
 MStatus MFnDependencyNode::setLocked(bool locked) {
-    const auto node = Access::GetNode(object_);
+    const auto node = ApiBridge::GetNode(object_);
     if (!node) {
         return MS::kFailure;
     }

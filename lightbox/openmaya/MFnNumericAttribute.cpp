@@ -1,10 +1,10 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MFnNumericAttribute.h>
 
 #include <optional>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Attribute;
 using lightbox::AttributeKind;
 
@@ -37,7 +37,7 @@ const NumericRow NUMERIC[] = {
 };
 
 MStatus SetLimit(const MObject& object, std::optional<double> Attribute::*limit, double value) {
-    const auto attribute = Access::GetAttribute(object);
+    const auto attribute = ApiBridge::GetAttribute(object);
     if (!attribute) {
         return MS::kFailure;
     }
@@ -49,7 +49,7 @@ MStatus SetLimit(const MObject& object, std::optional<double> Attribute::*limit,
 }
 
 MStatus GetLimit(const MObject& object, std::optional<double> Attribute::*limit, double& value) {
-    const auto attribute = Access::GetAttribute(object);
+    const auto attribute = ApiBridge::GetAttribute(object);
     if (!attribute || !((*attribute).*limit)) {
         return MS::kFailure;
     }
@@ -58,8 +58,8 @@ MStatus GetLimit(const MObject& object, std::optional<double> Attribute::*limit,
 }
 
 bool HasLimit(const MObject& object, std::optional<double> Attribute::*limit, MStatus* status) {
-    const auto attribute = Access::GetAttribute(object);
-    Access::Report(status, attribute ? MS::kSuccess : MS::kFailure);
+    const auto attribute = ApiBridge::GetAttribute(object);
+    ApiBridge::Report(status, attribute ? MS::kSuccess : MS::kFailure);
     return attribute && (*attribute).*limit;
 }
 
@@ -68,7 +68,7 @@ bool HasLimit(const MObject& object, std::optional<double> Attribute::*limit, MS
 MFnNumericAttribute::MFnNumericAttribute() = default;
 
 MFnNumericAttribute::MFnNumericAttribute(const MObject& object, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, MFnBase::setObject(object));
+    ApiBridge::Report(ReturnStatus, MFnBase::setObject(object));
 }
 
 MFn::Type MFnNumericAttribute::type() const {
@@ -78,8 +78,8 @@ MFn::Type MFnNumericAttribute::type() const {
 MObject MFnNumericAttribute::create(const MString& fullName, const MString& briefName,
                                     MFnNumericData::Type type, double defaultValue, MStatus* ReturnStatus) {
     object_ = MObject();
-    const std::string& longName = Access::Text(fullName);
-    const std::string& shortName = Access::Text(briefName);
+    const std::string& longName = ApiBridge::Text(fullName);
+    const std::string& shortName = ApiBridge::Text(briefName);
     for (const NumericRow& row : NUMERIC) {
         if (row.type != type || longName.empty()) {
             continue;
@@ -87,23 +87,23 @@ MObject MFnNumericAttribute::create(const MString& fullName, const MString& brie
         if (row.count == 1) {
             const auto attribute = std::make_shared<Attribute>(longName, shortName, row.kind);
             attribute->defaultValue = defaultValue;
-            object_ = Access::Wrap(attribute);
+            object_ = ApiBridge::Wrap(attribute);
         } else {
             std::vector<std::string> suffixes;
             for (unsigned i = 0; i < row.count; ++i) {
                 suffixes.push_back(std::to_string(i));
             }
-            object_ = Access::Wrap(lightbox::MakeNumericCompound(longName, shortName, row.kind, suffixes,
-                                                                 suffixes, defaultValue));
+            object_ = ApiBridge::Wrap(lightbox::MakeNumericCompound(longName, shortName, row.kind, suffixes,
+                                                                    suffixes, defaultValue));
         }
     }
-    Access::Report(ReturnStatus, object_.isNull() ? MS::kInvalidParameter : MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, object_.isNull() ? MS::kInvalidParameter : MS::kSuccess);
     return object_;
 }
 
 MFnNumericData::Type MFnNumericAttribute::unitType(MStatus* ReturnStatus) const {
-    const auto attribute = Access::GetAttribute(object_);
-    Access::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
+    const auto attribute = ApiBridge::GetAttribute(object_);
+    ApiBridge::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
     if (!attribute) {
         return MFnNumericData::kInvalid;
     }
@@ -144,7 +144,7 @@ MStatus MFnNumericAttribute::setSoftMax(double maxValue) {
 }
 
 MStatus MFnNumericAttribute::getDefault(double& def) const {
-    const auto attribute = Access::GetAttribute(object_);
+    const auto attribute = ApiBridge::GetAttribute(object_);
     if (!attribute || !attribute->IsNumber()) {
         return MS::kFailure;
     }
@@ -153,7 +153,7 @@ MStatus MFnNumericAttribute::getDefault(double& def) const {
 }
 
 MStatus MFnNumericAttribute::setDefault(double def) {
-    const auto attribute = Access::GetAttribute(object_);
+    const auto attribute = ApiBridge::GetAttribute(object_);
     if (!attribute || !attribute->IsNumber()) {
         return MS::kFailure;
     }

@@ -1,5 +1,5 @@
 #include "mel/Interpreter.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/ContextState.h"
 #include "openmaya/NodeTypeSetup.h"
 #include "openmaya/PluginCommand.h"
@@ -17,7 +17,7 @@
 
 #include <algorithm>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::DataType;
 using lightbox::Host;
 using lightbox::Node;
@@ -27,12 +27,12 @@ using lightbox::Plugin;
 namespace {
 
 Plugin* PluginOf(const MObject& object) {
-    const auto handle = std::dynamic_pointer_cast<lightbox::PluginHandle>(Access::Get(object));
+    const auto handle = std::dynamic_pointer_cast<lightbox::PluginHandle>(ApiBridge::Get(object));
     return handle ? &handle->Get() : nullptr;
 }
 
 MStatus NoPlugin() {
-    return Access::Fail(MS::kFailure, "The function set has no plug-in");
+    return ApiBridge::Fail(MS::kFailure, "The function set has no plug-in");
 }
 
 /// Takes a name out of a list of what a plug-in registered; false when the plug-in did not register it.
@@ -51,8 +51,8 @@ bool Holds(const std::vector<std::string>& names, const std::string& name) {
 
 MString Say(const MObject& object, std::string Plugin::*text, MStatus* status) {
     const Plugin* plugin = PluginOf(object);
-    Access::Report(status, plugin ? MStatus(MS::kSuccess) : NoPlugin());
-    return plugin ? Access::Wrap(plugin->*text) : MString();
+    ApiBridge::Report(status, plugin ? MStatus(MS::kSuccess) : NoPlugin());
+    return plugin ? ApiBridge::Wrap(plugin->*text) : MString();
 }
 
 } // namespace
@@ -68,7 +68,7 @@ MFnPlugin::MFnPlugin(MObject& object, const char* vendor, const char* version, c
         plugin.version = version ? version : "";
         plugin.apiVersion = requiredApiVersion ? requiredApiVersion : "";
     }
-    Access::Report(ReturnStatus, status);
+    ApiBridge::Report(ReturnStatus, status);
 }
 
 MFn::Type MFnPlugin::type() const {
@@ -97,7 +97,7 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
     if (!plugin) {
         return NoPlugin();
     }
-    const std::string& name = Access::Text(commandName);
+    const std::string& name = ApiBridge::Text(commandName);
     if (name.empty() || !creatorFunction) {
         return MS::kInvalidParameter;
     }
@@ -106,7 +106,7 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
         command.syntax = createSyntaxFunction();
     }
     if (!lightbox::RegisterPluginCommand(command, plugin->name)) {
-        return Access::Fail(MS::kFailure, "The name '" + name + "' is taken");
+        return ApiBridge::Fail(MS::kFailure, "The name '" + name + "' is taken");
     }
     plugin->commands.push_back(name);
     return MS::kSuccess;
@@ -117,10 +117,10 @@ MStatus MFnPlugin::deregisterCommand(const MString& commandName) {
     if (!plugin) {
         return NoPlugin();
     }
-    const std::string& name = Access::Text(commandName);
+    const std::string& name = ApiBridge::Text(commandName);
     if (!Holds(plugin->commands, name)) {
-        return Access::Fail(MS::kInvalidParameter,
-                            "The plug-in has not registered the command '" + name + "'");
+        return ApiBridge::Fail(MS::kInvalidParameter,
+                               "The plug-in has not registered the command '" + name + "'");
     }
     // Instances on the undo queue are the plug-in's code.
     Host::Get().undo().Flush();
@@ -134,17 +134,17 @@ MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFu
     if (!plugin) {
         return NoPlugin();
     }
-    const std::string& name = Access::Text(commandName);
+    const std::string& name = ApiBridge::Text(commandName);
     if (name.empty() || !creatorFunction) {
         return MS::kInvalidParameter;
     }
     const std::unique_ptr<MPxContextCommand> sample(static_cast<MPxContextCommand*>(creatorFunction()));
     if (!sample || sample->appendSyntax().error()) {
-        return Access::Fail(MS::kFailure, "The command '" + name + "' cannot be created");
+        return ApiBridge::Fail(MS::kFailure, "The command '" + name + "' cannot be created");
     }
-    if (!lightbox::RegisterPluginCommand({name, creatorFunction, Access::ContextStateOf(*sample).syntax},
+    if (!lightbox::RegisterPluginCommand({name, creatorFunction, ApiBridge::ContextStateOf(*sample).syntax},
                                          plugin->name)) {
-        return Access::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
     }
     plugin->contextCommands.push_back(name);
     return MS::kSuccess;
@@ -155,10 +155,10 @@ MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
     if (!plugin) {
         return NoPlugin();
     }
-    const std::string& name = Access::Text(commandName);
+    const std::string& name = ApiBridge::Text(commandName);
     if (!TakeOut(plugin->contextCommands, name)) {
-        return Access::Fail(MS::kInvalidParameter,
-                            "The plug-in has not registered the command '" + name + "'");
+        return ApiBridge::Fail(MS::kInvalidParameter,
+                               "The plug-in has not registered the command '" + name + "'");
     }
     Host::Get().tools().RemoveMadeBy(name);
     Host::Get().interpreter().Commands().DeregisterPlugin(name);
@@ -175,12 +175,12 @@ MStatus MFnPlugin::registerData(const MString& typeName, const MTypeId& typeId,
         return MS::kInvalidParameter;
     }
     auto dataType = std::make_shared<DataType>();
-    dataType->name = Access::Text(typeName);
+    dataType->name = ApiBridge::Text(typeName);
     dataType->id = typeId.id();
     dataType->creator = creatorFunction;
     dataType->plugin = plugin->name;
     if (!Host::Get().scene().types().AddDataType(dataType)) {
-        return Access::Fail(MS::kFailure, "The data type's name or id is taken");
+        return ApiBridge::Fail(MS::kFailure, "The data type's name or id is taken");
     }
     plugin->dataTypes.push_back(dataType->name);
     return MS::kSuccess;
@@ -194,13 +194,13 @@ MStatus MFnPlugin::deregisterData(const MTypeId& typeId) {
     lightbox::TypeRegistry& types = Host::Get().scene().types();
     const auto type = types.FindDataType(typeId.id());
     if (!type || !Holds(plugin->dataTypes, type->name)) {
-        return Access::Fail(MS::kInvalidParameter, "The plug-in has not registered that data type");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The plug-in has not registered that data type");
     }
     if (type->liveValues > 0) {
         Host::Get().undo().Flush();
     }
     if (type->liveValues > 0) {
-        return Access::Fail(MS::kFailure, "Values of the data type '" + type->name + "' exist");
+        return ApiBridge::Fail(MS::kFailure, "Values of the data type '" + type->name + "' exist");
     }
     types.RemoveDataType(type->name);
     TakeOut(plugin->dataTypes, type->name);
@@ -220,9 +220,9 @@ MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
         return MS::kInvalidParameter;
     }
     lightbox::TypeRegistry& types = Host::Get().scene().types();
-    const std::string& name = Access::Text(typeName);
+    const std::string& name = ApiBridge::Text(typeName);
     if (types.FindNodeType(name) || types.FindNodeType(typeId.id())) {
-        return Access::Fail(MS::kFailure, "The node type's name or id is taken");
+        return ApiBridge::Fail(MS::kFailure, "The node type's name or id is taken");
     }
     auto nodeType = std::make_shared<NodeType>(name, types.FindNodeType(isLocator ? "locator" : "node"),
                                                isLocator ? MFn::kPluginLocatorNode : MFn::kPluginDependNode);
@@ -230,12 +230,12 @@ MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
     nodeType->creator = [creatorFunction](Node& node) {
         std::unique_ptr<MPxNode> userNode(static_cast<MPxNode*>(creatorFunction()));
         if (userNode) {
-            Access::Bind(*userNode, &node);
+            ApiBridge::Bind(*userNode, &node);
         }
         return userNode;
     };
     nodeType->plugin = plugin->name;
-    nodeType->classification = classification ? Access::Text(*classification) : std::string();
+    nodeType->classification = classification ? ApiBridge::Text(*classification) : std::string();
     if (initializeFunction) {
         lightbox::NodeTypeSetup setup(*nodeType);
         MStatus status = initializeFunction();
@@ -256,7 +256,7 @@ MStatus MFnPlugin::deregisterNode(const MTypeId& typeId) {
     lightbox::Scene& scene = Host::Get().scene();
     const auto type = scene.types().FindNodeType(typeId.id());
     if (!type || !Holds(plugin->nodeTypes, type->Name())) {
-        return Access::Fail(MS::kInvalidParameter, "The plug-in has not registered that node type");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The plug-in has not registered that node type");
     }
     const auto nodes = scene.Nodes();
     const bool isUsed = std::any_of(nodes.begin(), nodes.end(),
@@ -266,7 +266,7 @@ MStatus MFnPlugin::deregisterNode(const MTypeId& typeId) {
         Host::Get().undo().Flush();
     }
     if (isUsed || type->liveNodes > 0) {
-        return Access::Fail(MS::kFailure, "Nodes of the type '" + type->Name() + "' exist");
+        return ApiBridge::Fail(MS::kFailure, "Nodes of the type '" + type->Name() + "' exist");
     }
     scene.types().RemoveNodeType(type->Name());
     TakeOut(plugin->nodeTypes, type->Name());

@@ -1,11 +1,11 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/DataType.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 
 #include <maya/MFnTypedAttribute.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Attribute;
 using lightbox::AttributeKind;
 
@@ -28,7 +28,7 @@ const TypedRow TYPED[] = {
 MFnTypedAttribute::MFnTypedAttribute() = default;
 
 MFnTypedAttribute::MFnTypedAttribute(const MObject& object, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, MFnBase::setObject(object));
+    ApiBridge::Report(ReturnStatus, MFnBase::setObject(object));
 }
 
 MFn::Type MFnTypedAttribute::type() const {
@@ -40,18 +40,19 @@ MObject MFnTypedAttribute::create(const MString& fullName, const MString& briefN
     object_ = MObject();
     const auto type = lightbox::Host::Get().scene().types().FindDataType(id.id());
     if (!type || fullName.length() == 0) {
-        Access::Report(ReturnStatus, Access::Fail(MS::kInvalidParameter, "The data type is not registered"));
+        ApiBridge::Report(ReturnStatus,
+                          ApiBridge::Fail(MS::kInvalidParameter, "The data type is not registered"));
         return object_;
     }
-    const auto attribute = std::make_shared<Attribute>(Access::Text(fullName), Access::Text(briefName),
+    const auto attribute = std::make_shared<Attribute>(ApiBridge::Text(fullName), ApiBridge::Text(briefName),
                                                        AttributeKind::PluginData);
     attribute->dataTypeId = type->id;
     attribute->dataTypeName = type->name;
-    if (const auto data = Access::GetData(defaultData)) {
+    if (const auto data = ApiBridge::GetData(defaultData)) {
         attribute->defaultValue = data;
     }
-    object_ = Access::Wrap(attribute);
-    Access::Report(ReturnStatus, MS::kSuccess);
+    object_ = ApiBridge::Wrap(attribute);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return object_;
 }
 
@@ -61,17 +62,17 @@ MObject MFnTypedAttribute::create(const MString& fullName, const MString& briefN
     for (const TypedRow& row : TYPED) {
         // A plug-in's type is named by its id.
         if (row.type == type && type != MFnData::kPlugin && fullName.length() > 0) {
-            object_ = Access::Wrap(
-                std::make_shared<Attribute>(Access::Text(fullName), Access::Text(briefName), row.kind));
+            object_ = ApiBridge::Wrap(
+                std::make_shared<Attribute>(ApiBridge::Text(fullName), ApiBridge::Text(briefName), row.kind));
         }
     }
-    Access::Report(ReturnStatus, object_.isNull() ? MS::kInvalidParameter : MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, object_.isNull() ? MS::kInvalidParameter : MS::kSuccess);
     return object_;
 }
 
 MFnData::Type MFnTypedAttribute::attrType(MStatus* ReturnStatus) const {
-    const auto attribute = Access::GetAttribute(object_);
-    Access::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
+    const auto attribute = ApiBridge::GetAttribute(object_);
+    ApiBridge::Report(ReturnStatus, attribute ? MS::kSuccess : MS::kFailure);
     for (const TypedRow& row : TYPED) {
         if (attribute && row.kind == attribute->Kind()) {
             return row.type;

@@ -1,12 +1,12 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/DrawState.h"
-#include "openmaya/ImathAccess.h"
+#include "openmaya/ImathConversion.h"
 #include "scene/CameraView.h"
 #include "scene/View.h"
 
 #include <maya/MFrameContext.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::CameraView;
 
 namespace MHWRender {
@@ -33,10 +33,10 @@ MMatrix MFrameContext::getMatrix(MatrixType mtype, MStatus* ReturnStatus) const 
         matrix = camera.View() * camera.Projection();
         break;
     default:
-        Access::Report(ReturnStatus, Access::Fail(MS::kInvalidParameter, "There is no object"));
+        ApiBridge::Report(ReturnStatus, ApiBridge::Fail(MS::kInvalidParameter, "There is no object"));
         return MMatrix();
     }
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     matrix = form >= 2 ? matrix.inverse() : matrix;
     return lightbox::FromImath(form % 2 != 0 ? matrix.transposed() : matrix);
 }
@@ -50,12 +50,12 @@ MStatus MFrameContext::getViewportDimensions(int& originX, int& originY, int& wi
 }
 
 MDagPath MFrameContext::getCurrentCameraPath(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return state_->cameraPath;
 }
 
 MFrameContext::RenderingDestination MFrameContext::renderingDestination(MString& destination) const {
-    destination = Access::Wrap(state_->view.PanelName());
+    destination = ApiBridge::Wrap(state_->view.PanelName());
     return k3dViewport;
 }
 
@@ -77,8 +77,8 @@ MStatus MFrameContext::viewportToWorld(double x, double y, MPoint& nearPoint, MP
 
 } // namespace MHWRender
 
-std::unique_ptr<MHWRender::MFrameContext> Access::MakeFrameContext(const View& view,
-                                                                   const CameraView& camera) {
+std::unique_ptr<MHWRender::MFrameContext> ApiBridge::MakeFrameContext(const View& view,
+                                                                      const CameraView& camera) {
     std::unique_ptr<MHWRender::MFrameContext::State> state(
         new MHWRender::MFrameContext::State{view, camera, Wrap(*view.Camera())});
     return std::unique_ptr<MHWRender::MFrameContext>(new MHWRender::MFrameContext(std::move(state)));

@@ -1,5 +1,5 @@
 #include "mel/Interpreter.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/PluginCommand.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
@@ -17,7 +17,7 @@
 
 #include <algorithm>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Host;
 using lightbox::OptionVars;
 using lightbox::Selection;
@@ -31,13 +31,13 @@ MStatus Execute(const MString& command, bool display, bool undo, Value& result) 
     // A command that is not undoable cannot take back what it has others do: that stays theirs.
     lightbox::UndoQueue::Pause pause(host.undo(), !undo && lightbox::IsInUndoablePluginCommand());
     if (display) {
-        host.output().Print(Access::Text(command) + ";\n");
+        host.output().Print(ApiBridge::Text(command) + ";\n");
     }
     try {
-        result = host.interpreter().Execute(Access::Text(command));
+        result = host.interpreter().Execute(ApiBridge::Text(command));
     } catch (const lightbox::mel::Error& error) {
         host.output().Error(error.Described());
-        return Access::Fail(MS::kFailure, error.what());
+        return ApiBridge::Fail(MS::kFailure, error.what());
     }
     if (display && !result.IsNone()) {
         host.output().Result(result.Shown());
@@ -54,7 +54,7 @@ MStatus ExecuteFor(T& result, const MString& command, bool display, bool undo) {
 
 template <typename T>
 T OptionVar(const MString& name, bool* exists, T fallback) {
-    const OptionVars::Value* value = Host::Get().optionVars().Find(Access::Text(name));
+    const OptionVars::Value* value = Host::Get().optionVars().Find(ApiBridge::Text(name));
     if (exists) {
         *exists = value != nullptr;
     }
@@ -64,8 +64,8 @@ T OptionVar(const MString& name, bool* exists, T fallback) {
 
 bool SetOptionVar(const MString& name, OptionVars::Value value) {
     OptionVars& vars = Host::Get().optionVars();
-    const bool isNew = !vars.Has(Access::Text(name));
-    vars.Set(Access::Text(name), std::move(value));
+    const bool isNew = !vars.Has(ApiBridge::Text(name));
+    vars.Set(ApiBridge::Text(name), std::move(value));
     return isNew;
 }
 
@@ -97,7 +97,7 @@ Selection::List NodesOf(const MSelectionList& list) {
     for (unsigned int i = 0; i < list.length(); ++i) {
         MObject object;
         list.getDependNode(i, object);
-        const auto node = Access::GetNode(object);
+        const auto node = ApiBridge::GetNode(object);
         // A node that left the scene since the list was made cannot be selected.
         if (node && node->InScene()) {
             nodes.push_back(node);
@@ -109,7 +109,7 @@ Selection::List NodesOf(const MSelectionList& list) {
 } // namespace
 
 MGlobal::MMayaState MGlobal::mayaState(MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return Host::Get().IsBatch() ? kBatch : kInteractive;
 }
 
@@ -122,21 +122,21 @@ int MGlobal::apiVersion() {
 }
 
 void MGlobal::displayInfo(const MString& theMessage) {
-    Host::Get().output().Info(Access::Text(theMessage));
+    Host::Get().output().Info(ApiBridge::Text(theMessage));
 }
 
 void MGlobal::displayWarning(const MString& theWarning) {
-    Host::Get().output().Warning(Access::Text(theWarning));
+    Host::Get().output().Warning(ApiBridge::Text(theWarning));
 }
 
 void MGlobal::displayError(const MString& theError) {
-    Host::Get().output().Error(Access::Text(theError));
+    Host::Get().output().Error(ApiBridge::Text(theError));
 }
 
 MStatus MGlobal::getActiveSelectionList(MSelectionList& dest, bool) {
     dest.clear();
     for (const auto& node : Host::Get().scene().selection().Get()) {
-        dest.add(Access::Wrap(node));
+        dest.add(ApiBridge::Wrap(node));
     }
     return MS::kSuccess;
 }
@@ -224,7 +224,7 @@ MStatus MGlobal::executeCommand(const MString& command, MStringArray& result, bo
 MString MGlobal::executeCommandStringResult(const MString& command, bool displayEnabled, bool undoEnabled,
                                             MStatus* ReturnStatus) {
     MString result;
-    Access::Report(ReturnStatus, executeCommand(command, result, displayEnabled, undoEnabled));
+    ApiBridge::Report(ReturnStatus, executeCommand(command, result, displayEnabled, undoEnabled));
     return result;
 }
 
@@ -250,7 +250,7 @@ double MGlobal::optionVarDoubleValue(const MString& name, bool* exists) {
 }
 
 MString MGlobal::optionVarStringValue(const MString& name, bool* exists) {
-    return Access::Wrap(OptionVar<std::string>(name, exists, std::string()));
+    return ApiBridge::Wrap(OptionVar<std::string>(name, exists, std::string()));
 }
 
 bool MGlobal::setOptionVarValue(const MString& name, int value) {
@@ -260,13 +260,13 @@ bool MGlobal::setOptionVarValue(const MString& name, double value) {
     return SetOptionVar(name, value);
 }
 bool MGlobal::setOptionVarValue(const MString& name, const MString& value) {
-    return SetOptionVar(name, Access::Text(value));
+    return SetOptionVar(name, ApiBridge::Text(value));
 }
 
 bool MGlobal::optionVarExists(const MString& name) {
-    return Host::Get().optionVars().Has(Access::Text(name));
+    return Host::Get().optionVars().Has(ApiBridge::Text(name));
 }
 
 bool MGlobal::removeOptionVar(const MString& name) {
-    return Host::Get().optionVars().Remove(Access::Text(name));
+    return Host::Get().optionVars().Remove(ApiBridge::Text(name));
 }

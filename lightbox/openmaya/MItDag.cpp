@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 
@@ -7,7 +7,7 @@
 #include <deque>
 #include <vector>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::DagNode;
 
 struct MItDag::State {
@@ -58,7 +58,7 @@ struct MItDag::State {
 MItDag::MItDag(TraversalType type, MFn::Type filter, MStatus* ReturnStatus)
     : state_(std::make_unique<State>()) {
     state_->Start(lightbox::Host::Get().scene().world(), type, filter);
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
 }
 
 MItDag::~MItDag() = default;
@@ -69,7 +69,7 @@ MStatus MItDag::reset() {
 }
 
 MStatus MItDag::reset(const MObject& object, TraversalType type, MFn::Type filter) {
-    const std::shared_ptr<DagNode> root = Access::GetDagNode(object);
+    const std::shared_ptr<DagNode> root = ApiBridge::GetDagNode(object);
     if (!root) {
         return MS::kInvalidParameter;
     }
@@ -78,7 +78,7 @@ MStatus MItDag::reset(const MObject& object, TraversalType type, MFn::Type filte
 }
 
 bool MItDag::isDone(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return state_->IsDone();
 }
 
@@ -106,29 +106,29 @@ MStatus MItDag::prune() {
 }
 
 MObject MItDag::currentItem(MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
-    return state_->IsDone() ? MObject() : Access::Wrap(state_->Node()->Shared());
+    ApiBridge::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
+    return state_->IsDone() ? MObject() : ApiBridge::Wrap(state_->Node()->Shared());
 }
 
 MStatus MItDag::getPath(MDagPath& dagPath) const {
     if (state_->IsDone()) {
         return MS::kFailure;
     }
-    dagPath = Access::Wrap(*state_->Node());
+    dagPath = ApiBridge::Wrap(*state_->Node());
     return MS::kSuccess;
 }
 
 MString MItDag::fullPathName(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
-    return state_->IsDone() ? MString() : Access::Wrap(state_->Node()->FullPath());
+    ApiBridge::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
+    return state_->IsDone() ? MString() : ApiBridge::Wrap(state_->Node()->FullPath());
 }
 
 MString MItDag::partialPathName(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
-    return state_->IsDone() ? MString() : Access::Wrap(state_->Node()->PartialPath());
+    ApiBridge::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
+    return state_->IsDone() ? MString() : ApiBridge::Wrap(state_->Node()->PartialPath());
 }
 
 unsigned int MItDag::depth(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, state_->IsDone() ? MS::kFailure : MS::kSuccess);
     return state_->IsDone() ? 0 : state_->visits[state_->position].depth;
 }

@@ -1,13 +1,13 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 
 #include <maya/MItDependencyNodes.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 MItDependencyNodes::MItDependencyNodes(MFn::Type filter, MStatus* ReturnStatus) {
-    Access::Report(ReturnStatus, reset(filter));
+    ApiBridge::Report(ReturnStatus, reset(filter));
 }
 
 MStatus MItDependencyNodes::reset(MFn::Type filter) {
@@ -15,7 +15,7 @@ MStatus MItDependencyNodes::reset(MFn::Type filter) {
     position_ = 0;
     for (const auto& node : lightbox::Host::Get().scene().Nodes()) {
         if (filter == MFn::kInvalid || node->HasFn(filter)) {
-            nodes_.push_back(Access::Wrap(node));
+            nodes_.push_back(ApiBridge::Wrap(node));
         }
     }
     return MS::kSuccess;
@@ -30,12 +30,12 @@ MStatus MItDependencyNodes::next() {
 }
 
 bool MItDependencyNodes::isDone(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return position_ >= nodes_.size();
 }
 
 MObject MItDependencyNodes::thisNode(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, position_ < nodes_.size() ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, position_ < nodes_.size() ? MS::kSuccess : MS::kFailure);
     return position_ < nodes_.size() ? nodes_[position_] : MObject();
 }
 

@@ -1,16 +1,16 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
 
 #include <maya/MCallbackIdArray.h>
 #include <maya/MMessage.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Host;
 
 MStatus MMessage::removeCallback(MCallbackId id) {
     return Host::Get().events().Remove(id) ? MStatus(MS::kSuccess)
-                                           : Access::Fail(MS::kFailure, "There is no callback of that id");
+                                           : ApiBridge::Fail(MS::kFailure, "There is no callback of that id");
 }
 
 MStatus MMessage::removeCallbacks(const MCallbackIdArray& idList) {

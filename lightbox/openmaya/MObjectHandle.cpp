@@ -1,15 +1,15 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Node.h"
 
 #include <maya/MObjectHandle.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 MObjectHandle::MObjectHandle(const MObject& object)
-    : object_(Access::Get(object)) {}
+    : object_(ApiBridge::Get(object)) {}
 
 MObject MObjectHandle::object() const {
-    return Access::Wrap(object_.lock());
+    return ApiBridge::Wrap(object_.lock());
 }
 
 bool MObjectHandle::isAlive() const {
@@ -18,7 +18,7 @@ bool MObjectHandle::isAlive() const {
 
 bool MObjectHandle::isValid() const {
     const MObject alive = object();
-    const auto node = Access::GetNode(alive);
+    const auto node = ApiBridge::GetNode(alive);
     return !alive.isNull() && (!node || node->InScene());
 }
 

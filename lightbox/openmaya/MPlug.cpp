@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/DataType.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
@@ -11,7 +11,7 @@
 #include <cmath>
 #include <limits>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::AttributeKind;
 using lightbox::AttributeValue;
 using lightbox::Plug;
@@ -21,7 +21,7 @@ namespace {
 constexpr double DEGREES_PER_RADIAN = 180.0 / M_PI;
 
 MStatus NullPlug() {
-    return Access::Fail(MS::kFailure, "The plug is null");
+    return ApiBridge::Fail(MS::kFailure, "The plug is null");
 }
 
 /// Numbers are handed over in the API's own units: radians, not the degrees that the user sees.
@@ -34,15 +34,15 @@ double FromApi(const Plug& plug, double number) {
 }
 
 double ReadNumber(const MPlug& plug, MStatus* status) {
-    const Plug source = Access::GetPlug(plug);
+    const Plug source = ApiBridge::GetPlug(plug);
     if (!source) {
-        Access::Report(status, NullPlug());
+        ApiBridge::Report(status, NullPlug());
         return 0.0;
     }
     const AttributeValue value = source.Get();
     const double* number = std::get_if<double>(&value);
-    Access::Report(status, number ? MStatus(MS::kSuccess)
-                                  : Access::Fail(MS::kFailure, "The attribute does not hold a number"));
+    ApiBridge::Report(status, number ? MStatus(MS::kSuccess)
+                                     : ApiBridge::Fail(MS::kFailure, "The attribute does not hold a number"));
     return number ? ToApi(source, *number) : 0.0;
 }
 
@@ -55,7 +55,7 @@ T ReadInteger(const MPlug& plug, MStatus* status) {
 }
 
 MStatus Store(const MPlug& plug, const AttributeValue& value) {
-    const Plug target = Access::GetPlug(plug);
+    const Plug target = ApiBridge::GetPlug(plug);
     if (!target) {
         return NullPlug();
     }
@@ -64,18 +64,18 @@ MStatus Store(const MPlug& plug, const AttributeValue& value) {
     }
     const std::string reason = target.WhyNotSettable();
     return reason.empty()
-               ? Access::Fail(MS::kInvalidParameter, "The attribute cannot take a value of that kind")
-               : Access::Fail(MS::kFailure, reason);
+               ? ApiBridge::Fail(MS::kInvalidParameter, "The attribute cannot take a value of that kind")
+               : ApiBridge::Fail(MS::kFailure, reason);
 }
 
 MStatus StoreNumber(const MPlug& plug, double number) {
-    const Plug target = Access::GetPlug(plug);
+    const Plug target = ApiBridge::GetPlug(plug);
     return target ? Store(plug, FromApi(target, number)) : NullPlug();
 }
 
 template <typename Edit>
 MStatus Change(const MPlug& plug, const Edit& edit) {
-    const Plug target = Access::GetPlug(plug);
+    const Plug target = ApiBridge::GetPlug(plug);
     if (!target) {
         return NullPlug();
     }
@@ -103,40 +103,40 @@ MPlug::MPlug(const MObject& node, const MObject& attribute)
     , attribute_(attribute) {}
 
 bool MPlug::isNull(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
-    return !Access::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
+    return !ApiBridge::GetPlug(*this);
 }
 
 MObject MPlug::node(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, node_.isNull() ? MS::kFailure : MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, node_.isNull() ? MS::kFailure : MS::kSuccess);
     return node_;
 }
 
 MObject MPlug::attribute(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, attribute_.isNull() ? MS::kFailure : MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, attribute_.isNull() ? MS::kFailure : MS::kSuccess);
     return attribute_;
 }
 
 MString MPlug::name(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
-    return plug ? Access::Wrap(plug.Name()) : MString();
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    return plug ? ApiBridge::Wrap(plug.Name()) : MString();
 }
 
 MString MPlug::partialName(bool includeNodeName, bool, bool, bool, bool useFullAttributePath,
                            bool useLongNames, MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     if (!plug) {
         return MString();
     }
-    return Access::Wrap(includeNodeName ? plug.Name(useLongNames, useFullAttributePath)
-                                        : plug.AttributeName(useLongNames, useFullAttributePath));
+    return ApiBridge::Wrap(includeNodeName ? plug.Name(useLongNames, useFullAttributePath)
+                                           : plug.AttributeName(useLongNames, useFullAttributePath));
 }
 
 bool MPlug::isLocked(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.IsLocked();
 }
 
@@ -145,8 +145,8 @@ MStatus MPlug::setLocked(bool locked) {
 }
 
 bool MPlug::isKeyable(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.IsKeyable();
 }
 
@@ -155,8 +155,8 @@ MStatus MPlug::setKeyable(bool keyable) {
 }
 
 bool MPlug::isChannelBoxFlagSet(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.IsInChannelBox();
 }
 
@@ -165,60 +165,60 @@ MStatus MPlug::setChannelBox(bool inChannelBox) {
 }
 
 bool MPlug::isCompound(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.attribute->IsCompound();
 }
 
 unsigned int MPlug::numChildren(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug ? static_cast<unsigned int>(plug.attribute->Children().size()) : 0;
 }
 
 MPlug MPlug::child(unsigned int index, MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
+    const Plug plug = ApiBridge::GetPlug(*this);
     const Plug child = plug ? plug.Child(index) : Plug();
-    Access::Report(ReturnStatus, child ? MS::kSuccess : MS::kInvalidParameter);
-    return child ? Access::Wrap(child) : MPlug();
+    ApiBridge::Report(ReturnStatus, child ? MS::kSuccess : MS::kInvalidParameter);
+    return child ? ApiBridge::Wrap(child) : MPlug();
 }
 
 MPlug MPlug::parent(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
+    const Plug plug = ApiBridge::GetPlug(*this);
     const Plug parent = plug ? plug.Parent() : Plug();
-    Access::Report(ReturnStatus, parent ? MS::kSuccess : MS::kFailure);
-    return parent ? Access::Wrap(parent) : MPlug();
+    ApiBridge::Report(ReturnStatus, parent ? MS::kSuccess : MS::kFailure);
+    return parent ? ApiBridge::Wrap(parent) : MPlug();
 }
 
 bool MPlug::isArray(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.IsArray();
 }
 
 bool MPlug::isElement(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.attribute->multi && plug.element >= 0;
 }
 
 unsigned int MPlug::numElements(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug && plug.IsArray() ? MS::kSuccess : MS::kFailure);
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug && plug.IsArray() ? MS::kSuccess : MS::kFailure);
     return plug ? static_cast<unsigned int>(plug.Elements().size()) : 0;
 }
 
 unsigned int MPlug::logicalIndex(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, element_ >= 0 ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, element_ >= 0 ? MS::kSuccess : MS::kFailure);
     return element_ >= 0 ? static_cast<unsigned int>(element_) : 0;
 }
 
 MPlug MPlug::elementByLogicalIndex(unsigned int logicalIndex, MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
+    const Plug plug = ApiBridge::GetPlug(*this);
     const bool isIndex = logicalIndex <= static_cast<unsigned int>(std::numeric_limits<int>::max());
     const Plug element = plug && isIndex ? plug.Element(static_cast<int>(logicalIndex)) : Plug();
-    Access::Report(ReturnStatus, element ? MS::kSuccess : MS::kFailure);
-    return element ? Access::Wrap(element) : MPlug();
+    ApiBridge::Report(ReturnStatus, element ? MS::kSuccess : MS::kFailure);
+    return element ? ApiBridge::Wrap(element) : MPlug();
 }
 
 bool MPlug::isConnected(MStatus* ReturnStatus) const {
@@ -226,8 +226,8 @@ bool MPlug::isConnected(MStatus* ReturnStatus) const {
 }
 
 bool MPlug::isSource(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     return plug && plug.node->InScene() && !plug.node->InScene()->connections().DestinationsOf(plug).empty();
 }
 
@@ -236,20 +236,20 @@ bool MPlug::isDestination(MStatus* ReturnStatus) const {
 }
 
 MPlug MPlug::source(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
-    Access::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ApiBridge::GetPlug(*this);
+    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
     const Plug source =
         plug && plug.node->InScene() ? plug.node->InScene()->connections().SourceOf(plug) : Plug();
-    return source ? Access::Wrap(source) : MPlug();
+    return source ? ApiBridge::Wrap(source) : MPlug();
 }
 
 MObject MPlug::asMObject(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
+    const Plug plug = ApiBridge::GetPlug(*this);
     const std::shared_ptr<lightbox::DataValue> data = plug ? plug.Data() : nullptr;
-    Access::Report(ReturnStatus,
-                   data ? MStatus(MS::kSuccess)
-                        : Access::Fail(MS::kFailure, "The attribute does not hold a data value"));
-    return Access::Wrap(data);
+    ApiBridge::Report(ReturnStatus,
+                      data ? MStatus(MS::kSuccess)
+                           : ApiBridge::Fail(MS::kFailure, "The attribute does not hold a data value"));
+    return ApiBridge::Wrap(data);
 }
 
 double MPlug::asDouble(MStatus* ReturnStatus) const {
@@ -257,8 +257,8 @@ double MPlug::asDouble(MStatus* ReturnStatus) const {
 }
 
 float MPlug::asFloat(MStatus* ReturnStatus) const {
-    constexpr double MOST = std::numeric_limits<float>::max();
-    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -MOST, MOST));
+    constexpr double MAX_FLOAT = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -MAX_FLOAT, MAX_FLOAT));
 }
 
 int MPlug::asInt(MStatus* ReturnStatus) const {
@@ -278,11 +278,12 @@ MTime MPlug::asMTime(MStatus* ReturnStatus) const {
 }
 
 MString MPlug::asString(MStatus* ReturnStatus) const {
-    const Plug plug = Access::GetPlug(*this);
+    const Plug plug = ApiBridge::GetPlug(*this);
     const bool isText = plug && plug.attribute->Kind() == AttributeKind::String;
-    Access::Report(ReturnStatus, isText ? MStatus(MS::kSuccess)
-                                        : Access::Fail(MS::kFailure, "The attribute does not hold a text"));
-    return isText ? Access::Wrap(plug.Text()) : MString();
+    ApiBridge::Report(ReturnStatus,
+                      isText ? MStatus(MS::kSuccess)
+                             : ApiBridge::Fail(MS::kFailure, "The attribute does not hold a text"));
+    return isText ? ApiBridge::Wrap(plug.Text()) : MString();
 }
 
 MStatus MPlug::getValue(MObject& value) const {
@@ -311,23 +312,24 @@ MStatus MPlug::getValue(MString& value) const {
 }
 
 MStatus MPlug::setMObject(const MObject& value) {
-    const std::shared_ptr<lightbox::DataValue> data = Access::GetData(value);
-    return data ? Store(*this, data) : Access::Fail(MS::kInvalidParameter, "The object is not a data value");
+    const std::shared_ptr<lightbox::DataValue> data = ApiBridge::GetData(value);
+    return data ? Store(*this, data)
+                : ApiBridge::Fail(MS::kInvalidParameter, "The object is not a data value");
 }
 
 MStatus MPlug::setMPxData(MPxData* value) {
-    const Plug plug = Access::GetPlug(*this);
+    const Plug plug = ApiBridge::GetPlug(*this);
     if (!plug || !value) {
         return plug ? MStatus(MS::kInvalidParameter) : NullPlug();
     }
     const auto type = lightbox::Host::Get().scene().types().FindDataType(value->typeId().id());
     if (!type || plug.attribute->Kind() != AttributeKind::PluginData ||
         plug.attribute->dataTypeId != type->id) {
-        return Access::Fail(MS::kInvalidParameter, "The value is not of the attribute's data type");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The value is not of the attribute's data type");
     }
     const std::string reason = plug.WhyNotSettable();
     if (!reason.empty()) {
-        return Access::Fail(MS::kFailure, reason);
+        return ApiBridge::Fail(MS::kFailure, reason);
     }
     plug.Store(std::make_shared<lightbox::DataValue>(type, std::unique_ptr<MPxData>(value)));
     return MS::kSuccess;
@@ -352,7 +354,7 @@ MStatus MPlug::setMTime(const MTime& value) {
     return StoreNumber(*this, value.as(MTime::uiUnit()));
 }
 MStatus MPlug::setString(const MString& value) {
-    return Store(*this, Access::Text(value));
+    return Store(*this, ApiBridge::Text(value));
 }
 
 bool MPlug::operator==(const MPlug& other) const {

@@ -1,5 +1,5 @@
 #include "mel/Value.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/CommandState.h"
 
 #include <maya/MDoubleArray.h>
@@ -9,7 +9,7 @@
 #include <maya/MStringArray.h>
 #include <maya/MSyntax.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::RunningCommandResult;
 using lightbox::mel::Value;
 
@@ -82,10 +82,10 @@ MSyntax MPxCommand::syntax() const {
 }
 
 MString MPxCommand::commandString() const {
-    return Access::Wrap(state_->commandString);
+    return ApiBridge::Wrap(state_->commandString);
 }
 void MPxCommand::setCommandString(const MString& text) {
-    state_->commandString = Access::Text(text);
+    state_->commandString = ApiBridge::Text(text);
 }
 
 void MPxCommand::displayInfo(const MString& theInfo) {
@@ -114,7 +114,7 @@ void MPxCommand::setResult(double result) {
     Set(Value(result));
 }
 void MPxCommand::setResult(const MString& result) {
-    Set(Value(Access::Text(result)));
+    Set(Value(ApiBridge::Text(result)));
 }
 void MPxCommand::setResult(const char* result) {
     Set(Value(std::string(result ? result : "")));
@@ -135,7 +135,7 @@ void MPxCommand::setResult(const MDoubleArray& result) {
 void MPxCommand::setResult(const MStringArray& result) {
     std::vector<std::string> values;
     for (unsigned int i = 0; i < result.length(); ++i) {
-        values.push_back(Access::Text(result[i]));
+        values.push_back(ApiBridge::Text(result[i]));
     }
     Set(Value(std::move(values)));
 }
@@ -147,5 +147,5 @@ MStatus MPxCommand::appendToResult(double result) {
     return Append(result);
 }
 MStatus MPxCommand::appendToResult(const MString& result) {
-    return Append(Access::Text(result));
+    return Append(ApiBridge::Text(result));
 }

@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/ContextState.h"
 #include "openmaya/PluginContext.h"
 #include "scene/Host.h"
@@ -6,7 +6,7 @@
 
 #include <maya/MPxContext.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 namespace {
 
@@ -86,13 +86,13 @@ MStatus MPxContext::setImage(const MString& image, ImageIndex index) {
     if (!IsImage(index)) {
         return MS::kInvalidParameter;
     }
-    state_->images[index] = Access::Text(image);
+    state_->images[index] = ApiBridge::Text(image);
     return MS::kSuccess;
 }
 
 MString MPxContext::image(ImageIndex index, MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, IsImage(index) ? MS::kSuccess : MS::kInvalidParameter);
-    return IsImage(index) ? Access::Wrap(state_->images[index]) : MString();
+    ApiBridge::Report(ReturnStatus, IsImage(index) ? MS::kSuccess : MS::kInvalidParameter);
+    return IsImage(index) ? ApiBridge::Wrap(state_->images[index]) : MString();
 }
 
 MStatus MPxContext::setCursor(const MCursor& newCursor) {
@@ -102,12 +102,12 @@ MStatus MPxContext::setCursor(const MCursor& newCursor) {
 }
 
 MStatus MPxContext::setTitleString(const MString& str) {
-    state_->title = Access::Text(str);
+    state_->title = ApiBridge::Text(str);
     return MS::kSuccess;
 }
 
 MStatus MPxContext::setHelpString(const MString& str) {
-    state_->help = Access::Text(str);
+    state_->help = ApiBridge::Text(str);
     ShowChange(*this);
     return MS::kSuccess;
 }

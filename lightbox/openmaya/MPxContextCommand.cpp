@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/CommandState.h"
 #include "openmaya/ContextState.h"
 #include "openmaya/PluginContext.h"
@@ -10,7 +10,7 @@
 #include <maya/MPxContextCommand.h>
 #include <maya/MStringArray.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Host;
 using lightbox::PluginContext;
 using lightbox::ToolContexts;
@@ -36,11 +36,11 @@ constexpr const char* IMAGE_FLAGS[] = {"-image1", "-image2", "-image3"};
 std::string NameIn(const MArgParser& arguments) {
     MString name;
     if (!arguments.isQuery() && arguments.isFlagSet("-name") && arguments.getFlagArgument("-name", 0, name)) {
-        return Access::Text(name);
+        return ApiBridge::Text(name);
     }
     MStringArray objects;
     arguments.getObjects(objects);
-    return objects.length() > 0 ? Access::Text(objects[0]) : std::string();
+    return objects.length() > 0 ? ApiBridge::Text(objects[0]) : std::string();
 }
 
 /// Sets the images that the arguments give. Answers how many of the command's common flags they use.
@@ -83,26 +83,26 @@ bool MPxContextCommand::isUndoable() const {
 }
 
 MSyntax MPxContextCommand::syntax(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     MSyntax handle = contextState_->syntax;
     handle.writesThrough_ = true;
     return handle;
 }
 
 MArgParser MPxContextCommand::parser(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, contextState_->parser ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, contextState_->parser ? MS::kSuccess : MS::kFailure);
     return contextState_->parser ? *contextState_->parser : MArgParser(MSyntax(), MArgList());
 }
 
 MStatus MPxContextCommand::doIt(const MArgList& args) {
     MStatus status;
-    const MArgParser arguments(*Access::StateOf(*this).command->syntax, args, &status);
+    const MArgParser arguments(*ApiBridge::StateOf(*this).command->syntax, args, &status);
     if (!status) {
         return status;
     }
     const std::string name = NameIn(arguments);
     auto* existing = dynamic_cast<PluginContext*>(Host::Get().tools().Find(name));
-    const bool isOwn = existing && existing->Command() == Access::StateOf(*this).command->name;
+    const bool isOwn = existing && existing->Command() == ApiBridge::StateOf(*this).command->name;
     if (arguments.isFlagSet("-exists")) {
         setResult(isOwn);
         return MS::kSuccess;
@@ -111,26 +111,26 @@ MStatus MPxContextCommand::doIt(const MArgList& args) {
         return Create(name, arguments);
     }
     if (!isOwn) {
-        return Access::Fail(MS::kInvalidParameter, "There is no context \"" + name + "\" of this command");
+        return ApiBridge::Fail(MS::kInvalidParameter, "There is no context \"" + name + "\" of this command");
     }
     return arguments.isQuery() ? Query(*existing, arguments) : Edit(*existing, arguments);
 }
 
 MStatus MPxContextCommand::Create(const std::string& wanted, const MArgParser& arguments) {
-    const std::string& command = Access::StateOf(*this).command->name;
+    const std::string& command = ApiBridge::StateOf(*this).command->name;
     ToolContexts& tools = Host::Get().tools();
     const std::string name = wanted.empty() ? tools.FreeName(command) : wanted;
     if (tools.Find(name)) {
-        return Access::Fail(MS::kInvalidParameter, "The name \"" + name + "\" is taken");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The name \"" + name + "\" is taken");
     }
     // The instance that makes the context stays with it; this one goes when the call ends.
     std::unique_ptr<MPxContextCommand> maker(
-        static_cast<MPxContextCommand*>(Access::StateOf(*this).command->creator()));
+        static_cast<MPxContextCommand*>(ApiBridge::StateOf(*this).command->creator()));
     std::unique_ptr<MPxContext> context(maker ? maker->makeObj() : nullptr);
     if (!context) {
-        return Access::Fail(MS::kFailure, "The plug-in could not create the context");
+        return ApiBridge::Fail(MS::kFailure, "The plug-in could not create the context");
     }
-    Access::StateOf(*maker).command = Access::StateOf(*this).command;
+    ApiBridge::StateOf(*maker).command = ApiBridge::StateOf(*this).command;
     auto made = std::make_unique<PluginContext>(name, command, std::move(maker), std::move(context));
     MStatus status = Edit(*made, arguments);
     if (status) {

@@ -1,10 +1,10 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/NodeTypeSetup.h"
 #include "scene/NodeType.h"
 
 #include <maya/MPxNode.h>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 namespace lightbox {
 
@@ -37,7 +37,7 @@ MPxNode::Type MPxNode::type() const {
 }
 
 MObject MPxNode::thisMObject() const {
-    return node_ ? Access::Wrap(node_->Shared()) : MObject();
+    return node_ ? ApiBridge::Wrap(node_->Shared()) : MObject();
 }
 
 MTypeId MPxNode::typeId() const {
@@ -45,15 +45,15 @@ MTypeId MPxNode::typeId() const {
 }
 
 MString MPxNode::typeName() const {
-    return node_ ? Access::Wrap(node_->Type().Name()) : MString();
+    return node_ ? ApiBridge::Wrap(node_->Type().Name()) : MString();
 }
 
 MString MPxNode::name() const {
-    return node_ ? Access::Wrap(node_->Name()) : MString();
+    return node_ ? ApiBridge::Wrap(node_->Name()) : MString();
 }
 
 bool MPxNode::doNotWrite(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, node_ ? MS::kSuccess : MS::kFailure);
+    ApiBridge::Report(ReturnStatus, node_ ? MS::kSuccess : MS::kFailure);
     return node_ && node_->doNotWrite;
 }
 
@@ -67,22 +67,22 @@ MStatus MPxNode::setDoNotWrite(bool flag) {
 
 MStatus MPxNode::addAttribute(const MObject& attr) {
     lightbox::NodeType* type = lightbox::NodeTypeSetup::Current();
-    const std::shared_ptr<lightbox::Attribute> attribute = Access::GetAttribute(attr);
+    const std::shared_ptr<lightbox::Attribute> attribute = ApiBridge::GetAttribute(attr);
     if (!attribute) {
-        return Access::Fail(MS::kInvalidParameter, "The object is not an attribute");
+        return ApiBridge::Fail(MS::kInvalidParameter, "The object is not an attribute");
     }
     if (!type) {
-        return Access::Fail(MS::kFailure, "No node type is being registered");
+        return ApiBridge::Fail(MS::kFailure, "No node type is being registered");
     }
     if (!type->AddAttribute(attribute)) {
-        return Access::Fail(MS::kFailure,
-                            "The node type has an attribute '" + attribute->LongName() + "' already");
+        return ApiBridge::Fail(MS::kFailure,
+                               "The node type has an attribute '" + attribute->LongName() + "' already");
     }
     return MS::kSuccess;
 }
 
 MStatus MPxNode::attributeAffects(const MObject& whenChanges, const MObject& isAffected) {
     // Outputs are computed whenever they are read, so the dependency only has to make sense.
-    const bool areAttributes = Access::GetAttribute(whenChanges) && Access::GetAttribute(isAffected);
+    const bool areAttributes = ApiBridge::GetAttribute(whenChanges) && ApiBridge::GetAttribute(isAffected);
     return areAttributes && lightbox::NodeTypeSetup::Current() ? MS::kSuccess : MS::kFailure;
 }

@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 
@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 
 MStatus MSelectionList::clear() {
     items_.clear();
@@ -15,12 +15,12 @@ MStatus MSelectionList::clear() {
 }
 
 bool MSelectionList::isEmpty(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return items_.empty();
 }
 
 unsigned int MSelectionList::length(MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return static_cast<unsigned int>(items_.size());
 }
 
@@ -45,7 +45,7 @@ MStatus MSelectionList::getDagPath(unsigned int index, MDagPath& dagPath, MObjec
 MStatus MSelectionList::getSelectionStrings(MStringArray& array) const {
     array.clear();
     for (const MObject& item : items_) {
-        array.append(Access::Wrap(lightbox::Scene::ShownName(*Access::GetNode(item))));
+        array.append(ApiBridge::Wrap(lightbox::Scene::ShownName(*ApiBridge::GetNode(item))));
     }
     return MS::kSuccess;
 }
@@ -55,13 +55,13 @@ MStatus MSelectionList::getSelectionStrings(unsigned int index, MStringArray& ar
     if (index >= items_.size()) {
         return MS::kInvalidParameter;
     }
-    array.append(Access::Wrap(lightbox::Scene::ShownName(*Access::GetNode(items_[index]))));
+    array.append(ApiBridge::Wrap(lightbox::Scene::ShownName(*ApiBridge::GetNode(items_[index]))));
     return MS::kSuccess;
 }
 
 MStatus MSelectionList::add(const MString& matchString, bool searchChildNamespaces) {
     lightbox::Scene& scene = lightbox::Host::Get().scene();
-    std::string pattern = Access::Text(matchString);
+    std::string pattern = ApiBridge::Text(matchString);
     auto nodes = scene.Matching(pattern);
     if (searchChildNamespaces) {
         for (const std::string& nameSpace : scene.Namespaces()) {
@@ -70,17 +70,17 @@ MStatus MSelectionList::add(const MString& matchString, bool searchChildNamespac
         }
     }
     if (nodes.empty()) {
-        return Access::Fail(MS::kInvalidParameter, "No object matches name: " + pattern);
+        return ApiBridge::Fail(MS::kInvalidParameter, "No object matches name: " + pattern);
     }
     for (const auto& node : nodes) {
-        add(Access::Wrap(node), true);
+        add(ApiBridge::Wrap(node), true);
     }
     return MS::kSuccess;
 }
 
 MStatus MSelectionList::add(const MObject& object, bool mergeWithExisting) {
-    if (!Access::GetNode(object)) {
-        return Access::Fail(MS::kInvalidParameter, "The object is not a node");
+    if (!ApiBridge::GetNode(object)) {
+        return ApiBridge::Fail(MS::kInvalidParameter, "The object is not a node");
     }
     if (!mergeWithExisting || !hasItem(object)) {
         items_.push_back(object);
@@ -101,7 +101,7 @@ MStatus MSelectionList::remove(unsigned int index) {
 }
 
 MStatus MSelectionList::replace(unsigned int index, const MObject& item) {
-    if (index >= items_.size() || !Access::GetNode(item)) {
+    if (index >= items_.size() || !ApiBridge::GetNode(item)) {
         return MS::kInvalidParameter;
     }
     items_[index] = item;
@@ -124,7 +124,7 @@ MStatus MSelectionList::merge(const MSelectionList& other, MergeStrategy strateg
 }
 
 bool MSelectionList::hasItem(const MObject& object, MStatus* ReturnStatus) const {
-    Access::Report(ReturnStatus, MS::kSuccess);
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
     return std::find(items_.begin(), items_.end(), object) != items_.end();
 }
 

@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MStatus.h>
 
@@ -18,7 +18,7 @@ MString MStatus::errorString() const {
                                         "Not implemented",
                                         "Item not found",
                                         "End of file"};
-    return lightbox::Access::Wrap(text_.empty() ? TEXTS[code_] : text_);
+    return lightbox::ApiBridge::Wrap(text_.empty() ? TEXTS[code_] : text_);
 }
 
 void MStatus::perror(const char* context) const {

@@ -1,5 +1,5 @@
 #include "mel/SyntaxTable.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 
 #include <maya/MSyntax.h>
 
@@ -85,13 +85,13 @@ MStatus MSyntax::addFlag(const char* shortName, const char* longName, MArgType a
     constexpr std::size_t longestShortName = 3;
     if (!IsFlagName(flag.shortName) || !IsFlagName(flag.longName) ||
         flag.shortName.size() > longestShortName) {
-        return lightbox::Access::Fail(MS::kInvalidParameter, std::string("The names of the flag \"") +
-                                                                 shortName + "\", \"" + longName +
-                                                                 "\" are not valid.");
+        return lightbox::ApiBridge::Fail(MS::kInvalidParameter, std::string("The names of the flag \"") +
+                                                                    shortName + "\", \"" + longName +
+                                                                    "\" are not valid.");
     }
     if (table_->Find(flag.shortName) || table_->Find(flag.longName)) {
-        return lightbox::Access::Fail(MS::kFailure, std::string("The flag \"") + shortName + "\", \"" +
-                                                        longName + "\" exists already.");
+        return lightbox::ApiBridge::Fail(MS::kFailure, std::string("The flag \"") + shortName + "\", \"" +
+                                                           longName + "\" exists already.");
     }
     for (const MArgType type : {argType1, argType2, argType3, argType4, argType5, argType6}) {
         if (type == kNoArg) {
@@ -138,7 +138,7 @@ MStatus MSyntax::addArg(MArgType argType) {
 }
 
 MStatus MSyntax::setObjectType(MObjectFormat type, unsigned int minimumObjects) {
-    return setObjectType(type, minimumObjects, SyntaxTable::NoMaximum);
+    return setObjectType(type, minimumObjects, SyntaxTable::NO_MAXIMUM);
 }
 
 MStatus MSyntax::setObjectType(MObjectFormat type, unsigned int minimumObjects, unsigned int maximumObjects) {

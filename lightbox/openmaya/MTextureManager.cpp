@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/DrawState.h"
 #include "scene/Host.h"
 
@@ -9,7 +9,7 @@
 #include <iterator>
 #include <map>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::Host;
 
 namespace {
@@ -123,7 +123,7 @@ MTexture* MTextureManager::acquireTexture(const MString& textureName, const MTex
         return nullptr;
     }
     auto pixels = std::make_shared<lightbox::Texture>();
-    pixels->name = Access::Text(textureName);
+    pixels->name = ApiBridge::Text(textureName);
     pixels->image = QImage(static_cast<int>(textureDesc.fWidth), static_cast<int>(textureDesc.fHeight),
                            QImage::Format_RGBA8888);
     if (pixels->image.isNull()) {
@@ -176,6 +176,6 @@ MTextureManager* MRenderer::getTextureManager() const {
 
 } // namespace MHWRender
 
-std::shared_ptr<lightbox::Texture> Access::TextureOf(const MHWRender::MTexture& texture) {
+std::shared_ptr<lightbox::Texture> ApiBridge::TextureOf(const MHWRender::MTexture& texture) {
     return texture.state_->texture;
 }

@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/DrawState.h"
 
 #include <maya/MUIDrawManager.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::DrawItem;
 
 namespace {
@@ -60,7 +60,7 @@ void MUIDrawManager::setFontSize(unsigned int fontSize) {
 }
 
 void MUIDrawManager::setTexture(MTexture* texture) {
-    state_->next.texture = texture ? Access::TextureOf(*texture) : nullptr;
+    state_->next.texture = texture ? ApiBridge::TextureOf(*texture) : nullptr;
 }
 
 void MUIDrawManager::setTextureSampler(MSamplerState::TextureFilter filter, MSamplerState::TextureAddress) {
@@ -121,7 +121,7 @@ void MUIDrawManager::text2d(const MPoint& position, const MString& text, TextAli
     DrawItem item = state_->next;
     item.kind = DrawItem::Kind::Text;
     item.position = PointOf(position);
-    item.text = QString::fromStdString(Access::Text(text));
+    item.text = QString::fromStdString(ApiBridge::Text(text));
     item.alignment = alignment == kCenter  ? Qt::AlignHCenter
                      : alignment == kRight ? Qt::AlignRight
                                            : Qt::AlignLeft;
@@ -143,7 +143,7 @@ void MUIDrawManager::text2d(const MPoint& position, const MString& text, TextAli
 
 } // namespace MHWRender
 
-std::unique_ptr<MHWRender::MUIDrawManager> Access::MakeDrawManager(DrawList& list) {
+std::unique_ptr<MHWRender::MUIDrawManager> ApiBridge::MakeDrawManager(DrawList& list) {
     std::unique_ptr<MHWRender::MUIDrawManager::State> state(
         new MHWRender::MUIDrawManager::State{list, DrawItem(), false});
     return std::unique_ptr<MHWRender::MUIDrawManager>(new MHWRender::MUIDrawManager(std::move(state)));

@@ -1,4 +1,4 @@
-#include "openmaya/ImathAccess.h"
+#include "openmaya/ImathConversion.h"
 
 #include <maya/MStatus.h>
 #include <maya/MVector.h>

@@ -1,16 +1,16 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 namespace lightbox {
 
 class NodeType;
 
 /// Names the node type whose initialize function runs, for MPxNode::addAttribute(). One at a time.
-class NodeTypeSetup {
+class NodeTypeSetup : NonCopyable {
 public:
     explicit NodeTypeSetup(NodeType& type);
     ~NodeTypeSetup();
-    NodeTypeSetup(const NodeTypeSetup&) = delete;
-    NodeTypeSetup& operator=(const NodeTypeSetup&) = delete;
 
     /// Null when none is being registered.
     static NodeType* Current();

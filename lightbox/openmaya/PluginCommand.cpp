@@ -4,7 +4,7 @@
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/CommandState.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
@@ -28,12 +28,10 @@ struct Running {
 /// The commands that run, the innermost last.
 std::vector<Running> g_running;
 
-class RunScope {
+class RunScope : NonCopyable {
 public:
     RunScope(const MPxCommand& command, mel::Value& result) { g_running.push_back({&command, &result}); }
     ~RunScope() { g_running.pop_back(); }
-    RunScope(const RunScope&) = delete;
-    RunScope& operator=(const RunScope&) = delete;
 };
 
 /// A plug-in's command on the undo queue.
@@ -45,7 +43,7 @@ public:
 
     void Undo() override { Run(&MPxCommand::undoIt, "undone"); }
     void Redo() override { Run(&MPxCommand::redoIt, "redone"); }
-    std::string Name() const override { return Access::StateOf(*command_).command->name; }
+    std::string Name() const override { return ApiBridge::StateOf(*command_).command->name; }
 
 private:
     void Run(MStatus (MPxCommand::*operation)(), const char* what) {
@@ -62,8 +60,8 @@ private:
 
 /// Why a doIt() failed. What the command has said by itself tells more than the bare code of its status.
 std::string ReasonOf(const MStatus& status, const Output& output, int errorsBefore) {
-    const std::string reason = Access::Text(status.errorString());
-    const bool isBare = reason == Access::Text(MStatus(status.statusCode()).errorString());
+    const std::string reason = ApiBridge::Text(status.errorString());
+    const bool isBare = reason == ApiBridge::Text(MStatus(status.statusCode()).errorString());
     return isBare && output.ErrorCount() > errorsBefore ? output.LastError() : reason;
 }
 
@@ -72,7 +70,7 @@ mel::Value Run(Host& host, const std::shared_ptr<const PluginCommand>& command, 
     if (!instance) {
         throw mel::Error(command->name + ": The plug-in could not create the command " + command->name);
     }
-    Access::StateOf(*instance).command = command;
+    ApiBridge::StateOf(*instance).command = command;
     const int errorsBefore = host.output().ErrorCount();
     mel::Value result;
     MStatus status;

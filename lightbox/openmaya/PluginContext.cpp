@@ -1,6 +1,6 @@
 #include "openmaya/PluginContext.h"
 
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/ContextState.h"
 #include "scene/Host.h"
 #include "scene/ToolContexts.h"
@@ -19,23 +19,23 @@ PluginContext::~PluginContext() = default;
 std::string PluginContext::ClassName() const {
     MString name;
     context_->getClassName(name);
-    return name.length() > 0 ? Access::Text(name) : ToolContext::ClassName();
+    return name.length() > 0 ? ApiBridge::Text(name) : ToolContext::ClassName();
 }
 
 std::string PluginContext::Title() const {
-    return Access::StateOf(*context_).title;
+    return ApiBridge::StateOf(*context_).title;
 }
 
 std::string PluginContext::Help() const {
-    return Access::StateOf(*context_).help;
+    return ApiBridge::StateOf(*context_).help;
 }
 
 std::string PluginContext::Image(int index) const {
-    return Access::StateOf(*context_).images.at(static_cast<std::size_t>(index));
+    return ApiBridge::StateOf(*context_).images.at(static_cast<std::size_t>(index));
 }
 
 QCursor PluginContext::Cursor() const {
-    return Access::ToQt(Access::StateOf(*context_).cursor);
+    return ApiBridge::ToQt(ApiBridge::StateOf(*context_).cursor);
 }
 
 void PluginContext::OnSetup() {

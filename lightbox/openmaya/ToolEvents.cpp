@@ -1,6 +1,6 @@
 #include "openmaya/ToolEvents.h"
 
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/PluginContext.h"
 #include "scene/CameraView.h"
 #include "scene/View.h"
@@ -80,8 +80,8 @@ unsigned ModifiersOf(Qt::KeyboardModifiers keys, Qt::MouseButtons buttons) {
 MEvent EventOf(View& view, const QMouseEvent& event, Qt::MouseButton button) {
     const int x = static_cast<int>(std::floor(event.localPos().x()));
     const int y = view.Height() - 1 - static_cast<int>(std::floor(event.localPos().y()));
-    return Access::MakeEvent(x, y, view.Height(), ButtonOf(button),
-                             ModifiersOf(event.modifiers(), event.buttons()));
+    return ApiBridge::MakeEvent(x, y, view.Height(), ButtonOf(button),
+                                ModifiersOf(event.modifiers(), event.buttons()));
 }
 
 using LegacyForm = MStatus (MPxContext::*)(MEvent&);
@@ -98,8 +98,8 @@ void Deliver(PluginContext& tool, View& view, MEvent& event, LegacyForm legacy, 
     const std::string name = tool.Name();
     DrawList list;
     const CameraView camera(*view.Camera(), view.Width(), view.Height());
-    const auto frameContext = Access::MakeFrameContext(view, camera);
-    const auto manager = Access::MakeDrawManager(list);
+    const auto frameContext = ApiBridge::MakeFrameContext(view, camera);
+    const auto manager = ApiBridge::MakeDrawManager(list);
     tool.Run([&](MPxContext& context) { (context.*viewport2)(event, *manager, *frameContext); });
     Drawing& drawing = Drawings()[&view];
     const bool changed = !drawing.list.empty() || !list.empty();

@@ -1,6 +1,6 @@
 #include "openmaya/ViewDrawing.h"
 
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/DrawOverrides.h"
 #include "openmaya/PluginContext.h"
 #include "openmaya/ToolEvents.h"
@@ -33,14 +33,14 @@ std::vector<DagNode*> VisibleNodes(Scene& scene, Test test) {
 void DrawNode(DrawOverrides::Instance& instance, DagNode& node, const MHWRender::MFrameContext& context,
               DrawList& list) {
     MHWRender::MPxDrawOverride& drawOverride = *instance.drawOverride;
-    const MDagPath path = Access::Wrap(node);
+    const MDagPath path = ApiBridge::Wrap(node);
     MUserData* data =
         drawOverride.prepareForDraw(path, context.getCurrentCameraPath(), context, instance.data.get());
     if (data != instance.data.get()) {
         instance.data.reset(data);
     }
     if (drawOverride.hasUIDrawables()) {
-        const auto manager = Access::MakeDrawManager(list);
+        const auto manager = ApiBridge::MakeDrawManager(list);
         drawOverride.addUIDrawables(path, *manager, context, data);
     }
     if (data && data->deleteAfterUse()) {
@@ -61,7 +61,7 @@ M3dView::DisplayStatus StatusOf(const Scene& scene, const DagNode& node) {
 
 DrawList ViewDrawing::Collect(Scene& scene, View& view, const CameraView& cameraView) {
     DrawList list;
-    const auto context = Access::MakeFrameContext(view, cameraView);
+    const auto context = ApiBridge::MakeFrameContext(view, cameraView);
     DrawOverrides& overrides = DrawOverrides::Get();
     if (!overrides.IsEmpty()) {
         overrides.ForgetGoneNodes(view);
@@ -75,7 +75,7 @@ DrawList ViewDrawing::Collect(Scene& scene, View& view, const CameraView& camera
     if (PluginContext* tool = PluginContext::Current()) {
         const DrawList& drawn = ToolEvents::Drawn(view);
         list.insert(list.end(), drawn.begin(), drawn.end());
-        const auto manager = Access::MakeDrawManager(list);
+        const auto manager = ApiBridge::MakeDrawManager(list);
         tool->Run([&](MPxContext& each) { each.drawFeedback(*manager, *context); });
     }
     std::stable_sort(list.begin(), list.end(),
@@ -90,9 +90,10 @@ void ViewDrawing::DrawLegacy(Scene& scene, View& view) {
     const auto locatorOf = [](const DagNode* node) { return static_cast<MPxLocatorNode*>(node->UserNode()); };
     std::stable_partition(locators.begin(), locators.end(),
                           [&](const DagNode* node) { return !locatorOf(node)->drawLast(); });
-    M3dView wrapped = Access::Wrap(view);
+    M3dView wrapped = ApiBridge::Wrap(view);
     for (DagNode* node : locators) {
-        locatorOf(node)->draw(wrapped, Access::Wrap(*node), M3dView::kGouraudShaded, StatusOf(scene, *node));
+        locatorOf(node)->draw(wrapped, ApiBridge::Wrap(*node), M3dView::kGouraudShaded,
+                              StatusOf(scene, *node));
     }
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double DEGREES = 180.0 / 3.14159265358979323846;
 /// What a tangent that stands upright rises in a frame.
-constexpr double STEEPEST = 1e6;
+constexpr double MAX_SLOPE = 1e6;
 /// Neighbours whose values differ by less are held together by clamped tangents.
 constexpr double CLAMP_DISTANCE = 0.05;
 
@@ -216,8 +216,8 @@ AnimCurve::Reach AnimCurve::ReachOf(std::size_t index, bool isIn) const {
     const Tangent& fixed = isIn ? key.in : key.out;
     const Reach reach{std::max(0.0, fixed.x * framesPerSecond), fixed.y * valueFactor};
     if (!isWeighted) {
-        const double slope = reach.x > 0.0 ? std::clamp(reach.y / reach.x, -STEEPEST, STEEPEST)
-                                           : std::copysign(reach.y != 0.0 ? STEEPEST : 0.0, reach.y);
+        const double slope = reach.x > 0.0 ? std::clamp(reach.y / reach.x, -MAX_SLOPE, MAX_SLOPE)
+                                           : std::copysign(reach.y != 0.0 ? MAX_SLOPE : 0.0, reach.y);
         return {length, length * slope};
     }
     // The control point stays within the piece, or time would run backward.

@@ -1,7 +1,5 @@
 #include "scene/AnimCurveNode.h"
 #include "scene/DagNode.h"
-#include "scene/MaterialTypes.h"
-#include "scene/MeshTypes.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
 #include "scene/Timeline.h"

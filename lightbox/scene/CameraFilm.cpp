@@ -11,14 +11,14 @@ namespace {
 
 constexpr double MILLIMETRES_PER_INCH = 25.4;
 /// Keeps divisions from going wild where a scene has values that make no picture.
-constexpr double SMALLEST = 1e-5;
+constexpr double MIN_POSITIVE = 1e-5;
 
 /// Reads a camera's numbers by name.
 struct Reader {
     const DagNode& camera;
 
     double operator()(const char* attribute) const { return Plug::Of(camera, attribute).Number(); }
-    double Positive(const char* attribute) const { return std::max(SMALLEST, (*this)(attribute)); }
+    double Positive(const char* attribute) const { return std::max(MIN_POSITIVE, (*this)(attribute)); }
 };
 
 } // namespace
@@ -40,7 +40,7 @@ CameraFilm::CameraFilm(const DagNode& cameraShape) {
     focalLength_ = read.Positive("focalLength");
     isOrthographic_ = read("orthographic") != 0.0;
     nearClip_ = isOrthographic_ ? read("nearClipPlane") : read.Positive("nearClipPlane");
-    farClip_ = std::max(nearClip_ + SMALLEST, read("farClipPlane"));
+    farClip_ = std::max(nearClip_ + MIN_POSITIVE, read("farClipPlane"));
     overscan_ = read.Positive("overscan");
     orthographicWidth_ = read.Positive("orthographicWidth");
     isPanZoomed_ = read("panZoomEnabled") != 0.0;

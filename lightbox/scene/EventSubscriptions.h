@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/EventBus.h"
+#include "scene/NonCopyable.h"
 
 #include <string>
 #include <utility>
@@ -9,7 +10,7 @@
 namespace lightbox {
 
 /// Callbacks of the host's events that end with whoever listens.
-class EventSubscriptions {
+class EventSubscriptions : NonCopyable {
 public:
     explicit EventSubscriptions(EventBus& events)
         : events_(events) {}
@@ -18,8 +19,6 @@ public:
             events_.Remove(id);
         }
     }
-    EventSubscriptions(const EventSubscriptions&) = delete;
-    EventSubscriptions& operator=(const EventSubscriptions&) = delete;
 
     void Add(const std::string& event, EventBus::Callback callback) {
         ids_.push_back(events_.AddCallback(event, std::move(callback)));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,16 +26,13 @@ class Interpreter;
 
 /// The running host: there is one at a time. It names the parts of the program to those that need several of
 /// them; app/LightboxHost makes and owns them.
-class Host {
+class Host : NonCopyable {
 public:
     struct Options {
         bool batch = true;
         /// Folder of the user's preferences.
         std::string prefsFolder;
     };
-
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
 
     /// The running host. There must be one.
     static Host& Get();

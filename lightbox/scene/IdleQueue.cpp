@@ -2,6 +2,8 @@
 
 #include "scene/EventBus.h"
 
+#include <QScopedValueRollback>
+
 #include <utility>
 
 namespace lightbox {
@@ -9,7 +11,7 @@ namespace lightbox {
 namespace {
 
 /// Pieces of work in one go. Work that queues itself again and again would otherwise never end.
-constexpr std::size_t MOST_AT_ONCE = 10000;
+constexpr std::size_t MAX_AT_ONCE = 10000;
 
 } // namespace
 
@@ -21,13 +23,9 @@ std::size_t IdleQueue::Drain() {
     if (draining_ || IsEmpty()) {
         return 0;
     }
-    struct Scope {
-        bool& flag;
-        ~Scope() { flag = false; }
-    } scope{draining_};
-    draining_ = true;
+    const QScopedValueRollback<bool> draining(draining_, true);
     std::size_t count = 0;
-    for (; count < MOST_AT_ONCE && !IsEmpty(); ++count) {
+    for (; count < MAX_AT_ONCE && !IsEmpty(); ++count) {
         std::deque<std::function<void()>>& queue = work_.empty() ? lowPriority_ : work_;
         const std::function<void()> work = std::move(queue.front());
         queue.pop_front();

@@ -1,5 +1,3 @@
-#include "scene/MaterialTypes.h"
-
 #include "scene/TypeTable.h"
 
 namespace lightbox {

@@ -41,8 +41,10 @@ public:
     struct FaceExtra {
         std::vector<std::vector<int>> holes; ///< edges, as those of faces
         /// Parts of the face's text that have no meaning here, each as it stands in a file: "mc 0 3 1 2 3".
-        std::vector<std::string> kept;
-        bool operator==(const FaceExtra& other) const { return holes == other.holes && kept == other.kept; }
+        std::vector<std::string> otherParts;
+        bool operator==(const FaceExtra& other) const {
+            return holes == other.holes && otherParts == other.otherParts;
+        }
     };
 
     MeshData();

@@ -16,7 +16,7 @@ constexpr std::uint32_t NONE = ~0u;
 /// A file's normals hold this where a corner has none of its own.
 constexpr float NO_NORMAL = 1e19f;
 /// Corners of a face up to which its shape is looked at; the time for that grows with their third power.
-constexpr std::size_t MOST_CORNERS_CLIPPED = 400;
+constexpr std::size_t MAX_CLIPPED_CORNERS = 400;
 
 /// The normal times twice the area, also of a face that is not flat or not convex.
 template <class PositionOf>
@@ -175,7 +175,7 @@ void MeshTessellation::AddLines(const MeshData& mesh) {
 void MeshTessellation::Triangulate(std::size_t count) {
     const std::size_t first = corners_.size() - count;
     const V3f normal = AreaNormal(count, [&](std::size_t i) { return corners_[first + i].position; });
-    if (count > 3 && count <= MOST_CORNERS_CLIPPED && !IsFan(first, count, normal)) {
+    if (count > 3 && count <= MAX_CLIPPED_CORNERS && !IsFan(first, count, normal)) {
         ClipEars(first, count, normal);
         return;
     }

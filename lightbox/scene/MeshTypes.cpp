@@ -1,5 +1,3 @@
-#include "scene/MeshTypes.h"
-
 #include "scene/MeshNode.h"
 #include "scene/Plug.h"
 #include "scene/PolyPrimitives.h"
@@ -14,7 +12,7 @@ namespace {
 using Kind = AttributeKind;
 
 /// Most subdivisions along one side: what a file says must not take all memory.
-constexpr double MOST_SUBDIVISIONS = 1000;
+constexpr double MAX_SUBDIVISIONS = 1000;
 
 /// What a primitive's shape depends on.
 using Numbers = std::vector<double>;
@@ -54,7 +52,7 @@ std::shared_ptr<NodeType> MakePrimitive(TypeRegistry& registry, const char* name
         Attribute& attribute = *type->FindAttribute(row.longName);
         if (row.kind == Kind::Long) {
             attribute.minimum = row.defaultValue > 0.0 ? 1.0 : 0.0;
-            attribute.maximum = MOST_SUBDIVISIONS;
+            attribute.maximum = MAX_SUBDIVISIONS;
         } else if (row.kind == Kind::Distance) {
             attribute.minimum = 0.0;
         }
@@ -91,7 +89,7 @@ void AddPrimitives(TypeRegistry& registry) {
             }));
     for (const char* name : {"sw", "sh", "sd"}) {
         // A cube has six sides of that many.
-        registry.FindNodeType("polyCube")->FindAttribute(name)->maximum = MOST_SUBDIVISIONS / 2;
+        registry.FindNodeType("polyCube")->FindAttribute(name)->maximum = MAX_SUBDIVISIONS / 2;
     }
     MakePrimitive(registry, "polyPlane",
                   {{Kind::Distance, "width", "w", 1, "k"},

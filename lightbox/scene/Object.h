@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 #include <maya/MFn.h>
 
 #include <memory>
@@ -7,18 +9,13 @@
 namespace lightbox {
 
 /// Anything that an MObject can point at: nodes, attributes, data values, plug-ins.
-class Object : public std::enable_shared_from_this<Object> {
+class Object : public std::enable_shared_from_this<Object>, private NonCopyable {
 public:
     virtual ~Object() = default;
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
 
     virtual MFn::Type ApiType() const = 0;
     /// Whether function sets of that type can work on the object.
     virtual bool HasFn(MFn::Type type) const = 0;
-
-protected:
-    Object() = default;
 };
 
 } // namespace lightbox

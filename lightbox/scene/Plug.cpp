@@ -5,6 +5,8 @@
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <tuple>
 
@@ -13,16 +15,9 @@ namespace lightbox {
 namespace {
 
 /// Levels of connections that are followed. Deeper is a cycle, and reads what is stored.
-constexpr int DEEPEST = 200;
+constexpr int MAX_CONNECTION_DEPTH = 200;
 
 int g_depth = 0;
-
-struct DepthScope {
-    DepthScope() { ++g_depth; }
-    ~DepthScope() { --g_depth; }
-    DepthScope(const DepthScope&) = delete;
-    DepthScope& operator=(const DepthScope&) = delete;
-};
 
 /// What drives a plug: its own source, or the part of its parent's source that stands at the same place.
 Plug DrivingPlug(const Plug& plug) {
@@ -142,8 +137,8 @@ bool Plug::IsArray() const {
 }
 
 AttributeValue Plug::Get() const {
-    DepthScope depth;
-    if (g_depth <= DEEPEST) {
+    const QScopedValueRollback<int> depth(g_depth, g_depth + 1);
+    if (g_depth <= MAX_CONNECTION_DEPTH) {
         const Plug source = IsHeld() ? Plug() : DrivingPlug(*this);
         if (source) {
             AttributeValue value = source.Get();

@@ -3,6 +3,7 @@
 #include "scene/AnimCurve.h"
 #include "scene/Connections.h"
 #include "scene/DagNode.h"
+#include "scene/NonCopyable.h"
 #include "scene/Selection.h"
 #include "scene/TypeRegistry.h"
 
@@ -31,12 +32,10 @@ struct NodePlace {
 
 /// The nodes, their names, the DAG, connections and the selection. The operations here do not record undo;
 /// see Edit.h for those that do.
-class Scene {
+class Scene : NonCopyable {
 public:
     Scene(EventBus& events, const Timeline& timeline);
     ~Scene();
-    Scene(const Scene&) = delete;
-    Scene& operator=(const Scene&) = delete;
 
     TypeRegistry& types() { return types_; }
     const TypeRegistry& types() const { return types_; }

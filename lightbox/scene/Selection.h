@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/Node.h"
+#include "scene/NonCopyable.h"
 
 #include <memory>
 #include <vector>
@@ -25,15 +26,13 @@ public:
     void Clear() { Set({}); }
 
     /// While one exists, the event waits for the end.
-    class Hold {
+    class Hold : NonCopyable {
     public:
         explicit Hold(Selection& selection)
             : selection_(selection) {
             ++selection_.held_;
         }
         ~Hold();
-        Hold(const Hold&) = delete;
-        Hold& operator=(const Hold&) = delete;
 
     private:
         Selection& selection_;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 #include <QCursor>
 
 #include <string>
@@ -9,14 +11,12 @@ namespace lightbox {
 
 /// A tool by its name. The host's own tools are no more than that: what they do, the views know. Those of
 /// plug-ins derive from it.
-class ToolContext {
+class ToolContext : NonCopyable {
 public:
     ToolContext(std::string name, std::string contextClass)
         : name_(std::move(name))
         , class_(std::move(contextClass)) {}
     virtual ~ToolContext() = default;
-    ToolContext(const ToolContext&) = delete;
-    ToolContext& operator=(const ToolContext&) = delete;
 
     const std::string& Name() const { return name_; }
     /// What kind it is: the host's name for it, or what a plug-in's context says of itself.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
 #include "scene/ToolContext.h"
 
 #include <map>
@@ -12,12 +13,10 @@ class EventBus;
 
 /// The tool contexts by name, and which one is current. There always is one: selection at first, and again
 /// when the current one goes.
-class ToolContexts {
+class ToolContexts : NonCopyable {
 public:
     explicit ToolContexts(EventBus& events);
     ~ToolContexts();
-    ToolContexts(const ToolContexts&) = delete;
-    ToolContexts& operator=(const ToolContexts&) = delete;
 
     static constexpr const char* SelectionTool = "selectSuperContext";
 

@@ -36,7 +36,11 @@ private:
     std::map<std::string, std::shared_ptr<const DataType>> dataTypes_;
 };
 
-/// Adds the host's own node types.
+/// Adds the host's own node types, those of the next two among them.
 void AddBuiltinTypes(TypeRegistry& registry);
+/// Materials, and the sets that assign them.
+void AddMaterialTypes(TypeRegistry& registry);
+/// Meshes, and the nodes that make polygon primitives.
+void AddMeshTypes(TypeRegistry& registry);
 
 } // namespace lightbox

@@ -2,24 +2,11 @@
 
 #include "scene/EventBus.h"
 
+#include <QScopedValueRollback>
+
 #include <utility>
 
 namespace lightbox {
-
-/// Marks the queue as undoing or redoing.
-class UndoQueue::RunningScope {
-public:
-    RunningScope(UndoQueue& queue, Running running)
-        : queue_(queue) {
-        queue_.running_ = running;
-    }
-    ~RunningScope() { queue_.running_ = Running::None; }
-    RunningScope(const RunningScope&) = delete;
-    RunningScope& operator=(const RunningScope&) = delete;
-
-private:
-    UndoQueue& queue_;
-};
 
 std::string UndoQueue::Chunk::Name() const {
     return !name.empty() || items.empty() ? name : items.front()->Name();
@@ -38,7 +25,7 @@ bool UndoQueue::IsRecording() const {
 
 void UndoQueue::Push(std::unique_ptr<UndoItem> item) {
     const bool isRecorded = IsRecording();
-    if (attempts_ > 0 && running_ == Running::None) {
+    if (transactions_ > 0 && running_ == Running::None) {
         waiting_.push_back({std::move(item), isRecorded});
     } else {
         Pass(std::move(item), isRecorded);
@@ -66,7 +53,7 @@ void UndoQueue::TakeBack(std::size_t start) {
     if (running_ != Running::None) {
         return;
     }
-    RunningScope scope(*this, Running::Undo);
+    const QScopedValueRollback<Running> running(running_, Running::Undo);
     while (waiting_.size() > start) {
         const Waiting edit = std::move(waiting_.back());
         waiting_.pop_back();
@@ -74,11 +61,11 @@ void UndoQueue::TakeBack(std::size_t start) {
     }
 }
 
-UndoQueue::Attempt::~Attempt() {
+UndoQueue::Transaction::~Transaction() {
     if (!isCommitted_) {
         queue_.TakeBack(start_);
     }
-    if (--queue_.attempts_ == 0) {
+    if (--queue_.transactions_ == 0) {
         queue_.Settle();
     }
 }
@@ -139,7 +126,7 @@ bool UndoQueue::Undo() {
         return false;
     }
     {
-        RunningScope scope(*this, Running::Undo);
+        const QScopedValueRollback<Running> running(running_, Running::Undo);
         Chunk chunk = std::move(done_.back());
         done_.pop_back();
         for (auto item = chunk.items.rbegin(); item != chunk.items.rend(); ++item) {
@@ -162,7 +149,7 @@ bool UndoQueue::Redo() {
         return false;
     }
     {
-        RunningScope scope(*this, Running::Redo);
+        const QScopedValueRollback<Running> running(running_, Running::Redo);
         Chunk chunk = std::move(undone_.back());
         undone_.pop_back();
         for (const std::unique_ptr<UndoItem>& item : chunk.items) {

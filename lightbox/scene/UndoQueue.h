@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
 #include "scene/UndoItem.h"
 
 #include <cstddef>
@@ -14,12 +15,10 @@ class EventBus;
 
 /// The edits that can be undone, grouped in chunks: one undo takes back one chunk. Items that drop from the
 /// queue are destroyed. Undo and redo fire the events "Undo" and "Redo".
-class UndoQueue {
+class UndoQueue : NonCopyable {
 public:
     explicit UndoQueue(EventBus& events);
     ~UndoQueue();
-    UndoQueue(const UndoQueue&) = delete;
-    UndoQueue& operator=(const UndoQueue&) = delete;
 
     /// Records an edit that was just done, and drops what could be redone. While recording is off or an undo
     /// or redo runs, the item is destroyed at once.
@@ -55,14 +54,14 @@ public:
     /// Number of chunks kept; 0 keeps all.
     std::size_t Limit() const { return limit_; }
     void SetLimit(std::size_t limit);
-    /// Drops everything, also what an open chunk or a running attempt holds so far.
+    /// Drops everything, also what an open chunk or a running transaction holds so far.
     void Flush();
     /// Rises with every recorded edit and falls when it is undone, so that equal values mean an equal scene.
     /// A value never comes back once the edits it stood for are dropped from the redo side.
     std::uint64_t State() const;
 
     /// While one exists, nothing is recorded.
-    class Pause {
+    class Pause : NonCopyable {
     public:
         Pause(UndoQueue& queue, bool active = true)
             : queue_(queue)
@@ -70,8 +69,6 @@ public:
             queue_.paused_ += active_;
         }
         ~Pause() { queue_.paused_ -= active_; }
-        Pause(const Pause&) = delete;
-        Pause& operator=(const Pause&) = delete;
 
     private:
         UndoQueue& queue_;
@@ -79,18 +76,16 @@ public:
     };
 
     /// The edits of one command, recorded or not. They wait in it until Commit() passes them on; without that
-    /// they are taken back when it ends, so that a command that fails has changed nothing. Attempts nest.
+    /// they are taken back when it ends, so that a command that fails has changed nothing. Transactions nest.
     /// Undoing, redoing and flushing settle what waits.
-    class Attempt {
+    class Transaction : NonCopyable {
     public:
-        explicit Attempt(UndoQueue& queue)
+        explicit Transaction(UndoQueue& queue)
             : queue_(queue)
             , start_(queue.waiting_.size()) {
-            ++queue_.attempts_;
+            ++queue_.transactions_;
         }
-        ~Attempt();
-        Attempt(const Attempt&) = delete;
-        Attempt& operator=(const Attempt&) = delete;
+        ~Transaction();
 
         void Commit() { isCommitted_ = true; }
 
@@ -112,7 +107,6 @@ private:
         std::string Name() const;
     };
     enum class Running { None, Undo, Redo };
-    class RunningScope;
 
     void Pass(std::unique_ptr<UndoItem> item, bool isRecorded);
     void Settle();
@@ -126,7 +120,7 @@ private:
     std::vector<Chunk> undone_;
     std::unique_ptr<Chunk> open_;
     std::vector<Waiting> waiting_;
-    int attempts_ = 0;
+    int transactions_ = 0;
     int explicitDepth_ = 0;
     int implicitDepth_ = 0;
     std::string openName_;

@@ -12,7 +12,7 @@ namespace lightbox {
 
 namespace {
 
-constexpr int MOST_REMEMBERED = 500;
+constexpr int MAX_REMEMBERED = 500;
 
 /// The application's style sheet would not let a palette through.
 void SetBackground(QLineEdit& line, Output::Kind kind) {
@@ -33,7 +33,7 @@ void CommandLineEdit::Remember() {
     if (history_.isEmpty() || history_.back() != text()) {
         history_.append(text());
     }
-    if (history_.size() > MOST_REMEMBERED) {
+    if (history_.size() > MAX_REMEMBERED) {
         history_.removeFirst();
     }
     position_ = static_cast<int>(history_.size());

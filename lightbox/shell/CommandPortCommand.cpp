@@ -5,7 +5,7 @@
 #include "mel/Error.h"
 #include "mel/SyntaxBuilder.h"
 #include "shell/CommandPort.h"
-#include "shell/WindowCommands.h"
+#include "shell/Registration.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "mel/SyntaxBuilder.h"
 #include "scene/Host.h"
 #include "scene/UserInterface.h"
-#include "shell/WindowCommands.h"
+#include "shell/Registration.h"
 
 #include <QAction>
 #include <QApplication>

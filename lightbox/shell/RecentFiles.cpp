@@ -12,7 +12,7 @@ namespace lightbox {
 namespace {
 
 const char* const OPTION_VARIABLE = "RecentFilesList";
-constexpr std::size_t MOST_FILES = 10;
+constexpr std::size_t MAX_FILES = 10;
 
 /// The latest last.
 std::vector<std::string> Stored(const OptionVars& variables) {
@@ -54,8 +54,8 @@ void RecentFiles::Add(const QString& path) {
     const std::string added = path.toStdString();
     files.erase(std::remove(files.begin(), files.end(), added), files.end());
     files.push_back(added);
-    if (files.size() > MOST_FILES) {
-        files.erase(files.begin(), files.end() - MOST_FILES);
+    if (files.size() > MAX_FILES) {
+        files.erase(files.begin(), files.end() - MAX_FILES);
     }
     host_.optionVars().Set(OPTION_VARIABLE, std::move(files));
     Q_EMIT Changed();

@@ -21,7 +21,7 @@ namespace lightbox {
 namespace {
 
 /// Lines of history that are kept.
-constexpr int MOST_LINES = 20000;
+constexpr int MAX_LINES = 20000;
 
 QToolButton* TextButton(const QString& text, const QString& tip) {
     auto* const button = new QToolButton;
@@ -59,7 +59,7 @@ ScriptEditor::ScriptEditor(Host& host, MessageLog& log, QWidget* parent)
     setWindowTitle(tr("Script Editor"));
     history_->setObjectName("scriptEditorHistory");
     history_->setReadOnly(true);
-    history_->setMaximumBlockCount(MOST_LINES);
+    history_->setMaximumBlockCount(MAX_LINES);
     history_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     input_->setObjectName("scriptEditorInput");
     setFocusProxy(input_);

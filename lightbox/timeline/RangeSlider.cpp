@@ -18,7 +18,7 @@ namespace {
 
 constexpr int RANGE_HEIGHT = 22;
 constexpr double HANDLE_WIDTH = 9.0;
-constexpr double NARROWEST_BAR = 3.0 * HANDLE_WIDTH;
+constexpr double MIN_BAR_WIDTH = 3.0 * HANDLE_WIDTH;
 
 } // namespace
 
@@ -59,7 +59,7 @@ QRectF RangeSlider::BarRect() const {
     const Timeline& time = host_.time();
     const double left = (time.MinTime() - time.AnimationStart()) * PixelsPerFrame();
     const double wanted = (time.MaxTime() - time.MinTime() + 1.0) * PixelsPerFrame();
-    const double barWidth = std::min<double>(width(), std::max(wanted, NARROWEST_BAR));
+    const double barWidth = std::min<double>(width(), std::max(wanted, MIN_BAR_WIDTH));
     return {std::min(left, width() - barWidth), 1.0, barWidth, height() - 2.0};
 }
 

@@ -10,7 +10,7 @@ namespace lightbox {
 namespace {
 
 /// Ticks that are nearer are a grey band.
-constexpr double NEAREST_TICKS = 4.0;
+constexpr double MIN_TICK_DISTANCE = 4.0;
 
 } // namespace
 
@@ -37,7 +37,7 @@ double TimeScale::LabelStep(double labelWidth) const {
 double TimeScale::TickStep(double labelStep) const {
     for (const double parts : {labelStep, 10.0, 5.0, 2.0}) {
         const double step = labelStep / parts;
-        if (parts > 1.0 && step >= 1.0 && step == std::floor(step) && step * perFrame_ >= NEAREST_TICKS) {
+        if (parts > 1.0 && step >= 1.0 && step == std::floor(step) && step * perFrame_ >= MIN_TICK_DISTANCE) {
             return step;
         }
     }

@@ -13,7 +13,7 @@ namespace lightbox {
 namespace {
 
 /// Frames after which a texture that nobody shows any more gives its memory back.
-constexpr std::uint64_t KEPT_TEXTURE_FRAMES = 240;
+constexpr std::uint64_t MAX_UNUSED_TEXTURE_FRAMES = 240;
 /// A texture shrunk below this is read from its smaller copies.
 constexpr double MIPMAP_SCALE = 0.6;
 /// How far from its own size, in pixels of the screen, a texture may be shown and still be copied.
@@ -378,7 +378,7 @@ void DrawListRenderer::SetFilter(Held& held, bool copies, double scale) {
 void DrawListRenderer::ForgetUnused() {
     const auto forget = [this](auto& map) {
         for (auto entry = map.begin(); entry != map.end();) {
-            if (frame_ - entry->second->lastFrame > KEPT_TEXTURE_FRAMES) {
+            if (frame_ - entry->second->lastFrame > MAX_UNUSED_TEXTURE_FRAMES) {
                 glDeleteTextures(1, &entry->second->id);
                 entry = map.erase(entry);
             } else {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "openmaya/DrawList.h"
+#include "scene/NonCopyable.h"
 
 #include <QImage>
 #include <QOpenGLFunctions>
@@ -18,12 +19,10 @@ namespace lightbox {
 ///
 /// A texture that is shown at its own size is set on whole pixels of the screen and copied pixel by pixel; at
 /// any other size it is filtered, its colours weighed by their alpha.
-class DrawListRenderer : private QOpenGLFunctions {
+class DrawListRenderer : private QOpenGLFunctions, private NonCopyable {
 public:
     DrawListRenderer();
     ~DrawListRenderer();
-    DrawListRenderer(const DrawListRenderer&) = delete;
-    DrawListRenderer& operator=(const DrawListRenderer&) = delete;
 
     /// The view's size in view pixels, and how many pixels of the screen make one of them.
     void Draw(const DrawList& list, const QSize& size, double pixelRatio);

@@ -10,7 +10,7 @@ namespace lightbox {
 namespace {
 
 /// Frames after which an unused mesh is freed; it may be one that blinks.
-constexpr unsigned KEPT_MESH_FRAMES = 8;
+constexpr unsigned MAX_UNUSED_MESH_FRAMES = 8;
 
 template <class T>
 void Upload(QOpenGLBuffer& buffer, const std::vector<T>& elements) {
@@ -42,8 +42,8 @@ MeshBuffers::Buffers& MeshBuffers::Get(const MeshData& mesh) {
 void MeshBuffers::EndFrame() {
     ++frame_;
     for (auto entry = byRevision_.begin(); entry != byRevision_.end();) {
-        entry = frame_ - entry->second->lastFrame > KEPT_MESH_FRAMES ? byRevision_.erase(entry)
-                                                                     : std::next(entry);
+        entry = frame_ - entry->second->lastFrame > MAX_UNUSED_MESH_FRAMES ? byRevision_.erase(entry)
+                                                                           : std::next(entry);
     }
 }
 

@@ -189,10 +189,10 @@ ControlFlags EditorFlags(ViewportPanels* panels) {
 ControlFlags PanelFlags() {
     return {
         CameraFlag(),
-        TextFlag<ViewportPanel>(
+        ValueFlag<ViewportPanel, QString>(
             "-l", "-label", [](ViewportPanel& panel, const QString& text) { panel.SetLabel(text); },
             [](const ViewportPanel& panel) { return panel.Label(); }),
-        BoolFlag<ViewportPanel>(
+        ValueFlag<ViewportPanel, bool>(
             "-mbv", "-menuBarVisible", [](ViewportPanel& panel, bool on) { panel.SetMenuBarVisible(on); },
             [](const ViewportPanel& panel) { return panel.IsMenuBarVisible(); }),
         QueryFlag("-me", "-modelEditor", [](Control& control) { return Value(control.Name()); }),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 #include <memory>
 
 namespace lightbox {
@@ -9,13 +11,11 @@ struct DrawnScene;
 /// Draws the scene of a viewport with OpenGL: background, grid, meshes, and the outlines of cameras and
 /// locators. It keeps what it uploaded, so there is one for each OpenGL context, and a mesh is uploaded again
 /// only when it changed. What plug-ins draw is not its concern.
-class SceneRenderer {
+class SceneRenderer : NonCopyable {
 public:
     SceneRenderer();
     /// The context has to be current when anything was drawn.
     ~SceneRenderer();
-    SceneRenderer(const SceneRenderer&) = delete;
-    SceneRenderer& operator=(const SceneRenderer&) = delete;
 
     /// Once, with the context current; the context is of OpenGL 2.1 or a compatibility profile. False when
     /// the context cannot be drawn with; then Draw() does nothing.

@@ -24,8 +24,8 @@ constexpr double DOLLY_PIXELS = 250.0;
 /// One notch of the wheel goes this share of the distance.
 constexpr double WHEEL_SHARE = 0.12;
 constexpr double NOTCH = 120.0;
-constexpr double SMALLEST_ZOOM = 0.001;
-constexpr double LARGEST_ZOOM = 1000.0;
+constexpr double MIN_ZOOM = 0.001;
+constexpr double MAX_ZOOM = 1000.0;
 
 /// Sets each part by itself, so that a locked or driven one does not hold the others back.
 void SetVector(const std::shared_ptr<DagNode>& node, const char* attribute, const V3d& value) {
@@ -225,7 +225,7 @@ void ViewNavigation::Pan2d(const QPointF& delta) {
 void ViewNavigation::Zoom2d(double factor) {
     Plug::Of(*camera_, "panZoomEnabled").Set(1.0);
     const Plug zoom = Plug::Of(*camera_, "zoom");
-    zoom.Set(std::clamp(std::max(zoom.Number(), SMALLEST_ZOOM) * factor, SMALLEST_ZOOM, LARGEST_ZOOM));
+    zoom.Set(std::clamp(std::max(zoom.Number(), MIN_ZOOM) * factor, MIN_ZOOM, MAX_ZOOM));
 }
 
 void ViewNavigation::Changed() {

@@ -15,6 +15,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 namespace lightbox {
@@ -201,11 +202,7 @@ void ViewportWidget::paintGL() {
         presentsOnly_ = false;
         return;
     }
-    struct Scope {
-        bool& flag;
-        ~Scope() { flag = false; }
-    } scope{isDrawing_};
-    isDrawing_ = true;
+    const QScopedValueRollback<bool> isDrawing(isDrawing_, true);
     isStale_ = false;
     afterDrag_.stop();
     ++frameCount_;

@@ -1,6 +1,6 @@
 #include "MelFixture.h"
 #include "mel/ArgumentTokens.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/UndoQueue.h"
 
 #include <maya/MArgDatabase.h>

@@ -227,7 +227,7 @@ TEST(FaceTextTest, ReadsTheFormsThatFilesHave) {
     EXPECT_THAT(face.Edges(), ::testing::ElementsAre(0, -5, 2147483647, -1));
     EXPECT_THAT(face.Holes().at(0), ::testing::ElementsAre(5, 6, 7));
     EXPECT_EQ(face.UvSets().at(0).Text(), "mu 0 4 3 2 1 0");
-    EXPECT_THAT(face.Kept(), ::testing::ElementsAre("mc 0 2 8 9"));
+    EXPECT_THAT(face.OtherParts(), ::testing::ElementsAre("mc 0 2 8 9"));
     for (const char* bad :
          {"", "f", "f x", "f 3 1 2", "mu 0 1 2", "f 1 2 3", "f 1 99999999999", "f 0 7 mu"}) {
         EXPECT_ANY_THROW(FaceText{bad}) << bad;

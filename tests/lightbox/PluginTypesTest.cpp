@@ -1,6 +1,6 @@
 #include "HostFixture.h"
 #include "SceneDump.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/Edit.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
@@ -136,7 +136,7 @@ TEST_F(PluginTypesTest, DataIsOwnedByThePlugAndSharedByCopies) {
     EXPECT_TRUE(plug.setMPxData(&other).error()) << "another type stays with the caller";
     EXPECT_TRUE(plug.setMPxData(nullptr).error());
 
-    const auto copy = Access::GetData(plug.asMObject())->Copy();
+    const auto copy = ApiBridge::GetData(plug.asMObject())->Copy();
     EXPECT_EQ(static_cast<SharedData&>(copy->Data()).content, data->content);
 
     const MObject kept = plug.asMObject();
@@ -181,8 +181,8 @@ TEST_F(PluginTypesTest, TypesLeaveOnlyWhenNothingOfThemIsLeft) {
     MFnPlugin fn(handle_);
     EXPECT_TRUE(fn.deregisterNode(MTypeId(0x10002)).error()) << "the node is in the scene";
     EXPECT_TRUE(fn.deregisterData(MTypeId(0x10001)).error());
-    MObject held = Access::Wrap(host_.scene().Find("drawing"));
-    edit::DeleteNodes(host_, {Access::GetNode(held)});
+    MObject held = ApiBridge::Wrap(host_.scene().Find("drawing"));
+    edit::DeleteNodes(host_, {ApiBridge::GetNode(held)});
     EXPECT_TRUE(fn.deregisterNode(MTypeId(0x10002)).error()) << "somebody holds the deleted node";
     held = MObject();
     EXPECT_TRUE(fn.deregisterNode(MTypeId(0x10002)));

@@ -178,20 +178,20 @@ TEST_F(UndoQueueTest, FiresItsEventsWhenItIsReadyForMore) {
     EXPECT_EQ(order, "undo redo ");
 }
 
-TEST_F(UndoQueueTest, AnAttemptThatIsNotCommittedTakesItsEditsBack) {
+TEST_F(UndoQueueTest, ATransactionThatIsNotCommittedTakesItsEditsBack) {
     Push('r');
     queue_.Undo();
     Log();
     {
-        UndoQueue::Attempt attempt(queue_);
+        UndoQueue::Transaction transaction(queue_);
         Push('a');
         {
-            UndoQueue::Attempt inner(queue_);
+            UndoQueue::Transaction inner(queue_);
             Push('b');
             inner.Commit();
         }
         {
-            UndoQueue::Attempt inner(queue_);
+            UndoQueue::Transaction inner(queue_);
             Push('c');
         }
         EXPECT_EQ(Log(), "-c ~c ");
@@ -201,24 +201,24 @@ TEST_F(UndoQueueTest, AnAttemptThatIsNotCommittedTakesItsEditsBack) {
     EXPECT_FALSE(queue_.CanUndo());
     EXPECT_TRUE(queue_.CanRedo()) << "what could be redone before still can";
     {
-        UndoQueue::Attempt attempt(queue_);
+        UndoQueue::Transaction transaction(queue_);
         const UndoQueue::Pause pause(queue_);
         Push('e');
     }
     EXPECT_EQ(Log(), "-e ~e ") << "edits that are not recorded are taken back, too";
 }
 
-TEST_F(UndoQueueTest, ACommittedAttemptPassesItsEditsOn) {
+TEST_F(UndoQueueTest, ACommittedTransactionPassesItsEditsOn) {
     queue_.OpenChunk("both");
     {
-        UndoQueue::Attempt attempt(queue_);
+        UndoQueue::Transaction transaction(queue_);
         Push('a');
         {
             const UndoQueue::Pause pause(queue_);
             Push('x');
         }
         Push('b');
-        attempt.Commit();
+        transaction.Commit();
     }
     queue_.CloseChunk();
     EXPECT_EQ(Log(), "~x ");
@@ -226,8 +226,8 @@ TEST_F(UndoQueueTest, ACommittedAttemptPassesItsEditsOn) {
     queue_.Undo();
     EXPECT_EQ(Log(), "-b -a ");
     {
-        // What settles while an attempt runs is no longer its own.
-        UndoQueue::Attempt attempt(queue_);
+        // What settles while an transaction runs is no longer its own.
+        UndoQueue::Transaction transaction(queue_);
         Push('c');
         EXPECT_TRUE(queue_.Undo());
         Push('d');

@@ -1,7 +1,7 @@
 #include "FakeWindow.h"
 #include "HostFixture.h"
 #include "mel/Interpreter.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/CameraView.h"
 
 #include <maya/M3dView.h>
@@ -26,7 +26,7 @@ protected:
 
     mel::Value Run(const std::string& text) { return host_.interpreter().Execute(text); }
     static MDagPath PathTo(const char* name) {
-        return Access::Wrap(*std::dynamic_pointer_cast<DagNode>(Host::Get().scene().Find(name)));
+        return ApiBridge::Wrap(*std::dynamic_pointer_cast<DagNode>(Host::Get().scene().Find(name)));
     }
 };
 
@@ -113,7 +113,7 @@ TEST_F(ViewClassesTest, PointsGoToTheViewAndBack) {
     for (const char* camera : {"perspShape", "frontShape"}) {
         view.LookThrough(camera);
         const CameraView cameraView(*view.Camera(), 640, 480);
-        const auto context = Access::MakeFrameContext(view, cameraView);
+        const auto context = ApiBridge::MakeFrameContext(view, cameraView);
         short x = 0;
         short y = 0;
         EXPECT_TRUE(drawn.worldToView(MPoint(0, 0, 0), x, y)) << camera;

@@ -3,7 +3,7 @@
 #include "FakeWindow.h"
 #include "app/PluginManager.h"
 #include "mel/Interpreter.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "scene/CameraView.h"
 #include "scene/UndoQueue.h"
 
@@ -261,7 +261,7 @@ TEST_F(ViewDrawingTest, TexturesAreKeptByName) {
     wide.fill(Qt::red);
     texture = Textures().acquireTexture("", Describe(), picture.constBits());
     ASSERT_TRUE(texture->update(wide.constBits(), false, static_cast<unsigned>(wide.bytesPerLine())));
-    EXPECT_EQ(Access::TextureOf(*texture)->image.pixelColor(SIDE - 1, SIDE - 1), QColor(Qt::red));
+    EXPECT_EQ(ApiBridge::TextureOf(*texture)->image.pixelColor(SIDE - 1, SIDE - 1), QColor(Qt::red));
     EXPECT_TRUE(texture->update(wide.constBits(), false, SIDE).error());
     EXPECT_TRUE(texture->update(nullptr, false).error());
     Textures().releaseTexture(texture);

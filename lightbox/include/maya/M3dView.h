@@ -76,6 +76,6 @@ public:
     MStatus setDrawColor(const MColor& color);
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     lightbox::View* view_ = nullptr;
 };

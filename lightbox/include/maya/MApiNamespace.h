@@ -59,7 +59,7 @@ using MInitializeFunction = MStatus (*)();
 using MCreateSyntaxFunction = MSyntax (*)();
 
 namespace lightbox {
-class Access;
+class ApiBridge;
 class Attribute;
 class Node;
 class NodeType;

@@ -32,7 +32,7 @@ public:
     static const MCursor handCursor;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     enum class Shape;
     explicit MCursor(Shape shape);
 

@@ -35,7 +35,7 @@ public:
     MStatus undoIt();
 
 protected:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     struct State;
     std::unique_ptr<State> state_;
 };

@@ -45,6 +45,6 @@ public:
     bool operator!=(const MDagPath& other) const { return node_ != other.node_; }
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     MObject node_;
 };

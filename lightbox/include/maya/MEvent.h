@@ -28,7 +28,7 @@ public:
     bool isModifierMiddleMouseButton(MStatus* ReturnStatus = nullptr) const;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     short x_ = 0;
     short y_ = 0;
     int viewHeight_ = 0;

@@ -57,7 +57,7 @@ public:
     MStatus viewportToWorld(double x, double y, MPoint& nearPoint, MPoint& farPoint) const;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     struct State;
     explicit MFrameContext(std::unique_ptr<State> state);
 

@@ -20,6 +20,6 @@ public:
     static MObject kNullObj;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     std::shared_ptr<lightbox::Object> handle_;
 };

@@ -88,7 +88,7 @@ public:
     bool operator!=(const MPlug& other) const { return !(*this == other); }
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     MObject node_;
     MObject attribute_;
     int element_ = -1;

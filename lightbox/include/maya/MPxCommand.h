@@ -48,7 +48,7 @@ public:
     static MStatus appendToResult(const MString& result);
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     struct State;
     std::unique_ptr<State> state_;
 };

@@ -63,7 +63,7 @@ protected:
     MStatus setHelpString(const MString& str);
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     struct State;
     std::unique_ptr<State> state_;
 };

@@ -35,7 +35,7 @@ protected:
     MArgParser parser(MStatus* ReturnStatus = nullptr) const;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     struct ContextState;
 
     MStatus Create(const std::string& name, const MArgParser& arguments);

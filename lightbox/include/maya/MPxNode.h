@@ -62,6 +62,6 @@ public:
     static MStatus attributeAffects(const MObject& whenChanges, const MObject& isAffected);
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     lightbox::Node* node_ = nullptr;
 };

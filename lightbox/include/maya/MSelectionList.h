@@ -39,6 +39,6 @@ public:
                  MStatus* ReturnStatus = nullptr) const;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     std::vector<MObject> items_;
 };

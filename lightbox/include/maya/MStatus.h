@@ -41,7 +41,7 @@ public:
     void perror(const MString& context) const;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     MStatusCode code_ = kSuccess;
     std::string text_;
 };

@@ -70,7 +70,7 @@ public:
     double asDouble() const;
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     std::string text_;
 };
 

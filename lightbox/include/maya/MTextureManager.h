@@ -66,7 +66,7 @@ public:
     MStatus update(const void* pixelData, bool generateMipMaps, unsigned int rowPitch = 0);
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     friend class MTextureManager;
     struct State;
     explicit MTexture(std::unique_ptr<State> state);

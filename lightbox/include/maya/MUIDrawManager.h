@@ -49,7 +49,7 @@ public:
                 bool dynamic = false);
 
 private:
-    friend class lightbox::Access;
+    friend class lightbox::ApiBridge;
     struct State;
     explicit MUIDrawManager(std::unique_ptr<State> state);
 

@@ -1,7 +1,7 @@
 // Windows that scripts build, and what they answer when they are asked.
 
 #include "ControlsFixture.h"
-#include "shell/WindowCommands.h"
+#include "shell/Registration.h"
 
 #include <QLineEdit>
 #include <QPushButton>

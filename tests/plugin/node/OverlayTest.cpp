@@ -2,7 +2,7 @@
 #include "host/Settings.h"
 #include "lightbox/FakeWindow.h"
 #include "node/BaseNode.h"
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "plugin/PluginTest.h"
 #include "scene/CameraView.h"
 
@@ -13,7 +13,7 @@ namespace vellix {
 
 namespace {
 
-using lightbox::Access;
+using lightbox::ApiBridge;
 using lightbox::CameraView;
 
 class OverlayTest : public PluginTest {
@@ -31,9 +31,9 @@ protected:
     /// Updates the overlay as drawing in Viewport 2.0 does.
     void Update(const FakeView& view) {
         const CameraView camera(*view.Camera(), view.Width(), view.Height());
-        const auto context = Access::MakeFrameContext(view, camera);
-        Node().UpdateOverlayValues(Access::Wrap(*view.Camera()), view.Width(), view.Height(), true);
-        Node().UpdateOverlayPan(Access::Wrap(*view.Camera()), *context);
+        const auto context = ApiBridge::MakeFrameContext(view, camera);
+        Node().UpdateOverlayValues(ApiBridge::Wrap(*view.Camera()), view.Width(), view.Height(), true);
+        Node().UpdateOverlayPan(ApiBridge::Wrap(*view.Camera()), *context);
     }
     void Update(int width, int height, const char* camera = "perspShape") {
         Update(FakeView("modelPanel4", camera, QSize(width, height)));

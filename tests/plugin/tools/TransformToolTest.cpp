@@ -1,4 +1,4 @@
-#include "openmaya/Access.h"
+#include "openmaya/ApiBridge.h"
 #include "paint/Stroke.h"
 #include "plugin/tools/TransformFixture.h"
 
@@ -194,9 +194,9 @@ TEST_F(TransformToolTest, OnlyAPressInTheTransformStageBeginsADrag) {
     Release({450, 500});
 
     // Neither the left button nor the middle one.
-    MEvent press = lightbox::Access::MakeEvent(100, 300, HEIGHT, 0, 0);
+    MEvent press = lightbox::ApiBridge::MakeEvent(100, 300, HEIGHT, 0, 0);
     Tool().doPress(press);
-    MEvent drag = lightbox::Access::MakeEvent(180, 310, HEIGHT, 0, 0);
+    MEvent drag = lightbox::ApiBridge::MakeEvent(180, 310, HEIGHT, 0, 0);
     Tool().doDrag(drag);
     Tool().doRelease(drag);
     EXPECT_EQ(QPoint(CurrentStroke()->offsetX, CurrentStroke()->offsetY), QPoint(0, 0));

@@ -1,4 +1,4 @@
-#include "controls/ControlCommands.h"
+#include "controls/Registration.h"
 
 #include <initializer_list>
 

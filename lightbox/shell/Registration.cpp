@@ -1,6 +1,6 @@
-#include "shell/WindowCommands.h"
+#include "shell/Registration.h"
 
-#include "controls/ControlCommands.h"
+#include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
 #include "viewport/PanelCommands.h"
 

@@ -1,4 +1,4 @@
-#include "formats/KeptContent.h"
+#include "formats/PreservedContent.h"
 
 #include "scene/Node.h"
 
@@ -6,23 +6,23 @@
 
 namespace lightbox {
 
-KeptContent::OfNode& KeptContent::Of(const Node& node) {
+PreservedContent::NodeContent& PreservedContent::Of(const Node& node) {
     return nodes_[node.Serial()];
 }
 
-const KeptContent::OfNode* KeptContent::Find(const Node& node) const {
+const PreservedContent::NodeContent* PreservedContent::Find(const Node& node) const {
     const auto found = nodes_.find(node.Serial());
     return found == nodes_.end() ? nullptr : &found->second;
 }
 
-void KeptContent::Move(const Node& from, const Node& to) {
+void PreservedContent::Move(const Node& from, const Node& to) {
     if (auto moved = nodes_.extract(from.Serial())) {
         moved.key() = to.Serial();
         nodes_.insert(std::move(moved));
     }
 }
 
-KeptContent::DefaultBlock& KeptContent::BlockOf(const std::string& defaultNode) {
+PreservedContent::DefaultBlock& PreservedContent::BlockOf(const std::string& defaultNode) {
     const auto found = std::find_if(defaultBlocks.begin(), defaultBlocks.end(),
                                     [&](const DefaultBlock& block) { return block.node == defaultNode; });
     if (found != defaultBlocks.end()) {
@@ -32,8 +32,8 @@ KeptContent::DefaultBlock& KeptContent::BlockOf(const std::string& defaultNode) 
     return defaultBlocks.back();
 }
 
-void KeptContent::Clear() {
-    *this = KeptContent();
+void PreservedContent::Clear() {
+    *this = PreservedContent();
 }
 
 } // namespace lightbox

@@ -1,14 +1,10 @@
+#include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "commands/SceneCommands.h"
 #include "formats/FileReader.h"
-#include "formats/ReferenceList.h"
 #include "formats/SceneFiles.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Host.h"
 #include "scene/PluginLoader.h"
-#include "scene/Scene.h"
-
-#include <algorithm>
 
 namespace lightbox::mel {
 namespace {
@@ -54,44 +50,9 @@ Value FileInfo(CommandCall& call) {
     return {};
 }
 
-/// The reference that a name, a file or one of its nodes stands for.
-const Reference& ReferenceOf(const CommandCall& call, const std::string& text) {
-    const ReferenceList& references = call.GetHost().files().references();
-    const Reference* found = references.Find(text);
-    if (!found) {
-        found = references.Find(NodeNamed(call, text)->reference);
-    }
-    if (!found) {
-        call.Fail("'" + text + "' does not belong to a reference.");
-    }
-    return *found;
-}
-
-Value ReferenceQuery(CommandCall& call) {
-    const std::string text = call.Object(0).AsString();
-    const ReferenceList& references = call.GetHost().files().references();
-    if (call.Has("-isNodeReferenced")) {
-        return !NodeNamed(call, text)->reference.empty();
-    }
-    const Reference& reference = ReferenceOf(call, text);
-    if (call.Has("-filename")) {
-        return reference.path;
-    }
-    if (call.Has("-referenceNode")) {
-        return reference.name;
-    }
-    if (call.Has("-isLoaded")) {
-        return reference.isLoaded;
-    }
-    if (call.Has("-namespace")) {
-        return ":" + reference.nameSpace;
-    }
-    return ShownNames(references.NodesOf(reference.name));
-}
-
 } // namespace
 
-void RegisterSceneFileCommands(CommandRegistry& registry) {
+void RegisterSceneHeaderCommands(CommandRegistry& registry) {
     AddHostCommand(registry, "requires",
                    SyntaxBuilder()
                        .Flag("-nt", "-nodeType", MSyntax::kString)
@@ -102,16 +63,6 @@ void RegisterSceneFileCommands(CommandRegistry& registry) {
                    Requires);
     AddHostCommand(registry, "fileInfo",
                    SyntaxBuilder().Flag("-rm", "-remove", MSyntax::kString).Query().Objects(0, 2), FileInfo);
-    AddHostCommand(registry, "referenceQuery",
-                   SyntaxBuilder()
-                       .Flag("-inr", "-isNodeReferenced")
-                       .Flag("-f", "-filename")
-                       .Flag("-rfn", "-referenceNode")
-                       .Flag("-il", "-isLoaded")
-                       .Flag("-ns", "-namespace")
-                       .Flag("-n", "-nodes")
-                       .Objects(1, 1),
-                   ReferenceQuery);
 }
 
 } // namespace lightbox::mel

@@ -1,4 +1,4 @@
-#include "mel/LanguageCommands.h"
+#include "mel/Registration.h"
 
 #include "mel/Interpreter.h"
 
@@ -9,7 +9,7 @@ void RegisterLanguageCommands(CommandRegistry& registry) {
     RegisterMathCommands(registry);
     RegisterStringCommands(registry);
     RegisterArrayCommands(registry);
-    RegisterFileCommands(registry);
+    RegisterDiskFileCommands(registry);
     RegisterSystemCommands(registry);
     RegisterSessionCommands(registry);
 }

@@ -11,7 +11,7 @@ class DataValue;
 
 /// One `setAttr` of a scene file: the flags and the value of a plug, in a form that no file format shows
 /// through.
-struct Setting {
+struct PlugSetting {
     /// The plug below its node, with indexes and ranges: "tx", "w[3]", "ktv[0:4]".
     std::string path;
     std::optional<bool> locked;

@@ -10,7 +10,7 @@ class Runtime;
 class SourceText;
 
 /// One running text or procedure: its local variables and where it is.
-struct Frame {
+struct CallFrame {
     Runtime& runtime;
     const SourceText& source;
     /// The local variables; the parser has numbered them.

@@ -1,4 +1,4 @@
-#include "formats/FileOperationScope.h"
+#include "formats/FileOperation.h"
 
 #include "formats/SceneFiles.h"
 #include "scene/EventBus.h"

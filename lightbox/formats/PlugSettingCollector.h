@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 #include "scene/Plug.h"
 
 #include <vector>
@@ -9,12 +9,12 @@ namespace lightbox {
 
 /// Finds what has to be written down of a node so that a new node of its type becomes the same: values that
 /// differ from their default, and flags that differ from the attribute's.
-class SettingCollector {
+class PlugSettingCollector {
 public:
-    static std::vector<Setting> Collect(const std::shared_ptr<Node>& node);
+    static std::vector<PlugSetting> Collect(const std::shared_ptr<Node>& node);
 
 private:
-    explicit SettingCollector(std::shared_ptr<Node> node)
+    explicit PlugSettingCollector(std::shared_ptr<Node> node)
         : node_(std::move(node)) {}
 
     void AddAttribute(const std::shared_ptr<Attribute>& attribute, int element);
@@ -30,11 +30,11 @@ private:
     const AttributeValue* ValueOf(const Attribute& attribute, int element) const;
     /// Appends the numbers of everything below; false when there is something that is no number.
     bool Numbers(const Attribute& attribute, int element, std::vector<double>& numbers, bool& anySet) const;
-    Setting Begin(const std::shared_ptr<Attribute>& attribute, int element) const;
-    static void FillValue(const Attribute& attribute, const AttributeValue& value, Setting& setting);
+    PlugSetting Begin(const std::shared_ptr<Attribute>& attribute, int element) const;
+    static void FillValue(const Attribute& attribute, const AttributeValue& value, PlugSetting& setting);
 
     std::shared_ptr<Node> node_;
-    std::vector<Setting> settings_;
+    std::vector<PlugSetting> settings_;
 };
 
 } // namespace lightbox

@@ -13,7 +13,7 @@ class Node;
 
 /// What was read from scene files but means nothing here: node types, attributes, data types and statements
 /// of other programs and of plug-ins that are not loaded. It is kept as it was and written back.
-class KeptContent {
+class PreservedContent {
 public:
     /// A value of a plug-in's data type in the binary form, which only the plug-in can turn into anything
     /// else.
@@ -23,7 +23,7 @@ public:
         std::string bytes;
     };
     /// What is kept with one node, written inside its block.
-    struct OfNode {
+    struct NodeContent {
         std::vector<std::string> statements; ///< whole statements without their indent and semicolon
         std::vector<BinaryValue> values;
     };
@@ -47,8 +47,8 @@ public:
         std::vector<std::string> statements;
     };
 
-    OfNode& Of(const Node& node);
-    const OfNode* Find(const Node& node) const;
+    NodeContent& Of(const Node& node);
+    const NodeContent* Find(const Node& node) const;
     /// Hands what is kept with one node to the node that takes its place.
     void Move(const Node& from, const Node& to);
     DefaultBlock& BlockOf(const std::string& defaultNode);
@@ -60,7 +60,7 @@ public:
     std::vector<std::string> statements; ///< at the top level of the file
 
 private:
-    std::map<std::uint64_t, OfNode> nodes_; ///< by the node's serial
+    std::map<std::uint64_t, NodeContent> nodes_; ///< by the node's serial
 };
 
 } // namespace lightbox

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 #include "scene/Plug.h"
 
 #include <memory>
@@ -14,7 +14,7 @@ class MeshData;
 
 /// The published attributes of a mesh's geometry (vrts, pnts, edge, face, normals, uvSet), which the node
 /// holds as one value: how scene files say them, and setAttr and getAttr.
-class MeshSettings {
+class MeshPlugSettings {
 public:
     /// Whether the path leads to an attribute of the geometry: "vt[0:7]", "uvst[0].uvsp[0:13]".
     static bool Handles(const Node& node, const std::string& path);
@@ -26,12 +26,12 @@ public:
 
     /// Changes the mesh as the setting says. Throws SceneError for a path or value that does not fit and
     /// leaves the mesh as it is.
-    static void Change(MeshData& mesh, const Setting& setting);
+    static void Change(MeshData& mesh, const PlugSetting& setting);
     /// What `getAttr` answers: the numbers of the elements of a path; nothing for elements that are not
     /// there. The number of all elements for a path without an index stands in `count`.
     static std::vector<double> Numbers(const MeshData& mesh, const std::string& path, std::size_t& count);
     /// The statements that make the mesh.
-    static std::vector<Setting> Collect(const MeshData& mesh);
+    static std::vector<PlugSetting> Collect(const MeshData& mesh);
 };
 
 } // namespace lightbox

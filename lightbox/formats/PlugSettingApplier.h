@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 #include "scene/Edit.h"
 #include "scene/Plug.h"
 #include "scene/SceneError.h"
@@ -20,20 +20,20 @@ public:
 };
 
 /// Puts a setting onto a node.
-class SettingApplier {
+class PlugSettingApplier {
 public:
     /// How the scene is changed: as an edit that can be undone and that locks and connections refuse, or as
     /// part of reading a file, where what is stored goes in whatever is locked.
-    enum class Manner { Edit, Read };
+    enum class ApplyMode { Edit, Read };
 
     /// `outOfRange` is for edits; what is read is clamped.
-    SettingApplier(Host& host, Manner manner, edit::OutOfRange outOfRange = edit::OutOfRange::Refuse)
+    PlugSettingApplier(Host& host, ApplyMode mode, edit::OutOfRange outOfRange = edit::OutOfRange::Refuse)
         : host_(host)
-        , manner_(manner)
+        , mode_(mode)
         , outOfRange_(outOfRange) {}
 
     /// Throws SceneError; the plugs that were set before the fault stay set.
-    void Apply(const std::shared_ptr<Node>& node, const Setting& setting);
+    void Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting);
 
     /// The plugs that a path stands for, one or those of a range; UnknownAttributeError when there are none.
     /// A range is never longer than `longestRange`.
@@ -41,15 +41,15 @@ public:
                                      std::size_t longestRange);
 
 private:
-    void ChangeMesh(const std::shared_ptr<Node>& node, const Setting& setting);
-    void SetFlags(const Plug& plug, const Setting& setting, bool beforeValue);
+    void ChangeMesh(const std::shared_ptr<Node>& node, const PlugSetting& setting);
+    void SetFlags(const Plug& plug, const PlugSetting& setting, bool beforeValue);
     void SetFlag(const Plug& plug, const std::optional<bool>& state, edit::PlugFlag flag);
-    void SetNumbers(const std::vector<Plug>& plugs, const Setting& setting);
-    void SetWhole(const Plug& plug, const Setting& setting);
+    void SetNumbers(const std::vector<Plug>& plugs, const PlugSetting& setting);
+    void SetWhole(const Plug& plug, const PlugSetting& setting);
     void Store(const Plug& plug, const AttributeValue& value);
 
     Host& host_;
-    Manner manner_;
+    ApplyMode mode_;
     edit::OutOfRange outOfRange_;
 };
 

@@ -1,6 +1,6 @@
-#include "formats/SettingApplier.h"
+#include "formats/PlugSettingApplier.h"
 
-#include "formats/MeshSettings.h"
+#include "formats/MeshPlugSettings.h"
 #include "scene/DataValue.h"
 #include "scene/Edit.h"
 #include "scene/Host.h"
@@ -79,8 +79,8 @@ std::vector<Plug> NumberPlugs(const Plug& plug) {
 
 } // namespace
 
-std::vector<Plug> SettingApplier::Resolve(const std::shared_ptr<Node>& node, const std::string& path,
-                                          std::size_t longestRange) {
+std::vector<Plug> PlugSettingApplier::Resolve(const std::shared_ptr<Node>& node, const std::string& path,
+                                              std::size_t longestRange) {
     std::shared_ptr<Attribute> attribute;
     PathPart elements;
     for (const PathPart& part : SplitPath(path)) {
@@ -106,8 +106,8 @@ std::vector<Plug> SettingApplier::Resolve(const std::shared_ptr<Node>& node, con
     return plugs;
 }
 
-void SettingApplier::Apply(const std::shared_ptr<Node>& node, const Setting& setting) {
-    if (MeshSettings::Handles(*node, setting.path)) {
+void PlugSettingApplier::Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting) {
+    if (MeshPlugSettings::Handles(*node, setting.path)) {
         ChangeMesh(node, setting);
         return;
     }
@@ -133,10 +133,10 @@ void SettingApplier::Apply(const std::shared_ptr<Node>& node, const Setting& set
     }
 }
 
-void SettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const Setting& setting) {
+void PlugSettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const PlugSetting& setting) {
     const Plug plug = MeshNode::OwnPlug(node);
     std::shared_ptr<const MeshData> own = MeshNode::Own(*node);
-    if (manner_ == Manner::Read && own) {
+    if (mode_ == ApplyMode::Read && own) {
         // A file brings a mesh in many statements: while nobody else holds it, it grows where it is.
         plug.Store(std::nullopt);
         if (own.use_count() == 1) {
@@ -144,7 +144,7 @@ void SettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const Setting
             mesh->BeginChange();
             const auto store = [&] { plug.Store(std::shared_ptr<const MeshData>(mesh)); };
             try {
-                MeshSettings::Change(*mesh, setting);
+                MeshPlugSettings::Change(*mesh, setting);
             } catch (...) {
                 store();
                 throw;
@@ -155,11 +155,11 @@ void SettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const Setting
         plug.Store(own);
     }
     const auto mesh = own ? std::make_shared<MeshData>(*own) : std::make_shared<MeshData>();
-    MeshSettings::Change(*mesh, setting);
+    MeshPlugSettings::Change(*mesh, setting);
     Store(plug, std::shared_ptr<const MeshData>(mesh));
 }
 
-void SettingApplier::SetFlags(const Plug& plug, const Setting& setting, bool beforeValue) {
+void PlugSettingApplier::SetFlags(const Plug& plug, const PlugSetting& setting, bool beforeValue) {
     // An unlocked plug is unlocked before it is set, and locked after.
     if (setting.locked && *setting.locked != beforeValue) {
         SetFlag(plug, setting.locked, edit::PlugFlag::Locked);
@@ -170,18 +170,18 @@ void SettingApplier::SetFlags(const Plug& plug, const Setting& setting, bool bef
     }
 }
 
-void SettingApplier::SetFlag(const Plug& plug, const std::optional<bool>& state, edit::PlugFlag which) {
+void PlugSettingApplier::SetFlag(const Plug& plug, const std::optional<bool>& state, edit::PlugFlag which) {
     if (!state) {
         return;
     }
-    if (manner_ == Manner::Edit) {
+    if (mode_ == ApplyMode::Edit) {
         edit::SetPlugFlag(host_, plug, which, *state);
     } else {
         edit::StorePlugFlag(plug, which, *state);
     }
 }
 
-void SettingApplier::SetNumbers(const std::vector<Plug>& plugs, const Setting& setting) {
+void PlugSettingApplier::SetNumbers(const std::vector<Plug>& plugs, const PlugSetting& setting) {
     std::vector<Plug> targets;
     for (const Plug& plug : plugs) {
         const std::vector<Plug> below = plug.IsArray() ? std::vector<Plug>{} : NumberPlugs(plug);
@@ -205,7 +205,7 @@ void SettingApplier::SetNumbers(const std::vector<Plug>& plugs, const Setting& s
     }
 }
 
-void SettingApplier::SetWhole(const Plug& plug, const Setting& setting) {
+void PlugSettingApplier::SetWhole(const Plug& plug, const PlugSetting& setting) {
     if (setting.type == "string" && setting.texts.size() == 1) {
         Store(plug, setting.texts.front());
     } else if (setting.type == "stringArray") {
@@ -217,8 +217,8 @@ void SettingApplier::SetWhole(const Plug& plug, const Setting& setting) {
     }
 }
 
-void SettingApplier::Store(const Plug& plug, const AttributeValue& value) {
-    if (manner_ == Manner::Edit) {
+void PlugSettingApplier::Store(const Plug& plug, const AttributeValue& value) {
+    if (mode_ == ApplyMode::Edit) {
         edit::SetPlug(host_, plug, value, outOfRange_);
         return;
     }

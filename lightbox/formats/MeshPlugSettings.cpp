@@ -1,4 +1,4 @@
-#include "formats/MeshSettings.h"
+#include "formats/MeshPlugSettings.h"
 
 #include "formats/FaceText.h"
 #include "scene/MeshData.h"
@@ -23,7 +23,7 @@ enum class Part { Vertices, Tweaks, Edges, Faces, Normals, UvSets, None };
 /// Elements that one statement holds, as other programs have it: lines stay short enough for all readers.
 constexpr std::size_t ELEMENTS_PER_STATEMENT = 166;
 constexpr std::size_t FACES_PER_STATEMENT = 500;
-constexpr int MOST_UV_SETS = 1024;
+constexpr int MAX_UV_SETS = 1024;
 
 Part PartOf(const std::string& name) {
     struct Names {
@@ -103,7 +103,7 @@ int AxisOf(const std::string& child) {
     return -1;
 }
 
-std::size_t CheckedCount(const Setting& setting, int first, int last, std::size_t perElement) {
+std::size_t CheckedCount(const PlugSetting& setting, int first, int last, std::size_t perElement) {
     const auto count = static_cast<std::size_t>(static_cast<long long>(last) - first + 1);
     if (first < 0 || setting.numbers.size() != count * perElement) {
         Refuse(setting.path, "takes " + std::to_string(perElement) + " numbers for each element.");
@@ -113,7 +113,7 @@ std::size_t CheckedCount(const Setting& setting, int first, int last, std::size_
 
 /// Makes room for elements that follow those that are there.
 template <class Elements>
-void Reach(Elements& elements, const Setting& setting, int first, std::size_t count) {
+void Reach(Elements& elements, const PlugSetting& setting, int first, std::size_t count) {
     const auto begin = static_cast<std::size_t>(first);
     if (begin > elements.size()) {
         Refuse(setting.path, "leaves out elements before it.");
@@ -121,7 +121,7 @@ void Reach(Elements& elements, const Setting& setting, int first, std::size_t co
     elements.resize(std::max(elements.size(), begin + count));
 }
 
-void SetPoints(std::vector<V3f>& points, const Setting& setting, const Target& target) {
+void SetPoints(std::vector<V3f>& points, const PlugSetting& setting, const Target& target) {
     if (const int axis = AxisOf(target.child); axis >= 0) {
         if (setting.numbers.size() != 1 || target.first < 0 ||
             static_cast<std::size_t>(target.first) >= points.size()) {
@@ -139,7 +139,7 @@ void SetPoints(std::vector<V3f>& points, const Setting& setting, const Target& t
     }
 }
 
-void SetTweaks(MeshData& mesh, const Setting& setting, const Target& target) {
+void SetTweaks(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     if (const int axis = AxisOf(target.child); axis >= 0) {
         if (setting.numbers.size() != 1 || target.first < 0) {
             Refuse(setting.path, "cannot be set.");
@@ -160,7 +160,7 @@ int Whole(double number) {
     return static_cast<int>(std::clamp(number, -2147483648.0, 2147483647.0));
 }
 
-void SetEdges(MeshData& mesh, const Setting& setting, const Target& target) {
+void SetEdges(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     const std::size_t count = CheckedCount(setting, target.first, target.last, 3);
     Reach(mesh.edges, setting, target.first, count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -171,7 +171,7 @@ void SetEdges(MeshData& mesh, const Setting& setting, const Target& target) {
 }
 
 MeshData::UvSet& UvSetAt(MeshData& mesh, int index, const std::string& path) {
-    if (index < 0 || index >= MOST_UV_SETS) {
+    if (index < 0 || index >= MAX_UV_SETS) {
         Refuse(path, "has an index that cannot be.");
     }
     const auto count = static_cast<std::size_t>(index) + 1;
@@ -179,7 +179,7 @@ MeshData::UvSet& UvSetAt(MeshData& mesh, int index, const std::string& path) {
     return mesh.uvSets[count - 1];
 }
 
-void SetUvs(MeshData& mesh, const Setting& setting, const Target& target) {
+void SetUvs(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     if (target.child == "uvsn" || target.child == "uvSetName") {
         if (setting.texts.size() != 1) {
             Refuse(setting.path, "takes a text.");
@@ -199,7 +199,7 @@ void SetUvs(MeshData& mesh, const Setting& setting, const Target& target) {
     }
 }
 
-void AddFaces(MeshData& mesh, const Setting& setting, const Target& target) {
+void AddFaces(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     const auto count = static_cast<std::size_t>(static_cast<long long>(target.last) - target.first + 1);
     if (setting.texts.size() != count || target.first < 0) {
         Refuse(setting.path, "announces another number of faces than it has.");
@@ -216,17 +216,17 @@ void AddFaces(MeshData& mesh, const Setting& setting, const Target& target) {
         MeshData::FaceExtra extra{face.Holes(), {}};
         for (const FaceText::Uvs& uvs : face.UvSets()) {
             const bool isCommon =
-                uvs.set >= 0 && uvs.set < MOST_UV_SETS && uvs.ids.size() == face.Edges().size();
+                uvs.set >= 0 && uvs.set < MAX_UV_SETS && uvs.ids.size() == face.Edges().size();
             if (!isCommon) {
-                extra.kept.push_back(uvs.Text());
+                extra.otherParts.push_back(uvs.Text());
                 continue;
             }
             MeshData::UvSet& set = UvSetAt(mesh, uvs.set, setting.path);
             set.faces.push_back(index);
             set.ids.insert(set.ids.end(), uvs.ids.begin(), uvs.ids.end());
         }
-        extra.kept.insert(extra.kept.end(), face.Kept().begin(), face.Kept().end());
-        if (!extra.holes.empty() || !extra.kept.empty()) {
+        extra.otherParts.insert(extra.otherParts.end(), face.OtherParts().begin(), face.OtherParts().end());
+        if (!extra.holes.empty() || !extra.otherParts.empty()) {
             mesh.faceExtras.emplace(index, std::move(extra));
         }
     }
@@ -241,11 +241,11 @@ double Shortest(float number) {
 }
 
 template <std::size_t N, class NumberOf>
-void CollectRun(std::vector<Setting>& settings, const std::string& name, std::size_t first, std::size_t count,
-                const char* type, const NumberOf& numberOf) {
+void CollectRun(std::vector<PlugSetting>& settings, const std::string& name, std::size_t first,
+                std::size_t count, const char* type, const NumberOf& numberOf) {
     for (std::size_t begin = 0; begin < count; begin += ELEMENTS_PER_STATEMENT) {
         const std::size_t end = std::min(count, begin + ELEMENTS_PER_STATEMENT);
-        Setting setting;
+        PlugSetting setting;
         setting.path = name + "[" + std::to_string(first + begin);
         setting.path += end - begin > 1 ? ":" + std::to_string(first + end - 1) + "]" : "]";
         if (begin == 0 && count > 1) {
@@ -262,12 +262,12 @@ void CollectRun(std::vector<Setting>& settings, const std::string& name, std::si
     }
 }
 
-void CollectUvSets(std::vector<Setting>& settings, const MeshData& mesh) {
+void CollectUvSets(std::vector<PlugSetting>& settings, const MeshData& mesh) {
     for (std::size_t index = 0; index < mesh.uvSets.size(); ++index) {
         const MeshData::UvSet& set = mesh.uvSets[index];
         const std::string path = "uvst[" + std::to_string(index) + "].";
         if (!set.name.empty()) {
-            Setting name;
+            PlugSetting name;
             name.path = path + "uvsn";
             name.hasValue = true;
             name.type = "string";
@@ -279,7 +279,7 @@ void CollectUvSets(std::vector<Setting>& settings, const MeshData& mesh) {
     }
 }
 
-void CollectTweaks(std::vector<Setting>& settings, const MeshData& mesh) {
+void CollectTweaks(std::vector<PlugSetting>& settings, const MeshData& mesh) {
     auto begin = mesh.tweaks.begin();
     while (begin != mesh.tweaks.end()) {
         std::vector<V3f> run{begin->second};
@@ -294,7 +294,7 @@ void CollectTweaks(std::vector<Setting>& settings, const MeshData& mesh) {
     }
 }
 
-void CollectFaces(std::vector<Setting>& settings, const MeshData& mesh) {
+void CollectFaces(std::vector<PlugSetting>& settings, const MeshData& mesh) {
     struct Cursor {
         std::size_t face = 0;
         std::size_t id = 0;
@@ -302,7 +302,7 @@ void CollectFaces(std::vector<Setting>& settings, const MeshData& mesh) {
     std::vector<Cursor> cursors(mesh.uvSets.size());
     for (std::size_t begin = 0; begin < mesh.FaceCount(); begin += FACES_PER_STATEMENT) {
         const std::size_t end = std::min(mesh.FaceCount(), begin + FACES_PER_STATEMENT);
-        Setting setting;
+        PlugSetting setting;
         setting.path = "fc[" + std::to_string(begin);
         setting.path += end - begin > 1 ? ":" + std::to_string(end - 1) + "]" : "]";
         if (begin == 0 && mesh.FaceCount() > 1) {
@@ -332,7 +332,7 @@ void CollectFaces(std::vector<Setting>& settings, const MeshData& mesh) {
                 }
             }
             if (extra != mesh.faceExtras.end()) {
-                for (const std::string& kept : extra->second.kept) {
+                for (const std::string& kept : extra->second.otherParts) {
                     text += "\n" + kept;
                 }
             }
@@ -344,16 +344,16 @@ void CollectFaces(std::vector<Setting>& settings, const MeshData& mesh) {
 
 } // namespace
 
-bool MeshSettings::Handles(const Node& node, const std::string& path) {
+bool MeshPlugSettings::Handles(const Node& node, const std::string& path) {
     return MeshNode::Is(node) && PartOf(HeadOf(path)) != Part::None;
 }
 
-bool MeshSettings::IsLength(const std::string& path) {
+bool MeshPlugSettings::IsLength(const std::string& path) {
     const Part part = PartOf(HeadOf(path));
     return part == Part::Vertices || part == Part::Tweaks;
 }
 
-bool MeshSettings::IsCarriedAlong(const Node& node, const std::string& path) {
+bool MeshPlugSettings::IsCarriedAlong(const Node& node, const std::string& path) {
     static const std::set<std::string> NAMES{"cd",   "creaseData",
                                              "cvd",  "creaseVertexData",
                                              "pd",   "pinData",
@@ -369,7 +369,7 @@ bool MeshSettings::IsCarriedAlong(const Node& node, const std::string& path) {
     return MeshNode::Is(node) && NAMES.count(head) > 0;
 }
 
-void MeshSettings::Change(MeshData& mesh, const Setting& setting) {
+void MeshPlugSettings::Change(MeshData& mesh, const PlugSetting& setting) {
     if (!setting.hasValue) {
         return;
     }
@@ -395,7 +395,8 @@ void MeshSettings::Change(MeshData& mesh, const Setting& setting) {
     }
 }
 
-std::vector<double> MeshSettings::Numbers(const MeshData& mesh, const std::string& path, std::size_t& count) {
+std::vector<double> MeshPlugSettings::Numbers(const MeshData& mesh, const std::string& path,
+                                              std::size_t& count) {
     const Target target = Parse(path);
     std::vector<double> numbers;
     const auto addPoints = [&](const auto& points, int first, int last, int size) {
@@ -446,8 +447,8 @@ std::vector<double> MeshSettings::Numbers(const MeshData& mesh, const std::strin
     return numbers;
 }
 
-std::vector<Setting> MeshSettings::Collect(const MeshData& mesh) {
-    std::vector<Setting> settings;
+std::vector<PlugSetting> MeshPlugSettings::Collect(const MeshData& mesh) {
+    std::vector<PlugSetting> settings;
     CollectUvSets(settings, mesh);
     CollectTweaks(settings, mesh);
     CollectRun<3>(settings, "vt", 0, mesh.vertices.size(), "",

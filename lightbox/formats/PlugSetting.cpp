@@ -1,4 +1,4 @@
-#include "formats/Setting.h"
+#include "formats/PlugSetting.h"
 
 #include <map>
 

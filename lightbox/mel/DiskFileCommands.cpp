@@ -1,7 +1,7 @@
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
-#include "mel/LanguageCommands.h"
 #include "mel/OpenFiles.h"
+#include "mel/Registration.h"
 #include "mel/SyntaxBuilder.h"
 
 #include <QDir>
@@ -181,7 +181,7 @@ Value WorkingFolder(CommandCall&) {
 
 } // namespace
 
-void RegisterFileCommands(CommandRegistry& registry) {
+void RegisterDiskFileCommands(CommandRegistry& registry) {
     RegisterOpenFiles(registry);
     registry.Register("filetest",
                       SyntaxBuilder()

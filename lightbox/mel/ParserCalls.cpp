@@ -1,6 +1,8 @@
 #include "mel/CallExpressions.h"
 #include "mel/OperatorExpressions.h"
-#include "mel/ParserScopes.h"
+#include "mel/Parser.h"
+
+#include <QScopedValueRollback>
 
 #include <cstring>
 
@@ -35,7 +37,7 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
     // name (...) is a function call, unless more arguments follow: then the parenthesis is only the first.
     ExpressionList arguments;
     {
-        const During<bool> outside(inBackquotes_, false);
+        const QScopedValueRollback<bool> outside(inBackquotes_, false);
         Expect(TokenKind::LeftParen, "\"(\"");
         arguments = ParseExpressionList(TokenKind::RightParen);
         Expect(TokenKind::RightParen, "\")\"");
@@ -44,17 +46,17 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
         return ParseCommand(name, std::move(arguments.front()));
     }
     ExpressionPtr call = Bounded(std::make_unique<CallExpression>(
-        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<Spelling>(), &scope_));
+        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<ArgumentForm>(), &scope_));
     return ParseExpression(ParseComponents(std::move(call)));
 }
 
 ExpressionPtr Parser::ParseFunctionCall(const Token& name) {
     Expect(TokenKind::LeftParen, "\"(\"");
-    const During<bool> outside(inBackquotes_, false);
+    const QScopedValueRollback<bool> outside(inBackquotes_, false);
     ExpressionList arguments = ParseExpressionList(TokenKind::RightParen);
     Expect(TokenKind::RightParen, "\")\"");
-    return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
-                                                    std::move(arguments), std::vector<Spelling>(), &scope_));
+    return Bounded(std::make_unique<CallExpression>(
+        name.begin, std::string(TextOf(name)), std::move(arguments), std::vector<ArgumentForm>(), &scope_));
 }
 
 /// catch(expression) or catch `command`
@@ -65,7 +67,7 @@ ExpressionPtr Parser::ParseCatch(const Token& name) {
         tried = ParseBackquoted();
     } else {
         Expect(TokenKind::LeftParen, "\"(\"");
-        const During<bool> outside(inBackquotes_, false);
+        const QScopedValueRollback<bool> outside(inBackquotes_, false);
         tried = ParseExpression();
         Expect(TokenKind::RightParen, "\")\"");
     }
@@ -73,11 +75,11 @@ ExpressionPtr Parser::ParseCatch(const Token& name) {
 }
 
 ExpressionPtr Parser::ParseBackquoted() {
-    const Nesting nesting(*this);
+    const QScopedValueRollback<int> nesting(nesting_, NextNesting());
     const Token open = lexer_.Take();
     ExpressionPtr command;
     {
-        const During<bool> inside(inBackquotes_, true);
+        const QScopedValueRollback<bool> inside(inBackquotes_, true);
         if (!NextIs(TokenKind::Identifier)) {
             Fail("Syntax error: a command is expected in back-quotes.", open.begin);
         }
@@ -123,25 +125,25 @@ bool Parser::BeginsArgument() {
 
 ExpressionPtr Parser::ParseCommand(const Token& name, ExpressionPtr first) {
     ExpressionList arguments;
-    std::vector<Spelling> spellings;
+    std::vector<ArgumentForm> forms;
     if (first) {
         arguments.push_back(std::move(first));
-        spellings.push_back(Spelling::Computed);
+        forms.push_back(ArgumentForm::Computed);
     }
     while (!AtArgumentEnd()) {
-        Spelling spelling = Spelling::Computed;
-        arguments.push_back(ParseArgument(spelling));
-        spellings.push_back(spelling);
+        ArgumentForm form = ArgumentForm::Computed;
+        arguments.push_back(ParseArgument(form));
+        forms.push_back(form);
     }
     return Bounded(std::make_unique<CallExpression>(name.begin, std::string(TextOf(name)),
-                                                    std::move(arguments), std::move(spellings), &scope_));
+                                                    std::move(arguments), std::move(forms), &scope_));
 }
 
-ExpressionPtr Parser::ParseArgument(Spelling& spelling) {
+ExpressionPtr Parser::ParseArgument(ArgumentForm& form) {
     const char letter = lexer_.PeekCharacter();
     switch (letter) {
     case '"':
-        spelling = Spelling::Quoted;
+        form = ArgumentForm::Quoted;
         return ParseString();
     case '$':
         return ParseVariableArgument();
@@ -158,12 +160,12 @@ ExpressionPtr Parser::ParseArgument(Spelling& spelling) {
         Unexpected();
     case '-':
     case '+':
-        return ParseSignedArgument(spelling);
+        return ParseSignedArgument(form);
     default:
         if (!IsWordStart(letter)) {
             Unexpected();
         }
-        return ParseWord(spelling);
+        return ParseWord(form);
     }
 }
 
@@ -183,13 +185,13 @@ ExpressionPtr Parser::ParseVariableArgument() {
 }
 
 /// A negative number, a flag, or something negated.
-ExpressionPtr Parser::ParseSignedArgument(Spelling& spelling) {
+ExpressionPtr Parser::ParseSignedArgument(ArgumentForm& form) {
     const std::uint32_t begin = lexer_.RawPosition();
     const bool isMinus = lexer_.CharacterAfter(0) == '-';
     const char next = lexer_.CharacterAfter(1);
     const bool isNumber = IsDigit(next) || (next == '.' && IsDigit(lexer_.CharacterAfter(2)));
     if (isNumber || (isMinus && IsNameStart(next))) {
-        return ParseWord(spelling);
+        return ParseWord(form);
     }
     if (!isMinus || (next != '$' && next != '(')) {
         Unexpected();
@@ -202,12 +204,12 @@ ExpressionPtr Parser::ParseSignedArgument(Spelling& spelling) {
     return Bounded(std::make_unique<NegationExpression>(begin, std::move(operand)));
 }
 
-ExpressionPtr Parser::ParseWord(Spelling& spelling) {
+ExpressionPtr Parser::ParseWord(ArgumentForm& form) {
     const Token word = lexer_.TakeWord();
     const std::string_view text = TextOf(word);
     if (word.kind == TokenKind::Identifier) {
         if (text.size() > 1 && text[0] == '-' && IsNameStart(text[1])) {
-            spelling = Spelling::FlagWord;
+            form = ArgumentForm::FlagWord;
         }
         return std::make_unique<ConstantExpression>(word.begin, Value(text));
     }

@@ -1,6 +1,6 @@
-#include "formats/SettingCollector.h"
+#include "formats/PlugSettingCollector.h"
 
-#include "formats/MeshSettings.h"
+#include "formats/MeshPlugSettings.h"
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
 
@@ -9,15 +9,15 @@
 
 namespace lightbox {
 
-std::vector<Setting> SettingCollector::Collect(const std::shared_ptr<Node>& node) {
-    SettingCollector collector(node);
+std::vector<PlugSetting> PlugSettingCollector::Collect(const std::shared_ptr<Node>& node) {
+    PlugSettingCollector collector(node);
     for (const auto& attribute : node->Attributes()) {
         collector.AddAttribute(attribute, -1);
     }
     return std::move(collector.settings_);
 }
 
-void SettingCollector::AddAttribute(const std::shared_ptr<Attribute>& attribute, int element) {
+void PlugSettingCollector::AddAttribute(const std::shared_ptr<Attribute>& attribute, int element) {
     if (attribute->multi && element < 0) {
         AddArray(attribute);
     } else if (attribute->IsCompound()) {
@@ -27,14 +27,14 @@ void SettingCollector::AddAttribute(const std::shared_ptr<Attribute>& attribute,
     }
 }
 
-void SettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute) {
+void PlugSettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute) {
     AddPlain(attribute, -1);
     const std::vector<int> elements = node_->Elements(*attribute);
     std::size_t first = 0;
     while (first < elements.size()) {
         // Neighbours that are plain numbers share one statement, as arrays of keys would be endless
         // otherwise.
-        Setting run = Begin(attribute, elements[first]);
+        PlugSetting run = Begin(attribute, elements[first]);
         std::size_t last = first;
         bool anySet = false;
         while (last < elements.size() && elements[last] - elements[first] == static_cast<int>(last - first) &&
@@ -60,8 +60,8 @@ void SettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute) {
     }
 }
 
-void SettingCollector::AddCompound(const std::shared_ptr<Attribute>& attribute, int element) {
-    Setting whole = Begin(attribute, element);
+void PlugSettingCollector::AddCompound(const std::shared_ptr<Attribute>& attribute, int element) {
+    PlugSetting whole = Begin(attribute, element);
     bool anySet = false;
     bool childFlags = false;
     for (const auto& child : attribute->Children()) {
@@ -85,12 +85,12 @@ void SettingCollector::AddCompound(const std::shared_ptr<Attribute>& attribute, 
     }
 }
 
-void SettingCollector::AddPlain(const std::shared_ptr<Attribute>& attribute, int element) {
+void PlugSettingCollector::AddPlain(const std::shared_ptr<Attribute>& attribute, int element) {
     if (attribute->Kind() == AttributeKind::Mesh) {
         AddMesh(*attribute);
         return;
     }
-    Setting setting = Begin(attribute, element);
+    PlugSetting setting = Begin(attribute, element);
     const AttributeValue* value = attribute->multi && element < 0 ? nullptr : ValueOf(*attribute, element);
     if (value) {
         FillValue(*attribute, *value, setting);
@@ -100,32 +100,32 @@ void SettingCollector::AddPlain(const std::shared_ptr<Attribute>& attribute, int
     }
 }
 
-void SettingCollector::AddMesh(const Attribute& attribute) {
+void PlugSettingCollector::AddMesh(const Attribute& attribute) {
     const AttributeValue* value = ValueOf(attribute, -1);
     const auto* mesh = value ? std::get_if<std::shared_ptr<const MeshData>>(value) : nullptr;
     if (mesh && *mesh) {
-        std::vector<Setting> statements = MeshSettings::Collect(**mesh);
+        std::vector<PlugSetting> statements = MeshPlugSettings::Collect(**mesh);
         std::move(statements.begin(), statements.end(), std::back_inserter(settings_));
     }
 }
 
-const PlugState* SettingCollector::StateOf(const Attribute& attribute, int element) const {
+const PlugState* PlugSettingCollector::StateOf(const Attribute& attribute, int element) const {
     return node_->FindState(attribute, element);
 }
 
-bool SettingCollector::HasFlags(const Attribute& attribute, int element) const {
+bool PlugSettingCollector::HasFlags(const Attribute& attribute, int element) const {
     const PlugState* state = StateOf(attribute, element);
     return state && (state->locked || (state->keyable && *state->keyable != attribute.keyable) ||
                      (state->channelBox && *state->channelBox != attribute.channelBox));
 }
 
-bool SettingCollector::HasFlagsBelow(const Attribute& attribute, int element) const {
+bool PlugSettingCollector::HasFlagsBelow(const Attribute& attribute, int element) const {
     return HasFlags(attribute, element) ||
            std::any_of(attribute.Children().begin(), attribute.Children().end(),
                        [&](const auto& child) { return HasFlagsBelow(*child, element); });
 }
 
-const AttributeValue* SettingCollector::ValueOf(const Attribute& attribute, int element) const {
+const AttributeValue* PlugSettingCollector::ValueOf(const Attribute& attribute, int element) const {
     const PlugState* state = StateOf(attribute, element);
     if (!state || !state->isSet || !attribute.storable) {
         return nullptr;
@@ -134,8 +134,8 @@ const AttributeValue* SettingCollector::ValueOf(const Attribute& attribute, int 
     return element >= 0 || !(state->value == attribute.Default()) ? &state->value : nullptr;
 }
 
-bool SettingCollector::Numbers(const Attribute& attribute, int element, std::vector<double>& numbers,
-                               bool& anySet) const {
+bool PlugSettingCollector::Numbers(const Attribute& attribute, int element, std::vector<double>& numbers,
+                                   bool& anySet) const {
     if (attribute.IsCompound()) {
         const std::size_t before = numbers.size();
         for (const auto& child : attribute.Children()) {
@@ -157,8 +157,8 @@ bool SettingCollector::Numbers(const Attribute& attribute, int element, std::vec
     return true;
 }
 
-Setting SettingCollector::Begin(const std::shared_ptr<Attribute>& attribute, int element) const {
-    Setting setting;
+PlugSetting PlugSettingCollector::Begin(const std::shared_ptr<Attribute>& attribute, int element) const {
+    PlugSetting setting;
     setting.path = Plug(node_, attribute, element).AttributeName(false);
     if (const PlugState* state = StateOf(*attribute, element)) {
         if (state->locked) {
@@ -174,7 +174,8 @@ Setting SettingCollector::Begin(const std::shared_ptr<Attribute>& attribute, int
     return setting;
 }
 
-void SettingCollector::FillValue(const Attribute& attribute, const AttributeValue& value, Setting& setting) {
+void PlugSettingCollector::FillValue(const Attribute& attribute, const AttributeValue& value,
+                                     PlugSetting& setting) {
     setting.hasValue = true;
     setting.isBoolean = attribute.Kind() == AttributeKind::Bool;
     if (const double* number = std::get_if<double>(&value)) {

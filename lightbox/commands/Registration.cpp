@@ -1,4 +1,4 @@
-#include "commands/SceneCommands.h"
+#include "commands/Registration.h"
 
 namespace lightbox::mel {
 
@@ -23,7 +23,8 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterKeyClipboardCommands(registry);
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
-    RegisterSceneFileCommands(registry);
+    RegisterSceneHeaderCommands(registry);
+    RegisterReferenceQueryCommand(registry);
     RegisterPolygonCommands(registry);
     RegisterMaterialCommands(registry);
     RegisterViewCommands(registry);

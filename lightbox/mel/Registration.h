@@ -9,7 +9,7 @@ void RegisterEvaluationCommands(CommandRegistry& registry);
 void RegisterMathCommands(CommandRegistry& registry);
 void RegisterStringCommands(CommandRegistry& registry);
 void RegisterArrayCommands(CommandRegistry& registry);
-void RegisterFileCommands(CommandRegistry& registry);
+void RegisterDiskFileCommands(CommandRegistry& registry);
 void RegisterSystemCommands(CommandRegistry& registry);
 void RegisterSessionCommands(CommandRegistry& registry);
 

@@ -33,7 +33,7 @@ class Value;
 }
 
 /// The one way from OpenMaya's classes to what stands behind them and back.
-class Access {
+class ApiBridge {
 public:
     static MObject Wrap(std::shared_ptr<Object> object);
     static MDagPath Wrap(DagNode& node);
