@@ -190,8 +190,8 @@ TEST_F(ToolContextTest, TheCommandMakesEditsAndQueriesContexts) {
 }
 
 TEST_F(ToolContextTest, RegistrationRefusesWhatIsTaken) {
-    const auto load = [](const char* name, PluginManager::EntryPoint entry) {
-        Host::Get().plugins().LoadBuiltin(name, entry, [](MObject) { return MStatus(); });
+    const auto load = [this](const char* name, PluginManager::EntryPoint entry) {
+        host_.plugins().LoadBuiltin(name, entry, [](MObject) { return MStatus(); });
     };
     EXPECT_THROW(load("same", LoadTool), PluginError);
     EXPECT_THROW(load("command",

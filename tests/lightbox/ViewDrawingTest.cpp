@@ -155,7 +155,7 @@ protected:
     DrawList Collect() { return Collect(view_); }
 
     QTemporaryDir prefs_;
-    Host host_;
+    LightboxHost host_;
     FakeWindow& window_;
     FakeView view_;
 };
