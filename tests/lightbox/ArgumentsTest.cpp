@@ -1,6 +1,7 @@
 #include "MelFixture.h"
 #include "mel/ArgumentTokens.h"
 #include "openmaya/ApiBridge.h"
+#include "openmaya/PluginCommand.h"
 #include "scene/UndoQueue.h"
 
 #include <maya/MArgDatabase.h>
@@ -164,10 +165,8 @@ int ProbeCommand::g_alive = 0;
 int ProbeCommand::g_done = 0;
 
 TEST_F(ArgumentsTest, APluginCommandRunsThroughTheSameParser) {
-    ASSERT_TRUE(host_.interpreter().Commands().RegisterPlugin("probe", ProbeCommand::Create,
-                                                              ProbeCommand::Syntax, "test"));
-    EXPECT_FALSE(
-        host_.interpreter().Commands().RegisterPlugin("probe", ProbeCommand::Create, nullptr, "test"));
+    ASSERT_TRUE(RegisterPluginCommand({"probe", ProbeCommand::Create, ProbeCommand::Syntax()}, "test"));
+    EXPECT_FALSE(RegisterPluginCommand({"probe", ProbeCommand::Create, std::nullopt}, "test"));
     EXPECT_EQ(Typed("probe a -num 3 b"), "string 3[a, b]");
     EXPECT_EQ(Typed("probe -q -num a"), "string q99[a]");
     EXPECT_EQ(Typed("probe -k 1 -k 2"), "int[] 1 2");

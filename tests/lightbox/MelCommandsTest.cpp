@@ -3,6 +3,7 @@
 #include "scene/EventBus.h"
 #include "scene/IdleQueue.h"
 #include "scene/OptionVars.h"
+#include "text/Quoted.h"
 
 #include <QDir>
 #include <QFile>

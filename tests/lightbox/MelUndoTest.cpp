@@ -1,6 +1,7 @@
 #include "MelFixture.h"
 #include "scene/UndoItem.h"
 #include "scene/UndoQueue.h"
+#include "text/Quoted.h"
 
 #include <QFile>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/PluginManager.h"
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
 #include "mel/Value.h"
@@ -35,6 +36,9 @@ protected:
     ~PluginTest() override { Host().output().SetSink(m_previousSink); }
 
     static lightbox::Host& Host() { return lightbox::Host::Get(); }
+    static lightbox::PluginManager& Plugins() {
+        return static_cast<lightbox::PluginManager&>(Host().plugins());
+    }
 
     /// Executes MEL as if typed. An error of the language is kept with the messages.
     bool Run(const std::string& mel) {

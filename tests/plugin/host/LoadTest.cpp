@@ -43,7 +43,7 @@ MStatus UnloadOther(MObject object) {
 } // namespace
 
 TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
-    lightbox::PluginLoader& plugins = Host().plugins();
+    lightbox::PluginManager& plugins = Plugins();
     const auto state = [&] {
         return Leftovers{Host().events().CallbackCount(), Ask("size(`scriptJob -listJobs`)"),
                          Host().interpreter().Commands().Names().size(),
@@ -71,16 +71,16 @@ TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
 TEST_F(LoadTest, SettingsAreWrittenOnUnloadingAndReadOnLoading) {
     QFile::remove(Settings::GetUserConfigPath());
     Settings::lineSize = 23;
-    Host().plugins().Unload("vellix2", false);
+    Plugins().Unload("vellix2", false);
     EXPECT_TRUE(QFile::exists(Settings::GetUserConfigPath()));
     Settings::lineSize = 6;
-    Host().plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    Plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     EXPECT_EQ(Settings::lineSize, 23);
     Settings::lineSize = 6;
 }
 
 TEST_F(LoadTest, ANameThatIsTakenStopsTheRegistration) {
-    lightbox::PluginLoader& plugins = Host().plugins();
+    lightbox::PluginManager& plugins = Plugins();
     plugins.Unload("vellix2", false);
     const size_t callbacks = Host().events().CallbackCount();
     plugins.LoadBuiltin("other", LoadOther, UnloadOther);

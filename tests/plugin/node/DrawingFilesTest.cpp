@@ -110,7 +110,7 @@ TEST_F(DrawingFilesTest, DamagedTokensGiveTheirMessageAndKeepTheRestOfTheScene) 
 }
 
 TEST_F(DrawingFilesTest, DrawingsOutliveAnUnloadedPlugin) {
-    lightbox::PluginLoader& plugins = Host().plugins();
+    lightbox::PluginManager& plugins = Plugins();
     ASSERT_TRUE(Save("a.ma"));
     EXPECT_FALSE(Run("unloadPlugin vellix2"));
     EXPECT_THAT(Messages(), ::testing::ElementsAre(HasSubstr("still in use")));
