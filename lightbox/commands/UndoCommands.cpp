@@ -72,8 +72,8 @@ Value UndoInfo(CommandCall& call) {
         undo.SetLimit(static_cast<std::size_t>(std::max(1, call.Int("-length"))));
     }
     if (call.Has("-infinity")) {
-        constexpr std::size_t FINITE = 50;
-        undo.SetLimit(call.Bool("-infinity") ? 0 : undo.Limit() == 0 ? FINITE : undo.Limit());
+        constexpr std::size_t defaultLimit = 50;
+        undo.SetLimit(call.Bool("-infinity") ? 0 : undo.Limit() == 0 ? defaultLimit : undo.Limit());
     }
     if (call.Has("-openChunk")) {
         undo.OpenChunk(call.StringOr("-chunkName", ""));

@@ -107,9 +107,9 @@ bool FileReader::BeforeStatement(std::string_view statement, std::string_view be
     const bool isWord =
         !word.empty() && (std::isalpha(static_cast<unsigned char>(word[0])) || word[0] == '_');
     mel::Interpreter& interpreter = host_.interpreter();
-    static const std::set<std::string> KEYWORDS{"global", "proc", "if",    "for",    "while",  "do",
+    static const std::set<std::string> keywords{"global", "proc", "if",    "for",    "while",  "do",
                                                 "switch", "int",  "float", "string", "vector", "matrix"};
-    if (!isWord || KEYWORDS.count(word) || interpreter.Commands().Find(word) ||
+    if (!isWord || keywords.count(word) || interpreter.Commands().Find(word) ||
         interpreter.HasProcedure(word)) {
         return true;
     }
@@ -350,14 +350,14 @@ bool FileReader::LoadPlugin(const std::string& plugin) {
 }
 
 void FileReader::SetUnits(const std::string& linear, const std::string& angular, const std::string& time) {
-    static const std::map<std::string, double> LENGTHS{
+    static const std::map<std::string, double> lengths{
         {"mm", 0.1},   {"millimeter", 0.1}, {"cm", 1.0},      {"centimeter", 1.0},
         {"m", 100.0},  {"meter", 100.0},    {"km", 1e5},      {"kilometer", 1e5},
         {"in", 2.54},  {"inch", 2.54},      {"ft", 30.48},    {"foot", 30.48},
         {"yd", 91.44}, {"yard", 91.44},     {"mi", 160934.4}, {"mile", 160934.4},
         {"", 1.0}};
-    const auto length = LENGTHS.find(linear);
-    if (length == LENGTHS.end()) {
+    const auto length = lengths.find(linear);
+    if (length == lengths.end()) {
         ReportFault("Unknown unit of length '" + linear + "'.");
     } else if (!linear.empty()) {
         scale_.linear = length->second;

@@ -9,8 +9,8 @@ namespace lightbox::mel {
 
 namespace {
 
-constexpr std::size_t MAX_TEXT_LENGTH = std::size_t(1) << 28;
-constexpr std::size_t MAX_ARRAY_BYTES = std::size_t(1) << 28;
+constexpr std::size_t MAX_TEXT_LENGTH = std::size_t{1} << 28;
+constexpr std::size_t MAX_ARRAY_BYTES = std::size_t{1} << 28;
 
 bool IsScalar(Type type) {
     return IsNumeric(type) || type == Type::String || type == Type::Vector;

@@ -339,7 +339,7 @@ DeclarationStatement::Variable Parser::ParseDeclarator(Type type, bool isGlobal)
         if (type == Type::Matrix) {
             declared.columns = ParseDimension();
             constexpr double largest = 1 << 24;
-            if (double(declared.rows) * declared.columns > largest) {
+            if (static_cast<double>(declared.rows) * declared.columns > largest) {
                 Fail("The matrix is too large.", name.begin);
             }
         } else {

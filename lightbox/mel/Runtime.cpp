@@ -38,14 +38,14 @@ const char* StackPosition() {
 /// The stack that a run may use; the rest is for what commands and the host do.
 std::ptrdiff_t StackAllowance() {
 #if defined(__unix__) || defined(__APPLE__)
-    constexpr std::ptrdiff_t most = std::ptrdiff_t(4) << 20;
+    constexpr std::ptrdiff_t most = std::ptrdiff_t{4} << 20;
     rlimit limit{};
     if (getrlimit(RLIMIT_STACK, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
         return std::min(most, static_cast<std::ptrdiff_t>(limit.rlim_cur / 2));
     }
     return most;
 #else
-    return std::ptrdiff_t(512) << 10;
+    return std::ptrdiff_t{512} << 10;
 #endif
 }
 

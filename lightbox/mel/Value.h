@@ -68,11 +68,11 @@ public:
     /// Truth is an int. (A template, so that no pointer counts as true.)
     template <class Bool, std::enable_if_t<std::is_same_v<Bool, bool>, int> = 0>
     Value(Bool value)
-        : data(value ? 1 : 0) {}
+        : data_(value ? 1 : 0) {}
     Value(int value)
-        : data(value) {}
+        : data_(value) {}
     Value(double value)
-        : data(value) {}
+        : data_(value) {}
     Value(const char* text);
     Value(std::string text);
     Value(std::string_view text);
@@ -85,7 +85,7 @@ public:
     /// The value that a variable of the type starts with: 0, "", an empty array.
     static Value Default(Type type);
 
-    Type GetType() const { return static_cast<Type>(data.index()); }
+    Type GetType() const { return static_cast<Type>(data_.index()); }
     bool IsNone() const { return GetType() == Type::None; }
     bool IsInt() const { return GetType() == Type::Int; }
     bool IsFloat() const { return GetType() == Type::Float; }
@@ -133,11 +133,11 @@ public:
     /// What a result line shows: an array's elements between blanks.
     std::string Shown() const;
 
-    int* IntSlot() { return std::get_if<int>(&data); }
-    const int* IntSlot() const { return std::get_if<int>(&data); }
-    double* FloatSlot() { return std::get_if<double>(&data); }
-    const double* FloatSlot() const { return std::get_if<double>(&data); }
-    const Vector* VectorSlot() const { return std::get_if<Vector>(&data); }
+    int* IntSlot() { return std::get_if<int>(&data_); }
+    const int* IntSlot() const { return std::get_if<int>(&data_); }
+    double* FloatSlot() { return std::get_if<double>(&data_); }
+    const double* FloatSlot() const { return std::get_if<double>(&data_); }
+    const Vector* VectorSlot() const { return std::get_if<Vector>(&data_); }
 
 private:
     template <class T>
@@ -147,7 +147,7 @@ private:
 
     std::variant<std::monostate, int, double, Shared<std::string>, Vector, Shared<IntArray>,
                  Shared<FloatArray>, Shared<StringArray>, Shared<VectorArray>, Shared<Matrix>>
-        data;
+        data_;
 };
 
 } // namespace lightbox::mel

@@ -135,10 +135,10 @@ MStatus MDGModifier::newPlugValueBool(const MPlug& plug, bool value) {
     return state_->Set(plug, value ? 1.0 : 0.0);
 }
 MStatus MDGModifier::newPlugValueInt(const MPlug& plug, int value) {
-    return state_->Set(plug, double(value));
+    return state_->Set(plug, static_cast<double>(value));
 }
 MStatus MDGModifier::newPlugValueFloat(const MPlug& plug, float value) {
-    return state_->Set(plug, double(value));
+    return state_->Set(plug, static_cast<double>(value));
 }
 MStatus MDGModifier::newPlugValueDouble(const MPlug& plug, double value) {
     return state_->Set(plug, value);

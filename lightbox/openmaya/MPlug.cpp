@@ -257,8 +257,8 @@ double MPlug::asDouble(MStatus* ReturnStatus) const {
 }
 
 float MPlug::asFloat(MStatus* ReturnStatus) const {
-    constexpr double MAX_FLOAT = std::numeric_limits<float>::max();
-    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -MAX_FLOAT, MAX_FLOAT));
+    constexpr double most = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -most, most));
 }
 
 int MPlug::asInt(MStatus* ReturnStatus) const {

@@ -69,10 +69,10 @@ unsigned ButtonOf(Qt::MouseButton button) {
 
 unsigned ModifiersOf(Qt::KeyboardModifiers keys, Qt::MouseButtons buttons) {
     unsigned modifiers = NO_BITS;
-    modifiers |= keys.testFlag(Qt::ShiftModifier) ? unsigned(MEvent::shiftKey) : NO_BITS;
-    modifiers |= keys.testFlag(Qt::ControlModifier) ? unsigned(MEvent::controlKey) : NO_BITS;
-    modifiers |= buttons.testFlag(Qt::LeftButton) ? unsigned(MEvent::kLeftMouse) : NO_BITS;
-    modifiers |= buttons.testFlag(Qt::MiddleButton) ? unsigned(MEvent::kMiddleMouse) : NO_BITS;
+    modifiers |= keys.testFlag(Qt::ShiftModifier) ? static_cast<unsigned>(MEvent::shiftKey) : NO_BITS;
+    modifiers |= keys.testFlag(Qt::ControlModifier) ? static_cast<unsigned>(MEvent::controlKey) : NO_BITS;
+    modifiers |= buttons.testFlag(Qt::LeftButton) ? static_cast<unsigned>(MEvent::kLeftMouse) : NO_BITS;
+    modifiers |= buttons.testFlag(Qt::MiddleButton) ? static_cast<unsigned>(MEvent::kMiddleMouse) : NO_BITS;
     return modifiers;
 }
 

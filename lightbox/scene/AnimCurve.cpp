@@ -29,8 +29,8 @@ double AnimCurve::Piece::ParameterAt(double time) const {
     const double wanted = (time - x[0]) / length;
     const double first = (x[1] - x[0]) / length;
     const double second = (x[2] - x[0]) / length;
-    constexpr double THIRD = 1.0 / 3.0;
-    if (std::abs(first - THIRD) < 1e-12 && std::abs(second - 2.0 * THIRD) < 1e-12) {
+    constexpr double third = 1.0 / 3.0;
+    if (std::abs(first - third) < 1e-12 && std::abs(second - 2.0 * third) < 1e-12) {
         return wanted;
     }
     // The control points lie between the ends, so time only ever rises with the parameter: bisection is sure,

@@ -70,7 +70,7 @@ public:
     std::vector<std::shared_ptr<Attribute>> Attributes() const;
     const std::vector<std::shared_ptr<Attribute>>& DynamicAttributes() const { return dynamic_; }
     /// False when the node has an attribute of one of its names.
-    bool AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t position = ~std::size_t(0));
+    bool AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t position = ~std::size_t{0});
     /// What its plugs hold stays until TakeStates(). False when it is not a dynamic attribute of this node.
     bool RemoveDynamicAttribute(const Attribute& attribute);
     /// Moves out what the plugs of an attribute, and of those below it, hold: an attribute that leaves the

@@ -18,7 +18,7 @@ public:
     explicit ToolContexts(EventBus& events);
     ~ToolContexts();
 
-    static constexpr const char* SelectionTool = "selectSuperContext";
+    static constexpr const char* SELECTION_TOOL = "selectSuperContext";
 
     /// Null when there is none.
     ToolContext* Find(const std::string& name) const;
