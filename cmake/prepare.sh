@@ -32,11 +32,14 @@ install_missing() {
     fi
 }
 
+# The lists in packaging/ of what has to be installed; test adds its own.
+package_lists=(build-packages.txt)
+
 check_packages() {
     local tool
     if command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; then
         # shellcheck disable=SC2046
-        install_missing $(grep -v '^#' "$root/packaging/build-packages.txt")
+        install_missing $(cd "$root/packaging" && grep -hv '^#' "${package_lists[@]}")
         return
     fi
     for tool in cmake ninja c++; do
