@@ -65,9 +65,7 @@ void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
 
 BaseNode::BaseNode() = default;
 
-BaseNode::~BaseNode() {
-    DeleteLegacyTexture();
-}
+BaseNode::~BaseNode() = default;
 
 void* BaseNode::Creator() {
     return new BaseNode;
