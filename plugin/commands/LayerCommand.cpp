@@ -195,11 +195,7 @@ MStatus LayerCommand::undoIt() {
 }
 
 MStatus LayerCommand::Run(Step step) {
-    MStatus status = (this->*step)();
-    if (status && m_undoable) {
-        m_node->QueueRefresh(); // what the views show may have changed
-    }
-    return status;
+    return (this->*step)();
 }
 
 bool LayerCommand::CheckLayer() const {

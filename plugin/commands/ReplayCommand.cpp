@@ -4,6 +4,7 @@
 #include "commands/FlagArgument.h"
 #include "commands/NodeCreation.h"
 #include "commands/StrokePlayer.h"
+#include "core/LayerManager.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -104,6 +105,8 @@ bool ReplayCommand::ProvideNode() {
 }
 
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
+    const std::shared_ptr<LayerManager> layers = BaseNode::GetMaster()->GetLayerManager();
+    const LayerManager::ChangeScope together(*layers);
     m_before.Remember(*BaseNode::GetMaster(), {m_camera});
     StrokePlayer player(*BaseNode::GetMaster(), m_camera);
     MComputation computation;
@@ -123,7 +126,7 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
         Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(m_file, fault));
         return false;
     }
-    RefreshAll();
+    BaseNode::UpdatePlaybackTime();
     return true;
 }
 
@@ -139,7 +142,7 @@ bool ReplayCommand::UndoAll() {
     if (m_node) {
         m_node->Undo();
     }
-    RefreshAll();
+    BaseNode::UpdatePlaybackTime();
     return done;
 }
 
@@ -159,16 +162,8 @@ MStatus ReplayCommand::redoIt() {
     for (auto drawn = m_drawn.begin(); done && drawn != m_drawn.end(); ++drawn) {
         done = (*drawn)->Redo(*node);
     }
-    RefreshAll();
-    return done ? MS::kSuccess : MS::kFailure;
-}
-
-void ReplayCommand::RefreshAll() {
     BaseNode::UpdatePlaybackTime();
-    if (BaseNode* const node = BaseNode::GetMaster()) {
-        node->QueueRefresh();
-    }
-    BaseNode::UpdateTimeControlOverlay();
+    return done ? MS::kSuccess : MS::kFailure;
 }
 
 } // namespace vellix

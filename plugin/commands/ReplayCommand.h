@@ -43,7 +43,6 @@ private:
     bool ProvideNode();
     bool DrawAll(const StrokeRecording& recording);
     bool UndoAll();
-    static void RefreshAll();
 
     QString m_file;
     QString m_camera;

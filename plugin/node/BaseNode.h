@@ -120,8 +120,8 @@ public:
     Frame* RemoveFrame(const QString& camera);
     Frame* RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
-    /// Once after the frames of a layer, or their times, have changed: brings the layer's current frame, the
-    /// picture, the marks over the time slider and the slider's own ticks up to date.
+    /// Once after the frames of a layer, or their times, have changed by a command: finds the layer's current
+    /// frame anew, and brings the time slider's own ticks up to date.
     void OnFramesChanged(const QString& camera, int index);
 
     // Images and strokes.
