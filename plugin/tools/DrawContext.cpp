@@ -4,6 +4,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/ViewPlacement.h"
 #include "paint/ScopeExit.h"
 #include "paint/Stroke.h"
 #include "tools/ThreadManager.h"
@@ -175,7 +176,6 @@ void DrawContext::BeginStroke() {
     }
     m_node = BaseNodePointer(node);
     M3dView view = M3dView::active3dView();
-    node->UpdateOverlayValues(view);
     m_stroke = node->GetActiveStroke(m_camera, false);
     m_view = view.widget();
     ThreadManager::GetInstance()->CreateInputThread(m_view, node, m_stroke);
@@ -311,10 +311,8 @@ float DrawContext::ToolDisplayRadius() {
     if (!m_node) {
         return 1.0f;
     }
-    // Another view may have been drawn since.
-    M3dView view = M3dView::active3dView();
-    m_node->UpdateOverlayValues(view);
-    return static_cast<float>(Settings::GetToolSize(m_adjustedTool)) * 0.5f * m_node->TextureToScreenScale();
+    const float scale = ViewPlacement::For(M3dView::active3dView()).Scale();
+    return static_cast<float>(Settings::GetToolSize(m_adjustedTool)) * 0.5f * scale;
 }
 
 void DrawContext::ToggleDiameterDisplay(float radius) {

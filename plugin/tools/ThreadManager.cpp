@@ -108,14 +108,13 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
     }
     if (m_widget != nullptr) {
         m_worker->SetView(*m_widget);
-        // The node answers for the view that was drawn last, and that may have been another one.
-        m_node->UpdateOverlayValues(m_view);
+        m_placement = ViewPlacement::For(m_view);
     }
     StrokePoint sample;
     sample.size = size;
     sample.opacity = opacity;
     sample.hardness = hardness;
-    sample.position = m_node->ScreenCoordsToTexCoords(position);
+    sample.position = m_placement.ToImage(position);
     const StrokeSmoother::Outcome outcome = m_smoother.Receive(*m_stroke, sample, Settings::textFontFamily);
     if (outcome.firstSegment) {
         m_node->RefreshActiveView();
@@ -144,7 +143,7 @@ M3dView ThreadManager::FindView(const QWidget& widget) {
             return view;
         }
     }
-    return M3dView();
+    return M3dView::active3dView();
 }
 
 } // namespace vellix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "node/BaseNodePointer.h"
+#include "node/ViewPlacement.h"
 #include "paint/StrokeSmoother.h"
 
 #include <maya/M3dView.h>
@@ -53,12 +54,14 @@ private:
 
     bool StrokeIsThere() const;
     void CatchUp();
+    /// The widget's view; the active one when it has none.
     static M3dView FindView(const QWidget& widget);
 
     BaseNodePointer m_node;
     Stroke* m_stroke = nullptr;
     QPointer<QWidget> m_widget;
     M3dView m_view;
+    ViewPlacement m_placement; ///< of the last sample; it outlives the view
     StrokeSmoother m_smoother;
     QTimer m_catchUp;
     std::unique_ptr<QThread> m_thread;
