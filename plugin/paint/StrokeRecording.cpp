@@ -213,7 +213,7 @@ QString ReadStrokes(const QJsonArray& list, QVector<RecordedStroke>& out) {
         }
         frames.insert(out[i].frame);
         if (frames.size() > StrokeRecording::MAX_FRAMES) {
-            return where + QString("\"frame\" is one too many, a recording may have strokes on %1 frames")
+            return where + QString("\"frame\" is one too many: a recording may draw on at most %1 frames")
                                .arg(StrokeRecording::MAX_FRAMES);
         }
         length += PathLength(out[i].samples);
