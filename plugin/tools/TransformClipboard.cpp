@@ -32,7 +32,7 @@ void TransformClipboard::End() {
     ForgetCreated();
 }
 
-// --- copied rectangle ------------------------------------------------------------------------------------
+// --- copied rectangle -------------------------------------------------------------------------------------
 
 void TransformClipboard::Remember(const Corners& corners, float scale) {
     m_left = corners[0].x();
