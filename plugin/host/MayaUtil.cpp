@@ -140,7 +140,7 @@ QString MayaUtil::EscapeString(const QString& text) {
 
 namespace {
 
-/// A line of the script with the label of a tool stands there once for every tool.
+/// Repeats every line that contains the label of a tool, once for each tool.
 QString ForEachTool(const QString& script) {
     QStringList lines;
     for (const QString& line : script.split(QLatin1Char('\n'))) {
@@ -170,7 +170,7 @@ bool MayaUtil::SourceScripts() {
     if (data.isNull()) {
         return false;
     }
-    // The text ends at the first NUL, like any script.
+    // Like any script, the text ends at the first NUL.
     return ExecuteMel(ParseScript(QString::fromUtf8(data.constData())), false, false);
 }
 
