@@ -32,11 +32,14 @@ install_missing() {
     fi
 }
 
+# The lists in packaging/ of what has to be installed; test adds its own.
+package_lists=(build-packages.txt)
+
 check_packages() {
     local tool
     if command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; then
         # shellcheck disable=SC2046
-        install_missing $(grep -v '^#' "$root/packaging/build-packages.txt")
+        install_missing $(cd "$root/packaging" && grep -hv '^#' "${package_lists[@]}")
         return
     fi
     for tool in cmake ninja c++; do
@@ -45,7 +48,33 @@ check_packages() {
     done
 }
 
-# build PRESET [TARGET...]: what the compiler says goes to build/PRESET/build.log, and to the screen when it fails.
+# follow_build LOG: copies the build's output to the log, and says how far it is: on a terminal in one line that is
+# rewritten in place, else in a line every tenth.
+follow_build() {
+    local line finished total tenth=0
+    # An interrupt is for the build; what it says then is still read.
+    trap '' INT
+    while IFS= read -r line; do
+        printf '%s\n' "$line"
+        if ! [[ $line =~ ^\[([0-9]+)/([0-9]+)\]\  ]] || [ "${BASH_REMATCH[1]}" -eq 0 ]; then
+            continue
+        fi
+        finished=${BASH_REMATCH[1]}
+        total=${BASH_REMATCH[2]}
+        if [ -t 2 ]; then
+            printf '\rBuilding [%d/%d]\e[K' "$finished" "$total" >&2
+        elif [ $((finished * 10 / total)) -gt "$tenth" ]; then
+            tenth=$((finished * 10 / total))
+            say "Building: ${tenth}0 %"
+        fi
+    done >"$1"
+    if [ -t 2 ] && [ -n "${finished:-}" ]; then
+        say
+    fi
+}
+
+# build PRESET [TARGET...]: what the compiler says goes to build/PRESET/build.log, and its end to the screen when it
+# fails.
 build() {
     local preset=$1 log="$root/build/$1/build.log" targets=()
     shift
@@ -53,11 +82,13 @@ build() {
     check_packages
     mkdir -p "$root/build/$preset"
     [ -e "$root/build/$preset/build.ninja" ] || say "Building for the first time; this takes a few minutes."
-    if ! { cd "$root" && cmake --preset "$preset" && cmake --build --preset "$preset" "${targets[@]}"; } \
-        >"$log" 2>&1; then
+    trap 'trap - INT; kill -INT $$' INT
+    if ! { cd "$root" && cmake --preset "$preset" && cmake --build --preset "$preset" "${targets[@]}"; } 2>&1 |
+        follow_build "$log"; then
         tail -n 60 "$log" >&2
         die "The build failed; all of its output is in build/$preset/build.log"
     fi
+    trap - INT
 }
 
 has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }

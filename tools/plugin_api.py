@@ -8,7 +8,7 @@
 
 BUILD is a configured build folder; its compile commands say how the plug-in is compiled. Every file is compiled (not
 further than its syntax) as C++14 with no other host headers than lightbox/include/maya. Needs clang's Python bindings
-(Debian: python3-clang-14); without them "check" ends with status 77.
+(Debian: python3-clang); without them "check" ends with status 77.
 """
 
 import argparse
@@ -25,7 +25,7 @@ try:
     from clang import cindex
     from clang.cindex import CursorKind
 except ImportError:
-    print(f"{sys.executable} has no Python bindings of clang; Debian's python3-clang-14 is for /usr/bin/python3")
+    print(f"{sys.executable} has no Python bindings of clang; Debian's python3-clang is for /usr/bin/python3")
     sys.exit(77)
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
@@ -257,19 +257,28 @@ def read_unit(job):
     return known
 
 
+def compiled_files(build):
+    """The plug-in's files with the commands that compile them. One that is compiled with others stands in theirs."""
+    for entry in json.loads((build / "compile_commands.json").read_text()):
+        file = pathlib.Path(entry["file"])
+        if not file.exists():
+            continue
+        together = re.findall(r'^#include "(.+\.cpp)"', file.read_text(), re.MULTILINE) if "Unity" in file.parts else []
+        for path in [pathlib.Path(name) for name in together] or [file]:
+            if path.is_relative_to(PLUGIN):
+                yield path, entry["command"]
+
+
 def read_plugin(build):
     resources = library()
-    plugin = build / "bin/vellix2.so"
+    plugin = build / "bin/plug-ins/vellix2.so"
     if not plugin.exists():
         sys.exit(f"{plugin} is not there; build it first")
     store = build / "plugin-api"
     store.mkdir(exist_ok=True)
     jobs = []
-    for entry in json.loads((build / "compile_commands.json").read_text()):
-        path = pathlib.Path(entry["file"])
-        if not str(path).startswith(str(PLUGIN)) or not path.exists():
-            continue
-        words = shlex.split(entry["command"])
+    for path, command in compiled_files(build):
+        words = shlex.split(command)
         kept = [word for i, word in enumerate(words)
                 if re.match(r"-(D|I|std=|fPIC)", word) or word == "-isystem" or words[i - 1] == "-isystem"]
         if "-std=c++14" not in kept:

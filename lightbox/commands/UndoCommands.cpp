@@ -93,25 +93,25 @@ Value FlushUndo(CommandCall& call) {
 } // namespace
 
 void RegisterUndoCommands(CommandRegistry& registry) {
-    AddHostCommand(registry, "undo", SyntaxBuilder(), Undo);
-    AddHostCommand(registry, "redo", SyntaxBuilder(), Redo);
-    AddHostCommand(registry, "flushUndo", SyntaxBuilder(), FlushUndo);
-    AddHostCommand(registry, "undoInfo",
-                   SyntaxBuilder()
-                       .Flag("-st", "-state", MSyntax::kBoolean)
-                       .Flag("-swf", "-stateWithoutFlush", MSyntax::kBoolean)
-                       .Flag("-in", "-infinity", MSyntax::kBoolean)
-                       .Flag("-l", "-length", MSyntax::kUnsigned)
-                       .Flag("-ock", "-openChunk")
-                       .Flag("-cck", "-closeChunk")
-                       .Flag("-cn", "-chunkName", MSyntax::kString)
-                       .Flag("-un", "-undoName")
-                       .Flag("-rn", "-redoName")
-                       .Flag("-uqe", "-undoQueueEmpty")
-                       .Flag("-rqe", "-redoQueueEmpty")
-                       .Flag("-pq", "-printQueue")
-                       .Query(),
-                   UndoInfo);
+    registry.Register("undo", SyntaxBuilder(), Undo);
+    registry.Register("redo", SyntaxBuilder(), Redo);
+    registry.Register("flushUndo", SyntaxBuilder(), FlushUndo);
+    registry.Register("undoInfo",
+                      SyntaxBuilder()
+                          .Flag("-st", "-state", MSyntax::kBoolean)
+                          .Flag("-swf", "-stateWithoutFlush", MSyntax::kBoolean)
+                          .Flag("-in", "-infinity", MSyntax::kBoolean)
+                          .Flag("-l", "-length", MSyntax::kUnsigned)
+                          .Flag("-ock", "-openChunk")
+                          .Flag("-cck", "-closeChunk")
+                          .Flag("-cn", "-chunkName", MSyntax::kString)
+                          .Flag("-un", "-undoName")
+                          .Flag("-rn", "-redoName")
+                          .Flag("-uqe", "-undoQueueEmpty")
+                          .Flag("-rqe", "-redoQueueEmpty")
+                          .Flag("-pq", "-printQueue")
+                          .Query(),
+                      UndoInfo);
 }
 
 } // namespace lightbox::mel

@@ -27,6 +27,11 @@ public:
         , arguments_(arguments)
         , parsed_(parsed) {}
 
+    /// The same call about other objects, which have to outlive it.
+    CommandCall With(const std::vector<Value>& objects) const {
+        return CommandCall(interpreter_, name_, objects, parsed_);
+    }
+
     const std::string& Name() const { return name_; }
     Interpreter& GetInterpreter() const { return interpreter_; }
     Host& GetHost() const;

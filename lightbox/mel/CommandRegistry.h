@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mel/CommandCall.h"
+#include "scene/NonCopyable.h"
 
 #include <maya/MSyntax.h>
 
@@ -39,6 +40,24 @@ public:
         bool IsPlugin() const { return !plugin.empty(); }
     };
 
+    /// Puts other functions into the place of commands for as long as it exists. Each keeps the syntax of its
+    /// command and is handed the command's own function. Overlays nest; only the innermost counts.
+    class Overlay : NonCopyable {
+    public:
+        using Function = std::function<Value(CommandCall&, const CommandRegistry::Function& command)>;
+
+        /// Every name has to be a command's.
+        Overlay(CommandRegistry& registry, const std::map<std::string, Function>& functions);
+        ~Overlay();
+
+    private:
+        friend class CommandRegistry;
+
+        CommandRegistry& registry_;
+        const Overlay* outer_;
+        std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
+    };
+
     /// A command of Lightbox's own whose flags and objects are checked before `function` runs.
     void Register(const std::string& name, const MSyntax& syntax, Function function);
     /// One without flags: `function` gets every argument as an object, arrays whole and by reference.
@@ -51,7 +70,8 @@ public:
     /// False when there is no plug-in command of that name.
     bool DeregisterPlugin(const std::string& name);
 
-    /// Null when there is none. The command stays valid while it runs even if it is deregistered meanwhile.
+    /// Null when there is none; an overlay's command before the one that it covers. The command stays valid
+    /// while it runs even if it is deregistered meanwhile.
     std::shared_ptr<const Command> Find(std::string_view name) const;
     std::vector<std::string> Names() const;
     /// Rises whenever a command comes or goes.
@@ -59,6 +79,7 @@ public:
 
 private:
     std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
+    const Overlay* overlay_ = nullptr; ///< the innermost
     unsigned version_ = 1;
 };
 

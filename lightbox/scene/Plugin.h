@@ -9,7 +9,7 @@ namespace lightbox {
 /// plug-in's entry points run; the plug-in manager owns it. Its address stays the same as long as the plug-in
 /// is loaded.
 struct Plugin {
-    std::string name;                ///< the file's name without folder and suffix: "vellix2"
+    std::string name;                ///< the file's name without folder and suffix: "sketch"
     std::string path;                ///< whole path; "builtin" for one that is linked into the program
     std::string vendor = "Unknown";  ///< as given to MFnPlugin
     std::string version = "Unknown"; ///< as given to MFnPlugin

@@ -19,7 +19,7 @@ class PluginLoader {
 public:
     virtual ~PluginLoader() = default;
 
-    /// Loads a plug-in by name ("vellix2") or path. A name is looked for in the search path. Loading one that
+    /// Loads a plug-in by name ("sketch") or path. A name is looked for in the search path. Loading one that
     /// is loaded already returns it unchanged. Throws PluginError when nothing is found or the entry point
     /// refuses.
     virtual Plugin& Load(const std::string& nameOrPath) = 0;

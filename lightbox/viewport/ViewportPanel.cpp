@@ -57,7 +57,7 @@ ViewportPanel::ViewportPanel(Host& host, ViewportPanels& panels, const std::stri
     , host_(host)
     , panels_(panels) {
     setObjectName(QString::fromStdString(name));
-    view_ = new ViewportWidget(host, name);
+    view_ = new ViewportWidget(host, panels.Refresh(), name);
     setFocusProxy(view_);
     menuBar_ = new QMenuBar;
     menuBar_->setNativeMenuBar(false);

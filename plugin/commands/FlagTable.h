@@ -24,15 +24,15 @@ template <typename Command>
 class FlagValue {
 public:
     FlagValue(bool Command::*member)
-        : FlagValue(MSyntax::kBoolean, member) {}
+        : FlagValue(MSyntax::kBoolean, member, &MArgParser::flagArgumentBool) {}
     FlagValue(int Command::*member)
-        : FlagValue(MSyntax::kLong, member) {}
+        : FlagValue(MSyntax::kLong, member, &MArgParser::flagArgumentInt) {}
     FlagValue(double Command::*member)
-        : FlagValue(MSyntax::kDouble, member) {}
+        : FlagValue(MSyntax::kDouble, member, &MArgParser::flagArgumentDouble) {}
     FlagValue(QString Command::*member)
-        : FlagValue(MSyntax::kString, member) {}
+        : FlagValue(MSyntax::kString, member, &MArgParser::flagArgumentString) {}
     FlagValue(MTime Command::*member)
-        : FlagValue(MSyntax::kTime, member) {}
+        : FlagValue(MSyntax::kTime, member, &MArgParser::flagArgumentMTime) {}
     /// An argument that is accepted and not read.
     FlagValue(MSyntax::MArgType type)
         : m_type(type) {}
@@ -57,22 +57,24 @@ public:
     }
 
 private:
-    template <typename Member>
-    FlagValue(MSyntax::MArgType type, Member Command::*member)
+    template <typename Member, typename Given>
+    FlagValue(MSyntax::MArgType type, Member Command::*member,
+              Given (MArgParser::*get)(const char* flag, unsigned int index, MStatus* status) const)
         : m_type(type)
-        , m_read([member](Command& command, const MArgDatabase& arguments, const char* flag,
-                          unsigned int index) { return Get(arguments, flag, index, command.*member); }) {}
+        , m_read([=](Command& command, const MArgDatabase& arguments, const char* flag, unsigned int index) {
+            MStatus status;
+            const Given given = (arguments.*get)(flag, index, &status);
+            if (status) {
+                Assign(command.*member, given);
+            }
+            return bool(status);
+        }) {}
 
     template <typename Member>
-    static bool Get(const MArgDatabase& arguments, const char* flag, unsigned int index, Member& value) {
-        return arguments.getFlagArgument(flag, index, value);
+    static void Assign(Member& member, const Member& given) {
+        member = given;
     }
-    static bool Get(const MArgDatabase& arguments, const char* flag, unsigned int index, QString& value) {
-        MString text;
-        const bool found = arguments.getFlagArgument(flag, index, text);
-        value = found ? MayaUtil::ToQString(text) : value;
-        return found;
-    }
+    static void Assign(QString& member, const MString& given) { member = MayaUtil::ToQString(given); }
 
     MSyntax::MArgType m_type;
     std::function<bool(Command&, const MArgDatabase&, const char*, unsigned int)> m_read;

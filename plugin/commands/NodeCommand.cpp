@@ -16,7 +16,7 @@ namespace vellix {
 
 namespace {
 
-MStatus Refuse(const char* message) {
+MStatus RefuseMode(const char* message) {
     Logger::Error(message);
     return MS::kInvalidParameter;
 }
@@ -69,11 +69,11 @@ MStatus NodeCommand::doIt(const MArgList& args) {
         return status;
     }
     if (arguments.isEdit()) {
-        return Refuse("Invalid edit parameter");
+        return RefuseMode("Invalid edit parameter");
     }
     if (arguments.isQuery()) {
         const Flag* const asked = Flags().FindGiven(arguments, &Flag::query);
-        return asked ? asked->query(*this) : Refuse("Invalid query parameter");
+        return asked ? asked->query(*this) : RefuseMode("Invalid query parameter");
     }
     if (const Flag* const flag = Flags().Read(*this, arguments)) {
         return flag->redo(*this);
