@@ -69,7 +69,7 @@ int Parser::NextNesting() const {
 }
 
 void Parser::Unexpected() {
-    // The character decides: in the arguments of a command not everything is a token.
+    // Check the character, not the token: in a command's arguments not everything is a token.
     if (lexer_.PeekCharacter() == '\0') {
         Fail("Syntax error: unexpected end of the text.", lexer_.RawPosition());
     }

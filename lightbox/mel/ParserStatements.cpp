@@ -42,10 +42,10 @@ StatementPtr Parser::ParseStatement() {
     }
 }
 
-/// The statement under an if or a loop. What it declares without braces belongs to it alone.
+/// Parses the statement of an if or a loop. Without braces it still has its own scope.
 StatementPtr Parser::ParseBody() {
     if (variables_.IsAtTop()) {
-        // A variable that comes to life in a condition at the top level is global, as everywhere there.
+        // At the top level, a variable introduced in a condition is global, like everywhere there.
         return ParseStatement();
     }
     variables_.OpenBlock();
@@ -72,7 +72,7 @@ StatementPtr Parser::ParseIf() {
     const Token keyword = lexer_.Peek();
     std::vector<IfStatement::Branch> branches;
     StatementPtr otherwise;
-    // else-if chains are one list: long ones must not nest.
+    // An else-if chain is one list: a long one must not nest.
     for (bool more = true; more;) {
         Expect(TokenKind::If, "\"if\"");
         IfStatement::Branch branch;
@@ -346,7 +346,7 @@ DeclarationStatement::Variable Parser::ParseDeclarator(Type type, bool isGlobal)
             type = ArrayOf(type);
         }
     }
-    // The initial value is read first: it does not see the variable.
+    // Parse the initial value first, since it must not see the variable.
     if (Accept(TokenKind::Assign)) {
         declared.initial = ParseExpression();
     }
