@@ -28,7 +28,7 @@ QString Path(const std::string& text) {
 QFile& OpenFile(CommandCall& call, const OpenFilesPtr& files) {
     QFile* const file = files->Find(call.Object(0).AsInt());
     if (!file) {
-        call.Fail("The file number " + call.Object(0).AsString() + " stands for no open file.");
+        call.Fail("The file number " + call.Object(0).AsString() + " is not an open file.");
     }
     return *file;
 }

@@ -257,7 +257,7 @@ void Lexer::ScanName() {
     token_.end = end;
     if (text_[position_] == '$') {
         if (end == position_ + 1 || IsDigit(text_[position_ + 1])) {
-            Fail("Syntax error: a name is missing behind \"$\".", position_);
+            Fail("Syntax error: a name is missing after \"$\".", position_);
         }
         token_.kind = TokenKind::Variable;
         return;
@@ -275,7 +275,7 @@ void Lexer::ScanOperator() {
             return;
         }
     }
-    Fail("Syntax error: a character that does not belong here.", position_);
+    Fail("Syntax error: unexpected character.", position_);
 }
 
 bool Lexer::IsNumberAt(std::uint32_t offset) const {
@@ -325,7 +325,7 @@ Token Lexer::TakeWord() {
         word.end = WordEnd(position_ + (letter == '-' ? 1 : 0));
         if (word.end == word.begin + (letter == '-' ? 1u : 0u)) {
             Fail(letter == '\0' ? "Syntax error: unexpected end of the text."
-                                : "Syntax error: a character that does not belong here.",
+                                : "Syntax error: unexpected character.",
                  position_);
         }
     }

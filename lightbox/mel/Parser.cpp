@@ -63,7 +63,7 @@ void Parser::Fail(const std::string& message, std::uint32_t offset) const {
 int Parser::NextNesting() const {
     constexpr int deepest = 500;
     if (nesting_ >= deepest) {
-        Fail("Syntax error: this is nested too deep.", lexer_.RawPosition());
+        Fail("Syntax error: nested too deep.", lexer_.RawPosition());
     }
     return nesting_ + 1;
 }

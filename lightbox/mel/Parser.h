@@ -29,7 +29,7 @@ public:
     Program ParseAll();
     /// Parses the next statement; returns false at the end of the text.
     bool ParseNext(Program& program);
-    /// Continues after an error, behind the next line that ends with a semicolon. Returns false when there is
+    /// Continues after an error, after the next line that ends with a semicolon. Returns false when there is
     /// none.
     bool Recover();
 

@@ -114,7 +114,8 @@ ExpressionPtr Parser::ParseExpression(ExpressionPtr first) {
 ExpressionPtr Parser::ParseAssignment(ExpressionPtr left, const Token& op) {
     TargetPtr target(dynamic_cast<Target*>(left.get()));
     if (!target) {
-        Fail("Syntax error: the left side of \"" + std::string(TextOf(op)) + "\" is no variable.", op.begin);
+        Fail("Syntax error: the left side of \"" + std::string(TextOf(op)) + "\" is not a variable.",
+             op.begin);
     }
     // The same object, now owned by its actual type.
     static_cast<void>(left.release());

@@ -131,7 +131,8 @@ StatementPtr Parser::ParseForIn(const Token& keyword, const Token& name) {
     Expect(TokenKind::RightParen, "\")\"");
     const Type elementType = array->type == Type::Any ? Type::Any : ElementOf(array->type);
     if (elementType == Type::None) {
-        Fail(std::string("Cannot go through a value of type ") + TypeName(array->type) + ": it is no array.",
+        Fail(std::string("Cannot iterate over a value of type ") + TypeName(array->type) +
+                 ": it is not an array.",
              array->offset);
     }
     const std::string_view variableName = TextOf(name).substr(1);
@@ -209,8 +210,8 @@ StatementPtr Parser::ParseJump() {
     const Token keyword = lexer_.Take();
     const bool isBreak = keyword.kind == TokenKind::Break;
     if (loops_ == 0 && !(isBreak && switches_ > 0)) {
-        Fail(isBreak ? "Syntax error: \"break\" stands in no loop or switch."
-                     : "Syntax error: \"continue\" stands in no loop.",
+        Fail(isBreak ? "Syntax error: \"break\" is outside of a loop or switch."
+                     : "Syntax error: \"continue\" is outside of a loop.",
              keyword.begin);
     }
     Expect(TokenKind::Semicolon, "\";\"");
@@ -383,7 +384,7 @@ void Parser::ParseParameters(Procedure& procedure) {
             ParseDimension();
             parameter.type = parameter.type == Type::Matrix ? Type::Matrix : ArrayOf(parameter.type);
             if (parameter.type == Type::None) {
-                Fail("Syntax error: an array of arrays does not exist.", name.begin);
+                Fail("Syntax error: arrays of arrays are not supported.", name.begin);
             }
         }
         const auto declared = variables_.Declare(parameter.name, parameter.type);

@@ -182,7 +182,7 @@ Value PutEnvironment(CommandCall& call) {
     const std::string name = call.Object(0).AsString();
     const std::string value = call.Object(1).AsString();
     if (name.empty() || name.find('=') != std::string::npos) {
-        call.Fail("\"" + name + "\" is no name of an environment variable.");
+        call.Fail("\"" + name + "\" is not a valid name of an environment variable.");
     }
     qputenv(name.c_str(), QByteArray::fromStdString(value));
     return Value();
