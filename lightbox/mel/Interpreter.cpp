@@ -16,7 +16,7 @@ namespace lightbox::mel {
 
 namespace {
 
-/// Variables that scripts expect to find; what they name comes to life with the window.
+/// Variables that scripts expect to exist; the controls that they name are made with the window.
 constexpr const char* EXPECTED_VARIABLES[] = {"gMainWindow",      "gMainPane",      "gPlayBackSlider",
                                               "gMainProgressBar", "gShelfTopLevel", "gToolBox"};
 

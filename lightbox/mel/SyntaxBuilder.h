@@ -8,12 +8,12 @@
 
 namespace lightbox::mel {
 
-/// The types of flag arguments, as the syntaxes of commands write them.
+/// The types of flag arguments in the commands' syntaxes.
 constexpr auto NUMBER = MSyntax::kDouble;
 constexpr auto TEXT = MSyntax::kString;
 constexpr auto SWITCH = MSyntax::kBoolean;
 
-/// Writes down a command's syntax in one expression:
+/// Builds a command's syntax in one expression:
 /// `SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Query().Objects(0, 1)`.
 class SyntaxBuilder {
 public:
@@ -23,18 +23,18 @@ public:
         lastFlag_ = longName;
         return *this;
     }
-    /// The flag just added may be given more than once.
+    /// Allows the last added flag to be given more than once.
     SyntaxBuilder& MultiUse() {
         syntax_.makeFlagMultiUse(lastFlag_.c_str());
         return *this;
     }
-    /// A flag with one argument that is a number or a text, like a time or a range.
+    /// Adds a flag with one argument that is a number or a text, like a time or a range.
     SyntaxBuilder& RangeFlag(const char* shortName, const char* longName) {
         Flag(shortName, longName, MSyntax::kString);
         SyntaxTable::Change(syntax_).flags.back().takesNumbers = true;
         return *this;
     }
-    /// The flag just added keeps its arguments in a query.
+    /// Makes the last added flag keep its arguments in a query.
     SyntaxBuilder& QueryWithArguments() {
         syntax_.makeFlagQueryWithFullArgs(lastFlag_.c_str(), false);
         return *this;
@@ -47,7 +47,7 @@ public:
         syntax_.enableEdit(true);
         return *this;
     }
-    /// Any objects, at least `minimum` of them.
+    /// Allows any number of objects, at least `minimum`.
     SyntaxBuilder& Objects(unsigned minimum = 0) {
         syntax_.setObjectType(MSyntax::kStringObjects, minimum);
         return *this;

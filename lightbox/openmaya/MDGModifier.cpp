@@ -18,7 +18,7 @@ struct MDGModifier::State {
 
     void Add(std::unique_ptr<UndoItem> item) { items.push_back(std::move(item)); }
 
-    /// A node made now and put into the scene by doIt().
+    /// Makes a node, which doIt() will put into the scene.
     MObject Create(const std::shared_ptr<const NodeType>& type, const std::shared_ptr<DagNode>& parent,
                    MStatus* returnStatus) {
         Host& host = Host::Get();

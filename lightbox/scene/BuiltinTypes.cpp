@@ -8,8 +8,8 @@
 
 #include <vector>
 
-// The host's own node types, with the published attribute names and defaults. What the host itself does not
-// use is here when scene files commonly set it.
+// The host's own node types, with the published attribute names and defaults. Includes attributes that the
+// host does not use but scene files often set.
 
 namespace lightbox {
 
@@ -21,7 +21,7 @@ std::vector<double> Cells(const Imath::M44d& matrix) {
     return {&matrix[0][0], &matrix[0][0] + 16};
 }
 
-/// The matrices of DAG nodes.
+/// Computes the matrix attributes of DAG nodes.
 std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attribute, int) {
     if (attribute.Kind() != Kind::Matrix) {
         return std::nullopt;
@@ -279,7 +279,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
         registry, "animCurve", "node", MFn::kAnimCurve,
         {{Kind::Enum, "tangentType", "tan", 0, "", tangentTypes}, {Kind::Bool, "weightedTangents", "wgt", 1}})
         ->isAbstract = true;
-    // Behind the keys, as files have them.
+    // After the keys, as in scene files.
     const std::vector<AttributeRow> perKey{
         {Kind::Byte, "keyTanInType", "kit", 0, "hm"},
         {Kind::Byte, "keyTanOutType", "kot", 0, "hm"},
@@ -301,7 +301,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
               {Kind::Double, "output", "o", 0, "o"},
               {Kind::Double, "conversionFactor", "cf", 1}})
         ->SetCompute(ComputeUnitConversion);
-    // The last two letters say what the curve takes and what it gives: T time, U number, L length, A angle.
+    // The last two letters are the types of input and output: T time, U number, L length, A angle.
     struct CurveRow {
         const char* name;
         Kind input;

@@ -68,7 +68,7 @@ void AddReel(std::vector<V3f>& lines, float y, float z) {
     AddLoop(lines, circle);
 }
 
-/// A film camera that looks along -z, its lens in the origin: body, lens hood and two reels.
+/// A film camera that looks along -z with its lens at the origin: body, lens hood and two reels.
 std::vector<V3f> CameraLines(const DagNode& camera) {
     std::vector<V3f> lines;
     AddFrustum(lines, Rectangle(0.2f, 0.3f, 1.3f), Rectangle(0.2f, 0.3f, 0.25f));
