@@ -185,7 +185,7 @@ MStatus FrameCommand::InsertFrame() {
 MStatus FrameCommand::PlanInsert() {
     const FrameRange range = FrameRange::FromTimeSlider();
     if (!range.CanBeFilled()) {
-        return RefuseEdit(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
+        return RefuseEdit(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MAX_FRAMES)));
     }
     const Layer* const layer = GetLayer();
     for (int time = range.start; time < range.end; ++time) {

@@ -90,7 +90,7 @@ MStatus NodeCommand::redoIt() {
         return MS::kFailure;
     }
     if (m_layer && m_frame && !FrameRange::FromTimeSlider().CanBeFilled()) {
-        Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
+        Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MAX_FRAMES)));
         return MS::kFailure;
     }
     MStatus created = m_creation.Do();
