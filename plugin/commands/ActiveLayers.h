@@ -8,13 +8,13 @@ namespace vellix {
 
 class BaseNode;
 
-/// The active camera and the active layers of some cameras at one moment, so that undoing a change of the
-/// layers leaves the same layers active as before it.
+/// Remembers the active camera and the active layers of some cameras, so that undoing a change of layers
+/// makes the same ones active again.
 class ActiveLayers {
 public:
-    /// Notes the active camera with its active layer, and the active layers of the given cameras.
+    /// Stores the active camera with its active layer, and the active layers of the given cameras.
     void Remember(const BaseNode& node, const QList<QString>& cameras);
-    /// Makes them active again, the active camera last.
+    /// Makes the stored layers active again, that of the active camera last.
     void Restore(BaseNode& node) const;
 
     const QString& GetCamera() const { return m_camera; }
@@ -23,7 +23,7 @@ public:
 private:
     QString m_camera;
     int m_index = -1;
-    QList<QPair<QString, int>> m_others;
+    QList<QPair<QString, int>> m_others; ///< the other cameras and their active layers
 };
 
 } // namespace vellix

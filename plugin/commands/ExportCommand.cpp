@@ -34,7 +34,7 @@ bool RefuseExport(const QString& message) {
     return false;
 }
 
-/// A folder that is missing is made: a render of that name is what was asked for.
+/// Creates a missing folder. Returns false, and logs an error, if the folder cannot be written to.
 bool CheckFolder(const QString& path) {
     const QString folder = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(folder)) {
@@ -54,7 +54,7 @@ bool CheckPicture(const QString& path) {
     return CheckFolder(path);
 }
 
-/// Frames a second of the scene's time unit.
+/// The frame rate of the scene's time unit, in frames per second.
 double SceneRate() {
     return MTime(1, MTime::kSeconds).as(MTime::uiUnit());
 }
@@ -133,7 +133,7 @@ bool ExportCommand::ReadArguments(const MArgList& args) {
 }
 
 bool ExportCommand::CheckTimes() {
-    const double limit = 1e9; // far beyond every timeline, and still an int
+    const double limit = 1e9; // beyond any timeline, but within the range of an int
     for (const double frame : {m_startTime.as(MTime::uiUnit()), m_endTime.as(MTime::uiUnit())}) {
         if (!(frame >= -limit && frame <= limit)) {
             return RefuseExport("The frame range is not on the timeline. Check -startTime and -endTime.");

@@ -17,14 +17,14 @@ namespace vellix {
 
 class LayerManager;
 
-/// "qmVellixExport": writes the drawing of a camera, composed at every frame of a range (the playback range
-/// unless one is given, both ends included), as numbered PNG files with transparency, or on an opaque
-/// background, as a movie at the scene's rate, or as both. Ghosts are left out unless asked for. On demand
-/// all frames are shown together on a contact sheet. Changes neither the current time nor the drawing, so
-/// there is nothing to undo. The result is the list of the files that were written.
+/// "qmVellixExport": writes the drawing of a camera, composed at every frame of a range (by default the
+/// playback range; both ends included). Output is numbered PNG files, transparent or on an opaque background,
+/// a movie at the scene's frame rate, or both, and on request a contact sheet of all frames. Ghosts are left
+/// out unless requested. Changes neither the current time nor the drawing, so there is nothing to undo. The
+/// result is the list of written files.
 class ExportCommand : public MPxCommand {
 public:
-    /// More frames than this are taken for a slip in the range.
+    /// The longest range, in frames. A longer one is taken for a mistake.
     static constexpr int MAX_FRAMES = 100000;
 
     static void* Creator();
@@ -37,7 +37,7 @@ public:
 private:
     static const FlagTable<ExportCommand>& Flags();
 
-    // Each logs what is wrong and what to do when it returns false.
+    // Each returns false on a fault, and logs what is wrong and what to do.
     bool ReadArguments(const MArgList& args);
     bool CheckTimes();
     bool CheckBackground() const;

@@ -18,7 +18,7 @@
 
 namespace vellix {
 
-/// One argument of a flag, and the member of the command that it is read into. The member's type is the type
+/// One argument of a flag, bound to the member of the command that receives it. The member's type is the type
 /// of the argument.
 template <typename Command>
 class FlagValue {
@@ -33,10 +33,10 @@ public:
         : FlagValue(MSyntax::kString, member, &MArgParser::flagArgumentString) {}
     FlagValue(MTime Command::*member)
         : FlagValue(MSyntax::kTime, member, &MArgParser::flagArgumentMTime) {}
-    /// An argument that is accepted and not read.
+    /// An argument that is accepted but not read.
     FlagValue(MSyntax::MArgType type)
         : m_type(type) {}
-    /// A whole number from 0; one that is too large for the member becomes the largest.
+    /// A non-negative integer. A value too large for the member becomes the largest int.
     static FlagValue Whole(int Command::*member) {
         FlagValue value(MSyntax::kUnsigned);
         value.m_read = [member](Command& command, const MArgDatabase& arguments, const char* flag,
@@ -51,7 +51,7 @@ public:
     }
 
     MSyntax::MArgType GetType() const { return m_type; }
-    /// False, with the member as it was, when the argument is not there: in a query there are none.
+    /// Returns false, and leaves the member unchanged, if the argument is missing: a query has none.
     bool Read(Command& command, const MArgDatabase& arguments, const char* flag, unsigned int index) const {
         return !m_read || m_read(command, arguments, flag, index);
     }
@@ -80,8 +80,8 @@ private:
     std::function<bool(Command&, const MArgDatabase&, const char*, unsigned int)> m_read;
 };
 
-/// One flag of a command: its names, its arguments, and what it does. A flag that does nothing is an option
-/// of the others.
+/// One flag of a command: its names, its arguments and its action. A flag without an action is an option for
+/// the other flags.
 template <typename Command>
 struct FlagRow {
     using Value = FlagValue<Command>;
@@ -94,30 +94,30 @@ struct FlagRow {
         , name(*shortName == '-' ? shortName : std::string("-") + shortName)
         , values(std::move(values)) {}
 
-    /// What the flag does, and what takes it back (nothing when the drawing stays as it is).
+    /// Sets the flag's action and its undo (none if the drawing does not change).
     FlagRow& Does(Step doing, Step undoing = nullptr) {
         redo = std::move(doing);
         undo = std::move(undoing);
         return *this;
     }
-    /// What the flag does where doing it again takes it back.
+    /// Sets an action that undoes itself when it runs again.
     FlagRow& Exchanges(Step exchanging) { return Does(exchanging, exchanging); }
-    /// What the flag answers in a query. Such a flag does what it does only with -edit.
+    /// Sets the answer to a query. The action of such a flag then needs -edit.
     FlagRow& Answers(Step answering) {
         query = std::move(answering);
         return *this;
     }
-    /// What has to be so before the flag does anything; logs an error when it returns false.
+    /// Sets the precondition of the action. The check logs an error when it returns false.
     FlagRow& Needs(Check needed) {
         check = std::move(needed);
         return *this;
     }
-    /// What is said when the scene has no drawing node, in place of "Node not found".
+    /// Sets the error message for a scene without a drawing node; "Node not found" by default.
     FlagRow& WithoutNode(const char* refusal) {
         withoutNode = refusal;
         return *this;
     }
-    /// Sets the member when the flag is given.
+    /// Sets the member to true if the flag is given.
     FlagRow& Sets(bool Command::*member) {
         given = member;
         return *this;
@@ -125,7 +125,8 @@ struct FlagRow {
 
     bool IsGiven(const MArgDatabase& arguments) const { return arguments.isFlagSet(name.c_str()); }
 
-    /// Reads the arguments of the flag, which is given, into the command. False when one is not there.
+    /// Reads the arguments of the flag, which must be given, into the command. Returns false if one is
+    /// missing.
     bool Read(Command& command, const MArgDatabase& arguments) const {
         if (given) {
             command.*given = true;
@@ -138,7 +139,7 @@ struct FlagRow {
 
     const char* shortName;
     const char* longName;
-    std::string name; ///< the short one, with its hyphen
+    std::string name; ///< the short name with its hyphen
     std::vector<Value> values;
     bool Command::*given = nullptr;
     Step redo;
@@ -148,8 +149,8 @@ struct FlagRow {
     const char* withoutNode = "Node not found";
 };
 
-/// The flags of a command: its syntax is made and its arguments are read from them. Where several flags of a
-/// line do something, the first of the table is done.
+/// All flags of a command. Creates its syntax from them and reads its arguments. If several flags with an
+/// action are given, the first one in the table wins.
 template <typename Command>
 class FlagTable {
 public:
@@ -158,7 +159,7 @@ public:
     explicit FlagTable(std::vector<Row> rows)
         : m_rows(std::move(rows)) {}
 
-    /// All flags. The command takes -query and -edit when one of them answers.
+    /// The syntax with all flags. Enables -query and -edit if a flag answers queries.
     MSyntax GetSyntax() const {
         MSyntax syntax;
         for (const Row& row : m_rows) {
@@ -177,15 +178,16 @@ public:
         return syntax;
     }
 
-    /// The first given flag that does something or, with &Row::query, that answers; null for none.
+    /// The first given flag with an action or, with &Row::query, with an answer; null for none. Owned by the
+    /// table.
     const Row* FindGiven(const MArgDatabase& arguments, typename Row::Step Row::*step = &Row::redo) const {
         const auto found = std::find_if(m_rows.begin(), m_rows.end(),
                                         [&](const Row& row) { return row.*step && row.IsGiven(arguments); });
         return found == m_rows.end() ? nullptr : &*found;
     }
 
-    /// Reads the given options, then the arguments of the first given flag that does something, into the
-    /// command. Returns that flag; null for none.
+    /// Reads the given options, then the arguments of the first given flag with an action, into the command.
+    /// Returns that flag, owned by the table; null for none.
     const Row* Read(Command& command, const MArgDatabase& arguments) const {
         for (const Row& row : m_rows) {
             if (!row.redo && row.IsGiven(arguments)) {

@@ -35,7 +35,7 @@ MStatus RefuseEdit(const QString& message) {
 
 } // namespace
 
-// Where several flags are given, the first of the table is done.
+// If several flags are given, the first one in the table wins.
 const FlagTable<FrameCommand>& FrameCommand::Flags() {
     using F = FrameCommand;
     const auto unlocked = [](const char* refusal) {
@@ -147,7 +147,7 @@ bool FrameCommand::CheckUnlocked(const char* refusal) const {
     return !locked || RefuseEdit(refusal);
 }
 
-// --- frames that come and go ------------------------------------------------------------------------------
+// --- adding and removing frames ---------------------------------------------------------------------------
 
 MStatus FrameCommand::Exchange() {
     Layer* const layer = GetLayer();
@@ -185,7 +185,7 @@ MStatus FrameCommand::InsertFrame() {
 MStatus FrameCommand::PlanInsert() {
     const FrameRange range = FrameRange::FromTimeSlider();
     if (!range.CanBeFilled()) {
-        return RefuseEdit(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
+        return RefuseEdit(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MAX_FRAMES)));
     }
     const Layer* const layer = GetLayer();
     for (int time = range.start; time < range.end; ++time) {
@@ -196,7 +196,7 @@ MStatus FrameCommand::PlanInsert() {
     return MS::kSuccess;
 }
 
-/// A camera without layers gets its first one. Made once: a redo gives the same layer back.
+/// Adds the first layer of a camera without layers. A redo reinserts the same layer.
 bool FrameCommand::PrepareLayer() {
     if (m_createdLayer) {
         return m_node->InsertLayer(m_camera, m_layerIndex, std::move(m_createdLayer)) >= 0;
@@ -251,7 +251,7 @@ void FrameCommand::PlanRemoval(bool blanks) {
     for (int i = 0; layer && i < layer->FrameCount(); ++i) {
         const Frame* const frame = layer->GetFrame(i);
         const int time = frame->GetTimeValue();
-        // After a change of the time unit two frames may fall on the same time.
+        // Changing the time unit can put two frames on the same time.
         if (range.Contains(time) && (times.empty() || times.back() != time)) {
             times.push_back(time);
             if (blanks) {

@@ -23,10 +23,10 @@ namespace vellix {
 class BaseNode;
 class Frame;
 
-/// "qmVellixFrame": edits the keyed frames of the active layer of one camera, whose name is the command's
-/// object; the active camera without one. Most operations take the frames in the highlighted range of the
-/// time slider (the current frame when nothing is highlighted). What an operation found at its first run,
-/// range, layer and frames, is what undo and redo work with.
+/// "qmVellixFrame": edits the keyed frames of one camera's active layer. The camera is the command's object;
+/// by default the active camera. Most operations apply to the highlighted range of the time slider (the
+/// current frame if nothing is highlighted). Undo and redo reuse the range, layer and frames that the first
+/// run found.
 class FrameCommand : public MPxCommand {
 public:
     FrameCommand() = default;
@@ -64,23 +64,23 @@ private:
     MStatus MoveFrames();
     MStatus MoveFramesUndo();
 
-    // What the first run finds out for Exchange.
+    // Each plans, at the first run, what Exchange then does.
     MStatus PlanInsert();
     MStatus PlanDuplicate();
     MStatus PlanPaste();
-    /// The frames of the range go out; with `blanks` empty ones come in for them.
+    /// Removes the frames of the range; with `blanks`, empty frames replace them.
     void PlanRemoval(bool blanks);
     MStatus Exchange();
     MStatus ExchangeUndo();
     bool PrepareLayer();
     MStatus StepTo(const Frame* frame);
 
-    /// The layer that the command edits, null for none: the active one at the first run.
+    /// The layer that was active at the first run, which the command edits; borrowed, null for none.
     Layer* GetLayer() const;
-    /// False, with the refusal logged, when the layer is locked.
+    /// Returns false, and logs `refusal`, if the layer is locked.
     bool CheckUnlocked(const char* refusal) const;
 
-    const Flag* m_flag = nullptr; ///< what is done
+    const Flag* m_flag = nullptr; ///< the flag whose action runs; null for none
     bool m_undoable = false;
     bool m_hasRun = false;
     BaseNode* m_node = nullptr;
@@ -88,10 +88,10 @@ private:
     int m_layerIndex = -1;
 
     bool m_layerCreated = false;
-    std::unique_ptr<Layer> m_createdLayer; ///< the layer that inserting made, while it is undone
-    ActiveLayers m_before;                 ///< what was active before that
+    std::unique_ptr<Layer> m_createdLayer; ///< the layer that inserting added, while it is undone
+    ActiveLayers m_before;                 ///< the active layers before that
 
-    int m_amount = 0; ///< frames to retime or to move by
+    int m_amount = 0; ///< frames to retime or move by
     int m_rangeStart = -1;
     int m_rangeEnd = -1;
     bool m_relative = false;

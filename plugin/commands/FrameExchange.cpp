@@ -42,7 +42,7 @@ bool FrameExchange::Do(Layer& layer) {
 }
 
 bool FrameExchange::Undo(Layer& layer) {
-    layer.TakeFrames(m_blankTimes); // and deletes them
+    layer.TakeFrames(m_blankTimes); // the returned frames are deleted
     for (std::unique_ptr<Frame>& frame : TakePacked(layer, m_putTimes)) {
         m_waiting.push_back(std::move(frame));
     }

@@ -9,35 +9,36 @@
 
 namespace vellix {
 
-/// Frames of a layer that go out and others that come in, and the way back, which gives the layer the very
-/// frames that went out. Whatever is outside the layer is owned here, packed.
+/// Removes some frames of a layer and inserts others. Undo restores the very frames that were removed. Frames
+/// outside the layer are owned here, packed.
 class FrameExchange : private NonCopyable {
 public:
     FrameExchange() = default;
     ~FrameExchange();
 
-    // What is exchanged; to be said before the first Do.
-    /// The frames at these whole-frame times go out. The times rise.
+    // The plan of the exchange; complete it before the first Do.
+    /// Removes the frames at these times (whole frames, ascending).
     void TakeOut(std::vector<int> times);
-    /// An empty frame comes in.
+    /// Inserts an empty frame.
     void PutBlank(const MTime& time);
+    /// Inserts this frame at its own time.
     void Put(std::unique_ptr<Frame> frame);
 
-    /// False when a frame could not come in, since its time was taken. The others did.
+    /// Returns false if a frame could not be inserted because its time was taken. The others are inserted.
     bool Do(Layer& layer);
-    /// False when a frame could not go back. It is kept.
+    /// Returns false if a frame could not be restored because its time was taken. That frame is kept here.
     bool Undo(Layer& layer);
 
-    /// Are there frames of Put that are not in a layer?
+    /// Whether there are frames of Put outside the layer.
     bool HasWaiting() const;
 
 private:
     std::vector<int> m_timesOut;
-    FrameList m_out; ///< what went out, while it is
+    FrameList m_out; ///< removed frames, while they are outside the layer
     std::vector<MTime> m_blanks;
-    std::vector<int> m_blankTimes; ///< where empty frames came in
-    FrameList m_waiting;           ///< what has yet to come in, or came out again
-    std::vector<int> m_putTimes;   ///< where those came in
+    std::vector<int> m_blankTimes; ///< times of the inserted empty frames
+    FrameList m_waiting;           ///< frames of Put, while they are outside the layer
+    std::vector<int> m_putTimes;   ///< times of the inserted frames of Put
 };
 
 } // namespace vellix

@@ -10,18 +10,19 @@ class QString;
 
 namespace vellix {
 
-/// Moves the frames of a range, both ends included, by a number of frames. They may pass over frames that
-/// stay, but not land on one.
+/// Moves the frames of a range (both ends included) by a number of frames. They may pass over other frames,
+/// but not land on one.
 class FrameMove {
 public:
     FrameMove() = default;
     FrameMove(int offset, int first, int last);
 
+    /// Whether the offset is 0.
     bool IsStill() const { return m_offset == 0; }
 
-    /// Nothing moves unless everything can; otherwise false, and `refusal` says why.
+    /// Moves all frames or none. Returns false, with the reason in `refusal`, if one of them cannot move.
     bool Do(Layer& layer, QString& refusal);
-    /// False when a frame could not go back, since its time was taken.
+    /// Returns false if a frame could not go back because its time was taken.
     bool Undo(Layer& layer);
 
 private:
@@ -30,9 +31,9 @@ private:
     int m_offset = 0;
     int m_first = 0;
     int m_last = -1;
-    std::vector<int> m_from; ///< whole frames, rising
-    std::vector<int> m_to;
-    std::vector<MTime> m_before; ///< the exact times of what is at m_from
+    std::vector<int> m_from;     ///< old times, whole frames, ascending
+    std::vector<int> m_to;       ///< new times of the same frames
+    std::vector<MTime> m_before; ///< exact times of the frames at m_from
 };
 
 } // namespace vellix

@@ -49,7 +49,7 @@ QString FrameOutputs::Finish(bool all) {
         m_writer.Write(m_sheet->GetImage(), {m_sheetPath});
     }
     QString fault;
-    // A movie that has gone wrong is why not all frames are there.
+    // A failed movie may be why frames are missing.
     if (m_movie) {
         fault = all ? m_movie->Finish() : m_movie->Fault();
         m_files.append(m_moviePath);

@@ -14,26 +14,25 @@ namespace vellix {
 class ContactSheet;
 class MovieWriter;
 
-/// What an export makes of the frames, of each kind what was asked for: numbered pictures, a contact sheet
-/// and a movie.
+/// Writes the exported frames as numbered pictures, a contact sheet and a movie, each of them if requested.
 class FrameOutputs {
 public:
     FrameOutputs();
     ~FrameOutputs();
 
     void AddPictures(const QString& pattern);
-    /// A sheet for so many frames.
+    /// A sheet for `count` frames.
     void AddContactSheet(const QString& path, int count, const QString& title);
-    /// `rate` is in frames a second.
+    /// `rate` is in frames per second.
     void AddMovie(const QString& path, double rate);
 
-    /// Takes the next frame on. False once something could not be written.
+    /// Adds the next frame. Returns false once writing has failed.
     bool Write(const QImage& image, int frame);
-    /// Completes everything, or, when the frames are not `all` there, only the pictures. Returns what went
-    /// wrong first, or an empty string.
+    /// Completes all outputs or, if not `all` frames were written, only the pictures. Returns the first
+    /// error, or an empty string.
     QString Finish(bool all);
 
-    /// What was written, in the order of the frames, then sheet and movie.
+    /// The written files: pictures in the order of frames, then the sheet and the movie.
     const QStringList& Files() const { return m_files; }
 
 private:
@@ -45,7 +44,7 @@ private:
     std::unique_ptr<MovieWriter> m_movie;
     QString m_sheetPath;
     QString m_moviePath;
-    // Frames that look alike one after the other are written as one image: drawings are held.
+    // Consecutive frames with equal images are encoded once, since drawings are often held.
     QImage m_held;
     QStringList m_heldPaths;
     QStringList m_files;

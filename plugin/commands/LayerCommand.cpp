@@ -16,7 +16,7 @@
 
 namespace vellix {
 
-// Where several flags are given, the first of the table is done.
+// If several flags are given, the first one in the table wins.
 const FlagTable<LayerCommand>& LayerCommand::Flags() {
     using L = LayerCommand;
     using Value = Flag::Value;
@@ -69,7 +69,7 @@ MString LayerCommand::GetCommandName() {
 
 MSyntax LayerCommand::CommandSyntax() {
     MSyntax syntax = Flags().GetSyntax();
-    // The camera is needed; that it is missing is said in the plug-in's own words.
+    // Optional in the syntax only, so that the plug-in's own message reports a missing camera.
     syntax.setObjectType(MSyntax::kStringObjects);
     return syntax;
 }
@@ -87,13 +87,13 @@ MStatus LayerCommand::Parse(const MArgList& args) {
         return MS::kFailure;
     }
     const bool edits = arguments.isEdit();
-    m_asks = arguments.isQuery() && !edits;
-    m_refusal = edits    ? "Invalid edit parameter"
-                : m_asks ? "Invalid query parameter"
-                         : "Invalid command parameters";
+    m_isQuery = arguments.isQuery() && !edits;
+    m_refusal = edits       ? "Invalid edit parameter"
+                : m_isQuery ? "Invalid query parameter"
+                            : "Invalid command parameters";
     m_flag = Flags().Read(*this, arguments);
-    // With -edit or -query go the flags that answer, without them the others.
-    if (m_flag && bool(m_flag->query) != (edits || m_asks)) {
+    // -edit and -query require a flag that answers queries; without them such a flag is refused.
+    if (m_flag && bool(m_flag->query) != (edits || m_isQuery)) {
         m_flag = nullptr;
     }
     return MS::kSuccess;
@@ -114,8 +114,8 @@ MStatus LayerCommand::redoIt() {
         Logger::Error(m_refusal);
         return MS::kInvalidParameter;
     }
-    m_undoable = m_flag->undo && !m_asks;
-    return Run(m_asks ? m_flag->query : m_flag->redo);
+    m_undoable = m_flag->undo && !m_isQuery;
+    return Run(m_isQuery ? m_flag->query : m_flag->redo);
 }
 
 MStatus LayerCommand::undoIt() {
@@ -175,7 +175,7 @@ MStatus LayerCommand::RestoreActive() {
 
 // --- adding and inserting ---------------------------------------------------------------------------------
 
-// Without a state the layer is made, and the command fails all the same: the state is part of the request.
+// Without a state the layer is added, but the command fails: the state is a required part of it.
 MStatus LayerCommand::InsertNewLayer(int destination) {
     m_before.Remember(*m_node, {m_camera});
     m_resultIndex = m_node->InsertLayer(m_camera, destination, m_layerName);
@@ -232,7 +232,7 @@ MStatus LayerCommand::DeleteAllUndo() {
     return PutBack(0);
 }
 
-/// The removed layers, the lowest at the index, and the layer that was active.
+/// Reinserts the removed layers, the lowest at the index, and restores the active layer.
 MStatus LayerCommand::PutBack(int index) {
     for (; !m_removedLayers.empty(); ++index) {
         std::unique_ptr<Layer> layer = std::move(m_removedLayers.front());
@@ -315,7 +315,7 @@ MStatus LayerCommand::MoveAllUndo() {
     return RestoreActive();
 }
 
-// --- what a layer is --------------------------------------------------------------------------------------
+// --- properties of a layer --------------------------------------------------------------------------------
 
 template <typename Value, typename Get, typename Set>
 MStatus LayerCommand::Exchange(Value& value, Get get, Set set) {
@@ -361,7 +361,7 @@ MStatus LayerCommand::QueryState() {
     return MS::kSuccess;
 }
 
-// The companion tool's files are accepted and nothing is done with them.
+// Accepted without effect: files of the companion tool are not imported.
 MStatus LayerCommand::Import() {
     return MS::kSuccess;
 }

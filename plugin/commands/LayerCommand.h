@@ -73,13 +73,13 @@ private:
     bool CheckState() const;
     MStatus InsertNewLayer(int destination);
     MStatus PutBack(int index);
-    /// Gives the layer the value, and the value what the layer had.
+    /// Swaps the given value with that of the layer.
     template <typename Value, typename Get, typename Set>
     MStatus Exchange(Value& value, Get get, Set set);
 
-    const Flag* m_flag = nullptr;    // what is done
-    const char* m_refusal = nullptr; // said when there is nothing to do
-    bool m_asks = false;
+    const Flag* m_flag = nullptr;    // the flag whose action runs; null for none
+    const char* m_refusal = nullptr; // error message if m_flag is null
+    bool m_isQuery = false;
     bool m_undoable = false;
     BaseNode* m_node = nullptr;
 
@@ -88,15 +88,15 @@ private:
     QString m_layerName;
     int m_layerIndex = -1;
     int m_destination = -1;
-    int m_resultIndex = -1; // where a layer came to stand, for the way back
+    int m_resultIndex = -1; // index of the inserted or moved layer, for undo
     int m_movedCount = 0;
-    int m_layerState = -1; // of a new layer, negative for none
+    int m_layerState = -1; // of a new layer; negative if none was given
     int m_stateValue = 0;
     bool m_visible = true;
     double m_opacity = 1.0;
 
     ActiveLayers m_before;
-    std::vector<std::unique_ptr<Layer>> m_removedLayers; // while they are out of the document
+    std::vector<std::unique_ptr<Layer>> m_removedLayers; // while they are not in the drawing
 };
 
 } // namespace vellix

@@ -21,19 +21,19 @@ MStatus RefuseMode(const char* message) {
     return MS::kInvalidParameter;
 }
 
-/// Fails when there is no node.
-MStatus Tell(void (BaseNode::*message)()) {
+/// Calls an operation of the master node. Fails if there is none.
+MStatus CallMaster(void (BaseNode::*operation)()) {
     BaseNode* const node = BaseNode::GetMaster();
     if (node == nullptr) {
         return MS::kFailure;
     }
-    (node->*message)();
+    (node->*operation)();
     return MS::kSuccess;
 }
 
 } // namespace
 
-// A line without a flag that does something creates the node.
+// A command line without an action flag creates the node.
 const FlagTable<NodeCommand>& NodeCommand::Flags() {
     using N = NodeCommand;
     using Value = Flag::Value;
@@ -90,7 +90,7 @@ MStatus NodeCommand::redoIt() {
         return MS::kFailure;
     }
     if (m_layer && m_frame && !FrameRange::FromTimeSlider().CanBeFilled()) {
-        Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
+        Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MAX_FRAMES)));
         return MS::kFailure;
     }
     MStatus created = m_creation.Do();
@@ -121,11 +121,11 @@ MStatus NodeCommand::AnswerExists() {
 }
 
 MStatus NodeCommand::Refresh() {
-    return Tell(&BaseNode::RefreshActiveCamera);
+    return CallMaster(&BaseNode::RefreshActiveCamera);
 }
 
 MStatus NodeCommand::RefreshGhosting() {
-    return Tell(&BaseNode::UpdateGhosting);
+    return CallMaster(&BaseNode::UpdateGhosting);
 }
 
 MStatus NodeCommand::AnswerCamera() {
@@ -162,7 +162,7 @@ void NodeCommand::AddFrames(BaseNode& node, const QString& camera) {
 }
 
 void NodeCommand::RefreshPanels(const BaseNode& node) {
-    // The panel is refreshed by a deferred command; without a panel there is nothing to wait for.
+    // A deferred command refreshes the panel; without a panel it is not needed.
     if (DialogManager::HasLayerManagerDialog()) {
         MayaUtil::RefreshLayerManagerDialog();
     }

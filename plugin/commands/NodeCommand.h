@@ -14,7 +14,7 @@ namespace vellix {
 
 class BaseNode;
 
-/// qmVellixNode: creates the drawing node, with a first layer on request, and answers questions about it.
+/// "qmVellixNode": creates the drawing node, with a first layer on request, and answers queries about it.
 /// Only a creation can be undone.
 class NodeCommand : public MPxCommand {
 public:

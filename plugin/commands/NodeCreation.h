@@ -7,13 +7,13 @@
 
 namespace vellix {
 
-/// Puts the drawing node into the scene: the transform "vellix" with the shape "vellixShape", and the way
-/// back. The first run makes the nodes, later ones bring the same nodes back.
+/// Adds the drawing node to the scene, as the transform "vellix" with the shape "vellixShape", and removes it
+/// again. The first run creates the nodes; a redo brings the same nodes back.
 class NodeCreation {
 public:
-    /// Fails, with an error logged, when a node cannot be made. Clears the selection.
+    /// Adds the nodes and clears the selection. Fails, and logs an error, if a node cannot be created.
     MStatus Do();
-    /// Takes both nodes out of the scene and selects what was selected before.
+    /// Removes both nodes and restores the selection from before the first Do.
     void Undo();
 
 private:

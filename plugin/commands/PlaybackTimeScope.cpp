@@ -17,7 +17,7 @@ void PlaybackTimeScope::GoTo(int frame) {
     SetTime(FromWholeFrames(frame));
 }
 
-// A host may report the new time only once it is idle, so the nodes are told here.
+// The host may report the new time only when idle, so the nodes are updated here.
 void PlaybackTimeScope::SetTime(const MTime& time) {
     if (MayaUtil::GetPlaybackTime() != time) {
         MayaUtil::SetPlaybackTime(time);

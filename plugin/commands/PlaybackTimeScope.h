@@ -6,8 +6,8 @@
 
 namespace vellix {
 
-/// Visits other times; when it goes, the playback time is again what it was. Every drawing node knows each
-/// new time before the next call.
+/// Changes the playback time temporarily: the destructor restores it. After each change every drawing node is
+/// updated before the call returns.
 class PlaybackTimeScope : private NonCopyable {
 public:
     PlaybackTimeScope();
@@ -15,7 +15,7 @@ public:
 
     void GoTo(int frame);
 
-    /// Goes to a time for good.
+    /// Changes the playback time permanently.
     static void SetTime(const MTime& time);
 
 private:

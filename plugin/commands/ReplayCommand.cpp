@@ -93,7 +93,7 @@ bool ReplayCommand::ReadRecording(StrokeRecording& recording) const {
     return false;
 }
 
-// The draw tool makes the node when it is taken up; a replay has no such moment.
+// The draw tool creates the node when it is activated; a replay has to do it itself.
 bool ReplayCommand::ProvideNode() {
     if (BaseNode::GetMaster()) {
         return true;
@@ -107,7 +107,7 @@ bool ReplayCommand::ProvideNode() {
 
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
     const std::shared_ptr<LayerManager> layers = BaseNode::GetMaster()->GetLayerManager();
-    const LayerManager::ChangeScope together(*layers);
+    const LayerManager::ChangeScope scope(*layers);
     m_before.Remember(*BaseNode::GetMaster(), {m_camera});
     StrokePlayer player(*BaseNode::GetMaster(), m_camera);
     MComputation computation;

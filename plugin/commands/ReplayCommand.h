@@ -20,10 +20,10 @@ namespace vellix {
 class NodeCreation;
 class StrokeRecording;
 
-/// "qmVellixReplay -file F [-camera C] [-frameOffset N]": draws a recording of pen strokes as if they were
-/// drawn by hand, on the active layer of the camera (the active camera unless one is named), each at its own
-/// frame. Draws all of them or none. The result is the number of strokes. A scene without a drawing node gets
-/// one, as when the draw tool is taken up.
+/// "qmVellixReplay -file F [-camera C] [-frameOffset N]": draws a recording of pen strokes as the draw tool
+/// would, on the active layer of the camera (by default the active camera), each stroke at its own frame.
+/// Draws all of them or none. The result is the number of strokes. Creates a drawing node if the scene has
+/// none, as activating the draw tool does.
 class ReplayCommand : public MPxCommand {
 public:
     ReplayCommand();
@@ -52,8 +52,8 @@ private:
     ActiveLayers m_before;
     int m_frameOffset = 0;
     bool m_undoable = false;
-    std::unique_ptr<NodeCreation> m_node;               // null when the scene had one
-    std::vector<std::unique_ptr<StrokeCommit>> m_drawn; // one for each frame that was drawn on
+    std::unique_ptr<NodeCreation> m_node;               // null if the scene already had one
+    std::vector<std::unique_ptr<StrokeCommit>> m_drawn; // one for each frame that was drawn on, in order
 };
 
 } // namespace vellix

@@ -11,7 +11,7 @@ Retiming::Retiming(int amount, bool relative)
 void Retiming::SetRange(int start, int end, const std::vector<int>& times) {
     const auto later = std::upper_bound(times.begin(), times.end(), start);
     m_start = later == times.begin() ? start : *(later - 1);
-    m_end = end; // all that starts before it is in the range, wherever it lies between two drawings
+    m_end = end; // needs no rounding to a drawing: whatever starts before it is retimed
 }
 
 int Retiming::FindTarget(const std::vector<int>& times, bool next) const {

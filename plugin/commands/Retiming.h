@@ -6,19 +6,20 @@
 
 namespace vellix {
 
-/// Changes how long drawings hold. Times are whole frames and rise.
+/// Changes how long drawings are held. Times are whole frames, ascending.
 class Retiming {
 public:
     Retiming() = default;
-    /// With `relative` the amount, in frames, is added to each hold; otherwise it is the new hold.
+    /// With `relative`, the amount (in frames) is added to each hold; otherwise it is the new hold.
     Retiming(int amount, bool relative);
 
-    /// Takes the range whose drawings are retimed: those that start in it and the one that it starts in.
+    /// Sets the range to retime (`end` exclusive): the drawings that start in it, and the one displayed at
+    /// its start.
     void SetRange(int start, int end, const std::vector<int>& times);
-    /// Index of the drawing to look at afterwards: the first retimed one or, with `next`, the one after it.
+    /// Index of the drawing to go to afterwards: the first retimed one or, with `next`, the one after it.
     int FindTarget(const std::vector<int>& times, bool next) const;
-    /// The new time of each drawing. Later ones keep their distance to the last retimed one, and every one
-    /// comes at least a frame after its predecessor. They may lie beyond the range of an int.
+    /// The new time of each drawing. Later drawings keep their distance to the last retimed one, and each
+    /// comes at least one frame after its predecessor. Times may exceed the range of an int.
     std::vector<qint64> GetTimes(const std::vector<int>& times) const;
 
 private:

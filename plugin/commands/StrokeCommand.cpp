@@ -25,7 +25,7 @@ void* StrokeCommand::Creator() {
 
 MSyntax StrokeCommand::CommandSyntax() {
     MSyntax syntax = Flags().GetSyntax();
-    // The camera is needed; that it is missing is said in the plug-in's own words.
+    // Optional in the syntax only, so that the plug-in's own message reports a missing camera.
     syntax.setObjectType(MSyntax::kStringObjects);
     return syntax;
 }

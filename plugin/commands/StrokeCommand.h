@@ -12,7 +12,7 @@
 
 namespace vellix {
 
-/// qmVellixStroke: commits the stroke in progress, issued by the draw tool when a stroke ends.
+/// "qmVellixStroke": commits the stroke in progress. The draw tool runs it when a stroke ends.
 class StrokeCommand : public MPxCommand {
 public:
     static void* Creator();

@@ -46,7 +46,7 @@ bool StrokeCommit::Undo(BaseNode& node) {
     if (m_frameAdded) {
         node.RemoveFrame(m_camera, m_frameTime);
         if (Layer* layer = node.GetActiveLayer(m_camera)) {
-            layer->UpdateCurrentFrameIndex(); // the frame may be far from the playback time
+            layer->UpdateCurrentFrameIndex(); // RemoveFrame left it at the removed frame's time
         }
     }
     if (m_addedLayer >= 0) {

@@ -21,8 +21,8 @@ namespace vellix {
 
 namespace {
 
-/// The pixel of an image position, by the rule that also maps the pointer into the image: floor(value + 0.5)
-/// in single precision.
+/// Maps an image position to its pixel, by the same rule as for the pointer: floor(value + 0.5) in single
+/// precision.
 QPoint PixelOf(const QPointF& position) {
     return QPoint(static_cast<int>(std::floor(static_cast<float>(position.x()) + 0.5f)),
                   static_cast<int>(std::floor(static_cast<float>(position.y()) + 0.5f)));
@@ -58,7 +58,7 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
     return false;
 }
 
-// Packing the picture for the way back takes longer than painting, so it is done once for each picture.
+// Packing a picture for undo takes longer than painting, so it is done once per picture.
 bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
     const Frame* const picture = m_node.GetActiveLayer(m_camera)->GetCurrentFrame();
     if (m_drawn.contains(picture)) {
@@ -73,7 +73,7 @@ bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
     return true;
 }
 
-// The settings come first: what a new stroke is painted into depends on the tool and the colour.
+// Sets the tool settings first: the tool and colour decide what a new stroke is painted into.
 Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, bool& frameAdded) {
     if (m_node.HasActiveStroke()) {
         Logger::Error("Another stroke is being drawn. Finish it first.");
@@ -107,13 +107,13 @@ void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
         point.opacity = recorded.opacity / 100.0f * (pressureCounts ? pressure : 1.0f);
         point.position = PixelOf(sample.position);
         if (first) {
-            // A pen that touches down is reported twice, the first time one pixel to the left, so that a mere
-            // click leaves a dot.
+            // The draw tool reports a press twice, first one pixel to the left, so that a mere click leaves a
+            // dot.
             StrokePoint touch = point;
             touch.position.rx() -= 1;
             smoother.Receive(stroke, touch, recorded.font);
         } else if (point.position == last) {
-            continue; // only movement is reported
+            continue; // the draw tool reports only movement
         }
         smoother.Receive(stroke, point, recorded.font);
         last = point.position;

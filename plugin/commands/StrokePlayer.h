@@ -18,10 +18,9 @@ class Frame;
 struct RecordedStroke;
 struct Stroke;
 
-/// Draws recorded strokes on the active layer of a camera, as the draw tool does: what it needs to draw is
-/// made, its samples go through the same smoothing, and the finished stroke is committed in the same way.
-/// While it lives the tool settings are the recording's and the playback time moves; afterwards both are the
-/// user's again.
+/// Draws recorded strokes on a camera's active layer in the same way as the draw tool: it adds a missing
+/// layer or frame, smooths the samples and commits the finished stroke. While it exists, the tool settings
+/// are those of the recording and the playback time moves. The destructor restores both.
 class StrokePlayer {
 public:
     /// The node is borrowed.
@@ -29,9 +28,9 @@ public:
 
     using Commits = std::vector<std::unique_ptr<StrokeCommit>>;
 
-    /// Draws the stroke at a frame. The first stroke on each picture adds its commit to the list; undoing it
-    /// takes the later ones back as well. False, with the reason logged and nothing changed, when the layer
-    /// cannot be drawn on.
+    /// Draws the stroke at a frame. The first stroke on each picture appends its commit to the list; undoing
+    /// that commit also removes the later strokes on the picture. Returns false, with the reason logged and
+    /// nothing changed, if the layer cannot be drawn on.
     bool Draw(const RecordedStroke& recorded, int frame, Commits& commits);
 
 private:
@@ -43,7 +42,7 @@ private:
     BaseNode& m_node;
     QString m_camera;
     PlaybackTimeScope m_time;
-    QSet<const Frame*> m_drawn; // what was drawn on so far
+    QSet<const Frame*> m_drawn; // frames drawn on so far
     ScopeExit m_restoreSettings;
 };
 

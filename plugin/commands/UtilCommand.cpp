@@ -30,7 +30,7 @@ MStatus Result(bool done) {
     return done ? MS::kSuccess : MS::kFailure;
 }
 
-// Without a window there is no menu.
+// Only a host with a user interface has a menu.
 void UpdateMainMenu() {
     if (Settings::guiEnabled) {
         MayaUtil::UpdateMainMenu();
@@ -39,13 +39,13 @@ void UpdateMainMenu() {
 
 using Step = FlagRow<UtilCommand>::Step;
 
-/// The step that calls a function with these arguments.
+/// Makes a step that calls a function with these arguments.
 template <typename Function, typename... Arguments>
 Step Call(Function function, Arguments... arguments) {
     return [=](UtilCommand&) { return function(arguments...); };
 }
 
-/// The step that calls an operation of the command.
+/// Makes a step that calls an operation of the command.
 template <typename... Parameters, typename... Arguments>
 Step Call(MStatus (UtilCommand::*operation)(Parameters...) const, Arguments... arguments) {
     return [=](UtilCommand& command) { return (command.*operation)(arguments...); };
@@ -64,7 +64,7 @@ void SetResult(Number number) {
     MPxCommand::setResult(number);
 }
 
-/// The step that answers a setting.
+/// Makes a step that answers with a setting's value.
 template <typename Setting>
 Step Answer(const Setting& setting) {
     return [&setting](UtilCommand&) {
@@ -80,7 +80,7 @@ MStatus ImportTavlo() {
 
 } // namespace
 
-// Where several flags are given, the first of the table is done.
+// If several flags are given, the first one in the table wins.
 const FlagTable<UtilCommand>& UtilCommand::Flags() {
     static const FlagTable<UtilCommand> flags(Rows());
     return flags;
@@ -150,7 +150,7 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
     return rows;
 }
 
-// Where several tools are given, text gives way to the others.
+// Text comes last, so that any other tool given with it wins.
 void UtilCommand::AddTools(std::vector<Flag>& rows) {
     using U = UtilCommand;
     using Value = Flag::Value;
@@ -211,7 +211,7 @@ MStatus UtilCommand::Refuse() {
     return MS::kInvalidParameter;
 }
 
-bool UtilCommand::NeedWindow(const char* what) {
+bool UtilCommand::RequireWindow(const char* what) {
     if (!Settings::guiEnabled) {
         Logger::Error(QStringLiteral("The %1 needs a window.").arg(QString::fromLatin1(what)));
     }
@@ -221,10 +221,10 @@ bool UtilCommand::NeedWindow(const char* what) {
 // --- tools ------------------------------------------------------------------------------------------------
 
 MStatus UtilCommand::ActivateContext(const char* tool, const QString& contextCommand, MString& name) {
-    if (!NeedWindow(tool)) {
+    if (!RequireWindow(tool)) {
         return MS::kFailure;
     }
-    // A context that went, with the plug-in unloaded in between, is made again.
+    // Create the context again if it no longer exists, as after unloading the plug-in.
     if (name.length() > 0 && MayaUtil::ContextExists(name) && MayaUtil::SetContext(name)) {
         return MS::kSuccess;
     }
@@ -339,11 +339,11 @@ MStatus UtilCommand::RefreshTimelineDisplay() {
 }
 
 MStatus UtilCommand::CreateFloatingViewport() {
-    return Result(NeedWindow("floating viewport") && MayaUtil::CreateFloatingViewport(QString()));
+    return Result(RequireWindow("floating viewport") && MayaUtil::CreateFloatingViewport(QString()));
 }
 
 MStatus UtilCommand::MoveToFloatingViewport() const {
-    if (!NeedWindow("floating viewport")) {
+    if (!RequireWindow("floating viewport")) {
         return MS::kFailure;
     }
     QString camera = m_text;
@@ -353,7 +353,7 @@ MStatus UtilCommand::MoveToFloatingViewport() const {
         const BaseNode* const node = BaseNode::GetMaster();
         const int active = node != nullptr ? cameras.indexOf(node->GetActiveCamera()) : -1;
         bool chosen = false;
-        // The blanks make the dialog wide enough for its title.
+        // The trailing spaces make the dialog wide enough for its title.
         camera = QInputDialog::getItem(MQtUtil::mainWindow(), QStringLiteral("Move Layers to View"),
                                        QStringLiteral("Select camera to move layers from:                 "),
                                        cameras, qMax(active, 0), false, &chosen);
@@ -376,7 +376,7 @@ MStatus NotAvailable(const char* what) {
 } // namespace
 
 MStatus UtilCommand::ShowPanel(const char* what, QWidget* (*get)()) {
-    if (!NeedWindow(what)) {
+    if (!RequireWindow(what)) {
         return MS::kFailure;
     }
     QWidget* const panel = get();
@@ -402,7 +402,7 @@ MStatus UtilCommand::RefreshLayerManager() {
 }
 
 MStatus UtilCommand::RefreshToolbox() {
-    if (!NeedWindow("toolbox")) {
+    if (!RequireWindow("toolbox")) {
         return MS::kFailure;
     }
     if (DialogManager::GetToolboxDialog() == nullptr) {
@@ -413,7 +413,7 @@ MStatus UtilCommand::RefreshToolbox() {
 }
 
 MStatus UtilCommand::ShowDialog(const char* what, bool (*show)()) {
-    if (!NeedWindow(what)) {
+    if (!RequireWindow(what)) {
         return MS::kFailure;
     }
     return show() ? MStatus() : NotAvailable(what);
@@ -421,7 +421,7 @@ MStatus UtilCommand::ShowDialog(const char* what, bool (*show)()) {
 
 MStatus UtilCommand::ShowLayerProperties() {
     const char* const what = "layer properties dialog";
-    if (!NeedWindow(what)) {
+    if (!RequireWindow(what)) {
         return MS::kFailure;
     }
     const BaseNode* const node = BaseNode::GetMaster();
@@ -439,7 +439,7 @@ MStatus UtilCommand::ShowLayerProperties() {
 }
 
 MStatus UtilCommand::ResetPanels() {
-    if (!NeedWindow("reset of the user interface")) {
+    if (!RequireWindow("reset of the user interface")) {
         return MS::kFailure;
     }
     const auto answer = QMessageBox::question(MQtUtil::mainWindow(), QStringLiteral("Reset UI"),

@@ -18,9 +18,9 @@ namespace vellix {
 enum class ToolType : qint32;
 struct ToolRow;
 
-/// "qmVellixUtil": everything that is not an edit of the drawing. It chooses the tool, its options and the
-/// active colour, says what is ghosted and where the frame marks are shown, and opens and refreshes the
-/// panels. It changes Settings at once and is not undoable.
+/// "qmVellixUtil": everything that does not edit the drawing. Chooses the tool, its options and the active
+/// colour; sets ghosting and the display of the frame marks; opens and refreshes the panels. Changes Settings
+/// at once and is not undoable.
 class UtilCommand : public MPxCommand {
 public:
     static void* Creator();
@@ -38,7 +38,8 @@ private:
     static void AddTools(std::vector<Flag>& rows);
     static MStatus Refuse();
 
-    static bool NeedWindow(const char* what);
+    /// Returns false, and logs an error, if the host has no user interface. `what` needs one.
+    static bool RequireWindow(const char* what);
     static MStatus ActivateContext(const char* tool, const QString& contextCommand, MString& name);
     static MStatus ActivateDrawContext();
     static MStatus ActivateTransformContext();
@@ -46,7 +47,8 @@ private:
 
     MStatus SetOptions(const ToolRow& tool) const;
 
-    /// The colour of the three components; an error is logged, and false returned, when there is none.
+    /// Gets the colour given by the three components. Returns false, and logs an error, if a component is out
+    /// of range.
     bool GetColor(QColor& color) const;
     MStatus SetActiveColor() const;
     MStatus SetGhostColor(QColor& setting) const;
@@ -68,7 +70,7 @@ private:
     static MStatus ShowLayerProperties();
     static MStatus ResetPanels();
 
-    int m_size = 0; // of a tool, and what follows it
+    int m_size = 0; // tool size; the members up to m_tablet are tool options too
     int m_opacity = 0;
     int m_hardness = 0;
     int m_tablet = 0;
@@ -76,8 +78,8 @@ private:
     int m_green = 0;
     int m_blue = 0;
     int m_number = 0;
-    int m_switch = 0; // negative: the other way round
-    QString m_text;   // font family, or the camera whose layers move
+    int m_switch = 0; // negative: toggle
+    QString m_text;   // font family, or the camera whose layers are moved
 };
 
 } // namespace vellix

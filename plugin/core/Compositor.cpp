@@ -41,7 +41,7 @@ void Compositor::Rebuild(const Scene& scene) {
     m_cache.EndRound();
 }
 
-/// The ghosts of the active layer. While a stroke grows they stay those of the rebuild before it.
+/// Returns the active layer's ghosts, rebuilt unless a stroke is growing on the same frame.
 PictureStack Compositor::UpdateGhosts(const Scene& scene) {
     if (scene.activeLayer < 0 || !scene.ghosting || !(Settings::ghostPrev || Settings::ghostNext)) {
         if (m_ghosts.camera == scene.camera) {
@@ -63,15 +63,15 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
     return m_ghosts.pictures;
 }
 
-/// What lies under and over the layer that is drawn on is merged once; then each refresh costs the same
+/// Merges the layers under the active one, and those over it, only once. A refresh then costs the same
 /// however many layers there are.
 void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
-                                   std::size_t drawnOn) {
+                                   std::size_t activePicture) {
     if (m_below == nullptr) {
         m_below = std::make_unique<MergedPictures>();
         m_above = std::make_unique<MergedPictures>();
     }
-    const auto drawing = stack.begin() + std::ptrdiff_t(drawnOn);
+    const auto drawing = stack.begin() + std::ptrdiff_t(activePicture);
     m_below->Update(PictureStack(stack.begin(), drawing));
     m_above->Update(PictureStack(drawing + 1, stack.end()));
     PictureStack merged;

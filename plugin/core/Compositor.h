@@ -17,30 +17,31 @@ namespace vellix {
 class Layer;
 class StrokePainter;
 
-/// The composed images of all cameras and what is kept to make them quickly. Whether an image is stale is for
-/// the caller to know; a rebuild then compares what goes into the image with what went into it the last time,
-/// and composes only the tiles that differ.
+/// Keeps the composed image of every camera, and the caches that make a rebuild quick. The caller decides
+/// when an image is stale. A rebuild compares its pictures with those of the last rebuild and composes only
+/// the tiles that differ.
 class Compositor {
 public:
-    /// What a rebuild composes.
+    /// The input of a rebuild: one camera's layers, with ghosts and stroke.
     struct Scene {
         QString camera;
-        QList<Layer*> layers; ///< bottom first
+        QList<Layer*> layers; ///< bottom first; borrowed
         int activeLayer = -1; ///< -1: no ghosts
         bool ghosting = true;
-        StrokePainter* stroke = nullptr; ///< when one is drawn on this camera
+        StrokePainter* stroke = nullptr; ///< the stroke being drawn on this camera, borrowed; or null
     };
 
-    /// The camera's image, transparent.
+    /// Gives the camera a transparent image; replaces one it had.
     void AddCamera(const QString& camera);
     void RemoveCamera(const QString& camera);
-    /// Owned here; null for a camera that was not added.
+    /// The camera's image, owned here; null for a camera that was not added.
     QImage* GetImage(const QString& camera) const;
-    /// Composes the camera's image and reads every layer's picture.
+    /// Composes the camera's image. Reads every layer with Layer::ReadFrame, which clears the layers' cache
+    /// flags. Does nothing for a camera that was not added.
     void Rebuild(const Scene& scene);
 
 private:
-    /// What a stroke that is under way keeps showing.
+    /// The ghosts of the last rebuild. They stay as they are while a stroke is being drawn.
     struct Ghosts {
         QString camera;
         const Layer* layer = nullptr; ///< null: no ghosts
@@ -50,12 +51,12 @@ private:
 
     PictureStack UpdateGhosts(const Scene& scene);
     void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
-                           std::size_t drawnOn);
+                           std::size_t activePicture);
 
     std::map<QString, std::unique_ptr<FlattenedImage>> m_images;
     PictureCache m_cache;
     Ghosts m_ghosts;
-    // While a stroke is drawn, what lies under and over its layer.
+    // The layers under and over the active one, merged; only used while a stroke is drawn.
     std::unique_ptr<MergedPictures> m_below;
     std::unique_ptr<MergedPictures> m_above;
 };

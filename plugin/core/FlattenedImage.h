@@ -6,20 +6,21 @@
 
 namespace vellix {
 
-/// The composed image of a camera. An update composes only the tiles in which the stack differs from the one
-/// before.
+/// The composed image of a camera. An update composes only the tiles in which the stack differs from the last
+/// one.
 class FlattenedImage {
 public:
-    /// A transparent layer image.
+    /// Starts as a transparent layer image.
     FlattenedImage();
 
     QImage& Image() { return m_image; }
-    /// `alsoChanged`: tiles that changed although the pictures kept their keys.
+    /// Composes the stack into the image. `alsoChanged`: tiles that changed although their pictures kept
+    /// their keys. Composes everything if someone else wrote into the image since the last update.
     void Update(const PictureStack& stack, const TileMask& alsoChanged);
 
 private:
     QImage m_image;
-    qint64 m_imageKey; ///< after the last update; a different one tells that someone wrote into the image
+    qint64 m_imageKey; ///< QImage::cacheKey after the last update; differs once someone else writes
     StackMemory m_memory;
 };
 

@@ -10,7 +10,8 @@
 namespace vellix {
 namespace {
 
-/// What a frame without a picture is written as. Encoded once: scenes are full of empty keys.
+/// The PNG bytes of a transparent image, for frames without a picture. Encoded once, since scenes are full of
+/// empty keys.
 const QByteArray& TransparentPng() {
     static const QByteArray png = [] {
         QByteArray packed;

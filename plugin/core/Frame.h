@@ -7,44 +7,44 @@
 
 namespace vellix {
 
-/// A drawing keyed at a whole-frame time. Its picture is held as pixels or, until someone asks for them, as
-/// PNG bytes. Beside the pixels a frame remembers the PNG bytes that belong to them, for as long as the
-/// pixels stay what they were.
+/// A drawing keyed at a whole-frame time. It holds its picture as pixels or, until someone asks for them, as
+/// PNG bytes (packed). It also remembers the PNG bytes of its pixels until these change, so that packing
+/// again costs nothing.
 class Frame {
 public:
     /// A frame without a picture.
     explicit Frame(const MTime& time);
-    /// An independent frame, packed; it never shares pixels with the other one.
+    /// Copies the frame, packed. The copy shares no pixels with the other frame.
     Frame(const Frame& other);
     Frame& operator=(const Frame&) = delete;
     ~Frame();
 
     void SetTime(const MTime& time);
     MTime GetTime() const;
-    /// Whole frames in the host's current time unit; reading truncates toward zero.
+    /// The time in whole frames of the host's current time unit; reading truncates toward zero.
     void SetTimeValue(int frame);
     int GetTimeValue() const;
 
-    /// Shares the image. PNG bytes that the frame still holds stay as they are, and are unpacked again only
-    /// when the image is null.
+    /// Sets the pixels; the image is shared. A null image brings back the PNG bytes that the frame still
+    /// holds, if any.
     void SetImage(const QImage& image);
-    /// The pixels, unpacked on demand; a frame without a picture gets a transparent one. They stay unpacked.
+    /// The pixels, unpacked on demand; transparent for a frame without a picture. The frame then stays
+    /// unpacked.
     QImage& GetImage();
     bool IsUnpacked() const;
-    /// Turns the pixels into PNG bytes and lets go of them. Pixels that cannot be encoded are kept.
+    /// Encodes the pixels as PNG bytes and frees them. Keeps the pixels if encoding fails.
     void PackImage();
 
-    /// The picture as PNG bytes, encoded only when they are not at hand; a frame without a picture gives a
-    /// transparent one. Empty when encoding fails. Changes nothing that can be seen.
+    /// The picture as PNG bytes, encoded only if the pixels changed since the last time; a transparent image
+    /// for a frame without a picture. Empty if encoding fails. The frame stays packed or unpacked.
     QByteArray GetPackedImage() const;
-    /// Replaces the picture by PNG bytes that are known to decode (DrawUtil::CheckPngBuffer).
+    /// Replaces the picture. The PNG bytes must be known to decode (see DrawUtil::CheckPngBuffer).
     void SetPackedImage(const QByteArray& png);
 
-    /// The picture without unpacking the frame: shared pixels, or a decoded copy; null for a frame without a
-    /// picture.
+    /// The picture, without unpacking the frame: the shared pixels, or a decoded copy. Null for a frame
+    /// without a picture.
     QImage PeekImage() const;
-    /// Names the picture: two pictures with the same key have the same pixels, packed or not. 0 for a frame
-    /// without one.
+    /// Identifies the picture: equal keys mean equal pixels, packed or not. 0 for a frame without a picture.
     qint64 GetPictureKey() const;
 
 private:
@@ -58,9 +58,9 @@ private:
 
     MTime m_time;
     QImage m_image;
-    Packed m_packed;                 ///< the picture while there are no pixels
-    mutable Packed m_encoded;        ///< the pixels as PNG bytes...
-    mutable qint64 m_encodedFor = 0; ///< ...while this is their QImage::cacheKey
+    Packed m_packed;                 ///< the picture while m_image is null
+    mutable Packed m_encoded;        ///< m_image as PNG bytes, valid while...
+    mutable qint64 m_encodedFor = 0; ///< ...this is its QImage::cacheKey
 };
 
 } // namespace vellix

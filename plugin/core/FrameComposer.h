@@ -7,9 +7,9 @@ namespace vellix {
 
 class Layer;
 
-/// Composes layers (bottom first) as they look at a frame, with the active layer's ghosts as the user's
-/// settings have them when `ghosting` is set. Reads the layers without changing anything about them; frames
-/// that are packed stay packed. Straight alpha, Format_RGBA8888.
+/// Composes layers (bottom first) as they look at a frame number. With `ghosting`, adds the active layer's
+/// ghosts as the user's settings ask (an `activeLayer` out of range has none). Leaves the layers unchanged;
+/// packed frames stay packed. Returns straight alpha, Format_RGBA8888.
 QImage ComposeLayersAt(int frame, const QList<Layer*>& layers, int activeLayer, bool ghosting);
 
 } // namespace vellix

@@ -4,21 +4,21 @@
 
 namespace vellix {
 
-/// Whole frames from `start` up to, but not with, `end`.
+/// A range of whole frames; `end` is exclusive.
 struct FrameRange {
     int start = 0;
     int end = 0;
 
-    /// More than a layer can reasonably hold: a range that was not meant must not fill the memory.
-    static constexpr int MOST_FRAMES = 100000;
+    /// The longest range that may be filled with frames. A longer one is a mistake and would exhaust memory.
+    static constexpr int MAX_FRAMES = 100000;
 
-    bool CanBeFilled() const { return qint64(end) - start <= MOST_FRAMES; }
+    bool CanBeFilled() const { return qint64(end) - start <= MAX_FRAMES; }
     bool Contains(int frame) const { return frame >= start && frame < end; }
 
-    /// Whole frames, from times in frames that may be parts of one or beyond an int.
+    /// Converts times in frames. Truncates fractions toward zero and clamps to the range of an int.
     static FrameRange FromFrames(double start, double end);
-    /// The highlighted range of the host's time slider; the current frame when nothing is highlighted, or
-    /// when the host has no time slider.
+    /// The highlighted range of the host's time slider. The current frame if nothing is highlighted or the
+    /// host has no time slider.
     static FrameRange FromTimeSlider();
 };
 

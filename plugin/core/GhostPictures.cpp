@@ -8,7 +8,7 @@
 namespace vellix {
 namespace {
 
-/// How strongly the nearest ghost is painted; the others fade evenly towards 0.
+/// Opacity (0..1) of the nearest ghost. The others fade evenly towards 0.
 constexpr double NEAREST_OPACITY = 0.4;
 
 } // namespace

@@ -6,9 +6,10 @@
 
 namespace vellix {
 
-/// The onion skin that the user's settings ask for: the previous drawings of a layer and over them the next
-/// ones, nearer keys over farther ones, faded, in the override colours if those are on. `pictureAt` gives the
-/// drawing so many keys away from the current one (negative: before it); none is farther than `keyCount`.
+/// Builds the onion skin that the user's settings ask for: a layer's previous drawings and, over them, the
+/// next ones. Nearer keys lie over farther ones and are more opaque. The override colours tint them if they
+/// are on. `pictureAt` returns the drawing `offset` keys from the current one (negative: before it) and is
+/// never asked beyond `keyCount`.
 PictureStack GhostPictures(int keyCount, const std::function<Picture(int offset)>& pictureAt);
 
 } // namespace vellix

@@ -23,13 +23,13 @@ Layer::Layer()
 
 Layer::~Layer() = default;
 
-void Layer::SetChangeTeller(std::function<void(DocumentChange)> tell) {
-    m_tell = std::move(tell);
+void Layer::SetChangeCallback(std::function<void(DocumentChange)> onChange) {
+    m_onChange = std::move(onChange);
 }
 
 void Layer::Changed(DocumentChange change) {
-    if (m_tell) {
-        m_tell(change);
+    if (m_onChange) {
+        m_onChange(change);
     }
 }
 
@@ -55,7 +55,7 @@ bool Layer::IsVisible() const {
 }
 
 void Layer::SetOpacity(float opacity) {
-    // Written so that a number that is none counts as 0.
+    // This order of the comparison turns NaN into 0.
     const float clamped = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
     if (m_opacity != clamped) {
         m_opacity = clamped;
@@ -208,7 +208,7 @@ void Layer::GetFrameTimes(QList<int>& times) const {
     times.clear();
     for (const auto& frame : m_frames) {
         const int time = frame->GetTimeValue();
-        // After a change of the time unit two frames may fall on the same time.
+        // Changing the time unit can put two frames on the same time.
         if (times.isEmpty() || times.last() != time) {
             times.append(time);
         }
@@ -250,7 +250,7 @@ std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
     std::unique_ptr<Frame> removed = std::move(m_frames[std::size_t(index)]);
     m_frames.erase(m_frames.begin() + index);
     UpdateCurrentFrameIndex(frame);
-    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    m_cacheUpdateRequired = true; // even if the current drawing is the same, the ghosts have changed
     Changed(DocumentChange::Frames);
     return removed;
 }
@@ -290,7 +290,7 @@ std::vector<int> Layer::PutFrames(FrameList& frames) {
 
 void Layer::FramesChanged() {
     UpdateCurrentFrameIndex();
-    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    m_cacheUpdateRequired = true; // even if the current drawing is the same, the ghosts have changed
     Changed(DocumentChange::Frames);
 }
 

@@ -20,21 +20,21 @@ class Frame;
 
 using FrameList = std::vector<std::unique_ptr<Frame>>;
 
-/// An ordered list of keyed frames. At any time a layer shows the last frame keyed at or before it. Times are
-/// whole frames in the host's current time unit; no two frames share one.
+/// An ordered list of keyed frames. A layer displays the last frame keyed at or before the current time.
+/// Times are whole frames in the host's current time unit; no two frames share one.
 class Layer : private NonCopyable {
 public:
     Layer();
     ~Layer();
 
-    /// What is told of the layer's changes from now on; an empty function for nobody.
-    void SetChangeTeller(std::function<void(DocumentChange)> tell);
+    /// Sets the function that is called after each change of the layer; an empty one for none.
+    void SetChangeCallback(std::function<void(DocumentChange)> onChange);
 
     void SetName(const QString& name);
     QString GetName() const;
     void SetVisible(bool visible);
     bool IsVisible() const;
-    /// 0..1, clamped. Kept with the layer, not applied to its picture.
+    /// 0..1, clamped. Stored with the layer; composition does not apply it.
     void SetOpacity(float opacity);
     float GetOpacity() const;
     void SetState(LayerState state);
@@ -43,68 +43,75 @@ public:
     bool IsActive() const;
 
     int FrameCount() const;
-    /// Has the layer's picture changed since it was last read with GetImage?
+    /// Whether the layer's picture has changed since GetImage or ReadFrame last read it.
     bool CacheUpdateRequired() const;
     void ForceCacheUpdate();
-    /// After times of frames have changed without the layer: finds the current frame anew.
+    /// Call after the times of frames were changed directly: finds the current frame again and marks the
+    /// picture as changed.
     void FramesChanged();
 
-    /// The frame `offset` keys after the current one (before it when negative), borrowed; null when there is
-    /// none or the layer is hidden. Counts as reading the picture.
+    /// The frame `offset` keys after the current one (before it if negative), borrowed. Null if there is none
+    /// or the layer is hidden. Marks the layer's picture as read (see CacheUpdateRequired).
     Frame* ReadFrame(int offset);
 
-    /// Borrowed; null when out of range.
+    /// The frame at an index, borrowed; null if the index is out of range.
     Frame* GetFrame(int index) const;
-    /// The frame shown now; null before the first key.
+    /// The frame displayed now, borrowed; null before the first key.
     Frame* GetCurrentFrame() const;
     int GetCurrentFrameIndex() const;
-    /// Index of the frame shown at a time; -1 before the first key.
+    /// Index of the frame displayed at a time; -1 before the first key.
     int FindFrameIndex(int frame) const;
+    /// Makes the frame displayed at the time the current one.
     void UpdateCurrentFrameIndex(int frame);
+    /// The same for the playback time.
     void UpdateCurrentFrameIndex();
 
+    /// Whether a frame is keyed at exactly this time.
     bool FrameExists(int frame) const;
     bool FrameExists(const MTime& time) const;
-    /// At the playback time; for a static layer, at or before it.
+    /// Whether a frame is keyed at the playback time; for a static layer, at or before it.
     bool FrameExists() const;
+    /// Whether a frame is keyed at or before the current time.
     bool StaticFrameExists() const;
-    /// The key nearest before or after the playback time, borrowed; beyond the first or last one null, or
-    /// with `wrap` the key at the other end.
+    /// The nearest key before or after the playback time, borrowed. Past the first or last key: null or, with
+    /// `wrap`, the key at the other end.
     Frame* GetPreviousFrame(bool wrap) const;
     Frame* GetNextFrame(bool wrap) const;
-    /// A packed copy of the frame keyed at the time; null when there is none.
+    /// A packed copy of the frame keyed at the time; null if there is none.
     std::unique_ptr<Frame> GetFrameCopy(const MTime& time) const;
     void GetFrameTimes(QList<int>& times) const;
-    /// Sets the times of the first frames. The caller keeps them in order and refreshes what depends on them.
+    /// Sets the times of the first `times.size()` frames. The caller keeps them in order and calls
+    /// FramesChanged.
     void SetFrameTimes(const QList<int>& times);
 
-    /// Takes ownership of the frame, also when it refuses; returns its index, or -1 for null or a time that
+    /// Takes ownership of the frame, even if it is refused. Returns its index, or -1 for null or a time that
     /// is taken.
     int InsertFrame(Frame* frame);
     int AddFrame(const MTime& time);
     int AddFrame();
-    /// Hands the frame at the time to the caller; null when there is none.
+    /// Removes the frame at the time and hands it to the caller; null if there is none.
     std::unique_ptr<Frame> RemoveFrame(const MTime& time);
     std::unique_ptr<Frame> RemoveFrame();
-    /// Hands over all frames at those times, which rise, in their order. Many frames cost one pass.
+    /// Removes all frames at the given times (ascending) in one pass, and hands them over in their order.
     FrameList TakeFrames(const std::vector<int>& times);
-    /// Takes the frames whose times are free, in one pass, and returns these times, rising; the others stay
-    /// in the list.
+    /// Inserts, in one pass, the frames whose times are free, and returns these times, ascending. The refused
+    /// frames stay in the list.
     std::vector<int> PutFrames(FrameList& frames);
 
     // Part of the interface for scripts and other tools; not called here.
-    /// Pixels of the frame that ReadFrame() gives, owned by the frame; a shared null image for none.
+    /// Pixels of the frame that ReadFrame() returns, owned by that frame; a shared null image if there is
+    /// none.
     QImage* GetImage(int offset);
     /// Replaces the pixels of the current frame, if there is one.
     void SetImage(const QImage& image);
-    /// The current frame index stays as it was, for the caller to update.
+    /// Does not update the current frame index; the caller does.
     void RemoveAllFrames();
 
 private:
     int FindKey(int frame) const;
     void Changed(DocumentChange change);
 
-    std::function<void(DocumentChange)> m_tell;
+    std::function<void(DocumentChange)> m_onChange;
     QString m_name;
     bool m_active = false;
     bool m_visible = true;
@@ -112,7 +119,7 @@ private:
     float m_opacity = 1.0f;
     LayerState m_state = LayerState::Animated;
     int m_currentFrameIndex = -1;
-    FrameList m_frames; ///< by rising time
+    FrameList m_frames; ///< ascending in time
 };
 
 } // namespace vellix

@@ -36,15 +36,15 @@ LayerManager::ChangeScope::ChangeScope(LayerManager& document)
 
 LayerManager::ChangeScope::~ChangeScope() {
     --m_document.m_changeScopes;
-    m_document.TellChanges();
+    m_document.NotifyListener();
 }
 
 void LayerManager::Changed(DocumentChanges changes) {
     m_changes |= changes;
-    TellChanges();
+    NotifyListener();
 }
 
-void LayerManager::TellChanges() {
+void LayerManager::NotifyListener() {
     if (m_changeScopes > 0 || !m_changes) {
         return;
     }
@@ -153,9 +153,9 @@ bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCam
         Logger::Error(QStringLiteral("Invalid layer index: %1").arg(index));
         return false;
     }
-    const ChangeScope together(*this);
+    const ChangeScope scope(*this);
     if (Settings::ghostPrev || Settings::ghostNext) {
-        // Ghosts are those of the active layer, so both pictures change.
+        // Ghosts belong to the active layer, so the images of both cameras change.
         if (!m_activeCamera.isEmpty()) {
             QueueMasterCacheUpdate(m_activeCamera);
         }
@@ -220,9 +220,9 @@ int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
     if (layer == nullptr) {
         return -1;
     }
-    const ChangeScope together(*this);
+    const ChangeScope scope(*this);
     std::unique_ptr<Layer> owned(layer);
-    layer->SetChangeTeller([this](DocumentChange change) { Changed(change); });
+    layer->SetChangeCallback([this](DocumentChange change) { Changed(change); });
     LayerList& layers = m_layers[camera];
     const bool wasActive = layer->IsActive();
     const int at = index >= 0 && index < int(layers.size()) ? index : int(layers.size());
@@ -263,7 +263,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
     if (camera == toCamera) {
         return MoveLayer(camera, index, LayerExists(camera, toIndex) ? toIndex : LayerCount(camera) - 1);
     }
-    const ChangeScope together(*this);
+    const ChangeScope scope(*this);
     std::unique_ptr<Layer> layer = RemoveLayer(camera, index);
     if (layer == nullptr) {
         return -1;
@@ -276,10 +276,10 @@ std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int inde
     if (!LayerExists(camera, index)) {
         return nullptr;
     }
-    const ChangeScope together(*this);
+    const ChangeScope scope(*this);
     LayerList& layers = m_layers[camera];
     std::unique_ptr<Layer> layer = std::move(layers[std::size_t(index)]);
-    layer->SetChangeTeller(nullptr);
+    layer->SetChangeCallback(nullptr);
     layers.erase(layers.begin() + index);
     QueueMasterCacheUpdate(camera);
     if (layers.empty()) {
@@ -296,9 +296,9 @@ void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed
     if (found == m_layers.end() || found->second.empty()) {
         return;
     }
-    const ChangeScope together(*this);
+    const ChangeScope scope(*this);
     for (auto& layer : found->second) {
-        layer->SetChangeTeller(nullptr);
+        layer->SetChangeCallback(nullptr);
         removed.append(layer.release());
     }
     found->second.clear();
@@ -345,7 +345,7 @@ void LayerManager::OnFirstLayerAdded(const QString& camera) {
 
 void LayerManager::OnLastLayerRemoved(const QString& camera) {
     m_compositor->RemoveCamera(camera);
-    m_layers.erase(camera); // a camera without layers leaves no trace in the stored drawing
+    m_layers.erase(camera); // a camera without layers is not stored with the drawing
     SetActiveLayer(camera, -1, false);
 }
 

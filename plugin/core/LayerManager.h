@@ -26,18 +26,19 @@ class Layer;
 class StrokePainter;
 struct Stroke;
 
-/// The whole drawing of one scene node: for every camera a stack of layers (index 0 at the bottom) with one
-/// active layer, the stroke being drawn, and the composed image of each camera. Cameras go by the names of
-/// their transforms; an unknown one is an empty stack. Refusals are silent: null, -1 or false.
+/// The whole drawing of one scene node: per camera a stack of layers (index 0 at the bottom) with one active
+/// layer, the stroke being drawn, and each camera's composed image. Cameras are named by their transforms; an
+/// unknown camera is an empty stack. A refused call logs nothing, unless said otherwise, and returns null, -1
+/// or false.
 class LayerManager : private NonCopyable {
 public:
     LayerManager();
     ~LayerManager();
 
-    /// Who is told of the changes of every drawing; borrowed, null for nobody.
+    /// Sets the listener for the changes of every drawing; borrowed, null for none.
     static void SetListener(DocumentListener* listener);
 
-    /// While one is there, changes are gathered; they are told together when the last one goes.
+    /// Collects changes while it exists. The listener gets them in one call when the last scope ends.
     class ChangeScope {
     public:
         explicit ChangeScope(LayerManager& document);
@@ -49,7 +50,7 @@ public:
         LayerManager& m_document;
     };
 
-    /// The master's layers fill the layer manager panel.
+    /// Whether this drawing fills the layer manager panel.
     bool IsMaster() const;
     void MakeMaster();
 
@@ -61,19 +62,19 @@ public:
     /// Makes the camera of the host's active view the active one.
     void RefreshActiveCamera();
 
-    // Layers. Borrowed pointers, unless said otherwise.
+    // Layers. Returned raw pointers are borrowed.
     int LayerCount(const QString& camera) const;
     int TotalLayerCount() const;
     bool LayerExists(const QString& camera, int index) const;
     bool LayerNameExists(const QString& name) const;
-    /// The name when it is free (an empty one stands for the default), else the first free numbered default
-    /// name.
+    /// Returns the name if it is free, else the first free numbered default name. An empty name stands for
+    /// the default name.
     QString GetUniqueLayerName(const QString& name) const;
     Layer* GetLayer(const QString& camera, int index) const;
     QList<Layer*> GetLayers(const QString& camera) const;
     int GetActiveLayerIndex(const QString& camera) const;
     Layer* GetActiveLayer(const QString& camera) const;
-    /// -1 leaves the camera without an active layer. False, with an error logged, for any other invalid
+    /// -1 leaves the camera without an active layer. Returns false, and logs an error, for any other invalid
     /// index.
     bool SetActiveLayer(const QString& camera, int index, bool makeCameraActive);
     QString GetLayerName(const QString& camera, int index) const;
@@ -85,26 +86,26 @@ public:
     LayerState GetLayerState(const QString& camera, int index) const;
     void SetLayerState(const QString& camera, int index, LayerState state);
 
-    /// Takes ownership of the layer and returns its index; an index that is not one appends. A layer that
-    /// comes with its active flag set (one that was removed while active) becomes the camera's active layer.
+    /// Takes ownership of the layer and returns its index. An invalid index appends. A layer whose active
+    /// flag is set (one that was active when it was removed) becomes the camera's active layer.
     int InsertLayer(const QString& camera, int index, Layer* layer);
     int InsertLayer(const QString& camera, int index, const QString& name);
-    /// Returns the layer's new index, or -1 when an index is invalid.
+    /// Returns the layer's new index, or -1 if an index is invalid.
     int MoveLayer(const QString& camera, int from, int to);
-    /// Moves a layer to another camera's stack; an index there that is not one appends. The layer is no
-    /// longer active.
+    /// Moves a layer to another camera's stack and returns its new index, or -1. An invalid `toIndex`
+    /// appends. The layer is then no longer active.
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
-    /// Hands the layer to the caller; null when there is none.
+    /// Removes the layer and hands it to the caller; null if there is none.
     std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
-    /// The caller owns what is put into `removed`, in stack order.
+    /// Removes all layers and appends them to `removed` in stack order. The caller owns them.
     void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
 
     // Frames of the camera's active layer.
     int AddFrame(const QString& camera);
     int AddFrame(const QString& camera, const MTime& time);
-    /// Takes ownership of the frame, also when it refuses.
+    /// Takes ownership of the frame, even if it is refused. Returns its index or -1.
     int InsertFrame(const QString& camera, Frame* frame);
-    /// Hands the frame to the caller; null when there is none.
+    /// Removes the frame and hands it to the caller; null if there is none.
     std::unique_ptr<Frame> RemoveFrame(const QString& camera);
     std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     Frame* GetPreviousFrame(const QString& camera, bool wrap) const;
@@ -118,63 +119,65 @@ public:
     // Time.
     /// The frame number used for playback.
     void SetFrame(int frame);
-    /// With `keepActive` the active layer of the active camera stays on its frame.
+    /// Updates every layer's current frame. With `keepActive`, the active camera's active layer stays on its
+    /// frame.
     void OnPlaybackTimeChanged(int frame, bool keepActive);
 
     // The stroke being drawn.
     bool CanDraw(const QString& camera) const;
     bool CanDraw(const Layer* layer) const;
     bool HasActiveStroke() const;
-    /// The stroke being drawn, or a new one on the camera's active layer; owned here. Null when that layer
-    /// has no frame to draw on (`shape`: any active layer will do).
+    /// The stroke being drawn, or a new one on the camera's active layer; owned here. Null if that layer has
+    /// no frame to draw on. With `shape` the layer needs no frame.
     Stroke* GetActiveStroke(const QString& camera, bool shape);
-    /// Paints the stroke into the active layer's current frame and ends it. `undo` receives the image before
-    /// it as PNG bytes.
+    /// Paints the stroke into the active layer's current frame and ends it. `undo` receives the previous
+    /// image as PNG bytes. Returns false if nothing was painted.
     bool CommitActiveStroke(const QString& camera, QByteArray& undo);
-    /// The same without the image before it, for a stroke that joins one whose way back is known.
+    /// The same without the previous image, for a stroke that an earlier undo step already covers.
     bool CommitActiveStroke(const QString& camera);
-    /// Exchanges the current image of the active layer with the one in the buffer (PNG bytes); false, with
-    /// nothing changed, when either is missing.
+    /// Exchanges the active layer's current image with the one in the buffer (PNG bytes). Returns false, with
+    /// nothing changed, if there is no current frame or the buffer does not decode.
     bool UndoStroke(const QString& camera, QByteArray& buffer);
     void CancelActiveStroke();
-    /// Has the transform tool copied something that can be pasted?
+    /// Whether the transform tool has copied something that can be pasted.
     bool PasteTransformImageAvailable() const;
 
     // The composed image.
-    /// The camera's layers at the current time, with ghosts and the stroke being drawn, composed again only
-    /// when CacheUpdateRequired says so. Straight alpha, Format_RGBA8888; owned here; null without layers.
+    /// The camera's layers at the current time, with ghosts and the stroke being drawn. Composed again only
+    /// if CacheUpdateRequired. Straight alpha, Format_RGBA8888; owned here; null for a camera without layers.
     QImage* GetFlattenedImage(const QString& camera);
     bool CacheUpdateRequired(const QString& camera);
     bool MasterCacheUpdateRequired(const QString& camera) const;
     void QueueMasterCacheUpdate(const QString& camera);
     void MasterCacheUpdateCompleted(const QString& camera);
     void ForceCacheUpdate(const QString& camera, int index);
-    /// The user's settings of ghosting have changed.
+    /// Call when the user's ghosting settings have changed.
     void OnGhostingChanged();
-    /// The camera's layers at any time, with the ghosts of the user's settings when `ghosting` is set. Leaves
-    /// current frames, flags and caches alone; a null image without layers.
+    /// Composes the camera's layers at any frame, with the ghosts of the user's settings if `ghosting` is
+    /// set. Leaves current frames, flags and caches unchanged. Returns a null image without layers.
     QImage ComposeFrame(const QString& camera, int frame, bool ghosting) const;
 
-    /// Fills the layer manager panel anew; the master only.
+    /// Refills the layer manager panel; does nothing unless this is the master.
     void UpdateLayerManagerDialog();
 
     // Part of the interface for scripts and other tools; not called here.
     /// The frame number used for playback.
     int GetFrame() const;
     void QueueMasterCacheUpdateAll();
-    /// Deletes the layers of every camera; without `updatePanel` the layer manager panel is left alone.
+    /// Deletes the layers of every camera. Without `updatePanel` the layer manager panel is not refreshed.
     void DeleteAllLayers(bool updatePanel);
     /// Gives every pixel that is not fully transparent the colour's red, green and blue.
     static void OverrideImageColor(QImage& image, const QColor& color);
 
 private:
+    /// `undo` may be null.
     bool CommitStroke(const QString& camera, QByteArray* undo);
 
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
     const LayerList& FindLayers(const QString& camera) const;
     void Changed(DocumentChanges changes);
-    void TellChanges();
+    void NotifyListener();
     void OnFirstLayerAdded(const QString& camera);
     void OnLastLayerRemoved(const QString& camera);
 
@@ -186,7 +189,7 @@ private:
     bool m_cacheUpdateRequired = false;
     int m_frame = 0;
     QStringList m_masterCacheQueue;
-    DocumentChanges m_changes; ///< not told yet
+    DocumentChanges m_changes; ///< collected, not yet passed to the listener
     int m_changeScopes = 0;
     std::unique_ptr<StrokePainter> m_stroke;
     std::unique_ptr<Compositor> m_compositor;

@@ -1,4 +1,4 @@
-// The frames of a camera's active layer, and time.
+// LayerManager: the frames of a camera's active layer, and time.
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"

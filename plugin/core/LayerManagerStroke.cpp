@@ -1,4 +1,4 @@
-// The stroke being drawn, and the composed image.
+// LayerManager: the stroke being drawn, and the composed images.
 #include "core/Compositor.h"
 #include "core/Frame.h"
 #include "core/FrameComposer.h"
@@ -53,7 +53,7 @@ bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
     Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
     if (drawing == nullptr) {
         if (camera == strokeCamera) {
-            CancelActiveStroke(); // there is nothing left that it could be painted into
+            CancelActiveStroke(); // there is no frame left to paint it into
         }
         return false;
     }
@@ -87,7 +87,7 @@ void LayerManager::CancelActiveStroke() {
         const QString camera = m_stroke->GetCamera();
         Layer* layer = GetActiveLayer(camera);
         m_stroke->Cancel(layer == nullptr ? nullptr : layer->GetCurrentFrame());
-        // The flag below ends with the next rebuild, be it another camera's.
+        // The flag below is cleared by the next rebuild, even one of another camera.
         QueueMasterCacheUpdate(camera);
         Changed(DocumentChange::Pictures);
     }

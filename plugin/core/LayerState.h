@@ -4,11 +4,11 @@
 
 namespace vellix {
 
-/// What may be done with a layer. The values are written into scenes and settings.
+/// How a layer may be edited. The values are stored in scenes and settings.
 enum class LayerState : qint32 {
-    Animated = 0, ///< frames are keys; drawing where there is none makes one
+    Animated = 0, ///< frames are keys; drawing at a time without a key adds one
     Static = 1,   ///< one drawing for all times
-    Locked = 2,   ///< no drawing and no editing of frames; shown like an animated layer
+    Locked = 2,   ///< neither drawing nor editing of frames; displays like an animated layer
 };
 
 inline bool IsLayerState(qint64 value) {
@@ -16,7 +16,7 @@ inline bool IsLayerState(qint64 value) {
            value <= static_cast<qint64>(LayerState::Locked);
 }
 
-/// A value that is no state counts as animated.
+/// Converts a stored value; any invalid one becomes Animated.
 inline LayerState ToLayerState(qint64 value) {
     return IsLayerState(value) ? static_cast<LayerState>(value) : LayerState::Animated;
 }

@@ -5,12 +5,13 @@
 
 namespace vellix {
 
-/// A part of a stack merged into one picture, so that what is painted over or under it need not look at all
-/// of its pictures again.
+/// Merges part of a stack into one picture, so that painting over or under it need not read every picture
+/// again.
 class MergedPictures {
 public:
+    /// Merges only the tiles that changed since the last update.
     void Update(const PictureStack& stack);
-    /// Valid until the next update.
+    /// The merged picture; borrows from this object and is valid until the next update.
     Picture AsPicture() const;
 
 private:

@@ -10,19 +10,19 @@ namespace vellix {
 
 class Frame;
 
-/// The drawings of frames, packed for composition: the frames themselves stay packed, so that playing through
-/// a scene does not unpack every frame of it. What was not asked for in the last round goes, the oldest
-/// first, when it takes more memory than it may.
+/// Caches the drawings of frames in the form that composition reads. The frames themselves stay packed, so
+/// playback does not unpack every frame of a scene. When the cache grows beyond its limit, it drops the least
+/// recently used drawings, but never those of the last round.
 class PictureCache {
 public:
-    /// `spareBytes`: memory that is kept beyond what the last round asked for. By default that of some 500
-    /// drawings of a few strokes.
+    /// `spareBytes`: memory, in bytes, for drawings that the last round did not use. The default holds some
+    /// 500 drawings of a few strokes.
     explicit PictureCache(std::size_t spareBytes = 256 << 20)
         : m_spareBytes(spareBytes) {}
 
-    /// The frame's drawing, nothing for a null frame or one without a picture.
+    /// The frame's drawing, which the cache shares. An empty picture for null or a frame without a picture.
     Picture Find(const Frame* frame);
-    /// Ends a round: lets go of what is too much.
+    /// Ends a round (one rebuild) and drops drawings beyond the limit.
     void EndRound();
 
 private:

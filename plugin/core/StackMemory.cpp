@@ -10,7 +10,7 @@ TileMask StackMemory::FindChanges(const PictureStack& stack) const {
     TileMask changed;
     const bool comparable = stack.size() == m_ingredients.size();
     for (std::size_t i = 0; i < m_ingredients.size(); ++i) {
-        if (comparable && m_ingredients[i].IsLike(stack[i])) {
+        if (comparable && m_ingredients[i].Matches(stack[i])) {
             continue;
         }
         changed |= m_ingredients[i].occupied;
@@ -30,7 +30,7 @@ void StackMemory::Remember(const PictureStack& stack) {
     }
 }
 
-bool StackMemory::Ingredient::IsLike(const Picture& picture) const {
+bool StackMemory::Ingredient::Matches(const Picture& picture) const {
     return key == picture.key && opacity == picture.opacity && tinted == picture.tinted &&
            (!tinted || tint == picture.tint.rgb());
 }

@@ -9,9 +9,10 @@
 
 namespace vellix {
 
-/// Remembers a stack of pictures, to tell in which tiles another one looks different.
+/// Remembers a stack of pictures, to find the tiles in which another stack looks different.
 class StackMemory {
 public:
+    /// The tiles in which the stack differs from the remembered one.
     TileMask FindChanges(const PictureStack& stack) const;
     void Remember(const PictureStack& stack);
 
@@ -23,7 +24,7 @@ private:
         QRgb tint;
         TileMask occupied;
 
-        bool IsLike(const Picture& picture) const;
+        bool Matches(const Picture& picture) const;
     };
 
     std::vector<Ingredient> m_ingredients;

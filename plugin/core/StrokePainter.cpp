@@ -12,8 +12,8 @@
 namespace vellix {
 namespace {
 
-/// A selection farther out than this, in pixels, is no selection that a person makes.
-constexpr int FARTHEST_SELECTION = 4 * IMAGE_WIDTH;
+/// Limit of a selection's coordinates, in pixels. Beyond it a selection is invalid.
+constexpr int MAX_SELECTION_COORDINATE = 4 * IMAGE_WIDTH;
 
 bool IsFreehand(ToolType tool) {
     return KindOf(tool) == ToolKind::Freehand;
@@ -132,15 +132,15 @@ void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
     const bool erases = m_stroke->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, m_stroke->points.size() - 1);
     if (erases && frame != nullptr) {
-        frame->GetImage(); // the key of an empty frame changes with its first unpacking
+        frame->GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
     }
-    const qint64 ground = !erases            ? qint64(m_stroke->color.rgba())
-                          : frame != nullptr ? frame->GetPictureKey()
-                                             : 0;
-    if (!m_begun || ground != m_ground || m_lastRasterised > lastPoint) {
-        m_work.Replace(FreehandGround(frame), changed);
+    const qint64 baseKey = !erases            ? qint64(m_stroke->color.rgba())
+                           : frame != nullptr ? frame->GetPictureKey()
+                                              : 0;
+    if (!m_begun || baseKey != m_baseKey || m_lastRasterised > lastPoint) {
+        m_work.Replace(FreehandBase(frame), changed);
         m_begun = true;
-        m_ground = ground;
+        m_baseKey = baseKey;
         m_lastRasterised = 0;
     }
     const QRect touched =
@@ -155,19 +155,19 @@ void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
     }
 }
 
-/// What a freehand stroke is painted into: the eraser lowers the alpha of the drawing, the others raise the
-/// alpha of their colour.
-QImage StrokePainter::FreehandGround(Frame* frame) const {
+/// The image a freehand stroke starts from. The eraser lowers the alpha of the drawing; the other tools raise
+/// the alpha of their colour from 0.
+QImage StrokePainter::FreehandBase(Frame* frame) const {
     if (m_stroke->tool == ToolType::Eraser && frame != nullptr) {
         return frame->GetImage();
     }
-    QImage ground = Composite::TransparentImage();
+    QImage base = Composite::TransparentImage();
     if (m_stroke->tool != ToolType::Eraser) {
         QColor color = m_stroke->color;
         color.setAlpha(0);
-        ground.fill(color);
+        base.fill(color);
     }
-    return ground;
+    return base;
 }
 
 void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
@@ -175,11 +175,11 @@ void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
     if (isFirst) {
         m_pastes = m_stroke->pasted;
     }
-    frame.GetImage(); // the key of an empty frame changes with its first unpacking
-    // Undo, or another frame, may have put another drawing below the stroke.
-    if (isFirst || m_ground != frame.GetPictureKey()) {
+    frame.GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
+    // Undo or a change of frame may have replaced the drawing under the stroke.
+    if (isFirst || m_baseKey != frame.GetPictureKey()) {
         LiftSelection(frame, isFirst, changed);
-        m_ground = frame.GetPictureKey();
+        m_baseKey = frame.GetPictureKey();
         m_begun = true;
     }
     QImage moved = Composite::TransparentImage();
@@ -218,8 +218,8 @@ void StrokePainter::LiftSelection(Frame& frame, bool isFirst, TileMask& changed)
 bool StrokePainter::SelectionIsUsable() const {
     const QRect& selection = m_stroke->selection;
     return selection.left() <= selection.right() && selection.top() <= selection.bottom() &&
-           selection.left() >= -FARTHEST_SELECTION && selection.right() <= FARTHEST_SELECTION &&
-           selection.top() >= -FARTHEST_SELECTION && selection.bottom() <= FARTHEST_SELECTION;
+           selection.left() >= -MAX_SELECTION_COORDINATE && selection.right() <= MAX_SELECTION_COORDINATE &&
+           selection.top() >= -MAX_SELECTION_COORDINATE && selection.bottom() <= MAX_SELECTION_COORDINATE;
 }
 
 void StrokePainter::Forget() {

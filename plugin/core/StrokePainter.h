@@ -13,36 +13,37 @@ namespace vellix {
 
 class Frame;
 
-/// The stroke being drawn and the images that it is painted into, until it is committed to a frame or
-/// dropped. Freehand strokes are painted as they grow; shapes, text and transforms anew each time. Also keeps
-/// what the transform tool has copied, from one stroke to the next.
+/// Owns the stroke being drawn and the images it is painted into, until it is committed to a frame or
+/// cancelled. Paints freehand strokes as they grow, and shapes, text and transforms from scratch each time.
+/// Also keeps what the transform tool has copied, across strokes.
 class StrokePainter {
 public:
     bool HasStroke() const;
-    /// Owned here; null while nothing is drawn.
+    /// The stroke, owned here; null while nothing is drawn.
     Stroke* GetStroke() const;
-    /// The camera that the stroke is drawn for.
+    /// The camera on whose layer the stroke is drawn.
     const QString& GetCamera() const;
 
     void Begin(const QString& camera);
-    /// Forgets the stroke. `frame`: the one it was drawn on, for a copy that was asked for and is not
-    /// taken yet; may be null.
+    /// Drops the stroke. `frame` is the frame it was drawn on, or null: a pending copy to the clipboard is
+    /// taken from it.
     void Cancel(Frame* frame);
-    /// Paints the stroke into the frame and forgets it. `undo` receives the picture before it as PNG bytes;
-    /// false, with nothing changed, when they cannot be made. With null nobody wants them.
+    /// Paints the stroke into the frame and ends it. `undo` (may be null) receives the previous picture as
+    /// PNG bytes. Returns false, with nothing changed, if that picture cannot be encoded or there is no
+    /// stroke.
     bool Commit(Frame& frame, QByteArray* undo);
 
-    /// Paints what is new, and appends the layer that is drawn on with its stroke to the stack. `drawing`:
-    /// what the layer shows without the stroke; `frame`: the frame that it belongs to, or null. `changed`
-    /// receives the tiles that changed since the last time, as the pictures keep their keys while a stroke
-    /// grows.
+    /// Paints what is new in the stroke, and appends the layer being drawn on, with its stroke, to the stack.
+    /// `drawing` is the layer's picture without the stroke, `frame` its frame or null. `changed` receives the
+    /// tiles that changed since the last call; keys do not show these, since they stay the same while a
+    /// stroke grows.
     void AppendTo(PictureStack& stack, const Picture& drawing, Frame* frame, TileMask& changed);
 
-    /// Has the transform tool copied something that can be pasted?
+    /// Whether the transform tool has copied something that can be pasted.
     bool HasPasteImage() const;
 
 private:
-    /// An image, where it has pixels, and a key that it keeps as long as the stroke lasts.
+    /// An image with its coverage and a key, which stays the same as long as the stroke lasts.
     struct Canvas {
         QImage image;
         TileCoverage coverage;
@@ -54,7 +55,7 @@ private:
 
     void Paint(Frame* frame, bool editing, TileMask& changed);
     void PaintFreehand(Frame* frame, TileMask& changed);
-    QImage FreehandGround(Frame* frame) const;
+    QImage FreehandBase(Frame* frame) const;
     void PaintTransform(Frame& frame, TileMask& changed);
     void LiftSelection(Frame& frame, bool isFirst, TileMask& changed);
     bool SelectionIsUsable() const;
@@ -62,14 +63,14 @@ private:
 
     std::unique_ptr<Stroke> m_stroke;
     QString m_camera;
-    Canvas m_work;  ///< the stroke so far; for the eraser and the transform tool the layer's new picture
+    Canvas m_work;  ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
     Canvas m_moved; ///< the lifted region where the transform puts it
     bool m_begun = false;
-    bool m_pastes = false;    ///< does the transform bring in what was copied, and lift nothing?
-    qint64 m_ground = 0;      ///< what the stroke was begun on: a colour, or the picture that it changes
-    int m_lastRasterised = 0; ///< index of the last stroke point that is in the work image
+    bool m_pastes = false; ///< the transform pastes the copied region and lifts nothing
+    qint64 m_baseKey = 0;  ///< identifies what the stroke began on: a colour, or a picture key of the frame
+    int m_lastRasterised = 0; ///< index of the last stroke point painted into m_work
     QImage m_lifted;          ///< the region lifted by the transform tool
-    QImage m_copied;          ///< what was cut or copied, to be pasted
+    QImage m_copied;          ///< the region that was cut or copied, to be pasted
 };
 
 } // namespace vellix

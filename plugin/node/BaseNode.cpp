@@ -41,13 +41,12 @@ namespace {
 const MString DRAW_CLASSIFICATION = MString("drawdb/geometry/") + Settings::NODE_TYPE_NAME;
 const MString DRAW_REGISTRATION_ID = MString(Settings::NODE_TYPE_NAME) + "Plugin";
 
-// By value, since function sets take a handle that they might change.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
+// By value, since function sets take a non-const handle.
 BaseNode* FindBaseNode(MObject object) {
     return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
 }
 
-/// Moves the times that lie in a dragged range of the time slider (its end exclusive) along with it.
+/// Offsets the times in a dragged range of the time slider, whose end is exclusive. `offset` is in frames.
 void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
     if (range.length() < 2) {
         return;
@@ -55,7 +54,7 @@ void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
     const FrameRange dragged = FrameRange::FromFrames(range[0], range[1]);
     for (int& time : times) {
         const qint64 moved = qint64(time) + offset;
-        // A range without length is its first frame.
+        // An empty range stands for its first frame.
         if ((dragged.Contains(time) || time == dragged.start) && IsWholeFrame(moved)) {
             time = int(moved);
         }
@@ -129,14 +128,14 @@ MStatus BaseNode::Shutdown() {
 }
 
 MStatus BaseNode::Cleanup() {
-    // The attributes are gone with the node type; a handle that stays would keep them alive.
+    // The attributes end with the node type; a remaining handle would keep them alive.
     s_layerData = MObject();
     s_opacity = MObject();
     return Shutdown();
 }
 
 void BaseNode::postConstructor() {
-    // A node that comes from a file finds its drawing, and whether it is master, in the stored data.
+    // A node read from a file gets its drawing, and whether it is the master, from the stored data.
     if (!MFileIO::isOpeningFile() && !MFileIO::isImportingFile() && !MFileIO::isReferencingFile()) {
         InitializeLayerManager();
         const std::shared_ptr<LayerManager> layers = GetLayerManager();

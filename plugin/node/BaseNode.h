@@ -32,9 +32,9 @@ class TimelineOverlay;
 struct Stroke;
 enum class LayerState : qint32;
 
-/// The scene node that carries the drawing. Of all drawing nodes in the scene exactly one is the master:
-/// commands, tools and panels act on it alone, through the operations here, which forward to the node's
-/// LayerManager. A node without a layer manager answers with false, 0, -1 or an empty result.
+/// The scene node that carries the drawing. Exactly one drawing node in the scene is the master. Commands,
+/// tools and panels work only on the master, through the operations here, which forward to its LayerManager.
+/// A node without a layer manager returns false, 0, -1 or an empty result.
 class BaseNode : public MPxLocatorNode {
 public:
     BaseNode();
@@ -46,9 +46,10 @@ public:
     static MString GetDrawDbClassification();
     static MString GetDrawRegistrationId();
 
-    /// Makes the attributes and, with a user interface, the marks over the time slider.
+    /// Creates the node's attributes and, if the host has a user interface, the frame marks over the time
+    /// slider.
     static MStatus Initialize();
-    /// Takes the marks away, shuts the panels down and writes the settings.
+    /// Removes the frame marks, shuts the panels down and writes the settings.
     static MStatus Shutdown();
     static MStatus Cleanup();
 
@@ -58,15 +59,16 @@ public:
     bool isTransparent() const override;
     bool drawLast() const override;
     MBoundingBox boundingBox() const override;
-    /// Draws the drawing of the view's camera in the legacy viewport.
+    /// Draws the composed image of the view's camera in the legacy viewport.
     void draw(M3dView& view, const MDagPath& path, M3dView::DisplayStyle style,
               M3dView::DisplayStatus status) override;
 
-    // Finding nodes. The scene owns them; null for none.
+    // Finding nodes. The scene owns them; null if there is none.
     static QList<BaseNode*> GetAll();
     static BaseNode* GetMaster();
     static BaseNode* GetSelected();
-    /// The node of a selection of exactly one item: the item itself, or the first drawing node under it.
+    /// The node of a selection of exactly one item: the item itself, or the first drawing node directly below
+    /// it.
     static BaseNode* GetFromSelectionList(const MSelectionList& list);
 
     bool InitializeLayerManager();
@@ -94,13 +96,13 @@ public:
     void SetLayerOpacity(const QString& camera, int index, float opacity);
     LayerState GetLayerState(const QString& camera, int index) const;
     void SetLayerState(const QString& camera, int index, LayerState state);
-    /// A new layer at the index (-1: on top); returns its index, negative when refused.
+    /// Adds a layer at the index (-1: on top). Returns its index, or a negative value if refused.
     int InsertLayer(const QString& camera, int index, const QString& name);
-    /// Takes ownership of the layer.
+    /// Takes ownership of the layer. Returns its index, or a negative value if refused.
     int InsertLayer(const QString& camera, int index, std::unique_ptr<Layer> layer);
-    /// Hands the layer to the caller; null when there is none.
+    /// Removes the layer and hands it to the caller; null if there is none.
     std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
-    /// Appends the camera's layers in stack order to `removed`.
+    /// Removes the camera's layers and appends them to `removed` in stack order.
     void RemoveAllLayers(const QString& camera, std::vector<std::unique_ptr<Layer>>& removed);
     int MoveLayer(const QString& camera, int from, int to);
     int MoveLayer(const QString& camera, int index, const QString& toCamera, int toIndex);
@@ -110,16 +112,16 @@ public:
     Frame* GetNextFrame(const QString& camera, bool wrap) const;
     void GetFrameTimes(const QString& camera, QList<int>& times) const;
     int AddFrame(const QString& camera, const MTime& time);
-    /// Hands the frame to the caller; null when there is none.
+    /// Removes the frame and hands it to the caller; null if there is none.
     std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
-    /// Once after the frames of a layer, or their times, have changed by a command: finds the layer's current
-    /// frame anew, and brings the time slider's own ticks up to date.
+    /// Call once after a command changed a layer's frames or their times. Finds the layer's current frame
+    /// again and updates the host's own ticks on the time slider.
     void OnFramesChanged(const QString& camera, int index);
 
     // Images and strokes.
     bool ImageUpdateRequired(const QString& camera) const;
-    /// The composed image of the camera, owned by the layer manager; null without layers.
+    /// The camera's composed image, owned by the layer manager; null without layers.
     QImage* GetFinalImage(const QString& camera);
     bool HasActiveStroke() const;
     Stroke* GetActiveStroke(const QString& camera, bool shape);
@@ -134,30 +136,33 @@ public:
 
     // The node itself.
     float GetOpacity() const;
-    /// Marks the node dirty, so that the host draws it again.
+    /// Marks the node dirty, so that the host redraws it.
     void QueueRefresh();
     void RefreshActiveView();
     void UpdateGhosting();
 
-    // Frames copied or cut. The node owns them; their times count from the start of the copied range.
+    // The clipboard of copied or cut frames. The node owns them. Their times count from the start of the
+    // copied range.
     void ClearClipboard();
     QList<Frame*> GetClipboardFrames() const;
     void CopyFramesToClipboard(const QString& camera);
 
-    /// Shows an outline with these corners (image pixels) over the drawing of the camera.
+    /// Sets an outline to draw over the camera's drawing, with these corners (image pixels).
     void SetTransformOutline(const QString& camera, const QPoint& p0, const QPoint& p1, const QPoint& p2,
                              const QPoint& p3);
     void ClearTransformOutline();
+    /// Whether an outline is set for the camera.
     bool DrawTransformOutline(const QString& camera) const;
-    /// Its corners, image pixels.
+    /// The corners of the outline, image pixels.
     const std::array<QPoint, 4>& GetTransformOutline() const;
 
-    // The placement of the drawing that was noted last, by drawing a view or by an update here. Who has a
-    // view asks ViewPlacement instead, which does not depend on what was drawn in between.
-    /// Notes the placement in a view that is drawn, and tells the layers the time.
+    // The last placement of the drawing, stored when a view was drawn or when it is updated here. Code that
+    // has a view uses ViewPlacement instead, which does not depend on which view was drawn last.
+    /// Stores the placement in the view being drawn, and passes the playback time to the layers.
     void NotePlacement(const ViewPlacement& placement);
+    /// Stores the placement in a view of this size (pixels), without 2D pan.
     void UpdateOverlayValues(const MDagPath& cameraPath, int width, int height, bool viewport2);
-    /// The same and the pan, for the view as it is.
+    /// The same with 2D pan, for the view in its current state.
     void UpdateOverlayValues(M3dView& view);
     void UpdateOverlayPan(const MDagPath& cameraPath, const M3dView& view);
     void UpdateOverlayPan(const MDagPath& cameraPath, const MHWRender::MFrameContext& frameContext);
@@ -169,9 +174,10 @@ public:
     /// The corners of the outline in view pixels.
     void TransformOutlinePoints(MPoint& p0, MPoint& p1, MPoint& p2, MPoint& p3) const;
 
-    // Tools and the marks over the time slider.
+    // Tools and the frame marks over the time slider.
     static void SetDrawContextActive(bool active);
-    /// The transform tool while it is in use, for its outline in the legacy viewport; borrowed, or null.
+    /// The transform tool while it is active, for its outline in the legacy viewport; borrowed, null for
+    /// none.
     static void SetActiveTransformContext(LegacyOutline* context);
     static LegacyOutline* GetActiveTransformContext();
     static bool TimeControlOverlayIsVisible(const BaseNode* node);
@@ -180,14 +186,16 @@ public:
     void OnPlaybackTimeChanged(int frame);
     static void UpdatePlaybackTime();
 
-    /// May the user draw now? Creates the layer and the frame that are missing where the settings allow it,
-    /// telling so in `layerIndex` (left as it is otherwise) and `frameAdded`; a refusal is logged.
+    /// Whether the user may draw now. Adds a missing layer or frame if the settings allow it. Sets
+    /// `layerIndex` to the index of an added layer (else leaves it unchanged), and `frameAdded`. Logs the
+    /// reason of a refusal, except for an empty camera name and if it opens the new layer dialog instead.
     bool PrepareForDraw(const QString& camera, int& layerIndex, bool& frameAdded);
 
-    /// May the drawing of the camera's active layer be changed? A refusal is logged.
+    /// Whether the drawing of the camera's active layer may be changed. Logs why not.
     bool MayChangeActiveLayer(const QString& camera) const;
 
-    /// Makes a node's attribute not keyable, locked and hidden in the channel box. A missing one is ignored.
+    /// Makes a node's attribute not keyable, locked and hidden in the channel box. Ignores a missing
+    /// attribute.
     static void LockAndHideAttribute(const MObject& node, const MString& attribute);
 
     // Part of the interface for scripts and other tools; not called here.
@@ -197,7 +205,7 @@ public:
     bool FrameExists(const QString& camera, const MTime& time) const;
     void SetFrameTimes(const QString& camera, const QList<int>& times);
     int AddFrame(const QString& camera);
-    /// Takes ownership of the frame, also when it refuses.
+    /// Takes ownership of the frame, even if it is refused.
     int InsertFrame(const QString& camera, std::unique_ptr<Frame> frame);
     std::unique_ptr<Frame> RemoveFrame(const QString& camera);
 

@@ -1,5 +1,4 @@
-// The drawing as seen through its node: each operation asks the node's layer manager for the one of the same
-// name.
+// BaseNode: operations that forward to the node's layer manager, under the same name.
 
 #include "core/Frame.h"
 #include "core/Layer.h"
@@ -14,9 +13,9 @@ namespace vellix {
 namespace {
 
 template <typename Result, typename Operation>
-Result Ask(const BaseNode& node, Result without, Operation operation) {
+Result Ask(const BaseNode& node, Result fallback, Operation operation) {
     const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
-    return layers ? Result(operation(*layers)) : std::move(without);
+    return layers ? Result(operation(*layers)) : std::move(fallback);
 }
 
 template <typename Operation>

@@ -115,8 +115,8 @@ bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
     if (m_texture == nullptr) {
         m_texture = textures->acquireTexture(m_textureName, DescribeTexture(), data.image->constBits(), true);
     }
-    // Whether that brings anything to the card is for the host to find out: what is shown may also have
-    // changed since another view asked for the image.
+    // Updates the texture even if the image did not change for this view: another view may have fetched the
+    // image, and cleared the flag, in between. The host decides whether to upload.
     return m_texture != nullptr && m_texture->update(data.image->constBits(), true, 0);
 }
 

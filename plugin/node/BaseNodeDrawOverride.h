@@ -8,8 +8,8 @@ namespace vellix {
 class BaseNodeUserData;
 
 /// Draws a drawing node in Viewport 2.0: its composed image as a textured square over the camera's gate, and
-/// the outline of what is being transformed. Every instance has a texture of its own, made when it first
-/// draws and updated in place from then on.
+/// the transform outline. Each instance owns one texture, created at its first draw and updated in place
+/// afterwards.
 class BaseNodeDrawOverride : public MHWRender::MPxDrawOverride {
 public:
     static MHWRender::MPxDrawOverride* Creator(const MObject& object);

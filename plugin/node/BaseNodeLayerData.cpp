@@ -31,7 +31,7 @@ MStatus BaseNodeLayerData::readASCII(const MArgList& args, unsigned int& element
     if (args.length() == 0) {
         return MS::kFailure;
     }
-    const LayerManager::ChangeScope together(*m_layers);
+    const LayerManager::ChangeScope scope(*m_layers);
     return LayerDataAsciiReader(*m_layers, args, element).Read();
 }
 
@@ -40,7 +40,7 @@ MStatus BaseNodeLayerData::readBinary(std::istream& in, unsigned int length) {
     if (length == 0) {
         return MS::kFailure;
     }
-    const LayerManager::ChangeScope together(*m_layers);
+    const LayerManager::ChangeScope scope(*m_layers);
     LayerDataBinaryReader(*m_layers, in, length).Read();
     return MS::kSuccess;
 }

@@ -11,8 +11,8 @@ namespace vellix {
 
 class LayerManager;
 
-/// The value of a drawing node's layer data attribute: the whole drawing, which writes itself into scene
-/// files and reads itself back. Copies of a value share one drawing.
+/// The value of a drawing node's layer data attribute. It holds the whole drawing, writes it to scene files
+/// and reads it back. Copies of a value share one drawing.
 class BaseNodeLayerData : public MPxData {
 public:
     static void* Creator();
@@ -21,19 +21,19 @@ public:
 
     ~BaseNodeLayerData() override;
 
-    /// Both readers append to a drawing that is there already.
+    /// Both readers append to an existing drawing.
     MStatus readASCII(const MArgList& args, unsigned int& element) override;
     MStatus readBinary(std::istream& in, unsigned int length) override;
-    /// Both writers fail, without a drawing to write, when the value holds none.
+    /// Both writers fail if the value holds no drawing.
     MStatus writeASCII(std::ostream& out) override;
     MStatus writeBinary(std::ostream& out) override;
 
-    /// Shares the other value's drawing; a value of another type changes nothing.
+    /// Shares the other value's drawing; ignores a value of another type.
     void copy(const MPxData& other) override;
     MTypeId typeId() const override;
     MString name() const override;
 
-    /// Gives the value an empty drawing, unless it holds one.
+    /// Gives the value an empty drawing if it holds none.
     void CreateLayerManager();
     std::shared_ptr<LayerManager> GetLayerManager() const;
 

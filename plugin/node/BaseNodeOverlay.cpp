@@ -1,5 +1,4 @@
-// The drawing over a view: the legacy viewport's draw(), the transform outline, and the placement that the
-// node notes.
+// BaseNode: the legacy viewport's draw(), the transform outline, and the stored placement.
 
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
@@ -37,7 +36,7 @@ const std::array<QPoint, 4>& BaseNode::GetTransformOutline() const {
     return m_outline;
 }
 
-// --- the noted placement ----------------------------------------------------------------------------------
+// --- the stored placement ---------------------------------------------------------------------------------
 
 void BaseNode::NotePlacement(const ViewPlacement& placement) {
     m_placement = placement;

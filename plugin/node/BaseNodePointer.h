@@ -6,15 +6,16 @@ namespace vellix {
 
 class BaseNode;
 
-/// Points at a drawing node for longer than a call, and is null once the node has left the scene: it may be
-/// deleted, undone or gone with its scene at any time.
+/// A pointer to a drawing node that may outlive the node. It is null once the node has left the scene, be it
+/// by deletion, undo or a new scene.
 class BaseNodePointer {
 public:
     BaseNodePointer() = default;
     BaseNodePointer(BaseNode* node);
 
+    /// Borrowed; null if the node is not in the scene.
     BaseNode* Get() const;
-    /// Also a node that has left the scene, as long as an undo can bring it back.
+    /// Also returns a node that has left the scene, as long as undo can bring it back.
     BaseNode* GetAlive() const;
     BaseNode* operator->() const { return Get(); }
     explicit operator bool() const { return Get() != nullptr; }

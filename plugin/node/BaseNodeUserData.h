@@ -7,7 +7,8 @@
 
 namespace vellix {
 
-/// What BaseNodeDrawOverride takes from preparing a drawing to drawing it. The host keeps it in between.
+/// The data that BaseNodeDrawOverride passes from prepareForDraw to addUIDrawables. The host stores it in
+/// between.
 class BaseNodeUserData : public MUserData {
 public:
     BaseNodeUserData()
@@ -16,13 +17,13 @@ public:
     /// The composed image, owned by the drawing node; null when there is nothing to draw.
     const QImage* image = nullptr;
     bool imageChanged = false;
-    /// The square, in view pixels.
+    /// Centre and half side of the drawing's square, in view pixels.
     MPoint center;
     float halfSize = 0.0f;
-    /// 0 to 1.
+    /// The node's opacity, 0 to 1.
     float opacity = 1.0f;
     bool drawTransformOutline = false;
-    /// Its corners, in view pixels.
+    /// The corners of the transform outline, in view pixels.
     MPoint outline[4];
 };
 

@@ -9,14 +9,15 @@ namespace vellix {
 
 namespace {
 
-constexpr DocumentChanges IN_PANEL = DocumentChange::Layers | DocumentChange::LayerSettings |
-                                     DocumentChange::ActiveLayer | DocumentChange::ActiveCamera;
-constexpr DocumentChanges IN_MARKS = DocumentChange::Layers | DocumentChange::ActiveLayer |
-                                     DocumentChange::ActiveCamera | DocumentChange::Frames;
-/// Which camera is active is not seen in a view.
-constexpr DocumentChanges IN_VIEWS = DocumentChange::Layers | DocumentChange::LayerSettings |
-                                     DocumentChange::ActiveLayer | DocumentChange::Frames |
-                                     DocumentChange::Pictures | DocumentChange::Ghosting;
+// The changes after which each of them is refreshed.
+constexpr DocumentChanges PANEL_CHANGES = DocumentChange::Layers | DocumentChange::LayerSettings |
+                                          DocumentChange::ActiveLayer | DocumentChange::ActiveCamera;
+constexpr DocumentChanges MARK_CHANGES = DocumentChange::Layers | DocumentChange::ActiveLayer |
+                                         DocumentChange::ActiveCamera | DocumentChange::Frames;
+/// Views do not show which camera is active.
+constexpr DocumentChanges VIEW_CHANGES = DocumentChange::Layers | DocumentChange::LayerSettings |
+                                         DocumentChange::ActiveLayer | DocumentChange::Frames |
+                                         DocumentChange::Pictures | DocumentChange::Ghosting;
 
 bool IsReadingScene() {
     return MFileIO::isOpeningFile() || MFileIO::isImportingFile() || MFileIO::isReferencingFile();
@@ -42,16 +43,16 @@ void DocumentFollower::Stop() {
 }
 
 void DocumentFollower::OnDocumentChanged(LayerManager& document, DocumentChanges changes) {
-    if (changes & IN_PANEL) {
+    if (changes & PANEL_CHANGES) {
         document.UpdateLayerManagerDialog();
     }
     if (IsReadingScene()) {
-        return; // the node is not whole yet; FollowScene() comes when it is
+        return; // the node is incomplete while reading; FollowScene() follows afterwards
     }
-    if ((changes & IN_MARKS) && document.IsMaster()) {
+    if ((changes & MARK_CHANGES) && document.IsMaster()) {
         BaseNode::UpdateTimeControlOverlay();
     }
-    if (changes & IN_VIEWS) {
+    if (changes & VIEW_CHANGES) {
         RefreshViews(document);
     }
 }

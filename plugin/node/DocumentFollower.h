@@ -4,15 +4,16 @@
 
 namespace vellix {
 
-/// The one place that decides what is stale after a change: the views, the marks over the time slider and the
-/// layer manager panel. A drawing keeps the flags of its own picture caches.
+/// Decides what must be refreshed after a change: the views, the frame marks over the time slider and the
+/// layer manager panel. Each drawing keeps the flags of its own picture caches.
 class DocumentFollower : private DocumentListener {
 public:
-    /// From now on until Stop() changes of drawings are followed.
+    /// Follows the changes of all drawings until Stop().
     static void Start();
     static void Stop();
 
-    /// The scene has changed around the drawings: one was opened, undone, or a drawing node has come or gone.
+    /// Call when the scene has changed around the drawings: after opening a scene, after undo or redo, and
+    /// when a drawing node was added or removed.
     static void FollowScene();
 
 private:

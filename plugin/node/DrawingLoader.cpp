@@ -16,8 +16,8 @@ namespace vellix {
 namespace {
 
 constexpr size_t THREADS = 2;
-/// Enough to keep the threads busy while frames are made, and few enough that no more than a few copies of
-/// stored text are alive at a time.
+/// Enough to keep the threads busy while frames are created; few enough that only a few copies of stored text
+/// are in memory.
 constexpr size_t MAX_PENDING = 4 * THREADS;
 
 } // namespace
@@ -51,7 +51,7 @@ void DrawingLoader::AddBytes(Layer& layer, int index, const MTime& time, const Q
 
 void DrawingLoader::Finish() {
     while (!m_pending.empty()) {
-        TakeFirst();
+        InsertOldest();
     }
 }
 
@@ -69,7 +69,7 @@ template <typename Decode>
 void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Decode decode) {
     StartThreads();
     if (m_pending.size() >= MAX_PENDING) {
-        TakeFirst();
+        InsertOldest();
     }
     std::packaged_task<Checked()> task([decode = std::move(decode)] {
         try {
@@ -88,11 +88,11 @@ void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Decode decod
 
 void DrawingLoader::StartThreads() {
     while (m_threads.size() < THREADS) {
-        m_threads.emplace_back([this] { WorkOffQueue(); });
+        m_threads.emplace_back([this] { RunQueuedTasks(); });
     }
 }
 
-void DrawingLoader::WorkOffQueue() {
+void DrawingLoader::RunQueuedTasks() {
     for (;;) {
         std::packaged_task<Checked()> task;
         {
@@ -108,12 +108,12 @@ void DrawingLoader::WorkOffQueue() {
     }
 }
 
-void DrawingLoader::TakeFirst() {
+void DrawingLoader::InsertOldest() {
     Pending drawing = std::move(m_pending.front());
     m_pending.pop_front();
     const Checked checked = drawing.checked.get();
     if (checked.outcome != Outcome::Loaded) {
-        ReportBad(drawing, checked.outcome);
+        ReportFailure(drawing, checked.outcome);
         return;
     }
     auto frame = std::make_unique<Frame>(drawing.time);
@@ -121,7 +121,7 @@ void DrawingLoader::TakeFirst() {
     drawing.layer->InsertFrame(frame.release());
 }
 
-void DrawingLoader::ReportBad(const Pending& drawing, Outcome outcome) const {
+void DrawingLoader::ReportFailure(const Pending& drawing, Outcome outcome) const {
     if (m_report == Report::Nothing) {
         return;
     }

@@ -18,22 +18,23 @@ namespace vellix {
 
 class Layer;
 
-/// Puts stored drawings into layers as frames. Their PNG bytes are checked by a full decode on two threads, a
-/// few at a time; frames are made, and bad ones reported, on the calling thread in the order in which they
-/// were added. A frame keeps its checked bytes and unpacks them when it is first shown.
+/// Loads stored drawings into layers as frames. Two threads check the PNG bytes by a full decode, a few at a
+/// time. The calling thread creates the frames, and reports bad drawings, in the order in which they were
+/// added. A frame keeps its checked bytes and unpacks them when it is first displayed.
 class DrawingLoader : private NonCopyable {
 public:
     enum class Report { Errors, Nothing };
 
     explicit DrawingLoader(Report report);
-    /// Finishes first.
+    /// Calls Finish first.
     ~DrawingLoader();
 
-    /// `index` is the frame's place in its layer as stored. The layer has to live until Finish.
+    /// `index` is the frame's position in its layer as stored, for messages. The layer must live until
+    /// Finish.
     void AddHex(Layer& layer, int index, const MTime& time, MString hex);
     void AddBytes(Layer& layer, int index, const MTime& time, const QByteArray& png);
 
-    /// Returns when everything that was added is in its layer.
+    /// Returns when every added drawing is in its layer or reported.
     void Finish();
 
 private:
@@ -53,15 +54,15 @@ private:
     template <typename Decode>
     void Add(Layer& layer, int index, const MTime& time, Decode decode);
     void StartThreads();
-    void WorkOffQueue();
-    void TakeFirst();
-    void ReportBad(const Pending& drawing, Outcome outcome) const;
+    void RunQueuedTasks();
+    void InsertOldest();
+    void ReportFailure(const Pending& drawing, Outcome outcome) const;
 
     const Report m_report;
     std::deque<Pending> m_pending;
 
     std::vector<std::thread> m_threads;
-    std::mutex m_mutex; ///< guards what follows
+    std::mutex m_mutex; ///< guards the members below
     std::condition_variable m_wake;
     std::deque<std::packaged_task<Checked()>> m_queue;
     bool m_done = false;

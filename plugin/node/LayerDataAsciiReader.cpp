@@ -119,7 +119,7 @@ bool LayerDataAsciiReader::ReadLayerHeader(Layer& layer) {
         return Fail("Invalid opacity (%1)");
     }
     int state = 0;
-    // A state that could be read but is none ends the reading as a success: the rest may come from a later
+    // An unknown state that is a readable number ends reading as a success: the rest may come from a later
     // version.
     if (!Take(state) || !IsLayerState(state)) {
         return Fail("Invalid layer state (%1)");
@@ -176,7 +176,7 @@ bool LayerDataAsciiReader::Take(MTime& value) {
 }
 
 bool LayerDataAsciiReader::Fail(const char* message) {
-    // What is wrong with the drawings before this token is said first.
+    // Errors of the drawings before this token are reported first.
     m_loader.Finish();
     Logger::Error(QString::fromLatin1(message).arg(m_element - 1));
     return false;

@@ -12,31 +12,31 @@ namespace vellix {
 class Layer;
 class LayerManager;
 
-/// Reads the tokens that LayerDataAsciiWriter wrote and appends what they hold to a drawing. A token that
-/// cannot be read is reported with its number and ends the reading; what was read before it stays.
+/// Reads the tokens that LayerDataAsciiWriter wrote and appends their content to a drawing. An unreadable
+/// token is reported with its number and ends reading; the content before it stays.
 class LayerDataAsciiReader {
 public:
-    /// `element` is the next unread token; it moves on by one with each token that is consumed.
+    /// `element` is the index of the next unread token; it advances by one with each token.
     LayerDataAsciiReader(LayerManager& layers, const MArgList& args, unsigned int& element);
 
     MStatus Read();
 
 private:
-    // Each reads one part of the data and returns false, with m_status set, when reading ends there.
+    // Each reads one part of the data. Returns false, with m_status set, if reading ends there.
     bool ReadHeader(QString& activeCamera, int& cameraCount);
     bool ReadCamera();
     bool ReadLayer(const QString& camera);
     bool ReadLayerHeader(Layer& layer);
     bool ReadFrame(Layer& layer, int index);
 
-    // Each consumes one token and returns whether it could be read.
+    // Each consumes one token and returns whether it was readable.
     bool Take(bool& value);
     bool Take(int& value);
     bool Take(double& value);
     bool Take(MString& value);
     bool Take(QString& value);
     bool Take(MTime& value);
-    /// Reports the token that was consumed last.
+    /// Reports the last consumed token. Returns false.
     bool Fail(const char* message);
 
     LayerManager& m_layers;

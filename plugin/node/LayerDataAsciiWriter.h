@@ -10,8 +10,7 @@ class Frame;
 class Layer;
 class LayerManager;
 
-/// Writes a drawing as the blank-separated tokens of a Maya ASCII scene. Images are PNG bytes as hexadecimal
-/// text.
+/// Writes a drawing as the space-separated tokens of a Maya ASCII scene. Images are PNG bytes in hexadecimal.
 class LayerDataAsciiWriter {
 public:
     LayerDataAsciiWriter(const LayerManager& layers, std::ostream& out);

@@ -19,7 +19,7 @@ LayerDataBinaryReader::LayerDataBinaryReader(LayerManager& layers, std::istream&
     , m_loader(DrawingLoader::Report::Nothing) {}
 
 void LayerDataBinaryReader::Read() {
-    ReadValue<qint32>(); // every version reads alike
+    ReadValue<qint32>(); // the version, which makes no difference to reading
     if (ReadValue<quint8>() != 0 && !MFileIO::isReferencingFile()) {
         m_layers.MakeMaster();
     }
@@ -84,7 +84,8 @@ Value LayerDataBinaryReader::ReadValue() {
 
 QByteArray LayerDataBinaryReader::ReadBytes() {
     constexpr qint64 BLOCK = 64 * 1024;
-    // A damaged count may be anything, so the bytes are taken in blocks that grow with what has come already.
+    // A damaged count can have any value, so the bytes are read in blocks that grow with the amount read so
+    // far.
     qint64 missing = ReadValue<qint32>();
     QByteArray bytes;
     while (missing > 0 && !m_ended) {

@@ -11,12 +11,12 @@ namespace vellix {
 
 class LayerManager;
 
-/// Reads the bytes that LayerDataBinaryWriter wrote and appends what they hold to a drawing. Nothing is
-/// reported: a stream that ends early gives what it held until then, a drawing that cannot be decoded is left
-/// out. Memory grows only with the bytes that really come.
+/// Reads the bytes that LayerDataBinaryWriter wrote and appends their content to a drawing. Reports nothing:
+/// a stream that ends early yields its content up to there, and drawings that do not decode are skipped.
+/// Memory use is bounded by the bytes that really arrive.
 class LayerDataBinaryReader {
 public:
-    /// `length` bytes of the stream belong to the data.
+    /// `length`: number of bytes of the stream that belong to the data.
     LayerDataBinaryReader(LayerManager& layers, std::istream& in, unsigned int length);
 
     void Read();

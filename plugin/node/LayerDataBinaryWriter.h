@@ -10,8 +10,8 @@ class Layer;
 class LayerManager;
 
 /// Writes a drawing as raw bytes: 32-bit integers and floats in the machine's byte order, booleans as one
-/// byte, names (UTF-8) and images (PNG) as a byte count and the bytes. What cannot be had is left out without
-/// a mark.
+/// byte, names (UTF-8) and images (PNG) as a byte count followed by the bytes. A layer, frame or image that
+/// is missing is skipped without a placeholder.
 class LayerDataBinaryWriter {
 public:
     LayerDataBinaryWriter(const LayerManager& layers, std::ostream& out);

@@ -2,10 +2,10 @@
 
 namespace vellix {
 
-/// What both forms of a stored drawing, and their readers and writers, have in common.
+/// Constants that the readers and writers of both stored forms share.
 struct LayerDataFormat {
     static constexpr int VERSION = 1;
-    /// Stands in the ASCII form for a layer that could not be had when writing.
+    /// Name of a missing layer in the ASCII form.
     static constexpr const char* UNKNOWN_LAYER = "UNKNOWN";
 };
 

@@ -4,13 +4,13 @@
 
 namespace vellix {
 
-/// An outline that a tool shows in the legacy viewport, where every drawing of a view wipes it out.
+/// An outline that a tool draws in the legacy viewport, where every redraw of a view erases it.
 class LegacyOutline {
 public:
     virtual ~LegacyOutline() = default;
 
-    /// The view is being drawn and the drawing is in it: the place to draw the outline anew, with OpenGL in
-    /// view pixels.
+    /// Called while the view is being drawn, after the drawing itself. Draws the outline again, with OpenGL
+    /// in view pixels.
     virtual void OnViewDrawn(const M3dView& view) = 0;
 };
 

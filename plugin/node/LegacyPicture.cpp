@@ -25,7 +25,7 @@ LegacyPicture::~LegacyPicture() {
 void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement& placement, float opacity,
                          LegacyOutline* outline) {
     LegacyOpenGlBegin(view);
-    // Contexts come and go with their views, and take their textures along.
+    // A view's OpenGL context, with its textures, ends with the view.
     if (m_texture == 0 || glIsTexture(m_texture) == GL_FALSE) {
         InitializeLegacyViewport();
         m_imageKey = 0;
@@ -51,7 +51,7 @@ void LegacyPicture::InitializeLegacyViewport() {
                  GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    // To the edge: plain clamping would mix the border's colour in.
+    // Clamp to the edge: plain clamping would mix in the border colour.
     constexpr GLint clampToEdge = 0x812F;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, clampToEdge);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, clampToEdge);
@@ -84,8 +84,8 @@ void LegacyPicture::DrawQuad(const ViewPlacement& placement) {
     double left = placement.Center().x - placement.HalfSize();
     double top = placement.Center().y + placement.HalfSize();
     if (size == Settings::FINAL_IMAGE_WIDTH) {
-        // Pixel for pixel: half a pixel beside, as in a view of odd size, all would be blurred. Halves go to
-        // the left and upward, as ViewPlacement rounds.
+        // Drawn pixel for pixel. An offset of half a pixel, as in a view of odd size, would blur the image.
+        // Round halves left and up, as ViewPlacement does.
         left = std::ceil(left - 0.5);
         top = std::floor(top + 0.5);
     }

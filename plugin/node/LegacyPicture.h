@@ -11,7 +11,7 @@ namespace vellix {
 class LegacyOutline;
 class ViewPlacement;
 
-/// Draws a drawing in the legacy viewport, with OpenGL, through a texture that it keeps.
+/// Draws a composed image in the legacy viewport, with OpenGL, through a texture that it keeps.
 class LegacyPicture {
 public:
     LegacyPicture() = default;
@@ -19,7 +19,7 @@ public:
     LegacyPicture& operator=(const LegacyPicture&) = delete;
     ~LegacyPicture();
 
-    /// Draws the image at its place in the view, and the tool's outline (null for none) over it.
+    /// Draws the image at its placement in the view, then the tool's outline (null for none) over it.
     /// `opacity` is 0 to 1.
     void Draw(M3dView& view, const QImage& image, const ViewPlacement& placement, float opacity,
               LegacyOutline* outline);
@@ -30,8 +30,8 @@ private:
     static void DrawQuad(const ViewPlacement& placement);
     static void LegacyOpenGlEnd(M3dView& view);
 
-    unsigned int m_texture = 0; ///< OpenGL's name; 0 for none
-    qint64 m_imageKey = 0;      ///< of the image that is in the texture
+    unsigned int m_texture = 0; ///< OpenGL texture name; 0 for none
+    qint64 m_imageKey = 0;      ///< QImage::cacheKey of the image in the texture
 };
 
 } // namespace vellix

@@ -20,21 +20,21 @@ namespace {
 
 constexpr double SMALLEST_ZOOM = 0.001;
 
-/// Toward zero; 0 for what is no number of pixels.
+/// Truncates a size in pixels toward zero; 0 for NaN or a huge value.
 int Truncate(double size) {
     constexpr double tooLarge = 1.0e9;
     return std::abs(size) < tooLarge ? static_cast<int>(size) : 0;
 }
 
-/// The nearest whole number, halves upward, in single precision.
+/// Rounds to the nearest integer, halves up, in single precision; 0 for NaN or a huge value.
 int Round(double value) {
     constexpr float tooLarge = 1.0e9f;
     const float rounded = std::floor(static_cast<float>(value) + 0.5f);
     return std::abs(rounded) < tooLarge ? static_cast<int>(rounded) : 0;
 }
 
-/// By how much a gate that fills a perspective view, or lies in it with overscan, differs from the view's own
-/// width.
+/// Width of the gate relative to the view, for a perspective camera with fill film fit; overscan film fit
+/// divides by it. Aspects are width over height.
 double FitFactor(double viewAspect, double filmAspect, double renderAspect) {
     if (viewAspect < filmAspect) {
         return renderAspect <= filmAspect ? renderAspect / viewAspect : filmAspect / viewAspect;
@@ -48,7 +48,7 @@ double GetRenderAspect() {
     return settings.height > 0 ? static_cast<double>(settings.width) / settings.height : 1.0;
 }
 
-/// The side of the square that covers the gate at zoom 1, view pixels.
+/// The side of the square that covers the gate at zoom 1, in view pixels.
 double GetGateSize(const MFnCamera& camera, double width, double height) {
     const double renderAspect = GetRenderAspect();
     const double horizontal = width / camera.overscan();
@@ -71,7 +71,7 @@ double GetGateSize(const MFnCamera& camera, double width, double height) {
     }
 }
 
-/// The point in the world that 2D pan brings to the middle of the view.
+/// The world point that 2D pan brings to the centre of the view.
 MPoint GetPanPoint(const MDagPath& cameraPath) {
     const MFnCamera camera(cameraPath);
     if (camera.isOrtho()) {

@@ -23,7 +23,7 @@ constexpr int NO_SCRIPT_JOB = -1;
 
 MCallbackIdArray g_callbacks;
 int g_playbackScriptJob = NO_SCRIPT_JOB;
-// While it is there, nodes that came or went are still to be followed.
+// Context of the pending update after nodes were added or removed; null if none is pending.
 std::unique_ptr<QObject> g_followUp;
 
 void OnSelectionChanged(void*) {
@@ -57,7 +57,7 @@ void OnUndoRedo(void*) {
     DocumentFollower::FollowScene();
 }
 
-/// While a node comes or goes, the scene is not yet as it will be.
+/// Defers the update: during the callback the scene is still about to change.
 void OnNodeAddedOrRemoved(MObject&, void*) {
     if (g_followUp) {
         return;
@@ -70,7 +70,7 @@ void OnNodeAddedOrRemoved(MObject&, void*) {
     });
 }
 
-/// Drawing nodes and cameras come and go by deleting, importing and scripts too, which say so by no event.
+/// Deleting, importing and scripts add and remove drawing nodes and cameras without a host event.
 MStatus AddNodeCallbacks() {
     MStatus result;
     for (const MString& type : {BaseNode::GetTypeName(), MString("camera")}) {
@@ -115,7 +115,7 @@ MStatus AddCallbacks() {
             result = status;
         }
     }
-    // They serve the panels alone.
+    // Only the panels need these.
     if (Settings::guiEnabled) {
         const MStatus status = AddNodeCallbacks();
         result = status ? result : status;

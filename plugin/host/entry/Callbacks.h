@@ -4,12 +4,13 @@
 
 namespace vellix {
 
-// How the plug-in follows the scene: the host's events, and a script job that recomputes ghosting when
-// playback starts or stops.
+// Follows the scene through the host's events, and through a script job that updates ghosting when playback
+// starts or stops.
 
+/// Adds every callback it can; returns the last failure.
 MStatus AddCallbacks();
 MStatus RemoveCallbacks();
-/// Both always succeed; a job that could not be made is none to remove.
+/// Both always succeed; if the job could not be created, there is none to remove.
 MStatus AddScriptJobs();
 MStatus RemoveScriptJobs();
 

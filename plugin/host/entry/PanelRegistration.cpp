@@ -30,7 +30,7 @@ void AddPanel(Panel panel) {
         panel, [](QWidget* parent) -> std::unique_ptr<QWidget> { return std::make_unique<Window>(parent); });
 }
 
-/// A dialog that is open already comes to the front instead of a second one.
+/// Registers a dialog. If it is already open, it comes to the front instead of opening twice.
 template <typename Create>
 void AddDialog(Dialog dialog, Create create) {
     const auto open = std::make_shared<QPointer<QDialog>>();
@@ -47,7 +47,7 @@ void AddDialog(Dialog dialog, Create create) {
 
 } // namespace
 
-/// Every panel and dialog. A new one joins here.
+/// Add new panels and dialogs here.
 void RegisterPanels(const QString& pluginFolder) {
     AddPanel<ToolboxDialog>(Panel::Toolbox);
     AddPanel<ToolOptionsDialog>(Panel::ToolOptions);

@@ -4,8 +4,8 @@
 
 namespace vellix {
 
-/// Tells the panels' registry what makes each panel and dialog; it forgets them when the panels are shut
-/// down. `pluginFolder` is where the plug-in was loaded from: its documentation is found from there.
+/// Registers the factories of all panels and dialogs with DialogManager, until its Shutdown. `pluginFolder`
+/// is the folder the plug-in was loaded from; the documentation is found relative to it.
 void RegisterPanels(const QString& pluginFolder);
 
 } // namespace vellix

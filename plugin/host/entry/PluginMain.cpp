@@ -33,7 +33,7 @@ void BuildMenu() {
 
 using RegistrationStep = void (*)(MFnPlugin& plugin, MStatus& status);
 
-/// Runs the steps in their order up to the first that fails.
+/// Runs the steps in order and stops at the first failure.
 template <size_t Count>
 MStatus RunSteps(MFnPlugin& plugin, const RegistrationStep (&steps)[Count]) {
     MStatus status;
@@ -62,7 +62,7 @@ MStatus initializePlugin(MObject obj) {
     Settings::ReadUserConfig();
     BuildMenu();
     if (Settings::guiEnabled) {
-        // Before the node type, which makes the marks over the time slider.
+        // Must precede the node type, which creates the frame marks over the time slider.
         RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
     }
 

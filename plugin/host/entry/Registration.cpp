@@ -15,7 +15,7 @@
 
 #include <maya/MApiNamespace.h>
 #include <maya/MDrawRegistry.h>
-// The version string that comes with this header may be in one file only, that of the entry points.
+// This header defines the version string, which only the file with the entry points may contain.
 #define MNoVersionString
 #define MNoPluginEntry
 #include <maya/MFnPlugin.h>
@@ -38,7 +38,7 @@ CommandEntry Describe() {
     return {Command::GetCommandName(), Command::Creator, Command::CommandSyntax};
 }
 
-/// Every command, in the order of registration. A new command joins here.
+/// Every command, in the order of registration. Add new commands here.
 std::vector<CommandEntry> GetCommands() {
     return {
         Describe<NodeCommand>(),   Describe<LayerCommand>(), Describe<FrameCommand>(),

@@ -5,8 +5,8 @@
 
 namespace vellix {
 
-// What the plug-in brings to the host. Each function sets the status: success, or the first failure, which it
-// has shown as an error and at which it stopped.
+// Registers the plug-in's commands, contexts, data types and nodes with the host. Each function stops at the
+// first failure, displays it as an error and sets `status` to it.
 
 void RegisterCommands(MFnPlugin& plugin, MStatus& status);
 /// In the reverse order of registration.
@@ -19,7 +19,7 @@ void RegisterDataTypes(MFnPlugin& plugin, MStatus& status);
 void DeregisterDataTypes(MFnPlugin& plugin, MStatus& status);
 
 void RegisterNodes(MFnPlugin& plugin, MStatus& status);
-/// Also cleans up after the node type: see BaseNode::Cleanup.
+/// Also releases the node type's static data: see BaseNode::Cleanup.
 void DeregisterNodes(MFnPlugin& plugin, MStatus& status);
 
 } // namespace vellix

@@ -22,7 +22,7 @@ namespace {
 
 struct PanelEntry {
     DialogManager::PanelFactory create;
-    // The main window may go, and its children with it, before the plug-in does.
+    // The host may delete its main window, and the panels with it, before the plug-in is unloaded.
     QPointer<QWidget> window;
 };
 
@@ -32,7 +32,7 @@ struct Registry {
     DialogManager::LayerPropertiesRunner showLayerProperties;
     DialogManager::TimelineOverlayFactory createTimelineOverlay;
     QList<QPointer<QDialog>> openDialogs;
-    // What waits to open panels goes with it.
+    // Context of the timer that reopens panels; deleting it cancels the timer.
     std::unique_ptr<QObject> reopening;
     bool isShuttingDown = false;
 };
@@ -62,22 +62,22 @@ QWidget* GetPanel(DialogManager::Panel panel) {
     return entry.window;
 }
 
-/// What a panel that was made already is told through; null while it was not.
+/// Returns the interface of an existing panel; null if the panel was not created yet.
 template <typename Interface>
-Interface* FindMade(DialogManager::Panel panel) {
+Interface* FindPanel(DialogManager::Panel panel) {
     return dynamic_cast<Interface*>(GetRegistry().panels[panel].window.data());
 }
 
 LayerManagerPanel* FindLayerManager() {
-    return FindMade<LayerManagerPanel>(DialogManager::Panel::LayerManager);
+    return FindPanel<LayerManagerPanel>(DialogManager::Panel::LayerManager);
 }
 
 ToolboxPanel* FindToolbox() {
-    return FindMade<ToolboxPanel>(DialogManager::Panel::Toolbox);
+    return FindPanel<ToolboxPanel>(DialogManager::Panel::Toolbox);
 }
 
 bool RunDialog(DialogManager::Dialog dialog) {
-    // A copy: the dialog may outlast its registration when the plug-in is unloaded while it is open.
+    // Copied, because unloading the plug-in while the dialog is open clears the registry.
     const DialogManager::DialogRunner run = GetRegistry().dialogs[dialog];
     if (run) {
         run(MQtUtil::mainWindow());
@@ -202,7 +202,7 @@ void DialogManager::OpenModal(std::unique_ptr<QDialog> dialog) {
     dialog->show();
     dialog->raise();
     dialog->activateWindow();
-    dialog.release(); // NOLINT(bugprone-unused-return-value): from here on it goes when it closes
+    dialog.release(); // NOLINT(bugprone-unused-return-value): deletes itself on closing
 }
 
 bool DialogManager::ShowNewLayerDialog() {
@@ -267,7 +267,7 @@ void DialogManager::RefreshToolboxOptions() {
 }
 
 void DialogManager::RefreshToolOptions() {
-    if (ToolOptionsPanel* panel = FindMade<ToolOptionsPanel>(Panel::ToolOptions)) {
+    if (ToolOptionsPanel* panel = FindPanel<ToolOptionsPanel>(Panel::ToolOptions)) {
         panel->Refresh();
     }
     RefreshToolboxOptions();

@@ -16,7 +16,7 @@ namespace vellix {
 
 enum class LayerState : qint32;
 
-/// One layer as the layer manager panel lists it; a camera's rows come in stack order, bottom layer first.
+/// One row of the layer manager panel: a layer. Within a camera, rows are in stack order, bottom layer first.
 struct LayerManagerRow {
     QString camera;
     QString name;
@@ -24,48 +24,48 @@ struct LayerManagerRow {
     LayerState state;
 };
 
-/// What the document tells the layer manager panel.
+/// The layer manager panel as the drawing sees it.
 class LayerManagerPanel {
 public:
     virtual ~LayerManagerPanel() = default;
 
     virtual void Clear() = 0;
 
-    /// Replaces everything shown. `activeIndex` is the active layer of the active camera, -1 for none.
+    /// Replaces all rows. `activeIndex` is the active layer of the active camera, -1 for none.
     virtual void Fill(const QList<LayerManagerRow>& rows, const QString& activeCamera, int activeIndex) = 0;
 };
 
-/// What the toolbox is told and asked.
+/// The toolbox as the commands see it.
 class ToolboxPanel {
 public:
     virtual ~ToolboxPanel() = default;
 
-    /// Shows the active tool, the active colour, the ghost switches and the options.
+    /// Updates the active tool, the active colour, the ghost switches and the options from Settings.
     virtual void Refresh() = 0;
-    /// Shows the active tool's size and opacity.
+    /// Updates the active tool's size and opacity from Settings.
     virtual void RefreshOptions() = 0;
-    /// The colour of its colour control; invalid when that cannot be asked.
+    /// The colour of the toolbox's colour control; invalid if the host cannot report it.
     virtual QColor GetColor() const = 0;
 };
 
-/// What the tool options panel is told.
+/// The tool options panel as the commands see it.
 class ToolOptionsPanel {
 public:
     virtual ~ToolOptionsPanel() = default;
 
-    /// Shows the options of the active tool as they are now.
+    /// Updates the options of the active tool from Settings.
     virtual void Refresh() = 0;
 };
 
-/// A dialog that shows something of the scene, which may change while it is open.
+/// A dialog that displays data of the scene, which may change while the dialog is open.
 class SceneFollower {
 public:
     virtual ~SceneFollower() = default;
-    /// A drawing node or a camera has come or gone.
+    /// Called after a drawing node or camera was added or removed.
     virtual void FollowScene() = 0;
 };
 
-/// What the drawing node tells the frame marks over the host's time slider.
+/// The frame marks over the host's time slider, as the drawing node sees them.
 class TimelineOverlay {
 public:
     virtual ~TimelineOverlay() = default;
@@ -76,25 +76,25 @@ public:
     virtual void SetShown(bool shown) = 0;
     virtual void SetDrawContextActive(bool active) = 0;
 
-    /// Follows a range that is being dragged along the slider; the offset is in frames.
+    /// Updates the offset, in frames, of a range that is being dragged along the slider.
     virtual void UpdateMoveOffset() = 0;
     virtual bool HasMoveOffset() const = 0;
     virtual int GetMoveOffset() const = 0;
     virtual MDoubleArray GetRangeForMoveOffset() const = 0;
 };
 
-/// The door to the panels and dialogs for everything below them. What makes each is registered at load when
-/// the host has a user interface; while a panel or dialog is missing, what is told to it does nothing.
+/// Gives the lower layers of the plug-in access to panels and dialogs. Factories for them are registered at
+/// load if the host has a user interface. Calls to a panel or dialog that does not exist do nothing.
 class DialogManager {
 public:
-    /// Panels are floating windows, one of each, made when they are first asked for and kept.
+    /// Panels are floating windows. There is one of each, created at the first request and kept.
     enum class Panel { Toolbox, ToolOptions, LayerManager, Retiming, ColorPalette };
-    /// Dialogs are made each time, shown and go.
+    /// Dialogs are created each time and deleted when they close.
     enum class Dialog { NewLayer, Ghosting, Preferences, About };
 
-    /// Makes the panel, a window over the given one. A layer manager also is a LayerManagerPanel, a toolbox a
-    /// ToolboxPanel, the tool options a ToolOptionsPanel. Panels keep their place in their member of
-    /// Settings.
+    /// Creates the panel, a window with the given parent. A layer manager also implements LayerManagerPanel,
+    /// a toolbox ToolboxPanel, and the tool options ToolOptionsPanel. Each panel keeps its geometry in its
+    /// member of Settings.
     using PanelFactory = std::function<std::unique_ptr<QWidget>(QWidget* parent)>;
     using DialogRunner = std::function<void(QWidget* parent)>;
     using LayerPropertiesRunner = std::function<void(const QString& camera, int index, QWidget* parent)>;
@@ -105,58 +105,59 @@ public:
     static void RegisterLayerPropertiesDialog(LayerPropertiesRunner run);
     static void RegisterTimelineOverlay(TimelineOverlayFactory create);
 
-    // The panels' windows, made at the first call. The registry owns them; null when nothing makes them.
+    // The panels' windows, created at the first call and owned by the registry; null if no factory is
+    // registered.
     static QWidget* GetToolboxDialog();
     static QWidget* GetToolOptionsDialog();
     static QWidget* GetLayerMangerDialog();
     static QWidget* GetRetimingDialog();
     static QWidget* GetColorPaletteDialog();
 
-    /// Shows the panel in front of the others; a minimised one comes back.
+    /// Shows the panel in front of all others, restored if minimised, and activates it.
     static void BringUp(QWidget& panel);
-    /// Forgets where every panel was, and puts those that were made back in the middle of the host's window
-    /// in the size that they ask for.
+    /// Clears every panel's stored geometry. Moves the existing panels to the middle of the host's window and
+    /// resizes them to their size hint.
     static void ResetPanels();
 
-    /// Keeps in the host's option variables which panels are open. Panels say when they open and close.
+    /// Stores in the host's option variables which panels are open. Panels call it when they open and close.
     static void NoteOpenPanels();
-    /// Opens those that were open when the plug-in was shut down last, once the host has come to rest,
-    /// without taking the keys from its window.
+    /// Opens the panels that were open at the last shutdown, once the host is idle, without taking the
+    /// keyboard focus.
     static void ReopenPanels();
 
-    /// Shows the dialog, which keeps its user from everything else until it closes and goes then; returns at
-    /// once. What it executes on closing so stands by itself, undone by itself, and is not part of the
-    /// command that opened the dialog.
+    /// Shows the dialog as modal and returns at once. The dialog deletes itself when it closes. Commands that
+    /// it runs on closing are separate undo steps, not part of the command that opened it.
     static void OpenModal(std::unique_ptr<QDialog> dialog);
 
-    // Each shows its dialog over the host's main window; false when nothing shows it.
+    // Each shows its dialog over the host's main window. Returns false if the dialog is not registered.
     static bool ShowNewLayerDialog();
     static bool ShowGhostingDialog();
     static bool ShowPreferencesDialog();
     static bool ShowAboutDialog();
-    /// Over the given window; the host's main window for null.
+    /// Shows it over the given window, or the host's main window if null.
     static bool ShowLayerPropertiesDialog(const QString& camera, int index, QWidget* parent);
 
-    // What panels are told. One that was not made yet asks for itself when it is.
+    // Updates of panels. They skip a panel that does not exist yet; it reads its data itself when it is
+    // created.
     static void ClearLayerManagerDialog();
-    /// A drawing node or a camera has come or gone; told to the open dialogs that are SceneFollowers.
+    /// Call after a drawing node or camera was added or removed. Notifies the open dialogs that are
+    /// SceneFollowers.
     static void FollowScene();
-    /// Whether the panel was made.
+    /// Whether the panel exists.
     static bool HasLayerManagerDialog();
     static void FillLayerManagerDialog(const QList<LayerManagerRow>& rows, const QString& activeCamera,
                                        int activeIndex);
     static void RefreshToolbox();
     static void RefreshToolboxOptions();
-    /// Those in the toolbox too.
+    /// Refreshes the options in the toolbox too.
     static void RefreshToolOptions();
-    /// The colour of the toolbox's control; invalid while there is no toolbox.
+    /// The colour of the toolbox's colour control; invalid if there is no toolbox.
     static QColor GetToolboxColor();
 
-    /// The marks over the given time slider, hidden; null when nothing makes them.
+    /// Creates the frame marks over the given time slider, hidden; null if no factory is registered.
     static std::unique_ptr<TimelineOverlay> CreateTimelineOverlay(QWidget* timeSlider);
 
-    /// Closes every panel, which then notes where it was, drops open dialogs, and forgets all that was
-    /// registered.
+    /// Closes every panel, which stores its geometry, deletes open dialogs, and clears the registry.
     static void Shutdown();
 };
 
