@@ -30,7 +30,7 @@ void AddUnique(std::vector<std::string>& list, const std::string& text) {
     }
 }
 
-/// Names of the data types of values that the attributes hold.
+/// Adds the names of the plug-in data types of the attributes and their children.
 void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std::set<std::string>& names) {
     for (const auto& attribute : attributes) {
         if (attribute->Kind() == AttributeKind::PluginData) {
@@ -40,8 +40,8 @@ void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std
     }
 }
 
-/// Adds what the nodes are made, moved and coloured by, none of which is in the DAG: history, keys,
-/// materials. Members of the same material are no part of it.
+/// Adds the history, keys and materials of the nodes, none of which are in the DAG. Leaves out other members
+/// of the materials.
 void AddNetwork(Host& host, std::set<const Node*>& wanted) {
     std::vector<const Node*> waiting(wanted.begin(), wanted.end());
     while (!waiting.empty()) {
@@ -193,10 +193,10 @@ std::string SceneContent::ConfigurationScript(Host& host) {
 std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(Host& host) {
     std::vector<std::pair<std::string, std::string>> info{
         {"application", "lightbox"}, {"product", "Lightbox"}, {"version", "2018"}};
-    static const std::set<std::string> OF_THE_WRITER{"application", "product", "version", "cutIdentifier",
-                                                     "osv",         "license", "UUID"};
+    static const std::set<std::string> WRITER_KEYS{"application", "product", "version", "cutIdentifier",
+                                                   "osv",         "license", "UUID"};
     for (const auto& pair : host.files().fileInfo()) {
-        if (OF_THE_WRITER.count(pair.first) == 0) {
+        if (WRITER_KEYS.count(pair.first) == 0) {
             info.push_back(pair);
         }
     }
