@@ -227,8 +227,8 @@ TEST_F(AttributeCommandsTest, AddedAttributesAnswerForThemselves) {
         {"addAttr -q -at a.tint", "string float2"},
         {"addAttr -q -ex a.tint", "int 1"},
         {"addAttr -q -ex a.tx", "int 0"},
-        {"addAttr -q a.tint", "error: Nothing was asked for that is known of an attribute."},
-        {"addAttr -q -ci a.tint", "error: Nothing was asked for that is known of an attribute."},
+        {"addAttr -q a.tint", "error: No flag that can be queried was given."},
+        {"addAttr -q -ci a.tint", "error: No flag that can be queried was given."},
         {"addAttr -q -m a.nosuch", "error: No object matches name: a.nosuch"},
         {"listAttr -ud a", "string[] girth kind tint tintR tintG list loose"},
         {"listAttr -ud -st \"tint?\" a", "string[] tintR tintG"},
@@ -273,14 +273,14 @@ TEST_F(AttributeCommandsTest, CompoundsWaitForTheirChildren) {
          "string[] d d1 c c1"},
         {"addAttr -ln c -at compound -nc 2 a; addAttr -ln i -at compound -nc 1 -p c a;"
          "addAttr -ln c -at compound -nc 1 a; addAttr -ln j -at long -p i a",
-         "error: No compound attribute 'i' lacks a child."},
+         "error: No compound attribute 'i' is waiting for a child."},
         {"addAttr -ln c -at compound -nc 2 a; addAttr -ln x -at long -p c a; addAttr -ln x -at long -p c a",
          "error: Found an attribute of the name 'x' already."},
         {"addAttr -ln c -at compound -nc 1 a; addAttr -ln x -sn tx -at long -p c a",
          "error: Found an attribute of the name 'x' already."},
         {"addAttr -ln c -at compound -nc 1 a; delete a; createNode transform -n a; addAttr -ln x -at long -p "
          "c a",
-         "error: No compound attribute 'c' lacks a child."},
+         "error: No compound attribute 'c' is waiting for a child."},
     };
     ExpectSteps("createNode transform -n a", STEPS);
     const char* const NODE = "createNode transform -n a";
@@ -290,7 +290,8 @@ TEST_F(AttributeCommandsTest, CompoundsWaitForTheirChildren) {
         {NODE, "addAttr -ln c -at compound a", "A compound attribute needs its number of children (-nc)."},
         {NODE, "addAttr -ln c -at compound -nc 2000000000 a",
          "A compound attribute needs its number of children (-nc)."},
-        {NODE, "addAttr -ln c -at long -p nosuch a", "No compound attribute 'nosuch' lacks a child."},
+        {NODE, "addAttr -ln c -at long -p nosuch a",
+         "No compound attribute 'nosuch' is waiting for a child."},
         {NODE, "addAttr -ln c -at long -nc 2 a",
          "The flag '-numberOfChildren' is for compound attributes only."},
         {NODE, "addAttr -ln c -dt string -dv 2 a",
