@@ -13,16 +13,16 @@
 namespace lightbox::mel {
 namespace {
 
-/// A compound attribute comes in several addAttr calls, its children after it. It is put together here and
-/// added to the node when the last child is there.
+/// Assembles compound attributes. Several addAttr calls define one: the compound first, then its children. It
+/// is added to the node when it is complete.
 class PendingCompounds {
 public:
-    /// Takes a compound that still lacks `missing` children. One of that name that was waiting is given up.
+    /// Takes a compound that lacks `missing` children. Drops a pending one with the same name.
     void Add(const std::shared_ptr<Node>& node, std::shared_ptr<Attribute> attribute, int missing);
-    /// Whether an attribute of one of those names waits for its children, or for its parent's.
+    /// True when a pending compound of the node, or an attribute in it, has one of the attribute's names.
     bool HasName(const std::shared_ptr<Node>& node, const Attribute& attribute) const;
-    /// Puts a child below its parent; false when no such parent is waiting. `whole` becomes the outermost
-    /// compound when it is complete now.
+    /// Adds a child to its pending parent, and returns false when no such parent is pending. When this
+    /// completes the outermost compound, sets `whole` to it.
     bool AddChild(const std::shared_ptr<Node>& node, const std::string& parent,
                   std::shared_ptr<Attribute> child, int missingOfChild, std::shared_ptr<Attribute>& whole);
 
@@ -38,7 +38,7 @@ private:
     std::vector<Entry> pending_;
 };
 
-/// The outermost compound of an attribute.
+/// Returns the outermost compound of an attribute, or the attribute itself.
 const Attribute& RootOf(const Attribute& attribute) {
     return attribute.Parent() ? RootOf(*attribute.Parent()) : attribute;
 }
@@ -47,7 +47,7 @@ bool SharesName(const Attribute& left, const Attribute& right) {
     return left.HasName(right.LongName()) || left.HasName(right.ShortName());
 }
 
-/// Whether the attribute or one below it has one of the names.
+/// True when an attribute of the tree shares a name with `named`.
 bool HoldsName(const Attribute& tree, const Attribute& named) {
     return SharesName(tree, named) ||
            std::any_of(tree.Children().begin(), tree.Children().end(),
@@ -56,13 +56,13 @@ bool HoldsName(const Attribute& tree, const Attribute& named) {
 
 void PendingCompounds::Add(const std::shared_ptr<Node>& node, std::shared_ptr<Attribute> attribute,
                            int missing) {
-    // With a compound go those below it, and those of nodes that are gone.
-    const auto isOver = [&](const Entry& entry) {
+    // Also drops the compounds nested in the old one, and those of deleted nodes.
+    const auto isStale = [&](const Entry& entry) {
         const std::shared_ptr<Node> owner = entry.node.lock();
         return !owner || !owner->InScene() ||
                (owner == node && SharesName(RootOf(*entry.attribute), *attribute));
     };
-    pending_.erase(std::remove_if(pending_.begin(), pending_.end(), isOver), pending_.end());
+    pending_.erase(std::remove_if(pending_.begin(), pending_.end(), isStale), pending_.end());
     pending_.push_back({node, std::move(attribute), missing});
 }
 
@@ -92,7 +92,7 @@ bool PendingCompounds::AddChild(const std::shared_ptr<Node>& node, const std::st
         pending_.push_back({node, std::move(child), missingOfChild});
         return true;
     }
-    // A child that completes its parent may complete the one above that, too.
+    // Completing the parent may complete the compounds above it, too.
     while (above != pending_.end() && above->missing == 0) {
         const std::shared_ptr<Attribute> complete = above->attribute;
         const Attribute* outer = complete->Parent();
@@ -126,7 +126,7 @@ void SetEnumFields(const std::string& text, Attribute& attribute) {
     }
 }
 
-/// The flags that say whether there is a limit. One that is there without a value is 0.
+/// Applies the flags that switch a limit on or off. A limit without a value is 0.
 void SetLimitSwitches(const CommandCall& call, Attribute& attribute) {
     const std::pair<const char*, std::optional<double>*> limits[] = {
         {"-hasMinValue", &attribute.minimum},
@@ -140,7 +140,7 @@ void SetLimitSwitches(const CommandCall& call, Attribute& attribute) {
     }
 }
 
-/// Fails for a flag that means nothing to an attribute of that kind.
+/// Fails for a flag that does not apply to the attribute's type.
 void CheckFlagsFit(const CommandCall& call, const Attribute& attribute) {
     for (const char* flag : {"-defaultValue", "-minValue", "-maxValue", "-softMinValue", "-softMaxValue",
                              "-hasMinValue", "-hasMaxValue", "-hasSoftMinValue", "-hasSoftMaxValue"}) {
@@ -226,7 +226,7 @@ void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCo
     std::shared_ptr<Attribute> whole;
     if (call.Has("-parent")) {
         if (!pending.AddChild(node, call.String("-parent"), attribute, missing, whole)) {
-            call.Fail("No compound attribute '" + call.String("-parent") + "' lacks a child.");
+            call.Fail("No compound attribute '" + call.String("-parent") + "' is waiting for a child.");
         }
     } else if (attribute->IsCompound()) {
         pending.Add(node, attribute, missing);
@@ -278,7 +278,7 @@ Value QueryAttribute(CommandCall& call) {
             return answer;
         }
     }
-    call.Fail("Nothing was asked for that is known of an attribute.");
+    call.Fail("No flag that can be queried was given.");
 }
 
 Value AddAttr(CommandCall& call, PendingCompounds& pending) {

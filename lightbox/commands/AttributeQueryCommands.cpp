@@ -10,7 +10,7 @@
 namespace lightbox::mel {
 namespace {
 
-/// "focalLength" becomes "Focal Length".
+/// Returns the nice name. By default it derives from the long name: "focalLength" becomes "Focal Length".
 std::string NiceName(const Attribute& attribute) {
     if (!attribute.niceName.empty()) {
         return attribute.niceName;
@@ -111,7 +111,7 @@ Value AttributeQuery(CommandCall& call) {
     return call.Has("-niceName") ? NiceName(*attribute) : attribute->LongName();
 }
 
-/// A value with many items, which is not an attribute with many elements.
+/// True for an attribute whose single value is an array. A multi attribute is something else.
 bool IsDataArray(const Attribute& attribute) {
     switch (attribute.Kind()) {
     case AttributeKind::StringArray:
@@ -125,7 +125,7 @@ bool IsDataArray(const Attribute& attribute) {
     }
 }
 
-/// Whether a plug is one that the call asks for.
+/// True when the plug passes all filter flags of the call.
 bool IsWanted(const CommandCall& call, const Plug& plug, bool isUserDefined) {
     const Attribute& attribute = *plug.attribute;
     const std::pair<const char*, bool> conditions[] = {
@@ -168,9 +168,9 @@ void AddNames(const CommandCall& call, const Plug& plug, bool isDynamic, Value::
         return;
     }
     const Attribute& attribute = *plug.attribute;
-    // Children of a dynamic compound are dynamic with it.
+    // The children of a dynamic compound count as user-defined, too.
     const bool isUser = isDynamic || attribute.dynamic;
-    // What is keyed are the numbers of a compound.
+    // Only the number children of a compound can be keyed, not the compound itself.
     const bool isWhole = attribute.IsCompound() && (call.Has("-keyable") || call.Has("-channelBox"));
     if (!isWhole && IsWanted(call, plug, isUser) && HasWantedName(call, plug)) {
         const std::string name = plug.AttributeName(!call.Has("-shortNames"));

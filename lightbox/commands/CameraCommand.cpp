@@ -9,7 +9,7 @@
 namespace lightbox::mel {
 namespace {
 
-/// A flag of `camera` and the attribute that it stands for.
+/// A flag of `camera` and its attribute.
 struct CameraFlag {
     const char* shortName;
     const char* longName;
@@ -46,10 +46,10 @@ const CameraFlag FLAGS[] = {{"-fl", "-focalLength", "focalLength", NUMBER},
                             {"-dst", "-displaySafeTitle", "displaySafeTitle", SWITCH},
                             {"-dgm", "-displayGateMask", "displayGateMask", SWITCH}};
 
-/// The names that `-filmFit` takes, in the order of the attribute's values.
+/// The arguments of `-filmFit`, in the order of the attribute's values.
 const char* const FILM_FITS[] = {"fill", "horizontal", "vertical", "overscan"};
 
-/// The film back's width over its height: the width follows.
+/// Sets the film back's width so that width / height is the given ratio.
 void SetAspectRatio(const CommandCall& call, const std::shared_ptr<Node>& shape) {
     const double ratio = call.Float("-aspectRatio");
     if (!(ratio > 0.0)) {
@@ -59,7 +59,8 @@ void SetAspectRatio(const CommandCall& call, const std::shared_ptr<Node>& shape)
                   ratio * Plug::Of(*shape, "verticalFilmAperture").Number());
 }
 
-/// A start-up camera is part of every scene: it cannot be deleted.
+/// Makes a camera a start-up camera, or an ordinary one. A start-up camera is part of every scene and cannot
+/// be deleted.
 void SetStartup(Host& host, const std::shared_ptr<Node>& node, bool isStartup) {
     const bool before = node->isShared;
     edit::Do(
@@ -131,7 +132,7 @@ Value QueryCamera(const CommandCall& call, const std::shared_ptr<Node>& transfor
     call.Fail("Nothing was asked for.");
 }
 
-/// Maya's camera command takes the name as the beginning of one: it always adds a number.
+/// Returns the first free number for the base name. As in Maya, `camera` always appends a number to the name.
 std::string NumberedName(const Scene& scene, const std::string& base) {
     int number = 1;
     while (scene.IsNameTaken(base + std::to_string(number))) {

@@ -24,7 +24,7 @@ Value ConnectAttr(CommandCall& call) {
     return "Connected " + from.Name() + " to " + to.Name() + ".";
 }
 
-/// The first element of an array that the source drives; the array itself when there is none.
+/// Returns the first array element that the source drives, or the array itself when there is none.
 Plug ElementDrivenBy(const Scene& scene, const Plug& source, const Plug& array) {
     for (const Plug& element : array.Elements()) {
         if (scene.connections().SourceOf(element) == source) {
@@ -54,7 +54,7 @@ Value IsConnected(CommandCall& call) {
     return call.GetHost().scene().connections().SourceOf(to) == from;
 }
 
-/// Whether a plug is the one asked about or lies below it.
+/// True when the plug is `wanted` or lies below it.
 bool IsWithin(const Plug& plug, const Plug& wanted) {
     for (Plug part = plug; part; part = part.Parent()) {
         const bool isSameElement = wanted.element < 0 || part.element == wanted.element;
@@ -65,12 +65,12 @@ bool IsWithin(const Plug& plug, const Plug& wanted) {
     return false;
 }
 
-struct Question {
+struct NodeOrPlug {
     std::shared_ptr<Node> node;
-    Plug plug; ///< null: the whole node
+    Plug plug; ///< null for the whole node
 };
 
-Question Asked(const CommandCall& call, const std::string& text) {
+NodeOrPlug NodeOrPlugNamed(const CommandCall& call, const std::string& text) {
     if (text.find('.') == std::string::npos) {
         return {NodeNamed(call, text), {}};
     }
@@ -78,7 +78,7 @@ Question Asked(const CommandCall& call, const std::string& text) {
     return {plug.node, plug};
 }
 
-/// What `listConnections` answers for one connection as seen from one of its ends.
+/// Adds the result of `listConnections` for one connection, seen from its near end.
 void AddAnswer(const CommandCall& call, const Plug& near, const Plug& far, Value::StringArray& answers) {
     if (call.Has("-type")) {
         const std::string& type = call.String("-type");
@@ -89,7 +89,7 @@ void AddAnswer(const CommandCall& call, const Plug& near, const Plug& far, Value
     }
     const bool withPlugs = call.Has("-plugs") && call.Bool("-plugs");
     std::shared_ptr<Node> node = far.node;
-    // Unless the shape itself is asked for, its transform stands for it.
+    // Without -shapes a shape's transform stands for it.
     const bool isShape = node->Type().IsShape() && !(call.Has("-shapes") && call.Bool("-shapes"));
     if (isShape && !withPlugs) {
         node = static_cast<DagNode&>(*node).Parent()->Shared();
@@ -104,9 +104,9 @@ Value ListConnections(CommandCall& call) {
     const auto isOn = [&](const char* flag) { return !call.Has(flag) || call.Bool(flag); };
     const bool wantsSources = isOn("-source");
     const bool wantsDestinations = isOn("-destination");
-    std::vector<Question> questions;
+    std::vector<NodeOrPlug> questions;
     for (const std::string& text : call.ObjectNames()) {
-        questions.push_back(Asked(call, text));
+        questions.push_back(NodeOrPlugNamed(call, text));
     }
     if (questions.empty()) {
         for (const std::shared_ptr<Node>& node : ObjectsOrSelection(call)) {
@@ -114,7 +114,7 @@ Value ListConnections(CommandCall& call) {
         }
     }
     Value::StringArray answers;
-    for (const Question& question : questions) {
+    for (const NodeOrPlug& question : questions) {
         for (const Connection& connection : call.GetHost().scene().connections().Of(*question.node)) {
             const auto concerns = [&](const Plug& plug) {
                 return question.plug ? IsWithin(plug, question.plug) : plug.node == question.node;

@@ -52,7 +52,7 @@ Value Group(CommandCall& call) {
     if (call.Has("-parent")) {
         parent = DagNodeNamed(call, call.String("-parent"));
     } else if (!nodes.empty() && !call.Has("-world")) {
-        // The group takes the place of what it holds, when that lies in one place.
+        // When all nodes have the same parent, the group goes below that parent.
         DagNode* common = AsDag(call, nodes.front())->Parent();
         const bool isCommon = std::all_of(nodes.begin(), nodes.end(), [&](const std::shared_ptr<Node>& node) {
             return AsDag(call, node)->Parent() == common;
@@ -63,7 +63,7 @@ Value Group(CommandCall& call) {
     }
     for (const std::shared_ptr<Node>& node : nodes) {
         const std::shared_ptr<DagNode> dag = AsDag(call, node);
-        // A shape may lie below the group although it may not below the world.
+        // A shape cannot move to the world, but the group will be its parent, so the check is skipped.
         if (parent || !dag->Type().IsShape()) {
             edit::CheckReparent(host, *dag, parent.get());
         }
@@ -85,7 +85,7 @@ void AddDescendants(const DagNode& node, NodeList& found) {
 }
 
 void AddRelatives(const CommandCall& call, const DagNode& node, NodeList& found) {
-    // Without instances a node has one parent.
+    // Without instances a node has only one parent, so both flags mean the same.
     if (call.Has("-parent") || call.Has("-allParents")) {
         if (node.Parent() && !node.Parent()->IsWorld()) {
             found.push_back(node.Parent()->Shared());

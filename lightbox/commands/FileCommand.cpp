@@ -26,7 +26,7 @@ std::string FileName(const std::string& path) {
     return QFileInfo(QString::fromStdString(path)).fileName().toStdString();
 }
 
-/// What a query answers for a path: whole, or with -shortName the file's name alone.
+/// Returns a path for a query: the whole path, or only the file name with -shortName.
 std::string ShownPath(const CommandCall& call, const std::string& path) {
     return call.Has("-shortName") ? FileName(path) : path;
 }
@@ -127,7 +127,7 @@ bool IsOn(const CommandCall& call, const char* flag) {
     return call.Has(flag) && call.Bool(flag);
 }
 
-/// The namespace of an import; without merging, one that is there already gets a number.
+/// Returns the namespace for an import. Without merging, an existing name gets a number.
 std::string ImportNamespace(const CommandCall& call) {
     const std::string given = call.StringOr("-namespace", "");
     std::string name = given == ":" ? std::string() : given;
@@ -143,7 +143,7 @@ Value ImportFile(const CommandCall& call) {
     const std::string path = PathArgument(call);
     const std::string nameSpace = ImportNamespace(call);
     if (IsOn(call, "-renameAll") && nameSpace.empty()) {
-        call.Fail("Only a namespace renames everything that is imported: use -namespace.");
+        call.Fail("-renameAll needs a namespace: use -namespace.");
     }
     const NodeList nodes = Files(call).Import(path, nameSpace);
     return NamesOrPath(call, nodes, SceneFiles::FindFile(path));

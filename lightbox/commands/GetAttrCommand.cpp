@@ -35,7 +35,7 @@ Value EnumText(const Plug& plug) {
     return std::to_string(number);
 }
 
-/// Why there is no value to show; empty when there is one.
+/// Returns the reason why the plug's value cannot be shown; empty when it can.
 std::string WhyNotShown(const Plug& plug) {
     const Attribute& attribute = *plug.attribute;
     if (attribute.Kind() == AttributeKind::Message) {
@@ -46,12 +46,12 @@ std::string WhyNotShown(const Plug& plug) {
         return "The attribute '" + plug.Name() + "' has no value of its own.";
     }
     if (attribute.Kind() == AttributeKind::PluginData) {
-        return "The data is not of a type that can be shown: " + attribute.TypeName();
+        return "Data of this type cannot be shown: " + attribute.TypeName();
     }
     return {};
 }
 
-/// The numbers of the elements that an array has.
+/// Returns the numbers of an array's existing elements.
 Value ElementValues(const Plug& plug) {
     Value::FloatArray numbers;
     for (const Plug& element : plug.Elements()) {
@@ -61,7 +61,8 @@ Value ElementValues(const Plug& plug) {
                                                  : Value(numbers);
 }
 
-/// The text with ~ at its beginning and $NAME or ${NAME} replaced; a variable that is not set stays.
+/// Replaces a leading ~ and environment variables ($NAME or ${NAME}). A variable that is not set stays as
+/// text.
 std::string Expanded(const std::string& text) {
     QString expanded = QString::fromStdString(text);
     if (expanded == QLatin1String("~") || expanded.startsWith(QLatin1String("~/"))) {
@@ -113,7 +114,7 @@ Value ValueOf(const CommandCall& call, const Plug& plug) {
     return attribute.Kind() == AttributeKind::String ? Value("") : Value();
 }
 
-/// What is asked about the geometry of a mesh.
+/// Returns the numbers of a geometry attribute of a mesh, or with -size their count of elements.
 Value GetGeometry(const CommandCall& call, const Node& node, const std::string& path) {
     const std::shared_ptr<const MeshData> own = MeshNode::Own(node);
     std::size_t count = 0;

@@ -20,7 +20,7 @@ struct TangentName {
     TangentType type;
 };
 
-/// The first name of a type is the one that queries answer.
+/// Queries return the first name of a type.
 constexpr TangentName TANGENT_NAMES[] = {
     {"fixed", TangentType::Fixed},       {"linear", TangentType::Linear},
     {"flat", TangentType::Flat},         {"step", TangentType::Step},
@@ -30,7 +30,7 @@ constexpr TangentName TANGENT_NAMES[] = {
     {"stepnext", TangentType::StepNext}, {"step next", TangentType::StepNext},
     {"auto", TangentType::Auto}};
 
-/// Single numbers and plugs of parts: a compound stands for its children.
+/// Adds the plug, or the leaves below it when it is a compound.
 void AddLeaves(const Plug& plug, std::vector<Plug>& plugs) {
     if (plug.attribute->Children().empty()) {
         plugs.push_back(plug);
@@ -246,7 +246,7 @@ std::vector<KeySet> KeyArguments::KeySets(bool withEmpty) const {
     }
     std::vector<KeySet> sets;
     if (call_.StringOr("-animation", "") == "keys") {
-        // That means keys selected in an editor of curves, of which there is none.
+        // -animation keys means the keys selected in a graph editor, and there is none.
         return sets;
     }
     for (const std::shared_ptr<AnimCurveNode>& curve : curves) {
@@ -277,7 +277,7 @@ std::vector<double> KeyArguments::Times() const {
         times.push_back(call_.GetHost().time().CurrentTime());
     }
     if (!std::all_of(times.begin(), times.end(), [](double time) { return std::isfinite(time); })) {
-        call_.Fail("A time was expected, not a range without a beginning.");
+        call_.Fail("A time was expected, not a range without a start.");
     }
     return times;
 }

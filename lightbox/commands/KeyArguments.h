@@ -13,37 +13,37 @@
 
 namespace lightbox::mel {
 
-/// The keys of one curve that a command is about.
+/// The keys of one curve that a command works on.
 struct KeySet {
     std::shared_ptr<AnimCurveNode> node;
-    /// Places in the curve, in order.
+    /// Ascending indexes into the curve's keys.
     std::vector<std::size_t> keys;
 };
 
-/// What the animation commands have in common: objects (or the selection), -attribute, -hierarchy, -shape,
-/// and the ranges of -time, -float and -index.
+/// The arguments that the animation commands share: objects (or the selection), -attribute, -hierarchy,
+/// -shape, and the ranges of -time, -float and -index.
 class KeyArguments {
 public:
     /// Adds the flags for objects and attributes.
     static SyntaxBuilder& AddObjectFlags(SyntaxBuilder& syntax);
-    /// Adds those and the ranges.
+    /// Adds the flags for objects, attributes and ranges.
     static SyntaxBuilder& AddFlags(SyntaxBuilder& syntax);
 
-    /// Without `readsRanges` the call's -time means something else.
+    /// Set `readsRanges` to false when the call's -time is not a range of keys.
     explicit KeyArguments(const CommandCall& call, bool readsRanges = true);
 
-    /// The nodes: given or selected, with what -hierarchy and -shape add.
+    /// The given or selected nodes, with those that -hierarchy and -shape add.
     const NodeList& Nodes() const { return nodes_; }
-    /// What can be keyed: the attributes given, else all keyable ones of the nodes.
+    /// Returns the given attributes, else all keyable attributes of the nodes.
     std::vector<Plug> KeyablePlugs() const;
-    /// The curves of the attributes given, else all of the nodes, with those of their keys that the ranges
-    /// hold: all keys when no range is given. Curves without such keys are left out unless `withEmpty`.
+    /// Returns the curves of the given attributes, else all curves of the nodes, with their keys inside the
+    /// ranges. Without ranges, all keys count. Leaves out curves without such keys unless `withEmpty`.
     std::vector<KeySet> KeySets(bool withEmpty = false) const;
-    /// The times given, of ranges the first; the current time when there are none.
+    /// Returns the given times in frames, and the start of each range; the current time when there are none.
     std::vector<double> Times() const;
     bool HasRanges() const { return !times_.empty() || !inputs_.empty() || !indexes_.empty(); }
 
-    /// A time as frames: a number, or a text like "2sec".
+    /// Converts a number or a text like "2sec" to frames.
     static double TimeOf(const CommandCall& call, const Value& value);
     static TangentType TangentNamed(const CommandCall& call, const std::string& name);
     static std::string NameOf(TangentType type);
@@ -65,7 +65,7 @@ private:
 
     const CommandCall& call_;
     NodeList nodes_;
-    /// Named as "node.attribute".
+    /// Given as "node.attribute".
     std::vector<Plug> plugs_;
     std::vector<std::string> attributes_;
     std::vector<Range> times_;

@@ -13,7 +13,7 @@ namespace {
 
 using Key = AnimCurve::Key;
 
-/// Keys that were cut or copied, by the attribute they drove.
+/// The cut or copied keys of one attribute.
 struct CopiedCurve {
     std::string attribute;
     std::vector<Key> keys;
@@ -80,7 +80,8 @@ double FirstTime(const Clipboard& clipboard) {
     return first;
 }
 
-/// Makes room in a curve for keys from `first` to `last`.
+/// Prepares a curve for pasting keys from `first` to `last`, in frames: removes or shifts keys as `option`
+/// says.
 void MakeRoom(AnimCurve& curve, const std::string& option, double first, double last) {
     std::vector<Key> keys = curve.Keys();
     const auto isWithin = [&](const Key& key) {
@@ -128,7 +129,7 @@ Value PasteKey(CommandCall& call, const Clipboard& clipboard) {
         call.Has("-timeOffset") ? KeyArguments::TimeOf(call, call.Argument("-timeOffset")) : 0.0;
     int count = 0;
     for (const Plug& plug : KeyArguments(call, false).KeyablePlugs()) {
-        // A single curve goes onto whatever one attribute is named; several find theirs by name.
+        // A single copied curve fits any single named attribute. Otherwise the attribute's name decides.
         const bool isSingle = call.UseCount("-attribute") == 1;
         const auto copy = std::find_if(clipboard.begin(), clipboard.end(), [&](const CopiedCurve& each) {
             return each.attribute == plug.attribute->LongName() || (clipboard.size() == 1 && isSingle);

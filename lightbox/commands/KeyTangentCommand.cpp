@@ -11,7 +11,7 @@ namespace {
 
 using Key = AnimCurve::Key;
 
-/// One keyTangent: asks for tangents, or changes them.
+/// Runs one call of keyTangent: queries tangents or changes them.
 class KeyTangentCall {
 public:
     explicit KeyTangentCall(CommandCall& call)
@@ -20,7 +20,7 @@ public:
     Value Run();
 
 private:
-    /// One side of a key, with the names of its flags.
+    /// The in or out side of a key with its flags.
     struct Side {
         bool isIn;
         const char* type;
@@ -41,7 +41,7 @@ private:
     bool EditCurve(const KeySet& set) const;
     void EditKey(AnimCurve& curve, std::size_t i) const;
     void EditSide(AnimCurve& curve, std::size_t i, const Side& side) const;
-    /// The other side follows as far as the two are locked together.
+    /// Turns and stretches the opposite tangent as far as the two are locked together. `turn` is in degrees.
     void Follow(AnimCurve& curve, std::size_t i, const Side& side, double turn, double stretch) const;
     void SetFixed(AnimCurve& curve, std::size_t i, bool isIn, const AnimCurve::Tangent& tangent) const;
     TangentType TypeGiven(const Side& side) const;

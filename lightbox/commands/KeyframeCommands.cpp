@@ -14,7 +14,7 @@ namespace {
 
 using Key = AnimCurve::Key;
 
-/// One keyframe: asks for keys, or moves them.
+/// Runs one call of keyframe: queries keys or moves them.
 class KeyframeCall {
 public:
     explicit KeyframeCall(CommandCall& call)
@@ -93,7 +93,8 @@ double KeyframeCall::NewTime(const Key& key) const {
     return isRelative ? key.time + call_.Float("-floatChange") : call_.Float("-floatChange");
 }
 
-/// With "over" any place will do that has no key, with "move" the key stays between its neighbours.
+/// True when the key may move to `time`. "over" allows every time without a key; "move" also keeps the key
+/// between its neighbours.
 bool KeyframeCall::CanMove(const std::vector<Key>& keys, const std::set<std::size_t>& moved,
                            std::size_t index, double time, const std::string& option) const {
     for (std::size_t other = 0; other < keys.size(); ++other) {
@@ -181,8 +182,8 @@ std::vector<double> TimesOf(const std::vector<KeySet>& sets) {
     return {times.begin(), times.end()};
 }
 
-/// Next and previous go round at the ends, as stepping through keys does.
-double Found(const std::vector<double>& times, const std::string& which, double from) {
+/// Returns the time of the key that `which` asks for. "next" and "previous" wrap around at the ends.
+double KeyTimeFor(const std::vector<double>& times, const std::string& which, double from) {
     if (which == "first" || which == "last") {
         return which == "first" ? times.front() : times.back();
     }
@@ -210,7 +211,7 @@ Value FindKeyframe(CommandCall& call) {
     const double from = call.Has("-time") ? KeyArguments::TimeOf(call, call.Argument("-time"))
                                           : call.GetHost().time().CurrentTime();
     const std::vector<double> times = TimesOf(sets);
-    return times.empty() ? from : Found(times, which, from);
+    return times.empty() ? from : KeyTimeFor(times, which, from);
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 namespace lightbox::mel {
 namespace {
 
-/// What a flag of `ls` lists.
+/// A flag of `ls` and the nodes that it lists.
 struct Filter {
     const char* shortName;
     const char* longName;
@@ -64,18 +64,19 @@ bool MatchesAnyType(const CommandCall& call, const Node& node, const char* flag,
     return false;
 }
 
-/// Whether the node passes what was asked for. Several kinds add up, exclusions take away.
+/// True when the node passes the call's filters. It has to match one of the type filters, if there are any,
+/// and no exclusion.
 bool Passes(const CommandCall& call, const Node& node) {
-    bool isAnythingAsked = call.Has("-type") || call.Has("-exactType");
+    bool hasTypeFilter = call.Has("-type") || call.Has("-exactType");
     bool passes =
         MatchesAnyType(call, node, "-type", false) || MatchesAnyType(call, node, "-exactType", true);
     for (const Filter& filter : FILTERS) {
         if (call.Has(filter.longName)) {
-            isAnythingAsked = true;
+            hasTypeFilter = true;
             passes = passes || filter.accepts(node);
         }
     }
-    if (isAnythingAsked && !passes) {
+    if (hasTypeFilter && !passes) {
         return false;
     }
     if (call.Has("-noIntermediate") && IsSet(node, "intermediateObject")) {
@@ -96,7 +97,7 @@ void AddUnique(NodeList& list, const std::shared_ptr<Node>& node) {
     }
 }
 
-/// The nodes below the given ones, depth first, or the whole DAG.
+/// Returns the given nodes and all nodes below them, depth first, or the whole DAG.
 NodeList DagOf(Scene& scene, const NodeList& roots, bool isWhole) {
     NodeList nodes;
     if (isWhole) {
@@ -117,8 +118,8 @@ NodeList DagOf(Scene& scene, const NodeList& roots, bool isWhole) {
     return nodes;
 }
 
-/// What a pattern stands for; with -recursive also in every namespace.
-NodeList MatchingAsAsked(const CommandCall& call, const std::string& pattern) {
+/// Returns the nodes that match a pattern. With -recursive it also searches every namespace.
+NodeList MatchingNodes(const CommandCall& call, const std::string& pattern) {
     const Scene& scene = call.GetHost().scene();
     NodeList nodes = SortedByName(scene.Matching(pattern));
     if (call.Has("-recursive") && call.Bool("-recursive") &&
@@ -134,7 +135,7 @@ NodeList MatchingAsAsked(const CommandCall& call, const std::string& pattern) {
     return nodes;
 }
 
-/// One line of the answer: a node, or one of its attributes when that was asked for.
+/// One entry of the result: a node, or one of its attributes.
 struct Item {
     std::shared_ptr<Node> node;
     Plug plug;
@@ -159,13 +160,13 @@ void AddMatchingPlugs(const Plug& plug, const std::string& pattern, ItemList& it
     }
 }
 
-/// The plugs of a node that "attribute", with or without wildcards, stands for.
+/// Adds the plugs of a node that match an attribute pattern, with or without wildcards.
 void AddPlugs(const std::shared_ptr<Node>& node, const std::string& pattern, ItemList& items) {
     if (pattern.find_first_of("*?") == std::string::npos) {
         try {
             AddUnique(items, {node, PlugSettingApplier::Resolve(node, pattern, 1).front()});
         } catch (const SceneError&) {
-            // What is not there is not listed.
+            // A missing attribute is not an error: it is not listed.
         }
         return;
     }
@@ -174,11 +175,11 @@ void AddPlugs(const std::shared_ptr<Node>& node, const std::string& pattern, Ite
     }
 }
 
-/// What a pattern of a node or of "node.attribute" stands for.
+/// Returns the nodes of a pattern, or the plugs of a "node.attribute" pattern.
 ItemList ItemsMatching(const CommandCall& call, const std::string& pattern) {
     const std::size_t dot = pattern.find('.');
     ItemList items;
-    for (const std::shared_ptr<Node>& node : MatchingAsAsked(call, pattern.substr(0, dot))) {
+    for (const std::shared_ptr<Node>& node : MatchingNodes(call, pattern.substr(0, dot))) {
         if (dot == std::string::npos || call.Has("-objectsOnly")) {
             ItemList plugs;
             if (dot != std::string::npos) {
@@ -236,8 +237,8 @@ ItemList Candidates(const CommandCall& call) {
     return items;
 }
 
-/// Only the first or the last so many, when that was asked for.
-void KeepEnd(const CommandCall& call, ItemList& items) {
+/// Keeps only the first or last items when -head or -tail is given.
+void KeepHeadOrTail(const CommandCall& call, ItemList& items) {
     const auto count = [&](const char* flag) {
         return std::min<std::size_t>(items.size(), static_cast<std::size_t>(std::max(0, call.Int(flag))));
     };
@@ -266,7 +267,7 @@ Value List(CommandCall& call) {
             items.push_back(item);
         }
     }
-    KeepEnd(call, items);
+    KeepHeadOrTail(call, items);
     Value::StringArray names;
     for (const Item& item : items) {
         names.push_back(Shown(call, item));

@@ -15,7 +15,7 @@ Plug PositionOf(const TransformAndShape& locator) {
     return Plug::Of(*locator.shape, "localPosition");
 }
 
-/// The place is in the space of the transform. What is there already, `-relative` goes on from.
+/// Sets localPosition, which is in the transform's space. A relative position adds to the current one.
 void SetPosition(const CommandCall& call, const TransformAndShape& locator, bool isRelative) {
     if (!call.Has("-position")) {
         return;

@@ -1,4 +1,4 @@
-// shadingNode and sets, as far as materials are made and assigned with them.
+// shadingNode and sets, limited to making and assigning materials.
 
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
@@ -28,7 +28,7 @@ Value ShadingNode(CommandCall& call) {
     return ShownName(*node);
 }
 
-/// What stands for an object in a set of materials: its shapes.
+/// Returns the shapes that stand for an object in a shading group.
 NodeList ShapesOf(const std::shared_ptr<Node>& node) {
     auto* dag = dynamic_cast<DagNode*>(node.get());
     NodeList shapes;
@@ -42,7 +42,7 @@ NodeList ShapesOf(const std::shared_ptr<Node>& node) {
     return shapes;
 }
 
-/// The plugs by which something is a member of a set, and the array that takes it.
+/// Returns the connection that makes a node a member of a set. Its destination is the whole array.
 Connection NewMembership(const std::shared_ptr<Node>& node, const std::shared_ptr<Node>& set) {
     if (node->Type().IsDag()) {
         return {Plug::Of(*node, "instObjGroups").Element(0), Plug::Of(*set, "dagSetMembers")};

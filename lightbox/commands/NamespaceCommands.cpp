@@ -11,8 +11,8 @@
 namespace lightbox::mel {
 namespace {
 
-/// The full name of a namespace without the root's colon, seen from the current one unless it begins with a
-/// colon.
+/// Returns the full name of a namespace without the leading colon. A name without that colon is relative to
+/// the current namespace.
 std::string FullName(const Scene& scene, const std::string& given) {
     if (!given.empty() && given[0] == ':') {
         return given.substr(1);
@@ -20,7 +20,7 @@ std::string FullName(const Scene& scene, const std::string& given) {
     return scene.currentNamespace.empty() ? given : scene.currentNamespace + ":" + given;
 }
 
-/// Whether every part of a namespace's full name is one that a node could have, too.
+/// True when every part of a namespace's full name is valid as a node's name.
 bool IsLegal(const std::string& name) {
     bool beginsPart = true;
     for (const char c : name) {
@@ -36,7 +36,7 @@ bool IsLegal(const std::string& name) {
     return !beginsPart;
 }
 
-/// What lies in a namespace and, with `deep`, in those below it.
+/// True when the name lies in the namespace or, with `isDeep`, in one below it.
 bool IsIn(const std::string& nameSpace, const std::string& name, bool isDeep) {
     const std::string own = Scene::NamespaceOf(name);
     return own == nameSpace ||
@@ -65,7 +65,7 @@ Value Namespace(CommandCall& call) {
                                      ? FullName(scene, given)
                                      : FullName(scene, parent == ":" ? ":" + given : parent + ":" + given);
         if (!IsLegal(name)) {
-            call.Fail("The name '" + name + "' is not one for a namespace.");
+            call.Fail("The name '" + name + "' is not valid for a namespace.");
         }
         edit::AddNamespace(host, name);
         return name;

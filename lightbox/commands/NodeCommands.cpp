@@ -37,7 +37,7 @@ Value CreateNode(CommandCall& call) {
     return ShownName(*node);
 }
 
-/// Whether nothing keeps a node, or what lies below it, in the scene.
+/// True when neither the node nor a node below it is default, shared, locked or referenced.
 bool IsDeletable(Node& node) {
     const auto isFree = [](const Node& one) {
         return !one.isDefault && !one.isShared && !one.locked && one.reference.empty();
@@ -134,7 +134,7 @@ Value LockNode(CommandCall& call) {
     return {};
 }
 
-/// A mesh's history stays behind; what it made, and the material, come along.
+/// Copies a mesh's evaluated geometry and its material, but not its history.
 void CopyMesh(Host& host, const Node& original, const std::shared_ptr<Node>& copy) {
     if (const std::shared_ptr<const MeshData> mesh = MeshNode::Evaluate(original)) {
         edit::SetPlug(host, MeshNode::OwnPlug(copy), mesh);
@@ -144,7 +144,7 @@ void CopyMesh(Host& host, const Node& original, const std::shared_ptr<Node>& cop
     }
 }
 
-/// A copy of a node and of everything below it, next to the original.
+/// Copies a node and everything below it. The copy goes below `parent`, or the world when that is null.
 std::shared_ptr<Node> Duplicate(Host& host, const std::shared_ptr<Node>& original, const std::string& name,
                                 DagNode* parent) {
     const std::shared_ptr<Node> copy = edit::CreateNode(host, original->Type().Name(), name, parent);
@@ -212,7 +212,7 @@ void RegisterNodeCommands(CommandRegistry& registry) {
                     ObjectType);
     AddSceneCommand(registry, "lockNode",
                     SyntaxBuilder().Flag("-l", "-lock", MSyntax::kBoolean).Query().Objects(), LockNode);
-    // What is answered are the roots in any case.
+    // -returnRootsOnly changes nothing: the result is always the roots.
     AddSceneCommand(
         registry, "duplicate",
         SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Flag("-rr", "-returnRootsOnly").Objects(),

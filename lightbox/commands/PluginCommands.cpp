@@ -89,7 +89,7 @@ Value Quit(CommandCall& call) {
         return {};
     }
     call.GetHost().RequestQuit(call.IntOr("-exitCode", 0));
-    // Nothing of the running script comes after this.
+    // The rest of the running script must not run.
     call.GetInterpreter().Interrupt();
     return {};
 }

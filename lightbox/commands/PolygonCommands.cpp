@@ -1,5 +1,5 @@
-// polyCube, polySphere, polyPlane, polyCylinder and polyCone: they make a transform, a mesh and, unless told
-// otherwise, the node that goes on making the mesh.
+// polyCube, polySphere, polyPlane, polyCylinder and polyCone. They create a transform, a mesh and, unless
+// -constructionHistory is off, the node that keeps generating the mesh.
 
 #include "commands/Registration.h"
 #include "commands/ShapeArguments.h"
@@ -14,7 +14,7 @@
 namespace lightbox::mel {
 namespace {
 
-/// A flag that stands for an attribute of the node.
+/// A flag and its attribute of the generating node.
 struct PrimitiveFlag {
     const char* shortName;
     const char* longName;
@@ -23,8 +23,8 @@ struct PrimitiveFlag {
 };
 
 struct Primitive {
-    const char* command; ///< the type of its node, too
-    const char* name;    ///< of its transform
+    const char* command; ///< also the type of the generating node
+    const char* name;    ///< of the transform
     std::vector<PrimitiveFlag> properties;
 };
 
@@ -113,8 +113,8 @@ Value Create(const CommandCall& call, const Primitive& primitive) {
     return ShownNames(made);
 }
 
-/// The node that makes what is named: the node itself, or what the mesh of the named transform or shape comes
-/// from.
+/// Returns the generating node: the given or selected node itself, or the source of its mesh when it is a
+/// transform or shape. Fails when there is none.
 std::shared_ptr<Node> MakerOf(const CommandCall& call, const Primitive& primitive) {
     const std::shared_ptr<Node> node = ObjectsOrSelection(call).front();
     NodeList candidates{node};

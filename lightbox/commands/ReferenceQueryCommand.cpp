@@ -8,7 +8,7 @@
 namespace lightbox::mel {
 namespace {
 
-/// The reference that a name, a file or one of its nodes stands for.
+/// Returns the reference with the name or file, or the one that the named node belongs to.
 const FileReference& ReferenceOf(const CommandCall& call, const std::string& text) {
     const ReferenceList& references = call.GetHost().files().references();
     const FileReference* found = references.Find(text);

@@ -7,7 +7,7 @@ namespace lightbox::mel {
 /// Adds the commands that work on the scene, its files and its plug-ins. Called once when the host starts.
 void RegisterSceneCommands(CommandRegistry& registry);
 
-// Its groups, one a file.
+// The groups of commands, one per file. RegisterSceneCommands() calls them all.
 void RegisterNodeCommands(CommandRegistry& registry);
 void RegisterDagCommands(CommandRegistry& registry);
 void RegisterSelectionCommands(CommandRegistry& registry);

@@ -9,7 +9,7 @@
 namespace lightbox::mel {
 namespace {
 
-CommandRegistry::Function Whole(CommandRegistry::Function function) {
+CommandRegistry::Function InTransaction(CommandRegistry::Function function) {
     return [function = std::move(function)](CommandCall& call) {
         UndoQueue::Transaction transaction(call.GetHost().undo());
         Value result = function(call);
@@ -22,12 +22,12 @@ CommandRegistry::Function Whole(CommandRegistry::Function function) {
 
 void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
                      CommandRegistry::Function function) {
-    registry.Register(name, syntax, Whole(std::move(function)));
+    registry.Register(name, syntax, InTransaction(std::move(function)));
 }
 
 void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
                         CommandRegistry::Function function) {
-    registry.RegisterRaw(name, 0, ~0u, Whole(std::move(function)));
+    registry.RegisterRaw(name, 0, ~0u, InTransaction(std::move(function)));
 }
 
 std::shared_ptr<Node> NodeNamed(const CommandCall& call, const std::string& name) {

@@ -19,7 +19,7 @@ void Remove(NodeList& nodes, const std::shared_ptr<Node>& node) {
     nodes.erase(std::remove(nodes.begin(), nodes.end(), node), nodes.end());
 }
 
-/// What `-all` stands for: everything at the top level of the DAG but the scene's own cameras.
+/// Returns the nodes of `-all`: the top level of the DAG without the start-up cameras.
 NodeList TopLevel(Scene& scene) {
     NodeList nodes;
     for (DagNode* node : scene.world().Children()) {

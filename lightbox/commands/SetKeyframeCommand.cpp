@@ -10,20 +10,20 @@
 namespace lightbox::mel {
 namespace {
 
-/// What is keyed on an attribute that knows no values in between changes at once.
+/// True for attributes without values in between, whose keys are stepped.
 bool IsStepped(const Attribute& attribute) {
     return attribute.Kind() == AttributeKind::Bool || attribute.Kind() == AttributeKind::Enum;
 }
 
-/// The angle with full turns added that is nearest to the key before.
-double Nearest(const AnimCurve& curve, double time, double angle) {
+/// Adds full turns to an angle in degrees so that it is nearest to the previous key's value.
+double NearestAngle(const AnimCurve& curve, double time, double angle) {
     const std::vector<AnimCurve::Key>& keys = curve.Keys();
     const auto next =
         std::find_if(keys.begin(), keys.end(), [&](const AnimCurve::Key& key) { return key.time >= time; });
     return next == keys.begin() ? angle : angle + 360.0 * std::round(((next - 1)->value - angle) / 360.0);
 }
 
-/// One setKeyframe: the same keys on several attributes.
+/// Runs one call of setKeyframe: sets the same keys on several attributes.
 class SetKeyframeCall {
 public:
     explicit SetKeyframeCall(CommandCall& call)
@@ -66,7 +66,7 @@ AnimCurve::Key SetKeyframeCall::NewKey(const Plug& plug, const AnimCurve& curve,
     key.value = value;
     if (plug.attribute->Kind() == AttributeKind::Angle && call_.Has("-minimizeRotation") &&
         call_.Bool("-minimizeRotation")) {
-        key.value = Nearest(curve, time, value);
+        key.value = NearestAngle(curve, time, value);
     }
     if (call_.Has("-inTangentType")) {
         key.inType = KeyArguments::TangentNamed(call_, call_.String("-inTangentType"));

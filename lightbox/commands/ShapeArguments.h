@@ -9,10 +9,10 @@ struct TransformAndShape {
     std::shared_ptr<DagNode> shape;
 };
 
-/// Makes a transform of that name and its shape, which follows it: "pCube1" has "pCubeShape1".
+/// Creates a transform with the name and a shape named after it: "pCube1" gets "pCubeShape1".
 TransformAndShape MakeShape(Host& host, const std::string& type, const std::string& name);
-/// What a command that edits or queries a type of shape works on: the shape named by itself or by its
-/// transform, or the selected one. Fails for anything else.
+/// Returns the shape that an edit or query works on. The call's object, or else the first selected node,
+/// names the shape or its transform. Fails when that is not a shape of the type.
 TransformAndShape ShapeOfCall(const CommandCall& call, const std::string& type);
 
 } // namespace lightbox::mel

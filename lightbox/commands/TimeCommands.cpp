@@ -116,7 +116,7 @@ Value QueryPlaybackOptions(const CommandCall& call) {
     call.Fail("Nothing was asked for.");
 }
 
-/// The options that are no ranges. What is wrong is found before anything is set.
+/// Sets the options other than the ranges. Checks all of them before it changes anything.
 void SetLoopViewAndSpeed(const CommandCall& call) {
     Host& host = call.GetHost();
     Timeline& time = host.time();
@@ -154,7 +154,7 @@ Value PlaybackOptions(CommandCall& call) {
     Host& host = call.GetHost();
     const Timeline& time = host.time();
     SetLoopViewAndSpeed(call);
-    // Each range may move the other, so what was not given is taken from before the first change.
+    // Setting one range may move the other, so the missing ends are read before the first change.
     const auto given = [&call](const char* flag, double now) {
         return call.Has(flag) ? KeyArguments::TimeOf(call, call.Argument(flag)) : now;
     };
@@ -186,7 +186,7 @@ Value Play(CommandCall& call) {
     return {};
 }
 
-/// The time slider as far as it is state: in a window its widget shows the same.
+/// timeControl works on the timeline's state, which the time slider's widget also shows.
 Value TimeControl(CommandCall& call) {
     Timeline& time = call.GetHost().time();
     if (call.Has("-exists")) {
@@ -207,7 +207,7 @@ Value TimeControl(CommandCall& call) {
     }
     for (const char* flag : {"-rangeArray", "-highlightedRange"}) {
         if (call.Has(flag) && !time.HighlightRange(call.Float(flag, 0), call.Float(flag, 1))) {
-            call.Fail("The end of a highlighted range must lie behind its start.");
+            call.Fail("The end of a highlighted range must come after its start.");
         }
     }
     if (call.Has("-rangeVisible") && !call.Bool("-rangeVisible")) {

@@ -15,21 +15,22 @@ using Imath::V3d;
 
 namespace {
 
-/// A rotation, and nothing else, by its angles.
-M44d Turn(const V3d& angles, int order) {
+/// Returns the rotation matrix of angles in degrees.
+M44d RotationMatrix(const V3d& angles, int order) {
     Transformation turn;
     turn.rotate = angles;
     turn.rotateOrder = order;
     return turn.Matrix();
 }
 
-/// The node's whole rotation below its parent, with that of its rotate axis.
+/// Returns the node's rotation in its parent's space, including its rotate axis.
 M44d LocalRotation(DagNode& node) {
-    return Turn(GetTriple(node, "rotateAxis"), 0) * Turn(GetTriple(node, "rotate"), RotateOrder(node));
+    return RotationMatrix(GetTriple(node, "rotateAxis"), 0) *
+           RotationMatrix(GetTriple(node, "rotate"), RotateOrder(node));
 }
 
-/// The rotations of a node and of all above it, one after the other: what scales bend on the way is left out,
-/// so that what is set is what is answered.
+/// Returns the product of the rotations of a node and all its ancestors. It leaves out the skew from their
+/// scales, so that a query returns the angles that were set.
 M44d WorldRotation(DagNode* node) {
     M44d rotation;
     for (; node && node->Type().IsTransform(); node = node->Parent()) {
@@ -38,7 +39,7 @@ M44d WorldRotation(DagNode* node) {
     return rotation;
 }
 
-/// The angles that `rotate` has to have for that whole rotation.
+/// Returns the value of `rotate` that gives this local rotation, after the node's rotate axis.
 V3d AnglesFor(DagNode& node, const M44d& localRotation, int order) {
     Transformation parts;
     parts.rotateAxis = GetTriple(node, "rotateAxis");
@@ -122,7 +123,7 @@ V3d WorldAngles(DagNode& node) {
 
 V3d AnglesForWorld(DagNode& node, const V3d& angles) {
     const int order = RotateOrder(node);
-    return AnglesFor(node, Turn(angles, order) * WorldRotation(node.Parent()).inverse(), order);
+    return AnglesFor(node, RotationMatrix(angles, order) * WorldRotation(node.Parent()).inverse(), order);
 }
 
 V3d TurnedAngles(DagNode& node, const V3d& turn, int order, bool aboutWorld) {
@@ -132,10 +133,10 @@ V3d TurnedAngles(DagNode& node, const V3d& turn, int order, bool aboutWorld) {
                            (before == V3d(0, 0, before.z) && turn == V3d(0, 0, turn.z));
     const M44d parent = aboutWorld ? WorldRotation(node.Parent()) : M44d();
     if (isOneAxis && parent == M44d() && GetTriple(node, "rotateAxis") == V3d(0.0)) {
-        // Turns about one axis add up, also beyond a full one.
+        // Turns about one axis add up, even beyond a full turn. A matrix would lose the full turns.
         return before + turn;
     }
-    const M44d rotation = Turn(turn, order);
+    const M44d rotation = RotationMatrix(turn, order);
     const M44d local = LocalRotation(node);
     return AnglesFor(node, aboutWorld ? local * parent * rotation * parent.inverse() : rotation * local,
                      RotateOrder(node));

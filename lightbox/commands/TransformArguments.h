@@ -12,36 +12,36 @@ class DagNode;
 class Host;
 } // namespace lightbox
 
-/// What the commands that place transforms share. Angles in degrees; matrices for row vectors.
+/// Helpers of the commands that place transforms. Angles are in degrees; matrices are for row vectors.
 namespace lightbox::mel {
 
-/// The transforms that a call works on: its objects, else the selection; a shape stands for its transform.
+/// Returns the named transforms, else the selected ones. A shape stands for its transform. Fails for other
+/// nodes.
 std::vector<DagNode*> Transforms(const CommandCall& call, const std::vector<std::string>& names);
-/// A number, or a text that is one: no node's name is.
+/// True for a number or a text that reads as a number. No node name does.
 bool IsNumeric(const Value& value);
 
 Imath::V3d GetTriple(DagNode& node, const char* attribute);
-/// Sets what differs, child by child, so that a locked or driven child that keeps its value is in nobody's
-/// way.
+/// Sets only the children whose values change, so a locked or driven child with its old value is no obstacle.
 void SetTriple(Host& host, DagNode& node, const char* attribute, const Imath::V3d& value);
 int RotateOrder(DagNode& node);
 
 Imath::M44d ParentMatrix(DagNode& node);
-/// Where the node is in the world.
+/// Returns the node's origin in world space.
 Imath::V3d WorldPosition(DagNode& node);
-/// A point or an offset of the world as the node's parent sees it.
+/// Converts an offset from world space to the space of the node's parent.
 Imath::V3d OffsetInParent(DagNode& node, const Imath::V3d& offset);
 
-/// An offset of the node's parent as it is before the node's rotation.
+/// Converts an offset from the parent's space to the space before the node's rotation.
 Imath::V3d OffsetBeforeRotation(DagNode& node, const Imath::V3d& offset);
 
-/// The angles of the node as they are seen from the world, and those of `rotate` that it has when these are
-/// wanted.
+/// Returns the node's rotation in world space, in the node's rotate order.
 Imath::V3d WorldAngles(DagNode& node);
+/// Returns the value of `rotate` that gives the node these angles in world space.
 Imath::V3d AnglesForWorld(DagNode& node, const Imath::V3d& angles);
-/// The angles of `rotate` after a turn about the world's axes, or the node's own.
+/// Returns the value of `rotate` after a further turn about the world's axes or the node's own axes.
 Imath::V3d TurnedAngles(DagNode& node, const Imath::V3d& turn, int order, bool aboutWorld);
-/// The angles of `rotate` with which the node, in another rotate order, stays as it is.
+/// Returns the value of `rotate` that keeps the node's orientation in another rotate order.
 Imath::V3d AnglesForOrder(DagNode& node, int order);
 
 } // namespace lightbox::mel

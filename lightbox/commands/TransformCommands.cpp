@@ -15,7 +15,7 @@ namespace {
 using Imath::V3d;
 using namespace std::string_literals;
 
-/// The numbers and objects of move, rotate and scale: three numbers, or as many as axes are named, then
+/// The arguments of move, rotate and scale: three numbers, or one for each axis given as a flag, then the
 /// objects.
 struct AxisCall {
     std::array<std::optional<double>, 3> values;
@@ -53,7 +53,7 @@ AxisCall ParseAxes(const CommandCall& call) {
     return parsed;
 }
 
-/// The point of the node that an absolute move brings to its place, in the world.
+/// Returns the point of the node, in world space, that an absolute move places.
 V3d Anchor(const CommandCall& call, DagNode& node) {
     const char* pivot = call.Has("-rotatePivotRelative")  ? "rotatePivot"
                         : call.Has("-scalePivotRelative") ? "scalePivot"
@@ -121,7 +121,7 @@ Value Scale(CommandCall& call) {
     return {};
 }
 
-/// The flags of a command whose axes are named after it: "-moveX", "-moveXY" and so on.
+/// Builds the flags of a command whose axis flags contain its name: "-moveX", "-moveXY" and so on.
 class AxisSyntax {
 public:
     explicit AxisSyntax(const std::string& verb) {
@@ -163,7 +163,7 @@ void RegisterTransformCommands(CommandRegistry& registry) {
                         .Flag("-eu", "-euler")
                         .Flag("-fo", "-forceOrderXYZ"),
                     Rotate);
-    // A scale is always one of the object's own space.
+    // Scaling always happens in the object's own space.
     AddSceneCommand(registry, "scale",
                     AxisSyntax("scale").Builder().Flag("-ls", "-localSpace").Flag("-os", "-objectSpace"),
                     Scale);

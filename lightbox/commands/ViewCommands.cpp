@@ -1,4 +1,4 @@
-// viewFit: moves a camera so that it sees what is selected, or everything.
+// viewFit: moves a camera so that it frames the selection, or everything.
 
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
@@ -22,12 +22,12 @@ using Imath::Box3d;
 using Imath::M44d;
 using Imath::V3d;
 
-/// Part of the view that is filled when nothing else is asked for.
+/// The part of the view that the objects fill by default.
 constexpr double DEFAULT_FIT_FACTOR = 0.9;
-/// Of a box that is a point, in centimetres.
+/// The radius used for a box that is a point, in centimetres.
 constexpr double MIN_RADIUS = 0.5;
 
-Box3d Wanted(Host& host, bool all) {
+Box3d BoxToFit(Host& host, bool all) {
     Box3d box;
     if (!all) {
         for (const std::shared_ptr<Node>& node : host.scene().selection().Get()) {
@@ -66,13 +66,13 @@ std::shared_ptr<DagNode> CameraOf(const CommandCall& call) {
         node = shapes.empty() ? nullptr : std::static_pointer_cast<DagNode>(shapes.front()->Shared());
     }
     if (!node || !node->Type().IsA("camera")) {
-        call.Fail("A camera is needed to look through.");
+        call.Fail("The object is not a camera.");
     }
     return node;
 }
 
-/// Width by height of the view that looks through the camera, the active one first; of the usual one when
-/// none does.
+/// Returns width / height of a view that looks through the camera, of the active view if possible. Without
+/// such a view it is 16:9.
 double ViewAspect(Host& host, const DagNode& camera) {
     std::vector<View*> views;
     if (host.ui()) {
@@ -112,7 +112,7 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
     const double width = frustum.right - frustum.left;
     const double height = frustum.top - frustum.bottom;
     if (film.IsOrthographic()) {
-        // As the camera sees it, the box is a rectangle.
+        // In camera space the width and height of the box are what the view shows.
         const Box3d seen = Transformed(box, camera.WorldMatrix().inverse());
         const double part = std::max({seen.size().x / width, seen.size().y / height, MIN_RADIUS / width});
         const Plug orthographicWidth = Plug::Of(camera, "orthographicWidth");
@@ -131,7 +131,7 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
 Value ViewFit(CommandCall& call) {
     const double factor = std::clamp(call.FloatOr("-fitFactor", DEFAULT_FIT_FACTOR), 0.01, 1.0);
     const std::shared_ptr<DagNode> camera = CameraOf(call);
-    const Box3d box = Wanted(call.GetHost(), call.Has("-allObjects"));
+    const Box3d box = BoxToFit(call.GetHost(), call.Has("-allObjects"));
     if (!box.isEmpty()) {
         Fit(call.GetHost(), *camera, box, factor);
     }

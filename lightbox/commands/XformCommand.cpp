@@ -19,7 +19,7 @@ constexpr std::size_t MATRIX_CELLS = 16;
 
 const char* const ORDERS[] = {"xyz", "yzx", "zxy", "xzy", "yxz", "zyx"};
 
-/// Flags of three numbers that stand for an attribute, in whatever space.
+/// Flags with three numbers that set an attribute directly, in every space.
 const std::pair<const char*, const char*> PLAIN_PARTS[] = {{"-rotateAxis", "rotateAxis"},
                                                            {"-shear", "shear"},
                                                            {"-rotateTranslation", "rotatePivotTranslate"},
@@ -34,8 +34,8 @@ V3d Triple(const CommandCall& call, const char* flag) {
     return V3d(call.Float(flag, 0), call.Float(flag, 1), call.Float(flag, 2));
 }
 
-/// A flag has at most six arguments, so the cells of a matrix stand among the objects, whose names are no
-/// numbers.
+/// Separates the 16 cells of -matrix from the objects' names. A flag has at most six arguments, so the parser
+/// leaves the cells among the objects.
 struct XformObjects {
     explicit XformObjects(const CommandCall& call);
     std::vector<double> cells;
@@ -52,7 +52,7 @@ XformObjects::XformObjects(const CommandCall& call) {
     }
     const std::size_t wanted = call.Has("-matrix") && !call.IsQuery() ? MATRIX_CELLS : 0;
     if (cells.size() != wanted) {
-        call.Fail("A matrix has 16 numbers, and only a matrix has numbers of its own; " +
+        call.Fail("-matrix takes 16 numbers, and without it there must be none; " +
                   std::to_string(cells.size()) + " were given.");
     }
 }
@@ -108,7 +108,7 @@ Value QueryTransform(const CommandCall& call, DagNode& node) {
     call.Fail("Nothing was asked for.");
 }
 
-/// One call of xform on one node.
+/// Applies one call of xform to one node.
 class XformEdit {
 public:
     XformEdit(const CommandCall& call, DagNode& node)
@@ -208,7 +208,7 @@ void XformEdit::SetPivot(const char* pivot, V3d point) {
     if (!isWorld_ && !IsPreserving()) {
         return;
     }
-    // A pivot that is put somewhere in the world does not move what turns about it.
+    // Placing a pivot in world space, or with -preserve, must not move the object: compensate the shift.
     V3d shift = before.translation() - node_.LocalMatrix().translation();
     const std::string translation = std::string(pivot) + "Translate";
     if (pivot == PIVOTS[1]) {
@@ -265,7 +265,7 @@ Value Xform(CommandCall& call) {
         return QueryTransform(call, *nodes.front());
     }
     if (call.Has("-matrix") && call.Has("-relative")) {
-        call.Fail("A matrix cannot be set relative to what is there.");
+        call.Fail("A matrix cannot be set with -relative.");
     }
     for (DagNode* node : nodes) {
         XformEdit(call, *node).Run(objects.cells);

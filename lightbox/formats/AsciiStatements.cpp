@@ -16,7 +16,7 @@
 namespace lightbox::ascii {
 namespace {
 
-/// Items of a long array on one line.
+/// Line length for long arrays, in items.
 constexpr std::size_t NUMBERS_PER_LINE = 24;
 
 void WriteFlag(std::ostream& out, const char* name, const std::optional<bool>& state) {
@@ -45,7 +45,7 @@ void WriteData(std::ostream& out, const PlugSetting& setting) {
     out << ' ';
 }
 
-/// Bare words and numbers, each part of a face on a line of its own.
+/// Writes faces as bare words and numbers, each part on its own line.
 void WriteFaces(std::ostream& out, const PlugSetting& setting) {
     for (const std::string& face : setting.texts) {
         for (std::size_t begin = 0; begin < face.size();) {
@@ -101,8 +101,8 @@ void WriteEnumFields(std::ostream& out, const Attribute& attribute) {
     out << " -en " << Quoted(fields);
 }
 
-/// What -at or -dt is given for the attribute.
-void WriteKind(std::ostream& out, const Attribute& attribute) {
+/// Writes the attribute's type as -at or -dt.
+void WriteType(std::ostream& out, const Attribute& attribute) {
     const bool isTyped =
         attribute.Kind() == AttributeKind::PluginData ||
         (attribute.Kind() >= AttributeKind::String && attribute.Kind() <= AttributeKind::VectorArray);
@@ -171,7 +171,7 @@ std::vector<std::string> AddAttrTexts(const Attribute& attribute) {
     if (attribute.Parent()) {
         out << " -p " << Quoted(attribute.Parent()->LongName());
     }
-    WriteKind(out, attribute);
+    WriteType(out, attribute);
     if (attribute.IsCompound() && !attribute.IsNumericCompound()) {
         out << " -nc " << attribute.Children().size();
     }

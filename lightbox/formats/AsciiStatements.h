@@ -10,21 +10,21 @@ namespace lightbox {
 
 class Attribute;
 
-/// The statements that describe one node, as Maya ASCII words them.
+/// Writes the Maya ASCII statements that describe one node.
 namespace ascii {
 
-/// Writes `setAttr` with everything the setting holds, without the indent and with the line break. Throws
-/// FileError when a plug-in's value could not write itself.
+/// Writes the setting as one `setAttr` statement with its line break but no indent. Throws FileError when a
+/// plug-in fails to write its value.
 void WriteSetting(std::ostream& out, const PlugSetting& setting);
-/// The same without the semicolon and the line break.
+/// Returns the same statement without semicolon and line break.
 std::string SettingText(const PlugSetting& setting);
 
-/// Writes `addAttr` for a dynamic attribute and, for a compound, for its children behind it.
+/// Writes `addAttr` for a dynamic attribute. The children of a compound follow it.
 void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::string& indent);
-/// The same as statements without indent, semicolon and line break.
+/// Returns the same statements without indent, semicolon and line break.
 std::vector<std::string> AddAttrTexts(const Attribute& attribute);
 
-/// `requires` with what a plug-in brings, without the semicolon.
+/// Returns the `requires` statement that lists a plug-in's node and data types, without semicolon.
 std::string RequiresText(const std::string& plugin, const std::string& version,
                          const std::vector<std::string>& nodeTypes,
                          const std::vector<std::string>& dataTypes);

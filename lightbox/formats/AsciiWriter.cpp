@@ -34,8 +34,8 @@ const char* TypeOfFile(const std::string& path) {
     return SceneFiles::FormatName(SceneFiles::FormatOf(path, SceneFormat::MayaAscii));
 }
 
-/// A node's name as Maya writes it here, bare; in quotes when it is none.
-std::string Word(const std::string& name) {
+/// Returns a name bare, as Maya writes it here, or in quotes when it has other characters than a plain name.
+std::string QuotedIfNeeded(const std::string& name) {
     const bool isPlain = std::all_of(name.begin(), name.end(), [](unsigned char c) {
         return c < 0x80 && (std::isalnum(c) || c == '_' || c == ':' || c == '|');
     });
@@ -84,7 +84,7 @@ void AsciiWriter::WriteHead(const SceneContent& content, const std::string& name
 }
 
 void AsciiWriter::WriteReferences(const SceneContent& content) {
-    // First where the files are, then the instruction to read them, as Maya does.
+    // As in Maya, all announcements (-rdi) come before the statements that read the files (-r).
     for (const char* instruction : {"-rdi 1", "-r"}) {
         for (const FileReference& reference : content.references) {
             const bool isReading = instruction[2] == '\0';
@@ -195,7 +195,7 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
         WriteNodeBody(node);
     }
     for (const PreservedContent::DefaultBlock& block : preserved_.defaultBlocks) {
-        out_ << "select -ne " << Word(block.node) << ";\n";
+        out_ << "select -ne " << QuotedIfNeeded(block.node) << ";\n";
         for (const std::string& statement : block.statements) {
             out_ << INDENT << statement << ";\n";
         }

@@ -15,10 +15,10 @@ class AsciiWriter {
 public:
     AsciiWriter(Host& host, std::ostream& out);
 
-    /// `name` is the file's name without its folder, for the first and the last line. Throws FileError when
-    /// something in the scene cannot be expressed.
+    /// Writes the whole file. `name` is the file's name without its folder; the header and the last line show
+    /// it. Throws FileError when Maya ASCII cannot express something in the scene.
     void Write(const SceneContent& content, const std::string& name);
-    /// The statements inside one node's block, each on its own line with the indent.
+    /// Writes the statements inside one node's block, each indented on its own line.
     void WriteNodeBody(const std::shared_ptr<Node>& node);
 
 private:

@@ -36,7 +36,7 @@ std::streamsize AtomicFile::Buffer::xsputn(const char* bytes, std::streamsize co
     if (count <= epptr() - pptr()) {
         return std::streambuf::xsputn(bytes, count);
     }
-    // A drawing's images come in long runs: they go to the file without a copy into the buffer.
+    // A drawing's images come as large blocks. They bypass the buffer, which saves a copy.
     return Drain() && file_.write(bytes, count) == count ? count : 0;
 }
 

@@ -9,15 +9,15 @@
 
 namespace lightbox {
 
-/// A file that takes the place of the one before it only when it has been written whole: until Commit() the
-/// old file stays, and without it the new content is dropped. Write through Stream().
+/// A file that replaces the old one only after it was written completely. The old file stays until Commit();
+/// without Commit() the new content is dropped. Write through Stream().
 class AtomicFile {
 public:
     /// Throws FileError when the folder cannot be written to.
     explicit AtomicFile(const std::string& path);
 
     std::ostream& Stream() { return stream_; }
-    /// Throws FileError when anything could not be written; the old file is then still there.
+    /// Replaces the old file. Throws FileError when a write failed; the old file then stays.
     void Commit();
 
 private:

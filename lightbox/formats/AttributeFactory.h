@@ -9,19 +9,19 @@ namespace lightbox {
 
 class Scene;
 
-/// Makes attributes from the names of types that `addAttr` and scene files use.
+/// Makes attributes from the type names that `addAttr` and scene files use.
 class AttributeFactory {
 public:
-    /// An attribute of a type by its name ("double", "enum", "string", a plug-in's data type; "double3" and
-    /// "compound" give a compound without its children). Null for a type that is not known, and for a name
-    /// that no attribute can have.
+    /// Makes an attribute of a type such as "double", "enum", "string" or a plug-in's data type. "double3"
+    /// and "compound" give a compound without children. Returns null for an unknown type and for an invalid
+    /// name.
     static std::shared_ptr<Attribute> Make(const Scene& scene, const std::string& type,
                                            const std::string& longName, const std::string& shortName);
-    /// Whether an attribute can have the name.
+    /// True when the name is valid for an attribute.
     static bool IsName(const std::string& name);
-    /// A copy with its children, for another node.
+    /// Returns a copy with copies of its children, for another node.
     static std::shared_ptr<Attribute> Clone(const Attribute& attribute);
-    /// How many children a numeric compound's type asks for ("double3": 3); 0 for other types.
+    /// Returns the number of children of a numeric compound type ("double3": 3), or 0 for other types.
     static int ChildCountOf(const std::string& type);
 };
 

@@ -5,7 +5,8 @@
 
 namespace lightbox::binary {
 
-// What writer and reader of the binary container agree on; docs/lightbox-scene-files.md describes it.
+// The constants of the binary container, shared by its writer and its reader.
+// docs/lightbox-scene-files.md describes the format.
 
 constexpr std::uint32_t VERSION = 1;
 
@@ -27,7 +28,7 @@ enum NodeFlag : std::uint8_t { SHARED_NODE = 1, LOCKED_NODE = 2 };
 
 enum class ValueKind : std::uint8_t { None, Numbers, Booleans, Texts, Data };
 
-/// A flag of a setting: left alone, off, on.
+/// A flag of a setting. Unset leaves the plug's flag unchanged.
 enum class FlagState : std::uint8_t { Unset, Off, On };
 
 enum AttributeFlag : std::uint16_t {

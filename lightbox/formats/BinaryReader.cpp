@@ -26,9 +26,9 @@
 namespace lightbox {
 namespace {
 
-/// Levels of compound attributes; no real one comes near.
+/// Limits the nesting of compound attributes against damaged files. Real attributes are far below.
 constexpr int MAX_ATTRIBUTE_DEPTH = 16;
-constexpr std::size_t TEXT_BYTES = 8; ///< the least that a text takes
+constexpr std::size_t MIN_TEXT_BYTES = 8; ///< a text's smallest size: its length prefix
 
 std::string TakeText(ChunkReader& content) {
     return std::string(content.Text());
@@ -36,7 +36,7 @@ std::string TakeText(ChunkReader& content) {
 
 std::vector<std::string> TakeTexts(ChunkReader& content) {
     std::vector<std::string> texts;
-    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         texts.push_back(TakeText(content));
     }
     return texts;
@@ -55,7 +55,7 @@ std::optional<double> TakeOptional(ChunkReader& content) {
     return isThere ? std::optional<double>(number) : std::nullopt;
 }
 
-/// Whether it, or an attribute below it, is of a data type that no loaded plug-in has.
+/// True when the attribute or one below it has a data type of a plug-in that is not loaded.
 bool HasUnknownType(const Attribute& attribute) {
     return (attribute.Kind() == AttributeKind::PluginData && attribute.dataTypeId == 0) ||
            std::any_of(attribute.Children().begin(), attribute.Children().end(),
@@ -71,7 +71,7 @@ void BinaryReader::Read(std::string_view bytes) {
             ReadChunk(*chunk);
         }
     } catch (const FileError& error) {
-        builder_.ReportFault(std::string(error.what()) + " What came before was read.");
+        builder_.ReportFault(std::string(error.what()) + " Everything before it was read.");
     }
 }
 
@@ -102,9 +102,9 @@ void BinaryReader::ReadChunk(const Chunk& chunk) {
         } else if (chunk.type == binary::STATEMENT) {
             builder_.RunStatement(TakeText(content));
         } else if (chunk.type != binary::DONE) {
-            builder_.WarnOnce("chunk " + std::string(chunk.type),
-                              "Unknown chunk '" + std::string(chunk.type) +
-                                  "', from a later version, is passed over.");
+            builder_.WarnOnce("chunk " + std::string(chunk.type), "Unknown chunk '" +
+                                                                      std::string(chunk.type) +
+                                                                      "' from a later version is skipped.");
         }
     } catch (const FileError& error) {
         builder_.ReportFault("In a chunk '" + std::string(chunk.type) + "': " + error.what());
@@ -126,7 +126,7 @@ void BinaryReader::ReadReference(ChunkReader& content) {
     const std::string nameSpace = TakeText(content);
     const std::string name = TakeText(content);
     const bool isDeferred = content.Byte() != 0;
-    // Scenes from before have no more.
+    // Older files end here.
     const std::string givenPath = content.AtEnd() ? std::string() : TakeText(content);
     const std::string options = content.AtEnd() ? std::string() : TakeText(content);
     ReferenceList& references = host_.files().references();
@@ -170,7 +170,7 @@ void BinaryReader::ReadConnection(ChunkReader& content, bool isBroken) {
 }
 
 void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& node) {
-    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         const std::shared_ptr<Attribute> attribute = ReadAttribute(content, 0);
         if (!node || HasUnknownType(*attribute)) {
             KeepAttribute(*attribute);
@@ -178,13 +178,13 @@ void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& n
             node->AddDynamicAttribute(attribute);
         }
     }
-    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         ReadSetting(content, node);
     }
     for (const std::string& statement : TakeTexts(content)) {
         builder_.RunStatement(statement);
     }
-    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         PlugSetting setting;
         setting.path = TakeText(content);
         setting.type = TakeText(content);
@@ -203,7 +203,7 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     const std::string type = TakeText(content);
     if (depth > MAX_ATTRIBUTE_DEPTH || !AttributeFactory::IsName(longName) ||
         !AttributeFactory::IsName(shortName)) {
-        throw FileError("The attribute '" + longName + "' cannot be.");
+        throw FileError("The attribute '" + longName + "' has an invalid name or is nested too deeply.");
     }
     std::shared_ptr<Attribute> attribute = AttributeFactory::Make(host_.scene(), type, longName, shortName);
     if (!attribute) {
@@ -229,12 +229,12 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     attribute->maximum = TakeOptional(content);
     attribute->softMinimum = TakeOptional(content);
     attribute->softMaximum = TakeOptional(content);
-    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         const std::string field = TakeText(content);
         const double value = content.Number();
         attribute->enumFields.emplace_back(field, std::abs(value) < 1e9 ? static_cast<int>(value) : 0);
     }
-    for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         attribute->AddChild(ReadAttribute(content, depth + 1));
     }
     return attribute;
@@ -313,7 +313,7 @@ void BinaryReader::ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetti
     }
     MemoryStream stream(bytes);
     const bool isRead = filled.data->Data().readBinary(stream, static_cast<unsigned>(bytes.size()));
-    // What a damaged value still yields is worth having.
+    // A damaged value is stored too: the plug-in may have read a part of it.
     try {
         builder_.Apply(node, filled);
     } catch (const SceneError& error) {
@@ -321,7 +321,7 @@ void BinaryReader::ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetti
     }
     if (!isRead) {
         builder_.ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
-                             "\", could not be read whole.");
+                             "\", could not be read completely.");
     }
 }
 

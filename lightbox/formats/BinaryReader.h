@@ -14,8 +14,8 @@ class Node;
 class SceneBuilder;
 struct PlugSetting;
 
-/// Takes Lightbox's binary container apart and hands what is in it to the builder of the scene, which knows
-/// the names. A chunk that is damaged ends the reading there; what came before stays.
+/// Reads Lightbox's binary container and passes its content to the SceneBuilder, which resolves the names.
+/// Reading stops at the first damaged chunk; the content before it stays in the scene.
 class BinaryReader {
 public:
     BinaryReader(Host& host, SceneBuilder& builder)
@@ -36,11 +36,13 @@ private:
     void ReadSetting(ChunkReader& content, const std::shared_ptr<Node>& node);
     std::shared_ptr<Attribute> ReadAttribute(ChunkReader& content, int depth);
 
-    /// Stores a setting; what is unknown is kept, as with a null node, and other faults are reported.
+    /// Stores a setting. A setting of an unknown attribute or of a null node is kept as text; other faults
+    /// are reported.
     void ApplyOrKeep(const std::shared_ptr<Node>& node, const PlugSetting& setting);
-    /// Stores a value that a plug-in's data type reads from bytes; without the plug-in the bytes are kept.
+    /// Stores a value that a plug-in's data type reads from bytes. Keeps the bytes when the plug-in is not
+    /// loaded.
     void ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetting& setting, std::string_view bytes);
-    /// Keeps a dynamic attribute of the current node, as the statements that add it.
+    /// Keeps a dynamic attribute of the current node as the statements that add it.
     void KeepAttribute(const Attribute& attribute);
 
     Host& host_;

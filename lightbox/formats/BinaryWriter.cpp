@@ -169,7 +169,7 @@ void BinaryWriter::PutPreserved(ChunkWriter& chunk, const Node& node) const {
     static const PreservedContent::NodeContent nothing;
     const PreservedContent::NodeContent* found = preserved_.Find(node);
     const PreservedContent::NodeContent& kept = found ? *found : nothing;
-    // The statements first: among them are attributes that the values belong to.
+    // The statements come first: they may add the attributes that the values belong to.
     PutTexts(chunk, kept.statements);
     chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
     for (const PreservedContent::BinaryValue& value : kept.values) {

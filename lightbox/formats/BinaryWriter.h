@@ -11,12 +11,13 @@ class ChunkWriter;
 class Host;
 class PreservedContent;
 
-/// Writes a scene as Lightbox's binary container; docs/lightbox-scene-files.md describes it.
+/// Writes a scene as Lightbox's binary container. docs/lightbox-scene-files.md describes the format.
 class BinaryWriter {
 public:
     BinaryWriter(Host& host, std::ostream& out);
 
-    /// Throws FileError when a plug-in's value could not write itself.
+    /// Writes the whole file. `name` is the file's name without its folder. Throws FileError when a plug-in
+    /// fails to write its value.
     void Write(const SceneContent& content, const std::string& name);
 
 private:
@@ -28,7 +29,7 @@ private:
     void WriteDefaults(const SceneContent& content);
     void WriteConnections(const SceneContent& content);
     void WritePreserved();
-    /// What a node holds, behind settings that it has beside them.
+    /// Appends a node's attributes, the given settings followed by the node's own, and its preserved content.
     void PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node,
                  std::vector<PlugSetting> settings = {}) const;
     void PutPreserved(ChunkWriter& chunk, const Node& node) const;

@@ -10,8 +10,8 @@
 namespace lightbox {
 namespace {
 
-// As in PNG: a byte with the high bit set, the name, and line breaks of both kinds, so that a transfer that
-// treats the file as text is noticed at once.
+// As in PNG: a byte with the high bit set, the name, and line breaks of both kinds. A transfer in text mode
+// changes these bytes and is noticed at once.
 constexpr char SIGNATURE[] = "\x89LBX\r\n\x1a\n";
 constexpr std::size_t SIGNATURE_LENGTH = sizeof(SIGNATURE) - 1;
 constexpr std::size_t TYPE_LENGTH = 4;
@@ -26,7 +26,7 @@ void AppendLittleEndian(std::string& bytes, Integer value) {
     }
 }
 
-/// A stream's end that appends to a string.
+/// A stream buffer that appends to a string.
 class AppendBuffer : public std::streambuf {
 public:
     explicit AppendBuffer(std::string& bytes)
@@ -60,7 +60,7 @@ Integer FromLittleEndian(std::string_view bytes) {
 std::uint32_t Checksum(std::string_view type, std::string_view content) {
     uLong sum = 0;
     for (const std::string_view part : {type, content}) {
-        // Of no bytes zlib takes null for a request to begin anew.
+        // crc32_z() restarts when it gets null, which an empty part may hold.
         sum = part.empty() ? sum : crc32_z(sum, reinterpret_cast<const Bytef*>(part.data()), part.size());
     }
     return static_cast<std::uint32_t>(sum);
@@ -110,7 +110,7 @@ std::uint32_t ChunkReader::Count() {
 std::uint32_t ChunkReader::CountOf(std::size_t bytesEach) {
     const std::uint32_t count = Count();
     if (count > rest_.size() / bytesEach) {
-        throw FileError("A count is larger than the data behind it.");
+        throw FileError("A count is larger than the data that follows it.");
     }
     return count;
 }

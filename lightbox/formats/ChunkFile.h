@@ -9,8 +9,7 @@
 
 namespace lightbox {
 
-/// Builds the content of a chunk: little-endian integers, IEEE doubles, and texts with their length before
-/// them.
+/// Builds the content of a chunk: little-endian integers, IEEE doubles and length-prefixed texts.
 class ChunkWriter {
 public:
     void Byte(std::uint8_t value) { bytes_.push_back(static_cast<char>(value)); }
@@ -18,8 +17,8 @@ public:
     void Length(std::uint64_t value);
     void Number(double value);
     void Text(std::string_view text);
-    /// What a function writes into a stream, as a text with its length before it. False when the function
-    /// says so.
+    /// Appends what the function writes to its stream as a length-prefixed text. Returns the function's
+    /// result: false for a failure.
     bool Streamed(const std::function<bool(std::ostream&)>& write);
 
     const std::string& Bytes() const { return bytes_; }
@@ -28,8 +27,8 @@ private:
     std::string bytes_;
 };
 
-/// Takes a chunk's content apart. Reading beyond the end throws FileError; no count makes it allocate more
-/// than the bytes that remain.
+/// Reads a chunk's content. Reading past the end throws FileError. A damaged count never makes it allocate
+/// more than the remaining bytes.
 class ChunkReader {
 public:
     explicit ChunkReader(std::string_view bytes)
@@ -37,7 +36,8 @@ public:
 
     std::uint8_t Byte();
     std::uint32_t Count();
-    /// A count of items that take at least `bytesEach` bytes; more than could be there throws.
+    /// Reads a count of items of at least `bytesEach` bytes each. Throws FileError when so many items cannot
+    /// fit.
     std::uint32_t CountOf(std::size_t bytesEach);
     std::uint64_t Length();
     double Number();
@@ -49,14 +49,14 @@ private:
     std::string_view rest_;
 };
 
-/// One chunk: a four-letter type and its content, which borrows from the file's bytes.
+/// One chunk: a four-letter type and its content. Both borrow from the file's bytes.
 struct Chunk {
     std::string_view type;
     std::string_view content;
 };
 
-/// The outer layer of the binary container: a signature, then chunks of type, length, content and CRC-32, the
-/// last of them "DONE".
+/// The outer layer of the binary container: a signature, then chunks of type, length, content and CRC-32. The
+/// last chunk is "DONE".
 class ChunkFile {
 public:
     static std::string_view Signature();
@@ -65,10 +65,10 @@ public:
     static void WriteSignature(std::ostream& out);
     static void WriteChunk(std::ostream& out, std::string_view type, std::string_view content);
 
-    /// Walks over the chunks of a whole file that has the signature.
+    /// Starts at the first chunk of a file. `bytes` must begin with the signature and outlive this object.
     explicit ChunkFile(std::string_view bytes);
-    /// The next chunk, or nothing after the last. Throws FileError at a chunk that is cut off or damaged, and
-    /// when the file ends without its "DONE".
+    /// Returns the next chunk, or nothing after the last. Throws FileError when the chunk is cut off or
+    /// damaged, and when the file ends without "DONE".
     std::optional<Chunk> Next();
 
 private:

@@ -13,7 +13,7 @@ namespace {
     throw SceneError("A face of a mesh could not be read.");
 }
 
-/// Words and numbers one after another.
+/// Reads words and numbers one after another.
 class Tokens {
 public:
     explicit Tokens(std::string_view text)
@@ -39,11 +39,11 @@ public:
         }
         return number;
     }
-    /// A count and so many numbers.
+    /// Reads a count and that many numbers.
     std::vector<int> Numbers() {
         const int count = Number();
         std::vector<int> numbers;
-        // Not reserved: the count may be any number.
+        // No reserve(): a damaged count may be huge.
         for (int i = 0; i < count; ++i) {
             numbers.push_back(Number());
         }

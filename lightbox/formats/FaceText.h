@@ -7,8 +7,8 @@
 
 namespace lightbox {
 
-/// One face as setAttr's type polyFaces writes it: "f 4 0 4 1 -5", holes "h 3 9 10 11", texture coordinates
-/// "mu SET 4 0 1 3 2", and more that is kept as it stands; the parts separated by any white space.
+/// One face in the text form of setAttr's type polyFaces: "f 4 0 4 1 -5", holes "h 3 9 10 11" and texture
+/// coordinates "mu SET 4 0 1 3 2". Any white space separates the parts. Other parts are kept as text.
 class FaceText {
 public:
     struct Uvs {
@@ -17,16 +17,16 @@ public:
         std::string Text() const;
     };
 
-    /// Throws SceneError when it is no face.
+    /// Throws SceneError when the text is not a face.
     explicit FaceText(std::string_view text);
 
-    /// Edge numbers; a negative one is -(edge + 1), run along backwards.
+    /// Edge indexes. A negative number -(edge + 1) stands for the edge in reverse direction.
     const std::vector<int>& Edges() const { return edges_; }
     const std::vector<std::vector<int>>& Holes() const { return holes_; }
     const std::vector<Uvs>& UvSets() const { return uvSets_; }
     const std::vector<std::string>& OtherParts() const { return otherParts_; }
 
-    /// "WORD COUNT NUMBER NUMBER ...".
+    /// Returns "WORD COUNT NUMBER NUMBER ...".
     template <class Iterator>
     static std::string Run(std::string word, Iterator begin, Iterator end) {
         word += " " + std::to_string(end - begin);

@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-/// A file that could not be read or written; what() is the message for the user.
+/// Thrown when a file cannot be read or written. what() is the message for the user.
 class FileError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -9,15 +9,15 @@ namespace lightbox {
 FileOperationScope::FileOperationScope(Host& host, FileOperation operation)
     : host_(host) {
     host_.files().operations_.push_back(operation);
-    TellConditions();
+    UpdateConditions();
 }
 
 FileOperationScope::~FileOperationScope() {
     host_.files().operations_.pop_back();
-    TellConditions();
+    UpdateConditions();
 }
 
-void FileOperationScope::TellConditions() {
+void FileOperationScope::UpdateConditions() {
     const SceneFiles& files = host_.files();
     EventBus& events = host_.events();
     events.SetCondition("readingFile", files.IsReading());

@@ -6,19 +6,18 @@ namespace lightbox {
 
 class Host;
 
-/// What is being done with scene files at this moment; operations nest (a reference is read while its scene
-/// opens).
+/// An operation on scene files. Operations nest: a reference is read while its scene opens.
 enum class FileOperation { New, Open, Import, Reference, Save, Export };
 
-/// While one exists, an operation of that kind runs: MFileIO and the conditions "readingFile", "writingFile",
-/// "opening" and "newing" say so.
+/// Marks an operation as running for the lifetime of this object. MFileIO and the conditions "readingFile",
+/// "writingFile", "opening" and "newing" follow it.
 class FileOperationScope : NonCopyable {
 public:
     FileOperationScope(Host& host, FileOperation operation);
     ~FileOperationScope();
 
 private:
-    void TellConditions();
+    void UpdateConditions();
 
     Host& host_;
 };

@@ -19,7 +19,7 @@ namespace {
 
 constexpr char ASCII_SIGNATURE[] = "//Maya ASCII";
 constexpr char BYTE_ORDER_MARK[] = "\xef\xbb\xbf";
-/// Faults of one file that are shown one by one; a damaged file may have any number.
+/// Limit of faults shown for one file; a damaged file may have very many.
 constexpr int SHOWN_FAULTS = 50;
 
 } // namespace
@@ -37,7 +37,7 @@ void FileReader::CheckIsScene(const std::string& bytes, const std::string& path)
 void FileReader::Read(std::string bytes) {
     CheckIsScene(bytes, source_.path);
     const UndoQueue::Pause pause(host_.undo());
-    // Binary files hold statements, too.
+    // Binary files contain statements, too.
     const mel::CommandRegistry::Overlay statements(host_.interpreter().Commands(), SceneStatements(*this));
     Scene& scene = host_.scene();
     const std::string nameSpaceBefore = std::exchange(scene.currentNamespace, std::string());
@@ -73,7 +73,7 @@ void FileReader::Run(std::string text) {
     try {
         host_.interpreter().Execute(std::move(text), source_.path, options);
     } catch (const mel::Error& error) {
-        // What stopped the reading: a syntax error, or the user.
+        // A syntax error or an interrupt by the user stopped the reading.
         ++faults_;
         host_.output().Error(error.Described());
     }
@@ -118,7 +118,7 @@ void FileReader::WarnIfCutOff(std::string_view text) {
     const std::size_t end = text.find_last_not_of(" \t\r\n");
     const std::size_t lineBegin = text.rfind('\n', end) + 1;
     if (end != std::string_view::npos && text.substr(lineBegin, 6) != "// End") {
-        WarnOnce("cut off", "The file does not have its last line; it may have been cut off.");
+        WarnOnce("cut off", "The last line of the file is missing; the file may have been cut off.");
     }
 }
 

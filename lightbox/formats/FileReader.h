@@ -11,17 +11,17 @@ namespace mel {
 class Error;
 }
 
-/// Reads one scene file, of either format, into the scene. Maya ASCII is a MEL script and runs as one.
+/// Reads one scene file of either format into the scene. Maya ASCII is a MEL script and runs as one.
 class FileReader final : SceneBuilder {
 public:
     using SceneBuilder::Mode;
     using SceneBuilder::SceneBuilder;
     using SceneBuilder::Source;
 
-    /// Reads the file's bytes. Everything that can be read is read; each fault is reported as an error.
-    /// Throws FileError only when the bytes are no scene at all, and then before anything has changed.
+    /// Reads the file's bytes. Reads on after a fault; each fault is reported as an error. Throws FileError
+    /// only when the bytes are not a scene, before it changes anything.
     void Read(std::string bytes);
-    /// Throws FileError when the bytes do not begin as a scene file does.
+    /// Throws FileError when the bytes do not begin like a scene file.
     static void CheckIsScene(const std::string& bytes, const std::string& path);
 
     using SceneBuilder::FaultCount;
@@ -32,7 +32,7 @@ public:
 private:
     void ReadAscii(std::string text);
     void RunStatement(const std::string& text) override;
-    /// Runs MEL with this reader's treatment of unknown statements and errors.
+    /// Runs MEL. Keeps statements of unknown commands and counts errors instead of stopping.
     void Run(std::string text);
     bool BeforeStatement(std::string_view statement, std::string_view before);
     bool OnError(const mel::Error& error);

@@ -6,7 +6,7 @@
 
 namespace lightbox {
 
-/// An input stream over bytes that lie in memory, without a copy.
+/// An input stream over bytes in memory. It borrows the bytes, which must outlive it.
 class MemoryStream : public std::istream {
 public:
     explicit MemoryStream(std::string_view bytes)

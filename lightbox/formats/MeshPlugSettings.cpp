@@ -20,7 +20,7 @@ using Imath::V3f;
 
 enum class Part { Vertices, Tweaks, Edges, Faces, Normals, UvSets, None };
 
-/// Elements that one statement holds, as other programs have it: lines stay short enough for all readers.
+/// Elements per statement, as in Maya's files. Lines stay short enough for all readers.
 constexpr std::size_t ELEMENTS_PER_STATEMENT = 166;
 constexpr std::size_t FACES_PER_STATEMENT = 500;
 constexpr int MAX_UV_SETS = 1024;
@@ -45,10 +45,10 @@ std::string HeadOf(const std::string& path) {
     return path.substr(0, path.find_first_of("[."));
 }
 
-/// A path of the geometry: "uvst[0].uvsp[0:13]" or "pt[3].px".
+/// The parsed path of a geometry attribute: "uvst[0].uvsp[0:13]" or "pt[3].px". -1 stands for no index.
 struct Target {
     Part part = Part::None;
-    int first = -1; ///< no index
+    int first = -1;
     int last = -1;
     std::string child;
     int childFirst = -1;
@@ -59,7 +59,8 @@ struct Target {
     throw SceneError("The mesh attribute \"" + path + "\" " + why);
 }
 
-/// Reads "name[first:last]" and what follows it.
+/// Reads one "name[first:last]" of a path and returns the name. Moves `position` past it and its dot. Leaves
+/// `first` and `last` alone when there is no index.
 std::string ReadStep(const std::string& path, std::size_t& position, int& first, int& last) {
     const std::size_t end = std::min(path.find('.', position), path.size());
     std::string step = path.substr(position, end - position);
@@ -77,7 +78,7 @@ std::string ReadStep(const std::string& path, std::size_t& position, int& first,
     }
     const bool isWhole = result.ec == std::errc() && result.ptr + 1 == stop && *result.ptr == ']';
     if (!isWhole || first < 0 || last < first) {
-        Refuse(path, "has an index that cannot be.");
+        Refuse(path, "has an invalid index.");
     }
     return step.substr(0, bracket);
 }
@@ -92,7 +93,7 @@ Target Parse(const std::string& path) {
     return target;
 }
 
-/// Which of the three numbers of a point a child is: "px", "pntx", "vx", "vrtx"; -1 for none.
+/// Returns the axis (0 to 2) of a point's child attribute such as "px", "pntx" or "vrtx"; -1 for other names.
 int AxisOf(const std::string& child) {
     const std::string name = child.substr(0, child.size() - std::min<std::size_t>(1, child.size()));
     for (const char* known : {"p", "pnt", "v", "vrt", "nx", "nrm", "normal"}) {
@@ -111,12 +112,12 @@ std::size_t CheckedCount(const PlugSetting& setting, int first, int last, std::s
     return count;
 }
 
-/// Makes room for elements that follow those that are there.
+/// Grows the elements to hold `count` from `first` on. A gap before them is refused.
 template <class Elements>
-void Reach(Elements& elements, const PlugSetting& setting, int first, std::size_t count) {
+void GrowTo(Elements& elements, const PlugSetting& setting, int first, std::size_t count) {
     const auto begin = static_cast<std::size_t>(first);
     if (begin > elements.size()) {
-        Refuse(setting.path, "leaves out elements before it.");
+        Refuse(setting.path, "skips elements before it.");
     }
     elements.resize(std::max(elements.size(), begin + count));
 }
@@ -131,7 +132,7 @@ void SetPoints(std::vector<V3f>& points, const PlugSetting& setting, const Targe
         return;
     }
     const std::size_t count = CheckedCount(setting, target.first, target.last, 3);
-    Reach(points, setting, target.first, count);
+    GrowTo(points, setting, target.first, count);
     for (std::size_t i = 0; i < count; ++i) {
         const double* numbers = &setting.numbers[i * 3];
         points[static_cast<std::size_t>(target.first) + i] = V3f(
@@ -156,23 +157,23 @@ void SetTweaks(MeshData& mesh, const PlugSetting& setting, const Target& target)
     }
 }
 
-int Whole(double number) {
+int ToInt(double number) {
     return static_cast<int>(std::clamp(number, -2147483648.0, 2147483647.0));
 }
 
 void SetEdges(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     const std::size_t count = CheckedCount(setting, target.first, target.last, 3);
-    Reach(mesh.edges, setting, target.first, count);
+    GrowTo(mesh.edges, setting, target.first, count);
     for (std::size_t i = 0; i < count; ++i) {
         const double* numbers = &setting.numbers[i * 3];
-        mesh.edges[static_cast<std::size_t>(target.first) + i] = {Whole(numbers[0]), Whole(numbers[1]),
-                                                                  Whole(numbers[2])};
+        mesh.edges[static_cast<std::size_t>(target.first) + i] = {ToInt(numbers[0]), ToInt(numbers[1]),
+                                                                  ToInt(numbers[2])};
     }
 }
 
 MeshData::UvSet& UvSetAt(MeshData& mesh, int index, const std::string& path) {
     if (index < 0 || index >= MAX_UV_SETS) {
-        Refuse(path, "has an index that cannot be.");
+        Refuse(path, "has an invalid index.");
     }
     const auto count = static_cast<std::size_t>(index) + 1;
     mesh.uvSets.resize(std::max(mesh.uvSets.size(), count));
@@ -192,7 +193,7 @@ void SetUvs(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     }
     const std::size_t count = CheckedCount(setting, target.childFirst, target.childLast, 2);
     std::vector<V2f>& coordinates = UvSetAt(mesh, target.first, setting.path).coordinates;
-    Reach(coordinates, setting, target.childFirst, count);
+    GrowTo(coordinates, setting, target.childFirst, count);
     for (std::size_t i = 0; i < count; ++i) {
         coordinates[static_cast<std::size_t>(target.childFirst) + i] =
             V2f(static_cast<float>(setting.numbers[i * 2]), static_cast<float>(setting.numbers[i * 2 + 1]));
@@ -202,12 +203,12 @@ void SetUvs(MeshData& mesh, const PlugSetting& setting, const Target& target) {
 void AddFaces(MeshData& mesh, const PlugSetting& setting, const Target& target) {
     const auto count = static_cast<std::size_t>(static_cast<long long>(target.last) - target.first + 1);
     if (setting.texts.size() != count || target.first < 0) {
-        Refuse(setting.path, "announces another number of faces than it has.");
+        Refuse(setting.path, "has a range that does not match its number of faces.");
     }
     if (static_cast<std::size_t>(target.first) != mesh.FaceCount()) {
-        Refuse(setting.path, "takes new faces, behind those that are there, only.");
+        Refuse(setting.path, "takes only new faces, after the existing ones.");
     }
-    // All are read before the first goes in, since one may be faulty.
+    // All faces are parsed before the first is added, so a bad one leaves the mesh unchanged.
     const std::vector<FaceText> faces(setting.texts.begin(), setting.texts.end());
     for (const FaceText& face : faces) {
         const std::size_t index = mesh.FaceCount();
@@ -232,8 +233,8 @@ void AddFaces(MeshData& mesh, const PlugSetting& setting, const Target& target) 
     }
 }
 
-/// The number that is written with the fewest digits for a float.
-double Shortest(float number) {
+/// Returns the double whose shortest decimal text is that of the float.
+double ShortestDecimal(float number) {
     char text[32];
     const auto end = std::to_chars(text, text + sizeof text - 1, number).ptr;
     *end = '\0';
@@ -275,7 +276,7 @@ void CollectUvSets(std::vector<PlugSetting>& settings, const MeshData& mesh) {
             settings.push_back(std::move(name));
         }
         CollectRun<2>(settings, path + "uvsp", 0, set.coordinates.size(), "float2",
-                      [&](std::size_t i, int part) { return Shortest(set.coordinates[i][part]); });
+                      [&](std::size_t i, int part) { return ShortestDecimal(set.coordinates[i][part]); });
     }
 }
 
@@ -289,7 +290,7 @@ void CollectTweaks(std::vector<PlugSetting>& settings, const MeshData& mesh) {
             ++end;
         }
         CollectRun<3>(settings, "pt", static_cast<std::size_t>(begin->first), run.size(), "float3",
-                      [&](std::size_t i, int axis) { return Shortest(run[i][axis]); });
+                      [&](std::size_t i, int axis) { return ShortestDecimal(run[i][axis]); });
         begin = end;
     }
 }
@@ -403,7 +404,7 @@ std::vector<double> MeshPlugSettings::Numbers(const MeshData& mesh, const std::s
         count = points.size();
         for (int i = first; first >= 0 && i <= last && static_cast<std::size_t>(i) < points.size(); ++i) {
             for (int part = 0; part < size; ++part) {
-                numbers.push_back(Shortest(points[static_cast<std::size_t>(i)][part]));
+                numbers.push_back(ShortestDecimal(points[static_cast<std::size_t>(i)][part]));
             }
         }
     };
@@ -425,8 +426,8 @@ std::vector<double> MeshPlugSettings::Numbers(const MeshData& mesh, const std::s
         count = mesh.tweaks.size();
         for (auto tweak = mesh.tweaks.lower_bound(target.first);
              target.first >= 0 && tweak != mesh.tweaks.end() && tweak->first <= target.last; ++tweak) {
-            numbers.insert(numbers.end(),
-                           {Shortest(tweak->second.x), Shortest(tweak->second.y), Shortest(tweak->second.z)});
+            numbers.insert(numbers.end(), {ShortestDecimal(tweak->second.x), ShortestDecimal(tweak->second.y),
+                                           ShortestDecimal(tweak->second.z)});
         }
         break;
     case Part::Edges:
@@ -452,13 +453,13 @@ std::vector<PlugSetting> MeshPlugSettings::Collect(const MeshData& mesh) {
     CollectUvSets(settings, mesh);
     CollectTweaks(settings, mesh);
     CollectRun<3>(settings, "vt", 0, mesh.vertices.size(), "",
-                  [&](std::size_t i, int axis) { return Shortest(mesh.vertices[i][axis]); });
+                  [&](std::size_t i, int axis) { return ShortestDecimal(mesh.vertices[i][axis]); });
     CollectRun<3>(settings, "ed", 0, mesh.edges.size(), "", [&](std::size_t i, int part) {
         const MeshData::Edge& edge = mesh.edges[i];
         return static_cast<double>(part == 0 ? edge.start : part == 1 ? edge.end : edge.smooth);
     });
     CollectRun<3>(settings, "n", 0, mesh.normals.size(), "float3",
-                  [&](std::size_t i, int axis) { return Shortest(mesh.normals[i][axis]); });
+                  [&](std::size_t i, int axis) { return ShortestDecimal(mesh.normals[i][axis]); });
     CollectFaces(settings, mesh);
     return settings;
 }

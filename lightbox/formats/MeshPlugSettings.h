@@ -12,25 +12,25 @@ namespace lightbox {
 
 class MeshData;
 
-/// The published attributes of a mesh's geometry (vrts, pnts, edge, face, normals, uvSet), which the node
-/// holds as one value: how scene files say them, and setAttr and getAttr.
+/// Maps the published attributes of a mesh's geometry (vrts, pnts, edge, face, normals, uvSet) to the single
+/// value that the node holds. Scene files, setAttr and getAttr use these attributes.
 class MeshPlugSettings {
 public:
-    /// Whether the path leads to an attribute of the geometry: "vt[0:7]", "uvst[0].uvsp[0:13]".
+    /// True for the path of a geometry attribute of a mesh: "vt[0:7]", "uvst[0].uvsp[0:13]".
     static bool Handles(const Node& node, const std::string& path);
-    /// Whether the attribute of the geometry that the path leads to is in the unit of length.
+    /// True when the numbers of the path's geometry attribute are lengths.
     static bool IsLength(const std::string& path);
-    /// Whether the path leads to what a mesh keeps about single components (creases, holes, blind data, the
-    /// groups of its parts), which is carried along and has no meaning here.
+    /// True for the path of a mesh attribute about single components (creases, holes, pins, color sets,
+    /// component groups). Such content has no meaning here; it is preserved for the next save.
     static bool IsCarriedAlong(const Node& node, const std::string& path);
 
-    /// Changes the mesh as the setting says. Throws SceneError for a path or value that does not fit and
-    /// leaves the mesh as it is.
+    /// Applies the setting to the mesh. Throws SceneError for a path or value that does not fit, and then
+    /// leaves the mesh unchanged.
     static void Change(MeshData& mesh, const PlugSetting& setting);
-    /// What `getAttr` answers: the numbers of the elements of a path; nothing for elements that are not
-    /// there. The number of all elements for a path without an index stands in `count`.
+    /// Returns the numbers of the path's elements for `getAttr`; missing elements add none. Sets `count` to
+    /// the number of all elements of the attribute.
     static std::vector<double> Numbers(const MeshData& mesh, const std::string& path, std::size_t& count);
-    /// The statements that make the mesh.
+    /// Returns the settings that rebuild the mesh.
     static std::vector<PlugSetting> Collect(const MeshData& mesh);
 };
 

@@ -13,7 +13,7 @@
 namespace lightbox {
 namespace {
 
-/// One part of a path: "ktv[0:4]".
+/// One part of a path: "ktv[0:4]". -1 stands for no index.
 struct PathPart {
     std::string name;
     int first = -1;
@@ -61,7 +61,7 @@ std::vector<PathPart> SplitPath(const std::string& path) {
     return parts;
 }
 
-/// The numbers below a plug in their order; empty when something else is among them.
+/// Returns the number plugs below a plug in order, or the plug itself; empty when one is not a number.
 std::vector<Plug> NumberPlugs(const Plug& plug) {
     if (!plug.attribute->IsCompound()) {
         return plug.attribute->IsNumber() ? std::vector<Plug>{plug} : std::vector<Plug>{};
@@ -137,7 +137,7 @@ void PlugSettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const Plu
     const Plug plug = MeshNode::OwnPlug(node);
     std::shared_ptr<const MeshData> own = MeshNode::Own(*node);
     if (mode_ == ApplyMode::Read && own) {
-        // A file brings a mesh in many statements: while nobody else holds it, it grows where it is.
+        // A file sets a mesh in many statements. A mesh without another owner is changed in place.
         plug.Store(std::nullopt);
         if (own.use_count() == 1) {
             const auto mesh = std::const_pointer_cast<MeshData>(own);
@@ -160,7 +160,7 @@ void PlugSettingApplier::ChangeMesh(const std::shared_ptr<Node>& node, const Plu
 }
 
 void PlugSettingApplier::SetFlags(const Plug& plug, const PlugSetting& setting, bool beforeValue) {
-    // An unlocked plug is unlocked before it is set, and locked after.
+    // Unlock before setting the value; lock after it.
     if (setting.locked && *setting.locked != beforeValue) {
         SetFlag(plug, setting.locked, edit::PlugFlag::Locked);
     }

@@ -13,30 +13,30 @@ namespace lightbox {
 
 class Host;
 
-/// A setting of an attribute that the node does not have.
+/// Thrown for a setting of an attribute that the node does not have.
 class UnknownAttributeError : public SceneError {
 public:
     using SceneError::SceneError;
 };
 
-/// Puts a setting onto a node.
+/// Applies settings to nodes.
 class PlugSettingApplier {
 public:
-    /// How the scene is changed: as an edit that can be undone and that locks and connections refuse, or as
-    /// part of reading a file, where what is stored goes in whatever is locked.
+    /// Edit makes changes undoable and fails for locked or connected plugs. Read stores without undo, even
+    /// into locked plugs.
     enum class ApplyMode { Edit, Read };
 
-    /// `outOfRange` is for edits; what is read is clamped.
+    /// `outOfRange` applies to Edit only. Read clamps values.
     PlugSettingApplier(Host& host, ApplyMode mode, edit::OutOfRange outOfRange = edit::OutOfRange::Refuse)
         : host_(host)
         , mode_(mode)
         , outOfRange_(outOfRange) {}
 
-    /// Throws SceneError; the plugs that were set before the fault stay set.
+    /// Throws SceneError for a setting that does not fit. Plugs set before the fault keep their new values.
     void Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting);
 
-    /// The plugs that a path stands for, one or those of a range; UnknownAttributeError when there are none.
-    /// A range is never longer than `longestRange`.
+    /// Returns the plug of a path, or the plugs of a range. Throws UnknownAttributeError for an unknown
+    /// attribute and SceneError for a range of more than `longestRange` elements.
     static std::vector<Plug> Resolve(const std::shared_ptr<Node>& node, const std::string& path,
                                      std::size_t longestRange);
 

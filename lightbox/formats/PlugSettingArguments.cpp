@@ -78,7 +78,7 @@ bool PlugSettingArguments::ParseFlag(const std::string& word) {
     } else if (is("-c", "-clamp")) {
         outOfRange_ = edit::OutOfRange::Clamp;
     } else {
-        // An altered value is one that does not wait for a key; every value here is.
+        // -alteredValue is accepted and has no effect: every value is stored in the same way.
         return is("-av", "-alteredValue");
     }
     return true;
@@ -134,7 +134,7 @@ const PlugSetting& PlugSettingArguments::SettingFor(const std::shared_ptr<Node>&
     }
     const int perItem = NumbersPerItemOfType(setting_.type);
     if (!hasType_) {
-        // As in Maya, a text needs -type "string".
+        // As in Maya, only -type "string" takes a text.
         BuildNumbers(0);
     } else if (setting_.type == "string") {
         BuildTexts(0);
@@ -147,7 +147,7 @@ const PlugSetting& PlugSettingArguments::SettingFor(const std::shared_ptr<Node>&
         const double count = values_.empty() ? 0.0 : NumberOf(values_.front());
         const std::size_t items = (values_.size() - std::min<std::size_t>(1, values_.size()));
         if (count * std::max(1, perItem) != static_cast<double>(items)) {
-            call_.Fail("The number of values for '" + plug_ + "' is not the one announced.");
+            call_.Fail("The number of values for '" + plug_ + "' does not match the count before them.");
         }
         perItem > 0 ? BuildNumbers(1) : BuildTexts(1);
     } else if (setting_.type == "polyFaces") {
@@ -188,7 +188,8 @@ void PlugSettingArguments::BuildData() {
 
 void PlugSettingArguments::CheckIsWhole() const {
     if (!dataIsWhole_) {
-        call_.Fail("The value of '" + plug_ + "', of type '" + setting_.type + "', could not be read whole.");
+        call_.Fail("The value of '" + plug_ + "', of type '" + setting_.type +
+                   "', could not be read completely.");
     }
 }
 

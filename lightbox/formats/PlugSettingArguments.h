@@ -16,27 +16,27 @@ namespace mel {
 class CommandCall;
 }
 
-/// The arguments of one `setAttr`, typed or in a scene file. Maya lets flags stand before, between and after
-/// the values, except that behind `-type` and the attribute everything that the type can take belongs to the
-/// value.
+/// Parses the arguments of one `setAttr`, typed or in a scene file. As in Maya, flags may stand before,
+/// between and after the values. After `-type` and the attribute, however, all arguments that the type can
+/// take belong to the value.
 class PlugSettingArguments {
 public:
-    /// Throws mel::Error when the arguments make no sense. The call has to outlive this.
+    /// Throws mel::Error for invalid arguments. The call has to outlive this object.
     explicit PlugSettingArguments(const mel::CommandCall& call);
 
     /// "node.attribute" or ".attribute", as given.
     const std::string& PlugName() const { return plug_; }
-    /// The plug below its node.
+    /// The attribute path below the node.
     const std::string& Path() const { return setting_.path; }
-    /// As after `-type`.
+    /// The argument of `-type`, or empty.
     const std::string& Type() const { return setting_.type; }
     const std::vector<mel::Value>& Values() const { return values_; }
     edit::OutOfRange outOfRange() const { return outOfRange_; }
 
-    /// The setting, for that node; to be asked for once. Throws mel::Error for a value that does not fit its
-    /// type, UnknownAttributeError for a type, or data in an attribute, that is not known here.
+    /// Builds the setting for the node. Call it once. Throws mel::Error for a value that does not fit its
+    /// type, and UnknownAttributeError for an unknown data type or for data in an unknown attribute.
     const PlugSetting& SettingFor(const std::shared_ptr<Node>& node);
-    /// Throws mel::Error when a plug-in's data could only be read in part.
+    /// Throws mel::Error when the plug-in could read only a part of its data.
     void CheckIsWhole() const;
 
 private:

@@ -32,8 +32,7 @@ void PlugSettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute)
     const std::vector<int> elements = node_->Elements(*attribute);
     std::size_t first = 0;
     while (first < elements.size()) {
-        // Neighbours that are plain numbers share one statement, as arrays of keys would be endless
-        // otherwise.
+        // Neighbouring elements of plain numbers share one statement. This keeps arrays of keys short.
         PlugSetting run = Begin(attribute, elements[first]);
         std::size_t last = first;
         bool anySet = false;
@@ -130,7 +129,7 @@ const AttributeValue* PlugSettingCollector::ValueOf(const Attribute& attribute, 
     if (!state || !state->isSet || !attribute.storable) {
         return nullptr;
     }
-    // An element of an array is there only because it was set, so its default is worth a line, too.
+    // An array element exists only because it was set, so even its default value is written.
     return element >= 0 || !(state->value == attribute.Default()) ? &state->value : nullptr;
 }
 

@@ -7,8 +7,8 @@
 
 namespace lightbox {
 
-/// Finds what has to be written down of a node so that a new node of its type becomes the same: values that
-/// differ from their default, and flags that differ from the attribute's.
+/// Collects the settings that turn a new node of the same type into a copy of a node: values that differ from
+/// their default and flags that differ from the attribute's.
 class PlugSettingCollector {
 public:
     static std::vector<PlugSetting> Collect(const std::shared_ptr<Node>& node);
@@ -26,9 +26,10 @@ private:
     const PlugState* StateOf(const Attribute& attribute, int element) const;
     bool HasFlags(const Attribute& attribute, int element) const;
     bool HasFlagsBelow(const Attribute& attribute, int element) const;
-    /// The plug's value when it has to be written.
+    /// Returns the plug's value when it has to be written, else null.
     const AttributeValue* ValueOf(const Attribute& attribute, int element) const;
-    /// Appends the numbers of everything below; false when there is something that is no number.
+    /// Appends the numbers of the attribute or of all its children. Returns false when one is not a number.
+    /// Sets `anySet` when one has to be written.
     bool Numbers(const Attribute& attribute, int element, std::vector<double>& numbers, bool& anySet) const;
     PlugSetting Begin(const std::shared_ptr<Attribute>& attribute, int element) const;
     static void FillValue(const Attribute& attribute, const AttributeValue& value, PlugSetting& setting);

@@ -11,37 +11,36 @@ namespace lightbox {
 
 class Node;
 
-/// What was read from scene files but means nothing here: node types, attributes, data types and statements
-/// of other programs and of plug-ins that are not loaded. It is kept as it was and written back.
+/// Holds the content of scene files that has no meaning here: node types, attributes, data types and
+/// statements of other programs and of plug-ins that are not loaded. Saving writes it back unchanged.
 class PreservedContent {
 public:
-    /// A value of a plug-in's data type in the binary form, which only the plug-in can turn into anything
-    /// else.
+    /// A value of a plug-in's data type in binary form. Only the plug-in can read it.
     struct BinaryValue {
         std::string path;
         std::string dataType;
         std::string bytes;
     };
-    /// What is kept with one node, written inside its block.
+    /// The content kept with one node, written inside its block.
     struct NodeContent {
-        std::vector<std::string> statements; ///< whole statements without their indent and semicolon
+        std::vector<std::string> statements; ///< without indent and semicolon
         std::vector<BinaryValue> values;
     };
-    /// A connection with an end that is an unknown attribute. The nodes are known, so that it follows their
-    /// names.
+    /// A connection with an unknown attribute at one of its ends. It refers to the nodes themselves, so
+    /// renamed nodes are written with their new names.
     struct Connection {
         std::weak_ptr<Node> source;
         std::string sourceAttribute;
         std::weak_ptr<Node> destination;
         std::string destinationAttribute;
-        std::string flags; ///< " -na" and the like
+        std::string flags; ///< further flags of connectAttr, such as " -na"
     };
     /// A plug-in that a file requires.
     struct Requirement {
         std::string plugin;
         std::string statement;
     };
-    /// Settings of a default node that this host does not have: "select -ne :name;" and what follows it.
+    /// The settings of a default node that this host lacks: the statements after "select -ne :name;".
     struct DefaultBlock {
         std::string node;
         std::vector<std::string> statements;
@@ -49,7 +48,7 @@ public:
 
     NodeContent& Of(const Node& node);
     const NodeContent* Find(const Node& node) const;
-    /// Hands what is kept with one node to the node that takes its place.
+    /// Moves the content kept with one node to the node that replaces it.
     void Move(const Node& from, const Node& to);
     DefaultBlock& BlockOf(const std::string& defaultNode);
     void Clear();

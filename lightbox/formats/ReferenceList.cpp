@@ -22,7 +22,7 @@ std::size_t HashOf(const PlugSetting& setting) {
     return std::hash<std::string>()(ascii::SettingText(setting));
 }
 
-/// The statement that takes back a setting which the file made and which the node has no longer.
+/// Returns the setting that overrides one from the file which the node no longer has.
 PlugSetting Reset(const std::shared_ptr<Node>& node, const std::string& path) {
     PlugSetting setting;
     setting.path = path;
@@ -155,8 +155,8 @@ void ReferenceList::RemoveNodes(const std::string& name) {
     Scene& scene = host_.scene();
     host_.undo().Flush();
     std::vector<std::shared_ptr<Node>> nodes = NodesOf(name);
-    // Children are younger than their parents in a file, so the last goes first. What the user put below them
-    // stays.
+    // A file lists parents before children, so the nodes go in reverse order. Nodes that the user parented
+    // below them move to the world.
     for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
         if (auto* dag = dynamic_cast<DagNode*>(node->get())) {
             const std::vector<DagNode*> children = dag->Children();
@@ -255,7 +255,7 @@ std::vector<ReferenceEdit> ReferenceList::Edits() const {
             }
         }
         for (const auto& before : baseline->second.settings) {
-            // A range that is gone has become other ranges, which are among the settings.
+            // A missing range was split into other ranges, which are among the settings.
             const bool isRange = before.first.find(':') != std::string::npos;
             if (present.count(before.first) == 0 && !isRange) {
                 edit.settings.push_back(Reset(node, before.first));

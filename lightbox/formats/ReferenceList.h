@@ -19,62 +19,63 @@ class Host;
 
 /// One file that the scene references.
 struct FileReference {
-    std::string name;      ///< of the reference: "charRN"
-    std::string nameSpace; ///< its nodes live here: "char", nested "set:char"
+    std::string name;      ///< the reference's own name: "charRN"
+    std::string nameSpace; ///< of its nodes: "char", nested "set:char"
     std::string path;      ///< absolute
-    std::string givenPath; ///< as the scene file has it, which may be relative to that file; or empty
-    std::string options;   ///< as the scene file has them
-    std::string parent;    ///< name of the reference whose file brought this one; empty for the scene's own
+    std::string givenPath; ///< as in the scene file, perhaps relative to that file; or empty
+    std::string options;   ///< as in the scene file
+    std::string parent;    ///< name of the reference that contains this one; empty at the top level
     bool isLoaded = false;
     bool isDeferred = false; ///< left unloaded on purpose
 };
 
-/// What the user has changed about one node of a reference since it was read.
+/// The user's changes to one node of a reference since it was read.
 struct ReferenceEdit {
     std::shared_ptr<Node> node;
     std::vector<std::shared_ptr<Attribute>> addedAttributes;
     std::vector<PlugSetting> settings;
 };
 
-/// The files that a scene references. Their nodes are in the scene but not of it: a saved scene holds only
-/// where the file is and what was changed about its nodes, and the nodes are read again when the scene is
-/// opened.
+/// The files that a scene references. A saved scene does not contain their nodes: it holds only the file's
+/// path and the user's changes. Opening the scene reads the nodes again.
 class ReferenceList {
 public:
     explicit ReferenceList(Host& host)
         : host_(host) {}
 
-    /// References a file and reads it. Names that are taken get a number. A missing or unreadable file is
-    /// reported and leaves an unloaded reference. Throws FileError for a file that references itself, through
-    /// others or directly.
+    /// Adds a reference to a file and reads the file unless `deferred`. Names that are taken get a number. A
+    /// missing or unreadable file is reported and leaves an unloaded reference. Throws FileError for a file
+    /// that references itself, directly or through others.
     const FileReference& Add(const std::string& path, const std::string& nameSpace, const std::string& name,
                              bool deferred);
-    /// Remembers how the scene file said it, so that it is said so again.
+    /// Remembers the path and the options as given in the scene file, so that they are saved the same way.
     void NoteStatement(const std::string& name, const std::string& givenPath, const std::string& options);
+    /// Reads the file unless it is loaded. This and the next three throw FileError for an unknown reference.
     void Load(const std::string& name);
-    /// Takes the nodes out of the scene, and keeps the reference.
+    /// Removes the nodes from the scene and keeps the reference.
     void Unload(const std::string& name);
+    /// Removes the nodes and the reference.
     void Remove(const std::string& name);
-    /// Makes the nodes the scene's own and drops the reference.
+    /// Removes the reference and leaves its nodes to the scene, or to the reference that contains it.
     void MakeLocal(const std::string& name);
     void Clear();
 
     const std::vector<FileReference>& All() const { return references_; }
-    /// By its name or by its file; null when there is none.
+    /// Finds a reference by its name or its file's path; null when there is none.
     const FileReference* Find(const std::string& nameOrPath) const;
     std::vector<std::shared_ptr<Node>> NodesOf(const std::string& name) const;
 
     std::vector<ReferenceEdit> Edits() const;
-    /// Connections of the references' own that were broken.
+    /// Connections from the reference files that the user broke.
     std::vector<Connection> BrokenConnections() const;
-    /// Whether the connection comes from a reference's file.
+    /// True when the connection comes from a reference's file.
     bool IsFromFile(const Connection& connection) const;
 
 private:
-    /// How a node was when its file had been read: for each plug that was set, a hash of the statement.
+    /// The state of a node right after its file was read.
     struct Baseline {
-        std::unordered_map<std::string, std::size_t> settings;
-        std::set<std::string> attributes;
+        std::unordered_map<std::string, std::size_t> settings; ///< plug's path to the hash of its statement
+        std::set<std::string> attributes;                      ///< long names of the dynamic attributes
     };
 
     FileReference* Locate(const std::string& name);
@@ -89,7 +90,7 @@ private:
     Host& host_;
     std::vector<FileReference> references_;
     std::map<std::uint64_t, Baseline> baselines_; ///< by the node's serial
-    std::map<Plug, Plug> connections_;            ///< those that came from references: destination, source
+    std::map<Plug, Plug> connections_;            ///< from reference files: destination to source
 };
 
 } // namespace lightbox

@@ -38,7 +38,7 @@ void SceneBuilder::ApplySceneScript() {
     if (static_cast<int>(kind.Number()) == SCENE_CONFIGURATION) {
         RunConfiguration(script.Text());
     }
-    // The ranges live in the timeline; saving writes the script node anew.
+    // The timeline holds the ranges now; saving writes a new script node.
     host_.scene().Detach(*sceneScript_);
     newNodes_.erase(std::remove(newNodes_.begin(), newNodes_.end(), sceneScript_), newNodes_.end());
     sceneScript_.reset();
@@ -102,7 +102,7 @@ void SceneBuilder::Apply(const std::shared_ptr<Node>& node, const PlugSetting& s
     if (IsForeign(*node)) {
         return;
     }
-    // Where a scene's current time is kept.
+    // A scene file stores the current time in this attribute.
     if (node->Type().Name() == "time" && (setting.path == "o" || setting.path == "outTime")) {
         if (!setting.numbers.empty()) {
             host_.time().SetCurrentTime(setting.numbers.front());
@@ -123,7 +123,7 @@ void SceneBuilder::Apply(const std::shared_ptr<Node>& node, const PlugSetting& s
 }
 
 void SceneBuilder::Scale(const Plug& plug, PlugSetting& setting) const {
-    // The numbers of an element follow one another: the time and the value of a key, say.
+    // The numbers of one element are consecutive, for example the time and the value of a key.
     std::vector<double> factors;
     const std::function<void(const Attribute&)> addFactors = [&](const Attribute& attribute) {
         for (const std::shared_ptr<Attribute>& child : attribute.Children()) {
@@ -147,7 +147,7 @@ void SceneBuilder::Require(const std::string& plugin, const std::string& version
         return;
     }
     WarnOnce("plug-in " + plugin, "The plug-in \"" + plugin + "\", version " + version +
-                                      ", is not loaded; what it brought is kept and written back.");
+                                      ", is not loaded; its nodes and data are kept and written back.");
     auto& requirements = host_.files().preserved().requirements;
     const bool isListed = std::any_of(requirements.begin(), requirements.end(),
                                       [&](const auto& other) { return other.plugin == plugin; });
@@ -198,9 +198,9 @@ void SceneBuilder::SetUnits(const std::string& linear, const std::string& angula
     } else if (source_.mode == Mode::Open) {
         host_.time().SetUnit(unit);
     } else if (unit != host_.time().Unit() && !host_.files().Running(FileOperation::Open)) {
-        // A scene that is being opened says its unit behind its references.
+        // While a scene opens, its own time unit is not known yet: it comes after the references.
         WarnOnce("time unit", "The file's time unit is " + time + ", the scene's " +
-                                  UnitName(host_.time().Unit()) + "; its frames keep their numbers.");
+                                  UnitName(host_.time().Unit()) + "; its keys keep their frame numbers.");
     }
 }
 

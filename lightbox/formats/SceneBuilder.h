@@ -18,9 +18,9 @@ class DagNode;
 class Host;
 class NodeType;
 
-/// Puts what a file says into the scene; the readers of both formats work on it. It knows the names that the
-/// file uses, which are not always those that the nodes got, and the node that statements without a node's
-/// name are about. What means nothing here it keeps.
+/// Builds the scene from the content of a file, for the readers of both formats. It resolves the file's node
+/// names, since a node may get another name in the scene, and tracks the current node, which statements
+/// without a node name apply to. Content without meaning here is preserved.
 class SceneBuilder : NonCopyable {
 public:
     enum class Mode { Open, Import, Reference };
@@ -28,8 +28,8 @@ public:
     struct Source {
         std::string path; ///< absolute
         Mode mode = Mode::Open;
-        std::string nameSpace; ///< new nodes go here; empty for none
-        std::string reference; ///< name of the reference that is read
+        std::string nameSpace; ///< for new nodes; empty for none
+        std::string reference; ///< name of the reference being read; empty for other modes
     };
 
     SceneBuilder(Host& host, Source source);
@@ -40,45 +40,49 @@ public:
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
     void SetUnits(const std::string& linear, const std::string& angular, const std::string& time);
     void SetFileInfo(const std::string& key, const std::string& value);
-    /// What the head of a file says about a reference before it is read: whether it is left unloaded. That
-    /// goes before what the statement says that reads it.
+    /// Notes from the file's header whether a reference stays unloaded. This takes precedence over the
+    /// statement that reads the reference.
     void AnnounceReference(const std::string& name, bool isDeferred) { announced_[name] = isDeferred; }
-    bool IsDeferred(const std::string& name, bool asSaid) const {
+    /// `inStatement` is the answer of the statement that reads the reference.
+    bool IsDeferred(const std::string& name, bool inStatement) const {
         const auto found = announced_.find(name);
-        return found == announced_.end() ? asSaid : found->second;
+        return found == announced_.end() ? inStatement : found->second;
     }
 
-    /// The node that the file's name or path stands for; null when there is none or more than one.
+    /// Finds a node by its name or path in the file; null when there is none or more than one.
     std::shared_ptr<Node> Find(const std::string& path) const;
-    /// The node that ".attribute" is about; null after a `select` of a node that is not here.
+    /// The node that ".attribute" refers to; null after a `select` of a missing node.
     const std::shared_ptr<Node>& Current() const { return current_; }
-    /// The node that was selected and is not here.
+    /// The name of the missing node of the last `select`. Meaningful only while Current() is null.
     const std::string& MissingDefault() const { return missingDefault_; }
-    /// `select -ne :time1;`
+    /// Makes a node the current one: `select -ne :time1;`.
     void Select(const std::string& path);
-    /// Creates a node, or takes the one that is there when it is shared. An unknown type becomes an unknown
-    /// node.
+    /// Creates a node and makes it the current one. A shared node that exists already is used instead. An
+    /// unknown type gives an unknown node.
     std::shared_ptr<Node> CreateNode(const std::string& type, const std::string& name,
                                      const std::string& parentPath, bool shared);
     void SetUuid(Node& node, const std::string& uuid);
-    /// True when settings of the node are passed over: a node that was there before an imported file.
+    /// True for a node that existed before an import or reference was read. Its settings in the file are
+    /// ignored.
     bool IsForeign(const Node& node) const;
 
-    /// Stores a setting. Throws SceneError; UnknownAttributeError for what the node does not know.
+    /// Stores a setting. Throws SceneError, and UnknownAttributeError for an attribute that the node lacks.
     void Apply(const std::shared_ptr<Node>& node, const PlugSetting& setting);
-    /// Connects two plugs; what is unknown is kept. `flags` are those of the statement beyond force.
+    /// Connects two plugs, or keeps the connection when one is unknown. `flags` are those of connectAttr
+    /// except -force.
     void Connect(const std::string& source, const std::string& destination, const std::string& flags);
-    /// Runs the script that sets the scene's time ranges.
+    /// Runs the script that sets the scene's time ranges. Does nothing for imports and references.
     void RunConfiguration(const std::string& script);
-    /// Runs the configuration of the node that holds it, when the file had one. The node goes.
+    /// Runs the configuration script of the file's script node, if any, and removes that node.
     void ApplySceneScript();
 
-    /// Runs a statement that had been kept: by now its meaning may be known.
+    /// Runs a statement that was preserved. Its command or attribute may be known now.
     virtual void RunStatement(const std::string& text) = 0;
-    /// The statement that is being run, as it stands in the file.
+    /// The text of the running statement, as in the file.
     std::string Statement() const { return std::string(statement_); }
 
-    /// Keeps a statement, of a node or of the whole file, and says once why.
+    /// Preserve a statement of the current node, of a node or of the file. `warning` is shown once for each
+    /// `kind`.
     void KeepForCurrent(const std::string& statement, const std::string& kind, const std::string& warning);
     void KeepForNode(const Node& node, const std::string& statement);
     void KeepForFile(const std::string& statement, const std::string& kind, const std::string& warning);
@@ -88,7 +92,7 @@ public:
     void ReportFault(const std::string& message);
     /// Shows a warning, once for each `kind`.
     void WarnOnce(const std::string& kind, const std::string& message);
-    /// "file: PATH line N: ", or without the line for a file that has none.
+    /// Returns "file: PATH line N: ", or without the line for a binary file.
     std::string Place() const;
 
 protected:
@@ -97,8 +101,8 @@ protected:
     Host& host_;
     Source source_;
     std::string_view statement_;
-    std::string_view textBefore_; ///< of the file, before the statement
-    bool hasLines_ = false;       ///< whether the statement has a line in the file
+    std::string_view textBefore_; ///< the file's text before the statement
+    bool hasLines_ = false;       ///< true for a text file
     int faults_ = 0;
 
 private:
@@ -123,11 +127,11 @@ private:
     bool LoadPlugin(const std::string& plugin);
 
     std::shared_ptr<Node> current_;
-    std::string missingDefault_; ///< selected default node that is not here
-    std::map<std::string, bool> announced_;
+    std::string missingDefault_;            ///< name of the last `select`
+    std::map<std::string, bool> announced_; ///< reference's name to whether it is deferred
     std::vector<std::shared_ptr<Node>> newNodes_;
     std::set<const Node*> isNew_;
-    std::set<std::string> uuidsBefore_; ///< of an import: those that the scene has already
+    std::set<std::string> uuidsBefore_; ///< for an import: those of the nodes that were there before
     std::unordered_map<std::string, std::vector<LocalName>> names_;
     std::unordered_map<const Node*, std::string> localPaths_;
     std::map<std::string, std::shared_ptr<const NodeType>> unknownTypes_;

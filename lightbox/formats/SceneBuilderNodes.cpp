@@ -1,4 +1,4 @@
-// The part of SceneBuilder that makes nodes and finds them by the names that the file gave them.
+// The part of SceneBuilder that creates nodes and finds them by their names in the file.
 
 #include "formats/AttributeFactory.h"
 #include "formats/PreservedContent.h"
@@ -72,7 +72,7 @@ std::shared_ptr<Node> SceneBuilder::Find(const std::string& path) const {
     }
     const Scene& scene = host_.scene();
     if (!source_.nameSpace.empty() && path[0] != ':') {
-        // Nodes of a reference inside the reference.
+        // The node of a nested reference has the namespace of the outer one in front.
         const std::size_t nameBegin = plain[0] == '|' ? 1 : 0;
         if (auto node =
                 scene.Find(plain.substr(0, nameBegin) + source_.nameSpace + ":" + plain.substr(nameBegin))) {
@@ -129,7 +129,7 @@ std::shared_ptr<DagNode> SceneBuilder::ParentFor(const std::string& parentPath) 
     }
     std::shared_ptr<Node> parent = Find(parentPath);
     if (!parent) {
-        ReportFault("No object matches name: " + parentPath + "; what lies below it is put into the world.");
+        ReportFault("No object matches name: " + parentPath + "; its children go to the top level.");
         return nullptr;
     }
     if (!parent->Type().IsDag() && parent->Type().IsA("unknown")) {
@@ -137,7 +137,7 @@ std::shared_ptr<DagNode> SceneBuilder::ParentFor(const std::string& parentPath) 
     }
     auto dag = std::dynamic_pointer_cast<DagNode>(parent);
     if (!dag) {
-        ReportFault("'" + parentPath + "' cannot be a parent; what lies below it is put into the world.");
+        ReportFault("'" + parentPath + "' cannot be a parent; its children go to the top level.");
     }
     return dag;
 }
@@ -147,7 +147,7 @@ void SceneBuilder::SetUuid(Node& node, const std::string& uuid) {
         return;
     }
     if (source_.mode == Mode::Import) {
-        // A file that is imported twice must not bring the same identity twice.
+        // Importing a file twice must not give two nodes the same UUID.
         if (uuidsBefore_.empty()) {
             for (const std::shared_ptr<Node>& other : host_.scene().Nodes()) {
                 if (isNew_.count(other.get()) == 0) {
@@ -183,7 +183,7 @@ std::shared_ptr<const NodeType> SceneBuilder::TypeFor(const std::string& type, b
 }
 
 std::shared_ptr<Node> SceneBuilder::ReplaceByTransform(const std::shared_ptr<Node>& unknown) {
-    // An unknown node at the top level could be anything; with the first node below it, it turns out to be a
+    // The type of an unknown node at the top level is open until its first child shows that it is a
     // transform.
     const std::shared_ptr<Node> transform = UnknownNodes(host_).Replace(unknown, "unknownTransform");
     std::replace(newNodes_.begin(), newNodes_.end(), unknown, transform);
@@ -197,7 +197,7 @@ std::shared_ptr<Node> SceneBuilder::ReplaceByTransform(const std::shared_ptr<Nod
     }
     localPaths_.erase(unknown.get());
     isNew_.erase(unknown.get());
-    // What was kept of it may be a transform's own.
+    // Preserved statements may set attributes that every transform has.
     const std::vector<std::string> kept =
         std::exchange(host_.files().preserved().Of(*transform).statements, {});
     const std::string_view statement = statement_;

@@ -30,7 +30,7 @@ void AddUnique(std::vector<std::string>& list, const std::string& text) {
     }
 }
 
-/// Names of the data types of values that the attributes hold.
+/// Adds the names of the plug-in data types of the attributes and their children.
 void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std::set<std::string>& names) {
     for (const auto& attribute : attributes) {
         if (attribute->Kind() == AttributeKind::PluginData) {
@@ -40,8 +40,8 @@ void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std
     }
 }
 
-/// Adds what the nodes are made, moved and coloured by, none of which is in the DAG: history, keys,
-/// materials. Members of the same material are no part of it.
+/// Adds the history, keys and materials of the nodes, none of which are in the DAG. Leaves out other members
+/// of the materials.
 void AddNetwork(Host& host, std::set<const Node*>& wanted) {
     std::vector<const Node*> waiting(wanted.begin(), wanted.end());
     while (!waiting.empty()) {

@@ -13,10 +13,10 @@ namespace lightbox {
 
 class Host;
 
-/// What goes into a scene file, in the order in which it is written; the same for every format.
+/// The content of a scene file in the order of writing, for every format.
 class SceneContent {
 public:
-    /// A plug-in that brought something which is in the file.
+    /// A plug-in whose node or data types are in the file.
     struct Requirement {
         std::string plugin;
         std::string version;
@@ -24,29 +24,31 @@ public:
         std::vector<std::string> dataTypes;
     };
 
+    /// Collects the whole scene.
     static SceneContent Whole(Host& host);
-    /// The nodes, what lies below them, the transforms above them, and their history, keys and materials.
+    /// Collects the nodes with their descendants, the transforms above them, and their history, keys and
+    /// materials.
     static SceneContent Part(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
 
-    /// The playback and animation ranges as a MEL statement, for the script node that carries them.
+    /// Returns the playback and animation ranges as a MEL statement, for the scene's script node.
     static std::string ConfigurationScript(Host& host);
-    /// The scene's `fileInfo`, with what this program says of itself first.
+    /// Returns the scene's `fileInfo` pairs. The pairs about this program come first.
     static std::vector<std::pair<std::string, std::string>> FileInfo(Host& host);
-    /// How a file says where a connection goes: the plug, and further flags of connectAttr. Where the number
-    /// of an element means nothing it is the array, whose next free element is taken.
+    /// Returns a connection's destination as a file writes it: the plug and further flags of connectAttr.
+    /// When the index of an element does not matter, it is the array with " -na" for its next free element.
     static std::pair<Plug, std::string> Target(const Connection& connection);
 
     bool isWhole = true;
     std::vector<Requirement> requirements;
-    std::vector<FileReference> references;       ///< those of the scene itself, not of its references
-    std::vector<std::shared_ptr<Node>> nodes;    ///< to be created, parents before children
-    std::vector<std::shared_ptr<Node>> defaults; ///< only referred to
-    /// Names the references as the scene file that they came from did, where that leads to the same files
-    /// from the folder that the scene is written to.
+    std::vector<FileReference> references;       ///< without the references inside references
+    std::vector<std::shared_ptr<Node>> nodes;    ///< to create, parents before children
+    std::vector<std::shared_ptr<Node>> defaults; ///< default nodes, whose changes are written
+    /// Uses a reference's relative path from the scene file it came from, if that path leads to the same file
+    /// from the folder of the new scene file.
     void NameReferencesFrom(const std::string& folder);
 
     std::vector<ReferenceEdit> edits;
-    std::vector<Connection> broken; ///< connections inside references that are to be broken
+    std::vector<Connection> broken; ///< connections inside references that the user broke
     std::vector<Connection> connections;
 
 private:

@@ -149,7 +149,7 @@ void SceneFiles::CheckUnsaved(bool force) const {
 }
 
 void SceneFiles::Empty() {
-    // What the undo queue holds belongs to the old scene.
+    // The undo queue belongs to the old scene.
     host_.undo().Flush();
     host_.scene().New();
     host_.time().Reset();
@@ -188,7 +188,7 @@ void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
 void SceneFiles::Open(const std::string& path, bool force) {
     const std::string file = FindFile(path);
     CheckUnsaved(force);
-    // Asked before the old scene goes: a file that is no scene must not cost anything.
+    // Checked before the old scene is emptied: a file that is not a scene must not cost it.
     std::string bytes = ReadBytes(file);
     FileReader::CheckIsScene(bytes, file);
     host_.events().Fire("PreFileNewOrOpened");
@@ -206,11 +206,12 @@ void SceneFiles::Open(const std::string& path, bool force) {
     SetModified(false);
     host_.events().Fire("PostSceneRead");
     host_.events().Fire("SceneOpened");
-    // What callbacks do about the new scene is no change that the user made.
+    // Changes that callbacks make to the new scene do not count as changes by the user.
     host_.undo().Flush();
     SetModified(false);
     if (hasFaults_) {
-        throw FileError("Errors while reading \"" + file + "\"; what could be read is in the scene.");
+        throw FileError("Errors while reading \"" + file +
+                        "\"; the scene holds everything that could be read.");
     }
 }
 
@@ -221,8 +222,8 @@ void SceneFiles::Save(bool force) {
     if (hasFaults_ && !force) {
         throw FileError(
             "\"" + sceneName_ +
-            "\" was read with errors, so that saving would lose what could not be read. Save under "
-            "another name, or force it.");
+            "\" was read with errors; saving would lose the content that could not be read. Save under "
+            "another name, or force the save.");
     }
     if (!operations_.empty()) {
         throw FileError("The scene cannot be saved while a file is being read or written.");
@@ -247,7 +248,8 @@ std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, c
     isForcedModified_ = true;
     host_.events().Fire("SceneImported");
     if (reader.FaultCount() > 0) {
-        throw FileError("Errors while reading \"" + file + "\"; what could be read is in the scene.");
+        throw FileError("Errors while reading \"" + file +
+                        "\"; the scene holds everything that could be read.");
     }
     return reader.NewNodes();
 }

@@ -19,16 +19,17 @@ class PreservedContent;
 class ReferenceList;
 class SceneContent;
 
-/// The formats that a scene can be stored in, named as `file -type` names them.
+/// The formats of scene files. FormatName() gives their names for `file -type`.
 enum class SceneFormat { MayaAscii, LightboxBinary };
 
-/// The scene as a document: its file, its format, whether it has changed, and new, open, save, import,
-/// reference and export. Every operation fires its events and sets the flags of MFileIO while it runs.
+/// The scene as a document: its file, its format, its modified flag, and the operations new, open, save,
+/// import, reference and export. Every operation fires its events and sets the flags of MFileIO while it
+/// runs.
 ///
-/// A file that cannot be opened, or that is no scene at all, leaves the scene as it was. A scene file with a
-/// fault inside keeps everything that could be read, as Maya does; each fault is reported with file and line,
-/// the call ends with a FileError, and Save() then refuses to write over that file until it is forced or the
-/// scene renamed.
+/// A file that cannot be opened, or that is not a scene, leaves the scene unchanged. When a scene file has
+/// faults, everything that could be read stays in the scene, as in Maya. Each fault is reported with file and
+/// line, and the call throws FileError at its end. Save() then refuses to overwrite the file unless it is
+/// forced or the scene is renamed.
 class SceneFiles : NonCopyable {
 public:
     explicit SceneFiles(Host& host);
@@ -36,8 +37,9 @@ public:
 
     /// The scene's file: an absolute path, or empty for an untitled scene.
     const std::string& SceneName() const { return sceneName_; }
-    /// Gives the scene another file name without writing. A relative name is taken from the current folder, a
-    /// name without a suffix gets that of the format, a known suffix sets the format. Answers the whole path.
+    /// Changes the scene's file name without writing. A relative name starts at the current folder. A known
+    /// suffix sets the format; any other name gets the suffix of the format. Returns the absolute path.
+    /// Throws FileError for an empty name and for a folder.
     const std::string& Rename(const std::string& path);
     SceneFormat Format() const { return format_; }
     void SetFormat(SceneFormat format) { format_ = format; }
@@ -46,52 +48,54 @@ public:
     bool IsModified() const;
     void SetModified(bool modified);
 
-    /// Empties the scene and makes the default nodes. Throws FileError when there are unsaved changes and not
-    /// `force`, as Open() does.
+    /// Empties the scene and makes the default nodes. New() and Open() throw FileError for unsaved changes
+    /// unless `force`, and while another file operation runs.
     void New(bool force);
     void Open(const std::string& path, bool force);
-    /// Writes to the scene's own file. `force` writes also over a file that was read with faults.
+    /// Writes to the scene's own file. `force` also overwrites a file that was read with faults.
     void Save(bool force);
-    /// Adds the content of another scene; this is not on the undo queue. With a namespace the new nodes go
-    /// into it; without, names that clash are prefixed with the file's base name. Answers the new nodes.
+    /// Adds the content of another scene and returns the new nodes. Cannot be undone. The new nodes go into
+    /// the namespace; when it is empty, names that clash get the file's base name as prefix.
     std::vector<std::shared_ptr<Node>> Import(const std::string& path, const std::string& nameSpace);
-    /// References a file; answers the name of the reference. An empty namespace stands for the file's base
+    /// References a file and returns the reference's name. An empty namespace stands for the file's base
     /// name.
     std::string AddReference(const std::string& path, const std::string& nameSpace, const std::string& name,
                              bool deferred);
-    /// Writes the whole scene, or some nodes and what lies below them, to another file; the scene keeps its
-    /// name.
+    /// Write the whole scene, or some nodes with all that belongs to them, to another file. The scene's name
+    /// stays.
     void ExportAll(const std::string& path, SceneFormat format);
     void ExportNodes(const std::string& path, SceneFormat format,
                      const std::vector<std::shared_ptr<Node>>& nodes);
 
     ReferenceList& references() const { return *references_; }
-    /// What was read from files but has no meaning here, kept to be written back.
+    /// Content of files that has no meaning here; saving writes it back.
     PreservedContent& preserved() const { return *preserved_; }
     /// `fileInfo` pairs, in order of first appearance.
     const std::vector<std::pair<std::string, std::string>>& fileInfo() const { return fileInfo_; }
     void SetFileInfo(const std::string& key, const std::string& value);
     void RemoveFileInfo(const std::string& key);
 
-    /// True while an operation of that kind runs, at any depth.
+    /// True while the operation runs, at any depth.
     bool Running(FileOperation operation) const;
     bool IsReading() const;
     bool IsWriting() const;
-    /// The reader that is at work right now, or null. Scene commands ask it for the names of its file.
+    /// The innermost active reader, or null.
     FileReader* reader() const { return readers_.empty() ? nullptr : readers_.back(); }
     const std::vector<FileReader*>& readers() const { return readers_; }
-    /// Reads the reader's file. Throws FileError when it cannot be read at all.
+    /// Runs the reader on its file, or on the given bytes. Throws FileError when the file cannot be read or
+    /// is not a scene.
     void RunReader(FileReader& reader);
     void RunReader(FileReader& reader, std::string bytes);
 
-    /// The format that a path's suffix stands for; `fallback` when it says nothing.
+    /// Returns the format of a path's suffix, or `fallback` for an unknown suffix.
     static SceneFormat FormatOf(const std::string& path, SceneFormat fallback);
     static const char* FormatName(SceneFormat format);
-    /// False for the name of a format that cannot be written.
+    /// Sets `format` from its name. Returns false for an unknown name and leaves `format` unchanged.
     static bool ParseFormatName(const std::string& name, SceneFormat& format);
-    /// The path as an absolute one, "~" resolved; where there is no such file, with the suffix of a scene
-    /// that is there.
+    /// Returns the absolute path of a scene file. When no such file exists, tries the suffixes of the
+    /// formats; when that fails too, returns the absolute path itself.
     static std::string FindFile(const std::string& path);
+    /// Returns the path as an absolute one, with "~" resolved.
     static std::string AbsolutePath(const std::string& path);
 
 private:

@@ -38,7 +38,7 @@ std::shared_ptr<Node> CurrentNode(const SceneBuilder& builder, const CommandCall
     return builder.Current();
 }
 
-/// "node", "node.attribute" or ".attribute" of the file, with the name that the node has in the scene.
+/// Replaces the file's node name in "node", "node.attribute" or ".attribute" by the node's name in the scene.
 std::string NameInScene(const SceneBuilder& builder, const CommandCall& call, const std::string& text) {
     const std::size_t dot = std::min(text.find('.'), text.size());
     const bool isOfCurrent = dot == 0 && builder.Current();
@@ -47,7 +47,7 @@ std::string NameInScene(const SceneBuilder& builder, const CommandCall& call, co
     return Scene::ShownName(*node) + text.substr(dot);
 }
 
-/// Lets the command itself do the work, on the nodes that the file means.
+/// Runs the command itself with the scene's names of the nodes. Without a name it runs on the current node.
 Value WithNamesInScene(SceneBuilder& builder, CommandCall& call, const Command& command) {
     std::vector<Value> names;
     for (const std::string& text : call.ObjectNames()) {
@@ -89,7 +89,7 @@ Value File(SceneBuilder& builder, CommandCall& call, const Command& command) {
         return command(call);
     }
     if (!call.Has("-reference") && !call.Has("-referenceDepthInfo")) {
-        call.Fail("A scene file can refer to other files and do nothing else with them.");
+        call.Fail("A scene file can only reference other files (file -r and file -rdi).");
     }
     const std::string path = call.Objects().empty() ? "" : call.Object(0).AsString();
     if (path.empty()) {
@@ -102,7 +102,7 @@ Value File(SceneBuilder& builder, CommandCall& call, const Command& command) {
         return path;
     }
     if (call.Has("-renamingPrefix")) {
-        call.Warn("A reference's nodes go into a namespace, not behind the prefix \"" +
+        call.Warn("A reference's nodes go into a namespace; they do not get the prefix \"" +
                   call.String("-renamingPrefix") + "\".");
     }
     const QFileInfo info(QString::fromStdString(path));
@@ -173,7 +173,7 @@ Value Parent(SceneBuilder& builder, CommandCall& call, const Command& command) {
     return WithNamesInScene(builder, call, command);
 }
 
-/// A file means the node that its next statements are about; the user's selection stays.
+/// In a file, `select` only sets the current node. The user's selection stays.
 Value Select(SceneBuilder& builder, CommandCall& call, const Command&) {
     builder.Select(call.Objects().empty() ? std::string() : call.Object(0).AsString());
     return {};
@@ -217,8 +217,9 @@ void KeepSetting(SceneBuilder& builder, const PlugSettingArguments& arguments, c
     }
 }
 
-/// What other programs note about the nodes of a reference: among much else, a 2 followed by a node, an
-/// attribute and what setAttr is to be given. The note itself is kept.
+/// Applies the edits that Maya stores on a reference node (dataReferenceEdits). Only setAttr edits have a
+/// meaning here: the number 2, a node, an attribute and the arguments of setAttr. The data itself is
+/// preserved.
 void ApplyReferenceEdits(SceneBuilder& builder, const std::vector<Value>& notes) {
     const auto isText = [&](std::size_t i) { return i < notes.size() && notes[i].IsString(); };
     for (std::size_t i = 0; i + 3 < notes.size(); ++i) {
@@ -231,7 +232,7 @@ void ApplyReferenceEdits(SceneBuilder& builder, const std::vector<Value>& notes)
     }
 }
 
-/// Keeps a setting that the node does not know, without a word where the reason is known.
+/// Preserves a setting that the node does not know. Warns unless such settings are expected on the node.
 void KeepUnknown(SceneBuilder& builder, const Node& node, const PlugSettingArguments& arguments,
                  const std::string& reason) {
     const std::string& path = arguments.Path();
@@ -263,7 +264,7 @@ Value SetAttr(SceneBuilder& builder, CommandCall& call, const Command&) {
         } catch (const UnknownAttributeError& error) {
             KeepUnknown(builder, *node, arguments, error.what());
         }
-        // What could be read of the value stands; the rest is a fault all the same.
+        // The part of a value that could be read is stored; the rest is still a fault.
         arguments.CheckIsWhole();
     }
     return {};

@@ -9,9 +9,9 @@ namespace lightbox {
 
 class SceneBuilder;
 
-/// What the commands that a scene file is made of mean while it is read: they go by the names of the file,
-/// speak of the node that the file is at, and store what stands there whatever is locked. To be laid over the
-/// command registry. The builder has to outlive them.
+/// Returns the commands of scene files in the form that they take while a file is read: they resolve the
+/// file's node names, apply to the builder's current node, and store values even into locked plugs. Lay them
+/// over the command registry. The builder has to outlive them.
 std::map<std::string, mel::CommandRegistry::Overlay::Function> SceneStatements(SceneBuilder& builder);
 
 } // namespace lightbox

@@ -9,20 +9,21 @@ class Host;
 class Node;
 struct Plugin;
 
-/// Turns what a plug-in brought into the scene into unknown content that keeps everything as text, so that
-/// the plug-in can go and a saved scene still holds it.
+/// Turns a plug-in's nodes and data in the scene into unknown content that keeps everything as text. The
+/// plug-in can then be unloaded, and a saved scene still holds its content.
 class UnknownNodes {
 public:
     explicit UnknownNodes(Host& host)
         : host_(host) {}
 
-    /// How many nodes of the scene need the plug-in: those of its types, and those with attributes of its
-    /// data types.
+    /// Counts the nodes that need the plug-in: those of its types and those with attributes of its data
+    /// types.
     int CountUsing(const Plugin& plugin) const;
-    /// Not on the undo queue; the queue has to be flushed before.
+    /// Converts all content of the plug-in. Cannot be undone; flush the undo queue before.
     void Convert(const Plugin& plugin);
-    /// Puts an unknown node of the same type's name in a node's place, with everything that it holds; what
-    /// the new node does not know is kept. `base` is "unknown", "unknownDag" or "unknownTransform".
+    /// Replaces a node by an unknown node with the same type name and content, and returns the new node.
+    /// Settings and connections that the new node cannot hold are preserved. `base` is "unknown",
+    /// "unknownDag" or "unknownTransform".
     std::shared_ptr<Node> Replace(const std::shared_ptr<Node>& node, const char* base);
 
 private:

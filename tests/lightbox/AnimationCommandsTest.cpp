@@ -95,7 +95,7 @@ TEST_F(AnimationCommandsTest, Refusals) {
         {STRAIGHT, "setKeyframe a.nothing", "No object matches name: a.nothing"},
         {STRAIGHT, "setKeyframe -itt wobbly a.ty", "Unknown tangent type: \"wobbly\"."},
         {STRAIGHT, "setKeyframe -itt step a.ty", "Only out tangents can be stepped."},
-        {STRAIGHT, "setKeyframe -t \":4\" a.ty", "A time was expected, not a range without a beginning."},
+        {STRAIGHT, "setKeyframe -t \":4\" a.ty", "A time was expected, not a range without a start."},
         {STRAIGHT, "setKeyframe -t \"soon\" a.ty", "A time was expected, not \"soon\"."},
         {STRAIGHT, "select -cl; setKeyframe", "Nothing to set keys on was specified or selected."},
         {STRAIGHT, "connectAttr a.ty b.tx; setKeyframe b.tx",

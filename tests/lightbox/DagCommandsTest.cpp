@@ -264,10 +264,10 @@ TEST_F(DagCommandsTest, NamespacesAreManaged) {
     ExpectEdits(edits);
     const Refusal refusals[] = {
         {"namespace -add n", "namespace -add n", "The namespace 'n' exists already."},
-        {"", "namespace -add \"\"", "The name '' is not one for a namespace."},
-        {"", "namespace -add \"1shot\"", "The name '1shot' is not one for a namespace."},
-        {"", "namespace -add \"a:2b\"", "The name 'a:2b' is not one for a namespace."},
-        {"", "namespace -add \"a::b\"", "The name 'a::b' is not one for a namespace."},
+        {"", "namespace -add \"\"", "The name '' is not valid for a namespace."},
+        {"", "namespace -add \"1shot\"", "The name '1shot' is not valid for a namespace."},
+        {"", "namespace -add \"a:2b\"", "The name 'a:2b' is not valid for a namespace."},
+        {"", "namespace -add \"a::b\"", "The name 'a::b' is not valid for a namespace."},
         {"", "namespaceInfo -ls nosuch", "The namespace 'nosuch' does not exist."},
         {"", "namespace -set n", "The namespace 'n' does not exist."},
         {"", "namespace -rm n", "The namespace 'n' does not exist or is not empty."},
@@ -277,7 +277,7 @@ TEST_F(DagCommandsTest, NamespacesAreManaged) {
          "The namespace 'n' does not exist or is not empty."},
         {"namespace -add n; namespace -add m -p n", "namespace -rm n",
          "The namespace 'n' does not exist or is not empty."},
-        {"", "namespace -add \"1 b\"", "The name '1 b' is not one for a namespace."},
+        {"", "namespace -add \"1 b\"", "The name '1 b' is not valid for a namespace."},
         {"", "namespace", "One of -add, -set, -rm and -exists has to be given."},
     };
     ExpectRefusals(refusals);

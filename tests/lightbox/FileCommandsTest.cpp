@@ -94,7 +94,7 @@ TEST_F(FileCommandsTest, ImportsGoWhereTheyShall) {
             {import + "-ra true -mnc off -ns n " + Quoted("part.ma") + "; ls \"*:a\"", "string[] n1:a n:a"},
             {import + "-mnc off -ns \":\" " + Quoted("part.ma") + "; objExists a", "int 1"},
             {"size(`" + import + "-rnn -ns m " + Quoted("part.ma") + "`)", "int 1"},
-            {import + "-ra true " + Quoted("part.ma"), "error: Only a namespace renames everything"},
+            {import + "-ra true " + Quoted("part.ma"), "error: -renameAll needs a namespace"},
             {import + "-rpr \"x\" " + Quoted("part.ma"), "error: Prefixes are not supported"},
             {"file -import " + Quoted("none.ma"), "error: "}});
 }

@@ -138,7 +138,7 @@ TEST_F(SceneDamageTest, AsciiFaultsAreErrorsWithTheirPlaceAndTheRestIsRead) {
         {"setAttr \".lp[\" 1;", "Syntax error in the attribute"},
         {"setAttr \".w[-1]\" 1;", "Syntax error in the attribute"},
         {"setAttr \".w[99999999999999]\" 1;", "Syntax error in the attribute"},
-        {"setAttr \".pg\" -type \"notes\" 3 \"only one\";", "could not be read whole"},
+        {"setAttr \".pg\" -type \"notes\" 3 \"only one\";", "could not be read completely"},
         {"setAttr \".pg\" -type \"notes\" 2000000000 \"only one\";", "Invalid note"},
         {"createNode transform -n \"below\" -p \"nobody\";", "No object matches name: nobody"},
         {"createNode transform -n \"below\" -p \"time1\";", "cannot be a parent"},

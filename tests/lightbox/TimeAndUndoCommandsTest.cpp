@@ -32,7 +32,7 @@ TEST_F(TimeAndUndoCommandsTest, TimeInSteps) {
         {"timeControl -e -hlr 3 8 $gPlayBackSlider; timeControl -e -rv 0; timeControl -q -rangeVisible",
          "int 0"},
         {"timeControl -e -rangeArray 8 3 $gPlayBackSlider",
-         "error: The end of a highlighted range must lie behind its start."},
+         "error: The end of a highlighted range must come after its start."},
         {"currentTime -u off \"7\"; currentTime -q", "float 7"},
         {"currentTime -3; currentTime", "float -3"},
         {"playbackOptions -ps 2 -by 0.5; playbackOptions -q -ps", "float 2"},
