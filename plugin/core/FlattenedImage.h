@@ -13,15 +13,15 @@ public:
     /// Starts as a transparent layer image.
     FlattenedImage();
 
-    QImage& Image() { return m_image; }
+    QImage& Image() { return image_; }
     /// Composes the stack into the image. `alsoChanged`: tiles that changed although their pictures kept
     /// their keys. Composes everything if someone else wrote into the image since the last update.
     void Update(const PictureStack& stack, const TileMask& alsoChanged);
 
 private:
-    QImage m_image;
-    qint64 m_imageKey; ///< QImage::cacheKey after the last update; differs once someone else writes
-    StackMemory m_memory;
+    QImage image_;
+    qint64 imageKey_; ///< QImage::cacheKey after the last update; differs once someone else writes
+    StackMemory memory_;
 };
 
 } // namespace vellix

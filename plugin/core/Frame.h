@@ -56,11 +56,11 @@ private:
 
     const Packed& Encode() const;
 
-    MTime m_time;
-    QImage m_image;
-    Packed m_packed;                 ///< the picture while m_image is null
-    mutable Packed m_encoded;        ///< m_image as PNG bytes, valid while...
-    mutable qint64 m_encodedFor = 0; ///< ...this is its QImage::cacheKey
+    MTime time_;
+    QImage image_;
+    Packed packed_;                 ///< the picture while image_ is null
+    mutable Packed encoded_;        ///< image_ as PNG bytes, valid while...
+    mutable qint64 encodedFor_ = 0; ///< ...this is its QImage::cacheKey
 };
 
 } // namespace vellix

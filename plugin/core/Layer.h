@@ -111,15 +111,15 @@ private:
     int FindKey(int frame) const;
     void Changed(DocumentChange change);
 
-    std::function<void(DocumentChange)> m_onChange;
-    QString m_name;
-    bool m_active = false;
-    bool m_visible = true;
-    bool m_cacheUpdateRequired = true;
-    float m_opacity = 1.0f;
-    LayerState m_state = LayerState::Animated;
-    int m_currentFrameIndex = -1;
-    FrameList m_frames; ///< ascending in time
+    std::function<void(DocumentChange)> onChange_;
+    QString name_;
+    bool active_ = false;
+    bool visible_ = true;
+    bool cacheUpdateRequired_ = true;
+    float opacity_ = 1.0f;
+    LayerState state_ = LayerState::Animated;
+    int currentFrameIndex_ = -1;
+    FrameList frames_; ///< ascending in time
 };
 
 } // namespace vellix

@@ -27,7 +27,7 @@ private:
         bool Matches(const Picture& picture) const;
     };
 
-    std::vector<Ingredient> m_ingredients;
+    std::vector<Ingredient> ingredients_;
 };
 
 } // namespace vellix

@@ -61,16 +61,16 @@ private:
     bool SelectionIsUsable() const;
     void Forget();
 
-    std::unique_ptr<Stroke> m_stroke;
-    QString m_camera;
-    Canvas m_work;  ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
-    Canvas m_moved; ///< the lifted region where the transform puts it
-    bool m_begun = false;
-    bool m_pastes = false; ///< the transform pastes the copied region and lifts nothing
-    qint64 m_baseKey = 0;  ///< identifies what the stroke began on: a colour, or a picture key of the frame
-    int m_lastRasterised = 0; ///< index of the last stroke point painted into m_work
-    QImage m_lifted;          ///< the region lifted by the transform tool
-    QImage m_copied;          ///< the region that was cut or copied, to be pasted
+    std::unique_ptr<Stroke> stroke_;
+    QString camera_;
+    Canvas work_;  ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
+    Canvas moved_; ///< the lifted region where the transform puts it
+    bool begun_ = false;
+    bool pastes_ = false;    ///< the transform pastes the copied region and lifts nothing
+    qint64 baseKey_ = 0;     ///< identifies what the stroke began on: a colour, or a picture key of the frame
+    int lastRasterised_ = 0; ///< index of the last stroke point painted into work_
+    QImage lifted_;          ///< the region lifted by the transform tool
+    QImage copied_;          ///< the region that was cut or copied, to be pasted
 };
 
 } // namespace vellix
