@@ -30,8 +30,8 @@ private:
     static void DrawQuad(const ViewPlacement& placement);
     static void LegacyOpenGlEnd(M3dView& view);
 
-    unsigned int m_texture = 0; ///< OpenGL texture name; 0 for none
-    qint64 m_imageKey = 0;      ///< QImage::cacheKey of the image in the texture
+    unsigned int texture_ = 0; ///< OpenGL texture name; 0 for none
+    qint64 imageKey_ = 0;      ///< QImage::cacheKey of the image in the texture
 };
 
 } // namespace vellix
