@@ -17,13 +17,13 @@ public:
     /// Makes the stored layers active again, that of the active camera last.
     void Restore(BaseNode& node) const;
 
-    const QString& GetCamera() const { return m_camera; }
-    int GetIndex() const { return m_index; }
+    const QString& GetCamera() const { return camera_; }
+    int GetIndex() const { return index_; }
 
 private:
-    QString m_camera;
-    int m_index = -1;
-    QList<QPair<QString, int>> m_others; ///< the other cameras and their active layers
+    QString camera_;
+    int index_ = -1;
+    QList<QPair<QString, int>> others_; ///< the other cameras and their active layers
 };
 
 } // namespace vellix

@@ -33,12 +33,12 @@ public:
     bool HasWaiting() const;
 
 private:
-    std::vector<int> m_timesOut;
-    FrameList m_out; ///< removed frames, while they are outside the layer
-    std::vector<MTime> m_blanks;
-    std::vector<int> m_blankTimes; ///< times of the inserted empty frames
-    FrameList m_waiting;           ///< frames of Put, while they are outside the layer
-    std::vector<int> m_putTimes;   ///< times of the inserted frames of Put
+    std::vector<int> timesOut_;
+    FrameList out_; ///< removed frames, while they are outside the layer
+    std::vector<MTime> blanks_;
+    std::vector<int> blankTimes_; ///< times of the inserted empty frames
+    FrameList waiting_;           ///< frames of Put, while they are outside the layer
+    std::vector<int> putTimes_;   ///< times of the inserted frames of Put
 };
 
 } // namespace vellix

@@ -18,7 +18,7 @@ public:
     FrameMove(int offset, int first, int last);
 
     /// Whether the offset is 0.
-    bool IsStill() const { return m_offset == 0; }
+    bool IsStill() const { return offset_ == 0; }
 
     /// Moves all frames or none. Returns false, with the reason in `refusal`, if one of them cannot move.
     bool Do(Layer& layer, QString& refusal);
@@ -28,12 +28,12 @@ public:
 private:
     bool FindDestinations(const Layer& layer, QString& refusal);
 
-    int m_offset = 0;
-    int m_first = 0;
-    int m_last = -1;
-    std::vector<int> m_from;     ///< old times, whole frames, ascending
-    std::vector<int> m_to;       ///< new times of the same frames
-    std::vector<MTime> m_before; ///< exact times of the frames at m_from
+    int offset_ = 0;
+    int first_ = 0;
+    int last_ = -1;
+    std::vector<int> from_;     ///< old times, whole frames, ascending
+    std::vector<int> to_;       ///< new times of the same frames
+    std::vector<MTime> before_; ///< exact times of the frames at from_
 };
 
 } // namespace vellix

@@ -33,21 +33,21 @@ public:
     QString Finish(bool all);
 
     /// The written files: pictures in the order of frames, then the sheet and the movie.
-    const QStringList& Files() const { return m_files; }
+    const QStringList& Files() const { return files_; }
 
 private:
     bool FlushHeld();
 
-    PngWriter m_writer;
-    std::unique_ptr<ImageSequence> m_sequence;
-    std::unique_ptr<ContactSheet> m_sheet;
-    std::unique_ptr<MovieWriter> m_movie;
-    QString m_sheetPath;
-    QString m_moviePath;
+    PngWriter writer_;
+    std::unique_ptr<ImageSequence> sequence_;
+    std::unique_ptr<ContactSheet> sheet_;
+    std::unique_ptr<MovieWriter> movie_;
+    QString sheetPath_;
+    QString moviePath_;
     // Consecutive frames with equal images are encoded once, since drawings are often held.
-    QImage m_held;
-    QStringList m_heldPaths;
-    QStringList m_files;
+    QImage held_;
+    QStringList heldPaths_;
+    QStringList files_;
 };
 
 } // namespace vellix

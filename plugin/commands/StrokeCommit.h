@@ -27,14 +27,14 @@ public:
 private:
     bool ExchangeImage(BaseNode& node);
 
-    QString m_camera;
-    int m_addedLayer;
-    bool m_frameAdded;
-    MTime m_frameTime;        ///< time of the added frame
-    int m_paintedFrame = 0;   ///< time of the frame painted into, whole frames
-    QString m_previousCamera; ///< camera that was active before the first layer was added
-    int m_previousActiveLayer = -1;
-    QByteArray m_image;
+    QString camera_;
+    int addedLayer_;
+    bool frameAdded_;
+    MTime frameTime_;        ///< time of the added frame
+    int paintedFrame_ = 0;   ///< time of the frame painted into, whole frames
+    QString previousCamera_; ///< camera that was active before the first layer was added
+    int previousActiveLayer_ = -1;
+    QByteArray image_;
 };
 
 } // namespace vellix

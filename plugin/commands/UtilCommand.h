@@ -70,16 +70,16 @@ private:
     static MStatus ShowLayerProperties();
     static MStatus ResetPanels();
 
-    int m_size = 0; // tool size; the members up to m_tablet are tool options too
-    int m_opacity = 0;
-    int m_hardness = 0;
-    int m_tablet = 0;
-    int m_red = 0;
-    int m_green = 0;
-    int m_blue = 0;
-    int m_number = 0;
-    int m_switch = 0; // negative: toggle
-    QString m_text;   // font family, or the camera whose layers are moved
+    int size_ = 0; // tool size; the members up to tablet_ are tool options too
+    int opacity_ = 0;
+    int hardness_ = 0;
+    int tablet_ = 0;
+    int red_ = 0;
+    int green_ = 0;
+    int blue_ = 0;
+    int number_ = 0;
+    int switch_ = 0; // negative: toggle
+    QString text_;   // font family, or the camera whose layers are moved
 };
 
 } // namespace vellix
