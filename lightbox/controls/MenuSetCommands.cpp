@@ -28,7 +28,7 @@ void SetCurrent(const CommandCall& call, MenuSets& sets, const std::string& name
     }
 }
 
-/// The set that a call is about: its object, else the current one.
+/// The set that the call's object names, else the current set.
 MenuSets::MenuSet& SetOf(const CommandCall& call, MenuSets& sets) {
     if (call.Objects().empty()) {
         return sets.Current();

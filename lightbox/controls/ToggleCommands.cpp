@@ -1,4 +1,4 @@
-// checkBox, radioButton, radioCollection and their kind with pictures.
+// checkBox, radioButton, radioCollection, and the variants with images.
 
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
@@ -68,7 +68,7 @@ QButtonGroup* RadioButtonGroup(const ControlCreation& creation) {
     return group;
 }
 
-/// The control whose button was on before the one that is clicked now.
+/// The property of a button group that holds the control whose button was on last.
 constexpr const char* LAST_ON = "lastOn";
 
 void Clicked(ControlRegistry& registry, Control& control, QAbstractButton& button) {
