@@ -97,7 +97,7 @@ Value SetMenuParent(const CommandCall& call, ControlRegistry& registry) {
     } else {
         menu = &registry.Named(call.Object(0).AsString());
         if (!menu->ItemHost()) {
-            call.Fail("\"" + call.Object(0).AsString() + "\" is no menu.");
+            call.Fail("\"" + call.Object(0).AsString() + "\" is not a menu.");
         }
     }
     registry.SetCurrentMenu(menu);

@@ -45,7 +45,7 @@ public:
                 return *child;
             }
         }
-        call.Fail("\"" + name + "\" is no child of \"" + Path() + "\".");
+        call.Fail("\"" + name + "\" is not a child of \"" + Path() + "\".");
     }
 
 private:
@@ -71,7 +71,7 @@ Edge EdgeNamed(const CommandCall& call, const std::string& name) {
             return edge;
         }
     }
-    call.Fail("\"" + name + "\" is no edge: left, right, top or bottom.");
+    call.Fail("\"" + name + "\" is not an edge: use left, right, top or bottom.");
 }
 
 /// A flag that attaches an edge: child, edge, offset, then a control or a position if `to` needs one.

@@ -188,7 +188,7 @@ ControlType PaneType() {
              {TEXT},
              [](Control& control, const CommandCall& call) {
                  if (!Pane(control).SetConfiguration(call.String("-configuration"))) {
-                     call.Fail("Unknown configuration of panes: " + call.String("-configuration"));
+                     call.Fail("Unknown pane configuration: " + call.String("-configuration"));
                  }
              },
              [](Control& control) { return Value(Pane(control).ConfigurationName()); }},

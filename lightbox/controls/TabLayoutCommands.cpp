@@ -51,7 +51,7 @@ public:
                 return index;
             }
         }
-        throw mel::Error("\"" + name + "\" is no tab of \"" + Path() + "\".");
+        throw mel::Error("\"" + name + "\" is not a tab of \"" + Path() + "\".");
     }
     std::string NameOf(int index) const {
         const QWidget* const page = As<QTabWidget>()->widget(index);

@@ -173,7 +173,8 @@ ControlType CollectionType(const char* name, ControlRegistry* registry) {
          [registry](Control& control, const CommandCall& call) {
              auto* const button = registry->Named(call.String("-select")).As<QAbstractButton>();
              if (!button || button->group() != control.As<QButtonGroup>()) {
-                 call.Fail("\"" + call.String("-select") + "\" is no button of \"" + control.Name() + "\".");
+                 call.Fail("\"" + call.String("-select") + "\" is not a button of \"" + control.Name() +
+                           "\".");
              }
              SelectButton(*button);
          },

@@ -116,7 +116,7 @@ Value Run(const ControlType& type, const CommandCall& call, ControlRegistry& reg
     }
     if (call.IsCreate()) {
         if (!type.create) {
-            call.Fail("\"" + type.name + "\" makes nothing: it edits and queries what others have made.");
+            call.Fail("\"" + type.name + "\" cannot create controls: it only edits and queries them.");
         }
         return Create(type, call, registry);
     }

@@ -81,7 +81,7 @@ void CommandPort::ListenToPort(const std::string& name) {
     const int port = QString::fromStdString(name.substr(colon + 1)).toInt(&isNumber);
     constexpr int highest = 65535;
     if (!isNumber || port < 1 || port > highest) {
-        throw mel::Error("\"" + name + "\" is no port: \":1024\" to \":65535\" are.");
+        throw mel::Error("\"" + name + "\" is not a valid port: use \":1024\" to \":65535\".");
     }
     tcp_ = std::make_unique<QTcpServer>();
     if (!tcp_->listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {

@@ -56,7 +56,7 @@ Value ItemOnScreen(const CommandCall& call, QAction& action) {
 
 Value Widget(CommandCall& call, ControlRegistry& registry) {
     if (!call.IsQuery() || !call.Has("-geometry")) {
-        call.Fail("Only -query -geometry is known.");
+        call.Fail("lightboxWidget only supports -query -geometry.");
     }
     const std::string& name = call.Object(0).AsString();
     const Control* const control = registry.Find(name);
@@ -125,7 +125,7 @@ Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
                                           : *registry.MainWindow().Widget();
     const QString file = ToQt(call.String("-file"));
     if (!Grab(widget).save(file)) {
-        call.Fail("The picture \"" + call.String("-file") + "\" cannot be written.");
+        call.Fail("The image \"" + call.String("-file") + "\" cannot be written.");
     }
     return call.String("-file");
 }
