@@ -57,7 +57,7 @@ public:
     /// the type's when `wanted` is empty. Throws mel::Error when a sibling has the name.
     std::string NewName(const std::string& wanted, const std::string& typeName, const Control* parent) const;
 
-    /// The parents of the next control and of the next menu item; null before the first window.
+    /// The parents of the next control and of the next menu item; the menu is null when there is none.
     Control* CurrentParent() const { return currentParent_; }
     void SetCurrentParent(Control* parent) { currentParent_ = parent; }
     Control* CurrentMenu() const { return currentMenu_; }

@@ -25,7 +25,7 @@ class Host;
 ///     begin and end of playback
 ///     (noticed)
 ///     camera, options, marquee          the one                          once a turn
-///     refresh that is asked for         one or all                       at once, or once a turn
+///     requested refresh                 one or all                       at once, or once a turn
 ///     drag of a tool                    those that the tool refreshes    with the next other reason, or
 ///                                                                        after 8 ms
 ///
