@@ -20,7 +20,7 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
     CommandLine line;
     line.asGiven = arguments.join(' ');
     if (!parser.parse(QStringList{"lightbox"} + arguments)) {
-        // Of Qt's texts some end with a full stop.
+        // Some of Qt's messages end with a full stop.
         const QString reason = parser.errorText();
         line.error = reason.left(reason.size() - (reason.endsWith('.') ? 1 : 0)).toStdString() +
                      ". \"lightbox -help\" lists the options.";
@@ -50,7 +50,7 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
                 {Step::Kind::Command, parser.values("command").at(commands++).toStdString()});
         }
     }
-    // As with Maya, a scene may stand alone, without its option.
+    // As in Maya, a scene may be given without its option.
     for (const QString& argument : parser.positionalArguments()) {
         if (!line.sceneFile.empty()) {
             line.error = "More than one scene: " + argument.toStdString() +

@@ -7,9 +7,9 @@
 
 namespace lightbox {
 
-/// What the program was asked to do on its command line.
+/// The parsed command line.
 struct CommandLine {
-    /// Something to run once the scene stands, in the order given.
+    /// A script or command to run after the scene is loaded. Steps run in the order of the command line.
     struct Step {
         enum class Kind { Script, Command };
         Kind kind;
@@ -22,13 +22,13 @@ struct CommandLine {
     bool autoloadPlugins = true;
     std::string sceneFile;
     std::string prefsFolder; ///< empty: the platform's
-    std::string demoFolder;  ///< where the demo is to be drawn; empty: nowhere
+    std::string demoFolder;  ///< output folder of the demo; empty: no demo
     std::vector<Step> steps;
     QString asGiven;   ///< the whole line, for the log
     std::string error; ///< what is wrong with the command line; empty when nothing is
 
-    /// Reads the program's arguments, without the program's own name. Options that Qt itself takes from the
-    /// command line are none of ours: only what this program knows is accepted.
+    /// Parses the arguments without the program's name. Qt's own options are rejected like any unknown
+    /// option. After a mistake, `error` says what is wrong.
     static CommandLine Parse(const QStringList& arguments);
     static const char* HelpText();
 };

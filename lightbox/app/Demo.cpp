@@ -20,7 +20,7 @@ QString Demo::Folder() {
 void Demo::Prepare(CommandLine& line) {
     const QString demo = Folder();
     if (demo.isEmpty()) {
-        line.error = "The demo is not there. It belongs into share/lightbox/demo beside the program's folder "
+        line.error = "The demo is missing. It belongs in share/lightbox/demo beside the program's folder "
                      "bin; install Lightbox again.";
         return;
     }

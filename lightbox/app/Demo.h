@@ -4,16 +4,17 @@
 
 namespace lightbox {
 
-/// The pencil test that comes with the program. It is found relative to the executable, in an installation as
-/// in a build folder.
+/// The pencil test that comes with the program. Its files are found relative to the executable, both in an
+/// installation and in a build folder.
 class Demo {
 public:
-    /// Makes the folder `line.demoFolder` with preferences of its own, unless the line names some, and puts
-    /// the demo's script before the line's other steps. On a fault says in `line.error` what to do.
+    /// Makes the folder `line.demoFolder`, with its own preferences unless the command line sets a
+    /// preferences folder, and inserts the demo's script before the other steps. On failure `line.error` says
+    /// what to do.
     static void Prepare(CommandLine& line);
 
 private:
-    /// Where the recordings and the script are; empty when they are not there.
+    /// The folder of the recordings and the script; empty when it is missing.
     static QString Folder();
 };
 

@@ -16,7 +16,7 @@
 
 namespace lightbox {
 
-/// Each is destroyed before those that it was made of.
+/// The parts in the order of their dependencies: each is destroyed before the parts that it uses.
 struct LightboxHost::Owned {
     explicit Owned(const std::string& prefsFolder)
         : optionVars(prefsFolder) {}
@@ -29,7 +29,7 @@ struct LightboxHost::Owned {
     UndoQueue undo{events};
     OptionVars optionVars;
     ToolContexts tools{events};
-    // They are made of the host, which has to know the parts above by then.
+    // These use the host, so they are made after the host has the parts above.
     std::unique_ptr<mel::Interpreter> interpreter;
     std::unique_ptr<SceneFiles> files;
     std::unique_ptr<PluginManager> plugins;

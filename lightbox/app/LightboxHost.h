@@ -8,7 +8,7 @@ namespace lightbox {
 
 class PluginManager;
 
-/// The host of this program: makes the parts in the order in which they need each other, and owns them.
+/// The program's host: owns the parts and makes them in the order of their dependencies.
 class LightboxHost : public Host {
 public:
     /// Makes the host with an empty scene that has the default nodes.

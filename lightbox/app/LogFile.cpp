@@ -10,7 +10,7 @@ LogFile::LogFile(const QString& folder)
     : folder_(folder)
     , file_(Path(0)) {
     QDir().mkpath(folder);
-    // Several programs may share a folder: each line goes to the end of the file in one piece.
+    // Append unbuffered: several programs may share the folder, and each line has to stay in one piece.
     file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
 }
 

@@ -7,11 +7,10 @@
 
 namespace lightbox {
 
-/// "lightbox.log" in the folder of the user's preferences: what the program was started with and every
-/// result, info, warning and error since, each with its time, so that there is something to send in when a
-/// run went wrong. What scripts print is not kept. A log that has grown to its limit becomes
-/// "lightbox.1.log", the one before "lightbox.2.log", and the oldest goes. Where nothing can be written there
-/// is no log.
+/// "lightbox.log" in the folder of the user's preferences: the command line and every result, info, warning
+/// and error, each with its time, for bug reports. Output of `print` is not logged. A log that reaches its
+/// limit is renamed to "lightbox.1.log", the one before to "lightbox.2.log", and the oldest is deleted. In a
+/// folder without write access there is no log.
 class LogFile {
 public:
     static constexpr qint64 LIMIT = 1024 * 1024; ///< bytes
@@ -19,7 +18,7 @@ public:
 
     explicit LogFile(const QString& folder);
 
-    /// False where nothing can be written.
+    /// False when the file cannot be written.
     bool IsOpen() const { return file_.isOpen(); }
     void Write(const QString& line);
     void Write(Output::Kind kind, const std::string& text);

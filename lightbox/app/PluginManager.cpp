@@ -45,7 +45,7 @@ bool IsFile(const std::string& path) {
     return QFileInfo(QString::fromStdString(path)).isFile();
 }
 
-/// The folders of the program's own plug-ins, built or installed.
+/// The folders of the program's own plug-ins, in a build folder or an installation.
 std::vector<std::string> OwnFolders() {
     const std::string program = QCoreApplication::applicationDirPath().toStdString();
     return {program + "/plug-ins", program + "/../plug-ins", program + "/../lib/lightbox/plug-ins"};
@@ -55,7 +55,7 @@ std::vector<std::string> OwnFolders() {
 
 struct PluginManager::Entry {
     Plugin plugin;
-    std::unique_ptr<QLibrary> library; ///< null for one that is linked into the program
+    std::unique_ptr<QLibrary> library; ///< null for a plug-in that is linked into the program
     EntryPoint initialize = nullptr;
     EntryPoint uninitialize = nullptr;
 };
@@ -119,7 +119,7 @@ Plugin& PluginManager::Load(const std::string& nameOrPath) {
     entry->plugin.name = NameOf(path);
     entry->plugin.path = path;
     entry->library = std::make_unique<QLibrary>(QString::fromStdString(path));
-    // Every name is looked up at once, so that what is missing shows here and not in the middle of a stroke.
+    // Resolve all symbols now, so that a missing one fails here and not in the middle of a stroke.
     entry->library->setLoadHints(QLibrary::ResolveAllSymbolsHint);
     if (!entry->library->load()) {
         throw PluginError("Could not load the plug-in \"" + path +
@@ -183,7 +183,7 @@ void PluginManager::Unload(const std::string& name, bool force) {
     if (host_.files().IsReading()) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a scene file is being read.");
     }
-    // What has opened a menu waits for it in its own code.
+    // The code that opened the menu is still on the stack and may belong to the plug-in.
     if (QApplication::activePopupWidget() != nullptr) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a menu is open.");
     }
@@ -201,7 +201,7 @@ void PluginManager::Unload(const std::string& name, bool force) {
                           "\", cannot be unloaded because it is still in use: " + std::to_string(users) +
                           " of the scene's nodes need it.");
     }
-    // Items on the queue may hold nodes, values and commands of the plug-in.
+    // Undo items may hold nodes, values and commands of the plug-in.
     host_.undo().Flush();
     if (users > 0) {
         unknown.Convert(*plugin);
@@ -252,7 +252,7 @@ void PluginManager::Autoload() {
     for (const std::string& folder : OwnFolders()) {
         for (const QString& file : QDir(QString::fromStdString(folder)).entryList(filters, QDir::Files)) {
             try {
-                // By its name, since the user may have another one of that name on the search path.
+                // Load by name, since a plug-in of the same name on the user's search path takes precedence.
                 Load(NameOf(file.toStdString())).autoload = true;
             } catch (const PluginError& error) {
                 host_.output().Warning(error.what());
@@ -267,8 +267,8 @@ void PluginManager::UnloadAll() {
     }
     host_.undo().Flush();
     host_.scene().New();
-    // The libraries stay in memory until the process ends: what others keep of them, such as texts in Qt's
-    // caches, is destroyed after this.
+    // The libraries stay loaded until the process ends, since others may still hold their data, such as
+    // strings in Qt's caches.
     while (!entries_.empty()) {
         try {
             Stop(*entries_.back());

@@ -30,20 +30,19 @@ public:
     std::vector<Plugin*> Loaded() const override;
     std::string FindFile(const std::string& nameOrPath) const override;
 
-    /// Initialises a plug-in that is linked into this program. Throws PluginError when the entry point
-    /// refuses.
+    /// Initialises a plug-in that is linked into this program. Throws PluginError when its entry point fails.
     Plugin& LoadBuiltin(const std::string& name, EntryPoint initialize, EntryPoint uninitialize);
 
-    /// Loads every plug-in in the program's own plug-in folders; what cannot be loaded is reported as a
+    /// Loads every plug-in in the program's own plug-in folders. A plug-in that cannot be loaded causes a
     /// warning.
     void Autoload();
 
-    /// Unloads everything in the reverse order of loading and empties the scene for it; called once, when the
+    /// Empties the scene and uninitialises all plug-ins in reverse order of loading. Called once, when the
     /// program ends.
     void UnloadAll();
 
-    /// The folders in which a plug-in is looked for: MAYA_PLUG_IN_PATH, then the program's own: "plug-ins"
-    /// beside the program or its folder, and that of its installation.
+    /// The folders to search for plug-ins: MAYA_PLUG_IN_PATH, then the program's own: "plug-ins" beside the
+    /// program or its folder, and the one of its installation.
     static std::vector<std::string> SearchPath();
 
 private:
@@ -51,7 +50,7 @@ private:
 
     Plugin& Start(std::unique_ptr<Entry> entry);
     void Stop(Entry& entry);
-    /// Takes out what the plug-in has registered and not taken out itself.
+    /// Deregisters everything that the plug-in registered and did not deregister itself.
     void Purge(const Plugin& plugin);
 
     Host& host_;

@@ -1,4 +1,4 @@
-// The program: reads its command line, runs the host, and ends with a status that says how it went.
+// The main program: parses the command line, runs the host, and returns the exit status.
 
 #include "app/CommandLine.h"
 #include "app/Demo.h"
@@ -32,7 +32,7 @@ constexpr int FAILURE = 1;
 
 lightbox::mel::Interpreter* g_interpreter = nullptr;
 
-/// Ctrl+C ends the running script, as an error would, so that plug-ins still get to write their settings.
+/// Ctrl+C ends the running script with an error, so that plug-ins can still write their settings.
 extern "C" void OnInterrupt(int) {
     if (g_interpreter) {
         g_interpreter->Interrupt();
@@ -44,7 +44,7 @@ void WatchSignals(Host& host) {
     std::signal(SIGINT, OnInterrupt);
     std::signal(SIGTERM, OnInterrupt);
 #ifdef SIGPIPE
-    // Whoever read our output has gone; what is left to say is lost, and the work goes on.
+    // When the reader of our output closes the pipe, drop the output and continue.
     std::signal(SIGPIPE, SIG_IGN);
 #endif
 }
@@ -52,7 +52,7 @@ void WatchSignals(Host& host) {
 const char* const NO_DISPLAY =
     "lightbox: There is no display to open a window on. With -batch it runs scripts without one.\n";
 
-/// True until Qt has found a display, which ends the program when there is none.
+/// True while Qt looks for a display. Qt ends the program when there is none.
 bool g_isLookingForDisplay = false;
 
 void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
@@ -64,8 +64,7 @@ void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& messa
                                   message.endsWith("even though it was found."))) {
         return;
     }
-    // Qt remarks on every start that a session without a login has no runtime folder, which means nothing
-    // here.
+    // Hide Qt's warning about a missing runtime folder in sessions without a login; it is harmless.
     if (!message.startsWith("QStandardPaths: XDG_RUNTIME_DIR not set")) {
         std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
     }
@@ -82,7 +81,7 @@ std::string PrefsFolder(const CommandLine& line) {
     return QDir::cleanPath(QDir(folder).absolutePath()).toStdString();
 }
 
-/// From here on everything is logged in the preferences folder.
+/// Starts the log in the preferences folder; warns when the folder cannot be written.
 void KeepLog(Host& host, const CommandLine& line) {
     const std::string folder = PrefsFolder(line);
     const auto logFile = std::make_shared<lightbox::LogFile>(QString::fromStdString(folder));
@@ -106,7 +105,7 @@ void OpenScene(Host& host, const std::string& path) {
     }
 }
 
-/// One script or command, and then what it left to be done when idle.
+/// Runs one script or command, and then all idle work that it queued.
 void RunStep(Host& host, const CommandLine::Step& step) {
     try {
         if (step.kind == CommandLine::Step::Kind::Script) {
@@ -123,7 +122,7 @@ void RunStep(Host& host, const CommandLine::Step& step) {
     }
 }
 
-/// The batch run: the first error ends it.
+/// Runs in batch mode; the first error ends the run. Returns the exit status.
 int RunBatch(const CommandLine& line) {
     LightboxHost host({true, PrefsFolder(line)});
     KeepLog(host, line);
@@ -148,7 +147,7 @@ int RunBatch(const CommandLine& line) {
     return status;
 }
 
-/// The run with a window: what goes wrong is shown, and the window stays.
+/// Runs with a window, which stays open after errors. Returns the exit status.
 int RunWindow(const CommandLine& line) {
     LightboxHost host({false, PrefsFolder(line)});
     KeepLog(host, line);
@@ -198,12 +197,12 @@ int main(int argc, char** argv) {
         lightbox::WindowSession::PrepareApplication();
     }
     qInstallMessageHandler(OnQtMessage);
-    // Our own options are not Qt's: "-style" or "-platform" were refused above.
+    // Hide the arguments from Qt. Qt's own options, such as "-style", were rejected above.
     int qtArgumentCount = 1;
     g_isLookingForDisplay = !line.batch;
     QApplication application(qtArgumentCount, argv);
     g_isLookingForDisplay = false;
-    // Viewports cannot be drawn on Qt's platforms without a screen, and nobody would see them.
+    // Qt's platforms without a screen cannot draw the viewports.
     const QString platform = QGuiApplication::platformName();
     if (!line.batch && (platform == "offscreen" || platform == "minimal")) {
         std::fputs(NO_DISPLAY, stderr);

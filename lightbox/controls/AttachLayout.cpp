@@ -13,7 +13,7 @@ enum class Step { Waiting, Running, Done };
 
 } // namespace
 
-/// Positions of the two edges of every item in one direction.
+/// The positions of both edges of every item in one direction, in pixels.
 struct AttachLayout::Axis {
     struct Span {
         double low = 0.0;
@@ -45,7 +45,7 @@ struct AttachLayout::Axis {
     void Solve(std::size_t index) {
         Span& span = spans[index];
         if (span.step != Step::Waiting) {
-            return; // widgets attached in a circle keep what they have
+            return; // a circle of attachments: keep the current position
         }
         span.step = Step::Running;
         const bool hasLow = EdgeOf(index, false).to != To::None;
@@ -60,7 +60,7 @@ struct AttachLayout::Axis {
 
     double Position(std::size_t index, bool isHigh) {
         const Attachment& edge = EdgeOf(index, isHigh);
-        // Offsets keep away from what an edge is attached to.
+        // A positive offset moves the edge away from its attachment, towards the inside of the widget.
         const double inward = isHigh ? -edge.offset : edge.offset;
         switch (edge.to) {
         case To::Form:
@@ -142,7 +142,8 @@ QLayoutItem* AttachLayout::takeAt(int index) {
 
 int AttachLayout::Needed(bool isVertical, bool isMinimum) const {
     double extent = 0.0;
-    // Every round widens the form by what is missing most; attachments to fractions may ask for several.
+    // Every round widens the form by the largest shortage. Attachments to fractions of the form may need
+    // several.
     constexpr int mostRounds = 30;
     constexpr double most = 20000.0;
     for (int round = 0; round < mostRounds; ++round) {
@@ -178,7 +179,7 @@ void AttachLayout::setGeometry(const QRect& rectangle) {
         const Axis::Span& x = across.spans[i];
         const Axis::Span& y = down.spans[i];
         const QRect place(QPoint(at(x.low), at(y.low)), QPoint(at(x.high) - 1, at(y.high) - 1));
-        // Straight to the widget: the item would keep a button at its usual height.
+        // Set the widget's geometry directly: the item would limit a button to its default height.
         QLayoutItem& item = *items_[i].item;
         if (QWidget* const widget = item.widget()) {
             widget->setGeometry(place.translated(rectangle.topLeft()));

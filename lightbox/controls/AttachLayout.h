@@ -11,8 +11,8 @@
 namespace lightbox {
 
 /// The layout behind formLayout: each edge of a widget may be attached to the form, to another widget or to a
-/// fraction of the form, with an offset. An edge that is not attached follows from the other one and the size
-/// that the widget asks for.
+/// fraction of the form, with an offset. A free edge follows from the opposite edge and the widget's size
+/// hint.
 class AttachLayout : public QLayout {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
         To to = To::None;
         int offset = 0;
         QPointer<QWidget> widget;
-        /// In divisions of the form.
+        /// For To::Position: counted in `divisions` of the form.
         int position = 0;
     };
 
@@ -32,7 +32,7 @@ public:
 
     void Attach(QWidget& widget, Edge edge, const Attachment& attachment);
     Attachment AttachmentOf(const QWidget& widget, Edge edge) const;
-    /// Into how many parts -attachPosition divides the form.
+    /// The number of parts that -attachPosition divides the form into.
     int divisions = 100;
 
     void addItem(QLayoutItem* item) override;
@@ -52,7 +52,8 @@ private:
     struct Axis;
 
     const Item* Find(const QWidget& widget) const;
-    /// The least size in one direction in which every widget has the room that it asks for.
+    /// The smallest size of the form, in pixels, at which every widget gets its hint (or its minimum) in one
+    /// direction.
     int Needed(bool isVertical, bool isMinimum) const;
 
     std::vector<Item> items_;

@@ -85,7 +85,7 @@ ControlFlags ColumnFlags() {
     };
 }
 
-/// A flag that says something about one column: number first.
+/// A flag that changes one column; its first argument is the column's number.
 template <class Change>
 ControlFlag EachColumn(const char* shortName, const char* longName, std::vector<MSyntax::MArgType> arguments,
                        Change change) {
@@ -165,7 +165,7 @@ ControlFlags GridColumnFlags() {
     return flags;
 }
 
-/// A number of the grid itself.
+/// A flag for an integer member of the grid.
 ControlFlag GridFlag(const char* shortName, const char* longName, int GridLayoutControl::*member,
                      bool isByColumn = false) {
     const std::string flag = longName;
@@ -183,7 +183,7 @@ ControlFlag GridFlag(const char* shortName, const char* longName, int GridLayout
             [member](Control& control) { return Value(Grid(control).*member); }};
 }
 
-/// -adjustableColumn N, and the form that has the number in its name.
+/// -adjustableColumn N, and the variants with the number in the name (-adjustableColumn3).
 ControlFlags AdjustableFlags() {
     ControlFlags flags = {GridFlag("-adj", "-adjustableColumn", &GridLayoutControl::adjustable)};
     for (int number = 1; number <= MAX_COLUMNS; ++number) {

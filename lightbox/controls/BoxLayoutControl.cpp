@@ -10,7 +10,7 @@ BoxLayoutControl::BoxLayoutControl(const ControlCreation& creation, Qt::Orientat
                           Widget())) {
     box_->setContentsMargins(0, 0, 0, 0);
     box_->setSpacing(0);
-    // What is left over stays empty at the end.
+    // The remaining space stays empty at the end.
     box_->addStretch(0);
 }
 

@@ -20,7 +20,7 @@ public:
     QBoxLayout& Box() const { return *box_; }
     /// Whether children fill the layout across its direction, and along it.
     void SetStretches(bool width, bool height);
-    /// How children lie that do not fill it.
+    /// Aligns children that do not fill the layout.
     void SetAlignment(Qt::Alignment alignment);
 
 private:

@@ -51,7 +51,7 @@ ControlType ButtonType() {
     return type;
 }
 
-/// A button with a picture, a text, or both.
+/// Makes a button with an image, a text, or both.
 std::unique_ptr<Control> MakeToolButton(const ControlCreation& creation, bool isCheckable) {
     auto* const button = new QToolButton;
     button->setAutoRaise(true);
@@ -114,7 +114,7 @@ ControlType ToolButtonType(const char* name) {
         const bool isShelf = creation.type.name == "shelfButton";
         constexpr int shelfIcon = 28;
         button.setIconSize(isShelf ? QSize(shelfIcon, shelfIcon) : button.iconSize());
-        // A picture is what it shows unless a style says otherwise; without a picture the text must do.
+        // Without a style, the button shows its image, or its label when it has no image.
         const bool hasImage = creation.call.Has("-image") || creation.call.Has("-image1");
         button.setToolButtonStyle(hasImage ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextOnly);
         return control;

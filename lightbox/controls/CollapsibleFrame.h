@@ -5,7 +5,8 @@
 
 namespace lightbox {
 
-/// The widget of frameLayout: a title row, with an arrow when it can be folded, above the content.
+/// The widget of frameLayout: a title row above the content. The title has an arrow when the frame is
+/// collapsable.
 class CollapsibleFrame : public QWidget {
     Q_OBJECT
 
@@ -21,7 +22,7 @@ public:
     void SetTitleVisible(bool on) { title_->setVisible(on); }
 
 Q_SIGNALS:
-    /// The user folds or unfolds it: before and after.
+    /// Sent before and after the user collapses or expands the frame.
     void AboutToToggle(bool collapses);
     void Toggled(bool collapsed);
 

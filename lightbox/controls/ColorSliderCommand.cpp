@@ -1,4 +1,4 @@
-// colorSliderGrp: a label, a field of colour named "port" and a slider of brightness named "slider".
+// colorSliderGrp: a label, a colour field named "port" and a brightness slider named "slider".
 
 #include "controls/ColorSwatch.h"
 #include "controls/ControlRegistry.h"
@@ -44,7 +44,7 @@ public:
         });
     }
 
-    /// 0..1 each; kept as they are, since a QColor would round them.
+    /// Red, green and blue from 0 to 1. They are stored as floats, since a QColor would round them.
     const Value::FloatArray& Color() const { return color_; }
     void SetColor(double red, double green, double blue) {
         color_ = {std::clamp(red, 0.0, 1.0), std::clamp(green, 0.0, 1.0), std::clamp(blue, 0.0, 1.0)};

@@ -5,7 +5,7 @@
 
 namespace lightbox {
 
-/// A field filled with a colour; a click on it, or the space bar, asks for another one.
+/// A field filled with a colour. A click or the space bar opens a colour dialog.
 class ColorSwatch : public QWidget {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
     void SetColor(const QColor& color);
 
 Q_SIGNALS:
-    /// The user has chosen another colour.
+    /// The user chose a colour in the dialog.
     void Chosen(const QColor& color);
 
 protected:

@@ -80,7 +80,7 @@ void Show(Control& control, bool visible) {
     }
 }
 
-/// Whether it is meant to be seen: its window may be closed.
+/// Whether the control itself is not hidden; its window may be closed.
 bool IsShown(Control& control) {
     QAction* const action = control.Action();
     QWidget* const widget = control.Widget();

@@ -20,9 +20,9 @@ namespace lightbox {
 class ControlRegistry;
 struct ControlType;
 
-/// What a window command of MEL makes: a window, a layout, a menu, an item, a field, a collection, a panel.
-/// It stands for one Qt object, which it deletes when it goes; when Qt deletes the object first, the registry
-/// forgets the control.
+/// A control that a MEL window command made: a window, layout, menu, menu item, field, collection or panel.
+/// It stands for one Qt object, which the registry deletes with it. When Qt deletes the object first, the
+/// registry deletes the control.
 class Control : NonCopyable {
 public:
     /// `object` is a widget, an action or null. A submenu's object is its QMenu.
@@ -31,17 +31,17 @@ public:
 
     const ControlType& Type() const { return *type_; }
     const std::string& Name() const { return name_; }
-    /// Names from the window down, joined by "|".
+    /// The names from the window down to this control, joined by "|".
     std::string Path() const;
     Control* Parent() const { return parent_; }
-    /// In the order they were made.
+    /// In the order of creation.
     const std::vector<Control*>& Children() const { return children_; }
-    /// The window it stands in; null for one that stands in none.
+    /// The window that contains the control; null when there is none.
     Control* Window();
     bool IsBelow(const Control& ancestor) const;
 
     QObject* Object() const { return object_; }
-    /// Null when the control is no widget, or when Qt has deleted it.
+    /// Null when the object is not a widget, or when Qt has deleted it.
     QWidget* Widget() const;
     /// The menu of a menu or submenu; null for anything else.
     QMenu* Menu() const;
@@ -52,34 +52,35 @@ public:
         return qobject_cast<T*>(object_.data());
     }
 
-    /// The widget that holds its menu items as actions: its menu, or an option menu; null when it takes none.
+    /// The widget that holds the menu items as actions: a menu or an option menu. Null when the control takes
+    /// no items.
     virtual QWidget* ItemHost() const;
 
-    /// Places a new child's widget into this layout or window. The base class has no room for children and
-    /// throws mel::Error.
+    /// Places a new child's widget into this layout or window. The base class takes no children and throws
+    /// mel::Error.
     virtual void AddChild(Control& child);
-    /// Called before a child goes.
+    /// Called before a child is deleted.
     virtual void RemoveChild(Control&) {}
-    /// Whether this layout gives the child its width or height, whatever the child asks for.
+    /// Whether this layout sets the child's width or height and ignores the size that the child requests.
     virtual bool StretchesWidth(const Control&) const { return false; }
     virtual bool StretchesHeight(const Control&) const { return false; }
-    /// Whether widgets can stand in it.
+    /// Whether the control can contain widgets.
     virtual bool TakesChildren() const { return false; }
 
-    /// The bar that its menus hang in; null when it has none.
+    /// The menu bar of the control; null when it has none.
     virtual QMenuBar* MenuBar() { return nullptr; }
 
-    /// Asks for a size in pixels; 0 or less leaves it to the widget.
+    /// Requests a size in pixels; 0 or less leaves it to the widget.
     void SetWidth(int width);
     void SetHeight(int height);
     int RequestedWidth() const { return requestedWidth_; }
     int RequestedHeight() const { return requestedHeight_; }
-    /// Applies the requested size after the layout's wishes changed.
+    /// Applies the requested size again after the parent layout's stretching changed.
     void ApplySize();
 
-    /// The scripts that were given to it, by the long name of their flag.
+    /// The control's scripts, by the long name of their flag.
     std::map<std::string, std::string> scripts;
-    /// Values that are kept for queries only, by the long name of their flag.
+    /// Values kept only for queries, by the long name of their flag.
     std::map<std::string, std::string> notes;
 
 private:

@@ -43,7 +43,7 @@ void ControlMenu::paintEvent(QPaintEvent* event) {
 void ControlMenu::mouseReleaseEvent(QMouseEvent* event) {
     QAction* const item = actionAt(event->pos());
     QAction* const box = item ? OptionBoxOf(*item) : nullptr;
-    // The whole right end of the row is the box's: the square itself is small.
+    // The whole right end of the row counts as the box, since the square itself is small.
     if (box && event->button() == Qt::LeftButton && event->pos().x() >= OptionBoxRect(*item).left() - 6) {
         for (QWidget* menu = this; qobject_cast<QMenu*>(menu); menu = menu->parentWidget()) {
             menu->close();

@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-/// A menu that can show an option box at the right edge of an item.
+/// A menu whose items can have an option box at the right edge.
 class ControlMenu : public QMenu {
     Q_OBJECT
 
@@ -12,15 +12,15 @@ public:
     explicit ControlMenu(QWidget* parent)
         : QMenu(parent) {}
 
-    /// Shows `box` as the small square beside `item`. The box goes away when its action does.
+    /// Shows `box` as the small square beside `item`. The box disappears when its action is deleted.
     static void SetOptionBox(QAction& item, QAction& box);
-    /// The action of the box beside an item; null when it has none.
+    /// The action of an item's option box; null when the item has none.
     static QAction* OptionBoxOf(const QAction& item);
-    /// Where the box of an item is.
+    /// The rectangle of an item's option box, in the menu's pixels.
     QRect OptionBoxRect(QAction& item) const;
 
-    /// Opens it for the mouse button and modifiers where they are pressed on a widget, instead of what the
-    /// widget does by itself. The right button without modifiers also takes the menu key.
+    /// Opens the menu when `openingButton` is pressed on the widget with `openingModifiers`; the widget does
+    /// not get that press. The right button without modifiers also stands for the menu key.
     void OpenOn(QWidget& widget);
     Qt::MouseButton openingButton = Qt::RightButton;
     Qt::KeyboardModifiers openingModifiers = Qt::NoModifier;

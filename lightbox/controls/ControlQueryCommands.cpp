@@ -1,4 +1,4 @@
-// The commands that work on controls of any kind: deleteUI, setParent, control, layout, lsUI and so on.
+// The commands that work on controls of any type: deleteUI, setParent, control, layout, lsUI and so on.
 
 #include "controls/ControlRegistry.h"
 #include "controls/Registration.h"
@@ -24,14 +24,14 @@ bool IsMenu(const Control& control) {
     return control.Menu() != nullptr;
 }
 
-/// The flags of deleteUI and lsUI that narrow down what they are about.
-struct KindRow {
+/// A flag of deleteUI and lsUI that restricts the call to some controls.
+struct FilterRow {
     const char* shortFlag;
     const char* longFlag;
-    bool (*isOfKind)(const Control&);
+    bool (*matches)(const Control&);
 };
 
-constexpr KindRow DELETED_KINDS[] = {
+constexpr FilterRow DELETE_FILTERS[] = {
     {"-wnd", "-window", [](const Control& c) { return c.Type().family == Family::Window; }},
     {"-m", "-menu", IsMenu},
     {"-mi", "-menuItem", [](const Control& c) { return c.Type().family == Family::MenuItem; }},
@@ -45,14 +45,14 @@ constexpr KindRow DELETED_KINDS[] = {
     {"-ed", "-editor", [](const Control& c) { return c.Type().family == Family::Panel; }},
 };
 
-/// Restricts the call to the kinds that its flags name; without any, all kinds will do.
+/// Whether the call's flags select the control; without any of the flags, every control is selected.
 template <std::size_t Count>
-bool IsWanted(const CommandCall& call, const KindRow (&rows)[Count], const Control& control) {
+bool IsWanted(const CommandCall& call, const FilterRow (&rows)[Count], const Control& control) {
     bool isAny = true;
-    for (const KindRow& row : rows) {
+    for (const FilterRow& row : rows) {
         if (call.Has(row.longFlag)) {
             isAny = false;
-            if (row.isOfKind(control)) {
+            if (row.matches(control)) {
                 return true;
             }
         }
@@ -63,7 +63,7 @@ bool IsWanted(const CommandCall& call, const KindRow (&rows)[Count], const Contr
 Value DeleteUi(CommandCall& call, ControlRegistry& registry) {
     for (const std::string& name : call.ObjectNames()) {
         Control* const control = registry.Find(name);
-        if (!control || !IsWanted(call, DELETED_KINDS, *control)) {
+        if (!control || !IsWanted(call, DELETE_FILTERS, *control)) {
             call.Fail("Object '" + name + "' not found.");
         }
         if (control == &registry.MainWindow()) {
@@ -97,7 +97,7 @@ Value SetMenuParent(const CommandCall& call, ControlRegistry& registry) {
     } else {
         menu = &registry.Named(call.Object(0).AsString());
         if (!menu->ItemHost()) {
-            call.Fail("\"" + call.Object(0).AsString() + "\" is no menu.");
+            call.Fail("\"" + call.Object(0).AsString() + "\" is not a menu.");
         }
     }
     registry.SetCurrentMenu(menu);
@@ -121,7 +121,7 @@ Value SetParent(CommandCall& call, ControlRegistry& registry) {
         current = Above(current);
     } else {
         Control& named = registry.Named(call.Object(0).AsString());
-        // A menu's place in the layouts is its window.
+        // For layouts, the parent of a menu is its window.
         current = named.Menu() ? named.Window() : &named;
         if (named.Menu()) {
             registry.SetCurrentMenu(&named);
@@ -134,7 +134,7 @@ Value SetParent(CommandCall& call, ControlRegistry& registry) {
     return current->Path();
 }
 
-constexpr KindRow LISTED_KINDS[] = {
+constexpr FilterRow LIST_FILTERS[] = {
     {"-wnd", "-windows", [](const Control& c) { return c.Type().family == Family::Window; }},
     {"-p", "-panels", [](const Control& c) { return c.Type().family == Family::Panel; }},
     {"-ed", "-editors", [](const Control& c) { return c.Type().family == Family::Panel; }},
@@ -159,7 +159,7 @@ bool IsOfType(const CommandCall& call, const Control& control) {
 Value ListUi(CommandCall& call, ControlRegistry& registry) {
     Value::StringArray names;
     for (const Control* const control : registry.All()) {
-        if (IsOfType(call, *control) && IsWanted(call, LISTED_KINDS, *control)) {
+        if (IsOfType(call, *control) && IsWanted(call, LIST_FILTERS, *control)) {
             names.push_back(call.Has("-long") ? control->Path() : control->Name());
         }
     }
@@ -196,7 +196,7 @@ Value WaitCursor(CommandCall& call, ControlRegistry&) {
     return Value();
 }
 
-/// The names of templates that scripts set. What a template says about looks is the theme's affair here.
+/// The names of the UI templates that scripts set. Templates have no effect: the theme sets the style.
 class Templates {
 public:
     Value Define(const CommandCall& call) {
@@ -231,7 +231,7 @@ private:
     std::vector<std::string> stack_;
 };
 
-/// `control` and `layout` edit and query what every control has.
+/// Makes `control` or `layout`, which edit and query the common flags of any control.
 ControlType AnyControl(const char* name, const ControlFlags& flags, Family family) {
     ControlType type;
     type.name = name;
@@ -242,9 +242,9 @@ ControlType AnyControl(const char* name, const ControlFlags& flags, Family famil
 }
 
 template <std::size_t Count>
-SyntaxBuilder KindSyntax(const KindRow (&rows)[Count]) {
+SyntaxBuilder FilterSyntax(const FilterRow (&rows)[Count]) {
     SyntaxBuilder syntax;
-    for (const KindRow& row : rows) {
+    for (const FilterRow& row : rows) {
         syntax.Flag(row.shortFlag, row.longFlag);
     }
     return syntax;
@@ -255,7 +255,7 @@ SyntaxBuilder KindSyntax(const KindRow (&rows)[Count]) {
 void RegisterControlQueryCommands(WindowCommandTable& table) {
     table.Add(AnyControl("control", CommonFlags(), Family::Control));
     table.Add(AnyControl("layout", LayoutFlags(), Family::Layout));
-    table.Add("deleteUI", KindSyntax(DELETED_KINDS).Objects(1), DeleteUi);
+    table.Add("deleteUI", FilterSyntax(DELETE_FILTERS).Objects(1), DeleteUi);
     table.Add("setParent",
               SyntaxBuilder()
                   .Flag("-m", "-menu")
@@ -264,9 +264,10 @@ void RegisterControlQueryCommands(WindowCommandTable& table) {
                   .Query()
                   .Objects(0, 1),
               SetParent);
-    table.Add("lsUI",
-              KindSyntax(LISTED_KINDS).Flag("-l", "-long").Flag("-typ", "-type", MSyntax::kString).MultiUse(),
-              ListUi);
+    table.Add(
+        "lsUI",
+        FilterSyntax(LIST_FILTERS).Flag("-l", "-long").Flag("-typ", "-type", MSyntax::kString).MultiUse(),
+        ListUi);
     table.Add("objectTypeUI", SyntaxBuilder().Flag("-i", "-isType", MSyntax::kString).Objects(1, 1),
               ObjectType);
     const auto templates = std::make_shared<Templates>();

@@ -41,7 +41,8 @@ std::string ValidName(std::string name) {
     return name;
 }
 
-/// The script with #1, #2 and so on replaced; texts are escaped, since they stand between quotes there.
+/// The script with #1, #2 and so on replaced by the values. Strings are escaped, since scripts put them in
+/// quotes.
 std::string Filled(const std::string& script, const std::vector<mel::Value>& values) {
     std::string filled;
     for (std::size_t i = 0; i < script.size(); ++i) {
@@ -69,8 +70,8 @@ ControlRegistry::ControlRegistry(Host& host, QMainWindow& mainWindow)
 }
 
 ControlRegistry::~ControlRegistry() {
-    // The controls' objects end now, since no event loop may run any more. Those of windows first: what
-    // stands in them goes with them.
+    // Delete the objects now, since no event loop may run any more. Windows come first: they delete their
+    // contents.
     for (const std::unique_ptr<Control>& control : controls_) {
         if (QObject* const object = control->Object()) {
             object->disconnect(this);
@@ -172,7 +173,7 @@ bool ControlRegistry::IsAdopted(const Control& control) const {
     return type != adoptedTypes_.end() && type->second.get() == &control.Type();
 }
 
-/// Takes a control out of the tables; its children have gone before.
+/// Removes all references to a control. Its children have to be deleted before.
 void ControlRegistry::Detach(Control& control) {
     if (Control* const parent = control.parent_) {
         parent->RemoveChild(control);
@@ -185,14 +186,14 @@ void ControlRegistry::Detach(Control& control) {
             *current = current == &currentParent_ ? control.parent_ : nullptr;
         }
     }
-    // The last window that scripts made being gone, the next control belongs to the main one.
+    // Without a current parent, the next control goes into the main window.
     currentParent_ = currentParent_ ? currentParent_ : mainWindow_;
     menuSets_->Remove(control);
     host_.interpreter().Jobs().KillWithParent(control.Path());
     host_.interpreter().Jobs().KillWithParent(control.Name());
 }
 
-/// Qt has deleted the object of a control.
+/// Deletes a control and its children, but not the control's own Qt object.
 void ControlRegistry::Forget(Control& control) {
     while (!control.children_.empty()) {
         Delete(*control.children_.back());
@@ -227,7 +228,7 @@ void ControlRegistry::Delete(Control& control) {
     }
     Forget(control);
     if (object && isOwned) {
-        // It may be in the middle of an event of its own.
+        // The object may be handling an event just now.
         object->deleteLater();
     }
 }
@@ -241,7 +242,7 @@ bool ControlRegistry::IsTaken(const std::string& name, const Control* parent) co
 std::string ControlRegistry::NewName(const std::string& wanted, const std::string& typeName,
                                      const Control* parent) const {
     if (!wanted.empty()) {
-        // A path names where it is to stand, which its parent says already.
+        // Drop the path before the name: the parent is given separately.
         const std::string name = ValidName(wanted.substr(wanted.rfind('|') + 1));
         if (name.empty() || IsTaken(name, parent)) {
             throw mel::Error("Object's name '" + wanted + "' is not unique.");

@@ -19,8 +19,8 @@ namespace lightbox {
 class Host;
 class MenuSets;
 
-/// The controls of MEL by name, and where the next one goes. Names are unique among siblings; names that the
-/// registry makes up ("button3") are unique altogether.
+/// Owns the MEL controls, finds them by name, and keeps the current parents of new ones. Names are unique
+/// among siblings; generated names ("button3") are unique in the whole registry.
 class ControlRegistry : public QObject {
     Q_OBJECT
 
@@ -33,31 +33,31 @@ public:
     Control& MainWindow() const { return *mainWindow_; }
     MenuSets& menuSets() { return *menuSets_; }
 
-    /// By short name, whole path or the end of one ("layout|button1"); of several, the one in the current
-    /// parent, else the first. Null when there is none.
+    /// Finds a control by short name, full path or the end of a path ("layout|button1"). Of several it
+    /// prefers the one in the current parent, else the oldest. Null when there is none.
     Control* Find(const std::string& name) const;
-    /// The same, or mel::Error.
+    /// Like Find(), but throws mel::Error when there is none.
     Control& Named(const std::string& name) const;
-    /// The widget of a control, else the first widget of that object name in any window; null when there is
+    /// The widget of a control, else the first widget with that object name in any window. Null when there is
     /// none.
     QWidget* FindWidget(const std::string& name) const;
-    /// All controls, in the order they were made.
+    /// All controls, in the order of creation.
     std::vector<Control*> All() const;
 
-    /// Takes a new control over. Its name must be free among its siblings.
+    /// Takes ownership of a new control. Its name must be free among its siblings.
     Control& Add(std::unique_ptr<Control> control);
-    /// Makes a widget known that was not made by MEL: `typeName` is what objectTypeUI answers. The widget
-    /// keeps its owner.
+    /// Registers a widget that MEL did not make. objectTypeUI answers `typeName` for it. The widget keeps its
+    /// owner.
     Control& Adopt(const std::string& typeName, const std::string& name, QWidget& widget,
                    bool isPanel = false);
-    /// Deletes a control and all below it; a widget goes when the event loop runs next.
+    /// Deletes a control and everything below it. Widgets are deleted when the event loop runs next.
     void Delete(Control& control);
 
-    /// The name for a new control: `wanted` with the characters that no name has replaced, or a new one made
-    /// from the type's. mel::Error when a sibling has it.
+    /// The name for a new control: `wanted` with its invalid characters replaced, or a name generated from
+    /// the type's when `wanted` is empty. Throws mel::Error when a sibling has the name.
     std::string NewName(const std::string& wanted, const std::string& typeName, const Control* parent) const;
 
-    /// Where the next control and the next menu item go; null before the first window.
+    /// The parents of the next control and of the next menu item; the menu is null when there is none.
     Control* CurrentParent() const { return currentParent_; }
     void SetCurrentParent(Control* parent) { currentParent_ = parent; }
     Control* CurrentMenu() const { return currentMenu_; }
@@ -66,11 +66,12 @@ public:
     Control* currentItemCollection = nullptr;
     Control* currentButtonCollection = nullptr;
 
-    /// Where windows were when they were closed, by name.
+    /// The geometry of closed windows in screen pixels, by window name.
     std::map<std::string, QRect> windowPlaces;
 
-    /// Runs a control's script of that flag as a typed line is run: one step to undo, its errors shown. #1,
-    /// #2 and so on in it stand for the values. Does nothing when the control has no such script.
+    /// Runs the control's script for a flag like a typed line: it is one undo step, and its errors are shown.
+    /// #1, #2 and so on in the script are replaced by the values. Does nothing when the control has no script
+    /// for the flag.
     void Run(const Control& control, const std::string& flag, const std::vector<mel::Value>& values = {});
     void RunScript(const std::string& script, const std::vector<mel::Value>& values = {});
 
@@ -81,7 +82,7 @@ private:
     bool IsTaken(const std::string& name, const Control* parent) const;
 
     Host& host_;
-    /// In the order they were made.
+    /// In the order of creation.
     std::vector<std::unique_ptr<Control>> controls_;
     Control* mainWindow_ = nullptr;
     Control* currentParent_ = nullptr;

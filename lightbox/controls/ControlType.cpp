@@ -6,7 +6,7 @@ namespace lightbox {
 
 namespace {
 
-/// The note's value in its own type.
+/// The text of a note as a MEL value of the flag's type.
 mel::Value NoteValue(const std::string& text, MSyntax::MArgType type) {
     const mel::Value value(text);
     return type == MSyntax::kString   ? value

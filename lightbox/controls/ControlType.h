@@ -16,26 +16,26 @@ namespace lightbox {
 
 class ControlRegistry;
 
-/// One flag of a window command: how it is spelled, and what it does to a control of that command.
+/// One flag of a window command: its names, its arguments, and how it sets and gets a value of a control.
 struct ControlFlag {
     using Set = std::function<void(Control&, const mel::CommandCall&)>;
     using Get = std::function<mel::Value(Control&)>;
 
-    /// With their hyphens.
+    /// The names include their hyphens.
     std::string shortName;
     std::string longName;
     std::vector<MSyntax::MArgType> arguments;
-    /// Called when a control is made or edited with the flag; null for flags that only count when it is made,
-    /// or in a query.
+    /// Called when a control is created or edited with the flag. Null for flags that only creation or a query
+    /// reads.
     Set set;
-    /// Null for what cannot be queried.
+    /// Null when the flag cannot be queried.
     Get get;
     bool isMultiUse = false;
 };
 
 using ControlFlags = std::vector<ControlFlag>;
 
-/// What a control is made from.
+/// The arguments for the creation of a control.
 struct ControlCreation {
     ControlRegistry& registry;
     const ControlType& type;
@@ -45,8 +45,8 @@ struct ControlCreation {
     Control* parent;
 };
 
-/// A kind of control: the command of that name, its flags, and how one is made. Flags are applied in the
-/// order of the table, so that a range stands before the value in it.
+/// A type of control: the command of that name, its flags, and how it creates a control. Flags are applied in
+/// the order of the table, so a range has to come before the value within it.
 struct ControlType {
     enum class Family { Window, Layout, Menu, MenuItem, Control, Collection, Panel };
 
@@ -54,20 +54,20 @@ struct ControlType {
     Family family = Family::Control;
     ControlFlags flags;
     std::function<std::unique_ptr<Control>(const ControlCreation&)> create;
-    /// The names of the types that the command can edit and query besides its own; "*" stands for all.
+    /// The names of other types that the command can also edit and query; "*" stands for all.
     std::vector<std::string> alsoFor;
 };
 
-/// Appends flags to a table.
+/// Joins two tables of flags.
 ControlFlags operator+(ControlFlags first, const ControlFlags& second);
 
-/// The flags that every control has, and those that layouts have besides.
+/// The flags of every control, and the additional flags of layouts.
 const ControlFlags& CommonFlags();
 const ControlFlags& LayoutFlags();
 
-// The usual kinds of flags.
+// Functions that make common flags.
 
-/// How a flag's value of one type is declared and read from a call.
+/// Declares the MSyntax type of a flag's value and reads it from a call.
 template <class Value>
 struct FlagValue;
 
@@ -96,8 +96,8 @@ struct FlagValue<double> {
     }
 };
 
-/// A flag with one value, a QString, bool, int or double. `Object` is the Qt class of the control's object; a
-/// control whose object is of another class is left alone and answers nothing.
+/// A flag with one value, a QString, bool, int or double. `Object` is the Qt class of the control's object.
+/// On a control with an object of another class, setting does nothing and a query answers a default value.
 template <class Object, class Value>
 ControlFlag ValueFlag(const char* shortName, const char* longName,
                       void (*set)(Object&, std::conditional_t<std::is_class_v<Value>, const Value&, Value>),
@@ -122,14 +122,14 @@ ControlFlag ValueFlag(const char* shortName, const char* longName,
             }};
 }
 
-/// A script that the control runs: kept in Control::scripts under the flag's long name.
+/// A flag with a script that the control runs; it is kept in Control::scripts.
 ControlFlag ScriptFlag(const char* shortName, const char* longName);
-/// A value that nothing but a query reads.
+/// A flag with a value that only a query reads; it is kept in Control::notes.
 ControlFlag NoteFlag(const char* shortName, const char* longName, MSyntax::MArgType type);
-/// A flag that counts only when the control is made, with what a query answers (may be null).
+/// A flag that only counts when the control is created. A query calls `get`, which may be null.
 ControlFlag CreateFlag(const char* shortName, const char* longName, std::vector<MSyntax::MArgType> arguments,
                        ControlFlag::Get get = nullptr);
-/// A flag that is only queried.
+/// A flag that can only be queried.
 ControlFlag QueryFlag(const char* shortName, const char* longName, ControlFlag::Get get);
 
 } // namespace lightbox

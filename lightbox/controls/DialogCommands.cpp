@@ -1,4 +1,4 @@
-// confirmDialog, promptDialog, fileDialog2, colorEditor: they wait for an answer.
+// confirmDialog, promptDialog, fileDialog2, colorEditor: modal dialogs, which wait for the user's answer.
 
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
@@ -25,7 +25,7 @@ using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
 
-/// The window that a dialog stands before: the one named, else the active one.
+/// The parent window of a dialog: the one that -parent names, else the active one.
 QWidget* Owner(const CommandCall& call, const ControlRegistry& registry) {
     QWidget* named = call.Has("-parent") ? registry.FindWidget(call.String("-parent")) : nullptr;
     if (!named) {
@@ -42,7 +42,7 @@ QMessageBox::Icon IconNamed(const std::string& name) {
                                    : QMessageBox::NoIcon;
 }
 
-/// The buttons' texts in the order that they were given.
+/// The texts of the buttons in the order of the flags.
 std::vector<QString> ButtonTexts(const CommandCall& call, const std::vector<QString>& usual) {
     std::vector<QString> texts;
     for (unsigned use = 0; use < call.UseCount("-button"); ++use) {
@@ -51,7 +51,7 @@ std::vector<QString> ButtonTexts(const CommandCall& call, const std::vector<QStr
     return texts.empty() ? usual : texts;
 }
 
-/// What a dialog answers that was closed instead of answered.
+/// The result of a dialog that was closed without an answer.
 std::string Dismissed(const CommandCall& call) {
     return call.StringOr("-dismissString", call.StringOr("-cancelButton", "dismiss"));
 }
@@ -74,7 +74,7 @@ Value ConfirmDialog(CommandCall& call, ControlRegistry& registry) {
             box.setEscapeButton(button);
         }
     }
-    // Without a button to close it with, the box would refuse to be closed.
+    // Without an escape button the box would refuse to close.
     QAbstractButton* escape = box.escapeButton();
     QPushButton hidden;
     if (!escape) {
@@ -88,7 +88,7 @@ Value ConfirmDialog(CommandCall& call, ControlRegistry& registry) {
     return clicked && clicked != &hidden ? clicked->text().toStdString() : Dismissed(call);
 }
 
-/// Asks for a text; remembers the last one for -query.
+/// Asks for a text and keeps the last one for -query.
 class Prompt {
 public:
     Value Run(const CommandCall& call, ControlRegistry& registry) {
@@ -174,7 +174,7 @@ void SetUpFileDialog(QFileDialog& dialog, const CommandCall& call) {
     }
 }
 
-/// The file's name with the suffix that the chosen filter asks for.
+/// The path with the suffix of the chosen filter.
 QString WithSuffix(const QString& path, const QString& filter) {
     if (!QFileInfo(path).suffix().isEmpty()) {
         return path;
@@ -207,7 +207,7 @@ Value FileDialog(CommandCall& call, ControlRegistry& registry) {
     return answer;
 }
 
-/// Asks for a colour; remembers the answer for -query.
+/// Asks for a colour and keeps the answer for -query.
 class ColorEditor {
 public:
     Value Run(const CommandCall& call, ControlRegistry& registry) {

@@ -4,13 +4,13 @@
 
 namespace lightbox {
 
-/// The types of flag arguments, as the tables of the window's commands write them.
+/// Short names of the argument types, for the flag tables of the window commands.
 constexpr auto INT = MSyntax::kLong;
 constexpr auto NUMBER = MSyntax::kDouble;
 constexpr auto TEXT = MSyntax::kString;
 constexpr auto ON = MSyntax::kBoolean;
 
-/// The highest number in the name of a flag about columns, as in -columnWidth6.
+/// The highest column count in a flag's name, as in -columnWidth6.
 constexpr int MAX_COLUMNS = 6;
 
 } // namespace lightbox

@@ -37,7 +37,7 @@ public:
     bool TakesChildren() const override { return true; }
 
     AttachLayout& Layout() const { return *layout_; }
-    /// A child by its name.
+    /// The child of that name. Ends the command with an error when there is none.
     Control& ChildNamed(const CommandCall& call, const std::string& name) const {
         Control* const named = registry_.Find(name);
         for (Control* const child : Children()) {
@@ -45,7 +45,7 @@ public:
                 return *child;
             }
         }
-        call.Fail("\"" + name + "\" is no child of \"" + Path() + "\".");
+        call.Fail("\"" + name + "\" is not a child of \"" + Path() + "\".");
     }
 
 private:
@@ -71,10 +71,10 @@ Edge EdgeNamed(const CommandCall& call, const std::string& name) {
             return edge;
         }
     }
-    call.Fail("\"" + name + "\" is no edge: left, right, top or bottom.");
+    call.Fail("\"" + name + "\" is not an edge: use left, right, top or bottom.");
 }
 
-/// An attachment flag: child, edge, offset, then a control or a position where the kind has one.
+/// A flag that attaches an edge: child, edge, offset, then a control or a position if `to` needs one.
 ControlFlag AttachFlag(const char* shortName, const char* longName, To to,
                        std::vector<MSyntax::MArgType> arguments) {
     const std::string flag = longName;

@@ -15,7 +15,7 @@ GridLayoutControl::GridLayoutControl(const ControlCreation& creation)
 }
 
 void GridLayoutControl::AddChild(Control& child) {
-    // Before the new one is asked where it stands, it has to be there.
+    // The child has to be in the grid before Arrange() computes its cell.
     grid_->addWidget(child.Widget(), 0, 0);
     Arrange();
 }
@@ -75,7 +75,7 @@ void GridLayoutControl::Arrange() {
         grid_->setRowMinimumHeight(row, cellHeight);
         child->ApplySize();
         if (width > 0 && index + 1 != adjustable) {
-            // A column is as wide as it was told, also for children that would like more.
+            // A column keeps its width, even if children have larger size hints.
             const int room = std::max(1, width - column.offset);
             fills ? widget->setFixedWidth(room) : widget->setMaximumWidth(room);
         }

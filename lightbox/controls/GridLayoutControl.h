@@ -9,8 +9,8 @@ class QGridLayout;
 
 namespace lightbox {
 
-/// A layout that fills rows or columns of cells with its children in the order they come. Columns are counted
-/// from 1, as scripts count them.
+/// A layout that puts its children into the cells of a grid, row by row or column by column. Columns are
+/// counted from 1, as scripts count them.
 class GridLayoutControl : public Control {
 public:
     explicit GridLayoutControl(const ControlCreation& creation);
@@ -28,20 +28,20 @@ public:
         bool fills = false;
         int offset = 0;
     };
-    /// Number of columns, or with `byColumn` of rows.
+    /// The number of columns; with `byColumn`, the number of rows.
     int count = 1;
     bool byColumn = false;
-    /// The column that takes the room that is left; 0 for none.
+    /// The column that takes the remaining width; 0 for none.
     int adjustable = 0;
     std::map<int, Column> columns;
-    /// For columns that are not in the table.
+    /// The settings of columns that `columns` does not contain.
     Column usual;
-    /// The size of all cells; 0 leaves it to the children.
+    /// The size of all cells in pixels; 0 leaves it to the children.
     int cellWidth = 0;
     int cellHeight = 0;
 
     void SetSpacing(int rows, int columns);
-    /// Lays the children out anew after a change of the above.
+    /// Lays the children out again after any of the members above changed.
     void Arrange();
 
 private:

@@ -16,7 +16,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// As wide as the labels of the host's own windows.
+/// Pixels; the label width of the host's own windows.
 constexpr int LABEL_WIDTH = 140;
 QBoxLayout& BoxOf(const Control& control) {
     return static_cast<QBoxLayout&>(*control.Widget()->layout());
@@ -44,8 +44,8 @@ ControlFlag LabelFlag(const char* shortName, const char* longName, QLabel* (Grou
             }};
 }
 
-/// A flag about one column: its number, then a value; and the forms with the count in the name, which have
-/// one value for each column.
+/// Adds a flag for one column (number, value) and its variants with the count in the name (one value per
+/// column).
 template <class Change>
 void AddColumnFlags(ControlFlags& flags, const std::string& shortName, const std::string& longName,
                     MSyntax::MArgType type, Change change) {
@@ -75,7 +75,7 @@ void AddColumnFlags(ControlFlags& flags, const std::string& shortName, const std
     }
 }
 
-/// Parts fill their columns: where they are attached in them makes no difference.
+/// Adds the column attachment flags as notes. They have no effect, since parts fill their columns.
 void AddAttachFlags(ControlFlags& flags) {
     for (const auto& [shortName, longName, type] :
          {std::tuple("-ct", "-columnAttach", TEXT), std::tuple("-co", "-columnOffset", INT)}) {

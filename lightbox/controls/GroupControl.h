@@ -8,8 +8,8 @@ class QLabel;
 
 namespace lightbox {
 
-/// A row of widgets that MEL knows as one control: a label, the parts, another label behind. Columns are
-/// counted from 1; the label is one when there is a label.
+/// A row of widgets that is one control in MEL: a label, the parts, and an extra label after them. Columns
+/// are counted from 1; the label, if there is one, is column 1.
 class GroupControl : public Control {
 public:
     /// `keepsLabelColumn`: the label's column counts even without a label.
@@ -17,7 +17,7 @@ public:
 
     /// Appends a part as the next column.
     void AddPart(QWidget* part);
-    /// Closes the row with the label behind the parts, when one is asked for.
+    /// Completes the row: appends the extra label when the call asked for one.
     void Finish();
     /// The n-th part, from 1; null when there is none.
     QWidget* Part(int number) const;
@@ -33,7 +33,7 @@ public:
     void SetColumnWidth(int column, int width);
     int ColumnWidth(int column) const;
     void SetColumnAlignment(int column, Qt::Alignment alignment);
-    /// The column that takes the room that is left.
+    /// Sets the column that takes the remaining width.
     void SetAdjustable(int column);
 
 private:

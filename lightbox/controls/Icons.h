@@ -5,13 +5,13 @@
 
 namespace lightbox {
 
-/// The pictures of buttons and menu items. Lightbox's own are drawn, so that they are sharp at every size and
-/// follow the palette.
+/// The icons of buttons and menu items. Lightbox paints its own icons as vectors, so they are sharp at every
+/// size and follow the palette.
 class Icons {
 public:
-    /// A picture by the name that a script gives: a file, one in the preferences' icons folder or in
-    /// XBMLANGPATH, a resource, or one of our own ("draw", "transform", "scriptEditor", "cube", with or
-    /// without ".png"). Empty when there is none.
+    /// An icon by the name that a script gives: a file, a file in the preferences' icons folder or in
+    /// XBMLANGPATH, a resource, or a built-in icon ("draw", "transform", "scriptEditor", "cube", with or
+    /// without ".png"). A null icon when there is none.
     static QIcon Named(const QString& name);
 };
 

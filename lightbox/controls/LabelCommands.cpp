@@ -17,7 +17,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// The host's names of fonts: bold, small, oblique, fixed width and their combinations.
+/// The font for one of the host's font names: bold, small, oblique, fixed width and their combinations.
 QFont FontNamed(const QFont& usual, const std::string& name) {
     const auto has = [&name](const char* word) { return name.find(word) != std::string::npos; };
     constexpr double smaller = 0.85;
@@ -73,7 +73,7 @@ ControlType TextType() {
         CommonFlags();
     type.create = [](const ControlCreation& creation) {
         auto* const label = new QLabel(ToQt(creation.name));
-        // What a script shows is shown as it stands.
+        // Do not interpret a script's text as HTML.
         label->setTextFormat(Qt::PlainText);
         return std::make_unique<Control>(creation.type, creation.name, creation.parent, label);
     };

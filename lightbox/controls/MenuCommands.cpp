@@ -18,7 +18,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// Empties a menu.
+/// The flag -deleteAllItems, which empties a menu.
 ControlFlag DeleteAllItems(ControlRegistry* registry) {
     return {"-dai",
             "-deleteAllItems",
@@ -32,7 +32,7 @@ ControlFlag DeleteAllItems(ControlRegistry* registry) {
             nullptr};
 }
 
-/// The nearest menu bar from a control upward.
+/// The menu bar of the control or its nearest ancestor that has one. Throws mel::Error when there is none.
 QMenuBar* BarFor(Control* parent) {
     for (; parent; parent = parent->Parent()) {
         if (QMenuBar* const bar = parent->MenuBar()) {
@@ -96,7 +96,7 @@ ControlFlag ButtonFlag() {
             }};
 }
 
-/// A popup menu belongs to the control that was made last, as scripts expect it.
+/// The owner of a popup menu: without -parent, the control that was made last, as scripts expect.
 Control& PopupOwner(const ControlCreation& creation) {
     Control* owner = creation.parent;
     if (!creation.call.Has("-parent") && owner && !owner->Children().empty()) {

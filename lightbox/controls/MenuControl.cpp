@@ -14,7 +14,7 @@ MenuControl::MenuControl(const ControlCreation& creation, ControlMenu* menu)
     : Control(creation.type, creation.name, creation.parent, menu)
     , registry_(creation.registry) {
     menu->setTitle(MenuLabel(ToQt(creation.name)));
-    // A menu may hang in several windows when it is torn off: it belongs to none of them alone.
+    // The menu is the receiver, since a torn-off menu belongs to no single window.
     QObject::connect(menu, &QMenu::aboutToShow, menu, [this] { AboutToShow(); });
 }
 

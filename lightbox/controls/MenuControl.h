@@ -10,10 +10,10 @@ namespace lightbox {
 class ControlMenu;
 class ControlRegistry;
 
-/// A menu, submenu or popup menu of MEL. It runs its -postMenuCommand when it is about to be seen.
+/// A menu, submenu or popup menu of MEL. It runs its -postMenuCommand just before the menu is shown.
 class MenuControl : public Control {
 public:
-    /// Takes the menu over.
+    /// Takes ownership of the menu.
     MenuControl(const ControlCreation& creation, ControlMenu* menu);
 
     bool TakesChildren() const override { return false; }
@@ -24,14 +24,14 @@ private:
     ControlRegistry& registry_;
 };
 
-/// The flags of everything that is a menu.
+/// The common flags of all menus.
 const ControlFlags& MenuFlags();
 
-/// A label as Qt takes it: an ampersand is one.
+/// Escapes ampersands, which Qt would take for mnemonics. PlainLabel() undoes it.
 QString MenuLabel(const QString& text);
 QString PlainLabel(QString label);
 
-/// The items of a menu or option menu, dividers included, in their order.
+/// The items of a menu or option menu in display order, dividers included.
 std::vector<Control*> ItemsOf(const Control& menu);
 
 } // namespace lightbox

@@ -25,7 +25,7 @@ bool IsOn(const CommandCall& call, const char* flag) {
     return call.Has(flag) && call.Bool(flag);
 }
 
-/// The group of radio items: the collection's, else one that the menu keeps for those without.
+/// The group of a radio item: the collection's, else one that the menu keeps for items without a collection.
 QActionGroup* RadioItemGroup(const ControlCreation& creation) {
     const Control* collection = creation.registry.currentItemCollection;
     if (creation.call.Has("-collection")) {
@@ -43,7 +43,7 @@ QActionGroup* RadioItemGroup(const ControlCreation& creation) {
     return group;
 }
 
-/// The action that a new one goes before; null for the end.
+/// The action to insert the new item before; null to append it.
 QAction* Successor(const ControlCreation& creation) {
     if (!creation.call.Has("-insertAfter")) {
         return nullptr;
@@ -75,7 +75,7 @@ void Triggered(ControlRegistry& registry, Control& control, const QAction& actio
     registry.Run(control, "-command", values);
 }
 
-/// What the item is: a check box, a radio item, a divider, an option box or a plain item.
+/// Makes the action a check box, radio item, divider, option box or plain item, as the call's flags say.
 void SetUp(QAction& action, const ControlCreation& creation) {
     const CommandCall& call = creation.call;
     action.setCheckable(call.Has("-checkBox") || call.Has("-radioButton"));
@@ -107,7 +107,7 @@ std::unique_ptr<Control> CreateItem(const ControlCreation& creation) {
     SetUp(*action, creation);
     host->insertAction(Successor(creation), action);
     if (creation.parent->Window() == &creation.registry.MainWindow()) {
-        // The main window's keys work in floating panels too.
+        // The main window's shortcuts work in floating panels, too.
         action->setShortcutContext(Qt::ApplicationShortcut);
     }
     QObject::connect(action, &QAction::triggered, action,
@@ -117,7 +117,6 @@ std::unique_ptr<Control> CreateItem(const ControlCreation& creation) {
     return control;
 }
 
-/// An option box does not turn invisible when it says so: it shows beside its item.
 ControlFlag ItemLabelFlag() {
     return {"-l",
             "-label",
@@ -183,19 +182,19 @@ ControlFlags StateFlags() {
     };
 }
 
-/// The modifiers of -keyEquivalent, as they stand in the control's notes.
+/// Sets the shortcut from the key and modifiers in the control's notes.
 void UpdateShortcut(Control& control) {
     const auto isOn = [&control](const char* flag) { return control.notes[flag] == "1"; };
     const QString key = ToQt(control.notes["-keyEquivalent"]);
     QString text = isOn("-ctrlModifier") || isOn("-commandModifier") ? QStringLiteral("Ctrl+") : QString();
     text += isOn("-altModifier") || isOn("-optionModifier") ? QStringLiteral("Alt+") : QString();
-    // A capital letter asks for the shift key, as in the host's own tables of keys.
+    // A capital letter implies Shift, as in the host's own hotkeys.
     const bool isCapital = key.size() == 1 && key.at(0).isUpper();
     text += isOn("-shiftModifier") || isCapital ? QStringLiteral("Shift+") : QString();
     control.Action()->setShortcut(key.isEmpty() ? QKeySequence() : QKeySequence(text + key.toUpper()));
 }
 
-/// A note that the shortcut is made of.
+/// A note flag that updates the shortcut.
 ControlFlag KeyFlag(const char* shortName, const char* longName, MSyntax::MArgType type) {
     ControlFlag flag = NoteFlag(shortName, longName, type);
     flag.set = [set = flag.set](Control& control, const CommandCall& call) {
@@ -273,7 +272,7 @@ ControlType RadioItemCollectionType() {
     type.family = ControlType::Family::Collection;
     type.flags = {CreateFlag("-gl", "-global", {})};
     type.create = [](const ControlCreation& creation) {
-        // It lives with the menu that it was made in, or for good.
+        // The current menu owns the collection, unless -global or -parent is given.
         Control* const menu = creation.registry.CurrentMenu();
         Control* const parent =
             menu && !creation.call.Has("-global") && !creation.call.Has("-parent") ? menu : creation.parent;

@@ -17,7 +17,7 @@ using mel::Value;
 Control& MenuArgument(const CommandCall& call, const ControlRegistry& registry, const char* flag) {
     Control& menu = registry.Named(call.String(flag));
     if (!menu.Menu()) {
-        call.Fail("\"" + call.String(flag) + "\" is no menu.");
+        call.Fail("\"" + call.String(flag) + "\" is not a menu.");
     }
     return menu;
 }
@@ -28,7 +28,7 @@ void SetCurrent(const CommandCall& call, MenuSets& sets, const std::string& name
     }
 }
 
-/// The set that a call is about: its object, else the current one.
+/// The set that the call's object names, else the current set.
 MenuSets::MenuSet& SetOf(const CommandCall& call, MenuSets& sets) {
     if (call.Objects().empty()) {
         return sets.Current();
@@ -96,7 +96,7 @@ Value MenuSetCommand(CommandCall& call, ControlRegistry& registry) {
     }
     if (call.Has("-removeMenuSet")) {
         if (!sets.Find(call.String("-removeMenuSet")) || !sets.RemoveSet(call.String("-removeMenuSet"))) {
-            call.Fail("The menu set \"" + call.String("-removeMenuSet") + "\" is current or not there.");
+            call.Fail("The menu set \"" + call.String("-removeMenuSet") + "\" is current or does not exist.");
         }
         return Value();
     }

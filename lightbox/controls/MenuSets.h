@@ -7,8 +7,8 @@ namespace lightbox {
 
 class Control;
 
-/// The sets of menus that the main window's menu bar switches between. A menu that belongs to a set is seen
-/// while that set is the current one; all others always.
+/// The sets of menus that the main window's menu bar switches between. A menu that belongs to a set is
+/// visible while that set is current; all other menus are always visible.
 class MenuSets {
 public:
     struct MenuSet {
@@ -26,13 +26,13 @@ public:
     /// False when there is no such set.
     bool SetCurrent(const std::string& name);
     MenuSet& Add(const std::string& name, const std::string& label);
-    /// False for the set that is current.
+    /// False, and nothing changes, when the set is current.
     bool RemoveSet(const std::string& name);
 
-    /// Puts a menu into the current set, at the end or at an index.
+    /// Puts a menu into the current set, at an index or at the end.
     void AddMenu(Control& menu, int index = -1);
     void RemoveMenu(Control& menu);
-    /// A control goes: no set has it any more.
+    /// Removes a deleted menu from all sets.
     void Remove(Control& menu);
 
 private:

@@ -72,7 +72,7 @@ void NumberField::TakeOver() {
     bool isNumber = false;
     const double typed = text().trimmed().toDouble(&isNumber);
     const double before = value_;
-    // What is no number leaves the field as it was.
+    // Restore the old value when the text is not a number.
     SetValue(isNumber ? typed : before);
     if (value_ != before) {
         Q_EMIT Changed(value_);

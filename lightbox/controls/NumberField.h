@@ -4,8 +4,8 @@
 
 namespace lightbox {
 
-/// A field for one number, whole or with a fraction. It keeps the number it was given in full and shows it
-/// with so many digits. Enter and leaving it take over what was typed; the arrow keys step.
+/// A field for one integer or floating-point number. It keeps the full value and shows it rounded to
+/// Precision() digits. Enter or a loss of focus commits the typed text; the arrow keys step.
 class NumberField : public QLineEdit {
     Q_OBJECT
 
@@ -20,14 +20,14 @@ public:
     double Maximum() const { return maximum_; }
     void SetMaximum(double maximum);
     double step = 1.0;
-    /// Digits behind the point.
+    /// Digits after the decimal point.
     int Precision() const { return precision_; }
     void SetPrecision(int digits);
     bool ShowsTrailingZeros() const { return showsTrailingZeros_; }
     void ShowTrailingZeros(bool on);
 
 Q_SIGNALS:
-    /// The user has given another number.
+    /// The user changed the value.
     void Changed(double value);
     void Entered(double value);
 

@@ -86,7 +86,7 @@ Value ValuesOf(Control& control, bool isInteger) {
     return isInteger ? Value(std::move(whole)) : Value(std::move(fractions));
 }
 
-/// -value1 to -value4 and -enable1 to -enable4.
+/// Adds -value1 to -value4 and -enable1 to -enable4.
 void AddNumbered(ControlFlags& flags, bool isInteger) {
     for (int number = 1; number <= MAX_FIELDS; ++number) {
         const std::string count = std::to_string(number);

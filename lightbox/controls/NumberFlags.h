@@ -4,13 +4,13 @@
 
 namespace lightbox {
 
-/// A number as the command's kind of number.
+/// A number as a MEL int or float.
 inline mel::Value NumberValue(double value, bool isInteger) {
     return isInteger ? mel::Value(static_cast<int>(value)) : mel::Value(value);
 }
 
-/// A flag with one number, whole for the commands of whole numbers. `Target` finds what it is about in the
-/// control.
+/// A flag with one number, an integer when `isInteger`. `target` finds the object to change in the control;
+/// it may answer null.
 template <class Object>
 ControlFlag NumberFlag(const char* shortName, const char* longName, bool isInteger,
                        Object* (*target)(Control&), void (*set)(Object&, double),
@@ -30,7 +30,7 @@ ControlFlag NumberFlag(const char* shortName, const char* longName, bool isInteg
             }};
 }
 
-/// The control's own object.
+/// A `target` for NumberFlag(): the control's own object.
 template <class Object>
 Object* OwnObject(Control& control) {
     return control.As<Object>();

@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-/// The widget of optionMenu: its entries are its actions.
+/// The widget of optionMenu: shows its actions as entries.
 class OptionMenu : public QComboBox {
     Q_OBJECT
 

@@ -17,7 +17,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// An option menu with its label; the label's column is there only when there is a label.
+/// An option menu with its label; without a label it has no label column.
 class OptionMenuControl : public GroupControl {
 public:
     explicit OptionMenuControl(const ControlCreation& creation)
@@ -83,7 +83,7 @@ ControlFlags OptionFlags(ControlRegistry* registry) {
          {},
          [registry](Control& control, const CommandCall&) {
              for (Control* const item : ItemsOf(control)) {
-                 // Its entry goes now, not when the event loop runs.
+                 // Remove the entry now, not when the event loop runs next.
                  MenuOf(control).removeAction(item->Action());
                  registry->Delete(*item);
              }

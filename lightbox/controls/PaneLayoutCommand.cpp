@@ -18,7 +18,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// A configuration: the outer direction, and how many panes stand in each of its parts.
+/// A configuration: the direction of the outer splitter, and the number of panes in each of its parts.
 struct Configuration {
     const char* name;
     Qt::Orientation orientation;
@@ -92,7 +92,7 @@ public:
         }
         return panes;
     }
-    /// The share of a pane, counted from 1, of the width and height, in percent.
+    /// Sets the size of a pane, counted from 1, in percent of the layout's width and height.
     void SetPaneSize(int pane, int width, int height) {
         const std::vector<Control*> panes = Panes();
         if (pane < 1 || static_cast<std::size_t>(pane) > panes.size()) {
@@ -118,7 +118,7 @@ private:
         splitter.setSizes(sizes);
     }
 
-    /// Builds the splitters anew and deals the panes out to them. Panes beyond the configuration are hidden.
+    /// Builds new splitters and distributes the panes to them. Panes beyond the configuration are hidden.
     void Arrange() {
         QBoxLayout* const box = static_cast<QBoxLayout*>(Widget()->layout());
         QSplitter* const before = outer_;
@@ -188,7 +188,7 @@ ControlType PaneType() {
              {TEXT},
              [](Control& control, const CommandCall& call) {
                  if (!Pane(control).SetConfiguration(call.String("-configuration"))) {
-                     call.Fail("Unknown configuration of panes: " + call.String("-configuration"));
+                     call.Fail("Unknown pane configuration: " + call.String("-configuration"));
                  }
              },
              [](Control& control) { return Value(Pane(control).ConfigurationName()); }},

@@ -41,7 +41,7 @@ ControlFlags BarFlags() {
         ValueFlag<QProgressBar, int>(
             "-max", "-maxValue", [](QProgressBar& bar, int value) { bar.setMaximum(value); },
             [](const QProgressBar& bar) { return bar.maximum(); }),
-        // The main window's bar is seen from here to -endProgress.
+        // The main window's bar is visible from here to -endProgress.
         {"-bp",
          "-beginProgress",
          {},
@@ -91,7 +91,7 @@ ControlType BarType() {
     return type;
 }
 
-/// The one progress window that there may be.
+/// The progress window. There is at most one at a time.
 class ProgressWindow {
 public:
     Value Run(const CommandCall& call, ControlRegistry& registry) {
@@ -133,7 +133,7 @@ private:
             return Value(0);
         }
         if (call.Has("-isCancelled")) {
-            QApplication::processEvents(); // the click on Cancel, if there was one
+            QApplication::processEvents(); // receive a click on Cancel
             return Value(dialog_ && dialog_->wasCanceled());
         }
         if (call.Has("-status")) {
@@ -158,7 +158,7 @@ private:
                           call.IntOr("-maxValue", dialog_->maximum()));
         int value = call.IntOr("-progress", std::max(dialog_->minimum(), dialog_->value()));
         value += call.IntOr("-step", 0);
-        // It processes events, in which it may be closed.
+        // setValue() processes events, which may close the dialog.
         dialog_->setValue(std::clamp(value, dialog_->minimum(), dialog_->maximum()));
     }
 

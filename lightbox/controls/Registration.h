@@ -7,7 +7,7 @@ class WindowCommandTable;
 /// Adds the commands of windows, layouts, menus, controls and dialogs.
 void RegisterControlCommands(WindowCommandTable& table);
 
-// Its groups, one a file.
+// The groups of commands, one per file.
 void RegisterTopWindowCommands(WindowCommandTable& table);
 void RegisterControlQueryCommands(WindowCommandTable& table);
 void RegisterBoxLayoutCommands(WindowCommandTable& table);

@@ -17,7 +17,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// The slider of a control: itself, or a part of the group.
+/// The slider of a control: its widget, or a part of its group.
 ValueSlider* SliderOf(Control& control) {
     auto* const group = dynamic_cast<GroupControl*>(&control);
     if (!group) {
@@ -35,7 +35,7 @@ NumberField* FieldOf(Control& control) {
     return Group(control).PartAs<NumberField>(1);
 }
 
-/// What the control's number is: the field's, which may go beyond the slider, else the slider's.
+/// The control's value: the field's, which may exceed the slider's range, else the slider's.
 double NumberOf(Control& control) {
     const auto* const group = dynamic_cast<GroupControl*>(&control);
     const NumberField* const field = group ? FieldOf(control) : nullptr;
@@ -46,7 +46,7 @@ void SetNumber(Control& control, double value) {
     const auto* const group = dynamic_cast<GroupControl*>(&control);
     NumberField* const field = group ? FieldOf(control) : nullptr;
     if (field) {
-        // A number beyond the slider's range widens it as far as the field's own goes.
+        // A value outside the slider's range widens it, at most to the range of the field.
         ValueSlider& slider = *SliderOf(control);
         field->SetValue(value);
         slider.SetRange(std::min(slider.Minimum(), field->Value()),
@@ -55,7 +55,7 @@ void SetNumber(Control& control, double value) {
     SliderOf(control)->SetValue(field ? field->Value() : value);
 }
 
-/// An end of the field's range, where there is a field.
+/// A flag for one end of the field's range; without a field it has no effect.
 ControlFlag FieldEnd(const char* shortName, const char* longName, bool isInteger, bool isMinimum) {
     const std::string flag = longName;
     return {shortName,
@@ -74,7 +74,7 @@ ControlFlag FieldEnd(const char* shortName, const char* longName, bool isInteger
             }};
 }
 
-/// Without ends of its own the field takes those of the slider.
+/// Gives the field the slider's limit when the call sets none for the field.
 void LimitField(Control& control, const CommandCall& call, bool isMinimum, double value) {
     auto* const group = dynamic_cast<GroupControl*>(&control);
     NumberField* const field = group ? FieldOf(control) : nullptr;

@@ -23,7 +23,7 @@ public:
         : Control(creation.type, creation.name, creation.parent, new QTabWidget) {
         ControlRegistry& registry = creation.registry;
         QTabWidget* const tabs = As<QTabWidget>();
-        // tabBarClicked comes from the user only.
+        // Only the user's clicks send tabBarClicked.
         QObject::connect(tabs, &QTabWidget::tabBarClicked, tabs, [this, tabs, &registry](int index) {
             registry.Run(*this, "-preSelectCommand");
             tabs->setCurrentIndex(index);
@@ -42,7 +42,7 @@ public:
     bool StretchesHeight(const Control&) const override { return true; }
     bool TakesChildren() const override { return true; }
 
-    /// The index of a child's tab, or an error.
+    /// The index of a child's tab. Throws mel::Error when there is none.
     int IndexOf(const std::string& name) const {
         for (const Control* const child : Children()) {
             const bool isIt = child->Name() == name || child->Path() == name;
@@ -51,7 +51,7 @@ public:
                 return index;
             }
         }
-        throw mel::Error("\"" + name + "\" is no tab of \"" + Path() + "\".");
+        throw mel::Error("\"" + name + "\" is not a tab of \"" + Path() + "\".");
     }
     std::string NameOf(int index) const {
         const QWidget* const page = As<QTabWidget>()->widget(index);

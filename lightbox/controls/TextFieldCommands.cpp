@@ -17,7 +17,7 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-/// The line of a field: the control itself, or the first part of a group.
+/// The line edit of a control: its widget, or the first part of its group.
 QLineEdit* LineOf(Control& control) {
     if (auto* const group = dynamic_cast<GroupControl*>(&control)) {
         return group->PartAs<QLineEdit>(1);
@@ -84,7 +84,8 @@ ControlFlags LineFlags() {
     };
 }
 
-/// Runs the field's scripts: the change's when it was really changed, and on leaving it or on Enter.
+/// Runs the field's scripts: -changeCommand when editing ends with a changed text, -enterCommand on Enter,
+/// and -textChangedCommand on every edit.
 void ConnectLine(QLineEdit& line, Control& control, ControlRegistry& registry) {
     QObject::connect(&line, &QLineEdit::editingFinished, &line, [&line, &control, &registry] {
         if (line.isModified()) {
@@ -150,7 +151,8 @@ ControlType TextGroupType(bool hasButton) {
     return type;
 }
 
-/// Leaving the text, or the keypad's Enter, takes it over as it does in a field of one line.
+/// An editor of several lines. Loss of focus or the keypad's Enter commits the text, as in a single-line
+/// field.
 class ScrollField : public QPlainTextEdit {
 public:
     std::function<void(const char*)> run;

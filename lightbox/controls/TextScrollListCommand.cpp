@@ -35,7 +35,7 @@ QListWidget& ListOf(Control& control) {
     return *control.As<QListWidget>();
 }
 
-/// A flag that may come several times, with one text or number each.
+/// A multi-use flag with one string or integer per use.
 template <class Each>
 ControlFlag Repeated(const char* shortName, const char* longName, MSyntax::MArgType type, Each each,
                      ControlFlag::Get get = nullptr) {
@@ -206,7 +206,7 @@ void RegisterTextScrollListCommand(WindowCommandTable& table) {
         ControlRegistry& registry = creation.registry;
         Control* const made = control.get();
         list->deletePressed = [&registry, made] { registry.Run(*made, "-deleteKeyCommand"); };
-        // Only what the user does runs the script: it is told from the rest by the focus.
+        // Only the user's selection runs the script; then the list has the focus.
         QObject::connect(list, &QListWidget::itemSelectionChanged, list, [&registry, made, list] {
             if (list->hasFocus()) {
                 registry.Run(*made, "-selectCommand");

@@ -9,8 +9,8 @@ namespace lightbox {
 
 namespace {
 
-/// What the palette alone does not say. The names in braces are the theme's colours. Spin boxes only where
-/// they have no buttons (buttonSymbols 2): a sheet takes the style's arrows from those that have.
+/// Styles that the palette cannot express. The names in braces are the theme's colours. Only spin boxes
+/// without buttons (buttonSymbols 2) are styled: a style sheet would remove the arrows of the others.
 const char* const STYLE_SHEET = R"(
 QToolTip { color: {text}; background: {dark}; border: 1px solid {line}; padding: 3px; }
 QMenuBar { background: {window}; padding: 1px 2px; }

@@ -6,7 +6,7 @@ class QApplication;
 
 namespace lightbox {
 
-/// The look of the window: calm and dark, one accent.
+/// The style of the windows: dark greys with one accent colour.
 class Theme {
 public:
     static void Apply(QApplication& application);

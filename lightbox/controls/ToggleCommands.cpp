@@ -1,4 +1,4 @@
-// checkBox, radioButton, radioCollection and their kind with pictures.
+// checkBox, radioButton, radioCollection, and the variants with images.
 
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
@@ -68,7 +68,7 @@ QButtonGroup* RadioButtonGroup(const ControlCreation& creation) {
     return group;
 }
 
-/// The control whose button was on before the one that is clicked now.
+/// The property of a button group that holds the control whose button was on last.
 constexpr const char* LAST_ON = "lastOn";
 
 void Clicked(ControlRegistry& registry, Control& control, QAbstractButton& button) {
@@ -173,7 +173,8 @@ ControlType CollectionType(const char* name, ControlRegistry* registry) {
          [registry](Control& control, const CommandCall& call) {
              auto* const button = registry->Named(call.String("-select")).As<QAbstractButton>();
              if (!button || button->group() != control.As<QButtonGroup>()) {
-                 call.Fail("\"" + call.String("-select") + "\" is no button of \"" + control.Name() + "\".");
+                 call.Fail("\"" + call.String("-select") + "\" is not a button of \"" + control.Name() +
+                           "\".");
              }
              SelectButton(*button);
          },

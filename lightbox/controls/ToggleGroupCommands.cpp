@@ -60,7 +60,7 @@ ControlFlag EnableOf(int number) {
             }};
 }
 
-/// -labelArray3 "a" "b" "c".
+/// The flag for all labels, as in -labelArray3 "a" "b" "c".
 ControlFlag LabelsOf(int count) {
     const std::string flag = "-labelArray" + std::to_string(count);
     return {"-la" + std::to_string(count), flag,
@@ -136,7 +136,7 @@ ControlFlags CommonGroupFlags() {
     return flags;
 }
 
-/// The group with its buttons, each running the group's scripts and those of its number.
+/// Makes the group. Each button runs the scripts of the whole group and those with its own number.
 template <class Button>
 std::unique_ptr<GroupControl> MakeGroup(const ControlCreation& creation, const char* countFlag) {
     const CommandCall& call = creation.call;
@@ -179,7 +179,7 @@ ControlType CheckBoxGroupType() {
     return type;
 }
 
-/// The buttons of a group that shares its collection with another count on from those of the other.
+/// The button group that -shareCollection names; null without the flag.
 QButtonGroup* SharedGroup(const ControlCreation& creation) {
     if (!creation.call.Has("-shareCollection")) {
         return nullptr;
@@ -201,7 +201,7 @@ int Selected(Control& control) {
 
 void Select(Control& control, const CommandCall& call, int number) {
     if (number == 0) {
-        // None: an exclusive group has to be asked twice.
+        // To turn the checked button off, suspend the group's exclusiveness.
         if (QAbstractButton* const checked = ButtonOf(control, std::max(1, Selected(control)))) {
             checked->group()->setExclusive(false);
             checked->setChecked(false);

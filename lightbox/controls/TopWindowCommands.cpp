@@ -94,7 +94,7 @@ ControlFlags SizeFlags() {
     };
 }
 
-/// A switch of the window's frame.
+/// A flag that turns a part of the window's frame on or off.
 ControlFlag FrameFlag(const char* shortName, const char* longName, Qt::WindowType flag) {
     const std::string name = longName;
     return {shortName,
@@ -200,7 +200,7 @@ ControlType WindowType() {
     ControlType type;
     type.name = "window";
     type.family = ControlType::Family::Window;
-    // Being shown comes last, when the window has its size.
+    // -visible is among the common flags, so they come last, when the window has its size.
     type.flags = FrameFlags() + SizeFlags() + MenuBarFlags() + BehaviourFlags() + CommonFlags();
     type.create = [](const ControlCreation& creation) {
         auto window = std::make_unique<WindowControl>(creation.type, creation.name, creation.registry);
@@ -249,7 +249,7 @@ Value QueryWindowPref(const CommandCall& call, const QRect& place) {
     call.Fail("Nothing was asked for.");
 }
 
-/// The place with what the flags say.
+/// The rectangle, changed as the call's flags say.
 QRect PlaceFrom(const CommandCall& call, QRect place) {
     place.moveTo(call.IntOr("-leftEdge", place.left()), call.IntOr("-topEdge", place.top()));
     place.setSize({call.IntOr("-width", place.width()), call.IntOr("-height", place.height())});

@@ -7,7 +7,7 @@ namespace lightbox {
 
 namespace {
 
-/// Positions of the slider: finer than any screen.
+/// The number of slider positions: more than any screen has pixels.
 constexpr int POSITIONS = 10000;
 
 } // namespace

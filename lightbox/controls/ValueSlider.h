@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-/// A slider over a range of numbers, whole ones or fractions.
+/// A slider over a range of integers or floating-point numbers.
 class ValueSlider : public QSlider {
     Q_OBJECT
 
@@ -13,17 +13,17 @@ public:
 
     bool IsInteger() const { return isInteger_; }
     double Value() const { return value_; }
-    /// Beyond the range it is the nearest end.
+    /// Clamps the value to the range; ignores infinity and NaN.
     void SetValue(double value);
     double Minimum() const { return minimum_; }
     double Maximum() const { return maximum_; }
     void SetRange(double minimum, double maximum);
-    /// How far an arrow key goes; 0 for a hundredth of the range.
+    /// The step of an arrow key; 0 for a hundredth of the range.
     void SetStep(double step);
     double Step() const { return step_; }
 
 Q_SIGNALS:
-    /// The user drags it, and has moved it.
+    /// Sent while the user drags the slider, and after the user has moved it.
     void Dragged(double value);
     void Changed(double value);
 

@@ -1,4 +1,4 @@
-// How every command of a control works: make, edit, query, -exists.
+// The common part of all control commands: create, edit, query, -exists.
 
 #include "controls/WindowCommandTable.h"
 
@@ -72,7 +72,7 @@ Value Query(const ControlType& type, Control& control, const CommandCall& call) 
     call.Fail("Nothing was asked for.");
 }
 
-/// Where a new control goes: below -parent, else below the current layout or menu.
+/// The parent of a new control: the one that -parent names, else the current layout or menu.
 Control* ParentFor(const ControlType& type, const CommandCall& call, const ControlRegistry& registry) {
     using Family = ControlType::Family;
     if (type.family == Family::Window) {
@@ -99,7 +99,7 @@ Value Create(const ControlType& type, const CommandCall& call, ControlRegistry& 
             control.ApplySize();
         }
     } catch (...) {
-        // Half a control helps nobody.
+        // Do not leave an incomplete control behind.
         registry.Delete(control);
         throw;
     }
@@ -116,7 +116,7 @@ Value Run(const ControlType& type, const CommandCall& call, ControlRegistry& reg
     }
     if (call.IsCreate()) {
         if (!type.create) {
-            call.Fail("\"" + type.name + "\" makes nothing: it edits and queries what others have made.");
+            call.Fail("\"" + type.name + "\" cannot create controls: it only edits and queries them.");
         }
         return Create(type, call, registry);
     }
@@ -154,7 +154,7 @@ MSyntax SyntaxOf(const ControlType& type) {
     return syntax;
 }
 
-/// A table's own flags stand before the common ones of the same name.
+/// Removes flags whose name came before: a type's own flags override the common ones.
 void DropRepeated(ControlFlags& flags) {
     std::set<std::string> names;
     flags.erase(std::remove_if(flags.begin(), flags.end(),
@@ -169,7 +169,7 @@ void DropRepeated(ControlFlags& flags) {
 
 void WindowCommandTable::Add(ControlType controlType) {
     DropRepeated(controlType.flags);
-    // The controls refer to their type, the registered function keeps it.
+    // Controls point to their type. The registered function owns it.
     const auto type = std::make_shared<const ControlType>(std::move(controlType));
     Add(type->name, SyntaxOf(*type),
         [type](CommandCall& call, ControlRegistry& registry) { return Run(*type, call, registry); });

@@ -16,18 +16,18 @@ namespace mel {
 class CommandRegistry;
 }
 
-/// How the groups of window commands add theirs.
+/// Registers window commands with the interpreter.
 class WindowCommandTable {
 public:
     WindowCommandTable(Host& host, ControlRegistry* controls)
         : host_(host)
         , controls_(controls) {}
 
-    /// Null in batch: then no command gets so far as to use it.
+    /// Null in batch mode, where every window command ends with an error before it uses the registry.
     ControlRegistry* Controls() const { return controls_; }
-    /// The command of a kind of control: makes, edits, queries one.
+    /// Adds the command that creates, edits and queries controls of a type.
     void Add(ControlType type);
-    /// Any other command.
+    /// Adds any other command.
     void Add(const std::string& name, const MSyntax& syntax,
              std::function<mel::Value(mel::CommandCall&, ControlRegistry&)> function);
 

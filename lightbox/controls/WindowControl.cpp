@@ -86,7 +86,7 @@ WindowControl::WindowControl(const ControlType& type, const std::string& name, C
         if (!window_->isRetained) {
             registry.Delete(*this);
         }
-        // After the window is closed: the script may make one of the same name.
+        // Run the script after the window is deleted: it may make a window of the same name.
         registry.RunScript(script);
     });
 }

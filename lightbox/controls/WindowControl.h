@@ -8,8 +8,8 @@ namespace lightbox {
 
 class ControlRegistry;
 
-/// The main window as a control. Layouts and controls that scripts make without saying where find a place in
-/// it that is not shown, until whoever made them puts their widget elsewhere.
+/// The main window as a control. Layouts and controls that scripts make without a parent go into a hidden
+/// widget of the window, until their maker moves the widget elsewhere.
 class MainWindowControl : public Control {
 public:
     explicit MainWindowControl(QMainWindow& window);
@@ -22,16 +22,16 @@ private:
     QWidget* holder_;
 };
 
-/// The widget of a window that MEL made: it tells its control when the user closes it.
+/// The widget of a MEL window. It tells its control when the user closes, minimizes or restores it.
 class ControlWindow : public QMainWindow {
     Q_OBJECT
 
 public:
     explicit ControlWindow(QWidget* parent);
 
-    /// Keeps the window, hidden, when it is closed.
+    /// Hides the window when it is closed, instead of deleting it.
     bool isRetained = false;
-    /// Whether a size or place was asked for, so that showing it need not choose one.
+    /// Whether a script set a size or position; otherwise Show() chooses one.
     bool hasSize = false;
     bool hasPlace = false;
     bool fitsChildren = false;
@@ -48,7 +48,7 @@ protected:
     void changeEvent(QEvent* event) override;
 };
 
-/// A window of its own.
+/// A window that MEL made.
 class WindowControl : public Control {
 public:
     WindowControl(const ControlType& type, const std::string& name, ControlRegistry& registry);
@@ -59,7 +59,7 @@ public:
     bool TakesChildren() const override { return true; }
     QMenuBar* MenuBar() override;
 
-    /// Shows it in front, where it was when it was last closed.
+    /// Shows the window in front of the others, where it was when it was last closed.
     void Show();
     void Hide();
 

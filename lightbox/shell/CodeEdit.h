@@ -4,8 +4,8 @@
 
 namespace lightbox {
 
-/// A text editor with the lines' numbers beside them. Tab indents by four blanks; Ctrl+Enter and the keypad's
-/// Enter ask to run the text.
+/// A text editor with line numbers. Tab indents by four spaces. Ctrl+Enter and the keypad's Enter send
+/// RunAsked().
 class CodeEdit : public QPlainTextEdit {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int MAX_REMEMBERED = 500;
 
-/// The application's style sheet would not let a palette through.
+/// Colours the line by a style sheet, since the application's style sheet overrides palettes.
 void SetBackground(QLineEdit& line, Output::Kind kind) {
     QString colors;
     if (kind == Output::Kind::Error) {
@@ -66,7 +66,7 @@ CommandLineBar::CommandLineBar(MessageLog& log, QWidget* parent)
     result_->setObjectName("commandResult");
     help_->setObjectName("helpLine");
     help_->setTextFormat(Qt::PlainText);
-    // Whatever a tool says of itself, and whether it does, leaves the views their size.
+    // Reserve the height of one line, and ignore the width, so that help texts never resize the views.
     help_->setText(" ");
     help_->setMinimumHeight(help_->sizeHint().height());
     help_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
@@ -89,7 +89,7 @@ CommandLineBar::CommandLineBar(MessageLog& log, QWidget* parent)
     connect(input_, &QLineEdit::returnPressed, this, [this, &log] {
         const QString text = input_->text();
         if (text.trimmed().isEmpty()) {
-            // An empty line gives the keyboard back to the window.
+            // Enter on an empty line returns the keyboard focus to the window.
             input_->clearFocus();
             return;
         }

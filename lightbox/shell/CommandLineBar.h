@@ -13,14 +13,14 @@ namespace lightbox {
 
 class MessageLog;
 
-/// A line to type MEL into. The up and down keys go through what was typed before.
+/// An input field for MEL. The up and down keys go through the history of typed lines.
 class CommandLineEdit : public QLineEdit {
     Q_OBJECT
 
 public:
     using QLineEdit::QLineEdit;
 
-    /// Notes a line that was run, and empties the field.
+    /// Adds the text to the history and clears the field.
     void Remember();
 
 protected:
@@ -29,12 +29,12 @@ protected:
 private:
     QStringList history_;
     int position_ = 0;
-    /// What stood in the field before the history was gone through.
+    /// The text that was in the field before the user went into the history.
     QString draft_;
 };
 
-/// The bottom of the window: the command line with the last result beside it, red for an error and yellow for
-/// a warning, and under both the help line.
+/// The bar at the bottom of the window: the command line, the last result beside it (red for an error, yellow
+/// for a warning), and the help line below.
 class CommandLineBar : public QWidget {
     Q_OBJECT
 

@@ -25,7 +25,7 @@ bool IsSocket(const QString& path) {
     return ::lstat(path.toLocal8Bit().constData(), &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-/// Whether somebody still answers at a socket's path.
+/// Whether a program still accepts connections at a socket's path.
 bool IsAlive(const QString& path) {
     QLocalSocket probe;
     probe.connectToServer(path);
@@ -33,7 +33,7 @@ bool IsAlive(const QString& path) {
     return probe.waitForConnected(patience);
 }
 
-/// A result as a line: the elements of an array stand between tabs.
+/// The text of a result. The elements of an array are separated by tabs.
 std::string Text(const mel::Value& value) {
     if (!value.IsArray()) {
         return value.IsNone() ? std::string() : value.AsString();
@@ -59,7 +59,7 @@ CommandPort::CommandPort(Host& host, const std::string& name, const Options& opt
 }
 
 CommandPort::~CommandPort() {
-    // Its own connections end with it; what they still have to say is not wanted any more.
+    // Close the remaining connections and drop their unread input.
     for (const auto& [client, text] : pending_) {
         client->disconnect(this);
         client->deleteLater();
@@ -81,7 +81,7 @@ void CommandPort::ListenToPort(const std::string& name) {
     const int port = QString::fromStdString(name.substr(colon + 1)).toInt(&isNumber);
     constexpr int highest = 65535;
     if (!isNumber || port < 1 || port > highest) {
-        throw mel::Error("\"" + name + "\" is no port: \":1024\" to \":65535\" are.");
+        throw mel::Error("\"" + name + "\" is not a valid port: use \":1024\" to \":65535\".");
     }
     tcp_ = std::make_unique<QTcpServer>();
     if (!tcp_->listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
@@ -97,7 +97,7 @@ void CommandPort::ListenToPort(const std::string& name) {
 
 void CommandPort::ListenToSocket(const QString& path) {
     if (QFileInfo::exists(path) || IsSocket(path)) {
-        // Only a socket that a program left behind when it died may go.
+        // Replace only a socket that a crashed program left behind.
         if (!IsSocket(path) || IsAlive(path)) {
             throw mel::Error("Cannot listen to \"" + path.toStdString() + "\": it is in use.");
         }
@@ -126,7 +126,7 @@ void CommandPort::Connect(QIODevice& client) {
 
 void CommandPort::Read(QIODevice& client) {
     const QPointer<CommandPort> self = this;
-    // A line may close the port; its client may go while it runs, or when it is answered.
+    // A line may close the port, and the client may disconnect while the line runs or when it is answered.
     const auto isServed = [&] { return self && pending_.count(&client) != 0; };
     if (!isServed()) {
         return;
@@ -164,7 +164,7 @@ void CommandPort::Disconnected(QIODevice& client) {
     const QByteArray rest = found->second;
     pending_.erase(found);
     client.deleteLater();
-    // Many clients do not wait for their answers, or send no line break at the end of what they have to say.
+    // Run the remaining lines: many clients do not wait for answers or omit the last line break.
     const QPointer<CommandPort> self = this;
     for (const QByteArray& line : rest.split('\n')) {
         if (!self || line.size() > options_.bufferSize) {

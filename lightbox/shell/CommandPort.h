@@ -16,31 +16,31 @@ namespace lightbox {
 
 class Host;
 
-/// A door for other programs on this machine: each line that they send is run as MEL and answered with its
-/// result, a line break and a zero byte; an error is answered with its message. It never listens beyond this
-/// machine, and a local socket lets only the same user in.
+/// Runs MEL that other programs on this machine send. Each line is answered with its result or error message,
+/// followed by a line break and a zero byte. The port accepts connections from this machine only, and a local
+/// socket only from the same user.
 class CommandPort : public QObject {
     Q_OBJECT
 
 public:
     struct Options {
-        /// In bytes. A longer line closes its connection, a longer result is answered with an error.
+        /// In bytes. A longer line closes its connection; instead of a longer result an error is sent.
         int bufferSize = 1 << 20;
         bool answers = true;
         /// Answers with the number of lines run instead of their results.
         bool answersCount = false;
-        /// Sends a copy of everything that is shown while a line runs, too.
+        /// Also sends a copy of all output while a line runs.
         bool echoesOutput = false;
-        /// A command that gets each line as its one argument; empty to run the line itself.
+        /// A command that is called with each line as its only argument; if empty, the line itself is run.
         std::string prefix;
     };
 
-    /// `name` is a socket's path (one without a slash stands in /tmp), or ":PORT". Throws mel::Error when it
-    /// cannot be listened to.
+    /// `name` is the path of a socket (in /tmp if it has no leading slash), or ":PORT". Throws mel::Error
+    /// when the port cannot listen there.
     CommandPort(Host& host, const std::string& name, const Options& options);
     ~CommandPort() override;
 
-    /// Stops listening at once and deletes itself when the event loop runs.
+    /// Stops listening at once and deletes the port when the event loop runs next.
     void Close();
 
 private:
@@ -49,7 +49,7 @@ private:
     void Connect(QIODevice& client);
     void Read(QIODevice& client);
     void Disconnected(QIODevice& client);
-    /// The answer to one line.
+    /// Runs one line and returns the answer.
     QByteArray Run(const QByteArray& line);
     void Send(QIODevice& client, QByteArray answer) const;
 
@@ -57,7 +57,7 @@ private:
     Options options_;
     std::unique_ptr<QTcpServer> tcp_;
     std::unique_ptr<QLocalServer> local_;
-    /// What has come of a line so far.
+    /// The received bytes of incomplete lines, by client.
     std::map<QIODevice*, QByteArray> pending_;
 };
 

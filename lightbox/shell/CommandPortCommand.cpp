@@ -62,7 +62,7 @@ Value Run(const CommandCall& call, ControlRegistry& registry, Ports& ports) {
         if (found == ports.end()) {
             call.Fail("There is no command port \"" + name + "\".");
         }
-        // The line that closes it may have come through it: it goes when that one has been answered.
+        // This call may have come through the port itself. Close() deletes the port only after the answer.
         found->second.release()->Close();
         ports.erase(found);
         return Value();

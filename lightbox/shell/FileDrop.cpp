@@ -45,7 +45,7 @@ QStringList FileDrop::FilesOf(const QMimeData& data) const {
         if (path.isEmpty() || scenes > 1 || !isKnown) {
             return {};
         }
-        // The scene first, whatever the order in which they were picked: the rest is meant for it.
+        // Open the scene first, since the other files are meant for it.
         files.insert(IsScene(path) ? 0 : files.size(), path);
     }
     return files;
@@ -78,7 +78,7 @@ bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
         drop->setDropAction(Qt::CopyAction);
         drop->accept();
         if (event->type() == QEvent::Drop) {
-            // Later, so that the program that they come from does not wait for questions asked here.
+            // Wait for the event loop, so that our dialogs do not block the program that the files come from.
             QTimer::singleShot(0, this, [this, files] {
                 for (const QString& file : files) {
                     Take(file);

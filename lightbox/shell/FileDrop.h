@@ -12,22 +12,23 @@ namespace lightbox {
 
 class Host;
 
-/// Files that are dropped onto the window: a scene (.ma, .lbx) is opened, after the question about unsaved
-/// changes; a script (.mel) is run; with any other file is done what a plug-in offers for its suffix (see
-/// addPluginActions). Each is done as the typed line would do it, so that it is undone, logged and refused
-/// alike.
+/// Handles files dropped onto the window. A scene (.ma, .lbx) is opened, after the question about unsaved
+/// changes; a script (.mel) is run; any other file is passed to the action that a plug-in offers for its
+/// suffix (see addPluginActions). Each is done through a MEL command, so undo, log and errors work as for a
+/// typed line.
 class FileDrop : public QObject {
     Q_OBJECT
 public:
-    /// The window owns it.
+    /// The window owns the object.
     FileDrop(Host& host, QWidget& window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    /// The files that mean something here; none when one of them does not, or when there are several scenes.
+    /// The dropped files, a scene first. Empty when one of them cannot be handled or when there are several
+    /// scenes.
     QStringList FilesOf(const QMimeData& data) const;
-    /// The command of a plug-in that takes such a file; empty when there is none.
+    /// The plug-in command for files of that suffix; empty when there is none.
     std::string ActionFor(const QString& path) const;
     void Take(const QString& path);
 

@@ -1,4 +1,4 @@
-// lightboxWidget and lightboxGrab: where things are on the screen, and what they look like.
+// lightboxWidget and lightboxGrab: the screen geometry of widgets, and images of them.
 
 #include "controls/ControlRegistry.h"
 #include "controls/WindowCommandTable.h"
@@ -38,7 +38,7 @@ Value OnScreen(const QWidget& widget, const QRect& part) {
     return Value::IntArray{corner.x(), corner.y(), part.width(), part.height()};
 }
 
-/// Where a menu's title or an item's row is, in a menu bar or an open menu.
+/// The screen rectangle of a menu's title in a menu bar, or of an item's row in an open menu.
 Value ItemOnScreen(const CommandCall& call, QAction& action) {
     for (const QWidget* const host : action.associatedWidgets()) {
         if (!host->isVisible()) {
@@ -56,7 +56,7 @@ Value ItemOnScreen(const CommandCall& call, QAction& action) {
 
 Value Widget(CommandCall& call, ControlRegistry& registry) {
     if (!call.IsQuery() || !call.Has("-geometry")) {
-        call.Fail("Only -query -geometry is known.");
+        call.Fail("lightboxWidget only supports -query -geometry.");
     }
     const std::string& name = call.Object(0).AsString();
     const Control* const control = registry.Find(name);
@@ -71,7 +71,7 @@ bool IsPopup(const QWidget& window) {
     return window.windowType() == Qt::Popup;
 }
 
-/// Whether a window stays above another: it is popped up, or one of its dialogs and floating windows.
+/// Whether a window stays above another: a popup, or one of the other's dialogs or floating windows.
 bool IsOver(const QWidget& window, const QWidget& below) {
     const QWidget* parent = window.parentWidget();
     while (parent && parent != &below) {
@@ -97,7 +97,7 @@ std::vector<QWidget*> WindowsOver(const QWidget& below) {
     return windows;
 }
 
-/// A window with what lies over it; any other widget by itself.
+/// An image of a window with the windows over it, or of any other widget alone.
 QPixmap Grab(QWidget& widget) {
     QPixmap picture = widget.grab();
     if (!widget.isWindow() || IsPopup(widget)) {
@@ -115,7 +115,7 @@ Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
     if (!call.Has("-file")) {
         call.Fail("The file to write is missing: -file.");
     }
-    // What was shown or hidden just before has to be laid out first.
+    // Let Qt lay out widgets that were shown or hidden just before.
     QApplication::sendPostedEvents();
     if (UserInterface* const ui = registry.host().ui()) {
         ui->RefreshViews(true);
@@ -125,7 +125,7 @@ Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
                                           : *registry.MainWindow().Widget();
     const QString file = ToQt(call.String("-file"));
     if (!Grab(widget).save(file)) {
-        call.Fail("The picture \"" + call.String("-file") + "\" cannot be written.");
+        call.Fail("The image \"" + call.String("-file") + "\" cannot be written.");
     }
     return call.String("-file");
 }

@@ -15,7 +15,7 @@ namespace {
 
 struct Hotkey {
     const char* key;
-    /// MEL; %c is the camera of the panel in use, %p the panel.
+    /// MEL. %c stands for the active panel's camera, %p for the panel.
     const char* line;
 };
 

@@ -4,8 +4,8 @@ namespace lightbox {
 
 class MainWindow;
 
-/// Gives the window the keys that act on the panel in use or on the scene, in every window of the program. A
-/// text field that has the keyboard keeps what it can take, and so does a tool.
+/// Adds the hotkeys for the active panel and the scene; they work in every window of the program. A focused
+/// text field or a tool gets the keys that it accepts first.
 void AddHotkeys(MainWindow& window);
 
 } // namespace lightbox

@@ -119,7 +119,7 @@ void MainWindow::ShowHelp(const QString& text) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    // The window goes with the host, once its loop has ended.
+    // The host deletes the window after the event loop has ended.
     event->ignore();
     if (host_.QuitStatus() || UnsavedChanges::Settle(host_, this)) {
         host_.RequestQuit(host_.QuitStatus().value_or(0));

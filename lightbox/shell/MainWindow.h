@@ -12,12 +12,12 @@ class PanelLayout;
 class RecentFiles;
 class ViewportPanels;
 
-/// The window of the program: menu bar, shelf, viewports, time slider, command line and help line, one below
-/// the other. The objectName is "MayaWindow", by which scripts and plug-ins find it.
+/// The main window: menu bar, shelf, viewports, time slider, command line and help line, from top to bottom.
+/// Scripts and plug-ins find it by its objectName "MayaWindow".
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    /// Where others put what they show. The window owns what is put into it.
+    /// The areas that take widgets. The window owns the widgets.
     enum class Place { Shelf, Time, Command };
 
     explicit MainWindow(Host& host);
@@ -31,10 +31,10 @@ public:
     PanelLayout& Layout() { return *layout_; }
     RecentFiles& Recent() { return *recent_; }
 
-    /// Puts the window where it was when it was closed last, if that is on a screen that is there.
+    /// Restores the geometry of the last session, if it is on an existing screen, and the panel layout.
     void RestoreState();
     void SaveState();
-    /// Shown in the help line, when there is one.
+    /// Shows a text in the help line, if there is one.
     void ShowHelp(const QString& text);
 
 Q_SIGNALS:

@@ -17,7 +17,7 @@ const QColor NUMBER_COLOR(0xc8, 0xc8, 0x88);
 const QColor TEXT_COLOR(0xa4, 0xc0, 0x7c);
 const QColor COMMENT_COLOR(0x88, 0x8c, 0x90);
 
-/// The state of a block whose end is inside a comment of several lines.
+/// The state of a text block that ends inside a multi-line comment.
 constexpr int IN_COMMENT = 1;
 
 bool IsKeyword(const QString& word) {

@@ -8,7 +8,7 @@ namespace mel {
 class Interpreter;
 }
 
-/// Colours MEL: keywords, commands that there are, variables, flags, numbers, strings and comments.
+/// Colours MEL: keywords, existing commands, variables, flags, numbers, strings and comments.
 class MelHighlighter : public QSyntaxHighlighter {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ protected:
     void highlightBlock(const QString& text) override;
 
 private:
-    /// Colours what begins at `start`; answers where the next piece begins.
+    /// Colours the token at `start` and returns the start of the next one.
     int Highlight(const QString& text, int start);
     int EndOfComment(const QString& text, int start);
     void HighlightWord(const QString& word, int start);

@@ -9,24 +9,23 @@ namespace lightbox {
 
 class Host;
 
-/// Everything the host says, for those in the window who show it. What would have been written to the
-/// terminal still is.
+/// Sends the host's output to the widgets that show it. The output still goes to the terminal, too.
 class MessageLog : public QObject {
     Q_OBJECT
 
 public:
-    /// Listens from here on.
+    /// Starts to listen to the host's output.
     explicit MessageLog(Host& host);
     ~MessageLog() override;
 
-    /// Runs a text as one that was typed: echoes it, shows its result and its errors. False when it ended
-    /// with an error.
+    /// Runs a text that the user typed: echoes it and shows its result or error. False when it ended with an
+    /// error.
     bool RunTyped(const QString& text);
 
 Q_SIGNALS:
-    /// A piece of history; a print has its own line breaks, anything else is whole lines.
+    /// A piece of output. Prints contain their own line breaks; all other pieces are whole lines.
     void Said(lightbox::Output::Kind kind, const QString& text);
-    /// A line that was typed, before it runs.
+    /// Sent with a typed text before it runs.
     void Typed(const QString& text);
 
 private:

@@ -14,7 +14,7 @@ namespace {
 const char* const OPTION_VARIABLE = "RecentFilesList";
 constexpr std::size_t MAX_FILES = 10;
 
-/// The latest last.
+/// The stored paths, the latest last.
 std::vector<std::string> Stored(const OptionVars& variables) {
     const OptionVars::Value* const value = variables.Find(OPTION_VARIABLE);
     const auto* files = value ? std::get_if<std::vector<std::string>>(value) : nullptr;

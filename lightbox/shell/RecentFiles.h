@@ -10,12 +10,12 @@ namespace lightbox {
 
 class Host;
 
-/// The scenes that were opened and saved last, kept in the option variable RecentFilesList (the latest last),
-/// as scripts know it.
+/// The list of recently opened and saved scenes. It is stored in the option variable RecentFilesList, which
+/// scripts also read, with the latest last.
 class RecentFiles : public QObject {
     Q_OBJECT
 public:
-    /// Notes every scene that is opened or saved from now on.
+    /// Adds every scene that is opened or saved from now on.
     explicit RecentFiles(Host& host, QObject* parent = nullptr);
     ~RecentFiles() override;
 

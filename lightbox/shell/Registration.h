@@ -7,11 +7,11 @@ class Host;
 class ViewportPanels;
 class WindowCommandTable;
 
-/// Adds MEL's window commands. Without controls, as in batch, they are there but end with an error that says
-/// so; without `panels` those of viewports do. Both must stay until no MEL runs any more.
+/// Registers the window commands. When `controls` is null, as in batch mode, the commands end with an error;
+/// when `panels` is null, those for viewports do. Both objects have to outlive all execution of MEL.
 void RegisterWindowCommands(Host& host, ControlRegistry* controls, ViewportPanels* panels);
 
-// Those of the shell, one group a file.
+// The shell's own groups of commands, one per file.
 void RegisterCommandPortCommand(WindowCommandTable& table);
 void RegisterGrabCommands(WindowCommandTable& table);
 

@@ -20,7 +20,7 @@ namespace lightbox {
 
 namespace {
 
-/// Lines of history that are kept.
+/// The maximum number of lines in the history.
 constexpr int MAX_LINES = 20000;
 
 QToolButton* TextButton(const QString& text, const QString& tip) {

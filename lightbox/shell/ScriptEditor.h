@@ -12,8 +12,7 @@ class CodeEdit;
 class Host;
 class MessageLog;
 
-/// The script editor: what was said above, what is to be run below. Ctrl+Enter runs the selected text, or
-/// all.
+/// The script editor: the output history above, the input below. Ctrl+Enter runs the selected text, or all.
 class ScriptEditor : public QWidget {
     Q_OBJECT
 
@@ -39,7 +38,7 @@ private:
     CodeEdit* input_;
 };
 
-/// The colour in which messages of a kind are shown; invalid for the usual one.
+/// The text colour of messages of a kind; an invalid colour stands for the default.
 QColor MessageColor(Output::Kind kind);
 
 } // namespace lightbox

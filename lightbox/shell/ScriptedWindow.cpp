@@ -33,7 +33,7 @@ using mel::SyntaxBuilder;
 using mel::Value;
 using Place = MainWindow::Place;
 
-/// A part of the window by the name that scripts know it by.
+/// The place of the window that a script names.
 Place PlaceNamed(const CommandCall& call) {
     const std::string name = call.Object(0).AsString();
     const std::pair<const char*, Place> rows[] = {{"Shelf", Place::Shelf},
@@ -69,7 +69,7 @@ ScriptedWindow::ScriptedWindow(Host& host, MainWindow& window)
 
 ScriptedWindow::~ScriptedWindow() {
     window_.removeEventFilter(this);
-    // They listen to the log.
+    // These widgets listen to the log, so delete them first.
     delete commandLine_;
     delete editor_;
 }
@@ -134,7 +134,8 @@ void ScriptedWindow::BuildMenus() {
     if (QWidget* const progress = controls_->FindWidget("mainProgressBar")) {
         commandLine_->AddToHelpLine(progress);
     }
-    // What an open menu greys out keeps its key: it may be of use before the menu is opened again.
+    // Enable items with a shortcut when the menu closes: the shortcut may become usable before the menu opens
+    // again.
     if (const Control* const edit = controls_->Find("mainEditMenu")) {
         QMenu* const menu = edit->Menu();
         connect(menu, &QMenu::aboutToHide, menu, [menu] {
@@ -143,7 +144,7 @@ void ScriptedWindow::BuildMenus() {
             }
         });
     }
-    // More than one key does each, as hands expect it.
+    // Animators expect several shortcuts for undo and redo.
     if (const Control* const undo = controls_->Find("lightboxUndoItem")) {
         undo->Action()->setShortcuts({QKeySequence("Ctrl+Z"), QKeySequence("Z")});
     }

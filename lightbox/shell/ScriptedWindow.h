@@ -13,13 +13,13 @@ class MainWindow;
 class MessageLog;
 class ScriptEditor;
 
-/// What scripts make of the main window: its controls, menus and shelf, the command line and help line, the
-/// script editor.
+/// The part of the main window that uses MEL: controls, menus and shelf, command line and help line, script
+/// editor.
 class ScriptedWindow : public QObject {
     Q_OBJECT
 
 public:
-    /// Adds the window commands to the interpreter, and the parts to the window.
+    /// Registers the window commands with the interpreter and adds the parts to the window.
     ScriptedWindow(Host& host, MainWindow& window);
     ~ScriptedWindow() override;
 

@@ -86,7 +86,7 @@ bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
         Complain(host, parent, error);
         return false;
     }
-    // The dialog has asked about a file that is there already.
+    // The dialog has already asked whether to replace an existing file.
     return Write(host, parent, true);
 }
 

@@ -6,15 +6,15 @@ namespace lightbox {
 
 class Host;
 
-/// The question about changes of the scene that no file has.
+/// Asks the user about unsaved changes of the scene.
 class UnsavedChanges {
 public:
-    /// Asks, when there are any, whether to save them, and saves. True when what was about to happen (a new
-    /// scene, another one, the end) may go on.
+    /// If there are unsaved changes, asks whether to save them, and saves. True when the caller may continue
+    /// to replace the scene or quit; false when the user cancelled or the scene could not be saved.
     static bool Settle(Host& host, QWidget* parent);
-    /// Saves the scene, asking for a file when it has none. False when it was not saved.
+    /// Saves the scene; asks for a file when the scene has none. False when it was not saved.
     static bool Save(Host& host, QWidget* parent);
-    /// Asks for a file and saves the scene there.
+    /// Asks for a file and saves the scene there. False when it was not saved.
     static bool SaveAs(Host& host, QWidget* parent);
 };
 

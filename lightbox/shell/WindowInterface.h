@@ -10,7 +10,7 @@ class Host;
 class MainWindow;
 class ScriptedWindow;
 
-/// What those below the window see of it. It owns the main window.
+/// The implementation of UserInterface with the main window, which it owns.
 class WindowInterface : public UserInterface {
 public:
     explicit WindowInterface(Host& host);

@@ -20,11 +20,11 @@ namespace lightbox {
 void WindowSession::PrepareApplication() {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // Whole factors, so that a pixel of a drawing is a square of the screen's: a screen of 100 dots an inch
-    // is not one that wants everything 1.04 times as large. QT_SCALE_FACTOR takes any other.
+    // Use integer scale factors, so that a drawing's pixel is a square of screen pixels. Otherwise a screen
+    // with 100 dpi would get a factor of 1.04. QT_SCALE_FACTOR still allows any factor.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::RoundPreferFloor);
-    // A plug-in makes a texture in one view and draws it in all of them.
+    // Share textures, since a plug-in makes a texture in one view and draws it in all views.
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QSurfaceFormat format;
     format.setVersion(2, 1);
@@ -40,7 +40,7 @@ WindowSession::WindowSession(Host& host)
     host.SetUserInterface(std::make_unique<WindowInterface>(host));
     QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
     connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &WindowSession::Turn);
-    // Timers that never let the loop sleep must not keep the host from its work.
+    // `awake` covers timers that never let the loop block.
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
     MainWindow* const window = WindowInterface::Current(host);
     new FileDrop(host, *window);
@@ -67,7 +67,7 @@ void WindowSession::Turn() {
     if (window->isWindowModified() != host_.files().IsModified()) {
         window->setWindowModified(host_.files().IsModified());
     }
-    // The loop is between two waits here; the work itself has to be done by it.
+    // This is called from the event dispatcher, so let the event loop do the idle work.
     if (!host_.idle().IsEmpty() && !idleIsDue_) {
         idleIsDue_ = true;
         QTimer::singleShot(0, this, [this] {

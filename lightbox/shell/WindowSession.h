@@ -8,18 +8,20 @@ namespace lightbox {
 
 class Host;
 
-/// The program with its window, from the first paint to the end: does the host's idle work when the event
-/// loop has nothing else to do, and ends the loop when the host was asked to quit.
+/// Runs the program with its window. Does the host's idle work when the event loop has nothing else to do,
+/// and ends the loop when the host was asked to quit.
 class WindowSession : public QObject {
     Q_OBJECT
 public:
-    /// Before the application object is made: what OpenGL and high-resolution screens need.
+    /// Sets Qt's options for OpenGL and high-resolution screens. Call it before the application object is
+    /// made.
     static void PrepareApplication();
 
-    /// Makes the window and gives it to the host.
+    /// Makes the window. The host owns it.
     explicit WindowSession(Host& host);
 
-    /// Shows the window, calls `onceShown` when it stands, and runs until the end. Answers the exit status.
+    /// Shows the window, calls `onceShown` from the event loop, and runs until the program quits. Returns the
+    /// exit status.
     int Run(const std::function<void()>& onceShown);
 
 private:

@@ -20,7 +20,7 @@ struct FieldRow {
     const char* tip;
 };
 
-/// In the order of FrameField::Kind.
+/// In the order of FrameField::Role.
 constexpr FieldRow FIELDS[] = {
     {"currentTimeField", "currentTime ", QT_TRANSLATE_NOOP("FrameField", "Current time")},
     {"animationStartField", "playbackOptions -animationStartTime ",
@@ -32,19 +32,19 @@ constexpr FieldRow FIELDS[] = {
     {"animationEndField", "playbackOptions -animationEndTime ",
      QT_TRANSLATE_NOOP("FrameField", "End of the animation")}};
 
-const FieldRow& RowOf(FrameField::Kind kind) {
-    return FIELDS[static_cast<int>(kind)];
+const FieldRow& RowOf(FrameField::Role role) {
+    return FIELDS[static_cast<int>(role)];
 }
 
 } // namespace
 
-FrameField::FrameField(Host& host, Kind kind, QWidget* parent)
+FrameField::FrameField(Host& host, Role role, QWidget* parent)
     : QLineEdit(parent)
     , host_(host)
     , events_(host.events())
-    , kind_(kind) {
-    setObjectName(RowOf(kind).objectName);
-    setToolTip(tr(RowOf(kind).tip));
+    , role_(role) {
+    setObjectName(RowOf(role).objectName);
+    setToolTip(tr(RowOf(role).tip));
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QLineEdit::editingFinished, this, &FrameField::Commit);
@@ -61,14 +61,14 @@ QSize FrameField::sizeHint() const {
 
 double FrameField::Frame() const {
     const Timeline& time = host_.time();
-    switch (kind_) {
-    case Kind::AnimationStart:
+    switch (role_) {
+    case Role::AnimationStart:
         return time.AnimationStart();
-    case Kind::PlaybackStart:
+    case Role::PlaybackStart:
         return time.MinTime();
-    case Kind::PlaybackEnd:
+    case Role::PlaybackEnd:
         return time.MaxTime();
-    case Kind::AnimationEnd:
+    case Role::AnimationEnd:
         return time.AnimationEnd();
     default:
         return time.CurrentTime();
@@ -86,7 +86,7 @@ void FrameField::Commit() {
     if (isModified()) {
         setModified(false);
         try {
-            host_.interpreter().Execute(RowOf(kind_).command + Quoted(text().toStdString()));
+            host_.interpreter().Execute(RowOf(role_).command + Quoted(text().toStdString()));
         } catch (const mel::Error& error) {
             host_.output().Error(error.Described());
         }

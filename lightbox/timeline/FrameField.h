@@ -8,15 +8,16 @@ namespace lightbox {
 
 class Host;
 
-/// A field with one of the timeline's frames: the current time, or an end of one of the ranges. Typing a time
-/// ("12", "2sec") sets it by the command that a script would use; what is no time leaves it as it was.
+/// A field that shows and sets one of the timeline's frames: the current time, or an end of one of the
+/// ranges. A typed time ("12", "2sec") is set through the MEL command. An invalid text shows an error and
+/// changes nothing.
 class FrameField : public QLineEdit {
     Q_OBJECT
 
 public:
-    enum class Kind { CurrentTime, AnimationStart, PlaybackStart, PlaybackEnd, AnimationEnd };
+    enum class Role { CurrentTime, AnimationStart, PlaybackStart, PlaybackEnd, AnimationEnd };
 
-    FrameField(Host& host, Kind kind, QWidget* parent = nullptr);
+    FrameField(Host& host, Role role, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
 
@@ -27,7 +28,7 @@ private:
 
     Host& host_;
     EventSubscriptions events_;
-    Kind kind_;
+    Role role_;
 };
 
 } // namespace lightbox

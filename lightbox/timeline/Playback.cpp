@@ -14,7 +14,7 @@ namespace lightbox {
 
 namespace {
 
-/// Steps and positions that differ by less are the same.
+/// Frames; positions that differ by less are equal.
 constexpr double TOLERANCE = 1e-6;
 
 } // namespace
@@ -35,7 +35,7 @@ Playback::Position Playback::Advance(const Timeline& time, double frame, int dir
     const auto place = [&](double distance, int towards) {
         return towards > 0 ? time.MinTime() + distance : time.MaxTime() - distance;
     };
-    // From the end where this direction begins.
+    // The distance in frames from the end where this direction starts.
     double distance = direction > 0 ? frame - time.MinTime() : time.MaxTime() - frame;
     distance += static_cast<double>(steps) * by;
     if (distance <= lastStep + TOLERANCE) {
@@ -109,7 +109,7 @@ void Playback::OnTick() {
         return;
     }
     if (time.CurrentTime() != frame_ || time.PlayingDirection() != direction_ || Rate() != rate_) {
-        // Someone else moved the time or turned the direction.
+        // Something else changed the time, the direction or the rate.
         Rebase();
     }
     const long long due = StepsDue();
@@ -125,7 +125,7 @@ void Playback::OnTick() {
     }
     if (time.IsPlaying()) {
         if (time.PlaybackSpeed() <= 0.0) {
-            // Every frame is shown, so a late one is not made up for.
+            // When every frame is shown, playback does not catch up after a late frame.
             Rebase();
         }
         Schedule();

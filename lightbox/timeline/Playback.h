@@ -11,23 +11,26 @@ namespace lightbox {
 class Host;
 class Timeline;
 
-/// Moves the time while the timeline plays, from the event loop, which goes on meanwhile. In real time frames
-/// are left out when showing them takes too long; a playback speed of 0 shows every frame. Escape stops it.
+/// Advances the current time during playback, from a timer of the event loop. Real-time playback skips frames
+/// when drawing is too slow; a playback speed of 0 shows every frame. Escape stops playback.
 class Playback : public QObject {
     Q_OBJECT
 
 public:
     struct Position {
         double frame;
-        /// 1 forward, -1 backward, 0 at the end of what is played once.
+        /// 1 forward, -1 backward, 0 when playback without a loop has ended.
         int direction;
     };
 
     explicit Playback(Host& host, QObject* parent = nullptr);
 
-    /// Where so many steps from a frame of the playback range lead, with the timeline's step and loop.
+    /// The position after a number of steps from a frame of the playback range, with the timeline's step size
+    /// and loop.
     static Position Advance(const Timeline& time, double frame, int direction, long long steps);
-    /// Where playback begins: the current frame, unless it lies outside the range or at its end.
+    /// The first frame of playback: the current frame, or the start of the range (its end when playing
+    /// backward) if the current frame is outside the range, or if it is at the end and playback does not
+    /// loop.
     static double Beginning(const Timeline& time, int direction);
 
 protected:
@@ -36,11 +39,11 @@ protected:
 private:
     void OnPlaying(bool playing);
     void OnTick();
-    /// Counts steps from here on.
+    /// Restarts the clock and the count of steps at the current frame.
     void Rebase();
-    /// Steps that the clock asks for, from the last Rebase().
+    /// The number of steps due since the last Rebase(), by the clock.
     long long StepsDue() const;
-    /// Steps a second; 0 as fast as possible.
+    /// Steps per second; 0 for as fast as possible.
     double Rate() const;
     void Schedule();
 
@@ -51,7 +54,7 @@ private:
     double frame_ = 0.0;
     int direction_ = 0;
     long long steps_ = 0;
-    /// What the clock was set for; a change of it starts the count anew.
+    /// The Rate() of the current count of steps. A change of the rate restarts the count.
     double rate_ = 0.0;
 };
 

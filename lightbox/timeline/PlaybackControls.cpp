@@ -107,7 +107,8 @@ void PlaybackControls::StepKey(int direction) {
 void PlaybackControls::Play(int direction) {
     Timeline& time = host_.time();
     const bool stops = time.PlayingDirection() == direction;
-    // A turn stops first, so that who watches the condition sees one playback end and the other begin.
+    // Stop first on a change of direction, so that observers of the condition see one playback end and
+    // another start.
     time.SetPlaying(0);
     if (!stops) {
         time.SetPlaying(direction);

@@ -9,9 +9,9 @@ namespace lightbox {
 
 class Host;
 
-/// The buttons beside the time slider: to the start and the end, by a frame, by a key of what is selected,
-/// and playback both ways, where a button that plays stops it again. They wrap round at the ends of the
-/// range.
+/// The buttons beside the time slider: go to the start or end, step by a frame or by a key of the selected
+/// nodes, and play backward or forward. The button of the current direction stops playback. Steps wrap around
+/// at the ends of the range.
 class PlaybackControls : public QWidget {
     Q_OBJECT
 

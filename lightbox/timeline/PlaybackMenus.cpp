@@ -32,7 +32,7 @@ constexpr LoopRow LOOPS[] = {
      QT_TRANSLATE_NOOP("PlaybackMenus", "Playback starts over at the end")},
     {Sign::LoopOscillate, "oscillate", QT_TRANSLATE_NOOP("PlaybackMenus", "Playback turns at the ends")}};
 
-/// The units that animators choose from; the others are set by command.
+/// The time units in the menu; the others can only be set by command.
 constexpr const char* UNITS[] = {"15fps", "film", "25fps", "ntsc", "show", "palf", "ntscf"};
 
 QString RateText(MTime::Unit unit) {

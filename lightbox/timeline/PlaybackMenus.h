@@ -12,7 +12,8 @@ namespace lightbox {
 class Host;
 class TransportButton;
 
-/// Beside the range slider: how playback loops, and a menu with the time unit and the playback speed.
+/// The controls beside the range slider: a button for the loop mode, and a menu for the time unit and the
+/// playback speed.
 class PlaybackMenus : public QWidget {
     Q_OBJECT
 

@@ -11,8 +11,8 @@ namespace lightbox {
 class Host;
 
 /// The range slider: the playback range as a bar within the animation range. Dragging the bar moves the
-/// range, dragging its ends resizes it; a double click plays all of the animation range, and another one goes
-/// back. A drag is undone in one step.
+/// range, dragging its ends resizes it; a double click sets it to the whole animation range, and a second one
+/// restores it. A drag is one undo step.
 class RangeSlider : public QWidget {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ private:
     Part drag_ = Part::None;
     double pressX_ = 0.0;
     Range pressRange_;
-    /// What a double click goes back to.
+    /// The playback range that the second double click restores.
     Range smaller_{0.0, -1.0};
 };
 

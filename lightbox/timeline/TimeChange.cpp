@@ -8,20 +8,20 @@ namespace lightbox {
 
 TimeChange::TimeChange(Host& host)
     : host_(host)
-    , way_(std::make_shared<Way>(Way{host.time().CurrentTime(), host.time().CurrentTime()})) {}
+    , span_(std::make_shared<Span>(Span{host.time().CurrentTime(), host.time().CurrentTime()})) {}
 
 void TimeChange::MoveTo(double frame) {
     Timeline& time = host_.time();
-    way_->to = frame;
+    span_->to = frame;
     if (isRecorded_) {
         time.SetCurrentTime(frame);
     } else if (frame != time.CurrentTime()) {
         isRecorded_ = true;
         edit::Do(
-            host_, "currentTime", [&time, way = way_] { time.SetCurrentTime(way->to); },
-            [&time, way = way_] { time.SetCurrentTime(way->from); });
+            host_, "currentTime", [&time, span = span_] { time.SetCurrentTime(span->to); },
+            [&time, span = span_] { time.SetCurrentTime(span->from); });
     } else {
-        // The time may have moved without the scene before.
+        // Evaluate the scene, since the time may have moved without it before.
         time.SetCurrentTime(frame);
     }
 }

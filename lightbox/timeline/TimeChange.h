@@ -6,8 +6,8 @@ namespace lightbox {
 
 class Host;
 
-/// A change of the current time by dragging: however many frames it passes, it is undone in one step. It goes
-/// onto the undo queue with its first frame, before anything that the way there brings about.
+/// A change of the current time by dragging. The whole drag is one undo step, however many frames it passes.
+/// It goes on the undo queue with its first frame, before any edits that the time changes cause.
 class TimeChange {
 public:
     explicit TimeChange(Host& host);
@@ -15,13 +15,13 @@ public:
     void MoveTo(double frame);
 
 private:
-    struct Way {
+    struct Span {
         double from;
         double to;
     };
 
     Host& host_;
-    std::shared_ptr<Way> way_;
+    std::shared_ptr<Span> span_;
     bool isRecorded_ = false;
 };
 

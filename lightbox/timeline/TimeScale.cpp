@@ -9,7 +9,7 @@ namespace lightbox {
 
 namespace {
 
-/// Ticks that are nearer are a grey band.
+/// View pixels; ticks at a smaller distance would merge into a grey band.
 constexpr double MIN_TICK_DISTANCE = 4.0;
 
 } // namespace

@@ -4,8 +4,8 @@
 
 namespace lightbox {
 
-/// Where frames lie in a time slider, in view pixels. Whatever is laid over the slider counts the same way: a
-/// margin of half a hundredth of the width, and 99 hundredths divided among the frames.
+/// Maps frames to x positions in a time slider, in view pixels. Overlays over the slider use the same
+/// formula: a margin of 0.5 % of the width on each side, and 99 % divided among the frames.
 class TimeScale {
 public:
     TimeScale(double start, double end, double width)
@@ -17,15 +17,15 @@ public:
     double Start() const { return start_; }
     double End() const { return end_; }
     double PixelsPerFrame() const { return perFrame_; }
-    /// The left edge of a frame's place.
+    /// The left edge of a frame's cell.
     double X(double frame) const { return margin_ + (frame - start_) * perFrame_; }
-    /// The frame, whole numbers away from the start, whose place holds that x; not bound to the range.
+    /// The frame whose cell contains x: the start plus a whole number of frames, not clamped to the range.
     double FrameAt(double x) const;
-    /// The same, bound to the range.
+    /// Like FrameAt(), but clamped to the range.
     double FrameWithin(double x) const;
-    /// Frames from one number to the next so that numbers of that width stay apart.
+    /// The number of frames between labels, so that labels of that width in pixels do not overlap.
     double LabelStep(double labelWidth) const;
-    /// Frames from one tick to the next, a part of the label step.
+    /// The number of frames between ticks; it divides the label step.
     double TickStep(double labelStep) const;
 
 private:
@@ -35,7 +35,7 @@ private:
     double perFrame_;
 };
 
-/// A frame as the sliders show it: at most two decimals.
+/// The text of a frame in the sliders, with at most two decimals.
 QString FrameLabel(double frame);
 
 } // namespace lightbox

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int SLIDER_HEIGHT = 38;
 constexpr int LABEL_PIXELS = 11;
-/// How near to an end of the highlighted range a press takes hold of it.
+/// The largest distance of a press, in view pixels, that grips an end of the highlighted range.
 constexpr double GRIP = 5.0;
 
 const QColor HIGHLIGHT(178, 58, 48, 120);
@@ -30,14 +30,14 @@ const QColor ARROW(244, 208, 96);
 const QColor KEY(232, 72, 60);
 const QColor NOW(240, 150, 48);
 
-/// Colours that go with the window's.
+/// The widget's text colour with an alpha of 0 to 255.
 QColor Ink(const QWidget& widget, int alpha) {
     QColor ink = widget.palette().color(QPalette::Text);
     ink.setAlpha(alpha);
     return ink;
 }
 
-/// A triangle that points left (-1) or right (1), its tip at x.
+/// Paints a triangle that points left (-1) or right (1), with its tip at x.
 void PaintArrow(QPainter& painter, double x, double y, int direction) {
     const double length = 6.0 * direction;
     const QPointF points[] = {{x, y}, {x - length, y - 4.5}, {x - length, y + 4.5}};
@@ -109,7 +109,7 @@ void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
                                    fontMetrics().horizontalAdvance(FrameLabel(std::floor(scale.End()))));
     const double labelStep = scale.LabelStep(widest + 12.0);
     const double tickStep = scale.TickStep(labelStep);
-    // Below the numbers, down into the lower third where marks are laid over them.
+    // The ticks start below the numbers and reach into the lower third, where overlays paint their marks.
     const double top = height() * 0.5;
     const auto isLabelled = [&](double frame) {
         const double steps = frame / labelStep;
@@ -127,7 +127,8 @@ void TimeSlider::PaintTicks(QPainter& painter, const TimeScale& scale) const {
             painter.setPen(Ink(*this, 215));
             const QString label = FrameLabel(frame);
             const double labelWidth = fontMetrics().horizontalAdvance(label);
-            // At the right end it stands to the left of its tick, or nowhere: no number is cut.
+            // At the right end, put the number to the left of its tick, or leave it out, so that no number is
+            // clipped.
             const double left = x + 3.0 + labelWidth > width() ? x - 3.0 - labelWidth : x + 3.0;
             if (left > free) {
                 painter.drawText(QPointF(left, top - 5.0), label);
@@ -193,7 +194,7 @@ void TimeSlider::PaintCurrentTime(QPainter& painter, const TimeScale& scale) con
     painter.fillRect(QRectF(x, 0.0, 2.0, height()), NOW);
     const QString label = FrameLabel(frame);
     const double labelWidth = fontMetrics().horizontalAdvance(label) + 8.0;
-    // At the right end the flag hangs to the left of its pole.
+    // At the right end, put the label to the left of its line.
     const double left = x + 2.0 + labelWidth > width() ? x - labelWidth : x + 2.0;
     const QRectF flag(left, 0.0, labelWidth, LABEL_PIXELS + 5.0);
     painter.fillRect(flag, NOW);
@@ -221,7 +222,7 @@ TimeSlider::Drag TimeSlider::DragFor(const QMouseEvent& event) const {
     const double left = scale.X(range.first);
     const double right = scale.X(range.second);
     const double x = event.localPos().x();
-    // In a narrow range the middle is there to move it.
+    // In a narrow range, leave the middle half for moving it.
     const double grip = std::min(GRIP, (right - left) / 4.0);
     if (x >= left - GRIP && x < left + grip) {
         return Drag::RangeStart;
@@ -280,7 +281,7 @@ void TimeSlider::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void TimeSlider::mouseDoubleClickEvent(QMouseEvent* event) {
-    // Two quick drags are two drags: only two plain clicks stand for the whole range.
+    // Treat other double clicks as presses, so that two quick Shift drags stay two drags.
     if (event->button() != Qt::LeftButton || event->modifiers() & Qt::ShiftModifier) {
         mousePressEvent(event);
         return;
@@ -309,7 +310,7 @@ void TimeSlider::DragTo(double x) {
     }
 }
 
-/// The range first, then the time: who follows the time finds the range where it is now.
+/// Sets the range before the time, so that observers of the time see the new range.
 void TimeSlider::DragRange(double x) {
     Timeline& time = host_.time();
     const TimeScale scale = Scale();
@@ -323,7 +324,7 @@ void TimeSlider::DragRange(double x) {
         time.HighlightRange(first, std::max(scale.FrameWithin(x) + 1.0, first + 1.0));
         return;
     }
-    // Not out of sight; a range that reaches out already stays where it is at least.
+    // Keep the range within the slider. A range that already extends beyond it does not move further out.
     const double furthestBack = std::min(0.0, scale.Start() - first);
     const double furthestOn = std::max(0.0, scale.End() + 1.0 - last);
     const double distance = std::clamp(scale.FrameAt(x) - pressFrame_, furthestBack, furthestOn);

@@ -17,12 +17,13 @@ namespace lightbox {
 class Host;
 class Timeline;
 
-/// The time slider: the frames of the playback range with their numbers, the current time, the keys of what
-/// is selected, and the highlighted range. The timeline is the model of everything it shows.
+/// The time slider: the frames of the playback range with their numbers, the current time, the keys of the
+/// selected nodes, and the highlighted range. The timeline holds the data; the slider only shows it.
 ///
-/// Dragging moves the time, with the middle button without the scene. Dragging with Shift highlights a range;
-/// dragging that moves it, the current time and the keys of what is selected with it, dragging its ends
-/// resizes it, a press elsewhere ends it. A double click highlights all. The right button is left to menus.
+/// Dragging changes the time; with the middle button the scene is not evaluated. Dragging with Shift
+/// highlights a range. Dragging the range moves it together with the current time and the selected nodes'
+/// keys; dragging an end resizes it; a press elsewhere clears it. A double click highlights the whole
+/// playback range. The right button is left to menus.
 class TimeSlider : public QWidget {
     Q_OBJECT
 
@@ -60,12 +61,12 @@ private:
     EventSubscriptions events_;
     Drag drag_ = Drag::None;
     Qt::MouseButton button_ = Qt::NoButton;
-    /// At the press: the frame under the pointer, the time, and the highlighted range.
+    /// At the press: the frame under the pointer, the current time, and the highlighted range.
     double pressFrame_ = 0.0;
     double pressTime_ = 0.0;
     std::pair<double, double> pressRange_;
     std::optional<TimeChange> change_;
-    /// Empty until they are asked for after a change.
+    /// The cached key times; empty after a change until KeyTimes() is called.
     std::optional<std::vector<double>> keyTimes_;
 };
 

@@ -55,13 +55,14 @@ void TimeSliderBar::NameSlider(const std::string& name) {
 QWidget* TimeSliderBar::MakeUpperRow() {
     auto* row = new QWidget(this);
     QHBoxLayout* layout = RowOf(row);
-    // What is laid over the slider takes its place among its neighbours for its own: so it has none.
+    // An overlay may use the position of the slider in its parent as its own. In a parent of its own the
+    // slider starts at (0, 0).
     auto* place = new QWidget(row);
     QHBoxLayout* only = RowOf(place);
     slider_ = new TimeSlider(host_, place);
     only->addWidget(slider_);
     layout->addWidget(place, 1);
-    layout->addWidget(new FrameField(host_, FrameField::Kind::CurrentTime, row));
+    layout->addWidget(new FrameField(host_, FrameField::Role::CurrentTime, row));
     layout->addWidget(new PlaybackControls(host_, row));
     return row;
 }
@@ -69,11 +70,11 @@ QWidget* TimeSliderBar::MakeUpperRow() {
 QWidget* TimeSliderBar::MakeLowerRow() {
     auto* row = new QWidget(this);
     QHBoxLayout* layout = RowOf(row);
-    layout->addWidget(new FrameField(host_, FrameField::Kind::AnimationStart, row));
-    layout->addWidget(new FrameField(host_, FrameField::Kind::PlaybackStart, row));
+    layout->addWidget(new FrameField(host_, FrameField::Role::AnimationStart, row));
+    layout->addWidget(new FrameField(host_, FrameField::Role::PlaybackStart, row));
     layout->addWidget(new RangeSlider(host_, row), 1);
-    layout->addWidget(new FrameField(host_, FrameField::Kind::PlaybackEnd, row));
-    layout->addWidget(new FrameField(host_, FrameField::Kind::AnimationEnd, row));
+    layout->addWidget(new FrameField(host_, FrameField::Role::PlaybackEnd, row));
+    layout->addWidget(new FrameField(host_, FrameField::Role::AnimationEnd, row));
     layout->addWidget(new PlaybackMenus(host_, row));
     return row;
 }

@@ -12,8 +12,8 @@ class TimeSlider;
 
 /// The time area at the bottom of the main window: the time slider with the current time and the playback
 /// controls, and below it the range slider with the ends of the ranges, the frame rate and the loop. While it
-/// exists, the global MEL variable gPlayBackSlider names its slider ("timeControl1", also the slider's
-/// objectName), and playback runs.
+/// exists, playback works, and the global MEL variable gPlayBackSlider holds the slider's name
+/// ("timeControl1", also its objectName).
 class TimeSliderBar : public QWidget {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     explicit TimeSliderBar(Host& host, QWidget* parent = nullptr);
     ~TimeSliderBar() override;
 
-    /// The control that the plug-in lays its overlay on.
+    /// The widget under the plug-in's overlay.
     TimeSlider& Slider() const { return *slider_; }
     Playback& GetPlayback() const { return *playback_; }
 

@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-/// A button of the playback controls, with its sign drawn at whatever scale the screen has.
+/// A button of the playback controls. Its sign is painted as a vector, so it is sharp at every screen scale.
 class TransportButton : public QAbstractButton {
     Q_OBJECT
 

@@ -6,13 +6,13 @@
 
 namespace lightbox {
 
-/// How a viewport shows the scene.
+/// The settings for how a viewport draws the scene.
 struct DisplayOptions {
     enum class Shading { Wireframe, Smooth };
 
     Shading shading = Shading::Smooth;
     bool wireframeOnShaded = false;
-    /// Every surface in the grey of the default material.
+    /// Draws every surface in the grey of the default material.
     bool defaultMaterial = false;
     bool grid = true;
     bool axisIcon = true;
@@ -20,7 +20,7 @@ struct DisplayOptions {
     bool cameras = true;
     bool locators = true;
     bool selectionHighlighting = true;
-    /// The background runs from the first colour, at the top, to the second.
+    /// The background is a gradient from the first colour at the top to the second at the bottom.
     QColor backgroundTop{0x6e, 0x79, 0x86};
     QColor backgroundBottom{0x20, 0x22, 0x25};
 

@@ -12,13 +12,14 @@ namespace lightbox {
 
 namespace {
 
-/// Frames after which a texture that nobody shows any more gives its memory back.
+/// An unused texture is deleted after this number of frames.
 constexpr std::uint64_t MAX_UNUSED_TEXTURE_FRAMES = 240;
-/// A texture shrunk below this is read from its smaller copies.
+/// A texture drawn at a smaller scale than this uses mipmaps.
 constexpr double MIPMAP_SCALE = 0.6;
-/// How far from its own size, in pixels of the screen, a texture may be shown and still be copied.
+/// The largest difference from its own size, in screen pixels, at which a texture is still copied pixel by
+/// pixel.
 constexpr double SAME_SIZE = 0.01;
-/// Room around a text for what reaches beyond its own box.
+/// Margin around a text, in view pixels, for glyphs that reach beyond the text's box.
 constexpr double TEXT_MARGIN = 2.0;
 constexpr GLenum CLAMP_TO_EDGE = 0x812F;
 
@@ -39,9 +40,9 @@ struct DrawListRenderer::Held {
     bool hasMipmaps = false;
     std::uint64_t revision = ~std::uint64_t(0);
     std::uint64_t lastFrame = 0;
-    /// Keeps the texture's address from being used by another one.
+    /// Keeps the texture alive, so that no other texture can get its address.
     std::shared_ptr<Texture> source;
-    /// Of a text: its box in view pixels, from where its base line begins.
+    /// For a text: its box in view pixels, relative to the start of its base line.
     QRectF box;
 };
 
@@ -109,7 +110,7 @@ void DrawListRenderer::Begin() {
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glLoadIdentity();
-    // Pixels of the screen: what is to be sharp is set on whole ones.
+    // Use screen pixels as units, so that sharp items can be aligned with them.
     glOrtho(0.0, std::round(size_.width() * pixelRatio_), 0.0, std::round(size_.height() * pixelRatio_), -1.0,
             1.0);
     glMatrixMode(GL_MODELVIEW);
@@ -122,7 +123,7 @@ void DrawListRenderer::Begin() {
     glDisable(GL_TEXTURE_2D);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glEnable(GL_BLEND);
-    // The alpha of the picture itself stays whole, or the window would show through.
+    // Keep the framebuffer's alpha at 1, or the window would show through.
     glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
     glActiveTexture(GL_TEXTURE0);
@@ -175,12 +176,12 @@ void DrawListRenderer::DrawTextured(const DrawItem& item) {
     const double scale = std::min(width / held.size.width(), height / held.size.height());
     SetFilter(held, isOwnSize || !item.smooth, scale);
     glEnable(GL_TEXTURE_2D);
-    // The texture holds colours that are weighed by their alpha already, and so has to be the colour.
+    // The texture has premultiplied alpha, so premultiply the colour, too.
     const double alpha = item.color.alphaF();
     glColor4d(item.color.redF() * alpha, item.color.greenF() * alpha, item.color.blueF() * alpha, alpha);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     if (isOwnSize) {
-        // Halves go to the left and upward, as the tools count pixels.
+        // Round halves to the left and upward, as the tools do.
         const double left = std::ceil(center.x() - width * 0.5 - 0.5);
         const double top = std::floor(center.y() + height * 0.5 + 0.5);
         DrawQuad({left, top}, held.size);
@@ -219,7 +220,7 @@ void DrawListRenderer::Stroke(const QPointF& from, const QPointF& to, const Draw
     const double width = std::max(1.0, std::round(item.lineWidth * pixelRatio_));
     SetColor(item.color);
     if (IsHorizontalOrVertical(from, to)) {
-        // As a box on whole pixels, so that it is as wide as asked for and no wider.
+        // Draw a box on whole pixels, so that the line has exactly the requested width.
         const auto low = [&](double a, double b) { return std::floor(std::min(a, b) - (width - 1.0) * 0.5); };
         const double left = low(from.x(), to.x());
         const double bottom = low(from.y(), to.y());
@@ -299,7 +300,7 @@ DrawListRenderer::Held& DrawListRenderer::UploadText(const DrawItem& item) {
         QPainter painter(&image);
         painter.scale(pixelRatio_, pixelRatio_);
         painter.setFont(font);
-        // A soft shade keeps it readable over light and dark.
+        // A soft shadow keeps the text readable on light and dark backgrounds.
         painter.setPen(QColor(0, 0, 0, item.color.alpha() / 2));
         painter.drawText(QPointF(0.0, 1.0) - held->box.topLeft(), item.text);
         painter.setPen(item.color);
@@ -323,7 +324,7 @@ DrawListRenderer::Held& DrawListRenderer::Upload(const std::shared_ptr<Texture>&
                                                                   : texture->image.rect();
         held->revision = texture->revision;
         if (!changed.isEmpty()) {
-            // Only colours weighed by their alpha can be filtered: nothing of what is transparent bleeds in.
+            // Premultiply the alpha, so that filtering does not blend in the colours of transparent pixels.
             const QImage part =
                 texture->image.copy(changed).convertToFormat(QImage::Format_RGBA8888_Premultiplied);
             changed == texture->image.rect() ? Store(*held, part) : Update(*held, part, changed.topLeft());

@@ -14,19 +14,20 @@
 
 namespace lightbox {
 
-/// Draws a DrawList over what is in the framebuffer. One for each view: it holds textures of the view's
-/// OpenGL context, which has to be current in every call, also in the destructor.
+/// Draws a DrawList over the contents of the framebuffer. Each view has its own renderer, which holds
+/// textures of the view's OpenGL context. The context has to be current in every call, also in the
+/// destructor.
 ///
-/// A texture that is shown at its own size is set on whole pixels of the screen and copied pixel by pixel; at
-/// any other size it is filtered, its colours weighed by their alpha.
+/// A texture that is shown upright at its own size is aligned with the screen's pixels and copied pixel by
+/// pixel. At any other size it is filtered with premultiplied alpha.
 class DrawListRenderer : private QOpenGLFunctions, private NonCopyable {
 public:
     DrawListRenderer();
     ~DrawListRenderer();
 
-    /// The view's size in view pixels, and how many pixels of the screen make one of them.
+    /// `size` is the view's size in view pixels; `pixelRatio` is the number of screen pixels per view pixel.
     void Draw(const DrawList& list, const QSize& size, double pixelRatio);
-    /// Textures brought to the card so far.
+    /// The number of texture uploads so far.
     unsigned UploadCount() const { return uploadCount_; }
 
 private:
@@ -40,17 +41,17 @@ private:
     void DrawLine(const DrawItem& item);
     void DrawCircle(const DrawItem& item);
     void DrawText(const DrawItem& item);
-    /// A line between two points in pixels of the screen.
+    /// Draws a line between two points in screen pixels.
     void Stroke(const QPointF& from, const QPointF& to, const DrawItem& item);
-    /// The bound texture, upright and at its own size.
+    /// Draws the bound texture upright, one texel per screen pixel.
     static void DrawQuad(const QPointF& topLeft, const QSize& size);
     static void SetColor(const QColor& color);
     Held& Upload(const std::shared_ptr<Texture>& texture);
     Held& UploadText(const DrawItem& item);
     void Store(Held& held, const QImage& image);
-    /// Replaces a part of a texture that was stored.
+    /// Replaces a part of a stored texture.
     void Update(Held& held, const QImage& part, const QPoint& at);
-    /// Binds the texture, to be copied pixel by pixel or shown at a scale.
+    /// Binds the texture and sets its filters, to copy it pixel by pixel or to draw it at a scale.
     void SetFilter(Held& held, bool copies, double scale);
     void ForgetUnused();
 

@@ -32,7 +32,7 @@ V4f LineColor(VisibleShape::State state, bool highlights, const V4f& plain) {
                                                     : plain;
 }
 
-/// Later ones are drawn over earlier ones.
+/// The drawing order: a higher layer is drawn over a lower one.
 int LayerOf(VisibleShape::State state) {
     return state == VisibleShape::State::Lead ? 2 : state == VisibleShape::State::Selected ? 1 : 0;
 }
@@ -79,7 +79,7 @@ DrawnScene::DrawnScene(Scene& scene, const CameraView& cameraView, const DagNode
             }
         }
     }
-    // What is selected shows through what is not.
+    // Draw selected shapes last, over the others.
     std::stable_sort(shapes.begin(), shapes.end(), [](const VisibleShape& a, const VisibleShape& b) {
         return LayerOf(a.state) < LayerOf(b.state);
     });

@@ -15,14 +15,14 @@ class DagNode;
 class MeshData;
 class Scene;
 
-/// What of a scene is drawn in a viewport, looked up and sorted; with nothing of OpenGL. Two that are equal
-/// give the same picture.
+/// A snapshot of everything that a viewport draws of a scene, sorted for drawing and independent of OpenGL.
+/// Equal snapshots give the same picture.
 struct DrawnScene {
     struct Surface {
         Imath::M44d world;
         std::shared_ptr<const MeshData> mesh;
         Material material;
-        /// Its edges are drawn as well.
+        /// Whether its edges are drawn, too.
         bool hasLines;
         bool IsTransparent() const { return material.opacity < 0.999f; }
         bool operator==(const Surface& other) const;
@@ -34,7 +34,7 @@ struct DrawnScene {
         Imath::V4f color;
         bool operator==(const Wires& other) const;
     };
-    /// Of a camera or a locator: two points for each line, in its own space.
+    /// The lines of a camera or a locator, two points per line, in object space.
     struct Outline {
         Imath::M44d world;
         std::vector<Imath::V3f> points;
@@ -42,7 +42,7 @@ struct DrawnScene {
         bool operator==(const Outline& other) const;
     };
 
-    /// `lookThrough` is the shape of the camera that is looked through, which is not drawn itself.
+    /// `lookThrough` is the shape of the view's own camera, which is not drawn.
     DrawnScene(Scene& scene, const CameraView& cameraView, const DagNode& lookThrough,
                const DisplayOptions& displayOptions);
     bool operator==(const DrawnScene& other) const;
@@ -50,7 +50,7 @@ struct DrawnScene {
     CameraView view;
     DisplayOptions options;
     std::vector<Surface> surfaces;
-    /// Later ones lie over earlier ones.
+    /// In drawing order: later ones lie over earlier ones.
     std::vector<Wires> wires;
     std::vector<Outline> outlines;
 };

@@ -13,11 +13,11 @@ namespace {
 
 const QColor GATE_LINE(0xc8, 0xcc, 0xd2, 210);
 const QColor GUIDE_LINE(0xc8, 0xcc, 0xd2, 120);
-/// Of the field chart, which lies all over the drawing.
+/// The lines of the field chart; faint, because they cover the drawing.
 const QColor CHART_LINE(0xc8, 0xcc, 0xd2, 70);
 const QColor LABEL(0xe6, 0xe8, 0xea, 230);
 constexpr unsigned LABEL_SIZE = 12;
-/// Shares of the gate's side inside which action and titles are safe, as published for the host.
+/// The sides of the safe areas as shares of the gate's, as the host's documentation gives them.
 constexpr double SAFE_ACTION = 0.9;
 constexpr double SAFE_TITLE = 0.8;
 constexpr int CHART_FIELDS = 12;
@@ -83,7 +83,7 @@ QRectF Scaled(const QRectF& gate, double share) {
     return gate.adjusted(dx, dy, -dx, -dy);
 }
 
-/// Everything outside the gate.
+/// Covers everything outside the gate.
 void AddMask(Drawing& drawing, const DagNode& camera, const CameraView& view, const QRectF& gate) {
     const auto channel = [&](const char* name) {
         return static_cast<float>(std::clamp(Number(camera, name), 0.0, 1.0));
@@ -115,7 +115,7 @@ void AddFieldChart(Drawing& drawing, const QRectF& gate) {
     drawing.Line(gate.bottomLeft(), gate.topRight(), CHART_LINE);
 }
 
-/// "960 x 540", the size that is rendered.
+/// The render size in pixels, such as "960 x 540".
 QString ResolutionText(const Scene& scene) {
     const auto read = [&](const char* plug) {
         return scene.HasPlug(plug) ? QString::number(qRound(scene.FindPlug(plug).Number())) : QString("0");

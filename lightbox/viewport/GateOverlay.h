@@ -8,8 +8,8 @@ namespace lightbox {
 class CameraView;
 class DagNode;
 
-/// What lies over the scene in a viewport and is no part of it: film gate, resolution gate with its mask,
-/// field chart, safe areas, the camera's name.
+/// Makes the camera's overlay over the scene of a viewport: film gate, resolution gate, gate mask, field
+/// chart, safe areas, and the camera's name.
 class GateOverlay {
 public:
     static DrawList Items(const DagNode& cameraShape, const CameraView& cameraView,

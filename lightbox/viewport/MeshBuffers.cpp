@@ -9,7 +9,7 @@ namespace lightbox {
 
 namespace {
 
-/// Frames after which an unused mesh is freed; it may be one that blinks.
+/// An unused mesh is freed after this number of frames. Meshes that blink stay.
 constexpr unsigned MAX_UNUSED_MESH_FRAMES = 8;
 
 template <class T>

@@ -10,7 +10,8 @@ namespace lightbox {
 
 class MeshData;
 
-/// The meshes of one OpenGL context in its memory, by revision. What no frame asked for in a while is freed.
+/// Caches the vertex and index buffers of meshes in one OpenGL context, by mesh revision. Frees meshes that
+/// no frame used for a while.
 class MeshBuffers {
 public:
     struct Buffers {
@@ -23,11 +24,11 @@ public:
         unsigned lastFrame = 0;
     };
 
-    /// Uploads the mesh unless it is there. The context has to be current, as for all others.
+    /// The mesh's buffers, uploaded if necessary. The context has to be current in all calls.
     Buffers& Get(const MeshData& mesh);
-    /// A frame is complete: frees what the last ones did not use.
+    /// Ends a frame and frees the meshes that the last frames did not use.
     void EndFrame();
-    /// How many meshes were uploaded so far.
+    /// The number of mesh uploads so far.
     unsigned UploadCount() const { return uploads_; }
 
 private:

@@ -58,7 +58,7 @@ ControlFlag CameraFlag() {
             [](Control& control) { return Value(CameraName(PanelOf(control))); }};
 }
 
-/// A switch of what the viewport shows.
+/// A flag that shows or hides one type of object in the viewport.
 ControlFlag ShowFlag(const char* shortName, const char* longName, bool& (*member)(ViewOptions&)) {
     const std::string flag = longName;
     return {shortName,
@@ -168,7 +168,7 @@ ControlFlags EditorFlags(ViewportPanels* panels) {
              }
          },
          [panels](Control& control) { return Value(panels && panels->Active() == &PanelOf(control)); }},
-        // Kinds of objects that there are none of here: scripts that set them find them set.
+        // Object types that Lightbox does not have. The flags only keep their values for queries.
         NoteFlag("-nc", "-nurbsCurves", ON),
         NoteFlag("-ns", "-nurbsSurfaces", ON),
         NoteFlag("-j", "-joints", ON),
@@ -220,7 +220,7 @@ ControlType PanelType(const char* name, ControlFlags flags, ViewportPanels* pane
     return type;
 }
 
-/// The panel of a name, else the active one.
+/// The panel of that name, or the active one for an empty name.
 ViewportPanel& PanelNamed(const CommandCall& call, const ViewportPanels& panels, const std::string& name) {
     ViewportPanel* const panel = name.empty() ? panels.Active() : panels.Find(name);
     if (!panel) {

@@ -5,8 +5,8 @@ namespace lightbox {
 class ViewportPanels;
 class WindowCommandTable;
 
-/// modelPanel, modelEditor, getPanel, panel, lookThru, lookThroughModelPanel, setNamedPanelLayout, refresh.
-/// Without `panels`, as in a window that has none, they end with an error that says so.
+/// Registers modelPanel, modelEditor, getPanel, panel, lookThru, lookThroughModelPanel, setNamedPanelLayout
+/// and refresh. When `panels` is null, as in a window without viewports, the commands end with an error.
 void RegisterPanelCommands(WindowCommandTable& table, ViewportPanels* panels);
 
 } // namespace lightbox

@@ -10,7 +10,7 @@ namespace lightbox {
 
 namespace {
 
-/// The icons are drawn on a square of this side, with a margin of two.
+/// The side of the square that the icons are drawn in, with a margin of 2 units.
 constexpr double SIDE = 20.0;
 
 void DrawFilmCamera(QPainter& painter) {
@@ -82,18 +82,18 @@ void DrawSphere(QPainter& painter, bool isFilled, bool hasWires, const QColor& c
     }
 }
 
-/// Two angles that point to what had no room.
+/// Two chevrons, for the buttons that do not fit.
 void DrawMore(QPainter& painter) {
     for (const double x : {5.0, 10.5}) {
         painter.drawPolyline(QPolygonF({{x, 5.5}, {x + 4.5, 10.0}, {x, 14.5}}));
     }
 }
 
-/// Draws at the size that is asked for, so that the lines are sharp at every scale of the screen.
+/// Draws an icon at the requested size, so that its lines are sharp at every scale of the screen.
 class Engine : public QIconEngine {
 public:
-    explicit Engine(PanelIcon::Kind kind)
-        : kind_(kind) {}
+    explicit Engine(PanelIcon::Symbol symbol)
+        : symbol_(symbol) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const QColor color = mode == QIcon::Disabled ? Theme::FaintText() : Theme::Text();
@@ -115,51 +115,51 @@ public:
         return pixmap;
     }
 
-    QIconEngine* clone() const override { return new Engine(kind_); }
+    QIconEngine* clone() const override { return new Engine(symbol_); }
 
 private:
     void Draw(QPainter& painter, const QColor& color) const {
-        switch (kind_) {
-        case PanelIcon::Kind::Camera:
+        switch (symbol_) {
+        case PanelIcon::Symbol::Camera:
             DrawFilmCamera(painter);
             break;
-        case PanelIcon::Kind::FilmGate:
+        case PanelIcon::Symbol::FilmGate:
             DrawFilmGate(painter);
             break;
-        case PanelIcon::Kind::ResolutionGate:
+        case PanelIcon::Symbol::ResolutionGate:
             DrawResolutionGate(painter);
             break;
-        case PanelIcon::Kind::GateMask:
+        case PanelIcon::Symbol::GateMask:
             DrawGateMask(painter, color);
             break;
-        case PanelIcon::Kind::PanZoom:
+        case PanelIcon::Symbol::PanZoom:
             DrawPanZoom(painter);
             break;
-        case PanelIcon::Kind::Grid:
+        case PanelIcon::Symbol::Grid:
             DrawGrid(painter);
             break;
-        case PanelIcon::Kind::Wireframe:
+        case PanelIcon::Symbol::Wireframe:
             DrawSphere(painter, false, true, color);
             break;
-        case PanelIcon::Kind::Shaded:
+        case PanelIcon::Symbol::Shaded:
             DrawSphere(painter, true, false, color);
             break;
-        case PanelIcon::Kind::WireOnShaded:
+        case PanelIcon::Symbol::WireOnShaded:
             DrawSphere(painter, true, true, color);
             break;
-        case PanelIcon::Kind::More:
+        case PanelIcon::Symbol::More:
             DrawMore(painter);
             break;
         }
     }
 
-    PanelIcon::Kind kind_;
+    PanelIcon::Symbol symbol_;
 };
 
 } // namespace
 
-QIcon PanelIcon::Make(Kind kind) {
-    return QIcon(new Engine(kind));
+QIcon PanelIcon::Make(Symbol symbol) {
+    return QIcon(new Engine(symbol));
 }
 
 } // namespace lightbox

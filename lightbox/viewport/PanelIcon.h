@@ -4,10 +4,10 @@
 
 namespace lightbox {
 
-/// The icons of the viewports' buttons: one family of fine lines, drawn for whatever size is asked for.
+/// The icons of the viewports' buttons, drawn as thin lines at the requested size.
 class PanelIcon {
 public:
-    enum class Kind {
+    enum class Symbol {
         Camera,
         FilmGate,
         ResolutionGate,
@@ -20,7 +20,7 @@ public:
         More
     };
 
-    static QIcon Make(Kind kind);
+    static QIcon Make(Symbol symbol);
 };
 
 } // namespace lightbox

@@ -22,7 +22,7 @@ struct Cell {
     const char* label;
 };
 
-/// Row by row, with the names that scripts know.
+/// The panels row by row, with their MEL names.
 constexpr Cell CELLS[] = {{"modelPanel1", "top", "Top View"},
                           {"modelPanel4", "persp", "Persp View"},
                           {"modelPanel3", "front", "Front View"},
@@ -68,7 +68,7 @@ PanelLayout::PanelLayout(ViewportPanels& panels, QWidget* parent)
 
 void PanelLayout::Arrange(Arrangement arrangement) {
     const auto found = std::find(cells_.begin(), cells_.end(), panels_.Active());
-    // A floating panel may be the active one; the main window then shows its perspective view.
+    // When a floating panel is active, use the perspective view.
     const std::size_t active = found == cells_.end() ? 1 : static_cast<std::size_t>(found - cells_.begin());
     const auto isShown = [&](std::size_t cell) {
         switch (arrangement) {

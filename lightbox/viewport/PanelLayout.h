@@ -12,24 +12,24 @@ namespace lightbox {
 class ViewportPanel;
 class ViewportPanels;
 
-/// The four viewports of the main window, of which one, two, or all are seen: top and persp above front and
-/// side.
+/// Shows one, two or all of the main window's four viewports: top and persp above front and side.
 class PanelLayout : public QWidget {
     Q_OBJECT
 public:
-    /// Single: the active panel. Two: the row or the column that the active panel is in.
+    /// Single shows the active panel; the Two arrangements show the active panel's row or column.
     enum class Arrangement { Single, TwoSideBySide, TwoStacked, Four };
 
     explicit PanelLayout(ViewportPanels& panels, QWidget* parent = nullptr);
 
     Arrangement Current() const { return arrangement_; }
     void Arrange(Arrangement arrangement);
-    /// What the space bar does: the panel under the pointer alone, or what was there before.
+    /// The action of the space bar: shows the panel under the pointer alone, or returns to the previous
+    /// arrangement.
     void ToggleSingle();
 
-    /// The arrangement and the sizes, to be kept between sessions.
+    /// The arrangement and the panel sizes, to be restored in the next session.
     QByteArray Save() const;
-    /// False, and nothing changes, when it is not what Save() gave.
+    /// False, and nothing changes, when the state does not come from Save().
     bool Restore(const QByteArray& state);
 
 Q_SIGNALS:

@@ -11,13 +11,13 @@ using Imath::V3f;
 using Imath::V4f;
 
 constexpr int GRID_HALF = 12;
-// Faint: the grid lies under drawings, whose pencil lines are dark and thin too.
+// The grid is faint, because it lies under drawings, whose pencil lines are also dark and thin.
 const V4f GRID_COLOR(0.34f, 0.35f, 0.37f, 0.34f);
 constexpr float GRID_AXIS_OPACITY = 0.55f;
 const V4f AXIS_COLORS[] = {
     {0.86f, 0.27f, 0.25f, 1.0f}, {0.42f, 0.76f, 0.27f, 1.0f}, {0.32f, 0.52f, 0.96f, 1.0f}};
 
-/// Strokes of the letters x, y and z in a square from -1 to 1.
+/// The strokes of the letter x, y or z in a square from -1 to 1.
 std::vector<V2f> Letter(int axis) {
     switch (axis) {
     case 0:

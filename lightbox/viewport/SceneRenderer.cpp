@@ -20,15 +20,15 @@ using Imath::M44d;
 using Imath::V3f;
 using Imath::V4f;
 
-/// How far lines are drawn in front of where they are, in the sizes of a pixel there: enough for those that
-/// lie on a surface which is seen at a slant.
+/// The distance by which lines are moved towards the eye, in pixel sizes at their depth. It keeps lines
+/// visible that lie on a slanted surface.
 constexpr double LINES_FORWARD = 1.0;
 constexpr double GRID_FORWARD = 3.0;
-/// Length of an axis of the icon, and where it stands, in view pixels.
+/// The length of an axis of the icon, and the icon's position, in view pixels.
 constexpr float AXIS_LENGTH = 24.0f;
 constexpr float ICON_CENTER = 44.0f;
 
-/// OpenGL multiplies columns.
+/// Transposes the matrix, since OpenGL multiplies column vectors.
 QMatrix4x4 Matrix(const M44d& rows) {
     QMatrix4x4 matrix;
     for (int row = 0; row < 4; ++row) {
@@ -48,7 +48,7 @@ V4f Vector(const QColor& color) {
             static_cast<float>(color.blueF()), 1.0f};
 }
 
-/// Across which axis the grid of a view stands: the ground, or what a parallel view along an axis faces.
+/// The axis perpendicular to the grid: y for the ground, or the axis that an orthographic view looks along.
 int GridAxis(const CameraView& view) {
     if (!view.IsOrthographic()) {
         return 1;
@@ -63,7 +63,7 @@ int GridAxis(const CameraView& view) {
 
 } // namespace
 
-/// The drawing of one frame, and what stays from frame to frame.
+/// Draws frames and keeps the buffers and shaders between them.
 class SceneRenderer::Private {
 public:
     bool Build();
@@ -80,18 +80,18 @@ private:
 
     const CameraView& View() const { return scene->view; }
     void DrawBackground();
-    /// Between them lines are drawn smooth, and leave the depth as it is.
+    /// Between BeginLines() and EndLines(), lines are antialiased and do not write depth.
     void BeginLines();
     void EndLines();
     void DrawAxisIcon();
-    /// Those that can be seen through, or the others.
+    /// Draws either the transparent or the opaque surfaces.
     void DrawSurfaces(bool transparent);
     void DrawSurface(const Surface& surface);
     void DrawWires();
     void DrawOutlines();
-    /// Lines with a colour for each vertex, from memory.
+    /// Draws lines with a colour per vertex from client memory.
     void DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix, float towardsEye);
-    /// What to take from the depth in clip space for lines to lie that many pixel sizes in front.
+    /// The clip-space depth to subtract so that lines lie this number of pixel sizes nearer.
     float TowardsEye(double pixels) const;
     void Restore();
 
@@ -119,7 +119,7 @@ void SceneRenderer::Private::Draw() {
     gl_->glDepthFunc(GL_LEQUAL);
     gl_->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     gl_->glLineWidth(static_cast<float>(std::max(1.0, devicePixelRatio)));
-    // The picture itself stays opaque.
+    // Keep the framebuffer's alpha at 1.
     gl_->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     DrawBackground();
     gl_->glEnable(GL_DEPTH_TEST);
@@ -178,8 +178,8 @@ void SceneRenderer::Private::DrawLines(const std::vector<LineVertex>& lines, con
 }
 
 float SceneRenderer::Private::TowardsEye(double pixels) const {
-    // The derivative of the projected depth by the distance, times a pixel's size at that distance: in both
-    // projections it does not depend on the distance.
+    // The derivative of the projected depth with respect to the distance, times the size of a pixel at that
+    // distance. The distance cancels out in both projections.
     const M44d& projection = View().Projection();
     const double pixelSize = 2.0 / (projection[1][1] * View().Height());
     return static_cast<float>(-projection[View().IsOrthographic() ? 2 : 3][2] * pixelSize * pixels);
@@ -188,7 +188,7 @@ float SceneRenderer::Private::TowardsEye(double pixels) const {
 void SceneRenderer::Private::BeginLines() {
     gl_->glEnable(GL_BLEND);
     gl_->glEnable(GL_LINE_SMOOTH);
-    // The thin edge of a smooth line would cut a hole into what is drawn after it.
+    // The antialiased edge of a line would hide parts of later lines.
     gl_->glDepthMask(GL_FALSE);
 }
 
@@ -218,7 +218,7 @@ void SceneRenderer::Private::DrawSurfaces(bool transparent) {
     program.setUniformValue("projection", projection_);
     program.setUniformValue("isParallel", View().IsOrthographic());
     if (transparent) {
-        // What can be seen through hides nothing.
+        // Transparent surfaces hide nothing, so they do not write depth.
         gl_->glEnable(GL_BLEND);
         gl_->glDepthMask(GL_FALSE);
     }
@@ -252,7 +252,8 @@ void SceneRenderer::Private::DrawSurface(const Surface& surface) {
     program.setAttributeBuffer(SceneShaders::Normal, GL_FLOAT, 3 * sizeof(float), 3, 6 * sizeof(float));
     buffers.triangles.bind();
     if (surface.hasLines) {
-        // Set back by its slope. That lets far sides shine through at the edges, where then the lines are.
+        // Push the surface back by its slope. Far sides may show through at the edges, but the lines cover
+        // them there.
         gl_->glEnable(GL_POLYGON_OFFSET_FILL);
         gl_->glPolygonOffset(1.0f, 2.0f);
     }

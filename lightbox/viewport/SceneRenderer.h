@@ -9,22 +9,22 @@ namespace lightbox {
 struct DrawnScene;
 
 /// Draws the scene of a viewport with OpenGL: background, grid, meshes, and the outlines of cameras and
-/// locators. It keeps what it uploaded, so there is one for each OpenGL context, and a mesh is uploaded again
-/// only when it changed. What plug-ins draw is not its concern.
+/// locators. It caches uploaded meshes, so each OpenGL context has its own renderer, and a mesh is uploaded
+/// again only when it changed. It does not draw plug-in shapes.
 class SceneRenderer : NonCopyable {
 public:
     SceneRenderer();
-    /// The context has to be current when anything was drawn.
+    /// The context has to be current if Draw() was called before.
     ~SceneRenderer();
 
-    /// Once, with the context current; the context is of OpenGL 2.1 or a compatibility profile. False when
-    /// the context cannot be drawn with; then Draw() does nothing.
+    /// Call once, with the context current: OpenGL 2.1 or a compatibility profile. False when the context is
+    /// not usable; then Draw() does nothing.
     bool Initialize();
-    /// Clears the bound framebuffer and draws the scene into it, at view pixels times `devicePixelRatio`;
-    /// with the scissor test on, only within the box. Leaves OpenGL's state as a new context has it, but for
-    /// the viewport and the scissor test, and the depth buffer as it was drawn.
+    /// Clears the bound framebuffer and draws the scene into it, with `devicePixelRatio` screen pixels per
+    /// view pixel. If the scissor test is on, draws only within the scissor box. Resets OpenGL's state to its
+    /// defaults except for the viewport and the scissor test. The depth buffer keeps the depth of the scene.
     void Draw(const DrawnScene& scene, double devicePixelRatio);
-    /// Meshes brought to the card so far.
+    /// The number of mesh uploads so far.
     unsigned UploadCount() const;
 
 private:

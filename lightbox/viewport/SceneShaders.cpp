@@ -20,11 +20,11 @@ void main() {
 }
 )";
 
-// A key lamp above and to the left of the eye and a weaker one to the right of it, which turn with the eye,
-// so that the sides of a box differ, over light from all around. Both sides of a surface are lit. The sum is
-// of light, not of a screen's values, which are about its power 1 / 2.2: so the shaded side stays readable.
-// The default grey comes out lighter than the background, and the shoulder keeps white below a screen's
-// white.
+// A key light above and to the left of the eye, a weaker fill light to the right, and ambient light. The
+// lights turn with the camera, so that the sides of a box differ. Both sides of a surface are lit. The light
+// is summed in linear colours and converted to screen values with a gamma of 2.2, so the shaded side stays
+// readable. The default grey is lighter than the background. The division compresses highlights, so that
+// white surfaces stay below the screen's white.
 const char* const SURFACE_FRAGMENT = R"(#version 120
 uniform vec3 color;
 uniform vec3 incandescence;

@@ -4,10 +4,10 @@
 
 namespace lightbox {
 
-/// The two programs that draw the scene: lit surfaces, and lines of one colour each vertex.
+/// The two shader programs that draw the scene: lit surfaces, and lines with a colour per vertex.
 class SceneShaders {
 public:
-    /// Places of the vertex attributes in both programs.
+    /// The locations of the vertex attributes; they are the same in both programs.
     enum Attribute { Position = 0, Normal = 1, Color = 1 };
 
     /// False when the context cannot compile them.

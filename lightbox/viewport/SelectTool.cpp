@@ -17,7 +17,8 @@ namespace lightbox {
 
 namespace {
 
-/// View pixels: how far the pointer may move in a click, and how far beside a line it may be.
+/// View pixels: the largest movement of the pointer in a click, and the largest distance of a click from a
+/// line.
 constexpr double CLICK_SLACK = 3.0;
 constexpr double LINE_TOLERANCE = 4.0;
 
@@ -27,7 +28,7 @@ const char* FlagFor(Qt::KeyboardModifiers modifiers) {
     return shift && control ? "-add" : shift ? "-tgl" : control ? "-d" : "-r";
 }
 
-/// `select` for the transforms of the shapes; empty when nothing is to be done.
+/// The `select` command for the transforms of the shapes; empty when there is nothing to do.
 std::string SelectLine(const std::vector<DagNode*>& shapes, Qt::KeyboardModifiers modifiers) {
     const std::string flag = FlagFor(modifiers);
     if (shapes.empty()) {

@@ -8,7 +8,7 @@ namespace lightbox {
 
 namespace {
 
-/// Pixels of the screen around an area, for what was rounded on the way there.
+/// A margin in screen pixels around a changed area, for rounding errors.
 constexpr int MARGIN = 2;
 
 } // namespace
@@ -42,7 +42,7 @@ QRect ViewFrame::ChangedSince(const ViewFrame& earlier) const {
     return changed & Area();
 }
 
-/// Around the pixels that some texels of an item's texture are seen in.
+/// A rectangle around the screen pixels that the given texels of the item's texture affect.
 QRect ViewFrame::OnScreen(const DrawItem& item, const QRect& texels) const {
     const QSizeF size = item.texture->image.size();
     const double across = 2.0 * item.halfWidth * pixelRatio_ / size.width();
@@ -50,15 +50,15 @@ QRect ViewFrame::OnScreen(const DrawItem& item, const QRect& texels) const {
     if (texels.isEmpty() || across <= 0.0 || along <= 0.0) {
         return {};
     }
-    // A texel is mixed with its neighbours; of a texture that is shrunk, one of a smaller copy, each of whose
-    // texels covers up to twice as many as fall on a pixel.
+    // Filtering mixes a texel with its neighbours. In a shrunk texture these are texels of a mipmap level,
+    // each up to twice as large as a screen pixel.
     const double reach = 2.0 * std::max(1.0, 2.0 / std::min(across, along));
     const QRectF seen = QRectF(texels).adjusted(-reach, -reach, reach, reach);
     const QPointF center = item.position * pixelRatio_;
     const QPointF right(item.up.y(), -item.up.x());
     QRectF bounds;
     for (const QPointF& corner : {seen.topLeft(), seen.topRight(), seen.bottomLeft(), seen.bottomRight()}) {
-        // The texture's first row is at the top.
+        // Texture rows go down, screen y goes up.
         const QPointF at = center + right * ((corner.x() - size.width() * 0.5) * across) +
                            item.up * ((size.height() * 0.5 - corner.y()) * along);
         bounds |= QRectF(at - QPointF(MARGIN, MARGIN), QSizeF(2 * MARGIN, 2 * MARGIN));

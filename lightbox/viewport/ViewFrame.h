@@ -10,21 +10,21 @@
 
 namespace lightbox {
 
-/// What one frame of a view is drawn from: the scene, and what lies over it.
+/// The content of one frame of a view: the scene, and the overlay over it.
 class ViewFrame {
 public:
     ViewFrame(DrawnScene scene, DrawList overlay, double pixelRatio);
 
     const DrawnScene& Scene() const { return scene_; }
     const DrawList& Overlay() const { return overlay_; }
-    /// Pixels of the screen to one of the view.
+    /// Screen pixels per view pixel.
     double PixelRatio() const { return pixelRatio_; }
-    /// The whole picture, in pixels of the screen.
+    /// The rectangle of the whole frame, in screen pixels.
     QRect Area() const;
 
-    /// Where its picture is another than that of an earlier frame, or a little more, in pixels of the screen
-    /// from the bottom left with y upward. Narrow when nothing but pixels of textures have changed, as while
-    /// a stroke is drawn; empty when nothing has; else everything.
+    /// A rectangle around all differences from an earlier frame, in screen pixels from the bottom left, y
+    /// upward. It is narrow when only texture pixels changed, as during a stroke; empty when nothing changed;
+    /// otherwise the whole frame.
     QRect ChangedSince(const ViewFrame& earlier) const;
 
 private:
@@ -33,7 +33,7 @@ private:
     DrawnScene scene_;
     DrawList overlay_;
     double pixelRatio_;
-    /// Of the overlay's textures when the frame was made; 0 for an item without one.
+    /// The revision of each overlay item's texture when the frame was made; 0 for an item without a texture.
     std::vector<std::uint64_t> revisions_;
 };
 

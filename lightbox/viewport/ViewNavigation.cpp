@@ -17,17 +17,17 @@ namespace {
 using Imath::M44d;
 using Imath::V3d;
 
-/// Half a turn for the width of the view.
+/// A drag over the whole width of the view turns by this angle.
 constexpr double TUMBLE_DEGREES = 180.0;
 /// Dragging this many pixels halves or doubles the distance.
 constexpr double DOLLY_PIXELS = 250.0;
-/// One notch of the wheel goes this share of the distance.
+/// One notch of the wheel dollies by this share of the distance.
 constexpr double WHEEL_SHARE = 0.12;
 constexpr double NOTCH = 120.0;
 constexpr double MIN_ZOOM = 0.001;
 constexpr double MAX_ZOOM = 1000.0;
 
-/// Sets each part by itself, so that a locked or driven one does not hold the others back.
+/// Sets each component separately, so that a locked or driven one does not block the others.
 void SetVector(const std::shared_ptr<DagNode>& node, const char* attribute, const V3d& value) {
     const Plug plug = Plug::Of(*node, attribute);
     for (unsigned i = 0; i < 3; ++i) {
@@ -37,16 +37,16 @@ void SetVector(const std::shared_ptr<DagNode>& node, const char* attribute, cons
     }
 }
 
-/// The angle that is as near to another one as whole turns allow.
+/// The angle plus the whole turns that bring it nearest to `other`, in degrees.
 double Near(double angle, double other) {
     return angle + 360.0 * std::round((other - angle) / 360.0);
 }
 
-/// Of the angles that stand for the same rotation, those nearest to what was there: a camera that goes past
-/// the side keeps counting, and does not turn over.
+/// The Euler angles, in degrees, that give the same rotation and are nearest to `before`. They keep a
+/// camera's angles continuous when it tumbles past 180 degrees or past a pole.
 V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
-    // The middle axis of each order: mirrored there, with half a turn of the other two, the rotation is the
-    // same.
+    // The middle axis of each rotate order. The rotation stays the same when the middle angle a becomes 180 -
+    // a and the other two angles get half a turn.
     constexpr int middles[] = {1, 2, 0, 2, 0, 1};
     const int middle = middles[std::clamp(rotateOrder, 0, 5)];
     V3d other = angles + V3d(180.0);
@@ -63,7 +63,7 @@ V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
 
 } // namespace
 
-/// The camera in space: its axes, and what it looks at.
+/// The camera's axes and centre of interest in world space.
 struct ViewNavigation::Pose {
     explicit Pose(const DagNode& shape)
         : world(shape.WorldMatrix())
@@ -76,7 +76,7 @@ struct ViewNavigation::Pose {
     V3d Forward() const { return -Axis(2); }
     V3d Center() const { return Eye() + Forward() * distance; }
 
-    /// Puts the camera's transform so that the camera stands there.
+    /// Sets the camera's transform so that its world matrix is `world`; keeps the scale.
     static void Place(const std::shared_ptr<DagNode>& shape, const M44d& world) {
         DagNode* const above = shape->Parent();
         if (!above || above->IsWorld()) {
@@ -134,7 +134,7 @@ void ViewNavigation::Begin(Mode mode, const std::shared_ptr<DagNode>& camera, co
 void ViewNavigation::Move(const QPointF& position) {
     const QPointF delta = position - last_;
     last_ = position;
-    // The camera may have gone meanwhile.
+    // The camera may have been deleted during the drag.
     if (delta.isNull() || !camera_ || !camera_->InScene()) {
         return;
     }
@@ -167,7 +167,7 @@ void ViewNavigation::Wheel(const std::shared_ptr<DagNode>& camera, int delta) {
 }
 
 void ViewNavigation::Tumble(const QPointF& delta) {
-    // Orthographic cameras look along their axis, as the host's own do.
+    // Orthographic cameras do not tumble: they keep looking along their axis, as in the host.
     if (Plug::Of(*camera_, "orthographic").Number() != 0.0) {
         return;
     }
@@ -185,7 +185,7 @@ void ViewNavigation::Tumble(const QPointF& delta) {
 void ViewNavigation::Track(const QPointF& delta) {
     const Pose pose(*camera_);
     const CameraView view(*camera_, size_.width(), size_.height());
-    // So far that what lies at the centre of interest stays under the pointer.
+    // Move so far that points at the depth of the centre of interest stay under the pointer.
     const auto at = [&](double x, double y) {
         V3d nearPoint;
         V3d farPoint;
@@ -229,7 +229,7 @@ void ViewNavigation::Zoom2d(double factor) {
 }
 
 void ViewNavigation::Changed() {
-    // The start-up cameras are nobody's work; others are saved as they stand.
+    // Only user cameras mark the scene as modified; the start-up cameras do not.
     if (!camera_->isShared) {
         host_.files().SetModified(true);
     }

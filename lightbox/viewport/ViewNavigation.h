@@ -12,8 +12,8 @@ class DagNode;
 class Host;
 
 /// Moves a camera with the pointer: tumble, track and dolly around its centre of interest, and 2D pan and
-/// zoom. Pointer positions in view pixels from the top left, as the widget's events have them. What the
-/// camera has locked or driven stays as it is. None of it goes on the undo queue.
+/// zoom. Pointer positions are in view pixels from the top left, as in the widget's events. Locked or driven
+/// attributes of the camera do not change. Navigation does not go on the undo queue.
 class ViewNavigation {
 public:
     enum class Mode { None, Tumble, Track, Dolly, Pan2d, Zoom2d };
@@ -21,16 +21,17 @@ public:
     explicit ViewNavigation(Host& host)
         : host_(host) {}
 
-    /// What a drag with those buttons does, with those modifiers and the 2D key (backslash) held or not.
+    /// The mode of a drag with the given buttons and modifiers. `is2dKeyHeld`: the 2D key (backslash) is
+    /// held.
     static Mode ModeFor(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, bool is2dKeyHeld);
 
-    /// A drag begins in a view of that size.
+    /// Starts a drag. `size` is the view's size in view pixels.
     void Begin(Mode mode, const std::shared_ptr<DagNode>& camera, const QPointF& position, const QSize& size);
     void Move(const QPointF& position);
     void End() { mode_ = Mode::None; }
     Mode Current() const { return mode_; }
 
-    /// Dollies by turns of the wheel: 120 is one notch, upward goes nearer.
+    /// Dollies by the mouse wheel: 120 is one notch; positive moves nearer.
     void Wheel(const std::shared_ptr<DagNode>& camera, int delta);
 
 private:
@@ -38,7 +39,7 @@ private:
 
     void Tumble(const QPointF& delta);
     void Track(const QPointF& delta);
-    /// Brings the distance, or the orthographic width, to that share.
+    /// Multiplies the distance to the centre of interest, or the orthographic width, by the factor.
     void Dolly(double factor);
     void Pan2d(const QPointF& delta);
     void Zoom2d(double factor);

@@ -4,15 +4,15 @@
 
 namespace lightbox {
 
-/// What the menus of a viewport's panel set, and `modelEditor`.
+/// The settings of one viewport. Its panel's menus and `modelEditor` change them.
 struct ViewOptions {
     enum class Renderer { Viewport2, Legacy };
 
     Renderer renderer = Renderer::Viewport2;
     DisplayOptions display;
-    /// Shapes of plug-ins, drawings included.
+    /// Shows shapes of plug-ins, including drawings.
     bool pluginShapes = true;
-    /// The camera's name at the lower edge.
+    /// Shows the camera's name at the lower edge.
     bool cameraName = true;
 };
 

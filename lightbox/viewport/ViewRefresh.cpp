@@ -17,8 +17,8 @@ namespace lightbox {
 
 namespace {
 
-/// Milliseconds, half a refresh of the usual screen. A sample of the pen takes as long and would otherwise be
-/// seen a frame later.
+/// Milliseconds; half a frame of a 60 Hz screen. The next pen sample arrives within this time and would
+/// otherwise appear one frame later.
 constexpr int AFTER_DRAG = 8;
 
 } // namespace
@@ -35,7 +35,7 @@ ViewRefresh::ViewRefresh(Host& host)
     afterDrag_.setTimerType(Qt::PreciseTimer);
     afterDrag_.setInterval(AFTER_DRAG);
     connect(&afterDrag_, &QTimer::timeout, this, &ViewRefresh::UpdateStale);
-    // The second one for timers that never let the loop sleep.
+    // `awake` covers timers that never let the loop block.
     const QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
     connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &ViewRefresh::NoticeScene);
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &ViewRefresh::NoticeScene);
@@ -69,7 +69,7 @@ void ViewRefresh::Redraw(QWidget& view, bool now) {
 }
 
 void ViewRefresh::RedrawAll(bool now) {
-    // Drawing one may bring or close another.
+    // Drawing one view may open or close another, so work on a copy.
     std::vector<QPointer<QWidget>> views;
     for (const Picture& picture : pictures_) {
         views.emplace_back(picture.view);
@@ -118,7 +118,7 @@ void ViewRefresh::Draw(QWidget& view, const std::function<void()>& draw) {
     draw();
 }
 
-/// All that is stale is drawn: what waits for a drag goes along with other reasons.
+/// Schedules the redraw of all stale views. A reason other than a drag also draws those that wait for a drag.
 void ViewRefresh::Schedule() {
     if (!isDragging_) {
         afterDrag_.stop();
@@ -136,7 +136,8 @@ void ViewRefresh::UpdateStale() {
     }
 }
 
-/// Once a turn of the event loop, however many changes came with it.
+/// Redraws the views when the scene's revision changed. Runs once per turn of the event loop, however many
+/// changes it made.
 void ViewRefresh::NoticeScene() {
     const std::uint64_t revision = host_.scene().Revision();
     if (revision == noticedRevision_ || afterDrag_.isActive()) {

@@ -15,7 +15,7 @@ namespace lightbox {
 
 class Host;
 
-/// Decides which views are drawn, and when. Whoever changes what a view shows tells it so, or it notices:
+/// Decides which views are redrawn, and when. It notices some changes itself; callers report the others:
 ///
 ///     reason                            views                            when
 ///     change of the scene (noticed)     all that do not show it yet      once a turn of the event loop
@@ -25,43 +25,43 @@ class Host;
 ///     begin and end of playback
 ///     (noticed)
 ///     camera, options, marquee          the one                          once a turn
-///     refresh that is asked for         one or all                       at once, or once a turn
+///     requested refresh                 one or all                       at once, or once a turn
 ///     drag of a tool                    those that the tool refreshes    with the next other reason, or
 ///                                                                        after 8 ms
 ///
-/// A hidden view is drawn when it is shown. While a view is drawn, none is drawn at once: each waits for the
-/// event loop.
+/// A hidden view is drawn when it is shown. While one view is being drawn, requests to draw another at once
+/// wait for the event loop.
 class ViewRefresh : public QObject {
     Q_OBJECT
 public:
     explicit ViewRefresh(Host& host);
 
-    /// From now on the view is drawn when there is a reason, until it goes.
+    /// Starts to redraw the view whenever there is a reason, until the view is deleted.
     void Add(QWidget& view);
 
-    /// What the view shows is out of date: draws it at once, or once the event loop comes to it.
+    /// Marks the view as out of date and draws it at once, or when the event loop runs next.
     void Redraw(QWidget& view, bool now);
     void RedrawAll(bool now);
-    /// The view's pixels are lost, and Qt draws it without being asked to.
+    /// Marks the view as out of date without scheduling a redraw, because Qt will paint it anyway.
     void Invalidate(QWidget& view);
-    /// Shows what was drawn into the view's pixels from outside. Draws the view only if it is out of date.
+    /// Shows what others drew into the view's framebuffer. Draws the view only if it is out of date.
     void Present(QWidget& view);
-    /// Calls `tell`, which tells a tool of a drag. What the tool wants redrawn waits up to 8 ms, so that what
-    /// comes with the drag, such as a sample of the pen, is in the same frame.
+    /// Calls `tell`, which sends a drag event to a tool. Redraws that the tool requests wait up to 8 ms, so
+    /// that changes that come with the drag, such as another pen sample, are in the same frame.
     void DuringDrag(const std::function<void()>& tell);
 
-    /// Calls `draw`, which draws the view, unless all there is to do is to present it.
+    /// Calls `draw` to draw the view, unless the view only has to be presented.
     void Draw(QWidget& view, const std::function<void()>& draw);
-    /// Whether it is this view that is drawn just now.
+    /// Whether the view is being drawn right now.
     bool IsDrawing(const QWidget& view) const { return drawn_ == &view; }
 
 private:
-    /// What is known of a view's picture.
+    /// The state of a view's picture.
     struct Picture {
         QWidget* view;
         bool isStale = true;
         bool isOnlyPresented = false;
-        /// The scene's revision that it shows.
+        /// The revision of the scene in the picture.
         std::uint64_t revision = 0;
     };
 
@@ -73,12 +73,12 @@ private:
 
     Host& host_;
     EventSubscriptions events_;
-    /// In the order in which the views were made.
+    /// In the order of Add().
     std::vector<Picture> pictures_;
     std::uint64_t noticedRevision_ = 0;
     const QWidget* drawn_ = nullptr;
     bool isDragging_ = false;
-    /// Runs while what a drag wants redrawn waits.
+    /// Runs while redraws that a drag requested wait.
     QTimer afterDrag_;
 };
 

@@ -36,8 +36,8 @@ std::string TransformName(const std::shared_ptr<DagNode>& shape) {
     return Scene::ShownName(*shape->Parent());
 }
 
-/// A gate needs some room around it: as in the host, one that is shown brings an overscan with it and takes
-/// it away again. An overscan that someone has set stays.
+/// The camera flags that make room around a gate. As in the host, showing a gate sets an overscan, and hiding
+/// it resets the overscan. An overscan that the user set stays.
 std::string RoomForGate(const std::shared_ptr<DagNode>& shape, const std::string& attribute, bool isShown) {
     constexpr double room = 1.3;
     const std::string other = attribute == "displayFilmGate"     ? "displayResolution"
@@ -134,7 +134,7 @@ QAction* ViewportPanel::CameraAction(const QString& text, const char* attribute)
     action->setCheckable(true);
     cameraActions_.push_back({action, attribute});
     connect(action, &QAction::triggered, this, [this, attribute](bool checked) {
-        // By the command, so that it is said, done and undone as everything else.
+        // Use the command, so that the change is echoed and can be undone.
         RunLine("camera -e -" + std::string(attribute) + (checked ? " 1" : " 0") +
                 RoomForGate(view_->Camera(), attribute, checked) + " " +
                 Quoted(TransformName(view_->Camera())));
@@ -167,18 +167,18 @@ void ViewportPanel::RunLine(const std::string& line) {
 }
 
 void ViewportPanel::MakeButtons() {
-    // The style's own is black, on a dark ground.
+    // The style's own icon is black on a dark background.
     if (auto* const more = buttons_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
-        more->setIcon(PanelIcon::Make(PanelIcon::Kind::More));
+        more->setIcon(PanelIcon::Make(PanelIcon::Symbol::More));
         more->setToolTip("More buttons");
     }
-    const auto add = [this](QAction* action, PanelIcon::Kind icon, const QString& tip) {
+    const auto add = [this](QAction* action, PanelIcon::Symbol icon, const QString& tip) {
         action->setIcon(PanelIcon::Make(icon));
         action->setToolTip(tip);
         buttons_->addAction(action);
     };
     auto* const cameras = new QToolButton;
-    cameras->setIcon(PanelIcon::Make(PanelIcon::Kind::Camera));
+    cameras->setIcon(PanelIcon::Make(PanelIcon::Symbol::Camera));
     cameras->setToolTip("Camera to look through");
     cameras->setPopupMode(QToolButton::InstantPopup);
     cameras->setObjectName("cameraButton");
@@ -189,34 +189,34 @@ void ViewportPanel::MakeButtons() {
     });
     cameras->setMenu(menu);
     buttons_->addWidget(cameras);
-    add(CameraAction("2D Pan/Zoom", "panZoomEnabled"), PanelIcon::Kind::PanZoom,
+    add(CameraAction("2D Pan/Zoom", "panZoomEnabled"), PanelIcon::Symbol::PanZoom,
         "2D pan and zoom (hold \\ and drag with the middle or the right button)");
     buttons_->addSeparator();
-    add(CameraAction("Film Gate", "displayFilmGate"), PanelIcon::Kind::FilmGate, "Film gate");
-    add(CameraAction("Resolution Gate", "displayResolution"), PanelIcon::Kind::ResolutionGate,
+    add(CameraAction("Film Gate", "displayFilmGate"), PanelIcon::Symbol::FilmGate, "Film gate");
+    add(CameraAction("Resolution Gate", "displayResolution"), PanelIcon::Symbol::ResolutionGate,
         "Resolution gate");
-    add(CameraAction("Gate Mask", "displayGateMask"), PanelIcon::Kind::GateMask, "Gate mask");
+    add(CameraAction("Gate Mask", "displayGateMask"), PanelIcon::Symbol::GateMask, "Gate mask");
     buttons_->addSeparator();
     add(OptionAction(
             "Grid", [](const ViewOptions& options) { return options.display.grid; },
             [](ViewOptions& options, bool on) { options.display.grid = on; }),
-        PanelIcon::Kind::Grid, "Grid");
+        PanelIcon::Symbol::Grid, "Grid");
     using Shading = DisplayOptions::Shading;
     add(OptionAction(
             "Wireframe",
             [](const ViewOptions& options) { return options.display.shading == Shading::Wireframe; },
             [](ViewOptions& options, bool) { options.display.shading = Shading::Wireframe; }),
-        PanelIcon::Kind::Wireframe, "Wireframe (4)");
+        PanelIcon::Symbol::Wireframe, "Wireframe (4)");
     add(OptionAction(
             "Smooth Shade",
             [](const ViewOptions& options) { return options.display.shading == Shading::Smooth; },
             [](ViewOptions& options, bool) { options.display.shading = Shading::Smooth; }),
-        PanelIcon::Kind::Shaded, "Smooth shade (5)");
+        PanelIcon::Symbol::Shaded, "Smooth shade (5)");
     add(OptionAction(
             "Wireframe on Shaded",
             [](const ViewOptions& options) { return options.display.wireframeOnShaded; },
             [](ViewOptions& options, bool on) { options.display.wireframeOnShaded = on; }),
-        PanelIcon::Kind::WireOnShaded, "Wireframe on shaded");
+        PanelIcon::Symbol::WireOnShaded, "Wireframe on shaded");
 }
 
 void ViewportPanel::MakeMenus() {
@@ -325,7 +325,7 @@ void ViewportPanel::FillPanelsMenu(QMenu& menu) {
     AddArrangements(menu);
 }
 
-/// The cameras of the scene: perspective ones first, as animators look for them there.
+/// Adds the scene's cameras to the menu, perspective ones first, where animators look for them.
 void ViewportPanel::AddCameras(QMenu& menu) {
     std::vector<std::shared_ptr<DagNode>> orthographic;
     const std::shared_ptr<DagNode> current = view_->Camera();

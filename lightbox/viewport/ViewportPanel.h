@@ -25,7 +25,7 @@ struct ViewOptions;
 class ViewportPanel : public QWidget {
     Q_OBJECT
 public:
-    /// One of `panels`, which has to outlive it.
+    /// Makes one of `panels`, which has to outlive it.
     ViewportPanel(Host& host, ViewportPanels& panels, const std::string& name, QWidget* parent = nullptr);
     ~ViewportPanel() override;
 
@@ -35,15 +35,15 @@ public:
     void SetLabel(const QString& label) { label_ = label; }
     ViewportWidget& View() { return *view_; }
     const ViewportWidget& View() const { return *view_; }
-    /// The menu bar with the row of buttons.
+    /// Shows or hides the menu bar together with the row of buttons.
     void SetMenuBarVisible(bool visible);
     bool IsMenuBarVisible() const;
-    /// Looks through a camera by the name of its transform or its shape; false when there is none.
+    /// Looks through the camera with that transform or shape name; false when there is none.
     bool LookThrough(const std::string& cameraName);
-    /// Whether it is the panel that keys and menus mean: it has a frame then.
+    /// Marks the panel as the one that keys and menus act on; an active panel has a frame.
     void SetActive(bool active);
     bool IsActive() const { return isActive_; }
-    /// Runs a line of MEL as what was typed is run; its error is shown.
+    /// Runs a line of MEL like a typed line and shows its error.
     void RunLine(const std::string& line);
 
 Q_SIGNALS:
@@ -69,7 +69,7 @@ private:
     QAction* OptionAction(const QString& text, OptionReader read, OptionWriter write);
     /// An action that shows and sets a switch of the camera.
     QAction* CameraAction(const QString& text, const char* attribute);
-    /// Brings all actions in step with the view and its camera.
+    /// Updates the check marks of all actions from the view and its camera.
     void UpdateActions();
     Host& host_;
     ViewportPanels& panels_;

@@ -29,7 +29,7 @@ ViewportPanel& ViewportPanels::Create(const std::string& name, QWidget* parent) 
     return *panel;
 }
 
-/// The panel itself has gone already.
+/// The panel is already destroyed: only its address may be used.
 void ViewportPanels::Forget(const ViewportPanel* panel) {
     panels_.erase(std::remove(panels_.begin(), panels_.end(), panel), panels_.end());
     if (active_ == panel) {

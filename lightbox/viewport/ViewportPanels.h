@@ -16,29 +16,29 @@ class PanelLayout;
 class ViewportPanel;
 class ViewportWidget;
 
-/// The model panels that there are, by name: the four of the main window and those of floating windows.
-/// Widgets own the panels; this list follows them.
+/// The list of all model panels: the four of the main window and those of floating windows. The panels belong
+/// to their parent widgets; the list drops a panel when it is deleted.
 class ViewportPanels : public QObject {
     Q_OBJECT
 public:
     explicit ViewportPanels(Host& host, QObject* parent = nullptr);
 
-    /// A new panel below a widget, looking through persp. An empty name, or one that is taken, gets a free
-    /// "modelPanelN".
+    /// Makes a panel in a parent widget, looking through persp. An empty name, or one that is taken, gets a
+    /// free "modelPanelN".
     ViewportPanel& Create(const std::string& name, QWidget* parent);
-    /// Null when there is none of that name.
+    /// Null when no panel has that name.
     ViewportPanel* Find(const std::string& name) const;
-    /// In the order in which they were made; a list of its own, as what is done with one may bring or close
-    /// another.
+    /// All panels in the order of creation. Returns a copy, since a caller's work on one panel may open or
+    /// close another.
     std::vector<ViewportPanel*> All() const { return panels_; }
-    /// The panel that was used last; null when there is none at all.
+    /// The panel that was used last; null when there are no panels.
     ViewportPanel* Active() const { return active_; }
     void SetActive(ViewportPanel& panel);
     ViewportPanel* UnderPointer() const;
-    /// Where the four of the main window lie; null until it is made.
+    /// The layout of the main window's four panels; null until it is made.
     PanelLayout* Layout() const { return layout_; }
     void SetLayout(PanelLayout* layout) { layout_ = layout; }
-    /// When their views are drawn.
+    /// Schedules the redraws of the panels' views.
     ViewRefresh& Refresh() { return refresh_; }
 
 private:

@@ -39,13 +39,13 @@ ViewportWidget::ViewportWidget(Host& host, ViewRefresh& refresh, std::string pan
     , cameraName_(FALLBACK_CAMERA)
     , navigation_(host)
     , selectTool_(host) {
-    // A grey on which dark pencil and white paint are seen alike.
+    // A grey on which dark pencil and white paint are equally visible.
     options_.display.backgroundTop = QColor(0x84, 0x87, 0x8b);
     options_.display.backgroundBottom = QColor(0x72, 0x75, 0x79);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setMinimumSize(64, 48);
-    // What tools of the legacy viewport draw between two frames has to stay.
+    // Keep what tools of the legacy viewport draw between two frames.
     setUpdateBehavior(QOpenGLWidget::PartialUpdate);
     refresh_.Add(*this);
 }
@@ -54,7 +54,7 @@ ViewportWidget::~ViewportWidget() {
     ViewDrawing::Forget(*this);
     ReleaseGl();
     if (context()) {
-        // It is destroyed after this part of the widget.
+        // The context is destroyed after this part of the widget.
         disconnect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl);
     }
 }
@@ -79,7 +79,7 @@ std::shared_ptr<DagNode> ViewportWidget::Camera() const {
     return camera_;
 }
 
-/// A camera that was deleted, or went with its scene, is looked for again by its name.
+/// If the camera was deleted or its scene closed, finds one of the same name.
 void ViewportWidget::SettleCamera() const {
     if (camera_ && camera_->InScene()) {
         return;
@@ -130,7 +130,7 @@ void ViewportWidget::BeginGl() {
     if (current != context() || !refresh_.IsDrawing(*this)) {
         makeCurrent();
     }
-    shown_.reset(); // whatever is drawn now
+    shown_.reset(); // the caller draws over it
 }
 
 void ViewportWidget::EndGl() {
@@ -150,7 +150,7 @@ void ViewportWidget::EndGl() {
 }
 
 void ViewportWidget::initializeGL() {
-    // Moved to another window, the widget may get another context: what the old one held goes with it.
+    // When the widget moves to another window, it may get a new context: release the objects of the old one.
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &ViewportWidget::ReleaseGl,
             Qt::UniqueConnection);
     drawListRenderer_ = std::make_unique<DrawListRenderer>();
@@ -211,10 +211,10 @@ void ViewportWidget::DrawViewport2(std::unique_ptr<ViewFrame> frame) {
     shown_ = std::move(frame);
 }
 
-/// What plug-ins draw by themselves may be another every time.
+/// Redraws everything, since the drawing of plug-ins may change in every frame.
 void ViewportWidget::DrawLegacy(const ViewFrame& frame) {
     shown_.reset();
-    glDisable(GL_SCISSOR_TEST); // a tool may have left it
+    glDisable(GL_SCISSOR_TEST); // a tool may have left it on
     sceneRenderer_->Draw(frame.Scene(), frame.PixelRatio());
     if (options_.pluginShapes) {
         glPushAttrib(GL_ALL_ATTRIB_BITS);
@@ -226,7 +226,7 @@ void ViewportWidget::DrawLegacy(const ViewFrame& frame) {
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
         glPopAttrib();
-        // Blending has thinned the alpha of the picture, and the window would show through.
+        // Reset the framebuffer's alpha to 1: blending has reduced it, and the window would show through.
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
         glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT);
@@ -256,7 +256,7 @@ QPointF ViewportWidget::ToView(const QPointF& position) const {
 void ViewportWidget::mousePressEvent(QMouseEvent* event) {
     Q_EMIT Activated();
     if (event->buttons() == event->button() && drag_ != Drag::None) {
-        // The release of an earlier press went elsewhere, to a dialog that came up meanwhile.
+        // The release of an earlier press went to a dialog that opened meanwhile.
         EndDrag();
         ToolEvents::LoseRelease(*this);
     }
@@ -301,7 +301,7 @@ void ViewportWidget::mouseMoveEvent(QMouseEvent* event) {
 void ViewportWidget::mouseReleaseEvent(QMouseEvent* event) {
     switch (drag_) {
     case Drag::Navigation: {
-        // With one of two buttons up the other one goes on in its own way.
+        // When one of two buttons is released, continue in the mode of the other.
         const ViewNavigation::Mode mode =
             ViewNavigation::ModeFor(event->buttons(), event->modifiers(), is2dKeyHeld_);
         if (mode == ViewNavigation::Mode::None) {
@@ -344,7 +344,7 @@ void ViewportWidget::wheelEvent(QWheelEvent* event) {
 }
 
 void ViewportWidget::enterEvent(QEvent*) {
-    // Keys go to the view under the pointer, unless something is being typed.
+    // The view under the pointer gets the keys, unless the user is typing into a field.
     QWidget* const focused = QApplication::focusWidget();
     if (!focused || qobject_cast<ViewportWidget*>(focused)) {
         setFocus(Qt::MouseFocusReason);
@@ -377,10 +377,11 @@ bool ViewportWidget::event(QEvent* event) {
     return QOpenGLWidget::event(event);
 }
 
-/// Keys are the main window's first, which tools watch, also when the view floats in a window of its own.
-/// Answers whether they were taken there.
+/// Sends a key to the main window first, where tools filter events, even if the view is in a floating window.
+/// Returns whether the main window accepted it.
 bool ViewportWidget::OfferKey(QKeyEvent& event) {
-    // Who wants a key instead of a shortcut says so; who does not want a key says that.
+    // A receiver has to accept a ShortcutOverride to get the key, but to ignore a key event that it does not
+    // want.
     event.setAccepted(event.type() != QEvent::ShortcutOverride);
     QApplication::sendEvent(&host_.ui()->MainWindow(), &event);
     return event.isAccepted();

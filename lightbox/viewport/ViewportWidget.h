@@ -26,11 +26,11 @@ class SceneRenderer;
 class ViewFrame;
 class ViewRefresh;
 
-/// The part of a viewport's panel in which the scene is drawn.
+/// The view in a model panel, which draws the scene.
 class ViewportWidget : public QOpenGLWidget, public View {
     Q_OBJECT
 public:
-    /// `refresh` says when it is drawn.
+    /// `refresh` decides when the view is drawn and has to outlive it.
     ViewportWidget(Host& host, ViewRefresh& refresh, std::string panelName, QWidget* parent = nullptr);
     ~ViewportWidget() override;
 
@@ -48,22 +48,22 @@ public:
 
     const ViewOptions& Options() const { return options_; }
     void SetOptions(const ViewOptions& options);
-    /// The shape of a camera by the name of its transform or of the shape itself; null when there is none.
+    /// The camera shape with that transform or shape name; null when there is none.
     static std::shared_ptr<DagNode> FindCamera(const Scene& scene, const std::string& name);
-    /// What the camera shows now.
+    /// The camera's current projection and view matrices, for the widget's size.
     CameraView LookThrough() const;
-    /// How often it was drawn; rises by one with every frame.
+    /// The number of frames drawn so far.
     unsigned FrameCount() const { return frameCount_; }
-    /// Textures brought to the card since the start.
+    /// The number of texture uploads so far.
     unsigned UploadCount() const;
 
 Q_SIGNALS:
-    /// The pointer was pressed in it or the keyboard came to it.
+    /// The user pressed the pointer in the view, or it got the keyboard focus.
     void Activated();
-    /// It looks through another camera.
+    /// The view looks through another camera.
     void CameraChanged();
     void OptionsChanged();
-    /// A frame was drawn: what others show of the camera may be another now.
+    /// A frame was drawn, and the camera may have changed.
     void Drawn();
 
 protected:
@@ -86,21 +86,21 @@ private:
 
     void ReleaseGl();
     void DrawFrame();
-    /// Draws what is another than in the picture that is there.
+    /// Redraws only what changed since the last frame.
     void DrawViewport2(std::unique_ptr<ViewFrame> frame);
     void DrawLegacy(const ViewFrame& frame);
     void AddMarquee(DrawList& list) const;
     void EndDrag();
     bool OfferKey(QKeyEvent& event);
     void SettleCamera() const;
-    /// From the widget's pixels to view pixels.
+    /// Converts a position in the widget to view pixels from the bottom left.
     QPointF ToView(const QPointF& position) const;
 
     Host& host_;
     ViewRefresh& refresh_;
     std::string panelName_;
-    /// The camera as it was looked through last, and its transform's name: a scene that is opened anew brings
-    /// another one of that name.
+    /// The current camera and its transform's name. After the scene is opened again, the name finds the new
+    /// camera.
     mutable std::shared_ptr<DagNode> camera_;
     mutable std::string cameraName_;
     ViewOptions options_;
@@ -112,9 +112,9 @@ private:
     std::unique_ptr<SceneRenderer> sceneRenderer_;
     std::unique_ptr<DrawListRenderer> drawListRenderer_;
     unsigned frameCount_ = 0;
-    /// What the picture that is there shows; null when it may show something else.
+    /// The content of the framebuffer; null when unknown.
     std::unique_ptr<ViewFrame> shown_;
-    /// What was current before each BeginGl().
+    /// The context that was current before each BeginGl().
     struct Current {
         QPointer<QOpenGLContext> context;
         QSurface* surface;

@@ -100,7 +100,7 @@ TEST_F(ControlsTest, RefuseWhatDoesNotFit) {
         {"menuSet -cms \"noMenuSet\"", "There is no menu set \"noMenuSet\"."},
         {"button -noSuchFlag", "Invalid flag '-noSuchFlag'"},
         {"modelEditor -e -camera \"nobody\" modelPanel4", "There is no camera \"nobody\"."},
-        {"tabLayout t; tabLayout -e -selectTab x t", "\"x\" is no tab of \"w2|t\"."},
+        {"tabLayout t; tabLayout -e -selectTab x t", "\"x\" is not a tab of \"w2|t\"."},
     };
     for (const auto& [script, error] : cases) {
         EXPECT_EQ(ErrorOf(script), error);
