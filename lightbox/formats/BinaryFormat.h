@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/Attribute.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -31,16 +33,10 @@ enum class ValueKind : std::uint8_t { None, Numbers, Booleans, Texts, Data };
 /// A flag of a setting. Unset leaves the plug's flag unchanged.
 enum class FlagState : std::uint8_t { Unset, Off, On };
 
-enum AttributeFlag : std::uint16_t {
-    READABLE = 1,
-    WRITABLE = 2,
-    STORABLE = 4,
-    CONNECTABLE = 8,
-    KEYABLE = 16,
-    HIDDEN = 32,
-    CHANNEL_BOX = 64,
-    MULTI = 128,
-    COLOR = 256
-};
+/// The flags of an attribute, from the lowest bit on.
+constexpr bool Attribute::*ATTRIBUTE_FLAGS[] = {
+    &Attribute::readable,    &Attribute::writable, &Attribute::storable,
+    &Attribute::connectable, &Attribute::keyable,  &Attribute::hidden,
+    &Attribute::channelBox,  &Attribute::multi,    &Attribute::usedAsColor};
 
 } // namespace lightbox::binary

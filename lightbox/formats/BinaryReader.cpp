@@ -211,16 +211,11 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
         attribute->dataTypeName = type;
     }
     attribute->niceName = niceName;
-    const std::uint32_t flags = content.Count();
-    attribute->readable = flags & binary::READABLE;
-    attribute->writable = flags & binary::WRITABLE;
-    attribute->storable = flags & binary::STORABLE;
-    attribute->connectable = flags & binary::CONNECTABLE;
-    attribute->keyable = flags & binary::KEYABLE;
-    attribute->hidden = flags & binary::HIDDEN;
-    attribute->channelBox = flags & binary::CHANNEL_BOX;
-    attribute->multi = flags & binary::MULTI;
-    attribute->usedAsColor = flags & binary::COLOR;
+    std::uint32_t flags = content.Count();
+    for (bool Attribute::*flag : binary::ATTRIBUTE_FLAGS) {
+        (*attribute).*flag = flags & 1;
+        flags >>= 1;
+    }
     const double number = content.Number();
     if (attribute->IsNumber()) {
         attribute->defaultValue = number;

@@ -43,15 +43,11 @@ std::string PlugName(const Plug& plug) {
 }
 
 std::uint32_t FlagsOf(const Attribute& attribute) {
-    const std::pair<bool, int> flags[] = {
-        {attribute.readable, binary::READABLE},      {attribute.writable, binary::WRITABLE},
-        {attribute.storable, binary::STORABLE},      {attribute.connectable, binary::CONNECTABLE},
-        {attribute.keyable, binary::KEYABLE},        {attribute.hidden, binary::HIDDEN},
-        {attribute.channelBox, binary::CHANNEL_BOX}, {attribute.multi, binary::MULTI},
-        {attribute.usedAsColor, binary::COLOR}};
     std::uint32_t bits = 0;
-    for (const auto& flag : flags) {
-        bits |= flag.first ? static_cast<std::uint32_t>(flag.second) : 0;
+    std::uint32_t bit = 1;
+    for (bool Attribute::*flag : binary::ATTRIBUTE_FLAGS) {
+        bits |= attribute.*flag ? bit : 0;
+        bit <<= 1;
     }
     return bits;
 }

@@ -68,11 +68,11 @@ const FileReference& ReferenceList::Add(const std::string& path, const std::stri
     if (!deferred) {
         Read(reference.name);
     }
-    return *Locate(reference.name);
+    return Locate(reference.name);
 }
 
 void ReferenceList::Read(const std::string& name) {
-    const FileReference reference = *Locate(name);
+    const FileReference reference = Locate(name);
     const FileOperationScope scope(host_, FileOperation::Reference);
     FileReader reader(host_, {reference.path, FileReader::Mode::Reference, reference.nameSpace, name});
     try {
@@ -83,8 +83,8 @@ void ReferenceList::Read(const std::string& name) {
         host_.output().Error((outer ? outer->Place() : std::string()) + message);
         return;
     }
-    Locate(name)->isLoaded = true;
-    Locate(name)->isDeferred = false;
+    Locate(name).isLoaded = true;
+    Locate(name).isDeferred = false;
     TakeBaseline(name, reader.NewNodes());
 }
 
@@ -108,37 +108,28 @@ void ReferenceList::TakeBaseline(const std::string& name, const std::vector<std:
 
 void ReferenceList::NoteStatement(const std::string& name, const std::string& givenPath,
                                   const std::string& options) {
-    if (FileReference* reference = Locate(name)) {
-        reference->givenPath = givenPath;
-        reference->options = options;
-    }
+    Locate(name).givenPath = givenPath;
+    Locate(name).options = options;
 }
 
 void ReferenceList::Load(const std::string& name) {
-    const FileReference* reference = Find(name);
-    if (!reference) {
-        throw FileError("There is no reference \"" + name + "\".");
-    }
-    if (!reference->isLoaded) {
+    const FileReference reference = Locate(name);
+    if (!reference.isLoaded) {
         const UndoQueue::Pause pause(host_.undo());
-        Read(reference->name);
+        Read(reference.name);
     }
 }
 
 void ReferenceList::Unload(const std::string& name) {
-    const FileReference* found = Find(name);
-    if (!found) {
-        throw FileError("There is no reference \"" + name + "\".");
-    }
-    const std::string own = found->name;
+    const std::string own = Locate(name).name;
     RemoveNodes(own);
-    Locate(own)->isLoaded = false;
-    Locate(own)->isDeferred = true;
+    Locate(own).isLoaded = false;
+    Locate(own).isDeferred = true;
 }
 
 void ReferenceList::Remove(const std::string& name) {
     Unload(name);
-    const FileReference removed = *Find(name);
+    const FileReference removed = Locate(name);
     references_.erase(std::remove_if(references_.begin(), references_.end(),
                                      [&](const FileReference& other) { return other.name == removed.name; }),
                       references_.end());
@@ -174,11 +165,7 @@ void ReferenceList::RemoveNodes(const std::string& name) {
 }
 
 void ReferenceList::MakeLocal(const std::string& name) {
-    const FileReference* found = Find(name);
-    if (!found) {
-        throw FileError("There is no reference \"" + name + "\".");
-    }
-    const FileReference reference = *found;
+    const FileReference reference = Locate(name);
     for (const std::shared_ptr<Node>& node : NodesOf(reference.name)) {
         node->reference = reference.parent;
         baselines_.erase(node->Serial());
@@ -219,8 +206,12 @@ const FileReference* ReferenceList::Find(const std::string& nameOrPath) const {
     return nullptr;
 }
 
-FileReference* ReferenceList::Locate(const std::string& name) {
-    return const_cast<FileReference*>(Find(name));
+FileReference& ReferenceList::Locate(const std::string& nameOrPath) {
+    const FileReference* reference = Find(nameOrPath);
+    if (!reference) {
+        throw FileError("There is no reference \"" + nameOrPath + "\".");
+    }
+    return const_cast<FileReference&>(*reference);
 }
 
 std::vector<std::shared_ptr<Node>> ReferenceList::NodesOf(const std::string& name) const {

@@ -78,7 +78,7 @@ private:
         std::set<std::string> attributes;                      ///< long names of the dynamic attributes
     };
 
-    FileReference* Locate(const std::string& name);
+    FileReference& Locate(const std::string& nameOrPath);
     void Read(const std::string& name);
     void CheckNotCircular(const std::string& path) const;
     void TakeBaseline(const std::string& name, const std::vector<std::shared_ptr<Node>>& nodes);
