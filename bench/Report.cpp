@@ -1,8 +1,10 @@
 // Turns the measurements of one run into figures: ratios against the plain reference of the same run, each
-// with the bound that it has to meet. Usage: bench_report figures.json results.json... Prints one line a
-// figure: name, value, bound, "ok" or "short". Exit status 0 when every bound is met.
+// with the bound that it has to meet. Usage: bench_report [-quick] figures.json PROGRAM.json... Prints one
+// line for each figure of these programs: name, value, bound, "ok" or "short". With -quick the lines say so.
+// Exit status 0 when every bound is met.
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -80,7 +82,7 @@ double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     return time(figure["time"]) * figure["scale"].toDouble(1.0);
 }
 
-bool Print(const QJsonObject& figure, const Measurements& measurements) {
+bool Print(const QJsonObject& figure, const Measurements& measurements, bool isQuick) {
     const double value = Evaluate(figure, measurements);
     const QString unit = figure["unit"].toString();
     QString bound = "-";
@@ -95,7 +97,7 @@ bool Print(const QJsonObject& figure, const Measurements& measurements) {
     const QString number =
         std::isnan(value) ? QStringLiteral("not measured") : QString::number(value, 'g', 4) + unit;
     Out() << figure["name"].toString().leftJustified(62) << number.rightJustified(14)
-          << bound.rightJustified(12) << (met ? "  ok" : "  short") << "\n";
+          << bound.rightJustified(12) << (met ? "  ok" : "  short") << (isQuick ? ", quick" : "") << "\n";
     return met;
 }
 
@@ -103,22 +105,21 @@ bool Print(const QJsonObject& figure, const Measurements& measurements) {
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() < 3) {
-        Err() << "usage: bench_report figures.json results.json...\n";
+    QStringList arguments = application.arguments().mid(1);
+    const bool isQuick = arguments.removeAll("-quick") > 0;
+    if (arguments.size() < 2) {
+        Err() << "usage: bench_report [-quick] figures.json PROGRAM.json...\n";
         return 2;
     }
-    Measurements measurements;
-    bool ok = true;
-    for (int i = 2; i < arguments.size(); ++i) {
-        ok = Collect(arguments[i], measurements) && ok;
-    }
-    bool readable = false;
-    const QJsonObject figures = ReadObject(arguments[1], readable);
-    ok = ok && readable;
-    const QJsonArray wanted = figures["figures"].toArray();
-    for (const auto& figure : wanted) {
-        ok = Print(figure.toObject(), measurements) && ok;
+    bool ok = false;
+    const QJsonObject figures = ReadObject(arguments.takeFirst(), ok);
+    for (const QString& path : arguments) {
+        Measurements measurements;
+        ok = Collect(path, measurements) && ok;
+        const QJsonArray wanted = figures[QFileInfo(path).baseName()].toArray();
+        for (const auto& figure : wanted) {
+            ok = Print(figure.toObject(), measurements, isQuick) && ok;
+        }
     }
     return ok ? 0 : 1;
 }

@@ -271,7 +271,7 @@ def compiled_files(build):
 
 def read_plugin(build):
     resources = library()
-    plugin = build / "bin/vellix2.so"
+    plugin = build / "bin/plug-ins/vellix2.so"
     if not plugin.exists():
         sys.exit(f"{plugin} is not there; build it first")
     store = build / "plugin-api"

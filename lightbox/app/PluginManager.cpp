@@ -28,8 +28,6 @@ namespace lightbox {
 namespace {
 
 constexpr char BUILTIN_PATH[] = "builtin";
-/// What comes with the program and is loaded at its start.
-constexpr const char* AUTOLOADED[] = {"vellix2"};
 
 #if defined(Q_OS_WIN)
 constexpr const char* SUFFIXES[] = {".mll", ".dll"};
@@ -45,6 +43,12 @@ std::string NameOf(const std::string& path) {
 
 bool IsFile(const std::string& path) {
     return QFileInfo(QString::fromStdString(path)).isFile();
+}
+
+/// The folders of the program's own plug-ins, built or installed.
+std::vector<std::string> OwnFolders() {
+    const std::string program = QCoreApplication::applicationDirPath().toStdString();
+    return {program + "/plug-ins", program + "/../plug-ins", program + "/../lib/lightbox/plug-ins"};
 }
 
 } // namespace
@@ -67,10 +71,8 @@ std::vector<std::string> PluginManager::SearchPath() {
     for (const QString& folder : variable.split(QDir::listSeparator(), Qt::SkipEmptyParts)) {
         folders.push_back(folder.toStdString());
     }
-    const std::string own = QCoreApplication::applicationDirPath().toStdString();
-    for (const char* below : {"", "/plug-ins", "/../plug-ins", "/../lib/lightbox/plug-ins"}) {
-        folders.push_back(own + below);
-    }
+    const std::vector<std::string> own = OwnFolders();
+    folders.insert(folders.end(), own.begin(), own.end());
     return folders;
 }
 
@@ -243,14 +245,18 @@ void PluginManager::Purge(const Plugin& plugin) {
 }
 
 void PluginManager::Autoload() {
-    for (const char* name : AUTOLOADED) {
-        if (FindFile(name).empty()) {
-            continue;
-        }
-        try {
-            Load(name).autoload = true;
-        } catch (const PluginError& error) {
-            host_.output().Warning(error.what());
+    QStringList filters;
+    for (const char* const suffix : SUFFIXES) {
+        filters.append("*" + QString(suffix));
+    }
+    for (const std::string& folder : OwnFolders()) {
+        for (const QString& file : QDir(QString::fromStdString(folder)).entryList(filters, QDir::Files)) {
+            try {
+                // By its name, since the user may have another one of that name on the search path.
+                Load(NameOf(file.toStdString())).autoload = true;
+            } catch (const PluginError& error) {
+                host_.output().Warning(error.what());
+            }
         }
     }
 }

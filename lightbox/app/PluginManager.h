@@ -34,15 +34,16 @@ public:
     /// refuses.
     Plugin& LoadBuiltin(const std::string& name, EntryPoint initialize, EntryPoint uninitialize);
 
-    /// Loads the plug-ins that come with the program; what cannot be loaded is reported as a warning.
+    /// Loads every plug-in in the program's own plug-in folders; what cannot be loaded is reported as a
+    /// warning.
     void Autoload();
 
     /// Unloads everything in the reverse order of loading and empties the scene for it; called once, when the
     /// program ends.
     void UnloadAll();
 
-    /// The folders in which a plug-in is looked for: MAYA_PLUG_IN_PATH, then the program's own folder and
-    /// those of its installation beside it.
+    /// The folders in which a plug-in is looked for: MAYA_PLUG_IN_PATH, then the program's own: "plug-ins"
+    /// beside the program or its folder, and that of its installation.
     static std::vector<std::string> SearchPath();
 
 private:

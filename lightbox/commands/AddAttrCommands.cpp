@@ -1,8 +1,6 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
 #include "formats/AttributeFactory.h"
-#include "formats/FileReader.h"
-#include "formats/SceneFiles.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DataType.h"
 #include "scene/Edit.h"
@@ -286,18 +284,6 @@ Value QueryAttribute(CommandCall& call) {
 Value AddAttr(CommandCall& call, PendingCompounds& pending) {
     if (call.IsQuery()) {
         return QueryAttribute(call);
-    }
-    if (FileReader* reader = ReaderOf(call)) {
-        const std::shared_ptr<Node> node =
-            call.Objects().empty() ? reader->Current() : reader->Find(call.Object(0).AsString());
-        const std::string type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
-        if (!node || !AttributeFactory::Make(call.GetHost().scene(), type, "x", "x")) {
-            reader->KeepForCurrent("attribute type " + type,
-                                   "Unknown attribute type '" + type + "'; it is kept and written back.");
-        } else if (!reader->IsForeign(*node)) {
-            AddTo(call, node, pending);
-        }
-        return {};
     }
     for (const std::shared_ptr<Node>& node : ObjectsOrSelection(call)) {
         AddTo(call, node, pending);

@@ -1,6 +1,5 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "formats/FileReader.h"
 #include "formats/PlugSettingApplier.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
@@ -12,22 +11,9 @@ namespace lightbox::mel {
 namespace {
 
 Value ConnectAttr(CommandCall& call) {
-    const std::string source = call.Object(0).AsString();
-    const std::string destination = call.Object(1).AsString();
-    if (FileReader* reader = ReaderOf(call)) {
-        std::string flags;
-        if (call.Has("-nextAvailable")) {
-            flags += " -na";
-        }
-        if (call.Has("-lock")) {
-            flags += call.Bool("-lock") ? " -l on" : " -l off";
-        }
-        reader->Connect(source, destination, flags);
-        return {};
-    }
     Host& host = call.GetHost();
-    const Plug from = PlugNamed(call, source);
-    Plug to = PlugNamed(call, destination);
+    const Plug from = PlugNamed(call, call.Object(0).AsString());
+    Plug to = PlugNamed(call, call.Object(1).AsString());
     if (to.IsArray() && call.Has("-nextAvailable")) {
         to = to.NextElement();
     }

@@ -1,6 +1,5 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "formats/FileReader.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/Edit.h"
@@ -21,11 +20,6 @@ std::shared_ptr<DagNode> AsDag(const CommandCall& call, const std::shared_ptr<No
 }
 
 Value Parent(CommandCall& call) {
-    if (FileReader* reader = ReaderOf(call); reader && call.Has("-addObject")) {
-        reader->KeepForFile("instance",
-                            "Instances are not supported; the statements that make them are kept.");
-        return {};
-    }
     if (call.Has("-addObject")) {
         call.Fail("Instances are not supported.");
     }

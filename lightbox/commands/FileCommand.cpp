@@ -1,6 +1,5 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "formats/FileReader.h"
 #include "formats/ReferenceList.h"
 #include "formats/SceneFiles.h"
 #include "mel/SyntaxBuilder.h"
@@ -150,41 +149,6 @@ Value ImportFile(const CommandCall& call) {
     return NamesOrPath(call, nodes, SceneFiles::FindFile(path));
 }
 
-/// `file -r` in a scene file reads the reference; `file -rdi` only announces it.
-Value ReferenceInFile(const CommandCall& call, FileReader& reader) {
-    const bool isRead = call.Has("-reference");
-    if (!isRead && !call.Has("-referenceDepthInfo")) {
-        call.Fail("A scene file can refer to other files and do nothing else with them.");
-    }
-    const std::string path = PathArgument(call);
-    const std::string referenceNode = call.StringOr("-referenceNode", "");
-    if (!isRead) {
-        reader.AnnounceReference(referenceNode, IsOn(call, "-deferReference"));
-        return path;
-    }
-    if (call.Has("-renamingPrefix")) {
-        call.Warn("A reference's nodes go into a namespace, not behind the prefix \"" +
-                  call.String("-renamingPrefix") + "\".");
-    }
-    const bool isAbsolute = QFileInfo(QString::fromStdString(path)).isAbsolute();
-    const std::string beside =
-        QFileInfo(QString::fromStdString(reader.source().path)).absolutePath().toStdString() + "/" + path;
-    const std::string base = QFileInfo(QString::fromStdString(path)).completeBaseName().toStdString();
-    // Maya numbers a file that is referenced again: "a.ma{1}".
-    std::string file = isAbsolute ? path : beside;
-    if (const std::size_t brace = file.rfind('{'); brace != std::string::npos && file.back() == '}') {
-        file.resize(brace);
-    }
-    const bool isDeferred = reader.IsDeferred(referenceNode, IsOn(call, "-deferReference"));
-    ReferenceList& references = Files(call).references();
-    const std::string name =
-        references
-            .Add(SceneFiles::FindFile(file), call.StringOr("-namespace", base), referenceNode, isDeferred)
-            .name;
-    references.NoteStatement(name, path, call.StringOr("-options", ""));
-    return name;
-}
-
 Value CreateReference(const CommandCall& call) {
     const bool isDeferred = IsOn(call, "-deferReference");
     const std::string name = Files(call).AddReference(PathArgument(call), call.StringOr("-namespace", ""),
@@ -239,9 +203,6 @@ Value File(CommandCall& call) {
     if (call.IsQuery()) {
         return QueryFile(call);
     }
-    if (FileReader* reader = ReaderOf(call)) {
-        return ReferenceInFile(call, *reader);
-    }
     if (call.Has("-renamingPrefix")) {
         call.Fail("Prefixes are not supported; use -namespace.");
     }
@@ -285,46 +246,46 @@ Value File(CommandCall& call) {
 } // namespace
 
 void RegisterFileCommand(CommandRegistry& registry) {
-    AddHostCommand(registry, "file",
-                   SyntaxBuilder()
-                       .Flag("-new", "-newFile")
-                       .Flag("-o", "-open")
-                       .Flag("-s", "-save")
-                       .Flag("-rn", "-rename", TEXT)
-                       .Flag("-typ", "-type", TEXT)
-                       .Flag("-i", "-import")
-                       .Flag("-r", "-reference")
-                       .Flag("-rdi", "-referenceDepthInfo", MSyntax::kLong)
-                       .Flag("-ns", "-namespace", TEXT)
-                       .Flag("-rfn", "-referenceNode", TEXT)
-                       .Flag("-dr", "-deferReference", SWITCH)
-                       .Flag("-lr", "-loadReference", TEXT)
-                       .Flag("-ur", "-unloadReference", TEXT)
-                       .Flag("-rr", "-removeReference")
-                       .Flag("-ir", "-importReference")
-                       .Flag("-ea", "-exportAll")
-                       .Flag("-es", "-exportSelected")
-                       .Flag("-f", "-force")
-                       .Flag("-op", "-options", TEXT)
-                       .Flag("-iv", "-ignoreVersion")
-                       .Flag("-pmt", "-prompt", SWITCH)
-                       .Flag("-mnc", "-mergeNamespacesOnClash", SWITCH)
-                       .Flag("-ra", "-renameAll", SWITCH)
-                       .Flag("-rpr", "-renamingPrefix", TEXT)
-                       .Flag("-rnn", "-returnNewNodes")
-                       .Flag("-pr", "-preserveReferences")
-                       .Flag("-mf", "-modified", SWITCH)
-                       .Flag("-amf", "-anyModified")
-                       .Flag("-sn", "-sceneName")
-                       .Flag("-shn", "-shortName")
-                       .Flag("-exn", "-expandName")
-                       .Flag("-loc", "-location")
-                       .Flag("-wcn", "-withoutCopyNumber")
-                       .Flag("-ex", "-exists")
-                       .Flag("-l", "-list")
-                       .Query()
-                       .Objects(0, 1),
-                   File);
+    registry.Register("file",
+                      SyntaxBuilder()
+                          .Flag("-new", "-newFile")
+                          .Flag("-o", "-open")
+                          .Flag("-s", "-save")
+                          .Flag("-rn", "-rename", TEXT)
+                          .Flag("-typ", "-type", TEXT)
+                          .Flag("-i", "-import")
+                          .Flag("-r", "-reference")
+                          .Flag("-rdi", "-referenceDepthInfo", MSyntax::kLong)
+                          .Flag("-ns", "-namespace", TEXT)
+                          .Flag("-rfn", "-referenceNode", TEXT)
+                          .Flag("-dr", "-deferReference", SWITCH)
+                          .Flag("-lr", "-loadReference", TEXT)
+                          .Flag("-ur", "-unloadReference", TEXT)
+                          .Flag("-rr", "-removeReference")
+                          .Flag("-ir", "-importReference")
+                          .Flag("-ea", "-exportAll")
+                          .Flag("-es", "-exportSelected")
+                          .Flag("-f", "-force")
+                          .Flag("-op", "-options", TEXT)
+                          .Flag("-iv", "-ignoreVersion")
+                          .Flag("-pmt", "-prompt", SWITCH)
+                          .Flag("-mnc", "-mergeNamespacesOnClash", SWITCH)
+                          .Flag("-ra", "-renameAll", SWITCH)
+                          .Flag("-rpr", "-renamingPrefix", TEXT)
+                          .Flag("-rnn", "-returnNewNodes")
+                          .Flag("-pr", "-preserveReferences")
+                          .Flag("-mf", "-modified", SWITCH)
+                          .Flag("-amf", "-anyModified")
+                          .Flag("-sn", "-sceneName")
+                          .Flag("-shn", "-shortName")
+                          .Flag("-exn", "-expandName")
+                          .Flag("-loc", "-location")
+                          .Flag("-wcn", "-withoutCopyNumber")
+                          .Flag("-ex", "-exists")
+                          .Flag("-l", "-list")
+                          .Query()
+                          .Objects(0, 1),
+                      File);
 }
 
 } // namespace lightbox::mel

@@ -67,14 +67,14 @@ std::string Expanded(const std::string& text) {
     if (expanded == QLatin1String("~") || expanded.startsWith(QLatin1String("~/"))) {
         expanded.replace(0, 1, QDir::homePath());
     }
-    static const QRegularExpression VARIABLE(QStringLiteral(R"(\$(?:\{(\w+)\}|(\w+)))"));
-    for (QRegularExpressionMatch match = VARIABLE.match(expanded); match.hasMatch();) {
+    static const QRegularExpression variable(QStringLiteral(R"(\$(?:\{(\w+)\}|(\w+)))"));
+    for (QRegularExpressionMatch match = variable.match(expanded); match.hasMatch();) {
         const QByteArray name = (match.captured(1) + match.captured(2)).toUtf8();
         const QString value = qEnvironmentVariableIsSet(name.constData())
                                   ? qEnvironmentVariable(name.constData())
                                   : match.captured();
         expanded.replace(match.capturedStart(), match.capturedLength(), value);
-        match = VARIABLE.match(expanded, match.capturedStart() + value.size());
+        match = variable.match(expanded, match.capturedStart() + value.size());
     }
     return expanded.toStdString();
 }

@@ -55,10 +55,10 @@ Value SpaceLocator(CommandCall& call) {
 } // namespace
 
 void RegisterLocatorCommand(CommandRegistry& registry) {
-    constexpr auto LENGTH = MSyntax::kDistance;
+    constexpr auto length = MSyntax::kDistance;
     AddSceneCommand(registry, "spaceLocator",
                     SyntaxBuilder()
-                        .Flag("-p", "-position", LENGTH, LENGTH, LENGTH)
+                        .Flag("-p", "-position", length, length, length)
                         .Flag("-n", "-name", MSyntax::kString)
                         .Flag("-a", "-absolute")
                         .Flag("-r", "-relative")

@@ -1,7 +1,6 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
 #include "formats/AttributeFactory.h"
-#include "formats/FileReader.h"
 #include "formats/PlugSettingApplier.h"
 #include "formats/PlugSettingCollector.h"
 #include "mel/SyntaxBuilder.h"
@@ -23,9 +22,6 @@ Value CreateNode(CommandCall& call) {
     const std::string type = call.Object(0).AsString();
     const std::string name = call.StringOr("-name", "");
     const std::string parentName = call.StringOr("-parent", "");
-    if (FileReader* reader = ReaderOf(call)) {
-        return ShownName(*reader->CreateNode(type, name, parentName, call.Has("-shared")));
-    }
     Host& host = call.GetHost();
     if (call.Has("-shared")) {
         const NodeList existing = host.scene().FindAll(name);
@@ -75,16 +71,10 @@ Value Rename(CommandCall& call) {
     const std::vector<std::string> names = call.ObjectNames();
     if (call.Has("-uuid")) {
         const std::shared_ptr<Node> node =
-            names.size() > 1
-                ? NodeNamed(call, names.front())
-                : (ReaderOf(call) ? ReaderOf(call)->Current() : ObjectsOrSelection(call).front());
-        if (FileReader* reader = ReaderOf(call); reader && node) {
-            reader->SetUuid(*node, names.back());
-        } else if (node) {
-            edit::Do(
-                call.GetHost(), "rename", [node, after = names.back()] { node->SetUuid(after); },
-                [node, before = node->Uuid()] { node->SetUuid(before); });
-        }
+            names.size() > 1 ? NodeNamed(call, names.front()) : ObjectsOrSelection(call).front();
+        edit::Do(
+            call.GetHost(), "rename", [node, after = names.back()] { node->SetUuid(after); },
+            [node, before = node->Uuid()] { node->SetUuid(before); });
         return names.back();
     }
     const NodeList& selected = call.GetHost().scene().selection().Get();
@@ -139,9 +129,7 @@ Value LockNode(CommandCall& call) {
     }
     const bool locked = !call.Has("-lock") || call.Bool("-lock");
     for (const std::shared_ptr<Node>& node : nodes) {
-        if (!ReaderOf(call) || !ReaderOf(call)->IsForeign(*node)) {
-            edit::SetNodeLocked(call.GetHost(), *node, locked);
-        }
+        edit::SetNodeLocked(call.GetHost(), *node, locked);
     }
     return {};
 }

@@ -97,8 +97,8 @@ Value Quit(CommandCall& call) {
 } // namespace
 
 void RegisterPluginCommands(CommandRegistry& registry) {
-    AddHostCommand(registry, "loadPlugin", SyntaxBuilder().Flag("-qt", "-quiet").Objects(1), LoadPlugin);
-    AddHostCommand(registry, "unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
+    registry.Register("loadPlugin", SyntaxBuilder().Flag("-qt", "-quiet").Objects(1), LoadPlugin);
+    registry.Register("unloadPlugin", SyntaxBuilder().Flag("-f", "-force").Objects(1), UnloadPlugin);
     SyntaxBuilder info;
     for (const auto& [shortName, longName] :
          std::initializer_list<std::pair<const char*, const char*>>{{"-l", "-loaded"},
@@ -116,9 +116,9 @@ void RegisterPluginCommands(CommandRegistry& registry) {
                                                                     {"-ls", "-listPlugins"}}) {
         info.Flag(shortName, longName);
     }
-    AddHostCommand(registry, "pluginInfo", info.Query().Objects(0, 1), PluginInfo);
-    AddHostCommand(registry, "quit",
-                   SyntaxBuilder().Flag("-f", "-force").Flag("-ec", "-exitCode", MSyntax::kLong), Quit);
+    registry.Register("pluginInfo", info.Query().Objects(0, 1), PluginInfo);
+    registry.Register("quit", SyntaxBuilder().Flag("-f", "-force").Flag("-ec", "-exitCode", MSyntax::kLong),
+                      Quit);
 }
 
 } // namespace lightbox::mel

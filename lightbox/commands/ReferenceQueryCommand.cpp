@@ -46,16 +46,16 @@ Value ReferenceQuery(CommandCall& call) {
 } // namespace
 
 void RegisterReferenceQueryCommand(CommandRegistry& registry) {
-    AddHostCommand(registry, "referenceQuery",
-                   SyntaxBuilder()
-                       .Flag("-inr", "-isNodeReferenced")
-                       .Flag("-f", "-filename")
-                       .Flag("-rfn", "-referenceNode")
-                       .Flag("-il", "-isLoaded")
-                       .Flag("-ns", "-namespace")
-                       .Flag("-n", "-nodes")
-                       .Objects(1, 1),
-                   ReferenceQuery);
+    registry.Register("referenceQuery",
+                      SyntaxBuilder()
+                          .Flag("-inr", "-isNodeReferenced")
+                          .Flag("-f", "-filename")
+                          .Flag("-rfn", "-referenceNode")
+                          .Flag("-il", "-isLoaded")
+                          .Flag("-ns", "-namespace")
+                          .Flag("-n", "-nodes")
+                          .Objects(1, 1),
+                      ReferenceQuery);
 }
 
 } // namespace lightbox::mel

@@ -1,47 +1,20 @@
 #include "commands/SceneArguments.h"
 
-#include "formats/FileError.h"
-#include "formats/FileReader.h"
 #include "formats/PlugSettingApplier.h"
-#include "formats/SceneFiles.h"
-#include "mel/Error.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
-#include "scene/PluginLoader.h"
 #include "scene/Scene.h"
-#include "scene/SceneError.h"
 #include "scene/UndoQueue.h"
-
-#include <optional>
 
 namespace lightbox::mel {
 namespace {
 
 CommandRegistry::Function Whole(CommandRegistry::Function function) {
     return [function = std::move(function)](CommandCall& call) {
-        std::optional<UndoQueue::Transaction> transaction;
-        if (!ReaderOf(call)) {
-            transaction.emplace(call.GetHost().undo());
-        }
+        UndoQueue::Transaction transaction(call.GetHost().undo());
         Value result = function(call);
-        if (transaction) {
-            transaction->Commit();
-        }
+        transaction.Commit();
         return result;
-    };
-}
-
-CommandRegistry::Function Guarded(CommandRegistry::Function function) {
-    return [function = std::move(function)](CommandCall& call) {
-        try {
-            return function(call);
-        } catch (const SceneError& error) {
-            throw Error(error.what());
-        } catch (const FileError& error) {
-            throw Error(error.what());
-        } catch (const PluginError& error) {
-            throw Error(error.what());
-        }
     };
 }
 
@@ -49,30 +22,15 @@ CommandRegistry::Function Guarded(CommandRegistry::Function function) {
 
 void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
                      CommandRegistry::Function function) {
-    registry.Register(name, syntax, Guarded(Whole(std::move(function))));
-}
-
-void AddHostCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
-                    CommandRegistry::Function function) {
-    registry.Register(name, syntax, Guarded(std::move(function)));
+    registry.Register(name, syntax, Whole(std::move(function)));
 }
 
 void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
                         CommandRegistry::Function function) {
-    registry.RegisterRaw(name, 0, ~0u, Guarded(Whole(std::move(function))));
-}
-
-FileReader* ReaderOf(const CommandCall& call) {
-    return call.GetHost().files().reader();
+    registry.RegisterRaw(name, 0, ~0u, Whole(std::move(function)));
 }
 
 std::shared_ptr<Node> NodeNamed(const CommandCall& call, const std::string& name) {
-    if (const FileReader* reader = ReaderOf(call)) {
-        if (std::shared_ptr<Node> node = reader->Find(name)) {
-            return node;
-        }
-        call.Fail("No object matches name: " + name);
-    }
     const NodeList nodes = call.GetHost().scene().FindAll(name);
     if (nodes.size() != 1) {
         call.Fail((nodes.empty() ? "No object matches name: " : "More than one object matches name: ") +
@@ -92,10 +50,6 @@ std::shared_ptr<DagNode> DagNodeNamed(const CommandCall& call, const std::string
 NodeList NodesNamed(const CommandCall& call, const std::vector<std::string>& names) {
     NodeList nodes;
     for (const std::string& name : names) {
-        if (ReaderOf(call)) {
-            nodes.push_back(NodeNamed(call, name));
-            continue;
-        }
         const NodeList matching = call.GetHost().scene().Matching(name);
         if (matching.empty()) {
             call.Fail("No object matches name: " + name);
@@ -110,9 +64,8 @@ NodeList ObjectsOrSelection(const CommandCall& call) {
     if (!names.empty()) {
         return NodesNamed(call, names);
     }
-    const FileReader* reader = ReaderOf(call);
-    NodeList selected = reader ? NodeList{reader->Current()} : call.GetHost().scene().selection().Get();
-    if (selected.empty() || !selected.front()) {
+    NodeList selected = call.GetHost().scene().selection().Get();
+    if (selected.empty()) {
         call.Fail("No object was specified.");
     }
     return selected;
@@ -125,20 +78,16 @@ std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& tex
     }
     if (dot > 0) {
         const std::string name = text.substr(0, dot);
-        const FileReader* reader = ReaderOf(call);
-        const NodeList nodes = reader ? NodeList{} : call.GetHost().scene().FindAll(name);
-        if (!reader && nodes.empty()) {
+        if (call.GetHost().scene().FindAll(name).empty()) {
             call.Fail("No object matches name: " + text);
         }
         return NodeNamed(call, name);
     }
-    const FileReader* reader = ReaderOf(call);
     const NodeList& selected = call.GetHost().scene().selection().Get();
-    std::shared_ptr<Node> node = reader ? reader->Current() : selected.empty() ? nullptr : selected.front();
-    if (!node) {
+    if (selected.empty()) {
         call.Fail("No object matches name: " + text);
     }
-    return node;
+    return selected.front();
 }
 
 Plug PlugNamed(const CommandCall& call, const std::string& text) {

@@ -11,30 +11,21 @@
 
 namespace lightbox {
 class DagNode;
-class FileReader;
 } // namespace lightbox
 
 namespace lightbox::mel {
 
 using NodeList = std::vector<std::shared_ptr<Node>>;
 
-/// Registers a command whose errors of the scene, of files and of plug-ins become errors of the language.
-/// When it fails, the edits that it has made are taken back, except in a scene file: there what could be read
-/// stands.
+/// Registers a command that edits the scene: when it fails, the edits that it has made are taken back. What a
+/// command that is registered without has done stands: those that manage files, plug-ins or the undo queue.
 void AddSceneCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
                      CommandRegistry::Function function);
-/// The same for a command that manages files, plug-ins or the undo queue: what it has done stands.
-void AddHostCommand(CommandRegistry& registry, const std::string& name, const MSyntax& syntax,
-                    CommandRegistry::Function function);
 /// A scene command that reads its arguments itself.
 void AddRawSceneCommand(CommandRegistry& registry, const std::string& name,
                         CommandRegistry::Function function);
 
-/// The reader whose file the call stands in; null outside scene files.
-FileReader* ReaderOf(const CommandCall& call);
-
-/// The one node of a name or path, as the file that is being read names it. Fails when there is none or more
-/// than one.
+/// The one node of a name or path. Fails when there is none or more than one.
 std::shared_ptr<Node> NodeNamed(const CommandCall& call, const std::string& name);
 std::shared_ptr<DagNode> DagNodeNamed(const CommandCall& call, const std::string& name);
 /// The nodes of names that may hold wildcards. A name that matches nothing fails.
@@ -42,7 +33,7 @@ NodeList NodesNamed(const CommandCall& call, const std::vector<std::string>& nam
 /// The call's objects, else the selection. Fails when there is neither.
 NodeList ObjectsOrSelection(const CommandCall& call);
 
-/// The plug of "node.attribute", or of ".attribute" of the node that a file is at or that is selected.
+/// The plug of "node.attribute", or of ".attribute" of the node that is selected first.
 Plug PlugNamed(const CommandCall& call, const std::string& text);
 /// The node part of such a text.
 std::shared_ptr<Node> NodeOfPlug(const CommandCall& call, const std::string& text);

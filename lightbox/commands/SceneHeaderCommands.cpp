@@ -1,6 +1,5 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "formats/FileReader.h"
 #include "formats/SceneFiles.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Host.h"
@@ -11,10 +10,7 @@ namespace {
 
 Value Requires(CommandCall& call) {
     const std::string plugin = call.Object(0).AsString();
-    const std::string version = call.Objects().size() > 1 ? call.Object(1).AsString() : "";
-    if (FileReader* reader = ReaderOf(call)) {
-        reader->Require(plugin, version, reader->StatementText());
-    } else if (plugin != "maya") {
+    if (plugin != "maya") {
         call.GetHost().plugins().Load(plugin);
     }
     return {};
@@ -42,27 +38,23 @@ Value FileInfo(CommandCall& call) {
     if (words.size() != 2) {
         call.Fail("A keyword and a value have to be given.");
     }
-    if (FileReader* reader = ReaderOf(call)) {
-        reader->SetFileInfo(words[0], words[1]);
-    } else {
-        files.SetFileInfo(words[0], words[1]);
-    }
+    files.SetFileInfo(words[0], words[1]);
     return {};
 }
 
 } // namespace
 
 void RegisterSceneHeaderCommands(CommandRegistry& registry) {
-    AddHostCommand(registry, "requires",
-                   SyntaxBuilder()
-                       .Flag("-nt", "-nodeType", MSyntax::kString)
-                       .MultiUse()
-                       .Flag("-dt", "-dataType", MSyntax::kString)
-                       .MultiUse()
-                       .Objects(1, 2),
-                   Requires);
-    AddHostCommand(registry, "fileInfo",
-                   SyntaxBuilder().Flag("-rm", "-remove", MSyntax::kString).Query().Objects(0, 2), FileInfo);
+    registry.Register("requires",
+                      SyntaxBuilder()
+                          .Flag("-nt", "-nodeType", MSyntax::kString)
+                          .MultiUse()
+                          .Flag("-dt", "-dataType", MSyntax::kString)
+                          .MultiUse()
+                          .Objects(1, 2),
+                      Requires);
+    registry.Register(
+        "fileInfo", SyntaxBuilder().Flag("-rm", "-remove", MSyntax::kString).Query().Objects(0, 2), FileInfo);
 }
 
 } // namespace lightbox::mel

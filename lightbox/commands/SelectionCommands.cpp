@@ -1,6 +1,5 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "formats/FileReader.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DagNode.h"
 #include "scene/Edit.h"
@@ -62,11 +61,6 @@ NodeList Targets(const CommandCall& call) {
 }
 
 Value Select(CommandCall& call) {
-    if (FileReader* reader = ReaderOf(call)) {
-        // A file means the node that its next statements are about; the user's selection stays.
-        reader->Select(call.Objects().empty() ? std::string() : call.Object(0).AsString());
-        return {};
-    }
     Host& host = call.GetHost();
     if (call.Has("-clear")) {
         edit::Select(host, {});

@@ -1,7 +1,6 @@
 #include "commands/KeyArguments.h"
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
-#include "formats/FileReader.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/Edit.h"
 #include "scene/EventBus.h"
@@ -49,11 +48,6 @@ Value QueryUnit(const CommandCall& call) {
 Value CurrentUnit(CommandCall& call) {
     if (call.IsQuery()) {
         return QueryUnit(call);
-    }
-    if (FileReader* reader = ReaderOf(call)) {
-        reader->SetUnits(call.StringOr("-linear", ""), call.StringOr("-angle", ""),
-                         call.StringOr("-time", ""));
-        return {};
     }
     const std::string linear = call.StringOr("-linear", "cm");
     if (linear != "cm" && linear != "centimeter") {

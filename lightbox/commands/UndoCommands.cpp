@@ -72,8 +72,8 @@ Value UndoInfo(CommandCall& call) {
         undo.SetLimit(static_cast<std::size_t>(std::max(1, call.Int("-length"))));
     }
     if (call.Has("-infinity")) {
-        constexpr std::size_t FINITE = 50;
-        undo.SetLimit(call.Bool("-infinity") ? 0 : undo.Limit() == 0 ? FINITE : undo.Limit());
+        constexpr std::size_t defaultLimit = 50;
+        undo.SetLimit(call.Bool("-infinity") ? 0 : undo.Limit() == 0 ? defaultLimit : undo.Limit());
     }
     if (call.Has("-openChunk")) {
         undo.OpenChunk(call.StringOr("-chunkName", ""));
@@ -93,25 +93,25 @@ Value FlushUndo(CommandCall& call) {
 } // namespace
 
 void RegisterUndoCommands(CommandRegistry& registry) {
-    AddHostCommand(registry, "undo", SyntaxBuilder(), Undo);
-    AddHostCommand(registry, "redo", SyntaxBuilder(), Redo);
-    AddHostCommand(registry, "flushUndo", SyntaxBuilder(), FlushUndo);
-    AddHostCommand(registry, "undoInfo",
-                   SyntaxBuilder()
-                       .Flag("-st", "-state", MSyntax::kBoolean)
-                       .Flag("-swf", "-stateWithoutFlush", MSyntax::kBoolean)
-                       .Flag("-in", "-infinity", MSyntax::kBoolean)
-                       .Flag("-l", "-length", MSyntax::kUnsigned)
-                       .Flag("-ock", "-openChunk")
-                       .Flag("-cck", "-closeChunk")
-                       .Flag("-cn", "-chunkName", MSyntax::kString)
-                       .Flag("-un", "-undoName")
-                       .Flag("-rn", "-redoName")
-                       .Flag("-uqe", "-undoQueueEmpty")
-                       .Flag("-rqe", "-redoQueueEmpty")
-                       .Flag("-pq", "-printQueue")
-                       .Query(),
-                   UndoInfo);
+    registry.Register("undo", SyntaxBuilder(), Undo);
+    registry.Register("redo", SyntaxBuilder(), Redo);
+    registry.Register("flushUndo", SyntaxBuilder(), FlushUndo);
+    registry.Register("undoInfo",
+                      SyntaxBuilder()
+                          .Flag("-st", "-state", MSyntax::kBoolean)
+                          .Flag("-swf", "-stateWithoutFlush", MSyntax::kBoolean)
+                          .Flag("-in", "-infinity", MSyntax::kBoolean)
+                          .Flag("-l", "-length", MSyntax::kUnsigned)
+                          .Flag("-ock", "-openChunk")
+                          .Flag("-cck", "-closeChunk")
+                          .Flag("-cn", "-chunkName", MSyntax::kString)
+                          .Flag("-un", "-undoName")
+                          .Flag("-rn", "-redoName")
+                          .Flag("-uqe", "-undoQueueEmpty")
+                          .Flag("-rqe", "-redoQueueEmpty")
+                          .Flag("-pq", "-printQueue")
+                          .Query(),
+                      UndoInfo);
 }
 
 } // namespace lightbox::mel

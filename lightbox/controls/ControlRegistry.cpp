@@ -62,7 +62,7 @@ std::string Filled(const std::string& script, const std::vector<mel::Value>& val
 
 ControlRegistry::ControlRegistry(Host& host, QMainWindow& mainWindow)
     : host_(host)
-    , menuSets_(std::make_unique<MenuSets>(*this)) {
+    , menuSets_(std::make_unique<MenuSets>()) {
     mainWindow.setObjectName("MayaWindow");
     mainWindow_ = &Add(std::make_unique<MainWindowControl>(mainWindow));
     currentParent_ = mainWindow_;

@@ -1,6 +1,6 @@
 #include "controls/MenuSets.h"
 
-#include "controls/ControlRegistry.h"
+#include "controls/Control.h"
 
 #include <QAction>
 
@@ -16,9 +16,8 @@ bool Has(const MenuSets::MenuSet& set, const Control* menu) {
 
 } // namespace
 
-MenuSets::MenuSets(ControlRegistry& registry)
-    : registry_(registry)
-    , sets_{{"modelingMenuSet", "Modeling", {}},
+MenuSets::MenuSets()
+    : sets_{{"modelingMenuSet", "Modeling", {}},
             {"riggingMenuSet", "Rigging", {}},
             {"animationMenuSet", "Animation", {}},
             {"dynamicsMenuSet", "FX", {}},

@@ -6,7 +6,6 @@
 namespace lightbox {
 
 class Control;
-class ControlRegistry;
 
 /// The sets of menus that the main window's menu bar switches between. A menu that belongs to a set is seen
 /// while that set is the current one; all others always.
@@ -18,7 +17,7 @@ public:
         std::vector<Control*> menus;
     };
 
-    explicit MenuSets(ControlRegistry& registry);
+    MenuSets();
 
     const std::vector<MenuSet>& All() const { return sets_; }
     /// Null when there is none.
@@ -39,7 +38,6 @@ public:
 private:
     void Refresh();
 
-    ControlRegistry& registry_;
     std::vector<MenuSet> sets_;
     std::string current_;
 };

@@ -129,11 +129,20 @@ void WriteSetting(std::ostream& out, const PlugSetting& setting) {
 std::string SettingText(const PlugSetting& setting) {
     std::ostringstream text;
     WriteSetting(text, setting);
-    return text.str();
+    std::string statement = text.str();
+    statement.resize(statement.rfind(';'));
+    return statement;
 }
 
 void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::string& indent) {
-    out << indent << "addAttr -ci true";
+    for (const std::string& text : AddAttrTexts(attribute)) {
+        out << indent << text << ";\n";
+    }
+}
+
+std::vector<std::string> AddAttrTexts(const Attribute& attribute) {
+    std::ostringstream out;
+    out << "addAttr -ci true";
     if (attribute.usedAsColor) {
         out << " -uac";
     }
@@ -166,10 +175,25 @@ void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::stri
     if (attribute.IsCompound() && !attribute.IsNumericCompound()) {
         out << " -nc " << attribute.Children().size();
     }
-    out << ";\n";
+    std::vector<std::string> texts{out.str()};
     for (const auto& child : attribute.Children()) {
-        WriteAddAttr(out, *child, indent);
+        const std::vector<std::string> below = AddAttrTexts(*child);
+        texts.insert(texts.end(), below.begin(), below.end());
     }
+    return texts;
+}
+
+std::string RequiresText(const std::string& plugin, const std::string& version,
+                         const std::vector<std::string>& nodeTypes,
+                         const std::vector<std::string>& dataTypes) {
+    std::string statement = "requires";
+    for (const std::string& type : nodeTypes) {
+        statement += " -nodeType " + Quoted(type);
+    }
+    for (const std::string& type : dataTypes) {
+        statement += " -dataType " + Quoted(type);
+    }
+    return statement + " " + Quoted(plugin) + " " + Quoted(version);
 }
 
 } // namespace lightbox::ascii

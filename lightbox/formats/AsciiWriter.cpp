@@ -104,14 +104,8 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
 void AsciiWriter::WriteRequirements(const SceneContent& content) {
     out_ << "requires maya \"2018\";\n";
     for (const SceneContent::Requirement& required : content.requirements) {
-        out_ << "requires";
-        for (const std::string& type : required.nodeTypes) {
-            out_ << " -nodeType " << Quoted(type);
-        }
-        for (const std::string& type : required.dataTypes) {
-            out_ << " -dataType " << Quoted(type);
-        }
-        out_ << ' ' << Quoted(required.plugin) << ' ' << Quoted(required.version) << ";\n";
+        out_ << ascii::RequiresText(required.plugin, required.version, required.nodeTypes, required.dataTypes)
+             << ";\n";
     }
     for (const PreservedContent::Requirement& kept : preserved_.requirements) {
         const bool isWritten =

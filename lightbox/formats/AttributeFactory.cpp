@@ -18,7 +18,7 @@ bool AttributeFactory::IsName(const std::string& name) {
 
 std::shared_ptr<Attribute> AttributeFactory::Make(const Scene& scene, const std::string& type,
                                                   const std::string& longName, const std::string& shortName) {
-    static const std::map<std::string, AttributeKind> KINDS{{"bool", AttributeKind::Bool},
+    static const std::map<std::string, AttributeKind> kinds{{"bool", AttributeKind::Bool},
                                                             {"byte", AttributeKind::Byte},
                                                             {"char", AttributeKind::Char},
                                                             {"short", AttributeKind::Short},
@@ -43,8 +43,8 @@ std::shared_ptr<Attribute> AttributeFactory::Make(const Scene& scene, const std:
     if (!IsName(longName) || !IsName(shortName)) {
         return nullptr;
     }
-    const auto kind = KINDS.find(type);
-    if (kind != KINDS.end()) {
+    const auto kind = kinds.find(type);
+    if (kind != kinds.end()) {
         return std::make_shared<Attribute>(longName, shortName, kind->second);
     }
     if (ChildCountOf(type) > 0) {

@@ -1,13 +1,19 @@
 #include "formats/BinaryReader.h"
 
+#include "formats/AsciiStatements.h"
 #include "formats/AttributeFactory.h"
 #include "formats/BinaryFormat.h"
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
-#include "formats/FileReader.h"
+#include "formats/MemoryStream.h"
+#include "formats/PlugSettingApplier.h"
+#include "formats/PreservedContent.h"
 #include "formats/ReferenceList.h"
+#include "formats/SceneBuilder.h"
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
+#include "scene/DataType.h"
+#include "scene/DataValue.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
@@ -15,6 +21,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace lightbox {
 namespace {
@@ -64,7 +71,7 @@ void BinaryReader::Read(std::string_view bytes) {
             ReadChunk(*chunk);
         }
     } catch (const FileError& error) {
-        reader_.ReportFault(std::string(error.what()) + " What came before was read.");
+        builder_.ReportFault(std::string(error.what()) + " What came before was read.");
     }
 }
 
@@ -80,37 +87,37 @@ void BinaryReader::ReadChunk(const Chunk& chunk) {
         } else if (chunk.type == binary::UNITS) {
             const std::string linear = TakeText(content);
             const std::string angular = TakeText(content);
-            reader_.SetUnits(linear, angular, TakeText(content));
+            builder_.SetUnits(linear, angular, TakeText(content));
         } else if (chunk.type == binary::INFO) {
             const std::string key = TakeText(content);
-            reader_.SetFileInfo(key, TakeText(content));
+            builder_.SetFileInfo(key, TakeText(content));
         } else if (chunk.type == binary::NODE) {
             ReadNode(content);
         } else if (chunk.type == binary::CONFIGURATION) {
-            reader_.RunConfiguration(TakeText(content));
+            builder_.RunConfiguration(TakeText(content));
         } else if (chunk.type == binary::EDIT || chunk.type == binary::DEFAULT_NODE) {
             ReadExisting(content);
         } else if (chunk.type == binary::CONNECTION || chunk.type == binary::BROKEN) {
             ReadConnection(content, chunk.type == binary::BROKEN);
         } else if (chunk.type == binary::STATEMENT) {
-            reader_.RunStatement(TakeText(content));
+            builder_.RunStatement(TakeText(content));
         } else if (chunk.type != binary::DONE) {
-            reader_.WarnOnce("chunk " + std::string(chunk.type),
-                             "Unknown chunk '" + std::string(chunk.type) +
-                                 "', from a later version, is passed over.");
+            builder_.WarnOnce("chunk " + std::string(chunk.type),
+                              "Unknown chunk '" + std::string(chunk.type) +
+                                  "', from a later version, is passed over.");
         }
     } catch (const FileError& error) {
-        reader_.ReportFault("In a chunk '" + std::string(chunk.type) + "': " + error.what());
+        builder_.ReportFault("In a chunk '" + std::string(chunk.type) + "': " + error.what());
     } catch (const SceneError& error) {
-        reader_.ReportFault(error.what());
+        builder_.ReportFault(error.what());
     }
 }
 
 void BinaryReader::ReadHead(ChunkReader& content) {
     const std::uint32_t version = content.Count();
     if (version > binary::VERSION) {
-        reader_.ReportFault("The file is of version " + std::to_string(version) +
-                            "; this program reads version " + std::to_string(binary::VERSION) + ".");
+        builder_.ReportFault("The file is of version " + std::to_string(version) +
+                             "; this program reads version " + std::to_string(binary::VERSION) + ".");
     }
 }
 
@@ -129,14 +136,9 @@ void BinaryReader::ReadReference(ChunkReader& content) {
 void BinaryReader::ReadRequirement(ChunkReader& content) {
     const std::string plugin = TakeText(content);
     const std::string version = TakeText(content);
-    std::string statement = "requires";
-    for (const std::string& type : TakeTexts(content)) {
-        statement += " -nodeType " + Quoted(type);
-    }
-    for (const std::string& type : TakeTexts(content)) {
-        statement += " -dataType " + Quoted(type);
-    }
-    reader_.Require(plugin, version, statement + " " + Quoted(plugin) + " " + Quoted(version));
+    const std::vector<std::string> nodeTypes = TakeTexts(content);
+    const std::vector<std::string> dataTypes = TakeTexts(content);
+    builder_.Require(plugin, version, ascii::RequiresText(plugin, version, nodeTypes, dataTypes));
 }
 
 void BinaryReader::ReadNode(ChunkReader& content) {
@@ -145,25 +147,25 @@ void BinaryReader::ReadNode(ChunkReader& content) {
     const std::string parent = TakeText(content);
     const std::uint8_t flags = content.Byte();
     const std::string uuid = TakeText(content);
-    const std::shared_ptr<Node> node = reader_.CreateNode(type, name, parent, flags & binary::SHARED_NODE);
-    reader_.SetUuid(*node, uuid);
+    const std::shared_ptr<Node> node = builder_.CreateNode(type, name, parent, flags & binary::SHARED_NODE);
+    builder_.SetUuid(*node, uuid);
     ReadBody(content, node);
     node->locked = node->locked || flags & binary::LOCKED_NODE;
 }
 
 void BinaryReader::ReadExisting(ChunkReader& content) {
     const std::string name = TakeText(content);
-    reader_.Select(name);
-    ReadBody(content, reader_.Current());
+    builder_.Select(name);
+    ReadBody(content, builder_.Current());
 }
 
 void BinaryReader::ReadConnection(ChunkReader& content, bool isBroken) {
     const std::string source = TakeText(content);
     const std::string destination = TakeText(content);
     if (isBroken) {
-        reader_.RunStatement("disconnectAttr " + Quoted(source) + " " + Quoted(destination));
+        builder_.RunStatement("disconnectAttr " + Quoted(source) + " " + Quoted(destination));
     } else {
-        reader_.Connect(source, destination, TakeText(content));
+        builder_.Connect(source, destination, TakeText(content));
     }
 }
 
@@ -171,8 +173,8 @@ void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& n
     for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
         const std::shared_ptr<Attribute> attribute = ReadAttribute(content, 0);
         if (!node || HasUnknownType(*attribute)) {
-            reader_.KeepAttribute(*attribute);
-        } else if (!reader_.IsForeign(*node)) {
+            KeepAttribute(*attribute);
+        } else if (!builder_.IsForeign(*node)) {
             node->AddDynamicAttribute(attribute);
         }
     }
@@ -180,7 +182,7 @@ void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& n
         ReadSetting(content, node);
     }
     for (const std::string& statement : TakeTexts(content)) {
-        reader_.RunStatement(statement);
+        builder_.RunStatement(statement);
     }
     for (std::uint32_t i = content.CountOf(TEXT_BYTES); i > 0; --i) {
         PlugSetting setting;
@@ -189,7 +191,7 @@ void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& n
         setting.hasValue = true;
         const std::string_view bytes = content.Text();
         if (node) {
-            reader_.ApplyBinary(node, setting, bytes);
+            ApplyBytes(node, setting, bytes);
         }
     }
 }
@@ -259,9 +261,67 @@ void BinaryReader::ReadSetting(ChunkReader& content, const std::shared_ptr<Node>
         }
     }
     if (kind != binary::ValueKind::Data) {
-        reader_.ApplyOrKeep(node, setting);
+        ApplyOrKeep(node, setting);
     } else if (node) {
-        reader_.ApplyBinary(node, setting, bytes);
+        ApplyBytes(node, setting, bytes);
+    }
+}
+
+void BinaryReader::ApplyOrKeep(const std::shared_ptr<Node>& node, const PlugSetting& setting) {
+    try {
+        if (node) {
+            builder_.Apply(node, setting);
+            return;
+        }
+    } catch (const UnknownAttributeError&) {
+        // Kept below.
+    } catch (const SceneError& error) {
+        builder_.ReportFault(error.what());
+        return;
+    }
+    builder_.KeepForCurrent(ascii::SettingText(setting), "attribute " + setting.path,
+                            "Unknown attribute '" + setting.path + "'; it is kept and written back.");
+}
+
+void BinaryReader::KeepAttribute(const Attribute& attribute) {
+    for (const std::string& text : ascii::AddAttrTexts(attribute)) {
+        builder_.KeepForCurrent(text, "attribute " + attribute.LongName(),
+                                "Unknown attribute '" + attribute.LongName() +
+                                    "'; it is kept and written back.");
+    }
+}
+
+void BinaryReader::ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetting& setting,
+                              std::string_view bytes) {
+    if (builder_.IsForeign(*node)) {
+        return;
+    }
+    const auto type = host_.scene().types().FindDataType(setting.type);
+    if (!type || !node->FindAttribute(setting.path.substr(0, setting.path.find('[')))) {
+        builder_.WarnOnce("data type " + setting.type,
+                          "Unknown data type '" + setting.type + "'; its values are kept and written back.");
+        host_.files().preserved().Of(*node).values.push_back(
+            {setting.path, setting.type, std::string(bytes)});
+        return;
+    }
+    PlugSetting filled = setting;
+    filled.data = TypeRegistry::MakeData(type);
+    if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
+        builder_.ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                             "\", cannot be read.");
+        return;
+    }
+    MemoryStream stream(bytes);
+    const bool isRead = filled.data->Data().readBinary(stream, static_cast<unsigned>(bytes.size()));
+    // What a damaged value still yields is worth having.
+    try {
+        builder_.Apply(node, filled);
+    } catch (const SceneError& error) {
+        builder_.ReportFault(error.what());
+    }
+    if (!isRead) {
+        builder_.ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
+                             "\", could not be read whole.");
     }
 }
 

@@ -166,9 +166,9 @@ void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node
 }
 
 void BinaryWriter::PutPreserved(ChunkWriter& chunk, const Node& node) const {
-    static const PreservedContent::NodeContent NOTHING;
+    static const PreservedContent::NodeContent nothing;
     const PreservedContent::NodeContent* found = preserved_.Find(node);
-    const PreservedContent::NodeContent& kept = found ? *found : NOTHING;
+    const PreservedContent::NodeContent& kept = found ? *found : nothing;
     // The statements first: among them are attributes that the values belong to.
     PutTexts(chunk, kept.statements);
     chunk.Count(static_cast<std::uint32_t>(kept.values.size()));

@@ -354,7 +354,7 @@ bool MeshPlugSettings::IsLength(const std::string& path) {
 }
 
 bool MeshPlugSettings::IsCarriedAlong(const Node& node, const std::string& path) {
-    static const std::set<std::string> NAMES{"cd",   "creaseData",
+    static const std::set<std::string> names{"cd",   "creaseData",
                                              "cvd",  "creaseVertexData",
                                              "pd",   "pinData",
                                              "hfd",  "holeFaceData",
@@ -366,7 +366,7 @@ bool MeshPlugSettings::IsCarriedAlong(const Node& node, const std::string& path)
                                              "pv",   "uvPivot",
                                              "gtag", "componentTags"};
     const std::string head = HeadOf(path);
-    return MeshNode::Is(node) && NAMES.count(head) > 0;
+    return MeshNode::Is(node) && names.count(head) > 0;
 }
 
 void MeshPlugSettings::Change(MeshData& mesh, const PlugSetting& setting) {

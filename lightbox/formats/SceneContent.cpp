@@ -193,10 +193,10 @@ std::string SceneContent::ConfigurationScript(Host& host) {
 std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(Host& host) {
     std::vector<std::pair<std::string, std::string>> info{
         {"application", "lightbox"}, {"product", "Lightbox"}, {"version", "2018"}};
-    static const std::set<std::string> OF_THE_WRITER{"application", "product", "version", "cutIdentifier",
-                                                     "osv",         "license", "UUID"};
+    static const std::set<std::string> writerKeys{"application", "product", "version", "cutIdentifier",
+                                                  "osv",         "license", "UUID"};
     for (const auto& pair : host.files().fileInfo()) {
-        if (OF_THE_WRITER.count(pair.first) == 0) {
+        if (writerKeys.count(pair.first) == 0) {
             info.push_back(pair);
         }
     }

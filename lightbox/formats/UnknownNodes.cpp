@@ -10,21 +10,14 @@
 #include "scene/Host.h"
 #include "scene/Plugin.h"
 #include "scene/Scene.h"
-#include "text/Quoted.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace lightbox {
 namespace {
 
 bool Holds(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-std::string WithoutEnd(std::string statement) {
-    statement.resize(statement.rfind(';'));
-    return statement;
 }
 
 } // namespace
@@ -64,15 +57,8 @@ void UnknownNodes::KeepRequirement(const Plugin& plugin) {
     requirements.erase(std::remove_if(requirements.begin(), requirements.end(),
                                       [&](const auto& other) { return other.plugin == plugin.name; }),
                        requirements.end());
-    std::string statement = "requires";
-    for (const std::string& type : plugin.nodeTypes) {
-        statement += " -nodeType " + Quoted(type);
-    }
-    for (const std::string& type : plugin.dataTypes) {
-        statement += " -dataType " + Quoted(type);
-    }
     requirements.push_back(
-        {plugin.name, statement + " " + Quoted(plugin.name) + " " + Quoted(plugin.version)});
+        {plugin.name, ascii::RequiresText(plugin.name, plugin.version, plugin.nodeTypes, plugin.dataTypes)});
 }
 
 void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugin& plugin) {
@@ -87,12 +73,12 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
             !Holds(plugin.dataTypes, attribute->dataTypeName)) {
             continue;
         }
-        std::ostringstream text;
-        ascii::WriteAddAttr(text, *attribute, "");
-        kept.push_back(WithoutEnd(text.str()));
+        for (const std::string& text : ascii::AddAttrTexts(*attribute)) {
+            kept.push_back(text);
+        }
         for (const PlugSetting& setting : settings) {
             if (setting.data && setting.path.substr(0, setting.path.find('[')) == attribute->ShortName()) {
-                kept.push_back(WithoutEnd(ascii::SettingText(setting)));
+                kept.push_back(ascii::SettingText(setting));
             }
         }
         for (const int element : node->Elements(*attribute)) {
@@ -113,7 +99,7 @@ void UnknownNodes::MoveSettings(const std::shared_ptr<Node>& from, const std::sh
         try {
             applier.Apply(to, setting);
         } catch (const SceneError&) {
-            host_.files().preserved().Of(*to).statements.push_back(WithoutEnd(ascii::SettingText(setting)));
+            host_.files().preserved().Of(*to).statements.push_back(ascii::SettingText(setting));
         }
     }
 }

@@ -4,9 +4,9 @@
 
 namespace lightbox::mel {
 
-/// How an argument of a command was written, which decides whether a text that begins with a hyphen is a
-/// flag: a bare word always is; a text in quotes is one only before the first object, so that what is stored
-/// in quotes may begin with a hyphen; a computed one is a flag wherever a flag may stand.
+/// How a command argument was written. This decides whether a text that begins with a hyphen is a flag. A
+/// bare word always is. A quoted text is one only before the first object, so that stored texts may begin
+/// with a hyphen. A computed text is one wherever a flag is allowed.
 enum class ArgumentForm : std::uint8_t { Computed, FlagWord, Quoted };
 
 } // namespace lightbox::mel

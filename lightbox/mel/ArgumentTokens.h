@@ -13,8 +13,8 @@ namespace lightbox::mel {
 
 struct CallArguments;
 
-/// The arguments of a command or the tokens of an attribute's data: numbers and texts one by one, arrays
-/// taken apart. Texts are shared with the values they came from, not copied. It is what an MArgList holds.
+/// The arguments of a command or the tokens of an attribute's data: single numbers and texts, with arrays
+/// flattened. Texts are shared with their source values, not copied. An MArgList holds one of these.
 class ArgumentTokens {
 public:
     struct Token {
@@ -38,15 +38,15 @@ private:
     std::vector<Token> tokens_;
 };
 
-/// The text of a token that is a flag where one may stand: a hyphen and a letter.
+/// Whether a token looks like a flag: a hyphen followed by a letter.
 bool LooksLikeFlag(const Value& value);
 
-/// Conversions of one argument; false when it is of another kind. Texts that read as numbers are numbers.
+/// Convert one argument. Return false for a value of another type. A text that reads as a number is a number.
 bool ReadBool(const Value& value, bool& result);
 bool ReadInt(const Value& value, int& result);
 bool ReadUnsigned(const Value& value, unsigned& result);
 bool ReadDouble(const Value& value, double& result);
-/// A number in the UI unit, or a number with its unit: "2sec", "10film".
+/// Reads a number in the UI time unit, or a number with its own unit: "2sec", "10film".
 bool ReadTime(const Value& value, MTime& result);
 
 } // namespace lightbox::mel

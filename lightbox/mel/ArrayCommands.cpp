@@ -44,7 +44,7 @@ Value Sorted(CommandCall& call) {
         std::sort(sorted.Ints().begin(), sorted.Ints().end());
         break;
     case Type::FloatArray:
-        // Not-a-numbers go to the end, so that there is an order.
+        // NaN sorts to the end, so that the order is well defined.
         std::sort(sorted.Floats().begin(), sorted.Floats().end(),
                   [](double a, double b) { return a == a && (b != b || a < b); });
         break;

@@ -17,12 +17,12 @@ private:
     bool RunNumber(CallFrame& frame) const;
 
     TargetPtr target_;
-    /// The target when it is a plain variable, else null.
+    /// The target if it is a plain variable, else null.
     const VariableExpression* variable_;
     ExpressionPtr value_;
 };
 
-/// target += value and its like
+/// target += value and the like
 class CompoundExpression final : public Expression {
 public:
     CompoundExpression(std::uint32_t offset, Operator op, TargetPtr target, ExpressionPtr value);

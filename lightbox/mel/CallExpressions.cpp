@@ -28,7 +28,7 @@ Callee CallExpression::Resolve(Runtime& runtime) const {
 
 Value CallExpression::Evaluate(CallFrame& frame) const {
     Mark(frame);
-    // A copy: what runs may define the name anew or unload the plug-in it belongs to.
+    // A copy: the call may redefine the name or unload the plug-in.
     const Callee callee = Resolve(frame.runtime);
     if (!callee) {
         throw Error("Cannot find procedure \"" + name_ + "\".");

@@ -8,7 +8,7 @@
 
 namespace lightbox::mel {
 
-/// A call of a procedure or command, in either syntax. What the name stands for is found when it runs.
+/// A call of a procedure or command, in function or command syntax. The name is looked up at run time.
 class CallExpression final : public Expression {
 public:
     /// `forms` is empty for a function call. `scope` holds the file's own procedures.
@@ -24,12 +24,12 @@ private:
     ExpressionList arguments_;
     std::vector<ArgumentForm> forms_;
     const FileScope* scope_;
-    /// The last answer, good as long as the runtime's version stays.
+    /// The last lookup, valid while the runtime's version stays the same.
     mutable Callee callee_;
     mutable unsigned version_ = 0;
 };
 
-/// catch(expression), catchQuiet(expression): 1 when it failed, else 0.
+/// catch(expression), catchQuiet(expression): 1 if the expression failed, else 0.
 class CatchExpression final : public Expression {
 public:
     CatchExpression(std::uint32_t offset, ExpressionPtr tried, bool isQuiet);

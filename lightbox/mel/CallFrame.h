@@ -9,15 +9,15 @@ namespace lightbox::mel {
 class Runtime;
 class SourceText;
 
-/// One running text or procedure: its local variables and where it is.
+/// A running text or procedure: its local variables and its current position.
 struct CallFrame {
     Runtime& runtime;
     const SourceText& source;
-    /// The local variables; the parser has numbered them.
+    /// The local variables, by the numbers that the parser gave them.
     Value* variables;
-    /// What runs right now, for the place in messages.
+    /// Byte offset of the running code, for messages.
     std::uint32_t offset = 0;
-    /// What `return` returned, and that it did.
+    /// The value of `return`, and whether it was executed.
     Value result = Value();
     bool hasReturned = false;
 };

@@ -57,7 +57,7 @@ int CommandCall::Int(const char* flag, unsigned index, unsigned use) const {
 double CommandCall::Float(const char* flag, unsigned index, unsigned use) const {
     double result = 0.0;
     const Value& value = Argument(flag, index, use);
-    // A measure may have its unit behind the number.
+    // A number may have a unit after it.
     if (!ReadDouble(value, result) && !(value.IsString() && ReadNumber(value.Text(), result))) {
         Fail(std::string("Flag '") + flag + "' must be passed a numeric argument");
     }

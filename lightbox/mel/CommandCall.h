@@ -14,18 +14,23 @@ namespace lightbox::mel {
 class Interpreter;
 class ParsedArguments;
 
-/// One call of a command of Lightbox's own: its flags, objects and mode, checked against the command's syntax
-/// before the command runs. Flags are asked for by short or long name, with or without the hyphen. A getter
-/// of a flag that is not there, or of an argument of another type, throws Error with the command's wording.
+/// A call of one of Lightbox's own commands: flags, objects and mode, checked against the command's syntax
+/// before the command runs. Flag names may be short or long, with or without the hyphen. A getter throws
+/// Error with a message for the user when the flag is missing or its argument has another type.
 class CommandCall {
 public:
-    /// A raw call has arguments and no parsed ones.
+    /// `parsed` is null for a raw call. Borrows all references for the duration of the call.
     CommandCall(Interpreter& interpreter, const std::string& name, const std::vector<Value>& arguments,
                 const ParsedArguments* parsed)
         : interpreter_(interpreter)
         , name_(name)
         , arguments_(arguments)
         , parsed_(parsed) {}
+
+    /// The same call about other objects, which have to outlive it.
+    CommandCall With(const std::vector<Value>& objects) const {
+        return CommandCall(interpreter_, name_, objects, parsed_);
+    }
 
     const std::string& Name() const { return name_; }
     Interpreter& GetInterpreter() const { return interpreter_; }
@@ -37,27 +42,27 @@ public:
     bool IsCreate() const { return !IsQuery() && !IsEdit(); }
 
     bool Has(const char* flag) const;
-    /// How often a multi-use flag was given; 0 or 1 for any other.
+    /// Number of uses of a multi-use flag; 0 or 1 for any other.
     unsigned UseCount(const char* flag) const;
 
-    /// Argument number `index` of use number `use` of a flag.
+    /// Argument `index` of use `use` of a flag.
     bool Bool(const char* flag, unsigned index = 0, unsigned use = 0) const;
     int Int(const char* flag, unsigned index = 0, unsigned use = 0) const;
     double Float(const char* flag, unsigned index = 0, unsigned use = 0) const;
-    /// The text as it was given, without a copy.
+    /// The text argument, without a copy.
     const std::string& String(const char* flag, unsigned index = 0, unsigned use = 0) const;
     const Value& Argument(const char* flag, unsigned index = 0, unsigned use = 0) const;
-    /// The same with a default for a flag that is absent (or present without argument, as in a query).
+    /// The same, with a default for a flag that is missing (or has no argument, as in a query).
     int IntOr(const char* flag, int fallback) const;
     double FloatOr(const char* flag, double fallback) const;
     std::string StringOr(const char* flag, const std::string& fallback) const;
 
-    /// What follows the flags. Arrays that were handed over stand here element by element. Of a command
-    /// registered as raw these are all its arguments, whole, arrays by reference.
+    /// The arguments after the flags, arrays flattened. For a raw command: all arguments, with arrays whole
+    /// and by reference.
     const std::vector<Value>& Objects() const;
     /// The objects as texts.
     std::vector<std::string> ObjectNames() const;
-    /// The n-th object, or an error that says what is missing.
+    /// Object number `index`; throws an error that names the missing object.
     const Value& Object(std::size_t index) const;
 
     void Warn(const std::string& message) const;

@@ -4,6 +4,25 @@
 
 namespace lightbox::mel {
 
+CommandRegistry::Overlay::Overlay(CommandRegistry& registry, const std::map<std::string, Function>& functions)
+    : registry_(registry)
+    , outer_(registry.overlay_) {
+    for (const auto& [name, function] : functions) {
+        auto command = std::make_shared<Command>(*registry.commands_.at(name));
+        command->function = [covered = std::move(command->function), function = function](CommandCall& call) {
+            return function(call, covered);
+        };
+        commands_[name] = std::move(command);
+    }
+    registry_.overlay_ = this;
+    ++registry_.version_;
+}
+
+CommandRegistry::Overlay::~Overlay() {
+    registry_.overlay_ = outer_;
+    ++registry_.version_;
+}
+
 void CommandRegistry::Register(const std::string& name, const MSyntax& syntax, Function function) {
     auto command = std::make_shared<Command>();
     command->name = name;
@@ -51,6 +70,12 @@ bool CommandRegistry::DeregisterPlugin(const std::string& name) {
 }
 
 std::shared_ptr<const CommandRegistry::Command> CommandRegistry::Find(std::string_view name) const {
+    if (overlay_) {
+        const auto covering = overlay_->commands_.find(name);
+        if (covering != overlay_->commands_.end()) {
+            return covering->second;
+        }
+    }
     const auto found = commands_.find(name);
     return found == commands_.end() ? nullptr : found->second;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mel/CommandCall.h"
+#include "scene/NonCopyable.h"
 
 #include <maya/MSyntax.h>
 
@@ -26,39 +27,59 @@ public:
 
     struct Command {
         std::string name;
-        /// How the arguments are read; a raw command takes them as they come.
+        /// How to parse the arguments; not used for a raw command.
         MSyntax syntax;
         bool raw = false;
         unsigned minimumArguments = 0;
         unsigned maximumArguments = ~0u;
         Function function;
-        /// In place of `function`, for a command that reads its arguments itself.
+        /// Used instead of `function` by a command that parses its arguments itself.
         UnparsedFunction unparsed;
-        /// The plug-in that it comes from; empty for Lightbox's own.
+        /// The plug-in that registered it; empty for Lightbox's own commands.
         std::string plugin;
         bool IsPlugin() const { return !plugin.empty(); }
     };
 
-    /// A command of Lightbox's own whose flags and objects are checked before `function` runs.
+    /// Puts other functions into the place of commands for as long as it exists. Each keeps the syntax of its
+    /// command and is handed the command's own function. Overlays nest; only the innermost counts.
+    class Overlay : NonCopyable {
+    public:
+        using Function = std::function<Value(CommandCall&, const CommandRegistry::Function& command)>;
+
+        /// Every name has to be a command's.
+        Overlay(CommandRegistry& registry, const std::map<std::string, Function>& functions);
+        ~Overlay();
+
+    private:
+        friend class CommandRegistry;
+
+        CommandRegistry& registry_;
+        const Overlay* outer_;
+        std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
+    };
+
+    /// Registers a command of Lightbox's own. Flags and objects are checked before `function` runs.
     void Register(const std::string& name, const MSyntax& syntax, Function function);
-    /// One without flags: `function` gets every argument as an object, arrays whole and by reference.
-    /// A number of arguments outside the bounds is an error.
+    /// Registers a command without flags. `function` gets every argument as an object, arrays whole and by
+    /// reference. A number of arguments outside the bounds is an error.
     void RegisterRaw(const std::string& name, unsigned minimum, unsigned maximum, Function function);
-    /// A command of a plug-in, which reads its arguments itself. `syntax` tells others what they are.
-    /// False when the name is taken.
+    /// Registers a plug-in's command, which parses its arguments itself; `syntax` describes them to callers.
+    /// Returns false when the name is taken.
     bool RegisterPlugin(const std::string& name, const std::string& plugin, const MSyntax& syntax,
                         UnparsedFunction function);
-    /// False when there is no plug-in command of that name.
+    /// Returns false when there is no plug-in command of that name.
     bool DeregisterPlugin(const std::string& name);
 
-    /// Null when there is none. The command stays valid while it runs even if it is deregistered meanwhile.
+    /// Returns null when there is none. An overlay's command is found before the one that it covers. A
+    /// running command stays valid after it is deregistered.
     std::shared_ptr<const Command> Find(std::string_view name) const;
     std::vector<std::string> Names() const;
-    /// Rises whenever a command comes or goes.
+    /// Increases whenever a command is added or removed.
     unsigned Version() const { return version_; }
 
 private:
     std::map<std::string, std::shared_ptr<const Command>, std::less<>> commands_;
+    const Overlay* overlay_ = nullptr; ///< the innermost
     unsigned version_ = 1;
 };
 

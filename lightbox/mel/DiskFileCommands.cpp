@@ -28,7 +28,7 @@ QString Path(const std::string& text) {
 QFile& OpenFile(CommandCall& call, const OpenFilesPtr& files) {
     QFile* const file = files->Find(call.Object(0).AsInt());
     if (!file) {
-        call.Fail("The file number " + call.Object(0).AsString() + " stands for no open file.");
+        call.Fail("The file number " + call.Object(0).AsString() + " is not an open file.");
     }
     return *file;
 }
@@ -43,7 +43,7 @@ Value Open(CommandCall& call, const OpenFilesPtr& files) {
     return id;
 }
 
-/// fprint(file, value): arrays one element a line, as print writes them.
+/// fprint(file, value): writes an array one element per line, like print.
 Value PrintTo(CommandCall& call, const OpenFilesPtr& files) {
     QFile& file = OpenFile(call, files);
     const std::string text = call.Object(1).Printed();
@@ -134,7 +134,7 @@ Value FileTest(CommandCall& call) {
     return result;
 }
 
-/// Copies, moves and removes; 1 when it worked.
+/// Copies, moves or removes a file; 1 on success.
 Value SystemFile(CommandCall& call) {
     const fs::path path = fs::u8path(call.Object(0).AsString());
     std::error_code failure;
@@ -159,7 +159,7 @@ Value SystemFile(CommandCall& call) {
     return !failure;
 }
 
-/// Names in a folder that fit a pattern.
+/// The names in a folder that match a pattern.
 Value FileList(CommandCall& call) {
     const QString folder = Path(call.StringOr("-folder", "."));
     QStringList patterns;
@@ -211,7 +211,7 @@ void RegisterDiskFileCommands(CommandRegistry& registry) {
         FileList);
     registry.RegisterRaw("pwd", 0, 0, WorkingFolder);
     registry.RegisterRaw("chdir", 1, 1, [](CommandCall& call) {
-        // 0 for success, as the system's call has it.
+        // 0 for success, like the system's chdir.
         return Value(QDir::setCurrent(Path(call.Object(0).AsString())) ? 0 : -1);
     });
 }

@@ -5,13 +5,13 @@
 
 namespace lightbox::mel {
 
-/// An error of the language or of a command, and the place in the text where it happened. It travels as an
-/// exception inside Lightbox and never leaves it: OpenMaya's entry points turn it into an MStatus.
+/// An error of the language or of a command, and its location in the text. It is thrown only inside Lightbox:
+/// OpenMaya's entry points turn it into an MStatus.
 class Error : public std::runtime_error {
 public:
     enum class Kind { Runtime, Syntax, Interrupt };
 
-    /// An error whose place the interpreter fills in on the way out.
+    /// An error without a location; the interpreter adds it on the way out.
     explicit Error(const std::string& message, Kind errorKind = Kind::Runtime)
         : std::runtime_error(message)
         , kind_(errorKind) {}
@@ -23,7 +23,7 @@ public:
         , column_(columnNumber) {}
 
     bool IsSyntaxError() const { return kind_ == Kind::Syntax; }
-    /// The run was stopped from outside; scripts cannot catch it.
+    /// The run was interrupted from outside; scripts cannot catch this.
     bool IsInterrupt() const { return kind_ == Kind::Interrupt; }
     bool HasPlace() const { return line_ > 0; }
     void SetPlace(std::string fileName, int lineNumber, int columnNumber) {
@@ -31,13 +31,13 @@ public:
         line_ = lineNumber;
         column_ = columnNumber;
     }
-    /// File the text came from; empty for text that was typed or handed over.
+    /// File of the text; empty for text that was typed or passed in.
     const std::string& File() const { return file_; }
     /// Line and column, counted from 1; 0 while unknown.
     int Line() const { return line_; }
     int Column() const { return column_; }
 
-    /// The message with its place before it: "file: /a/b.mel line 3.7: Syntax error".
+    /// The message after its location: "file: /a/b.mel line 3.7: Syntax error".
     std::string Described() const {
         std::string text;
         if (!file_.empty()) {

@@ -139,7 +139,7 @@ const char* ArgumentName(MSyntax::MArgType type) {
     }
 }
 
-/// One line a flag, the short names in a column.
+/// One line per flag, with the short names in a column.
 std::string FlagLine(const std::string& shortName, const std::string& longName, const std::string& rest) {
     constexpr std::size_t shortColumn = 6;
     constexpr std::size_t longColumn = 24;

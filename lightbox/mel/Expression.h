@@ -10,8 +10,8 @@
 
 namespace lightbox::mel {
 
-/// Part of a program that has a value. What its type is is known when it is parsed, except for what commands
-/// and procedures return (`Any`), so that numbers are computed without going through values.
+/// A part of a program that has a value. Its type is known from parsing, except for the results of commands
+/// and procedures (`Any`); so numbers are computed without Value objects.
 class Expression : NonCopyable {
 public:
     Expression(std::uint32_t sourceOffset, Type resultType)
@@ -20,19 +20,19 @@ public:
     virtual ~Expression() = default;
 
     virtual Value Evaluate(CallFrame& frame) const = 0;
-    /// The value converted. Faster than Evaluate() for expressions of that type.
+    /// The converted value. Faster than Evaluate() for expressions of that type.
     virtual int EvaluateInt(CallFrame& frame) const { return Evaluate(frame).AsInt(); }
     virtual double EvaluateFloat(CallFrame& frame) const { return Evaluate(frame).AsFloat(); }
     virtual bool EvaluateTruth(CallFrame& frame) const { return Evaluate(frame).AsBool(); }
-    /// For its effects only.
+    /// Evaluates the expression only for its side effects.
     virtual void Run(CallFrame& frame) const { Evaluate(frame); }
 
-    /// Marks this as what runs, so that an error names its place.
+    /// Sets the current position of the frame to this expression, for error messages.
     void Mark(CallFrame& frame) const { frame.offset = offset; }
 
     const std::uint32_t offset;
     const Type type;
-    /// Levels of expressions below this one; the parser bounds it, since evaluation recurses that deep.
+    /// Height of the expression tree from here; the parser limits it, since evaluation recurses that deep.
     int depth = 1;
 
 protected:

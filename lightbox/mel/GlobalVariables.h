@@ -11,13 +11,13 @@
 
 namespace lightbox::mel {
 
-/// A variable that every text sees. `type` is `Any` until the first value of a variable that was introduced
-/// by a command's result.
+/// A variable visible in every text. `type` is `Any` for a variable introduced by a command's result, until
+/// it gets its first value.
 struct GlobalVariable {
     std::string name;
     Type type = Type::Any;
     Value value;
-    /// A global's initial value inside a procedure counts only once.
+    /// Inside a procedure, a global is initialised only the first time.
     bool isInitialised = false;
 };
 
@@ -25,12 +25,12 @@ struct GlobalVariable {
 class GlobalVariables {
 public:
     GlobalVariable* Find(std::string_view name) const;
-    /// A new variable with its type's default. There must be none of that name.
+    /// Adds a variable with the default value of its type. The name must be free.
     GlobalVariable& Add(std::string_view name, Type type);
     std::vector<std::string> Names() const;
 
-    /// Forgets the variables that were added since it was made, unless Keep() is called: the declarations of
-    /// a text that turns out to be wrong must not stay.
+    /// Removes, on destruction, the variables added during its lifetime, unless Keep() was called: a text
+    /// with an error must not leave declarations behind.
     class Trial : NonCopyable {
     public:
         explicit Trial(GlobalVariables& variables);

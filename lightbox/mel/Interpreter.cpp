@@ -16,9 +16,9 @@ namespace lightbox::mel {
 
 namespace {
 
-/// Variables that scripts expect to find; what they name comes to life with the window.
-constexpr const char* ExpectedVariables[] = {"gMainWindow",      "gMainPane",      "gPlayBackSlider",
-                                             "gMainProgressBar", "gShelfTopLevel", "gToolBox"};
+/// Variables that scripts expect to exist; the controls that they name are made with the window.
+constexpr const char* EXPECTED_VARIABLES[] = {"gMainWindow",      "gMainPane",      "gPlayBackSlider",
+                                              "gMainProgressBar", "gShelfTopLevel", "gToolBox"};
 
 std::string ExistingFile(const QString& path) {
     return QFileInfo(path).isFile() ? QFileInfo(path).absoluteFilePath().toStdString() : std::string();
@@ -31,7 +31,7 @@ Interpreter::Interpreter(Host& host)
     , runtime_(std::make_unique<Runtime>(*this))
     , jobs_(std::make_unique<ScriptJobs>(host)) {
     RegisterLanguageCommands(commands_);
-    for (const char* const name : ExpectedVariables) {
+    for (const char* const name : EXPECTED_VARIABLES) {
         SetGlobal(name, "");
     }
 }

@@ -46,7 +46,7 @@ bool IsSpace(char letter) {
            letter == '\v';
 }
 
-/// Characters of names, paths, components and wildcards. Names in other scripts are bytes over 127.
+/// Characters of names, paths, components and wildcards. Non-ASCII names consist of bytes above 127.
 bool IsWordCharacter(char letter) {
     return IsNameCharacter(letter) || static_cast<unsigned char>(letter) >= 0x80 ||
            (letter != '\0' && std::strchr(".|:*?#@~", letter) != nullptr);
@@ -57,7 +57,7 @@ struct OperatorSign {
     TokenKind kind;
 };
 
-/// Longer ones first.
+/// Longest first.
 constexpr OperatorSign OPERATORS[] = {
     {"<<", TokenKind::VectorOpen},  {">>", TokenKind::VectorClose}, {"++", TokenKind::PlusPlus},
     {"--", TokenKind::MinusMinus},  {"<=", TokenKind::LessEqual},   {">=", TokenKind::GreaterEqual},
@@ -212,7 +212,8 @@ void Lexer::Scan() {
 }
 
 void Lexer::ScanString() {
-    // Drawings are stored as literals of many kilobytes: the text is searched by memchr, and every byte once.
+    // Drawings are stored as literals of many kilobytes, so memchr searches the text and reads every byte
+    // once.
     const std::uint32_t begin = position_;
     std::size_t from = begin + 1u;
     auto quote = text_.find('"', from);
@@ -256,7 +257,7 @@ void Lexer::ScanName() {
     token_.end = end;
     if (text_[position_] == '$') {
         if (end == position_ + 1 || IsDigit(text_[position_ + 1])) {
-            Fail("Syntax error: a name is missing behind \"$\".", position_);
+            Fail("Syntax error: a name is missing after \"$\".", position_);
         }
         token_.kind = TokenKind::Variable;
         return;
@@ -274,7 +275,7 @@ void Lexer::ScanOperator() {
             return;
         }
     }
-    Fail("Syntax error: a character that does not belong here.", position_);
+    Fail("Syntax error: unexpected character.", position_);
 }
 
 bool Lexer::IsNumberAt(std::uint32_t offset) const {
@@ -290,7 +291,7 @@ std::uint32_t Lexer::WordEnd(std::uint32_t offset) const {
         if (IsWordCharacter(text_[offset])) {
             ++offset;
         } else if (text_[offset] == '[') {
-            // An index or a range: it belongs to the word up to its bracket.
+            // An index or a range belongs to the word, up to its closing bracket.
             std::size_t close = offset + 1u;
             while (IsWordCharacter(At(close)) || At(close) == '-') {
                 ++close;
@@ -324,7 +325,7 @@ Token Lexer::TakeWord() {
         word.end = WordEnd(position_ + (letter == '-' ? 1 : 0));
         if (word.end == word.begin + (letter == '-' ? 1u : 0u)) {
             Fail(letter == '\0' ? "Syntax error: unexpected end of the text."
-                                : "Syntax error: a character that does not belong here.",
+                                : "Syntax error: unexpected character.",
                  position_);
         }
     }

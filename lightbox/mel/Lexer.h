@@ -8,33 +8,33 @@
 
 namespace lightbox::mel {
 
-/// Cuts a text into tokens, one at a time and on demand, because what a piece of text is depends on where it
-/// stands: inside the arguments of a command `-name` is a flag and `|a|b.tx` a word. Tokens refer to the text
-/// and copy nothing. A piece that cannot be a token throws a syntax error with its place.
+/// Splits a text into tokens, one at a time and on demand, because the meaning of a character depends on its
+/// context: inside the arguments of a command, `-name` is a flag and `|a|b.tx` a word. Tokens refer to the
+/// text and copy nothing. Text that is no token throws a syntax error with its location.
 class Lexer {
 public:
     explicit Lexer(const SourceText& source)
         : source_(source)
         , text_(source.Text()) {}
 
-    /// The next token as expressions and statements see it, without taking it.
+    /// The next token for expressions and statements, without taking it.
     const Token& Peek();
     Token Take();
 
-    /// The character that begins the next token, without taking it; '\0' at the end.
+    /// The first character of the next token, without taking it; '\0' at the end.
     char PeekCharacter();
-    /// The character `ahead` bytes behind the raw position.
+    /// The character `ahead` bytes after RawPosition().
     char CharacterAfter(std::uint32_t ahead) const;
-    /// Takes a word of a command's arguments: a name, path or number with the characters that belong to them.
-    /// Call only where the next character is none of quotes, brackets, `$` or a terminator.
+    /// Takes a word of a command's arguments: a name, path or number with its characters. Must not be called
+    /// before a quote, a bracket, `$` or a terminator.
     Token TakeWord();
 
-    /// True when no token is left.
+    /// Whether the text is at its end.
     bool AtEnd() { return Peek().kind == TokenKind::End; }
     std::uint32_t Position() { return Peek().begin; }
-    /// The same where the next token may be none: what has been read so far ends here.
+    /// The end of what has been read so far; also valid where no token follows.
     std::uint32_t RawPosition() const { return position_; }
-    /// Begins again at an offset.
+    /// Continues at another offset.
     void MoveTo(std::uint32_t offset);
 
     std::string_view TextOf(const Token& token) const { return source_.Piece(token.begin, token.end); }
@@ -54,7 +54,7 @@ private:
 
     const SourceText& source_;
     std::string_view text_;
-    /// Where the next scan begins.
+    /// Start of the next scan.
     std::uint32_t position_ = 0;
     bool skippedSpace_ = false;
     bool spaceDone_ = false;
@@ -62,9 +62,8 @@ private:
     bool hasToken_ = false;
 };
 
-/// Reads a number as the language writes it ("12", ".5", "1e-3", "0x1f", with an optional sign) at the
-/// beginning of a text. Returns the bytes it takes, 0 for none; an int that has no room in 32 bits becomes a
-/// float.
+/// Reads a number literal ("12", ".5", "1e-3", "0x1f", with an optional sign) at the start of a text. Returns
+/// its length in bytes, 0 for none. An int that does not fit in 32 bits becomes a float.
 std::size_t ScanNumberLiteral(std::string_view text, bool& isInt, int& integer, double& number);
 
 bool IsDigit(char letter);

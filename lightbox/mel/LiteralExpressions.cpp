@@ -7,7 +7,7 @@ namespace lightbox::mel {
 
 namespace {
 
-/// The type that holds both: text over vector over float over int.
+/// The type that can hold both: text over vector over float over int.
 Type WiderType(Type a, Type b) {
     if (a == Type::String || b == Type::String) {
         return Type::String;

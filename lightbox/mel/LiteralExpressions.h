@@ -22,10 +22,10 @@ private:
     Value value_;
 };
 
-/// A text literal. It is copied out of the source only when it is asked for.
+/// A text literal, copied from the source only on evaluation.
 class TextExpression : public Expression {
 public:
-    /// `literal` is what stands between the quotes.
+    /// `literal` is the text between the quotes.
     TextExpression(std::uint32_t offset, std::string_view literal, bool hasEscapes)
         : Expression(offset, Type::String)
         , literal_(literal)
@@ -50,7 +50,7 @@ private:
     ExpressionPtr z_;
 };
 
-/// <<a, b; c, d>>: at least two rows, or a row that has not three cells.
+/// <<a, b; c, d>>: two or more rows, or one row whose length is not three.
 class MatrixExpression : public Expression {
 public:
     MatrixExpression(std::uint32_t offset, std::vector<ExpressionList> rows);

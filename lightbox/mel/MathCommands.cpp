@@ -53,7 +53,7 @@ Vector VectorArgument(CommandCall& call, std::size_t index) {
     return call.Object(index).AsVector();
 }
 
-/// A number that has to lie in a function's domain.
+/// Returns `result`; fails if the argument is outside the function's domain.
 double Domain(CommandCall& call, bool isInside, double result) {
     if (!isInside) {
         call.Fail("The argument of \"" + call.Name() + "\" is out of range.");
@@ -102,7 +102,7 @@ Value Clamped(CommandCall& call) {
     return std::max(lowest.AsFloat(), std::min(highest.AsFloat(), value.AsFloat()));
 }
 
-/// Where a value lies between two others, 0 to 1.
+/// The position of a value between two others, from 0 to 1.
 double Position(CommandCall& call) {
     const double start = Argument(call, 0);
     const double end = Argument(call, 1);
@@ -157,19 +157,19 @@ Value Rotated(CommandCall& call) {
                   v.z * cosine + side.z * sine + axis.z * along};
 }
 
-/// The random numbers of one interpreter: the same seed gives the same numbers everywhere.
+/// The random numbers of one interpreter. A seed gives the same numbers on every platform.
 class RandomNumbers {
 public:
     void Seed(int seed) { engine_.seed(static_cast<std::mt19937::result_type>(seed)); }
     /// From 0 up to 1.
     double Next() {
-        // 53 bits, by hand: the library's distributions differ between platforms.
+        // Made from 53 random bits, since the library's distributions differ between platforms.
         const double high = engine_() >> 5;
         const double low = engine_() >> 6;
         return (high * 67108864.0 + low) / 9007199254740992.0;
     }
     double Between(double from, double to) { return from + (to - from) * Next(); }
-    /// Around 0 with the deviation 1, by the method of Box and Muller.
+    /// A normal distribution with mean 0 and deviation 1, by the method of Box and Muller.
     double Gauss() { return std::sqrt(-2.0 * std::log(1.0 - Next())) * std::cos(2.0 * PI * Next()); }
 
 private:

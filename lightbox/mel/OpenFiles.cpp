@@ -45,7 +45,7 @@ bool OpenFiles::Close(int id) {
 QFile& OpenFiles::Get(int id) const {
     QFile* const file = Find(id);
     if (!file) {
-        throw Error("The file number " + std::to_string(id) + " stands for no open file.");
+        throw Error("The file number " + std::to_string(id) + " is not an open file.");
     }
     return *file;
 }

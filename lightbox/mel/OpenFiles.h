@@ -11,15 +11,15 @@ namespace lightbox::mel {
 /// The files that scripts have opened, by the number that fopen returned.
 class OpenFiles {
 public:
-    /// 0 when the file cannot be opened. The mode is that of C's fopen.
+    /// Returns the file's number; 0 when the file cannot be opened. The mode is that of C's fopen.
     int Open(const std::string& path, const std::string& mode);
-    /// Null for a number that stands for no open file.
+    /// Returns null for a number of no open file.
     QFile* Find(int id) const;
     bool Close(int id);
 
-    /// The next line with its line break, at most as long as a text may be.
+    /// The next line with its line break, up to the maximum length of a text.
     std::string ReadLine(int id);
-    /// The next run of characters that are none of the separators.
+    /// The next run of characters other than the separators.
     std::string ReadWord(int id, const std::string& separators);
 
 private:

@@ -9,14 +9,14 @@ namespace lightbox::mel {
 
 namespace {
 
-constexpr std::size_t MAX_TEXT_LENGTH = std::size_t(1) << 28;
-constexpr std::size_t MAX_ARRAY_BYTES = std::size_t(1) << 28;
+constexpr std::size_t MAX_TEXT_LENGTH = std::size_t{1} << 28;
+constexpr std::size_t MAX_ARRAY_BYTES = std::size_t{1} << 28;
 
 bool IsScalar(Type type) {
     return IsNumeric(type) || type == Type::String || type == Type::Vector;
 }
 
-/// The operand whose type an illegal operation is reported for.
+/// The operand type to report for an illegal operation.
 Type OffendingType(Operator op, Type left, Type right) {
     if (!IsScalar(left) || (left == Type::String && op != Operator::Add)) {
         return left;
@@ -73,7 +73,7 @@ Value Compare(Operator op, const Value& left, const Value& right) {
     if (isEquality && (a == Type::Vector || b == Type::Vector)) {
         return SameVectors(left.AsVector(), right.AsVector()) == (op == Operator::Equal);
     }
-    // Vectors are ordered by their length.
+    // Vectors compare by length.
     return CompareFloat(op, left.AsFloat(), right.AsFloat());
 }
 
@@ -213,7 +213,7 @@ int ApplyInt(Operator op, int left, int right) {
             throw Error("Division by zero.");
         }
         if (right == -1) {
-            // The lowest int has no positive partner.
+            // The lowest int has no positive counterpart.
             return op == Operator::Divide ? static_cast<int>(0u - a) : 0;
         }
         return op == Operator::Divide ? left / right : left % right;

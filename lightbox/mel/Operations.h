@@ -22,23 +22,22 @@ enum class Operator {
 const char* OperatorText(Operator op);
 bool IsComparison(Operator op);
 
-/// What the operator makes of operands of these types: `Any` when one of them is, `None` when the operation
-/// is illegal.
+/// The type of the operation's result: `Any` if an operand has that type, `None` if the operation is illegal.
 Type ResultType(Operator op, Type left, Type right);
-/// The operation on values; throws Error for illegal types and for a division by zero.
+/// Applies the operator to values; throws Error for illegal types and for division by zero.
 Value Apply(Operator op, const Value& left, const Value& right);
-/// The same on numbers. Ints wrap around.
+/// The same for numbers. Ints wrap around.
 int ApplyInt(Operator op, int left, int right);
 double ApplyFloat(Operator op, double left, double right);
 bool CompareFloat(Operator op, double left, double right);
 
 Value Negated(const Value& value);
 
-/// Throws: a text or an array of that size is refused rather than allocated.
+/// Throw Error when a text or an array is too large to allocate.
 void CheckTextLength(std::size_t length);
 void CheckArraySize(std::size_t count, std::size_t elementBytes);
 
-/// Message for an operation on a type that does not have it.
+/// The error message for an operation that a type does not have.
 std::string IllegalOperation(const char* op, Type type);
 std::string IllegalOperation(Operator op, Type left, Type right);
 

@@ -10,22 +10,22 @@ BinaryExpression::BinaryExpression(std::uint32_t sourceOffset, Operator op, Expr
                                    ExpressionPtr right)
     : Expression(sourceOffset, ResultType(op, left->type, right->type))
     , op_(op)
-    , kind_(KindFor(op, left->type, right->type))
+    , specialization_(SpecializationFor(op, left->type, right->type))
     , left_(std::move(left))
     , right_(std::move(right)) {
     Contains(*left_);
     Contains(*right_);
 }
 
-BinaryExpression::Kind BinaryExpression::KindFor(Operator op, Type left, Type right) {
+BinaryExpression::Specialization BinaryExpression::SpecializationFor(Operator op, Type left, Type right) {
     if (!IsNumeric(left) || !IsNumeric(right)) {
-        return Kind::General;
+        return Specialization::General;
     }
     const bool ints = left == Type::Int && right == Type::Int;
     if (IsComparison(op)) {
-        return ints ? Kind::CompareInts : Kind::CompareFloats;
+        return ints ? Specialization::CompareInts : Specialization::CompareFloats;
     }
-    return ints ? Kind::Ints : Kind::Floats;
+    return ints ? Specialization::Ints : Specialization::Floats;
 }
 
 Value BinaryExpression::Apply(CallFrame& frame) const {
@@ -36,23 +36,23 @@ Value BinaryExpression::Apply(CallFrame& frame) const {
 }
 
 Value BinaryExpression::Evaluate(CallFrame& frame) const {
-    switch (kind_) {
-    case Kind::Ints:
-    case Kind::CompareInts:
-    case Kind::CompareFloats:
+    switch (specialization_) {
+    case Specialization::Ints:
+    case Specialization::CompareInts:
+    case Specialization::CompareFloats:
         return EvaluateInt(frame);
-    case Kind::Floats:
+    case Specialization::Floats:
         return EvaluateFloat(frame);
-    case Kind::General:
+    case Specialization::General:
         break;
     }
     return Apply(frame);
 }
 
 int BinaryExpression::EvaluateInt(CallFrame& frame) const {
-    switch (kind_) {
-    case Kind::Ints:
-    case Kind::CompareInts: {
+    switch (specialization_) {
+    case Specialization::Ints:
+    case Specialization::CompareInts: {
         const int left = left_->EvaluateInt(frame);
         const int right = right_->EvaluateInt(frame);
         if (right == 0) {
@@ -60,21 +60,21 @@ int BinaryExpression::EvaluateInt(CallFrame& frame) const {
         }
         return ApplyInt(op_, left, right);
     }
-    case Kind::CompareFloats: {
+    case Specialization::CompareFloats: {
         const double left = left_->EvaluateFloat(frame);
         return CompareFloat(op_, left, right_->EvaluateFloat(frame)) ? 1 : 0;
     }
-    case Kind::Floats:
+    case Specialization::Floats:
         return Value(EvaluateFloat(frame)).AsInt();
-    case Kind::General:
+    case Specialization::General:
         break;
     }
     return Apply(frame).AsInt();
 }
 
 double BinaryExpression::EvaluateFloat(CallFrame& frame) const {
-    switch (kind_) {
-    case Kind::Floats: {
+    switch (specialization_) {
+    case Specialization::Floats: {
         const double left = left_->EvaluateFloat(frame);
         const double right = right_->EvaluateFloat(frame);
         if (right == 0.0) {
@@ -82,7 +82,7 @@ double BinaryExpression::EvaluateFloat(CallFrame& frame) const {
         }
         return ApplyFloat(op_, left, right);
     }
-    case Kind::General:
+    case Specialization::General:
         return Apply(frame).AsFloat();
     default:
         return EvaluateInt(frame);
@@ -90,10 +90,10 @@ double BinaryExpression::EvaluateFloat(CallFrame& frame) const {
 }
 
 bool BinaryExpression::EvaluateTruth(CallFrame& frame) const {
-    switch (kind_) {
-    case Kind::Floats:
+    switch (specialization_) {
+    case Specialization::Floats:
         return EvaluateFloat(frame) != 0.0;
-    case Kind::General:
+    case Specialization::General:
         return Apply(frame).AsBool();
     default:
         return EvaluateInt(frame) != 0;

@@ -6,7 +6,7 @@
 
 namespace lightbox::mel {
 
-/// Arithmetic and comparison. The operation must be legal for the operands' types where they are known.
+/// Arithmetic and comparison. The operation must be legal for the operand types known at parse time.
 class BinaryExpression final : public Expression {
 public:
     BinaryExpression(std::uint32_t offset, Operator op, ExpressionPtr left, ExpressionPtr right);
@@ -17,17 +17,17 @@ public:
     bool EvaluateTruth(CallFrame& frame) const override;
 
 private:
-    enum class Kind { Ints, Floats, CompareInts, CompareFloats, General };
-    static Kind KindFor(Operator op, Type left, Type right);
+    enum class Specialization { Ints, Floats, CompareInts, CompareFloats, General };
+    static Specialization SpecializationFor(Operator op, Type left, Type right);
     Value Apply(CallFrame& frame) const;
 
     Operator op_;
-    Kind kind_;
+    Specialization specialization_;
     ExpressionPtr left_;
     ExpressionPtr right_;
 };
 
-/// A sum of texts. Scripts write long ones, so it is one list and not a deep tree.
+/// A concatenation of texts. Scripts write long ones, so it is a flat list and not a deep tree.
 class ConcatenationExpression final : public Expression {
 public:
     ConcatenationExpression(std::uint32_t offset, ExpressionPtr first, ExpressionPtr second);
@@ -39,7 +39,7 @@ private:
     ExpressionList parts_;
 };
 
-/// && and ||: the right side runs only when it counts.
+/// : the right || && and ||; the right side is evaluated only if it matters.
 class LogicalExpression final : public Expression {
 public:
     LogicalExpression(std::uint32_t offset, bool isAnd, ExpressionPtr left, ExpressionPtr right);
@@ -94,7 +94,7 @@ private:
     ExpressionPtr second_;
 };
 
-/// int(x), (int)x and their like.
+/// int(x), (int)x and the like.
 class CastExpression final : public Expression {
 public:
     CastExpression(std::uint32_t offset, Type type, ExpressionPtr operand);

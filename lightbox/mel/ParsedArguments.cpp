@@ -34,7 +34,7 @@ const char* Expected(MSyntax::MArgType type) {
     }
 }
 
-/// A number, possibly with the unit behind it.
+/// Whether a value is a number, possibly with a unit after it.
 bool IsMeasure(const Value& value) {
     double number = 0.0;
     std::string_view rest;
@@ -73,7 +73,7 @@ ParsedArguments::ParsedArguments(const MSyntax& syntax, ArgumentTokens tokens)
     : syntax_(SyntaxTable::Share(syntax))
     , tokens_(std::move(tokens)) {
     FindMode();
-    // A mode flag that turns up on the way changes how the flags before it are read.
+    // A mode flag changes how the flags before it are parsed.
     while (!Parse()) {
         uses_.clear();
         objects_.clear();
@@ -110,7 +110,7 @@ bool ParsedArguments::Parse() {
     return true;
 }
 
-/// False when the mode changed.
+/// Returns false when the mode changed.
 bool ParsedArguments::ParseFlag(std::size_t& index) {
     const std::string& text = tokens_.At(index).Text();
     const std::string_view name = WithoutHyphen(text);
@@ -144,7 +144,7 @@ void ParsedArguments::ParseFlagArguments(Use& use, std::size_t& index) {
     }
     const bool isOptional = isQuery_ && !use.flag->needsArgumentsInQuery;
     for (const MSyntax::MArgType type : use.flag->arguments) {
-        // Only a bare word is surely a flag: a text that was given in quotes may begin with a hyphen.
+        // Only a bare word is certainly a flag: a quoted text may begin with a hyphen.
         const bool isThere = index < tokens_.Count() && tokens_.TokenAt(index).form != ArgumentForm::FlagWord;
         const bool isNumber = use.flag->takesNumbers && isThere && tokens_.At(index).IsNumber();
         if (!isThere || !(isNumber || Fits(type, tokens_.At(index)))) {

@@ -13,15 +13,15 @@
 
 namespace lightbox::mel {
 
-/// A command's arguments read against its syntax: flags in any order, before and after the objects, by short
-/// or long name or the beginning of a long one; -query and -edit where the syntax allows them, and in a query
-/// flags without arguments. Commands of plug-ins and Lightbox's own go through it alike.
+/// Parses a command's arguments by its syntax: flags in any order, before and after the objects, by short
+/// name, long name or the start of a long name; -query and -edit where the syntax allows them. In a query,
+/// flags take no arguments. Used for plug-in commands and Lightbox's own alike.
 class ParsedArguments {
 public:
     /// One use of a flag.
     struct Use {
         const SyntaxTable::Flag* flag = nullptr;
-        /// Where the flag stands, and its first argument, among the tokens.
+        /// Index of the flag and of its first argument among the tokens.
         std::size_t position = 0;
         std::size_t firstArgument = 0;
         std::size_t argumentCount = 0;
@@ -38,12 +38,12 @@ public:
 
     const std::vector<Use>& Uses() const { return uses_; }
     unsigned UseCount(std::string_view flag) const;
-    /// The n-th use of a flag; null when there is none.
+    /// Use number `occurrence` of a flag; null when there is none.
     const Use* Find(std::string_view flag, unsigned occurrence = 0) const;
-    /// An argument of a flag; null when it is not there.
+    /// An argument of a flag; null when it is missing.
     const Value* Argument(std::string_view flag, unsigned index, unsigned occurrence = 0) const;
 
-    /// The command's own arguments (MSyntax::addArg) and, behind them, its objects.
+    /// The command's own arguments (MSyntax::addArg), and the objects that follow them.
     const std::vector<Value>& CommandArguments() const { return commandArguments_; }
     const std::vector<Value>& Objects() const { return objects_; }
 

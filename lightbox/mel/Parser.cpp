@@ -63,13 +63,13 @@ void Parser::Fail(const std::string& message, std::uint32_t offset) const {
 int Parser::NextNesting() const {
     constexpr int deepest = 500;
     if (nesting_ >= deepest) {
-        Fail("Syntax error: this is nested too deep.", lexer_.RawPosition());
+        Fail("Syntax error: nested too deep.", lexer_.RawPosition());
     }
     return nesting_ + 1;
 }
 
 void Parser::Unexpected() {
-    // The character decides: in the arguments of a command not everything is a token.
+    // Check the character, not the token: in a command's arguments not everything is a token.
     if (lexer_.PeekCharacter() == '\0') {
         Fail("Syntax error: unexpected end of the text.", lexer_.RawPosition());
     }

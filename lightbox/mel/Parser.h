@@ -18,24 +18,26 @@
 
 namespace lightbox::mel {
 
-/// Reads a text into a program. Errors are syntax errors with their place; whatever a text holds, the parser
-/// neither crashes nor runs out of stack: nesting is bounded.
+/// Parses a text into a program. Errors are syntax errors with their location. No text can crash the parser
+/// or overflow the stack, since nesting is limited.
 class Parser {
 public:
-    /// `scope` takes the procedures without `global`. Warnings go to `warn`.
+    /// `scope` receives the procedures without `global`. `warn` receives warnings.
     Parser(std::shared_ptr<const SourceText> source, GlobalVariables& globals, FileScope& scope,
            std::function<void(const std::string&)> warn);
 
     Program ParseAll();
-    /// The next statement; false at the end of the text.
+    /// Parses the next statement; returns false at the end of the text.
     bool ParseNext(Program& program);
-    /// After an error: goes on behind the next line that ends with a semicolon. False when there is none.
+    /// Continues after an error, after the next line that ends with a semicolon. Returns false when there is
+    /// none.
     bool Recover();
 
 private:
     [[noreturn]] void Fail(const std::string& message, std::uint32_t offset) const;
     [[noreturn]] void Unexpected();
-    /// One level of nesting more. Too many are a syntax error, because reading and running them takes stack.
+    /// The next level of nesting. Too many levels are a syntax error, because parsing and running them takes
+    /// stack.
     int NextNesting() const;
     bool Accept(TokenKind kind);
     Token Expect(TokenKind kind, const char* text);
@@ -65,8 +67,7 @@ private:
     Type ParseType();
     ExpressionList ParseExpressionList(TokenKind end);
 
-    // Expressions (ParserExpressions.cpp)
-    // `first` is an operand that has been read already.
+    // `first` is an operand that was parsed already.
     ExpressionPtr ParseExpression(ExpressionPtr first = nullptr);
     ExpressionPtr ParseBinary(int minimumPrecedence, ExpressionPtr first);
     ExpressionPtr Combine(const Token& op, ExpressionPtr left, ExpressionPtr right);
@@ -111,7 +112,7 @@ private:
     int nesting_ = 0;
     int loops_ = 0;
     int switches_ = 0;
-    /// A back-quote ends the command that is being read.
+    /// A back-quote ends the current command.
     bool inBackquotes_ = false;
     Type returnType_ = Type::None;
 };

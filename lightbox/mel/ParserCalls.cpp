@@ -17,8 +17,8 @@ bool IsWordStart(char letter) {
 
 } // namespace
 
-/// A name that begins a call. At the beginning of a statement or in back-quotes it may be a command with its
-/// arguments; anywhere else only a function call.
+/// Parses a name that begins a call. At the start of a statement or in back-quotes it may be a command with
+/// arguments, anywhere else only a function call.
 ExpressionPtr Parser::ParseNamed(bool atStatement) {
     const Token name = lexer_.Take();
     if (TextOf(name) == "catch" || TextOf(name) == "catchQuiet") {
@@ -34,7 +34,8 @@ ExpressionPtr Parser::ParseNamed(bool atStatement) {
     if (!atStatement) {
         return ParseFunctionCall(name);
     }
-    // name (...) is a function call, unless more arguments follow: then the parenthesis is only the first.
+    // name (...) is a function call, unless more arguments follow; then the parenthesis is just the first
+    // argument.
     ExpressionList arguments;
     {
         const QScopedValueRollback<bool> outside(inBackquotes_, false);
@@ -95,8 +96,8 @@ bool Parser::AtArgumentEnd() {
            (letter == '`' && inBackquotes_);
 }
 
-/// What follows name(...) at the beginning of a statement: another argument, or the operator of an
-/// expression?
+/// Whether another argument follows name(...) at the start of a statement, rather than the operator of an
+/// expression.
 bool Parser::BeginsArgument() {
     const std::uint32_t end = lexer_.RawPosition();
     const char letter = lexer_.PeekCharacter();
@@ -110,7 +111,7 @@ bool Parser::BeginsArgument() {
         return lexer_.CharacterAfter(1) == '<';
     }
     if (letter == '.') {
-        // ".x" right behind a vector is its component.
+        // ".x" right after a vector is its component.
         return spaceBefore;
     }
     if (letter == '|') {
@@ -169,7 +170,7 @@ ExpressionPtr Parser::ParseArgument(ArgumentForm& form) {
     }
 }
 
-/// $name, $name[index], $name.x: what belongs to it follows without a blank.
+/// $name, $name[index], $name.x: index and component follow without a blank.
 ExpressionPtr Parser::ParseVariableArgument() {
     const Token name = lexer_.Take();
     const auto place = variables_.Find(TextOf(name).substr(1));

@@ -8,7 +8,7 @@ namespace lightbox::mel {
 
 namespace {
 
-/// 0 for a token that is no operator between two operands; a higher one binds tighter.
+/// The precedence of a binary operator, 0 for other tokens. A higher one binds tighter.
 int Precedence(TokenKind kind) {
     switch (kind) {
     case TokenKind::Or:
@@ -114,9 +114,10 @@ ExpressionPtr Parser::ParseExpression(ExpressionPtr first) {
 ExpressionPtr Parser::ParseAssignment(ExpressionPtr left, const Token& op) {
     TargetPtr target(dynamic_cast<Target*>(left.get()));
     if (!target) {
-        Fail("Syntax error: the left side of \"" + std::string(TextOf(op)) + "\" is no variable.", op.begin);
+        Fail("Syntax error: the left side of \"" + std::string(TextOf(op)) + "\" is not a variable.",
+             op.begin);
     }
-    // The same object, now owned as what it is.
+    // The same object, now owned by its actual type.
     static_cast<void>(left.release());
     ExpressionPtr value = ParseExpression();
     if (op.kind == TokenKind::Assign) {
@@ -355,7 +356,7 @@ ExpressionPtr Parser::ParseIndexed(const Token& name, const VariablePlace& place
     return Bounded(std::make_unique<ElementExpression>(std::move(variable), std::move(index)));
 }
 
-/// A name that is not known: an assignment introduces it, with the type of the value.
+/// Parses an unknown variable name. An assignment declares it, with the type of the value.
 ExpressionPtr Parser::ParseUndeclared(const Token& name) {
     ExpressionPtr index = NextIs(TokenKind::LeftBracket) ? ParseIndex() : nullptr;
     const Token op = lexer_.Peek();

@@ -42,10 +42,10 @@ StatementPtr Parser::ParseStatement() {
     }
 }
 
-/// The statement under an if or a loop. What it declares without braces belongs to it alone.
+/// Parses the statement of an if or a loop. Without braces it still has its own scope.
 StatementPtr Parser::ParseBody() {
     if (variables_.IsAtTop()) {
-        // A variable that comes to life in a condition at the top level is global, as everywhere there.
+        // At the top level, a variable introduced in a condition is global, like everywhere there.
         return ParseStatement();
     }
     variables_.OpenBlock();
@@ -72,7 +72,7 @@ StatementPtr Parser::ParseIf() {
     const Token keyword = lexer_.Peek();
     std::vector<IfStatement::Branch> branches;
     StatementPtr otherwise;
-    // else-if chains are one list: long ones must not nest.
+    // An else-if chain is one list: a long one must not nest.
     for (bool more = true; more;) {
         Expect(TokenKind::If, "\"if\"");
         IfStatement::Branch branch;
@@ -131,7 +131,8 @@ StatementPtr Parser::ParseForIn(const Token& keyword, const Token& name) {
     Expect(TokenKind::RightParen, "\")\"");
     const Type elementType = array->type == Type::Any ? Type::Any : ElementOf(array->type);
     if (elementType == Type::None) {
-        Fail(std::string("Cannot go through a value of type ") + TypeName(array->type) + ": it is no array.",
+        Fail(std::string("Cannot iterate over a value of type ") + TypeName(array->type) +
+                 ": it is not an array.",
              array->offset);
     }
     const std::string_view variableName = TextOf(name).substr(1);
@@ -209,8 +210,8 @@ StatementPtr Parser::ParseJump() {
     const Token keyword = lexer_.Take();
     const bool isBreak = keyword.kind == TokenKind::Break;
     if (loops_ == 0 && !(isBreak && switches_ > 0)) {
-        Fail(isBreak ? "Syntax error: \"break\" stands in no loop or switch."
-                     : "Syntax error: \"continue\" stands in no loop.",
+        Fail(isBreak ? "Syntax error: \"break\" is outside of a loop or switch."
+                     : "Syntax error: \"continue\" is outside of a loop.",
              keyword.begin);
     }
     Expect(TokenKind::Semicolon, "\";\"");
@@ -339,14 +340,14 @@ DeclarationStatement::Variable Parser::ParseDeclarator(Type type, bool isGlobal)
         if (type == Type::Matrix) {
             declared.columns = ParseDimension();
             constexpr double largest = 1 << 24;
-            if (double(declared.rows) * declared.columns > largest) {
+            if (static_cast<double>(declared.rows) * declared.columns > largest) {
                 Fail("The matrix is too large.", name.begin);
             }
         } else {
             type = ArrayOf(type);
         }
     }
-    // The initial value is read first: it does not see the variable.
+    // Parse the initial value first, since it must not see the variable.
     if (Accept(TokenKind::Assign)) {
         declared.initial = ParseExpression();
     }
@@ -383,7 +384,7 @@ void Parser::ParseParameters(Procedure& procedure) {
             ParseDimension();
             parameter.type = parameter.type == Type::Matrix ? Type::Matrix : ArrayOf(parameter.type);
             if (parameter.type == Type::None) {
-                Fail("Syntax error: an array of arrays does not exist.", name.begin);
+                Fail("Syntax error: arrays of arrays are not supported.", name.begin);
             }
         }
         const auto declared = variables_.Declare(parameter.name, parameter.type);

@@ -13,17 +13,17 @@ class SourceText;
 class Statement;
 struct Procedure;
 
-/// A procedure's name. It stays when the procedure is defined anew, so that calls can keep a pointer to it.
+/// The entry of a procedure's name. It outlives redefinitions, so that calls can keep a pointer to it.
 struct ProcedureEntry {
     std::shared_ptr<const Procedure> procedure;
 };
 
-/// The procedures that a file keeps to itself (those without `global`).
+/// The procedures local to a file (those without `global`).
 struct FileScope {
     std::map<std::string, ProcedureEntry, std::less<>> procedures;
 };
 
-/// A procedure as it was parsed.
+/// A parsed procedure.
 struct Procedure {
     struct Parameter {
         std::string name;
@@ -36,10 +36,10 @@ struct Procedure {
     bool isGlobal = false;
     Type returnType = Type::None;
     std::vector<Parameter> parameters;
-    /// Parameters come first among the local variables.
+    /// Number of local variables; the parameters come first.
     int variableCount = 0;
     std::unique_ptr<Statement> body;
-    /// What its body refers to; the scope belongs to the runtime.
+    /// The body refers to both; the runtime owns the scope.
     std::shared_ptr<const SourceText> source;
     FileScope* scope = nullptr;
 };

@@ -14,13 +14,13 @@ namespace lightbox::mel {
 struct Program {
     std::shared_ptr<const SourceText> source;
     StatementList statements;
-    /// Where each of them ends in the text.
+    /// Byte offset of each statement's end.
     std::vector<std::uint32_t> ends;
-    /// Where the first begins.
+    /// Byte offset of the first statement.
     std::uint32_t begin = 0;
-    /// Local variables of its blocks.
+    /// Number of local variables of its blocks.
     int variableCount = 0;
-    /// Every procedure it defines; they are known before its first statement runs.
+    /// All procedures that it defines; defined before the first statement runs.
     std::vector<std::shared_ptr<const Procedure>> procedures;
 };
 

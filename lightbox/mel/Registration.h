@@ -4,7 +4,7 @@ namespace lightbox::mel {
 
 class CommandRegistry;
 
-// The commands that need no scene, by kind. RegisterLanguageCommands() calls them all.
+// Register the commands that need no scene, by topic. RegisterLanguageCommands() calls them all.
 void RegisterEvaluationCommands(CommandRegistry& registry);
 void RegisterMathCommands(CommandRegistry& registry);
 void RegisterStringCommands(CommandRegistry& registry);

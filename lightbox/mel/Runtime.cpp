@@ -23,7 +23,7 @@ namespace lightbox::mel {
 
 namespace {
 
-/// Calls deeper than this are taken for an endless recursion.
+/// Deeper calls count as endless recursion.
 constexpr int MAX_CALL_DEPTH = 2000;
 
 const char* StackPosition() {
@@ -35,21 +35,21 @@ const char* StackPosition() {
 #endif
 }
 
-/// The stack that a run may use; the rest is for what commands and the host do.
+/// The stack size that a run may use, in bytes; the rest is for commands and the host.
 std::ptrdiff_t StackAllowance() {
 #if defined(__unix__) || defined(__APPLE__)
-    constexpr std::ptrdiff_t most = std::ptrdiff_t(4) << 20;
+    constexpr std::ptrdiff_t most = std::ptrdiff_t{4} << 20;
     rlimit limit{};
     if (getrlimit(RLIMIT_STACK, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
         return std::min(most, static_cast<std::ptrdiff_t>(limit.rlim_cur / 2));
     }
     return most;
 #else
-    return std::ptrdiff_t(512) << 10;
+    return std::ptrdiff_t{512} << 10;
 #endif
 }
 
-/// "true" and its like count as numbers where a number is assigned.
+/// Reads "true" and the like, which count as numbers in an assignment to a number.
 bool TruthWord(const std::string& text, bool& truth) {
     truth = text == "true" || text == "on" || text == "yes";
     return truth || text == "false" || text == "off" || text == "no";
@@ -150,7 +150,7 @@ Value Runtime::Call(const Callee& callee, const std::string& name, CallArguments
     CheckCallDepth();
     const QScopedValueRollback<int> depth(callDepth_, callDepth_ + 1);
     if (callee.entry) {
-        // A copy: the procedure may define its own name anew.
+        // A copy: the procedure may redefine its own name.
         const std::shared_ptr<const Procedure> procedure = callee.entry->procedure;
         return CallProcedure(*procedure, arguments.values);
     }
@@ -166,7 +166,7 @@ Value Runtime::CallProcedure(const Procedure& procedure, std::vector<Value>& arg
     }
     const SlotStack::Slots variables(slots_, static_cast<std::size_t>(procedure.variableCount));
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        // Arrays of the same type are handed over by reference.
+        // Arrays of the same type are passed by reference.
         variables.Get()[i] = Converted(std::move(arguments[i]), procedure.parameters[i].type);
     }
     CallFrame frame{*this, *procedure.source, variables.Get()};

@@ -27,19 +27,19 @@ class Interpreter;
 /// The arguments of a call.
 struct CallArguments {
     std::vector<Value> values;
-    /// How each was written; null for a function call, where all are computed.
+    /// How each argument was written; null for a function call, where all are computed.
     const std::vector<ArgumentForm>* forms = nullptr;
 };
 
-/// What a name stands for where it is called: a procedure or a command. A procedure is kept by its name's
-/// entry, since a call in its own body must not keep it alive.
+/// The target of a call: a procedure or a command. Refers to a procedure by its name's entry, so that a call
+/// in the procedure's own body does not keep it alive.
 struct Callee {
     const ProcedureEntry* entry = nullptr;
     std::shared_ptr<const CommandRegistry::Command> command;
     explicit operator bool() const { return entry || command; }
 };
 
-/// The state of a running interpreter: variables, procedures, the stack of calls. Programs work on it.
+/// The state of the interpreter that programs run on: variables, procedures and the call stack.
 class Runtime {
 public:
     explicit Runtime(Interpreter& interpreter);
@@ -47,18 +47,18 @@ public:
     Interpreter& GetInterpreter() const { return interpreter_; }
     GlobalVariables& Globals() { return globals_; }
 
-    /// The procedures without `global` of a file, by its name; those that were typed share one scope under an
+    /// The procedures of a file without `global`, by the file's name. Typed text uses one scope under an
     /// empty name.
     FileScope& ScopeOf(const std::string& file) { return scopes_[file]; }
     void Define(std::shared_ptr<const Procedure> procedure);
-    /// Defines a procedure unless the same text has defined one of its name already.
+    /// Defines a procedure unless the same text has already defined one with its name.
     void DefineFirst(const std::shared_ptr<const Procedure>& procedure);
     const ProcedureEntry* FindGlobalProcedure(std::string_view name) const;
 
-    /// Looks a name up: the file's own procedures, global ones, commands, then a script of that name in the
-    /// script folders, which is sourced. Empty when all fail.
+    /// Looks up a name: the file's own procedures, global procedures, commands, then a script of that name in
+    /// the script folders, which is sourced. Empty when nothing is found.
     Callee Find(const std::string& name, const FileScope* scope);
-    /// Rises when what a name stands for may have changed.
+    /// Increases when the result of Find() may have changed.
     unsigned Version() const;
 
     Value Call(const Callee& callee, const std::string& name, CallArguments& arguments);
@@ -66,16 +66,16 @@ public:
     Value CallCommand(const std::shared_ptr<const CommandRegistry::Command>& called,
                       const CallArguments& arguments);
 
-    /// The value as a variable of the type takes it; warns when a text is no number.
+    /// Converts a value for a variable of that type; warns when a text is not a number.
     Value Converted(Value value, Type type);
-    /// Adds the place of what runs to an error that has none.
+    /// Adds the frame's location to an error that has none.
     static void Locate(Error& error, const CallFrame& frame);
 
     void Warn(const std::string& message);
-    /// Errors that were shown so far.
+    /// Number of errors shown so far.
     int ShownErrors() const;
-    /// Shows an error that a script catches, unless it does so quietly. Neither it nor what was shown about
-    /// it since there were `before` errors counts as an error of the run: the script has dealt with it.
+    /// Shows an error that a script catches, unless `isQuiet`. Since the script handles it, the errors shown
+    /// since there were `before` of them do not count as errors of the run.
     void ReportCaught(const Error& error, bool isQuiet, int before);
 
     /// Throws when calls are nested too deep for the stack, or when the run was interrupted.
@@ -89,7 +89,7 @@ public:
 
     SlotStack& Slots() { return slots_; }
 
-    /// A run from outside: marks where the stack begins.
+    /// A run started from outside; records the start of the stack.
     class Entry : NonCopyable {
     public:
         explicit Entry(Runtime& runtime);
@@ -102,9 +102,9 @@ public:
     };
     bool IsRunning() const { return entries_ > 0; }
 
-    /// True in a command that is called directly by an outermost statement and is the whole of it.
+    /// Whether an outermost statement consists of nothing but the running command's call.
     bool IsWholeStatement() const { return wholeDepth_ > 0 && callDepth_ == wholeDepth_; }
-    /// Notes, while an outermost statement runs, whether it is a call and nothing else.
+    /// Records, while an outermost statement runs, whether the statement is only a call.
     class WholeStatement {
     public:
         WholeStatement(Runtime& runtime, bool isCall)
@@ -114,7 +114,7 @@ public:
         QScopedValueRollback<int> depth_;
     };
 
-    /// Whether the outermost statements are printed before they run.
+    /// Whether outermost statements are printed before they run.
     bool EchoesStatements() const { return echoes_; }
     void EchoStatements(bool echo) { echoes_ = echo; }
 
@@ -132,7 +132,7 @@ private:
     int entries_ = 0;
     bool echoes_ = false;
     int callDepth_ = 0;
-    /// The depth of the call that is a whole outermost statement, 0 when there is none.
+    /// Depth of the call that is a whole outermost statement; 0 for none.
     int wholeDepth_ = 0;
     const char* stackBase_ = nullptr;
     std::vector<std::string> beingSourced_;

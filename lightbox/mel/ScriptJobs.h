@@ -14,8 +14,8 @@ class Host;
 
 namespace lightbox::mel {
 
-/// Scripts tied to events and conditions. A script runs when the host is idle next, once however often its
-/// event came until then; a script for the idle event runs then and there.
+/// Scripts attached to events and conditions. A script runs when the host is next idle, once however often
+/// its event fired until then. A script of the idle event runs at once.
 class ScriptJobs : NonCopyable {
 public:
     enum class Trigger { Event, Idle, ConditionTrue, ConditionFalse, ConditionChange };
@@ -27,22 +27,22 @@ public:
         bool runOnce = false;
         bool isProtected = false;
         bool killWithScene = false;
-        /// The control with which it dies; empty for none.
+        /// The control whose deletion kills the job; empty for none.
         std::string parent;
     };
 
     explicit ScriptJobs(Host& host);
     ~ScriptJobs();
 
-    /// The job's number, from 1 on; 0 when there is no such event or condition.
+    /// Adds a job and returns its number, from 1; 0 for an unknown event or condition.
     int Add(const Job& job);
     bool Exists(int id) const { return jobs_.count(id) != 0; }
-    /// False when there is no such job, or when it is protected and not `force`.
+    /// Returns false for an unknown job, and for a protected one without `force`.
     bool Kill(int id, bool force);
     void KillAll(bool force);
     /// Called when a control is deleted.
     void KillWithParent(const std::string& parent);
-    /// One line a job, as -listJobs shows it.
+    /// One line per job, as -listJobs shows it.
     std::vector<std::string> Listed() const;
 
 private:
@@ -61,7 +61,7 @@ private:
     std::map<int, Entry> jobs_;
     int next_ = 1;
     std::vector<EventBus::Id> sceneCallbacks_;
-    /// Gone when this is: work on the idle queue may outlive it.
+    /// Expires with this object: work on the idle queue may outlive it.
     std::shared_ptr<ScriptJobs*> self_;
 };
 

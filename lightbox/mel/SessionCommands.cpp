@@ -14,7 +14,7 @@ namespace lightbox::mel {
 
 namespace {
 
-/// The job that the flags of scriptJob describe.
+/// The job described by the flags of scriptJob.
 ScriptJobs::Job NewJob(CommandCall& call) {
     struct TriggerRow {
         const char* flag;
@@ -119,7 +119,7 @@ Value Stored(const OptionVars::Value* value) {
     return value ? std::visit([](const auto& held) { return Value(held); }, *value) : Value(0);
 }
 
-/// Appends to an array variable; one of another type is replaced.
+/// Appends to an array variable; replaces a variable of another type.
 template <class T>
 void AppendTo(OptionVars& variables, const std::string& name, const T& element) {
     const OptionVars::Value* const value = variables.Find(name);

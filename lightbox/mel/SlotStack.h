@@ -9,10 +9,10 @@
 
 namespace lightbox::mel {
 
-/// Room for the local variables of running procedures, in blocks that never move.
+/// Storage for the local variables of running procedures, in blocks that never move.
 class SlotStack {
 public:
-    /// The variables of one call; they are emptied when it ends.
+    /// The variables of one call. The destructor clears them.
     class Slots : NonCopyable {
     public:
         Slots(SlotStack& stack, std::size_t count)
@@ -34,7 +34,7 @@ public:
     private:
         SlotStack& stack_;
         std::size_t count_;
-        /// Where the stack ended before.
+        /// The end of the stack before this call.
         std::size_t block_;
         std::size_t used_;
         Value* values_;
@@ -53,7 +53,7 @@ private:
             used_ = 0;
             if (block_ == blocks_.size() || blocks_[block_].size < count) {
                 const std::size_t size = count > BLOCK_SIZE ? count : BLOCK_SIZE;
-                // Blocks behind this one are free: only what is in use has to stay where it is.
+                // Later blocks are unused; only blocks in use must not move.
                 blocks_.resize(block_);
                 blocks_.push_back({std::make_unique<Value[]>(size), size});
             }

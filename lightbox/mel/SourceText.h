@@ -6,13 +6,12 @@
 
 namespace lightbox::mel {
 
-/// A text to run and where it came from. Parsed programs refer into it, so it is shared by all that was
-/// defined in it.
+/// A text to run and its origin. Parsed programs refer to it, so everything defined in it shares it.
 class SourceText {
 public:
-    /// `name` is the file's path; empty for text that was typed. Throws Error for a text of 4 GB and more.
+    /// `name` is the file's path; empty for typed text. Throws Error for a text of 4 GB or more.
     SourceText(std::string text, std::string name);
-    /// Reads a file; throws Error when that fails.
+    /// Reads a file; throws Error on failure.
     static std::string ReadFile(const std::string& path);
 
     const std::string& Name() const { return name_; }
@@ -28,7 +27,7 @@ private:
     std::string text_;
 };
 
-/// The bytes that a string literal stands for; `literal` is what is between its quotes.
+/// The text of a string literal; `literal` is the part between its quotes.
 std::string Unescaped(std::string_view literal);
 
 } // namespace lightbox::mel

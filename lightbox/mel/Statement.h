@@ -13,7 +13,7 @@ namespace lightbox::mel {
 /// How a statement ended.
 enum class Flow { Next, Break, Continue, Return };
 
-/// Part of a program that does something.
+/// A part of a program that does something.
 class Statement : NonCopyable {
 public:
     explicit Statement(std::uint32_t sourceOffset)
@@ -21,10 +21,10 @@ public:
     virtual ~Statement() = default;
 
     virtual Flow Execute(CallFrame& frame) const = 0;
-    /// Executes an outermost statement: expressions and declarations yield their value.
+    /// Executes an outermost statement and returns the value of an expression or declaration.
     virtual Value ExecuteForValue(CallFrame& frame) const;
 
-    /// True when it is the call of one command or procedure and nothing else.
+    /// Whether it is just the call of one command or procedure.
     virtual bool IsCall() const { return false; }
 
     const std::uint32_t offset;

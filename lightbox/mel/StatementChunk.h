@@ -7,7 +7,7 @@
 
 namespace lightbox::mel {
 
-/// The undo chunk of an outermost statement; inactive, it does nothing.
+/// Opens an undo chunk for an outermost statement and closes it on destruction. Does nothing unless active.
 class StatementChunk : NonCopyable {
 public:
     StatementChunk(UndoQueue& undo, bool active)
@@ -23,8 +23,8 @@ public:
         }
     }
 
-    /// Ends the chunk that is open around it for as long as it lives: the statements of a sourced file get
-    /// their own.
+    /// Closes the surrounding chunk during its own lifetime, so that the statements of a sourced file get
+    /// chunks of their own.
     class Break : NonCopyable {
     public:
         Break(UndoQueue& undo, bool active)

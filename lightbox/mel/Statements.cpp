@@ -177,8 +177,8 @@ Flow ForInStatement::Execute(CallFrame& frame) const {
     const Value array = array_->Evaluate(frame).Detached();
     if (!array.IsArray() && !array.IsNone()) {
         frame.offset = offset;
-        throw Error(std::string("Cannot go through a value of type ") + TypeName(array.GetType()) +
-                    ": it is no array.");
+        throw Error(std::string("Cannot iterate over a value of type ") + TypeName(array.GetType()) +
+                    ": it is not an array.");
     }
     for (std::size_t i = 0; i < array.Size(); ++i) {
         frame.runtime.CheckInterrupt();

@@ -7,7 +7,7 @@
 
 namespace lightbox::mel {
 
-/// An expression or a command, ended by a semicolon. Without an expression it does nothing.
+/// An expression or a command, ended by a semicolon. An empty statement has no expression.
 class ExpressionStatement final : public Statement {
 public:
     ExpressionStatement(std::uint32_t offset, ExpressionPtr expression);
@@ -24,13 +24,13 @@ class DeclarationStatement final : public Statement {
 public:
     struct Variable {
         std::unique_ptr<VariableExpression> variable;
-        /// For a matrix its size, for an array its first size; 0 when none is given.
+        /// The size of a matrix; `rows` is also the size of an array. 0 when not given.
         int rows = 0;
         int columns = 0;
         ExpressionPtr initial;
-        /// It keeps its value: a global in a procedure, or one declared a second time.
+        /// The variable keeps its value: a global in a procedure, or one declared again.
         bool keepsValue = false;
-        /// Its initial value counts only once.
+        /// The variable is initialised only once.
         bool initialOnce = false;
     };
 
@@ -69,7 +69,7 @@ private:
     StatementPtr otherwise_;
 };
 
-/// for (start; condition; step) body, and while as its simple form. A missing condition is true.
+/// for (start; condition; step) body; also `while`, as its simple form. A missing condition is true.
 class LoopStatement final : public Statement {
 public:
     LoopStatement(std::uint32_t offset, ExpressionList start, ExpressionPtr condition, ExpressionList step,
@@ -94,7 +94,7 @@ private:
     ExpressionPtr condition_;
 };
 
-/// for ($element in $array) body. The array is taken as it is when the loop begins.
+/// for ($element in $array) body. Iterates over the array as it was at the start.
 class ForInStatement final : public Statement {
 public:
     ForInStatement(std::uint32_t offset, std::unique_ptr<VariableExpression> variable, ExpressionPtr array,
@@ -110,7 +110,7 @@ private:
 /// switch with fall-through.
 class SwitchStatement final : public Statement {
 public:
-    /// A label stands before the statement of that index; the default one has no value.
+    /// A label before the statement of that index. The default label has no value.
     struct Label {
         ExpressionPtr value;
         std::size_t statement = 0;
@@ -141,7 +141,7 @@ private:
 
 class ReturnStatement final : public Statement {
 public:
-    /// `value` may be null; `type` is what the procedure returns.
+    /// `value` may be null; `type` is the procedure's return type.
     ReturnStatement(std::uint32_t offset, ExpressionPtr value, Type type);
     Flow Execute(CallFrame& frame) const override;
 

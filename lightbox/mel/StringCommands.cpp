@@ -50,7 +50,7 @@ Value Substitute(CommandCall& call) {
     return text.toStdString();
 }
 
-/// substituteAllString(text, search, replacement), without patterns.
+/// substituteAllString(text, search, replacement), without regular expressions.
 Value SubstituteAll(CommandCall& call) {
     const std::string text = Text(call, 0);
     const std::string search = Text(call, 1);
@@ -68,7 +68,7 @@ Value SubstituteAll(CommandCall& call) {
     return result.append(text, begin, std::string::npos);
 }
 
-/// substring(text, first, last): characters, from 1, both inclusive. What lies outside is left out.
+/// substring(text, first, last): characters from 1, both inclusive. Positions outside the text are ignored.
 Value Substring(CommandCall& call) {
     const std::string text = Text(call, 0);
     const int first = std::max(1, call.Object(1).AsInt());
@@ -135,7 +135,7 @@ Value ValidObjectName(CommandCall& call) {
     return !name.empty() && isDigit(name[0]) ? "_" + name : name;
 }
 
-/// The escapes that a text needs inside quotes.
+/// The text with the escapes that it needs inside quotes.
 Value Encoded(CommandCall& call) {
     const std::string quoted = Quoted(Text(call, 0));
     return quoted.substr(1, quoted.size() - 2);

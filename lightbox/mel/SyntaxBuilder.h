@@ -8,59 +8,59 @@
 
 namespace lightbox::mel {
 
-/// The types of flag arguments, as the syntaxes of commands write them.
+/// The types of flag arguments in the commands' syntaxes.
 constexpr auto NUMBER = MSyntax::kDouble;
 constexpr auto TEXT = MSyntax::kString;
 constexpr auto SWITCH = MSyntax::kBoolean;
 
-/// Writes down a command's syntax in one expression:
+/// Builds a command's syntax in one expression:
 /// `SyntaxBuilder().Flag("-n", "-name", MSyntax::kString).Query().Objects(0, 1)`.
 class SyntaxBuilder {
 public:
     template <class... Types>
     SyntaxBuilder& Flag(const char* shortName, const char* longName, Types... arguments) {
-        syntax.addFlag(shortName, longName, arguments...);
-        lastFlag = longName;
+        syntax_.addFlag(shortName, longName, arguments...);
+        lastFlag_ = longName;
         return *this;
     }
-    /// The flag just added may be given more than once.
+    /// Allows the last added flag to be given more than once.
     SyntaxBuilder& MultiUse() {
-        syntax.makeFlagMultiUse(lastFlag.c_str());
+        syntax_.makeFlagMultiUse(lastFlag_.c_str());
         return *this;
     }
-    /// A flag with one argument that is a number or a text, like a time or a range.
+    /// Adds a flag with one argument that is a number or a text, like a time or a range.
     SyntaxBuilder& RangeFlag(const char* shortName, const char* longName) {
         Flag(shortName, longName, MSyntax::kString);
-        SyntaxTable::Change(syntax).flags.back().takesNumbers = true;
+        SyntaxTable::Change(syntax_).flags.back().takesNumbers = true;
         return *this;
     }
-    /// The flag just added keeps its arguments in a query.
+    /// Makes the last added flag keep its arguments in a query.
     SyntaxBuilder& QueryWithArguments() {
-        syntax.makeFlagQueryWithFullArgs(lastFlag.c_str(), false);
+        syntax_.makeFlagQueryWithFullArgs(lastFlag_.c_str(), false);
         return *this;
     }
     SyntaxBuilder& Query() {
-        syntax.enableQuery(true);
+        syntax_.enableQuery(true);
         return *this;
     }
     SyntaxBuilder& Edit() {
-        syntax.enableEdit(true);
+        syntax_.enableEdit(true);
         return *this;
     }
-    /// Any objects, at least `minimum` of them.
+    /// Allows any number of objects, at least `minimum`.
     SyntaxBuilder& Objects(unsigned minimum = 0) {
-        syntax.setObjectType(MSyntax::kStringObjects, minimum);
+        syntax_.setObjectType(MSyntax::kStringObjects, minimum);
         return *this;
     }
     SyntaxBuilder& Objects(unsigned minimum, unsigned maximum) {
-        syntax.setObjectType(MSyntax::kStringObjects, minimum, maximum);
+        syntax_.setObjectType(MSyntax::kStringObjects, minimum, maximum);
         return *this;
     }
-    operator const MSyntax&() const { return syntax; }
+    operator const MSyntax&() const { return syntax_; }
 
 private:
-    MSyntax syntax;
-    std::string lastFlag;
+    MSyntax syntax_;
+    std::string lastFlag_;
 };
 
 } // namespace lightbox::mel

@@ -10,7 +10,7 @@
 
 namespace lightbox::mel {
 
-/// What an MSyntax holds.
+/// The content of an MSyntax.
 struct SyntaxTable {
     struct Flag {
         /// Names without the hyphen.
@@ -18,10 +18,11 @@ struct SyntaxTable {
         std::string longName;
         std::vector<MSyntax::MArgType> arguments;
         bool isMultiUse = false;
-        /// In a query it takes its arguments too, or may do so.
+        /// In a query the flag may take its arguments, or must do so.
         bool keepsArgumentsInQuery = false;
         bool needsArgumentsInQuery = false;
-        /// Where it takes a text, a number will do: a time range is either. Lightbox's own commands only.
+        /// A number is accepted in place of a text: a time range may be either. Only for Lightbox's own
+        /// commands.
         bool takesNumbers = false;
     };
 
@@ -29,10 +30,10 @@ struct SyntaxTable {
     static SyntaxTable& Change(MSyntax& syntax) { return syntax.change(); }
     static std::shared_ptr<const SyntaxTable> Share(const MSyntax& syntax) { return syntax.table_; }
 
-    /// The flag of that short or long name, with or without a hyphen; null when there is none.
+    /// The flag with that short or long name, with or without a hyphen; null when there is none.
     const Flag* Find(std::string_view name) const;
-    /// The same for what was typed, where the beginning of a long name will do when it is the only one.
-    /// `isAmbiguous` tells why the answer is null.
+    /// Like Find(), but an unambiguous start of a long name also matches. `isAmbiguous` tells whether null is
+    /// returned because several flags match.
     const Flag* FindTyped(std::string_view name, bool& isAmbiguous) const;
 
     static constexpr unsigned NO_MAXIMUM = std::numeric_limits<unsigned>::max();

@@ -88,7 +88,7 @@ void RegisterAbout(CommandRegistry& registry) {
                       About);
 }
 
-/// A folder as scripts expect it: with a slash at its end.
+/// A folder name as scripts expect it, with a slash at the end.
 std::string Folder(const QString& path) {
     const std::string folder = QDir::fromNativeSeparators(path).toStdString();
     return !folder.empty() && folder.back() == '/' ? folder : folder + '/';
@@ -97,7 +97,7 @@ std::string Folder(const QString& path) {
 struct FolderRow {
     const char* shortFlag;
     const char* longFlag;
-    /// Below the preference folder.
+    /// Path below the preference folder.
     const char* below;
 };
 
@@ -133,7 +133,7 @@ void RegisterInternalVariable(CommandRegistry& registry) {
     registry.Register("internalVar", syntax.Flag("-utd", "-userTmpDir"), InternalVariable);
 }
 
-/// The pattern of `date -format`: YYYY, YY, MM, DD, hh, mm, ss.
+/// Converts the pattern of `date -format`: YYYY, YY, MM, DD, hh, mm, ss.
 QString DatePattern(const std::string& pattern) {
     QString text = QString::fromStdString(pattern);
     text.replace(QLatin1Char('Y'), QLatin1Char('y')).replace(QLatin1Char('D'), QLatin1Char('d'));
@@ -157,7 +157,7 @@ Value Date(CommandCall& call) {
     return FromQt(now.toString(QStringLiteral("yyyy/MM/dd HH:mm:ss")));
 }
 
-/// Seconds on a clock that only goes forward; with -startTime, since then.
+/// Seconds on a monotonic clock; with -startTime, since that time.
 Value Timer(CommandCall& call) {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     const double seconds = std::chrono::duration<double>(now).count();
@@ -182,13 +182,13 @@ Value PutEnvironment(CommandCall& call) {
     const std::string name = call.Object(0).AsString();
     const std::string value = call.Object(1).AsString();
     if (name.empty() || name.find('=') != std::string::npos) {
-        call.Fail("\"" + name + "\" is no name of an environment variable.");
+        call.Fail("\"" + name + "\" is not a valid name of an environment variable.");
     }
     qputenv(name.c_str(), QByteArray::fromStdString(value));
     return Value();
 }
 
-/// The project: here a folder that relative file names are completed with.
+/// The project: here just a folder that completes relative file names.
 Value Workspace(CommandCall& call) {
     if (call.Has("-openWorkspace")) {
         const std::string& folder = call.String("-openWorkspace");

@@ -61,7 +61,7 @@ Value TextRun::RunStreamed(Parser& parser) {
 
 bool TextRun::RunProgram(const Program& program, Value& result) {
     for (const auto& procedure : program.procedures) {
-        // Of two definitions of one name the first counts until the second is reached.
+        // Of two definitions of a name, the first one is valid until the second one is reached.
         runtime_.DefineFirst(procedure);
     }
     const SlotStack::Slots variables(runtime_.Slots(), static_cast<std::size_t>(program.variableCount));

@@ -13,10 +13,10 @@ class SourceText;
 class Statement;
 struct Program;
 
-/// One text on its way through the interpreter.
+/// One run of a text through the interpreter.
 class TextRun {
 public:
-    /// `areOutermost`: the text's statements are outermost ones, each with an undo chunk of its own.
+    /// `areOutermost`: the text's statements are outermost ones, each with its own undo chunk.
     TextRun(Interpreter& interpreter, const RunOptions& options, bool areOutermost);
 
     Value Run(std::string text, const std::string& name);
@@ -24,11 +24,11 @@ public:
 private:
     Value RunWhole(Parser& parser);
     Value RunStreamed(Parser& parser);
-    /// Runs the statements of a program; false when one of them returned.
+    /// Runs the statements of a program; returns false when one of them returned.
     bool RunProgram(const Program& program, Value& result);
     bool RunStatement(const Statement& statement, CallFrame& frame, Value& result);
     Value ExecuteStatement(const Statement& statement, CallFrame& frame);
-    /// False when the error was dealt with and the run goes on.
+    /// Returns false when the error was handled and the run continues.
     bool MustThrow(Error& error, const CallFrame* frame) const;
 
     Interpreter& interpreter_;

@@ -49,7 +49,7 @@ enum class TokenKind : std::uint8_t {
     CaretAssign,
     VectorOpen,
     VectorClose,
-    // Words with a meaning of their own; inside the arguments of a command they are plain words.
+    // Keywords; inside the arguments of a command they are plain words.
     If,
     Else,
     For,
@@ -77,9 +77,9 @@ struct Token {
     TokenKind kind = TokenKind::End;
     std::uint32_t begin = 0;
     std::uint32_t end = 0;
-    /// Blanks, line breaks or a comment stand before it.
+    /// Whether blanks, line breaks or a comment come before it.
     bool spaceBefore = false;
-    /// For strings: a backslash occurs.
+    /// For strings: whether it contains a backslash.
     bool hasEscapes = false;
 };
 

@@ -132,23 +132,23 @@ Matrix::Matrix(int rowCount, int columnCount)
     , cells(static_cast<std::size_t>(rowCount) * columnCount, 0.0) {}
 
 Value::Value(const char* text)
-    : data(std::make_shared<std::string>(text)) {}
+    : data_(std::make_shared<std::string>(text)) {}
 Value::Value(std::string text)
-    : data(std::make_shared<std::string>(std::move(text))) {}
+    : data_(std::make_shared<std::string>(std::move(text))) {}
 Value::Value(std::string_view text)
-    : data(std::make_shared<std::string>(text)) {}
+    : data_(std::make_shared<std::string>(text)) {}
 Value::Value(const Vector& vector)
-    : data(vector) {}
+    : data_(vector) {}
 Value::Value(IntArray array)
-    : data(std::make_shared<IntArray>(std::move(array))) {}
+    : data_(std::make_shared<IntArray>(std::move(array))) {}
 Value::Value(FloatArray array)
-    : data(std::make_shared<FloatArray>(std::move(array))) {}
+    : data_(std::make_shared<FloatArray>(std::move(array))) {}
 Value::Value(StringArray array)
-    : data(std::make_shared<StringArray>(std::move(array))) {}
+    : data_(std::make_shared<StringArray>(std::move(array))) {}
 Value::Value(VectorArray array)
-    : data(std::make_shared<VectorArray>(std::move(array))) {}
+    : data_(std::make_shared<VectorArray>(std::move(array))) {}
 Value::Value(Matrix matrix)
-    : data(std::make_shared<Matrix>(std::move(matrix))) {}
+    : data_(std::make_shared<Matrix>(std::move(matrix))) {}
 
 Value Value::Default(Type type) {
     switch (type) {
@@ -246,7 +246,8 @@ Vector Value::AsVector() const {
         return TextVector(Text());
     case Type::IntArray:
         if (Ints().size() == 3) {
-            return {double(Ints()[0]), double(Ints()[1]), double(Ints()[2])};
+            return {static_cast<double>(Ints()[0]), static_cast<double>(Ints()[1]),
+                    static_cast<double>(Ints()[2])};
         }
         break;
     case Type::FloatArray:
@@ -327,8 +328,8 @@ Value Value::Detached() const {
 
 template <class T>
 void Value::TakeContent(Value& source) {
-    auto& from = std::get<Shared<T>>(source.data);
-    auto& to = std::get<Shared<T>>(data);
+    auto& from = std::get<Shared<T>>(source.data_);
+    auto& to = std::get<Shared<T>>(data_);
     if (from == to) {
         return;
     }
@@ -357,11 +358,11 @@ void Value::ReplaceContent(Value source) {
 }
 
 const std::string& Value::Text() const {
-    return *std::get<Shared<std::string>>(data);
+    return *std::get<Shared<std::string>>(data_);
 }
 
 void Value::AppendText(std::string_view more) {
-    auto& text = std::get<Shared<std::string>>(data);
+    auto& text = std::get<Shared<std::string>>(data_);
     if (text.use_count() == 1) {
         text->append(more);
         return;
@@ -373,19 +374,19 @@ void Value::AppendText(std::string_view more) {
 }
 
 Value::IntArray& Value::Ints() const {
-    return *std::get<Shared<IntArray>>(data);
+    return *std::get<Shared<IntArray>>(data_);
 }
 Value::FloatArray& Value::Floats() const {
-    return *std::get<Shared<FloatArray>>(data);
+    return *std::get<Shared<FloatArray>>(data_);
 }
 Value::StringArray& Value::Strings() const {
-    return *std::get<Shared<StringArray>>(data);
+    return *std::get<Shared<StringArray>>(data_);
 }
 Value::VectorArray& Value::Vectors() const {
-    return *std::get<Shared<VectorArray>>(data);
+    return *std::get<Shared<VectorArray>>(data_);
 }
 Matrix& Value::MatrixData() const {
-    return *std::get<Shared<Matrix>>(data);
+    return *std::get<Shared<Matrix>>(data_);
 }
 
 std::size_t Value::Size() const {

@@ -10,8 +10,8 @@
 
 namespace lightbox::mel {
 
-/// The types of the language. `None` is the value of a statement without one; as the type of an expression
-/// `Any` means that only running it tells (the result of a command).
+/// The types of the language. `None` is the type of a statement without a value. An expression of type `Any`
+/// gets its type only when it runs (the result of a command).
 enum class Type : std::uint8_t {
     None,
     Int,
@@ -26,12 +26,12 @@ enum class Type : std::uint8_t {
     Any,
 };
 
-/// "int", "string[]" and so on, as messages and `whatIs` word it.
+/// The type's name in messages and `whatIs`: "int", "string[]" and so on.
 const char* TypeName(Type type);
 bool IsArray(Type type);
 /// An int or a float.
 bool IsNumeric(Type type);
-/// int -> int[] and back; a type that has no such partner gives `None`.
+/// int -> int[] and back; `None` for a type without such a partner.
 Type ArrayOf(Type element);
 Type ElementOf(Type array);
 
@@ -41,7 +41,7 @@ struct Vector {
     double z = 0.0;
 };
 
-/// A matrix of a fixed size, rows first.
+/// A matrix of a fixed size, stored row by row.
 struct Matrix {
     Matrix() = default;
     Matrix(int rowCount, int columnCount);
@@ -53,10 +53,10 @@ struct Matrix {
     std::vector<double> cells;
 };
 
-/// One value of the language. Copying is cheap: strings and arrays are shared. A string never changes once it
-/// is shared; an array is handed on by reference, as procedures and commands expect it, and `Detached()`
-/// gives an own copy where the language assigns. Conversions follow the language's rules: what has no
-/// conversion throws `Error` ("Cannot convert data of type string[] to type string.").
+/// A value of the language. Copying is cheap: strings and arrays are shared. A shared string never changes.
+/// Arrays are passed by reference, as procedures and commands expect; Detached() makes a copy where the
+/// language assigns. Conversions follow the language's rules and throw `Error` where there is none ("Cannot
+/// convert data of type string[] to type string.").
 class Value {
 public:
     using IntArray = std::vector<int>;
@@ -65,14 +65,14 @@ public:
     using VectorArray = std::vector<Vector>;
 
     Value() = default;
-    /// Truth is an int. (A template, so that no pointer counts as true.)
+    /// A boolean becomes an int. (A template, so that pointers do not convert to bool.)
     template <class Bool, std::enable_if_t<std::is_same_v<Bool, bool>, int> = 0>
     Value(Bool value)
-        : data(value ? 1 : 0) {}
+        : data_(value ? 1 : 0) {}
     Value(int value)
-        : data(value) {}
+        : data_(value) {}
     Value(double value)
-        : data(value) {}
+        : data_(value) {}
     Value(const char* text);
     Value(std::string text);
     Value(std::string_view text);
@@ -82,10 +82,10 @@ public:
     Value(StringArray array);
     Value(VectorArray array);
     Value(Matrix matrix);
-    /// The value that a variable of the type starts with: 0, "", an empty array.
+    /// The initial value of a variable of that type: 0, "", an empty array.
     static Value Default(Type type);
 
-    Type GetType() const { return static_cast<Type>(data.index()); }
+    Type GetType() const { return static_cast<Type>(data_.index()); }
     bool IsNone() const { return GetType() == Type::None; }
     bool IsInt() const { return GetType() == Type::Int; }
     bool IsFloat() const { return GetType() == Type::Float; }
@@ -97,47 +97,48 @@ public:
     int AsInt() const;
     double AsFloat() const;
     bool AsBool() const;
-    /// Numbers with up to ten significant digits, vectors as "x y z". Arrays throw.
+    /// Converts to text: numbers with up to ten significant digits, vectors as "x y z". Throws for arrays.
     std::string AsString() const;
     Vector AsVector() const;
     Matrix AsMatrix() const;
-    /// The value as it would be assigned to a variable of `type`.
+    /// The value converted as for assignment to a variable of `type`.
     Value ConvertedTo(Type type) const;
-    /// The same value sharing no array with anyone.
+    /// A copy of the value that shares no array with others.
     Value Detached() const;
 
-    /// Takes the content of an array or matrix of the same type into the own one, which others may share.
+    /// Replaces the content of an array or matrix, which others may share, by that of `source`, a value of
+    /// the same type.
     void ReplaceContent(Value source);
 
-    /// Texts without a copy; only for strings (check `IsString()`), and valid as long as this value.
+    /// The text without a copy; only for strings (check `IsString()`). Valid as long as this value.
     const std::string& Text() const;
-    /// Appends in place when no one shares the text. Only for strings.
+    /// Appends in place if no other value shares the text. Only for strings.
     void AppendText(std::string_view more);
 
-    /// The shared arrays; only for values of that type.
+    /// The shared arrays; only for values of the matching type.
     IntArray& Ints() const;
     FloatArray& Floats() const;
     StringArray& Strings() const;
     VectorArray& Vectors() const;
     Matrix& MatrixData() const;
-    /// Number of elements of an array, 1 for anything else, 0 for none.
+    /// Number of elements of an array, 1 for any other value, 0 for None.
     std::size_t Size() const;
-    /// Element of an array as a value; beyond the end, the element type's default.
+    /// An element of an array as a value; beyond the end, the element type's default.
     Value Element(std::size_t index) const;
 
-    /// Numbers and texts of an array or vector one by one, as commands take them.
+    /// Appends the numbers and texts of an array or vector one by one, in the form that commands take.
     void Flatten(std::vector<Value>& out) const;
 
-    /// What `print` writes: an array has one line per element, each ended by a line break.
+    /// The text that `print` writes; an array has one line per element, each with a line break.
     std::string Printed() const;
-    /// What a result line shows: an array's elements between blanks.
+    /// The text of a result line; array elements are separated by blanks.
     std::string Shown() const;
 
-    int* IntSlot() { return std::get_if<int>(&data); }
-    const int* IntSlot() const { return std::get_if<int>(&data); }
-    double* FloatSlot() { return std::get_if<double>(&data); }
-    const double* FloatSlot() const { return std::get_if<double>(&data); }
-    const Vector* VectorSlot() const { return std::get_if<Vector>(&data); }
+    int* IntSlot() { return std::get_if<int>(&data_); }
+    const int* IntSlot() const { return std::get_if<int>(&data_); }
+    double* FloatSlot() { return std::get_if<double>(&data_); }
+    const double* FloatSlot() const { return std::get_if<double>(&data_); }
+    const Vector* VectorSlot() const { return std::get_if<Vector>(&data_); }
 
 private:
     template <class T>
@@ -147,7 +148,7 @@ private:
 
     std::variant<std::monostate, int, double, Shared<std::string>, Vector, Shared<IntArray>,
                  Shared<FloatArray>, Shared<StringArray>, Shared<VectorArray>, Shared<Matrix>>
-        data;
+        data_;
 };
 
 } // namespace lightbox::mel

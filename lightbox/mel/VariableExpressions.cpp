@@ -75,7 +75,7 @@ void VariableReference::StoreElement(Runtime& runtime, const Value& value) const
         GrownElement(slot_.Vectors(), index_) = value.AsVector();
         break;
     case Type::None: {
-        // The first element of a variable that is introduced by it makes the array.
+        // Assigning the first element to an undeclared variable makes it an array.
         const Type arrayType = ArrayOf(value.GetType());
         if (arrayType == Type::None) {
             NoArray(value.GetType());
@@ -197,7 +197,7 @@ std::size_t CellExpression::Index(CallFrame& frame, const Value& value) const {
 }
 
 double CellExpression::EvaluateFloat(CallFrame& frame) const {
-    // The indexes may run anything, so the matrix is held.
+    // The index expressions may run anything, so keep the matrix alive.
     const Value matrix = variable_->Evaluate(frame);
     const std::size_t index = Index(frame, matrix);
     return matrix.MatrixData().cells.at(index);

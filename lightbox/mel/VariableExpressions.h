@@ -7,12 +7,12 @@
 
 namespace lightbox::mel {
 
-/// A place that can be read and written, found once for an operation such as `+=`. Valid only until something
-/// else runs.
+/// A reference to a variable or element, looked up once for an operation such as `+=`. Valid only until other
+/// code runs.
 class VariableReference {
 public:
-    /// A whole variable. `type` is what it is declared as, `Any` for one that takes the type of its first
-    /// value; `global` is null for a local one.
+    /// A whole variable. `type` is the declared type, `Any` for a variable that takes the type of its first
+    /// value; `global` is null for a local variable.
     VariableReference(Value& slot, Type type, GlobalVariable* global)
         : slot_(slot)
         , type_(type)
@@ -25,7 +25,7 @@ public:
         , isElement_(true) {}
 
     Value Load() const;
-    /// Converts to the place's type; an array grows to hold the element.
+    /// Converts the value to the reference's type. An array grows to hold the element.
     void Store(Runtime& runtime, Value value) const;
 
 private:
@@ -39,7 +39,7 @@ private:
     bool isElement_ = false;
 };
 
-/// An expression that can stand left of an assignment.
+/// An expression that can be assigned to.
 class Target : public Expression {
 public:
     using Expression::Expression;
@@ -48,7 +48,7 @@ public:
 
 using TargetPtr = std::unique_ptr<Target>;
 
-/// Where a variable lives: a local one has a number, a global one its entry.
+/// The storage of a variable: a slot number for a local one, an entry for a global one.
 struct VariablePlace {
     Type type = Type::Any;
     GlobalVariable* global = nullptr;
@@ -113,7 +113,7 @@ private:
     ExpressionPtr column_;
 };
 
-/// $vector.x and its like; they can be read only.
+/// $vector.x and the like; read-only.
 class ComponentExpression final : public Expression {
 public:
     ComponentExpression(std::uint32_t offset, ExpressionPtr vector, char component);

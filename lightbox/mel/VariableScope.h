@@ -11,8 +11,8 @@
 
 namespace lightbox::mel {
 
-/// The variables that the parser sees at one point: those of the open blocks and, outside procedures, the
-/// global ones. What is declared outside any block is global.
+/// The variables visible to the parser at one point: those of the open blocks and, outside procedures, the
+/// globals. A variable declared outside any block is global.
 class VariableScope {
 public:
     explicit VariableScope(GlobalVariables& globals)
@@ -21,25 +21,25 @@ public:
     /// Blocks of the same text or procedure.
     void OpenBlock() { blocks_.emplace_back(); }
     void CloseBlock() { blocks_.pop_back(); }
-    /// A procedure sees nothing of what is around it.
+    /// A procedure cannot see the variables around it.
     void OpenProcedure();
     void CloseProcedure();
     bool IsInProcedure() const { return procedure_; }
     bool IsAtTop() const { return !procedure_ && blocks_.empty(); }
-    /// Local variables so far: of the procedure, or of the text's own blocks.
+    /// Number of local variables so far, of the procedure or of the text's own blocks.
     int SlotCount() const { return slots_; }
-    /// A new text begins: the local variables are numbered from 0 again.
+    /// Starts a new text; numbers local variables from 0 again.
     void Restart() { slots_ = 0; }
 
     struct Declared {
         VariablePlace place;
-        /// The name had been declared in the same block.
+        /// The name was already declared in the same block.
         bool again = false;
     };
     std::optional<VariablePlace> Find(std::string_view name) const;
-    /// Adds a variable to the innermost block. Empty when it exists there with another type.
+    /// Adds a variable to the innermost block. Null when it exists there with another type.
     std::optional<Declared> Declare(std::string_view name, Type type);
-    /// Makes a global variable visible, and adds it when there is none. Empty when it has another type.
+    /// Makes a global variable visible; adds it if there is none. Null when it has another type.
     std::optional<Declared> DeclareGlobal(std::string_view name, Type type);
 
 private:
@@ -49,7 +49,7 @@ private:
     std::vector<Block> blocks_;
     int slots_ = 0;
     bool procedure_ = false;
-    /// What waits outside the procedure.
+    /// The state outside the procedure.
     std::vector<Block> outerBlocks_;
     int outerSlots_ = 0;
 };

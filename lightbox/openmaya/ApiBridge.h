@@ -32,7 +32,7 @@ namespace mel {
 class Value;
 }
 
-/// The one way from OpenMaya's classes to what stands behind them and back.
+/// The only bridge between OpenMaya's classes and the objects that they stand for.
 class ApiBridge {
 public:
     static MObject Wrap(std::shared_ptr<Object> object);
@@ -48,14 +48,14 @@ public:
     static std::shared_ptr<DataValue> GetData(const MObject& object);
     static Plug GetPlug(const MPlug& plug);
     static const std::string& Text(const MString& string) { return string.text_; }
-    /// A value as an argument that is a text; never refuses.
+    /// Reads any value as a text argument; never fails.
     static bool ReadString(const mel::Value& value, MString& result);
-    /// The host's window; null in batch, and where there is no host.
+    /// The host's window; null in batch and without a host.
     static UserInterface* Ui();
 
-    /// A failing status with its text.
+    /// Makes a failing status with a text.
     static MStatus Fail(MStatus::MStatusCode code, const std::string& text);
-    /// Hands the status to a caller who asked for it.
+    /// Stores the status for a caller who passed a pointer.
     static void Report(MStatus* returnStatus, const MStatus& status) {
         if (returnStatus) {
             *returnStatus = status;
@@ -71,12 +71,12 @@ public:
 
     static M3dView Wrap(View& view);
     static std::shared_ptr<Texture> TextureOf(const MHWRender::MTexture& texture);
-    /// For one drawing: view, camera and list have to outlive the answer.
+    /// For one drawing pass. View, camera and list must outlive the returned object.
     static std::unique_ptr<MHWRender::MFrameContext> MakeFrameContext(const View& view,
                                                                       const CameraView& camera);
     static std::unique_ptr<MHWRender::MUIDrawManager> MakeDrawManager(DrawList& list);
     static QCursor ToQt(const MCursor& cursor);
-    /// Position in view pixels; button and modifiers as MEvent has them.
+    /// Position in view pixels; button and modifiers as in MEvent.
     static MEvent MakeEvent(int x, int y, int viewHeight, unsigned button, unsigned modifiers);
 };
 

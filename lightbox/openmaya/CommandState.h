@@ -8,16 +8,16 @@
 #include <memory>
 #include <string>
 
-/// What stands behind one instance of a plug-in's command.
+/// The state of an instance of a plug-in's command.
 struct MPxCommand::State {
-    /// The command that it is an instance of; null while the creator runs.
+    /// The registered command; null while the creator runs.
     std::shared_ptr<const lightbox::PluginCommand> command;
     std::string commandString;
 };
 
 namespace lightbox {
 
-/// The result of the plug-in's command that runs, or null when none does.
+/// The result of the running plug-in command; null when none runs.
 mel::Value* RunningCommandResult();
 
 } // namespace lightbox

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-/// What stands behind a plug-in's context.
+/// The state of a plug-in's context.
 struct MPxContext::State {
     std::string title;
     std::string help;
@@ -17,10 +17,10 @@ struct MPxContext::State {
     MCursor cursor;
 };
 
-/// What stands behind a plug-in's context command.
+/// The state of a plug-in's context command.
 struct MPxContextCommand::ContextState {
-    /// Complete once appendSyntax() has run.
+    /// Complete after appendSyntax().
     MSyntax syntax;
-    /// The arguments that it is called with; nothing between calls.
+    /// The arguments of the current call; empty between calls.
     std::optional<MArgParser> parser;
 };

@@ -56,7 +56,7 @@ const DrawOverrides::Registration* DrawOverrides::Find(const NodeType& type) con
     if (type.classification.empty()) {
         return nullptr;
     }
-    // A type may have several classifications with a colon between them.
+    // A type may have several classifications, separated by colons.
     for (const QString& one : QString::fromStdString(type.classification).split(QLatin1Char(':'))) {
         const auto found = registrations_.find(one.toStdString());
         if (found != registrations_.end()) {

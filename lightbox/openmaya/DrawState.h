@@ -14,21 +14,21 @@ class CameraView;
 class View;
 } // namespace lightbox
 
-/// What stands behind a view that is drawn. It lives as long as the drawing.
+/// The state of a frame context: the view to draw. Valid during the drawing.
 struct MHWRender::MFrameContext::State {
     const lightbox::View& view;
     const lightbox::CameraView& camera;
     MDagPath cameraPath;
 };
 
-/// What stands behind a draw manager: where its items go, and what the next one looks like.
+/// The state of a draw manager: the list that receives its items, and the settings of the next one.
 struct MHWRender::MUIDrawManager::State {
     lightbox::DrawList& list;
     lightbox::DrawItem next;
     bool isOpen = false;
 };
 
-/// What stands behind a texture: its pixels, which draw items share.
+/// The state of a texture: its pixels, which draw items share.
 struct MHWRender::MTexture::State {
     std::shared_ptr<lightbox::Texture> texture;
     MString name;

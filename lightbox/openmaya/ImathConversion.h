@@ -9,7 +9,7 @@
 
 namespace lightbox {
 
-// OpenMaya's values as Imath's, and back. Both have matrices for row vectors.
+// Conversions between the values of OpenMaya and Imath. Both use matrices for row vectors.
 
 inline Imath::M44d ToImath(const MMatrix& matrix) {
     return Imath::M44d(matrix.matrix);

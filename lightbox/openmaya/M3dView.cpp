@@ -30,8 +30,8 @@ MStatus NoView() {
     return ApiBridge::Fail(MS::kFailure, "There is no 3d view");
 }
 
-/// The view, or null when it has gone. Reports the status.
-View* Live(View* view, MStatus* status = nullptr) {
+/// The view, or null when it was closed. Reports the status.
+View* ExistingView(View* view, MStatus* status = nullptr) {
     UserInterface* ui = view ? ApiBridge::Ui() : nullptr;
     if (ui) {
         const std::vector<View*> views = ui->Views();
@@ -45,22 +45,22 @@ CameraView CameraOf(const View& view) {
     return CameraView(*view.Camera(), view.Width(), view.Height());
 }
 
-/// The nearest whole pixel that a short can say.
+/// The nearest whole pixel in the range of short.
 short Rounded(double value) {
     constexpr double low = std::numeric_limits<short>::min();
     constexpr double high = std::numeric_limits<short>::max();
     return std::isfinite(value) ? static_cast<short>(std::clamp(std::floor(value + 0.5), low, high)) : 0;
 }
 
-/// Keeps the unit of OpenGL calls, to be given back.
-void PushSpace() {
+/// Saves the matrices of OpenGL.
+void PushMatrices() {
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
 }
 
-/// View pixels become the unit of OpenGL calls.
+/// Makes view pixels the unit of OpenGL calls.
 void SetPixelSpace(const View& view) {
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
@@ -69,7 +69,7 @@ void SetPixelSpace(const View& view) {
     glLoadIdentity();
 }
 
-void PopSpace() {
+void PopMatrices() {
     glMatrixMode(GL_PROJECTION);
     glPopMatrix();
     glMatrixMode(GL_MODELVIEW);
@@ -116,32 +116,32 @@ MStatus M3dView::getM3dViewFromModelPanel(const MString& modelPaneName, M3dView&
 }
 
 QWidget* M3dView::widget(MStatus* ReturnStatus) const {
-    View* view = Live(view_, ReturnStatus);
+    View* view = ExistingView(view_, ReturnStatus);
     return view ? &view->Widget() : nullptr;
 }
 
 int M3dView::portWidth(MStatus* ReturnStatus) const {
-    const View* view = Live(view_, ReturnStatus);
+    const View* view = ExistingView(view_, ReturnStatus);
     return view ? view->Width() : 0;
 }
 
 int M3dView::portHeight(MStatus* ReturnStatus) const {
-    const View* view = Live(view_, ReturnStatus);
+    const View* view = ExistingView(view_, ReturnStatus);
     return view ? view->Height() : 0;
 }
 
 bool M3dView::isVisible(MStatus* ReturnStatus) const {
-    View* view = Live(view_, ReturnStatus);
+    View* view = ExistingView(view_, ReturnStatus);
     return view && view->Widget().isVisible();
 }
 
 M3dView::RendererName M3dView::getRendererName(MStatus* ReturnStatus) const {
-    const View* view = Live(view_, ReturnStatus);
+    const View* view = ExistingView(view_, ReturnStatus);
     return view && view->IsViewport2() ? kViewport2Renderer : kDefaultQualityRenderer;
 }
 
 MStatus M3dView::getCamera(MDagPath& camera) const {
-    const View* view = Live(view_);
+    const View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -150,7 +150,7 @@ MStatus M3dView::getCamera(MDagPath& camera) const {
 }
 
 MStatus M3dView::setCamera(MDagPath& camera) {
-    View* view = Live(view_);
+    View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -165,7 +165,7 @@ MStatus M3dView::setCamera(MDagPath& camera) {
 }
 
 MStatus M3dView::projectionMatrix(MMatrix& projectionMatrix) const {
-    const View* view = Live(view_);
+    const View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -174,7 +174,7 @@ MStatus M3dView::projectionMatrix(MMatrix& projectionMatrix) const {
 }
 
 MStatus M3dView::modelViewMatrix(MMatrix& modelViewMatrix) const {
-    const View* view = Live(view_);
+    const View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -183,7 +183,7 @@ MStatus M3dView::modelViewMatrix(MMatrix& modelViewMatrix) const {
 }
 
 MStatus M3dView::refresh(bool all, bool force) {
-    View* view = Live(view_);
+    View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -205,7 +205,7 @@ MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& worldPt, MVector&
 }
 
 MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& nearClipPt, MPoint& farClipPt) const {
-    const View* view = Live(view_);
+    const View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -218,7 +218,7 @@ MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& nearClipPt, MPoin
 }
 
 bool M3dView::worldToView(const MPoint& worldPt, short& x_pos, short& y_pos, MStatus* ReturnStatus) const {
-    const View* view = Live(view_, ReturnStatus);
+    const View* view = ExistingView(view_, ReturnStatus);
     if (!view) {
         return false;
     }
@@ -231,7 +231,7 @@ bool M3dView::worldToView(const MPoint& worldPt, short& x_pos, short& y_pos, MSt
 }
 
 MStatus M3dView::beginGL() {
-    View* view = Live(view_);
+    View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -240,7 +240,7 @@ MStatus M3dView::beginGL() {
 }
 
 MStatus M3dView::endGL() {
-    View* view = Live(view_);
+    View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -250,7 +250,7 @@ MStatus M3dView::endGL() {
 
 MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting, float lineWidth,
                                  LineStipplePattern stipplePattern, const MColor& lineColor) {
-    View* view = Live(view_);
+    View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
@@ -262,7 +262,7 @@ MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting
     if (disableDepthTesting) {
         glDisable(GL_DEPTH_TEST);
     }
-    // The view stays as opaque as it is.
+    // Leave the view's alpha unchanged.
     const GLboolean isSeen = view->IsViewport2() ? GL_FALSE : GL_TRUE;
     glColorMask(isSeen, isSeen, isSeen, GL_FALSE);
     glEnable(GL_COLOR_LOGIC_OP);
@@ -273,7 +273,7 @@ MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting
         glEnable(GL_LINE_STIPPLE);
         glLineStipple(1, dashes);
     }
-    PushSpace();
+    PushMatrices();
     if (drawOrthographic) {
         SetPixelSpace(*view);
     }
@@ -282,11 +282,11 @@ MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting
 }
 
 MStatus M3dView::endXorDrawing() {
-    View* view = Live(view_);
+    View* view = ExistingView(view_);
     if (!view) {
         return NoView();
     }
-    PopSpace();
+    PopMatrices();
     glPopAttrib();
     view->EndGl();
     if (!view->IsViewport2()) {
@@ -296,7 +296,7 @@ MStatus M3dView::endXorDrawing() {
 }
 
 MStatus M3dView::setDrawColor(const MColor& color) {
-    if (!Live(view_)) {
+    if (!ExistingView(view_)) {
         return NoView();
     }
     glColor4f(color.r, color.g, color.b, color.a);

@@ -22,7 +22,7 @@ double Frame(const MTime& time) {
     return time.as(MTime::uiUnit());
 }
 
-MStatus Answer(bool done) {
+MStatus StatusOf(bool done) {
     return done ? MS::kSuccess : MS::kInvalidParameter;
 }
 
@@ -49,15 +49,15 @@ MTime MAnimControl::maxTime() {
 }
 
 MStatus MAnimControl::setMinTime(MTime newMinTime) {
-    return Answer(Time().SetPlaybackRange(Frame(newMinTime), Time().MaxTime()));
+    return StatusOf(Time().SetPlaybackRange(Frame(newMinTime), Time().MaxTime()));
 }
 
 MStatus MAnimControl::setMaxTime(MTime newMaxTime) {
-    return Answer(Time().SetPlaybackRange(Time().MinTime(), Frame(newMaxTime)));
+    return StatusOf(Time().SetPlaybackRange(Time().MinTime(), Frame(newMaxTime)));
 }
 
 MStatus MAnimControl::setMinMaxTime(MTime newMinTime, MTime newMaxTime) {
-    return Answer(Time().SetPlaybackRange(Frame(newMinTime), Frame(newMaxTime)));
+    return StatusOf(Time().SetPlaybackRange(Frame(newMinTime), Frame(newMaxTime)));
 }
 
 MTime MAnimControl::animationStartTime() {
@@ -68,15 +68,15 @@ MTime MAnimControl::animationEndTime() {
 }
 
 MStatus MAnimControl::setAnimationStartTime(MTime newStartTime) {
-    return Answer(Time().SetAnimationRange(Frame(newStartTime), Time().AnimationEnd()));
+    return StatusOf(Time().SetAnimationRange(Frame(newStartTime), Time().AnimationEnd()));
 }
 
 MStatus MAnimControl::setAnimationEndTime(MTime newEndTime) {
-    return Answer(Time().SetAnimationRange(Time().AnimationStart(), Frame(newEndTime)));
+    return StatusOf(Time().SetAnimationRange(Time().AnimationStart(), Frame(newEndTime)));
 }
 
 MStatus MAnimControl::setAnimationStartEndTime(MTime newStartTime, MTime newEndTime) {
-    return Answer(Time().SetAnimationRange(Frame(newStartTime), Frame(newEndTime)));
+    return StatusOf(Time().SetAnimationRange(Frame(newStartTime), Frame(newEndTime)));
 }
 
 bool MAnimControl::isPlaying() {

@@ -21,7 +21,7 @@ MStatus WrongType(const char* expected) {
     return ApiBridge::Fail(MS::kInvalidParameter, std::string("The argument is not ") + expected + ".");
 }
 
-/// Reads one argument with one of the conversions.
+/// Reads one argument with a conversion function.
 template <class T>
 T Read(const ArgumentTokens& tokens, unsigned int index, bool (*read)(const Value&, T&), const char* expected,
        MStatus* status) {
@@ -37,7 +37,7 @@ T Read(const ArgumentTokens& tokens, unsigned int index, bool (*read)(const Valu
     return result;
 }
 
-/// Reads what follows up to the next flag.
+/// Reads the arguments up to the next flag.
 template <class Array, class T>
 Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(const Value&, T&),
                 const char* expected, MStatus* status) {
@@ -57,7 +57,7 @@ Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(
     return array;
 }
 
-/// Moves the index on and passes the value on if it could be read.
+/// Advances the index, and stores the value if the status is a success.
 template <class T>
 MStatus Take(unsigned int& index, T& value, const T& read, const MStatus& status) {
     ++index;

@@ -29,7 +29,7 @@ MStatus Convert(const Value* value, Reader<T> read, T& result) {
     return MS::kSuccess;
 }
 
-/// A flag's argument; fails when the list did not fit the syntax, or the argument is not there.
+/// Reads a flag's argument. Fails when the list does not match the syntax, or the argument is missing.
 template <class T>
 MStatus FlagArgument(const ParsedArguments* parsed, const char* flag, unsigned int index, Reader<T> read,
                      T& result) {
@@ -42,9 +42,9 @@ MStatus CommandArgument(const ParsedArguments* parsed, unsigned int index, Reade
     return Convert(exists ? &parsed->CommandArguments()[index] : nullptr, read, result);
 }
 
-/// The form that returns the value and hands the status out.
+/// Returns the value and reports the status, for the getters of that form.
 template <class T>
-T Answer(const MStatus& status, const T& value, MStatus* returnStatus) {
+T Returned(const MStatus& status, const T& value, MStatus* returnStatus) {
     ApiBridge::Report(returnStatus, status);
     return value;
 }
@@ -94,27 +94,27 @@ unsigned int MArgParser::numberOfFlagUses(const char* flag) const {
 
 bool MArgParser::flagArgumentBool(const char* flag, unsigned int index, MStatus* ReturnStatus) const {
     bool value = false;
-    return Answer(getFlagArgument(flag, index, value), value, ReturnStatus);
+    return Returned(getFlagArgument(flag, index, value), value, ReturnStatus);
 }
 
 int MArgParser::flagArgumentInt(const char* flag, unsigned int index, MStatus* ReturnStatus) const {
     int value = 0;
-    return Answer(getFlagArgument(flag, index, value), value, ReturnStatus);
+    return Returned(getFlagArgument(flag, index, value), value, ReturnStatus);
 }
 
 double MArgParser::flagArgumentDouble(const char* flag, unsigned int index, MStatus* ReturnStatus) const {
     double value = 0.0;
-    return Answer(getFlagArgument(flag, index, value), value, ReturnStatus);
+    return Returned(getFlagArgument(flag, index, value), value, ReturnStatus);
 }
 
 MString MArgParser::flagArgumentString(const char* flag, unsigned int index, MStatus* ReturnStatus) const {
     MString value;
-    return Answer(getFlagArgument(flag, index, value), value, ReturnStatus);
+    return Returned(getFlagArgument(flag, index, value), value, ReturnStatus);
 }
 
 MTime MArgParser::flagArgumentMTime(const char* flag, unsigned int index, MStatus* ReturnStatus) const {
     MTime value;
-    return Answer(getFlagArgument(flag, index, value), value, ReturnStatus);
+    return Returned(getFlagArgument(flag, index, value), value, ReturnStatus);
 }
 
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, bool& result) const {
@@ -166,22 +166,22 @@ MStatus MArgParser::getFlagArgumentPosition(const char* flag, unsigned int occur
 
 bool MArgParser::commandArgumentBool(unsigned int index, MStatus* ReturnStatus) const {
     bool value = false;
-    return Answer(getCommandArgument(index, value), value, ReturnStatus);
+    return Returned(getCommandArgument(index, value), value, ReturnStatus);
 }
 
 int MArgParser::commandArgumentInt(unsigned int index, MStatus* ReturnStatus) const {
     int value = 0;
-    return Answer(getCommandArgument(index, value), value, ReturnStatus);
+    return Returned(getCommandArgument(index, value), value, ReturnStatus);
 }
 
 double MArgParser::commandArgumentDouble(unsigned int index, MStatus* ReturnStatus) const {
     double value = 0.0;
-    return Answer(getCommandArgument(index, value), value, ReturnStatus);
+    return Returned(getCommandArgument(index, value), value, ReturnStatus);
 }
 
 MString MArgParser::commandArgumentString(unsigned int index, MStatus* ReturnStatus) const {
     MString value;
-    return Answer(getCommandArgument(index, value), value, ReturnStatus);
+    return Returned(getCommandArgument(index, value), value, ReturnStatus);
 }
 
 MStatus MArgParser::getCommandArgument(unsigned int index, bool& result) const {

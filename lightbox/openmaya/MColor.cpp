@@ -28,7 +28,7 @@ MColor::MColor(MColorType colorModel, float c1, float c2, float c3, float alpha)
         g = 1.0f - c2;
         b = 1.0f - c3;
         break;
-    case kCMYK: // the fourth number is black, and the colour opaque
+    case kCMYK: // the fourth component is black; the colour is opaque
         r = (1.0f - c1) * (1.0f - alpha);
         g = (1.0f - c2) * (1.0f - alpha);
         b = (1.0f - c3) * (1.0f - alpha);

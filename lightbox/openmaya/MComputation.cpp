@@ -17,7 +17,7 @@ struct MComputation::State {
     int shownTenth = -1;
     std::string status;
 
-    /// One line for every tenth of the way, so that a log stays short.
+    /// Shows one line per tenth of the progress, to keep a log short.
     void Show() {
         const int tenth = max > min ? static_cast<int>(10LL * (amount - min) / (max - min)) : 10;
         if (shows && tenth != shownTenth) {

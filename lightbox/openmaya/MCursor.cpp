@@ -11,7 +11,7 @@ using lightbox::ApiBridge;
 
 enum class MCursor::Shape { Arrow, CrossHair, DoubleCrossHair, Edit, Pencil, Hand };
 
-/// No QCursor: the constants exist before the application does.
+/// Not a QCursor, since the constants exist before the application.
 struct MCursor::Content {
     Shape shape = Shape::Arrow;
     QImage bits;

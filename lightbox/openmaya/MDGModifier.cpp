@@ -18,7 +18,7 @@ struct MDGModifier::State {
 
     void Add(std::unique_ptr<UndoItem> item) { items.push_back(std::move(item)); }
 
-    /// A node made now and put into the scene by doIt().
+    /// Makes a node, which doIt() will put into the scene.
     MObject Create(const std::shared_ptr<const NodeType>& type, const std::shared_ptr<DagNode>& parent,
                    MStatus* returnStatus) {
         Host& host = Host::Get();
@@ -135,10 +135,10 @@ MStatus MDGModifier::newPlugValueBool(const MPlug& plug, bool value) {
     return state_->Set(plug, value ? 1.0 : 0.0);
 }
 MStatus MDGModifier::newPlugValueInt(const MPlug& plug, int value) {
-    return state_->Set(plug, double(value));
+    return state_->Set(plug, static_cast<double>(value));
 }
 MStatus MDGModifier::newPlugValueFloat(const MPlug& plug, float value) {
-    return state_->Set(plug, double(value));
+    return state_->Set(plug, static_cast<double>(value));
 }
 MStatus MDGModifier::newPlugValueDouble(const MPlug& plug, double value) {
     return state_->Set(plug, value);

@@ -13,10 +13,10 @@ MCallbackId MEventMessage::addEventCallback(const MString& event, MBasicFunction
     const MCallbackId id = func ? Host::Get().events().AddCallback(ApiBridge::Text(event),
                                                                    [func, clientData] { func(clientData); })
                                 : 0;
-    ApiBridge::Report(ReturnStatus,
-                      id != 0 ? MStatus(MS::kSuccess)
-                              : ApiBridge::Fail(MS::kInvalidParameter,
-                                                "There is no event of the name " + ApiBridge::Text(event)));
+    ApiBridge::Report(ReturnStatus, id != 0
+                                        ? MStatus(MS::kSuccess)
+                                        : ApiBridge::Fail(MS::kInvalidParameter, "There is no event named " +
+                                                                                     ApiBridge::Text(event)));
     return id;
 }
 

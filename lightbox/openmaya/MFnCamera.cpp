@@ -10,7 +10,7 @@ using lightbox::Plug;
 
 namespace {
 
-/// The camera's shape; null for what is not a camera.
+/// The camera's shape; null for any other object.
 std::shared_ptr<DagNode> CameraOf(const MObject& object) {
     std::shared_ptr<DagNode> node = ApiBridge::GetDagNode(object);
     if (!node || node->HasFn(MFn::kCamera)) {
@@ -30,7 +30,7 @@ double NumberOf(const MObject& object, const char* attribute, MStatus* status) {
     return camera ? Plug::Of(*camera, attribute).Number() : 0.0;
 }
 
-/// A direction of the camera's own space, in the space that is asked for.
+/// Converts a direction from the camera's space to `space`.
 MVector DirectionOf(const MObject& object, const MVector& own, MSpace::Space space, MStatus* status) {
     const std::shared_ptr<DagNode> camera = CameraOf(object);
     ApiBridge::Report(status, camera ? MS::kSuccess : MS::kFailure);

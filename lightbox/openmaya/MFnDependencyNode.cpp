@@ -15,7 +15,7 @@ using lightbox::Plug;
 
 namespace {
 
-/// The node of a function set, or null with the status set to say so.
+/// The node of a function set. Reports a failure and returns null when there is none.
 std::shared_ptr<Node> NodeOf(const MObject& object, MStatus* status) {
     std::shared_ptr<Node> node = ApiBridge::GetNode(object);
     ApiBridge::Report(status, node ? MS::kSuccess : MS::kFailure);

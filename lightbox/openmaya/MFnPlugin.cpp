@@ -35,8 +35,8 @@ MStatus NoPlugin() {
     return ApiBridge::Fail(MS::kFailure, "The function set has no plug-in");
 }
 
-/// Takes a name out of a list of what a plug-in registered; false when the plug-in did not register it.
-bool TakeOut(std::vector<std::string>& names, const std::string& name) {
+/// Removes a name from a list of a plug-in's registrations; returns false when it is not in the list.
+bool RemoveName(std::vector<std::string>& names, const std::string& name) {
     const auto found = std::find(names.begin(), names.end(), name);
     if (found == names.end()) {
         return false;
@@ -122,10 +122,10 @@ MStatus MFnPlugin::deregisterCommand(const MString& commandName) {
         return ApiBridge::Fail(MS::kInvalidParameter,
                                "The plug-in has not registered the command '" + name + "'");
     }
-    // Instances on the undo queue are the plug-in's code.
+    // Instances on the undo queue use the plug-in's code.
     Host::Get().undo().Flush();
     Host::Get().interpreter().Commands().DeregisterPlugin(name);
-    TakeOut(plugin->commands, name);
+    RemoveName(plugin->commands, name);
     return MS::kSuccess;
 }
 
@@ -156,7 +156,7 @@ MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
         return NoPlugin();
     }
     const std::string& name = ApiBridge::Text(commandName);
-    if (!TakeOut(plugin->contextCommands, name)) {
+    if (!RemoveName(plugin->contextCommands, name)) {
         return ApiBridge::Fail(MS::kInvalidParameter,
                                "The plug-in has not registered the command '" + name + "'");
     }
@@ -203,7 +203,7 @@ MStatus MFnPlugin::deregisterData(const MTypeId& typeId) {
         return ApiBridge::Fail(MS::kFailure, "Values of the data type '" + type->name + "' exist");
     }
     types.RemoveDataType(type->name);
-    TakeOut(plugin->dataTypes, type->name);
+    RemoveName(plugin->dataTypes, type->name);
     return MS::kSuccess;
 }
 
@@ -262,13 +262,13 @@ MStatus MFnPlugin::deregisterNode(const MTypeId& typeId) {
     const bool isUsed = std::any_of(nodes.begin(), nodes.end(),
                                     [&](const auto& node) { return &node->Type() == type.get(); });
     if (!isUsed && type->liveNodes > 0) {
-        // Deleted nodes are held by the undo queue.
+        // The undo queue keeps deleted nodes alive.
         Host::Get().undo().Flush();
     }
     if (isUsed || type->liveNodes > 0) {
         return ApiBridge::Fail(MS::kFailure, "Nodes of the type '" + type->Name() + "' exist");
     }
     scene.types().RemoveNodeType(type->Name());
-    TakeOut(plugin->nodeTypes, type->Name());
+    RemoveName(plugin->nodeTypes, type->Name());
     return MS::kSuccess;
 }

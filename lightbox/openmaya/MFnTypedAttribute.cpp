@@ -60,7 +60,7 @@ MObject MFnTypedAttribute::create(const MString& fullName, const MString& briefN
                                   const MObject&, MStatus* ReturnStatus) {
     object_ = MObject();
     for (const TypedRow& row : TYPED) {
-        // A plug-in's type is named by its id.
+        // A plug-in's type is given by its id, not by kPlugin.
         if (row.type == type && type != MFnData::kPlugin && fullName.length() > 0) {
             object_ = ApiBridge::Wrap(
                 std::make_shared<Attribute>(ApiBridge::Text(fullName), ApiBridge::Text(briefName), row.kind));

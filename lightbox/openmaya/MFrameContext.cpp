@@ -17,7 +17,7 @@ MFrameContext::MFrameContext(std::unique_ptr<State> state)
 MFrameContext::~MFrameContext() = default;
 
 MMatrix MFrameContext::getMatrix(MatrixType mtype, MStatus* ReturnStatus) const {
-    // In each group of four come the matrix, its transpose, its inverse and the transpose of that.
+    // Each group of four is: the matrix, its transpose, its inverse, and the transpose of the inverse.
     const int group = mtype / 4;
     const int form = mtype % 4;
     const CameraView& camera = state_->camera;

@@ -25,10 +25,10 @@ using lightbox::mel::Value;
 
 namespace {
 
-/// Runs MEL for a plug-in. An error is reported as one of a typed line would be, and becomes the status.
+/// Runs MEL for a plug-in. An error is shown like that of a typed line, and returned as the status.
 MStatus Execute(const MString& command, bool display, bool undo, Value& result) {
     Host& host = Host::Get();
-    // A command that is not undoable cannot take back what it has others do: that stays theirs.
+    // A command that is not undoable cannot undo the edits of the MEL it runs, so these are recorded.
     lightbox::UndoQueue::Pause pause(host.undo(), !undo && lightbox::IsInUndoablePluginCommand());
     if (display) {
         host.output().Print(ApiBridge::Text(command) + ";\n");
@@ -69,7 +69,7 @@ bool SetOptionVar(const MString& name, OptionVars::Value value) {
     return isNew;
 }
 
-/// The selection as the list changes it.
+/// The selection after the adjustment by the list.
 Selection::List Adjusted(Selection::List current, const Selection::List& list,
                          MGlobal::ListAdjustment adjustment) {
     if (adjustment == MGlobal::kReplaceList) {
@@ -98,7 +98,7 @@ Selection::List NodesOf(const MSelectionList& list) {
         MObject object;
         list.getDependNode(i, object);
         const auto node = ApiBridge::GetNode(object);
-        // A node that left the scene since the list was made cannot be selected.
+        // A node deleted since the list was made cannot be selected.
         if (node && node->InScene()) {
             nodes.push_back(node);
         }

@@ -15,7 +15,7 @@ struct MItDag::State {
         std::shared_ptr<DagNode> node;
         unsigned int depth;
     };
-    /// All nodes below the root in the order of the visit, so that the scene may change while it goes on.
+    /// All nodes below the root, collected first, so that the scene may change during the iteration.
     std::vector<Visit> visits;
     std::size_t position = 0;
     TraversalType order = kDepthFirst;

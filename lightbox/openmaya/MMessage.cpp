@@ -9,8 +9,9 @@ using lightbox::ApiBridge;
 using lightbox::Host;
 
 MStatus MMessage::removeCallback(MCallbackId id) {
-    return Host::Get().events().Remove(id) ? MStatus(MS::kSuccess)
-                                           : ApiBridge::Fail(MS::kFailure, "There is no callback of that id");
+    return Host::Get().events().Remove(id)
+               ? MStatus(MS::kSuccess)
+               : ApiBridge::Fail(MS::kFailure, "There is no callback with that id");
 }
 
 MStatus MMessage::removeCallbacks(const MCallbackIdArray& idList) {

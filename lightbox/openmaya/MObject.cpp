@@ -15,7 +15,7 @@ MFn::Type MObject::apiType() const {
 }
 
 const char* MObject::apiTypeStr() const {
-    static const std::map<MFn::Type, const char*> NAMES = {{MFn::kDependencyNode, "kDependencyNode"},
+    static const std::map<MFn::Type, const char*> names = {{MFn::kDependencyNode, "kDependencyNode"},
                                                            {MFn::kAnimCurve, "kAnimCurve"},
                                                            {MFn::kDagNode, "kDagNode"},
                                                            {MFn::kTransform, "kTransform"},
@@ -39,6 +39,6 @@ const char* MObject::apiTypeStr() const {
                                                            {MFn::kMatrixAttribute, "kMatrixAttribute"},
                                                            {MFn::kPluginData, "kPluginData"},
                                                            {MFn::kPlugin, "kPlugin"}};
-    const auto found = NAMES.find(apiType());
-    return found == NAMES.end() ? "kInvalid" : found->second;
+    const auto found = names.find(apiType());
+    return found == names.end() ? "kInvalid" : found->second;
 }

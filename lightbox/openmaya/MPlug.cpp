@@ -24,7 +24,7 @@ MStatus NullPlug() {
     return ApiBridge::Fail(MS::kFailure, "The plug is null");
 }
 
-/// Numbers are handed over in the API's own units: radians, not the degrees that the user sees.
+/// The API uses its own units: radians, not the degrees that the user sees.
 double ToApi(const Plug& plug, double number) {
     return plug.attribute->Kind() == AttributeKind::Angle ? number / DEGREES_PER_RADIAN : number;
 }
@@ -64,7 +64,7 @@ MStatus Store(const MPlug& plug, const AttributeValue& value) {
     }
     const std::string reason = target.WhyNotSettable();
     return reason.empty()
-               ? ApiBridge::Fail(MS::kInvalidParameter, "The attribute cannot take a value of that kind")
+               ? ApiBridge::Fail(MS::kInvalidParameter, "The attribute cannot hold a value of that type")
                : ApiBridge::Fail(MS::kFailure, reason);
 }
 
@@ -257,8 +257,8 @@ double MPlug::asDouble(MStatus* ReturnStatus) const {
 }
 
 float MPlug::asFloat(MStatus* ReturnStatus) const {
-    constexpr double MAX_FLOAT = std::numeric_limits<float>::max();
-    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -MAX_FLOAT, MAX_FLOAT));
+    constexpr double most = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(ReadNumber(*this, ReturnStatus), -most, most));
 }
 
 int MPlug::asInt(MStatus* ReturnStatus) const {

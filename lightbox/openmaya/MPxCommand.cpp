@@ -21,7 +21,7 @@ void Set(Value value) {
     }
 }
 
-/// Appends to an array result; a single value, or none, becomes an array first.
+/// Appends to an array result. A single value or an empty result becomes an array first.
 template <typename T>
 MStatus Append(const T& item) {
     Value* result = RunningCommandResult();

@@ -10,7 +10,7 @@ using lightbox::ApiBridge;
 
 namespace {
 
-/// What the context shows of itself has changed.
+/// Updates the window after a change of the context's title, help, images or cursor.
 void ShowChange(const MPxContext& context) {
     const lightbox::PluginContext* current = lightbox::PluginContext::Current();
     if (current && &current->Context() == &context) {

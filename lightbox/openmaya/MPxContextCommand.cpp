@@ -17,7 +17,7 @@ using lightbox::ToolContexts;
 
 namespace {
 
-/// The flags that every context command has.
+/// The flags common to all context commands.
 MSyntax CommonSyntax() {
     MSyntax syntax;
     syntax.addFlag("-ex", "-exists");
@@ -43,7 +43,7 @@ std::string NameIn(const MArgParser& arguments) {
     return objects.length() > 0 ? ApiBridge::Text(objects[0]) : std::string();
 }
 
-/// Sets the images that the arguments give. Answers how many of the command's common flags they use.
+/// Sets the images given by the arguments. Returns how many of the common flags the arguments use.
 unsigned SetImages(const MArgParser& arguments, MPxContext& context) {
     unsigned used = arguments.isFlagSet("-name") ? 1 : 0;
     for (int image = 0; image < 3; ++image) {
@@ -123,7 +123,7 @@ MStatus MPxContextCommand::Create(const std::string& wanted, const MArgParser& a
     if (tools.Find(name)) {
         return ApiBridge::Fail(MS::kInvalidParameter, "The name \"" + name + "\" is taken");
     }
-    // The instance that makes the context stays with it; this one goes when the call ends.
+    // The instance that makes the context lives as long as the context; this one is destroyed after the call.
     std::unique_ptr<MPxContextCommand> maker(
         static_cast<MPxContextCommand*>(ApiBridge::StateOf(*this).command->creator()));
     std::unique_ptr<MPxContext> context(maker ? maker->makeObj() : nullptr);

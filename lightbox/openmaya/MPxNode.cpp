@@ -82,7 +82,7 @@ MStatus MPxNode::addAttribute(const MObject& attr) {
 }
 
 MStatus MPxNode::attributeAffects(const MObject& whenChanges, const MObject& isAffected) {
-    // Outputs are computed whenever they are read, so the dependency only has to make sense.
+    // Outputs are computed on every read, so the dependency only has to be valid.
     const bool areAttributes = ApiBridge::GetAttribute(whenChanges) && ApiBridge::GetAttribute(isAffected);
     return areAttributes && lightbox::NodeTypeSetup::Current() ? MS::kSuccess : MS::kFailure;
 }

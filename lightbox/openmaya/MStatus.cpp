@@ -9,7 +9,7 @@ void MStatus::clear() {
 }
 
 MString MStatus::errorString() const {
-    static const char* const TEXTS[] = {"Success",
+    static const char* const texts[] = {"Success",
                                         "Unexpected Internal Failure",
                                         "Insufficient memory to complete this method",
                                         "Invalid parameter",
@@ -18,7 +18,7 @@ MString MStatus::errorString() const {
                                         "Not implemented",
                                         "Item not found",
                                         "End of file"};
-    return lightbox::ApiBridge::Wrap(text_.empty() ? TEXTS[code_] : text_);
+    return lightbox::ApiBridge::Wrap(text_.empty() ? texts[code_] : text_);
 }
 
 void MStatus::perror(const char* context) const {

@@ -17,9 +17,9 @@ using lightbox::DecimalText;
 
 namespace {
 
-/// The number that the whole text is; false when it is none.
+/// Reads a text that is one number; returns false for any other text.
 bool ReadWhole(const std::string& text, double& number) {
-    // Not strtod(), which reads the decimal point of the user's language.
+    // Not strtod(), whose decimal point depends on the locale.
     const std::size_t begin = std::min(text.find_first_not_of(" \t\n"), text.size());
     const bool isSigned = begin + 1 < text.size() && text[begin] == '+' && text[begin + 1] != '-';
     const char* const end = text.data() + text.size();
@@ -27,7 +27,7 @@ bool ReadWhole(const std::string& text, double& number) {
     return result.ec == std::errc() && result.ptr == end && std::isfinite(number);
 }
 
-/// The shortest digits of a float, not those of the double it widens to.
+/// The shortest digits that identify a float, fewer than those of the same double.
 std::string FloatText(float value) {
     char buffer[40];
     return std::string(buffer, std::to_chars(buffer, buffer + sizeof(buffer), value).ptr);

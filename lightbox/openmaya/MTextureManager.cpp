@@ -25,8 +25,8 @@ bool CanMake(const MHWRender::MTextureDescription& description) {
            (description.fBytesPerRow == 0 || description.fBytesPerRow >= description.fWidth * PIXEL_BYTES);
 }
 
-/// Copies the pixels that differ; answers where they are. Comparing reads both images once, which costs less
-/// than bringing one to the card.
+/// Copies the pixels that differ and returns their area. Comparing reads both images once, which costs less
+/// than an upload.
 QRect CopyChangedPixels(const void* pixels, std::size_t rowPitch, QImage& image) {
     const std::size_t rowBytes = static_cast<std::size_t>(image.width()) * PIXEL_BYTES;
     const auto* source = static_cast<const unsigned char*>(pixels);
@@ -127,7 +127,7 @@ MTexture* MTextureManager::acquireTexture(const MString& textureName, const MTex
     pixels->image = QImage(static_cast<int>(textureDesc.fWidth), static_cast<int>(textureDesc.fHeight),
                            QImage::Format_RGBA8888);
     if (pixels->image.isNull()) {
-        return nullptr; // no memory
+        return nullptr; // out of memory
     }
     pixels->image.fill(0);
     auto state = std::make_unique<MTexture::State>();

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The published number of ticks per second; every unit but those of the 1001-based rates is a whole number
-/// of them.
+/// The published number of ticks per second. Every unit is a whole number of ticks, except those of the
+/// 1001-based rates.
 constexpr double TICKS_PER_SECOND = 141120000.0;
 
 double Ticks(const MTime& time) {
@@ -33,7 +33,7 @@ double MTime::as(Unit unit) const {
     }
     const lightbox::UnitRate from = lightbox::RateOf(unit_);
     const lightbox::UnitRate to = lightbox::RateOf(unit);
-    // Products before the quotient: whole frames that fall on whole frames come out exact.
+    // Multiply before dividing, so that whole frames convert to exact whole frames.
     const double divisor = from.numerator * to.denominator;
     return divisor == 0.0 ? 0.0 : value_ * (to.numerator * from.denominator) / divisor;
 }

@@ -64,8 +64,8 @@ void MUIDrawManager::setTexture(MTexture* texture) {
 }
 
 void MUIDrawManager::setTextureSampler(MSamplerState::TextureFilter filter, MSamplerState::TextureAddress) {
-    // A rectangle shows its texture once, so that the address mode matters at its edge only, where the
-    // renderer clamps.
+    // A rectangle shows its texture once, so the address mode matters only at its edge, where the renderer
+    // clamps.
     constexpr int magnifyLinear = MSamplerState::kMinPoint_MagLinear_MipPoint;
     state_->next.smooth = (filter & magnifyLinear) != 0;
 }

@@ -6,13 +6,14 @@ namespace lightbox {
 
 class NodeType;
 
-/// Names the node type whose initialize function runs, for MPxNode::addAttribute(). One at a time.
+/// Sets, during its lifetime, the node type whose initialize function runs, for MPxNode::addAttribute(). One
+/// at a time.
 class NodeTypeSetup : NonCopyable {
 public:
     explicit NodeTypeSetup(NodeType& type);
     ~NodeTypeSetup();
 
-    /// Null when none is being registered.
+    /// The type being registered; null when there is none.
     static NodeType* Current();
 
 private:

@@ -25,7 +25,7 @@ struct Running {
     mel::Value* result;
 };
 
-/// The commands that run, the innermost last.
+/// The running commands, the innermost last.
 std::vector<Running> g_running;
 
 class RunScope : NonCopyable {
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<MPxCommand> command_;
 };
 
-/// Why a doIt() failed. What the command has said by itself tells more than the bare code of its status.
+/// Why a doIt() failed. A message that the command has shown says more than the code of its status.
 std::string ReasonOf(const MStatus& status, const Output& output, int errorsBefore) {
     const std::string reason = ApiBridge::Text(status.errorString());
     const bool isBare = reason == ApiBridge::Text(MStatus(status.statusCode()).errorString());

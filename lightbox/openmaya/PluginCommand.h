@@ -8,26 +8,25 @@
 
 namespace lightbox {
 
-/// A command that a plug-in has registered, as its instances know it.
+/// A command registered by a plug-in, shared with its instances.
 struct PluginCommand {
     std::string name;
     MCreatorFunction creator = nullptr;
-    /// Without one doIt() reads the plain argument list.
+    /// Without a syntax, doIt() gets the plain argument list.
     std::optional<MSyntax> syntax;
 };
 
-/// Adds a plug-in's command to MEL. Each call of it makes an instance and calls its doIt(). When that
-/// succeeds and the command is undoable, the instance goes onto the undo queue, which calls its undoIt() and
-/// redoIt() and destroys it when it drops. A doIt() that fails is a MEL error: with the text of its status,
-/// or, when that is no more than the name of the code, with the error that the command has shown itself.
-/// False when the name is taken.
+/// Adds a plug-in's command to MEL. Each call makes an instance and runs its doIt(). If that succeeds and the
+/// command is undoable, the instance goes onto the undo queue, which calls its undoIt() and redoIt() and
+/// destroys it when it drops off. A failing doIt() is a MEL error, with the text of its status, or with the
+/// command's own error message if the status has only its code. Returns false when the name is taken.
 bool RegisterPluginCommand(const PluginCommand& command, const std::string& plugin);
 
-/// True while a plug-in's command runs (its doIt, redoIt or undoIt).
+/// Whether a plug-in's command runs (its doIt, redoIt or undoIt).
 bool IsInPluginCommand();
 
-/// True while the innermost of them is one that undoes itself what it does. Asked while it runs, so the
-/// command has to know by then, as one does that looks at its arguments first.
+/// Whether the innermost running command undoes its own work. Calls isUndoable() during the run, so the
+/// command must know the answer by then, for instance from its arguments.
 bool IsInUndoablePluginCommand();
 
 } // namespace lightbox

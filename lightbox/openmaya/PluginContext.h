@@ -11,7 +11,7 @@
 
 namespace lightbox {
 
-/// A tool context of a plug-in, with the instance of the command that made it.
+/// A plug-in's tool context, with the command instance that made it.
 class PluginContext : public ToolContext {
 public:
     PluginContext(const std::string& name, std::string command, std::unique_ptr<MPxContextCommand> maker,
@@ -31,9 +31,9 @@ public:
     void OnSetup() override;
     void OffCleanup() override;
 
-    /// Calls into the context, which cannot go meanwhile.
+    /// Calls a function with the context, which cannot be removed meanwhile.
     void Run(const std::function<void(MPxContext&)>& event);
-    /// The current tool when it is a plug-in's; null otherwise.
+    /// The current tool if it is a plug-in's; null otherwise.
     static PluginContext* Current();
 
 private:

@@ -8,7 +8,7 @@ namespace lightbox {
 
 struct Plugin;
 
-/// What the MObject stands for that a plug-in's entry points get.
+/// The object behind the MObject that a plug-in's entry points receive.
 class PluginHandle : public Object {
 public:
     explicit PluginHandle(Plugin& plugin)
@@ -18,8 +18,7 @@ public:
     bool HasFn(MFn::Type type) const override { return type == MFn::kPlugin || type == MFn::kBase; }
     Plugin& Get() const { return *plugin_; }
 
-    /// The object to hand to initializePlugin and uninitializePlugin. It must not be used after the plug-in
-    /// is unloaded.
+    /// Makes the argument of initializePlugin and uninitializePlugin. Invalid after the plug-in is unloaded.
     static MObject MakeObject(Plugin& plugin);
 
 private:

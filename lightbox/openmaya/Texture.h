@@ -9,22 +9,22 @@
 
 namespace lightbox {
 
-/// A texture of a plug-in: its pixels on this side, until the renderer of a view brings them to the card. The
-/// renderer keeps its own copy for each OpenGL context, and knows by the revision when to update it in place.
+/// A plug-in's texture: its pixels in main memory, until a view's renderer uploads them. The renderer keeps a
+/// copy for each OpenGL context and compares revisions to update it in place.
 struct Texture {
     std::string name;
     /// Format_RGBA8888 with straight alpha.
     QImage image;
     bool hasMipmaps = false;
-    /// Rises with every change of the pixels.
+    /// Increases with every change of the pixels.
     std::uint64_t revision = 0;
 
-    /// Notes that these pixels have changed.
+    /// Records a change of the pixels in `area`.
     void Changed(const QRect& area) {
         ++revision;
         changes_[revision % changes_.size()] = area;
     }
-    /// The pixels that have changed since that revision, or more; all of them when it is too long ago.
+    /// The area changed since a revision, or a larger one; the whole image when that is too long ago.
     QRect ChangedSince(std::uint64_t earlier) const {
         if (earlier > revision || revision - earlier > changes_.size()) {
             return image.rect();
@@ -37,7 +37,7 @@ struct Texture {
     }
 
 private:
-    /// Of the last revisions.
+    /// The changed areas of the last revisions.
     std::array<QRect, 16> changes_;
 };
 

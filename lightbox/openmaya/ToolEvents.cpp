@@ -21,19 +21,19 @@ namespace lightbox {
 
 namespace {
 
-/// How long a button is held before the tool hears of it, in milliseconds.
+/// How long a button must be held before the tool gets a hold event, in milliseconds.
 constexpr int HOLD_DELAY = 300;
 
 struct Drawing {
-    /// The tool by its name, since it may have gone.
+    /// The tool's name, since the tool may have been deleted.
     std::string tool;
     DrawList list;
 };
 
-/// The press that is under way. A serial number tells a later one from it.
+/// The current press. The serial number tells presses apart.
 struct PressInProgress {
     const View* view = nullptr;
-    /// The tool that was pressed; another one that has become current since hears nothing of it.
+    /// The tool that got the press; a tool that becomes current later gets no events of it.
     std::string tool;
     Qt::MouseButton button = Qt::NoButton;
     bool hasMoved = false;
@@ -69,14 +69,14 @@ unsigned ButtonOf(Qt::MouseButton button) {
 
 unsigned ModifiersOf(Qt::KeyboardModifiers keys, Qt::MouseButtons buttons) {
     unsigned modifiers = NO_BITS;
-    modifiers |= keys.testFlag(Qt::ShiftModifier) ? unsigned(MEvent::shiftKey) : NO_BITS;
-    modifiers |= keys.testFlag(Qt::ControlModifier) ? unsigned(MEvent::controlKey) : NO_BITS;
-    modifiers |= buttons.testFlag(Qt::LeftButton) ? unsigned(MEvent::kLeftMouse) : NO_BITS;
-    modifiers |= buttons.testFlag(Qt::MiddleButton) ? unsigned(MEvent::kMiddleMouse) : NO_BITS;
+    modifiers |= keys.testFlag(Qt::ShiftModifier) ? static_cast<unsigned>(MEvent::shiftKey) : NO_BITS;
+    modifiers |= keys.testFlag(Qt::ControlModifier) ? static_cast<unsigned>(MEvent::controlKey) : NO_BITS;
+    modifiers |= buttons.testFlag(Qt::LeftButton) ? static_cast<unsigned>(MEvent::kLeftMouse) : NO_BITS;
+    modifiers |= buttons.testFlag(Qt::MiddleButton) ? static_cast<unsigned>(MEvent::kMiddleMouse) : NO_BITS;
     return modifiers;
 }
 
-/// A tool's event; the widget's rows count from the top, the view's pixels from the bottom.
+/// Makes a tool's event. Widget rows count from the top, view pixels from the bottom.
 MEvent EventOf(View& view, const QMouseEvent& event, Qt::MouseButton button) {
     const int x = static_cast<int>(std::floor(event.localPos().x()));
     const int y = view.Height() - 1 - static_cast<int>(std::floor(event.localPos().y()));
@@ -88,13 +88,13 @@ using LegacyForm = MStatus (MPxContext::*)(MEvent&);
 using Viewport2Form = MStatus (MPxContext::*)(MEvent&, MHWRender::MUIDrawManager&,
                                               const MHWRender::MFrameContext&);
 
-/// Calls the tool in the form of the view's renderer, and keeps what it draws.
+/// Calls the tool in the form for the view's renderer, and stores the items it draws.
 void Deliver(PluginContext& tool, View& view, MEvent& event, LegacyForm legacy, Viewport2Form viewport2) {
     if (!view.IsViewport2()) {
         tool.Run([&](MPxContext& context) { (context.*legacy)(event); });
         return;
     }
-    // The event may well make another tool current.
+    // The event may make another tool current.
     const std::string name = tool.Name();
     DrawList list;
     const CameraView camera(*view.Camera(), view.Width(), view.Height());
@@ -180,7 +180,7 @@ bool ToolEvents::Enter(View& view) {
     if (!tool) {
         return false;
     }
-    // A view that came after the tool does not have its cursor yet.
+    // A view created after the tool does not have its cursor yet.
     view.Widget().setCursor(tool->Cursor());
     MEvent event;
     tool->Run([&](MPxContext& context) { context.doEnterRegion(event); });

@@ -18,7 +18,7 @@ namespace lightbox {
 
 namespace {
 
-/// The visible nodes that the test picks, in the order of the DAG. The test comes first: it is cheaper.
+/// The visible nodes that pass the test, in DAG order. Runs the test first, since it is cheaper.
 template <typename Test>
 std::vector<DagNode*> VisibleNodes(Scene& scene, Test test) {
     std::vector<DagNode*> nodes;

@@ -8,16 +8,16 @@ class CameraView;
 class Scene;
 class View;
 
-/// Lets the plug-ins draw in a view.
+/// Calls plug-ins to draw in a view.
 class ViewDrawing {
 public:
-    /// Viewport 2.0: asks the draw override of every visible node that has one, in the order of the DAG, and
-    /// the current tool, and answers what they want drawn, in the order of drawing.
+    /// Viewport 2.0: calls the draw overrides of all visible nodes, in DAG order, and the current tool.
+    /// Returns their items in drawing order.
     static DrawList Collect(Scene& scene, View& view, const CameraView& cameraView);
-    /// The legacy viewport: calls draw() of every visible locator of a plug-in. The view's OpenGL context is
+    /// Legacy viewport: calls draw() of every visible plug-in locator. The view's OpenGL context must be
     /// current, with the camera's matrices set.
     static void DrawLegacy(Scene& scene, View& view);
-    /// Forgets what is kept for a view that goes.
+    /// Deletes the cached data of a view that is closed.
     static void Forget(const View& view);
 };
 

@@ -8,9 +8,9 @@ namespace lightbox {
 namespace {
 
 constexpr double DEGREES = 180.0 / 3.14159265358979323846;
-/// What a tangent that stands upright rises in a frame.
+/// The slope of a vertical tangent, in values per frame.
 constexpr double MAX_SLOPE = 1e6;
-/// Neighbours whose values differ by less are held together by clamped tangents.
+/// Clamped tangents run straight between neighbours whose values differ by less than this.
 constexpr double CLAMP_DISTANCE = 0.05;
 
 double Mix(double a, double b, double t) {
@@ -19,22 +19,22 @@ double Mix(double a, double b, double t) {
 
 } // namespace
 
-double AnimCurve::Piece::ValueAt(double t) const {
+double AnimCurve::Segment::ValueAt(double t) const {
     const double s = 1.0 - t;
     return s * s * s * y[0] + 3.0 * s * s * t * y[1] + 3.0 * s * t * t * y[2] + t * t * t * y[3];
 }
 
-double AnimCurve::Piece::ParameterAt(double time) const {
+double AnimCurve::Segment::ParameterAt(double time) const {
     const double length = x[3] - x[0];
     const double wanted = (time - x[0]) / length;
     const double first = (x[1] - x[0]) / length;
     const double second = (x[2] - x[0]) / length;
-    constexpr double THIRD = 1.0 / 3.0;
-    if (std::abs(first - THIRD) < 1e-12 && std::abs(second - 2.0 * THIRD) < 1e-12) {
+    constexpr double third = 1.0 / 3.0;
+    if (std::abs(first - third) < 1e-12 && std::abs(second - 2.0 * third) < 1e-12) {
         return wanted;
     }
-    // The control points lie between the ends, so time only ever rises with the parameter: bisection is sure,
-    // and fifty steps are as exact as the numbers.
+    // The control points lie between the ends, so time increases with the parameter and bisection always
+    // converges. Fifty steps reach the precision of a double.
     double low = 0.0;
     double high = 1.0;
     for (int step = 0; step < 50; ++step) {
@@ -89,13 +89,13 @@ std::optional<std::size_t> AnimCurve::InsertOnCurve(double time) {
     key.time = time;
     const TangentType type = keys_[from].outType;
     if (type == TangentType::Step || type == TangentType::StepNext) {
-        key.value = Inside(time);
+        key.value = EvaluateBetweenKeys(time);
         key.outType = type;
         return Insert(key);
     }
-    // De Casteljau's construction cuts a piece into two that draw the same.
-    const Piece piece = PieceFrom(from);
-    const double t = piece.ParameterAt(time);
+    // De Casteljau's algorithm splits a segment into two of the same shape.
+    const Segment segment = SegmentFrom(from);
+    const double t = segment.ParameterAt(time);
     const auto cut = [t](const double(&p)[4], double(&left)[2], double(&right)[2]) {
         const double middle = Mix(p[1], p[2], t);
         left[0] = Mix(p[0], p[1], t);
@@ -108,25 +108,25 @@ std::optional<std::size_t> AnimCurve::InsertOnCurve(double time) {
     double leftY[2];
     double rightX[2];
     double rightY[2];
-    const double cutX = cut(piece.x, leftX, rightX);
-    key.value = cut(piece.y, leftY, rightY);
+    const double cutX = cut(segment.x, leftX, rightX);
+    key.value = cut(segment.y, leftY, rightY);
     key.inType = TangentType::Fixed;
     key.outType = TangentType::Fixed;
     key.in = Stored({3.0 * (cutX - leftX[1]), 3.0 * (key.value - leftY[1])});
     key.out = Stored({3.0 * (rightX[0] - cutX), 3.0 * (rightY[0] - key.value)});
-    Freeze(from, true);
-    Freeze(from + 1, false);
+    FixTangent(from, true);
+    FixTangent(from + 1, false);
     Key& before = keys_[from];
     before.outType = TangentType::Fixed;
-    before.out = Stored({3.0 * (leftX[0] - piece.x[0]), 3.0 * (leftY[0] - piece.y[0])});
+    before.out = Stored({3.0 * (leftX[0] - segment.x[0]), 3.0 * (leftY[0] - segment.y[0])});
     Key& after = keys_[from + 1];
     after.inType = TangentType::Fixed;
-    after.in = Stored({3.0 * (piece.x[3] - rightX[1]), 3.0 * (piece.y[3] - rightY[1])});
+    after.in = Stored({3.0 * (segment.x[3] - rightX[1]), 3.0 * (segment.y[3] - rightY[1])});
     return Insert(key);
 }
 
-/// A tangent that follows the neighbours of its key stays as it is.
-void AnimCurve::Freeze(std::size_t index, bool isIn) {
+/// Makes a tangent Fixed if its type depends on the neighbouring keys.
+void AnimCurve::FixTangent(std::size_t index, bool isIn) {
     Key& key = keys_[index];
     TangentType& type = isIn ? key.inType : key.outType;
     if (type >= TangentType::Spline && type != TangentType::StepNext) {
@@ -143,7 +143,7 @@ double AnimCurve::Secant(std::size_t from) const {
     return (keys_[from + 1].value - keys_[from].value) / (keys_[from + 1].time - keys_[from].time);
 }
 
-/// Parallel to the line between the neighbours; at an end, towards the only one.
+/// Slope of the line between the neighbours; at an end, of the line to the only neighbour.
 double AnimCurve::SmoothSlope(std::size_t index) const {
     const std::size_t before = index > 0 ? index - 1 : index;
     const std::size_t after = index + 1 < keys_.size() ? index + 1 : index;
@@ -152,8 +152,8 @@ double AnimCurve::SmoothSlope(std::size_t index) const {
                : (keys_[after].value - keys_[before].value) / (keys_[after].time - keys_[before].time);
 }
 
-/// Smooth, but flat at hills, valleys and ends, and never so steep that the curve would leave the values of
-/// the keys: three times the slope to a neighbour is the bound of Fritsch and Carlson.
+/// Smooth, but flat at maxima, minima and ends. Limited to three times the slope to a neighbour (the bound of
+/// Fritsch and Carlson), so that the curve stays within the values of the keys.
 double AnimCurve::EasedSlope(std::size_t index) const {
     if (index == 0 || index + 1 == keys_.size()) {
         return 0.0;
@@ -167,7 +167,7 @@ double AnimCurve::EasedSlope(std::size_t index) const {
     return std::clamp(SmoothSlope(index), -bound, bound);
 }
 
-/// Smooth, but straight towards a neighbour of nearly the same value.
+/// Smooth, but straight towards a neighbour of almost the same value.
 double AnimCurve::ClampedSlope(std::size_t index, bool isIn) const {
     if (isIn && index > 0 && std::abs(keys_[index].value - keys_[index - 1].value) < CLAMP_DISTANCE) {
         return Secant(index - 1);
@@ -179,7 +179,7 @@ double AnimCurve::ClampedSlope(std::size_t index, bool isIn) const {
     return SmoothSlope(index);
 }
 
-/// In values for each frame.
+/// In values per frame.
 double AnimCurve::SlopeOf(std::size_t index, TangentType type, bool isIn) const {
     switch (type) {
     case TangentType::Linear:
@@ -201,7 +201,8 @@ double AnimCurve::SlopeOf(std::size_t index, TangentType type, bool isIn) const 
     }
 }
 
-/// From the key outwards, a third of it to the control point; that of the in tangent looks back.
+/// The tangent as a vector in frames and values. An out tangent points away from its key, an in tangent
+/// towards it. The control point lies at a third of the vector.
 AnimCurve::Reach AnimCurve::ReachOf(std::size_t index, bool isIn) const {
     const Key& key = keys_[index];
     const bool hasNeighbour = isIn ? index > 0 : index + 1 < keys_.size();
@@ -220,7 +221,7 @@ AnimCurve::Reach AnimCurve::ReachOf(std::size_t index, bool isIn) const {
                                            : std::copysign(reach.y != 0.0 ? MAX_SLOPE : 0.0, reach.y);
         return {length, length * slope};
     }
-    // The control point stays within the piece, or time would run backward.
+    // The control point must stay within the segment, or time would run backward.
     const double most = 3.0 * length;
     return hasNeighbour && reach.x > most ? Reach{most, reach.y * most / reach.x} : reach;
 }
@@ -229,7 +230,7 @@ AnimCurve::Tangent AnimCurve::Stored(const Reach& reach) const {
     return {reach.x / framesPerSecond, reach.y / valueFactor};
 }
 
-AnimCurve::Piece AnimCurve::PieceFrom(std::size_t index) const {
+AnimCurve::Segment AnimCurve::SegmentFrom(std::size_t index) const {
     const Key& from = keys_[index];
     const Key& to = keys_[index + 1];
     const Reach out = ReachOf(index, false);
@@ -243,12 +244,12 @@ double AnimCurve::Evaluate(double time) const {
         return 0.0;
     }
     if (time < keys_.front().time) {
-        return Outside(time, true);
+        return EvaluateBeyondKeys(time, true);
     }
-    return time > keys_.back().time ? Outside(time, false) : Inside(time);
+    return time > keys_.back().time ? EvaluateBeyondKeys(time, false) : EvaluateBetweenKeys(time);
 }
 
-double AnimCurve::Inside(double time) const {
+double AnimCurve::EvaluateBetweenKeys(double time) const {
     const auto next = std::upper_bound(keys_.begin(), keys_.end(), time,
                                        [](double wanted, const Key& key) { return wanted < key.time; });
     const auto from = static_cast<std::size_t>(next - keys_.begin()) - 1;
@@ -262,11 +263,11 @@ double AnimCurve::Inside(double time) const {
     if (key.outType == TangentType::Linear && next->inType == TangentType::Linear) {
         return Mix(key.value, next->value, (time - key.time) / (next->time - key.time));
     }
-    const Piece piece = PieceFrom(from);
-    return piece.ValueAt(piece.ParameterAt(time));
+    const Segment segment = SegmentFrom(from);
+    return segment.ValueAt(segment.ParameterAt(time));
 }
 
-double AnimCurve::Outside(double time, bool isBefore) const {
+double AnimCurve::EvaluateBeyondKeys(double time, bool isBefore) const {
     const Key& end = isBefore ? keys_.front() : keys_.back();
     const Infinity mode = isBefore ? preInfinity : postInfinity;
     switch (mode) {
@@ -278,13 +279,13 @@ double AnimCurve::Outside(double time, bool isBefore) const {
     case Infinity::Cycle:
     case Infinity::CycleWithOffset:
     case Infinity::Oscillate:
-        return keys_.size() > 1 ? Repeated(time, mode) : end.value;
+        return keys_.size() > 1 ? EvaluateRepeated(time, mode) : end.value;
     default:
         return end.value;
     }
 }
 
-double AnimCurve::Repeated(double time, Infinity mode) const {
+double AnimCurve::EvaluateRepeated(double time, Infinity mode) const {
     const Key& first = keys_.front();
     const Key& last = keys_.back();
     const double length = last.time - first.time;
@@ -294,7 +295,7 @@ double AnimCurve::Repeated(double time, Infinity mode) const {
         local = first.time + last.time - local;
     }
     const double offset = mode == Infinity::CycleWithOffset ? round * (last.value - first.value) : 0.0;
-    return Inside(local) + offset;
+    return EvaluateBetweenKeys(local) + offset;
 }
 
 AnimCurve::Tangent AnimCurve::InTangent(std::size_t index) const {
@@ -334,7 +335,7 @@ void AnimCurve::SetWeighted(bool weighted) {
     if (weighted == isWeighted) {
         return;
     }
-    // What the tangents are now, before the meaning of their length changes.
+    // Read all tangents before the meaning of their length changes.
     std::vector<Key> keys = keys_;
     for (std::size_t i = 0; i < keys.size(); ++i) {
         keys[i].in = Stored(ReachOf(i, true));

@@ -7,7 +7,7 @@
 
 namespace lightbox {
 
-/// How a key's tangent is found, with the numbers that scene files use.
+/// Tangent types of a key, with the numbers that scene files use.
 enum class TangentType {
     Fixed = 1,
     Linear = 2,
@@ -22,22 +22,23 @@ enum class TangentType {
     Auto = 18
 };
 
-/// What a curve does before its first and behind its last key, with the numbers that scene files use.
+/// Extrapolation before the first key and after the last one, with the numbers that scene files use.
 enum class Infinity { Constant = 0, Linear = 1, Cycle = 3, CycleWithOffset = 4, Oscillate = 5 };
 
-/// The tangents that new keys and curves get.
+/// The default tangents of new keys and curves.
 struct TangentDefaults {
     TangentType in = TangentType::Auto;
     TangentType out = TangentType::Auto;
     bool weighted = false;
 };
 
-/// A key frame animation curve: keys in the order of their times, and what lies between and around them.
-/// Times are frames (or plain numbers, for curves that are not over time), values as the user sees them.
+/// A keyframe animation curve: keys in the order of their times, and the interpolation between and beyond
+/// them. Times are frames (plain numbers for a curve not driven by time); values are in the units the user
+/// sees.
 class AnimCurve {
 public:
-    /// A tangent as it is stored: seconds, and centimetres, radians or plain numbers. A third of it reaches
-    /// to the control point of the curve piece beside its key; without weights only its direction counts.
+    /// A tangent in stored form: x in seconds, y in centimetres, radians or plain numbers. The Bezier control
+    /// point beside the key lies at a third of it. Without weights only its direction counts.
     struct Tangent {
         double x = 1.0;
         double y = 0.0;
@@ -49,70 +50,71 @@ public:
         double value = 0.0;
         TangentType inType = TangentType::Auto;
         TangentType outType = TangentType::Auto;
-        /// Used where the type is Fixed.
+        /// Used only where the tangent type is Fixed.
         Tangent in;
         Tangent out;
-        /// Whether the tangents turn, and stretch, together.
+        /// Whether both tangents rotate together; areWeightsLocked: whether they stretch together.
         bool isLocked = true;
         bool areWeightsLocked = false;
         bool isBreakdown = false;
     };
 
-    /// Times that are nearer than this are the same key's.
+    /// Two times closer than this belong to the same key.
     static constexpr double SAME_TIME = 1e-4;
 
     const std::vector<Key>& Keys() const { return keys_; }
-    /// Any order; of keys at the same time the last one stays.
+    /// Replaces all keys, given in any order. Of several keys at one time the last one wins.
     void SetKeys(std::vector<Key> keys);
-    /// The place of the key at that time.
+    /// The index of the key at `time`; null when there is none.
     std::optional<std::size_t> Find(double time) const;
-    /// Adds a key, or takes the place of the one at its time; answers its place.
+    /// Adds a key, or replaces the key at the same time. Returns its index.
     std::size_t Insert(const Key& key);
-    /// Adds a key on the curve without changing its shape, which makes the tangents beside it fixed. Null
-    /// outside the keys, and where a key is already.
+    /// Adds a key on the curve without changing its shape; the neighbouring tangents become Fixed. Returns
+    /// its index; null outside the range of keys and where a key exists already.
     std::optional<std::size_t> InsertOnCurve(double time);
     Key& At(std::size_t index) { return keys_[index]; }
     void Remove(std::size_t index);
 
-    /// The value at that time; 0 without keys.
+    /// The curve's value at `time`; 0 without keys.
     double Evaluate(double time) const;
 
-    /// The tangents as they come out of their types, stored form.
+    /// The tangents computed from their types, in stored form.
     Tangent InTangent(std::size_t index) const;
     Tangent OutTangent(std::size_t index) const;
-    /// Degrees, as an editor that shows frames and values one to one would draw them.
+    /// Degrees, for a graph where one frame is as long as one unit of value.
     double InAngle(std::size_t index) const;
     double OutAngle(std::size_t index) const;
-    /// The distance to the control point in the same picture; 1 without weights.
+    /// The distance from key to control point in the same graph; 1 without weights.
     double InWeight(std::size_t index) const;
     double OutWeight(std::size_t index) const;
-    /// The stored form of a tangent of that angle and weight.
+    /// The stored form of a tangent with that angle (degrees, same graph) and weight.
     Tangent FromAngle(double degrees, double weight) const;
-    /// Gives every tangent the length that leaves the shape as it is, and makes it count; or ends that.
+    /// Switches weighted tangents on or off. Switching on gives every tangent the length that keeps the
+    /// curve's shape.
     void SetWeighted(bool weighted);
 
     bool isWeighted = false;
     Infinity preInfinity = Infinity::Constant;
     Infinity postInfinity = Infinity::Constant;
-    /// What a stored tangent's x and y are multiplied with to be frames and values as the user sees them.
+    /// Factors from a stored tangent's x and y to frames and to values in the user's units.
     double framesPerSecond = 24.0;
     double valueFactor = 1.0;
 
 private:
-    /// A cubic piece between two keys, by its four control points in frames and values.
-    struct Piece {
+    /// The cubic Bezier segment between two keys: four control points in frames and values.
+    struct Segment {
         double x[4];
         double y[4];
         double ParameterAt(double time) const;
         double ValueAt(double parameter) const;
     };
-    /// A direction in frames and values; x is never negative.
+    /// A tangent vector in frames and values; x is never negative.
     struct Reach {
         double x;
         double y;
     };
 
-    void Freeze(std::size_t index, bool isIn);
+    void FixTangent(std::size_t index, bool isIn);
     double Secant(std::size_t from) const;
     double SmoothSlope(std::size_t index) const;
     double EasedSlope(std::size_t index) const;
@@ -120,10 +122,10 @@ private:
     double SlopeOf(std::size_t index, TangentType type, bool isIn) const;
     Reach ReachOf(std::size_t index, bool isIn) const;
     Tangent Stored(const Reach& reach) const;
-    Piece PieceFrom(std::size_t index) const;
-    double Inside(double time) const;
-    double Outside(double time, bool isBefore) const;
-    double Repeated(double time, Infinity mode) const;
+    Segment SegmentFrom(std::size_t index) const;
+    double EvaluateBetweenKeys(double time) const;
+    double EvaluateBeyondKeys(double time, bool isBefore) const;
+    double EvaluateRepeated(double time, Infinity mode) const;
 
     std::vector<Key> keys_;
 };

@@ -16,7 +16,7 @@ double NumberIn(const PlugState* state, double standard) {
     return number ? *number : standard;
 }
 
-/// The attributes of the keys, found once.
+/// The attributes of the keys, looked up once.
 struct KeyAttributes {
     explicit KeyAttributes(const Node& node)
         : keys(node.FindAttribute("keyTimeValue"))
@@ -50,7 +50,7 @@ double ElementOf(const Node& node, const Attribute& attribute, int element, doub
     return NumberIn(node.FindState(attribute, element), standard);
 }
 
-/// 0 stands for what new keys get.
+/// 0 means the default type of new keys.
 TangentType TypeFrom(double number) {
     return number == 0.0 ? TangentType::Auto : static_cast<TangentType>(static_cast<int>(number));
 }

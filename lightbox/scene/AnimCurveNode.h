@@ -7,21 +7,21 @@
 
 namespace lightbox {
 
-/// An animation curve in the scene: the node types animCurveTL, TA, TT and TU, which go by time, and
-/// animCurveUL, UA, UT and UU, which go by any number. What the curve is, its attributes say.
+/// An animation curve node: types animCurveTL, TA, TT and TU are driven by time, animCurveUL, UA, UT and UU
+/// by any number. Its attributes hold the curve.
 class AnimCurveNode : public Node {
 public:
     using Node::Node;
 
-    /// Whether its input is time; without a connection that is the time that the scene shows.
+    /// Whether time drives the curve. Unconnected, such a curve uses the time that the scene shows.
     bool IsOverTime() const;
-    /// Made of the attributes when they have changed since it was last asked for.
+    /// The curve, rebuilt from the attributes when they have changed since the last call.
     const AnimCurve& Curve() const;
-    /// Sets the attributes, which is not recorded for undo; see AnimationEdit.h.
+    /// Writes the curve to the attributes, without undo; AnimationEdit.h has the undoable edit.
     void SetCurve(const AnimCurve& curve);
-    /// Moves out all that makes the curve, for PutStates().
+    /// Moves out the states of all plugs that hold the curve, for PutStates().
     PlugStates TakeCurve();
-    /// The curve's value at its input.
+    /// The curve's value at its current input.
     double Output() const;
 
 private:

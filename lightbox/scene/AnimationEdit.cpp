@@ -50,7 +50,7 @@ const char* CurveTypeFor(const Attribute& attribute) {
     }
 }
 
-/// "box_translateX", without what makes no name.
+/// The name of a new curve: "box_translateX", illegal characters left out.
 std::string NameFor(const Plug& plug) {
     std::string name = plug.node->Name() + "_" + plug.attribute->LongName();
     if (plug.element >= 0) {
@@ -77,7 +77,7 @@ void SetHeld(const std::vector<Plug>& plugs, bool held) {
     }
 }
 
-/// What a curve drove shows its last value from now on.
+/// Stores the curve's current value in the plugs that it drives.
 void KeepValues(Host& host, const AnimCurveNode& node) {
     for (const Connection& connection : host.scene().connections().Of(node)) {
         if (connection.source.node.get() == &node) {
@@ -158,7 +158,7 @@ std::shared_ptr<AnimCurveNode> RequireCurve(Host& host, const Plug& plug) {
     }
     const std::shared_ptr<Node> node = edit::CreateNode(host, CurveTypeFor(*plug.attribute), NameFor(plug));
     const TangentDefaults& defaults = host.scene().tangentDefaults;
-    // A curve's own type is what most of its keys have, which then need none of their own.
+    // The curve's own type applies to all keys that store none.
     edit::SetPlug(host, Plug::Of(*node, "tangentType"), static_cast<double>(defaults.in));
     edit::SetPlug(host, Plug::Of(*node, "weightedTangents"), defaults.weighted ? 1.0 : 0.0);
     edit::Connect(host, Plug::Of(*node, "output"), plug);

@@ -12,22 +12,22 @@ namespace lightbox {
 class AnimCurveNode;
 class Host;
 
-/// Animation as commands and the time slider work with it. Edits fire "timeSliderChanged", can be undone, and
-/// throw SceneError when they cannot be done, which changes nothing.
+/// Animation edits and queries for commands and the time slider. Edits fire "timeSliderChanged" and can be
+/// undone. An edit that is refused throws SceneError and changes nothing.
 namespace animation {
 
-/// The numbers of a node that are keyable and neither locked nor driven by anything but animation, one plug
-/// for each.
+/// The plugs of a node's numeric attributes that are keyable and neither locked nor driven by anything but
+/// animation.
 std::vector<Plug> KeyablePlugs(const std::shared_ptr<Node>& node);
-/// The curves that drive the node's attributes directly, in the order of the attributes.
+/// The curves connected directly to the node's attributes, in the order of the attributes.
 std::vector<std::shared_ptr<AnimCurveNode>> CurvesOf(const std::shared_ptr<Node>& node);
-/// The times of the keys of those nodes and of their shapes, in order, each once.
+/// The key times of the nodes and of their shapes, sorted, without duplicates.
 std::vector<double> KeyTimesOf(const std::vector<std::shared_ptr<Node>>& nodes);
 
-/// The curve over time that drives a plug; a new one without keys when nothing does yet.
+/// The time-driven curve of a plug; when nothing drives the plug, a new curve without keys.
 std::shared_ptr<AnimCurveNode> RequireCurve(Host& host, const Plug& plug);
-/// Gives the node another curve. One that has no keys left is deleted with its node, and what it drove keeps
-/// its value.
+/// Replaces the node's curve. A curve without keys is deleted with its node; the plug it drove keeps its
+/// value.
 void SetCurve(Host& host, const std::shared_ptr<AnimCurveNode>& node, const AnimCurve& curve);
 
 } // namespace animation

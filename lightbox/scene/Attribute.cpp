@@ -10,7 +10,7 @@ namespace lightbox {
 
 namespace {
 
-/// The range that a kind of whole number can hold.
+/// The range of an integer kind.
 std::pair<double, double> RangeOf(AttributeKind kind) {
     switch (kind) {
     case AttributeKind::Byte:
@@ -75,7 +75,7 @@ const char* KindName(AttributeKind kind) {
     }
 }
 
-/// The number as an attribute of that kind holds it.
+/// The number converted to the attribute's kind; null if that is impossible.
 std::optional<double> AcceptNumber(const Attribute& attribute, double number) {
     if (!std::isfinite(number)) {
         return std::nullopt;

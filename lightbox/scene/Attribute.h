@@ -37,8 +37,8 @@ enum class AttributeKind {
     Mesh
 };
 
-/// The description of an attribute: names, kind, default, range and flags. It belongs to a node type, or to
-/// one node when it was added to that (dynamic). Children of a compound belong to it.
+/// Describes an attribute: names, kind, default, range and flags. Belongs to a node type, or to one node if
+/// it was added to that node (dynamic). A compound owns its children.
 class Attribute : public Object {
 public:
     Attribute(std::string longName, std::string shortName, AttributeKind kind);
@@ -52,23 +52,23 @@ public:
     AttributeKind Kind() const { return kind_; }
     bool IsNumber() const { return kind_ <= AttributeKind::Enum; }
     bool IsCompound() const { return kind_ == AttributeKind::Compound; }
-    /// A compound whose children are all numbers of one kind, like translate.
+    /// Whether it is a compound whose children are all numbers of one kind, like translate.
     bool IsNumericCompound() const;
-    /// The name that setAttr, getAttr and addAttr give the kind: "bool", "double3", "string", "compound", ...
+    /// The kind's name in setAttr, getAttr and addAttr: "bool", "double3", "string", "compound", ...
     std::string TypeName() const;
 
     Attribute* Parent() const { return parent_; }
     const std::vector<std::shared_ptr<Attribute>>& Children() const { return children_; }
     void AddChild(std::shared_ptr<Attribute> child);
-    /// Whether this or an attribute above it has elements; plugs of such attributes carry an index.
+    /// Whether this attribute or an ancestor is an array; the plugs of such attributes carry an index.
     bool HasElements() const;
-    /// This attribute, or the one above it, that has elements; null when there is none.
+    /// The array attribute among this one and its ancestors; null when there is none.
     const Attribute* ArrayAttribute() const;
 
-    /// The value as the attribute stores it: whole numbers truncated, booleans 0 or 1, numbers clamped to the
-    /// range. Null when a value of that kind cannot be stored here.
+    /// Converts a value to what the attribute stores: whole numbers truncated, booleans 0 or 1, numbers
+    /// clamped to the range. Null when the attribute cannot hold a value of that type.
     std::optional<AttributeValue> Accept(const AttributeValue& value) const;
-    /// The default of a whole compound is its children's.
+    /// The default value; of a numeric compound its children's defaults.
     AttributeValue Default() const;
 
     std::string niceName;
@@ -78,7 +78,7 @@ public:
     std::optional<double> softMinimum;
     std::optional<double> softMaximum;
     std::vector<std::pair<std::string, int>> enumFields;
-    unsigned dataTypeId = 0; ///< of a PluginData attribute
+    unsigned dataTypeId = 0; ///< MTypeId of the data type of a PluginData attribute
     std::string dataTypeName;
     bool readable = true;
     bool writable = true;
@@ -88,7 +88,7 @@ public:
     bool hidden = false;
     bool channelBox = false;
     bool multi = false;
-    /// Of an array: its elements are told apart by more than the order in which they came.
+    /// For arrays: whether an element's index has a meaning beyond the order of connection.
     bool indexMatters = true;
     bool usedAsColor = false;
     bool dynamic = false;
@@ -101,7 +101,8 @@ private:
     std::vector<std::shared_ptr<Attribute>> children_;
 };
 
-/// A compound of numbers: children named after the parent with the suffixes appended ("X", "x" and so on).
+/// Makes a compound of numbers. Its children are named after it, with the suffixes appended ("X", "x" and so
+/// on).
 std::shared_ptr<Attribute> MakeNumericCompound(const std::string& longName, const std::string& shortName,
                                                AttributeKind kind,
                                                const std::vector<std::string>& longSuffixes,

@@ -8,8 +8,8 @@
 
 #include <vector>
 
-// The host's own node types, with the published attribute names and defaults. What the host itself does not
-// use is here when scene files commonly set it.
+// The host's own node types, with the published attribute names and defaults. Includes attributes that the
+// host does not use but scene files often set.
 
 namespace lightbox {
 
@@ -21,7 +21,7 @@ std::vector<double> Cells(const Imath::M44d& matrix) {
     return {&matrix[0][0], &matrix[0][0] + 16};
 }
 
-/// The matrices of DAG nodes.
+/// Computes the matrix attributes of DAG nodes.
 std::optional<AttributeValue> ComputeDag(const Node& node, const Attribute& attribute, int) {
     if (attribute.Kind() != Kind::Matrix) {
         return std::nullopt;
@@ -207,7 +207,7 @@ void AddCamera(TypeRegistry& registry) {
 }
 
 void AddSceneTypes(TypeRegistry& registry) {
-    const char* const FULL_RENDER = "fields:lines";
+    const char* const fullRender = "fields:lines";
     MakeType(registry, "time", "node", MFn::kTime,
              {{Kind::Time, "outTime", "o", 0, "k"},
               {Kind::Time, "unwarpedTime", "uwt"},
@@ -231,7 +231,7 @@ void AddSceneTypes(TypeRegistry& registry) {
               {Kind::Bool, "lockDeviceAspectRatio", "ldar"},
               {Kind::Float, "dotsPerInch", "dpi", 72},
               {Kind::Bool, "oddFieldFirst", "off"},
-              {Kind::Enum, "fields", "fld", 0, "", FULL_RENDER},
+              {Kind::Enum, "fields", "fld", 0, "", fullRender},
               {Kind::Short, "imageSizeUnits", "isu"},
               {Kind::Short, "pixelDensityUnits", "pdu"}});
     MakeType(registry, "renderGlobals", "node", MFn::kDependencyNode,
@@ -270,16 +270,16 @@ void AddSceneTypes(TypeRegistry& registry) {
 }
 
 void AddAnimationCurves(TypeRegistry& registry) {
-    const char* const INFINITY_MODES = "Constant:Linear:Cycle=3:Cycle with Offset:Oscillate";
-    const char* const ROTATION_MODES =
+    const char* const infinityModes = "Constant:Linear:Cycle=3:Cycle with Offset:Oscillate";
+    const char* const rotationModes =
         "None=1:Linear:Cubic:Quaternion Slerp:Quaternion Tangent Dependent:Quaternion Squad";
-    const char* const TANGENT_TYPES =
+    const char* const tangentTypes =
         "Fixed=1:Linear:Flat:Step=5:Slow:Fast:Spline=9:Clamped:Plateau=16:Step Next:Auto";
-    MakeType(registry, "animCurve", "node", MFn::kAnimCurve,
-             {{Kind::Enum, "tangentType", "tan", 0, "", TANGENT_TYPES},
-              {Kind::Bool, "weightedTangents", "wgt", 1}})
+    MakeType(
+        registry, "animCurve", "node", MFn::kAnimCurve,
+        {{Kind::Enum, "tangentType", "tan", 0, "", tangentTypes}, {Kind::Bool, "weightedTangents", "wgt", 1}})
         ->isAbstract = true;
-    // Behind the keys, as files have them.
+    // After the keys, as in scene files.
     const std::vector<AttributeRow> perKey{
         {Kind::Byte, "keyTanInType", "kit", 0, "hm"},
         {Kind::Byte, "keyTanOutType", "kot", 0, "hm"},
@@ -291,9 +291,9 @@ void AddAnimationCurves(TypeRegistry& registry) {
         {Kind::Bool, "keyWeightLocked", "kwl", 0, "hm"},
         {Kind::Bool, "keyBreakdown", "kbd", 0, "hm"},
         {Kind::Bool, "keyTickDrawSpecial", "ktds", 0, "hm"},
-        {Kind::Enum, "preInfinity", "pre", 0, "", INFINITY_MODES},
-        {Kind::Enum, "postInfinity", "pst", 0, "", INFINITY_MODES},
-        {Kind::Enum, "rotationInterpolation", "roti", 1, "", ROTATION_MODES},
+        {Kind::Enum, "preInfinity", "pre", 0, "", infinityModes},
+        {Kind::Enum, "postInfinity", "pst", 0, "", infinityModes},
+        {Kind::Enum, "rotationInterpolation", "roti", 1, "", rotationModes},
         {Kind::Bool, "useCurveColor", "ucc"},
         {Kind::Float, "curveColor", "cc", 0, "", "R:G:B"}};
     MakeType(registry, "unitConversion", "node", MFn::kDependencyNode,
@@ -301,7 +301,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
               {Kind::Double, "output", "o", 0, "o"},
               {Kind::Double, "conversionFactor", "cf", 1}})
         ->SetCompute(ComputeUnitConversion);
-    // The last two letters say what the curve takes and what it gives: T time, U number, L length, A angle.
+    // The last two letters are the types of input and output: T time, U number, L length, A angle.
     struct CurveRow {
         const char* name;
         Kind input;

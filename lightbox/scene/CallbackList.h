@@ -8,8 +8,8 @@
 
 namespace lightbox {
 
-/// Callbacks in the order they were added. They may add and remove callbacks, also themselves, while they
-/// run: a removed one is not called any more, an added one only by the next call.
+/// Calls callbacks in the order they were added. A callback may add and remove callbacks, itself included: a
+/// removed one is not called any more, an added one only from the next call on.
 template <typename... Arguments>
 class CallbackList {
 public:
@@ -19,7 +19,7 @@ public:
     void Add(Id id, Callback callback) {
         entries_.push_back({id, std::make_shared<Callback>(std::move(callback))});
     }
-    /// False when there is none of that id.
+    /// Returns false for an unknown id.
     bool Remove(Id id) {
         const auto found = Find(id);
         if (found == entries_.end()) {
@@ -32,7 +32,8 @@ public:
         if (entries_.empty()) {
             return;
         }
-        // Callbacks may change the list: a copy is walked, and each is looked up again before it is called.
+        // Callbacks may change the list, so this iterates over a copy and looks each one up before calling
+        // it.
         const std::vector<Entry> entries = entries_;
         for (const Entry& entry : entries) {
             if (Find(entry.id) != entries_.end()) {

@@ -10,11 +10,11 @@ namespace lightbox {
 namespace {
 
 constexpr double MILLIMETRES_PER_INCH = 25.4;
-/// Keeps divisions from going wild where a scene has values that make no picture.
+/// A lower bound for divisors, for scenes with values that make no picture.
 constexpr double MIN_POSITIVE = 1e-5;
 
 /// Reads a camera's numbers by name.
-struct Reader {
+struct CameraReader {
     const DagNode& camera;
 
     double operator()(const char* attribute) const { return Plug::Of(camera, attribute).Number(); }
@@ -24,7 +24,7 @@ struct Reader {
 } // namespace
 
 CameraFilm::CameraFilm(const DagNode& cameraShape) {
-    const Reader read{cameraShape};
+    const CameraReader read{cameraShape};
     const double scale = read.Positive("cameraScale");
     width_ = read.Positive("horizontalFilmAperture") * scale;
     height_ = read.Positive("verticalFilmAperture") * scale;
@@ -66,7 +66,7 @@ bool CameraFilm::KeepsWidth(double pictureAspect) const {
 }
 
 double CameraFilm::VisibleWidth(double pictureAspect, bool squeeze) const {
-    // An orthographic camera sees a square of its width; film and lens mean nothing to it.
+    // An orthographic camera sees a square as wide as its orthographic width; film and lens do not matter.
     const double filmWidth = isOrthographic_ ? orthographicWidth_ : width_ * (squeeze ? squeeze_ : 1.0);
     const double filmHeight = isOrthographic_ ? orthographicWidth_ : height_;
     return KeepsWidth(pictureAspect) ? filmWidth : filmHeight * pictureAspect;
@@ -84,7 +84,7 @@ Frustum CameraFilm::FrustumOf(double pictureAspect, const Options& options) cons
     double x = options.panZoom ? HorizontalPan() : 0.0;
     double y = options.panZoom ? VerticalPan() : 0.0;
     if (!isOrthographic_) {
-        // The film fit's own offset moves along the side that is not fitted.
+        // The film fit offset acts along the side that is not fitted.
         const bool keepsWidth = KeepsWidth(pictureAspect);
         x += offsetX_ + (keepsWidth ? 0.0 : fitOffset_);
         y += offsetY_ + (keepsWidth ? fitOffset_ : 0.0);

@@ -4,7 +4,7 @@ namespace lightbox {
 
 class DagNode;
 
-/// The edges of a frustum on its near clipping plane, in centimetres, x to the right and y upward.
+/// The edges of a frustum on the near clipping plane, in centimetres, x to the right and y upward.
 struct Frustum {
     double left = 0.0;
     double right = 0.0;
@@ -12,9 +12,9 @@ struct Frustum {
     double top = 0.0;
 };
 
-/// A camera's film and lens as they are at the moment: how much of the film a picture of some aspect shows.
-/// The formulas are the published ones of the film fits: horizontal keeps the film's width, vertical its
-/// height, fill shows film only, overscan shows the whole film.
+/// The film and lens of a camera at the current time. Computes how much of the film a picture of a given
+/// aspect ratio shows. The formulas are the published ones of the film fits: horizontal keeps the film's
+/// width, vertical its height, fill shows only film, overscan shows the whole film.
 class CameraFilm {
 public:
     explicit CameraFilm(const DagNode& cameraShape);
@@ -22,29 +22,29 @@ public:
     struct Options {
         bool overscan = false;
         bool squeeze = true;
-        /// Only when the camera has its 2D pan and zoom enabled.
+        /// Applies 2D pan and zoom, if the camera enables them.
         bool panZoom = false;
     };
-    /// What a picture of that width by height shows.
+    /// The frustum of a picture; `pictureAspect` is width divided by height.
     Frustum FrustumOf(double pictureAspect, const Options& options) const;
 
-    /// Width by height of the film, with the lens squeeze.
+    /// Width divided by height of the film, lens squeeze included.
     double Aspect() const { return width_ * squeeze_ / height_; }
     bool IsOrthographic() const { return isOrthographic_; }
     double NearClip() const { return nearClip_; }
     double FarClip() const { return farClip_; }
     double Overscan() const { return overscan_; }
     bool IsPanZoomed() const { return isPanZoomed_; }
-    /// 2D pan: film inches for a perspective camera, centimetres for an orthographic one. 0 when it is off.
+    /// 2D pan: inches on the film for a perspective camera, centimetres for an orthographic one; 0 when off.
     double HorizontalPan() const { return isPanZoomed_ ? horizontalPan_ : 0.0; }
     double VerticalPan() const { return isPanZoomed_ ? verticalPan_ : 0.0; }
-    /// 2D zoom, the part of the picture that is shown; 0.001 where it is not above 0, and 1 when it is off.
+    /// 2D zoom: the fraction of the picture that is shown. At least 0.001; 1 when off.
     double Zoom() const { return isPanZoomed_ ? zoom_ : 1.0; }
 
-    /// Whether a picture of that aspect shows the film's whole width (else its whole height).
+    /// Whether a picture of that aspect shows the film's whole width; otherwise it shows the whole height.
     bool KeepsWidth(double pictureAspect) const;
-    /// Width of the part of the film that a picture of that aspect shows, overscan and 2D zoom left out: film
-    /// inches, or centimetres for an orthographic camera.
+    /// Width of the film area that a picture of that aspect shows, before overscan and 2D zoom: inches for a
+    /// perspective camera, centimetres for an orthographic one.
     double VisibleWidth(double pictureAspect, bool squeeze = true) const;
     /// Centimetres on the near clipping plane for each unit of VisibleWidth().
     double NearPlaneScale() const;
@@ -52,12 +52,12 @@ public:
 private:
     enum class Fit { Fill, Horizontal, Vertical, Overscan };
 
-    double width_;  ///< inches, with the camera's scale
-    double height_; ///< inches, with the camera's scale
+    double width_;  ///< inches, camera scale included
+    double height_; ///< inches, camera scale included
     double squeeze_;
     Fit fit_;
     double fitOffset_;
-    double offsetX_; ///< inches, with the shake
+    double offsetX_; ///< inches, camera shake included
     double offsetY_;
     double focalLength_; ///< millimetres
     double nearClip_;

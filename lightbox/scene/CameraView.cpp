@@ -15,7 +15,7 @@ namespace {
 using Imath::M44d;
 using Imath::V3d;
 
-/// Width by height of what is rendered, 16:9 for a scene that does not say.
+/// Width divided by height of the render resolution; 16:9 if the scene does not set it.
 double RenderAspect(const Scene* scene) {
     const std::shared_ptr<Node> resolution = scene ? scene->Find("defaultResolution") : nullptr;
     const auto read = [&](const char* name) {
@@ -59,7 +59,7 @@ M44d ProjectionOf(const CameraFilm& film, const Frustum& frustum) {
             0.0};
 }
 
-/// A point times a matrix, before the division.
+/// A point in clip space, before the division by w.
 struct ClipPoint {
     V3d position;
     double w;
@@ -86,8 +86,8 @@ CameraView::CameraView(const DagNode& cameraShape, int width, int height)
     view_ = cameraShape.WorldMatrix().inverse();
     projection_ = ProjectionOf(film, film.FrustumOf(viewAspect, options));
 
-    // Pixels for each unit of the film, and where the film's centre is in the view. The gates stay with the
-    // film: a film offset moves what is seen, not the gate.
+    // Pixels per unit of film, and the film's centre in the view. The gates stay with the film: a film offset
+    // moves the picture, not the gate.
     const double scale = width_ / (film.VisibleWidth(viewAspect) * film.Overscan() * film.Zoom());
     const double centerX = width_ * 0.5 - film.HorizontalPan() * scale;
     const double centerY = height_ * 0.5 - film.VerticalPan() * scale;
@@ -109,7 +109,7 @@ V3d CameraView::WorldToView(const V3d& world, bool* isInFront) const {
     if (isInFront) {
         *isInFront = clip.w > 0.0;
     }
-    // A point in the plane of the eye is infinitely far away; any far place will do.
+    // A point in the plane of the eye projects to infinity; any far position will do.
     const double w = std::abs(clip.w) < 1e-12 ? 1e-12 : clip.w;
     return {(clip.position.x / w + 1.0) * 0.5 * width_, (clip.position.y / w + 1.0) * 0.5 * height_,
             (clip.position.z / w + 1.0) * 0.5};

@@ -9,12 +9,12 @@ namespace lightbox {
 
 class DagNode;
 
-/// What a camera shows in a viewport of some size. View pixels, from the bottom left with y upward. Matrices
-/// are for row vectors: clip = world * View() * Projection(), with OpenGL's clip space.
+/// The projection of a camera in a viewport of a given size. Positions are view pixels from the bottom left,
+/// y upward. Matrices are for row vectors: clip = world * View() * Projection(), in OpenGL's clip space.
 class CameraView {
 public:
-    /// Reads the camera's film fit, film aspect, overscan, clipping planes and 2D pan and zoom as they are
-    /// now, and the resolution to render from the scene that the camera is in.
+    /// Reads the camera's current film fit, film aspect, overscan, clipping planes and 2D pan and zoom, and
+    /// the render resolution of the camera's scene. Width and height are view pixels.
     CameraView(const DagNode& cameraShape, int width, int height);
 
     int Width() const { return width_; }
@@ -23,19 +23,19 @@ public:
     const Imath::M44d& Projection() const { return projection_; }
     bool IsOrthographic() const { return isOrthographic_; }
 
-    /// x and y in view pixels, z the depth from 0 (near) to 1 (far). A point behind the eye is mirrored, as
-    /// the division by a negative w has it; `isInFront` tells.
+    /// Projects a world point: x and y in view pixels, z the depth from 0 (near) to 1 (far). The division by
+    /// a negative w mirrors a point behind the eye; `isInFront` (optional) receives false for one.
     Imath::V3d WorldToView(const Imath::V3d& world, bool* isInFront = nullptr) const;
-    /// The points on the near and on the far clipping plane under a view pixel.
+    /// The points under a view pixel on the near and the far clipping plane.
     void ViewToWorld(double x, double y, Imath::V3d& nearPoint, Imath::V3d& farPoint) const;
 
-    /// The gates as they are to be drawn, in view pixels: what the film sees, and what is rendered.
+    /// The film gate and the resolution gate to draw, in view pixels.
     QRectF FilmGate() const { return filmGate_; }
     QRectF ResolutionGate() const { return resolutionGate_; }
-    /// By how much the camera's 2D pan has to change for the picture to move by one view pixel.
+    /// The change of the camera's 2D pan that moves the picture by one view pixel.
     double PanPerPixel() const { return panPerPixel_; }
 
-    /// Whether both show a scene at the same places.
+    /// Whether both views project every point to the same place.
     bool operator==(const CameraView& other) const {
         return width_ == other.width_ && height_ == other.height_ && view_ == other.view_ &&
                projection_ == other.projection_;

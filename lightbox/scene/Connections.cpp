@@ -85,7 +85,7 @@ std::vector<Connection> InOrder(Entries& entries) {
     return connections;
 }
 
-/// Where the plugs of a node begin in a container ordered by plug.
+/// The lower bound of a node's plugs in a container ordered by plug.
 Plug FirstPlugOf(const Node& node) {
     Plug plug;
     plug.node = std::const_pointer_cast<Node>(node.Shared());

@@ -9,7 +9,7 @@
 
 namespace lightbox {
 
-/// A connection: values go from the source to the destination.
+/// A connection; values flow from the source to the destination.
 struct Connection {
     Plug source;
     Plug destination;
@@ -18,23 +18,23 @@ struct Connection {
     }
 };
 
-/// The connections of a scene, in the order they were made. A destination has one source.
+/// The connections of a scene, in the order they were made. A destination has at most one source.
 class Connections {
 public:
-    /// False when the destination has a source already.
+    /// Returns false when the destination has a source already.
     bool Add(const Plug& source, const Plug& destination);
     bool Remove(const Plug& source, const Plug& destination);
     void Clear();
-    /// Removes the connections of a node's attribute and of those below it, and answers them.
+    /// Removes and returns the connections of a node's attribute and of its children.
     std::vector<Connection> CutAttribute(const Node& node, const Attribute& attribute);
 
-    /// A null plug when nothing drives it.
+    /// Returns a null plug when nothing drives the destination.
     Plug SourceOf(const Plug& destination) const;
     std::vector<Plug> DestinationsOf(const Plug& source) const;
     /// All connections from or to a node, in the order they were made.
     std::vector<Connection> Of(const Node& node) const;
     std::vector<Connection> All() const;
-    /// Rises with every change.
+    /// Increases with every change.
     std::uint64_t Revision() const { return revision_; }
 
 private:

@@ -65,7 +65,7 @@ std::string DagNode::PartialPath() const {
         path.insert(0, top->Name() + "|");
         top = top->parent_;
     }
-    // The top level node of that name is told from the others by the leading bar.
+    // If several nodes have the name, the leading bar selects the top-level one.
     return top && top->IsWorld() && InScene()->FindAll(path).size() > 1 ? "|" + path : path;
 }
 
@@ -92,7 +92,7 @@ Transformation DagNode::LocalTransformation() const {
         parts.jointOrient = VectorOf(*this, "jointOrient");
         if (NumberOf(*this, "segmentScaleCompensate") != 0.0) {
             for (int axis = 0; axis < 3; ++axis) {
-                // What is connected is the parent's scale.
+                // The connected value is the parent's scale.
                 const double scale = VectorOf(*this, "inverseScale")[axis];
                 parts.inverseScale[axis] = scale != 0.0 ? 1.0 / scale : 1.0;
             }

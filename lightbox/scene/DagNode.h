@@ -9,32 +9,33 @@
 
 namespace lightbox {
 
-/// A node of the DAG. Each has one parent; the world is the parent of the top level and has no name.
+/// A node of the DAG. Each node has one parent; the parent of top-level nodes is the world, which has no
+/// name.
 class DagNode : public Node {
 public:
     using Node::Node;
 
-    /// Null for the world, and while the node is not in a scene.
+    /// Null for the world and for a node outside a scene.
     DagNode* Parent() const { return parent_; }
     bool IsWorld() const { return Type().ApiType() == MFn::kWorld; }
     const std::vector<DagNode*>& Children() const { return children_; }
-    /// Position among the parent's children.
+    /// Index among the parent's children.
     int IndexInParent() const;
-    /// Whether it is that node or lies below it.
+    /// Whether this is `node` or one of its descendants.
     bool IsBelow(const DagNode& node) const;
     std::vector<DagNode*> Shapes() const;
 
-    /// "|a|b".
+    /// The full DAG path: "|a|b".
     std::string FullPath() const;
-    /// The shortest path that no other node answers to.
+    /// The shortest path that no other node matches.
     std::string PartialPath() const;
 
     /// The node's own transformation; identity for a shape. For row vectors: world = local * parent's world.
     Imath::M44d LocalMatrix() const;
-    /// Its parts; only for transforms.
+    /// The parts of LocalMatrix(). Only for transform nodes.
     Transformation LocalTransformation() const;
     Imath::M44d WorldMatrix() const;
-    /// Whether it and all above it are visible.
+    /// Whether this node and all its ancestors are visible.
     bool IsVisible() const;
 
 private:

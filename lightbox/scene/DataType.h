@@ -12,7 +12,7 @@ struct DataType {
     unsigned id = 0;
     MCreatorFunction creator = nullptr;
     std::string plugin;
-    /// Values that exist right now, wherever they are held.
+    /// Number of existing values, in the scene or held elsewhere.
     mutable int liveValues = 0;
 };
 

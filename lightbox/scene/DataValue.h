@@ -11,8 +11,8 @@ namespace lightbox {
 
 struct DataType;
 
-/// A value of a plug-in's data type. Values are shared between plugs, handles and undo items; they are not
-/// changed behind a plug's back except by the plug-in itself.
+/// A value of a plug-in's data type. Plugs, handles and undo items share values; only the plug-in itself
+/// changes one in place.
 class DataValue : public Object {
 public:
     DataValue(std::shared_ptr<const DataType> type, std::unique_ptr<MPxData> data);
@@ -23,7 +23,7 @@ public:
 
     const std::shared_ptr<const DataType>& Type() const { return type_; }
     MPxData& Data() const { return *data_; }
-    /// A new value, filled by the plug-in's own copy().
+    /// Returns a new value, filled by the plug-in's own copy().
     std::shared_ptr<DataValue> Copy() const;
 
 private:

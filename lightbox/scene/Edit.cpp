@@ -17,7 +17,7 @@ namespace lightbox::edit {
 
 namespace {
 
-/// What the transform above a new shape is called: "camera" for "cameraShape", else as any transform.
+/// The name of the transform of a new shape: "camera" for "cameraShape", else the default name.
 std::string TransformNameFor(const Scene& scene, const NodeType& shape) {
     const std::string suffix = "Shape";
     const std::string& name = shape.defaultName;
@@ -46,7 +46,7 @@ std::pair<std::string, std::string> BaseAndNumber(const std::string& name) {
     return {name.substr(0, end), name.substr(end)};
 }
 
-/// The name that a shape takes when its transform is renamed; empty when it does not follow.
+/// The new name of a shape whose transform is renamed; empty if the shape keeps its name.
 std::string FollowingName(const std::string& shape, const std::string& before, const std::string& after) {
     const auto [oldBase, oldNumber] = BaseAndNumber(before);
     const auto [newBase, newNumber] = BaseAndNumber(after);
@@ -68,7 +68,7 @@ void CheckRange(const Plug& plug, double number) {
     }
 }
 
-/// A mesh that loses what drives it stays as it is.
+/// Keeps a mesh as it is when the connection that drives it goes.
 void KeepMesh(Host& host, const Plug& destination) {
     if (MeshNode::Is(*destination.node) && destination.attribute->LongName() == "inMesh" &&
         destination.node->reference.empty()) {
@@ -90,7 +90,7 @@ PlugState StateOf(const Plug& plug) {
     return held ? *held : PlugState();
 }
 
-/// Gives the plug one of the flags of another state.
+/// Sets one flag of the plug as in another state.
 void TakeFlag(const Plug& plug, PlugFlag flag, const PlugState& from) {
     PlugState changed = StateOf(plug);
     switch (flag) {
@@ -341,7 +341,7 @@ void MoveTimeWithoutScene(Host& host, double frame) {
 
 namespace {
 
-/// Both ranges together, since setting one may change the other.
+/// Edits both ranges together, since setting one may change the other.
 void EditRanges(Host& host, const std::function<bool(Timeline&)>& change) {
     Timeline& time = host.time();
     const double min = time.MinTime();

@@ -13,7 +13,7 @@ namespace lightbox::edit {
 
 namespace {
 
-/// An edit made of two functions. The selection's event is held until the edit is complete.
+/// An edit made of two functions. Delays the selection's event until the edit is complete.
 class FunctionItem : public UndoItem {
 public:
     FunctionItem(Host& host, std::string name, std::function<void()> redo, std::function<void()> undo)
@@ -39,7 +39,7 @@ private:
     std::function<void()> undo_;
 };
 
-/// Takes nodes and all below them out, the lowest first.
+/// Detaches nodes and all their descendants, descendants first.
 std::vector<NodePlace> DetachAll(Scene& scene, const std::vector<std::shared_ptr<Node>>& roots) {
     std::vector<NodePlace> places;
     for (const std::shared_ptr<Node>& root : roots) {
@@ -103,7 +103,7 @@ std::vector<std::pair<const char*, Imath::V3d>> MovableParts(const Transformatio
             {"shear", parts.shear}};
 }
 
-/// Gives a transform the world matrix it is meant to have, as far as its attributes can be set.
+/// Sets a transform's world matrix, as far as its attributes can be set.
 void SetWorldMatrix(DagNode& node, const Imath::M44d& world) {
     Transformation parts = node.LocalTransformation();
     const Imath::M44d parent = node.Parent() ? node.Parent()->WorldMatrix() : Imath::M44d();
@@ -217,7 +217,7 @@ std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& n
 
 namespace {
 
-/// The plug, or those of its parts, whose values stand in front of their animation.
+/// Those of the plug and its children whose values override their animation.
 std::vector<Plug> HeldPlugs(const Plug& plug) {
     std::vector<Plug> held;
     if (plug.IsHeld()) {
@@ -266,7 +266,7 @@ std::unique_ptr<UndoItem> ConnectItem(Host& host, const Plug& source, const Plug
                              "' to disconnect.");
         }
     };
-    // Taking back must not fail when an edit that was not recorded did the same before.
+    // Undo must not fail if an unrecorded edit has done the same meanwhile.
     if (connect) {
         return MakeItem(host, "connectAttr", make,
                         [&scene, source, destination] { scene.connections().Remove(source, destination); });

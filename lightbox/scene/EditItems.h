@@ -13,13 +13,13 @@ namespace lightbox {
 class DagNode;
 class Host;
 
-/// The steps that edits and modifiers are made of. Redo() does a step, for the first time too, and throws
-/// SceneError when it cannot be done; Undo() takes it back.
+/// The undo items that edits and modifiers consist of. Redo() does the step, also the first time, and throws
+/// SceneError when it is refused; Undo() takes it back.
 namespace edit {
 
 std::unique_ptr<UndoItem> MakeItem(Host& host, const std::string& name, std::function<void()> redo,
                                    std::function<void()> undo);
-/// Puts a made node into the scene. Done again, it comes back with all that was below it.
+/// Puts a new node into the scene. Redo after undo restores it with all its descendants.
 std::unique_ptr<UndoItem> AddItem(Host& host, const std::shared_ptr<Node>& node, const std::string& name,
                                   const std::shared_ptr<DagNode>& parent);
 std::unique_ptr<UndoItem> DeleteItem(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
@@ -27,14 +27,14 @@ std::unique_ptr<UndoItem> RenameItem(Host& host, const std::shared_ptr<Node>& no
 std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& node,
                                    const std::shared_ptr<DagNode>& parent, bool keepWorld);
 std::unique_ptr<UndoItem> SetItem(Host& host, const Plug& plug, const AttributeValue& value);
-/// Connects, or disconnects.
+/// Connects two plugs, or disconnects them.
 std::unique_ptr<UndoItem> ConnectItem(Host& host, const Plug& source, const Plug& destination, bool connect);
 
-/// Throws SceneError with the reason when two plugs cannot be connected.
+/// Throws SceneError with the reason if two plugs cannot be connected.
 void CheckConnectable(const Plug& source, const Plug& destination);
-/// Throws SceneError with the reason when a node, or one below it, cannot be deleted.
+/// Throws SceneError with the reason if a node, or one of its descendants, cannot be deleted.
 void CheckDeletable(Node& node);
-/// Does a step and puts it on the undo queue.
+/// Does an item and puts it on the undo queue.
 void DoItem(Host& host, std::unique_ptr<UndoItem> item);
 
 } // namespace edit

@@ -9,7 +9,7 @@ namespace lightbox {
 
 class Node;
 
-/// Named events and conditions, and the coming and going of nodes.
+/// Named events and conditions, and events for added and removed nodes.
 class EventBus {
 public:
     using Id = std::intptr_t;
@@ -22,26 +22,26 @@ public:
 
     bool HasEvent(const std::string& event) const;
     std::vector<std::string> EventNames() const;
-    /// Adds an event of a user's own (scriptJob, userEvent). False when it exists.
+    /// Adds a user's own event (scriptJob, userEvent). Returns false when it exists.
     bool AddEvent(const std::string& event);
-    /// 0 when there is no such event.
+    /// Returns 0 for an unknown event.
     Id AddCallback(const std::string& event, Callback callback);
     void Fire(const std::string& event);
 
     bool HasCondition(const std::string& condition) const;
     std::vector<std::string> ConditionNames() const;
     bool Condition(const std::string& condition) const;
-    /// Calls the condition's callbacks when its state changes. Adds a condition that is not there.
+    /// Sets a condition and calls its callbacks if the state changes. Adds an unknown condition.
     void SetCondition(const std::string& condition, bool state);
     Id AddConditionCallback(const std::string& condition, ConditionCallback callback);
 
-    /// Called with every node that has come into the scene, or is about to leave it.
+    /// Added: called after a node enters the scene. Removed: called before a node leaves it.
     Id AddNodeCallback(NodeEvent event, NodeCallback callback);
     void FireNode(NodeEvent event, Node& node);
 
-    /// Removes a callback of any kind; false when there is none of that id.
+    /// Removes a callback of any type; returns false for an unknown id.
     bool Remove(Id id);
-    /// Callbacks that are registered, of any kind.
+    /// Number of registered callbacks of all types.
     std::size_t CallbackCount() const;
 
 private:

@@ -9,7 +9,7 @@
 
 namespace lightbox {
 
-/// Callbacks of the host's events that end with whoever listens.
+/// Owns a listener's event callbacks and removes them on destruction.
 class EventSubscriptions : NonCopyable {
 public:
     explicit EventSubscriptions(EventBus& events)

@@ -24,8 +24,8 @@ namespace mel {
 class Interpreter;
 }
 
-/// The running host: there is one at a time. It names the parts of the program to those that need several of
-/// them; app/LightboxHost makes and owns them.
+/// The running host; there is at most one. Gives access to the parts of the program to callers that need
+/// several of them. app/LightboxHost makes and owns the parts.
 class Host : NonCopyable {
 public:
     struct Options {
@@ -34,17 +34,17 @@ public:
         std::string prefsFolder;
     };
 
-    /// The running host. There must be one.
+    /// The running host, which must exist.
     static Host& Get();
-    /// The running host or null.
+    /// The running host, or null.
     static Host* Current();
 
     const Options& options() const { return options_; }
     bool IsBatch() const { return options_.batch; }
 
-    /// Asks the program to end with that status, once what runs has come to an end.
+    /// Asks the program to exit with that status once the current work is done.
     void RequestQuit(int status) { quitStatus_ = status; }
-    /// The status to end with, when the end was asked for.
+    /// The requested exit status; null while nobody has asked to quit.
     const std::optional<int>& QuitStatus() const { return quitStatus_; }
 
     Output& output() const { return *parts_.output; }
@@ -58,7 +58,7 @@ public:
     mel::Interpreter& interpreter() const { return *parts_.interpreter; }
     SceneFiles& files() const { return *parts_.files; }
     PluginLoader& plugins() const { return *parts_.plugins; }
-    /// The window; null in batch, and before it stands.
+    /// The user interface; null in batch and before the window exists.
     UserInterface* ui() const { return ui_.get(); }
     void SetUserInterface(std::unique_ptr<UserInterface> ui);
 
@@ -77,10 +77,10 @@ protected:
         PluginLoader* plugins = nullptr;
     };
 
-    /// Becomes the running host. Whoever owns the parts names them in `parts_` as it makes them.
+    /// Becomes the running host. The owner sets the members of `parts_` as it makes the parts.
     explicit Host(const Options& options);
     ~Host();
-    /// No longer the running host: called by the owner before the parts go.
+    /// Ends being the running host. The owner calls it before it destroys the parts.
     static void Retire();
 
     Parts parts_;

@@ -10,8 +10,8 @@ namespace lightbox {
 
 namespace {
 
-/// Pieces of work in one go. Work that queues itself again and again would otherwise never end.
-constexpr std::size_t MAX_AT_ONCE = 10000;
+/// Maximum number of work items in one Drain(). Work that queues itself again would otherwise never end.
+constexpr std::size_t MAX_PER_DRAIN = 10000;
 
 } // namespace
 
@@ -25,7 +25,7 @@ std::size_t IdleQueue::Drain() {
     }
     const QScopedValueRollback<bool> draining(draining_, true);
     std::size_t count = 0;
-    for (; count < MAX_AT_ONCE && !IsEmpty(); ++count) {
+    for (; count < MAX_PER_DRAIN && !IsEmpty(); ++count) {
         std::deque<std::function<void()>>& queue = work_.empty() ? lowPriority_ : work_;
         const std::function<void()> work = std::move(queue.front());
         queue.pop_front();

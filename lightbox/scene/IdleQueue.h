@@ -8,8 +8,8 @@ namespace lightbox {
 
 class EventBus;
 
-/// Work to do once the host is idle, in the order it came; work of low priority when nothing else is left.
-/// The batch program drains it between statements and at its end, a window from a timer.
+/// Work to do when the host is idle, in the order of Add(). Low-priority work runs when nothing else is left.
+/// The batch program drains the queue between statements and at its end, the window from a timer.
 class IdleQueue {
 public:
     explicit IdleQueue(EventBus& events)
@@ -17,9 +17,9 @@ public:
 
     void Add(std::function<void()> work, bool lowPriority = false);
     bool IsEmpty() const { return work_.empty() && lowPriority_.empty(); }
-    /// Does everything that is queued, and what that queues in turn, up to a bound that keeps endless chains
-    /// from hanging the host; what is left waits for the next call. Fires the event "idle" when work was
-    /// done. Calls from inside it do nothing. Answers the number of pieces done.
+    /// Runs the queued work and the work that it queues in turn, up to a limit that keeps endless chains from
+    /// hanging the host; the rest waits for the next call. Fires the event "idle" if any work ran. Does
+    /// nothing when called from inside queued work. Returns the number of work items run.
     std::size_t Drain();
     void Clear();
 

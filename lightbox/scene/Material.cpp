@@ -35,7 +35,7 @@ float Mean(const V3f& color) {
     return (color.x + color.y + color.z) / 3.0f;
 }
 
-/// What is connected from the shape to a shading group.
+/// The connection from the shape to its shading group.
 Connection Membership(const Node& shape) {
     if (const Scene* scene = shape.InScene()) {
         for (const Connection& connection : scene->connections().Of(shape)) {

@@ -9,14 +9,14 @@ namespace lightbox {
 class Host;
 class Node;
 
-/// What the surface of a mesh looks like, each part from 0 to 1.
+/// The surface look of a mesh. All numbers are from 0 to 1.
 struct Material {
     Imath::V3f color{0.5f};
     Imath::V3f incandescence{0.0f};
     float diffuse = 0.8f;
     float opacity = 1.0f;
     float specular = 0.0f;
-    /// It shines by itself and no light changes it.
+    /// Unlit: shows its own colour, whatever the lights are.
     bool isFlat = false;
 
     bool operator==(const Material& other) const {
@@ -26,11 +26,11 @@ struct Material {
         return all(*this) == all(other);
     }
 
-    /// Of the shading group that the shape is in, as a whole; the default for one that is in none.
+    /// The material of the shading group that holds the whole shape; the default material without one.
     static Material Of(const Node& shape);
-    /// The shading group that a shape is in; null for none.
+    /// The shading group that holds the shape; null for none.
     static std::shared_ptr<Node> ShadingGroupOf(const Node& shape);
-    /// Takes the shape out of the group that it is in, and puts it into another, as an edit.
+    /// Moves the shape from its shading group to another, as an undoable edit.
     static void Assign(Host& host, const std::shared_ptr<Node>& shape, const std::shared_ptr<Node>& group);
 };
 

@@ -8,7 +8,7 @@
 
 namespace lightbox {
 
-/// Puts a mesh together from vertices and faces; edges are found where faces meet.
+/// Builds a mesh from vertices and faces; makes one edge where faces meet.
 class MeshBuilder {
 public:
     MeshBuilder();
@@ -16,11 +16,11 @@ public:
     int AddVertex(const Imath::V3d& position);
     int AddUv(double u, double v);
     int VertexCount() const { return static_cast<int>(mesh_->vertices.size()); }
-    /// Counterclockwise from outside. `uvs` is as long, or empty.
+    /// Vertex indices, counterclockwise from outside. `uvs` is as long as `vertices`, or empty.
     void AddFace(const std::vector<int>& vertices, const std::vector<int>& uvs);
-    /// Makes an edge hard; it has to be one of a face.
+    /// Makes an edge hard. The edge must belong to a face.
     void Harden(int start, int end);
-    /// Ends the building.
+    /// Returns the mesh and ends the building.
     std::shared_ptr<MeshData> Take() { return std::move(mesh_); }
 
 private:

@@ -12,21 +12,21 @@ namespace lightbox {
 
 class MeshTessellation;
 
-/// A polygon mesh, as the attributes of a mesh node hold it: vertices, edges between vertices, and faces made
-/// of edges. What a scene file says may be wrong: indexes are checked where they are used. Values are shared
-/// between plugs and do not change once a plug holds them; a copy may be changed first.
+/// A polygon mesh as the attributes of a mesh node hold it: vertices, edges between vertices, and faces made
+/// of edges. A scene file may hold wrong indices, so they are checked where they are used. Plugs share
+/// values; a value that a plug holds does not change any more, a copy may be changed before a plug gets it.
 class MeshData {
 public:
     struct Edge {
         int start = 0;
         int end = 0;
-        int smooth = 1; ///< as in the file; 0 is a hard edge
+        int smooth = 1; ///< as in the file; 0 means a hard edge
         bool operator==(const Edge& other) const {
             return start == other.start && end == other.end && smooth == other.smooth;
         }
     };
-    /// Texture coordinates by name, and which of them faces use: `faces` in rising order, and in `ids` as
-    /// many for each of those faces as it has corners.
+    /// A named set of texture coordinates and the faces that use it. `faces` is in ascending order; `ids`
+    /// holds one id for each corner of those faces, face by face.
     struct UvSet {
         std::string name;
         std::vector<Imath::V2f> coordinates;
@@ -37,10 +37,11 @@ public:
                    ids == other.ids;
         }
     };
-    /// What few faces have.
+    /// Face data that most faces lack.
     struct FaceExtra {
-        std::vector<std::vector<int>> holes; ///< edges, as those of faces
-        /// Parts of the face's text that have no meaning here, each as it stands in a file: "mc 0 3 1 2 3".
+        std::vector<std::vector<int>> holes; ///< edge numbers, as in `corners`
+        /// Parts of the face's text that this program does not interpret, as they are in the file: "mc 0 3 1
+        /// 2 3".
         std::vector<std::string> otherParts;
         bool operator==(const FaceExtra& other) const {
             return holes == other.holes && otherParts == other.otherParts;
@@ -49,33 +50,33 @@ public:
 
     MeshData();
     ~MeshData();
-    /// The same mesh, to be changed.
+    /// Copies a mesh, to change the copy.
     MeshData(const MeshData& other);
     MeshData& operator=(const MeshData&) = delete;
-    /// Whether they hold the same, whatever their revisions.
+    /// Whether both hold the same content; ignores revisions.
     bool HasSameContent(const MeshData& other) const;
 
-    /// Another one for each value: for those who keep what they made of it.
+    /// A new number for each object and after each BeginChange(), for caches to compare.
     std::uint64_t Revision() const { return revision_; }
-    /// Before a mesh that nobody else holds is changed in place.
+    /// Call before changing in place a mesh that nobody else holds.
     void BeginChange();
-    /// The same mesh with its tweaks added to the vertices of `base`; `base` itself when there are none.
+    /// Returns `base` with the tweaks added to its vertices; `base` itself when there are none.
     static std::shared_ptr<const MeshData> Tweaked(const std::shared_ptr<const MeshData>& base,
                                                    const std::map<int, Imath::V3f>& tweaks);
 
     std::size_t FaceCount() const { return faceBegins.size(); }
-    /// The edges of a face begin here in `corners`, and end there.
+    /// The range of a face's edges in `corners`.
     std::size_t FaceBegin(std::size_t face) const { return faceBegins[face]; }
     std::size_t FaceEnd(std::size_t face) const {
         return face + 1 < faceBegins.size() ? faceBegins[face + 1] : corners.size();
     }
-    /// The vertex at which the edge of a corner begins; -1 when the file's indexes lead nowhere. An edge
-    /// number of a face is the edge, or -(edge + 1) when the face runs along it backwards.
+    /// The vertex where an edge number of a face begins; -1 for an index out of range. An edge number is the
+    /// index of the edge, or -(index + 1) when the face uses the edge backwards.
     int VertexOf(int edgeNumber) const;
 
-    /// Around what is drawn; empty for a mesh without vertices.
+    /// The bounding box of the drawn mesh; empty for a mesh without vertices.
     const Imath::Box3f& Bounds() const;
-    /// Triangles and lines; made when first asked for, and kept.
+    /// Triangles and lines; made on the first call and cached.
     const MeshTessellation& Tessellation() const;
 
     std::vector<Imath::V3f> vertices;
@@ -84,9 +85,9 @@ public:
     std::vector<int> corners; ///< edge numbers of all faces, one after another
     std::map<std::size_t, FaceExtra> faceExtras;
     std::vector<UvSet> uvSets;
-    /// A normal for each corner, where a file gives them.
+    /// One normal for each corner, if a file gives them.
     std::vector<Imath::V3f> normals;
-    /// What is added to vertices: the attribute pnts.
+    /// Offsets added to vertices, by vertex index: the attribute pnts.
     std::map<int, Imath::V3f> tweaks;
 
 private:

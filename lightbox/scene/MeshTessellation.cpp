@@ -13,12 +13,12 @@ namespace {
 using Imath::V3f;
 
 constexpr std::uint32_t NONE = ~0u;
-/// A file's normals hold this where a corner has none of its own.
+/// Scene files store this for a corner without a normal of its own.
 constexpr float NO_NORMAL = 1e19f;
-/// Corners of a face up to which its shape is looked at; the time for that grows with their third power.
+/// Maximum number of corners for ear clipping, whose time grows with their third power.
 constexpr std::size_t MAX_CLIPPED_CORNERS = 400;
 
-/// The normal times twice the area, also of a face that is not flat or not convex.
+/// The face normal, twice as long as the face's area; also for faces that are not flat or not convex.
 template <class PositionOf>
 V3f AreaNormal(std::size_t count, const PositionOf& positionOf) {
     V3f sum(0.0f);
@@ -29,10 +29,10 @@ V3f AreaNormal(std::size_t count, const PositionOf& positionOf) {
     return sum;
 }
 
-/// Sets of corners that share a normal.
-class Groups {
+/// CornerGroups of corners that share a normal (a union-find).
+class CornerGroups {
 public:
-    explicit Groups(std::size_t count)
+    explicit CornerGroups(std::size_t count)
         : above_(count) {
         std::iota(above_.begin(), above_.end(), 0u);
     }
@@ -49,7 +49,7 @@ private:
     std::vector<std::uint32_t> above_;
 };
 
-/// For each corner of a mesh the vertex; faces with a bad index have -1 at all their corners.
+/// The vertex of each corner; -1 for all corners of a face with an invalid index.
 std::vector<int> CornerVertices(const MeshData& mesh) {
     std::vector<int> vertices(mesh.corners.size());
     for (std::size_t face = 0; face < mesh.FaceCount(); ++face) {
@@ -68,7 +68,7 @@ std::vector<int> CornerVertices(const MeshData& mesh) {
     return vertices;
 }
 
-/// The corners that follow each other around a face.
+/// For each corner, the next one around its face.
 std::vector<std::uint32_t> NextCorners(const MeshData& mesh) {
     std::vector<std::uint32_t> next(mesh.corners.size());
     for (std::size_t face = 0; face < mesh.FaceCount(); ++face) {
@@ -80,9 +80,9 @@ std::vector<std::uint32_t> NextCorners(const MeshData& mesh) {
     return next;
 }
 
-/// Across a smooth edge the two faces share their normals at both of its ends.
-Groups SmoothGroups(const MeshData& mesh, const std::vector<int>& vertices) {
-    Groups groups(mesh.corners.size());
+/// CornerGroups the corners at both ends of each smooth edge.
+CornerGroups SmoothGroups(const MeshData& mesh, const std::vector<int>& vertices) {
+    CornerGroups groups(mesh.corners.size());
     const std::vector<std::uint32_t> next = NextCorners(mesh);
     std::vector<std::uint32_t> firstAlong(mesh.edges.size(), NONE);
     for (std::size_t i = 0; i < mesh.corners.size(); ++i) {
@@ -108,7 +108,7 @@ Groups SmoothGroups(const MeshData& mesh, const std::vector<int>& vertices) {
 }
 
 std::vector<V3f> CornerNormals(const MeshData& mesh, const std::vector<int>& vertices) {
-    Groups groups = SmoothGroups(mesh, vertices);
+    CornerGroups groups = SmoothGroups(mesh, vertices);
     std::vector<V3f> sums(mesh.corners.size(), V3f(0.0f));
     for (std::size_t face = 0; face < mesh.FaceCount(); ++face) {
         const std::size_t begin = mesh.FaceBegin(face);
@@ -224,7 +224,7 @@ void MeshTessellation::ClipEars(std::size_t first, std::size_t count, const V3f&
     };
     std::size_t at = 0;
     while (ring.size() > 3) {
-        // Without an ear the face crosses itself, and any cut is as good.
+        // A face without an ear intersects itself; then any cut will do.
         for (std::size_t tries = 0; tries < ring.size() && !isEar(at % ring.size()); ++tries) {
             ++at;
         }

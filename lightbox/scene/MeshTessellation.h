@@ -9,8 +9,8 @@ namespace lightbox {
 
 class MeshData;
 
-/// A mesh as it is drawn: triangles with a normal at each corner, and its edges as lines. Faces and edges
-/// that the mesh's indexes make no sense of are left out.
+/// The drawable form of a mesh: triangles with a normal at each corner, and its edges as lines. Leaves out
+/// faces and edges with invalid indices.
 class MeshTessellation {
 public:
     explicit MeshTessellation(const MeshData& mesh);
@@ -29,7 +29,7 @@ public:
 private:
     void AddFaces(const MeshData& mesh);
     void AddLines(const MeshData& mesh);
-    /// Cuts a face whose corners are the last `count` ones into triangles.
+    /// Triangulates the face made of the last `count` corners.
     void Triangulate(std::size_t count);
     bool IsFan(std::size_t first, std::size_t count, const Imath::V3f& normal) const;
     void ClipEars(std::size_t first, std::size_t count, const Imath::V3f& normal);

@@ -11,10 +11,10 @@ namespace {
 
 using Kind = AttributeKind;
 
-/// Most subdivisions along one side: what a file says must not take all memory.
+/// Maximum subdivisions along one side, so that a number in a file cannot exhaust the memory.
 constexpr double MAX_SUBDIVISIONS = 1000;
 
-/// What a primitive's shape depends on.
+/// The numbers that determine a primitive's shape.
 using Numbers = std::vector<double>;
 
 struct GeneratedMesh {
@@ -22,7 +22,7 @@ struct GeneratedMesh {
     std::shared_ptr<const MeshData> mesh;
 };
 
-/// A compute function that makes the mesh anew only when one of the numbers is another one.
+/// A compute function that rebuilds the mesh only when one of the numbers has changed.
 NodeType::ComputeFunction MadeFrom(std::vector<std::string> names,
                                    std::function<std::shared_ptr<MeshData>(const Numbers&)> make) {
     names.insert(names.begin(), {"axisX", "axisY", "axisZ"});
@@ -88,7 +88,7 @@ void AddPrimitives(TypeRegistry& registry) {
                 return Make(poly::Cube{n[0], n[1], n[2], Whole(n[3]), Whole(n[4]), Whole(n[5])});
             }));
     for (const char* name : {"sw", "sh", "sd"}) {
-        // A cube has six sides of that many.
+        // A cube has six such sides.
         registry.FindNodeType("polyCube")->FindAttribute(name)->maximum = MAX_SUBDIVISIONS / 2;
     }
     MakePrimitive(registry, "polyPlane",

@@ -43,7 +43,7 @@ Node::Node(std::shared_ptr<const NodeType> type)
 }
 
 Node::~Node() {
-    // The plug-in's object may still ask its node for something while it goes.
+    // The plug-in's object may still use its node while it is destroyed.
     userNode_.reset();
     states_.clear();
     --type_->liveNodes;

@@ -18,23 +18,23 @@ namespace lightbox {
 
 class Scene;
 
-/// What a node holds for one of its plugs. Only plugs that differ from their attribute have one.
+/// What a node stores for one of its plugs. Only plugs that differ from their attribute have a state.
 struct PlugState {
     AttributeValue value;
     bool isSet = false;
     bool locked = false;
-    /// Unset: as the attribute says.
+    /// Null: as in the attribute.
     std::optional<bool> keyable;
     std::optional<bool> channelBox;
-    /// The evaluation of the scene (Timeline::Evaluations) for which the value stands in front of the
-    /// animation that drives the plug; 0 for none. No part of what makes two states equal.
+    /// The evaluation of the scene (Timeline::Evaluations) during which the value overrides the animation
+    /// that drives the plug; 0 for none. Not compared by operator==.
     std::uint64_t heldAt = 0;
 
     bool IsDefault() const { return !isSet && !locked && !keyable && !channelBox; }
     bool operator==(const PlugState& other) const;
 };
 
-/// A node. The scene owns those that are in it; undo items and handles keep others alive.
+/// A node. The scene owns the nodes in it; undo items and handles keep others alive.
 class Node : public Object {
 public:
     using PlugKey = std::pair<const Attribute*, int>;
@@ -51,52 +51,55 @@ public:
     }
 
     const NodeType& Type() const { return *type_; }
-    /// With its namespace: "ns:name".
+    /// The name with its namespace: "ns:name".
     const std::string& Name() const { return name_; }
-    /// Null while the node is not in a scene.
+    /// The scene that holds the node; null outside a scene.
     Scene* InScene() const { return scene_; }
-    /// Order of creation; never used twice.
+    /// Creation number; never used twice.
     std::uint64_t Serial() const { return serial_; }
-    /// The plug-in's object behind the node; null for the host's own types.
+    /// The plug-in's object of the node; null for the host's own types.
     MPxNode* UserNode() const { return userNode_.get(); }
 
-    /// Made when it is first asked for.
+    /// The UUID, made on the first call.
     const std::string& Uuid();
     void SetUuid(const std::string& uuid) { uuid_ = uuid; }
 
-    /// By long or short name, children and dynamic ones included.
+    /// Finds an attribute by long or short name, children and dynamic attributes included. Null for none.
     std::shared_ptr<Attribute> FindAttribute(const std::string& name) const;
-    /// Top level attributes: the type's, then dynamic ones.
+    /// Top-level attributes: the type's, then the dynamic ones.
     std::vector<std::shared_ptr<Attribute>> Attributes() const;
     const std::vector<std::shared_ptr<Attribute>>& DynamicAttributes() const { return dynamic_; }
-    /// False when the node has an attribute of one of its names.
-    bool AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t position = ~std::size_t(0));
-    /// What its plugs hold stays until TakeStates(). False when it is not a dynamic attribute of this node.
+    /// Returns false when the node has an attribute with one of the names already.
+    bool AddDynamicAttribute(std::shared_ptr<Attribute> attribute, std::size_t position = ~std::size_t{0});
+    /// Removes a dynamic attribute. The states of its plugs stay until TakeStates(). Returns false when it is
+    /// not a dynamic attribute of this node.
     bool RemoveDynamicAttribute(const Attribute& attribute);
-    /// Moves out what the plugs of an attribute, and of those below it, hold: an attribute that leaves the
-    /// node takes it along, or an attribute that is made later at the same address would find it.
+    /// Moves out the plug states of an attribute and of its children. An attribute that leaves the node must
+    /// take them along: a later attribute at the same address would find them.
     PlugStates TakeStates(const Attribute& attribute);
     /// Puts back what TakeStates() moved out.
     void PutStates(PlugStates states);
 
-    /// Null when nothing was ever set.
+    /// The state of a plug; null when nothing was ever set.
     const PlugState* FindState(const Attribute& attribute, int element = -1) const;
     PlugState& State(const Attribute& attribute, int element = -1);
     void SetState(const Attribute& attribute, int element, const PlugState& state);
-    /// Rises whenever something of its plugs is set: for those who keep what they made of it.
+    /// Increases when a plug of the node is set; for caches.
     std::uint64_t Revision() const { return revision_; }
-    /// Indexes of the elements that an array attribute has, in order; also those that only children have.
+    /// The indices of the existing elements of an array attribute, in order; also those that only its
+    /// children have.
     std::vector<int> Elements(const Attribute& attribute) const;
 
-    /// What the type's compute function keeps of its last result; nobody else's.
+    /// A cache that belongs to the type's compute function.
     mutable std::shared_ptr<void> computed;
     bool locked = false;
-    /// Made with the scene: cannot be deleted, and scene files only refer to it.
+    /// Made with every new scene (time1 and the like): cannot be deleted, and scene files only refer to it.
     bool isDefault = false;
-    /// Every scene has one of its name, like the start-up cameras: cannot be deleted, and files share it.
+    /// A node that every scene has under this name, like the start-up cameras: cannot be deleted, and files
+    /// share it.
     bool isShared = false;
     bool doNotWrite = false;
-    /// Name of the reference that brought the node; empty for the scene's own nodes.
+    /// The file reference that brought the node; empty for the scene's own nodes.
     std::string reference;
 
 private:

@@ -16,7 +16,7 @@ namespace lightbox {
 
 class Node;
 
-/// A type of node: its place in the hierarchy of types and its attributes, inherited ones first.
+/// A node type: its place in the type hierarchy and its attributes, inherited ones first.
 class NodeType {
 public:
     /// Computes an output attribute of a node; nullopt leaves the stored value.
@@ -29,33 +29,33 @@ public:
     const std::shared_ptr<const NodeType>& Base() const { return base_; }
     MFn::Type ApiType() const { return apiType_; }
     bool HasFn(MFn::Type type) const;
-    /// True for the type itself and those it derives from.
+    /// True for its own name and those of its base types.
     bool IsA(const std::string& typeName) const;
     bool IsDag() const { return HasFn(MFn::kDagNode); }
     bool IsShape() const { return HasFn(MFn::kShape); }
     bool IsTransform() const { return HasFn(MFn::kTransform); }
 
-    /// False when a name is taken, also by a child.
+    /// Returns false when a name is taken, by an attribute or a child.
     bool AddAttribute(std::shared_ptr<Attribute> attribute);
-    /// Top level attributes in order.
+    /// Top-level attributes in order.
     const std::vector<std::shared_ptr<Attribute>>& Attributes() const { return attributes_; }
-    /// By long or short name, children included.
+    /// Finds an attribute by long or short name, children included. Null for none.
     std::shared_ptr<Attribute> FindAttribute(const std::string& name) const;
 
     const ComputeFunction& Compute() const { return compute_; }
     void SetCompute(ComputeFunction compute) { compute_ = std::move(compute); }
 
     unsigned id = 0; ///< MTypeId; 0 for a type without one
-    /// Makes what a plug-in adds to a new node and ties it to that; null when the plug-in fails. Empty for a
-    /// type of the host.
+    /// Makes the plug-in's object for a new node and ties the two together; null when the plug-in fails.
+    /// Empty for the host's own types.
     std::function<std::unique_ptr<MPxNode>(Node&)> creator;
-    std::string plugin; ///< empty for a type of the host
+    std::string plugin; ///< name of the plug-in; empty for the host's own types
     std::string classification;
     /// Cannot be created by name.
     bool isAbstract = false;
-    /// What a new node is called: this and a number. Empty: the type's name.
+    /// Base of the default name, which gets a number. Empty: the type's name.
     std::string defaultName;
-    /// Nodes that exist right now, in the scene or held elsewhere.
+    /// Number of existing nodes, in the scene or held elsewhere.
     mutable int liveNodes = 0;
 
 private:

@@ -2,7 +2,7 @@
 
 namespace lightbox {
 
-/// A base for what stays where it was made: neither copied nor moved.
+/// Base class for objects that can be neither copied nor moved.
 class NonCopyable {
 public:
     NonCopyable(const NonCopyable&) = delete;

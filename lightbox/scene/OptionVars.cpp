@@ -15,8 +15,8 @@ namespace lightbox {
 
 namespace {
 
-/// An int and a double of the same number are told apart by the key that names their kind.
-const char* const KINDS[] = {"int", "float", "string", "ints", "floats", "strings"};
+/// The JSON keys that name a value's type, so that 1 and 1.0 stay different.
+const char* const TYPE_KEYS[] = {"int", "float", "string", "ints", "floats", "strings"};
 
 QJsonValue Json(int value) {
     return value;
@@ -57,7 +57,8 @@ std::string Text(const QJsonValue& json) {
 }
 
 OptionVars::Value FromJson(const QString& kind, const QJsonValue& json) {
-    switch (std::find(std::begin(KINDS), std::end(KINDS), kind.toStdString()) - std::begin(KINDS)) {
+    switch (std::find(std::begin(TYPE_KEYS), std::end(TYPE_KEYS), kind.toStdString()) -
+            std::begin(TYPE_KEYS)) {
     case 0:
         return Int(json);
     case 1:
@@ -129,7 +130,7 @@ bool OptionVars::Save() {
     for (const auto& entry : values_) {
         const QJsonValue json = std::visit([](const auto& value) { return Json(value); }, entry.second);
         all[QString::fromStdString(entry.first)] =
-            QJsonObject{{QString::fromLatin1(KINDS[entry.second.index()]), json}};
+            QJsonObject{{QString::fromLatin1(TYPE_KEYS[entry.second.index()]), json}};
     }
     QDir().mkpath(QFileInfo(QString::fromStdString(file_)).path());
     QSaveFile file(QString::fromStdString(file_));

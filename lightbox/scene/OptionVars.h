@@ -7,25 +7,24 @@
 
 namespace lightbox {
 
-/// The user's option variables: named values that outlive the session. They are read from the preference
-/// folder at the start and written there by Save(); a file that is damaged is taken as empty.
+/// The user's option variables: named values that outlive the session. The constructor reads them from the
+/// preference folder, Save() writes them there. A damaged file counts as empty.
 class OptionVars {
 public:
     using Value = std::variant<int, double, std::string, std::vector<int>, std::vector<double>,
                                std::vector<std::string>>;
 
-    /// With an empty folder nothing is read or written.
+    /// With an empty folder, nothing is read or written.
     explicit OptionVars(const std::string& folder);
 
     bool Has(const std::string& name) const { return values_.count(name) != 0; }
-    /// Null when there is none.
+    /// Returns null when there is none.
     const Value* Find(const std::string& name) const;
     void Set(const std::string& name, Value value);
     bool Remove(const std::string& name);
     std::vector<std::string> Names() const;
 
-    /// Writes the file when something changed. False when it could not be written; the old one is then as it
-    /// was.
+    /// Writes the file if something changed. Returns false if that fails; the old file then stays intact.
     bool Save();
 
 private:

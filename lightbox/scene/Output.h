@@ -6,12 +6,13 @@
 
 namespace lightbox {
 
-/// Where messages go. In batch, print writes to standard output as it is; infos, warnings and errors are
-/// lines on standard error in the host's wording ("// Warning: ... //"). A sink takes them all instead.
+/// Writes messages. In batch, print writes to standard output unchanged; infos, warnings and errors are lines
+/// on standard error with the host's marks ("// Warning: ... //"). With a sink, all messages go to the sink
+/// instead.
 class Output {
 public:
     enum class Kind { Print, Result, Info, Warning, Error, Progress };
-    /// Receives the bare message, without the wording.
+    /// Receives the plain message, without the marks.
     using Sink = std::function<void(Kind, const std::string&)>;
 
     void Print(const std::string& text) { Write(Kind::Print, text); }
@@ -20,23 +21,22 @@ public:
     void Info(const std::string& text) { Write(Kind::Info, text); }
     void Warning(const std::string& text) { Write(Kind::Warning, text); }
     void Error(const std::string& text);
-    /// An error that a script has caught: shown, but not counted.
+    /// Shows an error that a script has caught, without counting it.
     void CaughtError(const std::string& text) { Write(Kind::Error, text); }
     void Progress(const std::string& text) { Write(Kind::Progress, text); }
 
-    /// Errors reported so far; a batch run's exit status depends on it.
+    /// Number of errors reported so far; a batch run's exit status depends on it.
     int ErrorCount() const { return errors_; }
-    /// The text of the latest of them.
+    /// The text of the latest error.
     const std::string& LastError() const { return lastError_; }
-    /// Sets the count back to what it was: what was reported since belongs to an error that a script has
-    /// caught.
+    /// Sets the error count back to `count`, because a script has caught the errors since then.
     void ForgiveErrors(int count) { errors_ = count; }
 
-    /// Replaces the sink and returns the one before; an empty function stands for standard output and error.
+    /// Replaces the sink and returns the old one. An empty function means standard output and error.
     Sink SetSink(Sink sink);
-    /// Also gets every message, whatever the sink is.
+    /// Sets a function that also gets every message, with or without a sink.
     void SetLog(Sink log) { log_ = std::move(log); }
-    /// The wording of a message as a line, with its line break (except for print).
+    /// The message as a line with its marks and line break (except for print).
     static std::string Worded(Kind kind, const std::string& text);
 
 private:

@@ -26,8 +26,8 @@ V4d ToClip(const V3f& point, const M44d& matrix) {
     return V4d(point.x, point.y, point.z, 1.0) * matrix;
 }
 
-/// Nearest point of a line to a place, as the part of the way from its start.
-double NearestPart(const V2d& start, const V2d& end, const V2d& place) {
+/// The point of a line nearest to a position, as a fraction of the way from its start.
+double NearestFraction(const V2d& start, const V2d& end, const V2d& place) {
     const V2d way = end - start;
     const double length = way.dot(way);
     return length > 0.0 ? std::clamp((place - start).dot(way) / length, 0.0, 1.0) : 0.0;
@@ -37,7 +37,7 @@ V2d OnScreen(const V3d& point) {
     return {point.x, point.y};
 }
 
-/// Whether a line has a point in the rectangle, by cutting it at each side.
+/// Whether a line crosses the rectangle; clips it at each side.
 bool Crosses(const V2d& start, const V2d& end, const QRectF& rectangle) {
     double from = 0.0;
     double to = 1.0;
@@ -54,7 +54,7 @@ bool Crosses(const V2d& start, const V2d& end, const QRectF& rectangle) {
            cut(-way.y, start.y - rectangle.top()) && cut(way.y, rectangle.bottom() - start.y);
 }
 
-/// How far along the ray the triangle is hit, in parts of its direction.
+/// The distance to the hit of a ray with a triangle, in lengths of `direction`; null for a miss.
 std::optional<double> HitTriangle(const V3d& origin, const V3d& direction, const V3d& a, const V3d& b,
                                   const V3d& c) {
     const V3d ab = b - a;
@@ -104,7 +104,7 @@ bool Picker::AnyLine(const VisibleShape& visible, const Function& function) cons
     const auto check = [&](const V3f& first, const V3f& second) {
         V4d start = ToClip(first, matrix);
         V4d end = ToClip(second, matrix);
-        // Signed distances from the near clipping plane.
+        // Signed distances to the near clipping plane.
         const double startRoom = start.z + start.w;
         const double endRoom = end.z + end.w;
         if (startRoom <= 0.0 && endRoom <= 0.0) {
@@ -178,14 +178,14 @@ DagNode* Picker::At(double x, double y, double tolerance) const {
     double nearest = MISSED;
     for (const VisibleShape& visible : shapes_) {
         double depth = HitSurface(visible, x, y);
-        // The lines of a surface add nothing to it.
+        // The lines of a surface lie within it.
         if (!filter_.surfaces || !MeshNode::Is(*visible.shape)) {
             AnyLine(visible, [&](const Line& line) {
                 const V2d start = OnScreen(line.start);
                 const V2d end = OnScreen(line.end);
-                const double part = NearestPart(start, end, place);
-                if ((start + (end - start) * part - place).length() <= tolerance) {
-                    depth = std::min(depth, line.start.z + (line.end.z - line.start.z) * part);
+                const double fraction = NearestFraction(start, end, place);
+                if ((start + (end - start) * fraction - place).length() <= tolerance) {
+                    depth = std::min(depth, line.start.z + (line.end.z - line.start.z) * fraction);
                 }
                 return false;
             });

@@ -14,12 +14,12 @@ namespace lightbox {
 
 namespace {
 
-/// Levels of connections that are followed. Deeper is a cycle, and reads what is stored.
+/// Maximum number of connections to follow. A longer chain is a cycle and returns the stored value.
 constexpr int MAX_CONNECTION_DEPTH = 200;
 
 int g_depth = 0;
 
-/// What drives a plug: its own source, or the part of its parent's source that stands at the same place.
+/// The plug that drives a plug: its own source, or the matching child of its parent's source.
 Plug DrivingPlug(const Plug& plug) {
     const Scene* scene = plug.node->InScene();
     if (!scene) {
@@ -39,7 +39,7 @@ Plug DrivingPlug(const Plug& plug) {
     return position < parentSource.attribute->Children().size() ? parentSource.Child(position) : Plug();
 }
 
-/// Whether the plug's value is another's, and not only an animation curve's.
+/// Whether a plug other than an animation curve's output drives this one.
 bool IsDriven(const Plug& plug) {
     return DrivingPlug(plug) && !plug.AnimationCurve();
 }

@@ -8,35 +8,34 @@
 
 namespace lightbox {
 
-/// A plug-in that could not be loaded or unloaded; what() is the message for the user.
+/// A failure to load or unload a plug-in; what() is the message for the user.
 class PluginError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// What commands and scene files may do with plug-ins.
+/// Loads and unloads plug-ins for commands and scene files.
 class PluginLoader {
 public:
     virtual ~PluginLoader() = default;
 
-    /// Loads a plug-in by name ("vellix2") or path. A name is looked for in the search path. Loading one that
-    /// is loaded already returns it unchanged. Throws PluginError when nothing is found or the entry point
-    /// refuses.
+    /// Loads a plug-in by name ("sketch"), looked up in the search path, or by path. Returns a plug-in that
+    /// is loaded already unchanged. Throws PluginError when nothing is found or the entry point fails.
     virtual Plugin& Load(const std::string& nameOrPath) = 0;
 
-    /// Unloads a plug-in and drops the undo queue, which may hold its commands. While nodes of its types
-    /// exist in the scene it refuses (PluginError), unless `force` is given: then those nodes become unknown
-    /// nodes that keep what they held as text.
+    /// Unloads a plug-in and empties the undo queue, which may hold its commands. Throws PluginError while
+    /// the scene has nodes of its types, unless `force` is set: then those nodes become unknown nodes that
+    /// keep their content as text.
     virtual void Unload(const std::string& name, bool force) = 0;
 
-    /// Whether a scene file that requires a plug-in gets it loaded.
+    /// Whether reading a scene file loads the plug-ins it requires.
     virtual bool LoadsOnDemand() const = 0;
 
-    /// The loaded plug-in of that name (or path), or null.
+    /// The loaded plug-in with that name or path, or null.
     virtual Plugin* Find(const std::string& nameOrPath) const = 0;
     /// Every loaded plug-in, in order of loading.
     virtual std::vector<Plugin*> Loaded() const = 0;
-    /// The library that a name or path stands for; empty when there is none.
+    /// The library file for a name or path; empty when there is none.
     virtual std::string FindFile(const std::string& nameOrPath) const = 0;
 };
 

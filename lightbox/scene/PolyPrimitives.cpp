@@ -14,25 +14,25 @@ namespace {
 using Imath::V2d;
 using Imath::V3d;
 
-double Part(int step, int steps) {
+double Fraction(int step, int steps) {
     return static_cast<double>(step) / steps;
 }
 
-/// Around the y axis, where the rings of round primitives begin: the first vertex lies one step from x
-/// towards -z, the last on x.
+/// A vertex on a ring around the y axis. The first vertex lies one step from x towards -z, the last one on x.
 V3d OnRing(double radius, double y, int step, int steps) {
-    const double angle = 2.0 * M_PI * Part(step + 1, steps);
+    const double angle = 2.0 * M_PI * Fraction(step + 1, steps);
     return {radius * std::cos(angle), y, -radius * std::sin(angle)};
 }
 
-/// One side of a cube: its corners' numbers by column and row, counterclockwise seen from outside.
+/// Adds one side of a cube. `vertexOf` returns the vertex at a column and row; the order is counterclockwise
+/// from outside.
 template <class VertexOf>
 void AddGrid(MeshBuilder& builder, int columns, int rows, const V2d& uvOrigin, const V2d& uvSize,
              const VertexOf& vertexOf) {
     const int firstUv = builder.AddUv(uvOrigin.x, uvOrigin.y);
     for (int i = 1; i < (columns + 1) * (rows + 1); ++i) {
-        builder.AddUv(uvOrigin.x + uvSize.x * Part(i % (columns + 1), columns),
-                      uvOrigin.y + uvSize.y * Part(i / (columns + 1), rows));
+        builder.AddUv(uvOrigin.x + uvSize.x * Fraction(i % (columns + 1), columns),
+                      uvOrigin.y + uvSize.y * Fraction(i / (columns + 1), rows));
     }
     const auto uvOf = [&](int column, int row) { return firstUv + row * (columns + 1) + column; };
     for (int row = 0; row < rows; ++row) {
@@ -45,8 +45,8 @@ void AddGrid(MeshBuilder& builder, int columns, int rows, const V2d& uvOrigin, c
     }
 }
 
-/// The vertices of a cube: rows of x around the outline seen from the side, which runs up the front, over the
-/// top, down the back and along the bottom; then what the left and the right side have inside.
+/// The vertices of a cube: first rows along x around the outline seen from the side (up the front, over the
+/// top, down the back, along the bottom), then the inner vertices of the left and the right side.
 class CubeVertices {
 public:
     CubeVertices(MeshBuilder& builder, const Cube& cube)
@@ -55,7 +55,7 @@ public:
         for (int ring = 0; ring < ringLength_; ++ring) {
             const V2d yz = Outline(ring);
             for (int x = 0; x <= cube.acrossWidth; ++x) {
-                builder.AddVertex(Position(Part(x, cube.acrossWidth), yz.x, yz.y));
+                builder.AddVertex(Position(Fraction(x, cube.acrossWidth), yz.x, yz.y));
             }
         }
         for (const double x : {1.0, 0.0}) {
@@ -63,7 +63,7 @@ public:
             for (int y = 1; y < cube.acrossHeight; ++y) {
                 for (int z = 1; z < cube.acrossDepth; ++z) {
                     builder.AddVertex(
-                        Position(x, Part(y, cube.acrossHeight), 1.0 - Part(z, cube.acrossDepth)));
+                        Position(x, Fraction(y, cube.acrossHeight), 1.0 - Fraction(z, cube.acrossDepth)));
                 }
             }
         }
@@ -71,7 +71,7 @@ public:
 
     int RingLength() const { return ringLength_; }
     int OnRing(int x, int ring) const { return (ring % ringLength_) * (cube_.acrossWidth + 1) + x; }
-    /// On the right or left side; z counts from the front to the back.
+    /// A vertex of the right or left side; z counts from the front to the back.
     int OnSide(bool right, int z, int y) const {
         const int x = right ? cube_.acrossWidth : 0;
         if (z == 0) {
@@ -93,20 +93,20 @@ private:
     V3d Position(double x, double y, double z) const {
         return {(x - 0.5) * cube_.width, (y - 0.5) * cube_.height, (z - 0.5) * cube_.depth};
     }
-    /// y and z, from 0 to 1.
+    /// The y and z of an outline row, from 0 to 1.
     V2d Outline(int ring) const {
         const int height = cube_.acrossHeight;
         const int depth = cube_.acrossDepth;
         if (ring < height) {
-            return {Part(ring, height), 1.0};
+            return {Fraction(ring, height), 1.0};
         }
         if (ring < height + depth) {
-            return {1.0, 1.0 - Part(ring - height, depth)};
+            return {1.0, 1.0 - Fraction(ring - height, depth)};
         }
         if (ring < 2 * height + depth) {
-            return {1.0 - Part(ring - height - depth, height), 0.0};
+            return {1.0 - Fraction(ring - height - depth, height), 0.0};
         }
-        return {0.0, Part(ring - 2 * height - depth, depth)};
+        return {0.0, Fraction(ring - 2 * height - depth, depth)};
     }
 
     Cube cube_;
@@ -130,7 +130,8 @@ void HardenCube(MeshBuilder& builder, const CubeVertices& vertices, const Cube& 
     }
 }
 
-/// Faces between two rings, or between a ring and a point (which `upper` is then, for every step).
+/// A band of faces between two rings, or between a ring and a point. For a point, `upper` is the same vertex
+/// at every step.
 struct Band {
     int lower;
     int upper;
@@ -173,7 +174,8 @@ int AddRing(MeshBuilder& builder, double radius, double y, int around) {
     return first;
 }
 
-/// The flat end of a cylinder or cone: rings inside the outermost one, down to a point; one face without any.
+/// Adds the flat end of a cylinder or cone: rings inside the outermost one, down to a point. Without rings,
+/// one face.
 void AddCap(MeshBuilder& builder, const Cylinder& shape, int outline, bool isTop) {
     const double y = isTop ? shape.height * 0.5 : -shape.height * 0.5;
     const auto addFacing = [&](const Band& inner) {
@@ -198,13 +200,14 @@ void AddCap(MeshBuilder& builder, const Cylinder& shape, int outline, bool isTop
     }
     int outer = outline;
     for (int ring = 1; ring < shape.onCaps; ++ring) {
-        const int inner = AddRing(builder, shape.radius * (1.0 - Part(ring, shape.onCaps)), y, shape.around);
-        addFacing({outer, inner, Part(ring - 1, shape.onCaps), Part(ring, shape.onCaps)});
+        const int inner =
+            AddRing(builder, shape.radius * (1.0 - Fraction(ring, shape.onCaps)), y, shape.around);
+        addFacing({outer, inner, Fraction(ring - 1, shape.onCaps), Fraction(ring, shape.onCaps)});
         outer = inner;
     }
     if (shape.onCaps > 0) {
-        addFacing({outer, builder.AddVertex({0.0, y, 0.0}), Part(shape.onCaps - 1, shape.onCaps), 1.0, false,
-                   true});
+        addFacing({outer, builder.AddVertex({0.0, y, 0.0}), Fraction(shape.onCaps - 1, shape.onCaps), 1.0,
+                   false, true});
     }
     for (int i = 0; i < shape.around; ++i) {
         builder.Harden(outline + i, outline + (i + 1) % shape.around);
@@ -220,7 +223,7 @@ std::shared_ptr<MeshData> Make(const Cube& wanted) {
     }
     MeshBuilder builder;
     const CubeVertices vertices(builder, cube);
-    // Front, top, back and bottom stand above one another in texture space, the sides beside the front.
+    // In texture space, front, top, back and bottom are stacked; the sides are beside the front.
     int ring = 0;
     double v = 0.0;
     for (const int rows : {cube.acrossHeight, cube.acrossDepth, cube.acrossHeight, cube.acrossDepth}) {
@@ -243,8 +246,8 @@ std::shared_ptr<MeshData> Make(const Plane& plane) {
     MeshBuilder builder;
     for (int row = 0; row <= rows; ++row) {
         for (int column = 0; column <= columns; ++column) {
-            builder.AddVertex(
-                {(Part(column, columns) - 0.5) * plane.width, 0.0, (0.5 - Part(row, rows)) * plane.height});
+            builder.AddVertex({(Fraction(column, columns) - 0.5) * plane.width, 0.0,
+                               (0.5 - Fraction(row, rows)) * plane.height});
         }
     }
     AddGrid(builder, columns, rows, {0.0, 0.0}, {1.0, 1.0},
@@ -257,17 +260,18 @@ std::shared_ptr<MeshData> Make(const Sphere& sphere) {
     const int along = std::max(3, sphere.along);
     MeshBuilder builder;
     for (int ring = 1; ring < along; ++ring) {
-        const double angle = M_PI * Part(ring, along);
+        const double angle = M_PI * Fraction(ring, along);
         AddRing(builder, sphere.radius * std::sin(angle), -sphere.radius * std::cos(angle), around);
     }
     const int south = builder.AddVertex({0.0, -sphere.radius, 0.0});
     const int north = builder.AddVertex({0.0, sphere.radius, 0.0});
     for (int ring = 1; ring < along - 1; ++ring) {
-        AddBand(builder, {(ring - 1) * around, ring * around, Part(ring, along), Part(ring + 1, along)},
+        AddBand(builder,
+                {(ring - 1) * around, ring * around, Fraction(ring, along), Fraction(ring + 1, along)},
                 around);
     }
-    AddBand(builder, {south, 0, 0.0, Part(1, along), true, false}, around);
-    AddBand(builder, {(along - 2) * around, north, Part(along - 1, along), 1.0, false, true}, around);
+    AddBand(builder, {south, 0, 0.0, Fraction(1, along), true, false}, around);
+    AddBand(builder, {(along - 2) * around, north, Fraction(along - 1, along), 1.0, false, true}, around);
     return builder.Take();
 }
 
@@ -279,19 +283,19 @@ std::shared_ptr<MeshData> Make(const Cylinder& wanted) {
     MeshBuilder builder;
     const int lastRing = shape.isCone ? shape.along - 1 : shape.along;
     for (int ring = 0; ring <= lastRing; ++ring) {
-        const double part = Part(ring, shape.along);
-        AddRing(builder, shape.isCone ? shape.radius * (1.0 - part) : shape.radius,
-                (part - 0.5) * shape.height, shape.around);
+        const double fraction = Fraction(ring, shape.along);
+        AddRing(builder, shape.isCone ? shape.radius * (1.0 - fraction) : shape.radius,
+                (fraction - 0.5) * shape.height, shape.around);
     }
     const int apex = shape.isCone ? builder.AddVertex({0.0, shape.height * 0.5, 0.0}) : -1;
     for (int ring = 0; ring < lastRing; ++ring) {
         AddBand(builder,
-                {ring * shape.around, (ring + 1) * shape.around, Part(ring, shape.along),
-                 Part(ring + 1, shape.along)},
+                {ring * shape.around, (ring + 1) * shape.around, Fraction(ring, shape.along),
+                 Fraction(ring + 1, shape.along)},
                 shape.around);
     }
     if (shape.isCone) {
-        AddBand(builder, {lastRing * shape.around, apex, Part(lastRing, shape.along), 1.0, false, true},
+        AddBand(builder, {lastRing * shape.around, apex, Fraction(lastRing, shape.along), 1.0, false, true},
                 shape.around);
     }
     AddCap(builder, shape, 0, false);

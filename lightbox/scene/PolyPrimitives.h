@@ -6,8 +6,8 @@
 
 namespace lightbox {
 
-/// The polygon primitives, with the order of vertices that modelling scripts count on. Sizes in centimetres;
-/// made along the y axis around the origin. Subdivisions below their least are taken as that.
+/// Polygon primitives, with the vertex order that modelling scripts expect. Sizes are in centimetres; the
+/// axis is y, the centre the origin. Subdivisions below the minimum count as the minimum.
 namespace poly {
 
 struct Cube {
@@ -29,7 +29,7 @@ struct Sphere {
     int around = 20;
     int along = 20;
 };
-/// A cone is one whose upper end is a point.
+/// A cylinder, or a cone: a cylinder whose upper end is a point.
 struct Cylinder {
     double radius = 1.0;
     double height = 2.0;
@@ -44,7 +44,7 @@ std::shared_ptr<MeshData> Make(const Plane& plane);
 std::shared_ptr<MeshData> Make(const Sphere& sphere);
 std::shared_ptr<MeshData> Make(const Cylinder& cylinder);
 
-/// Turns what was made along the y axis so that it stands along another; nothing for an axis without length.
+/// Rotates a mesh made along the y axis to another axis. Does nothing for an axis of length 0.
 void TurnTo(MeshData& mesh, const Imath::V3d& axis);
 
 } // namespace poly

@@ -40,7 +40,7 @@ void Scene::New() {
     connections_.Clear();
     byName_.clear();
     lowestFree_.clear();
-    // The nodes go only after the scene is in order: their plug-in objects may ask it something.
+    // Destroy the nodes only when the scene is consistent: their plug-in objects may use it.
     const std::map<std::uint64_t, std::shared_ptr<Node>> gone = std::move(nodes_);
     nodes_.clear();
     world_->children_.clear();
@@ -184,11 +184,11 @@ NodePlace Scene::Detach(Node& node) {
 }
 
 void Scene::Restore(const NodePlace& place) {
-    // The parent may have gone by an edit that was not recorded.
+    // An unrecorded edit may have deleted the parent.
     DagNode* parent = place.parent && place.parent->InScene() ? place.parent.get() : nullptr;
     Insert(place.node, FreeName(place.name, *place.node, parent), parent, place.index);
     for (const Connection& connection : place.connections) {
-        // The other end may have gone, or got another source, by an edit that was not recorded.
+        // An unrecorded edit may have deleted the other end or given it another source.
         if (connection.source.node->InScene() && connection.destination.node->InScene()) {
             connections_.Add(connection.source, connection.destination);
         }

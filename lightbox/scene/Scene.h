@@ -19,10 +19,10 @@ namespace lightbox {
 class EventBus;
 class Timeline;
 
-/// Everything needed to put a detached node back where it was.
+/// Everything needed to put a detached node back in its place.
 struct NodePlace {
     std::shared_ptr<Node> node;
-    /// Null for a node that is not in the DAG, the world for a top level node.
+    /// Null for a node outside the DAG, the world for a top-level node.
     std::shared_ptr<DagNode> parent;
     int index = -1;
     std::string name;
@@ -30,8 +30,8 @@ struct NodePlace {
     int selectionIndex = -1;
 };
 
-/// The nodes, their names, the DAG, connections and the selection. The operations here do not record undo;
-/// see Edit.h for those that do.
+/// The nodes, their names, the DAG, the connections and the selection. The operations here do not record
+/// undo; Edit.h has the undoable ones.
 class Scene : NonCopyable {
 public:
     Scene(EventBus& events, const Timeline& timeline);
@@ -50,68 +50,67 @@ public:
     /// cameras persp, top, front and side.
     void New();
 
-    /// A node that is not in the scene yet. For a plug-in's type its object is made and its postConstructor
-    /// has run. Throws SceneError for an abstract type and when the plug-in's creator yields nothing.
+    /// Makes a node outside the scene. For a plug-in's type, also makes the plug-in's object and runs its
+    /// postConstructor. Throws SceneError for an abstract type and when the plug-in's creator returns null.
     std::shared_ptr<Node> Make(const std::shared_ptr<const NodeType>& type);
-    /// Puts a made node into the scene under a name that is free (see FreeName); DAG nodes below the parent,
-    /// the world with none. Answers the name.
+    /// Puts a new node into the scene under a free name (see FreeName), which it returns. DAG nodes go below
+    /// the parent; null stands for the world.
     std::string Attach(const std::shared_ptr<Node>& node, const std::string& wantedName,
                        DagNode* parent = nullptr);
-    /// Takes a node out. Its children must have gone before.
+    /// Takes a node out of the scene. Its children must have been detached before.
     NodePlace Detach(Node& node);
     /// Puts a detached node back: name, position, connections and selection.
     void Restore(const NodePlace& place);
 
-    /// Rises with every change of the scene: a value, a connection, a node that comes, moves, or goes. Views
-    /// and what is cached for them compare it.
+    /// Increases with every change of a value, a connection or a node. Views and their caches compare it.
     std::uint64_t Revision() const { return revision_ + connections_.Revision(); }
-    /// Something changed that the scene does not see by itself.
+    /// Reports a change that the scene does not notice by itself.
     void Touch() { ++revision_; }
 
-    /// Nodes in the order of their creation.
+    /// The nodes in the order of their creation.
     std::vector<std::shared_ptr<Node>> Nodes() const;
     std::size_t NodeCount() const { return nodes_.size(); }
-    /// The node and all below it, depth first.
+    /// The node and all its descendants, depth first.
     static std::vector<DagNode*> Subtree(DagNode& root);
 
-    /// All nodes that a name or partial path ("b", "a|b", "|a|b", ":a", "ns:b") stands for.
+    /// All nodes that a name or partial path ("b", "a|b", "|a|b", ":a", "ns:b") matches.
     std::vector<std::shared_ptr<Node>> FindAll(const std::string& path) const;
-    /// The only one, or null when there is none or more than one.
+    /// The only node that matches; null for none or several.
     std::shared_ptr<Node> Find(const std::string& path) const;
-    /// Like FindAll, with * and ? in any part. A * does not reach across namespaces.
+    /// Like FindAll, with the wildcards * and ? in any part. A * does not match across namespaces.
     std::vector<std::shared_ptr<Node>> Matching(const std::string& pattern) const;
-    /// "node.attribute", "node.array[3].child", long or short names. Throws SceneError with the reason when
-    /// there is none.
+    /// Finds a plug by "node.attribute" or "node.array[3].child", with long or short names. Throws SceneError
+    /// with the reason when there is none.
     Plug FindPlug(const std::string& text) const;
     bool HasPlug(const std::string& text) const;
-    /// The name by which the node is shown: its name, or its shortest unambiguous path.
+    /// The node's name for messages and results: its name, or its shortest unambiguous path.
     static std::string ShownName(const Node& node);
 
-    /// The name itself when it is free, else with the next free number; a # at its end asks for a number. In
-    /// the DAG a name has to be free among the siblings and may not be that of a node outside the DAG.
-    /// Characters that no name has become underscores.
+    /// Returns `wanted` if it is free, else the name with the next free number; a # at its end asks for a
+    /// number. In the DAG a name must be free among the siblings and must not be that of a node outside the
+    /// DAG. Characters that names cannot have become underscores.
     std::string FreeName(const std::string& wanted, const Node& node, const DagNode* parent) const;
-    /// A name that no node has at all, from the type's default name and a number.
+    /// A name that no node has anywhere: the type's default name and a number.
     std::string FreeDefaultName(const NodeType& type) const;
-    /// The base with the lowest number that makes a name which no node has at all.
+    /// The base with the lowest number that makes a name which no node has anywhere.
     std::string FreeNumberedName(const std::string& base) const;
     bool IsNameTaken(const std::string& name) const { return byName_.count(name) != 0; }
     void Rename(Node& node, const std::string& freeName);
     void Move(DagNode& node, DagNode& parent, int index = -1);
     void Reorder(DagNode& node, int index);
 
-    /// Namespaces by full name ("a:b") without the root. Adding a node adds its namespaces.
+    /// The namespaces by full name ("a:b"), without the root. Attaching a node adds its namespaces.
     const std::set<std::string>& Namespaces() const { return namespaces_; }
     bool AddNamespace(const std::string& name);
-    /// Only one that is empty.
+    /// Returns false for a namespace that is not empty.
     bool RemoveNamespace(const std::string& name);
     void SetNamespaces(std::set<std::string> namespaces) { namespaces_ = std::move(namespaces); }
-    /// The namespace into which new names without one go; empty for the root.
+    /// The namespace for new names that have none; empty for the root.
     std::string currentNamespace;
-    /// A preference of the user: a new scene leaves it alone.
+    /// A preference of the user; New() keeps it.
     TangentDefaults tangentDefaults;
 
-    /// Whether a name is one that a pattern with * and ? stands for. Neither stands for a colon.
+    /// Whether a name matches a pattern with * and ?. Neither matches a colon.
     static bool MatchesName(const std::string& pattern, const std::string& name);
     static std::string NamespaceOf(const std::string& name);
     static std::string WithoutNamespace(const std::string& name);
@@ -134,7 +133,7 @@ private:
     std::set<std::string> namespaces_;
     std::uint64_t nextSerial_ = 1;
     std::uint64_t revision_ = 0;
-    /// By base: all lower numbers are taken.
+    /// By base name: all lower numbers are taken.
     mutable std::unordered_map<std::string, long long> lowestFree_;
 };
 

@@ -4,7 +4,7 @@
 
 namespace lightbox {
 
-/// An edit that the scene refuses; what() is the message for the user. Nothing has been changed.
+/// A refused edit; what() is the message for the user. The scene is unchanged.
 class SceneError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

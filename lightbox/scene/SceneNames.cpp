@@ -1,4 +1,4 @@
-// The part of Scene that deals with names: finding nodes and plugs by them, and keeping them unique.
+// The part of Scene that handles names: finds nodes and plugs by name, and keeps names unique.
 
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
@@ -20,12 +20,12 @@ std::vector<std::string> SplitPath(const std::string& path) {
     return parts;
 }
 
-/// A name as nodes hold it: ":a" is "a".
-std::string Plain(const std::string& name) {
+/// A name without the root namespace: ":a" becomes "a".
+std::string WithoutRoot(const std::string& name) {
     return !name.empty() && name[0] == ':' ? name.substr(1) : name;
 }
 
-/// Whether a pattern with * and ? matches a name. Neither stands for a colon.
+/// Whether a pattern with * and ? matches a name. Neither matches a colon.
 bool Matches(const char* pattern, const char* name) {
     for (; *pattern; ++pattern, ++name) {
         if (*pattern == '*') {
@@ -47,19 +47,19 @@ bool Matches(const char* pattern, const char* name) {
     return !*name;
 }
 
-/// Whether a node lies at the end of a path. `equal` compares a part of the path with a name.
+/// Whether a path leads to the node. `equal` compares a part of the path with a name.
 template <typename Equal>
 bool EndsPath(const Node& node, const std::vector<std::string>& parts, const Equal& equal) {
     const auto* dag = dynamic_cast<const DagNode*>(&node);
     if (!dag) {
-        return parts.size() == 1 && equal(Plain(parts.front()), node.Name());
+        return parts.size() == 1 && equal(WithoutRoot(parts.front()), node.Name());
     }
     for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
         const bool isRoot = part + 1 == parts.rend() && part->empty() && parts.size() > 1;
         if (isRoot) {
             return !dag || dag->IsWorld();
         }
-        if (!dag || dag->IsWorld() || !equal(Plain(*part), dag->Name())) {
+        if (!dag || dag->IsWorld() || !equal(WithoutRoot(*part), dag->Name())) {
             return false;
         }
         dag = dag->Parent();
@@ -67,7 +67,7 @@ bool EndsPath(const Node& node, const std::vector<std::string>& parts, const Equ
     return true;
 }
 
-/// A name whose illegal characters have become underscores; empty when nothing is left.
+/// The name with illegal characters replaced by underscores; empty when nothing is left.
 std::string LegalName(const std::string& wanted) {
     std::string name;
     for (const char c : wanted) {
@@ -81,8 +81,7 @@ std::string LegalName(const std::string& wanted) {
             name += c;
         } else if (byte < 0x80 && std::isdigit(byte)) {
             name += startsPart ? std::string("_") + c : std::string(1, c);
-        } else if ((byte & 0xc0) !=
-                   0x80) { // the bytes after the first of a character stand for nothing of their own
+        } else if ((byte & 0xc0) != 0x80) { // UTF-8 continuation bytes add nothing
             name += '_';
         }
     }
@@ -92,10 +91,10 @@ std::string LegalName(const std::string& wanted) {
     return name;
 }
 
-/// Takes the number from the end of a name; -1 when there is none.
+/// Cuts the number off the end of a name and returns it; -1 when there is none.
 long long TakeNumber(std::string& name) {
     std::size_t end = name.size();
-    // Numbers longer than this are no counter.
+    // Longer numbers do not count as a counter.
     while (end > 0 && name.size() - end < 9 && std::isdigit(static_cast<unsigned char>(name[end - 1]))) {
         --end;
     }
@@ -107,7 +106,7 @@ long long TakeNumber(std::string& name) {
     return number;
 }
 
-/// An attribute as it stands in a plug's text: its name and its index.
+/// A part of a plug path: attribute name and index.
 struct AttributePart {
     std::string name;
     int index = -1;
@@ -147,7 +146,7 @@ std::string Scene::WithoutNamespace(const std::string& name) {
 
 std::vector<std::shared_ptr<Node>> Scene::FindAll(const std::string& path) const {
     const std::vector<std::string> parts = SplitPath(path);
-    const auto found = byName_.find(Plain(parts.back()));
+    const auto found = byName_.find(WithoutRoot(parts.back()));
     std::vector<std::shared_ptr<Node>> nodes;
     if (found != byName_.end()) {
         for (Node* node : found->second) {

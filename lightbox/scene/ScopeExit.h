@@ -6,8 +6,8 @@
 
 namespace lightbox {
 
-/// Calls a function when the block that it stands in ends, also by an exception. What only sets a variable
-/// for a while takes QScopedValueRollback.
+/// Calls a function at the end of its scope, also on an exception. To set a variable for the scope, use
+/// QScopedValueRollback.
 template <class Function>
 class ScopeExit : NonCopyable {
 public:

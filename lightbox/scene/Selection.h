@@ -10,8 +10,8 @@ namespace lightbox {
 
 class EventBus;
 
-/// The active selection: nodes in the order they were selected. Fires "SelectionChanged" when it becomes
-/// another one, and keeps the condition "SomethingSelected".
+/// The active selection: nodes in the order they were selected. Fires "SelectionChanged" when it changes, and
+/// keeps the condition "SomethingSelected".
 class Selection {
 public:
     using List = std::vector<std::shared_ptr<Node>>;
@@ -21,11 +21,11 @@ public:
 
     const List& Get() const { return nodes_; }
     bool Contains(const Node& node) const;
-    /// Nodes listed twice count once.
+    /// Selects these nodes; duplicates count once.
     void Set(const List& nodes);
     void Clear() { Set({}); }
 
-    /// While one exists, the event waits for the end.
+    /// Delays the event until its own end.
     class Hold : NonCopyable {
     public:
         explicit Hold(Selection& selection)

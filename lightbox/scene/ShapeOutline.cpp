@@ -58,17 +58,17 @@ void AddFrustum(std::vector<V3f>& lines, const std::vector<V3f>& back, const std
 }
 
 void AddReel(std::vector<V3f>& lines, float y, float z) {
-    constexpr int SIDES = 12;
-    constexpr float RADIUS = 0.28f;
+    constexpr int sides = 12;
+    constexpr float radius = 0.28f;
     std::vector<V3f> circle;
-    for (int i = 0; i < SIDES; ++i) {
-        const auto angle = static_cast<float>(2.0 * M_PI * i / SIDES);
-        circle.emplace_back(0.0f, y + RADIUS * std::sin(angle), z + RADIUS * std::cos(angle));
+    for (int i = 0; i < sides; ++i) {
+        const auto angle = static_cast<float>(2.0 * M_PI * i / sides);
+        circle.emplace_back(0.0f, y + radius * std::sin(angle), z + radius * std::cos(angle));
     }
     AddLoop(lines, circle);
 }
 
-/// A film camera that looks along -z, its lens in the origin: body, lens hood and two reels.
+/// A film camera that looks along -z with its lens at the origin: body, lens hood and two reels.
 std::vector<V3f> CameraLines(const DagNode& camera) {
     std::vector<V3f> lines;
     AddFrustum(lines, Rectangle(0.2f, 0.3f, 1.3f), Rectangle(0.2f, 0.3f, 0.25f));

@@ -7,8 +7,8 @@ namespace lightbox {
 
 class DagNode;
 
-/// The lines by which a shape without a surface is drawn and picked, in its own space: two points for each
-/// line. Cameras and locators have some; meshes and what plug-ins draw themselves have none.
+/// The lines that draw a shape without a surface, for drawing and picking: two points for each line, in the
+/// shape's space. Cameras and locators have lines; meshes and shapes that plug-ins draw have none.
 std::vector<Imath::V3f> ShapeOutline(const DagNode& shape);
 
 } // namespace lightbox

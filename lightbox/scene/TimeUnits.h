@@ -6,7 +6,8 @@
 
 namespace lightbox {
 
-/// Units of a time unit per second as a fraction, exact for the 1001-based rates. 0/1 for no unit.
+/// How many units of a time unit make a second, as a fraction, exact for the 1001-based rates. 0/1 for no
+/// unit.
 struct UnitRate {
     double numerator = 0.0;
     double denominator = 1.0;
@@ -14,10 +15,9 @@ struct UnitRate {
 };
 
 UnitRate RateOf(MTime::Unit unit);
-/// The name that MEL and scene files give the unit: "film", "pal", "48000fps"; empty for no unit.
+/// The unit's name in MEL and scene files: "film", "pal", "48000fps"; empty for no unit.
 std::string UnitName(MTime::Unit unit);
-/// kInvalid when there is none of that name. Knows "24fps" and its like for the units that have another name
-/// too.
+/// The unit with that name, or kInvalid. Knows "24fps" and the like also for units that have another name.
 MTime::Unit UnitFromName(const std::string& name);
 
 } // namespace lightbox

@@ -9,67 +9,67 @@ namespace lightbox {
 
 class EventBus;
 
-/// Current time, playback and animation range, units, playback and the time slider's highlighted range. Times
-/// are frames in the current unit. Fires "timeChanged", "timeUnitChanged", "playbackRangeChanged" and, when
-/// something else changed that a time slider shows (the highlighted range, the time without the scene),
-/// "timeSliderChanged"; keeps the condition "playingBack".
+/// The current time, playback range, animation range, time unit, playback options and the time slider's
+/// highlighted range. Times are frames in the current unit. Fires "timeChanged", "timeUnitChanged",
+/// "playbackRangeChanged", and "timeSliderChanged" for other changes that a time slider shows (the
+/// highlighted range, the time moved without the scene). Keeps the condition "playingBack".
 class Timeline {
 public:
-    /// What playback does at the end of its range.
+    /// What playback does at the end of the range.
     enum class Loop { Once, Continuous, Oscillate };
 
     explicit Timeline(EventBus& events);
 
-    /// Back to what a new scene has: frame 1, playback 1 to 120, animation 1 to 200, film.
+    /// Restores the defaults of a new scene: frame 1, playback 1 to 120, animation 1 to 200, film.
     void Reset();
 
     double CurrentTime() const { return current_; }
-    /// Fires "timeChanged" when the time is another one, or when `force` is given.
+    /// Sets the time in frames. Fires "timeChanged" when it differs, or when `force` is set.
     void SetCurrentTime(double frame, bool force = false);
-    /// Moves the time and leaves the scene as it is evaluated, so that what is keyed next takes its values to
-    /// the new time.
+    /// Moves the time without evaluating the scene, so that the next key stores the current values at the new
+    /// time.
     void MoveWithoutScene(double frame);
-    /// The time that the scene shows: the current time, unless that was moved without the scene.
+    /// The time that the scene shows: the current time, unless MoveWithoutScene() moved that.
     double EvaluationTime() const { return evaluated_; }
-    /// Rises whenever the scene is to be evaluated anew.
+    /// Increases whenever the scene must be evaluated again.
     std::uint64_t Evaluations() const { return evaluations_; }
 
     double MinTime() const { return min_; }
     double MaxTime() const { return max_; }
-    /// A range whose end lies before its start is refused. The animation range grows to hold it.
+    /// Returns false for a range that ends before it starts. The animation range grows to contain it.
     bool SetPlaybackRange(double min, double max);
     double AnimationStart() const { return animationStart_; }
     double AnimationEnd() const { return animationEnd_; }
-    /// The playback range shrinks to lie within it.
+    /// Returns false for a range that ends before it starts. The playback range shrinks to lie within it.
     bool SetAnimationRange(double start, double end);
     /// 1 is real time, 0 plays every frame.
     double PlaybackSpeed() const { return speed_; }
     void SetPlaybackSpeed(double speed) { speed_ = speed; }
     double PlaybackBy() const { return by_; }
     void SetPlaybackBy(double by) { by_ = by; }
-    /// Bounds playback of every frame, as a factor of the real rate; 0 is free.
+    /// The upper limit for playback of every frame, as a factor of the real rate; 0 means no limit.
     double MaxPlaybackSpeed() const { return maxSpeed_; }
     void SetMaxPlaybackSpeed(double speed) { maxSpeed_ = speed; }
     Loop PlaybackLoop() const { return loop_; }
     void SetPlaybackLoop(Loop loop) { loop_ = loop; }
-    /// Whether playback shows in every view, or in the active one only.
+    /// Whether playback updates every view, or only the active one.
     bool PlaysInAllViews() const { return allViews_; }
     void SetPlaysInAllViews(bool all) { allViews_ = all; }
 
     MTime::Unit Unit() const { return unit_; }
-    /// Frames keep their numbers. False for no unit.
+    /// Frames keep their numbers. Returns false for no unit.
     bool SetUnit(MTime::Unit unit);
 
-    /// The highlighted range of the time slider, from its first frame to the frame after its last. With
-    /// nothing highlighted, the current time and the frame after it.
+    /// The highlighted range of the time slider, from its first frame to the frame after its last one.
+    /// Without a highlight: the current time and the frame after it.
     std::pair<double, double> SliderRange() const;
     bool IsRangeHighlighted() const { return highlighted_; }
-    /// A range that is empty or backward is refused.
+    /// Returns false for an empty or backward range.
     bool HighlightRange(double start, double end);
     void ClearHighlight();
 
     bool IsPlaying() const { return playing_ != 0; }
-    /// 1 forward, -1 backward, 0 stops. Whoever shows the frames (a window's timer) advances the time.
+    /// 1 plays forward, -1 backward, 0 stops. Whoever shows the frames (a window's timer) advances the time.
     void SetPlaying(int direction);
     int PlayingDirection() const { return playing_; }
 

@@ -9,7 +9,7 @@
 
 namespace lightbox {
 
-/// A tool by its name. The host's own tools are no more than that: what they do, the views know. Those of
+/// A tool context. The host's own tools are just this class, and the views know what they do; those of
 /// plug-ins derive from it.
 class ToolContext : NonCopyable {
 public:
@@ -19,20 +19,20 @@ public:
     virtual ~ToolContext() = default;
 
     const std::string& Name() const { return name_; }
-    /// What kind it is: the host's name for it, or what a plug-in's context says of itself.
+    /// The tool's class: the host's name for it, or what a plug-in's context returns.
     virtual std::string ClassName() const { return class_; }
-    /// The command of a plug-in that made it; empty for the host's own.
+    /// The plug-in command that made it; empty for the host's own tools.
     virtual std::string Command() const { return {}; }
     virtual std::string Title() const { return class_; }
     virtual std::string Help() const { return {}; }
-    /// File or resource of an icon, number 0 to 2; empty for none.
+    /// File or resource of icon number 0 to 2; empty for none.
     virtual std::string Image(int) const { return {}; }
-    /// Whether it is in the middle of an event, and must not go.
+    /// Whether it is handling an event and must not be destroyed.
     virtual bool IsBusy() const { return false; }
-    /// Over the views.
+    /// The pointer's cursor over the views.
     virtual QCursor Cursor() const { return {}; }
 
-    /// It becomes current, and no longer is.
+    /// Called when the tool becomes current, and when it stops being current.
     virtual void OnSetup() {}
     virtual void OffCleanup() {}
 

@@ -14,11 +14,11 @@ namespace lightbox {
 ToolContexts::ToolContexts(EventBus& events)
     : events_(events) {
     for (const auto& [name, contextClass] :
-         {std::pair(SelectionTool, "select"), std::pair("moveSuperContext", "manipMove"),
+         {std::pair(SELECTION_TOOL, "select"), std::pair("moveSuperContext", "manipMove"),
           std::pair("RotateSuperContext", "manipRotate"), std::pair("scaleSuperContext", "manipScale")}) {
         Add(std::make_unique<ToolContext>(name, contextClass));
     }
-    current_ = Find(SelectionTool);
+    current_ = Find(SELECTION_TOOL);
 }
 
 ToolContexts::~ToolContexts() = default;
@@ -44,7 +44,7 @@ bool ToolContexts::Remove(const std::string& name) {
 
 void ToolContexts::RemoveMadeBy(const std::string& command) {
     if (current_->Command() == command) {
-        SetCurrent(SelectionTool);
+        SetCurrent(SELECTION_TOOL);
     }
     for (auto context = contexts_.begin(); context != contexts_.end();) {
         context = context->second->Command() == command ? contexts_.erase(context) : std::next(context);

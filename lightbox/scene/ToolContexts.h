@@ -11,33 +11,33 @@ namespace lightbox {
 
 class EventBus;
 
-/// The tool contexts by name, and which one is current. There always is one: selection at first, and again
-/// when the current one goes.
+/// The tool contexts by name, and the current one. There always is a current one: the selection tool at the
+/// start and after the current one is removed.
 class ToolContexts : NonCopyable {
 public:
     explicit ToolContexts(EventBus& events);
     ~ToolContexts();
 
-    static constexpr const char* SelectionTool = "selectSuperContext";
+    static constexpr const char* SELECTION_TOOL = "selectSuperContext";
 
-    /// Null when there is none.
+    /// Returns null when there is none.
     ToolContext* Find(const std::string& name) const;
-    /// False when the name is taken.
+    /// Returns false when the name is taken.
     bool Add(std::unique_ptr<ToolContext> context);
-    /// Refused for the current one, one that is busy, and the host's own.
+    /// Returns false for the current one, for one that is busy and for the host's own.
     bool Remove(const std::string& name);
-    /// Removes every context that a command of a plug-in has made, a current one after it is switched off.
+    /// Removes every context that a plug-in's command made. Switches off the current one first.
     void RemoveMadeBy(const std::string& command);
-    /// Whether a context of that command is in the middle of an event.
+    /// Whether a context of that command is handling an event.
     bool IsBusy(const std::string& command) const;
     /// The base with the lowest free number.
     std::string FreeName(const std::string& base) const;
 
     ToolContext& Current() const { return *current_; }
-    /// Switches the current context off and this one on, also when it is the same; fires "ToolChanged" and
-    /// "PostToolChanged". False when there is none of that name.
+    /// Switches the current context off and the named one on, also when both are the same. Fires
+    /// "ToolChanged" and "PostToolChanged". Returns false for an unknown name.
     bool SetCurrent(const std::string& name);
-    /// Shows help and cursor of the current context in the window. Contexts call it when theirs change.
+    /// Shows the current context's help and cursor in the window. Contexts call it when these change.
     void ShowCurrent();
 
 private:

@@ -8,7 +8,7 @@ namespace lightbox {
 
 namespace {
 
-/// The axes in the order in which they turn, by the value of rotateOrder.
+/// The axes in the order of rotation, by the value of rotateOrder.
 const int ORDERS[6][3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}, {0, 2, 1}, {1, 0, 2}, {2, 1, 0}};
 
 const int (&AxesOf(int order))[3] {
@@ -39,7 +39,7 @@ Imath::M44d Rotation(const Imath::V3d& degrees, int order) {
     return matrix;
 }
 
-/// The angles of a rotation in the given order, from the elements of the product of three axis rotations.
+/// The angles of a rotation in the given order, solved from the product of three axis rotations.
 Imath::V3d Angles(const Imath::M44d& matrix, int order) {
     const auto& axes = AxesOf(order);
     const int i = axes[0];
@@ -53,7 +53,7 @@ Imath::V3d Angles(const Imath::M44d& matrix, int order) {
         angles[i] = std::atan2(sign * matrix[j][k], matrix[k][k]);
         angles[k] = std::atan2(sign * matrix[i][j], matrix[i][i]);
     } else {
-        // The first and the last axis fall together: the first takes the whole turn.
+        // Gimbal lock: the first and the last axis coincide, so the first one takes the whole rotation.
         angles[i] = std::atan2(-sign * matrix[k][j], matrix[j][j]);
         angles[k] = 0.0;
     }

@@ -5,10 +5,10 @@
 
 namespace lightbox {
 
-/// The parts of a transform node. Angles in degrees. A transform's matrix is, for row vectors, scale pivot,
-/// scale, shear, scale pivot translation, rotate pivot, rotate axis, rotation, rotate pivot translation,
-/// translation, in the published order. A joint has its orientation and the inverse of its parent's scale
-/// behind the rotation.
+/// The parts of a transform node. Angles are degrees. The matrix of a transform is, for row vectors and in
+/// the published order, scale pivot, scale, shear, scale pivot translation, rotate pivot, rotate axis,
+/// rotation, rotate pivot translation, translation. A joint adds its orientation and the inverse of its
+/// parent's scale after the rotation.
 struct Transformation {
     Imath::V3d translate{0.0};
     Imath::V3d rotate{0.0};
@@ -24,8 +24,8 @@ struct Transformation {
     Imath::V3d inverseScale{1.0};
 
     Imath::M44d Matrix() const;
-    /// Chooses translate, rotate, scale and shear so that Matrix() becomes that matrix; the other parts stay.
-    /// False for a matrix that flattens space.
+    /// Sets translate, rotate, scale and shear so that Matrix() returns `matrix`; the other parts stay.
+    /// Returns false for a singular matrix.
     bool SetMatrix(const Imath::M44d& matrix);
 };
 

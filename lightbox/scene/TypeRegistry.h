@@ -10,16 +10,16 @@
 
 namespace lightbox {
 
-/// The node types and data types by name and by id.
+/// The node types and data types, by name and by id.
 class TypeRegistry {
 public:
-    /// Holds the host's own types.
+    /// Starts with the host's own types.
     TypeRegistry();
 
     std::shared_ptr<const NodeType> FindNodeType(const std::string& name) const;
     std::shared_ptr<const NodeType> FindNodeType(unsigned id) const;
     std::vector<std::string> NodeTypeNames() const;
-    /// False when the name or the id is taken.
+    /// Returns false when the name or the id is taken.
     bool AddNodeType(std::shared_ptr<NodeType> type);
     bool RemoveNodeType(const std::string& name);
 
@@ -27,7 +27,7 @@ public:
     std::shared_ptr<const DataType> FindDataType(unsigned id) const;
     bool AddDataType(const std::shared_ptr<DataType>& type);
     bool RemoveDataType(const std::string& name);
-    /// A new value from the plug-in's creator; null when that yields none.
+    /// Makes a value with the plug-in's creator; null when that returns null.
     static std::shared_ptr<DataValue> MakeData(const std::shared_ptr<const DataType>& type);
 
 private:
@@ -36,11 +36,11 @@ private:
     std::map<std::string, std::shared_ptr<const DataType>> dataTypes_;
 };
 
-/// Adds the host's own node types, those of the next two among them.
+/// Adds all of the host's own node types; calls the next two functions.
 void AddBuiltinTypes(TypeRegistry& registry);
-/// Materials, and the sets that assign them.
+/// Adds materials and the sets that assign them.
 void AddMaterialTypes(TypeRegistry& registry);
-/// Meshes, and the nodes that make polygon primitives.
+/// Adds meshes and the nodes that make polygon primitives.
 void AddMeshTypes(TypeRegistry& registry);
 
 } // namespace lightbox

@@ -6,7 +6,7 @@
 
 namespace lightbox {
 
-/// One edit on the undo queue. It holds what it needs to take the edit back and to do it again.
+/// An edit on the undo queue. It holds what it needs to undo and redo itself.
 class UndoItem : NonCopyable {
 public:
     virtual ~UndoItem() = default;

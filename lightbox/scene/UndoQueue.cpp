@@ -36,7 +36,7 @@ void UndoQueue::Pass(std::unique_ptr<UndoItem> item, bool isRecorded) {
     if (isRecorded) {
         Record(std::move(item));
     } else if (!enabled_ && running_ == Running::None) {
-        // The scene differs all the same.
+        // The edit is not recorded, but the scene has changed.
         (done_.empty() ? baseState_ : done_.back().state) = nextState_++;
     }
 }
@@ -71,7 +71,7 @@ UndoQueue::Transaction::~Transaction() {
 }
 
 void UndoQueue::Record(std::unique_ptr<UndoItem> item) {
-    // Items may hold much, and their destruction may call back: they go after the queue is in order.
+    // Destroying items may call back, so the queue must be consistent first.
     std::vector<Chunk> dropped;
     std::swap(dropped, undone_);
     if (!open_) {
@@ -215,7 +215,7 @@ void UndoQueue::Flush() {
     done_.clear();
     undone_.clear();
     openName_.clear();
-    // The newest goes first, as undoing would: what an item holds may rest on what older ones hold.
+    // Destroy the newest first, as undo would: an item may depend on older ones.
     undone.clear();
     open.reset();
     while (!done.empty()) {

@@ -13,54 +13,54 @@ namespace lightbox {
 
 class EventBus;
 
-/// The edits that can be undone, grouped in chunks: one undo takes back one chunk. Items that drop from the
-/// queue are destroyed. Undo and redo fire the events "Undo" and "Redo".
+/// The undoable edits, grouped in chunks: one undo takes back one chunk. Items that drop off the queue are
+/// destroyed. Undo and redo fire the events "Undo" and "Redo".
 class UndoQueue : NonCopyable {
 public:
     explicit UndoQueue(EventBus& events);
     ~UndoQueue();
 
-    /// Records an edit that was just done, and drops what could be redone. While recording is off or an undo
-    /// or redo runs, the item is destroyed at once.
+    /// Records an edit that was just done and clears the redo side. While recording is off or an undo or redo
+    /// runs, destroys the item at once.
     void Push(std::unique_ptr<UndoItem> item);
     /// Whether Push() would keep an item.
     bool IsRecording() const;
 
-    /// Chunks nest: what is between an outermost OpenChunk() and its CloseChunk() is undone in one step. An
-    /// empty chunk leaves nothing. An implicit chunk is that of one outermost statement.
+    /// Opens a chunk. Chunks nest: everything between an outermost OpenChunk() and its CloseChunk() is undone
+    /// in one step. An empty chunk leaves nothing. An implicit chunk covers one outermost statement.
     void OpenChunk(const std::string& name, bool implicit = false);
     /// Closes the innermost chunk of that kind; does nothing when none is open. The two kinds may overlap: an
-    /// explicit chunk opened by one statement outlives the implicit one of that statement.
+    /// explicit chunk outlives the implicit chunk of the statement that opened it.
     void CloseChunk(bool implicit = false);
     int OpenChunks() const { return explicitDepth_ + implicitDepth_; }
 
-    /// Takes back the last complete chunk; an open implicit chunk is closed first. False when there is none,
-    /// or while an undo or redo runs.
+    /// Takes back the last complete chunk, after closing an open implicit one. Returns false when there is
+    /// none, or while an undo or redo runs.
     bool Undo();
     bool Redo();
     bool IsUndoing() const { return running_ == Running::Undo; }
     bool IsRedoing() const { return running_ == Running::Redo; }
     bool CanUndo() const;
     bool CanRedo() const { return !undone_.empty(); }
-    /// Name of what would be undone or redone; empty when nothing.
+    /// Names of the next undo and redo; empty when there is none.
     std::string UndoName() const;
     std::string RedoName() const;
-    /// Names from the oldest to the latest.
+    /// The names of the chunks, oldest first.
     std::vector<std::string> Names() const;
 
     bool IsEnabled() const { return enabled_; }
-    /// Turning it off drops the queue; `keepQueue` leaves what is on it.
+    /// Switches recording. Switching off empties the queue, unless `keepQueue` is set.
     void SetEnabled(bool enabled, bool keepQueue = false);
-    /// Number of chunks kept; 0 keeps all.
+    /// Maximum number of chunks; 0 means no limit.
     std::size_t Limit() const { return limit_; }
     void SetLimit(std::size_t limit);
-    /// Drops everything, also what an open chunk or a running transaction holds so far.
+    /// Drops everything, including the content of an open chunk or a running transaction.
     void Flush();
-    /// Rises with every recorded edit and falls when it is undone, so that equal values mean an equal scene.
-    /// A value never comes back once the edits it stood for are dropped from the redo side.
+    /// Increases with every recorded edit and decreases when one is undone: equal values mean an equal scene.
+    /// A value is never used again once its edits are dropped from the redo side.
     std::uint64_t State() const;
 
-    /// While one exists, nothing is recorded.
+    /// Stops recording while it exists.
     class Pause : NonCopyable {
     public:
         Pause(UndoQueue& queue, bool active = true)
@@ -75,9 +75,9 @@ public:
         bool active_;
     };
 
-    /// The edits of one command, recorded or not. They wait in it until Commit() passes them on; without that
-    /// they are taken back when it ends, so that a command that fails has changed nothing. Transactions nest.
-    /// Undoing, redoing and flushing settle what waits.
+    /// Collects the edits of one command, recorded or not. Commit() passes them on at the end; without it the
+    /// destructor takes them back, so that a failed command changes nothing. Transactions nest. Undo, redo
+    /// and flush settle the waiting edits first.
     class Transaction : NonCopyable {
     public:
         explicit Transaction(UndoQueue& queue)

@@ -12,8 +12,8 @@ namespace {
 constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
 constexpr double TICKS_PER_SECOND = 6000.0;
 
-/// How many of Maya's own units one of ours is, for what is at that end of the conversion.
-double InnerUnits(const Scene& scene, const Plug& end) {
+/// How many internal units make one of ours, for the plug at one end of the conversion.
+double InternalUnits(const Scene& scene, const Plug& end) {
     if (!end) {
         return 1.0;
     }
@@ -36,8 +36,8 @@ std::optional<AttributeValue> ComputeUnitConversion(const Node& node, const Attr
     }
     const auto plug = [&](const char* name) { return Plug::Of(node, name); };
     const std::vector<Plug> destinations = scene->connections().DestinationsOf(plug("output"));
-    const double in = InnerUnits(*scene, scene->connections().SourceOf(plug("input")));
-    const double out = InnerUnits(*scene, destinations.empty() ? Plug() : destinations.front());
+    const double in = InternalUnits(*scene, scene->connections().SourceOf(plug("input")));
+    const double out = InternalUnits(*scene, destinations.empty() ? Plug() : destinations.front());
     return plug("input").Number() * in * plug("conversionFactor").Number() / out;
 }
 

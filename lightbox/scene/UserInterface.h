@@ -9,25 +9,25 @@ namespace lightbox {
 
 class View;
 
-/// The window, as everything below it sees it. In batch there is none.
+/// The user interface as seen by the code below the window. Null in batch.
 class UserInterface {
 public:
     virtual ~UserInterface() = default;
 
     virtual QWidget& MainWindow() = 0;
-    /// The viewports that are there, in the order of their panels, floating ones included.
+    /// The existing viewports in the order of their panels, floating ones included.
     virtual std::vector<View*> Views() = 0;
-    /// The one that was used last; null when there is none.
+    /// The view used last; null when there is none.
     virtual View* ActiveView() = 0;
-    /// Redraws every viewport: at once, or when the event loop comes to it.
+    /// Redraws every viewport: at once with `now`, else from the event loop.
     virtual void RefreshViews(bool now) = 0;
-    /// The widget behind a control of MEL, by its name or its whole path ("MayaWindow|pane|button1"); null
-    /// when there is none.
+    /// The widget of a MEL control, by its name or full path ("MayaWindow|pane|button1"); null when there is
+    /// none.
     virtual QWidget* FindControl(const std::string& name) = 0;
-    /// A line about the tool in use, for the help line.
+    /// Shows a line about the current tool in the help line.
     virtual void ShowHelp(const std::string& text) = 0;
-    /// Asks about unsaved changes when there are any, and saves them when that is wanted. True when what was
-    /// about to happen (a new scene, the end) may go on.
+    /// Asks the user about unsaved changes, if there are any, and saves them on request. Returns false when
+    /// the user cancels what was about to happen (a new scene, the end).
     virtual bool SettleUnsavedChanges() = 0;
 };
 

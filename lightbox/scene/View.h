@@ -9,36 +9,34 @@ namespace lightbox {
 
 class DagNode;
 
-/// A viewport, as everything below the window sees it. View pixels are Qt's device-independent pixels, from
-/// the bottom left with y upward: positions of the pointer, of widgets and of what is drawn agree at every
-/// scale of the screen.
+/// A viewport as seen by the code below the window. View pixels are Qt's device-independent pixels from the
+/// bottom left, y upward: positions of the pointer, of widgets and of drawings agree at every screen scale.
 class View {
 public:
     virtual ~View() = default;
 
     /// The name of its panel: "modelPanel4".
     virtual std::string PanelName() const = 0;
-    /// The widget that the scene is drawn in, which gets the pointer. The view owns it.
+    /// The widget that draws the scene and gets pointer events. The view owns it.
     virtual QWidget& Widget() = 0;
     /// Size in view pixels.
     virtual int Width() const = 0;
     virtual int Height() const = 0;
 
-    /// The shape of the camera that is looked through; never null, since a view whose camera goes looks
-    /// through persp.
+    /// The shape of the view's camera; never null, since a view whose camera is deleted switches to persp.
     virtual std::shared_ptr<DagNode> Camera() const = 0;
-    /// Takes the shape of a camera.
+    /// Sets the camera, given by its shape.
     virtual void SetCamera(const std::shared_ptr<DagNode>& camera) = 0;
-    /// Which of the two renderers draws it.
+    /// Whether it uses Viewport 2.0 or the legacy viewport.
     virtual bool IsViewport2() const = 0;
 
-    /// Draws it again: at once, or when the event loop comes to it.
+    /// Redraws the view: at once with `now`, else from the event loop.
     virtual void Refresh(bool now) = 0;
-    /// Makes the view's OpenGL context current; the calls nest.
+    /// Makes the view's OpenGL context current; calls nest.
     virtual void BeginGl() = 0;
     virtual void EndGl() = 0;
-    /// Shows what was drawn with OpenGL into the view since it was drawn last, without drawing the view
-    /// itself: what a tool of the legacy viewport adds and takes away again.
+    /// Shows what was drawn into the view with OpenGL since the last redraw, without redrawing the view: for
+    /// the temporary drawings of a tool in the legacy viewport.
     virtual void Present() = 0;
 };
 

@@ -9,27 +9,27 @@ namespace lightbox {
 class DagNode;
 class Scene;
 
-/// A shape that is there to be seen. The scene owns the node.
+/// A visible shape. The scene owns the node.
 struct VisibleShape {
     enum class State { Plain, Selected, Lead, Template };
 
     DagNode* shape = nullptr;
-    /// For row vectors.
+    /// The world matrix, for row vectors.
     Imath::M44d world;
-    /// Lead: it, or something above it, was selected last.
+    /// Lead: the shape or an ancestor was selected last.
     State state = State::Plain;
     bool IsSelected() const { return state == State::Selected || state == State::Lead; }
 };
 
 /// The shapes of a scene that nothing hides (visibility, overrides, level of detail, intermediate objects),
-/// in the order of the DAG.
+/// in DAG order.
 std::vector<VisibleShape> FindVisibleShapes(Scene& scene);
 
-/// Around what is drawn of a shape, in its own space: its mesh or its outline. Empty when nothing is.
+/// The bounding box of a shape's drawing, its mesh or outline, in its own space. Empty when nothing is drawn.
 Imath::Box3d BoundsOf(const DagNode& shape);
-/// Around what is drawn of everything below a node (the node included), in the world.
+/// The world bounding box of a node and its descendants.
 Imath::Box3d WorldBoundsOf(const DagNode& node);
-/// A box around the corners of a box that a matrix moved.
+/// The bounding box of the corners of `box` after `matrix`.
 Imath::Box3d Transformed(const Imath::Box3d& box, const Imath::M44d& matrix);
 
 } // namespace lightbox

@@ -1,11 +1,9 @@
 #include "shell/FileDrop.h"
 
 #include "mel/Interpreter.h"
-#include "scene/DagNode.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/UserInterface.h"
-#include "scene/View.h"
 #include "text/Quoted.h"
 
 #include <QDropEvent>
@@ -24,11 +22,8 @@ bool IsScene(const QString& path) {
     return suffix == "ma" || suffix == "lbx";
 }
 
-std::string CameraOption(Host& host) {
-    const View* const view = host.ui()->ActiveView();
-    const auto camera = view ? view->Camera() : nullptr;
-    const auto transform = camera ? camera->Parent() : nullptr;
-    return transform ? " -camera " + Quoted(transform->Name()) : std::string();
+bool IsScript(const QString& path) {
+    return QFileInfo(path).suffix().toLower() == "mel";
 }
 
 } // namespace
@@ -40,20 +35,36 @@ FileDrop::FileDrop(Host& host, QWidget& window)
     window.installEventFilter(this);
 }
 
-QStringList FileDrop::FilesOf(const QMimeData& data) {
+QStringList FileDrop::FilesOf(const QMimeData& data) const {
     QStringList files;
     int scenes = 0;
     for (const QUrl& url : data.urls()) {
         const QString path = url.toLocalFile();
-        const QString suffix = QFileInfo(path).suffix().toLower();
         scenes += IsScene(path) ? 1 : 0;
-        if (path.isEmpty() || scenes > 1 || (!IsScene(path) && suffix != "json" && suffix != "mel")) {
+        const bool isKnown = IsScene(path) || IsScript(path) || !ActionFor(path).empty();
+        if (path.isEmpty() || scenes > 1 || !isKnown) {
             return {};
         }
         // The scene first, whatever the order in which they were picked: the rest is meant for it.
         files.insert(IsScene(path) ? 0 : files.size(), path);
     }
     return files;
+}
+
+std::string FileDrop::ActionFor(const QString& path) const {
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix.isEmpty()) {
+        return {};
+    }
+    try {
+        constexpr std::size_t COMMAND = 3;
+        const mel::Value actions =
+            host_.interpreter().Execute("lightboxActions " + Quoted("drop." + suffix.toStdString()));
+        return actions.Strings().size() > COMMAND ? actions.Strings()[COMMAND] : std::string();
+    } catch (const mel::Error& error) {
+        host_.output().Error(error.Described());
+        return {};
+    }
 }
 
 bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
@@ -87,10 +98,10 @@ void FileDrop::Take(const QString& path) {
             return;
         }
         line = "file -force -open " + file;
-    } else if (path.endsWith(".mel", Qt::CaseInsensitive)) {
+    } else if (IsScript(path)) {
         line = "source " + file;
     } else {
-        line = "qmVellixReplay -file " + file + CameraOption(host_);
+        line = ActionFor(path) + " " + file;
     }
     try {
         host_.interpreter().Execute(line);

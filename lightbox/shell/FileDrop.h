@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <string>
+
 class QMimeData;
 class QWidget;
 
@@ -11,9 +13,9 @@ namespace lightbox {
 class Host;
 
 /// Files that are dropped onto the window: a scene (.ma, .lbx) is opened, after the question about unsaved
-/// changes; a recording (.json) is drawn on the active layer of the camera that the active view looks
-/// through; a script
-/// (.mel) is run. Each is done as the typed line would do it, so that it is undone, logged and refused alike.
+/// changes; a script (.mel) is run; with any other file is done what a plug-in offers for its suffix (see
+/// addPluginActions). Each is done as the typed line would do it, so that it is undone, logged and refused
+/// alike.
 class FileDrop : public QObject {
     Q_OBJECT
 public:
@@ -24,7 +26,9 @@ public:
 
 private:
     /// The files that mean something here; none when one of them does not, or when there are several scenes.
-    static QStringList FilesOf(const QMimeData& data);
+    QStringList FilesOf(const QMimeData& data) const;
+    /// The command of a plug-in that takes such a file; empty when there is none.
+    std::string ActionFor(const QString& path) const;
     void Take(const QString& path);
 
     Host& host_;

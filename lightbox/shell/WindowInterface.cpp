@@ -41,7 +41,7 @@ View* WindowInterface::ActiveView() {
 }
 
 void WindowInterface::RefreshViews(bool now) {
-    window_->Panels().Refresh(now);
+    window_->Panels().Refresh().RedrawAll(now);
 }
 
 QWidget* WindowInterface::FindControl(const std::string& name) {

@@ -2,16 +2,13 @@
 
 #include "controls/Theme.h"
 #include "formats/SceneFiles.h"
-#include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
-#include "scene/Scene.h"
 #include "shell/FileDrop.h"
 #include "shell/Hotkeys.h"
 #include "shell/MainWindow.h"
 #include "shell/WindowInterface.h"
 #include "timeline/TimeSliderBar.h"
-#include "viewport/ViewportPanels.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -49,15 +46,6 @@ WindowSession::WindowSession(Host& host)
     new FileDrop(host, *window);
     AddHotkeys(*window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
-    // The time slider sees to it when the time changes.
-    callbacks_.push_back(
-        host.events().AddCallback("SelectionChanged", [this] { host_.ui()->RefreshViews(false); }));
-}
-
-WindowSession::~WindowSession() {
-    for (const std::intptr_t callback : callbacks_) {
-        host_.events().Remove(callback);
-    }
 }
 
 int WindowSession::Run(const std::function<void()>& onceShown) {
@@ -76,10 +64,6 @@ void WindowSession::Turn() {
         return;
     }
     MainWindow* const window = WindowInterface::Current(host_);
-    if (host_.scene().Revision() != shownRevision_ && !window->Panels().IsAwaitingDrag()) {
-        shownRevision_ = host_.scene().Revision();
-        host_.ui()->RefreshViews(false);
-    }
     if (window->isWindowModified() != host_.files().IsModified()) {
         window->setWindowModified(host_.files().IsModified());
     }

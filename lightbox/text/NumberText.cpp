@@ -66,7 +66,7 @@ std::string NumberText(double number) {
 }
 
 std::string DecimalText(double number) {
-    // Shortest digits that read back the same; plain notation wherever a person would write it so.
+    // The shortest digits that read back as the same number, in plain notation where a person would use it.
     char buffer[400];
     const double size = std::abs(number);
     const bool plain = size == 0.0 || (size >= 1e-7 && size < 1e15);

@@ -5,10 +5,10 @@
 
 namespace lightbox {
 
-/// The number that a text begins with, after blanks; false when there is none. `rest` (optional) receives
-/// the part behind it.
+/// Reads the number at the start of a text, after blanks. Returns false when there is none. `rest` (optional)
+/// receives the text after it.
 bool ReadNumber(std::string_view text, double& number, std::string_view* rest = nullptr);
-/// True when the whole text, apart from blanks around it, is one number.
+/// Reads a text that is one number, with optional blanks around it. Returns false for any other text.
 bool IsNumber(std::string_view text, double& number);
 /// The shortest text with up to ten significant digits, as MEL prints numbers.
 std::string NumberText(double number);

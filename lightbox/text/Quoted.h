@@ -5,8 +5,8 @@
 
 namespace lightbox {
 
-/// The text as a MEL string literal with its quotes: quotes, backslashes, line breaks and tabs escaped, every
-/// other byte as it is.
+/// The text as a MEL string literal with its quotes. Quotes, backslashes, line breaks and tabs are escaped;
+/// all other bytes stay.
 std::string Quoted(std::string_view text);
 
 } // namespace lightbox

@@ -10,8 +10,8 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
 }
 
-/// Whether the letter is in the set that begins behind "["; `end` receives where the pattern goes on. A set
-/// without end stands for the bracket itself.
+/// Whether a letter is in the set that starts at `begin`, just after the "[". `end` receives the position
+/// after the set. A "[" without a closing bracket is an ordinary character.
 bool InSet(std::string_view pattern, std::size_t begin, char letter, std::size_t& end) {
     const auto close = pattern.find(']', begin + 1);
     if (close == std::string_view::npos) {
@@ -55,7 +55,7 @@ std::size_t CharacterOffset(std::string_view text, std::size_t character) {
 bool MatchesGlob(std::string_view text, std::string_view pattern) {
     std::size_t t = 0;
     std::size_t p = 0;
-    // Where the last star stood, and what it had eaten: only the last one is ever gone back to.
+    // Positions of the last star and of the end of the text it matches: backtracking never goes further back.
     std::size_t star = std::string_view::npos;
     std::size_t eaten = 0;
     while (t < text.size()) {

@@ -3,10 +3,6 @@
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
-#include "scene/TimeUnits.h"
-#include "scene/Timeline.h"
-#include "scene/UserInterface.h"
-#include "scene/View.h"
 #include "text/Quoted.h"
 #include "timeline/FrameField.h"
 #include "timeline/Playback.h"
@@ -34,7 +30,6 @@ QHBoxLayout* RowOf(QWidget* row) {
 TimeSliderBar::TimeSliderBar(Host& host, QWidget* parent)
     : QWidget(parent)
     , host_(host)
-    , events_(host.events())
     , playback_(new Playback(host, this)) {
     setObjectName("timeSliderBar");
     auto* rows = new QVBoxLayout(this);
@@ -42,8 +37,6 @@ TimeSliderBar::TimeSliderBar(Host& host, QWidget* parent)
     rows->setSpacing(3);
     rows->addWidget(MakeUpperRow());
     rows->addWidget(MakeLowerRow());
-    events_.Add("timeChanged", [this] { RefreshViews(); });
-    events_.AddCondition("playingBack", [this](bool) { RefreshAllViews(); });
     NameSlider(slider_->objectName().toStdString());
 }
 
@@ -83,22 +76,6 @@ QWidget* TimeSliderBar::MakeLowerRow() {
     layout->addWidget(new FrameField(host_, FrameField::Kind::AnimationEnd, row));
     layout->addWidget(new PlaybackMenus(host_, row));
     return row;
-}
-
-void TimeSliderBar::RefreshViews() {
-    const Timeline& time = host_.time();
-    View* const active = host_.ui() ? host_.ui()->ActiveView() : nullptr;
-    if (time.IsPlaying() && !time.PlaysInAllViews() && active) {
-        active->Refresh(false);
-    } else {
-        RefreshAllViews();
-    }
-}
-
-void TimeSliderBar::RefreshAllViews() {
-    if (host_.ui()) {
-        host_.ui()->RefreshViews(false);
-    }
 }
 
 } // namespace lightbox

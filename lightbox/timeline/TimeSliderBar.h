@@ -1,7 +1,5 @@
 #pragma once
 
-#include "scene/EventSubscriptions.h"
-
 #include <QWidget>
 
 #include <string>
@@ -15,7 +13,7 @@ class TimeSlider;
 /// The time area at the bottom of the main window: the time slider with the current time and the playback
 /// controls, and below it the range slider with the ends of the ranges, the frame rate and the loop. While it
 /// exists, the global MEL variable gPlayBackSlider names its slider ("timeControl1", also the slider's
-/// objectName), playback runs, and every change of the time redraws the viewports, once.
+/// objectName), and playback runs.
 class TimeSliderBar : public QWidget {
     Q_OBJECT
 
@@ -31,11 +29,8 @@ private:
     QWidget* MakeUpperRow();
     QWidget* MakeLowerRow();
     void NameSlider(const std::string& name);
-    void RefreshViews();
-    void RefreshAllViews();
 
     Host& host_;
-    EventSubscriptions events_;
     Playback* playback_;
     TimeSlider* slider_ = nullptr;
 };

@@ -10,6 +10,7 @@
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/UserInterface.h"
+#include "scene/View.h"
 #include "viewport/PanelLayout.h"
 #include "viewport/ViewportPanel.h"
 #include "viewport/ViewportPanels.h"
@@ -319,7 +320,12 @@ Value SetNamedLayout(const CommandCall& call, const ControlRegistry&, ViewportPa
 
 Value Refresh(CommandCall& call, ControlRegistry& registry) {
     if (UserInterface* const ui = registry.host().ui()) {
-        ui->RefreshViews(call.Has("-force") || call.Has("-currentView"));
+        View* const active = ui->ActiveView();
+        if (call.Has("-currentView") && active) {
+            active->Refresh(true);
+        } else {
+            ui->RefreshViews(call.Has("-force"));
+        }
     }
     return Value();
 }

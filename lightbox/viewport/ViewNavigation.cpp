@@ -47,8 +47,8 @@ double Near(double angle, double other) {
 V3d NearestAngles(const V3d& angles, const V3d& before, int rotateOrder) {
     // The middle axis of each order: mirrored there, with half a turn of the other two, the rotation is the
     // same.
-    constexpr int MIDDLE[] = {1, 2, 0, 2, 0, 1};
-    const int middle = MIDDLE[std::clamp(rotateOrder, 0, 5)];
+    constexpr int middles[] = {1, 2, 0, 2, 0, 1};
+    const int middle = middles[std::clamp(rotateOrder, 0, 5)];
     V3d other = angles + V3d(180.0);
     other[middle] = 180.0 - angles[middle];
     V3d candidates[] = {angles, other};

@@ -39,15 +39,15 @@ std::string TransformName(const std::shared_ptr<DagNode>& shape) {
 /// A gate needs some room around it: as in the host, one that is shown brings an overscan with it and takes
 /// it away again. An overscan that someone has set stays.
 std::string RoomForGate(const std::shared_ptr<DagNode>& shape, const std::string& attribute, bool isShown) {
-    constexpr double ROOM = 1.3;
+    constexpr double room = 1.3;
     const std::string other = attribute == "displayFilmGate"     ? "displayResolution"
                               : attribute == "displayResolution" ? "displayFilmGate"
                                                                  : "";
     if (other.empty() || CameraPlug(shape, other.c_str()).Number() != 0.0 ||
-        CameraPlug(shape, "overscan").Number() != (isShown ? 1.0 : ROOM)) {
+        CameraPlug(shape, "overscan").Number() != (isShown ? 1.0 : room)) {
         return {};
     }
-    return isShown ? " -overscan " + DecimalText(ROOM) : " -overscan 1";
+    return isShown ? " -overscan " + DecimalText(room) : " -overscan 1";
 }
 
 } // namespace
@@ -57,7 +57,7 @@ ViewportPanel::ViewportPanel(Host& host, ViewportPanels& panels, const std::stri
     , host_(host)
     , panels_(panels) {
     setObjectName(QString::fromStdString(name));
-    view_ = new ViewportWidget(host, name);
+    view_ = new ViewportWidget(host, panels.Refresh(), name);
     setFocusProxy(view_);
     menuBar_ = new QMenuBar;
     menuBar_->setNativeMenuBar(false);

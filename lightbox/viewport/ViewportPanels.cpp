@@ -14,7 +14,8 @@ namespace lightbox {
 
 ViewportPanels::ViewportPanels(Host& host, QObject* parent)
     : QObject(parent)
-    , host_(host) {}
+    , host_(host)
+    , refresh_(host) {}
 
 ViewportPanel& ViewportPanels::Create(const std::string& name, QWidget* parent) {
     std::string freeName = name;
@@ -65,19 +66,6 @@ ViewportPanel* ViewportPanels::UnderPointer() const {
         }
     }
     return nullptr;
-}
-
-void ViewportPanels::Refresh(bool now) {
-    for (ViewportPanel* const panel : All()) {
-        if (std::count(panels_.begin(), panels_.end(), panel) != 0) {
-            panel->View().Refresh(now);
-        }
-    }
-}
-
-bool ViewportPanels::IsAwaitingDrag() const {
-    return std::any_of(panels_.begin(), panels_.end(),
-                       [](ViewportPanel* panel) { return panel->View().IsAwaitingDrag(); });
 }
 
 } // namespace lightbox

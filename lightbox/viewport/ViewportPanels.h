@@ -1,5 +1,7 @@
 #pragma once
 
+#include "viewport/ViewRefresh.h"
+
 #include <QObject>
 
 #include <string>
@@ -26,7 +28,8 @@ public:
     ViewportPanel& Create(const std::string& name, QWidget* parent);
     /// Null when there is none of that name.
     ViewportPanel* Find(const std::string& name) const;
-    /// In the order in which they were made; a list of its own, as drawing one may bring or close another.
+    /// In the order in which they were made; a list of its own, as what is done with one may bring or close
+    /// another.
     std::vector<ViewportPanel*> All() const { return panels_; }
     /// The panel that was used last; null when there is none at all.
     ViewportPanel* Active() const { return active_; }
@@ -35,15 +38,14 @@ public:
     /// Where the four of the main window lie; null until it is made.
     PanelLayout* Layout() const { return layout_; }
     void SetLayout(PanelLayout* layout) { layout_ = layout; }
-    /// Draws all of them: at once, or once when the event loop comes to it.
-    void Refresh(bool now);
-    /// A view waits for what else comes with a tool's drag before it draws.
-    bool IsAwaitingDrag() const;
+    /// When their views are drawn.
+    ViewRefresh& Refresh() { return refresh_; }
 
 private:
     void Forget(const ViewportPanel* panel);
 
     Host& host_;
+    ViewRefresh refresh_;
     std::vector<ViewportPanel*> panels_;
     ViewportPanel* active_ = nullptr;
     PanelLayout* layout_ = nullptr;

@@ -10,12 +10,12 @@
 #include "viewport/GateOverlay.h"
 #include "viewport/SceneRenderer.h"
 #include "viewport/ViewFrame.h"
+#include "viewport/ViewRefresh.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QOpenGLContext>
-#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 namespace lightbox {
@@ -23,9 +23,6 @@ namespace lightbox {
 namespace {
 
 const char* const FALLBACK_CAMERA = "persp";
-/// Milliseconds, half a refresh of the usual screen, that a frame waits for what else comes with a tool's
-/// drag: a sample of the pen takes as long, and would else be seen a frame later.
-constexpr int AFTER_DRAG = 8;
 
 void LoadMatrix(GLenum which, const Imath::M44d& matrix) {
     glMatrixMode(which);
@@ -34,9 +31,10 @@ void LoadMatrix(GLenum which, const Imath::M44d& matrix) {
 
 } // namespace
 
-ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* parent)
+ViewportWidget::ViewportWidget(Host& host, ViewRefresh& refresh, std::string panelName, QWidget* parent)
     : QOpenGLWidget(parent)
     , host_(host)
+    , refresh_(refresh)
     , panelName_(std::move(panelName))
     , cameraName_(FALLBACK_CAMERA)
     , navigation_(host)
@@ -49,10 +47,7 @@ ViewportWidget::ViewportWidget(Host& host, std::string panelName, QWidget* paren
     setMinimumSize(64, 48);
     // What tools of the legacy viewport draw between two frames has to stay.
     setUpdateBehavior(QOpenGLWidget::PartialUpdate);
-    afterDrag_.setSingleShot(true);
-    afterDrag_.setTimerType(Qt::PreciseTimer);
-    afterDrag_.setInterval(AFTER_DRAG);
-    connect(&afterDrag_, &QTimer::timeout, this, [this] { update(); });
+    refresh_.Add(*this);
 }
 
 ViewportWidget::~ViewportWidget() {
@@ -122,35 +117,17 @@ unsigned ViewportWidget::UploadCount() const {
 }
 
 void ViewportWidget::Refresh(bool now) {
-    if (!isVisible()) {
-        return;
-    }
-    presentsOnly_ = false;
-    isStale_ = true;
-    // A frame that asks for the next one, or for itself, gets it from the event loop.
-    if (now && !isDrawing_) {
-        repaint();
-    } else if (isDragging_) {
-        if (!afterDrag_.isActive()) {
-            afterDrag_.start();
-        }
-    } else {
-        afterDrag_.stop();
-        update();
-    }
+    refresh_.Redraw(*this, now);
 }
 
 void ViewportWidget::Present() {
-    if (!isStale_) {
-        presentsOnly_ = true;
-    }
-    update();
+    refresh_.Present(*this);
 }
 
 void ViewportWidget::BeginGl() {
     QOpenGLContext* const current = QOpenGLContext::currentContext();
     glStack_.push_back({current, current ? current->surface() : nullptr});
-    if (current != context() || !isDrawing_) {
+    if (current != context() || !refresh_.IsDrawing(*this)) {
         makeCurrent();
     }
     shown_.reset(); // whatever is drawn now
@@ -162,7 +139,7 @@ void ViewportWidget::EndGl() {
     }
     const Current before = glStack_.back();
     glStack_.pop_back();
-    if (!glStack_.empty() || isDrawing_) {
+    if (!glStack_.empty() || refresh_.IsDrawing(*this)) {
         return;
     }
     if (before.context && before.context != context()) {
@@ -193,18 +170,15 @@ void ViewportWidget::ReleaseGl() {
 }
 
 void ViewportWidget::resizeGL(int, int) {
-    presentsOnly_ = false;
+    refresh_.Invalidate(*this);
     shown_.reset();
 }
 
 void ViewportWidget::paintGL() {
-    if (presentsOnly_) {
-        presentsOnly_ = false;
-        return;
-    }
-    const QScopedValueRollback<bool> isDrawing(isDrawing_, true);
-    isStale_ = false;
-    afterDrag_.stop();
+    refresh_.Draw(*this, [this] { DrawFrame(); });
+}
+
+void ViewportWidget::DrawFrame() {
     ++frameCount_;
     const std::shared_ptr<DagNode> camera = Camera();
     const CameraView cameraView(*camera, width(), height());
@@ -311,9 +285,7 @@ void ViewportWidget::mouseMoveEvent(QMouseEvent* event) {
         navigation_.Move(event->localPos());
         break;
     case Drag::Tool:
-        isDragging_ = true;
-        ToolEvents::Drag(*this, *event);
-        isDragging_ = false;
+        refresh_.DuringDrag([&] { ToolEvents::Drag(*this, *event); });
         break;
     case Drag::Selection:
         if (selectTool_.Drag(ToView(event->localPos()))) {

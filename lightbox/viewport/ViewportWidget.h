@@ -9,7 +9,6 @@
 
 #include <QOpenGLWidget>
 #include <QPointer>
-#include <QTimer>
 
 #include <memory>
 #include <string>
@@ -25,12 +24,14 @@ class Host;
 class Scene;
 class SceneRenderer;
 class ViewFrame;
+class ViewRefresh;
 
 /// The part of a viewport's panel in which the scene is drawn.
 class ViewportWidget : public QOpenGLWidget, public View {
     Q_OBJECT
 public:
-    ViewportWidget(Host& host, std::string panelName, QWidget* parent = nullptr);
+    /// `refresh` says when it is drawn.
+    ViewportWidget(Host& host, ViewRefresh& refresh, std::string panelName, QWidget* parent = nullptr);
     ~ViewportWidget() override;
 
     std::string PanelName() const override { return panelName_; }
@@ -44,9 +45,6 @@ public:
     void BeginGl() override;
     void EndGl() override;
     void Present() override;
-
-    /// A tool's drag wants it redrawn, which waits a moment for what else comes with the drag.
-    bool IsAwaitingDrag() const { return afterDrag_.isActive(); }
 
     const ViewOptions& Options() const { return options_; }
     void SetOptions(const ViewOptions& options);
@@ -87,6 +85,7 @@ private:
     enum class Drag { None, Navigation, Tool, Selection };
 
     void ReleaseGl();
+    void DrawFrame();
     /// Draws what is another than in the picture that is there.
     void DrawViewport2(std::unique_ptr<ViewFrame> frame);
     void DrawLegacy(const ViewFrame& frame);
@@ -98,6 +97,7 @@ private:
     QPointF ToView(const QPointF& position) const;
 
     Host& host_;
+    ViewRefresh& refresh_;
     std::string panelName_;
     /// The camera as it was looked through last, and its transform's name: a scene that is opened anew brings
     /// another one of that name.
@@ -112,15 +112,8 @@ private:
     std::unique_ptr<SceneRenderer> sceneRenderer_;
     std::unique_ptr<DrawListRenderer> drawListRenderer_;
     unsigned frameCount_ = 0;
-    bool isDrawing_ = false;
-    /// A tool is being told of a drag; what it wants redrawn is drawn when afterDrag_ ends.
-    bool isDragging_ = false;
-    QTimer afterDrag_;
     /// What the picture that is there shows; null when it may show something else.
     std::unique_ptr<ViewFrame> shown_;
-    /// Something changed since it was drawn.
-    bool isStale_ = true;
-    bool presentsOnly_ = false;
     /// What was current before each BeginGl().
     struct Current {
         QPointer<QOpenGLContext> context;

@@ -22,7 +22,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/demo DESTINATION share/lightbox USE_SOUR
 # Not the pages about the source.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION share/doc/lightbox
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py"
-    PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE PATTERN "openmaya-checklist.md" EXCLUDE)
+    PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE PATTERN "style.md" EXCLUDE PATTERN "openmaya-checklist.md" EXCLUDE)
 
 set(here ${CMAKE_CURRENT_LIST_DIR})
 install(FILES ${here}/copyright DESTINATION share/doc/lightbox)

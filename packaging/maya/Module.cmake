@@ -9,7 +9,7 @@ install(TARGETS vellix2
 # The pages for those who draw and script, and what they refer to; not those about the source.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION vellix2/docs
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.py"
-    PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE PATTERN "openmaya-checklist.md" EXCLUDE)
+    PATTERN "building.md" EXCLUDE PATTERN "developing.md" EXCLUDE PATTERN "style.md" EXCLUDE PATTERN "openmaya-checklist.md" EXCLUDE)
 install(CODE "set(VELLIX_VERSION ${PROJECT_VERSION})")
 install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/WriteModuleFile.cmake)
 

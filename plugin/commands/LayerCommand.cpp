@@ -124,14 +124,7 @@ MStatus LayerCommand::undoIt() {
 }
 
 MStatus LayerCommand::Run(const Flag::Step& step) {
-    if (m_flag->check && !m_flag->check(*this)) {
-        return MS::kFailure;
-    }
-    MStatus status = step(*this);
-    if (status && m_undoable) {
-        m_node->QueueRefresh(); // what the views show may have changed
-    }
-    return status;
+    return m_flag->check && !m_flag->check(*this) ? MStatus(MS::kFailure) : step(*this);
 }
 
 bool LayerCommand::CheckLayer() const {

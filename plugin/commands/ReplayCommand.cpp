@@ -3,6 +3,7 @@
 #include "commands/CameraArgument.h"
 #include "commands/NodeCreation.h"
 #include "commands/StrokePlayer.h"
+#include "core/LayerManager.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -105,6 +106,8 @@ bool ReplayCommand::ProvideNode() {
 }
 
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
+    const std::shared_ptr<LayerManager> layers = BaseNode::GetMaster()->GetLayerManager();
+    const LayerManager::ChangeScope together(*layers);
     m_before.Remember(*BaseNode::GetMaster(), {m_camera});
     StrokePlayer player(*BaseNode::GetMaster(), m_camera);
     MComputation computation;
@@ -124,7 +127,7 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
         Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(m_file, fault));
         return false;
     }
-    RefreshAll();
+    BaseNode::UpdatePlaybackTime();
     return true;
 }
 
@@ -140,7 +143,7 @@ bool ReplayCommand::UndoAll() {
     if (m_node) {
         m_node->Undo();
     }
-    RefreshAll();
+    BaseNode::UpdatePlaybackTime();
     return done;
 }
 
@@ -160,16 +163,8 @@ MStatus ReplayCommand::redoIt() {
     for (auto drawn = m_drawn.begin(); done && drawn != m_drawn.end(); ++drawn) {
         done = (*drawn)->Redo(*node);
     }
-    RefreshAll();
-    return done ? MS::kSuccess : MS::kFailure;
-}
-
-void ReplayCommand::RefreshAll() {
     BaseNode::UpdatePlaybackTime();
-    if (BaseNode* const node = BaseNode::GetMaster()) {
-        node->QueueRefresh();
-    }
-    BaseNode::UpdateTimeControlOverlay();
+    return done ? MS::kSuccess : MS::kFailure;
 }
 
 } // namespace vellix

@@ -45,7 +45,6 @@ private:
     bool ProvideNode();
     bool DrawAll(const StrokeRecording& recording);
     bool UndoAll();
-    static void RefreshAll();
 
     bool m_hasFile = false;
     QString m_file;

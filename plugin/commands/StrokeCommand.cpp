@@ -53,12 +53,7 @@ MStatus StrokeCommand::undoIt() {
 
 MStatus StrokeCommand::Exchange(bool (StrokeCommit::*step)(BaseNode& node)) {
     BaseNode* node = BaseNode::GetMaster();
-    if (node == nullptr || !(m_commit.get()->*step)(*node)) {
-        return MS::kFailure;
-    }
-    // The tool that drew the stroke has shown it; here nobody else does.
-    node->QueueRefresh();
-    return MS::kSuccess;
+    return node != nullptr && (m_commit.get()->*step)(*node) ? MS::kSuccess : MS::kFailure;
 }
 
 MStatus StrokeCommand::ParseArguments(const MArgList& args) {

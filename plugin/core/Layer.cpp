@@ -23,8 +23,19 @@ Layer::Layer()
 
 Layer::~Layer() = default;
 
+void Layer::SetChangeTeller(std::function<void(DocumentChange)> tell) {
+    m_tell = std::move(tell);
+}
+
+void Layer::Changed(DocumentChange change) {
+    if (m_tell) {
+        m_tell(change);
+    }
+}
+
 void Layer::SetName(const QString& name) {
     m_name = name;
+    Changed(DocumentChange::LayerSettings);
 }
 
 QString Layer::GetName() const {
@@ -35,6 +46,7 @@ void Layer::SetVisible(bool visible) {
     if (m_visible != visible) {
         m_visible = visible;
         m_cacheUpdateRequired = true;
+        Changed(DocumentChange::LayerSettings);
     }
 }
 
@@ -48,6 +60,7 @@ void Layer::SetOpacity(float opacity) {
     if (m_opacity != clamped) {
         m_opacity = clamped;
         m_cacheUpdateRequired = true;
+        Changed(DocumentChange::LayerSettings);
     }
 }
 
@@ -57,6 +70,7 @@ float Layer::GetOpacity() const {
 
 void Layer::SetState(LayerState state) {
     m_state = state;
+    Changed(DocumentChange::LayerSettings);
 }
 
 LayerState Layer::GetState() const {
@@ -81,6 +95,7 @@ bool Layer::CacheUpdateRequired() const {
 
 void Layer::ForceCacheUpdate() {
     m_cacheUpdateRequired = true;
+    Changed(DocumentChange::Pictures);
 }
 
 QImage* Layer::GetImage(int offset) {
@@ -101,7 +116,7 @@ Frame* Layer::ReadFrame(int offset) {
 void Layer::SetImage(const QImage& image) {
     if (Frame* frame = GetCurrentFrame()) {
         frame->SetImage(image);
-        m_cacheUpdateRequired = true;
+        ForceCacheUpdate();
     }
 }
 
@@ -236,6 +251,7 @@ std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
     m_frames.erase(m_frames.begin() + index);
     UpdateCurrentFrameIndex(frame);
     m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    Changed(DocumentChange::Frames);
     return removed;
 }
 
@@ -275,11 +291,13 @@ std::vector<int> Layer::PutFrames(FrameList& frames) {
 void Layer::FramesChanged() {
     UpdateCurrentFrameIndex();
     m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    Changed(DocumentChange::Frames);
 }
 
 void Layer::RemoveAllFrames() {
     m_frames.clear();
     m_cacheUpdateRequired = true;
+    Changed(DocumentChange::Frames);
 }
 
 } // namespace vellix

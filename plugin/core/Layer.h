@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/DocumentListener.h"
 #include "core/LayerState.h"
 #include "paint/NonCopyable.h"
 
@@ -9,6 +10,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -24,6 +26,9 @@ class Layer : private NonCopyable {
 public:
     Layer();
     ~Layer();
+
+    /// What is told of the layer's changes from now on; an empty function for nobody.
+    void SetChangeTeller(std::function<void(DocumentChange)> tell);
 
     void SetName(const QString& name);
     QString GetName() const;
@@ -41,6 +46,8 @@ public:
     /// Has the layer's picture changed since it was last read with GetImage?
     bool CacheUpdateRequired() const;
     void ForceCacheUpdate();
+    /// After times of frames have changed without the layer: finds the current frame anew.
+    void FramesChanged();
 
     /// The frame `offset` keys after the current one (before it when negative), borrowed; null when there is
     /// none or the layer is hidden. Counts as reading the picture.
@@ -95,8 +102,9 @@ public:
 
 private:
     int FindKey(int frame) const;
-    void FramesChanged();
+    void Changed(DocumentChange change);
 
+    std::function<void(DocumentChange)> m_tell;
     QString m_name;
     bool m_active = false;
     bool m_visible = true;

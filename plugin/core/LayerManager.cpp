@@ -13,11 +13,47 @@
 
 namespace vellix {
 
+namespace {
+
+DocumentListener* g_listener = nullptr;
+
+} // namespace
+
 LayerManager::LayerManager()
     : m_stroke(std::make_unique<StrokePainter>())
     , m_compositor(std::make_unique<Compositor>()) {}
 
 LayerManager::~LayerManager() = default;
+
+void LayerManager::SetListener(DocumentListener* listener) {
+    g_listener = listener;
+}
+
+LayerManager::ChangeScope::ChangeScope(LayerManager& document)
+    : m_document(document) {
+    ++m_document.m_changeScopes;
+}
+
+LayerManager::ChangeScope::~ChangeScope() {
+    --m_document.m_changeScopes;
+    m_document.TellChanges();
+}
+
+void LayerManager::Changed(DocumentChanges changes) {
+    m_changes |= changes;
+    TellChanges();
+}
+
+void LayerManager::TellChanges() {
+    if (m_changeScopes > 0 || !m_changes) {
+        return;
+    }
+    const DocumentChanges changes = m_changes;
+    m_changes = DocumentChanges();
+    if (g_listener != nullptr) {
+        g_listener->OnDocumentChanged(*this, changes);
+    }
+}
 
 bool LayerManager::IsMaster() const {
     return m_master;
@@ -47,7 +83,7 @@ void LayerManager::SetActiveCamera(const QString& camera) {
     if (camera != m_activeCamera) {
         m_previousActiveCamera = m_activeCamera;
         m_activeCamera = camera;
-        UpdateLayerManagerDialog();
+        Changed(DocumentChange::ActiveCamera);
     }
 }
 
@@ -117,14 +153,21 @@ bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCam
         Logger::Error(QStringLiteral("Invalid layer index: %1").arg(index));
         return false;
     }
+    const ChangeScope together(*this);
+    if (Settings::ghostPrev || Settings::ghostNext) {
+        // Ghosts are those of the active layer, so both pictures change.
+        if (!m_activeCamera.isEmpty()) {
+            QueueMasterCacheUpdate(m_activeCamera);
+        }
+        QueueMasterCacheUpdate(camera);
+    }
     const LayerList& layers = FindLayers(camera);
     for (std::size_t i = 0; i < layers.size(); ++i) {
         layers[i]->SetActive(int(i) == index);
     }
-    if (makeCameraActive && camera != m_activeCamera) {
+    Changed(DocumentChange::ActiveLayer);
+    if (makeCameraActive) {
         SetActiveCamera(camera);
-    } else {
-        UpdateLayerManagerDialog();
     }
     return true;
 }
@@ -137,7 +180,6 @@ QString LayerManager::GetLayerName(const QString& camera, int index) const {
 void LayerManager::SetLayerName(const QString& camera, int index, const QString& name) {
     if (Layer* layer = GetLayer(camera, index)) {
         layer->SetName(name);
-        UpdateLayerManagerDialog();
     }
 }
 
@@ -149,7 +191,6 @@ bool LayerManager::IsLayerVisible(const QString& camera, int index) const {
 void LayerManager::SetLayerVisible(const QString& camera, int index, bool visible) {
     if (Layer* layer = GetLayer(camera, index)) {
         layer->SetVisible(visible);
-        UpdateLayerManagerDialog();
     }
 }
 
@@ -172,7 +213,6 @@ LayerState LayerManager::GetLayerState(const QString& camera, int index) const {
 void LayerManager::SetLayerState(const QString& camera, int index, LayerState state) {
     if (Layer* layer = GetLayer(camera, index)) {
         layer->SetState(state);
-        UpdateLayerManagerDialog();
     }
 }
 
@@ -180,7 +220,9 @@ int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
     if (layer == nullptr) {
         return -1;
     }
+    const ChangeScope together(*this);
     std::unique_ptr<Layer> owned(layer);
+    layer->SetChangeTeller([this](DocumentChange change) { Changed(change); });
     LayerList& layers = m_layers[camera];
     const bool wasActive = layer->IsActive();
     const int at = index >= 0 && index < int(layers.size()) ? index : int(layers.size());
@@ -190,9 +232,8 @@ int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
         OnFirstLayerAdded(camera);
     } else if (wasActive) {
         SetActiveLayer(camera, at, false);
-    } else {
-        UpdateLayerManagerDialog();
     }
+    Changed(DocumentChange::Layers);
     return at;
 }
 
@@ -214,7 +255,7 @@ int LayerManager::MoveLayer(const QString& camera, int from, int to) {
         std::rotate(first + to, first + from, first + from + 1);
     }
     QueueMasterCacheUpdate(camera);
-    UpdateLayerManagerDialog();
+    Changed(DocumentChange::Layers);
     return to;
 }
 
@@ -222,6 +263,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
     if (camera == toCamera) {
         return MoveLayer(camera, index, LayerExists(camera, toIndex) ? toIndex : LayerCount(camera) - 1);
     }
+    const ChangeScope together(*this);
     std::unique_ptr<Layer> layer = RemoveLayer(camera, index);
     if (layer == nullptr) {
         return -1;
@@ -234,17 +276,18 @@ std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int inde
     if (!LayerExists(camera, index)) {
         return nullptr;
     }
+    const ChangeScope together(*this);
     LayerList& layers = m_layers[camera];
     std::unique_ptr<Layer> layer = std::move(layers[std::size_t(index)]);
+    layer->SetChangeTeller(nullptr);
     layers.erase(layers.begin() + index);
     QueueMasterCacheUpdate(camera);
     if (layers.empty()) {
         OnLastLayerRemoved(camera);
     } else if (layer->IsActive()) {
         SetActiveLayer(camera, std::max(index - 1, 0), false);
-    } else {
-        UpdateLayerManagerDialog();
     }
+    Changed(DocumentChange::Layers);
     return layer;
 }
 
@@ -253,12 +296,15 @@ void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed
     if (found == m_layers.end() || found->second.empty()) {
         return;
     }
+    const ChangeScope together(*this);
     for (auto& layer : found->second) {
+        layer->SetChangeTeller(nullptr);
         removed.append(layer.release());
     }
     found->second.clear();
     QueueMasterCacheUpdate(camera);
     OnLastLayerRemoved(camera);
+    Changed(DocumentChange::Layers);
 }
 
 void LayerManager::DeleteAllLayers(bool updatePanel) {
@@ -269,7 +315,7 @@ void LayerManager::DeleteAllLayers(bool updatePanel) {
     m_layers.clear();
     m_masterCacheQueue.clear();
     if (updatePanel) {
-        UpdateLayerManagerDialog();
+        Changed(DocumentChange::Layers);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/DocumentListener.h"
 #include "core/LayerState.h"
 #include "paint/NonCopyable.h"
 
@@ -32,6 +33,21 @@ class LayerManager : private NonCopyable {
 public:
     LayerManager();
     ~LayerManager();
+
+    /// Who is told of the changes of every drawing; borrowed, null for nobody.
+    static void SetListener(DocumentListener* listener);
+
+    /// While one is there, changes are gathered; they are told together when the last one goes.
+    class ChangeScope {
+    public:
+        explicit ChangeScope(LayerManager& document);
+        ChangeScope(const ChangeScope&) = delete;
+        ChangeScope& operator=(const ChangeScope&) = delete;
+        ~ChangeScope();
+
+    private:
+        LayerManager& m_document;
+    };
 
     /// The master's layers fill the layer manager panel.
     bool IsMaster() const;
@@ -133,6 +149,8 @@ public:
     void QueueMasterCacheUpdate(const QString& camera);
     void MasterCacheUpdateCompleted(const QString& camera);
     void ForceCacheUpdate(const QString& camera, int index);
+    /// The user's settings of ghosting have changed.
+    void OnGhostingChanged();
     /// The camera's layers at any time, with the ghosts of the user's settings when `ghosting` is set. Leaves
     /// current frames, flags and caches alone; a null image without layers.
     QImage ComposeFrame(const QString& camera, int frame, bool ghosting) const;
@@ -155,6 +173,8 @@ private:
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
     const LayerList& FindLayers(const QString& camera) const;
+    void Changed(DocumentChanges changes);
+    void TellChanges();
     void OnFirstLayerAdded(const QString& camera);
     void OnLastLayerRemoved(const QString& camera);
 
@@ -166,6 +186,8 @@ private:
     bool m_cacheUpdateRequired = false;
     int m_frame = 0;
     QStringList m_masterCacheQueue;
+    DocumentChanges m_changes; ///< not told yet
+    int m_changeScopes = 0;
     std::unique_ptr<StrokePainter> m_stroke;
     std::unique_ptr<Compositor> m_compositor;
 };

@@ -89,6 +89,7 @@ void LayerManager::CancelActiveStroke() {
         m_stroke->Cancel(layer == nullptr ? nullptr : layer->GetCurrentFrame());
         // The flag below ends with the next rebuild, be it another camera's.
         QueueMasterCacheUpdate(camera);
+        Changed(DocumentChange::Pictures);
     }
     m_cacheUpdateRequired = true;
 }
@@ -148,6 +149,11 @@ void LayerManager::QueueMasterCacheUpdateAll() {
     for (const auto& entry : m_layers) {
         QueueMasterCacheUpdate(entry.first);
     }
+}
+
+void LayerManager::OnGhostingChanged() {
+    QueueMasterCacheUpdateAll();
+    Changed(DocumentChange::Ghosting);
 }
 
 void LayerManager::MasterCacheUpdateCompleted(const QString& camera) {

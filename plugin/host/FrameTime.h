@@ -8,8 +8,8 @@
 
 namespace vellix {
 
-/// Whole frames of a time in the host's current time unit, truncated toward zero; times beyond the range of
-/// an int give its nearest end.
+/// Converts a time to whole frames in the host's current time unit, truncated toward zero and clamped to the
+/// range of int.
 inline int ToWholeFrames(const MTime& time) {
     const double frames = time.as(MTime::uiUnit());
     if (frames >= double(std::numeric_limits<int>::max())) {
@@ -21,7 +21,7 @@ inline int ToWholeFrames(const MTime& time) {
     return std::numeric_limits<int>::min();
 }
 
-/// Can a frame be keyed there?
+/// Returns whether the frame number fits into an int, so that a frame can be keyed there.
 inline bool IsWholeFrame(qint64 frame) {
     return frame >= std::numeric_limits<int>::min() && frame <= std::numeric_limits<int>::max();
 }

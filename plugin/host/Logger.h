@@ -6,8 +6,8 @@
 
 namespace vellix {
 
-/// Messages in the host's script output. Each is prefixed so that the animator sees who speaks. Info, and the
-/// prefix of messages for developers, are part of the interface for other tools and not used here.
+/// Writes messages to the host's script output, with a prefix that names the plug-in. Info and DEBUG_PREFIX
+/// are part of the interface for other tools and not used here.
 class Logger {
 public:
     static void Info(const MString& message);

@@ -140,7 +140,7 @@ QString MayaUtil::EscapeString(const QString& text) {
 
 namespace {
 
-/// A line of the script with the label of a tool stands there once for every tool.
+/// Repeats every line that contains the label of a tool, once for each tool.
 QString ForEachTool(const QString& script) {
     QStringList lines;
     for (const QString& line : script.split(QLatin1Char('\n'))) {
@@ -170,7 +170,7 @@ bool MayaUtil::SourceScripts() {
     if (data.isNull()) {
         return false;
     }
-    // The text ends at the first NUL, like any script.
+    // Like any script, the text ends at the first NUL.
     return ExecuteMel(ParseScript(QString::fromUtf8(data.constData())), false, false);
 }
 
@@ -185,6 +185,8 @@ QString MayaUtil::ParseScript(const QString& text) {
         {"{LAYER_CMD}", Settings::LAYER_COMMAND_NAME},
         {"{FRAME_CMD}", Settings::FRAME_COMMAND_NAME},
         {"{UTIL_CMD}", Settings::UTIL_COMMAND_NAME},
+        {"{REPLAY_CMD}", Settings::REPLAY_COMMAND_NAME},
+        {"{EXPORT_CMD}", Settings::EXPORT_COMMAND_NAME},
         {"{FUNC_CREATE_MAIN_MENU}", Settings::CREATE_MAIN_MENU_FUNC_NAME},
         {"{FUNC_DELETE_MAIN_MENU}", Settings::DELETE_MAIN_MENU_FUNC_NAME},
         {"{FUNC_UPDATE_MAIN_MENU}", Settings::UPDATE_MAIN_MENU_FUNC_NAME},

@@ -19,13 +19,14 @@ enum class LayerState : qint32;
 enum class ToolType : qint32;
 struct ToolOptions;
 
-/// The way to the host: builds and executes every MEL line of the plug-in, carries the menu script, and
-/// answers small questions about the host. Main thread only. Operations that execute a line return whether it
-/// succeeded; they log nothing. Names that contain quotes, backslashes or line breaks are escaped as in a MEL
-/// string.
+/// The plug-in's access to the host. Builds and executes every MEL line of the plug-in, holds the menu
+/// script, and answers simple queries about the host. Main thread only. Operations that execute a line return
+/// whether it succeeded, and log nothing. Quotes, backslashes and line breaks in names are escaped as in a
+/// MEL string.
 class MayaUtil {
 public:
-    // Execution. The result forms also fail, leaving `out` untouched, when the result has another type.
+    // Execution. The forms with a result also fail when the result has another type; on failure `out` keeps
+    // its value.
     static bool ExecuteMel(const MString& command, bool displayEnabled, bool undoEnabled);
     static bool ExecuteMel(const QString& command, bool displayEnabled, bool undoEnabled);
     static bool ExecuteMelIntResult(const MString& command, int& out, bool displayEnabled, bool undoEnabled);
@@ -42,8 +43,8 @@ public:
     static QString ToQString(const MString& text);
     static MString ToMString(const QString& text);
 
-    /// The text as it stands between the quotes of a MEL string. A MEL string ends at a NUL, so the text does
-    /// too.
+    /// Escapes the text for use between the quotes of a MEL string. The text is cut at a NUL, where a MEL
+    /// string ends.
     static QString EscapeString(const QString& text);
 
     // The menu script.
@@ -57,7 +58,7 @@ public:
     static bool DeleteAllNodes();
     static bool CreateFloatingViewport(const QString& camera);
 
-    // The node. Executed when the host is idle, so these may be called inside callbacks and other commands.
+    // The node. Executed when the host is idle, so it may be called inside callbacks and other commands.
     static bool CreateNode(bool addLayer, bool addFrames, const QString& camera, const QString& layerName,
                            int layerState);
 
@@ -74,15 +75,17 @@ public:
     static bool SetLayerState(const QString& camera, int index, LayerState state);
     static bool RefreshLayerManagerDialog();
 
-    /// Commits the stroke in progress. `layer` is the index of a layer that the stroke added, else negative.
+    /// Commits the stroke in progress. `layer` is the index of a layer that was added for the stroke, or
+    /// negative. `frameAdded` says whether a frame was added for it.
     static bool PushStroke(const QString& camera, int layer, bool frameAdded);
 
     // Tools.
     static bool Draw();
     static bool ActivateTransformTool();
     static bool SetTool(const QString& flag);
-    /// Takes up a drawing tool, or sets all of its options; false for another tool.
+    /// Activates a drawing tool. Returns false for any other tool.
     static bool SetTool(ToolType tool);
+    /// Sets all options of a drawing tool. Returns false for any other tool.
     static bool SetToolOptions(ToolType tool, const ToolOptions& options);
     static bool SetPencilTool();
     static bool SetBrushTool();
@@ -138,32 +141,33 @@ public:
 
     // Tool contexts of the host.
     static bool SetContext(const MString& context);
-    /// Whether the question could be asked, whatever its answer.
+    /// Returns whether the query ran, not its answer.
     static bool ContextExists(const MString& context);
     static bool CreateContext(const MString& command, MString& name);
 
     // The host's state.
     static bool IsBatchMode();
-    /// The user's preferences folder as the host names it; empty when it cannot be asked.
+    /// The user's preferences folder as the host names it; empty if the query fails.
     static QString GetMayaPrefsDirectory();
     static bool IsTimeSliderRangeVisible();
-    /// Start and end of the highlighted range of the time slider, frames, the end exclusive.
+    /// Start and end (exclusive) of the time slider's highlighted range, in frames.
     static bool GetTimeSliderRange(MDoubleArray& range);
     /// The host's time slider, or null. The host owns it.
     static QWidget* GetTimeControlWidget();
 
     // Colour sliders made by the host.
     static bool SetColorSliderGrpColor(const QString& name, const QColor& color);
-    /// An invalid colour when the control cannot be asked.
+    /// Returns an invalid colour if the query fails.
     static QColor GetColorSliderGrpColor(const QString& name);
     static bool SetColorSliderGrpChangeCommand(const QString& name, const QString& command);
-    /// A swatch without its slider, of that size in pixels. The host owns it; null when it could not be made.
+    /// Creates a swatch without its slider, sizes in pixels. The host owns it; null if it could not be
+    /// created.
     static QWidget* CreateColorSliderGrp(const QString& name, int width, int height);
 
     // Time and cameras, without MEL. Cameras are named by their transform.
     static bool IsPlaying();
     static MTime GetPlaybackTime();
-    /// Whole frames, truncated toward zero.
+    /// The current time in whole frames, truncated toward zero.
     static int GetPlaybackTimeValue();
     static void SetPlaybackTime(const MTime& time);
     static MTime GetPlaybackRangeStart();
@@ -174,9 +178,11 @@ public:
     static QString GetCameraName(M3dView& view);
     static QString GetActive3dViewCameraName();
 
-    /// Makes the host redraw the ticks of its time slider, by changing the selection and restoring it.
+    /// Makes the host redraw its time slider's ticks, by changing the selection and restoring it. `node` is
+    /// selected for a moment if the selection is empty.
     static void RefreshTimeControl(const MObject& node);
-    /// Does the selection change only for that? Then what follows the selection has nothing to do.
+    /// Returns whether RefreshTimeControl is changing the selection. Selection callbacks then have nothing to
+    /// do.
     static bool IsRefreshingTimeControl();
 
     // Part of the interface for scripts and other tools; not called here.

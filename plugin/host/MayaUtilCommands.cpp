@@ -1,4 +1,4 @@
-// The command lines: one operation of MayaUtil for every line that the plug-in has the host execute.
+// The command lines: one operation of MayaUtil for each MEL line that the plug-in executes.
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -22,13 +22,13 @@ bool ExecuteOnIdle(const QString& line) {
     return MGlobal::executeCommandOnIdle(MayaUtil::ToMString(line), false) == MStatus::kSuccess;
 }
 
-/// A name that stands as a bare word, in quotes only when it could not be read otherwise.
+/// A name as a bare word, or in quotes when it needs escapes.
 QString Word(const QString& name) {
     const QString escaped = MayaUtil::EscapeString(name);
     return escaped == name ? name : QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
-/// A name between quotes.
+/// A name in quotes.
 QString Quoted(const QString& name) {
     return QLatin1Char('"') + MayaUtil::EscapeString(name) + QLatin1Char('"');
 }
@@ -37,7 +37,7 @@ QString Number(int value) {
     return QString::number(value);
 }
 
-/// The command followed by its arguments, one blank between any two.
+/// Joins the command and its arguments with single blanks.
 QString CommandLine(const QString& command, const QStringList& arguments) {
     return arguments.isEmpty() ? command : command + QLatin1Char(' ') + arguments.join(QLatin1Char(' '));
 }
@@ -54,7 +54,7 @@ bool UtilLine(const QStringList& arguments) {
     return Execute(CommandLine(Settings::UTIL_COMMAND_NAME, arguments));
 }
 
-/// Deferred: these are called while the host still handles the event that caused them.
+/// Executed when the host is idle: the callers are still handling the event that caused the call.
 bool UtilDeferred(const char* flag) {
     return Execute(
         QStringLiteral("evalDeferred(\"%1 %2\")").arg(Settings::UTIL_COMMAND_NAME, QLatin1String(flag)));

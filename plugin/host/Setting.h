@@ -7,33 +7,34 @@
 
 namespace vellix {
 
-/// A persisted setting: one row for its place in the file, for reading and for writing.
+/// A persisted setting: its place in the file, and how it is read and written.
 struct Setting {
-    /// What a key that is not in the file does to its member.
+    /// How a key that is missing in the file changes its member.
     enum class Missing {
         Keeps,
-        Resets, ///< to the value that the member had when the row was made
+        Resets, ///< to the member's value when the Setting was created
     };
 
-    /// Any value is taken as it is.
+    /// Accepts any value.
     template <typename Value>
     static Setting Of(const char* group, const QString& key, Value& member, Missing missing = Missing::Keeps);
-    /// A number from 0 to `last`; others are ignored.
+    /// A number from 0 to `last`. Other values are ignored.
     static Setting Choice(const char* group, const QString& key, int& member, int last,
                           Missing missing = Missing::Keeps);
-    /// A number from `least` to `most`; others reset the member.
+    /// A number from `least` to `most`. Other values reset the member to its value when the Setting was
+    /// created.
     static Setting Count(const char* group, const QString& key, int& member, int least, int most);
 
     QString GetPath() const { return QLatin1String(group) + QLatin1Char('/') + key; }
-    /// What a missing key stands for.
+    /// The value that a missing key stands for.
     QVariant GetDefault() const { return reset.isValid() ? reset : get(); }
 
     const char* group;
     QString key;
     std::function<QVariant()> get;
-    /// None: the value is written and never read.
+    /// Empty if the value is written and never read.
     std::function<void(const QVariant&)> set;
-    QVariant reset; ///< invalid: a missing key keeps the member
+    QVariant reset; ///< invalid if a missing key keeps the member
 };
 
 template <typename Value>

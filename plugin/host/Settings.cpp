@@ -39,8 +39,8 @@ ToolOptions& OptionsOf(ToolType tool) {
 
 } // namespace
 
-// These texts are made at run time and not QStringLiteral: the settings are among what Qt keeps in its own
-// caches beyond the unloading of this library, where a literal's bytes would be gone.
+// Created at run time and not with QStringLiteral: Qt keeps some of these strings in caches after this
+// library is unloaded, when the bytes of a literal would be gone.
 const QString Settings::CONFIG_FILE_NAME = QString::fromLatin1("vellix2.ini");
 const int Settings::CONFIG_FILE_VERSION;
 const QString Settings::VERSION_STRING = QString::fromLatin1("2.5.4");
@@ -196,8 +196,8 @@ Setting ActiveTool() {
 
 using Missing = Setting::Missing;
 
-// One row a setting: its key, its member, what a missing key does and which values are taken. The rows stand
-// in the order of the file. They are made when the members have their first values, so that those are the
+// One row per setting: its key, its member, what a missing key does and which values are accepted, in the
+// order of the file. The rows are created while the members hold their initial values, which become the
 // defaults.
 
 std::vector<Setting> MainSettings() {
@@ -272,7 +272,8 @@ std::vector<Setting> AllSettings() {
 
 const std::vector<Setting> SETTINGS = AllSettings();
 
-/// What no file holds starts afresh: a plug-in that is loaded again may be the same library.
+/// Resets the options that the file does not store. A plug-in that is loaded again may be the same library in
+/// memory, with the old values.
 void ResetSessionOptions() {
     for (const ToolRow& tool : AllTools()) {
         const ToolOptions first = DefaultOptions(tool);
@@ -285,7 +286,7 @@ void ResetSessionOptions() {
     }
 }
 
-/// The options of a tool; null, with an error logged, for a tool without any.
+/// Returns the options of a tool. Logs an error and returns null for an unknown tool.
 ToolOptions* FindOptions(ToolType tool) {
     const auto found = toolOptions.find(tool);
     if (found != toolOptions.end()) {
@@ -335,7 +336,7 @@ void Settings::WriteUserConfig() {
     if (path.isEmpty()) {
         return;
     }
-    SettingsFile::Disarm(path); // writing reads what is there already
+    SettingsFile::Disarm(path); // QSettings reads the old file before it writes
     QSettings file(path, QSettings::IniFormat);
     QStringList keys;
     for (const Setting& setting : SETTINGS) {
@@ -389,7 +390,7 @@ int Settings::GetToolHardness(ToolType tool) {
 
 void Settings::SetToolHardness(ToolType tool, int hardness) {
     if (HasTrait(tool, ToolRow::HARDNESS)) {
-        // Below zero a soft brush is meant, not one without any core; zero itself can be asked for.
+        // A negative value asks for a soft brush that keeps a hard core. Zero itself is allowed.
         const int softest = tool == ToolType::Brush && hardness < 0 ? 10 : 0;
         OptionsOf(tool).hardness = qBound(softest, hardness, 100);
     }

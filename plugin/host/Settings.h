@@ -13,9 +13,9 @@ namespace vellix {
 enum class ToolType : qint32;
 struct ToolOptions;
 
-/// The user's preferences, and the names and limits that the whole plug-in shares. Static members only:
-/// everyone reads and writes them directly, on the host's main thread. ReadUserConfig and WriteUserConfig
-/// move the persisted ones between memory and the INI file.
+/// The user's preferences, and the names and limits that the whole plug-in shares. Has static members only:
+/// all code reads and writes them directly on the host's main thread. ReadUserConfig and WriteUserConfig
+/// transfer the persisted ones from and to the INI file.
 class Settings {
 public:
     static const QString CONFIG_FILE_NAME;
@@ -73,10 +73,10 @@ public:
     static QByteArray colorPaletteGeometry;
     static QByteArray retimingGeometry;
 
-    // Group "tools". Sizes in pixels (text: points), opacities and hardness in percent.
+    // Group "tools". Sizes in image pixels (text: points), opacity and hardness in percent.
     static ToolType activeTool;
     static QColor activeColor;
-    // The options of the tools that have members of their own; GetToolOptions has those of any tool.
+    // Options of single tools, for direct access; GetToolOptions gives those of any tool.
     static int& pencilSize;
     static int& pencilOpacity;
     static bool& pencilTabletEnabled;
@@ -84,7 +84,7 @@ public:
     static int& brushOpacity;
     static bool& brushTabletEnabled;
     static int& eraserSize;
-    static QString& textFontFamily; ///< empty until the settings are read: fonts need a running application
+    static QString& textFontFamily; ///< empty until ReadUserConfig: fonts need a running application
     static int& textSize;
     static int& textOpacity;
     static int& lineSize;
@@ -128,18 +128,18 @@ public:
     static int& eraserHardness;
     static bool& eraserTabletEnabled;
     static bool excludeAsLocator; ///< the node stays visible when locators are hidden in a view
-    /// The last sample, 0..1. The input thread reads it while the main thread writes.
+    /// The pressure of the last sample, 0..1. The main thread writes it, the input thread reads it.
     static std::atomic<float> tabletPressure;
-    static bool tabletEraserEnabled; ///< while the pen's eraser end is in use
+    static bool tabletEraserEnabled; ///< true while the pen's eraser end is in use
     static bool guiEnabled;          ///< the host runs with a user interface
 
-    /// Absolute path of the settings file; empty, with an error logged, when the host names no preferences
-    /// folder.
+    /// The absolute path of the settings file. If the host names no preferences folder, logs an error and
+    /// returns an empty string.
     static QString GetUserConfigPath();
     static void ReadUserConfig();
     static void WriteUserConfig();
 
-    /// Of an unknown tool: an error is logged, and the pencil's value returned or nothing stored.
+    /// For an unknown tool these log an error; getters return the pencil's value, setters store nothing.
     static const ToolOptions& GetToolOptions(ToolType tool);
     static void SetToolOptions(ToolType tool, const ToolOptions& options);
     static int GetToolSize(ToolType tool);
@@ -147,7 +147,7 @@ public:
     static int GetToolOpacity(ToolType tool);
     static void SetToolOpacity(ToolType tool, int opacity);
 
-    /// Of a tool without hardness: 100, and nothing is stored.
+    /// For a tool without hardness the getter returns 100 and the setter does nothing.
     static int GetToolHardness(ToolType tool);
     static void SetToolHardness(ToolType tool, int hardness);
     static bool IsTabletPressureEnabled(ToolType tool);

@@ -33,16 +33,16 @@ int DigitValue(char digit, int base) {
     return value < base ? value : -1;
 }
 
-/// Is what follows the mark of an object a colour, the only kind that is ever stored? Its number comes first,
-/// then the colour model, whose numbers QColor takes on trust.
+/// Returns whether the data after "@Variant(" is a colour, the only type that is ever stored. The type number
+/// comes first, then the colour model, which QColor does not check.
 bool HoldsColor(const QByteArray& object) {
     constexpr int LAST_MODEL = 4; // QColor::Hsl
     return object.startsWith(QByteArray("\0\0\0\x43", 4)) && object.size() > 4 && object[4] >= 0 &&
            object[4] <= LAST_MODEL;
 }
 
-/// The text as QSettings will see it, escapes resolved and quotes and line ends left out, with the place
-/// where each character came from.
+/// The text as QSettings reads it: escapes resolved, quotes and line ends left out. Keeps each character's
+/// index in the file.
 struct Unescaped {
     explicit Unescaped(const QByteArray& content) {
         text.reserve(content.size());
@@ -77,7 +77,7 @@ private:
         } else if (kind == 'x' || DigitValue(kind, 8) >= 0) {
             AddNumber(content, at, start);
         } else {
-            ++at; // what follows the backslash is skipped
+            ++at; // QSettings skips the character after the backslash
         }
     }
     void AddNumber(const QByteArray& content, int& at, int start) {
@@ -94,8 +94,7 @@ private:
     }
 };
 
-/// "group/key" of every line, with an empty key for a group's header; lines that are neither keep the one
-/// before.
+/// One line of the file and its "group/key"; the key is empty for a group's header. Blank lines are dropped.
 struct SettingLine {
     QByteArray text;
     QString key;
@@ -132,7 +131,7 @@ QByteArray SettingsFile::Disarmed(const QByteArray& content) {
     QByteArray result = content;
     int added = 0;
     for (int at = 0; (at = unescaped.text.indexOf(marker, at)) >= 0; at += marker.size()) {
-        // A doubled sign stands for the sign itself.
+        // "@@" stands for a plain "@".
         const bool plainText = at > 0 && unescaped.text[at - 1] == '@';
         if (!plainText && !HoldsColor(unescaped.text.mid(at + marker.size(), 5))) {
             result.insert(unescaped.origin[at] + added++, '@');

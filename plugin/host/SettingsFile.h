@@ -6,18 +6,19 @@
 
 namespace vellix {
 
-/// What QSettings does not do for an INI file that people may edit or disks may damage.
+/// Additions to QSettings for an INI file that a user may edit or a disk may damage.
 class SettingsFile {
 public:
-    /// Turns stored values of kinds that the plug-in never writes into plain text: QSettings builds whatever
-    /// object a value claims to be, and a damaged one can bring the host down. Any other file is left alone.
+    /// Turns values of types that the plug-in never writes into plain text, since QSettings builds any object
+    /// that a value claims to be, and a damaged one can crash the host. Leaves a file without such values
+    /// alone.
     static void Disarm(const QString& path);
 
-    /// Puts the keys ("group/key") into that order, which not every platform's QSettings keeps; others
-    /// follow.
+    /// Sorts the file by the given keys ("group/key"), since QSettings keeps no order on some platforms.
+    /// Other keys follow.
     static void Sort(const QString& path, const QStringList& keys);
 
-    /// The content of an INI file with such values turned into text; the same content when there are none.
+    /// Disarm() for the content of an INI file. Returns it unchanged when it has no such values.
     static QByteArray Disarmed(const QByteArray& content);
 };
 

@@ -4,9 +4,9 @@
 
 namespace vellix {
 
-/// What a drawing tool draws with. Tools that have no hardness, pressure or font ignore theirs.
+/// The options of a drawing tool. Tools without hardness, pressure or font ignore those.
 struct ToolOptions {
-    int size;     ///< image pixels, of text points
+    int size;     ///< image pixels; points for text
     int opacity;  ///< percent
     int hardness; ///< percent
     bool tabletEnabled;

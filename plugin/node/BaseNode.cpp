@@ -10,6 +10,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNodeLayerData.h"
+#include "node/DocumentFollower.h"
 
 #include <maya/M3dView.h>
 #include <maya/MDagPath.h>
@@ -65,9 +66,7 @@ void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
 
 BaseNode::BaseNode() = default;
 
-BaseNode::~BaseNode() {
-    DeleteLegacyTexture();
-}
+BaseNode::~BaseNode() = default;
 
 void* BaseNode::Creator() {
     return new BaseNode;
@@ -90,6 +89,7 @@ MString BaseNode::GetDrawRegistrationId() {
 }
 
 MStatus BaseNode::Initialize() {
+    DocumentFollower::Start();
     if (Settings::guiEnabled) {
         if (QWidget* timeSlider = MayaUtil::GetTimeControlWidget()) {
             s_timelineOverlay = DialogManager::CreateTimelineOverlay(timeSlider);
@@ -121,6 +121,7 @@ MStatus BaseNode::Initialize() {
 }
 
 MStatus BaseNode::Shutdown() {
+    DocumentFollower::Stop();
     s_timelineOverlay.reset();
     DialogManager::Shutdown();
     Settings::WriteUserConfig();
@@ -256,25 +257,6 @@ bool BaseNode::IsMaster() const {
     return layers && layers->IsMaster();
 }
 
-bool BaseNode::SetActiveLayer(const QString& camera, int index, bool makeCameraActive) {
-    const std::shared_ptr<LayerManager> layers = GetLayerManager();
-    if (!layers) {
-        return false;
-    }
-    const QString previousCamera = layers->GetActiveCamera();
-    const bool done = layers->SetActiveLayer(camera, index, makeCameraActive);
-    if (Settings::ghostPrev || Settings::ghostNext) {
-        // Ghosts are those of the active layer, so both pictures change.
-        if (!previousCamera.isEmpty()) {
-            layers->QueueMasterCacheUpdate(previousCamera);
-        }
-        layers->QueueMasterCacheUpdate(camera);
-        QueueRefresh();
-    }
-    UpdateTimeControlOverlay();
-    return done;
-}
-
 void BaseNode::SetOpacity(float opacity) {
     MObject self = thisMObject();
     MPlug plug = MFnDependencyNode(self).findPlug(s_opacity, true);
@@ -307,8 +289,7 @@ void BaseNode::RefreshActiveView() {
 
 void BaseNode::UpdateGhosting() {
     if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
-        layers->QueueMasterCacheUpdate(layers->GetActiveCamera());
-        QueueRefresh();
+        layers->OnGhostingChanged();
     }
 }
 
@@ -344,11 +325,8 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
 
 void BaseNode::OnFramesChanged(const QString& camera, int index) {
     if (Layer* layer = GetLayer(camera, index)) {
-        layer->UpdateCurrentFrameIndex();
-        layer->ForceCacheUpdate();
-        QueueRefresh();
+        layer->FramesChanged();
     }
-    UpdateTimeControlOverlay();
     MayaUtil::RefreshTimeControl(thisMObject());
 }
 
@@ -488,9 +466,6 @@ bool BaseNode::AddMissingFrame(LayerManager& layers, const QString& camera, bool
         time = staticTime;
     }
     frameAdded = layers.AddFrame(camera, time) >= 0;
-    if (frameAdded) {
-        UpdateTimeControlOverlay();
-    }
     return true;
 }
 

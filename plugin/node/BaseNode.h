@@ -1,6 +1,7 @@
 #pragma once
 
-#include "node/OverlayGeometry.h"
+#include "node/LegacyPicture.h"
+#include "node/ViewPlacement.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MBoundingBox.h>
@@ -112,8 +113,8 @@ public:
     /// Hands the frame to the caller; null when there is none.
     std::unique_ptr<Frame> RemoveFrame(const QString& camera, const MTime& time);
     void ForceCacheUpdate(const QString& camera, int index);
-    /// Once after the frames of a layer, or their times, have changed: brings the layer's current frame, the
-    /// picture, the marks over the time slider and the slider's own ticks up to date.
+    /// Once after the frames of a layer, or their times, have changed by a command: finds the layer's current
+    /// frame anew, and brings the time slider's own ticks up to date.
     void OnFramesChanged(const QString& camera, int index);
 
     // Images and strokes.
@@ -143,29 +144,29 @@ public:
     QList<Frame*> GetClipboardFrames() const;
     void CopyFramesToClipboard(const QString& camera);
 
-    // The drawing over a view. What these answer holds for the view of the last update, which every drawing
-    // does anew. View pixels count from the bottom left, y upward; image pixels from the top left.
-    void UpdateOverlayValues(const MDagPath& cameraPath, int width, int height, bool viewport2);
-    /// The same and the pan, for the view as it is.
-    void UpdateOverlayValues(M3dView& view);
-    void UpdateOverlayPan(const MDagPath& cameraPath, const M3dView& view);
-    void UpdateOverlayPan(const MDagPath& cameraPath, const MHWRender::MFrameContext& frameContext);
-    /// The image pixel at a point of the view.
-    QPoint ScreenCoordsToTexCoords(const QPoint& point) const;
-    /// The point of the view at the left top of an image pixel.
-    MPoint TexCoordsToScreenCoords(const QPoint& pixel) const;
-    /// View pixels to an image pixel.
-    float TextureToScreenScale() const;
-    MPoint GetOverlayCenter() const;
-    /// Half the side of the square that shows the image, in view pixels.
-    float GetOverlayScale() const;
-
     /// Shows an outline with these corners (image pixels) over the drawing of the camera.
     void SetTransformOutline(const QString& camera, const QPoint& p0, const QPoint& p1, const QPoint& p2,
                              const QPoint& p3);
     void ClearTransformOutline();
     bool DrawTransformOutline(const QString& camera) const;
-    /// The corners in view pixels.
+    /// Its corners, image pixels.
+    const std::array<QPoint, 4>& GetTransformOutline() const;
+
+    // The placement of the drawing that was noted last, by drawing a view or by an update here. Who has a
+    // view asks ViewPlacement instead, which does not depend on what was drawn in between.
+    /// Notes the placement in a view that is drawn, and tells the layers the time.
+    void NotePlacement(const ViewPlacement& placement);
+    void UpdateOverlayValues(const MDagPath& cameraPath, int width, int height, bool viewport2);
+    /// The same and the pan, for the view as it is.
+    void UpdateOverlayValues(M3dView& view);
+    void UpdateOverlayPan(const MDagPath& cameraPath, const M3dView& view);
+    void UpdateOverlayPan(const MDagPath& cameraPath, const MHWRender::MFrameContext& frameContext);
+    QPoint ScreenCoordsToTexCoords(const QPoint& point) const;
+    MPoint TexCoordsToScreenCoords(const QPoint& pixel) const;
+    float TextureToScreenScale() const;
+    MPoint GetOverlayCenter() const;
+    float GetOverlayScale() const;
+    /// The corners of the outline in view pixels.
     void TransformOutlinePoints(MPoint& p0, MPoint& p1, MPoint& p2, MPoint& p3) const;
 
     // Tools and the marks over the time slider.
@@ -204,12 +205,6 @@ private:
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);
     bool AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded);
 
-    void InitializeLegacyViewport();
-    static void LegacyOpenGlBegin(M3dView& view);
-    void DrawLegacyQuad() const;
-    static void LegacyOpenGlEnd(M3dView& view);
-    void DeleteLegacyTexture();
-
     static MObject s_layerData;
     static MObject s_opacity;
     static std::unique_ptr<TimelineOverlay> s_timelineOverlay;
@@ -217,14 +212,11 @@ private:
     static LegacyOutline* s_transformContext;
 
     std::vector<std::unique_ptr<Frame>> m_clipboard;
-    OverlayGeometry m_overlay;
+    ViewPlacement m_placement;
     bool m_drawOutline = false;
     QString m_outlineCamera;
     std::array<QPoint, 4> m_outline;
-    /// OpenGL's name of the texture in the legacy viewport; 0 for none.
-    unsigned int m_legacyTexture = 0;
-    /// Of the image that is in the texture.
-    qint64 m_legacyTextureKey = 0;
+    LegacyPicture m_legacyPicture;
 };
 
 } // namespace vellix

@@ -68,6 +68,11 @@ int BaseNode::GetActiveLayerIndex(const QString& camera) const {
     return Ask(*this, -1, [&](LayerManager& layers) { return layers.GetActiveLayerIndex(camera); });
 }
 
+bool BaseNode::SetActiveLayer(const QString& camera, int index, bool makeCameraActive) {
+    return Ask(*this, false,
+               [&](LayerManager& layers) { return layers.SetActiveLayer(camera, index, makeCameraActive); });
+}
+
 void BaseNode::SetLayerName(const QString& camera, int index, const QString& name) {
     Tell(*this, [&](LayerManager& layers) { layers.SetLayerName(camera, index, name); });
 }

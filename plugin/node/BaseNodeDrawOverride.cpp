@@ -89,15 +89,10 @@ MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const M
     if (node == nullptr) {
         return data;
     }
-    int originX = 0;
-    int originY = 0;
-    int width = 0;
-    int height = 0;
-    frameContext.getViewportDimensions(originX, originY, width, height);
-    node->UpdateOverlayValues(cameraPath, width, height, true);
-    node->UpdateOverlayPan(cameraPath, frameContext);
-    data->center = node->GetOverlayCenter();
-    data->halfSize = node->GetOverlayScale();
+    const ViewPlacement placement = ViewPlacement::For(frameContext, cameraPath);
+    node->NotePlacement(placement);
+    data->center = placement.Center();
+    data->halfSize = placement.HalfSize();
 
     const QString camera = MayaUtil::GetCameraName(cameraPath);
     data->imageChanged = node->ImageUpdateRequired(camera);
@@ -105,7 +100,9 @@ MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const M
     data->opacity = node->GetOpacity();
     data->drawTransformOutline = node->DrawTransformOutline(camera);
     if (data->drawTransformOutline) {
-        node->TransformOutlinePoints(data->outline[0], data->outline[1], data->outline[2], data->outline[3]);
+        for (std::size_t corner = 0; corner < node->GetTransformOutline().size(); ++corner) {
+            data->outline[corner] = placement.ToView(node->GetTransformOutline()[corner]);
+        }
     }
     return data;
 }

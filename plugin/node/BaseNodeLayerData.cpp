@@ -31,6 +31,7 @@ MStatus BaseNodeLayerData::readASCII(const MArgList& args, unsigned int& element
     if (args.length() == 0) {
         return MS::kFailure;
     }
+    const LayerManager::ChangeScope together(*m_layers);
     return LayerDataAsciiReader(*m_layers, args, element).Read();
 }
 
@@ -39,6 +40,7 @@ MStatus BaseNodeLayerData::readBinary(std::istream& in, unsigned int length) {
     if (length == 0) {
         return MS::kFailure;
     }
+    const LayerManager::ChangeScope together(*m_layers);
     LayerDataBinaryReader(*m_layers, in, length).Read();
     return MS::kSuccess;
 }

@@ -8,7 +8,7 @@ namespace AlphaRows {
 
 namespace {
 
-// The clones stay inside this file: not every compiler lets them be called from another.
+// Some compilers do not let a cloned function be called from another file, so the clones stay in this one.
 VELLIX_VECTOR_CLONES
 void RaiseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
     for (int i = 0; i < count; ++i) {

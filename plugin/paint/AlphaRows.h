@@ -2,8 +2,8 @@
 
 #include <QtGlobal>
 
-/// The inner loops of stamping: one row of RGBA8888 pixels each, of which only the alpha bytes change.
-/// Written plainly, for the compiler to turn into vector instructions.
+/// The inner loops of stamping. Each works on one row of RGBA8888 pixels and changes only the alpha bytes.
+/// Written plainly so that the compiler can vectorise them.
 namespace vellix {
 namespace AlphaRows {
 

@@ -64,9 +64,10 @@ void BrushGrid::BuildShape(float hardness, float radius, ToolType tool) {
     FindSpans();
 }
 
-// In the first octant x runs along the columns and y is the rim's row; in the second they change places. The
-// pencil's rim is shared between the rows floor(y) and floor(y) + 1, but the inside covers its share of the
-// former: the disc is full up to the radius and fades out over the one cell beyond.
+// In the first octant x runs along the columns and y is the rim's row; in the second they change places. Wu
+// shares a rim pixel between the rows floor(y) and floor(y) + 1. Here the fill covers floor(y), so only the
+// pencil's share of floor(y) + 1 is drawn: the disc is full up to the radius and fades out over the one cell
+// beyond.
 void BrushGrid::BuildOctants(float hardness, float radius, ToolType tool) {
     const float square = radius * radius;
     const int q = int(std::lround(square / std::sqrt(2.0f * square)));
@@ -99,7 +100,8 @@ void BrushGrid::FillGridWu(int xmax, int y, float hardness, float radius, ToolTy
     }
 }
 
-// Rims of the largest discs reach one cell past the grid where their weight is 0; those are left out.
+// The rim of the largest discs reaches one cell past the grid, where its weight is 0. Those cells are
+// skipped.
 void BrushGrid::SetMirrored(float centre, int x, int y, float weight) {
     const int right = int(centre + float(x));
     const int left = int(centre - float(x));
@@ -128,8 +130,9 @@ void BrushGrid::FindSpans() {
     }
 }
 
-// Calls function(pixels, cells, count) for the part of each grid row that is filled, in the rectangle and in
-// the image. A row is rounded up to whole vectors where the image goes on: empty cells change no pixel.
+// Calls function(pixels, cells, count) for each grid row, with the cells that are filled and lie inside both
+// the rectangle and the image. Rounds the count up to whole vectors where the image is wide enough: empty
+// cells change no pixel.
 template <typename RowFunction>
 void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1,
                            RowFunction function) const {
@@ -162,7 +165,7 @@ void BrushGrid::Raise(const PixelView& view, int x0, int y0, int x1, int y1) con
 
 void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float cap, float flow) const {
     if (!(flow * 255.0f >= 1.0f)) {
-        return; // adds less than one step to any alpha; the odd fractions below zero end here, too
+        return; // changes no alpha; also rejects NaN and the negative flows that rfpart_() gives below 0
     }
     const int limit = cap > 0.0f ? int(std::min(cap, 1.0f) * 255.0f) : 0;
     ForEachRow(view, x0, y0, x1, y1, [flow, limit](quint32* pixels, const quint8* cells, int count) {

@@ -15,7 +15,7 @@ using CompositeKernels::TILE_VALUES;
 
 constexpr int TILE_WIDTH = TileMask::TILE_WIDTH;
 
-/// The pixels of a layer image.
+/// The pixels of a layer image, addressed by tile.
 template <typename Word>
 struct Pixels {
     Word* first;
@@ -69,14 +69,15 @@ void Paint(quint16* sums, const Picture& picture, int row, int column) {
     }
 }
 
-/// One row of tiles of a stack: in which tiles each picture is needed.
+/// Composes one row of tiles. Knows in which tiles of the row each picture of the stack is needed.
 class StackRow {
 public:
     explicit StackRow(const PictureStack& stack)
         : m_stack(stack)
         , m_needed(stack.size()) {}
 
-    /// Nothing is needed under an opaque tile. Returns the tiles in which something is.
+    /// Prepares the row `row`: a picture is not needed under an opaque tile. Returns the wanted tiles in
+    /// which at least one picture is needed.
     quint64 Begin(int row, quint64 wanted) {
         m_row = row;
         quint64 open = wanted;

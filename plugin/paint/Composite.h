@@ -10,42 +10,41 @@
 
 namespace vellix {
 
-/// Source-over composition of 1024 x 1024 images, tile by tile: tiles where a picture is empty cost nothing,
-/// and what lies under an opaque tile is not looked at. Sums have 16 bits a channel and are rounded once at
-/// the end, so that a stack of any height agrees with what QPainter makes of it to 2/255 of every
-/// premultiplied channel.
+/// Source-over composition of 1024 x 1024 images, tile by tile. Empty tiles cost nothing, and pixels under an
+/// opaque tile are not read. Sums keep 16 bits per channel and are rounded once at the end. A stack of any
+/// height therefore matches QPainter's result to within 2/255 in every premultiplied channel.
 namespace Composite {
 
-/// Is this a 1024 x 1024 image of Format_RGBA8888?
+/// Returns whether this is a 1024 x 1024 image of Format_RGBA8888.
 bool IsLayerImage(const QImage& image);
-/// The image as one that IsLayerImage accepts: itself when it is one, else converted, placed at the top left
-/// and cropped. Null stays null.
+/// Converts an image to one that IsLayerImage accepts, placed at the top left and cropped. Returns a layer
+/// image unchanged, and a null image for a null one.
 QImage ToLayerImage(const QImage& image);
-/// A fully transparent layer image; null when memory is short.
+/// Returns a fully transparent layer image; a null image when memory is short.
 QImage TransparentImage();
 
-/// Replaces pixels of a layer image by those of another image, whose left top one goes to `at`, as far as
-/// they lie inside. Alpha is straight, and every pixel arrives as it was.
+/// Copies `part` into a layer image with its top left pixel at `at`, cropped to the layer image. Pixels are
+/// replaced, not blended, and keep their straight alpha. Does nothing if `target` is no layer image.
 void Replace(QImage& target, const QImage& part, const QPoint& at);
 
-/// The opacity of a picture, from 0..1 as QPainter takes it.
+/// Converts an opacity of 0..1 to 0..255 with the same rounding as QPainter.
 int OpacityByte(double opacity);
 
-/// Where the stack paints.
+/// Returns the tiles that the stack covers, and those that one of its pictures makes opaque.
 TileCoverage CoverageOf(const PictureStack& stack);
 
-/// Composes the stack into the tiles of a layer image, from scratch: what they held is gone, fully
-/// transparent pixels are 0. Other tiles are left alone.
+/// Composes the stack into the given tiles of a layer image. Replaces their former content; fully transparent
+/// pixels become 0. Leaves other tiles alone.
 void Compose(QImage& target, const TileMask& tiles, const PictureStack& stack);
-/// The same into sums, whose coverage becomes that of the stack.
+/// The same into sums. Sets their coverage to that of the stack.
 void Compose(TileSums& target, const TileMask& tiles, const PictureStack& stack);
 
-/// Paints the tiles of a layer image over another one. Pixels under fully transparent ones stay exactly as
-/// they are, whatever colour hides in them.
+/// Paints the given tiles of one layer image over another. Where the source is fully transparent, the target
+/// keeps its exact bytes, colour included.
 void SourceOver(QImage& target, const QImage& source, const TileMask& tiles);
 
-/// Gives every pixel of an image of Format_RGBA8888 that is not fully transparent the colour's red, green and
-/// blue; other images are left alone.
+/// Sets red, green and blue of every pixel that is not fully transparent to those of `color`. Leaves images
+/// of another format than Format_RGBA8888 alone.
 void OverrideColor(QImage& image, const QColor& color);
 
 } // namespace Composite

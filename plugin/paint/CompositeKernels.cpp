@@ -13,30 +13,31 @@ static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the alpha byte is the highest of
 constexpr int WIDTH = TileMask::TILE_WIDTH;
 constexpr quint16 FULL = 255 * 255;
 
-/// The high half of a product.
+/// The upper 16 bits of the product, a * b / 65536.
 inline quint16 High(quint16 a, quint16 b) {
     return quint16((quint32(a) * quint32(b)) >> 16);
 }
 
-/// What to multiply (as in High) the sums by that lie under a coverage of 0..FULL. The shift stands for the
-/// factor 65536 / FULL.
+/// The factor, for High(), that scales sums lying under a coverage of 0..FULL. The shift approximates the
+/// scaling from FULL to 65536.
 inline quint16 Remaining(quint16 coverage) {
     const quint16 rest = quint16(FULL - coverage);
     return quint16(rest + (rest >> 7));
 }
 
-/// A channel of 0..255 after rounding; the functions of the library would keep the loops scalar.
+/// Rounds a channel to 0..255. std::lround would keep the loops from being vectorised.
 inline quint32 Byte(float value) {
     return quint32(int(value + 0.5f)); // NOLINT(bugprone-incorrect-roundings): never below 0
 }
 
-/// A number to divide by. Where it was 0 the result does not matter, but a branch would keep the loop scalar.
+/// Makes a value safe to divide by. The result does not matter where the value was 0, but a branch would keep
+/// the loop from being vectorised.
 inline int AtLeastOne(quint32 value) {
     return int(value + (value == 0 ? 1 : 0));
 }
 
-/// Porter and Duff's "over" with both pixels and the result in straight alpha:
-/// (cs as + cd ad (1 - as)) / (as + ad (1 - as)).
+/// Porter and Duff's "over" ("Compositing Digital Images", 1984), with both pixels and the result in straight
+/// alpha: (cs as + cd ad (1 - as)) / (as + ad (1 - as)).
 inline quint32 Over(quint32 target, quint32 source) {
     const float as = float(AtLeastOne(source >> 24));
     const float below = float(int(target >> 24)) * (255.0f - as) * (1.0f / 255.0f);

@@ -10,15 +10,14 @@ namespace vellix {
 
 namespace {
 
-// All measures are fractions of a cell or pixels of the finished sheet; a warm grey keeps white cards and
-// dark lines apart without glare.
+// Measures are pixels of the finished sheet. The warm grey sets off white cards and dark lines without glare.
 const QColor TABLE_COLOR(0xd9, 0xd6, 0xd0);
 const QColor CARD_COLOR(0xff, 0xfe, 0xfb);
 const QColor EDGE_COLOR(0xb8, 0xb4, 0xac);
 const QColor LABEL_COLOR(0x4a, 0x47, 0x42);
 const int LARGEST_CELL = 256;
 const int SMALLEST_CELL = 40;
-const double SCREEN_SHAPE = 1.5;
+const double SCREEN_ASPECT = 1.5;
 
 int GapOf(int cell) {
     return std::max(4, cell / 16);
@@ -31,7 +30,7 @@ int TitleHeightOf(int cell) {
 }
 
 int ColumnsFor(int count) {
-    return std::min(count, std::max(1, static_cast<int>(std::ceil(std::sqrt(count * SCREEN_SHAPE)))));
+    return std::min(count, std::max(1, static_cast<int>(std::ceil(std::sqrt(count * SCREEN_ASPECT)))));
 }
 
 QSize SheetSize(int count, int columns, int cell) {

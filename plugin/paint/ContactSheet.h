@@ -5,19 +5,19 @@
 
 namespace vellix {
 
-/// One picture with many: square drawings in a tidy grid on a card each, a label under every card and a title
-/// above. The sheet grows toward the shape of a screen and is never wider or higher than MAX_SIDE pixels;
-/// drawings are scaled down to fit. Each drawing is painted when it is added and not kept.
+/// One image that shows many square drawings in a grid, each on a card with a label below, and a title at the
+/// top. The grid has about three columns for every two rows and the image is never wider or higher than
+/// MAX_SIDE pixels; drawings are scaled down to fit. Each drawing is painted when it is added and not kept.
 class ContactSheet {
 public:
     static constexpr int MAX_SIDE = 8192;
-    /// More drawings than this have no readable place on one sheet.
+    /// With more drawings the cards would be too small to read.
     static constexpr int MAX_COUNT = 10000;
 
-    /// A sheet for count drawings, 1..MAX_COUNT.
+    /// Makes a sheet for `count` drawings. The count is clamped to 1..MAX_COUNT.
     ContactSheet(int count, const QString& title);
 
-    /// Puts the drawing on the next free card. More drawings than the sheet was made for are passed over.
+    /// Puts the drawing on the next free card. Ignores drawings beyond the sheet's count.
     void Add(const QImage& drawing, const QString& label);
 
     const QImage& GetImage() const { return m_image; }

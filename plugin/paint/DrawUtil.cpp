@@ -20,8 +20,8 @@ constexpr double HEAD_LENGTH = 40.0;
 constexpr double FULL_HEAD_SHAFT = 200.0; // pixels; shorter shafts have shorter heads
 constexpr int EDITING_FRAME_WIDTH = 2;
 
-// Lifted regions are transformed as images of their own up to this side, in pixels; what grows larger is
-// painted through the painter's matrix, which only ever costs what falls on the target.
+// Side of the largest transformed image, in pixels. Larger regions are drawn through the painter's matrix,
+// which costs only the part that falls on the target.
 constexpr double MAX_TRANSFORMED_SIDE = 4096.0;
 
 QColor StrokeColor(const StrokePoint& point, QColor color) {
@@ -42,12 +42,13 @@ QRectF SpannedRectangle(const QList<StrokePoint>& points) {
     return QRectF(points.at(0).position, points.at(1).position).normalized();
 }
 
-// Where the transformed region goes along one axis: centred on the selection, whose middle is rounded up.
+// Start of the transformed region along one axis. The region is centred on the selection, whose middle is
+// rounded up.
 int CentredStart(int first, int last, int extent, int offset) {
     const qint64 sum = qint64(first) + last;
     const bool odd = (qint64(last) - first) % 2 != 0;
     const qint64 start = sum / 2 + (odd ? 1 : 0) - extent / 2 + offset;
-    constexpr qint64 FAR = 1 << 24; // out of sight either way
+    constexpr qint64 FAR = 1 << 24; // far outside the image on either side
     return int(std::min(std::max(start, -FAR), FAR));
 }
 
@@ -83,7 +84,7 @@ void DrawUtil::DrawStroke(QImage& image, const Stroke& stroke, bool editing) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     QPen pen = painter.pen();
-    pen.setJoinStyle(Qt::RoundJoin); // corners like the ends of lines
+    pen.setJoinStyle(Qt::RoundJoin); // to match the round ends of lines
     painter.setPen(pen);
     switch (stroke.tool) {
     case ToolType::Line:
@@ -124,7 +125,7 @@ void DrawUtil::DrawArrow(QPainter& painter, const QList<StrokePoint>& points, co
     }
     const QPoint start = points.at(0).position;
     const QPoint tip = points.at(1).position;
-    // One path, so that where shaft and head meet a translucent stroke is not laid on twice.
+    // One path: a translucent stroke would be laid on twice where separate lines meet.
     QPainterPath path;
     path.moveTo(start);
     path.lineTo(tip);
@@ -162,7 +163,7 @@ void DrawUtil::DrawTextString(QPainter& painter, const QList<StrokePoint>& point
     QFont font(fontFamily);
     font.setPointSize(std::min(std::max(int(point.size), 1), IMAGE_WIDTH));
     painter.setFont(font);
-    // An empty text has no box to frame; a space has the height of a line.
+    // An empty text has no bounding box to frame. A space has the height of a line.
     const QString shown = text.isEmpty() ? QStringLiteral(" ") : text;
     const QRectF place(QPointF(point.position), QSizeF(1.0, 1.0));
     QRectF box;

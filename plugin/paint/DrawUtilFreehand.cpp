@@ -1,4 +1,4 @@
-// The freehand half of DrawUtil: the one brush grid of the process, and the operations that paint with it.
+// The freehand half of DrawUtil: the process's one brush grid, and the operations that paint with it.
 #include "paint/BrushGrid.h"
 #include "paint/DrawUtil.h"
 #include "paint/FreehandPainter.h"

@@ -1,4 +1,4 @@
-// The packing half of DrawUtil.
+// The PNG half of DrawUtil.
 #include "paint/DrawUtil.h"
 #include "paint/ImageSize.h"
 #include "paint/PngStructure.h"
@@ -27,7 +27,8 @@ QImage Decode(const QByteArray& packed) {
     return image;
 }
 
-// The top left of any picture, on a fresh layer; nothing but pixels is taken over.
+// Copies the top left of a picture of any size onto a new layer image. Copies pixels only, no metadata such
+// as text keys. Returns a null image when memory is short.
 QImage OnLayer(const QImage& picture) {
     const int width = std::min(picture.width(), IMAGE_WIDTH);
     const int height = std::min(picture.height(), IMAGE_WIDTH);

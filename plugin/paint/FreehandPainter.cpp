@@ -13,7 +13,8 @@ namespace {
 
 constexpr int LARGEST_SMALL_BRUSH = 19;
 
-// A stamp reaches half of the largest size to each side, a few pixels more where rectangles are rounded.
+// Returns whether a stamp at (x, y) can reach the image. A stamp reaches half of the largest size to each
+// side, plus a few pixels for the rounding of its rectangle.
 bool StampReaches(const PixelView& view, int x, int y) {
     constexpr int reach = FreehandPainter::MAX_SIZE / 2 + 4;
     return x >= -reach && x < view.width + reach && y >= -reach && y < view.height + reach;
@@ -73,8 +74,8 @@ void FreehandPainter::HardSegment(SegmentClip segment, int size, ToolType tool) 
     Touch(segment, std::max(size, 0) / 2 + 4);
 }
 
-// Visits every pixel of the segment with the opacity there, which moves evenly with the steps along either
-// axis.
+// Calls `visit` for every pixel of the segment with the opacity there. The opacity changes by the same amount
+// with every step along either axis.
 template <typename Visit>
 void FreehandPainter::WalkBresenham(const SegmentClip& segment, Visit visit) {
     int x = segment.from.x();
@@ -107,8 +108,8 @@ void FreehandPainter::WalkBresenham(const SegmentClip& segment, Visit visit) {
     }
 }
 
-// Visits the places of the stamps: the start of the segment, then every tenth of the size along it. Those
-// that do not reach the image are left out.
+// Calls `stamp` at the start of the segment and then at intervals of a tenth of the size, at least one pixel.
+// Skips stamps that do not reach the image.
 template <typename Stamp>
 void FreehandPainter::WalkStamps(const SegmentClip& segment, int size, Stamp stamp) {
     const int spacing = std::max(size / 10, 1);
@@ -164,8 +165,8 @@ void FreehandPainter::BrushStamps(const SegmentClip& segment, int size) {
 
 // --- Wu's walk --------------------------------------------------------------------------------------------
 
-// A segment turned so that it runs along rising major coordinates: x is the major one throughout, whatever it
-// is in the image.
+// A segment with its axes swapped and its ends exchanged as needed, so that it runs along rising x. Here x is
+// always the major axis, whichever axis that is in the image.
 struct FreehandPainter::SoftWalk {
     SoftWalk(const SegmentClip& segment, int brushSize, ToolType brushTool)
         : from(segment.from)
@@ -191,8 +192,8 @@ struct FreehandPainter::SoftWalk {
 
     bool Ramps() const { return length > 0.0f && strokeOpacityChange != 0.0f; }
 
-    // The cap at a point of the walk: it moves with the distance from where the pen came from, whichever way
-    // the walk goes.
+    // The cap on alpha at a point of the walk. It changes with the distance from the stroke's own start,
+    // whichever way the walk goes.
     float OpacityAt(int x, int y) const {
         const float walked = DrawUtil::Distance(strokeStart.x(), strokeStart.y(), x, y);
         return Bounded(strokeOpacity + strokeOpacityChange * walked / length);

@@ -9,28 +9,28 @@
 
 namespace vellix {
 
-/// Rasterises segments of freehand strokes into one image with one grid, both borrowed.
+/// Rasterises segments of freehand strokes into one image with one brush grid. Borrows both.
 class FreehandPainter {
 public:
-    /// Sizes above this are painted as this: the largest that the grid holds.
+    /// The largest size, in image pixels, that the grid holds. Larger sizes are painted as this.
     static constexpr int MAX_SIZE = 100;
 
     FreehandPainter(const PixelView& view, BrushGrid& grid)
         : m_view(view)
         , m_grid(grid) {}
 
-    /// The segment between two consecutive samples, as the tool draws it. `first`: it is the first of the
-    /// stroke.
+    /// Paints the segment between two consecutive samples as the tool requires. `first` says that it is the
+    /// stroke's first.
     void Segment(const StrokePoint& from, const StrokePoint& to, ToolType tool, bool first);
 
-    /// Bresenham's walk: the pencil, the eraser, and the other tools when they are asked for this kind of
-    /// segment.
+    /// Paints a segment along Bresenham's walk. For the pencil and the eraser, and for other tools through
+    /// DrawUtil::DrawFreehandSegment.
     void HardSegment(SegmentClip segment, int size, ToolType tool);
 
-    /// Wu's walk with soft stamps. `first` adds the stroke's starting dab.
+    /// Paints a segment along Wu's walk with soft stamps. `first` adds the stroke's starting dab.
     void SoftSegment(SegmentClip segment, int size, ToolType tool, bool first);
 
-    /// What may have been touched so far, inside the image.
+    /// Returns the rectangle inside the image that holds every pixel touched so far.
     QRect Touched() const;
 
 private:

@@ -22,7 +22,7 @@ QString ImageSequence::GetPath(int frame) const {
     if (!HasNumber()) {
         return m_before;
     }
-    // Names are not formatted with arg(): a "%1" in them is part of the name.
+    // The name is not passed through arg(): a "%1" in it is part of the name.
     return m_before + QString("%1").arg(frame, m_digits, 10, QChar('0')) + m_after;
 }
 

@@ -4,7 +4,7 @@
 
 namespace vellix {
 
-/// The files of a numbered image sequence. The last run of '#' in the file's name (not in its folder) stands
+/// File names of a numbered image sequence. The last run of '#' in the file's name (not in its folder) stands
 /// for the frame number, padded with zeros to the length of the run: "walk.####.png" gives "walk.0012.png",
 /// and "walk.-012.png" before frame 0.
 class ImageSequence {

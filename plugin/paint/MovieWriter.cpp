@@ -12,12 +12,12 @@ namespace vellix {
 
 namespace {
 
-/// Bytes that may wait for the program; some frames, so that both sides have something to do.
-constexpr qint64 MOST_WAITING = 32 * 1024 * 1024;
-/// An encoder that takes nothing for so long does not work any more.
-constexpr int PATIENCE_MS = 60000;
+/// Bytes that may wait for the encoder. Enough for several frames, so that neither side idles.
+constexpr qint64 MAX_BYTES_WAITING = 32 * 1024 * 1024;
+/// An encoder that accepts no data for this long is taken to hang.
+constexpr int TIMEOUT_MS = 60000;
 
-/// The program's surroundings, without the libraries that a host puts before those of the system.
+/// The process environment for the encoder, without the host's own library paths.
 QProcessEnvironment CleanEnvironment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* name : {"LD_LIBRARY_PATH", "LD_PRELOAD", "DYLD_LIBRARY_PATH"}) {
@@ -46,7 +46,7 @@ MovieWriter::~MovieWriter() {
 
 QString MovieWriter::FindEncoder() {
     const QString found = QStandardPaths::findExecutable("ffmpeg");
-    // Programs that are started from a desktop do not see the shell's path everywhere.
+    // A host that was started from the desktop may lack the shell's search path.
     return !found.isEmpty() ? found
                             : QStandardPaths::findExecutable(
                                   "ffmpeg", {"/usr/local/bin", "/opt/homebrew/bin", "/opt/local/bin"});
@@ -71,8 +71,8 @@ bool MovieWriter::Fail(const QString& fault) {
     return false;
 }
 
-QString MovieWriter::LastWords() {
-    // What a program says when it ends may come after its end of the pipe has gone.
+QString MovieWriter::EncoderErrors() {
+    // The last output of a program may arrive only after it has closed its input.
     m_encoder.waitForFinished(1000);
     const QString words = QString::fromLocal8Bit(m_encoder.readAllStandardError()).trimmed();
     return words.isEmpty() ? QString() : QString(" ffmpeg says: %1").arg(words.right(500));
@@ -84,7 +84,7 @@ bool MovieWriter::Start(const QSize& size) {
         return Fail("ffmpeg is not installed.");
     }
     const QFileInfo file(m_path);
-    // The encoder goes by the suffix, so the letters that make the name a new one stand before it.
+    // The encoder picks the format by the suffix, so the random letters stand before it.
     const QString letters(6, QLatin1Char('X'));
     QTemporaryFile part(
         QString("%1/.%2.%3.%4").arg(file.absolutePath(), file.completeBaseName(), letters, file.suffix()));
@@ -119,31 +119,31 @@ bool MovieWriter::Write(const QImage& image) {
     QPainter(&frame).drawImage(0, 0, image);
     m_encoder.write(reinterpret_cast<const char*>(frame.constBits()),
                     static_cast<qint64>(frame.bytesPerLine()) * frame.height());
-    while (m_encoder.bytesToWrite() > MOST_WAITING) {
-        if (!m_encoder.waitForBytesWritten(PATIENCE_MS)) {
-            return Fail(QString("\"%1\" was not written.%2").arg(m_path, LastWords()));
+    while (m_encoder.bytesToWrite() > MAX_BYTES_WAITING) {
+        if (!m_encoder.waitForBytesWritten(TIMEOUT_MS)) {
+            return Fail(QString("\"%1\" was not written.%2").arg(m_path, EncoderErrors()));
         }
     }
     return m_encoder.state() == QProcess::Running ||
-           Fail(QString("\"%1\" was not written.%2").arg(m_path, LastWords()));
+           Fail(QString("\"%1\" was not written.%2").arg(m_path, EncoderErrors()));
 }
 
 QString MovieWriter::Finish() {
     if (!m_fault.isEmpty() || m_partPath.isEmpty()) {
         return m_fault;
     }
-    while (m_encoder.bytesToWrite() > 0 && m_encoder.waitForBytesWritten(PATIENCE_MS)) {
+    while (m_encoder.bytesToWrite() > 0 && m_encoder.waitForBytesWritten(TIMEOUT_MS)) {
     }
     m_encoder.closeWriteChannel();
-    // The end of a long movie may be rewritten as a whole.
+    // Finishing a long movie may mean rewriting the whole file.
     const bool ended =
-        m_encoder.state() == QProcess::NotRunning || m_encoder.waitForFinished(10 * PATIENCE_MS);
+        m_encoder.state() == QProcess::NotRunning || m_encoder.waitForFinished(10 * TIMEOUT_MS);
     if (!ended || m_encoder.exitStatus() != QProcess::NormalExit || m_encoder.exitCode() != 0 ||
         QFileInfo(m_partPath).size() == 0) {
-        Fail(QString("\"%1\" was not written.%2").arg(m_path, LastWords()));
+        Fail(QString("\"%1\" was not written.%2").arg(m_path, EncoderErrors()));
         return m_fault;
     }
-    // A temporary file is its owner's alone; a movie is as open as other files.
+    // QTemporaryFile lets only the owner read it. A movie gets the usual permissions.
     QFile::setPermissions(m_partPath,
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
     QFile::remove(m_path);

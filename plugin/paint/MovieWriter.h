@@ -10,39 +10,40 @@
 namespace vellix {
 
 /// Writes images of one size as a movie, through the program ffmpeg. The movie is written whole or not at
-/// all: it grows in a file beside the one that was asked for, which is replaced when all of it is there.
-/// Transparent parts are white, and a size that is odd gets a row or a column more, since movies hold
-/// neither.
+/// all: it grows in a temporary file beside the target, which it replaces once it is complete. Transparent
+/// parts become white. An odd width or height is padded by one pixel, since the movie's pixel format needs
+/// even ones.
 class MovieWriter : private NonCopyable {
 public:
-    /// The kinds of movies, by the ending of the file's name.
+    /// The supported movie formats, by file suffix.
     static const QStringList SUFFIXES;
 
-    /// `rate` is in frames a second.
+    /// Opens nothing yet; the first Write() starts the encoder. `rate` is in frames per second.
     MovieWriter(const QString& path, double rate);
-    /// Ends the program and takes back what is not finished.
+    /// Kills an encoder that still runs and removes an unfinished movie.
     ~MovieWriter();
 
-    /// Where ffmpeg is, or an empty string.
+    /// Returns the path of ffmpeg, or an empty string if it is not installed.
     static QString FindEncoder();
-    /// The rate as ffmpeg takes it: "24", or "24000/1001" for the rates of television.
+    /// Formats the rate for ffmpeg: "24", or "24000/1001" for broadcast rates.
     static QString RateText(double rate);
 
-    /// Hands on the next frame, waiting while the program has many to do. False once it has gone wrong.
+    /// Hands the next frame to the encoder. Blocks while many frames are waiting. Returns false once anything
+    /// has failed.
     bool Write(const QImage& image);
-    /// Waits for the program, and puts the movie into its place. Returns what went wrong, or an empty string.
+    /// Waits for the encoder and moves the movie into place. Returns the first error, or an empty string.
     QString Finish();
-    /// What has gone wrong so far.
+    /// The first error so far, or an empty string.
     QString Fault() const { return m_fault; }
 
 private:
     bool Start(const QSize& size);
     bool Fail(const QString& fault);
-    /// What the program said last, for a message.
-    QString LastWords();
+    /// The encoder's last output on standard error, for a message.
+    QString EncoderErrors();
 
     QString m_path;
-    QString m_partPath; // empty while there is nothing to take back
+    QString m_partPath; // the temporary file; empty while there is none to remove
     double m_rate;
     QProcess m_encoder;
     QString m_fault;

@@ -2,7 +2,7 @@
 
 namespace vellix {
 
-/// Base of what is neither copied nor moved.
+/// Base of classes that can be neither copied nor moved.
 class NonCopyable {
 public:
     NonCopyable(const NonCopyable&) = delete;

@@ -10,20 +10,20 @@ class QImage;
 
 namespace vellix {
 
-/// A layer image made ready for composition: only the tiles that have pixels, one after the other in memory,
-/// each parted into planes (see CompositeKernels). Composing scattered tiles of images whose rows lie a
-/// memory page apart spends most of its time on finding the pages.
+/// A layer image prepared for composition: only the tiles that have pixels, one after the other in memory,
+/// each split into planes (see CompositeKernels). In a plain image the rows of a tile lie a memory page
+/// apart, and composing scattered tiles would spend most of its time on page look-ups.
 class PackedTiles {
 public:
-    /// Of an image that is no layer image nothing is packed.
+    /// Packs a layer image. From any other image nothing is packed.
     explicit PackedTiles(const QImage& image);
 
     const TileCoverage& Coverage() const { return m_coverage; }
 
-    /// The planes of an occupied tile.
+    /// The planes of a tile, which must be occupied (see Coverage()).
     const quint8* Tile(int row, int column) const;
 
-    /// Memory that it takes.
+    /// Memory used, in bytes.
     std::size_t ByteCount() const { return m_byteCount; }
 
 private:

@@ -11,23 +11,23 @@
 
 namespace vellix {
 
-/// One picture of a stack, in one of three forms, or nothing: a drawing (shared), a canvas that is being
-/// painted on, or what a stack was merged into (both borrowed).
+/// One picture of a stack. It has one of three forms, or none: a drawing (shared), a canvas that is being
+/// painted on, or the merged result of a stack (both borrowed).
 struct Picture {
     std::shared_ptr<const PackedTiles> drawing;
     const QImage* canvas = nullptr; ///< a layer image
     const TileCoverage* canvasCoverage = nullptr;
     const TileSums* merged = nullptr;
 
-    int opacity = 255;   ///< 0..255, of a drawing
-    bool tinted = false; ///< a drawing keeps its coverage only and takes the colour
+    int opacity = 255;   ///< 0..255; applies to drawings only
+    bool tinted = false; ///< a drawing keeps only its alpha and takes the colour `tint`
     QColor tint;
-    qint64 key = 0; ///< as long as it stays the same, so do the pixels; 0 for nothing
+    qint64 key = 0; ///< equal keys mean equal pixels; 0 for no picture
 
-    /// A key that no other picture has. Such keys lie below 0, where no QImage::cacheKey does.
+    /// Returns a new unique key. It is negative, so that it never equals a QImage::cacheKey.
     static qint64 NewKey();
 
-    /// Where it has pixels; null for nothing.
+    /// The tiles where the picture has pixels; null if it has no form.
     const TileCoverage* Coverage() const {
         return drawing != nullptr  ? &drawing->Coverage()
                : merged != nullptr ? &merged->coverage

@@ -8,18 +8,17 @@
 
 namespace vellix {
 
-/// Writable pixels of a layer image, fetched (and detached from any copy) once for a whole piece of painting.
-/// Borrows: the image must outlive the view and must not be copied meanwhile.
+/// Writable pixels of a layer image. Fetches the pointer, which detaches the image, once for many painting
+/// operations. Borrows: the image must outlive the view and must not be copied meanwhile.
 struct PixelView {
-    /// Where the alpha byte, the last of R, G, B, A in memory, stands in a 32-bit word.
+    /// Bit position of the alpha byte in a 32-bit word. In memory the bytes are R, G, B, A.
     static constexpr int ALPHA_SHIFT = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 24 : 0;
     static constexpr quint32 COLOR_MASK = ~(quint32(0xff) << ALPHA_SHIFT);
 
     quint32* pixels = nullptr;
     int stride = 0; ///< words from one row to the next
-    int width =
-        0; ///< columns that may be written, at most 1024; 0 for an image of another format than RGBA8888
-    int height = 0; ///< rows that may be written, at most 1024
+    int width = 0;  ///< writable columns, at most 1024; 0 if the format is not RGBA8888
+    int height = 0; ///< writable rows, at most 1024; 0 if the format is not RGBA8888
 
     explicit PixelView(QImage& image) {
         if (image.format() != QImage::Format_RGBA8888) {
@@ -35,14 +34,14 @@ struct PixelView {
 
     quint32* Row(int y) const { return pixels + qptrdiff(y) * stride; }
 
-    /// Raises one alpha to `alpha` (at most 255), never lowers it. The pixel must be inside.
+    /// Raises the alpha of one pixel to `alpha` (at most 255); never lowers it. The pixel must be inside.
     void Raise(int x, int y, int alpha) const {
         quint32& pixel = Row(y)[x];
         const int old = int((pixel >> ALPHA_SHIFT) & 0xff);
         pixel = (pixel & COLOR_MASK) | quint32(std::max(old, alpha)) << ALPHA_SHIFT;
     }
 
-    /// Clears one alpha. The pixel must be inside.
+    /// Clears the alpha of one pixel. The pixel must be inside.
     void Clear(int x, int y) const { Row(y)[x] &= COLOR_MASK; }
 };
 

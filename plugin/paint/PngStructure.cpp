@@ -14,7 +14,7 @@ namespace {
 constexpr char SIGNATURE[] = "\x89PNG\r\n\x1a\n";
 constexpr qint64 SIGNATURE_LENGTH = 8;
 constexpr qint64 HEADER_LENGTH = 13;
-constexpr qint64 FRAMING = 12; // a chunk's length, type and checksum
+constexpr qint64 CHUNK_OVERHEAD = 12; // a chunk's length, type and checksum
 constexpr qint64 MAX_DEFLATE_RATIO = 1032;
 
 using CrcTable = std::array<quint32, 256>;
@@ -31,7 +31,7 @@ CrcTable MakeCrcTable() {
     return table;
 }
 
-// Annex D of ISO/IEC 15948.
+// CRC-32 as in annex D of ISO/IEC 15948.
 quint32 Crc(const uchar* bytes, qint64 count) {
     static const CrcTable table = MakeCrcTable();
     quint32 c = 0xffffffffu;
@@ -42,29 +42,29 @@ quint32 Crc(const uchar* bytes, qint64 count) {
 }
 
 struct Chunk {
-    const uchar* type = nullptr; // four letters, the data behind them
-    qint64 length = 0;           // of the data
+    const uchar* type = nullptr; // four letters, then the data
+    qint64 length = 0;           // bytes of data
 
     bool Is(const char* name) const { return std::memcmp(type, name, 4) == 0; }
-    // Decoders go on without an ancillary chunk; its first letter is a small one.
+    // Decoders skip a damaged ancillary chunk, marked by a lower-case first letter (bit 0x20).
     bool IsCritical() const { return (type[0] & 0x20) == 0; }
     bool IsIntact() const { return Crc(type, length + 4) == qFromBigEndian<quint32>(type + 4 + length); }
 };
 
-// The chunk at `offset`; false if it goes past the end.
+// Reads the chunk at `offset`. Returns false if it runs past the end.
 bool ReadChunk(const QByteArray& packed, qint64 offset, Chunk& chunk) {
     const qint64 rest = packed.size() - offset;
-    if (rest < FRAMING) {
+    if (rest < CHUNK_OVERHEAD) {
         return false;
     }
     const uchar* bytes = reinterpret_cast<const uchar*>(packed.constData()) + offset;
     chunk.length = qFromBigEndian<quint32>(bytes);
     chunk.type = bytes + 4;
-    return chunk.length <= rest - FRAMING;
+    return chunk.length <= rest - CHUNK_OVERHEAD;
 }
 
-// Whether the picture that IHDR announces is worth a decoder's allocation: deflate yields at most 1032 bytes
-// from one.
+// Checks whether the size in IHDR is plausible before a decoder allocates for it. Deflate yields at most 1032
+// bytes from one byte.
 bool IsPlausible(const Chunk& header, qint64 packedSize) {
     const uchar* data = header.type + 4;
     const quint32 width = qFromBigEndian<quint32>(data);
@@ -90,7 +90,7 @@ bool PngStructure::IsSound(const QByteArray& packed) {
     }
     bool hasPixels = false;
     for (qint64 offset = SIGNATURE_LENGTH; ReadChunk(packed, offset, chunk);
-         offset += FRAMING + chunk.length) {
+         offset += CHUNK_OVERHEAD + chunk.length) {
         if (chunk.IsCritical() && !chunk.IsIntact()) {
             return false;
         }

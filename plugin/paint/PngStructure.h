@@ -4,12 +4,11 @@
 
 namespace vellix {
 
-/// The outer form of PNG bytes (ISO/IEC 15948, PNG), looked at before a decoder is let near
-/// them.
+/// Checks the chunk structure of PNG data (ISO/IEC 15948) before a decoder sees it.
 struct PngStructure {
-    /// Whether the bytes are chunks from the signature to IEND with right checksums where they matter, the
-    /// picture's sides are 1..8192 pixels, and there are enough bytes to fill its rows. Bytes that are not
-    /// are undecodable; bytes that are may still hold pixels that do not decompress. Allocates nothing.
+    /// Returns whether the data is whole chunks from the signature to IEND, critical chunks have correct
+    /// checksums, the sides are 1..8192 pixels, and the data is long enough to fill all rows. Data that fails
+    /// cannot be decoded; data that passes may still fail to decompress. Allocates nothing.
     static bool IsSound(const QByteArray& packed);
 };
 

@@ -52,7 +52,7 @@ private:
 };
 
 PngWriter::PngWriter()
-    : m_room(2 * std::max(1, QThread::idealThreadCount())) {
+    : m_freeSlots(2 * std::max(1, QThread::idealThreadCount())) {
     m_threads.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }
 
@@ -61,11 +61,11 @@ PngWriter::~PngWriter() {
 }
 
 bool PngWriter::Write(const QImage& image, const QStringList& paths) {
-    m_room.acquire();
+    m_freeSlots.acquire();
     {
         const QMutexLocker lock(&m_mutex);
         if (!m_fault.isEmpty()) {
-            m_room.release();
+            m_freeSlots.release();
             return false;
         }
     }
@@ -80,7 +80,7 @@ void PngWriter::Done(const QString& fault) {
             m_fault = fault;
         }
     }
-    m_room.release();
+    m_freeSlots.release();
 }
 
 QString PngWriter::Finish() {

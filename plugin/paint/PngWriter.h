@@ -12,18 +12,18 @@
 
 namespace vellix {
 
-/// Writes images as PNG files, several at a time on threads of its own. Every file is written whole or not at
+/// Writes images as PNG files, several at a time on its own threads. Every file is written whole or not at
 /// all: the old file stays until the new one is complete.
 class PngWriter : private NonCopyable {
 public:
     PngWriter();
-    /// Waits for what is still being written.
+    /// Waits for pending writes.
     ~PngWriter();
 
-    /// Takes an image on, for one file or several that are to be the same, waiting while as many as can be
-    /// held in memory are still unwritten. False, with nothing taken on, once a file could not be written.
+    /// Queues an image for one file, or for several files with the same content. Blocks while the queue is
+    /// full, which bounds the memory in use. Returns false, and queues nothing, once a write has failed.
     bool Write(const QImage& image, const QStringList& paths);
-    /// Waits for all files. Returns what went wrong first, or an empty string.
+    /// Waits for all files. Returns the first error, or an empty string.
     QString Finish();
 
 private:
@@ -32,7 +32,7 @@ private:
     void Done(const QString& fault);
 
     QThreadPool m_threads;
-    QSemaphore m_room;
+    QSemaphore m_freeSlots;
     QMutex m_mutex;
     QString m_fault;
 };

@@ -12,8 +12,8 @@ bool Within(const QPoint& point, int margin) {
            point.y() < IMAGE_WIDTH + margin;
 }
 
-// Narrows [enter, leave], the part of the segment inside, by one axis (Liang and Barsky, "A New Concept and
-// Method for Line Clipping", 1984).
+// Narrows [enter, leave], the segment's parameter range inside the bounds, by one axis (Liang and Barsky, "A
+// New Concept and Method for Line Clipping", 1984).
 void NarrowByAxis(double start, double delta, double low, double high, double& enter, double& leave) {
     if (delta == 0.0) {
         if (start < low || start > high) {

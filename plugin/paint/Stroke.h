@@ -15,11 +15,11 @@ namespace vellix {
 struct StrokePoint {
     qint32 size = 1;       ///< tool size in image pixels: diameter, pen width of a shape, point size of text
     float opacity = 1.0f;  ///< 0..1, tablet pressure included
-    float hardness = 1.0f; ///< 0..1, inner radius of the brush fall-off
+    float hardness = 1.0f; ///< 0..1, part of the sample; painting does not use it
     QPoint position;       ///< image pixels, y down
 };
 
-/// A drawing gesture in progress: the samples of the pointer and the settings of the tool.
+/// A drawing gesture in progress: the pointer's samples and the tool's settings.
 struct Stroke {
     ToolType tool = ToolType::Pencil;
     QColor color = QColor(255, 255, 255, 255);
@@ -35,11 +35,11 @@ struct Stroke {
     double scaleX = 1.0;
     double scaleY = 1.0;
 
-    bool freshSelection = false;     ///< the selected region has yet to be lifted
-    bool liftedImageEmptied = false; ///< the lifted image is cleared instead of being filled (a cut)
-    bool copyToClipboard = false;    ///< the lifted region goes to the clipboard as well
+    bool freshSelection = false;     ///< the selected region still has to be lifted
+    bool liftedImageEmptied = false; ///< the lifted image is left empty (a cut)
+    bool copyToClipboard = false;    ///< the lifted region also goes to the clipboard
     bool pasted = false;             ///< the lifted image is drawn untransformed
-    bool changed = false;            ///< the composed image has to be built anew
+    bool changed = false;            ///< the composed image must be rebuilt
 };
 
 } // namespace vellix

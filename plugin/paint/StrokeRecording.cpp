@@ -17,7 +17,7 @@ namespace vellix {
 
 namespace {
 
-/// The words of all tools, as they are enumerated in a sentence.
+/// Lists the words of all tools for a message: "a, b or c".
 QString AnyTool() {
     QStringList words;
     for (const ToolRow& tool : AllTools()) {
@@ -27,7 +27,7 @@ QString AnyTool() {
     return words.join(", ") + " or " + last;
 }
 
-/// Reads the fields of one JSON object and keeps the first fault that it meets.
+/// Reads the fields of one JSON object and keeps the first fault.
 class FieldReader {
 public:
     FieldReader(const QJsonObject& object, const QString& where)
@@ -104,7 +104,7 @@ bool InRange(double value, double low, double high) {
     return value >= low && value <= high;
 }
 
-/// What is wrong with one sample, or an empty string.
+/// Reads one sample. Returns the fault, or an empty string.
 QString ReadSample(const QJsonValue& value, RecordedSample& out) {
     const QJsonArray parts = value.toArray();
     if (parts.size() != 4) {
@@ -178,7 +178,8 @@ double PathLength(const QVector<RecordedSample>& samples) {
     return length;
 }
 
-/// Checks what is said about the recording as a whole and takes the list of strokes out of it.
+/// Checks the fields of the whole recording and extracts the list of strokes. Returns the fault, or an empty
+/// string.
 QString ReadHeader(const QJsonObject& root, QJsonArray& strokes) {
     FieldReader reader(root, QString());
     QString format;
@@ -212,7 +213,7 @@ QString ReadStrokes(const QJsonArray& list, QVector<RecordedStroke>& out) {
         }
         frames.insert(out[i].frame);
         if (frames.size() > StrokeRecording::MAX_FRAMES) {
-            return where + QString("\"frame\" is one too many, a recording may have strokes on %1 frames")
+            return where + QString("\"frame\" is one too many: a recording may draw on at most %1 frames")
                                .arg(StrokeRecording::MAX_FRAMES);
         }
         length += PathLength(out[i].samples);

@@ -10,8 +10,8 @@
 
 namespace vellix {
 
-/// One sample of a recorded pen: where it was in image pixels (y down), how hard it was pressed (0..1, as the
-/// tablet reported it) and when, in milliseconds from the start of the recording.
+/// One sample of a recorded pen: its position in image pixels (y down), its raw pressure (0..1, as the tablet
+/// reported it) and its time in milliseconds from the start of the recording.
 struct RecordedSample {
     QPointF position;
     float pressure = 1.0f;
@@ -32,27 +32,27 @@ struct RecordedStroke {
     QVector<RecordedSample> samples;
 };
 
-/// A recording of pen strokes, read from JSON of the format "vellix-strokes", version 1. A recording is read
-/// whole or not at all: a fault anywhere in it leaves the object empty and is told in one line that names the
-/// stroke (from 1) and the field. Unknown fields are passed over.
+/// A recording of pen strokes, read from JSON of the format "vellix-strokes", version 1. Reads all of it or
+/// nothing: any fault leaves the object empty and gives a one-line error that names the stroke (from 1) and
+/// the field. Ignores unknown fields.
 class StrokeRecording {
 public:
-    /// A longer file is refused before it is read; at 125 samples a second this is hours of drawing.
+    /// Bytes. Longer files are refused. At 125 samples per second this is hours of drawing.
     static constexpr qint64 MAX_FILE_SIZE = 32 * 1024 * 1024;
     static constexpr int MAX_STROKES = 10000;
     static constexpr int MAX_SAMPLES_PER_STROKE = 100000;
-    /// Each drawn frame holds an image of four megabytes while it is worked on.
+    /// Every frame with strokes holds a four-megabyte image while it is worked on.
     static constexpr int MAX_FRAMES = 2000;
     static constexpr int MAX_FRAME_NUMBER = 1000000;
     static constexpr int MAX_TEXT_LENGTH = 2000;
-    /// A pen may leave the image, but by no more than its width on any side.
+    /// Image pixels. A pen may leave the image, but by no more than the image's width on any side.
     static constexpr int MAX_DISTANCE_OUTSIDE = 1024;
-    /// All strokes together, in image pixels: what painting takes is proportional to it.
+    /// Length of all strokes together, in image pixels. The time to paint is proportional to it.
     static constexpr int MAX_PATH_LENGTH = 4000000;
 
-    /// Reads the file. On a fault returns false and error says what is wrong, without the file's name.
+    /// Reads the file. On a fault returns false and sets `error`, which does not name the file.
     bool Read(const QString& path, QString& error);
-    /// The same for bytes that are already there.
+    /// Read() for data in memory.
     bool Parse(const QByteArray& json, QString& error);
 
     const QVector<RecordedStroke>& GetStrokes() const { return m_strokes; }

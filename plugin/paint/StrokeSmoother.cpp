@@ -8,14 +8,14 @@ namespace {
 
 constexpr int HISTORY = 5;
 
-// distance < size * 0.1, in whole numbers, so that a point at exactly a tenth of the size is not closer.
+// Tests distance < size * 0.1 without rounding: a point at exactly a tenth of the size is not closer.
 bool CloserThanTenth(const QPoint& a, const QPoint& b, qint32 size) {
     const double dx = double(a.x()) - b.x();
     const double dy = double(a.y()) - b.y();
     return size > 0 && 100.0 * (dx * dx + dy * dy) < double(size) * size;
 }
 
-// sum / divisor to the nearest integer, halves toward positive infinity, below zero as well.
+// Returns sum / divisor rounded to nearest, halves toward positive infinity also for negative values.
 int RoundedQuotient(qint64 sum, qint64 divisor) {
     const qint64 doubled = 2 * sum + divisor;
     const qint64 quotient = doubled / (2 * divisor);
@@ -32,7 +32,7 @@ void ReceiveText(Stroke& stroke, const StrokePoint& sample, const QString& fontF
     }
 }
 
-// The second sample goes in front of the first, which so becomes the far end that later samples replace.
+// The second sample goes in front of the first, which becomes the end that later samples replace.
 void ReceiveShape(Stroke& stroke, const StrokePoint& sample) {
     if (stroke.points.isEmpty()) {
         stroke.points.append(sample);
@@ -96,7 +96,7 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
     return outcome;
 }
 
-// The mean of the history with linearly falling weights, the newest sample weighing most.
+// The weighted mean of the history. Weights fall linearly from the newest sample.
 StrokePoint StrokeSmoother::Smoothed(const StrokePoint& sample) const {
     const int count = m_positions.size();
     qint64 x = 0;

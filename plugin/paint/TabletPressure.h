@@ -4,9 +4,9 @@ namespace vellix {
 
 /// The response curve between a pen's pressure and the opacity of a stroke.
 struct TabletPressure {
-    /// Returns the pressure to paint with, 0..1, for a raw reading of 0..1: the upper half is lifted, the
-    /// lowest readings are dead, and light ones have a floor. A reading of exactly 0 (or no number) is no
-    /// reading: it returns `previous`.
+    /// Maps a raw pressure of 0..1 to the pressure to paint with, 0..1. Raises the upper half, cuts the
+    /// lowest readings to 0 and lifts light ones to a floor. A reading of exactly 0 or NaN counts as missing:
+    /// returns `previous`.
     static float Curve(double raw, float previous);
 };
 

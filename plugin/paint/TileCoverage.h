@@ -6,16 +6,16 @@ class QImage;
 
 namespace vellix {
 
-/// Where a picture has pixels. Both masks err on the safe side: every tile with a pixel that is not fully
-/// transparent is in `occupied`, and a tile in `opaque` holds nothing but opaque pixels.
+/// The tiles where a picture has pixels. Both masks are conservative: `occupied` holds every tile with a
+/// pixel that is not fully transparent, and `opaque` holds only tiles whose pixels are all opaque.
 struct TileCoverage {
     TileMask occupied;
     TileMask opaque;
 
-    /// Looks at every pixel of the image. An image that is no layer image (Composite::IsLayerImage) covers
-    /// nothing.
+    /// Reads every pixel of the image. Returns an empty coverage for an image that is no layer image
+    /// (Composite::IsLayerImage).
     static TileCoverage Of(const QImage& image);
-    /// Looks at one row of a layer image's tiles.
+    /// Updates both masks for one row of tiles of a layer image.
     void ReadRow(const QImage& image, int row);
 };
 

@@ -17,7 +17,7 @@ public:
     static constexpr int COUNT = IMAGE_WIDTH / TILE_WIDTH;
     static_assert(COUNT == 64, "a row of tiles is one 64-bit word");
 
-    /// The tiles that the rectangle (image pixels) touches.
+    /// Returns the tiles that the rectangle (image pixels) touches.
     static TileMask Touching(const QRect& rectangle) {
         TileMask mask;
         const QRect inside = rectangle & QRect(0, 0, IMAGE_WIDTH, IMAGE_WIDTH);
@@ -56,7 +56,7 @@ public:
     friend TileMask operator|(TileMask a, const TileMask& b) { return a |= b; }
     friend bool operator==(const TileMask& a, const TileMask& b) { return a.m_rows == b.m_rows; }
 
-    /// Calls `visit(begin, end)` for every run of neighbouring tiles in a row's bits, in tile columns.
+    /// Calls `visit(begin, end)` for every run of adjacent tiles in a row's bits; `end` is exclusive.
     template <typename Visit>
     static void ForEachRun(quint64 bits, Visit visit) {
         while (bits != 0) {

@@ -8,8 +8,8 @@
 
 namespace vellix {
 
-/// A merged picture at the precision of composition: the sums (see CompositeKernels) of every occupied tile.
-/// The memory of tiles that were never occupied is not touched.
+/// A merged picture at the full precision of composition: the sums (see CompositeKernels) of every occupied
+/// tile. Memory is reserved for all tiles but written only for occupied ones.
 class TileSums {
 public:
     TileSums()

@@ -22,7 +22,7 @@ const std::vector<ToolRow>& AllTools() {
         {ToolType::Brush, "brush", "Brush", "Paint with a soft or hard brush", "-bt", "-brushTool", "-bo",
          "-brushOptions", ToolKind::Freehand, 6, 100,
          ToolRow::HARDNESS | ToolRow::PRESSURE | ToolRow::PRESSURE_ON},
-        {ToolType::Eraser, "eraser", "Eraser", "Take away what is drawn", "-et", "-eraserTool", "-eo",
+        {ToolType::Eraser, "eraser", "Eraser", "Erase what is drawn", "-et", "-eraserTool", "-eo",
          "-eraserOptions", ToolKind::Freehand, 40, 100,
          ToolRow::HARDNESS | ToolRow::PRESSURE | ToolRow::SESSION_OPTIONS},
         {ToolType::Text, "text", "Text", "Click in a view and type", "-tt", "-textTool", "-txo",

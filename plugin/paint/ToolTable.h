@@ -8,47 +8,46 @@
 
 namespace vellix {
 
-/// How a tool takes up the pointer's samples, and how its stroke is painted.
+/// How a tool uses the pointer's samples and when its stroke is painted.
 enum class ToolKind {
-    Freehand, ///< along all samples, segment by segment
-    Shape,    ///< from the press to the pointer, anew with every sample
-    Text,     ///< typed at the pointer, anew with every change
+    Freehand, ///< painted along all samples, segment by segment
+    Shape,    ///< spans from the press to the pointer; repainted with every sample
+    Text,     ///< typed at the pointer; repainted with every change
     None,     ///< not a drawing tool
 };
 
-/// A drawing tool: everything that commands, settings, recordings, menus and panels have to know of it. A new
-/// tool needs a number in ToolType, a row in ToolTable.cpp, its painting in DrawUtil and its icon in
-/// IconDrawing.
+/// A drawing tool: all that commands, settings, recordings, menus and panels know about it. A new tool needs
+/// a number in ToolType, a row in ToolTable.cpp, its painting in DrawUtil and its icon in IconDrawing.
 struct ToolRow {
     enum Trait : unsigned {
         HARDNESS = 1,        ///< its edge can be soft
         PRESSURE = 2,        ///< a pen's pressure can set the opacity
-        PRESSURE_ON = 4,     ///< and does so until it is switched off
-        SESSION_OPTIONS = 8, ///< the settings file keeps its size alone
+        PRESSURE_ON = 4,     ///< pen pressure is on by default
+        SESSION_OPTIONS = 8, ///< the settings file keeps only its size
     };
 
     ToolType type;
-    const char* word;  ///< in recordings; its keys in the settings file begin with it
+    const char* word;  ///< its name in recordings and the prefix of its keys in the settings file
     const char* label; ///< in menus and panels
-    const char* hint;  ///< what it does, for those who point at it
-    // The flag that takes it up, and the one that sets its options.
+    const char* hint;  ///< what it does, for the tooltip
+    // The command flags that activate the tool and that set its options, short and long.
     const char* shortToolFlag;
     const char* toolFlag;
     const char* shortOptionsFlag;
     const char* optionsFlag;
     ToolKind kind;
-    int defaultSize; ///< image pixels, of text points
-    int maximumSize; ///< the smallest is 1
+    int defaultSize; ///< image pixels; points for text
+    int maximumSize; ///< the minimum is 1
     unsigned traits;
 
     bool Has(Trait trait) const { return (traits & trait) != 0; }
     const char* SizeUnit() const { return kind == ToolKind::Text ? "pt" : "px"; }
 };
 
-/// All drawing tools, in the order in which they are shown.
+/// All drawing tools, in display order.
 const std::vector<ToolRow>& AllTools();
 
-/// The row of a tool; null when it is not a drawing tool.
+/// Returns the row of a tool; null if it is not a drawing tool.
 const ToolRow* FindTool(ToolType type);
 const ToolRow* FindTool(const QString& word);
 

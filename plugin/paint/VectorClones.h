@@ -1,8 +1,8 @@
 #pragma once
 
-// VELLIX_VECTOR_CLONES before a function has the compiler build it once for the base instruction set and once
-// for wider vectors; the loader picks. Empty where that is not to be had, and under the sanitizers, whose run
-// time is not up yet when the loader picks.
+// VELLIX_VECTOR_CLONES before a function makes the compiler build it twice, for the base instruction set and
+// for AVX2; the loader picks one. It is empty on platforms without this feature. It is also empty under the
+// sanitizers, whose runtime is not ready when the loader picks.
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
 #define VELLIX_SANITIZED

@@ -20,7 +20,7 @@ void Plot(const PixelView& view, int x, int y, float c) {
     }
 }
 
-// fillPlot on a view; only the columns that can lie inside are visited.
+// fillPlot on a view. Visits only columns that can lie inside the image.
 void PlotMirrored(const PixelView& view, int cx, int cy, int xmax, int y, float r, float c) {
     if (cy + y >= view.height && cy - y < 0) {
         return;
@@ -39,11 +39,11 @@ void PlotMirrored(const PixelView& view, int cx, int cy, int xmax, int y, float 
     }
 }
 
-// Remembers the spans of one circle that are filled already; spans beyond the table are filled as often as
-// they come up, which changes nothing but the time.
+// Remembers which spans of one circle are already filled. Spans outside the table may be filled more than
+// once, which costs time but changes no pixel.
 class VisitedSpans {
 public:
-    // Whether this is the span's first visit.
+    // Returns whether this is the first visit to the span.
     bool Enter(int x, int y) {
         if (x >= SIDE || y >= SIDE) {
             return true;
@@ -131,9 +131,9 @@ void drawLineWu(QImage& image, int x0, int y0, int x1, int y1, float c) {
     }
 }
 
-// The end points are pixels, as in Wu's original, and get the full coverage: since plot_ keeps the larger
-// alpha, the half coverage that a line between two places inside pixels has at its ends would leave a gap at
-// every point that two segments of a stroke share.
+// The end points are whole pixels, as in Wu's paper, and get the full coverage. plot_ keeps the larger alpha,
+// so the half coverage that fractional end points would get would leave a gap wherever two segments of a
+// stroke meet.
 void drawLineWu(const PixelView& view, int x0, int y0, int x1, int y1, float c) {
     const bool steep = std::abs(y1 - y0) > std::abs(x1 - x0);
     if (steep) {
@@ -149,7 +149,7 @@ void drawLineWu(const PixelView& view, int x0, int y0, int x1, int y1, float c) 
     };
     plot(x0, y0, c);
     plot(x1, y1, c);
-    // The fractional part of the scalar functions is of use from 0 on, so the walk is moved there.
+    // fpart_ follows Wu's algorithm only from 0 up, so the walk is shifted there.
     const int shift = std::min({0, y0, y1});
     const float gradient = x1 == x0 ? 0.0f : float(y1 - y0) / float(x1 - x0);
     float exact = float(y0 - shift) + gradient;

@@ -4,6 +4,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/ViewPlacement.h"
 #include "paint/ScopeExit.h"
 #include "paint/Stroke.h"
 #include "tools/ThreadManager.h"
@@ -22,11 +23,11 @@ namespace vellix {
 
 namespace {
 
-constexpr int PIXELS_A_STEP = 10;
+constexpr int PIXELS_PER_STEP = 10;
 constexpr int CIRCLE_CORNERS = 360;
-constexpr double RADIANS_A_DEGREE = 3.14159265358979323846 / 180.0;
+constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
 
-/// A character outside of the basic plane is two units of the text.
+/// Drops the last character: two units of the text when it lies outside Unicode's basic plane.
 void DropLastCharacter(QString& text) {
     const bool isPair = text.size() > 1 && text.at(text.size() - 1).isLowSurrogate() &&
                         text.at(text.size() - 2).isHighSurrogate();
@@ -43,8 +44,8 @@ DrawContext::DrawContext()
 }
 
 DrawContext::~DrawContext() {
-    // A tool that was in use has been switched off before: this is the end of the host, and there is nothing
-    // left to commit to.
+    // The host switches a current tool off before it deletes it. With a stroke left the host itself is
+    // closing, and there is no node to commit to.
     if (m_stroke != nullptr) {
         ThreadManager::GetInstance()->DestroyInputThread();
     }
@@ -100,13 +101,13 @@ MStatus DrawContext::doDrag(MEvent& event) {
         return MS::kSuccess;
     }
     if (!IsAdjusting()) {
-        RefreshView(); // the stroke itself grows by itself
+        RefreshView(); // the input thread adds the stroke's points
         return MS::kSuccess;
     }
     short x = 0;
     short y = 0;
     event.getPosition(x, y);
-    const int value = m_adjustStart + (x - m_pressX) / PIXELS_A_STEP;
+    const int value = m_adjustStart + (x - m_pressX) / PIXELS_PER_STEP;
     if (m_adjustSize) {
         Settings::SetToolSize(m_adjustedTool, value);
     } else {
@@ -154,10 +155,10 @@ MStatus DrawContext::doRelease(MEvent& event, MHWRender::MUIDrawManager& drawMan
     return Handle(&DrawContext::doRelease, event, drawManager);
 }
 
-MStatus DrawContext::Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
+MStatus DrawContext::Handle(LegacyHandler handler, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
     m_drawManager = &drawManager;
     const ScopeExit ended([this] { m_drawManager = nullptr; });
-    (this->*form)(event);
+    (this->*handler)(event);
     return MS::kSuccess;
 }
 
@@ -175,7 +176,6 @@ void DrawContext::BeginStroke() {
     }
     m_node = BaseNodePointer(node);
     M3dView view = M3dView::active3dView();
-    node->UpdateOverlayValues(view);
     m_stroke = node->GetActiveStroke(m_camera, false);
     m_view = view.widget();
     ThreadManager::GetInstance()->CreateInputThread(m_view, node, m_stroke);
@@ -201,19 +201,18 @@ void DrawContext::PushStroke() {
     if (node) {
         MayaUtil::PushStroke(m_camera, m_layerIndex, m_frameAdded);
     }
-    // What could not be committed, its layer or its node being gone, must not be in the way of the next one;
-    // a node that was deleted may come back.
+    // A stroke whose layer or node is gone was not committed. Drop it: a deleted node may come back by undo,
+    // and the old stroke would block the next one.
     BaseNode* const left = node.GetAlive();
     if (left != nullptr && left->HasActiveStroke()) {
         left->CancelActiveStroke();
     }
     if (node) {
-        node->RefreshActiveView(); // text that a key ends loses its frame
+        node->RefreshActiveView(); // removes the frame around typed text
     }
 }
 
-/// The stroke of this tool, if it is still the one that the node has: a command may have committed it, and
-/// the node may have gone.
+/// The stroke of this tool; null if a command has committed it or the node is gone.
 Stroke* DrawContext::ActiveStroke() const {
     const bool isThere = m_stroke != nullptr && m_node && m_node->HasActiveStroke() &&
                          m_node->GetActiveStroke(m_camera, false) == m_stroke;
@@ -311,10 +310,8 @@ float DrawContext::ToolDisplayRadius() {
     if (!m_node) {
         return 1.0f;
     }
-    // Another view may have been drawn since.
-    M3dView view = M3dView::active3dView();
-    m_node->UpdateOverlayValues(view);
-    return static_cast<float>(Settings::GetToolSize(m_adjustedTool)) * 0.5f * m_node->TextureToScreenScale();
+    const float scale = ViewPlacement::For(M3dView::active3dView()).Scale();
+    return static_cast<float>(Settings::GetToolSize(m_adjustedTool)) * 0.5f * scale;
 }
 
 void DrawContext::ToggleDiameterDisplay(float radius) {
@@ -329,7 +326,7 @@ void DrawContext::ToggleDiameterDisplay(float radius) {
     m_circleRadius = radius;
 }
 
-/// Drawn twice, it is gone.
+/// Inverts the pixels of the circle; a second call removes it.
 void DrawContext::DrawXorCircle(float radius) const {
     M3dView view = M3dView::active3dView();
     if (!view.beginXorDrawing()) {
@@ -338,7 +335,7 @@ void DrawContext::DrawXorCircle(float radius) const {
     view.setDrawColor(MColor(1.0f, 1.0f, 1.0f));
     glBegin(GL_LINE_LOOP);
     for (int degree = 0; degree < CIRCLE_CORNERS; ++degree) {
-        const double angle = degree * RADIANS_A_DEGREE;
+        const double angle = degree * RADIANS_PER_DEGREE;
         glVertex2d(m_pressX + radius * std::cos(angle), m_pressY + radius * std::sin(angle));
     }
     glEnd();

@@ -18,10 +18,10 @@ namespace vellix {
 class BaseNode;
 struct Stroke;
 
-/// The draw tool. A press with the left button in a view begins a stroke on the active layer of the view's
-/// camera, which the input thread fills until the release; text then takes typed keys. With B or M held, a
-/// drag sets the size or the opacity of the current drawing tool instead. The middle button makes the camera
-/// of the view the active one. Every event succeeds.
+/// The draw tool. A left press in a view begins a stroke on the active layer of the view's camera. The input
+/// thread adds points until the release; a text stroke then takes typed keys. With B or M held, a drag
+/// instead sets the size or the opacity of the current drawing tool. The middle button makes the view's
+/// camera the active one. Every event handler returns success.
 class DrawContext : public MPxContext {
 public:
     DrawContext();
@@ -41,31 +41,33 @@ public:
     MStatus doRelease(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                       const MHWRender::MFrameContext& context) override;
 
-    /// A key for the text being typed: Escape ends it. False, with nothing done, when there is no such text.
+    /// Handles a key for the text being typed; Escape ends it. Returns false, and does nothing, when no text
+    /// is being typed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
-    /// Is there text that takes keys?
+    /// Returns whether text is being typed.
     bool IsTyping() const;
     void EndTextDraw();
-    /// Commits the stroke.
+    /// Commits the stroke, or drops it if it cannot be committed.
     void PushStroke();
     void RefreshView();
     void RefreshCursor();
-    /// Radius of the tool being adjusted in the active view, view pixels.
+    /// Radius of the tool being adjusted, in pixels of the active view. 1 without a node.
     float ToolDisplayRadius();
-    /// Shows the circle of the tool being adjusted with its value, or takes the one that is shown away.
+    /// Shows the circle of the tool being adjusted with its value, or removes the circle that is shown.
+    /// `radius` is in view pixels.
     void ToggleDiameterDisplay(float radius);
-    /// The view that the stroke was begun in; null when it has gone.
+    /// The view that the stroke began in; null once it is closed. The host owns it.
     QWidget* View() const { return m_view; }
 
 private:
-    using Form = MStatus (DrawContext::*)(MEvent&);
+    using LegacyHandler = MStatus (DrawContext::*)(MEvent&);
 
-    MStatus Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager);
+    MStatus Handle(LegacyHandler handler, MEvent& event, MHWRender::MUIDrawManager& drawManager);
     bool IsAdjusting() const { return m_adjustSize || m_adjustOpacity; }
     void BeginAdjusting(MEvent& event);
     void EndAdjusting();
     void BeginStroke();
-    /// Ends what is being drawn, or typed, when it cannot go on.
+    /// Stops the input thread and commits the stroke being drawn or typed, if there is one.
     void FinishStroke();
     void SwitchCamera();
     Stroke* ActiveStroke() const;
@@ -90,7 +92,7 @@ private:
     short m_pressY = 0;
     bool m_circleShown = false;
     float m_circleRadius = 0.0f;
-    MHWRender::MUIDrawManager* m_drawManager = nullptr; ///< while an event of Viewport 2.0 is handled
+    MHWRender::MUIDrawManager* m_drawManager = nullptr; ///< borrowed during a Viewport 2.0 event; else null
 };
 
 } // namespace vellix

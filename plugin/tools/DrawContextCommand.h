@@ -11,7 +11,7 @@ public:
     static void* Creator();
     static MString GetCommandName();
 
-    /// A new DrawContext, which the host owns.
+    /// Returns a new DrawContext. The host owns it.
     MPxContext* makeObj() override;
 };
 

@@ -125,7 +125,7 @@ bool DrawContextInputHandler::ProcessKeyUpEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_B && event->key() != Qt::Key_M) {
         return false;
     }
-    // A key that is held repeats as releases and presses.
+    // Auto-repeat sends release and press events for a key that is still held.
     if (!event->isAutoRepeat()) {
         (event->key() == Qt::Key_B ? m_adjustSize : m_adjustOpacity) = false;
     }
@@ -136,12 +136,12 @@ bool DrawContextInputHandler::IsTyping() const {
     return m_drawContext != nullptr && m_drawContext->IsTyping();
 }
 
-/// The keys that are the tool's own come to it and not to the host's shortcuts.
+/// Claims the tool's own keys before the host's shortcuts get them.
 bool DrawContextInputHandler::OverrideShortcut(QKeyEvent* event) const {
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     const bool adjusts =
         modifiers == Qt::NoModifier && (event->key() == Qt::Key_B || event->key() == Qt::Key_M);
-    // Some keyboards have characters behind Ctrl and Alt together.
+    // Some keyboards type characters with Ctrl and Alt together.
     const Qt::KeyboardModifiers commands =
         modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     const bool types = commands == Qt::NoModifier ||
@@ -153,7 +153,7 @@ bool DrawContextInputHandler::OverrideShortcut(QKeyEvent* event) const {
     return false;
 }
 
-/// Dead keys and other ways of writing that take more than a key for a character.
+/// Takes text from input methods, such as dead keys that compose one character from several.
 bool DrawContextInputHandler::ProcessInputMethodEvent(QEvent* event) {
     const QString text = static_cast<QInputMethodEvent*>(event)->commitString();
     if (!IsTyping()) {
@@ -167,7 +167,7 @@ bool DrawContextInputHandler::ProcessInputMethodEvent(QEvent* event) {
     return true;
 }
 
-/// The view with the keyboard takes composed text while something is typed, and is left as it was afterwards.
+/// Lets the stroke's view take text from input methods while text is typed, and restores the view afterwards.
 void DrawContextInputHandler::AcceptInputMethod(bool accept) {
     if (m_typedInto != nullptr) {
         m_typedInto->setAttribute(Qt::WA_InputMethodEnabled, false);

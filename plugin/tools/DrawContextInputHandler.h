@@ -13,26 +13,26 @@ namespace vellix {
 class BaseNode;
 class DrawContext;
 
-/// What the draw tool has to know of Qt's events while it is current: the keys that make a press adjust the
-/// tool instead of drawing, the pressure and the eraser end of a pen, text that is typed into a stroke, and
-/// right clicks in views and on the time slider, which open its menus.
+/// Handles Qt events for the draw tool while it is current: the keys that turn a press into a size or opacity
+/// drag, a pen's pressure and eraser end, text typed into a stroke, and right clicks in views and on the time
+/// slider, which open the tool's menus.
 class DrawContextInputHandler : public ViewEventFilter {
     Q_OBJECT
 
 public:
     void SetEventFilterEnabled(bool enabled);
-    /// The context that typed keys go to, borrowed; null for none.
+    /// Sets the context that receives typed keys, borrowed; null for none.
     void SetDrawContext(DrawContext* context);
     bool AdjustSizeEnabled() const { return m_adjustSize; }
     bool AdjustOpacityEnabled() const { return m_adjustOpacity; }
-    /// As with a mouse: full pressure, not the eraser end.
+    /// Resets the pen to what a mouse gives: full pressure, not the eraser end.
     static void ResetTabletSettings();
     /// Ends the text being typed, if there is one.
     void EndTextDraw();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-    // Each answers whether the event is consumed.
+    // Each returns whether the event is consumed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
     bool ProcessKeyUpEvent(QKeyEvent* event);
     static bool ProcessTabletEvent(QTabletEvent* event);
@@ -44,7 +44,7 @@ public:
     void ShowTimeControlContextMenu();
 
 public Q_SLOTS:
-    /// The layer of the triggering action, on the camera whose menu it is in.
+    /// Activates the layer of the triggering action, on the camera that the menu was opened for.
     void SetActiveLayer();
     void NewLayer();
     void LayerProperties();
@@ -107,7 +107,7 @@ private:
     void AddCleanup(QMenu& menu);
 
     QPointer<QWidget> m_timeSlider;
-    QPointer<QWidget> m_typedInto; ///< takes text of input methods for the time being
+    QPointer<QWidget> m_typedInto; ///< the view with input methods switched on while typing
     QString m_menuCamera;
     DrawContext* m_drawContext = nullptr;
     bool m_adjustSize = false;

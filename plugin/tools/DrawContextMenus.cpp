@@ -1,4 +1,4 @@
-// The menus of the draw tool: what is in them, and what their items do.
+// The menus of the draw tool: their items, and the slots that the items trigger.
 
 #include "core/Layer.h"
 #include "host/MayaUtil.h"
@@ -18,7 +18,7 @@ namespace vellix {
 
 namespace {
 
-/// The text as an item shows it: an ampersand is one, and not the mark of a key.
+/// Escapes ampersands, which would mark a mnemonic key in a menu item.
 QString ItemText(const QString& text) {
     return QString(text).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
@@ -122,7 +122,7 @@ void DrawContextInputHandler::AddGhosting(QMenu& menu) {
     AddItem(menu, QStringLiteral("Settings..."), &DrawContextInputHandler::GhostingSettings);
 }
 
-// The colour palette has no item here.
+// The colour palette has no item on purpose.
 void DrawContextInputHandler::AddPanels(QMenu& menu) {
     AddItem(menu, QStringLiteral("Toolbox..."), &DrawContextInputHandler::ShowToolbox);
     AddItem(menu, QStringLiteral("Tool Options..."), &DrawContextInputHandler::ShowToolOptions);
@@ -149,7 +149,7 @@ void DrawContextInputHandler::AddCleanup(QMenu& menu) {
     AddItem(menu, QStringLiteral("Clear All"), &DrawContextInputHandler::ClearAll);
 }
 
-// --- what the items do ------------------------------------------------------------------------------------
+// --- slots of the items -----------------------------------------------------------------------------------
 
 void DrawContextInputHandler::SetActiveLayer() {
     if (const auto* const action = qobject_cast<QAction*>(sender())) {

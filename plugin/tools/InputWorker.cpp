@@ -37,7 +37,7 @@ void InputWorker::SetView(const QWidget& view) {
 void InputWorker::Run() {
     m_running = true;
     while (m_running) {
-        QCoreApplication::processEvents(); // this is where Shutdown() comes in
+        QCoreApplication::processEvents(); // delivers Shutdown()
         UpdatePosition();
         QThread::msleep(SAMPLE_PERIOD);
     }
@@ -57,7 +57,7 @@ void InputWorker::UpdatePosition() {
         return;
     }
     if (m_lastPosition == QPoint(NOWHERE, NOWHERE)) {
-        // Two samples a pixel apart: a click that does not move makes a dot.
+        // Two samples one pixel apart, so that a click without a move makes a dot.
         Send(QPoint(x, y));
     }
     m_lastPosition = position;

@@ -11,21 +11,21 @@ class QWidget;
 
 namespace vellix {
 
-/// Samples the pointer on a thread of its own while a stroke is drawn, whatever the main thread is busy with.
-/// The tool's values are those at construction; of the view it knows the place on the screen, never the
-/// widget, which may go at any time.
+/// Samples the pointer on its own thread while a stroke is drawn, so that a busy main thread loses no
+/// samples. Takes the tool's values at construction. Knows only the view's place on the screen, not the
+/// widget, which may be deleted at any time.
 class InputWorker : public QObject {
     Q_OBJECT
 
 public:
     InputWorker(const QWidget& view, ToolType tool);
 
-    /// Main thread: the view may have moved.
+    /// Updates the view's place on the screen. Called on the main thread.
     void SetView(const QWidget& view);
 
 Q_SIGNALS:
-    /// Position in view pixels, from the bottom left; the tool's size in image pixels; opacity, with the
-    /// pen's pressure in it, and hardness 0..1.
+    /// Position in view pixels from the bottom left, size in image pixels, opacity 0..1 with the pen's
+    /// pressure applied, hardness 0..1.
     void MousePositionChanged(const QPoint& position, int size, float opacity, float hardness);
 
 public Q_SLOTS:
@@ -38,11 +38,11 @@ private:
     void UpdatePosition();
     void Send(const QPoint& position);
 
-    std::atomic<int> m_viewLeft; ///< on the screen
+    std::atomic<int> m_viewLeft; ///< screen pixels
     std::atomic<int> m_viewTop;
     std::atomic<int> m_viewHeight;
     bool m_running = false;
-    QPoint m_lastPosition; ///< as it was sent
+    QPoint m_lastPosition; ///< the last position sent
     int m_size;
     float m_opacity;
     float m_hardness;

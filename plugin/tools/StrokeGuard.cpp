@@ -51,7 +51,7 @@ bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
         m_due.start();
         break;
     case QEvent::MouseMove:
-        // Other widgets of the window may have such moves.
+        // Only the view counts: other widgets of the window may see moves with no button held.
         if (watched == m_view && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
             m_due.start();
         }

@@ -9,14 +9,14 @@
 
 namespace vellix {
 
-/// Watches the view in which a stroke is drawn, and tells when the release that ends the stroke will not
-/// come: the view has been hidden or closed, a dialog has taken the pointer away, or it moves with no button
-/// held. That the window is no longer the active one is no reason: the pointer stays with it.
+/// Watches the view in which a stroke is drawn and reports when the release that ends the stroke will not
+/// come: the view is hidden or closed, a modal dialog blocks its window, or the pointer moves with no button
+/// held. A window that only loses the focus does not count, since the view keeps the mouse grab.
 class StrokeGuard : public QObject {
     Q_OBJECT
 
 public:
-    /// `interrupted` is called from the event loop, once, after what has happened; never after Release().
+    /// Calls `interrupted` once, later from the event loop, and never after Release().
     explicit StrokeGuard(std::function<void()> interrupted);
 
     void Watch(QWidget* view);

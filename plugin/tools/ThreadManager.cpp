@@ -14,7 +14,7 @@ namespace vellix {
 
 namespace {
 
-constexpr unsigned long LONGEST_WAIT = 250; // milliseconds
+constexpr unsigned long MAX_WAIT_MS = 250;
 
 } // namespace
 
@@ -26,8 +26,8 @@ ThreadManager::ThreadManager() {
 
 ThreadManager::~ThreadManager() {
     DestroyInputThread();
-    // The code that they run goes with the plug-in.
-    for (const QPointer<QThread>& thread : m_late) {
+    // Their code is unloaded with the plug-in.
+    for (const QPointer<QThread>& thread : m_lateThreads) {
         if (thread != nullptr) {
             thread->wait();
         }
@@ -70,7 +70,7 @@ void ThreadManager::AwaitFirstSamples() {
     const int least = m_stroke->tool == ToolType::Text ? 1 : 2;
     QElapsedTimer timer;
     timer.start();
-    while (m_stroke->points.size() < least && !timer.hasExpired(LONGEST_WAIT)) {
+    while (m_stroke->points.size() < least && !timer.hasExpired(MAX_WAIT_MS)) {
         QThread::msleep(1);
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     }
@@ -81,17 +81,17 @@ void ThreadManager::DestroyInputThread() {
     m_catchUp.stop();
     if (m_thread != nullptr) {
         Q_EMIT ShutdownInputWorker();
-        const bool ended = m_thread->wait(LONGEST_WAIT);
+        const bool ended = m_thread->wait(MAX_WAIT_MS);
         disconnect(m_worker.get(), nullptr, this, nullptr);
         disconnect(this, nullptr, m_worker.get(), nullptr);
-        // They would join the next stroke.
+        // Queued samples would otherwise be added to the next stroke.
         QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
         if (!ended) {
-            // A thread that runs cannot be deleted; it goes when it ends.
+            // A running thread must not be deleted, so it deletes itself when it finishes.
             QThread* const late = m_thread.release();
             connect(late, &QThread::finished, m_worker.release(), &QObject::deleteLater);
             connect(late, &QThread::finished, late, &QObject::deleteLater);
-            m_late.emplace_back(late);
+            m_lateThreads.emplace_back(late);
         }
     }
     m_worker.reset();
@@ -108,14 +108,13 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
     }
     if (m_widget != nullptr) {
         m_worker->SetView(*m_widget);
-        // The node answers for the view that was drawn last, and that may have been another one.
-        m_node->UpdateOverlayValues(m_view);
+        m_placement = ViewPlacement::For(m_view);
     }
     StrokePoint sample;
     sample.size = size;
     sample.opacity = opacity;
     sample.hardness = hardness;
-    sample.position = m_node->ScreenCoordsToTexCoords(position);
+    sample.position = m_placement.ToImage(position);
     const StrokeSmoother::Outcome outcome = m_smoother.Receive(*m_stroke, sample, Settings::textFontFamily);
     if (outcome.firstSegment) {
         m_node->RefreshActiveView();
@@ -124,15 +123,15 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
     }
 }
 
-/// The drags of the tool redraw the view, and most samples are seen with the next one. What comes after the
-/// last of them, when the pointer has come to rest, would not be.
+/// Redraws the view for the last samples of a drag. The tool's drag events redraw it for the samples before,
+/// but none follows once the pointer rests.
 void ThreadManager::CatchUp() {
     if (m_active && StrokeIsThere() && m_stroke->changed) {
         m_node->RefreshActiveView();
     }
 }
 
-/// The node may have left the scene, and the stroke may have been committed or dropped by a command.
+/// Returns false when the node has left the scene or a command has committed or dropped the stroke.
 bool ThreadManager::StrokeIsThere() const {
     return m_node && m_node->HasActiveStroke() && m_node->GetActiveStroke(QString(), false) == m_stroke;
 }
@@ -144,7 +143,7 @@ M3dView ThreadManager::FindView(const QWidget& widget) {
             return view;
         }
     }
-    return M3dView();
+    return M3dView::active3dView();
 }
 
 } // namespace vellix

@@ -13,7 +13,7 @@
 
 namespace vellix {
 
-// --- what the stroke does ---------------------------------------------------------------------------------
+// --- stroke -----------------------------------------------------------------------------------------------
 
 void TransformClipboard::Begin(bool paste) {
     m_paste = paste;
@@ -32,7 +32,7 @@ void TransformClipboard::End() {
     ForgetCreated();
 }
 
-// --- what was copied --------------------------------------------------------------------------------------
+// --- copied rectangle -------------------------------------------------------------------------------------
 
 void TransformClipboard::Remember(const Corners& corners, float scale) {
     m_left = corners[0].x();
@@ -55,7 +55,7 @@ TransformClipboard::Corners TransformClipboard::PlaceAt(const QPoint& leftTop, f
     return {{QPoint(left, top), QPoint(left, bottom), QPoint(right, bottom), QPoint(right, top)}};
 }
 
-// --- what was created to paste into -----------------------------------------------------------------------
+// --- created layer and frame ------------------------------------------------------------------------------
 
 bool TransformClipboard::PrepareToPaste(BaseNode& node, const QString& camera) {
     const bool isPrepared = node.PrepareForDraw(camera, m_createdLayer, m_frameCreated);
@@ -67,7 +67,7 @@ int TransformClipboard::RemoveCreated(LayerManager& layers, const QString& camer
     if (m_createdLayer < 0 && !m_frameCreated) {
         return -1;
     }
-    // Others may have moved the layer, removed it or made another one active since.
+    // Commands may have moved or removed the layer since, or made another one active.
     const QList<Layer*> stack = layers.GetLayers(camera);
     const auto found =
         std::find_if(stack.begin(), stack.end(), [&](const Layer* other) { return other == layer; });

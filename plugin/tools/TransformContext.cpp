@@ -43,7 +43,7 @@ TransformContext::~TransformContext() {
     }
 }
 
-// --- life -------------------------------------------------------------------------------------------------
+// --- setup and clean-up -----------------------------------------------------------------------------------
 
 void TransformContext::toolOnSetup(MEvent&) {
     m_inputHandler.SetEventFilterEnabled(true);
@@ -82,7 +82,7 @@ void TransformContext::OnSceneChanged(void* context) {
     }
 }
 
-/// A node that was deleted with an outline on it may have come back.
+/// Undo may bring back a node that was deleted while it showed an outline.
 void TransformContext::OnUndoRedo(void* context) {
     auto* const self = static_cast<TransformContext*>(context);
     if (!self->m_outline.IsShown()) {
@@ -178,7 +178,7 @@ bool TransformContext::EnterTransformStage(bool changes) {
 }
 
 void TransformContext::PreprocessSelection() {
-    m_transformation.Reset(); // the button may still be down with which the selection was dragged out
+    m_transformation.Reset(); // ends the drag that selected, whose button may still be down
     ReorderSelectionPoints();
     BaseNode* node = m_selection.GetNode();
     Stroke* stroke = node != nullptr ? node->GetActiveStroke(m_selection.GetCamera(), true) : nullptr;
@@ -217,7 +217,7 @@ bool TransformContext::PushStroke() {
 
 void TransformContext::CancelStroke() {
     const QString& camera = m_selection.GetCamera();
-    // The node may have been deleted since, and come back with an undo.
+    // The node may have been deleted, and come back with an undo.
     if (const std::shared_ptr<LayerManager> layers = m_selection.GetLayers()) {
         layers->CancelActiveStroke();
         const int changed = m_clipboard.RemoveCreated(*layers, camera, m_selection.GetLayer());
@@ -253,10 +253,11 @@ MStatus TransformContext::doDrag(MEvent& event, MHWRender::MUIDrawManager& drawM
     return Handle(&TransformContext::doDrag, event, drawManager);
 }
 
-MStatus TransformContext::Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
+MStatus TransformContext::Handle(LegacyHandler handler, MEvent& event,
+                                 MHWRender::MUIDrawManager& drawManager) {
     m_outline.SetDrawManager(&drawManager);
     const ScopeExit ended([this] { m_outline.SetDrawManager(nullptr); });
-    return (this->*form)(event);
+    return (this->*handler)(event);
 }
 
 MStatus TransformContext::doPress(MEvent& event) {
@@ -325,7 +326,7 @@ void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& 
     MStatus status;
     const MEvent::MouseButtonType button = event.mouseButton(&status);
     if (!status) {
-        return; // it is neither the left one nor the middle one
+        return; // neither the left button nor the middle one
     }
     FollowView(*node);
     if (button == MEvent::kMiddleMouse) {
@@ -371,7 +372,7 @@ void TransformContext::UpdateStroke() {
         return;
     }
     if (stroke->freshSelection) {
-        // Lifts the region, or what is pasted, while the stroke says which.
+        // Composing lifts the region, or the pasted image, while the stroke's flags still say which.
         node->GetFinalImage(m_selection.GetCamera());
     }
     m_transformation.ApplyTo(*stroke);
@@ -381,7 +382,7 @@ void TransformContext::UpdateStroke() {
     RefreshView();
 }
 
-// --- the menu: a copy, cutting, copying and pasting -------------------------------------------------------
+// --- menu: transform copy, cut, copy and paste ------------------------------------------------------------
 
 void TransformContext::Transform(bool copy) {
     if (m_stage != SELECT_STAGE || !BeginSelection()) {
@@ -391,7 +392,7 @@ void TransformContext::Transform(bool copy) {
     if (!EnterTransformStage(true)) {
         m_clipboard.SetCopy(false);
     } else if (copy) {
-        RememberCopiedRectangle(); // the duplicate is what can be pasted from now on
+        RememberCopiedRectangle(); // pasting now gives the duplicate
     }
 }
 
@@ -431,10 +432,10 @@ void TransformContext::Paste(bool andTransform, const QPoint& position) {
         return;
     }
     if (!InitializeSelectStage(true)) {
-        CancelStroke(); // a layer may have been created that cannot be pasted into
+        CancelStroke(); // drops a layer that was created but cannot be pasted into
         return;
     }
-    // As large as it was copied, in the image; in the view as it is now.
+    // Keeps the size in image pixels; the view may have been zoomed since.
     const float scale = m_selection.MeasureScale(*BaseNode::GetMaster());
     const QPoint leftTop(position.x(), m_selection.GetView().portHeight() - position.y());
     m_selection.SetCorners(m_clipboard.PlaceAt(leftTop, scale));
@@ -452,11 +453,11 @@ void TransformContext::RememberCopiedRectangle() {
     }
 }
 
-// --- what is seen -----------------------------------------------------------------------------------------
+// --- outline ----------------------------------------------------------------------------------------------
 
 void TransformContext::TransformSelectionOutline() {
     m_outline.Show(m_selection.GetView(), m_transformation.Map(m_selection.GetCorners()));
-    // In Viewport 2.0 that one is gone with the next event; the node's, beside it, stays.
+    // In Viewport 2.0 the outline drawn here lasts until the next event; the node's outline stays.
     SetSelectionOutlineDrawnByNodeEnabled(true);
 }
 

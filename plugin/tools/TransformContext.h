@@ -19,14 +19,14 @@ namespace vellix {
 
 class BaseNode;
 
-/// The transform tool: moves, turns, scales, flips, cuts, copies and pastes a rectangle of the active layer's
-/// drawing. In the select stage a rectangle is dragged out in a view; from completeAction() on, in the
-/// transform stage, dragging changes the transform stroke of the drawing node, which the next
-/// completeAction() commits. Every commit, revert and cancel sets the tool up anew when the host is idle.
-/// Nothing happens without a drawing node. View pixels count from the bottom left.
+/// The transform tool: moves, rotates, scales, flips, cuts, copies and pastes a rectangle of the active
+/// layer's drawing. In the select stage the user drags out a rectangle in a view. completeAction() goes on to
+/// the transform stage, where drags change the transform stroke of the drawing node; the next
+/// completeAction() commits it. Every commit, revert and cancel sets the tool up again when the host is idle.
+/// Without a drawing node the tool does nothing. View pixels count from the bottom left.
 ///
-/// The work is done by the selection, the transformation, the clipboard and the outline; the context leads
-/// them through the stages.
+/// The selection, the transformation, the clipboard and the outline do the work; the context leads them
+/// through the stages.
 class TransformContext : public MPxContext, private LegacyOutline, private NonCopyable {
 public:
     enum Stage : int { SELECT_STAGE = 0, TRANSFORM_STAGE = 1 };
@@ -49,60 +49,62 @@ public:
     MStatus doEnterRegion(MEvent& event) override;
     MStatus helpStateHasChanged(MEvent& event) override;
 
-    /// Reverts: what the stroke was to change stays as it was.
+    /// Drops the stroke, which leaves the drawing unchanged, and starts the tool again.
     void deleteAction() override;
-    /// From the select stage to the transform stage, from there commits.
+    /// Goes from the select stage to the transform stage, or commits in the transform stage.
     void completeAction() override;
-    /// Reverts and goes to the draw tool.
+    /// Drops the stroke and switches to the draw tool.
     void abortAction() override;
 
     int GetStage() const;
-    /// Was something copied that the node still holds?
+    /// Returns whether there is a copied region that the node still holds.
     bool PasteAvailable() const;
     void RefreshCursor();
     void HelpStateChanged();
 
-    /// Begins a selection in the active view. `paste`: a layer and a frame to paste into are created where
-    /// they are missing. False, with the selection invalid, when there is no layer that it could be in.
+    /// Begins a selection in the active view. `paste` creates a missing layer and frame to paste into.
+    /// Returns false, with the selection invalid, when there is no layer to select in.
     bool InitializeSelectStage(bool paste);
-    /// Makes the selection the region of the node's transform stroke.
+    /// Gives the selection to the node's transform stroke as its region.
     void PreprocessSelection();
     /// Makes the first corner the top left one.
     void ReorderSelectionPoints();
-    /// Gives the stroke the transformation as it is.
+    /// Writes the current transformation into the stroke.
     void UpdateStroke();
-    /// Brings the outline to where the transformation puts the selection.
+    /// Moves the outline to the transformed selection.
     void TransformSelectionOutline();
-    /// Draws the current four corners.
+    /// Draws the outline through the selection's corners.
     void DrawSelectionOutline();
-    /// Whether the node shows the outline in Viewport 2.0, from one event to the next.
+    /// Makes the node show the outline in Viewport 2.0 between events, or stop showing it.
     void SetSelectionOutlineDrawnByNodeEnabled(bool enabled);
     void RefreshView();
     bool PushStroke();
-    /// Drops the stroke, and with it the layer and frame that were created to paste into.
+    /// Drops the stroke and the layer and frame that were created to paste into.
     void CancelStroke();
 
-    /// Begins to transform the selection or, with `copy`, a duplicate of it.
+    /// Begins to transform the selection, or a duplicate of it with `copy`.
     void Transform(bool copy);
-    /// Copies the selection to be pasted; with `keep` the stroke is committed, else nothing changes.
+    /// Copies the selection for pasting. `keep` commits the stroke; otherwise the drawing stays unchanged.
     void Copy(bool keep);
     void Cut();
-    /// Pastes with the top left corner at the position (pixels of the view's widget), to be transformed or at
-    /// once.
+    /// Pastes with the top left corner at `position` (pixels of the view's widget). With `andTransform` the
+    /// paste can then be transformed; otherwise it is committed at once.
     void Paste(bool andTransform, const QPoint& position);
     void FlipHorizontal();
     void FlipVertical();
 
     // Part of the interface for scripts and other tools; not called here.
+    // Draws a closed outline through four points, in view pixels. In the legacy viewport a second call
+    // removes it.
     /// Draws a closed outline through four points, view pixels. In the legacy viewport the second time takes
     /// it away.
     void DrawSelectionOutline(int x0, int y0, int x1, int y1, int x2, int y2, int x3, int y3);
 
 private:
-    using Form = MStatus (TransformContext::*)(MEvent&);
+    using LegacyHandler = MStatus (TransformContext::*)(MEvent&);
 
-    /// Handles an event of Viewport 2.0 as one of the legacy viewport, with a draw manager at hand.
-    MStatus Handle(Form form, MEvent& event, MHWRender::MUIDrawManager& drawManager);
+    /// Passes a Viewport 2.0 event to the legacy handler, with a draw manager set meanwhile.
+    MStatus Handle(LegacyHandler handler, MEvent& event, MHWRender::MUIDrawManager& drawManager);
 
     void OnViewDrawn(const M3dView& view) override;
     static void OnSceneChanged(void* context);
@@ -114,22 +116,21 @@ private:
     void DragInTransformStage(const MEvent& event, const QPoint& position);
 
     bool BeginSelection();
-    /// `changes`: the drawing will be changed, which its layer has to allow.
+    /// Returns false if there is no selection, or if `changes` is set and the active layer refuses changes.
     bool EnterTransformStage(bool changes);
     void Commit();
     void RememberCopiedRectangle();
     void ForgetOutline();
-    /// Finds the selection where a view that was panned, zoomed or resized shows it now; tells whether it
-    /// was.
+    /// Updates the selection's corners after the view was panned, zoomed or resized. Returns whether it was.
     bool LocateSelectionAgain(BaseNode& node);
-    /// The selection and its outline go along with the view, and to another view of the same camera that is
-    /// in use.
+    /// Moves the selection and its outline along with the view, and to another active view of the same
+    /// camera.
     void FollowView(BaseNode& node);
 
     TransformContextInputHandler m_inputHandler;
     MCallbackIdArray m_callbacks;
     int m_stage = SELECT_STAGE;
-    bool m_invalid = false; ///< the pointer does nothing until the next start
+    bool m_invalid = false; ///< the pointer does nothing until the tool starts again
 
     TransformSelection m_selection;
     Transformation m_transformation;

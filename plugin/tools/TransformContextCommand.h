@@ -5,7 +5,7 @@
 
 namespace vellix {
 
-/// Makes the transform tool.
+/// Makes transform tools. The host owns them.
 class TransformContextCommand : public MPxContextCommand {
 public:
     static void* Creator();

@@ -12,23 +12,23 @@ namespace vellix {
 
 class TransformContext;
 
-/// What the transform tool gets beside the host's tool events: the backslash key, and the right click in a
-/// view with its menu. The slots do nothing once the tool is no longer in use.
+/// Handles Qt events for the transform tool: the backslash key, and the right click in a view, which opens
+/// the tool's menu. The slots do nothing once the tool is no longer current.
 class TransformContextInputHandler : public ViewEventFilter {
     Q_OBJECT
 
 public:
-    /// The context that the menu acts on, borrowed; null for none.
+    /// Sets the context that the menu acts on, borrowed; null for none.
     void SetTransformContext(TransformContext* context);
     void SetEventFilterEnabled(bool enabled);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
-    // Each answers whether the event ends here.
+    // Each returns whether the event is consumed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
     bool ProcessKeyUpEvent(QKeyEvent* event);
     bool ProcessMouseEvent(QMouseEvent* event);
-    /// Shows the menu of the tool's stage at the pointer. `position`: where the view was clicked, in its
-    /// widget's pixels; pasting goes there.
+    /// Shows the menu of the tool's stage at the pointer. `position` is the click in pixels of the view's
+    /// widget, where pasting puts its image.
     void ShowContextMenu(QPoint position);
 
 public Q_SLOTS:

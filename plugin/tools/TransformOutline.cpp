@@ -12,11 +12,11 @@ namespace vellix {
 
 namespace {
 
-// Inverting the highest bit of green is seen on every colour, mid-grey ones too, and makes two hues of a
-// grey background at the most.
+// Inverting the highest bit of green is visible on every colour, mid-grey included, and gives at most two
+// hues on a grey background.
 constexpr GLubyte OUTLINE_INVERSION = 0x80;
 
-/// A closed outline along whole pixels.
+/// Draws a closed outline through pixel centres.
 void DrawLoop(const TransformOutline::Corners& corners) {
     constexpr float middle = 0.5f;
     glBegin(GL_LINE_LOOP);
@@ -110,7 +110,7 @@ void TransformOutline::DrawAnew(const M3dView& view) {
 void TransformOutline::ShowByNode(BaseNode& node, TransformSelection& selection) const {
     Corners right = m_corners;
     for (QPoint& corner : right) {
-        corner += QPoint(1, 0); // the node's outline lies one pixel to the right
+        corner += QPoint(1, 0); // the node's outline lies one view pixel to the right
     }
     const Corners pixels = selection.InImage(node, right);
     node.SetTransformOutline(selection.GetCamera(), pixels[0], pixels[1], pixels[2], pixels[3]);

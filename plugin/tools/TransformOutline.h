@@ -9,34 +9,34 @@ namespace vellix {
 
 class BaseNode;
 
-/// The outline of the transform tool on the screen: drawn by inverting pixels in the legacy viewport, where
-/// drawing it once more takes it away; in Viewport 2.0 drawn for the length of an event, and by the drawing
-/// node from one event to the next.
+/// The outline of the transform tool on the screen. In the legacy viewport it inverts pixels, so drawing it
+/// again removes it. In Viewport 2.0 this class draws it during an event, and the drawing node between
+/// events.
 class TransformOutline {
 public:
     using Corners = TransformSelection::Corners;
 
-    /// The draw manager of an event of Viewport 2.0, borrowed until the event ends; null for none.
+    /// Sets the draw manager of a Viewport 2.0 event, borrowed until the event ends; null for none.
     void SetDrawManager(MHWRender::MUIDrawManager* drawManager) { m_drawManager = drawManager; }
 
-    /// Is there an outline to be seen at all?
+    /// Returns whether an outline is shown.
     bool IsShown() const { return m_shown; }
-    /// Draws the outline there, and takes away the one before.
+    /// Draws the outline at the corners, in view pixels, and removes the one before.
     void Show(const M3dView& view, const Corners& corners);
-    /// The outline is there from the next drawing of the view on.
+    /// Sets the outline for the next draw of the view, without drawing it now.
     void Place(const Corners& corners, bool shown);
-    /// Moves an outline that is shown, from the next drawing of the view on.
+    /// Moves a shown outline at the next draw of the view.
     void MoveTo(const Corners& corners) { m_corners = corners; }
-    /// Takes the outline away; the node's stays.
+    /// Removes the outline. An outline shown by the node stays.
     void Hide();
-    /// Takes the outline off the legacy viewport until it is drawn again.
+    /// Removes the outline from the legacy viewport until it is drawn again.
     void Erase();
-    /// Nothing is on the screen, whatever was drawn before.
+    /// Forgets the outline without drawing.
     void Forget();
 
-    /// Draws a closed outline through the four corners, at once.
+    /// Draws a closed outline through the four corners now. In the legacy viewport a second call removes it.
     void Draw(const M3dView& view, const Corners& corners);
-    /// While the legacy viewport draws the view, which has wiped the outline out.
+    /// Draws the outline again while the legacy viewport redraws the view, which has wiped it out.
     void DrawAnew(const M3dView& view);
     /// Has the node show the outline in Viewport 2.0.
     void ShowByNode(BaseNode& node, TransformSelection& selection) const;
@@ -46,7 +46,7 @@ private:
     bool m_shown = false;
     MHWRender::MUIDrawManager* m_drawManager = nullptr;
 
-    // What is on the screen of the legacy viewport.
+    // The state of the legacy viewport.
     bool m_drawn = false;
     M3dView m_drawnView;
     Corners m_drawnCorners{};

@@ -11,7 +11,7 @@
 
 namespace vellix {
 
-// --- what it is in ----------------------------------------------------------------------------------------
+// --- camera, layer and frame ------------------------------------------------------------------------------
 
 void TransformSelection::Forget() {
     m_camera.clear();
@@ -53,7 +53,7 @@ bool TransformSelection::IsCurrent() const {
            node->GetActiveLayer(m_camera) == m_layer;
 }
 
-// --- its rectangle ----------------------------------------------------------------------------------------
+// --- rectangle --------------------------------------------------------------------------------------------
 
 void TransformSelection::StretchTo(const QPoint& position) {
     m_corners[1].setY(position.y());
@@ -86,7 +86,7 @@ void TransformSelection::SelectAll(BaseNode& node) {
     EncloseRegion(node);
 }
 
-// --- in the view and in the image -------------------------------------------------------------------------
+// --- place in view and image ------------------------------------------------------------------------------
 
 float TransformSelection::MeasureScale(BaseNode& node) {
     return FindPlacement(node).scale;
@@ -131,7 +131,7 @@ TransformSelection::Placement TransformSelection::FindPlacement(BaseNode& node) 
     return {center.x, center.y, node.TextureToScreenScale()};
 }
 
-/// In the view that the node's overlay values are of.
+/// Sets the corners from the region, in the view of the node's current overlay values.
 void TransformSelection::EncloseRegion(const BaseNode& node) {
     const auto corner = [&](const QPoint& pixel) {
         const MPoint point = node.TexCoordsToScreenCoords(pixel);

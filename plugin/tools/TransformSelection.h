@@ -16,70 +16,71 @@ class Layer;
 class LayerManager;
 struct Stroke;
 
-/// The rectangle that the transform tool works on: the camera, the layer and the frame it was chosen in, and
-/// where it lies in the view and in the image. View pixels count from the bottom left, image pixels from the
-/// top left. A node that is passed in is the one of GetNode().
+/// The rectangle that the transform tool works on: the camera, layer and frame it was selected in, and its
+/// place in the view and in the image. View pixels count from the bottom left, image pixels from the top
+/// left. The `node` arguments are the node of GetNode().
 class TransformSelection {
 public:
-    /// In this order: left top, left bottom, right bottom, right top; until they are reordered the first is
-    /// where the button was pressed. View pixels.
+    /// View pixels, in the order left top, left bottom, right bottom, right top. Until Reorder() the first is
+    /// where the button was pressed.
     using Corners = std::array<QPoint, 4>;
 
-    /// Ends the selection: no camera and no rectangle.
+    /// Ends the selection: clears the camera and the rectangle.
     void Forget();
-    /// Begins without a rectangle, in the active view at the playback frame.
+    /// Begins a selection without a rectangle, in the active view at the playback frame.
     void Begin(const BaseNode& node);
-    /// The camera's active layer becomes the one that is selected in; false when there is none.
+    /// Selects in the camera's active layer. Returns false if there is none.
     bool TakeActiveLayer(const BaseNode& node);
 
     bool HasBegun() const { return !m_camera.isEmpty(); }
     /// Empty until a selection begins.
     const QString& GetCamera() const { return m_camera; }
     M3dView& GetView() { return m_view; }
-    /// Null once the drawing is gone.
+    /// The drawing selected in; null once it is gone.
     std::shared_ptr<LayerManager> GetLayers() const { return m_layers.lock(); }
-    /// To be told from others only, it may be gone.
+    /// For comparison only: the layer may be gone.
     const Layer* GetLayer() const { return m_layer; }
 
-    /// The node that the selection is in; null once it is gone or no longer the master.
+    /// The node that holds the selection; null once it is gone or no longer the master.
     BaseNode* GetNode() const;
-    /// The transform stroke of the node, borrowed; null when it has none.
+    /// The transform stroke of the node, borrowed; null if there is none.
     Stroke* FindStroke(BaseNode& node) const;
-    /// Is the active view one of the selection's camera?
+    /// Returns whether the active view looks through the selection's camera.
     bool IsInActiveView() const;
-    /// Do the view, the frame and the layer still show what was selected?
+    /// Returns whether the active view, the frame and the active layer are still those of the selection.
     bool IsCurrent() const;
 
     const Corners& GetCorners() const { return m_corners; }
     void SetCorners(const Corners& corners) { m_corners = corners; }
-    /// Brings the corner opposite to the pressed one to the position.
+    /// Moves the corner opposite the pressed one to `position`.
     void StretchTo(const QPoint& position);
     /// Makes the first corner the top left one.
     void Reorder();
     bool IsPoint() const { return m_corners[0] == m_corners[2]; }
 
-    /// Finds the region of the image that the corners enclose.
+    /// Sets the region to the part of the image that the corners enclose.
     void Locate(BaseNode& node);
-    /// Makes the whole image the region, and encloses it.
+    /// Sets the region to the whole image, and the corners around it.
     void SelectAll(BaseNode& node);
-    /// Image pixels, edges included.
+    /// The region in image pixels, edges included.
     const QRect& GetRegion() const { return m_region; }
 
-    /// View pixels to an image pixel when the region was last located; 0 before.
+    /// View pixels per image pixel when the region was last located; 0 before.
     float GetScale() const { return m_placement.scale; }
-    /// The same for the view as it is.
+    /// View pixels per image pixel in the view now.
     float MeasureScale(BaseNode& node);
-    /// Brings the corners back to the region when the view was panned, zoomed or resized since; tells whether
-    /// it was.
+    /// Moves the corners back to the region if the view was panned, zoomed or resized. Returns whether it
+    /// was.
     bool LocateAgain(BaseNode& node);
-    /// Goes along when another view of the same camera is in use; tells whether it is.
+    /// Changes to the active view if it is another view of the same camera. Returns whether it did.
     bool FollowActiveView();
-    /// The image pixels at points of the view.
+    /// Converts points of the view to image pixels.
     Corners InImage(BaseNode& node, const Corners& points);
+    /// The offset in image pixels between two points of the view.
     QPoint OffsetInImage(BaseNode& node, const QPoint& from, const QPoint& to);
 
 private:
-    /// Where the drawing lies over the view.
+    /// The drawing's place over the view: its centre in view pixels, and view pixels per image pixel.
     struct Placement {
         double x = 0.0;
         double y = 0.0;

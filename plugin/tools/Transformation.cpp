@@ -11,7 +11,7 @@ namespace vellix {
 namespace {
 
 constexpr float SMALLEST_SCALE = 0.1f;
-/// By how much the scale grows with every event, for each pixel between the pointer and where it was pressed.
+/// Growth of the scale per drag event and per pixel between the pointer and the press.
 constexpr float SCALE_PER_PIXEL = 0.0001f;
 
 } // namespace

@@ -26,7 +26,7 @@ void ViewEventFilter::UpdateActiveViewEventFilter() {
         return;
     }
     widget->installEventFilter(this);
-    m_views.removeAll(QPointer<QWidget>()); // of views that were closed
+    m_views.removeAll(QPointer<QWidget>()); // drop closed views
     m_views.append(widget);
 }
 
@@ -67,7 +67,7 @@ bool ViewEventFilter::IsWatchedView(const QObject* watched) const {
 }
 
 void ViewEventFilter::TrackBackslash(const QKeyEvent& event) {
-    // A key that is held repeats as releases and presses.
+    // Auto-repeat sends release and press events for a key that is still held.
     if (event.key() == Qt::Key_Backslash && !event.isAutoRepeat()) {
         m_backslashHeld = event.type() == QEvent::KeyPress;
     }

@@ -21,8 +21,8 @@ constexpr int ABOUT_MARGIN = 16;
 constexpr int ABOUT_SPACING = 10;
 constexpr int ABOUT_ICON_SIDE = 48;
 constexpr double TITLE_SCALE = 1.7;
-/// A plug-in lies at most that deep below the folder that has the documentation.
-constexpr int MOST_LEVELS = 4;
+/// Folders searched for the documentation: the plug-in's own and those above it.
+constexpr int MAX_LEVELS = 4;
 
 QString DescribeHost() {
     const QString name = QStringLiteral("%1 %2").arg(QCoreApplication::applicationName(),
@@ -67,12 +67,12 @@ AboutDialog::AboutDialog(const QString& pluginFolder, QWidget* parent)
 }
 
 QString AboutDialog::FindDocumentation(const QString& pluginFolder) {
-    // Some hosts name the plug-in's file.
+    // Some hosts pass the plug-in's file instead of its folder.
     const QFileInfo given(pluginFolder);
     QDir folder = given.isFile() ? given.absoluteDir() : QDir(pluginFolder);
-    // In a module or a working tree, and where a host is installed as Unix programs are.
+    // "docs" is the place in a module or a working tree, "share/doc" in a Unix installation.
     const QString shared = QStringLiteral("share/doc/%1").arg(QCoreApplication::applicationName().toLower());
-    for (int level = 0; level < MOST_LEVELS && !pluginFolder.isEmpty(); ++level) {
+    for (int level = 0; level < MAX_LEVELS && !pluginFolder.isEmpty(); ++level) {
         for (const QString& docs : {QStringLiteral("docs"), shared}) {
             for (const char* page : {"index.html", "index.md", "drawing.md", "commands.md"}) {
                 const QFileInfo file(folder.filePath(docs + QLatin1Char('/') + QLatin1String(page)));
@@ -110,7 +110,7 @@ void AboutDialog::AddText(QVBoxLayout& column, const QString& text) {
     label->setWordWrap(true);
     label->setOpenExternalLinks(true);
     label->setTextInteractionFlags(Qt::TextBrowserInteraction);
-    // About sixty letters a line, whatever the font.
+    // About sixty letters per line in any font.
     label->setFixedWidth(label->fontMetrics().averageCharWidth() * 60);
     column.addWidget(label);
 }

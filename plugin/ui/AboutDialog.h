@@ -6,16 +6,16 @@ class QVBoxLayout;
 
 namespace vellix {
 
-/// What this is, what it runs in, under which licence, and where its documentation is.
+/// Shows the product and its version, the host, the copyright, Qt's licence and a link to the documentation.
 class AboutDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// The documentation lies in a folder "docs" at or above the folder that the plug-in was loaded from;
-    /// where there is none, no link is shown.
+    /// Looks for the documentation in a folder "docs" at or above `pluginFolder`, from which the plug-in was
+    /// loaded. Shows no link where there is none.
     AboutDialog(const QString& pluginFolder, QWidget* parent);
 
-    /// The first page of the documentation, absolute; empty when there is none.
+    /// The absolute path of the documentation's first page; empty if there is none.
     static QString FindDocumentation(const QString& pluginFolder);
 
 private:

@@ -61,7 +61,7 @@ void CameraLayerList::Fill(const QList<LayerManagerRow>& rows) {
         LayerItem* const item = m_items.takeLast();
         m_itemLayout->removeWidget(item);
         item->hide();
-        // It may be the one whose button is being clicked.
+        // One of the item's own buttons may be handling a click.
         item->deleteLater();
     }
     for (int i = 0; i < rows.size(); ++i) {
@@ -79,7 +79,7 @@ void CameraLayerList::AppendLayer(const LayerManagerRow& row) {
     connect(item, &LayerItem::Focused, this, &CameraLayerList::ItemFocused);
     m_items.append(item);
     m_itemLayout->insertWidget(0, item);
-    // The layout shows it only later, and leaves no room for it until then.
+    // The layout would show the item only later and leave no room for it until then.
     item->show();
 }
 

@@ -11,7 +11,7 @@ class ElidedLabel;
 class LayerItem;
 struct LayerManagerRow;
 
-/// The layers of one camera in the layer manager under the camera's name, the topmost layer first.
+/// The layers of one camera in the layer manager, below the camera's name. The topmost layer comes first.
 class CameraLayerList : public QWidget {
     Q_OBJECT
 
@@ -21,13 +21,13 @@ public:
     const QString& GetCameraName() const { return m_camera; }
     void SetCameraName(const QString& name);
 
-    /// Shows these layers, given in stack order. Rows that are there already are told what changed; only
-    /// what is missing or too many is made or goes.
+    /// Shows these layers, given in stack order. Updates existing rows, and adds or removes rows only as
+    /// needed.
     void Fill(const QList<LayerManagerRow>& rows);
     /// Adds a layer on top.
     void AppendLayer(const LayerManagerRow& row);
 
-    /// By index; owned here.
+    /// The items by layer index; owned by this list.
     const QList<LayerItem*>& Items() const { return m_items; }
 
 Q_SIGNALS:

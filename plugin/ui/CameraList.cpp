@@ -12,9 +12,9 @@ namespace vellix {
 
 struct CameraList::Place {
     QString camera;
-    QString name; ///< empty when there is none
+    QString name; ///< empty for no place
     int index = 0;
-    int y = 0; ///< pixels below the top of what is seen
+    int y = 0; ///< pixels below the top of the viewport
     LayerItem::Part part = LayerItem::Part::Row;
 };
 
@@ -28,7 +28,7 @@ CameraList::CameraList(QWidget* parent)
     setWidget(m_content);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // The rows take the keyboard, one at a time.
+    // The rows take the keyboard focus, not the list.
     setFocusPolicy(Qt::NoFocus);
     viewport()->setFocusPolicy(Qt::NoFocus);
 }
@@ -92,7 +92,7 @@ CameraLayerList* CameraList::TakeSection(const QString& camera, QList<CameraLaye
     return section;
 }
 
-/// Does now what the event loop would do later: places are restored before anything is painted.
+/// Lays the rows out now, not in the event loop: places are restored before anything is painted.
 void CameraList::LayOut() {
     for (CameraLayerList* const section : m_sections) {
         section->show();
@@ -130,7 +130,8 @@ LayerItem* CameraList::FindItem(const QString& camera, int index) const {
     return nullptr;
 }
 
-/// On that camera, or on the one that it went to.
+/// Finds a layer by name on the camera, or else on another camera that it may have moved to. Null if there is
+/// none.
 LayerItem* CameraList::FindNamed(const QString& camera, const QString& name) const {
     LayerItem* elsewhere = nullptr;
     for (LayerItem* const item : ItemsFromTop()) {
@@ -154,7 +155,7 @@ QList<LayerItem*> CameraList::ItemsFromTop() const {
     return items;
 }
 
-// --- keeping places ---------------------------------------------------------------------------------------
+// --- saving and restoring places --------------------------------------------------------------------------
 
 CameraList::Place CameraList::FindTopmost() const {
     Place place;
@@ -171,7 +172,7 @@ CameraList::Place CameraList::FindTopmost() const {
 }
 
 void CameraList::RestoreTopmost(const Place& place) {
-    // At the very top the list stays at the top: what comes in above is seen.
+    // A list scrolled to the top stays there, so that new layers come into view.
     if (place.name.isEmpty() || verticalScrollBar()->value() == 0) {
         return;
     }

@@ -13,31 +13,30 @@ namespace vellix {
 
 class CameraLayerList;
 
-/// The layers of all cameras. Filling it anew keeps what is seen where it is, and the keyboard on the layer
-/// that it is on.
+/// The layers of all cameras. Fill() keeps the scroll position and the layer with the keyboard focus.
 class CameraList : public QScrollArea {
     Q_OBJECT
 
 public:
     explicit CameraList(QWidget* parent = nullptr);
 
-    /// Rows of one camera stand together, in stack order.
+    /// Rows of one camera must be adjacent, in stack order.
     void Fill(const QList<LayerManagerRow>& rows, const QString& activeCamera, int activeIndex);
-    /// Null when there is none.
+    /// The active layer's item; null if there is none.
     LayerItem* GetActive() const;
-    /// Scrolls as little as it takes to see the active layer.
+    /// Scrolls as little as needed to show the active layer.
     void RevealActive();
 
-    /// Null when there is no such layer.
+    /// Null if there is no such layer.
     LayerItem* FindItem(const QString& camera, int index) const;
 
-    /// The widget after which the tab key comes to the list.
+    /// Sets the widget before the list in tab order.
     void SetTabPredecessor(QWidget* widget) { m_tabPredecessor = widget; }
 
     QSize sizeHint() const override;
 
 public Q_SLOTS:
-    /// Takes the colours anew after the palette changed.
+    /// Updates the colours after the palette changed.
     void UpdateColors();
 
 protected:
@@ -45,7 +44,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    struct Place; // where a layer is seen, or the keyboard is
+    struct Place; // the place of a layer: in the viewport, or with the keyboard focus
 
     void FillSections(const QList<LayerManagerRow>& rows);
     CameraLayerList* TakeSection(const QString& camera, QList<CameraLayerList*>& from);

@@ -7,10 +7,11 @@ class QString;
 
 namespace vellix {
 
-/// The submenu of a layer manager's menu that lists the cameras of the scene.
+/// Adds a submenu with the cameras of the scene to a menu of the layer manager.
 class CameraMenu {
 public:
-    /// Every camera but `except`; without any the submenu cannot be opened.
+    /// Lists every camera but `except` and passes the chosen one to `choose`. Disables the submenu if it is
+    /// empty.
     static void Add(QMenu& menu, const QString& title, const QString& except,
                     const std::function<void(const QString& camera)>& choose);
 };

@@ -42,7 +42,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         row->setSpacing(PALETTE_MARGIN);
         column->addLayout(row);
     }
-    // In a group the arrow keys go to the swatch that lies in their direction.
+    // In a button group the arrow keys move between swatches by their position.
     auto* group = new QButtonGroup(this);
     group->setExclusive(false);
     for (int i = 0; i < SWATCH_COUNT; ++i) {
@@ -59,7 +59,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         const auto at = [half](int place) { return place % half * ROW_COUNT + place / half; };
         setTabOrder(m_swatches[at(i - 1)], m_swatches[at(i)]);
     }
-    // Wherever a chooser was opened, its custom colours may be others when it has closed.
+    // Any chooser in the host may have changed the custom colours when it closes.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
     RefreshColors();
 }

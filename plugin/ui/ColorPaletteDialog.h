@@ -8,14 +8,15 @@ namespace vellix {
 
 class FlatButton;
 
-/// Sixteen swatches, the custom colours of the toolkit's colour chooser: a click makes one the active colour.
+/// Sixteen swatches with the custom colours of Qt's colour chooser. A click makes a swatch's colour the
+/// active colour.
 class ColorPaletteDialog : public FloatingPanel {
     Q_OBJECT
 
 public:
     explicit ColorPaletteDialog(QWidget* parent);
 
-    /// Shows the chooser's custom colours as they are now.
+    /// Updates the swatches from the chooser's custom colours.
     void RefreshColors();
 
 protected:
@@ -24,7 +25,7 @@ protected:
 private:
     void OnColorSelected();
     void ShowMenu(const QPoint& place);
-    /// Opens the colour chooser, in which the custom colours are edited.
+    /// Opens the colour chooser, where the user edits the custom colours.
     void CustomizeColors();
 
     QList<FlatButton*> m_swatches;

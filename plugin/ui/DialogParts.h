@@ -7,8 +7,8 @@ class QHBoxLayout;
 
 namespace vellix {
 
-/// The row of "OK", the default button, and "Cancel" that ends a dialog. OK does what is given, which also
-/// closes; Cancel rejects.
+/// Creates the row of "OK", the default button, and "Cancel" at the end of a dialog. OK calls `apply`, which
+/// also closes the dialog; Cancel rejects.
 QHBoxLayout* CreateDialogButtons(QDialog& dialog, std::function<void()> apply);
 
 } // namespace vellix

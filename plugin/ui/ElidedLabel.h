@@ -4,7 +4,7 @@
 
 namespace vellix {
 
-/// A plain text on one line, shortened at its end where there is no room; the tooltip then says all of it.
+/// Plain text on one line, shortened at its end where there is no room. The tooltip then shows the full text.
 class ElidedLabel : public QLabel {
     Q_OBJECT
 

@@ -9,7 +9,7 @@ namespace vellix {
 
 namespace {
 
-/// Whichever of the usual keys it is: hosts use more of them than the platform's own.
+/// Recognises all the usual keys, because hosts use more of them than the platform's own.
 bool IsUndoOrRedo(const QKeyEvent& key) {
     const Qt::KeyboardModifiers modifiers = key.modifiers();
     const bool isControl = (modifiers & ~Qt::ShiftModifier) == Qt::ControlModifier;

@@ -8,9 +8,9 @@ class QWidget;
 
 namespace vellix {
 
-/// The keys for undo and redo while a field that can be typed into has the focus: they take back typing while
-/// something is typed that does not count yet, and are the host's, for the scene, at all other times. Lives
-/// as long as the field.
+/// Handles the undo and redo keys while an input field has the focus. They act on the field while uncommitted
+/// text is being typed; at all other times they reach the host and act on the scene. The field owns this
+/// object.
 class FieldUndo : public QObject {
 public:
     FieldUndo(QWidget& field, std::function<bool()> isBeingTyped);

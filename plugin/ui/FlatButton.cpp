@@ -35,7 +35,7 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette& colors = palette();
     const bool marked = underMouse() || hasFocus();
-    // The edge separates the field from the panel also where both have one colour.
+    // The edge separates the field from a panel of the same colour.
     QColor edge = marked ? colors.highlight().color() : colors.windowText().color();
     if (!marked) {
         edge.setAlphaF(0.35);

@@ -5,8 +5,8 @@
 
 namespace vellix {
 
-/// A flat button that is a field of colour, 24 by 24 pixels unless it is given another size. An invalid
-/// colour shows as an empty field.
+/// A flat button that shows a colour, 24 by 24 pixels unless resized. An invalid colour shows as an empty
+/// field.
 class FlatButton : public QAbstractButton {
     Q_OBJECT
 

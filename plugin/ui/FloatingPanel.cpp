@@ -14,7 +14,7 @@ namespace vellix {
 
 namespace {
 
-/// Of the screen that the middle of the place is on, or that is nearest to it.
+/// The available geometry of the screen that contains the middle of `place`, or of the nearest screen.
 QRect AvailableNear(const QRect& place) {
     QRect nearest;
     int least = std::numeric_limits<int>::max();
@@ -65,7 +65,7 @@ FloatingPanel::FloatingPanel(const QString& title, QByteArray& geometry, QWidget
 }
 
 FloatingPanel::~FloatingPanel() {
-    // The host's window may take its panels with it without closing them.
+    // The host's window may delete its panels without closing them.
     if (isVisible()) {
         m_geometry = saveGeometry();
     }
@@ -89,7 +89,7 @@ bool FloatingPanel::event(QEvent* event) {
 }
 
 void FloatingPanel::showEvent(QShowEvent* event) {
-    // A spontaneous one only follows the panel's being minimised.
+    // A spontaneous event comes from the window system, after minimising.
     if (!event->spontaneous()) {
         RestorePlace();
         DialogManager::NoteOpenPanels();
@@ -129,7 +129,7 @@ void FloatingPanel::RestorePlace() {
         place.moveCenter(parentWidget()->window()->frameGeometry().center());
     }
     const QRect available = AvailableNear(place);
-    // A panel saved on a larger screen comes back as large as this one allows.
+    // A panel saved on a larger screen is cut to the size of this one.
     const QSize frame = frameGeometry().size() - size();
     resize(size().boundedTo(available.size() - frame));
     place.setSize(size() + frame);

@@ -5,21 +5,21 @@
 
 namespace vellix {
 
-/// A tool window over the host's main window, in its palette and font. It opens where it was left, as large
-/// as it was left, and always on a screen; the first time, and when its place was forgotten, in the middle of
-/// the host's window. Escape and Return are left to what has the focus: a panel closes with its own button
-/// only. Keys that move in a panel (space, return, arrows...) are its own while one of its widgets has the
-/// focus, all other shortcuts remain the host's.
+/// A tool window over the host's main window, in the host's palette and font. It reopens at its last place
+/// and size, always on a screen; without a saved place it opens in the middle of the host's window. Escape
+/// and Return go to the focused widget: only the panel's own close button closes it. Keys that work inside a
+/// panel (space, return, arrows and so on) belong to it while one of its widgets has the focus. All other
+/// shortcuts remain the host's.
 class FloatingPanel : public QDialog {
     Q_OBJECT
 
 public:
-    /// `geometry` is the member of Settings that keeps the panel's place; it has to outlive the panel.
+    /// `geometry` is the member of Settings that stores the panel's place. It must outlive the panel.
     FloatingPanel(const QString& title, QByteArray& geometry, QWidget* parent);
     ~FloatingPanel() override;
 
-    /// The place next to the wanted one that lies within `available`, as far as it is large enough. Both
-    /// include the frame.
+    /// Returns the rectangle nearest to `wanted` that lies within `available`, as far as it fits. Both
+    /// include the window frame. Screen pixels.
     static QRect MoveInto(const QRect& wanted, const QRect& available);
 
 protected:
@@ -29,7 +29,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
-    /// Done whenever the panel is shown.
+    /// Moves the panel to its saved place. Called whenever the panel is shown.
     void RestorePlace();
 
 private:

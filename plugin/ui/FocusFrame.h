@@ -5,7 +5,7 @@
 
 namespace vellix {
 
-/// The frame around what the keyboard is on, for widgets that paint themselves.
+/// Draws the focus frame of widgets that paint themselves.
 struct FocusFrame {
     static void Draw(QPainter& painter, const QRect& rect, const QPalette& palette,
                      QPalette::ColorRole role = QPalette::Highlight) {

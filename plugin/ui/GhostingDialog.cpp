@@ -37,7 +37,7 @@ HostColorField* CreateColor(const QString& name, const QColor& color, const QStr
     return field;
 }
 
-/// "Previous:" and "Next:" with a widget each, and the rest of the row empty.
+/// Creates a row with a widget each for "Previous:" and "Next:", left-aligned.
 QHBoxLayout* CreateRow(QWidget* previous, QWidget* next) {
     auto* row = new QHBoxLayout;
     auto* previousLabel = new QLabel(QStringLiteral("Previous:"));
@@ -53,7 +53,7 @@ QHBoxLayout* CreateRow(QWidget* previous, QWidget* next) {
     return row;
 }
 
-/// What the control shows; what was set already when the host has no control.
+/// The control's colour, or the current setting when the host has no control.
 QColor ColorOf(const HostColorField& field, const QColor& setting) {
     const QColor color = field.GetColor();
     return color.isValid() ? color : setting;

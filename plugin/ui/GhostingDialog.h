@@ -9,7 +9,7 @@ namespace vellix {
 
 class HostColorField;
 
-/// How many drawings are ghosted, and in which colours. Nothing changes before OK.
+/// Sets how many drawings are ghosted and in which colours. Nothing changes before OK.
 class GhostingDialog : public QDialog {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
 private:
     QWidget* CreateFramesGroup();
     QWidget* CreateColorGroup();
-    /// Issues the five settings, changed or not, and closes.
+    /// Executes the command lines of all five settings, changed or not, and closes.
     void Apply();
 
     QSpinBox* m_previousCount;

@@ -5,21 +5,21 @@
 
 namespace vellix {
 
-/// A colour control of the host in a layout of ours: a click or a double click on it opens the host's colour
-/// chooser. Empty when the host could not make it.
+/// A colour control of the host inside a Qt layout. A click or a double click on it opens the host's colour
+/// chooser. Empty if the host could not create it.
 class HostColorField : public QWidget {
     Q_OBJECT
 
 public:
-    /// `controlName` names it in the host, where the name has to be free; sizes in pixels.
+    /// `controlName` is the control's name in the host and must be unused. Sizes are pixels.
     HostColorField(const QString& controlName, const QSize& size, const QString& toolTip,
                    QWidget* parent = nullptr);
 
-    /// Does nothing when the host shows that colour already, or has no control.
+    /// Does nothing if the host already shows that colour or has no control.
     void SetColor(const QColor& color);
-    /// Invalid when the host cannot be asked.
+    /// Invalid if the host has no control.
     QColor GetColor() const;
-    /// MEL that the host runs when the user has chosen another colour.
+    /// Sets the MEL that the host runs when the user has chosen another colour.
     void SetChangeCommand(const QString& command);
 
 private:

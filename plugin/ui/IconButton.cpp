@@ -11,7 +11,7 @@ namespace {
 
 constexpr int ICON_MARGIN = 4;
 constexpr double CORNER_RADIUS = 3.0;
-/// The height of a line in a font of usual size, pixels.
+/// Line height of a font of usual size, in pixels.
 constexpr int USUAL_LINE = 16;
 
 } // namespace

@@ -6,20 +6,20 @@
 
 namespace vellix {
 
-/// A flat button with an icon. A checked one is filled with the highlight, whatever the host's style does.
-/// Its tooltip is also its name for those who cannot see it.
+/// A flat button with an icon. A checked button is filled with the highlight colour in every host style. The
+/// tooltip is also its accessible name.
 class IconButton : public QToolButton {
     Q_OBJECT
 
 public:
-    /// `size` is the side of the icon in a font of usual size; in a larger font it grows with it.
+    /// `size` is the icon's side in pixels with a font of usual size; it grows with a larger font.
     IconButton(Icon icon, const QString& toolTip, int size, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 Q_SIGNALS:
-    /// The right mouse button, or the keyboard's menu key; the place is global.
+    /// Emitted for the right mouse button or the keyboard's menu key. `place` is in screen coordinates.
     void MenuWanted(const QPoint& place);
 
 protected:

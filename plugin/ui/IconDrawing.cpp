@@ -17,10 +17,11 @@ namespace vellix {
 namespace {
 
 constexpr double FRAME_RADIUS = 1.5;
-/// Behind a mark at the corner of a drawing the drawing is left out, so that both can be read.
+/// Half the side of a mark at a drawing's corner. The drawing is left out behind it, so that both can be
+/// read.
 constexpr double MARK_HALF = 3.5;
 
-/// One drawing under way.
+/// Draws one icon.
 class Sketch {
 public:
     Sketch(QPainter& painter, const QColor& accent)
@@ -54,15 +55,15 @@ private:
     void Palette();
     void Options();
 
-    // What several share.
+    // Shapes that several icons share.
     void Polyline(std::initializer_list<QPointF> points);
     void Polygon(std::initializer_list<QPointF> points);
     void Frame(const QRectF& rect);
-    /// A sheet of the stack seen from above, its middle at that height.
+    /// A sheet of a stack seen from above, centred at height `y`.
     void Sheet(double y);
     void Plus(const QPointF& middle);
     void Minus(const QPointF& middle);
-    /// Further lines are in the accent, or in the common colour again.
+    /// Draws what follows in the accent colour, or in the common colour again.
     void UseAccent(bool use);
 
     QPainter& m_painter;
@@ -223,7 +224,7 @@ void Sketch::Transform() {
 
 void Sketch::Ghost(bool previous) {
     if (!previous) {
-        // The next ones lie on the other side.
+        // "Next" is the mirror image of "previous".
         m_painter.translate(24, 0);
         m_painter.scale(-1, 1);
     }
@@ -302,7 +303,7 @@ void Sketch::DeleteLayer() {
 void Sketch::MoveLayer(bool up) {
     Sheet(up ? 16 : 8);
     UseAccent(true);
-    // The arrow leaves the sheet on the side to which it moves.
+    // The arrow points away from the sheet, in the direction of the move.
     const double tip = up ? 3.25 : 20.75;
     const double wing = up ? 6.75 : 17.25;
     const double foot = up ? 9.5 : 14.5;
@@ -318,7 +319,7 @@ void Sketch::LayerManager() {
 }
 
 void Sketch::Refresh() {
-    // In sixteenths of a degree, as arcs are measured.
+    // Qt measures arcs in sixteenths of a degree.
     constexpr int degree = 16;
     m_painter.drawArc(QRectF(4.5, 4.5, 15, 15), 20 * degree, 290 * degree);
     UseAccent(true);

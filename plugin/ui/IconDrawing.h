@@ -7,10 +7,11 @@ namespace vellix {
 
 class Icon;
 
-/// The drawings of the icons, on a square of 24 units.
+/// Draws the icons on a square of 24 by 24 units.
 class IconDrawing {
 public:
-    /// The painter's pen is the line that all icons have in common.
+    /// The caller sets the painter's pen to the line that all icons share. `accent` colours the parts that
+    /// stand out.
     static void Draw(const Icon& icon, QPainter& painter, const QColor& accent);
 };
 

@@ -6,7 +6,7 @@
 
 namespace vellix {
 
-/// An icon that is only looked at.
+/// Shows an icon. Takes no input.
 class IconView : public QWidget {
     Q_OBJECT
 

@@ -30,7 +30,7 @@ public:
         }
         const int side = qMin(rect.width(), rect.height());
         painter->save();
-        // Whole pixels keep the lines sharp.
+        // An offset of whole pixels keeps the lines sharp.
         painter->translate(
             QPoint(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2));
         painter->scale(side / UNITS, side / UNITS);

@@ -9,7 +9,7 @@ class QPainter;
 
 namespace vellix {
 
-/// What a button of the plug-in shows: a tool, or one of the names.
+/// Identifies an icon of the plug-in: a tool, or one of the names.
 class Icon {
 public:
     enum Name {
@@ -50,16 +50,17 @@ private:
     Name m_name = GhostPrevious;
 };
 
-/// The pictures of the plug-in's buttons: one family, drawn in lines of one width, sharp at every size and
-/// scale. They take the colours of the palette as it is when they are shown.
+/// The icons of the plug-in's buttons. All are drawn with lines of one width, sharp at every size and scale.
+/// They use the palette's colours at the time they are painted.
 class Icons {
 public:
     static QIcon Get(Icon icon);
 
-    /// Draws the icon into a square of 24 units. The accent marks what a button does to the thing it shows.
+    /// Draws the icon into a square of 24 by 24 units. The accent marks what the button does to the thing it
+    /// shows.
     static void Draw(Icon icon, QPainter& painter, const QColor& line, const QColor& accent);
 
-    /// The accent that is seen on light and on dark.
+    /// An accent colour that is visible on light and on dark backgrounds.
     static QColor Accent() { return QColor(58, 150, 214); }
 };
 

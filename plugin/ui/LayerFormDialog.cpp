@@ -98,7 +98,7 @@ void LayerFormDialog::FollowScene() {
 }
 
 void LayerFormDialog::SetLayerState(LayerState state) {
-    // Of the others the first: a state that is not offered counts as animated.
+    // Selects the first state, animated, for a state that is not on offer.
     for (const StateButton& entry : m_states) {
         if (entry.state == state || &entry == &m_states.first()) {
             entry.button->setChecked(true);

@@ -14,35 +14,35 @@ namespace vellix {
 
 enum class LayerState : qint32;
 
-/// What the dialogs about one layer have in common: its name, its camera, its state, and OK and Cancel. OK
-/// calls Apply() and closes.
+/// Base of the dialogs for one layer: its name, camera and state, and the buttons OK and Cancel. OK calls
+/// Apply() and closes.
 class LayerFormDialog : public QDialog, public SceneFollower {
     Q_OBJECT
 
 public:
     LayerFormDialog(const QString& title, QWidget* parent);
 
-    /// Selects the whole name, ready to be typed over.
+    /// Sets the name and selects all of it, ready to be typed over.
     void SetLayerName(const QString& name);
-    /// Selects `current` when it is one of them.
+    /// Sets the cameras to choose from, and selects `current` if it is one of them.
     void SetCameras(const QStringList& cameras, const QString& current);
     void SetLayerState(LayerState state);
 
-    /// Offers the cameras that there are now, and keeps the one that is chosen while it is there.
+    /// Updates the cameras on offer, and keeps the chosen one while it exists.
     void FollowScene() override;
 
 protected:
     virtual void Apply() = 0;
 
     QFormLayout& Form() { return *m_form; }
-    /// A row with the states to choose from.
+    /// Adds a row of states to choose from.
     void AddStates(const QString& label, const QList<LayerState>& states);
-    /// Last: OK and Cancel.
+    /// Adds OK and Cancel. Called last.
     void AddButtons();
 
     QString GetLayerName() const;
     QString GetCamera() const;
-    /// Leaves the choice alone when the camera is not offered.
+    /// Does nothing if the camera is not on offer.
     void SelectCamera(const QString& camera);
     LayerState GetLayerState() const;
 

@@ -119,7 +119,7 @@ void LayerItem::UpdateColors() {
     setPalette(colors);
 }
 
-// --- what is done here ------------------------------------------------------------------------------------
+// --- actions ----------------------------------------------------------------------------------------------
 
 void LayerItem::Activate() {
     MayaUtil::SetActiveLayer(m_camera, m_index);
@@ -158,7 +158,7 @@ void LayerItem::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
-    // The row may be gone when something is chosen: the menu knows the layer by itself.
+    // The row may be deleted while the menu is open, so the menu captures the layer by value.
     const QString camera = m_camera;
     const int index = m_index;
     auto* const menu = new QMenu(window());

@@ -8,13 +8,13 @@ class ElidedLabel;
 class LayerToggle;
 struct LayerManagerRow;
 
-/// One layer in the layer manager: whether it is visible, its state, its name. What is done here goes out as
-/// command lines; what is shown is only what Show() was told.
+/// One layer in the layer manager: its visibility, state and name. User actions go out as command lines; the
+/// item shows only what Show() sets.
 class LayerItem : public QWidget {
     Q_OBJECT
 
 public:
-    /// The columns that the keyboard goes through.
+    /// The columns that the arrow keys move through.
     enum class Part { Row, Visibility, State };
 
     LayerItem(const QString& camera, int index, QWidget* parent = nullptr);
@@ -24,17 +24,17 @@ public:
     QString GetName() const;
 
     void Show(const LayerManagerRow& row);
-    /// The active one stands out in the host's highlight colours.
+    /// The active layer is shown in the host's highlight colours.
     void SetActive(bool active);
-    /// Takes the colours anew after the palette changed.
+    /// Updates the colours after the palette changed.
     void UpdateColors();
-    /// Only one row of the list is a stop of the tab key.
+    /// Makes this row the tab stop, or not. A list has only one.
     void SetTabStop(bool stop);
 
     void PlaceInTabOrder(QWidget* after);
 
     void FocusPart(Part part, Qt::FocusReason reason);
-    /// Which part has the focus, if any has.
+    /// Sets `part` to the focused part. Returns false if none has the focus.
     bool GetFocusedPart(Part& part) const;
 
 Q_SIGNALS:

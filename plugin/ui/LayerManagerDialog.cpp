@@ -18,7 +18,7 @@ namespace vellix {
 
 namespace {
 
-/// The host's own picture where it has one, so that the panel looks like the rest of it.
+/// The host's own icon if it has one, so that the panel looks like the host.
 QIcon HostIcon(const char* resource, Icon own) {
     const QIcon icon{QLatin1String(resource)};
     return icon.availableSizes().isEmpty() ? Icons::Get(own) : icon;
@@ -59,7 +59,7 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     layout->addLayout(bottom);
 }
 
-// --- what it is told --------------------------------------------------------------------------------------
+// --- changes reported -------------------------------------------------------------------------------------
 
 void LayerManagerDialog::Clear() {
     m_rows.clear();
@@ -75,7 +75,7 @@ void LayerManagerDialog::Fill(const QList<LayerManagerRow>& rows, const QString&
 }
 
 void LayerManagerDialog::AppendLayer(const LayerManagerRow& row) {
-    // Rows of one camera stand together.
+    // Rows of one camera must be adjacent.
     const auto last = std::find_if(m_rows.rbegin(), m_rows.rend(),
                                    [&](const LayerManagerRow& other) { return other.camera == row.camera; });
     m_rows.insert(last == m_rows.rend() ? m_rows.size() : int(last.base() - m_rows.begin()), row);
@@ -103,7 +103,7 @@ void LayerManagerDialog::QueueUpdate() {
 
 void LayerManagerDialog::Update() {
     m_updateQueued = false;
-    // A layer that was just made is brought into view; undo leaves what is seen where it is.
+    // A new layer is scrolled into view. Undo and redo keep the scroll position.
     const LayerItem* const active = m_list->GetActive();
     const bool isNew = !m_undoing && m_rows.size() > m_shownCount;
     m_undoing = false;
@@ -119,7 +119,7 @@ void LayerManagerDialog::Update() {
     }
 }
 
-// --- what is done here ------------------------------------------------------------------------------------
+// --- actions ----------------------------------------------------------------------------------------------
 
 bool LayerManagerDialog::HasActive() const {
     return !m_activeCamera.isEmpty() && m_activeIndex >= 0;
@@ -168,7 +168,7 @@ void LayerManagerDialog::showEvent(QShowEvent* event) {
 
 void LayerManagerDialog::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) {
-        // The rows are told only after the panel.
+        // The rows get the new palette only after the panel.
         QMetaObject::invokeMethod(m_list, "UpdateColors", Qt::QueuedConnection);
     }
     FloatingPanel::changeEvent(event);

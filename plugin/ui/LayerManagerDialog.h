@@ -8,9 +8,9 @@ namespace vellix {
 class CameraList;
 class PlainIconButton;
 
-/// The layers of every camera, with buttons to make, delete and reorder them. It changes nothing itself: what
-/// is done goes out as command lines, and the document fills it anew. What it is told is shown as soon as the
-/// event loop turns, in one go however much it was told.
+/// The layers of every camera, with buttons to create, delete and reorder them. The dialog changes nothing
+/// itself: user actions go out as command lines, and the document then fills it again. All changes reported
+/// in one turn of the event loop are shown together.
 class LayerManagerDialog : public FloatingPanel, public LayerManagerPanel {
     Q_OBJECT
 
@@ -19,16 +19,16 @@ public:
 
     void Clear() override;
     void Fill(const QList<LayerManagerRow>& rows, const QString& activeCamera, int activeIndex) override;
-    /// -1 for no layer.
+    /// Index -1 stands for no layer.
     void SetActive(const QString& camera, int index);
     int LayerCount(const QString& camera) const;
 
     // Part of the interface for scripts and other tools; not called here.
-    /// Adds a layer on top of its camera's.
+    /// Adds a layer on top of its camera's layers.
     void AppendLayer(const LayerManagerRow& row);
 
 public Q_SLOTS:
-    /// Shows at once what it was told.
+    /// Shows all reported changes now.
     void Update();
     void NewLayer();
     void DeleteLayer();
@@ -53,9 +53,9 @@ private:
     QList<LayerManagerRow> m_rows;
     QString m_activeCamera;
     int m_activeIndex = -1;
-    int m_shownCount = 0; ///< rows
+    int m_shownCount = 0; ///< rows shown by the last update
     bool m_updateQueued = false;
-    bool m_undoing = false; ///< something of what was told came from undo or redo
+    bool m_undoing = false; ///< a reported change came from undo or redo
     bool m_revealActive = true;
 };
 

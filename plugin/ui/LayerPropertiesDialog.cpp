@@ -18,7 +18,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, Q
     , m_state(LayerState::Animated)
     , m_visible(new QCheckBox(QStringLiteral("Visible"), this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
-    m_visible->setToolTip(QStringLiteral("Whether the layer is shown"));
+    m_visible->setToolTip(QStringLiteral("Show the layer"));
     Form().addRow(QString(), m_visible);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});
     AddButtons();
@@ -41,7 +41,7 @@ void LayerPropertiesDialog::SetLayerState(LayerState state) {
 }
 
 void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
-    // A camera may have gone while its layers stayed.
+    // A camera may have been deleted while its layers stayed.
     const QStringList offered =
         cameras.contains(m_layerCamera) ? cameras : cameras + QStringList(m_layerCamera);
     LayerFormDialog::SetCameras(offered, m_layerCamera);

@@ -6,7 +6,7 @@ class QCheckBox;
 
 namespace vellix {
 
-/// Edits the name, camera, visibility and state of one layer: OK issues one command line for each that
+/// Edits the name, camera, visibility and state of one layer. OK executes one command line for each that
 /// changed.
 class LayerPropertiesDialog : public LayerFormDialog {
     Q_OBJECT
@@ -14,17 +14,17 @@ class LayerPropertiesDialog : public LayerFormDialog {
 public:
     LayerPropertiesDialog(const QString& camera, int index, QWidget* parent = nullptr);
 
-    // What is set here is what later counts as unchanged.
+    // These set the values that OK compares with.
     void SetLayerName(const QString& name);
     void SetVisibility(bool visible);
     void SetLayerState(LayerState state);
-    /// Selects the layer's camera, which is offered even when it is not one of them.
+    /// Selects the layer's camera, which is added to the list if it is missing.
     void SetCameras(const QStringList& cameras);
 
-    /// Closes when the layer has gone.
+    /// Closes when the layer no longer exists.
     void FollowScene() override;
 
-    /// Shows one for the layer; an error is logged when there is no such layer.
+    /// Opens a dialog for the layer. Logs an error if there is no such layer.
     static void Open(const QString& camera, int index, QWidget* parent);
 
 protected:

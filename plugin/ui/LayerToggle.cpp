@@ -37,7 +37,7 @@ void LayerToggle::changeEvent(QEvent* event) {
 }
 
 void LayerToggle::keyPressEvent(QKeyEvent* event) {
-    // The arrows move along the rows, not from button to button.
+    // The arrow keys belong to the row, which moves between rows and columns.
     switch (event->key()) {
     case Qt::Key_Up:
     case Qt::Key_Down:
@@ -61,7 +61,7 @@ void LayerToggle::paintEvent(QPaintEvent*) {
     painter.setBrush(inside);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 2.0, 2.0);
     painter.setPen(palette().color(QPalette::ButtonText));
-    // Capitals have no descent: they stand in the middle when it is left out.
+    // Capitals have no descent, so the letter is centred without it.
     const QFontMetrics metrics = fontMetrics();
     const QRect letter = metrics.tightBoundingRect(text());
     painter.drawText(QPointF((width() - metrics.size(Qt::TextSingleLine, text()).width()) / 2.0,

@@ -4,7 +4,7 @@
 
 namespace vellix {
 
-/// A small box with one letter, or none, in a row of the layer manager. 20 by 14 pixels, larger with a large
+/// A small box with one letter or none, in a row of the layer manager. 20 by 14 pixels, larger with a large
 /// font.
 class LayerToggle : public QAbstractButton {
     Q_OBJECT
@@ -12,7 +12,7 @@ class LayerToggle : public QAbstractButton {
 public:
     explicit LayerToggle(QWidget* parent = nullptr);
 
-    /// The tooltip says what the letter means.
+    /// Sets the letter. `meaning` becomes the tooltip.
     void Show(const QString& letter, const QString& meaning);
 
     QSize sizeHint() const override;

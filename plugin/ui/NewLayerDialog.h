@@ -6,7 +6,7 @@
 
 namespace vellix {
 
-/// Asks for the name, camera and state of a layer, and adds it, together with the drawing node when the scene
+/// Asks for the name, camera and state of a new layer and adds it. Also creates the drawing node if the scene
 /// has none.
 class NewLayerDialog : public LayerFormDialog {
     Q_OBJECT
@@ -14,7 +14,7 @@ class NewLayerDialog : public LayerFormDialog {
 public:
     explicit NewLayerDialog(QWidget* parent = nullptr);
 
-    /// One filled for the scene as it is.
+    /// Creates a dialog filled in for the current scene.
     static std::unique_ptr<NewLayerDialog> Create(QWidget* parent);
 
 protected:

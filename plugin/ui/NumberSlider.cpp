@@ -12,8 +12,8 @@ namespace vellix {
 
 namespace {
 
-/// Between two values that are told while the slider is dragged, milliseconds.
-constexpr int TELL_INTERVAL = 60;
+/// Interval of Changed() while the slider is dragged.
+constexpr int CHANGE_INTERVAL_MS = 60;
 constexpr int SLIDER_WIDTH = 80;
 
 } // namespace
@@ -34,7 +34,7 @@ NumberSlider::NumberSlider(const QString& name, QWidget* parent)
     m_slider->setFocusPolicy(Qt::StrongFocus);
     m_number->setAlignment(Qt::AlignRight);
     m_number->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    // A number counts when it is complete, not with each digit.
+    // Takes the number when it is complete, not with every digit.
     m_number->setKeyboardTracking(false);
     m_number->setAccelerated(true);
     setFocusProxy(m_slider);
@@ -43,17 +43,17 @@ NumberSlider::NumberSlider(const QString& name, QWidget* parent)
                m_number->prefix() + m_number->locale().toString(m_number->value()) + m_number->suffix();
     });
 
-    m_tellTimer.setSingleShot(true);
-    m_tellTimer.setInterval(TELL_INTERVAL);
-    connect(&m_tellTimer, &QTimer::timeout, this, &NumberSlider::Tell);
+    m_changeTimer.setSingleShot(true);
+    m_changeTimer.setInterval(CHANGE_INTERVAL_MS);
+    connect(&m_changeTimer, &QTimer::timeout, this, &NumberSlider::EmitChange);
     connect(m_slider, &QSlider::valueChanged, this, &NumberSlider::OnSliderMoved);
-    connect(m_slider, &QSlider::sliderReleased, this, &NumberSlider::Tell);
+    connect(m_slider, &QSlider::sliderReleased, this, &NumberSlider::EmitChange);
     connect(m_number, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged), this,
             &NumberSlider::OnNumberChanged);
 }
 
 void NumberSlider::SetUp(int least, int most, const QString& suffix, const QString& toolTip) {
-    // Setting it anew would take away what is being typed.
+    // Setting the suffix again would discard text that is being typed.
     if (suffix != m_number->suffix()) {
         m_number->setSuffix(suffix);
     }
@@ -109,9 +109,9 @@ void NumberSlider::OnSliderMoved(int value) {
     m_number->setValue(value);
     m_pending = true;
     if (!m_slider->isSliderDown()) {
-        Tell();
-    } else if (!m_tellTimer.isActive()) {
-        m_tellTimer.start();
+        EmitChange();
+    } else if (!m_changeTimer.isActive()) {
+        m_changeTimer.start();
     }
 }
 
@@ -119,11 +119,11 @@ void NumberSlider::OnNumberChanged(int value) {
     const QSignalBlocker blocker(m_slider);
     m_slider->setValue(value);
     m_pending = true;
-    Tell();
+    EmitChange();
 }
 
-void NumberSlider::Tell() {
-    m_tellTimer.stop();
+void NumberSlider::EmitChange() {
+    m_changeTimer.stop();
     if (m_pending) {
         m_pending = false;
         Q_EMIT Changed(m_slider->value());

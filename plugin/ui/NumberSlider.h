@@ -8,40 +8,40 @@ class QSpinBox;
 
 namespace vellix {
 
-/// A slider and a number for one whole value. While the slider is dragged the number follows at once and
-/// changes are told a few times a second; the last one is told when the slider is let go.
+/// A slider and a number field for one integer. While the slider is dragged, the number follows at once and
+/// Changed() is emitted a few times a second; the last value is emitted when the slider is released.
 class NumberSlider : public QWidget {
     Q_OBJECT
 
 public:
-    /// The slider and the number are named after it: "...Slider", "...Number".
+    /// `name` is the prefix of the parts' object names: "...Slider" and "...Number".
     explicit NumberSlider(const QString& name, QWidget* parent = nullptr);
 
-    /// The suffix stands behind the number, and both widgets carry the tooltip and are named by it.
+    /// Sets the range, the number's suffix, and the tooltip and accessible name of both parts.
     void SetUp(int least, int most, const QString& suffix, const QString& toolTip);
     void SetRange(int least, int most);
 
     int GetValue() const;
-    /// Shows the value without telling it. What the user is about to change stays as it is.
+    /// Shows the value without emitting Changed(). Does nothing while a change by the user is pending.
     void SetValue(int value);
 
 Q_SIGNALS:
-    /// The user has chosen another value.
+    /// Emitted when the user has chosen another value.
     void Changed(int value);
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    /// Numbers below each other are as wide as each other.
+    /// Gives all number fields one width, so that they line up in a column.
     void FitNumber();
     void OnSliderMoved(int value);
     void OnNumberChanged(int value);
-    void Tell();
+    void EmitChange();
 
     QSlider* m_slider;
     QSpinBox* m_number;
-    QTimer m_tellTimer;
+    QTimer m_changeTimer;
     bool m_pending = false;
 };
 

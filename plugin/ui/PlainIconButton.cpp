@@ -9,7 +9,7 @@ namespace vellix {
 namespace {
 
 const int PLAIN_SIDE = 24;
-const int PLAIN_MARGIN = 2; // between the icon and the button's edge
+const int PLAIN_MARGIN = 2; // pixels between the icon and the button's edge
 
 } // namespace
 

@@ -6,15 +6,15 @@
 
 namespace vellix {
 
-/// A flat square button that shows nothing but its icon, neither pressed nor under the pointer, and a frame
-/// while the keyboard is on it. Its tooltip is its name for screen readers too.
+/// A flat square button that looks the same when pressed or under the pointer, and shows a frame while it has
+/// the keyboard focus. Its tooltip is also its accessible name.
 class PlainIconButton : public QAbstractButton {
     Q_OBJECT
 
 public:
     PlainIconButton(const QIcon& icon, const QString& toolTip, QWidget* parent = nullptr);
 
-    /// Shows that a press would do nothing. Unlike a disabled one the button keeps the focus.
+    /// Draws the button as if disabled. Unlike a disabled button it keeps the focus.
     void SetDimmed(bool dimmed);
     bool IsDimmed() const { return m_dimmed; }
 

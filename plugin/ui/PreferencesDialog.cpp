@@ -28,7 +28,7 @@ namespace {
 const auto TIMELINE_FRAME_COLOR = QStringLiteral("Timeline Frame Color");
 constexpr int COLOR_WIDTH = 48;
 
-/// The list of the pages, as narrow as their names allow.
+/// Creates the list of pages, as narrow as their names allow.
 QListWidget* CreatePageList(const QStringList& names) {
     auto* list = new QListWidget;
     list->addItems(names);
@@ -116,7 +116,7 @@ QWidget* PreferencesDialog::CreateColorGroup() {
     m_timelineFrameColor->setAccessibleName(TIMELINE_FRAME_COLOR);
     auto* standard = new QPushButton(QStringLiteral("Default"));
     standard->setAutoDefault(false);
-    standard->setToolTip(QStringLiteral("Go back to the color of a new installation"));
+    standard->setToolTip(QStringLiteral("Reset to the default color"));
     auto* row = new QHBoxLayout(group);
     row->addWidget(m_timelineFrameColor);
     row->addWidget(standard);
@@ -154,7 +154,7 @@ QWidget* PreferencesDialog::CreateLayersPage() {
     auto* time = new QHBoxLayout;
     auto* label = new QLabel(QStringLiteral("Default static frame time:"));
     m_staticFrameTime = new QSpinBox;
-    // Any whole frame: a value that a settings file brought is not changed by looking at it.
+    // Allows any whole frame, so that opening the dialog does not change a value from the settings file.
     m_staticFrameTime->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
     m_staticFrameTime->setAlignment(Qt::AlignRight);
     m_staticFrameTime->setButtonSymbols(QAbstractSpinBox::NoButtons);

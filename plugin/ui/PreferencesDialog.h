@@ -10,8 +10,8 @@ namespace vellix {
 
 class FlatButton;
 
-/// The switches that are kept in the settings file. OK takes them over and writes the file; the color of the
-/// frames on the timeline counts as soon as it is chosen.
+/// Edits the preferences in the settings file. OK applies them and writes the file. The colour of the
+/// timeline's frames applies as soon as it is chosen.
 class PreferencesDialog : public QDialog {
     Q_OBJECT
 
@@ -22,14 +22,14 @@ private:
     QWidget* CreateGeneralPage();
     QWidget* CreateLayersPage();
     QWidget* CreateColorGroup();
-    /// A check box in that layout for a setting; automation finds it as "qmVxPreferences" and its name.
+    /// Adds a check box for a setting to the layout. Its object name is "qmVxPreferences" plus `name`.
     void AddSwitch(QLayout& layout, const char* name, const QString& label, bool& setting,
                    const QString& toolTip);
 
     void LoadSettings();
     void ChooseTimelineFrameColor();
     void UseTimelineFrameColor(const QColor& color);
-    /// Shows the button's color on the timeline and keeps it in memory.
+    /// Applies the button's colour to the timeline and stores it in Settings.
     void UpdateTimelineFrameColor();
     void Apply();
 
@@ -39,7 +39,7 @@ private:
     };
 
     FlatButton* m_timelineFrameColor = nullptr;
-    QList<Switch> m_switches; ///< in the order in which they are stored
+    QList<Switch> m_switches; ///< in the order of the settings file
     QRadioButton* m_animatedLayers = nullptr;
     QRadioButton* m_staticLayers = nullptr;
     QSpinBox* m_staticFrameTime = nullptr;

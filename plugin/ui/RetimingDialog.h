@@ -10,8 +10,8 @@ class QPushButton;
 
 namespace vellix {
 
-/// How long the active layer's drawing at the current time is held: one button for every length, and a few
-/// that lengthen or shorten it. Each press is one command line.
+/// Sets how long the active layer's drawing at the current time is held: one button for each length, and a
+/// few that lengthen or shorten it. Each press executes one command line.
 class RetimingDialog : public FloatingPanel {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ protected:
 private:
     struct FrameButton {
         QPushButton* button;
-        int least; ///< width, pixels
+        int least; ///< minimum width, pixels
     };
 
     void AddButton(QHBoxLayout* row, const QString& label, const QString& toolTip, int least,

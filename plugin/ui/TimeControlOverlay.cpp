@@ -12,7 +12,7 @@ namespace vellix {
 
 namespace {
 
-// They put the marks into the lower third of the slider, where its own ticks are.
+// Fractions of the slider's size. They put the marks into its lower third, where its own ticks are.
 constexpr float MARGIN_FRACTION = 0.005f;
 constexpr float FRAMES_FRACTION = 0.99f;
 constexpr float BAND_FRACTION = 0.333f;
@@ -20,7 +20,7 @@ constexpr int BAND_OFFSET = 2;
 constexpr float HALF_PIXEL = 0.5f;
 constexpr int FILL_ALPHA = 63;
 
-/// Where marks lie in a slider, in its pixels.
+/// Positions of the marks in a slider, in its pixels.
 struct MarkBand {
     MarkBand(const QSize& slider, float start, float frameCount)
         : firstFrame(start)
@@ -32,7 +32,7 @@ struct MarkBand {
     QRect MarkAt(int time) const {
         const int left =
             static_cast<int>((static_cast<float>(time) - firstFrame) * pixelsPerFrame + margin + HALF_PIXEL);
-        // Where frames are narrower than pixels a mark is one pixel wide.
+        // A mark is at least one pixel wide.
         return QRect(left, top, qMax(1, static_cast<int>(pixelsPerFrame)), height);
     }
 
@@ -82,7 +82,7 @@ bool TimeControlOverlay::IsShown() const {
 }
 
 void TimeControlOverlay::SetShown(bool shown) {
-    // Without a slider it would be a window of its own.
+    // Without a parent it would become a window.
     setVisible(shown && parentWidget() != nullptr);
 }
 
@@ -120,7 +120,7 @@ void TimeControlOverlay::UpdateMoveOffset() {
     }
     MDoubleArray range;
     MayaUtil::GetTimeSliderRange(range);
-    // A change of length is a resize, not a move.
+    // A change of length means that the range was resized, not moved.
     if (range.length() == 2 && m_range.length() == 2 && range[0] - m_range[0] == range[1] - m_range[1]) {
         m_moveOffset = static_cast<int>(range[0]) - static_cast<int>(m_range[0]);
     }
@@ -138,7 +138,7 @@ void TimeControlOverlay::UpdateDrag() {
     if (moves) {
         first = static_cast<int>(m_range[0]);
         last = static_cast<int>(m_range[1]);
-        last -= first < last ? 1 : 0; // the slider's range does not hold its end
+        last -= first < last ? 1 : 0; // the end of the slider's range is exclusive
     }
     m_range = GetVisibleRange();
     m_moveOffset = 0;
@@ -146,7 +146,7 @@ void TimeControlOverlay::UpdateDrag() {
     m_rangeVisibleAtPress = false;
     m_movePending = false;
     if (moves && (offset == 0 || !MayaUtil::MoveFrames(offset, first, last))) {
-        MayaUtil::RefreshTimelineOverlay(); // the marks go back to where the frames still are
+        MayaUtil::RefreshTimelineOverlay(); // puts the marks back
     }
 }
 
@@ -179,7 +179,7 @@ void TimeControlOverlay::paintEvent(QPaintEvent*) {
         const QRect mark = band.MarkAt(time);
         const bool collides = GetMoveOffset() > 0 && m_frameTimes.count(time) > 1;
         painter.fillRect(mark, collides ? QColor(Qt::black) : fill);
-        painter.drawRect(mark.adjusted(0, 0, -1, -1)); // an outline is drawn from the first to the last pixel
+        painter.drawRect(mark.adjusted(0, 0, -1, -1)); // drawRect is one pixel larger than its rectangle
     }
 }
 

@@ -6,17 +6,17 @@
 
 namespace vellix {
 
-/// Marks the drawn frames over the host's time slider. While a highlighted range of the slider is dragged
-/// along, with the draw tool in use, it finds out by how many frames, and moves the frames of the range when
-/// the mouse is released. It consumes no event: the slider underneath keeps its own behaviour.
+/// Marks the drawn frames over the host's time slider. While the draw tool is current and the user drags the
+/// slider's highlighted range, it tracks by how many frames; on release it moves the frames of the range. It
+/// consumes no events, so the slider below works as usual.
 class TimeControlOverlay : public QWidget, public TimelineOverlay {
     Q_OBJECT
 
 public:
-    /// A child of the slider, which does not own it: the overlay outlives a slider that goes first.
+    /// A child of the slider, but not owned by it: the overlay outlives a slider that is deleted first.
     explicit TimeControlOverlay(QWidget* timeSlider);
 
-    /// Duplicates count: a moved frame may land on another one.
+    /// Times in frames. A time may occur twice, when a moved frame lands on another one.
     void SetFrameTimes(const QList<int>& times) override;
     void ClearFrameTimes() override;
     bool IsShown() const override;
@@ -28,9 +28,9 @@ public:
     int GetMoveOffset() const override;
     MDoubleArray GetRangeForMoveOffset() const override;
 
-    /// Ends a drag, moving the frames when there is something to move, and captures the slider's range anew.
+    /// Ends a drag, moves the frames if needed, and stores the slider's current range for the next drag.
     void UpdateDrag();
-    /// Forgets a drag without moving anything.
+    /// Ends a drag without moving anything.
     void ResetDrag();
 
 protected:
@@ -48,7 +48,7 @@ private:
     bool m_rangeVisibleAtPress = false;
     bool m_dragging = false;
     bool m_movePending = false;
-    MDoubleArray m_range; ///< start and end when the drag began, or empty
+    MDoubleArray m_range; ///< start and end (exclusive) at the start of the drag, or empty; frames
     int m_moveOffset = 0; ///< frames
     bool m_drawContextActive = false;
 };

@@ -23,7 +23,7 @@ constexpr int OPTIONS_MARGIN = 8;
 constexpr int OPTIONS_SPACING = 6;
 constexpr int OPTIONS_ICON_SIDE = 24;
 constexpr int OPTIONS_LEAST_WIDTH = 240;
-/// Characters of a font's name that are seen in the narrowest panel.
+/// Characters of a font's name that are visible in the narrowest panel.
 constexpr int LEAST_FONT_LENGTH = 12;
 
 NumberSlider* CreatePercent(const QString& name, int least, const QString& toolTip) {
@@ -126,7 +126,7 @@ void ToolOptionsDialog::Refresh() {
 }
 
 void ToolOptionsDialog::ShowFont(const QString& family) {
-    // What is being typed stays until the font changes.
+    // Keeps text that is being typed until the font changes.
     if (family != m_shownFont) {
         const QSignalBlocker blocker(m_font);
         m_font->setCurrentFont(QFont(family));
@@ -138,7 +138,7 @@ void ToolOptionsDialog::ShowFont(const QString& family) {
 void ToolOptionsDialog::OnFontChosen() {
     const int index = m_font->findText(m_font->currentText(), Qt::MatchFixedString);
     if (index < 0) {
-        // There is no such font: back to the one in use.
+        // No such font: shows the current one again.
         m_font->setEditText(m_shownFont);
     } else if (m_font->itemText(index) != Settings::textFontFamily) {
         m_shownFont = m_font->itemText(index);

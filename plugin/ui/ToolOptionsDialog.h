@@ -13,8 +13,8 @@ namespace vellix {
 class IconView;
 class NumberSlider;
 
-/// The options of the active drawing tool. Each change goes out as one line at once, a few times a second
-/// while a slider is dragged.
+/// The options of the active drawing tool. Each change executes one command line at once; while a slider is
+/// dragged, a few per second.
 class ToolOptionsDialog final : public FloatingPanel, public ToolOptionsPanel {
     Q_OBJECT
 

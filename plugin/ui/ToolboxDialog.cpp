@@ -25,11 +25,11 @@ constexpr int TOOLBOX_MARGIN = 6;
 constexpr int TOOLBOX_SPACING = 2;
 constexpr int GROUP_SPACING = 5;
 constexpr int ICON_SIZE = 24;
-/// Every row of the panel keeps to the same columns.
+/// Every row of the panel uses the same columns.
 constexpr int COLUMN_COUNT = 5;
 constexpr int COLOR_HEIGHT = 26;
 
-/// A thin line between two groups, as quiet on dark as on light.
+/// A thin line between two groups, equally faint on dark and on light.
 class Separator : public QWidget {
 public:
     Separator() { setFixedHeight(1); }
@@ -61,7 +61,7 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     column->setSpacing(GROUP_SPACING);
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
-    // It stands at the end of the first row.
+    // The transform button ends the first row.
     setTabOrder(m_tools[COLUMN_COUNT - 2], m_transform);
     column->addWidget(new Separator);
     auto* colors = new QHBoxLayout;
@@ -74,7 +74,7 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     RefreshOptions();
     AddColors(*colors, column->sizeHint().width() - 2 * TOOLBOX_MARGIN);
 
-    // The host's own tools are taken without a word to the plug-in.
+    // Choosing one of the host's own tools is reported only by this event.
     m_callbacks.append(MEventMessage::addEventCallback(
         "ToolChanged", [](void* toolbox) { static_cast<ToolboxDialog*>(toolbox)->Refresh(); }, this));
     Refresh();
@@ -84,7 +84,7 @@ ToolboxDialog::~ToolboxDialog() {
     MMessage::removeCallbacks(m_callbacks);
 }
 
-// --- what is in it ----------------------------------------------------------------------------------------
+// --- parts ------------------------------------------------------------------------------------------------
 
 QLayout* ToolboxDialog::CreateTools() {
     QGridLayout* grid = CreateGrid();
@@ -122,7 +122,7 @@ void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
     row.addWidget(m_color);
     row.addStretch();
     row.addWidget(palette);
-    // They come behind the tools, wherever in the order they were made.
+    // These follow the tools in tab order, whatever the order of creation.
     QWidget* before = m_optionsButton;
     for (QWidget* next : {m_color->focusProxy(), static_cast<QWidget*>(palette)}) {
         if (next != nullptr) {
@@ -178,7 +178,7 @@ QLayout* ToolboxDialog::CreateGhostsAndLayers() {
     m_ghostNext =
         CreateGhostSwitch(Icon::GhostNext, "GhostNext", QStringLiteral("Show the drawings after this one"),
                           MayaUtil::ToggleGhostNext);
-    // The column in the middle stays empty, as wide as the others.
+    // The middle column stays empty, as wide as the others.
     auto* gap = new QWidget;
     gap->setFixedSize(m_ghostPrevious->sizeHint());
     grid->addWidget(gap, 0, 2);
@@ -216,7 +216,7 @@ IconButton* ToolboxDialog::CreateGhostSwitch(const Icon& icon, const char* name,
     return button;
 }
 
-// --- what it shows and does -------------------------------------------------------------------------------
+// --- display and actions ----------------------------------------------------------------------------------
 
 void ToolboxDialog::Refresh() {
     const bool transforms = BaseNode::GetActiveTransformContext() != nullptr;

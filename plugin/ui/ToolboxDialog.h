@@ -19,8 +19,8 @@ class IconButton;
 class NumberSlider;
 struct ToolRow;
 
-/// Everything that is wanted while drawing: the tools, the active colour, the active tool's size and opacity,
-/// the ghosts, the frames and the layers.
+/// The panel for drawing: the tools, the active colour, the active tool's size and opacity, ghosting, frames
+/// and layers.
 class ToolboxDialog final : public FloatingPanel, public ToolboxPanel {
     Q_OBJECT
 
@@ -34,16 +34,17 @@ public:
 
 private:
     QLayout* CreateTools();
-    /// As wide as that, pixels.
+    /// Adds the colour field and the palette button. `width` is the row's width in pixels.
     void AddColors(QHBoxLayout& row, int width);
     QLayout* CreateOptions();
     QLayout* CreateGhostsAndLayers();
     QLayout* CreateFrames();
 
-    /// A button that issues a line; automation finds it as "qmVxToolbox" and its name.
+    /// Creates a button that executes a command line. Its object name is "qmVxToolbox" plus `name`.
     IconButton* CreateButton(const Icon& icon, const char* name, const QString& toolTip,
                              const std::function<bool()>& issue);
-    /// A button that shows a state; it is shown anew after the line was issued, whatever became of it.
+    /// Creates a checkable button that shows a state. Refreshes the panel after the command, even if that
+    /// failed.
     IconButton* CreateSwitch(const Icon& icon, const char* name, const QString& toolTip,
                              const std::function<bool()>& issue);
     IconButton* CreateGhostSwitch(const Icon& icon, const char* name, const QString& toolTip,

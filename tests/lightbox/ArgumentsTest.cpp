@@ -94,8 +94,8 @@ TEST_F(ArgumentsTest, ASyntaxRefusesFlagsThatClash) {
 /// A command that answers what it was given, and can be undone when it was given a name.
 class ProbeCommand : public MPxCommand {
 public:
-    ProbeCommand() { ++g_alive; }
-    ~ProbeCommand() override { --g_alive; }
+    ProbeCommand() { ++alive; }
+    ~ProbeCommand() override { --alive; }
 
     MStatus doIt(const MArgList& args) override {
         MStatus status;
@@ -130,11 +130,11 @@ public:
         return MS::kSuccess;
     }
     MStatus undoIt() override {
-        --g_done;
+        --done;
         return MS::kSuccess;
     }
     MStatus redoIt() override {
-        ++g_done;
+        ++done;
         return MS::kSuccess;
     }
     bool isUndoable() const override { return named_; }
@@ -154,15 +154,15 @@ public:
         return syntax;
     }
 
-    static int g_alive;
-    static int g_done;
+    static int alive;
+    static int done;
 
 private:
     bool named_ = false;
 };
 
-int ProbeCommand::g_alive = 0;
-int ProbeCommand::g_done = 0;
+int ProbeCommand::alive = 0;
+int ProbeCommand::done = 0;
 
 TEST_F(ArgumentsTest, APluginCommandRunsThroughTheSameParser) {
     ASSERT_TRUE(RegisterPluginCommand({"probe", ProbeCommand::Create, ProbeCommand::Syntax()}, "test"));
@@ -174,16 +174,16 @@ TEST_F(ArgumentsTest, APluginCommandRunsThroughTheSameParser) {
     EXPECT_EQ(ErrorOf("probe -zz"), "line 1.1: probe: Invalid flag '-zz'");
     EXPECT_EQ(Output(), "// Error: Invalid flag '-zz' //\n");
     EXPECT_EQ(ErrorOf("probe -fail").rfind("line 1.1: probe: ", 0), 0u);
-    EXPECT_EQ(ProbeCommand::g_alive, 0);
+    EXPECT_EQ(ProbeCommand::alive, 0);
 
     EXPECT_EQ(Typed("probe -name x"), "string x99[]");
-    EXPECT_EQ(ProbeCommand::g_alive, 1);
+    EXPECT_EQ(ProbeCommand::alive, 1);
     EXPECT_TRUE(host_.undo().Undo());
-    EXPECT_EQ(ProbeCommand::g_done, -1);
+    EXPECT_EQ(ProbeCommand::done, -1);
     EXPECT_TRUE(host_.undo().Redo());
-    EXPECT_EQ(ProbeCommand::g_done, 0);
+    EXPECT_EQ(ProbeCommand::done, 0);
     host_.undo().Flush();
-    EXPECT_EQ(ProbeCommand::g_alive, 0);
+    EXPECT_EQ(ProbeCommand::alive, 0);
     EXPECT_TRUE(host_.interpreter().Commands().DeregisterPlugin("probe"));
     EXPECT_EQ(ErrorOf("probe"), "line 1.1: Cannot find procedure \"probe\".");
 }

@@ -27,7 +27,7 @@ const char* const EVERY_TYPE =
     "addAttr -ln limited -at double -min -1 -max 2; addAttr -ln signal -at message";
 
 TEST_F(AttributeCommandsTest, EveryTypeIsSetAndShown) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"setAttr a.aBool 1; getAttr a.aBool", "int 1"},
         {"setAttr a.aBool yes; setAttr a.aBool false; getAttr a.aBool", "int 0"},
         {"setAttr a.aByte 300; getAttr a.aByte", "int 255"},
@@ -78,11 +78,11 @@ TEST_F(AttributeCommandsTest, EveryTypeIsSetAndShown) {
         {"getAttr -se a.tx", "int 1"},
         {"setAttr -l on a.t; getAttr -se a.tx", "int 0"},
     };
-    ExpectSteps(EVERY_TYPE, STEPS);
+    ExpectSteps(EVERY_TYPE, steps);
 }
 
 TEST_F(AttributeCommandsTest, WhatDoesNotFitIsRefused) {
-    const Refusal REFUSALS[] = {
+    const Refusal refusals[] = {
         {EVERY_TYPE, "setAttr a.limited 5",
          "Cannot set the attribute 'a.limited' past its maximum value of 2."},
         {EVERY_TYPE, "setAttr a.limited -5",
@@ -127,13 +127,13 @@ TEST_F(AttributeCommandsTest, WhatDoesNotFitIsRefused) {
         {"createNode transform -n a; createNode transform -n b; lockNode b", "connectAttr -l on a.tx b.tx",
          "Cannot lock or unlock attributes of the locked node 'b'."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
     Begin("createNode transform -n a; lockNode a");
     EXPECT_EQ(Answer("setAttr -k off a.tx 3; getAttr a.tx"), "float 3") << "values of a locked node";
 }
 
 TEST_F(AttributeCommandsTest, AttributesInSteps) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"setAttr a.tx 5; getAttr a.tx", "float 5"},
         {"setAttr .tx 5; getAttr a.tx", "float 5"},
         {"setAttr a.t 1 -2 3; getAttr a.translate", "float[] 1 -2 3"},
@@ -188,17 +188,17 @@ TEST_F(AttributeCommandsTest, AttributesInSteps) {
         {"setAttr -l on a.tx; listAttr -l a", "string[] translateX"},
         {"listAttr -sn -st translateX a", "string[] tx"},
     };
-    ExpectSteps(PAIR_OF_KINDS, STEPS);
+    ExpectSteps(PAIR_OF_KINDS, steps);
 }
 
 TEST_F(AttributeCommandsTest, AddedAttributesAnswerForThemselves) {
-    const char* const NODE =
+    const char* const node =
         "createNode transform -n a;"
         "addAttr -ln girth -sn gth -nn \"How big\" -at double -min 0 -smx 5 -dv 2 -k on -h off -w off a;"
         "addAttr -ln kind -at enum -en \"x=2:y\" -s off a; addAttr -ln tint -at float2 -uac a;"
         "addAttr -ln tintR -at float -p tint a; addAttr -ln tintG -at float -p tint a;"
         "addAttr -ln list -at long -m -hnv on a; addAttr -ln loose -at long -min 1 -hnv off -hsx true a";
-    const Question QUESTIONS[] = {
+    const Question questions[] = {
         {"addAttr -q -hnv a.girth", "int 1"},
         {"addAttr -q -hxv a.girth", "int 0"},
         {"addAttr -q -hsn a.girth", "int 0"},
@@ -240,8 +240,8 @@ TEST_F(AttributeCommandsTest, AddedAttributesAnswerForThemselves) {
         {"attributeQuery -n a nosuch", "error: No attribute matches name: nosuch"},
         {"attributeQuery -m tx", "error: A node (-n) or a type (-typ) has to be given."},
     };
-    ExpectAnswers(NODE, QUESTIONS);
-    const Question LISTS[] = {
+    ExpectAnswers(node, questions);
+    const Question lists[] = {
         {"listAttr -ud -m a",
          "string[] aBool aByte aChar aShort aLong aFloat aDouble anAngle aLength aTime anEnum aText texts "
          "doubles ints vectors points aMatrix many[2] many[5] two twoX twoY three threeX threeY threeZ "
@@ -257,11 +257,11 @@ TEST_F(AttributeCommandsTest, AddedAttributesAnswerForThemselves) {
     ExpectAnswers((std::string(EVERY_TYPE) +
                    "; setAttr \"a.many[2]\" 1; setAttr \"a.many[5]\" 1; setAttr \"a.keys[1].keyTime\" 2")
                       .c_str(),
-                  LISTS);
+                  lists);
 }
 
 TEST_F(AttributeCommandsTest, CompoundsWaitForTheirChildren) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         // One that is begun anew forgets what was begun before.
         {"addAttr -ln c -at compound -nc 2 a; addAttr -ln c1 -at long -p c a; addAttr -ln c -at compound -nc "
          "1 a;"
@@ -282,31 +282,31 @@ TEST_F(AttributeCommandsTest, CompoundsWaitForTheirChildren) {
          "c a",
          "error: No compound attribute 'c' lacks a child."},
     };
-    ExpectSteps("createNode transform -n a", STEPS);
-    const char* const NODE = "createNode transform -n a";
-    const Refusal REFUSALS[] = {
-        {NODE, "addAttr -ln translate -at compound -nc 2 a",
+    ExpectSteps("createNode transform -n a", steps);
+    const char* const node = "createNode transform -n a";
+    const Refusal refusals[] = {
+        {node, "addAttr -ln translate -at compound -nc 2 a",
          "Found an attribute of the name 'translate' already."},
-        {NODE, "addAttr -ln c -at compound a", "A compound attribute needs its number of children (-nc)."},
-        {NODE, "addAttr -ln c -at compound -nc 2000000000 a",
+        {node, "addAttr -ln c -at compound a", "A compound attribute needs its number of children (-nc)."},
+        {node, "addAttr -ln c -at compound -nc 2000000000 a",
          "A compound attribute needs its number of children (-nc)."},
-        {NODE, "addAttr -ln c -at long -p nosuch a", "No compound attribute 'nosuch' lacks a child."},
-        {NODE, "addAttr -ln c -at long -nc 2 a",
+        {node, "addAttr -ln c -at long -p nosuch a", "No compound attribute 'nosuch' lacks a child."},
+        {node, "addAttr -ln c -at long -nc 2 a",
          "The flag '-numberOfChildren' is for compound attributes only."},
-        {NODE, "addAttr -ln c -dt string -dv 2 a",
+        {node, "addAttr -ln c -dt string -dv 2 a",
          "The flag '-defaultValue' is for numeric attributes only."},
-        {NODE, "addAttr -ln c -dt string -min 2 a", "The flag '-minValue' is for numeric attributes only."},
-        {NODE, "addAttr -ln c -at long -en \"a:b\" a", "The flag '-enumName' is for enum attributes only."},
-        {NODE, "addAttr -ln c -dt string -dt doubleArray a", "An attribute takes data of one type only."},
-        {NODE, "addAttr -ln \"1c\" -at long a", "The attribute name contains invalid characters: 1c"},
+        {node, "addAttr -ln c -dt string -min 2 a", "The flag '-minValue' is for numeric attributes only."},
+        {node, "addAttr -ln c -at long -en \"a:b\" a", "The flag '-enumName' is for enum attributes only."},
+        {node, "addAttr -ln c -dt string -dt doubleArray a", "An attribute takes data of one type only."},
+        {node, "addAttr -ln \"1c\" -at long a", "The attribute name contains invalid characters: 1c"},
         {"createNode transform -n a; createNode transform -n b; addAttr -ln x -at long b",
          "addAttr -ln x -at long a b", "Found an attribute of the name 'x' already."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 TEST_F(AttributeCommandsTest, ConnectionsInSteps) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"connectAttr a.tx b.ty; setAttr a.tx 4; getAttr b.ty", "float 4"},
         {"connectAttr a.t b.t; setAttr a.ty 3; getAttr b.ty", "float 3"},
         {"connectAttr a.tx b.ty; setAttr b.ty 1",
@@ -338,16 +338,16 @@ TEST_F(AttributeCommandsTest, ConnectionsInSteps) {
         {"connectAttr -l on a.tx b.tx; connectionInfo -il b.tx", "int 1"},
         {"connectionInfo a.tx", "error: One of -id, -is, -sfd, -dfs and -il has to be given."},
     };
-    ExpectSteps("createNode transform -n a; createNode transform -n b; createNode locator -n s -p b;", STEPS);
+    ExpectSteps("createNode transform -n a; createNode transform -n b; createNode locator -n s -p b;", steps);
 }
 
 TEST_F(AttributeCommandsTest, PlugsAreConnected) {
-    const char* const PAIR = "createNode transform -n a; createNode transform -n b;"
+    const char* const pair = "createNode transform -n a; createNode transform -n b;"
                              "createNode transform -n c; select -cl";
-    const Edit EDITS[] = {
-        {PAIR, "connectAttr a.tx b.ty", "string Connected a.translateX to b.translateY.",
+    const Edit edits[] = {
+        {pair, "connectAttr a.tx b.ty", "string Connected a.translateX to b.translateY.",
          "listConnections -p on b", "string[] a.translateX"},
-        {PAIR, "connectAttr -l on a.tx b.tx", "string Connected a.translateX to b.translateX.",
+        {pair, "connectAttr -l on a.tx b.tx", "string Connected a.translateX to b.translateX.",
          "getAttr -l b.tx", "int 1"},
         {"createNode transform -n a; createNode transform -n b; createNode transform -n c;"
          "connectAttr a.tx b.tx",
@@ -357,15 +357,15 @@ TEST_F(AttributeCommandsTest, PlugsAreConnected) {
          "disconnectAttr a.tx b.tx", "string Disconnect a.translateX from b.translateX.",
          "isConnected a.tx b.tx", "int 0"},
     };
-    ExpectEdits(EDITS);
-    const Refusal REFUSALS[] = {
-        {PAIR, "connectAttr a.tx a.tx", "Cannot connect 'a.translateX' to itself."},
+    ExpectEdits(edits);
+    const Refusal refusals[] = {
+        {pair, "connectAttr a.tx a.tx", "Cannot connect 'a.translateX' to itself."},
         {"createNode transform -n a; createNode transform -n b; setAttr -l on b.tx", "connectAttr a.tx b.tx",
          "The destination attribute 'b.translateX' is locked."},
-        {PAIR, "disconnectAttr a.tx b.tx",
+        {pair, "disconnectAttr a.tx b.tx",
          "There is no connection from 'a.translateX' to 'b.translateX' to disconnect."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 } // namespace

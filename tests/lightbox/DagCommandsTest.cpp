@@ -13,7 +13,7 @@ const char* const TREE = "createNode transform -n top1; createNode transform -n 
                          "select -cl";
 
 TEST_F(DagCommandsTest, NodesAreCreatedDeletedAndRenamed) {
-    const Edit EDITS[] = {
+    const Edit edits[] = {
         {"", "createNode transform", "string transform1", "ls -sl", "string[] transform1"},
         {"", "createNode transform -n \"arm\" -ss", "string arm", "ls -sl", "string[] "},
         {"createNode transform -n arm", "createNode transform -n arm", "string arm1", "ls \"arm*\"",
@@ -55,11 +55,11 @@ TEST_F(DagCommandsTest, NodesAreCreatedDeletedAndRenamed) {
         {"createNode transform -n a; lockNode -l on a", "lockNode -l off a", "void", "lockNode -q -l a",
          "int[] 0"},
     };
-    ExpectEdits(EDITS);
+    ExpectEdits(edits);
 }
 
 TEST_F(DagCommandsTest, ImpossibleNodesAreRefused) {
-    const Refusal REFUSALS[] = {
+    const Refusal refusals[] = {
         {"", "createNode nosuch", "Unknown object type: nosuch"},
         {"", "createNode transform -p nosuch", "No object matches name: nosuch"},
         {"", "createNode transform -p time1", "The object 'time1' is not in the DAG."},
@@ -89,11 +89,11 @@ TEST_F(DagCommandsTest, ImpossibleNodesAreRefused) {
         {"createNode transform -n a; addAttr -ln x -at long a; lockNode a", "deleteAttr a.x",
          "Cannot delete the attribute 'x' from 'a'."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 TEST_F(DagCommandsTest, HierarchiesAreRearranged) {
-    const Edit EDITS[] = {
+    const Edit edits[] = {
         {TREE, "parent other top1", "string[] other", "listRelatives -f top1",
          "string[] |top1|mid |top1|other"},
         {TREE, "parent |other|leaf mid", "string[] leaf1", "ls -l \"leaf*\"",
@@ -115,8 +115,8 @@ TEST_F(DagCommandsTest, HierarchiesAreRearranged) {
         {"", "group -em", "string null1", "ls -sl", "string[] null1"},
         {TREE, "group -em -p mid -n x", "string x", "ls -l x", "string[] |top1|mid|x"},
     };
-    ExpectEdits(EDITS);
-    const Refusal REFUSALS[] = {
+    ExpectEdits(edits);
+    const Refusal refusals[] = {
         {TREE, "parent top1 mid", "Cannot parent an object to itself or to one of its children."},
         {TREE, "parent mid mid", "Cannot parent an object to itself or to one of its children."},
         {TREE, "parent other mid |top1|mid|leaf",
@@ -133,11 +133,11 @@ TEST_F(DagCommandsTest, HierarchiesAreRearranged) {
         {TREE, "group -p camShape1 mid", "Cannot parent a node below the shape 'camShape1'."},
         {TREE, "group -p mid top1", "Cannot parent an object to itself or to one of its children."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 TEST_F(DagCommandsTest, RelativesAreListed) {
-    const Question QUESTIONS[] = {
+    const Question questions[] = {
         {"listRelatives top1", "string[] mid"},
         {"listRelatives -c top1 other", "string[] mid leaf"},
         {"listRelatives -ad top1", "string[] leaf mid"},
@@ -155,11 +155,11 @@ TEST_F(DagCommandsTest, RelativesAreListed) {
         {"listRelatives leaf", "string[] "},
         {"listRelatives nosuch", "error: No object matches name: nosuch"},
     };
-    ExpectAnswers(TREE, QUESTIONS);
+    ExpectAnswers(TREE, questions);
 }
 
 TEST_F(DagCommandsTest, NodesAreListed) {
-    const Question QUESTIONS[] = {
+    const Question questions[] = {
         {"ls nosuch", "string[] "},
         {"ls leaf", "string[] mid|leaf other|leaf"},
         {"ls -l leaf", "string[] |top1|mid|leaf |other|leaf"},
@@ -197,8 +197,8 @@ TEST_F(DagCommandsTest, NodesAreListed) {
         {"objectType -isa dagNode mid", "int 1"},
         {"objectType -isa camera mid", "int 0"},
     };
-    ExpectAnswers(TREE, QUESTIONS);
-    const Question NAMESPACED[] = {
+    ExpectAnswers(TREE, questions);
+    const Question namespaced[] = {
         {"ls a", "string[] a"},
         {"ls \"*:a\"", "string[] n:a"},
         {"ls -r true a", "string[] a n:a n:m:a"},
@@ -207,8 +207,8 @@ TEST_F(DagCommandsTest, NodesAreListed) {
     };
     ExpectAnswers("createNode transform -n a; createNode transform -n \"n:a\";"
                   "createNode transform -n \"n:m:a\"",
-                  NAMESPACED);
-    const Question SELECTED[] = {
+                  namespaced);
+    const Question selected[] = {
         {"ls -sl", "string[] c a"},
         {"ls -sl a b", "string[] a"},
         {"ls -os -tl 1", "string[] a"},
@@ -216,38 +216,38 @@ TEST_F(DagCommandsTest, NodesAreListed) {
     };
     ExpectAnswers(
         "createNode transform -n a; createNode transform -n b; createNode transform -n c; select c a",
-        SELECTED);
+        selected);
 }
 
 TEST_F(DagCommandsTest, NodesAreSelected) {
-    const char* const THREE =
+    const char* const three =
         "createNode transform -n a; createNode transform -n b; createNode transform -n c;"
         "createNode transform -n d -p c; select b";
-    const Edit EDITS[] = {
-        {THREE, "select a c", "void", "ls -sl", "string[] a c"},
-        {THREE, "select -r c a a", "void", "ls -sl", "string[] c a"},
-        {THREE, "select -add a", "void", "ls -sl", "string[] b a"},
-        {THREE, "select -af a", "void", "ls -sl", "string[] a b"},
-        {THREE, "select -tgl a b", "void", "ls -sl", "string[] a"},
-        {THREE, "select -d b", "void", "ls -sl", "string[] "},
-        {THREE, "select -cl", "void", "ls -sl", "string[] "},
-        {THREE, "select -hi c", "void", "ls -sl", "string[] c d"},
-        {THREE, "select -all", "void", "ls -sl", "string[] a b c"},
-        {THREE, "select \"?\"", "void", "ls -sl", "string[] a b c d"},
-        {THREE, "select -ado", "void", "ls -sl", "string[] a b c"},
-        {THREE, "select time1", "void", "ls -sl", "string[] time1"},
+    const Edit edits[] = {
+        {three, "select a c", "void", "ls -sl", "string[] a c"},
+        {three, "select -r c a a", "void", "ls -sl", "string[] c a"},
+        {three, "select -add a", "void", "ls -sl", "string[] b a"},
+        {three, "select -af a", "void", "ls -sl", "string[] a b"},
+        {three, "select -tgl a b", "void", "ls -sl", "string[] a"},
+        {three, "select -d b", "void", "ls -sl", "string[] "},
+        {three, "select -cl", "void", "ls -sl", "string[] "},
+        {three, "select -hi c", "void", "ls -sl", "string[] c d"},
+        {three, "select -all", "void", "ls -sl", "string[] a b c"},
+        {three, "select \"?\"", "void", "ls -sl", "string[] a b c d"},
+        {three, "select -ado", "void", "ls -sl", "string[] a b c"},
+        {three, "select time1", "void", "ls -sl", "string[] time1"},
     };
-    ExpectEdits(EDITS);
-    const Refusal REFUSALS[] = {
-        {THREE, "select a nosuch", "No object matches name: nosuch"},
-        {THREE, "select -add nosuch", "No object matches name: nosuch"},
+    ExpectEdits(edits);
+    const Refusal refusals[] = {
+        {three, "select a nosuch", "No object matches name: nosuch"},
+        {three, "select -add nosuch", "No object matches name: nosuch"},
         {"select -cl", "select -r", "No object was specified."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 TEST_F(DagCommandsTest, NamespacesAreManaged) {
-    const Edit EDITS[] = {
+    const Edit edits[] = {
         {"", "namespace -add n", "string n", "namespace -ex n", "int 1"},
         {"", "namespace -add m -p n", "string n:m", "namespaceInfo -lon -r", "string[] n n:m"},
         {"namespace -add n", "namespace -set n", "string n", "namespaceInfo -cur", "string n"},
@@ -261,8 +261,8 @@ TEST_F(DagCommandsTest, NamespacesAreManaged) {
         {"namespace -add n; namespace -set n", "namespace -rm \":n\"", "string n", "namespaceInfo -cur",
          "string :"},
     };
-    ExpectEdits(EDITS);
-    const Refusal REFUSALS[] = {
+    ExpectEdits(edits);
+    const Refusal refusals[] = {
         {"namespace -add n", "namespace -add n", "The namespace 'n' exists already."},
         {"", "namespace -add \"\"", "The name '' is not one for a namespace."},
         {"", "namespace -add \"1shot\"", "The name '1shot' is not one for a namespace."},
@@ -280,8 +280,8 @@ TEST_F(DagCommandsTest, NamespacesAreManaged) {
         {"", "namespace -add \"1 b\"", "The name '1 b' is not one for a namespace."},
         {"", "namespace", "One of -add, -set, -rm and -exists has to be given."},
     };
-    ExpectRefusals(REFUSALS);
-    const Question QUESTIONS[] = {
+    ExpectRefusals(refusals);
+    const Question questions[] = {
         {"namespace -ex \":\"", "int 1"},
         {"namespace -ex nosuch", "int 0"},
         {"namespaceInfo -cur", "string :"},
@@ -291,11 +291,11 @@ TEST_F(DagCommandsTest, NamespacesAreManaged) {
         {"namespaceInfo -lod -an n", "string[] :n:a"},
         {"namespaceInfo -lod \":n:m\"", "string[] n:m:b"},
     };
-    ExpectAnswers("createNode transform -n \"n:a\"; createNode transform -n \"n:m:b\"", QUESTIONS);
+    ExpectAnswers("createNode transform -n \"n:a\"; createNode transform -n \"n:m:b\"", questions);
 }
 
 TEST_F(DagCommandsTest, NodesInSteps) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"createNode transform", "string transform1"},
         {"createNode transform -n a; createNode transform -n a", "string a2"},
         {"createNode camera", "string cameraShape1"},
@@ -329,11 +329,11 @@ TEST_F(DagCommandsTest, NodesInSteps) {
         {"setAttr b.ty 7; duplicate -n c a; getAttr \"c|b.ty\"", "float 7"},
         {"addAttr -ln x -at long a; setAttr a.x 4; duplicate a; setAttr a.x 5; getAttr a1.x", "int 4"},
     };
-    ExpectSteps("createNode transform -n a; createNode transform -n b -p a; select -cl;", STEPS);
+    ExpectSteps("createNode transform -n a; createNode transform -n b -p a; select -cl;", steps);
 }
 
 TEST_F(DagCommandsTest, ListsAndSelectionsInSteps) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"ls -cameras", "string[] frontShape perspShape sideShape topShape"},
         {"ls -type camera -l \"p*\"", "string[] |persp|perspShape"},
         {"ls -type locator -type time", "string[] s time1"},
@@ -371,11 +371,11 @@ TEST_F(DagCommandsTest, ListsAndSelectionsInSteps) {
     };
     ExpectSteps("createNode transform -n a; createNode transform -n b -p a; createNode transform -n b;"
                 "createNode locator -n s -p \"|a|b\"; setAttr \"|b.v\" 0; select -cl;",
-                STEPS);
+                steps);
 }
 
 TEST_F(DagCommandsTest, AttributesAreListed) {
-    const Question QUESTIONS[] = {
+    const Question questions[] = {
         {"ls a.tx", "string[] a.translateX"},
         {"ls -l a.translateX", "string[] |a.translateX"},
         {"ls -sn \"a.translate?\"", "string[] a.tx a.ty a.tz"},
@@ -390,12 +390,12 @@ TEST_F(DagCommandsTest, AttributesAreListed) {
     };
     ExpectAnswers("createNode transform -n a; createNode transform -n b; addAttr -m -ln marks -at long a;"
                   "setAttr \"a.marks[3]\" 1",
-                  QUESTIONS);
+                  questions);
     EXPECT_EQ(Answer("ls -o"), Answer("ls"));
 }
 
 TEST_F(DagCommandsTest, NamespacesInSteps) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"namespace -add n; namespace -ex n", "int 1"},
         {"namespace -add n; namespace -add \"m\" -p \"n\"; namespaceInfo -lon n", "string[] n:m"},
         {"namespace -add n; namespace -set n; createNode transform -n a", "string n:a"},
@@ -409,7 +409,7 @@ TEST_F(DagCommandsTest, NamespacesInSteps) {
         {"createNode transform -n \"n:a\"; namespace -rm n",
          "error: The namespace 'n' does not exist or is not empty."},
     };
-    ExpectSteps("", STEPS);
+    ExpectSteps("", steps);
 }
 
 } // namespace

@@ -21,7 +21,7 @@ public:
         , random_(seed) {}
 
     void Step() {
-        static void (RandomEdits::*const EDITS[])() = {&RandomEdits::Create,
+        static void (RandomEdits::*const edits[])() = {&RandomEdits::Create,
                                                        &RandomEdits::Create,
                                                        &RandomEdits::CreateBelow,
                                                        &RandomEdits::Delete,
@@ -40,7 +40,7 @@ public:
                                                        &RandomEdits::Lock,
                                                        &RandomEdits::Namespace,
                                                        &RandomEdits::Reorder};
-        (this->*EDITS[Below(std::size(EDITS))])();
+        (this->*edits[Below(std::size(edits))])();
     }
 
 private:
@@ -62,8 +62,8 @@ private:
     }
 
     std::string AnyName() {
-        static const char* const NAMES[] = {"a", "b", "a1", "ns:a", "ns:sub:b", "b7", "x#"};
-        return NAMES[Below(std::size(NAMES))];
+        static const char* const names[] = {"a", "b", "a1", "ns:a", "ns:sub:b", "b7", "x#"};
+        return names[Below(std::size(names))];
     }
 
     Plug AnyPlug(const char* attribute) {
@@ -71,8 +71,8 @@ private:
     }
 
     void Create() {
-        static const char* const TYPES[] = {"transform", "camera", "locator", "script", "unknown"};
-        edit::CreateNode(host_, TYPES[Below(std::size(TYPES))], Below(2) ? AnyName() : std::string());
+        static const char* const types[] = {"transform", "camera", "locator", "script", "unknown"};
+        edit::CreateNode(host_, types[Below(std::size(types))], Below(2) ? AnyName() : std::string());
     }
     void CreateBelow() {
         edit::CreateNode(host_, Below(2) ? "transform" : "locator", AnyName(), AnyTransform().get());
@@ -102,8 +102,8 @@ private:
         }
     }
     void Connect() {
-        static const char* const ATTRIBUTES[] = {"translate", "translateX", "rotateY", "visibility"};
-        edit::Connect(host_, AnyPlug(ATTRIBUTES[Below(4)]), AnyPlug(ATTRIBUTES[Below(4)]), Below(2) != 0);
+        static const char* const attributes[] = {"translate", "translateX", "rotateY", "visibility"};
+        edit::Connect(host_, AnyPlug(attributes[Below(4)]), AnyPlug(attributes[Below(4)]), Below(2) != 0);
     }
     void Disconnect() {
         const auto all = host_.scene().connections().All();

@@ -183,8 +183,8 @@ TEST_F(MGlobalTest, AResultOfAnotherKindLeavesItsPlaceAlone) {
     const auto run = [](const char* kind, auto& result) {
         return MGlobal::executeCommand(MString("kind ") + kind, result).statusCode() == MS::kSuccess;
     };
-    const char* const KINDS[] = {"int", "double", "doubles", "string", "strings", "none"};
-    for (const MString kind : KINDS) {
+    const char* const kinds[] = {"int", "double", "doubles", "string", "strings", "none"};
+    for (const MString kind : kinds) {
         int whole = -1;
         double number = -1;
         MDoubleArray numbers(3, 9.0);

@@ -27,7 +27,7 @@ TEST_F(MTimeTest, ConvertsBetweenUnits) {
         MTime::Unit from;
         MTime::Unit to;
         double expected;
-    } CASES[] = {
+    } cases[] = {
         {24, MTime::kFilm, MTime::kSeconds, 1},
         {1, MTime::kSeconds, MTime::kPALFrame, 25},
         {12, MTime::kFilm, MTime::kNTSCFrame, 15},
@@ -39,7 +39,7 @@ TEST_F(MTimeTest, ConvertsBetweenUnits) {
         {7, MTime::kFilm, MTime::k6000FPS, 1750},
         {3, MTime::kNTSCField, MTime::kNTSCFrame, 1.5},
     };
-    for (const auto& c : CASES) {
+    for (const auto& c : cases) {
         EXPECT_DOUBLE_EQ(MTime(c.value, c.from).as(c.to), c.expected) << c.value << ' ' << UnitName(c.from);
     }
     // Every pair of frame units there and back keeps whole frames whole, so that keys do not drift.

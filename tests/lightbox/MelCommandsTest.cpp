@@ -119,7 +119,7 @@ TEST_F(MelCommandsTest, WriteAndReadFiles) {
               "string one two\n");
     EXPECT_EQ(Typed("fgetword($f) + fgetline($f) + fgetline($f) + feof($f)"), "string 12\n1");
     EXPECT_EQ(Typed("frewind $f; string $w = fgetword($f); fclose $f; $w"), "string one");
-    EXPECT_EQ(ErrorOf("fgetline($f)"), "line 1.1: The file number 2 stands for no open file.");
+    EXPECT_EQ(ErrorOf("fgetline($f)"), "line 1.1: The file number 2 is not an open file.");
     EXPECT_EQ(Typed("fopen(\"/no/such/folder/x\", \"r\")"), "int 0");
     EXPECT_EQ(Typed("string $to = $path + \".copy\"; `sysFile -copy $to $path` + `filetest -f $to`"),
               "int 2");

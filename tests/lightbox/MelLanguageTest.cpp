@@ -206,8 +206,8 @@ TEST_F(MelLanguageTest, NamesThePlaceOfErrors) {
         {"else 5;", "line 1.1: Syntax error: unexpected \"else\"."},
         {"foo = 3;", "line 1.5: Syntax error: unexpected \"=\"."},
         {"$new + 1", "line 1.1: \"$new\" is an undeclared variable."},
-        {"5 = 6", "line 1.3: Syntax error: the left side of \"=\" is no variable."},
-        {"break;", "line 1.1: Syntax error: \"break\" stands in no loop or switch."},
+        {"5 = 6", "line 1.3: Syntax error: the left side of \"=\" is not a variable."},
+        {"break;", "line 1.1: Syntax error: \"break\" is outside of a loop or switch."},
         {"proc int f() { return; }", "line 1.16: This procedure has to return a value of type int."},
         {"{ proc f() { } }", "line 1.8: Syntax error: a procedure can be defined only outside of blocks and "
                              "procedures."},
@@ -226,9 +226,9 @@ TEST_F(MelLanguageTest, NamesThePlaceOfErrors) {
         {"size()", "line 1.1: Wrong number of arguments on call to size."},
         {"proc g(int $a) { } g(1, 2)", "line 1.20: Wrong number of arguments on call to g."},
         {"proc deep() {\n  int $i = 1;\n  error \"inside\";\n} deep()", "line 3.3: inside"},
-        {"$", "line 1.1: Syntax error: a name is missing behind \"$\"."},
+        {"$", "line 1.1: Syntax error: a name is missing after \"$\"."},
         {"/* open", "line 1.1: Syntax error: the comment has no end."},
-        {"1 @ 2", "line 1.3: Syntax error: a character that does not belong here."},
+        {"1 @ 2", "line 1.3: Syntax error: unexpected character."},
         {"`5`", "line 1.1: Syntax error: a command is expected in back-quotes."},
     };
     CheckErrors(rows);

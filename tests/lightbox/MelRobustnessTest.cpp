@@ -10,7 +10,7 @@ namespace {
 using lightbox::mel::Error;
 
 /// A script with most of the language in it.
-const char* const Script = R"(
+const char* const SCRIPT = R"(
 global proc int twice(int $n) { return $n * 2; }
 proc string[] letters(string $word) {
     string $out[]; string $parts[];
@@ -129,7 +129,7 @@ TEST_F(MelRobustnessTest, CanBeInterrupted) {
 /// Scripts cut and changed at random end with an error or not at all differently. A watchdog stops those that
 /// have become endless loops.
 TEST_F(MelRobustnessTest, SurvivesDamagedScripts) {
-    ASSERT_TRUE(Survives(Script));
+    ASSERT_TRUE(Survives(SCRIPT));
     std::atomic<int> generation{0};
     std::atomic<bool> done{false};
     std::thread watchdog([this, &generation, &done] {
@@ -142,7 +142,7 @@ TEST_F(MelRobustnessTest, SurvivesDamagedScripts) {
             last = generation;
         }
     });
-    const std::string script = Script;
+    const std::string script = SCRIPT;
     const std::string pieces = "(){}[]<>\"'`$;:,.+-*/%^!=&|? \n\\0a1";
     std::mt19937 random(12345);
     int errors = 0;

@@ -36,7 +36,7 @@ TEST_F(SceneNamesTest, PathsFindTheirNodes) {
     const struct {
         const char* path;
         const char* found;
-    } CASES[] = {
+    } cases[] = {
         {"a", "a"},        {"|a", "a"},        {":a", "a"},
         {"b", "a|b d|b"},  {"a|b", "a|b"},     {"|a|b", "a|b"},
         {"|b", ""},        {"d|b", "d|b"},     {"c", "c"},
@@ -46,7 +46,7 @@ TEST_F(SceneNamesTest, PathsFindTheirNodes) {
         {"|", ""},         {"a||b", ""},       {"world", ""},
         {"a|", ""},        {"time1", "time1"}, {"B", ""},
     };
-    for (const auto& c : CASES) {
+    for (const auto& c : cases) {
         EXPECT_EQ(Shown(host_.scene().FindAll(c.path)), c.found) << '"' << c.path << '"';
     }
     EXPECT_EQ(host_.scene().Find("b"), nullptr) << "more than one";
@@ -56,7 +56,7 @@ TEST_F(SceneNamesTest, PatternsStayWithinANamespace) {
     const struct {
         const char* pattern;
         const char* found;
-    } CASES[] = {
+    } cases[] = {
         {"*Shape", "perspShape topShape frontShape sideShape"},
         {"?", "a a|b c d d|b"},
         {"ns:*", "ns:a ns:b"},
@@ -68,7 +68,7 @@ TEST_F(SceneNamesTest, PatternsStayWithinANamespace) {
         {"**d", "d"},
         {"x*", ""},
     };
-    for (const auto& c : CASES) {
+    for (const auto& c : cases) {
         EXPECT_EQ(Shown(host_.scene().Matching(c.pattern)), c.found) << c.pattern;
     }
 }
@@ -77,7 +77,7 @@ TEST_F(SceneNamesTest, NamesBecomeFreeAndLegal) {
     const struct {
         const char* wanted;
         const char* got;
-    } CASES[] = {
+    } cases[] = {
         {"a", "a1"},        {"b", "b"},
         {"time1", "time2"}, {"fresh", "fresh"},
         {"7up", "_7up"},    {"a b!", "a_b_"},
@@ -86,7 +86,7 @@ TEST_F(SceneNamesTest, NamesBecomeFreeAndLegal) {
         {"", "transform1"}, {"persp", "persp1"},
         {"|a", "_a"},       {"e9999999999", "e9999999999"},
     };
-    for (const auto& c : CASES) {
+    for (const auto& c : cases) {
         const auto node = edit::CreateNode(host_, "transform", c.wanted);
         EXPECT_EQ(node->Name(), c.got) << c.wanted;
         edit::DeleteNodes(host_, {node});
@@ -103,7 +103,7 @@ TEST_F(SceneNamesTest, PlugsAreFoundByAnyOfTheirNames) {
     const struct {
         const char* text;
         const char* name;
-    } CASES[] = {
+    } cases[] = {
         {"a.t", "a.translate"},
         {"a.translate.tx", "a.translateX"},
         {"|a|c.tx", "c.translateX"},
@@ -113,7 +113,7 @@ TEST_F(SceneNamesTest, PlugsAreFoundByAnyOfTheirNames) {
         {"curve.keyTimeValue[3].kt", "curve.keyTimeValue[3].keyTime"},
     };
     edit::CreateNode(host_, "animCurveTU", "curve");
-    for (const auto& c : CASES) {
+    for (const auto& c : cases) {
         EXPECT_EQ(host_.scene().FindPlug(c.text).Name(), c.name) << c.text;
     }
     for (const char* text : {"a", "a.", ".t", "a.nosuch", "b.t", "nosuch.t", "a.tx.t", "a.t[0]", "a.wm[",

@@ -7,7 +7,7 @@ namespace {
 class TimeAndUndoCommandsTest : public SceneCommandFixture {};
 
 TEST_F(TimeAndUndoCommandsTest, TimeInSteps) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"currentTime 5", "float 5"},
         {"currentTime -e 5.5; currentTime -q", "float 5.5"},
         {"currentTime \"soon\"", "error: A time was expected, not \"soon\"."},
@@ -42,11 +42,11 @@ TEST_F(TimeAndUndoCommandsTest, TimeInSteps) {
         {"currentUnit -l centimeter -a degree; currentUnit -q -a", "string deg"},
         {"timeControl -ex x", "int 0"},
     };
-    ExpectSteps("", STEPS);
+    ExpectSteps("", steps);
 }
 
 TEST_F(TimeAndUndoCommandsTest, ImpossibleTimesChangeNothing) {
-    const Refusal REFUSALS[] = {
+    const Refusal refusals[] = {
         {"", "playbackOptions -min 50 -max 40", "The end of a time range must not lie before its start."},
         {"", "playbackOptions -ast 5 -aet 90 -min 50 -max 40",
          "The end of a time range must not lie before its start."},
@@ -64,11 +64,11 @@ TEST_F(TimeAndUndoCommandsTest, ImpossibleTimesChangeNothing) {
         {"", "play -wat", "Invalid flag '-wat'"},
         {"", "timeControl -q x", "Nothing was asked for."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 TEST_F(TimeAndUndoCommandsTest, TheQueueAnswersAndIsBounded) {
-    const Question ROWS[] = {
+    const Question rows[] = {
         {"setAttr persp.tx 1; undoInfo -q -un", "string setAttr"},
         {"setAttr persp.tx 1; undo; undoInfo -q -rn", "string setAttr"},
         {"undoInfo -ock -cn \"two\"; setAttr persp.tx 1; setAttr persp.ty 1; undoInfo -cck; undo; getAttr "
@@ -92,7 +92,7 @@ TEST_F(TimeAndUndoCommandsTest, TheQueueAnswersAndIsBounded) {
         {"undoInfo -q", "error: Nothing was asked for."},
         {"undoInfo -l -4", "error: Flag '-l' must be passed an unsigned int argument"},
     };
-    for (const Question& row : ROWS) {
+    for (const Question& row : rows) {
         Begin("undoInfo -st 1; undoInfo -in 1");
         EXPECT_EQ(Answer(row.command), row.result) << row.command;
     }
@@ -100,10 +100,10 @@ TEST_F(TimeAndUndoCommandsTest, TheQueueAnswersAndIsBounded) {
 }
 
 TEST_F(TimeAndUndoCommandsTest, AFailedCommandLeavesTheQueueAsItWas) {
-    const char* const LOCKED = "createNode transform -n a; createNode transform -n b; setAttr -l on b.ty";
+    const char* const locked = "createNode transform -n a; createNode transform -n b; setAttr -l on b.ty";
     for (const char* how : {"", "undoInfo -swf 0;"}) {
         SCOPED_TRACE(how);
-        const std::string before = Begin(LOCKED);
+        const std::string before = Begin(locked);
         Run("setAttr a.tz 5; undo");
         Run(how);
         EXPECT_NE(Answer("move 1 2 3 a b"), "void");
@@ -113,11 +113,11 @@ TEST_F(TimeAndUndoCommandsTest, AFailedCommandLeavesTheQueueAsItWas) {
         EXPECT_EQ(Answer("redo; getAttr a.tz"), "float 5");
     }
     // Edits of the commands around it stand.
-    Begin(LOCKED);
+    Begin(locked);
     EXPECT_EQ(Answer("setAttr a.tz 5; catch(`move 1 2 3 a b`); setAttr a.ty 6; getAttr a.t"),
               "float[] 0 6 5");
     // A command that a procedure runs goes back alone; the procedure is one step.
-    Begin(LOCKED);
+    Begin(locked);
     Run("proc both() { setAttr a.tz 5; catch(`move 1 2 3 a b`); setAttr a.ty 6; } both();");
     EXPECT_EQ(Answer("getAttr a.t"), "float[] 0 6 5");
     EXPECT_EQ(Answer("undo; getAttr a.t"), "float[] 0 0 0");

@@ -33,7 +33,7 @@ const char* const PAIR = "createNode transform -n p; setAttr p.t 10 0 0; setAttr
                          "createNode transform -n a -p p; select a;";
 
 TEST_F(TransformCommandsTest, MoveInEverySpace) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"move 10 0 -4; getAttr a.tx", "float 4"},
         {"move -a 10 5 0 a; getAttr a.ty", "float 5"},
         {"move -absolute -worldSpace 10 5 0; getAttr a.ty", "float 5"},
@@ -50,11 +50,11 @@ TEST_F(TransformCommandsTest, MoveInEverySpace) {
         {"setAttr p.sp 0 0 5; move -a -spr -y 2 p; getAttr p.ty", "float 2"},
         {"createNode camera; move 1 2 3; getAttr camera1.t", "float[] 1 2 3"},
     };
-    ExpectSteps(PAIR, STEPS);
+    ExpectSteps(PAIR, steps);
 }
 
 TEST_F(TransformCommandsTest, RotateTurnsToOrBy) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"rotate 0 45 0 p; getAttr p.r", "float[] 0 45 0"},
         {"setAttr p.rx 30; rotate -r 0 0 15 p; rotate -a 1 2 3 p; getAttr p.r", "float[] 1 2 3"},
         {"rotate -r 0 300 0 p; getAttr p.ry", "float 390"},
@@ -64,7 +64,7 @@ TEST_F(TransformCommandsTest, RotateTurnsToOrBy) {
         {"setAttr a.r 10 20 30; rotate -r -eu 1 2 3 a; getAttr a.r", "float[] 11 22 33"},
         {"rotate 1 2 3 perspShape; getAttr persp.r", "float[] 1 2 3"},
     };
-    ExpectSteps(PAIR, STEPS);
+    ExpectSteps(PAIR, steps);
     // About the world's z axis, which is the child's x axis turned the other way.
     Begin(PAIR);
     Run("rotate -r -ws 0 0 30 a");
@@ -83,11 +83,11 @@ TEST_F(TransformCommandsTest, ATurnAboutOwnAxesIsThatOfAChild) {
         const char* turn;
         const char* childOrder;
     };
-    const Row ROWS[] = {{"", "rotate -r -os 40 50 60 a", "0"},
+    const Row rows[] = {{"", "rotate -r -os 40 50 60 a", "0"},
                         {"setAttr a.ro 2; setAttr outer.ro 2;", "rotate -r 40 50 60 a", "2"},
                         {"setAttr a.ro 4; setAttr outer.ro 4;", "rotate -r -fo 40 50 60 a", "0"},
                         {"setAttr a.ra 7 8 9; setAttr outer.ra 7 8 9;", "xform -r -ro 40 50 60 a", "0"}};
-    for (const Row& row : ROWS) {
+    for (const Row& row : rows) {
         Begin("createNode transform -n a; createNode transform -n outer; createNode transform -n inner -p "
               "outer");
         Run(std::string(row.orders) + "setAttr a.r 10 20 30; setAttr outer.r 10 20 30; setAttr inner.ro " +
@@ -97,17 +97,17 @@ TEST_F(TransformCommandsTest, ATurnAboutOwnAxesIsThatOfAChild) {
 }
 
 TEST_F(TransformCommandsTest, ScaleMultipliesUnlessAbsolute) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"scale 2 2 2 a; scale 2 1 1 a; getAttr a.s", "float[] 4 2 2"},
         {"scale -a -y 3 a; getAttr a.s", "float[] 1 3 1"},
         {"scale -scaleX 3; getAttr a.s", "float[] 3 1 1"},
         {"scale -r -scaleYZ 3 4; getAttr a.s", "float[] 1 3 4"},
     };
-    ExpectSteps(PAIR, STEPS);
+    ExpectSteps(PAIR, steps);
 }
 
 TEST_F(TransformCommandsTest, XformSetsWhatItAnswers) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"xform -t 1 2 3 a; xform -q -t a", "float[] 1 2 3"},
         {"xform -t 1 2 3; xform -r -t 1 2 3; xform -q -t", "float[] 2 4 6"},
         {"xform -q -ws -t a", "float[] 10 0 0"},
@@ -127,13 +127,13 @@ TEST_F(TransformCommandsTest, XformSetsWhatItAnswers) {
         {"xform -rp 1 2 3 p; xform -r -rp 1 2 3 p; xform -q -rp p", "float[] 2 4 6"},
         {"xform -rt 1 2 3 -st 4 5 6 a; getAttr a.spt", "float[] 4 5 6"},
     };
-    ExpectSteps(PAIR, STEPS);
+    ExpectSteps(PAIR, steps);
 }
 
 TEST_F(TransformCommandsTest, XformInTheWorld) {
-    const char* const SETUPS[] = {"", "setAttr p.s 2 3 4;", "setAttr a.ro 3;", "setAttr a.ra 10 20 30;",
+    const char* const setups[] = {"", "setAttr p.s 2 3 4;", "setAttr a.ro 3;", "setAttr a.ra 10 20 30;",
                                   "setAttr p.s -1 1 1;"};
-    for (const char* setup : SETUPS) {
+    for (const char* setup : setups) {
         SCOPED_TRACE(setup);
         Begin(PAIR);
         Run(std::string(setup) + "setAttr a.t 1 2 3; setAttr a.r 5 6 7;");
@@ -157,7 +157,7 @@ TEST_F(TransformCommandsTest, XformInTheWorld) {
 }
 
 TEST_F(TransformCommandsTest, WhatCannotBeMovedStays) {
-    const Refusal REFUSALS[] = {
+    const Refusal refusals[] = {
         {PAIR, "move 1 2", "A number is missing."},
         {PAIR, "move a 1 2 3", "A number is missing."},
         {PAIR, "move 1 2 3 nosuch", "No object matches name: nosuch"},
@@ -182,7 +182,7 @@ TEST_F(TransformCommandsTest, WhatCannotBeMovedStays) {
         {"createNode transform -n a; setAttr -l on a.s", "xform -t 1 2 3 -s 2 2 2 a",
          "The attribute 'a.scaleX' is locked or connected and cannot be modified."},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
     // A locked axis that keeps its value is in nobody's way.
     Begin("createNode transform -n a; setAttr -l on a.ty");
     EXPECT_EQ(Answer("move 1 0 3 a; getAttr a.t"), "float[] 1 0 3");
@@ -193,7 +193,7 @@ TEST_F(TransformCommandsTest, WhatCannotBeMovedStays) {
 }
 
 TEST_F(TransformCommandsTest, CamerasAreNamedAsInMaya) {
-    const Question STEPS[] = {
+    const Question steps[] = {
         {"camera", "string[] camera1 cameraShape1"},
         {"camera; camera", "string[] camera2 cameraShape2"},
         {"camera -n shot", "string[] shot1 shotShape1"},
@@ -205,12 +205,12 @@ TEST_F(TransformCommandsTest, CamerasAreNamedAsInMaya) {
         {"camera; camera -e -hfa 2 -n \"eye\" camera1; camera -q -hfa eyeShape", "float 2"},
         {"camera -q -hfa persp", "float 1.41732"},
     };
-    ExpectSteps("", STEPS);
+    ExpectSteps("", steps);
 }
 
 TEST_F(TransformCommandsTest, CamerasAreEditedWholeOrNotAtAll) {
-    const char* const CAMERA = "camera; setAttr -l on camera1.rx";
-    const Question STEPS[] = {
+    const char* const camera = "camera; setAttr -l on camera1.rx";
+    const Question steps[] = {
         {"camera -e -vfa 2 camera1; camera -e -ar 1.5 camera1; camera -q -hfa camera1", "float 3"},
         {"camera -vfa 1 -ar 2; camera -q -ar camera2", "float 2"},
         {"camera -e -ff \"vertical\" camera1; camera -q -ff camera1", "string vertical"},
@@ -221,21 +221,21 @@ TEST_F(TransformCommandsTest, CamerasAreEditedWholeOrNotAtAll) {
         {"camera -q -sc persp", "int 1"},
         {"select -cl; camera -e -fl 20 camera1; camera -q -fl cameraShape1", "float 20"},
     };
-    ExpectSteps(CAMERA, STEPS);
-    const Refusal REFUSALS[] = {
-        {CAMERA, "camera -e -fl 50 -p 1 2 3 -ff bad camera1", "Unknown film fit: bad"},
-        {CAMERA, "camera -e -n lens -fl 50 -ar 0 camera1", "An aspect ratio must be greater than 0."},
-        {CAMERA, "camera -e -fl 50 -rot 4 5 6 camera1",
+    ExpectSteps(camera, steps);
+    const Refusal refusals[] = {
+        {camera, "camera -e -fl 50 -p 1 2 3 -ff bad camera1", "Unknown film fit: bad"},
+        {camera, "camera -e -n lens -fl 50 -ar 0 camera1", "An aspect ratio must be greater than 0."},
+        {camera, "camera -e -fl 50 -rot 4 5 6 camera1",
          "The attribute 'camera1.rotate' is locked or connected and cannot be modified."},
-        {CAMERA, "camera -ff sideways", "Unknown film fit: sideways"},
-        {CAMERA, "camera -e -fl 2 time1", "The object 'time1' is not in the DAG."},
+        {camera, "camera -ff sideways", "Unknown film fit: sideways"},
+        {camera, "camera -e -fl 2 time1", "The object 'time1' is not in the DAG."},
         {"createNode transform -n a", "camera -q -fl a", "The object 'a' is not a camera."},
         {"select -cl", "camera -e -fl 2", "No camera was specified."},
-        {CAMERA, "camera -q camera1", "Nothing was asked for."},
-        {CAMERA, "camera -e -fl wide camera1", "Flag '-fl' must be passed a numeric argument"},
-        {CAMERA, "camera -e -wci 1 2 3 camera1", "Invalid flag '-wci'"},
+        {camera, "camera -q camera1", "Nothing was asked for."},
+        {camera, "camera -e -fl wide camera1", "Flag '-fl' must be passed a numeric argument"},
+        {camera, "camera -e -wci 1 2 3 camera1", "Invalid flag '-wci'"},
     };
-    ExpectRefusals(REFUSALS);
+    ExpectRefusals(refusals);
 }
 
 } // namespace

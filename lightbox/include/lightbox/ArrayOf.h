@@ -5,8 +5,8 @@
 
 namespace lightbox {
 
-/// The operations that all array classes of OpenMaya share. Indexes are not checked by operator[], as in
-/// std::vector; insert() and remove() refuse an index out of range with false.
+/// The operations common to all array classes of OpenMaya. operator[] does not check indices, as in
+/// std::vector; insert() and remove() return false for an index out of range.
 template <typename T>
 class ArrayOf {
 public:

@@ -5,8 +5,8 @@
 
 class QWidget;
 
-/// A viewport. In batch there is none, and every operation fails; so does one on a viewport that has gone.
-/// Positions and sizes in view pixels, from the bottom left with y upward.
+/// A viewport. Every operation fails in batch, and on a viewport that was closed. Positions and sizes are
+/// view pixels from the bottom left, y upward.
 class M3dView {
 public:
     enum DisplayStyle { kBoundingBox, kFlatShaded, kGouraudShaded, kWireFrame, kPoints };
@@ -34,7 +34,7 @@ public:
 
     M3dView() = default;
 
-    /// The viewport that was used last.
+    /// The viewport used last.
     static M3dView active3dView(MStatus* ReturnStatus = nullptr);
     static unsigned int numberOf3dViews();
     static MStatus get3dView(unsigned int index, M3dView& view);
@@ -49,30 +49,30 @@ public:
     MStatus getCamera(MDagPath& camera) const;
     MStatus setCamera(MDagPath& camera);
     MStatus projectionMatrix(MMatrix& projectionMatrix) const;
-    /// World to camera.
+    /// The matrix from world to camera space.
     MStatus modelViewMatrix(MMatrix& modelViewMatrix) const;
 
-    /// Draws this view again, or all of them; with `force` at once.
+    /// Redraws this view, or all of them; at once with `force`.
     MStatus refresh(bool all = false, bool force = false);
 
-    /// The point under the pixel on the near clipping plane, and the direction from there.
+    /// The point under a pixel on the near clipping plane, and the direction from there.
     MStatus viewToWorld(short x_pos, short y_pos, MPoint& worldPt, MVector& worldVector) const;
     MStatus viewToWorld(short x_pos, short y_pos, MPoint& nearClipPt, MPoint& farClipPt) const;
-    /// Rounded to whole pixels. Answers whether the point is inside the view's frustum.
+    /// Rounded to whole pixels. Returns whether the point is inside the view's frustum.
     bool worldToView(const MPoint& worldPt, short& x_pos, short& y_pos,
                      MStatus* ReturnStatus = nullptr) const;
 
-    /// Between these OpenGL calls go to the view. Nested calls count.
+    /// Make the view's OpenGL context current, and end that. Calls nest.
     MStatus beginGL();
     MStatus endGL();
-    /// Between these, what is drawn with OpenGL, in view pixels, inverts what is there: drawn twice it is
-    /// gone. Lines are stippled on demand. In Viewport 2.0 nothing of it is seen. Without `drawOrthographic`
-    /// the unit stays that of the scene, as the camera sees it.
+    /// Between these, OpenGL drawing inverts the pixels below it: drawing the same twice removes it. The unit
+    /// is the view pixel; without `drawOrthographic`, it stays the scene's unit, seen through the camera.
+    /// Lines are stippled on demand. In Viewport 2.0 the drawing is invisible.
     MStatus beginXorDrawing(bool drawOrthographic = true, bool disableDepthTesting = true,
                             float lineWidth = 1.0f, LineStipplePattern stipplePattern = kStippleNone,
                             const MColor& lineColor = MColor(1, 1, 1));
     MStatus endXorDrawing();
-    /// The colour of OpenGL calls.
+    /// Sets the colour of OpenGL calls.
     MStatus setDrawColor(const MColor& color);
 
 private:

@@ -3,7 +3,7 @@
 #include <maya/MStatus.h>
 #include <maya/MTime.h>
 
-/// Current time, ranges and playback.
+/// The current time, the time ranges and playback. Times come with their unit.
 class MAnimControl {
 public:
     static MTime currentTime();

@@ -1,7 +1,6 @@
 #pragma once
 
-// Forward declarations of the OpenMaya classes, and the function types that plug-ins hand over on
-// registration.
+// Forward declarations of the OpenMaya classes, and the function types that plug-ins register.
 
 class M3dView;
 class MArgDatabase;
@@ -53,9 +52,9 @@ class MUIDrawManager;
 
 /// Makes one instance of a registered class; the host owns it.
 using MCreatorFunction = void* (*)();
-/// Creates the attributes of a registered node type, once, on registration.
+/// Creates the attributes of a registered node type. Called once, on registration.
 using MInitializeFunction = MStatus (*)();
-/// Builds the flag table of a registered command.
+/// Builds the syntax of a registered command.
 using MCreateSyntaxFunction = MSyntax (*)();
 
 namespace lightbox {

@@ -4,7 +4,7 @@
 
 class MSelectionList;
 
-/// An MArgParser that also gives objects and selection items as nodes of the scene.
+/// An MArgParser that also returns objects and selection items as nodes of the scene.
 class MArgDatabase : public MArgParser {
 public:
     MArgDatabase(const MSyntax& syntax, const MArgList& argList, MStatus* ReturnStatus = nullptr);

@@ -16,9 +16,9 @@ class ArgumentTokens;
 }
 } // namespace lightbox
 
-/// The arguments of a command, or the tokens of an attribute's data in a scene file, in their order. A text
-/// that reads as a number is taken where a number is asked for; what cannot be converted fails with
-/// MS::kInvalidParameter, an index beyond the end likewise.
+/// The arguments of a command, or the tokens of an attribute's data in a scene file, in order. A text that
+/// reads as a number counts as a number. A getter fails with MS::kInvalidParameter for an argument that
+/// cannot be converted and for an index beyond the end.
 class MArgList {
 public:
     enum { kInvalidArgIndex = 0xFFFFFFFF };
@@ -34,15 +34,14 @@ public:
     int asInt(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     double asDouble(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     MString asString(unsigned int index, MStatus* ReturnStatus = nullptr) const;
-    /// A plain number counts in the current UI time unit; a number with a unit ("2sec") is taken as such.
+    /// A plain number is in the current UI time unit; a number may have its own unit ("2sec").
     MTime asTime(unsigned int index, MStatus* ReturnStatus = nullptr) const;
-    /// The array forms take every argument from `index` on up to the next flag, and move the index behind
-    /// them.
+    /// The array forms read the arguments from `index` up to the next flag, and move the index past them.
     MIntArray asIntArray(unsigned int& index, MStatus* ReturnStatus = nullptr) const;
     MDoubleArray asDoubleArray(unsigned int& index, MStatus* ReturnStatus = nullptr) const;
     MStringArray asStringArray(unsigned int& index, MStatus* ReturnStatus = nullptr) const;
 
-    /// Reads one argument and moves the index behind it, also when the reading fails.
+    /// Reads one argument and moves the index past it, even on failure.
     MStatus get(unsigned int& index, bool& value) const;
     MStatus get(unsigned int& index, int& value) const;
     MStatus get(unsigned int& index, double& value) const;
@@ -58,7 +57,7 @@ public:
     MStatus addArg(const MString& value);
     MStatus addArg(const MTime& value);
 
-    /// Position of a flag given by its short and long name, kInvalidArgIndex when it is not there.
+    /// The position of a flag, given by its short and long name; kInvalidArgIndex when it is missing.
     unsigned int flagIndex(const char* shortFlag, const char* longFlag = nullptr) const;
 
 private:

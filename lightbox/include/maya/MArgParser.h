@@ -16,9 +16,9 @@ class ParsedArguments;
 }
 } // namespace lightbox
 
-/// A command's argument list read against its syntax. Flags are named by their short or long name, with or
-/// without the hyphen. When the list does not fit the syntax, the constructor's status is a failure whose
-/// error string says why, and the message is shown as an error.
+/// A command's argument list, parsed by its syntax. Flags are given by short or long name, with or without
+/// the hyphen. If the list does not match the syntax, the constructor's status is a failure with the reason
+/// as its error string, and the message is shown as an error.
 class MArgParser {
 public:
     MArgParser(const MSyntax& syntax, const MArgList& argList, MStatus* ReturnStatus = nullptr);
@@ -48,7 +48,7 @@ public:
 
     /// The arguments of one use of a multi-use flag.
     MStatus getFlagArgumentList(const char* flag, unsigned int occurrence, MArgList& args) const;
-    /// Where in the argument list one use of a flag stands.
+    /// The position of one use of a flag in the argument list.
     MStatus getFlagArgumentPosition(const char* flag, unsigned int occurrence, unsigned int& position) const;
 
     bool commandArgumentBool(unsigned int index, MStatus* ReturnStatus = nullptr) const;
@@ -60,7 +60,7 @@ public:
     MStatus getCommandArgument(unsigned int index, double& result) const;
     MStatus getCommandArgument(unsigned int index, MString& result) const;
 
-    /// The objects as they were written.
+    /// The objects as given in the argument list.
     MStatus getObjects(MStringArray& result) const;
 
 protected:

@@ -4,7 +4,7 @@
 
 #include <iosfwd>
 
-/// A colour with straight alpha. In RGB the components run from 0 to 1.
+/// A colour with straight alpha. RGB components are from 0 to 1.
 class MColor {
 public:
     enum MColorType { kRGB, kHSV, kCMY, kCMYK };

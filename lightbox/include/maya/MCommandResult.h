@@ -15,8 +15,8 @@ class Value;
 }
 } // namespace lightbox
 
-/// The result of a command line, with its type. A getter of another type than the result's fails and leaves
-/// its argument alone.
+/// The result of a command line, with its type. A getter for another type fails and leaves its argument
+/// unchanged.
 class MCommandResult {
 public:
     enum Type {
@@ -47,13 +47,13 @@ public:
     MStatus getResult(MDoubleArray& result) const;
     MStatus getResult(MString& result) const;
     MStatus getResult(MStringArray& result) const;
-    /// The result as text whatever its type.
+    /// The result as text, whatever its type.
     MString stringResult(MStatus* ReturnStatus = nullptr) const;
 
 private:
     friend class MGlobal;
 
-    /// How MGlobal fills it in.
+    /// Called by MGlobal.
     void setValue(const lightbox::mel::Value& newValue);
 
     std::unique_ptr<lightbox::mel::Value> value_;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The part of the scene's common render settings that says how large a picture is rendered.
+/// The size of the rendered picture, from the scene's common render settings.
 class MCommonRenderSettingsData {
 public:
     MCommonRenderSettingsData();
@@ -9,7 +9,7 @@ public:
     /// In pixels.
     unsigned int width = 0;
     unsigned int height = 0;
-    /// Width of a pixel by its height, and of the whole picture as it is shown.
+    /// Width divided by height, of a pixel and of the whole picture as displayed.
     float pixelAspectRatio = 1.0f;
     float deviceAspectRatio = 1.0f;
 };

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-/// A long computation that shows how far it is and can be interrupted. In batch, progress is a line on
-/// standard error and nothing interrupts.
+/// A long computation that shows its progress and can be interrupted. In batch, progress is a line on
+/// standard error and nothing can interrupt.
 class MComputation {
 public:
     MComputation();

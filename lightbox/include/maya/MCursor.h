@@ -6,13 +6,13 @@
 
 class QCursor;
 
-/// The shape of the pointer while a tool is in use.
+/// The shape of the pointer while a tool is current.
 class MCursor {
 public:
     /// The ordinary pointer.
     MCursor();
     /// A bitmap and its mask, both in the X bitmap format (rows of whole bytes, lowest bit leftmost), and the
-    /// pixel that points.
+    /// hot spot.
     MCursor(short width, short height, short hotSpotX, short hotSpotY, unsigned char* bits,
             unsigned char* mask);
     MCursor(const MCursor& other);

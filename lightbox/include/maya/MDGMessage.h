@@ -8,9 +8,9 @@ class MObject;
 /// The type that all nodes derive from.
 #define kDefaultNodeType "dependNode"
 
-/// Callbacks for the coming and going of nodes. Only nodes of the type, or of one that derives from it, are
-/// told of; undo and redo bring and take nodes too. A node that is removed is still in the scene while its
-/// callback runs. Both fail, and return 0, without a function.
+/// Callbacks for added and removed nodes of a type and its derived types. Undo and redo add and remove nodes
+/// too. A removed node is still in the scene while its callback runs. Registering fails and returns 0 without
+/// a function.
 class MDGMessage : public MMessage {
 public:
     static MCallbackId addNodeAddedCallback(MNodeFunction func, const MString& nodeType = kDefaultNodeType,

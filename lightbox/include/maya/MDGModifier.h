@@ -6,9 +6,9 @@
 
 #include <memory>
 
-/// Collects edits of the dependency graph that are done and undone together. A node made by createNode()
-/// stands at once, but joins the scene with doIt(). undoIt() takes back everything done; doIt() then does it
-/// again, with the same node objects. Edits added after a doIt() are done by the next one.
+/// Collects edits of the dependency graph that are done and undone together. createNode() makes a node at
+/// once, but doIt() adds it to the scene. undoIt() takes everything back; the next doIt() repeats it with the
+/// same node objects. doIt() does edits that were added after the last doIt().
 class MDGModifier {
 public:
     MDGModifier();
@@ -19,7 +19,7 @@ public:
     MObject createNode(const MTypeId& typeId, MStatus* ReturnStatus = nullptr);
     MObject createNode(const MString& type, MStatus* ReturnStatus = nullptr);
     MStatus deleteNode(const MObject& node);
-    /// Renames on doIt(); a name that is taken gets a number.
+    /// doIt() renames the node; a name that is taken gets a number.
     MStatus renameNode(const MObject& node, const MString& newName);
     MStatus connect(const MPlug& source, const MPlug& dest);
     MStatus disconnect(const MPlug& source, const MPlug& dest);
@@ -30,7 +30,7 @@ public:
     MStatus newPlugValueMTime(const MPlug& plug, const MTime& value);
     MStatus newPlugValueString(const MPlug& plug, const MString& value);
 
-    /// On failure, what was already done of this call is taken back.
+    /// On failure, takes back what this call has already done.
     MStatus doIt();
     MStatus undoIt();
 

@@ -8,14 +8,14 @@ public:
     MDagModifier();
     ~MDagModifier() override;
 
-    /// Creates a DAG node below the parent, or at the top level with none. A shape without a parent gets a
-    /// transform, and that transform is returned.
+    /// Creates a DAG node below the parent; at the top level without one. For a shape without a parent,
+    /// creates a transform too and returns the transform.
     MObject createNode(const MTypeId& typeId, const MObject& parent = MObject::kNullObj,
                        MStatus* ReturnStatus = nullptr);
     MObject createNode(const MString& type, const MObject& parent = MObject::kNullObj,
                        MStatus* ReturnStatus = nullptr);
 
-    /// Moves the node below the new parent, or to the top level with none.
+    /// Moves the node below the new parent; to the top level without one.
     MStatus reparentNode(const MObject& node, const MObject& newParent = MObject::kNullObj);
 
 private:

@@ -4,7 +4,7 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
-/// The way from the world down to a node of the DAG.
+/// A path from the world down to a node of the DAG.
 class MDagPath {
 public:
     MDagPath() = default;
@@ -22,22 +22,22 @@ public:
 
     unsigned int childCount(MStatus* ReturnStatus = nullptr) const;
     MObject child(unsigned int i, MStatus* ReturnStatus = nullptr) const;
-    /// Goes down to the child.
+    /// Extends the path to a child.
     MStatus push(const MObject& child);
-    /// Goes up; fails when that would leave the DAG.
+    /// Removes `num` nodes from the end; fails if that would leave the DAG.
     MStatus pop(unsigned int num = 1);
-    /// From a transform with exactly one shape to that shape; a path to a shape stays.
+    /// Extends the path from a transform with exactly one shape to that shape. A path to a shape stays.
     MStatus extendToShape();
     MStatus extendToShapeDirectlyBelow(unsigned int i);
     MStatus numberOfShapesDirectlyBelow(unsigned int& num) const;
     MStatus set(const MDagPath& src);
 
-    /// Names separated and preceded by "|".
+    /// The full DAG path: "|a|b".
     MString fullPathName(MStatus* ReturnStatus = nullptr) const;
-    /// The shortest path that names the node without ambiguity.
+    /// The shortest unambiguous path.
     MString partialPathName(MStatus* ReturnStatus = nullptr) const;
     bool isVisible(MStatus* ReturnStatus = nullptr) const;
-    /// From the space of the path's node to the world.
+    /// The matrix from the node's space to the world.
     MMatrix inclusiveMatrix(MStatus* ReturnStatus = nullptr) const;
     MMatrix inclusiveMatrixInverse(MStatus* ReturnStatus = nullptr) const;
 

@@ -6,15 +6,15 @@ namespace MHWRender {
 
 class MPxDrawOverride;
 
-/// Which draw override draws the nodes of a classification ("drawdb/geometry/...").
+/// Registers the draw override for the nodes of a classification ("drawdb/geometry/...").
 class MDrawRegistry {
 public:
     using DrawOverrideCreator = MPxDrawOverride* (*)(const MObject& obj);
 
-    /// Refused when a classification has an override already.
+    /// Fails when the classification has an override already.
     static MStatus registerDrawOverrideCreator(const MString& drawClassification, const MString& registrantId,
                                                DrawOverrideCreator creator);
-    /// Deletes the overrides that it has made. Refused unless both names are those of one registration.
+    /// Deletes the overrides that the creator has made. Fails unless both names belong to one registration.
     static MStatus deregisterDrawOverrideCreator(const MString& drawClassification,
                                                  const MString& registrantId);
 };

@@ -2,8 +2,7 @@
 
 #include <maya/MStatus.h>
 
-/// What a tool context is told about the pointer. Positions are in view pixels, from the bottom left with y
-/// upward.
+/// A pointer event of a tool context. Positions are view pixels from the bottom left, y upward.
 class MEvent {
 public:
     enum MouseButtonType { kLeftMouse = 1 << 6, kMiddleMouse = 1 << 7 };
@@ -12,10 +11,11 @@ public:
     MEvent() = default;
 
     MStatus getPosition(short& x_pos, short& y_pos) const;
-    /// From the top left with y downward.
+    /// From the top left, y downward.
     MStatus getWindowPosition(short& x_pos, short& y_pos) const;
     MStatus setPosition(short& x_pos, short& y_pos);
-    /// The button that was pressed or released, or is held in a drag; fails when it is neither of the two.
+    /// The button pressed, released, or held in a drag; fails if it is neither the left nor the middle
+    /// button.
     MouseButtonType mouseButton(MStatus* ReturnStatus = nullptr) const;
 
     MStatus setModifiers(unsigned int modifiers);

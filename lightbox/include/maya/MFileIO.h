@@ -3,7 +3,7 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
-/// What the host is doing with scene files at the moment.
+/// The state of the host's scene file operations.
 class MFileIO {
 public:
     static bool isReadingFile();
@@ -12,6 +12,6 @@ public:
     static bool isNewingFile();
     static bool isImportingFile();
     static bool isReferencingFile();
-    /// Path of the scene; empty for one that was never saved.
+    /// The path of the scene; empty for one that was never saved.
     static MString currentFile();
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Function set types: what an MObject is, and what it can be asked for.
+/// The types of objects and function sets.
 class MFn {
 public:
     enum Type {

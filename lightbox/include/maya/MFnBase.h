@@ -4,7 +4,7 @@
 #include <maya/MObject.h>
 #include <maya/MStatus.h>
 
-/// Base of the function sets: it holds the object that the set works on, and refuses one it cannot work on.
+/// Base of the function sets. Holds the object that the set works on, and refuses an object of another type.
 class MFnBase {
 public:
     virtual ~MFnBase();

@@ -5,7 +5,7 @@
 #include <maya/MSpace.h>
 #include <maya/MVector.h>
 
-/// Function set of cameras: the shape, or a transform with one.
+/// Function set of cameras. Accepts a camera shape, or a transform with one.
 class MFnCamera : public MFnDagNode {
 public:
     enum FilmFit { kFillFilmFit, kHorizontalFilmFit, kVerticalFilmFit, kOverscanFilmFit, kInvalid };
@@ -15,7 +15,7 @@ public:
     explicit MFnCamera(const MDagPath& object, MStatus* ReturnStatus = nullptr);
     MFn::Type type() const override;
 
-    /// In world space only with a path.
+    /// World space needs a DAG path.
     MPoint eyePoint(MSpace::Space space = MSpace::kObject, MStatus* ReturnStatus = nullptr) const;
     MVector viewDirection(MSpace::Space space = MSpace::kObject, MStatus* ReturnStatus = nullptr) const;
     MVector upDirection(MSpace::Space space = MSpace::kObject, MStatus* ReturnStatus = nullptr) const;
@@ -26,16 +26,16 @@ public:
     FilmFit filmFit(MStatus* ReturnStatus = nullptr) const;
     double filmFitOffset(MStatus* ReturnStatus = nullptr) const;
     double overscan(MStatus* ReturnStatus = nullptr) const;
-    /// Width of the film back by its height, with the lens squeeze.
+    /// Width divided by height of the film back, lens squeeze included.
     double aspectRatio(MStatus* ReturnStatus = nullptr) const;
-    /// In inches, as the film offsets and the pan are.
+    /// Inches, like the film offsets and the pan.
     double horizontalFilmAperture(MStatus* ReturnStatus = nullptr) const;
     double verticalFilmAperture(MStatus* ReturnStatus = nullptr) const;
     double horizontalFilmOffset(MStatus* ReturnStatus = nullptr) const;
     double verticalFilmOffset(MStatus* ReturnStatus = nullptr) const;
     double lensSqueezeRatio(MStatus* ReturnStatus = nullptr) const;
     double cameraScale(MStatus* ReturnStatus = nullptr) const;
-    /// In millimetres.
+    /// Millimetres.
     double focalLength(MStatus* ReturnStatus = nullptr) const;
     double nearClippingPlane(MStatus* ReturnStatus = nullptr) const;
     double farClippingPlane(MStatus* ReturnStatus = nullptr) const;

@@ -3,7 +3,7 @@
 #include <maya/MDagPath.h>
 #include <maya/MFnDependencyNode.h>
 
-/// Function set of the nodes of the DAG.
+/// Function set of DAG nodes.
 class MFnDagNode : public MFnDependencyNode {
 public:
     MFnDagNode();
@@ -11,7 +11,7 @@ public:
     explicit MFnDagNode(const MDagPath& dagPath, MStatus* ReturnStatus = nullptr);
     MFn::Type type() const override;
 
-    /// The world counts as the parent of top level nodes.
+    /// Top-level nodes have one parent, the world.
     unsigned int parentCount(MStatus* ReturnStatus = nullptr) const;
     MObject parent(unsigned int i, MStatus* ReturnStatus = nullptr) const;
     unsigned int childCount(MStatus* ReturnStatus = nullptr) const;

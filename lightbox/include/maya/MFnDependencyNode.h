@@ -5,7 +5,7 @@
 #include <maya/MString.h>
 #include <maya/MTypeId.h>
 
-/// Function set of all nodes. What it changes is not recorded for undo; use a modifier or a command for that.
+/// Function set of all nodes. Its changes are not recorded for undo; use a modifier or a command for that.
 class MFnDependencyNode : public MFnBase {
 public:
     MFnDependencyNode();
@@ -20,15 +20,15 @@ public:
     MTypeId typeId(MStatus* ReturnStatus = nullptr) const;
     MString typeName(MStatus* ReturnStatus = nullptr) const;
     MString name(MStatus* ReturnStatus = nullptr) const;
-    /// Returns the name that the node got: a name that is taken gets a number.
+    /// Returns the new name; a name that is taken gets a number.
     MString setName(const MString& name, bool createNamespace = false, MStatus* ReturnStatus = nullptr);
     bool hasUniqueName(MStatus* ReturnStatus = nullptr) const;
-    /// The plug-in's own object behind the node, or null for a node type of the host. The node owns it.
+    /// The plug-in's object of the node, or null for a node type of the host. The node owns it.
     MPxNode* userNode(MStatus* ReturnStatus = nullptr) const;
 
     unsigned int attributeCount(MStatus* ReturnStatus = nullptr) const;
     MObject attribute(unsigned int index, MStatus* ReturnStatus = nullptr) const;
-    /// By long or short name; null when the node has no such attribute.
+    /// Finds an attribute by long or short name; returns a null object when the node has none.
     MObject attribute(const MString& attrName, MStatus* ReturnStatus = nullptr) const;
     bool hasAttribute(const MString& name, MStatus* ReturnStatus = nullptr) const;
     MStatus addAttribute(const MObject& attr);

@@ -10,7 +10,7 @@ public:
     explicit MFnNumericAttribute(const MObject& object, MStatus* ReturnStatus = nullptr);
     MFn::Type type() const override;
 
-    /// Types of two to four numbers get a child for each, named after the attribute with 0, 1, 2 and 3.
+    /// A type of two to four numbers gets a child for each, named after the attribute with 0, 1, 2 and 3.
     MObject create(const MString& fullName, const MString& briefName, MFnNumericData::Type type,
                    double defaultValue = 0, MStatus* ReturnStatus = nullptr);
     MFnNumericData::Type unitType(MStatus* ReturnStatus = nullptr) const;

@@ -2,7 +2,7 @@
 
 #include <maya/MFnData.h>
 
-/// Names the kinds of numbers that attributes hold.
+/// The types of numbers that attributes hold.
 class MFnNumericData : public MFnData {
 public:
     enum Type {

@@ -13,7 +13,7 @@
 #define PLUGIN_EXPORT __attribute__((visibility("default")))
 #endif
 #if defined(__clang__)
-// Only the name is C's, so that it can be looked up; both sides are C++.
+// Only the name has C linkage, for the lookup; both sides are C++.
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
@@ -23,8 +23,8 @@ extern "C" PLUGIN_EXPORT MStatus uninitializePlugin(MObject obj);
 #pragma clang diagnostic pop
 #endif
 
-/// Function set of plug-ins: registers what a plug-in brings, and takes it out again. A name or id that is
-/// already registered is refused; so is a deregistration by another plug-in than the one that registered.
+/// Function set of plug-ins: registers and deregisters a plug-in's classes. Fails for a name or id that is
+/// already registered, and for the deregistration of another plug-in's class.
 class MFnPlugin : public MFnBase {
 public:
     MFnPlugin();
@@ -40,21 +40,21 @@ public:
 
     MStatus registerCommand(const MString& commandName, MCreatorFunction creatorFunction,
                             MCreateSyntaxFunction createSyntaxFunction = nullptr);
-    /// Takes out what is on the undo queue first, since it may hold instances of the command.
+    /// Empties the undo queue first, since it may hold instances of the command.
     MStatus deregisterCommand(const MString& commandName);
     MStatus registerContextCommand(const MString& commandName, MCreatorFunction creatorFunction);
     MStatus deregisterContextCommand(const MString& commandName);
 
     MStatus registerData(const MString& typeName, const MTypeId& typeId, MCreatorFunction creatorFunction,
                          MPxData::Type type = MPxData::kData);
-    /// Refused while values of the type exist.
+    /// Fails while values of the type exist.
     MStatus deregisterData(const MTypeId& typeId);
 
-    /// Runs the initialize function, which creates and adds the type's attributes. Of the node kinds,
-    /// kDependNode and kLocatorNode can be registered.
+    /// Runs the initialize function, which creates and adds the type's attributes. Supports kDependNode and
+    /// kLocatorNode.
     MStatus registerNode(const MString& typeName, const MTypeId& typeId, MCreatorFunction creatorFunction,
                          MInitializeFunction initializeFunction, MPxNode::Type type = MPxNode::kDependNode,
                          const MString* classification = nullptr);
-    /// Refused while nodes of the type exist.
+    /// Fails while nodes of the type exist.
     MStatus deregisterNode(const MTypeId& typeId);
 };

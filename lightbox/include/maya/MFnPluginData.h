@@ -13,7 +13,7 @@ public:
     /// Makes a new value with the type's registered creator; null when no such type is registered.
     MObject create(const MTypeId& id, MStatus* ReturnStatus = nullptr);
     MTypeId typeId(MStatus* ReturnStatus = nullptr) const;
-    /// The plug-in's own object. The data value owns it.
+    /// The plug-in's object. The data value owns it.
     MPxData* data(MStatus* ReturnStatus = nullptr) const;
     const MPxData* constData(MStatus* ReturnStatus = nullptr) const;
 };

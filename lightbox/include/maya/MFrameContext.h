@@ -8,8 +8,7 @@
 
 namespace MHWRender {
 
-/// The view that is being drawn, for Viewport 2.0. Positions in view pixels, from the bottom left with y
-/// upward.
+/// The view being drawn, in Viewport 2.0. Positions are view pixels from the bottom left, y upward.
 class MFrameContext {
 public:
     enum MatrixType {
@@ -44,14 +43,15 @@ public:
     MFrameContext(const MFrameContext&) = delete;
     MFrameContext& operator=(const MFrameContext&) = delete;
 
-    /// View, projection, and both; fails for those of an object, which is known at draw time only.
+    /// The view matrix, the projection matrix and their product. Fails for object matrices, which only exist
+    /// at draw time.
     MMatrix getMatrix(MatrixType mtype, MStatus* ReturnStatus = nullptr) const;
     MStatus getViewportDimensions(int& originX, int& originY, int& width, int& height) const;
     MDagPath getCurrentCameraPath(MStatus* ReturnStatus = nullptr) const;
     /// `destination` is the name of the panel.
     RenderingDestination renderingDestination(MString& destination) const;
 
-    /// Not rounded. A point behind the eye is mirrored.
+    /// Not rounded. A point behind the eye comes out mirrored.
     MStatus worldToViewport(const MPoint& worldPoint, double& x, double& y) const;
     /// The points under a pixel on the near and the far clipping plane.
     MStatus viewportToWorld(double x, double y, MPoint& nearPoint, MPoint& farPoint) const;

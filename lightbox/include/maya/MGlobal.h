@@ -4,7 +4,7 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
-/// What belongs to the host as a whole: messages, selection, command execution, stored preferences.
+/// Services of the whole host: messages, selection, command execution, option variables.
 class MGlobal {
 public:
     enum MMayaState { kInteractive = 0, kBatch, kLibraryApp, kBaseUIMode };
@@ -29,10 +29,10 @@ public:
     static MStatus unselect(const MObject& object);
     static MStatus getSelectionListByName(const MString& name, MSelectionList& list);
 
-    /// Executes MEL. With displayEnabled the text and its result are echoed. Called from inside the doIt,
-    /// redoIt or undoIt of a command that is undoable, with undoEnabled false, nothing is recorded for undo:
-    /// that command undoes it; from anywhere else what runs is recorded as if typed. The forms with a result
-    /// fail when the result is of another kind, and then leave it as it was.
+    /// Executes MEL. With displayEnabled, shows the text and its result. Records nothing for undo if
+    /// undoEnabled is false and the call comes from doIt, redoIt or undoIt of an undoable command, which then
+    /// has to undo it; otherwise records as if typed. A form with a result fails for a result of another type
+    /// and leaves its argument unchanged.
     static MStatus executeCommand(const MString& command, bool displayEnabled = false,
                                   bool undoEnabled = false);
     static MStatus executeCommand(const MString& command, MCommandResult& result, bool displayEnabled = false,
@@ -51,7 +51,7 @@ public:
                                   bool undoEnabled = false);
     static MString executeCommandStringResult(const MString& command, bool displayEnabled = false,
                                               bool undoEnabled = false, MStatus* ReturnStatus = nullptr);
-    /// Executes the MEL once the host is idle.
+    /// Executes MEL when the host is next idle.
     static MStatus executeCommandOnIdle(const MString& command, bool displayEnabled = false);
 
     static bool isUndoing();
@@ -60,7 +60,7 @@ public:
     static int optionVarIntValue(const MString& name, bool* exists = nullptr);
     static double optionVarDoubleValue(const MString& name, bool* exists = nullptr);
     static MString optionVarStringValue(const MString& name, bool* exists = nullptr);
-    /// Answers whether the name is new.
+    /// Returns whether the name is new.
     static bool setOptionVarValue(const MString& name, int value);
     static bool setOptionVarValue(const MString& name, double value);
     static bool setOptionVarValue(const MString& name, const MString& value);

@@ -8,8 +8,8 @@
 
 #include <memory>
 
-/// Visits the nodes of the DAG below a root (the world by default). Only nodes of the filter's type are
-/// returned, all of them with MFn::kInvalid.
+/// Visits the nodes of the DAG below a root (the world by default). Returns only nodes of the filter's type;
+/// all nodes with MFn::kInvalid.
 class MItDag {
 public:
     enum TraversalType { kInvalidType = 0, kDepthFirst = 1, kBreadthFirst = 2 };
@@ -25,7 +25,7 @@ public:
     MStatus reset(const MObject& object, TraversalType type = kDepthFirst, MFn::Type filter = MFn::kInvalid);
     bool isDone(MStatus* ReturnStatus = nullptr) const;
     MStatus next();
-    /// Leaves out what lies below the current node.
+    /// Skips the descendants of the current node.
     MStatus prune();
 
     MObject currentItem(MStatus* ReturnStatus = nullptr);

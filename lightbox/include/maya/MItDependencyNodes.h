@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// Visits all nodes of the scene that are of the filter's type, in the order they were created.
+/// Visits all nodes of the scene of the filter's type, in the order of their creation.
 class MItDependencyNodes {
 public:
     MItDependencyNodes(MFn::Type filter = MFn::kInvalid, MStatus* ReturnStatus = nullptr);

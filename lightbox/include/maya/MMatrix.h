@@ -4,7 +4,8 @@
 
 #include <iosfwd>
 
-/// A 4 by 4 matrix for row vectors: point * matrix, with the translation in the last row. Identity at first.
+/// A 4 by 4 matrix for row vectors: point * matrix, with the translation in the last row. The default is the
+/// identity.
 class MMatrix {
 public:
     MMatrix() = default;
@@ -23,7 +24,7 @@ public:
     bool isEquivalent(const MMatrix& other, double tolerance = 1.0e-10) const;
 
     MMatrix transpose() const;
-    /// Identity for a matrix without one.
+    /// The inverse; the identity for a singular matrix.
     MMatrix inverse() const;
     bool isSingular() const;
     MStatus setToIdentity();

@@ -7,7 +7,7 @@
 class MCallbackIdArray;
 class MObject;
 
-/// Id of a callback; 0 names none.
+/// Id of a callback; 0 for none.
 using MCallbackId = std::intptr_t;
 
 /// Base of the message classes.
@@ -16,8 +16,8 @@ public:
     using MBasicFunction = void (*)(void* clientData);
     using MNodeFunction = void (*)(MObject& node, void* clientData);
 
-    /// Fails for an id that is not, or no longer, registered. A callback may be removed while it runs.
+    /// Fails for an id that is not registered. A callback may be removed while it runs.
     static MStatus removeCallback(MCallbackId id);
-    /// Removes all; fails when one of them was not registered.
+    /// Removes all callbacks; fails if one of them was not registered.
     static MStatus removeCallbacks(const MCallbackIdArray& idList);
 };

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-/// A handle to something of the host: a node, an attribute, a data value, a plug-in. It keeps what it points
-/// at alive, also after a node left the scene; a default-constructed handle is null.
+/// A handle to an object of the host: a node, an attribute, a data value, a plug-in. Keeps the object alive,
+/// also a node outside the scene. A default-constructed handle is null.
 class MObject {
 public:
     bool hasFn(MFn::Type fs) const;

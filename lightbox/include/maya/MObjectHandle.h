@@ -4,17 +4,17 @@
 
 #include <memory>
 
-/// Remembers an object without keeping it alive.
+/// Refers to an object without keeping it alive.
 class MObjectHandle {
 public:
     MObjectHandle() = default;
     MObjectHandle(const MObject& object);
 
-    /// Null when the object is not alive.
+    /// The object; null when it is not alive.
     MObject object() const;
-    /// The object is there, if only on the undo queue.
+    /// Whether the object exists, even if only on the undo queue.
     bool isAlive() const;
-    /// The object is alive, and a node also is in the scene.
+    /// Whether the object is alive and, for a node, in the scene.
     bool isValid() const;
 
     bool operator==(const MObjectHandle& other) const;

@@ -4,8 +4,8 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
-/// An attribute of one node. Setting a value fails on a locked or a connected plug and with a value of
-/// another kind; numbers are clamped to the attribute's range. Nothing that is set here is recorded for undo.
+/// An attribute of one node. Setting a value fails for a locked or connected plug and for a value of another
+/// type; numbers are clamped to the attribute's range. Changes are not recorded for undo.
 class MPlug {
 public:
     MPlug() = default;
@@ -16,7 +16,7 @@ public:
     MObject attribute(MStatus* ReturnStatus = nullptr) const;
     /// "node.attribute", with long names.
     MString name(MStatus* ReturnStatus = nullptr) const;
-    /// The attribute's short name, or its long name; preceded by the node's on request.
+    /// The attribute's short or long name, after the node's name on request.
     MString partialName(bool includeNodeName = false, bool includeNonMandatoryIndices = false,
                         bool includeInstancedIndices = false, bool useAlias = false,
                         bool useFullAttributePath = false, bool useLongNames = false,
@@ -64,7 +64,7 @@ public:
     MStatus getValue(MString& value) const;
 
     MStatus setMObject(const MObject& value);
-    /// On success the plug owns the value. It has to be of the attribute's data type.
+    /// On success the plug owns the value, which must be of the attribute's data type.
     MStatus setMPxData(MPxData* value);
     MStatus setDouble(double value);
     MStatus setFloat(float value);

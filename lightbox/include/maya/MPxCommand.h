@@ -6,8 +6,8 @@
 
 #include <memory>
 
-/// Base of the commands that plug-ins define. The host makes one instance per execution and calls doIt(); if
-/// that succeeds and isUndoable() is true, the instance stays on the undo queue until it drops from it.
+/// Base class of plug-in commands. The host makes one instance per execution and calls doIt(). If that
+/// succeeds and isUndoable() is true, the instance stays on the undo queue until it drops off.
 class MPxCommand {
 public:
     MPxCommand();
@@ -21,7 +21,7 @@ public:
     virtual bool isUndoable() const;
     virtual bool hasSyntax() const;
 
-    /// The flag table with which the command was registered.
+    /// The syntax with which the command was registered.
     MSyntax syntax() const;
 
     MString commandString() const;
@@ -42,7 +42,7 @@ public:
     static void setResult(const MDoubleArray& result);
     static void setResult(const MStringArray& result);
 
-    /// Appends to the result; a result of another kind is refused.
+    /// Appends to the result; fails when the result has another type.
     static MStatus appendToResult(int result);
     static MStatus appendToResult(double result);
     static MStatus appendToResult(const MString& result);

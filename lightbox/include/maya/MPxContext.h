@@ -6,9 +6,9 @@
 
 #include <memory>
 
-/// Base of the tools that plug-ins define: what happens to the pointer in a viewport while the tool is
-/// current. In Viewport 2.0 the forms with a draw manager are called, in the legacy viewport the others; what
-/// is drawn with the manager lies over the view until the next event of the tool.
+/// Base class of plug-in tools: handles the pointer in viewports while the tool is current. Viewport 2.0
+/// calls the forms with a draw manager, the legacy viewport the others. Items drawn with the manager stay
+/// over the view until the tool's next event.
 class MPxContext {
 public:
     enum ImageIndex { kImage1 = 0, kImage2 = 1, kImage3 = 2 };
@@ -23,10 +23,10 @@ public:
     virtual MStatus doDrag(MEvent& event);
     virtual MStatus doHold(MEvent& event);
     virtual MStatus doPtrMoved(MEvent& event);
-    /// The pointer came into a view.
+    /// Called when the pointer enters a view.
     virtual MStatus doEnterRegion(MEvent& event);
 
-    // Those of Viewport 2.0, where a tool that does not override them gets its event in the form above.
+    // The forms for Viewport 2.0. By default they call the form without a draw manager.
     virtual MStatus doPress(MEvent& event, MHWRender::MUIDrawManager& drawMgr,
                             const MHWRender::MFrameContext& context);
     virtual MStatus doRelease(MEvent& event, MHWRender::MUIDrawManager& drawMgr,
@@ -37,7 +37,7 @@ public:
                            const MHWRender::MFrameContext& context);
     virtual MStatus doPtrMoved(MEvent& event, MHWRender::MUIDrawManager& drawMgr,
                                const MHWRender::MFrameContext& context);
-    /// Called with every drawing of a view, whatever happened to the pointer.
+    /// Called on every drawing of a view, not only on events.
     virtual MStatus drawFeedback(MHWRender::MUIDrawManager& drawMgr, const MHWRender::MFrameContext& context);
 
     virtual void toolOnSetup(MEvent& event);
@@ -59,7 +59,7 @@ public:
 
 protected:
     MStatus setTitleString(const MString& str);
-    /// While the tool is current, shown in the help line.
+    /// Sets the text shown in the help line while the tool is current.
     MStatus setHelpString(const MString& str);
 
 private:

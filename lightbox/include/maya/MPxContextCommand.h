@@ -10,9 +10,9 @@ namespace lightbox {
 class PluginContext;
 }
 
-/// Base of the commands that make tool contexts. Called plainly, with or without a name, such a command makes
-/// a context and answers its name; with -edit or -query and the name of one of its contexts, the flags that
-/// appendSyntax() added reach doEditFlags() and doQueryFlags() of the instance that made the context.
+/// Base class of commands that make tool contexts. Called without a mode flag, with or without a name, such a
+/// command makes a context and returns its name. With -edit or -query and the name of one of its contexts,
+/// the instance that made the context gets the flags of appendSyntax() in doEditFlags() and doQueryFlags().
 class MPxContextCommand : public MPxCommand {
 public:
     MPxContextCommand();
@@ -20,7 +20,7 @@ public:
 
     virtual MStatus doEditFlags();
     virtual MStatus doQueryFlags();
-    /// A new context; the host owns it.
+    /// Makes a context; the host owns it.
     virtual MPxContext* makeObj();
     virtual MStatus appendSyntax();
 
@@ -29,9 +29,9 @@ public:
     bool isUndoable() const override;
 
 protected:
-    /// For appendSyntax(): what is added to the answer belongs to the command.
+    /// For appendSyntax(): additions to the returned syntax change the command's own.
     MSyntax syntax(MStatus* ReturnStatus = nullptr) const;
-    /// The arguments, in doEditFlags() and doQueryFlags().
+    /// The arguments; only for doEditFlags() and doQueryFlags().
     MArgParser parser(MStatus* ReturnStatus = nullptr) const;
 
 private:

@@ -6,8 +6,8 @@
 
 #include <iosfwd>
 
-/// Base of the data types that plug-ins define. The host makes values with the registered creator, copies
-/// them with copy() and has them write and read themselves in scene files.
+/// Base class of plug-in data types. The host makes values with the registered creator and copies them with
+/// copy(); values write themselves to scene files and read themselves back.
 class MPxData {
 public:
     enum Type { kData = 0, kGeometryData, kLast };

@@ -12,14 +12,14 @@ class MDrawContext;
 class MFrameContext;
 class MUIDrawManager;
 
-/// Base of what draws nodes of a plug-in's type in Viewport 2.0. The host makes an instance for a node in a
-/// view and owns it.
+/// Base class of the overrides that draw a plug-in's nodes in Viewport 2.0. The host makes and owns one
+/// instance per node and view.
 class MPxDrawOverride {
 public:
     using GeometryDrawOverrideCb = void (*)(const MDrawContext& context, const MUserData* data);
 
-    /// Lightbox prepares every node anew whenever a view is drawn, as others do for one that is always dirty,
-    /// and draws what addUIDrawables() hands over. It has no draw context to call the callback with.
+    /// Lightbox prepares every node for each drawing of a view, as if isAlwaysDirty were true, and draws the
+    /// items of addUIDrawables(). It has no draw context, so it never calls the callback.
     MPxDrawOverride(const MObject& obj, GeometryDrawOverrideCb callback, bool isAlwaysDirty = true);
     virtual ~MPxDrawOverride();
     MPxDrawOverride(const MPxDrawOverride&) = delete;
@@ -30,8 +30,8 @@ public:
     virtual bool isBounded(const MDagPath& objPath, const MDagPath& cameraPath) const;
     virtual MBoundingBox boundingBox(const MDagPath& objPath, const MDagPath& cameraPath) const;
 
-    /// Reads from the node what drawing needs. The answer is owned by the host, which hands it back as
-    /// `oldData` the next time unless it is to be deleted after use.
+    /// Reads the data for drawing from the node. The host owns the returned data and passes it as `oldData`
+    /// the next time, unless it is deleted after use.
     virtual MUserData* prepareForDraw(const MDagPath& objPath, const MDagPath& cameraPath,
                                       const MFrameContext& frameContext, MUserData* oldData) = 0;
     virtual bool hasUIDrawables() const;

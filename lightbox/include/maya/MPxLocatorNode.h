@@ -4,7 +4,7 @@
 #include <maya/MBoundingBox.h>
 #include <maya/MPxNode.h>
 
-/// Base of locator nodes that plug-ins define: shapes under a transform, drawn by the plug-in.
+/// Base class of plug-in locators: shapes under a transform that the plug-in draws.
 class MPxLocatorNode : public MPxNode {
 public:
     MPxLocatorNode();
@@ -12,13 +12,13 @@ public:
 
     Type type() const override;
 
-    /// Draws it in the legacy viewport, with OpenGL between M3dView::beginGL() and endGL().
+    /// Draws the locator in the legacy viewport, with OpenGL between M3dView::beginGL() and endGL().
     virtual void draw(M3dView& view, const MDagPath& path, M3dView::DisplayStyle style,
                       M3dView::DisplayStatus status);
-    /// Whether boundingBox() says how much space the locator takes.
+    /// Whether boundingBox() returns the locator's extent.
     virtual bool isBounded() const;
     virtual MBoundingBox boundingBox() const;
-    /// Whether the locator is hidden together with all locators of a view.
+    /// Whether the locator is hidden when a view hides all locators.
     virtual bool excludeAsLocator() const;
     virtual bool isTransparent() const;
     virtual bool drawLast() const;

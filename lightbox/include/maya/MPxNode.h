@@ -5,8 +5,8 @@
 #include <maya/MString.h>
 #include <maya/MTypeId.h>
 
-/// Base of the node types that plug-ins define. The host makes an instance for every node of the type and
-/// owns it. The node is not reachable from the constructor yet: use postConstructor().
+/// Base class of plug-in node types. The host makes and owns an instance for every node of the type. The
+/// constructor cannot access the node yet: use postConstructor().
 class MPxNode {
 public:
     enum Type {
@@ -44,7 +44,7 @@ public:
     MPxNode(const MPxNode&) = delete;
     MPxNode& operator=(const MPxNode&) = delete;
 
-    /// Called once when the node stands and its attributes can be reached.
+    /// Called once, when the node exists and its attributes are accessible.
     virtual void postConstructor();
     virtual Type type() const;
 
@@ -53,7 +53,7 @@ public:
     MString typeName() const;
     MString name() const;
 
-    /// Whether the node is left out of saved scenes.
+    /// Whether saved scenes leave out the node.
     bool doNotWrite(MStatus* ReturnStatus = nullptr) const;
     MStatus setDoNotWrite(bool flag);
 

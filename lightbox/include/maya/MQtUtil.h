@@ -6,14 +6,14 @@
 
 class QWidget;
 
-/// The way between the host's user interface and Qt.
+/// Access to the host's user interface in Qt.
 class MQtUtil {
 public:
     static QString toQString(const MString& mstr);
     static MString toMString(const QString& qstr);
     /// The main window; null in batch.
     static QWidget* mainWindow();
-    /// The widget of a control that MEL created under that name; null when there is none, and in batch. Not
-    /// owned.
+    /// The widget of a MEL control of that name; null when there is none, and in batch. The caller does not
+    /// own it.
     static QWidget* findControl(MString controlName, const QWidget* ancestor = nullptr);
 };

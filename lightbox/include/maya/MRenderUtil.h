@@ -4,7 +4,7 @@
 
 class MCommonRenderSettingsData;
 
-/// What rendering asks of the scene.
+/// Queries for rendering.
 class MRenderUtil {
 public:
     static void getCommonRenderSettings(MCommonRenderSettingsData& data);

@@ -9,7 +9,7 @@
 
 class MStringArray;
 
-/// A list of nodes. It keeps the nodes alive; those that left the scene stay listed.
+/// A list of nodes. Keeps the nodes alive and lists them even when they are no longer in the scene.
 class MSelectionList {
 public:
     enum MergeStrategy { kMergeNormal = 0, kXORWithList = 1, kRemoveFromList = 2 };
@@ -21,7 +21,7 @@ public:
     MStatus getDependNode(unsigned int index, MObject& depNode) const;
     /// Fails for a node that is not in the DAG.
     MStatus getDagPath(unsigned int index, MDagPath& dagPath, MObject& component = MObject::kNullObj) const;
-    /// Answers the shortest unambiguous name of every item.
+    /// Returns the shortest unambiguous name of every item.
     MStatus getSelectionStrings(MStringArray& array) const;
     MStatus getSelectionStrings(unsigned int index, MStringArray& array) const;
 

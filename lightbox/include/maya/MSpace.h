@@ -1,6 +1,6 @@
 #pragma once
 
-/// In which space coordinates are meant.
+/// The space of coordinates.
 class MSpace {
 public:
     enum Space {

@@ -2,7 +2,7 @@
 
 namespace MHWRender {
 
-/// How colours are brought onto what is there.
+/// How colours are blended with the existing pixels.
 class MBlendState {
 public:
     enum ChannelMask {
@@ -15,7 +15,7 @@ public:
     };
 };
 
-/// How textures are read.
+/// How textures are sampled.
 class MSamplerState {
 public:
     enum TextureFilter {

@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <string>
 
-/// The outcome of an OpenMaya call: a code, and where there is more to say, a text.
+/// The result of an OpenMaya call: a code, and a text if there is more to say.
 class MStatus {
 public:
     enum MStatusCode {
@@ -34,7 +34,7 @@ public:
     bool error() const { return code_ != kSuccess; }
     void clear();
     MStatusCode statusCode() const { return code_; }
-    /// The text that belongs to the status: what the failing call said, else the code's own wording.
+    /// The text of the failing call, or else the name of the code.
     MString errorString() const;
     /// Prints the context and the error text to standard error; does nothing on success.
     void perror(const char* context) const;
@@ -50,7 +50,7 @@ using MS = MStatus;
 
 std::ostream& operator<<(std::ostream& os, const MStatus& status);
 
-/// Returns the status from the calling function when it is a failure.
+/// Returns the status from the calling function if it is a failure.
 #define CHECK_MSTATUS_AND_RETURN_IT(_status)                                                                 \
     do {                                                                                                     \
         const MStatus maya_status = (_status);                                                               \
@@ -59,7 +59,7 @@ std::ostream& operator<<(std::ostream& os, const MStatus& status);
         }                                                                                                    \
     } while (false)
 
-/// Returns the value from the calling function when the status is a failure.
+/// Returns the value from the calling function if the status is a failure.
 #define CHECK_MSTATUS_AND_RETURN(_status, _retVal)                                                           \
     do {                                                                                                     \
         const MStatus maya_status = (_status);                                                               \
@@ -68,7 +68,7 @@ std::ostream& operator<<(std::ostream& os, const MStatus& status);
         }                                                                                                    \
     } while (false)
 
-/// Reports a failing status on standard error and goes on.
+/// Reports a failing status on standard error and continues.
 #define CHECK_MSTATUS(_status)                                                                               \
     do {                                                                                                     \
         const MStatus maya_status = (_status);                                                               \

@@ -47,7 +47,7 @@ public:
     MStatus set(double value, int precision);
 
     unsigned int length() const { return static_cast<unsigned int>(text_.size()); }
-    /// Number of characters, where length() is the number of bytes.
+    /// Number of characters; length() is the number of bytes.
     unsigned int numChars() const;
     void clear() { text_.clear(); }
     /// The bytes from start to end, both inclusive; empty when they lie outside.
@@ -55,7 +55,7 @@ public:
     /// Position of the first, or the last, occurrence; -1 when there is none.
     int index(char c) const;
     int rindex(char c) const;
-    /// Splits at every run of the separator; empty pieces are left out.
+    /// Splits at every run of the separator; no part is empty.
     MStatus split(char c, MStringArray& result) const;
     MString& toUpperCase();
     MString& toLowerCase();

@@ -38,13 +38,13 @@ public:
     virtual ~MSyntax();
 
     /// Adds a flag with up to six arguments. Names may be given with or without the hyphen. Fails for a name
-    /// that is taken or malformed and for a short name of more than three letters.
+    /// that is taken or malformed, and for a short name of more than three letters.
     MStatus addFlag(const char* shortName, const char* longName, MArgType argType1 = kNoArg,
                     MArgType argType2 = kNoArg, MArgType argType3 = kNoArg, MArgType argType4 = kNoArg,
                     MArgType argType5 = kNoArg, MArgType argType6 = kNoArg);
-    /// Lets a flag be given more than once.
+    /// Allows a flag to be given more than once.
     MStatus makeFlagMultiUse(const char* flag);
-    /// Lets a flag keep its arguments in a query; `argRequired` false makes them optional there.
+    /// Makes a flag keep its arguments in a query; `argRequired` false makes them optional there.
     MStatus makeFlagQueryWithFullArgs(const char* flag, bool argRequired);
     MStatus addArg(MArgType argType);
 
@@ -55,7 +55,7 @@ public:
     MObjectFormat objectType() const;
     unsigned int minObjects() const;
     unsigned int maxObjects() const;
-    /// Takes the selection for the objects when none are given.
+    /// Uses the selection as the objects when none are given.
     void useSelectionAsDefault(bool useSelection);
 
     void enableQuery(bool supportsQuery = true);
@@ -67,10 +67,10 @@ private:
     friend struct lightbox::mel::SyntaxTable;
     friend class MPxContextCommand;
 
-    /// The table for a change: copies of a syntax share one until then.
+    /// The table, for writing. Copies of a syntax share a table until the first change.
     lightbox::mel::SyntaxTable& change();
 
     std::shared_ptr<lightbox::mel::SyntaxTable> table_;
-    /// Set on what MPxContextCommand::syntax() hands out to be added to.
+    /// True for the result of MPxContextCommand::syntax(), which changes the command's own table.
     bool writesThrough_ = false;
 };

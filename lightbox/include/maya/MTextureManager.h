@@ -30,7 +30,7 @@ enum MEnvironmentMapType {
     kNumberOfEnvMapTypes
 };
 
-/// What a texture is made like.
+/// The size and format of a texture.
 class MTextureDescription {
 public:
     MTextureDescription();
@@ -41,7 +41,7 @@ public:
     unsigned int fWidth;
     unsigned int fHeight;
     unsigned int fDepth;
-    /// 0: rows follow each other without a gap.
+    /// 0: rows without a gap.
     unsigned int fBytesPerRow;
     unsigned int fBytesPerSlice;
     /// Number of levels; 0: as many as the size allows.
@@ -61,8 +61,8 @@ public:
     const MString& name() const;
     void textureDescription(MTextureDescription& desc) const;
     bool hasAlpha() const;
-    /// Takes new pixels of the whole texture, top row first; `rowPitch` in bytes, 0 for rows without a gap.
-    /// Pixels that are the same as before are not brought to the card again.
+    /// Sets all pixels, top row first. `rowPitch` is in bytes, 0 for rows without a gap. Only pixels that
+    /// differ are uploaded again.
     MStatus update(const void* pixelData, bool generateMipMaps, unsigned int rowPitch = 0);
 
 private:
@@ -75,15 +75,15 @@ private:
     std::unique_ptr<State> state_;
 };
 
-/// Makes textures and keeps them by name. Each acquisition takes one release.
+/// Makes textures and keeps them by name. Each acquisition needs one release.
 class MTextureManager {
 public:
     MTextureManager(const MTextureManager&) = delete;
     MTextureManager& operator=(const MTextureManager&) = delete;
 
-    /// The texture of that name when there is one, as it is; otherwise a new one with the given pixels. An
-    /// empty name is always a new texture. 2D textures of four 8-bit channels can be made; null for any other
-    /// kind, for a size of 0 or above 16384, and without pixels.
+    /// The existing texture of that name, unchanged, or else a new one with the given pixels. An empty name
+    /// always makes a new one. Supports 2D textures of four 8-bit channels; returns null for any other kind,
+    /// for a size of 0 or above 16384, and without pixels.
     MTexture* acquireTexture(const MString& textureName, const MTextureDescription& textureDesc,
                              const void* pixelData, bool generateMipMaps = true) const;
     /// The texture of that name, acquired once more; null when there is none.

@@ -72,9 +72,9 @@ public:
     MStatus setUnit(Unit unit);
     MStatus setValue(double value);
 
-    /// The unit in which the user sees times.
+    /// The time unit of the user interface.
     static Unit uiUnit();
-    /// Frames keep their number: what was on frame 10 stays on frame 10.
+    /// Frames keep their numbers: a key on frame 10 stays on frame 10.
     static MStatus setUIUnit(Unit unit);
 
     bool operator==(const MTime& other) const;

@@ -12,9 +12,9 @@ namespace MHWRender {
 
 class MTexture;
 
-/// Takes what is to be drawn over a view of Viewport 2.0. Everything stands between beginDrawable() and
-/// endDrawable(), which starts with the default state: opaque black, line width 1, no texture. Positions and
-/// lengths of the 2D operations are in view pixels, from the bottom left with y upward.
+/// Collects items to draw over a view in Viewport 2.0. All calls are between beginDrawable() and
+/// endDrawable(). beginDrawable() resets the state: opaque black, line width 1, no texture. Positions and
+/// lengths of the 2D operations are view pixels from the bottom left, y upward.
 class MUIDrawManager {
 public:
     enum TextAlignment { kLeft = 0, kCenter, kRight };
@@ -30,20 +30,20 @@ public:
 
     void setColor(const MColor& color);
     void setLineWidth(float value);
-    /// A higher priority lies over a lower one; the default is 0.
+    /// Items of a higher priority cover those of a lower one; the default is 0.
     void setDepthPriority(unsigned int priority);
-    /// Height of a text in view pixels.
+    /// Text height in view pixels.
     void setFontSize(unsigned int fontSize);
-    /// For filled shapes; null for none. What is drawn keeps the texture, but not its pixels of the moment.
+    /// For filled shapes; null for none. Items share the texture and show its pixels at the time of drawing.
     void setTexture(MTexture* texture);
     void setTextureSampler(MSamplerState::TextureFilter filter, MSamplerState::TextureAddress address);
     void setTextureMask(MBlendState::ChannelMask mask);
 
     void line2d(const MPoint& startPoint, const MPoint& endPoint);
-    /// A rectangle about its centre; half its width and height.
+    /// A rectangle, by its centre and half its width and height.
     void rect2d(const MPoint& center, const MVector& up, double scaleX, double scaleY, bool filled = false);
     void circle2d(const MPoint& center, double radius, bool filled = false);
-    /// The text begins at the position, is centred on it or ends there.
+    /// The text starts at the position, is centred on it or ends there.
     void text2d(const MPoint& position, const MString& text, TextAlignment alignment = kLeft,
                 const int* backgroundSize = nullptr, const MColor* backgroundColor = nullptr,
                 bool dynamic = false);

@@ -1,9 +1,9 @@
 #pragma once
 
-/// What a draw override keeps from preparing to drawing.
+/// The data that a draw override passes from preparation to drawing.
 class MUserData {
 public:
-    /// With `deleteAfterUse` false the host keeps the data and hands it to the next preparation.
+    /// With `deleteAfterUse` false the host keeps the data and passes it to the next preparation.
     MUserData(bool deleteAfterUse);
     virtual ~MUserData();
     MUserData(const MUserData&) = delete;

@@ -31,13 +31,13 @@ public:
     double operator*(const MVector& other) const { return x * other.x + y * other.y + z * other.z; }
     /// Cross product.
     MVector operator^(const MVector& other) const;
-    /// The direction under the matrix; its translation does not count.
+    /// The direction transformed by the matrix, without its translation.
     MVector operator*(const MMatrix& matrix) const;
     bool operator==(const MVector& other) const { return x == other.x && y == other.y && z == other.z; }
     bool operator!=(const MVector& other) const { return !(*this == other); }
 
     double length() const;
-    /// The same direction with length 1; a null vector stays one.
+    /// The same direction with length 1; a null vector stays null.
     MVector normal() const;
     MStatus normalize();
     bool isEquivalent(const MVector& other, double tolerance = 1.0e-10) const;

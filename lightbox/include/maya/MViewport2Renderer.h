@@ -6,7 +6,7 @@ namespace MHWRender {
 
 class MTextureManager;
 
-/// What a drawing library does the work.
+/// The graphics library that draws.
 enum DrawAPI {
     kNone = 0,
     kOpenGL = (1 << 0),
@@ -15,7 +15,7 @@ enum DrawAPI {
     kAllDevices = (kOpenGL | kDirectX11 | kOpenGLCoreProfile)
 };
 
-/// How the pixels of textures and targets lie in memory.
+/// The pixel formats of textures and targets.
 enum MRasterFormat {
     kD24S8 = 0,
     kD24X8,
@@ -75,7 +75,7 @@ enum MRasterFormat {
 /// The renderer of Viewport 2.0.
 class MRenderer {
 public:
-    /// Null in batch, where nothing is drawn.
+    /// The renderer; null in batch.
     static MRenderer* theRenderer(bool initializeRenderer = true);
 
     DrawAPI drawAPI() const;

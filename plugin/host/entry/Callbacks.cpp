@@ -4,6 +4,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/DocumentFollower.h"
 
 #include <maya/MCallbackIdArray.h>
 #include <maya/MDGMessage.h>
@@ -25,14 +26,6 @@ int g_playbackScriptJob = NO_SCRIPT_JOB;
 // While it is there, nodes that came or went are still to be followed.
 std::unique_ptr<QObject> g_followUp;
 
-void FillOrClearLayerManagerDialog() {
-    if (BaseNode* master = BaseNode::GetMaster()) {
-        master->UpdateLayerManagerDialog();
-    } else {
-        BaseNode::ClearLayerManagerDialog();
-    }
-}
-
 void OnSelectionChanged(void*) {
     if (MayaUtil::IsRefreshingTimeControl()) {
         return;
@@ -53,8 +46,7 @@ void OnTimeUnitChanged(void*) {
 
 void OnSceneOpened(void*) {
     BaseNode::UpdatePlaybackTime();
-    BaseNode::UpdateTimeControlOverlay();
-    FillOrClearLayerManagerDialog();
+    DocumentFollower::FollowScene();
 }
 
 void OnApplicationExit(void*) {
@@ -62,8 +54,7 @@ void OnApplicationExit(void*) {
 }
 
 void OnUndoRedo(void*) {
-    BaseNode::UpdateTimeControlOverlay();
-    FillOrClearLayerManagerDialog();
+    DocumentFollower::FollowScene();
 }
 
 /// While a node comes or goes, the scene is not yet as it will be.
@@ -74,8 +65,7 @@ void OnNodeAddedOrRemoved(MObject&, void*) {
     g_followUp = std::make_unique<QObject>();
     QTimer::singleShot(0, g_followUp.get(), [] {
         g_followUp.release()->deleteLater();
-        BaseNode::UpdateTimeControlOverlay();
-        FillOrClearLayerManagerDialog();
+        DocumentFollower::FollowScene();
         DialogManager::FollowScene();
     });
 }

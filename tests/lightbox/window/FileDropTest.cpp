@@ -57,6 +57,7 @@ TEST_F(FileDropTest, ScenesAreOpenedAndScriptsRun) {
 
 TEST_F(FileDropTest, RecordingsAreDrawnAndUndone) {
     Show();
+    EXPECT_FALSE(Drop({Write("nobodys.json", "{}")})) << "nobody to draw it";
     host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     const QString recording = Write(
         "strokes.json", R"({"format": "vellix-strokes", "version": 1, "size": 1024, "strokes": [{"frame": 1,

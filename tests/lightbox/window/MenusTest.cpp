@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QMenuBar>
 #include <QTest>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -141,6 +142,32 @@ TEST_F(MenusTest, CutAndPasteMoveNodes) {
     EXPECT_EQ(Number("thing.tx"), 4.0);
     Run("PasteSelected");
     EXPECT_EQ(Shown("ls -sl"), "pasted__thing");
+}
+
+TEST_F(MenusTest, WhatPluginsOfferIsShownUntilTheyTakeItBack) {
+    const auto shelf = [this] {
+        QStringList labels;
+        for (const lightbox::Control* const part : Controls().Named("lightboxShelf").Children()) {
+            const auto* const button = qobject_cast<QToolButton*>(part->Widget());
+            labels << (button ? button->text() : QStringLiteral("-"));
+        }
+        return labels.join(",").toStdString();
+    };
+    const std::string plainMenu = Labels(*MenuTitled("File"));
+    const std::string plainShelf = shelf();
+    for (const char* const button : {"Old", "Note"}) {
+        Run(std::string(
+                "addPluginActions(\"notes\", {\"fileMenu\", \"Print\", \"\", \"On paper\", \"polyCube\", "
+                "\"shelf\", \"") +
+            button + "\", \"\", \"\", \"polySphere\"})");
+    }
+    Run("addPluginActions(\"other\", {\"drop.txt\", \"Read\", \"\", \"\", \"readText\"})");
+    EXPECT_NE(Labels(*MenuTitled("File")).find("Reference...,Print,-,Quit"), std::string::npos);
+    EXPECT_EQ(shelf(), "Note,-," + plainShelf) << "what was offered before has gone";
+    Run("removePluginActions \"notes\"");
+    EXPECT_EQ(Labels(*MenuTitled("File")), plainMenu);
+    EXPECT_EQ(shelf(), plainShelf);
+    EXPECT_EQ(Run("lightboxActions \"drop.txt\"").Strings().at(3), "readText") << "another plug-in's";
 }
 
 TEST_F(MenusTest, ThePluginsMenuFollowsItsSettings) {

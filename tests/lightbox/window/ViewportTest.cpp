@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <utility>
+
 using lightbox::PanelLayout;
 using lightbox::ViewOptions;
 
@@ -35,7 +37,12 @@ TEST_F(ViewportTest, IsDrawnOnceForEachTurnOfTheEventLoopAndOnlyWhenSomethingCha
                         {"the time", "currentTime 5; currentTime 6; currentTime 7", 1},
                         {"the selection", "select -cl", 1},
                         {"undo", "undo", 1},
-                        {"a name", "rename a b", 1}};
+                        {"a name", "rename a b", 1},
+                        {"the tool", "setToolTo moveSuperContext", 1},
+                        {"the frame rate", "currentUnit -time ntsc", 1},
+                        {"an option", "modelEditor -e -grid 0 modelPanel4", 1},
+                        {"the camera", "lookThru modelPanel4 top", 1},
+                        {"what is drawn already", "setAttr top.tx 7; refresh -force", 1}};
     for (const Row& row : rows) {
         EXPECT_EQ(Frames([&] { Run(row.mel); }), row.frames) << row.what;
     }
@@ -60,6 +67,24 @@ TEST_F(ViewportTest, HiddenViewsAreNotDrawn) {
     host_->ui()->RefreshViews(true);
     Settle();
     EXPECT_EQ(View("modelPanel1").FrameCount(), before);
+}
+
+TEST_F(ViewportTest, AFrameThatAsksForOthersAtOnceIsNotInterrupted) {
+    Show();
+    Run("setNamedPanelLayout \"Four View\"");
+    Settle(150);
+    const unsigned before = View("modelPanel1").FrameCount();
+    bool isAsked = false;
+    QObject::connect(&View(), &lightbox::ViewportWidget::Drawn, &View(), [&] {
+        if (!std::exchange(isAsked, true)) {
+            host_->ui()->RefreshViews(true);
+            EXPECT_EQ(View("modelPanel1").FrameCount(), before);
+            EXPECT_EQ(QOpenGLContext::currentContext(), View().context());
+        }
+    });
+    View().Refresh(true);
+    Settle(150);
+    EXPECT_EQ(View("modelPanel1").FrameCount(), before + 1);
 }
 
 TEST_F(ViewportTest, LooksThroughACameraUntilItGoes) {

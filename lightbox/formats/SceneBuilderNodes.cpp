@@ -1,8 +1,8 @@
-// The part of FileReader that makes nodes and finds them by the names that the file gave them.
+// The part of SceneBuilder that makes nodes and finds them by the names that the file gave them.
 
 #include "formats/AttributeFactory.h"
-#include "formats/FileReader.h"
 #include "formats/PreservedContent.h"
+#include "formats/SceneBuilder.h"
 #include "formats/SceneFiles.h"
 #include "formats/UnknownNodes.h"
 #include "scene/DagNode.h"
@@ -41,14 +41,14 @@ bool EndsWithPath(const std::string& fullPath, const std::string& path) {
 
 } // namespace
 
-void FileReader::AddLocalName(const std::string& name, const std::string& parentPath,
-                              const std::shared_ptr<Node>& node) {
+void SceneBuilder::AddLocalName(const std::string& name, const std::string& parentPath,
+                                const std::shared_ptr<Node>& node) {
     const std::string path = node->Type().IsDag() ? parentPath + "|" + name : name;
     names_[name].push_back({path, node});
     localPaths_[node.get()] = path;
 }
 
-std::vector<std::shared_ptr<Node>> FileReader::FindLocal(const std::string& path) const {
+std::vector<std::shared_ptr<Node>> SceneBuilder::FindLocal(const std::string& path) const {
     std::vector<std::shared_ptr<Node>> nodes;
     const auto found = names_.find(LastPart(path));
     if (found != names_.end()) {
@@ -61,7 +61,7 @@ std::vector<std::shared_ptr<Node>> FileReader::FindLocal(const std::string& path
     return nodes;
 }
 
-std::shared_ptr<Node> FileReader::Find(const std::string& path) const {
+std::shared_ptr<Node> SceneBuilder::Find(const std::string& path) const {
     const std::string plain = WithoutRoot(path);
     if (plain.empty()) {
         return nullptr;
@@ -84,16 +84,16 @@ std::shared_ptr<Node> FileReader::Find(const std::string& path) const {
     return isReachable ? node : nullptr;
 }
 
-bool FileReader::IsForeign(const Node& node) const {
+bool SceneBuilder::IsForeign(const Node& node) const {
     return source_.mode != Mode::Open && isNew_.count(&node) == 0;
 }
 
-void FileReader::Select(const std::string& path) {
+void SceneBuilder::Select(const std::string& path) {
     current_ = Find(path);
     missingDefault_ = path;
 }
 
-std::shared_ptr<Node> FileReader::FindShared(const std::string& name, const DagNode* parent) const {
+std::shared_ptr<Node> SceneBuilder::FindShared(const std::string& name, const DagNode* parent) const {
     for (const std::shared_ptr<Node>& node : host_.scene().FindAll(WithoutRoot(name))) {
         const auto* dag = dynamic_cast<const DagNode*>(node.get());
         if ((node->isShared || node->isDefault) && (!parent || (dag && dag->Parent() == parent))) {
@@ -103,7 +103,7 @@ std::shared_ptr<Node> FileReader::FindShared(const std::string& name, const DagN
     return nullptr;
 }
 
-std::string FileReader::NameInScene(const std::string& name) const {
+std::string SceneBuilder::NameInScene(const std::string& name) const {
     if (!source_.nameSpace.empty()) {
         return source_.nameSpace + ":" + name;
     }
@@ -123,7 +123,7 @@ std::string FileReader::NameInScene(const std::string& name) const {
     return (nameSpace.empty() ? nameSpace : nameSpace + ":") + prefix + "_" + Scene::WithoutNamespace(name);
 }
 
-std::shared_ptr<DagNode> FileReader::ParentFor(const std::string& parentPath) {
+std::shared_ptr<DagNode> SceneBuilder::ParentFor(const std::string& parentPath) {
     if (parentPath.empty()) {
         return nullptr;
     }
@@ -142,7 +142,7 @@ std::shared_ptr<DagNode> FileReader::ParentFor(const std::string& parentPath) {
     return dag;
 }
 
-void FileReader::SetUuid(Node& node, const std::string& uuid) {
+void SceneBuilder::SetUuid(Node& node, const std::string& uuid) {
     if (IsForeign(node)) {
         return;
     }
@@ -162,7 +162,7 @@ void FileReader::SetUuid(Node& node, const std::string& uuid) {
     node.SetUuid(uuid);
 }
 
-std::shared_ptr<const NodeType> FileReader::TypeFor(const std::string& type, bool hasParent) {
+std::shared_ptr<const NodeType> SceneBuilder::TypeFor(const std::string& type, bool hasParent) {
     if (!AttributeFactory::IsName(type)) {
         throw SceneError("\"" + type + "\" cannot be a node type.");
     }
@@ -182,7 +182,7 @@ std::shared_ptr<const NodeType> FileReader::TypeFor(const std::string& type, boo
     return unknown;
 }
 
-std::shared_ptr<Node> FileReader::ReplaceByTransform(const std::shared_ptr<Node>& unknown) {
+std::shared_ptr<Node> SceneBuilder::ReplaceByTransform(const std::shared_ptr<Node>& unknown) {
     // An unknown node at the top level could be anything; with the first node below it, it turns out to be a
     // transform.
     const std::shared_ptr<Node> transform = UnknownNodes(host_).Replace(unknown, "unknownTransform");
@@ -211,8 +211,8 @@ std::shared_ptr<Node> FileReader::ReplaceByTransform(const std::shared_ptr<Node>
     return transform;
 }
 
-std::shared_ptr<Node> FileReader::CreateNode(const std::string& type, const std::string& name,
-                                             const std::string& parentPath, bool shared) {
+std::shared_ptr<Node> SceneBuilder::CreateNode(const std::string& type, const std::string& name,
+                                               const std::string& parentPath, bool shared) {
     std::shared_ptr<DagNode> parent = ParentFor(parentPath);
     missingDefault_.clear();
     current_.reset();

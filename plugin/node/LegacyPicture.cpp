@@ -1,0 +1,112 @@
+#include "node/LegacyPicture.h"
+
+#include "host/Settings.h"
+#include "node/LegacyOutline.h"
+#include "node/ViewPlacement.h"
+
+#include <maya/M3dView.h>
+
+#include <QImage>
+#include <qopengl.h>
+
+#include <cmath>
+
+namespace vellix {
+
+LegacyPicture::~LegacyPicture() {
+    MStatus status;
+    M3dView view = m_texture != 0 ? M3dView::active3dView(&status) : M3dView();
+    if (m_texture != 0 && status && view.beginGL()) {
+        glDeleteTextures(1, &m_texture);
+        view.endGL();
+    }
+}
+
+void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement& placement, float opacity,
+                         LegacyOutline* outline) {
+    LegacyOpenGlBegin(view);
+    // Contexts come and go with their views, and take their textures along.
+    if (m_texture == 0 || glIsTexture(m_texture) == GL_FALSE) {
+        InitializeLegacyViewport();
+        m_imageKey = 0;
+    }
+    glBindTexture(GL_TEXTURE_2D, m_texture);
+    if (m_imageKey != image.cacheKey()) {
+        m_imageKey = image.cacheKey();
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image.width(), image.height(), GL_RGBA, GL_UNSIGNED_BYTE,
+                        image.constBits());
+    }
+    glColor4f(1.0f, 1.0f, 1.0f, opacity);
+    DrawQuad(placement);
+    if (outline != nullptr) {
+        outline->OnViewDrawn(view);
+    }
+    LegacyOpenGlEnd(view);
+}
+
+void LegacyPicture::InitializeLegacyViewport() {
+    glGenTextures(1, &m_texture);
+    glBindTexture(GL_TEXTURE_2D, m_texture);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, Settings::FINAL_IMAGE_WIDTH, Settings::FINAL_IMAGE_WIDTH, 0,
+                 GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    // To the edge: plain clamping would mix the border's colour in.
+    constexpr GLint clampToEdge = 0x812F;
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, clampToEdge);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, clampToEdge);
+}
+
+void LegacyPicture::LegacyOpenGlBegin(M3dView& view) {
+    view.beginGL();
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0.0, view.portWidth(), 0.0, view.portHeight(), -1.0, 1.0);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+    for (const GLenum capability : {GL_DEPTH_TEST, GL_LIGHTING, GL_CULL_FACE, GL_ALPHA_TEST}) {
+        glDisable(capability);
+    }
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glEnable(GL_TEXTURE_2D);
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+}
+
+void LegacyPicture::DrawQuad(const ViewPlacement& placement) {
+    const double size = 2.0 * placement.HalfSize();
+    double left = placement.Center().x - placement.HalfSize();
+    double top = placement.Center().y + placement.HalfSize();
+    if (size == Settings::FINAL_IMAGE_WIDTH) {
+        // Pixel for pixel: half a pixel beside, as in a view of odd size, all would be blurred. Halves go to
+        // the left and upward, as ViewPlacement rounds.
+        left = std::ceil(left - 0.5);
+        top = std::floor(top + 0.5);
+    }
+    const double corners[][2] = {{0.0, 1.0}, {1.0, 1.0}, {1.0, 0.0}, {0.0, 0.0}};
+    glBegin(GL_QUADS);
+    for (const auto& corner : corners) {
+        // The image's first row is at the top.
+        glTexCoord2d(corner[0], corner[1]);
+        glVertex2d(left + corner[0] * size, top - corner[1] * size);
+    }
+    glEnd();
+}
+
+void LegacyPicture::LegacyOpenGlEnd(M3dView& view) {
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glPopClientAttrib();
+    glPopAttrib();
+    view.endGL();
+}
+
+} // namespace vellix

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <maya/MApiNamespace.h>
+
+#include <QtGlobal>
+
+class QImage;
+
+namespace vellix {
+
+class LegacyOutline;
+class ViewPlacement;
+
+/// Draws a drawing in the legacy viewport, with OpenGL, through a texture that it keeps.
+class LegacyPicture {
+public:
+    LegacyPicture() = default;
+    LegacyPicture(const LegacyPicture&) = delete;
+    LegacyPicture& operator=(const LegacyPicture&) = delete;
+    ~LegacyPicture();
+
+    /// Draws the image at its place in the view, and the tool's outline (null for none) over it.
+    /// `opacity` is 0 to 1.
+    void Draw(M3dView& view, const QImage& image, const ViewPlacement& placement, float opacity,
+              LegacyOutline* outline);
+
+private:
+    void InitializeLegacyViewport();
+    static void LegacyOpenGlBegin(M3dView& view);
+    static void DrawQuad(const ViewPlacement& placement);
+    static void LegacyOpenGlEnd(M3dView& view);
+
+    unsigned int m_texture = 0; ///< OpenGL's name; 0 for none
+    qint64 m_imageKey = 0;      ///< of the image that is in the texture
+};
+
+} // namespace vellix

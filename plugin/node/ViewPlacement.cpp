@@ -1,0 +1,175 @@
+#include "node/ViewPlacement.h"
+
+#include "host/Settings.h"
+
+#include <maya/M3dView.h>
+#include <maya/MCommonRenderSettingsData.h>
+#include <maya/MDagPath.h>
+#include <maya/MFnCamera.h>
+#include <maya/MFrameContext.h>
+#include <maya/MMatrix.h>
+#include <maya/MRenderUtil.h>
+
+#include <QPointF>
+
+#include <cmath>
+
+namespace vellix {
+
+namespace {
+
+constexpr double SMALLEST_ZOOM = 0.001;
+
+/// Toward zero; 0 for what is no number of pixels.
+int Truncate(double size) {
+    constexpr double tooLarge = 1.0e9;
+    return std::abs(size) < tooLarge ? static_cast<int>(size) : 0;
+}
+
+/// The nearest whole number, halves upward, in single precision.
+int Round(double value) {
+    constexpr float tooLarge = 1.0e9f;
+    const float rounded = std::floor(static_cast<float>(value) + 0.5f);
+    return std::abs(rounded) < tooLarge ? static_cast<int>(rounded) : 0;
+}
+
+/// By how much a gate that fills a perspective view, or lies in it with overscan, differs from the view's own
+/// width.
+double FitFactor(double viewAspect, double filmAspect, double renderAspect) {
+    if (viewAspect < filmAspect) {
+        return renderAspect <= filmAspect ? renderAspect / viewAspect : filmAspect / viewAspect;
+    }
+    return renderAspect < filmAspect ? renderAspect / filmAspect : 1.0;
+}
+
+double GetRenderAspect() {
+    MCommonRenderSettingsData settings;
+    MRenderUtil::getCommonRenderSettings(settings);
+    return settings.height > 0 ? static_cast<double>(settings.width) / settings.height : 1.0;
+}
+
+/// The side of the square that covers the gate at zoom 1, view pixels.
+double GetGateSize(const MFnCamera& camera, double width, double height) {
+    const double renderAspect = GetRenderAspect();
+    const double horizontal = width / camera.overscan();
+    switch (camera.filmFit()) {
+    case MFnCamera::kVerticalFilmFit:
+        return height / camera.overscan() * renderAspect;
+    case MFnCamera::kFillFilmFit:
+        if (!camera.isOrtho()) {
+            return horizontal * FitFactor(width / height, camera.aspectRatio(), renderAspect);
+        }
+        return horizontal;
+    case MFnCamera::kOverscanFilmFit:
+        if (!camera.isOrtho()) {
+            return height / camera.overscan() /
+                   FitFactor(width / height, camera.aspectRatio(), renderAspect) * renderAspect;
+        }
+        return height / camera.overscan() * renderAspect;
+    default:
+        return horizontal;
+    }
+}
+
+/// The point in the world that 2D pan brings to the middle of the view.
+MPoint GetPanPoint(const MDagPath& cameraPath) {
+    const MFnCamera camera(cameraPath);
+    if (camera.isOrtho()) {
+        return camera.eyePoint(MSpace::kWorld);
+    }
+    return MPoint(camera.horizontalPan(), camera.verticalPan(), camera.farClippingPlane(), 1.0) *
+           cameraPath.inclusiveMatrix();
+}
+
+} // namespace
+
+ViewPlacement::ViewPlacement(const MDagPath& cameraPath, int width, int height)
+    : m_width(width)
+    , m_height(height)
+    , m_center(width * 0.5, height * 0.5, 0.0, 1.0) {
+    const MFnCamera camera(cameraPath);
+    m_displaySize = static_cast<float>(Truncate(GetGateSize(camera, width, height)));
+    m_halfSize = m_displaySize * 0.5f;
+    m_panZoomActive = camera.panZoomEnabled() && !Settings::ignore2dPanZoom;
+    if (m_panZoomActive) {
+        const auto zoom = static_cast<float>(camera.zoom() > 0.0 ? camera.zoom() : SMALLEST_ZOOM);
+        m_halfSize /= zoom;
+        m_displaySize /= zoom;
+    }
+}
+
+ViewPlacement ViewPlacement::For(const M3dView& view) {
+    MDagPath camera;
+    return view.getCamera(camera) ? For(view, camera) : ViewPlacement();
+}
+
+ViewPlacement ViewPlacement::For(const M3dView& view, const MDagPath& camera) {
+    ViewPlacement placement(camera, view.portWidth(), view.portHeight());
+    placement.FollowPan(view, camera);
+    return placement;
+}
+
+ViewPlacement ViewPlacement::For(const MHWRender::MFrameContext& frame, const MDagPath& camera) {
+    int originX = 0;
+    int originY = 0;
+    int width = 0;
+    int height = 0;
+    frame.getViewportDimensions(originX, originY, width, height);
+    ViewPlacement placement(camera, width, height);
+    placement.FollowPan(frame, camera);
+    return placement;
+}
+
+void ViewPlacement::FollowPan(const M3dView& view, const MDagPath& camera) {
+    if (!m_panZoomActive) {
+        m_panOffset = MPoint();
+        return;
+    }
+    short x = 0;
+    short y = 0;
+    view.worldToView(GetPanPoint(camera), x, y);
+    SetPan(x, y);
+}
+
+void ViewPlacement::FollowPan(const MHWRender::MFrameContext& frame, const MDagPath& camera) {
+    if (!m_panZoomActive) {
+        m_panOffset = MPoint();
+        return;
+    }
+    double x = 0.0;
+    double y = 0.0;
+    frame.worldToViewport(GetPanPoint(camera), x, y);
+    SetPan(x, y);
+}
+
+void ViewPlacement::SetPan(double x, double y) {
+    m_panOffset = MPoint(m_center.x - x, m_center.y - y, m_center.z, 1.0);
+    m_center = MPoint(x, y, 0.0, 1.0);
+}
+
+float ViewPlacement::Scale() const {
+    return m_displaySize / static_cast<float>(Settings::FINAL_IMAGE_WIDTH);
+}
+
+double ViewPlacement::Left() const {
+    return (m_displaySize - m_width) * 0.5 + m_panOffset.x;
+}
+
+double ViewPlacement::Top() const {
+    return (m_displaySize - m_height) * 0.5 - m_panOffset.y;
+}
+
+QPoint ViewPlacement::ToImage(const QPointF& point) const {
+    if (m_displaySize <= 0.0f) {
+        return QPoint();
+    }
+    const double scale = static_cast<double>(Settings::FINAL_IMAGE_WIDTH) / m_displaySize;
+    return QPoint(Round((point.x() + Left()) * scale), Round((m_height - point.y() + Top()) * scale));
+}
+
+MPoint ViewPlacement::ToView(const QPointF& pixel) const {
+    const double scale = Scale();
+    return MPoint(pixel.x() * scale - Left(), m_height + Top() - pixel.y() * scale, 0.0, 1.0);
+}
+
+} // namespace vellix
