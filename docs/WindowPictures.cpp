@@ -42,7 +42,7 @@ public:
 private:
     /// Returns the screen position of a frame on the time slider.
     QPoint FrameAt(int frame);
-    /// Draws an ellipse by hand. Centre, width and height are in pixels of the program.
+    /// Draws an ellipse by hand. Width and height are its half axes; all lengths are pixels of the program.
     void DrawBall(const QPoint& centre, double width, double height);
 
     RunningLightbox m_program;
