@@ -112,34 +112,34 @@ public:
 class CirclingStroke {
 public:
     CirclingStroke(Document& document)
-        : m_manager(document.manager)
-        , m_stroke(m_manager.GetActiveStroke(CAMERA, true)) {
-        m_stroke->tool = ToolType::Brush;
-        m_stroke->color = QColor(20, 90, 200);
+        : manager_(document.manager)
+        , stroke_(manager_.GetActiveStroke(CAMERA, true)) {
+        stroke_->tool = ToolType::Brush;
+        stroke_->color = QColor(20, 90, 200);
         Grow();
         Grow();
     }
 
-    ~CirclingStroke() { m_manager.CancelActiveStroke(); }
+    ~CirclingStroke() { manager_.CancelActiveStroke(); }
 
     /// Adds one segment, eight pixels long.
     void Grow() {
         StrokePoint point;
         point.size = 100;
         point.opacity = 0.8f;
-        point.position = QPoint(512 + int(300 * std::cos(m_angle)), 512 + int(300 * std::sin(m_angle)));
-        m_stroke->points.append(point);
-        m_stroke->changed = true;
-        m_angle += 8.0 / 300.0;
-        benchmark::DoNotOptimize(m_manager.GetFlattenedImage(CAMERA));
+        point.position = QPoint(512 + int(300 * std::cos(angle_)), 512 + int(300 * std::sin(angle_)));
+        stroke_->points.append(point);
+        stroke_->changed = true;
+        angle_ += 8.0 / 300.0;
+        benchmark::DoNotOptimize(manager_.GetFlattenedImage(CAMERA));
     }
 
-    const Stroke& Get() const { return *m_stroke; }
+    const Stroke& Get() const { return *stroke_; }
 
 private:
-    LayerManager& m_manager;
-    Stroke* m_stroke;
-    double m_angle = 0;
+    LayerManager& manager_;
+    Stroke* stroke_;
+    double angle_ = 0;
 };
 
 void PlainRebuild(benchmark::State& state) {

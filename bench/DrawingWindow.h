@@ -30,9 +30,9 @@ namespace vellix {
 class DrawingWindow {
 public:
     explicit DrawingWindow(const QSize& view)
-        : m_host({false, m_prefs.path().toStdString()})
-        , m_session(m_host) {
-        m_host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+        : host_({false, prefs_.path().toStdString()})
+        , session_(host_) {
+        host_.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
         Run("setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1; qmVellixNode -c persp");
         Window().show();
         for (int round = 0; round < 5 && View().size() != view; ++round) {
@@ -43,7 +43,7 @@ public:
         Turn(200);
     }
 
-    lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(m_host); }
+    lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(host_); }
     lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
     /// Draws the view and waits for the last pixel. Turns the event loop, because the window's composition
@@ -56,7 +56,7 @@ public:
         QOpenGLContext::currentContext()->functions()->glFinish();
         View().doneCurrent();
     }
-    void Run(const std::string& mel) { m_host.interpreter().Execute(mel); }
+    void Run(const std::string& mel) { host_.interpreter().Execute(mel); }
     /// Runs the benchmarks in an application with windows. Called by main().
     static int RunBenchmarks(int argc, char** argv) {
         benchmark::Initialize(&argc, argv);
@@ -80,49 +80,49 @@ public:
     }
 
 private:
-    QTemporaryDir m_prefs;
-    lightbox::LightboxHost m_host;
-    lightbox::WindowSession m_session;
+    QTemporaryDir prefs_;
+    lightbox::LightboxHost host_;
+    lightbox::WindowSession session_;
 };
 
 /// Uploads an image of a drawing's size to a texture in the view's OpenGL context.
 class ImageUpload {
 public:
     explicit ImageUpload(QOpenGLWidget& view)
-        : m_view(view)
-        , m_image(1024, 1024, QImage::Format_RGBA8888) {
-        m_image.fill(Qt::transparent);
-        m_view.makeCurrent();
-        m_gl = QOpenGLContext::currentContext()->functions();
-        m_gl->glGenTextures(1, &m_texture);
-        m_gl->glBindTexture(GL_TEXTURE_2D, m_texture);
-        m_gl->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, m_image.width(), m_image.height(), 0, GL_RGBA,
-                           GL_UNSIGNED_BYTE, nullptr);
-        m_view.doneCurrent();
+        : view_(view)
+        , image_(1024, 1024, QImage::Format_RGBA8888) {
+        image_.fill(Qt::transparent);
+        view_.makeCurrent();
+        gl_ = QOpenGLContext::currentContext()->functions();
+        gl_->glGenTextures(1, &texture_);
+        gl_->glBindTexture(GL_TEXTURE_2D, texture_);
+        gl_->glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, image_.width(), image_.height(), 0, GL_RGBA,
+                          GL_UNSIGNED_BYTE, nullptr);
+        view_.doneCurrent();
     }
     ~ImageUpload() {
-        m_view.makeCurrent();
-        m_gl->glDeleteTextures(1, &m_texture);
-        m_view.doneCurrent();
+        view_.makeCurrent();
+        gl_->glDeleteTextures(1, &texture_);
+        view_.doneCurrent();
     }
     ImageUpload(const ImageUpload&) = delete;
     ImageUpload& operator=(const ImageUpload&) = delete;
 
     /// Uploads the image and waits until that is done.
     void Run() const {
-        m_view.makeCurrent();
-        m_gl->glBindTexture(GL_TEXTURE_2D, m_texture);
-        m_gl->glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, m_image.width(), m_image.height(), GL_RGBA,
-                              GL_UNSIGNED_BYTE, m_image.constBits());
-        m_gl->glFinish();
-        m_view.doneCurrent();
+        view_.makeCurrent();
+        gl_->glBindTexture(GL_TEXTURE_2D, texture_);
+        gl_->glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image_.width(), image_.height(), GL_RGBA,
+                             GL_UNSIGNED_BYTE, image_.constBits());
+        gl_->glFinish();
+        view_.doneCurrent();
     }
 
 private:
-    QOpenGLWidget& m_view;
-    QImage m_image;
-    QOpenGLFunctions* m_gl = nullptr;
-    GLuint m_texture = 0;
+    QOpenGLWidget& view_;
+    QImage image_;
+    QOpenGLFunctions* gl_ = nullptr;
+    GLuint texture_ = 0;
 };
 
 } // namespace vellix

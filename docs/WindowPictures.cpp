@@ -19,15 +19,15 @@ class Photographer {
 public:
     /// Starts the program with the arguments.
     Photographer(const Lightbox& home, const QStringList& arguments, const QString& folder)
-        : m_program(home, arguments + QStringList{"-script", home.Path("item.mel")})
-        , m_folder(folder) {}
+        : program_(home, arguments + QStringList{"-script", home.Path("item.mel")})
+        , folder_(folder) {}
 
     void Take(const QString& name, const QString& control = QString()) {
         RunningLightbox::Rest(250);
-        m_program.Grab(control).save(m_folder.filePath(name + ".png"));
+        program_.Grab(control).save(folder_.filePath(name + ".png"));
     }
     QString Item(const QString& menu, const QString& label) {
-        return m_program.Mel("pictureItem \"" + menu + "\" \"" + label + "\"");
+        return program_.Mel("pictureItem \"" + menu + "\" \"" + label + "\"");
     }
 
     void TakeViews();
@@ -45,103 +45,103 @@ private:
     /// Draws an ellipse by hand. Width and height are its half axes; all lengths are pixels of the program.
     void DrawBall(const QPoint& centre, double width, double height);
 
-    RunningLightbox m_program;
-    QDir m_folder;
+    RunningLightbox program_;
+    QDir folder_;
 };
 
 void Photographer::TakeViews() {
-    m_program.Mel("currentTime 9; qmVellixUtil -e -ghostPrevious 1; qmVellixUtil -e -ghostNext 1");
+    program_.Mel("currentTime 9; qmVellixUtil -e -ghostPrevious 1; qmVellixUtil -e -ghostNext 1");
     Take("window");
-    m_program.Mel("modelEditor -e -rendererName \"base_OpenGL_Renderer\" modelPanel4");
+    program_.Mel("modelEditor -e -rendererName \"base_OpenGL_Renderer\" modelPanel4");
     Take("window_legacy");
-    m_program.Mel("modelEditor -e -rendererName \"vp2Renderer\" modelPanel4");
-    m_program.Mel("setNamedPanelLayout \"Four View\"");
+    program_.Mel("modelEditor -e -rendererName \"vp2Renderer\" modelPanel4");
+    program_.Mel("setNamedPanelLayout \"Four View\"");
     Take("four_views");
-    m_program.Mel("setNamedPanelLayout \"Two Panes Side by Side\"");
+    program_.Mel("setNamedPanelLayout \"Two Panes Side by Side\"");
     Take("two_views");
-    m_program.Mel("setNamedPanelLayout \"Single View\"");
+    program_.Mel("setNamedPanelLayout \"Single View\"");
 }
 
 void Photographer::TakePanAndZoom() {
     RunningLightbox::Rest(200);
-    const QPoint centre = m_program.Place("modelPanel4").center();
-    m_program.MoveTo(centre);
-    m_program.Hold(RunningLightbox::Backslash);
-    m_program.Drag(centre, centre + QPoint(160, 90), RunningLightbox::Middle);
-    m_program.Drag(centre, centre + QPoint(160, 0), RunningLightbox::Right);
-    m_program.LetGo(RunningLightbox::Backslash);
+    const QPoint centre = program_.Place("modelPanel4").center();
+    program_.MoveTo(centre);
+    program_.Hold(RunningLightbox::Backslash);
+    program_.Drag(centre, centre + QPoint(160, 90), RunningLightbox::Middle);
+    program_.Drag(centre, centre + QPoint(160, 0), RunningLightbox::Right);
+    program_.LetGo(RunningLightbox::Backslash);
     Take("pan_zoom_on");
-    m_program.Mel("camera -e -panZoomEnabled 0 persp");
+    program_.Mel("camera -e -panZoomEnabled 0 persp");
     Take("pan_zoom_off");
 }
 
 QPoint Photographer::FrameAt(int frame) {
-    const QRect slider = m_program.Place("timeControl1");
+    const QRect slider = program_.Place("timeControl1");
     const double perFrame = slider.width() * 0.99 / FRAMES;
     return {qRound(slider.left() + slider.width() * 0.005 + (frame - 0.5) * perFrame),
             slider.top() + slider.height() / 3};
 }
 
 void Photographer::TakeSlider() {
-    m_program.Click("shelfButton1");
-    m_program.Click(FrameAt(7));
+    program_.Click("shelfButton1");
+    program_.Click(FrameAt(7));
     RunningLightbox::Rest(500);
-    m_program.Hold(RunningLightbox::Shift);
-    m_program.Drag(FrameAt(5), FrameAt(9));
-    m_program.LetGo(RunningLightbox::Shift);
+    program_.Hold(RunningLightbox::Shift);
+    program_.Drag(FrameAt(5), FrameAt(9));
+    program_.LetGo(RunningLightbox::Shift);
     Take("slider_range", "timeSliderBar");
-    m_program.DragTo(FrameAt(7), FrameAt(13));
+    program_.DragTo(FrameAt(7), FrameAt(13));
     Take("slider_dragged", "timeSliderBar");
-    m_program.MoveTo(FrameAt(7));
-    m_program.Release();
-    m_program.Mel("setToolTo selectSuperContext");
+    program_.MoveTo(FrameAt(7));
+    program_.Release();
+    program_.Mel("setToolTo selectSuperContext");
     // A click beside the range clears it.
-    m_program.Click(FrameAt(15));
-    m_program.Mel("currentTime 9");
+    program_.Click(FrameAt(15));
+    program_.Mel("currentTime 9");
 }
 
 void Photographer::TakeMenus() {
-    const QString menu = m_program.Mel("string $menu = $gQmVxMainMenu");
+    const QString menu = program_.Mel("string $menu = $gQmVxMainMenu");
     int number = 0;
     for (const char* label : {"Draw Tool", "Layer", "Frame", "Ghosting", "Display Timeline Frames", "View",
                               "Utilities", "Cleanup"}) {
-        m_program.Choose({menu, Item(menu, label)});
+        program_.Choose({menu, Item(menu, label)});
         Take(QString("menu_%1").arg(++number));
         for (int i = 0; i < 3; ++i) {
-            m_program.Type(RunningLightbox::Escape);
+            program_.Type(RunningLightbox::Escape);
         }
     }
-    m_program.Choose({"mainFileMenu"});
+    program_.Choose({"mainFileMenu"});
     Take("menu_file");
-    m_program.Type(RunningLightbox::Escape);
+    program_.Type(RunningLightbox::Escape);
 }
 
 void Photographer::TakeFloatingView() {
-    const QString menu = m_program.Mel("string $menu = $gQmVxMainMenu");
+    const QString menu = program_.Mel("string $menu = $gQmVxMainMenu");
     const QString view = Item(menu, "View");
-    m_program.Choose({menu, view, Item(view, "Move layers to Vellix View")});
+    program_.Choose({menu, view, Item(view, "Move layers to Vellix View")});
     RunningLightbox::Rest(300);
-    m_program.Type(RunningLightbox::Return);
+    program_.Type(RunningLightbox::Return);
     RunningLightbox::Rest(300);
-    m_program.Mel(
+    program_.Mel(
         "camera -e -filmFit \"vertical\" -overscan 1.05 vellixCam; setAttr perspShape.displayResolution 0");
     Take("floating_view");
 }
 
 void Photographer::TakeTransform() {
-    const QRect view = m_program.Place("modelPanel4");
+    const QRect view = program_.Place("modelPanel4");
     const QPoint ball = view.center() + QPoint(-107, 182); // the squashed ball of the demo
-    m_program.Mel("currentTime 9; qmVellixUtil -e -ghostPrevious 0; qmVellixUtil -e -ghostNext 0");
-    m_program.Click("shelfButton2");
-    m_program.Drag(ball - QPoint(80, 55), ball + QPoint(80, 55));
-    m_program.Type(RunningLightbox::Return);
+    program_.Mel("currentTime 9; qmVellixUtil -e -ghostPrevious 0; qmVellixUtil -e -ghostNext 0");
+    program_.Click("shelfButton2");
+    program_.Drag(ball - QPoint(80, 55), ball + QPoint(80, 55));
+    program_.Type(RunningLightbox::Return);
     RunningLightbox::Rest(300);
-    m_program.Hold(RunningLightbox::Shift);
-    m_program.Drag(ball, ball + QPoint(25, 0));
-    m_program.LetGo(RunningLightbox::Shift);
+    program_.Hold(RunningLightbox::Shift);
+    program_.Drag(ball, ball + QPoint(25, 0));
+    program_.LetGo(RunningLightbox::Shift);
     Take("transforming", "modelPanel4");
-    m_program.Type(RunningLightbox::Escape);
-    m_program.Mel("setToolTo selectSuperContext");
+    program_.Type(RunningLightbox::Escape);
+    program_.Mel("setToolTo selectSuperContext");
 }
 
 void Photographer::DrawBall(const QPoint& centre, double width, double height) {
@@ -150,12 +150,12 @@ void Photographer::DrawBall(const QPoint& centre, double width, double height) {
                                qRound(height * std::sin(2.0 * M_PI * turn)));
     };
     constexpr int steps = 70;
-    m_program.Press(place(0.0));
+    program_.Press(place(0.0));
     for (int i = 1; i <= steps; ++i) {
-        m_program.MoveTo(place(1.05 * i / steps));
+        program_.MoveTo(place(1.05 * i / steps));
         RunningLightbox::Rest(10);
     }
-    m_program.Release();
+    program_.Release();
     RunningLightbox::Rest(600); // else the next press is a double click
 }
 
@@ -168,18 +168,18 @@ void Photographer::TakeFirstSketch() {
     // A ball that falls, is squashed, and jumps.
     const Drawing drawings[] = {{1, {-300, -150}, 55.0}, {4, {-200, 20}, 62.0},  {7, {-110, 165}, 38.0},
                                 {10, {-10, 30}, 62.0},   {13, {100, -60}, 55.0}, {16, {200, 30}, 60.0}};
-    const QPoint centre = m_program.Place("modelPanel4").center();
-    m_program.Mel("playbackOptions -ast 1 -min 1 -max 24 -aet 24");
-    m_program.Click("shelfButton1");
+    const QPoint centre = program_.Place("modelPanel4").center();
+    program_.Mel("playbackOptions -ast 1 -min 1 -max 24 -aet 24");
+    program_.Click("shelfButton1");
     for (const Drawing& drawing : drawings) {
-        m_program.Click(FrameAt(drawing.frame));
+        program_.Click(FrameAt(drawing.frame));
         DrawBall(centre + drawing.place, 55.0 * 55.0 / drawing.height, drawing.height);
         if (drawing.frame == 1) {
             Take("first_drawing");
-            m_program.Mel("qmVellixUtil -e -ghostPrevious 1; qmVellixUtil -e -ghostNext 1");
+            program_.Mel("qmVellixUtil -e -ghostPrevious 1; qmVellixUtil -e -ghostNext 1");
         }
     }
-    m_program.Click(FrameAt(10));
+    program_.Click(FrameAt(10));
     Take("first_sketch");
 }
 

@@ -6,24 +6,24 @@
 namespace vellix {
 
 void ActiveLayers::Remember(const BaseNode& node, const QList<QString>& cameras) {
-    m_camera = node.GetActiveCamera();
-    m_index = node.GetActiveLayerIndex(m_camera);
-    m_others.clear();
+    camera_ = node.GetActiveCamera();
+    index_ = node.GetActiveLayerIndex(camera_);
+    others_.clear();
     for (const QString& camera : cameras) {
-        if (camera != m_camera) {
-            m_others.append(qMakePair(camera, node.GetActiveLayerIndex(camera)));
+        if (camera != camera_) {
+            others_.append(qMakePair(camera, node.GetActiveLayerIndex(camera)));
         }
     }
 }
 
 void ActiveLayers::Restore(BaseNode& node) const {
-    for (const auto& other : m_others) {
+    for (const auto& other : others_) {
         node.SetActiveLayer(other.first, other.second, false);
     }
-    if (!m_camera.isEmpty()) {
-        node.SetActiveLayer(m_camera, m_index, true);
+    if (!camera_.isEmpty()) {
+        node.SetActiveLayer(camera_, index_, true);
     } else if (const std::shared_ptr<LayerManager> layers = node.GetLayerManager()) {
-        layers->SetActiveCamera(m_camera);
+        layers->SetActiveCamera(camera_);
     }
 }
 

@@ -17,13 +17,13 @@ public:
     /// Makes them active again, the active camera last.
     void Restore(BaseNode& node) const;
 
-    const QString& GetCamera() const { return m_camera; }
-    int GetIndex() const { return m_index; }
+    const QString& GetCamera() const { return camera_; }
+    int GetIndex() const { return index_; }
 
 private:
-    QString m_camera;
-    int m_index = -1;
-    QList<QPair<QString, int>> m_others;
+    QString camera_;
+    int index_ = -1;
+    QList<QPair<QString, int>> others_;
 };
 
 } // namespace vellix

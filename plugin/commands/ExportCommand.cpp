@@ -65,14 +65,14 @@ const FlagTable<ExportCommand>& ExportCommand::Flags() {
     using Flag = FlagRow<ExportCommand>;
     using E = ExportCommand;
     static const FlagTable<E> flags({
-        Flag("-f", "-file", {&E::m_pattern}),
-        Flag("-c", "-camera", {&E::m_camera}),
-        Flag("-st", "-startTime", {&E::m_startTime}),
-        Flag("-et", "-endTime", {&E::m_endTime}),
-        Flag("-g", "-ghosting", {&E::m_ghosting}),
-        Flag("-bg", "-background", {&E::m_red, &E::m_green, &E::m_blue}).Sets(&E::m_hasBackground),
-        Flag("-cs", "-contactSheet", {&E::m_contactSheet}),
-        Flag("-mv", "-movie", {&E::m_movie}),
+        Flag("-f", "-file", {&E::pattern_}),
+        Flag("-c", "-camera", {&E::camera_}),
+        Flag("-st", "-startTime", {&E::startTime_}),
+        Flag("-et", "-endTime", {&E::endTime_}),
+        Flag("-g", "-ghosting", {&E::ghosting_}),
+        Flag("-bg", "-background", {&E::red_, &E::green_, &E::blue_}).Sets(&E::hasBackground_),
+        Flag("-cs", "-contactSheet", {&E::contactSheet_}),
+        Flag("-mv", "-movie", {&E::movie_}),
     });
     return flags;
 }
@@ -99,19 +99,19 @@ MStatus ExportCommand::doIt(const MArgList& args) {
         Logger::Error("There is no drawing in the scene.");
         return MS::kFailure;
     }
-    m_camera = CameraArgument::Resolve(m_camera, node);
-    if (m_camera.isEmpty()) {
+    camera_ = CameraArgument::Resolve(camera_, node);
+    if (camera_.isEmpty()) {
         return MS::kFailure;
     }
-    if (layers->LayerCount(m_camera) == 0) {
-        Logger::Error(QString("The camera %1 has no layers. Name one that has with -camera.").arg(m_camera));
+    if (layers->LayerCount(camera_) == 0) {
+        Logger::Error(QString("The camera %1 has no layers. Name one that has with -camera.").arg(camera_));
         return MS::kFailure;
     }
     if (!CheckRange() || !CheckFiles() || !WriteAll(*layers)) {
         return MS::kFailure;
     }
     MStringArray result;
-    for (const QString& file : m_files) {
+    for (const QString& file : files_) {
         result.append(MayaUtil::ToMString(file));
     }
     setResult(result);
@@ -126,26 +126,26 @@ bool ExportCommand::ReadArguments(const MArgList& args) {
     if (!status) {
         return false;
     }
-    m_startTime = MayaUtil::GetPlaybackRangeStart();
-    m_endTime = MayaUtil::GetPlaybackRangeEnd();
+    startTime_ = MayaUtil::GetPlaybackRangeStart();
+    endTime_ = MayaUtil::GetPlaybackRangeEnd();
     Flags().Read(*this, arguments);
     return CheckTimes() && CheckBackground();
 }
 
 bool ExportCommand::CheckTimes() {
     const double limit = 1e9; // far beyond every timeline, and still an int
-    for (const double frame : {m_startTime.as(MTime::uiUnit()), m_endTime.as(MTime::uiUnit())}) {
+    for (const double frame : {startTime_.as(MTime::uiUnit()), endTime_.as(MTime::uiUnit())}) {
         if (!(frame >= -limit && frame <= limit)) {
             return RefuseExport("The frame range is not on the timeline. Check -startTime and -endTime.");
         }
     }
-    m_start = ToWholeFrames(m_startTime);
-    m_end = ToWholeFrames(m_endTime);
+    start_ = ToWholeFrames(startTime_);
+    end_ = ToWholeFrames(endTime_);
     return true;
 }
 
 bool ExportCommand::CheckBackground() const {
-    for (const int component : {m_red, m_green, m_blue}) {
+    for (const int component : {red_, green_, blue_}) {
         if (component < 0 || component > 255) {
             return RefuseExport("A background is three numbers from 0 to 255: red, green and blue.");
         }
@@ -154,96 +154,96 @@ bool ExportCommand::CheckBackground() const {
 }
 
 bool ExportCommand::CheckRange() const {
-    if (m_end < m_start) {
+    if (end_ < start_) {
         return RefuseExport(
             QString("There are no frames from %1 to %2. Let -endTime not be before -startTime.")
-                .arg(m_start)
-                .arg(m_end));
+                .arg(start_)
+                .arg(end_));
     }
-    const int limit = m_contactSheet.isEmpty() ? MAX_FRAMES : ContactSheet::MAX_COUNT;
-    if (m_end - m_start >= limit) {
+    const int limit = contactSheet_.isEmpty() ? MAX_FRAMES : ContactSheet::MAX_COUNT;
+    if (end_ - start_ >= limit) {
         return RefuseExport(
             QString("The range from %1 to %2 is too long: at most %3 frames %4.")
-                .arg(m_start)
-                .arg(m_end)
+                .arg(start_)
+                .arg(end_)
                 .arg(limit)
-                .arg(m_contactSheet.isEmpty() ? "are exported at a time" : "fit on a contact sheet"));
+                .arg(contactSheet_.isEmpty() ? "are exported at a time" : "fit on a contact sheet"));
     }
     return true;
 }
 
 bool ExportCommand::CheckFiles() const {
-    if (m_pattern.isEmpty() && m_movie.isEmpty()) {
+    if (pattern_.isEmpty() && movie_.isEmpty()) {
         return RefuseExport(
             "No file. Name the frames with -file, for example \"frames/walk.####.png\", or a movie "
             "with -movie.");
     }
-    if (!m_pattern.isEmpty() && !ImageSequence(m_pattern).HasNumber() && m_end > m_start) {
+    if (!pattern_.isEmpty() && !ImageSequence(pattern_).HasNumber() && end_ > start_) {
         return RefuseExport(
             QString("\"%1\" would be written by every frame. Put a run of # where the frame number goes, "
                     "for example \"walk.####.png\".")
-                .arg(m_pattern));
+                .arg(pattern_));
     }
-    return (m_pattern.isEmpty() || CheckPicture(m_pattern)) &&
-           (m_contactSheet.isEmpty() || CheckPicture(m_contactSheet)) && (m_movie.isEmpty() || CheckMovie());
+    return (pattern_.isEmpty() || CheckPicture(pattern_)) &&
+           (contactSheet_.isEmpty() || CheckPicture(contactSheet_)) && (movie_.isEmpty() || CheckMovie());
 }
 
 bool ExportCommand::CheckMovie() const {
-    if (!MovieWriter::SUFFIXES.contains(QFileInfo(m_movie).suffix(), Qt::CaseInsensitive)) {
+    if (!MovieWriter::SUFFIXES.contains(QFileInfo(movie_).suffix(), Qt::CaseInsensitive)) {
         return RefuseExport(QString("A movie is a .%1 file. Let \"%2\" end in one of these.")
-                                .arg(MovieWriter::SUFFIXES.join(", ."), m_movie));
+                                .arg(MovieWriter::SUFFIXES.join(", ."), movie_));
     }
     if (MovieWriter::FindEncoder().isEmpty()) {
         return RefuseExport(
             "Movies are written by ffmpeg, which is not installed. Install it (the package ffmpeg, or "
             "from ffmpeg.org) so that it is on the PATH, or write pictures with -file.");
     }
-    return CheckFolder(m_movie);
+    return CheckFolder(movie_);
 }
 
 // --- writing ----------------------------------------------------------------------------------------------
 
 QImage ExportCommand::Compose(const LayerManager& layers, int frame) const {
-    QImage drawing = layers.ComposeFrame(m_camera, frame, m_ghosting);
-    if (!m_hasBackground) {
+    QImage drawing = layers.ComposeFrame(camera_, frame, ghosting_);
+    if (!hasBackground_) {
         return drawing;
     }
     QImage opaque(drawing.size(), QImage::Format_RGB32);
-    opaque.fill(QColor(m_red, m_green, m_blue));
+    opaque.fill(QColor(red_, green_, blue_));
     QPainter(&opaque).drawImage(0, 0, drawing);
     return opaque;
 }
 
 bool ExportCommand::WriteAll(const LayerManager& layers) {
     FrameOutputs outputs;
-    if (!m_pattern.isEmpty()) {
-        outputs.AddPictures(m_pattern);
+    if (!pattern_.isEmpty()) {
+        outputs.AddPictures(pattern_);
     }
-    if (!m_contactSheet.isEmpty()) {
-        outputs.AddContactSheet(m_contactSheet, m_end - m_start + 1,
-                                QString("%1, frames %2 to %3").arg(m_camera).arg(m_start).arg(m_end));
+    if (!contactSheet_.isEmpty()) {
+        outputs.AddContactSheet(contactSheet_, end_ - start_ + 1,
+                                QString("%1, frames %2 to %3").arg(camera_).arg(start_).arg(end_));
     }
-    if (!m_movie.isEmpty()) {
-        outputs.AddMovie(m_movie, SceneRate());
+    if (!movie_.isEmpty()) {
+        outputs.AddMovie(movie_, SceneRate());
     }
     MComputation computation;
     computation.beginComputation(true);
-    computation.setProgressRange(m_start, m_end + 1);
+    computation.setProgressRange(start_, end_ + 1);
     computation.setProgressStatus("Exporting frames");
-    int frame = m_start;
-    for (bool going = true; frame <= m_end && going; ++frame) {
+    int frame = start_;
+    for (bool going = true; frame <= end_ && going; ++frame) {
         going = outputs.Write(Compose(layers, frame), frame);
         computation.setProgress(frame + 1);
         going = going && !computation.isInterruptRequested();
     }
-    const bool all = frame > m_end;
+    const bool all = frame > end_;
     const QString fault = outputs.Finish(all);
     computation.endComputation();
     if (!fault.isEmpty()) {
         return RefuseExport(fault);
     }
-    m_files = outputs.Files();
-    return all || RefuseExport(QString("Interrupted after %1 frames.").arg(frame - m_start));
+    files_ = outputs.Files();
+    return all || RefuseExport(QString("Interrupted after %1 frames.").arg(frame - start_));
 }
 
 } // namespace vellix

@@ -47,20 +47,20 @@ private:
     bool WriteAll(const LayerManager& layers);
     QImage Compose(const LayerManager& layers, int frame) const;
 
-    QString m_pattern;
-    QString m_camera;
-    QString m_contactSheet;
-    QString m_movie;
-    MTime m_startTime;
-    MTime m_endTime;
-    int m_start = 0; // whole frames
-    int m_end = 0;
-    bool m_ghosting = false;
-    bool m_hasBackground = false;
-    int m_red = 0;
-    int m_green = 0;
-    int m_blue = 0;
-    QStringList m_files;
+    QString pattern_;
+    QString camera_;
+    QString contactSheet_;
+    QString movie_;
+    MTime startTime_;
+    MTime endTime_;
+    int start_ = 0; // whole frames
+    int end_ = 0;
+    bool ghosting_ = false;
+    bool hasBackground_ = false;
+    int red_ = 0;
+    int green_ = 0;
+    int blue_ = 0;
+    QStringList files_;
 };
 
 } // namespace vellix

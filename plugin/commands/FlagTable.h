@@ -35,12 +35,12 @@ public:
         : FlagValue(MSyntax::kTime, member, &MArgParser::flagArgumentMTime) {}
     /// An argument that is accepted and not read.
     FlagValue(MSyntax::MArgType type)
-        : m_type(type) {}
+        : type_(type) {}
     /// A whole number from 0; one that is too large for the member becomes the largest.
     static FlagValue Whole(int Command::*member) {
         FlagValue value(MSyntax::kUnsigned);
-        value.m_read = [member](Command& command, const MArgDatabase& arguments, const char* flag,
-                                unsigned int index) {
+        value.read_ = [member](Command& command, const MArgDatabase& arguments, const char* flag,
+                               unsigned int index) {
             unsigned int number = 0;
             const bool found = arguments.getFlagArgument(flag, index, number);
             constexpr auto largest = static_cast<unsigned int>(std::numeric_limits<int>::max());
@@ -50,18 +50,18 @@ public:
         return value;
     }
 
-    MSyntax::MArgType GetType() const { return m_type; }
+    MSyntax::MArgType GetType() const { return type_; }
     /// False, with the member as it was, when the argument is not there: in a query there are none.
     bool Read(Command& command, const MArgDatabase& arguments, const char* flag, unsigned int index) const {
-        return !m_read || m_read(command, arguments, flag, index);
+        return !read_ || read_(command, arguments, flag, index);
     }
 
 private:
     template <typename Member, typename Given>
     FlagValue(MSyntax::MArgType type, Member Command::*member,
               Given (MArgParser::*get)(const char* flag, unsigned int index, MStatus* status) const)
-        : m_type(type)
-        , m_read([=](Command& command, const MArgDatabase& arguments, const char* flag, unsigned int index) {
+        : type_(type)
+        , read_([=](Command& command, const MArgDatabase& arguments, const char* flag, unsigned int index) {
             MStatus status;
             const Given given = (arguments.*get)(flag, index, &status);
             if (status) {
@@ -76,8 +76,8 @@ private:
     }
     static void Assign(QString& member, const MString& given) { member = MayaUtil::ToQString(given); }
 
-    MSyntax::MArgType m_type;
-    std::function<bool(Command&, const MArgDatabase&, const char*, unsigned int)> m_read;
+    MSyntax::MArgType type_;
+    std::function<bool(Command&, const MArgDatabase&, const char*, unsigned int)> read_;
 };
 
 /// One flag of a command: its names, its arguments, and what it does. A flag that does nothing is an option
@@ -156,12 +156,12 @@ public:
     using Row = FlagRow<Command>;
 
     explicit FlagTable(std::vector<Row> rows)
-        : m_rows(std::move(rows)) {}
+        : rows_(std::move(rows)) {}
 
     /// All flags. The command takes -query and -edit when one of them answers.
     MSyntax GetSyntax() const {
         MSyntax syntax;
-        for (const Row& row : m_rows) {
+        for (const Row& row : rows_) {
             std::vector<MSyntax::MArgType> types;
             for (const typename Row::Value& value : row.values) {
                 types.push_back(value.GetType());
@@ -171,7 +171,7 @@ public:
                            types[5]);
         }
         const bool answers =
-            std::any_of(m_rows.begin(), m_rows.end(), [](const Row& row) { return bool(row.query); });
+            std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return bool(row.query); });
         syntax.enableQuery(answers);
         syntax.enableEdit(answers);
         return syntax;
@@ -179,15 +179,15 @@ public:
 
     /// The first given flag that does something or, with &Row::query, that answers; null for none.
     const Row* FindGiven(const MArgDatabase& arguments, typename Row::Step Row::*step = &Row::redo) const {
-        const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+        const auto found = std::find_if(rows_.begin(), rows_.end(),
                                         [&](const Row& row) { return row.*step && row.IsGiven(arguments); });
-        return found == m_rows.end() ? nullptr : &*found;
+        return found == rows_.end() ? nullptr : &*found;
     }
 
     /// Reads the given options, then the arguments of the first given flag that does something, into the
     /// command. Returns that flag; null for none.
     const Row* Read(Command& command, const MArgDatabase& arguments) const {
-        for (const Row& row : m_rows) {
+        for (const Row& row : rows_) {
             if (!row.redo && row.IsGiven(arguments)) {
                 row.Read(command, arguments);
             }
@@ -200,7 +200,7 @@ public:
     }
 
 private:
-    std::vector<Row> m_rows;
+    std::vector<Row> rows_;
 };
 
 } // namespace vellix

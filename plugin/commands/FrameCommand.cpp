@@ -62,10 +62,10 @@ const FlagTable<FrameCommand>& FrameCommand::Flags() {
         Flag("-clr", "-clear").Does(&F::ClearFrames, &F::ExchangeUndo),
         Flag("-sf", "-stepForward").Does(&F::StepForward, &F::StepUndo),
         Flag("-sb", "-stepBack").Does(&F::StepBack, &F::StepUndo),
-        Flag("ret", "retime", {&F::m_amount}).Does(&F::RetimeFrames, &F::RetimeFramesUndo),
-        Flag("rel", "relative").Sets(&F::m_relative),
-        Flag("mvn", "moveToNext").Sets(&F::m_moveToNext),
-        Flag("mv", "move", {&F::m_amount, &F::m_rangeStart, &F::m_rangeEnd})
+        Flag("ret", "retime", {&F::amount_}).Does(&F::RetimeFrames, &F::RetimeFramesUndo),
+        Flag("rel", "relative").Sets(&F::relative_),
+        Flag("mvn", "moveToNext").Sets(&F::moveToNext_),
+        Flag("mv", "move", {&F::amount_, &F::rangeStart_, &F::rangeEnd_})
             .Does(&F::MoveFrames, &F::MoveFramesUndo),
     });
     return flags;
@@ -97,48 +97,48 @@ MStatus FrameCommand::Parse(const MArgList& args) {
     }
     MStringArray objects;
     arguments.getObjects(objects);
-    m_camera = CameraArgument::Resolve(objects.length() > 0 ? MayaUtil::ToQString(objects[0]) : QString(),
-                                       m_node, "Camera not specified");
-    if (m_camera.isEmpty()) {
+    camera_ = CameraArgument::Resolve(objects.length() > 0 ? MayaUtil::ToQString(objects[0]) : QString(),
+                                      node_, "Camera not specified");
+    if (camera_.isEmpty()) {
         return MS::kFailure;
     }
-    m_flag = Flags().Read(*this, arguments);
+    flag_ = Flags().Read(*this, arguments);
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::doIt(const MArgList& args) {
-    m_node = BaseNode::GetMaster();
+    node_ = BaseNode::GetMaster();
     MStatus status = Parse(args);
     if (!status) {
         return status;
     }
-    if (m_node) {
-        m_layerIndex = m_node->GetActiveLayerIndex(m_camera);
+    if (node_) {
+        layerIndex_ = node_->GetActiveLayerIndex(camera_);
     }
     return redoIt();
 }
 
 MStatus FrameCommand::redoIt() {
-    m_node = BaseNode::GetMaster();
-    if (!m_node) {
-        return RefuseEdit(m_flag ? m_flag->withoutNode : "Node not found");
+    node_ = BaseNode::GetMaster();
+    if (!node_) {
+        return RefuseEdit(flag_ ? flag_->withoutNode : "Node not found");
     }
-    if (!m_flag || (m_flag->check && !m_flag->check(*this))) {
+    if (!flag_ || (flag_->check && !flag_->check(*this))) {
         return MS::kFailure;
     }
-    m_undoable = bool(m_flag->undo);
-    MStatus status = m_flag->redo(*this);
-    m_hasRun = m_hasRun || status;
+    undoable_ = bool(flag_->undo);
+    MStatus status = flag_->redo(*this);
+    hasRun_ = hasRun_ || status;
     return status;
 }
 
 MStatus FrameCommand::undoIt() {
-    m_node = BaseNode::GetMaster();
-    return m_node ? m_flag->undo(*this) : MStatus(MS::kFailure);
+    node_ = BaseNode::GetMaster();
+    return node_ ? flag_->undo(*this) : MStatus(MS::kFailure);
 }
 
 Layer* FrameCommand::GetLayer() const {
-    return m_node->GetLayer(m_camera, m_layerIndex);
+    return node_->GetLayer(camera_, layerIndex_);
 }
 
 bool FrameCommand::CheckUnlocked(const char* refusal) const {
@@ -154,8 +154,8 @@ MStatus FrameCommand::Exchange() {
     if (!layer) {
         return MS::kSuccess; // a camera without layers has no frames
     }
-    const bool done = m_exchange.Do(*layer);
-    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    const bool done = exchange_.Do(*layer);
+    node_->OnFramesChanged(camera_, layerIndex_);
     return done ? MS::kSuccess : MS::kFailure;
 }
 
@@ -164,13 +164,13 @@ MStatus FrameCommand::ExchangeUndo() {
     if (!layer) {
         return MS::kSuccess;
     }
-    const bool undone = m_exchange.Undo(*layer);
-    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    const bool undone = exchange_.Undo(*layer);
+    node_->OnFramesChanged(camera_, layerIndex_);
     return undone ? MS::kSuccess : MS::kFailure;
 }
 
 MStatus FrameCommand::InsertFrame() {
-    if (!m_hasRun) {
+    if (!hasRun_) {
         MStatus planned = PlanInsert();
         if (!planned) {
             return planned;
@@ -190,7 +190,7 @@ MStatus FrameCommand::PlanInsert() {
     const Layer* const layer = GetLayer();
     for (int time = range.start; time < range.end; ++time) {
         if (!layer || !layer->FrameExists(time)) {
-            m_exchange.PutBlank(FromWholeFrames(time));
+            exchange_.PutBlank(FromWholeFrames(time));
         }
     }
     return MS::kSuccess;
@@ -198,29 +198,29 @@ MStatus FrameCommand::PlanInsert() {
 
 /// A camera without layers gets its first one. Made once: a redo gives the same layer back.
 bool FrameCommand::PrepareLayer() {
-    if (m_createdLayer) {
-        return m_node->InsertLayer(m_camera, m_layerIndex, std::move(m_createdLayer)) >= 0;
+    if (createdLayer_) {
+        return node_->InsertLayer(camera_, layerIndex_, std::move(createdLayer_)) >= 0;
     }
-    if (m_hasRun || m_node->LayerCount(m_camera) > 0) {
+    if (hasRun_ || node_->LayerCount(camera_) > 0) {
         return true;
     }
-    m_before.Remember(*m_node, {m_camera});
-    m_layerIndex = m_node->InsertLayer(m_camera, -1, QString());
-    m_layerCreated = m_layerIndex >= 0;
-    return m_layerCreated;
+    before_.Remember(*node_, {camera_});
+    layerIndex_ = node_->InsertLayer(camera_, -1, QString());
+    layerCreated_ = layerIndex_ >= 0;
+    return layerCreated_;
 }
 
 MStatus FrameCommand::InsertFrameUndo() {
     MStatus undone = ExchangeUndo();
-    if (m_layerCreated) {
-        m_createdLayer = m_node->RemoveLayer(m_camera, m_layerIndex);
-        m_before.Restore(*m_node);
+    if (layerCreated_) {
+        createdLayer_ = node_->RemoveLayer(camera_, layerIndex_);
+        before_.Restore(*node_);
     }
     return undone;
 }
 
 MStatus FrameCommand::DuplicateFrame() {
-    MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanDuplicate();
+    MStatus planned = hasRun_ ? MStatus(MS::kSuccess) : PlanDuplicate();
     return planned ? Exchange() : planned;
 }
 
@@ -235,13 +235,13 @@ MStatus FrameCommand::PlanDuplicate() {
     }
     auto copy = std::make_unique<Frame>(*previous);
     copy->SetTimeValue(MayaUtil::GetPlaybackTimeValue());
-    m_exchange.Put(std::move(copy));
+    exchange_.Put(std::move(copy));
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::DuplicateFrameUndo() {
     MStatus undone = ExchangeUndo();
-    return m_exchange.HasWaiting() ? undone : RefuseEdit("Failed to undo duplicate frame operation.");
+    return exchange_.HasWaiting() ? undone : RefuseEdit("Failed to undo duplicate frame operation.");
 }
 
 void FrameCommand::PlanRemoval(bool blanks) {
@@ -255,48 +255,48 @@ void FrameCommand::PlanRemoval(bool blanks) {
         if (range.Contains(time) && (times.empty() || times.back() != time)) {
             times.push_back(time);
             if (blanks) {
-                m_exchange.PutBlank(frame->GetTime());
+                exchange_.PutBlank(frame->GetTime());
             }
         }
     }
-    m_exchange.TakeOut(std::move(times));
+    exchange_.TakeOut(std::move(times));
 }
 
 MStatus FrameCommand::DeleteFrames() {
-    if (!m_hasRun) {
+    if (!hasRun_) {
         PlanRemoval(false);
     }
     return Exchange();
 }
 
 MStatus FrameCommand::CutFrames() {
-    if (!m_hasRun) {
-        m_node->CopyFramesToClipboard(m_camera);
+    if (!hasRun_) {
+        node_->CopyFramesToClipboard(camera_);
     }
     return DeleteFrames();
 }
 
 MStatus FrameCommand::ClearFrames() {
-    if (!m_hasRun) {
+    if (!hasRun_) {
         PlanRemoval(true);
     }
     return Exchange();
 }
 
 MStatus FrameCommand::CopyFrames() {
-    m_node->CopyFramesToClipboard(m_camera);
+    node_->CopyFramesToClipboard(camera_);
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::PasteFrames() {
-    MStatus planned = m_hasRun ? MStatus(MS::kSuccess) : PlanPaste();
+    MStatus planned = hasRun_ ? MStatus(MS::kSuccess) : PlanPaste();
     return planned ? Exchange() : planned;
 }
 
 MStatus FrameCommand::PlanPaste() {
     const FrameRange range = FrameRange::FromTimeSlider();
     std::vector<int> times;
-    for (const Frame* frame : m_node->GetClipboardFrames()) {
+    for (const Frame* frame : node_->GetClipboardFrames()) {
         const qint64 time = qint64(range.start) + frame->GetTimeValue();
         if (!IsWholeFrame(time)) {
             return RefuseEdit(QString("Paste Failed. Time %1 is out of range").arg(time));
@@ -304,24 +304,24 @@ MStatus FrameCommand::PlanPaste() {
         auto copy = std::make_unique<Frame>(*frame);
         copy->SetTimeValue(int(time));
         times.push_back(int(time));
-        m_exchange.Put(std::move(copy));
+        exchange_.Put(std::move(copy));
     }
-    m_exchange.TakeOut(std::move(times));
+    exchange_.TakeOut(std::move(times));
     return MS::kSuccess;
 }
 
 // --- time -------------------------------------------------------------------------------------------------
 
 MStatus FrameCommand::StepForward() {
-    return StepTo(m_node->GetNextFrame(m_camera, true));
+    return StepTo(node_->GetNextFrame(camera_, true));
 }
 
 MStatus FrameCommand::StepBack() {
-    return StepTo(m_node->GetPreviousFrame(m_camera, true));
+    return StepTo(node_->GetPreviousFrame(camera_, true));
 }
 
 MStatus FrameCommand::StepTo(const Frame* frame) {
-    m_previousTime = MayaUtil::GetPlaybackTime();
+    previousTime_ = MayaUtil::GetPlaybackTime();
     if (frame) {
         PlaybackTimeScope::SetTime(FromWholeFrames(frame->GetTimeValue()));
     }
@@ -329,7 +329,7 @@ MStatus FrameCommand::StepTo(const Frame* frame) {
 }
 
 MStatus FrameCommand::StepUndo() {
-    PlaybackTimeScope::SetTime(m_previousTime);
+    PlaybackTimeScope::SetTime(previousTime_);
     return MS::kSuccess;
 }
 
@@ -339,67 +339,67 @@ MStatus FrameCommand::RetimeFrames() {
         return MS::kFailure;
     }
     const std::vector<int> times = GetTimes(*layer);
-    if (!m_hasRun) {
+    if (!hasRun_) {
         const FrameRange range = FrameRange::FromTimeSlider();
-        m_retiming = Retiming(m_amount, m_relative);
-        m_retiming.SetRange(range.start, range.end, times);
+        retiming_ = Retiming(amount_, relative_);
+        retiming_.SetRange(range.start, range.end, times);
     }
     QList<int> newTimes;
-    for (const qint64 time : m_retiming.GetTimes(times)) {
+    for (const qint64 time : retiming_.GetTimes(times)) {
         if (!IsWholeFrame(time)) {
             return RefuseEdit(QString("Retime Failed. Time %1 is out of range").arg(time));
         }
         newTimes.append(int(time));
     }
-    m_frameTimes.clear();
+    frameTimes_.clear();
     for (int i = 0; i < layer->FrameCount(); ++i) {
-        m_frameTimes.push_back(layer->GetFrame(i)->GetTime());
+        frameTimes_.push_back(layer->GetFrame(i)->GetTime());
     }
-    m_previousTime = MayaUtil::GetPlaybackTime();
+    previousTime_ = MayaUtil::GetPlaybackTime();
     layer->SetFrameTimes(newTimes);
-    PlaybackTimeScope::SetTime(FromWholeFrames(newTimes[m_retiming.FindTarget(times, m_moveToNext)]));
-    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    PlaybackTimeScope::SetTime(FromWholeFrames(newTimes[retiming_.FindTarget(times, moveToNext_)]));
+    node_->OnFramesChanged(camera_, layerIndex_);
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::RetimeFramesUndo() {
     Layer* const layer = GetLayer();
-    if (!layer || layer->FrameCount() != int(m_frameTimes.size())) {
+    if (!layer || layer->FrameCount() != int(frameTimes_.size())) {
         return MS::kFailure;
     }
     for (int i = 0; i < layer->FrameCount(); ++i) {
-        layer->GetFrame(i)->SetTime(m_frameTimes[std::size_t(i)]);
+        layer->GetFrame(i)->SetTime(frameTimes_[std::size_t(i)]);
     }
-    PlaybackTimeScope::SetTime(m_previousTime);
-    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    PlaybackTimeScope::SetTime(previousTime_);
+    node_->OnFramesChanged(camera_, layerIndex_);
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::MoveFrames() {
-    if (!m_hasRun) {
-        m_move = FrameMove(m_amount, m_rangeStart, m_rangeEnd);
+    if (!hasRun_) {
+        move_ = FrameMove(amount_, rangeStart_, rangeEnd_);
     }
     Layer* const layer = GetLayer();
-    if (!layer || m_move.IsStill()) {
+    if (!layer || move_.IsStill()) {
         BaseNode::UpdateTimeControlOverlay();
         return MS::kSuccess;
     }
     QString refusal;
-    if (!m_move.Do(*layer, refusal)) {
+    if (!move_.Do(*layer, refusal)) {
         return RefuseEdit(refusal);
     }
-    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    node_->OnFramesChanged(camera_, layerIndex_);
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::MoveFramesUndo() {
     Layer* const layer = GetLayer();
-    if (!layer || m_move.IsStill()) {
+    if (!layer || move_.IsStill()) {
         BaseNode::UpdateTimeControlOverlay();
         return MS::kSuccess;
     }
-    const bool undone = m_move.Undo(*layer);
-    m_node->OnFramesChanged(m_camera, m_layerIndex);
+    const bool undone = move_.Undo(*layer);
+    node_->OnFramesChanged(camera_, layerIndex_);
     return undone ? MS::kSuccess : MS::kFailure;
 }
 

@@ -39,7 +39,7 @@ public:
     MStatus doIt(const MArgList& args) override;
     MStatus redoIt() override;
     MStatus undoIt() override;
-    bool isUndoable() const override { return m_undoable; }
+    bool isUndoable() const override { return undoable_; }
 
 private:
     using Flag = FlagRow<FrameCommand>;
@@ -80,27 +80,27 @@ private:
     /// False, with the refusal logged, when the layer is locked.
     bool CheckUnlocked(const char* refusal) const;
 
-    const Flag* m_flag = nullptr; ///< what is done
-    bool m_undoable = false;
-    bool m_hasRun = false;
-    BaseNode* m_node = nullptr;
-    QString m_camera;
-    int m_layerIndex = -1;
+    const Flag* flag_ = nullptr; ///< what is done
+    bool undoable_ = false;
+    bool hasRun_ = false;
+    BaseNode* node_ = nullptr;
+    QString camera_;
+    int layerIndex_ = -1;
 
-    bool m_layerCreated = false;
-    std::unique_ptr<Layer> m_createdLayer; ///< the layer that inserting made, while it is undone
-    ActiveLayers m_before;                 ///< what was active before that
+    bool layerCreated_ = false;
+    std::unique_ptr<Layer> createdLayer_; ///< the layer that inserting made, while it is undone
+    ActiveLayers before_;                 ///< what was active before that
 
-    int m_amount = 0; ///< frames to retime or to move by
-    int m_rangeStart = -1;
-    int m_rangeEnd = -1;
-    bool m_relative = false;
-    bool m_moveToNext = false;
-    FrameExchange m_exchange;
-    FrameMove m_move;
-    Retiming m_retiming;
-    std::vector<MTime> m_frameTimes; ///< before retiming
-    MTime m_previousTime;            ///< the playback time before stepping or retiming
+    int amount_ = 0; ///< frames to retime or to move by
+    int rangeStart_ = -1;
+    int rangeEnd_ = -1;
+    bool relative_ = false;
+    bool moveToNext_ = false;
+    FrameExchange exchange_;
+    FrameMove move_;
+    Retiming retiming_;
+    std::vector<MTime> frameTimes_; ///< before retiming
+    MTime previousTime_;            ///< the playback time before stepping or retiming
 };
 
 } // namespace vellix

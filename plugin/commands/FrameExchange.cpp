@@ -19,39 +19,39 @@ FrameList TakePacked(Layer& layer, const std::vector<int>& times) {
 FrameExchange::~FrameExchange() = default;
 
 void FrameExchange::TakeOut(std::vector<int> times) {
-    m_timesOut = std::move(times);
+    timesOut_ = std::move(times);
 }
 
 void FrameExchange::PutBlank(const MTime& time) {
-    m_blanks.push_back(time);
+    blanks_.push_back(time);
 }
 
 void FrameExchange::Put(std::unique_ptr<Frame> frame) {
-    m_waiting.push_back(std::move(frame));
+    waiting_.push_back(std::move(frame));
 }
 
 bool FrameExchange::Do(Layer& layer) {
-    m_out = TakePacked(layer, m_timesOut);
-    m_putTimes = layer.PutFrames(m_waiting);
+    out_ = TakePacked(layer, timesOut_);
+    putTimes_ = layer.PutFrames(waiting_);
     FrameList blanks;
-    for (const MTime& time : m_blanks) {
+    for (const MTime& time : blanks_) {
         blanks.push_back(std::make_unique<Frame>(time));
     }
-    m_blankTimes = layer.PutFrames(blanks);
-    return blanks.empty() && m_waiting.empty();
+    blankTimes_ = layer.PutFrames(blanks);
+    return blanks.empty() && waiting_.empty();
 }
 
 bool FrameExchange::Undo(Layer& layer) {
-    layer.TakeFrames(m_blankTimes); // and deletes them
-    for (std::unique_ptr<Frame>& frame : TakePacked(layer, m_putTimes)) {
-        m_waiting.push_back(std::move(frame));
+    layer.TakeFrames(blankTimes_); // and deletes them
+    for (std::unique_ptr<Frame>& frame : TakePacked(layer, putTimes_)) {
+        waiting_.push_back(std::move(frame));
     }
-    layer.PutFrames(m_out);
-    return m_out.empty();
+    layer.PutFrames(out_);
+    return out_.empty();
 }
 
 bool FrameExchange::HasWaiting() const {
-    return !m_waiting.empty();
+    return !waiting_.empty();
 }
 
 } // namespace vellix

@@ -32,12 +32,12 @@ public:
     bool HasWaiting() const;
 
 private:
-    std::vector<int> m_timesOut;
-    FrameList m_out; ///< what went out, while it is
-    std::vector<MTime> m_blanks;
-    std::vector<int> m_blankTimes; ///< where empty frames came in
-    FrameList m_waiting;           ///< what has yet to come in, or came out again
-    std::vector<int> m_putTimes;   ///< where those came in
+    std::vector<int> timesOut_;
+    FrameList out_; ///< what went out, while it is
+    std::vector<MTime> blanks_;
+    std::vector<int> blankTimes_; ///< where empty frames came in
+    FrameList waiting_;           ///< what has yet to come in, or came out again
+    std::vector<int> putTimes_;   ///< where those came in
 };
 
 } // namespace vellix

@@ -17,7 +17,7 @@ public:
     FrameMove() = default;
     FrameMove(int offset, int first, int last);
 
-    bool IsStill() const { return m_offset == 0; }
+    bool IsStill() const { return offset_ == 0; }
 
     /// Nothing moves unless everything can; otherwise false, and `refusal` says why.
     bool Do(Layer& layer, QString& refusal);
@@ -27,12 +27,12 @@ public:
 private:
     bool FindDestinations(const Layer& layer, QString& refusal);
 
-    int m_offset = 0;
-    int m_first = 0;
-    int m_last = -1;
-    std::vector<int> m_from; ///< whole frames, rising
-    std::vector<int> m_to;
-    std::vector<MTime> m_before; ///< the exact times of what is at m_from
+    int offset_ = 0;
+    int first_ = 0;
+    int last_ = -1;
+    std::vector<int> from_; ///< whole frames, rising
+    std::vector<int> to_;
+    std::vector<MTime> before_; ///< the exact times of what is at from_
 };
 
 } // namespace vellix

@@ -9,52 +9,52 @@ FrameOutputs::FrameOutputs() = default;
 FrameOutputs::~FrameOutputs() = default;
 
 void FrameOutputs::AddPictures(const QString& pattern) {
-    m_sequence = std::make_unique<ImageSequence>(pattern);
+    sequence_ = std::make_unique<ImageSequence>(pattern);
 }
 
 void FrameOutputs::AddContactSheet(const QString& path, int count, const QString& title) {
-    m_sheet = std::make_unique<ContactSheet>(count, title);
-    m_sheetPath = path;
+    sheet_ = std::make_unique<ContactSheet>(count, title);
+    sheetPath_ = path;
 }
 
 void FrameOutputs::AddMovie(const QString& path, double rate) {
-    m_movie = std::make_unique<MovieWriter>(path, rate);
-    m_moviePath = path;
+    movie_ = std::make_unique<MovieWriter>(path, rate);
+    moviePath_ = path;
 }
 
 bool FrameOutputs::FlushHeld() {
-    const bool written = m_heldPaths.isEmpty() || m_writer.Write(m_held, m_heldPaths);
-    m_heldPaths.clear();
+    const bool written = heldPaths_.isEmpty() || writer_.Write(held_, heldPaths_);
+    heldPaths_.clear();
     return written;
 }
 
 bool FrameOutputs::Write(const QImage& image, int frame) {
     bool going = true;
-    if (m_sequence) {
-        going = image == m_held || FlushHeld();
-        m_held = image;
-        m_heldPaths.append(m_sequence->GetPath(frame));
-        m_files.append(m_heldPaths.last());
+    if (sequence_) {
+        going = image == held_ || FlushHeld();
+        held_ = image;
+        heldPaths_.append(sequence_->GetPath(frame));
+        files_.append(heldPaths_.last());
     }
-    if (m_sheet) {
-        m_sheet->Add(image, QString::number(frame));
+    if (sheet_) {
+        sheet_->Add(image, QString::number(frame));
     }
-    return (!m_movie || m_movie->Write(image)) && going;
+    return (!movie_ || movie_->Write(image)) && going;
 }
 
 QString FrameOutputs::Finish(bool all) {
     FlushHeld();
-    if (m_sheet && all) {
-        m_files.append(m_sheetPath);
-        m_writer.Write(m_sheet->GetImage(), {m_sheetPath});
+    if (sheet_ && all) {
+        files_.append(sheetPath_);
+        writer_.Write(sheet_->GetImage(), {sheetPath_});
     }
     QString fault;
     // A movie that has gone wrong is why not all frames are there.
-    if (m_movie) {
-        fault = all ? m_movie->Finish() : m_movie->Fault();
-        m_files.append(m_moviePath);
+    if (movie_) {
+        fault = all ? movie_->Finish() : movie_->Fault();
+        files_.append(moviePath_);
     }
-    const QString pictureFault = m_writer.Finish();
+    const QString pictureFault = writer_.Finish();
     return pictureFault.isEmpty() ? fault : pictureFault;
 }
 

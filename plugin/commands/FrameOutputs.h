@@ -34,21 +34,21 @@ public:
     QString Finish(bool all);
 
     /// What was written, in the order of the frames, then sheet and movie.
-    const QStringList& Files() const { return m_files; }
+    const QStringList& Files() const { return files_; }
 
 private:
     bool FlushHeld();
 
-    PngWriter m_writer;
-    std::unique_ptr<ImageSequence> m_sequence;
-    std::unique_ptr<ContactSheet> m_sheet;
-    std::unique_ptr<MovieWriter> m_movie;
-    QString m_sheetPath;
-    QString m_moviePath;
+    PngWriter writer_;
+    std::unique_ptr<ImageSequence> sequence_;
+    std::unique_ptr<ContactSheet> sheet_;
+    std::unique_ptr<MovieWriter> movie_;
+    QString sheetPath_;
+    QString moviePath_;
     // Frames that look alike one after the other are written as one image: drawings are held.
-    QImage m_held;
-    QStringList m_heldPaths;
-    QStringList m_files;
+    QImage held_;
+    QStringList heldPaths_;
+    QStringList files_;
 };
 
 } // namespace vellix

@@ -20,37 +20,35 @@ namespace vellix {
 const FlagTable<LayerCommand>& LayerCommand::Flags() {
     using L = LayerCommand;
     using Value = Flag::Value;
-    static const auto index = Value::Whole(&L::m_layerIndex);
+    static const auto index = Value::Whole(&L::layerIndex_);
     static const FlagTable<L> flags({
         Flag("-act", "-active", {index}).Does(&L::EditActive, &L::RestoreActive).Answers(&L::QueryActive),
         Flag("-cnt", "-count").Does(&L::Count),
         Flag("-add", "-addLayer")
             .Does(&L::Add, &L::InsertUndo)
             .WithoutNode("Failed to add layer. Node does not exist."),
-        Flag("-ins", "-insert", {&L::m_destination})
+        Flag("-ins", "-insert", {&L::destination_})
             .Does(&L::Insert, &L::InsertUndo)
             .WithoutNode("Failed to insert layer. Node does not exist."),
         Flag("-del", "-delete", {index}).Does(&L::Delete, &L::DeleteUndo),
         Flag("-da", "-deleteAll").Does(&L::DeleteAll, &L::DeleteAllUndo),
-        Flag("-mv", "-move", {index, &L::m_destination}).Does(&L::Move, &L::MoveUndo),
-        Flag("-mva", "-moveAll", {&L::m_newCamera}).Does(&L::MoveAll, &L::MoveAllUndo),
-        Flag("-n", "-name", {&L::m_layerName}),
-        Flag("-nc", "-newCamera", {&L::m_newCamera}),
-        Flag("-en", "editName", {&L::m_layerName, index}).Exchanges(&L::ExchangeName).Needs(&L::CheckLayer),
+        Flag("-mv", "-move", {index, &L::destination_}).Does(&L::Move, &L::MoveUndo),
+        Flag("-mva", "-moveAll", {&L::newCamera_}).Does(&L::MoveAll, &L::MoveAllUndo),
+        Flag("-n", "-name", {&L::layerName_}),
+        Flag("-nc", "-newCamera", {&L::newCamera_}),
+        Flag("-en", "editName", {&L::layerName_, index}).Exchanges(&L::ExchangeName).Needs(&L::CheckLayer),
         Flag("-qn", "queryName", {index}).Does(&L::QueryName).Needs(&L::CheckLayer),
-        Flag("-ev", "editVis", {&L::m_visible, index})
-            .Exchanges(&L::ExchangeVisibility)
-            .Needs(&L::CheckLayer),
+        Flag("-ev", "editVis", {&L::visible_, index}).Exchanges(&L::ExchangeVisibility).Needs(&L::CheckLayer),
         Flag("-qv", "queryVis", {index}).Does(&L::QueryVisibility).Needs(&L::CheckLayer),
-        Flag("-eo", "editOpacity", {&L::m_opacity, index})
+        Flag("-eo", "editOpacity", {&L::opacity_, index})
             .Exchanges(&L::ExchangeOpacity)
             .Needs(&L::CheckLayer),
         Flag("-qo", "queryOpacity", {index}).Does(&L::QueryOpacity).Needs(&L::CheckLayer),
-        Flag("-es", "editState", {Value::Whole(&L::m_stateValue), index})
+        Flag("-es", "editState", {Value::Whole(&L::stateValue_), index})
             .Exchanges(&L::ExchangeState)
             .Needs(&L::CheckState),
         Flag("-qs", "queryState", {index}).Does(&L::QueryState).Needs(&L::CheckLayer),
-        Flag("-ls", "layerState", {Value::Whole(&L::m_layerState)}),
+        Flag("-ls", "layerState", {Value::Whole(&L::layerState_)}),
         Flag("-itv", "importTavlo", {MSyntax::kString, MSyntax::kString}).Does(&L::Import),
     });
     return flags;
@@ -82,19 +80,19 @@ MStatus LayerCommand::Parse(const MArgList& args) {
     if (!status) {
         return status;
     }
-    m_camera = CameraArgument::Require(arguments);
-    if (m_camera.isEmpty()) {
+    camera_ = CameraArgument::Require(arguments);
+    if (camera_.isEmpty()) {
         return MS::kFailure;
     }
     const bool edits = arguments.isEdit();
-    m_asks = arguments.isQuery() && !edits;
-    m_refusal = edits    ? "Invalid edit parameter"
-                : m_asks ? "Invalid query parameter"
-                         : "Invalid command parameters";
-    m_flag = Flags().Read(*this, arguments);
+    asks_ = arguments.isQuery() && !edits;
+    refusal_ = edits   ? "Invalid edit parameter"
+               : asks_ ? "Invalid query parameter"
+                       : "Invalid command parameters";
+    flag_ = Flags().Read(*this, arguments);
     // With -edit or -query go the flags that answer, without them the others.
-    if (m_flag && bool(m_flag->query) != (edits || m_asks)) {
-        m_flag = nullptr;
+    if (flag_ && bool(flag_->query) != (edits || asks_)) {
+        flag_ = nullptr;
     }
     return MS::kSuccess;
 }
@@ -105,71 +103,70 @@ MStatus LayerCommand::doIt(const MArgList& args) {
 }
 
 MStatus LayerCommand::redoIt() {
-    m_node = BaseNode::GetMaster();
-    if (!m_node) {
-        Logger::Error(m_flag ? m_flag->withoutNode : "Node not found");
+    node_ = BaseNode::GetMaster();
+    if (!node_) {
+        Logger::Error(flag_ ? flag_->withoutNode : "Node not found");
         return MS::kFailure;
     }
-    if (!m_flag) {
-        Logger::Error(m_refusal);
+    if (!flag_) {
+        Logger::Error(refusal_);
         return MS::kInvalidParameter;
     }
-    m_undoable = m_flag->undo && !m_asks;
-    return Run(m_asks ? m_flag->query : m_flag->redo);
+    undoable_ = flag_->undo && !asks_;
+    return Run(asks_ ? flag_->query : flag_->redo);
 }
 
 MStatus LayerCommand::undoIt() {
-    m_node = BaseNode::GetMaster();
-    return m_node && m_undoable ? Run(m_flag->undo) : MStatus(MS::kFailure);
+    node_ = BaseNode::GetMaster();
+    return node_ && undoable_ ? Run(flag_->undo) : MStatus(MS::kFailure);
 }
 
 MStatus LayerCommand::Run(const Flag::Step& step) {
-    return m_flag->check && !m_flag->check(*this) ? MStatus(MS::kFailure) : step(*this);
+    return flag_->check && !flag_->check(*this) ? MStatus(MS::kFailure) : step(*this);
 }
 
 bool LayerCommand::CheckLayer() const {
-    if (m_node->LayerExists(m_camera, m_layerIndex)) {
+    if (node_->LayerExists(camera_, layerIndex_)) {
         return true;
     }
-    Logger::Error(
-        QString("Layer does not exist for camera (index): %1 (%2)").arg(m_camera).arg(m_layerIndex));
+    Logger::Error(QString("Layer does not exist for camera (index): %1 (%2)").arg(camera_).arg(layerIndex_));
     return false;
 }
 
 bool LayerCommand::CheckState() const {
-    if (!IsLayerState(m_stateValue)) {
-        Logger::Error(QString("Invalid state value: %1").arg(m_stateValue));
+    if (!IsLayerState(stateValue_)) {
+        Logger::Error(QString("Invalid state value: %1").arg(stateValue_));
         return false;
     }
     return CheckLayer();
 }
 
 MStatus LayerCommand::Count() {
-    setResult(m_node->LayerCount(m_camera));
+    setResult(node_->LayerCount(camera_));
     return MS::kSuccess;
 }
 
 // --- the active layer -------------------------------------------------------------------------------------
 
 MStatus LayerCommand::QueryActive() {
-    setResult(m_node->GetActiveLayerIndex(m_camera));
+    setResult(node_->GetActiveLayerIndex(camera_));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::EditActive() {
-    m_before.Remember(*m_node, {m_camera});
-    if (m_before.GetCamera() == m_camera && m_before.GetIndex() == m_layerIndex) {
+    before_.Remember(*node_, {camera_});
+    if (before_.GetCamera() == camera_ && before_.GetIndex() == layerIndex_) {
         return MS::kFailure;
     }
-    if (!m_node->SetActiveLayer(m_camera, m_layerIndex, true)) {
+    if (!node_->SetActiveLayer(camera_, layerIndex_, true)) {
         return MS::kFailure;
     }
-    setResult(m_layerIndex);
+    setResult(layerIndex_);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::RestoreActive() {
-    m_before.Restore(*m_node);
+    before_.Restore(*node_);
     return MS::kSuccess;
 }
 
@@ -177,30 +174,30 @@ MStatus LayerCommand::RestoreActive() {
 
 // Without a state the layer is made, and the command fails all the same: the state is part of the request.
 MStatus LayerCommand::InsertNewLayer(int destination) {
-    m_before.Remember(*m_node, {m_camera});
-    m_resultIndex = m_node->InsertLayer(m_camera, destination, m_layerName);
-    if (m_resultIndex < 0 || m_layerState < 0) {
+    before_.Remember(*node_, {camera_});
+    resultIndex_ = node_->InsertLayer(camera_, destination, layerName_);
+    if (resultIndex_ < 0 || layerState_ < 0) {
         return MS::kFailure;
     }
-    m_node->SetLayerState(m_camera, m_resultIndex, ToLayerState(m_layerState));
-    setResult(m_resultIndex);
+    node_->SetLayerState(camera_, resultIndex_, ToLayerState(layerState_));
+    setResult(resultIndex_);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::Add() {
     MStatus status = InsertNewLayer(-1);
     if (status) {
-        m_node->SetActiveLayer(m_camera, m_resultIndex, true);
+        node_->SetActiveLayer(camera_, resultIndex_, true);
     }
     return status;
 }
 
 MStatus LayerCommand::Insert() {
-    return InsertNewLayer(m_destination);
+    return InsertNewLayer(destination_);
 }
 
 MStatus LayerCommand::InsertUndo() {
-    if (!m_node->RemoveLayer(m_camera, m_resultIndex)) {
+    if (!node_->RemoveLayer(camera_, resultIndex_)) {
         return MS::kFailure;
     }
     return RestoreActive();
@@ -209,22 +206,22 @@ MStatus LayerCommand::InsertUndo() {
 // --- deleting ---------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::Delete() {
-    m_before.Remember(*m_node, {m_camera});
-    std::unique_ptr<Layer> removed = m_node->RemoveLayer(m_camera, m_layerIndex);
+    before_.Remember(*node_, {camera_});
+    std::unique_ptr<Layer> removed = node_->RemoveLayer(camera_, layerIndex_);
     if (!removed) {
         return MS::kFailure;
     }
-    m_removedLayers.push_back(std::move(removed));
+    removedLayers_.push_back(std::move(removed));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::DeleteUndo() {
-    return PutBack(m_layerIndex);
+    return PutBack(layerIndex_);
 }
 
 MStatus LayerCommand::DeleteAll() {
-    m_before.Remember(*m_node, {m_camera});
-    m_node->RemoveAllLayers(m_camera, m_removedLayers);
+    before_.Remember(*node_, {camera_});
+    node_->RemoveAllLayers(camera_, removedLayers_);
     return MS::kSuccess;
 }
 
@@ -234,10 +231,10 @@ MStatus LayerCommand::DeleteAllUndo() {
 
 /// The removed layers, the lowest at the index, and the layer that was active.
 MStatus LayerCommand::PutBack(int index) {
-    for (; !m_removedLayers.empty(); ++index) {
-        std::unique_ptr<Layer> layer = std::move(m_removedLayers.front());
-        m_removedLayers.erase(m_removedLayers.begin());
-        if (m_node->InsertLayer(m_camera, index, std::move(layer)) < 0) {
+    for (; !removedLayers_.empty(); ++index) {
+        std::unique_ptr<Layer> layer = std::move(removedLayers_.front());
+        removedLayers_.erase(removedLayers_.begin());
+        if (node_->InsertLayer(camera_, index, std::move(layer)) < 0) {
             return MS::kFailure;
         }
     }
@@ -247,70 +244,70 @@ MStatus LayerCommand::PutBack(int index) {
 // --- moving -----------------------------------------------------------------------------------------------
 
 MStatus LayerCommand::MoveWithin(int from, int to) {
-    m_resultIndex = m_node->MoveLayer(m_camera, from, to);
-    if (m_resultIndex < 0) {
+    resultIndex_ = node_->MoveLayer(camera_, from, to);
+    if (resultIndex_ < 0) {
         return MS::kFailure;
     }
-    setResult(m_resultIndex);
+    setResult(resultIndex_);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::MoveAcross() {
-    m_before.Remember(*m_node, {m_camera, m_newCamera});
-    const bool wasActive = m_before.GetCamera() == m_camera && m_before.GetIndex() == m_layerIndex;
-    m_resultIndex = m_node->MoveLayer(m_camera, m_layerIndex, m_newCamera, m_destination);
-    if (m_resultIndex < 0) {
+    before_.Remember(*node_, {camera_, newCamera_});
+    const bool wasActive = before_.GetCamera() == camera_ && before_.GetIndex() == layerIndex_;
+    resultIndex_ = node_->MoveLayer(camera_, layerIndex_, newCamera_, destination_);
+    if (resultIndex_ < 0) {
         return MS::kFailure;
     }
     if (wasActive) {
-        m_node->SetActiveLayer(m_newCamera, m_resultIndex, true);
+        node_->SetActiveLayer(newCamera_, resultIndex_, true);
     }
-    setResult(m_resultIndex);
+    setResult(resultIndex_);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::Move() {
-    if (m_newCamera.isEmpty() || m_newCamera == m_camera) {
-        m_newCamera.clear();
-        return MoveWithin(m_layerIndex, m_destination);
+    if (newCamera_.isEmpty() || newCamera_ == camera_) {
+        newCamera_.clear();
+        return MoveWithin(layerIndex_, destination_);
     }
-    return CameraArgument::Check(m_newCamera) ? MoveAcross() : MStatus(MS::kFailure);
+    return CameraArgument::Check(newCamera_) ? MoveAcross() : MStatus(MS::kFailure);
 }
 
 MStatus LayerCommand::MoveUndo() {
-    if (m_newCamera.isEmpty()) {
-        return m_node->MoveLayer(m_camera, m_resultIndex, m_layerIndex) < 0 ? MS::kFailure : MS::kSuccess;
+    if (newCamera_.isEmpty()) {
+        return node_->MoveLayer(camera_, resultIndex_, layerIndex_) < 0 ? MS::kFailure : MS::kSuccess;
     }
-    if (m_node->MoveLayer(m_newCamera, m_resultIndex, m_camera, m_layerIndex) < 0) {
+    if (node_->MoveLayer(newCamera_, resultIndex_, camera_, layerIndex_) < 0) {
         return MS::kFailure;
     }
     return RestoreActive();
 }
 
 MStatus LayerCommand::MoveAll() {
-    if (!CameraArgument::Check(m_newCamera)) {
+    if (!CameraArgument::Check(newCamera_)) {
         return MS::kFailure;
     }
-    if (m_newCamera == m_camera) {
+    if (newCamera_ == camera_) {
         Logger::Error("Invalid command parameters");
         return MS::kInvalidParameter;
     }
-    m_before.Remember(*m_node, {m_camera, m_newCamera});
-    const bool wasActive = m_before.GetCamera() == m_camera;
-    m_destination = m_node->LayerCount(m_newCamera);
-    m_movedCount = m_node->LayerCount(m_camera);
-    for (int i = m_movedCount - 1; i >= 0; --i) {
-        m_node->MoveLayer(m_camera, i, m_newCamera, m_destination);
+    before_.Remember(*node_, {camera_, newCamera_});
+    const bool wasActive = before_.GetCamera() == camera_;
+    destination_ = node_->LayerCount(newCamera_);
+    movedCount_ = node_->LayerCount(camera_);
+    for (int i = movedCount_ - 1; i >= 0; --i) {
+        node_->MoveLayer(camera_, i, newCamera_, destination_);
     }
-    if (wasActive && m_before.GetIndex() >= 0) {
-        m_node->SetActiveLayer(m_newCamera, m_before.GetIndex() + m_destination, true);
+    if (wasActive && before_.GetIndex() >= 0) {
+        node_->SetActiveLayer(newCamera_, before_.GetIndex() + destination_, true);
     }
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::MoveAllUndo() {
-    for (int i = m_destination + m_movedCount - 1; i >= m_destination; --i) {
-        m_node->MoveLayer(m_newCamera, i, m_camera, 0);
+    for (int i = destination_ + movedCount_ - 1; i >= destination_; --i) {
+        node_->MoveLayer(newCamera_, i, camera_, 0);
     }
     return RestoreActive();
 }
@@ -319,45 +316,45 @@ MStatus LayerCommand::MoveAllUndo() {
 
 template <typename Value, typename Get, typename Set>
 MStatus LayerCommand::Exchange(Value& value, Get get, Set set) {
-    const auto old = (m_node->*get)(m_camera, m_layerIndex);
-    (m_node->*set)(m_camera, m_layerIndex, static_cast<decltype(old)>(value));
+    const auto old = (node_->*get)(camera_, layerIndex_);
+    (node_->*set)(camera_, layerIndex_, static_cast<decltype(old)>(value));
     value = static_cast<Value>(old);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeName() {
-    return Exchange(m_layerName, &BaseNode::GetLayerName, &BaseNode::SetLayerName);
+    return Exchange(layerName_, &BaseNode::GetLayerName, &BaseNode::SetLayerName);
 }
 
 MStatus LayerCommand::QueryName() {
-    setResult(MayaUtil::ToMString(m_node->GetLayerName(m_camera, m_layerIndex)));
+    setResult(MayaUtil::ToMString(node_->GetLayerName(camera_, layerIndex_)));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeVisibility() {
-    return Exchange(m_visible, &BaseNode::IsLayerVisible, &BaseNode::SetLayerVisible);
+    return Exchange(visible_, &BaseNode::IsLayerVisible, &BaseNode::SetLayerVisible);
 }
 
 MStatus LayerCommand::QueryVisibility() {
-    setResult(m_node->IsLayerVisible(m_camera, m_layerIndex));
+    setResult(node_->IsLayerVisible(camera_, layerIndex_));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeOpacity() {
-    return Exchange(m_opacity, &BaseNode::GetLayerOpacity, &BaseNode::SetLayerOpacity);
+    return Exchange(opacity_, &BaseNode::GetLayerOpacity, &BaseNode::SetLayerOpacity);
 }
 
 MStatus LayerCommand::QueryOpacity() {
-    setResult(static_cast<double>(m_node->GetLayerOpacity(m_camera, m_layerIndex)));
+    setResult(static_cast<double>(node_->GetLayerOpacity(camera_, layerIndex_)));
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeState() {
-    return Exchange(m_stateValue, &BaseNode::GetLayerState, &BaseNode::SetLayerState);
+    return Exchange(stateValue_, &BaseNode::GetLayerState, &BaseNode::SetLayerState);
 }
 
 MStatus LayerCommand::QueryState() {
-    setResult(static_cast<int>(m_node->GetLayerState(m_camera, m_layerIndex)));
+    setResult(static_cast<int>(node_->GetLayerState(camera_, layerIndex_)));
     return MS::kSuccess;
 }
 

@@ -33,7 +33,7 @@ public:
     MStatus doIt(const MArgList& args) override;
     MStatus redoIt() override;
     MStatus undoIt() override;
-    bool isUndoable() const override { return m_undoable; }
+    bool isUndoable() const override { return undoable_; }
 
 private:
     using Flag = FlagRow<LayerCommand>;
@@ -77,26 +77,26 @@ private:
     template <typename Value, typename Get, typename Set>
     MStatus Exchange(Value& value, Get get, Set set);
 
-    const Flag* m_flag = nullptr;    // what is done
-    const char* m_refusal = nullptr; // said when there is nothing to do
-    bool m_asks = false;
-    bool m_undoable = false;
-    BaseNode* m_node = nullptr;
+    const Flag* flag_ = nullptr;    // what is done
+    const char* refusal_ = nullptr; // said when there is nothing to do
+    bool asks_ = false;
+    bool undoable_ = false;
+    BaseNode* node_ = nullptr;
 
-    QString m_camera;
-    QString m_newCamera;
-    QString m_layerName;
-    int m_layerIndex = -1;
-    int m_destination = -1;
-    int m_resultIndex = -1; // where a layer came to stand, for the way back
-    int m_movedCount = 0;
-    int m_layerState = -1; // of a new layer, negative for none
-    int m_stateValue = 0;
-    bool m_visible = true;
-    double m_opacity = 1.0;
+    QString camera_;
+    QString newCamera_;
+    QString layerName_;
+    int layerIndex_ = -1;
+    int destination_ = -1;
+    int resultIndex_ = -1; // where a layer came to stand, for the way back
+    int movedCount_ = 0;
+    int layerState_ = -1; // of a new layer, negative for none
+    int stateValue_ = 0;
+    bool visible_ = true;
+    double opacity_ = 1.0;
 
-    ActiveLayers m_before;
-    std::vector<std::unique_ptr<Layer>> m_removedLayers; // while they are out of the document
+    ActiveLayers before_;
+    std::vector<std::unique_ptr<Layer>> removedLayers_; // while they are out of the document
 };
 
 } // namespace vellix

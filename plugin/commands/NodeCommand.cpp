@@ -41,11 +41,11 @@ const FlagTable<NodeCommand>& NodeCommand::Flags() {
         Flag("-ex", "-exists").Does(&N::AnswerExists),
         Flag("-r", "-refresh").Does(&N::Refresh),
         Flag("-rg", "-refreshGhosting").Does(&N::RefreshGhosting),
-        Flag("-l", "-layer").Sets(&N::m_layer),
-        Flag("-c", "-camera", {&N::m_camera}).Answers(&N::AnswerCamera),
-        Flag("-ln", "-layerName", {&N::m_layerName}),
-        Flag("-ls", "-layerState", {Value::Whole(&N::m_layerState)}),
-        Flag("-f", "-frame").Sets(&N::m_frame),
+        Flag("-l", "-layer").Sets(&N::layer_),
+        Flag("-c", "-camera", {&N::camera_}).Answers(&N::AnswerCamera),
+        Flag("-ln", "-layerName", {&N::layerName_}),
+        Flag("-ls", "-layerState", {Value::Whole(&N::layerState_)}),
+        Flag("-f", "-frame").Sets(&N::frame_),
     });
     return flags;
 }
@@ -78,9 +78,9 @@ MStatus NodeCommand::doIt(const MArgList& args) {
     if (const Flag* const flag = Flags().Read(*this, arguments)) {
         return flag->redo(*this);
     }
-    m_undoable = true;
+    undoable_ = true;
     status = redoIt();
-    m_hasRun = bool(status);
+    hasRun_ = bool(status);
     return status;
 }
 
@@ -89,17 +89,17 @@ MStatus NodeCommand::redoIt() {
         Logger::Error("Node already exists");
         return MS::kFailure;
     }
-    if (m_layer && m_frame && !FrameRange::FromTimeSlider().CanBeFilled()) {
+    if (layer_ && frame_ && !FrameRange::FromTimeSlider().CanBeFilled()) {
         Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MOST_FRAMES)));
         return MS::kFailure;
     }
-    MStatus created = m_creation.Do();
+    MStatus created = creation_.Do();
     if (!created) {
         return created;
     }
     BaseNode* node = BaseNode::GetMaster();
-    if (m_layer && node != nullptr) {
-        if (!m_hasRun) {
+    if (layer_ && node != nullptr) {
+        if (!hasRun_) {
             AddFirstLayer(*node);
         }
         RefreshPanels(*node);
@@ -108,7 +108,7 @@ MStatus NodeCommand::redoIt() {
 }
 
 MStatus NodeCommand::undoIt() {
-    m_creation.Undo();
+    creation_.Undo();
     BaseNode::UpdatePlaybackTime();
     BaseNode::UpdateTimeControlOverlay();
     BaseNode::ClearLayerManagerDialog();
@@ -138,18 +138,18 @@ MStatus NodeCommand::AnswerCamera() {
 }
 
 void NodeCommand::AddFirstLayer(BaseNode& node) {
-    const QString camera = m_camera.isEmpty() ? MayaUtil::GetActive3dViewCameraName() : m_camera;
+    const QString camera = camera_.isEmpty() ? MayaUtil::GetActive3dViewCameraName() : camera_;
     if (camera.isEmpty() || node.LayerCount(camera) > 0) {
         return;
     }
-    const int index = node.InsertLayer(camera, -1, m_layerName);
+    const int index = node.InsertLayer(camera, -1, layerName_);
     if (index < 0) {
         return;
     }
-    if (m_layerState >= 0) {
-        node.SetLayerState(camera, index, ToLayerState(m_layerState));
+    if (layerState_ >= 0) {
+        node.SetLayerState(camera, index, ToLayerState(layerState_));
     }
-    if (m_frame) {
+    if (frame_) {
         AddFrames(node, camera);
     }
 }

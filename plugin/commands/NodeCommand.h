@@ -25,7 +25,7 @@ public:
     MStatus doIt(const MArgList& args) override;
     MStatus redoIt() override;
     MStatus undoIt() override;
-    bool isUndoable() const override { return m_undoable; }
+    bool isUndoable() const override { return undoable_; }
 
 private:
     using Flag = FlagRow<NodeCommand>;
@@ -39,14 +39,14 @@ private:
     void AddFrames(BaseNode& node, const QString& camera);
     void RefreshPanels(const BaseNode& node);
 
-    NodeCreation m_creation;
-    bool m_undoable = false;
-    bool m_hasRun = false;
-    bool m_layer = false;
-    bool m_frame = false;
-    QString m_layerName;
-    QString m_camera;
-    int m_layerState = -1; ///< negative when none was given
+    NodeCreation creation_;
+    bool undoable_ = false;
+    bool hasRun_ = false;
+    bool layer_ = false;
+    bool frame_ = false;
+    QString layerName_;
+    QString camera_;
+    int layerState_ = -1; ///< negative when none was given
 };
 
 } // namespace vellix

@@ -9,44 +9,44 @@
 namespace vellix {
 
 MStatus NodeCreation::Prepare() {
-    MGlobal::getActiveSelectionList(m_selection);
+    MGlobal::getActiveSelectionList(selection_);
     MStatus status;
-    m_transform = m_modifier.createNode("transform", MObject::kNullObj, &status);
-    if (!status || !m_modifier.renameNode(m_transform, "vellix")) {
+    transform_ = modifier_.createNode("transform", MObject::kNullObj, &status);
+    if (!status || !modifier_.renameNode(transform_, "vellix")) {
         Logger::Error("Failed to create transform");
         return MS::kFailure;
     }
-    const MObject shape = m_modifier.createNode(BaseNode::GetTypeID(), m_transform, &status);
-    if (!status || !m_modifier.renameNode(shape, "vellixShape")) {
+    const MObject shape = modifier_.createNode(BaseNode::GetTypeID(), transform_, &status);
+    if (!status || !modifier_.renameNode(shape, "vellixShape")) {
         Logger::Error("Failed to create shape");
         return MS::kFailure;
     }
-    m_prepared = true;
+    prepared_ = true;
     return MS::kSuccess;
 }
 
 MStatus NodeCreation::Do() {
-    if (!m_prepared) {
+    if (!prepared_) {
         MStatus status = Prepare();
         if (!status) {
             return status;
         }
     }
-    MStatus status = m_modifier.doIt();
+    MStatus status = modifier_.doIt();
     if (!status) {
         return status;
     }
     for (const char* channel : {"translate", "rotate", "scale"}) {
         for (const char* axis : {"X", "Y", "Z"}) {
-            BaseNode::LockAndHideAttribute(m_transform, MString(channel) + axis);
+            BaseNode::LockAndHideAttribute(transform_, MString(channel) + axis);
         }
     }
     return MGlobal::clearSelectionList();
 }
 
 void NodeCreation::Undo() {
-    m_modifier.undoIt();
-    MGlobal::setActiveSelectionList(m_selection);
+    modifier_.undoIt();
+    MGlobal::setActiveSelectionList(selection_);
 }
 
 } // namespace vellix

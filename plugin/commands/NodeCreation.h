@@ -19,10 +19,10 @@ public:
 private:
     MStatus Prepare();
 
-    MDagModifier m_modifier;
-    MObject m_transform;
-    MSelectionList m_selection;
-    bool m_prepared = false;
+    MDagModifier modifier_;
+    MObject transform_;
+    MSelectionList selection_;
+    bool prepared_ = false;
 };
 
 } // namespace vellix

@@ -7,10 +7,10 @@
 namespace vellix {
 
 PlaybackTimeScope::PlaybackTimeScope()
-    : m_before(MayaUtil::GetPlaybackTime()) {}
+    : before_(MayaUtil::GetPlaybackTime()) {}
 
 PlaybackTimeScope::~PlaybackTimeScope() {
-    SetTime(m_before);
+    SetTime(before_);
 }
 
 void PlaybackTimeScope::GoTo(int frame) {

@@ -19,7 +19,7 @@ public:
     static void SetTime(const MTime& time);
 
 private:
-    MTime m_before;
+    MTime before_;
 };
 
 } // namespace vellix

@@ -22,9 +22,9 @@ ReplayCommand::~ReplayCommand() = default;
 const FlagTable<ReplayCommand>& ReplayCommand::Flags() {
     using Flag = FlagRow<ReplayCommand>;
     static const FlagTable<ReplayCommand> flags({
-        Flag("-f", "-file", {&ReplayCommand::m_file}).Sets(&ReplayCommand::m_hasFile),
-        Flag("-c", "-camera", {&ReplayCommand::m_camera}),
-        Flag("-fo", "-frameOffset", {&ReplayCommand::m_frameOffset}),
+        Flag("-f", "-file", {&ReplayCommand::file_}).Sets(&ReplayCommand::hasFile_),
+        Flag("-c", "-camera", {&ReplayCommand::camera_}),
+        Flag("-fo", "-frameOffset", {&ReplayCommand::frameOffset_}),
     });
     return flags;
 }
@@ -46,8 +46,8 @@ MStatus ReplayCommand::doIt(const MArgList& args) {
     if (!ReadArguments(args) || !ReadRecording(recording)) {
         return MS::kFailure;
     }
-    m_camera = CameraArgument::Resolve(m_camera, BaseNode::GetMaster());
-    if (m_camera.isEmpty()) {
+    camera_ = CameraArgument::Resolve(camera_, BaseNode::GetMaster());
+    if (camera_.isEmpty()) {
         return MS::kFailure;
     }
     const int count = recording.GetStrokes().size();
@@ -59,7 +59,7 @@ MStatus ReplayCommand::doIt(const MArgList& args) {
             UndoAll();
             return MS::kFailure;
         }
-        m_undoable = true;
+        undoable_ = true;
     }
     setResult(count);
     return MS::kSuccess;
@@ -72,12 +72,12 @@ bool ReplayCommand::ReadArguments(const MArgList& args) {
         return false;
     }
     Flags().Read(*this, arguments);
-    if (!m_hasFile) {
+    if (!hasFile_) {
         Logger::Error("No recording. Name one with -file.");
         return false;
     }
     const int limit = StrokeRecording::MAX_FRAME_NUMBER;
-    if (m_frameOffset < -limit || m_frameOffset > limit) {
+    if (frameOffset_ < -limit || frameOffset_ > limit) {
         Logger::Error(QString("The frame offset must be from %1 to %2.").arg(-limit).arg(limit));
         return false;
     }
@@ -86,10 +86,10 @@ bool ReplayCommand::ReadArguments(const MArgList& args) {
 
 bool ReplayCommand::ReadRecording(StrokeRecording& recording) const {
     QString fault;
-    if (recording.Read(m_file, fault)) {
+    if (recording.Read(file_, fault)) {
         return true;
     }
-    Logger::Error(QString("Cannot replay \"%1\": %2").arg(m_file, fault));
+    Logger::Error(QString("Cannot replay \"%1\": %2").arg(file_, fault));
     return false;
 }
 
@@ -98,8 +98,8 @@ bool ReplayCommand::ProvideNode() {
     if (BaseNode::GetMaster()) {
         return true;
     }
-    m_node = std::make_unique<NodeCreation>();
-    if (m_node->Do() && BaseNode::GetMaster()) {
+    node_ = std::make_unique<NodeCreation>();
+    if (node_->Do() && BaseNode::GetMaster()) {
         return true;
     }
     return false;
@@ -108,15 +108,15 @@ bool ReplayCommand::ProvideNode() {
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
     const std::shared_ptr<LayerManager> layers = BaseNode::GetMaster()->GetLayerManager();
     const LayerManager::ChangeScope together(*layers);
-    m_before.Remember(*BaseNode::GetMaster(), {m_camera});
-    StrokePlayer player(*BaseNode::GetMaster(), m_camera);
+    before_.Remember(*BaseNode::GetMaster(), {camera_});
+    StrokePlayer player(*BaseNode::GetMaster(), camera_);
     MComputation computation;
     computation.beginComputation();
     QString fault;
     for (int i = 0; i < recording.GetStrokes().size() && fault.isEmpty(); ++i) {
         const RecordedStroke& recorded = recording.GetStrokes()[i];
-        const int time = recorded.frame + m_frameOffset;
-        if (!player.Draw(recorded, time, m_drawn)) {
+        const int time = recorded.frame + frameOffset_;
+        if (!player.Draw(recorded, time, drawn_)) {
             fault = QString("stroke %1 (frame %2) could not be drawn").arg(i + 1).arg(time);
         } else if (computation.isInterruptRequested()) {
             fault = QString("interrupted after stroke %1").arg(i + 1);
@@ -124,7 +124,7 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
     }
     computation.endComputation();
     if (!fault.isEmpty()) {
-        Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(m_file, fault));
+        Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(file_, fault));
         return false;
     }
     BaseNode::UpdatePlaybackTime();
@@ -134,14 +134,14 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
 bool ReplayCommand::UndoAll() {
     BaseNode* const node = BaseNode::GetMaster();
     bool done = node != nullptr;
-    for (auto drawn = m_drawn.rbegin(); done && drawn != m_drawn.rend(); ++drawn) {
+    for (auto drawn = drawn_.rbegin(); done && drawn != drawn_.rend(); ++drawn) {
         done = (*drawn)->Undo(*node);
     }
     if (done) {
-        m_before.Restore(*node);
+        before_.Restore(*node);
     }
-    if (m_node) {
-        m_node->Undo();
+    if (node_) {
+        node_->Undo();
     }
     BaseNode::UpdatePlaybackTime();
     return done;
@@ -152,15 +152,15 @@ MStatus ReplayCommand::undoIt() {
 }
 
 MStatus ReplayCommand::redoIt() {
-    if (m_node) {
-        MStatus status = m_node->Do();
+    if (node_) {
+        MStatus status = node_->Do();
         if (!status) {
             return status;
         }
     }
     BaseNode* const node = BaseNode::GetMaster();
     bool done = node != nullptr;
-    for (auto drawn = m_drawn.begin(); done && drawn != m_drawn.end(); ++drawn) {
+    for (auto drawn = drawn_.begin(); done && drawn != drawn_.end(); ++drawn) {
         done = (*drawn)->Redo(*node);
     }
     BaseNode::UpdatePlaybackTime();

@@ -36,7 +36,7 @@ public:
     MStatus doIt(const MArgList& args) override;
     MStatus redoIt() override;
     MStatus undoIt() override;
-    bool isUndoable() const override { return m_undoable; }
+    bool isUndoable() const override { return undoable_; }
 
 private:
     static const FlagTable<ReplayCommand>& Flags();
@@ -46,14 +46,14 @@ private:
     bool DrawAll(const StrokeRecording& recording);
     bool UndoAll();
 
-    bool m_hasFile = false;
-    QString m_file;
-    QString m_camera;
-    ActiveLayers m_before;
-    int m_frameOffset = 0;
-    bool m_undoable = false;
-    std::unique_ptr<NodeCreation> m_node;               // null when the scene had one
-    std::vector<std::unique_ptr<StrokeCommit>> m_drawn; // one for each frame that was drawn on
+    bool hasFile_ = false;
+    QString file_;
+    QString camera_;
+    ActiveLayers before_;
+    int frameOffset_ = 0;
+    bool undoable_ = false;
+    std::unique_ptr<NodeCreation> node_;               // null when the scene had one
+    std::vector<std::unique_ptr<StrokeCommit>> drawn_; // one for each frame that was drawn on
 };
 
 } // namespace vellix

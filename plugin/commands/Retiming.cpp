@@ -5,18 +5,18 @@
 namespace vellix {
 
 Retiming::Retiming(int amount, bool relative)
-    : m_amount(amount)
-    , m_relative(relative) {}
+    : amount_(amount)
+    , relative_(relative) {}
 
 void Retiming::SetRange(int start, int end, const std::vector<int>& times) {
     const auto later = std::upper_bound(times.begin(), times.end(), start);
-    m_start = later == times.begin() ? start : *(later - 1);
-    m_end = end; // all that starts before it is in the range, wherever it lies between two drawings
+    start_ = later == times.begin() ? start : *(later - 1);
+    end_ = end; // all that starts before it is in the range, wherever it lies between two drawings
 }
 
 int Retiming::FindTarget(const std::vector<int>& times, bool next) const {
     const int count = int(times.size());
-    const int later = int(std::upper_bound(times.begin(), times.end(), m_start) - times.begin());
+    const int later = int(std::upper_bound(times.begin(), times.end(), start_) - times.begin());
     if (later == count) {
         return count - 1;
     }
@@ -24,10 +24,10 @@ int Retiming::FindTarget(const std::vector<int>& times, bool next) const {
 }
 
 qint64 Retiming::GetHoldChange(const std::vector<int>& times, std::size_t index) const {
-    if (times[index] < m_start || times[index] >= m_end || index + 1 == times.size()) {
+    if (times[index] < start_ || times[index] >= end_ || index + 1 == times.size()) {
         return 0;
     }
-    return m_relative ? m_amount : m_amount - (qint64(times[index + 1]) - times[index]);
+    return relative_ ? amount_ : amount_ - (qint64(times[index + 1]) - times[index]);
 }
 
 std::vector<qint64> Retiming::GetTimes(const std::vector<int>& times) const {

@@ -24,10 +24,10 @@ public:
 private:
     qint64 GetHoldChange(const std::vector<int>& times, std::size_t index) const;
 
-    int m_amount = 0;
-    bool m_relative = false;
-    int m_start = 0;
-    int m_end = 0;
+    int amount_ = 0;
+    bool relative_ = false;
+    int start_ = 0;
+    int end_ = 0;
 };
 
 } // namespace vellix

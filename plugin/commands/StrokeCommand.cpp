@@ -13,8 +13,8 @@ namespace vellix {
 const FlagTable<StrokeCommand>& StrokeCommand::Flags() {
     using Flag = FlagRow<StrokeCommand>;
     static const FlagTable<StrokeCommand> flags({
-        Flag("-la", "-layerAdded", {&StrokeCommand::m_addedLayer}),
-        Flag("-fa", "-frameAdded").Sets(&StrokeCommand::m_frameAdded),
+        Flag("-la", "-layerAdded", {&StrokeCommand::addedLayer_}),
+        Flag("-fa", "-frameAdded").Sets(&StrokeCommand::frameAdded_),
     });
     return flags;
 }
@@ -40,7 +40,7 @@ MStatus StrokeCommand::doIt(const MArgList& args) {
         return status;
     }
     BaseNode* node = BaseNode::GetMaster();
-    return node != nullptr && m_commit->Commit(*node) ? MS::kSuccess : MS::kFailure;
+    return node != nullptr && commit_->Commit(*node) ? MS::kSuccess : MS::kFailure;
 }
 
 MStatus StrokeCommand::redoIt() {
@@ -53,7 +53,7 @@ MStatus StrokeCommand::undoIt() {
 
 MStatus StrokeCommand::Exchange(bool (StrokeCommit::*step)(BaseNode& node)) {
     BaseNode* node = BaseNode::GetMaster();
-    return node != nullptr && (m_commit.get()->*step)(*node) ? MS::kSuccess : MS::kFailure;
+    return node != nullptr && (commit_.get()->*step)(*node) ? MS::kSuccess : MS::kFailure;
 }
 
 MStatus StrokeCommand::ParseArguments(const MArgList& args) {
@@ -67,7 +67,7 @@ MStatus StrokeCommand::ParseArguments(const MArgList& args) {
         return MS::kFailure;
     }
     Flags().Read(*this, arguments);
-    m_commit = std::make_unique<StrokeCommit>(camera, m_addedLayer, m_frameAdded);
+    commit_ = std::make_unique<StrokeCommit>(camera, addedLayer_, frameAdded_);
     return MS::kSuccess;
 }
 

@@ -29,9 +29,9 @@ private:
     MStatus ParseArguments(const MArgList& args);
     MStatus Exchange(bool (StrokeCommit::*step)(BaseNode& node));
 
-    int m_addedLayer = -1; ///< negative for none
-    bool m_frameAdded = false;
-    std::unique_ptr<StrokeCommit> m_commit;
+    int addedLayer_ = -1; ///< negative for none
+    bool frameAdded_ = false;
+    std::unique_ptr<StrokeCommit> commit_;
 };
 
 } // namespace vellix

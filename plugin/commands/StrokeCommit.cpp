@@ -12,72 +12,72 @@
 namespace vellix {
 
 StrokeCommit::StrokeCommit(const QString& camera, int layerAdded, bool frameAdded)
-    : m_camera(camera)
-    , m_addedLayer(layerAdded)
-    , m_frameAdded(frameAdded) {}
+    : camera_(camera)
+    , addedLayer_(layerAdded)
+    , frameAdded_(frameAdded) {}
 
 bool StrokeCommit::Commit(BaseNode& node) {
-    if (m_addedLayer >= 0 && node.LayerCount(m_camera) == 1) {
+    if (addedLayer_ >= 0 && node.LayerCount(camera_) == 1) {
         const QString previous = node.GetPreviousActiveCamera();
-        if (!previous.isEmpty() && previous != m_camera) {
-            m_previousCamera = previous;
-            m_previousActiveLayer = node.GetActiveLayerIndex(previous);
+        if (!previous.isEmpty() && previous != camera_) {
+            previousCamera_ = previous;
+            previousActiveLayer_ = node.GetActiveLayerIndex(previous);
         }
     }
-    Layer* layer = node.GetActiveLayer(m_camera);
+    Layer* layer = node.GetActiveLayer(camera_);
     if (layer == nullptr) {
         return false;
     }
-    if (m_frameAdded) {
-        m_frameTime = layer->GetState() == LayerState::Static
-                          ? FromWholeFrames(Settings::defaultStaticFrameTime)
-                          : MayaUtil::GetPlaybackTime();
+    if (frameAdded_) {
+        frameTime_ = layer->GetState() == LayerState::Static
+                         ? FromWholeFrames(Settings::defaultStaticFrameTime)
+                         : MayaUtil::GetPlaybackTime();
     }
     if (const Frame* frame = layer->GetCurrentFrame()) {
-        m_paintedFrame = frame->GetTimeValue();
+        paintedFrame_ = frame->GetTimeValue();
     }
-    return node.CommitActiveStroke(m_camera, m_image);
+    return node.CommitActiveStroke(camera_, image_);
 }
 
 bool StrokeCommit::Undo(BaseNode& node) {
     if (!ExchangeImage(node)) {
         return false;
     }
-    if (m_frameAdded) {
-        node.RemoveFrame(m_camera, m_frameTime);
-        if (Layer* layer = node.GetActiveLayer(m_camera)) {
+    if (frameAdded_) {
+        node.RemoveFrame(camera_, frameTime_);
+        if (Layer* layer = node.GetActiveLayer(camera_)) {
             layer->UpdateCurrentFrameIndex(); // the frame may be far from the playback time
         }
     }
-    if (m_addedLayer >= 0) {
-        node.RemoveLayer(m_camera, m_addedLayer);
-        if (m_previousActiveLayer >= 0) {
-            node.SetActiveLayer(m_previousCamera, m_previousActiveLayer, true);
+    if (addedLayer_ >= 0) {
+        node.RemoveLayer(camera_, addedLayer_);
+        if (previousActiveLayer_ >= 0) {
+            node.SetActiveLayer(previousCamera_, previousActiveLayer_, true);
         }
     }
     return true;
 }
 
 bool StrokeCommit::Redo(BaseNode& node) {
-    if (m_addedLayer >= 0) {
-        if (node.InsertLayer(m_camera, m_addedLayer, QString()) < 0) {
+    if (addedLayer_ >= 0) {
+        if (node.InsertLayer(camera_, addedLayer_, QString()) < 0) {
             return false;
         }
-        node.SetActiveLayer(m_camera, m_addedLayer, true);
+        node.SetActiveLayer(camera_, addedLayer_, true);
     }
-    if (m_frameAdded && node.AddFrame(m_camera, m_frameTime) < 0) {
+    if (frameAdded_ && node.AddFrame(camera_, frameTime_) < 0) {
         return false;
     }
-    return !m_image.isEmpty() && ExchangeImage(node);
+    return !image_.isEmpty() && ExchangeImage(node);
 }
 
 bool StrokeCommit::ExchangeImage(BaseNode& node) {
-    Layer* layer = node.GetActiveLayer(m_camera);
-    if (layer == nullptr || !layer->FrameExists(m_paintedFrame)) {
+    Layer* layer = node.GetActiveLayer(camera_);
+    if (layer == nullptr || !layer->FrameExists(paintedFrame_)) {
         return false;
     }
-    layer->UpdateCurrentFrameIndex(m_paintedFrame);
-    const bool exchanged = node.UndoStroke(m_camera, m_image);
+    layer->UpdateCurrentFrameIndex(paintedFrame_);
+    const bool exchanged = node.UndoStroke(camera_, image_);
     layer->UpdateCurrentFrameIndex();
     return exchanged;
 }

@@ -27,14 +27,14 @@ public:
 private:
     bool ExchangeImage(BaseNode& node);
 
-    QString m_camera;
-    int m_addedLayer;
-    bool m_frameAdded;
-    MTime m_frameTime;        ///< of the frame that was added
-    int m_paintedFrame = 0;   ///< time of the frame that was painted on
-    QString m_previousCamera; ///< active before the stroke gave its camera a first layer
-    int m_previousActiveLayer = -1;
-    QByteArray m_image;
+    QString camera_;
+    int addedLayer_;
+    bool frameAdded_;
+    MTime frameTime_;        ///< of the frame that was added
+    int paintedFrame_ = 0;   ///< time of the frame that was painted on
+    QString previousCamera_; ///< active before the stroke gave its camera a first layer
+    int previousActiveLayer_ = -1;
+    QByteArray image_;
 };
 
 } // namespace vellix

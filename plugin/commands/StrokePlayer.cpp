@@ -31,10 +31,10 @@ QPoint PixelOf(const QPointF& position) {
 } // namespace
 
 StrokePlayer::StrokePlayer(BaseNode& node, const QString& camera)
-    : m_node(node)
-    , m_camera(camera)
-    , m_restoreSettings([tool = Settings::activeTool, color = Settings::activeColor,
-                         eraser = Settings::tabletEraserEnabled] {
+    : node_(node)
+    , camera_(camera)
+    , restoreSettings_([tool = Settings::activeTool, color = Settings::activeColor,
+                        eraser = Settings::tabletEraserEnabled] {
         Settings::activeTool = tool;
         Settings::activeColor = color;
         Settings::tabletEraserEnabled = eraser;
@@ -42,8 +42,8 @@ StrokePlayer::StrokePlayer(BaseNode& node, const QString& camera)
 
 bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& commits) {
     ActiveLayers before;
-    before.Remember(m_node, {m_camera});
-    m_time.GoTo(frame);
+    before.Remember(node_, {camera_});
+    time_.GoTo(frame);
     int layerAdded = -1;
     bool frameAdded = false;
     Stroke* const stroke = Begin(recorded, layerAdded, frameAdded);
@@ -52,7 +52,7 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
         if (Commit(layerAdded, frameAdded, commits)) {
             return true;
         }
-        m_node.CancelActiveStroke();
+        node_.CancelActiveStroke();
     }
     TakeBack(before, layerAdded, frameAdded);
     return false;
@@ -60,32 +60,32 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
 
 // Packing the picture for the way back takes longer than painting, so it is done once for each picture.
 bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
-    const Frame* const picture = m_node.GetActiveLayer(m_camera)->GetCurrentFrame();
-    if (m_drawn.contains(picture)) {
-        return m_node.CommitActiveStroke(m_camera);
+    const Frame* const picture = node_.GetActiveLayer(camera_)->GetCurrentFrame();
+    if (drawn_.contains(picture)) {
+        return node_.CommitActiveStroke(camera_);
     }
-    auto commit = std::make_unique<StrokeCommit>(m_camera, layerAdded, frameAdded);
-    if (!commit->Commit(m_node)) {
+    auto commit = std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded);
+    if (!commit->Commit(node_)) {
         return false;
     }
-    m_drawn.insert(picture);
+    drawn_.insert(picture);
     commits.push_back(std::move(commit));
     return true;
 }
 
 // The settings come first: what a new stroke is painted into depends on the tool and the colour.
 Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, bool& frameAdded) {
-    if (m_node.HasActiveStroke()) {
+    if (node_.HasActiveStroke()) {
         Logger::Error("Another stroke is being drawn. Finish it first.");
         return nullptr;
     }
     Settings::activeTool = recorded.tool;
     Settings::activeColor = recorded.color;
     Settings::tabletEraserEnabled = false;
-    if (!m_node.PrepareForDraw(m_camera, layerAdded, frameAdded)) {
+    if (!node_.PrepareForDraw(camera_, layerAdded, frameAdded)) {
         return nullptr;
     }
-    Stroke* const stroke = m_node.GetActiveStroke(m_camera, false);
+    Stroke* const stroke = node_.GetActiveStroke(camera_, false);
     if (stroke) {
         stroke->tool = recorded.tool;
         stroke->color = recorded.color;
@@ -127,15 +127,15 @@ void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
 
 void StrokePlayer::TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded) {
     if (frameAdded) {
-        const Layer* const layer = m_node.GetActiveLayer(m_camera);
+        const Layer* const layer = node_.GetActiveLayer(camera_);
         const bool isStatic = layer && layer->GetState() == LayerState::Static;
         const MTime time =
             isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : MayaUtil::GetPlaybackTime();
-        m_node.RemoveFrame(m_camera, time);
+        node_.RemoveFrame(camera_, time);
     }
     if (layerAdded >= 0) {
-        m_node.RemoveLayer(m_camera, layerAdded);
-        before.Restore(m_node);
+        node_.RemoveLayer(camera_, layerAdded);
+        before.Restore(node_);
     }
 }
 

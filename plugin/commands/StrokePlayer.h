@@ -40,11 +40,11 @@ private:
     bool Commit(int layerAdded, bool frameAdded, Commits& commits);
     void TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded);
 
-    BaseNode& m_node;
-    QString m_camera;
-    PlaybackTimeScope m_time;
-    QSet<const Frame*> m_drawn; // what was drawn on so far
-    ScopeExit m_restoreSettings;
+    BaseNode& node_;
+    QString camera_;
+    PlaybackTimeScope time_;
+    QSet<const Frame*> drawn_; // what was drawn on so far
+    ScopeExit restoreSettings_;
 };
 
 } // namespace vellix

@@ -89,9 +89,9 @@ const FlagTable<UtilCommand>& UtilCommand::Flags() {
 std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
     using U = UtilCommand;
     using Value = Flag::Value;
-    static const auto number = Value::Whole(&U::m_number);
-    static const std::vector<Value> color = {Value::Whole(&U::m_red), Value::Whole(&U::m_green),
-                                             Value::Whole(&U::m_blue)};
+    static const auto number = Value::Whole(&U::number_);
+    static const std::vector<Value> color = {Value::Whole(&U::red_), Value::Whole(&U::green_),
+                                             Value::Whole(&U::blue_)};
     std::vector<Flag> rows = {
         Flag("-d", "-draw").Does(Call(ActivateDrawContext)),
         Flag("-t", "-transform").Does(Call(ActivateTransformContext)),
@@ -99,10 +99,10 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
     };
     AddTools(rows);
     const Flag others[] = {
-        Flag("-gp", "-ghostPrevious", {&U::m_switch})
+        Flag("-gp", "-ghostPrevious", {&U::switch_})
             .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostPrev)))
             .Answers(Answer(Settings::ghostPrev)),
-        Flag("-gn", "-ghostNext", {&U::m_switch})
+        Flag("-gn", "-ghostNext", {&U::switch_})
             .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostNext)))
             .Answers(Answer(Settings::ghostNext)),
         Flag("-gpc", "-ghostPreviousCount", {number})
@@ -125,7 +125,7 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
             .Answers(Answer(Settings::timelineFrameDisplay)),
         Flag("-rtd", "-refreshTimelineDisplay").Does(Call(RefreshTimelineDisplay)),
         Flag("-fv", "-floatingViewport").Does(Call(CreateFloatingViewport)),
-        Flag("-fvm", "-floatingViewportMove", {&U::m_text}).Does(&U::MoveToFloatingViewport),
+        Flag("-fvm", "-floatingViewportMove", {&U::text_}).Does(&U::MoveToFloatingViewport),
         Flag("-lm", "-layerManager").Does(Call(ShowLayerManager)),
         Flag("-rlm", "-refreshLayerManager").Does(Call(RefreshLayerManager)),
         Flag("-tb", "-toolbox").Does(Call(ShowPanel, "toolbox", DialogManager::GetToolboxDialog)),
@@ -162,15 +162,15 @@ void UtilCommand::AddTools(std::vector<Flag>& rows) {
         }
     }
     for (const ToolRow& tool : AllTools()) {
-        std::vector<Value> values = {Value::Whole(&U::m_size), Value::Whole(&U::m_opacity)};
+        std::vector<Value> values = {Value::Whole(&U::size_), Value::Whole(&U::opacity_)};
         if (tool.Has(ToolRow::HARDNESS)) {
-            values.push_back(Value::Whole(&U::m_hardness));
+            values.push_back(Value::Whole(&U::hardness_));
         }
         if (tool.Has(ToolRow::PRESSURE)) {
-            values.push_back(Value::Whole(&U::m_tablet));
+            values.push_back(Value::Whole(&U::tablet_));
         }
         if (tool.kind == ToolKind::Text) {
-            values.push_back(&U::m_text);
+            values.push_back(&U::text_);
         }
         rows.push_back(Flag(tool.shortOptionsFlag, tool.optionsFlag, std::move(values))
                            .Does(Call(&U::SetOptions, std::cref(tool))));
@@ -255,16 +255,16 @@ MStatus UtilCommand::SetActiveTool(ToolType tool) {
 
 MStatus UtilCommand::SetOptions(const ToolRow& tool) const {
     ToolOptions options = Settings::GetToolOptions(tool.type);
-    options.size = m_size;
-    options.opacity = m_opacity;
+    options.size = size_;
+    options.opacity = opacity_;
     if (tool.Has(ToolRow::HARDNESS)) {
-        options.hardness = m_hardness;
+        options.hardness = hardness_;
     }
     if (tool.Has(ToolRow::PRESSURE)) {
-        options.tabletEnabled = m_tablet != 0;
+        options.tabletEnabled = tablet_ != 0;
     }
     if (tool.kind == ToolKind::Text) {
-        options.fontFamily = m_text;
+        options.fontFamily = text_;
     }
     Settings::SetToolOptions(tool.type, options);
     DialogManager::RefreshToolOptions();
@@ -274,11 +274,11 @@ MStatus UtilCommand::SetOptions(const ToolRow& tool) const {
 // --- colours and ghosts -----------------------------------------------------------------------------------
 
 bool UtilCommand::GetColor(QColor& color) const {
-    if (m_red > 255 || m_green > 255 || m_blue > 255) {
+    if (red_ > 255 || green_ > 255 || blue_ > 255) {
         Logger::Error("Color values must be in the range of 0-255.");
         return false;
     }
-    color = QColor(m_red, m_green, m_blue);
+    color = QColor(red_, green_, blue_);
     return true;
 }
 
@@ -295,19 +295,19 @@ MStatus UtilCommand::SetGhostColor(QColor& setting) const {
 }
 
 MStatus UtilCommand::SwitchGhosts(bool& setting) const {
-    setting = m_switch < 0 ? !setting : m_switch > 0;
+    setting = switch_ < 0 ? !setting : switch_ > 0;
     return UpdateGhosting();
 }
 
 MStatus UtilCommand::SetGhostCount(int& setting) const {
     const int least = Settings::MIN_GHOSTED_FRAMES;
     const int most = Settings::MAX_GHOSTED_FRAMES;
-    setting = qBound(least, m_number, most);
+    setting = qBound(least, number_, most);
     return UpdateGhosting();
 }
 
 MStatus UtilCommand::SetGhostColorOverride() const {
-    Settings::ghostColorOverride = m_number != 0;
+    Settings::ghostColorOverride = number_ != 0;
     return UpdateGhosting();
 }
 
@@ -323,11 +323,11 @@ MStatus UtilCommand::UpdateGhosting() {
 // --- timeline and viewports -------------------------------------------------------------------------------
 
 MStatus UtilCommand::SetTimelineFrameDisplay() const {
-    if (m_number > static_cast<int>(TimelineFrameDisplay::Off)) {
+    if (number_ > static_cast<int>(TimelineFrameDisplay::Off)) {
         Logger::Error("Invalid timeline frame display option.");
         return MS::kFailure;
     }
-    Settings::timelineFrameDisplay = m_number;
+    Settings::timelineFrameDisplay = number_;
     BaseNode::UpdateTimeControlOverlay();
     UpdateMainMenu();
     return MS::kSuccess;
@@ -346,7 +346,7 @@ MStatus UtilCommand::MoveToFloatingViewport() const {
     if (!NeedWindow("floating viewport")) {
         return MS::kFailure;
     }
-    QString camera = m_text;
+    QString camera = text_;
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
     if (!cameras.contains(camera)) {

@@ -68,16 +68,16 @@ private:
     static MStatus ShowLayerProperties();
     static MStatus ResetPanels();
 
-    int m_size = 0; // of a tool, and what follows it
-    int m_opacity = 0;
-    int m_hardness = 0;
-    int m_tablet = 0;
-    int m_red = 0;
-    int m_green = 0;
-    int m_blue = 0;
-    int m_number = 0;
-    int m_switch = 0; // negative: the other way round
-    QString m_text;   // font family, or the camera whose layers move
+    int size_ = 0; // of a tool, and what follows it
+    int opacity_ = 0;
+    int hardness_ = 0;
+    int tablet_ = 0;
+    int red_ = 0;
+    int green_ = 0;
+    int blue_ = 0;
+    int number_ = 0;
+    int switch_ = 0; // negative: the other way round
+    QString text_;   // font family, or the camera whose layers move
 };
 
 } // namespace vellix

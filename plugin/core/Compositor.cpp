@@ -8,77 +8,77 @@
 namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
-    m_images[camera] = std::make_unique<FlattenedImage>();
+    images_[camera] = std::make_unique<FlattenedImage>();
 }
 
 void Compositor::RemoveCamera(const QString& camera) {
-    m_images.erase(camera);
-    if (m_ghosts.camera == camera) {
-        m_ghosts = Ghosts();
+    images_.erase(camera);
+    if (ghosts_.camera == camera) {
+        ghosts_ = Ghosts();
     }
 }
 
 QImage* Compositor::GetImage(const QString& camera) const {
-    const auto found = m_images.find(camera);
-    return found == m_images.end() ? nullptr : &found->second->Image();
+    const auto found = images_.find(camera);
+    return found == images_.end() ? nullptr : &found->second->Image();
 }
 
 void Compositor::Rebuild(const Scene& scene) {
-    const auto found = m_images.find(scene.camera);
-    if (found == m_images.end()) {
+    const auto found = images_.find(scene.camera);
+    if (found == images_.end()) {
         return;
     }
     PictureStack stack = UpdateGhosts(scene);
     const std::size_t ghostCount = stack.size();
     for (Layer* layer : scene.layers) {
-        stack.push_back(m_cache.Find(layer->ReadFrame(0)));
+        stack.push_back(cache_.Find(layer->ReadFrame(0)));
     }
     if (scene.stroke != nullptr && scene.activeLayer >= 0) {
         RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.activeLayer));
     } else {
         found->second->Update(stack, TileMask());
     }
-    m_cache.EndRound();
+    cache_.EndRound();
 }
 
 /// The ghosts of the active layer. While a stroke grows they stay those of the rebuild before it.
 PictureStack Compositor::UpdateGhosts(const Scene& scene) {
     if (scene.activeLayer < 0 || !scene.ghosting || !(Settings::ghostPrev || Settings::ghostNext)) {
-        if (m_ghosts.camera == scene.camera) {
-            m_ghosts = Ghosts();
+        if (ghosts_.camera == scene.camera) {
+            ghosts_ = Ghosts();
         }
         return PictureStack();
     }
     Layer& layer = *scene.layers[scene.activeLayer];
-    const bool same = m_ghosts.camera == scene.camera && m_ghosts.layer == &layer &&
-                      m_ghosts.frameIndex == layer.GetCurrentFrameIndex();
+    const bool same = ghosts_.camera == scene.camera && ghosts_.layer == &layer &&
+                      ghosts_.frameIndex == layer.GetCurrentFrameIndex();
     const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
     if (!same || !strokeGrows) {
-        m_ghosts.camera = scene.camera;
-        m_ghosts.layer = &layer;
-        m_ghosts.frameIndex = layer.GetCurrentFrameIndex();
-        m_ghosts.pictures = GhostPictures(
-            layer.FrameCount(), [this, &layer](int offset) { return m_cache.Find(layer.ReadFrame(offset)); });
+        ghosts_.camera = scene.camera;
+        ghosts_.layer = &layer;
+        ghosts_.frameIndex = layer.GetCurrentFrameIndex();
+        ghosts_.pictures = GhostPictures(
+            layer.FrameCount(), [this, &layer](int offset) { return cache_.Find(layer.ReadFrame(offset)); });
     }
-    return m_ghosts.pictures;
+    return ghosts_.pictures;
 }
 
 /// What lies under and over the layer that is drawn on is merged once; then each refresh costs the same
 /// however many layers there are.
 void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                                    std::size_t drawnOn) {
-    if (m_below == nullptr) {
-        m_below = std::make_unique<MergedPictures>();
-        m_above = std::make_unique<MergedPictures>();
+    if (below_ == nullptr) {
+        below_ = std::make_unique<MergedPictures>();
+        above_ = std::make_unique<MergedPictures>();
     }
     const auto drawing = stack.begin() + std::ptrdiff_t(drawnOn);
-    m_below->Update(PictureStack(stack.begin(), drawing));
-    m_above->Update(PictureStack(drawing + 1, stack.end()));
+    below_->Update(PictureStack(stack.begin(), drawing));
+    above_->Update(PictureStack(drawing + 1, stack.end()));
     PictureStack merged;
-    merged.push_back(m_below->AsPicture());
+    merged.push_back(below_->AsPicture());
     TileMask changed;
     scene.stroke->AppendTo(merged, *drawing, scene.layers[scene.activeLayer]->ReadFrame(0), changed);
-    merged.push_back(m_above->AsPicture());
+    merged.push_back(above_->AsPicture());
     image.Update(merged, changed);
 }
 

@@ -52,12 +52,12 @@ private:
     void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                            std::size_t drawnOn);
 
-    std::map<QString, std::unique_ptr<FlattenedImage>> m_images;
-    PictureCache m_cache;
-    Ghosts m_ghosts;
+    std::map<QString, std::unique_ptr<FlattenedImage>> images_;
+    PictureCache cache_;
+    Ghosts ghosts_;
     // While a stroke is drawn, what lies under and over its layer.
-    std::unique_ptr<MergedPictures> m_below;
-    std::unique_ptr<MergedPictures> m_above;
+    std::unique_ptr<MergedPictures> below_;
+    std::unique_ptr<MergedPictures> above_;
 };
 
 } // namespace vellix

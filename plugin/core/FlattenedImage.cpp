@@ -5,15 +5,15 @@
 namespace vellix {
 
 FlattenedImage::FlattenedImage()
-    : m_image(Composite::TransparentImage())
-    , m_imageKey(m_image.cacheKey()) {}
+    : image_(Composite::TransparentImage())
+    , imageKey_(image_.cacheKey()) {}
 
 void FlattenedImage::Update(const PictureStack& stack, const TileMask& alsoChanged) {
     const TileMask changed =
-        m_imageKey == m_image.cacheKey() ? m_memory.FindChanges(stack) | alsoChanged : TileMask::All();
-    Composite::Compose(m_image, changed, stack);
-    m_imageKey = m_image.cacheKey();
-    m_memory.Remember(stack);
+        imageKey_ == image_.cacheKey() ? memory_.FindChanges(stack) | alsoChanged : TileMask::All();
+    Composite::Compose(image_, changed, stack);
+    imageKey_ = image_.cacheKey();
+    memory_.Remember(stack);
 }
 
 } // namespace vellix

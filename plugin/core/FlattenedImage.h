@@ -13,14 +13,14 @@ public:
     /// A transparent layer image.
     FlattenedImage();
 
-    QImage& Image() { return m_image; }
+    QImage& Image() { return image_; }
     /// `alsoChanged`: tiles that changed although the pictures kept their keys.
     void Update(const PictureStack& stack, const TileMask& alsoChanged);
 
 private:
-    QImage m_image;
-    qint64 m_imageKey; ///< after the last update; a different one tells that someone wrote into the image
-    StackMemory m_memory;
+    QImage image_;
+    qint64 imageKey_; ///< after the last update; a different one tells that someone wrote into the image
+    StackMemory memory_;
 };
 
 } // namespace vellix

@@ -23,100 +23,100 @@ const QByteArray& TransparentPng() {
 } // namespace
 
 Frame::Frame(const MTime& time)
-    : m_time(time) {}
+    : time_(time) {}
 
 Frame::Frame(const Frame& other)
-    : m_time(other.m_time)
-    , m_packed(other.m_image.isNull() ? other.m_packed : other.Encode()) {}
+    : time_(other.time_)
+    , packed_(other.image_.isNull() ? other.packed_ : other.Encode()) {}
 
 Frame::~Frame() = default;
 
 void Frame::SetTime(const MTime& time) {
-    m_time = time;
+    time_ = time;
 }
 
 MTime Frame::GetTime() const {
-    return m_time;
+    return time_;
 }
 
 void Frame::SetTimeValue(int frame) {
-    m_time = FromWholeFrames(frame);
+    time_ = FromWholeFrames(frame);
 }
 
 int Frame::GetTimeValue() const {
-    return ToWholeFrames(m_time);
+    return ToWholeFrames(time_);
 }
 
 void Frame::SetImage(const QImage& image) {
-    m_image = image;
+    image_ = image;
 }
 
 QImage& Frame::GetImage() {
-    if (!m_image.isNull()) {
-        if (!Composite::IsLayerImage(m_image)) {
-            m_image = Composite::ToLayerImage(m_image);
+    if (!image_.isNull()) {
+        if (!Composite::IsLayerImage(image_)) {
+            image_ = Composite::ToLayerImage(image_);
         }
-        return m_image;
+        return image_;
     }
     Packed packed;
-    std::swap(packed, m_packed);
-    if (!packed.png.isEmpty() && DrawUtil::UnpackPngBuffer(packed.png, m_image)) {
-        m_encoded = packed;
-        m_encodedFor = m_image.cacheKey();
+    std::swap(packed, packed_);
+    if (!packed.png.isEmpty() && DrawUtil::UnpackPngBuffer(packed.png, image_)) {
+        encoded_ = packed;
+        encodedFor_ = image_.cacheKey();
     } else {
-        m_image = Composite::TransparentImage();
+        image_ = Composite::TransparentImage();
     }
-    return m_image;
+    return image_;
 }
 
 bool Frame::IsUnpacked() const {
-    return !m_image.isNull();
+    return !image_.isNull();
 }
 
 void Frame::PackImage() {
-    if (!m_image.isNull() && !Encode().png.isEmpty()) {
-        m_packed = m_encoded;
-        m_encoded = Packed();
-        m_image = QImage();
+    if (!image_.isNull() && !Encode().png.isEmpty()) {
+        packed_ = encoded_;
+        encoded_ = Packed();
+        image_ = QImage();
     }
 }
 
 QByteArray Frame::GetPackedImage() const {
-    if (!m_image.isNull()) {
+    if (!image_.isNull()) {
         return Encode().png;
     }
-    return m_packed.png.isEmpty() ? TransparentPng() : m_packed.png;
+    return packed_.png.isEmpty() ? TransparentPng() : packed_.png;
 }
 
 void Frame::SetPackedImage(const QByteArray& png) {
-    m_packed.png = png;
-    m_packed.key = Picture::NewKey();
-    m_encoded = Packed();
-    m_image = QImage();
+    packed_.png = png;
+    packed_.key = Picture::NewKey();
+    encoded_ = Packed();
+    image_ = QImage();
 }
 
 QImage Frame::PeekImage() const {
-    QImage image = m_image;
-    if (image.isNull() && !m_packed.png.isEmpty()) {
-        DrawUtil::UnpackPngBuffer(m_packed.png, image);
+    QImage image = image_;
+    if (image.isNull() && !packed_.png.isEmpty()) {
+        DrawUtil::UnpackPngBuffer(packed_.png, image);
     }
     return Composite::ToLayerImage(image);
 }
 
 qint64 Frame::GetPictureKey() const {
-    if (m_image.isNull()) {
-        return m_packed.png.isEmpty() ? 0 : m_packed.key;
+    if (image_.isNull()) {
+        return packed_.png.isEmpty() ? 0 : packed_.key;
     }
-    return m_encodedFor == m_image.cacheKey() ? m_encoded.key : m_image.cacheKey();
+    return encodedFor_ == image_.cacheKey() ? encoded_.key : image_.cacheKey();
 }
 
 const Frame::Packed& Frame::Encode() const {
-    if (m_encodedFor != m_image.cacheKey() || m_encoded.png.isEmpty()) {
-        DrawUtil::PackPngBuffer(Composite::ToLayerImage(m_image), m_encoded.png);
-        m_encoded.key = m_image.cacheKey();
-        m_encodedFor = m_image.cacheKey();
+    if (encodedFor_ != image_.cacheKey() || encoded_.png.isEmpty()) {
+        DrawUtil::PackPngBuffer(Composite::ToLayerImage(image_), encoded_.png);
+        encoded_.key = image_.cacheKey();
+        encodedFor_ = image_.cacheKey();
     }
-    return m_encoded;
+    return encoded_;
 }
 
 } // namespace vellix

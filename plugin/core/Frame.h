@@ -56,11 +56,11 @@ private:
 
     const Packed& Encode() const;
 
-    MTime m_time;
-    QImage m_image;
-    Packed m_packed;                 ///< the picture while there are no pixels
-    mutable Packed m_encoded;        ///< the pixels as PNG bytes...
-    mutable qint64 m_encodedFor = 0; ///< ...while this is their QImage::cacheKey
+    MTime time_;
+    QImage image_;
+    Packed packed_;                 ///< the picture while there are no pixels
+    mutable Packed encoded_;        ///< the pixels as PNG bytes...
+    mutable qint64 encodedFor_ = 0; ///< ...while this is their QImage::cacheKey
 };
 
 } // namespace vellix

@@ -19,82 +19,82 @@ bool IsEarlier(const std::unique_ptr<Frame>& frame, const std::unique_ptr<Frame>
 } // namespace
 
 Layer::Layer()
-    : m_name(QStringLiteral("New Layer")) {}
+    : name_(QStringLiteral("New Layer")) {}
 
 Layer::~Layer() = default;
 
 void Layer::SetChangeTeller(std::function<void(DocumentChange)> tell) {
-    m_tell = std::move(tell);
+    tell_ = std::move(tell);
 }
 
 void Layer::Changed(DocumentChange change) {
-    if (m_tell) {
-        m_tell(change);
+    if (tell_) {
+        tell_(change);
     }
 }
 
 void Layer::SetName(const QString& name) {
-    m_name = name;
+    name_ = name;
     Changed(DocumentChange::LayerSettings);
 }
 
 QString Layer::GetName() const {
-    return m_name;
+    return name_;
 }
 
 void Layer::SetVisible(bool visible) {
-    if (m_visible != visible) {
-        m_visible = visible;
-        m_cacheUpdateRequired = true;
+    if (visible_ != visible) {
+        visible_ = visible;
+        cacheUpdateRequired_ = true;
         Changed(DocumentChange::LayerSettings);
     }
 }
 
 bool Layer::IsVisible() const {
-    return m_visible;
+    return visible_;
 }
 
 void Layer::SetOpacity(float opacity) {
     // Written so that a number that is none counts as 0.
     const float clamped = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
-    if (m_opacity != clamped) {
-        m_opacity = clamped;
-        m_cacheUpdateRequired = true;
+    if (opacity_ != clamped) {
+        opacity_ = clamped;
+        cacheUpdateRequired_ = true;
         Changed(DocumentChange::LayerSettings);
     }
 }
 
 float Layer::GetOpacity() const {
-    return m_opacity;
+    return opacity_;
 }
 
 void Layer::SetState(LayerState state) {
-    m_state = state;
+    state_ = state;
     Changed(DocumentChange::LayerSettings);
 }
 
 LayerState Layer::GetState() const {
-    return m_state;
+    return state_;
 }
 
 void Layer::SetActive(bool active) {
-    m_active = active;
+    active_ = active;
 }
 
 bool Layer::IsActive() const {
-    return m_active;
+    return active_;
 }
 
 int Layer::FrameCount() const {
-    return int(m_frames.size());
+    return int(frames_.size());
 }
 
 bool Layer::CacheUpdateRequired() const {
-    return m_cacheUpdateRequired;
+    return cacheUpdateRequired_;
 }
 
 void Layer::ForceCacheUpdate() {
-    m_cacheUpdateRequired = true;
+    cacheUpdateRequired_ = true;
     Changed(DocumentChange::Pictures);
 }
 
@@ -108,9 +108,9 @@ QImage* Layer::GetImage(int offset) {
 }
 
 Frame* Layer::ReadFrame(int offset) {
-    m_cacheUpdateRequired = false;
-    const qint64 index = qint64(m_currentFrameIndex) + offset;
-    return m_visible && index >= 0 && index < FrameCount() ? GetFrame(int(index)) : nullptr;
+    cacheUpdateRequired_ = false;
+    const qint64 index = qint64(currentFrameIndex_) + offset;
+    return visible_ && index >= 0 && index < FrameCount() ? GetFrame(int(index)) : nullptr;
 }
 
 void Layer::SetImage(const QImage& image) {
@@ -121,29 +121,29 @@ void Layer::SetImage(const QImage& image) {
 }
 
 Frame* Layer::GetFrame(int index) const {
-    return index >= 0 && index < FrameCount() ? m_frames[std::size_t(index)].get() : nullptr;
+    return index >= 0 && index < FrameCount() ? frames_[std::size_t(index)].get() : nullptr;
 }
 
 Frame* Layer::GetCurrentFrame() const {
-    return GetFrame(m_currentFrameIndex);
+    return GetFrame(currentFrameIndex_);
 }
 
 int Layer::GetCurrentFrameIndex() const {
-    return m_currentFrameIndex;
+    return currentFrameIndex_;
 }
 
 int Layer::FindFrameIndex(int frame) const {
     const auto later =
-        std::partition_point(m_frames.begin(), m_frames.end(),
+        std::partition_point(frames_.begin(), frames_.end(),
                              [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() <= frame; });
-    return int(later - m_frames.begin()) - 1;
+    return int(later - frames_.begin()) - 1;
 }
 
 void Layer::UpdateCurrentFrameIndex(int frame) {
     const int index = FindFrameIndex(frame);
-    if (m_currentFrameIndex != index) {
-        m_currentFrameIndex = index;
-        m_cacheUpdateRequired = true;
+    if (currentFrameIndex_ != index) {
+        currentFrameIndex_ = index;
+        cacheUpdateRequired_ = true;
     }
 }
 
@@ -157,9 +157,9 @@ bool Layer::FrameExists(int frame) const {
 
 int Layer::FindKey(int frame) const {
     const auto found =
-        std::partition_point(m_frames.begin(), m_frames.end(),
+        std::partition_point(frames_.begin(), frames_.end(),
                              [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() < frame; });
-    return found == m_frames.end() || (*found)->GetTimeValue() != frame ? -1 : int(found - m_frames.begin());
+    return found == frames_.end() || (*found)->GetTimeValue() != frame ? -1 : int(found - frames_.begin());
 }
 
 bool Layer::FrameExists(const MTime& time) const {
@@ -167,36 +167,36 @@ bool Layer::FrameExists(const MTime& time) const {
 }
 
 bool Layer::FrameExists() const {
-    if (m_state == LayerState::Static && StaticFrameExists()) {
+    if (state_ == LayerState::Static && StaticFrameExists()) {
         return true;
     }
     return FrameExists(MayaUtil::GetPlaybackTimeValue());
 }
 
 bool Layer::StaticFrameExists() const {
-    return m_currentFrameIndex >= 0;
+    return currentFrameIndex_ >= 0;
 }
 
 Frame* Layer::GetPreviousFrame(bool wrap) const {
     const int now = MayaUtil::GetPlaybackTimeValue();
-    const auto found =
-        std::find_if(m_frames.rbegin(), m_frames.rend(),
-                     [now](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() < now; });
-    if (found != m_frames.rend()) {
+    const auto found = std::find_if(frames_.rbegin(), frames_.rend(), [now](const std::unique_ptr<Frame>& f) {
+        return f->GetTimeValue() < now;
+    });
+    if (found != frames_.rend()) {
         return found->get();
     }
-    return wrap && !m_frames.empty() ? m_frames.back().get() : nullptr;
+    return wrap && !frames_.empty() ? frames_.back().get() : nullptr;
 }
 
 Frame* Layer::GetNextFrame(bool wrap) const {
     const int now = MayaUtil::GetPlaybackTimeValue();
-    const auto found = std::find_if(m_frames.begin(), m_frames.end(), [now](const std::unique_ptr<Frame>& f) {
+    const auto found = std::find_if(frames_.begin(), frames_.end(), [now](const std::unique_ptr<Frame>& f) {
         return f->GetTimeValue() > now;
     });
-    if (found != m_frames.end()) {
+    if (found != frames_.end()) {
         return found->get();
     }
-    return wrap && !m_frames.empty() ? m_frames.front().get() : nullptr;
+    return wrap && !frames_.empty() ? frames_.front().get() : nullptr;
 }
 
 std::unique_ptr<Frame> Layer::GetFrameCopy(const MTime& time) const {
@@ -206,7 +206,7 @@ std::unique_ptr<Frame> Layer::GetFrameCopy(const MTime& time) const {
 
 void Layer::GetFrameTimes(QList<int>& times) const {
     times.clear();
-    for (const auto& frame : m_frames) {
+    for (const auto& frame : frames_) {
         const int time = frame->GetTimeValue();
         // After a change of the time unit two frames may fall on the same time.
         if (times.isEmpty() || times.last() != time) {
@@ -218,7 +218,7 @@ void Layer::GetFrameTimes(QList<int>& times) const {
 void Layer::SetFrameTimes(const QList<int>& times) {
     const int count = std::min(times.size(), FrameCount());
     for (int i = 0; i < count; ++i) {
-        m_frames[std::size_t(i)]->SetTimeValue(times[i]);
+        frames_[std::size_t(i)]->SetTimeValue(times[i]);
     }
 }
 
@@ -228,7 +228,7 @@ int Layer::InsertFrame(Frame* frame) {
         return -1;
     }
     const int index = FindFrameIndex(owned->GetTimeValue()) + 1;
-    m_frames.insert(m_frames.begin() + index, std::move(owned));
+    frames_.insert(frames_.begin() + index, std::move(owned));
     FramesChanged();
     return index;
 }
@@ -247,10 +247,10 @@ std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
     if (index < 0) {
         return nullptr;
     }
-    std::unique_ptr<Frame> removed = std::move(m_frames[std::size_t(index)]);
-    m_frames.erase(m_frames.begin() + index);
+    std::unique_ptr<Frame> removed = std::move(frames_[std::size_t(index)]);
+    frames_.erase(frames_.begin() + index);
     UpdateCurrentFrameIndex(frame);
-    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    cacheUpdateRequired_ = true; // the current drawing may be the same, the ghosts are not
     Changed(DocumentChange::Frames);
     return removed;
 }
@@ -260,12 +260,12 @@ std::unique_ptr<Frame> Layer::RemoveFrame() {
 }
 
 FrameList Layer::TakeFrames(const std::vector<int>& times) {
-    const auto first = std::stable_partition(
-        m_frames.begin(), m_frames.end(), [&times](const std::unique_ptr<Frame>& frame) {
+    const auto first =
+        std::stable_partition(frames_.begin(), frames_.end(), [&times](const std::unique_ptr<Frame>& frame) {
             return !std::binary_search(times.begin(), times.end(), frame->GetTimeValue());
         });
-    FrameList taken(std::make_move_iterator(first), std::make_move_iterator(m_frames.end()));
-    m_frames.erase(first, m_frames.end());
+    FrameList taken(std::make_move_iterator(first), std::make_move_iterator(frames_.end()));
+    frames_.erase(first, frames_.end());
     FramesChanged();
     return taken;
 }
@@ -280,9 +280,9 @@ std::vector<int> Layer::PutFrames(FrameList& frames) {
     for (auto frame = frames.begin(); frame != refused; ++frame) {
         times.push_back((*frame)->GetTimeValue());
     }
-    const auto middle = m_frames.insert(m_frames.end(), std::make_move_iterator(frames.begin()),
-                                        std::make_move_iterator(refused));
-    std::inplace_merge(m_frames.begin(), middle, m_frames.end(), IsEarlier);
+    const auto middle = frames_.insert(frames_.end(), std::make_move_iterator(frames.begin()),
+                                       std::make_move_iterator(refused));
+    std::inplace_merge(frames_.begin(), middle, frames_.end(), IsEarlier);
     frames.erase(frames.begin(), refused);
     FramesChanged();
     return times;
@@ -290,13 +290,13 @@ std::vector<int> Layer::PutFrames(FrameList& frames) {
 
 void Layer::FramesChanged() {
     UpdateCurrentFrameIndex();
-    m_cacheUpdateRequired = true; // the current drawing may be the same, the ghosts are not
+    cacheUpdateRequired_ = true; // the current drawing may be the same, the ghosts are not
     Changed(DocumentChange::Frames);
 }
 
 void Layer::RemoveAllFrames() {
-    m_frames.clear();
-    m_cacheUpdateRequired = true;
+    frames_.clear();
+    cacheUpdateRequired_ = true;
     Changed(DocumentChange::Frames);
 }
 

@@ -104,15 +104,15 @@ private:
     int FindKey(int frame) const;
     void Changed(DocumentChange change);
 
-    std::function<void(DocumentChange)> m_tell;
-    QString m_name;
-    bool m_active = false;
-    bool m_visible = true;
-    bool m_cacheUpdateRequired = true;
-    float m_opacity = 1.0f;
-    LayerState m_state = LayerState::Animated;
-    int m_currentFrameIndex = -1;
-    FrameList m_frames; ///< by rising time
+    std::function<void(DocumentChange)> tell_;
+    QString name_;
+    bool active_ = false;
+    bool visible_ = true;
+    bool cacheUpdateRequired_ = true;
+    float opacity_ = 1.0f;
+    LayerState state_ = LayerState::Animated;
+    int currentFrameIndex_ = -1;
+    FrameList frames_; ///< by rising time
 };
 
 } // namespace vellix

@@ -20,8 +20,8 @@ DocumentListener* g_listener = nullptr;
 } // namespace
 
 LayerManager::LayerManager()
-    : m_stroke(std::make_unique<StrokePainter>())
-    , m_compositor(std::make_unique<Compositor>()) {}
+    : stroke_(std::make_unique<StrokePainter>())
+    , compositor_(std::make_unique<Compositor>()) {}
 
 LayerManager::~LayerManager() = default;
 
@@ -30,59 +30,59 @@ void LayerManager::SetListener(DocumentListener* listener) {
 }
 
 LayerManager::ChangeScope::ChangeScope(LayerManager& document)
-    : m_document(document) {
-    ++m_document.m_changeScopes;
+    : document_(document) {
+    ++document_.changeScopes_;
 }
 
 LayerManager::ChangeScope::~ChangeScope() {
-    --m_document.m_changeScopes;
-    m_document.TellChanges();
+    --document_.changeScopes_;
+    document_.TellChanges();
 }
 
 void LayerManager::Changed(DocumentChanges changes) {
-    m_changes |= changes;
+    changes_ |= changes;
     TellChanges();
 }
 
 void LayerManager::TellChanges() {
-    if (m_changeScopes > 0 || !m_changes) {
+    if (changeScopes_ > 0 || !changes_) {
         return;
     }
-    const DocumentChanges changes = m_changes;
-    m_changes = DocumentChanges();
+    const DocumentChanges changes = changes_;
+    changes_ = DocumentChanges();
     if (g_listener != nullptr) {
         g_listener->OnDocumentChanged(*this, changes);
     }
 }
 
 bool LayerManager::IsMaster() const {
-    return m_master;
+    return master_;
 }
 
 void LayerManager::MakeMaster() {
-    m_master = true;
+    master_ = true;
 }
 
 QString LayerManager::GetActiveCamera() const {
-    return m_activeCamera;
+    return activeCamera_;
 }
 
 QString LayerManager::GetPreviousActiveCamera() const {
-    return m_previousActiveCamera;
+    return previousActiveCamera_;
 }
 
 QStringList LayerManager::GetCameras() const {
     QStringList cameras;
-    for (const auto& entry : m_layers) {
+    for (const auto& entry : layers_) {
         cameras.append(entry.first);
     }
     return cameras;
 }
 
 void LayerManager::SetActiveCamera(const QString& camera) {
-    if (camera != m_activeCamera) {
-        m_previousActiveCamera = m_activeCamera;
-        m_activeCamera = camera;
+    if (camera != activeCamera_) {
+        previousActiveCamera_ = activeCamera_;
+        activeCamera_ = camera;
         Changed(DocumentChange::ActiveCamera);
     }
 }
@@ -97,7 +97,7 @@ int LayerManager::LayerCount(const QString& camera) const {
 
 int LayerManager::TotalLayerCount() const {
     int count = 0;
-    for (const auto& entry : m_layers) {
+    for (const auto& entry : layers_) {
         count += int(entry.second.size());
     }
     return count;
@@ -108,7 +108,7 @@ bool LayerManager::LayerExists(const QString& camera, int index) const {
 }
 
 bool LayerManager::LayerNameExists(const QString& name) const {
-    return std::any_of(m_layers.begin(), m_layers.end(),
+    return std::any_of(layers_.begin(), layers_.end(),
                        [&name](const std::pair<const QString, LayerList>& entry) {
                            return std::any_of(entry.second.begin(), entry.second.end(),
                                               [&name](const std::unique_ptr<Layer>& layer) {
@@ -156,8 +156,8 @@ bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCam
     const ChangeScope together(*this);
     if (Settings::ghostPrev || Settings::ghostNext) {
         // Ghosts are those of the active layer, so both pictures change.
-        if (!m_activeCamera.isEmpty()) {
-            QueueMasterCacheUpdate(m_activeCamera);
+        if (!activeCamera_.isEmpty()) {
+            QueueMasterCacheUpdate(activeCamera_);
         }
         QueueMasterCacheUpdate(camera);
     }
@@ -223,7 +223,7 @@ int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
     const ChangeScope together(*this);
     std::unique_ptr<Layer> owned(layer);
     layer->SetChangeTeller([this](DocumentChange change) { Changed(change); });
-    LayerList& layers = m_layers[camera];
+    LayerList& layers = layers_[camera];
     const bool wasActive = layer->IsActive();
     const int at = index >= 0 && index < int(layers.size()) ? index : int(layers.size());
     layers.insert(layers.begin() + at, std::move(owned));
@@ -248,7 +248,7 @@ int LayerManager::MoveLayer(const QString& camera, int from, int to) {
     if (!LayerExists(camera, from) || !LayerExists(camera, to)) {
         return -1;
     }
-    const auto first = m_layers[camera].begin();
+    const auto first = layers_[camera].begin();
     if (from < to) {
         std::rotate(first + from, first + from + 1, first + to + 1);
     } else {
@@ -277,7 +277,7 @@ std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int inde
         return nullptr;
     }
     const ChangeScope together(*this);
-    LayerList& layers = m_layers[camera];
+    LayerList& layers = layers_[camera];
     std::unique_ptr<Layer> layer = std::move(layers[std::size_t(index)]);
     layer->SetChangeTeller(nullptr);
     layers.erase(layers.begin() + index);
@@ -292,8 +292,8 @@ std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int inde
 }
 
 void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed) {
-    const auto found = m_layers.find(camera);
-    if (found == m_layers.end() || found->second.empty()) {
+    const auto found = layers_.find(camera);
+    if (found == layers_.end() || found->second.empty()) {
         return;
     }
     const ChangeScope together(*this);
@@ -309,43 +309,43 @@ void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed
 
 void LayerManager::DeleteAllLayers(bool updatePanel) {
     CancelActiveStroke();
-    for (const auto& entry : m_layers) {
-        m_compositor->RemoveCamera(entry.first);
+    for (const auto& entry : layers_) {
+        compositor_->RemoveCamera(entry.first);
     }
-    m_layers.clear();
-    m_masterCacheQueue.clear();
+    layers_.clear();
+    masterCacheQueue_.clear();
     if (updatePanel) {
         Changed(DocumentChange::Layers);
     }
 }
 
 void LayerManager::UpdateLayerManagerDialog() {
-    if (!m_master || !DialogManager::HasLayerManagerDialog()) {
+    if (!master_ || !DialogManager::HasLayerManagerDialog()) {
         return;
     }
     QList<LayerManagerRow> rows;
-    for (const auto& entry : m_layers) {
+    for (const auto& entry : layers_) {
         for (const auto& layer : entry.second) {
             rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState()});
         }
     }
-    DialogManager::FillLayerManagerDialog(rows, m_activeCamera, GetActiveLayerIndex(m_activeCamera));
+    DialogManager::FillLayerManagerDialog(rows, activeCamera_, GetActiveLayerIndex(activeCamera_));
 }
 
 const LayerManager::LayerList& LayerManager::FindLayers(const QString& camera) const {
     static const LayerList none;
-    const auto found = m_layers.find(camera);
-    return found == m_layers.end() ? none : found->second;
+    const auto found = layers_.find(camera);
+    return found == layers_.end() ? none : found->second;
 }
 
 void LayerManager::OnFirstLayerAdded(const QString& camera) {
-    m_compositor->AddCamera(camera);
+    compositor_->AddCamera(camera);
     SetActiveLayer(camera, 0, true);
 }
 
 void LayerManager::OnLastLayerRemoved(const QString& camera) {
-    m_compositor->RemoveCamera(camera);
-    m_layers.erase(camera); // a camera without layers leaves no trace in the stored drawing
+    compositor_->RemoveCamera(camera);
+    layers_.erase(camera); // a camera without layers leaves no trace in the stored drawing
     SetActiveLayer(camera, -1, false);
 }
 

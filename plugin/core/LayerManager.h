@@ -46,7 +46,7 @@ public:
         ~ChangeScope();
 
     private:
-        LayerManager& m_document;
+        LayerManager& document_;
     };
 
     /// The master's layers fill the layer manager panel.
@@ -178,18 +178,18 @@ private:
     void OnFirstLayerAdded(const QString& camera);
     void OnLastLayerRemoved(const QString& camera);
 
-    std::map<QString, LayerList> m_layers;
-    QString m_activeCamera;
-    QString m_previousActiveCamera;
-    bool m_master = false;
-    bool m_playing = false;
-    bool m_cacheUpdateRequired = false;
-    int m_frame = 0;
-    QStringList m_masterCacheQueue;
-    DocumentChanges m_changes; ///< not told yet
-    int m_changeScopes = 0;
-    std::unique_ptr<StrokePainter> m_stroke;
-    std::unique_ptr<Compositor> m_compositor;
+    std::map<QString, LayerList> layers_;
+    QString activeCamera_;
+    QString previousActiveCamera_;
+    bool master_ = false;
+    bool playing_ = false;
+    bool cacheUpdateRequired_ = false;
+    int frame_ = 0;
+    QStringList masterCacheQueue_;
+    DocumentChanges changes_; ///< not told yet
+    int changeScopes_ = 0;
+    std::unique_ptr<StrokePainter> stroke_;
+    std::unique_ptr<Compositor> compositor_;
 };
 
 } // namespace vellix

@@ -71,17 +71,17 @@ void LayerManager::SetFrameTimes(const QString& camera, const QList<int>& times)
 }
 
 void LayerManager::SetFrame(int frame) {
-    m_frame = frame;
+    frame_ = frame;
 }
 
 int LayerManager::GetFrame() const {
-    return m_frame;
+    return frame_;
 }
 
 void LayerManager::OnPlaybackTimeChanged(int frame, bool keepActive) {
     SetFrame(frame);
-    const Layer* kept = keepActive ? GetActiveLayer(m_activeCamera) : nullptr;
-    for (const auto& entry : m_layers) {
+    const Layer* kept = keepActive ? GetActiveLayer(activeCamera_) : nullptr;
+    for (const auto& entry : layers_) {
         for (const auto& layer : entry.second) {
             if (layer.get() != kept) {
                 layer->UpdateCurrentFrameIndex(frame);
@@ -89,10 +89,10 @@ void LayerManager::OnPlaybackTimeChanged(int frame, bool keepActive) {
         }
     }
     const bool playing = MayaUtil::IsPlaying();
-    if (playing != m_playing) {
-        m_playing = playing;
+    if (playing != playing_) {
+        playing_ = playing;
         if (playing) {
-            QueueMasterCacheUpdate(m_activeCamera);
+            QueueMasterCacheUpdate(activeCamera_);
         }
     }
 }

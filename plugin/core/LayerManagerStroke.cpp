@@ -23,17 +23,17 @@ bool LayerManager::CanDraw(const Layer* layer) const {
 }
 
 bool LayerManager::HasActiveStroke() const {
-    return m_stroke->HasStroke();
+    return stroke_->HasStroke();
 }
 
 Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
-    if (!m_stroke->HasStroke()) {
+    if (!stroke_->HasStroke()) {
         const Layer* layer = GetActiveLayer(camera);
         if (layer != nullptr && (shape || layer->FrameExists())) {
-            m_stroke->Begin(camera);
+            stroke_->Begin(camera);
         }
     }
-    return m_stroke->GetStroke();
+    return stroke_->GetStroke();
 }
 
 bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
@@ -45,10 +45,10 @@ bool LayerManager::CommitActiveStroke(const QString& camera) {
 }
 
 bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
-    if (!m_stroke->HasStroke()) {
+    if (!stroke_->HasStroke()) {
         return false;
     }
-    const QString strokeCamera = m_stroke->GetCamera();
+    const QString strokeCamera = stroke_->GetCamera();
     Layer* layer = GetActiveLayer(camera);
     Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
     if (drawing == nullptr) {
@@ -57,7 +57,7 @@ bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
         }
         return false;
     }
-    if (!m_stroke->Commit(*drawing, undo)) {
+    if (!stroke_->Commit(*drawing, undo)) {
         return false;
     }
     layer->ForceCacheUpdate();
@@ -83,23 +83,23 @@ bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
 }
 
 void LayerManager::CancelActiveStroke() {
-    if (m_stroke->HasStroke()) {
-        const QString camera = m_stroke->GetCamera();
+    if (stroke_->HasStroke()) {
+        const QString camera = stroke_->GetCamera();
         Layer* layer = GetActiveLayer(camera);
-        m_stroke->Cancel(layer == nullptr ? nullptr : layer->GetCurrentFrame());
+        stroke_->Cancel(layer == nullptr ? nullptr : layer->GetCurrentFrame());
         // The flag below ends with the next rebuild, be it another camera's.
         QueueMasterCacheUpdate(camera);
         Changed(DocumentChange::Pictures);
     }
-    m_cacheUpdateRequired = true;
+    cacheUpdateRequired_ = true;
 }
 
 bool LayerManager::PasteTransformImageAvailable() const {
-    return m_stroke->HasPasteImage();
+    return stroke_->HasPasteImage();
 }
 
 QImage* LayerManager::GetFlattenedImage(const QString& camera) {
-    QImage* image = m_compositor->GetImage(camera);
+    QImage* image = compositor_->GetImage(camera);
     if (image == nullptr || !CacheUpdateRequired(camera)) {
         return image;
     }
@@ -108,26 +108,26 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
     scene.layers = GetLayers(camera);
     scene.activeLayer = GetActiveLayerIndex(camera);
     if (scene.activeLayer >= 0) {
-        m_playing = MayaUtil::IsPlaying();
-        scene.ghosting = !(m_playing && Settings::disableGhostingDuringPlayback);
+        playing_ = MayaUtil::IsPlaying();
+        scene.ghosting = !(playing_ && Settings::disableGhostingDuringPlayback);
     }
-    if (m_stroke->HasStroke() && m_stroke->GetCamera() == camera) {
-        scene.stroke = m_stroke.get();
+    if (stroke_->HasStroke() && stroke_->GetCamera() == camera) {
+        scene.stroke = stroke_.get();
     }
-    m_compositor->Rebuild(scene);
-    m_cacheUpdateRequired = false;
+    compositor_->Rebuild(scene);
+    cacheUpdateRequired_ = false;
     if (scene.stroke != nullptr) {
-        m_stroke->GetStroke()->changed = false;
+        stroke_->GetStroke()->changed = false;
     }
     MasterCacheUpdateCompleted(camera);
     return image;
 }
 
 bool LayerManager::CacheUpdateRequired(const QString& camera) {
-    if (m_stroke->HasStroke() && m_stroke->GetStroke()->changed) {
+    if (stroke_->HasStroke() && stroke_->GetStroke()->changed) {
         return true;
     }
-    if (m_cacheUpdateRequired || MasterCacheUpdateRequired(camera)) {
+    if (cacheUpdateRequired_ || MasterCacheUpdateRequired(camera)) {
         return true;
     }
     const LayerList& layers = FindLayers(camera);
@@ -136,17 +136,17 @@ bool LayerManager::CacheUpdateRequired(const QString& camera) {
 }
 
 bool LayerManager::MasterCacheUpdateRequired(const QString& camera) const {
-    return m_masterCacheQueue.contains(camera);
+    return masterCacheQueue_.contains(camera);
 }
 
 void LayerManager::QueueMasterCacheUpdate(const QString& camera) {
-    if (!m_masterCacheQueue.contains(camera)) {
-        m_masterCacheQueue.append(camera);
+    if (!masterCacheQueue_.contains(camera)) {
+        masterCacheQueue_.append(camera);
     }
 }
 
 void LayerManager::QueueMasterCacheUpdateAll() {
-    for (const auto& entry : m_layers) {
+    for (const auto& entry : layers_) {
         QueueMasterCacheUpdate(entry.first);
     }
 }
@@ -157,7 +157,7 @@ void LayerManager::OnGhostingChanged() {
 }
 
 void LayerManager::MasterCacheUpdateCompleted(const QString& camera) {
-    m_masterCacheQueue.removeAll(camera);
+    masterCacheQueue_.removeAll(camera);
 }
 
 void LayerManager::ForceCacheUpdate(const QString& camera, int index) {

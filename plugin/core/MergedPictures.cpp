@@ -5,18 +5,18 @@
 namespace vellix {
 
 void MergedPictures::Update(const PictureStack& stack) {
-    const TileMask changed = m_memory.FindChanges(stack);
-    if (m_key == 0 || !changed.IsEmpty()) {
-        Composite::Compose(m_sums, changed, stack);
-        m_key = Picture::NewKey();
-        m_memory.Remember(stack);
+    const TileMask changed = memory_.FindChanges(stack);
+    if (key_ == 0 || !changed.IsEmpty()) {
+        Composite::Compose(sums_, changed, stack);
+        key_ = Picture::NewKey();
+        memory_.Remember(stack);
     }
 }
 
 Picture MergedPictures::AsPicture() const {
     Picture picture;
-    picture.merged = &m_sums;
-    picture.key = m_key;
+    picture.merged = &sums_;
+    picture.key = key_;
     return picture;
 }
 

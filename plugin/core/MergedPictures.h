@@ -14,9 +14,9 @@ public:
     Picture AsPicture() const;
 
 private:
-    TileSums m_sums;
-    qint64 m_key = 0;
-    StackMemory m_memory;
+    TileSums sums_;
+    qint64 key_ = 0;
+    StackMemory memory_;
 };
 
 } // namespace vellix

@@ -18,7 +18,7 @@ public:
     /// `spareBytes`: memory that is kept beyond what the last round asked for. By default that of some 500
     /// drawings of a few strokes.
     explicit PictureCache(std::size_t spareBytes = 256 << 20)
-        : m_spareBytes(spareBytes) {}
+        : spareBytes_(spareBytes) {}
 
     /// The frame's drawing, nothing for a null frame or one without a picture.
     Picture Find(const Frame* frame);
@@ -31,10 +31,10 @@ private:
         quint64 round;
     };
 
-    std::size_t m_spareBytes;
-    std::map<qint64, Entry> m_entries;
-    quint64 m_round = 0;
-    std::size_t m_bytes = 0; ///< of all entries
+    std::size_t spareBytes_;
+    std::map<qint64, Entry> entries_;
+    quint64 round_ = 0;
+    std::size_t bytes_ = 0; ///< of all entries
 };
 
 } // namespace vellix

@@ -8,12 +8,12 @@ namespace vellix {
 
 TileMask StackMemory::FindChanges(const PictureStack& stack) const {
     TileMask changed;
-    const bool comparable = stack.size() == m_ingredients.size();
-    for (std::size_t i = 0; i < m_ingredients.size(); ++i) {
-        if (comparable && m_ingredients[i].IsLike(stack[i])) {
+    const bool comparable = stack.size() == ingredients_.size();
+    for (std::size_t i = 0; i < ingredients_.size(); ++i) {
+        if (comparable && ingredients_[i].IsLike(stack[i])) {
             continue;
         }
-        changed |= m_ingredients[i].occupied;
+        changed |= ingredients_[i].occupied;
         if (comparable && stack[i].Coverage() != nullptr) {
             changed |= stack[i].Coverage()->occupied;
         }
@@ -22,11 +22,11 @@ TileMask StackMemory::FindChanges(const PictureStack& stack) const {
 }
 
 void StackMemory::Remember(const PictureStack& stack) {
-    m_ingredients.clear();
+    ingredients_.clear();
     for (const Picture& picture : stack) {
         const TileCoverage* coverage = picture.Coverage();
-        m_ingredients.push_back({picture.key, picture.opacity, picture.tinted, picture.tint.rgb(),
-                                 coverage == nullptr ? TileMask() : coverage->occupied});
+        ingredients_.push_back({picture.key, picture.opacity, picture.tinted, picture.tint.rgb(),
+                                coverage == nullptr ? TileMask() : coverage->occupied});
     }
 }
 

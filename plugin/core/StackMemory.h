@@ -26,7 +26,7 @@ private:
         bool IsLike(const Picture& picture) const;
     };
 
-    std::vector<Ingredient> m_ingredients;
+    std::vector<Ingredient> ingredients_;
 };
 
 } // namespace vellix

@@ -41,35 +41,35 @@ void StrokePainter::Canvas::Replace(const QImage& with, TileMask& changed) {
 }
 
 bool StrokePainter::HasStroke() const {
-    return m_stroke != nullptr;
+    return stroke_ != nullptr;
 }
 
 Stroke* StrokePainter::GetStroke() const {
-    return m_stroke.get();
+    return stroke_.get();
 }
 
 const QString& StrokePainter::GetCamera() const {
-    return m_camera;
+    return camera_;
 }
 
 void StrokePainter::Begin(const QString& camera) {
     Forget();
-    m_stroke = std::make_unique<Stroke>();
-    m_camera = camera;
-    m_work.key = Picture::NewKey();
-    m_moved.key = Picture::NewKey();
+    stroke_ = std::make_unique<Stroke>();
+    camera_ = camera;
+    work_.key = Picture::NewKey();
+    moved_.key = Picture::NewKey();
 }
 
 void StrokePainter::Cancel(Frame* frame) {
-    if (m_stroke != nullptr && frame != nullptr && m_stroke->tool == ToolType::Transform &&
-        m_stroke->freshSelection && m_stroke->copyToClipboard && SelectionIsUsable()) {
-        m_copied = frame->GetImage().copy(m_stroke->selection);
+    if (stroke_ != nullptr && frame != nullptr && stroke_->tool == ToolType::Transform &&
+        stroke_->freshSelection && stroke_->copyToClipboard && SelectionIsUsable()) {
+        copied_ = frame->GetImage().copy(stroke_->selection);
     }
     Forget();
 }
 
 bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
-    if (m_stroke == nullptr) {
+    if (stroke_ == nullptr) {
         return false;
     }
     if (undo != nullptr) {
@@ -81,14 +81,14 @@ bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
     }
     TileMask changed;
     Paint(&frame, false, changed);
-    const ToolType tool = m_stroke->tool;
+    const ToolType tool = stroke_->tool;
     if (tool == ToolType::Eraser) {
-        frame.SetImage(m_work.image);
+        frame.SetImage(work_.image);
     } else if (IsFreehand(tool) || IsDrawnWhole(tool)) {
-        Composite::SourceOver(frame.GetImage(), m_work.image, m_work.coverage.occupied);
+        Composite::SourceOver(frame.GetImage(), work_.image, work_.coverage.occupied);
     } else if (tool == ToolType::Transform && SelectionIsUsable()) {
-        Composite::SourceOver(m_work.image, m_moved.image, m_moved.coverage.occupied);
-        frame.SetImage(m_work.image);
+        Composite::SourceOver(work_.image, moved_.image, moved_.coverage.occupied);
+        frame.SetImage(work_.image);
     }
     Forget();
     return true;
@@ -96,11 +96,11 @@ bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
 
 void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, Frame* frame, TileMask& changed) {
     Paint(frame, true, changed);
-    const ToolType tool = m_stroke->tool;
+    const ToolType tool = stroke_->tool;
     if (tool == ToolType::Transform) {
         if (SelectionIsUsable() && frame != nullptr) {
-            stack.push_back(m_work.AsPicture());
-            stack.push_back(m_moved.AsPicture());
+            stack.push_back(work_.AsPicture());
+            stack.push_back(moved_.AsPicture());
         }
         return;
     }
@@ -108,62 +108,62 @@ void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, Frame*
         stack.push_back(drawing);
     }
     if (IsFreehand(tool) || IsDrawnWhole(tool)) {
-        stack.push_back(m_work.AsPicture());
+        stack.push_back(work_.AsPicture());
     }
 }
 
 bool StrokePainter::HasPasteImage() const {
-    return !m_copied.isNull();
+    return !copied_.isNull();
 }
 
 void StrokePainter::Paint(Frame* frame, bool editing, TileMask& changed) {
-    if (IsFreehand(m_stroke->tool)) {
+    if (IsFreehand(stroke_->tool)) {
         PaintFreehand(frame, changed);
-    } else if (IsDrawnWhole(m_stroke->tool)) {
+    } else if (IsDrawnWhole(stroke_->tool)) {
         QImage shape = Composite::TransparentImage();
-        DrawUtil::DrawStroke(shape, *m_stroke, editing);
-        m_work.Replace(shape, changed);
-    } else if (m_stroke->tool == ToolType::Transform && SelectionIsUsable() && frame != nullptr) {
+        DrawUtil::DrawStroke(shape, *stroke_, editing);
+        work_.Replace(shape, changed);
+    } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame != nullptr) {
         PaintTransform(*frame, changed);
     }
 }
 
 void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
-    const bool erases = m_stroke->tool == ToolType::Eraser;
-    const int lastPoint = std::max(0, m_stroke->points.size() - 1);
+    const bool erases = stroke_->tool == ToolType::Eraser;
+    const int lastPoint = std::max(0, stroke_->points.size() - 1);
     if (erases && frame != nullptr) {
         frame->GetImage(); // the key of an empty frame changes with its first unpacking
     }
-    const qint64 ground = !erases            ? qint64(m_stroke->color.rgba())
+    const qint64 ground = !erases            ? qint64(stroke_->color.rgba())
                           : frame != nullptr ? frame->GetPictureKey()
                                              : 0;
-    if (!m_begun || ground != m_ground || m_lastRasterised > lastPoint) {
-        m_work.Replace(FreehandGround(frame), changed);
-        m_begun = true;
-        m_ground = ground;
-        m_lastRasterised = 0;
+    if (!begun_ || ground != ground_ || lastRasterised_ > lastPoint) {
+        work_.Replace(FreehandGround(frame), changed);
+        begun_ = true;
+        ground_ = ground;
+        lastRasterised_ = 0;
     }
     const QRect touched =
-        DrawUtil::DrawFreehand(m_work.image, m_stroke->points, m_lastRasterised, m_stroke->tool);
-    m_lastRasterised = lastPoint;
+        DrawUtil::DrawFreehand(work_.image, stroke_->points, lastRasterised_, stroke_->tool);
+    lastRasterised_ = lastPoint;
     const TileMask tiles = TileMask::Touching(touched);
     changed |= tiles;
     if (erases) {
-        m_work.coverage.opaque.Remove(tiles);
+        work_.coverage.opaque.Remove(tiles);
     } else {
-        m_work.coverage.occupied |= tiles;
+        work_.coverage.occupied |= tiles;
     }
 }
 
 /// What a freehand stroke is painted into: the eraser lowers the alpha of the drawing, the others raise the
 /// alpha of their colour.
 QImage StrokePainter::FreehandGround(Frame* frame) const {
-    if (m_stroke->tool == ToolType::Eraser && frame != nullptr) {
+    if (stroke_->tool == ToolType::Eraser && frame != nullptr) {
         return frame->GetImage();
     }
     QImage ground = Composite::TransparentImage();
-    if (m_stroke->tool != ToolType::Eraser) {
-        QColor color = m_stroke->color;
+    if (stroke_->tool != ToolType::Eraser) {
+        QColor color = stroke_->color;
         color.setAlpha(0);
         ground.fill(color);
     }
@@ -171,66 +171,66 @@ QImage StrokePainter::FreehandGround(Frame* frame) const {
 }
 
 void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
-    const bool isFirst = m_stroke->freshSelection || !m_begun;
+    const bool isFirst = stroke_->freshSelection || !begun_;
     if (isFirst) {
-        m_pastes = m_stroke->pasted;
+        pastes_ = stroke_->pasted;
     }
     frame.GetImage(); // the key of an empty frame changes with its first unpacking
     // Undo, or another frame, may have put another drawing below the stroke.
-    if (isFirst || m_ground != frame.GetPictureKey()) {
+    if (isFirst || ground_ != frame.GetPictureKey()) {
         LiftSelection(frame, isFirst, changed);
-        m_ground = frame.GetPictureKey();
-        m_begun = true;
+        ground_ = frame.GetPictureKey();
+        begun_ = true;
     }
     QImage moved = Composite::TransparentImage();
     QPoint leftTop;
-    const QImage region = DrawUtil::TransformLifted(*m_stroke, m_lifted, leftTop);
+    const QImage region = DrawUtil::TransformLifted(*stroke_, lifted_, leftTop);
     if (!region.isNull()) {
         Composite::Replace(moved, region, leftTop);
-    } else if (!m_lifted.isNull()) {
+    } else if (!lifted_.isNull()) {
         QPainter painter(&moved);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        DrawUtil::DrawTransform(painter, *m_stroke, m_lifted);
+        DrawUtil::DrawTransform(painter, *stroke_, lifted_);
     }
-    m_moved.Replace(moved, changed);
+    moved_.Replace(moved, changed);
 }
 
 void StrokePainter::LiftSelection(Frame& frame, bool isFirst, TileMask& changed) {
     QImage rest = frame.GetImage();
-    const QImage region = rest.copy(m_stroke->selection);
-    if (isFirst && m_pastes) {
-        m_lifted = m_copied;
+    const QImage region = rest.copy(stroke_->selection);
+    if (isFirst && pastes_) {
+        lifted_ = copied_;
     }
-    if (!m_pastes) {
-        m_lifted = m_stroke->liftedImageEmptied ? QImage() : region;
-        if (m_stroke->liftedImageEmptied || !m_stroke->copyToClipboard) {
+    if (!pastes_) {
+        lifted_ = stroke_->liftedImageEmptied ? QImage() : region;
+        if (stroke_->liftedImageEmptied || !stroke_->copyToClipboard) {
             QPainter painter(&rest);
             painter.setCompositionMode(QPainter::CompositionMode_Source);
-            painter.fillRect(m_stroke->selection, Qt::transparent);
+            painter.fillRect(stroke_->selection, Qt::transparent);
         }
     }
-    if (isFirst && m_stroke->copyToClipboard) {
-        m_copied = region;
+    if (isFirst && stroke_->copyToClipboard) {
+        copied_ = region;
     }
-    m_work.Replace(rest, changed);
+    work_.Replace(rest, changed);
 }
 
 bool StrokePainter::SelectionIsUsable() const {
-    const QRect& selection = m_stroke->selection;
+    const QRect& selection = stroke_->selection;
     return selection.left() <= selection.right() && selection.top() <= selection.bottom() &&
            selection.left() >= -FARTHEST_SELECTION && selection.right() <= FARTHEST_SELECTION &&
            selection.top() >= -FARTHEST_SELECTION && selection.bottom() <= FARTHEST_SELECTION;
 }
 
 void StrokePainter::Forget() {
-    m_stroke.reset();
-    m_camera.clear();
-    m_work = Canvas();
-    m_moved = Canvas();
-    m_lifted = QImage();
-    m_begun = false;
-    m_pastes = false;
-    m_lastRasterised = 0;
+    stroke_.reset();
+    camera_.clear();
+    work_ = Canvas();
+    moved_ = Canvas();
+    lifted_ = QImage();
+    begun_ = false;
+    pastes_ = false;
+    lastRasterised_ = 0;
 }
 
 } // namespace vellix

@@ -60,16 +60,16 @@ private:
     bool SelectionIsUsable() const;
     void Forget();
 
-    std::unique_ptr<Stroke> m_stroke;
-    QString m_camera;
-    Canvas m_work;  ///< the stroke so far; for the eraser and the transform tool the layer's new picture
-    Canvas m_moved; ///< the lifted region where the transform puts it
-    bool m_begun = false;
-    bool m_pastes = false;    ///< does the transform bring in what was copied, and lift nothing?
-    qint64 m_ground = 0;      ///< what the stroke was begun on: a colour, or the picture that it changes
-    int m_lastRasterised = 0; ///< index of the last stroke point that is in the work image
-    QImage m_lifted;          ///< the region lifted by the transform tool
-    QImage m_copied;          ///< what was cut or copied, to be pasted
+    std::unique_ptr<Stroke> stroke_;
+    QString camera_;
+    Canvas work_;  ///< the stroke so far; for the eraser and the transform tool the layer's new picture
+    Canvas moved_; ///< the lifted region where the transform puts it
+    bool begun_ = false;
+    bool pastes_ = false;    ///< does the transform bring in what was copied, and lift nothing?
+    qint64 ground_ = 0;      ///< what the stroke was begun on: a colour, or the picture that it changes
+    int lastRasterised_ = 0; ///< index of the last stroke point that is in the work image
+    QImage lifted_;          ///< the region lifted by the transform tool
+    QImage copied_;          ///< what was cut or copied, to be pasted
 };
 
 } // namespace vellix

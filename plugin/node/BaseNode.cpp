@@ -294,12 +294,12 @@ void BaseNode::UpdateGhosting() {
 }
 
 void BaseNode::ClearClipboard() {
-    m_clipboard.clear();
+    clipboard_.clear();
 }
 
 QList<Frame*> BaseNode::GetClipboardFrames() const {
     QList<Frame*> frames;
-    for (const std::unique_ptr<Frame>& frame : m_clipboard) {
+    for (const std::unique_ptr<Frame>& frame : clipboard_) {
         frames.append(frame.get());
     }
     return frames;
@@ -318,7 +318,7 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
         if (range.Contains(time)) {
             std::unique_ptr<Frame> copy = layers->GetFrameCopy(camera, FromWholeFrames(time));
             copy->SetTime(MTime(double(time) - double(range.start), MTime::uiUnit()));
-            m_clipboard.push_back(std::move(copy));
+            clipboard_.push_back(std::move(copy));
         }
     }
 }

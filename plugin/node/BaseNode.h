@@ -211,12 +211,12 @@ private:
     static bool s_drawContextActive;
     static LegacyOutline* s_transformContext;
 
-    std::vector<std::unique_ptr<Frame>> m_clipboard;
-    ViewPlacement m_placement;
-    bool m_drawOutline = false;
-    QString m_outlineCamera;
-    std::array<QPoint, 4> m_outline;
-    LegacyPicture m_legacyPicture;
+    std::vector<std::unique_ptr<Frame>> clipboard_;
+    ViewPlacement placement_;
+    bool drawOutline_ = false;
+    QString outlineCamera_;
+    std::array<QPoint, 4> outline_;
+    LegacyPicture legacyPicture_;
 };
 
 } // namespace vellix

@@ -50,15 +50,15 @@ MHWRender::MPxDrawOverride* BaseNodeDrawOverride::Creator(const MObject& object)
 
 BaseNodeDrawOverride::BaseNodeDrawOverride(const MObject& object)
     : MPxDrawOverride(object, nullptr, true)
-    , m_textureName("vxpVP2Texture") {
-    m_textureName += s_textureCount;
+    , textureName_("vxpVP2Texture") {
+    textureName_ += s_textureCount;
     ++s_textureCount;
 }
 
 BaseNodeDrawOverride::~BaseNodeDrawOverride() {
-    MHWRender::MTextureManager* textures = m_texture != nullptr ? FindTextureManager() : nullptr;
+    MHWRender::MTextureManager* textures = texture_ != nullptr ? FindTextureManager() : nullptr;
     if (textures != nullptr) {
-        textures->releaseTexture(m_texture);
+        textures->releaseTexture(texture_);
     }
 }
 
@@ -112,12 +112,12 @@ bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
     if (textures == nullptr) {
         return false;
     }
-    if (m_texture == nullptr) {
-        m_texture = textures->acquireTexture(m_textureName, DescribeTexture(), data.image->constBits(), true);
+    if (texture_ == nullptr) {
+        texture_ = textures->acquireTexture(textureName_, DescribeTexture(), data.image->constBits(), true);
     }
     // Whether that brings anything to the card is for the host to find out: what is shown may also have
     // changed since another view asked for the image.
-    return m_texture != nullptr && m_texture->update(data.image->constBits(), true, 0);
+    return texture_ != nullptr && texture_->update(data.image->constBits(), true, 0);
 }
 
 void BaseNodeDrawOverride::addUIDrawables(const MDagPath&, MHWRender::MUIDrawManager& drawManager,
@@ -127,7 +127,7 @@ void BaseNodeDrawOverride::addUIDrawables(const MDagPath&, MHWRender::MUIDrawMan
         return;
     }
     drawManager.beginDrawable();
-    drawManager.setTexture(m_texture);
+    drawManager.setTexture(texture_);
     drawManager.setTextureSampler(MHWRender::MSamplerState::kMinMagMipLinear,
                                   MHWRender::MSamplerState::kTexClamp);
     drawManager.setTextureMask(MHWRender::MBlendState::kRGBAChannels);

@@ -31,8 +31,8 @@ private:
 
     static int s_textureCount;
 
-    MString m_textureName;
-    MHWRender::MTexture* m_texture = nullptr;
+    MString textureName_;
+    MHWRender::MTexture* texture_ = nullptr;
 };
 
 } // namespace vellix

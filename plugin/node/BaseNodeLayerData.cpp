@@ -31,8 +31,8 @@ MStatus BaseNodeLayerData::readASCII(const MArgList& args, unsigned int& element
     if (args.length() == 0) {
         return MS::kFailure;
     }
-    const LayerManager::ChangeScope together(*m_layers);
-    return LayerDataAsciiReader(*m_layers, args, element).Read();
+    const LayerManager::ChangeScope together(*layers_);
+    return LayerDataAsciiReader(*layers_, args, element).Read();
 }
 
 MStatus BaseNodeLayerData::readBinary(std::istream& in, unsigned int length) {
@@ -40,31 +40,31 @@ MStatus BaseNodeLayerData::readBinary(std::istream& in, unsigned int length) {
     if (length == 0) {
         return MS::kFailure;
     }
-    const LayerManager::ChangeScope together(*m_layers);
-    LayerDataBinaryReader(*m_layers, in, length).Read();
+    const LayerManager::ChangeScope together(*layers_);
+    LayerDataBinaryReader(*layers_, in, length).Read();
     return MS::kSuccess;
 }
 
 MStatus BaseNodeLayerData::writeASCII(std::ostream& out) {
-    if (!m_layers) {
+    if (!layers_) {
         out << -1;
         return MS::kFailure;
     }
-    LayerDataAsciiWriter(*m_layers, out).Write();
+    LayerDataAsciiWriter(*layers_, out).Write();
     return MS::kSuccess;
 }
 
 MStatus BaseNodeLayerData::writeBinary(std::ostream& out) {
-    if (!m_layers) {
+    if (!layers_) {
         return MS::kFailure;
     }
-    LayerDataBinaryWriter(*m_layers, out).Write();
+    LayerDataBinaryWriter(*layers_, out).Write();
     return out.fail() ? MS::kFailure : MS::kSuccess;
 }
 
 void BaseNodeLayerData::copy(const MPxData& other) {
     if (const auto* data = dynamic_cast<const BaseNodeLayerData*>(&other)) {
-        m_layers = data->m_layers;
+        layers_ = data->layers_;
     }
 }
 
@@ -77,13 +77,13 @@ MString BaseNodeLayerData::name() const {
 }
 
 void BaseNodeLayerData::CreateLayerManager() {
-    if (!m_layers) {
-        m_layers = std::make_shared<LayerManager>();
+    if (!layers_) {
+        layers_ = std::make_shared<LayerManager>();
     }
 }
 
 std::shared_ptr<LayerManager> BaseNodeLayerData::GetLayerManager() const {
-    return m_layers;
+    return layers_;
 }
 
 } // namespace vellix

@@ -38,7 +38,7 @@ public:
     std::shared_ptr<LayerManager> GetLayerManager() const;
 
 private:
-    std::shared_ptr<LayerManager> m_layers;
+    std::shared_ptr<LayerManager> layers_;
 };
 
 } // namespace vellix

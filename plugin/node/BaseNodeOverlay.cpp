@@ -13,34 +13,34 @@ namespace vellix {
 void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dView::DisplayStatus) {
     if (const QImage* image = GetFinalImage(MayaUtil::GetCameraName(view))) {
         NotePlacement(ViewPlacement::For(view));
-        m_legacyPicture.Draw(view, *image, m_placement, GetOpacity(),
-                             IsMaster() ? s_transformContext : nullptr);
+        legacyPicture_.Draw(view, *image, placement_, GetOpacity(),
+                            IsMaster() ? s_transformContext : nullptr);
     }
 }
 
 void BaseNode::SetTransformOutline(const QString& camera, const QPoint& p0, const QPoint& p1,
                                    const QPoint& p2, const QPoint& p3) {
-    m_outlineCamera = camera;
-    m_outline = {{p0, p1, p2, p3}};
-    m_drawOutline = true;
+    outlineCamera_ = camera;
+    outline_ = {{p0, p1, p2, p3}};
+    drawOutline_ = true;
 }
 
 void BaseNode::ClearTransformOutline() {
-    m_drawOutline = false;
+    drawOutline_ = false;
 }
 
 bool BaseNode::DrawTransformOutline(const QString& camera) const {
-    return m_drawOutline && m_outlineCamera == camera;
+    return drawOutline_ && outlineCamera_ == camera;
 }
 
 const std::array<QPoint, 4>& BaseNode::GetTransformOutline() const {
-    return m_outline;
+    return outline_;
 }
 
 // --- the noted placement ----------------------------------------------------------------------------------
 
 void BaseNode::NotePlacement(const ViewPlacement& placement) {
-    m_placement = placement;
+    placement_ = placement;
     if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
         layers->SetFrame(MayaUtil::GetPlaybackTimeValue());
     }
@@ -58,38 +58,38 @@ void BaseNode::UpdateOverlayValues(M3dView& view) {
 }
 
 void BaseNode::UpdateOverlayPan(const MDagPath& cameraPath, const M3dView& view) {
-    m_placement.FollowPan(view, cameraPath);
+    placement_.FollowPan(view, cameraPath);
 }
 
 void BaseNode::UpdateOverlayPan(const MDagPath& cameraPath, const MHWRender::MFrameContext& frameContext) {
-    m_placement.FollowPan(frameContext, cameraPath);
+    placement_.FollowPan(frameContext, cameraPath);
 }
 
 QPoint BaseNode::ScreenCoordsToTexCoords(const QPoint& point) const {
-    return m_placement.ToImage(point);
+    return placement_.ToImage(point);
 }
 
 MPoint BaseNode::TexCoordsToScreenCoords(const QPoint& pixel) const {
-    return m_placement.ToView(pixel);
+    return placement_.ToView(pixel);
 }
 
 float BaseNode::TextureToScreenScale() const {
-    return m_placement.Scale();
+    return placement_.Scale();
 }
 
 MPoint BaseNode::GetOverlayCenter() const {
-    return m_placement.Center();
+    return placement_.Center();
 }
 
 float BaseNode::GetOverlayScale() const {
-    return m_placement.HalfSize();
+    return placement_.HalfSize();
 }
 
 void BaseNode::TransformOutlinePoints(MPoint& p0, MPoint& p1, MPoint& p2, MPoint& p3) const {
-    p0 = m_placement.ToView(m_outline[0]);
-    p1 = m_placement.ToView(m_outline[1]);
-    p2 = m_placement.ToView(m_outline[2]);
-    p3 = m_placement.ToView(m_outline[3]);
+    p0 = placement_.ToView(outline_[0]);
+    p1 = placement_.ToView(outline_[1]);
+    p2 = placement_.ToView(outline_[2]);
+    p3 = placement_.ToView(outline_[3]);
 }
 
 } // namespace vellix

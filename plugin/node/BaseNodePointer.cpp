@@ -5,15 +5,15 @@
 namespace vellix {
 
 BaseNodePointer::BaseNodePointer(BaseNode* node)
-    : m_node(node)
-    , m_object(node != nullptr ? MObjectHandle(node->thisMObject()) : MObjectHandle()) {}
+    : node_(node)
+    , object_(node != nullptr ? MObjectHandle(node->thisMObject()) : MObjectHandle()) {}
 
 BaseNode* BaseNodePointer::Get() const {
-    return m_node != nullptr && m_object.isValid() ? m_node : nullptr;
+    return node_ != nullptr && object_.isValid() ? node_ : nullptr;
 }
 
 BaseNode* BaseNodePointer::GetAlive() const {
-    return m_node != nullptr && m_object.isAlive() ? m_node : nullptr;
+    return node_ != nullptr && object_.isAlive() ? node_ : nullptr;
 }
 
 } // namespace vellix

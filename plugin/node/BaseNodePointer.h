@@ -20,8 +20,8 @@ public:
     explicit operator bool() const { return Get() != nullptr; }
 
 private:
-    BaseNode* m_node = nullptr;
-    MObjectHandle m_object;
+    BaseNode* node_ = nullptr;
+    MObjectHandle object_;
 };
 
 } // namespace vellix

@@ -23,16 +23,16 @@ constexpr size_t MAX_PENDING = 4 * THREADS;
 } // namespace
 
 DrawingLoader::DrawingLoader(Report report)
-    : m_report(report) {}
+    : report_(report) {}
 
 DrawingLoader::~DrawingLoader() {
     Finish();
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_done = true;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        done_ = true;
     }
-    m_wake.notify_all();
-    for (std::thread& thread : m_threads) {
+    wake_.notify_all();
+    for (std::thread& thread : threads_) {
         thread.join();
     }
 }
@@ -50,7 +50,7 @@ void DrawingLoader::AddBytes(Layer& layer, int index, const MTime& time, const Q
 }
 
 void DrawingLoader::Finish() {
-    while (!m_pending.empty()) {
+    while (!pending_.empty()) {
         TakeFirst();
     }
 }
@@ -68,7 +68,7 @@ DrawingLoader::Checked DrawingLoader::Check(QByteArray png) {
 template <typename Decode>
 void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Decode decode) {
     StartThreads();
-    if (m_pending.size() >= MAX_PENDING) {
+    if (pending_.size() >= MAX_PENDING) {
         TakeFirst();
     }
     std::packaged_task<Checked()> task([decode = std::move(decode)] {
@@ -78,17 +78,17 @@ void DrawingLoader::Add(Layer& layer, int index, const MTime& time, Decode decod
             return Checked{Outcome::NotDecoded, QByteArray()};
         }
     });
-    m_pending.push_back({&layer, index, time, task.get_future()});
+    pending_.push_back({&layer, index, time, task.get_future()});
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_queue.push_back(std::move(task));
+        const std::lock_guard<std::mutex> lock(mutex_);
+        queue_.push_back(std::move(task));
     }
-    m_wake.notify_one();
+    wake_.notify_one();
 }
 
 void DrawingLoader::StartThreads() {
-    while (m_threads.size() < THREADS) {
-        m_threads.emplace_back([this] { WorkOffQueue(); });
+    while (threads_.size() < THREADS) {
+        threads_.emplace_back([this] { WorkOffQueue(); });
     }
 }
 
@@ -96,21 +96,21 @@ void DrawingLoader::WorkOffQueue() {
     for (;;) {
         std::packaged_task<Checked()> task;
         {
-            std::unique_lock<std::mutex> lock(m_mutex);
-            m_wake.wait(lock, [this] { return m_done || !m_queue.empty(); });
-            if (m_queue.empty()) {
+            std::unique_lock<std::mutex> lock(mutex_);
+            wake_.wait(lock, [this] { return done_ || !queue_.empty(); });
+            if (queue_.empty()) {
                 return;
             }
-            task = std::move(m_queue.front());
-            m_queue.pop_front();
+            task = std::move(queue_.front());
+            queue_.pop_front();
         }
         task();
     }
 }
 
 void DrawingLoader::TakeFirst() {
-    Pending drawing = std::move(m_pending.front());
-    m_pending.pop_front();
+    Pending drawing = std::move(pending_.front());
+    pending_.pop_front();
     const Checked checked = drawing.checked.get();
     if (checked.outcome != Outcome::Loaded) {
         ReportBad(drawing, checked.outcome);
@@ -122,7 +122,7 @@ void DrawingLoader::TakeFirst() {
 }
 
 void DrawingLoader::ReportBad(const Pending& drawing, Outcome outcome) const {
-    if (m_report == Report::Nothing) {
+    if (report_ == Report::Nothing) {
         return;
     }
     const QString message = outcome == Outcome::NotOpened

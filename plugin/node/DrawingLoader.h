@@ -57,14 +57,14 @@ private:
     void TakeFirst();
     void ReportBad(const Pending& drawing, Outcome outcome) const;
 
-    const Report m_report;
-    std::deque<Pending> m_pending;
+    const Report report_;
+    std::deque<Pending> pending_;
 
-    std::vector<std::thread> m_threads;
-    std::mutex m_mutex; ///< guards what follows
-    std::condition_variable m_wake;
-    std::deque<std::packaged_task<Checked()>> m_queue;
-    bool m_done = false;
+    std::vector<std::thread> threads_;
+    std::mutex mutex_; ///< guards what follows
+    std::condition_variable wake_;
+    std::deque<std::packaged_task<Checked()>> queue_;
+    bool done_ = false;
 };
 
 } // namespace vellix

@@ -15,24 +15,24 @@
 namespace vellix {
 
 LayerDataAsciiReader::LayerDataAsciiReader(LayerManager& layers, const MArgList& args, unsigned int& element)
-    : m_layers(layers)
-    , m_args(args)
-    , m_element(element)
-    , m_loader(DrawingLoader::Report::Errors) {}
+    : layers_(layers)
+    , args_(args)
+    , element_(element)
+    , loader_(DrawingLoader::Report::Errors) {}
 
 MStatus LayerDataAsciiReader::Read() {
     QString activeCamera;
     int cameraCount = 0;
     if (!ReadHeader(activeCamera, cameraCount)) {
-        return m_status;
+        return status_;
     }
     for (int camera = 0; camera < cameraCount; ++camera) {
         if (!ReadCamera()) {
-            return m_status;
+            return status_;
         }
     }
     if (!activeCamera.isEmpty()) {
-        m_layers.SetActiveCamera(activeCamera);
+        layers_.SetActiveCamera(activeCamera);
     }
     return MS::kSuccess;
 }
@@ -41,7 +41,7 @@ bool LayerDataAsciiReader::ReadHeader(QString& activeCamera, int& cameraCount) {
     int version = 0;
     if (Take(version) && version < LayerDataFormat::VERSION) {
         Logger::Error("Invalid version");
-        m_status = MS::kFailure;
+        status_ = MS::kFailure;
         return false;
     }
     bool master = false;
@@ -49,7 +49,7 @@ bool LayerDataAsciiReader::ReadHeader(QString& activeCamera, int& cameraCount) {
         return Fail("Failed to get master (%1)");
     }
     if (master && !MFileIO::isReferencingFile()) {
-        m_layers.MakeMaster();
+        layers_.MakeMaster();
     }
     Take(activeCamera);
     return Take(cameraCount) || Fail("Invalid layer count (%1)");
@@ -73,9 +73,9 @@ bool LayerDataAsciiReader::ReadCamera() {
             return false;
         }
     }
-    m_loader.Finish();
+    loader_.Finish();
     if (activeLayer >= 0) {
-        m_layers.SetActiveLayer(camera, activeLayer, true);
+        layers_.SetActiveLayer(camera, activeLayer, true);
     }
     return true;
 }
@@ -90,7 +90,7 @@ bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
         return Fail("Invalid frame count (%1)");
     }
     if (frameCount < 0 && name == QLatin1String(LayerDataFormat::UNKNOWN_LAYER)) {
-        m_loader.Finish();
+        loader_.Finish();
         Logger::Warning("Skipping invalid layer");
         return true;
     }
@@ -100,7 +100,7 @@ bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
         return false;
     }
     Layer& layer = *created;
-    m_layers.InsertLayer(camera, -1, created.release());
+    layers_.InsertLayer(camera, -1, created.release());
     for (int frame = 0; frame < frameCount; ++frame) {
         if (!ReadFrame(layer, frame)) {
             return false;
@@ -139,28 +139,28 @@ bool LayerDataAsciiReader::ReadFrame(Layer& layer, int index) {
     if (!Take(image)) {
         return Fail("Invalid draw data (%1)");
     }
-    m_loader.AddHex(layer, index, time, std::move(image));
+    loader_.AddHex(layer, index, time, std::move(image));
     return true;
 }
 
 bool LayerDataAsciiReader::Take(bool& value) {
-    value = m_args.asBool(m_element++, &m_status);
-    return m_status == MS::kSuccess;
+    value = args_.asBool(element_++, &status_);
+    return status_ == MS::kSuccess;
 }
 
 bool LayerDataAsciiReader::Take(int& value) {
-    value = m_args.asInt(m_element++, &m_status);
-    return m_status == MS::kSuccess;
+    value = args_.asInt(element_++, &status_);
+    return status_ == MS::kSuccess;
 }
 
 bool LayerDataAsciiReader::Take(double& value) {
-    value = m_args.asDouble(m_element++, &m_status);
-    return m_status == MS::kSuccess;
+    value = args_.asDouble(element_++, &status_);
+    return status_ == MS::kSuccess;
 }
 
 bool LayerDataAsciiReader::Take(MString& value) {
-    value = m_args.asString(m_element++, &m_status);
-    return m_status == MS::kSuccess;
+    value = args_.asString(element_++, &status_);
+    return status_ == MS::kSuccess;
 }
 
 bool LayerDataAsciiReader::Take(QString& value) {
@@ -171,14 +171,14 @@ bool LayerDataAsciiReader::Take(QString& value) {
 }
 
 bool LayerDataAsciiReader::Take(MTime& value) {
-    value = m_args.asTime(m_element++, &m_status);
-    return m_status == MS::kSuccess;
+    value = args_.asTime(element_++, &status_);
+    return status_ == MS::kSuccess;
 }
 
 bool LayerDataAsciiReader::Fail(const char* message) {
     // What is wrong with the drawings before this token is said first.
-    m_loader.Finish();
-    Logger::Error(QString::fromLatin1(message).arg(m_element - 1));
+    loader_.Finish();
+    Logger::Error(QString::fromLatin1(message).arg(element_ - 1));
     return false;
 }
 

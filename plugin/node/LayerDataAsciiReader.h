@@ -22,7 +22,7 @@ public:
     MStatus Read();
 
 private:
-    // Each reads one part of the data and returns false, with m_status set, when reading ends there.
+    // Each reads one part of the data and returns false, with status_ set, when reading ends there.
     bool ReadHeader(QString& activeCamera, int& cameraCount);
     bool ReadCamera();
     bool ReadLayer(const QString& camera);
@@ -39,11 +39,11 @@ private:
     /// Reports the token that was consumed last.
     bool Fail(const char* message);
 
-    LayerManager& m_layers;
-    const MArgList& m_args;
-    unsigned int& m_element;
-    MStatus m_status;
-    DrawingLoader m_loader;
+    LayerManager& layers_;
+    const MArgList& args_;
+    unsigned int& element_;
+    MStatus status_;
+    DrawingLoader loader_;
 };
 
 } // namespace vellix

@@ -24,8 +24,8 @@ private:
     void WriteFrame(const Frame* frame);
     void WriteString(const QString& text);
 
-    const LayerManager& m_layers;
-    std::ostream& m_out;
+    const LayerManager& layers_;
+    std::ostream& out_;
 };
 
 } // namespace vellix

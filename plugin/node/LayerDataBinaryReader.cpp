@@ -13,23 +13,23 @@
 namespace vellix {
 
 LayerDataBinaryReader::LayerDataBinaryReader(LayerManager& layers, std::istream& in, unsigned int length)
-    : m_layers(layers)
-    , m_in(in)
-    , m_remaining(length)
-    , m_loader(DrawingLoader::Report::Nothing) {}
+    : layers_(layers)
+    , in_(in)
+    , remaining_(length)
+    , loader_(DrawingLoader::Report::Nothing) {}
 
 void LayerDataBinaryReader::Read() {
     ReadValue<qint32>(); // every version reads alike
     if (ReadValue<quint8>() != 0 && !MFileIO::isReferencingFile()) {
-        m_layers.MakeMaster();
+        layers_.MakeMaster();
     }
     const QString activeCamera = ReadString();
     const auto cameraCount = ReadValue<qint32>();
-    for (qint32 camera = 0; camera < cameraCount && !m_ended; ++camera) {
+    for (qint32 camera = 0; camera < cameraCount && !ended_; ++camera) {
         ReadCamera();
     }
     if (!activeCamera.isEmpty()) {
-        m_layers.SetActiveCamera(activeCamera);
+        layers_.SetActiveCamera(activeCamera);
     }
 }
 
@@ -37,15 +37,15 @@ void LayerDataBinaryReader::ReadCamera() {
     const QString camera = ReadString();
     const auto layerCount = ReadValue<qint32>();
     const auto activeLayer = ReadValue<qint32>();
-    if (m_ended) {
+    if (ended_) {
         return;
     }
-    for (qint32 layer = 0; layer < layerCount && !m_ended; ++layer) {
+    for (qint32 layer = 0; layer < layerCount && !ended_; ++layer) {
         ReadLayer(camera);
     }
-    m_loader.Finish();
+    loader_.Finish();
     if (activeLayer >= 0) {
-        m_layers.SetActiveLayer(camera, activeLayer, true);
+        layers_.SetActiveLayer(camera, activeLayer, true);
     }
 }
 
@@ -55,7 +55,7 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
     const bool visible = ReadValue<quint8>() != 0;
     const auto opacity = ReadValue<float>();
     const auto state = ReadValue<qint32>();
-    if (m_ended) {
+    if (ended_) {
         return;
     }
     auto created = std::make_unique<Layer>();
@@ -64,15 +64,15 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
     layer.SetVisible(visible);
     layer.SetOpacity(opacity);
     layer.SetState(ToLayerState(state));
-    m_layers.InsertLayer(camera, -1, created.release());
+    layers_.InsertLayer(camera, -1, created.release());
 
     for (qint32 frame = 0; frame < frameCount; ++frame) {
         const auto time = ReadValue<qint32>();
         const QByteArray image = ReadBytes();
-        if (m_ended) {
+        if (ended_) {
             return;
         }
-        m_loader.AddBytes(layer, frame, FromWholeFrames(time), image);
+        loader_.AddBytes(layer, frame, FromWholeFrames(time), image);
     }
 }
 
@@ -87,16 +87,16 @@ QByteArray LayerDataBinaryReader::ReadBytes() {
     // A damaged count may be anything, so the bytes are taken in blocks that grow with what has come already.
     qint64 missing = ReadValue<qint32>();
     QByteArray bytes;
-    while (missing > 0 && !m_ended) {
-        const qint64 block = qMin(qMin(missing, m_remaining), qMax<qint64>(BLOCK, bytes.size()));
+    while (missing > 0 && !ended_) {
+        const qint64 block = qMin(qMin(missing, remaining_), qMax<qint64>(BLOCK, bytes.size()));
         const int filled = bytes.size();
         bytes.resize(static_cast<int>(filled + block));
         if (block == 0 || !Fill(bytes.data() + filled, block)) {
-            m_ended = true;
+            ended_ = true;
         }
         missing -= block;
     }
-    return m_ended ? QByteArray() : bytes;
+    return ended_ ? QByteArray() : bytes;
 }
 
 QString LayerDataBinaryReader::ReadString() {
@@ -105,11 +105,11 @@ QString LayerDataBinaryReader::ReadString() {
 }
 
 bool LayerDataBinaryReader::Fill(char* bytes, qint64 count) {
-    if (!m_ended && count <= m_remaining && m_in.read(bytes, count)) {
-        m_remaining -= count;
+    if (!ended_ && count <= remaining_ && in_.read(bytes, count)) {
+        remaining_ -= count;
         return true;
     }
-    m_ended = true;
+    ended_ = true;
     return false;
 }
 

@@ -30,11 +30,11 @@ private:
     QString ReadString();
     bool Fill(char* bytes, qint64 count);
 
-    LayerManager& m_layers;
-    std::istream& m_in;
-    qint64 m_remaining; ///< bytes that may still be read
-    bool m_ended = false;
-    DrawingLoader m_loader;
+    LayerManager& layers_;
+    std::istream& in_;
+    qint64 remaining_; ///< bytes that may still be read
+    bool ended_ = false;
+    DrawingLoader loader_;
 };
 
 } // namespace vellix

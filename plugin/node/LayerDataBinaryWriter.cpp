@@ -10,22 +10,22 @@
 namespace vellix {
 
 LayerDataBinaryWriter::LayerDataBinaryWriter(const LayerManager& layers, std::ostream& out)
-    : m_layers(layers)
-    , m_out(out) {}
+    : layers_(layers)
+    , out_(out) {}
 
 void LayerDataBinaryWriter::Write() {
-    const QStringList cameras = m_layers.GetCameras();
+    const QStringList cameras = layers_.GetCameras();
     WriteValue<qint32>(LayerDataFormat::VERSION);
-    WriteValue<quint8>(m_layers.IsMaster() ? 1 : 0);
-    WriteBytes(m_layers.GetActiveCamera().toUtf8());
+    WriteValue<quint8>(layers_.IsMaster() ? 1 : 0);
+    WriteBytes(layers_.GetActiveCamera().toUtf8());
     WriteValue<qint32>(cameras.size());
     for (const QString& camera : cameras) {
-        const int count = m_layers.LayerCount(camera);
+        const int count = layers_.LayerCount(camera);
         WriteBytes(camera.toUtf8());
         WriteValue<qint32>(count);
-        WriteValue<qint32>(m_layers.GetActiveLayerIndex(camera));
+        WriteValue<qint32>(layers_.GetActiveLayerIndex(camera));
         for (int index = 0; index < count; ++index) {
-            if (const Layer* layer = m_layers.GetLayer(camera, index)) {
+            if (const Layer* layer = layers_.GetLayer(camera, index)) {
                 WriteLayer(*layer);
             }
         }
@@ -53,12 +53,12 @@ void LayerDataBinaryWriter::WriteLayer(const Layer& layer) {
 
 void LayerDataBinaryWriter::WriteBytes(const QByteArray& bytes) {
     WriteValue<qint32>(bytes.size());
-    m_out.write(bytes.constData(), bytes.size());
+    out_.write(bytes.constData(), bytes.size());
 }
 
 template <typename Value>
 void LayerDataBinaryWriter::WriteValue(Value value) {
-    m_out.write(reinterpret_cast<const char*>(&value), sizeof(value));
+    out_.write(reinterpret_cast<const char*>(&value), sizeof(value));
 }
 
 } // namespace vellix

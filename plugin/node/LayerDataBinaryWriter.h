@@ -24,8 +24,8 @@ private:
     template <typename Value>
     void WriteValue(Value value);
 
-    const LayerManager& m_layers;
-    std::ostream& m_out;
+    const LayerManager& layers_;
+    std::ostream& out_;
 };
 
 } // namespace vellix

@@ -15,9 +15,9 @@ namespace vellix {
 
 LegacyPicture::~LegacyPicture() {
     MStatus status;
-    M3dView view = m_texture != 0 ? M3dView::active3dView(&status) : M3dView();
-    if (m_texture != 0 && status && view.beginGL()) {
-        glDeleteTextures(1, &m_texture);
+    M3dView view = texture_ != 0 ? M3dView::active3dView(&status) : M3dView();
+    if (texture_ != 0 && status && view.beginGL()) {
+        glDeleteTextures(1, &texture_);
         view.endGL();
     }
 }
@@ -26,13 +26,13 @@ void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement
                          LegacyOutline* outline) {
     LegacyOpenGlBegin(view);
     // Contexts come and go with their views, and take their textures along.
-    if (m_texture == 0 || glIsTexture(m_texture) == GL_FALSE) {
+    if (texture_ == 0 || glIsTexture(texture_) == GL_FALSE) {
         InitializeLegacyViewport();
-        m_imageKey = 0;
+        imageKey_ = 0;
     }
-    glBindTexture(GL_TEXTURE_2D, m_texture);
-    if (m_imageKey != image.cacheKey()) {
-        m_imageKey = image.cacheKey();
+    glBindTexture(GL_TEXTURE_2D, texture_);
+    if (imageKey_ != image.cacheKey()) {
+        imageKey_ = image.cacheKey();
         glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image.width(), image.height(), GL_RGBA, GL_UNSIGNED_BYTE,
                         image.constBits());
     }
@@ -45,8 +45,8 @@ void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement
 }
 
 void LegacyPicture::InitializeLegacyViewport() {
-    glGenTextures(1, &m_texture);
-    glBindTexture(GL_TEXTURE_2D, m_texture);
+    glGenTextures(1, &texture_);
+    glBindTexture(GL_TEXTURE_2D, texture_);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, Settings::FINAL_IMAGE_WIDTH, Settings::FINAL_IMAGE_WIDTH, 0,
                  GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);

@@ -30,8 +30,8 @@ private:
     static void DrawQuad(const ViewPlacement& placement);
     static void LegacyOpenGlEnd(M3dView& view);
 
-    unsigned int m_texture = 0; ///< OpenGL's name; 0 for none
-    qint64 m_imageKey = 0;      ///< of the image that is in the texture
+    unsigned int texture_ = 0; ///< OpenGL's name; 0 for none
+    qint64 imageKey_ = 0;      ///< of the image that is in the texture
 };
 
 } // namespace vellix

@@ -84,17 +84,17 @@ MPoint GetPanPoint(const MDagPath& cameraPath) {
 } // namespace
 
 ViewPlacement::ViewPlacement(const MDagPath& cameraPath, int width, int height)
-    : m_width(width)
-    , m_height(height)
-    , m_center(width * 0.5, height * 0.5, 0.0, 1.0) {
+    : width_(width)
+    , height_(height)
+    , center_(width * 0.5, height * 0.5, 0.0, 1.0) {
     const MFnCamera camera(cameraPath);
-    m_displaySize = static_cast<float>(Truncate(GetGateSize(camera, width, height)));
-    m_halfSize = m_displaySize * 0.5f;
-    m_panZoomActive = camera.panZoomEnabled() && !Settings::ignore2dPanZoom;
-    if (m_panZoomActive) {
+    displaySize_ = static_cast<float>(Truncate(GetGateSize(camera, width, height)));
+    halfSize_ = displaySize_ * 0.5f;
+    panZoomActive_ = camera.panZoomEnabled() && !Settings::ignore2dPanZoom;
+    if (panZoomActive_) {
         const auto zoom = static_cast<float>(camera.zoom() > 0.0 ? camera.zoom() : SMALLEST_ZOOM);
-        m_halfSize /= zoom;
-        m_displaySize /= zoom;
+        halfSize_ /= zoom;
+        displaySize_ /= zoom;
     }
 }
 
@@ -121,8 +121,8 @@ ViewPlacement ViewPlacement::For(const MHWRender::MFrameContext& frame, const MD
 }
 
 void ViewPlacement::FollowPan(const M3dView& view, const MDagPath& camera) {
-    if (!m_panZoomActive) {
-        m_panOffset = MPoint();
+    if (!panZoomActive_) {
+        panOffset_ = MPoint();
         return;
     }
     short x = 0;
@@ -132,8 +132,8 @@ void ViewPlacement::FollowPan(const M3dView& view, const MDagPath& camera) {
 }
 
 void ViewPlacement::FollowPan(const MHWRender::MFrameContext& frame, const MDagPath& camera) {
-    if (!m_panZoomActive) {
-        m_panOffset = MPoint();
+    if (!panZoomActive_) {
+        panOffset_ = MPoint();
         return;
     }
     double x = 0.0;
@@ -143,33 +143,33 @@ void ViewPlacement::FollowPan(const MHWRender::MFrameContext& frame, const MDagP
 }
 
 void ViewPlacement::SetPan(double x, double y) {
-    m_panOffset = MPoint(m_center.x - x, m_center.y - y, m_center.z, 1.0);
-    m_center = MPoint(x, y, 0.0, 1.0);
+    panOffset_ = MPoint(center_.x - x, center_.y - y, center_.z, 1.0);
+    center_ = MPoint(x, y, 0.0, 1.0);
 }
 
 float ViewPlacement::Scale() const {
-    return m_displaySize / static_cast<float>(Settings::FINAL_IMAGE_WIDTH);
+    return displaySize_ / static_cast<float>(Settings::FINAL_IMAGE_WIDTH);
 }
 
 double ViewPlacement::Left() const {
-    return (m_displaySize - m_width) * 0.5 + m_panOffset.x;
+    return (displaySize_ - width_) * 0.5 + panOffset_.x;
 }
 
 double ViewPlacement::Top() const {
-    return (m_displaySize - m_height) * 0.5 - m_panOffset.y;
+    return (displaySize_ - height_) * 0.5 - panOffset_.y;
 }
 
 QPoint ViewPlacement::ToImage(const QPointF& point) const {
-    if (m_displaySize <= 0.0f) {
+    if (displaySize_ <= 0.0f) {
         return QPoint();
     }
-    const double scale = static_cast<double>(Settings::FINAL_IMAGE_WIDTH) / m_displaySize;
-    return QPoint(Round((point.x() + Left()) * scale), Round((m_height - point.y() + Top()) * scale));
+    const double scale = static_cast<double>(Settings::FINAL_IMAGE_WIDTH) / displaySize_;
+    return QPoint(Round((point.x() + Left()) * scale), Round((height_ - point.y() + Top()) * scale));
 }
 
 MPoint ViewPlacement::ToView(const QPointF& pixel) const {
     const double scale = Scale();
-    return MPoint(pixel.x() * scale - Left(), m_height + Top() - pixel.y() * scale, 0.0, 1.0);
+    return MPoint(pixel.x() * scale - Left(), height_ + Top() - pixel.y() * scale, 0.0, 1.0);
 }
 
 } // namespace vellix

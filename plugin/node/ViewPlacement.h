@@ -27,9 +27,9 @@ public:
     void FollowPan(const M3dView& view, const MDagPath& camera);
     void FollowPan(const MHWRender::MFrameContext& frame, const MDagPath& camera);
 
-    const MPoint& Center() const { return m_center; }
+    const MPoint& Center() const { return center_; }
     /// Half the side of the square, view pixels.
-    float HalfSize() const { return m_halfSize; }
+    float HalfSize() const { return halfSize_; }
     /// View pixels to an image pixel.
     float Scale() const;
 
@@ -43,13 +43,13 @@ private:
     double Left() const;
     double Top() const;
 
-    int m_width = 0;
-    int m_height = 0;
-    float m_halfSize = 0.0f;
-    float m_displaySize = 0.0f; ///< side of the square
-    MPoint m_center;
-    MPoint m_panOffset; ///< by how much the pan moves the square to the left and down
-    bool m_panZoomActive = false;
+    int width_ = 0;
+    int height_ = 0;
+    float halfSize_ = 0.0f;
+    float displaySize_ = 0.0f; ///< side of the square
+    MPoint center_;
+    MPoint panOffset_; ///< by how much the pan moves the square to the left and down
+    bool panZoomActive_ = false;
 };
 
 } // namespace vellix

@@ -25,21 +25,21 @@ int WholeVectors(int count) {
 void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolType tool) {
     radius = radius > 0.0f ? std::min(radius, float(MAX_RADIUS)) : 0.0f;
     opacity = opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
-    const bool sameShape = hardness == m_hardness && radius == m_radius && tool == m_tool;
-    if (sameShape && opacity == m_opacity) {
+    const bool sameShape = hardness == hardness_ && radius == radius_ && tool == tool_;
+    if (sameShape && opacity == opacity_) {
         return;
     }
     if (!sameShape) {
         BuildShape(hardness, radius, tool);
-        m_hardness = hardness;
-        m_radius = radius;
-        m_tool = tool;
-        std::memset(m_cells, 0, sizeof m_cells);
+        hardness_ = hardness;
+        radius_ = radius;
+        tool_ = tool;
+        std::memset(cells_, 0, sizeof cells_);
     }
-    m_opacity = opacity;
+    opacity_ = opacity;
     for (int row = 0; row < SIDE; ++row) {
-        const Span span = m_spans[row];
-        AlphaRows::Scale(m_weights[row] + span.first, opacity, m_cells[row] + span.first,
+        const Span span = spans_[row];
+        AlphaRows::Scale(weights_[row] + span.first, opacity, cells_[row] + span.first,
                          span.end - span.first);
     }
 }
@@ -53,10 +53,10 @@ void BrushGrid::UpdateBrushGrid(int size, float radius, float opacity, ToolType 
 }
 
 void BrushGrid::BuildShape(float hardness, float radius, ToolType tool) {
-    std::fill_n(&m_weights[0][0], SIDE * STRIDE, 0.0f);
+    std::fill_n(&weights_[0][0], SIDE * STRIDE, 0.0f);
     if (radius == 1.0f) {
         for (const int column : {1, 2}) {
-            m_weights[1][column] = m_weights[2][column] = 1.0f;
+            weights_[1][column] = weights_[2][column] = 1.0f;
         }
     } else if (radius > 0.0f) {
         BuildOctants(hardness, radius, tool);
@@ -110,7 +110,7 @@ void BrushGrid::SetMirrored(float centre, int x, int y, float weight) {
     for (const int row : {top, bottom}) {
         for (const int column : {left, right}) {
             if (row >= 0 && row < SIDE && column >= 0 && column < SIDE) {
-                m_weights[row][column] = weight;
+                weights_[row][column] = weight;
             }
         }
     }
@@ -118,15 +118,15 @@ void BrushGrid::SetMirrored(float centre, int x, int y, float weight) {
 
 void BrushGrid::FindSpans() {
     for (int row = 0; row < SIDE; ++row) {
-        const float* begin = m_weights[row];
+        const float* begin = weights_[row];
         const float* end = begin + SIDE;
         const auto filled = [](float weight) { return weight > 0.0f; };
         const float* first = std::find_if(begin, end, filled);
         while (end != first && !filled(end[-1])) {
             --end;
         }
-        m_spans[row].first = int(first - begin);
-        m_spans[row].end = int(end - begin);
+        spans_[row].first = int(first - begin);
+        spans_[row].end = int(end - begin);
     }
 }
 
@@ -146,7 +146,7 @@ void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1
     const int firstColumn = std::max(0, -left);
     const int endColumn = std::min(int(SIDE), std::min(x1, view.width) - left);
     for (int row = firstRow; row < endRow; ++row) {
-        const Span span = m_spans[row];
+        const Span span = spans_[row];
         const int first = std::max(firstColumn, span.first);
         int count = std::min(endColumn, span.end) - first;
         if (count <= 0) {
@@ -155,7 +155,7 @@ void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1
         if (first + count == span.end) {
             count = std::min(WholeVectors(count), view.width - left - first);
         }
-        function(view.Row(top + row) + left + first, m_cells[row] + first, count);
+        function(view.Row(top + row) + left + first, cells_[row] + first, count);
     }
 }
 

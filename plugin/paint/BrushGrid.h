@@ -33,7 +33,7 @@ public:
     void UpdateBrushGrid(int size, float radius, float opacity, ToolType tool);
 
     /// The coverage of a cell, 0..255.
-    quint8 Cell(int column, int row) const { return m_cells[row][column]; }
+    quint8 Cell(int column, int row) const { return cells_[row][column]; }
 
     /// \name Stamping
     /// The grid covers the columns x0 - 1 .. x1 - 1 and the rows y0 - 1 .. y1 - 1; the part outside
@@ -76,15 +76,15 @@ private:
     // Rows are painted in whole vectors, which may run past the last column. The extra cells stay empty.
     static constexpr int STRIDE = 128;
 
-    quint8 m_cells[SIDE][STRIDE] = {};
-    float m_weights[SIDE][STRIDE] = {};
-    Span m_spans[SIDE]; // the filled columns of each row
+    quint8 cells_[SIDE][STRIDE] = {};
+    float weights_[SIDE][STRIDE] = {};
+    Span spans_[SIDE]; // the filled columns of each row
 
     // The arguments of the disc that the grid holds. The negative values stand for "none yet".
-    float m_hardness = 0.0f;
-    float m_radius = -1.0f;
-    float m_opacity = -1.0f;
-    ToolType m_tool = ToolType::Pencil;
+    float hardness_ = 0.0f;
+    float radius_ = -1.0f;
+    float opacity_ = -1.0f;
+    ToolType tool_ = ToolType::Pencil;
 };
 
 } // namespace vellix

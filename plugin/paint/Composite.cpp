@@ -73,20 +73,20 @@ void Paint(quint16* sums, const Picture& picture, int row, int column) {
 class StackRow {
 public:
     explicit StackRow(const PictureStack& stack)
-        : m_stack(stack)
-        , m_needed(stack.size()) {}
+        : stack_(stack)
+        , needed_(stack.size()) {}
 
     /// Prepares the row `row`: a picture is not needed under an opaque tile. Returns the wanted tiles in
     /// which at least one picture is needed.
     quint64 Begin(int row, quint64 wanted) {
-        m_row = row;
+        row_ = row;
         quint64 open = wanted;
         quint64 painted = 0;
-        for (std::size_t i = m_stack.size(); i-- > 0;) {
-            const TileCoverage* coverage = m_stack[i].Coverage();
-            m_needed[i] = coverage == nullptr ? 0 : coverage->occupied.Row(row) & open;
-            painted |= m_needed[i];
-            if (coverage != nullptr && m_stack[i].opacity == 255) {
+        for (std::size_t i = stack_.size(); i-- > 0;) {
+            const TileCoverage* coverage = stack_[i].Coverage();
+            needed_[i] = coverage == nullptr ? 0 : coverage->occupied.Row(row) & open;
+            painted |= needed_[i];
+            if (coverage != nullptr && stack_[i].opacity == 255) {
                 open &= ~coverage->opaque.Row(row);
             }
         }
@@ -95,17 +95,17 @@ public:
 
     void Compose(quint16* sums, int column) const {
         std::memset(sums, 0, TILE_VALUES * sizeof(quint16));
-        for (std::size_t i = 0; i < m_stack.size(); ++i) {
-            if ((m_needed[i] >> column & 1) != 0) {
-                Paint(sums, m_stack[i], m_row, column);
+        for (std::size_t i = 0; i < stack_.size(); ++i) {
+            if ((needed_[i] >> column & 1) != 0) {
+                Paint(sums, stack_[i], row_, column);
             }
         }
     }
 
 private:
-    const PictureStack& m_stack;
-    std::vector<quint64> m_needed;
-    int m_row = 0;
+    const PictureStack& stack_;
+    std::vector<quint64> needed_;
+    int row_ = 0;
 };
 
 void ClearTiles(const Pixels<quint32>& target, int row, quint64 tiles) {

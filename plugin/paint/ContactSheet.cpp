@@ -59,50 +59,49 @@ QFont FontOf(int pixels) {
 } // namespace
 
 ContactSheet::ContactSheet(int count, const QString& title)
-    : m_count(std::max(1, std::min(count, static_cast<int>(MAX_COUNT))))
-    , m_columns(ColumnsFor(m_count))
-    , m_cell(CellFor(m_count, m_columns))
-    , m_image(SheetSize(m_count, m_columns, m_cell), QImage::Format_RGB32) {
-    m_image.fill(TABLE_COLOR);
+    : count_(std::max(1, std::min(count, static_cast<int>(MAX_COUNT))))
+    , columns_(ColumnsFor(count_))
+    , cell_(CellFor(count_, columns_))
+    , image_(SheetSize(count_, columns_, cell_), QImage::Format_RGB32) {
+    image_.fill(TABLE_COLOR);
     PaintTitle(title);
 }
 
 void ContactSheet::PaintTitle(const QString& title) {
-    const int gap = GapOf(m_cell);
-    const int height = TitleHeightOf(m_cell);
-    QPainter painter(&m_image);
+    const int gap = GapOf(cell_);
+    const int height = TitleHeightOf(cell_);
+    QPainter painter(&image_);
     painter.setPen(LABEL_COLOR);
     painter.setFont(FontOf(height * 2 / 3));
-    const QRect line(gap, gap, m_image.width() - 2 * gap, height);
+    const QRect line(gap, gap, image_.width() - 2 * gap, height);
     const QString shown = painter.fontMetrics().elidedText(title, Qt::ElideRight, line.width());
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }
 
 void ContactSheet::Add(const QImage& drawing, const QString& label) {
-    if (m_added >= m_count) {
+    if (added_ >= count_) {
         return;
     }
-    const int gap = GapOf(m_cell);
-    const int labelHeight = LabelHeightOf(m_cell);
-    const int left = gap + m_added % m_columns * (m_cell + gap);
-    const int top = 2 * gap + TitleHeightOf(m_cell) + m_added / m_columns * (m_cell + labelHeight + gap);
-    ++m_added;
+    const int gap = GapOf(cell_);
+    const int labelHeight = LabelHeightOf(cell_);
+    const int left = gap + added_ % columns_ * (cell_ + gap);
+    const int top = 2 * gap + TitleHeightOf(cell_) + added_ / columns_ * (cell_ + labelHeight + gap);
+    ++added_;
 
-    const QRect card(left, top, m_cell, m_cell);
-    QPainter painter(&m_image);
+    const QRect card(left, top, cell_, cell_);
+    QPainter painter(&image_);
     painter.fillRect(card, CARD_COLOR);
     // Premultiplied before scaling: otherwise the colour of transparent pixels bleeds into the edges of the
     // lines.
     const QImage small = drawing.convertToFormat(QImage::Format_ARGB32_Premultiplied)
                              .scaled(card.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    painter.drawImage(card.topLeft() + QPoint((m_cell - small.width()) / 2, (m_cell - small.height()) / 2),
+    painter.drawImage(card.topLeft() + QPoint((cell_ - small.width()) / 2, (cell_ - small.height()) / 2),
                       small);
     painter.setPen(EDGE_COLOR);
     painter.drawRect(card.adjusted(0, 0, -1, -1));
     painter.setPen(LABEL_COLOR);
     painter.setFont(FontOf(labelHeight * 3 / 4));
-    painter.drawText(QRect(left, top + m_cell, m_cell, labelHeight), Qt::AlignRight | Qt::AlignVCenter,
-                     label);
+    painter.drawText(QRect(left, top + cell_, cell_, labelHeight), Qt::AlignRight | Qt::AlignVCenter, label);
 }
 
 } // namespace vellix

@@ -20,16 +20,16 @@ public:
     /// Puts the drawing on the next free card. Ignores drawings beyond the sheet's count.
     void Add(const QImage& drawing, const QString& label);
 
-    const QImage& GetImage() const { return m_image; }
+    const QImage& GetImage() const { return image_; }
 
 private:
     void PaintTitle(const QString& title);
 
-    int m_count;
-    int m_columns;
-    int m_cell;
-    int m_added = 0;
-    QImage m_image;
+    int count_;
+    int columns_;
+    int cell_;
+    int added_ = 0;
+    QImage image_;
 };
 
 } // namespace vellix

@@ -38,7 +38,7 @@ void FreehandPainter::Segment(const StrokePoint& from, const StrokePoint& to, To
 }
 
 QRect FreehandPainter::Touched() const {
-    return m_touched.intersected(QRect(0, 0, m_view.width, m_view.height));
+    return touched_.intersected(QRect(0, 0, view_.width, view_.height));
 }
 
 void FreehandPainter::Touch(const SegmentClip& segment, int reach) {
@@ -46,13 +46,13 @@ void FreehandPainter::Touch(const SegmentClip& segment, int reach) {
     const int top = std::min(segment.from.y(), segment.to.y()) - reach;
     const int right = std::max(segment.from.x(), segment.to.x()) + reach;
     const int bottom = std::max(segment.from.y(), segment.to.y()) + reach;
-    m_touched |= QRect(QPoint(left, top), QPoint(right, bottom));
+    touched_ |= QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
 void FreehandPainter::WuLine(SegmentClip segment) {
     if (segment.Cut()) {
         Touch(segment, 1);
-        drawLineWu(m_view, segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(),
+        drawLineWu(view_, segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(),
                    segment.opacityFrom);
     }
 }
@@ -115,7 +115,7 @@ void FreehandPainter::WalkStamps(const SegmentClip& segment, int size, Stamp sta
     const int spacing = std::max(size / 10, 1);
     int walked = 0;
     WalkBresenham(segment, [&](int x, int y, float opacity) {
-        if (walked++ % spacing == 0 && StampReaches(m_view, x, y)) {
+        if (walked++ % spacing == 0 && StampReaches(view_, x, y)) {
             stamp(x, y, opacity);
         }
     });
@@ -124,13 +124,13 @@ void FreehandPainter::WalkStamps(const SegmentClip& segment, int size, Stamp sta
 // Column 0 is never painted here.
 void FreehandPainter::SinglePixels(const SegmentClip& segment, ToolType tool) {
     WalkBresenham(segment, [&](int x, int y, float opacity) {
-        if (x == 0 || !m_view.Contains(x, y)) {
+        if (x == 0 || !view_.Contains(x, y)) {
             return;
         }
         if (tool == ToolType::Eraser) {
-            m_view.Clear(x, y);
+            view_.Clear(x, y);
         } else {
-            m_view.Raise(x, y, int(double(Bounded(opacity)) * 255.0));
+            view_.Raise(x, y, int(double(Bounded(opacity)) * 255.0));
         }
     });
 }
@@ -139,11 +139,11 @@ void FreehandPainter::HardStamps(const SegmentClip& segment, int size, ToolType 
     const float radius = 0.5f * float(size);
     const int half = (size + 1) / 2;
     WalkStamps(segment, size, [&](int x, int y, float opacity) {
-        m_grid.UpdateGridWu(0.0f, radius, opacity, tool);
+        grid_.UpdateGridWu(0.0f, radius, opacity, tool);
         if (tool == ToolType::Eraser) {
-            m_grid.Erase(m_view, x - half, y - half, x + half + 1, y + half + 1);
+            grid_.Erase(view_, x - half, y - half, x + half + 1, y + half + 1);
         } else {
-            m_grid.Raise(m_view, x - half, y - half, x + half + 1, y + half + 1);
+            grid_.Raise(view_, x - half, y - half, x + half + 1, y + half + 1);
         }
     });
 }
@@ -154,11 +154,11 @@ void FreehandPainter::BrushStamps(const SegmentClip& segment, int size) {
     const float radius = 0.5f * float(size) + widened;
     const int half = (size + 1) / 2;
     WalkStamps(segment, size, [&](int x, int y, float opacity) {
-        m_grid.UpdateGridWu(0.0f, radius, small ? 0.4f * opacity : opacity, ToolType::Brush);
+        grid_.UpdateGridWu(0.0f, radius, small ? 0.4f * opacity : opacity, ToolType::Brush);
         if (small && QPoint(x, y) == segment.from) {
-            m_grid.Raise(m_view, x - half, y - half, x + half + 1, y + half + 1);
+            grid_.Raise(view_, x - half, y - half, x + half + 1, y + half + 1);
         } else {
-            m_grid.Add(m_view, x - half, y - half, x + half + 1, y + half + 1, opacity, 1.0f);
+            grid_.Add(view_, x - half, y - half, x + half + 1, y + half + 1, opacity, 1.0f);
         }
     });
 }
@@ -222,7 +222,7 @@ void FreehandPainter::SoftSegment(SegmentClip segment, int size, ToolType tool, 
     Touch(segment, size / 2 + 4);
     const SoftWalk walk(segment, size, tool);
     if (first) {
-        m_grid.UpdateBrushGrid(size, walk.Radius(), walk.strokeOpacity, tool);
+        grid_.UpdateBrushGrid(size, walk.Radius(), walk.strokeOpacity, tool);
         SoftStamp(walk, walk.strokeStart.x(), walk.strokeStart.y(), walk.strokeOpacity, walk.strokeOpacity);
     }
     SoftEnd(walk, walk.from, rfpart_(float(walk.from.x()) + 0.5f), walk.opacityFrom);
@@ -233,11 +233,11 @@ void FreehandPainter::SoftSegment(SegmentClip segment, int size, ToolType tool, 
 void FreehandPainter::SoftStamp(const SoftWalk& walk, int major, int minor, float flow, float cap) {
     const int x = walk.steep ? minor : major;
     const int y = walk.steep ? major : minor;
-    m_grid.AddAround(m_view, x, y, walk.Radius(), flow, cap);
+    grid_.AddAround(view_, x, y, walk.Radius(), flow, cap);
 }
 
 void FreehandPainter::SoftEnd(const SoftWalk& walk, const QPoint& end, float gap, float cap) {
-    m_grid.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
+    grid_.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
     const float minor = float(end.y());
     SoftStamp(walk, end.x(), ipart_(minor), gap * rfpart_(minor), cap);
     SoftStamp(walk, end.x(), ipart_(minor) + 1, gap * fpart_(minor), cap);
@@ -250,12 +250,12 @@ void FreehandPainter::SoftInterior(const SoftWalk& walk) {
     float exact = float(walk.from.y()) + gradient;
     for (int major = walk.from.x() + 1; major < walk.to.x(); ++major, exact += gradient) {
         const int minor = ipart_(exact);
-        if (!StampReaches(m_view, walk.steep ? minor : major, walk.steep ? major : minor)) {
+        if (!StampReaches(view_, walk.steep ? minor : major, walk.steep ? major : minor)) {
             continue;
         }
         if (ramps) {
             cap = walk.OpacityAt(major, minor);
-            m_grid.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
+            grid_.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
         }
         SoftStamp(walk, major, minor, rfpart_(exact), cap);
         SoftStamp(walk, major, minor + 1, fpart_(exact), cap);

@@ -16,8 +16,8 @@ public:
     static constexpr int MAX_SIZE = 100;
 
     FreehandPainter(const PixelView& view, BrushGrid& grid)
-        : m_view(view)
-        , m_grid(grid) {}
+        : view_(view)
+        , grid_(grid) {}
 
     /// Paints the segment between two consecutive samples as the tool requires. `first` says that it is the
     /// stroke's first.
@@ -49,9 +49,9 @@ private:
     void SoftInterior(const SoftWalk& walk);
     void Touch(const SegmentClip& segment, int reach);
 
-    PixelView m_view;
-    BrushGrid& m_grid;
-    QRect m_touched;
+    PixelView view_;
+    BrushGrid& grid_;
+    QRect touched_;
 };
 
 } // namespace vellix

@@ -3,7 +3,7 @@
 namespace vellix {
 
 ImageSequence::ImageSequence(const QString& pattern)
-    : m_before(pattern) {
+    : before_(pattern) {
     const int nameStart = pattern.lastIndexOf('/') + 1;
     const int last = pattern.lastIndexOf('#');
     if (last < nameStart) {
@@ -13,17 +13,17 @@ ImageSequence::ImageSequence(const QString& pattern)
     while (first > nameStart && pattern[first - 1] == '#') {
         --first;
     }
-    m_before = pattern.left(first);
-    m_after = pattern.mid(last + 1);
-    m_digits = last + 1 - first;
+    before_ = pattern.left(first);
+    after_ = pattern.mid(last + 1);
+    digits_ = last + 1 - first;
 }
 
 QString ImageSequence::GetPath(int frame) const {
     if (!HasNumber()) {
-        return m_before;
+        return before_;
     }
     // The name is not passed through arg(): a "%1" in it is part of the name.
-    return m_before + QString("%1").arg(frame, m_digits, 10, QChar('0')) + m_after;
+    return before_ + QString("%1").arg(frame, digits_, 10, QChar('0')) + after_;
 }
 
 } // namespace vellix

@@ -11,13 +11,13 @@ class ImageSequence {
 public:
     explicit ImageSequence(const QString& pattern);
 
-    bool HasNumber() const { return m_digits > 0; }
+    bool HasNumber() const { return digits_ > 0; }
     QString GetPath(int frame) const;
 
 private:
-    QString m_before;
-    QString m_after;
-    int m_digits = 0;
+    QString before_;
+    QString after_;
+    int digits_ = 0;
 };
 
 } // namespace vellix

@@ -31,16 +31,16 @@ QProcessEnvironment CleanEnvironment() {
 const QStringList MovieWriter::SUFFIXES = {"mp4", "mov", "mkv", "avi", "webm"};
 
 MovieWriter::MovieWriter(const QString& path, double rate)
-    : m_path(path)
-    , m_rate(rate) {}
+    : path_(path)
+    , rate_(rate) {}
 
 MovieWriter::~MovieWriter() {
-    if (m_encoder.state() != QProcess::NotRunning) {
-        m_encoder.kill();
-        m_encoder.waitForFinished();
+    if (encoder_.state() != QProcess::NotRunning) {
+        encoder_.kill();
+        encoder_.waitForFinished();
     }
-    if (!m_partPath.isEmpty()) {
-        QFile::remove(m_partPath);
+    if (!partPath_.isEmpty()) {
+        QFile::remove(partPath_);
     }
 }
 
@@ -65,16 +65,16 @@ QString MovieWriter::RateText(double rate) {
 }
 
 bool MovieWriter::Fail(const QString& fault) {
-    if (m_fault.isEmpty()) {
-        m_fault = fault;
+    if (fault_.isEmpty()) {
+        fault_ = fault;
     }
     return false;
 }
 
 QString MovieWriter::EncoderErrors() {
     // The last output of a program may arrive only after it has closed its input.
-    m_encoder.waitForFinished(1000);
-    const QString words = QString::fromLocal8Bit(m_encoder.readAllStandardError()).trimmed();
+    encoder_.waitForFinished(1000);
+    const QString words = QString::fromLocal8Bit(encoder_.readAllStandardError()).trimmed();
     return words.isEmpty() ? QString() : QString(" ffmpeg says: %1").arg(words.right(500));
 }
 
@@ -83,75 +83,74 @@ bool MovieWriter::Start(const QSize& size) {
     if (encoder.isEmpty()) {
         return Fail("ffmpeg is not installed.");
     }
-    const QFileInfo file(m_path);
+    const QFileInfo file(path_);
     // The encoder picks the format by the suffix, so the random letters stand before it.
     const QString letters(6, QLatin1Char('X'));
     QTemporaryFile part(
         QString("%1/.%2.%3.%4").arg(file.absolutePath(), file.completeBaseName(), letters, file.suffix()));
     part.setAutoRemove(false);
     if (!part.open()) {
-        return Fail(QString("\"%1\" cannot be written: %2.").arg(m_path, part.errorString()));
+        return Fail(QString("\"%1\" cannot be written: %2.").arg(path_, part.errorString()));
     }
-    m_partPath = part.fileName();
+    partPath_ = part.fileName();
     part.close();
     QStringList arguments{"-y", "-hide_banner", "-loglevel", "error", "-f", "rawvideo", "-pix_fmt", "rgba"};
     arguments << "-s" << QString("%1x%2").arg(size.width()).arg(size.height());
-    arguments << "-framerate" << RateText(m_rate) << "-i"
+    arguments << "-framerate" << RateText(rate_) << "-i"
               << "-"
               << "-an";
     arguments << "-vf"
               << "pad=ceil(iw/2)*2:ceil(ih/2)*2"
               << "-pix_fmt"
-              << "yuv420p" << m_partPath;
-    m_encoder.setProcessEnvironment(CleanEnvironment());
-    m_encoder.setStandardOutputFile(QProcess::nullDevice());
-    m_encoder.start(encoder, arguments);
-    return m_encoder.waitForStarted() ||
-           Fail(QString("\"%1\" cannot be started: %2.").arg(encoder, m_encoder.errorString()));
+              << "yuv420p" << partPath_;
+    encoder_.setProcessEnvironment(CleanEnvironment());
+    encoder_.setStandardOutputFile(QProcess::nullDevice());
+    encoder_.start(encoder, arguments);
+    return encoder_.waitForStarted() ||
+           Fail(QString("\"%1\" cannot be started: %2.").arg(encoder, encoder_.errorString()));
 }
 
 bool MovieWriter::Write(const QImage& image) {
-    if (!m_fault.isEmpty() || (m_partPath.isEmpty() && !Start(image.size()))) {
+    if (!fault_.isEmpty() || (partPath_.isEmpty() && !Start(image.size()))) {
         return false;
     }
     QImage frame(image.size(), QImage::Format_RGBX8888);
     frame.fill(Qt::white);
     QPainter(&frame).drawImage(0, 0, image);
-    m_encoder.write(reinterpret_cast<const char*>(frame.constBits()),
-                    static_cast<qint64>(frame.bytesPerLine()) * frame.height());
-    while (m_encoder.bytesToWrite() > MAX_BYTES_WAITING) {
-        if (!m_encoder.waitForBytesWritten(TIMEOUT_MS)) {
-            return Fail(QString("\"%1\" was not written.%2").arg(m_path, EncoderErrors()));
+    encoder_.write(reinterpret_cast<const char*>(frame.constBits()),
+                   static_cast<qint64>(frame.bytesPerLine()) * frame.height());
+    while (encoder_.bytesToWrite() > MAX_BYTES_WAITING) {
+        if (!encoder_.waitForBytesWritten(TIMEOUT_MS)) {
+            return Fail(QString("\"%1\" was not written.%2").arg(path_, EncoderErrors()));
         }
     }
-    return m_encoder.state() == QProcess::Running ||
-           Fail(QString("\"%1\" was not written.%2").arg(m_path, EncoderErrors()));
+    return encoder_.state() == QProcess::Running ||
+           Fail(QString("\"%1\" was not written.%2").arg(path_, EncoderErrors()));
 }
 
 QString MovieWriter::Finish() {
-    if (!m_fault.isEmpty() || m_partPath.isEmpty()) {
-        return m_fault;
+    if (!fault_.isEmpty() || partPath_.isEmpty()) {
+        return fault_;
     }
-    while (m_encoder.bytesToWrite() > 0 && m_encoder.waitForBytesWritten(TIMEOUT_MS)) {
+    while (encoder_.bytesToWrite() > 0 && encoder_.waitForBytesWritten(TIMEOUT_MS)) {
     }
-    m_encoder.closeWriteChannel();
+    encoder_.closeWriteChannel();
     // Finishing a long movie may mean rewriting the whole file.
-    const bool ended =
-        m_encoder.state() == QProcess::NotRunning || m_encoder.waitForFinished(10 * TIMEOUT_MS);
-    if (!ended || m_encoder.exitStatus() != QProcess::NormalExit || m_encoder.exitCode() != 0 ||
-        QFileInfo(m_partPath).size() == 0) {
-        Fail(QString("\"%1\" was not written.%2").arg(m_path, EncoderErrors()));
-        return m_fault;
+    const bool ended = encoder_.state() == QProcess::NotRunning || encoder_.waitForFinished(10 * TIMEOUT_MS);
+    if (!ended || encoder_.exitStatus() != QProcess::NormalExit || encoder_.exitCode() != 0 ||
+        QFileInfo(partPath_).size() == 0) {
+        Fail(QString("\"%1\" was not written.%2").arg(path_, EncoderErrors()));
+        return fault_;
     }
     // QTemporaryFile lets only the owner read it. A movie gets the usual permissions.
-    QFile::setPermissions(m_partPath,
+    QFile::setPermissions(partPath_,
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    QFile::remove(m_path);
-    if (!QFile::rename(m_partPath, m_path)) {
-        Fail(QString("\"%1\" cannot be written. Is it a folder, or open in another program?").arg(m_path));
-        return m_fault;
+    QFile::remove(path_);
+    if (!QFile::rename(partPath_, path_)) {
+        Fail(QString("\"%1\" cannot be written. Is it a folder, or open in another program?").arg(path_));
+        return fault_;
     }
-    m_partPath.clear();
+    partPath_.clear();
     return {};
 }
 

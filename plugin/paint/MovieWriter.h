@@ -34,7 +34,7 @@ public:
     /// Waits for the encoder and moves the movie into place. Returns the first error, or an empty string.
     QString Finish();
     /// The first error so far, or an empty string.
-    QString Fault() const { return m_fault; }
+    QString Fault() const { return fault_; }
 
 private:
     bool Start(const QSize& size);
@@ -42,11 +42,11 @@ private:
     /// The encoder's last output on standard error, for a message.
     QString EncoderErrors();
 
-    QString m_path;
-    QString m_partPath; // the temporary file; empty while there is none to remove
-    double m_rate;
-    QProcess m_encoder;
-    QString m_fault;
+    QString path_;
+    QString partPath_; // the temporary file; empty while there is none to remove
+    double rate_;
+    QProcess encoder_;
+    QString fault_;
 };
 
 } // namespace vellix

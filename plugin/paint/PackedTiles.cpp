@@ -15,15 +15,15 @@ PackedTiles::PackedTiles(const QImage& image) {
     }
     const std::ptrdiff_t stride = image.bytesPerLine() / 4;
     for (int row = 0; row < TileMask::COUNT; ++row) {
-        m_coverage.ReadRow(image, row);
-        const quint64 occupied = m_coverage.occupied.Row(row);
+        coverage_.ReadRow(image, row);
+        const quint64 occupied = coverage_.occupied.Row(row);
         if (occupied == 0) {
             continue;
         }
         const std::size_t bytes = std::size_t(qPopulationCount(occupied)) * TILE_VALUES;
-        m_rows[std::size_t(row)].reset(new quint8[bytes]);
-        m_byteCount += bytes;
-        quint8* tile = m_rows[std::size_t(row)].get();
+        rows_[std::size_t(row)].reset(new quint8[bytes]);
+        byteCount_ += bytes;
+        quint8* tile = rows_[std::size_t(row)].get();
         const auto* pixels =
             reinterpret_cast<const quint32*>(image.constScanLine(row * TileMask::TILE_WIDTH));
         TileMask::ForEachRun(occupied, [&](int begin, int end) {
@@ -35,8 +35,8 @@ PackedTiles::PackedTiles(const QImage& image) {
 }
 
 const quint8* PackedTiles::Tile(int row, int column) const {
-    const quint64 before = m_coverage.occupied.Row(row) & ((quint64(1) << column) - 1);
-    return m_rows[std::size_t(row)].get() + std::size_t(qPopulationCount(before)) * TILE_VALUES;
+    const quint64 before = coverage_.occupied.Row(row) & ((quint64(1) << column) - 1);
+    return rows_[std::size_t(row)].get() + std::size_t(qPopulationCount(before)) * TILE_VALUES;
 }
 
 } // namespace vellix

@@ -18,18 +18,18 @@ public:
     /// Packs a layer image. From any other image nothing is packed.
     explicit PackedTiles(const QImage& image);
 
-    const TileCoverage& Coverage() const { return m_coverage; }
+    const TileCoverage& Coverage() const { return coverage_; }
 
     /// The planes of a tile, which must be occupied (see Coverage()).
     const quint8* Tile(int row, int column) const;
 
     /// Memory used, in bytes.
-    std::size_t ByteCount() const { return m_byteCount; }
+    std::size_t ByteCount() const { return byteCount_; }
 
 private:
-    TileCoverage m_coverage;
-    std::array<std::unique_ptr<quint8[]>, TileMask::COUNT> m_rows;
-    std::size_t m_byteCount = sizeof(PackedTiles);
+    TileCoverage coverage_;
+    std::array<std::unique_ptr<quint8[]>, TileMask::COUNT> rows_;
+    std::size_t byteCount_ = sizeof(PackedTiles);
 };
 
 } // namespace vellix

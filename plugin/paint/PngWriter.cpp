@@ -39,54 +39,54 @@ QString WriteFiles(const QImage& image, const QStringList& paths) {
 class PngWriter::Job : public QRunnable {
 public:
     Job(PngWriter& writer, const QImage& image, const QStringList& paths)
-        : m_writer(writer)
-        , m_image(image)
-        , m_paths(paths) {}
+        : writer_(writer)
+        , image_(image)
+        , paths_(paths) {}
 
-    void run() override { m_writer.Done(WriteFiles(m_image, m_paths)); }
+    void run() override { writer_.Done(WriteFiles(image_, paths_)); }
 
 private:
-    PngWriter& m_writer;
-    QImage m_image;
-    QStringList m_paths;
+    PngWriter& writer_;
+    QImage image_;
+    QStringList paths_;
 };
 
 PngWriter::PngWriter()
-    : m_freeSlots(2 * std::max(1, QThread::idealThreadCount())) {
-    m_threads.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
+    : freeSlots_(2 * std::max(1, QThread::idealThreadCount())) {
+    threads_.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }
 
 PngWriter::~PngWriter() {
-    m_threads.waitForDone();
+    threads_.waitForDone();
 }
 
 bool PngWriter::Write(const QImage& image, const QStringList& paths) {
-    m_freeSlots.acquire();
+    freeSlots_.acquire();
     {
-        const QMutexLocker lock(&m_mutex);
-        if (!m_fault.isEmpty()) {
-            m_freeSlots.release();
+        const QMutexLocker lock(&mutex_);
+        if (!fault_.isEmpty()) {
+            freeSlots_.release();
             return false;
         }
     }
-    m_threads.start(new Job(*this, image, paths)); // the pool owns it
+    threads_.start(new Job(*this, image, paths)); // the pool owns it
     return true;
 }
 
 void PngWriter::Done(const QString& fault) {
     {
-        const QMutexLocker lock(&m_mutex);
-        if (m_fault.isEmpty()) {
-            m_fault = fault;
+        const QMutexLocker lock(&mutex_);
+        if (fault_.isEmpty()) {
+            fault_ = fault;
         }
     }
-    m_freeSlots.release();
+    freeSlots_.release();
 }
 
 QString PngWriter::Finish() {
-    m_threads.waitForDone();
-    const QMutexLocker lock(&m_mutex);
-    return m_fault;
+    threads_.waitForDone();
+    const QMutexLocker lock(&mutex_);
+    return fault_;
 }
 
 } // namespace vellix

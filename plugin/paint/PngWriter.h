@@ -31,10 +31,10 @@ private:
 
     void Done(const QString& fault);
 
-    QThreadPool m_threads;
-    QSemaphore m_freeSlots;
-    QMutex m_mutex;
-    QString m_fault;
+    QThreadPool threads_;
+    QSemaphore freeSlots_;
+    QMutex mutex_;
+    QString fault_;
 };
 
 } // namespace vellix

@@ -11,11 +11,11 @@ namespace vellix {
 class ScopeExit : private NonCopyable {
 public:
     explicit ScopeExit(std::function<void()> function)
-        : m_function(std::move(function)) {}
-    ~ScopeExit() { m_function(); }
+        : function_(std::move(function)) {}
+    ~ScopeExit() { function_(); }
 
 private:
-    std::function<void()> m_function;
+    std::function<void()> function_;
 };
 
 } // namespace vellix

@@ -31,20 +31,20 @@ QString AnyTool() {
 class FieldReader {
 public:
     FieldReader(const QJsonObject& object, const QString& where)
-        : m_object(object)
-        , m_where(where) {}
+        : object_(object)
+        , where_(where) {}
 
-    const QString& GetError() const { return m_error; }
+    const QString& GetError() const { return error_; }
 
     bool Fail(const QString& field, const QString& fault) {
-        if (m_error.isEmpty()) {
-            m_error = QString("%1\"%2\" %3").arg(m_where, field, fault);
+        if (error_.isEmpty()) {
+            error_ = QString("%1\"%2\" %3").arg(where_, field, fault);
         }
         return false;
     }
 
     bool ReadWhole(const QString& field, int low, int high, int& out) {
-        const double value = m_object.value(field).toDouble(std::nan(""));
+        const double value = object_.value(field).toDouble(std::nan(""));
         if (!(value >= low && value <= high) || value != std::floor(value)) {
             return Fail(field, low == high
                                    ? QString("must be %1").arg(low)
@@ -55,7 +55,7 @@ public:
     }
 
     bool ReadText(const QString& field, int maxLength, QString& out) {
-        const QJsonValue value = m_object.value(field);
+        const QJsonValue value = object_.value(field);
         if (!value.isString()) {
             return Fail(field, "must be a string");
         }
@@ -67,7 +67,7 @@ public:
     }
 
     bool ReadArray(const QString& field, int minCount, int maxCount, QJsonArray& out) {
-        const QJsonValue value = m_object.value(field);
+        const QJsonValue value = object_.value(field);
         out = value.toArray();
         if (!value.isArray() || out.size() < minCount || out.size() > maxCount) {
             return Fail(field, minCount == maxCount
@@ -78,9 +78,9 @@ public:
     }
 
 private:
-    const QJsonObject& m_object;
-    QString m_where;
-    QString m_error;
+    const QJsonObject& object_;
+    QString where_;
+    QString error_;
 };
 
 bool ReadColor(FieldReader& reader, QColor& out) {
@@ -228,7 +228,7 @@ QString ReadStrokes(const QJsonArray& list, QVector<RecordedStroke>& out) {
 } // namespace
 
 bool StrokeRecording::Read(const QString& path, QString& error) {
-    m_strokes.clear();
+    strokes_.clear();
     if (!QFileInfo(path).isFile()) {
         error = "the file does not exist";
         return false;
@@ -247,7 +247,7 @@ bool StrokeRecording::Read(const QString& path, QString& error) {
 }
 
 bool StrokeRecording::Parse(const QByteArray& json, QString& error) {
-    m_strokes.clear();
+    strokes_.clear();
     if (json.size() > MAX_FILE_SIZE) {
         error = QString("the file is larger than %1 MB").arg(MAX_FILE_SIZE / (1024 * 1024));
         return false;
@@ -269,7 +269,7 @@ bool StrokeRecording::Parse(const QByteArray& json, QString& error) {
     if (!error.isEmpty()) {
         return false;
     }
-    m_strokes.swap(strokes);
+    strokes_.swap(strokes);
     return true;
 }
 

@@ -55,10 +55,10 @@ public:
     /// Read() for data in memory.
     bool Parse(const QByteArray& json, QString& error);
 
-    const QVector<RecordedStroke>& GetStrokes() const { return m_strokes; }
+    const QVector<RecordedStroke>& GetStrokes() const { return strokes_; }
 
 private:
-    QVector<RecordedStroke> m_strokes;
+    QVector<RecordedStroke> strokes_;
 };
 
 } // namespace vellix

@@ -46,8 +46,8 @@ void ReceiveShape(Stroke& stroke, const StrokePoint& sample) {
 } // namespace
 
 void StrokeSmoother::Reset() {
-    m_positions.clear();
-    m_opacities.clear();
+    positions_.clear();
+    opacities_.clear();
 }
 
 StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
@@ -75,17 +75,17 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
     if (thinning && stroke.points.last().position == sample.position) {
         return Outcome();
     }
-    if (m_positions.size() == HISTORY) {
-        m_positions.removeLast();
-        m_opacities.removeLast();
+    if (positions_.size() == HISTORY) {
+        positions_.removeLast();
+        opacities_.removeLast();
     }
-    m_positions.prepend(sample.position);
-    m_opacities.prepend(sample.opacity);
+    positions_.prepend(sample.position);
+    opacities_.prepend(sample.opacity);
 
     const StrokePoint smoothed = Smoothed(sample);
     if (thinning && CloserThanTenth(stroke.points.last().position, smoothed.position, sample.size)) {
-        m_positions.removeFirst();
-        m_opacities.removeFirst();
+        positions_.removeFirst();
+        opacities_.removeFirst();
         return Outcome();
     }
     stroke.points.append(smoothed);
@@ -98,15 +98,15 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
 
 // The weighted mean of the history. Weights fall linearly from the newest sample.
 StrokePoint StrokeSmoother::Smoothed(const StrokePoint& sample) const {
-    const int count = m_positions.size();
+    const int count = positions_.size();
     qint64 x = 0;
     qint64 y = 0;
     float opacity = 0.0f;
     for (int i = 0; i < count; ++i) {
         const int weight = count - i;
-        x += qint64(weight) * m_positions.at(i).x();
-        y += qint64(weight) * m_positions.at(i).y();
-        opacity += float(weight) * m_opacities.at(i);
+        x += qint64(weight) * positions_.at(i).x();
+        y += qint64(weight) * positions_.at(i).y();
+        opacity += float(weight) * opacities_.at(i);
     }
     const int total = count * (count + 1) / 2;
     StrokePoint smoothed = sample;

@@ -30,8 +30,8 @@ private:
     Outcome ReceiveFreehand(Stroke& stroke, const StrokePoint& sample);
     StrokePoint Smoothed(const StrokePoint& sample) const;
 
-    QList<QPoint> m_positions; // newest first, as long as m_opacities
-    QList<float> m_opacities;
+    QList<QPoint> positions_; // newest first, as long as opacities_
+    QList<float> opacities_;
 };
 
 } // namespace vellix

@@ -24,7 +24,7 @@ public:
         if (!inside.isEmpty()) {
             const quint64 bits = RunBits(inside.left() / TILE_WIDTH, inside.right() / TILE_WIDTH + 1);
             for (int row = inside.top() / TILE_WIDTH; row <= inside.bottom() / TILE_WIDTH; ++row) {
-                mask.m_rows[row] = bits;
+                mask.rows_[row] = bits;
             }
         }
         return mask;
@@ -32,29 +32,29 @@ public:
 
     static TileMask All() { return Touching(QRect(0, 0, IMAGE_WIDTH, IMAGE_WIDTH)); }
 
-    quint64 Row(int row) const { return m_rows[row]; }
-    void SetRow(int row, quint64 bits) { m_rows[row] = bits; }
+    quint64 Row(int row) const { return rows_[row]; }
+    void SetRow(int row, quint64 bits) { rows_[row] = bits; }
 
     bool IsEmpty() const {
-        return std::all_of(m_rows.begin(), m_rows.end(), [](quint64 row) { return row == 0; });
+        return std::all_of(rows_.begin(), rows_.end(), [](quint64 row) { return row == 0; });
     }
 
     TileMask& operator|=(const TileMask& other) {
         for (int row = 0; row < COUNT; ++row) {
-            m_rows[row] |= other.m_rows[row];
+            rows_[row] |= other.rows_[row];
         }
         return *this;
     }
 
     TileMask& Remove(const TileMask& other) {
         for (int row = 0; row < COUNT; ++row) {
-            m_rows[row] &= ~other.m_rows[row];
+            rows_[row] &= ~other.rows_[row];
         }
         return *this;
     }
 
     friend TileMask operator|(TileMask a, const TileMask& b) { return a |= b; }
-    friend bool operator==(const TileMask& a, const TileMask& b) { return a.m_rows == b.m_rows; }
+    friend bool operator==(const TileMask& a, const TileMask& b) { return a.rows_ == b.rows_; }
 
     /// Calls `visit(begin, end)` for every run of adjacent tiles in a row's bits; `end` is exclusive.
     template <typename Visit>
@@ -74,7 +74,7 @@ private:
         return upTo & ~((quint64(1) << begin) - 1);
     }
 
-    std::array<quint64, COUNT> m_rows{};
+    std::array<quint64, COUNT> rows_{};
 };
 
 } // namespace vellix

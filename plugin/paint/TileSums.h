@@ -13,18 +13,18 @@ namespace vellix {
 class TileSums {
 public:
     TileSums()
-        : m_sums(
-              new quint16[std::size_t(TileMask::COUNT) * TileMask::COUNT * CompositeKernels::TILE_VALUES]) {}
+        : sums_(new quint16[std::size_t(TileMask::COUNT) * TileMask::COUNT * CompositeKernels::TILE_VALUES]) {
+    }
 
     TileCoverage coverage;
 
     quint16* Tile(int row, int column) {
-        return m_sums.get() + std::size_t(row * TileMask::COUNT + column) * CompositeKernels::TILE_VALUES;
+        return sums_.get() + std::size_t(row * TileMask::COUNT + column) * CompositeKernels::TILE_VALUES;
     }
     const quint16* Tile(int row, int column) const { return const_cast<TileSums*>(this)->Tile(row, column); }
 
 private:
-    std::unique_ptr<quint16[]> m_sums;
+    std::unique_ptr<quint16[]> sums_;
 };
 
 } // namespace vellix

@@ -48,14 +48,14 @@ public:
         if (x >= SIDE || y >= SIDE) {
             return true;
         }
-        const bool first = m_visited[x][y] == 0;
-        m_visited[x][y] = 1;
+        const bool first = visited_[x][y] == 0;
+        visited_[x][y] = 1;
         return first;
     }
 
 private:
     static constexpr int SIDE = 50;
-    quint8 m_visited[SIDE][SIDE] = {};
+    quint8 visited_[SIDE][SIDE] = {};
 };
 
 } // namespace

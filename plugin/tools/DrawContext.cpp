@@ -37,7 +37,7 @@ void DropLastCharacter(QString& text) {
 } // namespace
 
 DrawContext::DrawContext()
-    : m_guard([this] { FinishStroke(); }) {
+    : guard_([this] { FinishStroke(); }) {
     setTitleString("Draw Context");
     setImage(":/icons/draw_context_01.png", kImage1);
     RefreshCursor();
@@ -46,7 +46,7 @@ DrawContext::DrawContext()
 DrawContext::~DrawContext() {
     // The host switches a current tool off before it deletes it. With a stroke left the host itself is
     // closing, and there is no node to commit to.
-    if (m_stroke != nullptr) {
+    if (stroke_ != nullptr) {
         ThreadManager::GetInstance()->DestroyInputThread();
     }
 }
@@ -57,15 +57,15 @@ void DrawContext::toolOnSetup(MEvent&) {
         MayaUtil::CreateNode(false, false, QString(), QString(), -1);
     }
     BaseNode::SetDrawContextActive(true);
-    m_inputHandler.SetEventFilterEnabled(true);
+    inputHandler_.SetEventFilterEnabled(true);
 }
 
 void DrawContext::toolOffCleanup() {
     FinishStroke();
     EndAdjusting();
-    m_node = BaseNodePointer();
+    node_ = BaseNodePointer();
     BaseNode::SetDrawContextActive(false);
-    m_inputHandler.SetEventFilterEnabled(false);
+    inputHandler_.SetEventFilterEnabled(false);
 }
 
 MStatus DrawContext::doEnterRegion(MEvent&) {
@@ -76,12 +76,12 @@ MStatus DrawContext::doEnterRegion(MEvent&) {
 
 MStatus DrawContext::doPress(MEvent& event) {
     FinishStroke();
-    m_layerIndex = -1;
-    m_frameAdded = false;
-    m_inputHandler.SetDrawContext(nullptr);
-    m_inputHandler.UpdateActiveViewEventFilter();
-    m_adjustSize = m_inputHandler.AdjustSizeEnabled();
-    m_adjustOpacity = m_inputHandler.AdjustOpacityEnabled() && Settings::activeTool != ToolType::Eraser;
+    layerIndex_ = -1;
+    frameAdded_ = false;
+    inputHandler_.SetDrawContext(nullptr);
+    inputHandler_.UpdateActiveViewEventFilter();
+    adjustSize_ = inputHandler_.AdjustSizeEnabled();
+    adjustOpacity_ = inputHandler_.AdjustOpacityEnabled() && Settings::activeTool != ToolType::Eraser;
     if (IsAdjusting()) {
         BeginAdjusting(event);
         return MS::kSuccess;
@@ -97,7 +97,7 @@ MStatus DrawContext::doPress(MEvent& event) {
 }
 
 MStatus DrawContext::doDrag(MEvent& event) {
-    if (!m_node) {
+    if (!node_) {
         return MS::kSuccess;
     }
     if (!IsAdjusting()) {
@@ -107,14 +107,14 @@ MStatus DrawContext::doDrag(MEvent& event) {
     short x = 0;
     short y = 0;
     event.getPosition(x, y);
-    const int value = m_adjustStart + (x - m_pressX) / PIXELS_PER_STEP;
-    if (m_adjustSize) {
-        Settings::SetToolSize(m_adjustedTool, value);
+    const int value = adjustStart_ + (x - pressX_) / PIXELS_PER_STEP;
+    if (adjustSize_) {
+        Settings::SetToolSize(adjustedTool_, value);
     } else {
-        Settings::SetToolOpacity(m_adjustedTool, value);
+        Settings::SetToolOpacity(adjustedTool_, value);
     }
-    if (m_circleShown) {
-        ToggleDiameterDisplay(m_circleRadius);
+    if (circleShown_) {
+        ToggleDiameterDisplay(circleRadius_);
     }
     ToggleDiameterDisplay(ToolDisplayRadius());
     DialogManager::RefreshToolOptions();
@@ -124,16 +124,16 @@ MStatus DrawContext::doDrag(MEvent& event) {
 MStatus DrawContext::doRelease(MEvent&) {
     if (IsAdjusting()) {
         EndAdjusting();
-    } else if (m_node || m_stroke != nullptr) {
+    } else if (node_ || stroke_ != nullptr) {
         ThreadManager::GetInstance()->AwaitFirstSamples();
         ThreadManager::GetInstance()->DestroyInputThread();
-        m_guard.Release();
+        guard_.Release();
         const Stroke* const stroke = ActiveStroke();
         if (stroke == nullptr || stroke->tool != ToolType::Text) {
             PushStroke();
         } else {
             RefreshView();
-            m_inputHandler.SetDrawContext(this);
+            inputHandler_.SetDrawContext(this);
         }
     }
     DrawContextInputHandler::ResetTabletSettings();
@@ -156,8 +156,8 @@ MStatus DrawContext::doRelease(MEvent& event, MHWRender::MUIDrawManager& drawMan
 }
 
 MStatus DrawContext::Handle(LegacyHandler handler, MEvent& event, MHWRender::MUIDrawManager& drawManager) {
-    m_drawManager = &drawManager;
-    const ScopeExit ended([this] { m_drawManager = nullptr; });
+    drawManager_ = &drawManager;
+    const ScopeExit ended([this] { drawManager_ = nullptr; });
     (this->*handler)(event);
     return MS::kSuccess;
 }
@@ -170,20 +170,20 @@ void DrawContext::BeginStroke() {
         return;
     }
     node->RefreshActiveCamera();
-    m_camera = node->GetActiveCamera();
-    if (!node->PrepareForDraw(m_camera, m_layerIndex, m_frameAdded)) {
+    camera_ = node->GetActiveCamera();
+    if (!node->PrepareForDraw(camera_, layerIndex_, frameAdded_)) {
         return;
     }
-    m_node = BaseNodePointer(node);
+    node_ = BaseNodePointer(node);
     M3dView view = M3dView::active3dView();
-    m_stroke = node->GetActiveStroke(m_camera, false);
-    m_view = view.widget();
-    ThreadManager::GetInstance()->CreateInputThread(m_view, node, m_stroke);
-    m_guard.Watch(m_view);
+    stroke_ = node->GetActiveStroke(camera_, false);
+    view_ = view.widget();
+    ThreadManager::GetInstance()->CreateInputThread(view_, node, stroke_);
+    guard_.Watch(view_);
 }
 
 void DrawContext::FinishStroke() {
-    if (m_stroke == nullptr) {
+    if (stroke_ == nullptr) {
         return;
     }
     ThreadManager::GetInstance()->DestroyInputThread();
@@ -192,14 +192,14 @@ void DrawContext::FinishStroke() {
 }
 
 void DrawContext::PushStroke() {
-    const BaseNodePointer node = m_node;
-    m_guard.Release();
-    m_node = BaseNodePointer();
-    m_stroke = nullptr;
-    m_view.clear();
-    m_inputHandler.SetDrawContext(nullptr);
+    const BaseNodePointer node = node_;
+    guard_.Release();
+    node_ = BaseNodePointer();
+    stroke_ = nullptr;
+    view_.clear();
+    inputHandler_.SetDrawContext(nullptr);
     if (node) {
-        MayaUtil::PushStroke(m_camera, m_layerIndex, m_frameAdded);
+        MayaUtil::PushStroke(camera_, layerIndex_, frameAdded_);
     }
     // A stroke whose layer or node is gone was not committed. Drop it: a deleted node may come back by undo,
     // and the old stroke would block the next one.
@@ -214,14 +214,14 @@ void DrawContext::PushStroke() {
 
 /// The stroke of this tool; null if a command has committed it or the node is gone.
 Stroke* DrawContext::ActiveStroke() const {
-    const bool isThere = m_stroke != nullptr && m_node && m_node->HasActiveStroke() &&
-                         m_node->GetActiveStroke(m_camera, false) == m_stroke;
-    return isThere ? m_stroke : nullptr;
+    const bool isThere = stroke_ != nullptr && node_ && node_->HasActiveStroke() &&
+                         node_->GetActiveStroke(camera_, false) == stroke_;
+    return isThere ? stroke_ : nullptr;
 }
 
 void DrawContext::RefreshView() {
-    if (m_node) {
-        m_node->RefreshActiveView();
+    if (node_) {
+        node_->RefreshActiveView();
     }
 }
 
@@ -257,19 +257,19 @@ bool DrawContext::ProcessKeyDownEvent(QKeyEvent* event) {
         EndTextDraw();
         return true;
     case Qt::Key_Backspace:
-        if (!m_stroke->text.isEmpty()) {
-            DropLastCharacter(m_stroke->text);
-            m_stroke->changed = true;
+        if (!stroke_->text.isEmpty()) {
+            DropLastCharacter(stroke_->text);
+            stroke_->changed = true;
         }
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        m_stroke->text += QLatin1Char('\n');
-        m_stroke->changed = true;
+        stroke_->text += QLatin1Char('\n');
+        stroke_->changed = true;
         break;
     default:
-        m_stroke->text += event->text();
-        m_stroke->changed = true;
+        stroke_->text += event->text();
+        stroke_->changed = true;
     }
     RefreshView();
     return true;
@@ -278,15 +278,15 @@ bool DrawContext::ProcessKeyDownEvent(QKeyEvent* event) {
 // --- size and opacity by dragging -------------------------------------------------------------------------
 
 void DrawContext::BeginAdjusting(MEvent& event) {
-    m_node = BaseNodePointer(BaseNode::GetMaster());
-    if (!m_node) {
+    node_ = BaseNodePointer(BaseNode::GetMaster());
+    if (!node_) {
         return;
     }
-    m_adjustedTool = Settings::activeTool;
-    m_adjustStart = AdjustedValue();
-    event.getPosition(m_pressX, m_pressY);
+    adjustedTool_ = Settings::activeTool;
+    adjustStart_ = AdjustedValue();
+    event.getPosition(pressX_, pressY_);
     ToggleDiameterDisplay(0.0f);
-    m_circleShown = false;
+    circleShown_ = false;
     ToggleDiameterDisplay(ToolDisplayRadius());
 }
 
@@ -294,36 +294,36 @@ void DrawContext::EndAdjusting() {
     if (!IsAdjusting()) {
         return;
     }
-    if (m_circleShown) {
-        ToggleDiameterDisplay(m_circleRadius);
+    if (circleShown_) {
+        ToggleDiameterDisplay(circleRadius_);
     }
-    m_adjustSize = false;
-    m_adjustOpacity = false;
-    m_node = BaseNodePointer();
+    adjustSize_ = false;
+    adjustOpacity_ = false;
+    node_ = BaseNodePointer();
 }
 
 int DrawContext::AdjustedValue() const {
-    return m_adjustSize ? Settings::GetToolSize(m_adjustedTool) : Settings::GetToolOpacity(m_adjustedTool);
+    return adjustSize_ ? Settings::GetToolSize(adjustedTool_) : Settings::GetToolOpacity(adjustedTool_);
 }
 
 float DrawContext::ToolDisplayRadius() {
-    if (!m_node) {
+    if (!node_) {
         return 1.0f;
     }
     const float scale = ViewPlacement::For(M3dView::active3dView()).Scale();
-    return static_cast<float>(Settings::GetToolSize(m_adjustedTool)) * 0.5f * scale;
+    return static_cast<float>(Settings::GetToolSize(adjustedTool_)) * 0.5f * scale;
 }
 
 void DrawContext::ToggleDiameterDisplay(float radius) {
-    if (m_drawManager == nullptr || m_circleShown) {
-        if (m_adjustSize) {
+    if (drawManager_ == nullptr || circleShown_) {
+        if (adjustSize_) {
             DrawXorCircle(radius);
         }
     } else if (radius > 0.0f) {
         DrawAdjustment(radius);
     }
-    m_circleShown = !m_circleShown;
-    m_circleRadius = radius;
+    circleShown_ = !circleShown_;
+    circleRadius_ = radius;
 }
 
 /// Inverts the pixels of the circle; a second call removes it.
@@ -336,23 +336,23 @@ void DrawContext::DrawXorCircle(float radius) const {
     glBegin(GL_LINE_LOOP);
     for (int degree = 0; degree < CIRCLE_CORNERS; ++degree) {
         const double angle = degree * RADIANS_PER_DEGREE;
-        glVertex2d(m_pressX + radius * std::cos(angle), m_pressY + radius * std::sin(angle));
+        glVertex2d(pressX_ + radius * std::cos(angle), pressY_ + radius * std::sin(angle));
     }
     glEnd();
     view.endXorDrawing();
 }
 
 void DrawContext::DrawAdjustment(float radius) const {
-    const MPoint center(m_pressX, m_pressY);
-    m_drawManager->beginDrawable();
-    m_drawManager->setColor(MColor(1.0f, 0.0f, 0.0f, 1.0f));
-    if (m_adjustSize) {
-        m_drawManager->setLineWidth(1.0f);
-        m_drawManager->circle2d(center, static_cast<double>(radius), false);
+    const MPoint center(pressX_, pressY_);
+    drawManager_->beginDrawable();
+    drawManager_->setColor(MColor(1.0f, 0.0f, 0.0f, 1.0f));
+    if (adjustSize_) {
+        drawManager_->setLineWidth(1.0f);
+        drawManager_->circle2d(center, static_cast<double>(radius), false);
     }
     const QString value = IsAdjusting() ? QString::number(AdjustedValue()) : QString();
-    m_drawManager->text2d(center, MayaUtil::ToMString(value), MHWRender::MUIDrawManager::kRight);
-    m_drawManager->endDrawable();
+    drawManager_->text2d(center, MayaUtil::ToMString(value), MHWRender::MUIDrawManager::kRight);
+    drawManager_->endDrawable();
 }
 
 void DrawContext::RefreshCursor() {

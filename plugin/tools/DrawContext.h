@@ -57,13 +57,13 @@ public:
     /// `radius` is in view pixels.
     void ToggleDiameterDisplay(float radius);
     /// The view that the stroke began in; null once it is closed. The host owns it.
-    QWidget* View() const { return m_view; }
+    QWidget* View() const { return view_; }
 
 private:
     using LegacyHandler = MStatus (DrawContext::*)(MEvent&);
 
     MStatus Handle(LegacyHandler handler, MEvent& event, MHWRender::MUIDrawManager& drawManager);
-    bool IsAdjusting() const { return m_adjustSize || m_adjustOpacity; }
+    bool IsAdjusting() const { return adjustSize_ || adjustOpacity_; }
     void BeginAdjusting(MEvent& event);
     void EndAdjusting();
     void BeginStroke();
@@ -75,24 +75,24 @@ private:
     void DrawXorCircle(float radius) const;
     void DrawAdjustment(float radius) const;
 
-    DrawContextInputHandler m_inputHandler;
-    StrokeGuard m_guard;
-    BaseNodePointer m_node;
-    Stroke* m_stroke = nullptr; ///< owned by the node; see ActiveStroke()
-    QPointer<QWidget> m_view;
-    QString m_camera;
-    int m_layerIndex = -1;
-    bool m_frameAdded = false;
+    DrawContextInputHandler inputHandler_;
+    StrokeGuard guard_;
+    BaseNodePointer node_;
+    Stroke* stroke_ = nullptr; ///< owned by the node; see ActiveStroke()
+    QPointer<QWidget> view_;
+    QString camera_;
+    int layerIndex_ = -1;
+    bool frameAdded_ = false;
 
-    bool m_adjustSize = false;
-    bool m_adjustOpacity = false;
-    ToolType m_adjustedTool = ToolType::Pencil;
-    int m_adjustStart = 0;
-    short m_pressX = 0;
-    short m_pressY = 0;
-    bool m_circleShown = false;
-    float m_circleRadius = 0.0f;
-    MHWRender::MUIDrawManager* m_drawManager = nullptr; ///< borrowed during a Viewport 2.0 event; else null
+    bool adjustSize_ = false;
+    bool adjustOpacity_ = false;
+    ToolType adjustedTool_ = ToolType::Pencil;
+    int adjustStart_ = 0;
+    short pressX_ = 0;
+    short pressY_ = 0;
+    bool circleShown_ = false;
+    float circleRadius_ = 0.0f;
+    MHWRender::MUIDrawManager* drawManager_ = nullptr; ///< borrowed during a Viewport 2.0 event; else null
 };
 
 } // namespace vellix

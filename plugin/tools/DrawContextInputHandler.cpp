@@ -14,18 +14,18 @@
 namespace vellix {
 
 void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
-    m_adjustSize = false;
-    m_adjustOpacity = false;
-    if (m_timeSlider != nullptr) {
-        m_timeSlider->removeEventFilter(this);
+    adjustSize_ = false;
+    adjustOpacity_ = false;
+    if (timeSlider_ != nullptr) {
+        timeSlider_->removeEventFilter(this);
     }
     if (enabled) {
         ResetTabletSettings();
-        if (m_timeSlider == nullptr) {
-            m_timeSlider = MayaUtil::GetTimeControlWidget();
+        if (timeSlider_ == nullptr) {
+            timeSlider_ = MayaUtil::GetTimeControlWidget();
         }
-        if (m_timeSlider != nullptr) {
-            m_timeSlider->installEventFilter(this);
+        if (timeSlider_ != nullptr) {
+            timeSlider_->installEventFilter(this);
         }
         InstallEventFilters();
     } else {
@@ -36,7 +36,7 @@ void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
 }
 
 void DrawContextInputHandler::SetDrawContext(DrawContext* context) {
-    m_drawContext = context;
+    drawContext_ = context;
     AcceptInputMethod(context != nullptr);
 }
 
@@ -46,15 +46,15 @@ void DrawContextInputHandler::ResetTabletSettings() {
 }
 
 void DrawContextInputHandler::EndTextDraw() {
-    if (m_drawContext != nullptr) {
-        m_drawContext->EndTextDraw();
+    if (drawContext_ != nullptr) {
+        drawContext_->EndTextDraw();
     }
 }
 
 void DrawContextInputHandler::ForgetHeldKeys() {
     ViewEventFilter::ForgetHeldKeys();
-    m_adjustSize = false;
-    m_adjustOpacity = false;
+    adjustSize_ = false;
+    adjustOpacity_ = false;
 }
 
 bool DrawContextInputHandler::eventFilter(QObject* watched, QEvent* event) {
@@ -64,7 +64,7 @@ bool DrawContextInputHandler::eventFilter(QObject* watched, QEvent* event) {
     if (IsMainWindow(watched)) {
         return ProcessMainWindowEvent(event) || ViewEventFilter::eventFilter(watched, event);
     }
-    if (watched != nullptr && watched == m_timeSlider && event->type() == QEvent::MouseButtonPress) {
+    if (watched != nullptr && watched == timeSlider_ && event->type() == QEvent::MouseButtonPress) {
         return ProcessTimeControlMouseEvent(static_cast<QMouseEvent*>(event));
     }
     return false;
@@ -105,15 +105,15 @@ bool DrawContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Backslash) {
         return false;
     }
-    if (m_drawContext != nullptr) {
-        return m_drawContext->ProcessKeyDownEvent(event);
+    if (drawContext_ != nullptr) {
+        return drawContext_->ProcessKeyDownEvent(event);
     }
     switch (event->key()) {
     case Qt::Key_B:
-        m_adjustSize = true;
+        adjustSize_ = true;
         return true;
     case Qt::Key_M:
-        m_adjustOpacity = true;
+        adjustOpacity_ = true;
         return true;
     default:
         return false;
@@ -127,13 +127,13 @@ bool DrawContextInputHandler::ProcessKeyUpEvent(QKeyEvent* event) {
     }
     // Auto-repeat sends release and press events for a key that is still held.
     if (!event->isAutoRepeat()) {
-        (event->key() == Qt::Key_B ? m_adjustSize : m_adjustOpacity) = false;
+        (event->key() == Qt::Key_B ? adjustSize_ : adjustOpacity_) = false;
     }
     return true;
 }
 
 bool DrawContextInputHandler::IsTyping() const {
-    return m_drawContext != nullptr && m_drawContext->IsTyping();
+    return drawContext_ != nullptr && drawContext_->IsTyping();
 }
 
 /// Claims the tool's own keys before the host's shortcuts get them.
@@ -161,7 +161,7 @@ bool DrawContextInputHandler::ProcessInputMethodEvent(QEvent* event) {
     }
     if (!text.isEmpty()) {
         QKeyEvent typed(QEvent::KeyPress, 0, Qt::NoModifier, text);
-        m_drawContext->ProcessKeyDownEvent(&typed);
+        drawContext_->ProcessKeyDownEvent(&typed);
     }
     event->accept();
     return true;
@@ -169,14 +169,14 @@ bool DrawContextInputHandler::ProcessInputMethodEvent(QEvent* event) {
 
 /// Lets the stroke's view take text from input methods while text is typed, and restores the view afterwards.
 void DrawContextInputHandler::AcceptInputMethod(bool accept) {
-    if (m_typedInto != nullptr) {
-        m_typedInto->setAttribute(Qt::WA_InputMethodEnabled, false);
-        m_typedInto.clear();
+    if (typedInto_ != nullptr) {
+        typedInto_->setAttribute(Qt::WA_InputMethodEnabled, false);
+        typedInto_.clear();
     }
-    QWidget* const view = accept ? m_drawContext->View() : nullptr;
+    QWidget* const view = accept ? drawContext_->View() : nullptr;
     if (view != nullptr && !view->testAttribute(Qt::WA_InputMethodEnabled)) {
         view->setAttribute(Qt::WA_InputMethodEnabled);
-        m_typedInto = view;
+        typedInto_ = view;
     }
 }
 

@@ -23,8 +23,8 @@ public:
     void SetEventFilterEnabled(bool enabled);
     /// Sets the context that receives typed keys, borrowed; null for none.
     void SetDrawContext(DrawContext* context);
-    bool AdjustSizeEnabled() const { return m_adjustSize; }
-    bool AdjustOpacityEnabled() const { return m_adjustOpacity; }
+    bool AdjustSizeEnabled() const { return adjustSize_; }
+    bool AdjustOpacityEnabled() const { return adjustOpacity_; }
     /// Resets the pen to what a mouse gives: full pressure, not the eraser end.
     static void ResetTabletSettings();
     /// Ends the text being typed, if there is one.
@@ -106,12 +106,12 @@ private:
     void AddTimelineDisplay(QMenu& menu);
     void AddCleanup(QMenu& menu);
 
-    QPointer<QWidget> m_timeSlider;
-    QPointer<QWidget> m_typedInto; ///< the view with input methods switched on while typing
-    QString m_menuCamera;
-    DrawContext* m_drawContext = nullptr;
-    bool m_adjustSize = false;
-    bool m_adjustOpacity = false;
+    QPointer<QWidget> timeSlider_;
+    QPointer<QWidget> typedInto_; ///< the view with input methods switched on while typing
+    QString menuCamera_;
+    DrawContext* drawContext_ = nullptr;
+    bool adjustSize_ = false;
+    bool adjustOpacity_ = false;
 };
 
 } // namespace vellix

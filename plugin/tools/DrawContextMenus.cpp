@@ -38,7 +38,7 @@ void DrawContextInputHandler::AddCheckItem(QMenu& menu, const QString& text, boo
 }
 
 void DrawContextInputHandler::ShowContextMenu() {
-    m_menuCamera = MayaUtil::GetActive3dViewCameraName();
+    menuCamera_ = MayaUtil::GetActive3dViewCameraName();
     auto* const menu = new QMenu(MQtUtil::mainWindow());
     if (const BaseNode* const node = BaseNode::GetMaster()) {
         AddLayers(*menu, *node);
@@ -74,8 +74,8 @@ void DrawContextInputHandler::ShowTimeControlContextMenu() {
 }
 
 void DrawContextInputHandler::AddLayers(QMenu& menu, const BaseNode& node) {
-    const bool cameraIsActive = node.GetActiveCamera() == m_menuCamera;
-    const QList<Layer*> layers = node.GetLayers(m_menuCamera);
+    const bool cameraIsActive = node.GetActiveCamera() == menuCamera_;
+    const QList<Layer*> layers = node.GetLayers(menuCamera_);
     for (int index = layers.size() - 1; index >= 0; --index) {
         const Layer* const layer = layers.at(index);
         if (layer == nullptr) {
@@ -153,7 +153,7 @@ void DrawContextInputHandler::AddCleanup(QMenu& menu) {
 
 void DrawContextInputHandler::SetActiveLayer() {
     if (const auto* const action = qobject_cast<QAction*>(sender())) {
-        MayaUtil::SetActiveLayer(m_menuCamera, action->data().toInt());
+        MayaUtil::SetActiveLayer(menuCamera_, action->data().toInt());
     }
 }
 

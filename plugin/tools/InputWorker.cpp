@@ -19,24 +19,24 @@ constexpr int NOWHERE = std::numeric_limits<int>::max();
 } // namespace
 
 InputWorker::InputWorker(const QWidget& view, ToolType tool)
-    : m_lastPosition(NOWHERE, NOWHERE)
-    , m_size(Settings::GetToolSize(tool))
-    , m_opacity(static_cast<float>(Settings::GetToolOpacity(tool)) / 100.0f)
-    , m_hardness(static_cast<float>(Settings::GetToolHardness(tool)) / 100.0f)
-    , m_pressureEnabled(Settings::IsTabletPressureEnabled(tool)) {
+    : lastPosition_(NOWHERE, NOWHERE)
+    , size_(Settings::GetToolSize(tool))
+    , opacity_(static_cast<float>(Settings::GetToolOpacity(tool)) / 100.0f)
+    , hardness_(static_cast<float>(Settings::GetToolHardness(tool)) / 100.0f)
+    , pressureEnabled_(Settings::IsTabletPressureEnabled(tool)) {
     SetView(view);
 }
 
 void InputWorker::SetView(const QWidget& view) {
     const QPoint corner = view.mapToGlobal(QPoint(0, 0));
-    m_viewLeft = corner.x();
-    m_viewTop = corner.y();
-    m_viewHeight = view.height();
+    viewLeft_ = corner.x();
+    viewTop_ = corner.y();
+    viewHeight_ = view.height();
 }
 
 void InputWorker::Run() {
-    m_running = true;
-    while (m_running) {
+    running_ = true;
+    while (running_) {
         QCoreApplication::processEvents(); // delivers Shutdown()
         UpdatePosition();
         QThread::msleep(SAMPLE_PERIOD);
@@ -44,29 +44,29 @@ void InputWorker::Run() {
 }
 
 void InputWorker::Shutdown() {
-    m_running = false;
+    running_ = false;
     QThread::currentThread()->exit(0);
 }
 
 void InputWorker::UpdatePosition() {
     const QPoint onScreen = QCursor::pos();
-    const int x = onScreen.x() - m_viewLeft;
-    const int y = (m_viewHeight - 1) - (onScreen.y() - m_viewTop) + 2;
+    const int x = onScreen.x() - viewLeft_;
+    const int y = (viewHeight_ - 1) - (onScreen.y() - viewTop_) + 2;
     const QPoint position(x + 1, y);
-    if (position == m_lastPosition) {
+    if (position == lastPosition_) {
         return;
     }
-    if (m_lastPosition == QPoint(NOWHERE, NOWHERE)) {
+    if (lastPosition_ == QPoint(NOWHERE, NOWHERE)) {
         // Two samples one pixel apart, so that a click without a move makes a dot.
         Send(QPoint(x, y));
     }
-    m_lastPosition = position;
+    lastPosition_ = position;
     Send(position);
 }
 
 void InputWorker::Send(const QPoint& position) {
-    const float pressure = m_pressureEnabled ? Settings::tabletPressure.load() : 1.0f;
-    Q_EMIT MousePositionChanged(position, m_size, m_opacity * pressure, m_hardness);
+    const float pressure = pressureEnabled_ ? Settings::tabletPressure.load() : 1.0f;
+    Q_EMIT MousePositionChanged(position, size_, opacity_ * pressure, hardness_);
 }
 
 } // namespace vellix

@@ -38,15 +38,15 @@ private:
     void UpdatePosition();
     void Send(const QPoint& position);
 
-    std::atomic<int> m_viewLeft; ///< screen pixels
-    std::atomic<int> m_viewTop;
-    std::atomic<int> m_viewHeight;
-    bool m_running = false;
-    QPoint m_lastPosition; ///< the last position sent
-    int m_size;
-    float m_opacity;
-    float m_hardness;
-    bool m_pressureEnabled;
+    std::atomic<int> viewLeft_; ///< screen pixels
+    std::atomic<int> viewTop_;
+    std::atomic<int> viewHeight_;
+    bool running_ = false;
+    QPoint lastPosition_; ///< the last position sent
+    int size_;
+    float opacity_;
+    float hardness_;
+    bool pressureEnabled_;
 };
 
 } // namespace vellix

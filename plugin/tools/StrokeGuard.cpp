@@ -6,12 +6,12 @@
 namespace vellix {
 
 StrokeGuard::StrokeGuard(std::function<void()> interrupted)
-    : m_interrupted(std::move(interrupted)) {
-    m_due.setSingleShot(true);
-    m_due.setInterval(0);
-    connect(&m_due, &QTimer::timeout, this, [this] {
+    : interrupted_(std::move(interrupted)) {
+    due_.setSingleShot(true);
+    due_.setInterval(0);
+    connect(&due_, &QTimer::timeout, this, [this] {
         Release();
-        m_interrupted();
+        interrupted_();
     });
 }
 
@@ -20,27 +20,27 @@ void StrokeGuard::Watch(QWidget* view) {
     if (view == nullptr) {
         return;
     }
-    m_view = view;
-    m_window = view->window();
+    view_ = view;
+    window_ = view->window();
     view->installEventFilter(this);
-    connect(view, &QObject::destroyed, &m_due, static_cast<void (QTimer::*)()>(&QTimer::start));
-    if (m_window != view) {
-        m_window->installEventFilter(this);
+    connect(view, &QObject::destroyed, &due_, static_cast<void (QTimer::*)()>(&QTimer::start));
+    if (window_ != view) {
+        window_->installEventFilter(this);
     }
 }
 
 void StrokeGuard::Release() {
-    m_due.stop();
-    for (const QPointer<QWidget>& widget : {m_view, m_window}) {
+    due_.stop();
+    for (const QPointer<QWidget>& widget : {view_, window_}) {
         if (widget != nullptr) {
             widget->removeEventFilter(this);
         }
     }
-    if (m_view != nullptr) {
-        disconnect(m_view, nullptr, &m_due, nullptr);
+    if (view_ != nullptr) {
+        disconnect(view_, nullptr, &due_, nullptr);
     }
-    m_view.clear();
-    m_window.clear();
+    view_.clear();
+    window_.clear();
 }
 
 bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
@@ -48,12 +48,12 @@ bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Hide:
     case QEvent::Close:
     case QEvent::WindowBlocked:
-        m_due.start();
+        due_.start();
         break;
     case QEvent::MouseMove:
         // Only the view counts: other widgets of the window may see moves with no button held.
-        if (watched == m_view && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
-            m_due.start();
+        if (watched == view_ && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
+            due_.start();
         }
         break;
     default:

@@ -26,10 +26,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    std::function<void()> m_interrupted;
-    QPointer<QWidget> m_view;
-    QPointer<QWidget> m_window;
-    QTimer m_due;
+    std::function<void()> interrupted_;
+    QPointer<QWidget> view_;
+    QPointer<QWidget> window_;
+    QTimer due_;
 };
 
 } // namespace vellix

@@ -19,15 +19,15 @@ constexpr unsigned long MAX_WAIT_MS = 250;
 } // namespace
 
 ThreadManager::ThreadManager() {
-    m_catchUp.setSingleShot(true);
-    m_catchUp.setInterval(0);
-    connect(&m_catchUp, &QTimer::timeout, this, &ThreadManager::CatchUp);
+    catchUp_.setSingleShot(true);
+    catchUp_.setInterval(0);
+    connect(&catchUp_, &QTimer::timeout, this, &ThreadManager::CatchUp);
 }
 
 ThreadManager::~ThreadManager() {
     DestroyInputThread();
     // Their code is unloaded with the plug-in.
-    for (const QPointer<QThread>& thread : m_lateThreads) {
+    for (const QPointer<QThread>& thread : lateThreads_) {
         if (thread != nullptr) {
             thread->wait();
         }
@@ -41,99 +41,99 @@ ThreadManager* ThreadManager::GetInstance() {
 
 void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke) {
     DestroyInputThread();
-    m_smoother.Reset();
+    smoother_.Reset();
     if (view == nullptr || node == nullptr || stroke == nullptr) {
         return;
     }
-    m_widget = view;
-    m_view = FindView(*view);
-    m_node = BaseNodePointer(node);
-    m_stroke = stroke;
+    widget_ = view;
+    view_ = FindView(*view);
+    node_ = BaseNodePointer(node);
+    stroke_ = stroke;
     stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
     stroke->color = Settings::activeColor;
 
-    m_thread = std::make_unique<QThread>();
-    m_worker = std::make_unique<InputWorker>(*view, stroke->tool);
-    connect(this, &ThreadManager::RunInputWorker, m_worker.get(), &InputWorker::Run);
-    connect(this, &ThreadManager::ShutdownInputWorker, m_worker.get(), &InputWorker::Shutdown);
-    connect(m_worker.get(), &InputWorker::MousePositionChanged, this, &ThreadManager::OnMousePositionChanged);
-    m_worker->moveToThread(m_thread.get());
-    m_thread->start(QThread::InheritPriority);
-    m_active = true;
+    thread_ = std::make_unique<QThread>();
+    worker_ = std::make_unique<InputWorker>(*view, stroke->tool);
+    connect(this, &ThreadManager::RunInputWorker, worker_.get(), &InputWorker::Run);
+    connect(this, &ThreadManager::ShutdownInputWorker, worker_.get(), &InputWorker::Shutdown);
+    connect(worker_.get(), &InputWorker::MousePositionChanged, this, &ThreadManager::OnMousePositionChanged);
+    worker_->moveToThread(thread_.get());
+    thread_->start(QThread::InheritPriority);
+    active_ = true;
     Q_EMIT RunInputWorker();
 }
 
 void ThreadManager::AwaitFirstSamples() {
-    if (!m_active || !StrokeIsThere()) {
+    if (!active_ || !StrokeIsThere()) {
         return;
     }
-    const int least = m_stroke->tool == ToolType::Text ? 1 : 2;
+    const int least = stroke_->tool == ToolType::Text ? 1 : 2;
     QElapsedTimer timer;
     timer.start();
-    while (m_stroke->points.size() < least && !timer.hasExpired(MAX_WAIT_MS)) {
+    while (stroke_->points.size() < least && !timer.hasExpired(MAX_WAIT_MS)) {
         QThread::msleep(1);
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     }
 }
 
 void ThreadManager::DestroyInputThread() {
-    m_active = false;
-    m_catchUp.stop();
-    if (m_thread != nullptr) {
+    active_ = false;
+    catchUp_.stop();
+    if (thread_ != nullptr) {
         Q_EMIT ShutdownInputWorker();
-        const bool ended = m_thread->wait(MAX_WAIT_MS);
-        disconnect(m_worker.get(), nullptr, this, nullptr);
-        disconnect(this, nullptr, m_worker.get(), nullptr);
+        const bool ended = thread_->wait(MAX_WAIT_MS);
+        disconnect(worker_.get(), nullptr, this, nullptr);
+        disconnect(this, nullptr, worker_.get(), nullptr);
         // Queued samples would otherwise be added to the next stroke.
         QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
         if (!ended) {
             // A running thread must not be deleted, so it deletes itself when it finishes.
-            QThread* const late = m_thread.release();
-            connect(late, &QThread::finished, m_worker.release(), &QObject::deleteLater);
+            QThread* const late = thread_.release();
+            connect(late, &QThread::finished, worker_.release(), &QObject::deleteLater);
             connect(late, &QThread::finished, late, &QObject::deleteLater);
-            m_lateThreads.emplace_back(late);
+            lateThreads_.emplace_back(late);
         }
     }
-    m_worker.reset();
-    m_thread.reset();
-    m_node = BaseNodePointer();
-    m_stroke = nullptr;
-    m_widget.clear();
-    m_view = M3dView();
+    worker_.reset();
+    thread_.reset();
+    node_ = BaseNodePointer();
+    stroke_ = nullptr;
+    widget_.clear();
+    view_ = M3dView();
 }
 
 void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness) {
-    if (!m_active || !StrokeIsThere()) {
+    if (!active_ || !StrokeIsThere()) {
         return;
     }
-    if (m_widget != nullptr) {
-        m_worker->SetView(*m_widget);
-        m_placement = ViewPlacement::For(m_view);
+    if (widget_ != nullptr) {
+        worker_->SetView(*widget_);
+        placement_ = ViewPlacement::For(view_);
     }
     StrokePoint sample;
     sample.size = size;
     sample.opacity = opacity;
     sample.hardness = hardness;
-    sample.position = m_placement.ToImage(position);
-    const StrokeSmoother::Outcome outcome = m_smoother.Receive(*m_stroke, sample, Settings::textFontFamily);
+    sample.position = placement_.ToImage(position);
+    const StrokeSmoother::Outcome outcome = smoother_.Receive(*stroke_, sample, Settings::textFontFamily);
     if (outcome.firstSegment) {
-        m_node->RefreshActiveView();
+        node_->RefreshActiveView();
     } else if (outcome.changed) {
-        m_catchUp.start();
+        catchUp_.start();
     }
 }
 
 /// Redraws the view for the last samples of a drag. The tool's drag events redraw it for the samples before,
 /// but none follows once the pointer rests.
 void ThreadManager::CatchUp() {
-    if (m_active && StrokeIsThere() && m_stroke->changed) {
-        m_node->RefreshActiveView();
+    if (active_ && StrokeIsThere() && stroke_->changed) {
+        node_->RefreshActiveView();
     }
 }
 
 /// Returns false when the node has left the scene or a command has committed or dropped the stroke.
 bool ThreadManager::StrokeIsThere() const {
-    return m_node && m_node->HasActiveStroke() && m_node->GetActiveStroke(QString(), false) == m_stroke;
+    return node_ && node_->HasActiveStroke() && node_->GetActiveStroke(QString(), false) == stroke_;
 }
 
 M3dView ThreadManager::FindView(const QWidget& widget) {

@@ -37,7 +37,7 @@ public:
     void AwaitFirstSamples();
     /// Stops the input thread, waiting at most 250 ms, and drops samples not yet delivered.
     void DestroyInputThread();
-    bool IsActive() const { return m_active; }
+    bool IsActive() const { return active_; }
 
 Q_SIGNALS:
     void RunInputWorker();
@@ -56,18 +56,18 @@ private:
     /// The widget's view; the active one when it has none.
     static M3dView FindView(const QWidget& widget);
 
-    BaseNodePointer m_node;
-    Stroke* m_stroke = nullptr;
-    QPointer<QWidget> m_widget;
-    M3dView m_view;
-    ViewPlacement m_placement; ///< of the last sample; it outlives the view
-    StrokeSmoother m_smoother;
-    QTimer m_catchUp;
-    std::unique_ptr<QThread> m_thread;
-    std::unique_ptr<InputWorker> m_worker;
-    bool m_active = false;
+    BaseNodePointer node_;
+    Stroke* stroke_ = nullptr;
+    QPointer<QWidget> widget_;
+    M3dView view_;
+    ViewPlacement placement_; ///< of the last sample; it outlives the view
+    StrokeSmoother smoother_;
+    QTimer catchUp_;
+    std::unique_ptr<QThread> thread_;
+    std::unique_ptr<InputWorker> worker_;
+    bool active_ = false;
     /// Threads that did not end in time. Each deletes itself and its worker when it finishes.
-    std::vector<QPointer<QThread>> m_lateThreads;
+    std::vector<QPointer<QThread>> lateThreads_;
 };
 
 } // namespace vellix

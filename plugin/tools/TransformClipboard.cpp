@@ -16,55 +16,55 @@ namespace vellix {
 // --- stroke -----------------------------------------------------------------------------------------------
 
 void TransformClipboard::Begin(bool paste) {
-    m_paste = paste;
-    m_cut = m_copy = false;
+    paste_ = paste;
+    cut_ = copy_ = false;
     ForgetCreated();
 }
 
 void TransformClipboard::ApplyTo(Stroke& stroke) const {
-    stroke.liftedImageEmptied = m_cut;
-    stroke.copyToClipboard = m_copy;
-    stroke.pasted = m_paste;
+    stroke.liftedImageEmptied = cut_;
+    stroke.copyToClipboard = copy_;
+    stroke.pasted = paste_;
 }
 
 void TransformClipboard::End() {
-    m_cut = m_copy = m_paste = false;
+    cut_ = copy_ = paste_ = false;
     ForgetCreated();
 }
 
 // --- copied rectangle -------------------------------------------------------------------------------------
 
 void TransformClipboard::Remember(const Corners& corners, float scale) {
-    m_left = corners[0].x();
-    m_top = corners[0].y();
-    m_right = corners[2].x();
-    m_bottom = corners[2].y();
-    m_scale = scale;
+    left_ = corners[0].x();
+    top_ = corners[0].y();
+    right_ = corners[2].x();
+    bottom_ = corners[2].y();
+    scale_ = scale;
 }
 
 bool TransformClipboard::HasCopied() const {
-    return m_left <= m_right && m_bottom <= m_top;
+    return left_ <= right_ && bottom_ <= top_;
 }
 
 TransformClipboard::Corners TransformClipboard::PlaceAt(const QPoint& leftTop, float scale) const {
-    const float growth = scale / m_scale;
+    const float growth = scale / scale_;
     const int left = leftTop.x();
     const int top = leftTop.y();
-    const int right = left + 1 + qRound(static_cast<float>(m_right - m_left) * growth);
-    const int bottom = top - (qRound(static_cast<float>(m_top - m_bottom) * growth) + 1);
+    const int right = left + 1 + qRound(static_cast<float>(right_ - left_) * growth);
+    const int bottom = top - (qRound(static_cast<float>(top_ - bottom_) * growth) + 1);
     return {{QPoint(left, top), QPoint(left, bottom), QPoint(right, bottom), QPoint(right, top)}};
 }
 
 // --- created layer and frame ------------------------------------------------------------------------------
 
 bool TransformClipboard::PrepareToPaste(BaseNode& node, const QString& camera) {
-    const bool isPrepared = node.PrepareForDraw(camera, m_createdLayer, m_frameCreated);
-    m_frameTime = MayaUtil::GetPlaybackTime();
+    const bool isPrepared = node.PrepareForDraw(camera, createdLayer_, frameCreated_);
+    frameTime_ = MayaUtil::GetPlaybackTime();
     return isPrepared;
 }
 
 int TransformClipboard::RemoveCreated(LayerManager& layers, const QString& camera, const Layer* layer) const {
-    if (m_createdLayer < 0 && !m_frameCreated) {
+    if (createdLayer_ < 0 && !frameCreated_) {
         return -1;
     }
     // Commands may have moved or removed the layer since, or made another one active.
@@ -75,19 +75,19 @@ int TransformClipboard::RemoveCreated(LayerManager& layers, const QString& camer
         return -1;
     }
     const auto index = static_cast<int>(found - stack.begin());
-    if (m_frameCreated && (*found)->GetState() != LayerState::Locked) {
+    if (frameCreated_ && (*found)->GetState() != LayerState::Locked) {
         const bool isStatic = (*found)->GetState() == LayerState::Static;
-        (*found)->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : m_frameTime);
+        (*found)->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : frameTime_);
     }
-    if (m_createdLayer >= 0) {
+    if (createdLayer_ >= 0) {
         layers.RemoveLayer(camera, index);
     }
     return index;
 }
 
 void TransformClipboard::ForgetCreated() {
-    m_createdLayer = -1;
-    m_frameCreated = false;
+    createdLayer_ = -1;
+    frameCreated_ = false;
 }
 
 } // namespace vellix

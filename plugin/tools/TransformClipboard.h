@@ -22,9 +22,9 @@ public:
 
     /// Begins a stroke, which pastes or not. Keeps the copied rectangle.
     void Begin(bool paste);
-    void SetCut(bool cut) { m_cut = cut; }
-    void SetCopy(bool copy) { m_copy = copy; }
-    bool IsPasting() const { return m_paste; }
+    void SetCut(bool cut) { cut_ = cut; }
+    void SetCopy(bool copy) { copy_ = copy; }
+    bool IsPasting() const { return paste_; }
     /// Sets the stroke's flags for cut, copy and paste.
     void ApplyTo(Stroke& stroke) const;
     /// Ends the stroke. The layer and frame created for it stay.
@@ -41,8 +41,8 @@ public:
     /// pasted into.
     bool PrepareToPaste(BaseNode& node, const QString& camera);
     /// Index of the created layer; -1 for none.
-    int GetCreatedLayer() const { return m_createdLayer; }
-    bool IsFrameCreated() const { return m_frameCreated; }
+    int GetCreatedLayer() const { return createdLayer_; }
+    bool IsFrameCreated() const { return frameCreated_; }
     /// Removes the created frame from `layer`, and the layer itself if it was created. Returns the index of
     /// the layer; -1 when there is nothing to remove or the layer is gone.
     int RemoveCreated(LayerManager& layers, const QString& camera, const Layer* layer) const;
@@ -50,20 +50,20 @@ public:
     void ForgetCreated();
 
 private:
-    bool m_cut = false;
-    bool m_copy = false;
-    bool m_paste = false;
+    bool cut_ = false;
+    bool copy_ = false;
+    bool paste_ = false;
 
     // The copied rectangle in view pixels; empty while left > right.
-    int m_left = 0;
-    int m_bottom = 0;
-    int m_right = -1;
-    int m_top = -1;
-    float m_scale = 1.0f; ///< view pixels per image pixel when it was copied
+    int left_ = 0;
+    int bottom_ = 0;
+    int right_ = -1;
+    int top_ = -1;
+    float scale_ = 1.0f; ///< view pixels per image pixel when it was copied
 
-    int m_createdLayer = -1;
-    bool m_frameCreated = false;
-    MTime m_frameTime;
+    int createdLayer_ = -1;
+    bool frameCreated_ = false;
+    MTime frameTime_;
 };
 
 } // namespace vellix

@@ -39,26 +39,26 @@ TransformContext::TransformContext() {
 TransformContext::~TransformContext() {
     if (BaseNode::GetActiveTransformContext() == this) {
         BaseNode::SetActiveTransformContext(nullptr);
-        MMessage::removeCallbacks(m_callbacks);
+        MMessage::removeCallbacks(callbacks_);
     }
 }
 
 // --- setup and clean-up -----------------------------------------------------------------------------------
 
 void TransformContext::toolOnSetup(MEvent&) {
-    m_inputHandler.SetEventFilterEnabled(true);
-    m_inputHandler.SetTransformContext(this);
-    m_stage = SELECT_STAGE;
-    m_selection.Forget();
-    m_invalid = false;
-    m_clipboard.SetCopy(false);
-    m_outline.Forget();
+    inputHandler_.SetEventFilterEnabled(true);
+    inputHandler_.SetTransformContext(this);
+    stage_ = SELECT_STAGE;
+    selection_.Forget();
+    invalid_ = false;
+    clipboard_.SetCopy(false);
+    outline_.Forget();
     BaseNode::SetActiveTransformContext(this);
     for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
-        m_callbacks.append(MEventMessage::addEventCallback(event, OnSceneChanged, this));
+        callbacks_.append(MEventMessage::addEventCallback(event, OnSceneChanged, this));
     }
     for (const char* event : {"Undo", "Redo"}) {
-        m_callbacks.append(MEventMessage::addEventCallback(event, OnUndoRedo, this));
+        callbacks_.append(MEventMessage::addEventCallback(event, OnUndoRedo, this));
     }
     CancelStroke();
     ForgetOutline();
@@ -66,18 +66,18 @@ void TransformContext::toolOnSetup(MEvent&) {
 }
 
 void TransformContext::toolOffCleanup() {
-    MMessage::removeCallbacks(m_callbacks);
-    m_callbacks.clear();
+    MMessage::removeCallbacks(callbacks_);
+    callbacks_.clear();
     CancelStroke();
     ForgetOutline();
     BaseNode::SetActiveTransformContext(nullptr);
-    m_inputHandler.SetEventFilterEnabled(false);
-    m_inputHandler.SetTransformContext(nullptr);
+    inputHandler_.SetEventFilterEnabled(false);
+    inputHandler_.SetTransformContext(nullptr);
 }
 
 void TransformContext::OnSceneChanged(void* context) {
     auto* const self = static_cast<TransformContext*>(context);
-    if (self->m_selection.HasBegun()) {
+    if (self->selection_.HasBegun()) {
         self->deleteAction();
     }
 }
@@ -85,7 +85,7 @@ void TransformContext::OnSceneChanged(void* context) {
 /// Undo may bring back a node that was deleted while it showed an outline.
 void TransformContext::OnUndoRedo(void* context) {
     auto* const self = static_cast<TransformContext*>(context);
-    if (!self->m_outline.IsShown()) {
+    if (!self->outline_.IsShown()) {
         self->SetSelectionOutlineDrawnByNodeEnabled(false);
     }
 }
@@ -95,7 +95,7 @@ void TransformContext::RefreshCursor() {
 }
 
 void TransformContext::HelpStateChanged() {
-    setHelpString(m_stage == TRANSFORM_STAGE ? TRANSFORM_HELP : SELECT_HELP);
+    setHelpString(stage_ == TRANSFORM_STAGE ? TRANSFORM_HELP : SELECT_HELP);
 }
 
 MStatus TransformContext::doEnterRegion(MEvent&) {
@@ -109,13 +109,13 @@ MStatus TransformContext::helpStateHasChanged(MEvent&) {
 }
 
 int TransformContext::GetStage() const {
-    return m_stage;
+    return stage_;
 }
 
 // --- stages -----------------------------------------------------------------------------------------------
 
 void TransformContext::completeAction() {
-    if (m_stage == TRANSFORM_STAGE) {
+    if (stage_ == TRANSFORM_STAGE) {
         Commit();
     } else {
         EnterTransformStage(true);
@@ -139,16 +139,16 @@ bool TransformContext::InitializeSelectStage(bool paste) {
     if (node == nullptr) {
         return false;
     }
-    m_selection.Begin(*node);
-    m_transformation = Transformation();
-    m_clipboard.Begin(paste);
-    const bool isPrepared = !paste || m_clipboard.PrepareToPaste(*node, m_selection.GetCamera());
-    const bool hasLayer = m_selection.TakeActiveLayer(*node);
-    m_invalid = !isPrepared || !hasLayer;
-    if (m_invalid) {
+    selection_.Begin(*node);
+    transformation_ = Transformation();
+    clipboard_.Begin(paste);
+    const bool isPrepared = !paste || clipboard_.PrepareToPaste(*node, selection_.GetCamera());
+    const bool hasLayer = selection_.TakeActiveLayer(*node);
+    invalid_ = !isPrepared || !hasLayer;
+    if (invalid_) {
         return false;
     }
-    const QString& camera = m_selection.GetCamera();
+    const QString& camera = selection_.GetCamera();
     if (node->GetActiveCamera() != camera) {
         SetSelectionOutlineDrawnByNodeEnabled(false);
         MayaUtil::SetActiveLayer(camera, node->GetActiveLayerIndex(camera));
@@ -157,7 +157,7 @@ bool TransformContext::InitializeSelectStage(bool paste) {
 }
 
 bool TransformContext::BeginSelection() {
-    const bool hasBegun = m_selection.HasBegun() && !m_invalid && m_selection.GetNode() != nullptr;
+    const bool hasBegun = selection_.HasBegun() && !invalid_ && selection_.GetNode() != nullptr;
     return hasBegun || InitializeSelectStage(false);
 }
 
@@ -165,75 +165,74 @@ bool TransformContext::EnterTransformStage(bool changes) {
     if (!BeginSelection()) {
         return false;
     }
-    BaseNode* node = m_selection.GetNode();
-    if (node == nullptr || (changes && !node->MayChangeActiveLayer(m_selection.GetCamera()))) {
+    BaseNode* node = selection_.GetNode();
+    if (node == nullptr || (changes && !node->MayChangeActiveLayer(selection_.GetCamera()))) {
         return false;
     }
     FollowView(*node);
     PreprocessSelection();
-    m_stage = TRANSFORM_STAGE;
+    stage_ = TRANSFORM_STAGE;
     TransformSelectionOutline();
     HelpStateChanged();
     return true;
 }
 
 void TransformContext::PreprocessSelection() {
-    m_transformation.Reset(); // ends the drag that selected, whose button may still be down
+    transformation_.Reset(); // ends the drag that selected, whose button may still be down
     ReorderSelectionPoints();
-    BaseNode* node = m_selection.GetNode();
-    Stroke* stroke = node != nullptr ? node->GetActiveStroke(m_selection.GetCamera(), true) : nullptr;
+    BaseNode* node = selection_.GetNode();
+    Stroke* stroke = node != nullptr ? node->GetActiveStroke(selection_.GetCamera(), true) : nullptr;
     if (stroke == nullptr) {
         return;
     }
-    if (m_selection.IsPoint() && !m_clipboard.IsPasting()) {
-        m_selection.SelectAll(*node);
+    if (selection_.IsPoint() && !clipboard_.IsPasting()) {
+        selection_.SelectAll(*node);
     } else {
-        m_selection.Locate(*node);
+        selection_.Locate(*node);
     }
     stroke->tool = ToolType::Transform;
-    stroke->selection = m_selection.GetRegion();
+    stroke->selection = selection_.GetRegion();
     stroke->freshSelection = true;
-    m_clipboard.ApplyTo(*stroke);
+    clipboard_.ApplyTo(*stroke);
     stroke->changed = true;
     RefreshView();
 }
 
 void TransformContext::Commit() {
-    BaseNode* node = m_selection.GetNode();
-    if (node == nullptr || !m_selection.IsCurrent() || m_selection.FindStroke(*node) == nullptr ||
+    BaseNode* node = selection_.GetNode();
+    if (node == nullptr || !selection_.IsCurrent() || selection_.FindStroke(*node) == nullptr ||
         !PushStroke()) {
         CancelStroke();
     }
-    m_clipboard.End();
+    clipboard_.End();
     ForgetOutline();
     MayaUtil::ActivateTransformTool();
 }
 
 bool TransformContext::PushStroke() {
-    return m_selection.HasBegun() &&
-           MayaUtil::PushStroke(m_selection.GetCamera(), m_clipboard.GetCreatedLayer(),
-                                m_clipboard.IsFrameCreated());
+    return selection_.HasBegun() && MayaUtil::PushStroke(selection_.GetCamera(), clipboard_.GetCreatedLayer(),
+                                                         clipboard_.IsFrameCreated());
 }
 
 void TransformContext::CancelStroke() {
-    const QString& camera = m_selection.GetCamera();
+    const QString& camera = selection_.GetCamera();
     // The node may have been deleted, and come back with an undo.
-    if (const std::shared_ptr<LayerManager> layers = m_selection.GetLayers()) {
+    if (const std::shared_ptr<LayerManager> layers = selection_.GetLayers()) {
         layers->CancelActiveStroke();
-        const int changed = m_clipboard.RemoveCreated(*layers, camera, m_selection.GetLayer());
-        BaseNode* node = changed >= 0 ? m_selection.GetNode() : nullptr;
+        const int changed = clipboard_.RemoveCreated(*layers, camera, selection_.GetLayer());
+        BaseNode* node = changed >= 0 ? selection_.GetNode() : nullptr;
         if (node != nullptr) {
             node->OnFramesChanged(camera, changed);
         }
     }
     if (BaseNode* node = BaseNode::GetMaster()) {
         node->CancelActiveStroke();
-        if (m_selection.HasBegun()) {
+        if (selection_.HasBegun()) {
             node->ForceCacheUpdate(camera, node->GetActiveLayerIndex(camera));
         }
         node->RefreshActiveView();
     }
-    m_clipboard.ForgetCreated();
+    clipboard_.ForgetCreated();
 }
 
 // --- the pointer ------------------------------------------------------------------------------------------
@@ -255,14 +254,14 @@ MStatus TransformContext::doDrag(MEvent& event, MHWRender::MUIDrawManager& drawM
 
 MStatus TransformContext::Handle(LegacyHandler handler, MEvent& event,
                                  MHWRender::MUIDrawManager& drawManager) {
-    m_outline.SetDrawManager(&drawManager);
-    const ScopeExit ended([this] { m_outline.SetDrawManager(nullptr); });
+    outline_.SetDrawManager(&drawManager);
+    const ScopeExit ended([this] { outline_.SetDrawManager(nullptr); });
     return (this->*handler)(event);
 }
 
 MStatus TransformContext::doPress(MEvent& event) {
-    m_inputHandler.UpdateActiveViewEventFilter();
-    if (m_stage == TRANSFORM_STAGE) {
+    inputHandler_.UpdateActiveViewEventFilter();
+    if (stage_ == TRANSFORM_STAGE) {
         PressInTransformStage(event, PositionOf(event));
     } else if (BaseNode::GetMaster() != nullptr) {
         PressInSelectStage(PositionOf(event));
@@ -271,10 +270,10 @@ MStatus TransformContext::doPress(MEvent& event) {
 }
 
 MStatus TransformContext::doDrag(MEvent& event) {
-    if (m_invalid || !m_selection.IsInActiveView()) {
+    if (invalid_ || !selection_.IsInActiveView()) {
         return MS::kSuccess;
     }
-    if (m_stage == TRANSFORM_STAGE) {
+    if (stage_ == TRANSFORM_STAGE) {
         DragInTransformStage(event, PositionOf(event));
     } else {
         DragInSelectStage(PositionOf(event));
@@ -283,21 +282,21 @@ MStatus TransformContext::doDrag(MEvent& event) {
 }
 
 MStatus TransformContext::doRelease(MEvent&) {
-    if (m_invalid) {
+    if (invalid_) {
         deleteAction();
         return MS::kFailure;
     }
-    if (m_stage == TRANSFORM_STAGE) {
-        return m_selection.IsInActiveView() ? MS::kSuccess : MS::kFailure;
+    if (stage_ == TRANSFORM_STAGE) {
+        return selection_.IsInActiveView() ? MS::kSuccess : MS::kFailure;
     }
-    BaseNode* node = m_selection.GetNode();
+    BaseNode* node = selection_.GetNode();
     if (node == nullptr) {
         return MS::kSuccess;
     }
     ReorderSelectionPoints();
-    m_selection.Locate(*node);
-    m_outline.Place(m_selection.GetCorners(), !m_selection.IsPoint());
-    SetSelectionOutlineDrawnByNodeEnabled(m_outline.IsShown());
+    selection_.Locate(*node);
+    outline_.Place(selection_.GetCorners(), !selection_.IsPoint());
+    SetSelectionOutlineDrawnByNodeEnabled(outline_.IsShown());
     RefreshView();
     return MS::kSuccess;
 }
@@ -305,22 +304,22 @@ MStatus TransformContext::doRelease(MEvent&) {
 void TransformContext::PressInSelectStage(const QPoint& position) {
     ForgetOutline();
     if (InitializeSelectStage(false)) {
-        m_selection.SetCorners({{position, position, position, position}});
+        selection_.SetCorners({{position, position, position, position}});
         DrawSelectionOutline();
     }
 }
 
 void TransformContext::DragInSelectStage(const QPoint& position) {
-    m_selection.StretchTo(position);
+    selection_.StretchTo(position);
     DrawSelectionOutline();
 }
 
 void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& position) {
     using DragMode = Transformation::DragMode;
-    m_transformation.EndDrag();
-    BaseNode* node = m_selection.GetNode();
-    if (node == nullptr || !m_selection.IsCurrent() || m_selection.FindStroke(*node) == nullptr) {
-        m_invalid = true;
+    transformation_.EndDrag();
+    BaseNode* node = selection_.GetNode();
+    if (node == nullptr || !selection_.IsCurrent() || selection_.FindStroke(*node) == nullptr) {
+        invalid_ = true;
         return;
     }
     MStatus status;
@@ -330,52 +329,51 @@ void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& 
     }
     FollowView(*node);
     if (button == MEvent::kMiddleMouse) {
-        m_transformation.BeginDrag(DragMode::Scale, position);
+        transformation_.BeginDrag(DragMode::Scale, position);
     } else {
-        m_transformation.BeginDrag(event.isModifierShift() ? DragMode::Rotate : DragMode::Translate,
-                                   position);
+        transformation_.BeginDrag(event.isModifierShift() ? DragMode::Rotate : DragMode::Translate, position);
     }
 }
 
 void TransformContext::DragInTransformStage(const MEvent& event, const QPoint& position) {
-    BaseNode* node = m_selection.GetNode();
+    BaseNode* node = selection_.GetNode();
     if (node == nullptr) {
         return;
     }
     const auto offsetInImage = [&](const QPoint& from, const QPoint& to) {
-        return m_selection.OffsetInImage(*node, from, to);
+        return selection_.OffsetInImage(*node, from, to);
     };
-    if (m_transformation.DragTo(position, !event.isModifierShift(), offsetInImage)) {
+    if (transformation_.DragTo(position, !event.isModifierShift(), offsetInImage)) {
         UpdateStroke();
         TransformSelectionOutline();
     }
 }
 
 void TransformContext::ReorderSelectionPoints() {
-    m_selection.Reorder();
+    selection_.Reorder();
 }
 
 void TransformContext::FlipHorizontal() {
-    m_transformation.FlipHorizontal();
+    transformation_.FlipHorizontal();
     UpdateStroke();
 }
 
 void TransformContext::FlipVertical() {
-    m_transformation.FlipVertical();
+    transformation_.FlipVertical();
     UpdateStroke();
 }
 
 void TransformContext::UpdateStroke() {
-    BaseNode* node = m_selection.GetNode();
-    Stroke* stroke = node != nullptr ? m_selection.FindStroke(*node) : nullptr;
+    BaseNode* node = selection_.GetNode();
+    Stroke* stroke = node != nullptr ? selection_.FindStroke(*node) : nullptr;
     if (stroke == nullptr) {
         return;
     }
     if (stroke->freshSelection) {
         // Composing lifts the region, or the pasted image, while the stroke's flags still say which.
-        node->GetFinalImage(m_selection.GetCamera());
+        node->GetFinalImage(selection_.GetCamera());
     }
-    m_transformation.ApplyTo(*stroke);
+    transformation_.ApplyTo(*stroke);
     stroke->freshSelection = false;
     stroke->pasted = false;
     stroke->changed = true;
@@ -385,25 +383,25 @@ void TransformContext::UpdateStroke() {
 // --- menu: transform copy, cut, copy and paste ------------------------------------------------------------
 
 void TransformContext::Transform(bool copy) {
-    if (m_stage != SELECT_STAGE || !BeginSelection()) {
+    if (stage_ != SELECT_STAGE || !BeginSelection()) {
         return;
     }
-    m_clipboard.SetCopy(copy);
+    clipboard_.SetCopy(copy);
     if (!EnterTransformStage(true)) {
-        m_clipboard.SetCopy(false);
+        clipboard_.SetCopy(false);
     } else if (copy) {
         RememberCopiedRectangle(); // pasting now gives the duplicate
     }
 }
 
 void TransformContext::Copy(bool keep) {
-    if (m_stage != SELECT_STAGE || !BeginSelection()) {
+    if (stage_ != SELECT_STAGE || !BeginSelection()) {
         return;
     }
-    m_clipboard.SetCopy(true);
+    clipboard_.SetCopy(true);
     if (!EnterTransformStage(keep)) {
-        m_clipboard.SetCut(false);
-        m_clipboard.SetCopy(false);
+        clipboard_.SetCut(false);
+        clipboard_.SetCopy(false);
         return;
     }
     RememberCopiedRectangle();
@@ -415,20 +413,20 @@ void TransformContext::Copy(bool keep) {
 }
 
 void TransformContext::Cut() {
-    if (m_stage != SELECT_STAGE || !BeginSelection()) {
+    if (stage_ != SELECT_STAGE || !BeginSelection()) {
         return;
     }
-    m_clipboard.SetCut(true);
+    clipboard_.SetCut(true);
     Copy(true);
 }
 
 bool TransformContext::PasteAvailable() const {
     const BaseNode* node = BaseNode::GetMaster();
-    return node != nullptr && m_clipboard.HasCopied() && node->PasteTransformImageAvailable();
+    return node != nullptr && clipboard_.HasCopied() && node->PasteTransformImageAvailable();
 }
 
 void TransformContext::Paste(bool andTransform, const QPoint& position) {
-    if (m_stage != SELECT_STAGE || !PasteAvailable()) {
+    if (stage_ != SELECT_STAGE || !PasteAvailable()) {
         return;
     }
     if (!InitializeSelectStage(true)) {
@@ -436,80 +434,80 @@ void TransformContext::Paste(bool andTransform, const QPoint& position) {
         return;
     }
     // Keeps the size in image pixels; the view may have been zoomed since.
-    const float scale = m_selection.MeasureScale(*BaseNode::GetMaster());
-    const QPoint leftTop(position.x(), m_selection.GetView().portHeight() - position.y());
-    m_selection.SetCorners(m_clipboard.PlaceAt(leftTop, scale));
+    const float scale = selection_.MeasureScale(*BaseNode::GetMaster());
+    const QPoint leftTop(position.x(), selection_.GetView().portHeight() - position.y());
+    selection_.SetCorners(clipboard_.PlaceAt(leftTop, scale));
     completeAction();
-    if (!andTransform && m_stage == TRANSFORM_STAGE) {
+    if (!andTransform && stage_ == TRANSFORM_STAGE) {
         completeAction();
     }
 }
 
 void TransformContext::RememberCopiedRectangle() {
-    const BaseNode* node = m_selection.GetNode();
-    const Layer* layer = node != nullptr ? node->GetActiveLayer(m_selection.GetCamera()) : nullptr;
-    if (layer != nullptr && layer->GetCurrentFrame() != nullptr && m_selection.GetScale() > 0.0f) {
-        m_clipboard.Remember(m_selection.GetCorners(), m_selection.GetScale());
+    const BaseNode* node = selection_.GetNode();
+    const Layer* layer = node != nullptr ? node->GetActiveLayer(selection_.GetCamera()) : nullptr;
+    if (layer != nullptr && layer->GetCurrentFrame() != nullptr && selection_.GetScale() > 0.0f) {
+        clipboard_.Remember(selection_.GetCorners(), selection_.GetScale());
     }
 }
 
 // --- outline ----------------------------------------------------------------------------------------------
 
 void TransformContext::TransformSelectionOutline() {
-    m_outline.Show(m_selection.GetView(), m_transformation.Map(m_selection.GetCorners()));
+    outline_.Show(selection_.GetView(), transformation_.Map(selection_.GetCorners()));
     // In Viewport 2.0 the outline drawn here lasts until the next event; the node's outline stays.
     SetSelectionOutlineDrawnByNodeEnabled(true);
 }
 
 void TransformContext::DrawSelectionOutline() {
-    m_outline.Show(m_selection.GetView(), m_selection.GetCorners());
+    outline_.Show(selection_.GetView(), selection_.GetCorners());
 }
 
 void TransformContext::DrawSelectionOutline(int x0, int y0, int x1, int y1, int x2, int y2, int x3, int y3) {
-    m_outline.Draw(m_selection.GetView(), {{QPoint(x0, y0), QPoint(x1, y1), QPoint(x2, y2), QPoint(x3, y3)}});
+    outline_.Draw(selection_.GetView(), {{QPoint(x0, y0), QPoint(x1, y1), QPoint(x2, y2), QPoint(x3, y3)}});
 }
 
 void TransformContext::SetSelectionOutlineDrawnByNodeEnabled(bool enabled) {
-    BaseNode* node = enabled ? m_selection.GetNode() : BaseNode::GetMaster();
+    BaseNode* node = enabled ? selection_.GetNode() : BaseNode::GetMaster();
     if (node == nullptr) {
         return;
     }
     if (enabled) {
-        m_outline.ShowByNode(*node, m_selection);
+        outline_.ShowByNode(*node, selection_);
     } else {
         node->ClearTransformOutline();
     }
 }
 
 void TransformContext::ForgetOutline() {
-    m_outline.Hide();
+    outline_.Hide();
     SetSelectionOutlineDrawnByNodeEnabled(false);
     RefreshView();
 }
 
 void TransformContext::OnViewDrawn(const M3dView& view) {
-    const bool isShown = m_outline.IsShown() && view.widget() == m_selection.GetView().widget();
-    BaseNode* node = isShown ? m_selection.GetNode() : nullptr;
+    const bool isShown = outline_.IsShown() && view.widget() == selection_.GetView().widget();
+    BaseNode* node = isShown ? selection_.GetNode() : nullptr;
     if (node == nullptr) {
         return;
     }
     if (LocateSelectionAgain(*node)) {
-        m_outline.MoveTo(m_transformation.Map(m_selection.GetCorners()));
+        outline_.MoveTo(transformation_.Map(selection_.GetCorners()));
     }
-    m_outline.DrawAnew(view);
+    outline_.DrawAnew(view);
 }
 
 bool TransformContext::LocateSelectionAgain(BaseNode& node) {
-    if (!m_selection.LocateAgain(node)) {
+    if (!selection_.LocateAgain(node)) {
         return false;
     }
-    m_transformation.SetViewScale(m_selection.GetScale());
+    transformation_.SetViewScale(selection_.GetScale());
     return true;
 }
 
 void TransformContext::FollowView(BaseNode& node) {
-    if (m_selection.FollowActiveView()) {
-        m_outline.Erase();
+    if (selection_.FollowActiveView()) {
+        outline_.Erase();
     }
     if (LocateSelectionAgain(node)) {
         TransformSelectionOutline();

@@ -127,15 +127,15 @@ private:
     /// camera.
     void FollowView(BaseNode& node);
 
-    TransformContextInputHandler m_inputHandler;
-    MCallbackIdArray m_callbacks;
-    int m_stage = SELECT_STAGE;
-    bool m_invalid = false; ///< the pointer does nothing until the tool starts again
+    TransformContextInputHandler inputHandler_;
+    MCallbackIdArray callbacks_;
+    int stage_ = SELECT_STAGE;
+    bool invalid_ = false; ///< the pointer does nothing until the tool starts again
 
-    TransformSelection m_selection;
-    Transformation m_transformation;
-    TransformClipboard m_clipboard;
-    TransformOutline m_outline;
+    TransformSelection selection_;
+    Transformation transformation_;
+    TransformClipboard clipboard_;
+    TransformOutline outline_;
 };
 
 } // namespace vellix

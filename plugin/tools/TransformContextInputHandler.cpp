@@ -11,7 +11,7 @@
 namespace vellix {
 
 void TransformContextInputHandler::SetTransformContext(TransformContext* context) {
-    m_context = context;
+    context_ = context;
 }
 
 void TransformContextInputHandler::SetEventFilterEnabled(bool enabled) {
@@ -60,13 +60,13 @@ QAction* TransformContextInputHandler::AddItem(QMenu& menu, const char* label, S
 }
 
 void TransformContextInputHandler::ShowContextMenu(QPoint position) {
-    if (m_context == nullptr) {
+    if (context_ == nullptr) {
         return;
     }
     using Self = TransformContextInputHandler;
-    m_menuPosition = position;
+    menuPosition_ = position;
     auto* const menu = new QMenu(MQtUtil::mainWindow());
-    if (m_context->GetStage() == TransformContext::TRANSFORM_STAGE) {
+    if (context_->GetStage() == TransformContext::TRANSFORM_STAGE) {
         AddItem(*menu, "Apply Transform", &Self::Apply);
         AddItem(*menu, "Revert Transform", &Self::Revert);
         menu->addSeparator();
@@ -78,7 +78,7 @@ void TransformContextInputHandler::ShowContextMenu(QPoint position) {
         menu->addSeparator();
         AddItem(*menu, "Cut", &Self::Cut);
         AddItem(*menu, "Copy", &Self::Copy);
-        const bool canPaste = m_context->PasteAvailable();
+        const bool canPaste = context_->PasteAvailable();
         AddItem(*menu, "Paste", &Self::Paste)->setEnabled(canPaste);
         AddItem(*menu, "Paste and Transform", &Self::PasteAndTransform)->setEnabled(canPaste);
     }
@@ -88,68 +88,68 @@ void TransformContextInputHandler::ShowContextMenu(QPoint position) {
 }
 
 void TransformContextInputHandler::Transform() {
-    if (m_context != nullptr) {
-        m_context->Transform(false);
+    if (context_ != nullptr) {
+        context_->Transform(false);
     }
 }
 
 void TransformContextInputHandler::TransformCopy() {
-    if (m_context != nullptr) {
-        m_context->Transform(true);
+    if (context_ != nullptr) {
+        context_->Transform(true);
     }
 }
 
 void TransformContextInputHandler::FlipHorizontal() {
-    if (m_context != nullptr) {
-        m_context->FlipHorizontal();
+    if (context_ != nullptr) {
+        context_->FlipHorizontal();
     }
 }
 
 void TransformContextInputHandler::FlipVertical() {
-    if (m_context != nullptr) {
-        m_context->FlipVertical();
+    if (context_ != nullptr) {
+        context_->FlipVertical();
     }
 }
 
 void TransformContextInputHandler::Cut() {
-    if (m_context != nullptr) {
-        m_context->Cut();
+    if (context_ != nullptr) {
+        context_->Cut();
     }
 }
 
 void TransformContextInputHandler::Copy() {
-    if (m_context != nullptr) {
-        m_context->Copy(false);
+    if (context_ != nullptr) {
+        context_->Copy(false);
     }
 }
 
 void TransformContextInputHandler::Paste() {
-    if (m_context != nullptr) {
-        m_context->Paste(false, m_menuPosition);
+    if (context_ != nullptr) {
+        context_->Paste(false, menuPosition_);
     }
 }
 
 void TransformContextInputHandler::PasteAndTransform() {
-    if (m_context != nullptr) {
-        m_context->Paste(true, m_menuPosition);
+    if (context_ != nullptr) {
+        context_->Paste(true, menuPosition_);
     }
 }
 
 void TransformContextInputHandler::Apply() {
-    if (m_context != nullptr) {
-        m_context->completeAction();
+    if (context_ != nullptr) {
+        context_->completeAction();
     }
 }
 
 void TransformContextInputHandler::Revert() {
-    if (m_context != nullptr) {
-        m_context->deleteAction();
+    if (context_ != nullptr) {
+        context_->deleteAction();
     }
 }
 
 void TransformContextInputHandler::Cancel() {
-    if (m_context != nullptr) {
-        m_context->abortAction();
+    if (context_ != nullptr) {
+        context_->abortAction();
     }
 }
 

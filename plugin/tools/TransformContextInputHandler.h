@@ -49,8 +49,8 @@ private:
 
     QAction* AddItem(QMenu& menu, const char* label, Slot slot);
 
-    TransformContext* m_context = nullptr;
-    QPoint m_menuPosition;
+    TransformContext* context_ = nullptr;
+    QPoint menuPosition_;
 };
 
 } // namespace vellix

@@ -54,29 +54,29 @@ void TransformOutline::Show(const M3dView& view, const Corners& corners) {
 }
 
 void TransformOutline::Place(const Corners& corners, bool shown) {
-    m_corners = corners;
-    m_shown = shown;
+    corners_ = corners;
+    shown_ = shown;
 }
 
 void TransformOutline::Hide() {
     Erase();
-    m_shown = false;
+    shown_ = false;
 }
 
 void TransformOutline::Erase() {
-    if (m_drawn && IsLegacy(m_drawnView)) {
-        Draw(m_drawnView, m_drawnCorners);
+    if (drawn_ && IsLegacy(drawnView_)) {
+        Draw(drawnView_, drawnCorners_);
     }
-    m_drawn = false;
+    drawn_ = false;
 }
 
 void TransformOutline::Forget() {
-    m_shown = m_drawn = false;
+    shown_ = drawn_ = false;
 }
 
 void TransformOutline::Draw(const M3dView& view, const Corners& corners) {
-    if (m_drawManager != nullptr) {
-        DrawLines(*m_drawManager, corners);
+    if (drawManager_ != nullptr) {
+        DrawLines(*drawManager_, corners);
         return;
     }
     M3dView drawnView = view;
@@ -87,9 +87,9 @@ void TransformOutline::Draw(const M3dView& view, const Corners& corners) {
     drawnView.setDrawColor(MColor(0.0f, inversion, 0.0f));
     DrawLoop(corners);
     drawnView.endXorDrawing();
-    m_drawn = !m_drawn;
-    m_drawnView = drawnView;
-    m_drawnCorners = corners;
+    drawn_ = !drawn_;
+    drawnView_ = drawnView;
+    drawnCorners_ = corners;
 }
 
 void TransformOutline::DrawAnew(const M3dView& view) {
@@ -101,14 +101,14 @@ void TransformOutline::DrawAnew(const M3dView& view) {
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
     glLineWidth(1.0f);
     glColor3ub(0, OUTLINE_INVERSION, 0);
-    DrawLoop(m_corners);
-    m_drawn = true;
-    m_drawnView = view;
-    m_drawnCorners = m_corners;
+    DrawLoop(corners_);
+    drawn_ = true;
+    drawnView_ = view;
+    drawnCorners_ = corners_;
 }
 
 void TransformOutline::ShowByNode(BaseNode& node, TransformSelection& selection) const {
-    Corners right = m_corners;
+    Corners right = corners_;
     for (QPoint& corner : right) {
         corner += QPoint(1, 0); // the node's outline lies one view pixel to the right
     }

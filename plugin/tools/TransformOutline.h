@@ -17,16 +17,16 @@ public:
     using Corners = TransformSelection::Corners;
 
     /// Sets the draw manager of a Viewport 2.0 event, borrowed until the event ends; null for none.
-    void SetDrawManager(MHWRender::MUIDrawManager* drawManager) { m_drawManager = drawManager; }
+    void SetDrawManager(MHWRender::MUIDrawManager* drawManager) { drawManager_ = drawManager; }
 
     /// Returns whether an outline is shown.
-    bool IsShown() const { return m_shown; }
+    bool IsShown() const { return shown_; }
     /// Draws the outline at the corners, in view pixels, and removes the one before.
     void Show(const M3dView& view, const Corners& corners);
     /// Sets the outline for the next draw of the view, without drawing it now.
     void Place(const Corners& corners, bool shown);
     /// Moves a shown outline at the next draw of the view.
-    void MoveTo(const Corners& corners) { m_corners = corners; }
+    void MoveTo(const Corners& corners) { corners_ = corners; }
     /// Removes the outline. An outline shown by the node stays.
     void Hide();
     /// Removes the outline from the legacy viewport until it is drawn again.
@@ -42,14 +42,14 @@ public:
     void ShowByNode(BaseNode& node, TransformSelection& selection) const;
 
 private:
-    Corners m_corners{};
-    bool m_shown = false;
-    MHWRender::MUIDrawManager* m_drawManager = nullptr;
+    Corners corners_{};
+    bool shown_ = false;
+    MHWRender::MUIDrawManager* drawManager_ = nullptr;
 
     // The state of the legacy viewport.
-    bool m_drawn = false;
-    M3dView m_drawnView;
-    Corners m_drawnCorners{};
+    bool drawn_ = false;
+    M3dView drawnView_;
+    Corners drawnCorners_{};
 };
 
 } // namespace vellix

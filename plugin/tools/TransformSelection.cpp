@@ -14,22 +14,22 @@ namespace vellix {
 // --- camera, layer and frame ------------------------------------------------------------------------------
 
 void TransformSelection::Forget() {
-    m_camera.clear();
-    m_corners.fill(QPoint());
+    camera_.clear();
+    corners_.fill(QPoint());
 }
 
 void TransformSelection::Begin(const BaseNode& node) {
-    m_corners.fill(QPoint());
-    m_placement = Placement();
-    m_frame = MayaUtil::GetPlaybackTimeValue();
-    m_view = M3dView::active3dView();
-    m_camera = MayaUtil::GetCameraName(m_view);
-    m_layers = node.GetLayerManager();
+    corners_.fill(QPoint());
+    placement_ = Placement();
+    frame_ = MayaUtil::GetPlaybackTimeValue();
+    view_ = M3dView::active3dView();
+    camera_ = MayaUtil::GetCameraName(view_);
+    layers_ = node.GetLayerManager();
 }
 
 bool TransformSelection::TakeActiveLayer(const BaseNode& node) {
-    m_layer = node.GetActiveLayer(m_camera);
-    return m_layer != nullptr;
+    layer_ = node.GetActiveLayer(camera_);
+    return layer_ != nullptr;
 }
 
 BaseNode* TransformSelection::GetNode() const {
@@ -39,30 +39,30 @@ BaseNode* TransformSelection::GetNode() const {
 }
 
 Stroke* TransformSelection::FindStroke(BaseNode& node) const {
-    Stroke* stroke = node.HasActiveStroke() ? node.GetActiveStroke(m_camera, false) : nullptr;
+    Stroke* stroke = node.HasActiveStroke() ? node.GetActiveStroke(camera_, false) : nullptr;
     return stroke != nullptr && stroke->tool == ToolType::Transform ? stroke : nullptr;
 }
 
 bool TransformSelection::IsInActiveView() const {
-    return HasBegun() && MayaUtil::GetActive3dViewCameraName() == m_camera;
+    return HasBegun() && MayaUtil::GetActive3dViewCameraName() == camera_;
 }
 
 bool TransformSelection::IsCurrent() const {
     const BaseNode* node = GetNode();
-    return node != nullptr && IsInActiveView() && MayaUtil::GetPlaybackTimeValue() == m_frame &&
-           node->GetActiveLayer(m_camera) == m_layer;
+    return node != nullptr && IsInActiveView() && MayaUtil::GetPlaybackTimeValue() == frame_ &&
+           node->GetActiveLayer(camera_) == layer_;
 }
 
 // --- rectangle --------------------------------------------------------------------------------------------
 
 void TransformSelection::StretchTo(const QPoint& position) {
-    m_corners[1].setY(position.y());
-    m_corners[2] = position;
-    m_corners[3].setX(position.x());
+    corners_[1].setY(position.y());
+    corners_[2] = position;
+    corners_[3].setX(position.x());
 }
 
 void TransformSelection::Reorder() {
-    Corners& p = m_corners;
+    Corners& p = corners_;
     if (p[2].x() < p[0].x()) {
         std::swap(p[0].rx(), p[3].rx());
         std::swap(p[1].rx(), p[2].rx());
@@ -74,15 +74,15 @@ void TransformSelection::Reorder() {
 }
 
 void TransformSelection::Locate(BaseNode& node) {
-    m_placement = FindPlacement(node);
-    m_region = QRect(node.ScreenCoordsToTexCoords(m_corners[0]), node.ScreenCoordsToTexCoords(m_corners[2]));
+    placement_ = FindPlacement(node);
+    region_ = QRect(node.ScreenCoordsToTexCoords(corners_[0]), node.ScreenCoordsToTexCoords(corners_[2]));
 }
 
 void TransformSelection::SelectAll(BaseNode& node) {
     // The region deliberately ends two pixels before the far edges.
     constexpr int last = Settings::FINAL_IMAGE_WIDTH - 2;
-    m_region = QRect(QPoint(0, 0), QPoint(last, last));
-    m_placement = FindPlacement(node);
+    region_ = QRect(QPoint(0, 0), QPoint(last, last));
+    placement_ = FindPlacement(node);
     EncloseRegion(node);
 }
 
@@ -94,25 +94,25 @@ float TransformSelection::MeasureScale(BaseNode& node) {
 
 bool TransformSelection::LocateAgain(BaseNode& node) {
     const Placement placement = FindPlacement(node);
-    if (m_placement.scale <= 0.0f || placement == m_placement) {
+    if (placement_.scale <= 0.0f || placement == placement_) {
         return false;
     }
-    m_placement = placement;
+    placement_ = placement;
     EncloseRegion(node);
     return true;
 }
 
 bool TransformSelection::FollowActiveView() {
     const M3dView active = M3dView::active3dView();
-    if (!IsInActiveView() || active.widget() == m_view.widget()) {
+    if (!IsInActiveView() || active.widget() == view_.widget()) {
         return false;
     }
-    m_view = active;
+    view_ = active;
     return true;
 }
 
 TransformSelection::Corners TransformSelection::InImage(BaseNode& node, const Corners& points) {
-    node.UpdateOverlayValues(m_view);
+    node.UpdateOverlayValues(view_);
     Corners pixels{};
     for (size_t corner = 0; corner < points.size(); ++corner) {
         pixels[corner] = node.ScreenCoordsToTexCoords(points[corner]);
@@ -121,12 +121,12 @@ TransformSelection::Corners TransformSelection::InImage(BaseNode& node, const Co
 }
 
 QPoint TransformSelection::OffsetInImage(BaseNode& node, const QPoint& from, const QPoint& to) {
-    node.UpdateOverlayValues(m_view);
+    node.UpdateOverlayValues(view_);
     return node.ScreenCoordsToTexCoords(to) - node.ScreenCoordsToTexCoords(from);
 }
 
 TransformSelection::Placement TransformSelection::FindPlacement(BaseNode& node) {
-    node.UpdateOverlayValues(m_view);
+    node.UpdateOverlayValues(view_);
     const MPoint center = node.GetOverlayCenter();
     return {center.x, center.y, node.TextureToScreenScale()};
 }
@@ -137,8 +137,8 @@ void TransformSelection::EncloseRegion(const BaseNode& node) {
         const MPoint point = node.TexCoordsToScreenCoords(pixel);
         return QPoint(qRound(point.x), qRound(point.y));
     };
-    m_corners = {{corner(m_region.topLeft()), corner(m_region.bottomLeft()), corner(m_region.bottomRight()),
-                  corner(m_region.topRight())}};
+    corners_ = {{corner(region_.topLeft()), corner(region_.bottomLeft()), corner(region_.bottomRight()),
+                 corner(region_.topRight())}};
 }
 
 } // namespace vellix

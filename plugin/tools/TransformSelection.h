@@ -32,14 +32,14 @@ public:
     /// Selects in the camera's active layer. Returns false if there is none.
     bool TakeActiveLayer(const BaseNode& node);
 
-    bool HasBegun() const { return !m_camera.isEmpty(); }
+    bool HasBegun() const { return !camera_.isEmpty(); }
     /// Empty until a selection begins.
-    const QString& GetCamera() const { return m_camera; }
-    M3dView& GetView() { return m_view; }
+    const QString& GetCamera() const { return camera_; }
+    M3dView& GetView() { return view_; }
     /// The drawing selected in; null once it is gone.
-    std::shared_ptr<LayerManager> GetLayers() const { return m_layers.lock(); }
+    std::shared_ptr<LayerManager> GetLayers() const { return layers_.lock(); }
     /// For comparison only: the layer may be gone.
-    const Layer* GetLayer() const { return m_layer; }
+    const Layer* GetLayer() const { return layer_; }
 
     /// The node that holds the selection; null once it is gone or no longer the master.
     BaseNode* GetNode() const;
@@ -50,23 +50,23 @@ public:
     /// Returns whether the active view, the frame and the active layer are still those of the selection.
     bool IsCurrent() const;
 
-    const Corners& GetCorners() const { return m_corners; }
-    void SetCorners(const Corners& corners) { m_corners = corners; }
+    const Corners& GetCorners() const { return corners_; }
+    void SetCorners(const Corners& corners) { corners_ = corners; }
     /// Moves the corner opposite the pressed one to `position`.
     void StretchTo(const QPoint& position);
     /// Makes the first corner the top left one.
     void Reorder();
-    bool IsPoint() const { return m_corners[0] == m_corners[2]; }
+    bool IsPoint() const { return corners_[0] == corners_[2]; }
 
     /// Sets the region to the part of the image that the corners enclose.
     void Locate(BaseNode& node);
     /// Sets the region to the whole image, and the corners around it.
     void SelectAll(BaseNode& node);
     /// The region in image pixels, edges included.
-    const QRect& GetRegion() const { return m_region; }
+    const QRect& GetRegion() const { return region_; }
 
     /// View pixels per image pixel when the region was last located; 0 before.
-    float GetScale() const { return m_placement.scale; }
+    float GetScale() const { return placement_.scale; }
     /// View pixels per image pixel in the view now.
     float MeasureScale(BaseNode& node);
     /// Moves the corners back to the region if the view was panned, zoomed or resized. Returns whether it
@@ -94,14 +94,14 @@ private:
     Placement FindPlacement(BaseNode& node);
     void EncloseRegion(const BaseNode& node);
 
-    M3dView m_view;
-    QString m_camera;
-    std::weak_ptr<LayerManager> m_layers;
-    const Layer* m_layer = nullptr;
-    int m_frame = 0; ///< playback frame
-    Corners m_corners{};
-    QRect m_region;
-    Placement m_placement;
+    M3dView view_;
+    QString camera_;
+    std::weak_ptr<LayerManager> layers_;
+    const Layer* layer_ = nullptr;
+    int frame_ = 0; ///< playback frame
+    Corners corners_{};
+    QRect region_;
+    Placement placement_;
 };
 
 } // namespace vellix

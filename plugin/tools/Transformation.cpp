@@ -19,24 +19,24 @@ constexpr float SCALE_PER_PIXEL = 0.0001f;
 void Transformation::Reset() {
     const Transformation before = *this;
     *this = Transformation();
-    m_flipHorizontal = before.m_flipHorizontal;
-    m_flipVertical = before.m_flipVertical;
+    flipHorizontal_ = before.flipHorizontal_;
+    flipVertical_ = before.flipVertical_;
 }
 
 void Transformation::BeginDrag(DragMode mode, const QPoint& position) {
-    m_dragMode = mode;
+    dragMode_ = mode;
     const auto x = static_cast<float>(position.x());
     const auto y = static_cast<float>(position.y());
     switch (mode) {
     case DragMode::Translate:
-        m_translateAnchor = position - m_moveOffset;
+        translateAnchor_ = position - moveOffset_;
         break;
     case DragMode::Rotate:
-        m_rotateAnchor = x - m_rotation;
+        rotateAnchor_ = x - rotation_;
         break;
     case DragMode::Scale:
-        m_scaleAnchorX = x - m_scaleX;
-        m_scaleAnchorY = y - m_scaleY;
+        scaleAnchorX_ = x - scaleX_;
+        scaleAnchorY_ = y - scaleY_;
         break;
     case DragMode::None:
         break;
@@ -44,13 +44,13 @@ void Transformation::BeginDrag(DragMode mode, const QPoint& position) {
 }
 
 bool Transformation::DragTo(const QPoint& position, bool uniform, const OffsetInImage& offsetInImage) {
-    switch (m_dragMode) {
+    switch (dragMode_) {
     case DragMode::Translate:
-        m_moveOffset = position - m_translateAnchor;
-        m_translation = offsetInImage(m_translateAnchor, position);
+        moveOffset_ = position - translateAnchor_;
+        translation_ = offsetInImage(translateAnchor_, position);
         return true;
     case DragMode::Rotate:
-        m_rotation = static_cast<float>(position.x()) - m_rotateAnchor;
+        rotation_ = static_cast<float>(position.x()) - rotateAnchor_;
         return true;
     case DragMode::Scale:
         Scale(position, uniform);
@@ -62,38 +62,38 @@ bool Transformation::DragTo(const QPoint& position, bool uniform, const OffsetIn
 }
 
 void Transformation::Scale(const QPoint& position, bool uniform) {
-    m_scaleX += (static_cast<float>(position.x()) - m_scaleAnchorX) * SCALE_PER_PIXEL;
-    m_scaleY =
-        uniform ? m_scaleX : m_scaleY + (static_cast<float>(position.y()) - m_scaleAnchorY) * SCALE_PER_PIXEL;
-    m_scaleX = std::max(m_scaleX, SMALLEST_SCALE);
-    m_scaleY = std::max(m_scaleY, SMALLEST_SCALE);
+    scaleX_ += (static_cast<float>(position.x()) - scaleAnchorX_) * SCALE_PER_PIXEL;
+    scaleY_ =
+        uniform ? scaleX_ : scaleY_ + (static_cast<float>(position.y()) - scaleAnchorY_) * SCALE_PER_PIXEL;
+    scaleX_ = std::max(scaleX_, SMALLEST_SCALE);
+    scaleY_ = std::max(scaleY_, SMALLEST_SCALE);
 }
 
 void Transformation::SetViewScale(float scale) {
-    m_moveOffset = QPoint(qRound(static_cast<float>(m_translation.x()) * scale),
-                          -qRound(static_cast<float>(m_translation.y()) * scale));
+    moveOffset_ = QPoint(qRound(static_cast<float>(translation_.x()) * scale),
+                         -qRound(static_cast<float>(translation_.y()) * scale));
 }
 
 Transformation::Corners Transformation::Map(const Corners& corners) const {
     const QPoint center((corners[0].x() + corners[2].x()) / 2, (corners[0].y() + corners[2].y()) / 2);
     QTransform matrix;
     matrix.translate(center.x(), center.y());
-    matrix.rotate(static_cast<double>(-m_rotation));
-    matrix.scale(static_cast<double>(m_scaleX), static_cast<double>(m_scaleY));
+    matrix.rotate(static_cast<double>(-rotation_));
+    matrix.scale(static_cast<double>(scaleX_), static_cast<double>(scaleY_));
     matrix.translate(-center.x(), -center.y());
     Corners mapped = corners;
     for (QPoint& corner : mapped) {
-        corner = matrix.map(corner) + m_moveOffset;
+        corner = matrix.map(corner) + moveOffset_;
     }
     return mapped;
 }
 
 void Transformation::ApplyTo(Stroke& stroke) const {
-    stroke.offsetX = m_translation.x();
-    stroke.offsetY = m_translation.y();
-    stroke.rotation = m_rotation;
-    stroke.scaleX = static_cast<double>(m_flipHorizontal ? -m_scaleX : m_scaleX);
-    stroke.scaleY = static_cast<double>(m_flipVertical ? -m_scaleY : m_scaleY);
+    stroke.offsetX = translation_.x();
+    stroke.offsetY = translation_.y();
+    stroke.rotation = rotation_;
+    stroke.scaleX = static_cast<double>(flipHorizontal_ ? -scaleX_ : scaleX_);
+    stroke.scaleY = static_cast<double>(flipVertical_ ? -scaleY_ : scaleY_);
 }
 
 } // namespace vellix

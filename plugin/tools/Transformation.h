@@ -24,11 +24,11 @@ public:
     void Reset();
 
     void BeginDrag(DragMode mode, const QPoint& position);
-    void EndDrag() { m_dragMode = DragMode::None; }
+    void EndDrag() { dragMode_ = DragMode::None; }
     /// Follows the pointer. `uniform` keeps both scales equal. Returns false when no drag is in progress.
     bool DragTo(const QPoint& position, bool uniform, const OffsetInImage& offsetInImage);
-    void FlipHorizontal() { m_flipHorizontal = !m_flipHorizontal; }
-    void FlipVertical() { m_flipVertical = !m_flipVertical; }
+    void FlipHorizontal() { flipHorizontal_ = !flipHorizontal_; }
+    void FlipVertical() { flipVertical_ = !flipVertical_; }
 
     /// Recomputes the translation in view pixels for a view of the given scale (view pixels per image pixel).
     void SetViewScale(float scale);
@@ -40,19 +40,19 @@ public:
 private:
     void Scale(const QPoint& position, bool uniform);
 
-    QPoint m_translation;    ///< image pixels
-    QPoint m_moveOffset;     ///< the translation in view pixels
-    float m_rotation = 0.0f; ///< degrees, clockwise as seen
-    float m_scaleX = 1.0f;
-    float m_scaleY = 1.0f;
-    bool m_flipHorizontal = false;
-    bool m_flipVertical = false;
+    QPoint translation_;    ///< image pixels
+    QPoint moveOffset_;     ///< the translation in view pixels
+    float rotation_ = 0.0f; ///< degrees, clockwise as seen
+    float scaleX_ = 1.0f;
+    float scaleY_ = 1.0f;
+    bool flipHorizontal_ = false;
+    bool flipVertical_ = false;
 
-    DragMode m_dragMode = DragMode::None;
-    QPoint m_translateAnchor;
-    float m_rotateAnchor = 0.0f;
-    float m_scaleAnchorX = 0.0f;
-    float m_scaleAnchorY = 0.0f;
+    DragMode dragMode_ = DragMode::None;
+    QPoint translateAnchor_;
+    float rotateAnchor_ = 0.0f;
+    float scaleAnchorX_ = 0.0f;
+    float scaleAnchorY_ = 0.0f;
 };
 
 } // namespace vellix

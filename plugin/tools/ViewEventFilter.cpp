@@ -26,39 +26,39 @@ void ViewEventFilter::UpdateActiveViewEventFilter() {
         return;
     }
     widget->installEventFilter(this);
-    m_views.removeAll(QPointer<QWidget>()); // drop closed views
-    m_views.append(widget);
+    views_.removeAll(QPointer<QWidget>()); // drop closed views
+    views_.append(widget);
 }
 
 void ViewEventFilter::InstallEventFilters() {
     RemoveEventFilters();
-    m_backslashHeld = false;
-    m_mainWindow = MQtUtil::mainWindow();
-    if (m_mainWindow != nullptr) {
-        m_mainWindow->installEventFilter(this);
+    backslashHeld_ = false;
+    mainWindow_ = MQtUtil::mainWindow();
+    if (mainWindow_ != nullptr) {
+        mainWindow_->installEventFilter(this);
     }
     UpdateActiveViewEventFilter();
 }
 
 void ViewEventFilter::RemoveEventFilters() {
-    if (m_mainWindow != nullptr) {
-        m_mainWindow->removeEventFilter(this);
+    if (mainWindow_ != nullptr) {
+        mainWindow_->removeEventFilter(this);
     }
-    m_mainWindow.clear();
-    for (const QPointer<QWidget>& view : m_views) {
+    mainWindow_.clear();
+    for (const QPointer<QWidget>& view : views_) {
         if (view != nullptr) {
             view->removeEventFilter(this);
         }
     }
-    m_views.clear();
+    views_.clear();
 }
 
 bool ViewEventFilter::IsMainWindow(const QObject* watched) const {
-    return watched != nullptr && watched == m_mainWindow;
+    return watched != nullptr && watched == mainWindow_;
 }
 
 bool ViewEventFilter::IsWatchedView(const QObject* watched) const {
-    for (const QPointer<QWidget>& view : m_views) {
+    for (const QPointer<QWidget>& view : views_) {
         if (watched != nullptr && watched == view) {
             return true;
         }
@@ -69,16 +69,16 @@ bool ViewEventFilter::IsWatchedView(const QObject* watched) const {
 void ViewEventFilter::TrackBackslash(const QKeyEvent& event) {
     // Auto-repeat sends release and press events for a key that is still held.
     if (event.key() == Qt::Key_Backslash && !event.isAutoRepeat()) {
-        m_backslashHeld = event.type() == QEvent::KeyPress;
+        backslashHeld_ = event.type() == QEvent::KeyPress;
     }
 }
 
 bool ViewEventFilter::IsBackslashHeld() const {
-    return m_backslashHeld;
+    return backslashHeld_;
 }
 
 void ViewEventFilter::ForgetHeldKeys() {
-    m_backslashHeld = false;
+    backslashHeld_ = false;
 }
 
 bool ViewEventFilter::IsPlainRightPress(const QMouseEvent& event) {

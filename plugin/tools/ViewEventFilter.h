@@ -52,9 +52,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    QPointer<QWidget> m_mainWindow;
-    QList<QPointer<QWidget>> m_views;
-    bool m_backslashHeld = false;
+    QPointer<QWidget> mainWindow_;
+    QList<QPointer<QWidget>> views_;
+    bool backslashHeld_ = false;
 };
 
 } // namespace vellix

@@ -20,19 +20,19 @@ const int HEADER_HEIGHT = 20;
 
 CameraLayerList::CameraLayerList(QWidget* parent)
     : QWidget(parent)
-    , m_header(new ElidedLabel(this))
-    , m_itemLayout(new QVBoxLayout) {
-    m_header->setContentsMargins(5, 0, 5, 0);
-    m_header->setAutoFillBackground(true);
-    m_header->setBackgroundRole(QPalette::Button);
-    m_header->setForegroundRole(QPalette::ButtonText);
-    m_itemLayout->setContentsMargins(0, 0, 0, 0);
-    m_itemLayout->setSpacing(0);
+    , header_(new ElidedLabel(this))
+    , itemLayout_(new QVBoxLayout) {
+    header_->setContentsMargins(5, 0, 5, 0);
+    header_->setAutoFillBackground(true);
+    header_->setBackgroundRole(QPalette::Button);
+    header_->setForegroundRole(QPalette::ButtonText);
+    itemLayout_->setContentsMargins(0, 0, 0, 0);
+    itemLayout_->setSpacing(0);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_header);
-    layout->addLayout(m_itemLayout);
+    layout->addWidget(header_);
+    layout->addLayout(itemLayout_);
     FitHeader();
     SetCameraName(QStringLiteral("unknownCamera"));
 }
@@ -40,8 +40,8 @@ CameraLayerList::CameraLayerList(QWidget* parent)
 void CameraLayerList::FitHeader() {
     QFont bold = font();
     bold.setBold(true);
-    m_header->setFont(bold);
-    m_header->setFixedHeight(qMax(HEADER_HEIGHT, QFontMetrics(bold).height() + 3));
+    header_->setFont(bold);
+    header_->setFixedHeight(qMax(HEADER_HEIGHT, QFontMetrics(bold).height() + 3));
 }
 
 void CameraLayerList::changeEvent(QEvent* event) {
@@ -52,21 +52,21 @@ void CameraLayerList::changeEvent(QEvent* event) {
 }
 
 void CameraLayerList::SetCameraName(const QString& name) {
-    m_camera = name;
-    m_header->setText(name);
+    camera_ = name;
+    header_->setText(name);
 }
 
 void CameraLayerList::Fill(const QList<LayerManagerRow>& rows) {
-    while (m_items.size() > rows.size()) {
-        LayerItem* const item = m_items.takeLast();
-        m_itemLayout->removeWidget(item);
+    while (items_.size() > rows.size()) {
+        LayerItem* const item = items_.takeLast();
+        itemLayout_->removeWidget(item);
         item->hide();
         // One of the item's own buttons may be handling a click.
         item->deleteLater();
     }
     for (int i = 0; i < rows.size(); ++i) {
-        if (i < m_items.size()) {
-            m_items[i]->Show(rows[i]);
+        if (i < items_.size()) {
+            items_[i]->Show(rows[i]);
         } else {
             AppendLayer(rows[i]);
         }
@@ -74,17 +74,17 @@ void CameraLayerList::Fill(const QList<LayerManagerRow>& rows) {
 }
 
 void CameraLayerList::AppendLayer(const LayerManagerRow& row) {
-    auto* const item = new LayerItem(m_camera, m_items.size(), this);
+    auto* const item = new LayerItem(camera_, items_.size(), this);
     item->Show(row);
     connect(item, &LayerItem::Focused, this, &CameraLayerList::ItemFocused);
-    m_items.append(item);
-    m_itemLayout->insertWidget(0, item);
+    items_.append(item);
+    itemLayout_->insertWidget(0, item);
     // The layout would show the item only later and leave no room for it until then.
     item->show();
 }
 
 void CameraLayerList::contextMenuEvent(QContextMenuEvent* event) {
-    const QString camera = m_camera;
+    const QString camera = camera_;
     auto* const menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,

@@ -18,7 +18,7 @@ class CameraLayerList : public QWidget {
 public:
     explicit CameraLayerList(QWidget* parent = nullptr);
 
-    const QString& GetCameraName() const { return m_camera; }
+    const QString& GetCameraName() const { return camera_; }
     void SetCameraName(const QString& name);
 
     /// Shows these layers, given in stack order. Updates existing rows, and adds or removes rows only as
@@ -28,7 +28,7 @@ public:
     void AppendLayer(const LayerManagerRow& row);
 
     /// The items by layer index; owned by this list.
-    const QList<LayerItem*>& Items() const { return m_items; }
+    const QList<LayerItem*>& Items() const { return items_; }
 
 Q_SIGNALS:
     void ItemFocused(LayerItem* item);
@@ -40,10 +40,10 @@ protected:
 private:
     void FitHeader();
 
-    QString m_camera;
-    ElidedLabel* m_header;
-    QVBoxLayout* m_itemLayout;
-    QList<LayerItem*> m_items;
+    QString camera_;
+    ElidedLabel* header_;
+    QVBoxLayout* itemLayout_;
+    QList<LayerItem*> items_;
 };
 
 } // namespace vellix

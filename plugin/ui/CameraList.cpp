@@ -20,12 +20,12 @@ struct CameraList::Place {
 
 CameraList::CameraList(QWidget* parent)
     : QScrollArea(parent)
-    , m_content(new QWidget)
-    , m_layout(new QVBoxLayout(m_content)) {
-    m_layout->setContentsMargins(0, 0, 0, 0);
-    m_layout->setSpacing(2);
-    m_layout->addStretch(1);
-    setWidget(m_content);
+    , content_(new QWidget)
+    , layout_(new QVBoxLayout(content_)) {
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setSpacing(2);
+    layout_->addStretch(1);
+    setWidget(content_);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // The rows take the keyboard focus, not the list.
@@ -44,13 +44,13 @@ void CameraList::Fill(const QList<LayerManagerRow>& rows, const QString& activeC
     setUpdatesEnabled(false);
     FillSections(rows);
     LayerItem* const active = FindItem(activeCamera, activeIndex);
-    if (m_active != nullptr && m_active != active) {
-        m_active->SetActive(false);
+    if (active_ != nullptr && active_ != active) {
+        active_->SetActive(false);
     }
     if (active != nullptr) {
         active->SetActive(true);
     }
-    m_active = active;
+    active_ = active;
     LayOut();
     RestoreTopmost(topmost);
     RestoreFocus(focused);
@@ -58,8 +58,8 @@ void CameraList::Fill(const QList<LayerManagerRow>& rows, const QString& activeC
 }
 
 void CameraList::FillSections(const QList<LayerManagerRow>& rows) {
-    QList<CameraLayerList*> old = m_sections;
-    m_sections.clear();
+    QList<CameraLayerList*> old = sections_;
+    sections_.clear();
     for (int first = 0; first < rows.size();) {
         const QString camera = rows[first].camera;
         QList<LayerManagerRow> layers;
@@ -67,14 +67,14 @@ void CameraList::FillSections(const QList<LayerManagerRow>& rows) {
             layers.append(rows[first]);
         }
         CameraLayerList* const section = TakeSection(camera, old);
-        if (m_layout->indexOf(section) != m_sections.size()) {
-            m_layout->insertWidget(m_sections.size(), section);
+        if (layout_->indexOf(section) != sections_.size()) {
+            layout_->insertWidget(sections_.size(), section);
         }
-        m_sections.append(section);
+        sections_.append(section);
         section->Fill(layers);
     }
     for (CameraLayerList* const section : old) {
-        m_layout->removeWidget(section);
+        layout_->removeWidget(section);
         section->hide();
         section->deleteLater();
     }
@@ -86,7 +86,7 @@ CameraLayerList* CameraList::TakeSection(const QString& camera, QList<CameraLaye
             return from.takeAt(i);
         }
     }
-    auto* const section = new CameraLayerList(m_content);
+    auto* const section = new CameraLayerList(content_);
     section->SetCameraName(camera);
     connect(section, &CameraLayerList::ItemFocused, this, &CameraList::SetTabStop);
     return section;
@@ -94,22 +94,22 @@ CameraLayerList* CameraList::TakeSection(const QString& camera, QList<CameraLaye
 
 /// Lays the rows out now, not in the event loop: places are restored before anything is painted.
 void CameraList::LayOut() {
-    for (CameraLayerList* const section : m_sections) {
+    for (CameraLayerList* const section : sections_) {
         section->show();
         section->layout()->activate();
     }
-    m_layout->activate();
+    layout_->activate();
     QEvent request(QEvent::LayoutRequest);
     QCoreApplication::sendEvent(this, &request);
 }
 
 LayerItem* CameraList::GetActive() const {
-    return m_active;
+    return active_;
 }
 
 void CameraList::RevealActive() {
-    if (m_active != nullptr) {
-        ensureWidgetVisible(m_active.data(), 0, 0);
+    if (active_ != nullptr) {
+        ensureWidgetVisible(active_.data(), 0, 0);
     }
 }
 
@@ -122,7 +122,7 @@ void CameraList::UpdateColors() {
 // --- finding layers ---------------------------------------------------------------------------------------
 
 LayerItem* CameraList::FindItem(const QString& camera, int index) const {
-    for (const CameraLayerList* const section : m_sections) {
+    for (const CameraLayerList* const section : sections_) {
         if (section->GetCameraName() == camera) {
             return section->Items().value(index, nullptr);
         }
@@ -147,7 +147,7 @@ LayerItem* CameraList::FindNamed(const QString& camera, const QString& name) con
 
 QList<LayerItem*> CameraList::ItemsFromTop() const {
     QList<LayerItem*> items;
-    for (const CameraLayerList* const section : m_sections) {
+    for (const CameraLayerList* const section : sections_) {
         for (int i = section->Items().size() - 1; i >= 0; --i) {
             items.append(section->Items()[i]);
         }
@@ -198,8 +198,8 @@ CameraList::Place CameraList::FindFocused() const {
 void CameraList::RestoreFocus(const Place& place) {
     const QList<LayerItem*> items = ItemsFromTop();
     if (place.name.isEmpty()) {
-        if (!items.contains(m_tabStop) || m_active != nullptr) {
-            SetTabStop(m_active != nullptr ? m_active.data() : items.value(0, nullptr));
+        if (!items.contains(tabStop_) || active_ != nullptr) {
+            SetTabStop(active_ != nullptr ? active_.data() : items.value(0, nullptr));
         }
         return;
     }
@@ -219,16 +219,16 @@ void CameraList::RestoreFocus(const Place& place) {
 // --- keyboard ---------------------------------------------------------------------------------------------
 
 void CameraList::SetTabStop(LayerItem* item) {
-    if (m_tabStop == item) {
+    if (tabStop_ == item) {
         return;
     }
-    if (m_tabStop != nullptr) {
-        m_tabStop->SetTabStop(false);
+    if (tabStop_ != nullptr) {
+        tabStop_->SetTabStop(false);
     }
-    m_tabStop = item;
+    tabStop_ = item;
     if (item != nullptr) {
         item->SetTabStop(true);
-        item->PlaceInTabOrder(m_tabPredecessor);
+        item->PlaceInTabOrder(tabPredecessor_);
     }
 }
 
@@ -275,7 +275,7 @@ void CameraList::keyPressEvent(QKeyEvent* event) {
 
 void CameraList::paintEvent(QPaintEvent* event) {
     QScrollArea::paintEvent(event);
-    if (m_sections.isEmpty()) {
+    if (sections_.isEmpty()) {
         QPainter painter(viewport());
         painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
         painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12), Qt::AlignCenter | Qt::TextWordWrap,

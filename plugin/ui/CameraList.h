@@ -31,7 +31,7 @@ public:
     LayerItem* FindItem(const QString& camera, int index) const;
 
     /// Sets the widget before the list in tab order.
-    void SetTabPredecessor(QWidget* widget) { m_tabPredecessor = widget; }
+    void SetTabPredecessor(QWidget* widget) { tabPredecessor_ = widget; }
 
     QSize sizeHint() const override;
 
@@ -57,12 +57,12 @@ private:
     QList<LayerItem*> ItemsFromTop() const;
     void SetTabStop(LayerItem* item);
 
-    QWidget* m_content;
-    QVBoxLayout* m_layout;
-    QList<CameraLayerList*> m_sections;
-    QPointer<LayerItem> m_active;
-    QPointer<LayerItem> m_tabStop;
-    QWidget* m_tabPredecessor = nullptr;
+    QWidget* content_;
+    QVBoxLayout* layout_;
+    QList<CameraLayerList*> sections_;
+    QPointer<LayerItem> active_;
+    QPointer<LayerItem> tabStop_;
+    QWidget* tabPredecessor_ = nullptr;
 };
 
 } // namespace vellix

@@ -48,7 +48,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     for (int i = 0; i < SWATCH_COUNT; ++i) {
         auto* swatch = new FlatButton;
         swatch->setObjectName(QStringLiteral("qmVxColorPalette%1").arg(i));
-        m_swatches.append(swatch);
+        swatches_.append(swatch);
         group->addButton(swatch);
         rows[i % ROW_COUNT]->addWidget(swatch);
         connect(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
@@ -57,7 +57,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     for (int i = 1; i < SWATCH_COUNT; ++i) {
         const int half = SWATCH_COUNT / ROW_COUNT;
         const auto at = [half](int place) { return place % half * ROW_COUNT + place / half; };
-        setTabOrder(m_swatches[at(i - 1)], m_swatches[at(i)]);
+        setTabOrder(swatches_[at(i - 1)], swatches_[at(i)]);
     }
     // Any chooser in the host may have changed the custom colours when it closes.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
@@ -65,15 +65,15 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
 }
 
 void ColorPaletteDialog::RefreshColors() {
-    for (int i = 0; i < m_swatches.size(); ++i) {
+    for (int i = 0; i < swatches_.size(); ++i) {
         const QColor color = QColorDialog::customColor(i);
         const QString name = QStringLiteral("Draw with %1 %2 %3 (right click to customize)")
                                  .arg(color.red())
                                  .arg(color.green())
                                  .arg(color.blue());
-        m_swatches[i]->SetColor(color);
-        m_swatches[i]->setToolTip(name);
-        m_swatches[i]->setAccessibleName(name);
+        swatches_[i]->SetColor(color);
+        swatches_[i]->setToolTip(name);
+        swatches_[i]->setAccessibleName(name);
     }
 }
 

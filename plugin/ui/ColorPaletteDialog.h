@@ -28,7 +28,7 @@ private:
     /// Opens the colour chooser, where the user edits the custom colours.
     void CustomizeColors();
 
-    QList<FlatButton*> m_swatches;
+    QList<FlatButton*> swatches_;
 };
 
 } // namespace vellix

@@ -21,13 +21,13 @@ bool IsUndoOrRedo(const QKeyEvent& key) {
 
 FieldUndo::FieldUndo(QWidget& field, std::function<bool()> isBeingTyped)
     : QObject(&field)
-    , m_isBeingTyped(std::move(isBeingTyped)) {
+    , isBeingTyped_(std::move(isBeingTyped)) {
     field.installEventFilter(this);
 }
 
 bool FieldUndo::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && IsUndoOrRedo(*static_cast<QKeyEvent*>(event))) {
-        event->setAccepted(m_isBeingTyped());
+        event->setAccepted(isBeingTyped_());
         return true;
     }
     return QObject::eventFilter(watched, event);

@@ -19,7 +19,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    std::function<bool()> m_isBeingTyped;
+    std::function<bool()> isBeingTyped_;
 };
 
 } // namespace vellix

@@ -20,8 +20,8 @@ FlatButton::FlatButton(QWidget* parent)
 }
 
 void FlatButton::SetColor(const QColor& color) {
-    if (color != m_color) {
-        m_color = color;
+    if (color != color_) {
+        color_ = color;
         update();
     }
 }
@@ -43,7 +43,7 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/) {
     const double width = marked ? 2.0 : 1.0;
     const double inset = isDown() ? 2.0 : width / 2;
     painter.setPen(QPen(edge, width));
-    painter.setBrush(m_color.isValid() && isEnabled() ? QBrush(m_color) : QBrush(Qt::NoBrush));
+    painter.setBrush(color_.isValid() && isEnabled() ? QBrush(color_) : QBrush(Qt::NoBrush));
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), FLAT_RADIUS, FLAT_RADIUS);
 }
 

@@ -13,7 +13,7 @@ class FlatButton : public QAbstractButton {
 public:
     explicit FlatButton(QWidget* parent = nullptr);
 
-    const QColor& GetColor() const { return m_color; }
+    const QColor& GetColor() const { return color_; }
     void SetColor(const QColor& color);
 
     QSize sizeHint() const override;
@@ -23,7 +23,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QColor m_color;
+    QColor color_;
 };
 
 } // namespace vellix

@@ -58,7 +58,7 @@ bool MovesInPanel(const QKeyEvent& key) {
 
 FloatingPanel::FloatingPanel(const QString& title, QByteArray& geometry, QWidget* parent)
     : QDialog(parent, Qt::Tool)
-    , m_geometry(geometry) {
+    , geometry_(geometry) {
     setWindowTitle(title);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setAttribute(Qt::WA_WindowPropagation);
@@ -67,7 +67,7 @@ FloatingPanel::FloatingPanel(const QString& title, QByteArray& geometry, QWidget
 FloatingPanel::~FloatingPanel() {
     // The host's window may delete its panels without closing them.
     if (isVisible()) {
-        m_geometry = saveGeometry();
+        geometry_ = saveGeometry();
     }
 }
 
@@ -106,7 +106,7 @@ void FloatingPanel::hideEvent(QHideEvent* event) {
 
 void FloatingPanel::closeEvent(QCloseEvent* event) {
     if (isVisible()) {
-        m_geometry = saveGeometry();
+        geometry_ = saveGeometry();
     }
     event->accept();
 }
@@ -120,7 +120,7 @@ void FloatingPanel::keyPressEvent(QKeyEvent* event) {
 }
 
 void FloatingPanel::RestorePlace() {
-    const bool known = !m_geometry.isEmpty() && restoreGeometry(m_geometry);
+    const bool known = !geometry_.isEmpty() && restoreGeometry(geometry_);
     if (!known) {
         resize(sizeHint().expandedTo(minimumSize()));
     }

@@ -33,7 +33,7 @@ protected:
     void RestorePlace();
 
 private:
-    QByteArray& m_geometry;
+    QByteArray& geometry_;
 };
 
 } // namespace vellix

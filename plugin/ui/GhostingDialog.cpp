@@ -63,24 +63,24 @@ QColor ColorOf(const HostColorField& field, const QColor& setting) {
 
 GhostingDialog::GhostingDialog(QWidget* parent)
     : QDialog(parent)
-    , m_previousCount(
+    , previousCount_(
           CreateCount(Settings::ghostPrevCount, QStringLiteral("Number of earlier drawings shown")))
-    , m_nextCount(CreateCount(Settings::ghostNextCount, QStringLiteral("Number of later drawings shown")))
-    , m_colorOverride(new QCheckBox(QStringLiteral("Enable Color Override")))
-    , m_previousColor(CreateColor(QStringLiteral("qmGhostPrevOverrideColorBtn"),
-                                  Settings::ghostColorOverridePrev,
-                                  QStringLiteral("Color of the earlier drawings")))
-    , m_nextColor(CreateColor(QStringLiteral("qmGhostNextOverrideColorBtn"), Settings::ghostColorOverrideNext,
-                              QStringLiteral("Color of the later drawings"))) {
+    , nextCount_(CreateCount(Settings::ghostNextCount, QStringLiteral("Number of later drawings shown")))
+    , colorOverride_(new QCheckBox(QStringLiteral("Enable Color Override")))
+    , previousColor_(CreateColor(QStringLiteral("qmGhostPrevOverrideColorBtn"),
+                                 Settings::ghostColorOverridePrev,
+                                 QStringLiteral("Color of the earlier drawings")))
+    , nextColor_(CreateColor(QStringLiteral("qmGhostNextOverrideColorBtn"), Settings::ghostColorOverrideNext,
+                             QStringLiteral("Color of the later drawings"))) {
     setObjectName(QStringLiteral("qmVxGhosting"));
     setWindowTitle(QStringLiteral("Ghosting Settings"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setMinimumWidth(GHOSTING_LEAST_WIDTH);
-    m_previousCount->setObjectName(QStringLiteral("qmVxGhostingPreviousCount"));
-    m_nextCount->setObjectName(QStringLiteral("qmVxGhostingNextCount"));
-    m_colorOverride->setObjectName(QStringLiteral("qmVxGhostingColorOverride"));
-    m_colorOverride->setChecked(Settings::ghostColorOverride);
-    m_colorOverride->setToolTip(QStringLiteral("Show ghosts in these colors instead of their own"));
+    previousCount_->setObjectName(QStringLiteral("qmVxGhostingPreviousCount"));
+    nextCount_->setObjectName(QStringLiteral("qmVxGhostingNextCount"));
+    colorOverride_->setObjectName(QStringLiteral("qmVxGhostingColorOverride"));
+    colorOverride_->setChecked(Settings::ghostColorOverride);
+    colorOverride_->setToolTip(QStringLiteral("Show ghosts in these colors instead of their own"));
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(GHOSTING_MARGIN, GHOSTING_MARGIN, GHOSTING_MARGIN, GHOSTING_MARGIN);
@@ -88,30 +88,30 @@ GhostingDialog::GhostingDialog(QWidget* parent)
     column->addWidget(CreateColorGroup());
     column->addStretch();
     column->addLayout(CreateDialogButtons(*this, [this] { Apply(); }));
-    m_previousCount->setFocus();
-    m_previousCount->selectAll();
+    previousCount_->setFocus();
+    previousCount_->selectAll();
 }
 
 QWidget* GhostingDialog::CreateFramesGroup() {
     auto* group = new QGroupBox(QStringLiteral("Frames to Display"));
-    group->setLayout(CreateRow(m_previousCount, m_nextCount));
+    group->setLayout(CreateRow(previousCount_, nextCount_));
     return group;
 }
 
 QWidget* GhostingDialog::CreateColorGroup() {
     auto* group = new QGroupBox(QStringLiteral("Color Override"));
     auto* column = new QVBoxLayout(group);
-    column->addWidget(m_colorOverride);
-    column->addLayout(CreateRow(m_previousColor, m_nextColor));
+    column->addWidget(colorOverride_);
+    column->addLayout(CreateRow(previousColor_, nextColor_));
     return group;
 }
 
 void GhostingDialog::Apply() {
-    MayaUtil::SetGhostPreviousCount(m_previousCount->value());
-    MayaUtil::SetGhostNextCount(m_nextCount->value());
-    MayaUtil::SetGhostColorOverrideEnabled(m_colorOverride->isChecked());
-    MayaUtil::SetGhostColorOverridePrev(ColorOf(*m_previousColor, Settings::ghostColorOverridePrev));
-    MayaUtil::SetGhostColorOverrideNext(ColorOf(*m_nextColor, Settings::ghostColorOverrideNext));
+    MayaUtil::SetGhostPreviousCount(previousCount_->value());
+    MayaUtil::SetGhostNextCount(nextCount_->value());
+    MayaUtil::SetGhostColorOverrideEnabled(colorOverride_->isChecked());
+    MayaUtil::SetGhostColorOverridePrev(ColorOf(*previousColor_, Settings::ghostColorOverridePrev));
+    MayaUtil::SetGhostColorOverrideNext(ColorOf(*nextColor_, Settings::ghostColorOverrideNext));
     accept();
 }
 

@@ -22,11 +22,11 @@ private:
     /// Executes the command lines of all five settings, changed or not, and closes.
     void Apply();
 
-    QSpinBox* m_previousCount;
-    QSpinBox* m_nextCount;
-    QCheckBox* m_colorOverride;
-    HostColorField* m_previousColor;
-    HostColorField* m_nextColor;
+    QSpinBox* previousCount_;
+    QSpinBox* nextCount_;
+    QCheckBox* colorOverride_;
+    HostColorField* previousColor_;
+    HostColorField* nextColor_;
 };
 
 } // namespace vellix

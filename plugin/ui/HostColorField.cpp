@@ -9,11 +9,11 @@ namespace vellix {
 HostColorField::HostColorField(const QString& controlName, const QSize& size, const QString& toolTip,
                                QWidget* parent)
     : QWidget(parent)
-    , m_name(controlName) {
+    , name_(controlName) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     if (QWidget* control = MayaUtil::CreateColorSliderGrp(controlName, size.width(), size.height())) {
-        m_isMade = true;
+        isMade_ = true;
         row->addWidget(control);
         control->show();
         setToolTip(toolTip);
@@ -26,18 +26,18 @@ HostColorField::HostColorField(const QString& controlName, const QSize& size, co
 }
 
 void HostColorField::SetColor(const QColor& color) {
-    if (m_isMade && color.isValid() && GetColor().rgb() != color.rgb()) {
-        MayaUtil::SetColorSliderGrpColor(m_name, color);
+    if (isMade_ && color.isValid() && GetColor().rgb() != color.rgb()) {
+        MayaUtil::SetColorSliderGrpColor(name_, color);
     }
 }
 
 QColor HostColorField::GetColor() const {
-    return m_isMade ? MayaUtil::GetColorSliderGrpColor(m_name) : QColor();
+    return isMade_ ? MayaUtil::GetColorSliderGrpColor(name_) : QColor();
 }
 
 void HostColorField::SetChangeCommand(const QString& command) {
-    if (m_isMade) {
-        MayaUtil::SetColorSliderGrpChangeCommand(m_name, command);
+    if (isMade_) {
+        MayaUtil::SetColorSliderGrpChangeCommand(name_, command);
     }
 }
 

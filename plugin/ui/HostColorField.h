@@ -23,8 +23,8 @@ public:
     void SetChangeCommand(const QString& command);
 
 private:
-    QString m_name;
-    bool m_isMade = false;
+    QString name_;
+    bool isMade_ = false;
 };
 
 } // namespace vellix

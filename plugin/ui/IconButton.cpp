@@ -18,7 +18,7 @@ constexpr int USUAL_LINE = 16;
 
 IconButton::IconButton(Icon icon, const QString& toolTip, int size, QWidget* parent)
     : QToolButton(parent)
-    , m_size(size) {
+    , size_(size) {
     setIcon(Icons::Get(icon));
     setToolTip(toolTip);
     setAccessibleName(toolTip);
@@ -27,7 +27,7 @@ IconButton::IconButton(Icon icon, const QString& toolTip, int size, QWidget* par
 }
 
 int IconButton::IconSide() const {
-    return qMax(m_size, m_size * fontMetrics().height() / USUAL_LINE);
+    return qMax(size_, size_ * fontMetrics().height() / USUAL_LINE);
 }
 
 QSize IconButton::sizeHint() const {

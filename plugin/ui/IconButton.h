@@ -30,7 +30,7 @@ protected:
 private:
     int IconSide() const;
 
-    int m_size;
+    int size_;
 };
 
 } // namespace vellix

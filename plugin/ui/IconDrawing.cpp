@@ -25,9 +25,9 @@ constexpr double MARK_HALF = 3.5;
 class Sketch {
 public:
     Sketch(QPainter& painter, const QColor& accent)
-        : m_painter(painter)
-        , m_line(painter.pen().color())
-        , m_accent(accent) {}
+        : painter_(painter)
+        , line_(painter.pen().color())
+        , accent_(accent) {}
 
     void Draw(ToolType tool);
     void Draw(Icon::Name icon);
@@ -66,9 +66,9 @@ private:
     /// Draws what follows in the accent colour, or in the common colour again.
     void UseAccent(bool use);
 
-    QPainter& m_painter;
-    QColor m_line;
-    QColor m_accent;
+    QPainter& painter_;
+    QColor line_;
+    QColor accent_;
 };
 
 void Sketch::Draw(ToolType tool) {
@@ -139,10 +139,10 @@ void Sketch::Pencil() {
     pencil.quadTo(20.75, 6.75, 19, 8.5);
     pencil.lineTo(9, 18.5);
     pencil.closeSubpath();
-    m_painter.drawPath(pencil);
-    m_painter.drawLine(QPointF(13, 7.5), QPointF(16.5, 11));
+    painter_.drawPath(pencil);
+    painter_.drawLine(QPointF(13, 7.5), QPointF(16.5, 11));
     UseAccent(true);
-    m_painter.setBrush(m_accent);
+    painter_.setBrush(accent_);
     Polygon({{4, 20}, {4.7, 17.6}, {6.4, 19.3}});
 }
 
@@ -153,16 +153,16 @@ void Sketch::Brush() {
     handle.quadTo(20.75, 5, 19.5, 6.5);
     handle.lineTo(11.5, 14.5);
     handle.closeSubpath();
-    m_painter.drawPath(handle);
+    painter_.drawPath(handle);
     UseAccent(true);
-    m_painter.setBrush(m_accent);
+    painter_.setBrush(accent_);
     QPainterPath hair(QPointF(9.5, 13));
     hair.quadTo(6, 12.5, 5.5, 16);
     hair.quadTo(5.25, 18.5, 3.5, 19.5);
     hair.quadTo(8, 21.25, 10.25, 18.5);
     hair.quadTo(11.5, 16.75, 11, 14.5);
     hair.closeSubpath();
-    m_painter.drawPath(hair);
+    painter_.drawPath(hair);
 }
 
 void Sketch::Eraser() {
@@ -174,48 +174,48 @@ void Sketch::Eraser() {
     body.lineTo(11.5, 19.5);
     body.lineTo(9, 19.5);
     body.lineTo(4.25, 14.75);
-    m_painter.drawPath(body);
-    m_painter.drawLine(QPointF(9, 10), QPointF(15, 16));
+    painter_.drawPath(body);
+    painter_.drawLine(QPointF(9, 10), QPointF(15, 16));
     UseAccent(true);
-    m_painter.drawLine(QPointF(14.5, 19.5), QPointF(20, 19.5));
+    painter_.drawLine(QPointF(14.5, 19.5), QPointF(20, 19.5));
 }
 
 void Sketch::Text() {
     Polyline({{5, 7.5}, {5, 5}, {19, 5}, {19, 7.5}});
-    m_painter.drawLine(QPointF(12, 5), QPointF(12, 19));
+    painter_.drawLine(QPointF(12, 5), QPointF(12, 19));
     UseAccent(true);
-    m_painter.drawLine(QPointF(9, 19), QPointF(15, 19));
+    painter_.drawLine(QPointF(9, 19), QPointF(15, 19));
 }
 
 void Sketch::Line() {
-    m_painter.drawLine(QPointF(6, 18), QPointF(18, 6));
+    painter_.drawLine(QPointF(6, 18), QPointF(18, 6));
     UseAccent(true);
-    m_painter.setBrush(m_accent);
-    m_painter.drawEllipse(QPointF(5.25, 18.75), 1.5, 1.5);
-    m_painter.drawEllipse(QPointF(18.75, 5.25), 1.5, 1.5);
+    painter_.setBrush(accent_);
+    painter_.drawEllipse(QPointF(5.25, 18.75), 1.5, 1.5);
+    painter_.drawEllipse(QPointF(18.75, 5.25), 1.5, 1.5);
 }
 
 void Sketch::Arrow() {
-    m_painter.drawLine(QPointF(5, 19), QPointF(18, 6));
+    painter_.drawLine(QPointF(5, 19), QPointF(18, 6));
     UseAccent(true);
     Polyline({{10.5, 5}, {19, 5}, {19, 13.5}});
 }
 
 void Sketch::Ellipse() {
-    m_painter.drawEllipse(QPointF(12, 12), 8.5, 6.5);
+    painter_.drawEllipse(QPointF(12, 12), 8.5, 6.5);
 }
 
 void Sketch::Rectangle() {
-    m_painter.drawRect(QRectF(3.75, 5.75, 16.5, 12.5));
+    painter_.drawRect(QRectF(3.75, 5.75, 16.5, 12.5));
 }
 
 void Sketch::Transform() {
-    m_painter.drawRect(QRectF(5.5, 5.5, 13, 13));
+    painter_.drawRect(QRectF(5.5, 5.5, 13, 13));
     UseAccent(true);
-    m_painter.setBrush(m_accent);
+    painter_.setBrush(accent_);
     for (const double x : {5.5, 18.5}) {
         for (const double y : {5.5, 18.5}) {
-            m_painter.drawRect(QRectF(x - 1.5, y - 1.5, 3, 3));
+            painter_.drawRect(QRectF(x - 1.5, y - 1.5, 3, 3));
         }
     }
 }
@@ -225,23 +225,23 @@ void Sketch::Transform() {
 void Sketch::Ghost(bool previous) {
     if (!previous) {
         // "Next" is the mirror image of "previous".
-        m_painter.translate(24, 0);
-        m_painter.scale(-1, 1);
+        painter_.translate(24, 0);
+        painter_.scale(-1, 1);
     }
     UseAccent(true);
-    QColor faint = m_accent;
+    QColor faint = accent_;
     for (const double x : {3.5, 7.0}) {
-        faint.setAlphaF(m_accent.alphaF() * (x < 5 ? 0.5 : 0.9));
-        QPen pen = m_painter.pen();
+        faint.setAlphaF(accent_.alphaF() * (x < 5 ? 0.5 : 0.9));
+        QPen pen = painter_.pen();
         pen.setColor(faint);
-        m_painter.setPen(pen);
+        painter_.setPen(pen);
         QPainterPath edge(QPointF(x + 3.5, 6));
         edge.lineTo(x + 1.5, 6);
         edge.quadTo(x, 6, x, 7.5);
         edge.lineTo(x, 16.5);
         edge.quadTo(x, 18, x + 1.5, 18);
         edge.lineTo(x + 3.5, 18);
-        m_painter.drawPath(edge);
+        painter_.drawPath(edge);
     }
     UseAccent(false);
     Frame(QRectF(11.5, 4.75, 9, 14.5));
@@ -263,24 +263,24 @@ void Sketch::DuplicateFrame() {
     second.quadTo(20.25, 20.25, 18.75, 20.25);
     second.lineTo(11.25, 20.25);
     second.quadTo(9.75, 20.25, 9.75, 18.75);
-    m_painter.drawPath(second);
+    painter_.drawPath(second);
 }
 
 void Sketch::DeleteFrame() {
     Frame(QRectF(4.75, 3.75, 14.5, 16.5));
     UseAccent(true);
-    m_painter.drawLine(QPointF(9.25, 9.25), QPointF(14.75, 14.75));
-    m_painter.drawLine(QPointF(14.75, 9.25), QPointF(9.25, 14.75));
+    painter_.drawLine(QPointF(9.25, 9.25), QPointF(14.75, 14.75));
+    painter_.drawLine(QPointF(14.75, 9.25), QPointF(9.25, 14.75));
 }
 
 void Sketch::Step(bool back) {
     if (back) {
-        m_painter.translate(24, 0);
-        m_painter.scale(-1, 1);
+        painter_.translate(24, 0);
+        painter_.scale(-1, 1);
     }
     Frame(QRectF(11.75, 4.75, 8.5, 14.5));
     UseAccent(true);
-    m_painter.drawLine(QPointF(2.75, 12), QPointF(8, 12));
+    painter_.drawLine(QPointF(2.75, 12), QPointF(8, 12));
     Polyline({{5.25, 8.75}, {8.5, 12}, {5.25, 15.25}});
 }
 
@@ -307,7 +307,7 @@ void Sketch::MoveLayer(bool up) {
     const double tip = up ? 3.25 : 20.75;
     const double wing = up ? 6.75 : 17.25;
     const double foot = up ? 9.5 : 14.5;
-    m_painter.drawLine(QPointF(12, foot), QPointF(12, tip));
+    painter_.drawLine(QPointF(12, foot), QPointF(12, tip));
     Polyline({{8.5, wing}, {12, tip}, {15.5, wing}});
 }
 
@@ -321,7 +321,7 @@ void Sketch::LayerManager() {
 void Sketch::Refresh() {
     // Qt measures arcs in sixteenths of a degree.
     constexpr int degree = 16;
-    m_painter.drawArc(QRectF(4.5, 4.5, 15, 15), 20 * degree, 290 * degree);
+    painter_.drawArc(QRectF(4.5, 4.5, 15, 15), 20 * degree, 290 * degree);
     UseAccent(true);
     Polyline({{19.25, 4.25}, {19.25, 9.25}, {14.25, 9.25}});
 }
@@ -337,11 +337,11 @@ void Sketch::Palette() {
     board.lineTo(17, 14.5);
     board.cubicTo(19.25, 14.5, 20.5, 13, 20.5, 11);
     board.cubicTo(20.5, 7, 16.75, 4, 12, 4);
-    m_painter.drawPath(board);
+    painter_.drawPath(board);
     UseAccent(true);
-    m_painter.setBrush(m_accent);
+    painter_.setBrush(accent_);
     for (const QPointF& paint : {QPointF(7.5, 12), QPointF(9.5, 8), QPointF(14, 7.75), QPointF(17, 10.75)}) {
-        m_painter.drawEllipse(paint, 0.75, 0.75);
+        painter_.drawEllipse(paint, 0.75, 0.75);
     }
 }
 
@@ -350,10 +350,10 @@ void Sketch::Options() {
     double y = 6;
     for (const double x : knobs) {
         UseAccent(false);
-        m_painter.drawLine(QPointF(4, y), QPointF(x - 2.75, y));
-        m_painter.drawLine(QPointF(x + 2.75, y), QPointF(20, y));
+        painter_.drawLine(QPointF(4, y), QPointF(x - 2.75, y));
+        painter_.drawLine(QPointF(x + 2.75, y), QPointF(20, y));
         UseAccent(true);
-        m_painter.drawEllipse(QPointF(x, y), 1.75, 1.75);
+        painter_.drawEllipse(QPointF(x, y), 1.75, 1.75);
         y += 6;
     }
 }
@@ -361,15 +361,15 @@ void Sketch::Options() {
 // --- shared -----------------------------------------------------------------------------------------------
 
 void Sketch::Polyline(std::initializer_list<QPointF> points) {
-    m_painter.drawPolyline(QPolygonF(QVector<QPointF>(points)));
+    painter_.drawPolyline(QPolygonF(QVector<QPointF>(points)));
 }
 
 void Sketch::Polygon(std::initializer_list<QPointF> points) {
-    m_painter.drawPolygon(QPolygonF(QVector<QPointF>(points)));
+    painter_.drawPolygon(QPolygonF(QVector<QPointF>(points)));
 }
 
 void Sketch::Frame(const QRectF& rect) {
-    m_painter.drawRoundedRect(rect, FRAME_RADIUS, FRAME_RADIUS);
+    painter_.drawRoundedRect(rect, FRAME_RADIUS, FRAME_RADIUS);
 }
 
 void Sketch::Sheet(double y) {
@@ -378,17 +378,17 @@ void Sketch::Sheet(double y) {
 
 void Sketch::Plus(const QPointF& middle) {
     Minus(middle);
-    m_painter.drawLine(middle - QPointF(0, MARK_HALF), middle + QPointF(0, MARK_HALF));
+    painter_.drawLine(middle - QPointF(0, MARK_HALF), middle + QPointF(0, MARK_HALF));
 }
 
 void Sketch::Minus(const QPointF& middle) {
-    m_painter.drawLine(middle - QPointF(MARK_HALF, 0), middle + QPointF(MARK_HALF, 0));
+    painter_.drawLine(middle - QPointF(MARK_HALF, 0), middle + QPointF(MARK_HALF, 0));
 }
 
 void Sketch::UseAccent(bool use) {
-    QPen pen = m_painter.pen();
-    pen.setColor(use ? m_accent : m_line);
-    m_painter.setPen(pen);
+    QPen pen = painter_.pen();
+    pen.setColor(use ? accent_ : line_);
+    painter_.setPen(pen);
 }
 
 } // namespace

@@ -6,22 +6,22 @@ namespace vellix {
 
 IconView::IconView(Icon icon, int side, QWidget* parent)
     : QWidget(parent)
-    , m_shown(icon)
-    , m_icon(Icons::Get(icon)) {
+    , shown_(icon)
+    , icon_(Icons::Get(icon)) {
     setFixedSize(side, side);
 }
 
 void IconView::SetIcon(Icon icon) {
-    if (icon != m_shown) {
-        m_shown = icon;
-        m_icon = Icons::Get(icon);
+    if (icon != shown_) {
+        shown_ = icon;
+        icon_ = Icons::Get(icon);
         update();
     }
 }
 
 void IconView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    m_icon.paint(&painter, rect());
+    icon_.paint(&painter, rect());
 }
 
 } // namespace vellix

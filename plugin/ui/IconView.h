@@ -20,8 +20,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    Icon m_shown;
-    QIcon m_icon;
+    Icon shown_;
+    QIcon icon_;
 };
 
 } // namespace vellix

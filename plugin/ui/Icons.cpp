@@ -17,7 +17,7 @@ constexpr double LINE_WIDTH = 1.5;
 class DrawnIcon : public QIconEngine {
 public:
     explicit DrawnIcon(Icon icon)
-        : m_icon(icon) {}
+        : icon_(icon) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
         const QPalette palette = QGuiApplication::palette();
@@ -34,7 +34,7 @@ public:
         painter->translate(
             QPoint(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2));
         painter->scale(side / UNITS, side / UNITS);
-        Icons::Draw(m_icon, *painter, line, accent);
+        Icons::Draw(icon_, *painter, line, accent);
         painter->restore();
     }
 
@@ -49,7 +49,7 @@ public:
     QIconEngine* clone() const override { return new DrawnIcon(*this); }
 
 private:
-    Icon m_icon;
+    Icon icon_;
 };
 
 } // namespace

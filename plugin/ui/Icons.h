@@ -31,23 +31,23 @@ public:
     };
 
     Icon(Name name)
-        : m_name(name) {}
+        : name_(name) {}
     Icon(ToolType tool)
-        : m_isTool(true)
-        , m_tool(tool) {}
+        : isTool_(true)
+        , tool_(tool) {}
 
-    bool IsTool() const { return m_isTool; }
-    ToolType GetTool() const { return m_tool; }
-    Name GetName() const { return m_name; }
+    bool IsTool() const { return isTool_; }
+    ToolType GetTool() const { return tool_; }
+    Name GetName() const { return name_; }
 
     bool operator!=(const Icon& other) const {
-        return m_isTool != other.m_isTool || m_tool != other.m_tool || m_name != other.m_name;
+        return isTool_ != other.isTool_ || tool_ != other.tool_ || name_ != other.name_;
     }
 
 private:
-    bool m_isTool = false;
-    ToolType m_tool = ToolType::Pencil;
-    Name m_name = GhostPrevious;
+    bool isTool_ = false;
+    ToolType tool_ = ToolType::Pencil;
+    Name name_ = GhostPrevious;
 };
 
 /// The icons of the plug-in's buttons. All are drawn with lines of one width, sharp at every size and scale.

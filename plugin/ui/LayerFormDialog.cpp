@@ -37,24 +37,24 @@ StateText TextOf(LayerState state) {
 
 LayerFormDialog::LayerFormDialog(const QString& title, QWidget* parent)
     : QDialog(parent)
-    , m_form(new QFormLayout(this))
-    , m_name(new QLineEdit(this))
-    , m_camera(new QComboBox(this)) {
+    , form_(new QFormLayout(this))
+    , name_(new QLineEdit(this))
+    , camera_(new QComboBox(this)) {
     setWindowTitle(title);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setAttribute(Qt::WA_WindowPropagation);
     setMinimumWidth(WIDTH);
-    m_name->setToolTip(QStringLiteral("The layer's name"));
-    m_camera->setToolTip(QStringLiteral("The camera that the layer belongs to"));
-    m_camera->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_camera->setMinimumContentsLength(12);
-    m_form->setContentsMargins(10, 10, 10, 10);
-    m_form->setHorizontalSpacing(8);
-    m_form->setVerticalSpacing(8);
-    m_form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    m_form->addRow(QStringLiteral("Name:"), m_name);
-    m_form->addRow(QStringLiteral("Camera:"), m_camera);
+    name_->setToolTip(QStringLiteral("The layer's name"));
+    camera_->setToolTip(QStringLiteral("The camera that the layer belongs to"));
+    camera_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    camera_->setMinimumContentsLength(12);
+    form_->setContentsMargins(10, 10, 10, 10);
+    form_->setHorizontalSpacing(8);
+    form_->setVerticalSpacing(8);
+    form_->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form_->addRow(QStringLiteral("Name:"), name_);
+    form_->addRow(QStringLiteral("Camera:"), camera_);
 }
 
 void LayerFormDialog::AddStates(const QString& label, const QList<LayerState>& states) {
@@ -65,10 +65,10 @@ void LayerFormDialog::AddStates(const QString& label, const QList<LayerState>& s
         auto* const button = new QRadioButton(QLatin1String(text.label), this);
         button->setToolTip(QLatin1String(text.toolTip));
         row->addWidget(button);
-        m_states.append({state, button});
+        states_.append({state, button});
     }
     row->addStretch(1);
-    m_form->addRow(label, row);
+    form_->addRow(label, row);
 }
 
 void LayerFormDialog::AddButtons() {
@@ -76,18 +76,18 @@ void LayerFormDialog::AddButtons() {
         Apply();
         accept();
     });
-    m_form->addRow(row);
-    m_name->setFocus();
+    form_->addRow(row);
+    name_->setFocus();
 }
 
 void LayerFormDialog::SetLayerName(const QString& name) {
-    m_name->setText(name);
-    m_name->selectAll();
+    name_->setText(name);
+    name_->selectAll();
 }
 
 void LayerFormDialog::SetCameras(const QStringList& cameras, const QString& current) {
-    m_camera->clear();
-    m_camera->addItems(cameras);
+    camera_->clear();
+    camera_->addItems(cameras);
     SelectCamera(current);
 }
 
@@ -99,30 +99,30 @@ void LayerFormDialog::FollowScene() {
 
 void LayerFormDialog::SetLayerState(LayerState state) {
     // Selects the first state, animated, for a state that is not on offer.
-    for (const StateButton& entry : m_states) {
-        if (entry.state == state || &entry == &m_states.first()) {
+    for (const StateButton& entry : states_) {
+        if (entry.state == state || &entry == &states_.first()) {
             entry.button->setChecked(true);
         }
     }
 }
 
 QString LayerFormDialog::GetLayerName() const {
-    return m_name->text();
+    return name_->text();
 }
 
 QString LayerFormDialog::GetCamera() const {
-    return m_camera->currentText();
+    return camera_->currentText();
 }
 
 void LayerFormDialog::SelectCamera(const QString& camera) {
-    const int index = m_camera->findText(camera);
+    const int index = camera_->findText(camera);
     if (index >= 0) {
-        m_camera->setCurrentIndex(index);
+        camera_->setCurrentIndex(index);
     }
 }
 
 LayerState LayerFormDialog::GetLayerState() const {
-    for (const StateButton& entry : m_states) {
+    for (const StateButton& entry : states_) {
         if (entry.button->isChecked()) {
             return entry.state;
         }

@@ -34,7 +34,7 @@ public:
 protected:
     virtual void Apply() = 0;
 
-    QFormLayout& Form() { return *m_form; }
+    QFormLayout& Form() { return *form_; }
     /// Adds a row of states to choose from.
     void AddStates(const QString& label, const QList<LayerState>& states);
     /// Adds OK and Cancel. Called last.
@@ -52,10 +52,10 @@ private:
         QRadioButton* button;
     };
 
-    QFormLayout* m_form;
-    QLineEdit* m_name;
-    QComboBox* m_camera;
-    QList<StateButton> m_states;
+    QFormLayout* form_;
+    QLineEdit* name_;
+    QComboBox* camera_;
+    QList<StateButton> states_;
 };
 
 } // namespace vellix

@@ -52,50 +52,50 @@ const LayerItem::Part PARTS[] = {LayerItem::Part::Row, LayerItem::Part::Visibili
 
 LayerItem::LayerItem(const QString& camera, int index, QWidget* parent)
     : QWidget(parent)
-    , m_camera(camera)
-    , m_index(index)
-    , m_visibility(new LayerToggle(this))
-    , m_state(new LayerToggle(this))
-    , m_name(new ElidedLabel(this)) {
+    , camera_(camera)
+    , index_(index)
+    , visibility_(new LayerToggle(this))
+    , state_(new LayerToggle(this))
+    , name_(new ElidedLabel(this)) {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(5);
-    layout->addWidget(m_visibility);
-    layout->addWidget(m_state);
-    layout->addWidget(m_name, 1);
+    layout->addWidget(visibility_);
+    layout->addWidget(state_);
+    layout->addWidget(name_, 1);
     setAutoFillBackground(true);
     const QString name = QStringLiteral("qmVxLayer%1_%2_%3");
     const QString number = QString::number(index);
     setObjectName(name.arg(QString(), camera, number));
-    m_visibility->setObjectName(name.arg(QStringLiteral("Visibility"), camera, number));
-    m_state->setObjectName(name.arg(QStringLiteral("State"), camera, number));
-    connect(m_visibility, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
-    connect(m_state, &LayerToggle::clicked, this, &LayerItem::CycleState);
-    m_visibility->installEventFilter(this);
-    m_state->installEventFilter(this);
+    visibility_->setObjectName(name.arg(QStringLiteral("Visibility"), camera, number));
+    state_->setObjectName(name.arg(QStringLiteral("State"), camera, number));
+    connect(visibility_, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
+    connect(state_, &LayerToggle::clicked, this, &LayerItem::CycleState);
+    visibility_->installEventFilter(this);
+    state_->installEventFilter(this);
     SetTabStop(false);
     UpdateColors();
 }
 
 QString LayerItem::GetName() const {
-    return m_name->text();
+    return name_->text();
 }
 
 void LayerItem::Show(const LayerManagerRow& row) {
-    if (m_name->text() != row.name) {
-        m_name->setText(row.name);
+    if (name_->text() != row.name) {
+        name_->setText(row.name);
         setAccessibleName(row.name);
     }
-    m_visibility->Show(row.visible ? VisibleLetter() : QString(),
-                       row.visible ? QStringLiteral("Visible. Click to hide it.")
-                                   : QStringLiteral("Hidden. Click to show it."));
+    visibility_->Show(row.visible ? VisibleLetter() : QString(),
+                      row.visible ? QStringLiteral("Visible. Click to hide it.")
+                                  : QStringLiteral("Hidden. Click to show it."));
     const StateLook& look = LookOf(row.state);
-    m_state->Show(QLatin1String(look.letter), QLatin1String(look.meaning));
+    state_->Show(QLatin1String(look.letter), QLatin1String(look.meaning));
 }
 
 void LayerItem::SetActive(bool active) {
-    if (m_active != active) {
-        m_active = active;
+    if (active_ != active) {
+        active_ = active;
         UpdateColors();
     }
 }
@@ -103,7 +103,7 @@ void LayerItem::SetActive(bool active) {
 void LayerItem::UpdateColors() {
     setPalette(QPalette());
     QPalette colors = palette();
-    if (m_active) {
+    if (active_) {
         const QWidget* const window = MQtUtil::mainWindow();
         const QPalette host = window != nullptr ? window->palette() : colors;
         const QBrush& text = host.brush(QPalette::Active, QPalette::HighlightedText);
@@ -122,26 +122,26 @@ void LayerItem::UpdateColors() {
 // --- actions ----------------------------------------------------------------------------------------------
 
 void LayerItem::Activate() {
-    MayaUtil::SetActiveLayer(m_camera, m_index);
+    MayaUtil::SetActiveLayer(camera_, index_);
     MayaUtil::Draw();
 }
 
 void LayerItem::OpenProperties() {
-    DialogManager::ShowLayerPropertiesDialog(m_camera, m_index, window());
+    DialogManager::ShowLayerPropertiesDialog(camera_, index_, window());
 }
 
 void LayerItem::ToggleVisibility() {
-    MayaUtil::SetLayerVisible(m_camera, m_index, m_visibility->text() != VisibleLetter());
+    MayaUtil::SetLayerVisible(camera_, index_, visibility_->text() != VisibleLetter());
 }
 
 void LayerItem::CycleState() {
     LayerState next = LayerState::Animated;
-    if (m_state->text().isEmpty()) {
+    if (state_->text().isEmpty()) {
         next = LayerState::Static;
-    } else if (m_state->text() == QLatin1String("S")) {
+    } else if (state_->text() == QLatin1String("S")) {
         next = LayerState::Locked;
     }
-    MayaUtil::SetLayerState(m_camera, m_index, next);
+    MayaUtil::SetLayerState(camera_, index_, next);
 }
 
 void LayerItem::mousePressEvent(QMouseEvent* event) {
@@ -159,8 +159,8 @@ void LayerItem::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
     // The row may be deleted while the menu is open, so the menu captures the layer by value.
-    const QString camera = m_camera;
-    const int index = m_index;
+    const QString camera = camera_;
+    const int index = index_;
     auto* const menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QWidget* const panel = window();
@@ -180,7 +180,7 @@ void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
 
 void LayerItem::SetTabStop(bool stop) {
     setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
-    for (LayerToggle* const toggle : {m_visibility, m_state}) {
+    for (LayerToggle* const toggle : {visibility_, state_}) {
         toggle->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
     }
 }
@@ -196,9 +196,9 @@ void LayerItem::PlaceInTabOrder(QWidget* after) {
 QWidget* LayerItem::GetWidget(Part part) const {
     switch (part) {
     case Part::Visibility:
-        return m_visibility;
+        return visibility_;
     case Part::State:
-        return m_state;
+        return state_;
     case Part::Row:
         break;
     }
@@ -257,7 +257,7 @@ void LayerItem::paintEvent(QPaintEvent*) {
     if (hasFocus()) {
         QPainter painter(this);
         FocusFrame::Draw(painter, rect().adjusted(1, 1, -1, -1), palette(),
-                         m_active ? QPalette::WindowText : QPalette::Highlight);
+                         active_ ? QPalette::WindowText : QPalette::Highlight);
     }
 }
 

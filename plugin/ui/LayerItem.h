@@ -19,8 +19,8 @@ public:
 
     LayerItem(const QString& camera, int index, QWidget* parent = nullptr);
 
-    const QString& GetCamera() const { return m_camera; }
-    int GetIndex() const { return m_index; }
+    const QString& GetCamera() const { return camera_; }
+    int GetIndex() const { return index_; }
     QString GetName() const;
 
     void Show(const LayerManagerRow& row);
@@ -57,12 +57,12 @@ private:
     void CycleState();
     QWidget* GetWidget(Part part) const;
 
-    QString m_camera;
-    int m_index;
-    bool m_active = false;
-    LayerToggle* m_visibility;
-    LayerToggle* m_state;
-    ElidedLabel* m_name;
+    QString camera_;
+    int index_;
+    bool active_ = false;
+    LayerToggle* visibility_;
+    LayerToggle* state_;
+    ElidedLabel* name_;
 };
 
 } // namespace vellix

@@ -28,7 +28,7 @@ QIcon HostIcon(const char* resource, Icon own) {
 
 LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Layer Manager"), Settings::layerManagerGeometry, parent)
-    , m_list(new CameraList(this)) {
+    , list_(new CameraList(this)) {
     setObjectName(QStringLiteral("qmVxLayerManager"));
     setMinimumSize(200, 180);
     const auto add = [this](QHBoxLayout* row, const QIcon& icon, const char* toolTip,
@@ -41,96 +41,96 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
     };
     auto* const top = new QHBoxLayout;
     top->addStretch(1);
-    m_list->SetTabPredecessor(add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
+    list_->SetTabPredecessor(add(top, Icons::Get(Icon::Refresh), "Refresh", &LayerManagerDialog::RefreshUi));
     auto* const bottom = new QHBoxLayout;
-    m_moveUp = add(bottom, HostIcon(":/moveLayerUp.png", Icon::MoveLayerUp), "Move Up",
-                   &LayerManagerDialog::MoveLayerUp);
-    m_moveDown = add(bottom, HostIcon(":/moveLayerDown.png", Icon::MoveLayerDown), "Move Down",
-                     &LayerManagerDialog::MoveLayerDown);
+    moveUp_ = add(bottom, HostIcon(":/moveLayerUp.png", Icon::MoveLayerUp), "Move Up",
+                  &LayerManagerDialog::MoveLayerUp);
+    moveDown_ = add(bottom, HostIcon(":/moveLayerDown.png", Icon::MoveLayerDown), "Move Down",
+                    &LayerManagerDialog::MoveLayerDown);
     bottom->addStretch(1);
     add(bottom, HostIcon(":/newLayerEmpty.png", Icon::NewLayer), "New Layer", &LayerManagerDialog::NewLayer);
-    m_delete = add(bottom, Icons::Get(Icon::DeleteLayer), "Delete Layer", &LayerManagerDialog::DeleteLayer);
+    delete_ = add(bottom, Icons::Get(Icon::DeleteLayer), "Delete Layer", &LayerManagerDialog::DeleteLayer);
 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->setSpacing(0);
     layout->addLayout(top);
-    layout->addWidget(m_list, 1);
+    layout->addWidget(list_, 1);
     layout->addLayout(bottom);
 }
 
 // --- changes reported -------------------------------------------------------------------------------------
 
 void LayerManagerDialog::Clear() {
-    m_rows.clear();
-    m_activeCamera.clear();
-    m_activeIndex = -1;
+    rows_.clear();
+    activeCamera_.clear();
+    activeIndex_ = -1;
     QueueUpdate();
 }
 
 void LayerManagerDialog::Fill(const QList<LayerManagerRow>& rows, const QString& activeCamera,
                               int activeIndex) {
-    m_rows = rows;
+    rows_ = rows;
     SetActive(activeCamera, activeIndex);
 }
 
 void LayerManagerDialog::AppendLayer(const LayerManagerRow& row) {
     // Rows of one camera must be adjacent.
-    const auto last = std::find_if(m_rows.rbegin(), m_rows.rend(),
+    const auto last = std::find_if(rows_.rbegin(), rows_.rend(),
                                    [&](const LayerManagerRow& other) { return other.camera == row.camera; });
-    m_rows.insert(last == m_rows.rend() ? m_rows.size() : int(last.base() - m_rows.begin()), row);
+    rows_.insert(last == rows_.rend() ? rows_.size() : int(last.base() - rows_.begin()), row);
     QueueUpdate();
 }
 
 void LayerManagerDialog::SetActive(const QString& camera, int index) {
-    m_activeCamera = camera;
-    m_activeIndex = index;
+    activeCamera_ = camera;
+    activeIndex_ = index;
     QueueUpdate();
 }
 
 int LayerManagerDialog::LayerCount(const QString& camera) const {
-    return int(std::count_if(m_rows.begin(), m_rows.end(),
+    return int(std::count_if(rows_.begin(), rows_.end(),
                              [&](const LayerManagerRow& row) { return row.camera == camera; }));
 }
 
 void LayerManagerDialog::QueueUpdate() {
-    if (!m_updateQueued) {
-        m_updateQueued = true;
+    if (!updateQueued_) {
+        updateQueued_ = true;
         QMetaObject::invokeMethod(this, "Update", Qt::QueuedConnection);
     }
-    m_undoing = m_undoing || MGlobal::isUndoing() || MGlobal::isRedoing();
+    undoing_ = undoing_ || MGlobal::isUndoing() || MGlobal::isRedoing();
 }
 
 void LayerManagerDialog::Update() {
-    m_updateQueued = false;
+    updateQueued_ = false;
     // A new layer is scrolled into view. Undo and redo keep the scroll position.
-    const LayerItem* const active = m_list->GetActive();
-    const bool isNew = !m_undoing && m_rows.size() > m_shownCount;
-    m_undoing = false;
-    m_shownCount = m_rows.size();
-    m_list->Fill(m_rows, m_activeCamera, m_activeIndex);
-    m_revealActive = m_revealActive || (isNew && active != m_list->GetActive());
-    m_moveUp->SetDimmed(!CanMoveUp());
-    m_moveDown->SetDimmed(!CanMoveDown());
-    m_delete->SetDimmed(!HasActive());
-    if (m_revealActive && isVisible() && HasActive()) {
-        m_revealActive = false;
-        m_list->RevealActive();
+    const LayerItem* const active = list_->GetActive();
+    const bool isNew = !undoing_ && rows_.size() > shownCount_;
+    undoing_ = false;
+    shownCount_ = rows_.size();
+    list_->Fill(rows_, activeCamera_, activeIndex_);
+    revealActive_ = revealActive_ || (isNew && active != list_->GetActive());
+    moveUp_->SetDimmed(!CanMoveUp());
+    moveDown_->SetDimmed(!CanMoveDown());
+    delete_->SetDimmed(!HasActive());
+    if (revealActive_ && isVisible() && HasActive()) {
+        revealActive_ = false;
+        list_->RevealActive();
     }
 }
 
 // --- actions ----------------------------------------------------------------------------------------------
 
 bool LayerManagerDialog::HasActive() const {
-    return !m_activeCamera.isEmpty() && m_activeIndex >= 0;
+    return !activeCamera_.isEmpty() && activeIndex_ >= 0;
 }
 
 bool LayerManagerDialog::CanMoveUp() const {
-    return !m_activeCamera.isEmpty() && m_activeIndex + 1 < LayerCount(m_activeCamera);
+    return !activeCamera_.isEmpty() && activeIndex_ + 1 < LayerCount(activeCamera_);
 }
 
 bool LayerManagerDialog::CanMoveDown() const {
-    return !m_activeCamera.isEmpty() && m_activeIndex >= 1;
+    return !activeCamera_.isEmpty() && activeIndex_ >= 1;
 }
 
 void LayerManagerDialog::NewLayer() {
@@ -139,21 +139,21 @@ void LayerManagerDialog::NewLayer() {
 
 void LayerManagerDialog::DeleteLayer() {
     if (HasActive()) {
-        MayaUtil::RemoveLayer(m_activeCamera, m_activeIndex);
+        MayaUtil::RemoveLayer(activeCamera_, activeIndex_);
     }
 }
 
 void LayerManagerDialog::MoveLayerUp() {
     if (CanMoveUp()) {
-        m_revealActive = true;
-        MayaUtil::MoveLayer(m_activeCamera, m_activeIndex, m_activeIndex + 1);
+        revealActive_ = true;
+        MayaUtil::MoveLayer(activeCamera_, activeIndex_, activeIndex_ + 1);
     }
 }
 
 void LayerManagerDialog::MoveLayerDown() {
     if (CanMoveDown()) {
-        m_revealActive = true;
-        MayaUtil::MoveLayer(m_activeCamera, m_activeIndex, m_activeIndex - 1);
+        revealActive_ = true;
+        MayaUtil::MoveLayer(activeCamera_, activeIndex_, activeIndex_ - 1);
     }
 }
 
@@ -169,7 +169,7 @@ void LayerManagerDialog::showEvent(QShowEvent* event) {
 void LayerManagerDialog::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) {
         // The rows get the new palette only after the panel.
-        QMetaObject::invokeMethod(m_list, "UpdateColors", Qt::QueuedConnection);
+        QMetaObject::invokeMethod(list_, "UpdateColors", Qt::QueuedConnection);
     }
     FloatingPanel::changeEvent(event);
 }

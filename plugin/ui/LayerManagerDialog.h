@@ -46,17 +46,17 @@ private:
     bool CanMoveUp() const;
     bool CanMoveDown() const;
 
-    CameraList* m_list;
-    PlainIconButton* m_moveUp;
-    PlainIconButton* m_moveDown;
-    PlainIconButton* m_delete;
-    QList<LayerManagerRow> m_rows;
-    QString m_activeCamera;
-    int m_activeIndex = -1;
-    int m_shownCount = 0; ///< rows shown by the last update
-    bool m_updateQueued = false;
-    bool m_undoing = false; ///< a reported change came from undo or redo
-    bool m_revealActive = true;
+    CameraList* list_;
+    PlainIconButton* moveUp_;
+    PlainIconButton* moveDown_;
+    PlainIconButton* delete_;
+    QList<LayerManagerRow> rows_;
+    QString activeCamera_;
+    int activeIndex_ = -1;
+    int shownCount_ = 0; ///< rows shown by the last update
+    bool updateQueued_ = false;
+    bool undoing_ = false; ///< a reported change came from undo or redo
+    bool revealActive_ = true;
 };
 
 } // namespace vellix

@@ -13,43 +13,43 @@ namespace vellix {
 
 LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, QWidget* parent)
     : LayerFormDialog(QStringLiteral("Layer Properties"), parent)
-    , m_layerCamera(camera)
-    , m_index(index)
-    , m_state(LayerState::Animated)
-    , m_visible(new QCheckBox(QStringLiteral("Visible"), this)) {
+    , layerCamera_(camera)
+    , index_(index)
+    , state_(LayerState::Animated)
+    , visible_(new QCheckBox(QStringLiteral("Visible"), this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
-    m_visible->setToolTip(QStringLiteral("Show the layer"));
-    Form().addRow(QString(), m_visible);
+    visible_->setToolTip(QStringLiteral("Show the layer"));
+    Form().addRow(QString(), visible_);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});
     AddButtons();
-    SetLayerState(m_state);
+    SetLayerState(state_);
 }
 
 void LayerPropertiesDialog::SetLayerName(const QString& name) {
-    m_layerName = name;
+    layerName_ = name;
     LayerFormDialog::SetLayerName(name);
 }
 
 void LayerPropertiesDialog::SetVisibility(bool visible) {
-    m_visibility = visible;
-    m_visible->setChecked(visible);
+    visibility_ = visible;
+    visible_->setChecked(visible);
 }
 
 void LayerPropertiesDialog::SetLayerState(LayerState state) {
-    m_state = state;
+    state_ = state;
     LayerFormDialog::SetLayerState(state);
 }
 
 void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
     // A camera may have been deleted while its layers stayed.
     const QStringList offered =
-        cameras.contains(m_layerCamera) ? cameras : cameras + QStringList(m_layerCamera);
-    LayerFormDialog::SetCameras(offered, m_layerCamera);
+        cameras.contains(layerCamera_) ? cameras : cameras + QStringList(layerCamera_);
+    LayerFormDialog::SetCameras(offered, layerCamera_);
 }
 
 void LayerPropertiesDialog::FollowScene() {
     const BaseNode* const master = BaseNode::GetMaster();
-    if (master == nullptr || !master->LayerExists(m_layerCamera, m_index)) {
+    if (master == nullptr || !master->LayerExists(layerCamera_, index_)) {
         reject();
         return;
     }
@@ -78,17 +78,17 @@ void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* pare
 
 void LayerPropertiesDialog::UpdateLayer() {
     const QString name = GetLayerName();
-    if (!name.isEmpty() && name != m_layerName) {
-        MayaUtil::SetLayerName(m_layerCamera, m_index, name);
+    if (!name.isEmpty() && name != layerName_) {
+        MayaUtil::SetLayerName(layerCamera_, index_, name);
     }
-    if (m_visible->isChecked() != m_visibility) {
-        MayaUtil::SetLayerVisible(m_layerCamera, m_index, m_visible->isChecked());
+    if (visible_->isChecked() != visibility_) {
+        MayaUtil::SetLayerVisible(layerCamera_, index_, visible_->isChecked());
     }
-    if (GetLayerState() != m_state) {
-        MayaUtil::SetLayerState(m_layerCamera, m_index, GetLayerState());
+    if (GetLayerState() != state_) {
+        MayaUtil::SetLayerState(layerCamera_, index_, GetLayerState());
     }
-    if (GetCamera() != m_layerCamera) {
-        MayaUtil::MoveLayer(m_layerCamera, m_index, GetCamera(), -1);
+    if (GetCamera() != layerCamera_) {
+        MayaUtil::MoveLayer(layerCamera_, index_, GetCamera(), -1);
     }
 }
 

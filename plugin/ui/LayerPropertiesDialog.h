@@ -33,12 +33,12 @@ protected:
 private:
     void UpdateLayer();
 
-    const QString m_layerCamera;
-    const int m_index;
-    QString m_layerName;
-    bool m_visibility = false;
-    LayerState m_state;
-    QCheckBox* m_visible;
+    const QString layerCamera_;
+    const int index_;
+    QString layerName_;
+    bool visibility_ = false;
+    LayerState state_;
+    QCheckBox* visible_;
 };
 
 } // namespace vellix

@@ -20,67 +20,67 @@ constexpr int SLIDER_WIDTH = 80;
 
 NumberSlider::NumberSlider(const QString& name, QWidget* parent)
     : QWidget(parent)
-    , m_slider(new QSlider(Qt::Horizontal))
-    , m_number(new QSpinBox) {
+    , slider_(new QSlider(Qt::Horizontal))
+    , number_(new QSpinBox) {
     setObjectName(name);
-    m_slider->setObjectName(name + QStringLiteral("Slider"));
-    m_number->setObjectName(name + QStringLiteral("Number"));
+    slider_->setObjectName(name + QStringLiteral("Slider"));
+    number_->setObjectName(name + QStringLiteral("Number"));
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(6);
-    row->addWidget(m_slider, 1);
-    row->addWidget(m_number);
-    m_slider->setMinimumWidth(SLIDER_WIDTH);
-    m_slider->setFocusPolicy(Qt::StrongFocus);
-    m_number->setAlignment(Qt::AlignRight);
-    m_number->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    row->addWidget(slider_, 1);
+    row->addWidget(number_);
+    slider_->setMinimumWidth(SLIDER_WIDTH);
+    slider_->setFocusPolicy(Qt::StrongFocus);
+    number_->setAlignment(Qt::AlignRight);
+    number_->setButtonSymbols(QAbstractSpinBox::NoButtons);
     // Takes the number when it is complete, not with every digit.
-    m_number->setKeyboardTracking(false);
-    m_number->setAccelerated(true);
-    setFocusProxy(m_slider);
-    new FieldUndo(*m_number, [this] {
-        return m_number->text() !=
-               m_number->prefix() + m_number->locale().toString(m_number->value()) + m_number->suffix();
+    number_->setKeyboardTracking(false);
+    number_->setAccelerated(true);
+    setFocusProxy(slider_);
+    new FieldUndo(*number_, [this] {
+        return number_->text() !=
+               number_->prefix() + number_->locale().toString(number_->value()) + number_->suffix();
     });
 
-    m_changeTimer.setSingleShot(true);
-    m_changeTimer.setInterval(CHANGE_INTERVAL_MS);
-    connect(&m_changeTimer, &QTimer::timeout, this, &NumberSlider::EmitChange);
-    connect(m_slider, &QSlider::valueChanged, this, &NumberSlider::OnSliderMoved);
-    connect(m_slider, &QSlider::sliderReleased, this, &NumberSlider::EmitChange);
-    connect(m_number, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged), this,
+    changeTimer_.setSingleShot(true);
+    changeTimer_.setInterval(CHANGE_INTERVAL_MS);
+    connect(&changeTimer_, &QTimer::timeout, this, &NumberSlider::EmitChange);
+    connect(slider_, &QSlider::valueChanged, this, &NumberSlider::OnSliderMoved);
+    connect(slider_, &QSlider::sliderReleased, this, &NumberSlider::EmitChange);
+    connect(number_, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged), this,
             &NumberSlider::OnNumberChanged);
 }
 
 void NumberSlider::SetUp(int least, int most, const QString& suffix, const QString& toolTip) {
     // Setting the suffix again would discard text that is being typed.
-    if (suffix != m_number->suffix()) {
-        m_number->setSuffix(suffix);
+    if (suffix != number_->suffix()) {
+        number_->setSuffix(suffix);
     }
     SetRange(least, most);
     FitNumber();
-    for (QWidget* part : {static_cast<QWidget*>(m_slider), static_cast<QWidget*>(m_number)}) {
+    for (QWidget* part : {static_cast<QWidget*>(slider_), static_cast<QWidget*>(number_)}) {
         part->setToolTip(toolTip);
         part->setAccessibleName(toolTip);
     }
 }
 
 void NumberSlider::SetRange(int least, int most) {
-    const QSignalBlocker sliderBlocker(m_slider);
-    const QSignalBlocker numberBlocker(m_number);
-    m_slider->setRange(least, most);
-    m_slider->setPageStep(qMax(1, (most - least) / 10));
-    m_number->setRange(least, most);
+    const QSignalBlocker sliderBlocker(slider_);
+    const QSignalBlocker numberBlocker(number_);
+    slider_->setRange(least, most);
+    slider_->setPageStep(qMax(1, (most - least) / 10));
+    number_->setRange(least, most);
 }
 
 void NumberSlider::FitNumber() {
-    const QFontMetrics metrics = m_number->fontMetrics();
+    const QFontMetrics metrics = number_->fontMetrics();
     const auto widthOf = [&metrics](const QString& text) {
         return metrics.size(Qt::TextSingleLine, text).width();
     };
-    const QString widest = QString::number(m_number->maximum()) + m_number->suffix();
-    const int around = m_number->sizeHint().width() - widthOf(widest);
-    m_number->setMinimumWidth(around + widthOf(QStringLiteral("100 px")));
+    const QString widest = QString::number(number_->maximum()) + number_->suffix();
+    const int around = number_->sizeHint().width() - widthOf(widest);
+    number_->setMinimumWidth(around + widthOf(QStringLiteral("100 px")));
 }
 
 void NumberSlider::changeEvent(QEvent* event) {
@@ -91,42 +91,42 @@ void NumberSlider::changeEvent(QEvent* event) {
 }
 
 int NumberSlider::GetValue() const {
-    return m_slider->value();
+    return slider_->value();
 }
 
 void NumberSlider::SetValue(int value) {
-    if (m_pending || value == m_slider->value()) {
+    if (pending_ || value == slider_->value()) {
         return;
     }
-    const QSignalBlocker sliderBlocker(m_slider);
-    const QSignalBlocker numberBlocker(m_number);
-    m_slider->setValue(value);
-    m_number->setValue(value);
+    const QSignalBlocker sliderBlocker(slider_);
+    const QSignalBlocker numberBlocker(number_);
+    slider_->setValue(value);
+    number_->setValue(value);
 }
 
 void NumberSlider::OnSliderMoved(int value) {
-    const QSignalBlocker blocker(m_number);
-    m_number->setValue(value);
-    m_pending = true;
-    if (!m_slider->isSliderDown()) {
+    const QSignalBlocker blocker(number_);
+    number_->setValue(value);
+    pending_ = true;
+    if (!slider_->isSliderDown()) {
         EmitChange();
-    } else if (!m_changeTimer.isActive()) {
-        m_changeTimer.start();
+    } else if (!changeTimer_.isActive()) {
+        changeTimer_.start();
     }
 }
 
 void NumberSlider::OnNumberChanged(int value) {
-    const QSignalBlocker blocker(m_slider);
-    m_slider->setValue(value);
-    m_pending = true;
+    const QSignalBlocker blocker(slider_);
+    slider_->setValue(value);
+    pending_ = true;
     EmitChange();
 }
 
 void NumberSlider::EmitChange() {
-    m_changeTimer.stop();
-    if (m_pending) {
-        m_pending = false;
-        Q_EMIT Changed(m_slider->value());
+    changeTimer_.stop();
+    if (pending_) {
+        pending_ = false;
+        Q_EMIT Changed(slider_->value());
     }
 }
 

@@ -39,10 +39,10 @@ private:
     void OnNumberChanged(int value);
     void EmitChange();
 
-    QSlider* m_slider;
-    QSpinBox* m_number;
-    QTimer m_changeTimer;
-    bool m_pending = false;
+    QSlider* slider_;
+    QSpinBox* number_;
+    QTimer changeTimer_;
+    bool pending_ = false;
 };
 
 } // namespace vellix

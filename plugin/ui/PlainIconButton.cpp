@@ -27,8 +27,8 @@ QSize PlainIconButton::sizeHint() const {
 }
 
 void PlainIconButton::SetDimmed(bool dimmed) {
-    if (m_dimmed != dimmed) {
-        m_dimmed = dimmed;
+    if (dimmed_ != dimmed) {
+        dimmed_ = dimmed;
         update();
     }
 }
@@ -36,7 +36,7 @@ void PlainIconButton::SetDimmed(bool dimmed) {
 void PlainIconButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     icon().paint(&painter, rect().adjusted(PLAIN_MARGIN, PLAIN_MARGIN, -PLAIN_MARGIN, -PLAIN_MARGIN),
-                 Qt::AlignCenter, m_dimmed || !isEnabled() ? QIcon::Disabled : QIcon::Normal);
+                 Qt::AlignCenter, dimmed_ || !isEnabled() ? QIcon::Disabled : QIcon::Normal);
     if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
         FocusFrame::Draw(painter, rect(), palette());
     }

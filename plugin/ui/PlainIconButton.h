@@ -16,7 +16,7 @@ public:
 
     /// Draws the button as if disabled. Unlike a disabled button it keeps the focus.
     void SetDimmed(bool dimmed);
-    bool IsDimmed() const { return m_dimmed; }
+    bool IsDimmed() const { return dimmed_; }
 
     QSize sizeHint() const override;
 
@@ -24,7 +24,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    bool m_dimmed = false;
+    bool dimmed_ = false;
 };
 
 } // namespace vellix

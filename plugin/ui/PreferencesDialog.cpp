@@ -109,19 +109,19 @@ QWidget* PreferencesDialog::CreateGeneralPage() {
 
 QWidget* PreferencesDialog::CreateColorGroup() {
     auto* group = new QGroupBox(TIMELINE_FRAME_COLOR);
-    m_timelineFrameColor = new FlatButton;
-    m_timelineFrameColor->setObjectName(QStringLiteral("qmVxPreferencesFrameColor"));
-    m_timelineFrameColor->setFixedWidth(COLOR_WIDTH);
-    m_timelineFrameColor->setToolTip(QStringLiteral("Choose the color of the frames on the time slider"));
-    m_timelineFrameColor->setAccessibleName(TIMELINE_FRAME_COLOR);
+    timelineFrameColor_ = new FlatButton;
+    timelineFrameColor_->setObjectName(QStringLiteral("qmVxPreferencesFrameColor"));
+    timelineFrameColor_->setFixedWidth(COLOR_WIDTH);
+    timelineFrameColor_->setToolTip(QStringLiteral("Choose the color of the frames on the time slider"));
+    timelineFrameColor_->setAccessibleName(TIMELINE_FRAME_COLOR);
     auto* standard = new QPushButton(QStringLiteral("Default"));
     standard->setAutoDefault(false);
     standard->setToolTip(QStringLiteral("Reset to the default color"));
     auto* row = new QHBoxLayout(group);
-    row->addWidget(m_timelineFrameColor);
+    row->addWidget(timelineFrameColor_);
     row->addWidget(standard);
     row->addStretch();
-    connect(m_timelineFrameColor, &QAbstractButton::clicked, this,
+    connect(timelineFrameColor_, &QAbstractButton::clicked, this,
             &PreferencesDialog::ChooseTimelineFrameColor);
     connect(standard, &QAbstractButton::clicked, this,
             [this] { UseTimelineFrameColor(Settings::DEFAULT_TIMELINE_FRAME_COLOR); });
@@ -134,12 +134,12 @@ QWidget* PreferencesDialog::CreateLayersPage() {
     column->setContentsMargins(0, 0, 0, 0);
 
     auto* states = new QHBoxLayout(CreateGroup(QStringLiteral("Default New Layer State"), *column));
-    m_animatedLayers = new QRadioButton(QStringLiteral("Anim"));
-    m_animatedLayers->setToolTip(QStringLiteral("New layers hold a drawing for each keyed frame"));
-    m_staticLayers = new QRadioButton(QStringLiteral("Static"));
-    m_staticLayers->setToolTip(QStringLiteral("New layers hold one drawing for all frames"));
-    states->addWidget(m_animatedLayers);
-    states->addWidget(m_staticLayers);
+    animatedLayers_ = new QRadioButton(QStringLiteral("Anim"));
+    animatedLayers_->setToolTip(QStringLiteral("New layers hold a drawing for each keyed frame"));
+    staticLayers_ = new QRadioButton(QStringLiteral("Static"));
+    staticLayers_->setToolTip(QStringLiteral("New layers hold one drawing for all frames"));
+    states->addWidget(animatedLayers_);
+    states->addWidget(staticLayers_);
     states->addStretch();
 
     auto* common = new QVBoxLayout(CreateGroup(QStringLiteral("Common Layer Options"), *column));
@@ -153,15 +153,15 @@ QWidget* PreferencesDialog::CreateLayersPage() {
     auto* staticOptions = new QVBoxLayout(CreateGroup(QStringLiteral("Static Layer Options"), *column));
     auto* time = new QHBoxLayout;
     auto* label = new QLabel(QStringLiteral("Default static frame time:"));
-    m_staticFrameTime = new QSpinBox;
+    staticFrameTime_ = new QSpinBox;
     // Allows any whole frame, so that opening the dialog does not change a value from the settings file.
-    m_staticFrameTime->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
-    m_staticFrameTime->setAlignment(Qt::AlignRight);
-    m_staticFrameTime->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    m_staticFrameTime->setToolTip(QStringLiteral("The frame at which a static layer keeps its drawing"));
-    label->setBuddy(m_staticFrameTime);
+    staticFrameTime_->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+    staticFrameTime_->setAlignment(Qt::AlignRight);
+    staticFrameTime_->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    staticFrameTime_->setToolTip(QStringLiteral("The frame at which a static layer keeps its drawing"));
+    label->setBuddy(staticFrameTime_);
     time->addWidget(label);
-    time->addWidget(m_staticFrameTime);
+    time->addWidget(staticFrameTime_);
     time->addStretch();
     staticOptions->addLayout(time);
     AddSwitch(*staticOptions, "StaticFrame", QStringLiteral("Insert default static frame"),
@@ -177,23 +177,23 @@ void PreferencesDialog::AddSwitch(QLayout& layout, const char* name, const QStri
     box->setObjectName(QStringLiteral("qmVxPreferences%1").arg(QString::fromLatin1(name)));
     box->setToolTip(toolTip);
     layout.addWidget(box);
-    m_switches.append({box, &setting});
+    switches_.append({box, &setting});
 }
 
 void PreferencesDialog::LoadSettings() {
-    m_timelineFrameColor->SetColor(Settings::timelineFrameColor);
-    for (const Switch& one : m_switches) {
+    timelineFrameColor_->SetColor(Settings::timelineFrameColor);
+    for (const Switch& one : switches_) {
         one.box->setChecked(*one.setting);
     }
     const bool isStatic = Settings::defaultLayerState == static_cast<int>(LayerState::Static);
-    (isStatic ? m_staticLayers : m_animatedLayers)->setChecked(true);
-    m_staticFrameTime->setValue(Settings::defaultStaticFrameTime);
+    (isStatic ? staticLayers_ : animatedLayers_)->setChecked(true);
+    staticFrameTime_->setValue(Settings::defaultStaticFrameTime);
 }
 
 void PreferencesDialog::ChooseTimelineFrameColor() {
     // The plug-in may be unloaded while the chooser is open.
     const QPointer<PreferencesDialog> self = this;
-    const QColor color = QColorDialog::getColor(m_timelineFrameColor->GetColor(), this, TIMELINE_FRAME_COLOR,
+    const QColor color = QColorDialog::getColor(timelineFrameColor_->GetColor(), this, TIMELINE_FRAME_COLOR,
                                                 QColorDialog::DontUseNativeDialog);
     if (self && color.isValid()) {
         UseTimelineFrameColor(color);
@@ -201,24 +201,24 @@ void PreferencesDialog::ChooseTimelineFrameColor() {
 }
 
 void PreferencesDialog::UseTimelineFrameColor(const QColor& color) {
-    m_timelineFrameColor->SetColor(color);
+    timelineFrameColor_->SetColor(color);
     UpdateTimelineFrameColor();
 }
 
 void PreferencesDialog::UpdateTimelineFrameColor() {
-    Settings::timelineFrameColor = m_timelineFrameColor->GetColor();
+    Settings::timelineFrameColor = timelineFrameColor_->GetColor();
     BaseNode::UpdateTimeControlOverlay();
 }
 
 void PreferencesDialog::Apply() {
     const bool ignored2dPanZoom = Settings::ignore2dPanZoom;
-    Settings::timelineFrameColor = m_timelineFrameColor->GetColor();
-    for (const Switch& one : m_switches) {
+    Settings::timelineFrameColor = timelineFrameColor_->GetColor();
+    for (const Switch& one : switches_) {
         *one.setting = one.box->isChecked();
     }
     Settings::defaultLayerState =
-        static_cast<int>(m_staticLayers->isChecked() ? LayerState::Static : LayerState::Animated);
-    Settings::defaultStaticFrameTime = m_staticFrameTime->value();
+        static_cast<int>(staticLayers_->isChecked() ? LayerState::Static : LayerState::Animated);
+    Settings::defaultStaticFrameTime = staticFrameTime_->value();
     Settings::WriteUserConfig();
     if (Settings::ignore2dPanZoom != ignored2dPanZoom) {
         if (BaseNode* const node = BaseNode::GetMaster()) {

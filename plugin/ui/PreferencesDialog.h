@@ -38,11 +38,11 @@ private:
         bool* setting;
     };
 
-    FlatButton* m_timelineFrameColor = nullptr;
-    QList<Switch> m_switches; ///< in the order of the settings file
-    QRadioButton* m_animatedLayers = nullptr;
-    QRadioButton* m_staticLayers = nullptr;
-    QSpinBox* m_staticFrameTime = nullptr;
+    FlatButton* timelineFrameColor_ = nullptr;
+    QList<Switch> switches_; ///< in the order of the settings file
+    QRadioButton* animatedLayers_ = nullptr;
+    QRadioButton* staticLayers_ = nullptr;
+    QSpinBox* staticFrameTime_ = nullptr;
 };
 
 } // namespace vellix

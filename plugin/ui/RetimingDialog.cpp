@@ -26,7 +26,7 @@ QString Frames(int count) {
 
 RetimingDialog::RetimingDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Retiming Tool"), Settings::retimingGeometry, parent)
-    , m_moveToNext(new QCheckBox(QStringLiteral("Move to Next Frame"), this)) {
+    , moveToNext_(new QCheckBox(QStringLiteral("Move to Next Frame"), this)) {
     setObjectName(QStringLiteral("qmVxRetimingTool"));
     auto* const absolute = new QHBoxLayout;
     absolute->setSpacing(2);
@@ -48,15 +48,15 @@ RetimingDialog::RetimingDialog(QWidget* parent)
                   QStringLiteral("Hold the drawing %1 longer").arg(Frames(frames)), RELATIVE_WIDTH,
                   &RetimingDialog::RetimeRelative);
     }
-    m_moveToNext->setObjectName(objectName() + QStringLiteral("MoveToNextFrame"));
-    m_moveToNext->setToolTip(QStringLiteral("After each press go on to the drawing that follows"));
-    connect(m_moveToNext, &QCheckBox::toggled, this, &RetimingDialog::OnMoveToNextFrameToggled);
+    moveToNext_->setObjectName(objectName() + QStringLiteral("MoveToNextFrame"));
+    moveToNext_->setToolTip(QStringLiteral("After each press go on to the drawing that follows"));
+    connect(moveToNext_, &QCheckBox::toggled, this, &RetimingDialog::OnMoveToNextFrameToggled);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(2);
     layout->addLayout(absolute);
     layout->addLayout(relative);
-    layout->addWidget(m_moveToNext);
+    layout->addWidget(moveToNext_);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     FitButtons();
     RestorePlace();
@@ -70,11 +70,11 @@ void RetimingDialog::AddButton(QHBoxLayout* row, const QString& label, const QSt
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, slot);
     row->addWidget(button);
-    m_buttons.append({button, least});
+    buttons_.append({button, least});
 }
 
 void RetimingDialog::FitButtons() {
-    for (const FrameButton& entry : m_buttons) {
+    for (const FrameButton& entry : buttons_) {
         const int text = entry.button->fontMetrics().size(Qt::TextSingleLine, entry.button->text()).width();
         entry.button->setFixedWidth(qMax(entry.least, text + 12));
     }
@@ -98,17 +98,17 @@ void RetimingDialog::Retime(bool relative) {
     bool isNumber = false;
     const int frames = text.toInt(&isNumber);
     if (isNumber) {
-        MayaUtil::RetimeFrames(frames, relative, m_moveToNext->isChecked());
+        MayaUtil::RetimeFrames(frames, relative, moveToNext_->isChecked());
     }
 }
 
 void RetimingDialog::OnMoveToNextFrameToggled() {
-    Settings::retimeMoveToNextFrame = m_moveToNext->isChecked();
+    Settings::retimeMoveToNextFrame = moveToNext_->isChecked();
 }
 
 void RetimingDialog::showEvent(QShowEvent* event) {
-    const QSignalBlocker blocker(m_moveToNext);
-    m_moveToNext->setChecked(Settings::retimeMoveToNextFrame);
+    const QSignalBlocker blocker(moveToNext_);
+    moveToNext_->setChecked(Settings::retimeMoveToNextFrame);
     FloatingPanel::showEvent(event);
 }
 

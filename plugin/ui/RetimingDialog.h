@@ -38,8 +38,8 @@ private:
     void Retime(bool relative);
     void FitButtons();
 
-    QList<FrameButton> m_buttons;
-    QCheckBox* m_moveToNext;
+    QList<FrameButton> buttons_;
+    QCheckBox* moveToNext_;
 };
 
 } // namespace vellix

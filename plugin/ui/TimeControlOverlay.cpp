@@ -66,14 +66,14 @@ TimeControlOverlay::TimeControlOverlay(QWidget* timeSlider)
 }
 
 void TimeControlOverlay::SetFrameTimes(const QList<int>& times) {
-    if (!m_frameTimes.isSharedWith(times)) {
-        m_frameTimes = times;
+    if (!frameTimes_.isSharedWith(times)) {
+        frameTimes_ = times;
     }
     update();
 }
 
 void TimeControlOverlay::ClearFrameTimes() {
-    m_frameTimes.clear();
+    frameTimes_.clear();
     update();
 }
 
@@ -87,7 +87,7 @@ void TimeControlOverlay::SetShown(bool shown) {
 }
 
 void TimeControlOverlay::SetDrawContextActive(bool active) {
-    m_drawContextActive = active;
+    drawContextActive_ = active;
     ResetDrag();
     if (active) {
         UpdateDrag();
@@ -95,19 +95,19 @@ void TimeControlOverlay::SetDrawContextActive(bool active) {
 }
 
 bool TimeControlOverlay::FollowsRange() const {
-    return Settings::timeControlRangeMoveEnabled && m_drawContextActive;
+    return Settings::timeControlRangeMoveEnabled && drawContextActive_;
 }
 
 bool TimeControlOverlay::HasMoveOffset() const {
-    return FollowsRange() && m_dragging;
+    return FollowsRange() && dragging_;
 }
 
 int TimeControlOverlay::GetMoveOffset() const {
-    return Settings::timeControlRangeMoveEnabled ? m_moveOffset : 0;
+    return Settings::timeControlRangeMoveEnabled ? moveOffset_ : 0;
 }
 
 MDoubleArray TimeControlOverlay::GetRangeForMoveOffset() const {
-    return m_range;
+    return range_;
 }
 
 void TimeControlOverlay::UpdateMoveOffset() {
@@ -121,41 +121,41 @@ void TimeControlOverlay::UpdateMoveOffset() {
     MDoubleArray range;
     MayaUtil::GetTimeSliderRange(range);
     // A change of length means that the range was resized, not moved.
-    if (range.length() == 2 && m_range.length() == 2 && range[0] - m_range[0] == range[1] - m_range[1]) {
-        m_moveOffset = static_cast<int>(range[0]) - static_cast<int>(m_range[0]);
+    if (range.length() == 2 && range_.length() == 2 && range[0] - range_[0] == range[1] - range_[1]) {
+        moveOffset_ = static_cast<int>(range[0]) - static_cast<int>(range_[0]);
     }
-    m_movePending = true;
+    movePending_ = true;
 }
 
 void TimeControlOverlay::UpdateDrag() {
     if (!FollowsRange()) {
         return;
     }
-    const bool moves = m_movePending && m_range.length() == 2;
-    const int offset = m_moveOffset;
+    const bool moves = movePending_ && range_.length() == 2;
+    const int offset = moveOffset_;
     int first = 0;
     int last = 0;
     if (moves) {
-        first = static_cast<int>(m_range[0]);
-        last = static_cast<int>(m_range[1]);
+        first = static_cast<int>(range_[0]);
+        last = static_cast<int>(range_[1]);
         last -= first < last ? 1 : 0; // the end of the slider's range is exclusive
     }
-    m_range = GetVisibleRange();
-    m_moveOffset = 0;
-    m_dragging = false;
-    m_rangeVisibleAtPress = false;
-    m_movePending = false;
+    range_ = GetVisibleRange();
+    moveOffset_ = 0;
+    dragging_ = false;
+    rangeVisibleAtPress_ = false;
+    movePending_ = false;
     if (moves && (offset == 0 || !MayaUtil::MoveFrames(offset, first, last))) {
         MayaUtil::RefreshTimelineOverlay(); // puts the marks back
     }
 }
 
 void TimeControlOverlay::ResetDrag() {
-    m_dragging = false;
-    m_movePending = false;
-    m_rangeVisibleAtPress = false;
-    m_moveOffset = 0;
-    m_range.clear();
+    dragging_ = false;
+    movePending_ = false;
+    rangeVisibleAtPress_ = false;
+    moveOffset_ = 0;
+    range_.clear();
 }
 
 void TimeControlOverlay::paintEvent(QPaintEvent*) {
@@ -175,9 +175,9 @@ void TimeControlOverlay::paintEvent(QPaintEvent*) {
     fill.setAlpha(FILL_ALPHA);
     QPainter painter(this);
     painter.setPen(QPen(Settings::timelineFrameColor, 1));
-    for (const int time : m_frameTimes) {
+    for (const int time : frameTimes_) {
         const QRect mark = band.MarkAt(time);
-        const bool collides = GetMoveOffset() > 0 && m_frameTimes.count(time) > 1;
+        const bool collides = GetMoveOffset() > 0 && frameTimes_.count(time) > 1;
         painter.fillRect(mark, collides ? QColor(Qt::black) : fill);
         painter.drawRect(mark.adjusted(0, 0, -1, -1)); // drawRect is one pixel larger than its rectangle
     }
@@ -185,15 +185,15 @@ void TimeControlOverlay::paintEvent(QPaintEvent*) {
 
 void TimeControlOverlay::mousePressEvent(QMouseEvent* event) {
     if (FollowsRange()) {
-        m_movePending = false;
-        m_rangeVisibleAtPress = MayaUtil::IsTimeSliderRangeVisible();
+        movePending_ = false;
+        rangeVisibleAtPress_ = MayaUtil::IsTimeSliderRangeVisible();
     }
     event->ignore();
 }
 
 void TimeControlOverlay::mouseMoveEvent(QMouseEvent* event) {
-    if (FollowsRange() && m_rangeVisibleAtPress) {
-        m_dragging = true;
+    if (FollowsRange() && rangeVisibleAtPress_) {
+        dragging_ = true;
     }
     event->ignore();
 }

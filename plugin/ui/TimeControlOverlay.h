@@ -44,13 +44,13 @@ protected:
 private:
     bool FollowsRange() const;
 
-    QList<int> m_frameTimes;
-    bool m_rangeVisibleAtPress = false;
-    bool m_dragging = false;
-    bool m_movePending = false;
-    MDoubleArray m_range; ///< start and end (exclusive) at the start of the drag, or empty; frames
-    int m_moveOffset = 0; ///< frames
-    bool m_drawContextActive = false;
+    QList<int> frameTimes_;
+    bool rangeVisibleAtPress_ = false;
+    bool dragging_ = false;
+    bool movePending_ = false;
+    MDoubleArray range_; ///< start and end (exclusive) at the start of the drag, or empty; frames
+    int moveOffset_ = 0; ///< frames
+    bool drawContextActive_ = false;
 };
 
 } // namespace vellix

@@ -41,56 +41,56 @@ void ToolOptionsDialog::Row::SetShown(bool shown) const {
 
 ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     : FloatingPanel(QStringLiteral("Tool Options"), Settings::toolOptionsGeometry, parent)
-    , m_icon(new IconView(ToolType::Brush, OPTIONS_ICON_SIDE))
-    , m_name(new QLabel)
-    , m_size(new NumberSlider(QStringLiteral("qmVxToolOptionsSize")))
-    , m_opacity(CreatePercent(QStringLiteral("qmVxToolOptionsOpacity"), 1,
-                              QStringLiteral("How opaque the tool draws; hold M and drag in a view")))
-    , m_hardness(CreatePercent(QStringLiteral("qmVxToolOptionsHardness"), 0,
-                               QStringLiteral("How sharp the edge of a stroke is")))
-    , m_pressure(new QCheckBox(QStringLiteral("Tablet pressure")))
-    , m_font(new QFontComboBox) {
+    , icon_(new IconView(ToolType::Brush, OPTIONS_ICON_SIDE))
+    , name_(new QLabel)
+    , size_(new NumberSlider(QStringLiteral("qmVxToolOptionsSize")))
+    , opacity_(CreatePercent(QStringLiteral("qmVxToolOptionsOpacity"), 1,
+                             QStringLiteral("How opaque the tool draws; hold M and drag in a view")))
+    , hardness_(CreatePercent(QStringLiteral("qmVxToolOptionsHardness"), 0,
+                              QStringLiteral("How sharp the edge of a stroke is")))
+    , pressure_(new QCheckBox(QStringLiteral("Tablet pressure")))
+    , font_(new QFontComboBox) {
     setObjectName(QStringLiteral("qmVxToolOptions"));
     setMinimumWidth(OPTIONS_LEAST_WIDTH);
-    m_pressure->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
-    m_font->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
-    m_pressure->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
-    m_font->setToolTip(QStringLiteral("The font of text"));
-    m_font->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_font->setMinimumContentsLength(LEAST_FONT_LENGTH);
-    m_font->setInsertPolicy(QComboBox::NoInsert);
+    pressure_->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
+    font_->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
+    pressure_->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
+    font_->setToolTip(QStringLiteral("The font of text"));
+    font_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    font_->setMinimumContentsLength(LEAST_FONT_LENGTH);
+    font_->setInsertPolicy(QComboBox::NoInsert);
 
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(OPTIONS_MARGIN, OPTIONS_MARGIN, OPTIONS_MARGIN, OPTIONS_MARGIN);
     grid->setSpacing(OPTIONS_SPACING);
     grid->setColumnStretch(1, 1);
     grid->addLayout(CreateHeader(), 0, 0, 1, 2);
-    AddRow(*grid, QStringLiteral("Size"), m_size);
-    AddRow(*grid, QStringLiteral("Opacity"), m_opacity);
-    m_hardnessRow = AddRow(*grid, QStringLiteral("Hardness"), m_hardness);
-    m_fontRow = AddRow(*grid, QStringLiteral("Font"), m_font);
-    grid->addWidget(m_pressure, grid->rowCount(), 1);
+    AddRow(*grid, QStringLiteral("Size"), size_);
+    AddRow(*grid, QStringLiteral("Opacity"), opacity_);
+    hardnessRow_ = AddRow(*grid, QStringLiteral("Hardness"), hardness_);
+    fontRow_ = AddRow(*grid, QStringLiteral("Font"), font_);
+    grid->addWidget(pressure_, grid->rowCount(), 1);
     grid->setRowStretch(grid->rowCount(), 1);
 
-    for (NumberSlider* slider : {m_size, m_opacity, m_hardness}) {
+    for (NumberSlider* slider : {size_, opacity_, hardness_}) {
         connect(slider, &NumberSlider::Changed, this, &ToolOptionsDialog::Send);
     }
-    connect(m_pressure, &QCheckBox::clicked, this, &ToolOptionsDialog::Send);
-    connect(m_font, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated), this,
+    connect(pressure_, &QCheckBox::clicked, this, &ToolOptionsDialog::Send);
+    connect(font_, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated), this,
             &ToolOptionsDialog::OnFontChosen);
-    connect(m_font->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
-    new FieldUndo(*m_font, [this] { return m_font->currentText() != m_shownFont; });
+    connect(font_->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
+    new FieldUndo(*font_, [this] { return font_->currentText() != shownFont_; });
     Refresh();
 }
 
 QLayout* ToolOptionsDialog::CreateHeader() {
-    QFont font = m_name->font();
+    QFont font = name_->font();
     font.setBold(true);
-    m_name->setFont(font);
+    name_->setFont(font);
     auto* header = new QHBoxLayout;
     header->setSpacing(OPTIONS_SPACING);
-    header->addWidget(m_icon);
-    header->addWidget(m_name, 1);
+    header->addWidget(icon_);
+    header->addWidget(name_, 1);
     return header;
 }
 
@@ -109,47 +109,47 @@ void ToolOptionsDialog::Refresh() {
     if (tool == nullptr) {
         return;
     }
-    m_icon->SetIcon(tool->type);
-    m_name->setText(QLatin1String(tool->label));
-    m_size->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
-                  QStringLiteral("How large the tool draws; hold B and drag in a view"));
-    m_hardnessRow.SetShown(tool->Has(ToolRow::HARDNESS));
-    m_pressure->setVisible(tool->Has(ToolRow::PRESSURE));
-    m_fontRow.SetShown(tool->kind == ToolKind::Text);
+    icon_->SetIcon(tool->type);
+    name_->setText(QLatin1String(tool->label));
+    size_->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
+                 QStringLiteral("How large the tool draws; hold B and drag in a view"));
+    hardnessRow_.SetShown(tool->Has(ToolRow::HARDNESS));
+    pressure_->setVisible(tool->Has(ToolRow::PRESSURE));
+    fontRow_.SetShown(tool->kind == ToolKind::Text);
 
     const ToolOptions options = Settings::GetToolOptions(tool->type);
-    m_size->SetValue(options.size);
-    m_opacity->SetValue(options.opacity);
-    m_hardness->SetValue(options.hardness);
-    m_pressure->setChecked(options.tabletEnabled);
+    size_->SetValue(options.size);
+    opacity_->SetValue(options.opacity);
+    hardness_->SetValue(options.hardness);
+    pressure_->setChecked(options.tabletEnabled);
     ShowFont(Settings::textFontFamily);
 }
 
 void ToolOptionsDialog::ShowFont(const QString& family) {
     // Keeps text that is being typed until the font changes.
-    if (family != m_shownFont) {
-        const QSignalBlocker blocker(m_font);
-        m_font->setCurrentFont(QFont(family));
-        m_font->setEditText(family);
-        m_shownFont = family;
+    if (family != shownFont_) {
+        const QSignalBlocker blocker(font_);
+        font_->setCurrentFont(QFont(family));
+        font_->setEditText(family);
+        shownFont_ = family;
     }
 }
 
 void ToolOptionsDialog::OnFontChosen() {
-    const int index = m_font->findText(m_font->currentText(), Qt::MatchFixedString);
+    const int index = font_->findText(font_->currentText(), Qt::MatchFixedString);
     if (index < 0) {
         // No such font: shows the current one again.
-        m_font->setEditText(m_shownFont);
-    } else if (m_font->itemText(index) != Settings::textFontFamily) {
-        m_shownFont = m_font->itemText(index);
+        font_->setEditText(shownFont_);
+    } else if (font_->itemText(index) != Settings::textFontFamily) {
+        shownFont_ = font_->itemText(index);
         Send();
     }
 }
 
 void ToolOptionsDialog::Send() {
     if (const ToolRow* const tool = FindTool(Settings::activeTool)) {
-        MayaUtil::SetToolOptions(tool->type, {m_size->GetValue(), m_opacity->GetValue(),
-                                              m_hardness->GetValue(), m_pressure->isChecked(), m_shownFont});
+        MayaUtil::SetToolOptions(tool->type, {size_->GetValue(), opacity_->GetValue(), hardness_->GetValue(),
+                                              pressure_->isChecked(), shownFont_});
     }
 }
 

@@ -36,16 +36,16 @@ private:
     void OnFontChosen();
     void Send();
 
-    IconView* m_icon;
-    QLabel* m_name;
-    NumberSlider* m_size;
-    NumberSlider* m_opacity;
-    NumberSlider* m_hardness;
-    QCheckBox* m_pressure;
-    QFontComboBox* m_font;
-    Row m_hardnessRow;
-    Row m_fontRow;
-    QString m_shownFont;
+    IconView* icon_;
+    QLabel* name_;
+    NumberSlider* size_;
+    NumberSlider* opacity_;
+    NumberSlider* hardness_;
+    QCheckBox* pressure_;
+    QFontComboBox* font_;
+    Row hardnessRow_;
+    Row fontRow_;
+    QString shownFont_;
 };
 
 } // namespace vellix

@@ -62,7 +62,7 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addLayout(CreateTools());
     // The transform button ends the first row.
-    setTabOrder(m_tools[COLUMN_COUNT - 2], m_transform);
+    setTabOrder(tools_[COLUMN_COUNT - 2], transform_);
     column->addWidget(new Separator);
     auto* colors = new QHBoxLayout;
     column->addLayout(colors);
@@ -75,13 +75,13 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     AddColors(*colors, column->sizeHint().width() - 2 * TOOLBOX_MARGIN);
 
     // Choosing one of the host's own tools is reported only by this event.
-    m_callbacks.append(MEventMessage::addEventCallback(
+    callbacks_.append(MEventMessage::addEventCallback(
         "ToolChanged", [](void* toolbox) { static_cast<ToolboxDialog*>(toolbox)->Refresh(); }, this));
     Refresh();
 }
 
 ToolboxDialog::~ToolboxDialog() {
-    MMessage::removeCallbacks(m_callbacks);
+    MMessage::removeCallbacks(callbacks_);
 }
 
 // --- parts ------------------------------------------------------------------------------------------------
@@ -96,17 +96,17 @@ QLayout* ToolboxDialog::CreateTools() {
         IconButton* button =
             CreateSwitch(tool.type, tool.label, toolTip, [&tool] { return MayaUtil::SetTool(tool.type); });
         connect(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
-        m_tools.append(button);
+        tools_.append(button);
         grid->addWidget(button, place / perRow, place % perRow);
         ++place;
     }
-    m_transform = CreateSwitch(ToolType::Transform, "Transform",
-                               QStringLiteral("Transform: move, turn and scale a part of the drawing"),
-                               MayaUtil::ActivateTransformTool);
-    grid->addWidget(m_transform, 0, perRow);
-    m_optionsButton = CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
-                                   MayaUtil::ShowToolOptionsDialog);
-    grid->addWidget(m_optionsButton, 1, perRow);
+    transform_ = CreateSwitch(ToolType::Transform, "Transform",
+                              QStringLiteral("Transform: move, turn and scale a part of the drawing"),
+                              MayaUtil::ActivateTransformTool);
+    grid->addWidget(transform_, 0, perRow);
+    optionsButton_ = CreateButton(Icon::Options, "Options", QStringLiteral("Tool options"),
+                                  MayaUtil::ShowToolOptionsDialog);
+    grid->addWidget(optionsButton_, 1, perRow);
     return grid;
 }
 
@@ -115,16 +115,16 @@ void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
     IconButton* palette = CreateButton(Icon::Palette, "Palette", QStringLiteral("Color palette"),
                                        MayaUtil::ShowColorPaletteDialog);
     const QSize size(width - palette->sizeHint().width() - TOOLBOX_SPACING, COLOR_HEIGHT);
-    m_color = new HostColorField(QStringLiteral("qmToolboxColorBtn"), size,
-                                 QStringLiteral("Color to draw with; click to choose another one"));
-    m_color->setObjectName(QStringLiteral("qmVxToolboxColor"));
-    m_color->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
-    row.addWidget(m_color);
+    color_ = new HostColorField(QStringLiteral("qmToolboxColorBtn"), size,
+                                QStringLiteral("Color to draw with; click to choose another one"));
+    color_->setObjectName(QStringLiteral("qmVxToolboxColor"));
+    color_->SetChangeCommand(Settings::UTIL_COMMAND_NAME + QStringLiteral(" -refreshToolbox"));
+    row.addWidget(color_);
     row.addStretch();
     row.addWidget(palette);
     // These follow the tools in tab order, whatever the order of creation.
-    QWidget* before = m_optionsButton;
-    for (QWidget* next : {m_color->focusProxy(), static_cast<QWidget*>(palette)}) {
+    QWidget* before = optionsButton_;
+    for (QWidget* next : {color_->focusProxy(), static_cast<QWidget*>(palette)}) {
         if (next != nullptr) {
             setTabOrder(before, next);
             before = next;
@@ -136,12 +136,12 @@ QLayout* ToolboxDialog::CreateOptions() {
     auto* grid = new QGridLayout;
     grid->setSpacing(TOOLBOX_SPACING);
     grid->setHorizontalSpacing(TOOLBOX_MARGIN);
-    m_size = new NumberSlider(QStringLiteral("qmVxToolboxSize"));
-    m_opacity = new NumberSlider(QStringLiteral("qmVxToolboxOpacity"));
-    m_opacity->SetUp(1, 100, QStringLiteral(" %"), QStringLiteral("Opacity of the active tool"));
+    size_ = new NumberSlider(QStringLiteral("qmVxToolboxSize"));
+    opacity_ = new NumberSlider(QStringLiteral("qmVxToolboxOpacity"));
+    opacity_->SetUp(1, 100, QStringLiteral(" %"), QStringLiteral("Opacity of the active tool"));
     int row = 0;
-    for (NumberSlider* slider : {m_size, m_opacity}) {
-        auto* label = new QLabel(slider == m_size ? QStringLiteral("Size") : QStringLiteral("Opacity"));
+    for (NumberSlider* slider : {size_, opacity_}) {
+        auto* label = new QLabel(slider == size_ ? QStringLiteral("Size") : QStringLiteral("Opacity"));
         label->setBuddy(slider);
         grid->addWidget(label, row, 0);
         grid->addWidget(slider, row, 1);
@@ -172,18 +172,18 @@ QLayout* ToolboxDialog::CreateFrames() {
 
 QLayout* ToolboxDialog::CreateGhostsAndLayers() {
     QGridLayout* grid = CreateGrid();
-    m_ghostPrevious =
+    ghostPrevious_ =
         CreateGhostSwitch(Icon::GhostPrevious, "GhostPrevious",
                           QStringLiteral("Show the drawings before this one"), MayaUtil::ToggleGhostPrevious);
-    m_ghostNext =
+    ghostNext_ =
         CreateGhostSwitch(Icon::GhostNext, "GhostNext", QStringLiteral("Show the drawings after this one"),
                           MayaUtil::ToggleGhostNext);
     // The middle column stays empty, as wide as the others.
     auto* gap = new QWidget;
-    gap->setFixedSize(m_ghostPrevious->sizeHint());
+    gap->setFixedSize(ghostPrevious_->sizeHint());
     grid->addWidget(gap, 0, 2);
-    grid->addWidget(m_ghostPrevious, 0, 0);
-    grid->addWidget(m_ghostNext, 0, 1);
+    grid->addWidget(ghostPrevious_, 0, 0);
+    grid->addWidget(ghostNext_, 0, 1);
     grid->addWidget(
         CreateButton(Icon::NewLayer, "NewLayer", QStringLiteral("New layer"), MayaUtil::ShowNewLayerDialog),
         0, COLUMN_COUNT - 2);
@@ -222,29 +222,29 @@ void ToolboxDialog::Refresh() {
     const bool transforms = BaseNode::GetActiveTransformContext() != nullptr;
     int place = 0;
     for (const ToolRow& tool : AllTools()) {
-        m_tools[place++]->setChecked(!transforms && tool.type == Settings::activeTool);
+        tools_[place++]->setChecked(!transforms && tool.type == Settings::activeTool);
     }
-    m_transform->setChecked(transforms);
-    m_ghostPrevious->setChecked(Settings::ghostPrev);
-    m_ghostNext->setChecked(Settings::ghostNext);
-    m_color->SetColor(Settings::activeColor);
+    transform_->setChecked(transforms);
+    ghostPrevious_->setChecked(Settings::ghostPrev);
+    ghostNext_->setChecked(Settings::ghostNext);
+    color_->SetColor(Settings::activeColor);
     RefreshOptions();
 }
 
 void ToolboxDialog::RefreshOptions() {
     const ToolRow* const tool = FindTool(Settings::activeTool);
-    m_size->setEnabled(tool != nullptr);
-    m_opacity->setEnabled(tool != nullptr);
+    size_->setEnabled(tool != nullptr);
+    opacity_->setEnabled(tool != nullptr);
     if (tool != nullptr) {
-        m_size->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
-                      QStringLiteral("Size of the active tool"));
-        m_size->SetValue(Settings::GetToolSize(tool->type));
-        m_opacity->SetValue(Settings::GetToolOpacity(tool->type));
+        size_->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
+                     QStringLiteral("Size of the active tool"));
+        size_->SetValue(Settings::GetToolSize(tool->type));
+        opacity_->SetValue(Settings::GetToolOpacity(tool->type));
     }
 }
 
 QColor ToolboxDialog::GetColor() const {
-    return m_color->GetColor();
+    return color_->GetColor();
 }
 
 void ToolboxDialog::ShowOptionsOf(const ToolRow& tool) {
@@ -279,8 +279,8 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
 void ToolboxDialog::Send() {
     if (const ToolRow* const tool = FindTool(Settings::activeTool)) {
         ToolOptions options = Settings::GetToolOptions(tool->type);
-        options.size = m_size->GetValue();
-        options.opacity = m_opacity->GetValue();
+        options.size = size_->GetValue();
+        options.opacity = opacity_->GetValue();
         MayaUtil::SetToolOptions(tool->type, options);
     }
 }

@@ -53,15 +53,15 @@ private:
     void ShowGhostingMenu(const QPoint& place);
     void Send();
 
-    QList<IconButton*> m_tools; ///< in the order of AllTools
-    IconButton* m_transform = nullptr;
-    IconButton* m_optionsButton = nullptr;
-    HostColorField* m_color = nullptr;
-    NumberSlider* m_size = nullptr;
-    NumberSlider* m_opacity = nullptr;
-    IconButton* m_ghostPrevious = nullptr;
-    IconButton* m_ghostNext = nullptr;
-    MCallbackIdArray m_callbacks;
+    QList<IconButton*> tools_; ///< in the order of AllTools
+    IconButton* transform_ = nullptr;
+    IconButton* optionsButton_ = nullptr;
+    HostColorField* color_ = nullptr;
+    NumberSlider* size_ = nullptr;
+    NumberSlider* opacity_ = nullptr;
+    IconButton* ghostPrevious_ = nullptr;
+    IconButton* ghostNext_ = nullptr;
+    MCallbackIdArray callbacks_;
 };
 
 } // namespace vellix

@@ -11,7 +11,7 @@ Lightbox::Result Lightbox::Run(const QStringList& arguments) const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     program.setProcessEnvironment(environment);
-    program.setWorkingDirectory(m_folder.path());
+    program.setWorkingDirectory(folder_.path());
     program.start(LIGHTBOX_PROGRAM, QStringList({"-batch", "-prefs", Path("preferences")}) + arguments);
     Result result;
     if (program.waitForFinished(240000) && program.exitStatus() == QProcess::NormalExit) {

@@ -18,7 +18,7 @@ public:
     /// Runs MEL from a script file. The program must end with status 0.
     Result RunScript(const QByteArray& mel) const;
 
-    QString Path(const QString& name) const { return m_folder.filePath(name); }
+    QString Path(const QString& name) const { return folder_.filePath(name); }
     QByteArray Read(const QString& name) const;
     void Write(const QString& name, const QByteArray& content) const;
     /// The names and contents of the files in a folder, sorted by name.
@@ -27,5 +27,5 @@ public:
     QByteArray ReadDrawing(const QString& scene) const;
 
 private:
-    QTemporaryDir m_folder;
+    QTemporaryDir folder_;
 };

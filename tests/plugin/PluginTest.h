@@ -24,16 +24,15 @@ const QString PERSP = QStringLiteral("persp");
 class PluginTest : public ::testing::Test {
 protected:
     PluginTest() {
-        m_previousSink =
-            Host().output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
-                if (kind == lightbox::Output::Kind::Error || kind == lightbox::Output::Kind::Warning) {
-                    m_messages.push_back(text.rfind(PREFIX, 0) == 0 ? text.substr(PREFIX.size()) : text);
-                }
-            });
+        previousSink_ = Host().output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
+            if (kind == lightbox::Output::Kind::Error || kind == lightbox::Output::Kind::Warning) {
+                messages_.push_back(text.rfind(PREFIX, 0) == 0 ? text.substr(PREFIX.size()) : text);
+            }
+        });
         Run("file -force -new");
         Messages();
     }
-    ~PluginTest() override { Host().output().SetSink(m_previousSink); }
+    ~PluginTest() override { Host().output().SetSink(previousSink_); }
 
     static lightbox::Host& Host() { return lightbox::Host::Get(); }
     static lightbox::PluginManager& Plugins() {
@@ -43,25 +42,25 @@ protected:
     /// Executes MEL as if typed. Returns false after an error, which is kept with the messages.
     bool Run(const std::string& mel) {
         try {
-            m_result = Host().interpreter().Execute(mel);
+            result_ = Host().interpreter().Execute(mel);
             return true;
         } catch (const lightbox::mel::Error& error) {
-            m_messages.push_back(error.what());
+            messages_.push_back(error.what());
             return false;
         }
     }
     /// Executes the line and returns its result as text; "<failed>" after an error.
-    std::string Ask(const std::string& mel) { return Run(mel) ? m_result.Shown() : "<failed>"; }
+    std::string Ask(const std::string& mel) { return Run(mel) ? result_.Shown() : "<failed>"; }
 
     /// Errors and warnings since the last call, in order, without the plug-in's prefix.
-    std::vector<std::string> Messages() { return std::exchange(m_messages, {}); }
+    std::vector<std::string> Messages() { return std::exchange(messages_, {}); }
 
 private:
     inline static const std::string PREFIX = "[Vellix2] ";
 
-    std::vector<std::string> m_messages;
-    lightbox::Output::Sink m_previousSink;
-    lightbox::mel::Value m_result;
+    std::vector<std::string> messages_;
+    lightbox::Output::Sink previousSink_;
+    lightbox::mel::Value result_;
 };
 
 } // namespace vellix

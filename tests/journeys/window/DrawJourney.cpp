@@ -14,31 +14,31 @@ namespace {
 class DrawJourney : public ::testing::Test {
 protected:
     DrawJourney() {
-        m_folder.RunScript("qmVellixNode -l -c persp; qmVellixReplay -camera persp -file "
-                           "\"" VELLIX_SOURCE_FOLDER "/demo/rough.json\"; currentTime 1;"
-                           "qmVellixLayer -add -ls 0 front; qmVellixLayer -add -ls 0 -n \"Clean-up\" persp;"
-                           "file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
-        m_program = std::make_unique<RunningLightbox>(m_folder, QStringList{"-file", m_folder.Path("a.ma")});
-        m_middle = m_program->Place("modelPanel4").center();
+        folder_.RunScript("qmVellixNode -l -c persp; qmVellixReplay -camera persp -file "
+                          "\"" VELLIX_SOURCE_FOLDER "/demo/rough.json\"; currentTime 1;"
+                          "qmVellixLayer -add -ls 0 front; qmVellixLayer -add -ls 0 -n \"Clean-up\" persp;"
+                          "file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
+        program_ = std::make_unique<RunningLightbox>(folder_, QStringList{"-file", folder_.Path("a.ma")});
+        middle_ = program_->Place("modelPanel4").center();
     }
 
-    QPoint At(int x, int y) const { return m_middle + QPoint(x, y); }
-    void Tool(const char* flag) { m_program->Mel(QString("qmVellixUtil -%1Tool").arg(flag)); }
+    QPoint At(int x, int y) const { return middle_ + QPoint(x, y); }
+    void Tool(const char* flag) { program_->Mel(QString("qmVellixUtil -%1Tool").arg(flag)); }
     void Text(const char* text) {
         for (; *text != '\0'; ++text) {
-            m_program->Type(static_cast<unsigned char>(*text));
+            program_->Type(static_cast<unsigned char>(*text));
         }
     }
 
-    Lightbox m_folder;
-    std::unique_ptr<RunningLightbox> m_program;
-    QPoint m_middle;
+    Lightbox folder_;
+    std::unique_ptr<RunningLightbox> program_;
+    QPoint middle_;
 };
 
 } // namespace
 
 TEST_F(DrawJourney, EveryToolDrawsAndIsUndoneAndKept) {
-    const auto drag = [this](int x, int y) { return [=] { m_program->Drag(At(x, y), At(x + 60, y + 40)); }; };
+    const auto drag = [this](int x, int y) { return [=] { program_->Drag(At(x, y), At(x + 60, y + 40)); }; };
     struct Step {
         const char* name;
         std::function<void()> does;
@@ -52,11 +52,11 @@ TEST_F(DrawJourney, EveryToolDrawsAndIsUndoneAndKept) {
         {"rectangle", drag(-100, 0)},
         {"text",
          [=] {
-             m_program->Click(At(0, 0));
+             program_->Click(At(0, 0));
              Text("fast bam");
-             m_program->Type(RunningLightbox::Return);
+             program_->Type(RunningLightbox::Return);
              Text("2");
-             m_program->Type(RunningLightbox::Escape);
+             program_->Type(RunningLightbox::Escape);
          }},
         {"eraser", drag(-110, -90)},
     };
@@ -71,44 +71,44 @@ TEST_F(DrawJourney, EveryToolDrawsAndIsUndoneAndKept) {
     };
     QMap<QString, QImage> drawn;
     for (const auto& round : rounds) {
-        m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4; lookThru modelPanel4 %2; %3")
-                           .arg(round.renderer, round.camera, round.view));
-        m_program->Settle();
-        QImage before = m_program->Drawing(round.camera);
+        program_->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4; lookThru modelPanel4 %2; %3")
+                          .arg(round.renderer, round.camera, round.view));
+        program_->Settle();
+        QImage before = program_->Drawing(round.camera);
         for (const Step& step : steps) {
             SCOPED_TRACE(std::string(round.renderer) + ": " + step.name);
             Tool(step.name);
             step.does();
-            const QImage after = m_program->ChangedDrawing(before, round.camera);
+            const QImage after = program_->ChangedDrawing(before, round.camera);
             EXPECT_NE(after, before);
-            m_program->Type('z', RunningLightbox::Control);
-            EXPECT_EQ(m_program->ChangedDrawing(after, round.camera), before);
-            m_program->Mel("redo");
-            EXPECT_EQ(m_program->Drawing(round.camera), after);
+            program_->Type('z', RunningLightbox::Control);
+            EXPECT_EQ(program_->ChangedDrawing(after, round.camera), before);
+            program_->Mel("redo");
+            EXPECT_EQ(program_->Drawing(round.camera), after);
             before = after;
         }
         drawn[round.camera] = before;
     }
-    m_program->Mel("file -save; file -force -new; file -open \"" + m_folder.Path("a.ma") + "\"");
+    program_->Mel("file -save; file -force -new; file -open \"" + folder_.Path("a.ma") + "\"");
     for (const auto& round : rounds) {
-        EXPECT_EQ(m_program->Drawing(round.camera), drawn[round.camera]);
+        EXPECT_EQ(program_->Drawing(round.camera), drawn[round.camera]);
     }
-    EXPECT_EQ(m_program->Messages().count("Error"), 0);
+    EXPECT_EQ(program_->Messages().count("Error"), 0);
 }
 
 // The way of a hand: the tool from the shelf, another one and a larger one without leaving the view.
 TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
-    m_program->Mel("file -force -new; qmVellixNode -l -f -c persp");
-    m_program->Mel("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 10 100 100 0");
-    m_program->Mel("setToolTo selectSuperContext; qmVellixUtil -draw");
-    ASSERT_TRUE(m_program->Becomes("currentCtx", "qmVxDrawCtx1"));
-    m_program->MoveTo(At(0, 0));
-    m_program->Hold('b');
-    m_program->Drag(At(0, 0), At(200, 0));
-    m_program->LetGo('b');
-    const QImage empty = m_program->Drawing();
-    m_program->Drag(At(-100, 0), At(0, 0));
-    const QImage thick = m_program->ChangedDrawing(empty);
+    program_->Mel("file -force -new; qmVellixNode -l -f -c persp");
+    program_->Mel("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 10 100 100 0");
+    program_->Mel("setToolTo selectSuperContext; qmVellixUtil -draw");
+    ASSERT_TRUE(program_->Becomes("currentCtx", "qmVxDrawCtx1"));
+    program_->MoveTo(At(0, 0));
+    program_->Hold('b');
+    program_->Drag(At(0, 0), At(200, 0));
+    program_->LetGo('b');
+    const QImage empty = program_->Drawing();
+    program_->Drag(At(-100, 0), At(0, 0));
+    const QImage thick = program_->ChangedDrawing(empty);
     EXPECT_NE(thick, empty);
     int height = 0;
     for (int y = 0; y < thick.height(); ++y) {
@@ -117,15 +117,15 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
     EXPECT_GE(height, 18);
 
     // The layer's item, Transform, and in the menu of tools after the pencil and the brush the eraser.
-    m_program->Click(At(50, 50), RunningLightbox::Right);
+    program_->Click(At(50, 50), RunningLightbox::Right);
     for (const unsigned key :
          {RunningLightbox::ArrowDown, RunningLightbox::ArrowDown, RunningLightbox::ArrowDown,
           RunningLightbox::ArrowRight, RunningLightbox::ArrowDown, RunningLightbox::ArrowDown}) {
-        m_program->Type(key);
+        program_->Type(key);
     }
-    m_program->Type(RunningLightbox::Return);
-    m_program->Drag(At(-120, 0), At(20, 0));
-    const QImage erased = m_program->ChangedDrawing(thick);
+    program_->Type(RunningLightbox::Return);
+    program_->Drag(At(-120, 0), At(20, 0));
+    const QImage erased = program_->ChangedDrawing(thick);
     int left = 0;
     for (int y = 0; y < erased.height(); ++y) {
         for (int x = 0; x < erased.width(); ++x) {
@@ -133,5 +133,5 @@ TEST_F(DrawJourney, ToolsAreChosenAndSizedInTheView) {
         }
     }
     EXPECT_EQ(left, 0) << "the eraser is larger than the brush";
-    EXPECT_EQ(m_program->Messages().count("Error"), 0);
+    EXPECT_EQ(program_->Messages().count("Error"), 0);
 }

@@ -39,10 +39,10 @@ global proc string journeySubMenu(string $menu, string $label) {
 
 class LayersJourney : public ::testing::Test {
 protected:
-    LayersJourney() { m_folder.Write("helpers.mel", LAYER_HELPERS); }
+    LayersJourney() { folder_.Write("helpers.mel", LAYER_HELPERS); }
 
     QStringList Arguments(const QStringList& more = {}) const {
-        return more + QStringList{"-script", m_folder.Path("helpers.mel")};
+        return more + QStringList{"-script", folder_.Path("helpers.mel")};
     }
     static void ChooseFromMenu(RunningLightbox& program, const char* label, const char* inside = nullptr) {
         const QString item = program.Mel(QString("journeyMenu \"%1\"").arg(label));
@@ -65,14 +65,14 @@ protected:
         return program.Becomes("journeyLayers", layers);
     }
 
-    Lightbox m_folder;
+    Lightbox folder_;
 };
 
 TEST_F(LayersJourney, LayersAreMadeArrangedRetimedAndFoundAgain) {
     QRect manager;
     QRect retiming;
     {
-        RunningLightbox program(m_folder, Arguments());
+        RunningLightbox program(folder_, Arguments());
         ChooseFromMenu(program, "Layer", "New Layer...");
         NameLayer(program, "rough");
         EXPECT_TRUE(Has(program, "persp:rough 0 persp"));
@@ -127,11 +127,11 @@ TEST_F(LayersJourney, LayersAreMadeArrangedRetimedAndFoundAgain) {
 
         manager = program.Place("qmVxLayerManager");
         retiming = program.Place("qmVxRetimingTool");
-        program.Mel("file -rename \"" + m_folder.Path("day1.ma") + "\"; file -save -type \"mayaAscii\"");
+        program.Mel("file -rename \"" + folder_.Path("day1.ma") + "\"; file -save -type \"mayaAscii\"");
         program.Mel("evalDeferred(\"quit -force\")");
         EXPECT_EQ(program.WaitForEnd(), 0);
     }
-    RunningLightbox program(m_folder, Arguments({"-file", m_folder.Path("day1.ma")}));
+    RunningLightbox program(folder_, Arguments({"-file", folder_.Path("day1.ma")}));
     EXPECT_TRUE(Has(program, "persp:rough 2 persp:ink 0 front:sky 0 persp"));
     // What was open is open again.
     EXPECT_EQ(program.Place("qmVxLayerManager"), manager);

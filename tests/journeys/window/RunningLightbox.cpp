@@ -19,42 +19,42 @@ const char* const PORT = "port";
 } // namespace
 
 RunningLightbox::RunningLightbox(const Lightbox& folder, const QStringList& arguments, double scale)
-    : m_folder(folder)
-    , m_scale(scale) {
-    EXPECT_TRUE(m_input.IsAvailable()) << "the display takes no input from tests";
+    : folder_(folder)
+    , scale_(scale) {
+    EXPECT_TRUE(input_.IsAvailable()) << "the display takes no input from tests";
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove("QT_QPA_PLATFORM");
     environment.insert("QT_SCALE_FACTOR", QString::number(scale));
-    m_process.setProcessEnvironment(environment);
-    m_process.setWorkingDirectory(folder.Path("."));
+    process_.setProcessEnvironment(environment);
+    process_.setWorkingDirectory(folder.Path("."));
     const QString port = folder.Path(PORT);
-    m_process.start(LIGHTBOX_PROGRAM, QStringList{"-prefs", folder.Path("preferences")} + arguments +
-                                          QStringList{"-command", "commandPort -name \"" + port + "\""});
+    process_.start(LIGHTBOX_PROGRAM, QStringList{"-prefs", folder.Path("preferences")} + arguments +
+                                         QStringList{"-command", "commandPort -name \"" + port + "\""});
     QElapsedTimer timer;
     timer.start();
     do {
         Rest(20);
-        m_port.connectToServer(port);
-    } while (!m_port.waitForConnected(100) && timer.elapsed() < PATIENCE &&
-             m_process.state() != QProcess::NotRunning);
-    EXPECT_EQ(m_port.state(), QLocalSocket::ConnectedState) << Messages().toStdString();
+        port_.connectToServer(port);
+    } while (!port_.waitForConnected(100) && timer.elapsed() < PATIENCE &&
+             process_.state() != QProcess::NotRunning);
+    EXPECT_EQ(port_.state(), QLocalSocket::ConnectedState) << Messages().toStdString();
     Becomes("control -q -visible MayaWindow", "1");
     Rest(200);
 }
 
 RunningLightbox::~RunningLightbox() {
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
-        m_process.waitForFinished();
+    if (process_.state() != QProcess::NotRunning) {
+        process_.kill();
+        process_.waitForFinished();
     }
 }
 
 QString RunningLightbox::Mel(const QString& line) {
-    m_port.write(line.toUtf8() + '\n');
+    port_.write(line.toUtf8() + '\n');
     QByteArray answer;
-    while (!answer.endsWith('\0') && m_port.state() == QLocalSocket::ConnectedState &&
-           m_port.waitForReadyRead(PATIENCE)) {
-        answer += m_port.readAll();
+    while (!answer.endsWith('\0') && port_.state() == QLocalSocket::ConnectedState &&
+           port_.waitForReadyRead(PATIENCE)) {
+        answer += port_.readAll();
     }
     answer.chop(1);
     return QString::fromUtf8(answer).trimmed();
@@ -70,9 +70,9 @@ bool RunningLightbox::Becomes(const QString& line, const QString& answer) {
             return true;
         }
         Rest(30);
-    } while (timer.elapsed() < PATIENCE / 4 && m_process.state() == QProcess::Running);
+    } while (timer.elapsed() < PATIENCE / 4 && process_.state() == QProcess::Running);
     ADD_FAILURE() << line.toStdString() << " answers " << last.toStdString() << ", the program is in state "
-                  << m_process.state() << " " << m_process.exitStatus() << " " << m_process.exitCode();
+                  << process_.state() << " " << process_.exitStatus() << " " << process_.exitCode();
     return false;
 }
 
@@ -93,7 +93,7 @@ QRect RunningLightbox::Place(const QString& control) {
 }
 
 QImage RunningLightbox::Grab(const QString& control) {
-    const QString file = m_folder.Path("grab.png");
+    const QString file = folder_.Path("grab.png");
     Mel("lightboxGrab -file \"" + file + "\"" +
         (control.isEmpty() ? QString() : " -widget \"" + control + "\""));
     QImage image(file);
@@ -102,26 +102,26 @@ QImage RunningLightbox::Grab(const QString& control) {
 }
 
 void RunningLightbox::MoveTo(const QPoint& position) {
-    m_input.MoveTo(
-        QPoint(qRound((position.x() + 0.5) * m_scale - 0.5), qRound((position.y() + 0.5) * m_scale - 0.5)));
+    input_.MoveTo(
+        QPoint(qRound((position.x() + 0.5) * scale_ - 0.5), qRound((position.y() + 0.5) * scale_ - 0.5)));
     Rest(15);
 }
 
 void RunningLightbox::Press(const QPoint& position, Button button) {
     MoveTo(position);
-    const bool isNear = (position - m_lastPress).manhattanLength() < DOUBLE_CLICK_DISTANCE;
-    if (isNear && button == m_lastButton && m_sincePress.isValid()) {
-        Rest(static_cast<int>(std::max<qint64>(0, DOUBLE_CLICK_TIME - m_sincePress.elapsed())));
+    const bool isNear = (position - lastPress_).manhattanLength() < DOUBLE_CLICK_DISTANCE;
+    if (isNear && button == lastButton_ && sincePress_.isValid()) {
+        Rest(static_cast<int>(std::max<qint64>(0, DOUBLE_CLICK_TIME - sincePress_.elapsed())));
     }
-    m_lastPress = position;
-    m_lastButton = button;
-    m_sincePress.start();
-    m_input.Press(button);
+    lastPress_ = position;
+    lastButton_ = button;
+    sincePress_.start();
+    input_.Press(button);
     Settle();
 }
 
 void RunningLightbox::Release(Button button) {
-    m_input.Release(button);
+    input_.Release(button);
     Settle();
 }
 
@@ -155,12 +155,12 @@ void RunningLightbox::Drag(const QPoint& from, const QPoint& to, Button button) 
 
 void RunningLightbox::Type(unsigned key, unsigned modifier) {
     if (modifier != 0) {
-        m_input.PressKey(modifier);
+        input_.PressKey(modifier);
     }
-    m_input.PressKey(key);
-    m_input.ReleaseKey(key);
+    input_.PressKey(key);
+    input_.ReleaseKey(key);
     if (modifier != 0) {
-        m_input.ReleaseKey(modifier);
+        input_.ReleaseKey(modifier);
     }
     Settle();
 }
@@ -175,17 +175,17 @@ void RunningLightbox::Settle() {
         QElapsedTimer timer;
         timer.start();
         while (Mel("global int $gSettled; int $settled = $gSettled") != "1" &&
-               timer.elapsed() < LONGEST_SETTLE && m_port.state() == QLocalSocket::ConnectedState) {
+               timer.elapsed() < LONGEST_SETTLE && port_.state() == QLocalSocket::ConnectedState) {
             Rest(2);
         }
     }
 }
 
 QImage RunningLightbox::Drawing(const QString& camera) {
-    const QString file = m_folder.Path("drawing.####.png");
-    QFile::remove(m_folder.Path("drawing.0001.png"));
+    const QString file = folder_.Path("drawing.####.png");
+    QFile::remove(folder_.Path("drawing.0001.png"));
     Mel("qmVellixExport -file \"" + file + "\" -camera " + camera + " -startTime 1 -endTime 1");
-    const QImage image(m_folder.Path("drawing.0001.png"));
+    const QImage image(folder_.Path("drawing.0001.png"));
     EXPECT_FALSE(image.isNull()) << Messages().toStdString();
     return image.convertToFormat(QImage::Format_ARGB32);
 }
@@ -202,13 +202,13 @@ QImage RunningLightbox::ChangedDrawing(const QImage& before, const QString& came
 }
 
 int RunningLightbox::WaitForEnd() {
-    const bool hasEnded = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(PATIENCE);
-    return hasEnded && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    const bool hasEnded = process_.state() == QProcess::NotRunning || process_.waitForFinished(PATIENCE);
+    return hasEnded && process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
 }
 
 QByteArray RunningLightbox::Messages() {
-    m_process.waitForReadyRead(300);
-    return m_process.readAllStandardError();
+    process_.waitForReadyRead(300);
+    return process_.readAllStandardError();
 }
 
 void RunningLightbox::Rest(int milliseconds) {

@@ -56,8 +56,8 @@ public:
     /// Presses at one place and moves to the other in steps, as a hand does. Does not release.
     void DragTo(const QPoint& from, const QPoint& to, Button button = Left);
     void Drag(const QPoint& from, const QPoint& to, Button button = Left);
-    void Hold(unsigned key) { m_input.PressKey(key); }
-    void LetGo(unsigned key) { m_input.ReleaseKey(key); }
+    void Hold(unsigned key) { input_.PressKey(key); }
+    void LetGo(unsigned key) { input_.ReleaseKey(key); }
     void Type(unsigned key, unsigned modifier = 0);
 
     /// Waits for the program's end and returns its exit status; -1 if it does not end.
@@ -71,12 +71,12 @@ public:
     static void Rest(int milliseconds = 60);
 
 private:
-    vellix::RealInput m_input;
-    const Lightbox& m_folder;
-    double m_scale;
-    QProcess m_process;
-    QLocalSocket m_port;
-    QElapsedTimer m_sincePress;
-    QPoint m_lastPress;
-    Button m_lastButton = Left;
+    vellix::RealInput input_;
+    const Lightbox& folder_;
+    double scale_;
+    QProcess process_;
+    QLocalSocket port_;
+    QElapsedTimer sincePress_;
+    QPoint lastPress_;
+    Button lastButton_ = Left;
 };

@@ -15,7 +15,7 @@ const char* const GHOST_COUNTS = "qmVellixUtil -q -ghostPreviousCount";
 class ToolboxJourney : public ::testing::Test {
 protected:
     /// The palette's colours are the toolkit's, in the user's configuration: here in the journey's folder.
-    ToolboxJourney() { qputenv("XDG_CONFIG_HOME", m_folder.Path("configuration").toLocal8Bit()); }
+    ToolboxJourney() { qputenv("XDG_CONFIG_HOME", folder_.Path("configuration").toLocal8Bit()); }
     ~ToolboxJourney() override { qunsetenv("XDG_CONFIG_HOME"); }
 
     /// Types into the field that has the focus, over what is selected there.
@@ -36,17 +36,17 @@ protected:
         RunningLightbox::Rest(300);
     }
     QVariant Stored(const char* key) const {
-        return QSettings(m_folder.Path("preferences/vellix2.ini"), QSettings::IniFormat).value(key);
+        return QSettings(folder_.Path("preferences/vellix2.ini"), QSettings::IniFormat).value(key);
     }
 
-    Lightbox m_folder;
+    Lightbox folder_;
 };
 
 TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
     QRect toolbox;
     QRect palette;
     {
-        RunningLightbox program(m_folder, {});
+        RunningLightbox program(folder_, {});
         program.Mel("qmVellixUtil -toolbox");
         toolbox = program.Place("qmVxToolbox");
 
@@ -97,7 +97,7 @@ TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
     EXPECT_EQ(Stored("tools/activeTool").toInt(), 0);
     EXPECT_NEAR(Stored("tools/pencilSize").toInt(), 44, 12);
 
-    RunningLightbox program(m_folder, {});
+    RunningLightbox program(folder_, {});
     EXPECT_EQ(program.Mel(GHOST_COUNTS), "5");
     EXPECT_EQ(program.Mel("qmVellixUtil -q -ghostNext"), "1");
     EXPECT_EQ(program.Mel("qmVellixUtil -q -ghostColorOverride"), "1");

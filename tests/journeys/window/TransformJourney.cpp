@@ -27,50 +27,50 @@ constexpr unsigned BACKSPACE = 0xff08;
 class TransformJourney : public ::testing::Test {
 protected:
     TransformJourney() {
-        m_folder.Write("strokes.json",
-                       R"({"format": "vellix-strokes", "version": 1, "size": 1024, "strokes": [
+        folder_.Write("strokes.json",
+                      R"({"format": "vellix-strokes", "version": 1, "size": 1024, "strokes": [
             {"frame": 1, "tool": "brush", "size": 40, "opacity": 90, "hardness": 60, "color": [200, 40, 20],
              "samples": [[440,470,1,0],[470,500,0.8,50],[520,500,0.6,100],[560,530,0.4,150]]},
             {"frame": 1, "tool": "pencil", "size": 6, "opacity": 60, "hardness": 100, "color": [20, 40, 160],
              "samples": [[430,460,1,0],[500,540,0.8,50],[580,470,0.9,100]]}]})");
-        m_folder.RunScript("qmVellixNode -l -c persp; qmVellixReplay -file \"strokes.json\" -camera persp;"
-                           "currentTime 1; file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
-        m_program = std::make_unique<RunningLightbox>(m_folder, QStringList{"-file", m_folder.Path("a.ma")});
+        folder_.RunScript("qmVellixNode -l -c persp; qmVellixReplay -file \"strokes.json\" -camera persp;"
+                          "currentTime 1; file -rename \"a.ma\"; file -save -type \"mayaAscii\";");
+        program_ = std::make_unique<RunningLightbox>(folder_, QStringList{"-file", folder_.Path("a.ma")});
         // What is drawn in software is drawn sooner when it is small.
-        m_program->Mel("window -e -widthHeight 900 720 MayaWindow");
-        m_program->Settle();
-        m_middle = m_program->Place("modelPanel4").center();
+        program_->Mel("window -e -widthHeight 900 720 MayaWindow");
+        program_->Settle();
+        middle_ = program_->Place("modelPanel4").center();
     }
 
     void Use(const char* renderer) {
-        m_program->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4").arg(renderer));
+        program_->Mel(QString("modelEditor -e -rendererName \"%1\" modelPanel4").arg(renderer));
     }
-    QPoint At(int x, int y) const { return m_middle + QPoint(x, y); }
+    QPoint At(int x, int y) const { return middle_ + QPoint(x, y); }
     /// All of the drawing, wherever the steps have put it.
-    void Select() { m_program->Drag(At(-150, -110), At(110, 100)); }
+    void Select() { program_->Drag(At(-150, -110), At(110, 100)); }
     void Menu(int item) {
-        m_program->Click(At(-130, -95), RunningLightbox::Right); // pasted from there
+        program_->Click(At(-130, -95), RunningLightbox::Right); // pasted from there
         for (int i = 0; i < item; ++i) {
-            m_program->Hold(RunningLightbox::ArrowDown);
-            m_program->LetGo(RunningLightbox::ArrowDown);
+            program_->Hold(RunningLightbox::ArrowDown);
+            program_->LetGo(RunningLightbox::ArrowDown);
         }
-        m_program->Type(RunningLightbox::Return);
+        program_->Type(RunningLightbox::Return);
     }
-    void Enter() { m_program->Type(RunningLightbox::Return); }
+    void Enter() { program_->Type(RunningLightbox::Return); }
     void WithShift(const std::function<void()>& does) {
-        m_program->Hold(RunningLightbox::Shift);
+        program_->Hold(RunningLightbox::Shift);
         does();
-        m_program->LetGo(RunningLightbox::Shift);
+        program_->LetGo(RunningLightbox::Shift);
     }
-    void Move() { m_program->Drag(At(-100, 80), At(-92, 73)); }
+    void Move() { program_->Drag(At(-100, 80), At(-92, 73)); }
     void Rotate() {
-        WithShift([this] { m_program->Drag(At(-100, 80), At(-63, 90)); });
+        WithShift([this] { program_->Drag(At(-100, 80), At(-63, 90)); });
     }
-    void Scale() { m_program->Drag(At(-100, 80), At(0, 80), RunningLightbox::Middle); }
+    void Scale() { program_->Drag(At(-100, 80), At(0, 80), RunningLightbox::Middle); }
 
-    Lightbox m_folder;
-    std::unique_ptr<RunningLightbox> m_program;
-    QPoint m_middle;
+    Lightbox folder_;
+    std::unique_ptr<RunningLightbox> program_;
+    QPoint middle_;
 };
 
 TEST_F(TransformJourney, TwentyStepsAreUndoneAndRedoneExactly) {
@@ -134,35 +134,35 @@ TEST_F(TransformJourney, TwentyStepsAreUndoneAndRedoneExactly) {
              Scale();
              Menu(ApplyItem);
          }},
-        {"revert by key", [=] { Select(), Enter(), Move(), m_program->Type(BACKSPACE); }, false},
+        {"revert by key", [=] { Select(), Enter(), Move(), program_->Type(BACKSPACE); }, false},
         {"revert from the menu", [=] { Select(), Enter(), Rotate(), Menu(RevertItem); }, false},
-        {"revert a paste", [=] { Menu(PasteAndTransformItem), Move(), m_program->Type(BACKSPACE); }, false},
+        {"revert a paste", [=] { Menu(PasteAndTransformItem), Move(), program_->Type(BACKSPACE); }, false},
         {"move at last", transformed({move})},
-        {"cancel", [=] { Select(), Enter(), Move(), m_program->Type(RunningLightbox::Escape); }, false},
+        {"cancel", [=] { Select(), Enter(), Move(), program_->Type(RunningLightbox::Escape); }, false},
     };
-    QImage before = m_program->Drawing();
+    QImage before = program_->Drawing();
     for (const char* renderer : {"vp2Renderer", "base_OpenGL_Renderer"}) {
         Use(renderer);
-        m_program->Mel("qmVellixUtil -transform");
-        EXPECT_TRUE(m_program->Becomes("currentCtx", "qmVxTransformCtx1"));
+        program_->Mel("qmVellixUtil -transform");
+        EXPECT_TRUE(program_->Becomes("currentCtx", "qmVxTransformCtx1"));
         for (const Step& step : steps) {
             SCOPED_TRACE(std::string(renderer) + ": " + step.name);
             step.does();
             if (!step.changes) {
-                EXPECT_EQ(m_program->Drawing(), before);
+                EXPECT_EQ(program_->Drawing(), before);
                 continue;
             }
-            const QImage after = m_program->ChangedDrawing(before);
+            const QImage after = program_->ChangedDrawing(before);
             EXPECT_NE(after, before);
-            m_program->Type('z', RunningLightbox::Control);
-            EXPECT_EQ(m_program->ChangedDrawing(after), before);
-            m_program->Mel("redo");
-            EXPECT_EQ(m_program->Drawing(), after);
+            program_->Type('z', RunningLightbox::Control);
+            EXPECT_EQ(program_->ChangedDrawing(after), before);
+            program_->Mel("redo");
+            EXPECT_EQ(program_->Drawing(), after);
             before = after;
         }
-        EXPECT_TRUE(m_program->Becomes("currentCtx", "qmVxDrawCtx1")) << "where a cancelled transform ends";
+        EXPECT_TRUE(program_->Becomes("currentCtx", "qmVxDrawCtx1")) << "where a cancelled transform ends";
     }
-    EXPECT_EQ(m_program->Messages().count("Error"), 0);
+    EXPECT_EQ(program_->Messages().count("Error"), 0);
 }
 
 } // namespace

@@ -62,10 +62,10 @@ void MakeScene(const Lightbox& folder) {
 
 class WindowJourney : public ::testing::Test {
 protected:
-    WindowJourney() { MakeScene(m_folder); }
+    WindowJourney() { MakeScene(folder_); }
 
     QStringList Opening(const QString& scene) const {
-        return {"-file", m_folder.Path(scene), "-script", m_folder.Path("helpers.mel")};
+        return {"-file", folder_.Path(scene), "-script", folder_.Path("helpers.mel")};
     }
     static QPoint OnSlider(const QRect& slider, int frame) {
         const double perFrame = slider.width() * 0.99 / LAST_FRAME;
@@ -86,11 +86,11 @@ protected:
         return found;
     }
 
-    Lightbox m_folder;
+    Lightbox folder_;
 };
 
 TEST_F(WindowJourney, ADrawingIsScrubbedAndPlayed) {
-    RunningLightbox program(m_folder, Opening("a.ma"));
+    RunningLightbox program(folder_, Opening("a.ma"));
     const QRect slider = program.Place("timeControl1");
     const QRect first = Red(program.Grab("modelPanel4"));
     ASSERT_FALSE(first.isNull());
@@ -119,7 +119,7 @@ TEST_F(WindowJourney, ADrawingIsScrubbedAndPlayed) {
 }
 
 TEST_F(WindowJourney, AHighlightedRangeOfFramesIsMoved) {
-    RunningLightbox program(m_folder, Opening("a.ma"));
+    RunningLightbox program(folder_, Opening("a.ma"));
     const QRect slider = program.Place("timeControl1");
     const auto at = [&](int frame) { return OnSlider(slider, frame); };
     const auto highlight = [&](int from, int to) {
@@ -164,7 +164,7 @@ TEST_F(WindowJourney, AHighlightedRangeOfFramesIsMoved) {
 }
 
 TEST_F(WindowJourney, LayersMoveToTheFloatingViewByTheMenu) {
-    RunningLightbox program(m_folder, Opening("a.ma"));
+    RunningLightbox program(folder_, Opening("a.ma"));
     const QString menu = program.Mel("string $menu = $gQmVxMainMenu");
     const QString view = program.Mel("journeyItem $gQmVxMainMenu \"View\"");
     const QString move = program.Mel("journeyItem \"" + view + "\" \"Move layers to Vellix View\"");
@@ -190,7 +190,7 @@ TEST_F(WindowJourney, LayersMoveToTheFloatingViewByTheMenu) {
 
 TEST_F(WindowJourney, UnsavedChangesAreAskedAboutAndTheNextSessionGoesOn) {
     {
-        RunningLightbox program(m_folder, Opening("a.ma"));
+        RunningLightbox program(folder_, Opening("a.ma"));
         program.Choose({"mainPanelsMenu", program.Mel("journeyItem mainPanelsMenu \"Four View\"")});
         program.Mel("polyCube -name \"made\"");
         program.Type('q', RunningLightbox::Control);
@@ -203,9 +203,9 @@ TEST_F(WindowJourney, UnsavedChangesAreAskedAboutAndTheNextSessionGoesOn) {
         program.Click("saveChanges");
         EXPECT_EQ(program.WaitForEnd(), 0);
     }
-    const QByteArray saved = m_folder.Read("a.ma");
+    const QByteArray saved = folder_.Read("a.ma");
     EXPECT_TRUE(saved.contains("createNode mesh -n \"madeShape\""));
-    RunningLightbox program(m_folder, {"-script", m_folder.Path("helpers.mel")});
+    RunningLightbox program(folder_, {"-script", folder_.Path("helpers.mel")});
     EXPECT_GT(program.Place("modelPanel4").left(), program.Place("modelPanel1").left()) << "four panels";
     program.Choose({"mainFileMenu", "lightboxRecentMenu"});
     program.Choose({program.Mel("string $recent[] = `menu -q -itemArray lightboxRecentMenu`; $recent[0]")});
@@ -216,14 +216,14 @@ TEST_F(WindowJourney, UnsavedChangesAreAskedAboutAndTheNextSessionGoesOn) {
     program.Type('q', RunningLightbox::Control);
     program.Click("discardChanges");
     EXPECT_EQ(program.WaitForEnd(), 0);
-    EXPECT_EQ(m_folder.Read("a.ma"), saved);
+    EXPECT_EQ(folder_.Read("a.ma"), saved);
 }
 
 // What the pen draws lies under the pen, and keeps its sharpness, however many pixels the screen gives it.
 TEST_F(WindowJourney, TheDrawingLiesUnderThePointerOnEveryScreen) {
     for (const double scale : {1.0, 1.5, 2.0}) {
         SCOPED_TRACE(scale);
-        RunningLightbox program(m_folder, {}, scale);
+        RunningLightbox program(folder_, {}, scale);
         // A straight line: smoothing lets freehand ones end short of the pen.
         program.Mel("qmVellixUtil -lineOptions 8 100; qmVellixUtil -e -drawColor 230 20 20");
         program.Mel("qmVellixUtil -lineTool");

@@ -15,7 +15,7 @@ using lightbox::Output;
 void CommandFixture::SetUp() {
     Host::Get().output().SetSink([this](Output::Kind kind, const std::string& text) {
         if (kind == Output::Kind::Error) {
-            m_messages.append(QString::fromStdString(text));
+            messages_.append(QString::fromStdString(text));
         }
     });
     Mel("file -f -new; playbackOptions -min 1 -max 4; currentTime 1; qmVellixNode;");
@@ -26,19 +26,19 @@ void CommandFixture::TearDown() {
 }
 
 lightbox::mel::Value CommandFixture::Mel(const QString& line) {
-    m_messages.clear();
+    messages_.clear();
     try {
         return Host::Get().interpreter().Execute(line.toStdString());
     } catch (const lightbox::mel::Error& error) {
         ADD_FAILURE() << line.toStdString() << "\n"
                       << error.Described() << "\n"
-                      << m_messages.join("\n").toStdString();
+                      << messages_.join("\n").toStdString();
     }
     return {};
 }
 
 QStringList CommandFixture::Refused(const QString& line) {
-    m_messages.clear();
+    messages_.clear();
     try {
         Host::Get().interpreter().Execute(line.toStdString());
         ADD_FAILURE() << "not refused: " << line.toStdString();
@@ -49,7 +49,7 @@ QStringList CommandFixture::Refused(const QString& line) {
 }
 
 QStringList CommandFixture::Messages() const {
-    return QStringList(m_messages).filter("[Vellix2] ").replaceInStrings("[Vellix2] ", "");
+    return QStringList(messages_).filter("[Vellix2] ").replaceInStrings("[Vellix2] ", "");
 }
 
 void CommandFixture::ExpectRefusal(const QString& line, const QString& message) {
@@ -117,7 +117,7 @@ void CommandFixture::ExpectUndoable(const QString& line) {
 }
 
 QString CommandFixture::WriteFile(const QString& name, const QByteArray& content) const {
-    QFile file(m_folder.filePath(name));
+    QFile file(folder_.filePath(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(content);
     return file.fileName();

@@ -38,10 +38,10 @@ protected:
 
     QString WriteFile(const QString& name, const QByteArray& content) const;
 
-    QTemporaryDir m_folder;
+    QTemporaryDir folder_;
 
 private:
-    QStringList m_messages;
+    QStringList messages_;
 };
 
 } // namespace vellix

@@ -28,7 +28,7 @@ protected:
         Mel("currentTime 2");
     }
 
-    QString Path(const QString& name) const { return m_folder.filePath(name); }
+    QString Path(const QString& name) const { return folder_.filePath(name); }
     QString Line(const QString& name, const QString& more = QString()) const {
         return QString("qmVellixExport -camera persp -file \"%1\" %2").arg(Path(name), more);
     }
@@ -107,9 +107,9 @@ TEST_F(ExportCommandTest, SaysWhatToDo) {
         ASSERT_EQ(messages.size(), 1) << c.message;
         EXPECT_TRUE(messages[0].contains(c.message)) << messages[0].toStdString();
     }
-    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), QStringList("file"));
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files), QStringList("file"));
     // A file that cannot be replaced is an error, not a gap in the sequence.
-    ASSERT_TRUE(QDir(m_folder.path()).mkdir("f.3.png"));
+    ASSERT_TRUE(QDir(folder_.path()).mkdir("f.3.png"));
     EXPECT_TRUE(Refused(Line("f.#.png")).value(0).contains("f.3.png\" cannot be written"));
     Mel("file -f -new");
     EXPECT_EQ(Refused(Line("f.#.png")).value(0), "There is no drawing in the scene.");
@@ -120,17 +120,17 @@ class MovieTest : public ExportCommandTest {
 protected:
     void SetUp() override {
         ExportCommandTest::SetUp();
-        m_path = qgetenv("PATH");
+        path_ = qgetenv("PATH");
     }
     void TearDown() override {
-        qputenv("PATH", m_path);
+        qputenv("PATH", path_);
         ExportCommandTest::TearDown();
     }
 
     /// Installs a shell script as the only ffmpeg. It is given what the real one is.
     void InstallEncoder(const QByteArray& script) {
-        QDir(m_folder.path()).mkdir("bin");
-        const QString file = WriteFile("bin/ffmpeg", "#!/bin/sh\nPATH=" + m_path + "\n" + script);
+        QDir(folder_.path()).mkdir("bin");
+        const QString file = WriteFile("bin/ffmpeg", "#!/bin/sh\nPATH=" + path_ + "\n" + script);
         QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("PATH", Path("bin").toLocal8Bit());
     }
@@ -139,7 +139,7 @@ protected:
     }
     QStringList Written() const { return QDir(Path("out")).entryList(QDir::Files | QDir::Hidden); }
 
-    QByteArray m_path;
+    QByteArray path_;
 };
 
 TEST_F(MovieTest, GivesTheEncoderEveryFrameAtTheScenesRate) {
@@ -174,7 +174,7 @@ TEST_F(MovieTest, GivesTheEncoderEveryFrameAtTheScenesRate) {
 }
 
 TEST_F(MovieTest, AFailedMovieLeavesWhatWasThere) {
-    QDir(m_folder.path()).mkdir("out");
+    QDir(folder_.path()).mkdir("out");
     WriteFile("out/walk.mp4", "the old one");
     const struct {
         const char* script;

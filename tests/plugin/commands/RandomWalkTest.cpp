@@ -48,15 +48,15 @@ protected:
         }
     }
 
-    int Random(int first, int last) { return std::uniform_int_distribution<int>(first, last)(m_random); }
+    int Random(int first, int last) { return std::uniform_int_distribution<int>(first, last)(random_); }
     bool Chance(int percent) { return Random(1, 100) <= percent; }
     std::string RandomCamera() { return CAMERAS[Random(0, 2)]; }
     /// Mostly one that is there.
     int RandomIndex(const std::string& camera) {
-        return Random(0, std::max(int(m_model.Layers(camera).size()) - (Chance(90) ? 1 : 0), 0));
+        return Random(0, std::max(int(model_.Layers(camera).size()) - (Chance(90) ? 1 : 0), 0));
     }
     DrawingModel::Range SliderRange() const {
-        return m_range ? *m_range : DrawingModel::Range(m_model.time, m_model.time + 1);
+        return range_ ? *range_ : DrawingModel::Range(model_.time, model_.time + 1);
     }
 
     Line RandomLine();
@@ -74,26 +74,26 @@ protected:
     void ComparePictures(const Layer& layer, const DrawingModel::ModelLayer& expected);
     static std::size_t Written();
 
-    std::mt19937 m_random;
-    DrawingModel m_model;
-    std::optional<DrawingModel::Range> m_range;
-    DrawingModel::Keys m_clipboard;
+    std::mt19937 random_;
+    DrawingModel model_;
+    std::optional<DrawingModel::Range> range_;
+    DrawingModel::Keys clipboard_;
     /// What was done, and what there was before each of them and after the last.
-    QStringList m_done;
-    std::vector<DrawingModel> m_models;
-    std::vector<std::size_t> m_written;
-    int m_place = 0;
+    QStringList done_;
+    std::vector<DrawingModel> models_;
+    std::vector<std::size_t> written_;
+    int place_ = 0;
     /// Which digest a picture was seen with, both ways.
-    std::map<std::string, std::size_t> m_digests;
-    std::map<std::size_t, std::string> m_pictures;
+    std::map<std::string, std::size_t> digests_;
+    std::map<std::size_t, std::string> pictures_;
 };
 
 Line RandomWalkTest::RandomStackLine(const std::string& camera) {
     const QString at = QString::fromStdString(camera);
     const int index = RandomIndex(camera);
-    const int other = Random(-1, int(m_model.Layers(camera).size()));
+    const int other = Random(-1, int(model_.Layers(camera).size()));
     const std::string target = RandomCamera();
-    const int count = int(m_model.Layers(camera).size());
+    const int count = int(model_.Layers(camera).size());
     const int kind = count > 3 ? 1 : Random(0, 5);
     if (kind == 0) {
         const std::string name = NAMES[Random(0, 4)];
@@ -185,7 +185,7 @@ Line RandomWalkTest::RandomPropertyLine(const std::string& camera) {
 Line RandomWalkTest::RandomFrameLine() {
     // Without a camera the command acts on the active one.
     const bool names = Chance(50);
-    const std::string camera = names ? RandomCamera() : m_model.activeCamera;
+    const std::string camera = names ? RandomCamera() : model_.activeCamera;
     const QString command = "qmVellixFrame " + (names ? QString::fromStdString(camera) + " " : QString());
     const DrawingModel::Range range = SliderRange();
     const auto at = [=](const char* flags, std::function<bool(DrawingModel&)> apply) {
@@ -206,12 +206,12 @@ Line RandomWalkTest::RandomFrameLine() {
         return at(cuts ? "-cutFrame" : "-copy", [=](DrawingModel& model) {
             const DrawingModel::Keys copied = model.Copied(camera, range);
             const bool isDone = !cuts || model.DeleteFrames(camera, range);
-            m_clipboard = isDone ? copied : m_clipboard;
+            clipboard_ = isDone ? copied : clipboard_;
             return isDone;
         });
     }
     case 6:
-        return at("-pst", [=, copied = m_clipboard](DrawingModel& model) {
+        return at("-pst", [=, copied = clipboard_](DrawingModel& model) {
             return model.Paste(camera, copied, range.first);
         });
     case 7:
@@ -246,9 +246,9 @@ Line RandomWalkTest::RandomStroke() {
     const std::string camera = RandomCamera();
     const int frame = Random(1, LATEST);
     std::string used;
-    const int active = m_model.ActiveIndex(camera);
+    const int active = model_.ActiveIndex(camera);
     if (active >= 0) {
-        for (const auto& [t, picture] : m_model.Layers(camera)[std::size_t(active)].keys) {
+        for (const auto& [t, picture] : model_.Layers(camera)[std::size_t(active)].keys) {
             used += picture;
         }
     }
@@ -261,7 +261,7 @@ Line RandomWalkTest::RandomStroke() {
     return {QString("qmVellixReplay -camera %1 -frameOffset %2 -file \"%3\"")
                 .arg(camera.c_str())
                 .arg(frame)
-                .arg(m_folder.filePath(QString(stroke) + ".json")),
+                .arg(folder_.filePath(QString(stroke) + ".json")),
             [=](DrawingModel& model) { return model.Draw(camera, frame, stroke); },
             {}};
 }
@@ -327,7 +327,7 @@ Line RandomWalkTest::RandomLine() {
     return {highlights ? QString("timeControl -e -rangeArray %1 %2 $gPlayBackSlider").arg(frame).arg(end)
                        : QString("timeControl -e -rangeVisible 0 $gPlayBackSlider"),
             [=](DrawingModel&) {
-                m_range = highlights ? std::optional<DrawingModel::Range>({frame, end}) : std::nullopt;
+                range_ = highlights ? std::optional<DrawingModel::Range>({frame, end}) : std::nullopt;
                 return true;
             },
             {}};
@@ -348,18 +348,18 @@ void RandomWalkTest::ComparePictures(const Layer& layer, const DrawingModel::Mod
         ASSERT_EQ(frame.GetTimeValue(), t);
         const QByteArray png = frame.GetPackedImage();
         const std::size_t digest = std::hash<std::string_view>()({png.constData(), std::size_t(png.size())});
-        ASSERT_EQ(m_digests.emplace(picture, digest).first->second, digest) << "at " << t;
-        ASSERT_EQ(m_pictures.emplace(digest, picture).first->second, picture) << "at " << t;
+        ASSERT_EQ(digests_.emplace(picture, digest).first->second, digest) << "at " << t;
+        ASSERT_EQ(pictures_.emplace(digest, picture).first->second, picture) << "at " << t;
     }
 }
 
 void RandomWalkTest::Compare(const QString& line) {
     SCOPED_TRACE("after " + line.toStdString());
-    ASSERT_EQ(MayaUtil::GetPlaybackTimeValue(), m_model.time);
-    ASSERT_EQ(Node().GetActiveCamera().toStdString(), m_model.activeCamera);
+    ASSERT_EQ(MayaUtil::GetPlaybackTimeValue(), model_.time);
+    ASSERT_EQ(Node().GetActiveCamera().toStdString(), model_.activeCamera);
     for (const char* camera : CAMERAS) {
         SCOPED_TRACE(camera);
-        const DrawingModel::Stack& expected = m_model.Layers(camera);
+        const DrawingModel::Stack& expected = model_.Layers(camera);
         ASSERT_EQ(Node().LayerCount(camera), int(expected.size()));
         for (int i = 0; i < int(expected.size()); ++i) {
             const Layer& layer = *Node().GetLayer(camera, i);
@@ -371,80 +371,80 @@ void RandomWalkTest::Compare(const QString& line) {
             ASSERT_EQ(static_cast<int>(layer.GetState()), is.state);
             ASSERT_EQ(layer.IsActive(), is.isActive);
             ASSERT_NO_FATAL_FAILURE(ComparePictures(layer, is));
-            const auto later = is.keys.upper_bound(m_model.time);
+            const auto later = is.keys.upper_bound(model_.time);
             ASSERT_EQ(layer.GetCurrentFrameIndex(), int(std::distance(is.keys.begin(), later)) - 1);
         }
     }
 }
 
 void RandomWalkTest::Take(const Line& line) {
-    DrawingModel next = m_model;
+    DrawingModel next = model_;
     const bool isAllowed = line.apply(next);
     const auto& queue = lightbox::Host::Get().undo();
     const std::uint64_t before = queue.State();
     if (!isAllowed) {
         Refused(line.text);
     } else {
-        m_model = next;
+        model_ = next;
         const lightbox::mel::Value result = Mel(line.text);
         if (line.check) {
-            line.check(result, m_model);
+            line.check(result, model_);
         }
     }
     ASSERT_NO_FATAL_FAILURE(Compare(line.text));
     if (queue.State() == before) {
-        ASSERT_EQ(Written(), m_written[std::size_t(m_place)]) << line.text.toStdString();
+        ASSERT_EQ(Written(), written_[std::size_t(place_)]) << line.text.toStdString();
         return;
     }
     // It stands in the queue; what could be redone until now is gone.
-    m_done = m_done.mid(0, m_place++);
-    m_written.resize(std::size_t(m_place));
-    m_models.resize(std::size_t(m_place), m_model);
-    m_done.append(line.text);
-    m_models.push_back(m_model);
-    m_written.push_back(Written());
+    done_ = done_.mid(0, place_++);
+    written_.resize(std::size_t(place_));
+    models_.resize(std::size_t(place_), model_);
+    done_.append(line.text);
+    models_.push_back(model_);
+    written_.push_back(Written());
 }
 
 void RandomWalkTest::TakeBack() {
     Mel("undo");
-    m_model = m_models[std::size_t(--m_place)];
-    ASSERT_NO_FATAL_FAILURE(Compare("undo of " + m_done[m_place]));
-    ASSERT_EQ(Written(), m_written[std::size_t(m_place)]) << "undo of " << m_done[m_place].toStdString();
+    model_ = models_[std::size_t(--place_)];
+    ASSERT_NO_FATAL_FAILURE(Compare("undo of " + done_[place_]));
+    ASSERT_EQ(Written(), written_[std::size_t(place_)]) << "undo of " << done_[place_].toStdString();
 }
 
 void RandomWalkTest::TakeAgain() {
     Mel("redo");
-    m_model = m_models[std::size_t(++m_place)];
-    ASSERT_NO_FATAL_FAILURE(Compare("redo of " + m_done[m_place - 1]));
-    ASSERT_EQ(Written(), m_written[std::size_t(m_place)]) << "redo of " << m_done[m_place - 1].toStdString();
+    model_ = models_[std::size_t(++place_)];
+    ASSERT_NO_FATAL_FAILURE(Compare("redo of " + done_[place_ - 1]));
+    ASSERT_EQ(Written(), written_[std::size_t(place_)]) << "redo of " << done_[place_ - 1].toStdString();
 }
 
 TEST_F(RandomWalkTest, EveryStepIsWhatAPlainModelSaysAndGoesBackAndForth) {
     const int steps = qEnvironmentVariableIsSet("VELLIX_WALK_STEPS")
                           ? qEnvironmentVariableIntValue("VELLIX_WALK_STEPS")
                           : 2000;
-    m_random.seed(unsigned(qEnvironmentVariableIntValue("VELLIX_WALK_SEED")));
-    m_models.push_back(m_model);
-    m_written.push_back(Written());
+    random_.seed(unsigned(qEnvironmentVariableIntValue("VELLIX_WALK_SEED")));
+    models_.push_back(model_);
+    written_.push_back(Written());
     for (int step = 0; step < steps; ++step) {
         SCOPED_TRACE("step " + std::to_string(step));
         const int turn = Random(1, 100);
         if (turn <= 3) {
-            for (int back = Random(1, 8); back > 0 && m_place > 0; --back) {
+            for (int back = Random(1, 8); back > 0 && place_ > 0; --back) {
                 ASSERT_NO_FATAL_FAILURE(TakeBack());
             }
         } else if (turn <= 6) {
-            for (int forth = Random(1, 8); forth > 0 && m_place < m_done.size(); --forth) {
+            for (int forth = Random(1, 8); forth > 0 && place_ < done_.size(); --forth) {
                 ASSERT_NO_FATAL_FAILURE(TakeAgain());
             }
         } else {
             ASSERT_NO_FATAL_FAILURE(Take(RandomLine()));
         }
     }
-    while (m_place > 0) {
+    while (place_ > 0) {
         ASSERT_NO_FATAL_FAILURE(TakeBack());
     }
-    while (m_place < m_done.size()) {
+    while (place_ < done_.size()) {
         ASSERT_NO_FATAL_FAILURE(TakeAgain());
     }
 }

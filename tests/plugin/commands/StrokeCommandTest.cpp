@@ -19,7 +19,7 @@ class StrokeCommandTest : public PluginTest {
 protected:
     StrokeCommandTest() {
         Run("qmVellixNode");
-        m_node = BaseNode::GetMaster();
+        node_ = BaseNode::GetMaster();
         MayaUtil::SetPlaybackTime(10);
     }
 
@@ -27,23 +27,23 @@ protected:
     bool Draw(const QString& camera, int y) {
         int layer = -1;
         bool frameAdded = false;
-        if (!m_node->PrepareForDraw(camera, layer, frameAdded)) {
+        if (!node_->PrepareForDraw(camera, layer, frameAdded)) {
             return false;
         }
-        Stroke* stroke = m_node->GetActiveStroke(camera, false);
+        Stroke* stroke = node_->GetActiveStroke(camera, false);
         stroke->tool = ToolType::Pencil;
         stroke->points.append({20, 1.0f, 100.0f, QPoint(100, y)});
         stroke->points.append({20, 1.0f, 100.0f, QPoint(300, y)});
         stroke->changed = true;
-        m_node->GetFinalImage(camera); // what the view shows is what is committed
+        node_->GetFinalImage(camera); // what the view shows is what is committed
         return MayaUtil::PushStroke(camera, layer, frameAdded);
     }
     QImage Image(const QString& camera, int frame) const {
-        return m_node->GetActiveLayer(camera)->GetFrame(frame)->PeekImage();
+        return node_->GetActiveLayer(camera)->GetFrame(frame)->PeekImage();
     }
     static bool Covered(const QImage& image, int y) { return image.pixelColor(200, y).alpha() > 0; }
 
-    BaseNode* m_node;
+    BaseNode* node_;
 };
 
 } // namespace
@@ -66,22 +66,22 @@ TEST_F(StrokeCommandTest, UndoAndRedoExchangeTheImage) {
 TEST_F(StrokeCommandTest, UndoReturnsToTheCameraThatWasActive) {
     ASSERT_TRUE(Draw(PERSP, 100));
     ASSERT_TRUE(Draw(TOP, 100));
-    EXPECT_EQ(m_node->GetActiveCamera(), TOP);
+    EXPECT_EQ(node_->GetActiveCamera(), TOP);
     const QImage drawn = Image(TOP, 0);
 
     ASSERT_TRUE(Run("undo"));
-    EXPECT_EQ(m_node->LayerCount(TOP), 0);
-    EXPECT_EQ(m_node->GetActiveCamera(), PERSP);
-    EXPECT_EQ(m_node->GetActiveLayerIndex(PERSP), 0);
+    EXPECT_EQ(node_->LayerCount(TOP), 0);
+    EXPECT_EQ(node_->GetActiveCamera(), PERSP);
+    EXPECT_EQ(node_->GetActiveLayerIndex(PERSP), 0);
 
     ASSERT_TRUE(Run("redo"));
-    EXPECT_EQ(m_node->GetActiveCamera(), TOP);
-    ASSERT_EQ(m_node->LayerCount(TOP), 1);
-    EXPECT_EQ(m_node->GetActiveLayer(TOP)->GetFrame(0)->GetTimeValue(), 10);
+    EXPECT_EQ(node_->GetActiveCamera(), TOP);
+    ASSERT_EQ(node_->LayerCount(TOP), 1);
+    EXPECT_EQ(node_->GetActiveLayer(TOP)->GetFrame(0)->GetTimeValue(), 10);
     EXPECT_EQ(Image(TOP, 0), drawn);
 
     ASSERT_TRUE(Run("undo; undo"));
-    EXPECT_EQ(m_node->TotalLayerCount(), 0);
+    EXPECT_EQ(node_->TotalLayerCount(), 0);
 }
 
 TEST_F(StrokeCommandTest, UndoFindsItsFrameAtAnyTime) {
@@ -96,19 +96,19 @@ TEST_F(StrokeCommandTest, UndoFindsItsFrameAtAnyTime) {
     EXPECT_EQ(Image(PERSP, 0), first);
     EXPECT_FALSE(Covered(Image(PERSP, 1), 600));
     EXPECT_TRUE(Covered(Image(PERSP, 1), 400));
-    EXPECT_EQ(m_node->GetActiveLayer(PERSP)->GetCurrentFrameIndex(), 0);
+    EXPECT_EQ(node_->GetActiveLayer(PERSP)->GetCurrentFrameIndex(), 0);
     ASSERT_TRUE(Run("redo"));
     EXPECT_EQ(Image(PERSP, 1), second);
     ASSERT_TRUE(Run("undo; undo"));
-    EXPECT_EQ(m_node->GetActiveLayer(PERSP)->FrameCount(), 1);
+    EXPECT_EQ(node_->GetActiveLayer(PERSP)->FrameCount(), 1);
     EXPECT_EQ(Image(PERSP, 0), first);
 }
 
 TEST_F(StrokeCommandTest, AStaticLayersFrameIsKeyedAtTheDefaultTime) {
-    m_node->InsertLayer(PERSP, -1, QStringLiteral("Set"));
-    m_node->SetLayerState(PERSP, 0, LayerState::Static);
+    node_->InsertLayer(PERSP, -1, QStringLiteral("Set"));
+    node_->SetLayerState(PERSP, 0, LayerState::Static);
     ASSERT_TRUE(Draw(PERSP, 100));
-    const Layer* layer = m_node->GetActiveLayer(PERSP);
+    const Layer* layer = node_->GetActiveLayer(PERSP);
     for (int round = 0; round < 2; ++round) {
         ASSERT_EQ(layer->FrameCount(), 1);
         EXPECT_EQ(layer->GetFrame(0)->GetTimeValue(), Settings::DEFAULT_STATIC_FRAME_TIME);
@@ -131,7 +131,7 @@ TEST_F(StrokeCommandTest, Misuse) {
     const QImage drawn = Image(PERSP, 0);
     EXPECT_TRUE(Covered(drawn, 100));
     Run("undo"); // the failed ones left nothing to undo
-    EXPECT_EQ(m_node->TotalLayerCount(), 0);
+    EXPECT_EQ(node_->TotalLayerCount(), 0);
 
     Run("file -force -new");
     EXPECT_FALSE(Run("qmVellixStroke persp"));

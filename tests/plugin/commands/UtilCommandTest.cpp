@@ -247,36 +247,36 @@ template <typename Interface>
 class FakePanel : public QWidget, public Interface {
 public:
     explicit FakePanel(QStringList& told)
-        : m_told(told) {}
-    ~FakePanel() override { m_told.append("gone"); }
+        : told_(told) {}
+    ~FakePanel() override { told_.append("gone"); }
     QSize sizeHint() const override { return QSize(120, 90); }
 
 protected:
-    void closeEvent(QCloseEvent*) override { m_told.append("close"); }
+    void closeEvent(QCloseEvent*) override { told_.append("close"); }
 
-    QStringList& m_told;
+    QStringList& told_;
 };
 
 class FakeToolbox : public FakePanel<ToolboxPanel> {
 public:
     using FakePanel::FakePanel;
-    void Refresh() override { m_told.append("toolbox"); }
-    void RefreshOptions() override { m_told.append("toolbox options"); }
+    void Refresh() override { told_.append("toolbox"); }
+    void RefreshOptions() override { told_.append("toolbox options"); }
     QColor GetColor() const override { return QColor(11, 22, 33); }
 };
 
 class FakeToolOptions : public FakePanel<ToolOptionsPanel> {
 public:
     using FakePanel::FakePanel;
-    void Refresh() override { m_told.append("options"); }
+    void Refresh() override { told_.append("options"); }
 };
 
 class FakeLayerManager : public FakePanel<LayerManagerPanel> {
 public:
     using FakePanel::FakePanel;
-    void Clear() override { m_told.append("clear"); }
+    void Clear() override { told_.append("clear"); }
     void Fill(const QList<LayerManagerRow>& rows, const QString& camera, int index) override {
-        m_told.append(QString("%1 %2 %3").arg(rows.size()).arg(camera).arg(index));
+        told_.append(QString("%1 %2 %3").arg(rows.size()).arg(camera).arg(index));
     }
 };
 

@@ -56,7 +56,7 @@ protected:
         Layer* layer = manager.GetLayer(camera, manager.InsertLayer(camera, -1, QString()));
         for (const int time : times) {
             auto frame = std::make_unique<Frame>(At(time));
-            frame->SetImage(Drawing(m_drawings++));
+            frame->SetImage(Drawing(drawings_++));
             layer->InsertFrame(frame.release());
         }
         return layer;
@@ -118,7 +118,7 @@ protected:
     const QString camera = QStringLiteral("persp");
 
 private:
-    int m_drawings = 0;
+    int drawings_ = 0;
 };
 
 } // namespace vellix

@@ -15,13 +15,13 @@ ExecutedLines* g_current = nullptr;
 } // namespace
 
 ExecutedLines::ExecutedLines(Mode mode)
-    : m_mode(mode)
-    , m_outer(g_current) {
+    : mode_(mode)
+    , outer_(g_current) {
     g_current = this;
 }
 
 ExecutedLines::~ExecutedLines() {
-    g_current = m_outer;
+    g_current = outer_;
 }
 
 ExecutedLines* ExecutedLines::Current() {

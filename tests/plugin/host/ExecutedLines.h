@@ -17,25 +17,25 @@ public:
     ExecutedLines(const ExecutedLines&) = delete;
     ExecutedLines& operator=(const ExecutedLines&) = delete;
 
-    const std::vector<std::string>& Lines() const { return m_lines; }
+    const std::vector<std::string>& Lines() const { return lines_; }
     /// The lines since the last call.
-    std::vector<std::string> Take() { return std::exchange(m_lines, {}); }
-    bool Executes() const { return m_mode == Mode::KeepAndExecute; }
+    std::vector<std::string> Take() { return std::exchange(lines_, {}); }
+    bool Executes() const { return mode_ == Mode::KeepAndExecute; }
 
     /// The latest object that exists, or null.
     static ExecutedLines* Current();
     void Keep(const std::string& line, bool displayEnabled, bool undoEnabled) {
-        m_lines.push_back(line);
-        m_plain = m_plain && !displayEnabled && !undoEnabled;
+        lines_.push_back(line);
+        plain_ = plain_ && !displayEnabled && !undoEnabled;
     }
     /// Whether all lines were executed without echo and without undo.
-    bool ArePlain() const { return m_plain; }
+    bool ArePlain() const { return plain_; }
 
 private:
-    Mode m_mode;
-    ExecutedLines* m_outer;
-    std::vector<std::string> m_lines;
-    bool m_plain = true;
+    Mode mode_;
+    ExecutedLines* outer_;
+    std::vector<std::string> lines_;
+    bool plain_ = true;
 };
 
 } // namespace vellix

@@ -22,7 +22,7 @@ using ::testing::IsEmpty;
 
 class BaseNodeTest : public PluginTest {
 protected:
-    std::string Path(const char* name) const { return m_folder.path().toStdString() + "/" + name; }
+    std::string Path(const char* name) const { return folder_.path().toStdString() + "/" + name; }
     BaseNode* MakeDrawing() {
         Run("qmVellixNode -c persp");
         BaseNode* node = BaseNode::GetMaster();
@@ -33,7 +33,7 @@ protected:
         return Run("file -rename \"" + path + "\"; file -save -type \"mayaAscii\"");
     }
 
-    QTemporaryDir m_folder;
+    QTemporaryDir folder_;
 };
 
 } // namespace

@@ -23,10 +23,10 @@ protected:
     DrawingFilesTest() {
         Run("qmVellixNode -c persp");
         FillSmallDrawing(*BaseNode::GetMaster()->GetLayerManager());
-        m_drawn = Describe(*BaseNode::GetMaster()->GetLayerManager());
+        drawn_ = Describe(*BaseNode::GetMaster()->GetLayerManager());
     }
 
-    QString Path(const char* name) const { return m_folder.filePath(name); }
+    QString Path(const char* name) const { return folder_.filePath(name); }
     bool Save(const char* name) {
         return Run("file -rename \"" + Path(name).toStdString() + "\"; file -save");
     }
@@ -47,8 +47,8 @@ protected:
         return node ? Describe(*node->GetLayerManager()) : std::string();
     }
 
-    QTemporaryDir m_folder;
-    std::string m_drawn;
+    QTemporaryDir folder_;
+    std::string drawn_;
 };
 
 } // namespace
@@ -57,7 +57,7 @@ TEST_F(DrawingFilesTest, BothFormatsHoldTheSameDrawing) {
     for (const char* name : {"a.ma", "b.lbx", "c.ma"}) {
         ASSERT_TRUE(Save(name));
         ASSERT_TRUE(Open(name)) << name;
-        EXPECT_EQ(Drawing(), m_drawn) << name;
+        EXPECT_EQ(Drawing(), drawn_) << name;
     }
     EXPECT_THAT(Messages(), IsEmpty());
 }
@@ -80,7 +80,7 @@ TEST_F(DrawingFilesTest, ADrawingThatIsCutOffLeavesAnErrorAndAScene) {
         }
         Write(name, whole);
         ASSERT_TRUE(Open(name));
-        EXPECT_EQ(Drawing(), m_drawn);
+        EXPECT_EQ(Drawing(), drawn_);
     }
 }
 
@@ -126,7 +126,7 @@ TEST_F(DrawingFilesTest, DrawingsOutliveAnUnloadedPlugin) {
     for (const char* name : {"forced.ma", "forced.lbx", "read.lbx"}) {
         Messages();
         ASSERT_TRUE(Open(name)) << name;
-        EXPECT_EQ(Drawing(), m_drawn) << name;
+        EXPECT_EQ(Drawing(), drawn_) << name;
         EXPECT_EQ(Ask("getAttr -lock vellixShape.localPositionX"), "1") << name;
         EXPECT_THAT(Messages(), IsEmpty()) << name;
     }

@@ -21,11 +21,11 @@ using ::testing::IsEmpty;
 class LayerDataTest : public PluginTest {
 protected:
     LayerDataTest() {
-        m_data.CreateLayerManager();
-        FillSmallDrawing(*m_data.GetLayerManager());
+        data_.CreateLayerManager();
+        FillSmallDrawing(*data_.GetLayerManager());
     }
 
-    LayerManager& Drawing() { return *m_data.GetLayerManager(); }
+    LayerManager& Drawing() { return *data_.GetLayerManager(); }
     /// The text of a drawing with one layer and these frame tokens.
     static std::vector<std::string> OneLayer(const std::vector<std::string>& frames) {
         std::vector<std::string> tokens = {"1", "0", "persp", "1", "persp", "1", "0", "Ink"};
@@ -35,7 +35,7 @@ protected:
         return tokens;
     }
 
-    BaseNodeLayerData m_data;
+    BaseNodeLayerData data_;
 };
 
 std::string Hex(const QByteArray& bytes) {
@@ -64,14 +64,14 @@ public:
     Bytes& Byte(quint8 value) { return Raw(&value, sizeof(value)); }
     Bytes& Float(float value) { return Raw(&value, sizeof(value)); }
     Bytes& Text(const std::string& text) { return Int(qint32(text.size())).Raw(text.data(), text.size()); }
-    operator std::string() const { return m_bytes; }
+    operator std::string() const { return bytes_; }
 
 private:
     Bytes& Raw(const void* data, size_t size) {
-        m_bytes.append(static_cast<const char*>(data), size);
+        bytes_.append(static_cast<const char*>(data), size);
         return *this;
     }
-    std::string m_bytes;
+    std::string bytes_;
 };
 
 } // namespace
@@ -116,7 +116,7 @@ TEST_F(LayerDataTest, WithoutADrawingNothingIsWritten) {
     EXPECT_EQ(none.writeBinary(out), MS::kFailure);
     EXPECT_EQ(out.str(), "");
     out.setstate(std::ios::badbit);
-    EXPECT_EQ(m_data.writeBinary(out), MS::kFailure);
+    EXPECT_EQ(data_.writeBinary(out), MS::kFailure);
 }
 
 TEST_F(LayerDataTest, PackedBytesArePassedOnAsTheyWere) {
@@ -134,14 +134,14 @@ TEST_F(LayerDataTest, PackedBytesArePassedOnAsTheyWere) {
 
 TEST_F(LayerDataTest, CopiesShareTheDrawing) {
     BaseNodeLayerData copy;
-    copy.copy(m_data);
+    copy.copy(data_);
     copy.GetLayerManager()->InsertLayer(PERSP, -1, QStringLiteral("Added"));
     EXPECT_EQ(Drawing().LayerCount(PERSP), 3);
 }
 
 TEST_F(LayerDataTest, ReadingAppends) {
     unsigned element = 0;
-    ASSERT_TRUE(m_data.readASCII(ToArguments(OneLayer({})), element));
+    ASSERT_TRUE(data_.readASCII(ToArguments(OneLayer({})), element));
     EXPECT_EQ(Drawing().GetLayerName(PERSP, 2), QStringLiteral("Ink"));
 }
 
@@ -228,7 +228,7 @@ TEST_F(LayerDataTest, UnknownLayersAreSkipped) {
 }
 
 TEST_F(LayerDataTest, TextCutAtEveryToken) {
-    const std::vector<std::string> whole = Tokens(WriteAscii(m_data));
+    const std::vector<std::string> whole = Tokens(WriteAscii(data_));
     for (size_t count = 1; count < whole.size(); ++count) {
         const ReadResult read = ReadAscii({whole.begin(), whole.begin() + long(count)});
         EXPECT_FALSE(read.status) << count;
@@ -239,14 +239,14 @@ TEST_F(LayerDataTest, TextCutAtEveryToken) {
 }
 
 TEST_F(LayerDataTest, BothFormsCutAtEvery97thByte) {
-    const std::string text = WriteAscii(m_data);
+    const std::string text = WriteAscii(data_);
     for (size_t size = 97; size < text.size(); size += 97) {
         const ReadResult read = ReadAscii(Tokens(text.substr(0, size)));
         // Only a cut inside the last token leaves a text that can be read, with a picture that cannot.
         EXPECT_FALSE(Messages().empty()) << size;
         EXPECT_TRUE(!read.status || read.layers->TotalLayerCount() == 3) << size;
     }
-    const std::string bytes = WriteBinary(m_data);
+    const std::string bytes = WriteBinary(data_);
     int layers = 0;
     for (size_t size = 1; size < bytes.size(); size += 97) {
         const ReadResult read = ReadBinary(bytes.substr(0, size));
@@ -283,7 +283,7 @@ TEST_F(LayerDataTest, CountsOfBillionsEndWithTheData) {
 }
 
 TEST_F(LayerDataTest, DataEndsWhereTheHostSaysSo) {
-    const std::string bytes = WriteBinary(m_data);
+    const std::string bytes = WriteBinary(data_);
     BaseNodeLayerData data;
     std::istringstream in(bytes + "what follows in the file");
     ASSERT_TRUE(data.readBinary(in, unsigned(bytes.size())));
@@ -373,8 +373,8 @@ TEST_F(LayerDataTest, NamesOfEveryKindSurvive) {
 
 TEST_F(LayerDataTest, TimesSurviveAChangeOfUnitAsTheirFormSays) {
     const MTime::Unit unit = MTime::uiUnit();
-    const std::string bytes = WriteBinary(m_data);
-    const std::string text = WriteAscii(m_data);
+    const std::string bytes = WriteBinary(data_);
+    const std::string text = WriteAscii(data_);
     MTime::setUIUnit(MTime::kSeconds);
     for (const ReadResult& read : {ReadBinary(bytes), ReadAscii(Tokens(text))}) {
         EXPECT_EQ(read.layers->GetLayer(QStringLiteral("top"), 0)->GetFrame(0)->GetTimeValue(), 7);

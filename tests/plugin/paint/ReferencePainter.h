@@ -17,7 +17,7 @@
 class ReferencePainter {
 public:
     explicit ReferencePainter(QImage& image)
-        : m_image(image) {}
+        : image_(image) {}
 
     unsigned char grid[102][102] = {}; // [column][row]
 
@@ -140,7 +140,7 @@ private:
     static float Distance(int x0, int y0, int x1, int y1) { return float(std::hypot(x1 - x0, y1 - y0)); }
 
     unsigned char* Alpha(int x, int y) {
-        return x >= 0 && x < 1024 && y >= 0 && y < 1024 ? m_image.scanLine(y) + 4 * x + 3 : nullptr;
+        return x >= 0 && x < 1024 && y >= 0 && y < 1024 ? image_.scanLine(y) + 4 * x + 3 : nullptr;
     }
 
     void Outline(int x, int y, float r, float alpha, vellix::ToolType tool) {
@@ -226,5 +226,5 @@ private:
         }
     }
 
-    QImage& m_image;
+    QImage& image_;
 };

@@ -42,7 +42,7 @@ protected:
     }
     ~DrawToolFixture() override {
         for (const int button : {1, 2, 3}) {
-            m_input.Release(button); // a failed test may leave a button down
+            input_.Release(button); // a failed test may leave a button down
         }
         Settle(30);
         Stop();
@@ -61,15 +61,15 @@ protected:
 
     /// The screen position of a point of the view, which counts from the top left.
     QPoint OnScreen(const QPoint& point) { return View().mapToGlobal(point); }
-    void MoveTo(const QPoint& point) { m_input.MoveTo(OnScreen(point)); }
+    void MoveTo(const QPoint& point) { input_.MoveTo(OnScreen(point)); }
     void Press(const QPoint& point, int button = 1) {
         MoveTo(point);
         Settle(20);
-        m_input.Press(button);
+        input_.Press(button);
         Settle(30);
     }
     void Release(int button = 1) {
-        m_input.Release(button);
+        input_.Release(button);
         Settle(30);
     }
     /// The stroke being drawn, or null.
@@ -81,7 +81,7 @@ protected:
     void PressAndWait(const QPoint& point) {
         MoveTo(point);
         Settle(20);
-        m_input.Press();
+        input_.Press();
         if (!WaitFor([] { return PointCount() >= (IsText() ? 1 : 2); })) {
             throw std::runtime_error("no stroke was begun");
         }
@@ -109,12 +109,12 @@ protected:
     }
     static bool IsText() { return ActiveStroke() != nullptr && ActiveStroke()->tool == ToolType::Text; }
     void Type(unsigned symbol) {
-        m_input.PressKey(symbol);
-        m_input.ReleaseKey(symbol);
+        input_.PressKey(symbol);
+        input_.ReleaseKey(symbol);
         Settle(20);
     }
 
-    RealInput m_input;
+    RealInput input_;
 };
 
 } // namespace vellix

@@ -92,13 +92,13 @@ TEST_F(DrawToolKeysTest, DraggingWithAKeyHeldAdjustsTheTool) {
             const int start = row.distance < 0 ? 900 : 100;
             MoveTo({start, 300});
             Settle(20);
-            m_input.PressKey(static_cast<unsigned>(row.key));
+            input_.PressKey(static_cast<unsigned>(row.key));
             Settle(20);
             Press({start, 300});
             MoveTo({start + row.distance, 250}); // what is vertical does not count
             Settle(50);
             Release();
-            m_input.ReleaseKey(static_cast<unsigned>(row.key));
+            input_.ReleaseKey(static_cast<unsigned>(row.key));
             Settle(20);
             EXPECT_EQ(Settings::GetToolSize(tool), row.size);
             EXPECT_EQ(Settings::GetToolOpacity(tool), row.opacity);
@@ -108,12 +108,12 @@ TEST_F(DrawToolKeysTest, DraggingWithAKeyHeldAdjustsTheTool) {
     }
     // The eraser has no opacity to adjust: it draws.
     Run("qmVellixUtil -eraserTool");
-    m_input.PressKey('m');
+    input_.PressKey('m');
     Settle(20);
     PressAndWait({300, 200});
     EXPECT_EQ(ActiveStroke()->tool, ToolType::Eraser);
     Release();
-    m_input.ReleaseKey('m');
+    input_.ReleaseKey('m');
     Settle(20);
 }
 
@@ -128,7 +128,7 @@ TEST_F(DrawToolKeysTest, TheCircleIsAsLargeAsTheToolAndGoesAgain) {
         Settle(50);
         const QImage before = Seen();
         const int refreshes = NotingOptions::refreshes;
-        m_input.PressKey('b');
+        input_.PressKey('b');
         Settle(20);
         Press({500, 300});
         for (const int distance : {0, 100, 200}) {
@@ -152,7 +152,7 @@ TEST_F(DrawToolKeysTest, TheCircleIsAsLargeAsTheToolAndGoesAgain) {
         }
         EXPECT_GE(NotingOptions::refreshes, refreshes + 2);
         Release();
-        m_input.ReleaseKey('b');
+        input_.ReleaseKey('b');
         Settle(20);
         EXPECT_EQ(Seen(), before);
         Settings::brushSize = 60;
@@ -226,7 +226,7 @@ TEST_F(DrawToolKeysTest, WhatEndsTheTextCommitsIt) {
          }},
         {"a right click",
          [this] {
-             m_input.PressKey(0xffe1), Press({700, 400}, 3);
+             input_.PressKey(0xffe1), Press({700, 400}, 3);
          }},
         {"another tool", [this] { Run("setToolTo selectSuperContext"); }},
         {"another drawing tool", [this] { Run("qmVellixUtil -brushTool"); }},
@@ -249,9 +249,9 @@ TEST_F(DrawToolKeysTest, WhatEndsTheTextCommitsIt) {
             }
         }
         EXPECT_GT(covered, 100);
-        m_input.Release(1);
-        m_input.Release(3);
-        m_input.ReleaseKey(0xffe1);
+        input_.Release(1);
+        input_.Release(3);
+        input_.ReleaseKey(0xffe1);
         Settle(20);
     }
 }
@@ -260,14 +260,14 @@ TEST_F(DrawToolKeysTest, AKeyThatWasHeldWhenTheWindowLostItIsForgotten) {
     Run("qmVellixUtil -brushTool");
     MoveTo({300, 200});
     Settle(20);
-    m_input.PressKey('b');
+    input_.PressKey('b');
     Settle(20);
     QEvent deactivated(QEvent::WindowDeactivate);
     QApplication::sendEvent(&Window(), &deactivated);
     PressAndWait({300, 200});
     EXPECT_TRUE(Node().HasActiveStroke());
     Release();
-    m_input.ReleaseKey('b');
+    input_.ReleaseKey('b');
     Settle(20);
 }
 

@@ -58,25 +58,25 @@ protected:
             EXPECT_TRUE(menu->geometry().adjusted(-2, -2, 2, 2).contains(point)) << "it is at the pointer";
             QAction* const action = item.isEmpty() ? nullptr : Find(*menu, item);
             EXPECT_EQ(action != nullptr, !item.isEmpty()) << item.toStdString();
-            if (m_whileOpen) {
-                m_whileOpen();
+            if (whileOpen_) {
+                whileOpen_();
             }
             menu->close();
             if (action != nullptr) {
                 action->trigger();
             }
         });
-        m_input.MoveTo(point);
+        input_.MoveTo(point);
         Settle(QApplication::doubleClickInterval() + 50); // the second of two clicks would be no press
         poll.start();
-        m_input.Press(3);
+        input_.Press(3);
         Settle(150);
-        m_input.Release(3);
+        input_.Release(3);
         Settle(30);
         return described;
     }
     QString ChooseInView(const QString& item = QString()) { return Choose(OnScreen({300, 200}), item); }
-    std::function<void()> m_whileOpen;
+    std::function<void()> whileOpen_;
     static QString WithoutLayers(const QString& menu) { return menu.mid(menu.indexOf("Transform, ")); }
 };
 
@@ -145,7 +145,7 @@ TEST_F(DrawToolMenuTest, AnythingMayHappenWhileItIsOpen) {
         for (const char* item : {"Layer", "Line"}) {
             SCOPED_TRACE(::testing::Message() << line << " " << item);
             Run("file -force -new; qmVellixNode -l -f -c persp; qmVellixUtil -brushTool");
-            m_whileOpen = [&] {
+            whileOpen_ = [&] {
                 const bool unloads = std::string(line).find("unload") == 0;
                 try {
                     Run(line);
@@ -155,7 +155,7 @@ TEST_F(DrawToolMenuTest, AnythingMayHappenWhileItIsOpen) {
                 }
             };
             EXPECT_NE(ChooseInView(item), "");
-            m_whileOpen = nullptr;
+            whileOpen_ = nullptr;
             EXPECT_EQ(Settings::activeTool == ToolType::Line, std::string(item) == "Line");
             Run("file -force -new; qmVellixNode -l -f -c persp; qmVellixUtil -brushTool");
             Drag({{500, 300}, {540, 300}, {580, 300}});
@@ -181,7 +181,7 @@ TEST_F(DrawToolMenuTest, ItOpensOnlyForAPlainRightClick) {
         MoveTo({300, 200});
         Settle(20);
         if (row.key != 0) {
-            m_input.PressKey(row.key);
+            input_.PressKey(row.key);
             Settle(20);
         }
         EXPECT_EQ(!ChooseInView().isEmpty(), row.inView);
@@ -191,7 +191,7 @@ TEST_F(DrawToolMenuTest, ItOpensOnlyForAPlainRightClick) {
                               "Frame(s), Copy Frame(s), Paste Frame(s), -, Clear Frame(s)"
                             : "");
         if (row.key != 0) {
-            m_input.ReleaseKey(row.key);
+            input_.ReleaseKey(row.key);
             Settle(20);
         }
     }

@@ -89,7 +89,7 @@ protected:
 // of a stroke lies one pixel beside: of the view by hand, of the image in a recording. With zoom the
 // beginning of a freehand stroke differs so, as far as smoothing carries it.
 TEST_F(DrawToolTest, DrawsWhatAReplayOfItsPointsDraws) {
-    ASSERT_TRUE(m_input.IsAvailable());
+    ASSERT_TRUE(input_.IsAvailable());
     constexpr int smoothed = 5;
     const struct {
         Renderer renderer;
@@ -180,16 +180,16 @@ TEST_F(DrawToolTest, AClickMakesADotHoweverShort) {
         Run(std::string("qmVellixUtil -") + tool + "Tool; qmVellixFrame -clear");
         MoveTo({400, 300});
         Settle(20);
-        m_input.Press();
-        m_input.Release();
+        input_.Press();
+        input_.Release();
         Settle(50);
         EXPECT_GT(Drawing().pixelColor(Sampled({400, 300})).alpha(), 0);
     }
     Run("qmVellixUtil -textTool; qmVellixFrame -clear");
     MoveTo({500, 300});
     Settle(20);
-    m_input.Press();
-    m_input.Release();
+    input_.Press();
+    input_.Release();
     Type('w');
     Type(0xff1b);
     EXPECT_GT(CoverageOf(Drawing()), 5.0);
@@ -345,9 +345,9 @@ TEST_F(DrawToolTest, UndoByItsKeysInTheMiddleOfAStroke) {
     PressAndWait({300, 200});
     MoveAndWait({340, 200});
     constexpr unsigned control = 0xffe3;
-    m_input.PressKey(control);
+    input_.PressKey(control);
     Type('z');
-    m_input.ReleaseKey(control);
+    input_.ReleaseKey(control);
     Settle(50);
     EXPECT_EQ(alphas(), std::make_pair(0, 0));
     ASSERT_NE(ActiveStroke(), nullptr);
@@ -407,7 +407,7 @@ TEST_F(DrawToolTest, TheToolGoesWithThePlugInInTheMiddleOfAStroke) {
     Run("file -force -new");
     session_.reset();
     EXPECT_NO_FATAL_FAILURE(host_.reset());
-    m_input.Release();
+    input_.Release();
     EXPECT_FALSE(ThreadManager::GetInstance()->IsActive());
 }
 
@@ -432,11 +432,11 @@ TEST_F(DrawToolTest, AStrokeInAWindowThatIsClosedIsCommitted) {
     Settle(100);
     Run("qmVellixUtil -brushTool");
     const QPoint start = View("floatingPanel").mapToGlobal(View("floatingPanel").rect().center());
-    m_input.MoveTo(start);
+    input_.MoveTo(start);
     Settle(20);
-    m_input.Press();
+    input_.Press();
     ASSERT_TRUE(WaitFor([] { return PointCount() >= 2; }));
-    m_input.MoveTo(start + QPoint(30, 0));
+    input_.MoveTo(start + QPoint(30, 0));
     ASSERT_TRUE(WaitFor([] { return PointCount() >= 3; }));
     const std::size_t before = StrokesToUndo();
     Run("deleteUI floating");

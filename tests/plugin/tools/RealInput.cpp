@@ -7,17 +7,17 @@
 namespace vellix {
 
 RealInput::RealInput()
-    : m_connection(xcb_connect(nullptr, nullptr)) {
-    if (xcb_connection_has_error(m_connection) != 0) {
+    : connection_(xcb_connect(nullptr, nullptr)) {
+    if (xcb_connection_has_error(connection_) != 0) {
         return;
     }
-    m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
-    const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(m_connection, &xcb_test_id);
-    m_available = extension != nullptr && extension->present != 0;
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+    const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(connection_, &xcb_test_id);
+    available_ = extension != nullptr && extension->present != 0;
 }
 
 RealInput::~RealInput() {
-    xcb_disconnect(m_connection);
+    xcb_disconnect(connection_);
 }
 
 void RealInput::MoveTo(const QPoint& position) {
@@ -41,17 +41,17 @@ void RealInput::ReleaseKey(unsigned symbol) {
 }
 
 void RealInput::Send(unsigned char type, unsigned char detail, const QPoint& position) {
-    xcb_test_fake_input(m_connection, type, detail, XCB_CURRENT_TIME, m_root,
-                        static_cast<short>(position.x()), static_cast<short>(position.y()), 0);
+    xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root_, static_cast<short>(position.x()),
+                        static_cast<short>(position.y()), 0);
     // Answered once the display has done it.
-    std::free(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
 unsigned char RealInput::KeyCode(unsigned symbol) const {
-    const xcb_setup_t* const setup = xcb_get_setup(m_connection);
+    const xcb_setup_t* const setup = xcb_get_setup(connection_);
     const auto count = static_cast<unsigned char>(setup->max_keycode - setup->min_keycode + 1);
     xcb_get_keyboard_mapping_reply_t* const reply = xcb_get_keyboard_mapping_reply(
-        m_connection, xcb_get_keyboard_mapping(m_connection, setup->min_keycode, count), nullptr);
+        connection_, xcb_get_keyboard_mapping(connection_, setup->min_keycode, count), nullptr);
     unsigned char code = 0;
     for (int key = 0; reply != nullptr && key < count && code == 0; ++key) {
         if (xcb_get_keyboard_mapping_keysyms(reply)[key * reply->keysyms_per_keycode] == symbol) {

@@ -18,7 +18,7 @@ public:
     RealInput& operator=(const RealInput&) = delete;
 
     /// False if the display does not allow that.
-    bool IsAvailable() const { return m_available; }
+    bool IsAvailable() const { return available_; }
     void MoveTo(const QPoint& position);
     /// 1 left, 2 middle, 3 right.
     void Press(int button = 1);
@@ -31,9 +31,9 @@ private:
     void Send(unsigned char type, unsigned char detail, const QPoint& position = QPoint());
     unsigned char KeyCode(unsigned symbol) const;
 
-    xcb_connection_t* m_connection = nullptr;
-    unsigned m_root = 0;
-    bool m_available = false;
+    xcb_connection_t* connection_ = nullptr;
+    unsigned root_ = 0;
+    bool available_ = false;
 };
 
 } // namespace vellix
