@@ -1,4 +1,5 @@
-// Composition against the plain way of composing: one QPainter on straight-alpha images, everything redrawn.
+// Measures composition against a plain reference that redraws everything with one QPainter on straight-alpha
+// images.
 #include "app/LightboxHost.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
@@ -25,7 +26,7 @@ constexpr int GHOSTS = 3;  ///< on each side
 constexpr int KEYS = 10;   ///< of each layer, at 1, 2, 3...
 constexpr int ACTIVE = 2;  ///< the layer that is drawn on
 
-/// A stroke as a hand makes it: a curve of a few hundred pixels across the image.
+/// Returns a stroke like one by hand: a curve of a few hundred pixels across the image.
 Stroke RandomStroke(QRandomGenerator& random) {
     Stroke stroke;
     stroke.tool = random.bounded(2) == 0 ? ToolType::Pencil : ToolType::Brush;
@@ -62,7 +63,7 @@ QImage RandomDrawing(QRandomGenerator& random) {
     return drawing;
 }
 
-/// Layers with a drawing of their own at every key. The ghosts of the active layer are switched on.
+/// A document of layers with a different drawing at every key. The ghosts of the active layer are on.
 class Document {
 public:
     explicit Document(int layers) {
@@ -83,13 +84,13 @@ public:
         ShowTime(4);
     }
 
-    /// At times 4 and 5 every layer shows another drawing.
+    /// At times 4 and 5 every layer shows a different drawing.
     void ShowTime(int frame) {
         manager.OnPlaybackTimeChanged(frame, false);
         benchmark::DoNotOptimize(manager.GetFlattenedImage(CAMERA));
     }
 
-    /// What is shown, for the plain composer.
+    /// The layers and ghosts shown now, as input of the plain composer.
     PlainComposer Plain() {
         PlainComposer plain;
         plain.previousCount = plain.nextCount = GHOSTS;
@@ -121,7 +122,7 @@ public:
 
     ~CirclingStroke() { manager_.CancelActiveStroke(); }
 
-    /// One more segment, eight pixels long.
+    /// Adds one segment, eight pixels long.
     void Grow() {
         StrokePoint point;
         point.size = 100;
@@ -153,7 +154,7 @@ void PlainRebuild(benchmark::State& state) {
     }
 }
 
-/// All layers and all ghosts change, as when the time moves.
+/// Composes when all layers and ghosts change, as on a change of time.
 void Rebuild(benchmark::State& state) {
     Document document(int(state.range(0)));
     int frame = 4;
@@ -165,7 +166,7 @@ void Rebuild(benchmark::State& state) {
         PlainComposer::Difference(*document.manager.GetFlattenedImage(CAMERA), document.Plain().Compose());
 }
 
-/// The same when nothing is known yet about any of the drawings.
+/// The same, without any cached data about the drawings.
 void RebuildFirstLook(benchmark::State& state) {
     Document document(int(state.range(0)));
     int frame = 4;
@@ -173,7 +174,8 @@ void RebuildFirstLook(benchmark::State& state) {
         state.PauseTiming();
         for (Layer* layer : document.manager.GetLayers(CAMERA)) {
             for (int i = 0; i < layer->FrameCount(); ++i) {
-                benchmark::DoNotOptimize(layer->GetFrame(i)->GetImage().bits()); // gives the image a new key
+                benchmark::DoNotOptimize(
+                    layer->GetFrame(i)->GetImage().bits()); // detaches: the image gets a new cache key
             }
         }
         state.ResumeTiming();

@@ -26,7 +26,7 @@
 
 namespace vellix {
 
-/// The plug-in in a window whose view of persp has the given size, as far as the screen lets it.
+/// The plug-in in a window whose view of persp has the given size, if the screen is large enough.
 class DrawingWindow {
 public:
     explicit DrawingWindow(const QSize& view)
@@ -46,8 +46,8 @@ public:
     lightbox::MainWindow& Window() { return *lightbox::WindowInterface::Current(host_); }
     lightbox::ViewportWidget& View() { return Window().Panels().Find("modelPanel4")->View(); }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
-    /// Draws the view and waits for the last pixel. The window's own composition lets no frame begin before
-    /// the one before is shown, so the event loop has to turn.
+    /// Draws the view and waits for the last pixel. Turns the event loop, because the window's composition
+    /// begins no frame before the previous one is shown.
     void DrawNow() {
         const unsigned before = View().FrameCount();
         View().Refresh(false);
@@ -57,7 +57,7 @@ public:
         View().doneCurrent();
     }
     void Run(const std::string& mel) { host_.interpreter().Execute(mel); }
-    /// What main() does: the benchmarks, in an application with windows.
+    /// Runs the benchmarks in an application with windows. Called by main().
     static int RunBenchmarks(int argc, char** argv) {
         benchmark::Initialize(&argc, argv);
         lightbox::WindowSession::PrepareApplication();
@@ -72,7 +72,7 @@ public:
         Until([&] { return timer.elapsed() >= milliseconds; });
     }
     static void Until(const std::function<bool()>& done) {
-        QTimer heartbeat; // time may be what is waited for
+        QTimer heartbeat; // wakes the loop, since `done` may wait for time alone
         heartbeat.start(4);
         while (!done()) {
             QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
@@ -85,7 +85,7 @@ private:
     lightbox::WindowSession session_;
 };
 
-/// A texture of the size of a drawing, in the view's context.
+/// Uploads an image of a drawing's size to a texture in the view's OpenGL context.
 class ImageUpload {
 public:
     explicit ImageUpload(QOpenGLWidget& view)
@@ -108,7 +108,7 @@ public:
     ImageUpload(const ImageUpload&) = delete;
     ImageUpload& operator=(const ImageUpload&) = delete;
 
-    /// Brings an image to the card and waits for it.
+    /// Uploads the image and waits until that is done.
     void Run() const {
         view_.makeCurrent();
         gl_->glBindTexture(GL_TEXTURE_2D, texture_);

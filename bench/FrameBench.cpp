@@ -1,5 +1,5 @@
-// Frame edits from MEL on a layer of many keys: how the cost grows with the number of frames in range, and
-// what it is against plainly building a map of that many entries from as many small heap objects.
+// Measures frame edits from MEL on a layer with many keys: how the cost grows with the number of frames in
+// the range, and how it compares with filling a plain map with as many small heap objects.
 #include "app/LightboxHost.h"
 #include "app/PluginManager.h"
 #include "core/Frame.h"
@@ -30,13 +30,14 @@ Layer& ActiveLayer() {
     return *BaseNode::GetMaster()->GetActiveLayer(CAMERA);
 }
 
-/// A new scene with one layer, the frames 1 to `count` highlighted.
+/// Makes a new scene with one layer, and highlights the frames 1 to `count`.
 void NewLayer(qint64 count) {
     Mel("file -force -new; qmVellixNode -layer -camera persp; currentTime 1");
     Mel(QString("timeControl -edit -rangeArray 1 %1 $gPlayBackSlider").arg(count + 1));
 }
 
-/// The line on a layer keyed at every frame of the range (on an empty one when it inserts), undone each time.
+/// Runs the line on a layer keyed at every frame of the range (on an empty layer if it inserts), and undoes
+/// it each time.
 void Edit(benchmark::State& state, const QString& line, bool keyed, int changedFrame) {
     const qint64 count = state.range(0);
     const QString text = line.contains('%') ? line.arg(count) : line;

@@ -1,5 +1,5 @@
-// From the pointer's move to the frame that shows it, in a window with ten layers, ghosts and a view of 1920
-// x 1080. The pointer really moves; every time is one of 500 moves of one stroke.
+// Measures the time from a move of the pointer to the frame that shows it, in a window with ten layers,
+// ghosts and a view of 1920 x 1080. The pointer really moves, 500 times in one stroke; each move is timed.
 #include "DrawingWindow.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
@@ -59,8 +59,8 @@ double Milliseconds(const QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) * 1e-6;
 }
 
-/// One stroke of that many moves of 11 pixels, a spiral about the middle of the view: so far apart that the
-/// tool drops no point.
+/// Draws one stroke of MOVES moves, a spiral about the middle of the view. The moves are 11 pixels long, so
+/// that the tool drops no point.
 template <typename Move>
 void DrawStroke(DrawingWindow& session, RealInput& input, Move move) {
     const auto place = [&session](int i) {
@@ -83,7 +83,7 @@ void DrawStroke(DrawingWindow& session, RealInput& input, Move move) {
     }
     input.Release();
     DrawingWindow::Until([] { return !DrawingWindow::Node().HasActiveStroke(); });
-    DrawingWindow::Turn(600); // the next press is no double click
+    DrawingWindow::Turn(600); // else the next press is a double click
     session.Run("undo");
 }
 
@@ -120,13 +120,13 @@ void Latency(benchmark::State& state, Renderer renderer) {
         });
         QObject::disconnect(connection);
 
-        // The parts of a frame, each by itself. The upload is that of a whole image: at least what a stroke
+        // Times the parts of a frame separately. A whole image is uploaded, which is more than a stroke
         // needs.
         const ImageUpload upload(session.View());
         std::vector<double> composing;
         std::vector<double> uploading;
         std::vector<double> drawing;
-        std::vector<double> window; // of the drawing, what a frame takes in which nothing is another
+        std::vector<double> window; // the share of drawing that an unchanged frame takes too
         DrawStroke(session, input, [&](const Stroke& stroke, const auto& move) {
             const int points = stroke.points.size();
             session.View().setUpdatesEnabled(false);

@@ -1,5 +1,5 @@
-// How true the draw tool is to a pen: strokes of a recording are drawn with the pointer at their own speed,
-// on an image that is shown pixel for pixel.
+// Measures how accurately the draw tool follows a pen: the pointer draws the strokes of a recording at their
+// own speed, on an image that is shown pixel for pixel.
 #include "DrawingWindow.h"
 #include "paint/Stroke.h"
 #include "paint/StrokeRecording.h"
@@ -23,7 +23,7 @@ namespace {
 
 constexpr QSize VIEW(1024, 1024);
 constexpr int SAMPLE_PERIOD = 8; // milliseconds
-/// Of the sampling that are compared, a quarter of a millisecond apart.
+/// Phases of the sampling to compare with, a quarter of a millisecond apart.
 constexpr int PHASES = 32;
 
 struct TimedPoint {
@@ -46,15 +46,15 @@ QPointF At(const TimedPath& path, double time) {
     return before.position + (next->position - before.position) * share;
 }
 
-/// Where a pointer that goes from one point of the path to the next in jumps is at that time.
+/// Returns the last point of the path at or before the time: the pointer jumps from point to point.
 QPointF LastBefore(const TimedPath& path, double time) {
     const auto next = std::upper_bound(path.begin(), path.end(), time,
                                        [](double t, const TimedPoint& point) { return t < point.time; });
     return next == path.begin() ? path.front().position : (next - 1)->position;
 }
 
-/// What the smoothing makes of the path when it is sampled at the tool's rate, after the first sample from
-/// the given time on, in milliseconds.
+/// Returns the smoothed points of the path, sampled at the tool's rate. The first sample is at 0, the second
+/// at `phase`, in milliseconds.
 QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorded, double phase) {
     Stroke stroke;
     stroke.tool = recorded.tool;
@@ -72,8 +72,8 @@ QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorde
     return stroke.points;
 }
 
-/// The same for every phase of the sampling, which is not the pen's to choose: where the pen turns fast, a
-/// sampling without any fault makes lines that lie several pixels apart.
+/// Returns the smoothed points for every phase of the sampling. The phase is arbitrary, and where a pen turns
+/// fast, the lines of two phases lie several pixels apart even without any fault.
 std::vector<QList<StrokePoint>> SmoothedInEveryPhase(const TimedPath& path, const RecordedStroke& recorded) {
     std::vector<QList<StrokePoint>> lines;
     for (int phase = 1; phase <= PHASES; ++phase) {
@@ -96,8 +96,8 @@ double Distance(const QPointF& point, const QList<StrokePoint>& line) {
     return nearest;
 }
 
-/// Moves the pointer along the path, which begins at the given place of the screen with its first point,
-/// every millisecond as far as the machine can. Returns where the pointer came by and when.
+/// Moves the pointer along the path, every millisecond if the machine can. `origin` is the screen position of
+/// the path's point (0, 0). Returns the positions and times of the pointer.
 TimedPath Follow(const TimedPath& path, const QPoint& origin) {
     RealInput input;
     TimedPath followed;
@@ -117,10 +117,10 @@ TimedPath Follow(const TimedPath& path, const QPoint& origin) {
     return followed;
 }
 
-/// The points of the stroke that is drawn along the path, and the path that the pointer took.
+/// Draws a stroke along the path. Returns its points, and in `followed` the path that the pointer took.
 QList<StrokePoint> Drawn(DrawingWindow& window, RealInput& input, const TimedPath& path,
                          TimedPath& followed) {
-    // The samples of the pointer are a pixel to the right and one down from where it is.
+    // A sample lies one pixel to the right of the pointer and one below it.
     const int above = (1024 - window.View().height() + 1) / 2;
     const QPoint origin = window.View().mapToGlobal(QPoint(-1, -above + 1));
     input.MoveTo(origin + path.front().position.toPoint());
@@ -149,7 +149,7 @@ void Prepare(DrawingWindow& window, const char* tool, int size) {
     window.Run(std::string("qmVellixUtil ") + tool);
 }
 
-/// A straight line for a second, every pixel of which is another point.
+/// A straight line drawn in a second, with a point at every pixel.
 void SampleRate(benchmark::State& state) {
     DrawingWindow window(VIEW);
     RealInput input;

@@ -1,5 +1,5 @@
-// Playback in a window with software OpenGL: three layers keyed on ones in a viewport of 1280 x 720, as a
-// whole and by its parts: composing the picture, bringing it to the card, drawing the view.
+// Measures playback in a window with software OpenGL: three layers keyed on ones in a viewport of 1280 x 720.
+// Times whole frames and their parts: composing the picture, uploading it, drawing the view.
 #include "DrawingWindow.h"
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
@@ -30,7 +30,7 @@ ViewportWidget& View() {
     return g_window->View();
 }
 
-/// Eight strokes across every frame.
+/// Draws eight strokes across every frame.
 QByteArray Recording(quint32 seed) {
     QRandomGenerator random(seed);
     QStringList strokes;
@@ -69,10 +69,10 @@ void MakeScene(const QTemporaryDir& folder) {
     Settings::ghostPrev = Settings::ghostNext = false;
 }
 
-/// The time slider's own playback at 24 frames a second: how many frames of the scene were seen.
+/// The time slider's own playback at 24 frames a second. Counts the frames of the scene that were shown.
 void Play(benchmark::State& state) {
     constexpr int milliseconds = 3000;
-    double framesASecond = 0.0;
+    double framesPerSecond = 0.0;
     for (auto _ : state) {
         Mel("currentUnit -time film; playbackOptions -playbackSpeed 1; currentTime 1; play -forward true");
         int seen = 0;
@@ -85,13 +85,13 @@ void Play(benchmark::State& state) {
         DrawingWindow::Turn(milliseconds);
         QObject::disconnect(counting);
         Mel("play -state off");
-        framesASecond = seen * 1000.0 / milliseconds;
+        framesPerSecond = seen * 1000.0 / milliseconds;
     }
-    state.counters["frames_per_second"] = framesASecond;
+    state.counters["frames_per_second"] = framesPerSecond;
 }
 BENCHMARK(Play)->UseRealTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-/// A frame of playback, from the new time to the last pixel, as fast as it goes.
+/// A frame of playback as fast as possible, from the new time to the last pixel.
 void ShowFrame(benchmark::State& state) {
     int frame = 0;
     for (auto _ : state) {
@@ -102,7 +102,7 @@ void ShowFrame(benchmark::State& state) {
 }
 BENCHMARK(ShowFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-/// Of that, the picture of the new time.
+/// The part of ShowFrame that composes the picture of the new time.
 void ComposeFrame(benchmark::State& state) {
     BaseNode* const node = BaseNode::GetMaster();
     int frame = 0;
@@ -112,18 +112,18 @@ void ComposeFrame(benchmark::State& state) {
 }
 BENCHMARK(ComposeFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-/// The whole view again with what the card has: the 3D scene and the drawing.
+/// The part that draws the view with an uploaded picture: the 3D scene and the drawing.
 void DrawFrame(benchmark::State& state) {
     g_window->DrawNow();
     for (auto _ : state) {
-        View().BeginGl(); // nobody knows any more what the picture shows
+        View().BeginGl(); // discards what the view knows of its last frame
         View().EndGl();
         g_window->DrawNow();
     }
 }
 BENCHMARK(DrawFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-/// What bringing the picture to the card takes by itself.
+/// The part that uploads the picture.
 void UploadFrame(benchmark::State& state) {
     const ImageUpload upload(View());
     for (auto _ : state) {

@@ -1,7 +1,7 @@
-// Turns the measurements of one run into figures: ratios against the plain reference of the same run, each
-// with the bound that it has to meet. Usage: bench_report [-quick] figures.json PROGRAM.json... Prints one
-// line for each figure of these programs: name, value, bound, "ok" or "short". With -quick the lines say so.
-// Exit status 0 when every bound is met.
+// Computes figures from the measurements of one run, mostly ratios to a plain reference of the same run.
+// Usage: bench_report [-quick] figures.json PROGRAM.json... Prints one line for each figure of these
+// programs: name, value, bound, "ok" or "short". With -quick, the lines also end in "quick". Exit status 0 if
+// all figures meet their bounds.
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -30,7 +30,7 @@ QJsonObject ReadObject(const QString& path, bool& ok) {
     QJsonParseError error{};
     QJsonDocument document;
     if (file.open(QIODevice::ReadOnly)) {
-        // How much a counter varies that is always zero is written in a way that JSON does not know.
+        // The variation of a counter that is always zero is written as NaN, which is not JSON.
         document = QJsonDocument::fromJson(file.readAll().replace(": NaN", ": null"), &error);
     }
     ok = document.isObject();
@@ -45,7 +45,7 @@ double Nanoseconds(const QJsonObject& run) {
     return run["real_time"].toDouble() * factors.value(run["time_unit"].toString(), 1.0);
 }
 
-/// The median of a benchmark's repetitions by its name; a run without repetitions stands for itself.
+/// Benchmark name -> the median of its repetitions, or its only run.
 using Measurements = QHash<QString, QJsonObject>;
 
 bool Collect(const QString& path, Measurements& measurements) {
@@ -63,8 +63,9 @@ bool Collect(const QString& path, Measurements& measurements) {
     return ok;
 }
 
-/// "time" (nanoseconds, times "scale" for another unit), "ratio" (time of the first benchmark over that of
-/// the second, times "scale" where the two do not do the same amount) or "counter" of a benchmark.
+/// Returns the value of a figure: a "time" (nanoseconds, times "scale" for another unit), a "ratio" (time of
+/// the first benchmark over that of the second, times "scale" if their amounts of work differ) or a
+/// "counter".
 double Evaluate(const QJsonObject& figure, const Measurements& measurements) {
     const auto time = [&](const QJsonValue& name) {
         const auto found = measurements.constFind(name.toString());

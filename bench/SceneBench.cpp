@@ -1,5 +1,5 @@
-// A scene of 500 keyed drawings: opening it against decoding its PNG bytes once, saving it after one change
-// against encoding everything, the memory it takes, and how fast a recording is replayed.
+// Measures a scene of 500 keyed drawings: opening it compared with decoding its PNG bytes once, saving it
+// after one change compared with encoding everything, its memory, and the speed of replaying a recording.
 #include "app/LightboxHost.h"
 #include "app/PluginManager.h"
 #include "core/Frame.h"
@@ -46,7 +46,7 @@ void NewScene() {
     lightbox::Host::Get().files().New(true);
 }
 
-/// A loose drawing of a dozen strokes, another one for every seed.
+/// Returns a loose drawing of a dozen strokes, which depends on the seed.
 QImage Drawing(quint32 seed) {
     QRandomGenerator random(seed);
     QImage image(Settings::FINAL_IMAGE_WIDTH, Settings::FINAL_IMAGE_WIDTH, QImage::Format_RGBA8888);
@@ -77,7 +77,7 @@ LayerManager& Layers() {
     return *BaseNode::GetMaster()->GetLayerManager();
 }
 
-/// The drawings' PNG bytes, and the scene that holds them, written once.
+/// The drawings' PNG bytes, and the scene file that holds them; written once.
 const QList<QByteArray>& Drawings() {
     static QList<QByteArray> drawings;
     if (!drawings.isEmpty()) {
@@ -129,7 +129,7 @@ void OpenScene(benchmark::State& state) {
     }
 }
 
-/// The pool's threads share the processor, so this is the whole work of opening.
+/// On one processor the threads of the pool share it, so this measures all the work of opening.
 void OpenSceneOnOneProcessor(benchmark::State& state) {
     Drawings();
     NewScene();
@@ -171,7 +171,7 @@ void SaveAfterOneChange(benchmark::State& state) {
     NewScene();
 }
 
-/// Resident memory of a fresh process in MB after opening the scene, and after every frame was shown once.
+/// Resident memory of a fresh process in MB, after opening the scene and after showing every frame once.
 void Memory(benchmark::State& state) {
     Drawings();
     QList<QByteArray> said;
@@ -205,7 +205,7 @@ void NewLayer() {
     Mel("qmVellixNode -l -c persp");
 }
 
-/// On a layer without frames.
+/// Replays on a layer without frames.
 void Replay(benchmark::State& state) {
     int strokes = 0;
     for (auto _ : state) {
@@ -218,7 +218,7 @@ void Replay(benchmark::State& state) {
         benchmark::Counter(double(strokes), benchmark::Counter::kIsIterationInvariantRate);
 }
 
-/// On frames that hold drawings: each is packed once for the way back.
+/// Replays on frames that hold drawings. Each drawing is packed once for undo.
 void ReplayOver(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
@@ -229,7 +229,7 @@ void ReplayOver(benchmark::State& state) {
     }
 }
 
-/// The packing in ReplayOver.
+/// The part of ReplayOver that packs drawings.
 void ReplayPacking(benchmark::State& state) {
     NewLayer();
     ReplayRecording();
@@ -255,7 +255,8 @@ double ResidentMegabytes() {
     return status.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-/// What the child process does: opens the scene, says how long it took (s) and the memory, shows every frame.
+/// Runs in the child process: opens the scene, prints the time (s) and the memory (MB), shows every frame and
+/// prints the memory again.
 int OpenAndTell(const QString& scene) {
     QElapsedTimer timer;
     timer.start();

@@ -1,5 +1,5 @@
-// A stroke of 1,000 samples, painted by the plug-in's freehand tools and, as the plain reference, by stamping
-// the same discs at the same places with QPainter and a radial gradient.
+// Measures a stroke of 1,000 samples painted by the plug-in's freehand tools. The plain reference stamps the
+// same discs at the same places with QPainter and a radial gradient.
 #include "paint/DrawUtil.h"
 
 #include <QImage>
@@ -22,7 +22,7 @@ constexpr int SAMPLES = 1000;
 
 enum Pressure { STEADY, PRESSED };
 
-// A scribble all over the image, its samples as far apart as the tool's thinning leaves them.
+// Returns a scribble over the whole image, with the samples as far apart as the tool's thinning leaves them.
 QList<StrokePoint> Scribble(int size, Pressure pressure) {
     const double spacing = std::max(0.1 * size, 1.0);
     QList<StrokePoint> points;
@@ -52,7 +52,7 @@ struct Disc {
     double opacity;
 };
 
-// Where the pencil's walk along a segment stamps.
+// Adds the discs that the pencil stamps along a segment.
 void AddPencilDiscs(const StrokePoint& from, const StrokePoint& to, std::vector<Disc>& discs) {
     const int dx = std::abs(to.position.x() - from.position.x());
     const int dy = std::abs(to.position.y() - from.position.y());
@@ -65,8 +65,8 @@ void AddPencilDiscs(const StrokePoint& from, const StrokePoint& to, std::vector<
     }
 }
 
-// Where the brush's walk along a segment stamps: beside the line at every pixel, shared out by distance, and
-// half at the ends. Stamps that would add nothing are left out.
+// Adds the discs that the brush stamps along a segment: two beside the line at every pixel, the nearer one
+// stronger, and half as strong at the ends. Leaves out stamps that would add nothing.
 void AddBrushDiscs(const StrokePoint& from, const StrokePoint& to, std::vector<Disc>& discs) {
     const QPoint way = to.position - from.position;
     const bool steep = std::abs(way.y()) > std::abs(way.x());
@@ -98,7 +98,7 @@ std::vector<Disc> Discs(const QList<StrokePoint>& points, ToolType tool) {
     return discs;
 }
 
-// One gradient round the origin, moved from disc to disc: the least that QPainter needs for this.
+// Uses one gradient around the origin, moved from disc to disc, which is the fastest way with QPainter.
 QBrush DiscBrush(ToolType tool, double radius) {
     QRadialGradient gradient(QPointF(0.0, 0.0), radius);
     const QColor color(20, 60, 160);
@@ -139,7 +139,7 @@ void Painted(benchmark::State& state, ToolType tool, int size, Pressure pressure
     }
 }
 
-// One new segment in the middle of the stroke: what a refresh has to rasterise while the pen moves.
+// Paints one new segment in the middle of the stroke, like a refresh while the pen moves.
 void Segment(benchmark::State& state, ToolType tool, int size) {
     const QList<StrokePoint> points = Scribble(size, PRESSED).mid(500, 2);
     QImage image = EmptyLayer();

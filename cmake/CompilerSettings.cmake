@@ -1,5 +1,5 @@
-# Warnings are errors, except with the compilers of Maya's generations, which are not all tried; a sanitizer is chosen by the presets; ccache is used when it is there.
-# C++17, but for what a host of the plug-in's generation compiles.
+# Compiler settings: C++17 (a room may set an older standard), ccache if it is installed, and the sanitizer of the preset.
+# Warnings are errors, except in builds for Maya, whose compilers are not all tested.
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -19,10 +19,10 @@ if(MSVC)
 else()
     add_compile_options(-Wall -Wextra -Wpedantic $<$<BOOL:${VELLIX_WARNINGS_AS_ERRORS}>:-Werror>)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # Optimised code around std::variant and std::optional sets this one off where nothing is wrong.
+        # False alarms in optimised code around std::variant and std::optional.
         add_compile_options(-Wno-maybe-uninitialized)
         if(CMAKE_UNITY_BUILD)
-            # It takes a source file that is compiled with others for a header. The debug preset keeps it.
+            # The warning takes a source file of a unity build for a header. It stays on in the debug preset.
             add_compile_options(-Wno-subobject-linkage)
         endif()
     endif()

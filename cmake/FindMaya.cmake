@@ -1,18 +1,18 @@
-# FindMaya: the Maya that a plug-in is built against, 2018 to 2024, on Linux, Windows and macOS.
+# FindMaya: finds the Maya to build a plug-in for, 2018 to 2024, on Linux, Windows and macOS.
 #
-# Looks at these, each as a cache entry or an environment variable:
+# Reads these cache entries or environment variables:
 #   MAYA_LOCATION   the installation: /usr/autodesk/maya2018, C:/Program Files/Autodesk/Maya2018,
 #                   /Applications/Autodesk/maya2018 (or the Maya.app/Contents in it)
-#   MAYA_DEVKIT     the developer kit (the folder devkitBase), where the headers are not in the installation
+#   MAYA_DEVKIT     the developer kit (the folder devkitBase), if the headers are not in the installation
 #
-# Gives:
+# Sets:
 #   MAYA_FOUND, MAYA_VERSION (2018), MAYA_API_VERSION (201800), MAYA_INCLUDE_DIR, MAYA_LIBRARIES
-#   MAYA_CXX_STANDARD   what its headers ask for
-#   MAYA_PLATFORM       linux, win64 or mac, as module files name it
+#   MAYA_CXX_STANDARD   the C++ standard that the headers need
+#   MAYA_PLATFORM       linux, win64 or mac, as in module files
 #   Maya::Maya          headers, libraries and flags for a plug-in
-#   maya_plugin(TARGET) makes a MODULE library a plug-in: its suffix, and the entry points it exports
+#   maya_plugin(TARGET) turns a MODULE library into a plug-in: sets its suffix and exports its entry points
 #
-# The flags are those of the developer documentation's build pages and of the kit's own build files.
+# The flags come from the build pages of the developer documentation and from the kit's own build files.
 
 foreach(place MAYA_LOCATION MAYA_DEVKIT)
     set(${place} "$ENV{${place}}" CACHE PATH "See cmake/FindMaya.cmake")
@@ -21,7 +21,7 @@ foreach(place MAYA_LOCATION MAYA_DEVKIT)
     endif()
 endforeach()
 
-# Only what was asked for: an SDK that merely lies around must not get into the build.
+# Searches only the given folders, so that another SDK on the machine does not get into the build.
 set(_maya_roots)
 foreach(root IN ITEMS "${MAYA_DEVKIT}" "${MAYA_LOCATION}")
     if(root)
@@ -43,7 +43,7 @@ foreach(name OpenMaya OpenMayaUI OpenMayaAnim OpenMayaRender Foundation)
 endforeach()
 mark_as_advanced(MAYA_INCLUDE_DIR)
 
-# 201800 in Maya 2018, 20190000 and so on from 2019.
+# MAYA_API_VERSION is 201800 in Maya 2018, and of the form 20190000 from 2019 on.
 if(MAYA_INCLUDE_DIR)
     file(STRINGS "${MAYA_INCLUDE_DIR}/maya/MTypes.h" _maya_line REGEX "#define[ \t]+MAYA_API_VERSION[ \t]+[0-9]+")
     string(REGEX MATCH "[0-9]+$" MAYA_API_VERSION "${_maya_line}")
@@ -68,8 +68,8 @@ else()
     set(MAYA_CXX_STANDARD 17)
 endif()
 
-# Up to 2022 Maya was built with the string and list of the C++ library that were there before C++11. Later ones are
-# looked at: their libraries name the newer types or do not.
+# Maya up to 2022 uses the C++ library's string and list ABI from before C++11. For 2023 the symbols in its libraries
+# decide; from 2024 on it is the C++11 ABI.
 function(_maya_cxx11_abi result)
     set(abi 0)
     if(MAYA_VERSION GREATER 2022)
@@ -100,7 +100,7 @@ endif()
 
 if(NOT TARGET Maya::Maya)
     add_library(Maya::Maya INTERFACE IMPORTED)
-    # As system headers, since their warnings are not ours.
+    # System headers, to silence their warnings.
     set_target_properties(Maya::Maya PROPERTIES
         INTERFACE_INCLUDE_DIRECTORIES "${MAYA_INCLUDE_DIR}"
         INTERFACE_SYSTEM_INCLUDE_DIRECTORIES "${MAYA_INCLUDE_DIR}"
@@ -115,7 +115,7 @@ function(maya_plugin target)
         set_target_properties(${target} PROPERTIES SUFFIX .mll)
         target_link_options(${target} PRIVATE /export:initializePlugin /export:uninitializePlugin)
     elseif(APPLE)
-        # Maya asks each plug-in for MApiVersion as well, which comes with MFnPlugin.h.
+        # Maya also looks up MApiVersion, which MFnPlugin.h defines, so all visible symbols stay exported.
         set_target_properties(${target} PROPERTIES SUFFIX .bundle)
     else()
         set_target_properties(${target} PROPERTIES SUFFIX .so)

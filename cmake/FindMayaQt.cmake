@@ -1,11 +1,11 @@
-# FindMayaQt: the Qt 5 that comes with the Maya which FindMaya found, under the names of Qt's own package (Qt5::Core,
-# Qt5::Gui, Qt5::Widgets), so that nothing of another Qt on the machine gets into the plug-in.
+# FindMayaQt: finds the Qt 5 of the Maya that FindMaya found. Its targets have the names of Qt's own package (Qt5::Core,
+# Qt5::Gui, Qt5::Widgets), so that no other Qt on the machine gets into the plug-in.
 #
-# The headers come packed in the developer kit (include/qt-5.6.1-include.tar.gz and the like; a zip on Windows). They
-# are looked for unpacked where they lie, or in the folder that MAYA_QT_INCLUDE_DIR names.
+# The headers are an archive in the developer kit (include/qt-5.6.1-include.tar.gz or similar; a zip on Windows).
+# Searches for them unpacked beside the archive, or in the folder MAYA_QT_INCLUDE_DIR.
 
 if(NOT MAYA_FOUND)
-    message(FATAL_ERROR "Maya is looked for before its Qt.")
+    message(FATAL_ERROR "Call find_package(Maya) before find_package(MayaQt).")
 endif()
 
 set(_qt_roots ${_maya_roots} "${MAYA_INCLUDE_DIR}/..")
@@ -20,7 +20,7 @@ foreach(module Core Gui Widgets)
     list(APPEND _qt_needed MAYA_QT_${module}_LIBRARY)
     mark_as_advanced(MAYA_QT_${module}_LIBRARY)
 endforeach()
-# Any moc and rcc of Qt 5 will do when Maya's are not there: what they write is the same throughout Qt 5.
+# If Maya has no moc and rcc, any of Qt 5 will do: their output is the same throughout Qt 5.
 foreach(tool moc rcc)
     find_program(MAYA_QT_${tool} ${tool} PATHS ${_qt_roots} PATH_SUFFIXES bin MacOS NO_DEFAULT_PATH)
     find_program(MAYA_QT_${tool} NAMES ${tool}-qt5 ${tool} PATHS /usr/lib/qt5/bin)
@@ -29,7 +29,7 @@ foreach(tool moc rcc)
 endforeach()
 
 if(MAYA_QT_INCLUDE_DIR)
-    # Where the version stands has moved within Qt 5.
+    # The header that defines the version differs within Qt 5.
     foreach(header qconfig.h qglobal.h)
         if(NOT MAYA_QT_VERSION AND EXISTS "${MAYA_QT_INCLUDE_DIR}/QtCore/${header}")
             file(STRINGS "${MAYA_QT_INCLUDE_DIR}/QtCore/${header}" _qt_line REGEX "#define QT_VERSION_STR +\"")
@@ -45,7 +45,7 @@ if(NOT MayaQt_FOUND)
     return()
 endif()
 
-# AUTOMOC and AUTORCC ask for these.
+# AUTOMOC and AUTORCC need these.
 string(REGEX MATCH "^([0-9]+)\\.([0-9]+)" _qt_ignored "${MAYA_QT_VERSION}")
 set(Qt5Core_VERSION_MAJOR ${CMAKE_MATCH_1})
 set(Qt5Core_VERSION_MINOR ${CMAKE_MATCH_2})

@@ -1,13 +1,14 @@
-# Rooms: the folders of plugin/ and lightbox/, each a library that sees its own headers, those of the rooms that it knows, and those
-# of the rooms that these know.
+# Rooms: each folder of plugin/ and lightbox/ is a library. It can include its own headers, those of the rooms that it
+# KNOWS, and those of the rooms that these know.
 #
 # room(TARGET FOLDER [KNOWS TARGET...] [EXCEPT FILE...])
-#     An OBJECT library of the files in FOLDER (relative to the current one, without the folders below it, which may be
-#     rooms of their own). An include of "scene/Host.h" is found only where `scene` may be known: each room has an
-#     include folder in the build tree with one header for each of its own, which includes it.
+#     Adds an OBJECT library of the files in FOLDER (relative to the current folder). Folders below FOLDER are not
+#     included; they may be rooms themselves. Enforces KNOWS by an include folder per room in the build tree, with one
+#     forwarding header for each header of the room: "scene/Host.h" is found only in rooms that know `scene`.
 # check_rooms(PAGE SIDE)
-#     Ends the configuration unless the list of rooms in PAGE names the rooms of SIDE in the order of their room() calls,
-#     each with the rooms that it knows. A line of the list: "SIDE/FOLDER   what it is for   folder, folder".
+#     Checks the list of rooms in PAGE, and stops the configuration with an error if it differs from the room() calls of
+#     SIDE: the same rooms in the same order, each with the rooms that it knows. A line of the list has the form
+#     "SIDE/FOLDER   purpose   folder, folder".
 
 function(room target folder)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "KNOWS;EXCEPT")
@@ -48,7 +49,7 @@ function(check_rooms page side)
     set(written)
     foreach(line IN LISTS lines)
         if(NOT line MATCHES "^(${side}/[a-z/]+)  +(.*[^ ])  +([-a-z/, ]+)$")
-            message(FATAL_ERROR "${page}: this line of the list of rooms has not three columns: ${line}")
+            message(FATAL_ERROR "${page}: this line of the list of rooms does not have three columns: ${line}")
         endif()
         set(room "${CMAKE_MATCH_1}")
         string(REGEX REPLACE "^-$" "" knows "${CMAKE_MATCH_3}")
@@ -58,7 +59,7 @@ function(check_rooms page side)
     if(NOT written STREQUAL built)
         list(JOIN written "\n  " written)
         list(JOIN built "\n  " built)
-        message(FATAL_ERROR "The rooms are not those of ${page}.\nAs built, from the ground up:\n  ${built}\n"
-            "As written there:\n  ${written}")
+        message(FATAL_ERROR "The rooms differ from the list in ${page}.\nAs built, from the ground up:\n  ${built}\n"
+            "In the list:\n  ${written}")
     endif()
 endfunction()

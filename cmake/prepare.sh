@@ -1,5 +1,5 @@
-# Shared by run and test: installs the packages that are missing, configures and builds. Says what it does on standard
-# error only, so that a caller's standard output stays its own.
+# Sourced by run, test and other scripts. Installs missing packages, configures and builds. Prints to standard error
+# only, so that standard output belongs to the caller.
 # shellcheck shell=bash
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -11,7 +11,7 @@ die() {
     exit 1
 }
 
-# Installs those of the named Debian packages that are not there yet.
+# install_missing PACKAGE...: installs the Debian packages that are not installed yet.
 install_missing() {
     local package missing=() admin=()
     for package in "$@"; do
@@ -32,7 +32,7 @@ install_missing() {
     fi
 }
 
-# The lists in packaging/ of what has to be installed; test adds its own.
+# The files in packaging/ that list the packages to install. The script test adds one.
 package_lists=(build-packages.txt)
 
 check_packages() {
@@ -48,11 +48,11 @@ check_packages() {
     done
 }
 
-# follow_build LOG: copies the build's output to the log, and says how far it is: on a terminal in one line that is
-# rewritten in place, else in a line every tenth.
+# follow_build LOG: copies the build's output from standard input to the log, and shows the progress: on a terminal in
+# one line that is rewritten in place, else in one line for every 10 %.
 follow_build() {
     local line finished total tenth=0
-    # An interrupt is for the build; what it says then is still read.
+    # Ctrl+C ends the build alone; its last output is still read.
     trap '' INT
     while IFS= read -r line; do
         printf '%s\n' "$line"
@@ -73,8 +73,8 @@ follow_build() {
     fi
 }
 
-# build PRESET [TARGET...]: what the compiler says goes to build/PRESET/build.log, and its end to the screen when it
-# fails.
+# build PRESET [TARGET...]: configures and builds. The output goes to build/PRESET/build.log; if the build fails, the
+# last lines are shown.
 build() {
     local preset=$1 log="$root/build/$1/build.log" targets=()
     shift
@@ -93,7 +93,7 @@ build() {
 
 has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
 
-# Qt wants a private folder for the running session and complains without one.
+# Qt warns if the session has no private runtime folder.
 provide_runtime_folder() {
     if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
         export XDG_RUNTIME_DIR="$root/build/runtime"
@@ -102,7 +102,7 @@ provide_runtime_folder() {
     fi
 }
 
-# Whether the leak sanitizer can work here; where processes may not be traced (some containers) it cannot.
+# Whether the leak sanitizer works here. It does not where processes may not be traced, as in some containers.
 leaks_can_be_found() {
     local probe="$root/build/leak-probe"
     check_packages

@@ -1,5 +1,5 @@
-// window_pictures SCENE FOLDER: uses Lightbox's window, empty and on the demo's scene, and writes what is
-// seen into the folder.
+// window_pictures SCENE FOLDER: uses Lightbox's window, with an empty scene and with the demo's scene, and
+// writes pictures of it to the folder.
 
 #include "journeys/window/RunningLightbox.h"
 
@@ -14,10 +14,10 @@ namespace {
 
 constexpr int FRAMES = 24;
 
-/// The program, and the pictures that are taken of it.
+/// Runs the program and takes pictures of its window.
 class Photographer {
 public:
-    /// Started with the arguments.
+    /// Starts the program with the arguments.
     Photographer(const Lightbox& home, const QStringList& arguments, const QString& folder)
         : program_(home, arguments + QStringList{"-script", home.Path("item.mel")})
         , folder_(folder) {}
@@ -36,13 +36,13 @@ public:
     void TakeMenus();
     void TakeFloatingView();
     void TakeTransform();
-    /// In an empty scene.
+    /// Needs an empty scene.
     void TakeFirstSketch();
 
 private:
-    /// Where a frame is on the time slider.
+    /// Returns the screen position of a frame on the time slider.
     QPoint FrameAt(int frame);
-    /// As a hand draws it.
+    /// Draws an ellipse by hand. Width and height are its half axes; all lengths are pixels of the program.
     void DrawBall(const QPoint& centre, double width, double height);
 
     RunningLightbox program_;
@@ -95,7 +95,7 @@ void Photographer::TakeSlider() {
     program_.MoveTo(FrameAt(7));
     program_.Release();
     program_.Mel("setToolTo selectSuperContext");
-    // Beside the range, which is gone with it.
+    // A click beside the range clears it.
     program_.Click(FrameAt(15));
     program_.Mel("currentTime 9");
 }
@@ -130,7 +130,7 @@ void Photographer::TakeFloatingView() {
 
 void Photographer::TakeTransform() {
     const QRect view = program_.Place("modelPanel4");
-    const QPoint ball = view.center() + QPoint(-107, 182); // where it is in the demo, squashed
+    const QPoint ball = view.center() + QPoint(-107, 182); // the squashed ball of the demo
     program_.Mel("currentTime 9; qmVellixUtil -e -ghostPrevious 0; qmVellixUtil -e -ghostNext 0");
     program_.Click("shelfButton2");
     program_.Drag(ball - QPoint(80, 55), ball + QPoint(80, 55));
@@ -156,7 +156,7 @@ void Photographer::DrawBall(const QPoint& centre, double width, double height) {
         RunningLightbox::Rest(10);
     }
     program_.Release();
-    RunningLightbox::Rest(600); // the next press is no double click
+    RunningLightbox::Rest(600); // else the next press is a double click
 }
 
 void Photographer::TakeFirstSketch() {

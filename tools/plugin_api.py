@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""What of the host's API and of Qt the plug-in uses, from its compiled code, and whether that is allowed.
+"""Finds the parts of the host's API and of Qt that the plug-in uses, and checks that they are allowed.
 
-    plugin_api.py --build BUILD check     holds it against docs/openmaya-checklist.md and qt-newer-than-5.6.txt
+    plugin_api.py --build BUILD check     compares them with docs/openmaya-checklist.md and qt-newer-than-5.6.txt
     plugin_api.py --build BUILD list      prints every host class, function and value that plugin/ uses
-    plugin_api.py --build BUILD update    adds what is missing to the checklist, to be filled in, and drops what is not
-                                          used any more
+    plugin_api.py --build BUILD update    adds missing rows to the checklist, to be completed by hand, and drops
+                                          rows that are no longer used
 
-BUILD is a configured build folder; its compile commands say how the plug-in is compiled. Every file is compiled (not
-further than its syntax) as C++14 with no other host headers than lightbox/include/maya. Needs clang's Python bindings
-(Debian: python3-clang); without them "check" ends with status 77.
+BUILD is a configured build folder, whose compile commands tell how the plug-in is compiled. Parses every file as C++14;
+the only host headers are those in lightbox/include/maya. Needs clang's Python bindings (Debian: python3-clang); without
+them "check" ends with status 77.
 """
 
 import argparse
@@ -48,7 +48,7 @@ SAME_IN_OLDER_QT = {"QThread::wait(QDeadlineTimer)",  # wait() without an argume
 
 
 def library():
-    """libclang and the folder of its own headers, of any version that is there."""
+    """Returns the folder of clang's own headers, of any installed version."""
     for clang in ("clang-14", "clang", "clang-15", "clang-16", "clang-19"):
         try:
             folder = subprocess.run([clang, "-print-resource-dir"], capture_output=True, text=True, check=True)
@@ -87,7 +87,7 @@ def default_of(argument):
 
 
 def signature(cursor):
-    """A host function, class or value, as the checklist names it."""
+    """Returns the name of a host function, class or value as in the checklist."""
     name = qualified(cursor)
     if cursor.kind not in FUNCTIONS:
         return name
@@ -104,7 +104,7 @@ def signature(cursor):
 
 
 def qt_signature(cursor):
-    """A Qt function with the types of its arguments, or a class or value, as in the table of newer things."""
+    """Returns the name of a Qt function (with its argument types), class or value as in qt-newer-than-5.6.txt."""
     name = qualified(cursor)
     if cursor.kind not in FUNCTIONS:
         return name
@@ -117,7 +117,7 @@ def qt_signature(cursor):
 
 
 class Unit:
-    """One file of the plug-in, compiled: what it uses."""
+    """One parsed file of the plug-in, and what it uses."""
 
     def __init__(self, path, arguments):
         self.path = path
@@ -181,7 +181,7 @@ class Unit:
 
 
     def note_candidates(self, reference):
-        """Of a call in a template it is known only what it may mean; the linker knows what was meant."""
+        """Notes all candidates of a call in a template. The linked library tells which one was meant."""
         for i in range(cindex.conf.lib.clang_getNumOverloadedDecls(reference)):
             candidate = cindex.conf.lib.clang_getOverloadedDecl(reference, i)
             if candidate.location.file and "/include/maya/" in candidate.location.file.name:
@@ -189,7 +189,7 @@ class Unit:
                                 pathlib.Path(candidate.location.file.name).name))
 
     def note_array(self, cursor, referenced):
-        """What the host's arrays have in common stands in one template here."""
+        """Notes a member of the template that implements the host's array classes, under the array class's name."""
         children = list(cursor.get_children())
         held = re.search(r"ArrayOf<(.*)>", children[0].type.spelling) if children else None
         if held and referenced.kind in FUNCTIONS:
@@ -204,14 +204,14 @@ def in_array(cursor):
 
 
 def is_implicit(cursor):
-    """Whether the compiler has declared it: it then stands where its class does."""
+    """Whether the compiler has declared the function: its location is then that of its class."""
     parent = cursor.semantic_parent
     return cursor.kind in FUNCTIONS and parent is not None and parent.kind in TYPES and \
         cursor.location == parent.location
 
 
 def undefined_names(library):
-    """The mangled names that a library expects of others."""
+    """Returns the mangled names that a library imports."""
     listed = subprocess.run(["nm", "-D", "--undefined-only", str(library)], capture_output=True, text=True, check=True)
     return {line.split()[-1].split("@")[0] for line in listed.stdout.splitlines()}
 
@@ -240,7 +240,7 @@ def digest(files):
 
 
 def read_unit(job):
-    """What one file uses; from the store when neither it nor what it includes has changed."""
+    """Returns what one file uses, from the cache if neither the file nor its includes have changed."""
     path, arguments, store = job
     kept = store / (str(path.relative_to(PLUGIN)).replace("/", "-") + ".json")
     tool = str(pathlib.Path(__file__).resolve())
@@ -258,7 +258,7 @@ def read_unit(job):
 
 
 def compiled_files(build):
-    """The plug-in's files with the commands that compile them. One that is compiled with others stands in theirs."""
+    """Returns the plug-in's files with their compile commands. A file in a unity build has the command of its unit."""
     for entry in json.loads((build / "compile_commands.json").read_text()):
         file = pathlib.Path(entry["file"])
         if not file.exists():
@@ -304,7 +304,7 @@ def page_of(name, header):
 
 
 def plain(text):
-    """A signature without what does not tell functions apart: argument names, blanks, how null is written."""
+    """Returns a signature without its irrelevant parts: argument names, blanks, the spelling of null."""
     text = re.sub(r"\b(NULL|nullptr|0L)\b", "0", text)
     text = re.sub(r"\b(\d+)\.0f?\b", r"\1", text)
     text = re.sub(r"(?<=[(, ])const (?=(?:unsigned )?[\w:]+ \w+[,)=])", "", text)
@@ -338,7 +338,7 @@ def split(inside):
 
 
 def rows():
-    """The checklist's rows by signature: page, signature given there, where that was read, remark."""
+    """Returns the checklist's rows by signature; a row has the five columns of the table."""
     found = {}
     if CHECKLIST.exists():
         for line in CHECKLIST.read_text().splitlines():
@@ -379,17 +379,19 @@ def check(units):
 
 HEAD = """# What the plug-in uses of the host's API
 
-Every class, function and value of OpenMaya that `plugin/` uses, found in the compiled code by `tools/plugin_api.py`, beside
-what the published reference of the 2018 generation says of it. A test compares the list with the code, and the two
-signatures with each other (argument names and the way null is written aside).
+This page lists every class, function and value of OpenMaya that `plugin/` uses, with its signature in the published
+reference of the 2018 generation. `tools/plugin_api.py` finds them in the compiled code. A test compares the list with the
+code, and the two signatures of each row with each other, apart from argument names and the spelling of null.
 
+- **here**: the signature in `lightbox/include/maya`.
 - **page**: the class's page in the published reference.
-- **from**: "read", the signature stood in the published text, of this generation or, where that could not be had, of
-  one beside it; "listed", it stood in the published list of the class's members, which gives everything but the type that is
-  returned; "known", it is written down from knowledge of the reference.
-- **remark**: why a difference is none.
+- **published as**: the signature in the published reference.
+- **from**: the source of that signature. "read": the published text of this generation, or of a neighbouring one if this
+  one was not available. "listed": the published list of the class's members, which gives everything except the return type.
+  "known": knowledge of the reference.
+- **remark**: why a difference does not matter.
 
-`tools/plugin_api.py --build build/release update` adds rows for what is used anew, to be filled in.
+`tools/plugin_api.py --build build/release update` adds rows for newly used functions; complete them by hand.
 
 | here | page | published as | from | remark |
 |---|---|---|---|---|

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-/// A viewport without OpenGL, which counts what it is asked.
+/// A viewport without OpenGL that counts its calls.
 class FakeView : public lightbox::View {
 public:
     FakeView(std::string panel, const std::string& camera, const QSize& size)
@@ -49,10 +49,10 @@ private:
     std::shared_ptr<lightbox::DagNode> camera_;
 };
 
-/// A window that has the views and controls which a test gives it; they stay with the test.
+/// A window with the views and controls of a test, which keeps their ownership.
 class FakeWindow : public lightbox::UserInterface {
 public:
-    /// Makes one for the host, which owns it.
+    /// Makes a window for the host, which owns it.
     static FakeWindow& Open(lightbox::Host& host) {
         auto window = std::make_unique<FakeWindow>();
         FakeWindow& opened = *window;

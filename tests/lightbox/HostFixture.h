@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-/// A batch host with preferences of its own, whose messages are kept instead of printed.
+/// A batch host with its own preferences. Keeps the host's messages instead of printing them.
 class HostFixture : public ::testing::Test {
 protected:
     HostFixture()

@@ -9,7 +9,7 @@
 
 #include <string>
 
-/// A host with its interpreter at hand.
+/// A host, with access to its interpreter.
 class MelFixture : public HostFixture {
 protected:
     lightbox::mel::Value Run(const std::string& text) { return host_.interpreter().Execute(text); }
@@ -19,7 +19,7 @@ protected:
         return std::string(lightbox::mel::TypeName(value.GetType())) +
                (value.IsNone() ? "" : " " + value.Shown());
     }
-    /// The error that the text ends with, with its place; "none" when there is none.
+    /// Runs the text and returns its error with line and column; "none" if there is no error.
     std::string ErrorOf(const std::string& text) {
         try {
             Run(text);
@@ -28,7 +28,7 @@ protected:
         }
         return "none";
     }
-    /// What print wrote, and the messages, since the last call.
+    /// The output of print and the messages since the last call.
     std::string Output() {
         std::string text;
         for (const std::string& message : messages_) {

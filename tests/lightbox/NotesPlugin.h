@@ -9,13 +9,13 @@ namespace notes {
 
 MStatus Initialize(MObject plugin);
 MStatus Uninitialize(MObject plugin);
-/// Refuses to be initialised, after it has registered its data type.
+/// Registers the data type, then fails.
 MStatus InitializeBadly(MObject plugin);
 
-/// Values and nodes that exist.
+/// Number of existing values and nodes of the plug-in.
 int ValueCount();
 int NodeCount();
-/// While true, values cannot write themselves.
+/// While true, writing a value fails.
 void SetWritingFails(bool fails);
 
 } // namespace notes

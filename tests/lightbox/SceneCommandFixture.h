@@ -4,16 +4,16 @@
 #include "SceneDump.h"
 #include "scene/UndoQueue.h"
 
-/// Tables of scene commands: what they answer, what they leave behind, and that undo and redo bring both
-/// states back exactly.
+/// Runs tables of scene commands: checks their results, their effect on the scene, and that undo and redo
+/// restore both states exactly.
 class SceneCommandFixture : public MelFixture {
 protected:
     struct Edit {
         const char* setup;   ///< run before, in an empty scene
         const char* command; ///< one statement
         const char* result;  ///< its typed result
-        const char* check;   ///< asked afterwards
-        const char* checked; ///< the typed answer
+        const char* check;   ///< an expression, run afterwards
+        const char* checked; ///< its typed result
     };
     struct Question {
         const char* command;
@@ -22,10 +22,10 @@ protected:
     struct Refusal {
         const char* setup;
         const char* command;
-        const char* message; ///< without its place
+        const char* message; ///< without file and line
     };
 
-    /// The typed result, or "error: " and the message without its place.
+    /// The typed result, or "error: " and the message without file and line.
     std::string Answer(const std::string& command) {
         try {
             return Typed(command);
@@ -77,8 +77,8 @@ protected:
         EXPECT_EQ(DumpScene(host_), before) << "a question changed the scene";
     }
 
-    /// Several statements each, in a scene of its own: the answer of the last one, and all of it undone and
-    /// redone.
+    /// Runs rows of several statements, each row in a new scene. Checks the result of the last statement,
+    /// then undoes and redoes all of them.
     template <std::size_t N>
     void ExpectSteps(const char* setup, const Question (&rows)[N]) {
         for (const Question& row : rows) {
@@ -93,7 +93,7 @@ protected:
         }
     }
 
-    /// What is refused leaves the scene as it was.
+    /// Checks that refused commands do not change the scene.
     template <std::size_t N>
     void ExpectRefusals(const Refusal (&rows)[N]) {
         for (const Refusal& row : rows) {

@@ -6,5 +6,5 @@ namespace lightbox {
 class Host;
 }
 
-/// Everything that an edit of the scene can change, as text.
+/// Returns everything that an edit of the scene can change, as text.
 std::string DumpScene(lightbox::Host& host);

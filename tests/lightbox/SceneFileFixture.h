@@ -10,7 +10,7 @@
 
 #include <regex>
 
-/// A host with a folder for scene files and the notes plug-in loaded.
+/// A host with a folder for scene files. The notes plug-in is loaded.
 class SceneFileFixture : public MelFixture {
 protected:
     SceneFileFixture() { LoadNotes(); }
@@ -18,7 +18,7 @@ protected:
     void LoadNotes() { host_.plugins().LoadBuiltin("notes", notes::Initialize, notes::Uninitialize); }
 
     std::string Path(const std::string& name) const { return folder_.path().toStdString() + "/" + name; }
-    /// A MEL literal of the path.
+    /// The path as a MEL string literal.
     std::string Quoted(const std::string& name) const { return lightbox::Quoted(Path(name)); }
 
     void Write(const std::string& name, const std::string& bytes) const {
@@ -36,19 +36,19 @@ protected:
     }
     std::string ErrorOfOpening(const std::string& name) { return ErrorOf("file -f -open " + Quoted(name)); }
 
-    /// A Maya ASCII file without what differs from one saving to the next.
+    /// A Maya ASCII text without the lines that differ from one save to the next.
     static std::string WithoutStamps(std::string text) {
         text = std::regex_replace(text, std::regex("//(Name|Last modified): .*\n"), "");
         return std::regex_replace(text, std::regex("// End of .*\n"), "");
     }
     std::string ReadScene(const std::string& name) const { return WithoutStamps(Read(name)); }
-    /// The saved text of the scene as it is now.
+    /// Saves the scene and returns the text.
     std::string SceneText() {
         Run("file -f -type \"mayaAscii\" -exportAll " + Quoted("text_of_the_scene.ma"));
         return ReadScene("text_of_the_scene.ma");
     }
 
-    /// A scene with a bit of everything that can be stored.
+    /// Makes a scene with an example of everything that can be stored.
     void BuildScene() {
         Run(R"(
             currentUnit -t ntsc; playbackOptions -min 2 -max 48 -ast 1 -aet 96; currentTime 12.5;

@@ -20,7 +20,7 @@ namespace vellix {
 /// The camera that a new scene looks through.
 const QString PERSP = QStringLiteral("persp");
 
-/// A test in the running host: starts with an empty scene, and keeps what the host would show.
+/// A test in the running host. Starts with an empty scene, and keeps the host's errors and warnings.
 class PluginTest : public ::testing::Test {
 protected:
     PluginTest() {
@@ -39,7 +39,7 @@ protected:
         return static_cast<lightbox::PluginManager&>(Host().plugins());
     }
 
-    /// Executes MEL as if typed. An error of the language is kept with the messages.
+    /// Executes MEL as if typed. Returns false after an error, which is kept with the messages.
     bool Run(const std::string& mel) {
         try {
             result_ = Host().interpreter().Execute(mel);
@@ -49,7 +49,7 @@ protected:
             return false;
         }
     }
-    /// The result of the line as text.
+    /// Executes the line and returns its result as text; "<failed>" after an error.
     std::string Ask(const std::string& mel) { return Run(mel) ? result_.Shown() : "<failed>"; }
 
     /// Errors and warnings since the last call, in order, without the plug-in's prefix.

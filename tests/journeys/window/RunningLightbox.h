@@ -9,8 +9,8 @@
 #include <QProcess>
 #include <QRect>
 
-/// The program with its window on the display, used as a person does: by the pointer and the keyboard. What
-/// is on the screen is found, and what came of it asked, through a command port.
+/// The program with its window on the display. Tests use it as a person does, with the pointer and the
+/// keyboard, and query it through a command port.
 class RunningLightbox {
 public:
     enum Key : unsigned {
@@ -25,49 +25,49 @@ public:
     };
     enum Button { Left = 1, Middle, Right };
 
-    /// Starts it in the folder, with that folder's preferences, and waits until it listens. The program draws
-    /// so many pixels of the screen for each of its own.
+    /// Starts the program in the folder, with the folder's preferences, and waits until it listens. `scale`
+    /// is the number of screen pixels for each pixel of the program.
     RunningLightbox(const Lightbox& folder, const QStringList& arguments, double scale = 1.0);
-    /// Ends it if it has not ended by itself.
+    /// Ends the program if it still runs.
     ~RunningLightbox();
 
-    /// What a line of MEL answers, the elements of an array between tabs.
+    /// Returns the result of a line of MEL, with tabs between the elements of an array.
     QString Mel(const QString& line);
-    /// Waits until a line of MEL answers so; false when it does not within some seconds.
+    /// Waits until a line of MEL returns the answer. False if it does not within some seconds.
     bool Becomes(const QString& line, const QString& answer);
-    /// Where a control, a panel, a menu's title or an open menu's item is, in pixels of the program. Waits
-    /// for it.
+    /// Waits for a control, a panel, a menu title or an item of an open menu. Returns its rectangle on the
+    /// screen, in pixels of the program.
     QRect Place(const QString& control);
-    /// What the user sees, in pixels of the screen.
+    /// Grabs the window or one control, in screen pixels.
     QImage Grab(const QString& control = QString());
-    /// The drawing of the camera at frame 1, as it would be exported.
+    /// Exports the drawing of the camera at frame 1.
     QImage Drawing(const QString& camera = "persp");
-    /// The same once it is another one than that; that one after a while in which it stays. On a busy machine
-    /// what a key does may come after Settle().
+    /// Waits until the drawing differs from `before`, and returns it; returns `before` after a timeout. On a
+    /// busy machine a key may take effect later than Settle().
     QImage ChangedDrawing(const QImage& before, const QString& camera = "persp");
 
     void MoveTo(const QPoint& position);
     void Click(const QPoint& position, Button button = Left);
     void Click(const QString& control) { Click(Place(control).center()); }
-    /// Opens menu after menu and takes the last item.
+    /// Opens the menus one after the other and chooses the last item.
     void Choose(const QStringList& items);
     void Press(const QPoint& position, Button button = Left);
     void Release(Button button = Left);
-    /// Presses at one place, and moves to the other in steps, as a hand does.
+    /// Presses at one place and moves to the other in steps, as a hand does. Does not release.
     void DragTo(const QPoint& from, const QPoint& to, Button button = Left);
     void Drag(const QPoint& from, const QPoint& to, Button button = Left);
     void Hold(unsigned key) { input_.PressKey(key); }
     void LetGo(unsigned key) { input_.ReleaseKey(key); }
     void Type(unsigned key, unsigned modifier = 0);
 
-    /// Waits for its end and answers its status; -1 when it does not end.
+    /// Waits for the program's end and returns its exit status; -1 if it does not end.
     int WaitForEnd();
-    /// What it has said on standard error since it was asked last.
+    /// Returns the program's standard error since the last call.
     QByteArray Messages();
 
-    /// Until what hands have done has come to the program, and what it put off then is done.
+    /// Waits until the program has handled all input, and its deferred work after that.
     void Settle();
-    /// As long as hands need between two things.
+    /// Pauses as a hand does between two actions.
     static void Rest(int milliseconds = 60);
 
 private:

@@ -7,7 +7,7 @@
 
 #include <string>
 
-/// A window with the controls of scripts at hand.
+/// A window, with access to the controls that scripts make.
 class ControlsFixture : public WindowFixture {
 protected:
     lightbox::ScriptedWindow& Scripted() {

@@ -19,7 +19,7 @@ public:
     }
     ~OffscreenGl() { context_.doneCurrent(); }
 
-    /// What is drawn into a cleared framebuffer of that size in pixels.
+    /// Draws into a cleared framebuffer of the size in pixels, and returns its image.
     QImage Picture(const QSize& size, const QColor& background, const std::function<void()>& draw) {
         QOpenGLFramebufferObject buffer(size, QOpenGLFramebufferObject::CombinedDepthStencil);
         buffer.bind();

@@ -25,7 +25,7 @@
 #include <string>
 #include <vector>
 
-/// A host with a window of a known size, whose messages are kept.
+/// A host with a window of a known size. Keeps the host's messages.
 class WindowFixture : public ::testing::Test {
 protected:
     WindowFixture() { Start(); }
@@ -42,7 +42,7 @@ protected:
         session_.reset();
         host_.reset();
     }
-    /// Ends this host and begins another with the same preferences.
+    /// Ends this host and starts another with the same preferences.
     void Restart() {
         Stop();
         Start();
@@ -57,11 +57,11 @@ protected:
     void Show(const QSize& size = {1100, 900}) {
         Window().resize(size);
         Window().show();
-        // Without a window manager nobody else would give it the keys.
+        // Without a window manager, nobody else gives the window the keyboard focus.
         QApplication::setActiveWindow(&Window());
         Settle();
     }
-    /// Lets the event loop come to rest.
+    /// Runs the event loop until nothing is left to do.
     static void Settle(int milliseconds = 60) {
         QElapsedTimer timer;
         timer.start();
@@ -71,7 +71,7 @@ protected:
             QThread::msleep(1);
         }
     }
-    /// False when it does not come true in time.
+    /// Waits for the condition. False if it does not become true in time.
     static bool WaitFor(const std::function<bool()>& condition, int milliseconds = 5000) {
         QElapsedTimer timer;
         timer.start();

@@ -9,10 +9,9 @@
 
 namespace vellix {
 
-/// A second, plain notion of what the commands do to a drawing, to hold against the plug-in's. It knows no
-/// pixels: a picture is the sorted names of the strokes that were drawn into it, "" for an empty one. Each
-/// operation answers whether it is allowed; one that is not may leave the model half changed, so try it on a
-/// copy.
+/// A plain model of what the commands do to a drawing, to compare the plug-in with. It has no pixels: a
+/// picture is the sorted names of the strokes drawn into it, "" for an empty one. Each operation returns
+/// whether it is allowed. A refused operation may leave the model half changed, so try it on a copy.
 class DrawingModel {
 public:
     using Keys = std::map<int, std::string>;
@@ -41,13 +40,13 @@ public:
     bool Move(const std::string& camera, int from, int to);
     bool MoveAcross(const std::string& camera, int from, const std::string& target, int to);
     bool MoveAll(const std::string& camera, const std::string& target);
-    /// The layer to change; null when there is none.
+    /// The layer, or null.
     ModelLayer* Find(const std::string& camera, int index);
 
     bool InsertFrames(const std::string& camera, Range range);
     bool Duplicate(const std::string& camera);
     bool DeleteFrames(const std::string& camera, Range range);
-    /// What a copy takes; its times count from the start of the range.
+    /// The keys that a copy takes. Their times count from the start of the range.
     Keys Copied(const std::string& camera, Range range) const;
     bool Paste(const std::string& camera, const Keys& copied, int start);
     bool ClearFrames(const std::string& camera, Range range);

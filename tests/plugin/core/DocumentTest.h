@@ -17,7 +17,7 @@
 
 namespace vellix {
 
-/// A test on a layer manager of its own, at frame 1, without ghosts.
+/// A test with its own layer manager, at frame 1, without ghosts.
 class DocumentTest : public PluginTest {
 protected:
     DocumentTest() {
@@ -36,8 +36,7 @@ protected:
         manager.OnPlaybackTimeChanged(frame, false);
     }
 
-    /// A drawing of one colour: a soft-edged blob and a translucent bar, at a place of its own for each
-    /// number.
+    /// A drawing of one colour: a soft-edged blob and a translucent bar. The number sets colour and place.
     static QImage Drawing(int number) {
         QImage image = PlainComposer::Blank();
         QPainter painter(&image);
@@ -52,7 +51,7 @@ protected:
         return image;
     }
 
-    /// A layer on top of the camera's others with a drawing at each of the times.
+    /// Adds a layer on top of the camera's stack, with a drawing at each of the times.
     Layer* AddLayer(const QString& camera, const QList<int>& times) {
         Layer* layer = manager.GetLayer(camera, manager.InsertLayer(camera, -1, QString()));
         for (const int time : times) {
@@ -63,7 +62,7 @@ protected:
         return layer;
     }
 
-    /// What the camera shows, composed the plain way.
+    /// The camera's picture, composed by the plain reference.
     QImage Plain(const QString& camera, const QImage* stroke = nullptr) {
         PlainComposer plain;
         Layer* active = manager.GetActiveLayer(camera);
@@ -90,7 +89,8 @@ protected:
         return plain.Compose();
     }
 
-    /// How far the composed image is from the plain one, in 255ths.
+    /// The largest difference of the composed image from the plain reference, in 255ths. 256 if there is no
+    /// image.
     int Error(const QString& camera, const QImage* stroke = nullptr) {
         const QImage* image = manager.GetFlattenedImage(camera);
         return image == nullptr ? 256 : PlainComposer::Difference(*image, Plain(camera, stroke));
@@ -104,7 +104,7 @@ protected:
         return point;
     }
 
-    /// A stroke of that tool across the middle, not yet painted anywhere.
+    /// Begins a stroke of the tool across the middle, not yet painted.
     Stroke* BeginStroke(const QString& camera, ToolType tool, const QColor& color = QColor(10, 120, 240)) {
         Stroke* stroke = manager.GetActiveStroke(camera, true);
         stroke->tool = tool;

@@ -8,16 +8,16 @@
 
 namespace vellix {
 
-/// The plain way to compose a drawing, which the quick one has to agree with: one QPainter on straight-alpha
-/// images, everything redrawn.
+/// A plain reference for the composition of a drawing: redraws everything with one QPainter on straight-alpha
+/// images.
 struct PlainComposer {
     std::vector<const QImage*> previous; ///< ghosts, farthest key first
     std::vector<const QImage*> next;
-    int previousCount = 0; ///< what the opacities are shared among
+    int previousCount = 0; ///< number of ghosts over which the opacity falls off
     int nextCount = 0;
     const QColor* previousColor = nullptr;
     const QColor* nextColor = nullptr;
-    std::vector<const QImage*> layers; ///< bottom first, strokes in progress among them
+    std::vector<const QImage*> layers; ///< bottom first, with the strokes in progress
 
     static QImage Blank() {
         QImage image(1024, 1024, QImage::Format_RGBA8888);

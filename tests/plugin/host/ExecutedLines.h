@@ -6,8 +6,8 @@
 
 namespace vellix {
 
-/// While one lives, every line that the plug-in has the host execute is kept. It is not executed and counts
-/// as done, unless it is asked for too.
+/// While an object exists, it keeps every line that the plug-in executes. With KeepOnly the lines do not
+/// reach the host, and count as successful.
 class ExecutedLines {
 public:
     enum class Mode { KeepOnly, KeepAndExecute };
@@ -22,13 +22,13 @@ public:
     std::vector<std::string> Take() { return std::exchange(lines_, {}); }
     bool Executes() const { return mode_ == Mode::KeepAndExecute; }
 
-    /// The innermost one that lives, or null.
+    /// The latest object that exists, or null.
     static ExecutedLines* Current();
     void Keep(const std::string& line, bool displayEnabled, bool undoEnabled) {
         lines_.push_back(line);
         plain_ = plain_ && !displayEnabled && !undoEnabled;
     }
-    /// Were all of them executed without asking for their echo or their undo?
+    /// Whether all lines were executed without echo and without undo.
     bool ArePlain() const { return plain_; }
 
 private:

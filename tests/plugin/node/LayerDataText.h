@@ -17,14 +17,14 @@ namespace vellix {
 
 class BaseNodeLayerData;
 
-/// The tokens of a stored drawing's text, without quotes and escapes; a text that is cut short gives what is
-/// whole of its last token.
+/// Splits the text of a stored drawing into tokens, without quotes and escapes. The last token of a truncated
+/// text may be incomplete.
 std::vector<std::string> Tokens(const std::string& text);
 MArgList ToArguments(const std::vector<std::string>& tokens);
 
 std::string WriteAscii(BaseNodeLayerData& data);
 std::string WriteBinary(BaseNodeLayerData& data);
-/// Reads into a value of its own.
+/// Read into a new value.
 struct ReadResult {
     std::shared_ptr<LayerManager> layers;
     MStatus status;
@@ -33,15 +33,15 @@ struct ReadResult {
 ReadResult ReadAscii(const std::vector<std::string>& tokens);
 ReadResult ReadBinary(const std::string& bytes);
 
-/// PNG bytes of a picture that is that colour in its left upper quarter; `compression` is 0 to 100, so that
-/// the same picture has other bytes.
+/// Returns the PNG bytes of a picture whose upper left quarter has the colour. A different `compression` (0
+/// to 100) gives different bytes for the same picture.
 QByteArray Png(int width, int height, const QColor& color, int compression = 50);
 
-/// Two cameras with layers and frames of every kind.
+/// Fills in two cameras with layers and frames of every kind.
 void FillDrawing(LayerManager& layers);
-/// Three layers and two frames of few bytes, for reading it hundreds of times.
+/// Fills in three layers and two small frames, for tests that read the drawing hundreds of times.
 void FillSmallDrawing(LayerManager& layers);
-/// Everything that is stored of a drawing, pixels included, as text that can be compared.
+/// Returns everything that is stored of a drawing as text, pixels included.
 std::string Describe(LayerManager& layers);
 
 } // namespace vellix

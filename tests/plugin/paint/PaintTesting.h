@@ -5,7 +5,7 @@
 #include <QImage>
 #include <QList>
 
-/// An empty layer image in a colour that shows when R, G or B are touched.
+/// An empty layer image in a colour that reveals changes of R, G or B.
 inline QImage EmptyLayer(const QColor& color = QColor(10, 20, 30, 0)) {
     QImage image(1024, 1024, QImage::Format_RGBA8888);
     image.fill(color);
@@ -35,7 +35,7 @@ inline double Coverage(const QImage& image) {
     return sum / 255.0;
 }
 
-/// The smallest rectangle that holds every pixel in which the images differ.
+/// The smallest rectangle around all pixels in which the images differ.
 inline QRect Difference(const QImage& a, const QImage& b) {
     QRect changed;
     for (int y = 0; y < a.height(); ++y) {

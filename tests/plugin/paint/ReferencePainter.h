@@ -12,8 +12,8 @@
 #include <cstring>
 #include <utility>
 
-/// The documented arithmetic of the freehand tools, written down plainly: one pixel at a time, every grid
-/// built from nothing. What the real painter does has to match it to the bit.
+/// A plain implementation of the documented arithmetic of the freehand tools: one pixel at a time, and a new
+/// grid for every stamp. The real painter must match it exactly.
 class ReferencePainter {
 public:
     explicit ReferencePainter(QImage& image)

@@ -17,8 +17,8 @@
 
 namespace vellix {
 
-/// The plug-in in a window with its draw tool in use, and a pointer that really moves. The gate of persp is
-/// as wide as the view, 1024 pixels: a pixel of the view is one of the drawing.
+/// The plug-in in a window, with a pointer that really moves. The gate of persp is as wide as the view, 1024
+/// pixels, so that pixels of the view and of the image have the same size.
 class DrawToolFixture : public WindowFixture {
 protected:
     DrawToolFixture() {
@@ -42,7 +42,7 @@ protected:
     }
     ~DrawToolFixture() override {
         for (const int button : {1, 2, 3}) {
-            input_.Release(button); // a test that failed may have left one down
+            input_.Release(button); // a failed test may leave a button down
         }
         Settle(30);
         Stop();
@@ -54,12 +54,12 @@ protected:
         View().SetOptions(options);
     }
     static BaseNode& Node() { return *BaseNode::GetMaster(); }
-    /// What is drawn at the current time on the active layer.
+    /// The image of the active layer at the current time.
     static QImage Drawing(const QString& camera = "persp") {
         return Node().GetActiveLayer(camera)->GetCurrentFrame()->GetImage();
     }
 
-    /// A point of the view, from its top left, on the screen.
+    /// The screen position of a point of the view, which counts from the top left.
     QPoint OnScreen(const QPoint& point) { return View().mapToGlobal(point); }
     void MoveTo(const QPoint& point) { input_.MoveTo(OnScreen(point)); }
     void Press(const QPoint& point, int button = 1) {
@@ -77,7 +77,7 @@ protected:
         return Node().HasActiveStroke() ? Node().GetActiveStroke("persp", false) : nullptr;
     }
     static int PointCount() { return ActiveStroke() != nullptr ? ActiveStroke()->points.size() : 0; }
-    /// Presses and waits for the first two samples; text has but one point.
+    /// Presses and waits for the first two samples; for one, if it is text.
     void PressAndWait(const QPoint& point) {
         MoveTo(point);
         Settle(20);
@@ -86,8 +86,8 @@ protected:
             throw std::runtime_error("no stroke was begun");
         }
     }
-    /// Moves and waits until the sample has been put into the stroke. The points of a freehand stroke have to
-    /// lie farther apart than a tenth of its size.
+    /// Moves and waits until the stroke has the sample. The points of a freehand stroke must lie farther
+    /// apart than a tenth of its size.
     void MoveAndWait(const QPoint& point) {
         const Stroke before = *ActiveStroke();
         MoveTo(point);

@@ -8,8 +8,8 @@ struct xcb_connection_t;
 
 namespace vellix {
 
-/// Moves the pointer of the display and presses its buttons and keys as hardware does; what comes of it
-/// arrives through the event loop. Positions are of the screen.
+/// Moves the pointer of the display, and presses its buttons and keys as hardware does. The events arrive
+/// through the event loop. Positions are screen pixels.
 class RealInput {
 public:
     RealInput();
@@ -17,13 +17,13 @@ public:
     RealInput(const RealInput&) = delete;
     RealInput& operator=(const RealInput&) = delete;
 
-    /// False when the display lets nobody do that.
+    /// False if the display does not allow that.
     bool IsAvailable() const { return available_; }
     void MoveTo(const QPoint& position);
     /// 1 left, 2 middle, 3 right.
     void Press(int button = 1);
     void Release(int button = 1);
-    /// A key by its symbol of X11: for characters of Latin-1 the character's code.
+    /// Presses a key, given by its X11 key symbol. For a Latin-1 character this is the character's code.
     void PressKey(unsigned symbol);
     void ReleaseKey(unsigned symbol);
 

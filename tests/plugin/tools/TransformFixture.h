@@ -13,8 +13,8 @@
 
 namespace vellix {
 
-/// The transform tool over a drawing of persp, in a view in which pixels of the image are as large as those
-/// of the view. Positions are pixels of the image, as the tool maps them.
+/// The transform tool over a drawing of persp, in a view whose pixels have the size of the image's pixels.
+/// Positions are image pixels, as the tool maps them.
 class TransformFixture : public DrawingFixture {
 protected:
     static constexpr int WIDTH = 1024;
@@ -34,13 +34,14 @@ protected:
         Run("qmVellixUtil -transform");
         Rest();
     }
-    /// Until deferred lines are executed and views are drawn.
+    /// Waits until deferred lines are executed and views are drawn.
     void Rest() {
         WaitFor([&] { return host_->idle().IsEmpty(); });
         Settle(30);
     }
 
-    /// Four differently coloured quarters from 300, 400 to 399, 459, and noise of every alpha beside them.
+    /// A picture with four differently coloured quarters from (300, 400) to (399, 459), and noise of every
+    /// alpha beside them.
     static QImage Picture() {
         QImage image = Composite::TransparentImage();
         for (int y = 400; y < 460; ++y) {
@@ -96,8 +97,8 @@ protected:
     }
     void Select(const QRect& region) { Drag(region.topLeft(), region.bottomRight()); }
 
-    /// Opens the menu at a pixel and chooses an item, or none. Answers the items: "-" for a separator, in
-    /// brackets what cannot be chosen. Empty when no menu opens.
+    /// Opens the menu at a pixel and chooses an item, or none if `item` is empty. Returns the items: "-" for
+    /// a separator, disabled items in brackets. Empty if no menu opens.
     QStringList ChooseFromMenu(const QString& item, const QPoint& pixel = {500, 500},
                                Qt::KeyboardModifiers keys = {}) {
         QStringList items;

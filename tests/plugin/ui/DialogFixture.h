@@ -16,7 +16,7 @@
 
 namespace vellix {
 
-/// A panel or dialog: the flag that opens it, its title, and whether it closes when it has been used.
+/// A panel or dialog: the flag that opens it, its title, and whether it closes after use.
 struct PanelRow {
     const char* flag;
     const char* title;
@@ -34,12 +34,11 @@ const PanelRow PANELS[] = {{"-toolbox", "Toolbox", false},
                            {"-preferences", "Preferences", true},
                            {"-about", "About Vellix 2", true}};
 
-/// The plug-in in the host's window, with its panels; the lines that it has the host execute are kept.
+/// The plug-in in the host's window, with its panels. Keeps the lines that the plug-in executes.
 class DialogFixture : public WindowFixture {
 protected:
     DialogFixture() {
-        // The colour chooser keeps its colours for all programs of the user: neither his are for a test, nor
-        // a test's for him.
+        // Qt stores the custom colours of the chooser in the user's configuration. Tests use their own.
         static const QTemporaryDir configuration;
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
         Settings::activeTool = ToolType::Brush;
@@ -70,7 +69,7 @@ protected:
         }
         return nullptr;
     }
-    /// Opens a panel or dialog as its flag of the utility command does.
+    /// Opens a panel or dialog with its flag of `qmVellixUtil`.
     QWidget* Open(const char* flag, const char* title) {
         Run(std::string("qmVellixUtil ") + flag);
         Settle();
@@ -78,7 +77,7 @@ protected:
         EXPECT_NE(window, nullptr) << title;
         return window;
     }
-    /// The button with that text, or whose tooltip begins with it.
+    /// The button with this text, or with a tooltip that begins with it.
     static QAbstractButton* FindButton(QWidget* window, const QString& text) {
         for (auto* button : window->findChildren<QAbstractButton*>()) {
             if (button->text() == text || button->toolTip().startsWith(text)) {
@@ -90,13 +89,13 @@ protected:
     }
     static void Click(QWidget* window, const char* text) {
         QAbstractButton* const button = FindButton(window, QString::fromLatin1(text));
-        // A check box as wide as its page is clicked where it is drawn.
+        // Near the left edge, because a check box may be much wider than its drawn part.
         const int left = qMin(button->width() / 2, 8);
         QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(left, button->height() / 2));
         Settle(10);
     }
     static void Click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-    /// The widget with that tooltip's beginning.
+    /// The widget with a tooltip that begins with this text.
     template <typename Widget>
     static Widget* Find(QWidget* window, const char* toolTip) {
         for (auto* widget : window->findChildren<Widget*>()) {
@@ -108,8 +107,8 @@ protected:
         return nullptr;
     }
     std::string Ask(const std::string& mel) { return Run(mel).Shown(); }
-    /// Lines since the last call that the plug-in had the host execute, without those that only make a tool
-    /// current, or show in menus and controls what has changed.
+    /// The lines that the plug-in executed since the last call, without those that only take a tool or update
+    /// menus and controls.
     std::vector<std::string> Lines() {
         std::vector<std::string> lines;
         for (const std::string& line : executed_.Take()) {

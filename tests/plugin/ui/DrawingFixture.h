@@ -11,8 +11,8 @@
 
 namespace vellix {
 
-/// The plug-in in a window whose viewport has the size that a test asks for. In persp the image is as wide as
-/// the view.
+/// The plug-in in a window. The test sets the size of the viewport. In persp the image is as wide as the
+/// view.
 class DrawingFixture : public WindowFixture {
 protected:
     using Renderer = lightbox::ViewOptions::Renderer;
