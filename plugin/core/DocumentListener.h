@@ -8,6 +8,7 @@ class LayerManager;
 
 /// What has changed in a drawing.
 enum class DocumentChange {
+    None = 0,
     Layers = 0x01,        ///< layers were added, removed or moved
     LayerSettings = 0x02, ///< a layer's name, visibility, opacity or state
     ActiveLayer = 0x04,

@@ -49,7 +49,7 @@ void LayerManager::NotifyListener() {
         return;
     }
     const DocumentChanges changes = changes_;
-    changes_ = DocumentChanges();
+    changes_ = DocumentChange::None;
     if (g_listener != nullptr) {
         g_listener->OnDocumentChanged(*this, changes);
     }

@@ -189,7 +189,7 @@ private:
     bool cacheUpdateRequired_ = false;
     int frame_ = 0;
     QStringList masterCacheQueue_;
-    DocumentChanges changes_; ///< collected, not yet passed to the listener
+    DocumentChanges changes_ = DocumentChange::None; ///< collected, not yet passed to the listener
     int changeScopes_ = 0;
     std::unique_ptr<StrokePainter> stroke_;
     std::unique_ptr<Compositor> compositor_;
