@@ -1,6 +1,7 @@
 #include "commands/NodeCommand.h"
 
 #include "core/FrameRange.h"
+#include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/FrameTime.h"
 #include "host/Logger.h"
@@ -11,6 +12,8 @@
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
+
+#include <memory>
 
 namespace vellix {
 
@@ -142,6 +145,8 @@ void NodeCommand::AddFirstLayer(BaseNode& node) {
     if (camera.isEmpty() || node.LayerCount(camera) > 0) {
         return;
     }
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    const LayerManager::ChangeScope scope(*layers);
     const int index = node.InsertLayer(camera, -1, layerName_);
     if (index < 0) {
         return;

@@ -14,6 +14,8 @@
 #include <maya/MArgList.h>
 #include <maya/MComputation.h>
 
+#include <algorithm>
+
 namespace vellix {
 
 ReplayCommand::ReplayCommand() = default;
@@ -132,19 +134,39 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
 }
 
 bool ReplayCommand::UndoAll() {
-    BaseNode* const node = BaseNode::GetMaster();
-    bool done = node != nullptr;
-    for (auto drawn = drawn_.rbegin(); done && drawn != drawn_.rend(); ++drawn) {
-        done = (*drawn)->Undo(*node);
-    }
-    if (done) {
-        before_.Restore(*node);
-    }
+    const bool done = UndoStrokes();
     if (node_) {
         node_->Undo();
     }
     BaseNode::UpdatePlaybackTime();
     return done;
+}
+
+bool ReplayCommand::UndoStrokes() {
+    BaseNode* const node = BaseNode::GetMaster();
+    if (node == nullptr) {
+        return false;
+    }
+    const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
+    const LayerManager::ChangeScope scope(*layers);
+    const bool done =
+        std::all_of(drawn_.rbegin(), drawn_.rend(),
+                    [node](const std::unique_ptr<StrokeCommit>& drawn) { return drawn->Undo(*node); });
+    if (done) {
+        before_.Restore(*node);
+    }
+    return done;
+}
+
+bool ReplayCommand::RedoStrokes() {
+    BaseNode* const node = BaseNode::GetMaster();
+    if (node == nullptr) {
+        return false;
+    }
+    const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
+    const LayerManager::ChangeScope scope(*layers);
+    return std::all_of(drawn_.begin(), drawn_.end(),
+                       [node](const std::unique_ptr<StrokeCommit>& drawn) { return drawn->Redo(*node); });
 }
 
 MStatus ReplayCommand::undoIt() {
@@ -158,11 +180,7 @@ MStatus ReplayCommand::redoIt() {
             return status;
         }
     }
-    BaseNode* const node = BaseNode::GetMaster();
-    bool done = node != nullptr;
-    for (auto drawn = drawn_.begin(); done && drawn != drawn_.end(); ++drawn) {
-        done = (*drawn)->Redo(*node);
-    }
+    const bool done = RedoStrokes();
     BaseNode::UpdatePlaybackTime();
     return done ? MS::kSuccess : MS::kFailure;
 }

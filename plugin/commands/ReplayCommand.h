@@ -45,6 +45,8 @@ private:
     bool ProvideNode();
     bool DrawAll(const StrokeRecording& recording);
     bool UndoAll();
+    bool UndoStrokes();
+    bool RedoStrokes();
 
     bool hasFile_ = false;
     QString file_;

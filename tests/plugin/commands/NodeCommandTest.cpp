@@ -1,6 +1,7 @@
 #include "core/Layer.h"
 #include "node/BaseNode.h"
 #include "plugin/PluginTest.h"
+#include "plugin/commands/ChangeCounter.h"
 
 namespace vellix {
 
@@ -64,6 +65,15 @@ TEST_F(NodeCommandTest, AddsAFirstLayerWithFrames) {
     node->GetFrameTimes(PERSP, times);
     EXPECT_EQ(times.size(), 23);
     EXPECT_THAT(Messages(), IsEmpty());
+}
+
+// A refresh walks the scene and all frames.
+TEST_F(NodeCommandTest, ManyFramesRefreshOnce) {
+    Run("timeControl -e -rangeArray 1 501 $gPlayBackSlider");
+    ChangeCounter counter;
+    ASSERT_TRUE(Run("qmVellixNode -layer -frame -camera persp"));
+    EXPECT_EQ(BaseNode::GetMaster()->GetActiveLayer(PERSP)->FrameCount(), 500);
+    EXPECT_EQ(counter.Take(), 1);
 }
 
 TEST_F(NodeCommandTest, StatesAboveTwoBecomeAnimated) {

@@ -2,6 +2,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "paint/ToolType.h"
+#include "plugin/commands/ChangeCounter.h"
 #include "plugin/commands/CommandFixture.h"
 
 #include <QColor>
@@ -73,6 +74,18 @@ TEST_F(ReplayCommandTest, IsTakenBackAndBroughtBackWhole) {
     Mel("file -f -new");
     EXPECT_EQ(Drawing(), "no node");
     ExpectUndoable(Line(strokes)); // with the node as well
+}
+
+TEST_F(ReplayCommandTest, AllStrokesTogetherRefreshOnce) {
+    QList<QByteArray> strokes;
+    for (int frame = 1; frame <= 20; ++frame) {
+        strokes.append(StrokeText(frame, "pencil", ACROSS));
+    }
+    ChangeCounter counter;
+    for (const QString& line : {Line(strokes), QString("undo"), QString("redo")}) {
+        Mel(line);
+        EXPECT_EQ(counter.Take(), 1) << line.toStdString();
+    }
 }
 
 // The pen's first touch is reported twice, a pixel apart, so that a click shows.
