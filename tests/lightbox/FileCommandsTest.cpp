@@ -103,7 +103,7 @@ TEST_F(FileCommandsTest, ASceneFileRunsNoFileOperations) {
     Write("bad.ma", "//Maya ASCII 2018 scene\ncreateNode transform -n \"a\";\nfile -f -new;\n"
                     "file -save;\ncreateNode transform -n \"b\";\n// End of bad.ma\n");
     EXPECT_NE(ErrorOfOpening("bad.ma"), "none");
-    EXPECT_THAT(Output(), HasSubstr("line 3.1: A scene file can refer to other files"));
+    EXPECT_THAT(Output(), HasSubstr("line 3.1: A scene file can only reference other files"));
     EXPECT_EQ(Typed("ls a b"), "string[] a b");
 }
 

@@ -124,7 +124,7 @@ TEST_F(MeshFileTest, FaultsAreToldAndTheRestIsRead) {
         {"setAttr \".vt[0:2000000000]\" 1 2 3;\n", "takes 3 numbers for each element"},
         {"setAttr \".vt[7]\" 1 2 3;\n", "skips elements before it"},
         {"setAttr \".fc[0]\" -type \"polyFaces\" 4 0 1 2 3;\n", "does not begin with \"f\""},
-        {"setAttr \".fc[0:1]\" -type \"polyFaces\" f 3 0 1 2;\n", "another number of faces"},
+        {"setAttr \".fc[0:1]\" -type \"polyFaces\" f 3 0 1 2;\n", "does not match its number of faces"},
         {"setAttr \".fc[0]\" -type \"polyFaces\" f 1000000 0 1 2;\n", "face of a mesh could not be read"},
         {"setAttr \".uvst[0].uvsp[0:3]\" -type \"float2\" 1 2;\n", "takes 2 numbers for each element"},
         {"setAttr \".uvst[0].nothing\" 1;\n", "is not known"},
