@@ -3,6 +3,7 @@
 #include "formats/SceneFiles.h"
 #include "formats/UnknownNodes.h"
 #include "mel/Interpreter.h"
+#include "openmaya/ApiBridge.h"
 #include "openmaya/DrawOverrides.h"
 #include "openmaya/PluginCommand.h"
 #include "openmaya/PluginHandle.h"
@@ -153,7 +154,12 @@ Plugin& PluginManager::Start(std::unique_ptr<Entry> entry) {
     Entry& added = *entries_.back();
     const UndoQueue::Pause pause(host_.undo());
     const std::vector<std::string> before = DrawOverrides::Get().Registrants();
-    const MStatus status = added.initialize(PluginHandle::MakeObject(added.plugin));
+    MStatus status;
+    try {
+        status = added.initialize(PluginHandle::MakeObject(added.plugin));
+    } catch (const std::exception& error) {
+        status = ApiBridge::Fail(MS::kFailure, error.what());
+    }
     for (const std::string& registrant : DrawOverrides::Get().Registrants()) {
         if (std::find(before.begin(), before.end(), registrant) == before.end()) {
             added.plugin.drawOverrides.push_back(registrant);

@@ -9,6 +9,7 @@
 #include "formats/SceneFiles.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
+#include "text/NumberText.h"
 #include "text/Quoted.h"
 
 #include <QFileInfo>
@@ -47,16 +48,26 @@ std::string NameInScene(const SceneBuilder& builder, const CommandCall& call, co
     return Scene::ShownName(*node) + text.substr(dot);
 }
 
+bool IsNumeric(const Value& value) {
+    double number = 0.0;
+    return value.IsNumber() || (value.IsString() && IsNumber(value.Text(), number));
+}
+
 /// Runs the command itself with the scene's names of the nodes. Without a name it runs on the current node.
+/// Numbers among the objects, such as those of `move` or of a matrix, stay as they are.
 Value WithNamesInScene(SceneBuilder& builder, CommandCall& call, const Command& command) {
-    std::vector<Value> names;
-    for (const std::string& text : call.ObjectNames()) {
-        names.emplace_back(NameInScene(builder, call, text));
+    std::vector<Value> objects = call.Objects();
+    bool hasName = false;
+    for (Value& object : objects) {
+        if (!IsNumeric(object)) {
+            object = NameInScene(builder, call, object.AsString());
+            hasName = true;
+        }
     }
-    if (names.empty()) {
-        names.emplace_back(Scene::ShownName(*CurrentNode(builder, call)));
+    if (!hasName) {
+        objects.emplace_back(Scene::ShownName(*CurrentNode(builder, call)));
     }
-    CommandCall inScene = call.With(names);
+    CommandCall inScene = call.With(objects);
     return command(inScene);
 }
 
@@ -278,16 +289,28 @@ std::map<std::string, mel::CommandRegistry::Overlay::Function> SceneStatements(S
                                                                   {"connectAttr", ConnectAttr},
                                                                   {"createNode", CreateNode},
                                                                   {"currentUnit", CurrentUnit},
+                                                                  {"cutKey", WithNamesInScene},
+                                                                  {"delete", WithNamesInScene},
                                                                   {"deleteAttr", WithNamesInScene},
                                                                   {"disconnectAttr", WithNamesInScene},
                                                                   {"file", File},
                                                                   {"fileInfo", FileInfo},
+                                                                  {"getAttr", WithNamesInScene},
+                                                                  {"keyframe", WithNamesInScene},
+                                                                  {"keyTangent", WithNamesInScene},
                                                                   {"lockNode", LockNode},
+                                                                  {"move", WithNamesInScene},
                                                                   {"parent", Parent},
                                                                   {"rename", Rename},
                                                                   {"requires", Requires},
+                                                                  {"rotate", WithNamesInScene},
+                                                                  {"scale", WithNamesInScene},
                                                                   {"select", Select},
-                                                                  {"setAttr", SetAttr}};
+                                                                  {"setAttr", SetAttr},
+                                                                  {"setInfinity", WithNamesInScene},
+                                                                  {"setKeyframe", WithNamesInScene},
+                                                                  {"sets", WithNamesInScene},
+                                                                  {"xform", WithNamesInScene}};
     std::map<std::string, mel::CommandRegistry::Overlay::Function> statements;
     for (const auto& [name, statement] : TABLE) {
         statements[name] = [&builder, statement = statement](CommandCall& call, const Command& command) {

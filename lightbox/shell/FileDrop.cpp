@@ -59,7 +59,7 @@ std::string FileDrop::ActionFor(const QString& path) const {
     try {
         constexpr std::size_t COMMAND = 3;
         const mel::Value actions =
-            host_.interpreter().Execute("lightboxActions " + Quoted("drop." + suffix.toStdString()));
+            host_.interpreter().Call("lightboxActions", {mel::Value("drop." + suffix.toStdString())});
         return actions.Strings().size() > COMMAND ? actions.Strings()[COMMAND] : std::string();
     } catch (const mel::Error& error) {
         host_.output().Error(error.Described());

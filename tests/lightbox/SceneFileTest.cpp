@@ -299,6 +299,19 @@ TEST_F(SceneFileTest, OperationsTellWhatTheyDoWhileTheyRun) {
     }
 }
 
+TEST_F(SceneFileTest, CommandsInAnImportedFileMeanItsOwnNodes) {
+    Write("part.ma",
+          "//Maya ASCII 2018 scene\ncreateNode transform -n \"gone\";\ncreateNode transform -n \"prop\";\n"
+          "setKeyframe -t 1 -at tx -v 7 \"prop\";\nxform -t 7 2 3 \"prop\";\nmove -r 0 1 0;\n"
+          "setAttr \".sx\" `getAttr \".ty\"`;\ndelete \"gone\";\n// End of part.ma\n");
+    Run("createNode transform -n gone; createNode transform -n prop; setAttr prop.ty 50;");
+    EXPECT_EQ(ErrorOf("file -i " + Quoted("part.ma")), "none") << Output();
+    EXPECT_EQ(Typed("getAttr prop.ty") + Typed("size(`listConnections prop`)"), "float 50int 0");
+    EXPECT_EQ(Typed("ls gone part_gone"), "string[] gone");
+    EXPECT_EQ(Typed("getAttr part_prop.ty") + Typed("getAttr part_prop.sx"), "float 3float 3");
+    EXPECT_EQ(Typed("size(`listConnections part_prop`)"), "int 1");
+}
+
 TEST_F(SceneFileTest, ImportMergesAndResolvesClashes) {
     Run("createNode transform -n hero; createNode transform -n prop; createNode transform -n hand -p hero;"
         "setAttr prop.tx 5; connectAttr prop.tx hero.ty; setAttr persp.tx 99; setAttr hero|hand.tz 4;");
