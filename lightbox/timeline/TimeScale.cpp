@@ -1,6 +1,7 @@
 #include "timeline/TimeScale.h"
 
 #include "scene/TimeUnits.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <cmath>
