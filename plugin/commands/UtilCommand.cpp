@@ -2,6 +2,7 @@
 
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
+#include "host/PanelTable.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
 #include "host/panels/DialogManager.h"
@@ -98,7 +99,7 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
         Flag("-dc", "-drawColor", color).Does(&U::SetActiveColor).Answers(Answer(Settings::activeColor)),
     };
     AddTools(rows);
-    const Flag others[] = {
+    const Flag ghostsAndViews[] = {
         Flag("-gp", "-ghostPrevious", {&U::switch_})
             .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostPrev)))
             .Answers(Answer(Settings::ghostPrev)),
@@ -126,15 +127,10 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
         Flag("-rtd", "-refreshTimelineDisplay").Does(Call(RefreshTimelineDisplay)),
         Flag("-fv", "-floatingViewport").Does(Call(CreateFloatingViewport)),
         Flag("-fvm", "-floatingViewportMove", {&U::text_}).Does(&U::MoveToFloatingViewport),
-        Flag("-lm", "-layerManager").Does(Call(ShowLayerManager)),
-        Flag("-rlm", "-refreshLayerManager").Does(Call(RefreshLayerManager)),
-        Flag("-tb", "-toolbox").Does(Call(ShowPanel, "toolbox", DialogManager::GetToolboxDialog)),
-        Flag("-to", "-toolOptions")
-            .Does(Call(ShowPanel, "tool options panel", DialogManager::GetToolOptionsDialog)),
-        Flag("-rtb", "-refreshToolbox").Does(Call(RefreshToolbox)),
-        Flag("-cp", "colorPalette")
-            .Does(Call(ShowPanel, "color palette", DialogManager::GetColorPaletteDialog)),
-        Flag("-rtt", "retimingTool").Does(Call(ShowPanel, "retiming tool", DialogManager::GetRetimingDialog)),
+    };
+    rows.insert(rows.end(), std::begin(ghostsAndViews), std::end(ghostsAndViews));
+    AddPanels(rows);
+    const Flag dialogs[] = {
         Flag("-nl", "-newLayer")
             .Does(Call(ShowDialog, "new layer dialog", DialogManager::ShowNewLayerDialog)),
         Flag("-lp", "-layerProperties").Does(Call(ShowLayerProperties)),
@@ -146,7 +142,7 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
             .Does(Call(ShowDialog, "preferences dialog", DialogManager::ShowPreferencesDialog)),
         Flag("-ab", "-about").Does(Call(ShowDialog, "about box", DialogManager::ShowAboutDialog)),
     };
-    rows.insert(rows.end(), std::begin(others), std::end(others));
+    rows.insert(rows.end(), std::begin(dialogs), std::end(dialogs));
     return rows;
 }
 
@@ -174,6 +170,21 @@ void UtilCommand::AddTools(std::vector<Flag>& rows) {
         }
         rows.push_back(Flag(tool.shortOptionsFlag, tool.optionsFlag, std::move(values))
                            .Does(Call(&U::SetOptions, std::cref(tool))));
+    }
+}
+
+// In the order of precedence: the layer manager first, the toolbox's refresh before the color palette.
+void UtilCommand::AddPanels(std::vector<Flag>& rows) {
+    const PanelRow& layerManager = RowOf(Panel::LayerManager);
+    rows.push_back(Flag(layerManager.shortFlag, layerManager.flag).Does(Call(ShowLayerManager)));
+    rows.push_back(Flag("-rlm", "-refreshLayerManager").Does(Call(RefreshLayerManager)));
+    for (const PanelRow& panel : PANELS) {
+        if (panel.panel == Panel::ColorPalette) {
+            rows.push_back(Flag("-rtb", "-refreshToolbox").Does(Call(RefreshToolbox)));
+        }
+        if (panel.panel != Panel::LayerManager) {
+            rows.push_back(Flag(panel.shortFlag, panel.flag).Does(Call(ShowPanel, std::cref(panel))));
+        }
     }
 }
 
@@ -375,21 +386,21 @@ MStatus NotAvailable(const char* what) {
 
 } // namespace
 
-MStatus UtilCommand::ShowPanel(const char* what, QWidget* (*get)()) {
-    if (!RequireWindow(what)) {
+MStatus UtilCommand::ShowPanel(const PanelRow& panel) {
+    if (!RequireWindow(panel.noun)) {
         return MS::kFailure;
     }
-    QWidget* const panel = get();
-    if (panel == nullptr) {
-        return NotAvailable(what);
+    QWidget* const window = DialogManager::GetPanel(panel.panel);
+    if (window == nullptr) {
+        return NotAvailable(panel.noun);
     }
-    DialogManager::BringUp(*panel);
+    DialogManager::BringUp(*window);
     return MS::kSuccess;
 }
 
 MStatus UtilCommand::ShowLayerManager() {
     const bool isNew = !DialogManager::HasLayerManagerDialog();
-    MStatus status = ShowPanel("layer manager", DialogManager::GetLayerMangerDialog);
+    MStatus status = ShowPanel(RowOf(Panel::LayerManager));
     return status && isNew ? RefreshLayerManager() : status;
 }
 

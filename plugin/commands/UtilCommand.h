@@ -11,11 +11,11 @@
 #include <QString>
 
 class QColor;
-class QWidget;
 
 namespace vellix {
 
 enum class ToolType : qint32;
+struct PanelRow;
 struct ToolRow;
 
 /// "qmVellixUtil": everything that does not edit the drawing. Chooses the tool, its options and the active
@@ -36,6 +36,7 @@ private:
     static const FlagTable<UtilCommand>& Flags();
     static std::vector<Flag> Rows();
     static void AddTools(std::vector<Flag>& rows);
+    static void AddPanels(std::vector<Flag>& rows);
     static MStatus Refuse();
 
     /// Returns false, and logs an error, if the host has no user interface. `what` needs one.
@@ -62,7 +63,7 @@ private:
     static MStatus CreateFloatingViewport();
     MStatus MoveToFloatingViewport() const;
 
-    static MStatus ShowPanel(const char* what, QWidget* (*get)());
+    static MStatus ShowPanel(const PanelRow& panel);
     static MStatus ShowLayerManager();
     static MStatus RefreshLayerManager();
     static MStatus RefreshToolbox();

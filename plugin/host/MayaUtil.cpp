@@ -2,6 +2,7 @@
 
 #include "host/FrameTime.h"
 #include "host/Logger.h"
+#include "host/PanelTable.h"
 #include "host/Settings.h"
 #include "paint/ToolTable.h"
 
@@ -140,20 +141,39 @@ QString MayaUtil::EscapeString(const QString& text) {
 
 namespace {
 
-/// Repeats every line that contains the label of a tool, once for each tool.
-QString ForEachTool(const QString& script) {
+/// Appends the line once for each tool.
+void AppendForEachTool(QStringList& lines, const QString& line) {
+    for (const ToolRow& tool : AllTools()) {
+        lines.append(
+            QString(line)
+                .replace(QLatin1String("{TOOL_LABEL}"), QLatin1String(tool.label))
+                .replace(QLatin1String("{TOOL_FLAG}"), QLatin1String(tool.toolFlag))
+                .replace(QLatin1String("{TOOL_NUMBER}"), QString::number(static_cast<int>(tool.type))));
+    }
+}
+
+/// Appends the line once for each panel that has an item in the main menu.
+void AppendForEachPanel(QStringList& lines, const QString& line) {
+    for (const PanelRow& panel : PANELS) {
+        if (panel.isInMenu) {
+            lines.append(QString(line)
+                             .replace(QLatin1String("{PANEL_TITLE}"), QLatin1String(panel.title))
+                             .replace(QLatin1String("{PANEL_NAME}"), QLatin1String(panel.Name())));
+        }
+    }
+}
+
+/// Repeats every line that contains the label of a tool for each tool, and every line that contains the title
+/// of a panel for each panel in the menu.
+QString RepeatLines(const QString& script) {
     QStringList lines;
     for (const QString& line : script.split(QLatin1Char('\n'))) {
-        if (!line.contains(QLatin1String("{TOOL_LABEL}"))) {
+        if (line.contains(QLatin1String("{TOOL_LABEL}"))) {
+            AppendForEachTool(lines, line);
+        } else if (line.contains(QLatin1String("{PANEL_TITLE}"))) {
+            AppendForEachPanel(lines, line);
+        } else {
             lines.append(line);
-            continue;
-        }
-        for (const ToolRow& tool : AllTools()) {
-            lines.append(
-                QString(line)
-                    .replace(QLatin1String("{TOOL_LABEL}"), QLatin1String(tool.label))
-                    .replace(QLatin1String("{TOOL_FLAG}"), QLatin1String(tool.toolFlag))
-                    .replace(QLatin1String("{TOOL_NUMBER}"), QString::number(static_cast<int>(tool.type))));
         }
     }
     return lines.join(QLatin1Char('\n'));
@@ -198,7 +218,7 @@ QString MayaUtil::ParseScript(const QString& text) {
         {"{FUNC_DELETE_ALL_NODES}", Settings::DELETE_ALL_NODES_FUNC},
         {"{NODE_TYPE_NAME}", QString::fromLatin1(Settings::NODE_TYPE_NAME)},
     };
-    QString parsed = ForEachTool(text);
+    QString parsed = RepeatLines(text);
     for (const Placeholder& placeholder : placeholders) {
         parsed.replace(QLatin1String(placeholder.token), placeholder.value, Qt::CaseSensitive);
     }

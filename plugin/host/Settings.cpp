@@ -2,6 +2,7 @@
 
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
+#include "host/PanelTable.h"
 #include "host/Setting.h"
 #include "host/SettingsFile.h"
 #include "host/ToolOptions.h"
@@ -36,6 +37,8 @@ std::map<ToolType, ToolOptions> toolOptions = DefaultOptions();
 ToolOptions& OptionsOf(ToolType tool) {
     return toolOptions.at(tool);
 }
+
+std::map<Panel, QByteArray> panelGeometries;
 
 } // namespace
 
@@ -91,11 +94,11 @@ const int Settings::DEFAULT_STATIC_FRAME_TIME;
 const int Settings::FINAL_IMAGE_WIDTH;
 
 QString Settings::mainMenuName = Settings::DEFAULT_MAIN_MENU_NAME;
-QByteArray Settings::toolboxGeometry;
-QByteArray Settings::toolOptionsGeometry;
-QByteArray Settings::layerManagerGeometry;
-QByteArray Settings::colorPaletteGeometry;
-QByteArray Settings::retimingGeometry;
+QByteArray& Settings::toolboxGeometry = panelGeometries[Panel::Toolbox];
+QByteArray& Settings::toolOptionsGeometry = panelGeometries[Panel::ToolOptions];
+QByteArray& Settings::layerManagerGeometry = panelGeometries[Panel::LayerManager];
+QByteArray& Settings::colorPaletteGeometry = panelGeometries[Panel::ColorPalette];
+QByteArray& Settings::retimingGeometry = panelGeometries[Panel::Retiming];
 
 ToolType Settings::activeTool = ToolType::Brush;
 QColor Settings::activeColor = Settings::DEFAULT_DRAW_COLOR;
@@ -202,15 +205,13 @@ using Missing = Setting::Missing;
 
 std::vector<Setting> MainSettings() {
     constexpr const char* group = "main";
-    return {
-        Version(),
-        Setting::Of(group, "mainMenuName", Settings::mainMenuName, Missing::Resets),
-        Setting::Of(group, "toolboxGeometry", Settings::toolboxGeometry, Missing::Resets),
-        Setting::Of(group, "toolOptionsGeometry", Settings::toolOptionsGeometry, Missing::Resets),
-        Setting::Of(group, "layerManagerGeometry", Settings::layerManagerGeometry, Missing::Resets),
-        Setting::Of(group, "colorPaletteGeometry", Settings::colorPaletteGeometry, Missing::Resets),
-        Setting::Of(group, "retimingToolGeometry", Settings::retimingGeometry, Missing::Resets),
-    };
+    std::vector<Setting> settings = {
+        Version(), Setting::Of(group, "mainMenuName", Settings::mainMenuName, Missing::Resets)};
+    for (const PanelRow& panel : PANELS) {
+        settings.push_back(Setting::Of(group, QLatin1String(panel.Name()) + QLatin1String("Geometry"),
+                                       panelGeometries[panel.panel], Missing::Resets));
+    }
+    return settings;
 }
 
 std::vector<Setting> ToolSettings() {
@@ -310,6 +311,10 @@ QString Settings::GetUserConfigPath() {
         return QString();
     }
     return QFileInfo(folder + QLatin1Char('/') + CONFIG_FILE_NAME).absoluteFilePath();
+}
+
+QByteArray& Settings::GetPanelGeometry(Panel panel) {
+    return panelGeometries[panel];
 }
 
 void Settings::ReadUserConfig() {

@@ -10,6 +10,7 @@
 
 namespace vellix {
 
+enum class Panel;
 enum class ToolType : qint32;
 struct ToolOptions;
 
@@ -67,11 +68,12 @@ public:
 
     // Group "main".
     static QString mainMenuName;
-    static QByteArray toolboxGeometry;
-    static QByteArray toolOptionsGeometry;
-    static QByteArray layerManagerGeometry;
-    static QByteArray colorPaletteGeometry;
-    static QByteArray retimingGeometry;
+    // Places of single panels, for direct access; GetPanelGeometry gives that of any panel.
+    static QByteArray& toolboxGeometry;
+    static QByteArray& toolOptionsGeometry;
+    static QByteArray& layerManagerGeometry;
+    static QByteArray& colorPaletteGeometry;
+    static QByteArray& retimingGeometry;
 
     // Group "tools". Sizes in image pixels (text: points), opacity and hardness in percent.
     static ToolType activeTool;
@@ -138,6 +140,9 @@ public:
     static QString GetUserConfigPath();
     static void ReadUserConfig();
     static void WriteUserConfig();
+
+    /// The panel's place and size as QWidget::saveGeometry gives it; empty if none is stored.
+    static QByteArray& GetPanelGeometry(Panel panel);
 
     /// For an unknown tool these log an error; getters return the pencil's value, setters store nothing.
     static const ToolOptions& GetToolOptions(ToolType tool);

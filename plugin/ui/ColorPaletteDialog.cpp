@@ -1,7 +1,7 @@
 #include "ui/ColorPaletteDialog.h"
 
 #include "host/MayaUtil.h"
-#include "host/Settings.h"
+#include "host/PanelTable.h"
 #include "ui/FlatButton.h"
 
 #include <maya/MQtUtil.h>
@@ -26,7 +26,7 @@ constexpr int PALETTE_MARGIN = 2;
 } // namespace
 
 ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
-    : FloatingPanel(QStringLiteral("Color Palette"), Settings::colorPaletteGeometry, parent) {
+    : FloatingPanel(Panel::ColorPalette, parent) {
     setObjectName(QStringLiteral("qmVxColorPalette"));
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &ColorPaletteDialog::ShowMenu);

@@ -1,5 +1,7 @@
 #include "ui/FloatingPanel.h"
 
+#include "host/PanelTable.h"
+#include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 
 #include <QCloseEvent>
@@ -56,10 +58,10 @@ bool MovesInPanel(const QKeyEvent& key) {
 
 } // namespace
 
-FloatingPanel::FloatingPanel(const QString& title, QByteArray& geometry, QWidget* parent)
+FloatingPanel::FloatingPanel(Panel panel, QWidget* parent)
     : QDialog(parent, Qt::Tool)
-    , geometry_(geometry) {
-    setWindowTitle(title);
+    , geometry_(Settings::GetPanelGeometry(panel)) {
+    setWindowTitle(QString::fromLatin1(RowOf(panel).title));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setAttribute(Qt::WA_WindowPropagation);
 }

@@ -5,6 +5,8 @@
 
 namespace vellix {
 
+enum class Panel;
+
 /// A tool window over the host's main window, in the host's palette and font. It reopens at its last place
 /// and size, always on a screen; without a saved place it opens in the middle of the host's window. Escape
 /// and Return go to the focused widget: only the panel's own close button closes it. Keys that work inside a
@@ -14,8 +16,8 @@ class FloatingPanel : public QDialog {
     Q_OBJECT
 
 public:
-    /// `geometry` is the member of Settings that stores the panel's place. It must outlive the panel.
-    FloatingPanel(const QString& title, QByteArray& geometry, QWidget* parent);
+    /// Takes its title from PanelTable and keeps its place in Settings.
+    FloatingPanel(Panel panel, QWidget* parent);
     ~FloatingPanel() override;
 
     /// Returns the rectangle nearest to `wanted` that lies within `available`, as far as it fits. Both

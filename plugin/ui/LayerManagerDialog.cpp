@@ -1,7 +1,7 @@
 #include "ui/LayerManagerDialog.h"
 
 #include "host/MayaUtil.h"
-#include "host/Settings.h"
+#include "host/PanelTable.h"
 #include "host/panels/DialogManager.h"
 #include "ui/CameraList.h"
 #include "ui/PlainIconButton.h"
@@ -27,7 +27,7 @@ QIcon HostIcon(const char* resource, Icon own) {
 } // namespace
 
 LayerManagerDialog::LayerManagerDialog(QWidget* parent)
-    : FloatingPanel(QStringLiteral("Layer Manager"), Settings::layerManagerGeometry, parent)
+    : FloatingPanel(Panel::LayerManager, parent)
     , list_(new CameraList(this)) {
     setObjectName(QStringLiteral("qmVxLayerManager"));
     setMinimumSize(200, 180);

@@ -1,6 +1,7 @@
 #include "ui/RetimingDialog.h"
 
 #include "host/MayaUtil.h"
+#include "host/PanelTable.h"
 #include "host/Settings.h"
 
 #include <QCheckBox>
@@ -25,7 +26,7 @@ QString Frames(int count) {
 } // namespace
 
 RetimingDialog::RetimingDialog(QWidget* parent)
-    : FloatingPanel(QStringLiteral("Retiming Tool"), Settings::retimingGeometry, parent)
+    : FloatingPanel(Panel::Retiming, parent)
     , moveToNext_(new QCheckBox(QStringLiteral("Move to Next Frame"), this)) {
     setObjectName(QStringLiteral("qmVxRetimingTool"));
     auto* const absolute = new QHBoxLayout;

@@ -1,6 +1,7 @@
 #include "ui/ToolOptionsDialog.h"
 
 #include "host/MayaUtil.h"
+#include "host/PanelTable.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
 #include "paint/ToolTable.h"
@@ -40,7 +41,7 @@ void ToolOptionsDialog::Row::SetShown(bool shown) const {
 }
 
 ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
-    : FloatingPanel(QStringLiteral("Tool Options"), Settings::toolOptionsGeometry, parent)
+    : FloatingPanel(Panel::ToolOptions, parent)
     , icon_(new IconView(ToolType::Brush, OPTIONS_ICON_SIDE))
     , name_(new QLabel)
     , size_(new NumberSlider(QStringLiteral("qmVxToolOptionsSize")))

@@ -1,6 +1,7 @@
 #include "ui/ToolboxDialog.h"
 
 #include "host/MayaUtil.h"
+#include "host/PanelTable.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
 #include "node/BaseNode.h"
@@ -54,7 +55,7 @@ QGridLayout* CreateGrid() {
 } // namespace
 
 ToolboxDialog::ToolboxDialog(QWidget* parent)
-    : FloatingPanel(QStringLiteral("Toolbox"), Settings::toolboxGeometry, parent) {
+    : FloatingPanel(Panel::Toolbox, parent) {
     setObjectName(QStringLiteral("qmVxToolbox"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(TOOLBOX_MARGIN, TOOLBOX_MARGIN, TOOLBOX_MARGIN, TOOLBOX_MARGIN);

@@ -21,7 +21,6 @@ namespace vellix {
 
 namespace {
 
-using Panel = DialogManager::Panel;
 using Dialog = DialogManager::Dialog;
 
 template <typename Window>

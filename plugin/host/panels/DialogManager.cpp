@@ -39,27 +39,9 @@ struct Registry {
 
 const char* const OPEN_PANELS_VARIABLE = "qmVxOpenPanels";
 
-struct PanelName {
-    DialogManager::Panel panel;
-    const char* name;
-};
-const PanelName PANEL_NAMES[] = {{DialogManager::Panel::Toolbox, "toolbox"},
-                                 {DialogManager::Panel::ToolOptions, "toolOptions"},
-                                 {DialogManager::Panel::LayerManager, "layerManager"},
-                                 {DialogManager::Panel::Retiming, "retimingTool"},
-                                 {DialogManager::Panel::ColorPalette, "colorPalette"}};
-
 Registry& GetRegistry() {
     static Registry registry;
     return registry;
-}
-
-QWidget* GetPanel(DialogManager::Panel panel) {
-    PanelEntry& entry = GetRegistry().panels[panel];
-    if (!entry.window && entry.create) {
-        entry.window = entry.create(MQtUtil::mainWindow()).release();
-    }
-    return entry.window;
 }
 
 /// Returns the interface of an existing panel; null if the panel was not created yet.
@@ -88,8 +70,9 @@ bool RunDialog(DialogManager::Dialog dialog) {
 void OpenNotedPanels() {
     const QStringList open =
         MayaUtil::ToQString(MGlobal::optionVarStringValue(OPEN_PANELS_VARIABLE)).split(QLatin1Char(' '));
-    for (const PanelName& entry : PANEL_NAMES) {
-        QWidget* const panel = open.contains(QLatin1String(entry.name)) ? GetPanel(entry.panel) : nullptr;
+    for (const PanelRow& row : PANELS) {
+        QWidget* const panel =
+            open.contains(QLatin1String(row.Name())) ? DialogManager::GetPanel(row.panel) : nullptr;
         if (panel != nullptr && !panel->isVisible()) {
             panel->setAttribute(Qt::WA_ShowWithoutActivating);
             panel->show();
@@ -129,6 +112,14 @@ void DialogManager::RegisterTimelineOverlay(TimelineOverlayFactory create) {
     GetRegistry().createTimelineOverlay = std::move(create);
 }
 
+QWidget* DialogManager::GetPanel(Panel panel) {
+    PanelEntry& entry = GetRegistry().panels[panel];
+    if (!entry.window && entry.create) {
+        entry.window = entry.create(MQtUtil::mainWindow()).release();
+    }
+    return entry.window;
+}
+
 QWidget* DialogManager::GetToolboxDialog() {
     return GetPanel(Panel::Toolbox);
 }
@@ -141,14 +132,6 @@ QWidget* DialogManager::GetLayerMangerDialog() {
     return GetPanel(Panel::LayerManager);
 }
 
-QWidget* DialogManager::GetRetimingDialog() {
-    return GetPanel(Panel::Retiming);
-}
-
-QWidget* DialogManager::GetColorPaletteDialog() {
-    return GetPanel(Panel::ColorPalette);
-}
-
 void DialogManager::BringUp(QWidget& panel) {
     panel.setWindowState(panel.windowState() & ~Qt::WindowMinimized);
     panel.show();
@@ -157,10 +140,8 @@ void DialogManager::BringUp(QWidget& panel) {
 }
 
 void DialogManager::ResetPanels() {
-    for (QByteArray* geometry :
-         {&Settings::toolboxGeometry, &Settings::toolOptionsGeometry, &Settings::layerManagerGeometry,
-          &Settings::retimingGeometry, &Settings::colorPaletteGeometry}) {
-        geometry->clear();
+    for (const PanelRow& row : PANELS) {
+        Settings::GetPanelGeometry(row.panel).clear();
     }
     for (auto& panel : GetRegistry().panels) {
         if (QWidget* window = panel.second.window) {
@@ -180,10 +161,10 @@ void DialogManager::NoteOpenPanels() {
         return;
     }
     QStringList open;
-    for (const PanelName& entry : PANEL_NAMES) {
-        const QWidget* const panel = GetRegistry().panels[entry.panel].window;
+    for (const PanelRow& row : PANELS) {
+        const QWidget* const panel = GetRegistry().panels[row.panel].window;
         if (panel != nullptr && panel->isVisible()) {
-            open.append(QLatin1String(entry.name));
+            open.append(QLatin1String(row.Name()));
         }
     }
     MGlobal::setOptionVarValue(OPEN_PANELS_VARIABLE, MayaUtil::ToMString(open.join(QLatin1Char(' '))));

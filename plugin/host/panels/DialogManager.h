@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/PanelTable.h"
+
 #include <maya/MDoubleArray.h>
 
 #include <QColor>
@@ -87,14 +89,13 @@ public:
 /// load if the host has a user interface. Calls to a panel or dialog that does not exist do nothing.
 class DialogManager {
 public:
-    /// Panels are floating windows. There is one of each, created at the first request and kept.
-    enum class Panel { Toolbox, ToolOptions, LayerManager, Retiming, ColorPalette };
+    /// PanelTable has a row for each. They are created at the first request and kept.
+    using Panel = vellix::Panel;
     /// Dialogs are created each time and deleted when they close.
     enum class Dialog { NewLayer, Ghosting, Preferences, About };
 
     /// Creates the panel, a window with the given parent. A layer manager also implements LayerManagerPanel,
-    /// a toolbox ToolboxPanel, and the tool options ToolOptionsPanel. Each panel keeps its geometry in its
-    /// member of Settings.
+    /// a toolbox ToolboxPanel, and the tool options ToolOptionsPanel.
     using PanelFactory = std::function<std::unique_ptr<QWidget>(QWidget* parent)>;
     using DialogRunner = std::function<void(QWidget* parent)>;
     using LayerPropertiesRunner = std::function<void(const QString& camera, int index, QWidget* parent)>;
@@ -105,13 +106,12 @@ public:
     static void RegisterLayerPropertiesDialog(LayerPropertiesRunner run);
     static void RegisterTimelineOverlay(TimelineOverlayFactory create);
 
-    // The panels' windows, created at the first call and owned by the registry; null if no factory is
-    // registered.
+    /// The panel's window, created at the first call and owned by the registry; null if no factory is
+    /// registered.
+    static QWidget* GetPanel(Panel panel);
     static QWidget* GetToolboxDialog();
     static QWidget* GetToolOptionsDialog();
     static QWidget* GetLayerMangerDialog();
-    static QWidget* GetRetimingDialog();
-    static QWidget* GetColorPaletteDialog();
 
     /// Shows the panel in front of all others, restored if minimised, and activates it.
     static void BringUp(QWidget& panel);

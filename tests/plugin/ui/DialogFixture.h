@@ -17,22 +17,22 @@
 namespace vellix {
 
 /// A panel or dialog: the flag that opens it, its title, and whether it closes after use.
-struct PanelRow {
+struct WindowRow {
     const char* flag;
     const char* title;
     bool isDialog;
 };
 
-const PanelRow PANELS[] = {{"-toolbox", "Toolbox", false},
-                           {"-toolOptions", "Tool Options", false},
-                           {"-colorPalette", "Color Palette", false},
-                           {"-layerManager", "Layer Manager", false},
-                           {"-retimingTool", "Retiming Tool", false},
-                           {"-newLayer", "New Layer", true},
-                           {"-layerProperties", "Layer Properties", true},
-                           {"-ghostingSettings", "Ghosting Settings", true},
-                           {"-preferences", "Preferences", true},
-                           {"-about", "About Vellix 2", true}};
+const WindowRow WINDOWS[] = {{"-toolbox", "Toolbox", false},
+                             {"-toolOptions", "Tool Options", false},
+                             {"-colorPalette", "Color Palette", false},
+                             {"-layerManager", "Layer Manager", false},
+                             {"-retimingTool", "Retiming Tool", false},
+                             {"-newLayer", "New Layer", true},
+                             {"-layerProperties", "Layer Properties", true},
+                             {"-ghostingSettings", "Ghosting Settings", true},
+                             {"-preferences", "Preferences", true},
+                             {"-about", "About Vellix 2", true}};
 
 /// The plug-in in the host's window, with its panels. Keeps the lines that the plug-in executes.
 class DialogFixture : public WindowFixture {

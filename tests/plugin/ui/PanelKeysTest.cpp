@@ -47,7 +47,7 @@ protected:
 
 TEST_F(PanelKeysTest, UndoAndRedoAreTheScenesWhereverTheFocusIs) {
     Settings::activeTool = ToolType::Text;
-    for (const PanelRow& row : PANELS) {
+    for (const WindowRow& row : WINDOWS) {
         if (row.isDialog) {
             continue;
         }
@@ -127,7 +127,7 @@ TEST_F(PanelKeysTest, UndoReachesTheSceneFromAFloatingView) {
 
 // Tab goes as one reads: down, and in a row from left to right.
 TEST_F(PanelKeysTest, TabFollowsTheReadingOrder) {
-    for (const PanelRow& row : PANELS) {
+    for (const WindowRow& row : WINDOWS) {
         SCOPED_TRACE(row.title);
         QWidget& window = *Open(row.flag, row.title);
         QList<QWidget*> stops = Stops(window);

@@ -50,7 +50,7 @@ TEST_F(PanelLookTest, NoTextIsCutOffInAnyFont) {
         QFont font = QApplication::font();
         font.setPointSizeF(points);
         QApplication::setFont(font);
-        for (const PanelRow& row : PANELS) {
+        for (const WindowRow& row : WINDOWS) {
             SCOPED_TRACE(row.title);
             QWidget* window = Open(row.flag, row.title);
             ASSERT_NE(window, nullptr);
@@ -68,7 +68,7 @@ TEST_F(PanelLookTest, NoTextIsCutOffInAnyFont) {
 
 // Every widget that the mouse can use is reached by Tab, and tells what it is.
 TEST_F(PanelLookTest, EverythingIsReachedByTheKeyboard) {
-    for (const PanelRow& row : PANELS) {
+    for (const WindowRow& row : WINDOWS) {
         SCOPED_TRACE(row.title);
         QWidget* window = Open(row.flag, row.title);
         ASSERT_NE(window, nullptr);
@@ -101,7 +101,7 @@ TEST_F(PanelLookTest, IsDrawnInLightAndDark) {
             qApp->setStyleSheet(QString());
             QApplication::setPalette(QApplication::style()->standardPalette());
         }
-        for (const PanelRow& row : PANELS) {
+        for (const WindowRow& row : WINDOWS) {
             QWidget* window = Open(row.flag, row.title);
             ASSERT_NE(window, nullptr);
             auto* pages = window->findChild<QListWidget*>();

@@ -1,0 +1,78 @@
+// BaseNode: whether the user may draw or change the active layer now, and the reasons why not.
+
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "core/LayerState.h"
+#include "host/FrameTime.h"
+#include "host/Logger.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "host/panels/DialogManager.h"
+#include "node/BaseNode.h"
+
+#include <maya/MTime.h>
+
+namespace vellix {
+
+bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& frameAdded) {
+    const std::shared_ptr<LayerManager> layers = GetLayerManager();
+    if (camera.isEmpty() || !layers) {
+        return false;
+    }
+    if (layers->LayerCount(camera) == 0 && !AddMissingLayer(*layers, camera, layerIndex)) {
+        return false;
+    }
+    if (!MayChangeActiveLayer(camera)) {
+        return false;
+    }
+    if (!layers->FrameExists(camera) && !AddMissingFrame(*layers, camera, frameAdded)) {
+        return false;
+    }
+    return layers->CanDraw(camera);
+}
+
+bool BaseNode::MayChangeActiveLayer(const QString& camera) const {
+    const Layer* active = GetActiveLayer(camera);
+    if (active == nullptr) {
+        Logger::Error("An active layer does not exist.");
+        return false;
+    }
+    if (!active->IsVisible()) {
+        Logger::Error("Active layer is not visible.");
+        return false;
+    }
+    if (active->GetState() == LayerState::Locked) {
+        Logger::Error("Active layer is locked.");
+        return false;
+    }
+    return true;
+}
+
+bool BaseNode::AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex) {
+    if (!Settings::automaticallyAddFirstLayer) {
+        Logger::Error("A layer does not exist for the current camera");
+        return false;
+    }
+    if (Settings::alwaysDisplayNewLayerDialog) {
+        DialogManager::ShowNewLayerDialog();
+        return false;
+    }
+    layerIndex = layers.InsertLayer(camera, 0, QString());
+    return layerIndex >= 0;
+}
+
+bool BaseNode::AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded) {
+    MTime time = MayaUtil::GetPlaybackTime();
+    if (layers.GetActiveLayer(camera)->GetState() == LayerState::Static) {
+        const MTime staticTime = FromWholeFrames(Settings::defaultStaticFrameTime);
+        if (!Settings::insertDefaultStaticFrame || staticTime > time) {
+            Logger::Error("Static layer: A frame is required at or before the current time.");
+            return false;
+        }
+        time = staticTime;
+    }
+    frameAdded = layers.AddFrame(camera, time) >= 0;
+    return true;
+}
+
+} // namespace vellix
