@@ -21,16 +21,27 @@ const QByteArray& TransparentPng() {
     return png;
 }
 
+FrameId NewFrameId() {
+    static quint64 last = 0;
+    return static_cast<FrameId>(++last);
+}
+
 } // namespace
 
 Frame::Frame(const MTime& time)
-    : time_(time) {}
+    : id_(NewFrameId())
+    , time_(time) {}
 
 Frame::Frame(const Frame& other)
-    : time_(other.time_)
+    : id_(NewFrameId())
+    , time_(other.time_)
     , packed_(other.image_.isNull() ? other.packed_ : other.Encode()) {}
 
 Frame::~Frame() = default;
+
+FrameId Frame::GetId() const {
+    return id_;
+}
 
 void Frame::SetTime(const MTime& time) {
     time_ = time;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Identity.h"
+
 #include <maya/MTime.h>
 
 #include <QByteArray>
@@ -14,10 +16,12 @@ class Frame {
 public:
     /// A frame without a picture.
     explicit Frame(const MTime& time);
-    /// Copies the frame, packed. The copy shares no pixels with the other frame.
+    /// Copies the frame, packed. The copy shares no pixels with the other frame and has its own identity.
     Frame(const Frame& other);
     Frame& operator=(const Frame&) = delete;
     ~Frame();
+
+    FrameId GetId() const;
 
     void SetTime(const MTime& time);
     MTime GetTime() const;
@@ -56,6 +60,7 @@ private:
 
     const Packed& Encode() const;
 
+    const FrameId id_;
     MTime time_;
     QImage image_;
     Packed packed_;                 ///< the picture while image_ is null

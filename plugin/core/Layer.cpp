@@ -16,12 +16,26 @@ bool IsEarlier(const std::unique_ptr<Frame>& frame, const std::unique_ptr<Frame>
     return frame->GetTimeValue() < other->GetTimeValue();
 }
 
+std::function<bool(const std::unique_ptr<Frame>&)> HasId(FrameId id) {
+    return [id](const std::unique_ptr<Frame>& frame) { return frame->GetId() == id; };
+}
+
+LayerId NewLayerId() {
+    static quint64 last = 0;
+    return static_cast<LayerId>(++last);
+}
+
 } // namespace
 
 Layer::Layer()
-    : name_(QStringLiteral("New Layer")) {}
+    : id_(NewLayerId())
+    , name_(QStringLiteral("New Layer")) {}
 
 Layer::~Layer() = default;
+
+LayerId Layer::GetId() const {
+    return id_;
+}
 
 void Layer::SetChangeCallback(std::function<void(DocumentChange)> onChange) {
     onChange_ = std::move(onChange);
@@ -122,6 +136,11 @@ void Layer::SetImage(const QImage& image) {
 
 Frame* Layer::GetFrame(int index) const {
     return index >= 0 && index < FrameCount() ? frames_[std::size_t(index)].get() : nullptr;
+}
+
+Frame* Layer::FindFrame(FrameId id) const {
+    const auto found = std::find_if(frames_.begin(), frames_.end(), HasId(id));
+    return found == frames_.end() ? nullptr : found->get();
 }
 
 Frame* Layer::GetCurrentFrame() const {
@@ -257,6 +276,17 @@ std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
 
 std::unique_ptr<Frame> Layer::RemoveFrame() {
     return RemoveFrame(MayaUtil::GetPlaybackTime());
+}
+
+std::unique_ptr<Frame> Layer::RemoveFrame(FrameId id) {
+    const auto found = std::find_if(frames_.begin(), frames_.end(), HasId(id));
+    if (found == frames_.end()) {
+        return nullptr;
+    }
+    std::unique_ptr<Frame> removed = std::move(*found);
+    frames_.erase(found);
+    FramesChanged();
+    return removed;
 }
 
 FrameList Layer::TakeFrames(const std::vector<int>& times) {

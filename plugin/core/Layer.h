@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/DocumentListener.h"
+#include "core/Identity.h"
 #include "core/LayerState.h"
 #include "paint/NonCopyable.h"
 
@@ -30,6 +31,8 @@ public:
     /// Sets the function that is called after each change of the layer; an empty one for none.
     void SetChangeCallback(std::function<void(DocumentChange)> onChange);
 
+    LayerId GetId() const;
+
     void SetName(const QString& name);
     QString GetName() const;
     void SetVisible(bool visible);
@@ -56,6 +59,8 @@ public:
 
     /// The frame at an index, borrowed; null if the index is out of range.
     Frame* GetFrame(int index) const;
+    /// The frame with this identity, borrowed; null if the layer does not hold it.
+    Frame* FindFrame(FrameId id) const;
     /// The frame displayed now, borrowed; null before the first key.
     Frame* GetCurrentFrame() const;
     int GetCurrentFrameIndex() const;
@@ -92,6 +97,7 @@ public:
     /// Removes the frame at the time and hands it to the caller; null if there is none.
     std::unique_ptr<Frame> RemoveFrame(const MTime& time);
     std::unique_ptr<Frame> RemoveFrame();
+    std::unique_ptr<Frame> RemoveFrame(FrameId id);
     /// Removes all frames at the given times (ascending) in one pass, and hands them over in their order.
     FrameList TakeFrames(const std::vector<int>& times);
     /// Inserts, in one pass, the frames whose times are free, and returns these times, ascending. The refused
@@ -111,6 +117,7 @@ private:
     int FindKey(int frame) const;
     void Changed(DocumentChange change);
 
+    const LayerId id_;
     std::function<void(DocumentChange)> onChange_;
     QString name_;
     bool active_ = false;

@@ -129,6 +129,21 @@ Layer* LayerManager::GetLayer(const QString& camera, int index) const {
     return LayerExists(camera, index) ? FindLayers(camera)[std::size_t(index)].get() : nullptr;
 }
 
+LayerPlace LayerManager::FindLayer(LayerId id) const {
+    LayerPlace place;
+    for (const auto& entry : layers_) {
+        for (std::size_t i = 0; i < entry.second.size(); ++i) {
+            if (entry.second[i]->GetId() == id) {
+                place.camera = entry.first;
+                place.index = int(i);
+                place.layer = entry.second[i].get();
+                return place;
+            }
+        }
+    }
+    return place;
+}
+
 QList<Layer*> LayerManager::GetLayers(const QString& camera) const {
     QList<Layer*> layers;
     for (const auto& layer : FindLayers(camera)) {

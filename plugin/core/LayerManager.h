@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/DocumentListener.h"
+#include "core/Identity.h"
 #include "core/LayerState.h"
 #include "paint/NonCopyable.h"
 
@@ -25,6 +26,14 @@ class Frame;
 class Layer;
 class StrokePainter;
 struct Stroke;
+
+/// Where a layer is: its camera and its index from the bottom of the stack. The layer is borrowed; null for
+/// none.
+struct LayerPlace {
+    QString camera;
+    int index = -1;
+    Layer* layer = nullptr;
+};
 
 /// The whole drawing of one scene node: per camera a stack of layers (index 0 at the bottom) with one active
 /// layer, the stroke being drawn, and each camera's composed image. Cameras are named by their transforms; an
@@ -71,6 +80,8 @@ public:
     /// the default name.
     QString GetUniqueLayerName(const QString& name) const;
     Layer* GetLayer(const QString& camera, int index) const;
+    /// Where the layer with this identity is now; a place without a layer if the drawing does not hold it.
+    LayerPlace FindLayer(LayerId id) const;
     QList<Layer*> GetLayers(const QString& camera) const;
     int GetActiveLayerIndex(const QString& camera) const;
     Layer* GetActiveLayer(const QString& camera) const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Identity.h"
 #include "node/LegacyPicture.h"
 #include "node/ViewPlacement.h"
 
@@ -29,6 +30,7 @@ class Layer;
 class LayerManager;
 class LegacyOutline;
 class TimelineOverlay;
+struct LayerPlace;
 struct Stroke;
 enum class LayerState : qint32;
 
@@ -84,6 +86,8 @@ public:
     bool LayerExists(const QString& camera, int index) const;
     int LayerCount(const QString& camera) const;
     Layer* GetLayer(const QString& camera, int index) const;
+    /// Where the layer with this identity is now; a place without a layer if there is none.
+    LayerPlace FindLayer(LayerId id) const;
     QList<Layer*> GetLayers(const QString& camera) const;
     Layer* GetActiveLayer(const QString& camera) const;
     int GetActiveLayerIndex(const QString& camera) const;

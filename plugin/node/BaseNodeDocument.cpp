@@ -55,6 +55,10 @@ Layer* BaseNode::GetLayer(const QString& camera, int index) const {
     return Ask<Layer*>(*this, nullptr, [&](LayerManager& layers) { return layers.GetLayer(camera, index); });
 }
 
+LayerPlace BaseNode::FindLayer(LayerId id) const {
+    return Ask(*this, LayerPlace(), [&](LayerManager& layers) { return layers.FindLayer(id); });
+}
+
 QList<Layer*> BaseNode::GetLayers(const QString& camera) const {
     return Ask(*this, QList<Layer*>(), [&](LayerManager& layers) { return layers.GetLayers(camera); });
 }
