@@ -291,13 +291,13 @@ std::uint32_t Lexer::WordEnd(std::uint32_t offset) const {
         if (IsWordCharacter(text_[offset])) {
             ++offset;
         } else if (text_[offset] == '[') {
-            // An index or a range belongs to the word, up to its closing bracket.
+            // A plain index or range belongs to the word. The parser reads one that has to be computed.
             std::size_t close = offset + 1u;
             while (IsWordCharacter(At(close)) || At(close) == '-') {
                 ++close;
             }
             if (At(close) != ']') {
-                Fail("Syntax error: \"]\" is missing.", offset);
+                break;
             }
             offset = static_cast<std::uint32_t>(close + 1);
         } else {

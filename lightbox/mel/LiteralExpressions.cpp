@@ -49,6 +49,22 @@ Value ArrayFrom(const std::vector<Value>& values) {
 
 } // namespace
 
+JoinedWordExpression::JoinedWordExpression(std::uint32_t sourceOffset, ExpressionList parts)
+    : Expression(sourceOffset, Type::String)
+    , parts_(std::move(parts)) {
+    for (const ExpressionPtr& part : parts_) {
+        Contains(*part);
+    }
+}
+
+Value JoinedWordExpression::Evaluate(CallFrame& frame) const {
+    std::string word;
+    for (const ExpressionPtr& part : parts_) {
+        word += part->Evaluate(frame).AsString();
+    }
+    return Value(std::move(word));
+}
+
 Value TextExpression::Evaluate(CallFrame&) const {
     return hasEscapes_ ? Value(Unescaped(literal_)) : Value(literal_);
 }

@@ -22,6 +22,17 @@ private:
     Value value_;
 };
 
+/// A word of a command's arguments with parts that are computed: $node.tx, pCube1.vtx[$first:$last].
+class JoinedWordExpression : public Expression {
+public:
+    JoinedWordExpression(std::uint32_t offset, ExpressionList parts);
+    /// The parts as one string.
+    Value Evaluate(CallFrame& frame) const override;
+
+private:
+    ExpressionList parts_;
+};
+
 /// A text literal, copied from the source only on evaluation.
 class TextExpression : public Expression {
 public:

@@ -101,6 +101,8 @@ private:
     bool AtArgumentEnd();
     bool BeginsArgument();
     ExpressionPtr ParseVariableArgument();
+    ExpressionPtr ParseRestOfWord(ExpressionPtr first);
+    void ParseWordIndex(ExpressionList& parts);
 
     std::shared_ptr<const SourceText> source_;
     Lexer lexer_;

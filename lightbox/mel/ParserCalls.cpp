@@ -170,7 +170,7 @@ ExpressionPtr Parser::ParseArgument(ArgumentForm& form) {
     }
 }
 
-/// $name, $name[index], $name.x: index and component follow without a blank.
+/// $name, $name[index], $name.x, $name.tx: what follows without a blank belongs to it.
 ExpressionPtr Parser::ParseVariableArgument() {
     const Token name = lexer_.Take();
     const auto place = variables_.Find(TextOf(name).substr(1));
@@ -179,10 +179,61 @@ ExpressionPtr Parser::ParseVariableArgument() {
     }
     if (lexer_.CharacterAfter(0) == '[') {
         ExpressionPtr index = ParseIndex();
-        return ParseIndexed(name, *place, std::move(index), lexer_.CharacterAfter(0) == '[');
+        return ParseRestOfWord(ParseIndexed(name, *place, std::move(index), lexer_.CharacterAfter(0) == '['));
     }
     ExpressionPtr variable = std::make_unique<VariableExpression>(name.begin, *place);
-    return lexer_.CharacterAfter(0) == '.' ? ParseComponents(std::move(variable)) : std::move(variable);
+    if (lexer_.CharacterAfter(0) != '.') {
+        return variable;
+    }
+    const char component = lexer_.CharacterAfter(1);
+    const bool isComponent =
+        component >= 'x' && component <= 'z' && !IsNameCharacter(lexer_.CharacterAfter(2));
+    const bool isVector = place->type == Type::Vector || (place->type == Type::Any && isComponent);
+    return isVector ? ParseComponents(std::move(variable)) : ParseRestOfWord(std::move(variable));
+}
+
+/// Joins a word, or the value of a variable, with the attribute and the computed indexes that follow without
+/// a blank. Returns `first` if nothing does.
+ExpressionPtr Parser::ParseRestOfWord(ExpressionPtr first) {
+    const std::uint32_t begin = first->offset;
+    ExpressionList parts;
+    parts.push_back(std::move(first));
+    for (;;) {
+        const char letter = lexer_.CharacterAfter(0);
+        if (letter == '[') {
+            ParseWordIndex(parts);
+        } else if (letter == '.' || letter == '|') {
+            const Token word = lexer_.TakeWord();
+            parts.push_back(std::make_unique<ConstantExpression>(word.begin, Value(TextOf(word))));
+        } else {
+            break;
+        }
+        if (IsArray(parts.front()->type)) {
+            Fail(IllegalOperation(".", parts.front()->type), begin);
+        }
+    }
+    return parts.size() == 1 ? std::move(parts.front())
+                             : Bounded(std::make_unique<JoinedWordExpression>(begin, std::move(parts)));
+}
+
+/// [index] or [first:last]
+void Parser::ParseWordIndex(ExpressionList& parts) {
+    const auto add = [&](const char* text) {
+        parts.push_back(
+            std::make_unique<ConstantExpression>(lexer_.Position(), Value(std::string_view(text))));
+    };
+    add("[");
+    Expect(TokenKind::LeftBracket, "\"[\"");
+    {
+        const QScopedValueRollback<bool> outside(inBackquotes_, false);
+        parts.push_back(ParseExpression());
+        if (Accept(TokenKind::Colon)) {
+            add(":");
+            parts.push_back(ParseExpression());
+        }
+    }
+    add("]");
+    Expect(TokenKind::RightBracket, "\"]\"");
 }
 
 /// A negative number, a flag, or something negated.
@@ -212,7 +263,8 @@ ExpressionPtr Parser::ParseWord(ArgumentForm& form) {
         if (text.size() > 1 && text[0] == '-' && IsNameStart(text[1])) {
             form = ArgumentForm::FlagWord;
         }
-        return std::make_unique<ConstantExpression>(word.begin, Value(text));
+        ExpressionPtr constant = std::make_unique<ConstantExpression>(word.begin, Value(text));
+        return lexer_.CharacterAfter(0) == '[' ? ParseRestOfWord(std::move(constant)) : std::move(constant);
     }
     bool isInt = false;
     int integer = 0;

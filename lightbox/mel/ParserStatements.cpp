@@ -401,8 +401,8 @@ void Parser::ParseParameters(Procedure& procedure) {
 
 StatementPtr Parser::ParseProcedure(std::uint32_t offset, Type returnType, bool isGlobal) {
     const Token name = Expect(TokenKind::Identifier, "the name of a procedure");
-    if (!variables_.IsAtTop()) {
-        Fail("Syntax error: a procedure can be defined only outside of blocks and procedures.", name.begin);
+    if (variables_.IsInProcedure()) {
+        Fail("Syntax error: a procedure cannot be defined inside a procedure.", name.begin);
     }
     auto procedure = std::make_shared<Procedure>();
     procedure->name = std::string(TextOf(name));

@@ -85,6 +85,11 @@ TEST_F(MelCommandSyntaxTest, ReadsEveryKindOfArgument) {
         {"probe \"\\xe4\xc3\xa4\" \xc3\xa4\xc3\xb6", "s:xe4\xc3\xa4 s:\xc3\xa4\xc3\xb6"},
         {"probe -longName", "s:-longName"},
         {"probe a\n-b\n\n1", "s:a s:-b i:1"},
+        {"string $node = \"cube\"; probe $node.tx $node.vtx[0:3] -x", "s:cube.tx s:cube.vtx[0:3] s:-x"},
+        {"string $nodes[] = {\"a\", \"b\"}; probe $nodes[1].x `probe $nodes[0].spans`", "s:b.x s:s:a.spans"},
+        {"int $i = 2; probe cube.vtx[$i] cube.f[$i + 1:$i * 3].x `probe ns:c.e[$i]`",
+         "s:cube.vtx[2] s:cube.f[3:6].x s:s:ns:c.e[2]"},
+        {"{ global proc int inBlock() { return 3; } } probe (inBlock())", "i:3"},
     };
     for (const auto& row : rows) {
         try {

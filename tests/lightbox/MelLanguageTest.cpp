@@ -209,8 +209,8 @@ TEST_F(MelLanguageTest, NamesThePlaceOfErrors) {
         {"5 = 6", "line 1.3: Syntax error: the left side of \"=\" is not a variable."},
         {"break;", "line 1.1: Syntax error: \"break\" is outside of a loop or switch."},
         {"proc int f() { return; }", "line 1.16: This procedure has to return a value of type int."},
-        {"{ proc f() { } }", "line 1.8: Syntax error: a procedure can be defined only outside of blocks and "
-                             "procedures."},
+        {"proc f() { proc g() { } }",
+         "line 1.17: Syntax error: a procedure cannot be defined inside a procedure."},
         {"int $t; string $t;", "line 1.16: Invalid redeclaration of variable \"$t\" as a different type."},
         {"\"a\" - 1", "line 1.5: Illegal operation \"-\" on data of type string."},
         {"{1} + 1", "line 1.3: Syntax error: \";\" is expected before \"}\"."},
