@@ -66,8 +66,10 @@ QList<StrokePoint> Smoothed(const TimedPath& path, const RecordedStroke& recorde
         smoother.Receive(stroke, point, QString());
     };
     receive(0.0);
-    for (double time = phase; time < path.back().time + SAMPLE_PERIOD; time += SAMPLE_PERIOD) {
+    double time = phase;
+    while (time < path.back().time + SAMPLE_PERIOD) {
         receive(time);
+        time += SAMPLE_PERIOD;
     }
     return stroke.points;
 }
@@ -109,9 +111,11 @@ TimedPath Follow(const TimedPath& path, const QPoint& origin) {
         input.MoveTo(origin + position.toPoint());
         followed.push_back({position, now()});
     };
-    for (double time = 0.0; time <= path.back().time; time = now()) {
+    double time = 0.0;
+    while (time <= path.back().time) {
         moveTo(At(path, time));
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        time = now();
     }
     moveTo(path.back().position);
     return followed;

@@ -39,12 +39,16 @@ void Mel(const std::string& text) {
     Host::Get().interpreter().Execute(text);
 }
 
-/// Makes five spheres of 10,000 faces, each under its own transform.
+/// Makes a sphere of 10,000 faces under its own transform.
+void AddSphere(int index) {
+    const std::string number = std::to_string(index);
+    Mel("polySphere -sx 100 -sy 100 -r 2 -n ball" + number + "; move " + std::to_string(4 * index - 8) +
+        " 2 0; group -n above" + number + " ball" + number);
+}
+
 void BuildScene() {
     for (int i = 0; i < 5; ++i) {
-        const std::string number = std::to_string(i);
-        Mel("polySphere -sx 100 -sy 100 -r 2 -n ball" + number + "; move " + std::to_string(4 * i - 8) +
-            " 2 0; group -n above" + number + " ball" + number);
+        AddSphere(i);
     }
     Mel("select -clear; camera -n shot; setAttr shot1.rx -15");
 }

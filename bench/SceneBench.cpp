@@ -235,6 +235,7 @@ void ReplayPacking(benchmark::State& state) {
     ReplayRecording();
     std::vector<QImage> images;
     Layer* const layer = Layers().GetActiveLayer(CAMERA);
+    images.reserve(static_cast<std::size_t>(layer->FrameCount()));
     for (int frame = 0; frame < layer->FrameCount(); ++frame) {
         images.push_back(layer->GetFrame(frame)->PeekImage());
     }

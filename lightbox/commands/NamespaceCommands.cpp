@@ -59,7 +59,7 @@ Value Namespace(CommandCall& call) {
         return name.empty() || scene.Namespaces().count(name) > 0;
     }
     if (call.Has("-add")) {
-        const std::string given = call.String("-add");
+        const std::string& given = call.String("-add");
         const std::string parent = call.StringOr("-parent", "");
         const std::string name = parent.empty()
                                      ? FullName(scene, given)

@@ -147,7 +147,7 @@ void CopyMesh(Host& host, const Node& original, const std::shared_ptr<Node>& cop
 /// Copies a node and everything below it. The copy goes below `parent`, or the world when that is null.
 std::shared_ptr<Node> Duplicate(Host& host, const std::shared_ptr<Node>& original, const std::string& name,
                                 DagNode* parent) {
-    const std::shared_ptr<Node> copy = edit::CreateNode(host, original->Type().Name(), name, parent);
+    std::shared_ptr<Node> copy = edit::CreateNode(host, original->Type().Name(), name, parent);
     for (const auto& attribute : original->DynamicAttributes()) {
         copy->AddDynamicAttribute(AttributeFactory::Clone(*attribute));
     }

@@ -243,7 +243,7 @@ std::string ControlRegistry::NewName(const std::string& wanted, const std::strin
                                      const Control* parent) const {
     if (!wanted.empty()) {
         // Drop the path before the name: the parent is given separately.
-        const std::string name = ValidName(wanted.substr(wanted.rfind('|') + 1));
+        std::string name = ValidName(wanted.substr(wanted.rfind('|') + 1));
         if (name.empty() || IsTaken(name, parent)) {
             throw mel::Error("Object's name '" + wanted + "' is not unique.");
         }

@@ -143,7 +143,7 @@ QString FileFor(const QString& name) {
         }
     }
     for (const QString& folder : folders) {
-        const QString path = folder + name;
+        QString path = folder + name;
         if (QFileInfo(path).isFile()) {
             return path;
         }

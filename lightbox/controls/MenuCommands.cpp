@@ -24,7 +24,8 @@ ControlFlag DeleteAllItems(ControlRegistry* registry) {
             "-deleteAllItems",
             {},
             [registry](Control& control, const CommandCall&) {
-                const std::vector<Control*> children = control.Children();
+                // A copy, since each deletion changes the list.
+                const auto children = std::vector<Control*>(control.Children());
                 for (auto child = children.rbegin(); child != children.rend(); ++child) {
                     registry->Delete(**child);
                 }

@@ -7,7 +7,6 @@
 
 namespace lightbox {
 
-using mel::CommandCall;
 using mel::Value;
 
 MenuControl::MenuControl(const ControlCreation& creation, ControlMenu* menu)

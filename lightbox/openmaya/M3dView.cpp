@@ -18,7 +18,6 @@
 using lightbox::ApiBridge;
 using lightbox::CameraView;
 using lightbox::FromImath;
-using lightbox::Host;
 using lightbox::ToImath;
 using lightbox::ToPoint;
 using lightbox::UserInterface;
