@@ -22,9 +22,11 @@ void Complain(Host& host, QWidget* parent, const FileError& error) {
     box.exec();
 }
 
-bool Write(Host& host, QWidget* parent, bool force) {
+/// Calls a function that saves. Returns false, after a message, when it fails.
+template <class Function>
+bool Saved(Host& host, QWidget* parent, const Function& save) {
     try {
-        host.files().Save(force);
+        save(host.files());
         return true;
     } catch (const FileError& error) {
         Complain(host, parent, error);
@@ -61,7 +63,9 @@ bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
 }
 
 bool UnsavedChanges::Save(Host& host, QWidget* parent) {
-    return host.files().SceneName().empty() ? SaveAs(host, parent) : Write(host, parent, false);
+    return host.files().SceneName().empty()
+               ? SaveAs(host, parent)
+               : Saved(host, parent, [](SceneFiles& files) { files.Save(false); });
 }
 
 bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
@@ -80,14 +84,9 @@ bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
     if (dialog.exec() != QDialog::Accepted) {
         return false;
     }
-    try {
-        host.files().Rename(dialog.selectedFiles().value(0).toStdString());
-    } catch (const FileError& error) {
-        Complain(host, parent, error);
-        return false;
-    }
+    const std::string path = dialog.selectedFiles().value(0).toStdString();
     // The dialog has already asked whether to replace an existing file.
-    return Write(host, parent, true);
+    return Saved(host, parent, [&path](SceneFiles& files) { files.SaveAs(path, std::nullopt, true); });
 }
 
 } // namespace lightbox
