@@ -4,7 +4,10 @@
 #include <QFileInfo>
 
 #ifdef Q_OS_WIN
+#include <QDir>
 #include <qt_windows.h>
+
+#include <string>
 #else
 #include <cerrno>
 #include <cstdio>
@@ -52,8 +55,13 @@ HANDLE Handle(qintptr file) {
     return reinterpret_cast<HANDLE>(file);
 }
 
-const wchar_t* Native(const QString& path) {
-    return reinterpret_cast<const wchar_t*>(path.utf16());
+/// The path in a form that may be longer than 260 characters.
+std::wstring Native(const QString& path) {
+    const QString native = QDir::toNativeSeparators(QDir::cleanPath(path));
+    const bool isShared = native.startsWith(QLatin1String("\\\\"));
+    const QString whole =
+        isShared ? QLatin1String("\\\\?\\UNC\\") + native.mid(2) : QLatin1String("\\\\?\\") + native;
+    return whole.toStdWString();
 }
 
 bool NameExists() {
@@ -62,12 +70,12 @@ bool NameExists() {
 
 /// Removes a temporary file. One that is open cannot be removed, which is the lock here.
 void RemoveLeft(const QString& path) {
-    DeleteFileW(Native(path));
+    DeleteFileW(Native(path).c_str());
 }
 
 /// Other programs may write to the file but not remove it.
 qintptr OpenNew(const QString& path, const QString&) {
-    return reinterpret_cast<qintptr>(CreateFileW(Native(path), GENERIC_WRITE,
+    return reinterpret_cast<qintptr>(CreateFileW(Native(path).c_str(), GENERIC_WRITE,
                                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_NEW,
                                                  FILE_ATTRIBUTE_NORMAL, nullptr));
 }
@@ -76,9 +84,8 @@ qintptr OpenNew(const QString& path, const QString&) {
 qint64 WriteSome(qintptr file, const char* bytes, qint64 count) {
     constexpr qint64 LARGEST = 64 << 20;
     DWORD written = 0;
-    return WriteFile(Handle(file), bytes, static_cast<DWORD>(qMin(count, LARGEST)), &written, nullptr)
-               ? written
-               : -1;
+    const DWORD wanted = static_cast<DWORD>(qMin(count, LARGEST));
+    return WriteFile(Handle(file), bytes, wanted, &written, nullptr) ? static_cast<qint64>(written) : -1;
 }
 
 bool Sync(qintptr file) {
@@ -89,12 +96,12 @@ bool Sync(qintptr file) {
 bool Replace(qintptr& file, const QString& temporary, const QString& target) {
     CloseHandle(Handle(file));
     file = NO_FILE;
-    if (MoveFileExW(Native(temporary), Native(target), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
-        0) {
+    if (MoveFileExW(Native(temporary).c_str(), Native(target).c_str(),
+                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
         return true;
     }
     const DWORD error = GetLastError();
-    DeleteFileW(Native(temporary));
+    DeleteFileW(Native(temporary).c_str());
     SetLastError(error);
     return false;
 }
@@ -103,7 +110,7 @@ bool Replace(qintptr& file, const QString& temporary, const QString& target) {
 void Discard(qintptr file, const QString& temporary) {
     CloseHandle(Handle(file));
     if (!temporary.isEmpty()) {
-        DeleteFileW(Native(temporary));
+        DeleteFileW(Native(temporary).c_str());
     }
 }
 

@@ -167,7 +167,7 @@ TEST_F(SettingsTest, NonsenseFilesDoNoHarm) {
         "[tools]\nactiveColor=@Variant(\\0\\0\\0\\x43\\x4c\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\0\\0)\n",
         "[main]\ntoolboxGeometry=@ByteArray(\\xZZ\nversion=@Invalid()\n",
         "[tools]\nactiveColor=@DateTime(\\0\\0\\0\x47\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff)\n",
-        "[tools]\nactiveColor=@DateTime(\\0\\0\\0\x10\\0)\n",
+        "[tools]\nactiveColor=@DateTime(\\0\\0\\0\\x47\\0\\x7f\\xff\\xff\\xff\\x7f\\xff\\xff\\xff)\n",
     };
     for (int round = 0; round < 300; ++round) {
         QByteArray damaged = whole;
