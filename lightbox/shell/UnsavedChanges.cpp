@@ -10,13 +10,15 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include <new>
+
 namespace lightbox {
 
 namespace {
 
-void Complain(Host& host, QWidget* parent, const FileError& error) {
-    host.output().Error(error.what());
-    QMessageBox box(QMessageBox::Warning, "Save Scene", QString::fromStdString(error.what()), QMessageBox::Ok,
+void Complain(Host& host, QWidget* parent, const std::string& fault) {
+    host.output().Error(fault);
+    QMessageBox box(QMessageBox::Warning, "Save Scene", QString::fromStdString(fault), QMessageBox::Ok,
                     parent);
     box.setObjectName("saveFailed");
     box.exec();
@@ -29,9 +31,11 @@ bool Saved(Host& host, QWidget* parent, const Function& save) {
         save(host.files());
         return true;
     } catch (const FileError& error) {
-        Complain(host, parent, error);
-        return false;
+        Complain(host, parent, error.what());
+    } catch (const std::bad_alloc&) {
+        Complain(host, parent, "The scene was not saved: there is not enough memory.");
     }
+    return false;
 }
 
 } // namespace

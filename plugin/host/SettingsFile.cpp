@@ -147,7 +147,7 @@ QVariant ColorOf(const QByteArray& object) {
     return color;
 }
 
-QByteArray BytesOf(QColor color) {
+QByteArray BytesOf(const QColor& color) {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_4_0);
@@ -313,8 +313,11 @@ QVariant SettingsFile::Decoded(const QByteArray& text) {
     if (holds(TEXT_MARK)) {
         return content(TEXT_MARK);
     }
-    const QVariant color = holds(OBJECT_MARK) ? ColorOf(content(OBJECT_MARK).toLatin1()) : QVariant();
-    if (color.isValid() || plain == QLatin1String("@Invalid()")) {
+    if (plain == QLatin1String("@Invalid()")) {
+        return QVariant();
+    }
+    QVariant color = holds(OBJECT_MARK) ? ColorOf(content(OBJECT_MARK).toLatin1()) : QVariant();
+    if (color.isValid()) {
         return color;
     }
     return plain.startsWith(QLatin1String("@@")) ? plain.mid(1) : plain;
