@@ -1,5 +1,7 @@
 #include "app/Demo.h"
 
+#include "scene/WholeFile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -34,10 +36,14 @@ void Demo::Prepare(CommandLine& line) {
     if (line.prefsFolder.empty()) {
         line.prefsFolder = preferences.toStdString();
         const QString settings = out.filePath("preferences/vellix2.ini");
-        QFile::remove(settings);
-        QFile::copy(demo + "/vellix2.ini", settings);
-        QFile::setPermissions(settings,
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        QFile demoSettings(demo + "/vellix2.ini");
+        demoSettings.open(QIODevice::ReadOnly);
+        const std::string fault =
+            WholeFile::Write(settings.toStdString(), demoSettings.readAll().toStdString());
+        if (!fault.empty()) {
+            line.error = "\"" + settings.toStdString() + "\" cannot be written: " + fault + ".";
+            return;
+        }
     }
     qputenv("VELLIX_DEMO", QFile::encodeName(demo));
     qputenv("VELLIX_OUT", QFile::encodeName(out.path()));

@@ -62,7 +62,10 @@ LightboxHost::~LightboxHost() {
     undo().Flush();
     plugins().UnloadAll();
     SetUserInterface(nullptr);
-    optionVars().Save();
+    const std::string fault = optionVars().Save();
+    if (!fault.empty()) {
+        output().Warning(fault);
+    }
     Retire();
 }
 

@@ -47,6 +47,10 @@ void WatchSignals(Host& host) {
     // When the reader of our output closes the pipe, drop the output and continue.
     std::signal(SIGPIPE, SIG_IGN);
 #endif
+#ifdef SIGXFSZ
+    // A file that reaches the size limit of the session is a failed write, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 const char* const NO_DISPLAY =

@@ -8,6 +8,8 @@
 
 #include <QFileInfo>
 
+#include <optional>
+
 namespace lightbox::mel {
 namespace {
 
@@ -197,6 +199,16 @@ Value Export(const CommandCall& call) {
     return file;
 }
 
+Value SaveAs(const CommandCall& call) {
+    const std::string path = call.String("-rename");
+    std::optional<SceneFormat> format;
+    if (call.Has("-type")) {
+        format = FormatArgument(call, path);
+    }
+    Files(call).SaveAs(path, format, call.Has("-force"));
+    return Files(call).SceneName();
+}
+
 Value File(CommandCall& call) {
     SceneFiles& files = Files(call);
     const bool isForced = call.Has("-force");
@@ -227,6 +239,9 @@ Value File(CommandCall& call) {
     }
     if (call.Has("-reference")) {
         return CreateReference(call);
+    }
+    if (call.Has("-rename") && call.Has("-save")) {
+        return SaveAs(call);
     }
     if (call.Has("-rename")) {
         files.Rename(call.String("-rename"));

@@ -9,15 +9,14 @@ constexpr std::size_t BUFFER_SIZE = 1 << 16;
 
 } // namespace
 
-AtomicFile::Buffer::Buffer(QSaveFile& file)
+AtomicFile::Buffer::Buffer(WholeFile& file)
     : file_(file)
     , pending_(BUFFER_SIZE) {
     setp(pending_.data(), pending_.data() + pending_.size());
 }
 
 bool AtomicFile::Buffer::Drain() {
-    const auto count = pptr() - pbase();
-    const bool written = file_.write(pbase(), count) == count;
+    const bool written = file_.Write(pbase(), static_cast<std::size_t>(pptr() - pbase()));
     setp(pending_.data(), pending_.data() + pending_.size());
     return written;
 }
@@ -37,7 +36,7 @@ std::streamsize AtomicFile::Buffer::xsputn(const char* bytes, std::streamsize co
         return std::streambuf::xsputn(bytes, count);
     }
     // A drawing's images come as large blocks. They bypass the buffer, which saves a copy.
-    return Drain() && file_.write(bytes, count) == count ? count : 0;
+    return Drain() && file_.Write(bytes, static_cast<std::size_t>(count)) ? count : 0;
 }
 
 int AtomicFile::Buffer::sync() {
@@ -45,21 +44,27 @@ int AtomicFile::Buffer::sync() {
 }
 
 AtomicFile::AtomicFile(const std::string& path)
-    : file_(QString::fromStdString(path))
+    : path_(path)
+    , file_(path)
     , buffer_(file_)
     , stream_(&buffer_) {
-    if (!file_.open(QIODevice::WriteOnly)) {
-        throw FileError("Could not write \"" + path + "\": " + file_.errorString().toStdString() + ".");
+    CheckFault();
+}
+
+void AtomicFile::CheckFault() const {
+    if (!file_.Fault().empty()) {
+        throw FileError("Could not write \"" + path_ + "\": " + file_.Fault() + ".");
     }
 }
 
 void AtomicFile::Commit() {
     stream_.flush();
-    if (!stream_ || !file_.commit()) {
-        const std::string reason = file_.errorString().toStdString();
-        file_.cancelWriting();
-        throw FileError("Could not write \"" + file_.fileName().toStdString() + "\": " + reason + ".");
+    CheckFault();
+    if (!stream_) {
+        throw FileError("Could not write \"" + path_ + "\": a part of the content could not be written.");
     }
+    file_.Commit();
+    CheckFault();
 }
 
 } // namespace lightbox

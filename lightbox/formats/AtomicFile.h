@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QSaveFile>
+#include "scene/WholeFile.h"
 
 #include <ostream>
 #include <streambuf>
@@ -9,21 +9,23 @@
 
 namespace lightbox {
 
-/// A file that replaces the old one only after it was written completely. The old file stays until Commit();
-/// without Commit() the new content is dropped. Write through Stream().
+/// A WholeFile that is written through a stream: the old file stays until Commit(), without Commit() the new
+/// content is dropped.
 class AtomicFile {
 public:
-    /// Throws FileError when the folder cannot be written to.
+    /// Throws FileError when the file cannot be written.
     explicit AtomicFile(const std::string& path);
 
     std::ostream& Stream() { return stream_; }
     /// Replaces the old file. Throws FileError when a write failed; the old file then stays.
     void Commit();
+    /// Throws FileError when a write has failed.
+    void CheckFault() const;
 
 private:
     class Buffer : public std::streambuf {
     public:
-        explicit Buffer(QSaveFile& file);
+        explicit Buffer(WholeFile& file);
 
     protected:
         int_type overflow(int_type character) override;
@@ -33,11 +35,12 @@ private:
     private:
         bool Drain();
 
-        QSaveFile& file_;
+        WholeFile& file_;
         std::vector<char> pending_;
     };
 
-    QSaveFile file_;
+    std::string path_;
+    WholeFile file_;
     Buffer buffer_;
     std::ostream stream_;
 };

@@ -20,6 +20,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <tuple>
 
 namespace lightbox {
 namespace {
@@ -238,6 +239,18 @@ void SceneFiles::Save(bool force) {
     host_.events().Fire("SceneSaved");
 }
 
+void SceneFiles::SaveAs(const std::string& path, std::optional<SceneFormat> format, bool force) {
+    const auto before = std::make_tuple(sceneName_, format_, hasFaults_, isForcedModified_);
+    try {
+        Rename(path);
+        format_ = format.value_or(format_);
+        Save(force);
+    } catch (...) {
+        std::tie(sceneName_, format_, hasFaults_, isForcedModified_) = before;
+        throw;
+    }
+}
+
 std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, const std::string& nameSpace) {
     const std::string file = FindFile(path);
     FileReader reader(host_, {file, FileReader::Mode::Import, nameSpace, {}});
@@ -281,11 +294,16 @@ void SceneFiles::Write(const std::string& path, SceneFormat format, SceneContent
     const QFileInfo target(QString::fromStdString(path));
     const std::string name = target.fileName().toStdString();
     AtomicFile file(path);
-    if (format == SceneFormat::MayaAscii) {
-        content.NameReferencesFrom(target.absolutePath().toStdString());
-        AsciiWriter(host_, file.Stream()).Write(content, name);
-    } else {
-        BinaryWriter(host_, file.Stream()).Write(content, name);
+    try {
+        if (format == SceneFormat::MayaAscii) {
+            content.NameReferencesFrom(target.absolutePath().toStdString());
+            AsciiWriter(host_, file.Stream()).Write(content, name);
+        } else {
+            BinaryWriter(host_, file.Stream()).Write(content, name);
+        }
+    } catch (const FileError&) {
+        file.CheckFault(); // a full disk is why a value could not be written
+        throw;
     }
     file.Commit();
 }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,6 +55,9 @@ public:
     void Open(const std::string& path, bool force);
     /// Writes to the scene's own file. `force` also overwrites a file that was read with faults.
     void Save(bool force);
+    /// Saves under another name, like Rename() and Save(). When that fails, the scene keeps its name and
+    /// format.
+    void SaveAs(const std::string& path, std::optional<SceneFormat> format, bool force);
     /// Adds the content of another scene and returns the new nodes. Cannot be undone. The new nodes go into
     /// the namespace; when it is empty, names that clash get the file's base name as prefix.
     std::vector<std::shared_ptr<Node>> Import(const std::string& path, const std::string& nameSpace);

@@ -3,6 +3,7 @@
 #include "mel/OpenFiles.h"
 #include "mel/Registration.h"
 #include "mel/SyntaxBuilder.h"
+#include "scene/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,8 +11,10 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 namespace lightbox::mel {
 
@@ -94,8 +97,10 @@ void RegisterOpenFiles(CommandRegistry& registry) {
     const auto files = std::make_shared<OpenFiles>();
     registry.RegisterRaw("fopen", 1, 2, [files](CommandCall& call) { return Open(call, files); });
     registry.RegisterRaw("fclose", 1, 1, [files](CommandCall& call) {
-        OpenFile(call, files);
-        files->Close(call.Object(0).AsInt());
+        const std::string path = OpenFile(call, files).fileName().toStdString();
+        if (!files->Close(call.Object(0).AsInt())) {
+            call.Fail("The end of \"" + path + "\" could not be written.");
+        }
         return Value();
     });
     registry.RegisterRaw("fprint", 2, 2, [files](CommandCall& call) { return PrintTo(call, files); });
@@ -111,7 +116,10 @@ void RegisterOpenFiles(CommandRegistry& registry) {
     registry.RegisterRaw("feof", 1, 1,
                          [files](CommandCall& call) { return Value(OpenFile(call, files).atEnd()); });
     registry.RegisterRaw("fflush", 1, 1, [files](CommandCall& call) {
-        OpenFile(call, files).flush();
+        QFile& file = OpenFile(call, files);
+        if (!file.flush()) {
+            call.Fail("Could not write to the file: " + file.errorString().toStdString());
+        }
         return Value();
     });
     registry.RegisterRaw("frewind", 1, 1, [files](CommandCall& call) {
@@ -134,6 +142,23 @@ Value FileTest(CommandCall& call) {
     return result;
 }
 
+/// Copies a file with its permissions. What was there before stays until the copy is whole.
+bool Copy(const fs::path& from, const fs::path& to) {
+    std::ifstream source(from, std::ios::binary);
+    WholeFile copy(to.u8string());
+    std::vector<char> bytes(1 << 16);
+    while (source.read(bytes.data(), static_cast<std::streamsize>(bytes.size())) || source.gcount() > 0) {
+        copy.Write(bytes.data(), static_cast<std::size_t>(source.gcount()));
+    }
+    std::error_code failure;
+    const fs::perms permissions = fs::status(from, failure).permissions();
+    if (!source.eof() || failure || !copy.Commit()) {
+        return false;
+    }
+    fs::permissions(to, permissions, failure);
+    return true;
+}
+
 /// Copies, moves or removes a file; 1 on success.
 Value SystemFile(CommandCall& call) {
     const fs::path path = fs::u8path(call.Object(0).AsString());
@@ -149,8 +174,7 @@ Value SystemFile(CommandCall& call) {
         return fs::is_directory(path, failure) && fs::remove(path, failure);
     }
     if (call.Has("-copy")) {
-        const fs::path target = fs::u8path(call.String("-copy"));
-        return fs::copy_file(path, target, fs::copy_options::overwrite_existing, failure);
+        return Copy(path, fs::u8path(call.String("-copy")));
     }
     if (!call.Has("-move") && !call.Has("-rename")) {
         call.Fail("One of the flags of \"sysFile\" is missing.");

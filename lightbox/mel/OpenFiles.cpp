@@ -39,7 +39,9 @@ QFile* OpenFiles::Find(int id) const {
 }
 
 bool OpenFiles::Close(int id) {
-    return files_.erase(id) > 0;
+    const bool isWritten = Get(id).flush();
+    files_.erase(id);
+    return isWritten;
 }
 
 QFile& OpenFiles::Get(int id) const {

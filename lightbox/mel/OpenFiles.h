@@ -15,6 +15,7 @@ public:
     int Open(const std::string& path, const std::string& mode);
     /// Returns null for a number of no open file.
     QFile* Find(int id) const;
+    /// Closes a file. Returns false if its last bytes could not be written.
     bool Close(int id);
 
     /// The next line with its line break, up to the maximum length of a text.

@@ -239,8 +239,9 @@ void RegisterOptionVariable(CommandRegistry& registry) {
                           .MultiUse(),
                       OptionVariable);
     registry.RegisterRaw("savePrefs", 0, ~0u, [](CommandCall& call) {
-        if (!call.GetHost().optionVars().Save()) {
-            call.Fail("The preferences could not be written.");
+        const std::string fault = call.GetHost().optionVars().Save();
+        if (!fault.empty()) {
+            call.Fail(fault);
         }
         return Value();
     });

@@ -1,12 +1,13 @@
 #include "scene/OptionVars.h"
 
+#include "scene/WholeFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <iterator>
@@ -122,9 +123,9 @@ std::vector<std::string> OptionVars::Names() const {
     return names;
 }
 
-bool OptionVars::Save() {
+std::string OptionVars::Save() {
     if (!changed_ || file_.empty()) {
-        return true;
+        return {};
     }
     QJsonObject all;
     for (const auto& entry : values_) {
@@ -133,12 +134,9 @@ bool OptionVars::Save() {
             QJsonObject{{QString::fromLatin1(TYPE_KEYS[entry.second.index()]), json}};
     }
     QDir().mkpath(QFileInfo(QString::fromStdString(file_)).path());
-    QSaveFile file(QString::fromStdString(file_));
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(all).toJson()) < 0 || !file.commit()) {
-        return false;
-    }
-    changed_ = false;
-    return true;
+    const std::string fault = WholeFile::Write(file_, QJsonDocument(all).toJson().toStdString());
+    changed_ = !fault.empty();
+    return fault.empty() ? fault : "Could not write \"" + file_ + "\": " + fault + ".";
 }
 
 } // namespace lightbox

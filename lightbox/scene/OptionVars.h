@@ -24,8 +24,9 @@ public:
     bool Remove(const std::string& name);
     std::vector<std::string> Names() const;
 
-    /// Writes the file if something changed. Returns false if that fails; the old file then stays intact.
-    bool Save();
+    /// Writes the file if something changed. If that fails, the old file stays; returns why, else an empty
+    /// string.
+    std::string Save();
 
 private:
     void Load();

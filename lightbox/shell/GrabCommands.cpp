@@ -5,10 +5,13 @@
 #include "mel/SyntaxBuilder.h"
 #include "scene/Host.h"
 #include "scene/UserInterface.h"
+#include "scene/WholeFile.h"
 #include "shell/Registration.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QBuffer>
+#include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
@@ -111,6 +114,17 @@ QPixmap Grab(QWidget& widget) {
     return picture;
 }
 
+/// Writes the format that the file's suffix names. Returns why that failed, or an empty string.
+std::string WritePicture(const QPixmap& picture, const QString& file) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!picture.save(&buffer, QFileInfo(file).suffix().toLatin1().constData())) {
+        return "The suffix is that of no picture format that can be written";
+    }
+    return WholeFile::Write(file.toStdString(), bytes.toStdString());
+}
+
 Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
     if (!call.Has("-file")) {
         call.Fail("The file to write is missing: -file.");
@@ -124,8 +138,9 @@ Value GrabCommand(CommandCall& call, ControlRegistry& registry) {
     QWidget& widget = call.Has("-widget") ? WidgetNamed(call, registry, call.String("-widget"))
                                           : *registry.MainWindow().Widget();
     const QString file = ToQt(call.String("-file"));
-    if (!Grab(widget).save(file)) {
-        call.Fail("The image \"" + call.String("-file") + "\" cannot be written.");
+    const std::string fault = WritePicture(Grab(widget), file);
+    if (!fault.empty()) {
+        call.Fail("The image \"" + call.String("-file") + "\" cannot be written: " + fault + ".");
     }
     return call.String("-file");
 }

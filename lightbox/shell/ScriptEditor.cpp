@@ -2,15 +2,16 @@
 
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
+#include "scene/WholeFile.h"
 #include "shell/CodeEdit.h"
 #include "shell/MelHighlighter.h"
 #include "shell/MessageLog.h"
 
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QHBoxLayout>
-#include <QSaveFile>
 #include <QSplitter>
 #include <QTextBlock>
 #include <QToolButton>
@@ -151,10 +152,11 @@ void ScriptEditor::SaveScript() {
     if (path.isEmpty()) {
         return;
     }
-    QSaveFile file(path.contains(QLatin1Char('.')) ? path : path + QStringLiteral(".mel"));
-    const QByteArray text = input_->toPlainText().toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        host_.output().Error("The script \"" + path.toStdString() + "\" cannot be written.");
+    const QString file =
+        QFileInfo(path).fileName().contains(QLatin1Char('.')) ? path : path + QStringLiteral(".mel");
+    const std::string fault = WholeFile::Write(file.toStdString(), input_->toPlainText().toStdString());
+    if (!fault.empty()) {
+        host_.output().Error("The script \"" + file.toStdString() + "\" cannot be written: " + fault + ".");
     }
 }
 

@@ -10,26 +10,32 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include <new>
+
 namespace lightbox {
 
 namespace {
 
-void Complain(Host& host, QWidget* parent, const FileError& error) {
-    host.output().Error(error.what());
-    QMessageBox box(QMessageBox::Warning, "Save Scene", QString::fromStdString(error.what()), QMessageBox::Ok,
+void Complain(Host& host, QWidget* parent, const std::string& fault) {
+    host.output().Error(fault);
+    QMessageBox box(QMessageBox::Warning, "Save Scene", QString::fromStdString(fault), QMessageBox::Ok,
                     parent);
     box.setObjectName("saveFailed");
     box.exec();
 }
 
-bool Write(Host& host, QWidget* parent, bool force) {
+/// Calls a function that saves. Returns false, after a message, when it fails.
+template <class Function>
+bool Saved(Host& host, QWidget* parent, const Function& save) {
     try {
-        host.files().Save(force);
+        save(host.files());
         return true;
     } catch (const FileError& error) {
-        Complain(host, parent, error);
-        return false;
+        Complain(host, parent, error.what());
+    } catch (const std::bad_alloc&) {
+        Complain(host, parent, "The scene was not saved: there is not enough memory.");
     }
+    return false;
 }
 
 } // namespace
@@ -61,7 +67,9 @@ bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
 }
 
 bool UnsavedChanges::Save(Host& host, QWidget* parent) {
-    return host.files().SceneName().empty() ? SaveAs(host, parent) : Write(host, parent, false);
+    return host.files().SceneName().empty()
+               ? SaveAs(host, parent)
+               : Saved(host, parent, [](SceneFiles& files) { files.Save(false); });
 }
 
 bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
@@ -80,14 +88,9 @@ bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
     if (dialog.exec() != QDialog::Accepted) {
         return false;
     }
-    try {
-        host.files().Rename(dialog.selectedFiles().value(0).toStdString());
-    } catch (const FileError& error) {
-        Complain(host, parent, error);
-        return false;
-    }
+    const std::string path = dialog.selectedFiles().value(0).toStdString();
     // The dialog has already asked whether to replace an existing file.
-    return Write(host, parent, true);
+    return Saved(host, parent, [&path](SceneFiles& files) { files.SaveAs(path, std::nullopt, true); });
 }
 
 } // namespace lightbox

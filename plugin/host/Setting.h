@@ -25,7 +25,6 @@ struct Setting {
     /// created.
     static Setting Count(const char* group, const QString& key, int& member, int least, int most);
 
-    QString GetPath() const { return QLatin1String(group) + QLatin1Char('/') + key; }
     /// The value that a missing key stands for.
     QVariant GetDefault() const { return reset.isValid() ? reset : get(); }
 

@@ -10,8 +10,6 @@
 
 #include <QFileInfo>
 #include <QFont>
-#include <QSettings>
-#include <QStringList>
 
 #include <map>
 #include <vector>
@@ -327,11 +325,10 @@ void Settings::ReadUserConfig() {
     if (path.isEmpty()) {
         return;
     }
-    SettingsFile::Disarm(path);
-    const QSettings file(path, QSettings::IniFormat);
+    const SettingsFile file(path);
     for (const Setting& setting : SETTINGS) {
         if (setting.set != nullptr) {
-            setting.set(file.value(setting.GetPath(), setting.GetDefault()));
+            setting.set(file.Value(QLatin1String(setting.group), setting.key, setting.GetDefault()));
         }
     }
 }
@@ -341,16 +338,13 @@ void Settings::WriteUserConfig() {
     if (path.isEmpty()) {
         return;
     }
-    SettingsFile::Disarm(path); // QSettings reads the old file before it writes
-    QSettings file(path, QSettings::IniFormat);
-    QStringList keys;
+    SettingsFile file(path); // what others have written there stays
     for (const Setting& setting : SETTINGS) {
-        file.setValue(setting.GetPath(), setting.get());
-        keys.append(setting.GetPath());
+        file.Set(QLatin1String(setting.group), setting.key, setting.get());
     }
-    file.sync();
-    if (file.status() == QSettings::NoError) {
-        SettingsFile::Sort(path, keys);
+    const QString fault = file.Write();
+    if (!fault.isEmpty()) {
+        Logger::Warning('"' + path + "\" cannot be written: " + fault + '.');
     }
 }
 

@@ -2,24 +2,57 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QStringList>
+#include <QVariant>
+#include <QVector>
 
 namespace vellix {
 
-/// Additions to QSettings for an INI file that a user may edit or a disk may damage.
+/// The settings file: an INI file in the format of QSettings, which a user may edit, a disk may damage, and
+/// other programs may add to. Only numbers, flags, texts, bytes and colours are decoded; whatever else a
+/// value claims to be is a text. Groups, keys and other lines that are not set here are kept byte for byte.
+///
+/// Unlike with QSettings, a value never builds another object, no lock file is waited for, and no line
+/// continues on the next one. Of two programs that write at the same time, the last one wins.
 class SettingsFile {
 public:
-    /// Turns values of types that the plug-in never writes into plain text, since QSettings builds any object
-    /// that a value claims to be, and a damaged one can crash the host. Leaves a file without such values
-    /// alone.
-    static void Disarm(const QString& path);
+    /// Reads the file. A missing file is empty.
+    explicit SettingsFile(const QString& path);
 
-    /// Sorts the file by the given keys ("group/key"), since QSettings keeps no order on some platforms.
-    /// Other keys follow.
-    static void Sort(const QString& path, const QStringList& keys);
+    /// Returns `missing` if the file has no such key.
+    QVariant Value(const QString& group, const QString& key, const QVariant& missing) const;
+    void Set(const QString& group, const QString& key, const QVariant& value);
+    /// Writes the file: first the values that were set, in that order, each group followed by its other
+    /// lines, then the other groups. Returns why that failed, or an empty string. A file that could not be
+    /// read is not replaced.
+    QString Write() const;
 
-    /// Disarm() for the content of an INI file. Returns it unchanged when it has no such values.
-    static QByteArray Disarmed(const QByteArray& content);
+    /// A value as it stands behind "key=".
+    static QByteArray Encoded(const QVariant& value);
+    static QVariant Decoded(const QByteArray& text);
+
+private:
+    /// A group as it stands in the file. What comes before the first header is a group without one.
+    struct Group {
+        QByteArray header;
+        QByteArray name;
+        QVector<QByteArray> lines;
+    };
+    struct NewValue {
+        QByteArray group;
+        QByteArray key;
+        QByteArray text;
+    };
+
+    void Parse();
+    bool IsSet(const QByteArray& group, const QByteArray& key) const;
+    QVector<QByteArray> NewLines(const QByteArray& group) const;
+    QByteArray Composed() const;
+
+    QString path_;
+    QString fault_; ///< why the file could not be read
+    QByteArray content_;
+    QVector<Group> groups_;
+    QVector<NewValue> values_;
 };
 
 } // namespace vellix

@@ -1,10 +1,10 @@
 #include "paint/MovieWriter.h"
 
-#include <QFile>
+#include "paint/WholeFile.h"
+
 #include <QFileInfo>
 #include <QPainter>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 
 #include <cmath>
 
@@ -26,6 +26,12 @@ QProcessEnvironment CleanEnvironment() {
     return environment;
 }
 
+/// ffmpeg's name for the format of a file. It cannot tell by the name of the temporary file.
+QString FormatOf(const QString& path) {
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == QLatin1String("mkv") ? QStringLiteral("matroska") : suffix;
+}
+
 } // namespace
 
 const QStringList MovieWriter::SUFFIXES = {"mp4", "mov", "mkv", "avi", "webm"};
@@ -38,9 +44,6 @@ MovieWriter::~MovieWriter() {
     if (encoder_.state() != QProcess::NotRunning) {
         encoder_.kill();
         encoder_.waitForFinished();
-    }
-    if (!partPath_.isEmpty()) {
-        QFile::remove(partPath_);
     }
 }
 
@@ -83,18 +86,12 @@ bool MovieWriter::Start(const QSize& size) {
     if (encoder.isEmpty()) {
         return Fail("ffmpeg is not installed.");
     }
-    const QFileInfo file(path_);
-    // The encoder picks the format by the suffix, so the random letters stand before it.
-    const QString letters(6, QLatin1Char('X'));
-    QTemporaryFile part(
-        QString("%1/.%2.%3.%4").arg(file.absolutePath(), file.completeBaseName(), letters, file.suffix()));
-    part.setAutoRemove(false);
-    if (!part.open()) {
-        return Fail(QString("\"%1\" cannot be written: %2.").arg(path_, part.errorString()));
+    file_ = std::make_unique<WholeFile>(path_);
+    if (!file_->Fault().isEmpty()) {
+        return Fail(QString("\"%1\" cannot be written: %2.").arg(path_, file_->Fault()));
     }
-    partPath_ = part.fileName();
-    part.close();
-    QStringList arguments{"-y", "-hide_banner", "-loglevel", "error", "-f", "rawvideo", "-pix_fmt", "rgba"};
+    QStringList arguments{"-y", "-xerror",  "-hide_banner", "-loglevel", "error",
+                          "-f", "rawvideo", "-pix_fmt",     "rgba"};
     arguments << "-s" << QString("%1x%2").arg(size.width()).arg(size.height());
     arguments << "-framerate" << RateText(rate_) << "-i"
               << "-"
@@ -102,7 +99,8 @@ bool MovieWriter::Start(const QSize& size) {
     arguments << "-vf"
               << "pad=ceil(iw/2)*2:ceil(ih/2)*2"
               << "-pix_fmt"
-              << "yuv420p" << partPath_;
+              << "yuv420p"
+              << "-f" << FormatOf(path_) << file_->TemporaryPath();
     encoder_.setProcessEnvironment(CleanEnvironment());
     encoder_.setStandardOutputFile(QProcess::nullDevice());
     encoder_.start(encoder, arguments);
@@ -111,7 +109,7 @@ bool MovieWriter::Start(const QSize& size) {
 }
 
 bool MovieWriter::Write(const QImage& image) {
-    if (!fault_.isEmpty() || (partPath_.isEmpty() && !Start(image.size()))) {
+    if (!fault_.isEmpty() || (!file_ && !Start(image.size()))) {
         return false;
     }
     QImage frame(image.size(), QImage::Format_RGBX8888);
@@ -129,7 +127,7 @@ bool MovieWriter::Write(const QImage& image) {
 }
 
 QString MovieWriter::Finish() {
-    if (!fault_.isEmpty() || partPath_.isEmpty()) {
+    if (!fault_.isEmpty() || !file_) {
         return fault_;
     }
     while (encoder_.bytesToWrite() > 0 && encoder_.waitForBytesWritten(TIMEOUT_MS)) {
@@ -138,20 +136,15 @@ QString MovieWriter::Finish() {
     // Finishing a long movie may mean rewriting the whole file.
     const bool ended = encoder_.state() == QProcess::NotRunning || encoder_.waitForFinished(10 * TIMEOUT_MS);
     if (!ended || encoder_.exitStatus() != QProcess::NormalExit || encoder_.exitCode() != 0 ||
-        QFileInfo(partPath_).size() == 0) {
+        QFileInfo(file_->TemporaryPath()).size() == 0) {
         Fail(QString("\"%1\" was not written.%2").arg(path_, EncoderErrors()));
         return fault_;
     }
-    // QTemporaryFile lets only the owner read it. A movie gets the usual permissions.
-    QFile::setPermissions(partPath_,
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    QFile::remove(path_);
-    if (!QFile::rename(partPath_, path_)) {
-        Fail(QString("\"%1\" cannot be written. Is it a folder, or open in another program?").arg(path_));
-        return fault_;
+    if (!file_->Commit()) {
+        Fail(QString("\"%1\" cannot be written: %2.").arg(path_, file_->Fault()));
     }
-    partPath_.clear();
-    return {};
+    file_.reset();
+    return fault_;
 }
 
 } // namespace vellix

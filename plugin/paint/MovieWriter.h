@@ -7,12 +7,15 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace vellix {
 
+class WholeFile;
+
 /// Writes images of one size as a movie, through the program ffmpeg. The movie is written whole or not at
-/// all: it grows in a temporary file beside the target, which it replaces once it is complete. Transparent
-/// parts become white. An odd width or height is padded by one pixel, since the movie's pixel format needs
-/// even ones.
+/// all (WholeFile). Transparent parts become white. An odd width or height is padded by one pixel, since the
+/// movie's pixel format needs even ones.
 class MovieWriter : private NonCopyable {
 public:
     /// The supported movie formats, by file suffix.
@@ -43,7 +46,7 @@ private:
     QString EncoderErrors();
 
     QString path_;
-    QString partPath_; // the temporary file; empty while there is none to remove
+    std::unique_ptr<WholeFile> file_; // the movie as the encoder writes it; null before and after
     double rate_;
     QProcess encoder_;
     QString fault_;

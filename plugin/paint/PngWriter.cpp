@@ -1,22 +1,16 @@
 #include "paint/PngWriter.h"
 
+#include "paint/WholeFile.h"
+
 #include <QBuffer>
 #include <QMutexLocker>
 #include <QRunnable>
-#include <QSaveFile>
 
 #include <algorithm>
 
 namespace vellix {
 
 namespace {
-
-QString WriteFile(const QByteArray& content, const QString& path) {
-    QSaveFile file(path);
-    const bool written =
-        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
-    return written ? QString() : QString("\"") + path + "\" cannot be written: " + file.errorString();
-}
 
 QString WriteFiles(const QImage& image, const QStringList& paths) {
     QByteArray content;
@@ -26,9 +20,9 @@ QString WriteFiles(const QImage& image, const QStringList& paths) {
         return "The image cannot be encoded.";
     }
     for (const QString& path : paths) {
-        const QString fault = WriteFile(content, path);
+        const QString fault = WholeFile::Write(path, content);
         if (!fault.isEmpty()) {
-            return fault;
+            return '"' + path + "\" cannot be written: " + fault + '.';
         }
     }
     return QString();

@@ -13,7 +13,7 @@
 namespace vellix {
 
 /// Writes images as PNG files, several at a time on its own threads. Every file is written whole or not at
-/// all: the old file stays until the new one is complete.
+/// all (WholeFile).
 class PngWriter : private NonCopyable {
 public:
     PngWriter();

@@ -1,4 +1,5 @@
 #include "HostFixture.h"
+#include "faults/DiskFault.h"
 #include "mel/Interpreter.h"
 #include "scene/EventBus.h"
 #include "scene/IdleQueue.h"
@@ -18,6 +19,8 @@
 #include <maya/MPxCommand.h>
 #include <maya/MStringArray.h>
 #include <maya/MSyntax.h>
+
+#include <gmock/gmock.h>
 
 using namespace lightbox;
 
@@ -283,9 +286,13 @@ TEST_F(MGlobalTest, OptionVariablesOutliveTheSession) {
         vars.Set("text", std::string("\"quoted\" \xc3\xa4"));
         vars.Set("texts", std::vector<std::string>{"a", ""});
         vars.Set("ints", std::vector<int>{});
+        {
+            const DiskFault fault = DiskFault::Full(prefs_.path(), 3);
+            EXPECT_THAT(vars.Save(), ::testing::HasSubstr("No space left on device"));
+        }
         vars.Set("gone", 1);
         EXPECT_TRUE(vars.Remove("gone"));
-        EXPECT_TRUE(vars.Save());
+        EXPECT_EQ(vars.Save(), "");
     }
     const OptionVars again(folder);
     EXPECT_EQ(again.Names(), (std::vector<std::string>{"int", "ints", "text", "texts", "whole float"}));

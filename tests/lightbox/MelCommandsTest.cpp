@@ -1,4 +1,5 @@
 #include "MelFixture.h"
+#include "faults/DiskFault.h"
 #include "mel/ScriptJobs.h"
 #include "scene/EventBus.h"
 #include "scene/IdleQueue.h"
@@ -8,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -127,6 +130,20 @@ TEST_F(MelCommandsTest, WriteAndReadFiles) {
     EXPECT_EQ(Typed("getFileList -folder " + lightbox::Quoted(files_.path().toStdString())),
               "string[] t.txt t.txt.copy");
     EXPECT_EQ(Typed("`sysFile -delete $to` + `filetest -f $to`"), "int 1");
+}
+
+TEST_F(MelCommandsTest, AFullDiskIsAnErrorOfWhatWrites) {
+    Write("t.txt", "what was there");
+    Write("from.txt", "longer than what was there");
+    const DiskFault fault = DiskFault::Full(files_.path(), 4);
+    EXPECT_EQ(
+        Typed("sysFile -copy " + lightbox::Quoted(Path("t.txt")) + " " + lightbox::Quoted(Path("from.txt"))),
+        "int 0");
+    EXPECT_EQ(Typed("$f = fopen(" + lightbox::Quoted(Path("t.txt")) + ", \"r\"); fgetline($f)"),
+              "string what was there");
+    EXPECT_THAT(ErrorOf("$f = fopen(" + lightbox::Quoted(Path("new.txt")) +
+                        ", \"w\"); fprint $f \"a line\"; fclose $f"),
+                ::testing::HasSubstr("could not be written"));
 }
 
 TEST_F(MelCommandsTest, SourceScripts) {

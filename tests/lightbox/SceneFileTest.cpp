@@ -1,5 +1,6 @@
 #include "SceneDump.h"
 #include "SceneFileFixture.h"
+#include "faults/DiskFault.h"
 #include "formats/SceneFiles.h"
 #include "scene/EventBus.h"
 #include "scene/Scene.h"
@@ -210,6 +211,32 @@ TEST_F(SceneFileTest, SavingReplacesTheFileOnlyWhenTheNewOneIsWhole) {
     EXPECT_NE(ErrorOf("file -rename " + lightbox::Quoted(folder_.path().toStdString())), "none");
     EXPECT_THAT(ErrorOf("file -save -type \"mayaBinary\""), HasSubstr("cannot be written as \"mayaBinary\""));
     EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files).size(), 2) << "nothing half written is left";
+}
+
+TEST_F(SceneFileTest, AFullDiskCostsNeitherTheFileNorTheSceneItsName) {
+    BuildScene();
+    for (const char* name : {"a.ma", "a.lbx"}) {
+        Save(name);
+        const std::string before = Read(name);
+        const std::string format = Typed("file -q -type");
+        Run("setAttr persp.tx " + std::to_string(before.size()));
+        for (const int bytes : {0, 600, static_cast<int>(before.size()) / 2}) {
+            const DiskFault fault = DiskFault::Full(folder_.path(), bytes);
+            const std::string other = name == std::string("a.ma") ? "b.lbx" : "b.ma";
+            for (const std::string& line :
+                 {std::string("file -save"), "file -save -type mayaAscii -rename " + Quoted(other),
+                  "file -exportAll " + Quoted(other)}) {
+                EXPECT_THAT(ErrorOf(line), HasSubstr("No space left on device")) << line;
+                EXPECT_EQ(Typed("file -q -modified"), "int 1") << line;
+                EXPECT_EQ(Typed("file -q -sceneName"), "string " + Path(name)) << line;
+                EXPECT_EQ(Typed("file -q -type"), format) << line;
+            }
+        }
+        EXPECT_EQ(Read(name), before);
+        EXPECT_EQ(ErrorOf("file -save"), "none");
+        EXPECT_TRUE(Read(name) != before) << name;
+    }
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
 }
 
 TEST_F(SceneFileTest, ModifiedFollowsEditsUndoAndSaving) {

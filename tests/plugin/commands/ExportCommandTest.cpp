@@ -1,3 +1,4 @@
+#include "faults/DiskFault.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "paint/MovieWriter.h"
@@ -191,6 +192,14 @@ TEST_F(MovieTest, AFailedMovieLeavesWhatWasThere) {
         EXPECT_TRUE(message.contains(c.message)) << c.script << ": " << message.toStdString();
         EXPECT_EQ(Written(), QStringList("walk.mp4"));
     }
+    // The movie is done and cannot take its place.
+    InstallEncoder("for file; do :; done\ncat >\"$file\"\n");
+    {
+        const DiskFault fault = DiskFault::Rename(folder_.path());
+        const QString message = Refused(Movie("-startTime 1 -endTime 2")).value(0);
+        EXPECT_TRUE(message.contains("cannot be written: No space left")) << message.toStdString();
+    }
+    EXPECT_EQ(Written(), QStringList("walk.mp4"));
     EXPECT_EQ(QFileInfo(Path("out/walk.mp4")).size(), 11);
 }
 

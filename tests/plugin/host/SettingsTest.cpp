@@ -1,10 +1,17 @@
 #include "host/Settings.h"
 
+#include "faults/DiskFault.h"
+#include "host/SettingsFile.h"
 #include "paint/ToolType.h"
 #include "plugin/PluginTest.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QSettings>
 
+#include <algorithm>
 #include <random>
 
 namespace vellix {
@@ -22,20 +29,19 @@ protected:
     }
     ~SettingsTest() override { QFile::remove(Settings::GetUserConfigPath()); }
 
-    /// Every file is longer than the last: a change of the same size within a clock tick would go unnoticed.
     static void Write(const QByteArray& text) {
-        static int size = 0;
-        size = qMax(size, text.size()) + 1;
         QFile file(Settings::GetUserConfigPath());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
-        file.write(QByteArray(size - text.size(), '\n'));
     }
-    static QByteArray Written() {
-        Settings::WriteUserConfig();
+    static QByteArray Content() {
         QFile file(Settings::GetUserConfigPath());
         file.open(QIODevice::ReadOnly);
         return file.readAll();
+    }
+    static QByteArray Written() {
+        Settings::WriteUserConfig();
+        return Content();
     }
     static void Read(const QByteArray& group, const QByteArray& line) {
         Write("[" + group + "]\n" + line + "\n");
@@ -160,6 +166,8 @@ TEST_F(SettingsTest, NonsenseFilesDoNoHarm) {
         "[tools]\nactiveColor=\\x40V\"ari\"\\\na\\156t(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\n",
         "[tools]\nactiveColor=@Variant(\\0\\0\\0\\x43\\x4c\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\0\\0)\n",
         "[main]\ntoolboxGeometry=@ByteArray(\\xZZ\nversion=@Invalid()\n",
+        "[tools]\nactiveColor=@DateTime(\\0\\0\\0\x47\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff\\xff)\n",
+        "[tools]\nactiveColor=@DateTime(\\0\\0\\0\\x47\\0\\x7f\\xff\\xff\\xff\\x7f\\xff\\xff\\xff)\n",
     };
     for (int round = 0; round < 300; ++round) {
         QByteArray damaged = whole;
@@ -179,6 +187,116 @@ TEST_F(SettingsTest, NonsenseFilesDoNoHarm) {
         ASSERT_TRUE(Settings::ghostNextCount >= 1 && Settings::ghostNextCount <= 9);
         ASSERT_TRUE(int(Settings::activeTool) >= 0 && int(Settings::activeTool) <= 8);
     }
+}
+
+/// A value of any type that is stored, as often as not with letters that mean something in the file.
+QVariant AnyValue(std::mt19937& random) {
+    QString text;
+    for (auto count = random() % 12; count > 0; --count) {
+        const auto kind = random() % 4;
+        const auto code = kind == 0 ? random() % 0x20 : kind == 1 ? random() % 0x100 : random() % 0xD800;
+        text += kind == 3 ? QChar::fromLatin1("@()\"\\;,= %x09"[random() % 13])
+                          : QChar(static_cast<ushort>(code));
+    }
+    const auto part = [&random] { return static_cast<int>(random() % 256); };
+    const QColor color(part(), part(), part(), part());
+    const QVariant values[] = {text,  text.toLatin1(), part() - 128,   part() % 2 == 0,
+                               color, color.toHsv(),   color.toCmyk(), QColor()};
+    return values[random() % 8];
+}
+
+TEST_F(SettingsTest, ValuesStandInTheFileAsQSettingsWritesThem) {
+    std::mt19937 random(3);
+    QVector<QVariant> values;
+    for (int i = 0; i < 3000; ++i) {
+        values.append(AnyValue(random));
+    }
+    const QString path = Settings::GetUserConfigPath();
+    {
+        QFile::remove(path);
+        QSettings theirs(path, QSettings::IniFormat);
+        for (int i = 0; i < values.size(); ++i) {
+            theirs.setValue(QString("g/k%1").arg(i), values[i]);
+        }
+    }
+    const SettingsFile read(path);
+    SettingsFile ours(path);
+    for (int i = 0; i < values.size(); ++i) {
+        const QString key = QString("k%1").arg(i);
+        const QVariant value = read.Value("g", key, "missing");
+        const bool isNumber = values[i].type() == QVariant::Int || values[i].type() == QVariant::Bool;
+        EXPECT_EQ(value, isNumber ? QVariant(values[i].toString()) : values[i])
+            << SettingsFile::Encoded(values[i]).toStdString();
+        ours.Set("g", key, values[i]);
+    }
+    // The same lines; only their order is another.
+    QList<QByteArray> before = Content().split('\n');
+    ASSERT_EQ(ours.Write(), QString());
+    QList<QByteArray> after = Content().split('\n');
+    std::sort(before.begin(), before.end());
+    std::sort(after.begin(), after.end());
+    EXPECT_EQ(before, after);
+}
+
+TEST_F(SettingsTest, OnlyWhatASettingCanBeIsDecoded) {
+    const char object[] = "@Variant(\\0\\0\\0\\x43\\x1\\xff\\xff\\xff\\xff\\0\\0\\0\\0\\0\\0)";
+    EXPECT_EQ(SettingsFile::Decoded(object), QVariant(QColor(255, 0, 0)));
+    for (const char* text : {"@Variant(\\0\\0\\0\\x43\\x1\\xff)",
+                             "@Variant(\\0\\0\\0\\x43\\x9\\xff\\xff\\xff\\xff\\0\\0\\0\\0\\0\\0)",
+                             "@DateTime(\\0\\0\\0\\x47\\x7f)", "@Rect(1 2 3 4)", "@Size(1 2)", "@Point(1 2)",
+                             "@Variant(", "@"}) {
+        EXPECT_EQ(SettingsFile::Decoded(text).type(), QVariant::String) << text;
+    }
+    EXPECT_EQ(SettingsFile::Decoded(" a \\t; a comment"), QVariant("a \t"));
+    EXPECT_EQ(SettingsFile::Decoded("\"a; b\" ; a comment"), QVariant("a; b"));
+}
+
+TEST_F(SettingsTest, WhatOthersWroteStaysByteForByte) {
+    const QByteArray others =
+        "[other]\nkey = @DateTime(\\0 \r\n\n  ; a comment\n\xff\xfe no key\nk=\"no end\n";
+    Write("; the first line\n[tools]\nmy tool\\x=1 \\\npencilSize=17\n  [main] \nmainMenuName=One\n" +
+          others + "[main]\nmainMenuName=Two\n#x=%20\n");
+    Settings::ReadUserConfig();
+    EXPECT_EQ(Settings::mainMenuName, QStringLiteral("Two"));
+    Settings::pencilSize = 18;
+    const QByteArray written = Written();
+    EXPECT_TRUE(written.startsWith("; the first line\n\n[main]\nversion=1\nmainMenuName=Two\n"))
+        << written.toStdString();
+    EXPECT_TRUE(written.endsWith('\n' + others)) << written.toStdString();
+    for (const char* line : {"\nmy tool\\x=1 \\\n", "\n#x=%20\n", "\npencilSize=18\n"}) {
+        EXPECT_EQ(written.count(line), 1) << line;
+    }
+    for (const char* gone : {"One", "pencilSize=17"}) {
+        EXPECT_FALSE(written.contains(gone)) << gone;
+    }
+    EXPECT_EQ(Written(), written) << "written again";
+    Settings::mainMenuName = Settings::DEFAULT_MAIN_MENU_NAME;
+}
+
+TEST_F(SettingsTest, NeitherALockNorAFullDiskCostsTheFile) {
+    const QString path = Settings::GetUserConfigPath();
+    Write("[other]\nkey=1\n");
+    QFile lock(path + ".lock");
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+    lock.write(QByteArray::number(QCoreApplication::applicationPid()) +
+               "\nanother program\nanother machine\n");
+    lock.close();
+    const QByteArray written = Written();
+    EXPECT_TRUE(written.contains("pencilSize=6\n"));
+    EXPECT_TRUE(lock.remove());
+    {
+        const DiskFault fault = DiskFault::Full(QFileInfo(path).path(), 700);
+        Settings::pencilSize = 7;
+        EXPECT_EQ(Written(), written);
+        EXPECT_THAT(Messages(),
+                    ::testing::ElementsAre(::testing::HasSubstr("cannot be written: No space left")));
+    }
+    // What cannot be read is not replaced.
+    QFile::remove(path);
+    ASSERT_TRUE(QDir().mkpath(path));
+    Settings::WriteUserConfig();
+    EXPECT_THAT(Messages(), ::testing::ElementsAre(::testing::HasSubstr("The old file cannot be read")));
+    EXPECT_TRUE(QDir().rmdir(path));
 }
 
 TEST_F(SettingsTest, HardnessAndUnknownTools) {

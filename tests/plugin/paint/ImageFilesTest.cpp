@@ -1,3 +1,4 @@
+#include "faults/DiskFault.h"
 #include "paint/ContactSheet.h"
 #include "paint/ImageSequence.h"
 #include "paint/PngWriter.h"
@@ -56,6 +57,18 @@ TEST(PngWriterTest, WritesEveryFileWholeOrNotAtAll) {
     EXPECT_TRUE(fault.contains(".png\" cannot be written")) << fault.toStdString();
     EXPECT_FALSE(writer.Write(Drawing(Qt::red), {folder.filePath("late.png")}));
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 21);
+}
+
+TEST(PngWriterTest, AFullDiskLeavesTheOldPictureAndStopsWriting) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("a.png");
+    ASSERT_TRUE(Drawing(Qt::blue).save(path));
+    PngWriter writer;
+    const DiskFault fault = DiskFault::Full(folder.path(), 100);
+    writer.Write(Drawing(Qt::red), {path});
+    EXPECT_EQ(writer.Finish(), '"' + path + "\" cannot be written: No space left on device.");
+    EXPECT_EQ(QImage(path).pixelColor(500, 500), QColor(Qt::blue));
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
 // Every drawing has a card of its own colour; one more than the sheet has cards for changes nothing.
