@@ -79,7 +79,10 @@ void AutoSaveFolder::Rotate(const std::string& newest, int maximum, const std::s
     entries.erase(std::find_if(entries.begin(), entries.end(),
                                [&](const Entry& entry) { return entry.path == newest; }),
                   entries.end());
-    const auto isKept = [&](const Entry& entry) { return kept.count(entry.path) > 0; };
+    const auto isKept = [&](const Entry& entry) {
+        return kept.count(QFileInfo(QString::fromStdString(entry.path)).canonicalFilePath().toStdString()) >
+               0;
+    };
     entries.erase(std::remove_if(entries.begin(), entries.end(), isKept), entries.end());
     const auto whole =
         std::count_if(entries.begin(), entries.end(), [](const Entry& entry) { return entry.isWhole; });

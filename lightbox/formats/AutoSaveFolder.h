@@ -21,8 +21,8 @@ public:
     /// Returns the path; throws FileError when the folder cannot be written to.
     std::string Reserve(const std::string& suffix) const;
     /// Deletes the oldest files until `maximum` are left, `newest` included; 0 stands for no limit. Also
-    /// deletes what killed programs have left of a file. The files in `kept` are neither deleted nor counted,
-    /// and neither are those after `newest`, which are of other programs.
+    /// deletes what killed programs have left of a file. The files in `kept`, canonical paths, are neither
+    /// deleted nor counted, and neither are those after `newest`, which are of other programs.
     void Rotate(const std::string& newest, int maximum, const std::set<std::string>& kept) const;
 
 private:

@@ -110,8 +110,9 @@ std::set<std::string> SessionRecord::FilesOfOthers() const {
     }
     for (const QFileInfo& info : QDir(folder_).entryInfoList({QString("*") + RECORD}, QDir::Files)) {
         if (info.completeBaseName() != name_) {
-            const Content content = ReadContent(info.filePath());
-            files.insert(content.files.begin(), content.files.end());
+            for (const std::string& file : ReadContent(info.filePath()).files) {
+                files.insert(QFileInfo(QString::fromStdString(file)).canonicalFilePath().toStdString());
+            }
         }
     }
     return files;

@@ -37,7 +37,7 @@ public:
     void Write(Content content);
     /// Removes the record from the disk.
     void Remove();
-    /// The automatic saves of all other sessions, running or left behind.
+    /// The automatic saves of all other sessions, running or left behind, as canonical paths.
     std::set<std::string> FilesOfOthers() const;
 
     /// The records that other sessions have left behind.
