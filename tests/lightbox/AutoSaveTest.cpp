@@ -129,7 +129,6 @@ TEST_F(AutoSaveTest, SavingLeavesTheSceneAsItIs) {
     EXPECT_FALSE(Saves().IsNeeded());
     Run("file -f -new; undoInfo -state off; createNode transform");
     EXPECT_TRUE(Saves().IsNeeded());
-        "-perform");
 }
 
 TEST_F(AutoSaveTest, TheOldestFilesOfTheSceneMakePlace) {
