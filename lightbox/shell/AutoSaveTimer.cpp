@@ -123,8 +123,8 @@ void AutoSaveTimer::Save() {
     } catch (const std::exception& error) {
         // A full disk stays full for a while. One message is enough, and a dialog would be in the way.
         if (!hasWarned_) {
-            host_.output().Warning("Automatic saving failed, and will be tried again: " +
-                                   std::string(error.what()));
+            host_.output().Warning("Automatic save: " + std::string(error.what()) +
+                                   " Lightbox tries again at each interval.");
         }
         hasWarned_ = true;
     }

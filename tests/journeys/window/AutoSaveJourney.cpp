@@ -69,7 +69,7 @@ TEST_F(AutoSaveJourney, AKilledProgramGivesTheDrawingBack) {
         program.Click("openAutoSave");
         EXPECT_TRUE(program.Becomes("file -q -modified", "1"));
         EXPECT_EQ(program.Drawing(), drawn);
-        program.Type('s', RunningLightbox::Control);
+        program.Mel("SaveScene");
         EXPECT_TRUE(program.Becomes("file -q -modified", "0"));
         program.Mel("evalDeferred quit");
         EXPECT_EQ(program.WaitForEnd(), 0);
