@@ -63,16 +63,16 @@ protected:
 TEST_F(AutoSaveTest, SettingsAreCheckedAndKept) {
     Run("autoSave -folder \"\"");
     const std::string preferences = prefs_.path().toStdString();
+    const std::string workspace = QDir::current().filePath("").toStdString();
     const std::pair<std::string, std::string> rows[] = {
         {"autoSave -q -en", "int 1"},
         {"autoSave -q -int", "float 600"},
         {"autoSave -q -lim", "int 1"},
         {"autoSave -q -df", "string " + preferences + "/autosave/"},
-        {"autoSave -dst 0; autoSave -q -df", "string " + QDir::currentPath().toStdString() + "/autosave/"},
+        {"autoSave -dst 0; autoSave -q -df", "string " + workspace + "autosave/"},
         {"putenv MAYA_AUTOSAVE_FOLDER \"/somewhere/\"; autoSave -dst 2; autoSave -q -df",
          "string /somewhere/"},
-        {"autoSave -dst 1 -fol \"below\"; autoSave -q -df",
-         "string " + QDir::currentPath().toStdString() + "/below/"},
+        {"autoSave -dst 1 -fol \"below\"; autoSave -q -df", "string " + workspace + "below/"},
         {"autoSave -en 0 -int 90.5 -lim 0 -max 7 -prm 1; autoSave -q -int", "float 90.5"},
     };
     for (const auto& [mel, answer] : rows) {
