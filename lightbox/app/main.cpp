@@ -10,6 +10,7 @@
 #include "mel/Interpreter.h"
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
+#include "shell/CrashRecovery.h"
 #include "shell/Registration.h"
 #include "shell/WindowSession.h"
 
@@ -136,6 +137,7 @@ int RunBatch(const CommandLine& line) {
     if (line.autoloadPlugins) {
         host.plugins().Autoload();
     }
+    lightbox::CrashRecovery::Report(host);
     const auto mustStop = [&host] { return host.QuitStatus() || host.output().ErrorCount() > 0; };
     if (!line.sceneFile.empty()) {
         OpenScene(host, line.sceneFile);

@@ -23,6 +23,7 @@ void RegisterSceneCommands(CommandRegistry& registry) {
     RegisterKeyClipboardCommands(registry);
     RegisterUndoCommands(registry);
     RegisterFileCommand(registry);
+    RegisterAutoSaveCommand(registry);
     RegisterSceneHeaderCommands(registry);
     RegisterReferenceQueryCommand(registry);
     RegisterPolygonCommands(registry);

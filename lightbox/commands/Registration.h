@@ -28,6 +28,7 @@ void RegisterKeyTangentCommand(CommandRegistry& registry);
 void RegisterKeyClipboardCommands(CommandRegistry& registry);
 void RegisterUndoCommands(CommandRegistry& registry);
 void RegisterFileCommand(CommandRegistry& registry);
+void RegisterAutoSaveCommand(CommandRegistry& registry);
 void RegisterSceneHeaderCommands(CommandRegistry& registry);
 void RegisterReferenceQueryCommand(CommandRegistry& registry);
 void RegisterPolygonCommands(CommandRegistry& registry);

@@ -2,6 +2,7 @@
 
 #include "formats/AsciiWriter.h"
 #include "formats/AtomicFile.h"
+#include "formats/AutoSave.h"
 #include "formats/BinaryWriter.h"
 #include "formats/FileOperation.h"
 #include "formats/FileReader.h"
@@ -28,10 +29,6 @@ namespace {
 constexpr char ASCII_SUFFIX[] = "ma";
 constexpr char BINARY_SUFFIX[] = "lbx";
 
-const char* SuffixOf(SceneFormat format) {
-    return format == SceneFormat::MayaAscii ? ASCII_SUFFIX : BINARY_SUFFIX;
-}
-
 std::string ReadBytes(const std::string& path) {
     QFile file(QString::fromStdString(path));
     const QFileInfo info(file);
@@ -57,7 +54,8 @@ SceneFiles::SceneFiles(Host& host)
     : host_(host)
     , savedState_(host.undo().State())
     , references_(std::make_unique<ReferenceList>(host))
-    , preserved_(std::make_unique<PreservedContent>()) {}
+    , preserved_(std::make_unique<PreservedContent>())
+    , autoSave_(std::make_unique<AutoSave>(host)) {}
 
 SceneFiles::~SceneFiles() = default;
 
@@ -90,6 +88,10 @@ const char* SceneFiles::FormatName(SceneFormat format) {
     return format == SceneFormat::MayaAscii ? "mayaAscii" : "lightboxBinary";
 }
 
+const char* SceneFiles::SuffixOf(SceneFormat format) {
+    return format == SceneFormat::MayaAscii ? ASCII_SUFFIX : BINARY_SUFFIX;
+}
+
 bool SceneFiles::ParseFormatName(const std::string& name, SceneFormat& format) {
     for (const SceneFormat candidate : {SceneFormat::MayaAscii, SceneFormat::LightboxBinary}) {
         if (name == FormatName(candidate)) {
@@ -113,7 +115,7 @@ const std::string& SceneFiles::Rename(const std::string& path) {
     if (name != sceneName_) {
         sceneName_ = name;
         hasFaults_ = false;
-        isForcedModified_ = true;
+        ForceModified();
     }
     return sceneName_;
 }
@@ -123,8 +125,20 @@ bool SceneFiles::IsModified() const {
 }
 
 void SceneFiles::SetModified(bool modified) {
-    isForcedModified_ = modified;
+    isForcedModified_ = false;
     savedState_ = host_.undo().State();
+    if (modified) {
+        ForceModified();
+    }
+}
+
+void SceneFiles::ForceModified() {
+    isForcedModified_ = true;
+    ++forcedChanges_;
+}
+
+std::pair<std::uint64_t, std::uint64_t> SceneFiles::ContentVersion() const {
+    return {host_.undo().State(), forcedChanges_};
 }
 
 bool SceneFiles::Running(FileOperation operation) const {
@@ -150,6 +164,7 @@ void SceneFiles::CheckUnsaved(bool force) const {
 }
 
 void SceneFiles::Empty() {
+    autoSave_->Settle();
     // The undo queue belongs to the old scene.
     host_.undo().Flush();
     host_.scene().New();
@@ -189,6 +204,19 @@ void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
 void SceneFiles::Open(const std::string& path, bool force) {
     const std::string file = FindFile(path);
     CheckUnsaved(force);
+    Read(file, file);
+    CheckFaults(file);
+}
+
+void SceneFiles::OpenCopy(const std::string& copy, const std::string& name, bool hadFaults) {
+    CheckUnsaved(true);
+    Read(copy, name);
+    ForceModified();
+    CheckFaults(copy);
+    hasFaults_ = hadFaults;
+}
+
+void SceneFiles::Read(const std::string& file, const std::string& name) {
     // Checked before the old scene is emptied: a file that is not a scene must not cost it.
     std::string bytes = ReadBytes(file);
     FileReader::CheckIsScene(bytes, file);
@@ -198,7 +226,7 @@ void SceneFiles::Open(const std::string& path, bool force) {
     {
         const FileOperationScope scope(host_, FileOperation::Open);
         Empty();
-        sceneName_ = file;
+        sceneName_ = name;
         format_ = FormatOf(file, SceneFormat::MayaAscii);
         RunReader(reader, std::move(bytes));
     }
@@ -210,6 +238,9 @@ void SceneFiles::Open(const std::string& path, bool force) {
     // Changes that callbacks make to the new scene do not count as changes by the user.
     host_.undo().Flush();
     SetModified(false);
+}
+
+void SceneFiles::CheckFaults(const std::string& file) const {
     if (hasFaults_) {
         throw FileError("Errors while reading \"" + file +
                         "\"; the scene holds everything that could be read.");
@@ -236,6 +267,7 @@ void SceneFiles::Save(bool force) {
     }
     hasFaults_ = false;
     SetModified(false);
+    autoSave_->Settle();
     host_.events().Fire("SceneSaved");
 }
 
@@ -258,7 +290,7 @@ std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, c
         const FileOperationScope scope(host_, FileOperation::Import);
         RunReader(reader);
     }
-    isForcedModified_ = true;
+    ForceModified();
     host_.events().Fire("SceneImported");
     if (reader.FaultCount() > 0) {
         throw FileError("Errors while reading \"" + file +
@@ -275,7 +307,7 @@ std::string SceneFiles::AddReference(const std::string& path, const std::string&
     }
     const std::string base = QFileInfo(QString::fromStdString(file)).completeBaseName().toStdString();
     std::string added = references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
-    isForcedModified_ = true;
+    ForceModified();
     return added;
 }
 

@@ -14,6 +14,7 @@
 
 namespace lightbox {
 
+class AutoSave;
 class FileReader;
 class Host;
 class PreservedContent;
@@ -48,11 +49,18 @@ public:
     /// True when the scene differs from its file, or from the empty scene it began as.
     bool IsModified() const;
     void SetModified(bool modified);
+    /// Equal values mean an equal scene.
+    std::pair<std::uint64_t, std::uint64_t> ContentVersion() const;
+    /// True when the scene's file was read with faults, and saving over it would lose what could not be read.
+    bool HasFaults() const { return hasFaults_; }
 
     /// Empties the scene and makes the default nodes. New() and Open() throw FileError for unsaved changes
     /// unless `force`, and while another file operation runs.
     void New(bool force);
     void Open(const std::string& path, bool force);
+    /// Opens a copy of a scene under the scene's name, or as an untitled scene when the name is empty, with
+    /// unsaved changes. `hadFaults` says that the scene had been read with faults when it was copied.
+    void OpenCopy(const std::string& copy, const std::string& name, bool hadFaults);
     /// Writes to the scene's own file. `force` also overwrites a file that was read with faults.
     void Save(bool force);
     /// Saves under another name, like Rename() and Save(). When that fails, the scene keeps its name and
@@ -71,6 +79,7 @@ public:
     void ExportNodes(const std::string& path, SceneFormat format,
                      const std::vector<std::shared_ptr<Node>>& nodes);
 
+    AutoSave& autoSave() const { return *autoSave_; }
     ReferenceList& references() const { return *references_; }
     /// Content of files that has no meaning here; saving writes it back.
     PreservedContent& preserved() const { return *preserved_; }
@@ -94,6 +103,8 @@ public:
     /// Returns the format of a path's suffix, or `fallback` for an unknown suffix.
     static SceneFormat FormatOf(const std::string& path, SceneFormat fallback);
     static const char* FormatName(SceneFormat format);
+    /// The suffix of a format's files, without the dot.
+    static const char* SuffixOf(SceneFormat format);
     /// Sets `format` from its name. Returns false for an unknown name and leaves `format` unchanged.
     static bool ParseFormatName(const std::string& name, SceneFormat& format);
     /// Returns the absolute path of a scene file. When no such file exists, tries the suffixes of the
@@ -106,7 +117,11 @@ private:
     friend class FileOperationScope;
 
     void CheckUnsaved(bool force) const;
+    void ForceModified();
     void Empty();
+    /// Replaces the scene by a file's content, under that name. Faults only set `hasFaults_`.
+    void Read(const std::string& file, const std::string& name);
+    void CheckFaults(const std::string& file) const;
     void Write(const std::string& path, SceneFormat format, SceneContent content);
 
     Host& host_;
@@ -114,12 +129,14 @@ private:
     SceneFormat format_ = SceneFormat::MayaAscii;
     bool hasFaults_ = false;
     bool isForcedModified_ = false;
+    std::uint64_t forcedChanges_ = 0; ///< changes that the undo queue does not know
     std::uint64_t savedState_ = 0;
     std::vector<std::pair<std::string, std::string>> fileInfo_;
     std::vector<FileOperation> operations_;
     std::vector<FileReader*> readers_;
     std::unique_ptr<ReferenceList> references_;
     std::unique_ptr<PreservedContent> preserved_;
+    std::unique_ptr<AutoSave> autoSave_;
 };
 
 } // namespace lightbox

@@ -120,10 +120,12 @@ void ScriptedWindow::RegisterCommands() {
 }
 
 void ScriptedWindow::BuildMenus() {
-    QFile script(QStringLiteral(":/lightbox/scripts/mainWindow.mel"));
-    script.open(QIODevice::ReadOnly);
     try {
-        host_.interpreter().Execute(script.readAll().toStdString(), "mainWindow.mel");
+        for (const char* name : {"mainWindow.mel", "preferences.mel"}) {
+            QFile script(QStringLiteral(":/lightbox/scripts/") + name);
+            script.open(QIODevice::ReadOnly);
+            host_.interpreter().Execute(script.readAll().toStdString(), name);
+        }
         host_.interpreter().Execute("lightboxBuildMainWindow");
     } catch (const mel::Error& error) {
         host_.output().Error(error.Described());

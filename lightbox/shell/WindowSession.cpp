@@ -4,6 +4,8 @@
 #include "formats/SceneFiles.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
+#include "shell/AutoSaveTimer.h"
+#include "shell/CrashRecovery.h"
 #include "shell/FileDrop.h"
 #include "shell/Hotkeys.h"
 #include "shell/MainWindow.h"
@@ -44,6 +46,7 @@ WindowSession::WindowSession(Host& host)
     connect(dispatcher, &QAbstractEventDispatcher::awake, this, &WindowSession::Turn);
     MainWindow* const window = WindowInterface::Current(host);
     new FileDrop(host, *window);
+    new AutoSaveTimer(host, window);
     AddHotkeys(*window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
 }
@@ -52,7 +55,12 @@ int WindowSession::Run(const std::function<void()>& onceShown) {
     MainWindow* const window = WindowInterface::Current(host_);
     window->RestoreState();
     window->show();
-    QTimer::singleShot(0, this, onceShown);
+    QTimer::singleShot(0, this, [this, window, onceShown] {
+        onceShown();
+        if (!host_.QuitStatus()) {
+            CrashRecovery::Ask(host_, window);
+        }
+    });
     const int status = QApplication::exec();
     window->SaveState();
     return host_.QuitStatus().value_or(status);

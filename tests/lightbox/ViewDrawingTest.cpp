@@ -1,6 +1,7 @@
 #include "openmaya/ViewDrawing.h"
 
 #include "FakeWindow.h"
+#include "app/LightboxHost.h"
 #include "app/PluginManager.h"
 #include "mel/Interpreter.h"
 #include "openmaya/ApiBridge.h"
