@@ -51,7 +51,7 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
     camera_ = place.camera;
     index_ = place.index;
     layer_ = layers.RemoveLayer(camera_, index_);
-    RestoreActiveLayer(layers);
+    RestoreActiveLayer(layers, camera_);
     return true;
 }
 
@@ -84,13 +84,15 @@ void PressAdditions::Discard(LayerManager& layers) {
     }
     if (layerAdded_ && place.layer->FrameCount() == 0) {
         layers.RemoveLayer(place.camera, place.index);
-        RestoreActiveLayer(layers);
+        RestoreActiveLayer(layers, place.camera);
     }
 }
 
-void PressAdditions::RestoreActiveLayer(LayerManager& layers) const {
+/// Goes back to the camera that was active before the press made its own active, unless the user has left
+/// that.
+void PressAdditions::RestoreActiveLayer(LayerManager& layers, const QString& camera) const {
     const LayerPlace previous = layers.FindLayer(previousLayer_);
-    if (previous.layer != nullptr) {
+    if (previous.layer != nullptr && layers.GetActiveCamera() == camera) {
         layers.SetActiveLayer(previous.camera, previous.index, true);
     }
 }

@@ -41,7 +41,7 @@ public:
     void Discard(LayerManager& layers);
 
 private:
-    void RestoreActiveLayer(LayerManager& layers) const;
+    void RestoreActiveLayer(LayerManager& layers, const QString& camera) const;
 
     DrawingId drawing_;
     bool layerAdded_ = false;

@@ -187,7 +187,7 @@ TEST_F(StrokeInWindowTest, KeysOfUndoAndPasteActOnTheText) {
     Type(KEY_TAB);
     EXPECT_EQ(Text(), "abcone\ntwo\tthree\t");
     TypeWithControl('a');
-    TypeWithControl('q');
+    TypeWithControl('k');
     EXPECT_EQ(Text(), "abcone\ntwo\tthree\t") << "no control characters";
     TypeWithControl('z');
     EXPECT_EQ(Text(), "abcone\ntwo\tthree");
