@@ -3,6 +3,7 @@
 #include "openmaya/ToolEvents.h"
 #include "openmaya/ViewDrawing.h"
 #include "scene/DagNode.h"
+#include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/UserInterface.h"
@@ -100,6 +101,7 @@ void ViewportWidget::SetCamera(const std::shared_ptr<DagNode>& camera) {
     navigation_.End();
     Refresh(false);
     Q_EMIT CameraChanged();
+    host_.events().Fire("cameraChange");
 }
 
 void ViewportWidget::SetOptions(const ViewOptions& options) {

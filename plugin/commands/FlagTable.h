@@ -101,7 +101,10 @@ struct FlagRow {
         return *this;
     }
     /// Sets an action that undoes itself when it runs again.
-    FlagRow& Exchanges(Step exchanging) { return Does(exchanging, exchanging); }
+    FlagRow& Exchanges(Step exchanging) {
+        exchanges = true;
+        return Does(exchanging, exchanging);
+    }
     /// Sets the answer to a query. The action of such a flag then needs -edit.
     FlagRow& Answers(Step answering) {
         query = std::move(answering);
@@ -144,6 +147,7 @@ struct FlagRow {
     bool Command::*given = nullptr;
     Step redo;
     Step undo;
+    bool exchanges = false; ///< the action undoes itself
     Step query;
     Check check;
     const char* withoutNode = "Node not found";

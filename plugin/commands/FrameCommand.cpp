@@ -10,6 +10,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/OpenText.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
@@ -112,6 +113,7 @@ MStatus FrameCommand::doIt(const MArgList& args) {
     if (!status) {
         return status;
     }
+    OpenText::Commit(); // before its frame or the time changes
     if (node_) {
         layerIndex_ = node_->GetActiveLayerIndex(camera_);
     }

@@ -7,6 +7,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/OpenText.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
@@ -99,7 +100,14 @@ MStatus LayerCommand::Parse(const MArgList& args) {
 
 MStatus LayerCommand::doIt(const MArgList& args) {
     const MStatus status = Parse(args);
-    return status ? redoIt() : status;
+    if (!status) {
+        return status;
+    }
+    // A text that is open goes into its own layer before another one becomes active.
+    if (flag_ && flag_->undo && !flag_->exchanges) {
+        OpenText::Commit();
+    }
+    return redoIt();
 }
 
 MStatus LayerCommand::redoIt() {

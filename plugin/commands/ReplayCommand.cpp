@@ -8,13 +8,12 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/OpenText.h"
 #include "paint/StrokeRecording.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 #include <maya/MComputation.h>
-
-#include <algorithm>
 
 namespace vellix {
 
@@ -48,6 +47,7 @@ MStatus ReplayCommand::doIt(const MArgList& args) {
     if (!ReadArguments(args) || !ReadRecording(recording)) {
         return MS::kFailure;
     }
+    OpenText::Commit();
     camera_ = CameraArgument::Resolve(camera_, BaseNode::GetMaster());
     if (camera_.isEmpty()) {
         return MS::kFailure;
@@ -149,13 +149,16 @@ bool ReplayCommand::UndoStrokes() {
     }
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
     const LayerManager::ChangeScope scope(*layers);
-    const bool done =
-        std::all_of(drawn_.rbegin(), drawn_.rend(),
-                    [node](const std::unique_ptr<StrokeCommit>& drawn) { return drawn->Undo(*node); });
-    if (done) {
-        before_.Restore(*node);
+    for (auto drawn = drawn_.rbegin(); drawn != drawn_.rend(); ++drawn) {
+        if (!(*drawn)->Undo(*node)) {
+            while (drawn != drawn_.rbegin()) {
+                (*--drawn)->Redo(*node);
+            }
+            return false;
+        }
     }
-    return done;
+    before_.Restore(*node);
+    return true;
 }
 
 bool ReplayCommand::RedoStrokes() {
@@ -165,8 +168,15 @@ bool ReplayCommand::RedoStrokes() {
     }
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
     const LayerManager::ChangeScope scope(*layers);
-    return std::all_of(drawn_.begin(), drawn_.end(),
-                       [node](const std::unique_ptr<StrokeCommit>& drawn) { return drawn->Redo(*node); });
+    for (auto drawn = drawn_.begin(); drawn != drawn_.end(); ++drawn) {
+        if (!(*drawn)->Redo(*node)) {
+            while (drawn != drawn_.begin()) {
+                (*--drawn)->Undo(*node);
+            }
+            return false;
+        }
+    }
+    return true;
 }
 
 MStatus ReplayCommand::undoIt() {

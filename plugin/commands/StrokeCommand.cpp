@@ -67,7 +67,7 @@ MStatus StrokeCommand::ParseArguments(const MArgList& args) {
         return MS::kFailure;
     }
     Flags().Read(*this, arguments);
-    commit_ = std::make_unique<StrokeCommit>(camera, addedLayer_, frameAdded_);
+    commit_ = std::make_unique<StrokeCommit>(camera, addedLayer_ >= 0, frameAdded_);
     return MS::kSuccess;
 }
 

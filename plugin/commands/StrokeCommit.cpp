@@ -1,85 +1,67 @@
 #include "commands/StrokeCommit.h"
 
-#include "core/Frame.h"
-#include "core/Layer.h"
-#include "host/FrameTime.h"
-#include "host/MayaUtil.h"
-#include "host/Settings.h"
+#include "core/LayerManager.h"
+#include "host/Logger.h"
 #include "node/BaseNode.h"
 
 #include <memory>
 
 namespace vellix {
 
-StrokeCommit::StrokeCommit(const QString& camera, int layerAdded, bool frameAdded)
+StrokeCommit::StrokeCommit(const QString& camera, bool layerAdded, bool frameAdded)
     : camera_(camera)
-    , addedLayer_(layerAdded)
+    , layerAdded_(layerAdded)
     , frameAdded_(frameAdded) {}
 
 bool StrokeCommit::Commit(BaseNode& node) {
-    if (addedLayer_ >= 0 && node.LayerCount(camera_) == 1) {
-        const QString previous = node.GetPreviousActiveCamera();
-        if (!previous.isEmpty() && previous != camera_) {
-            previousCamera_ = previous;
-            previousActiveLayer_ = node.GetActiveLayerIndex(previous);
-        }
-    }
-    Layer* layer = node.GetActiveLayer(camera_);
-    if (layer == nullptr) {
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    if (!layers || !layers->HasActiveStroke()) {
         return false;
     }
-    if (frameAdded_) {
-        frameTime_ = layer->GetState() == LayerState::Static
-                         ? FromWholeFrames(Settings::defaultStaticFrameTime)
-                         : MayaUtil::GetPlaybackTime();
+    drawing_ = layers->GetStrokeDrawing();
+    const LayerPlace place = layers->FindLayer(drawing_.layer);
+    if (place.layer != nullptr && place.camera != camera_) {
+        return false;
     }
-    if (const Frame* frame = layer->GetCurrentFrame()) {
-        paintedFrame_ = frame->GetTimeValue();
+    if (!node.MayCommitStroke()) {
+        layers->CancelActiveStroke();
+        return false;
     }
-    return node.CommitActiveStroke(camera_, image_);
+    additions_ = PressAdditions(*layers, drawing_, layerAdded_, frameAdded_);
+    if (layers->GetStrokeAdditions().GetPreviousLayer() != LayerId::None) {
+        additions_.SetPreviousLayer(layers->GetStrokeAdditions().GetPreviousLayer());
+    }
+    return layers->CommitActiveStroke(camera_, image_);
 }
 
 bool StrokeCommit::Undo(BaseNode& node) {
-    if (!ExchangeImage(node)) {
-        return false;
-    }
-    if (frameAdded_) {
-        node.RemoveFrame(camera_, frameTime_);
-        if (Layer* layer = node.GetActiveLayer(camera_)) {
-            layer->UpdateCurrentFrameIndex(); // RemoveFrame left it at the removed frame's time
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    if (layers) {
+        const LayerManager::ChangeScope scope(*layers);
+        if (layers->ExchangePicture(drawing_, image_)) {
+            if (additions_.TakeOut(*layers)) {
+                return true;
+            }
+            layers->ExchangePicture(drawing_, image_);
         }
     }
-    if (addedLayer_ >= 0) {
-        node.RemoveLayer(camera_, addedLayer_);
-        if (previousActiveLayer_ >= 0) {
-            node.SetActiveLayer(previousCamera_, previousActiveLayer_, true);
-        }
-    }
-    return true;
+    Logger::Error("The stroke cannot be undone: its drawing is gone.");
+    return false;
 }
 
 bool StrokeCommit::Redo(BaseNode& node) {
-    if (addedLayer_ >= 0) {
-        if (node.InsertLayer(camera_, addedLayer_, QString()) < 0) {
-            return false;
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    if (layers) {
+        const LayerManager::ChangeScope scope(*layers);
+        if (additions_.PutBack(*layers)) {
+            if (layers->ExchangePicture(drawing_, image_)) {
+                return true;
+            }
+            additions_.TakeOut(*layers);
         }
-        node.SetActiveLayer(camera_, addedLayer_, true);
     }
-    if (frameAdded_ && node.AddFrame(camera_, frameTime_) < 0) {
-        return false;
-    }
-    return !image_.isEmpty() && ExchangeImage(node);
-}
-
-bool StrokeCommit::ExchangeImage(BaseNode& node) {
-    Layer* layer = node.GetActiveLayer(camera_);
-    if (layer == nullptr || !layer->FrameExists(paintedFrame_)) {
-        return false;
-    }
-    layer->UpdateCurrentFrameIndex(paintedFrame_);
-    const bool exchanged = node.UndoStroke(camera_, image_);
-    layer->UpdateCurrentFrameIndex();
-    return exchanged;
+    Logger::Error("The stroke cannot be redone: its drawing is gone, or another one has taken its place.");
+    return false;
 }
 
 } // namespace vellix

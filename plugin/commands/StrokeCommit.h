@@ -1,6 +1,7 @@
 #pragma once
 
-#include <maya/MTime.h>
+#include "core/Identity.h"
+#include "core/PressAdditions.h"
 
 #include <QByteArray>
 #include <QString>
@@ -9,31 +10,28 @@ namespace vellix {
 
 class BaseNode;
 
-/// Paints one stroke into the drawing, with undo and redo, including a layer and frame that were added for
-/// the stroke. Keeps one image as PNG bytes: that from before the stroke or, after undo, that with the
-/// stroke. Undo and redo swap it with the frame's image.
+/// Paints one stroke into the drawing it belongs to, with undo and redo, including the layer and frame that
+/// were added for the stroke. Keeps one image as PNG bytes: that from before the stroke or, after undo, that
+/// with the stroke. Undo and redo swap it with the frame's image.
 class StrokeCommit {
 public:
-    /// `layerAdded` is the index of the layer added for the stroke, negative for none.
-    StrokeCommit(const QString& camera, int layerAdded, bool frameAdded);
+    /// Whether the layer and the frame of the stroke were added for it.
+    StrokeCommit(const QString& camera, bool layerAdded, bool frameAdded);
 
-    /// Paints the node's active stroke into the active layer's current frame. Returns false, with nothing
-    /// painted, if there is no active layer, frame or stroke.
+    /// Paints the node's active stroke. Returns false, with nothing painted, if there is no stroke on the
+    /// camera or it may not be committed; then it is dropped, with the reason logged.
     bool Commit(BaseNode& node);
-    /// Both work on the frame the stroke was painted into, whatever the playback time is now.
+    /// Both act on the drawing that was painted into and on what was added for it. They return false, with
+    /// the reason logged and nothing changed, if these are gone.
     bool Undo(BaseNode& node);
     bool Redo(BaseNode& node);
 
 private:
-    bool ExchangeImage(BaseNode& node);
-
     QString camera_;
-    int addedLayer_;
+    bool layerAdded_;
     bool frameAdded_;
-    MTime frameTime_;        ///< time of the added frame
-    int paintedFrame_ = 0;   ///< time of the frame painted into, whole frames
-    QString previousCamera_; ///< camera that was active before the first layer was added
-    int previousActiveLayer_ = -1;
+    DrawingId drawing_;
+    PressAdditions additions_;
     QByteArray image_;
 };
 

@@ -1,19 +1,13 @@
 #include "commands/StrokePlayer.h"
 
-#include "core/Frame.h"
-#include "core/Layer.h"
-#include "core/LayerState.h"
-#include "host/FrameTime.h"
+#include "core/LayerManager.h"
 #include "host/Logger.h"
-#include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
 #include "paint/StrokeRecording.h"
 #include "paint/StrokeSmoother.h"
 #include "paint/TabletPressure.h"
-
-#include <maya/MTime.h>
 
 #include <cmath>
 
@@ -49,19 +43,21 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
     Stroke* const stroke = Begin(recorded, layerAdded, frameAdded);
     if (stroke) {
         Feed(*stroke, recorded);
-        if (Commit(layerAdded, frameAdded, commits)) {
+        if (Commit(layerAdded >= 0, frameAdded, commits)) {
             return true;
         }
         node_.CancelActiveStroke();
     }
-    TakeBack(before, layerAdded, frameAdded);
+    if (layerAdded >= 0) {
+        before.Restore(node_);
+    }
     return false;
 }
 
 // Packing a picture for undo takes longer than painting, so it is done once per picture.
-bool StrokePlayer::Commit(int layerAdded, bool frameAdded, Commits& commits) {
-    const Frame* const picture = node_.GetActiveLayer(camera_)->GetCurrentFrame();
-    if (drawn_.contains(picture)) {
+bool StrokePlayer::Commit(bool layerAdded, bool frameAdded, Commits& commits) {
+    const FrameId picture = node_.GetLayerManager()->GetStrokeDrawing().frame;
+    if (drawn_.count(picture) > 0) {
         return node_.CommitActiveStroke(camera_);
     }
     auto commit = std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded);
@@ -89,6 +85,8 @@ Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, boo
     if (stroke) {
         stroke->tool = recorded.tool;
         stroke->color = recorded.color;
+    } else {
+        node_.GetLayerManager()->TakeBackPress();
     }
     return stroke;
 }
@@ -123,20 +121,6 @@ void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
         stroke.text = recorded.text;
     }
     stroke.changed = true;
-}
-
-void StrokePlayer::TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded) {
-    if (frameAdded) {
-        const Layer* const layer = node_.GetActiveLayer(camera_);
-        const bool isStatic = layer && layer->GetState() == LayerState::Static;
-        const MTime time =
-            isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : MayaUtil::GetPlaybackTime();
-        node_.RemoveFrame(camera_, time);
-    }
-    if (layerAdded >= 0) {
-        node_.RemoveLayer(camera_, layerAdded);
-        before.Restore(node_);
-    }
 }
 
 } // namespace vellix

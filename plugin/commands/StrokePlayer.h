@@ -3,18 +3,18 @@
 #include "commands/ActiveLayers.h"
 #include "commands/PlaybackTimeScope.h"
 #include "commands/StrokeCommit.h"
+#include "core/Identity.h"
 #include "paint/ScopeExit.h"
 
-#include <QSet>
 #include <QString>
 
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace vellix {
 
 class BaseNode;
-class Frame;
 struct RecordedStroke;
 struct Stroke;
 
@@ -36,13 +36,12 @@ public:
 private:
     Stroke* Begin(const RecordedStroke& recorded, int& layerAdded, bool& frameAdded);
     static void Feed(Stroke& stroke, const RecordedStroke& recorded);
-    bool Commit(int layerAdded, bool frameAdded, Commits& commits);
-    void TakeBack(const ActiveLayers& before, int layerAdded, bool frameAdded);
+    bool Commit(bool layerAdded, bool frameAdded, Commits& commits);
 
     BaseNode& node_;
     QString camera_;
     PlaybackTimeScope time_;
-    QSet<const Frame*> drawn_; // frames drawn on so far
+    std::set<FrameId> drawn_; // frames drawn on so far
     ScopeExit restoreSettings_;
 };
 

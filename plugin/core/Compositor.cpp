@@ -33,8 +33,8 @@ void Compositor::Rebuild(const Scene& scene) {
     for (Layer* layer : scene.layers) {
         stack.push_back(cache_.Find(layer->ReadFrame(0)));
     }
-    if (scene.stroke != nullptr && scene.activeLayer >= 0) {
-        RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.activeLayer));
+    if (scene.stroke != nullptr) {
+        RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.strokeLayer));
     } else {
         found->second->Update(stack, TileMask());
     }
@@ -63,21 +63,21 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
     return ghosts_.pictures;
 }
 
-/// Merges the layers under the active one, and those over it, only once. A refresh then costs the same
+/// Merges the layers under the one drawn on, and those over it, only once. A refresh then costs the same
 /// however many layers there are.
 void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
-                                   std::size_t activePicture) {
+                                   std::size_t drawnPicture) {
     if (below_ == nullptr) {
         below_ = std::make_unique<MergedPictures>();
         above_ = std::make_unique<MergedPictures>();
     }
-    const auto drawing = stack.begin() + std::ptrdiff_t(activePicture);
+    const auto drawing = stack.begin() + std::ptrdiff_t(drawnPicture);
     below_->Update(PictureStack(stack.begin(), drawing));
     above_->Update(PictureStack(drawing + 1, stack.end()));
     PictureStack merged;
     merged.push_back(below_->AsPicture());
     TileMask changed;
-    scene.stroke->AppendTo(merged, *drawing, scene.layers[scene.activeLayer]->ReadFrame(0), changed);
+    scene.stroke->AppendTo(merged, *drawing, scene.layers[scene.strokeLayer]->ReadFrame(0), changed);
     merged.push_back(above_->AsPicture());
     image.Update(merged, changed);
 }

@@ -28,7 +28,9 @@ public:
         QList<Layer*> layers; ///< bottom first; borrowed
         int activeLayer = -1; ///< -1: no ghosts
         bool ghosting = true;
-        StrokePainter* stroke = nullptr; ///< the stroke being drawn on this camera, borrowed; or null
+        /// The stroke being drawn, borrowed; null unless the drawing that it belongs to is shown.
+        StrokePainter* stroke = nullptr;
+        int strokeLayer = -1; ///< the layer that the stroke is drawn on
     };
 
     /// Gives the camera a transparent image; replaces one it had.
@@ -51,12 +53,12 @@ private:
 
     PictureStack UpdateGhosts(const Scene& scene);
     void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
-                           std::size_t activePicture);
+                           std::size_t drawnPicture);
 
     std::map<QString, std::unique_ptr<FlattenedImage>> images_;
     PictureCache cache_;
     Ghosts ghosts_;
-    // The layers under and over the active one, merged; only used while a stroke is drawn.
+    // The layers under and over the one drawn on, merged; only used while a stroke is drawn.
     std::unique_ptr<MergedPictures> below_;
     std::unique_ptr<MergedPictures> above_;
 };

@@ -16,4 +16,8 @@ struct DrawingId {
     FrameId frame = FrameId::None;
 };
 
+inline bool operator==(const DrawingId& a, const DrawingId& b) {
+    return a.layer == b.layer && a.frame == b.frame;
+}
+
 } // namespace vellix

@@ -243,7 +243,11 @@ void Layer::SetFrameTimes(const QList<int>& times) {
 
 int Layer::InsertFrame(Frame* frame) {
     std::unique_ptr<Frame> owned(frame);
-    if (owned == nullptr || FrameExists(owned->GetTimeValue())) {
+    if (owned == nullptr) {
+        return -1;
+    }
+    MakeRoomAt(owned->GetTimeValue());
+    if (FrameExists(owned->GetTimeValue())) {
         return -1;
     }
     const int index = FindFrameIndex(owned->GetTimeValue()) + 1;
@@ -253,7 +257,7 @@ int Layer::InsertFrame(Frame* frame) {
 }
 
 int Layer::AddFrame(const MTime& time) {
-    return InsertFrame(new Frame(time));
+    return FrameExists(time) ? -1 : InsertFrame(new Frame(time));
 }
 
 int Layer::AddFrame() {
@@ -262,6 +266,7 @@ int Layer::AddFrame() {
 
 std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
     const int frame = ToWholeFrames(time);
+    MakeRoomAt(frame);
     const int index = FindKey(frame);
     if (index < 0) {
         return nullptr;
@@ -290,6 +295,9 @@ std::unique_ptr<Frame> Layer::RemoveFrame(FrameId id) {
 }
 
 FrameList Layer::TakeFrames(const std::vector<int>& times) {
+    for (const int time : times) {
+        MakeRoomAt(time);
+    }
     const auto first =
         std::stable_partition(frames_.begin(), frames_.end(), [&times](const std::unique_ptr<Frame>& frame) {
             return !std::binary_search(times.begin(), times.end(), frame->GetTimeValue());
@@ -301,6 +309,9 @@ FrameList Layer::TakeFrames(const std::vector<int>& times) {
 }
 
 std::vector<int> Layer::PutFrames(FrameList& frames) {
+    for (const std::unique_ptr<Frame>& frame : frames) {
+        MakeRoomAt(frame->GetTimeValue());
+    }
     const auto refused =
         std::stable_partition(frames.begin(), frames.end(), [this](const std::unique_ptr<Frame>& frame) {
             return !FrameExists(frame->GetTimeValue());
@@ -316,6 +327,24 @@ std::vector<int> Layer::PutFrames(FrameList& frames) {
     frames.erase(frames.begin(), refused);
     FramesChanged();
     return times;
+}
+
+void Layer::SetProvisionalFrame(FrameId id) {
+    provisional_ = id;
+}
+
+void Layer::DropProvisionalFrame() {
+    if (provisional_ != FrameId::None) {
+        RemoveFrame(std::exchange(provisional_, FrameId::None));
+    }
+}
+
+/// Frames are put, or taken, where a press has only just added an empty one.
+void Layer::MakeRoomAt(int frame) {
+    const Frame* const there = GetFrame(FindKey(frame));
+    if (there != nullptr && there->GetId() == provisional_) {
+        DropProvisionalFrame();
+    }
 }
 
 void Layer::FramesChanged() {

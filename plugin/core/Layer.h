@@ -104,6 +104,12 @@ public:
     /// frames stay in the list.
     std::vector<int> PutFrames(FrameList& frames);
 
+    /// Names the frame that a press has added for a stroke that has not ended; None for none. The frame is
+    /// empty and not yet part of an undo step, so it gives way when a frame is put at its time or taken from
+    /// there, and when the layer leaves the document.
+    void SetProvisionalFrame(FrameId id);
+    void DropProvisionalFrame();
+
     // Part of the interface for scripts and other tools; not called here.
     /// Pixels of the frame that ReadFrame() returns, owned by that frame; a shared null image if there is
     /// none.
@@ -115,6 +121,7 @@ public:
 
 private:
     int FindKey(int frame) const;
+    void MakeRoomAt(int frame);
     void Changed(DocumentChange change);
 
     const LayerId id_;
@@ -127,6 +134,7 @@ private:
     LayerState state_ = LayerState::Animated;
     int currentFrameIndex_ = -1;
     FrameList frames_; ///< ascending in time
+    FrameId provisional_ = FrameId::None;
 };
 
 } // namespace vellix

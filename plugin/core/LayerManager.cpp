@@ -279,7 +279,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
         return MoveLayer(camera, index, LayerExists(camera, toIndex) ? toIndex : LayerCount(camera) - 1);
     }
     const ChangeScope scope(*this);
-    std::unique_ptr<Layer> layer = RemoveLayer(camera, index);
+    std::unique_ptr<Layer> layer = DetachLayer(camera, index);
     if (layer == nullptr) {
         return -1;
     }
@@ -288,6 +288,15 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
 }
 
 std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int index) {
+    const ChangeScope scope(*this);
+    std::unique_ptr<Layer> layer = DetachLayer(camera, index);
+    if (layer != nullptr) {
+        layer->DropProvisionalFrame();
+    }
+    return layer;
+}
+
+std::unique_ptr<Layer> LayerManager::DetachLayer(const QString& camera, int index) {
     if (!LayerExists(camera, index)) {
         return nullptr;
     }
@@ -314,6 +323,7 @@ void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed
     const ChangeScope scope(*this);
     for (auto& layer : found->second) {
         layer->SetChangeCallback(nullptr);
+        layer->DropProvisionalFrame();
         removed.append(layer.release());
     }
     found->second.clear();

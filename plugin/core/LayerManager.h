@@ -3,6 +3,7 @@
 #include "core/DocumentListener.h"
 #include "core/Identity.h"
 #include "core/LayerState.h"
+#include "core/PressAdditions.h"
 #include "paint/NonCopyable.h"
 
 #include <maya/MTime.h>
@@ -138,18 +139,33 @@ public:
     bool CanDraw(const QString& camera) const;
     bool CanDraw(const Layer* layer) const;
     bool HasActiveStroke() const;
-    /// The stroke being drawn, or a new one on the camera's active layer; owned here. Null if that layer has
-    /// no frame to draw on. With `shape` the layer needs no frame.
+    /// The stroke being drawn, or a new one on the current frame of the camera's active layer, to which it
+    /// belongs from then on; owned here. Null if that layer has no frame to draw on. With `shape` the layer
+    /// needs no frame.
     Stroke* GetActiveStroke(const QString& camera, bool shape);
-    /// Paints the stroke into the active layer's current frame and ends it. `undo` receives the previous
-    /// image as PNG bytes. Returns false if nothing was painted.
+    /// The drawing that the stroke belongs to; without a stroke, none. It may be gone.
+    DrawingId GetStrokeDrawing() const;
+    /// What the press of the stroke added.
+    const PressAdditions& GetStrokeAdditions() const { return strokeAdditions_; }
+    /// Paints the stroke into its drawing, wherever that is now, and ends it. `undo` receives the previous
+    /// image as PNG bytes. Returns false if nothing was painted: then a stroke whose drawing is gone is
+    /// cancelled, and one on another camera stays.
     bool CommitActiveStroke(const QString& camera, QByteArray& undo);
     /// The same without the previous image, for a stroke that an earlier undo step already covers.
     bool CommitActiveStroke(const QString& camera);
     /// Exchanges the active layer's current image with the one in the buffer (PNG bytes). Returns false, with
     /// nothing changed, if there is no current frame or the buffer does not decode.
     bool UndoStroke(const QString& camera, QByteArray& buffer);
+    /// The same for any drawing.
+    bool ExchangePicture(const DrawingId& drawing, QByteArray& buffer);
+    /// Drops the stroke, with the layer and the frame that its press added.
     void CancelActiveStroke();
+    /// Paints what is new in the stroke, whether its drawing is shown or not.
+    void PaintActiveStroke();
+    /// Notes what a press has added to the camera's active layer for the stroke that begins next.
+    void NotePress(const QString& camera, bool layerAdded, bool frameAdded);
+    /// Takes back what a press has added, if no stroke has begun since.
+    void TakeBackPress();
     /// Whether the transform tool has copied something that can be pasted.
     bool PasteTransformImageAvailable() const;
 
@@ -183,6 +199,10 @@ public:
 private:
     /// `undo` may be null.
     bool CommitStroke(const QString& camera, QByteArray* undo);
+    Frame* FindFrame(const DrawingId& drawing) const;
+    bool StrokeIsShown(const LayerPlace& place) const;
+    void SetStrokeAdditions(PressAdditions additions);
+    std::unique_ptr<Layer> DetachLayer(const QString& camera, int index);
 
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
@@ -203,6 +223,8 @@ private:
     DocumentChanges changes_ = DocumentChange::None; ///< collected, not yet passed to the listener
     int changeScopes_ = 0;
     std::unique_ptr<StrokePainter> stroke_;
+    PressAdditions strokeAdditions_; ///< what the press of the stroke added
+    PressAdditions pressAdditions_;  ///< the same before the stroke begins
     std::unique_ptr<Compositor> compositor_;
 };
 

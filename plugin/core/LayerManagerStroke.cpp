@@ -11,6 +11,7 @@
 #include "paint/DrawUtil.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vellix {
 
@@ -27,13 +28,27 @@ bool LayerManager::HasActiveStroke() const {
 }
 
 Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
-    if (!stroke_->HasStroke()) {
-        const Layer* layer = GetActiveLayer(camera);
-        if (layer != nullptr && (shape || layer->FrameExists())) {
-            stroke_->Begin(camera);
+    Layer* const layer = stroke_->HasStroke() ? nullptr : GetActiveLayer(camera);
+    if (layer != nullptr && (shape || layer->FrameExists())) {
+        layer->UpdateCurrentFrameIndex();
+        const Frame* const frame = layer->GetCurrentFrame();
+        const DrawingId drawing{layer->GetId(), frame == nullptr ? FrameId::None : frame->GetId()};
+        stroke_->Begin(drawing);
+        PressAdditions additions = std::exchange(pressAdditions_, PressAdditions());
+        if (additions.GetDrawing() == drawing) {
+            SetStrokeAdditions(std::move(additions));
         }
     }
     return stroke_->GetStroke();
+}
+
+DrawingId LayerManager::GetStrokeDrawing() const {
+    return stroke_->GetDrawing();
+}
+
+Frame* LayerManager::FindFrame(const DrawingId& drawing) const {
+    const Layer* const layer = FindLayer(drawing.layer).layer;
+    return layer == nullptr ? nullptr : layer->FindFrame(drawing.frame);
 }
 
 bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
@@ -45,53 +60,92 @@ bool LayerManager::CommitActiveStroke(const QString& camera) {
 }
 
 bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
-    if (!stroke_->HasStroke()) {
+    const LayerPlace place = FindLayer(stroke_->GetDrawing().layer);
+    if (!stroke_->HasStroke() || (place.layer != nullptr && place.camera != camera)) {
         return false;
     }
-    const QString strokeCamera = stroke_->GetCamera();
-    Layer* layer = GetActiveLayer(camera);
-    Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
-    if (drawing == nullptr) {
-        if (camera == strokeCamera) {
-            CancelActiveStroke(); // there is no frame left to paint it into
-        }
+    Frame* const frame = FindFrame(stroke_->GetDrawing());
+    if (frame == nullptr) {
+        CancelActiveStroke();
         return false;
     }
-    if (!stroke_->Commit(*drawing, undo)) {
+    if (!stroke_->Commit(*frame, undo)) {
         return false;
     }
-    layer->ForceCacheUpdate();
-    QueueMasterCacheUpdate(strokeCamera);
+    SetStrokeAdditions(PressAdditions());
+    place.layer->ForceCacheUpdate();
+    QueueMasterCacheUpdate(camera);
     return true;
 }
 
 bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
-    Layer* layer = GetActiveLayer(camera);
-    Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
+    const Layer* const layer = GetActiveLayer(camera);
+    const Frame* const frame = layer == nullptr ? nullptr : layer->GetCurrentFrame();
+    return frame != nullptr && ExchangePicture({layer->GetId(), frame->GetId()}, buffer);
+}
+
+bool LayerManager::ExchangePicture(const DrawingId& drawing, QByteArray& buffer) {
+    Frame* const frame = FindFrame(drawing);
     QByteArray other = buffer;
-    if (drawing == nullptr || !DrawUtil::NormalisePngBuffer(other)) {
+    if (frame == nullptr || !DrawUtil::NormalisePngBuffer(other)) {
         return false;
     }
-    const QByteArray current = drawing->GetPackedImage();
+    const QByteArray current = frame->GetPackedImage();
     if (current.isEmpty()) {
         return false;
     }
-    drawing->SetPackedImage(other);
-    layer->ForceCacheUpdate();
+    frame->SetPackedImage(other);
+    FindLayer(drawing.layer).layer->ForceCacheUpdate();
     buffer = current;
     return true;
 }
 
 void LayerManager::CancelActiveStroke() {
     if (stroke_->HasStroke()) {
-        const QString camera = stroke_->GetCamera();
-        Layer* layer = GetActiveLayer(camera);
-        stroke_->Cancel(layer == nullptr ? nullptr : layer->GetCurrentFrame());
-        // The flag below is cleared by the next rebuild, even one of another camera.
-        QueueMasterCacheUpdate(camera);
+        const ChangeScope scope(*this);
+        const LayerPlace place = FindLayer(stroke_->GetDrawing().layer);
+        stroke_->Cancel(FindFrame(stroke_->GetDrawing()));
+        if (place.layer != nullptr) {
+            // The flag below is cleared by the next rebuild, even one of another camera.
+            QueueMasterCacheUpdate(place.camera);
+        }
+        PressAdditions additions = std::move(strokeAdditions_);
+        SetStrokeAdditions(PressAdditions());
+        additions.Discard(*this);
         Changed(DocumentChange::Pictures);
     }
     cacheUpdateRequired_ = true;
+}
+
+void LayerManager::PaintActiveStroke() {
+    Frame* const frame = stroke_->HasStroke() ? FindFrame(stroke_->GetDrawing()) : nullptr;
+    if (frame != nullptr) {
+        stroke_->Paint(*frame);
+    }
+}
+
+void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameAdded) {
+    pressAdditions_ = PressAdditions();
+    const Layer* const layer = layerAdded || frameAdded ? GetActiveLayer(camera) : nullptr;
+    if (layer != nullptr) {
+        const Frame* const frame = layer->GetCurrentFrame();
+        const DrawingId drawing{layer->GetId(), frame == nullptr ? FrameId::None : frame->GetId()};
+        pressAdditions_ = PressAdditions(*this, drawing, layerAdded, frameAdded);
+    }
+}
+
+void LayerManager::TakeBackPress() {
+    std::exchange(pressAdditions_, PressAdditions()).Discard(*this);
+}
+
+/// Keeps what the press of the stroke added, and tells its layer of the frame among it.
+void LayerManager::SetStrokeAdditions(PressAdditions additions) {
+    for (const DrawingId& drawing : {strokeAdditions_.GetDrawing(), additions.GetDrawing()}) {
+        if (Layer* const layer = FindLayer(drawing.layer).layer) {
+            layer->SetProvisionalFrame(additions.GetFrame());
+        }
+    }
+    strokeAdditions_ = std::move(additions);
 }
 
 bool LayerManager::PasteTransformImageAvailable() const {
@@ -111,16 +165,27 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
         playing_ = MayaUtil::IsPlaying();
         scene.ghosting = !(playing_ && Settings::disableGhostingDuringPlayback);
     }
-    if (stroke_->HasStroke() && stroke_->GetCamera() == camera) {
+    const LayerPlace drawn = FindLayer(stroke_->GetDrawing().layer);
+    if (StrokeIsShown(drawn) && drawn.camera == camera) {
         scene.stroke = stroke_.get();
+        scene.strokeLayer = drawn.index;
     }
     compositor_->Rebuild(scene);
     cacheUpdateRequired_ = false;
-    if (scene.stroke != nullptr) {
+    if (stroke_->HasStroke() && drawn.camera == camera) {
         stroke_->GetStroke()->changed = false;
     }
     MasterCacheUpdateCompleted(camera);
     return image;
+}
+
+/// Whether the layer of the stroke shows the drawing that the stroke belongs to.
+bool LayerManager::StrokeIsShown(const LayerPlace& place) const {
+    if (!stroke_->HasStroke() || place.layer == nullptr || !place.layer->IsVisible()) {
+        return false;
+    }
+    const Frame* const shown = place.layer->GetCurrentFrame();
+    return (shown == nullptr ? FrameId::None : shown->GetId()) == stroke_->GetDrawing().frame;
 }
 
 bool LayerManager::CacheUpdateRequired(const QString& camera) {

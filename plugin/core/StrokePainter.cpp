@@ -48,14 +48,14 @@ Stroke* StrokePainter::GetStroke() const {
     return stroke_.get();
 }
 
-const QString& StrokePainter::GetCamera() const {
-    return camera_;
+const DrawingId& StrokePainter::GetDrawing() const {
+    return drawing_;
 }
 
-void StrokePainter::Begin(const QString& camera) {
+void StrokePainter::Begin(const DrawingId& drawing) {
     Forget();
     stroke_ = std::make_unique<Stroke>();
-    camera_ = camera;
+    drawing_ = drawing;
     work_.key = Picture::NewKey();
     moved_.key = Picture::NewKey();
 }
@@ -79,8 +79,7 @@ bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
         }
         *undo = before;
     }
-    TileMask changed;
-    Paint(&frame, false, changed);
+    Paint(&frame, false);
     const ToolType tool = stroke_->tool;
     if (tool == ToolType::Eraser) {
         frame.SetImage(work_.image);
@@ -94,8 +93,14 @@ bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
     return true;
 }
 
+void StrokePainter::Paint(Frame& frame) {
+    Paint(&frame, true);
+}
+
 void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, Frame* frame, TileMask& changed) {
-    Paint(frame, true, changed);
+    Paint(frame, true);
+    changed |= changed_;
+    changed_ = TileMask();
     const ToolType tool = stroke_->tool;
     if (tool == ToolType::Transform) {
         if (SelectionIsUsable() && frame != nullptr) {
@@ -116,19 +121,19 @@ bool StrokePainter::HasPasteImage() const {
     return !copied_.isNull();
 }
 
-void StrokePainter::Paint(Frame* frame, bool editing, TileMask& changed) {
+void StrokePainter::Paint(Frame* frame, bool editing) {
     if (IsFreehand(stroke_->tool)) {
-        PaintFreehand(frame, changed);
+        PaintFreehand(frame);
     } else if (IsDrawnWhole(stroke_->tool)) {
         QImage shape = Composite::TransparentImage();
         DrawUtil::DrawStroke(shape, *stroke_, editing);
-        work_.Replace(shape, changed);
+        work_.Replace(shape, changed_);
     } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame != nullptr) {
-        PaintTransform(*frame, changed);
+        PaintTransform(*frame);
     }
 }
 
-void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
+void StrokePainter::PaintFreehand(Frame* frame) {
     const bool erases = stroke_->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, stroke_->points.size() - 1);
     if (erases && frame != nullptr) {
@@ -138,7 +143,7 @@ void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
                            : frame != nullptr ? frame->GetPictureKey()
                                               : 0;
     if (!begun_ || baseKey != baseKey_ || lastRasterised_ > lastPoint) {
-        work_.Replace(FreehandBase(frame), changed);
+        work_.Replace(FreehandBase(frame), changed_);
         begun_ = true;
         baseKey_ = baseKey;
         lastRasterised_ = 0;
@@ -147,7 +152,7 @@ void StrokePainter::PaintFreehand(Frame* frame, TileMask& changed) {
         DrawUtil::DrawFreehand(work_.image, stroke_->points, lastRasterised_, stroke_->tool);
     lastRasterised_ = lastPoint;
     const TileMask tiles = TileMask::Touching(touched);
-    changed |= tiles;
+    changed_ |= tiles;
     if (erases) {
         work_.coverage.opaque.Remove(tiles);
     } else {
@@ -170,15 +175,15 @@ QImage StrokePainter::FreehandBase(Frame* frame) const {
     return base;
 }
 
-void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
+void StrokePainter::PaintTransform(Frame& frame) {
     const bool isFirst = stroke_->freshSelection || !begun_;
     if (isFirst) {
         pastes_ = stroke_->pasted;
     }
     frame.GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
-    // Undo or a change of frame may have replaced the drawing under the stroke.
+    // Undo may have replaced the picture under the stroke.
     if (isFirst || baseKey_ != frame.GetPictureKey()) {
-        LiftSelection(frame, isFirst, changed);
+        LiftSelection(frame, isFirst);
         baseKey_ = frame.GetPictureKey();
         begun_ = true;
     }
@@ -192,10 +197,10 @@ void StrokePainter::PaintTransform(Frame& frame, TileMask& changed) {
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         DrawUtil::DrawTransform(painter, *stroke_, lifted_);
     }
-    moved_.Replace(moved, changed);
+    moved_.Replace(moved, changed_);
 }
 
-void StrokePainter::LiftSelection(Frame& frame, bool isFirst, TileMask& changed) {
+void StrokePainter::LiftSelection(Frame& frame, bool isFirst) {
     QImage rest = frame.GetImage();
     const QImage region = rest.copy(stroke_->selection);
     if (isFirst && pastes_) {
@@ -212,7 +217,7 @@ void StrokePainter::LiftSelection(Frame& frame, bool isFirst, TileMask& changed)
     if (isFirst && stroke_->copyToClipboard) {
         copied_ = region;
     }
-    work_.Replace(rest, changed);
+    work_.Replace(rest, changed_);
 }
 
 bool StrokePainter::SelectionIsUsable() const {
@@ -224,7 +229,8 @@ bool StrokePainter::SelectionIsUsable() const {
 
 void StrokePainter::Forget() {
     stroke_.reset();
-    camera_.clear();
+    drawing_ = DrawingId();
+    changed_ = TileMask();
     work_ = Canvas();
     moved_ = Canvas();
     lifted_ = QImage();

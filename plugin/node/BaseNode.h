@@ -190,13 +190,20 @@ public:
     void OnPlaybackTimeChanged(int frame);
     static void UpdatePlaybackTime();
 
-    /// Whether the user may draw now. Adds a missing layer or frame if the settings allow it. Sets
-    /// `layerIndex` to the index of an added layer (else leaves it unchanged), and `frameAdded`. Logs the
-    /// reason of a refusal, except for an empty camera name and if it opens the new layer dialog instead.
+    /// Whether the user may draw now. Adds a missing layer or frame if the settings allow it, for the stroke
+    /// that begins next. Sets `layerIndex` to the index of an added layer (else leaves it unchanged), and
+    /// `frameAdded`. A refusal adds nothing. Logs the reason of a refusal, except for an empty camera name
+    /// and if it opens the new layer dialog instead.
     bool PrepareForDraw(const QString& camera, int& layerIndex, bool& frameAdded);
 
     /// Whether the drawing of the camera's active layer may be changed. Logs why not.
     bool MayChangeActiveLayer(const QString& camera) const;
+
+    /// Whether the stroke being drawn may be committed: its drawing is still there, visible and not locked.
+    /// Logs why not, except if there is no stroke.
+    bool MayCommitStroke() const;
+    /// Logs that a stroke was dropped since its drawing, or the whole node, is gone.
+    static void ReportStrokeLost();
 
     /// Makes a node's attribute not keyable, locked and hidden in the channel box. Ignores a missing
     /// attribute.

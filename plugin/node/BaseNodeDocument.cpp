@@ -3,8 +3,10 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/MayaUtil.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/OpenText.h"
 
 #include <utility>
 
@@ -36,6 +38,9 @@ QString BaseNode::GetPreviousActiveCamera() const {
 }
 
 void BaseNode::RefreshActiveCamera() {
+    if (GetActiveCamera() != MayaUtil::GetActive3dViewCameraName()) {
+        OpenText::Commit();
+    }
     Tell(*this, [](LayerManager& layers) { layers.RefreshActiveCamera(); });
 }
 

@@ -19,16 +19,53 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     if (camera.isEmpty() || !layers) {
         return false;
     }
-    if (layers->LayerCount(camera) == 0 && !AddMissingLayer(*layers, camera, layerIndex)) {
+    bool layerAdded = false;
+    if (layers->LayerCount(camera) == 0) {
+        layerAdded = AddMissingLayer(*layers, camera, layerIndex);
+        if (!layerAdded) {
+            return false;
+        }
+    }
+    frameAdded = false;
+    const bool isReady = MayChangeActiveLayer(camera) &&
+                         (layers->FrameExists(camera) || AddMissingFrame(*layers, camera, frameAdded)) &&
+                         layers->CanDraw(camera);
+    layers->NotePress(camera, layerAdded, frameAdded);
+    if (!isReady) {
+        layers->TakeBackPress();
+        layerIndex = layerAdded ? -1 : layerIndex;
+        frameAdded = false;
+    }
+    return isReady;
+}
+
+bool BaseNode::MayCommitStroke() const {
+    const std::shared_ptr<LayerManager> layers = GetLayerManager();
+    if (!layers || !layers->HasActiveStroke()) {
         return false;
     }
-    if (!MayChangeActiveLayer(camera)) {
+    const DrawingId drawing = layers->GetStrokeDrawing();
+    const Layer* const layer = layers->FindLayer(drawing.layer).layer;
+    if (layer == nullptr || (drawing.frame != FrameId::None && layer->FindFrame(drawing.frame) == nullptr)) {
+        ReportStrokeLost();
         return false;
     }
-    if (!layers->FrameExists(camera) && !AddMissingFrame(*layers, camera, frameAdded)) {
-        return false;
+    QString reason;
+    if (drawing.frame == FrameId::None) {
+        reason = QStringLiteral("the layer \"%1\" has no drawing at this time.");
+    } else if (!layer->IsVisible()) {
+        reason = QStringLiteral("the layer \"%1\" is not visible.");
+    } else if (layer->GetState() == LayerState::Locked) {
+        reason = QStringLiteral("the layer \"%1\" is locked.");
     }
-    return layers->CanDraw(camera);
+    if (!reason.isEmpty()) {
+        Logger::Error("The stroke was dropped: " + reason.arg(layer->GetName()));
+    }
+    return reason.isEmpty();
+}
+
+void BaseNode::ReportStrokeLost() {
+    Logger::Error("The stroke was dropped: the drawing it began on is gone.");
 }
 
 bool BaseNode::MayChangeActiveLayer(const QString& camera) const {
@@ -72,7 +109,10 @@ bool BaseNode::AddMissingFrame(LayerManager& layers, const QString& camera, bool
         time = staticTime;
     }
     frameAdded = layers.AddFrame(camera, time) >= 0;
-    return true;
+    if (!frameAdded) {
+        Logger::Error("A frame cannot be added at the current time.");
+    }
+    return frameAdded;
 }
 
 } // namespace vellix

@@ -1,5 +1,7 @@
 #include "tools/DrawContext.h"
 
+#include "core/LayerManager.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
@@ -14,6 +16,8 @@
 #include <maya/MPoint.h>
 #include <maya/MUIDrawManager.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <qopengl.h>
 
@@ -26,13 +30,6 @@ namespace {
 constexpr int PIXELS_PER_STEP = 10;
 constexpr int CIRCLE_CORNERS = 360;
 constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
-
-/// Drops the last character: two units of the text when it lies outside Unicode's basic plane.
-void DropLastCharacter(QString& text) {
-    const bool isPair = text.size() > 1 && text.at(text.size() - 1).isLowSurrogate() &&
-                        text.at(text.size() - 2).isHighSurrogate();
-    text.chop(isPair ? 2 : 1);
-}
 
 } // namespace
 
@@ -132,6 +129,8 @@ MStatus DrawContext::doRelease(MEvent&) {
         if (stroke == nullptr || stroke->tool != ToolType::Text) {
             PushStroke();
         } else {
+            text_ = TypedText();
+            isUnsaved_ = false;
             RefreshView();
             inputHandler_.SetDrawContext(this);
         }
@@ -174,9 +173,13 @@ void DrawContext::BeginStroke() {
     if (!node->PrepareForDraw(camera_, layerIndex_, frameAdded_)) {
         return;
     }
+    stroke_ = node->GetActiveStroke(camera_, false);
+    if (stroke_ == nullptr) {
+        node->GetLayerManager()->TakeBackPress();
+        return;
+    }
     node_ = BaseNodePointer(node);
     M3dView view = M3dView::active3dView();
-    stroke_ = node->GetActiveStroke(camera_, false);
     view_ = view.widget();
     ThreadManager::GetInstance()->CreateInputThread(view_, node, stroke_);
     guard_.Watch(view_);
@@ -193,16 +196,22 @@ void DrawContext::FinishStroke() {
 
 void DrawContext::PushStroke() {
     const BaseNodePointer node = node_;
+    const bool wasBegun = stroke_ != nullptr;
+    const bool isThere = ActiveStroke() != nullptr; // a command may have committed it
     guard_.Release();
     node_ = BaseNodePointer();
     stroke_ = nullptr;
     view_.clear();
     inputHandler_.SetDrawContext(nullptr);
-    if (node) {
-        MayaUtil::PushStroke(camera_, layerIndex_, frameAdded_);
+    if (isThere && node->MayCommitStroke()) {
+        // The layer may have moved since the press.
+        const LayerPlace place = node->FindLayer(node->GetLayerManager()->GetStrokeDrawing().layer);
+        MayaUtil::PushStroke(place.camera, layerIndex_ >= 0 ? place.index : -1, frameAdded_);
+    } else if (wasBegun && !node) {
+        BaseNode::ReportStrokeLost();
     }
-    // A stroke whose layer or node is gone was not committed. Drop it: a deleted node may come back by undo,
-    // and the old stroke would block the next one.
+    // A stroke that was not committed is dropped, also on a deleted node: that may come back by undo, and the
+    // old stroke would block the next one.
     BaseNode* const left = node.GetAlive();
     if (left != nullptr && left->HasActiveStroke()) {
         left->CancelActiveStroke();
@@ -252,27 +261,39 @@ bool DrawContext::ProcessKeyDownEvent(QKeyEvent* event) {
     if (!IsTyping()) {
         return false;
     }
-    switch (event->key()) {
-    case Qt::Key_Escape:
+    if (event->key() == Qt::Key_Escape) {
         EndTextDraw();
         return true;
-    case Qt::Key_Backspace:
-        if (!stroke_->text.isEmpty()) {
-            DropLastCharacter(stroke_->text);
-            stroke_->changed = true;
-        }
-        break;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        stroke_->text += QLatin1Char('\n');
+    }
+    EditText(event);
+    if (stroke_->text != text_.Get()) {
+        stroke_->text = text_.Get();
         stroke_->changed = true;
-        break;
-    default:
-        stroke_->text += event->text();
-        stroke_->changed = true;
+        // Nothing of the text is in an undo step yet, but it must not get lost when the scene is left.
+        isUnsaved_ = isUnsaved_ || MayaUtil::MarkSceneModified();
     }
     RefreshView();
     return true;
+}
+
+void DrawContext::EditText(QKeyEvent* event) {
+    bool fits = true;
+    if (event->matches(QKeySequence::Undo)) {
+        text_.Undo();
+    } else if (event->matches(QKeySequence::Redo)) {
+        text_.Redo();
+    } else if (event->matches(QKeySequence::Paste)) {
+        fits = text_.Paste(QGuiApplication::clipboard()->text());
+    } else if (event->key() == Qt::Key_Backspace) {
+        text_.DropLast();
+    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        fits = text_.Type(QStringLiteral("\n"));
+    } else {
+        fits = text_.Type(event->text());
+    }
+    if (!fits) {
+        Logger::Warning(QStringLiteral("A text has at most %1 characters.").arg(TypedText::MAX_LENGTH));
+    }
 }
 
 // --- size and opacity by dragging -------------------------------------------------------------------------

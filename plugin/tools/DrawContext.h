@@ -4,6 +4,7 @@
 #include "paint/ToolType.h"
 #include "tools/DrawContextInputHandler.h"
 #include "tools/StrokeGuard.h"
+#include "tools/TypedText.h"
 
 #include <maya/MPxContext.h>
 
@@ -41,13 +42,14 @@ public:
     MStatus doRelease(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                       const MHWRender::MFrameContext& context) override;
 
-    /// Handles a key for the text being typed; Escape ends it. Returns false, and does nothing, when no text
-    /// is being typed.
+    /// Handles a key for the text being typed: Escape ends it, the keys of undo, redo and paste act on it.
+    /// Returns false, and does nothing, when no text is being typed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
     /// Returns whether text is being typed.
     bool IsTyping() const;
     void EndTextDraw();
-    /// Commits the stroke, or drops it if it cannot be committed.
+    /// Commits the stroke into the drawing that it began on, or drops it, and what its press added, if it
+    /// cannot be committed.
     void PushStroke();
     void RefreshView();
     void RefreshCursor();
@@ -71,6 +73,7 @@ private:
     void FinishStroke();
     void SwitchCamera();
     Stroke* ActiveStroke() const;
+    void EditText(QKeyEvent* event);
     int AdjustedValue() const;
     void DrawXorCircle(float radius) const;
     void DrawAdjustment(float radius) const;
@@ -83,6 +86,8 @@ private:
     QString camera_;
     int layerIndex_ = -1;
     bool frameAdded_ = false;
+    TypedText text_;
+    bool isUnsaved_ = false; ///< the host knows that the text is not saved
 
     bool adjustSize_ = false;
     bool adjustOpacity_ = false;

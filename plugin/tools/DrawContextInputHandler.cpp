@@ -2,6 +2,7 @@
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "node/OpenText.h"
 #include "paint/TabletPressure.h"
 #include "tools/DrawContext.h"
 
@@ -12,6 +13,13 @@
 #include <QWidget>
 
 namespace vellix {
+
+DrawContextInputHandler::DrawContextInputHandler()
+    : outsidePress_([this] { EndTextDraw(); }) {}
+
+DrawContextInputHandler::~DrawContextInputHandler() {
+    SetDrawContext(nullptr);
+}
 
 void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
     adjustSize_ = false;
@@ -36,6 +44,13 @@ void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
 }
 
 void DrawContextInputHandler::SetDrawContext(DrawContext* context) {
+    if (context != nullptr) {
+        OpenText::SetCommit([this] { EndTextDraw(); });
+        outsidePress_.Watch(context->View());
+    } else if (drawContext_ != nullptr) {
+        OpenText::SetCommit(nullptr);
+        outsidePress_.Stop();
+    }
     drawContext_ = context;
     AcceptInputMethod(context != nullptr);
 }
@@ -82,6 +97,9 @@ bool DrawContextInputHandler::ProcessViewEvent(QEvent* event) {
         return ProcessTabletEvent(static_cast<QTabletEvent*>(event));
     case QEvent::InputMethod:
         return ProcessInputMethodEvent(event);
+    case QEvent::KeyPress:
+        // Here, since the view would use the tab key to pass the focus on.
+        return IsTyping() && ProcessKeyDownEvent(static_cast<QKeyEvent*>(event));
     default:
         return false;
     }
@@ -146,7 +164,9 @@ bool DrawContextInputHandler::OverrideShortcut(QKeyEvent* event) const {
         modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     const bool types = commands == Qt::NoModifier ||
                        commands == Qt::KeyboardModifiers(Qt::ControlModifier | Qt::AltModifier);
-    if (IsTyping() ? types : adjusts) {
+    const bool edits = event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo) ||
+                       event->matches(QKeySequence::Paste);
+    if (IsTyping() ? types || edits : adjusts) {
         event->accept();
         return true;
     }

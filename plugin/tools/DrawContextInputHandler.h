@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/OutsidePress.h"
 #include "tools/ViewEventFilter.h"
 
 #include <QString>
@@ -20,8 +21,12 @@ class DrawContextInputHandler : public ViewEventFilter {
     Q_OBJECT
 
 public:
+    DrawContextInputHandler();
+    ~DrawContextInputHandler() override;
+
     void SetEventFilterEnabled(bool enabled);
-    /// Sets the context that receives typed keys, borrowed; null for none.
+    /// Sets the context that receives typed keys, borrowed; null for none. Its text is the open one
+    /// meanwhile.
     void SetDrawContext(DrawContext* context);
     bool AdjustSizeEnabled() const { return adjustSize_; }
     bool AdjustOpacityEnabled() const { return adjustOpacity_; }
@@ -110,6 +115,7 @@ private:
     QPointer<QWidget> typedInto_; ///< the view with input methods switched on while typing
     QString menuCamera_;
     DrawContext* drawContext_ = nullptr;
+    OutsidePress outsidePress_;
     bool adjustSize_ = false;
     bool adjustOpacity_ = false;
 };

@@ -1,15 +1,7 @@
 #include "tools/TransformClipboard.h"
 
-#include "core/Frame.h"
-#include "core/Layer.h"
-#include "core/LayerManager.h"
-#include "host/FrameTime.h"
-#include "host/MayaUtil.h"
-#include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
-
-#include <algorithm>
 
 namespace vellix {
 
@@ -58,31 +50,7 @@ TransformClipboard::Corners TransformClipboard::PlaceAt(const QPoint& leftTop, f
 // --- created layer and frame ------------------------------------------------------------------------------
 
 bool TransformClipboard::PrepareToPaste(BaseNode& node, const QString& camera) {
-    const bool isPrepared = node.PrepareForDraw(camera, createdLayer_, frameCreated_);
-    frameTime_ = MayaUtil::GetPlaybackTime();
-    return isPrepared;
-}
-
-int TransformClipboard::RemoveCreated(LayerManager& layers, const QString& camera, const Layer* layer) const {
-    if (createdLayer_ < 0 && !frameCreated_) {
-        return -1;
-    }
-    // Commands may have moved or removed the layer since, or made another one active.
-    const QList<Layer*> stack = layers.GetLayers(camera);
-    const auto found =
-        std::find_if(stack.begin(), stack.end(), [&](const Layer* other) { return other == layer; });
-    if (found == stack.end()) {
-        return -1;
-    }
-    const auto index = static_cast<int>(found - stack.begin());
-    if (frameCreated_ && (*found)->GetState() != LayerState::Locked) {
-        const bool isStatic = (*found)->GetState() == LayerState::Static;
-        (*found)->RemoveFrame(isStatic ? FromWholeFrames(Settings::defaultStaticFrameTime) : frameTime_);
-    }
-    if (createdLayer_ >= 0) {
-        layers.RemoveLayer(camera, index);
-    }
-    return index;
+    return node.PrepareForDraw(camera, createdLayer_, frameCreated_);
 }
 
 void TransformClipboard::ForgetCreated() {

@@ -2,16 +2,12 @@
 
 #include "tools/TransformSelection.h"
 
-#include <maya/MTime.h>
-
 #include <QPoint>
 #include <QString>
 
 namespace vellix {
 
 class BaseNode;
-class Layer;
-class LayerManager;
 struct Stroke;
 
 /// Cut, copy and paste of the transform tool: what the stroke is to do, the size of the rectangle copied
@@ -43,10 +39,7 @@ public:
     /// Index of the created layer; -1 for none.
     int GetCreatedLayer() const { return createdLayer_; }
     bool IsFrameCreated() const { return frameCreated_; }
-    /// Removes the created frame from `layer`, and the layer itself if it was created. Returns the index of
-    /// the layer; -1 when there is nothing to remove or the layer is gone.
-    int RemoveCreated(LayerManager& layers, const QString& camera, const Layer* layer) const;
-    /// Forgets the created layer and frame, which stay.
+    /// Forgets the created layer and frame. They stay, or have gone with the stroke.
     void ForgetCreated();
 
 private:
@@ -63,7 +56,6 @@ private:
 
     int createdLayer_ = -1;
     bool frameCreated_ = false;
-    MTime frameTime_;
 };
 
 } // namespace vellix

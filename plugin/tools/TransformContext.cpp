@@ -2,6 +2,7 @@
 
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "node/BaseNode.h"
 #include "paint/ScopeExit.h"
@@ -68,6 +69,9 @@ void TransformContext::toolOnSetup(MEvent&) {
 void TransformContext::toolOffCleanup() {
     MMessage::removeCallbacks(callbacks_);
     callbacks_.clear();
+    if (HasTransform()) {
+        Logger::Warning("The transform was dropped: another tool was chosen.");
+    }
     CancelStroke();
     ForgetOutline();
     BaseNode::SetActiveTransformContext(nullptr);
@@ -198,10 +202,29 @@ void TransformContext::PreprocessSelection() {
     RefreshView();
 }
 
+bool TransformContext::HasTransform() const {
+    BaseNode* node = stage_ == TRANSFORM_STAGE ? selection_.GetNode() : nullptr;
+    return node != nullptr && selection_.FindStroke(*node) != nullptr;
+}
+
+/// Whether the transform is still that of what the active view shows. Logs why not, unless there is none.
+bool TransformContext::CheckTransform() const {
+    if (selection_.GetNode() == nullptr) {
+        BaseNode::ReportStrokeLost();
+        return false;
+    }
+    if (!HasTransform()) {
+        return false;
+    }
+    if (!selection_.IsCurrent()) {
+        Logger::Error("The transform was dropped: the view, the time or the active layer has changed.");
+        return false;
+    }
+    return true;
+}
+
 void TransformContext::Commit() {
-    BaseNode* node = selection_.GetNode();
-    if (node == nullptr || !selection_.IsCurrent() || selection_.FindStroke(*node) == nullptr ||
-        !PushStroke()) {
+    if (!CheckTransform() || !selection_.GetNode()->MayCommitStroke() || !PushStroke()) {
         CancelStroke();
     }
     clipboard_.End();
@@ -219,11 +242,7 @@ void TransformContext::CancelStroke() {
     // The node may have been deleted, and come back with an undo.
     if (const std::shared_ptr<LayerManager> layers = selection_.GetLayers()) {
         layers->CancelActiveStroke();
-        const int changed = clipboard_.RemoveCreated(*layers, camera, selection_.GetLayer());
-        BaseNode* node = changed >= 0 ? selection_.GetNode() : nullptr;
-        if (node != nullptr) {
-            node->OnFramesChanged(camera, changed);
-        }
+        layers->TakeBackPress();
     }
     if (BaseNode* node = BaseNode::GetMaster()) {
         node->CancelActiveStroke();
@@ -317,11 +336,11 @@ void TransformContext::DragInSelectStage(const QPoint& position) {
 void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& position) {
     using DragMode = Transformation::DragMode;
     transformation_.EndDrag();
-    BaseNode* node = selection_.GetNode();
-    if (node == nullptr || !selection_.IsCurrent() || selection_.FindStroke(*node) == nullptr) {
+    if (!CheckTransform()) {
         invalid_ = true;
         return;
     }
+    BaseNode* node = selection_.GetNode();
     MStatus status;
     const MEvent::MouseButtonType button = event.mouseButton(&status);
     if (!status) {
@@ -370,8 +389,8 @@ void TransformContext::UpdateStroke() {
         return;
     }
     if (stroke->freshSelection) {
-        // Composing lifts the region, or the pasted image, while the stroke's flags still say which.
-        node->GetFinalImage(selection_.GetCamera());
+        // Painting lifts the region, or the pasted image, while the stroke's flags still say which.
+        node->GetLayerManager()->PaintActiveStroke();
     }
     transformation_.ApplyTo(*stroke);
     stroke->freshSelection = false;

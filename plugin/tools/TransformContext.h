@@ -118,6 +118,8 @@ private:
     bool BeginSelection();
     /// Returns false if there is no selection, or if `changes` is set and the active layer refuses changes.
     bool EnterTransformStage(bool changes);
+    bool HasTransform() const;
+    bool CheckTransform() const;
     void Commit();
     void RememberCopiedRectangle();
     void ForgetOutline();

@@ -1,5 +1,6 @@
 #include "tools/TransformSelection.h"
 
+#include "core/Layer.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
@@ -28,8 +29,9 @@ void TransformSelection::Begin(const BaseNode& node) {
 }
 
 bool TransformSelection::TakeActiveLayer(const BaseNode& node) {
-    layer_ = node.GetActiveLayer(camera_);
-    return layer_ != nullptr;
+    const Layer* const active = node.GetActiveLayer(camera_);
+    layer_ = active == nullptr ? LayerId::None : active->GetId();
+    return active != nullptr;
 }
 
 BaseNode* TransformSelection::GetNode() const {
@@ -49,8 +51,9 @@ bool TransformSelection::IsInActiveView() const {
 
 bool TransformSelection::IsCurrent() const {
     const BaseNode* node = GetNode();
-    return node != nullptr && IsInActiveView() && MayaUtil::GetPlaybackTimeValue() == frame_ &&
-           node->GetActiveLayer(camera_) == layer_;
+    const Layer* active = node == nullptr ? nullptr : node->GetActiveLayer(camera_);
+    return active != nullptr && active->GetId() == layer_ && IsInActiveView() &&
+           MayaUtil::GetPlaybackTimeValue() == frame_;
 }
 
 // --- rectangle --------------------------------------------------------------------------------------------

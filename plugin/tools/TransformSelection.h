@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Identity.h"
+
 #include <maya/M3dView.h>
 
 #include <QPoint>
@@ -12,7 +14,6 @@
 namespace vellix {
 
 class BaseNode;
-class Layer;
 class LayerManager;
 struct Stroke;
 
@@ -38,9 +39,6 @@ public:
     M3dView& GetView() { return view_; }
     /// The drawing selected in; null once it is gone.
     std::shared_ptr<LayerManager> GetLayers() const { return layers_.lock(); }
-    /// For comparison only: the layer may be gone.
-    const Layer* GetLayer() const { return layer_; }
-
     /// The node that holds the selection; null once it is gone or no longer the master.
     BaseNode* GetNode() const;
     /// The transform stroke of the node, borrowed; null if there is none.
@@ -97,7 +95,7 @@ private:
     M3dView view_;
     QString camera_;
     std::weak_ptr<LayerManager> layers_;
-    const Layer* layer_ = nullptr;
+    LayerId layer_ = LayerId::None;
     int frame_ = 0; ///< playback frame
     Corners corners_{};
     QRect region_;

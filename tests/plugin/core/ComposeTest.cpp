@@ -219,10 +219,48 @@ TEST_F(ComposeTest, AStrokeKeepsTheGhostsItBeganWith) {
     Settings::ghostColorOverride = false;
     EXPECT_LE(PlainComposer::Difference(shown, Plain(camera, &work)), 2);
     ShowTime(6);
-    EXPECT_LE(Error(camera, &work), 2) << "but never the ghosts of another drawing";
+    EXPECT_LE(Error(camera), 2) << "but never the ghosts of another drawing";
     manager.CancelActiveStroke();
     Settings::ghostColorOverride = true;
     EXPECT_LE(Error(camera), 2);
+}
+
+TEST_F(ComposeTest, AStrokeIsShownWhereverItsDrawingIs) {
+    MakeDocument();
+    ShowTime(5);
+    Stroke* stroke = BeginStroke(camera, ToolType::Pencil);
+    Layer* drawn = manager.GetActiveLayer(camera);
+    QImage work = PlainComposer::Blank();
+    work.fill(QColor(10, 120, 240, 0));
+    DrawUtil::DrawFreehand(work, stroke->points, 0, ToolType::Pencil);
+    // The active layer of the reference is the one with the stroke.
+    const auto plain = [&](bool shown) {
+        const int active = manager.GetActiveLayerIndex(camera);
+        manager.SetActiveLayer(camera, manager.FindLayer(drawn->GetId()).index, false);
+        const QImage image = Plain(camera, shown ? &work : nullptr);
+        manager.SetActiveLayer(camera, active, false);
+        return image;
+    };
+    const auto error = [&](bool shown) {
+        stroke->changed = true;
+        return PlainComposer::Difference(*manager.GetFlattenedImage(camera), plain(shown));
+    };
+    EXPECT_LE(error(true), 2);
+    ShowTime(6);
+    EXPECT_LE(error(false), 2) << "another drawing";
+    ShowTime(5);
+    EXPECT_LE(error(true), 2);
+    manager.SetActiveLayer(camera, 0, false);
+    EXPECT_LE(error(true), 2) << "another active layer";
+    manager.MoveLayer(camera, manager.FindLayer(drawn->GetId()).index, 0);
+    EXPECT_LE(error(true), 2) << "at another place";
+    drawn->SetVisible(false);
+    EXPECT_LE(error(false), 2) << "hidden";
+    drawn->SetVisible(true);
+    manager.MoveLayer(camera, 0, "other", 0);
+    stroke->changed = true;
+    EXPECT_LE(PlainComposer::Difference(*manager.GetFlattenedImage("other"), Plain("other", &work)), 2);
+    manager.CancelActiveStroke();
 }
 
 TEST_F(ComposeTest, AStrokeBelongsToItsCamera) {

@@ -55,6 +55,80 @@ TEST_F(TransformLifeTest, PressedAfterTheFrameOrTheLayerChangedItReverts) {
     }
 }
 
+TEST_F(TransformLifeTest, WhatEndsItInTheMiddleIsSaid) {
+    Begin();
+    const struct {
+        const char* line;
+        bool enters;
+        const char* message;
+    } rows[] = {
+        {"currentTime 2", true,
+         "Error: [Vellix2] The transform was dropped: the view, the time or the active"},
+        {"currentTime 2", false,
+         "Error: [Vellix2] The transform was dropped: the view, the time or the active"},
+        {"qmVellixLayer -add -ls 0 persp", true,
+         "Error: [Vellix2] The transform was dropped: the view, the time"},
+        {"qmVellixLayer -es 2 0 persp", true,
+         "Error: [Vellix2] The stroke was dropped: the layer \"Layer\" is lock"},
+        {"qmVellixLayer -ev 0 0 persp", true,
+         "Error: [Vellix2] The stroke was dropped: the layer \"Layer\" is not"},
+        {"qmVellixFrame -delete", true,
+         "Error: [Vellix2] The stroke was dropped: the drawing it began on is gone."},
+        {"setToolTo moveSuperContext", false, "Warning: [Vellix2] The transform was dropped: another tool"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
+        BeginTransform();
+        messages_.clear();
+        Run(row.line);
+        Grab();
+        if (row.enters) {
+            Key(Qt::Key_Return);
+        } else {
+            Drag({500, 500}, {600, 600});
+            Rest();
+        }
+        std::vector<std::string> said;
+        for (const std::string& line : messages_) {
+            if (line.find("[Vellix2]") != std::string::npos) {
+                said.push_back(line);
+            }
+        }
+        ASSERT_EQ(said.size(), 1U);
+        EXPECT_NE(said[0].find(row.message), std::string::npos) << said[0];
+        if (std::string(row.line).find("setToolTo") == std::string::npos) {
+            Run("undo");
+        }
+        Activate();
+        ExpectFreshStart();
+    }
+}
+
+TEST_F(TransformLifeTest, AnotherDrawingIsNeitherLiftedNorCovered) {
+    Begin();
+    Run("currentTime 5; qmVellixFrame -insert");
+    QImage other = Picture().mirrored();
+    Node().GetActiveLayer("persp")->GetFrame(1)->SetImage(other);
+    Run("currentTime 1");
+    Rest();
+    BeginTransform();
+    const QImage shown = Grab();
+    Run("currentTime 5");
+    EXPECT_EQ(*Node().GetFinalImage("persp"), Node().GetLayerManager()->ComposeFrame("persp", 5, false));
+    Run("currentTime 1");
+    EXPECT_EQ(Grab(), shown);
+    Key(Qt::Key_Return);
+    QImage moved = Picture();
+    const QImage lifted = moved.copy(QUARTERS);
+    QPainter painter(&moved);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(QUARTERS, Qt::transparent);
+    painter.drawImage(QUARTERS.topLeft() + QPoint(80, 10), lifted);
+    painter.end();
+    EXPECT_EQ(Current(), moved);
+    EXPECT_EQ(Node().GetActiveLayer("persp")->GetFrame(1)->GetImage(), other);
+}
+
 TEST_F(TransformLifeTest, PressedInAnotherViewItReverts) {
     Begin();
     Run("qmVellixLayer -add -ls 0 top; qmVellixLayer -e -active 0 persp");

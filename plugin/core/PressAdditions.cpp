@@ -1,0 +1,100 @@
+#include "core/PressAdditions.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "paint/Picture.h"
+
+namespace vellix {
+
+namespace {
+
+bool IsBlank(const Frame& frame) {
+    const QImage image = frame.PeekImage();
+    return image.isNull() || TileCoverage::Of(image).occupied.IsEmpty();
+}
+
+} // namespace
+
+PressAdditions::PressAdditions() = default;
+PressAdditions::PressAdditions(PressAdditions&& other) noexcept = default;
+PressAdditions& PressAdditions::operator=(PressAdditions&& other) noexcept = default;
+PressAdditions::~PressAdditions() = default;
+
+PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& drawing, bool layerAdded,
+                               bool frameAdded)
+    : drawing_(drawing)
+    , layerAdded_(layerAdded)
+    , frameAdded_(frameAdded) {
+    const QString camera = layers.FindLayer(drawing.layer).camera;
+    if (layerAdded && layers.LayerCount(camera) == 1) {
+        const QString previous = layers.GetPreviousActiveCamera();
+        const Layer* const active = previous == camera ? nullptr : layers.GetActiveLayer(previous);
+        previousLayer_ = active == nullptr ? LayerId::None : active->GetId();
+    }
+}
+
+bool PressAdditions::TakeOut(LayerManager& layers) {
+    if (!layerAdded_ && !frameAdded_) {
+        return true;
+    }
+    const LayerPlace place = layers.FindLayer(drawing_.layer);
+    if (place.layer == nullptr) {
+        return false;
+    }
+    if (!layerAdded_) {
+        frame_ = place.layer->RemoveFrame(drawing_.frame);
+        return frame_ != nullptr;
+    }
+    const LayerManager::ChangeScope scope(layers);
+    activeCamera_ = layers.GetActiveCamera();
+    camera_ = place.camera;
+    index_ = place.index;
+    layer_ = layers.RemoveLayer(camera_, index_);
+    RestoreActiveLayer(layers, camera_);
+    return true;
+}
+
+bool PressAdditions::PutBack(LayerManager& layers) {
+    if (layer_ != nullptr) {
+        const LayerManager::ChangeScope scope(layers);
+        layers.InsertLayer(camera_, index_, layer_.release()); // active again if it was
+        layers.SetActiveCamera(activeCamera_);
+        return true;
+    }
+    if (frame_ != nullptr) {
+        const LayerPlace place = layers.FindLayer(drawing_.layer);
+        if (place.layer == nullptr || place.layer->FrameExists(frame_->GetTimeValue())) {
+            return false;
+        }
+        place.layer->InsertFrame(frame_.release());
+    }
+    return true;
+}
+
+void PressAdditions::Discard(LayerManager& layers) {
+    const LayerPlace place = layers.FindLayer(drawing_.layer);
+    if (place.layer == nullptr) {
+        return;
+    }
+    const LayerManager::ChangeScope scope(layers);
+    const Frame* const frame = frameAdded_ ? place.layer->FindFrame(drawing_.frame) : nullptr;
+    if (frame != nullptr && IsBlank(*frame)) {
+        place.layer->RemoveFrame(drawing_.frame);
+    }
+    if (layerAdded_ && place.layer->FrameCount() == 0) {
+        layers.RemoveLayer(place.camera, place.index);
+        RestoreActiveLayer(layers, place.camera);
+    }
+}
+
+/// Goes back to the camera that was active before the press made its own active, unless the user has left
+/// that.
+void PressAdditions::RestoreActiveLayer(LayerManager& layers, const QString& camera) const {
+    const LayerPlace previous = layers.FindLayer(previousLayer_);
+    if (previous.layer != nullptr && layers.GetActiveCamera() == camera) {
+        layers.SetActiveLayer(previous.camera, previous.index, true);
+    }
+}
+
+} // namespace vellix

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "core/Identity.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace vellix {
+
+class Frame;
+class Layer;
+class LayerManager;
+
+/// The layer and the frame that a press added for its stroke. Takes them out of the drawing, keeps them, and
+/// puts the same objects back, so that whatever knows their identities finds them again.
+class PressAdditions {
+public:
+    /// Nothing was added.
+    PressAdditions();
+    /// Made right after the press. `drawing` is what the stroke is drawn on; its layer is in the document.
+    PressAdditions(const LayerManager& layers, const DrawingId& drawing, bool layerAdded, bool frameAdded);
+    PressAdditions(PressAdditions&& other) noexcept;
+    PressAdditions& operator=(PressAdditions&& other) noexcept;
+    ~PressAdditions();
+
+    const DrawingId& GetDrawing() const { return drawing_; }
+    /// The added frame; None if there is none.
+    FrameId GetFrame() const { return frameAdded_ ? drawing_.frame : FrameId::None; }
+    /// The layer that was active before the added one, the first of its camera; None if another was there.
+    LayerId GetPreviousLayer() const { return previousLayer_; }
+    void SetPreviousLayer(LayerId layer) { previousLayer_ = layer; }
+
+    /// Takes out what was added, and makes the layer active again that was before. Returns false, with
+    /// nothing changed, if the document does not hold what was added.
+    bool TakeOut(LayerManager& layers);
+    /// Puts back what TakeOut took. Returns false, with nothing changed, if the frame's layer is gone or its
+    /// time is taken.
+    bool PutBack(LayerManager& layers);
+    /// Deletes what was added for a stroke that is dropped. What has been drawn on or filled meanwhile stays.
+    void Discard(LayerManager& layers);
+
+private:
+    void RestoreActiveLayer(LayerManager& layers, const QString& camera) const;
+
+    DrawingId drawing_;
+    bool layerAdded_ = false;
+    bool frameAdded_ = false;
+    LayerId previousLayer_ = LayerId::None;
+
+    // What was taken out: a layer with its place and the camera that was active then, or a frame.
+    QString activeCamera_;
+    QString camera_;
+    int index_ = -1;
+    std::unique_ptr<Layer> layer_;
+    std::unique_ptr<Frame> frame_;
+};
+
+} // namespace vellix

@@ -1,0 +1,313 @@
+// A stroke belongs to the drawing on which it began, whatever happens until it ends.
+#include "core/Frame.h"
+#include "host/MayaUtil.h"
+#include "host/Settings.h"
+#include "paint/Stroke.h"
+#include "plugin/commands/CommandFixture.h"
+
+#include <QMap>
+
+#include <gmock/gmock.h>
+
+namespace vellix {
+namespace {
+
+/// persp has the layers A, with drawings at 1 and 5, and B, with one at 1. front has C, and side has none.
+class StrokeTargetTest : public CommandFixture {
+protected:
+    void SetUp() override {
+        CommandFixture::SetUp();
+        Settings::defaultLayerState = 0;
+        Mel("playbackOptions -min 1 -max 12");
+        for (const char* layer : {"front/C/1", "persp/A/1", "persp/A/5", "persp/B/1"}) {
+            const QStringList parts = QString(layer).split('/');
+            if (!LayerNames(parts[0]).contains(parts[1])) {
+                Mel(QString("qmVellixLayer -add -n %1 -ls 0 %2").arg(parts[1], parts[0]));
+            }
+            Mel("currentTime " + parts[2]);
+            DrawStroke(parts[0], 100 + 50 * parts[2].toInt());
+        }
+        Mel("qmVellixLayer -e -active 0 persp");
+    }
+
+    struct Pressed {
+        QString camera;
+        int layer = -1;
+        bool frameAdded = false;
+    };
+    /// Begins a stroke as a press does, and draws.
+    Pressed Press(const QString& camera, int y) {
+        Pressed pressed{camera};
+        EXPECT_TRUE(Node().PrepareForDraw(camera, pressed.layer, pressed.frameAdded));
+        Stroke* const stroke = Node().GetActiveStroke(camera, false);
+        stroke->tool = ToolType::Pencil;
+        stroke->points = {{20, 1.0f, 1.0f, QPoint(100, y)}, {20, 1.0f, 1.0f, QPoint(300, y)}};
+        stroke->changed = true;
+        Node().GetFinalImage(camera);
+        return pressed;
+    }
+    /// Ends the stroke as a release does. Returns whether it was committed.
+    static bool Release(const Pressed& pressed) {
+        const LayerPlace place = Node().FindLayer(Node().GetLayerManager()->GetStrokeDrawing().layer);
+        const bool isCommitted =
+            Node().MayCommitStroke() && MayaUtil::PushStroke(place.camera, pressed.layer, pressed.frameAdded);
+        Node().CancelActiveStroke();
+        return isCommitted;
+    }
+    void DrawStroke(const QString& camera, int y) {
+        const Pressed pressed = Press(camera, y);
+        EXPECT_TRUE(Release(pressed));
+    }
+
+    /// The pictures, by "camera/layer/time".
+    static QMap<QString, QImage> Pictures() {
+        QMap<QString, QImage> pictures;
+        const auto layers = Node().GetLayerManager();
+        for (const QString& camera : layers->GetCameras()) {
+            for (const Layer* layer : layers->GetLayers(camera)) {
+                for (int i = 0; i < layer->FrameCount(); ++i) {
+                    const QString place = QString("%1/%2/%3")
+                                              .arg(camera, layer->GetName())
+                                              .arg(layer->GetFrame(i)->GetTimeValue());
+                    pictures[place] = layer->GetFrame(i)->PeekImage();
+                }
+            }
+        }
+        return pictures;
+    }
+    /// The places whose pictures differ.
+    static QStringList Changed(const QMap<QString, QImage>& before, const QMap<QString, QImage>& after) {
+        QStringList changed;
+        for (const QString& place : before.keys() + after.keys()) {
+            if (before.contains(place) != after.contains(place) || before[place] != after[place]) {
+                changed.append(place);
+            }
+        }
+        changed.removeDuplicates();
+        return changed;
+    }
+};
+
+} // namespace
+
+TEST_F(StrokeTargetTest, GoesIntoTheDrawingItBeganOn) {
+    const struct {
+        const char* camera;
+        int time;
+        const char* meanwhile;
+        const char* drawing;
+    } rows[] = {
+        {"persp", 1, "currentTime 5", "persp/A/1"},
+        {"persp", 3, "currentTime 5", "persp/A/3"},
+        {"persp", 3, "currentTime 1", "persp/A/3"},
+        {"persp", 1, "qmVellixLayer -e -active 1 persp", "persp/A/1"},
+        {"persp", 3, "currentTime 5; qmVellixLayer -e -active 1 persp", "persp/A/3"},
+        {"persp", 1, "qmVellixLayer -e -active 0 front; currentTime 7", "persp/A/1"},
+        {"persp", 3, "qmVellixLayer -add -n D -ls 0 persp", "persp/A/3"},
+        {"persp", 3, "qmVellixLayer -ins 0 -ls 0 persp", "persp/A/3"},
+        {"persp", 1, "qmVellixLayer -mv 0 1 persp", "persp/A/1"},
+        {"persp", 3, "qmVellixLayer -nc front -mv 0 0 persp", "front/A/3"},
+        {"persp", 5, "qmVellixFrame -move 4 5 6; currentTime 1", "persp/A/9"},
+        {"persp", 1, "qmVellixLayer -en Renamed 0 persp", "persp/Renamed/1"},
+        {"side", 3, "currentTime 5; qmVellixLayer -e -active 1 persp", "side/Layer/3"},
+        {"side", 3, "qmVellixLayer -e -active 0 front", "side/Layer/3"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(::testing::Message() << row.camera << " at " << row.time << ": " << row.meanwhile);
+        Mel(QString("currentTime %1").arg(row.time));
+        const QString before = Drawing();
+        const Pressed pressed = Press(row.camera, 700);
+        Mel(row.meanwhile);
+        const QMap<QString, QImage> pictures = Pictures();
+        EXPECT_TRUE(Release(pressed));
+        EXPECT_THAT(Changed(pictures, Pictures()), ::testing::ElementsAre(QString(row.drawing)));
+        const QString after = Drawing();
+
+        Mel("undo");
+        QStringList undone = Changed(pictures, Pictures());
+        EXPECT_EQ(undone, pressed.frameAdded ? QStringList(row.drawing) : QStringList());
+        Mel("redo");
+        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        Mel("undo");
+        if (pressed.frameAdded) {
+            EXPECT_FALSE(Pictures().contains(row.drawing)) << "the key goes with the stroke";
+        }
+        // Each statement of the line is a step.
+        for (int i = 0; i <= QString(row.meanwhile).count(';'); ++i) {
+            Mel("undo");
+        }
+        // A layer that a press added is not there any more to be the active one.
+        const int begin = row.camera == std::string("side") ? before.indexOf('\n') : 0;
+        EXPECT_EQ(Drawing().mid(begin).toStdString(), before.mid(begin).toStdString());
+    }
+}
+
+TEST_F(StrokeTargetTest, IsDroppedWithWhatItsPressAdded) {
+    const QString gone = "The stroke was dropped: the drawing it began on is gone.";
+    const struct {
+        const char* camera;
+        int time;
+        const char* meanwhile;
+        QString message;
+    } rows[] = {
+        {"persp", 1, "qmVellixLayer -es 2 0 persp", "The stroke was dropped: the layer \"A\" is locked."},
+        {"persp", 3, "qmVellixLayer -es 2 0 persp", "The stroke was dropped: the layer \"A\" is locked."},
+        {"persp", 3, "qmVellixLayer -ev 0 0 persp; currentTime 5",
+         "The stroke was dropped: the layer \"A\" is not visible."},
+        {"persp", 1, "qmVellixLayer -delete 0 persp", gone},
+        {"persp", 3, "qmVellixLayer -delete 0 persp", gone},
+        {"persp", 3, "qmVellixLayer -deleteAll persp", gone},
+        {"persp", 5, "qmVellixFrame -delete", gone},
+        {"persp", 5, "qmVellixFrame -cut; currentTime 1", gone},
+        {"side", 3, "qmVellixLayer -es 2 0 side", "The stroke was dropped: the layer \"Layer\" is locked."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(::testing::Message() << row.camera << " at " << row.time << ": " << row.meanwhile);
+        const int statements = QString(row.meanwhile).count(';') + 1;
+        Mel(QString("currentTime %1").arg(row.time));
+        const QString before = Drawing();
+        QString expected = before;
+        const bool layerIsAdded = Node().LayerCount(row.camera) == 0;
+        if (!layerIsAdded) {
+            Mel(row.meanwhile); // without a stroke
+            expected = Drawing();
+            for (int i = 0; i < statements; ++i) {
+                Mel("undo");
+            }
+            ASSERT_EQ(Drawing().toStdString(), before.toStdString());
+        }
+        const Pressed pressed = Press(row.camera, 700);
+        Mel(row.meanwhile);
+        EXPECT_FALSE(Release(pressed));
+        EXPECT_EQ(Messages(), QStringList(row.message));
+        EXPECT_EQ(Drawing().toStdString(), expected.toStdString());
+        EXPECT_FALSE(Node().HasActiveStroke());
+        if (!layerIsAdded) {
+            for (int i = 0; i < statements; ++i) {
+                Mel("undo");
+            }
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+        }
+    }
+}
+
+// What undo brings back has more right to its time than the empty key of a press.
+TEST_F(StrokeTargetTest, UndoUnderTheStrokeBringsBackEverything) {
+    Mel("currentTime 5");
+    const QString whole = Drawing();
+    Mel("qmVellixFrame -cut");
+    const Pressed pressed = Press("persp", 700);
+    EXPECT_TRUE(pressed.frameAdded);
+    Mel("undo");
+    EXPECT_EQ(Drawing().toStdString(), whole.toStdString());
+    EXPECT_FALSE(Release(pressed));
+    EXPECT_EQ(Drawing().toStdString(), whole.toStdString());
+
+    Mel("currentTime 3; qmVellixLayer -add -n D -ls 0 persp");
+    const QString added = Drawing();
+    const Pressed second = Press("persp", 700);
+    Mel("undo");
+    EXPECT_FALSE(Release(second));
+    Mel("redo");
+    EXPECT_EQ(Drawing().toStdString(), added.toStdString());
+}
+
+TEST_F(StrokeTargetTest, UndoAndRedoOfManyStrokesActOnTheSameObjects) {
+    QStringList states{Drawing()};
+    const auto state = [&] { states.append(Drawing()); };
+    Mel("currentTime 3");
+    states[0] = Drawing();
+    DrawStroke("side", 200);
+    state();
+    const LayerId layer = Node().GetLayer("side", 0)->GetId();
+    const FrameId frame = Node().GetLayer("side", 0)->GetFrame(0)->GetId();
+    Mel("qmVellixLayer -en \"Clean up\" 0 side");
+    state();
+    DrawStroke("side", 300);
+    state();
+    Mel("qmVellixLayer -ins 0 -ls 0 side");
+    state();
+    DrawStroke("side", 400);
+    state();
+    for (int round = 0; round < 2; ++round) {
+        for (int i = states.size() - 2; i >= 0; --i) {
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), states[i].toStdString()) << i;
+        }
+        for (int i = 1; i < states.size(); ++i) {
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), states[i].toStdString()) << i;
+        }
+    }
+    const LayerPlace place = Node().FindLayer(layer);
+    ASSERT_NE(place.layer, nullptr);
+    EXPECT_NE(place.layer->FindFrame(frame), nullptr);
+}
+
+TEST_F(StrokeTargetTest, UndoAndRedoWithoutTheDrawingSaySoAndChangeNothing) {
+    const auto layers = Node().GetLayerManager();
+    Mel("currentTime 3");
+    DrawStroke("persp", 700);
+    std::unique_ptr<Layer> taken = layers->RemoveLayer("persp", 0);
+    QString before = Drawing();
+    Mel("undo");
+    EXPECT_EQ(Messages(), QStringList("The stroke cannot be undone: its drawing is gone."));
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+
+    layers->InsertLayer("persp", 0, taken.release());
+    Mel("currentTime 7");
+    DrawStroke("persp", 700);
+    Mel("undo");
+    auto other = std::make_unique<Frame>(MTime(7, MTime::uiUnit()));
+    other->SetImage(Pictures()["front/C/1"]);
+    layers->GetLayer("persp", 0)->InsertFrame(other.release());
+    before = Drawing();
+    Mel("redo");
+    EXPECT_EQ(Messages(), QStringList("The stroke cannot be redone: its drawing is gone, or another one has "
+                                      "taken its place."));
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+}
+
+TEST_F(StrokeTargetTest, ARefusedPressAddsNothing) {
+    Mel("currentTime 3");
+    const QString before = Drawing();
+    Settings::defaultLayerState = 2;
+    int layer = -1;
+    bool frameAdded = false;
+    EXPECT_FALSE(Node().PrepareForDraw("side", layer, frameAdded));
+    EXPECT_EQ(Messages(), QStringList("Active layer is locked."));
+    EXPECT_EQ(layer, -1);
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+    Settings::defaultLayerState = 0;
+
+    // A static layer that has not followed the time finds its frame's time taken.
+    Mel("qmVellixLayer -es 1 0 persp");
+    Settings::insertDefaultStaticFrame = true;
+    const int time = Settings::defaultStaticFrameTime;
+    Settings::defaultStaticFrameTime = 1;
+    Node().GetLayer("persp", 0)->UpdateCurrentFrameIndex(-5000);
+    EXPECT_FALSE(Node().PrepareForDraw("persp", layer, frameAdded));
+    EXPECT_FALSE(frameAdded);
+    EXPECT_EQ(Messages(), QStringList("A frame cannot be added at the current time."));
+    Settings::defaultStaticFrameTime = time;
+}
+
+// A press that is dropped takes no drawing with it that has got into its key or layer meanwhile.
+TEST_F(StrokeTargetTest, WhatWasDrawnMeanwhileStays) {
+    Mel("currentTime 3");
+    Pressed pressed = Press("persp", 700);
+    const auto layers = Node().GetLayerManager();
+    Layer* const layer = layers->GetActiveLayer("persp");
+    layer->GetCurrentFrame()->SetImage(Pictures()["front/C/1"]);
+    Node().CancelActiveStroke();
+    EXPECT_EQ(Pictures().value("persp/A/3"), Pictures().value("front/C/1"));
+
+    pressed = Press("side", 700);
+    Mel("currentTime 8; qmVellixFrame -insert");
+    EXPECT_EQ(Node().LayerCount("side"), 1);
+    Mel("qmVellixLayer -es 2 0 side");
+    EXPECT_FALSE(Release(pressed));
+    EXPECT_EQ(Pictures().keys().filter("side/"), QStringList("side/Layer/8"));
+}
+
+} // namespace vellix
