@@ -52,6 +52,12 @@ const QString& StrokePainter::GetCamera() const {
     return camera_;
 }
 
+void StrokePainter::FollowCamera(const QString& from, const QString& to) {
+    if (camera_ == from) {
+        camera_ = to;
+    }
+}
+
 void StrokePainter::Begin(const QString& camera) {
     Forget();
     stroke_ = std::make_unique<Stroke>();

@@ -25,6 +25,8 @@ public:
     const QString& GetCamera() const;
 
     void Begin(const QString& camera);
+    /// The camera got another name.
+    void FollowCamera(const QString& from, const QString& to);
     /// Drops the stroke. `frame` is the frame it was drawn on, or null: a pending copy to the clipboard is
     /// taken from it.
     void Cancel(Frame* frame);
