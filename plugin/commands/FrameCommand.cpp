@@ -375,6 +375,7 @@ MStatus FrameCommand::StepBack() {
 MStatus FrameCommand::StepTo(const Frame* frame) {
     previousTime_ = MayaUtil::GetPlaybackTime();
     if (!hasRun_) {
+        layer_ = LayerId::None; // only the time changes
         targetTime_ = frame ? FromWholeFrames(frame->GetTimeValue()) : previousTime_;
     }
     PlaybackTimeScope::SetTime(targetTime_);

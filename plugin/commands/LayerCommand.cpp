@@ -305,13 +305,13 @@ MStatus LayerCommand::Delete() {
     if (!ChooseLayer()) {
         return MS::kFailure;
     }
-    before_.Remember(*node_, {camera_});
+    before_.Remember(*node_, {node_->FindLayer(layer_).camera});
     return TakeOut({layer_}) ? MS::kSuccess : MS::kFailure;
 }
 
 MStatus LayerCommand::DeleteAll() {
     ChooseAllLayers();
-    before_.Remember(*node_, {camera_});
+    before_.Remember(*node_, {layers_.empty() ? camera_ : node_->FindLayer(layers_.front()).camera});
     return TakeOut(layers_) ? MS::kSuccess : MS::kFailure;
 }
 

@@ -313,6 +313,11 @@ QString BaseNode::GetName() const {
     return MayaUtil::ToQString(name());
 }
 
+QString BaseNode::GetPath() const {
+    MObject self = thisMObject();
+    return MayaUtil::ToQString(MFnDagNode(self).partialPathName());
+}
+
 MPlug BaseNode::GetVisibilityPlug() const {
     MObject self = thisMObject();
     return MFnDependencyNode(self).findPlug("visibility", true);

@@ -85,6 +85,8 @@ public:
     /// Makes this node no longer the master, and as visible as before TakeOver.
     void StepBack();
     QString GetName() const;
+    /// The shortest path that no other node has.
+    QString GetPath() const;
 
     // Cameras.
     QString GetActiveCamera() const;

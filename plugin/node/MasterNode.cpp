@@ -44,7 +44,7 @@ void MasterNode::OnRemoved(const BaseNode& node) {
         successor->TakeOver();
         Logger::Warning(
             QStringLiteral("The drawing of \"%1\" is shown and edited now, instead of that of \"%2\".")
-                .arg(successor->GetName(), node.GetName()));
+                .arg(successor->GetPath(), node.GetPath()));
     }
 }
 
@@ -77,7 +77,7 @@ void MasterNode::OnSceneRead(const QList<BaseNode*>& added) {
         if (node != master && node->IsMaster()) {
             node->StepBack();
             Logger::Info(QStringLiteral("The drawing of \"%1\" is shown, and that of \"%2\" is edited.")
-                             .arg(node->GetName(), master->GetName()));
+                             .arg(node->GetPath(), master->GetPath()));
         }
     }
 }

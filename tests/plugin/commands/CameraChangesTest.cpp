@@ -116,14 +116,14 @@ protected:
         QStringList names;
         for (const BaseNode* node : BaseNode::GetAll()) {
             if (node->IsMaster()) {
-                names.append(node->GetName());
+                names.append(node->GetPath());
             }
         }
         return names;
     }
     static BaseNode* Find(const QString& name) {
         for (BaseNode* node : BaseNode::GetAll()) {
-            if (node->GetName() == name) {
+            if (node->GetPath() == name) {
                 return node;
             }
         }
@@ -135,8 +135,8 @@ protected:
 TEST_F(SeveralDrawingsTest, ADuplicateHasItsOwnDrawing) {
     Mel("duplicate vellix");
     ASSERT_EQ(BaseNode::GetAll().size(), 2);
-    const QString copy = BaseNode::GetAll()[1]->GetName();
-    EXPECT_EQ(Masters(), QStringList("vellixShape"));
+    const QString copy = BaseNode::GetAll()[1]->GetPath();
+    EXPECT_EQ(Masters(), QStringList("vellix|vellixShape"));
     EXPECT_FALSE(IsShown(copy)); // it would be drawn over the same drawing
     const auto drawing = Find(copy)->GetLayerManager();
     EXPECT_NE(drawing, Node().GetLayerManager());
@@ -147,30 +147,30 @@ TEST_F(SeveralDrawingsTest, ADuplicateHasItsOwnDrawing) {
     EXPECT_EQ(drawing->LayerCount("shot"), 2);
     Mel("undo; undo; redo");
     EXPECT_EQ(Find(copy)->GetLayerManager(), drawing);
-    EXPECT_EQ(Masters(), QStringList("vellixShape"));
+    EXPECT_EQ(Masters(), QStringList("vellix|vellixShape"));
 }
 
 TEST_F(SeveralDrawingsTest, AnotherDrawingTakesOverFromADeletedMaster) {
     Mel("duplicate vellix");
-    const QString copy = BaseNode::GetAll()[1]->GetName();
+    const QString copy = BaseNode::GetAll()[1]->GetPath();
     const QString before = Drawing();
     Mel("delete vellix");
     EXPECT_EQ(Warnings(),
               QStringList(QString("The drawing of \"%1\" is shown and edited now, instead of that "
-                                  "of \"vellixShape\".")
+                                  "of \"vellix|vellixShape\".")
                               .arg(copy)));
     for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(Masters(), QStringList(copy));
-        EXPECT_TRUE(IsShown(copy));
+        EXPECT_EQ(Masters(), QStringList("vellixShape"));
+        EXPECT_TRUE(IsShown("vellix1|vellixShape"));
         EXPECT_EQ(Drawing(), before);
         Mel("undo");
-        EXPECT_EQ(Masters(), QStringList("vellixShape"));
+        EXPECT_EQ(Masters(), QStringList("vellix|vellixShape"));
         EXPECT_FALSE(IsShown(copy));
         Mel("redo");
     }
     const QString path = folder_.filePath("copy.ma");
     Mel(QString("file -rename \"%1\"; file -save; file -f -open \"%1\"").arg(path));
-    EXPECT_EQ(Masters(), QStringList(copy));
+    EXPECT_EQ(Masters(), QStringList("vellixShape"));
     EXPECT_EQ(Drawing(), before);
 }
 
