@@ -13,6 +13,8 @@
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
 
+#include <maya/MPxNode.h>
+
 #include <algorithm>
 
 namespace lightbox::mel {
@@ -156,6 +158,9 @@ std::shared_ptr<Node> Duplicate(Host& host, const std::shared_ptr<Node>& origina
             setting.data = setting.data->Copy();
         }
         PlugSettingApplier(host, PlugSettingApplier::ApplyMode::Read).Apply(copy, setting);
+    }
+    if (copy->UserNode() && original->UserNode()) {
+        copy->UserNode()->copyInternalData(original->UserNode());
     }
     if (MeshNode::Is(*original)) {
         CopyMesh(host, *original, copy);

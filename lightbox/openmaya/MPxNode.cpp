@@ -32,6 +32,8 @@ MPxNode::~MPxNode() = default;
 
 void MPxNode::postConstructor() {}
 
+void MPxNode::copyInternalData(MPxNode*) {}
+
 MPxNode::Type MPxNode::type() const {
     return kDependNode;
 }

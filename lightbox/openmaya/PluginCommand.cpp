@@ -1,5 +1,6 @@
 #include "openmaya/PluginCommand.h"
 
+#include "formats/SceneFiles.h"
 #include "mel/ArgumentTokens.h"
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
@@ -51,6 +52,8 @@ private:
         RunScope scope(*command_, result);
         if (((*command_).*operation)().error()) {
             host_.output().Warning(Name() + " could not be " + what + ".");
+            // The queue goes on to its next state, which then is not the one that was saved.
+            host_.files().SetModified(true);
         }
     }
 

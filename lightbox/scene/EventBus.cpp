@@ -148,12 +148,21 @@ void EventBus::FireNode(NodeEvent event, Node& node) {
     nodes_[event].Call(node);
 }
 
+EventBus::Id EventBus::AddRenameCallback(RenameCallback callback) {
+    renames_.Add(nextId_, std::move(callback));
+    return nextId_++;
+}
+
+void EventBus::FireRename(Node& node, const std::string& before) {
+    renames_.Call(node, before);
+}
+
 bool EventBus::Remove(Id id) {
     const auto removed = [id](auto& entry) { return entry.second.Remove(id); };
     return std::any_of(events_.begin(), events_.end(), removed) ||
            std::any_of(conditions_.begin(), conditions_.end(),
                        [id](auto& entry) { return entry.second.callbacks.Remove(id); }) ||
-           std::any_of(nodes_.begin(), nodes_.end(), removed);
+           std::any_of(nodes_.begin(), nodes_.end(), removed) || renames_.Remove(id);
 }
 
 std::size_t EventBus::CallbackCount() const {
@@ -167,7 +176,7 @@ std::size_t EventBus::CallbackCount() const {
     for (const auto& nodes : nodes_) {
         count += nodes.second.Count();
     }
-    return count;
+    return count + renames_.Count();
 }
 
 } // namespace lightbox

@@ -9,13 +9,14 @@ namespace lightbox {
 
 class Node;
 
-/// Named events and conditions, and events for added and removed nodes.
+/// Named events and conditions, and events for added, removed and renamed nodes.
 class EventBus {
 public:
     using Id = std::intptr_t;
     using Callback = std::function<void()>;
     using ConditionCallback = std::function<void(bool)>;
     using NodeCallback = std::function<void(Node&)>;
+    using RenameCallback = std::function<void(Node&, const std::string&)>;
     enum class NodeEvent { Added, Removed };
 
     EventBus();
@@ -39,6 +40,10 @@ public:
     Id AddNodeCallback(NodeEvent event, NodeCallback callback);
     void FireNode(NodeEvent event, Node& node);
 
+    /// Called after a node in the scene got another name, with the name from before.
+    Id AddRenameCallback(RenameCallback callback);
+    void FireRename(Node& node, const std::string& before);
+
     /// Removes a callback of any type; returns false for an unknown id.
     bool Remove(Id id);
     /// Number of registered callbacks of all types.
@@ -53,6 +58,7 @@ private:
     std::map<std::string, CallbackList<>> events_;
     std::map<std::string, Conditional> conditions_;
     std::map<NodeEvent, CallbackList<Node&>> nodes_;
+    CallbackList<Node&, const std::string&> renames_;
     Id nextId_ = 1;
 };
 

@@ -224,12 +224,16 @@ std::vector<DagNode*> Scene::Subtree(DagNode& root) {
 
 void Scene::Rename(Node& node, const std::string& freeName) {
     Touch();
+    const std::string before = node.name_;
     Unname(node);
     node.name_ = freeName;
     byName_[freeName].push_back(&node);
     const std::string nameSpace = NamespaceOf(freeName);
     if (!nameSpace.empty()) {
         AddNamespace(nameSpace);
+    }
+    if (freeName != before) {
+        events_.FireRename(node, before);
     }
     events_.Fire("NameChanged");
 }

@@ -1,29 +1,40 @@
 #pragma once
 
+#include "core/Identity.h"
+#include "node/CameraHandle.h"
+
 #include <QList>
-#include <QPair>
 #include <QString>
+
+#include <vector>
 
 namespace vellix {
 
 class BaseNode;
 
 /// Remembers the active camera and the active layers of some cameras, so that undoing a change of layers
-/// makes the same ones active again.
+/// makes the same ones active again, wherever they are in their stacks by then.
 class ActiveLayers {
 public:
     /// Stores the active camera with its active layer, and the active layers of the given cameras.
     void Remember(const BaseNode& node, const QList<QString>& cameras);
-    /// Makes the stored layers active again, that of the active camera last.
+    /// Makes the stored layers active again, that of the active camera last. Passes over a layer that is no
+    /// longer on its camera.
     void Restore(BaseNode& node) const;
 
-    const QString& GetCamera() const { return camera_; }
-    int GetIndex() const { return index_; }
+    /// The active camera.
+    QString GetCamera() const { return active_.camera.Name(); }
+    /// The active layer of the active camera.
+    LayerId GetLayer() const { return active_.layer; }
 
 private:
-    QString camera_;
-    int index_ = -1;
-    QList<QPair<QString, int>> others_; ///< the other cameras and their active layers
+    struct Active {
+        CameraHandle camera;
+        LayerId layer = LayerId::None;
+    };
+
+    Active active_;
+    std::vector<Active> others_; ///< the other cameras and their active layers
 };
 
 } // namespace vellix

@@ -18,6 +18,10 @@ bool CameraArgument::Check(const QString& camera) {
 }
 
 QString CameraArgument::Require(const MArgDatabase& arguments) {
+    return RequireWithLayers(arguments, nullptr);
+}
+
+QString CameraArgument::RequireWithLayers(const MArgDatabase& arguments, const BaseNode* node) {
     MStringArray objects;
     arguments.getObjects(objects);
     if (objects.length() == 0) {
@@ -25,7 +29,8 @@ QString CameraArgument::Require(const MArgDatabase& arguments) {
         return QString();
     }
     QString camera = MayaUtil::ToQString(objects[0]);
-    return Check(camera) ? camera : QString();
+    const bool hasLayers = node && node->LayerCount(camera) > 0;
+    return hasLayers || Check(camera) ? camera : QString();
 }
 
 QString CameraArgument::Resolve(const QString& named, const BaseNode* node, const char* missing) {

@@ -16,6 +16,9 @@ public:
     /// The camera given as the command's object. Returns an empty string, and logs an error, if none is given
     /// or it does not exist.
     static QString Require(const MArgDatabase& arguments);
+    /// The same, but a camera that does not exist is accepted if the node (null for none) has layers of it:
+    /// the layers of a deleted camera are kept.
+    static QString RequireWithLayers(const MArgDatabase& arguments, const BaseNode* node);
     /// For commands with an optional camera: returns `named` or, if that is empty, the active camera of the
     /// node (null for none). Returns an empty string, and logs an error, if the named camera does not exist
     /// or there is no active one; `missing` is the message for the latter.

@@ -1,9 +1,11 @@
 #include "commands/FrameCommand.h"
 
 #include "commands/CameraArgument.h"
+#include "commands/FrameMove.h"
 #include "commands/PlaybackTimeScope.h"
 #include "core/Frame.h"
 #include "core/FrameRange.h"
+#include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/FrameTime.h"
 #include "host/Logger.h"
@@ -16,13 +18,17 @@
 #include <maya/MArgList.h>
 #include <maya/MStringArray.h>
 
+#include <memory>
+#include <set>
+#include <utility>
+
 namespace vellix {
 
 namespace {
 
 std::vector<int> GetTimes(const Layer& layer) {
     std::vector<int> times;
-    times.reserve(std::size_t(layer.FrameCount()));
+    times.reserve(static_cast<std::size_t>(layer.FrameCount()));
     for (int i = 0; i < layer.FrameCount(); ++i) {
         times.push_back(layer.GetFrame(i)->GetTimeValue());
     }
@@ -114,33 +120,59 @@ MStatus FrameCommand::doIt(const MArgList& args) {
         return status;
     }
     OpenText::Commit(); // before its frame or the time changes
-    if (node_) {
-        layerIndex_ = node_->GetActiveLayerIndex(camera_);
-    }
+    const Layer* const layer = node_ ? node_->GetActiveLayer(camera_) : nullptr;
+    layer_ = layer ? layer->GetId() : LayerId::None;
+    undoable_ = flag_ && flag_->undo;
     return redoIt();
 }
 
+// A step that was refused changed nothing. The next step the other way then has nothing to do either.
 MStatus FrameCommand::redoIt() {
-    node_ = BaseNode::GetMaster();
-    if (!node_) {
-        return RefuseEdit(flag_ ? flag_->withoutNode : "Node not found");
+    if (isDone_) {
+        return MS::kSuccess;
     }
-    if (!flag_ || (flag_->check && !flag_->check(*this))) {
-        return MS::kFailure;
-    }
-    undoable_ = bool(flag_->undo);
-    MStatus status = flag_->redo(*this);
-    hasRun_ = hasRun_ || status;
-    return status;
+    const auto redo = [this](FrameCommand&) {
+        return flag_->check && !flag_->check(*this) ? MStatus(MS::kFailure) : flag_->redo(*this);
+    };
+    return flag_ ? Run(redo) : Run(nullptr);
 }
 
 MStatus FrameCommand::undoIt() {
+    return isDone_ ? Run(flag_->undo) : MStatus();
+}
+
+MStatus FrameCommand::Run(const Flag::Step& step) {
     node_ = BaseNode::GetMaster();
-    return node_ ? flag_->undo(*this) : MStatus(MS::kFailure);
+    const std::shared_ptr<LayerManager> layers = node_ ? node_->GetLayerManager() : nullptr;
+    if (!layers) {
+        return RefuseEdit(flag_ ? flag_->withoutNode : "Node not found");
+    }
+    const LayerManager::ChangeScope scope(*layers);
+    if (!step || (hasRun_ && !CheckLayerExists())) {
+        return MS::kFailure;
+    }
+    MStatus status = step(*this);
+    if (status && undoable_) {
+        isDone_ = !isDone_;
+        hasRun_ = true;
+    }
+    return status;
+}
+
+MStatus FrameCommand::Refuse(const QString& reason) const {
+    return RefuseEdit(!hasRun_ ? reason : QString("Cannot %1: %2").arg(isDone_ ? "undo" : "redo", reason));
 }
 
 Layer* FrameCommand::GetLayer() const {
-    return node_->GetLayer(camera_, layerIndex_);
+    return createdLayer_ ? createdLayer_.get() : node_->FindLayer(layer_).layer;
+}
+
+bool FrameCommand::CheckLayerExists() const {
+    if (layer_ == LayerId::None || GetLayer()) {
+        return true;
+    }
+    Refuse("the layer no longer exists");
+    return false;
 }
 
 bool FrameCommand::CheckUnlocked(const char* refusal) const {
@@ -149,26 +181,31 @@ bool FrameCommand::CheckUnlocked(const char* refusal) const {
     return !locked || RefuseEdit(refusal);
 }
 
+void FrameCommand::RefreshHostTicks() const {
+    MayaUtil::RefreshTimeControl(node_->thisMObject());
+}
+
 // --- adding and removing frames ---------------------------------------------------------------------------
 
 MStatus FrameCommand::Exchange() {
+    return Exchange(&FrameExchange::Do);
+}
+
+MStatus FrameCommand::ExchangeUndo() {
+    return Exchange(&FrameExchange::Undo);
+}
+
+MStatus FrameCommand::Exchange(bool (FrameExchange::*step)(Layer& layer, QString& refusal)) {
     Layer* const layer = GetLayer();
     if (!layer) {
         return MS::kSuccess; // a camera without layers has no frames
     }
-    const bool done = exchange_.Do(*layer);
-    node_->OnFramesChanged(camera_, layerIndex_);
-    return done ? MS::kSuccess : MS::kFailure;
-}
-
-MStatus FrameCommand::ExchangeUndo() {
-    Layer* const layer = GetLayer();
-    if (!layer) {
-        return MS::kSuccess;
+    QString refusal;
+    if (!(exchange_.*step)(*layer, refusal)) {
+        return Refuse(refusal);
     }
-    const bool undone = exchange_.Undo(*layer);
-    node_->OnFramesChanged(camera_, layerIndex_);
-    return undone ? MS::kSuccess : MS::kFailure;
+    RefreshHostTicks();
+    return MS::kSuccess;
 }
 
 MStatus FrameCommand::InsertFrame() {
@@ -177,11 +214,15 @@ MStatus FrameCommand::InsertFrame() {
         if (!planned) {
             return planned;
         }
+        if (layer_ == LayerId::None && node_->LayerCount(camera_) == 0 && !CreateLayer()) {
+            return MS::kFailure;
+        }
     }
-    if (!PrepareLayer()) {
-        return RefuseEdit("Failed to create layer for frame");
+    MStatus inserted = Exchange();
+    if (inserted && createdLayer_) {
+        node_->InsertLayer(createdSpot_.GetCamera(), createdSpot_.GetIndex(*node_), std::move(createdLayer_));
     }
-    return Exchange();
+    return inserted;
 }
 
 MStatus FrameCommand::PlanInsert() {
@@ -198,24 +239,28 @@ MStatus FrameCommand::PlanInsert() {
     return MS::kSuccess;
 }
 
-/// Adds the first layer of a camera without layers. A redo reinserts the same layer.
-bool FrameCommand::PrepareLayer() {
-    if (createdLayer_) {
-        return node_->InsertLayer(camera_, layerIndex_, std::move(createdLayer_)) >= 0;
-    }
-    if (hasRun_ || node_->LayerCount(camera_) > 0) {
-        return true;
+/// Adds the first layer of a camera without layers. Returns false, and logs an error, if it cannot.
+bool FrameCommand::CreateLayer() {
+    if (!CameraArgument::Check(camera_)) { // the active camera may have been deleted
+        return false;
     }
     before_.Remember(*node_, {camera_});
-    layerIndex_ = node_->InsertLayer(camera_, -1, QString());
-    layerCreated_ = layerIndex_ >= 0;
-    return layerCreated_;
+    const int index = node_->InsertLayer(camera_, -1, QString());
+    if (index < 0) {
+        RefuseEdit("Failed to create layer for frame");
+        return false;
+    }
+    layer_ = node_->GetLayer(camera_, index)->GetId();
+    layerCreated_ = true;
+    return true;
 }
 
 MStatus FrameCommand::InsertFrameUndo() {
     MStatus undone = ExchangeUndo();
-    if (layerCreated_) {
-        createdLayer_ = node_->RemoveLayer(camera_, layerIndex_);
+    if (undone && layerCreated_) {
+        const LayerPlace place = node_->FindLayer(layer_);
+        createdSpot_ = LayerSpot(*node_, layer_);
+        createdLayer_ = node_->RemoveLayer(place.camera, place.index);
         before_.Restore(*node_);
     }
     return undone;
@@ -237,31 +282,32 @@ MStatus FrameCommand::PlanDuplicate() {
     }
     auto copy = std::make_unique<Frame>(*previous);
     copy->SetTimeValue(MayaUtil::GetPlaybackTimeValue());
+    duplicate_ = copy->GetId();
     exchange_.Put(std::move(copy));
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::DuplicateFrameUndo() {
-    MStatus undone = ExchangeUndo();
-    return exchange_.HasWaiting() ? undone : RefuseEdit("Failed to undo duplicate frame operation.");
+    return GetLayer()->FindFrame(duplicate_) ? ExchangeUndo()
+                                             : RefuseEdit("Failed to undo duplicate frame operation.");
 }
 
 void FrameCommand::PlanRemoval(bool blanks) {
     const FrameRange range = FrameRange::FromTimeSlider();
     const Layer* const layer = GetLayer();
-    std::vector<int> times;
+    const Frame* previous = nullptr;
     for (int i = 0; layer && i < layer->FrameCount(); ++i) {
         const Frame* const frame = layer->GetFrame(i);
-        const int time = frame->GetTimeValue();
-        // Changing the time unit can put two frames on the same time.
-        if (range.Contains(time) && (times.empty() || times.back() != time)) {
-            times.push_back(time);
-            if (blanks) {
-                exchange_.PutBlank(frame->GetTime());
-            }
+        if (!range.Contains(frame->GetTimeValue())) {
+            continue;
         }
+        exchange_.TakeOut(*layer, *frame);
+        // Changing the time unit can put two frames on the same time.
+        if (blanks && !(previous && previous->GetTimeValue() == frame->GetTimeValue())) {
+            exchange_.PutBlank(frame->GetTime());
+        }
+        previous = frame;
     }
-    exchange_.TakeOut(std::move(times));
 }
 
 MStatus FrameCommand::DeleteFrames() {
@@ -297,36 +343,44 @@ MStatus FrameCommand::PasteFrames() {
 
 MStatus FrameCommand::PlanPaste() {
     const FrameRange range = FrameRange::FromTimeSlider();
-    std::vector<int> times;
+    const Layer* const layer = GetLayer();
+    std::set<int> times;
     for (const Frame* frame : node_->GetClipboardFrames()) {
         const qint64 time = qint64(range.start) + frame->GetTimeValue();
         if (!IsWholeFrame(time)) {
             return RefuseEdit(QString("Paste Failed. Time %1 is out of range").arg(time));
         }
         auto copy = std::make_unique<Frame>(*frame);
-        copy->SetTimeValue(int(time));
-        times.push_back(int(time));
+        copy->SetTimeValue(static_cast<int>(time));
+        times.insert(static_cast<int>(time));
         exchange_.Put(std::move(copy));
     }
-    exchange_.TakeOut(std::move(times));
+    for (int i = 0; layer && i < layer->FrameCount(); ++i) {
+        if (times.count(layer->GetFrame(i)->GetTimeValue()) > 0) {
+            exchange_.TakeOut(*layer, *layer->GetFrame(i));
+        }
+    }
     return MS::kSuccess;
 }
 
 // --- time -------------------------------------------------------------------------------------------------
 
 MStatus FrameCommand::StepForward() {
-    return StepTo(node_->GetNextFrame(camera_, true));
+    return StepTo(hasRun_ ? nullptr : node_->GetNextFrame(camera_, true));
 }
 
 MStatus FrameCommand::StepBack() {
-    return StepTo(node_->GetPreviousFrame(camera_, true));
+    return StepTo(hasRun_ ? nullptr : node_->GetPreviousFrame(camera_, true));
 }
 
+/// A redo goes where the first run went.
 MStatus FrameCommand::StepTo(const Frame* frame) {
     previousTime_ = MayaUtil::GetPlaybackTime();
-    if (frame) {
-        PlaybackTimeScope::SetTime(FromWholeFrames(frame->GetTimeValue()));
+    if (!hasRun_) {
+        layer_ = LayerId::None; // only the time changes
+        targetTime_ = frame ? FromWholeFrames(frame->GetTimeValue()) : previousTime_;
     }
+    PlaybackTimeScope::SetTime(targetTime_);
     return MS::kSuccess;
 }
 
@@ -336,73 +390,74 @@ MStatus FrameCommand::StepUndo() {
 }
 
 MStatus FrameCommand::RetimeFrames() {
-    Layer* const layer = GetLayer();
+    MStatus planned = hasRun_ ? MStatus(MS::kSuccess) : PlanRetiming();
+    if (!planned) {
+        return planned;
+    }
+    QString refusal;
+    if (!schedule_.Do(*GetLayer(), refusal)) {
+        return Refuse(refusal);
+    }
+    previousTime_ = MayaUtil::GetPlaybackTime();
+    PlaybackTimeScope::SetTime(targetTime_);
+    RefreshHostTicks();
+    return MS::kSuccess;
+}
+
+MStatus FrameCommand::PlanRetiming() {
+    const Layer* const layer = GetLayer();
     if (!layer || layer->FrameCount() < 1) {
         return MS::kFailure;
     }
     const std::vector<int> times = GetTimes(*layer);
-    if (!hasRun_) {
-        const FrameRange range = FrameRange::FromTimeSlider();
-        retiming_ = Retiming(amount_, relative_);
-        retiming_.SetRange(range.start, range.end, times);
-    }
-    QList<int> newTimes;
-    for (const qint64 time : retiming_.GetTimes(times)) {
-        if (!IsWholeFrame(time)) {
-            return RefuseEdit(QString("Retime Failed. Time %1 is out of range").arg(time));
+    const FrameRange range = FrameRange::FromTimeSlider();
+    Retiming retiming(amount_, relative_);
+    retiming.SetRange(range.start, range.end, times);
+    const std::vector<qint64> newTimes = retiming.GetTimes(times);
+    for (std::size_t i = 0; i < newTimes.size(); ++i) {
+        if (!IsWholeFrame(newTimes[i])) {
+            return RefuseEdit(QString("Retime Failed. Time %1 is out of range").arg(newTimes[i]));
         }
-        newTimes.append(int(time));
+        schedule_.Add(*layer->GetFrame(static_cast<int>(i)), static_cast<int>(newTimes[i]));
     }
-    frameTimes_.clear();
-    for (int i = 0; i < layer->FrameCount(); ++i) {
-        frameTimes_.push_back(layer->GetFrame(i)->GetTime());
-    }
-    previousTime_ = MayaUtil::GetPlaybackTime();
-    layer->SetFrameTimes(newTimes);
-    PlaybackTimeScope::SetTime(FromWholeFrames(newTimes[retiming_.FindTarget(times, moveToNext_)]));
-    node_->OnFramesChanged(camera_, layerIndex_);
+    const int target = retiming.FindTarget(times, moveToNext_);
+    targetTime_ = FromWholeFrames(static_cast<int>(newTimes[static_cast<std::size_t>(target)]));
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::RetimeFramesUndo() {
-    Layer* const layer = GetLayer();
-    if (!layer || layer->FrameCount() != int(frameTimes_.size())) {
-        return MS::kFailure;
-    }
-    for (int i = 0; i < layer->FrameCount(); ++i) {
-        layer->GetFrame(i)->SetTime(frameTimes_[std::size_t(i)]);
+    QString refusal;
+    if (!schedule_.Undo(*GetLayer(), refusal)) {
+        return Refuse(refusal);
     }
     PlaybackTimeScope::SetTime(previousTime_);
-    node_->OnFramesChanged(camera_, layerIndex_);
+    RefreshHostTicks();
     return MS::kSuccess;
 }
 
 MStatus FrameCommand::MoveFrames() {
-    if (!hasRun_) {
-        move_ = FrameMove(amount_, rangeStart_, rangeEnd_);
-    }
+    return Reschedule(&FrameSchedule::Do);
+}
+
+MStatus FrameCommand::MoveFramesUndo() {
+    return Reschedule(&FrameSchedule::Undo);
+}
+
+MStatus FrameCommand::Reschedule(bool (FrameSchedule::*step)(Layer& layer, QString& refusal) const) {
     Layer* const layer = GetLayer();
-    if (!layer || move_.IsStill()) {
+    if (!layer || amount_ == 0) {
         BaseNode::UpdateTimeControlOverlay();
         return MS::kSuccess;
     }
     QString refusal;
-    if (!move_.Do(*layer, refusal)) {
+    if (!hasRun_ && !FrameMove::Plan(*layer, amount_, rangeStart_, rangeEnd_, schedule_, refusal)) {
         return RefuseEdit(refusal);
     }
-    node_->OnFramesChanged(camera_, layerIndex_);
-    return MS::kSuccess;
-}
-
-MStatus FrameCommand::MoveFramesUndo() {
-    Layer* const layer = GetLayer();
-    if (!layer || move_.IsStill()) {
-        BaseNode::UpdateTimeControlOverlay();
-        return MS::kSuccess;
+    if (!(schedule_.*step)(*layer, refusal)) {
+        return Refuse(refusal);
     }
-    const bool undone = move_.Undo(*layer);
-    node_->OnFramesChanged(camera_, layerIndex_);
-    return undone ? MS::kSuccess : MS::kFailure;
+    RefreshHostTicks();
+    return MS::kSuccess;
 }
 
 } // namespace vellix

@@ -3,8 +3,10 @@
 #include "commands/ActiveLayers.h"
 #include "commands/FlagTable.h"
 #include "commands/FrameExchange.h"
-#include "commands/FrameMove.h"
+#include "commands/FrameSchedule.h"
+#include "commands/LayerSpot.h"
 #include "commands/Retiming.h"
+#include "core/Identity.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
@@ -25,8 +27,8 @@ class Frame;
 
 /// "qmVellixFrame": edits the keyed frames of one camera's active layer. The camera is the command's object;
 /// by default the active camera. Most operations apply to the highlighted range of the time slider (the
-/// current frame if nothing is highlighted). Undo and redo reuse the range, layer and frames that the first
-/// run found.
+/// current frame if nothing is highlighted). Undo and redo act on the very layer and frames of the first run.
+/// If one is gone they log an error and change nothing.
 class FrameCommand : public MPxCommand {
 public:
     FrameCommand() = default;
@@ -64,31 +66,42 @@ private:
     MStatus MoveFrames();
     MStatus MoveFramesUndo();
 
-    // Each plans, at the first run, what Exchange then does.
+    MStatus Run(const Flag::Step& step);
+    // Each plans, at the first run, what is then done and undone.
     MStatus PlanInsert();
     MStatus PlanDuplicate();
     MStatus PlanPaste();
     /// Removes the frames of the range; with `blanks`, empty frames replace them.
     void PlanRemoval(bool blanks);
+    MStatus PlanRetiming();
     MStatus Exchange();
     MStatus ExchangeUndo();
-    bool PrepareLayer();
+    MStatus Exchange(bool (FrameExchange::*step)(Layer& layer, QString& refusal));
+    MStatus Reschedule(bool (FrameSchedule::*step)(Layer& layer, QString& refusal) const);
+    bool CreateLayer();
     MStatus StepTo(const Frame* frame);
+    void RefreshHostTicks() const;
 
     /// The layer that was active at the first run, which the command edits; borrowed, null for none.
     Layer* GetLayer() const;
+    /// Logs why the step cannot be done, and fails.
+    MStatus Refuse(const QString& reason) const;
+    /// Returns false, and logs an error, if the layer of the first run is gone.
+    bool CheckLayerExists() const;
     /// Returns false, and logs `refusal`, if the layer is locked.
     bool CheckUnlocked(const char* refusal) const;
 
     const Flag* flag_ = nullptr; ///< the flag whose action runs; null for none
     bool undoable_ = false;
-    bool hasRun_ = false;
+    bool hasRun_ = false; ///< the first run has chosen the layer and the frames
+    bool isDone_ = false; ///< and they are as it left them
     BaseNode* node_ = nullptr;
     QString camera_;
-    int layerIndex_ = -1;
+    LayerId layer_ = LayerId::None;
 
     bool layerCreated_ = false;
     std::unique_ptr<Layer> createdLayer_; ///< the layer that inserting added, while it is undone
+    LayerSpot createdSpot_;               ///< its place
     ActiveLayers before_;                 ///< the active layers before that
 
     int amount_ = 0; ///< frames to retime or move by
@@ -97,10 +110,10 @@ private:
     bool relative_ = false;
     bool moveToNext_ = false;
     FrameExchange exchange_;
-    FrameMove move_;
-    Retiming retiming_;
-    std::vector<MTime> frameTimes_; ///< before retiming
-    MTime previousTime_;            ///< the playback time before stepping or retiming
+    FrameSchedule schedule_;
+    FrameId duplicate_ = FrameId::None;
+    MTime previousTime_; ///< the playback time before stepping or retiming
+    MTime targetTime_;   ///< and after it
 };
 
 } // namespace vellix

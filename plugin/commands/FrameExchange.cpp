@@ -1,13 +1,16 @@
 #include "commands/FrameExchange.h"
 
+#include "commands/FrameCheck.h"
 #include "core/Frame.h"
+
+#include <utility>
 
 namespace vellix {
 
 namespace {
 
-FrameList TakePacked(Layer& layer, const std::vector<int>& times) {
-    FrameList frames = layer.TakeFrames(times);
+FrameList TakePacked(Layer& layer, const std::vector<FrameId>& ids) {
+    FrameList frames = layer.TakeFrames(ids);
     for (const std::unique_ptr<Frame>& frame : frames) {
         frame->PackImage();
     }
@@ -18,40 +21,47 @@ FrameList TakePacked(Layer& layer, const std::vector<int>& times) {
 
 FrameExchange::~FrameExchange() = default;
 
-void FrameExchange::TakeOut(std::vector<int> times) {
-    timesOut_ = std::move(times);
+void FrameExchange::TakeOut(const Layer& layer, const Frame& frame) {
+    if (frame.GetId() != layer.GetProvisionalFrame()) {
+        outIds_.push_back(frame.GetId());
+    }
 }
 
 void FrameExchange::PutBlank(const MTime& time) {
-    blanks_.push_back(time);
+    Put(std::make_unique<Frame>(time));
 }
 
 void FrameExchange::Put(std::unique_ptr<Frame> frame) {
-    waiting_.push_back(std::move(frame));
+    inIds_.push_back(frame->GetId());
+    in_.push_back(std::move(frame));
 }
 
-bool FrameExchange::Do(Layer& layer) {
-    out_ = TakePacked(layer, timesOut_);
-    putTimes_ = layer.PutFrames(waiting_);
-    FrameList blanks;
-    for (const MTime& time : blanks_) {
-        blanks.push_back(std::make_unique<Frame>(time));
+bool FrameExchange::Do(Layer& layer, QString& refusal) {
+    FrameCheck check(layer, outIds_);
+    for (const std::unique_ptr<Frame>& frame : in_) {
+        check.NeedFree(frame->GetTimeValue());
     }
-    blankTimes_ = layer.PutFrames(blanks);
-    return blanks.empty() && waiting_.empty();
-}
-
-bool FrameExchange::Undo(Layer& layer) {
-    layer.TakeFrames(blankTimes_); // the returned frames are deleted
-    for (std::unique_ptr<Frame>& frame : TakePacked(layer, putTimes_)) {
-        waiting_.push_back(std::move(frame));
+    if (!check.Passes(refusal)) {
+        return false;
     }
-    layer.PutFrames(out_);
-    return out_.empty();
+    out_ = TakePacked(layer, outIds_);
+    layer.PutFrames(std::move(in_));
+    in_.clear();
+    return true;
 }
 
-bool FrameExchange::HasWaiting() const {
-    return !waiting_.empty();
+bool FrameExchange::Undo(Layer& layer, QString& refusal) {
+    FrameCheck check(layer, inIds_);
+    for (const std::unique_ptr<Frame>& frame : out_) {
+        check.NeedFree(frame->GetTime());
+    }
+    if (!check.Passes(refusal)) {
+        return false;
+    }
+    in_ = TakePacked(layer, inIds_);
+    layer.PutFrames(std::move(out_));
+    out_.clear();
+    return true;
 }
 
 } // namespace vellix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Identity.h"
 #include "core/Layer.h"
 #include "paint/NonCopyable.h"
 
@@ -7,38 +8,35 @@
 
 #include <vector>
 
+class QString;
+
 namespace vellix {
 
-/// Removes some frames of a layer and inserts others. Undo restores the very frames that were removed. Frames
-/// outside the layer are owned here, packed.
+/// Removes some frames of a layer and inserts others. Undo and redo move these very frames in and out. Frames
+/// outside the layer are owned here, packed. Each step does everything or, if a frame is missing or a time is
+/// taken, nothing.
 class FrameExchange : private NonCopyable {
 public:
     FrameExchange() = default;
     ~FrameExchange();
 
     // The plan of the exchange; complete it before the first Do.
-    /// Removes the frames at these times (whole frames, ascending).
-    void TakeOut(std::vector<int> times);
+    /// Removes this frame of the layer. A frame that a press has only just added stays: its stroke goes on.
+    void TakeOut(const Layer& layer, const Frame& frame);
     /// Inserts an empty frame.
     void PutBlank(const MTime& time);
     /// Inserts this frame at its own time.
     void Put(std::unique_ptr<Frame> frame);
 
-    /// Returns false if a frame could not be inserted because its time was taken. The others are inserted.
-    bool Do(Layer& layer);
-    /// Returns false if a frame could not be restored because its time was taken. That frame is kept here.
-    bool Undo(Layer& layer);
-
-    /// Whether there are frames of Put outside the layer.
-    bool HasWaiting() const;
+    /// Both return false, with the reason in `refusal` and nothing changed, if they cannot be done.
+    bool Do(Layer& layer, QString& refusal);
+    bool Undo(Layer& layer, QString& refusal);
 
 private:
-    std::vector<int> timesOut_;
+    std::vector<FrameId> outIds_;
     FrameList out_; ///< removed frames, while they are outside the layer
-    std::vector<MTime> blanks_;
-    std::vector<int> blankTimes_; ///< times of the inserted empty frames
-    FrameList waiting_;           ///< frames of Put, while they are outside the layer
-    std::vector<int> putTimes_;   ///< times of the inserted frames of Put
+    std::vector<FrameId> inIds_;
+    FrameList in_; ///< inserted frames, while they are outside the layer
 };
 
 } // namespace vellix

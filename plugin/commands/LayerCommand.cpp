@@ -2,6 +2,7 @@
 
 #include "commands/CameraArgument.h"
 #include "core/Layer.h"
+#include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
@@ -12,6 +13,7 @@
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -23,16 +25,18 @@ const FlagTable<LayerCommand>& LayerCommand::Flags() {
     using Value = Flag::Value;
     static const auto index = Value::Whole(&L::layerIndex_);
     static const FlagTable<L> flags({
-        Flag("-act", "-active", {index}).Does(&L::EditActive, &L::RestoreActive).Answers(&L::QueryActive),
+        Flag("-act", "-active", {index}).Does(&L::EditActive, &L::EditActiveUndo).Answers(&L::QueryActive),
         Flag("-cnt", "-count").Does(&L::Count),
         Flag("-add", "-addLayer")
             .Does(&L::Add, &L::InsertUndo)
+            .Needs(&L::CheckCamera)
             .WithoutNode("Failed to add layer. Node does not exist."),
         Flag("-ins", "-insert", {&L::destination_})
             .Does(&L::Insert, &L::InsertUndo)
+            .Needs(&L::CheckCamera)
             .WithoutNode("Failed to insert layer. Node does not exist."),
         Flag("-del", "-delete", {index}).Does(&L::Delete, &L::DeleteUndo),
-        Flag("-da", "-deleteAll").Does(&L::DeleteAll, &L::DeleteAllUndo),
+        Flag("-da", "-deleteAll").Does(&L::DeleteAll, &L::DeleteUndo),
         Flag("-mv", "-move", {index, &L::destination_}).Does(&L::Move, &L::MoveUndo),
         Flag("-mva", "-moveAll", {&L::newCamera_}).Does(&L::MoveAll, &L::MoveAllUndo),
         Flag("-n", "-name", {&L::layerName_}),
@@ -81,7 +85,7 @@ MStatus LayerCommand::Parse(const MArgList& args) {
     if (!status) {
         return status;
     }
-    camera_ = CameraArgument::Require(arguments);
+    camera_ = CameraArgument::RequireWithLayers(arguments, node_);
     if (camera_.isEmpty()) {
         return MS::kFailure;
     }
@@ -99,38 +103,53 @@ MStatus LayerCommand::Parse(const MArgList& args) {
 }
 
 MStatus LayerCommand::doIt(const MArgList& args) {
+    node_ = BaseNode::GetMaster();
     const MStatus status = Parse(args);
     if (!status) {
         return status;
     }
-    // A text that is open goes into its own layer before another one becomes active.
-    if (flag_ && flag_->undo && !flag_->exchanges) {
-        OpenText::Commit();
-    }
-    return redoIt();
-}
-
-MStatus LayerCommand::redoIt() {
-    node_ = BaseNode::GetMaster();
-    if (!node_) {
-        Logger::Error(flag_ ? flag_->withoutNode : "Node not found");
-        return MS::kFailure;
-    }
-    if (!flag_) {
+    if (node_ && !flag_) {
         Logger::Error(refusal_);
         return MS::kInvalidParameter;
     }
-    undoable_ = flag_->undo && !isQuery_;
-    return Run(isQuery_ ? flag_->query : flag_->redo);
+    if (node_ && flag_->check && !flag_->check(*this)) {
+        return MS::kFailure;
+    }
+    undoable_ = flag_ && flag_->undo && !isQuery_;
+    // A text that is open goes into its own layer before another one becomes active.
+    if (undoable_ && !flag_->exchanges) {
+        OpenText::Commit();
+    }
+    return Run(isQuery_ && flag_ ? flag_->query : flag_ ? flag_->redo : Flag::Step());
+}
+
+// A step that was refused changed nothing. The next step the other way then has nothing to do either.
+MStatus LayerCommand::redoIt() {
+    return isDone_ ? MStatus() : Run(flag_->redo);
 }
 
 MStatus LayerCommand::undoIt() {
-    node_ = BaseNode::GetMaster();
-    return node_ && undoable_ ? Run(flag_->undo) : MStatus(MS::kFailure);
+    return isDone_ ? Run(flag_->undo) : MStatus();
 }
 
 MStatus LayerCommand::Run(const Flag::Step& step) {
-    return flag_->check && !flag_->check(*this) ? MStatus(MS::kFailure) : step(*this);
+    node_ = BaseNode::GetMaster();
+    const std::shared_ptr<LayerManager> layers = node_ ? node_->GetLayerManager() : nullptr;
+    if (!layers) {
+        Logger::Error(flag_ ? flag_->withoutNode : "Node not found");
+        return MS::kFailure;
+    }
+    const LayerManager::ChangeScope scope(*layers);
+    const MStatus status = step(*this);
+    if (status && undoable_) {
+        isDone_ = !isDone_;
+        hasRun_ = true;
+    }
+    return status;
+}
+
+bool LayerCommand::CheckCamera() const {
+    return CameraArgument::Check(camera_);
 }
 
 bool LayerCommand::CheckLayer() const {
@@ -149,6 +168,39 @@ bool LayerCommand::CheckState() const {
     return CheckLayer();
 }
 
+/// At the first run, chooses the layer at the index. Returns false, without a message, if there is none.
+bool LayerCommand::ChooseLayer() {
+    if (!hasRun_) {
+        const Layer* const layer = node_->GetLayer(camera_, layerIndex_);
+        layer_ = layer ? layer->GetId() : LayerId::None;
+    }
+    return layer_ != LayerId::None;
+}
+
+/// Finds where the layer is that the first run chose or made. Returns false, and logs an error, if it is
+/// gone.
+bool LayerCommand::FindLayer(LayerId id, LayerPlace& place) const {
+    place = node_->FindLayer(id);
+    if (!place.layer) {
+        Logger::Error(QString("Cannot %1: the layer no longer exists").arg(isDone_ ? "undo" : "redo"));
+    }
+    return place.layer != nullptr;
+}
+
+bool LayerCommand::FindLayers(const std::vector<LayerId>& ids, const QString& camera) const {
+    return std::all_of(ids.begin(), ids.end(), [&](LayerId id) {
+        LayerPlace place;
+        if (!FindLayer(id, place)) {
+            return false;
+        }
+        if (place.camera != camera) {
+            Logger::Error(QString("Cannot %1: the layer \"%2\" is no longer on the camera %3")
+                              .arg(isDone_ ? "undo" : "redo", place.layer->GetName(), camera));
+        }
+        return place.camera == camera;
+    });
+}
+
 MStatus LayerCommand::Count() {
     setResult(node_->LayerCount(camera_));
     return MS::kSuccess;
@@ -162,18 +214,24 @@ MStatus LayerCommand::QueryActive() {
 }
 
 MStatus LayerCommand::EditActive() {
-    before_.Remember(*node_, {camera_});
-    if (before_.GetCamera() == camera_ && before_.GetIndex() == layerIndex_) {
+    if (!ChooseLayer()) {
+        node_->SetActiveLayer(camera_, layerIndex_, true); // logs why not
         return MS::kFailure;
     }
-    if (!node_->SetActiveLayer(camera_, layerIndex_, true)) {
+    LayerPlace place;
+    if (!FindLayer(layer_, place)) {
         return MS::kFailure;
     }
-    setResult(layerIndex_);
+    before_.Remember(*node_, {place.camera});
+    if (!hasRun_ && before_.GetCamera() == place.camera && before_.GetLayer() == layer_) {
+        return MS::kFailure;
+    }
+    node_->SetActiveLayer(place.camera, place.index, true);
+    setResult(place.index);
     return MS::kSuccess;
 }
 
-MStatus LayerCommand::RestoreActive() {
+MStatus LayerCommand::EditActiveUndo() {
     before_.Restore(*node_);
     return MS::kSuccess;
 }
@@ -183,155 +241,230 @@ MStatus LayerCommand::RestoreActive() {
 // Without a state the layer is added, but the command fails: the state is a required part of it.
 MStatus LayerCommand::InsertNewLayer(int destination) {
     before_.Remember(*node_, {camera_});
-    resultIndex_ = node_->InsertLayer(camera_, destination, layerName_);
-    if (resultIndex_ < 0 || layerState_ < 0) {
+    const int index = node_->InsertLayer(camera_, destination, layerName_);
+    if (index < 0) {
         return MS::kFailure;
     }
-    node_->SetLayerState(camera_, resultIndex_, ToLayerState(layerState_));
-    setResult(resultIndex_);
+    if (layerState_ < 0) {
+        MayaUtil::MarkSceneModified(); // no undo step says so
+        return MS::kFailure;
+    }
+    node_->SetLayerState(camera_, index, ToLayerState(layerState_));
+    layer_ = node_->GetLayer(camera_, index)->GetId();
+    setResult(index);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::Add() {
-    MStatus status = InsertNewLayer(-1);
+    MStatus status = hasRun_ ? PutBack() : InsertNewLayer(-1);
     if (status) {
-        node_->SetActiveLayer(camera_, resultIndex_, true);
+        const LayerPlace place = node_->FindLayer(layer_);
+        node_->SetActiveLayer(place.camera, place.index, true);
     }
     return status;
 }
 
 MStatus LayerCommand::Insert() {
-    return InsertNewLayer(destination_);
+    return hasRun_ ? PutBack() : InsertNewLayer(destination_);
 }
 
 MStatus LayerCommand::InsertUndo() {
-    if (!node_->RemoveLayer(camera_, resultIndex_)) {
+    if (!TakeOut({layer_})) {
         return MS::kFailure;
     }
-    return RestoreActive();
+    before_.Restore(*node_);
+    return MS::kSuccess;
 }
 
 // --- deleting ---------------------------------------------------------------------------------------------
 
-MStatus LayerCommand::Delete() {
-    before_.Remember(*node_, {camera_});
-    std::unique_ptr<Layer> removed = node_->RemoveLayer(camera_, layerIndex_);
-    if (!removed) {
-        return MS::kFailure;
+/// Takes layers out of the drawing, given from the bottom up, and keeps them with their spots. Takes none if
+/// one is gone.
+bool LayerCommand::TakeOut(const std::vector<LayerId>& ids) {
+    LayerPlace place;
+    for (const LayerId id : ids) {
+        if (!FindLayer(id, place)) {
+            return false;
+        }
     }
-    removedLayers_.push_back(std::move(removed));
+    removed_.clear();
+    for (const LayerId id : ids) {
+        removed_.push_back({LayerSpot(*node_, id), nullptr});
+    }
+    for (std::size_t i = ids.size(); i-- > 0;) {
+        place = node_->FindLayer(ids[i]);
+        removed_[i].layer = node_->RemoveLayer(place.camera, place.index);
+    }
+    return true;
+}
+
+MStatus LayerCommand::PutBack() {
+    for (Removed& removed : removed_) {
+        node_->InsertLayer(removed.spot.GetCamera(), removed.spot.GetIndex(*node_), std::move(removed.layer));
+    }
+    removed_.clear();
     return MS::kSuccess;
 }
 
-MStatus LayerCommand::DeleteUndo() {
-    return PutBack(layerIndex_);
+MStatus LayerCommand::Delete() {
+    if (!ChooseLayer()) {
+        return MS::kFailure;
+    }
+    before_.Remember(*node_, {node_->FindLayer(layer_).camera});
+    return TakeOut({layer_}) ? MS::kSuccess : MS::kFailure;
 }
 
 MStatus LayerCommand::DeleteAll() {
-    before_.Remember(*node_, {camera_});
-    node_->RemoveAllLayers(camera_, removedLayers_);
+    ChooseAllLayers();
+    before_.Remember(*node_, {layers_.empty() ? camera_ : node_->FindLayer(layers_.front()).camera});
+    return TakeOut(layers_) ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus LayerCommand::DeleteUndo() {
+    PutBack();
+    before_.Restore(*node_);
     return MS::kSuccess;
 }
 
-MStatus LayerCommand::DeleteAllUndo() {
-    return PutBack(0);
-}
-
-/// Reinserts the removed layers, the lowest at the index, and restores the active layer.
-MStatus LayerCommand::PutBack(int index) {
-    for (; !removedLayers_.empty(); ++index) {
-        std::unique_ptr<Layer> layer = std::move(removedLayers_.front());
-        removedLayers_.erase(removedLayers_.begin());
-        if (node_->InsertLayer(camera_, index, std::move(layer)) < 0) {
-            return MS::kFailure;
+/// At the first run, chooses the camera's layers, from the bottom up.
+void LayerCommand::ChooseAllLayers() {
+    if (!hasRun_) {
+        for (const Layer* layer : node_->GetLayers(camera_)) {
+            layers_.push_back(layer->GetId());
         }
     }
-    return RestoreActive();
 }
 
 // --- moving -----------------------------------------------------------------------------------------------
 
-MStatus LayerCommand::MoveWithin(int from, int to) {
-    resultIndex_ = node_->MoveLayer(camera_, from, to);
-    if (resultIndex_ < 0) {
-        return MS::kFailure;
+/// Moves the layer to a spot. Returns false, and logs an error, if it is gone.
+bool LayerCommand::MoveTo(const LayerSpot& spot) {
+    LayerPlace place;
+    if (!FindLayer(layer_, place)) {
+        return false;
     }
-    setResult(resultIndex_);
-    return MS::kSuccess;
-}
-
-MStatus LayerCommand::MoveAcross() {
-    before_.Remember(*node_, {camera_, newCamera_});
-    const bool wasActive = before_.GetCamera() == camera_ && before_.GetIndex() == layerIndex_;
-    resultIndex_ = node_->MoveLayer(camera_, layerIndex_, newCamera_, destination_);
-    if (resultIndex_ < 0) {
-        return MS::kFailure;
-    }
-    if (wasActive) {
-        node_->SetActiveLayer(newCamera_, resultIndex_, true);
-    }
-    setResult(resultIndex_);
-    return MS::kSuccess;
+    const int index = spot.GetIndex(*node_, layer_);
+    setResult(node_->MoveLayer(place.camera, place.index, spot.GetCamera(), index));
+    return true;
 }
 
 MStatus LayerCommand::Move() {
-    if (newCamera_.isEmpty() || newCamera_ == camera_) {
-        newCamera_.clear();
-        return MoveWithin(layerIndex_, destination_);
+    if (hasRun_) {
+        return MoveAgain();
     }
-    return CameraArgument::Check(newCamera_) ? MoveAcross() : MStatus(MS::kFailure);
+    if (newCamera_.isEmpty()) {
+        newCamera_ = camera_;
+    }
+    if (newCamera_ != camera_ && !CameraArgument::Check(newCamera_)) {
+        return MS::kFailure;
+    }
+    if (!ChooseLayer()) {
+        return MS::kFailure;
+    }
+    before_.Remember(*node_, {camera_, newCamera_});
+    from_ = LayerSpot(*node_, layer_);
+    const int index = newCamera_ == camera_
+                          ? node_->MoveLayer(camera_, layerIndex_, destination_)
+                          : node_->MoveLayer(camera_, layerIndex_, newCamera_, destination_);
+    if (index < 0) {
+        return MS::kFailure;
+    }
+    to_ = LayerSpot(*node_, layer_);
+    FollowActiveLayer();
+    setResult(index);
+    return MS::kSuccess;
+}
+
+MStatus LayerCommand::MoveAgain() {
+    before_.Remember(*node_, {from_.GetCamera(), to_.GetCamera()});
+    if (!MoveTo(to_)) {
+        return MS::kFailure;
+    }
+    FollowActiveLayer();
+    return MS::kSuccess;
+}
+
+/// After the active layer of the active camera went to another camera: it is active there too.
+void LayerCommand::FollowActiveLayer() {
+    const LayerPlace place = node_->FindLayer(layer_);
+    if (before_.GetLayer() == layer_ && before_.GetCamera() != place.camera) {
+        node_->SetActiveLayer(place.camera, place.index, true);
+    }
 }
 
 MStatus LayerCommand::MoveUndo() {
-    if (newCamera_.isEmpty()) {
-        return node_->MoveLayer(camera_, resultIndex_, layerIndex_) < 0 ? MS::kFailure : MS::kSuccess;
-    }
-    if (node_->MoveLayer(newCamera_, resultIndex_, camera_, layerIndex_) < 0) {
+    if (!MoveTo(from_)) {
         return MS::kFailure;
     }
-    return RestoreActive();
+    before_.Restore(*node_);
+    return MS::kSuccess;
 }
 
 MStatus LayerCommand::MoveAll() {
-    if (!CameraArgument::Check(newCamera_)) {
+    if (!hasRun_) {
+        if (!CameraArgument::Check(newCamera_)) {
+            return MS::kFailure;
+        }
+        if (newCamera_ == camera_) {
+            Logger::Error("Invalid command parameters");
+            return MS::kInvalidParameter;
+        }
+        source_ = CameraHandle(camera_);
+        target_ = CameraHandle(newCamera_);
+        ChooseAllLayers();
+    }
+    const QString source = source_.Name();
+    const QString target = target_.Name();
+    if (!FindLayers(layers_, source)) {
         return MS::kFailure;
     }
-    if (newCamera_ == camera_) {
-        Logger::Error("Invalid command parameters");
-        return MS::kInvalidParameter;
+    before_.Remember(*node_, {source, target});
+    spots_.clear();
+    for (const LayerId id : layers_) {
+        spots_.emplace_back(*node_, id);
     }
-    before_.Remember(*node_, {camera_, newCamera_});
-    const bool wasActive = before_.GetCamera() == camera_;
-    destination_ = node_->LayerCount(newCamera_);
-    movedCount_ = node_->LayerCount(camera_);
-    for (int i = movedCount_ - 1; i >= 0; --i) {
-        node_->MoveLayer(camera_, i, newCamera_, destination_);
+    for (const LayerId id : layers_) {
+        node_->MoveLayer(source, node_->FindLayer(id).index, target, -1);
     }
-    if (wasActive && before_.GetIndex() >= 0) {
-        node_->SetActiveLayer(newCamera_, before_.GetIndex() + destination_, true);
+    const LayerPlace active = node_->FindLayer(before_.GetLayer());
+    if (before_.GetCamera() == source && active.layer && active.camera == target) {
+        node_->SetActiveLayer(target, active.index, true);
     }
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::MoveAllUndo() {
-    for (int i = destination_ + movedCount_ - 1; i >= destination_; --i) {
-        node_->MoveLayer(newCamera_, i, camera_, 0);
+    const QString target = target_.Name();
+    if (!FindLayers(layers_, target)) {
+        return MS::kFailure;
     }
-    return RestoreActive();
+    for (std::size_t i = 0; i < layers_.size(); ++i) {
+        node_->MoveLayer(target, node_->FindLayer(layers_[i]).index, spots_[i].GetCamera(),
+                         spots_[i].GetIndex(*node_));
+    }
+    before_.Restore(*node_);
+    return MS::kSuccess;
 }
 
 // --- properties of a layer --------------------------------------------------------------------------------
 
 template <typename Value, typename Get, typename Set>
 MStatus LayerCommand::Exchange(Value& value, Get get, Set set) {
-    const auto old = (node_->*get)(camera_, layerIndex_);
-    (node_->*set)(camera_, layerIndex_, static_cast<decltype(old)>(value));
+    LayerPlace place;
+    if (!hasRun_) {
+        layer_ = node_->GetLayer(camera_, layerIndex_)->GetId();
+    }
+    if (!FindLayer(layer_, place)) {
+        return MS::kFailure;
+    }
+    const auto old = (place.layer->*get)();
+    (place.layer->*set)(static_cast<decltype(old)>(value));
     value = static_cast<Value>(old);
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::ExchangeName() {
-    return Exchange(layerName_, &BaseNode::GetLayerName, &BaseNode::SetLayerName);
+    return Exchange(layerName_, &Layer::GetName, &Layer::SetName);
 }
 
 MStatus LayerCommand::QueryName() {
@@ -340,7 +473,7 @@ MStatus LayerCommand::QueryName() {
 }
 
 MStatus LayerCommand::ExchangeVisibility() {
-    return Exchange(visible_, &BaseNode::IsLayerVisible, &BaseNode::SetLayerVisible);
+    return Exchange(visible_, &Layer::IsVisible, &Layer::SetVisible);
 }
 
 MStatus LayerCommand::QueryVisibility() {
@@ -349,7 +482,7 @@ MStatus LayerCommand::QueryVisibility() {
 }
 
 MStatus LayerCommand::ExchangeOpacity() {
-    return Exchange(opacity_, &BaseNode::GetLayerOpacity, &BaseNode::SetLayerOpacity);
+    return Exchange(opacity_, &Layer::GetOpacity, &Layer::SetOpacity);
 }
 
 MStatus LayerCommand::QueryOpacity() {
@@ -358,7 +491,7 @@ MStatus LayerCommand::QueryOpacity() {
 }
 
 MStatus LayerCommand::ExchangeState() {
-    return Exchange(stateValue_, &BaseNode::GetLayerState, &BaseNode::SetLayerState);
+    return Exchange(stateValue_, &Layer::GetState, &Layer::SetState);
 }
 
 MStatus LayerCommand::QueryState() {

@@ -2,6 +2,9 @@
 
 #include "commands/ActiveLayers.h"
 #include "commands/FlagTable.h"
+#include "commands/LayerSpot.h"
+#include "core/Identity.h"
+#include "node/CameraHandle.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
@@ -18,9 +21,11 @@ namespace vellix {
 
 class BaseNode;
 class Layer;
+struct LayerPlace;
 
 /// "qmVellixLayer": reads and changes the layers of one camera, whose name is the command's object. Layers
-/// are addressed by their index from the bottom of the stack.
+/// are addressed by their index from the bottom of the stack. Undo and redo act on the very layers of the
+/// first run. If one is gone they log an error and change nothing.
 class LayerCommand : public MPxCommand {
 public:
     LayerCommand();
@@ -44,18 +49,15 @@ private:
     MStatus Count();
     MStatus QueryActive();
     MStatus EditActive();
-    MStatus RestoreActive();
+    MStatus EditActiveUndo();
     MStatus Add();
     MStatus Insert();
     MStatus InsertUndo();
     MStatus Delete();
-    MStatus DeleteUndo();
     MStatus DeleteAll();
-    MStatus DeleteAllUndo();
+    MStatus DeleteUndo();
     MStatus Move();
     MStatus MoveUndo();
-    MStatus MoveWithin(int from, int to);
-    MStatus MoveAcross();
     MStatus MoveAll();
     MStatus MoveAllUndo();
     MStatus ExchangeName();
@@ -69,34 +71,58 @@ private:
     MStatus Import();
 
     MStatus Run(const Flag::Step& step);
+    bool CheckCamera() const;
     bool CheckLayer() const;
     bool CheckState() const;
+    bool ChooseLayer();
+    void ChooseAllLayers();
+    bool FindLayer(LayerId id, LayerPlace& place) const;
+    /// Returns false, and logs an error, if one of the layers is not on the camera.
+    bool FindLayers(const std::vector<LayerId>& ids, const QString& camera) const;
     MStatus InsertNewLayer(int destination);
-    MStatus PutBack(int index);
+    bool TakeOut(const std::vector<LayerId>& ids);
+    /// Puts the layers that were taken out back to their spots.
+    MStatus PutBack();
+    MStatus MoveAgain();
+    bool MoveTo(const LayerSpot& spot);
+    void FollowActiveLayer();
     /// Swaps the given value with that of the layer.
     template <typename Value, typename Get, typename Set>
     MStatus Exchange(Value& value, Get get, Set set);
+
+    struct Removed {
+        LayerSpot spot;
+        std::unique_ptr<Layer> layer;
+    };
 
     const Flag* flag_ = nullptr;    // the flag whose action runs; null for none
     const char* refusal_ = nullptr; // error message if flag_ is null
     bool isQuery_ = false;
     bool undoable_ = false;
+    bool hasRun_ = false; // the first run has chosen or made the layers
+    bool isDone_ = false; // and they are as it left them
     BaseNode* node_ = nullptr;
 
+    // The arguments. Only the first run goes by them.
     QString camera_;
     QString newCamera_;
     QString layerName_;
     int layerIndex_ = -1;
     int destination_ = -1;
-    int resultIndex_ = -1; // index of the inserted or moved layer, for undo
-    int movedCount_ = 0;
     int layerState_ = -1; // of a new layer; negative if none was given
     int stateValue_ = 0;
     bool visible_ = true;
     double opacity_ = 1.0;
 
+    LayerId layer_ = LayerId::None; // the layer that was made, moved, removed or changed
+    std::vector<LayerId> layers_;   // all layers of the camera, from the bottom up
+    LayerSpot from_;
+    LayerSpot to_;
+    std::vector<LayerSpot> spots_;
+    CameraHandle source_;
+    CameraHandle target_;
     ActiveLayers before_;
-    std::vector<std::unique_ptr<Layer>> removedLayers_; // while they are not in the drawing
+    std::vector<Removed> removed_; // while they are not in the drawing, from the bottom up
 };
 
 } // namespace vellix

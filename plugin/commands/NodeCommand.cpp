@@ -1,5 +1,6 @@
 #include "commands/NodeCommand.h"
 
+#include "commands/CameraArgument.h"
 #include "core/FrameRange.h"
 #include "core/LayerManager.h"
 #include "core/LayerState.h"
@@ -7,7 +8,6 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
-#include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
 
 #include <maya/MArgDatabase.h>
@@ -87,13 +87,26 @@ MStatus NodeCommand::doIt(const MArgList& args) {
     return status;
 }
 
+// A step that was refused changed nothing. The next step the other way then has nothing to do either.
 MStatus NodeCommand::redoIt() {
+    if (isDone_) {
+        return MS::kSuccess;
+    }
+    const MStatus status = Create();
+    isDone_ = bool(status);
+    return status;
+}
+
+MStatus NodeCommand::Create() {
     if (BaseNode::GetMaster() != nullptr) {
         Logger::Error("Node already exists");
         return MS::kFailure;
     }
     if (layer_ && frame_ && !FrameRange::FromTimeSlider().CanBeFilled()) {
         Logger::Error(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MAX_FRAMES)));
+        return MS::kFailure;
+    }
+    if (layer_ && !hasRun_ && !camera_.isEmpty() && !CameraArgument::Check(camera_)) {
         return MS::kFailure;
     }
     MStatus created = creation_.Do();
@@ -105,16 +118,17 @@ MStatus NodeCommand::redoIt() {
         if (!hasRun_) {
             AddFirstLayer(*node);
         }
-        RefreshPanels(*node);
+        MayaUtil::RefreshTimeControl(node->thisMObject());
     }
     return MS::kSuccess;
 }
 
 MStatus NodeCommand::undoIt() {
-    creation_.Undo();
-    BaseNode::UpdatePlaybackTime();
-    BaseNode::UpdateTimeControlOverlay();
-    BaseNode::ClearLayerManagerDialog();
+    if (isDone_) {
+        creation_.Undo();
+        isDone_ = false;
+        BaseNode::UpdatePlaybackTime();
+    }
     return MS::kSuccess;
 }
 
@@ -164,15 +178,6 @@ void NodeCommand::AddFrames(BaseNode& node, const QString& camera) {
     for (int time = range.start; time < range.end; ++time) {
         node.AddFrame(camera, FromWholeFrames(time));
     }
-}
-
-void NodeCommand::RefreshPanels(const BaseNode& node) {
-    // A deferred command refreshes the panel; without a panel it is not needed.
-    if (DialogManager::HasLayerManagerDialog()) {
-        MayaUtil::RefreshLayerManagerDialog();
-    }
-    BaseNode::UpdateTimeControlOverlay();
-    MayaUtil::RefreshTimeControl(node.thisMObject());
 }
 
 } // namespace vellix

@@ -31,17 +31,18 @@ private:
     using Flag = FlagRow<NodeCommand>;
 
     static const FlagTable<NodeCommand>& Flags();
+    MStatus Create();
     MStatus AnswerExists();
     MStatus Refresh();
     MStatus RefreshGhosting();
     MStatus AnswerCamera();
     void AddFirstLayer(BaseNode& node);
     void AddFrames(BaseNode& node, const QString& camera);
-    void RefreshPanels(const BaseNode& node);
 
     NodeCreation creation_;
     bool undoable_ = false;
     bool hasRun_ = false;
+    bool isDone_ = false;
     bool layer_ = false;
     bool frame_ = false;
     QString layerName_;

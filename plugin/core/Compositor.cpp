@@ -5,6 +5,8 @@
 #include "core/StrokePainter.h"
 #include "host/Settings.h"
 
+#include <utility>
+
 namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
@@ -15,6 +17,20 @@ void Compositor::RemoveCamera(const QString& camera) {
     images_.erase(camera);
     if (ghosts_.camera == camera) {
         ghosts_ = Ghosts();
+    }
+}
+
+void Compositor::RenameCamera(const QString& from, const QString& to) {
+    const auto found = images_.find(from);
+    if (found == images_.end() || from == to) {
+        return;
+    }
+    images_[to] = std::move(found->second);
+    images_.erase(found);
+    if (ghosts_.camera == to) {
+        ghosts_ = Ghosts();
+    } else if (ghosts_.camera == from) {
+        ghosts_.camera = to;
     }
 }
 

@@ -36,6 +36,8 @@ public:
     /// Gives the camera a transparent image; replaces one it had.
     void AddCamera(const QString& camera);
     void RemoveCamera(const QString& camera);
+    /// The camera's image goes by another name. Replaces an image that has this name.
+    void RenameCamera(const QString& from, const QString& to);
     /// The camera's image, owned here; null for a camera that was not added.
     QImage* GetImage(const QString& camera) const;
     /// Composes the camera's image. Reads every layer with Layer::ReadFrame, which clears the layers' cache

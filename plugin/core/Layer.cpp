@@ -6,14 +6,16 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace vellix {
 
 namespace {
 
+/// By the exact times: a change of the time unit can put two frames on one whole frame.
 bool IsEarlier(const std::unique_ptr<Frame>& frame, const std::unique_ptr<Frame>& other) {
-    return frame->GetTimeValue() < other->GetTimeValue();
+    return frame->GetTime() < other->GetTime();
 }
 
 std::function<bool(const std::unique_ptr<Frame>&)> HasId(FrameId id) {
@@ -35,6 +37,20 @@ Layer::~Layer() = default;
 
 LayerId Layer::GetId() const {
     return id_;
+}
+
+std::unique_ptr<Layer> Layer::Copy() const {
+    auto copy = std::make_unique<Layer>();
+    copy->name_ = name_;
+    copy->active_ = active_;
+    copy->visible_ = visible_;
+    copy->opacity_ = opacity_;
+    copy->state_ = state_;
+    for (const std::unique_ptr<Frame>& frame : frames_) {
+        copy->frames_.push_back(std::make_unique<Frame>(*frame));
+    }
+    copy->currentFrameIndex_ = currentFrameIndex_;
+    return copy;
 }
 
 void Layer::SetChangeCallback(std::function<void(DocumentChange)> onChange) {
@@ -294,13 +310,11 @@ std::unique_ptr<Frame> Layer::RemoveFrame(FrameId id) {
     return removed;
 }
 
-FrameList Layer::TakeFrames(const std::vector<int>& times) {
-    for (const int time : times) {
-        MakeRoomAt(time);
-    }
+FrameList Layer::TakeFrames(const std::vector<FrameId>& ids) {
+    const std::set<FrameId> wanted(ids.begin(), ids.end());
     const auto first =
-        std::stable_partition(frames_.begin(), frames_.end(), [&times](const std::unique_ptr<Frame>& frame) {
-            return !std::binary_search(times.begin(), times.end(), frame->GetTimeValue());
+        std::stable_partition(frames_.begin(), frames_.end(), [&wanted](const std::unique_ptr<Frame>& frame) {
+            return wanted.count(frame->GetId()) == 0;
         });
     FrameList taken(std::make_move_iterator(first), std::make_move_iterator(frames_.end()));
     frames_.erase(first, frames_.end());
@@ -308,29 +322,23 @@ FrameList Layer::TakeFrames(const std::vector<int>& times) {
     return taken;
 }
 
-std::vector<int> Layer::PutFrames(FrameList& frames) {
+void Layer::PutFrames(FrameList frames) {
     for (const std::unique_ptr<Frame>& frame : frames) {
         MakeRoomAt(frame->GetTimeValue());
     }
-    const auto refused =
-        std::stable_partition(frames.begin(), frames.end(), [this](const std::unique_ptr<Frame>& frame) {
-            return !FrameExists(frame->GetTimeValue());
-        });
-    std::stable_sort(frames.begin(), refused, IsEarlier);
-    std::vector<int> times;
-    for (auto frame = frames.begin(); frame != refused; ++frame) {
-        times.push_back((*frame)->GetTimeValue());
-    }
+    std::stable_sort(frames.begin(), frames.end(), IsEarlier);
     const auto middle = frames_.insert(frames_.end(), std::make_move_iterator(frames.begin()),
-                                       std::make_move_iterator(refused));
+                                       std::make_move_iterator(frames.end()));
     std::inplace_merge(frames_.begin(), middle, frames_.end(), IsEarlier);
-    frames.erase(frames.begin(), refused);
     FramesChanged();
-    return times;
 }
 
 void Layer::SetProvisionalFrame(FrameId id) {
     provisional_ = id;
+}
+
+FrameId Layer::GetProvisionalFrame() const {
+    return provisional_;
 }
 
 void Layer::DropProvisionalFrame() {
@@ -339,7 +347,7 @@ void Layer::DropProvisionalFrame() {
     }
 }
 
-/// Frames are put, or taken, where a press has only just added an empty one.
+/// A frame is put where a press has only just added an empty one.
 void Layer::MakeRoomAt(int frame) {
     const Frame* const there = GetFrame(FindKey(frame));
     if (there != nullptr && there->GetId() == provisional_) {

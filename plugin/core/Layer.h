@@ -32,6 +32,8 @@ public:
     void SetChangeCallback(std::function<void(DocumentChange)> onChange);
 
     LayerId GetId() const;
+    /// A layer of the same name and settings with copies of the frames, all with new identities.
+    std::unique_ptr<Layer> Copy() const;
 
     void SetName(const QString& name);
     QString GetName() const;
@@ -98,16 +100,17 @@ public:
     std::unique_ptr<Frame> RemoveFrame(const MTime& time);
     std::unique_ptr<Frame> RemoveFrame();
     std::unique_ptr<Frame> RemoveFrame(FrameId id);
-    /// Removes all frames at the given times (ascending) in one pass, and hands them over in their order.
-    FrameList TakeFrames(const std::vector<int>& times);
-    /// Inserts, in one pass, the frames whose times are free, and returns these times, ascending. The refused
-    /// frames stay in the list.
-    std::vector<int> PutFrames(FrameList& frames);
+    /// Removes these frames in one pass, and hands them over in the order of their times. Frames that the
+    /// layer does not hold are passed over.
+    FrameList TakeFrames(const std::vector<FrameId>& ids);
+    /// Inserts the frames in one pass, each after those of its time; the caller checks which times are free.
+    void PutFrames(FrameList frames);
 
     /// Names the frame that a press has added for a stroke that has not ended; None for none. The frame is
-    /// empty and not yet part of an undo step, so it gives way when a frame is put at its time or taken from
-    /// there, and when the layer leaves the document.
+    /// empty and not yet part of an undo step, so it gives way when a frame is put at its time, and when the
+    /// layer leaves the document.
     void SetProvisionalFrame(FrameId id);
+    FrameId GetProvisionalFrame() const;
     void DropProvisionalFrame();
 
     // Part of the interface for scripts and other tools; not called here.

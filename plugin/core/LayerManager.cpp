@@ -63,6 +63,24 @@ void LayerManager::MakeMaster() {
     master_ = true;
 }
 
+void LayerManager::ResignMaster() {
+    master_ = false;
+}
+
+std::shared_ptr<LayerManager> LayerManager::Clone() const {
+    auto clone = std::make_shared<LayerManager>();
+    const ChangeScope scope(*clone);
+    for (const auto& entry : layers_) {
+        for (const auto& layer : entry.second) {
+            clone->InsertLayer(entry.first, -1, layer->Copy().release());
+        }
+        clone->SetActiveLayer(entry.first, GetActiveLayerIndex(entry.first), false);
+    }
+    clone->activeCamera_ = activeCamera_;
+    clone->changes_ = DocumentChange::None; // nobody knows it yet
+    return clone;
+}
+
 QString LayerManager::GetActiveCamera() const {
     return activeCamera_;
 }
@@ -88,7 +106,10 @@ void LayerManager::SetActiveCamera(const QString& camera) {
 }
 
 void LayerManager::RefreshActiveCamera() {
-    SetActiveCamera(MayaUtil::GetActive3dViewCameraName());
+    const QString camera = MayaUtil::GetActive3dViewCameraName();
+    if (!camera.isEmpty()) {
+        SetActiveCamera(camera);
+    }
 }
 
 int LayerManager::LayerCount(const QString& camera) const {
@@ -348,10 +369,13 @@ void LayerManager::UpdateLayerManagerDialog() {
     if (!master_ || !DialogManager::HasLayerManagerDialog()) {
         return;
     }
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
     QList<LayerManagerRow> rows;
     for (const auto& entry : layers_) {
+        const bool cameraExists = cameras.contains(entry.first);
         for (const auto& layer : entry.second) {
-            rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState()});
+            rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState(), cameraExists});
         }
     }
     DialogManager::FillLayerManagerDialog(rows, activeCamera_, GetActiveLayerIndex(activeCamera_));

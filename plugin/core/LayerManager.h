@@ -63,14 +63,26 @@ public:
     /// Whether this drawing fills the layer manager panel.
     bool IsMaster() const;
     void MakeMaster();
+    void ResignMaster();
+
+    /// A drawing with copies of all layers and frames, which is not the master.
+    std::shared_ptr<LayerManager> Clone() const;
 
     // Cameras.
     QString GetActiveCamera() const;
     QString GetPreviousActiveCamera() const;
     QStringList GetCameras() const;
     void SetActiveCamera(const QString& camera);
-    /// Makes the camera of the host's active view the active one.
+    /// Makes the camera of the host's active view the active one. Does nothing without such a view.
     void RefreshActiveCamera();
+    /// Call after a camera of the host got another name. Its layers, composed image and stroke go along.
+    /// Layers that already stand under the new name but whose camera is gone get a free name, so that they
+    /// stay a stack of their own; layers of another camera of that name come to lie below. Renaming the
+    /// camera back separates the stacks again.
+    void RenameCamera(const QString& from, const QString& to);
+    /// Gives all layers of a camera, and its place as the active one, to another camera. Layers that this one
+    /// has come to lie below.
+    void GiveLayers(const QString& from, const QString& to);
 
     // Layers. Returned raw pointers are borrowed.
     int LayerCount(const QString& camera) const;
@@ -111,6 +123,10 @@ public:
     std::unique_ptr<Layer> RemoveLayer(const QString& camera, int index);
     /// Removes all layers and appends them to `removed` in stack order. The caller owns them.
     void RemoveAllLayers(const QString& camera, QList<Layer*>& removed);
+
+    /// The frames of all layers that are never displayed, since a later one has the same whole frame. There
+    /// are none unless the time unit changed.
+    int CountCoveredFrames() const;
 
     // Frames of the camera's active layer.
     int AddFrame(const QString& camera);
@@ -212,7 +228,31 @@ private:
     void OnFirstLayerAdded(const QString& camera);
     void OnLastLayerRemoved(const QString& camera);
 
+    /// A rename after which layers of two cameras have to be kept apart, in order to take it back.
+    struct CameraRename {
+        QString from;
+        QString to;
+        QString aside;                  ///< the name given to the layers that stood under `to`; or empty
+        std::vector<LayerId> residents; ///< the layers that stood under `to`
+        LayerId activeResident = LayerId::None;
+        LayerId activeMover = LayerId::None;
+        QString activeBefore; ///< the active camera before and after
+        QString activeAfter;
+    };
+
+    std::vector<LayerId> GetLayerIds(const QString& camera) const;
+    LayerId GetActiveLayerId(const QString& camera) const;
+    QString GetUniqueCameraName(const QString& name) const;
+    void Join(const QString& from, const QString& to);
+    void Separate(const CameraRename& rename);
+    static QString NameAfterSeparation(const QString& camera, const CameraRename& rename);
+    void RenameStack(const QString& from, const QString& to);
+    void MoveOnTop(const QString& from, const QString& to, const std::vector<LayerId>& staying);
+    void ActivateOneOf(const QString& camera, LayerId preferred);
+    void FollowCamera(const QString& from, const QString& to);
+
     std::map<QString, LayerList> layers_;
+    std::vector<CameraRename> renames_;
     QString activeCamera_;
     QString previousActiveCamera_;
     bool master_ = false;

@@ -6,6 +6,18 @@
 
 namespace vellix {
 
+int LayerManager::CountCoveredFrames() const {
+    int count = 0;
+    for (const auto& entry : layers_) {
+        for (const auto& layer : entry.second) {
+            for (int i = 1; i < layer->FrameCount(); ++i) {
+                count += layer->GetFrame(i - 1)->GetTimeValue() == layer->GetFrame(i)->GetTimeValue();
+            }
+        }
+    }
+    return count;
+}
+
 int LayerManager::AddFrame(const QString& camera) {
     Layer* layer = GetActiveLayer(camera);
     return layer == nullptr ? -1 : layer->AddFrame();

@@ -10,6 +10,7 @@
 #include <maya/MAnimControl.h>
 #include <maya/MCommandResult.h>
 #include <maya/MDagPath.h>
+#include <maya/MFileIO.h>
 #include <maya/MFn.h>
 #include <maya/MFnDependencyNode.h>
 #include <maya/MGlobal.h>
@@ -278,6 +279,10 @@ QWidget* MayaUtil::GetTimeControlWidget() {
     }
     timeControl = MQtUtil::findControl(name);
     return timeControl;
+}
+
+bool MayaUtil::IsReadingScene() {
+    return MFileIO::isOpeningFile() || MFileIO::isImportingFile() || MFileIO::isReferencingFile();
 }
 
 bool MayaUtil::IsPlaying() {

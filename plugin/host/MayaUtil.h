@@ -58,6 +58,9 @@ public:
     static bool DeleteAllNodes();
     static bool CreateFloatingViewport(const QString& camera);
 
+    /// Makes the scene count as changed since it was saved, for a change that leaves no undo step.
+    static bool MarkSceneModified();
+
     // The node. Executed when the host is idle, so it may be called inside callbacks and other commands.
     static bool CreateNode(bool addLayer, bool addFrames, const QString& camera, const QString& layerName,
                            int layerState);
@@ -166,6 +169,9 @@ public:
     /// Creates a swatch without its slider, sizes in pixels. The host owns it; null if it could not be
     /// created.
     static QWidget* CreateColorSliderGrp(const QString& name, int width, int height);
+
+    /// Whether the host opens, imports or references a scene: nodes may then be incomplete.
+    static bool IsReadingScene();
 
     // Time and cameras, without MEL. Cameras are named by their transform.
     static bool IsPlaying();

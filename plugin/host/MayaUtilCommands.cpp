@@ -127,6 +127,10 @@ bool MayaUtil::CreateNode(bool addLayer, bool addFrames, const QString& camera, 
     return ExecuteOnIdle(CommandLine(Settings::NODE_COMMAND_NAME, arguments));
 }
 
+bool MayaUtil::MarkSceneModified() {
+    return Execute(QStringLiteral("file -modified 1"));
+}
+
 bool MayaUtil::RefreshNode() {
     return ExecuteOnIdle(CommandLine(Settings::NODE_COMMAND_NAME, {QStringLiteral("-r")}));
 }

@@ -15,7 +15,6 @@
 #include <maya/M3dView.h>
 #include <maya/MDagPath.h>
 #include <maya/MDoubleArray.h>
-#include <maya/MFileIO.h>
 #include <maya/MFn.h>
 #include <maya/MFnDagNode.h>
 #include <maya/MFnDependencyNode.h>
@@ -40,11 +39,6 @@ namespace {
 
 const MString DRAW_CLASSIFICATION = MString("drawdb/geometry/") + Settings::NODE_TYPE_NAME;
 const MString DRAW_REGISTRATION_ID = MString(Settings::NODE_TYPE_NAME) + "Plugin";
-
-// By value, since function sets take a non-const handle.
-BaseNode* FindBaseNode(MObject object) {
-    return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
-}
 
 /// Offsets the times in a dragged range of the time slider, whose end is exclusive. `offset` is in frames.
 void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
@@ -136,7 +130,7 @@ MStatus BaseNode::Cleanup() {
 
 void BaseNode::postConstructor() {
     // A node read from a file gets its drawing, and whether it is the master, from the stored data.
-    if (!MFileIO::isOpeningFile() && !MFileIO::isImportingFile() && !MFileIO::isReferencingFile()) {
+    if (!MayaUtil::IsReadingScene()) {
         InitializeLayerManager();
         const std::shared_ptr<LayerManager> layers = GetLayerManager();
         if (layers && GetMaster() == nullptr) {
@@ -147,6 +141,25 @@ void BaseNode::postConstructor() {
                                   "localScaleY", "localScaleZ", "template"}) {
         LockAndHideAttribute(thisMObject(), attribute);
     }
+}
+
+// A copied value shares its drawing. The host may copy the values after this call, so it is looked at again
+// whenever the drawing is asked for.
+void BaseNode::copyInternalData(MPxNode* node) {
+    copiedFrom_ = BaseNodePointer(dynamic_cast<BaseNode*>(node));
+    GetLayerManager();
+}
+
+/// Gives this duplicate a drawing of its own, which is not drawn over the same one.
+std::shared_ptr<LayerManager> BaseNode::Separate(const LayerManager& shared) const {
+    copiedFrom_ = BaseNodePointer();
+    std::shared_ptr<LayerManager> own = shared.Clone();
+    if (!SetLayerManager(own)) {
+        return nullptr;
+    }
+    GetVisibilityPlug().setValue(false);
+    Logger::Info(QStringLiteral("The duplicate holds a copy of the drawing and is hidden."));
+    return own;
 }
 
 bool BaseNode::isBounded() const {
@@ -169,10 +182,15 @@ MBoundingBox BaseNode::boundingBox() const {
     return MBoundingBox(MPoint(), MPoint());
 }
 
+// By value, since function sets take a non-const handle.
+BaseNode* BaseNode::FromObject(MObject object) {
+    return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
+}
+
 QList<BaseNode*> BaseNode::GetAll() {
     QList<BaseNode*> nodes;
     for (MItDag items(MItDag::kDepthFirst, MFn::kPluginLocatorNode); !items.isDone(); items.next()) {
-        BaseNode* node = FindBaseNode(items.currentItem());
+        BaseNode* node = FromObject(items.currentItem());
         if (node != nullptr && !nodes.contains(node)) {
             nodes.append(node);
         }
@@ -200,7 +218,7 @@ BaseNode* BaseNode::GetFromSelectionList(const MSelectionList& list) {
     if (list.length() != 1 || !list.getDependNode(0, item)) {
         return nullptr;
     }
-    if (BaseNode* node = FindBaseNode(item)) {
+    if (BaseNode* node = FromObject(item)) {
         return node;
     }
     MDagPath path;
@@ -208,7 +226,7 @@ BaseNode* BaseNode::GetFromSelectionList(const MSelectionList& list) {
         return nullptr;
     }
     for (unsigned int child = 0; child < path.childCount(); ++child) {
-        if (BaseNode* node = FindBaseNode(path.child(child))) {
+        if (BaseNode* node = FromObject(path.child(child))) {
             return node;
         }
     }
@@ -216,6 +234,10 @@ BaseNode* BaseNode::GetFromSelectionList(const MSelectionList& list) {
 }
 
 bool BaseNode::InitializeLayerManager() {
+    return SetLayerManager(std::make_shared<LayerManager>());
+}
+
+bool BaseNode::SetLayerManager(const std::shared_ptr<LayerManager>& layers) const {
     MObject self = thisMObject();
     MStatus status;
     MPlug plug = MFnDependencyNode(self).findPlug(s_layerData, true, &status);
@@ -223,7 +245,7 @@ bool BaseNode::InitializeLayerManager() {
         Logger::Error("Failed to get layer data plug");
     } else {
         auto data = std::make_unique<BaseNodeLayerData>();
-        data->CreateLayerManager();
+        data->SetLayerManager(layers);
         if (plug.setMPxData(data.get())) {
             static_cast<void>(data.release()); // the plug owns it now
             return true;
@@ -235,6 +257,13 @@ bool BaseNode::InitializeLayerManager() {
 }
 
 std::shared_ptr<LayerManager> BaseNode::GetLayerManager() const {
+    std::shared_ptr<LayerManager> layers = ReadLayerManager();
+    const BaseNode* original = copiedFrom_.GetAlive();
+    return layers && original != nullptr && original->ReadLayerManager() == layers ? Separate(*layers)
+                                                                                   : layers;
+}
+
+std::shared_ptr<LayerManager> BaseNode::ReadLayerManager() const {
     MObject self = thisMObject();
     MStatus status;
     const MPlug plug = MFnDependencyNode(self).findPlug(s_layerData, true, &status);
@@ -244,7 +273,10 @@ std::shared_ptr<LayerManager> BaseNode::GetLayerManager() const {
     }
     MObject value = plug.asMObject(&status);
     if (!status) {
-        Logger::Error("Failed to get layer data plug as object");
+        if (!toldOfMissingData_) {
+            toldOfMissingData_ = true; // the drawing is asked for at every change of time
+            Logger::Error("Failed to get layer data plug as object");
+        }
         return nullptr;
     }
     const auto* data = dynamic_cast<const BaseNodeLayerData*>(MFnPluginData(value).constData());
@@ -254,6 +286,41 @@ std::shared_ptr<LayerManager> BaseNode::GetLayerManager() const {
 bool BaseNode::IsMaster() const {
     const std::shared_ptr<LayerManager> layers = GetLayerManager();
     return layers && layers->IsMaster();
+}
+
+void BaseNode::TakeOver() {
+    if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
+        layers->MakeMaster();
+        MPlug visibility = GetVisibilityPlug();
+        shownAsMaster_ = !visibility.asBool();
+        if (shownAsMaster_) {
+            visibility.setValue(true);
+        }
+    }
+}
+
+void BaseNode::StepBack() {
+    if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
+        layers->ResignMaster();
+    }
+    if (shownAsMaster_) {
+        shownAsMaster_ = false;
+        GetVisibilityPlug().setValue(false);
+    }
+}
+
+QString BaseNode::GetName() const {
+    return MayaUtil::ToQString(name());
+}
+
+QString BaseNode::GetPath() const {
+    MObject self = thisMObject();
+    return MayaUtil::ToQString(MFnDagNode(self).partialPathName());
+}
+
+MPlug BaseNode::GetVisibilityPlug() const {
+    MObject self = thisMObject();
+    return MFnDependencyNode(self).findPlug("visibility", true);
 }
 
 void BaseNode::SetOpacity(float opacity) {
@@ -311,11 +378,12 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
     }
     ClearClipboard();
     const FrameRange range = FrameRange::FromTimeSlider();
-    QList<int> times;
-    layers->GetFrameTimes(camera, times);
-    for (const int time : times) {
+    const Layer* layer = layers->GetActiveLayer(camera);
+    for (int i = 0; layer != nullptr && i < layer->FrameCount(); ++i) {
+        const Frame& frame = *layer->GetFrame(i);
+        const int time = frame.GetTimeValue();
         if (range.Contains(time)) {
-            std::unique_ptr<Frame> copy = layers->GetFrameCopy(camera, FromWholeFrames(time));
+            auto copy = std::make_unique<Frame>(frame);
             copy->SetTime(MTime(double(time) - double(range.start), MTime::uiUnit()));
             clipboard_.push_back(std::move(copy));
         }
@@ -408,7 +476,7 @@ void BaseNode::UpdatePlaybackTime() {
 }
 
 void BaseNode::LockAndHideAttribute(const MObject& node, const MString& attribute) {
-    MObject owner = node; // NOLINT(performance-unnecessary-copy-initialization): as in FindBaseNode
+    MObject owner = node; // NOLINT(performance-unnecessary-copy-initialization): as in FromObject
     MStatus status;
     MPlug plug = MFnDependencyNode(owner).findPlug(attribute, true, &status);
     if (status) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Identity.h"
+#include "node/BaseNodePointer.h"
 #include "node/LegacyPicture.h"
 #include "node/ViewPlacement.h"
 
@@ -34,9 +35,9 @@ struct LayerPlace;
 struct Stroke;
 enum class LayerState : qint32;
 
-/// The scene node that carries the drawing. Exactly one drawing node in the scene is the master. Commands,
-/// tools and panels work only on the master, through the operations here, which forward to its LayerManager.
-/// A node without a layer manager returns false, 0, -1 or an empty result.
+/// The scene node that carries the drawing. Exactly one drawing node in the scene is the master (MasterNode).
+/// Commands, tools and panels work only on it, through the operations here, which forward to its
+/// LayerManager. A node without a layer manager returns false, 0, -1 or an empty result.
 class BaseNode : public MPxLocatorNode {
 public:
     BaseNode();
@@ -56,6 +57,8 @@ public:
     static MStatus Cleanup();
 
     void postConstructor() override;
+    /// Gives this duplicate a copy of the other node's drawing and hides it.
+    void copyInternalData(MPxNode* node) override;
     bool isBounded() const override;
     bool excludeAsLocator() const override;
     bool isTransparent() const override;
@@ -66,6 +69,7 @@ public:
               M3dView::DisplayStatus status) override;
 
     // Finding nodes. The scene owns them; null if there is none.
+    static BaseNode* FromObject(MObject object);
     static QList<BaseNode*> GetAll();
     static BaseNode* GetMaster();
     static BaseNode* GetSelected();
@@ -76,6 +80,13 @@ public:
     bool InitializeLayerManager();
     std::shared_ptr<LayerManager> GetLayerManager() const;
     bool IsMaster() const;
+    /// Makes this node the master and shows it. Call when the master has left the scene.
+    void TakeOver();
+    /// Makes this node no longer the master, and as visible as before TakeOver.
+    void StepBack();
+    QString GetName() const;
+    /// The shortest path that no other node has.
+    QString GetPath() const;
 
     // Cameras.
     QString GetActiveCamera() const;
@@ -187,6 +198,8 @@ public:
     static bool TimeControlOverlayIsVisible(const BaseNode* node);
     static void UpdateTimeControlOverlay();
 
+    /// Call for every drawing node after a camera got another name.
+    void OnCameraRenamed(const QString& from, const QString& to);
     void OnPlaybackTimeChanged(int frame);
     static void UpdatePlaybackTime();
 
@@ -221,6 +234,10 @@ public:
     std::unique_ptr<Frame> RemoveFrame(const QString& camera);
 
 private:
+    std::shared_ptr<LayerManager> ReadLayerManager() const;
+    bool SetLayerManager(const std::shared_ptr<LayerManager>& layers) const;
+    std::shared_ptr<LayerManager> Separate(const LayerManager& shared) const;
+    MPlug GetVisibilityPlug() const;
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);
     bool AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded);
 
@@ -230,6 +247,9 @@ private:
     static bool s_drawContextActive;
     static LegacyOutline* s_transformContext;
 
+    mutable bool toldOfMissingData_ = false;
+    mutable BaseNodePointer copiedFrom_; ///< of a duplicate that may still share its drawing
+    bool shownAsMaster_ = false; ///< was hidden before TakeOver
     std::vector<std::unique_ptr<Frame>> clipboard_;
     ViewPlacement placement_;
     bool drawOutline_ = false;

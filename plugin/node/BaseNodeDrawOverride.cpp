@@ -7,7 +7,6 @@
 
 #include <maya/MColor.h>
 #include <maya/MDagPath.h>
-#include <maya/MFnDependencyNode.h>
 #include <maya/MFrameContext.h>
 #include <maya/MStateManager.h>
 #include <maya/MTextureManager.h>
@@ -35,11 +34,6 @@ MHWRender::MTextureDescription DescribeTexture() {
     description.fArraySlices = 1;
     description.fFormat = MHWRender::kR8G8B8A8_UNORM;
     return description;
-}
-
-BaseNode* FindBaseNode(const MDagPath& path) {
-    MObject object = path.node();
-    return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
 }
 
 } // namespace
@@ -85,7 +79,7 @@ MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const M
     if (data == nullptr) {
         data = new BaseNodeUserData;
     }
-    BaseNode* node = FindBaseNode(objPath);
+    BaseNode* node = BaseNode::FromObject(objPath.node());
     if (node == nullptr) {
         return data;
     }

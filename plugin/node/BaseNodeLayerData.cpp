@@ -86,4 +86,8 @@ std::shared_ptr<LayerManager> BaseNodeLayerData::GetLayerManager() const {
     return layers_;
 }
 
+void BaseNodeLayerData::SetLayerManager(const std::shared_ptr<LayerManager>& layers) {
+    layers_ = layers;
+}
+
 } // namespace vellix

@@ -36,6 +36,7 @@ public:
     /// Gives the value an empty drawing if it holds none.
     void CreateLayerManager();
     std::shared_ptr<LayerManager> GetLayerManager() const;
+    void SetLayerManager(const std::shared_ptr<LayerManager>& layers);
 
 private:
     std::shared_ptr<LayerManager> layers_;

@@ -24,6 +24,15 @@ void BaseNode::SetTransformOutline(const QString& camera, const QPoint& p0, cons
     drawOutline_ = true;
 }
 
+void BaseNode::OnCameraRenamed(const QString& from, const QString& to) {
+    if (outlineCamera_ == from) {
+        outlineCamera_ = to;
+    }
+    if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
+        layers->RenameCamera(from, to);
+    }
+}
+
 void BaseNode::ClearTransformOutline() {
     drawOutline_ = false;
 }

@@ -1,9 +1,8 @@
 #include "node/DocumentFollower.h"
 
 #include "core/LayerManager.h"
+#include "host/MayaUtil.h"
 #include "node/BaseNode.h"
-
-#include <maya/MFileIO.h>
 
 namespace vellix {
 
@@ -18,10 +17,6 @@ constexpr DocumentChanges MARK_CHANGES = DocumentChange::Layers | DocumentChange
 constexpr DocumentChanges VIEW_CHANGES = DocumentChange::Layers | DocumentChange::LayerSettings |
                                          DocumentChange::ActiveLayer | DocumentChange::Frames |
                                          DocumentChange::Pictures | DocumentChange::Ghosting;
-
-bool IsReadingScene() {
-    return MFileIO::isOpeningFile() || MFileIO::isImportingFile() || MFileIO::isReferencingFile();
-}
 
 void RefreshViews(const LayerManager& document) {
     for (BaseNode* node : BaseNode::GetAll()) {
@@ -46,7 +41,7 @@ void DocumentFollower::OnDocumentChanged(LayerManager& document, DocumentChanges
     if (changes & PANEL_CHANGES) {
         document.UpdateLayerManagerDialog();
     }
-    if (IsReadingScene()) {
+    if (MayaUtil::IsReadingScene()) {
         return; // the node is incomplete while reading; FollowScene() follows afterwards
     }
     if ((changes & MARK_CHANGES) && document.IsMaster()) {

@@ -53,10 +53,19 @@ void CameraLayerList::changeEvent(QEvent* event) {
 
 void CameraLayerList::SetCameraName(const QString& name) {
     camera_ = name;
-    header_->setText(name);
+    ShowHeader(true);
+}
+
+void CameraLayerList::ShowHeader(bool cameraExists) {
+    header_->setText(cameraExists ? camera_ : tr("%1 (deleted)").arg(camera_));
+    header_->setToolTip(cameraExists
+                            ? QString()
+                            : tr("This camera was deleted. Its layers are kept: right-click to move them to "
+                                 "another camera."));
 }
 
 void CameraLayerList::Fill(const QList<LayerManagerRow>& rows) {
+    ShowHeader(rows.isEmpty() || rows.first().cameraExists);
     while (items_.size() > rows.size()) {
         LayerItem* const item = items_.takeLast();
         itemLayout_->removeWidget(item);

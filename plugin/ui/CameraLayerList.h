@@ -11,7 +11,8 @@ class ElidedLabel;
 class LayerItem;
 struct LayerManagerRow;
 
-/// The layers of one camera in the layer manager, below the camera's name. The topmost layer comes first.
+/// The layers of one camera in the layer manager, below the camera's name. The topmost layer comes first. The
+/// name of a deleted camera is shown as such.
 class CameraLayerList : public QWidget {
     Q_OBJECT
 
@@ -39,6 +40,7 @@ protected:
 
 private:
     void FitHeader();
+    void ShowHeader(bool cameraExists);
 
     QString camera_;
     ElidedLabel* header_;

@@ -1,5 +1,7 @@
 #include "ui/LayerPropertiesDialog.h"
 
+#include "core/Layer.h"
+#include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
@@ -14,10 +16,13 @@ namespace vellix {
 LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, QWidget* parent)
     : LayerFormDialog(QStringLiteral("Layer Properties"), parent)
     , layerCamera_(camera)
-    , index_(index)
     , state_(LayerState::Animated)
     , visible_(new QCheckBox(QStringLiteral("Visible"), this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
+    const BaseNode* const master = BaseNode::GetMaster();
+    if (const Layer* const layer = master != nullptr ? master->GetLayer(camera, index) : nullptr) {
+        layer_ = layer->GetId();
+    }
     visible_->setToolTip(QStringLiteral("Show the layer"));
     Form().addRow(QString(), visible_);
     AddStates(QStringLiteral("State:"), {LayerState::Animated, LayerState::Static, LayerState::Locked});
@@ -49,11 +54,13 @@ void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
 
 void LayerPropertiesDialog::FollowScene() {
     const BaseNode* const master = BaseNode::GetMaster();
-    if (master == nullptr || !master->LayerExists(layerCamera_, index_)) {
+    const LayerPlace place = master != nullptr ? master->FindLayer(layer_) : LayerPlace();
+    if (place.layer == nullptr) {
         reject();
         return;
     }
-    const QString chosen = GetCamera();
+    const QString chosen = GetCamera() == layerCamera_ ? place.camera : GetCamera();
+    layerCamera_ = place.camera;
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
     SetCameras(cameras);
@@ -77,18 +84,24 @@ void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* pare
 }
 
 void LayerPropertiesDialog::UpdateLayer() {
+    const BaseNode* const master = BaseNode::GetMaster();
+    const LayerPlace place = master != nullptr ? master->FindLayer(layer_) : LayerPlace();
+    if (place.layer == nullptr) {
+        Logger::Error("Layer does not exist.");
+        return;
+    }
     const QString name = GetLayerName();
     if (!name.isEmpty() && name != layerName_) {
-        MayaUtil::SetLayerName(layerCamera_, index_, name);
+        MayaUtil::SetLayerName(place.camera, place.index, name);
     }
     if (visible_->isChecked() != visibility_) {
-        MayaUtil::SetLayerVisible(layerCamera_, index_, visible_->isChecked());
+        MayaUtil::SetLayerVisible(place.camera, place.index, visible_->isChecked());
     }
     if (GetLayerState() != state_) {
-        MayaUtil::SetLayerState(layerCamera_, index_, GetLayerState());
+        MayaUtil::SetLayerState(place.camera, place.index, GetLayerState());
     }
-    if (GetCamera() != layerCamera_) {
-        MayaUtil::MoveLayer(layerCamera_, index_, GetCamera(), -1);
+    if (GetCamera() != layerCamera_ && GetCamera() != place.camera) {
+        MayaUtil::MoveLayer(place.camera, place.index, GetCamera(), -1);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Identity.h"
 #include "ui/LayerFormDialog.h"
 
 class QCheckBox;
@@ -7,7 +8,7 @@ class QCheckBox;
 namespace vellix {
 
 /// Edits the name, camera, visibility and state of one layer. OK executes one command line for each that
-/// changed.
+/// changed, on the layer that the dialog was opened for, wherever it is in its stack by then.
 class LayerPropertiesDialog : public LayerFormDialog {
     Q_OBJECT
 
@@ -33,8 +34,8 @@ protected:
 private:
     void UpdateLayer();
 
-    const QString layerCamera_;
-    const int index_;
+    QString layerCamera_; ///< the layer's camera when the values were set
+    LayerId layer_ = LayerId::None;
     QString layerName_;
     bool visibility_ = false;
     LayerState state_;

@@ -14,9 +14,12 @@
 #include <maya/MDagPath.h>
 #include <maya/MDoubleArray.h>
 #include <maya/MEventMessage.h>
+#include <maya/MFnDependencyNode.h>
 #include <maya/MGlobal.h>
 #include <maya/MIntArray.h>
+#include <maya/MNodeMessage.h>
 #include <maya/MPxCommand.h>
+#include <maya/MSelectionList.h>
 #include <maya/MStringArray.h>
 #include <maya/MSyntax.h>
 
@@ -274,6 +277,36 @@ TEST_F(MGlobalTest, NodesThatComeAndGoAreToldOfByType) {
     EXPECT_EQ(told.size(), 4U);
     MStatus status;
     EXPECT_EQ(MDGMessage::addNodeAddedCallback(nullptr, "camera", nullptr, &status), 0);
+    EXPECT_TRUE(status.error());
+}
+
+TEST_F(MGlobalTest, RenamedNodesAreToldOfWithTheNameBefore) {
+    MGlobal::executeCommand(
+        "createNode transform -n a; createNode transform -n b; createNode transform -n g");
+    std::vector<std::string> told;
+    const auto tell = [](MObject& node, const MString& before, void* data) {
+        const std::string now = MFnDependencyNode(node).name().asChar();
+        static_cast<std::vector<std::string>*>(data)->push_back(before.asChar() + (">" + now));
+    };
+    MSelectionList list;
+    list.add("b");
+    MObject b;
+    list.getDependNode(0, b);
+    MCallbackIdArray ids;
+    ids.append(MNodeMessage::addNameChangedCallback(MObject::kNullObj, tell, &told));
+    std::vector<std::string> toldOfB;
+    ids.append(MNodeMessage::addNameChangedCallback(b, tell, &toldOfB));
+    for (const char* line : {"rename a c", "rename b \"ns:d\"", "undo", "redo", "rename c c", "undo",
+                             "parent \"ns:d\" g", "createNode transform -n d; undo"}) {
+        MGlobal::executeCommand(line);
+    }
+    EXPECT_EQ(told, (std::vector<std::string>{"a>c", "b>ns:d", "ns:d>b", "b>ns:d"}));
+    EXPECT_EQ(toldOfB, (std::vector<std::string>{"b>ns:d", "ns:d>b", "b>ns:d"}));
+    EXPECT_TRUE(MMessage::removeCallbacks(ids));
+    MGlobal::executeCommand("rename g h");
+    EXPECT_EQ(told.size(), 4U);
+    MStatus status;
+    EXPECT_EQ(MNodeMessage::addNameChangedCallback(b, nullptr, nullptr, &status), 0);
     EXPECT_TRUE(status.error());
 }
 

@@ -6,6 +6,7 @@
 
 class MCallbackIdArray;
 class MObject;
+class MString;
 
 /// Id of a callback; 0 for none.
 using MCallbackId = std::intptr_t;
@@ -15,6 +16,7 @@ class MMessage {
 public:
     using MBasicFunction = void (*)(void* clientData);
     using MNodeFunction = void (*)(MObject& node, void* clientData);
+    using MNodeStringFunction = void (*)(MObject& node, const MString& str, void* clientData);
 
     /// Fails for an id that is not registered. A callback may be removed while it runs.
     static MStatus removeCallback(MCallbackId id);

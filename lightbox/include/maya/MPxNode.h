@@ -46,6 +46,9 @@ public:
 
     /// Called once, when the node exists and its attributes are accessible.
     virtual void postConstructor();
+    /// Called on a node that was made by duplicating another one, which is passed, after its attributes have
+    /// the values of the other's. For a node that keeps something outside of them or that may not share it.
+    virtual void copyInternalData(MPxNode* node);
     virtual Type type() const;
 
     MObject thisMObject() const;

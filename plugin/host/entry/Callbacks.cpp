@@ -1,19 +1,30 @@
 #include "host/entry/Callbacks.h"
 
+#include "core/LayerManager.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/CamerasRead.h"
 #include "node/DocumentFollower.h"
+#include "node/MasterNode.h"
 
 #include <maya/MCallbackIdArray.h>
 #include <maya/MDGMessage.h>
+#include <maya/MDagPath.h>
 #include <maya/MEventMessage.h>
+#include <maya/MFileIO.h>
+#include <maya/MFn.h>
+#include <maya/MFnDagNode.h>
+#include <maya/MNodeMessage.h>
+#include <maya/MObjectHandle.h>
 
 #include <QObject>
 #include <QTimer>
 
 #include <memory>
+#include <vector>
 
 namespace vellix {
 
@@ -25,6 +36,8 @@ MCallbackIdArray g_callbacks;
 int g_playbackScriptJob = NO_SCRIPT_JOB;
 // Context of the pending update after nodes were added or removed; null if none is pending.
 std::unique_ptr<QObject> g_followUp;
+// The cameras and drawing nodes that the running import has added so far.
+std::vector<MObjectHandle> g_imported;
 
 void OnSelectionChanged(void*) {
     if (MayaUtil::IsRefreshingTimeControl()) {
@@ -40,13 +53,120 @@ void OnTimeChanged(void*) {
     BaseNode::UpdatePlaybackTime();
 }
 
+/// Drawings keep their exact times, so that changing back separates them again.
+void WarnOfCoveredFrames() {
+    int covered = 0;
+    for (const BaseNode* node : BaseNode::GetAll()) {
+        const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
+        covered += layers ? layers->CountCoveredFrames() : 0;
+    }
+    if (covered > 0) {
+        Logger::Warning(
+            QStringLiteral("In the new time unit, %1 drawings are on a frame that another one has "
+                           "too, and are not shown. Nothing is lost: change the time unit back, or "
+                           "retime the layers. A scene that is saved and opened like this moves "
+                           "them to the next free frames.")
+                .arg(covered));
+    }
+}
+
 void OnTimeUnitChanged(void*) {
+    BaseNode::UpdatePlaybackTime();
     BaseNode::UpdateTimeControlOverlay();
+    WarnOfCoveredFrames();
+}
+
+/// The names of the cameras of the file that this node was read from, if they are in its namespace.
+QStringList CamerasBeside(const BaseNode& node) {
+    const QString nameSpace = node.GetName().section(QLatin1Char(':'), 0, -2) + QLatin1Char(':');
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
+    QStringList beside;
+    for (const QString& camera : cameras) {
+        if (nameSpace.size() > 1 && camera.startsWith(nameSpace)) {
+            beside.append(camera);
+        }
+    }
+    return beside;
+}
+
+void FollowReferencedCameras() {
+    for (BaseNode* node : BaseNode::GetAll()) {
+        MObject object = node->thisMObject();
+        if (MFnDependencyNode(object).isFromReferencedFile()) {
+            CamerasRead::Follow(*node, CamerasBeside(*node));
+        }
+    }
 }
 
 void OnSceneOpened(void*) {
+    MasterNode::OnSceneRead({});
+    FollowReferencedCameras();
     BaseNode::UpdatePlaybackTime();
     DocumentFollower::FollowScene();
+}
+
+void OnSceneImported(void*) {
+    QStringList cameras;
+    QList<BaseNode*> drawings;
+    for (const MObjectHandle& handle : g_imported) {
+        MDagPath path;
+        if (BaseNode* const node = handle.isValid() ? BaseNode::FromObject(handle.object()) : nullptr) {
+            drawings.append(node);
+        } else if (handle.isValid() && MDagPath::getAPathTo(handle.object(), path)) {
+            cameras.append(MayaUtil::GetCameraName(path));
+        }
+    }
+    g_imported.clear();
+    for (BaseNode* node : drawings) {
+        CamerasRead::Follow(*node, cameras);
+    }
+    MasterNode::OnSceneRead(drawings);
+    FollowReferencedCameras();
+    BaseNode::UpdatePlaybackTime();
+    DocumentFollower::FollowScene();
+}
+
+bool IsCameraTransform(MObject& node) {
+    const MFnDagNode transform(node);
+    for (unsigned int i = 0; i < transform.childCount(); ++i) {
+        if (transform.child(i).hasFn(MFn::kCamera)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Undo and redo of a rename come here too, so that the layers follow the camera both ways.
+void OnNameChanged(MObject& node, const MString& before, void*) {
+    if (!node.hasFn(MFn::kTransform) || !IsCameraTransform(node)) {
+        return;
+    }
+    const QString from = MayaUtil::ToQString(before);
+    const QString to = MayaUtil::ToQString(MFnDagNode(node).name());
+    for (BaseNode* drawing : BaseNode::GetAll()) {
+        drawing->OnCameraRenamed(from, to);
+    }
+}
+
+void OnDrawingAdded(MObject& object, void*) {
+    if (MFileIO::isImportingFile()) {
+        g_imported.emplace_back(object);
+    } else if (const BaseNode* const node = BaseNode::FromObject(object)) {
+        MasterNode::OnAdded(*node);
+    }
+}
+
+void OnDrawingRemoved(MObject& object, void*) {
+    if (const BaseNode* const node = BaseNode::FromObject(object)) {
+        MasterNode::OnRemoved(*node);
+    }
+}
+
+void OnCameraAdded(MObject& object, void*) {
+    if (MFileIO::isImportingFile()) {
+        g_imported.emplace_back(object);
+    }
 }
 
 void OnApplicationExit(void*) {
@@ -70,19 +190,45 @@ void OnNodeAddedOrRemoved(MObject&, void*) {
     });
 }
 
-/// Deleting, importing and scripts add and remove drawing nodes and cameras without a host event.
+/// Stores the id of a callback that was added. Returns its status.
+MStatus Keep(MCallbackId id, const MStatus& status) {
+    if (status) {
+        g_callbacks.append(id);
+    }
+    return status;
+}
+
+using AddNodeCallback = MCallbackId (*)(MMessage::MNodeFunction, const MString&, void*, MStatus*);
+
+MStatus FollowNodes(AddNodeCallback add, MMessage::MNodeFunction function, const MString& type) {
+    MStatus status;
+    const MCallbackId id = add(function, type, nullptr, &status);
+    return Keep(id, status);
+}
+
+/// Deleting, importing and scripts add, remove and rename drawing nodes and cameras without a host event.
 MStatus AddNodeCallbacks() {
-    MStatus result;
-    for (const MString& type : {BaseNode::GetTypeName(), MString("camera")}) {
-        for (const auto add : {MDGMessage::addNodeAddedCallback, MDGMessage::addNodeRemovedCallback}) {
-            MStatus status;
-            const MCallbackId id = add(OnNodeAddedOrRemoved, type, nullptr, &status);
-            if (status) {
-                g_callbacks.append(id);
-            } else {
-                result = status;
+    const MString drawing = BaseNode::GetTypeName();
+    const MString camera = "camera";
+    std::vector<MStatus> results = {
+        FollowNodes(MDGMessage::addNodeAddedCallback, OnDrawingAdded, drawing),
+        FollowNodes(MDGMessage::addNodeRemovedCallback, OnDrawingRemoved, drawing),
+        FollowNodes(MDGMessage::addNodeAddedCallback, OnCameraAdded, camera),
+    };
+    MStatus status;
+    const MCallbackId id =
+        MNodeMessage::addNameChangedCallback(MObject::kNullObj, OnNameChanged, nullptr, &status);
+    results.push_back(Keep(id, status));
+    if (Settings::guiEnabled) { // only the panels need these
+        for (const MString& type : {drawing, camera}) {
+            for (const auto add : {MDGMessage::addNodeAddedCallback, MDGMessage::addNodeRemovedCallback}) {
+                results.push_back(FollowNodes(add, OnNodeAddedOrRemoved, type));
             }
         }
+    }
+    MStatus result;
+    for (const MStatus& one : results) {
+        result = one ? result : one;
     }
     return result;
 }
@@ -99,6 +245,7 @@ MStatus AddCallbacks() {
         {"timeChanged", OnTimeChanged},
         {"timeUnitChanged", OnTimeUnitChanged},
         {"SceneOpened", OnSceneOpened},
+        {"SceneImported", OnSceneImported},
         {"quitApplication", OnApplicationExit},
         {"Undo", OnUndoRedo},
         {"Redo", OnUndoRedo},
@@ -109,22 +256,16 @@ MStatus AddCallbacks() {
         MStatus status;
         const MCallbackId id =
             MEventMessage::addEventCallback(handler.event, handler.function, nullptr, &status);
-        if (status) {
-            g_callbacks.append(id);
-        } else {
-            result = status;
-        }
+        result = Keep(id, status) ? result : status;
     }
-    // Only the panels need these.
-    if (Settings::guiEnabled) {
-        const MStatus status = AddNodeCallbacks();
-        result = status ? result : status;
-    }
+    const MStatus status = AddNodeCallbacks();
+    result = status ? result : status;
     return result;
 }
 
 MStatus RemoveCallbacks() {
     g_followUp.reset();
+    g_imported.clear();
     MStatus status = MMessage::removeCallbacks(g_callbacks);
     g_callbacks.clear();
     return status;

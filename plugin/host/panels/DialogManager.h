@@ -24,6 +24,7 @@ struct LayerManagerRow {
     QString name;
     bool visible;
     LayerState state;
+    bool cameraExists = true; ///< false: the camera was deleted, its layers were kept
 };
 
 /// The layer manager panel as the drawing sees it.

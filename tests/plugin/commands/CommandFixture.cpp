@@ -16,6 +16,8 @@ void CommandFixture::SetUp() {
     Host::Get().output().SetSink([this](Output::Kind kind, const std::string& text) {
         if (kind == Output::Kind::Error) {
             messages_.append(QString::fromStdString(text));
+        } else if (kind == Output::Kind::Warning) {
+            warnings_.append(QString::fromStdString(text));
         }
     });
     Mel("file -f -new; playbackOptions -min 1 -max 4; currentTime 1; qmVellixNode;");
@@ -27,6 +29,7 @@ void CommandFixture::TearDown() {
 
 lightbox::mel::Value CommandFixture::Mel(const QString& line) {
     messages_.clear();
+    warnings_.clear();
     try {
         return Host::Get().interpreter().Execute(line.toStdString());
     } catch (const lightbox::mel::Error& error) {
@@ -39,6 +42,7 @@ lightbox::mel::Value CommandFixture::Mel(const QString& line) {
 
 QStringList CommandFixture::Refused(const QString& line) {
     messages_.clear();
+    warnings_.clear();
     try {
         Host::Get().interpreter().Execute(line.toStdString());
         ADD_FAILURE() << "not refused: " << line.toStdString();
@@ -50,6 +54,10 @@ QStringList CommandFixture::Refused(const QString& line) {
 
 QStringList CommandFixture::Messages() const {
     return QStringList(messages_).filter("[Vellix2] ").replaceInStrings("[Vellix2] ", "");
+}
+
+QStringList CommandFixture::Warnings() const {
+    return QStringList(warnings_).filter("[Vellix2] ").replaceInStrings("[Vellix2] ", "");
 }
 
 void CommandFixture::ExpectRefusal(const QString& line, const QString& message) {
@@ -114,6 +122,27 @@ void CommandFixture::ExpectUndoable(const QString& line) {
         EXPECT_EQ(Drawing().toStdString(), after.toStdString()) << "after redo of " << line.toStdString();
     }
     Mel("undo");
+}
+
+void CommandFixture::ExpectUndoableChain(const QStringList& lines) {
+    QStringList states(Drawing());
+    for (const QString& line : lines) {
+        Mel(line);
+        states.append(Drawing());
+    }
+    const int count = lines.size();
+    for (int round = 0; round < 2; ++round) {
+        for (int i = count; i-- > 0;) {
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), states[i].toStdString())
+                << "undone: " << lines[i].toStdString();
+        }
+        for (int i = 0; i < count; ++i) {
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), states[i + 1].toStdString())
+                << "redone: " << lines[i].toStdString();
+        }
+    }
 }
 
 QString CommandFixture::WriteFile(const QString& name, const QByteArray& content) const {

@@ -25,6 +25,8 @@ protected:
     QStringList Refused(const QString& line);
     /// The errors that the plug-in reported during the last line.
     QStringList Messages() const;
+    /// The warnings that the plug-in reported during the last line.
+    QStringList Warnings() const;
     /// Runs a line that must fail with exactly this message.
     void ExpectRefusal(const QString& line, const QString& message);
 
@@ -35,6 +37,9 @@ protected:
     /// Runs a line that changes the drawing. Checks that undo restores the drawing, and that redo changes it
     /// again. The line is undone when this returns.
     void ExpectUndoable(const QString& line);
+    /// Runs lines that are one undo step each. Checks that undo, line by line back to the start, and redo to
+    /// the end give each state again, twice.
+    void ExpectUndoableChain(const QStringList& lines);
 
     QString WriteFile(const QString& name, const QByteArray& content) const;
 
@@ -42,6 +47,7 @@ protected:
 
 private:
     QStringList messages_;
+    QStringList warnings_;
 };
 
 } // namespace vellix

@@ -35,19 +35,17 @@ TEST_F(LayerTest, HoldsEachKeyUntilTheNext) {
 TEST_F(LayerTest, ManyFramesGoAndComeAtOnce) {
     AddKeys({1, 3, 5, 7});
     ShowTime(6);
-    FrameList frames = layer.TakeFrames({3, 4, 7});
+    const Frame* const three = layer.GetFrame(1);
+    FrameList frames = layer.TakeFrames({layer.GetFrame(3)->GetId(), three->GetId(), FrameId::None});
     EXPECT_EQ(Times(), QList<int>({1, 5}));
     EXPECT_EQ(layer.GetCurrentFrameIndex(), 1);
-    const Frame* const three = frames.at(0).get();
-    for (const int time : {5, -2}) {
-        frames.emplace_back(new Frame(At(time)));
-    }
-    EXPECT_EQ(layer.PutFrames(frames), std::vector<int>({-2, 3, 7}));
-    EXPECT_EQ(Times(), QList<int>({-2, 1, 3, 5, 7}));
+    ASSERT_EQ(frames.size(), 2U);
+    frames.insert(frames.begin(), std::make_unique<Frame>(At(6)));
+    frames.push_back(std::make_unique<Frame>(At(-2)));
+    layer.PutFrames(std::move(frames));
+    EXPECT_EQ(Times(), QList<int>({-2, 1, 3, 5, 6, 7}));
     EXPECT_EQ(layer.GetFrame(2), three);
-    EXPECT_EQ(layer.GetCurrentFrameIndex(), 3);
-    ASSERT_EQ(frames.size(), 1U); // its time was taken
-    EXPECT_EQ(frames[0]->GetTimeValue(), 5);
+    EXPECT_EQ(layer.GetCurrentFrameIndex(), 4);
 }
 
 TEST_F(LayerTest, FindsNeighboursOfThePlaybackTime) {

@@ -52,7 +52,8 @@ TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
     const Leftovers loaded = state();
     plugins.Unload("vellix2", false);
     const Leftovers unloaded = state();
-    EXPECT_EQ(unloaded.callbacks + 9, loaded.callbacks); // eight events and the script job's condition
+    // Nine events, four kinds of changes of nodes, and the script job's condition.
+    EXPECT_EQ(unloaded.callbacks + 14, loaded.callbacks);
     EXPECT_EQ(Ask("whatIs qmVellixNode"), "Unknown");
     EXPECT_THAT(unloaded.nodeTypes, Not(Contains("qmVellix")));
 

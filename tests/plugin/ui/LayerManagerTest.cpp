@@ -322,4 +322,30 @@ TEST_F(LayerManagerTest, TheKeyboardReachesEverything) {
     EXPECT_TRUE(panel.isVisible()) << "Escape closes no panel";
 }
 
+TEST_F(LayerManagerTest, ACameraIsShownByItsNameAndWhetherItIsThere) {
+    Run("camera; qmVellixLayer -add -n Far -ls 0 camera1");
+    const LayerManagerDialog& panel = Panel();
+    const struct {
+        const char* line;
+        const char* header;
+    } steps[] = {
+        {"refresh", "camera1"}, {"delete camera1", "camera1 (deleted)"},
+        {"undo", "camera1"},    {"rename camera1 \"ns:shot\"", "ns:shot"},
+        {"undo", "camera1"},    {"delete camera1", "camera1 (deleted)"},
+    };
+    for (const auto& step : steps) {
+        Run(step.line);
+        Settle();
+        const auto* const list = dynamic_cast<const CameraLayerList*>(
+            Item(panel, QByteArray(step.header).replace(" (deleted)", ""), 0).parentWidget());
+        ASSERT_NE(list, nullptr) << step.line;
+        EXPECT_EQ(list->findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly)->text(),
+                  QLatin1String(step.header))
+            << step.line;
+    }
+    Run("qmVellixLayer -moveAll persp camera1");
+    Settle();
+    EXPECT_EQ(Shown(panel).size(), 5U);
+}
+
 } // namespace vellix

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/Identity.h"
+
+#include <maya/MTime.h>
+
+#include <map>
+#include <vector>
+
+class QString;
+
+namespace vellix {
+
+class Frame;
+class Layer;
+
+/// Gives some frames of a layer new times. Each step does everything or, if a frame is missing or a time is
+/// taken, nothing.
+class FrameSchedule {
+public:
+    /// Plans a frame's new time, in whole frames; complete the plan before the first Do.
+    void Add(const Frame& frame, int time);
+
+    /// Both return false, with the reason in `refusal` and nothing changed, if they cannot be done. Undo
+    /// restores the exact times.
+    bool Do(Layer& layer, QString& refusal) const;
+    bool Undo(Layer& layer, QString& refusal) const;
+
+private:
+    struct Change {
+        MTime before;
+        int time;
+    };
+
+    std::vector<FrameId> GetFrames() const;
+
+    std::map<FrameId, Change> changes_;
+};
+
+} // namespace vellix

@@ -1,0 +1,187 @@
+// LayerManager: cameras that get another name.
+#include "core/Compositor.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "core/StrokePainter.h"
+#include "host/MayaUtil.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vellix {
+
+namespace {
+
+bool Contains(const std::vector<LayerId>& ids, LayerId id) {
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
+} // namespace
+
+void LayerManager::RenameCamera(const QString& from, const QString& to) {
+    if (from == to || from.isEmpty()) {
+        return;
+    }
+    const auto reverse = std::find_if(renames_.rbegin(), renames_.rend(), [&](const CameraRename& rename) {
+        return rename.from == to && rename.to == from;
+    });
+    const bool isKnown =
+        layers_.count(from) + layers_.count(to) > 0 || activeCamera_ == from || previousActiveCamera_ == from;
+    if (!isKnown && reverse == renames_.rend()) {
+        return;
+    }
+    const ChangeScope scope(*this);
+    if (reverse == renames_.rend()) {
+        Join(from, to);
+    } else {
+        const CameraRename rename = *reverse;
+        renames_.erase(reverse.base() - 1);
+        Separate(rename);
+    }
+    Changed(DocumentChange::Layers | DocumentChange::ActiveLayer | DocumentChange::ActiveCamera);
+}
+
+void LayerManager::GiveLayers(const QString& from, const QString& to) {
+    if (from == to) {
+        return;
+    }
+    const ChangeScope scope(*this);
+    if (LayerCount(to) == 0) {
+        RenameStack(from, to);
+    } else {
+        MoveOnTop(from, to, {});
+        FollowCamera(from, to);
+    }
+    Changed(DocumentChange::Layers | DocumentChange::ActiveLayer | DocumentChange::ActiveCamera);
+}
+
+void LayerManager::Join(const QString& from, const QString& to) {
+    QStringList cameras;
+    MayaUtil::GetCameras(cameras);
+    // Cameras with different parents can have the same name. The layers stay with the one that keeps it.
+    const bool isFromShared = cameras.contains(from);
+    const bool isToShared = cameras.count(to) > 1;
+    CameraRename rename;
+    rename.from = from;
+    rename.to = to;
+    rename.residents = GetLayerIds(to);
+    rename.activeResident = GetActiveLayerId(to);
+    rename.activeMover = GetActiveLayerId(from);
+    rename.activeBefore = activeCamera_;
+    if (!isFromShared) {
+        const bool bothHaveLayers = !rename.residents.empty() && LayerCount(from) > 0;
+        if (bothHaveLayers && isToShared) {
+            MoveOnTop(from, to, {});
+            ActivateOneOf(to, rename.activeMover);
+            FollowCamera(from, to);
+        } else {
+            if (bothHaveLayers) {
+                rename.aside = GetUniqueCameraName(to);
+                RenameStack(to, rename.aside);
+            }
+            RenameStack(from, to);
+        }
+    }
+    rename.activeAfter = activeCamera_;
+    if (isFromShared || !rename.residents.empty()) {
+        renames_.push_back(std::move(rename));
+    }
+}
+
+/// Takes back a rename: `rename.to` is the camera's old name now.
+void LayerManager::Separate(const CameraRename& rename) {
+    // A camera that gets its first layer here becomes the active one for a moment.
+    const QString active = activeCamera_ == rename.activeAfter ? rename.activeBefore
+                                                               : NameAfterSeparation(activeCamera_, rename);
+    const QString previous = NameAfterSeparation(previousActiveCamera_, rename);
+    const bool residentsStay = rename.aside.isEmpty() && LayerCount(rename.to) > 0;
+    if (residentsStay || LayerCount(rename.from) > 0) {
+        MoveOnTop(rename.to, rename.from, rename.residents);
+        ActivateOneOf(rename.from, rename.activeMover);
+        ActivateOneOf(rename.to, rename.activeResident);
+        FollowCamera(rename.to, rename.from);
+    } else {
+        RenameStack(rename.to, rename.from);
+    }
+    if (!rename.aside.isEmpty() && LayerCount(rename.to) == 0) {
+        RenameStack(rename.aside, rename.to);
+    }
+    activeCamera_ = active;
+    previousActiveCamera_ = previous;
+}
+
+QString LayerManager::NameAfterSeparation(const QString& camera, const CameraRename& rename) {
+    if (camera == rename.to) {
+        return rename.from;
+    }
+    return !rename.aside.isEmpty() && camera == rename.aside ? rename.to : camera;
+}
+
+/// Gives a whole stack another name, under which there is none.
+void LayerManager::RenameStack(const QString& from, const QString& to) {
+    const auto found = layers_.find(from);
+    if (found != layers_.end()) {
+        LayerList layers = std::move(found->second);
+        layers_.erase(found);
+        layers_[to] = std::move(layers);
+        compositor_->RenameCamera(from, to);
+    }
+    FollowCamera(from, to);
+}
+
+/// Moves layers from one stack onto another, in their order, except those that are `staying`.
+void LayerManager::MoveOnTop(const QString& from, const QString& to, const std::vector<LayerId>& staying) {
+    for (const LayerId id : GetLayerIds(from)) {
+        if (!Contains(staying, id)) {
+            MoveLayer(from, FindLayer(id).index, to, -1);
+        }
+    }
+}
+
+/// Makes the layer active if it is in the camera's stack, else keeps the active one; without one, the
+/// topmost.
+void LayerManager::ActivateOneOf(const QString& camera, LayerId preferred) {
+    const LayerPlace place = FindLayer(preferred);
+    if (place.layer != nullptr && place.camera == camera) {
+        SetActiveLayer(camera, place.index, false);
+    } else if (GetActiveLayerIndex(camera) < 0 && LayerCount(camera) > 0) {
+        SetActiveLayer(camera, LayerCount(camera) - 1, false);
+    }
+}
+
+void LayerManager::FollowCamera(const QString& from, const QString& to) {
+    if (activeCamera_ == from) {
+        activeCamera_ = to;
+    }
+    if (previousActiveCamera_ == from) {
+        previousActiveCamera_ = to;
+    }
+    masterCacheQueue_.removeAll(from);
+    QueueMasterCacheUpdate(to);
+}
+
+std::vector<LayerId> LayerManager::GetLayerIds(const QString& camera) const {
+    std::vector<LayerId> ids;
+    for (const auto& layer : FindLayers(camera)) {
+        ids.push_back(layer->GetId());
+    }
+    return ids;
+}
+
+LayerId LayerManager::GetActiveLayerId(const QString& camera) const {
+    const Layer* layer = GetActiveLayer(camera);
+    return layer == nullptr ? LayerId::None : layer->GetId();
+}
+
+/// The name with the first number that gives one of no camera and no stack.
+QString LayerManager::GetUniqueCameraName(const QString& name) const {
+    QStringList taken = GetCameras();
+    MayaUtil::GetCameras(taken);
+    int number = 1;
+    while (taken.contains(name + QString::number(number))) {
+        ++number;
+    }
+    return name + QString::number(number);
+}
+
+} // namespace vellix
