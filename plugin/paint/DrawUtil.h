@@ -74,7 +74,8 @@ public:
     static void PackPngBuffer(const QImage& image, QByteArray& packed);
 
     /// Decodes PNG bytes into a 1024 x 1024 `Format_RGBA8888` image. Places a picture of another size at the
-    /// top left and crops it. Returns false, and leaves a null image, if the bytes cannot be decoded.
+    /// top left and crops it. Returns false, and leaves a null image, if the bytes cannot be decoded. Throws
+    /// std::bad_alloc when memory is short: then the bytes may be good.
     static bool UnpackPngBuffer(const QByteArray& packed, QImage& image);
 
     /// Returns whether UnpackPngBuffer would succeed, and whether the picture already has the size of a
