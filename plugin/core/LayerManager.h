@@ -156,6 +156,7 @@ public:
     // The composed image.
     /// The camera's layers at the current time, with ghosts and the stroke being drawn. Composed again only
     /// if CacheUpdateRequired. Straight alpha, Format_RGBA8888; owned here; null for a camera without layers.
+    /// When memory is short, logs an error and returns what was composed before.
     QImage* GetFlattenedImage(const QString& camera);
     bool CacheUpdateRequired(const QString& camera);
     bool MasterCacheUpdateRequired(const QString& camera) const;
@@ -198,6 +199,7 @@ private:
     bool master_ = false;
     bool playing_ = false;
     bool cacheUpdateRequired_ = false;
+    bool shortOfMemory_ = false; ///< so that the composed image is stale, as was reported
     int frame_ = 0;
     QStringList masterCacheQueue_;
     DocumentChanges changes_ = DocumentChange::None; ///< collected, not yet passed to the listener

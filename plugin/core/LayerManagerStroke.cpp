@@ -5,12 +5,14 @@
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "core/StrokePainter.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
 
 #include <algorithm>
+#include <new>
 
 namespace vellix {
 
@@ -114,7 +116,17 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
     if (stroke_->HasStroke() && stroke_->GetCamera() == camera) {
         scene.stroke = stroke_.get();
     }
-    compositor_->Rebuild(scene);
+    try {
+        compositor_->Rebuild(scene);
+    } catch (const std::bad_alloc&) {
+        if (!shortOfMemory_) {
+            Logger::Error("Out of memory: the drawing cannot be shown. Nothing of it is lost.");
+        }
+        shortOfMemory_ = true;
+        cacheUpdateRequired_ = true; // the next refresh tries again
+        return image;
+    }
+    shortOfMemory_ = false;
     cacheUpdateRequired_ = false;
     if (scene.stroke != nullptr) {
         stroke_->GetStroke()->changed = false;

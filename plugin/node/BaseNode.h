@@ -197,6 +197,9 @@ public:
 
     /// Whether the drawing of the camera's active layer may be changed. Logs why not.
     bool MayChangeActiveLayer(const QString& camera) const;
+    /// Whether the picture that the camera's active layer shows, if any, could be made to be drawn on. Logs
+    /// why not.
+    bool MayChangeActivePicture(const QString& camera) const;
 
     /// Makes a node's attribute not keyable, locked and hidden in the channel box. Ignores a missing
     /// attribute.

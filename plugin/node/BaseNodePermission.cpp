@@ -1,5 +1,6 @@
 // BaseNode: whether the user may draw or change the active layer now, and the reasons why not.
 
+#include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "core/LayerState.h"
@@ -11,6 +12,8 @@
 #include "node/BaseNode.h"
 
 #include <maya/MTime.h>
+
+#include <new>
 
 namespace vellix {
 
@@ -25,10 +28,28 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     if (!MayChangeActiveLayer(camera)) {
         return false;
     }
-    if (!layers->FrameExists(camera) && !AddMissingFrame(*layers, camera, frameAdded)) {
-        return false;
+    const bool mayDraw = layers->FrameExists(camera) ? MayChangeActivePicture(camera)
+                                                     : AddMissingFrame(*layers, camera, frameAdded);
+    return mayDraw && layers->CanDraw(camera);
+}
+
+bool BaseNode::MayChangeActivePicture(const QString& camera) const {
+    const Layer* active = GetActiveLayer(camera);
+    Frame* frame = active ? active->GetCurrentFrame() : nullptr;
+    QString reason;
+    try {
+        if (!frame || frame->Unpack()) {
+            return true;
+        }
+        reason =
+            "The picture of layer %1 at frame %2 cannot be decoded, and drawing on it would lose it. Draw "
+            "at another frame, or delete this one first.";
+    } catch (const std::bad_alloc&) {
+        reason =
+            "Out of memory: the picture of layer %1 at frame %2 cannot be drawn on now. It is not changed.";
     }
-    return layers->CanDraw(camera);
+    Logger::Error(reason.arg(active->GetName(), QString::number(frame->GetTimeValue())));
+    return false;
 }
 
 bool BaseNode::MayChangeActiveLayer(const QString& camera) const {
