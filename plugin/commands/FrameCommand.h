@@ -29,7 +29,7 @@ class Frame;
 /// run found.
 class FrameCommand : public MPxCommand {
 public:
-    FrameCommand() = default;
+    FrameCommand();
     ~FrameCommand() override;
 
     static void* Creator();
