@@ -1,5 +1,7 @@
 #include "PaintTesting.h"
 #include "paint/DrawUtil.h"
+#include "paint/PngStructure.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -129,6 +131,72 @@ TEST(PngPacking, BadBytesAreUndecodableAndKept) {
         EXPECT_EQ(kept, bytes) << number;
         ++number;
     }
+}
+
+TEST(PngPacking, TheStructureIsCheckedChunkByChunk) {
+    using namespace vellix::PngBytes;
+    const QByteArray header = Header(1, 1, 8, 6);
+    const QByteArray pixels = Pixels(QByteArray("\0\xff\0\0\xff", 5));
+    const QByteArray end = Chunk("IEND");
+    QByteArray badComment = Chunk("tEXt", "Comment");
+    badComment[9] = 'X';
+    QByteArray badPixels = pixels;
+    badPixels[10] = char(badPixels.at(10) ^ 1);
+    const struct {
+        const char* what;
+        QByteArray bytes;
+        bool sound;
+        bool decodes;
+    } cases[] = {
+        {"plain", File({header, pixels, end}), true, true},
+        {"something behind the end", File({header, pixels, end, "more"}), true, true},
+        {"damaged comment", File({header, badComment, pixels, end}), true, true},
+        {"damaged pixels", File({header, badPixels, end}), false, false},
+        {"no pixels", File({header, end}), false, false},
+        {"no end", File({header, pixels}), false, false},
+        {"two headers", File({header, header, pixels, end}), false, false},
+        {"pixels first", File({pixels, header, end}), false, false},
+        {"unknown critical chunk", File({header, Chunk("ABCD"), pixels, end}), false, false},
+        {"length of two billion", File({header, "\x7f\xff\xff\xffIDAT", pixels, end}), false, false},
+        {"length of four billion", File({header, "\xff\xff\xff\xffIDAT", pixels, end}), false, false},
+        {"palette", OnePixel(8, 3, QByteArray("\0\0", 2)), true, true},
+        {"no palette", File({Header(1, 1, 8, 3), Pixels(QByteArray("\0\0", 2)), end}), false, false},
+        {"palette of four bytes", File({Header(1, 1, 8, 3), Chunk("PLTE", "rgbr"), pixels, end}), false,
+         false},
+        {"interlaced", OnePixel(8, 6, QByteArray("\0\xff\0\0\xff", 5), 1), true, true},
+        {"interlaced in a new way", OnePixel(8, 6, QByteArray("\0\xff\0\0\xff", 5), 2), false, false},
+        {"three bits", OnePixel(3, 0, QByteArray("\0\0", 2)), false, false},
+        {"palette of 16 bits", OnePixel(16, 3, QByteArray("\0\0\0", 3)), false, false},
+        {"unknown colours", OnePixel(8, 5, QByteArray("\0\0\0", 3)), false, false},
+        {"16 bits", OnePixel(16, 6, QByteArray("\0\xff\xff\0\0\0\0\xff\xff", 9)), true, true},
+        {"one bit", OnePixel(1, 0, QByteArray("\0\x80", 2)), true, true},
+        {"pixels that do not inflate", NotInflating(), true, false},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(vellix::PngStructure::IsSound(test.bytes), test.sound) << test.what;
+        QImage image;
+        EXPECT_EQ(DrawUtil::UnpackPngBuffer(test.bytes, image), test.decodes) << test.what;
+        EXPECT_EQ(image.isNull(), !test.decodes) << test.what;
+    }
+}
+
+TEST(PngPacking, WhatDecodesHasASoundStructure) {
+    using namespace vellix::PngBytes;
+    const QByteArray file = Packed(Gradient(5, 3));
+    int decoded = 0;
+    for (int at = 16; at < 29; ++at) { // every field of the header
+        for (int value = 0; value < 256; ++value) {
+            QByteArray bytes = file;
+            bytes[at] = char(value);
+            bytes.replace(29, 4, Number(Crc(bytes.mid(12, 17))));
+            QImage image;
+            if (image.loadFromData(bytes, "PNG") && image.width() <= 8192 && image.height() <= 8192) {
+                EXPECT_TRUE(vellix::PngStructure::IsSound(bytes)) << at << " is " << value;
+                ++decoded;
+            }
+        }
+    }
+    EXPECT_GE(decoded, 13) << "the file itself";
 }
 
 TEST(PngPacking, TheCheckAgreesWithUnpackingWhereverTheBytesEnd) {
