@@ -147,7 +147,7 @@ public:
     /// The same without the previous image, for a stroke that an earlier undo step already covers.
     bool CommitActiveStroke(const QString& camera);
     /// Exchanges the active layer's current image with the one in the buffer (PNG bytes). Returns false, with
-    /// nothing changed, if there is no current frame or the buffer does not decode.
+    /// nothing changed, if there is no current frame or the buffer is no sound PNG.
     bool UndoStroke(const QString& camera, QByteArray& buffer);
     void CancelActiveStroke();
     /// Whether the transform tool has copied something that can be pasted.

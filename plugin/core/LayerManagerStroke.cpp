@@ -9,7 +9,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "paint/Composite.h"
-#include "paint/DrawUtil.h"
+#include "paint/PngStructure.h"
 
 #include <algorithm>
 #include <new>
@@ -70,15 +70,14 @@ bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
 bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
     Layer* layer = GetActiveLayer(camera);
     Frame* drawing = layer == nullptr ? nullptr : layer->GetCurrentFrame();
-    QByteArray other = buffer;
-    if (drawing == nullptr || !DrawUtil::NormalisePngBuffer(other)) {
+    if (drawing == nullptr || !PngStructure::IsSound(buffer)) {
         return false;
     }
     const QByteArray current = drawing->GetPackedImage();
     if (current.isEmpty()) {
         return false;
     }
-    drawing->SetPackedImage(other);
+    drawing->SetPackedImage(buffer);
     layer->ForceCacheUpdate();
     buffer = current;
     return true;

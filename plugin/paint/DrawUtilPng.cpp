@@ -86,33 +86,4 @@ bool DrawUtil::UnpackPngBuffer(const QByteArray& packed, QImage& image) {
     return true;
 }
 
-DrawUtil::PngContent DrawUtil::CheckPngBuffer(const QByteArray& packed) {
-    const QImage picture = Decode(packed);
-    if (picture.isNull()) {
-        return PngContent::Undecodable;
-    }
-    return picture.size() == LAYER_SIZE ? PngContent::LayerSize : PngContent::OtherSize;
-}
-
-bool DrawUtil::NormalisePngBuffer(QByteArray& packed) {
-    switch (CheckPngBuffer(packed)) {
-    case PngContent::Undecodable:
-        return false;
-    case PngContent::LayerSize:
-        return true;
-    case PngContent::OtherSize:
-        break;
-    }
-    QImage layer;
-    QByteArray repacked;
-    if (UnpackPngBuffer(packed, layer)) {
-        PackPngBuffer(layer, repacked);
-    }
-    if (repacked.isEmpty()) {
-        return false;
-    }
-    packed = repacked;
-    return true;
-}
-
 } // namespace vellix
