@@ -143,7 +143,7 @@ bool LayerDataAsciiReader::ReadFrame(StoredFrames& frames, int index) {
     }
     int length = 0;
     const char* text = image.asUTF8(length);
-    frames.Add(index, time, QByteArray::fromHex(QByteArray::fromRawData(text, length)));
+    frames.Add(index, time, LayerDataFormat::FromHex(text, length));
     return true;
 }
 
