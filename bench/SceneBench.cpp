@@ -119,17 +119,6 @@ void DecodeAll(benchmark::State& state) {
     }
 }
 
-void OpenScene(benchmark::State& state) {
-    Drawings();
-    for (auto _ : state) {
-        Open();
-        state.PauseTiming();
-        NewScene();
-        state.ResumeTiming();
-    }
-}
-
-/// On one processor the threads of the pool share it, so this measures all the work of opening.
 void OpenSceneOnOneProcessor(benchmark::State& state) {
     Drawings();
     NewScene();
@@ -273,7 +262,6 @@ int OpenAndTell(const QString& scene) {
 }
 
 BENCHMARK(DecodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(OpenScene)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(OpenSceneOnOneProcessor)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK(EncodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(SaveAfterOneChange)->Unit(benchmark::kMillisecond)->UseRealTime();

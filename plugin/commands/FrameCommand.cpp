@@ -78,6 +78,8 @@ const FlagTable<FrameCommand>& FrameCommand::Flags() {
     return flags;
 }
 
+FrameCommand::FrameCommand() = default;
+
 FrameCommand::~FrameCommand() = default;
 
 void* FrameCommand::Creator() {

@@ -31,7 +31,7 @@ class Frame;
 /// If one is gone they log an error and change nothing.
 class FrameCommand : public MPxCommand {
 public:
-    FrameCommand() = default;
+    FrameCommand();
     ~FrameCommand() override;
 
     static void* Creator();

@@ -47,7 +47,7 @@ void Compositor::Rebuild(const Scene& scene) {
     PictureStack stack = UpdateGhosts(scene);
     const std::size_t ghostCount = stack.size();
     for (Layer* layer : scene.layers) {
-        stack.push_back(cache_.Find(layer->ReadFrame(0)));
+        stack.push_back(FindPicture(*layer, 0));
     }
     if (scene.stroke != nullptr) {
         RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.strokeLayer));
@@ -55,6 +55,13 @@ void Compositor::Rebuild(const Scene& scene) {
         found->second->Update(stack, TileMask());
     }
     cache_.EndRound();
+}
+
+Picture Compositor::FindPicture(Layer& layer, int offset) {
+    const Frame* frame = layer.ReadFrame(offset);
+    Picture picture = cache_.Find(frame);
+    layer.ReportDamage(frame);
+    return picture;
 }
 
 /// Returns the active layer's ghosts, rebuilt unless a stroke is growing on the same frame.
@@ -70,11 +77,12 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
                       ghosts_.frameIndex == layer.GetCurrentFrameIndex();
     const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
     if (!same || !strokeGrows) {
+        ghosts_ = Ghosts(); // which remain if memory is short
+        ghosts_.pictures = GhostPictures(layer.FrameCount(),
+                                         [this, &layer](int offset) { return FindPicture(layer, offset); });
         ghosts_.camera = scene.camera;
         ghosts_.layer = &layer;
         ghosts_.frameIndex = layer.GetCurrentFrameIndex();
-        ghosts_.pictures = GhostPictures(
-            layer.FrameCount(), [this, &layer](int offset) { return cache_.Find(layer.ReadFrame(offset)); });
     }
     return ghosts_.pictures;
 }

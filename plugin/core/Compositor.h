@@ -41,7 +41,8 @@ public:
     /// The camera's image, owned here; null for a camera that was not added.
     QImage* GetImage(const QString& camera) const;
     /// Composes the camera's image. Reads every layer with Layer::ReadFrame, which clears the layers' cache
-    /// flags. Does nothing for a camera that was not added.
+    /// flags. Does nothing for a camera that was not added. Throws std::bad_alloc when memory is short; the
+    /// image then shows what it showed or a part of the new picture.
     void Rebuild(const Scene& scene);
 
 private:
@@ -53,6 +54,9 @@ private:
         PictureStack pictures;
     };
 
+    /// The picture of the frame `offset` keys after the layer's current one. Reports one that does not
+    /// decode.
+    Picture FindPicture(Layer& layer, int offset);
     PictureStack UpdateGhosts(const Scene& scene);
     void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                            std::size_t drawnPicture);

@@ -2,6 +2,8 @@
 
 #include "paint/Composite.h"
 
+#include <new>
+
 namespace vellix {
 
 FlattenedImage::FlattenedImage()
@@ -9,11 +11,22 @@ FlattenedImage::FlattenedImage()
     , imageKey_(image_.cacheKey()) {}
 
 void FlattenedImage::Update(const PictureStack& stack, const TileMask& alsoChanged) {
-    const TileMask changed =
+    TileMask changed =
         imageKey_ == image_.cacheKey() ? memory_.FindChanges(stack) | alsoChanged : TileMask::All();
+    if (!image_.isDetached()) {
+        image_ = image_.copy(); // here, where a lack of memory is told
+    }
+    if (image_.isNull()) {
+        image_ = Composite::TransparentImage();
+        changed = TileMask::All();
+    }
+    if (image_.isNull()) {
+        throw std::bad_alloc();
+    }
+    imageKey_ = 0; // until the image and the memory agree again
     Composite::Compose(image_, changed, stack);
-    imageKey_ = image_.cacheKey();
     memory_.Remember(stack);
+    imageKey_ = image_.cacheKey();
 }
 
 } // namespace vellix

@@ -15,7 +15,8 @@ public:
 
     QImage& Image() { return image_; }
     /// Composes the stack into the image. `alsoChanged`: tiles that changed although their pictures kept
-    /// their keys. Composes everything if someone else wrote into the image since the last update.
+    /// their keys. Composes everything if someone else wrote into the image since the last update. Throws
+    /// std::bad_alloc when memory is short; the next update then composes everything.
     void Update(const PictureStack& stack, const TileMask& alsoChanged);
 
 private:

@@ -5,7 +5,7 @@
 #include "paint/DrawUtil.h"
 #include "paint/Picture.h"
 
-#include <utility>
+#include <new>
 
 namespace vellix {
 namespace {
@@ -13,12 +13,22 @@ namespace {
 /// The PNG bytes of a transparent image, for frames without a picture. Encoded once, since scenes are full of
 /// empty keys.
 const QByteArray& TransparentPng() {
-    static const QByteArray png = [] {
-        QByteArray packed;
-        DrawUtil::PackPngBuffer(Composite::TransparentImage(), packed);
-        return packed;
-    }();
+    static QByteArray png;
+    if (png.isEmpty()) { // at first, or when memory was short
+        DrawUtil::PackPngBuffer(Composite::TransparentImage(), png);
+    }
     return png;
+}
+
+QImage OrBadAlloc(const QImage& image) {
+    if (image.isNull()) {
+        throw std::bad_alloc();
+    }
+    return image;
+}
+
+QImage NewTransparentImage() {
+    return OrBadAlloc(Composite::TransparentImage());
 }
 
 FrameId NewFrameId() {
@@ -34,8 +44,17 @@ Frame::Frame(const MTime& time)
 
 Frame::Frame(const Frame& other)
     : id_(NewFrameId())
-    , time_(other.time_)
-    , packed_(other.image_.isNull() ? other.packed_ : other.Encode()) {}
+    , time_(other.time_) {
+    if (other.image_.isNull()) {
+        packed_ = other.packed_;
+        damage_ = other.damage_;
+        return;
+    }
+    packed_ = other.Encode();
+    if (packed_.png.isEmpty()) {
+        image_ = other.image_; // it cannot be encoded: better shared than lost
+    }
+}
 
 Frame::~Frame() = default;
 
@@ -64,32 +83,64 @@ void Frame::SetImage(const QImage& image) {
 }
 
 QImage& Frame::GetImage() {
-    if (!image_.isNull()) {
-        if (!Composite::IsLayerImage(image_)) {
-            image_ = Composite::ToLayerImage(image_);
-        }
+    if (Unpack()) {
         return image_;
     }
-    Packed packed;
-    std::swap(packed, packed_);
-    if (!packed.png.isEmpty() && DrawUtil::UnpackPngBuffer(packed.png, image_)) {
-        encoded_ = packed;
-        encodedFor_ = image_.cacheKey();
-    } else {
-        image_ = Composite::TransparentImage();
+    static QImage ofNoFrame;
+    ofNoFrame = NewTransparentImage();
+    return ofNoFrame;
+}
+
+QImage& Frame::GetOwnImage() {
+    QImage& image = GetImage();
+    if (!image.isDetached()) {
+        image = OrBadAlloc(image.copy());
     }
-    return image_;
+    return image;
+}
+
+bool Frame::Unpack() {
+    if (!image_.isNull()) {
+        if (!Composite::IsLayerImage(image_)) {
+            image_ = OrBadAlloc(Composite::ToLayerImage(image_));
+        }
+        return true;
+    }
+    if (packed_.png.isEmpty()) {
+        image_ = NewTransparentImage();
+        return true;
+    }
+    image_ = Decode();
+    if (image_.isNull()) {
+        return false;
+    }
+    encoded_ = packed_;
+    encodedFor_ = image_.cacheKey();
+    packed_ = Packed();
+    return true;
 }
 
 bool Frame::IsUnpacked() const {
     return !image_.isNull();
 }
 
+bool Frame::IsDamaged() const {
+    return image_.isNull() && damage_ != Damage::None;
+}
+
+bool Frame::TakeNewDamage() const {
+    const bool isNew = IsDamaged() && damage_ == Damage::Found;
+    if (isNew) {
+        damage_ = Damage::Reported;
+    }
+    return isNew;
+}
+
 void Frame::PackImage() {
     if (!image_.isNull() && !Encode().png.isEmpty()) {
         packed_ = encoded_;
-        encoded_ = Packed();
-        image_ = QImage();
+        damage_ = Damage::None;
+        ForgetPixels();
     }
 }
 
@@ -103,16 +154,15 @@ QByteArray Frame::GetPackedImage() const {
 void Frame::SetPackedImage(const QByteArray& png) {
     packed_.png = png;
     packed_.key = Picture::NewKey();
-    encoded_ = Packed();
-    image_ = QImage();
+    damage_ = Damage::None;
+    ForgetPixels();
 }
 
 QImage Frame::PeekImage() const {
-    QImage image = image_;
-    if (image.isNull() && !packed_.png.isEmpty()) {
-        DrawUtil::UnpackPngBuffer(packed_.png, image);
+    if (image_.isNull()) {
+        return packed_.png.isEmpty() ? QImage() : Decode();
     }
-    return Composite::ToLayerImage(image);
+    return OrBadAlloc(Composite::ToLayerImage(image_));
 }
 
 qint64 Frame::GetPictureKey() const {
@@ -124,11 +174,29 @@ qint64 Frame::GetPictureKey() const {
 
 const Frame::Packed& Frame::Encode() const {
     if (encodedFor_ != image_.cacheKey() || encoded_.png.isEmpty()) {
-        DrawUtil::PackPngBuffer(Composite::ToLayerImage(image_), encoded_.png);
+        try {
+            DrawUtil::PackPngBuffer(Composite::ToLayerImage(image_), encoded_.png);
+        } catch (const std::bad_alloc&) {
+            encoded_.png.clear();
+        }
         encoded_.key = image_.cacheKey();
         encodedFor_ = image_.cacheKey();
     }
     return encoded_;
+}
+
+QImage Frame::Decode() const {
+    QImage image;
+    if (damage_ == Damage::None && !DrawUtil::UnpackPngBuffer(packed_.png, image)) {
+        damage_ = Damage::Found;
+    }
+    return image;
+}
+
+void Frame::ForgetPixels() {
+    image_ = QImage();
+    encoded_ = Packed();
+    encodedFor_ = 0;
 }
 
 } // namespace vellix

@@ -12,6 +12,10 @@ namespace vellix {
 /// A drawing keyed at a whole-frame time. It holds its picture as pixels or, until someone asks for them, as
 /// PNG bytes (packed). It also remembers the PNG bytes of its pixels until these change, so that packing
 /// again costs nothing.
+///
+/// Bytes that turn out not to decode are kept: they are what GetPackedImage and copies give, and only
+/// SetImage and SetPackedImage replace them. Every call that decodes throws std::bad_alloc when memory is
+/// short, and leaves the frame as it was.
 class Frame {
 public:
     /// A frame without a picture.
@@ -33,20 +37,29 @@ public:
     /// holds, if any.
     void SetImage(const QImage& image);
     /// The pixels, unpacked on demand; transparent for a frame without a picture. The frame then stays
-    /// unpacked.
+    /// unpacked. For a picture that does not decode: a transparent image that belongs to no frame, so that
+    /// what is painted into it is not kept (see Unpack).
     QImage& GetImage();
+    /// The same, shared with no other image, so that painting into them needs no more memory.
+    QImage& GetOwnImage();
+    /// Makes the pixels, to be drawn on. Returns false if the picture does not decode.
+    bool Unpack();
     bool IsUnpacked() const;
+    /// Whether the frame was found to hold bytes that do not decode.
+    bool IsDamaged() const;
+    /// Whether IsDamaged, only the first time.
+    bool TakeNewDamage() const;
     /// Encodes the pixels as PNG bytes and frees them. Keeps the pixels if encoding fails.
     void PackImage();
 
     /// The picture as PNG bytes, encoded only if the pixels changed since the last time; a transparent image
     /// for a frame without a picture. Empty if encoding fails. The frame stays packed or unpacked.
     QByteArray GetPackedImage() const;
-    /// Replaces the picture. The PNG bytes must be known to decode (see DrawUtil::CheckPngBuffer).
+    /// Replaces the picture. PNG bytes that are not sound (see PngStructure) are better refused before.
     void SetPackedImage(const QByteArray& png);
 
     /// The picture, without unpacking the frame: the shared pixels, or a decoded copy. Null for a frame
-    /// without a picture.
+    /// without a picture or with one that does not decode.
     QImage PeekImage() const;
     /// Identifies the picture: equal keys mean equal pixels, packed or not. 0 for a frame without a picture.
     qint64 GetPictureKey() const;
@@ -58,14 +71,21 @@ private:
         qint64 key = 0;
     };
 
+    enum class Damage { None, Found, Reported };
+
+    /// The PNG bytes of image_; empty if encoding fails.
     const Packed& Encode() const;
+    /// Decodes packed_; null if it does not decode.
+    QImage Decode() const;
+    void ForgetPixels();
 
     const FrameId id_;
     MTime time_;
     QImage image_;
-    Packed packed_;                 ///< the picture while image_ is null
-    mutable Packed encoded_;        ///< image_ as PNG bytes, valid while...
-    mutable qint64 encodedFor_ = 0; ///< ...this is its QImage::cacheKey
+    Packed packed_;                        ///< the picture while image_ is null
+    mutable Damage damage_ = Damage::None; ///< of packed_
+    mutable Packed encoded_;               ///< image_ as PNG bytes, valid while...
+    mutable qint64 encodedFor_ = 0;        ///< ...this is its QImage::cacheKey
 };
 
 } // namespace vellix

@@ -10,10 +10,11 @@
 namespace vellix {
 namespace {
 
-Picture PictureOf(const Frame* frame) {
+Picture PictureOf(const Layer& layer, int index) {
     Picture picture;
-    if (frame != nullptr) {
+    if (const Frame* frame = layer.GetFrame(index)) {
         picture.drawing = std::make_shared<PackedTiles>(frame->PeekImage());
+        layer.ReportDamage(frame);
     }
     return picture;
 }
@@ -25,12 +26,12 @@ QImage ComposeLayersAt(int frame, const QList<Layer*>& layers, int activeLayer, 
     if (ghosting && activeLayer >= 0 && activeLayer < layers.size() && layers[activeLayer]->IsVisible()) {
         const Layer& layer = *layers[activeLayer];
         const int current = layer.FindFrameIndex(frame);
-        stack = GhostPictures(layer.FrameCount(),
-                              [&](int offset) { return PictureOf(layer.GetFrame(current + offset)); });
+        stack =
+            GhostPictures(layer.FrameCount(), [&](int offset) { return PictureOf(layer, current + offset); });
     }
     for (const Layer* layer : layers) {
         if (layer->IsVisible()) {
-            stack.push_back(PictureOf(layer->GetFrame(layer->FindFrameIndex(frame))));
+            stack.push_back(PictureOf(*layer, layer->FindFrameIndex(frame)));
         }
     }
     QImage image = Composite::TransparentImage();

@@ -2,6 +2,7 @@
 
 #include "core/Frame.h"
 #include "host/FrameTime.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 
 #include <algorithm>
@@ -141,6 +142,14 @@ Frame* Layer::ReadFrame(int offset) {
     cacheUpdateRequired_ = false;
     const qint64 index = qint64(currentFrameIndex_) + offset;
     return visible_ && index >= 0 && index < FrameCount() ? GetFrame(int(index)) : nullptr;
+}
+
+void Layer::ReportDamage(const Frame* frame) const {
+    if (frame != nullptr && frame->TakeNewDamage()) {
+        Logger::Error(QStringLiteral("The picture of layer %1 at frame %2 cannot be decoded. It is shown as "
+                                     "empty; its data is kept and saved as it is.")
+                          .arg(name_, QString::number(frame->GetTimeValue())));
+    }
 }
 
 void Layer::SetImage(const QImage& image) {

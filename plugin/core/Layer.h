@@ -59,6 +59,10 @@ public:
     /// or the layer is hidden. Marks the layer's picture as read (see CacheUpdateRequired).
     Frame* ReadFrame(int offset);
 
+    /// Logs an error, once, if the picture of one of this layer's frames was found not to decode. Null does
+    /// nothing.
+    void ReportDamage(const Frame* frame) const;
+
     /// The frame at an index, borrowed; null if the index is out of range.
     Frame* GetFrame(int index) const;
     /// The frame with this identity, borrowed; null if the layer does not hold it.

@@ -4,6 +4,7 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/StrokePainter.h"
+#include "host/Guarded.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -51,7 +52,11 @@ void LayerManager::NotifyListener() {
     const DocumentChanges changes = changes_;
     changes_ = DocumentChange::None;
     if (g_listener != nullptr) {
-        g_listener->OnDocumentChanged(*this, changes);
+        // A change that was made does not fail because a view could not follow it.
+        Guarded("Refreshing the views", [&] {
+            g_listener->OnDocumentChanged(*this, changes);
+            return MS::kSuccess;
+        });
     }
 }
 

@@ -170,7 +170,7 @@ public:
     /// The same without the previous image, for a stroke that an earlier undo step already covers.
     bool CommitActiveStroke(const QString& camera);
     /// Exchanges the active layer's current image with the one in the buffer (PNG bytes). Returns false, with
-    /// nothing changed, if there is no current frame or the buffer does not decode.
+    /// nothing changed, if there is no current frame or the buffer is no sound PNG.
     bool UndoStroke(const QString& camera, QByteArray& buffer);
     /// The same for any drawing.
     bool ExchangePicture(const DrawingId& drawing, QByteArray& buffer);
@@ -188,6 +188,7 @@ public:
     // The composed image.
     /// The camera's layers at the current time, with ghosts and the stroke being drawn. Composed again only
     /// if CacheUpdateRequired. Straight alpha, Format_RGBA8888; owned here; null for a camera without layers.
+    /// When memory is short, logs an error and returns what was composed before.
     QImage* GetFlattenedImage(const QString& camera);
     bool CacheUpdateRequired(const QString& camera);
     bool MasterCacheUpdateRequired(const QString& camera) const;
@@ -258,6 +259,7 @@ private:
     bool master_ = false;
     bool playing_ = false;
     bool cacheUpdateRequired_ = false;
+    bool shortOfMemory_ = false; ///< so that the composed image is stale, as was reported
     int frame_ = 0;
     QStringList masterCacheQueue_;
     DocumentChanges changes_ = DocumentChange::None; ///< collected, not yet passed to the listener

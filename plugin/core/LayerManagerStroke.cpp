@@ -5,12 +5,14 @@
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "core/StrokePainter.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "paint/Composite.h"
-#include "paint/DrawUtil.h"
+#include "paint/PngStructure.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace vellix {
@@ -86,15 +88,14 @@ bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
 
 bool LayerManager::ExchangePicture(const DrawingId& drawing, QByteArray& buffer) {
     Frame* const frame = FindFrame(drawing);
-    QByteArray other = buffer;
-    if (frame == nullptr || !DrawUtil::NormalisePngBuffer(other)) {
+    if (frame == nullptr || !PngStructure::IsSound(buffer)) {
         return false;
     }
     const QByteArray current = frame->GetPackedImage();
     if (current.isEmpty()) {
         return false;
     }
-    frame->SetPackedImage(other);
+    frame->SetPackedImage(buffer);
     FindLayer(drawing.layer).layer->ForceCacheUpdate();
     buffer = current;
     return true;
@@ -170,7 +171,17 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
         scene.stroke = stroke_.get();
         scene.strokeLayer = drawn.index;
     }
-    compositor_->Rebuild(scene);
+    try {
+        compositor_->Rebuild(scene);
+    } catch (const std::bad_alloc&) {
+        if (!shortOfMemory_) {
+            Logger::Error("Out of memory: the drawing cannot be shown. Nothing of it is lost.");
+        }
+        shortOfMemory_ = true;
+        cacheUpdateRequired_ = true; // the next refresh tries again
+        return image;
+    }
+    shortOfMemory_ = false;
     cacheUpdateRequired_ = false;
     if (stroke_->HasStroke() && drawn.camera == camera) {
         stroke_->GetStroke()->changed = false;

@@ -11,13 +11,14 @@ Picture PictureCache::Find(const Frame* frame) {
     Picture picture;
     picture.key = frame == nullptr ? 0 : frame->GetPictureKey();
     if (picture.key != 0) {
-        Entry& entry = entries_[picture.key];
-        if (entry.tiles == nullptr) {
-            entry.tiles = std::make_shared<PackedTiles>(frame->PeekImage());
-            bytes_ += entry.tiles->ByteCount();
+        auto entry = entries_.find(picture.key);
+        if (entry == entries_.end()) {
+            const auto tiles = std::make_shared<PackedTiles>(frame->PeekImage());
+            entry = entries_.emplace(picture.key, Entry{tiles, round_}).first;
+            bytes_ += tiles->ByteCount();
         }
-        entry.round = round_;
-        picture.drawing = entry.tiles;
+        entry->second.round = round_;
+        picture.drawing = entry->second.tiles;
     }
     return picture;
 }

@@ -69,7 +69,7 @@ void StrokePainter::Cancel(Frame* frame) {
 }
 
 bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
-    if (stroke_ == nullptr) {
+    if (stroke_ == nullptr || !frame.Unpack()) {
         return false;
     }
     if (undo != nullptr) {
@@ -81,10 +81,14 @@ bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
     }
     Paint(&frame, false);
     const ToolType tool = stroke_->tool;
+    const bool paints = tool != ToolType::Transform || SelectionIsUsable();
+    if (paints && work_.image.isNull()) {
+        return false; // for lack of memory
+    }
     if (tool == ToolType::Eraser) {
         frame.SetImage(work_.image);
     } else if (IsFreehand(tool) || IsDrawnWhole(tool)) {
-        Composite::SourceOver(frame.GetImage(), work_.image, work_.coverage.occupied);
+        Composite::SourceOver(frame.GetOwnImage(), work_.image, work_.coverage.occupied);
     } else if (tool == ToolType::Transform && SelectionIsUsable()) {
         Composite::SourceOver(work_.image, moved_.image, moved_.coverage.occupied);
         frame.SetImage(work_.image);

@@ -30,8 +30,8 @@ public:
     /// clipboard is taken from it.
     void Cancel(Frame* frame);
     /// Paints the stroke into the frame and ends it. `undo` (may be null) receives the previous picture as
-    /// PNG bytes. Returns false, with nothing changed, if that picture cannot be encoded or there is no
-    /// stroke.
+    /// PNG bytes. Returns false, with nothing changed, if that picture cannot be encoded or decoded, if
+    /// there is no stroke, or for lack of memory, which may also throw std::bad_alloc.
     bool Commit(Frame& frame, QByteArray* undo);
     /// Paints what is new in the stroke. A fresh selection is lifted now, whether the frame is shown or not.
     void Paint(Frame& frame);

@@ -211,6 +211,9 @@ public:
 
     /// Whether the drawing of the camera's active layer may be changed. Logs why not.
     bool MayChangeActiveLayer(const QString& camera) const;
+    /// Whether the picture that the camera's active layer shows, if any, could be made to be drawn on. Logs
+    /// why not.
+    bool MayChangeActivePicture(const QString& camera) const;
 
     /// Whether the stroke being drawn may be committed: its drawing is still there, visible and not locked.
     /// Logs why not, except if there is no stroke.

@@ -117,7 +117,7 @@ bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
 void BaseNodeDrawOverride::addUIDrawables(const MDagPath&, MHWRender::MUIDrawManager& drawManager,
                                           const MHWRender::MFrameContext&, const MUserData* data) {
     const auto* drawn = dynamic_cast<const BaseNodeUserData*>(data);
-    if (drawn == nullptr || drawn->image == nullptr || !UploadImage(*drawn)) {
+    if (drawn == nullptr || drawn->image == nullptr || drawn->image->isNull() || !UploadImage(*drawn)) {
         return;
     }
     drawManager.beginDrawable();

@@ -1,6 +1,7 @@
 #include "node/BaseNodeLayerData.h"
 
 #include "core/LayerManager.h"
+#include "host/Guarded.h"
 #include "node/LayerDataAsciiReader.h"
 #include "node/LayerDataAsciiWriter.h"
 #include "node/LayerDataBinaryReader.h"
@@ -11,6 +12,13 @@
 #include <ostream>
 
 namespace vellix {
+
+namespace {
+
+const char* const READING = "Reading the drawing";
+const char* const WRITING = "Writing the drawing";
+
+} // namespace
 
 void* BaseNodeLayerData::Creator() {
     return new BaseNodeLayerData;
@@ -27,39 +35,43 @@ MString BaseNodeLayerData::GetTypeName() {
 BaseNodeLayerData::~BaseNodeLayerData() = default;
 
 MStatus BaseNodeLayerData::readASCII(const MArgList& args, unsigned int& element) {
-    CreateLayerManager();
-    if (args.length() == 0) {
-        return MS::kFailure;
-    }
-    const LayerManager::ChangeScope scope(*layers_);
-    return LayerDataAsciiReader(*layers_, args, element).Read();
+    return Guarded(READING, [&] {
+        CreateLayerManager();
+        if (args.length() == 0) {
+            return MStatus(MS::kFailure);
+        }
+        const LayerManager::ChangeScope scope(*layers_);
+        return LayerDataAsciiReader(*layers_, args, element).Read();
+    });
 }
 
 MStatus BaseNodeLayerData::readBinary(std::istream& in, unsigned int length) {
-    CreateLayerManager();
-    if (length == 0) {
-        return MS::kFailure;
-    }
-    const LayerManager::ChangeScope scope(*layers_);
-    LayerDataBinaryReader(*layers_, in, length).Read();
-    return MS::kSuccess;
+    return Guarded(READING, [&] {
+        CreateLayerManager();
+        if (length == 0) {
+            return MS::kFailure;
+        }
+        const LayerManager::ChangeScope scope(*layers_);
+        LayerDataBinaryReader(*layers_, in, length).Read();
+        return MS::kSuccess;
+    });
 }
 
 MStatus BaseNodeLayerData::writeASCII(std::ostream& out) {
-    if (!layers_) {
-        out << -1;
-        return MS::kFailure;
-    }
-    LayerDataAsciiWriter(*layers_, out).Write();
-    return MS::kSuccess;
+    return Guarded(WRITING, [&] {
+        if (!layers_) {
+            out << -1;
+            return MS::kFailure;
+        }
+        return LayerDataAsciiWriter(*layers_, out).Write() && !out.fail() ? MS::kSuccess : MS::kFailure;
+    });
 }
 
 MStatus BaseNodeLayerData::writeBinary(std::ostream& out) {
-    if (!layers_) {
-        return MS::kFailure;
-    }
-    LayerDataBinaryWriter(*layers_, out).Write();
-    return out.fail() ? MS::kFailure : MS::kSuccess;
+    return Guarded(WRITING, [&] {
+        return layers_ && LayerDataBinaryWriter(*layers_, out).Write() && !out.fail() ? MS::kSuccess
+                                                                                      : MS::kFailure;
+    });
 }
 
 void BaseNodeLayerData::copy(const MPxData& other) {

@@ -1,5 +1,6 @@
 // BaseNode: whether the user may draw or change the active layer now, and the reasons why not.
 
+#include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "core/LayerState.h"
@@ -11,6 +12,8 @@
 #include "node/BaseNode.h"
 
 #include <maya/MTime.h>
+
+#include <new>
 
 namespace vellix {
 
@@ -28,7 +31,8 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     }
     frameAdded = false;
     const bool isReady = MayChangeActiveLayer(camera) &&
-                         (layers->FrameExists(camera) || AddMissingFrame(*layers, camera, frameAdded)) &&
+                         (layers->FrameExists(camera) ? MayChangeActivePicture(camera)
+                                                      : AddMissingFrame(*layers, camera, frameAdded)) &&
                          layers->CanDraw(camera);
     layers->NotePress(camera, layerAdded, frameAdded);
     if (!isReady) {
@@ -66,6 +70,25 @@ bool BaseNode::MayCommitStroke() const {
 
 void BaseNode::ReportStrokeLost() {
     Logger::Error("The stroke was dropped: the drawing it began on is gone.");
+}
+
+bool BaseNode::MayChangeActivePicture(const QString& camera) const {
+    const Layer* active = GetActiveLayer(camera);
+    Frame* frame = active ? active->GetCurrentFrame() : nullptr;
+    QString reason;
+    try {
+        if (!frame || frame->Unpack()) {
+            return true;
+        }
+        reason =
+            "The picture of layer %1 at frame %2 cannot be decoded, and drawing on it would lose it. Draw "
+            "at another frame, or delete this one first.";
+    } catch (const std::bad_alloc&) {
+        reason =
+            "Out of memory: the picture of layer %1 at frame %2 cannot be drawn on now. It is not changed.";
+    }
+    Logger::Error(reason.arg(active->GetName(), QString::number(frame->GetTimeValue())));
+    return false;
 }
 
 bool BaseNode::MayChangeActiveLayer(const QString& camera) const {

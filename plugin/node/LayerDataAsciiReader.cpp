@@ -5,20 +5,19 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "node/LayerDataFormat.h"
+#include "node/StoredFrames.h"
 
 #include <maya/MArgList.h>
 #include <maya/MFileIO.h>
 
 #include <memory>
-#include <utility>
 
 namespace vellix {
 
 LayerDataAsciiReader::LayerDataAsciiReader(LayerManager& layers, const MArgList& args, unsigned int& element)
     : layers_(layers)
     , args_(args)
-    , element_(element)
-    , loader_(DrawingLoader::Report::Errors) {}
+    , element_(element) {}
 
 MStatus LayerDataAsciiReader::Read() {
     QString activeCamera;
@@ -33,6 +32,10 @@ MStatus LayerDataAsciiReader::Read() {
     }
     if (!activeCamera.isEmpty()) {
         layers_.SetActiveCamera(activeCamera);
+    }
+    if (element_ < args_.length()) {
+        Logger::Error(QString("%1 values after the end of the drawing could not be read.")
+                          .arg(args_.length() - element_));
     }
     return MS::kSuccess;
 }
@@ -73,7 +76,6 @@ bool LayerDataAsciiReader::ReadCamera() {
             return false;
         }
     }
-    loader_.Finish();
     if (activeLayer >= 0) {
         layers_.SetActiveLayer(camera, activeLayer, true);
     }
@@ -90,7 +92,6 @@ bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
         return Fail("Invalid frame count (%1)");
     }
     if (frameCount < 0 && name == QLatin1String(LayerDataFormat::UNKNOWN_LAYER)) {
-        loader_.Finish();
         Logger::Warning("Skipping invalid layer");
         return true;
     }
@@ -101,8 +102,9 @@ bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
     }
     Layer& layer = *created;
     layers_.InsertLayer(camera, -1, created.release());
+    StoredFrames frames(layer);
     for (int frame = 0; frame < frameCount; ++frame) {
-        if (!ReadFrame(layer, frame)) {
+        if (!ReadFrame(frames, frame)) {
             return false;
         }
     }
@@ -130,7 +132,7 @@ bool LayerDataAsciiReader::ReadLayerHeader(Layer& layer) {
     return true;
 }
 
-bool LayerDataAsciiReader::ReadFrame(Layer& layer, int index) {
+bool LayerDataAsciiReader::ReadFrame(StoredFrames& frames, int index) {
     MTime time;
     if (!Take(time)) {
         return Fail("Invalid frame time (%1)");
@@ -139,7 +141,9 @@ bool LayerDataAsciiReader::ReadFrame(Layer& layer, int index) {
     if (!Take(image)) {
         return Fail("Invalid draw data (%1)");
     }
-    loader_.AddHex(layer, index, time, std::move(image));
+    int length = 0;
+    const char* text = image.asUTF8(length);
+    frames.Add(index, time, LayerDataFormat::FromHex(text, length));
     return true;
 }
 
@@ -176,8 +180,6 @@ bool LayerDataAsciiReader::Take(MTime& value) {
 }
 
 bool LayerDataAsciiReader::Fail(const char* message) {
-    // Errors of the drawings before this token are reported first.
-    loader_.Finish();
     Logger::Error(QString::fromLatin1(message).arg(element_ - 1));
     return false;
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "node/DrawingLoader.h"
-
 #include <maya/MApiNamespace.h>
 #include <maya/MStatus.h>
 
@@ -11,9 +9,11 @@ namespace vellix {
 
 class Layer;
 class LayerManager;
+class StoredFrames;
 
 /// Reads the tokens that LayerDataAsciiWriter wrote and appends their content to a drawing. An unreadable
-/// token is reported with its number and ends reading; the content before it stays.
+/// token is reported with its number and ends reading; the content before it stays. Every loss is logged as
+/// an error.
 class LayerDataAsciiReader {
 public:
     /// `element` is the index of the next unread token; it advances by one with each token.
@@ -27,7 +27,7 @@ private:
     bool ReadCamera();
     bool ReadLayer(const QString& camera);
     bool ReadLayerHeader(Layer& layer);
-    bool ReadFrame(Layer& layer, int index);
+    bool ReadFrame(StoredFrames& frames, int index);
 
     // Each consumes one token and returns whether it was readable.
     bool Take(bool& value);
@@ -43,7 +43,6 @@ private:
     const MArgList& args_;
     unsigned int& element_;
     MStatus status_;
-    DrawingLoader loader_;
 };
 
 } // namespace vellix

@@ -6,6 +6,7 @@
 #include "host/MayaUtil.h"
 #include "node/LayerDataFormat.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace vellix {
@@ -20,7 +21,7 @@ LayerDataAsciiWriter::LayerDataAsciiWriter(const LayerManager& layers, std::ostr
     : layers_(layers)
     , out_(out) {}
 
-void LayerDataAsciiWriter::Write() {
+bool LayerDataAsciiWriter::Write() {
     const QStringList cameras = layers_.GetCameras();
     out_ << +LayerDataFormat::VERSION << ' ' << (layers_.IsMaster() ? 1 : 0) << ' ';
     WriteString(layers_.GetActiveCamera());
@@ -28,6 +29,7 @@ void LayerDataAsciiWriter::Write() {
     for (const QString& camera : cameras) {
         WriteCamera(camera);
     }
+    return isWhole_;
 }
 
 void LayerDataAsciiWriter::WriteCamera(const QString& camera) {
@@ -50,20 +52,33 @@ void LayerDataAsciiWriter::WriteLayer(const Layer* layer) {
          << static_cast<double>(layer->GetOpacity()) << ' ' << static_cast<int>(layer->GetState());
     for (int index = 0; index < layer->FrameCount(); ++index) {
         out_ << NEXT_LINE;
-        WriteFrame(layer->GetFrame(index));
+        WriteFrame(*layer, layer->GetFrame(index));
     }
     out_ << NEXT_LINE;
 }
 
-void LayerDataAsciiWriter::WriteFrame(const Frame* frame) {
+void LayerDataAsciiWriter::WriteFrame(const Layer& layer, const Frame* frame) {
     if (frame == nullptr) {
         out_ << "-1 \"\"";
         return;
     }
-    const QByteArray image = frame->GetPackedImage().toHex();
+    const QByteArray image = frame->GetPackedImage();
+    if (image.isEmpty()) {
+        isWhole_ = false;
+        LayerDataFormat::ReportNotEncoded(layer, *frame);
+    }
     out_ << frame->GetTime() << " \"";
-    out_.write(image.constData(), image.size());
+    WriteHex(image);
     out_ << '"';
+}
+
+void LayerDataAsciiWriter::WriteHex(const QByteArray& bytes) {
+    constexpr int block = 4096; // bytes at a time, so that the text of a picture is not in memory too
+    for (int at = 0; at < bytes.size(); at += block) {
+        const int count = std::min(block, bytes.size() - at);
+        const QByteArray hex = QByteArray::fromRawData(bytes.constData() + at, count).toHex();
+        out_.write(hex.constData(), hex.size());
+    }
 }
 
 void LayerDataAsciiWriter::WriteString(const QString& text) {

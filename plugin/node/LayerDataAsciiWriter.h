@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <iosfwd>
@@ -15,16 +16,19 @@ class LayerDataAsciiWriter {
 public:
     LayerDataAsciiWriter(const LayerManager& layers, std::ostream& out);
 
-    void Write();
+    /// Returns false, and logs an error for each, if drawings could not be encoded. Their text is empty then.
+    bool Write();
 
 private:
     void WriteCamera(const QString& camera);
     void WriteLayer(const Layer* layer);
-    void WriteFrame(const Frame* frame);
+    void WriteFrame(const Layer& layer, const Frame* frame);
+    void WriteHex(const QByteArray& bytes);
     void WriteString(const QString& text);
 
     const LayerManager& layers_;
     std::ostream& out_;
+    bool isWhole_ = true;
 };
 
 } // namespace vellix

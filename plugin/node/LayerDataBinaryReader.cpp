@@ -2,8 +2,11 @@
 
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "core/LayerState.h"
 #include "host/FrameTime.h"
+#include "host/Logger.h"
 #include "node/LayerDataFormat.h"
+#include "node/StoredFrames.h"
 
 #include <maya/MFileIO.h>
 
@@ -15,8 +18,7 @@ namespace vellix {
 LayerDataBinaryReader::LayerDataBinaryReader(LayerManager& layers, std::istream& in, unsigned int length)
     : layers_(layers)
     , in_(in)
-    , remaining_(length)
-    , loader_(DrawingLoader::Report::Nothing) {}
+    , remaining_(length) {}
 
 void LayerDataBinaryReader::Read() {
     ReadValue<qint32>(); // the version, which makes no difference to reading
@@ -25,38 +27,54 @@ void LayerDataBinaryReader::Read() {
     }
     const QString activeCamera = ReadString();
     const auto cameraCount = ReadValue<qint32>();
-    for (qint32 camera = 0; camera < cameraCount && !ended_; ++camera) {
-        ReadCamera();
+    qint32 read = 0;
+    while (!ended_ && read < cameraCount && ReadCamera()) {
+        ++read;
     }
     if (!activeCamera.isEmpty()) {
         layers_.SetActiveCamera(activeCamera);
     }
+    if (ended_ && cameraCount == 0) {
+        Logger::Error("The stored drawing is cut short before its first camera.");
+    } else if (ended_) {
+        ReportLoss("It", cameraCount - read, cameraCount, "cameras");
+    } else if (remaining_ > 0) {
+        Logger::Error(QString("%1 bytes after the end of the drawing could not be read.").arg(remaining_));
+    }
 }
 
-void LayerDataBinaryReader::ReadCamera() {
+bool LayerDataBinaryReader::ReadCamera() {
     const QString camera = ReadString();
     const auto layerCount = ReadValue<qint32>();
     const auto activeLayer = ReadValue<qint32>();
     if (ended_) {
-        return;
+        return false;
     }
-    for (qint32 layer = 0; layer < layerCount && !ended_; ++layer) {
-        ReadLayer(camera);
+    qint32 read = 0;
+    while (!ended_ && read < layerCount && ReadLayer(camera)) {
+        ++read;
     }
-    loader_.Finish();
+    if (ended_) {
+        ReportLoss("Camera " + camera, layerCount - read, layerCount, "layers");
+    }
     if (activeLayer >= 0) {
         layers_.SetActiveLayer(camera, activeLayer, true);
     }
+    return true;
 }
 
-void LayerDataBinaryReader::ReadLayer(const QString& camera) {
+bool LayerDataBinaryReader::ReadLayer(const QString& camera) {
     const QString name = ReadString();
     const auto frameCount = ReadValue<qint32>();
     const bool visible = ReadValue<quint8>() != 0;
     const auto opacity = ReadValue<float>();
     const auto state = ReadValue<qint32>();
     if (ended_) {
-        return;
+        return false;
+    }
+    if (!IsLayerState(state)) {
+        Logger::Error(QString("Layer %1 has the unknown state %2, and is read as an animated one.")
+                          .arg(name, QString::number(state)));
     }
     auto created = std::make_unique<Layer>();
     Layer& layer = *created;
@@ -65,14 +83,27 @@ void LayerDataBinaryReader::ReadLayer(const QString& camera) {
     layer.SetOpacity(opacity);
     layer.SetState(ToLayerState(state));
     layers_.InsertLayer(camera, -1, created.release());
+    ReadFrames(layer, frameCount);
+    return true;
+}
 
-    for (qint32 frame = 0; frame < frameCount; ++frame) {
+void LayerDataBinaryReader::ReadFrames(Layer& layer, qint32 count) {
+    StoredFrames frames(layer);
+    for (qint32 frame = 0; frame < count; ++frame) {
         const auto time = ReadValue<qint32>();
         const QByteArray image = ReadBytes();
         if (ended_) {
+            ReportLoss("Layer " + layer.GetName(), count - frame, count, "drawings");
             return;
         }
-        loader_.AddBytes(layer, frame, FromWholeFrames(time), image);
+        frames.Add(frame, FromWholeFrames(time), image);
+    }
+}
+
+void LayerDataBinaryReader::ReportLoss(const QString& owner, qint32 lost, qint32 count, const char* what) {
+    if (lost > 0) {
+        Logger::Error("The stored drawing is cut short. " + owner + " lost " + QString::number(lost) +
+                      " of " + QString::number(count) + ' ' + QLatin1String(what) + '.');
     }
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "node/DrawingLoader.h"
-
 #include <QByteArray>
 #include <QString>
 
@@ -9,11 +7,12 @@
 
 namespace vellix {
 
+class Layer;
 class LayerManager;
 
-/// Reads the bytes that LayerDataBinaryWriter wrote and appends their content to a drawing. Reports nothing:
-/// a stream that ends early yields its content up to there, and drawings that do not decode are skipped.
-/// Memory use is bounded by the bytes that really arrive.
+/// Reads the bytes that LayerDataBinaryWriter wrote and appends their content to a drawing. A stream that
+/// ends early yields its content up to there, and damaged drawings are left out; every loss is logged as an
+/// error. Memory use is bounded by the bytes that really arrive.
 class LayerDataBinaryReader {
 public:
     /// `length`: number of bytes of the stream that belong to the data.
@@ -22,8 +21,12 @@ public:
     void Read();
 
 private:
-    void ReadCamera();
-    void ReadLayer(const QString& camera);
+    // Each returns false if the stream ended before its own fields were whole.
+    bool ReadCamera();
+    bool ReadLayer(const QString& camera);
+    void ReadFrames(Layer& layer, qint32 count);
+    /// Logs how many of its `what` the owner lost, if any.
+    static void ReportLoss(const QString& owner, qint32 lost, qint32 count, const char* what);
     template <typename Value>
     Value ReadValue();
     QByteArray ReadBytes();
@@ -34,7 +37,6 @@ private:
     std::istream& in_;
     qint64 remaining_; ///< bytes that may still be read
     bool ended_ = false;
-    DrawingLoader loader_;
 };
 
 } // namespace vellix

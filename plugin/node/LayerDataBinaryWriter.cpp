@@ -13,7 +13,7 @@ LayerDataBinaryWriter::LayerDataBinaryWriter(const LayerManager& layers, std::os
     : layers_(layers)
     , out_(out) {}
 
-void LayerDataBinaryWriter::Write() {
+bool LayerDataBinaryWriter::Write() {
     const QStringList cameras = layers_.GetCameras();
     WriteValue<qint32>(LayerDataFormat::VERSION);
     WriteValue<quint8>(layers_.IsMaster() ? 1 : 0);
@@ -30,6 +30,7 @@ void LayerDataBinaryWriter::Write() {
             }
         }
     }
+    return isWhole_;
 }
 
 void LayerDataBinaryWriter::WriteLayer(const Layer& layer) {
@@ -39,16 +40,20 @@ void LayerDataBinaryWriter::WriteLayer(const Layer& layer) {
     WriteValue<float>(layer.GetOpacity());
     WriteValue<qint32>(static_cast<qint32>(layer.GetState()));
     for (int index = 0; index < layer.FrameCount(); ++index) {
-        const Frame* frame = layer.GetFrame(index);
-        if (frame == nullptr) {
-            continue;
-        }
-        WriteValue<qint32>(frame->GetTimeValue());
-        const QByteArray image = frame->GetPackedImage();
-        if (!image.isEmpty()) {
-            WriteBytes(image);
+        if (const Frame* frame = layer.GetFrame(index)) {
+            WriteFrame(layer, *frame);
         }
     }
+}
+
+void LayerDataBinaryWriter::WriteFrame(const Layer& layer, const Frame& frame) {
+    const QByteArray image = frame.GetPackedImage();
+    if (image.isEmpty()) {
+        isWhole_ = false;
+        LayerDataFormat::ReportNotEncoded(layer, frame);
+    }
+    WriteValue<qint32>(frame.GetTimeValue());
+    WriteBytes(image); // also without bytes: readers count on the record
 }
 
 void LayerDataBinaryWriter::WriteBytes(const QByteArray& bytes) {

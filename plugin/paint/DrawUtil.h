@@ -63,27 +63,13 @@ public:
 
     // --- PNG
 
-    /// What decoding PNG bytes would give.
-    enum class PngContent {
-        Undecodable, ///< not PNG, damaged, or with a side above 8192 pixels
-        OtherSize,   ///< decodes, but not to 1024 x 1024
-        LayerSize,   ///< decodes to 1024 x 1024
-    };
-
     /// Encodes the image as PNG. Leaves `packed` empty on failure, such as for a null image.
     static void PackPngBuffer(const QImage& image, QByteArray& packed);
 
     /// Decodes PNG bytes into a 1024 x 1024 `Format_RGBA8888` image. Places a picture of another size at the
-    /// top left and crops it. Returns false, and leaves a null image, if the bytes cannot be decoded.
+    /// top left and crops it. Returns false, and leaves a null image, if the bytes cannot be decoded. Throws
+    /// std::bad_alloc when memory is short: then the bytes may be good.
     static bool UnpackPngBuffer(const QByteArray& packed, QImage& image);
-
-    /// Returns whether UnpackPngBuffer would succeed, and whether the picture already has the size of a
-    /// layer. Decodes the bytes to find out.
-    static PngContent CheckPngBuffer(const QByteArray& packed);
-
-    /// Makes sure that `packed` holds a decodable PNG of 1024 x 1024, and repacks a picture of another size.
-    /// Returns false, and leaves the bytes as they are, if they cannot be decoded.
-    static bool NormalisePngBuffer(QByteArray& packed);
 
     // --- freehand segments and the brush grid
     // Part of the interface for scripts and other tools; not called here.

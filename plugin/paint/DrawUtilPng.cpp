@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace vellix {
 
@@ -14,14 +15,26 @@ namespace {
 
 const QSize LAYER_SIZE(IMAGE_WIDTH, IMAGE_WIDTH);
 
+bool HasMemoryFor(const QByteArray& packed) {
+    const PngStructure::Header header = PngStructure::HeaderOf(packed);
+    const int words = header.depth == 16 ? 2 : 1; // of four bytes, for a pixel
+    return !QImage(header.width * words, header.height, QImage::Format_RGBA8888).isNull();
+}
+
+// Returns a null image for bytes that cannot be decoded. Throws std::bad_alloc when memory is short, which a
+// decoder tells no differently.
 QImage Decode(const QByteArray& packed) {
     QImage image;
-    if (PngStructure::IsSound(packed)) {
-        QBuffer buffer;
-        buffer.setData(packed);
-        buffer.open(QIODevice::ReadOnly);
-        if (!image.load(&buffer, "PNG")) {
-            image = QImage();
+    if (!PngStructure::IsSound(packed)) {
+        return image;
+    }
+    QBuffer buffer;
+    buffer.setData(packed);
+    buffer.open(QIODevice::ReadOnly);
+    if (!image.load(&buffer, "PNG")) {
+        image = QImage();
+        if (!HasMemoryFor(packed)) {
+            throw std::bad_alloc();
         }
     }
     return image;
@@ -48,9 +61,11 @@ QImage OnLayer(const QImage& picture) {
 
 void DrawUtil::PackPngBuffer(const QImage& image, QByteArray& packed) {
     packed.clear();
-    QBuffer buffer(&packed);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) {
-        packed.clear();
+    QByteArray written; // apart, so that an exception leaves no part of a picture
+    QBuffer buffer(&written);
+    if (buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "PNG")) {
+        buffer.close();
+        packed = written;
     }
 }
 
@@ -65,35 +80,9 @@ bool DrawUtil::UnpackPngBuffer(const QByteArray& packed, QImage& image) {
     } else {
         image = OnLayer(picture);
     }
-    return !image.isNull();
-}
-
-DrawUtil::PngContent DrawUtil::CheckPngBuffer(const QByteArray& packed) {
-    const QImage picture = Decode(packed);
-    if (picture.isNull()) {
-        return PngContent::Undecodable;
+    if (image.isNull()) {
+        throw std::bad_alloc();
     }
-    return picture.size() == LAYER_SIZE ? PngContent::LayerSize : PngContent::OtherSize;
-}
-
-bool DrawUtil::NormalisePngBuffer(QByteArray& packed) {
-    switch (CheckPngBuffer(packed)) {
-    case PngContent::Undecodable:
-        return false;
-    case PngContent::LayerSize:
-        return true;
-    case PngContent::OtherSize:
-        break;
-    }
-    QImage layer;
-    QByteArray repacked;
-    if (UnpackPngBuffer(packed, layer)) {
-        PackPngBuffer(layer, repacked);
-    }
-    if (repacked.isEmpty()) {
-        return false;
-    }
-    packed = repacked;
     return true;
 }
 

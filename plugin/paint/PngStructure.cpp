@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace vellix {
 
@@ -16,6 +17,13 @@ constexpr qint64 SIGNATURE_LENGTH = 8;
 constexpr qint64 HEADER_LENGTH = 13;
 constexpr qint64 CHUNK_OVERHEAD = 12; // a chunk's length, type and checksum
 constexpr qint64 MAX_DEFLATE_RATIO = 1032;
+
+// Colour types.
+constexpr int GRAY = 0;
+constexpr int TRUECOLOR = 2;
+constexpr int INDEXED = 3;
+constexpr int GRAY_ALPHA = 4;
+constexpr int TRUECOLOR_ALPHA = 6;
 
 using CrcTable = std::array<quint32, 256>;
 
@@ -63,21 +71,88 @@ bool ReadChunk(const QByteArray& packed, qint64 offset, Chunk& chunk) {
     return chunk.length <= rest - CHUNK_OVERHEAD;
 }
 
-// Checks whether the size in IHDR is plausible before a decoder allocates for it. Deflate yields at most 1032
-// bytes from one byte.
-bool IsPlausible(const Chunk& header, qint64 packedSize) {
-    const uchar* data = header.type + 4;
-    const quint32 width = qFromBigEndian<quint32>(data);
-    const quint32 height = qFromBigEndian<quint32>(data + 4);
-    constexpr quint32 most = MAX_PNG_SIDE;
-    if (width < 1 || height < 1 || width > most || height > most) {
+// A side beyond the range of int becomes negative.
+PngStructure::Header ReadHeader(const Chunk& chunk) {
+    const uchar* data = chunk.type + 4;
+    PngStructure::Header header;
+    header.width = qFromBigEndian<qint32>(data);
+    header.height = qFromBigEndian<qint32>(data + 4);
+    header.depth = data[8];
+    header.colorType = data[9];
+    return header;
+}
+
+// The bit depths that a colour type allows, as a mask; 0 for an unknown colour type.
+int AllowedDepths(int colorType) {
+    switch (colorType) {
+    case GRAY:
+        return 1 | 2 | 4 | 8 | 16;
+    case INDEXED:
+        return 1 | 2 | 4 | 8;
+    case TRUECOLOR:
+    case GRAY_ALPHA:
+    case TRUECOLOR_ALPHA:
+        return 8 | 16;
+    default:
+        return 0;
+    }
+}
+
+int ChannelsOf(int colorType) {
+    return colorType == TRUECOLOR ? 3 : colorType == GRAY_ALPHA ? 2 : colorType == TRUECOLOR_ALPHA ? 4 : 1;
+}
+
+// Checks the fields of IHDR, and whether the size is plausible before a decoder allocates for it. Deflate
+// yields at most 1032 bytes from one byte.
+bool IsPlausible(const Chunk& chunk, qint64 packedSize) {
+    const PngStructure::Header header = ReadHeader(chunk);
+    if (header.width < 1 || header.height < 1 || header.width > MAX_PNG_SIDE ||
+        header.height > MAX_PNG_SIDE) {
         return false;
     }
-    const int colorType = data[9];
-    const int channels = colorType == 2 ? 3 : colorType == 4 ? 2 : colorType == 6 ? 4 : 1;
-    const qint64 rowBytes = (qint64(width) * channels * data[8] + 7) / 8;
-    return height * rowBytes <= MAX_DEFLATE_RATIO * packedSize;
+    const bool isPowerOfTwo = header.depth != 0 && (header.depth & (header.depth - 1)) == 0;
+    if (!isPowerOfTwo || (AllowedDepths(header.colorType) & header.depth) == 0) {
+        return false;
+    }
+    const uchar* methods = chunk.type + 4 + 10; // compression, filter, interlace
+    if (methods[0] != 0 || methods[1] != 0 || methods[2] > 1) {
+        return false;
+    }
+    const qint64 rowBits = qint64(header.width) * ChannelsOf(header.colorType) * header.depth;
+    return header.height * ((rowBits + 7) / 8) <= MAX_DEFLATE_RATIO * packedSize;
 }
+
+// Follows the critical chunks of one file.
+class ChunkOrder {
+public:
+    explicit ChunkOrder(const Chunk& header)
+        : needsPalette_(ReadHeader(header).colorType == INDEXED) {}
+
+    // Returns false for a critical chunk that is unknown, doubled or comes too late.
+    bool Accepts(const Chunk& chunk) {
+        if (chunk.Is("IHDR")) {
+            return !std::exchange(hasHeader_, true);
+        }
+        if (chunk.Is("PLTE")) {
+            const bool isPalette = chunk.length > 0 && chunk.length % 3 == 0 && chunk.length <= 3 * 256;
+            hasPalette_ = hasPalette_ || isPalette;
+            return isPalette || !needsPalette_;
+        }
+        if (chunk.Is("IDAT")) {
+            hasPixels_ = true;
+            return hasPalette_ || !needsPalette_;
+        }
+        return chunk.Is("IEND") || !chunk.IsCritical();
+    }
+
+    bool HasPixels() const { return hasPixels_; }
+
+private:
+    const bool needsPalette_;
+    bool hasHeader_ = false;
+    bool hasPalette_ = false;
+    bool hasPixels_ = false;
+};
 
 } // namespace
 
@@ -88,18 +163,22 @@ bool PngStructure::IsSound(const QByteArray& packed) {
         !IsPlausible(chunk, packed.size())) {
         return false;
     }
-    bool hasPixels = false;
+    ChunkOrder order(chunk);
     for (qint64 offset = SIGNATURE_LENGTH; ReadChunk(packed, offset, chunk);
          offset += CHUNK_OVERHEAD + chunk.length) {
-        if (chunk.IsCritical() && !chunk.IsIntact()) {
+        if ((chunk.IsCritical() && !chunk.IsIntact()) || !order.Accepts(chunk)) {
             return false;
         }
-        hasPixels = hasPixels || chunk.Is("IDAT");
         if (chunk.Is("IEND")) {
-            return hasPixels;
+            return order.HasPixels();
         }
     }
     return false;
+}
+
+PngStructure::Header PngStructure::HeaderOf(const QByteArray& packed) {
+    Chunk chunk;
+    return ReadChunk(packed, SIGNATURE_LENGTH, chunk) ? ReadHeader(chunk) : Header();
 }
 
 } // namespace vellix

@@ -4,12 +4,22 @@
 
 namespace vellix {
 
-/// Checks the chunk structure of PNG data (ISO/IEC 15948) before a decoder sees it.
+/// Checks PNG data (ISO/IEC 15948) without decoding it.
 struct PngStructure {
-    /// Returns whether the data is whole chunks from the signature to IEND, critical chunks have correct
-    /// checksums, the sides are 1..8192 pixels, and the data is long enough to fill all rows. Data that fails
-    /// cannot be decoded; data that passes may still fail to decompress. Allocates nothing.
+    /// Returns whether the data is whole chunks from the signature to IEND, with a header that the standard
+    /// allows, sides of 1..8192 pixels, correct checksums of the critical chunks, a palette where one is
+    /// needed, and bytes enough to fill all rows. Data that fails cannot be decoded; data that passes may
+    /// still not decompress. Allocates nothing.
     static bool IsSound(const QByteArray& packed);
+
+    struct Header {
+        int width = 0; ///< in pixels
+        int height = 0;
+        int depth = 0; ///< bits per channel
+        int colorType = 0;
+    };
+    /// The header of data that IsSound.
+    static Header HeaderOf(const QByteArray& packed);
 };
 
 } // namespace vellix

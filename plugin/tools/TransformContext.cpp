@@ -170,7 +170,8 @@ bool TransformContext::EnterTransformStage(bool changes) {
         return false;
     }
     BaseNode* node = selection_.GetNode();
-    if (node == nullptr || (changes && !node->MayChangeActiveLayer(selection_.GetCamera()))) {
+    if (node == nullptr || (changes && !(node->MayChangeActiveLayer(selection_.GetCamera()) &&
+                                         node->MayChangeActivePicture(selection_.GetCamera())))) {
         return false;
     }
     FollowView(*node);

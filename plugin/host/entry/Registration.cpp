@@ -7,6 +7,7 @@
 #include "commands/ReplayCommand.h"
 #include "commands/StrokeCommand.h"
 #include "commands/UtilCommand.h"
+#include "host/entry/GuardedCommand.h"
 #include "node/BaseNode.h"
 #include "node/BaseNodeDrawOverride.h"
 #include "node/BaseNodeLayerData.h"
@@ -35,7 +36,7 @@ struct CommandEntry {
 
 template <typename Command>
 CommandEntry Describe() {
-    return {Command::GetCommandName(), Command::Creator, Command::CommandSyntax};
+    return {Command::GetCommandName(), GuardedCommand<Command>::Creator, Command::CommandSyntax};
 }
 
 /// Every command, in the order of registration. Add new commands here.

@@ -3,6 +3,7 @@
 #include "host/Settings.h"
 #include "paint/DrawUtil.h"
 #include "plugin/commands/CommandFixture.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QHash>
 #include <QImage>
@@ -70,6 +71,14 @@ protected:
             frames.append(layer.GetFrame(i));
         }
         return frames;
+    }
+
+    static QList<QByteArray> Bytes() {
+        QList<QByteArray> bytes;
+        for (const Frame* frame : Frames()) {
+            bytes.append(frame->GetPackedImage());
+        }
+        return bytes;
     }
 
     static int Now() { return MayaUtil::GetPlaybackTimeValue(); }
@@ -216,6 +225,24 @@ TEST_F(FrameCommandTest, ThePasteKeepsTheDistances) {
     EXPECT_EQ(Keys(), "1 8=2");
     Mel("undo; undo; redo"); // pastes what it did, not what is on the clipboard now
     EXPECT_EQ(Keys(), "1 8=2");
+}
+
+TEST_F(FrameCommandTest, APictureThatDoesNotDecodeKeepsItsBytesThroughEdits) {
+    Key("1");
+    const QByteArray png = PngBytes::NotInflating();
+    Node().GetActiveLayer("persp")->GetFrame(0)->SetPackedImage(png);
+    Node().GetFinalImage("persp"); // finds the damage
+    Mel("currentTime 4; qmVellixFrame -duplicate persp");
+    EXPECT_EQ(Bytes(), (QList<QByteArray>{png, png}));
+    Highlight("1 5");
+    Mel("qmVellixFrame -cut persp");
+    EXPECT_TRUE(Frames().isEmpty());
+    Mel("currentTime 11; qmVellixFrame -paste persp");
+    EXPECT_EQ(Bytes(), (QList<QByteArray>{png, png}));
+    Mel("undo; undo; undo; undo"); // the step in time too
+    EXPECT_EQ(Bytes(), (QList<QByteArray>{png}));
+    Mel("redo; redo; redo; redo");
+    EXPECT_EQ(Bytes(), (QList<QByteArray>{png, png}));
 }
 
 TEST_F(FrameCommandTest, CopyIsNoStepForUndo) {

@@ -1,4 +1,5 @@
 #include "paint/DrawUtil.h"
+#include "plugin/ShortOfMemory.h"
 #include "plugin/core/DocumentTest.h"
 
 #include <functional>
@@ -324,6 +325,25 @@ TEST_F(ComposeTest, ComposesAnyTimeWithoutTouchingAnything) {
     ShowTime(7);
     SetGhosts(0, 0, false);
     EXPECT_LE(PlainComposer::Difference(Plain(camera), bare), 2);
+}
+
+TEST_F(ComposeTest, ALackOfMemoryIsReportedOnceAndTheDrawingShownLater) {
+    Layer* layer = AddLayer(camera, {1});
+    manager.GetFlattenedImage(camera);
+    layer->GetFrame(0)->SetImage(Drawing(9));
+    layer->GetFrame(0)->PackImage();
+    layer->ForceCacheUpdate();
+    {
+        const ShortOfMemory scope;
+        if (!scope.IsShort()) {
+            GTEST_SKIP() << "memory cannot be limited here";
+        }
+        manager.GetFlattenedImage(camera);
+        manager.GetFlattenedImage(camera);
+    }
+    EXPECT_THAT(Messages(),
+                ::testing::ElementsAre("Out of memory: the drawing cannot be shown. Nothing of it is lost."));
+    EXPECT_LE(Error(camera), 2);
 }
 
 TEST_F(ComposeTest, ShowingPackedFramesLeavesThemPacked) {

@@ -1,5 +1,9 @@
 #include "paint/DrawUtil.h"
+#include "plugin/ShortOfMemory.h"
 #include "plugin/core/DocumentTest.h"
+#include "plugin/paint/PngBytes.h"
+
+#include <new>
 
 namespace vellix {
 namespace {
@@ -105,11 +109,60 @@ TEST_F(FrameTest, BringsImagesOfOtherKindsIntoShape) {
     EXPECT_EQ(frame.GetImage().pixel(10, 0), 0u);
 }
 
-TEST_F(FrameTest, SurvivesBytesThatAreNoPng) {
+TEST_F(FrameTest, KeepsBytesThatDoNotDecode) {
+    for (const QByteArray& bytes : {QByteArray("rubbish"), PngBytes::NotInflating()}) {
+        Frame frame(At(1));
+        frame.SetPackedImage(bytes);
+        EXPECT_FALSE(frame.IsDamaged()) << "nobody has looked";
+        EXPECT_TRUE(frame.PeekImage().isNull());
+        EXPECT_FALSE(frame.Unpack());
+        EXPECT_TRUE(frame.TakeNewDamage());
+        EXPECT_FALSE(frame.TakeNewDamage());
+        EXPECT_EQ(frame.GetImage(), PlainComposer::Blank());
+        frame.GetImage().fill(Qt::red);
+        frame.PackImage();
+        EXPECT_EQ(frame.GetImage(), PlainComposer::Blank());
+        EXPECT_EQ(frame.GetPackedImage(), bytes);
+        EXPECT_EQ(Frame(frame).GetPackedImage(), bytes);
+        frame.SetPackedImage(Png(Drawing(1)));
+        EXPECT_FALSE(frame.IsDamaged());
+        EXPECT_EQ(frame.GetImage(), Drawing(1));
+    }
+}
+
+TEST_F(FrameTest, ShowsAnImageThatItPackedBefore) {
+    const QImage drawing = Drawing(1);
     Frame frame(At(1));
-    frame.SetPackedImage("rubbish");
-    EXPECT_TRUE(frame.PeekImage().isNull());
-    EXPECT_EQ(frame.GetImage(), PlainComposer::Blank());
+    frame.SetImage(drawing);
+    frame.PackImage();
+    frame.SetImage(drawing);
+    EXPECT_NE(frame.GetPictureKey(), 0) << "0 stands for a frame without a picture";
+}
+
+TEST_F(FrameTest, StaysAsItWasWhenMemoryIsShort) {
+    const QByteArray bytes = Png(Drawing(1));
+    Frame packed(At(1));
+    packed.SetPackedImage(bytes);
+    Frame painted(At(2));
+    painted.SetImage(Drawing(2));
+    std::unique_ptr<Frame> copy;
+    {
+        const ShortOfMemory scope;
+        if (!scope.IsShort()) {
+            GTEST_SKIP() << "memory cannot be limited here";
+        }
+        EXPECT_THROW(packed.Unpack(), std::bad_alloc);
+        EXPECT_THROW(packed.GetImage(), std::bad_alloc);
+        EXPECT_THROW(packed.PeekImage(), std::bad_alloc);
+        EXPECT_TRUE(painted.GetPackedImage().isEmpty());
+        painted.PackImage();
+        copy = std::make_unique<Frame>(painted);
+    }
+    EXPECT_FALSE(packed.IsDamaged());
+    EXPECT_EQ(packed.GetPackedImage(), bytes);
+    EXPECT_EQ(packed.GetImage(), Drawing(1));
+    EXPECT_EQ(painted.GetImage(), Drawing(2));
+    EXPECT_EQ(copy->GetImage(), Drawing(2)) << "a copy that cannot be packed shares the pixels";
 }
 
 TEST_F(FrameTest, ReadsTimesAsWholeFrames) {

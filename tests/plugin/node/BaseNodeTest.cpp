@@ -6,8 +6,10 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
+#include "paint/Stroke.h"
 #include "plugin/PluginTest.h"
 #include "plugin/node/LayerDataText.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <maya/MSelectionList.h>
 
@@ -19,6 +21,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 class BaseNodeTest : public PluginTest {
 protected:
@@ -185,6 +188,42 @@ TEST_F(BaseNodeTest, AStaticLayerGetsItsFrameAtTheDefaultTime) {
     EXPECT_TRUE(node->PrepareForDraw(PERSP, layer, frameAdded));
     EXPECT_TRUE(frameAdded);
     EXPECT_EQ(node->GetActiveLayer(PERSP)->GetFrame(0)->GetTimeValue(), -999);
+}
+
+TEST_F(BaseNodeTest, APictureThatDoesNotDecodeIsReportedOnceAndNotDrawnOn) {
+    Run("qmVellixNode");
+    BaseNode* node = BaseNode::GetMaster();
+    node->InsertLayer(PERSP, -1, QStringLiteral("Ink"));
+    Layer* ink = node->GetActiveLayer(PERSP);
+    const QByteArray png = PngBytes::NotInflating();
+    auto frame = std::make_unique<Frame>(MTime(5, MTime::uiUnit()));
+    frame->SetPackedImage(png);
+    ink->InsertFrame(frame.release());
+    MayaUtil::SetPlaybackTime(5);
+    node->GetFinalImage(PERSP);
+    EXPECT_THAT(Messages(),
+                ElementsAre(StartsWith("The picture of layer Ink at frame 5 cannot be decoded.")));
+    ink->ForceCacheUpdate();
+    node->GetFinalImage(PERSP);
+    EXPECT_THAT(Messages(), IsEmpty());
+
+    int layer = -1;
+    bool frameAdded = false;
+    EXPECT_FALSE(node->PrepareForDraw(PERSP, layer, frameAdded));
+    EXPECT_FALSE(node->MayChangeActivePicture(PERSP));
+    EXPECT_THAT(Messages(),
+                ::testing::Each(StartsWith("The picture of layer Ink at frame 5 cannot be decoded, ")));
+    EXPECT_FALSE(frameAdded);
+    // A script that draws all the same changes nothing.
+    node->GetActiveStroke(PERSP, true)->tool = ToolType::Rectangle;
+    QByteArray undo;
+    EXPECT_FALSE(node->CommitActiveStroke(PERSP, undo));
+    node->CancelActiveStroke();
+    EXPECT_EQ(ink->GetFrame(0)->GetPackedImage(), png);
+
+    MayaUtil::SetPlaybackTime(6);
+    EXPECT_TRUE(node->PrepareForDraw(PERSP, layer, frameAdded)) << "a new key holds no damaged picture";
+    EXPECT_EQ(ink->FrameCount(), 2);
 }
 
 TEST_F(BaseNodeTest, TheClipboardTakesTheRangeWithoutItsEnd) {

@@ -3,20 +3,27 @@
 #include "core/LayerManager.h"
 #include "node/BaseNodeLayerData.h"
 #include "plugin/PluginTest.h"
+#include "plugin/ShortOfMemory.h"
 #include "plugin/node/LayerDataText.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QBuffer>
 #include <QImage>
 
 #include <cstring>
+#include <limits>
 #include <sstream>
+#include <utility>
 
 namespace vellix {
 
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
 
 class LayerDataTest : public PluginTest {
 protected:
@@ -34,6 +41,9 @@ protected:
         tokens.insert(tokens.end(), frames.begin(), frames.end());
         return tokens;
     }
+
+    /// The same in the binary form.
+    static std::string OneLayerBytes(const std::vector<std::pair<int, QByteArray>>& frames);
 
     BaseNodeLayerData data_;
 };
@@ -73,6 +83,16 @@ private:
     }
     std::string bytes_;
 };
+
+std::string LayerDataTest::OneLayerBytes(const std::vector<std::pair<int, QByteArray>>& frames) {
+    Bytes bytes;
+    bytes.Int(1).Byte(0).Text("persp").Int(1).Text("persp").Int(1).Int(0).Text("Ink");
+    bytes.Int(qint32(frames.size())).Byte(1).Float(1.0f).Int(0);
+    for (const auto& frame : frames) {
+        bytes.Int(frame.first).Text(frame.second.toStdString());
+    }
+    return bytes;
+}
 
 } // namespace
 
@@ -159,8 +179,8 @@ TEST_F(LayerDataTest, BadTokensStopTheReading) {
         {0, "x", nullptr, true, 2},
         {1, "x", "Failed to get master (1)", false, 0},
         {3, "x", "Invalid layer count (3)", false, 0},
-        {3, "0", nullptr, true, 0},
-        {3, "-2", nullptr, true, 0},
+        {3, "0", "15 values after the end of the drawing could not be read.", true, 0},
+        {3, "-2", "15 values after the end of the drawing could not be read.", true, 0},
         {5, "x", "Invalid layer count (5)", false, 0},
         {6, "x", "Invalid active layer index (6)", false, 0},
         {6, "-1", nullptr, true, 2},
@@ -189,11 +209,11 @@ TEST_F(LayerDataTest, BadTokensStopTheReading) {
         EXPECT_EQ(read.layers->LayerCount(PERSP), test.layers) << where;
         if (test.message != nullptr) {
             EXPECT_THAT(Messages(), ElementsAre(test.message)) << where;
-            EXPECT_NE(read.layers->GetActiveCamera(), QStringLiteral("top")) << where;
         } else {
             EXPECT_THAT(Messages(), IsEmpty()) << where;
-            EXPECT_EQ(read.layers->GetActiveCamera(), QStringLiteral("top")) << where;
         }
+        const bool ended = test.message == nullptr || std::string(test.message).find("after the end") < 99;
+        EXPECT_EQ(read.layers->GetActiveCamera() == QStringLiteral("top"), ended) << where;
     }
     EXPECT_EQ(ReadAscii({}).status, MS::kFailure);
 }
@@ -216,6 +236,8 @@ TEST_F(LayerDataTest, AStateThatIsNoneCountsAsAnimatedInTheBinaryForm) {
         EXPECT_TRUE(read.status);
         EXPECT_EQ(read.layers->LayerCount(PERSP), 1);
         EXPECT_EQ(read.layers->GetLayerState(PERSP, 0), LayerState::Animated);
+        EXPECT_THAT(Messages(), ElementsAre("Layer Ink has the unknown state " + std::to_string(state) +
+                                            ", and is read as an animated one."));
     }
 }
 
@@ -251,6 +273,7 @@ TEST_F(LayerDataTest, BothFormsCutAtEvery97thByte) {
     for (size_t size = 1; size < bytes.size(); size += 97) {
         const ReadResult read = ReadBinary(bytes.substr(0, size));
         EXPECT_TRUE(read.status) << size;
+        EXPECT_THAT(Messages(), Not(IsEmpty())) << size;
         EXPECT_GE(read.layers->TotalLayerCount(), layers) << size;
         layers = read.layers->TotalLayerCount();
     }
@@ -276,10 +299,67 @@ TEST_F(LayerDataTest, CountsOfBillionsEndWithTheData) {
         EXPECT_TRUE(ReadBinary(stored(5, count, 1, 1, 0)).status);
         EXPECT_TRUE(ReadBinary(stored(5, 1, count, 1, 0)).status);
         EXPECT_TRUE(ReadBinary(stored(5, 1, 1, count, 0)).status);
+        Messages();
         const ReadResult read = ReadBinary(stored(5, 1, 1, 1, count));
         EXPECT_EQ(read.layers->LayerCount(PERSP), 1);
         EXPECT_EQ(read.layers->GetLayer(PERSP, 0)->FrameCount(), 0);
+        EXPECT_THAT(Messages(), Not(IsEmpty())) << count;
     }
+}
+
+TEST_F(LayerDataTest, TheBinaryReaderNamesWhatACutCost) {
+    const QByteArray png = Png(1024, 1024, Qt::red);
+    BaseNodeLayerData data;
+    data.CreateLayerManager();
+    LayerManager& layers = *data.GetLayerManager();
+    for (const char* camera : {"persp", "top"}) {
+        for (const char* name : {"Ink", "Set"}) {
+            auto layer = std::make_unique<Layer>();
+            layer->SetName(QString(camera) + name);
+            for (const int time : {1, 2, 3}) {
+                auto frame = std::make_unique<Frame>(MTime(time, MTime::uiUnit()));
+                frame->SetPackedImage(png);
+                layer->InsertFrame(frame.release());
+            }
+            layers.InsertLayer(camera, -1, layer.release());
+        }
+    }
+    const std::string whole = WriteBinary(data);
+    const auto after = [&whole](const char* text) { return whole.find(text) + std::strlen(text); };
+    const size_t fields = 4 + 1 + 4 + 4; // frame count, visible, opacity, state
+    const size_t frame = 4 + 4 + size_t(png.size());
+    const char* const noTop = "The stored drawing is cut short. It lost 1 of 2 cameras.";
+    const struct {
+        size_t size;
+        std::vector<std::string> messages;
+        int layers;
+        int frames; ///< of the last layer
+    } cases[] = {
+        {6, {"The stored drawing is cut short before its first camera."}, 0, 0},
+        {after("perspInk") + fields + 2 * frame + 50,
+         {"The stored drawing is cut short. Layer perspInk lost 1 of 3 drawings.",
+          "The stored drawing is cut short. Camera persp lost 1 of 2 layers.", noTop},
+         1,
+         2},
+        {after("perspSet") + 5,
+         {"The stored drawing is cut short. Camera persp lost 1 of 2 layers.", noTop},
+         1,
+         3},
+        {after("perspSet") + fields + 3 * frame + 2, {noTop}, 2, 3},
+        {whole.size() - frame, {"The stored drawing is cut short. Layer topSet lost 1 of 3 drawings."}, 4, 2},
+    };
+    for (const auto& test : cases) {
+        const ReadResult read = ReadBinary(whole.substr(0, test.size));
+        EXPECT_EQ(Messages(), test.messages) << test.size;
+        EXPECT_EQ(read.layers->TotalLayerCount(), test.layers) << test.size;
+        if (test.layers > 0) {
+            const QString camera = test.layers > 2 ? QStringLiteral("top") : PERSP;
+            const Layer* last = read.layers->GetLayer(camera, read.layers->LayerCount(camera) - 1);
+            EXPECT_EQ(last->FrameCount(), test.frames) << test.size;
+        }
+    }
+    ReadBinary(whole + "abc");
+    EXPECT_THAT(Messages(), ElementsAre("3 bytes after the end of the drawing could not be read."));
 }
 
 TEST_F(LayerDataTest, DataEndsWhereTheHostSaysSo) {
@@ -305,6 +385,161 @@ TEST_F(LayerDataTest, PicturesThatAreNoneAreSkippedWithAMessage) {
                 ElementsAre("Failed to load draw data: Ink (0)", "Failed to load draw data: Ink (2)",
                             "Failed to load draw data: Ink (3)", "Failed to load draw data: Ink (4)",
                             "Failed to load draw data: Ink (5)", "Failed to load draw data: Ink (7)"));
+}
+
+TEST_F(LayerDataTest, PicturesAreCheckedWithoutDecodingAndKeptAsTheyAre) {
+    using namespace PngBytes;
+    const QByteArray sound = Png(1024, 1024, Qt::red);
+    QByteArray flipped = sound;
+    flipped[flipped.size() / 2] = char(flipped[flipped.size() / 2] ^ 1);
+    const QRgb red = qRgb(255, 0, 0);
+    const QByteArray header = Header(1024, 1024, 8, 6);
+    QByteArray noise; // hardly compressed
+    for (quint32 i = 0; i < 9999; ++i) {
+        noise.append(char(i * i * 2654435761u >> 24));
+    }
+    QByteArray rows = noise;
+    rows[0] = rows[4097] = rows[2 * 4097] = 0; // the filter bytes
+    const struct {
+        const char* what;
+        QByteArray png;
+        bool isRead;
+        QRgb corner; ///< the left upper pixel that is shown
+    } cases[] = {
+        {"layer", sound, true, red},
+        {"nothing", QByteArray(), false, 0},
+        {"cut", sound.left(sound.size() - 20), false, 0},
+        {"checksum", flipped, false, 0},
+        {"structure", File({header, Chunk("IEND")}), false, 0},
+        {"not inflating", NotInflating(), true, 0},
+        {"unknown filters", File({header, Pixels(noise), Chunk("IEND")}), true, 0},
+        {"too few rows", File({header, Pixels(rows), Chunk("IEND")}), true, 0},
+        {"other size", Png(600, 2000, Qt::red), true, red},
+        {"palette", OnePixel(8, 3, QByteArray("\0\0", 2)), true, red},
+        {"gray", OnePixel(8, 0, QByteArray("\0\xff", 2)), true, qRgb(255, 255, 255)},
+        {"16 bits", OnePixel(16, 2, QByteArray("\0\xff\xff\0\0\0\0", 7)), true, red},
+        {"interlaced", OnePixel(8, 2, QByteArray("\0\xff\0\0", 4), 1), true, red},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        const std::vector<std::string> tokens = OneLayer({"4", Hex(test.png), "5", Hex(sound)});
+        const std::string bytes = OneLayerBytes({{4, test.png}, {5, sound}});
+        BaseNodeLayerData ascii;
+        unsigned element = 0;
+        EXPECT_TRUE(ascii.readASCII(ToArguments(tokens), element));
+        const std::vector<std::string> messages = Messages();
+        BaseNodeLayerData binary;
+        std::istringstream in(bytes);
+        EXPECT_TRUE(binary.readBinary(in, unsigned(bytes.size())));
+        EXPECT_EQ(Messages(), messages);
+        for (BaseNodeLayerData* data : {&ascii, &binary}) {
+            const Layer* layer = data->GetLayerManager()->GetLayer(PERSP, 0);
+            if (!test.isRead) {
+                EXPECT_THAT(messages, ElementsAre("Failed to load draw data: Ink (0)"));
+                EXPECT_EQ(layer->FrameCount(), 1);
+                continue;
+            }
+            EXPECT_THAT(messages, IsEmpty());
+            ASSERT_EQ(layer->FrameCount(), 2);
+            const Frame* frame = layer->GetFrame(0);
+            EXPECT_FALSE(frame->IsUnpacked());
+            const QImage shown = frame->PeekImage();
+            EXPECT_EQ(shown.isNull() ? 0 : shown.pixel(0, 0), test.corner);
+            EXPECT_EQ(Tokens(WriteAscii(*data)), tokens);
+            EXPECT_EQ(WriteBinary(*data), bytes);
+        }
+    }
+}
+
+TEST_F(LayerDataTest, ADrawingWhoseFrameIsTakenMovesToTheNextFreeOne) {
+    const auto keys = [](const ReadResult& read) {
+        QList<int> times;
+        for (int i = 0; i < read.layers->GetLayer(PERSP, 0)->FrameCount(); ++i) {
+            times.append(read.layers->GetLayer(PERSP, 0)->GetFrame(i)->GetTimeValue());
+        }
+        return times;
+    };
+    const std::string png = Hex(Png(1024, 1024, Qt::red));
+    const int last = std::numeric_limits<int>::max();
+    struct Case {
+        std::vector<double> stored;
+        QList<int> read;
+        const char* warning;
+    };
+    const Case cases[] = {
+        {{0.5, 1, 1.5, 2, 9},
+         {0, 1, 2, 3, 9},
+         "Layer Ink: 2 of its drawings stood on the whole frame of another "
+         "and moved to the next free one, the first from frame 1 to 2."},
+        {{-0.5, 0.5},
+         {0, 1},
+         "Layer Ink: 1 of its drawings stood on the whole frame of another and moved to the "
+         "next free one, the first from frame 0 to 1."},
+        {{1, 2, 3.9}, {1, 2, 3}, nullptr},
+        {{1e12, 1e12, 1e12},
+         {last - 2, last - 1, last},
+         "Layer Ink: 2 of its drawings stood on the whole frame of "
+         "another and moved to the next free one, the first from "
+         "frame 2147483647 to 2147483646."},
+    };
+    for (const Case& test : cases) {
+        std::vector<std::string> frames;
+        for (const double time : test.stored) {
+            frames.insert(frames.end(), {std::to_string(time), png});
+        }
+        EXPECT_EQ(keys(ReadAscii(OneLayer(frames))), test.read);
+        EXPECT_THAT(Messages(),
+                    test.warning ? std::vector<std::string>{test.warning} : std::vector<std::string>{});
+    }
+    const QByteArray bytes = Png(1024, 1024, Qt::red);
+    EXPECT_EQ(keys(ReadBinary(OneLayerBytes({{7, bytes}, {7, bytes}, {7, bytes}, {-1, bytes}}))),
+              (QList<int>{-1, 7, 8, 9}));
+    EXPECT_THAT(Messages(), ElementsAre(StartsWith("Layer Ink: 2 of its drawings")));
+
+    // Thousands on one frame take no longer than thousands on their own.
+    const std::string small = Hex(PngBytes::OnePixel(8, 0, QByteArray("\0\0", 2)));
+    std::vector<std::string> many;
+    for (int i = 0; i < 20000; ++i) {
+        many.insert(many.end(), {"1", small});
+    }
+    EXPECT_EQ(ReadAscii(OneLayer(many)).layers->GetLayer(PERSP, 0)->FrameCount(), 20000);
+}
+
+TEST_F(LayerDataTest, ALackOfMemoryIsAFailureAndNotADamage) {
+    BaseNodeLayerData data;
+    data.CreateLayerManager();
+    FillDrawing(*data.GetLayerManager());
+    Frame* changed = data.GetLayerManager()->GetLayer(PERSP, 0)->GetFrame(0);
+    changed->GetImage().setPixel(3, 3, qRgba(1, 2, 3, 4));
+    const std::string drawn = Describe(*data.GetLayerManager());
+    const std::string bytes = OneLayerBytes({{1, Png(1024, 1024, Qt::red)}, {2, QByteArray(8 << 20, 'x')}});
+    const MArgList arguments = ToArguments(OneLayer({"1", std::string(8 << 20, '0')}));
+    BaseNodeLayerData ascii;
+    BaseNodeLayerData binary;
+    std::istringstream in(bytes);
+    std::ostringstream out;
+    MStatus statuses[4];
+    {
+        const ShortOfMemory scope;
+        if (!scope.IsShort()) {
+            GTEST_SKIP() << "memory cannot be limited here";
+        }
+        unsigned element = 0;
+        statuses[0] = ascii.readASCII(arguments, element);
+        statuses[1] = binary.readBinary(in, unsigned(bytes.size()));
+        statuses[2] = data.writeASCII(out);
+        statuses[3] = data.writeBinary(out);
+    }
+    for (const MStatus& status : statuses) {
+        EXPECT_EQ(status, MS::kFailure) << &status - statuses;
+    }
+    EXPECT_THAT(Messages(), ElementsAre(StartsWith("Out of memory: Reading the drawing failed."),
+                                        StartsWith("Out of memory: Reading the drawing failed."),
+                                        HasSubstr("layer Rough at frame 1 cannot be encoded"),
+                                        HasSubstr("layer Rough at frame 1 cannot be encoded")));
+    EXPECT_EQ(binary.GetLayerManager()->GetLayer(PERSP, 0)->FrameCount(), 1)
+        << "what was read before is kept";
+    EXPECT_EQ(Describe(*data.GetLayerManager()), drawn);
 }
 
 TEST_F(LayerDataTest, BadPicturesAreReportedBeforeTheTokenThatEndsTheReading) {

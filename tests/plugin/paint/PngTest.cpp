@@ -1,5 +1,7 @@
 #include "PaintTesting.h"
 #include "paint/DrawUtil.h"
+#include "paint/PngStructure.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -9,7 +11,7 @@
 #include <gtest/gtest.h>
 
 using vellix::DrawUtil;
-using PngContent = DrawUtil::PngContent;
+using vellix::PngStructure;
 
 namespace {
 
@@ -45,22 +47,14 @@ TEST(PngPacking, ReturnsIdenticalPixels) {
     ASSERT_TRUE(DrawUtil::UnpackPngBuffer(packed, unpacked));
     EXPECT_EQ(unpacked.format(), QImage::Format_RGBA8888);
     EXPECT_EQ(Difference(unpacked, image), QRect());
-    EXPECT_EQ(DrawUtil::CheckPngBuffer(packed), PngContent::LayerSize);
-    QByteArray kept = packed;
-    EXPECT_TRUE(DrawUtil::NormalisePngBuffer(kept));
-    EXPECT_EQ(kept, packed);
     EXPECT_TRUE(Packed(QImage()).isEmpty());
 }
 
 TEST(PngPacking, AnySizeBecomesALayer) {
     for (const QSize& size : {QSize(1, 1), QSize(40, 2000), QSize(1024, 1023), QSize(3000, 1)}) {
         const QImage picture = Gradient(size.width(), size.height());
-        QByteArray packed = Packed(picture);
-        EXPECT_EQ(DrawUtil::CheckPngBuffer(packed), PngContent::OtherSize);
-        ASSERT_TRUE(DrawUtil::NormalisePngBuffer(packed));
-        EXPECT_EQ(DrawUtil::CheckPngBuffer(packed), PngContent::LayerSize);
         QImage layer;
-        ASSERT_TRUE(DrawUtil::UnpackPngBuffer(packed, layer));
+        ASSERT_TRUE(DrawUtil::UnpackPngBuffer(Packed(picture), layer));
         QImage expected = EmptyLayer(Qt::transparent);
         for (int y = 0; y < std::min(1024, size.height()); ++y) {
             std::memcpy(expected.scanLine(y), picture.constScanLine(y),
@@ -93,15 +87,13 @@ TEST(PngPacking, LargePicturesAreCroppedUpToABound) {
     QImage large(8192, 8192, QImage::Format_Mono);
     large.fill(1);
     const QByteArray packed = Packed(large);
-    EXPECT_EQ(DrawUtil::CheckPngBuffer(packed), PngContent::OtherSize);
     QImage layer;
     ASSERT_TRUE(DrawUtil::UnpackPngBuffer(packed, layer));
     EXPECT_EQ(layer.size(), QSize(1024, 1024));
-    EXPECT_EQ(DrawUtil::CheckPngBuffer(Packed(QImage(8193, 1, QImage::Format_Grayscale8))),
-              PngContent::Undecodable);
+    EXPECT_FALSE(DrawUtil::UnpackPngBuffer(Packed(QImage(8193, 1, QImage::Format_Grayscale8)), layer));
 }
 
-TEST(PngPacking, BadBytesAreUndecodableAndKept) {
+TEST(PngPacking, BadBytesAreUndecodable) {
     const QByteArray sound = Packed(Gradient(64, 64));
     QByteArray damaged = sound;
     damaged[60] = char(damaged.at(60) ^ 0x55);
@@ -120,24 +112,87 @@ TEST(PngPacking, BadBytesAreUndecodableAndKept) {
                                 Packed(Gradient(64, 64)).replace("PNG", "JPG")};
     int number = 0;
     for (const QByteArray& bytes : cases) {
-        EXPECT_EQ(DrawUtil::CheckPngBuffer(bytes), PngContent::Undecodable) << number;
+        EXPECT_FALSE(PngStructure::IsSound(bytes)) << number;
         QImage image = EmptyLayer();
         EXPECT_FALSE(DrawUtil::UnpackPngBuffer(bytes, image)) << number;
         EXPECT_TRUE(image.isNull()) << number;
-        QByteArray kept = bytes;
-        EXPECT_FALSE(DrawUtil::NormalisePngBuffer(kept)) << number;
-        EXPECT_EQ(kept, bytes) << number;
         ++number;
     }
 }
 
-TEST(PngPacking, TheCheckAgreesWithUnpackingWhereverTheBytesEnd) {
+TEST(PngPacking, TheStructureIsCheckedChunkByChunk) {
+    using namespace vellix::PngBytes;
+    const QByteArray header = Header(1, 1, 8, 6);
+    const QByteArray pixels = Pixels(QByteArray("\0\xff\0\0\xff", 5));
+    const QByteArray end = Chunk("IEND");
+    QByteArray badComment = Chunk("tEXt", "Comment");
+    badComment[9] = 'X';
+    QByteArray badPixels = pixels;
+    badPixels[10] = char(badPixels.at(10) ^ 1);
+    const struct {
+        const char* what;
+        QByteArray bytes;
+        bool sound;
+        bool decodes;
+    } cases[] = {
+        {"plain", File({header, pixels, end}), true, true},
+        {"something behind the end", File({header, pixels, end, "more"}), true, true},
+        {"damaged comment", File({header, badComment, pixels, end}), true, true},
+        {"damaged pixels", File({header, badPixels, end}), false, false},
+        {"no pixels", File({header, end}), false, false},
+        {"no end", File({header, pixels}), false, false},
+        {"two headers", File({header, header, pixels, end}), false, false},
+        {"pixels first", File({pixels, header, end}), false, false},
+        {"unknown critical chunk", File({header, Chunk("ABCD"), pixels, end}), false, false},
+        {"length of two billion", File({header, "\x7f\xff\xff\xffIDAT", pixels, end}), false, false},
+        {"length of four billion", File({header, "\xff\xff\xff\xffIDAT", pixels, end}), false, false},
+        {"palette", OnePixel(8, 3, QByteArray("\0\0", 2)), true, true},
+        {"no palette", File({Header(1, 1, 8, 3), Pixels(QByteArray("\0\0", 2)), end}), false, false},
+        {"palette of four bytes", File({Header(1, 1, 8, 3), Chunk("PLTE", "rgbr"), pixels, end}), false,
+         false},
+        {"interlaced", OnePixel(8, 6, QByteArray("\0\xff\0\0\xff", 5), 1), true, true},
+        {"interlaced in a new way", OnePixel(8, 6, QByteArray("\0\xff\0\0\xff", 5), 2), false, false},
+        {"three bits", OnePixel(3, 0, QByteArray("\0\0", 2)), false, false},
+        {"palette of 16 bits", OnePixel(16, 3, QByteArray("\0\0\0", 3)), false, false},
+        {"unknown colours", OnePixel(8, 5, QByteArray("\0\0\0", 3)), false, false},
+        {"16 bits", OnePixel(16, 6, QByteArray("\0\xff\xff\0\0\0\0\xff\xff", 9)), true, true},
+        {"one bit", OnePixel(1, 0, QByteArray("\0\x80", 2)), true, true},
+        {"pixels that do not inflate", NotInflating(), true, false},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(PngStructure::IsSound(test.bytes), test.sound) << test.what;
+        QImage image;
+        EXPECT_EQ(DrawUtil::UnpackPngBuffer(test.bytes, image), test.decodes) << test.what;
+        EXPECT_EQ(image.isNull(), !test.decodes) << test.what;
+    }
+}
+
+TEST(PngPacking, WhatDecodesHasASoundStructure) {
+    using namespace vellix::PngBytes;
+    const QByteArray file = Packed(Gradient(5, 3));
+    int decoded = 0;
+    for (int at = 24; at < 29; ++at) { // the fields behind the size
+        for (int value = 0; value <= 17; ++value) {
+            QByteArray bytes = file;
+            bytes[at] = char(value);
+            bytes.replace(29, 4, Number(Crc(bytes.mid(12, 17))));
+            QImage image;
+            if (image.loadFromData(bytes, "PNG")) {
+                EXPECT_TRUE(PngStructure::IsSound(bytes)) << at << " is " << value;
+                ++decoded;
+            }
+        }
+    }
+    EXPECT_GE(decoded, 5) << "the file itself";
+}
+
+TEST(PngPacking, TheStructureAgreesWithUnpackingWhereverTheBytesEnd) {
     const QByteArray sound = Packed(Gradient(20, 20));
     for (int length = 0; length <= sound.size(); ++length) {
         const QByteArray cut = sound.left(length);
         QImage image;
         const bool unpacked = DrawUtil::UnpackPngBuffer(cut, image);
-        EXPECT_EQ(unpacked, DrawUtil::CheckPngBuffer(cut) != PngContent::Undecodable) << length;
+        EXPECT_EQ(unpacked, PngStructure::IsSound(cut)) << length;
         EXPECT_TRUE(!unpacked || image.size() == QSize(1024, 1024)) << length;
     }
 }

@@ -1,0 +1,76 @@
+#include "node/StoredFrames.h"
+
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "host/FrameTime.h"
+#include "host/Logger.h"
+#include "paint/PngStructure.h"
+
+#include <QBuffer>
+
+#include <limits>
+#include <memory>
+
+namespace vellix {
+
+namespace {
+
+/// Returns the message for bytes that are no picture, without its arguments; null for a sound one.
+const char* FindFault(QByteArray png) {
+    if (!QBuffer(&png).open(QIODevice::ReadOnly)) {
+        return "Failed to open draw data buffer: %1 (%2)";
+    }
+    return PngStructure::IsSound(png) ? nullptr : "Failed to load draw data: %1 (%2)";
+}
+
+} // namespace
+
+StoredFrames::StoredFrames(Layer& layer)
+    : layer_(layer) {}
+
+StoredFrames::~StoredFrames() {
+    if (moved_ > 0) {
+        Logger::Warning(
+            QString("Layer %1: %2 of its drawings stood on the whole frame of another and moved to the "
+                    "next free one, the first from frame %3 to %4.")
+                .arg(layer_.GetName(), QString::number(moved_), QString::number(firstMovedFrom_),
+                     QString::number(firstMovedTo_)));
+    }
+}
+
+void StoredFrames::Add(int index, const MTime& time, const QByteArray& png) {
+    if (const char* fault = FindFault(png)) {
+        Logger::Error(QString(fault).arg(layer_.GetName(), QString::number(index)));
+        return;
+    }
+    auto frame = std::make_unique<Frame>(time);
+    frame->SetPackedImage(png);
+    const int wanted = frame->GetTimeValue();
+    if (layer_.FrameExists(wanted)) {
+        frame->SetTimeValue(FindFreeFrame(wanted));
+        if (moved_++ == 0) {
+            firstMovedFrom_ = wanted;
+            firstMovedTo_ = frame->GetTimeValue();
+        }
+    }
+    layer_.InsertFrame(frame.release());
+}
+
+int StoredFrames::FindFreeFrame(int frame) {
+    constexpr int last = std::numeric_limits<int>::max();
+    if (frame < takenFrom_ || frame > takenTo_) {
+        takenFrom_ = takenTo_ = frame;
+    }
+    while (takenTo_ < last && layer_.FrameExists(takenTo_)) {
+        ++takenTo_;
+    }
+    if (!layer_.FrameExists(takenTo_)) {
+        return takenTo_;
+    }
+    while (layer_.FrameExists(takenFrom_)) { // there is none later
+        --takenFrom_;
+    }
+    return takenFrom_;
+}
+
+} // namespace vellix
