@@ -78,9 +78,6 @@ public:
     static bool SetLayerState(const QString& camera, int index, LayerState state);
     static bool RefreshLayerManagerDialog();
 
-    /// Makes the host ask before the scene is replaced, for what is not in an undo step yet.
-    static bool MarkSceneModified();
-
     /// Commits the stroke in progress. `layer` is the index of a layer that was added for the stroke, or
     /// negative. `frameAdded` says whether a frame was added for it.
     static bool PushStroke(const QString& camera, int layer, bool frameAdded);

@@ -193,10 +193,6 @@ bool MayaUtil::RefreshLayerManagerDialog() {
     return UtilDeferred("-rlm");
 }
 
-bool MayaUtil::MarkSceneModified() {
-    return Execute(QStringLiteral("file -modified 1"));
-}
-
 bool MayaUtil::PushStroke(const QString& camera, int layer, bool frameAdded) {
     QStringList arguments;
     if (layer >= 0) {
