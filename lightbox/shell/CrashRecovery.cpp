@@ -1,7 +1,6 @@
 #include "shell/CrashRecovery.h"
 
 #include "formats/AutoSave.h"
-#include "formats/FileError.h"
 #include "formats/SceneFiles.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
@@ -13,6 +12,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <exception>
 #include <utility>
 
 namespace lightbox {
@@ -79,7 +79,7 @@ void CrashRecovery::Ask(Host& host, QWidget* parent) {
         if (answer == Answer::Open && UnsavedChanges::Settle(host, parent)) {
             try {
                 autoSave.Recover(std::move(session));
-            } catch (const FileError& error) {
+            } catch (const std::exception& error) { // also when memory is short
                 host.output().Error(error.what());
             }
         }

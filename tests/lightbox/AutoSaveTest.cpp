@@ -173,7 +173,9 @@ TEST_F(AutoSaveTest, OtherSessionsKeepTheirFiles) {
     SessionRecord running(prefs_.path().toStdString());
     running.Write({"", false, {Path("saves/untitled.0002.ma")}});
     LeaveBehind({"", false, {Path("saves/untitled.0003.ma")}});
-    Write("saves/untitled.0004.ma", ""); // a save that was killed
+    // A save that was killed leaves the reserved file and the one that it was writing.
+    Write("saves/untitled.0004.ma", "");
+    Write("saves/.untitled.0004.ma.lightbox-1.part", "//Maya");
     Perform();
     EXPECT_EQ(Files(), (QStringList{"untitled.0002.ma", "untitled.0003.ma", "untitled.0005.ma"}));
     const AutoSave::Unfinished found = Saves().FindUnfinished();
