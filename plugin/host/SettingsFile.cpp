@@ -190,8 +190,10 @@ SettingsFile::SettingsFile(const QString& path)
 }
 
 void SettingsFile::Parse() {
+    // Some editors put this mark before the text.
+    const QByteArray mark("\xEF\xBB\xBF");
     groups_.append(Group());
-    for (const QByteArray& line : content_.split('\n')) {
+    for (const QByteArray& line : content_.mid(content_.startsWith(mark) ? mark.size() : 0).split('\n')) {
         const QByteArray trimmed = line.trimmed();
         if (trimmed.startsWith('[')) {
             const int end = trimmed.indexOf(']');
