@@ -39,7 +39,7 @@ public:
         SkipSpaces();
         bool isQuoted = false;
         bool wasQuoted = false;
-        for (; at_ < text_.size() && (isQuoted || text_[at_] != ';');) {
+        while (at_ < text_.size() && (isQuoted || text_[at_] != ';')) {
             const char character = text_[at_++];
             if (character == '\\') {
                 AddEscape();
