@@ -39,7 +39,7 @@ public:
         SkipSpaces();
         bool isQuoted = false;
         bool wasQuoted = false;
-        for (; at_ < text_.size() && (isQuoted || text_[at_] != ';');) {
+        while (at_ < text_.size() && (isQuoted || text_[at_] != ';')) {
             const char character = text_[at_++];
             if (character == '\\') {
                 AddEscape();
@@ -190,8 +190,10 @@ SettingsFile::SettingsFile(const QString& path)
 }
 
 void SettingsFile::Parse() {
+    // Some editors put this mark before the text.
+    const QByteArray mark("\xEF\xBB\xBF");
     groups_.append(Group());
-    for (const QByteArray& line : content_.split('\n')) {
+    for (const QByteArray& line : content_.mid(content_.startsWith(mark) ? mark.size() : 0).split('\n')) {
         const QByteArray trimmed = line.trimmed();
         if (trimmed.startsWith('[')) {
             const int end = trimmed.indexOf(']');

@@ -251,6 +251,15 @@ TEST_F(SettingsTest, OnlyWhatASettingCanBeIsDecoded) {
     EXPECT_EQ(SettingsFile::Decoded("\"a; b\" ; a comment"), QVariant("a; b"));
 }
 
+TEST_F(SettingsTest, WhatEditorsDoToTheFileIsRead) {
+    Write(
+        "\xEF\xBB\xBF[tools]\r\n  pencilSize = \"9\" ; small\r\n[ preferences ]\r\nignore2dPanZoom=true\r\n");
+    Settings::ReadUserConfig();
+    EXPECT_EQ(Settings::pencilSize, 9);
+    EXPECT_TRUE(Settings::ignore2dPanZoom);
+    Settings::ignore2dPanZoom = false;
+}
+
 TEST_F(SettingsTest, WhatOthersWroteStaysByteForByte) {
     const QByteArray others =
         "[other]\nkey = @DateTime(\\0 \r\n\n  ; a comment\n\xff\xfe no key\nk=\"no end\n";
