@@ -10,6 +10,7 @@
 
 #include <limits>
 #include <memory>
+#include <new>
 
 namespace vellix {
 
@@ -29,12 +30,10 @@ StoredFrames::StoredFrames(Layer& layer)
     : layer_(layer) {}
 
 StoredFrames::~StoredFrames() {
-    if (moved_ > 0) {
-        Logger::Warning(
-            QString("Layer %1: %2 of its drawings stood on the whole frame of another and moved to the "
-                    "next free one, the first from frame %3 to %4.")
-                .arg(layer_.GetName(), QString::number(moved_), QString::number(firstMovedFrom_),
-                     QString::number(firstMovedTo_)));
+    try {
+        ReportMoves();
+    } catch (const std::bad_alloc&) {
+        // Then the reading has failed, which is told.
     }
 }
 
@@ -54,6 +53,16 @@ void StoredFrames::Add(int index, const MTime& time, const QByteArray& png) {
         }
     }
     layer_.InsertFrame(frame.release());
+}
+
+void StoredFrames::ReportMoves() const {
+    if (moved_ > 0) {
+        Logger::Warning(
+            QString("Layer %1: %2 of its drawings stood on the whole frame of another and moved to the "
+                    "next free one, the first from frame %3 to %4.")
+                .arg(layer_.GetName(), QString::number(moved_), QString::number(firstMovedFrom_),
+                     QString::number(firstMovedTo_)));
+    }
 }
 
 int StoredFrames::FindFreeFrame(int frame) {

@@ -25,6 +25,7 @@ public:
 
 private:
     int FindFreeFrame(int frame);
+    void ReportMoves() const;
 
     Layer& layer_;
     int moved_ = 0;

@@ -1,6 +1,9 @@
 // Drawings in scene files: damaged ones, and what stays of them without the plug-in.
 
+#include "core/Frame.h"
+#include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/FrameTime.h"
 #include "host/entry/PluginMain.h"
 #include "node/BaseNode.h"
 #include "plugin/PluginTest.h"
@@ -106,6 +109,27 @@ TEST_F(DrawingFilesTest, DamagedTokensGiveTheirMessageAndKeepTheRestOfTheScene) 
         Open("bad.ma");
         EXPECT_THAT(Messages(), ::testing::Contains(HasSubstr(test.message))) << test.to;
         EXPECT_EQ(Ask("objExists after"), "1") << test.to;
+    }
+}
+
+TEST_F(DrawingFilesTest, NoDrawingVanishesAfterAChangeOfTheTimeUnit) {
+    LayerManager& drawing = *BaseNode::GetMaster()->GetLayerManager();
+    const int index = drawing.InsertLayer(PERSP, -1, QStringLiteral("Ones"));
+    for (int time = 1; time <= 24; ++time) {
+        drawing.GetLayer(PERSP, index)->AddFrame(FromWholeFrames(time));
+    }
+    ASSERT_TRUE(Run("currentUnit -time \"12fps\""));
+    ASSERT_TRUE(Save("half.ma"));
+    ASSERT_TRUE(Save("half.lbx"));
+    for (const char* name : {"half.ma", "half.lbx"}) {
+        Messages();
+        ASSERT_TRUE(Open(name)) << name;
+        EXPECT_THAT(Messages(), ::testing::Contains(HasSubstr("Layer Ones: 22 of its drawings"))) << name;
+        const Layer* layer = BaseNode::GetMaster()->GetLayer(PERSP, index);
+        ASSERT_EQ(layer->FrameCount(), 24) << name;
+        for (int i = 1; i < layer->FrameCount(); ++i) {
+            EXPECT_GT(layer->GetFrame(i)->GetTimeValue(), layer->GetFrame(i - 1)->GetTimeValue()) << name;
+        }
     }
 }
 
