@@ -192,9 +192,9 @@ Value Export(const CommandCall& call) {
         if (selected.empty()) {
             call.Fail("Nothing is selected to export.");
         }
-        Files(call).ExportNodes(file, format, selected);
+        Files(call).ExportNodes(file, format, selected, call.Has("-force"));
     } else {
-        Files(call).ExportAll(file, format);
+        Files(call).ExportAll(file, format, call.Has("-force"));
     }
     return file;
 }

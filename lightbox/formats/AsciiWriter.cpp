@@ -151,17 +151,19 @@ void AsciiWriter::WriteNodeBody(const std::shared_ptr<Node>& node) {
 }
 
 void AsciiWriter::WritePreserved(const std::shared_ptr<Node>& node) {
-    const PreservedContent::NodeContent* kept = preserved_.Find(*node);
-    if (!kept) {
-        return;
+    if (const PreservedContent::NodeContent* kept = preserved_.Find(*node)) {
+        WritePreserved(*kept);
     }
-    if (!kept->values.empty()) {
+}
+
+void AsciiWriter::WritePreserved(const PreservedContent::NodeContent& kept) {
+    if (!kept.values.empty()) {
         throw FileError(
-            "The scene holds data of type \"" + kept->values.front().dataType +
+            "The scene holds data of type \"" + kept.values.front().dataType +
             "\" in the binary form, which only its plug-in can turn into text. Load the plug-in and "
             "open the scene again, or save it as lightboxBinary.");
     }
-    for (const std::string& statement : kept->statements) {
+    for (const std::string& statement : kept.statements) {
         out_ << INDENT << statement << ";\n";
     }
 }
@@ -196,9 +198,7 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
     }
     for (const PreservedContent::DefaultBlock& block : preserved_.defaultBlocks) {
         out_ << "select -ne " << QuotedIfNeeded(block.node) << ";\n";
-        for (const std::string& statement : block.statements) {
-            out_ << INDENT << statement << ";\n";
-        }
+        WritePreserved(block.content);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "formats/PreservedContent.h"
 #include "formats/SceneContent.h"
 
 #include <iosfwd>
@@ -8,7 +9,6 @@
 namespace lightbox {
 
 class Host;
-class PreservedContent;
 
 /// Writes a scene as Maya ASCII, in Maya's order of statements.
 class AsciiWriter {
@@ -31,6 +31,7 @@ private:
     void WriteDefaults(const SceneContent& content);
     void WriteConnections(const SceneContent& content);
     void WritePreserved(const std::shared_ptr<Node>& node);
+    void WritePreserved(const PreservedContent::NodeContent& kept);
     static std::string NameOf(const Node& node);
     static std::string PlugName(const Plug& plug);
 

@@ -55,7 +55,7 @@ std::string AutoSave::Perform() {
     const std::string file = folder.Reserve(SceneFiles::SuffixOf(files.Format()));
     SessionRecord::Content content = record_.GetContent();
     content.sceneName = files.SceneName();
-    content.hasFaults = files.HasFaults();
+    content.hasFaults = files.FaultsOf(files.SceneName()) != nullptr;
     const auto isGone = [](const std::string& path) { return !QFile::exists(QString::fromStdString(path)); };
     content.files.erase(std::remove_if(content.files.begin(), content.files.end(), isGone),
                         content.files.end());
@@ -71,7 +71,7 @@ std::string AutoSave::Perform() {
         recordError = error.what();
     }
     try {
-        files.ExportAll(file, files.Format());
+        files.ExportAll(file, files.Format(), true);
     } catch (...) {
         QFile::remove(QString::fromStdString(file));
         throw;

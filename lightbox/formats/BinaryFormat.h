@@ -10,7 +10,7 @@ namespace lightbox::binary {
 // The constants of the binary container, shared by its writer and its reader.
 // docs/lightbox-scene-files.md describes the format.
 
-constexpr std::uint32_t VERSION = 1;
+constexpr std::uint32_t VERSION = 2;
 
 constexpr std::string_view HEAD = "HEAD";
 constexpr std::string_view REFERENCE = "REFR";

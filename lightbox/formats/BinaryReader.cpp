@@ -17,11 +17,13 @@
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
+#include "scene/ScopeExit.h"
 #include "text/Quoted.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 
 namespace lightbox {
 namespace {
@@ -62,55 +64,85 @@ bool HasUnknownType(const Attribute& attribute) {
                        [](const auto& child) { return HasUnknownType(*child); });
 }
 
+/// Has a plug-in read its value. Returns false when it cannot read all of it.
+bool ReadsWhole(DataValue& value, std::string_view bytes) {
+    MemoryStream stream(bytes);
+    try {
+        return static_cast<bool>(value.Data().readBinary(stream, static_cast<unsigned>(bytes.size())));
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 } // namespace
 
-void BinaryReader::Read(std::string_view bytes) {
-    try {
-        ChunkFile file(bytes);
-        while (const std::optional<Chunk> chunk = file.Next()) {
-            ReadChunk(*chunk);
-        }
-    } catch (const FileError& error) {
-        builder_.ReportFault(std::string(error.what()) + " Everything before it was read.");
+void BinaryReader::Read(std::string& bytes) {
+    ChunkFile file(bytes, [this](const std::string& fault) { builder_.ReportFault(fault); });
+    while (const std::optional<Chunk> chunk = file.Next()) {
+        ReadChunk(*chunk);
     }
 }
 
 void BinaryReader::ReadChunk(const Chunk& chunk) {
-    ChunkReader content(chunk.content);
-    try {
-        if (chunk.type == binary::HEAD) {
-            ReadHead(content);
-        } else if (chunk.type == binary::REFERENCE) {
-            ReadReference(content);
-        } else if (chunk.type == binary::REQUIREMENT) {
-            ReadRequirement(content);
-        } else if (chunk.type == binary::UNITS) {
-            const std::string linear = TakeText(content);
-            const std::string angular = TakeText(content);
-            builder_.SetUnits(linear, angular, TakeText(content));
-        } else if (chunk.type == binary::INFO) {
-            const std::string key = TakeText(content);
-            builder_.SetFileInfo(key, TakeText(content));
-        } else if (chunk.type == binary::NODE) {
-            ReadNode(content);
-        } else if (chunk.type == binary::CONFIGURATION) {
-            builder_.RunConfiguration(TakeText(content));
-        } else if (chunk.type == binary::EDIT || chunk.type == binary::DEFAULT_NODE) {
-            ReadExisting(content);
-        } else if (chunk.type == binary::CONNECTION || chunk.type == binary::BROKEN) {
-            ReadConnection(content, chunk.type == binary::BROKEN);
-        } else if (chunk.type == binary::STATEMENT) {
-            builder_.RunStatement(TakeText(content));
-        } else if (chunk.type != binary::DONE) {
-            builder_.WarnOnce("chunk " + std::string(chunk.type), "Unknown chunk '" +
-                                                                      std::string(chunk.type) +
-                                                                      "' from a later version is skipped.");
+    const std::string name =
+        "The chunk '" + std::string(chunk.type) + "' at byte " + std::to_string(chunk.position);
+    if (!chunk.IsWhole()) {
+        const bool isNode =
+            chunk.type == binary::NODE || chunk.type == binary::EDIT || chunk.type == binary::DEFAULT_NODE;
+        builder_.ReportFault(name + (chunk.isCut ? " is cut off" : " is damaged") +
+                             (isNode ? ". What is whole of its node is read." : " and was not read."));
+        if (!isNode) {
+            return;
         }
+    }
+    ChunkReader content(chunk);
+    try {
+        ReadContent(chunk, content);
     } catch (const FileError& error) {
-        builder_.ReportFault("In a chunk '" + std::string(chunk.type) + "': " + error.what());
-    } catch (const SceneError& error) {
+        builder_.ReportFault(name + ": " + error.what());
+    } catch (const std::bad_alloc&) {
+        throw; // to read on with hardly any memory would only fail again
+    } catch (const std::exception& error) {
         builder_.ReportFault(error.what());
     }
+}
+
+void BinaryReader::ReadContent(const Chunk& chunk, ChunkReader& content) {
+    if (chunk.type == binary::HEAD) {
+        ReadHead(content);
+    } else if (chunk.type == binary::REFERENCE) {
+        ReadReference(content);
+    } else if (chunk.type == binary::REQUIREMENT) {
+        ReadRequirement(content);
+    } else if (chunk.type == binary::UNITS) {
+        const std::string linear = TakeText(content);
+        const std::string angular = TakeText(content);
+        builder_.SetUnits(linear, angular, TakeText(content));
+    } else if (chunk.type == binary::INFO) {
+        const std::string key = TakeText(content);
+        builder_.SetFileInfo(key, TakeText(content));
+    } else if (chunk.type == binary::NODE) {
+        ReadNode(content);
+    } else if (chunk.type == binary::CONFIGURATION) {
+        builder_.RunConfiguration(TakeText(content));
+    } else if (chunk.type == binary::EDIT || chunk.type == binary::DEFAULT_NODE) {
+        ReadExisting(content);
+    } else if (chunk.type == binary::CONNECTION || chunk.type == binary::BROKEN) {
+        ReadConnection(content, chunk.type == binary::BROKEN);
+    } else if (chunk.type == binary::STATEMENT) {
+        builder_.RunStatement(TakeText(content));
+    } else if (chunk.type != binary::DONE) {
+        const std::string type(chunk.type);
+        builder_.WarnOnce("chunk " + type, "Unknown chunk '" + type + "' from a later version is skipped.");
+    }
+}
+
+bool BinaryReader::IsDamaged(ChunkReader& content, const std::string& what) {
+    const bool isDamaged = content.ReadDamage();
+    if (isDamaged) {
+        builder_.ReportFault(what + " is damaged and was not read.");
+    }
+    return isDamaged;
 }
 
 void BinaryReader::ReadHead(ChunkReader& content) {
@@ -142,18 +174,24 @@ void BinaryReader::ReadRequirement(ChunkReader& content) {
 }
 
 void BinaryReader::ReadNode(ChunkReader& content) {
+    builder_.Select({});
     const std::string type = TakeText(content);
     const std::string name = TakeText(content);
     const std::string parent = TakeText(content);
     const std::uint8_t flags = content.Byte();
     const std::string uuid = TakeText(content);
+    // All the rest hangs on the head, so a damaged one is used as far as it makes sense.
+    const bool isDamaged = content.ReadDamage();
     const std::shared_ptr<Node> node = builder_.CreateNode(type, name, parent, flags & binary::SHARED_NODE);
-    builder_.SetUuid(*node, uuid);
+    const ScopeExit lock([&] { node->locked = node->locked || flags & binary::LOCKED_NODE; });
+    if (!isDamaged) {
+        builder_.SetUuid(*node, uuid);
+    }
     ReadBody(content, node);
-    node->locked = node->locked || flags & binary::LOCKED_NODE;
 }
 
 void BinaryReader::ReadExisting(ChunkReader& content) {
+    builder_.Select({});
     const std::string name = TakeText(content);
     builder_.Select(name);
     ReadBody(content, builder_.Current());
@@ -172,6 +210,9 @@ void BinaryReader::ReadConnection(ChunkReader& content, bool isBroken) {
 void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& node) {
     for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         const std::shared_ptr<Attribute> attribute = ReadAttribute(content, 0);
+        if (IsDamaged(content, "The attribute \"" + attribute->LongName() + "\"")) {
+            continue;
+        }
         if (!node || HasUnknownType(*attribute)) {
             KeepAttribute(*attribute);
         } else if (!builder_.IsForeign(*node)) {
@@ -181,19 +222,27 @@ void BinaryReader::ReadBody(ChunkReader& content, const std::shared_ptr<Node>& n
     for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         ReadSetting(content, node);
     }
-    for (const std::string& statement : TakeTexts(content)) {
-        builder_.RunStatement(statement);
+    for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
+        ReadStatement(content);
     }
     for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
-        PlugSetting setting;
-        setting.path = TakeText(content);
-        setting.type = TakeText(content);
-        setting.hasValue = true;
-        const std::string_view bytes = content.Text();
-        if (node) {
-            ApplyBytes(node, setting, bytes);
-        }
+        ReadValue(content, node);
     }
+}
+
+void BinaryReader::ReadStatement(ChunkReader& content) {
+    const std::string statement = TakeText(content);
+    if (!IsDamaged(content, "A statement that was kept with the node")) {
+        builder_.RunStatement(statement);
+    }
+}
+
+void BinaryReader::ReadValue(ChunkReader& content, const std::shared_ptr<Node>& node) {
+    PlugSetting setting;
+    setting.path = TakeText(content);
+    setting.type = TakeText(content);
+    setting.hasValue = true;
+    ApplyBytes(node, setting, content.TextSoFar());
 }
 
 std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int depth) {
@@ -245,20 +294,21 @@ void BinaryReader::ReadSetting(ChunkReader& content, const std::shared_ptr<Node>
     const auto kind = static_cast<binary::ValueKind>(content.Byte());
     setting.hasValue = kind != binary::ValueKind::None;
     setting.isBoolean = kind == binary::ValueKind::Booleans;
-    std::string_view bytes;
     if (kind == binary::ValueKind::Data) {
-        bytes = content.Text();
-    } else if (kind == binary::ValueKind::Texts) {
+        // The plug-in can tell what of a damaged value is whole.
+        ApplyBytes(node, setting, content.TextSoFar());
+        content.ReadDamage();
+        return;
+    }
+    if (kind == binary::ValueKind::Texts) {
         setting.texts = TakeTexts(content);
     } else if (setting.hasValue) {
         for (std::uint32_t i = content.CountOf(sizeof(double)); i > 0; --i) {
             setting.numbers.push_back(content.Number());
         }
     }
-    if (kind != binary::ValueKind::Data) {
+    if (!IsDamaged(content, "The value of \"" + setting.path + "\"")) {
         ApplyOrKeep(node, setting);
-    } else if (node) {
-        ApplyBytes(node, setting, bytes);
     }
 }
 
@@ -288,35 +338,34 @@ void BinaryReader::KeepAttribute(const Attribute& attribute) {
 
 void BinaryReader::ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetting& setting,
                               std::string_view bytes) {
-    if (builder_.IsForeign(*node)) {
+    if (node && builder_.IsForeign(*node)) {
         return;
     }
     const auto type = host_.scene().types().FindDataType(setting.type);
-    if (!type || !node->FindAttribute(setting.path.substr(0, setting.path.find('[')))) {
-        builder_.WarnOnce("data type " + setting.type,
-                          "Unknown data type '" + setting.type + "'; its values are kept and written back.");
-        host_.files().preserved().Of(*node).values.push_back(
-            {setting.path, setting.type, std::string(bytes)});
+    if (!type) {
+        builder_.KeepForCurrent({setting.path, setting.type, std::string(bytes)}, "data type " + setting.type,
+                                "Unknown data type '" + setting.type +
+                                    "'; its values are kept and written back.");
         return;
     }
+    const std::string value = "The value of \"" + setting.path + "\", of type \"" + setting.type + "\", ";
     PlugSetting filled = setting;
     filled.data = TypeRegistry::MakeData(type);
     if (!filled.data || bytes.size() > std::numeric_limits<unsigned>::max()) {
-        builder_.ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
-                             "\", cannot be read.");
+        builder_.ReportFault(value + "cannot be read.");
         return;
     }
-    MemoryStream stream(bytes);
-    const bool isRead = filled.data->Data().readBinary(stream, static_cast<unsigned>(bytes.size()));
+    const bool isRead = ReadsWhole(*filled.data, bytes);
     // A damaged value is stored too: the plug-in may have read a part of it.
     try {
-        builder_.Apply(node, filled);
-    } catch (const SceneError& error) {
-        builder_.ReportFault(error.what());
+        ApplyOrKeep(node, filled);
+    } catch (const FileError&) {
+        // The plug-in cannot write it as text.
+        builder_.KeepForCurrent({setting.path, setting.type, std::string(bytes)}, "attribute " + setting.path,
+                                "Unknown attribute '" + setting.path + "'; it is kept and written back.");
     }
     if (!isRead) {
-        builder_.ReportFault("The value of \"" + setting.path + "\", of type \"" + setting.type +
-                             "\", could not be read completely.");
+        builder_.ReportFault(value + "could not be read completely.");
     }
 }
 

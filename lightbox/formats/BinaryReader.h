@@ -15,17 +15,20 @@ class SceneBuilder;
 struct PlugSetting;
 
 /// Reads Lightbox's binary container and passes its content to the SceneBuilder, which resolves the names.
-/// Reading stops at the first damaged chunk; the content before it stays in the scene.
+/// Of a damaged file everything is read whose checksums are right, and each thing that is left out is a
+/// fault. A plug-in's value is read even if it is damaged: the plug-in can tell what of it is whole.
 class BinaryReader {
 public:
     BinaryReader(Host& host, SceneBuilder& builder)
         : host_(host)
         , builder_(builder) {}
 
-    void Read(std::string_view bytes);
+    /// Puts single wrong bits right in `bytes`.
+    void Read(std::string& bytes);
 
 private:
     void ReadChunk(const Chunk& chunk);
+    void ReadContent(const Chunk& chunk, ChunkReader& content);
     void ReadHead(ChunkReader& content);
     void ReadReference(ChunkReader& content);
     void ReadRequirement(ChunkReader& content);
@@ -34,13 +37,17 @@ private:
     void ReadConnection(ChunkReader& content, bool isBroken);
     void ReadBody(ChunkReader& content, const std::shared_ptr<Node>& node);
     void ReadSetting(ChunkReader& content, const std::shared_ptr<Node>& node);
+    void ReadStatement(ChunkReader& content);
+    void ReadValue(ChunkReader& content, const std::shared_ptr<Node>& node);
     std::shared_ptr<Attribute> ReadAttribute(ChunkReader& content, int depth);
+    /// Whether what was read since the last call is damaged, which is reported.
+    bool IsDamaged(ChunkReader& content, const std::string& what);
 
     /// Stores a setting. A setting of an unknown attribute or of a null node is kept as text; other faults
     /// are reported.
     void ApplyOrKeep(const std::shared_ptr<Node>& node, const PlugSetting& setting);
-    /// Stores a value that a plug-in's data type reads from bytes. Keeps the bytes when the plug-in is not
-    /// loaded.
+    /// Stores a value that a plug-in's data type reads from bytes. Keeps the bytes of an unknown data type,
+    /// and the value of an unknown attribute or of a null node.
     void ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetting& setting, std::string_view bytes);
     /// Keeps a dynamic attribute of the current node as the statements that add it.
     void KeepAttribute(const Attribute& attribute);

@@ -42,6 +42,18 @@ std::string PlugName(const Plug& plug) {
     return NameOf(*plug.node) + "." + plug.AttributeName(false);
 }
 
+/// Writes the last two lists of a body.
+void PutPreserved(ChunkWriter& chunk, const PreservedContent::NodeContent& kept) {
+    // The statements come first: they may add the attributes that the values belong to.
+    PutTexts(chunk, kept.statements);
+    chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
+    for (const PreservedContent::BinaryValue& value : kept.values) {
+        chunk.Text(value.path);
+        chunk.Text(value.dataType);
+        chunk.Text(value.bytes);
+    }
+}
+
 std::uint32_t FlagsOf(const Attribute& attribute) {
     std::uint32_t bits = 0;
     std::uint32_t bit = 1;
@@ -158,21 +170,9 @@ void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node
     for (const PlugSetting& setting : settings) {
         PutSetting(chunk, setting);
     }
-    PutPreserved(chunk, *node);
-}
-
-void BinaryWriter::PutPreserved(ChunkWriter& chunk, const Node& node) const {
     static const PreservedContent::NodeContent nothing;
-    const PreservedContent::NodeContent* found = preserved_.Find(node);
-    const PreservedContent::NodeContent& kept = found ? *found : nothing;
-    // The statements come first: they may add the attributes that the values belong to.
-    PutTexts(chunk, kept.statements);
-    chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
-    for (const PreservedContent::BinaryValue& value : kept.values) {
-        chunk.Text(value.path);
-        chunk.Text(value.dataType);
-        chunk.Text(value.bytes);
-    }
+    const PreservedContent::NodeContent* kept = preserved_.Find(*node);
+    PutPreserved(chunk, kept ? *kept : nothing);
 }
 
 void BinaryWriter::PutAttribute(ChunkWriter& chunk, const Attribute& attribute) {
@@ -297,8 +297,7 @@ void BinaryWriter::WritePreserved() {
         chunk.Text(block.node);
         chunk.Count(0);
         chunk.Count(0);
-        PutTexts(chunk, block.statements);
-        chunk.Count(0);
+        PutPreserved(chunk, block.content);
         ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
     }
     for (const std::string& statement : preserved_.statements) {

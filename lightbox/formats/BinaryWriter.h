@@ -32,7 +32,6 @@ private:
     /// Appends a node's attributes, the given settings followed by the node's own, and its preserved content.
     void PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node,
                  std::vector<PlugSetting> settings = {}) const;
-    void PutPreserved(ChunkWriter& chunk, const Node& node) const;
     static void PutSetting(ChunkWriter& chunk, const PlugSetting& setting);
     static void PutAttribute(ChunkWriter& chunk, const Attribute& attribute);
 

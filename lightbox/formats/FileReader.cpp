@@ -5,12 +5,17 @@
 #include "formats/FileError.h"
 #include "formats/SceneStatements.h"
 #include "mel/Interpreter.h"
+#include "mel/Runtime.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "scene/Scene.h"
+#include "scene/ScopeExit.h"
 #include "scene/UndoQueue.h"
 
+#include <QScopedValueRollback>
+
+#include <algorithm>
 #include <cctype>
+#include <new>
 #include <set>
 #include <utility>
 
@@ -19,17 +24,42 @@ namespace {
 
 constexpr char ASCII_SIGNATURE[] = "//Maya ASCII";
 constexpr char BYTE_ORDER_MARK[] = "\xef\xbb\xbf";
-/// Limit of faults shown for one file; a damaged file may have very many.
-constexpr int SHOWN_FAULTS = 50;
+/// A text with more statements that are not MEL is not read further.
+constexpr int MAX_SYNTAX_ERRORS = 100;
+/// Number of attempts to run the beginning of a statement that is not MEL.
+constexpr int MAX_ATTEMPTS = 4;
+/// The comments at the beginning of a file end within this many bytes.
+constexpr std::size_t MAX_HEAD_LENGTH = 1000;
+
+/// The text without white space at its end.
+std::string_view Trimmed(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
+}
+
+/// The first word of a statement; empty when it does not begin with one.
+std::string FirstWord(std::string_view statement) {
+    const std::string_view word = statement.substr(0, statement.find_first_of(" \t\r\n;(\"-=$"));
+    const bool isWord =
+        !word.empty() && (std::isalpha(static_cast<unsigned char>(word[0])) || word[0] == '_');
+    return isWord ? std::string(word) : std::string();
+}
+
+bool IsAscii(const std::string& bytes) {
+    std::size_t begin = bytes.compare(0, 3, BYTE_ORDER_MARK) == 0 ? 3 : 0;
+    begin = bytes.find_first_not_of(" \t\r\n", begin);
+    return begin != std::string::npos &&
+           bytes.compare(begin, sizeof ASCII_SIGNATURE - 1, ASCII_SIGNATURE) == 0;
+}
+
+/// Whether a statement with this word makes another node the current one.
+bool SetsCurrent(std::string_view word) {
+    return word == "createNode" || word == "select";
+}
 
 } // namespace
 
 void FileReader::CheckIsScene(const std::string& bytes, const std::string& path) {
-    std::size_t begin = bytes.compare(0, 3, BYTE_ORDER_MARK) == 0 ? 3 : 0;
-    begin = bytes.find_first_not_of(" \t\r\n", begin);
-    const bool isAscii =
-        begin != std::string::npos && bytes.compare(begin, sizeof ASCII_SIGNATURE - 1, ASCII_SIGNATURE) == 0;
-    if (!isAscii && !ChunkFile::HasSignature(bytes)) {
+    if (!IsAscii(bytes) && !ChunkFile::HasSignature(bytes) && !ChunkFile::HasChunk(bytes)) {
         throw FileError("\"" + path + "\" is not a scene that can be read (Maya ASCII or Lightbox binary).");
     }
 }
@@ -39,22 +69,33 @@ void FileReader::Read(std::string bytes) {
     const UndoQueue::Pause pause(host_.undo());
     // Binary files contain statements, too.
     const mel::CommandRegistry::Overlay statements(host_.interpreter().Commands(), SceneStatements(*this));
-    Scene& scene = host_.scene();
-    const std::string nameSpaceBefore = std::exchange(scene.currentNamespace, std::string());
-    if (ChunkFile::HasSignature(bytes)) {
-        BinaryReader(host_, *this).Read(bytes);
-    } else {
-        ReadAscii(std::move(bytes));
+    const ScopeExit restoreNamespace([&scene = host_.scene(), before = host_.scene().currentNamespace] {
+        scene.currentNamespace = before;
+    });
+    host_.scene().currentNamespace.clear();
+    try {
+        ReadContent(std::move(bytes));
+        ApplySceneScript();
+    } catch (const std::bad_alloc&) {
+        ReportFault("There is not enough memory to read all of the file.");
+    } catch (const std::exception& error) {
+        ReportFault(std::string("The reading ended early: ") + error.what());
     }
-    ApplySceneScript();
-    scene.currentNamespace = nameSpaceBefore;
+}
+
+void FileReader::ReadContent(std::string bytes) {
+    if (IsAscii(bytes)) {
+        ReadAscii(std::move(bytes));
+    } else {
+        BinaryReader(host_, *this).Read(bytes);
+    }
 }
 
 void FileReader::ReadAscii(std::string text) {
     if (text.compare(0, 3, BYTE_ORDER_MARK) == 0) {
         text.erase(0, 3);
     }
-    WarnIfCutOff(text);
+    CheckEnd(text);
     hasLines_ = true;
     Run(std::move(text));
 }
@@ -66,35 +107,52 @@ void FileReader::RunStatement(const std::string& text) {
 void FileReader::Run(std::string text) {
     mel::RunOptions options;
     options.streamed = true;
-    options.beforeStatement = [this](std::string_view statement, std::string_view before) {
-        return BeforeStatement(statement, before);
+    options.beforeStatement = [this](std::string_view statement, int line) {
+        return BeforeStatement(statement, line);
     };
     options.onError = [this](const mel::Error& error) { return OnError(error); };
+    options.afterUnreadable = [this](std::string_view readable, std::string_view skipped, int line) {
+        AfterUnreadable(readable, skipped, line);
+    };
+    const QScopedValueRollback<int> depth(depth_, depth_ + 1);
+    const QScopedValueRollback<std::string_view> statement(statement_);
     try {
         host_.interpreter().Execute(std::move(text), source_.path, options);
     } catch (const mel::Error& error) {
-        // A syntax error or an interrupt by the user stopped the reading.
-        ++faults_;
-        host_.output().Error(error.Described());
+        // Too many syntax errors or an interrupt by the user stopped the reading.
+        ShowFault(error.Described());
     }
-    statement_ = {};
 }
 
-bool FileReader::BeforeStatement(std::string_view statement, std::string_view before) {
-    textBefore_ = before;
-    statement_ = statement.substr(0, statement.find_last_not_of(" \t\r\n") + 1);
+bool FileReader::BeforeStatement(std::string_view statement, int line) {
+    if (depth_ == 1) {
+        statementLine_ = line;
+    }
+    statement_ = Trimmed(statement);
+    const std::string word = FirstWord(statement_);
+    if (SetsCurrent(word)) {
+        // If it fails, what follows must not change the node before.
+        Select({});
+    }
+    const bool isCut = !statement_.empty() && statement_.back() != ';' && statement_.back() != '}';
     if (!statement_.empty() && statement_.back() == ';') {
         statement_.remove_suffix(1);
     }
-    const std::size_t end = statement_.find_first_of(" \t\r\n;(\"-=$");
-    const std::string word(statement_.substr(0, end));
-    const bool isWord =
-        !word.empty() && (std::isalpha(static_cast<unsigned char>(word[0])) || word[0] == '_');
+    if (depth_ == 1) {
+        isStatementCut_ = isCut;
+    }
+    if (isCut) {
+        ReportFault("The statement has no \";\" at its end: it is cut off.");
+        return word == "setAttr";
+    }
+    return word.empty() || IsWanted(word);
+}
+
+bool FileReader::IsWanted(const std::string& word) {
     mel::Interpreter& interpreter = host_.interpreter();
     static const std::set<std::string> keywords{"global", "proc", "if",    "for",    "while",  "do",
                                                 "switch", "int",  "float", "string", "vector", "matrix"};
-    if (!isWord || keywords.count(word) || interpreter.Commands().Find(word) ||
-        interpreter.HasProcedure(word)) {
+    if (keywords.count(word) || interpreter.Commands().Find(word) || interpreter.HasProcedure(word)) {
         return true;
     }
     KeepForFile(Statement(), "command " + word,
@@ -103,21 +161,51 @@ bool FileReader::BeforeStatement(std::string_view statement, std::string_view be
 }
 
 bool FileReader::OnError(const mel::Error& error) {
-    if (error.IsSyntaxError()) {
+    if (error.IsSyntaxError() && depth_ == 1 && ++syntaxErrors_ > MAX_SYNTAX_ERRORS) {
         return false;
     }
-    if (++faults_ <= SHOWN_FAULTS) {
-        host_.output().Error(error.Described());
-    } else if (faults_ == SHOWN_FAULTS + 1) {
-        host_.output().Error("file: " + source_.path + ": there are more errors, which are not shown.");
+    if (error.IsSyntaxError() && isStatementCut_) {
+        return true; // shown already
     }
+    if (std::string_view(error.what()) == mel::Runtime::OUT_OF_MEMORY) {
+        throw std::bad_alloc();
+    }
+    // A place in a text that the file does not hold as such says nothing.
+    ShowFault(depth_ == 1 ? error.Described() : Place() + error.what());
     return true;
 }
 
-void FileReader::WarnIfCutOff(std::string_view text) {
+void FileReader::AfterUnreadable(std::string_view readable, std::string_view skipped, int line) {
+    readable = Trimmed(readable);
+    if (depth_ > 1 && readable.size() + 1 >= Trimmed(skipped).size()) {
+        // What is before the fault is not MEL either: "{".
+        readable = Trimmed(readable.substr(0, readable.find_last_of(" \t\r\n") + 1));
+    }
+    if (FirstWord(readable) == "setAttr" && depth_ <= MAX_ATTEMPTS) {
+        statementLine_ = depth_ == 1 ? line : statementLine_;
+        const QScopedValueRollback<bool> cut(isStatementCut_, true);
+        RunStatement(std::string(readable));
+    }
+    bool setsCurrent = false;
+    while (!skipped.empty() && !setsCurrent) {
+        setsCurrent = SetsCurrent(FirstWord(skipped));
+        skipped.remove_prefix(std::min(skipped.find('\n'), skipped.size() - 1) + 1);
+    }
+    if (setsCurrent) {
+        Select({});
+    }
+}
+
+void FileReader::CheckEnd(std::string_view text) {
     const std::size_t end = text.find_last_not_of(" \t\r\n");
     const std::size_t lineBegin = text.rfind('\n', end) + 1;
-    if (end != std::string_view::npos && text.substr(lineBegin, 6) != "// End") {
+    if (end == std::string_view::npos || text.substr(lineBegin, 6) == "// End") {
+        return;
+    }
+    // A program that writes the file's name at its beginning writes it at its end, too.
+    if (text.substr(0, MAX_HEAD_LENGTH).find("\n//Name:") != std::string_view::npos) {
+        ReportFault("The last line of the file is missing: the file is cut off.");
+    } else {
         WarnOnce("cut off", "The last line of the file is missing; the file may have been cut off.");
     }
 }

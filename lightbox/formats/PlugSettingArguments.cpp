@@ -183,7 +183,12 @@ void PlugSettingArguments::BuildData() {
     }
     const MArgList tokens = mel::ArgumentTokens::Wrap(mel::ArgumentTokens(std::move(values_)));
     unsigned element = 0;
-    dataIsWhole_ = static_cast<bool>(setting_.data->Data().readASCII(tokens, element));
+    try {
+        dataIsWhole_ = static_cast<bool>(setting_.data->Data().readASCII(tokens, element));
+    } catch (const std::exception&) {
+        // The part of the value that was read before is stored.
+        dataIsWhole_ = false;
+    }
 }
 
 void PlugSettingArguments::CheckIsWhole() const {

@@ -31,6 +31,9 @@ public:
     /// The argument of `-type`, or empty.
     const std::string& Type() const { return setting_.type; }
     const std::vector<mel::Value>& Values() const { return values_; }
+    /// True for a value that is neither a text nor of a fixed number of numbers: that of a plug-in, or a
+    /// list.
+    bool IsDataType() const;
     edit::OutOfRange outOfRange() const { return outOfRange_; }
 
     /// Builds the setting for the node. Call it once. Throws mel::Error for a value that does not fit its
@@ -44,7 +47,6 @@ private:
     bool NextBool();
     const mel::Value& Next();
     bool ValueIsComplete() const;
-    bool IsDataType() const;
 
     void BuildNumbers(std::size_t begin);
     void BuildTexts(std::size_t begin);

@@ -40,10 +40,11 @@ public:
         std::string plugin;
         std::string statement;
     };
-    /// The settings of a default node that this host lacks: the statements after "select -ne :name;".
+    /// The settings of a node that is missing, for example a default node that this host lacks: what stands
+    /// after "select -ne :name;".
     struct DefaultBlock {
         std::string node;
-        std::vector<std::string> statements;
+        NodeContent content;
     };
 
     NodeContent& Of(const Node& node);

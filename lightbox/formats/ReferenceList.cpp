@@ -74,6 +74,8 @@ const FileReference& ReferenceList::Add(const std::string& path, const std::stri
 void ReferenceList::Read(const std::string& name) {
     const FileReference reference = Locate(name);
     const FileOperationScope scope(host_, FileOperation::Reference);
+    // What is wrong with the referenced file is not lost by saving the file that references it.
+    const ErrorCollector errors(host_.output());
     FileReader reader(host_, {reference.path, FileReader::Mode::Reference, reference.nameSpace, name});
     try {
         host_.files().RunReader(reader);

@@ -22,6 +22,8 @@ namespace lightbox {
 namespace {
 
 constexpr int SCENE_CONFIGURATION = 6;
+/// Limit of faults shown for one file; a damaged file may have very many.
+constexpr int MAX_SHOWN_FAULTS = 50;
 
 } // namespace
 
@@ -58,14 +60,25 @@ void SceneBuilder::RunConfiguration(const std::string& script) {
 std::string SceneBuilder::Place() const {
     std::string place = "file: " + source_.path;
     if (hasLines_ && !statement_.empty()) {
-        place += " line " + std::to_string(1 + std::count(textBefore_.begin(), textBefore_.end(), '\n'));
+        place += " line " + std::to_string(statementLine_);
     }
     return place + ": ";
 }
 
 void SceneBuilder::ReportFault(const std::string& message) {
-    ++faults_;
-    host_.output().Error(Place() + message);
+    ShowFault(Place() + message);
+}
+
+void SceneBuilder::ShowFault(const std::string& text) {
+    if (shownFaults_ < MAX_SHOWN_FAULTS) {
+        ++shownFaults_;
+        host_.output().Error(text);
+        return;
+    }
+    if (hiddenFaults_ == 0) {
+        host_.output().Error("file: " + source_.path + ": there are more errors, which are not shown.");
+    }
+    ++hiddenFaults_;
 }
 
 void SceneBuilder::WarnOnce(const std::string& kind, const std::string& message) {
@@ -76,12 +89,30 @@ void SceneBuilder::WarnOnce(const std::string& kind, const std::string& message)
 
 void SceneBuilder::KeepForCurrent(const std::string& statement, const std::string& kind,
                                   const std::string& warning) {
-    WarnOnce(kind, warning);
-    if (current_) {
-        KeepForNode(*current_, statement);
-    } else {
-        host_.files().preserved().BlockOf(missingDefault_).statements.push_back(statement);
+    if (PreservedContent::NodeContent* content = ContentOfCurrent()) {
+        WarnOnce(kind, warning);
+        content->statements.push_back(statement);
     }
+}
+
+void SceneBuilder::KeepForCurrent(PreservedContent::BinaryValue value, const std::string& kind,
+                                  const std::string& warning) {
+    if (PreservedContent::NodeContent* content = ContentOfCurrent()) {
+        WarnOnce(kind, warning);
+        content->values.push_back(std::move(value));
+    }
+}
+
+/// Returns where to keep what belongs to the current or the missing node; null when that is ignored.
+PreservedContent::NodeContent* SceneBuilder::ContentOfCurrent() {
+    if (current_) {
+        return IsForeign(*current_) ? nullptr : &host_.files().preserved().Of(*current_);
+    }
+    if (missingDefault_.empty()) {
+        ReportFault("There is no node that this belongs to; it was not read.");
+        return nullptr;
+    }
+    return &host_.files().preserved().BlockOf(missingDefault_).content;
 }
 
 void SceneBuilder::KeepForNode(const Node& node, const std::string& statement) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/PlugSetting.h"
+#include "formats/PreservedContent.h"
 #include "scene/NonCopyable.h"
 #include "scene/Plug.h"
 
@@ -55,7 +56,7 @@ public:
     const std::shared_ptr<Node>& Current() const { return current_; }
     /// The name of the missing node of the last `select`. Meaningful only while Current() is null.
     const std::string& MissingDefault() const { return missingDefault_; }
-    /// Makes a node the current one: `select -ne :time1;`.
+    /// Makes a node the current one: `select -ne :time1;`. An empty path leaves no node current.
     void Select(const std::string& path);
     /// Creates a node and makes it the current one. A shared node that exists already is used instead. An
     /// unknown type gives an unknown node.
@@ -80,16 +81,21 @@ public:
     virtual void RunStatement(const std::string& text) = 0;
     /// The text of the running statement, as in the file.
     std::string Statement() const { return std::string(statement_); }
+    /// True while the beginning of a statement runs whose rest is damaged or cut off.
+    bool IsStatementCut() const { return isStatementCut_; }
 
     /// Preserve a statement of the current node, of a node or of the file. `warning` is shown once for each
     /// `kind`.
     void KeepForCurrent(const std::string& statement, const std::string& kind, const std::string& warning);
+    void KeepForCurrent(PreservedContent::BinaryValue value, const std::string& kind,
+                        const std::string& warning);
     void KeepForNode(const Node& node, const std::string& statement);
     void KeepForFile(const std::string& statement, const std::string& kind, const std::string& warning);
 
-    int FaultCount() const { return faults_; }
-    /// Shows a fault as an error and counts it.
+    /// Shows a fault as an error. Of very many only the first are shown.
     void ReportFault(const std::string& message);
+    /// The number of faults that were not shown.
+    int HiddenFaultCount() const { return hiddenFaults_; }
     /// Shows a warning, once for each `kind`.
     void WarnOnce(const std::string& kind, const std::string& message);
     /// Returns "file: PATH line N: ", or without the line for a binary file.
@@ -100,10 +106,13 @@ protected:
 
     Host& host_;
     Source source_;
+    /// Shows a fault whose text tells where it is.
+    void ShowFault(const std::string& text);
+
     std::string_view statement_;
-    std::string_view textBefore_; ///< the file's text before the statement
-    bool hasLines_ = false;       ///< true for a text file
-    int faults_ = 0;
+    int statementLine_ = 0;
+    bool isStatementCut_ = false;
+    bool hasLines_ = false; ///< true for a text file
 
 private:
     struct LocalName {
@@ -115,6 +124,7 @@ private:
         double angular = 1.0;
     };
 
+    PreservedContent::NodeContent* ContentOfCurrent();
     void AddLocalName(const std::string& name, const std::string& parentPath,
                       const std::shared_ptr<Node>& node);
     std::vector<std::shared_ptr<Node>> FindLocal(const std::string& path) const;
@@ -138,6 +148,8 @@ private:
     std::shared_ptr<Node> sceneScript_;
     UnitScale scale_;
     std::set<std::string> warned_;
+    int shownFaults_ = 0;
+    int hiddenFaults_ = 0;
 };
 
 } // namespace lightbox

@@ -200,14 +200,10 @@ std::shared_ptr<Node> SceneBuilder::ReplaceByTransform(const std::shared_ptr<Nod
     // Preserved statements may set attributes that every transform has.
     const std::vector<std::string> kept =
         std::exchange(host_.files().preserved().Of(*transform).statements, {});
-    const std::string_view statement = statement_;
-    const std::string_view before = textBefore_;
     current_ = transform;
     for (const std::string& text : kept) {
         RunStatement(text);
     }
-    statement_ = statement;
-    textBefore_ = before;
     return transform;
 }
 

@@ -11,6 +11,7 @@
 #include "formats/SceneContent.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
+#include "scene/Output.h"
 #include "scene/Scene.h"
 #include "scene/ScopeExit.h"
 #include "scene/Timeline.h"
@@ -21,6 +22,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <new>
 #include <tuple>
 
 namespace lightbox {
@@ -28,6 +30,32 @@ namespace {
 
 constexpr char ASCII_SUFFIX[] = "ma";
 constexpr char BINARY_SUFFIX[] = "lbx";
+
+/// Number of faults that the message of a refused save names.
+constexpr std::size_t NAMED_FAULTS = 3;
+/// Number of a file's faults that are kept.
+constexpr std::size_t MAX_KEPT_FAULTS = 50;
+
+/// The path that a file has whatever link it is reached by.
+std::string CanonicalPath(const std::string& path) {
+    const QFileInfo info(QString::fromStdString(path));
+    const QString canonical = info.canonicalFilePath();
+    return (canonical.isEmpty() ? info.absoluteFilePath() : canonical).toStdString();
+}
+
+ReadFaults FaultsFrom(const ErrorCollector& errors, const FileReader& reader) {
+    ReadFaults faults;
+    faults.messages = errors.Texts();
+    faults.count = faults.messages.size() + static_cast<std::size_t>(reader.HiddenFaultCount());
+    faults.messages.resize(std::min(MAX_KEPT_FAULTS, faults.messages.size()));
+    const std::string file = "file: " + reader.source().path;
+    for (std::string& message : faults.messages) {
+        if (message.compare(0, file.size(), file) == 0) {
+            message.erase(0, message.find_first_not_of(" :", file.size()));
+        }
+    }
+    return faults;
+}
 
 std::string ReadBytes(const std::string& path) {
     QFile file(QString::fromStdString(path));
@@ -40,7 +68,12 @@ std::string ReadBytes(const std::string& path) {
                         (info.isFile() ? file.errorString().toStdString() : std::string("it is not a file")) +
                         ".");
     }
-    std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+    std::string bytes;
+    try {
+        bytes.resize(static_cast<std::size_t>(file.size()));
+    } catch (const std::bad_alloc&) {
+        throw FileError("There is not enough memory to read \"" + path + "\".");
+    }
     const qint64 count = file.read(bytes.data(), static_cast<qint64>(bytes.size()));
     if (count != static_cast<qint64>(bytes.size())) {
         throw FileError("Could not read \"" + path + "\": " + file.errorString().toStdString() + ".");
@@ -114,7 +147,6 @@ const std::string& SceneFiles::Rename(const std::string& path) {
         AbsolutePath(path) + (isKnown ? std::string() : std::string(".") + SuffixOf(format_));
     if (name != sceneName_) {
         sceneName_ = name;
-        hasFaults_ = false;
         ForceModified();
     }
     return sceneName_;
@@ -174,7 +206,7 @@ void SceneFiles::Empty() {
     fileInfo_.clear();
     sceneName_.clear();
     format_ = SceneFormat::MayaAscii;
-    hasFaults_ = false;
+    faults_.clear();
 }
 
 void SceneFiles::New(bool force) {
@@ -196,9 +228,38 @@ void SceneFiles::RunReader(FileReader& reader) {
 }
 
 void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
+    const std::string path = CanonicalPath(reader.source().path);
+    MarkAsReading(path);
     readers_.push_back(&reader);
     const ScopeExit unregister([this] { readers_.pop_back(); });
+    const ErrorCollector errors(host_.output());
     reader.Read(std::move(bytes));
+    const ReadFaults faults = FaultsFrom(errors, reader);
+    if (faults.count > 0) {
+        faults_[path] = faults;
+    } else if (const auto entry = faults_.find(path);
+               entry != faults_.end() &&
+               (entry->second.isReading || reader.source().mode == FileReader::Mode::Reference)) {
+        faults_.erase(entry);
+    }
+}
+
+void SceneFiles::MarkAsReading(const std::string& path) {
+    faults_.try_emplace(path, ReadFaults{1, {"The file was not read to its end."}, true});
+}
+
+const ReadFaults* SceneFiles::FaultsOf(const std::string& path) const {
+    const auto found = faults_.find(CanonicalPath(path));
+    return found == faults_.end() ? nullptr : &found->second;
+}
+
+void SceneFiles::CheckReplaceable(const std::string& path, bool force) const {
+    const ReadFaults* faults = FaultsOf(path);
+    if (faults && !force) {
+        throw FileError("\"" + path + "\" was read with errors; saving would lose what could not be read: " +
+                        faults->Summary(NAMED_FAULTS, "; ") +
+                        ". Save under another name, or force the save.");
+    }
 }
 
 void SceneFiles::Open(const std::string& path, bool force) {
@@ -212,8 +273,17 @@ void SceneFiles::OpenCopy(const std::string& copy, const std::string& name, bool
     CheckUnsaved(true);
     Read(copy, name);
     ForceModified();
+    if (!name.empty()) {
+        const std::string path = CanonicalPath(name);
+        if (const ReadFaults* faults = FaultsOf(copy)) {
+            faults_[path] = *faults;
+        } else if (hadFaults) {
+            faults_[path] = {1, {"what could not be read before the last session ended"}, false};
+        } else {
+            faults_.erase(path);
+        }
+    }
     CheckFaults(copy);
-    hasFaults_ = hadFaults;
 }
 
 void SceneFiles::Read(const std::string& file, const std::string& name) {
@@ -226,12 +296,16 @@ void SceneFiles::Read(const std::string& file, const std::string& name) {
     {
         const FileOperationScope scope(host_, FileOperation::Open);
         Empty();
+        // The scene gets its name only after the file is known as one that is not read yet.
+        MarkAsReading(CanonicalPath(file));
+        if (!name.empty()) {
+            MarkAsReading(CanonicalPath(name));
+        }
         sceneName_ = name;
         format_ = FormatOf(file, SceneFormat::MayaAscii);
         RunReader(reader, std::move(bytes));
     }
     host_.undo().Flush();
-    hasFaults_ = reader.FaultCount() > 0;
     SetModified(false);
     host_.events().Fire("PostSceneRead");
     host_.events().Fire("SceneOpened");
@@ -241,7 +315,7 @@ void SceneFiles::Read(const std::string& file, const std::string& name) {
 }
 
 void SceneFiles::CheckFaults(const std::string& file) const {
-    if (hasFaults_) {
+    if (FaultsOf(file)) {
         throw FileError("Errors while reading \"" + file +
                         "\"; the scene holds everything that could be read.");
     }
@@ -251,12 +325,7 @@ void SceneFiles::Save(bool force) {
     if (sceneName_.empty()) {
         throw FileError("No file name specified.");
     }
-    if (hasFaults_ && !force) {
-        throw FileError(
-            "\"" + sceneName_ +
-            "\" was read with errors; saving would lose the content that could not be read. Save under "
-            "another name, or force the save.");
-    }
+    CheckReplaceable(sceneName_, force);
     if (!operations_.empty()) {
         throw FileError("The scene cannot be saved while a file is being read or written.");
     }
@@ -265,20 +334,19 @@ void SceneFiles::Save(bool force) {
         const FileOperationScope scope(host_, FileOperation::Save);
         Write(sceneName_, format_, SceneContent::Whole(host_));
     }
-    hasFaults_ = false;
     SetModified(false);
     autoSave_->Settle();
     host_.events().Fire("SceneSaved");
 }
 
 void SceneFiles::SaveAs(const std::string& path, std::optional<SceneFormat> format, bool force) {
-    const auto before = std::make_tuple(sceneName_, format_, hasFaults_, isForcedModified_);
+    const auto before = std::make_tuple(sceneName_, format_, isForcedModified_);
     try {
         Rename(path);
         format_ = format.value_or(format_);
         Save(force);
     } catch (...) {
-        std::tie(sceneName_, format_, hasFaults_, isForcedModified_) = before;
+        std::tie(sceneName_, format_, isForcedModified_) = before;
         throw;
     }
 }
@@ -292,7 +360,7 @@ std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, c
     }
     ForceModified();
     host_.events().Fire("SceneImported");
-    if (reader.FaultCount() > 0) {
+    if (FaultsOf(file)) {
         throw FileError("Errors while reading \"" + file +
                         "\"; the scene holds everything that could be read.");
     }
@@ -311,13 +379,15 @@ std::string SceneFiles::AddReference(const std::string& path, const std::string&
     return added;
 }
 
-void SceneFiles::ExportAll(const std::string& path, SceneFormat format) {
+void SceneFiles::ExportAll(const std::string& path, SceneFormat format, bool force) {
+    CheckReplaceable(AbsolutePath(path), force);
     const FileOperationScope scope(host_, FileOperation::Export);
     Write(AbsolutePath(path), format, SceneContent::Whole(host_));
 }
 
 void SceneFiles::ExportNodes(const std::string& path, SceneFormat format,
-                             const std::vector<std::shared_ptr<Node>>& nodes) {
+                             const std::vector<std::shared_ptr<Node>>& nodes, bool force) {
+    CheckReplaceable(AbsolutePath(path), force);
     const FileOperationScope scope(host_, FileOperation::Export);
     Write(AbsolutePath(path), format, SceneContent::Part(host_, nodes));
 }
@@ -338,6 +408,7 @@ void SceneFiles::Write(const std::string& path, SceneFormat format, SceneContent
         throw;
     }
     file.Commit();
+    faults_.erase(CanonicalPath(path));
 }
 
 void SceneFiles::SetFileInfo(const std::string& key, const std::string& value) {

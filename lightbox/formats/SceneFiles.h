@@ -2,10 +2,12 @@
 
 #include "formats/FileError.h"
 #include "formats/FileOperation.h"
+#include "formats/ReadFaults.h"
 #include "scene/Node.h"
 #include "scene/NonCopyable.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,8 +32,9 @@ enum class SceneFormat { MayaAscii, LightboxBinary };
 ///
 /// A file that cannot be opened, or that is not a scene, leaves the scene unchanged. When a scene file has
 /// faults, everything that could be read stays in the scene, as in Maya. Each fault is reported with file and
-/// line, and the call throws FileError at its end. Save() then refuses to overwrite the file unless it is
-/// forced or the scene is renamed.
+/// line, and the call throws FileError at its end. Every error shown while the file is read counts as a
+/// fault, also a plug-in's. A file with faults is not overwritten unless that is forced, whatever name the
+/// scene has had in between; so is one that was imported or referenced.
 class SceneFiles : NonCopyable {
 public:
     explicit SceneFiles(Host& host);
@@ -51,8 +54,6 @@ public:
     void SetModified(bool modified);
     /// Equal values mean an equal scene.
     std::pair<std::uint64_t, std::uint64_t> ContentVersion() const;
-    /// True when the scene's file was read with faults, and saving over it would lose what could not be read.
-    bool HasFaults() const { return hasFaults_; }
 
     /// Empties the scene and makes the default nodes. New() and Open() throw FileError for unsaved changes
     /// unless `force`, and while another file operation runs.
@@ -66,6 +67,8 @@ public:
     /// Saves under another name, like Rename() and Save(). When that fails, the scene keeps its name and
     /// format.
     void SaveAs(const std::string& path, std::optional<SceneFormat> format, bool force);
+    /// The faults with which this scene has read a file; null when there were none.
+    const ReadFaults* FaultsOf(const std::string& path) const;
     /// Adds the content of another scene and returns the new nodes. Cannot be undone. The new nodes go into
     /// the namespace; when it is empty, names that clash get the file's base name as prefix.
     std::vector<std::shared_ptr<Node>> Import(const std::string& path, const std::string& nameSpace);
@@ -74,10 +77,10 @@ public:
     std::string AddReference(const std::string& path, const std::string& nameSpace, const std::string& name,
                              bool deferred);
     /// Write the whole scene, or some nodes with all that belongs to them, to another file. The scene's name
-    /// stays.
-    void ExportAll(const std::string& path, SceneFormat format);
+    /// stays. `force` is as for Save().
+    void ExportAll(const std::string& path, SceneFormat format, bool force);
     void ExportNodes(const std::string& path, SceneFormat format,
-                     const std::vector<std::shared_ptr<Node>>& nodes);
+                     const std::vector<std::shared_ptr<Node>>& nodes, bool force);
 
     AutoSave& autoSave() const { return *autoSave_; }
     ReferenceList& references() const { return *references_; }
@@ -118,8 +121,11 @@ private:
 
     void CheckUnsaved(bool force) const;
     void ForceModified();
+    void CheckReplaceable(const std::string& path, bool force) const;
     void Empty();
-    /// Replaces the scene by a file's content, under that name. Faults only set `hasFaults_`.
+    /// Until its end is reached a file counts as one with faults: an exception may end the reading anywhere.
+    void MarkAsReading(const std::string& path);
+    /// Replaces the scene by a file's content, under that name.
     void Read(const std::string& file, const std::string& name);
     void CheckFaults(const std::string& file) const;
     void Write(const std::string& path, SceneFormat format, SceneContent content);
@@ -127,7 +133,7 @@ private:
     Host& host_;
     std::string sceneName_;
     SceneFormat format_ = SceneFormat::MayaAscii;
-    bool hasFaults_ = false;
+    std::map<std::string, ReadFaults> faults_; ///< by the canonical path of the file
     bool isForcedModified_ = false;
     std::uint64_t forcedChanges_ = 0; ///< changes that the undo queue does not know
     std::uint64_t savedState_ = 0;

@@ -263,6 +263,9 @@ void KeepUnknown(SceneBuilder& builder, const Node& node, const PlugSettingArgum
 
 Value SetAttr(SceneBuilder& builder, CommandCall& call, const Command&) {
     PlugSettingArguments arguments(call);
+    if (builder.IsStatementCut() && !arguments.IsDataType()) {
+        call.Fail("The value of '" + arguments.PlugName() + "' is damaged or cut off; it was not read.");
+    }
     const std::string& plug = arguments.PlugName();
     const std::string name = plug.substr(0, plug.find('.'));
     const std::shared_ptr<Node> node = name.empty() ? builder.Current() : builder.Find(name);

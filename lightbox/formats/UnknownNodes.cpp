@@ -20,6 +20,21 @@ bool Holds(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+/// Whether the attribute or one below it has a data type of the plug-in.
+bool HasDataType(const Attribute& attribute, const Plugin& plugin) {
+    return (attribute.Kind() == AttributeKind::PluginData &&
+            Holds(plugin.dataTypes, attribute.dataTypeName)) ||
+           std::any_of(attribute.Children().begin(), attribute.Children().end(),
+                       [&](const auto& child) { return HasDataType(*child, plugin); });
+}
+
+/// Whether a setting's path begins with the attribute or one below it.
+bool IsBelow(const std::string& path, const Attribute& attribute) {
+    return path.substr(0, path.find_first_of("[.")) == attribute.ShortName() ||
+           std::any_of(attribute.Children().begin(), attribute.Children().end(),
+                       [&](const auto& child) { return IsBelow(path, *child); });
+}
+
 } // namespace
 
 bool UnknownNodes::HasTypeOf(const Node& node, const Plugin& plugin) const {
@@ -28,10 +43,8 @@ bool UnknownNodes::HasTypeOf(const Node& node, const Plugin& plugin) const {
 
 bool UnknownNodes::HasDataOf(const Node& node, const Plugin& plugin) const {
     const auto& attributes = node.DynamicAttributes();
-    return std::any_of(attributes.begin(), attributes.end(), [&](const auto& attribute) {
-        return attribute->Kind() == AttributeKind::PluginData &&
-               Holds(plugin.dataTypes, attribute->dataTypeName);
-    });
+    return std::any_of(attributes.begin(), attributes.end(),
+                       [&](const auto& attribute) { return HasDataType(*attribute, plugin); });
 }
 
 int UnknownNodes::CountUsing(const Plugin& plugin) const {
@@ -67,24 +80,25 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
     }
     const std::vector<PlugSetting> settings = PlugSettingCollector::Collect(node);
     const std::vector<std::shared_ptr<Attribute>> attributes = node->DynamicAttributes();
-    auto& kept = host_.files().preserved().Of(*node).statements;
+    PreservedContent& preserved = host_.files().preserved();
+    auto& kept = preserved.Of(*node).statements;
     for (const auto& attribute : attributes) {
-        if (attribute->Kind() != AttributeKind::PluginData ||
-            !Holds(plugin.dataTypes, attribute->dataTypeName)) {
+        if (!HasDataType(*attribute, plugin)) {
             continue;
         }
         for (const std::string& text : ascii::AddAttrTexts(*attribute)) {
             kept.push_back(text);
         }
         for (const PlugSetting& setting : settings) {
-            if (setting.data && setting.path.substr(0, setting.path.find('[')) == attribute->ShortName()) {
+            if (IsBelow(setting.path, *attribute)) {
                 kept.push_back(ascii::SettingText(setting));
             }
         }
-        for (const int element : node->Elements(*attribute)) {
-            node->SetState(*attribute, element, {});
+        for (const Connection& cut : host_.scene().connections().CutAttribute(*node, *attribute)) {
+            preserved.connections.push_back({cut.source.node, cut.source.AttributeName(false),
+                                             cut.destination.node, cut.destination.AttributeName(false), ""});
         }
-        node->SetState(*attribute, -1, {});
+        node->TakeStates(*attribute);
         node->RemoveDynamicAttribute(*attribute);
     }
 }

@@ -25,9 +25,12 @@ struct RunOptions {
     /// Parses each statement after the previous one has run, so that a huge file needs little memory.
     /// Otherwise the whole text is parsed first, and a syntax error means that nothing has run.
     bool streamed = false;
-    /// Called before each statement of a streamed run, with the statement's text and all the text before it.
-    /// False skips the statement. May be empty.
-    std::function<bool(std::string_view statement, std::string_view before)> beforeStatement;
+    /// Called before each statement of a streamed run, with the statement's text and line. False skips the
+    /// statement. May be empty.
+    std::function<bool(std::string_view statement, int line)> beforeStatement;
+    /// Called when a streamed run goes on after a statement that is not MEL: the statement up to what is not
+    /// MEL, and all the text that is skipped, which begins with it. May be empty.
+    std::function<void(std::string_view readable, std::string_view skipped, int line)> afterUnreadable;
     /// Called after each failed statement: true continues with the next one, false throws. If empty, the
     /// first error is thrown.
     std::function<bool(const Error&)> onError;

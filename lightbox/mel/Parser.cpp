@@ -31,10 +31,12 @@ bool Parser::ParseNext(Program& program) {
     program.source = source_;
     procedures_.clear();
     variables_.Restart();
+    statementBegin_ = lexer_.RawPosition();
     if (lexer_.AtEnd()) {
         return false;
     }
-    program.begin = lexer_.Position();
+    statementBegin_ = lexer_.Position();
+    program.begin = statementBegin_;
     program.statements.push_back(ParseStatement());
     program.ends.push_back(lexer_.RawPosition());
     program.variableCount = variables_.SlotCount();

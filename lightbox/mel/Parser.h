@@ -32,6 +32,10 @@ public:
     /// Continues after an error, after the next line that ends with a semicolon. Returns false when there is
     /// none.
     bool Recover();
+    /// Byte offset of the statement that was parsed last, or begun.
+    std::uint32_t StatementBegin() const { return statementBegin_; }
+    /// Byte offset where parsing goes on; after an error that of the first thing that is not MEL.
+    std::uint32_t RawPosition() const { return lexer_.RawPosition(); }
 
 private:
     [[noreturn]] void Fail(const std::string& message, std::uint32_t offset) const;
@@ -111,6 +115,7 @@ private:
     std::function<void(const std::string&)> warn_;
     GlobalVariables& globals_;
     std::vector<std::shared_ptr<const Procedure>> procedures_;
+    std::uint32_t statementBegin_ = 0;
     int nesting_ = 0;
     int loops_ = 0;
     int switches_ = 0;

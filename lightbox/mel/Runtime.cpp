@@ -201,7 +201,7 @@ Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>
     } catch (const Error&) {
         throw;
     } catch (const std::bad_alloc&) {
-        throw Error("Out of memory.");
+        throw Error(OUT_OF_MEMORY);
     } catch (const std::exception& failure) {
         throw Error(failure.what());
     }

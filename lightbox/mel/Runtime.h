@@ -42,6 +42,9 @@ struct Callee {
 /// The state of the interpreter that programs run on: variables, procedures and the call stack.
 class Runtime {
 public:
+    /// The message of an error for lack of memory.
+    static constexpr const char* OUT_OF_MEMORY = "Out of memory.";
+
     explicit Runtime(Interpreter& interpreter);
 
     Interpreter& GetInterpreter() const { return interpreter_; }

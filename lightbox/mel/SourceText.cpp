@@ -6,7 +6,7 @@
 #include <QFile>
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace lightbox::mel {
@@ -51,11 +51,17 @@ std::string SourceText::ReadFile(const std::string& path) {
 }
 
 void SourceText::Place(std::uint32_t offset, int& line, int& column) const {
-    const auto end = text_.begin() + std::min<std::size_t>(offset, text_.size());
-    line = 1 + static_cast<int>(std::count(text_.begin(), end, '\n'));
-    const auto lineBreak = text_.rfind('\n', offset == 0 ? std::string::npos : offset - 1);
-    const bool onFirstLine = line == 1 || lineBreak == std::string::npos;
-    column = 1 + static_cast<int>(end - text_.begin() - (onFirstLine ? 0 : lineBreak + 1));
+    offset = static_cast<std::uint32_t>(std::min<std::size_t>(offset, text_.size()));
+    while (searched_ < offset) {
+        const auto lineBreak = text_.find('\n', searched_);
+        searched_ = static_cast<std::uint32_t>(std::min(lineBreak, text_.size() - 1) + 1);
+        if (lineBreak != std::string::npos) {
+            lineBegins_.push_back(searched_);
+        }
+    }
+    const auto next = std::upper_bound(lineBegins_.begin(), lineBegins_.end(), offset);
+    line = static_cast<int>(next - lineBegins_.begin());
+    column = static_cast<int>(1 + offset - *std::prev(next));
 }
 
 std::string Unescaped(std::string_view literal) {

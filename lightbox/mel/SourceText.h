@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lightbox::mel {
 
@@ -19,12 +20,16 @@ public:
     std::string_view Piece(std::uint32_t begin, std::uint32_t end) const {
         return std::string_view(text_).substr(begin, end - begin);
     }
-    /// Line and column, from 1, of a byte offset.
+    /// Line and column, from 1, of a byte offset. The text is searched for line breaks once, so that many
+    /// places of a long text are found fast.
     void Place(std::uint32_t offset, int& line, int& column) const;
 
 private:
     std::string name_;
     std::string text_;
+    /// The beginnings of the lines found so far. The text before `searched_` is known.
+    mutable std::vector<std::uint32_t> lineBegins_{0};
+    mutable std::uint32_t searched_ = 0;
 };
 
 /// The text of a string literal; `literal` is the part between its quotes.

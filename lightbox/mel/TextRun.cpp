@@ -3,10 +3,12 @@
 #include "mel/Error.h"
 #include "mel/Parser.h"
 #include "mel/Program.h"
+#include "mel/SourceText.h"
 #include "mel/StatementChunk.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 
+#include <algorithm>
 #include <new>
 
 namespace lightbox::mel {
@@ -21,7 +23,7 @@ Value TextRun::Run(std::string text, const std::string& name) {
     const auto source = std::make_shared<SourceText>(std::move(text), name);
     Parser parser(source, runtime_.Globals(), runtime_.ScopeOf(name),
                   [this](const std::string& message) { runtime_.Warn(message); });
-    return options_.streamed ? RunStreamed(parser) : RunWhole(parser);
+    return options_.streamed ? RunStreamed(parser, *source) : RunWhole(parser);
 }
 
 Value TextRun::RunWhole(Parser& parser) {
@@ -31,7 +33,7 @@ Value TextRun::RunWhole(Parser& parser) {
     return result;
 }
 
-Value TextRun::RunStreamed(Parser& parser) {
+Value TextRun::RunStreamed(Parser& parser, const SourceText& source) {
     Value result;
     for (;;) {
         Program program;
@@ -43,20 +45,37 @@ Value TextRun::RunStreamed(Parser& parser) {
             if (MustThrow(error, nullptr)) {
                 throw;
             }
-            if (!parser.Recover()) {
+            if (!Skip(parser, source)) {
                 break;
             }
             continue;
         }
-        const bool isWanted =
-            !options_.beforeStatement ||
-            options_.beforeStatement(program.source->Piece(program.begin, program.ends.front()),
-                                     program.source->Piece(0, program.begin));
+        bool isWanted = true;
+        if (options_.beforeStatement) {
+            int line = 0;
+            int column = 0;
+            source.Place(program.begin, line, column);
+            isWanted = options_.beforeStatement(source.Piece(program.begin, program.ends.front()), line);
+        }
         if (isWanted && !RunProgram(program, result)) {
             break;
         }
     }
     return result;
+}
+
+bool TextRun::Skip(Parser& parser, const SourceText& source) const {
+    const std::uint32_t begin = parser.StatementBegin();
+    const std::uint32_t fault = std::max(begin, parser.RawPosition());
+    const bool goesOn = parser.Recover();
+    if (options_.afterUnreadable) {
+        const auto end = goesOn ? parser.RawPosition() : static_cast<std::uint32_t>(source.Text().size());
+        int line = 0;
+        int column = 0;
+        source.Place(begin, line, column);
+        options_.afterUnreadable(source.Piece(begin, fault), source.Piece(begin, end), line);
+    }
+    return goesOn;
 }
 
 bool TextRun::RunProgram(const Program& program, Value& result) {
@@ -90,7 +109,7 @@ bool TextRun::RunStatement(const Statement& statement, CallFrame& frame, Value& 
             throw;
         }
     } catch (const std::bad_alloc&) {
-        Error error("Out of memory.");
+        Error error(Runtime::OUT_OF_MEMORY);
         if (MustThrow(error, &frame)) {
             throw error;
         }

@@ -23,7 +23,9 @@ public:
 
 private:
     Value RunWhole(Parser& parser);
-    Value RunStreamed(Parser& parser);
+    Value RunStreamed(Parser& parser, const SourceText& source);
+    /// Skips a statement that is not MEL. Returns false at the end of the text.
+    bool Skip(Parser& parser, const SourceText& source) const;
     /// Runs the statements of a program; returns false when one of them returned.
     bool RunProgram(const Program& program, Value& result);
     bool RunStatement(const Statement& statement, CallFrame& frame, Value& result);

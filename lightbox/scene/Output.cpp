@@ -7,7 +7,19 @@ namespace lightbox {
 void Output::Error(const std::string& text) {
     ++errors_;
     lastError_ = text;
+    if (collector_) {
+        collector_->shown_.push_back({errors_, text});
+    }
     Write(Kind::Error, text);
+}
+
+void Output::ForgiveErrors(int count) {
+    errors_ = count;
+    for (ErrorCollector* collector = collector_; collector; collector = collector->outer_) {
+        while (!collector->shown_.empty() && collector->shown_.back().number > count) {
+            collector->shown_.pop_back();
+        }
+    }
 }
 
 Output::Sink Output::SetSink(Sink sink) {
@@ -48,6 +60,24 @@ void Output::Write(Kind kind, const std::string& text) {
     std::FILE* stream = kind == Kind::Print ? stdout : stderr;
     std::fwrite(line.data(), 1, line.size(), stream);
     std::fflush(stream);
+}
+
+ErrorCollector::ErrorCollector(Output& output)
+    : output_(output)
+    , outer_(output.collector_) {
+    output_.collector_ = this;
+}
+
+ErrorCollector::~ErrorCollector() {
+    output_.collector_ = outer_;
+}
+
+std::vector<std::string> ErrorCollector::Texts() const {
+    std::vector<std::string> texts;
+    for (const Shown& shown : shown_) {
+        texts.push_back(shown.text);
+    }
+    return texts;
 }
 
 } // namespace lightbox

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "scene/NonCopyable.h"
+
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace lightbox {
+
+class ErrorCollector;
 
 /// Writes messages. In batch, print writes to standard output unchanged; infos, warnings and errors are lines
 /// on standard error with the host's marks ("// Warning: ... //"). With a sink, all messages go to the sink
@@ -30,7 +35,7 @@ public:
     /// The text of the latest error.
     const std::string& LastError() const { return lastError_; }
     /// Sets the error count back to `count`, because a script has caught the errors since then.
-    void ForgiveErrors(int count) { errors_ = count; }
+    void ForgiveErrors(int count);
 
     /// Replaces the sink and returns the old one. An empty function means standard output and error.
     Sink SetSink(Sink sink);
@@ -40,12 +45,37 @@ public:
     static std::string Worded(Kind kind, const std::string& text);
 
 private:
+    friend class ErrorCollector;
+
     void Write(Kind kind, const std::string& text);
 
     Sink sink_;
     Sink log_;
     std::string lastError_;
     int errors_ = 0;
+    ErrorCollector* collector_ = nullptr; ///< the innermost
+};
+
+/// Collects the errors that are shown while it exists. Collectors nest; only the innermost collects. An error
+/// that a script catches is dropped again.
+class ErrorCollector : NonCopyable {
+public:
+    explicit ErrorCollector(Output& output);
+    ~ErrorCollector();
+
+    std::vector<std::string> Texts() const;
+
+private:
+    friend class Output;
+
+    struct Shown {
+        int number; ///< the output's count of errors with this one
+        std::string text;
+    };
+
+    Output& output_;
+    ErrorCollector* outer_;
+    std::vector<Shown> shown_;
 };
 
 } // namespace lightbox

@@ -9,12 +9,16 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include <new>
 
 namespace lightbox {
 
 namespace {
+
+/// Number of faults that a question names.
+constexpr std::size_t NAMED_FAULTS = 5;
 
 void Complain(Host& host, QWidget* parent, const std::string& fault) {
     host.output().Error(fault);
@@ -36,6 +40,31 @@ bool Saved(Host& host, QWidget* parent, const Function& save) {
         Complain(host, parent, "The scene was not saved: there is not enough memory.");
     }
     return false;
+}
+
+enum class Answer { Replace, SaveAs, Cancel };
+
+/// Asks before a file is replaced that was read with errors.
+Answer AskToReplace(Host& host, QWidget* parent, const std::string& path) {
+    const ReadFaults* faults = host.files().FaultsOf(path);
+    if (!faults) {
+        return Answer::Replace;
+    }
+    const QString name = QFileInfo(QString::fromStdString(path)).fileName();
+    QMessageBox box(QMessageBox::Warning, "Save Scene",
+                    "\"" + name + "\" was read with errors. Saving over it would lose for good:",
+                    QMessageBox::Cancel, parent);
+    box.setObjectName("replaceDamaged");
+    box.setInformativeText(QString::fromStdString(faults->Summary(NAMED_FAULTS, "\n")));
+    QPushButton* const replace = box.addButton("Save Anyway", QMessageBox::DestructiveRole);
+    const QPushButton* const saveAs = box.addButton("Save As...", QMessageBox::AcceptRole);
+    replace->setObjectName("saveAnyway");
+    box.setEscapeButton(QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == replace  ? Answer::Replace
+           : box.clickedButton() == saveAs ? Answer::SaveAs
+                                           : Answer::Cancel;
 }
 
 } // namespace
@@ -67,9 +96,11 @@ bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
 }
 
 bool UnsavedChanges::Save(Host& host, QWidget* parent) {
-    return host.files().SceneName().empty()
-               ? SaveAs(host, parent)
-               : Saved(host, parent, [](SceneFiles& files) { files.Save(false); });
+    const std::string path = host.files().SceneName();
+    const Answer answer = path.empty() ? Answer::SaveAs : AskToReplace(host, parent, path);
+    return answer == Answer::SaveAs    ? SaveAs(host, parent)
+           : answer == Answer::Replace ? Saved(host, parent, [](SceneFiles& files) { files.Save(true); })
+                                       : false;
 }
 
 bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
@@ -89,6 +120,10 @@ bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
         return false;
     }
     const std::string path = dialog.selectedFiles().value(0).toStdString();
+    const Answer answer = AskToReplace(host, parent, path);
+    if (answer != Answer::Replace) {
+        return answer == Answer::SaveAs && SaveAs(host, parent);
+    }
     // The dialog has already asked whether to replace an existing file.
     return Saved(host, parent, [&path](SceneFiles& files) { files.SaveAs(path, std::nullopt, true); });
 }

@@ -183,6 +183,10 @@ TEST_F(MelCommandsTest, StreamASceneStatementByStatement) {
         errors.push_back(error.Described());
         return true;
     };
+    std::string unreadable;
+    options.afterUnreadable = [&](std::string_view readable, std::string_view skipped, int line) {
+        unreadable += std::to_string(line) + "<" + std::string(readable) + "|" + std::string(skipped) + ">";
+    };
     host_.interpreter().Execute("print 1;\nerror \"one\";\nprint 2;\nbroken = 5;\nprint 3;\nprint \"cut",
                                 "f.ma", options);
     EXPECT_EQ(Output(), "123");
@@ -190,6 +194,17 @@ TEST_F(MelCommandsTest, StreamASceneStatementByStatement) {
         "file: f.ma line 2.1: one", "file: f.ma line 4.8: Syntax error: unexpected \"=\".",
         "file: f.ma line 6.7: Syntax error: the string has no closing quote."};
     EXPECT_EQ(errors, expected);
+    EXPECT_EQ(unreadable, "4<broken |broken = 5;>6<print |print \"cut>");
+
+    // Places are found in any order.
+    errors.clear();
+    host_.interpreter().Execute(
+        "proc wrong() {\n  error \"deep\";\n}\n\nerror \"one\"; error \"two\";\nwrong;\n"
+        "error \"three\";",
+        "g.ma", options);
+    const std::vector<std::string> places = {"file: g.ma line 5.1: one", "file: g.ma line 5.14: two",
+                                             "file: g.ma line 2.3: deep", "file: g.ma line 7.1: three"};
+    EXPECT_EQ(errors, places);
 }
 
 TEST_F(MelCommandsTest, KeepOptionVariables) {

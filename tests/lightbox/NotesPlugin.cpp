@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <new>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -20,6 +21,16 @@ namespace {
 int g_values = 0;
 int g_nodes = 0;
 bool g_writingFails = false;
+Trouble g_trouble = Trouble::None;
+
+void MakeTrouble() {
+    if (g_trouble == Trouble::NoMemory) {
+        throw std::bad_alloc();
+    }
+    if (g_trouble == Trouble::Complains) {
+        MGlobal::displayError("A note is blurred");
+    }
+}
 
 class Notes : public MPxData {
 public:
@@ -33,6 +44,7 @@ public:
             const MString line = args.asString(element++, &status);
             if (status) {
                 lines.emplace_back(line.asChar());
+                MakeTrouble();
             } else {
                 MGlobal::displayError("Invalid note");
             }
@@ -55,6 +67,7 @@ public:
                 return MS::kFailure;
             }
             lines.push_back(line);
+            MakeTrouble();
             length -= size + 1U;
         }
         return MS::kSuccess;
@@ -130,6 +143,10 @@ int NodeCount() {
 
 void SetWritingFails(bool fails) {
     g_writingFails = fails;
+}
+
+void SetReadingTrouble(Trouble trouble) {
+    g_trouble = trouble;
 }
 
 } // namespace notes

@@ -18,4 +18,12 @@ int NodeCount();
 /// While true, writing a value fails.
 void SetWritingFails(bool fails);
 
+enum class Trouble {
+    None,
+    Complains, ///< shows an error, and still answers that all is well
+    NoMemory,  ///< throws std::bad_alloc after the first line
+};
+/// What goes wrong when a value is read.
+void SetReadingTrouble(Trouble trouble);
+
 } // namespace notes

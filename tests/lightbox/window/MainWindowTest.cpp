@@ -91,6 +91,41 @@ TEST_F(MainWindowTest, ASceneThatCannotBeWrittenIsNotGivenUp) {
     EXPECT_EQ(complaint, "saveFailed");
 }
 
+TEST_F(MainWindowTest, AFileThatWasReadWithErrorsIsReplacedOnlyOnAYes) {
+    const QByteArray damaged = "//Maya ASCII 2018 scene\n//Name: bad.ma\ncreateNode transform -n \"box\";\n"
+                               "\tsetAttr \".tx\" \"far\";\n// End of bad.ma\n";
+    const QString path = prefs_.filePath("bad.ma");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damaged);
+    file.close();
+    const auto content = [&] {
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        file.close();
+        return bytes;
+    };
+    Show();
+    EXPECT_THROW(Run("file -f -open \"" + path.toStdString() + "\""), lightbox::mel::Error);
+    for (const bool yes : {false, true}) {
+        QString question;
+        QTimer::singleShot(0, [&] {
+            auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(box);
+            question = box->objectName() + box->text() + box->informativeText();
+            QAbstractButton* const button =
+                yes ? box->findChild<QAbstractButton*>("saveAnyway") : box->button(QMessageBox::Cancel);
+            button->click();
+        });
+        Run("SaveScene");
+        EXPECT_THAT(question.toStdString(), ::testing::AllOf(::testing::HasSubstr("replaceDamaged\"bad.ma\""),
+                                                             ::testing::HasSubstr("line 4.2: A number was")));
+        EXPECT_EQ(content() == damaged, !yes);
+    }
+    Run("setAttr box.ty 3; SaveScene");
+    EXPECT_TRUE(content().contains("0 3 0")) << "no longer asked";
+}
+
 TEST_F(MainWindowTest, QuitAsksUnlessItIsForced) {
     Show();
     Run("createNode transform");

@@ -1,0 +1,151 @@
+// What is left of the drawings of a scene file with a flipped bit or without its end.
+
+#include "core/Frame.h"
+#include "plugin/commands/CommandFixture.h"
+#include "scene/Output.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QSet>
+
+#include <iostream>
+#include <random>
+
+namespace vellix {
+
+namespace {
+
+constexpr int DRAWINGS = 12;
+
+/// A picture of noise, whose PNG bytes do not compress.
+QImage Noise(std::mt19937& random) {
+    QImage image(48, 48, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            image.setPixel(x, y, 0xff000000u | random());
+        }
+    }
+    return image;
+}
+
+/// A scene with twelve drawings in two layers, which is damaged and opened again.
+class DamagedSceneTest : public CommandFixture {
+protected:
+    void SetUp() override {
+        CommandFixture::SetUp();
+        Mel("qmVellixLayer -insert -1 -layerState 0 persp; qmVellixLayer -insert -1 -layerState 0 persp");
+        Mel("while (`qmVellixLayer -count persp` > 2) qmVellixLayer -delete 0 persp");
+        std::mt19937 random(7);
+        for (int drawing = 0; drawing < DRAWINGS; ++drawing) {
+            auto* const frame = new Frame(MTime(drawing + 1.0, MTime::uiUnit()));
+            frame->SetImage(Noise(random));
+            pngs_.append(frame->GetPackedImage());
+            pictures_.insert(KeyOf(*frame));
+            Node().GetLayers("persp").at(drawing * 2 / DRAWINGS)->InsertFrame(frame);
+        }
+        ASSERT_EQ(Surviving(), DRAWINGS);
+    }
+    void TearDown() override {
+        Mel("file -f -new");
+        CommandFixture::TearDown();
+    }
+
+    static QByteArray KeyOf(const Frame& frame) {
+        return QByteArray::number(frame.GetTimeValue()) + ' ' + frame.GetPackedImage();
+    }
+    /// The number of drawings that are there with their time and all their bytes.
+    int Surviving() const {
+        QSet<QByteArray> found;
+        if (BaseNode* const node = BaseNode::GetMaster()) {
+            for (const Layer* layer : node->GetLayers("persp")) {
+                for (int index = 0; index < layer->FrameCount(); ++index) {
+                    found.insert(KeyOf(*layer->GetFrame(index)));
+                }
+            }
+        }
+        return found.intersect(pictures_).size();
+    }
+    QByteArray Saved(const QString& name) {
+        Mel("file -rename \"" + folder_.filePath(name) + "\"; file -save");
+        QFile file(folder_.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+    static bool Succeeds(const QString& line) {
+        try {
+            lightbox::Host::Get().interpreter().Execute(line.toStdString());
+            return true;
+        } catch (const lightbox::mel::Error&) {
+            return false;
+        }
+    }
+    /// Opens damaged bytes. It has to be an error, and saving over them refused.
+    int Open(const QString& name, const QByteArray& bytes, const std::string& what) {
+        const QString path = WriteFile(name, bytes);
+        EXPECT_FALSE(Succeeds("file -f -open \"" + path + "\"")) << what;
+        EXPECT_FALSE(Succeeds("file -save")) << what;
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), bytes) << what;
+        return Surviving();
+    }
+    /// The number of drawings whose stored bytes end before a cut.
+    int WholeBefore(const QByteArray& bytes, int cut, bool isText) const {
+        int count = 0;
+        for (const QByteArray& png : pngs_) {
+            const QByteArray stored = isText ? png.toHex() + '"' : png;
+            const int at = bytes.indexOf(stored);
+            EXPECT_GE(at, 0);
+            count += at + stored.size() <= cut ? 1 : 0;
+        }
+        return count;
+    }
+
+    QSet<QByteArray> pictures_;
+    QList<QByteArray> pngs_;
+};
+
+} // namespace
+
+TEST_F(DamagedSceneTest, OneFlippedBitCostsAtMostOneDrawing) {
+    const QByteArray whole = Saved("whole.lbx");
+    std::mt19937 random(1);
+    int fewest = DRAWINGS;
+    int flipsWithLoss = 0;
+    constexpr int FLIPS = 200;
+    for (int i = 0; i < FLIPS; ++i) {
+        const auto bit = static_cast<int>(random() % (static_cast<unsigned>(whole.size()) * 8));
+        QByteArray flipped = whole;
+        flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ 1 << bit % 8);
+        const int surviving = Open("flipped.lbx", flipped, "bit " + std::to_string(bit));
+        EXPECT_GE(surviving, DRAWINGS - 1) << "bit " << bit;
+        fewest = std::min(fewest, surviving);
+        flipsWithLoss += surviving < DRAWINGS ? 1 : 0;
+    }
+    std::cout << FLIPS << " flipped bits: " << flipsWithLoss << " cost a drawing; at least " << fewest
+              << " of " << DRAWINGS << " survive\n";
+}
+
+TEST_F(DamagedSceneTest, ACutCostsNothingBeforeIt) {
+    const std::pair<QString, QByteArray> files[] = {{"cut.lbx", Saved("cut.lbx")},
+                                                    {"cut.ma", Saved("cut.ma")}};
+    for (const auto& [name, whole] : files) {
+        std::mt19937 random(2);
+        int lost = 0;
+        int expected = 0;
+        constexpr int CUTS = 50;
+        for (int i = 0; i < CUTS; ++i) {
+            // The first bytes tell that it is a scene.
+            const int cut = 100 + static_cast<int>(random() % static_cast<unsigned>(whole.size() - 100));
+            const int before = WholeBefore(whole, cut, name.endsWith(".ma"));
+            const int surviving = Open(name, whole.left(cut), "cut at " + std::to_string(cut));
+            EXPECT_GE(surviving, before) << name.toStdString() << " cut at " << cut;
+            expected += before;
+            lost += std::max(0, before - surviving);
+        }
+        std::cout << CUTS << " cuts of " << name.toStdString() << ": " << lost << " of " << expected
+                  << " drawings before the cut are lost\n";
+    }
+}
+
+} // namespace vellix
