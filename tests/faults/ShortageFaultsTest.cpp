@@ -4,6 +4,10 @@
 #include <QFile>
 #include <QProcess>
 
+#include <iostream>
+#include <sys/resource.h>
+#include <unistd.h>
+
 namespace {
 
 /// Opens a scene where memory or threads run out, then saves it: whatever could not be read, the file keeps
@@ -15,6 +19,7 @@ protected:
         bool crashes = false;
         bool isOpened = false;
         bool isSaved = false;
+        QByteArray output;
         QByteArray errors;
     };
     static constexpr int DRAWINGS = 12;
@@ -45,12 +50,15 @@ protected:
         return start < 0 ? "no drawing" : text.mid(start, text.indexOf(";\n", start) - start);
     }
 
-    Result OpenAndSave(const QString& name, const QString& shortage) {
+    /// `kilobytes`: how much memory the program may take beyond what it has when it is about to open the
+    /// scene; negative for any amount.
+    Result OpenAndSave(const QString& name, long kilobytes) {
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         program.setProcessEnvironment(environment);
-        Write("open.mel", (shortage + R"(
+        QFile::remove(Path("go"));
+        Write("open.mel", (R"(print "ready\n"; while (!`filetest -f ")" + Path("go") + R"("`) {}
             int $failed = catch(`file -force -open ")" +
                            Path(name) + R"("`);
             print ("opened " + (!$failed) + "\n");
@@ -60,17 +68,34 @@ protected:
         program.start(LIGHTBOX_PROGRAM,
                       {"-batch", "-prefs", folder_.filePath("prefs2"), "-script", Path("open.mel")});
         Result result;
+        while (!result.output.contains("ready") && program.waitForReadyRead(PATIENCE)) {
+            result.output += program.readAllStandardOutput();
+        }
+        if (kilobytes >= 0) {
+            Limit(program.processId(), kilobytes);
+        }
+        Write("go", "");
         result.hangs = !program.waitForFinished(PATIENCE);
         if (result.hangs) {
             program.kill();
             program.waitForFinished();
         }
         result.crashes = !result.hangs && program.exitStatus() != QProcess::NormalExit;
-        const QByteArray output = program.readAllStandardOutput();
-        result.isOpened = output.contains("opened 1");
-        result.isSaved = output.contains("saved 1");
+        result.output += program.readAllStandardOutput();
+        result.isOpened = result.output.contains("opened 1");
+        result.isSaved = result.output.contains("saved 1");
         result.errors = program.readAllStandardError();
         return result;
+    }
+
+    static void Limit(qint64 process, long kilobytes) {
+        QFile status(QString("/proc/%1/statm").arg(process));
+        ASSERT_TRUE(status.open(QIODevice::ReadOnly));
+        const auto pages = status.readAll().split(' ').first().toULongLong();
+        rlimit limit{};
+        ASSERT_EQ(prlimit(static_cast<pid_t>(process), RLIMIT_AS, nullptr, &limit), 0);
+        limit.rlim_cur = pages * static_cast<rlim_t>(getpagesize()) + static_cast<rlim_t>(kilobytes) * 1024;
+        ASSERT_EQ(prlimit(static_cast<pid_t>(process), RLIMIT_AS, &limit, nullptr), 0);
     }
 
     QByteArray drawing_;
@@ -87,12 +112,7 @@ TEST_F(ShortageFaults, ShortOfMemoryASceneIsReadWholeOrKeptWhole) {
             SCOPED_TRACE((suffix + ", step " + QString::number(step)).toStdString());
             const QString scene = "scene" + suffix;
             Write(scene, whole);
-            // So much more than the program has taken so far.
-            const int kilobytes = step * step * 128;
-            const Result result = OpenAndSave(
-                scene, QString("system \"prlimit --pid $PPID --as=$(( ($(awk '/VmSize/{print $2}' "
-                               "/proc/$PPID/status) + %1) * 1024 )):\";")
-                           .arg(kilobytes));
+            const Result result = OpenAndSave(scene, step * step * 128);
             EXPECT_FALSE(result.hangs);
             EXPECT_FALSE(result.crashes) << result.errors.right(600).toStdString();
             const QByteArray left = Read(scene);
@@ -115,7 +135,7 @@ TEST_F(ShortageFaults, WithoutNewThreadsASceneIsReadWhole) {
     const Environment preload("LD_PRELOAD", NO_THREADS_LIBRARY);
     for (const QString scene : {"whole.ma", "whole.lbx"}) {
         SCOPED_TRACE(scene.toStdString());
-        const Result result = OpenAndSave(scene, "");
+        const Result result = OpenAndSave(scene, -1);
         EXPECT_FALSE(result.hangs);
         EXPECT_FALSE(result.crashes) << result.errors.toStdString();
         EXPECT_TRUE(result.isOpened) << result.errors.toStdString();

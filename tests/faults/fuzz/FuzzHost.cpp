@@ -4,14 +4,18 @@
 #include "app/PluginManager.h"
 #include "formats/FileError.h"
 #include "formats/SceneFiles.h"
-#include "host/entry/PluginMain.h"
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
+#include "node/BaseNode.h"
+#include "node/BaseNodeLayerData.h"
 #include "scene/Output.h"
 #include "scene/UndoQueue.h"
 
+#include <maya/MFnPlugin.h>
+#include <maya/MObject.h>
+#include <maya/MStatus.h>
+
 #include <QApplication>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <atomic>
@@ -53,6 +57,21 @@ void RefuseCommands(lightbox::mel::CommandRegistry& registry, bool languageOnly)
     }
 }
 
+/// The part of the plug-in that files hold: the drawing and its node.
+MStatus RegisterDrawing(MObject object) {
+    using namespace vellix;
+    MFnPlugin plugin(object);
+    const MStatus status = plugin.registerData(BaseNodeLayerData::GetTypeName(),
+                                               BaseNodeLayerData::GetTypeID(), BaseNodeLayerData::Creator);
+    return status ? plugin.registerNode(BaseNode::GetTypeName(), BaseNode::GetTypeID(), BaseNode::Creator,
+                                        BaseNode::Initialize, MPxNode::kLocatorNode)
+                  : status;
+}
+
+MStatus DeregisterNothing(MObject) {
+    return MS::kSuccess;
+}
+
 LightboxHost* Make(bool languageOnly) {
     static int count = 1;
     static char program[] = "fuzzer";
@@ -64,7 +83,7 @@ LightboxHost* Make(bool languageOnly) {
     options.prefsFolder = Folder().toStdString();
     auto* const host = new LightboxHost(options);
     host->output().SetSink([](lightbox::Output::Kind, const std::string&) {});
-    host->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    host->plugins().LoadBuiltin("vellix2", RegisterDrawing, DeregisterNothing);
     RefuseCommands(host->interpreter().Commands(), languageOnly);
     host->undo().SetEnabled(false);
     return host;
