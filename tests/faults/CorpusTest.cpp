@@ -1,7 +1,6 @@
+#include "app/LightboxHost.h"
 #include "faults/FaultFixture.h"
 #include "faults/fuzz/Readers.h"
-
-#include "app/LightboxHost.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,7 +21,8 @@ protected:
             QFile input(folder.filePath(file));
             ASSERT_TRUE(input.open(QIODevice::ReadOnly));
             const QByteArray bytes = input.readAll();
-            feed(reinterpret_cast<const std::uint8_t*>(bytes.constData()), static_cast<std::size_t>(bytes.size()));
+            feed(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                 static_cast<std::size_t>(bytes.size()));
         }
     }
 };

@@ -59,7 +59,8 @@ private:
         FrameId frame = FrameId::None;
         bool layerAdded = false;
         bool frameAdded = false;
-        bool marks = false; ///< the picture differs when it is committed
+        bool marks = false;  ///< the picture differs when it is committed
+        bool isSaid = false; ///< a message came in the middle
     };
     /// What a step may take away.
     struct Permission {

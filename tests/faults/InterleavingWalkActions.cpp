@@ -525,6 +525,7 @@ std::string InterleavingWalk::SaveAndReopen(const Numbers& n) {
         if (!fault_.empty()) {
             return said;
         }
+        before_ = ledger_.Take(NodeIfAny()); // that of the end of the queue
     }
     const QString path = prefs_.filePath(isAscii ? "walk.ma" : "walk.lbx");
     if (!Line(QString("file -rename \"%1\"; file -save").arg(path).toStdString())) {

@@ -12,7 +12,9 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <chrono>
@@ -149,7 +151,9 @@ void DrawingBinary(const std::uint8_t* data, std::size_t size) {
 }
 
 void Settings(const std::uint8_t* data, std::size_t size) {
-    WriteFile(vellix::Settings::GetUserConfigPath(), data, size);
+    const QString path = vellix::Settings::GetUserConfigPath();
+    QDir().mkpath(QFileInfo(path).path());
+    WriteFile(path, data, size);
     vellix::Settings::ReadUserConfig();
     vellix::Settings::WriteUserConfig();
     vellix::Settings::ReadUserConfig();
