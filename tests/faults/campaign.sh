@@ -1,0 +1,42 @@
+# Sourced by the script test: the long run of what may lose a drawing.
+# shellcheck shell=bash disable=SC2154
+
+# The readers, each with a program fuzz_NAME, a folder corpus/NAME and a file dictionaries/NAME.dict.
+fuzzers=(png recording drawing_ascii drawing_binary settings mel ma lbx)
+
+# campaign MINUTES: runs everything even after a failure, and fails at the end if anything did.
+campaign() {
+    local failed=() share=$(($1 * 60 / ${#fuzzers[@]})) name
+    [ "$share" -gt 0 ] || die "The fuzzers need a minute at least."
+    say "Full disks, kills, shortages of memory and threads"
+    (cd "$root/build/release" && VELLIX_LONG=1 xvfb-run -a -s "-screen 0 1920x1200x24" \
+        bin/fault_tests --gtest_filter='-InterleavingWalk*') || failed+=("the fault tests")
+    say "100,000 steps of interleaved work, 20 ways"
+    (cd "$root/build/release" && VELLIX_WALK_SEEDS=20 VELLIX_WALK_STEPS=5000 \
+        xvfb-run -a -s "-screen 0 1920x1200x24" bin/fault_tests --gtest_filter='InterleavingWalk*') ||
+        failed+=("the walk")
+    for name in "${fuzzers[@]}"; do
+        fuzz "$name" "$share" || failed+=("the fuzzer $name")
+    done
+    if [ ${#failed[@]} -gt 0 ]; then
+        printf 'Failed: %s\n' "${failed[@]}" >&2
+        return 1
+    fi
+}
+
+# fuzz NAME SECONDS: goes on from the inputs of earlier runs. An input that ends the reader is kept in
+# build/fuzz/found; it belongs into the corpus, with a name that begins with "found".
+fuzz() {
+    local inputs="$root/build/fuzz/inputs/$1" found="$root/build/fuzz/found" log="$root/build/fuzz/$1.log" status=0
+    mkdir -p "$inputs" "$found"
+    say "Fuzzing $1 for $2 seconds"
+    (cd "$root/build/fuzz" && UBSAN_OPTIONS=print_stacktrace=1 ASAN_OPTIONS=detect_leaks=0:allocator_may_return_null=1 \
+        "bin/fuzz_$1" "$inputs" "$root/tests/faults/corpus/$1" -dict="$root/tests/faults/dictionaries/$1.dict" \
+        -artifact_prefix="$found/$1-" -max_total_time="$2" -max_len=4096 -timeout=60 -rss_limit_mb=3000 \
+        -print_final_stats=1) >"$log" 2>&1 || status=$?
+    say "$1: $(awk '/number_of_executed_units/ { print $2 }' "$log") runs"
+    if [ "$status" -ne 0 ]; then
+        tail -n 40 "$log" >&2
+    fi
+    return "$status"
+}
