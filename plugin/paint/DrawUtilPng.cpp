@@ -1,9 +1,7 @@
 // The PNG half of DrawUtil.
 #include "paint/DrawUtil.h"
 #include "paint/ImageSize.h"
-#include "paint/PngStructure.h"
-
-#include <QBuffer>
+#include "paint/PngCodec.h"
 
 #include <algorithm>
 #include <cstring>
@@ -13,19 +11,6 @@ namespace vellix {
 namespace {
 
 const QSize LAYER_SIZE(IMAGE_WIDTH, IMAGE_WIDTH);
-
-QImage Decode(const QByteArray& packed) {
-    QImage image;
-    if (PngStructure::IsSound(packed)) {
-        QBuffer buffer;
-        buffer.setData(packed);
-        buffer.open(QIODevice::ReadOnly);
-        if (!image.load(&buffer, "PNG")) {
-            image = QImage();
-        }
-    }
-    return image;
-}
 
 // Copies the top left of a picture of any size onto a new layer image. Copies pixels only, no metadata such
 // as text keys. Returns a null image when memory is short.
@@ -48,16 +33,13 @@ QImage OnLayer(const QImage& picture) {
 
 void DrawUtil::PackPngBuffer(const QImage& image, QByteArray& packed) {
     packed.clear();
-    QBuffer buffer(&packed);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) {
-        packed.clear();
-    }
+    PngCodec::Encode(image, packed);
 }
 
 bool DrawUtil::UnpackPngBuffer(const QByteArray& packed, QImage& image) {
     image = QImage();
-    QImage picture = Decode(packed);
-    if (picture.isNull()) {
+    QImage picture;
+    if (!PngCodec::Decode(packed, picture)) {
         return false;
     }
     if (picture.size() == LAYER_SIZE && picture.textKeys().isEmpty()) {
@@ -69,8 +51,8 @@ bool DrawUtil::UnpackPngBuffer(const QByteArray& packed, QImage& image) {
 }
 
 DrawUtil::PngContent DrawUtil::CheckPngBuffer(const QByteArray& packed) {
-    const QImage picture = Decode(packed);
-    if (picture.isNull()) {
+    QImage picture;
+    if (!PngCodec::Decode(packed, picture)) {
         return PngContent::Undecodable;
     }
     return picture.size() == LAYER_SIZE ? PngContent::LayerSize : PngContent::OtherSize;

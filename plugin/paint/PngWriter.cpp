@@ -1,6 +1,7 @@
 #include "paint/PngWriter.h"
 
-#include <QBuffer>
+#include "paint/PngCodec.h"
+
 #include <QMutexLocker>
 #include <QRunnable>
 #include <QSaveFile>
@@ -20,9 +21,7 @@ QString WriteFile(const QByteArray& content, const QString& path) {
 
 QString WriteFiles(const QImage& image, const QStringList& paths) {
     QByteArray content;
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG")) {
+    if (!PngCodec::Encode(image, content)) {
         return "The image cannot be encoded.";
     }
     for (const QString& path : paths) {
