@@ -1,10 +1,10 @@
 #include "paint/PngStructure.h"
 
 #include "paint/ImageSize.h"
+#include "paint/PngChecksum.h"
 
 #include <QtEndian>
 
-#include <array>
 #include <cstring>
 #include <utility>
 
@@ -25,30 +25,6 @@ constexpr int INDEXED = 3;
 constexpr int GRAY_ALPHA = 4;
 constexpr int TRUECOLOR_ALPHA = 6;
 
-using CrcTable = std::array<quint32, 256>;
-
-CrcTable MakeCrcTable() {
-    CrcTable table;
-    for (quint32 n = 0; n < 256; ++n) {
-        quint32 c = n;
-        for (int bit = 0; bit < 8; ++bit) {
-            c = (c & 1) != 0 ? 0xedb88320u ^ (c >> 1) : c >> 1;
-        }
-        table[n] = c;
-    }
-    return table;
-}
-
-// CRC-32 as in annex D of ISO/IEC 15948.
-quint32 Crc(const uchar* bytes, qint64 count) {
-    static const CrcTable table = MakeCrcTable();
-    quint32 c = 0xffffffffu;
-    for (qint64 i = 0; i < count; ++i) {
-        c = table[(c ^ bytes[i]) & 0xff] ^ (c >> 8);
-    }
-    return c ^ 0xffffffffu;
-}
-
 struct Chunk {
     const uchar* type = nullptr; // four letters, then the data
     qint64 length = 0;           // bytes of data
@@ -56,7 +32,9 @@ struct Chunk {
     bool Is(const char* name) const { return std::memcmp(type, name, 4) == 0; }
     // Decoders skip a damaged ancillary chunk, marked by a lower-case first letter (bit 0x20).
     bool IsCritical() const { return (type[0] & 0x20) == 0; }
-    bool IsIntact() const { return Crc(type, length + 4) == qFromBigEndian<quint32>(type + 4 + length); }
+    bool IsIntact() const {
+        return PngChecksum(type, std::size_t(length) + 4) == qFromBigEndian<quint32>(type + 4 + length);
+    }
 };
 
 // Reads the chunk at `offset`. Returns false if it runs past the end.

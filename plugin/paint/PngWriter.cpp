@@ -1,12 +1,13 @@
 #include "paint/PngWriter.h"
 
+#include "paint/PngCodec.h"
 #include "paint/WholeFile.h"
 
-#include <QBuffer>
 #include <QMutexLocker>
 #include <QRunnable>
 
 #include <algorithm>
+#include <new>
 
 namespace vellix {
 
@@ -14,9 +15,7 @@ namespace {
 
 QString WriteFiles(const QImage& image, const QStringList& paths) {
     QByteArray content;
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG")) {
+    if (!PngCodec::Encode(image, content)) {
         return "The image cannot be encoded.";
     }
     for (const QString& path : paths) {
@@ -37,7 +36,15 @@ public:
         , image_(image)
         , paths_(paths) {}
 
-    void run() override { writer_.Done(WriteFiles(image_, paths_)); }
+    void run() override {
+        QString fault;
+        try {
+            fault = WriteFiles(image_, paths_);
+        } catch (const std::bad_alloc&) {
+            fault = QStringLiteral("Out of memory.");
+        }
+        writer_.Done(fault);
+    }
 
 private:
     PngWriter& writer_;

@@ -1,0 +1,481 @@
+#include "paint/PngCodec.h"
+
+#include "PaintTesting.h"
+#include "paint/DrawUtil.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QPainter>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <gtest/gtest.h>
+#include <random>
+#include <utility>
+#include <vector>
+
+using vellix::PngCodec;
+
+namespace {
+
+constexpr char SIGNATURE[] = "\x89PNG\r\n\x1a\n";
+
+// --- pictures
+
+QImage Filled(int width, int height, const std::function<quint32(int, int)>& pixel,
+              QImage::Format format = QImage::Format_RGBA8888) {
+    QImage image(width, height, format);
+    for (int y = 0; y < height; ++y) {
+        auto* row = reinterpret_cast<quint32*>(image.scanLine(y));
+        for (int x = 0; x < width; ++x) {
+            row[x] = pixel(x, y);
+        }
+    }
+    return image;
+}
+
+QImage Noise(int width, int height, quint32 mask = 0xffffffffu) {
+    std::mt19937 random(unsigned(width * 31 + height));
+    return Filled(width, height, [&](int, int) { return quint32(random()) & mask; });
+}
+
+QImage Strokes(int count, vellix::ToolType tool) {
+    QImage image = EmptyLayer(QColor(200, 30, 90, 0)); // colours under alpha 0
+    std::mt19937 random(5);
+    for (int i = 0; i < count; ++i) {
+        QList<vellix::StrokePoint> points;
+        for (int j = 0; j < 6; ++j) {
+            points.append(Sample(int(random() % 1024), int(random() % 1024), 3 + int(random() % 60), 0.7f));
+        }
+        vellix::DrawUtil::DrawFreehand(image, points, 0, tool);
+    }
+    return image;
+}
+
+QImage Painted() {
+    QImage image = EmptyLayer(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QLinearGradient gradient(0, 0, 700, 900);
+    gradient.setColorAt(0, Qt::red);
+    gradient.setColorAt(1, QColor(0, 90, 200, 60));
+    painter.fillRect(100, 100, 500, 700, gradient);
+    for (int i = 0; i < 40; ++i) { // the same again and again
+        painter.drawText(100 + 90 * (i % 8), 60 + 190 * (i / 8), "frame 12");
+        painter.drawEllipse(20 + 120 * (i % 8), 400 + 100 * (i / 8), 70, 70);
+    }
+    return image;
+}
+
+// The same rows at distances near the end of the window, and rows longer than it.
+QImage Repeated(int width, int rows, int period) {
+    return Filled(width, rows,
+                  [&](int x, int y) { return quint32((x * 2654435761u) ^ ((y % period) * 40503u)); });
+}
+
+struct Named {
+    const char* name;
+    QImage image;
+};
+
+std::vector<Named> Pictures() {
+    std::vector<Named> pictures{
+        {"empty", EmptyLayer(Qt::transparent)},
+        {"empty in a colour", EmptyLayer()},
+        {"white", EmptyLayer(Qt::white)},
+        {"noise", Noise(1024, 1024)},
+        {"noise in one channel", Noise(500, 333, 0x00ff0000u)},
+        {"noise of few values", Noise(400, 400, 0x01010003u)},
+        {"alternating empty rows", Filled(64, 500, [](int x, int y) { return y % 2 ? quint32(x * y) : 0u; })},
+        {"one pixel at the end", Filled(1024, 1024, [](int x, int y) { return x + y == 2046 ? 7u : 0u; })},
+        {"one pixel at the start", Filled(1024, 1024, [](int x, int y) { return x + y == 0 ? 7u : 0u; })},
+        {"gradient",
+         Filled(1024, 1024,
+                [](int x, int y) { return quint32(x / 4) | quint32(y / 4) << 8 | quint32(x * y) << 16; })},
+        {"brush strokes", Strokes(30, vellix::ToolType::Brush)},
+        {"pencil strokes", Strokes(6, vellix::ToolType::Pencil)},
+        {"painted", Painted()},
+        {"repeated rows", Repeated(1023, 90, 7)},
+        {"repeated short rows", Repeated(100, 2000, 81)},
+        {"long rows", Repeated(8192, 9, 2)},
+        {"opaque", Noise(301, 200).convertToFormat(QImage::Format_RGB32)},
+        {"opaque and painted", Painted().convertToFormat(QImage::Format_RGB32)},
+        {"opaque black", Filled(
+                             77, 40, [](int, int) { return 0xff000000u; }, QImage::Format_RGB32)},
+    };
+    for (const QSize& size : {QSize(1, 1), QSize(2, 1), QSize(1, 3), QSize(3, 2), QSize(7, 5), QSize(1, 8192),
+                              QSize(8192, 1), QSize(31, 257)}) {
+        pictures.push_back({"small noise", Noise(size.width(), size.height())});
+        pictures.push_back({"small empty", Noise(size.width(), size.height(), 0)});
+        pictures.push_back(
+            {"small opaque", Noise(size.width(), size.height()).convertToFormat(QImage::Format_RGB32)});
+    }
+    // Lengths of runs around those at which a match ends and the next begins.
+    for (int width = 60; width < 70; ++width) {
+        for (const int gap : {256, 257, 258, 259, 260, 261, 262, 515, 516, 517, 518, 519, 520}) {
+            pictures.push_back({"runs", Filled(width, 30, [&](int x, int y) {
+                                    return (y * width + x) % gap == 0 ? quint32(x + 0x01020304) : 0u;
+                                })});
+        }
+    }
+    return pictures;
+}
+
+QByteArray ByQt(const QImage& image) {
+    QByteArray packed;
+    QBuffer buffer(&packed);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return packed;
+}
+
+QByteArray ByUs(const QImage& image) {
+    QByteArray packed;
+    EXPECT_TRUE(PngCodec::Encode(image, packed));
+    return packed;
+}
+
+QImage Decoded(const QByteArray& packed) {
+    QImage image;
+    PngCodec::Decode(packed, image);
+    return image;
+}
+
+// Pixel by pixel, also where alpha is 0.
+bool AreSame(const QImage& a, const QImage& b) {
+    if (a.size() != b.size() || a.isNull()) {
+        return false;
+    }
+    const QImage left = a.convertToFormat(QImage::Format_RGBA8888);
+    const QImage right = b.convertToFormat(QImage::Format_RGBA8888);
+    for (int y = 0; y < a.height(); ++y) {
+        if (std::memcmp(left.constScanLine(y), right.constScanLine(y), size_t(a.width()) * 4) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// --- PNG made by hand
+
+quint32 Crc(const QByteArray& bytes) {
+    quint32 crc = 0xffffffffu;
+    for (const char byte : bytes) {
+        crc ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = crc & 1 ? crc >> 1 ^ 0xedb88320u : crc >> 1;
+        }
+    }
+    return ~crc;
+}
+
+QByteArray BigEndian(quint32 value) {
+    QByteArray bytes(4, '\0');
+    qToBigEndian(value, bytes.data());
+    return bytes;
+}
+
+QByteArray MakeChunk(const QByteArray& type, const QByteArray& data) {
+    return BigEndian(quint32(data.size())) + type + data + BigEndian(Crc(type + data));
+}
+
+QByteArray HeaderChunk(int width, int height, int depth = 8, int colorType = 6, int interlace = 0) {
+    QByteArray data = BigEndian(quint32(width)) + BigEndian(quint32(height));
+    for (const int field : {depth, colorType, 0, 0, interlace}) {
+        data += char(field);
+    }
+    return MakeChunk("IHDR", data);
+}
+
+// A zlib stream; qCompress() puts the length before it.
+QByteArray Deflated(const QByteArray& bytes) {
+    return qCompress(bytes).mid(4);
+}
+
+QByteArray Png(const QByteArray& chunks) {
+    return QByteArray(SIGNATURE, 8) + chunks + MakeChunk("IEND", QByteArray());
+}
+
+QByteArray Rgba(int width, int height, const QByteArray& filtered) {
+    return Png(HeaderChunk(width, height) + MakeChunk("IDAT", Deflated(filtered)));
+}
+
+// Rows of noise, with the filter that `filter` gives for each.
+QByteArray FilteredNoise(int rowBytes, int height, const std::function<int(int)>& filter) {
+    std::mt19937 random(3);
+    QByteArray rows;
+    for (int y = 0; y < height; ++y) {
+        rows += char(filter(y));
+        for (int i = 0; i < rowBytes; ++i) {
+            rows += char(random());
+        }
+    }
+    return rows;
+}
+
+} // namespace
+
+TEST(PngCodecTest, WritesWhatQtReads) {
+    for (const Named& picture : Pictures()) {
+        const QByteArray packed = ByUs(picture.image);
+        QImage read;
+        ASSERT_TRUE(read.loadFromData(packed, "PNG")) << picture.name;
+        EXPECT_TRUE(AreSame(read, picture.image)) << picture.name << " " << picture.image.width();
+        EXPECT_EQ(read.hasAlphaChannel(), picture.image.hasAlphaChannel()) << picture.name;
+        EXPECT_EQ(ByUs(picture.image.copy()), packed) << picture.name;
+    }
+}
+
+TEST(PngCodecTest, ReadsWhatItWritesAndWhatQtWrites) {
+    for (const Named& picture : Pictures()) {
+        EXPECT_TRUE(AreSame(Decoded(ByUs(picture.image)), picture.image))
+            << picture.name << " " << picture.image.width();
+        EXPECT_TRUE(AreSame(Decoded(ByQt(picture.image)), picture.image))
+            << picture.name << " " << picture.image.width();
+    }
+}
+
+TEST(PngCodecTest, DrawingsTakeLittleMoreThanByQt) {
+    for (const Named& picture :
+         {Named{"brush", Strokes(30, vellix::ToolType::Brush)},
+          Named{"pencil", Strokes(6, vellix::ToolType::Pencil)}, Named{"painted", Painted()},
+          Named{"opaque", Painted().convertToFormat(QImage::Format_RGB32)}}) {
+        EXPECT_LE(ByUs(picture.image).size(), ByQt(picture.image).size() * 1.15) << picture.name;
+    }
+}
+
+TEST(PngCodecTest, LeavesWhatIsNoPictureAlone) {
+    QByteArray packed = "kept";
+    EXPECT_FALSE(PngCodec::Encode(QImage(), packed));
+    EXPECT_EQ(packed, "kept");
+    QImage image = Noise(3, 3);
+    const QImage before = image.copy();
+    EXPECT_FALSE(PngCodec::Decode("no PNG", image));
+    EXPECT_EQ(image, before);
+}
+
+// The picture owns its pixels: it outlives the bytes, and painting on a copy leaves it alone.
+TEST(PngCodecTest, DecodedPicturesAreOrdinaryImages) {
+    const QImage noise = Noise(100, 100);
+    QByteArray packed = ByUs(noise);
+    QImage image = Decoded(packed);
+    packed.fill('x');
+    QImage copy = image;
+    copy.fill(Qt::red);
+    EXPECT_TRUE(AreSame(image, noise));
+    QPainter(&image).fillRect(0, 0, 100, 100, Qt::green);
+    EXPECT_EQ(image.pixelColor(99, 99), QColor(Qt::green));
+    EXPECT_EQ(copy.pixelColor(99, 99), QColor(Qt::red));
+}
+
+TEST(PngCodecTest, ReadsEveryFilterAsQtDoes) {
+    for (int first = 0; first < 5; ++first) {
+        for (int second = 0; second < 5; ++second) {
+            for (const int width : {1, 2, 3, 17, 64}) {
+                const QByteArray png = Rgba(
+                    width, 9, FilteredNoise(4 * width, 9, [&](int y) { return y % 2 ? second : first; }));
+                EXPECT_TRUE(AreSame(Decoded(png), QImage::fromData(png)))
+                    << first << " " << second << " " << width;
+            }
+        }
+    }
+}
+
+TEST(PngCodecTest, ReadsEveryKindAsQtDoes) {
+    const struct {
+        int colorType;
+        int channels;
+        std::vector<int> depths;
+    } kinds[] = {
+        {0, 1, {1, 2, 4, 8, 16}}, {2, 3, {8, 16}}, {3, 1, {1, 2, 4, 8}}, {4, 2, {8, 16}}, {6, 4, {8, 16}}};
+    for (const auto& kind : kinds) {
+        for (const int depth : kind.depths) {
+            QByteArray palette;
+            for (int i = 0; kind.colorType == 3 && i < 3 << depth; ++i) {
+                palette += char(i * 37);
+            }
+            const QByteArray colors = palette.isEmpty() ? palette : MakeChunk("PLTE", palette);
+            const QByteArray rows =
+                FilteredNoise((19 * kind.channels * depth + 7) / 8, 11, [](int y) { return y % 5; });
+            const QByteArray plain =
+                Png(HeaderChunk(19, 11, depth, kind.colorType) + colors + MakeChunk("IDAT", Deflated(rows)));
+            EXPECT_TRUE(AreSame(Decoded(plain), QImage::fromData(plain))) << kind.colorType << " " << depth;
+            // A picture of one pixel has the same rows with interlace.
+            const QByteArray one = FilteredNoise((kind.channels * depth + 7) / 8, 1, [](int) { return 0; });
+            const QByteArray laced =
+                Png(HeaderChunk(1, 1, depth, kind.colorType, 1) + colors + MakeChunk("IDAT", Deflated(one)));
+            EXPECT_TRUE(AreSame(Decoded(laced), QImage::fromData(laced))) << kind.colorType << " " << depth;
+        }
+    }
+}
+
+// What other programs put between the chunks that count.
+TEST(PngCodecTest, OtherChunksChangeNoPixels) {
+    const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
+    const QByteArray stream = Deflated(rows);
+    const QByteArray header = HeaderChunk(20, 20);
+    const QByteArray pixels = MakeChunk("IDAT", stream);
+    const QImage expected = QImage::fromData(Png(header + pixels));
+    const std::pair<const char*, QByteArray> besides[] = {
+        {"gAMA", BigEndian(45455)},
+        {"sRGB", QByteArray(1, '\0')},
+        {"cHRM", BigEndian(31270) + BigEndian(32900) + BigEndian(64000) + BigEndian(33000) +
+                     BigEndian(30000) + BigEndian(60000) + BigEndian(15000) + BigEndian(6000)},
+        {"iCCP", QByteArray("name\0\0", 6) + Deflated("no profile")},
+        {"tRNS", QByteArray("\0\1\0\2\0\3", 6)},
+        {"bKGD", QByteArray("\0\1\0\2\0\3", 6)},
+        {"sBIT", QByteArray("\5\5\5\5", 4)},
+        {"pHYs", BigEndian(100) + BigEndian(200) + QByteArray(1, '\1')},
+        {"tEXt", QByteArray("Comment\0text", 12)},
+        {"zTXt", QByteArray("Comment\0\0", 9) + Deflated("text")},
+        {"acTL", BigEndian(1) + BigEndian(0)},
+        {"fcTL", QByteArray(26, '\0')},
+        {"prIv", "anything"},
+    };
+    for (const auto& chunk : besides) {
+        for (const QByteArray& png : {Png(header + MakeChunk(chunk.first, chunk.second) + pixels),
+                                      Png(header + pixels + MakeChunk(chunk.first, chunk.second))}) {
+            const QImage byQt = QImage::fromData(png);
+            if (!byQt.isNull()) {
+                EXPECT_TRUE(AreSame(Decoded(png), byQt)) << chunk.first;
+                EXPECT_TRUE(AreSame(Decoded(png), expected)) << chunk.first;
+            }
+        }
+        // A damaged one is skipped.
+        QByteArray damaged = MakeChunk(chunk.first, chunk.second);
+        damaged[damaged.size() - 1] = char(damaged.at(damaged.size() - 1) ^ 1);
+        EXPECT_TRUE(AreSame(Decoded(Png(header + pixels + damaged)), expected)) << chunk.first;
+    }
+    // The pixels in many pieces, empty ones among them.
+    QByteArray pieces;
+    for (int i = 0; i < stream.size(); i += 7) {
+        pieces += MakeChunk("IDAT", stream.mid(i, 7)) + MakeChunk("IDAT", QByteArray());
+    }
+    EXPECT_TRUE(AreSame(Decoded(Png(header + pieces)), expected));
+    // Bytes behind the stream's end are none of the picture's.
+    EXPECT_TRUE(AreSame(Decoded(Png(header + MakeChunk("IDAT", stream + "more"))), expected));
+}
+
+TEST(PngCodecTest, RefusesDamage) {
+    const QByteArray header = HeaderChunk(20, 20);
+    const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
+    const QByteArray stream = Deflated(rows);
+    const QByteArray pixels = MakeChunk("IDAT", stream);
+    const QByteArray whole = Png(header + pixels);
+    ASSERT_FALSE(Decoded(whole).isNull());
+    const auto changed = [](QByteArray bytes, int at) {
+        bytes[at] = char(bytes.at(at) ^ 0x10);
+        return bytes;
+    };
+    const auto withLength = [&](quint32 length) {
+        return QByteArray(whole).replace(33, 4, BigEndian(length));
+    };
+    QByteArray badFilter = rows;
+    badFilter[81 * 7] = 5;
+    const std::pair<const char*, QByteArray> cases[] = {
+        {"too few rows", Rgba(20, 20, rows.left(81 * 19))},
+        {"a byte too few", Rgba(20, 20, rows.left(rows.size() - 1))},
+        {"no bytes", Rgba(20, 20, QByteArray())},
+        {"a filter out of range", Rgba(20, 20, badFilter)},
+        {"a filter far out of range", Rgba(20, 20, QByteArray(rows).replace(0, 1, "\xff"))},
+        {"no stream", Png(header + MakeChunk("IDAT", "this is no stream of bytes"))},
+        {"a cut stream", Png(header + MakeChunk("IDAT", stream.left(stream.size() / 2)))},
+        {"no pixels", Png(header)},
+        {"an empty chunk of pixels", Png(header + MakeChunk("IDAT", QByteArray()))},
+        {"pixels before the header", Png(pixels + header)},
+        {"no end", whole.left(whole.size() - 12)},
+        {"half an end", whole.left(whole.size() - 5)},
+        {"a wrong checksum of the header", changed(whole, 30)},
+        {"a wrong checksum of the pixels", changed(whole, whole.size() - 14)},
+        {"a wrong checksum of the end", changed(whole, whole.size() - 1)},
+        {"a length of two billion", withLength(0x7fffffffu)},
+        {"a length of over two billion", withLength(0x80000000u)},
+        {"a length of four billion", withLength(0xffffffffu)},
+        {"a length of four billion but for the rest", withLength(0xffffffffu - 11u)},
+        {"sides of two billion", Png(HeaderChunk(0x7fffffff, 0x7fffffff) + pixels)},
+        {"negative sides", Png(HeaderChunk(-1, -1) + pixels)},
+        {"no width", Png(HeaderChunk(0, 20) + pixels)},
+        {"a picture the bytes cannot fill", Png(HeaderChunk(8192, 8192) + pixels)},
+        {"a depth of 3", Png(HeaderChunk(20, 20, 3) + pixels)},
+        {"a colour type of 5", Png(HeaderChunk(20, 20, 8, 5) + pixels)},
+        {"a palette missing", Png(HeaderChunk(20, 20, 8, 3) + pixels)},
+        {"another chunk between the pixels", Png(header + MakeChunk("IDAT", stream.left(40)) +
+                                                 MakeChunk("tEXt", "a") + MakeChunk("IDAT", stream.mid(40)))},
+        {"pixels swapped",
+         Png(header + MakeChunk("IDAT", stream.mid(40)) + MakeChunk("IDAT", stream.left(40)))},
+    };
+    for (const auto& c : cases) {
+        QImage image = Noise(2, 2);
+        EXPECT_FALSE(PngCodec::Decode(c.second, image)) << c.first;
+        EXPECT_TRUE(AreSame(image, Noise(2, 2))) << c.first;
+    }
+}
+
+#ifdef VELLIX_WITH_LIBDEFLATE
+// Qt lets these pass.
+TEST(PngCodecTest, RefusesStreamsThatDoNotAddUp) {
+    const QByteArray header = HeaderChunk(20, 20);
+    const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
+    QByteArray stream = Deflated(rows);
+    stream[stream.size() - 1] = char(stream.at(stream.size() - 1) ^ 1);
+    EXPECT_TRUE(Decoded(Png(header + MakeChunk("IDAT", stream))).isNull()) << "a wrong checksum";
+    EXPECT_TRUE(Decoded(Rgba(20, 20, rows + "x")).isNull()) << "a byte too many";
+    EXPECT_TRUE(Decoded(Rgba(20, 20, rows + rows)).isNull()) << "twice the rows";
+}
+#endif
+
+TEST(PngCodecTest, OtherReadersReadWhatItWrites) {
+    const QString reader = QStandardPaths::findExecutable("pngtopam");
+    if (reader.isEmpty()) {
+        GTEST_SKIP() << "pngtopam is not installed (netpbm)";
+    }
+    const QTemporaryDir folder;
+    for (const Named& picture :
+         {Named{"brush", Strokes(10, vellix::ToolType::Brush)}, Named{"noise", Noise(333, 41)},
+          Named{"empty", EmptyLayer(Qt::transparent)}, Named{"painted", Painted()},
+          Named{"opaque", Painted().convertToFormat(QImage::Format_RGB32)}}) {
+        QFile file(folder.filePath("a.png"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(ByUs(picture.image));
+        file.close();
+        QProcess process;
+        process.start(reader, {"-alphapam", file.fileName()});
+        ASSERT_TRUE(process.waitForFinished()) << picture.name;
+        EXPECT_EQ(process.exitCode(), 0) << picture.name;
+        EXPECT_EQ(process.readAllStandardError().toStdString(), "") << picture.name;
+        QByteArray pam = process.readAllStandardOutput();
+        pam.remove(0, pam.indexOf("ENDHDR\n") + 7);
+        const QImage expected = picture.image.convertToFormat(QImage::Format_RGBA8888);
+        ASSERT_EQ(pam.size(), expected.width() * expected.height() * 4) << picture.name;
+        EXPECT_EQ(std::memcmp(pam.constData(), expected.constBits(), size_t(pam.size())), 0) << picture.name;
+    }
+}
+
+TEST(PngCodecTest, ReadsWhatOtherProgramsWrite) {
+    const QString writer = QStandardPaths::findExecutable("pnmtopng");
+    if (writer.isEmpty()) {
+        GTEST_SKIP() << "pnmtopng is not installed (netpbm)";
+    }
+    const QImage gray = Painted().convertToFormat(QImage::Format_Grayscale8).copy(90, 90, 61, 47);
+    QByteArray pgm = "P5 61 47 255\n";
+    for (int y = 0; y < 47; ++y) {
+        pgm.append(reinterpret_cast<const char*>(gray.constScanLine(y)), 61);
+    }
+    for (const QStringList& arguments : {QStringList{}, QStringList{"-interlace"}, QStringList{"-force"},
+                                         QStringList{"-gamma", "0.45"}, QStringList{"-background", "red"},
+                                         QStringList{"-filter", "4"}, QStringList{"-transparent", "white"}}) {
+        QProcess process;
+        process.start(writer, arguments);
+        process.write(pgm);
+        process.closeWriteChannel();
+        ASSERT_TRUE(process.waitForFinished());
+        const QByteArray png = process.readAllStandardOutput();
+        ASSERT_FALSE(png.isEmpty()) << arguments.join(" ").toStdString();
+        EXPECT_TRUE(AreSame(Decoded(png), QImage::fromData(png))) << arguments.join(" ").toStdString();
+    }
+}
