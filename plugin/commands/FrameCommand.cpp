@@ -26,13 +26,15 @@ namespace vellix {
 
 namespace {
 
-std::vector<int> GetTimes(const Layer& layer) {
-    std::vector<int> times;
-    times.reserve(static_cast<std::size_t>(layer.FrameCount()));
+/// The frames of the layer but for the empty one of a press that has not ended, which no undo step knows.
+std::vector<const Frame*> GetFrames(const Layer& layer) {
+    std::vector<const Frame*> frames;
     for (int i = 0; i < layer.FrameCount(); ++i) {
-        times.push_back(layer.GetFrame(i)->GetTimeValue());
+        if (layer.GetFrame(i)->GetId() != layer.GetProvisionalFrame()) {
+            frames.push_back(layer.GetFrame(i));
+        }
     }
-    return times;
+    return frames;
 }
 
 MStatus RefuseEdit(const QString& message) {
@@ -408,10 +410,14 @@ MStatus FrameCommand::RetimeFrames() {
 
 MStatus FrameCommand::PlanRetiming() {
     const Layer* const layer = GetLayer();
-    if (!layer || layer->FrameCount() < 1) {
+    const std::vector<const Frame*> frames = layer ? GetFrames(*layer) : std::vector<const Frame*>();
+    if (frames.empty()) {
         return MS::kFailure;
     }
-    const std::vector<int> times = GetTimes(*layer);
+    std::vector<int> times;
+    for (const Frame* frame : frames) {
+        times.push_back(frame->GetTimeValue());
+    }
     const FrameRange range = FrameRange::FromTimeSlider();
     Retiming retiming(amount_, relative_);
     retiming.SetRange(range.start, range.end, times);
@@ -420,7 +426,7 @@ MStatus FrameCommand::PlanRetiming() {
         if (!IsWholeFrame(newTimes[i])) {
             return RefuseEdit(QString("Retime Failed. Time %1 is out of range").arg(newTimes[i]));
         }
-        schedule_.Add(*layer->GetFrame(static_cast<int>(i)), static_cast<int>(newTimes[i]));
+        schedule_.Add(*frames[i], static_cast<int>(newTimes[i]));
     }
     const int target = retiming.FindTarget(times, moveToNext_);
     targetTime_ = FromWholeFrames(static_cast<int>(newTimes[static_cast<std::size_t>(target)]));

@@ -14,7 +14,8 @@ bool FrameMove::Plan(const Layer& layer, int offset, int first, int last, FrameS
     for (int i = 0; i < layer.FrameCount(); ++i) {
         const Frame& frame = *layer.GetFrame(i);
         const int time = frame.GetTimeValue();
-        if (time < first || time > last) {
+        // No undo step knows the empty frame of a press that has not ended.
+        if (time < first || time > last || frame.GetId() == layer.GetProvisionalFrame()) {
             continue;
         }
         const qint64 wanted = qint64(time) + offset;

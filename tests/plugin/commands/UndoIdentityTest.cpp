@@ -196,6 +196,22 @@ TEST_F(UndoIdentityTest, LaterCommandsFindWhatRedoBrings) {
     });
 }
 
+// The empty frame of a press goes with the stroke, so undo cannot count on it.
+TEST_F(UndoIdentityTest, AFrameOfAnUnfinishedPressIsInNoStep) {
+    for (const char* line : {"qmVellixFrame -move 5 3 9", "qmVellixFrame -retime 7", "qmVellixFrame -delete",
+                             "qmVellixFrame -clear", "qmVellixFrame -paste"}) {
+        SetUp();
+        const QString before = Drawing();
+        Layer& layer = *Node().GetActiveLayer("persp");
+        layer.SetProvisionalFrame(layer.GetFrame(layer.AddFrame(MTime(5, MTime::uiUnit())))->GetId());
+        Mel(line);
+        layer.DropProvisionalFrame();
+        Mel("undo");
+        EXPECT_EQ(Messages(), QStringList()) << line;
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString()) << line;
+    }
+}
+
 TEST_F(UndoIdentityTest, ARefusedInsertIsUnsaved) {
     Mel("file -modified 0");
     ExpectRefusal("qmVellixLayer -delete 9 persp", "");
