@@ -30,7 +30,7 @@ inline QByteArray Number(quint32 value) {
     return bytes;
 }
 
-inline QByteArray Chunk(const char* type, const QByteArray& data = QByteArray()) {
+inline QByteArray Chunk(const QByteArray& type, const QByteArray& data = QByteArray()) {
     const QByteArray checked = type + data;
     return Number(static_cast<quint32>(data.size())) + checked + Number(Crc(checked));
 }

@@ -2,6 +2,7 @@
 
 #include "PaintTesting.h"
 #include "paint/DrawUtil.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -20,10 +21,9 @@
 #include <vector>
 
 using vellix::PngCodec;
+using namespace vellix::PngBytes;
 
 namespace {
-
-constexpr char SIGNATURE[] = "\x89PNG\r\n\x1a\n";
 
 // --- pictures
 
@@ -163,46 +163,17 @@ bool AreSame(const QImage& a, const QImage& b) {
 
 // --- PNG made by hand
 
-quint32 Crc(const QByteArray& bytes) {
-    quint32 crc = 0xffffffffu;
-    for (const char byte : bytes) {
-        crc ^= uchar(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = crc & 1 ? crc >> 1 ^ 0xedb88320u : crc >> 1;
-        }
-    }
-    return ~crc;
-}
-
-QByteArray BigEndian(quint32 value) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray MakeChunk(const QByteArray& type, const QByteArray& data) {
-    return BigEndian(quint32(data.size())) + type + data + BigEndian(Crc(type + data));
-}
-
-QByteArray HeaderChunk(int width, int height, int depth = 8, int colorType = 6, int interlace = 0) {
-    QByteArray data = BigEndian(quint32(width)) + BigEndian(quint32(height));
-    for (const int field : {depth, colorType, 0, 0, interlace}) {
-        data += char(field);
-    }
-    return MakeChunk("IHDR", data);
-}
-
 // A zlib stream; qCompress() puts the length before it.
 QByteArray Deflated(const QByteArray& bytes) {
     return qCompress(bytes).mid(4);
 }
 
 QByteArray Png(const QByteArray& chunks) {
-    return QByteArray(SIGNATURE, 8) + chunks + MakeChunk("IEND", QByteArray());
+    return File({chunks, Chunk("IEND")});
 }
 
 QByteArray Rgba(int width, int height, const QByteArray& filtered) {
-    return Png(HeaderChunk(width, height) + MakeChunk("IDAT", Deflated(filtered)));
+    return Png(Header(width, height, 8, 6) + Chunk("IDAT", Deflated(filtered)));
 }
 
 // Rows of noise, with the filter that `filter` gives for each.
@@ -299,16 +270,16 @@ TEST(PngCodecTest, ReadsEveryKindAsQtDoes) {
             for (int i = 0; kind.colorType == 3 && i < 3 << depth; ++i) {
                 palette += char(i * 37);
             }
-            const QByteArray colors = palette.isEmpty() ? palette : MakeChunk("PLTE", palette);
+            const QByteArray colors = palette.isEmpty() ? palette : Chunk("PLTE", palette);
             const QByteArray rows =
                 FilteredNoise((19 * kind.channels * depth + 7) / 8, 11, [](int y) { return y % 5; });
             const QByteArray plain =
-                Png(HeaderChunk(19, 11, depth, kind.colorType) + colors + MakeChunk("IDAT", Deflated(rows)));
+                Png(Header(19, 11, depth, kind.colorType) + colors + Chunk("IDAT", Deflated(rows)));
             EXPECT_TRUE(AreSame(Decoded(plain), QImage::fromData(plain))) << kind.colorType << " " << depth;
             // A picture of one pixel has the same rows with interlace.
             const QByteArray one = FilteredNoise((kind.channels * depth + 7) / 8, 1, [](int) { return 0; });
             const QByteArray laced =
-                Png(HeaderChunk(1, 1, depth, kind.colorType, 1) + colors + MakeChunk("IDAT", Deflated(one)));
+                Png(Header(1, 1, depth, kind.colorType, 1) + colors + Chunk("IDAT", Deflated(one)));
             EXPECT_TRUE(AreSame(Decoded(laced), QImage::fromData(laced))) << kind.colorType << " " << depth;
         }
     }
@@ -318,28 +289,28 @@ TEST(PngCodecTest, ReadsEveryKindAsQtDoes) {
 TEST(PngCodecTest, OtherChunksChangeNoPixels) {
     const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
     const QByteArray stream = Deflated(rows);
-    const QByteArray header = HeaderChunk(20, 20);
-    const QByteArray pixels = MakeChunk("IDAT", stream);
+    const QByteArray header = Header(20, 20, 8, 6);
+    const QByteArray pixels = Chunk("IDAT", stream);
     const QImage expected = QImage::fromData(Png(header + pixels));
     const std::pair<const char*, QByteArray> besides[] = {
-        {"gAMA", BigEndian(45455)},
+        {"gAMA", Number(45455)},
         {"sRGB", QByteArray(1, '\0')},
-        {"cHRM", BigEndian(31270) + BigEndian(32900) + BigEndian(64000) + BigEndian(33000) +
-                     BigEndian(30000) + BigEndian(60000) + BigEndian(15000) + BigEndian(6000)},
+        {"cHRM", Number(31270) + Number(32900) + Number(64000) + Number(33000) + Number(30000) +
+                     Number(60000) + Number(15000) + Number(6000)},
         {"iCCP", QByteArray("name\0\0", 6) + Deflated("no profile")},
         {"tRNS", QByteArray("\0\1\0\2\0\3", 6)},
         {"bKGD", QByteArray("\0\1\0\2\0\3", 6)},
         {"sBIT", QByteArray("\5\5\5\5", 4)},
-        {"pHYs", BigEndian(100) + BigEndian(200) + QByteArray(1, '\1')},
+        {"pHYs", Number(100) + Number(200) + QByteArray(1, '\1')},
         {"tEXt", QByteArray("Comment\0text", 12)},
         {"zTXt", QByteArray("Comment\0\0", 9) + Deflated("text")},
-        {"acTL", BigEndian(1) + BigEndian(0)},
+        {"acTL", Number(1) + Number(0)},
         {"fcTL", QByteArray(26, '\0')},
         {"prIv", "anything"},
     };
     for (const auto& chunk : besides) {
-        for (const QByteArray& png : {Png(header + MakeChunk(chunk.first, chunk.second) + pixels),
-                                      Png(header + pixels + MakeChunk(chunk.first, chunk.second))}) {
+        for (const QByteArray& png : {Png(header + Chunk(chunk.first, chunk.second) + pixels),
+                                      Png(header + pixels + Chunk(chunk.first, chunk.second))}) {
             const QImage byQt = QImage::fromData(png);
             if (!byQt.isNull()) {
                 EXPECT_TRUE(AreSame(Decoded(png), byQt)) << chunk.first;
@@ -347,34 +318,32 @@ TEST(PngCodecTest, OtherChunksChangeNoPixels) {
             }
         }
         // A damaged one is skipped.
-        QByteArray damaged = MakeChunk(chunk.first, chunk.second);
+        QByteArray damaged = Chunk(chunk.first, chunk.second);
         damaged[damaged.size() - 1] = char(damaged.at(damaged.size() - 1) ^ 1);
         EXPECT_TRUE(AreSame(Decoded(Png(header + pixels + damaged)), expected)) << chunk.first;
     }
     // The pixels in many pieces, empty ones among them.
     QByteArray pieces;
     for (int i = 0; i < stream.size(); i += 7) {
-        pieces += MakeChunk("IDAT", stream.mid(i, 7)) + MakeChunk("IDAT", QByteArray());
+        pieces += Chunk("IDAT", stream.mid(i, 7)) + Chunk("IDAT", QByteArray());
     }
     EXPECT_TRUE(AreSame(Decoded(Png(header + pieces)), expected));
     // Bytes behind the stream's end are none of the picture's.
-    EXPECT_TRUE(AreSame(Decoded(Png(header + MakeChunk("IDAT", stream + "more"))), expected));
+    EXPECT_TRUE(AreSame(Decoded(Png(header + Chunk("IDAT", stream + "more"))), expected));
 }
 
 TEST(PngCodecTest, RefusesDamage) {
-    const QByteArray header = HeaderChunk(20, 20);
+    const QByteArray header = Header(20, 20, 8, 6);
     const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
     const QByteArray stream = Deflated(rows);
-    const QByteArray pixels = MakeChunk("IDAT", stream);
+    const QByteArray pixels = Chunk("IDAT", stream);
     const QByteArray whole = Png(header + pixels);
     ASSERT_FALSE(Decoded(whole).isNull());
     const auto changed = [](QByteArray bytes, int at) {
         bytes[at] = char(bytes.at(at) ^ 0x10);
         return bytes;
     };
-    const auto withLength = [&](quint32 length) {
-        return QByteArray(whole).replace(33, 4, BigEndian(length));
-    };
+    const auto withLength = [&](quint32 length) { return QByteArray(whole).replace(33, 4, Number(length)); };
     QByteArray badFilter = rows;
     badFilter[81 * 7] = 5;
     const std::pair<const char*, QByteArray> cases[] = {
@@ -383,10 +352,10 @@ TEST(PngCodecTest, RefusesDamage) {
         {"no bytes", Rgba(20, 20, QByteArray())},
         {"a filter out of range", Rgba(20, 20, badFilter)},
         {"a filter far out of range", Rgba(20, 20, QByteArray(rows).replace(0, 1, "\xff"))},
-        {"no stream", Png(header + MakeChunk("IDAT", "this is no stream of bytes"))},
-        {"a cut stream", Png(header + MakeChunk("IDAT", stream.left(stream.size() / 2)))},
+        {"no stream", Png(header + Chunk("IDAT", "this is no stream of bytes"))},
+        {"a cut stream", Png(header + Chunk("IDAT", stream.left(stream.size() / 2)))},
         {"no pixels", Png(header)},
-        {"an empty chunk of pixels", Png(header + MakeChunk("IDAT", QByteArray()))},
+        {"an empty chunk of pixels", Png(header + Chunk("IDAT", QByteArray()))},
         {"pixels before the header", Png(pixels + header)},
         {"no end", whole.left(whole.size() - 12)},
         {"half an end", whole.left(whole.size() - 5)},
@@ -397,17 +366,16 @@ TEST(PngCodecTest, RefusesDamage) {
         {"a length of over two billion", withLength(0x80000000u)},
         {"a length of four billion", withLength(0xffffffffu)},
         {"a length of four billion but for the rest", withLength(0xffffffffu - 11u)},
-        {"sides of two billion", Png(HeaderChunk(0x7fffffff, 0x7fffffff) + pixels)},
-        {"negative sides", Png(HeaderChunk(-1, -1) + pixels)},
-        {"no width", Png(HeaderChunk(0, 20) + pixels)},
-        {"a picture the bytes cannot fill", Png(HeaderChunk(8192, 8192) + pixels)},
-        {"a depth of 3", Png(HeaderChunk(20, 20, 3) + pixels)},
-        {"a colour type of 5", Png(HeaderChunk(20, 20, 8, 5) + pixels)},
-        {"a palette missing", Png(HeaderChunk(20, 20, 8, 3) + pixels)},
-        {"another chunk between the pixels", Png(header + MakeChunk("IDAT", stream.left(40)) +
-                                                 MakeChunk("tEXt", "a") + MakeChunk("IDAT", stream.mid(40)))},
-        {"pixels swapped",
-         Png(header + MakeChunk("IDAT", stream.mid(40)) + MakeChunk("IDAT", stream.left(40)))},
+        {"sides of two billion", Png(Header(0x7fffffff, 0x7fffffff, 8, 6) + pixels)},
+        {"negative sides", Png(Header(-1, -1, 8, 6) + pixels)},
+        {"no width", Png(Header(0, 20, 8, 6) + pixels)},
+        {"a picture the bytes cannot fill", Png(Header(8192, 8192, 8, 6) + pixels)},
+        {"a depth of 3", Png(Header(20, 20, 3, 6) + pixels)},
+        {"a colour type of 5", Png(Header(20, 20, 8, 5) + pixels)},
+        {"a palette missing", Png(Header(20, 20, 8, 3) + pixels)},
+        {"another chunk between the pixels",
+         Png(header + Chunk("IDAT", stream.left(40)) + Chunk("tEXt", "a") + Chunk("IDAT", stream.mid(40)))},
+        {"pixels swapped", Png(header + Chunk("IDAT", stream.mid(40)) + Chunk("IDAT", stream.left(40)))},
     };
     for (const auto& c : cases) {
         QImage image = Noise(2, 2);
@@ -419,11 +387,11 @@ TEST(PngCodecTest, RefusesDamage) {
 #ifdef VELLIX_WITH_LIBDEFLATE
 // Qt lets these pass.
 TEST(PngCodecTest, RefusesStreamsThatDoNotAddUp) {
-    const QByteArray header = HeaderChunk(20, 20);
+    const QByteArray header = Header(20, 20, 8, 6);
     const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
     QByteArray stream = Deflated(rows);
     stream[stream.size() - 1] = char(stream.at(stream.size() - 1) ^ 1);
-    EXPECT_TRUE(Decoded(Png(header + MakeChunk("IDAT", stream))).isNull()) << "a wrong checksum";
+    EXPECT_TRUE(Decoded(Png(header + Chunk("IDAT", stream))).isNull()) << "a wrong checksum";
     EXPECT_TRUE(Decoded(Rgba(20, 20, rows + "x")).isNull()) << "a byte too many";
     EXPECT_TRUE(Decoded(Rgba(20, 20, rows + rows)).isNull()) << "twice the rows";
 }
