@@ -19,7 +19,7 @@ FaultFixture::FaultFixture() {
     options.prefsFolder = folder_.filePath("prefs").toStdString();
     host_ = std::make_unique<lightbox::LightboxHost>(options);
     host_->output().SetSink([this](Output::Kind kind, const std::string& text) {
-        if (kind == Output::Kind::Error) {
+        if (kind == Output::Kind::Error || kind == Output::Kind::Warning) {
             errors_.push_back(text);
         }
     });

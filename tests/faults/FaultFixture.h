@@ -46,7 +46,7 @@ protected:
     bool Run(const QString& mel);
     /// The same; the result, or "<failed>".
     QString Ask(const QString& mel);
-    /// Whether an error was reported since the last call.
+    /// Whether an error or a warning was reported since the last call.
     bool TakesErrors();
     std::string Messages() const;
     /// Draws a new line on each of these frames of persp.

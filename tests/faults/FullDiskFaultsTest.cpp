@@ -63,7 +63,7 @@ protected:
              }},
             {"the option variables", folder_.filePath("prefs/optionVars.json"),
              [this] { Run("optionVar -stringValue longOne \"" + QString(3000, 'x') + "\""); },
-             Runs("optionVar -floatValue other `rand 1`; savePrefs")},
+             Runs("optionVar -intValue other 1; savePrefs")},
         };
     }
 
