@@ -115,11 +115,13 @@ MStatus LayerCommand::doIt(const MArgList& args) {
     if (node_ && flag_->check && !flag_->check(*this)) {
         return MS::kFailure;
     }
-    undoable_ = flag_ && flag_->undo && !isQuery_;
-    // A text that is open goes into its own layer before another one becomes active.
-    if (undoable_ && !flag_->exchanges) {
+    const bool changes = flag_ && flag_->undo && !isQuery_;
+    // A text that is open goes into its own layer, as an undo step of its own, before another one becomes
+    // active.
+    if (changes && !flag_->exchanges) {
         OpenText::Commit();
     }
+    undoable_ = changes; // what an undoable command runs leaves no step
     return Run(isQuery_ && flag_ ? flag_->query : flag_ ? flag_->redo : Flag::Step());
 }
 
