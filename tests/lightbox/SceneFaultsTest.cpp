@@ -188,7 +188,7 @@ TEST_F(SceneFaultsTest, DataBelowACompoundOutlivesItsPlugin) {
     EXPECT_EQ(ErrorOfOpening("a.ma"), "none");
     EXPECT_EQ(SceneText(), before);
     EXPECT_EQ(ErrorOfOpening("a.lbx"), "none") << Output();
-    EXPECT_EQ(Typed("getAttr top.height"), "float 0");
+    EXPECT_EQ(Typed("getAttr top.height"), "float 21");
     Run("disconnectAttr persp.ty top.height");
     EXPECT_EQ(Typed("getAttr top.height"), "float 4");
     Run("connectAttr persp.ty top.height");
