@@ -46,8 +46,8 @@ QRectF SpannedRectangle(const QList<StrokePoint>& points) {
 // rounded up.
 int CentredStart(int first, int last, int extent, int offset) {
     const qint64 sum = qint64(first) + last;
-    const bool odd = (qint64(last) - first) % 2 != 0;
-    const qint64 start = sum / 2 + (odd ? 1 : 0) - extent / 2 + offset;
+    const qint64 middle = (sum % 2 == 0 ? sum : sum + 1) / 2;
+    const qint64 start = middle - extent / 2 + offset;
     constexpr qint64 FAR = 1 << 24; // far outside the image on either side
     return int(std::min(std::max(start, -FAR), FAR));
 }

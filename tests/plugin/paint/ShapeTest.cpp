@@ -182,6 +182,7 @@ TEST(TransformStroke, LandsOnTheSelection) {
     };
     const Case cases[] = {
         {{100, 200, 31, 21}, 0, 1, 1, false, {105, 193, 31, 21}},    // odd extents
+        {{-7, -12, 30, 22}, 0, 1, 1, false, {0, 0, 28, 3}},          // partly outside
         {{100, 200, 30, 20}, 0, 1, 1, false, {105, 193, 30, 20}},    // even ones
         {{100, 200, 31, 21}, 0, -1, 1, false, {105, 193, 31, 21}},   // flipped
         {{100, 200, 31, 21}, 90, 1, 1, false, {110, 188, 21, 31}},   // on its side
