@@ -302,10 +302,9 @@ void FrameCommand::PlanRemoval(bool blanks) {
     const Frame* previous = nullptr;
     for (int i = 0; layer && i < layer->FrameCount(); ++i) {
         const Frame* const frame = layer->GetFrame(i);
-        if (!range.Contains(frame->GetTimeValue())) {
+        if (!range.Contains(frame->GetTimeValue()) || !exchange_.TakeOut(*layer, *frame)) {
             continue;
         }
-        exchange_.TakeOut(*layer, *frame);
         // Changing the time unit can put two frames on the same time.
         if (blanks && !(previous && previous->GetTimeValue() == frame->GetTimeValue())) {
             exchange_.PutBlank(frame->GetTime());

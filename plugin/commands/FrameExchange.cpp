@@ -21,10 +21,12 @@ FrameList TakePacked(Layer& layer, const std::vector<FrameId>& ids) {
 
 FrameExchange::~FrameExchange() = default;
 
-void FrameExchange::TakeOut(const Layer& layer, const Frame& frame) {
-    if (frame.GetId() != layer.GetProvisionalFrame()) {
-        outIds_.push_back(frame.GetId());
+bool FrameExchange::TakeOut(const Layer& layer, const Frame& frame) {
+    if (frame.GetId() == layer.GetProvisionalFrame()) {
+        return false;
     }
+    outIds_.push_back(frame.GetId());
+    return true;
 }
 
 void FrameExchange::PutBlank(const MTime& time) {

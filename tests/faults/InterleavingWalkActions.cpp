@@ -177,7 +177,7 @@ std::string InterleavingWalk::TransformStep(const Numbers& n) {
     isWholeSelected_ = false;
     switch (n[0] % 7) {
     case 0:
-        tool->Copy(n[1] % 2 == 0);
+        tool->Copy(false); // keeping the copied pixels is half of a cut
         return "copy in the picture";
     case 1:
         tool->Cut();

@@ -111,6 +111,9 @@ TEST_F(StrokeTargetTest, GoesIntoTheDrawingItBeganOn) {
         {"persp", 1, "qmVellixLayer -en Renamed 0 persp", "persp/Renamed/1"},
         {"side", 3, "currentTime 5; qmVellixLayer -e -active 1 persp", "side/Layer/3"},
         {"side", 3, "qmVellixLayer -e -active 0 front", "side/Layer/3"},
+        {"side", 3, "qmVellixFrame -clear side", "side/Layer/3"},
+        {"persp", 3, "qmVellixFrame -clear persp", "persp/A/3"},
+        {"persp", 3, "qmVellixFrame -delete persp", "persp/A/3"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(::testing::Message() << row.camera << " at " << row.time << ": " << row.meanwhile);
