@@ -59,11 +59,13 @@ protected:
     QString Names() const;
 
     QTemporaryDir folder_; ///< holds the preferences and the folder "work"
-    std::unique_ptr<lightbox::LightboxHost> host_;
 
 private:
     std::vector<std::string> errors_;
     int drawn_ = 0;
+
+protected:
+    std::unique_ptr<lightbox::LightboxHost> host_; ///< ends first: it still reports errors then
 };
 
 /// A Maya ASCII scene without the line that tells when it was saved.
