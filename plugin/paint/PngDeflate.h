@@ -12,7 +12,7 @@ namespace vellix {
 /// Filtered rows of drawings are mostly runs: of one byte, above all of 0, and of one pixel. So runs are
 /// looked for first, and empty rows cost next to nothing. What lies further back counts only where it saves
 /// more bits than it costs. An encoder for any data takes many times as long for a picture that is nearly
-/// empty, and at the level that is as fast for full ones, it gives more bytes (bench/RESULTS.md).
+/// empty.
 class PngDeflate {
 public:
     /// Appends to `out`, which it borrows until Finish(). A row has `rowBytes` bytes, a pixel 3 or 4. All
