@@ -9,11 +9,11 @@ campaign() {
     local failed=() share=$(($1 * 60 / ${#fuzzers[@]})) name
     [ "$share" -gt 0 ] || die "The fuzzers need a minute at least."
     say "Full disks, kills, shortages of memory and threads"
-    (cd "$root/build/release" && VELLIX_LONG=1 xvfb-run -a -s "-screen 0 1920x1200x24" \
+    (cd "$root/build/release" && VELLIX_LONG=1 xvfb-run -a -s "-screen 0 1920x1200x24 -noreset" \
         bin/fault_tests --gtest_filter='-InterleavingWalk*') || failed+=("the fault tests")
     say "100,000 steps of interleaved work, 20 ways"
     (cd "$root/build/release" && VELLIX_WALK_SEEDS=20 VELLIX_WALK_STEPS=5000 \
-        xvfb-run -a -s "-screen 0 1920x1200x24" bin/fault_tests --gtest_filter='InterleavingWalk*') ||
+        xvfb-run -a -s "-screen 0 1920x1200x24 -noreset" bin/fault_tests --gtest_filter='InterleavingWalk*') ||
         failed+=("the walk")
     for name in "${fuzzers[@]}"; do
         fuzz "$name" "$share" || failed+=("the fuzzer $name")
