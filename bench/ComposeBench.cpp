@@ -40,7 +40,7 @@ Stroke RandomStroke(QRandomGenerator& random) {
         StrokePoint point;
         point.size = size;
         point.opacity = 0.7f;
-        point.position = QPoint(int(x), int(y));
+        point.position = QPoint(static_cast<int>(x), static_cast<int>(y));
         stroke.points.append(point);
         x += 8 * std::cos(angle);
         y += 8 * std::sin(angle);
@@ -143,7 +143,7 @@ private:
 };
 
 void PlainRebuild(benchmark::State& state) {
-    Document document(int(state.range(0)));
+    Document document(static_cast<int>(state.range(0)));
     const PlainComposer plain = document.Plain();
     QImage image = PlainComposer::Blank();
     QImage previousGhosts = image.copy();
@@ -156,7 +156,7 @@ void PlainRebuild(benchmark::State& state) {
 
 /// Composes when all layers and ghosts change, as on a change of time.
 void Rebuild(benchmark::State& state) {
-    Document document(int(state.range(0)));
+    Document document(static_cast<int>(state.range(0)));
     int frame = 4;
     for (auto _ : state) {
         frame = 9 - frame;
@@ -168,7 +168,7 @@ void Rebuild(benchmark::State& state) {
 
 /// The same, without any cached data about the drawings.
 void RebuildFirstLook(benchmark::State& state) {
-    Document document(int(state.range(0)));
+    Document document(static_cast<int>(state.range(0)));
     int frame = 4;
     for (auto _ : state) {
         state.PauseTiming();
@@ -185,7 +185,7 @@ void RebuildFirstLook(benchmark::State& state) {
 }
 
 void PlainBrushRefresh(benchmark::State& state) {
-    Document document(int(state.range(0)));
+    Document document(static_cast<int>(state.range(0)));
     CirclingStroke stroke(document);
     PlainComposer plain = document.Plain();
     QImage work = PlainComposer::Blank();
@@ -201,7 +201,7 @@ void PlainBrushRefresh(benchmark::State& state) {
 }
 
 void BrushRefresh(benchmark::State& state) {
-    Document document(int(state.range(0)));
+    Document document(static_cast<int>(state.range(0)));
     CirclingStroke stroke(document);
     for (auto _ : state) {
         stroke.Grow();
@@ -209,7 +209,7 @@ void BrushRefresh(benchmark::State& state) {
 }
 
 void Unchanged(benchmark::State& state) {
-    Document document(int(state.range(0)));
+    Document document(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         benchmark::DoNotOptimize(document.manager.GetFlattenedImage(CAMERA));
     }

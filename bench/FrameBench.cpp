@@ -58,15 +58,15 @@ void Edit(benchmark::State& state, const QString& line, bool keyed, int changedF
 }
 
 void Insert(benchmark::State& state) {
-    Edit(state, "qmVellixFrame -insert", false, int(state.range(0)));
+    Edit(state, "qmVellixFrame -insert", false, static_cast<int>(state.range(0)));
 }
 
 void Retime(benchmark::State& state) {
-    Edit(state, "qmVellixFrame -retime 2", true, 2 * int(state.range(0)) - 1);
+    Edit(state, "qmVellixFrame -retime 2", true, 2 * static_cast<int>(state.range(0)) - 1);
 }
 
 void Move(benchmark::State& state) {
-    Edit(state, "qmVellixFrame -move 1 1 %1", true, int(state.range(0)) + 1);
+    Edit(state, "qmVellixFrame -move 1 1 %1", true, static_cast<int>(state.range(0)) + 1);
 }
 
 void PlainMap(benchmark::State& state) {

@@ -97,7 +97,7 @@ void PlainTree(benchmark::State& state) {
                 camera = new QTreeWidgetItem(&tree, {row.camera});
             }
             new QTreeWidgetItem(camera, {row.visible ? QStringLiteral("V") : QString(),
-                                         QString::number(int(row.state)), row.name});
+                                         QString::number(static_cast<int>(row.state)), row.name});
         }
         tree.expandAll();
         Paint(tree);

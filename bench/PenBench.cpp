@@ -205,7 +205,7 @@ void Recording(benchmark::State& state) {
         state.counters["worst"] = worst;
         state.counters["strayed"] = strayed;
         state.counters["mean"] = sum / std::max(count, 1);
-        state.counters["strokes"] = double(recording.GetStrokes().size());
+        state.counters["strokes"] = static_cast<double>(recording.GetStrokes().size());
         state.counters["points"] = count;
     }
 }

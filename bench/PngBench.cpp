@@ -19,7 +19,9 @@ enum Kind { DENSE, SPARSE, EMPTY };
 
 // Adds a bent stroke in a colour of its own.
 void AddStroke(QImage& drawing, std::mt19937& random, ToolType tool, int size, int samples) {
-    const auto in = [&](int least, int most) { return least + int(random() % unsigned(most - least + 1)); };
+    const auto in = [&](int least, int most) {
+        return least + static_cast<int>(random() % static_cast<unsigned>(most - least + 1));
+    };
     QImage stroke(1024, 1024, QImage::Format_RGBA8888);
     const int red = in(0, 255);
     const int green = in(0, 255);
@@ -34,15 +36,15 @@ void AddStroke(QImage& drawing, std::mt19937& random, ToolType tool, int size, i
         StrokePoint point;
         point.position = QPoint(qRound(x), qRound(y));
         point.size = size;
-        point.opacity = float(opacity * (0.6 + 0.4 * std::sin(i * 0.1)));
+        point.opacity = static_cast<float>(opacity * (0.6 + 0.4 * std::sin(i * 0.1)));
         points.append(point);
         x += std::cos(direction) * 10;
         y += std::sin(direction) * 10;
         direction += bend;
     }
     DrawUtil::DrawFreehand(stroke, points, 0, tool);
-    vellix::CompositeKernels::SourceOver(reinterpret_cast<quint32*>(drawing.bits()),
-                                         reinterpret_cast<const quint32*>(stroke.constBits()), 1024 * 1024);
+    vellix::composite_kernels::SourceOver(reinterpret_cast<quint32*>(drawing.bits()),
+                                          reinterpret_cast<const quint32*>(stroke.constBits()), 1024 * 1024);
 }
 
 QImage Drawing(Kind kind) {
@@ -50,7 +52,7 @@ QImage Drawing(Kind kind) {
     drawing.fill(Qt::transparent);
     std::mt19937 random(7);
     for (int i = 0; kind == DENSE && i < 300; ++i) {
-        AddStroke(drawing, random, ToolType::Brush, 40 + int(random() % 60), 40);
+        AddStroke(drawing, random, ToolType::Brush, 40 + static_cast<int>(random() % 60), 40);
     }
     for (int i = 0; kind == SPARSE && i < 3; ++i) {
         AddStroke(drawing, random, ToolType::Pencil, 12, 60);
@@ -73,7 +75,7 @@ void Pack(benchmark::State& state, Kind kind) {
         DrawUtil::PackPngBuffer(drawing, packed);
     }
     state.counters["bytes"] = packed.size();
-    state.counters["bytes_against_qt"] = double(packed.size()) / ByQt(drawing).size();
+    state.counters["bytes_against_qt"] = static_cast<double>(packed.size()) / ByQt(drawing).size();
 }
 
 void PackByQt(benchmark::State& state, Kind kind) {

@@ -62,7 +62,7 @@ QImage Drawing(quint32 seed) {
             StrokePoint point;
             point.size = size;
             point.opacity = 0.8f;
-            point.position = QPoint(int(x), int(y));
+            point.position = QPoint(static_cast<int>(x), static_cast<int>(y));
             points.append(point);
             x += 7 * std::cos(angle);
             y += 7 * std::sin(angle);
@@ -85,7 +85,7 @@ const QList<QByteArray>& Drawings() {
     }
     for (int frame = 1; frame <= FRAMES; ++frame) {
         QByteArray png;
-        DrawUtil::PackPngBuffer(Drawing(quint32(frame)), png);
+        DrawUtil::PackPngBuffer(Drawing(static_cast<quint32>(frame)), png);
         drawings.append(png);
     }
     NewScene();
@@ -177,7 +177,7 @@ void Memory(benchmark::State& state) {
     for (const QByteArray& png : Drawings()) {
         packed += png.size();
     }
-    state.counters["png"] = double(packed) / 1e6;
+    state.counters["png"] = static_cast<double>(packed) / 1e6;
 }
 
 QString Recording() {
@@ -204,7 +204,7 @@ void Replay(benchmark::State& state) {
         strokes = ReplayRecording();
     }
     state.counters["strokes_per_second"] =
-        benchmark::Counter(double(strokes), benchmark::Counter::kIsIterationInvariantRate);
+        benchmark::Counter(static_cast<double>(strokes), benchmark::Counter::kIsIterationInvariantRate);
 }
 
 /// Replays on frames that hold drawings. Each drawing is packed once for undo.
@@ -242,7 +242,7 @@ double ResidentMegabytes() {
     if (!status.open(QIODevice::ReadOnly)) {
         return -1;
     }
-    return status.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
+    return status.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 /// Runs in the child process: opens the scene, prints the time (s) and the memory (MB), shows every frame and
@@ -251,7 +251,7 @@ int OpenAndTell(const QString& scene) {
     QElapsedTimer timer;
     timer.start();
     lightbox::Host::Get().files().Open(scene.toStdString(), true);
-    const double seconds = double(timer.nsecsElapsed()) / 1e9;
+    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     const double opened = ResidentMegabytes();
     for (int frame = 1; frame <= FRAMES; ++frame) {
         Layers().OnPlaybackTimeChanged(frame, false);

@@ -60,7 +60,7 @@ void AddPencilDiscs(const StrokePoint& from, const StrokePoint& to, std::vector<
     const int dy = std::abs(to.position.y() - from.position.y());
     const int steps = std::max(dx, dy);
     for (int step = 0; step <= steps; step += std::max(from.size / 10, 1)) {
-        const double t = steps == 0 ? 0.0 : double(step) / steps;
+        const double t = steps == 0 ? 0.0 : static_cast<double>(step) / steps;
         const QPointF at = QPointF(from.position) + t * QPointF(to.position - from.position);
         discs.push_back(
             {QPointF(qRound(at.x()), qRound(at.y())), from.opacity + t * (to.opacity - from.opacity)});
@@ -74,7 +74,7 @@ void AddBrushDiscs(const StrokePoint& from, const StrokePoint& to, std::vector<D
     const bool steep = std::abs(way.y()) > std::abs(way.x());
     const int steps = std::max(std::abs(way.x()), std::abs(way.y()));
     for (int step = 0; step <= steps; ++step) {
-        const double t = steps == 0 ? 0.0 : double(step) / steps;
+        const double t = steps == 0 ? 0.0 : static_cast<double>(step) / steps;
         const QPointF at = QPointF(from.position) + t * QPointF(way);
         const double minor = steep ? at.x() : at.y();
         const double below = std::floor(minor);
@@ -129,7 +129,7 @@ void Reference(benchmark::State& state, ToolType tool, int size, Pressure pressu
             painter.drawEllipse(QPointF(0.0, 0.0), radius, radius);
         }
     }
-    state.counters["stamps"] = double(discs.size());
+    state.counters["stamps"] = static_cast<double>(discs.size());
 }
 
 void Painted(benchmark::State& state, ToolType tool, int size, Pressure pressure) {

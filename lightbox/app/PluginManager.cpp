@@ -190,7 +190,7 @@ void PluginManager::Unload(const std::string& name, bool force) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a scene file is being read.");
     }
     // The code that opened the menu is still on the stack and may belong to the plug-in.
-    if (QApplication::activePopupWidget() != nullptr) {
+    if (QApplication::activePopupWidget()) {
         throw PluginError("Plug-in, \"" + name + "\", cannot be unloaded while a menu is open.");
     }
     for (const std::string& command : plugin->contextCommands) {

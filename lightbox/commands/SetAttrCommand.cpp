@@ -11,7 +11,7 @@ Value SetAttr(CommandCall& call) {
     const std::shared_ptr<Node> node = NodeOfPlug(call, arguments.PlugName());
     const PlugSetting& setting = arguments.SettingFor(node);
     arguments.CheckIsWhole();
-    PlugSettingApplier(call.GetHost(), PlugSettingApplier::ApplyMode::Edit, arguments.outOfRange())
+    PlugSettingApplier(call.GetHost(), PlugSettingApplier::ApplyMode::Edit, arguments.OutOfRange())
         .Apply(node, setting);
     return {};
 }

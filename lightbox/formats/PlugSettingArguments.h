@@ -34,7 +34,7 @@ public:
     /// True for a value that is neither a text nor of a fixed number of numbers: that of a plug-in, or a
     /// list.
     bool IsDataType() const;
-    edit::OutOfRange outOfRange() const { return outOfRange_; }
+    edit::OutOfRange OutOfRange() const { return outOfRange_; }
 
     /// Builds the setting for the node. Call it once. Throws mel::Error for a value that does not fit its
     /// type, and UnknownAttributeError for an unknown data type or for data in an unknown attribute.

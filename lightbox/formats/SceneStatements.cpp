@@ -288,7 +288,7 @@ Value SetAttr(SceneBuilder& builder, CommandCall& call, const Command&) {
 
 std::map<std::string, mel::CommandRegistry::Overlay::Function> SceneStatements(SceneBuilder& builder) {
     using Statement = Value (*)(SceneBuilder&, CommandCall&, const Command&);
-    static constexpr std::pair<const char*, Statement> TABLE[] = {{"addAttr", AddAttr},
+    static constexpr std::pair<const char*, Statement> table[] = {{"addAttr", AddAttr},
                                                                   {"connectAttr", ConnectAttr},
                                                                   {"createNode", CreateNode},
                                                                   {"currentUnit", CurrentUnit},
@@ -315,7 +315,7 @@ std::map<std::string, mel::CommandRegistry::Overlay::Function> SceneStatements(S
                                                                   {"sets", WithNamesInScene},
                                                                   {"xform", WithNamesInScene}};
     std::map<std::string, mel::CommandRegistry::Overlay::Function> statements;
-    for (const auto& [name, statement] : TABLE) {
+    for (const auto& [name, statement] : table) {
         statements[name] = [&builder, statement = statement](CommandCall& call, const Command& command) {
             return statement(builder, call, command);
         };

@@ -349,7 +349,7 @@ MStatus FrameCommand::PlanPaste() {
     const Layer* const layer = GetLayer();
     std::set<int> times;
     for (const Frame* frame : node_->GetClipboardFrames()) {
-        const qint64 time = qint64(range.start) + frame->GetTimeValue();
+        const qint64 time = static_cast<qint64>(range.start) + frame->GetTimeValue();
         if (!IsWholeFrame(time)) {
             return RefuseEdit(QString("Paste Failed. Time %1 is out of range").arg(time));
         }

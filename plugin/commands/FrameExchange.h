@@ -21,8 +21,8 @@ public:
     ~FrameExchange();
 
     // The plan of the exchange; complete it before the first Do.
-    /// Removes this frame of the layer. Returns false for one that a press has only just added; it stays, since
-    /// its stroke goes on.
+    /// Removes this frame of the layer. Returns false for one that a press has only just added; it stays,
+    /// since its stroke goes on.
     bool TakeOut(const Layer& layer, const Frame& frame);
     /// Inserts an empty frame.
     void PutBlank(const MTime& time);

@@ -18,7 +18,7 @@ bool FrameMove::Plan(const Layer& layer, int offset, int first, int last, FrameS
         if (time < first || time > last || frame.GetId() == layer.GetProvisionalFrame()) {
             continue;
         }
-        const qint64 wanted = qint64(time) + offset;
+        const qint64 wanted = static_cast<qint64>(time) + offset;
         if (!IsWholeFrame(wanted)) {
             refusal = QString("Move Failed. Time %1 is out of range").arg(wanted);
             return false;

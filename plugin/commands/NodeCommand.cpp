@@ -27,7 +27,7 @@ MStatus RefuseMode(const char* message) {
 /// Calls an operation of the master node. Fails if there is none.
 MStatus CallMaster(void (BaseNode::*operation)()) {
     BaseNode* const node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return MS::kFailure;
     }
     (node->*operation)();
@@ -98,7 +98,7 @@ MStatus NodeCommand::redoIt() {
 }
 
 MStatus NodeCommand::Create() {
-    if (BaseNode::GetMaster() != nullptr) {
+    if (BaseNode::GetMaster()) {
         Logger::Error("Node already exists");
         return MS::kFailure;
     }
@@ -114,7 +114,7 @@ MStatus NodeCommand::Create() {
         return created;
     }
     BaseNode* node = BaseNode::GetMaster();
-    if (layer_ && node != nullptr) {
+    if (layer_ && node) {
         if (!hasRun_) {
             AddFirstLayer(*node);
         }
@@ -147,7 +147,7 @@ MStatus NodeCommand::RefreshGhosting() {
 
 MStatus NodeCommand::AnswerCamera() {
     const BaseNode* node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return MS::kFailure;
     }
     setResult(MayaUtil::ToMString(node->GetActiveCamera()));

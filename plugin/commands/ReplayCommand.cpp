@@ -144,7 +144,7 @@ bool ReplayCommand::UndoAll() {
 
 bool ReplayCommand::UndoStrokes() {
     BaseNode* const node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return false;
     }
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
@@ -163,7 +163,7 @@ bool ReplayCommand::UndoStrokes() {
 
 bool ReplayCommand::RedoStrokes() {
     BaseNode* const node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return false;
     }
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();

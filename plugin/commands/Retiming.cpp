@@ -15,8 +15,8 @@ void Retiming::SetRange(int start, int end, const std::vector<int>& times) {
 }
 
 int Retiming::FindTarget(const std::vector<int>& times, bool next) const {
-    const int count = int(times.size());
-    const int later = int(std::upper_bound(times.begin(), times.end(), start_) - times.begin());
+    const int count = static_cast<int>(times.size());
+    const int later = static_cast<int>(std::upper_bound(times.begin(), times.end(), start_) - times.begin());
     if (later == count) {
         return count - 1;
     }
@@ -27,7 +27,7 @@ qint64 Retiming::GetHoldChange(const std::vector<int>& times, std::size_t index)
     if (times[index] < start_ || times[index] >= end_ || index + 1 == times.size()) {
         return 0;
     }
-    return relative_ ? amount_ : amount_ - (qint64(times[index + 1]) - times[index]);
+    return relative_ ? amount_ : amount_ - (static_cast<qint64>(times[index + 1]) - times[index]);
 }
 
 std::vector<qint64> Retiming::GetTimes(const std::vector<int>& times) const {

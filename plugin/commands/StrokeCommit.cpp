@@ -20,7 +20,7 @@ bool StrokeCommit::Commit(BaseNode& node) {
     }
     drawing_ = layers->GetStrokeDrawing();
     const LayerPlace place = layers->FindLayer(drawing_.layer);
-    if (place.layer != nullptr && place.camera != camera_) {
+    if (place.layer && place.camera != camera_) {
         return false;
     }
     if (!node.MayCommitStroke()) {

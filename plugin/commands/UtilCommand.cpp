@@ -207,7 +207,7 @@ MStatus UtilCommand::doIt(const MArgList& args) {
         return status;
     }
     const Flag* const flag = Flags().FindGiven(arguments);
-    if (flag == nullptr) {
+    if (!flag) {
         return Refuse();
     }
     if (flag->query && arguments.isQuery()) {
@@ -391,7 +391,7 @@ MStatus UtilCommand::ShowPanel(const PanelRow& panel) {
         return MS::kFailure;
     }
     QWidget* const window = DialogManager::GetPanel(panel.panel);
-    if (window == nullptr) {
+    if (!window) {
         return NotAvailable(panel.noun);
     }
     DialogManager::BringUp(*window);
@@ -416,7 +416,7 @@ MStatus UtilCommand::RefreshToolbox() {
     if (!RequireWindow("toolbox")) {
         return MS::kFailure;
     }
-    if (DialogManager::GetToolboxDialog() == nullptr) {
+    if (!DialogManager::GetToolboxDialog()) {
         return NotAvailable("toolbox");
     }
     const QColor color = DialogManager::GetToolboxColor();
@@ -436,7 +436,7 @@ MStatus UtilCommand::ShowLayerProperties() {
         return MS::kFailure;
     }
     const BaseNode* const node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         Logger::Error("Node not found");
         return MS::kFailure;
     }

@@ -49,8 +49,9 @@ void Compositor::Rebuild(const Scene& scene) {
     for (Layer* layer : scene.layers) {
         stack.push_back(FindPicture(*layer, 0));
     }
-    if (scene.stroke != nullptr) {
-        RebuildWithStroke(*found->second, scene, stack, ghostCount + std::size_t(scene.strokeLayer));
+    if (scene.stroke) {
+        RebuildWithStroke(*found->second, scene, stack,
+                          ghostCount + static_cast<std::size_t>(scene.strokeLayer));
     } else {
         found->second->Update(stack, TileMask());
     }
@@ -91,7 +92,7 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
 /// however many layers there are.
 void Compositor::RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                                    std::size_t drawnPicture) {
-    if (below_ == nullptr) {
+    if (!below_) {
         below_ = std::make_unique<MergedPictures>();
         above_ = std::make_unique<MergedPictures>();
     }

@@ -7,7 +7,7 @@
 namespace vellix {
 
 FlattenedImage::FlattenedImage()
-    : image_(Composite::TransparentImage())
+    : image_(composite::TransparentImage())
     , imageKey_(image_.cacheKey()) {}
 
 void FlattenedImage::Update(const PictureStack& stack, const TileMask& alsoChanged) {
@@ -17,14 +17,14 @@ void FlattenedImage::Update(const PictureStack& stack, const TileMask& alsoChang
         image_ = image_.copy(); // here, where a lack of memory is told
     }
     if (image_.isNull()) {
-        image_ = Composite::TransparentImage();
+        image_ = composite::TransparentImage();
         changed = TileMask::All();
     }
     if (image_.isNull()) {
         throw std::bad_alloc();
     }
     imageKey_ = 0; // until the image and the memory agree again
-    Composite::Compose(image_, changed, stack);
+    composite::Compose(image_, changed, stack);
     memory_.Remember(stack);
     imageKey_ = image_.cacheKey();
 }

@@ -15,7 +15,7 @@ namespace {
 const QByteArray& TransparentPng() {
     static QByteArray png;
     if (png.isEmpty()) { // at first, or when memory was short
-        DrawUtil::PackPngBuffer(Composite::TransparentImage(), png);
+        DrawUtil::PackPngBuffer(composite::TransparentImage(), png);
     }
     return png;
 }
@@ -28,7 +28,7 @@ QImage OrBadAlloc(const QImage& image) {
 }
 
 QImage NewTransparentImage() {
-    return OrBadAlloc(Composite::TransparentImage());
+    return OrBadAlloc(composite::TransparentImage());
 }
 
 FrameId NewFrameId() {
@@ -101,8 +101,8 @@ QImage& Frame::GetOwnImage() {
 
 bool Frame::Unpack() {
     if (!image_.isNull()) {
-        if (!Composite::IsLayerImage(image_)) {
-            image_ = OrBadAlloc(Composite::ToLayerImage(image_));
+        if (!composite::IsLayerImage(image_)) {
+            image_ = OrBadAlloc(composite::ToLayerImage(image_));
         }
         return true;
     }
@@ -162,7 +162,7 @@ QImage Frame::PeekImage() const {
     if (image_.isNull()) {
         return packed_.png.isEmpty() ? QImage() : Decode();
     }
-    return OrBadAlloc(Composite::ToLayerImage(image_));
+    return OrBadAlloc(composite::ToLayerImage(image_));
 }
 
 qint64 Frame::GetPictureKey() const {
@@ -175,7 +175,7 @@ qint64 Frame::GetPictureKey() const {
 const Frame::Packed& Frame::Encode() const {
     if (encodedFor_ != image_.cacheKey() || encoded_.png.isEmpty()) {
         try {
-            DrawUtil::PackPngBuffer(Composite::ToLayerImage(image_), encoded_.png);
+            DrawUtil::PackPngBuffer(composite::ToLayerImage(image_), encoded_.png);
         } catch (const std::bad_alloc&) {
             encoded_.png.clear();
         }

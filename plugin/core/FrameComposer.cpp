@@ -34,8 +34,8 @@ QImage ComposeLayersAt(int frame, const QList<Layer*>& layers, int activeLayer, 
             stack.push_back(PictureOf(*layer, layer->FindFrameIndex(frame)));
         }
     }
-    QImage image = Composite::TransparentImage();
-    Composite::Compose(image, Composite::CoverageOf(stack).occupied, stack);
+    QImage image = composite::TransparentImage();
+    composite::Compose(image, composite::CoverageOf(stack).occupied, stack);
     return image;
 }
 

@@ -12,7 +12,7 @@ struct FrameRange {
     /// The longest range that may be filled with frames. A longer one is a mistake and would exhaust memory.
     static constexpr int MAX_FRAMES = 100000;
 
-    bool CanBeFilled() const { return qint64(end) - start <= MAX_FRAMES; }
+    bool CanBeFilled() const { return static_cast<qint64>(end) - start <= MAX_FRAMES; }
     bool Contains(int frame) const { return frame >= start && frame < end; }
 
     /// Converts times in frames. Truncates fractions toward zero and clamps to the range of an int.

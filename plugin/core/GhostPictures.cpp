@@ -18,7 +18,7 @@ PictureStack GhostPictures(int keyCount, const std::function<Picture(int offset)
     const auto append = [&](int count, int direction, const QColor& tint) {
         for (int k = std::min(count, keyCount); k >= 1; --k) {
             Picture picture = pictureAt(direction * k);
-            picture.opacity = Composite::OpacityByte(NEAREST_OPACITY - (k - 1) * (NEAREST_OPACITY / count));
+            picture.opacity = composite::OpacityByte(NEAREST_OPACITY - (k - 1) * (NEAREST_OPACITY / count));
             picture.tinted = Settings::ghostColorOverride;
             picture.tint = tint;
             stack.push_back(picture);

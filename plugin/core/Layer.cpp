@@ -117,7 +117,7 @@ bool Layer::IsActive() const {
 }
 
 int Layer::FrameCount() const {
-    return int(frames_.size());
+    return static_cast<int>(frames_.size());
 }
 
 bool Layer::CacheUpdateRequired() const {
@@ -140,12 +140,12 @@ QImage* Layer::GetImage(int offset) {
 
 Frame* Layer::ReadFrame(int offset) {
     cacheUpdateRequired_ = false;
-    const qint64 index = qint64(currentFrameIndex_) + offset;
-    return visible_ && index >= 0 && index < FrameCount() ? GetFrame(int(index)) : nullptr;
+    const qint64 index = static_cast<qint64>(currentFrameIndex_) + offset;
+    return visible_ && index >= 0 && index < FrameCount() ? GetFrame(static_cast<int>(index)) : nullptr;
 }
 
 void Layer::ReportDamage(const Frame* frame) const {
-    if (frame != nullptr && frame->TakeNewDamage()) {
+    if (frame && frame->TakeNewDamage()) {
         Logger::Error(QStringLiteral("The picture of layer %1 at frame %2 cannot be decoded. It is shown as "
                                      "empty; its data is kept and saved as it is.")
                           .arg(name_, QString::number(frame->GetTimeValue())));
@@ -160,7 +160,7 @@ void Layer::SetImage(const QImage& image) {
 }
 
 Frame* Layer::GetFrame(int index) const {
-    return index >= 0 && index < FrameCount() ? frames_[std::size_t(index)].get() : nullptr;
+    return index >= 0 && index < FrameCount() ? frames_[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
 Frame* Layer::FindFrame(FrameId id) const {
@@ -180,7 +180,7 @@ int Layer::FindFrameIndex(int frame) const {
     const auto later =
         std::partition_point(frames_.begin(), frames_.end(),
                              [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() <= frame; });
-    return int(later - frames_.begin()) - 1;
+    return static_cast<int>(later - frames_.begin()) - 1;
 }
 
 void Layer::UpdateCurrentFrameIndex(int frame) {
@@ -203,7 +203,9 @@ int Layer::FindKey(int frame) const {
     const auto found =
         std::partition_point(frames_.begin(), frames_.end(),
                              [frame](const std::unique_ptr<Frame>& f) { return f->GetTimeValue() < frame; });
-    return found == frames_.end() || (*found)->GetTimeValue() != frame ? -1 : int(found - frames_.begin());
+    return found == frames_.end() || (*found)->GetTimeValue() != frame
+               ? -1
+               : static_cast<int>(found - frames_.begin());
 }
 
 bool Layer::FrameExists(const MTime& time) const {
@@ -262,13 +264,13 @@ void Layer::GetFrameTimes(QList<int>& times) const {
 void Layer::SetFrameTimes(const QList<int>& times) {
     const int count = std::min(times.size(), FrameCount());
     for (int i = 0; i < count; ++i) {
-        frames_[std::size_t(i)]->SetTimeValue(times[i]);
+        frames_[static_cast<std::size_t>(i)]->SetTimeValue(times[i]);
     }
 }
 
 int Layer::InsertFrame(Frame* frame) {
     std::unique_ptr<Frame> owned(frame);
-    if (owned == nullptr) {
+    if (!owned) {
         return -1;
     }
     MakeRoomAt(owned->GetTimeValue());
@@ -296,7 +298,7 @@ std::unique_ptr<Frame> Layer::RemoveFrame(const MTime& time) {
     if (index < 0) {
         return nullptr;
     }
-    std::unique_ptr<Frame> removed = std::move(frames_[std::size_t(index)]);
+    std::unique_ptr<Frame> removed = std::move(frames_[static_cast<std::size_t>(index)]);
     frames_.erase(frames_.begin() + index);
     UpdateCurrentFrameIndex(frame);
     cacheUpdateRequired_ = true; // even if the current drawing is the same, the ghosts have changed
@@ -359,7 +361,7 @@ void Layer::DropProvisionalFrame() {
 /// A frame is put where a press has only just added an empty one.
 void Layer::MakeRoomAt(int frame) {
     const Frame* const there = GetFrame(FindKey(frame));
-    if (there != nullptr && there->GetId() == provisional_) {
+    if (there && there->GetId() == provisional_) {
         DropProvisionalFrame();
     }
 }

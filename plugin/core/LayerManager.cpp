@@ -51,7 +51,7 @@ void LayerManager::NotifyListener() {
     }
     const DocumentChanges changes = changes_;
     changes_ = DocumentChange::None;
-    if (g_listener != nullptr) {
+    if (g_listener) {
         // A change that was made does not fail because a view could not follow it.
         Guarded("Refreshing the views", [&] {
             g_listener->OnDocumentChanged(*this, changes);
@@ -124,7 +124,7 @@ int LayerManager::LayerCount(const QString& camera) const {
 int LayerManager::TotalLayerCount() const {
     int count = 0;
     for (const auto& entry : layers_) {
-        count += int(entry.second.size());
+        count += static_cast<int>(entry.second.size());
     }
     return count;
 }
@@ -152,7 +152,7 @@ QString LayerManager::GetUniqueLayerName(const QString& name) const {
 }
 
 Layer* LayerManager::GetLayer(const QString& camera, int index) const {
-    return LayerExists(camera, index) ? FindLayers(camera)[std::size_t(index)].get() : nullptr;
+    return LayerExists(camera, index) ? FindLayers(camera)[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
 LayerPlace LayerManager::FindLayer(LayerId id) const {
@@ -161,7 +161,7 @@ LayerPlace LayerManager::FindLayer(LayerId id) const {
         for (std::size_t i = 0; i < entry.second.size(); ++i) {
             if (entry.second[i]->GetId() == id) {
                 place.camera = entry.first;
-                place.index = int(i);
+                place.index = static_cast<int>(i);
                 place.layer = entry.second[i].get();
                 return place;
             }
@@ -182,7 +182,7 @@ int LayerManager::GetActiveLayerIndex(const QString& camera) const {
     const LayerList& layers = FindLayers(camera);
     const auto active = std::find_if(layers.begin(), layers.end(),
                                      [](const std::unique_ptr<Layer>& layer) { return layer->IsActive(); });
-    return active == layers.end() ? -1 : int(active - layers.begin());
+    return active == layers.end() ? -1 : static_cast<int>(active - layers.begin());
 }
 
 Layer* LayerManager::GetActiveLayer(const QString& camera) const {
@@ -204,7 +204,7 @@ bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCam
     }
     const LayerList& layers = FindLayers(camera);
     for (std::size_t i = 0; i < layers.size(); ++i) {
-        layers[i]->SetActive(int(i) == index);
+        layers[i]->SetActive(static_cast<int>(i) == index);
     }
     Changed(DocumentChange::ActiveLayer);
     if (makeCameraActive) {
@@ -258,7 +258,7 @@ void LayerManager::SetLayerState(const QString& camera, int index, LayerState st
 }
 
 int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
-    if (layer == nullptr) {
+    if (!layer) {
         return -1;
     }
     const ChangeScope scope(*this);
@@ -266,7 +266,8 @@ int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
     layer->SetChangeCallback([this](DocumentChange change) { Changed(change); });
     LayerList& layers = layers_[camera];
     const bool wasActive = layer->IsActive();
-    const int at = index >= 0 && index < int(layers.size()) ? index : int(layers.size());
+    const int at =
+        index >= 0 && index < static_cast<int>(layers.size()) ? index : static_cast<int>(layers.size());
     layers.insert(layers.begin() + at, std::move(owned));
     QueueMasterCacheUpdate(camera);
     if (layers.size() == 1) {
@@ -306,7 +307,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
     }
     const ChangeScope scope(*this);
     std::unique_ptr<Layer> layer = DetachLayer(camera, index);
-    if (layer == nullptr) {
+    if (!layer) {
         return -1;
     }
     layer->SetActive(false);
@@ -316,7 +317,7 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
 std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int index) {
     const ChangeScope scope(*this);
     std::unique_ptr<Layer> layer = DetachLayer(camera, index);
-    if (layer != nullptr) {
+    if (layer) {
         layer->DropProvisionalFrame();
     }
     return layer;
@@ -328,7 +329,7 @@ std::unique_ptr<Layer> LayerManager::DetachLayer(const QString& camera, int inde
     }
     const ChangeScope scope(*this);
     LayerList& layers = layers_[camera];
-    std::unique_ptr<Layer> layer = std::move(layers[std::size_t(index)]);
+    std::unique_ptr<Layer> layer = std::move(layers[static_cast<std::size_t>(index)]);
     layer->SetChangeCallback(nullptr);
     layers.erase(layers.begin() + index);
     QueueMasterCacheUpdate(camera);

@@ -142,7 +142,7 @@ void LayerManager::MoveOnTop(const QString& from, const QString& to, const std::
 /// topmost.
 void LayerManager::ActivateOneOf(const QString& camera, LayerId preferred) {
     const LayerPlace place = FindLayer(preferred);
-    if (place.layer != nullptr && place.camera == camera) {
+    if (place.layer && place.camera == camera) {
         SetActiveLayer(camera, place.index, false);
     } else if (GetActiveLayerIndex(camera) < 0 && LayerCount(camera) > 0) {
         SetActiveLayer(camera, LayerCount(camera) - 1, false);

@@ -31,7 +31,7 @@ bool LayerManager::HasActiveStroke() const {
 
 Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
     Layer* const layer = stroke_->HasStroke() ? nullptr : GetActiveLayer(camera);
-    if (layer != nullptr && (shape || layer->FrameExists())) {
+    if (layer && (shape || layer->FrameExists())) {
         layer->UpdateCurrentFrameIndex();
         const Frame* const frame = layer->GetCurrentFrame();
         const DrawingId drawing{layer->GetId(), frame == nullptr ? FrameId::None : frame->GetId()};
@@ -63,11 +63,11 @@ bool LayerManager::CommitActiveStroke(const QString& camera) {
 
 bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
     const LayerPlace place = FindLayer(stroke_->GetDrawing().layer);
-    if (!stroke_->HasStroke() || (place.layer != nullptr && place.camera != camera)) {
+    if (!stroke_->HasStroke() || (place.layer && place.camera != camera)) {
         return false;
     }
     Frame* const frame = FindFrame(stroke_->GetDrawing());
-    if (frame == nullptr) {
+    if (!frame) {
         CancelActiveStroke();
         return false;
     }
@@ -88,7 +88,7 @@ bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
 
 bool LayerManager::ExchangePicture(const DrawingId& drawing, QByteArray& buffer) {
     Frame* const frame = FindFrame(drawing);
-    if (frame == nullptr || !PngStructure::IsSound(buffer)) {
+    if (!frame || !PngStructure::IsSound(buffer)) {
         return false;
     }
     const QByteArray current = frame->GetPackedImage();
@@ -106,7 +106,7 @@ void LayerManager::CancelActiveStroke() {
         const ChangeScope scope(*this);
         const LayerPlace place = FindLayer(stroke_->GetDrawing().layer);
         stroke_->Cancel(FindFrame(stroke_->GetDrawing()));
-        if (place.layer != nullptr) {
+        if (place.layer) {
             // The flag below is cleared by the next rebuild, even one of another camera.
             QueueMasterCacheUpdate(place.camera);
         }
@@ -120,7 +120,7 @@ void LayerManager::CancelActiveStroke() {
 
 void LayerManager::PaintActiveStroke() {
     Frame* const frame = stroke_->HasStroke() ? FindFrame(stroke_->GetDrawing()) : nullptr;
-    if (frame != nullptr) {
+    if (frame) {
         stroke_->Paint(*frame);
     }
 }
@@ -128,7 +128,7 @@ void LayerManager::PaintActiveStroke() {
 void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameAdded) {
     pressAdditions_ = PressAdditions();
     const Layer* const layer = layerAdded || frameAdded ? GetActiveLayer(camera) : nullptr;
-    if (layer != nullptr) {
+    if (layer) {
         const Frame* const frame = layer->GetCurrentFrame();
         const DrawingId drawing{layer->GetId(), frame == nullptr ? FrameId::None : frame->GetId()};
         pressAdditions_ = PressAdditions(*this, drawing, layerAdded, frameAdded);
@@ -155,7 +155,7 @@ bool LayerManager::PasteTransformImageAvailable() const {
 
 QImage* LayerManager::GetFlattenedImage(const QString& camera) {
     QImage* image = compositor_->GetImage(camera);
-    if (image == nullptr || !CacheUpdateRequired(camera)) {
+    if (!image || !CacheUpdateRequired(camera)) {
         return image;
     }
     Compositor::Scene scene;
@@ -192,7 +192,7 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
 
 /// Whether the layer of the stroke shows the drawing that the stroke belongs to.
 bool LayerManager::StrokeIsShown(const LayerPlace& place) const {
-    if (!stroke_->HasStroke() || place.layer == nullptr || !place.layer->IsVisible()) {
+    if (!stroke_->HasStroke() || !place.layer || !place.layer->IsVisible()) {
         return false;
     }
     const Frame* const shown = place.layer->GetCurrentFrame();
@@ -249,7 +249,7 @@ QImage LayerManager::ComposeFrame(const QString& camera, int frame, bool ghostin
 }
 
 void LayerManager::OverrideImageColor(QImage& image, const QColor& color) {
-    Composite::OverrideColor(image, color);
+    composite::OverrideColor(image, color);
 }
 
 } // namespace vellix

@@ -7,7 +7,7 @@ namespace vellix {
 void MergedPictures::Update(const PictureStack& stack) {
     const TileMask changed = memory_.FindChanges(stack);
     if (key_ == 0 || !changed.IsEmpty()) {
-        Composite::Compose(sums_, changed, stack);
+        composite::Compose(sums_, changed, stack);
         key_ = Picture::NewKey();
         memory_.Remember(stack);
     }

@@ -39,7 +39,7 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         return true;
     }
     const LayerPlace place = layers.FindLayer(drawing_.layer);
-    if (place.layer == nullptr) {
+    if (!place.layer) {
         return false;
     }
     if (!layerAdded_) {
@@ -56,15 +56,15 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
 }
 
 bool PressAdditions::PutBack(LayerManager& layers) {
-    if (layer_ != nullptr) {
+    if (layer_) {
         const LayerManager::ChangeScope scope(layers);
         layers.InsertLayer(camera_, index_, layer_.release()); // active again if it was
         layers.SetActiveCamera(activeCamera_);
         return true;
     }
-    if (frame_ != nullptr) {
+    if (frame_) {
         const LayerPlace place = layers.FindLayer(drawing_.layer);
-        if (place.layer == nullptr || place.layer->FrameExists(frame_->GetTimeValue())) {
+        if (!place.layer || place.layer->FrameExists(frame_->GetTimeValue())) {
             return false;
         }
         place.layer->InsertFrame(frame_.release());
@@ -74,12 +74,12 @@ bool PressAdditions::PutBack(LayerManager& layers) {
 
 void PressAdditions::Discard(LayerManager& layers) {
     const LayerPlace place = layers.FindLayer(drawing_.layer);
-    if (place.layer == nullptr) {
+    if (!place.layer) {
         return;
     }
     const LayerManager::ChangeScope scope(layers);
     const Frame* const frame = frameAdded_ ? place.layer->FindFrame(drawing_.frame) : nullptr;
-    if (frame != nullptr && IsBlank(*frame)) {
+    if (frame && IsBlank(*frame)) {
         place.layer->RemoveFrame(drawing_.frame);
     }
     if (layerAdded_ && place.layer->FrameCount() == 0) {
@@ -92,7 +92,7 @@ void PressAdditions::Discard(LayerManager& layers) {
 /// that.
 void PressAdditions::RestoreActiveLayer(LayerManager& layers, const QString& camera) const {
     const LayerPlace previous = layers.FindLayer(previousLayer_);
-    if (previous.layer != nullptr && layers.GetActiveCamera() == camera) {
+    if (previous.layer && layers.GetActiveCamera() == camera) {
         layers.SetActiveLayer(previous.camera, previous.index, true);
     }
 }

@@ -14,11 +14,11 @@ TileMask StackMemory::FindChanges(const PictureStack& stack) const {
             continue;
         }
         changed |= ingredients_[i].occupied;
-        if (comparable && stack[i].Coverage() != nullptr) {
+        if (comparable && stack[i].Coverage()) {
             changed |= stack[i].Coverage()->occupied;
         }
     }
-    return comparable ? changed : changed | Composite::CoverageOf(stack).occupied;
+    return comparable ? changed : changed | composite::CoverageOf(stack).occupied;
 }
 
 void StackMemory::Remember(const PictureStack& stack) {

@@ -61,18 +61,18 @@ void StrokePainter::Begin(const DrawingId& drawing) {
 }
 
 void StrokePainter::Cancel(Frame* frame) {
-    if (stroke_ != nullptr && frame != nullptr && stroke_->tool == ToolType::Transform &&
-        stroke_->freshSelection && stroke_->copyToClipboard && SelectionIsUsable()) {
+    if (stroke_ && frame && stroke_->tool == ToolType::Transform && stroke_->freshSelection &&
+        stroke_->copyToClipboard && SelectionIsUsable()) {
         copied_ = frame->GetImage().copy(stroke_->selection);
     }
     Forget();
 }
 
 bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
-    if (stroke_ == nullptr || !frame.Unpack()) {
+    if (!stroke_ || !frame.Unpack()) {
         return false;
     }
-    if (undo != nullptr) {
+    if (undo) {
         const QByteArray before = frame.GetPackedImage();
         if (before.isEmpty()) {
             return false;
@@ -88,9 +88,9 @@ bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
     if (tool == ToolType::Eraser) {
         frame.SetImage(work_.image);
     } else if (IsFreehand(tool) || IsDrawnWhole(tool)) {
-        Composite::SourceOver(frame.GetOwnImage(), work_.image, work_.coverage.occupied);
+        composite::SourceOver(frame.GetOwnImage(), work_.image, work_.coverage.occupied);
     } else if (tool == ToolType::Transform && SelectionIsUsable()) {
-        Composite::SourceOver(work_.image, moved_.image, moved_.coverage.occupied);
+        composite::SourceOver(work_.image, moved_.image, moved_.coverage.occupied);
         frame.SetImage(work_.image);
     }
     Forget();
@@ -107,7 +107,7 @@ void StrokePainter::AppendTo(PictureStack& stack, const Picture& drawing, Frame*
     changed_ = TileMask();
     const ToolType tool = stroke_->tool;
     if (tool == ToolType::Transform) {
-        if (SelectionIsUsable() && frame != nullptr) {
+        if (SelectionIsUsable() && frame) {
             stack.push_back(work_.AsPicture());
             stack.push_back(moved_.AsPicture());
         }
@@ -129,10 +129,10 @@ void StrokePainter::Paint(Frame* frame, bool editing) {
     if (IsFreehand(stroke_->tool)) {
         PaintFreehand(frame);
     } else if (IsDrawnWhole(stroke_->tool)) {
-        QImage shape = Composite::TransparentImage();
+        QImage shape = composite::TransparentImage();
         DrawUtil::DrawStroke(shape, *stroke_, editing);
         work_.Replace(shape, changed_);
-    } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame != nullptr) {
+    } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame) {
         PaintTransform(*frame);
     }
 }
@@ -140,10 +140,10 @@ void StrokePainter::Paint(Frame* frame, bool editing) {
 void StrokePainter::PaintFreehand(Frame* frame) {
     const bool erases = stroke_->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, stroke_->points.size() - 1);
-    if (erases && frame != nullptr) {
+    if (erases && frame) {
         frame->GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
     }
-    const qint64 baseKey = !erases            ? qint64(stroke_->color.rgba())
+    const qint64 baseKey = !erases            ? static_cast<qint64>(stroke_->color.rgba())
                            : frame != nullptr ? frame->GetPictureKey()
                                               : 0;
     if (!begun_ || baseKey != baseKey_ || lastRasterised_ > lastPoint) {
@@ -167,10 +167,10 @@ void StrokePainter::PaintFreehand(Frame* frame) {
 /// The image a freehand stroke starts from. The eraser lowers the alpha of the drawing; the other tools raise
 /// the alpha of their colour from 0.
 QImage StrokePainter::FreehandBase(Frame* frame) const {
-    if (stroke_->tool == ToolType::Eraser && frame != nullptr) {
+    if (stroke_->tool == ToolType::Eraser && frame) {
         return frame->GetImage();
     }
-    QImage base = Composite::TransparentImage();
+    QImage base = composite::TransparentImage();
     if (stroke_->tool != ToolType::Eraser) {
         QColor color = stroke_->color;
         color.setAlpha(0);
@@ -191,11 +191,11 @@ void StrokePainter::PaintTransform(Frame& frame) {
         baseKey_ = frame.GetPictureKey();
         begun_ = true;
     }
-    QImage moved = Composite::TransparentImage();
+    QImage moved = composite::TransparentImage();
     QPoint leftTop;
     const QImage region = DrawUtil::TransformLifted(*stroke_, lifted_, leftTop);
     if (!region.isNull()) {
-        Composite::Replace(moved, region, leftTop);
+        composite::Replace(moved, region, leftTop);
     } else if (!lifted_.isNull()) {
         QPainter painter(&moved);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);

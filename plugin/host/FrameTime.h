@@ -12,11 +12,11 @@ namespace vellix {
 /// range of int.
 inline int ToWholeFrames(const MTime& time) {
     const double frames = time.as(MTime::uiUnit());
-    if (frames >= double(std::numeric_limits<int>::max())) {
+    if (frames >= static_cast<double>(std::numeric_limits<int>::max())) {
         return std::numeric_limits<int>::max();
     }
-    if (frames > double(std::numeric_limits<int>::min())) {
-        return int(frames);
+    if (frames > static_cast<double>(std::numeric_limits<int>::min())) {
+        return static_cast<int>(frames);
     }
     return std::numeric_limits<int>::min();
 }
@@ -27,7 +27,7 @@ inline bool IsWholeFrame(qint64 frame) {
 }
 
 inline MTime FromWholeFrames(int frame) {
-    return MTime(double(frame), MTime::uiUnit());
+    return MTime(static_cast<double>(frame), MTime::uiUnit());
 }
 
 } // namespace vellix

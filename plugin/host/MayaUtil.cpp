@@ -266,7 +266,7 @@ bool MayaUtil::GetTimeSliderRange(MDoubleArray& range) {
 
 QWidget* MayaUtil::GetTimeControlWidget() {
     static QPointer<QWidget> timeControl;
-    if (timeControl != nullptr) {
+    if (timeControl) {
         return timeControl;
     }
     MString name;

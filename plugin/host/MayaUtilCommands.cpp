@@ -223,7 +223,7 @@ bool MayaUtil::SetTool(ToolType tool) {
 
 bool MayaUtil::SetToolOptions(ToolType tool, const ToolOptions& options) {
     const ToolRow* const row = FindTool(tool);
-    if (row == nullptr) {
+    if (!row) {
         return false;
     }
     QStringList arguments = {QLatin1String(row->optionsFlag), Number(options.size), Number(options.opacity)};
@@ -453,7 +453,7 @@ QWidget* MayaUtil::CreateColorSliderGrp(const QString& name, int width, int heig
         return nullptr;
     }
     QWidget* control = MQtUtil::findControl(ToMString(name));
-    if (control == nullptr) {
+    if (!control) {
         return nullptr;
     }
     if (QWidget* slider = control->findChild<QWidget*>(QStringLiteral("slider"))) {

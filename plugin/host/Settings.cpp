@@ -30,10 +30,10 @@ std::map<ToolType, ToolOptions> DefaultOptions() {
     return options;
 }
 
-std::map<ToolType, ToolOptions> toolOptions = DefaultOptions();
+std::map<ToolType, ToolOptions> g_toolOptions = DefaultOptions();
 
 ToolOptions& OptionsOf(ToolType tool) {
-    return toolOptions.at(tool);
+    return g_toolOptions.at(tool);
 }
 
 std::map<Panel, QByteArray> panelGeometries;
@@ -187,7 +187,7 @@ Setting Version() {
 Setting ActiveTool() {
     const auto set = [](const QVariant& value) {
         const auto tool = static_cast<ToolType>(value.toInt());
-        if (FindTool(tool) != nullptr || tool == ToolType::Transform) {
+        if (FindTool(tool) || tool == ToolType::Transform) {
             Settings::activeTool = tool;
         }
     };
@@ -287,8 +287,8 @@ void ResetSessionOptions() {
 
 /// Returns the options of a tool. Logs an error and returns null for an unknown tool.
 ToolOptions* FindOptions(ToolType tool) {
-    const auto found = toolOptions.find(tool);
-    if (found != toolOptions.end()) {
+    const auto found = g_toolOptions.find(tool);
+    if (found != g_toolOptions.end()) {
         return &found->second;
     }
     Logger::Error(QStringLiteral("Unknown tool type: %1").arg(static_cast<int>(tool)));
@@ -327,7 +327,7 @@ void Settings::ReadUserConfig() {
     }
     const SettingsFile file(path);
     for (const Setting& setting : SETTINGS) {
-        if (setting.set != nullptr) {
+        if (setting.set) {
             setting.set(file.Value(QLatin1String(setting.group), setting.key, setting.GetDefault()));
         }
     }

@@ -29,11 +29,11 @@
 
 namespace vellix {
 
-MObject BaseNode::s_layerData;
-MObject BaseNode::s_opacity;
-std::unique_ptr<TimelineOverlay> BaseNode::s_timelineOverlay;
-bool BaseNode::s_drawContextActive = false;
-LegacyOutline* BaseNode::s_transformContext = nullptr;
+MObject BaseNode::layerData_;
+MObject BaseNode::opacity_;
+std::unique_ptr<TimelineOverlay> BaseNode::timelineOverlay_;
+bool BaseNode::drawContextActive_ = false;
+LegacyOutline* BaseNode::transformContext_ = nullptr;
 
 namespace {
 
@@ -47,10 +47,10 @@ void OffsetTimes(QList<int>& times, const MDoubleArray& range, int offset) {
     }
     const FrameRange dragged = FrameRange::FromFrames(range[0], range[1]);
     for (int& time : times) {
-        const qint64 moved = qint64(time) + offset;
+        const qint64 moved = static_cast<qint64>(time) + offset;
         // An empty range stands for its first frame.
         if ((dragged.Contains(time) || time == dragged.start) && IsWholeFrame(moved)) {
-            time = int(moved);
+            time = static_cast<int>(moved);
         }
     }
 }
@@ -85,23 +85,23 @@ MStatus BaseNode::Initialize() {
     DocumentFollower::Start();
     if (Settings::guiEnabled) {
         if (QWidget* timeSlider = MayaUtil::GetTimeControlWidget()) {
-            s_timelineOverlay = DialogManager::CreateTimelineOverlay(timeSlider);
+            timelineOverlay_ = DialogManager::CreateTimelineOverlay(timeSlider);
         } else {
             Logger::Error("Failed to get time control widget.");
         }
     }
 
     MFnTypedAttribute typed;
-    s_layerData = typed.create("layerData", "ld", BaseNodeLayerData::GetTypeID());
+    layerData_ = typed.create("layerData", "ld", BaseNodeLayerData::GetTypeID());
     typed.setReadable(true);
     typed.setWritable(true);
     typed.setStorable(true);
     typed.setConnectable(false);
     typed.setHidden(true);
-    addAttribute(s_layerData);
+    addAttribute(layerData_);
 
     MFnNumericAttribute numeric;
-    s_opacity = numeric.create("opacity", "op", MFnNumericData::kFloat, 1.0);
+    opacity_ = numeric.create("opacity", "op", MFnNumericData::kFloat, 1.0);
     numeric.setKeyable(true);
     numeric.setStorable(true);
     numeric.setReadable(true);
@@ -109,13 +109,13 @@ MStatus BaseNode::Initialize() {
     numeric.setHidden(false);
     numeric.setMin(0.0);
     numeric.setMax(1.0);
-    addAttribute(s_opacity);
+    addAttribute(opacity_);
     return MS::kSuccess;
 }
 
 MStatus BaseNode::Shutdown() {
     DocumentFollower::Stop();
-    s_timelineOverlay.reset();
+    timelineOverlay_.reset();
     DialogManager::Shutdown();
     Settings::WriteUserConfig();
     return MS::kSuccess;
@@ -123,8 +123,8 @@ MStatus BaseNode::Shutdown() {
 
 MStatus BaseNode::Cleanup() {
     // The attributes end with the node type; a remaining handle would keep them alive.
-    s_layerData = MObject();
-    s_opacity = MObject();
+    layerData_ = MObject();
+    opacity_ = MObject();
     return Shutdown();
 }
 
@@ -133,7 +133,7 @@ void BaseNode::postConstructor() {
     if (!MayaUtil::IsReadingScene()) {
         InitializeLayerManager();
         const std::shared_ptr<LayerManager> layers = GetLayerManager();
-        if (layers && GetMaster() == nullptr) {
+        if (layers && !GetMaster()) {
             layers->MakeMaster();
         }
     }
@@ -191,7 +191,7 @@ QList<BaseNode*> BaseNode::GetAll() {
     QList<BaseNode*> nodes;
     for (MItDag items(MItDag::kDepthFirst, MFn::kPluginLocatorNode); !items.isDone(); items.next()) {
         BaseNode* node = FromObject(items.currentItem());
-        if (node != nullptr && !nodes.contains(node)) {
+        if (node && !nodes.contains(node)) {
             nodes.append(node);
         }
     }
@@ -240,7 +240,7 @@ bool BaseNode::InitializeLayerManager() {
 bool BaseNode::SetLayerManager(const std::shared_ptr<LayerManager>& layers) const {
     MObject self = thisMObject();
     MStatus status;
-    MPlug plug = MFnDependencyNode(self).findPlug(s_layerData, true, &status);
+    MPlug plug = MFnDependencyNode(self).findPlug(layerData_, true, &status);
     if (!status) {
         Logger::Error("Failed to get layer data plug");
     } else {
@@ -266,7 +266,7 @@ std::shared_ptr<LayerManager> BaseNode::GetLayerManager() const {
 std::shared_ptr<LayerManager> BaseNode::ReadLayerManager() const {
     MObject self = thisMObject();
     MStatus status;
-    const MPlug plug = MFnDependencyNode(self).findPlug(s_layerData, true, &status);
+    const MPlug plug = MFnDependencyNode(self).findPlug(layerData_, true, &status);
     if (!status) {
         Logger::Error("Failed to get layer data plug");
         return nullptr;
@@ -325,13 +325,13 @@ MPlug BaseNode::GetVisibilityPlug() const {
 
 void BaseNode::SetOpacity(float opacity) {
     MObject self = thisMObject();
-    MPlug plug = MFnDependencyNode(self).findPlug(s_opacity, true);
+    MPlug plug = MFnDependencyNode(self).findPlug(opacity_, true);
     plug.setValue(opacity);
 }
 
 float BaseNode::GetOpacity() const {
     MObject self = thisMObject();
-    return MFnDependencyNode(self).findPlug(s_opacity, true).asFloat();
+    return MFnDependencyNode(self).findPlug(opacity_, true).asFloat();
 }
 
 void BaseNode::QueueRefresh() {
@@ -384,7 +384,8 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
         const int time = frame.GetTimeValue();
         if (range.Contains(time)) {
             auto copy = std::make_unique<Frame>(frame);
-            copy->SetTime(MTime(double(time) - double(range.start), MTime::uiUnit()));
+            copy->SetTime(
+                MTime(static_cast<double>(time) - static_cast<double>(range.start), MTime::uiUnit()));
             clipboard_.push_back(std::move(copy));
         }
     }
@@ -398,12 +399,12 @@ void BaseNode::OnFramesChanged(const QString& camera, int index) {
 }
 
 void BaseNode::SetDrawContextActive(bool active) {
-    if (s_drawContextActive == active) {
+    if (drawContextActive_ == active) {
         return;
     }
-    s_drawContextActive = active;
-    if (s_timelineOverlay) {
-        s_timelineOverlay->SetDrawContextActive(active);
+    drawContextActive_ = active;
+    if (timelineOverlay_) {
+        timelineOverlay_->SetDrawContextActive(active);
     }
     if (Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::SelectionOrContext)) {
         UpdateTimeControlOverlay();
@@ -411,19 +412,19 @@ void BaseNode::SetDrawContextActive(bool active) {
 }
 
 void BaseNode::SetActiveTransformContext(LegacyOutline* context) {
-    s_transformContext = context;
+    transformContext_ = context;
 }
 
 LegacyOutline* BaseNode::GetActiveTransformContext() {
-    return s_transformContext;
+    return transformContext_;
 }
 
 bool BaseNode::TimeControlOverlayIsVisible(const BaseNode* node) {
-    if (node == nullptr || Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::Off)) {
+    if (!node || Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::Off)) {
         return false;
     }
     if (Settings::timelineFrameDisplay == static_cast<int>(TimelineFrameDisplay::Always) ||
-        s_drawContextActive) {
+        drawContextActive_) {
         return true;
     }
     const BaseNode* selected = GetSelected();
@@ -431,31 +432,31 @@ bool BaseNode::TimeControlOverlayIsVisible(const BaseNode* node) {
 }
 
 void BaseNode::UpdateTimeControlOverlay() {
-    if (!s_timelineOverlay) {
+    if (!timelineOverlay_) {
         return;
     }
     const BaseNode* master = GetMaster();
     if (!TimeControlOverlayIsVisible(master)) {
-        s_timelineOverlay->ClearFrameTimes();
-        if (s_timelineOverlay->IsShown()) {
-            s_timelineOverlay->SetShown(false);
+        timelineOverlay_->ClearFrameTimes();
+        if (timelineOverlay_->IsShown()) {
+            timelineOverlay_->SetShown(false);
         }
         return;
     }
     QList<int> times;
     master->GetFrameTimes(master->GetActiveCamera(), times);
-    if (s_timelineOverlay->HasMoveOffset()) {
-        OffsetTimes(times, s_timelineOverlay->GetRangeForMoveOffset(), s_timelineOverlay->GetMoveOffset());
+    if (timelineOverlay_->HasMoveOffset()) {
+        OffsetTimes(times, timelineOverlay_->GetRangeForMoveOffset(), timelineOverlay_->GetMoveOffset());
     }
-    s_timelineOverlay->SetFrameTimes(times);
-    s_timelineOverlay->SetShown(true);
+    timelineOverlay_->SetFrameTimes(times);
+    timelineOverlay_->SetShown(true);
 }
 
 void BaseNode::OnPlaybackTimeChanged(int frame) {
     bool moving = false;
-    if (s_timelineOverlay) {
-        s_timelineOverlay->UpdateMoveOffset();
-        moving = s_timelineOverlay->HasMoveOffset();
+    if (timelineOverlay_) {
+        timelineOverlay_->UpdateMoveOffset();
+        moving = timelineOverlay_->HasMoveOffset();
         if (moving) {
             UpdateTimeControlOverlay();
         }

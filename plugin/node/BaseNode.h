@@ -244,15 +244,15 @@ private:
     bool AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex);
     bool AddMissingFrame(LayerManager& layers, const QString& camera, bool& frameAdded);
 
-    static MObject s_layerData;
-    static MObject s_opacity;
-    static std::unique_ptr<TimelineOverlay> s_timelineOverlay;
-    static bool s_drawContextActive;
-    static LegacyOutline* s_transformContext;
+    static MObject layerData_;
+    static MObject opacity_;
+    static std::unique_ptr<TimelineOverlay> timelineOverlay_;
+    static bool drawContextActive_;
+    static LegacyOutline* transformContext_;
 
     mutable bool toldOfMissingData_ = false;
     mutable BaseNodePointer copiedFrom_; ///< of a duplicate that may still share its drawing
-    bool shownAsMaster_ = false; ///< was hidden before TakeOver
+    bool shownAsMaster_ = false;         ///< was hidden before TakeOver
     std::vector<std::unique_ptr<Frame>> clipboard_;
     ViewPlacement placement_;
     bool drawOutline_ = false;

@@ -16,7 +16,7 @@
 
 namespace vellix {
 
-int BaseNodeDrawOverride::s_textureCount = 0;
+int BaseNodeDrawOverride::textureCount_ = 0;
 
 namespace {
 
@@ -45,13 +45,13 @@ MHWRender::MPxDrawOverride* BaseNodeDrawOverride::Creator(const MObject& object)
 BaseNodeDrawOverride::BaseNodeDrawOverride(const MObject& object)
     : MPxDrawOverride(object, nullptr, true)
     , textureName_("vxpVP2Texture") {
-    textureName_ += s_textureCount;
-    ++s_textureCount;
+    textureName_ += textureCount_;
+    ++textureCount_;
 }
 
 BaseNodeDrawOverride::~BaseNodeDrawOverride() {
     MHWRender::MTextureManager* textures = texture_ != nullptr ? FindTextureManager() : nullptr;
-    if (textures != nullptr) {
+    if (textures) {
         textures->releaseTexture(texture_);
     }
 }
@@ -76,11 +76,11 @@ MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const M
                                                 const MHWRender::MFrameContext& frameContext,
                                                 MUserData* oldData) {
     auto* data = dynamic_cast<BaseNodeUserData*>(oldData);
-    if (data == nullptr) {
+    if (!data) {
         data = new BaseNodeUserData;
     }
     BaseNode* node = BaseNode::FromObject(objPath.node());
-    if (node == nullptr) {
+    if (!node) {
         return data;
     }
     const ViewPlacement placement = ViewPlacement::For(frameContext, cameraPath);
@@ -103,10 +103,10 @@ MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const M
 
 bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
     MHWRender::MTextureManager* textures = FindTextureManager();
-    if (textures == nullptr) {
+    if (!textures) {
         return false;
     }
-    if (texture_ == nullptr) {
+    if (!texture_) {
         texture_ = textures->acquireTexture(textureName_, DescribeTexture(), data.image->constBits(), true);
     }
     // Updates the texture even if the image did not change for this view: another view may have fetched the
@@ -117,7 +117,7 @@ bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
 void BaseNodeDrawOverride::addUIDrawables(const MDagPath&, MHWRender::MUIDrawManager& drawManager,
                                           const MHWRender::MFrameContext&, const MUserData* data) {
     const auto* drawn = dynamic_cast<const BaseNodeUserData*>(data);
-    if (drawn == nullptr || drawn->image == nullptr || drawn->image->isNull() || !UploadImage(*drawn)) {
+    if (!drawn || !drawn->image || drawn->image->isNull() || !UploadImage(*drawn)) {
         return;
     }
     drawManager.beginDrawable();

@@ -29,7 +29,7 @@ public:
 private:
     bool UploadImage(const BaseNodeUserData& data);
 
-    static int s_textureCount;
+    static int textureCount_;
 
     MString textureName_;
     MHWRender::MTexture* texture_ = nullptr;

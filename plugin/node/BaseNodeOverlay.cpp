@@ -12,8 +12,7 @@ namespace vellix {
 void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dView::DisplayStatus) {
     if (const QImage* image = GetFinalImage(MayaUtil::GetCameraName(view))) {
         NotePlacement(ViewPlacement::For(view));
-        legacyPicture_.Draw(view, *image, placement_, GetOpacity(),
-                            IsMaster() ? s_transformContext : nullptr);
+        legacyPicture_.Draw(view, *image, placement_, GetOpacity(), IsMaster() ? transformContext_ : nullptr);
     }
 }
 

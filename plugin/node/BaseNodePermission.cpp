@@ -50,7 +50,7 @@ bool BaseNode::MayCommitStroke() const {
     }
     const DrawingId drawing = layers->GetStrokeDrawing();
     const Layer* const layer = layers->FindLayer(drawing.layer).layer;
-    if (layer == nullptr || (drawing.frame != FrameId::None && layer->FindFrame(drawing.frame) == nullptr)) {
+    if (!layer || (drawing.frame != FrameId::None && !layer->FindFrame(drawing.frame))) {
         ReportStrokeLost();
         return false;
     }
@@ -93,7 +93,7 @@ bool BaseNode::MayChangeActivePicture(const QString& camera) const {
 
 bool BaseNode::MayChangeActiveLayer(const QString& camera) const {
     const Layer* active = GetActiveLayer(camera);
-    if (active == nullptr) {
+    if (!active) {
         Logger::Error("An active layer does not exist.");
         return false;
     }

@@ -42,7 +42,7 @@ void LayerDataAsciiWriter::WriteCamera(const QString& camera) {
 }
 
 void LayerDataAsciiWriter::WriteLayer(const Layer* layer) {
-    if (layer == nullptr) {
+    if (!layer) {
         WriteString(QLatin1String(LayerDataFormat::UNKNOWN_LAYER));
         out_ << " -1 ";
         return;
@@ -58,7 +58,7 @@ void LayerDataAsciiWriter::WriteLayer(const Layer* layer) {
 }
 
 void LayerDataAsciiWriter::WriteFrame(const Layer& layer, const Frame* frame) {
-    if (frame == nullptr) {
+    if (!frame) {
         out_ << "-1 \"\"";
         return;
     }

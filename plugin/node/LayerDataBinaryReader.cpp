@@ -114,13 +114,13 @@ Value LayerDataBinaryReader::ReadValue() {
 }
 
 QByteArray LayerDataBinaryReader::ReadBytes() {
-    constexpr qint64 BLOCK = 64 * 1024;
+    constexpr qint64 firstBlock = 64 * 1024;
     // A damaged count can have any value, so the bytes are read in blocks that grow with the amount read so
     // far.
     qint64 missing = ReadValue<qint32>();
     QByteArray bytes;
     while (missing > 0 && !ended_) {
-        const qint64 block = qMin(qMin(missing, remaining_), qMax<qint64>(BLOCK, bytes.size()));
+        const qint64 block = qMin(qMin(missing, remaining_), qMax<qint64>(firstBlock, bytes.size()));
         const int filled = bytes.size();
         bytes.resize(static_cast<int>(filled + block));
         if (block == 0 || !Fill(bytes.data() + filled, block)) {

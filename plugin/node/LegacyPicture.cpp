@@ -38,7 +38,7 @@ void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement
     }
     glColor4f(1.0f, 1.0f, 1.0f, opacity);
     DrawQuad(placement);
-    if (outline != nullptr) {
+    if (outline) {
         outline->OnViewDrawn(view);
     }
     LegacyOpenGlEnd(view);

@@ -67,7 +67,7 @@ void MasterNode::OnSceneRead(const QList<BaseNode*>& added) {
             master = node;
         }
     }
-    if (master == nullptr) {
+    if (!master) {
         if (BaseNode* const successor = FindSuccessor(nullptr)) {
             successor->TakeOver();
         }

@@ -4,7 +4,7 @@
 #include "paint/VectorClones.h"
 
 namespace vellix {
-namespace AlphaRows {
+namespace alpha_rows {
 
 namespace {
 
@@ -64,5 +64,5 @@ void Scale(const float* __restrict weights, float opacity, quint8* __restrict co
     ScaleCloned(weights, opacity, coverage, count);
 }
 
-} // namespace AlphaRows
+} // namespace alpha_rows
 } // namespace vellix

@@ -5,7 +5,7 @@
 /// The inner loops of stamping. Each works on one row of RGBA8888 pixels and changes only the alpha bytes.
 /// Written plainly so that the compiler can vectorise them.
 namespace vellix {
-namespace AlphaRows {
+namespace alpha_rows {
 
 /// alpha = max(alpha, coverage)
 void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int count);
@@ -19,5 +19,5 @@ void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int co
 /// coverage = truncate(weight * opacity * 255), weights and opacity 0..1
 void Scale(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count);
 
-} // namespace AlphaRows
+} // namespace alpha_rows
 } // namespace vellix

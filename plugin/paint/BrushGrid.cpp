@@ -16,8 +16,8 @@ float CentreOf(float radius, ToolType tool) {
 }
 
 int WholeVectors(int count) {
-    constexpr int VECTOR = 16;
-    return (count + VECTOR - 1) / VECTOR * VECTOR;
+    constexpr int vector = 16;
+    return (count + vector - 1) / vector * vector;
 }
 
 } // namespace
@@ -39,8 +39,8 @@ void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolTy
     opacity_ = opacity;
     for (int row = 0; row < SIDE; ++row) {
         const Span span = spans_[row];
-        AlphaRows::Scale(weights_[row] + span.first, opacity, cells_[row] + span.first,
-                         span.end - span.first);
+        alpha_rows::Scale(weights_[row] + span.first, opacity, cells_[row] + span.first,
+                          span.end - span.first);
     }
 }
 
@@ -160,7 +160,7 @@ void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1
 }
 
 void BrushGrid::Raise(const PixelView& view, int x0, int y0, int x1, int y1) const {
-    ForEachRow(view, x0, y0, x1, y1, AlphaRows::Raise);
+    ForEachRow(view, x0, y0, x1, y1, alpha_rows::Raise);
 }
 
 void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float cap, float flow) const {
@@ -169,7 +169,7 @@ void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float
     }
     const int limit = cap > 0.0f ? int(std::min(cap, 1.0f) * 255.0f) : 0;
     ForEachRow(view, x0, y0, x1, y1, [flow, limit](quint32* pixels, const quint8* cells, int count) {
-        AlphaRows::Add(pixels, cells, count, flow, limit);
+        alpha_rows::Add(pixels, cells, count, flow, limit);
     });
 }
 
@@ -179,7 +179,7 @@ void BrushGrid::AddAround(const PixelView& view, int x, int y, float radius, flo
 }
 
 void BrushGrid::Erase(const PixelView& view, int x0, int y0, int x1, int y1) const {
-    ForEachRow(view, x0, y0, x1, y1, AlphaRows::Erase);
+    ForEachRow(view, x0, y0, x1, y1, alpha_rows::Erase);
 }
 
 } // namespace vellix

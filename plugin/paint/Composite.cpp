@@ -7,11 +7,11 @@
 #include <cstring>
 
 namespace vellix {
-namespace Composite {
+namespace composite {
 namespace {
 
-using CompositeKernels::TILE_PIXELS;
-using CompositeKernels::TILE_VALUES;
+using composite_kernels::TILE_PIXELS;
+using composite_kernels::TILE_VALUES;
 
 constexpr int TILE_WIDTH = TileMask::TILE_WIDTH;
 
@@ -36,9 +36,9 @@ Pixels<const quint32> PixelsOf(const QImage& image) {
 
 void PaintBytes(quint16* sums, const quint8* bytes, int opacity) {
     if (opacity == 255) {
-        CompositeKernels::PaintTile(sums, bytes);
+        composite_kernels::PaintTile(sums, bytes);
     } else {
-        CompositeKernels::PaintFadedTile(sums, bytes, opacity);
+        composite_kernels::PaintFadedTile(sums, bytes, opacity);
     }
 }
 
@@ -57,15 +57,15 @@ void PaintDrawing(quint16* sums, const Picture& picture, int row, int column) {
 }
 
 void Paint(quint16* sums, const Picture& picture, int row, int column) {
-    if (picture.drawing != nullptr) {
+    if (picture.drawing) {
         PaintDrawing(sums, picture, row, column);
-    } else if (picture.merged != nullptr) {
-        CompositeKernels::PaintSums(sums, picture.merged->Tile(row, column));
+    } else if (picture.merged) {
+        composite_kernels::PaintSums(sums, picture.merged->Tile(row, column));
     } else {
         quint8 bytes[TILE_VALUES];
         const Pixels<const quint32> pixels = PixelsOf(*picture.canvas);
-        CompositeKernels::SplitTile(bytes, pixels.At(row, column), pixels.stride);
-        CompositeKernels::PaintTile(sums, bytes);
+        composite_kernels::SplitTile(bytes, pixels.At(row, column), pixels.stride);
+        composite_kernels::PaintTile(sums, bytes);
     }
 }
 
@@ -86,7 +86,7 @@ public:
             const TileCoverage* coverage = stack_[i].Coverage();
             needed_[i] = coverage == nullptr ? 0 : coverage->occupied.Row(row) & open;
             painted |= needed_[i];
-            if (coverage != nullptr && stack_[i].opacity == 255) {
+            if (coverage && stack_[i].opacity == 255) {
                 open &= ~coverage->opaque.Row(row);
             }
         }
@@ -183,7 +183,7 @@ void Compose(QImage& target, const TileMask& tiles, const PictureStack& stack) {
         TileMask::ForEachRun(painted, [&](int begin, int end) {
             for (int column = begin; column < end; ++column) {
                 stackRow.Compose(sums, column);
-                CompositeKernels::WriteTile(pixels.At(row, column), pixels.stride, sums);
+                composite_kernels::WriteTile(pixels.At(row, column), pixels.stride, sums);
             }
         });
     }
@@ -210,9 +210,9 @@ void SourceOver(QImage& target, const QImage& source, const TileMask& tiles) {
     for (int row = 0; row < TileMask::COUNT; ++row) {
         TileMask::ForEachRun(tiles.Row(row), [&](int begin, int end) {
             for (int y = 0; y < TILE_WIDTH; ++y) {
-                CompositeKernels::SourceOver(to.At(row, begin) + y * to.stride,
-                                             from.At(row, begin) + y * from.stride,
-                                             (end - begin) * TILE_WIDTH);
+                composite_kernels::SourceOver(to.At(row, begin) + y * to.stride,
+                                              from.At(row, begin) + y * from.stride,
+                                              (end - begin) * TILE_WIDTH);
             }
         });
     }
@@ -224,9 +224,9 @@ void OverrideColor(QImage& image, const QColor& color) {
     }
     const quint32 pixel = quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
     for (int y = 0; y < image.height(); ++y) {
-        CompositeKernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), pixel);
+        composite_kernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), pixel);
     }
 }
 
-} // namespace Composite
+} // namespace composite
 } // namespace vellix

@@ -13,7 +13,7 @@ namespace vellix {
 /// Source-over composition of 1024 x 1024 images, tile by tile. Empty tiles cost nothing, and pixels under an
 /// opaque tile are not read. Sums keep 16 bits per channel and are rounded once at the end. A stack of any
 /// height therefore matches QPainter's result to within 2/255 in every premultiplied channel.
-namespace Composite {
+namespace composite {
 
 /// Returns whether this is a 1024 x 1024 image of Format_RGBA8888.
 bool IsLayerImage(const QImage& image);
@@ -47,5 +47,5 @@ void SourceOver(QImage& target, const QImage& source, const TileMask& tiles);
 /// of another format than Format_RGBA8888 alone.
 void OverrideColor(QImage& image, const QColor& color);
 
-} // namespace Composite
+} // namespace composite
 } // namespace vellix

@@ -5,7 +5,7 @@
 #include <cstring>
 
 namespace vellix {
-namespace CompositeKernels {
+namespace composite_kernels {
 namespace {
 
 static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the alpha byte is the highest of a pixel's word");
@@ -158,5 +158,5 @@ VELLIX_VECTOR_CLONES void Gather(const quint32* pixels, int count, quint32* anyB
     }
 }
 
-} // namespace CompositeKernels
+} // namespace composite_kernels
 } // namespace vellix

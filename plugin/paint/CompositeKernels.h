@@ -15,7 +15,7 @@ namespace vellix {
 /// pixels. Inside composition a tile is planar: all reds, then all greens, blues and alphas, row by row.
 /// "Bytes" are straight alpha, 0..255. "Sums" are premultiplied with 16 bits per channel, 0..65025 (255 x
 /// 255), which keeps the rounding errors of tall stacks far below one 8-bit step.
-namespace CompositeKernels {
+namespace composite_kernels {
 
 constexpr int TILE_PIXELS = TileMask::TILE_WIDTH * TileMask::TILE_WIDTH;
 constexpr int TILE_VALUES = 4 * TILE_PIXELS; ///< number of bytes or sums in one tile
@@ -39,5 +39,5 @@ void OverrideColor(quint32* pixels, int count, quint32 color);
 /// ORs pixels into `anyBits` and ANDs them into `allBits`, element by element.
 void Gather(const quint32* pixels, int count, quint32* anyBits, quint32* allBits);
 
-} // namespace CompositeKernels
+} // namespace composite_kernels
 } // namespace vellix

@@ -48,8 +48,8 @@ int CentredStart(int first, int last, int extent, int offset) {
     const qint64 sum = qint64(first) + last;
     const qint64 middle = (sum % 2 == 0 ? sum : sum + 1) / 2;
     const qint64 start = middle - extent / 2 + offset;
-    constexpr qint64 FAR = 1 << 24; // far outside the image on either side
-    return int(std::min(std::max(start, -FAR), FAR));
+    constexpr qint64 far = 1 << 24; // far outside the image on either side
+    return int(std::min(std::max(start, -far), far));
 }
 
 bool IsFinite(const Stroke& stroke) {

@@ -7,10 +7,10 @@
 
 namespace vellix {
 
-using CompositeKernels::TILE_VALUES;
+using composite_kernels::TILE_VALUES;
 
 PackedTiles::PackedTiles(const QImage& image) {
-    if (!Composite::IsLayerImage(image)) {
+    if (!composite::IsLayerImage(image)) {
         return;
     }
     const std::ptrdiff_t stride = image.bytesPerLine() / 4;
@@ -28,7 +28,7 @@ PackedTiles::PackedTiles(const QImage& image) {
             reinterpret_cast<const quint32*>(image.constScanLine(row * TileMask::TILE_WIDTH));
         TileMask::ForEachRun(occupied, [&](int begin, int end) {
             for (int column = begin; column < end; ++column, tile += TILE_VALUES) {
-                CompositeKernels::SplitTile(tile, pixels + column * TileMask::TILE_WIDTH, stride);
+                composite_kernels::SplitTile(tile, pixels + column * TileMask::TILE_WIDTH, stride);
             }
         });
     }

@@ -150,7 +150,7 @@ bool ReadStroke(FieldReader& reader, RecordedStroke& out) {
         return false;
     }
     const ToolRow* const known = FindTool(tool);
-    if (known == nullptr) {
+    if (!known) {
         return reader.Fail("tool", "must be " + AnyTool());
     }
     out.tool = known->type;

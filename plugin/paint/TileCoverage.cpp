@@ -11,7 +11,7 @@ namespace vellix {
 
 TileCoverage TileCoverage::Of(const QImage& image) {
     TileCoverage coverage;
-    if (Composite::IsLayerImage(image)) {
+    if (composite::IsLayerImage(image)) {
         for (int row = 0; row < TileMask::COUNT; ++row) {
             coverage.ReadRow(image, row);
         }
@@ -25,8 +25,8 @@ void TileCoverage::ReadRow(const QImage& image, int row) {
     any.fill(0);
     all.fill(~quint32(0));
     for (int y = row * TileMask::TILE_WIDTH; y < (row + 1) * TileMask::TILE_WIDTH; ++y) {
-        CompositeKernels::Gather(reinterpret_cast<const quint32*>(image.constScanLine(y)), IMAGE_WIDTH,
-                                 any.data(), all.data());
+        composite_kernels::Gather(reinterpret_cast<const quint32*>(image.constScanLine(y)), IMAGE_WIDTH,
+                                  any.data(), all.data());
     }
     quint64 occupiedBits = 0;
     quint64 opaqueBits = 0;

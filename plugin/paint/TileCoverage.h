@@ -13,7 +13,7 @@ struct TileCoverage {
     TileMask opaque;
 
     /// Reads every pixel of the image. Returns an empty coverage for an image that is no layer image
-    /// (Composite::IsLayerImage).
+    /// (composite::IsLayerImage).
     static TileCoverage Of(const QImage& image);
     /// Updates both masks for one row of tiles of a layer image.
     void ReadRow(const QImage& image, int row);

@@ -13,13 +13,13 @@ namespace vellix {
 class TileSums {
 public:
     TileSums()
-        : sums_(new quint16[std::size_t(TileMask::COUNT) * TileMask::COUNT * CompositeKernels::TILE_VALUES]) {
-    }
+        : sums_(
+              new quint16[std::size_t(TileMask::COUNT) * TileMask::COUNT * composite_kernels::TILE_VALUES]) {}
 
     TileCoverage coverage;
 
     quint16* Tile(int row, int column) {
-        return sums_.get() + std::size_t(row * TileMask::COUNT + column) * CompositeKernels::TILE_VALUES;
+        return sums_.get() + std::size_t(row * TileMask::COUNT + column) * composite_kernels::TILE_VALUES;
     }
     const quint16* Tile(int row, int column) const { return const_cast<TileSums*>(this)->Tile(row, column); }
 

@@ -43,14 +43,14 @@ DrawContext::DrawContext()
 DrawContext::~DrawContext() {
     // The host switches a current tool off before it deletes it. With a stroke left the host itself is
     // closing, and there is no node to commit to.
-    if (stroke_ != nullptr) {
+    if (stroke_) {
         ThreadManager::GetInstance()->DestroyInputThread();
     }
 }
 
 void DrawContext::toolOnSetup(MEvent&) {
     setHelpString("Draw on viewport");
-    if (BaseNode::GetMaster() == nullptr) {
+    if (!BaseNode::GetMaster()) {
         MayaUtil::CreateNode(false, false, QString(), QString(), -1);
     }
     BaseNode::SetDrawContextActive(true);
@@ -121,12 +121,12 @@ MStatus DrawContext::doDrag(MEvent& event) {
 MStatus DrawContext::doRelease(MEvent&) {
     if (IsAdjusting()) {
         EndAdjusting();
-    } else if (node_ || stroke_ != nullptr) {
+    } else if (node_ || stroke_) {
         ThreadManager::GetInstance()->AwaitFirstSamples();
         ThreadManager::GetInstance()->DestroyInputThread();
         guard_.Release();
         const Stroke* const stroke = ActiveStroke();
-        if (stroke == nullptr || stroke->tool != ToolType::Text) {
+        if (!stroke || stroke->tool != ToolType::Text) {
             PushStroke();
         } else {
             text_ = TypedText();
@@ -165,7 +165,7 @@ MStatus DrawContext::Handle(LegacyHandler handler, MEvent& event, MHWRender::MUI
 
 void DrawContext::BeginStroke() {
     BaseNode* const node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return;
     }
     node->RefreshActiveCamera();
@@ -174,7 +174,7 @@ void DrawContext::BeginStroke() {
         return;
     }
     stroke_ = node->GetActiveStroke(camera_, false);
-    if (stroke_ == nullptr) {
+    if (!stroke_) {
         node->GetLayerManager()->TakeBackPress();
         return;
     }
@@ -186,7 +186,7 @@ void DrawContext::BeginStroke() {
 }
 
 void DrawContext::FinishStroke() {
-    if (stroke_ == nullptr) {
+    if (!stroke_) {
         return;
     }
     ThreadManager::GetInstance()->DestroyInputThread();
@@ -213,7 +213,7 @@ void DrawContext::PushStroke() {
     // A stroke that was not committed is dropped, also on a deleted node: that may come back by undo, and the
     // old stroke would block the next one.
     BaseNode* const left = node.GetAlive();
-    if (left != nullptr && left->HasActiveStroke()) {
+    if (left && left->HasActiveStroke()) {
         left->CancelActiveStroke();
     }
     if (node) {
@@ -236,7 +236,7 @@ void DrawContext::RefreshView() {
 
 void DrawContext::SwitchCamera() {
     const BaseNode* const node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return;
     }
     const QString camera = MayaUtil::GetActive3dViewCameraName();
@@ -336,7 +336,7 @@ float DrawContext::ToolDisplayRadius() {
 }
 
 void DrawContext::ToggleDiameterDisplay(float radius) {
-    if (drawManager_ == nullptr || circleShown_) {
+    if (!drawManager_ || circleShown_) {
         if (adjustSize_) {
             DrawXorCircle(radius);
         }

@@ -24,15 +24,15 @@ DrawContextInputHandler::~DrawContextInputHandler() {
 void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
     adjustSize_ = false;
     adjustOpacity_ = false;
-    if (timeSlider_ != nullptr) {
+    if (timeSlider_) {
         timeSlider_->removeEventFilter(this);
     }
     if (enabled) {
         ResetTabletSettings();
-        if (timeSlider_ == nullptr) {
+        if (!timeSlider_) {
             timeSlider_ = MayaUtil::GetTimeControlWidget();
         }
-        if (timeSlider_ != nullptr) {
+        if (timeSlider_) {
             timeSlider_->installEventFilter(this);
         }
         InstallEventFilters();
@@ -44,10 +44,10 @@ void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
 }
 
 void DrawContextInputHandler::SetDrawContext(DrawContext* context) {
-    if (context != nullptr) {
+    if (context) {
         OpenText::SetCommit([this] { EndTextDraw(); });
         outsidePress_.Watch(context->View());
-    } else if (drawContext_ != nullptr) {
+    } else if (drawContext_) {
         OpenText::SetCommit(nullptr);
         outsidePress_.Stop();
     }
@@ -61,7 +61,7 @@ void DrawContextInputHandler::ResetTabletSettings() {
 }
 
 void DrawContextInputHandler::EndTextDraw() {
-    if (drawContext_ != nullptr) {
+    if (drawContext_) {
         drawContext_->EndTextDraw();
     }
 }
@@ -79,7 +79,7 @@ bool DrawContextInputHandler::eventFilter(QObject* watched, QEvent* event) {
     if (IsMainWindow(watched)) {
         return ProcessMainWindowEvent(event) || ViewEventFilter::eventFilter(watched, event);
     }
-    if (watched != nullptr && watched == timeSlider_ && event->type() == QEvent::MouseButtonPress) {
+    if (watched && watched == timeSlider_ && event->type() == QEvent::MouseButtonPress) {
         return ProcessTimeControlMouseEvent(static_cast<QMouseEvent*>(event));
     }
     return false;
@@ -123,7 +123,7 @@ bool DrawContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Backslash) {
         return false;
     }
-    if (drawContext_ != nullptr) {
+    if (drawContext_) {
         return drawContext_->ProcessKeyDownEvent(event);
     }
     switch (event->key()) {
@@ -189,12 +189,12 @@ bool DrawContextInputHandler::ProcessInputMethodEvent(QEvent* event) {
 
 /// Lets the stroke's view take text from input methods while text is typed, and restores the view afterwards.
 void DrawContextInputHandler::AcceptInputMethod(bool accept) {
-    if (typedInto_ != nullptr) {
+    if (typedInto_) {
         typedInto_->setAttribute(Qt::WA_InputMethodEnabled, false);
         typedInto_.clear();
     }
     QWidget* const view = accept ? drawContext_->View() : nullptr;
-    if (view != nullptr && !view->testAttribute(Qt::WA_InputMethodEnabled)) {
+    if (view && !view->testAttribute(Qt::WA_InputMethodEnabled)) {
         view->setAttribute(Qt::WA_InputMethodEnabled);
         typedInto_ = view;
     }

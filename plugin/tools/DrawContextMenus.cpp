@@ -78,7 +78,7 @@ void DrawContextInputHandler::AddLayers(QMenu& menu, const BaseNode& node) {
     const QList<Layer*> layers = node.GetLayers(menuCamera_);
     for (int index = layers.size() - 1; index >= 0; --index) {
         const Layer* const layer = layers.at(index);
-        if (layer == nullptr) {
+        if (!layer) {
             continue;
         }
         const bool isActive = cameraIsActive && layer->IsActive();

@@ -17,7 +17,7 @@ StrokeGuard::StrokeGuard(std::function<void()> interrupted)
 
 void StrokeGuard::Watch(QWidget* view) {
     Release();
-    if (view == nullptr) {
+    if (!view) {
         return;
     }
     view_ = view;
@@ -32,11 +32,11 @@ void StrokeGuard::Watch(QWidget* view) {
 void StrokeGuard::Release() {
     due_.stop();
     for (const QPointer<QWidget>& widget : {view_, window_}) {
-        if (widget != nullptr) {
+        if (widget) {
             widget->removeEventFilter(this);
         }
     }
-    if (view_ != nullptr) {
+    if (view_) {
         disconnect(view_, nullptr, &due_, nullptr);
     }
     view_.clear();

@@ -28,7 +28,7 @@ ThreadManager::~ThreadManager() {
     DestroyInputThread();
     // Their code is unloaded with the plug-in.
     for (const QPointer<QThread>& thread : lateThreads_) {
-        if (thread != nullptr) {
+        if (thread) {
             thread->wait();
         }
     }
@@ -42,7 +42,7 @@ ThreadManager* ThreadManager::GetInstance() {
 void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke) {
     DestroyInputThread();
     smoother_.Reset();
-    if (view == nullptr || node == nullptr || stroke == nullptr) {
+    if (!view || !node || !stroke) {
         return;
     }
     widget_ = view;
@@ -79,7 +79,7 @@ void ThreadManager::AwaitFirstSamples() {
 void ThreadManager::DestroyInputThread() {
     active_ = false;
     catchUp_.stop();
-    if (thread_ != nullptr) {
+    if (thread_) {
         Q_EMIT ShutdownInputWorker();
         const bool ended = thread_->wait(MAX_WAIT_MS);
         disconnect(worker_.get(), nullptr, this, nullptr);
@@ -106,7 +106,7 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
     if (!active_ || !StrokeIsThere()) {
         return;
     }
-    if (widget_ != nullptr) {
+    if (widget_) {
         worker_->SetView(*widget_);
         placement_ = ViewPlacement::For(view_);
     }

@@ -140,7 +140,7 @@ void TransformContext::abortAction() {
 
 bool TransformContext::InitializeSelectStage(bool paste) {
     BaseNode* node = BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return false;
     }
     selection_.Begin(*node);
@@ -170,8 +170,8 @@ bool TransformContext::EnterTransformStage(bool changes) {
         return false;
     }
     BaseNode* node = selection_.GetNode();
-    if (node == nullptr || (changes && !(node->MayChangeActiveLayer(selection_.GetCamera()) &&
-                                         node->MayChangeActivePicture(selection_.GetCamera())))) {
+    if (!node || (changes && !(node->MayChangeActiveLayer(selection_.GetCamera()) &&
+                               node->MayChangeActivePicture(selection_.GetCamera())))) {
         return false;
     }
     FollowView(*node);
@@ -187,7 +187,7 @@ void TransformContext::PreprocessSelection() {
     ReorderSelectionPoints();
     BaseNode* node = selection_.GetNode();
     Stroke* stroke = node != nullptr ? node->GetActiveStroke(selection_.GetCamera(), true) : nullptr;
-    if (stroke == nullptr) {
+    if (!stroke) {
         return;
     }
     if (selection_.IsPoint() && !clipboard_.IsPasting()) {
@@ -210,7 +210,7 @@ bool TransformContext::HasTransform() const {
 
 /// Whether the transform is still that of what the active view shows. Logs why not, unless there is none.
 bool TransformContext::CheckTransform() const {
-    if (selection_.GetNode() == nullptr) {
+    if (!selection_.GetNode()) {
         BaseNode::ReportStrokeLost();
         return false;
     }
@@ -283,7 +283,7 @@ MStatus TransformContext::doPress(MEvent& event) {
     inputHandler_.UpdateActiveViewEventFilter();
     if (stage_ == TRANSFORM_STAGE) {
         PressInTransformStage(event, PositionOf(event));
-    } else if (BaseNode::GetMaster() != nullptr) {
+    } else if (BaseNode::GetMaster()) {
         PressInSelectStage(PositionOf(event));
     }
     return MS::kSuccess;
@@ -310,7 +310,7 @@ MStatus TransformContext::doRelease(MEvent&) {
         return selection_.IsInActiveView() ? MS::kSuccess : MS::kFailure;
     }
     BaseNode* node = selection_.GetNode();
-    if (node == nullptr) {
+    if (!node) {
         return MS::kSuccess;
     }
     ReorderSelectionPoints();
@@ -357,7 +357,7 @@ void TransformContext::PressInTransformStage(const MEvent& event, const QPoint& 
 
 void TransformContext::DragInTransformStage(const MEvent& event, const QPoint& position) {
     BaseNode* node = selection_.GetNode();
-    if (node == nullptr) {
+    if (!node) {
         return;
     }
     const auto offsetInImage = [&](const QPoint& from, const QPoint& to) {
@@ -386,7 +386,7 @@ void TransformContext::FlipVertical() {
 void TransformContext::UpdateStroke() {
     BaseNode* node = selection_.GetNode();
     Stroke* stroke = node != nullptr ? selection_.FindStroke(*node) : nullptr;
-    if (stroke == nullptr) {
+    if (!stroke) {
         return;
     }
     if (stroke->freshSelection) {
@@ -466,7 +466,7 @@ void TransformContext::Paste(bool andTransform, const QPoint& position) {
 void TransformContext::RememberCopiedRectangle() {
     const BaseNode* node = selection_.GetNode();
     const Layer* layer = node != nullptr ? node->GetActiveLayer(selection_.GetCamera()) : nullptr;
-    if (layer != nullptr && layer->GetCurrentFrame() != nullptr && selection_.GetScale() > 0.0f) {
+    if (layer && layer->GetCurrentFrame() && selection_.GetScale() > 0.0f) {
         clipboard_.Remember(selection_.GetCorners(), selection_.GetScale());
     }
 }
@@ -489,7 +489,7 @@ void TransformContext::DrawSelectionOutline(int x0, int y0, int x1, int y1, int 
 
 void TransformContext::SetSelectionOutlineDrawnByNodeEnabled(bool enabled) {
     BaseNode* node = enabled ? selection_.GetNode() : BaseNode::GetMaster();
-    if (node == nullptr) {
+    if (!node) {
         return;
     }
     if (enabled) {
@@ -508,7 +508,7 @@ void TransformContext::ForgetOutline() {
 void TransformContext::OnViewDrawn(const M3dView& view) {
     const bool isShown = outline_.IsShown() && view.widget() == selection_.GetView().widget();
     BaseNode* node = isShown ? selection_.GetNode() : nullptr;
-    if (node == nullptr) {
+    if (!node) {
         return;
     }
     if (LocateSelectionAgain(*node)) {

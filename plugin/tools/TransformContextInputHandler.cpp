@@ -60,7 +60,7 @@ QAction* TransformContextInputHandler::AddItem(QMenu& menu, const char* label, S
 }
 
 void TransformContextInputHandler::ShowContextMenu(QPoint position) {
-    if (context_ == nullptr) {
+    if (!context_) {
         return;
     }
     using Self = TransformContextInputHandler;
@@ -88,67 +88,67 @@ void TransformContextInputHandler::ShowContextMenu(QPoint position) {
 }
 
 void TransformContextInputHandler::Transform() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->Transform(false);
     }
 }
 
 void TransformContextInputHandler::TransformCopy() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->Transform(true);
     }
 }
 
 void TransformContextInputHandler::FlipHorizontal() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->FlipHorizontal();
     }
 }
 
 void TransformContextInputHandler::FlipVertical() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->FlipVertical();
     }
 }
 
 void TransformContextInputHandler::Cut() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->Cut();
     }
 }
 
 void TransformContextInputHandler::Copy() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->Copy(false);
     }
 }
 
 void TransformContextInputHandler::Paste() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->Paste(false, menuPosition_);
     }
 }
 
 void TransformContextInputHandler::PasteAndTransform() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->Paste(true, menuPosition_);
     }
 }
 
 void TransformContextInputHandler::Apply() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->completeAction();
     }
 }
 
 void TransformContextInputHandler::Revert() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->deleteAction();
     }
 }
 
 void TransformContextInputHandler::Cancel() {
-    if (context_ != nullptr) {
+    if (context_) {
         context_->abortAction();
     }
 }

@@ -75,7 +75,7 @@ void TransformOutline::Forget() {
 }
 
 void TransformOutline::Draw(const M3dView& view, const Corners& corners) {
-    if (drawManager_ != nullptr) {
+    if (drawManager_) {
         DrawLines(*drawManager_, corners);
         return;
     }

@@ -22,7 +22,7 @@ void ViewEventFilter::UpdateActiveViewEventFilter() {
     MStatus status;
     const M3dView view = M3dView::active3dView(&status);
     QWidget* const widget = status ? view.widget() : nullptr;
-    if (widget == nullptr || IsWatchedView(widget)) {
+    if (!widget || IsWatchedView(widget)) {
         return;
     }
     widget->installEventFilter(this);
@@ -34,19 +34,19 @@ void ViewEventFilter::InstallEventFilters() {
     RemoveEventFilters();
     backslashHeld_ = false;
     mainWindow_ = MQtUtil::mainWindow();
-    if (mainWindow_ != nullptr) {
+    if (mainWindow_) {
         mainWindow_->installEventFilter(this);
     }
     UpdateActiveViewEventFilter();
 }
 
 void ViewEventFilter::RemoveEventFilters() {
-    if (mainWindow_ != nullptr) {
+    if (mainWindow_) {
         mainWindow_->removeEventFilter(this);
     }
     mainWindow_.clear();
     for (const QPointer<QWidget>& view : views_) {
-        if (view != nullptr) {
+        if (view) {
             view->removeEventFilter(this);
         }
     }
@@ -59,7 +59,7 @@ bool ViewEventFilter::IsMainWindow(const QObject* watched) const {
 
 bool ViewEventFilter::IsWatchedView(const QObject* watched) const {
     for (const QPointer<QWidget>& view : views_) {
-        if (watched != nullptr && watched == view) {
+        if (watched && watched == view) {
             return true;
         }
     }

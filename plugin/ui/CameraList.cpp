@@ -44,10 +44,10 @@ void CameraList::Fill(const QList<LayerManagerRow>& rows, const QString& activeC
     setUpdatesEnabled(false);
     FillSections(rows);
     LayerItem* const active = FindItem(activeCamera, activeIndex);
-    if (active_ != nullptr && active_ != active) {
+    if (active_ && active_ != active) {
         active_->SetActive(false);
     }
-    if (active != nullptr) {
+    if (active) {
         active->SetActive(true);
     }
     active_ = active;
@@ -108,7 +108,7 @@ LayerItem* CameraList::GetActive() const {
 }
 
 void CameraList::RevealActive() {
-    if (active_ != nullptr) {
+    if (active_) {
         ensureWidgetVisible(active_.data(), 0, 0);
     }
 }
@@ -198,7 +198,7 @@ CameraList::Place CameraList::FindFocused() const {
 void CameraList::RestoreFocus(const Place& place) {
     const QList<LayerItem*> items = ItemsFromTop();
     if (place.name.isEmpty()) {
-        if (!items.contains(tabStop_) || active_ != nullptr) {
+        if (!items.contains(tabStop_) || active_) {
             SetTabStop(active_ != nullptr ? active_.data() : items.value(0, nullptr));
         }
         return;
@@ -207,11 +207,11 @@ void CameraList::RestoreFocus(const Place& place) {
     for (int index = place.index; item == nullptr && index >= 0; --index) {
         item = FindItem(place.camera, index);
     }
-    if (item == nullptr) {
+    if (!item) {
         item = items.value(0, nullptr);
     }
     LayerItem::Part part = LayerItem::Part::Row;
-    if (item != nullptr && !(item->GetFocusedPart(part) && part == place.part)) {
+    if (item && !(item->GetFocusedPart(part) && part == place.part)) {
         item->FocusPart(place.part, Qt::OtherFocusReason);
     }
 }
@@ -222,11 +222,11 @@ void CameraList::SetTabStop(LayerItem* item) {
     if (tabStop_ == item) {
         return;
     }
-    if (tabStop_ != nullptr) {
+    if (tabStop_) {
         tabStop_->SetTabStop(false);
     }
     tabStop_ = item;
-    if (item != nullptr) {
+    if (item) {
         item->SetTabStop(true);
         item->PlaceInTabOrder(tabPredecessor_);
     }

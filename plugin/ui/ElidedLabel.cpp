@@ -25,8 +25,8 @@ bool ElidedLabel::IsShortened() const {
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(), int(alignment()), palette(), isEnabled(), shown,
-                          foregroundRole());
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(),
+                          shown, foregroundRole());
 }
 
 bool ElidedLabel::event(QEvent* event) {

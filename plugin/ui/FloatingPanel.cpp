@@ -81,7 +81,7 @@ QRect FloatingPanel::MoveInto(const QRect& wanted, const QRect& available) {
 }
 
 bool FloatingPanel::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride && focusWidget() != nullptr) {
+    if (event->type() == QEvent::ShortcutOverride && focusWidget()) {
         if (MovesInPanel(*static_cast<QKeyEvent*>(event))) {
             event->accept();
             return true;
@@ -127,7 +127,7 @@ void FloatingPanel::RestorePlace() {
         resize(sizeHint().expandedTo(minimumSize()));
     }
     QRect place = frameGeometry();
-    if (!known && parentWidget() != nullptr) {
+    if (!known && parentWidget()) {
         place.moveCenter(parentWidget()->window()->frameGeometry().center());
     }
     const QRect available = AvailableNear(place);

@@ -227,9 +227,9 @@ void LayerItem::keyPressEvent(QKeyEvent* event) {
     }
     Part part = Part::Row;
     if ((key == Qt::Key_Left || key == Qt::Key_Right) && GetFocusedPart(part)) {
-        const int count = int(sizeof(PARTS) / sizeof(PARTS[0]));
+        const int count = static_cast<int>(sizeof(PARTS) / sizeof(PARTS[0]));
         const int step = key == Qt::Key_Right ? 1 : -1;
-        FocusPart(PARTS[qBound(0, int(part) + step, count - 1)], Qt::OtherFocusReason);
+        FocusPart(PARTS[qBound(0, static_cast<int>(part) + step, count - 1)], Qt::OtherFocusReason);
         return;
     }
     QWidget::keyPressEvent(event);

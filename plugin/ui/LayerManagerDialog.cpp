@@ -78,7 +78,7 @@ void LayerManagerDialog::AppendLayer(const LayerManagerRow& row) {
     // Rows of one camera must be adjacent.
     const auto last = std::find_if(rows_.rbegin(), rows_.rend(),
                                    [&](const LayerManagerRow& other) { return other.camera == row.camera; });
-    rows_.insert(last == rows_.rend() ? rows_.size() : int(last.base() - rows_.begin()), row);
+    rows_.insert(last == rows_.rend() ? rows_.size() : static_cast<int>(last.base() - rows_.begin()), row);
     QueueUpdate();
 }
 
@@ -89,8 +89,8 @@ void LayerManagerDialog::SetActive(const QString& camera, int index) {
 }
 
 int LayerManagerDialog::LayerCount(const QString& camera) const {
-    return int(std::count_if(rows_.begin(), rows_.end(),
-                             [&](const LayerManagerRow& row) { return row.camera == camera; }));
+    return static_cast<int>(std::count_if(rows_.begin(), rows_.end(),
+                                          [&](const LayerManagerRow& row) { return row.camera == camera; }));
 }
 
 void LayerManagerDialog::QueueUpdate() {

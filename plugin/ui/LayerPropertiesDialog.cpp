@@ -55,7 +55,7 @@ void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
 void LayerPropertiesDialog::FollowScene() {
     const BaseNode* const master = BaseNode::GetMaster();
     const LayerPlace place = master != nullptr ? master->FindLayer(layer_) : LayerPlace();
-    if (place.layer == nullptr) {
+    if (!place.layer) {
         reject();
         return;
     }
@@ -69,7 +69,7 @@ void LayerPropertiesDialog::FollowScene() {
 
 void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* parent) {
     const BaseNode* const master = BaseNode::GetMaster();
-    if (master == nullptr || !master->LayerExists(camera, index)) {
+    if (!master || !master->LayerExists(camera, index)) {
         Logger::Error(master == nullptr ? "Node not found" : "Layer does not exist.");
         return;
     }
@@ -86,7 +86,7 @@ void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* pare
 void LayerPropertiesDialog::UpdateLayer() {
     const BaseNode* const master = BaseNode::GetMaster();
     const LayerPlace place = master != nullptr ? master->FindLayer(layer_) : LayerPlace();
-    if (place.layer == nullptr) {
+    if (!place.layer) {
         Logger::Error("Layer does not exist.");
         return;
     }

@@ -31,7 +31,7 @@ std::unique_ptr<NewLayerDialog> NewLayerDialog::Create(QWidget* parent) {
 
 void NewLayerDialog::AddLayer() {
     const int state = static_cast<int>(GetLayerState());
-    if (BaseNode::GetMaster() != nullptr) {
+    if (BaseNode::GetMaster()) {
         MayaUtil::AddLayer(GetCamera(), GetLayerName(), state);
     } else {
         MayaUtil::CreateNode(true, false, GetCamera(), GetLayerName(), state);

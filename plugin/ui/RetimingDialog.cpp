@@ -91,7 +91,7 @@ void RetimingDialog::RetimeRelative() {
 
 void RetimingDialog::Retime(bool relative) {
     const auto* const button = qobject_cast<QPushButton*>(sender());
-    if (button == nullptr) {
+    if (!button) {
         return;
     }
     QString text = button->text();

@@ -59,7 +59,7 @@ MDoubleArray GetVisibleRange() {
 
 TimeControlOverlay::TimeControlOverlay(QWidget* timeSlider)
     : QWidget(timeSlider) {
-    if (timeSlider != nullptr) {
+    if (timeSlider) {
         setGeometry(timeSlider->rect());
         connect(timeSlider, &QObject::destroyed, this, [this] { setParent(nullptr); });
     }
@@ -160,7 +160,7 @@ void TimeControlOverlay::ResetDrag() {
 
 void TimeControlOverlay::paintEvent(QPaintEvent*) {
     const QWidget* slider = parentWidget();
-    if (slider == nullptr) {
+    if (!slider) {
         return;
     }
     // The slider may have been resized.

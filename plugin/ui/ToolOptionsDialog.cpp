@@ -107,7 +107,7 @@ ToolOptionsDialog::Row ToolOptionsDialog::AddRow(QGridLayout& grid, const QStrin
 void ToolOptionsDialog::Refresh() {
     const ToolRow* const tool = FindTool(Settings::activeTool);
     setEnabled(tool != nullptr);
-    if (tool == nullptr) {
+    if (!tool) {
         return;
     }
     icon_->SetIcon(tool->type);

@@ -126,7 +126,7 @@ void ToolboxDialog::AddColors(QHBoxLayout& row, int width) {
     // These follow the tools in tab order, whatever the order of creation.
     QWidget* before = optionsButton_;
     for (QWidget* next : {color_->focusProxy(), static_cast<QWidget*>(palette)}) {
-        if (next != nullptr) {
+        if (next) {
             setTabOrder(before, next);
             before = next;
         }
@@ -236,7 +236,7 @@ void ToolboxDialog::RefreshOptions() {
     const ToolRow* const tool = FindTool(Settings::activeTool);
     size_->setEnabled(tool != nullptr);
     opacity_->setEnabled(tool != nullptr);
-    if (tool != nullptr) {
+    if (tool) {
         size_->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
                      QStringLiteral("Size of the active tool"));
         size_->SetValue(Settings::GetToolSize(tool->type));

@@ -44,7 +44,7 @@ void OnSelectionChanged(void*) {
         return;
     }
     BaseNode::UpdateTimeControlOverlay();
-    if (BaseNode::GetMaster() == nullptr) {
+    if (!BaseNode::GetMaster()) {
         BaseNode::ClearLayerManagerDialog();
     }
 }

@@ -73,7 +73,7 @@ void OpenNotedPanels() {
     for (const PanelRow& row : PANELS) {
         QWidget* const panel =
             open.contains(QLatin1String(row.Name())) ? DialogManager::GetPanel(row.panel) : nullptr;
-        if (panel != nullptr && !panel->isVisible()) {
+        if (panel && !panel->isVisible()) {
             panel->setAttribute(Qt::WA_ShowWithoutActivating);
             panel->show();
             panel->setAttribute(Qt::WA_ShowWithoutActivating, false);
@@ -163,7 +163,7 @@ void DialogManager::NoteOpenPanels() {
     QStringList open;
     for (const PanelRow& row : PANELS) {
         const QWidget* const panel = GetRegistry().panels[row.panel].window;
-        if (panel != nullptr && panel->isVisible()) {
+        if (panel && panel->isVisible()) {
             open.append(QLatin1String(row.Name()));
         }
     }

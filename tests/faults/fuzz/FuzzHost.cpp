@@ -1,7 +1,7 @@
 // The host around a reader: without a window, silent, with the part of the plug-in that files hold.
-#include "faults/fuzz/Readers.h"
 #include "app/LightboxHost.h"
 #include "app/PluginManager.h"
+#include "faults/fuzz/Readers.h"
 #include "node/BaseNode.h"
 #include "node/BaseNodeLayerData.h"
 #include "scene/Output.h"

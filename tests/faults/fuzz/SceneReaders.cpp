@@ -1,5 +1,5 @@
-#include "faults/fuzz/Readers.h"
 #include "core/LayerManager.h"
+#include "faults/fuzz/Readers.h"
 #include "formats/FileError.h"
 #include "formats/SceneFiles.h"
 #include "host/Settings.h"
@@ -37,30 +37,30 @@ public:
     TimeLimit() {
         static std::thread* const watch = new std::thread(Watch); // it ends with the process
         static_cast<void>(watch);
-        const std::lock_guard<std::mutex> lock(s_mutex);
-        ++s_input;
-        s_runs = true;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        ++input_;
+        runs_ = true;
     }
     ~TimeLimit() {
-        const std::lock_guard<std::mutex> lock(s_mutex);
-        s_runs = false;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        runs_ = false;
     }
 
 private:
     static void Watch() {
         for (unsigned last = 0;;) {
             std::this_thread::sleep_for(std::chrono::seconds(1));
-            const std::lock_guard<std::mutex> lock(s_mutex);
-            if (s_runs && s_input == last) {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            if (runs_ && input_ == last) {
                 lightbox::Host::Get().interpreter().Interrupt();
             }
-            last = s_input;
+            last = input_;
         }
     }
 
-    inline static std::mutex s_mutex;
-    inline static unsigned s_input = 0;
-    inline static bool s_runs = false;
+    inline static std::mutex mutex_;
+    inline static unsigned input_ = 0;
+    inline static bool runs_ = false;
 };
 
 std::string Written(BaseNodeLayerData& data) {

@@ -60,17 +60,17 @@ TEST(CompositeTest, AgreesWithThePainterOnAnyPixels) {
         painter.setOpacity(1);
         painter.drawImage(0, 0, top);
         painter.end();
-        const Picture faded = DrawingOf(bottom, Composite::OpacityByte(opacity));
+        const Picture faded = DrawingOf(bottom, composite::OpacityByte(opacity));
         QImage composed = Noise(3); // what was there before must not shine through
-        Composite::Compose(composed, TileMask::All(), {faded, canvas});
+        composite::Compose(composed, TileMask::All(), {faded, canvas});
         EXPECT_LE(PlainComposer::Difference(composed, expected), 2) << opacity;
 
         TileSums sums;
-        Composite::Compose(sums, TileMask::All(), {faded});
+        composite::Compose(sums, TileMask::All(), {faded});
         Picture merged;
         merged.merged = &sums;
         QImage again = PlainComposer::Blank();
-        Composite::Compose(again, TileMask::All(), {merged, DrawingOf(top)});
+        composite::Compose(again, TileMask::All(), {merged, DrawingOf(top)});
         EXPECT_EQ(again, composed) << "by way of a merged picture, " << opacity;
     }
 }
@@ -78,7 +78,7 @@ TEST(CompositeTest, AgreesWithThePainterOnAnyPixels) {
 TEST(CompositeTest, GivesBackASingleDrawing) {
     const QImage drawing = Noise(4);
     QImage composed = PlainComposer::Blank();
-    Composite::Compose(composed, TileMask::All(), {DrawingOf(drawing)});
+    composite::Compose(composed, TileMask::All(), {DrawingOf(drawing)});
     EXPECT_EQ(
         CountPixels(drawing, composed, [](quint32 a, quint32 b) { return b != (a >> 24 == 0 ? 0 : a); }), 0);
 }
@@ -87,9 +87,9 @@ TEST(CompositeTest, PaintsOnlyTheTilesItIsAskedFor) {
     const QImage before = Noise(5);
     const QImage drawing = Noise(6);
     QImage whole = PlainComposer::Blank();
-    Composite::Compose(whole, TileMask::All(), {DrawingOf(drawing)});
+    composite::Compose(whole, TileMask::All(), {DrawingOf(drawing)});
     QImage part = before.copy();
-    Composite::Compose(part, TileMask::Touching(QRect(100, 200, 30, 1)), {DrawingOf(drawing)});
+    composite::Compose(part, TileMask::Touching(QRect(100, 200, 30, 1)), {DrawingOf(drawing)});
     const QRect tiles(96, 192, 48, 16);
     EXPECT_EQ(part.copy(tiles), whole.copy(tiles));
     for (const QRect& outside : {QRect(0, 0, 1024, 192), QRect(0, 208, 1024, 816), QRect(0, 192, 96, 16),
@@ -102,7 +102,7 @@ TEST(CompositeTest, SourceOverLeavesPixelsUnderTransparencyAlone) {
     const QImage source = Noise(7);
     const QImage before = Noise(8);
     QImage target = before.copy();
-    Composite::SourceOver(target, source, TileMask::All());
+    composite::SourceOver(target, source, TileMask::All());
     QImage expected = before.copy();
     QPainter(&expected).drawImage(0, 0, source);
     EXPECT_LE(PlainComposer::Difference(target, expected), 1);

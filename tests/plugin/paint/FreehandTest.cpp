@@ -137,13 +137,13 @@ TEST(Freehand, SinglePixelsLeaveColumnZeroAlone) {
 }
 
 TEST(Freehand, WildPositionsCostNoMoreThanALongLine) {
-    constexpr int FAR = 1 << 30;
+    constexpr int far = 1 << 30;
     for (const ToolType tool : FREEHAND) {
         for (const int size : {1, 30, 100}) {
             // Through the image on the same line as an ordinary stroke: the same pixels, whatever the ends.
             QImage wild = EmptyLayer(QColor(1, 2, 3, 255 * (tool == ToolType::Eraser)));
             QImage near = wild;
-            DrawUtil::DrawFreehand(wild, {Sample(-FAR, 500, size), Sample(FAR, 500, size)}, 0, tool);
+            DrawUtil::DrawFreehand(wild, {Sample(-far, 500, size), Sample(far, 500, size)}, 0, tool);
             DrawUtil::DrawFreehand(near, {Sample(-200, 500, size), Sample(1223, 500, size)}, 0, tool);
             for (const int x : {1, 300, 1023}) {
                 EXPECT_EQ(AlphaAt(wild, x, 499), AlphaAt(near, x, 499))
@@ -152,10 +152,10 @@ TEST(Freehand, WildPositionsCostNoMoreThanALongLine) {
             // Past it: nothing.
             QImage missed = near;
             EXPECT_TRUE(
-                DrawUtil::DrawFreehand(missed, {Sample(-FAR, -FAR, size), Sample(FAR, -FAR, size)}, 0, tool)
+                DrawUtil::DrawFreehand(missed, {Sample(-far, -far, size), Sample(far, -far, size)}, 0, tool)
                     .isEmpty());
             EXPECT_TRUE(
-                DrawUtil::DrawFreehand(missed, {Sample(FAR, FAR, size), Sample(FAR, FAR, size)}, 0, tool)
+                DrawUtil::DrawFreehand(missed, {Sample(far, far, size), Sample(far, far, size)}, 0, tool)
                     .isEmpty());
             EXPECT_EQ(missed, near);
         }

@@ -115,15 +115,15 @@ TEST(Shapes, ArrowHeadsAreForty) {
 }
 
 TEST(Shapes, WildValuesNeitherHangNorCrash) {
-    constexpr int FAR = 1 << 30;
+    constexpr int far = 1 << 30;
     for (const ToolType tool : SHAPES) {
-        EXPECT_EQ(AlphaAt(Drawn(Shape(tool, {500, 500}, {500, FAR}, 2000000000)), 500, 1000), 255)
+        EXPECT_EQ(AlphaAt(Drawn(Shape(tool, {500, 500}, {500, far}, 2000000000)), 500, 1000), 255)
             << int(tool);
-        Drawn(Shape(tool, {-FAR, -FAR}, {FAR, FAR}, -7, std::numeric_limits<float>::quiet_NaN()));
-        Drawn(Shape(tool, {FAR, FAR}, {FAR, FAR}, 50));
+        Drawn(Shape(tool, {-far, -far}, {far, far}, -7, std::numeric_limits<float>::quiet_NaN()));
+        Drawn(Shape(tool, {far, far}, {far, far}, 50));
     }
-    EXPECT_EQ(AlphaAt(Drawn(Shape(ToolType::Line, {-FAR, 500}, {FAR, 500}, 6)), 500, 500), 255);
-    EXPECT_EQ(AlphaAt(Drawn(Shape(ToolType::Rectangle, {-FAR, 500}, {FAR, FAR}, 6)), 500, 500), 255);
+    EXPECT_EQ(AlphaAt(Drawn(Shape(ToolType::Line, {-far, 500}, {far, 500}, 6)), 500, 500), 255);
+    EXPECT_EQ(AlphaAt(Drawn(Shape(ToolType::Rectangle, {-far, 500}, {far, far}, 6)), 500, 500), 255);
     QImage none;
     DrawUtil::DrawStroke(none, Shape(ToolType::Line, {1, 1}, {9, 9}), false);
     EXPECT_TRUE(none.isNull());

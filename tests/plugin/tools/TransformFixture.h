@@ -43,7 +43,7 @@ protected:
     /// A picture with four differently coloured quarters from (300, 400) to (399, 459), and noise of every
     /// alpha beside them.
     static QImage Picture() {
-        QImage image = Composite::TransparentImage();
+        QImage image = composite::TransparentImage();
         for (int y = 400; y < 460; ++y) {
             for (int x = 300; x < 400; ++x) {
                 const bool right = x >= 350;

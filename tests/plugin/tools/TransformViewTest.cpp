@@ -63,7 +63,7 @@ protected:
 
 TEST_F(TransformViewTest, AFrameWaitsForWhatElseComesWithADrag) {
     Begin();
-    Draw(Composite::TransparentImage());
+    Draw(composite::TransparentImage());
     Press({300, 400});
     Move({320, 420});
     Settle(40);
@@ -86,7 +86,7 @@ TEST_F(TransformViewTest, AFrameWaitsForWhatElseComesWithADrag) {
 
 TEST_F(TransformViewTest, TheSelectionIsOutlinedUntilItEnds) {
     Begin();
-    Draw(Composite::TransparentImage());
+    Draw(composite::TransparentImage());
     for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
         SCOPED_TRACE(int(renderer));
         Use(renderer);
@@ -124,7 +124,7 @@ TEST_F(TransformViewTest, TheSelectionIsOutlinedUntilItEnds) {
 // While it is dragged, the tool draws the outline as well, a pixel to the left of the node's.
 TEST_F(TransformViewTest, TheNodesOutlineLiesAPixelToTheRight) {
     Begin();
-    Draw(Composite::TransparentImage());
+    Draw(composite::TransparentImage());
     const QImage plain = Seen();
     const auto columns = [&](const QRect& around) {
         const QImage seen = Seen();
@@ -154,7 +154,7 @@ TEST_F(TransformViewTest, TheNodesOutlineLiesAPixelToTheRight) {
 TEST_F(TransformViewTest, TheOutlineIsSeenOnEveryColour) {
     Begin(Renderer::Legacy);
     for (const QColor& color : {QColor(Qt::black), QColor(Qt::white), QColor(128, 128, 128)}) {
-        QImage image = Composite::TransparentImage();
+        QImage image = composite::TransparentImage();
         image.fill(color);
         Draw(image);
         const QImage plain = Grab();
@@ -185,7 +185,7 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
             SCOPED_TRACE(::testing::Message() << camera.toStdString() << " " << zoom);
             const std::string shape = camera.toStdString() + "Shape";
             Run("lookThru modelPanel4 " + camera.toStdString());
-            Draw(Composite::TransparentImage(), camera);
+            Draw(composite::TransparentImage(), camera);
             Run("setAttr " + shape + ".panZoomEnabled " + (zoom > 0.0 ? "1" : "0"));
             Run("setAttr " + shape + ".zoom " + std::to_string(zoom > 0.0 ? zoom : 1.0) + "; setAttr " +
                 shape + ".horizontalPan -0.1; setAttr " + shape + ".verticalPan 0.05");
