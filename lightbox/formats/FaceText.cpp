@@ -45,7 +45,7 @@ public:
         std::vector<int> numbers;
         // No reserve(): a damaged count may be huge.
         for (int i = 0; i < count; ++i) {
-            numbers.push_back(Number());
+            numbers.push_back(Number()); // NOLINT(performance-inefficient-vector-operation)
         }
         return numbers;
     }

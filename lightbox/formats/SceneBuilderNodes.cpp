@@ -167,7 +167,7 @@ std::shared_ptr<const NodeType> SceneBuilder::TypeFor(const std::string& type, b
         throw SceneError("\"" + type + "\" cannot be a node type.");
     }
     const TypeRegistry& types = host_.scene().types();
-    const std::shared_ptr<const NodeType> known = types.FindNodeType(type);
+    std::shared_ptr<const NodeType> known = types.FindNodeType(type);
     if (known && !known->isAbstract) {
         return known;
     }
@@ -185,7 +185,7 @@ std::shared_ptr<const NodeType> SceneBuilder::TypeFor(const std::string& type, b
 std::shared_ptr<Node> SceneBuilder::ReplaceByTransform(const std::shared_ptr<Node>& unknown) {
     // The type of an unknown node at the top level is open until its first child shows that it is a
     // transform.
-    const std::shared_ptr<Node> transform = UnknownNodes(host_).Replace(unknown, "unknownTransform");
+    std::shared_ptr<Node> transform = UnknownNodes(host_).Replace(unknown, "unknownTransform");
     std::replace(newNodes_.begin(), newNodes_.end(), unknown, transform);
     isNew_.insert(transform.get());
     for (LocalName& local : names_[localPaths_[unknown.get()]]) {

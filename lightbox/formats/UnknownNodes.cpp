@@ -121,7 +121,7 @@ void UnknownNodes::MoveSettings(const std::shared_ptr<Node>& from, const std::sh
 std::shared_ptr<Node> UnknownNodes::Replace(const std::shared_ptr<Node>& node, const char* base) {
     Scene& scene = host_.scene();
     const auto baseType = scene.types().FindNodeType(base);
-    const std::shared_ptr<Node> unknown =
+    std::shared_ptr<Node> unknown =
         scene.Make(std::make_shared<NodeType>(node->Type().Name(), baseType, baseType->ApiType()));
     unknown->SetUuid(node->Uuid());
     unknown->reference = node->reference;

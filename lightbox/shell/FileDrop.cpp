@@ -57,10 +57,10 @@ std::string FileDrop::ActionFor(const QString& path) const {
         return {};
     }
     try {
-        constexpr std::size_t COMMAND = 3;
+        constexpr std::size_t command = 3;
         const mel::Value actions =
             host_.interpreter().Call("lightboxActions", {mel::Value("drop." + suffix.toStdString())});
-        return actions.Strings().size() > COMMAND ? actions.Strings()[COMMAND] : std::string();
+        return actions.Strings().size() > command ? actions.Strings()[command] : std::string();
     } catch (const mel::Error& error) {
         host_.output().Error(error.Described());
         return {};

@@ -13,17 +13,15 @@ TimeChange::TimeChange(Host& host)
 void TimeChange::MoveTo(double frame) {
     Timeline& time = host_.time();
     span_->to = frame;
-    if (isRecorded_) {
-        time.SetCurrentTime(frame);
-    } else if (frame != time.CurrentTime()) {
+    if (!isRecorded_ && frame != time.CurrentTime()) {
         isRecorded_ = true;
         edit::Do(
             host_, "currentTime", [&time, span = span_] { time.SetCurrentTime(span->to); },
             [&time, span = span_] { time.SetCurrentTime(span->from); });
-    } else {
-        // Evaluate the scene, since the time may have moved without it before.
-        time.SetCurrentTime(frame);
+        return;
     }
+    // Also when the frame is current: evaluates the scene, since the time may have moved without it before.
+    time.SetCurrentTime(frame);
 }
 
 } // namespace lightbox

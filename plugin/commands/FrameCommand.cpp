@@ -414,6 +414,7 @@ MStatus FrameCommand::PlanRetiming() {
         return MS::kFailure;
     }
     std::vector<int> times;
+    times.reserve(frames.size());
     for (const Frame* frame : frames) {
         times.push_back(frame->GetTimeValue());
     }

@@ -104,7 +104,7 @@ MStatus LayerCommand::Parse(const MArgList& args) {
 
 MStatus LayerCommand::doIt(const MArgList& args) {
     node_ = BaseNode::GetMaster();
-    const MStatus status = Parse(args);
+    MStatus status = Parse(args);
     if (!status) {
         return status;
     }
@@ -142,7 +142,7 @@ MStatus LayerCommand::Run(const Flag::Step& step) {
         return MS::kFailure;
     }
     const LayerManager::ChangeScope scope(*layers);
-    const MStatus status = step(*this);
+    MStatus status = step(*this);
     if (status && undoable_) {
         isDone_ = !isDone_;
         hasRun_ = true;

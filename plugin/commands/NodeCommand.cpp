@@ -92,7 +92,7 @@ MStatus NodeCommand::redoIt() {
     if (isDone_) {
         return MS::kSuccess;
     }
-    const MStatus status = Create();
+    MStatus status = Create();
     isDone_ = bool(status);
     return status;
 }

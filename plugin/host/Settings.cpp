@@ -36,7 +36,7 @@ ToolOptions& OptionsOf(ToolType tool) {
     return g_toolOptions.at(tool);
 }
 
-std::map<Panel, QByteArray> panelGeometries;
+std::map<Panel, QByteArray> g_panelGeometries;
 
 } // namespace
 
@@ -92,11 +92,11 @@ const int Settings::DEFAULT_STATIC_FRAME_TIME;
 const int Settings::FINAL_IMAGE_WIDTH;
 
 QString Settings::mainMenuName = Settings::DEFAULT_MAIN_MENU_NAME;
-QByteArray& Settings::toolboxGeometry = panelGeometries[Panel::Toolbox];
-QByteArray& Settings::toolOptionsGeometry = panelGeometries[Panel::ToolOptions];
-QByteArray& Settings::layerManagerGeometry = panelGeometries[Panel::LayerManager];
-QByteArray& Settings::colorPaletteGeometry = panelGeometries[Panel::ColorPalette];
-QByteArray& Settings::retimingGeometry = panelGeometries[Panel::Retiming];
+QByteArray& Settings::toolboxGeometry = g_panelGeometries[Panel::Toolbox];
+QByteArray& Settings::toolOptionsGeometry = g_panelGeometries[Panel::ToolOptions];
+QByteArray& Settings::layerManagerGeometry = g_panelGeometries[Panel::LayerManager];
+QByteArray& Settings::colorPaletteGeometry = g_panelGeometries[Panel::ColorPalette];
+QByteArray& Settings::retimingGeometry = g_panelGeometries[Panel::Retiming];
 
 ToolType Settings::activeTool = ToolType::Brush;
 QColor Settings::activeColor = Settings::DEFAULT_DRAW_COLOR;
@@ -207,7 +207,7 @@ std::vector<Setting> MainSettings() {
         Version(), Setting::Of(group, "mainMenuName", Settings::mainMenuName, Missing::Resets)};
     for (const PanelRow& panel : PANELS) {
         settings.push_back(Setting::Of(group, QLatin1String(panel.Name()) + QLatin1String("Geometry"),
-                                       panelGeometries[panel.panel], Missing::Resets));
+                                       g_panelGeometries[panel.panel], Missing::Resets));
     }
     return settings;
 }
@@ -312,7 +312,7 @@ QString Settings::GetUserConfigPath() {
 }
 
 QByteArray& Settings::GetPanelGeometry(Panel panel) {
-    return panelGeometries[panel];
+    return g_panelGeometries[panel];
 }
 
 void Settings::ReadUserConfig() {

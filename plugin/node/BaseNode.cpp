@@ -183,7 +183,7 @@ MBoundingBox BaseNode::boundingBox() const {
 }
 
 // By value, since function sets take a non-const handle.
-BaseNode* BaseNode::FromObject(MObject object) {
+BaseNode* BaseNode::FromObject(MObject object) { // NOLINT(performance-unnecessary-value-param)
     return dynamic_cast<BaseNode*>(MFnDependencyNode(object).userNode());
 }
 

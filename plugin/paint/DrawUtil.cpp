@@ -201,7 +201,7 @@ QImage DrawUtil::TransformLifted(const Stroke& stroke, const QImage& lifted, QPo
     if (extent.width() > MAX_TRANSFORMED_SIDE || extent.height() > MAX_TRANSFORMED_SIDE) {
         return QImage();
     }
-    const QImage transformed = lifted.transformed(matrix, Qt::SmoothTransformation);
+    QImage transformed = lifted.transformed(matrix, Qt::SmoothTransformation);
     leftTop = QPoint(CentredStart(selection.left(), selection.right(), transformed.width(), stroke.offsetX),
                      CentredStart(selection.top(), selection.bottom(), transformed.height(), stroke.offsetY));
     return transformed;

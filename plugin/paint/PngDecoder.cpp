@@ -140,7 +140,7 @@ bool UndoFilters(uchar* rows, int width, int height) {
         uchar* row = rows + std::size_t(y) * count;
         const int filter = filtered[0];
         std::memmove(row, filtered + 1, count);
-        if (!PngFilters::Undo(filter, row, above, count)) {
+        if (!png_filters::Undo(filter, row, above, count)) {
             return false;
         }
         above = row;
@@ -171,7 +171,7 @@ PngDecoder::Result PngDecoder::Decode(const QByteArray& packed, QImage& image) {
     if (picture.isNull()) {
         throw std::bad_alloc();
     }
-    rows.release(); // the image frees it
+    static_cast<void>(rows.release()); // the image frees it
     image = std::move(picture);
     return Result::Decoded;
 }

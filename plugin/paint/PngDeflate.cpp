@@ -207,8 +207,8 @@ struct Words {
     std::array<quint16, SIZE> words;
 
     explicit Words(const std::array<quint32, SIZE>& counts, int mostBits = MAX_WORD_BITS) {
-        PngHuffman::MakeLengths(counts.data(), int(SIZE), mostBits, lengths.data());
-        PngHuffman::MakeWords(lengths.data(), int(SIZE), words.data());
+        png_huffman::MakeLengths(counts.data(), int(SIZE), mostBits, lengths.data());
+        png_huffman::MakeWords(lengths.data(), int(SIZE), words.data());
     }
 };
 

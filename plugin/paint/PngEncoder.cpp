@@ -60,13 +60,13 @@ void AppendRows(QByteArray& out, const QImage& image, std::size_t pixelBytes) {
         if (pixelBytes == 3) {
             std::vector<uchar>& target = colors[y % 2];
             target.resize(count);
-            PngFilters::TakeColors(reinterpret_cast<const quint32*>(row), target.data(), image.width());
+            png_filters::TakeColors(reinterpret_cast<const quint32*>(row), target.data(), image.width());
             row = target.data();
         }
-        if (PngFilters::IsZero(row, count)) {
+        if (png_filters::IsZero(row, count)) {
             stream.AddEmptyRow();
         } else {
-            PngFilters::Apply(row, above, count, pixelBytes, stream.NextRow());
+            png_filters::Apply(row, above, count, pixelBytes, stream.NextRow());
             stream.AddRow();
         }
         above = row;

@@ -6,7 +6,7 @@
 #include <cstring>
 
 namespace vellix {
-namespace PngFilters {
+namespace png_filters {
 
 namespace {
 
@@ -29,6 +29,7 @@ VELLIX_VECTOR_CLONES
 quint32 Size(const uchar* __restrict bytes, std::size_t count) {
     quint32 sum = 0;
     for (std::size_t i = 0; i < count; ++i) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): has a sign here
         const int value = static_cast<signed char>(bytes[i]);
         sum += quint32(value < 0 ? -value : value);
     }
@@ -47,6 +48,7 @@ VELLIX_VECTOR_CLONES
 quint32 DifferenceSize(const uchar* __restrict bytes, const uchar* __restrict before, std::size_t count) {
     quint32 sum = 0;
     for (std::size_t i = 0; i < count; ++i) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): has a sign here
         const int value = static_cast<signed char>(bytes[i] - before[i]);
         sum += quint32(value < 0 ? -value : value);
     }
@@ -184,5 +186,5 @@ bool Undo(int filter, uchar* row, const uchar* above, std::size_t count) {
     }
 }
 
-} // namespace PngFilters
+} // namespace png_filters
 } // namespace vellix

@@ -8,7 +8,7 @@ namespace vellix {
 
 /// The filters of PNG (ISO/IEC 15948, clause 9) and the loops over rows of bytes. Where the platform allows,
 /// the loops are also compiled for AVX2 (see CompositeKernels).
-namespace PngFilters {
+namespace png_filters {
 
 enum Filter : quint8 { NONE, SUB, UP, AVERAGE, PAETH };
 
@@ -26,5 +26,5 @@ void Apply(const uchar* row, const uchar* above, std::size_t count, std::size_t 
 /// Turns a filtered row of pixels of four bytes back, in its place. Returns false for an unknown filter.
 bool Undo(int filter, uchar* row, const uchar* above, std::size_t count);
 
-} // namespace PngFilters
+} // namespace png_filters
 } // namespace vellix

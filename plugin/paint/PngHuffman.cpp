@@ -4,7 +4,7 @@
 #include <array>
 
 namespace vellix {
-namespace PngHuffman {
+namespace png_huffman {
 
 namespace {
 
@@ -98,5 +98,5 @@ void MakeWords(const quint8* lengths, int symbols, quint16* words) {
     }
 }
 
-} // namespace PngHuffman
+} // namespace png_huffman
 } // namespace vellix

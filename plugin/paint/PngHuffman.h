@@ -5,7 +5,7 @@
 namespace vellix {
 
 /// Prefix codes as deflate uses them (RFC 1951, 3.2.2).
-namespace PngHuffman {
+namespace png_huffman {
 
 constexpr int MAX_SYMBOLS = 286;
 
@@ -18,5 +18,5 @@ void MakeLengths(const quint32* counts, int symbols, int mostBits, quint8* lengt
 /// word is its lowest.
 void MakeWords(const quint8* lengths, int symbols, quint16* words);
 
-} // namespace PngHuffman
+} // namespace png_huffman
 } // namespace vellix

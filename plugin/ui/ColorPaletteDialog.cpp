@@ -55,8 +55,8 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     }
     // Tab goes through the upper row first.
     for (int i = 1; i < SWATCH_COUNT; ++i) {
-        const int half = SWATCH_COUNT / ROW_COUNT;
-        const auto at = [half](int place) { return place % half * ROW_COUNT + place / half; };
+        constexpr int half = SWATCH_COUNT / ROW_COUNT;
+        const auto at = [](int place) { return place % half * ROW_COUNT + place / half; };
         setTabOrder(swatches_[at(i - 1)], swatches_[at(i)]);
     }
     // Any chooser in the host may have changed the custom colours when it closes.

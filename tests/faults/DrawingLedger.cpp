@@ -105,7 +105,7 @@ std::string DrawingSnapshot::Difference(const DrawingSnapshot& other, bool ident
         if (i >= other.layers.size()) {
             return "layer " + Described(layers[i]) + " is too much";
         }
-        const std::string difference = LayerDifference(layers[i], other.layers[i], identities);
+        std::string difference = LayerDifference(layers[i], other.layers[i], identities);
         if (!difference.empty()) {
             return difference;
         }

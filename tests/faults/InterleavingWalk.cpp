@@ -207,7 +207,7 @@ std::string InterleavingWalk::Judge(const DrawingSnapshot& after) {
         }
     }
     if (ended) {
-        const std::string fault = JudgeEnd(*ended, after);
+        std::string fault = JudgeEnd(*ended, after);
         if (!fault.empty()) {
             return fault;
         }

@@ -60,7 +60,7 @@ const std::vector<InterleavingWalk::Action>& InterleavingWalk::Actions() {
 std::string InterleavingWalk::UseDrawTool(const Numbers& n) {
     const char* const tools[] = {"text",   "text", "text",  "pencil",  "pencil",
                                  "pencil", "line", "brush", "ellipse", "eraser"};
-    const std::string line = std::string("qmVellixUtil -") + tools[n[0] % 10] + "Tool; qmVellixUtil -draw";
+    std::string line = std::string("qmVellixUtil -") + tools[n[0] % 10] + "Tool; qmVellixUtil -draw";
     permission_.endsQuietly = TransformTool() != nullptr; // leaving the transform tool cancels it
     Line(line);
     return line;
@@ -68,7 +68,7 @@ std::string InterleavingWalk::UseDrawTool(const Numbers& n) {
 
 std::string InterleavingWalk::UseOtherTool(const Numbers& n) {
     permission_.endsQuietly = TransformTool() != nullptr;
-    const std::string line = n[0] % 4 == 0 ? "setToolTo selectSuperContext" : "qmVellixUtil -transform";
+    std::string line = n[0] % 4 == 0 ? "setToolTo selectSuperContext" : "qmVellixUtil -transform";
     Line(line);
     return line;
 }
@@ -240,7 +240,7 @@ std::string InterleavingWalk::TransformWhole(const Numbers& n) {
 }
 
 std::string InterleavingWalk::SetTime(const Numbers& n) {
-    const std::string line = "currentTime " + std::to_string(TimeOf(n[0]));
+    std::string line = "currentTime " + std::to_string(TimeOf(n[0]));
     Line(line);
     return line;
 }
@@ -519,7 +519,7 @@ std::string InterleavingWalk::Redo(const Numbers& n) {
 
 std::string InterleavingWalk::SaveAndReopen(const Numbers& n) {
     const bool isAscii = n[0] % 2 == 0;
-    const std::string said = isAscii ? "save as Maya ASCII and open" : "save as .lbx and open";
+    std::string said = isAscii ? "save as Maya ASCII and open" : "save as .lbx and open";
     if (!isButtonDown_ && !pending_) {
         fault_ = ToTheStartAndBack();
         if (!fault_.empty()) {

@@ -40,6 +40,7 @@ TEST_F(PluginManagerTest, WhatCannotBeLoadedIsSaid) {
                  PluginError);
     EXPECT_FALSE(host_.scene().types().FindDataType("notes"))
         << "what a failing plug-in registered is taken out";
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the type of an entry point
     const auto throws = [](MObject) -> MStatus { throw std::runtime_error("no licence"); };
     EXPECT_THROW(host_.plugins().LoadBuiltin("bad", throws, notes::Uninitialize), PluginError);
     EXPECT_EQ(Typed("pluginInfo -q -listPlugins"), "string[] ");

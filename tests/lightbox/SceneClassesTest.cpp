@@ -130,7 +130,7 @@ TEST_F(SceneClassesTest, NodesAreRenamedWhereTheyMay) {
     EXPECT_TRUE(status.error());
     EXPECT_TRUE(none.findPlug("tx", &status).isNull());
     EXPECT_TRUE(status.error());
-    MFnDagNode(NodeOf("time1"), &status);
+    const MFnDagNode refused(NodeOf("time1"), &status);
     EXPECT_TRUE(status.error());
 }
 

@@ -22,7 +22,7 @@ protected:
 
     /// Writes a scene file that is read with one fault.
     std::string WriteFaulty(const std::string& name) {
-        const std::string bytes =
+        std::string bytes =
             std::string(HEAD) + "createNode transform -n \"box\";\n\tsetAttr \".tx\" \"far\";\n" + END;
         Write(name, bytes);
         return bytes;

@@ -65,7 +65,7 @@ public:
     void toolOffCleanup() override { g_log.emplace_back("off"); }
     MStatus doEnterRegion(MEvent&) override { return Log("enter"); }
     MStatus doPress(MEvent& event) override {
-        const MStatus status = Log(Describe("press", event));
+        MStatus status = Log(Describe("press", event));
         if (!g_onPress.empty()) {
             MGlobal::executeCommand(g_onPress.c_str());
         }
@@ -191,6 +191,7 @@ TEST_F(ToolContextTest, TheCommandMakesEditsAndQueriesContexts) {
 
 TEST_F(ToolContextTest, RegistrationRefusesWhatIsTaken) {
     const auto load = [this](const char* name, PluginManager::EntryPoint entry) {
+        // NOLINTNEXTLINE(performance-unnecessary-value-param): the type of an entry point
         host_.plugins().LoadBuiltin(name, entry, [](MObject) { return MStatus(); });
     };
     EXPECT_THROW(load("same", LoadTool), PluginError);

@@ -53,7 +53,7 @@ std::ostream& operator<<(std::ostream& os, const MStatus& status);
 /// Returns the status from the calling function if it is a failure.
 #define CHECK_MSTATUS_AND_RETURN_IT(_status)                                                                 \
     do {                                                                                                     \
-        const MStatus maya_status = (_status);                                                               \
+        MStatus maya_status = (_status);                                                                     \
         if (maya_status.error()) {                                                                           \
             return maya_status;                                                                              \
         }                                                                                                    \

@@ -101,7 +101,7 @@ TEST_F(MainWindowTest, AFileThatWasReadWithErrorsIsReplacedOnlyOnAYes) {
     file.close();
     const auto content = [&] {
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QByteArray bytes = file.readAll();
+        QByteArray bytes = file.readAll();
         file.close();
         return bytes;
     };

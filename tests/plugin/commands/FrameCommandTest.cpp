@@ -229,7 +229,7 @@ TEST_F(FrameCommandTest, ThePasteKeepsTheDistances) {
 
 TEST_F(FrameCommandTest, APictureThatDoesNotDecodeKeepsItsBytesThroughEdits) {
     Key("1");
-    const QByteArray png = PngBytes::NotInflating();
+    const QByteArray png = png_bytes::NotInflating();
     Node().GetActiveLayer("persp")->GetFrame(0)->SetPackedImage(png);
     Node().GetFinalImage("persp"); // finds the damage
     Mel("currentTime 4; qmVellixFrame -duplicate persp");

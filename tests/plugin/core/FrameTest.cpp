@@ -110,7 +110,7 @@ TEST_F(FrameTest, BringsImagesOfOtherKindsIntoShape) {
 }
 
 TEST_F(FrameTest, KeepsBytesThatDoNotDecode) {
-    for (const QByteArray& bytes : {QByteArray("rubbish"), PngBytes::NotInflating()}) {
+    for (const QByteArray& bytes : {QByteArray("rubbish"), png_bytes::NotInflating()}) {
         Frame frame(At(1));
         frame.SetPackedImage(bytes);
         EXPECT_FALSE(frame.IsDamaged()) << "nobody has looked";

@@ -195,7 +195,7 @@ TEST_F(BaseNodeTest, APictureThatDoesNotDecodeIsReportedOnceAndNotDrawnOn) {
     BaseNode* node = BaseNode::GetMaster();
     node->InsertLayer(PERSP, -1, QStringLiteral("Ink"));
     Layer* ink = node->GetActiveLayer(PERSP);
-    const QByteArray png = PngBytes::NotInflating();
+    const QByteArray png = png_bytes::NotInflating();
     auto frame = std::make_unique<Frame>(MTime(5, MTime::uiUnit()));
     frame->SetPackedImage(png);
     ink->InsertFrame(frame.release());

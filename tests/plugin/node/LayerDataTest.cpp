@@ -388,7 +388,7 @@ TEST_F(LayerDataTest, PicturesThatAreNoneAreSkippedWithAMessage) {
 }
 
 TEST_F(LayerDataTest, PicturesAreCheckedWithoutDecodingAndKeptAsTheyAre) {
-    using namespace PngBytes;
+    using namespace png_bytes;
     const QByteArray sound = Png(1024, 1024, Qt::red);
     QByteArray flipped = sound;
     flipped[flipped.size() / 2] = char(flipped[flipped.size() / 2] ^ 1);
@@ -497,7 +497,7 @@ TEST_F(LayerDataTest, ADrawingWhoseFrameIsTakenMovesToTheNextFreeOne) {
     EXPECT_THAT(Messages(), ElementsAre(StartsWith("Layer Ink: 2 of its drawings")));
 
     // Thousands on one frame take no longer than thousands on their own.
-    const std::string small = Hex(PngBytes::OnePixel(8, 0, QByteArray("\0\0", 2)));
+    const std::string small = Hex(png_bytes::OnePixel(8, 0, QByteArray("\0\0", 2)));
     std::vector<std::string> many;
     for (int i = 0; i < 20000; ++i) {
         many.insert(many.end(), {"1", small});

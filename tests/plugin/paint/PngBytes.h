@@ -10,7 +10,7 @@
 namespace vellix {
 
 /// PNG files built chunk by chunk, whole or damaged with correct checksums.
-namespace PngBytes {
+namespace png_bytes {
 
 /// CRC-32 of annex D of ISO/IEC 15948, bit by bit.
 inline quint32 Crc(const QByteArray& bytes) {
@@ -68,5 +68,5 @@ inline QByteArray NotInflating() {
     return File({Header(1024, 1024, 8, 6), Chunk("IDAT", QByteArray(8000, 'x')), Chunk("IEND")});
 }
 
-} // namespace PngBytes
+} // namespace png_bytes
 } // namespace vellix

@@ -21,7 +21,7 @@
 #include <vector>
 
 using vellix::PngCodec;
-using namespace vellix::PngBytes;
+using namespace vellix::png_bytes;
 
 namespace {
 

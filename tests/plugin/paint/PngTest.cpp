@@ -121,7 +121,7 @@ TEST(PngPacking, BadBytesAreUndecodable) {
 }
 
 TEST(PngPacking, TheStructureIsCheckedChunkByChunk) {
-    using namespace vellix::PngBytes;
+    using namespace vellix::png_bytes;
     const QByteArray header = Header(1, 1, 8, 6);
     const QByteArray pixels = Pixels(QByteArray("\0\xff\0\0\xff", 5));
     const QByteArray end = Chunk("IEND");
@@ -168,7 +168,7 @@ TEST(PngPacking, TheStructureIsCheckedChunkByChunk) {
 }
 
 TEST(PngPacking, WhatDecodesHasASoundStructure) {
-    using namespace vellix::PngBytes;
+    using namespace vellix::png_bytes;
     const QByteArray file = Packed(Gradient(5, 3));
     int decoded = 0;
     for (int at = 24; at < 29; ++at) { // the fields behind the size
