@@ -93,7 +93,7 @@ void PlainTree(benchmark::State& state) {
         tree.clear();
         QTreeWidgetItem* camera = nullptr;
         for (const LayerManagerRow& row : rows) {
-            if (camera == nullptr || camera->text(0) != row.camera) {
+            if (!camera || camera->text(0) != row.camera) {
                 camera = new QTreeWidgetItem(&tree, {row.camera});
             }
             new QTreeWidgetItem(camera, {row.visible ? QStringLiteral("V") : QString(),

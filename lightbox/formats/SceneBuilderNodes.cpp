@@ -225,7 +225,7 @@ std::shared_ptr<Node> SceneBuilder::CreateNode(const std::string& type, const st
         }
     }
     Scene& scene = host_.scene();
-    const std::shared_ptr<Node> node = scene.Make(TypeFor(type, parent != nullptr));
+    std::shared_ptr<Node> node = scene.Make(TypeFor(type, parent != nullptr));
     node->isShared = shared;
     node->reference = source_.reference;
     newNodes_.push_back(node);

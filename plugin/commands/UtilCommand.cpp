@@ -362,7 +362,7 @@ MStatus UtilCommand::MoveToFloatingViewport() const {
     MayaUtil::GetCameras(cameras);
     if (!cameras.contains(camera)) {
         const BaseNode* const node = BaseNode::GetMaster();
-        const int active = node != nullptr ? cameras.indexOf(node->GetActiveCamera()) : -1;
+        const int active = node ? cameras.indexOf(node->GetActiveCamera()) : -1;
         bool chosen = false;
         // The trailing spaces make the dialog wide enough for its title.
         camera = QInputDialog::getItem(MQtUtil::mainWindow(), QStringLiteral("Move Layers to View"),

@@ -247,7 +247,7 @@ Frame* Layer::GetNextFrame(bool wrap) const {
 
 std::unique_ptr<Frame> Layer::GetFrameCopy(const MTime& time) const {
     const Frame* frame = GetFrame(FindKey(ToWholeFrames(time)));
-    return frame == nullptr ? nullptr : std::make_unique<Frame>(*frame);
+    return frame ? std::make_unique<Frame>(*frame) : nullptr;
 }
 
 void Layer::GetFrameTimes(QList<int>& times) const {

@@ -215,7 +215,7 @@ bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCam
 
 QString LayerManager::GetLayerName(const QString& camera, int index) const {
     const Layer* layer = GetLayer(camera, index);
-    return layer == nullptr ? QString() : layer->GetName();
+    return layer ? layer->GetName() : QString();
 }
 
 void LayerManager::SetLayerName(const QString& camera, int index, const QString& name) {
@@ -237,7 +237,7 @@ void LayerManager::SetLayerVisible(const QString& camera, int index, bool visibl
 
 float LayerManager::GetLayerOpacity(const QString& camera, int index) const {
     const Layer* layer = GetLayer(camera, index);
-    return layer == nullptr ? 0.0f : layer->GetOpacity();
+    return layer ? layer->GetOpacity() : 0.0f;
 }
 
 void LayerManager::SetLayerOpacity(const QString& camera, int index, float opacity) {
@@ -248,7 +248,7 @@ void LayerManager::SetLayerOpacity(const QString& camera, int index, float opaci
 
 LayerState LayerManager::GetLayerState(const QString& camera, int index) const {
     const Layer* layer = GetLayer(camera, index);
-    return layer == nullptr ? LayerState::Animated : layer->GetState();
+    return layer ? layer->GetState() : LayerState::Animated;
 }
 
 void LayerManager::SetLayerState(const QString& camera, int index, LayerState state) {

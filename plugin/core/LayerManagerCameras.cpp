@@ -170,7 +170,7 @@ std::vector<LayerId> LayerManager::GetLayerIds(const QString& camera) const {
 
 LayerId LayerManager::GetActiveLayerId(const QString& camera) const {
     const Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? LayerId::None : layer->GetId();
+    return layer ? layer->GetId() : LayerId::None;
 }
 
 /// The name with the first number that gives one of no camera and no stack.

@@ -20,43 +20,43 @@ int LayerManager::CountCoveredFrames() const {
 
 int LayerManager::AddFrame(const QString& camera) {
     Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? -1 : layer->AddFrame();
+    return layer ? layer->AddFrame() : -1;
 }
 
 int LayerManager::AddFrame(const QString& camera, const MTime& time) {
     Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? -1 : layer->AddFrame(time);
+    return layer ? layer->AddFrame(time) : -1;
 }
 
 int LayerManager::InsertFrame(const QString& camera, Frame* frame) {
     std::unique_ptr<Frame> owned(frame);
     Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? -1 : layer->InsertFrame(owned.release());
+    return layer ? layer->InsertFrame(owned.release()) : -1;
 }
 
 std::unique_ptr<Frame> LayerManager::RemoveFrame(const QString& camera) {
     Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? nullptr : layer->RemoveFrame();
+    return layer ? layer->RemoveFrame() : nullptr;
 }
 
 std::unique_ptr<Frame> LayerManager::RemoveFrame(const QString& camera, const MTime& time) {
     Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? nullptr : layer->RemoveFrame(time);
+    return layer ? layer->RemoveFrame(time) : nullptr;
 }
 
 Frame* LayerManager::GetPreviousFrame(const QString& camera, bool wrap) const {
     const Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? nullptr : layer->GetPreviousFrame(wrap);
+    return layer ? layer->GetPreviousFrame(wrap) : nullptr;
 }
 
 Frame* LayerManager::GetNextFrame(const QString& camera, bool wrap) const {
     const Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? nullptr : layer->GetNextFrame(wrap);
+    return layer ? layer->GetNextFrame(wrap) : nullptr;
 }
 
 std::unique_ptr<Frame> LayerManager::GetFrameCopy(const QString& camera, const MTime& time) const {
     const Layer* layer = GetActiveLayer(camera);
-    return layer == nullptr ? nullptr : layer->GetFrameCopy(time);
+    return layer ? layer->GetFrameCopy(time) : nullptr;
 }
 
 bool LayerManager::FrameExists(const QString& camera) const {

@@ -34,7 +34,7 @@ Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
     if (layer && (shape || layer->FrameExists())) {
         layer->UpdateCurrentFrameIndex();
         const Frame* const frame = layer->GetCurrentFrame();
-        const DrawingId drawing{layer->GetId(), frame == nullptr ? FrameId::None : frame->GetId()};
+        const DrawingId drawing{layer->GetId(), frame ? frame->GetId() : FrameId::None};
         stroke_->Begin(drawing);
         PressAdditions additions = std::exchange(pressAdditions_, PressAdditions());
         if (additions.GetDrawing() == drawing) {
@@ -50,7 +50,7 @@ DrawingId LayerManager::GetStrokeDrawing() const {
 
 Frame* LayerManager::FindFrame(const DrawingId& drawing) const {
     const Layer* const layer = FindLayer(drawing.layer).layer;
-    return layer == nullptr ? nullptr : layer->FindFrame(drawing.frame);
+    return layer ? layer->FindFrame(drawing.frame) : nullptr;
 }
 
 bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
@@ -82,7 +82,7 @@ bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
 
 bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
     const Layer* const layer = GetActiveLayer(camera);
-    const Frame* const frame = layer == nullptr ? nullptr : layer->GetCurrentFrame();
+    const Frame* const frame = layer ? layer->GetCurrentFrame() : nullptr;
     return frame != nullptr && ExchangePicture({layer->GetId(), frame->GetId()}, buffer);
 }
 
@@ -130,7 +130,7 @@ void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameA
     const Layer* const layer = layerAdded || frameAdded ? GetActiveLayer(camera) : nullptr;
     if (layer) {
         const Frame* const frame = layer->GetCurrentFrame();
-        const DrawingId drawing{layer->GetId(), frame == nullptr ? FrameId::None : frame->GetId()};
+        const DrawingId drawing{layer->GetId(), frame ? frame->GetId() : FrameId::None};
         pressAdditions_ = PressAdditions(*this, drawing, layerAdded, frameAdded);
     }
 }
@@ -196,7 +196,7 @@ bool LayerManager::StrokeIsShown(const LayerPlace& place) const {
         return false;
     }
     const Frame* const shown = place.layer->GetCurrentFrame();
-    return (shown == nullptr ? FrameId::None : shown->GetId()) == stroke_->GetDrawing().frame;
+    return (shown ? shown->GetId() : FrameId::None) == stroke_->GetDrawing().frame;
 }
 
 bool LayerManager::CacheUpdateRequired(const QString& camera) {

@@ -9,7 +9,7 @@ namespace vellix {
 
 Picture PictureCache::Find(const Frame* frame) {
     Picture picture;
-    picture.key = frame == nullptr ? 0 : frame->GetPictureKey();
+    picture.key = frame ? frame->GetPictureKey() : 0;
     if (picture.key != 0) {
         auto entry = entries_.find(picture.key);
         if (entry == entries_.end()) {

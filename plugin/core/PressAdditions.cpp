@@ -30,7 +30,7 @@ PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& draw
     if (layerAdded && layers.LayerCount(camera) == 1) {
         const QString previous = layers.GetPreviousActiveCamera();
         const Layer* const active = previous == camera ? nullptr : layers.GetActiveLayer(previous);
-        previousLayer_ = active == nullptr ? LayerId::None : active->GetId();
+        previousLayer_ = active ? active->GetId() : LayerId::None;
     }
 }
 

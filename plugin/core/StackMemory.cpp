@@ -26,7 +26,7 @@ void StackMemory::Remember(const PictureStack& stack) {
     for (const Picture& picture : stack) {
         const TileCoverage* coverage = picture.Coverage();
         ingredients_.push_back({picture.key, picture.opacity, picture.tinted, picture.tint.rgb(),
-                                coverage == nullptr ? TileMask() : coverage->occupied});
+                                coverage ? coverage->occupied : TileMask()});
     }
 }
 

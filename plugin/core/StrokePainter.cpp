@@ -143,9 +143,9 @@ void StrokePainter::PaintFreehand(Frame* frame) {
     if (erases && frame) {
         frame->GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
     }
-    const qint64 baseKey = !erases            ? static_cast<qint64>(stroke_->color.rgba())
-                           : frame != nullptr ? frame->GetPictureKey()
-                                              : 0;
+    const qint64 baseKey = !erases ? static_cast<qint64>(stroke_->color.rgba())
+                           : frame ? frame->GetPictureKey()
+                                   : 0;
     if (!begun_ || baseKey != baseKey_ || lastRasterised_ > lastPoint) {
         work_.Replace(FreehandBase(frame), changed_);
         begun_ = true;

@@ -350,7 +350,7 @@ void Settings::WriteUserConfig() {
 
 const ToolOptions& Settings::GetToolOptions(ToolType tool) {
     const ToolOptions* const options = FindOptions(tool);
-    return options != nullptr ? *options : OptionsOf(ToolType::Pencil);
+    return options ? *options : OptionsOf(ToolType::Pencil);
 }
 
 void Settings::SetToolOptions(ToolType tool, const ToolOptions& options) {

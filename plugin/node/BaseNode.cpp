@@ -280,7 +280,7 @@ std::shared_ptr<LayerManager> BaseNode::ReadLayerManager() const {
         return nullptr;
     }
     const auto* data = dynamic_cast<const BaseNodeLayerData*>(MFnPluginData(value).constData());
-    return data != nullptr ? data->GetLayerManager() : nullptr;
+    return data ? data->GetLayerManager() : nullptr;
 }
 
 bool BaseNode::IsMaster() const {

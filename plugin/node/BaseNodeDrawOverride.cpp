@@ -22,7 +22,7 @@ namespace {
 
 MHWRender::MTextureManager* FindTextureManager() {
     MHWRender::MRenderer* renderer = MHWRender::MRenderer::theRenderer();
-    return renderer != nullptr ? renderer->getTextureManager() : nullptr;
+    return renderer ? renderer->getTextureManager() : nullptr;
 }
 
 MHWRender::MTextureDescription DescribeTexture() {
@@ -50,7 +50,7 @@ BaseNodeDrawOverride::BaseNodeDrawOverride(const MObject& object)
 }
 
 BaseNodeDrawOverride::~BaseNodeDrawOverride() {
-    MHWRender::MTextureManager* textures = texture_ != nullptr ? FindTextureManager() : nullptr;
+    MHWRender::MTextureManager* textures = texture_ ? FindTextureManager() : nullptr;
     if (textures) {
         textures->releaseTexture(texture_);
     }

@@ -6,7 +6,7 @@ namespace vellix {
 
 BaseNodePointer::BaseNodePointer(BaseNode* node)
     : node_(node)
-    , object_(node != nullptr ? MObjectHandle(node->thisMObject()) : MObjectHandle()) {}
+    , object_(node ? MObjectHandle(node->thisMObject()) : MObjectHandle()) {}
 
 BaseNode* BaseNodePointer::Get() const {
     return node_ != nullptr && object_.isValid() ? node_ : nullptr;

@@ -84,7 +84,7 @@ public:
         quint64 painted = 0;
         for (std::size_t i = stack_.size(); i-- > 0;) {
             const TileCoverage* coverage = stack_[i].Coverage();
-            needed_[i] = coverage == nullptr ? 0 : coverage->occupied.Row(row) & open;
+            needed_[i] = coverage ? coverage->occupied.Row(row) & open : 0;
             painted |= needed_[i];
             if (coverage && stack_[i].opacity == 255) {
                 open &= ~coverage->opaque.Row(row);

@@ -29,9 +29,7 @@ struct Picture {
 
     /// The tiles where the picture has pixels; null if it has no form.
     const TileCoverage* Coverage() const {
-        return drawing != nullptr  ? &drawing->Coverage()
-               : merged != nullptr ? &merged->coverage
-                                   : canvasCoverage;
+        return drawing != nullptr ? &drawing->Coverage() : merged ? &merged->coverage : canvasCoverage;
     }
 };
 

@@ -49,7 +49,7 @@ const ToolRow* FindTool(const QString& word) {
 
 ToolKind KindOf(ToolType type) {
     const ToolRow* const tool = FindTool(type);
-    return tool != nullptr ? tool->kind : ToolKind::None;
+    return tool ? tool->kind : ToolKind::None;
 }
 
 } // namespace vellix

@@ -186,7 +186,7 @@ void TransformContext::PreprocessSelection() {
     transformation_.Reset(); // ends the drag that selected, whose button may still be down
     ReorderSelectionPoints();
     BaseNode* node = selection_.GetNode();
-    Stroke* stroke = node != nullptr ? node->GetActiveStroke(selection_.GetCamera(), true) : nullptr;
+    Stroke* stroke = node ? node->GetActiveStroke(selection_.GetCamera(), true) : nullptr;
     if (!stroke) {
         return;
     }
@@ -385,7 +385,7 @@ void TransformContext::FlipVertical() {
 
 void TransformContext::UpdateStroke() {
     BaseNode* node = selection_.GetNode();
-    Stroke* stroke = node != nullptr ? selection_.FindStroke(*node) : nullptr;
+    Stroke* stroke = node ? selection_.FindStroke(*node) : nullptr;
     if (!stroke) {
         return;
     }
@@ -465,7 +465,7 @@ void TransformContext::Paste(bool andTransform, const QPoint& position) {
 
 void TransformContext::RememberCopiedRectangle() {
     const BaseNode* node = selection_.GetNode();
-    const Layer* layer = node != nullptr ? node->GetActiveLayer(selection_.GetCamera()) : nullptr;
+    const Layer* layer = node ? node->GetActiveLayer(selection_.GetCamera()) : nullptr;
     if (layer && layer->GetCurrentFrame() && selection_.GetScale() > 0.0f) {
         clipboard_.Remember(selection_.GetCorners(), selection_.GetScale());
     }

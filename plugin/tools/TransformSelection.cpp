@@ -30,7 +30,7 @@ void TransformSelection::Begin(const BaseNode& node) {
 
 bool TransformSelection::TakeActiveLayer(const BaseNode& node) {
     const Layer* const active = node.GetActiveLayer(camera_);
-    layer_ = active == nullptr ? LayerId::None : active->GetId();
+    layer_ = active ? active->GetId() : LayerId::None;
     return active != nullptr;
 }
 
@@ -51,7 +51,7 @@ bool TransformSelection::IsInActiveView() const {
 
 bool TransformSelection::IsCurrent() const {
     const BaseNode* node = GetNode();
-    const Layer* active = node == nullptr ? nullptr : node->GetActiveLayer(camera_);
+    const Layer* active = node ? node->GetActiveLayer(camera_) : nullptr;
     return active != nullptr && active->GetId() == layer_ && IsInActiveView() &&
            MayaUtil::GetPlaybackTimeValue() == frame_;
 }

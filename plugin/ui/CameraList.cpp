@@ -199,7 +199,7 @@ void CameraList::RestoreFocus(const Place& place) {
     const QList<LayerItem*> items = ItemsFromTop();
     if (place.name.isEmpty()) {
         if (!items.contains(tabStop_) || active_) {
-            SetTabStop(active_ != nullptr ? active_.data() : items.value(0, nullptr));
+            SetTabStop(active_ ? active_.data() : items.value(0, nullptr));
         }
         return;
     }

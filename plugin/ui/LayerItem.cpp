@@ -105,7 +105,7 @@ void LayerItem::UpdateColors() {
     QPalette colors = palette();
     if (active_) {
         const QWidget* const window = MQtUtil::mainWindow();
-        const QPalette host = window != nullptr ? window->palette() : colors;
+        const QPalette host = window ? window->palette() : colors;
         const QBrush& text = host.brush(QPalette::Active, QPalette::HighlightedText);
         const QBrush& back = host.brush(QPalette::Active, QPalette::Highlight);
         colors.setBrush(QPalette::Button, back);

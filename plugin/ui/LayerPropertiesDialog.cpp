@@ -20,7 +20,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const QString& camera, int index, Q
     , visible_(new QCheckBox(QStringLiteral("Visible"), this)) {
     setObjectName(QStringLiteral("qmVxLayerProperties"));
     const BaseNode* const master = BaseNode::GetMaster();
-    if (const Layer* const layer = master != nullptr ? master->GetLayer(camera, index) : nullptr) {
+    if (const Layer* const layer = master ? master->GetLayer(camera, index) : nullptr) {
         layer_ = layer->GetId();
     }
     visible_->setToolTip(QStringLiteral("Show the layer"));
@@ -54,7 +54,7 @@ void LayerPropertiesDialog::SetCameras(const QStringList& cameras) {
 
 void LayerPropertiesDialog::FollowScene() {
     const BaseNode* const master = BaseNode::GetMaster();
-    const LayerPlace place = master != nullptr ? master->FindLayer(layer_) : LayerPlace();
+    const LayerPlace place = master ? master->FindLayer(layer_) : LayerPlace();
     if (!place.layer) {
         reject();
         return;
@@ -70,7 +70,7 @@ void LayerPropertiesDialog::FollowScene() {
 void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* parent) {
     const BaseNode* const master = BaseNode::GetMaster();
     if (!master || !master->LayerExists(camera, index)) {
-        Logger::Error(master == nullptr ? "Node not found" : "Layer does not exist.");
+        Logger::Error(master ? "Layer does not exist." : "Node not found");
         return;
     }
     auto dialog = std::make_unique<LayerPropertiesDialog>(camera, index, parent);
@@ -85,7 +85,7 @@ void LayerPropertiesDialog::Open(const QString& camera, int index, QWidget* pare
 
 void LayerPropertiesDialog::UpdateLayer() {
     const BaseNode* const master = BaseNode::GetMaster();
-    const LayerPlace place = master != nullptr ? master->FindLayer(layer_) : LayerPlace();
+    const LayerPlace place = master ? master->FindLayer(layer_) : LayerPlace();
     if (!place.layer) {
         Logger::Error("Layer does not exist.");
         return;

@@ -20,7 +20,7 @@ std::unique_ptr<NewLayerDialog> NewLayerDialog::Create(QWidget* parent) {
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
     const BaseNode* const master = BaseNode::GetMaster();
-    QString current = master != nullptr ? master->GetActiveCamera() : QString();
+    QString current = master ? master->GetActiveCamera() : QString();
     if (!cameras.contains(current)) {
         current = MayaUtil::GetActive3dViewCameraName();
     }

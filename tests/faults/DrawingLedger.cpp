@@ -115,7 +115,7 @@ std::string DrawingSnapshot::Difference(const DrawingSnapshot& other, bool ident
 
 DrawingSnapshot DrawingLedger::Take(const BaseNode* node) {
     DrawingSnapshot snapshot;
-    const auto document = node != nullptr ? node->GetLayerManager() : nullptr;
+    const auto document = node ? node->GetLayerManager() : nullptr;
     if (!document) {
         return snapshot;
     }

@@ -205,7 +205,7 @@ bool DialogManager::ShowAboutDialog() {
 bool DialogManager::ShowLayerPropertiesDialog(const QString& camera, int index, QWidget* parent) {
     const LayerPropertiesRunner run = GetRegistry().showLayerProperties;
     if (run) {
-        run(camera, index, parent != nullptr ? parent : MQtUtil::mainWindow());
+        run(camera, index, parent ? parent : MQtUtil::mainWindow());
     }
     return static_cast<bool>(run);
 }
@@ -256,7 +256,7 @@ void DialogManager::RefreshToolOptions() {
 
 QColor DialogManager::GetToolboxColor() {
     const ToolboxPanel* panel = FindToolbox();
-    return panel != nullptr ? panel->GetColor() : QColor();
+    return panel ? panel->GetColor() : QColor();
 }
 
 std::unique_ptr<TimelineOverlay> DialogManager::CreateTimelineOverlay(QWidget* timeSlider) {

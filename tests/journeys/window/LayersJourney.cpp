@@ -47,7 +47,7 @@ protected:
     static void ChooseFromMenu(RunningLightbox& program, const char* label, const char* inside = nullptr) {
         const QString item = program.Mel(QString("journeyMenu \"%1\"").arg(label));
         QStringList path = {program.Mel("string $menu = $gQmVxMainMenu"), item};
-        if (inside != nullptr) {
+        if (inside) {
             path << program.Mel(QString("journeySubMenu \"%1\" \"%2\"").arg(item, inside));
         }
         program.Choose(path);

@@ -238,7 +238,7 @@ TEST_F(ComposeTest, AStrokeIsShownWhereverItsDrawingIs) {
     const auto plain = [&](bool shown) {
         const int active = manager.GetActiveLayerIndex(camera);
         manager.SetActiveLayer(camera, manager.FindLayer(drawn->GetId()).index, false);
-        const QImage image = Plain(camera, shown ? &work : nullptr);
+        QImage image = Plain(camera, shown ? &work : nullptr);
         manager.SetActiveLayer(camera, active, false);
         return image;
     };

@@ -66,7 +66,7 @@ protected:
     QImage Plain(const QString& camera, const QImage* stroke = nullptr) {
         PlainComposer plain;
         Layer* active = manager.GetActiveLayer(camera);
-        if (active != nullptr && (Settings::ghostPrev || Settings::ghostNext)) {
+        if (active && (Settings::ghostPrev || Settings::ghostNext)) {
             plain.previousCount = Settings::ghostPrev ? Settings::ghostPrevCount : 0;
             plain.nextCount = Settings::ghostNext ? Settings::ghostNextCount : 0;
             for (int k = plain.previousCount; k >= 1; --k) {
@@ -82,7 +82,7 @@ protected:
         }
         for (Layer* layer : manager.GetLayers(camera)) {
             plain.layers.push_back(layer->GetImage(0));
-            if (stroke != nullptr && layer == active) {
+            if (stroke && layer == active) {
                 plain.layers.push_back(stroke);
             }
         }
@@ -93,7 +93,7 @@ protected:
     /// image.
     int Error(const QString& camera, const QImage* stroke = nullptr) {
         const QImage* image = manager.GetFlattenedImage(camera);
-        return image == nullptr ? 256 : PlainComposer::Difference(*image, Plain(camera, stroke));
+        return image ? PlainComposer::Difference(*image, Plain(camera, stroke)) : 256;
     }
 
     static StrokePoint Point(int x, int y, int size = 30, float opacity = 1.0f) {

@@ -12,7 +12,7 @@ protected:
             layer.AddFrame(At(time));
         }
     }
-    static int TimeOf(const Frame* frame) { return frame == nullptr ? -1 : frame->GetTimeValue(); }
+    static int TimeOf(const Frame* frame) { return frame ? frame->GetTimeValue() : -1; }
     QList<int> Times() const {
         QList<int> times;
         layer.GetFrameTimes(times);

@@ -50,7 +50,7 @@ struct PlainComposer {
                 --k;
             }
         }
-        if (color != nullptr) {
+        if (color) {
             Override(image, *color);
         }
     }

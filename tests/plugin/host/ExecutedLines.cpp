@@ -35,7 +35,7 @@ namespace {
 /// Whether that is all that is to be done with the line.
 bool Keep(const MString& command, bool displayEnabled, bool undoEnabled) {
     vellix::ExecutedLines* const lines = vellix::ExecutedLines::Current();
-    if (lines == nullptr) {
+    if (!lines) {
         return false;
     }
     lines->Keep(command.asUTF8(), displayEnabled, undoEnabled);

@@ -207,7 +207,7 @@ TEST_F(LayerDataTest, BadTokensStopTheReading) {
         const std::string where = std::to_string(test.token) + " = " + test.value;
         EXPECT_EQ(bool(read.status), test.success) << where;
         EXPECT_EQ(read.layers->LayerCount(PERSP), test.layers) << where;
-        if (test.message != nullptr) {
+        if (test.message) {
             EXPECT_THAT(Messages(), ElementsAre(test.message)) << where;
         } else {
             EXPECT_THAT(Messages(), IsEmpty()) << where;

@@ -177,7 +177,7 @@ private:
         const bool brush = tool == vellix::ToolType::Brush;
         if (size <= 1 && !brush) {
             unsigned char* alpha = x > 0 ? Alpha(x, y) : nullptr;
-            if (alpha != nullptr) {
+            if (alpha) {
                 const int value = int(double(a) * 255.0);
                 *alpha = tool == vellix::ToolType::Eraser ? 0 : std::max<int>(*alpha, value);
             }

@@ -76,7 +76,7 @@ protected:
     static Stroke* ActiveStroke() {
         return Node().HasActiveStroke() ? Node().GetActiveStroke("persp", false) : nullptr;
     }
-    static int PointCount() { return ActiveStroke() != nullptr ? ActiveStroke()->points.size() : 0; }
+    static int PointCount() { return ActiveStroke() ? ActiveStroke()->points.size() : 0; }
     /// Presses and waits for the first two samples; for one, if it is text.
     void PressAndWait(const QPoint& point) {
         MoveTo(point);

@@ -39,7 +39,7 @@ protected:
         }
         return count;
     }
-    QString Text() { return ActiveStroke() != nullptr ? ActiveStroke()->text : QString("<none>"); }
+    QString Text() { return ActiveStroke() ? ActiveStroke()->text : QString("<none>"); }
     void BeginText(const QPoint& point) {
         Run("qmVellixUtil -textTool; qmVellixUtil -textOptions 30 100 \"DejaVu Sans\"");
         PressAndWait(point);

@@ -27,7 +27,7 @@ protected:
             if (!action->isEnabled()) {
                 text = "[" + text + "]";
             }
-            items << (action->menu() != nullptr ? text + "(" + Described(*action->menu()) + ")" : text);
+            items << (action->menu() ? text + "(" + Described(*action->menu()) + ")" : text);
         }
         return items.join(", ");
     }
@@ -36,8 +36,8 @@ protected:
             if (action->text() == text) {
                 return action;
             }
-            QAction* const below = action->menu() != nullptr ? Find(*action->menu(), text) : nullptr;
-            if (below != nullptr) {
+            QAction* const below = action->menu() ? Find(*action->menu(), text) : nullptr;
+            if (below) {
                 return below;
             }
         }
@@ -50,7 +50,7 @@ protected:
         poll.setInterval(10);
         QObject::connect(&poll, &QTimer::timeout, [&] {
             auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            if (menu == nullptr || !menu->isVisible()) {
+            if (!menu || !menu->isVisible()) {
                 return;
             }
             poll.stop();
@@ -62,7 +62,7 @@ protected:
                 whileOpen_();
             }
             menu->close();
-            if (action != nullptr) {
+            if (action) {
                 action->trigger();
             }
         });

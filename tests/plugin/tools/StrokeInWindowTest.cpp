@@ -64,7 +64,7 @@ protected:
         input_.ReleaseKey(KEY_CONTROL);
         Settle(20);
     }
-    QString Text() { return ActiveStroke() != nullptr ? ActiveStroke()->text : QString("<none>"); }
+    QString Text() { return ActiveStroke() ? ActiveStroke()->text : QString("<none>"); }
     /// The pictures, by "layer/time".
     static QMap<QString, QImage> Pictures() {
         QMap<QString, QImage> pictures;

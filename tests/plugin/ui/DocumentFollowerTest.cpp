@@ -26,7 +26,7 @@ protected:
     /// The marked ones of the first ten frames.
     std::vector<int> Marks() {
         auto* overlay = Window().findChild<TimeControlOverlay*>();
-        if (overlay == nullptr || !overlay->isVisible()) {
+        if (!overlay || !overlay->isVisible()) {
             return {};
         }
         overlay->resize(overlay->parentWidget()->size()); // as painting does

@@ -78,7 +78,7 @@ protected:
     }
     static QMenu& PoppedUp() {
         auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (menu == nullptr) {
+        if (!menu) {
             throw std::runtime_error("no menu");
         }
         return *menu;

@@ -35,7 +35,7 @@ protected:
         QList<QWidget*> stops;
         for (QWidget* next = window.nextInFocusChain(); next != &window; next = next->nextInFocusChain()) {
             if ((next->focusPolicy() & Qt::TabFocus) != 0 && next->isVisible() && next->isEnabled() &&
-                next->focusProxy() == nullptr && window.isAncestorOf(next)) {
+                !next->focusProxy() && window.isAncestorOf(next)) {
                 stops.append(next);
             }
         }

@@ -105,8 +105,8 @@ TEST_F(PanelLookTest, IsDrawnInLightAndDark) {
             QWidget* window = Open(row.flag, row.title);
             ASSERT_NE(window, nullptr);
             auto* pages = window->findChild<QListWidget*>();
-            for (int page = 0; page < (pages != nullptr ? pages->count() : 1); ++page) {
-                if (pages != nullptr) {
+            for (int page = 0; page < (pages ? pages->count() : 1); ++page) {
+                if (pages) {
                     pages->setCurrentRow(page);
                 }
                 Settle();

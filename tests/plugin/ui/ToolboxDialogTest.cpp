@@ -61,7 +61,7 @@ protected:
                 chosen = item->text() == choice ? item : chosen;
             }
             menu->close();
-            if (chosen != nullptr) {
+            if (chosen) {
                 chosen->trigger();
             }
         });
