@@ -28,10 +28,13 @@ namespace {
 using lightbox::CommandLine;
 using lightbox::Host;
 using lightbox::LightboxHost;
+using lightbox::Output;
+using lightbox::SceneFiles;
+using lightbox::mel::Interpreter;
 
 constexpr int FAILURE = 1;
 
-lightbox::mel::Interpreter* g_interpreter = nullptr;
+Interpreter* g_interpreter = nullptr;
 
 /// Ctrl+C ends the running script with an error, so that plug-ins can still write their settings.
 extern "C" void OnInterrupt(int) {
@@ -40,8 +43,8 @@ extern "C" void OnInterrupt(int) {
     }
 }
 
-void WatchSignals(Host& host) {
-    g_interpreter = &host.interpreter();
+void WatchSignals(Interpreter& interpreter) {
+    g_interpreter = &interpreter;
     std::signal(SIGINT, OnInterrupt);
     std::signal(SIGTERM, OnInterrupt);
 #ifdef SIGPIPE
@@ -87,26 +90,25 @@ std::string PrefsFolder(const CommandLine& line) {
 }
 
 /// Starts the log in the preferences folder; warns when the folder cannot be written.
-void KeepLog(Host& host, const CommandLine& line) {
+void KeepLog(Output& output, const CommandLine& line) {
     const std::string folder = PrefsFolder(line);
     const auto logFile = std::make_shared<lightbox::LogFile>(QString::fromStdString(folder));
     if (!logFile->IsOpen()) {
-        host.output().Warning(
-            "The folder \"" + folder +
-            "\" cannot be written to: neither preferences nor the log are kept. Name another "
-            "one with -prefs.");
+        output.Warning("The folder \"" + folder +
+                       "\" cannot be written to: neither preferences nor the log are kept. Name another "
+                       "one with -prefs.");
     }
     logFile->Write(QString("Lightbox %1 started in \"%2\": %3")
                        .arg(LIGHTBOX_VERSION, QDir::currentPath(), line.asGiven));
-    host.output().SetLog(
+    output.SetLog(
         [logFile](lightbox::Output::Kind kind, const std::string& text) { logFile->Write(kind, text); });
 }
 
-void OpenScene(Host& host, const std::string& path) {
+void OpenScene(SceneFiles& files, Output& output, const std::string& path) {
     try {
-        host.files().Open(path, true);
+        files.Open(path, true);
     } catch (const lightbox::FileError& error) {
-        host.output().Error(error.what());
+        output.Error(error.what());
     }
 }
 
@@ -130,17 +132,17 @@ void RunStep(Host& host, const CommandLine::Step& step) {
 /// Runs in batch mode; the first error ends the run. Returns the exit status.
 int RunBatch(const CommandLine& line) {
     LightboxHost host({true, PrefsFolder(line)});
-    KeepLog(host, line);
-    lightbox::RegisterWindowCommands(host, nullptr, nullptr);
-    WatchSignals(host);
+    KeepLog(host.output(), line);
+    lightbox::RegisterWindowCommands(host.interpreter().Commands(), nullptr, nullptr);
+    WatchSignals(host.interpreter());
     host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
     if (line.autoloadPlugins) {
         host.plugins().Autoload();
     }
-    lightbox::CrashRecovery::Report(host);
+    lightbox::CrashRecovery::Report(host.files(), host.output());
     const auto mustStop = [&host] { return host.QuitStatus() || host.output().ErrorCount() > 0; };
     if (!line.sceneFile.empty()) {
-        OpenScene(host, line.sceneFile);
+        OpenScene(host.files(), host.output(), line.sceneFile);
     }
     for (const CommandLine::Step& step : line.steps) {
         if (mustStop()) {
@@ -156,8 +158,8 @@ int RunBatch(const CommandLine& line) {
 /// Runs with a window, which stays open after errors. Returns the exit status.
 int RunWindow(const CommandLine& line) {
     LightboxHost host({false, PrefsFolder(line)});
-    KeepLog(host, line);
-    WatchSignals(host);
+    KeepLog(host.output(), line);
+    WatchSignals(host.interpreter());
     host.plugins().SetLoadsOnDemand(line.autoloadPlugins);
     lightbox::WindowSession session(host);
     return session.Run([&] {
@@ -165,7 +167,7 @@ int RunWindow(const CommandLine& line) {
             host.plugins().Autoload();
         }
         if (!line.sceneFile.empty()) {
-            OpenScene(host, line.sceneFile);
+            OpenScene(host.files(), host.output(), line.sceneFile);
         }
         for (const CommandLine::Step& step : line.steps) {
             if (host.QuitStatus()) {

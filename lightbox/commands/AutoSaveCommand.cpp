@@ -23,7 +23,7 @@ Value Query(const CommandCall& call, const Settings& settings) {
         return settings.folder;
     }
     if (call.Has("-destinationFolder")) {
-        return settings.DestinationFolder(call.GetHost());
+        return settings.DestinationFolder(call.GetHost().options().prefsFolder);
     }
     if (call.Has("-limitBackups")) {
         return settings.limitsBackups;

@@ -36,7 +36,7 @@ Value Parent(CommandCall& call) {
         }
     }
     for (const std::shared_ptr<Node>& node : nodes) {
-        edit::CheckReparent(call.GetHost(), *AsDag(call, node), parent.get());
+        edit::CheckReparent(call.GetHost().scene(), *AsDag(call, node), parent.get());
     }
     for (const std::shared_ptr<Node>& node : nodes) {
         edit::Reparent(call.GetHost(), *AsDag(call, node), parent.get(), !call.Has("-relative"));
@@ -65,7 +65,7 @@ Value Group(CommandCall& call) {
         const std::shared_ptr<DagNode> dag = AsDag(call, node);
         // A shape cannot move to the world, but the group will be its parent, so the check is skipped.
         if (parent || !dag->Type().IsShape()) {
-            edit::CheckReparent(host, *dag, parent.get());
+            edit::CheckReparent(host.scene(), *dag, parent.get());
         }
     }
     const std::shared_ptr<Node> group = edit::CreateNode(

@@ -27,10 +27,10 @@ constexpr double DEFAULT_FIT_FACTOR = 0.9;
 /// The radius used for a box that is a point, in centimetres.
 constexpr double MIN_RADIUS = 0.5;
 
-Box3d BoxToFit(Host& host, bool all) {
+Box3d BoxToFit(Scene& scene, bool all) {
     Box3d box;
     if (!all) {
-        for (const std::shared_ptr<Node>& node : host.scene().selection().Get()) {
+        for (const std::shared_ptr<Node>& node : scene.selection().Get()) {
             const auto* dag = dynamic_cast<const DagNode*>(node.get());
             if (!dag) {
                 continue;
@@ -42,7 +42,7 @@ Box3d BoxToFit(Host& host, bool all) {
         }
     }
     if (box.isEmpty()) {
-        for (const VisibleShape& visible : FindVisibleShapes(host.scene())) {
+        for (const VisibleShape& visible : FindVisibleShapes(scene)) {
             if (!visible.shape->Type().IsA("camera")) {
                 box.extendBy(Transformed(BoundsOf(*visible.shape), visible.world));
             }
@@ -73,11 +73,11 @@ std::shared_ptr<DagNode> CameraOf(const CommandCall& call) {
 
 /// Returns width / height of a view that looks through the camera, of the active view if possible. Without
 /// such a view it is 16:9.
-double ViewAspect(Host& host, const DagNode& camera) {
+double ViewAspect(UserInterface* ui, const DagNode& camera) {
     std::vector<View*> views;
-    if (host.ui()) {
-        views = host.ui()->Views();
-        views.insert(views.begin(), host.ui()->ActiveView());
+    if (ui) {
+        views = ui->Views();
+        views.insert(views.begin(), ui->ActiveView());
     }
     for (const View* view : views) {
         if (view && view->Camera().get() == &camera && view->Height() > 0) {
@@ -101,7 +101,7 @@ void MoveTo(Host& host, const DagNode& camera, const V3d& eye) {
 
 void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
     const CameraFilm film(camera);
-    const double aspect = ViewAspect(host, camera);
+    const double aspect = ViewAspect(host.ui(), camera);
     const V3d center = box.center();
     V3d back;
     camera.WorldMatrix().multDirMatrix(V3d(0.0, 0.0, 1.0), back);
@@ -131,7 +131,7 @@ void Fit(Host& host, const DagNode& camera, const Box3d& box, double factor) {
 Value ViewFit(CommandCall& call) {
     const double factor = std::clamp(call.FloatOr("-fitFactor", DEFAULT_FIT_FACTOR), 0.01, 1.0);
     const std::shared_ptr<DagNode> camera = CameraOf(call);
-    const Box3d box = BoxToFit(call.GetHost(), call.Has("-allObjects"));
+    const Box3d box = BoxToFit(call.GetHost().scene(), call.Has("-allObjects"));
     if (!box.isEmpty()) {
         Fit(call.GetHost(), *camera, box, factor);
     }

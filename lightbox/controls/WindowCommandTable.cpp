@@ -5,8 +5,6 @@
 #include "controls/ControlRegistry.h"
 #include "mel/CommandRegistry.h"
 #include "mel/Error.h"
-#include "mel/Interpreter.h"
-#include "scene/Host.h"
 
 #include <algorithm>
 #include <set>
@@ -177,7 +175,7 @@ void WindowCommandTable::Add(ControlType controlType) {
 
 void WindowCommandTable::Add(const std::string& name, const MSyntax& syntax,
                              std::function<Value(CommandCall&, ControlRegistry&)> function) {
-    host_.interpreter().Commands().Register(
+    commands_.Register(
         name, syntax, [controls = controls_, function = std::move(function)](CommandCall& call) {
             if (!controls) {
                 call.Fail("The command \"" + call.Name() + "\" can not be used in batch mode.");

@@ -10,7 +10,6 @@ class MSyntax;
 namespace lightbox {
 
 class ControlRegistry;
-class Host;
 
 namespace mel {
 class CommandRegistry;
@@ -19,8 +18,8 @@ class CommandRegistry;
 /// Registers window commands with the interpreter.
 class WindowCommandTable {
 public:
-    WindowCommandTable(Host& host, ControlRegistry* controls)
-        : host_(host)
+    WindowCommandTable(mel::CommandRegistry& commands, ControlRegistry* controls)
+        : commands_(commands)
         , controls_(controls) {}
 
     /// Null in batch mode, where every window command ends with an error before it uses the registry.
@@ -32,7 +31,7 @@ public:
              std::function<mel::Value(mel::CommandCall&, ControlRegistry&)> function);
 
 private:
-    Host& host_;
+    mel::CommandRegistry& commands_;
     ControlRegistry* controls_;
 };
 

@@ -7,7 +7,6 @@
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
 #include "scene/DagNode.h"
-#include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
@@ -44,10 +43,11 @@ std::string QuotedIfNeeded(const std::string& name) {
 
 } // namespace
 
-AsciiWriter::AsciiWriter(Host& host, std::ostream& out)
-    : host_(host)
+AsciiWriter::AsciiWriter(const SceneFiles& files, const Timeline& time, std::ostream& out)
+    : files_(files)
+    , time_(time)
     , out_(out)
-    , preserved_(host.files().preserved()) {}
+    , preserved_(files.preserved()) {}
 
 void AsciiWriter::Write(const SceneContent& content, const std::string& name) {
     WriteHead(content, name);
@@ -75,9 +75,9 @@ void AsciiWriter::WriteHead(const SceneContent& content, const std::string& name
          << "//Codeset: UTF-8\n";
     WriteReferences(content);
     WriteRequirements(content);
-    out_ << "currentUnit -l centimeter -a degree -t " << UnitName(host_.time().Unit()) << ";\n";
+    out_ << "currentUnit -l centimeter -a degree -t " << UnitName(time_.Unit()) << ";\n";
     if (content.isWhole) {
-        for (const auto& pair : SceneContent::FileInfo(host_)) {
+        for (const auto& pair : SceneContent::FileInfo(files_)) {
             out_ << "fileInfo " << Quoted(pair.first) << ' ' << Quoted(pair.second) << ";\n";
         }
     }
@@ -170,7 +170,7 @@ void AsciiWriter::WritePreserved(const PreservedContent::NodeContent& kept) {
 
 void AsciiWriter::WriteSceneScript() {
     out_ << "createNode script -n \"sceneConfigurationScriptNode\";\n"
-         << INDENT << "setAttr \".b\" -type \"string\" " << Quoted(SceneContent::ConfigurationScript(host_))
+         << INDENT << "setAttr \".b\" -type \"string\" " << Quoted(SceneContent::ConfigurationScript(time_))
          << ";\n"
          << INDENT << "setAttr \".st\" 6;\n";
 }
@@ -192,7 +192,7 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
     for (const std::shared_ptr<Node>& node : content.defaults) {
         out_ << "select -ne " << NameOf(*node) << ";\n";
         if (node->Type().Name() == "time") {
-            out_ << INDENT << "setAttr \".o\" " << DecimalText(host_.time().CurrentTime()) << ";\n";
+            out_ << INDENT << "setAttr \".o\" " << DecimalText(time_.CurrentTime()) << ";\n";
         }
         WriteNodeBody(node);
     }

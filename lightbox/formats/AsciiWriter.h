@@ -8,12 +8,13 @@
 
 namespace lightbox {
 
-class Host;
+class SceneFiles;
+class Timeline;
 
 /// Writes a scene as Maya ASCII, in Maya's order of statements.
 class AsciiWriter {
 public:
-    AsciiWriter(Host& host, std::ostream& out);
+    AsciiWriter(const SceneFiles& files, const Timeline& time, std::ostream& out);
 
     /// Writes the whole file. `name` is the file's name without its folder; the header and the last line show
     /// it. Throws FileError when Maya ASCII cannot express something in the scene.
@@ -35,7 +36,8 @@ private:
     static std::string NameOf(const Node& node);
     static std::string PlugName(const Plug& plug);
 
-    Host& host_;
+    const SceneFiles& files_;
+    const Timeline& time_;
     std::ostream& out_;
     const PreservedContent& preserved_;
 };

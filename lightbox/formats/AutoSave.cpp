@@ -50,9 +50,9 @@ std::string AutoSave::Perform() {
         throw FileError("The scene cannot be saved while a file is being read or written.");
     }
     const AutoSaveSettings settings = Settings();
-    const AutoSaveFolder folder(settings.DestinationFolder(host_), files.SceneName());
+    const AutoSaveFolder folder(settings.DestinationFolder(host_.options().prefsFolder), files.SceneName());
     const Version version = files.ContentVersion();
-    const std::string file = folder.Reserve(SceneFiles::SuffixOf(files.Format()));
+    std::string file = folder.Reserve(SceneFiles::SuffixOf(files.Format()));
     SessionRecord::Content content = record_.GetContent();
     content.sceneName = files.SceneName();
     content.hasFaults = files.FaultsOf(files.SceneName()) != nullptr;

@@ -82,9 +82,9 @@ void AutoSaveSettings::Store(OptionVars& variables) const {
     variables.Set(PROMPT, prompts ? 1 : 0);
 }
 
-std::string AutoSaveSettings::DestinationFolder(const Host& host) const {
+std::string AutoSaveSettings::DestinationFolder(const std::string& prefsFolder) const {
     const QString standard = QStringLiteral("autosave");
-    const QString preferences = QString::fromStdString(host.options().prefsFolder);
+    const QString preferences = QString::fromStdString(prefsFolder);
     QString named = QString::fromStdString(folder);
     if (named.isEmpty() && !preferences.isEmpty()) {
         named = preferences + '/' + standard;

@@ -33,7 +33,7 @@ struct AutoSaveSettings {
     bool operator!=(const AutoSaveSettings& other) const { return !(*this == other); }
 
     /// The absolute path of the folder, with a slash at its end. The folder may not exist.
-    std::string DestinationFolder(const Host& host) const;
+    std::string DestinationFolder(const std::string& prefsFolder) const;
 };
 
 } // namespace lightbox

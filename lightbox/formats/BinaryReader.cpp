@@ -10,11 +10,8 @@
 #include "formats/PreservedContent.h"
 #include "formats/ReferenceList.h"
 #include "formats/SceneBuilder.h"
-#include "formats/SceneFiles.h"
-#include "mel/Interpreter.h"
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
-#include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
 #include "scene/ScopeExit.h"
@@ -161,8 +158,7 @@ void BinaryReader::ReadReference(ChunkReader& content) {
     // Older files end here.
     const std::string givenPath = content.AtEnd() ? std::string() : TakeText(content);
     const std::string options = content.AtEnd() ? std::string() : TakeText(content);
-    ReferenceList& references = host_.files().references();
-    references.NoteStatement(references.Add(path, nameSpace, name, isDeferred).name, givenPath, options);
+    references_.NoteStatement(references_.Add(path, nameSpace, name, isDeferred).name, givenPath, options);
 }
 
 void BinaryReader::ReadRequirement(ChunkReader& content) {
@@ -254,7 +250,7 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
         !AttributeFactory::IsName(shortName)) {
         throw FileError("The attribute '" + longName + "' has an invalid name or is nested too deeply.");
     }
-    std::shared_ptr<Attribute> attribute = AttributeFactory::Make(host_.scene(), type, longName, shortName);
+    std::shared_ptr<Attribute> attribute = AttributeFactory::Make(scene_, type, longName, shortName);
     if (!attribute) {
         attribute = std::make_shared<Attribute>(longName, shortName, AttributeKind::PluginData);
         attribute->dataTypeName = type;
@@ -341,7 +337,7 @@ void BinaryReader::ApplyBytes(const std::shared_ptr<Node>& node, const PlugSetti
     if (node && builder_.IsForeign(*node)) {
         return;
     }
-    const auto type = host_.scene().types().FindDataType(setting.type);
+    const auto type = scene_.types().FindDataType(setting.type);
     if (!type) {
         builder_.KeepForCurrent({setting.path, setting.type, std::string(bytes)}, "data type " + setting.type,
                                 "Unknown data type '" + setting.type +

@@ -9,8 +9,9 @@ namespace lightbox {
 class Attribute;
 class ChunkReader;
 struct Chunk;
-class Host;
 class Node;
+class ReferenceList;
+class Scene;
 class SceneBuilder;
 struct PlugSetting;
 
@@ -19,8 +20,9 @@ struct PlugSetting;
 /// fault. A plug-in's value is read even if it is damaged: the plug-in can tell what of it is whole.
 class BinaryReader {
 public:
-    BinaryReader(Host& host, SceneBuilder& builder)
-        : host_(host)
+    BinaryReader(Scene& scene, ReferenceList& references, SceneBuilder& builder)
+        : scene_(scene)
+        , references_(references)
         , builder_(builder) {}
 
     /// Puts single wrong bits right in `bytes`.
@@ -52,7 +54,8 @@ private:
     /// Keeps a dynamic attribute of the current node as the statements that add it.
     void KeepAttribute(const Attribute& attribute);
 
-    Host& host_;
+    Scene& scene_;
+    ReferenceList& references_;
     SceneBuilder& builder_;
 };
 

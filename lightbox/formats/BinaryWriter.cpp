@@ -8,7 +8,6 @@
 #include "formats/SceneFiles.h"
 #include "scene/DagNode.h"
 #include "scene/DataValue.h"
-#include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
@@ -66,10 +65,11 @@ std::uint32_t FlagsOf(const Attribute& attribute) {
 
 } // namespace
 
-BinaryWriter::BinaryWriter(Host& host, std::ostream& out)
-    : host_(host)
+BinaryWriter::BinaryWriter(const SceneFiles& files, const Timeline& time, std::ostream& out)
+    : files_(files)
+    , time_(time)
     , out_(out)
-    , preserved_(host.files().preserved()) {}
+    , preserved_(files.preserved()) {}
 
 void BinaryWriter::Write(const SceneContent& content, const std::string& name) {
     ChunkFile::WriteSignature(out_);
@@ -81,7 +81,7 @@ void BinaryWriter::Write(const SceneContent& content, const std::string& name) {
     }
     if (content.isWhole) {
         ChunkWriter script;
-        script.Text(SceneContent::ConfigurationScript(host_));
+        script.Text(SceneContent::ConfigurationScript(time_));
         ChunkFile::WriteChunk(out_, binary::CONFIGURATION, script.Bytes());
         WriteEdits(content);
         WriteDefaults(content);
@@ -103,10 +103,10 @@ void BinaryWriter::WriteHead(const SceneContent& content, const std::string& nam
     ChunkWriter units;
     units.Text("centimeter");
     units.Text("degree");
-    units.Text(UnitName(host_.time().Unit()));
+    units.Text(UnitName(time_.Unit()));
     ChunkFile::WriteChunk(out_, binary::UNITS, units.Bytes());
     if (content.isWhole) {
-        for (const auto& pair : SceneContent::FileInfo(host_)) {
+        for (const auto& pair : SceneContent::FileInfo(files_)) {
             ChunkWriter info;
             info.Text(pair.first);
             info.Text(pair.second);
@@ -254,7 +254,7 @@ void BinaryWriter::WriteDefaults(const SceneContent& content) {
             PlugSetting now;
             now.path = "o";
             now.hasValue = true;
-            now.numbers = {host_.time().CurrentTime()};
+            now.numbers = {time_.CurrentTime()};
             settings.push_back(std::move(now));
         }
         PutBody(chunk, node, std::move(settings));

@@ -8,13 +8,14 @@
 namespace lightbox {
 
 class ChunkWriter;
-class Host;
 class PreservedContent;
+class SceneFiles;
+class Timeline;
 
 /// Writes a scene as Lightbox's binary container. docs/lightbox-scene-files.md describes the format.
 class BinaryWriter {
 public:
-    BinaryWriter(Host& host, std::ostream& out);
+    BinaryWriter(const SceneFiles& files, const Timeline& time, std::ostream& out);
 
     /// Writes the whole file. `name` is the file's name without its folder. Throws FileError when a plug-in
     /// fails to write its value.
@@ -35,7 +36,8 @@ private:
     static void PutSetting(ChunkWriter& chunk, const PlugSetting& setting);
     static void PutAttribute(ChunkWriter& chunk, const Attribute& attribute);
 
-    Host& host_;
+    const SceneFiles& files_;
+    const Timeline& time_;
     std::ostream& out_;
     const PreservedContent& preserved_;
 };

@@ -3,6 +3,7 @@
 #include "formats/BinaryReader.h"
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
+#include "formats/SceneFiles.h"
 #include "formats/SceneStatements.h"
 #include "mel/Interpreter.h"
 #include "mel/Runtime.h"
@@ -87,7 +88,7 @@ void FileReader::ReadContent(std::string bytes) {
     if (IsAscii(bytes)) {
         ReadAscii(std::move(bytes));
     } else {
-        BinaryReader(host_, *this).Read(bytes);
+        BinaryReader(host_.scene(), host_.files().references(), *this).Read(bytes);
     }
 }
 

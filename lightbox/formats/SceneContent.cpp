@@ -42,12 +42,12 @@ void AddDataTypes(const std::vector<std::shared_ptr<Attribute>>& attributes, std
 
 /// Adds the history, keys and materials of the nodes, none of which are in the DAG. Leaves out other members
 /// of the materials.
-void AddNetwork(Host& host, std::set<const Node*>& wanted) {
+void AddNetwork(const Scene& scene, std::set<const Node*>& wanted) {
     std::vector<const Node*> waiting(wanted.begin(), wanted.end());
     while (!waiting.empty()) {
         const Node& node = *waiting.back();
         waiting.pop_back();
-        for (const Connection& connection : host.scene().connections().Of(node)) {
+        for (const Connection& connection : scene.connections().Of(node)) {
             const Node& source = *connection.source.node;
             const Node& destination = *connection.destination.node;
             const bool isSource = &destination == &node;
@@ -99,8 +99,8 @@ SceneContent SceneContent::Whole(Host& host) {
     }
     content.edits = host.files().references().Edits();
     content.broken = host.files().references().BrokenConnections();
-    content.CollectConnections(host);
-    content.CollectRequirements(host);
+    content.CollectConnections(host.scene(), host.files().references());
+    content.CollectRequirements(host.scene(), host.plugins());
     return content;
 }
 
@@ -119,19 +119,19 @@ SceneContent SceneContent::Part(Host& host, const std::vector<std::shared_ptr<No
             wanted.insert(above);
         }
     }
-    AddNetwork(host, wanted);
+    AddNetwork(host.scene(), wanted);
     SceneContent whole = Whole(host);
     SceneContent content;
     content.isWhole = false;
     content.defaults = std::move(whole.defaults);
     std::copy_if(whole.nodes.begin(), whole.nodes.end(), std::back_inserter(content.nodes),
                  [&](const auto& node) { return wanted.count(node.get()) > 0; });
-    content.CollectConnections(host);
-    content.CollectRequirements(host);
+    content.CollectConnections(host.scene(), host.files().references());
+    content.CollectRequirements(host.scene(), host.plugins());
     return content;
 }
 
-void SceneContent::CollectConnections(Host& host) {
+void SceneContent::CollectConnections(const Scene& scene, const ReferenceList& references) {
     std::set<const Node*> ends;
     for (const auto* list : {&nodes, &defaults}) {
         for (const std::shared_ptr<Node>& node : *list) {
@@ -141,19 +141,19 @@ void SceneContent::CollectConnections(Host& host) {
     const auto isEnd = [&](const Plug& plug) {
         return ends.count(plug.node.get()) > 0 || (isWhole && !plug.node->reference.empty());
     };
-    for (const Connection& connection : host.scene().connections().All()) {
+    for (const Connection& connection : scene.connections().All()) {
         const bool isBetweenDefaults =
             connection.source.node->isDefault && connection.destination.node->isDefault;
         if (isEnd(connection.source) && isEnd(connection.destination) && !isBetweenDefaults &&
-            !host.files().references().IsFromFile(connection)) {
+            !references.IsFromFile(connection)) {
             connections.push_back(connection);
         }
     }
 }
 
-void SceneContent::Require(Host& host, const std::string& plugin, const std::string& nodeType,
-                           const std::string& dataType) {
-    const Plugin* loaded = host.plugins().Find(plugin);
+void SceneContent::Require(const PluginLoader& plugins, const std::string& plugin,
+                           const std::string& nodeType, const std::string& dataType) {
+    const Plugin* loaded = plugins.Find(plugin);
     if (!loaded) {
         return;
     }
@@ -167,35 +167,34 @@ void SceneContent::Require(Host& host, const std::string& plugin, const std::str
     AddUnique(found->dataTypes, dataType);
 }
 
-void SceneContent::CollectRequirements(Host& host) {
+void SceneContent::CollectRequirements(const Scene& scene, const PluginLoader& plugins) {
     std::set<const NodeType*> types;
     std::set<std::string> dataTypes;
     for (const std::shared_ptr<Node>& node : nodes) {
         if (types.insert(&node->Type()).second) {
-            Require(host, node->Type().plugin, node->Type().Name(), "");
+            Require(plugins, node->Type().plugin, node->Type().Name(), "");
             AddDataTypes(node->Type().Attributes(), dataTypes);
         }
         AddDataTypes(node->DynamicAttributes(), dataTypes);
     }
     for (const std::string& name : dataTypes) {
-        if (const auto type = host.scene().types().FindDataType(name)) {
-            Require(host, type->plugin, "", name);
+        if (const auto type = scene.types().FindDataType(name)) {
+            Require(plugins, type->plugin, "", name);
         }
     }
 }
 
-std::string SceneContent::ConfigurationScript(Host& host) {
-    const Timeline& time = host.time();
+std::string SceneContent::ConfigurationScript(const Timeline& time) {
     return "playbackOptions -min " + DecimalText(time.MinTime()) + " -max " + DecimalText(time.MaxTime()) +
            " -ast " + DecimalText(time.AnimationStart()) + " -aet " + DecimalText(time.AnimationEnd()) + " ";
 }
 
-std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(Host& host) {
+std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(const SceneFiles& files) {
     std::vector<std::pair<std::string, std::string>> info{
         {"application", "lightbox"}, {"product", "Lightbox"}, {"version", "2018"}};
     static const std::set<std::string> writerKeys{"application", "product", "version", "cutIdentifier",
                                                   "osv",         "license", "UUID"};
-    for (const auto& pair : host.files().fileInfo()) {
+    for (const auto& pair : files.fileInfo()) {
         if (writerKeys.count(pair.first) == 0) {
             info.push_back(pair);
         }

@@ -12,6 +12,10 @@
 namespace lightbox {
 
 class Host;
+class PluginLoader;
+class Scene;
+class SceneFiles;
+class Timeline;
 
 /// The content of a scene file in the order of writing, for every format.
 class SceneContent {
@@ -31,9 +35,9 @@ public:
     static SceneContent Part(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
 
     /// Returns the playback and animation ranges as a MEL statement, for the scene's script node.
-    static std::string ConfigurationScript(Host& host);
+    static std::string ConfigurationScript(const Timeline& time);
     /// Returns the scene's `fileInfo` pairs. The pairs about this program come first.
-    static std::vector<std::pair<std::string, std::string>> FileInfo(Host& host);
+    static std::vector<std::pair<std::string, std::string>> FileInfo(const SceneFiles& files);
     /// Returns a connection's destination as a file writes it: the plug and further flags of connectAttr.
     /// When the index of an element does not matter, it is the array with " -na" for its next free element.
     static std::pair<Plug, std::string> Target(const Connection& connection);
@@ -52,10 +56,10 @@ public:
     std::vector<Connection> connections;
 
 private:
-    void Require(Host& host, const std::string& plugin, const std::string& nodeType,
+    void Require(const PluginLoader& plugins, const std::string& plugin, const std::string& nodeType,
                  const std::string& dataType);
-    void CollectRequirements(Host& host);
-    void CollectConnections(Host& host);
+    void CollectRequirements(const Scene& scene, const PluginLoader& plugins);
+    void CollectConnections(const Scene& scene, const ReferenceList& references);
 };
 
 } // namespace lightbox

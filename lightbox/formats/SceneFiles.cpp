@@ -399,9 +399,9 @@ void SceneFiles::Write(const std::string& path, SceneFormat format, SceneContent
     try {
         if (format == SceneFormat::MayaAscii) {
             content.NameReferencesFrom(target.absolutePath().toStdString());
-            AsciiWriter(host_, file.Stream()).Write(content, name);
+            AsciiWriter(*this, host_.time(), file.Stream()).Write(content, name);
         } else {
-            BinaryWriter(host_, file.Stream()).Write(content, name);
+            BinaryWriter(*this, host_.time(), file.Stream()).Write(content, name);
         }
     } catch (const FileError&) {
         file.CheckFault(); // a full disk is why a value could not be written

@@ -21,10 +21,10 @@ struct MDGModifier::State {
     /// Makes a node, which doIt() will put into the scene.
     MObject Create(const std::shared_ptr<const NodeType>& type, const std::shared_ptr<DagNode>& parent,
                    MStatus* returnStatus) {
-        Host& host = Host::Get();
+        Scene& scene = Host::Get().scene();
         try {
-            const std::shared_ptr<Node> node = host.scene().Make(type);
-            Add(edit::AddItem(host, node, std::string(), parent));
+            const std::shared_ptr<Node> node = scene.Make(type);
+            Add(edit::AddItem(scene, node, std::string(), parent));
             ApiBridge::Report(returnStatus, MS::kSuccess);
             return ApiBridge::Wrap(node);
         } catch (const SceneError& error) {
@@ -38,7 +38,7 @@ struct MDGModifier::State {
         if (!target) {
             return MS::kInvalidParameter;
         }
-        Add(edit::SetItem(Host::Get(), target, value));
+        Add(edit::SetItem(Host::Get().scene(), target, value));
         return MS::kSuccess;
     }
 };
@@ -90,7 +90,7 @@ MStatus MDGModifier::deleteNode(const MObject& node) {
     } catch (const SceneError& error) {
         return ApiBridge::Fail(MS::kFailure, error.what());
     }
-    state_->Add(edit::DeleteItem(Host::Get(), {target}));
+    state_->Add(edit::DeleteItem(Host::Get().scene(), {target}));
     return MS::kSuccess;
 }
 
@@ -102,7 +102,7 @@ MStatus MDGModifier::renameNode(const MObject& node, const MString& newName) {
     if (target->locked || target->isDefault || !target->reference.empty()) {
         return ApiBridge::Fail(MS::kFailure, "The node is read only");
     }
-    state_->Add(edit::RenameItem(Host::Get(), target, ApiBridge::Text(newName)));
+    state_->Add(edit::RenameItem(Host::Get().scene(), target, ApiBridge::Text(newName)));
     return MS::kSuccess;
 }
 
@@ -117,7 +117,7 @@ MStatus MDGModifier::connect(const MPlug& source, const MPlug& dest) {
     } catch (const SceneError& error) {
         return ApiBridge::Fail(MS::kFailure, error.what());
     }
-    state_->Add(edit::ConnectItem(Host::Get(), from, to, true));
+    state_->Add(edit::ConnectItem(Host::Get().scene(), from, to, true));
     return MS::kSuccess;
 }
 
@@ -127,7 +127,7 @@ MStatus MDGModifier::disconnect(const MPlug& source, const MPlug& dest) {
     if (!from || !to) {
         return MS::kInvalidParameter;
     }
-    state_->Add(edit::ConnectItem(Host::Get(), from, to, false));
+    state_->Add(edit::ConnectItem(Host::Get().scene(), from, to, false));
     return MS::kSuccess;
 }
 
@@ -212,6 +212,6 @@ MStatus MDagModifier::reparentNode(const MObject& node, const MObject& newParent
         !(above->Type().IsTransform() || above->IsWorld())) {
         return MS::kInvalidParameter;
     }
-    state_->Add(edit::MoveItem(Host::Get(), target, above, false));
+    state_->Add(edit::MoveItem(Host::Get().scene(), target, above, false));
     return MS::kSuccess;
 }

@@ -38,8 +38,9 @@ public:
 /// A plug-in's command on the undo queue.
 class PluginCommandItem : public UndoItem {
 public:
-    PluginCommandItem(Host& host, std::unique_ptr<MPxCommand> command)
-        : host_(host)
+    PluginCommandItem(Output& output, SceneFiles& files, std::unique_ptr<MPxCommand> command)
+        : output_(output)
+        , files_(files)
         , command_(std::move(command)) {}
 
     void Undo() override { Run(&MPxCommand::undoIt, "undone"); }
@@ -51,13 +52,14 @@ private:
         mel::Value result;
         RunScope scope(*command_, result);
         if (((*command_).*operation)().error()) {
-            host_.output().Warning(Name() + " could not be " + what + ".");
+            output_.Warning(Name() + " could not be " + what + ".");
             // The queue goes on to its next state, which then is not the one that was saved.
-            host_.files().SetModified(true);
+            files_.SetModified(true);
         }
     }
 
-    Host& host_;
+    Output& output_;
+    SceneFiles& files_;
     std::unique_ptr<MPxCommand> command_;
 };
 
@@ -85,7 +87,8 @@ mel::Value Run(Host& host, const std::shared_ptr<const PluginCommand>& command, 
         throw mel::Error(command->name + ": " + ReasonOf(status, host.output(), errorsBefore));
     }
     if (instance->isUndoable()) {
-        host.undo().Push(std::make_unique<PluginCommandItem>(host, std::move(instance)));
+        host.undo().Push(
+            std::make_unique<PluginCommandItem>(host.output(), host.files(), std::move(instance)));
     }
     return result;
 }

@@ -120,7 +120,7 @@ void CheckRanges(const Plug& plug, const AttributeValue& value) {
 } // namespace
 
 void Do(Host& host, const std::string& name, std::function<void()> redo, std::function<void()> undo) {
-    DoItem(host, MakeItem(host, name, std::move(redo), std::move(undo)));
+    DoItem(host.undo(), MakeItem(host.scene(), name, std::move(redo), std::move(undo)));
 }
 
 std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std::string& name,
@@ -137,9 +137,9 @@ std::shared_ptr<Node> CreateNode(Host& host, const std::string& type, const std:
         above = std::static_pointer_cast<DagNode>(parent->Shared());
     } else if (nodeType->IsShape()) {
         above = std::static_pointer_cast<DagNode>(scene.Make(scene.types().FindNodeType("transform")));
-        DoItem(host, AddItem(host, above, TransformNameFor(scene, *nodeType), nullptr));
+        DoItem(host.undo(), AddItem(host.scene(), above, TransformNameFor(scene, *nodeType), nullptr));
     }
-    DoItem(host, AddItem(host, node, name, above));
+    DoItem(host.undo(), AddItem(host.scene(), node, name, above));
     return node;
 }
 
@@ -158,7 +158,7 @@ void DeleteNodes(Host& host, const std::vector<std::shared_ptr<Node>>& nodes) {
             }
         }
     }
-    DoItem(host, DeleteItem(host, nodes));
+    DoItem(host.undo(), DeleteItem(host.scene(), nodes));
 }
 
 std::string Rename(Host& host, Node& node, const std::string& name, bool shapes) {
@@ -169,21 +169,21 @@ std::string Rename(Host& host, Node& node, const std::string& name, bool shapes)
         throw SceneError("Cannot rename a read only node.");
     }
     const std::string before = node.Name();
-    DoItem(host, RenameItem(host, node.Shared(), name));
+    DoItem(host.undo(), RenameItem(host.scene(), node.Shared(), name));
     const auto* dag = dynamic_cast<const DagNode*>(&node);
     if (shapes && dag && dag->Type().IsTransform()) {
         for (DagNode* shape : dag->Shapes()) {
             const std::string following = FollowingName(shape->Name(), before, node.Name());
             if (!following.empty() && !shape->locked && shape->reference.empty()) {
-                DoItem(host, RenameItem(host, shape->Shared(), following));
+                DoItem(host.undo(), RenameItem(host.scene(), shape->Shared(), following));
             }
         }
     }
     return node.Name();
 }
 
-void CheckReparent(Host& host, const DagNode& node, const DagNode* parent) {
-    const DagNode& above = parent ? *parent : host.scene().world();
+void CheckReparent(Scene& scene, const DagNode& node, const DagNode* parent) {
+    const DagNode& above = parent ? *parent : scene.world();
     if (node.locked) {
         throw SceneError("Cannot parent the locked node '" + Scene::ShownName(node) + "'.");
     }
@@ -197,11 +197,11 @@ void CheckReparent(Host& host, const DagNode& node, const DagNode* parent) {
 }
 
 void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld) {
-    CheckReparent(host, node, parent);
+    CheckReparent(host.scene(), node, parent);
     DagNode& above = parent ? *parent : host.scene().world();
     if (node.Parent() != &above) {
-        DoItem(host, MoveItem(host, std::static_pointer_cast<DagNode>(node.Shared()),
-                              std::static_pointer_cast<DagNode>(above.Shared()), keepWorld));
+        DoItem(host.undo(), MoveItem(host.scene(), std::static_pointer_cast<DagNode>(node.Shared()),
+                                     std::static_pointer_cast<DagNode>(above.Shared()), keepWorld));
     }
 }
 
@@ -226,7 +226,7 @@ void SetPlug(Host& host, const Plug& plug, const AttributeValue& value, OutOfRan
     if (outOfRange == OutOfRange::Refuse) {
         CheckRanges(plug, value);
     }
-    DoItem(host, SetItem(host, plug, value));
+    DoItem(host.undo(), SetItem(host.scene(), plug, value));
 }
 
 void StorePlugFlag(const Plug& plug, PlugFlag flag, bool state) {
@@ -303,14 +303,14 @@ void Connect(Host& host, const Plug& source, const Plug& destination, bool force
     CheckConnectable(source, destination);
     const Plug driver = host.scene().connections().SourceOf(destination);
     if (force && driver && driver != source) {
-        DoItem(host, ConnectItem(host, driver, destination, false));
+        DoItem(host.undo(), ConnectItem(host.scene(), driver, destination, false));
     }
-    DoItem(host, ConnectItem(host, source, destination, true));
+    DoItem(host.undo(), ConnectItem(host.scene(), source, destination, true));
 }
 
 void Disconnect(Host& host, const Plug& source, const Plug& destination) {
     KeepMesh(host, destination);
-    DoItem(host, ConnectItem(host, source, destination, false));
+    DoItem(host.undo(), ConnectItem(host.scene(), source, destination, false));
 }
 
 void Select(Host& host, const Selection::List& nodes) {

@@ -15,6 +15,7 @@ namespace lightbox {
 
 class Host;
 
+class Scene;
 /// The undoable edits of a scene. Each does its work and records it on the undo queue. An edit that is
 /// refused throws SceneError and changes nothing.
 namespace edit {
@@ -32,7 +33,7 @@ void DeleteNodes(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
 /// too.
 std::string Rename(Host& host, Node& node, const std::string& name, bool shapes = true);
 /// Throws if Reparent() would refuse. For commands that move either all of several nodes or none.
-void CheckReparent(Host& host, const DagNode& node, const DagNode* parent);
+void CheckReparent(Scene& scene, const DagNode& node, const DagNode* parent);
 /// Moves a node below another parent; null stands for the world. With `keepWorld` the node keeps its world
 /// matrix. A name that is taken below the new parent gets a number.
 void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld = true);

@@ -1,6 +1,5 @@
 #include "scene/EditItems.h"
 
-#include "scene/Host.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
 #include "scene/UndoQueue.h"
@@ -16,24 +15,24 @@ namespace {
 /// An edit made of two functions. Delays the selection's event until the edit is complete.
 class FunctionItem : public UndoItem {
 public:
-    FunctionItem(Host& host, std::string name, std::function<void()> redo, std::function<void()> undo)
-        : host_(host)
+    FunctionItem(Scene& scene, std::string name, std::function<void()> redo, std::function<void()> undo)
+        : scene_(scene)
         , name_(std::move(name))
         , redo_(std::move(redo))
         , undo_(std::move(undo)) {}
 
     void Undo() override {
-        Selection::Hold hold(host_.scene().selection());
+        Selection::Hold hold(scene_.selection());
         undo_();
     }
     void Redo() override {
-        Selection::Hold hold(host_.scene().selection());
+        Selection::Hold hold(scene_.selection());
         redo_();
     }
     std::string Name() const override { return name_; }
 
 private:
-    Host& host_;
+    Scene& scene_;
     std::string name_;
     std::function<void()> redo_;
     std::function<void()> undo_;
@@ -119,14 +118,13 @@ void SetWorldMatrix(DagNode& node, const Imath::M44d& world) {
 
 } // namespace
 
-std::unique_ptr<UndoItem> MakeItem(Host& host, const std::string& name, std::function<void()> redo,
+std::unique_ptr<UndoItem> MakeItem(Scene& scene, const std::string& name, std::function<void()> redo,
                                    std::function<void()> undo) {
-    return std::make_unique<FunctionItem>(host, name, std::move(redo), std::move(undo));
+    return std::make_unique<FunctionItem>(scene, name, std::move(redo), std::move(undo));
 }
 
-std::unique_ptr<UndoItem> AddItem(Host& host, const std::shared_ptr<Node>& node, const std::string& name,
+std::unique_ptr<UndoItem> AddItem(Scene& scene, const std::shared_ptr<Node>& node, const std::string& name,
                                   const std::shared_ptr<DagNode>& parent) {
-    Scene& scene = host.scene();
     auto places = std::make_shared<std::vector<NodePlace>>();
     auto namespaces = std::make_shared<std::set<std::string>>();
     const auto redo = [&scene, node, name, parent, places, namespaces] {
@@ -140,22 +138,21 @@ std::unique_ptr<UndoItem> AddItem(Host& host, const std::shared_ptr<Node>& node,
             RestoreAll(scene, *places);
         }
     };
-    return MakeItem(host, "createNode", redo, [&scene, node, places, namespaces] {
+    return MakeItem(scene, "createNode", redo, [&scene, node, places, namespaces] {
         *places = DetachAll(scene, {node});
         scene.SetNamespaces(*namespaces);
     });
 }
 
-std::unique_ptr<UndoItem> DeleteItem(Host& host, const std::vector<std::shared_ptr<Node>>& nodes) {
-    Scene& scene = host.scene();
+std::unique_ptr<UndoItem> DeleteItem(Scene& scene, const std::vector<std::shared_ptr<Node>>& nodes) {
     auto places = std::make_shared<std::vector<NodePlace>>();
     return MakeItem(
-        host, "delete", [&scene, nodes, places] { *places = DetachAll(scene, nodes); },
+        scene, "delete", [&scene, nodes, places] { *places = DetachAll(scene, nodes); },
         [&scene, places] { RestoreAll(scene, *places); });
 }
 
-std::unique_ptr<UndoItem> RenameItem(Host& host, const std::shared_ptr<Node>& node, const std::string& name) {
-    Scene& scene = host.scene();
+std::unique_ptr<UndoItem> RenameItem(Scene& scene, const std::shared_ptr<Node>& node,
+                                     const std::string& name) {
     auto before = std::make_shared<std::string>();
     auto namespaces = std::make_shared<std::set<std::string>>();
     const auto redo = [&scene, node, name, before, namespaces] {
@@ -164,13 +161,13 @@ std::unique_ptr<UndoItem> RenameItem(Host& host, const std::shared_ptr<Node>& no
         const auto* dag = dynamic_cast<const DagNode*>(node.get());
         scene.Rename(*node, scene.FreeName(name, *node, dag ? dag->Parent() : nullptr));
     };
-    return MakeItem(host, "rename", redo, [&scene, node, before, namespaces] {
+    return MakeItem(scene, "rename", redo, [&scene, node, before, namespaces] {
         scene.Rename(*node, *before);
         scene.SetNamespaces(*namespaces);
     });
 }
 
-std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& node,
+std::unique_ptr<UndoItem> MoveItem(Scene& scene, const std::shared_ptr<DagNode>& node,
                                    const std::shared_ptr<DagNode>& parent, bool keepWorld) {
     struct Before {
         std::shared_ptr<DagNode> parent;
@@ -178,7 +175,6 @@ std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& n
         std::string name;
         std::vector<std::pair<Plug, std::optional<AttributeValue>>> values;
     };
-    Scene& scene = host.scene();
     auto before = std::make_shared<Before>();
     const auto redo = [&scene, node, parent, keepWorld, before] {
         before->parent = std::static_pointer_cast<DagNode>(node->Parent()->Shared());
@@ -212,7 +208,7 @@ std::unique_ptr<UndoItem> MoveItem(Host& host, const std::shared_ptr<DagNode>& n
             scene.Rename(*node, before->name);
         }
     };
-    return MakeItem(host, "parent", redo, undo);
+    return MakeItem(scene, "parent", redo, undo);
 }
 
 namespace {
@@ -232,7 +228,7 @@ std::vector<Plug> HeldPlugs(const Plug& plug) {
 
 } // namespace
 
-std::unique_ptr<UndoItem> SetItem(Host& host, const Plug& plug, const AttributeValue& value) {
+std::unique_ptr<UndoItem> SetItem(Scene& scene, const Plug& plug, const AttributeValue& value) {
     auto before = std::make_shared<std::optional<AttributeValue>>();
     auto held = std::make_shared<std::vector<Plug>>();
     const auto redo = [plug, value, before, held] {
@@ -244,7 +240,7 @@ std::unique_ptr<UndoItem> SetItem(Host& host, const Plug& plug, const AttributeV
                                             : reason);
         }
     };
-    return MakeItem(host, "setAttr", redo, [plug, before, held] {
+    return MakeItem(scene, "setAttr", redo, [plug, before, held] {
         plug.Store(*before);
         for (const Plug& each : *held) {
             each.SetHeld(true);
@@ -252,8 +248,8 @@ std::unique_ptr<UndoItem> SetItem(Host& host, const Plug& plug, const AttributeV
     });
 }
 
-std::unique_ptr<UndoItem> ConnectItem(Host& host, const Plug& source, const Plug& destination, bool connect) {
-    Scene& scene = host.scene();
+std::unique_ptr<UndoItem> ConnectItem(Scene& scene, const Plug& source, const Plug& destination,
+                                      bool connect) {
     const auto make = [&scene, source, destination] {
         if (!scene.connections().Add(source, destination)) {
             throw SceneError("'" + destination.Name() + "' already has an incoming connection from '" +
@@ -268,16 +264,16 @@ std::unique_ptr<UndoItem> ConnectItem(Host& host, const Plug& source, const Plug
     };
     // Undo must not fail if an unrecorded edit has done the same meanwhile.
     if (connect) {
-        return MakeItem(host, "connectAttr", make,
+        return MakeItem(scene, "connectAttr", make,
                         [&scene, source, destination] { scene.connections().Remove(source, destination); });
     }
-    return MakeItem(host, "disconnectAttr", cut,
+    return MakeItem(scene, "disconnectAttr", cut,
                     [&scene, source, destination] { scene.connections().Add(source, destination); });
 }
 
-void DoItem(Host& host, std::unique_ptr<UndoItem> item) {
+void DoItem(UndoQueue& undo, std::unique_ptr<UndoItem> item) {
     item->Redo();
-    host.undo().Push(std::move(item));
+    undo.Push(std::move(item));
 }
 
 void CheckConnectable(const Plug& source, const Plug& destination) {

@@ -2,7 +2,6 @@
 
 #include "formats/AutoSave.h"
 #include "formats/SceneFiles.h"
-#include "scene/Host.h"
 #include "scene/Output.h"
 #include "shell/UnsavedChanges.h"
 
@@ -64,8 +63,8 @@ Answer AskAbout(const AutoSave::Unfinished& session, QWidget* parent) {
 
 } // namespace
 
-void CrashRecovery::Ask(Host& host, QWidget* parent) {
-    AutoSave& autoSave = host.files().autoSave();
+void CrashRecovery::Ask(SceneFiles& files, Output& output, QWidget* parent) {
+    AutoSave& autoSave = files.autoSave();
     while (true) {
         AutoSave::Unfinished session = autoSave.FindUnfinished();
         if (!session.record) {
@@ -76,24 +75,24 @@ void CrashRecovery::Ask(Host& host, QWidget* parent) {
             session.record->Remove();
             continue;
         }
-        if (answer == Answer::Open && UnsavedChanges::Settle(host, parent)) {
+        if (answer == Answer::Open && UnsavedChanges::Settle(files, output, parent)) {
             try {
                 autoSave.Recover(std::move(session));
             } catch (const std::exception& error) { // also when memory is short
-                host.output().Error(error.what());
+                output.Error(error.what());
             }
         }
         return;
     }
 }
 
-void CrashRecovery::Report(Host& host) {
-    const AutoSave::Unfinished session = host.files().autoSave().FindUnfinished();
+void CrashRecovery::Report(SceneFiles& files, Output& output) {
+    const AutoSave::Unfinished session = files.autoSave().FindUnfinished();
     if (session.record) {
         const std::string scene = SceneOf(session).toStdString();
-        host.output().Info("Lightbox did not end properly. The last automatic save of " +
-                           (scene.empty() ? "an untitled scene" : scene) + " is \"" + session.file +
-                           "\"; Lightbox with a window offers to open it.");
+        output.Info("Lightbox did not end properly. The last automatic save of " +
+                    (scene.empty() ? "an untitled scene" : scene) + " is \"" + session.file +
+                    "\"; Lightbox with a window offers to open it.");
     }
 }
 

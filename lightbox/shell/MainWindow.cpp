@@ -121,7 +121,7 @@ void MainWindow::ShowHelp(const QString& text) {
 void MainWindow::closeEvent(QCloseEvent* event) {
     // The host deletes the window after the event loop has ended.
     event->ignore();
-    if (host_.QuitStatus() || UnsavedChanges::Settle(host_, this)) {
+    if (host_.QuitStatus() || UnsavedChanges::Settle(host_.files(), host_.output(), this)) {
         host_.RequestQuit(host_.QuitStatus().value_or(0));
     }
 }

@@ -2,16 +2,16 @@
 
 #include "mel/Error.h"
 #include "mel/Interpreter.h"
-#include "scene/Host.h"
 
 #include <cstdio>
 
 namespace lightbox {
 
-MessageLog::MessageLog(Host& host)
-    : host_(host) {
-    before_ = host_.output().SetSink(nullptr);
-    host_.output().SetSink([this](Output::Kind kind, const std::string& text) {
+MessageLog::MessageLog(Output& output, mel::Interpreter& interpreter)
+    : output_(output)
+    , interpreter_(interpreter) {
+    before_ = output_.SetSink(nullptr);
+    output_.SetSink([this](Output::Kind kind, const std::string& text) {
         if (before_) {
             before_(kind, text);
         } else {
@@ -25,19 +25,19 @@ MessageLog::MessageLog(Host& host)
 }
 
 MessageLog::~MessageLog() {
-    host_.output().SetSink(before_);
+    output_.SetSink(before_);
 }
 
 bool MessageLog::RunTyped(const QString& text) {
     Q_EMIT Typed(text);
     try {
-        const mel::Value result = host_.interpreter().Execute(text.toStdString());
+        const mel::Value result = interpreter_.Execute(text.toStdString());
         if (!result.IsNone() && !(result.IsString() && result.Text().empty())) {
-            host_.output().Result(result.Shown());
+            output_.Result(result.Shown());
         }
         return true;
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        output_.Error(error.Described());
         return false;
     }
 }

@@ -7,7 +7,9 @@
 
 namespace lightbox {
 
-class Host;
+namespace mel {
+class Interpreter;
+}
 
 /// Sends the host's output to the widgets that show it. The output still goes to the terminal, too.
 class MessageLog : public QObject {
@@ -15,7 +17,7 @@ class MessageLog : public QObject {
 
 public:
     /// Starts to listen to the host's output.
-    explicit MessageLog(Host& host);
+    MessageLog(Output& output, mel::Interpreter& interpreter);
     ~MessageLog() override;
 
     /// Runs a text that the user typed: echoes it and shows its result or error. False when it ended with an
@@ -29,7 +31,8 @@ Q_SIGNALS:
     void Typed(const QString& text);
 
 private:
-    Host& host_;
+    Output& output_;
+    mel::Interpreter& interpreter_;
     Output::Sink before_;
 };
 

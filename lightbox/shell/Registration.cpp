@@ -6,8 +6,9 @@
 
 namespace lightbox {
 
-void RegisterWindowCommands(Host& host, ControlRegistry* controls, ViewportPanels* panels) {
-    WindowCommandTable table(host, controls);
+void RegisterWindowCommands(mel::CommandRegistry& commands, ControlRegistry* controls,
+                            ViewportPanels* panels) {
+    WindowCommandTable table(commands, controls);
     RegisterControlCommands(table);
     RegisterPanelCommands(table, panels);
     RegisterCommandPortCommand(table);

@@ -3,13 +3,17 @@
 namespace lightbox {
 
 class ControlRegistry;
-class Host;
 class ViewportPanels;
 class WindowCommandTable;
 
+namespace mel {
+class CommandRegistry;
+}
+
 /// Registers the window commands. When `controls` is null, as in batch mode, the commands end with an error;
 /// when `panels` is null, those for viewports do. Both objects have to outlive all execution of MEL.
-void RegisterWindowCommands(Host& host, ControlRegistry* controls, ViewportPanels* panels);
+void RegisterWindowCommands(mel::CommandRegistry& commands, ControlRegistry* controls,
+                            ViewportPanels* panels);
 
 // The shell's own groups of commands, one per file.
 void RegisterCommandPortCommand(WindowCommandTable& table);

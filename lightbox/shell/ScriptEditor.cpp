@@ -1,7 +1,6 @@
 #include "shell/ScriptEditor.h"
 
 #include "mel/Interpreter.h"
-#include "scene/Host.h"
 #include "scene/WholeFile.h"
 #include "shell/CodeEdit.h"
 #include "shell/MelHighlighter.h"
@@ -50,9 +49,9 @@ QColor MessageColor(Output::Kind kind) {
     return {};
 }
 
-ScriptEditor::ScriptEditor(Host& host, MessageLog& log, QWidget* parent)
+ScriptEditor::ScriptEditor(Output& output, mel::Interpreter& interpreter, MessageLog& log, QWidget* parent)
     : QWidget(parent, Qt::Window)
-    , host_(host)
+    , output_(output)
     , log_(log)
     , history_(new QPlainTextEdit)
     , input_(new CodeEdit) {
@@ -64,7 +63,7 @@ ScriptEditor::ScriptEditor(Host& host, MessageLog& log, QWidget* parent)
     history_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     input_->setObjectName("scriptEditorInput");
     setFocusProxy(input_);
-    new MelHighlighter(input_->document(), host.interpreter());
+    new MelHighlighter(input_->document(), interpreter);
     auto* const panes = new QSplitter(Qt::Vertical);
     panes->addWidget(history_);
     panes->addWidget(input_);
@@ -140,7 +139,7 @@ void ScriptEditor::OpenScript() {
     QFile file(path);
     constexpr qint64 largest = 16 << 20;
     if (!file.open(QIODevice::ReadOnly) || file.size() > largest) {
-        host_.output().Error("The script \"" + path.toStdString() + "\" cannot be read.");
+        output_.Error("The script \"" + path.toStdString() + "\" cannot be read.");
         return;
     }
     input_->setPlainText(QString::fromUtf8(file.readAll()));
@@ -156,7 +155,7 @@ void ScriptEditor::SaveScript() {
         QFileInfo(path).fileName().contains(QLatin1Char('.')) ? path : path + QStringLiteral(".mel");
     const std::string fault = WholeFile::Write(file.toStdString(), input_->toPlainText().toStdString());
     if (!fault.empty()) {
-        host_.output().Error("The script \"" + file.toStdString() + "\" cannot be written: " + fault + ".");
+        output_.Error("The script \"" + file.toStdString() + "\" cannot be written: " + fault + ".");
     }
 }
 

@@ -9,15 +9,18 @@ class QPlainTextEdit;
 namespace lightbox {
 
 class CodeEdit;
-class Host;
 class MessageLog;
+
+namespace mel {
+class Interpreter;
+}
 
 /// The script editor: the output history above, the input below. Ctrl+Enter runs the selected text, or all.
 class ScriptEditor : public QWidget {
     Q_OBJECT
 
 public:
-    ScriptEditor(Host& host, MessageLog& log, QWidget* parent);
+    ScriptEditor(Output& output, mel::Interpreter& interpreter, MessageLog& log, QWidget* parent);
 
     CodeEdit& Input() const { return *input_; }
     QPlainTextEdit& History() const { return *history_; }
@@ -32,7 +35,7 @@ private:
     void OpenScript();
     void SaveScript();
 
-    Host& host_;
+    Output& output_;
     MessageLog& log_;
     QPlainTextEdit* history_;
     CodeEdit* input_;

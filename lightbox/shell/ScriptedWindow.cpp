@@ -54,11 +54,11 @@ Place PlaceNamed(const CommandCall& call) {
 ScriptedWindow::ScriptedWindow(Host& host, MainWindow& window)
     : host_(host)
     , window_(window)
-    , log_(std::make_unique<MessageLog>(host))
+    , log_(std::make_unique<MessageLog>(host.output(), host.interpreter()))
     , controls_(std::make_unique<ControlRegistry>(host, window))
     , commandLine_(new CommandLineBar(*log_))
-    , editor_(new ScriptEditor(host, *log_, &window)) {
-    RegisterWindowCommands(host, controls_.get(), &window.Panels());
+    , editor_(new ScriptEditor(host.output(), host.interpreter(), *log_, &window)) {
+    RegisterWindowCommands(host.interpreter().Commands(), controls_.get(), &window.Panels());
     RegisterCommands();
     AdoptParts();
     window.Put(Place::Command, commandLine_);
@@ -85,7 +85,7 @@ void ScriptedWindow::AdoptParts() {
 }
 
 void ScriptedWindow::RegisterCommands() {
-    WindowCommandTable table(host_, controls_.get());
+    WindowCommandTable table(host_.interpreter().Commands(), controls_.get());
     table.Add("ScriptEditor", SyntaxBuilder(), [this](CommandCall&, ControlRegistry&) {
         editor_->show();
         editor_->raise();
@@ -95,17 +95,17 @@ void ScriptedWindow::RegisterCommands() {
     });
     table.Add("saveChanges", SyntaxBuilder().Objects(1, 1),
               [this](CommandCall& call, ControlRegistry& registry) {
-                  const bool mayGoOn = UnsavedChanges::Settle(host_, &window_);
+                  const bool mayGoOn = UnsavedChanges::Settle(host_.files(), host_.output(), &window_);
                   if (mayGoOn) {
                       registry.RunScript(call.Object(0).AsString());
                   }
                   return Value(mayGoOn);
               });
     table.Add("SaveScene", SyntaxBuilder(), [this](CommandCall&, ControlRegistry&) {
-        return Value(UnsavedChanges::Save(host_, &window_));
+        return Value(UnsavedChanges::Save(host_.files(), host_.output(), &window_));
     });
     table.Add("SaveSceneAs", SyntaxBuilder(), [this](CommandCall&, ControlRegistry&) {
-        return Value(UnsavedChanges::SaveAs(host_, &window_));
+        return Value(UnsavedChanges::SaveAs(host_.files(), host_.output(), &window_));
     });
     table.Add("isUIComponentVisible", SyntaxBuilder().Objects(1, 1),
               [this](CommandCall& call, ControlRegistry&) {

@@ -2,7 +2,6 @@
 
 #include "formats/FileError.h"
 #include "formats/SceneFiles.h"
-#include "scene/Host.h"
 #include "scene/Output.h"
 
 #include <QAbstractButton>
@@ -20,8 +19,8 @@ namespace {
 /// Number of faults that a question names.
 constexpr std::size_t NAMED_FAULTS = 5;
 
-void Complain(Host& host, QWidget* parent, const std::string& fault) {
-    host.output().Error(fault);
+void Complain(Output& output, QWidget* parent, const std::string& fault) {
+    output.Error(fault);
     QMessageBox box(QMessageBox::Warning, "Save Scene", QString::fromStdString(fault), QMessageBox::Ok,
                     parent);
     box.setObjectName("saveFailed");
@@ -30,14 +29,14 @@ void Complain(Host& host, QWidget* parent, const std::string& fault) {
 
 /// Calls a function that saves. Returns false, after a message, when it fails.
 template <class Function>
-bool Saved(Host& host, QWidget* parent, const Function& save) {
+bool Saved(Output& output, QWidget* parent, const Function& save) {
     try {
-        save(host.files());
+        save();
         return true;
     } catch (const FileError& error) {
-        Complain(host, parent, error.what());
+        Complain(output, parent, error.what());
     } catch (const std::bad_alloc&) {
-        Complain(host, parent, "The scene was not saved: there is not enough memory.");
+        Complain(output, parent, "The scene was not saved: there is not enough memory.");
     }
     return false;
 }
@@ -45,8 +44,8 @@ bool Saved(Host& host, QWidget* parent, const Function& save) {
 enum class Answer { Replace, SaveAs, Cancel };
 
 /// Asks before a file is replaced that was read with errors.
-Answer AskToReplace(Host& host, QWidget* parent, const std::string& path) {
-    const ReadFaults* faults = host.files().FaultsOf(path);
+Answer AskToReplace(const SceneFiles& files, QWidget* parent, const std::string& path) {
+    const ReadFaults* faults = files.FaultsOf(path);
     if (!faults) {
         return Answer::Replace;
     }
@@ -69,11 +68,11 @@ Answer AskToReplace(Host& host, QWidget* parent, const std::string& path) {
 
 } // namespace
 
-bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
-    if (!host.files().IsModified()) {
+bool UnsavedChanges::Settle(SceneFiles& files, Output& output, QWidget* parent) {
+    if (!files.IsModified()) {
         return true;
     }
-    const std::string& path = host.files().SceneName();
+    const std::string& path = files.SceneName();
     const QString name =
         path.empty() ? QString("untitled scene") : QFileInfo(QString::fromStdString(path)).fileName();
     QMessageBox box(QMessageBox::Question, "Warning: Scene Not Saved", "Save changes to " + name + "?",
@@ -87,7 +86,7 @@ bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
     box.setEscapeButton(QMessageBox::Cancel);
     switch (box.exec()) {
     case QMessageBox::Save:
-        return Save(host, parent);
+        return Save(files, output, parent);
     case QMessageBox::Discard:
         return true;
     default:
@@ -95,22 +94,22 @@ bool UnsavedChanges::Settle(Host& host, QWidget* parent) {
     }
 }
 
-bool UnsavedChanges::Save(Host& host, QWidget* parent) {
-    const std::string path = host.files().SceneName();
-    const Answer answer = path.empty() ? Answer::SaveAs : AskToReplace(host, parent, path);
-    return answer == Answer::SaveAs    ? SaveAs(host, parent)
-           : answer == Answer::Replace ? Saved(host, parent, [](SceneFiles& files) { files.Save(true); })
+bool UnsavedChanges::Save(SceneFiles& files, Output& output, QWidget* parent) {
+    const std::string path = files.SceneName();
+    const Answer answer = path.empty() ? Answer::SaveAs : AskToReplace(files, parent, path);
+    return answer == Answer::SaveAs    ? SaveAs(files, output, parent)
+           : answer == Answer::Replace ? Saved(output, parent, [&files] { files.Save(true); })
                                        : false;
 }
 
-bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
-    QFileDialog dialog(parent, "Save Scene As", QString::fromStdString(host.files().SceneName()));
+bool UnsavedChanges::SaveAs(SceneFiles& files, Output& output, QWidget* parent) {
+    QFileDialog dialog(parent, "Save Scene As", QString::fromStdString(files.SceneName()));
     dialog.setObjectName("saveSceneAs");
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     const QString ascii = "Maya ASCII (*.ma)";
     const QString binary = "Lightbox binary (*.lbx)";
     dialog.setNameFilters({ascii, binary});
-    const bool isBinary = host.files().Format() == SceneFormat::LightboxBinary;
+    const bool isBinary = files.Format() == SceneFormat::LightboxBinary;
     dialog.selectNameFilter(isBinary ? binary : ascii);
     dialog.setDefaultSuffix(isBinary ? "lbx" : "ma");
     QObject::connect(&dialog, &QFileDialog::filterSelected, [&](const QString& filter) {
@@ -120,12 +119,12 @@ bool UnsavedChanges::SaveAs(Host& host, QWidget* parent) {
         return false;
     }
     const std::string path = dialog.selectedFiles().value(0).toStdString();
-    const Answer answer = AskToReplace(host, parent, path);
+    const Answer answer = AskToReplace(files, parent, path);
     if (answer != Answer::Replace) {
-        return answer == Answer::SaveAs && SaveAs(host, parent);
+        return answer == Answer::SaveAs && SaveAs(files, output, parent);
     }
     // The dialog has already asked whether to replace an existing file.
-    return Saved(host, parent, [&path](SceneFiles& files) { files.SaveAs(path, std::nullopt, true); });
+    return Saved(output, parent, [&] { files.SaveAs(path, std::nullopt, true); });
 }
 
 } // namespace lightbox

@@ -53,7 +53,7 @@ void WindowInterface::ShowHelp(const std::string& text) {
 }
 
 bool WindowInterface::SettleUnsavedChanges() {
-    return UnsavedChanges::Settle(host_, window_.get());
+    return UnsavedChanges::Settle(host_.files(), host_.output(), window_.get());
 }
 
 } // namespace lightbox

@@ -58,7 +58,7 @@ int WindowSession::Run(const std::function<void()>& onceShown) {
     QTimer::singleShot(0, this, [this, window, onceShown] {
         onceShown();
         if (!host_.QuitStatus()) {
-            CrashRecovery::Ask(host_, window);
+            CrashRecovery::Ask(host_.files(), host_.output(), window);
         }
     });
     const int status = QApplication::exec();

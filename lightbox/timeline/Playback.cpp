@@ -1,6 +1,5 @@
 #include "timeline/Playback.h"
 
-#include "scene/Host.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 
@@ -19,10 +18,10 @@ constexpr double TOLERANCE = 1e-6;
 
 } // namespace
 
-Playback::Playback(Host& host, QObject* parent)
+Playback::Playback(Timeline& time, EventBus& events, QObject* parent)
     : QObject(parent)
-    , host_(host)
-    , events_(host.events()) {
+    , time_(time)
+    , events_(events) {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, &Playback::OnTick);
@@ -75,21 +74,19 @@ void Playback::OnPlaying(bool playing) {
         return;
     }
     QCoreApplication::instance()->installEventFilter(this);
-    Timeline& time = host_.time();
-    time.SetCurrentTime(Beginning(time, time.PlayingDirection()));
+    time_.SetCurrentTime(Beginning(time_, time_.PlayingDirection()));
     Rebase();
     Schedule();
 }
 
 double Playback::Rate() const {
-    const Timeline& time = host_.time();
-    const double speed = time.PlaybackSpeed() > 0.0 ? time.PlaybackSpeed() : time.MaxPlaybackSpeed();
-    return RateOf(time.Unit()).PerSecond() * speed / time.PlaybackBy();
+    const double speed = time_.PlaybackSpeed() > 0.0 ? time_.PlaybackSpeed() : time_.MaxPlaybackSpeed();
+    return RateOf(time_.Unit()).PerSecond() * speed / time_.PlaybackBy();
 }
 
 void Playback::Rebase() {
-    frame_ = host_.time().CurrentTime();
-    direction_ = host_.time().PlayingDirection();
+    frame_ = time_.CurrentTime();
+    direction_ = time_.PlayingDirection();
     rate_ = Rate();
     steps_ = 0;
     clock_.restart();
@@ -100,31 +97,30 @@ long long Playback::StepsDue() const {
         return steps_ + 1;
     }
     const auto due = static_cast<long long>(static_cast<double>(clock_.nsecsElapsed()) * 1e-9 * rate_ + 1e-3);
-    return host_.time().PlaybackSpeed() <= 0.0 ? std::min(due, steps_ + 1) : due;
+    return time_.PlaybackSpeed() <= 0.0 ? std::min(due, steps_ + 1) : due;
 }
 
 void Playback::OnTick() {
-    Timeline& time = host_.time();
-    if (!time.IsPlaying()) {
+    if (!time_.IsPlaying()) {
         return;
     }
-    if (time.CurrentTime() != frame_ || time.PlayingDirection() != direction_ || Rate() != rate_) {
+    if (time_.CurrentTime() != frame_ || time_.PlayingDirection() != direction_ || Rate() != rate_) {
         // Something else changed the time, the direction or the rate.
         Rebase();
     }
     const long long due = StepsDue();
     if (due > steps_) {
-        const Position next = Advance(time, frame_, direction_, due - steps_);
+        const Position next = Advance(time_, frame_, direction_, due - steps_);
         steps_ = due;
         frame_ = next.frame;
         if (next.direction != direction_) {
             direction_ = next.direction;
-            time.SetPlaying(direction_);
+            time_.SetPlaying(direction_);
         }
-        time.SetCurrentTime(frame_);
+        time_.SetCurrentTime(frame_);
     }
-    if (time.IsPlaying()) {
-        if (time.PlaybackSpeed() <= 0.0) {
+    if (time_.IsPlaying()) {
+        if (time_.PlaybackSpeed() <= 0.0) {
             // When every frame is shown, playback does not catch up after a late frame.
             Rebase();
         }
@@ -149,7 +145,7 @@ bool Playback::eventFilter(QObject*, QEvent* event) {
     }
     event->accept();
     if (event->type() == QEvent::KeyPress) {
-        host_.time().SetPlaying(0);
+        time_.SetPlaying(0);
     }
     return true;
 }

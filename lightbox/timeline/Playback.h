@@ -8,7 +8,7 @@
 
 namespace lightbox {
 
-class Host;
+class EventBus;
 class Timeline;
 
 /// Advances the current time during playback, from a timer of the event loop. Real-time playback skips frames
@@ -23,7 +23,7 @@ public:
         int direction;
     };
 
-    explicit Playback(Host& host, QObject* parent = nullptr);
+    explicit Playback(Timeline& time, EventBus& events, QObject* parent = nullptr);
 
     /// The position after a number of steps from a frame of the playback range, with the timeline's step size
     /// and loop.
@@ -47,7 +47,7 @@ private:
     double Rate() const;
     void Schedule();
 
-    Host& host_;
+    Timeline& time_;
     EventSubscriptions events_;
     QTimer timer_;
     QElapsedTimer clock_;

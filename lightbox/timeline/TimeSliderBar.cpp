@@ -30,7 +30,7 @@ QHBoxLayout* RowOf(QWidget* row) {
 TimeSliderBar::TimeSliderBar(Host& host, QWidget* parent)
     : QWidget(parent)
     , host_(host)
-    , playback_(new Playback(host, this)) {
+    , playback_(new Playback(host.time(), host.events(), this)) {
     setObjectName("timeSliderBar");
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(4, 2, 4, 2);

@@ -3,7 +3,6 @@
 #include "formats/SceneFiles.h"
 #include "scene/CameraView.h"
 #include "scene/DagNode.h"
-#include "scene/Host.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
 
@@ -231,7 +230,7 @@ void ViewNavigation::Zoom2d(double factor) {
 void ViewNavigation::Changed() {
     // Only user cameras mark the scene as modified; the start-up cameras do not.
     if (!camera_->isShared) {
-        host_.files().SetModified(true);
+        files_.SetModified(true);
     }
 }
 

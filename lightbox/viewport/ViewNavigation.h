@@ -9,7 +9,7 @@
 namespace lightbox {
 
 class DagNode;
-class Host;
+class SceneFiles;
 
 /// Moves a camera with the pointer: tumble, track and dolly around its centre of interest, and 2D pan and
 /// zoom. Pointer positions are in view pixels from the top left, as in the widget's events. Locked or driven
@@ -18,8 +18,8 @@ class ViewNavigation {
 public:
     enum class Mode { None, Tumble, Track, Dolly, Pan2d, Zoom2d };
 
-    explicit ViewNavigation(Host& host)
-        : host_(host) {}
+    explicit ViewNavigation(SceneFiles& files)
+        : files_(files) {}
 
     /// The mode of a drag with the given buttons and modifiers. `is2dKeyHeld`: the 2D key (backslash) is
     /// held.
@@ -45,7 +45,7 @@ private:
     void Zoom2d(double factor);
     void Changed();
 
-    Host& host_;
+    SceneFiles& files_;
     Mode mode_ = Mode::None;
     std::shared_ptr<DagNode> camera_;
     QPointF last_;

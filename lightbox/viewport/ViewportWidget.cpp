@@ -38,7 +38,7 @@ ViewportWidget::ViewportWidget(Host& host, ViewRefresh& refresh, std::string pan
     , refresh_(refresh)
     , panelName_(std::move(panelName))
     , cameraName_(FALLBACK_CAMERA)
-    , navigation_(host)
+    , navigation_(host.files())
     , selectTool_(host) {
     // A grey on which dark pencil and white paint are equally visible.
     options_.display.backgroundTop = QColor(0x84, 0x87, 0x8b);

@@ -134,20 +134,20 @@ TEST_F(AutoSaveTimerTest, TheStartOffersWhatWasLeftBehind) {
     };
     leave();
     Answer("askLater");
-    lightbox::CrashRecovery::Ask(*host_, &Window());
+    lightbox::CrashRecovery::Ask(host_->files(), host_->output(), &Window());
     EXPECT_EQ(Run("objExists drawn").AsInt(), 0);
     EXPECT_EQ(Records(), QStringList{"left.session"});
     Answer("openAutoSave");
-    lightbox::CrashRecovery::Ask(*host_, &Window());
+    lightbox::CrashRecovery::Ask(host_->files(), host_->output(), &Window());
     EXPECT_EQ(Run("objExists drawn").AsInt(), 1);
     EXPECT_TRUE(host_->files().IsModified());
     EXPECT_FALSE(Records().contains("left.session"));
     leave();
     Answer("forgetAutoSave");
-    lightbox::CrashRecovery::Ask(*host_, &Window());
+    lightbox::CrashRecovery::Ask(host_->files(), host_->output(), &Window());
     EXPECT_EQ(Records(), QStringList());
     EXPECT_EQ(Files().size(), 1) << "the file stays";
-    lightbox::CrashRecovery::Ask(*host_, &Window()); // nothing to ask
+    lightbox::CrashRecovery::Ask(host_->files(), host_->output(), &Window()); // nothing to ask
 }
 
 TEST_F(AutoSaveTimerTest, ThePreferencesShowAndSetIt) {

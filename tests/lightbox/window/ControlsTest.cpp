@@ -234,7 +234,7 @@ TEST_F(ControlsTest, FloatingViewportsAreModelPanels) {
 /// Without a window the commands are known, and say why they do nothing.
 TEST(WindowCommandsInBatch, SayThatThereIsNoWindow) {
     lightbox::LightboxHost host({true, std::string()});
-    lightbox::RegisterWindowCommands(host, nullptr, nullptr);
+    lightbox::RegisterWindowCommands(host.interpreter().Commands(), nullptr, nullptr);
     for (const char* const script :
          {"window", "menu -label \"x\"", "confirmDialog", "commandPort -name \":7777\""}) {
         try {

@@ -20,7 +20,7 @@ protected:
         return lightbox::ViewportWidget::FindCamera(host_->scene(), name);
     }
     void Drag(Mode mode, const std::string& camera, const QPointF& delta) {
-        ViewNavigation navigation(*host_);
+        ViewNavigation navigation(host_->files());
         navigation.Begin(mode, Camera(camera), QPointF(400, 300), QSize(WIDTH, HEIGHT));
         // In steps, as a hand does it.
         for (int step = 1; step <= 10; ++step) {
@@ -138,7 +138,7 @@ TEST_F(ViewNavigationTest, DollyingComesNearerAndNeverPastTheCentre) {
 }
 
 TEST_F(ViewNavigationTest, WheelGoesAShareOfTheWayPerNotchAndBackAgain) {
-    ViewNavigation navigation(*host_);
+    ViewNavigation navigation(host_->files());
     const double distance = Number("perspShape.centerOfInterest");
     navigation.Wheel(Camera("persp"), 120);
     EXPECT_LT(Number("perspShape.centerOfInterest"), distance * 0.95);
@@ -183,7 +183,7 @@ TEST_F(ViewNavigationTest, LeavesWhatIsLockedAndTheUndoQueueAlone) {
 
 TEST_F(ViewNavigationTest, ACameraThatGoesDuringADragIsLetGo) {
     Run("camera -n shot");
-    ViewNavigation navigation(*host_);
+    ViewNavigation navigation(host_->files());
     navigation.Begin(Mode::Tumble, Camera("shot1"), QPointF(1, 1), QSize(WIDTH, HEIGHT));
     Run("delete shot1");
     navigation.Move(QPointF(100, 100));
