@@ -5,6 +5,8 @@
 #include "scene/DagNode.h"
 #include "scene/Host.h"
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <array>
 #include <optional>
 #include <string>

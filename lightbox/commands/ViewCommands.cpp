@@ -12,6 +12,8 @@
 #include "scene/View.h"
 #include "scene/VisibleShapes.h"
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <cmath>
 

@@ -7,6 +7,8 @@
 #include "scene/Host.h"
 #include "scene/Transformation.h"
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 
 namespace lightbox::mel {

@@ -5,6 +5,7 @@
 #include "scene/MeshNode.h"
 #include "scene/SceneError.h"
 
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <array>
 #include <charconv>

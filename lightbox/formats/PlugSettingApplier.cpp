@@ -5,6 +5,7 @@
 #include "scene/Edit.h"
 #include "scene/Host.h"
 #include "scene/MeshNode.h"
+#include "scene/Scene.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "openmaya/DrawList.h"
 #include "scene/DagNode.h"
 #include "scene/DataValue.h"
 #include "scene/Plug.h"
@@ -20,6 +19,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class QCursor;
 
@@ -27,6 +27,9 @@ namespace lightbox {
 
 class CameraView;
 class UserInterface;
+class View;
+struct DrawItem;
+struct Texture;
 
 namespace mel {
 class Value;
@@ -74,7 +77,7 @@ public:
     /// For one drawing pass. View, camera and list must outlive the returned object.
     static std::unique_ptr<MHWRender::MFrameContext> MakeFrameContext(const View& view,
                                                                       const CameraView& camera);
-    static std::unique_ptr<MHWRender::MUIDrawManager> MakeDrawManager(DrawList& list);
+    static std::unique_ptr<MHWRender::MUIDrawManager> MakeDrawManager(std::vector<DrawItem>& list);
     static QCursor ToQt(const MCursor& cursor);
     /// Position in view pixels; button and modifiers as in MEvent.
     static MEvent MakeEvent(int x, int y, int viewHeight, unsigned button, unsigned modifiers);

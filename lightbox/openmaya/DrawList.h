@@ -1,7 +1,5 @@
 #pragma once
 
-#include "openmaya/Texture.h"
-
 #include <QColor>
 #include <QPointF>
 #include <QString>
@@ -11,6 +9,8 @@
 #include <vector>
 
 namespace lightbox {
+
+struct Texture;
 
 /// One item that a plug-in draws over a viewport. Positions and lengths are view pixels from the bottom left,
 /// y upward.

@@ -11,6 +11,7 @@
 #include <QWidget>
 #include <qopengl.h>
 
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <cmath>
 #include <limits>

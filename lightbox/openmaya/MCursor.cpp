@@ -4,6 +4,7 @@
 
 #include <QBitmap>
 #include <QCursor>
+#include <QImage>
 
 #include <algorithm>
 

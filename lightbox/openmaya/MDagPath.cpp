@@ -3,6 +3,8 @@
 
 #include <maya/MDagPath.h>
 
+#include <Imath/ImathMatrix.h>
+
 using lightbox::ApiBridge;
 using lightbox::DagNode;
 

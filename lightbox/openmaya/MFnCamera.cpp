@@ -4,6 +4,8 @@
 
 #include <maya/MFnCamera.h>
 
+#include <Imath/ImathMatrix.h>
+
 using lightbox::ApiBridge;
 using lightbox::DagNode;
 using lightbox::Plug;

@@ -6,6 +6,9 @@
 
 #include <maya/MFrameContext.h>
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
+
 using lightbox::ApiBridge;
 using lightbox::CameraView;
 

@@ -1,8 +1,11 @@
 #include "openmaya/ApiBridge.h"
 #include "openmaya/DrawState.h"
+#include "openmaya/Texture.h"
 #include "scene/Host.h"
 
 #include <maya/MTextureManager.h>
+
+#include <QImage>
 
 #include <algorithm>
 #include <cstring>

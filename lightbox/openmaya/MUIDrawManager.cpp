@@ -1,4 +1,5 @@
 #include "openmaya/ApiBridge.h"
+#include "openmaya/DrawList.h"
 #include "openmaya/DrawState.h"
 
 #include <maya/MUIDrawManager.h>

@@ -3,6 +3,7 @@
 #include <maya/MStatus.h>
 #include <maya/MVector.h>
 
+#include <Imath/ImathVec.h>
 #include <cmath>
 #include <ostream>
 

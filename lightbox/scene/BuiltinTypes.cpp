@@ -6,6 +6,7 @@
 #include "scene/TypeTable.h"
 #include "scene/UnitConversion.h"
 
+#include <Imath/ImathMatrix.h>
 #include <vector>
 
 // The host's own node types, with the published attribute names and defaults. Includes attributes that the

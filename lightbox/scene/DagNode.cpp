@@ -2,7 +2,10 @@
 
 #include "scene/Plug.h"
 #include "scene/Scene.h"
+#include "scene/Transformation.h"
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <iterator>
 

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "scene/Node.h"
-#include "scene/Transformation.h"
 
-#include <Imath/ImathMatrix.h>
+#include <Imath/ImathForward.h>
 #include <string>
 #include <vector>
 
 namespace lightbox {
+
+struct Transformation;
 
 /// A node of the DAG. Each node has one parent; the parent of top-level nodes is the world, which has no
 /// name.
@@ -31,10 +32,10 @@ public:
     std::string PartialPath() const;
 
     /// The node's own transformation; identity for a shape. For row vectors: world = local * parent's world.
-    Imath::M44d LocalMatrix() const;
+    Imath::Matrix44<double> LocalMatrix() const;
     /// The parts of LocalMatrix(). Only for transform nodes.
     Transformation LocalTransformation() const;
-    Imath::M44d WorldMatrix() const;
+    Imath::Matrix44<double> WorldMatrix() const;
     /// Whether this node and all its ancestors are visible.
     bool IsVisible() const;
 

@@ -1,8 +1,10 @@
 #include "scene/Edit.h"
 
+#include "scene/DagNode.h"
 #include "scene/EditItems.h"
 #include "scene/Host.h"
 #include "scene/MeshNode.h"
+#include "scene/Scene.h"
 #include "scene/SceneError.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"

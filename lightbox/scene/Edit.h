@@ -1,7 +1,7 @@
 #pragma once
 
-#include "scene/Scene.h"
-#include "scene/UndoQueue.h"
+#include "scene/Plug.h"
+#include "scene/Selection.h"
 
 #include <maya/MTime.h>
 
@@ -13,9 +13,10 @@
 
 namespace lightbox {
 
+class DagNode;
 class Host;
-
 class Scene;
+
 /// The undoable edits of a scene. Each does its work and records it on the undo queue. An edit that is
 /// refused throws SceneError and changes nothing.
 namespace edit {

@@ -2,8 +2,11 @@
 
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
+#include "scene/Transformation.h"
 #include "scene/UndoQueue.h"
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <optional>
 #include <set>
 #include <utility>

@@ -1,5 +1,6 @@
 #include "scene/MeshBuilder.h"
 
+#include <Imath/ImathVec.h>
 #include <algorithm>
 
 namespace lightbox {

@@ -6,6 +6,8 @@
 #include "scene/ShapeOutline.h"
 
 #include <Imath/ImathBoxAlgo.h>
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <cmath>
 #include <optional>

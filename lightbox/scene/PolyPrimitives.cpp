@@ -3,6 +3,7 @@
 #include "scene/MeshBuilder.h"
 
 #include <Imath/ImathQuat.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -6,6 +6,7 @@
 #include "scene/Scene.h"
 #include "scene/ShapeOutline.h"
 
+#include <Imath/ImathVec.h>
 #include <set>
 
 namespace lightbox {

@@ -1,5 +1,7 @@
 #include "viewport/DrawListRenderer.h"
 
+#include "openmaya/Texture.h"
+
 #include <QFont>
 #include <QFontMetricsF>
 #include <QPainter>

@@ -6,6 +6,7 @@
 #include "controls/FlagTypes.h"
 #include "controls/WindowCommandTable.h"
 #include "mel/SyntaxBuilder.h"
+#include "scene/CameraView.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"

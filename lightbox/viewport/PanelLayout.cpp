@@ -1,5 +1,6 @@
 #include "viewport/PanelLayout.h"
 
+#include "scene/CameraView.h"
 #include "viewport/ViewportPanel.h"
 #include "viewport/ViewportPanels.h"
 #include "viewport/ViewportWidget.h"

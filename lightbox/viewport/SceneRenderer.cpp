@@ -1,5 +1,6 @@
 #include "viewport/SceneRenderer.h"
 
+#include "scene/CameraView.h"
 #include "viewport/DrawnScene.h"
 #include "viewport/MeshBuffers.h"
 #include "viewport/SceneLines.h"
@@ -9,6 +10,8 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <cmath>
 

@@ -1,5 +1,7 @@
 #include "viewport/ViewFrame.h"
 
+#include "openmaya/Texture.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>

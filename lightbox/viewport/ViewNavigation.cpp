@@ -5,7 +5,10 @@
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"
+#include "scene/Transformation.h"
 
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 #include <algorithm>
 #include <cmath>
 

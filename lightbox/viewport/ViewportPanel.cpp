@@ -2,6 +2,7 @@
 
 #include "controls/Theme.h"
 #include "mel/Interpreter.h"
+#include "scene/CameraView.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
 #include "scene/Output.h"

@@ -2,6 +2,7 @@
 
 #include "openmaya/ToolEvents.h"
 #include "openmaya/ViewDrawing.h"
+#include "scene/CameraView.h"
 #include "scene/DagNode.h"
 #include "scene/EventBus.h"
 #include "scene/Host.h"
@@ -18,6 +19,8 @@
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QWheelEvent>
+
+#include <Imath/ImathMatrix.h>
 
 namespace lightbox {
 

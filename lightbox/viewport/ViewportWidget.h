@@ -1,7 +1,5 @@
 #pragma once
 
-#include "openmaya/DrawList.h"
-#include "scene/CameraView.h"
 #include "scene/View.h"
 #include "viewport/SelectTool.h"
 #include "viewport/ViewNavigation.h"
@@ -19,12 +17,14 @@ class QSurface;
 
 namespace lightbox {
 
+class CameraView;
 class DrawListRenderer;
 class Host;
 class Scene;
 class SceneRenderer;
 class ViewFrame;
 class ViewRefresh;
+struct DrawItem;
 
 /// The view in a model panel, which draws the scene.
 class ViewportWidget : public QOpenGLWidget, public View {
@@ -89,7 +89,7 @@ private:
     /// Redraws only what changed since the last frame.
     void DrawViewport2(std::unique_ptr<ViewFrame> frame);
     void DrawLegacy(const ViewFrame& frame);
-    void AddMarquee(DrawList& list) const;
+    void AddMarquee(std::vector<DrawItem>& list) const;
     void EndDrag();
     bool OfferKey(QKeyEvent& event);
     void SettleCamera() const;

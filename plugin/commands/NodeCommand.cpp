@@ -12,6 +12,7 @@
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
+#include <maya/MTime.h>
 
 #include <memory>
 

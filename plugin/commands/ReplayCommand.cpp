@@ -14,6 +14,7 @@
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 #include <maya/MComputation.h>
+#include <maya/MTime.h>
 
 namespace vellix {
 

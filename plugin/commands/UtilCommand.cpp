@@ -18,6 +18,7 @@
 #include <QColor>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QStringList>
 
 #include <functional>
 #include <iterator>

@@ -3,6 +3,9 @@
 #include "host/FrameTime.h"
 #include "host/MayaUtil.h"
 
+#include <maya/MDoubleArray.h>
+#include <maya/MTime.h>
+
 namespace vellix {
 
 FrameRange FrameRange::FromFrames(double start, double end) {

@@ -3,6 +3,8 @@
 #include "host/Settings.h"
 #include "paint/Composite.h"
 
+#include <QColor>
+
 #include <algorithm>
 
 namespace vellix {

@@ -5,6 +5,8 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 
+#include <QImage>
+
 #include <algorithm>
 #include <iterator>
 #include <set>

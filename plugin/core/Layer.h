@@ -7,13 +7,14 @@
 
 #include <maya/MTime.h>
 
-#include <QImage>
 #include <QList>
 #include <QString>
 
 #include <functional>
 #include <memory>
 #include <vector>
+
+class QImage;
 
 namespace vellix {
 

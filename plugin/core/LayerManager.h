@@ -9,7 +9,6 @@
 #include <maya/MTime.h>
 
 #include <QByteArray>
-#include <QImage>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -19,6 +18,7 @@
 #include <vector>
 
 class QColor;
+class QImage;
 
 namespace vellix {
 

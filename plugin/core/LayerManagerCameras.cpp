@@ -5,6 +5,8 @@
 #include "core/StrokePainter.h"
 #include "host/MayaUtil.h"
 
+#include <QStringList>
+
 #include <algorithm>
 #include <utility>
 

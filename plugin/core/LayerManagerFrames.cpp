@@ -4,6 +4,8 @@
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
 
+#include <maya/MTime.h>
+
 namespace vellix {
 
 int LayerManager::CountCoveredFrames() const {

@@ -11,6 +11,9 @@
 #include "paint/Composite.h"
 #include "paint/PngStructure.h"
 
+#include <QColor>
+#include <QImage>
+
 #include <algorithm>
 #include <new>
 #include <utility>

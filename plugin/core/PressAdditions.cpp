@@ -5,6 +5,8 @@
 #include "core/LayerManager.h"
 #include "paint/Picture.h"
 
+#include <QImage>
+
 namespace vellix {
 
 namespace {

@@ -5,6 +5,7 @@
 #include "paint/DrawUtil.h"
 #include "paint/ToolTable.h"
 
+#include <QColor>
 #include <QPainter>
 
 #include <algorithm>

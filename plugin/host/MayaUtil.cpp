@@ -10,6 +10,7 @@
 #include <maya/MAnimControl.h>
 #include <maya/MCommandResult.h>
 #include <maya/MDagPath.h>
+#include <maya/MDoubleArray.h>
 #include <maya/MFileIO.h>
 #include <maya/MFn.h>
 #include <maya/MFnDependencyNode.h>
@@ -23,6 +24,7 @@
 #include <QFile>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QStringList>
 #include <QWidget>
 
 namespace vellix {

@@ -3,14 +3,12 @@
 #include "host/TimelineFrameDisplay.h"
 
 #include <maya/MApiNamespace.h>
-#include <maya/MDoubleArray.h>
 #include <maya/MString.h>
-#include <maya/MTime.h>
 
-#include <QColor>
 #include <QString>
-#include <QStringList>
 
+class QColor;
+class QStringList;
 class QWidget;
 
 namespace vellix {

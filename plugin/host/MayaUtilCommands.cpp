@@ -5,9 +5,12 @@
 #include "host/ToolOptions.h"
 #include "paint/ToolTable.h"
 
+#include <maya/MDoubleArray.h>
 #include <maya/MGlobal.h>
 #include <maya/MQtUtil.h>
 
+#include <QColor>
+#include <QStringList>
 #include <QWidget>
 
 namespace vellix {

@@ -13,7 +13,6 @@
 #include <maya/MTypeId.h>
 
 #include <QByteArray>
-#include <QImage>
 #include <QList>
 #include <QPoint>
 #include <QString>
@@ -22,6 +21,7 @@
 #include <memory>
 #include <vector>
 
+class QImage;
 class QWidget;
 
 namespace vellix {

@@ -8,6 +8,10 @@
 #include "node/BaseNode.h"
 #include "node/OpenText.h"
 
+#include <maya/MTime.h>
+
+#include <QImage>
+
 #include <utility>
 
 namespace vellix {

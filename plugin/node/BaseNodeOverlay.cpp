@@ -7,6 +7,8 @@
 #include <maya/M3dView.h>
 #include <maya/MDagPath.h>
 
+#include <QImage>
+
 namespace vellix {
 
 void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dView::DisplayStatus) {

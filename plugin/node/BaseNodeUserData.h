@@ -3,7 +3,7 @@
 #include <maya/MPoint.h>
 #include <maya/MUserData.h>
 
-#include <QImage>
+class QImage;
 
 namespace vellix {
 

@@ -9,6 +9,7 @@
 
 #include <maya/MArgList.h>
 #include <maya/MFileIO.h>
+#include <maya/MTime.h>
 
 #include <memory>
 

@@ -6,6 +6,8 @@
 #include "host/MayaUtil.h"
 #include "node/LayerDataFormat.h"
 
+#include <QStringList>
+
 #include <algorithm>
 #include <ostream>
 

@@ -5,6 +5,8 @@
 #include "core/LayerManager.h"
 #include "node/LayerDataFormat.h"
 
+#include <QStringList>
+
 #include <ostream>
 
 namespace vellix {

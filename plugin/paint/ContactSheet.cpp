@@ -1,5 +1,6 @@
 #include "paint/ContactSheet.h"
 
+#include <QColor>
 #include <QFont>
 #include <QPainter>
 

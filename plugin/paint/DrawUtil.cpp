@@ -2,6 +2,7 @@
 
 #include "paint/ImageSize.h"
 
+#include <QColor>
 #include <QFont>
 #include <QPainter>
 #include <QPainterPath>

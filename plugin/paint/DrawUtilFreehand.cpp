@@ -3,6 +3,8 @@
 #include "paint/DrawUtil.h"
 #include "paint/FreehandPainter.h"
 
+#include <QImage>
+
 #include <algorithm>
 
 namespace vellix {

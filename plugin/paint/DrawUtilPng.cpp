@@ -3,6 +3,8 @@
 #include "paint/ImageSize.h"
 #include "paint/PngCodec.h"
 
+#include <QImage>
+
 #include <algorithm>
 #include <cstring>
 #include <new>

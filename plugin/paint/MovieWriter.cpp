@@ -2,6 +2,7 @@
 
 #include "paint/WholeFile.h"
 
+#include <QColor>
 #include <QFileInfo>
 #include <QPainter>
 #include <QStandardPaths>

@@ -3,6 +3,7 @@
 #include "host/MayaUtil.h"
 
 #include <QMenu>
+#include <QStringList>
 
 namespace vellix {
 

@@ -7,6 +7,7 @@
 #include <maya/MQtUtil.h>
 
 #include <QButtonGroup>
+#include <QColor>
 #include <QColorDialog>
 #include <QGuiApplication>
 #include <QHBoxLayout>

@@ -6,6 +6,7 @@
 #include "ui/HostColorField.h"
 
 #include <QCheckBox>
+#include <QColor>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,5 +1,6 @@
 #include "ui/IconButton.h"
 
+#include <QColor>
 #include <QContextMenuEvent>
 #include <QMetaMethod>
 #include <QPainter>

@@ -1,5 +1,6 @@
 #include "ui/IconEngine.h"
 
+#include <QColor>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPalette>

@@ -10,6 +10,7 @@
 
 #include <QCheckBox>
 #include <QFormLayout>
+#include <QStringList>
 
 namespace vellix {
 

@@ -2,6 +2,7 @@
 
 #include "ui/FocusFrame.h"
 
+#include <QColor>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>

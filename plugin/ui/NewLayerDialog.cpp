@@ -5,6 +5,8 @@
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 
+#include <QStringList>
+
 namespace vellix {
 
 NewLayerDialog::NewLayerDialog(QWidget* parent)

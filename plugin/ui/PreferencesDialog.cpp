@@ -7,6 +7,7 @@
 #include "ui/FlatButton.h"
 
 #include <QCheckBox>
+#include <QColor>
 #include <QColorDialog>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -17,6 +18,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QStringList>
 #include <QVBoxLayout>
 
 #include <limits>

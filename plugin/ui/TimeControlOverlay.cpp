@@ -5,6 +5,7 @@
 
 #include <maya/MTime.h>
 
+#include <QColor>
 #include <QMouseEvent>
 #include <QPainter>
 

@@ -2,6 +2,8 @@
 
 #include "host/panels/DialogManager.h"
 
+#include <maya/MDoubleArray.h>
+
 #include <QWidget>
 
 namespace vellix {

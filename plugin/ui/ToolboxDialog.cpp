@@ -12,6 +12,7 @@
 
 #include <maya/MEventMessage.h>
 
+#include <QColor>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenu>

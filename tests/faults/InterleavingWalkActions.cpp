@@ -2,6 +2,7 @@
 #include "faults/InterleavingWalk.h"
 #include "mel/Value.h"
 #include "paint/Stroke.h"
+#include "scene/CameraView.h"
 #include "scene/IdleQueue.h"
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"

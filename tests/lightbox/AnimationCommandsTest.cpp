@@ -4,6 +4,7 @@
 #include "scene/Scene.h"
 #include "scene/Timeline.h"
 
+#include <cmath>
 #include <gmock/gmock.h>
 
 using ::testing::HasSubstr;

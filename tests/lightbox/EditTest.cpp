@@ -7,6 +7,7 @@
 #include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
 
+#include <Imath/ImathMatrix.h>
 #include <random>
 
 using namespace lightbox;

@@ -11,7 +11,9 @@
 
 #include <QDir>
 
+#include <Imath/ImathMatrix.h>
 #include <gmock/gmock.h>
+#include <regex>
 
 using namespace lightbox;
 using ::testing::HasSubstr;

@@ -10,6 +10,7 @@
 #include <maya/MFileIO.h>
 
 #include <gmock/gmock.h>
+#include <regex>
 
 using namespace lightbox;
 using ::testing::HasSubstr;

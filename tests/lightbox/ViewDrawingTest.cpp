@@ -5,6 +5,7 @@
 #include "app/PluginManager.h"
 #include "mel/Interpreter.h"
 #include "openmaya/ApiBridge.h"
+#include "openmaya/Texture.h"
 #include "scene/CameraView.h"
 #include "scene/UndoQueue.h"
 
@@ -18,6 +19,7 @@
 #include <maya/MTextureManager.h>
 #include <maya/MUIDrawManager.h>
 
+#include <QImage>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

@@ -10,7 +10,6 @@
 
 #include <QString>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>

@@ -19,8 +19,10 @@
 #include <maya/MFnDagNode.h>
 #include <maya/MNodeMessage.h>
 #include <maya/MObjectHandle.h>
+#include <maya/MTime.h>
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "host/PanelTable.h"
 
-#include <maya/MDoubleArray.h>
+#include <maya/MApiNamespace.h>
 
 #include <QColor>
 #include <QList>

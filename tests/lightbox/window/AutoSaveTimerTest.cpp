@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QMenu>
 #include <QMessageBox>
+#include <QStringList>
 #include <QTest>
 #include <QTimer>
 

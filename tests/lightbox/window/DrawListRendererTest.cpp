@@ -1,6 +1,7 @@
 #include "viewport/DrawListRenderer.h"
 
 #include "OffscreenGl.h"
+#include "openmaya/Texture.h"
 
 #include <QPainter>
 

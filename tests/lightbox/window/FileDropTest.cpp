@@ -6,6 +6,7 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QMimeData>
+#include <QStringList>
 #include <QUrl>
 
 #include <gmock/gmock.h>

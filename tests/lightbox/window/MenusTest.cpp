@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QMenuBar>
+#include <QStringList>
 #include <QTest>
 #include <QToolButton>
 

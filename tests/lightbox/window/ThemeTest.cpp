@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDoubleSpinBox>
+#include <QImage>
 #include <QStyle>
 #include <QStyleOptionSpinBox>
 

@@ -2,6 +2,7 @@
 
 #include "OffscreenGl.h"
 #include "lightbox/MelFixture.h"
+#include "openmaya/Texture.h"
 #include "scene/DagNode.h"
 #include "scene/Plug.h"
 #include "scene/Scene.h"

@@ -1,8 +1,10 @@
 #include "WindowFixture.h"
 #include "openmaya/DrawList.h"
+#include "scene/CameraView.h"
 #include "viewport/GateOverlay.h"
 
 #include <QAction>
+#include <QImage>
 #include <QOpenGLContext>
 #include <QSignalSpy>
 #include <QTest>

@@ -3,6 +3,8 @@
 #include "core/LayerManager.h"
 #include "plugin/commands/CommandFixture.h"
 
+#include <QImage>
+
 namespace vellix {
 namespace {
 

@@ -7,8 +7,10 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStringList>
 #include <QTemporaryDir>
 
+#include <gmock/gmock.h>
 #include <map>
 
 namespace vellix {

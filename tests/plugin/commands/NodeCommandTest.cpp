@@ -3,6 +3,8 @@
 #include "plugin/PluginTest.h"
 #include "plugin/commands/ChangeCounter.h"
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

@@ -6,6 +6,8 @@
 #include "paint/Stroke.h"
 #include "plugin/PluginTest.h"
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

@@ -3,6 +3,7 @@
 #include "plugin/core/DocumentTest.h"
 
 #include <functional>
+#include <gmock/gmock.h>
 
 namespace vellix {
 namespace {

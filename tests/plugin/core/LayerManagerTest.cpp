@@ -3,6 +3,8 @@
 
 #include <QWidget>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 namespace {
 

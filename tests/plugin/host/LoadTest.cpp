@@ -7,6 +7,8 @@
 
 #include <QFile>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 using ::testing::Contains;

@@ -7,13 +7,17 @@
 #include "plugin/host/ExecutedLines.h"
 
 #include <maya/MArgList.h>
+#include <maya/MDoubleArray.h>
 #include <maya/MSelectionList.h>
+#include <maya/MTime.h>
 
 #include <QFile>
 #include <QRegularExpression>
 #include <QResource>
+#include <QStringList>
 
 #include <functional>
+#include <gmock/gmock.h>
 
 namespace vellix {
 

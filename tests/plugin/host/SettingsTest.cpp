@@ -10,8 +10,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QStringList>
 
 #include <algorithm>
+#include <gmock/gmock.h>
 #include <random>
 
 namespace vellix {

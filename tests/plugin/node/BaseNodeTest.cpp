@@ -15,6 +15,8 @@
 
 #include <QTemporaryDir>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

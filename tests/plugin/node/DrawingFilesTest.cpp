@@ -13,6 +13,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 using ::testing::HasSubstr;

@@ -11,6 +11,7 @@
 #include <QImage>
 
 #include <cstring>
+#include <gmock/gmock.h>
 #include <limits>
 #include <sstream>
 #include <utility>

@@ -3,6 +3,7 @@
 #include "paint/ImageSequence.h"
 #include "paint/PngWriter.h"
 
+#include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QSet>

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QtEndian>
 

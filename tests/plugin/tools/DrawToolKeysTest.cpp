@@ -8,6 +8,8 @@
 #include <QScreen>
 #include <QTabletEvent>
 
+#include <cmath>
+
 namespace vellix {
 
 namespace {

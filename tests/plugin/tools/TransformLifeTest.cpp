@@ -2,6 +2,8 @@
 #include "plugin/tools/TransformFixture.h"
 #include "scene/ToolContexts.h"
 
+#include <QStringList>
+
 namespace vellix {
 namespace {
 

@@ -2,6 +2,8 @@
 #include "paint/Stroke.h"
 #include "plugin/tools/TransformFixture.h"
 
+#include <QStringList>
+
 namespace vellix {
 namespace {
 

@@ -4,6 +4,8 @@
 #include <QColorDialog>
 #include <QMenu>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

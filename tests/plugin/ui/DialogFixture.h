@@ -12,7 +12,8 @@
 #include <QTest>
 #include <QTimer>
 
-#include <gmock/gmock.h>
+#include <string>
+#include <vector>
 
 namespace vellix {
 

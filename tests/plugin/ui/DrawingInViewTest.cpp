@@ -1,6 +1,8 @@
 #include "node/BaseNode.h"
+#include "openmaya/Texture.h"
 #include "openmaya/ViewDrawing.h"
 #include "plugin/ui/DrawingFixture.h"
+#include "scene/CameraView.h"
 
 #include <maya/M3dView.h>
 #include <maya/MColor.h>

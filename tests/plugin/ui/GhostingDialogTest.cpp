@@ -3,6 +3,8 @@
 #include <QCheckBox>
 #include <QSpinBox>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

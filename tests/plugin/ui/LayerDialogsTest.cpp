@@ -6,6 +6,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

@@ -8,6 +8,9 @@
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStringList>
+
+#include <gmock/gmock.h>
 
 namespace vellix {
 

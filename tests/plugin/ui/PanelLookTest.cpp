@@ -3,10 +3,12 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QGroupBox>
+#include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStringList>
 #include <QStyleFactory>
 
 namespace vellix {

@@ -5,6 +5,8 @@
 
 #include <QCheckBox>
 
+#include <gmock/gmock.h>
+
 namespace vellix {
 
 namespace {

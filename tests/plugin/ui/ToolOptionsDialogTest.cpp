@@ -7,6 +7,9 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStringList>
+
+#include <gmock/gmock.h>
 
 namespace vellix {
 

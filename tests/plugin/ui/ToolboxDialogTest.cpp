@@ -8,7 +8,10 @@
 #include <QMenu>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStringList>
 #include <QTimer>
+
+#include <gmock/gmock.h>
 
 namespace vellix {
 
