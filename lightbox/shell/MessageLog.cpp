@@ -37,7 +37,7 @@ bool MessageLog::RunTyped(const QString& text) {
         }
         return true;
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
         return false;
     }
 }
