@@ -12,6 +12,7 @@ void RegisterWindowCommands(Host& host, ControlRegistry* controls, ViewportPanel
     RegisterPanelCommands(table, panels);
     RegisterCommandPortCommand(table);
     RegisterGrabCommands(table);
+    RegisterThemeCommand(table);
 }
 
 } // namespace lightbox

@@ -14,5 +14,6 @@ void RegisterWindowCommands(Host& host, ControlRegistry* controls, ViewportPanel
 // The shell's own groups of commands, one per file.
 void RegisterCommandPortCommand(WindowCommandTable& table);
 void RegisterGrabCommands(WindowCommandTable& table);
+void RegisterThemeCommand(WindowCommandTable& table);
 
 } // namespace lightbox
