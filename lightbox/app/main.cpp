@@ -122,7 +122,7 @@ void RunStep(Host& host, const CommandLine::Step& step) {
         }
     } catch (const lightbox::mel::Error& error) {
         if (!host.QuitStatus()) {
-            host.output().Error(error.Described());
+            host.interpreter().Report(error);
         }
     }
     while (!host.QuitStatus() && host.idle().Drain() > 0) {

@@ -272,7 +272,7 @@ void ControlRegistry::RunScript(const std::string& script, const std::vector<mel
         const mel::StatementChunk chunk(host_.undo(), !interpreter.IsRunning());
         interpreter.Execute(text);
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
 }
 

@@ -6,17 +6,31 @@ class QApplication;
 
 namespace lightbox {
 
-/// The style of the windows: dark greys with one accent colour.
+/// The colours of the windows, dark or light, with one accent. Text has a contrast of at least 4.5 to what it
+/// stands on, the outlines of controls have 3 (WCAG 2.1, 1.4.3 and 1.4.11).
 class Theme {
 public:
-    static void Apply(QApplication& application);
+    enum class Kind { Dark, Light };
 
-    static QColor Window() { return {0x3a, 0x3a, 0x3c}; }
-    static QColor Dark() { return {0x2a, 0x2a, 0x2c}; }
-    static QColor Line() { return {0x24, 0x24, 0x26}; }
-    static QColor Text() { return {0xd6, 0xd6, 0xd6}; }
-    static QColor FaintText() { return {0x8c, 0x8c, 0x90}; }
-    static QColor Accent() { return {0x52, 0x85, 0xa6}; }
+    /// Gives the application this theme. Windows that are open follow.
+    static void Apply(QApplication& application, Kind kind = Kind::Dark);
+    /// The theme of the last Apply().
+    static Kind Current();
+
+    static QColor Window();
+    /// The ground of fields and lists.
+    static QColor Field();
+    static QColor Line();
+    /// The outline of what can be switched or typed into.
+    static QColor Outline();
+    static QColor Text();
+    static QColor FaintText();
+    /// The ground of what is selected.
+    static QColor Accent();
+    /// The outline of what has the keyboard.
+    static QColor Focus();
+    /// The colour for a word of a script that is `onDark` in the dark theme.
+    static QColor Word(const QColor& onDark);
 };
 
 } // namespace lightbox

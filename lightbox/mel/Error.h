@@ -25,6 +25,12 @@ public:
     bool IsSyntaxError() const { return kind_ == Kind::Syntax; }
     /// The run was interrupted from outside; scripts cannot catch this.
     bool IsInterrupt() const { return kind_ == Kind::Interrupt; }
+    /// The command that failed has shown why. Whoever catches the error has nothing to add.
+    bool WasShown() const { return wasShown_; }
+    void SetShown() { wasShown_ = true; }
+    /// The command refused without a reason, which is how it tells a script; a person is told by Described().
+    bool IsSilent() const { return isSilent_; }
+    void SetSilent() { isSilent_ = true; }
     bool HasPlace() const { return line_ > 0; }
     void SetPlace(std::string fileName, int lineNumber, int columnNumber) {
         file_ = std::move(fileName);
@@ -54,6 +60,8 @@ private:
     std::string file_;
     int line_ = 0;
     int column_ = 0;
+    bool wasShown_ = false;
+    bool isSilent_ = false;
 };
 
 } // namespace lightbox::mel

@@ -79,7 +79,7 @@ Value EvaluateDeferred(CommandCall& call) {
         try {
             interpreter.Execute(text);
         } catch (const Error& error) {
-            interpreter.GetHost().output().Error(error.Described());
+            interpreter.Report(error);
         }
     };
     call.GetHost().idle().Add(run, call.Has("-lowestPriority"));

@@ -6,6 +6,7 @@
 #include "mel/StatementChunk.h"
 #include "mel/TextRun.h"
 #include "scene/Host.h"
+#include "scene/Output.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -117,6 +118,15 @@ void Interpreter::SetGlobal(const std::string& name, const Value& value) {
 bool Interpreter::HasProcedure(const std::string& name) const {
     const ProcedureEntry* const entry = runtime_->FindGlobalProcedure(name);
     return entry && entry->procedure;
+}
+
+void Interpreter::Report(const Error& error) {
+    if (!error.WasShown()) {
+        host_.output().Error(error.Described());
+    } else if (!error.File().empty()) {
+        host_.output().Info("The script " + error.File() + " stopped at line " +
+                            std::to_string(error.Line()) + ".");
+    }
 }
 
 bool Interpreter::IsRunning() const {

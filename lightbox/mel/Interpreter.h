@@ -62,6 +62,10 @@ public:
     /// found.
     std::string FindScript(const std::string& name) const;
 
+    /// Shows an error that has ended a run. Of one that was shown already, only the file that stopped is
+    /// shown.
+    void Report(const Error& error);
+
     /// Calls a command or procedure by name.
     Value Call(const std::string& name, const std::vector<Value>& arguments);
 

@@ -246,7 +246,7 @@ int Runtime::ShownErrors() const {
 void Runtime::ReportCaught(const Error& error, bool isQuiet, int before) {
     Output& output = interpreter_.GetHost().output();
     output.ForgiveErrors(before);
-    if (!isQuiet) {
+    if (!isQuiet && !error.WasShown()) {
         output.CaughtError(error.Described());
     }
 }

@@ -106,7 +106,10 @@ void ScriptJobs::Run(int id) {
     try {
         host_.interpreter().Execute(script);
     } catch (const Error& error) {
-        host_.output().Error(error.Described());
+        // A job runs whenever something happens, and nobody asked for what was refused.
+        if (!error.IsSilent()) {
+            host_.interpreter().Report(error);
+        }
     }
 }
 

@@ -36,7 +36,7 @@ MStatus Execute(const MString& command, bool display, bool undo, Value& result) 
     try {
         result = host.interpreter().Execute(ApiBridge::Text(command));
     } catch (const lightbox::mel::Error& error) {
-        host.output().Error(error.Described());
+        host.interpreter().Report(error);
         return ApiBridge::Fail(MS::kFailure, error.what());
     }
     if (display && !result.IsNone()) {

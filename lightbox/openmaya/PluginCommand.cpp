@@ -63,11 +63,25 @@ private:
     std::unique_ptr<MPxCommand> command_;
 };
 
-/// Why a doIt() failed. A message that the command has shown says more than the code of its status.
-std::string ReasonOf(const MStatus& status, const Output& output, int errorsBefore) {
+/// The error of a doIt() that failed. A message that the command has shown says more than the code of its
+/// status.
+mel::Error ErrorOf(const std::string& command, const MStatus& status, const Output& output,
+                   int errorsBefore) {
     const std::string reason = ApiBridge::Text(status.errorString());
     const bool isBare = reason == ApiBridge::Text(MStatus(status.statusCode()).errorString());
-    return isBare && output.ErrorCount() > errorsBefore ? output.LastError() : reason;
+    const bool wasShown = output.ErrorCount() > errorsBefore;
+    const bool isSilent = isBare && !wasShown && status.statusCode() == MS::kFailure;
+    mel::Error error(command + ": " +
+                     (isSilent             ? "The command was refused."
+                      : isBare && wasShown ? output.LastError()
+                                           : reason));
+    if (isBare && wasShown) {
+        error.SetShown();
+    }
+    if (isSilent) {
+        error.SetSilent();
+    }
+    return error;
 }
 
 mel::Value Run(Host& host, const std::shared_ptr<const PluginCommand>& command, mel::ArgumentTokens tokens) {
@@ -84,7 +98,7 @@ mel::Value Run(Host& host, const std::shared_ptr<const PluginCommand>& command, 
         status = instance->doIt(mel::ArgumentTokens::Wrap(std::move(tokens)));
     }
     if (status.error()) {
-        throw mel::Error(command->name + ": " + ReasonOf(status, host.output(), errorsBefore));
+        throw ErrorOf(command->name, status, host.output(), errorsBefore);
     }
     if (instance->isUndoable()) {
         host.undo().Push(

@@ -201,7 +201,7 @@ QByteArray CommandPort::Run(const QByteArray& line) {
     } catch (const mel::Error& error) {
         answer = Output::Worded(Output::Kind::Error, error.Described());
         answer.pop_back();
-        host.output().Error(error.Described());
+        host.interpreter().Report(error);
     }
     if (echoes) {
         host.output().SetSink(before);

@@ -62,7 +62,7 @@ std::string FileDrop::ActionFor(const QString& path) const {
             host_.interpreter().Call("lightboxActions", {mel::Value("drop." + suffix.toStdString())});
         return actions.Strings().size() > command ? actions.Strings()[command] : std::string();
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
         return {};
     }
 }
@@ -106,7 +106,7 @@ void FileDrop::Take(const QString& path) {
     try {
         host_.interpreter().Execute(line);
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
 }
 

@@ -1,8 +1,10 @@
 #include "shell/MelHighlighter.h"
 
+#include "controls/Theme.h"
 #include "mel/CommandRegistry.h"
 #include "mel/Interpreter.h"
 
+#include <QGuiApplication>
 #include <QSet>
 
 namespace lightbox {
@@ -52,7 +54,9 @@ int EndOfString(const QString& text, int start) {
 
 MelHighlighter::MelHighlighter(QTextDocument* document, const mel::Interpreter& interpreter)
     : QSyntaxHighlighter(document)
-    , interpreter_(interpreter) {}
+    , interpreter_(interpreter) {
+    connect(qGuiApp, &QGuiApplication::paletteChanged, this, &QSyntaxHighlighter::rehighlight);
+}
 
 void MelHighlighter::highlightBlock(const QString& text) {
     setCurrentBlockState(0);
@@ -65,7 +69,7 @@ void MelHighlighter::highlightBlock(const QString& text) {
 int MelHighlighter::EndOfComment(const QString& text, int start) {
     const int close = text.indexOf(QLatin1String("*/"), start);
     const int end = close < 0 ? static_cast<int>(text.size()) : close + 2;
-    setFormat(start, end - start, COMMENT_COLOR);
+    setFormat(start, end - start, Theme::Word(COMMENT_COLOR));
     setCurrentBlockState(close < 0 ? IN_COMMENT : 0);
     return end;
 }
@@ -74,7 +78,7 @@ int MelHighlighter::Highlight(const QString& text, int start) {
     const QChar letter = text.at(start);
     const QChar next = start + 1 < text.size() ? text.at(start + 1) : QChar();
     if (letter == QLatin1Char('/') && next == QLatin1Char('/')) {
-        setFormat(start, static_cast<int>(text.size()) - start, COMMENT_COLOR);
+        setFormat(start, static_cast<int>(text.size()) - start, Theme::Word(COMMENT_COLOR));
         return static_cast<int>(text.size());
     }
     if (letter == QLatin1Char('/') && next == QLatin1Char('*')) {
@@ -82,7 +86,7 @@ int MelHighlighter::Highlight(const QString& text, int start) {
     }
     if (letter == QLatin1Char('"')) {
         const int end = EndOfString(text, start);
-        setFormat(start, end - start, TEXT_COLOR);
+        setFormat(start, end - start, Theme::Word(TEXT_COLOR));
         return end;
     }
     const bool isVariable = letter == QLatin1Char('$');
@@ -91,7 +95,7 @@ int MelHighlighter::Highlight(const QString& text, int start) {
     const bool isFlag = letter == QLatin1Char('-') && next.isLetter() && !isBehindWord;
     if (isVariable || isFlag) {
         const int end = EndOfWord(text, start + 1);
-        setFormat(start, end - start, isVariable ? VARIABLE_COLOR : FLAG_COLOR);
+        setFormat(start, end - start, Theme::Word(isVariable ? VARIABLE_COLOR : FLAG_COLOR));
         return end;
     }
     if (IsWord(letter)) {
@@ -106,11 +110,11 @@ void MelHighlighter::HighlightWord(const QString& word, int start) {
     const auto length = static_cast<int>(word.size());
     const std::string name = word.toStdString();
     if (word.at(0).isDigit()) {
-        setFormat(start, length, NUMBER_COLOR);
+        setFormat(start, length, Theme::Word(NUMBER_COLOR));
     } else if (IsKeyword(word)) {
-        setFormat(start, length, KEYWORD_COLOR);
+        setFormat(start, length, Theme::Word(KEYWORD_COLOR));
     } else if (interpreter_.Commands().Find(name) || interpreter_.HasProcedure(name)) {
-        setFormat(start, length, COMMAND_COLOR);
+        setFormat(start, length, Theme::Word(COMMAND_COLOR));
     }
 }
 

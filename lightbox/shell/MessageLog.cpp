@@ -37,7 +37,7 @@ bool MessageLog::RunTyped(const QString& text) {
         }
         return true;
     } catch (const mel::Error& error) {
-        output_.Error(error.Described());
+        interpreter_.Report(error);
         return false;
     }
 }

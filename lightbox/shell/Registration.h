@@ -18,5 +18,6 @@ void RegisterWindowCommands(mel::CommandRegistry& commands, ControlRegistry* con
 // The shell's own groups of commands, one per file.
 void RegisterCommandPortCommand(WindowCommandTable& table);
 void RegisterGrabCommands(WindowCommandTable& table);
+void RegisterThemeCommand(WindowCommandTable& table);
 
 } // namespace lightbox

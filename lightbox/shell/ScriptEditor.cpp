@@ -1,5 +1,6 @@
 #include "shell/ScriptEditor.h"
 
+#include "controls/Theme.h"
 #include "mel/Interpreter.h"
 #include "scene/WholeFile.h"
 #include "shell/CodeEdit.h"
@@ -36,12 +37,12 @@ QToolButton* TextButton(const QString& text, const QString& tip) {
 QColor MessageColor(Output::Kind kind) {
     switch (kind) {
     case Output::Kind::Error:
-        return {0xe8, 0x7c, 0x72};
+        return Theme::Word({0xe8, 0x7c, 0x72});
     case Output::Kind::Warning:
-        return {0xe0, 0xc0, 0x6c};
+        return Theme::Word({0xe0, 0xc0, 0x6c});
     case Output::Kind::Result:
     case Output::Kind::Info:
-        return {0x9c, 0xa4, 0xac};
+        return Theme::FaintText();
     case Output::Kind::Print:
     case Output::Kind::Progress:
         break;

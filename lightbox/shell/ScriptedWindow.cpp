@@ -128,7 +128,7 @@ void ScriptedWindow::BuildMenus() {
         }
         host_.interpreter().Execute("lightboxBuildMainWindow");
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
     if (QWidget* const shelf = controls_->FindWidget("lightboxShelf")) {
         window_.Put(Place::Shelf, shelf);

@@ -1,6 +1,5 @@
 #include "shell/WindowSession.h"
 
-#include "controls/Theme.h"
 #include "formats/SceneFiles.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
@@ -9,6 +8,7 @@
 #include "shell/FileDrop.h"
 #include "shell/Hotkeys.h"
 #include "shell/MainWindow.h"
+#include "shell/ThemeCommand.h"
 #include "shell/WindowInterface.h"
 #include "timeline/TimeSliderBar.h"
 
@@ -38,7 +38,7 @@ void WindowSession::PrepareApplication() {
 
 WindowSession::WindowSession(Host& host)
     : host_(host) {
-    Theme::Apply(*qApp);
+    ApplyChosenTheme(host);
     host.SetUserInterface(std::make_unique<WindowInterface>(host));
     QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance();
     connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &WindowSession::Turn);

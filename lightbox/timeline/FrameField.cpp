@@ -88,7 +88,7 @@ void FrameField::Commit() {
         try {
             host_.interpreter().Execute(RowOf(role_).command + Quoted(text().toStdString()));
         } catch (const mel::Error& error) {
-            host_.output().Error(error.Described());
+            host_.interpreter().Report(error);
         }
     }
     ShowFrame();

@@ -80,7 +80,7 @@ void PlaybackMenus::Run(const std::string& statement) {
     try {
         host_.interpreter().Execute(statement);
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
 }
 

@@ -80,7 +80,8 @@ void RangeSlider::paintEvent(QPaintEvent*) {
     painter.setBrush(palette().color(QPalette::Base));
     painter.drawRoundedRect(QRectF(rect()), 3.0, 3.0);
     const QRectF bar = BarRect();
-    painter.setBrush(palette().color(QPalette::Button).lighter(135));
+    const QColor button = palette().color(QPalette::Button);
+    painter.setBrush(button.lightness() < 128 ? button.lighter(135) : button.darker(125));
     painter.drawRoundedRect(bar, 3.0, 3.0);
     QColor ink = palette().color(QPalette::ButtonText);
     ink.setAlpha(150);

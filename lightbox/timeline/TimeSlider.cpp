@@ -345,7 +345,7 @@ void TimeSlider::MoveKeys(double distance) const {
     try {
         host_.interpreter().Execute(statement);
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
 }
 

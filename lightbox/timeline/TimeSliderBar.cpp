@@ -48,7 +48,7 @@ void TimeSliderBar::NameSlider(const std::string& name) {
     try {
         host_.interpreter().Execute("global string $gPlayBackSlider; $gPlayBackSlider = " + Quoted(name));
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
 }
 

@@ -72,7 +72,7 @@ void DrawSphere(QPainter& painter, bool isFilled, bool hasWires, const QColor& c
         painter.setBrush(light);
         painter.drawEllipse(center, 7.0, 7.0);
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(Theme::Dark(), painter.pen().widthF()));
+        painter.setPen(QPen(Theme::Field(), painter.pen().widthF()));
     } else {
         painter.drawEllipse(center, 7.0, 7.0);
     }

@@ -95,7 +95,7 @@ void SelectTool::Release(View& view, const QPointF& position, Qt::KeyboardModifi
     try {
         host_.interpreter().Execute(line);
     } catch (const mel::Error& error) {
-        host_.output().Error(error.Described());
+        host_.interpreter().Report(error);
     }
 }
 

@@ -381,7 +381,8 @@ void LayerManager::UpdateLayerManagerDialog() {
     for (const auto& entry : layers_) {
         const bool cameraExists = cameras.contains(entry.first);
         for (const auto& layer : entry.second) {
-            rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState(), cameraExists});
+            rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState(), cameraExists,
+                         static_cast<quint64>(layer->GetId())});
         }
     }
     DialogManager::FillLayerManagerDialog(rows, activeCamera_, GetActiveLayerIndex(activeCamera_));

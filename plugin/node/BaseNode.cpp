@@ -411,6 +411,10 @@ void BaseNode::SetDrawContextActive(bool active) {
     }
 }
 
+bool BaseNode::IsDrawContextActive() {
+    return drawContextActive_;
+}
+
 void BaseNode::SetActiveTransformContext(LegacyOutline* context) {
     transformContext_ = context;
 }

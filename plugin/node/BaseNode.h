@@ -191,6 +191,8 @@ public:
 
     // Tools and the frame marks over the time slider.
     static void SetDrawContextActive(bool active);
+    /// Whether a press in a view draws with Settings::activeTool.
+    static bool IsDrawContextActive();
     /// The transform tool while it is active, for its outline in the legacy viewport; borrowed, null for
     /// none.
     static void SetActiveTransformContext(LegacyOutline* context);

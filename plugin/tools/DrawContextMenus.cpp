@@ -2,6 +2,7 @@
 
 #include "core/Layer.h"
 #include "host/MayaUtil.h"
+#include "host/MenuText.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "paint/ToolTable.h"
@@ -15,15 +16,6 @@
 #include <QWidget>
 
 namespace vellix {
-
-namespace {
-
-/// Escapes ampersands, which would mark a mnemonic key in a menu item.
-QString ItemText(const QString& text) {
-    return QString(text).replace(QLatin1Char('&'), QLatin1String("&&"));
-}
-
-} // namespace
 
 QAction* DrawContextInputHandler::AddItem(QMenu& menu, const QString& text, Slot slot) {
     QAction* const action = menu.addAction(text);
@@ -82,7 +74,7 @@ void DrawContextInputHandler::AddLayers(QMenu& menu, const BaseNode& node) {
             continue;
         }
         const bool isActive = cameraIsActive && layer->IsActive();
-        const QString name = ItemText(layer->GetName());
+        const QString name = MenuText(layer->GetName());
         QAction* const action = AddItem(menu, isActive ? QStringLiteral("%1 (active)").arg(name) : name,
                                         &DrawContextInputHandler::SetActiveLayer);
         action->setData(index);

@@ -86,6 +86,9 @@ void CameraLayerList::AppendLayer(const LayerManagerRow& row) {
     auto* const item = new LayerItem(camera_, items_.size(), this);
     item->Show(row);
     connect(item, &LayerItem::Focused, this, &CameraLayerList::ItemFocused);
+    connect(item, &LayerItem::DragStarted, this, &CameraLayerList::ItemDragStarted);
+    connect(item, &LayerItem::DragMoved, this, &CameraLayerList::ItemDragMoved);
+    connect(item, &LayerItem::DragEnded, this, &CameraLayerList::ItemDragEnded);
     items_.append(item);
     itemLayout_->insertWidget(0, item);
     // The layout would show the item only later and leave no room for it until then.

@@ -33,6 +33,10 @@ public:
 
 Q_SIGNALS:
     void ItemFocused(LayerItem* item);
+    /// See the signals of LayerItem.
+    void ItemDragStarted(LayerItem* item);
+    void ItemDragMoved(const QPoint& place);
+    void ItemDragEnded(bool drop);
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;

@@ -1,18 +1,38 @@
 #include "ui/CameraList.h"
 
+#include "host/MayaUtil.h"
 #include "ui/CameraLayerList.h"
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QPainter>
+#include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace vellix {
 
-struct CameraList::Place {
+namespace {
+
+constexpr int EMPTY_MARGIN = 12; ///< pixels around the text of an empty list
+constexpr int SCROLL_INTERVAL_MS = 40;
+constexpr int SCROLL_EDGE = 16; ///< pixels at the upper and lower edge where a drag scrolls
+constexpr int SCROLL_STEP = 8;  ///< pixels
+constexpr int DROP_LINE = 2;    ///< pixels
+
+} // namespace
+
+struct CameraList::Gap {
     QString camera;
-    QString name; ///< empty for no place
+    int index = -1; ///< a layer that is put here comes below the one with this index
+    int y = 0;      ///< in the content
+};
+
+struct CameraList::Place {
+    bool isKnown = false;
+    QString camera;
+    quint64 id = 0;
     int index = 0;
     int y = 0; ///< pixels below the top of the viewport
     LayerItem::Part part = LayerItem::Part::Row;
@@ -21,10 +41,21 @@ struct CameraList::Place {
 CameraList::CameraList(QWidget* parent)
     : QScrollArea(parent)
     , content_(new QWidget)
-    , layout_(new QVBoxLayout(content_)) {
+    , layout_(new QVBoxLayout(content_))
+    , empty_(new QLabel(QStringLiteral("No layers yet. New Layer adds one.")))
+    , dropLine_(new QWidget(content_)) {
     layout_->setContentsMargins(0, 0, 0, 0);
     layout_->setSpacing(2);
+    empty_->setAlignment(Qt::AlignCenter);
+    empty_->setWordWrap(true);
+    empty_->setMargin(EMPTY_MARGIN);
+    layout_->addWidget(empty_, 1);
     layout_->addStretch(1);
+    dropLine_->setAutoFillBackground(true);
+    dropLine_->setBackgroundRole(QPalette::Highlight);
+    dropLine_->hide();
+    scrolling_.setInterval(SCROLL_INTERVAL_MS);
+    connect(&scrolling_, &QTimer::timeout, this, &CameraList::ScrollWhileDragging);
     setWidget(content_);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -51,6 +82,7 @@ void CameraList::Fill(const QList<LayerManagerRow>& rows, const QString& activeC
         active->SetActive(true);
     }
     active_ = active;
+    empty_->setVisible(sections_.isEmpty());
     LayOut();
     RestoreTopmost(topmost);
     RestoreFocus(focused);
@@ -89,6 +121,9 @@ CameraLayerList* CameraList::TakeSection(const QString& camera, QList<CameraLaye
     auto* const section = new CameraLayerList(content_);
     section->SetCameraName(camera);
     connect(section, &CameraLayerList::ItemFocused, this, &CameraList::SetTabStop);
+    connect(section, &CameraLayerList::ItemDragStarted, this, &CameraList::BeginDrag);
+    connect(section, &CameraLayerList::ItemDragMoved, this, &CameraList::DragTo);
+    connect(section, &CameraLayerList::ItemDragEnded, this, &CameraList::EndDrag);
     return section;
 }
 
@@ -130,19 +165,25 @@ LayerItem* CameraList::FindItem(const QString& camera, int index) const {
     return nullptr;
 }
 
-/// Finds a layer by name on the camera, or else on another camera that it may have moved to. Null if there is
-/// none.
-LayerItem* CameraList::FindNamed(const QString& camera, const QString& name) const {
-    LayerItem* elsewhere = nullptr;
-    for (LayerItem* const item : ItemsFromTop()) {
-        if (item->GetName() == name) {
-            if (item->GetCamera() == camera) {
-                return item;
-            }
-            elsewhere = item;
-        }
+/// Finds the layer of a place, wherever it has moved to. A layer without an identity is found by camera and
+/// index. Null if there is none.
+LayerItem* CameraList::FindLayer(const Place& place) const {
+    if (place.id == 0) {
+        return FindItem(place.camera, place.index);
     }
-    return elsewhere;
+    const QList<LayerItem*> items = ItemsFromTop();
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&](const LayerItem* item) { return item->GetId() == place.id; });
+    return found == items.end() ? nullptr : *found;
+}
+
+CameraList::Place CameraList::PlaceOf(const LayerItem& item) {
+    Place place;
+    place.isKnown = true;
+    place.camera = item.GetCamera();
+    place.id = item.GetId();
+    place.index = item.GetIndex();
+    return place;
 }
 
 QList<LayerItem*> CameraList::ItemsFromTop() const {
@@ -162,8 +203,7 @@ CameraList::Place CameraList::FindTopmost() const {
     for (const LayerItem* const item : ItemsFromTop()) {
         const int y = item->mapTo(viewport(), QPoint()).y();
         if (y + item->height() > 0) {
-            place.camera = item->GetCamera();
-            place.name = item->GetName();
+            place = PlaceOf(*item);
             place.y = y;
             break;
         }
@@ -173,10 +213,10 @@ CameraList::Place CameraList::FindTopmost() const {
 
 void CameraList::RestoreTopmost(const Place& place) {
     // A list scrolled to the top stays there, so that new layers come into view.
-    if (place.name.isEmpty() || verticalScrollBar()->value() == 0) {
+    if (!place.isKnown || verticalScrollBar()->value() == 0) {
         return;
     }
-    if (const LayerItem* const item = FindNamed(place.camera, place.name)) {
+    if (const LayerItem* const item = FindLayer(place)) {
         const int moved = item->mapTo(viewport(), QPoint()).y() - place.y;
         verticalScrollBar()->setValue(verticalScrollBar()->value() + moved);
     }
@@ -185,10 +225,10 @@ void CameraList::RestoreTopmost(const Place& place) {
 CameraList::Place CameraList::FindFocused() const {
     Place place;
     for (const LayerItem* const item : ItemsFromTop()) {
-        if (item->GetFocusedPart(place.part)) {
-            place.camera = item->GetCamera();
-            place.name = item->GetName();
-            place.index = item->GetIndex();
+        LayerItem::Part part = LayerItem::Part::Row;
+        if (item->GetFocusedPart(part)) {
+            place = PlaceOf(*item);
+            place.part = part;
             break;
         }
     }
@@ -197,13 +237,13 @@ CameraList::Place CameraList::FindFocused() const {
 
 void CameraList::RestoreFocus(const Place& place) {
     const QList<LayerItem*> items = ItemsFromTop();
-    if (place.name.isEmpty()) {
+    if (!place.isKnown) {
         if (!items.contains(tabStop_) || active_) {
             SetTabStop(active_ ? active_.data() : items.value(0, nullptr));
         }
         return;
     }
-    LayerItem* item = FindNamed(place.camera, place.name);
+    LayerItem* item = FindLayer(place);
     for (int index = place.index; item == nullptr && index >= 0; --index) {
         item = FindItem(place.camera, index);
     }
@@ -214,6 +254,72 @@ void CameraList::RestoreFocus(const Place& place) {
     if (item && !(item->GetFocusedPart(part) && part == place.part)) {
         item->FocusPart(place.part, Qt::OtherFocusReason);
     }
+}
+
+// --- dragging layers --------------------------------------------------------------------------------------
+
+void CameraList::BeginDrag(LayerItem* item) {
+    dragged_ = item->GetId();
+    scrolling_.start();
+}
+
+void CameraList::DragTo(const QPoint& place) {
+    dragPlace_ = place;
+    const Gap gap = FindGap(content_->mapFromGlobal(place).y());
+    if (dragged_ != 0 && gap.index >= 0) {
+        dropLine_->setGeometry(0, gap.y - DROP_LINE / 2, content_->width(), DROP_LINE);
+        dropLine_->raise();
+        dropLine_->show();
+    }
+}
+
+void CameraList::EndDrag(bool drop) {
+    scrolling_.stop();
+    dropLine_->hide();
+    Place from; // the layer may have gone or moved meanwhile
+    from.id = dragged_;
+    const LayerItem* const item = dragged_ != 0 ? FindLayer(from) : nullptr;
+    const Gap gap = FindGap(content_->mapFromGlobal(dragPlace_).y());
+    dragged_ = 0;
+    if (!drop || !item || gap.index < 0) {
+        return;
+    }
+    if (gap.camera != item->GetCamera()) {
+        MayaUtil::MoveLayer(item->GetCamera(), item->GetIndex(), gap.camera, gap.index);
+        return;
+    }
+    const int to = gap.index > item->GetIndex() ? gap.index - 1 : gap.index;
+    if (to != item->GetIndex()) {
+        MayaUtil::MoveLayer(item->GetCamera(), item->GetIndex(), to);
+    }
+}
+
+void CameraList::ScrollWhileDragging() {
+    const int y = viewport()->mapFromGlobal(dragPlace_).y();
+    const int step = y < SCROLL_EDGE                           ? -SCROLL_STEP
+                     : y >= viewport()->height() - SCROLL_EDGE ? SCROLL_STEP
+                                                               : 0;
+    if (step != 0) {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + step);
+        DragTo(dragPlace_);
+    }
+}
+
+CameraList::Gap CameraList::FindGap(int y) const {
+    Gap nearest;
+    for (const CameraLayerList* const section : sections_) {
+        const QList<LayerItem*>& items = section->Items();
+        for (int i = 0; !items.isEmpty() && i <= items.size(); ++i) {
+            const LayerItem* const item = items[qMin(i, items.size() - 1)];
+            const int edge = item->mapTo(content_, QPoint(0, i < items.size() ? item->height() : 0)).y();
+            if (nearest.index < 0 || qAbs(edge - y) < qAbs(nearest.y - y)) {
+                nearest.camera = section->GetCameraName();
+                nearest.index = i;
+                nearest.y = edge;
+            }
+        }
+    }
+    return nearest;
 }
 
 // --- keyboard ---------------------------------------------------------------------------------------------
@@ -271,16 +377,6 @@ void CameraList::keyPressEvent(QKeyEvent* event) {
     LayerItem* const item = items[qBound(0, to, items.size() - 1)];
     item->FocusPart(part, Qt::OtherFocusReason);
     ensureWidgetVisible(item, 0, 0);
-}
-
-void CameraList::paintEvent(QPaintEvent* event) {
-    QScrollArea::paintEvent(event);
-    if (sections_.isEmpty()) {
-        QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
-        painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12), Qt::AlignCenter | Qt::TextWordWrap,
-                         QStringLiteral("No layers yet. New Layer adds one."));
-    }
 }
 
 } // namespace vellix

@@ -4,9 +4,12 @@
 #include "ui/LayerItem.h"
 
 #include <QList>
+#include <QPoint>
 #include <QPointer>
 #include <QScrollArea>
+#include <QTimer>
 
+class QLabel;
 class QVBoxLayout;
 
 namespace vellix {
@@ -41,9 +44,9 @@ public Q_SLOTS:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
 
 private:
+    struct Gap;   // a place between two layers, where a dragged one goes
     struct Place; // the place of a layer: in the viewport, or with the keyboard focus
 
     void FillSections(const QList<LayerManagerRow>& rows);
@@ -53,16 +56,27 @@ private:
     Place FindFocused() const;
     void RestoreTopmost(const Place& place);
     void RestoreFocus(const Place& place);
-    LayerItem* FindNamed(const QString& camera, const QString& name) const;
+    LayerItem* FindLayer(const Place& place) const;
+    static Place PlaceOf(const LayerItem& item);
     QList<LayerItem*> ItemsFromTop() const;
     void SetTabStop(LayerItem* item);
+    void BeginDrag(LayerItem* item);
+    void DragTo(const QPoint& place);
+    void EndDrag(bool drop);
+    void ScrollWhileDragging();
+    Gap FindGap(int y) const;
 
     QWidget* content_;
     QVBoxLayout* layout_;
+    QLabel* empty_; ///< shown when there is no layer
     QList<CameraLayerList*> sections_;
     QPointer<LayerItem> active_;
     QPointer<LayerItem> tabStop_;
     QWidget* tabPredecessor_ = nullptr;
+    quint64 dragged_ = 0; ///< identity of the layer that is dragged; 0 for none
+    QPoint dragPlace_;    ///< on the screen
+    QTimer scrolling_;    ///< runs while a layer is dragged
+    QWidget* dropLine_;
 };
 
 } // namespace vellix

@@ -1,6 +1,7 @@
 #include "ui/CameraMenu.h"
 
 #include "host/MayaUtil.h"
+#include "host/MenuText.h"
 
 #include <QMenu>
 #include <QStringList>
@@ -14,7 +15,7 @@ void CameraMenu::Add(QMenu& menu, const QString& title, const QString& except,
     MayaUtil::GetCameras(cameras);
     for (const QString& camera : cameras) {
         if (camera != except) {
-            QObject::connect(list->addAction(camera), &QAction::triggered, list,
+            QObject::connect(list->addAction(MenuText(camera)), &QAction::triggered, list,
                              [choose, camera] { choose(camera); });
         }
     }

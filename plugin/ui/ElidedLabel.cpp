@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace vellix {
 
 ElidedLabel::ElidedLabel(QWidget* parent)
@@ -13,20 +15,46 @@ ElidedLabel::ElidedLabel(QWidget* parent)
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 }
 
+void ElidedLabel::SetTextColor(const QColor& color) {
+    textColor_ = color;
+    update();
+}
+
+QSize ElidedLabel::sizeHint() const {
+    const QMargins margins = contentsMargins();
+    return {fontMetrics().size(Qt::TextSingleLine, OneLine()).width() + margins.left() + margins.right(),
+            fontMetrics().height() + margins.top() + margins.bottom()};
+}
+
 QSize ElidedLabel::minimumSizeHint() const {
-    return {fontMetrics().size(Qt::TextSingleLine, QStringLiteral("M...")).width(),
-            QLabel::minimumSizeHint().height()};
+    return {fontMetrics().size(Qt::TextSingleLine, QStringLiteral("M...")).width(), sizeHint().height()};
+}
+
+/// The text with blanks instead of what would break the line.
+QString ElidedLabel::OneLine() const {
+    QString line = text();
+    std::replace_if(
+        line.begin(), line.end(),
+        [](QChar sign) {
+            return sign.category() == QChar::Other_Control || sign.category() == QChar::Separator_Line ||
+                   sign.category() == QChar::Separator_Paragraph;
+        },
+        QLatin1Char(' '));
+    return line;
 }
 
 bool ElidedLabel::IsShortened() const {
-    return fontMetrics().size(Qt::TextSingleLine, text()).width() > contentsRect().width();
+    return fontMetrics().size(Qt::TextSingleLine, OneLine()).width() > contentsRect().width();
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+    const QString shown = fontMetrics().elidedText(OneLine(), Qt::ElideRight, contentsRect().width());
+    if (textColor_.isValid()) {
+        painter.setPen(textColor_);
+    }
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(),
-                          shown, foregroundRole());
+                          shown, textColor_.isValid() ? QPalette::NoRole : foregroundRole());
 }
 
 bool ElidedLabel::event(QEvent* event) {

@@ -11,6 +11,10 @@ class ElidedLabel : public QLabel {
 public:
     explicit ElidedLabel(QWidget* parent = nullptr);
 
+    /// The colour of the text, whatever palette and style sheet say; an invalid colour is the palette's.
+    void SetTextColor(const QColor& color);
+
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
@@ -18,7 +22,10 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    QString OneLine() const;
     bool IsShortened() const;
+
+    QColor textColor_;
 };
 
 } // namespace vellix

@@ -34,17 +34,27 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette& colors = palette();
-    const bool marked = underMouse() || hasFocus();
-    // The edge separates the field from a panel of the same colour.
-    QColor edge = marked ? colors.highlight().color() : colors.windowText().color();
-    if (!marked) {
-        edge.setAlphaF(0.35);
+    const double inset = isDown() ? 2.0 : 0.5;
+    const QRectF field = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
+    if (color_.isValid() && isEnabled()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color_);
+        painter.drawRoundedRect(field.adjusted(0.5, 0.5, -0.5, -0.5), FLAT_RADIUS, FLAT_RADIUS);
     }
-    const double width = marked ? 2.0 : 1.0;
-    const double inset = isDown() ? 2.0 : width / 2;
-    painter.setPen(QPen(edge, width));
-    painter.setBrush(color_.isValid() && isEnabled() ? QBrush(color_) : QBrush(Qt::NoBrush));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), FLAT_RADIUS, FLAT_RADIUS);
+    // The edge separates the field from a panel of the same colour.
+    QColor edge = colors.windowText().color();
+    edge.setAlphaF(underMouse() ? 1.0 : 0.6);
+    painter.setPen(QPen(edge, 1.0));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(field, FLAT_RADIUS, FLAT_RADIUS);
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        // Dotted, so that it does not look like the chosen one, and of two colours, to be seen on any.
+        const QRectF ring = field.adjusted(3, 3, -3, -3);
+        painter.setPen(QPen(Qt::white, 1.0));
+        painter.drawRect(ring);
+        painter.setPen(QPen(Qt::black, 1.0, Qt::DotLine));
+        painter.drawRect(ring);
+    }
 }
 
 } // namespace vellix

@@ -4,17 +4,25 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 
+#include <maya/M3dView.h>
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QShowEvent>
 
+#include <algorithm>
 #include <limits>
 
 namespace vellix {
 
 namespace {
+
+// Pixels.
+constexpr int PLACE_MARGIN = 24; ///< between the edge of the view and a panel
+constexpr int PLACE_GAP = 8;     ///< between two panels
+constexpr int CASCADE_STEP = 24;
 
 /// The available geometry of the screen that contains the middle of `place`, or of the nearest screen.
 QRect AvailableNear(const QRect& place) {
@@ -32,6 +40,38 @@ QRect AvailableNear(const QRect& place) {
         }
     }
     return nearest;
+}
+
+/// A place for a frame of this size beside the area's middle, where the picture is, and beside what is taken:
+/// down the area's right side, then down its left, then in a cascade.
+QRect FreePlace(const QSize& size, const QRect& area, const QList<QRect>& taken) {
+    for (int side = 0; side < 2; ++side) {
+        int top = area.top() + PLACE_MARGIN;
+        for (int i = 0; i <= taken.size(); ++i) {
+            QRect place(QPoint(area.left() + PLACE_MARGIN, top), size);
+            if (side == 0) {
+                place.moveRight(area.right() - PLACE_MARGIN);
+            }
+            const auto below = std::find_if(taken.begin(), taken.end(), [&](const QRect& other) {
+                return other.adjusted(-PLACE_GAP, -PLACE_GAP, PLACE_GAP, PLACE_GAP).intersects(place);
+            });
+            if (below == taken.end() && place.bottom() <= area.bottom()) {
+                return place;
+            }
+            top = below == taken.end() ? area.bottom() : below->bottom() + PLACE_GAP + 1;
+        }
+    }
+    const QPoint step(CASCADE_STEP, CASCADE_STEP);
+    return QRect(area.topLeft() + step * (taken.size() + 1), size);
+}
+
+/// The area of the active view on the screen; that of the window without one.
+QRect ViewArea(const QWidget& window) {
+    MStatus status;
+    M3dView view = M3dView::active3dView(&status);
+    const QWidget* const widget = status ? view.widget() : nullptr;
+    return widget && widget->isVisible() ? QRect(widget->mapToGlobal(QPoint()), widget->size())
+                                         : window.geometry();
 }
 
 bool MovesInPanel(const QKeyEvent& key) {
@@ -128,14 +168,28 @@ void FloatingPanel::RestorePlace() {
     }
     QRect place = frameGeometry();
     if (!known && parentWidget()) {
-        place.moveCenter(parentWidget()->window()->frameGeometry().center());
+        place = FreePlace(place.size(), ViewArea(*parentWidget()->window()), PlacesOfOthers());
     }
     const QRect available = AvailableNear(place);
     // A panel saved on a larger screen is cut to the size of this one.
     const QSize frame = frameGeometry().size() - size();
     resize(size().boundedTo(available.size() - frame));
     place.setSize(size() + frame);
-    move(MoveInto(place, available).topLeft());
+    // Until a window is shown its frame is not known, so a move would shift it by the frame each time.
+    const QPoint inside = MoveInto(place, available).topLeft();
+    if (inside != frameGeometry().topLeft()) {
+        move(inside);
+    }
+}
+
+QList<QRect> FloatingPanel::PlacesOfOthers() const {
+    QList<QRect> places;
+    for (const FloatingPanel* const panel : parentWidget()->findChildren<FloatingPanel*>()) {
+        if (panel != this && panel->isVisible()) {
+            places.append(panel->frameGeometry());
+        }
+    }
+    return places;
 }
 
 } // namespace vellix

@@ -2,13 +2,15 @@
 
 #include <QByteArray>
 #include <QDialog>
+#include <QList>
 
 namespace vellix {
 
 enum class Panel;
 
 /// A tool window over the host's main window, in the host's palette and font. It reopens at its last place
-/// and size, always on a screen; without a saved place it opens in the middle of the host's window. Escape
+/// and size, always on a screen; without a saved place it opens at the side of the active view, beside the
+/// panels that are open. Escape
 /// and Return go to the focused widget: only the panel's own close button closes it. Keys that work inside a
 /// panel (space, return, arrows and so on) belong to it while one of its widgets has the focus. All other
 /// shortcuts remain the host's.
@@ -35,6 +37,9 @@ protected:
     void RestorePlace();
 
 private:
+    /// Frames of the panels that are open beside this one, in screen pixels.
+    QList<QRect> PlacesOfOthers() const;
+
     QByteArray& geometry_;
 };
 

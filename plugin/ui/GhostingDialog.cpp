@@ -7,8 +7,8 @@
 
 #include <QCheckBox>
 #include <QColor>
+#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -38,19 +38,21 @@ HostColorField* CreateColor(const QString& name, const QColor& color, const QStr
     return field;
 }
 
-/// Creates a row with a widget each for "Previous:" and "Next:", left-aligned.
-QHBoxLayout* CreateRow(QWidget* previous, QWidget* next) {
-    auto* row = new QHBoxLayout;
-    auto* previousLabel = new QLabel(QStringLiteral("Previous:"));
-    auto* nextLabel = new QLabel(QStringLiteral("Next:"));
-    previousLabel->setBuddy(previous);
-    nextLabel->setBuddy(next);
-    row->addWidget(previousLabel);
-    row->addWidget(previous);
-    row->addSpacing(2 * GHOSTING_MARGIN);
-    row->addWidget(nextLabel);
-    row->addWidget(next);
-    row->addStretch();
+/// Creates a row with a widget each for "Previous:" and "Next:". Rows whose widgets are at most `width` wide
+/// stand one below the other.
+QGridLayout* CreateRow(QWidget* previous, QWidget* next, int width) {
+    auto* row = new QGridLayout;
+    row->setHorizontalSpacing(GHOSTING_MARGIN);
+    int column = 0;
+    for (QWidget* const field : {previous, next}) {
+        auto* const label =
+            new QLabel(field == previous ? QStringLiteral("Previous:") : QStringLiteral("Next:"));
+        label->setBuddy(field);
+        row->addWidget(label, 0, column++);
+        row->setColumnMinimumWidth(column, width + GHOSTING_MARGIN);
+        row->addWidget(field, 0, column++, Qt::AlignLeft | Qt::AlignVCenter);
+    }
+    row->setColumnStretch(column, 1);
     return row;
 }
 
@@ -76,7 +78,6 @@ GhostingDialog::GhostingDialog(QWidget* parent)
     setObjectName(QStringLiteral("qmVxGhosting"));
     setWindowTitle(QStringLiteral("Ghosting Settings"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
-    setMinimumWidth(GHOSTING_LEAST_WIDTH);
     previousCount_->setObjectName(QStringLiteral("qmVxGhostingPreviousCount"));
     nextCount_->setObjectName(QStringLiteral("qmVxGhostingNextCount"));
     colorOverride_->setObjectName(QStringLiteral("qmVxGhostingColorOverride"));
@@ -85,6 +86,7 @@ GhostingDialog::GhostingDialog(QWidget* parent)
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(GHOSTING_MARGIN, GHOSTING_MARGIN, GHOSTING_MARGIN, GHOSTING_MARGIN);
+    column->addSpacerItem(new QSpacerItem(GHOSTING_LEAST_WIDTH - 2 * GHOSTING_MARGIN, 0));
     column->addWidget(CreateFramesGroup());
     column->addWidget(CreateColorGroup());
     column->addStretch();
@@ -95,7 +97,7 @@ GhostingDialog::GhostingDialog(QWidget* parent)
 
 QWidget* GhostingDialog::CreateFramesGroup() {
     auto* group = new QGroupBox(QStringLiteral("Frames to Display"));
-    group->setLayout(CreateRow(previousCount_, nextCount_));
+    group->setLayout(CreateRow(previousCount_, nextCount_, previousCount_->sizeHint().width()));
     return group;
 }
 
@@ -103,7 +105,7 @@ QWidget* GhostingDialog::CreateColorGroup() {
     auto* group = new QGroupBox(QStringLiteral("Color Override"));
     auto* column = new QVBoxLayout(group);
     column->addWidget(colorOverride_);
-    column->addLayout(CreateRow(previousColor_, nextColor_));
+    column->addLayout(CreateRow(previousColor_, nextColor_, previousCount_->sizeHint().width()));
     return group;
 }
 

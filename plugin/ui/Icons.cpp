@@ -279,10 +279,9 @@ void Sketch::Step(bool back) {
         painter_.translate(24, 0);
         painter_.scale(-1, 1);
     }
-    Frame(QRectF(11.75, 4.75, 8.5, 14.5));
+    Polygon({{5.5, 5.5}, {15, 12}, {5.5, 18.5}});
     UseAccent(true);
-    painter_.drawLine(QPointF(2.75, 12), QPointF(8, 12));
-    Polyline({{5.25, 8.75}, {8.5, 12}, {5.25, 15.25}});
+    painter_.drawLine(QPointF(18.5, 5.5), QPointF(18.5, 18.5));
 }
 
 // --- layers -----------------------------------------------------------------------------------------------

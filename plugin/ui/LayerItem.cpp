@@ -2,6 +2,7 @@
 
 #include "core/LayerState.h"
 #include "host/MayaUtil.h"
+#include "host/MenuText.h"
 #include "host/panels/DialogManager.h"
 #include "ui/CameraMenu.h"
 #include "ui/ElidedLabel.h"
@@ -10,8 +11,10 @@
 
 #include <maya/MQtUtil.h>
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -82,6 +85,10 @@ QString LayerItem::GetName() const {
 }
 
 void LayerItem::Show(const LayerManagerRow& row) {
+    if (id_ != row.id) {
+        EndRename(false);
+        id_ = row.id;
+    }
     if (name_->text() != row.name) {
         name_->setText(row.name);
         setAccessibleName(row.name);
@@ -117,6 +124,11 @@ void LayerItem::UpdateColors() {
         colors.setBrush(QPalette::Window, colors.brush(QPalette::Mid));
     }
     setPalette(colors);
+    // A style sheet keeps the row's palette from its children.
+    const QColor text = active_ ? colors.color(QPalette::WindowText) : QColor();
+    name_->SetTextColor(text);
+    visibility_->SetTextColor(text);
+    state_->SetTextColor(text);
 }
 
 // --- actions ----------------------------------------------------------------------------------------------
@@ -144,10 +156,70 @@ void LayerItem::CycleState() {
     MayaUtil::SetLayerState(camera_, index_, next);
 }
 
+void LayerItem::BeginRename() {
+    if (editor_) {
+        return;
+    }
+    editor_ = new QLineEdit(name_->text(), this);
+    editor_->setObjectName(objectName() + QStringLiteral("Name"));
+    editor_->setAccessibleName(QStringLiteral("Name of the layer"));
+    editor_->setGeometry(name_->geometry().adjusted(-2, -2, 0, 2));
+    editor_->selectAll();
+    editor_->show();
+    editor_->setFocus(Qt::OtherFocusReason);
+    editor_->installEventFilter(this);
+    connect(editor_, &QLineEdit::editingFinished, this, [this] { EndRename(true); });
+}
+
+void LayerItem::EndRename(bool keep) {
+    if (!editor_) {
+        return;
+    }
+    QLineEdit* const editor = editor_;
+    editor_ = nullptr; // hiding it ends the editing once more
+    const QString name = editor->text();
+    const bool hadFocus = editor->hasFocus();
+    editor->hide();
+    editor->deleteLater();
+    if (hadFocus) {
+        setFocus(Qt::OtherFocusReason);
+    }
+    if (keep && !name.trimmed().isEmpty() && name != name_->text()) {
+        MayaUtil::SetLayerName(camera_, index_, name);
+    }
+}
+
 void LayerItem::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         setFocus(Qt::MouseFocusReason);
+        press_ = event->pos();
         Activate();
+    }
+}
+
+void LayerItem::mouseMoveEvent(QMouseEvent* event) {
+    const bool isFar = (event->pos() - press_).manhattanLength() >= QApplication::startDragDistance();
+    if ((event->buttons() & Qt::LeftButton) != 0 && (isDragged_ || isFar)) {
+        if (!isDragged_) {
+            isDragged_ = true;
+            setCursor(Qt::ClosedHandCursor);
+            Q_EMIT DragStarted(this);
+        }
+        Q_EMIT DragMoved(event->globalPos());
+    }
+}
+
+void LayerItem::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        EndDrag(true);
+    }
+}
+
+void LayerItem::EndDrag(bool drop) {
+    if (isDragged_) {
+        isDragged_ = false;
+        unsetCursor();
+        Q_EMIT DragEnded(drop);
     }
 }
 
@@ -164,14 +236,14 @@ void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
     auto* const menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QWidget* const panel = window();
-    QString name = GetName();
-    name.replace(QLatin1Char('&'), QLatin1String("&&"));
-    connect(menu->addAction(QStringLiteral("%1...").arg(name)), &QAction::triggered, panel,
+    connect(menu->addAction(QStringLiteral("%1...").arg(MenuText(GetName()))), &QAction::triggered, panel,
             [camera, index, panel] { DialogManager::ShowLayerPropertiesDialog(camera, index, panel); });
     menu->addSeparator();
     CameraMenu::Add(
         *menu, QStringLiteral("Move layer to         "), camera,
         [camera, index](const QString& chosen) { MayaUtil::MoveLayer(camera, index, chosen, -1); });
+    CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,
+                    [camera](const QString& chosen) { MayaUtil::MoveAllLayers(camera, chosen); });
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     menu->popup(byKey ? mapToGlobal(rect().bottomLeft()) : event->globalPos());
 }
@@ -219,13 +291,37 @@ bool LayerItem::GetFocusedPart(Part& part) const {
     return false;
 }
 
+bool LayerItem::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        // Delete is a shortcut of the host as well, which would delete what is selected in the scene.
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.modifiers() == Qt::NoModifier && (key.key() == Qt::Key_Delete || key.key() == Qt::Key_F2)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
 void LayerItem::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     if (hasFocus() && (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)) {
         Activate();
         return;
     }
+    if (key == Qt::Key_Escape && isDragged_) {
+        EndDrag(false);
+        return;
+    }
     Part part = Part::Row;
+    if (key == Qt::Key_F2) {
+        BeginRename();
+        return;
+    }
+    if (key == Qt::Key_Delete) {
+        MayaUtil::RemoveLayer(camera_, index_);
+        return;
+    }
     if ((key == Qt::Key_Left || key == Qt::Key_Right) && GetFocusedPart(part)) {
         const int count = static_cast<int>(sizeof(PARTS) / sizeof(PARTS[0]));
         const int step = key == Qt::Key_Right ? 1 : -1;
@@ -236,7 +332,16 @@ void LayerItem::keyPressEvent(QKeyEvent* event) {
 }
 
 bool LayerItem::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusIn) {
+    if (watched == editor_ && editor_) {
+        const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+            event->accept();
+            if (event->type() == QEvent::KeyPress) {
+                EndRename(false);
+            }
+            return true;
+        }
+    } else if (event->type() == QEvent::FocusIn) {
         Q_EMIT Focused(this);
     }
     return QWidget::eventFilter(watched, event);

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QLineEdit;
+
 namespace vellix {
 
 class ElidedLabel;
@@ -21,6 +23,8 @@ public:
 
     const QString& GetCamera() const { return camera_; }
     int GetIndex() const { return index_; }
+    /// The identity of the layer that is shown; see LayerManagerRow.
+    quint64 GetId() const { return id_; }
     QString GetName() const;
 
     void Show(const LayerManagerRow& row);
@@ -39,13 +43,20 @@ public:
 
 Q_SIGNALS:
     void Focused(LayerItem* item);
+    /// The user began to drag the row with the left button, moved it to a place on the screen, and ended it.
+    void DragStarted(LayerItem* item);
+    void DragMoved(const QPoint& place);
+    void DragEnded(bool drop);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -55,14 +66,22 @@ private:
     void OpenProperties();
     void ToggleVisibility();
     void CycleState();
+    /// Edits the name in place.
+    void BeginRename();
+    void EndRename(bool keep);
+    void EndDrag(bool drop);
     QWidget* GetWidget(Part part) const;
 
     QString camera_;
     int index_;
+    quint64 id_ = 0;
     bool active_ = false;
     LayerToggle* visibility_;
     LayerToggle* state_;
     ElidedLabel* name_;
+    QLineEdit* editor_ = nullptr; ///< while the name is edited
+    QPoint press_;                ///< place of the last press in the row
+    bool isDragged_ = false;
 };
 
 } // namespace vellix

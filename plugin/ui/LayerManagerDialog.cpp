@@ -103,13 +103,13 @@ void LayerManagerDialog::QueueUpdate() {
 
 void LayerManagerDialog::Update() {
     updateQueued_ = false;
-    // A new layer is scrolled into view. Undo and redo keep the scroll position.
-    const LayerItem* const active = list_->GetActive();
-    const bool isNew = !undoing_ && rows_.size() > shownCount_;
+    // A layer that becomes active is scrolled into view. Undo and redo keep the scroll position.
+    const quint64 active = ActiveLayer();
+    const bool isOther = !undoing_ && active != shownActive_;
     undoing_ = false;
-    shownCount_ = rows_.size();
+    shownActive_ = active;
     list_->Fill(rows_, activeCamera_, activeIndex_);
-    revealActive_ = revealActive_ || (isNew && active != list_->GetActive());
+    revealActive_ = revealActive_ || isOther;
     moveUp_->SetDimmed(!CanMoveUp());
     moveDown_->SetDimmed(!CanMoveDown());
     delete_->SetDimmed(!HasActive());
@@ -117,6 +117,17 @@ void LayerManagerDialog::Update() {
         revealActive_ = false;
         list_->RevealActive();
     }
+}
+
+/// The identity of the active layer; 0 for none.
+quint64 LayerManagerDialog::ActiveLayer() const {
+    int index = activeIndex_;
+    for (const LayerManagerRow& row : rows_) {
+        if (row.camera == activeCamera_ && index-- == 0) {
+            return row.id;
+        }
+    }
+    return 0;
 }
 
 // --- actions ----------------------------------------------------------------------------------------------

@@ -43,6 +43,7 @@ protected:
 private:
     void QueueUpdate();
     bool HasActive() const;
+    quint64 ActiveLayer() const;
     bool CanMoveUp() const;
     bool CanMoveDown() const;
 
@@ -53,7 +54,7 @@ private:
     QList<LayerManagerRow> rows_;
     QString activeCamera_;
     int activeIndex_ = -1;
-    int shownCount_ = 0; ///< rows shown by the last update
+    quint64 shownActive_ = 0; ///< the active layer that the last update showed
     bool updateQueued_ = false;
     bool undoing_ = false; ///< a reported change came from undo or redo
     bool revealActive_ = true;

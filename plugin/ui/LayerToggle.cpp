@@ -25,6 +25,11 @@ void LayerToggle::Show(const QString& letter, const QString& meaning) {
     }
 }
 
+void LayerToggle::SetTextColor(const QColor& color) {
+    textColor_ = color;
+    update();
+}
+
 QSize LayerToggle::sizeHint() const {
     const QRect letter = fontMetrics().boundingRect(QLatin1Char('V'));
     return QSize(letter.width() + 8, fontMetrics().ascent() + 1).expandedTo(QSize(20, 14));
@@ -54,14 +59,15 @@ void LayerToggle::keyPressEvent(QKeyEvent* event) {
 void LayerToggle::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor line = palette().color(QPalette::ButtonText);
+    const QColor ink = textColor_.isValid() ? textColor_ : palette().color(QPalette::ButtonText);
+    QColor line = ink;
     QColor inside = line;
-    line.setAlphaF(hasFocus() ? 1.0 : 0.4);
-    inside.setAlphaF(underMouse() ? 0.22 : 0.08);
+    line.setAlphaF(hasFocus() ? 1.0 : 0.6);
+    inside.setAlphaF(underMouse() ? 0.22 : 0.0);
     painter.setPen(QPen(line, 1.0));
     painter.setBrush(inside);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 2.0, 2.0);
-    painter.setPen(palette().color(QPalette::ButtonText));
+    painter.setPen(ink);
     // Capitals have no descent, so the letter is centred without it.
     const QFontMetrics metrics = fontMetrics();
     const QRect letter = metrics.tightBoundingRect(text());

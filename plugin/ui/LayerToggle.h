@@ -15,12 +15,18 @@ public:
     /// Sets the letter. `meaning` becomes the tooltip.
     void Show(const QString& letter, const QString& meaning);
 
+    /// The colour of letter and edge, whatever palette and style sheet say.
+    void SetTextColor(const QColor& color);
+
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+
+private:
+    QColor textColor_;
 };
 
 } // namespace vellix

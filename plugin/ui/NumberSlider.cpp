@@ -8,6 +8,8 @@
 #include <QSlider>
 #include <QSpinBox>
 
+#include <cmath>
+
 namespace vellix {
 
 namespace {
@@ -15,13 +17,43 @@ namespace {
 /// Interval of Changed() while the slider is dragged.
 constexpr int CHANGE_INTERVAL_MS = 60;
 constexpr int SLIDER_WIDTH = 80;
+/// Positions of a curved slider, enough that each value has one.
+constexpr int CURVE_STEPS = 10000;
+
+/// Takes a number that is too large as the largest, and not its first digits.
+class NumberField : public QSpinBox {
+protected:
+    QValidator::State validate(QString& text, int& position) const override {
+        const QValidator::State state = QSpinBox::validate(text, position);
+        return state == QValidator::Invalid && IsTooLarge(text) ? QValidator::Intermediate : state;
+    }
+
+    void fixup(QString& text) const override {
+        if (IsTooLarge(text)) {
+            text = prefix() + locale().toString(maximum()) + suffix();
+        } else {
+            QSpinBox::fixup(text);
+        }
+    }
+
+private:
+    bool IsTooLarge(const QString& text) const {
+        QString number = text;
+        if (!suffix().isEmpty() && number.endsWith(suffix())) {
+            number.chop(suffix().size());
+        }
+        bool isNumber = false;
+        const double value = number.trimmed().toDouble(&isNumber);
+        return isNumber && number.indexOf(QLatin1Char('.')) < 0 && value > maximum();
+    }
+};
 
 } // namespace
 
 NumberSlider::NumberSlider(const QString& name, QWidget* parent)
     : QWidget(parent)
     , slider_(new QSlider(Qt::Horizontal))
-    , number_(new QSpinBox) {
+    , number_(new NumberField) {
     setObjectName(name);
     slider_->setObjectName(name + QStringLiteral("Slider"));
     number_->setObjectName(name + QStringLiteral("Number"));
@@ -47,6 +79,7 @@ NumberSlider::NumberSlider(const QString& name, QWidget* parent)
     changeTimer_.setInterval(CHANGE_INTERVAL_MS);
     connect(&changeTimer_, &QTimer::timeout, this, &NumberSlider::EmitChange);
     connect(slider_, &QSlider::valueChanged, this, &NumberSlider::OnSliderMoved);
+    connect(slider_, &QSlider::actionTriggered, this, &NumberSlider::OnSliderAction);
     connect(slider_, &QSlider::sliderReleased, this, &NumberSlider::EmitChange);
     connect(number_, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged), this,
             &NumberSlider::OnNumberChanged);
@@ -65,12 +98,44 @@ void NumberSlider::SetUp(int least, int most, const QString& suffix, const QStri
     }
 }
 
+void NumberSlider::SetCurved(bool curved) {
+    isCurved_ = curved;
+    SetRange(number_->minimum(), number_->maximum());
+}
+
 void NumberSlider::SetRange(int least, int most) {
     const QSignalBlocker sliderBlocker(slider_);
     const QSignalBlocker numberBlocker(number_);
-    slider_->setRange(least, most);
-    slider_->setPageStep(qMax(1, (most - least) / 10));
     number_->setRange(least, most);
+    slider_->setRange(isCurved_ ? 0 : least, isCurved_ ? CURVE_STEPS : most);
+    slider_->setPageStep(qMax(1, (slider_->maximum() - slider_->minimum()) / 10));
+    slider_->setValue(PositionOf(number_->value()));
+}
+
+/// A curved slider's value grows with the square of its position, so that a third of the way is a tenth of
+/// the range.
+int NumberSlider::ValueAt(int position) const {
+    if (!isCurved_) {
+        return position;
+    }
+    const double part = static_cast<double>(position) / CURVE_STEPS;
+    return number_->minimum() + qRound(part * part * (number_->maximum() - number_->minimum()));
+}
+
+int NumberSlider::PositionOf(int value) const {
+    const int range = number_->maximum() - number_->minimum();
+    return !isCurved_ || range <= 0
+               ? value
+               : qRound(std::sqrt(static_cast<double>(value - number_->minimum()) / range) * CURVE_STEPS);
+}
+
+/// An arrow key changes the value by 1 wherever the slider stands.
+void NumberSlider::OnSliderAction(int action) {
+    const bool up = action == QAbstractSlider::SliderSingleStepAdd;
+    if (isCurved_ && (up || action == QAbstractSlider::SliderSingleStepSub)) {
+        const int value = number_->value() + (up ? 1 : -1);
+        slider_->setSliderPosition(PositionOf(qBound(number_->minimum(), value, number_->maximum())));
+    }
 }
 
 void NumberSlider::FitNumber() {
@@ -91,22 +156,22 @@ void NumberSlider::changeEvent(QEvent* event) {
 }
 
 int NumberSlider::GetValue() const {
-    return slider_->value();
+    return number_->value();
 }
 
 void NumberSlider::SetValue(int value) {
-    if (pending_ || value == slider_->value()) {
+    if (pending_ || value == number_->value()) {
         return;
     }
     const QSignalBlocker sliderBlocker(slider_);
     const QSignalBlocker numberBlocker(number_);
-    slider_->setValue(value);
     number_->setValue(value);
+    slider_->setValue(PositionOf(number_->value()));
 }
 
-void NumberSlider::OnSliderMoved(int value) {
+void NumberSlider::OnSliderMoved(int position) {
     const QSignalBlocker blocker(number_);
-    number_->setValue(value);
+    number_->setValue(ValueAt(position));
     pending_ = true;
     if (!slider_->isSliderDown()) {
         EmitChange();
@@ -117,7 +182,7 @@ void NumberSlider::OnSliderMoved(int value) {
 
 void NumberSlider::OnNumberChanged(int value) {
     const QSignalBlocker blocker(slider_);
-    slider_->setValue(value);
+    slider_->setValue(PositionOf(value));
     pending_ = true;
     EmitChange();
 }
@@ -126,7 +191,7 @@ void NumberSlider::EmitChange() {
     changeTimer_.stop();
     if (pending_) {
         pending_ = false;
-        Q_EMIT Changed(slider_->value());
+        Q_EMIT Changed(number_->value());
     }
 }
 

@@ -9,7 +9,8 @@ class QSpinBox;
 namespace vellix {
 
 /// A slider and a number field for one integer. While the slider is dragged, the number follows at once and
-/// Changed() is emitted a few times a second; the last value is emitted when the slider is released.
+/// Changed() is emitted a few times a second; the last value is emitted when the slider is released. A number
+/// that is too large becomes the largest.
 class NumberSlider : public QWidget {
     Q_OBJECT
 
@@ -20,6 +21,8 @@ public:
     /// Sets the range, the number's suffix, and the tooltip and accessible name of both parts.
     void SetUp(int least, int most, const QString& suffix, const QString& toolTip);
     void SetRange(int least, int most);
+    /// Whether the slider is finer for small values. At first it is not.
+    void SetCurved(bool curved);
 
     int GetValue() const;
     /// Shows the value without emitting Changed(). Does nothing while a change by the user is pending.
@@ -35,7 +38,10 @@ protected:
 private:
     /// Gives all number fields one width, so that they line up in a column.
     void FitNumber();
-    void OnSliderMoved(int value);
+    int ValueAt(int position) const;
+    int PositionOf(int value) const;
+    void OnSliderMoved(int position);
+    void OnSliderAction(int action);
     void OnNumberChanged(int value);
     void EmitChange();
 
@@ -43,6 +49,7 @@ private:
     QSpinBox* number_;
     QTimer changeTimer_;
     bool pending_ = false;
+    bool isCurved_ = false;
 };
 
 } // namespace vellix

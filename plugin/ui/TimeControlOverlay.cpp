@@ -62,6 +62,9 @@ TimeControlOverlay::TimeControlOverlay(QWidget* timeSlider)
     : QWidget(timeSlider) {
     if (timeSlider) {
         setGeometry(timeSlider->rect());
+        // Moves without a button go on to the slider, which shows by its cursor what a press would take hold
+        // of.
+        setMouseTracking(true);
         connect(timeSlider, &QObject::destroyed, this, [this] { setParent(nullptr); });
     }
 }
@@ -88,10 +91,13 @@ void TimeControlOverlay::SetShown(bool shown) {
 }
 
 void TimeControlOverlay::SetDrawContextActive(bool active) {
+    const bool shifted = GetMoveOffset() != 0;
     drawContextActive_ = active;
     ResetDrag();
     if (active) {
         UpdateDrag();
+    } else if (shifted) {
+        MayaUtil::RefreshTimelineOverlay(); // puts the marks back
     }
 }
 
@@ -193,7 +199,7 @@ void TimeControlOverlay::mousePressEvent(QMouseEvent* event) {
 }
 
 void TimeControlOverlay::mouseMoveEvent(QMouseEvent* event) {
-    if (FollowsRange() && rangeVisibleAtPress_) {
+    if (FollowsRange() && rangeVisibleAtPress_ && event->buttons() != Qt::NoButton) {
         dragging_ = true;
     }
     event->ignore();

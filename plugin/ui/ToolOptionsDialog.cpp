@@ -52,7 +52,7 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     , pressure_(new QCheckBox(QStringLiteral("Tablet pressure")))
     , font_(new QFontComboBox) {
     setObjectName(QStringLiteral("qmVxToolOptions"));
-    setMinimumWidth(OPTIONS_LEAST_WIDTH);
+    size_->SetCurved(true);
     pressure_->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
     font_->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
     pressure_->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
@@ -65,6 +65,8 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     grid->setContentsMargins(OPTIONS_MARGIN, OPTIONS_MARGIN, OPTIONS_MARGIN, OPTIONS_MARGIN);
     grid->setSpacing(OPTIONS_SPACING);
     grid->setColumnStretch(1, 1);
+    // Not a minimum of the window, which would hide that larger fonts need more.
+    grid->addItem(new QSpacerItem(OPTIONS_LEAST_WIDTH - 2 * OPTIONS_MARGIN, 0), 0, 0, 1, 2);
     grid->addLayout(CreateHeader(), 0, 0, 1, 2);
     AddRow(*grid, QStringLiteral("Size"), size_);
     AddRow(*grid, QStringLiteral("Opacity"), opacity_);

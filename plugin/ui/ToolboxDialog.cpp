@@ -139,6 +139,7 @@ QLayout* ToolboxDialog::CreateOptions() {
     grid->setSpacing(TOOLBOX_SPACING);
     grid->setHorizontalSpacing(TOOLBOX_MARGIN);
     size_ = new NumberSlider(QStringLiteral("qmVxToolboxSize"));
+    size_->SetCurved(true);
     opacity_ = new NumberSlider(QStringLiteral("qmVxToolboxOpacity"));
     opacity_->SetUp(1, 100, QStringLiteral(" %"), QStringLiteral("Opacity of the active tool"));
     int row = 0;
@@ -221,12 +222,12 @@ IconButton* ToolboxDialog::CreateGhostSwitch(const Icon& icon, const char* name,
 // --- display and actions ----------------------------------------------------------------------------------
 
 void ToolboxDialog::Refresh() {
-    const bool transforms = BaseNode::GetActiveTransformContext() != nullptr;
+    // None is pressed while the host's own tools are on: a drag would not draw.
     int place = 0;
     for (const ToolRow& tool : AllTools()) {
-        tools_[place++]->setChecked(!transforms && tool.type == Settings::activeTool);
+        tools_[place++]->setChecked(BaseNode::IsDrawContextActive() && tool.type == Settings::activeTool);
     }
-    transform_->setChecked(transforms);
+    transform_->setChecked(BaseNode::GetActiveTransformContext() != nullptr);
     ghostPrevious_->setChecked(Settings::ghostPrev);
     ghostNext_->setChecked(Settings::ghostNext);
     color_->SetColor(Settings::activeColor);

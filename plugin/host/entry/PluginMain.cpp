@@ -73,6 +73,8 @@ MStatus initializePlugin(MObject obj) {
         if (Settings::guiEnabled) {
             DialogManager::ReopenPanels();
         }
+    } else if (Settings::guiEnabled) {
+        MayaUtil::DeleteMainMenu(); // its entries would run commands that are not there
     }
     return status;
 }

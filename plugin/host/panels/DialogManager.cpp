@@ -143,16 +143,19 @@ void DialogManager::ResetPanels() {
     for (const PanelRow& row : PANELS) {
         Settings::GetPanelGeometry(row.panel).clear();
     }
+    QList<QWidget*> open;
     for (auto& panel : GetRegistry().panels) {
-        if (QWidget* window = panel.second.window) {
-            window->setWindowState(Qt::WindowNoState);
-            window->resize(window->sizeHint().expandedTo(window->minimumSize()));
-            if (const QWidget* parent = window->parentWidget()) {
-                QRect place(QPoint(), window->size());
-                place.moveCenter(parent->geometry().center());
-                window->move(place.topLeft());
-            }
+        QWidget* const window = panel.second.window;
+        if (window && window->isVisible()) {
+            open.append(window);
+            window->hide();
         }
+    }
+    // Without a stored place a panel finds one as it is shown, beside those that are shown already.
+    for (QWidget* const window : open) {
+        window->setWindowState(Qt::WindowNoState);
+        window->resize(window->sizeHint().expandedTo(window->minimumSize()));
+        window->show();
     }
 }
 

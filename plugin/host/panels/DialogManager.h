@@ -25,6 +25,7 @@ struct LayerManagerRow {
     bool visible;
     LayerState state;
     bool cameraExists = true; ///< false: the camera was deleted, its layers were kept
+    quint64 id = 0;           ///< the layer's identity (see LayerId); 0 if it is not known
 };
 
 /// The layer manager panel as the drawing sees it.
@@ -116,8 +117,7 @@ public:
 
     /// Shows the panel in front of all others, restored if minimised, and activates it.
     static void BringUp(QWidget& panel);
-    /// Clears every panel's stored geometry. Moves the existing panels to the middle of the host's window and
-    /// resizes them to their size hint.
+    /// Clears every panel's stored geometry. The open panels are placed and sized as at their first use.
     static void ResetPanels();
 
     /// Stores in the host's option variables which panels are open. Panels call it when they open and close.

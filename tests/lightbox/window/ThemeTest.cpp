@@ -1,12 +1,15 @@
 #include "controls/Theme.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QImage>
+#include <QRadioButton>
 #include <QStyle>
 #include <QStyleOptionSpinBox>
 
 #include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 using namespace lightbox;
@@ -43,6 +46,32 @@ TEST(ThemeTest, TheButtonsOfASpinBoxHaveArrows) {
         EXPECT_GT(LightestPixel(*box, QStyle::SC_SpinBoxUp), 150);
         EXPECT_GT(LightestPixel(*box, QStyle::SC_SpinBoxDown), 150);
     }
+}
+
+TEST(ThemeTest, WhatIsOffIsSeenToo) {
+    for (const Theme::Kind kind : {Theme::Kind::Dark, Theme::Kind::Light}) {
+        Theme::Apply(*qApp, kind);
+        const bool isDark = kind == Theme::Kind::Dark;
+        EXPECT_EQ(Theme::Window().lightness() < 128, isDark);
+        EXPECT_EQ(Theme::Text().lightness() > 128, isDark);
+        QCheckBox box;
+        QRadioButton radio;
+        for (QAbstractButton* const button :
+             {static_cast<QAbstractButton*>(&box), static_cast<QAbstractButton*>(&radio)}) {
+            button->resize(button->sizeHint());
+            const QImage off = button->grab().toImage();
+            button->setChecked(true);
+            const QImage on = button->grab().toImage();
+            EXPECT_NE(off, on);
+            int most = 0;
+            for (int x = 0; x < off.width(); ++x) {
+                most = std::max(
+                    most, std::abs(qGray(off.pixel(x, off.height() / 2)) - qGray(Theme::Window().rgb())));
+            }
+            EXPECT_GT(most, 60);
+        }
+    }
+    Theme::Apply(*qApp);
 }
 
 } // namespace

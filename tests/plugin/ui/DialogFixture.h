@@ -76,6 +76,9 @@ protected:
         Settle();
         QWidget* window = FindWindow(QString::fromLatin1(title));
         EXPECT_NE(window, nullptr) << title;
+        if (window) {
+            static_cast<void>(QTest::qWaitForWindowExposed(window));
+        }
         return window;
     }
     /// The button with this text, or with a tooltip that begins with it.

@@ -1,5 +1,6 @@
 #include "ui/FloatingPanel.h"
 
+#include "host/panels/DialogManager.h"
 #include "plugin/ui/DialogFixture.h"
 
 #include <QScreen>
@@ -68,10 +69,34 @@ TEST_F(PanelPlaceTest, ALostPlaceIsFoundAgain) {
     Panel().close();
     Settings::layerManagerGeometry = QByteArray("\x01\xd9\xd0\xcb not a place");
     EXPECT_TRUE(isOnScreen());
-    // Forgotten: in the middle of the host's window.
-    Panel().close();
-    Settings::layerManagerGeometry.clear();
-    EXPECT_LT((Panel().frameGeometry().center() - Window().frameGeometry().center()).manhattanLength(), 4);
+}
+
+TEST_F(PanelPlaceTest, AtFirstPanelsLieBesideThePictureAndEachOther) {
+    const auto checkPlaces = [&] {
+        QList<QRect> places;
+        for (const WindowRow& row : WINDOWS) {
+            if (!row.isDialog) {
+                const QWidget* const panel = Open(row.flag, row.title);
+                ASSERT_NE(panel, nullptr);
+                const QRect place = panel->frameGeometry();
+                for (const QRect& other : places) {
+                    EXPECT_FALSE(place.intersects(other)) << row.title;
+                }
+                EXPECT_FALSE(place.contains(Window().frameGeometry().center())) << row.title;
+                places.append(place);
+            }
+        }
+    };
+    checkPlaces();
+    for (const WindowRow& row : WINDOWS) {
+        if (!row.isDialog) {
+            FindWindow(QLatin1String(row.title))->move(200, 200);
+        }
+    }
+    Settle();
+    DialogManager::ResetPanels();
+    Settle();
+    checkPlaces();
 }
 
 } // namespace vellix

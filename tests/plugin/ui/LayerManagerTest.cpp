@@ -5,6 +5,7 @@
 #include "ui/PlainIconButton.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -205,8 +206,8 @@ TEST_F(LayerManagerTest, MenusListTheOtherCamerasAndMoveThere) {
     LayerManagerDialog& panel = Panel();
     Menu(Item(panel, "front", 0));
     QMenu& menu = PoppedUp();
-    EXPECT_EQ(Texts(menu), QStringList({"A && B...", "-", "Move layer to         "}));
-    QMenu& cameras = *menu.actions().last()->menu();
+    EXPECT_EQ(Texts(menu), QStringList({"A && B...", "-", "Move layer to         ", "Move all layers to         "}));
+    QMenu& cameras = *menu.actions().at(2)->menu();
     EXPECT_EQ(Texts(cameras), QStringList({"persp", "top", "side"}));
     {
         const ExecutedLines lines;
@@ -270,9 +271,9 @@ TEST_F(LayerManagerTest, RefillingKeepsPlaceAndFocus) {
     const int before = y(anchor);
 
     // The last one brings a row above what is seen, and takes it away again.
-    for (const char* const line : {"qmVellixLayer -es 1 5 camera3", "qmVellixLayer -ev 0 0 camera1",
-                                   "qmVellixLayer -e -active 0 camera1", "qmVellixLayer -delete 1 camera5",
-                                   "qmVellixLayer -delete 2 camera1", "qmVellixUtil -rlm"}) {
+    for (const char* const line :
+         {"qmVellixLayer -es 1 5 camera3", "qmVellixLayer -ev 0 0 camera1", "qmVellixLayer -delete 1 camera5",
+          "qmVellixLayer -delete 2 camera1", "qmVellixUtil -rlm"}) {
         SCOPED_TRACE(line);
         for (const char* const step : {line, "undo", "redo", "undo"}) {
             const bool refresh = std::string(line).find("-rlm") != std::string::npos;
@@ -286,11 +287,16 @@ TEST_F(LayerManagerTest, RefillingKeepsPlaceAndFocus) {
     Run("qmVellixLayer -move 9 12 camera3");
     Settle(20);
     EXPECT_EQ(panel.focusWidget(), Toggle(Item(panel, "camera3", 12), 1));
-    // A layer that is made here is brought into view.
-    Run("qmVellixLayer -add -n Newest -ls 0 camera1");
-    Settle(20);
-    EXPECT_TRUE(panel.findChild<QScrollArea*>()->viewport()->rect().contains(
-        Item(panel, "camera1", 20).mapTo(panel.findChild<QScrollArea*>()->viewport(), QPoint(2, 2))));
+    // A layer that becomes active, and one that is made here, are brought into view.
+    for (const char* const line :
+         {"qmVellixLayer -e -active 19 camera5", "qmVellixLayer -add -n Newest -ls 0 camera1"}) {
+        Run(line);
+        Settle(20);
+        const bool isNew = std::string(line).find("Newest") != std::string::npos;
+        QWidget& view = *panel.findChild<QScrollArea*>()->viewport();
+        const LayerItem& active = Item(panel, isNew ? "camera1" : "camera5", isNew ? 20 : 19);
+        EXPECT_TRUE(view.rect().contains(active.mapTo(&view, QPoint(2, 2)))) << line;
+    }
 }
 
 TEST_F(LayerManagerTest, TheKeyboardReachesEverything) {
@@ -323,6 +329,109 @@ TEST_F(LayerManagerTest, TheKeyboardReachesEverything) {
                 ElementsAre("qmVellixLayer -e -active 2 persp", "evalDeferred(\"qmVellixUtil -draw\")",
                             "qmVellixLayer -ev 0 2 persp", "qmVellixLayer -es 0 0 front"));
     EXPECT_TRUE(panel.isVisible()) << "Escape closes no panel";
+}
+
+TEST_F(LayerManagerTest, LayersOfOneNameAreToldApart) {
+    Run("qmVellixLayer -en \"Rough\" 1 persp; qmVellixLayer -en \"Rough\" 2 persp");
+    LayerManagerDialog& panel = Panel();
+    panel.activateWindow();
+    Item(panel, "persp", 1).FocusPart(LayerItem::Part::Row, Qt::OtherFocusReason);
+    Run("qmVellixLayer -ev 0 1 persp");
+    Settle();
+    EXPECT_EQ(panel.focusWidget(), &Item(panel, "persp", 1));
+    Run("qmVellixLayer -move 1 0 persp");
+    Settle();
+    EXPECT_EQ(panel.focusWidget(), &Item(panel, "persp", 0));
+    QTest::keyClick(panel.focusWidget(), Qt::Key_Delete);
+    Settle();
+    EXPECT_THAT(Shown(panel), ElementsAre("front: A & B VL", "persp: Rough VS", "persp: Rough V*"));
+    Run("undo");
+    Settle();
+    EXPECT_EQ(Shown(panel).size(), 4U);
+}
+
+TEST_F(LayerManagerTest, RowsAreRenamedInPlace) {
+    LayerManagerDialog& panel = Panel();
+    panel.activateWindow();
+    LayerItem& ink = Item(panel, "persp", 1);
+    const auto rename = [&](const char* name, Qt::Key end) {
+        ink.FocusPart(LayerItem::Part::Row, Qt::OtherFocusReason);
+        QTest::keyClick(panel.focusWidget(), Qt::Key_F2);
+        auto* const field = dynamic_cast<QLineEdit*>(panel.focusWidget());
+        ASSERT_NE(field, nullptr);
+        EXPECT_EQ(field->selectedText(), ink.GetName());
+        QTest::keyClicks(field, QLatin1String(name));
+        QTest::keyClick(field, end);
+        Settle();
+        EXPECT_EQ(panel.focusWidget(), &ink);
+    };
+    rename("Lines", Qt::Key_Return);
+    EXPECT_EQ(ink.GetName(), "Lines");
+    rename("Other", Qt::Key_Escape);
+    EXPECT_EQ(ink.GetName(), "Lines");
+    rename(" ", Qt::Key_Return);
+    EXPECT_EQ(ink.GetName(), "Lines");
+    // The name goes to the layer for which it was typed, or to none.
+    QTest::keyClick(&ink, Qt::Key_F2);
+    QTest::keyClicks(panel.focusWidget(), "Lost");
+    Run("qmVellixLayer -move 1 0 persp");
+    Settle();
+    EXPECT_THAT(Shown(panel),
+                ElementsAre("front: A & B VL", "persp: Sky VS", "persp: Rough V", "persp: Lines V*"));
+    Run("undo; undo");
+    Settle();
+    EXPECT_EQ(ink.GetName(), "Ink");
+}
+
+TEST_F(LayerManagerTest, RowsAreDraggedToAnotherPlaceAndCamera) {
+    LayerManagerDialog& panel = Panel();
+    panel.resize(300, 400);
+    Settle();
+    const std::vector<std::string> start = Shown(panel);
+    const auto drag = [&](LayerItem& from, const QWidget& to, int y, Qt::Key key = Qt::Key(0)) {
+        const QPoint grip(60, 8);
+        const auto send = [&](QEvent::Type type, const QPoint& at, Qt::MouseButtons buttons) {
+            QMouseEvent event(type, from.mapFromGlobal(at), at, Qt::LeftButton, buttons, Qt::NoModifier);
+            QApplication::sendEvent(&from, &event);
+        };
+        const QPoint target = to.mapToGlobal(QPoint(60, y));
+        send(QEvent::MouseButtonPress, from.mapToGlobal(grip), Qt::LeftButton);
+        send(QEvent::MouseMove, target, Qt::LeftButton);
+        Settle(); // the press has made the layer active meanwhile
+        if (key != Qt::Key(0)) {
+            QTest::keyClick(&from, key);
+        }
+        send(QEvent::MouseButtonRelease, target, Qt::NoButton);
+        Settle();
+    };
+    drag(Item(panel, "persp", 0), Item(panel, "persp", 2), 1);
+    EXPECT_THAT(Shown(panel),
+                ElementsAre("front: A & B VL", "persp: Rough V*", "persp: Sky VS", "persp: Ink V"));
+    drag(Item(panel, "persp", 2), Item(panel, "front", 0), 1);
+    EXPECT_THAT(Shown(panel),
+                ElementsAre("front: Rough V*", "front: A & B VL", "persp: Sky VS", "persp: Ink V"));
+    drag(Item(panel, "persp", 1), Item(panel, "persp", 0), 20, Qt::Key_Escape);
+    EXPECT_EQ(Shown(panel).at(2), "persp: Sky VS*") << "Escape takes the drag back";
+    for (int step = 0; step < 8 && Shown(panel) != start; ++step) {
+        Run("undo");
+        Settle();
+    }
+    EXPECT_EQ(Shown(panel), start);
+}
+
+TEST_F(LayerManagerTest, SaysWhatToDoWhenThereIsNoLayer) {
+    Run("file -force -new");
+    const LayerManagerDialog& panel = Panel();
+    const QLabel* hint = nullptr;
+    for (const QLabel* const label : panel.findChildren<QLabel*>()) {
+        hint = label->text() == QLatin1String("No layers yet. New Layer adds one.") ? label : hint;
+    }
+    ASSERT_NE(hint, nullptr);
+    EXPECT_TRUE(hint->isVisible());
+    EXPECT_FALSE(hint->visibleRegion().isEmpty());
+    Run("qmVellixNode -l -c persp -ln Rough");
+    Settle();
+    EXPECT_FALSE(hint->isVisible());
 }
 
 TEST_F(LayerManagerTest, ACameraIsShownByItsNameAndWhetherItIsThere) {

@@ -11,6 +11,9 @@
 #include <QStringList>
 #include <QStyleFactory>
 
+#include <algorithm>
+#include <cmath>
+
 namespace vellix {
 
 namespace {
@@ -39,6 +42,56 @@ protected:
             }
         }
         return cut;
+    }
+
+    /// The contrast of two colours, 1 to 21 (WCAG 2.1, "contrast ratio").
+    static double Contrast(const QColor& a, const QColor& b) {
+        const auto luminance = [](const QColor& color) {
+            const auto linear = [](double part) {
+                return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+            };
+            return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+                   0.0722 * linear(color.blueF());
+        };
+        const double first = luminance(a) + 0.05;
+        const double second = luminance(b) + 0.05;
+        return first > second ? first / second : second / first;
+    }
+    /// The largest contrast of a pixel to the most frequent colour in a part of a picture.
+    static double ContrastIn(const QImage& image, const QRect& part) {
+        QHash<QRgb, int> counts;
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            for (int x = part.left(); x <= part.right(); ++x) {
+                ++counts[image.pixel(x, y)];
+            }
+        }
+        QRgb ground = 0;
+        for (auto entry = counts.cbegin(); entry != counts.cend(); ++entry) {
+            ground = counts.value(ground) < entry.value() ? entry.key() : ground;
+        }
+        double most = 1.0;
+        for (auto entry = counts.cbegin(); entry != counts.cend(); ++entry) {
+            most = std::max(most, Contrast(ground, entry.key()));
+        }
+        return most;
+    }
+    /// Texts have a contrast of 4.5 to their ground, what is switched on and off has 3.
+    static void CheckContrasts(const QWidget& window, const QImage& image) {
+        for (const auto* const widget : window.findChildren<QWidget*>()) {
+            const QRect part = QRect(widget->mapTo(&window, QPoint()), widget->size()) & image.rect();
+            const auto* const button = qobject_cast<const QAbstractButton*>(widget);
+            const auto* const label = qobject_cast<const QLabel*>(widget);
+            if (!widget->isVisible() || !widget->isEnabled() || part.width() < 8 || part.height() < 8) {
+                continue;
+            }
+            if ((label && !label->text().isEmpty()) || (button && !button->text().isEmpty())) {
+                EXPECT_GE(ContrastIn(image, part), 4.5) << widget->property("text").toString().toStdString();
+            }
+            if (qobject_cast<const QCheckBox*>(button) || qobject_cast<const QRadioButton*>(button)) {
+                const QRect mark(part.topLeft(), QSize(part.height(), part.height()));
+                EXPECT_GE(ContrastIn(image, mark & part), 3.0) << button->text().toStdString();
+            }
+        }
     }
 
 private:
@@ -99,10 +152,7 @@ TEST_F(PanelLookTest, IsDrawnInLightAndDark) {
         "qmVellixLayer -add -n \"Door\" -ls 0 front; qmVellixLayer -add -n \"Door frame\" -ls 0 front;"
         "qmVellixLayer -es 2 0 front; qmVellixLayer -e -active 1 persp");
     for (const bool dark : {true, false}) {
-        if (!dark) {
-            qApp->setStyleSheet(QString());
-            QApplication::setPalette(QApplication::style()->standardPalette());
-        }
+        Run(dark ? "lightboxTheme \"dark\"" : "lightboxTheme \"light\"");
         for (const WindowRow& row : WINDOWS) {
             QWidget* window = Open(row.flag, row.title);
             ASSERT_NE(window, nullptr);
@@ -124,6 +174,7 @@ TEST_F(PanelLookTest, IsDrawnInLightAndDark) {
                     }
                 }
                 EXPECT_GT(most, 100) << row.title;
+                CheckContrasts(*window, image);
                 if (!folder.isEmpty()) {
                     image.save(QStringLiteral("%1/%2%3_%4_%5.png")
                                    .arg(folder, QString(row.title).remove(' '),
@@ -135,6 +186,7 @@ TEST_F(PanelLookTest, IsDrawnInLightAndDark) {
             Settle();
         }
     }
+    Run("lightboxTheme \"dark\"");
 }
 
 } // namespace vellix

@@ -125,6 +125,8 @@ TEST_F(TimeControlOverlayTest, TheSliderGetsTheMouse) {
     overlay->show();
     Press();
     EXPECT_EQ(slider->presses, 1);
+    // Also without a button: the slider shows by its cursor what a press would take hold of.
+    EXPECT_TRUE(overlay->hasMouseTracking());
 }
 
 TEST_F(TimeControlOverlayTest, DraggingTheRangeMovesItsFrames) {
@@ -143,8 +145,13 @@ TEST_F(TimeControlOverlayTest, DraggingTheRangeMovesItsFrames) {
     Release();
     DragRangeTo(2, 5);
     Release();
-    EXPECT_THAT(lines.Lines(), ElementsAre("qmVellixFrame -move 2 3 5", "qmVellixFrame -move -3 5 7",
-                                           "qmVellixUtil -refreshTimelineDisplay"));
+    DragRangeTo(4, 7);
+    overlay->SetDrawContextActive(false); // another tool is chosen in the middle of it
+    EXPECT_EQ(overlay->GetMoveOffset(), 0);
+    Release();
+    EXPECT_THAT(lines.Lines(),
+                ElementsAre("qmVellixFrame -move 2 3 5", "qmVellixFrame -move -3 5 7",
+                            "qmVellixUtil -refreshTimelineDisplay", "qmVellixUtil -refreshTimelineDisplay"));
 }
 
 TEST_F(TimeControlOverlayTest, WhatIsNoMoveMovesNothing) {

@@ -83,20 +83,49 @@ TEST_F(ToolOptionsDialogTest, EachChangeIsOneLine) {
     EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -pencilOptions 7 100 0"));
 }
 
+TEST_F(ToolOptionsDialogTest, ANumberThatIsTooLargeIsTheLargest) {
+    auto* const number = options_->findChild<QSpinBox*>("qmVxToolOptionsOpacityNumber");
+    ASSERT_NE(number, nullptr);
+    number->setFocus();
+    number->selectAll();
+    QTest::keyClicks(number, "250");
+    QTest::keyClick(number, Qt::Key_Return);
+    EXPECT_EQ(number->value(), 100);
+    number->selectAll();
+    QTest::keyClicks(number, "25");
+    QTest::keyClick(number, Qt::Key_Return);
+    EXPECT_EQ(Settings::brushOpacity, 25);
+}
+
+TEST_F(ToolOptionsDialogTest, SmallSizesHaveRoomOnTheSlider) {
+    auto* const slider = options_->findChild<QSlider*>("qmVxToolOptionsSizeSlider");
+    ASSERT_NE(slider, nullptr);
+    const int range = slider->maximum() - slider->minimum();
+    slider->setValue(slider->minimum() + range * 3 / 10);
+    const int most = options_->findChild<QSpinBox*>("qmVxToolOptionsSizeNumber")->maximum();
+    EXPECT_NEAR(Settings::brushSize, most * 0.09, 1.0);
+    // Every size is a place of its own, and the arrow keys reach all of them.
+    slider->setValue(slider->minimum());
+    for (int size = 2; size <= 40; ++size) {
+        QTest::keyClick(slider, Qt::Key_Right);
+        ASSERT_EQ(Settings::brushSize, size);
+    }
+}
+
 TEST_F(ToolOptionsDialogTest, ADragIsAFewLinesAndEndsWhereItWasLeft) {
     QSlider* slider = Slider("How large");
-    Drag(slider, 0.08, 0.9, 200);
+    Drag(slider, 0.25, 0.9, 200);
     QTest::mouseRelease(slider, Qt::LeftButton);
     const std::vector<std::string> lines = Lines();
     ASSERT_FALSE(lines.empty());
     EXPECT_LE(lines.size(), 5U);
-    EXPECT_EQ(lines.back(), "qmVellixUtil -brushOptions " + std::to_string(slider->value()) + " 100 100 1");
-    EXPECT_GT(slider->value(), 60);
-    EXPECT_EQ(Settings::brushSize, slider->value());
-    EXPECT_EQ(Number("How large")->value(), slider->value());
+    const QSpinBox* const number = Number("How large");
+    EXPECT_EQ(lines.back(), "qmVellixUtil -brushOptions " + std::to_string(number->value()) + " 100 100 1");
+    EXPECT_GT(number->value(), 60);
+    EXPECT_EQ(Settings::brushSize, number->value());
     // Held still half way it is told without being let go.
     Drag(slider, 0.9, 0.5, 3);
-    EXPECT_TRUE(WaitFor([slider] { return Settings::brushSize == slider->value(); }));
+    EXPECT_TRUE(WaitFor([number] { return number->value() < 60 && Settings::brushSize == number->value(); }));
     Lines();
     QTest::mouseRelease(slider, Qt::LeftButton);
     EXPECT_THAT(Lines(), IsEmpty());
@@ -115,7 +144,7 @@ TEST_F(ToolOptionsDialogTest, FollowsWhatOthersSetWithoutSayingSo) {
     for (int size = 22; size < 40; ++size) {
         Settings::SetToolSize(ToolType::Brush, size);
         DialogManager::RefreshToolOptions();
-        EXPECT_EQ(Slider("How large")->value(), size);
+        EXPECT_EQ(Number("How large")->value(), size);
     }
     Settle(100);
     EXPECT_THAT(Lines(), IsEmpty());

@@ -121,6 +121,8 @@ TEST_F(ToolboxDialogTest, EachButtonIssuesItsLine) {
 }
 
 TEST_F(ToolboxDialogTest, MarksTheToolInUseWhoeverTookIt) {
+    Run("qmVellixUtil -draw");
+    Settle();
     EXPECT_THAT(OnTools(), ElementsAre("Brush"));
     Click(toolbox_, "Arrow:");
     EXPECT_THAT(OnTools(), ElementsAre("Arrow"));
@@ -129,6 +131,12 @@ TEST_F(ToolboxDialogTest, MarksTheToolInUseWhoeverTookIt) {
     Run("qmVellixUtil -textTool");
     EXPECT_THAT(OnTools(), ElementsAre("Text"));
     EXPECT_EQ(Settings::activeTool, ToolType::Text);
+    // While the host's own tools are on, a drag draws nothing.
+    Run("setToolTo selectSuperContext");
+    EXPECT_THAT(OnTools(), IsEmpty());
+    Run("qmVellixUtil -draw");
+    Settle();
+    EXPECT_THAT(OnTools(), ElementsAre("Text"));
 }
 
 TEST_F(ToolboxDialogTest, ShowsGhostsAndColorAsTheyAreSet) {
