@@ -6,6 +6,7 @@
 #include "mel/StatementChunk.h"
 #include "mel/TextRun.h"
 #include "scene/Host.h"
+#include "scene/Output.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -41,6 +42,14 @@ Interpreter::~Interpreter() = default;
 Value Interpreter::Execute(std::string text, const std::string& name, const RunOptions& options) {
     const Runtime::Entry entry(*runtime_);
     return TextRun(*this, options, entry.IsOutermost()).Run(std::move(text), name);
+}
+
+void Interpreter::ExecuteReporting(const std::string& text) {
+    try {
+        Execute(text);
+    } catch (const Error& error) {
+        host_.output().Error(error.Described());
+    }
 }
 
 Value Interpreter::ExecuteFile(const std::string& path, const RunOptions& options) {

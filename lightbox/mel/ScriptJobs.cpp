@@ -1,10 +1,8 @@
 #include "mel/ScriptJobs.h"
 
-#include "mel/Error.h"
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
-#include "scene/Output.h"
 #include "text/Quoted.h"
 
 namespace lightbox::mel {
@@ -103,11 +101,7 @@ void ScriptJobs::Run(int id) {
     if (found->second.job.runOnce) {
         Kill(id, true);
     }
-    try {
-        host_.interpreter().Execute(script);
-    } catch (const Error& error) {
-        host_.output().Error(error.Described());
-    }
+    host_.interpreter().ExecuteReporting(script);
 }
 
 bool ScriptJobs::Kill(int id, bool force) {
