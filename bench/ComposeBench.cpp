@@ -227,9 +227,7 @@ BENCHMARK(Unchanged)->Arg(10)->Arg(40)->Unit(benchmark::kNanosecond);
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QTemporaryDir preferences;
-    lightbox::Host::Options options;
-    options.prefsFolder = preferences.path().toStdString();
-    const lightbox::LightboxHost host(options);
+    const lightbox::LightboxHost host({false, preferences.path().toStdString()});
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -96,10 +96,7 @@ BENCHMARK(PlainMap)->Apply(Counts);
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QTemporaryDir preferences;
-    lightbox::Host::Options options;
-    options.batch = true;
-    options.prefsFolder = preferences.path().toStdString();
-    lightbox::LightboxHost host(options);
+    lightbox::LightboxHost host({true, preferences.path().toStdString()});
     host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

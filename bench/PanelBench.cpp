@@ -114,7 +114,7 @@ BENCHMARK(PlainTree)->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QTemporaryDir preferences;
-    const lightbox::LightboxHost host(lightbox::Host::Options{true, preferences.path().toStdString()});
+    const lightbox::LightboxHost host({true, preferences.path().toStdString()});
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;

@@ -213,10 +213,7 @@ BENCHMARK(ChangeOneMesh)->Unit(benchmark::kMillisecond)->UseRealTime();
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QTemporaryDir preferences;
-    Host::Options options;
-    options.batch = true;
-    options.prefsFolder = preferences.path().toStdString();
-    LightboxHost host(options);
+    const LightboxHost host({true, preferences.path().toStdString()});
     g_canvas = std::make_unique<Canvas>();
     BuildScene();
     benchmark::Initialize(&argc, argv);

@@ -275,9 +275,7 @@ BENCHMARK(ReplayPacking)->Unit(benchmark::kMillisecond)->UseRealTime();
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     g_folder = std::make_unique<QTemporaryDir>();
-    lightbox::Host::Options options;
-    options.prefsFolder = g_folder->path().toStdString();
-    lightbox::LightboxHost host(options);
+    lightbox::LightboxHost host({false, g_folder->path().toStdString()});
     host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--open") {

@@ -62,10 +62,7 @@ void SetAspectRatio(const CommandCall& call, const std::shared_ptr<Node>& shape)
 /// Makes a camera a start-up camera, or an ordinary one. A start-up camera is part of every scene and cannot
 /// be deleted.
 void SetStartup(Host& host, const std::shared_ptr<Node>& node, bool isStartup) {
-    const bool before = node->isShared;
-    edit::Do(
-        host, "camera", [node, isStartup] { node->isShared = isStartup; },
-        [node, before] { node->isShared = before; });
+    edit::Replace(host, "camera", node->isShared, isStartup, [node](bool on) { node->isShared = on; });
 }
 
 void SetProperties(const CommandCall& call, const std::shared_ptr<Node>& transform,

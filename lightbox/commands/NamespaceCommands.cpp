@@ -45,10 +45,8 @@ bool IsIn(const std::string& nameSpace, const std::string& name, bool isDeep) {
 
 void SetCurrent(Host& host, const std::string& name) {
     Scene& scene = host.scene();
-    const std::string before = scene.currentNamespace;
-    edit::Do(
-        host, "namespace", [&scene, name] { scene.currentNamespace = name; },
-        [&scene, before] { scene.currentNamespace = before; });
+    edit::Replace(host, "namespace", scene.currentNamespace, name,
+                  [&scene](const std::string& each) { scene.currentNamespace = each; });
 }
 
 Value Namespace(CommandCall& call) {

@@ -74,9 +74,8 @@ Value Rename(CommandCall& call) {
     if (call.Has("-uuid")) {
         const std::shared_ptr<Node> node =
             names.size() > 1 ? NodeNamed(call, names.front()) : ObjectsOrSelection(call).front();
-        edit::Do(
-            call.GetHost(), "rename", [node, after = names.back()] { node->SetUuid(after); },
-            [node, before = node->Uuid()] { node->SetUuid(before); });
+        edit::Replace(call.GetHost(), "rename", node->Uuid(), names.back(),
+                      [node](const std::string& uuid) { node->SetUuid(uuid); });
         return names.back();
     }
     const NodeList& selected = call.GetHost().scene().selection().Get();

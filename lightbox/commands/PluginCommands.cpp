@@ -50,30 +50,16 @@ Value QueryPlugin(const CommandCall& call) {
     if (!plugin) {
         call.Fail("Plug-in, \"" + name + "\", is not loaded.");
     }
-    const std::pair<const char*, const std::string*> texts[] = {{"-name", &plugin->name},
-                                                                {"-path", &plugin->path},
-                                                                {"-vendor", &plugin->vendor},
-                                                                {"-version", &plugin->version},
-                                                                {"-apiVersion", &plugin->apiVersion}};
-    for (const auto& [flag, text] : texts) {
-        if (call.Has(flag)) {
-            return *text;
-        }
-    }
-    const std::pair<const char*, const std::vector<std::string>*> lists[] = {
-        {"-command", &plugin->commands},
-        {"-tool", &plugin->contextCommands},
-        {"-data", &plugin->dataTypes},
-        {"-dependNode", &plugin->nodeTypes}};
-    for (const auto& [flag, list] : lists) {
-        if (call.Has(flag)) {
-            return *list;
-        }
-    }
-    if (call.Has("-autoload")) {
-        return plugin->autoload;
-    }
-    call.Fail("Nothing was asked for.");
+    return call.Answer({{"-name", plugin->name},
+                        {"-path", plugin->path},
+                        {"-vendor", plugin->vendor},
+                        {"-version", plugin->version},
+                        {"-apiVersion", plugin->apiVersion},
+                        {"-command", plugin->commands},
+                        {"-tool", plugin->contextCommands},
+                        {"-data", plugin->dataTypes},
+                        {"-dependNode", plugin->nodeTypes},
+                        {"-autoload", plugin->autoload}});
 }
 
 Value PluginInfo(CommandCall& call) {

@@ -100,20 +100,14 @@ Value QueryPlaybackOptions(const CommandCall& call) {
     if (call.Has("-view")) {
         return time.PlaysInAllViews() ? "all" : "active";
     }
-    const std::pair<const char*, double> numbers[] = {{"-minTime", time.MinTime()},
-                                                      {"-maxTime", time.MaxTime()},
-                                                      {"-animationStartTime", time.AnimationStart()},
-                                                      {"-animationEndTime", time.AnimationEnd()},
-                                                      {"-playbackSpeed", time.PlaybackSpeed()},
-                                                      {"-maxPlaybackSpeed", time.MaxPlaybackSpeed()},
-                                                      {"-by", time.PlaybackBy()},
-                                                      {"-framesPerSecond", RateOf(time.Unit()).PerSecond()}};
-    for (const auto& [flag, number] : numbers) {
-        if (call.Has(flag)) {
-            return number;
-        }
-    }
-    call.Fail("Nothing was asked for.");
+    return call.Answer({{"-minTime", time.MinTime()},
+                        {"-maxTime", time.MaxTime()},
+                        {"-animationStartTime", time.AnimationStart()},
+                        {"-animationEndTime", time.AnimationEnd()},
+                        {"-playbackSpeed", time.PlaybackSpeed()},
+                        {"-maxPlaybackSpeed", time.MaxPlaybackSpeed()},
+                        {"-by", time.PlaybackBy()},
+                        {"-framesPerSecond", RateOf(time.Unit()).PerSecond()}});
 }
 
 /// Sets the options other than the ranges. Checks all of them before it changes anything.

@@ -30,31 +30,15 @@ Value Redo(CommandCall& call) {
 
 Value QueryUndoInfo(const CommandCall& call) {
     const UndoQueue& undo = call.GetHost().undo();
-    if (call.Has("-state") || call.Has("-stateWithoutFlush")) {
-        return undo.IsEnabled();
-    }
-    if (call.Has("-infinity")) {
-        return undo.Limit() == 0;
-    }
-    if (call.Has("-length")) {
-        return static_cast<int>(undo.Limit());
-    }
-    if (call.Has("-undoName")) {
-        return undo.UndoName();
-    }
-    if (call.Has("-redoName")) {
-        return undo.RedoName();
-    }
-    if (call.Has("-undoQueueEmpty")) {
-        return !undo.CanUndo();
-    }
-    if (call.Has("-redoQueueEmpty")) {
-        return !undo.CanRedo();
-    }
-    if (call.Has("-printQueue")) {
-        return undo.Names();
-    }
-    call.Fail("Nothing was asked for.");
+    return call.Answer({{"-state", undo.IsEnabled()},
+                        {"-stateWithoutFlush", undo.IsEnabled()},
+                        {"-infinity", undo.Limit() == 0},
+                        {"-length", static_cast<int>(undo.Limit())},
+                        {"-undoName", undo.UndoName()},
+                        {"-redoName", undo.RedoName()},
+                        {"-undoQueueEmpty", !undo.CanUndo()},
+                        {"-redoQueueEmpty", !undo.CanRedo()},
+                        {"-printQueue", undo.Names()}});
 }
 
 Value UndoInfo(CommandCall& call) {

@@ -22,107 +22,78 @@ Qt::Alignment Alignment(const std::string& text) {
     return text == "right" ? Qt::AlignRight : text == "center" ? Qt::AlignHCenter : Qt::AlignLeft;
 }
 
-BoxLayoutControl& Box(Control& control) {
-    return dynamic_cast<BoxLayoutControl&>(control);
-}
-
 GridLayoutControl& Grid(Control& control) {
     return dynamic_cast<GridLayoutControl&>(control);
 }
 
-void SetMargins(BoxLayoutControl& layout, const std::string& side, int offset) {
-    const bool isLeft = side == "left" || side == "both";
-    const bool isRight = side == "right" || side == "both";
-    layout.Box().setContentsMargins(isLeft ? offset : 0, 0, isRight ? offset : 0, 0);
-    if (side == "both") {
-        layout.SetStretches(true, false);
-    }
+/// A flag with a side and the margin there, in pixels.
+ControlFlag SideMarginFlag(const char* shortName, const char* longName) {
+    const std::string flag = longName;
+    return {shortName,
+            flag,
+            {TEXT, INT},
+            [flag](Control& control, const CommandCall& call) {
+                const std::string& side = call.String(flag.c_str());
+                const int offset = call.Int(flag.c_str(), 1);
+                const bool isLeft = side == "left" || side == "both";
+                const bool isRight = side == "right" || side == "both";
+                auto& layout = dynamic_cast<BoxLayoutControl&>(control);
+                layout.Box().setContentsMargins(isLeft ? offset : 0, 0, isRight ? offset : 0, 0);
+                if (side == "both") {
+                    layout.SetStretches(true, false);
+                }
+            },
+            nullptr};
 }
 
 ControlFlags ColumnFlags() {
     return {
-        {"-adj",
-         "-adjustableColumn",
-         {ON},
-         [](Control& control, const CommandCall& call) {
-             Box(control).SetStretches(call.Bool("-adjustableColumn"), false);
-         },
-         [](Control& control) { return Value(Box(control).StretchesWidth(control)); }},
-        {"-cal",
-         "-columnAlign",
-         {TEXT},
-         [](Control& control, const CommandCall& call) {
-             control.notes["-columnAlign"] = call.String("-columnAlign");
-             Box(control).SetAlignment(Alignment(call.String("-columnAlign")));
-         },
-         [](Control& control) { return Value(control.notes["-columnAlign"]); }},
-        {"-cat",
-         "-columnAttach",
-         {TEXT, INT},
-         [](Control& control, const CommandCall& call) {
-             SetMargins(Box(control), call.String("-columnAttach"), call.Int("-columnAttach", 1));
-         },
-         nullptr},
-        {"-co",
-         "-columnOffset",
-         {TEXT, INT},
-         [](Control& control, const CommandCall& call) {
-             SetMargins(Box(control), call.String("-columnOffset"), call.Int("-columnOffset", 1));
-         },
-         nullptr},
-        {"-cw",
-         "-columnWidth",
-         {INT},
-         [](Control& control, const CommandCall& call) { control.SetWidth(call.Int("-columnWidth")); },
-         [](Control& control) { return Value(control.RequestedWidth()); }},
-        {"-rs",
-         "-rowSpacing",
-         {INT},
-         [](Control& control, const CommandCall& call) {
-             Box(control).Box().setSpacing(std::max(0, call.Int("-rowSpacing")));
-         },
-         [](Control& control) { return Value(Box(control).Box().spacing()); }},
+        ValueFlag<BoxLayoutControl, bool>(
+            "-adj", "-adjustableColumn",
+            [](BoxLayoutControl& layout, bool on) { layout.SetStretches(on, false); },
+            [](const BoxLayoutControl& layout) { return layout.StretchesWidth(layout); }),
+        NoteFlag("-cal", "-columnAlign", TEXT,
+                 [](Control& control, const std::string& side) {
+                     dynamic_cast<BoxLayoutControl&>(control).SetAlignment(Alignment(side));
+                 }),
+        SideMarginFlag("-cat", "-columnAttach"),
+        SideMarginFlag("-co", "-columnOffset"),
+        ValueFlag<Control, int>("-cw", "-columnWidth", &Control::SetWidth, &Control::RequestedWidth),
+        ValueFlag<BoxLayoutControl, int>(
+            "-rs", "-rowSpacing",
+            [](const BoxLayoutControl& layout, int pixels) { layout.Box().setSpacing(std::max(0, pixels)); },
+            [](const BoxLayoutControl& layout) { return layout.Box().spacing(); }),
     };
+}
+
+/// The settings of a column, counted from 1.
+Column& ColumnOf(GridLayoutControl& grid, int number) {
+    return grid.columns.try_emplace(number, grid.usual).first->second;
 }
 
 /// A flag that changes one column; its first argument is the column's number.
 template <class Change>
 ControlFlag EachColumn(const char* shortName, const char* longName, std::vector<MSyntax::MArgType> arguments,
                        Change change) {
-    const std::string flag = longName;
-    ControlFlag row{shortName, flag, std::move(arguments),
-                    [flag, change](Control& control, const CommandCall& call) {
-                        GridLayoutControl& grid = Grid(control);
-                        for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
-                            const int number = call.Int(flag.c_str(), 0, use);
-                            Column& column = grid.columns.try_emplace(number, grid.usual).first->second;
-                            change(column, call, flag.c_str(), use);
-                        }
-                        grid.Arrange();
-                    },
-                    nullptr};
-    row.isMultiUse = true;
-    return row;
+    return MultiFlag(shortName, longName, std::move(arguments),
+                     [longName, change](Control& control, const CommandCall& call, unsigned use) {
+                         GridLayoutControl& grid = Grid(control);
+                         change(ColumnOf(grid, call.Int(longName, 0, use)), call, longName, use);
+                         grid.Arrange();
+                     });
 }
 
-/// A flag with one argument for each of several columns: -columnWidth3 80 75 150.
+/// Flags with one argument for each of several columns: -columnWidth3 80 75 150.
 template <class Change>
 void AddForSeveral(ControlFlags& flags, const std::string& shortName, const std::string& longName,
                    MSyntax::MArgType type, Change change) {
     for (int count = 1; count <= MAX_COLUMNS; ++count) {
-        const std::string flag = longName + std::to_string(count);
-        flags.push_back({shortName + std::to_string(count), flag,
-                         std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), type),
-                         [flag, count, change](Control& control, const CommandCall& call) {
-                             GridLayoutControl& grid = Grid(control);
-                             for (int index = 0; index < count; ++index) {
-                                 Column& column =
-                                     grid.columns.try_emplace(index + 1, grid.usual).first->second;
-                                 change(column, call.Argument(flag.c_str(), static_cast<unsigned>(index)));
-                             }
-                             grid.Arrange();
-                         },
-                         nullptr});
+        flags.push_back(SeveralFlag(shortName, longName, count, type,
+                                    [change](Control& control, int number, const Value& value) {
+                                        GridLayoutControl& grid = Grid(control);
+                                        change(ColumnOf(grid, number), value);
+                                        grid.Arrange();
+                                    }));
     }
 }
 
@@ -166,21 +137,18 @@ ControlFlags GridColumnFlags() {
 }
 
 /// A flag for an integer member of the grid.
-ControlFlag GridFlag(const char* shortName, const char* longName, int GridLayoutControl::*member,
-                     bool isByColumn = false) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {INT},
-            [flag, member, isByColumn](Control& control, const CommandCall& call) {
-                GridLayoutControl& grid = Grid(control);
-                grid.*member = std::clamp(call.Int(flag.c_str()), 0, 10000);
-                if (member == &GridLayoutControl::count) {
-                    grid.byColumn = isByColumn;
-                }
-                grid.Arrange();
-            },
-            [member](Control& control) { return Value(Grid(control).*member); }};
+ControlFlag GridFlag(const std::string& shortName, const std::string& longName,
+                     int GridLayoutControl::*member, bool isByColumn = false) {
+    return ValueFlag<GridLayoutControl, int>(
+        shortName, longName,
+        [member, isByColumn](GridLayoutControl& grid, int value) {
+            grid.*member = std::clamp(value, 0, 10000);
+            if (member == &GridLayoutControl::count) {
+                grid.byColumn = isByColumn;
+            }
+            grid.Arrange();
+        },
+        member);
 }
 
 /// -adjustableColumn N, and the variants with the number in the name (-adjustableColumn3).
@@ -188,24 +156,16 @@ ControlFlags AdjustableFlags() {
     ControlFlags flags = {GridFlag("-adj", "-adjustableColumn", &GridLayoutControl::adjustable)};
     for (int number = 1; number <= MAX_COLUMNS; ++number) {
         const std::string count = std::to_string(number);
-        ControlFlag flag =
-            GridFlag("", ("-adjustableColumn" + count).c_str(), &GridLayoutControl::adjustable);
-        flag.shortName = "-ad" + count;
-        flags.push_back(std::move(flag));
+        flags.push_back(GridFlag("-ad" + count, "-adjustableColumn" + count, &GridLayoutControl::adjustable));
     }
     return flags;
 }
 
 ControlFlag SpacingFlag() {
-    ControlFlag flag{"-rs",
-                     "-rowSpacing",
-                     {INT, INT},
-                     [](Control& control, const CommandCall& call) {
+    return MultiFlag("-rs", "-rowSpacing", {INT, INT},
+                     [](Control& control, const CommandCall& call, unsigned) {
                          Grid(control).SetSpacing(call.Int("-rowSpacing", 1), 0);
-                     },
-                     nullptr};
-    flag.isMultiUse = true;
-    return flag;
+                     });
 }
 
 ControlFlag CellSizeFlag() {
@@ -224,12 +184,7 @@ ControlFlag CellSizeFlag() {
 
 ControlType Layout(const char* name, ControlFlags flags,
                    std::function<std::unique_ptr<Control>(const ControlCreation&)> create) {
-    ControlType type;
-    type.name = name;
-    type.family = ControlType::Family::Layout;
-    type.flags = std::move(flags) + LayoutFlags();
-    type.create = std::move(create);
-    return type;
+    return {name, ControlType::Family::Layout, std::move(flags) + LayoutFlags(), std::move(create)};
 }
 
 std::unique_ptr<GridLayoutControl> NewGrid(const ControlCreation& creation, bool fills) {

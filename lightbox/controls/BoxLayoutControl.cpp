@@ -5,7 +5,7 @@
 namespace lightbox {
 
 BoxLayoutControl::BoxLayoutControl(const ControlCreation& creation, Qt::Orientation orientation)
-    : Control(creation.type, creation.name, creation.parent, new QWidget)
+    : Control(creation, new QWidget)
     , box_(new QBoxLayout(orientation == Qt::Vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight,
                           Widget())) {
     box_->setContentsMargins(0, 0, 0, 0);

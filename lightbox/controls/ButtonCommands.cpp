@@ -4,6 +4,7 @@
 #include "controls/FlagTypes.h"
 #include "controls/Icons.h"
 #include "controls/Registration.h"
+#include "controls/ToggleFlags.h"
 #include "controls/WindowCommandTable.h"
 
 #include <QPushButton>
@@ -13,42 +14,30 @@ namespace lightbox {
 
 namespace {
 
-using mel::CommandCall;
 using mel::Value;
 
 ControlFlag ButtonLabelFlag() {
-    return ValueFlag<QAbstractButton, QString>(
-        "-l", "-label", [](QAbstractButton& button, const QString& text) { button.setText(text); },
-        [](const QAbstractButton& button) { return button.text(); });
+    return ValueFlag<QAbstractButton, QString>("-l", "-label", &QAbstractButton::setText,
+                                               &QAbstractButton::text);
 }
 
 ControlFlag ImageFlag(const char* shortName, const char* longName) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {TEXT},
-            [flag](Control& control, const CommandCall& call) {
-                control.notes["-image"] = call.String(flag.c_str());
-                control.As<QAbstractButton>()->setIcon(Icons::Named(ToQt(call.String(flag.c_str()))));
-            },
-            [](Control& control) { return Value(control.notes["-image"]); }};
+    return ValueFlag<Control, std::string>(
+        shortName, longName,
+        [](Control& control, const std::string& name) {
+            control.notes["-image"] = name;
+            control.As<QAbstractButton>()->setIcon(Icons::Named(ToQt(name)));
+        },
+        [](Control& control) { return control.notes["-image"]; });
 }
 
-ControlType ButtonType() {
-    ControlType type;
-    type.name = "button";
-    type.flags = ControlFlags{ButtonLabelFlag(), ScriptFlag("-c", "-command"),
-                              NoteFlag("-al", "-align", TEXT), NoteFlag("-rs", "-recomputeSize", ON)} +
-                 CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const button = new QPushButton(ToQt(creation.name));
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, button);
-        QObject::connect(
-            button, &QPushButton::clicked, button,
-            [&registry = creation.registry, made = control.get()] { registry.Run(*made, "-command"); });
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateButton(const ControlCreation& creation) {
+    auto* const button = new QPushButton(ToQt(creation.name));
+    auto control = std::make_unique<Control>(creation, button);
+    QObject::connect(
+        button, &QPushButton::clicked, button,
+        [&registry = creation.registry, made = control.get()] { registry.Run(*made, "-command"); });
+    return control;
 }
 
 /// Makes a button with an image, a text, or both.
@@ -56,7 +45,7 @@ std::unique_ptr<Control> MakeToolButton(const ControlCreation& creation, bool is
     auto* const button = new QToolButton;
     button->setAutoRaise(true);
     button->setCheckable(isCheckable);
-    auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, button);
+    auto control = std::make_unique<Control>(creation, button);
     QObject::connect(button, &QToolButton::clicked, button,
                      [&registry = creation.registry, made = control.get(), isCheckable](bool checked) {
                          if (!isCheckable) {
@@ -70,19 +59,13 @@ std::unique_ptr<Control> MakeToolButton(const ControlCreation& creation, bool is
 }
 
 ControlFlag StyleFlag() {
-    return {"-st",
-            "-style",
-            {TEXT},
-            [](Control& control, const CommandCall& call) {
-                const std::string& style = call.String("-style");
-                control.notes["-style"] = style;
-                control.As<QToolButton>()->setToolButtonStyle(
-                    style == "textOnly"              ? Qt::ToolButtonTextOnly
-                    : style == "iconAndTextVertical" ? Qt::ToolButtonTextUnderIcon
-                    : style.find("iconAndText") == 0 ? Qt::ToolButtonTextBesideIcon
-                                                     : Qt::ToolButtonIconOnly);
-            },
-            [](Control& control) { return Value(control.notes["-style"]); }};
+    return NoteFlag("-st", "-style", TEXT, [](Control& control, const std::string& style) {
+        control.As<QToolButton>()->setToolButtonStyle(
+            style == "textOnly"              ? Qt::ToolButtonTextOnly
+            : style == "iconAndTextVertical" ? Qt::ToolButtonTextUnderIcon
+            : style.find("iconAndText") == 0 ? Qt::ToolButtonTextBesideIcon
+                                             : Qt::ToolButtonIconOnly);
+    });
 }
 
 ControlFlags ToolButtonFlags() {
@@ -104,47 +87,35 @@ ControlFlags ToolButtonFlags() {
     };
 }
 
-ControlType ToolButtonType(const char* name) {
-    ControlType type;
-    type.name = name;
-    type.flags = ToolButtonFlags() + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto control = MakeToolButton(creation, false);
-        auto& button = *control->As<QToolButton>();
-        const bool isShelf = creation.type.name == "shelfButton";
-        constexpr int shelfIcon = 28;
-        button.setIconSize(isShelf ? QSize(shelfIcon, shelfIcon) : button.iconSize());
-        // Without a style, the button shows its image, or its label when it has no image.
-        const bool hasImage = creation.call.Has("-image") || creation.call.Has("-image1");
-        button.setToolButtonStyle(hasImage ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextOnly);
-        return control;
-    };
-    return type;
-}
-
-ControlType ToolCheckType(const char* name) {
-    ControlType type;
-    type.name = name;
-    type.flags = ToolButtonFlags() +
-                 ControlFlags{ValueFlag<QToolButton, bool>(
-                                  "-v", "-value", [](QToolButton& button, bool on) { button.setChecked(on); },
-                                  [](const QToolButton& button) { return button.isChecked(); }),
-                              ScriptFlag("-cc", "-changeCommand"), ScriptFlag("-onc", "-onCommand"),
-                              ScriptFlag("-ofc", "-offCommand")} +
-                 CommonFlags();
-    type.create = [](const ControlCreation& creation) { return MakeToolButton(creation, true); };
-    return type;
+std::unique_ptr<Control> CreateToolButton(const ControlCreation& creation) {
+    auto control = MakeToolButton(creation, false);
+    auto& button = *control->As<QToolButton>();
+    const bool isShelf = creation.type.name == "shelfButton";
+    constexpr int shelfIcon = 28;
+    button.setIconSize(isShelf ? QSize(shelfIcon, shelfIcon) : button.iconSize());
+    // Without a style, the button shows its image, or its label when it has no image.
+    const bool hasImage = creation.call.Has("-image") || creation.call.Has("-image1");
+    button.setToolButtonStyle(hasImage ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextOnly);
+    return control;
 }
 
 } // namespace
 
 void RegisterButtonCommands(WindowCommandTable& table) {
-    table.Add(ButtonType());
+    using Family = ControlType::Family;
+    table.Add({"button", Family::Control,
+               ControlFlags{ButtonLabelFlag(), ScriptFlag("-c", "-command"), NoteFlag("-al", "-align", TEXT),
+                            NoteFlag("-rs", "-recomputeSize", ON)} +
+                   CommonFlags(),
+               CreateButton});
     for (const char* const name : {"iconTextButton", "symbolButton", "shelfButton"}) {
-        table.Add(ToolButtonType(name));
+        table.Add({name, Family::Control, ToolButtonFlags() + CommonFlags(), CreateToolButton});
     }
+    const ControlFlags value = {
+        ValueFlag<QToolButton, bool>("-v", "-value", &QToolButton::setChecked, &QToolButton::isChecked)};
     for (const char* const name : {"iconTextCheckBox", "symbolCheckBox"}) {
-        table.Add(ToolCheckType(name));
+        table.Add({name, Family::Control, ToolButtonFlags() + value + ToggleScripts() + CommonFlags(),
+                   [](const ControlCreation& creation) { return MakeToolButton(creation, true); }});
     }
 }
 

@@ -97,15 +97,11 @@ ControlFlag ColorFlag(const char* shortName, const char* longName, bool isHsv) {
 } // namespace
 
 void RegisterColorSliderCommand(WindowCommandTable& table) {
-    ControlType type;
-    type.name = "colorSliderGrp";
-    type.flags = ControlFlags{ColorFlag("-rgb", "-rgbValue", false), ColorFlag("-hsv", "-hsvValue", true),
-                              ScriptFlag("-cc", "-changeCommand"), ScriptFlag("-dc", "-dragCommand")} +
-                 GroupFlags();
-    type.create = [](const ControlCreation& creation) {
-        return std::make_unique<ColorSliderControl>(creation);
-    };
-    table.Add(std::move(type));
+    table.Add({"colorSliderGrp", ControlType::Family::Control,
+               ControlFlags{ColorFlag("-rgb", "-rgbValue", false), ColorFlag("-hsv", "-hsvValue", true),
+                            ScriptFlag("-cc", "-changeCommand"), ScriptFlag("-dc", "-dragCommand")} +
+                   GroupFlags(),
+               Make<ColorSliderControl>});
 }
 
 } // namespace lightbox

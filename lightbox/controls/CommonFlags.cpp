@@ -18,61 +18,46 @@ namespace {
 using mel::CommandCall;
 using mel::Value;
 
-bool IsPopupMenu(const Control* child) {
-    return child->Type().name == "popupMenu";
-}
-
-Value PopupMenus(Control& control) {
-    Value::StringArray names;
-    for (const Control* const child : control.Children()) {
-        if (IsPopupMenu(child)) {
-            names.push_back(child->Name());
-        }
-    }
-    return names;
+bool IsPopupMenu(const Control& child) {
+    return child.Type().name == "popupMenu";
 }
 
 ControlFlag Annotation() {
-    return {"-ann",
-            "-annotation",
-            {MSyntax::kString},
-            [](Control& control, const CommandCall& call) {
-                const QString text = ToQt(call.String("-annotation"));
-                if (QAction* const action = control.Action()) {
-                    action->setStatusTip(text);
-                } else if (QWidget* const widget = control.Widget()) {
-                    widget->setToolTip(text);
-                    widget->setStatusTip(text);
-                }
-            },
-            [](Control& control) {
-                QAction* const action = control.Action();
-                QWidget* const widget = control.Widget();
-                return Value(action   ? action->statusTip().toStdString()
-                             : widget ? widget->toolTip().toStdString()
-                                      : std::string());
-            }};
+    return ValueFlag<Control, QString>(
+        "-ann", "-annotation",
+        [](const Control& control, const QString& text) {
+            if (QAction* const action = control.Action()) {
+                action->setStatusTip(text);
+            } else if (QWidget* const widget = control.Widget()) {
+                widget->setToolTip(text);
+                widget->setStatusTip(text);
+            }
+        },
+        [](const Control& control) {
+            const QAction* const action = control.Action();
+            const QWidget* const widget = control.Widget();
+            return action ? action->statusTip() : widget ? widget->toolTip() : QString();
+        });
 }
 
 ControlFlag Enable() {
-    return {"-en",
-            "-enable",
-            {MSyntax::kBoolean},
-            [](Control& control, const CommandCall& call) {
-                if (QAction* const action = control.Action()) {
-                    action->setEnabled(call.Bool("-enable"));
-                } else if (QWidget* const widget = control.Widget()) {
-                    widget->setEnabled(call.Bool("-enable"));
-                }
-            },
-            [](Control& control) {
-                QAction* const action = control.Action();
-                QWidget* const widget = control.Widget();
-                return Value(action ? action->isEnabled() : widget && widget->isEnabledTo(widget->window()));
-            }};
+    return ValueFlag<Control, bool>(
+        "-en", "-enable",
+        [](const Control& control, bool on) {
+            if (QAction* const action = control.Action()) {
+                action->setEnabled(on);
+            } else if (QWidget* const widget = control.Widget()) {
+                widget->setEnabled(on);
+            }
+        },
+        [](const Control& control) {
+            const QAction* const action = control.Action();
+            const QWidget* const widget = control.Widget();
+            return action ? action->isEnabled() : widget && widget->isEnabledTo(widget->window());
+        });
 }
 
-void Show(Control& control, bool visible) {
+void Show(const Control& control, bool visible) {
     if (QAction* const action = control.Action()) {
         action->setVisible(visible);
     } else if (QWidget* const widget = control.Widget()) {
@@ -81,48 +66,21 @@ void Show(Control& control, bool visible) {
 }
 
 /// Whether the control itself is not hidden; its window may be closed.
-bool IsShown(Control& control) {
-    QAction* const action = control.Action();
-    QWidget* const widget = control.Widget();
+bool IsShown(const Control& control) {
+    const QAction* const action = control.Action();
+    const QWidget* const widget = control.Widget();
     return action ? action->isVisible()
                   : widget && (widget->isWindow() ? widget->isVisible() : !widget->isHidden());
 }
 
-ControlFlag Shown(const char* shortName, const char* longName) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {MSyntax::kBoolean},
-            [flag](Control& control, const CommandCall& call) { Show(control, call.Bool(flag.c_str())); },
-            [](Control& control) { return Value(IsShown(control)); }};
-}
-
-ControlFlag Width() {
-    return {"-w",
-            "-width",
-            {MSyntax::kLong},
-            [](Control& control, const CommandCall& call) { control.SetWidth(call.Int("-width")); },
-            [](Control& control) {
-                QWidget* const widget = control.Widget();
-                return Value(widget && widget->isVisible()  ? widget->width()
-                             : control.RequestedWidth() > 0 ? control.RequestedWidth()
-                             : widget                       ? widget->sizeHint().width()
-                                                            : 0);
-            }};
-}
-
-ControlFlag Height() {
-    return {"-h",
-            "-height",
-            {MSyntax::kLong},
-            [](Control& control, const CommandCall& call) { control.SetHeight(call.Int("-height")); },
-            [](Control& control) {
-                QWidget* const widget = control.Widget();
-                return Value(widget && widget->isVisible()   ? widget->height()
-                             : control.RequestedHeight() > 0 ? control.RequestedHeight()
-                             : widget                        ? widget->sizeHint().height()
-                                                             : 0);
-            }};
+/// The width or height in pixels: of a visible widget, else as requested, else as the widget hints.
+int SizeOf(const Control& control, int requested, int (QWidget::*shown)() const,
+           int (QSize::*hinted)() const) {
+    const QWidget* const widget = control.Widget();
+    return widget && widget->isVisible() ? (widget->*shown)()
+           : requested > 0               ? requested
+           : widget                      ? (widget->sizeHint().*hinted)()
+                                         : 0;
 }
 
 ControlFlag Background() {
@@ -151,39 +109,35 @@ ControlFlag Background() {
             }};
 }
 
-ControlFlag FillsBackground() {
-    return ValueFlag<QWidget, bool>(
-        "-ebg", "-enableBackground", [](QWidget& widget, bool on) { widget.setAutoFillBackground(on); },
-        [](const QWidget& widget) { return widget.autoFillBackground(); });
-}
-
-ControlFlag HidesBackground() {
-    return ValueFlag<QWidget, bool>(
-        "-nbg", "-noBackground", [](QWidget& widget, bool off) { widget.setAutoFillBackground(!off); },
-        [](const QWidget& widget) { return !widget.autoFillBackground(); });
-}
-
 } // namespace
 
 const ControlFlags& CommonFlags() {
     static const ControlFlags flags = {
         Annotation(),
         Enable(),
-        Shown("-vis", "-visible"),
-        Shown("-m", "-manage"),
-        Width(),
-        Height(),
+        ValueFlag<Control, bool>("-vis", "-visible", Show, IsShown),
+        ValueFlag<Control, bool>("-m", "-manage", Show, IsShown),
+        ValueFlag<Control, int>("-w", "-width", &Control::SetWidth,
+                                [](const Control& control) {
+                                    return SizeOf(control, control.RequestedWidth(), &QWidget::width,
+                                                  &QSize::width);
+                                }),
+        ValueFlag<Control, int>("-h", "-height", &Control::SetHeight,
+                                [](const Control& control) {
+                                    return SizeOf(control, control.RequestedHeight(), &QWidget::height,
+                                                  &QSize::height);
+                                }),
         Background(),
-        FillsBackground(),
-        HidesBackground(),
+        ValueFlag<QWidget, bool>("-ebg", "-enableBackground", &QWidget::setAutoFillBackground,
+                                 &QWidget::autoFillBackground),
+        ValueFlag<QWidget, bool>(
+            "-nbg", "-noBackground", [](QWidget& widget, bool off) { widget.setAutoFillBackground(!off); },
+            [](const QWidget& widget) { return !widget.autoFillBackground(); }),
         ValueFlag<QWidget, bool>(
             "-ekf", "-enableKeyboardFocus",
             [](QWidget& widget, bool on) { widget.setFocusPolicy(on ? Qt::StrongFocus : Qt::NoFocus); },
             [](const QWidget& widget) { return widget.focusPolicy() != Qt::NoFocus; }),
-        ValueFlag<QWidget, QString>(
-            "-sbm", "-statusBarMessage",
-            [](QWidget& widget, const QString& text) { widget.setStatusTip(text); },
-            [](const QWidget& widget) { return widget.statusTip(); }),
+        ValueFlag<QWidget, QString>("-sbm", "-statusBarMessage", &QWidget::setStatusTip, &QWidget::statusTip),
         NoteFlag("-dtg", "-docTag", MSyntax::kString),
         NoteFlag("-ut", "-useTemplate", MSyntax::kString),
         NoteFlag("-po", "-preventOverride", MSyntax::kBoolean),
@@ -193,33 +147,17 @@ const ControlFlags& CommonFlags() {
                       QWidget* const widget = control.Widget();
                       return Value(!widget || !widget->isVisible());
                   }),
-        QueryFlag("-pma", "-popupMenuArray", PopupMenus),
-        QueryFlag("-npm", "-numberOfPopupMenus",
-                  [](Control& control) {
-                      const auto& all = control.Children();
-                      return Value(static_cast<int>(std::count_if(all.begin(), all.end(), IsPopupMenu)));
-                  }),
+        QueryFlag("-pma", "-popupMenuArray", ChildNames(IsPopupMenu)),
+        CountFlag("-npm", "-numberOfPopupMenus", ChildNames(IsPopupMenu)),
     };
     return flags;
 }
 
 const ControlFlags& LayoutFlags() {
-    static const auto children = [](Control& control) {
-        Value::StringArray names;
-        for (const Control* const child : control.Children()) {
-            if (child->Widget() && !child->Menu()) {
-                names.push_back(child->Name());
-            }
-        }
-        return names;
-    };
-    static const ControlFlags flags =
-        ControlFlags{
-            QueryFlag("-ca", "-childArray", [](Control& control) { return Value(children(control)); }),
-            QueryFlag("-nch", "-numberOfChildren",
-                      [](Control& control) { return Value(static_cast<int>(children(control).size())); }),
-        } +
-        CommonFlags();
+    const auto children = ChildNames([](const Control& child) { return child.Widget() && !child.Menu(); });
+    static const ControlFlags flags = ControlFlags{QueryFlag("-ca", "-childArray", children),
+                                                   CountFlag("-nch", "-numberOfChildren", children)} +
+                                      CommonFlags();
     return flags;
 }
 

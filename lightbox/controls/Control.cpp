@@ -15,6 +15,9 @@ Control::Control(const ControlType& type, std::string name, Control* parent, QOb
     , parent_(parent)
     , object_(object) {}
 
+Control::Control(const ControlCreation& creation, QObject* object)
+    : Control(creation.type, creation.name, creation.parent, object) {}
+
 Control::~Control() = default;
 
 std::string Control::Path() const {

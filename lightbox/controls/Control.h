@@ -18,6 +18,7 @@ class QWidget;
 namespace lightbox {
 
 class ControlRegistry;
+struct ControlCreation;
 struct ControlType;
 
 /// A control that a MEL window command made: a window, layout, menu, menu item, field, collection or panel.
@@ -27,6 +28,7 @@ class Control : NonCopyable {
 public:
     /// `object` is a widget, an action or null. A submenu's object is its QMenu.
     Control(const ControlType& type, std::string name, Control* parent, QObject* object);
+    Control(const ControlCreation& creation, QObject* object);
     virtual ~Control();
 
     const ControlType& Type() const { return *type_; }

@@ -231,16 +231,6 @@ private:
     std::vector<std::string> stack_;
 };
 
-/// Makes `control` or `layout`, which edit and query the common flags of any control.
-ControlType AnyControl(const char* name, const ControlFlags& flags, Family family) {
-    ControlType type;
-    type.name = name;
-    type.family = family;
-    type.flags = flags;
-    type.alsoFor = {"*"};
-    return type;
-}
-
 template <std::size_t Count>
 SyntaxBuilder FilterSyntax(const FilterRow (&rows)[Count]) {
     SyntaxBuilder syntax;
@@ -253,8 +243,9 @@ SyntaxBuilder FilterSyntax(const FilterRow (&rows)[Count]) {
 } // namespace
 
 void RegisterControlQueryCommands(WindowCommandTable& table) {
-    table.Add(AnyControl("control", CommonFlags(), Family::Control));
-    table.Add(AnyControl("layout", LayoutFlags(), Family::Layout));
+    // These two edit and query the common flags of any control.
+    table.Add({"control", Family::Control, CommonFlags(), nullptr, {"*"}});
+    table.Add({"layout", Family::Layout, LayoutFlags(), nullptr, {"*"}});
     table.Add("deleteUI", FilterSyntax(DELETE_FILTERS).Objects(1), DeleteUi);
     table.Add("setParent",
               SyntaxBuilder()

@@ -8,7 +8,6 @@
 #include "mel/ScriptJobs.h"
 #include "mel/StatementChunk.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "text/Quoted.h"
 
 #include <QAction>
@@ -268,12 +267,8 @@ void ControlRegistry::Run(const Control& control, const std::string& flag,
 void ControlRegistry::RunScript(const std::string& script, const std::vector<mel::Value>& values) {
     const std::string text = Filled(script, values);
     mel::Interpreter& interpreter = host_.interpreter();
-    try {
-        const mel::StatementChunk chunk(host_.undo(), !interpreter.IsRunning());
-        interpreter.Execute(text);
-    } catch (const mel::Error& error) {
-        host_.interpreter().Report(error);
-    }
+    const mel::StatementChunk chunk(host_.undo(), !interpreter.IsRunning());
+    interpreter.ExecuteReporting(text);
 }
 
 } // namespace lightbox

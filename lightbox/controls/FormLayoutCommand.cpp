@@ -11,14 +11,13 @@ namespace lightbox {
 namespace {
 
 using mel::CommandCall;
-using mel::Value;
 using Edge = AttachLayout::Edge;
 using To = AttachLayout::To;
 
 class FormLayoutControl : public Control {
 public:
     explicit FormLayoutControl(const ControlCreation& creation)
-        : Control(creation.type, creation.name, creation.parent, new QWidget)
+        : Control(creation, new QWidget)
         , layout_(new AttachLayout(Widget()))
         , registry_(creation.registry) {}
 
@@ -59,10 +58,6 @@ private:
     ControlRegistry& registry_;
 };
 
-FormLayoutControl& Form(Control& control) {
-    return dynamic_cast<FormLayoutControl&>(control);
-}
-
 Edge EdgeNamed(const CommandCall& call, const std::string& name) {
     const std::pair<const char*, Edge> edges[] = {
         {"left", Edge::Left}, {"right", Edge::Right}, {"top", Edge::Top}, {"bottom", Edge::Bottom}};
@@ -77,63 +72,47 @@ Edge EdgeNamed(const CommandCall& call, const std::string& name) {
 /// A flag that attaches an edge: child, edge, offset, then a control or a position if `to` needs one.
 ControlFlag AttachFlag(const char* shortName, const char* longName, To to,
                        std::vector<MSyntax::MArgType> arguments) {
-    const std::string flag = longName;
-    ControlFlag row{shortName, flag, std::move(arguments),
-                    [flag, to](Control& control, const CommandCall& call) {
-                        const FormLayoutControl& form = Form(control);
-                        const char* const name = flag.c_str();
-                        for (unsigned use = 0; use < call.UseCount(name); ++use) {
-                            Control& child = form.ChildNamed(call, call.String(name, 0, use));
-                            AttachLayout::Attachment attachment;
-                            attachment.to = to;
-                            attachment.offset = to == To::None ? 0 : call.Int(name, 2, use);
-                            if (to == To::Widget || to == To::OppositeWidget) {
-                                attachment.widget = form.ChildNamed(call, call.String(name, 3, use)).Widget();
-                            } else if (to == To::Position) {
-                                attachment.position = call.Int(name, 3, use);
-                            }
-                            form.Layout().Attach(*child.Widget(), EdgeNamed(call, call.String(name, 1, use)),
-                                                 attachment);
-                            child.ApplySize();
-                        }
-                    },
-                    nullptr};
-    row.isMultiUse = true;
-    return row;
+    return MultiFlag(
+        shortName, longName, std::move(arguments),
+        [longName, to](Control& control, const CommandCall& call, unsigned use) {
+            const auto& form = dynamic_cast<FormLayoutControl&>(control);
+            Control& child = form.ChildNamed(call, call.String(longName, 0, use));
+            AttachLayout::Attachment attachment;
+            attachment.to = to;
+            attachment.offset = to == To::None ? 0 : call.Int(longName, 2, use);
+            if (to == To::Widget || to == To::OppositeWidget) {
+                attachment.widget = form.ChildNamed(call, call.String(longName, 3, use)).Widget();
+            } else if (to == To::Position) {
+                attachment.position = call.Int(longName, 3, use);
+            }
+            form.Layout().Attach(*child.Widget(), EdgeNamed(call, call.String(longName, 1, use)), attachment);
+            child.ApplySize();
+        });
 }
 
-ControlType FormType() {
-    ControlType type;
-    type.name = "formLayout";
-    type.family = ControlType::Family::Layout;
-    type.flags =
-        ControlFlags{
-            {"-nd",
-             "-numberOfDivisions",
-             {INT},
-             [](Control& control, const CommandCall& call) {
-                 Form(control).Layout().divisions = std::max(1, call.Int("-numberOfDivisions"));
-                 Form(control).Layout().invalidate();
-             },
-             [](Control& control) { return Value(Form(control).Layout().divisions); }},
-            AttachFlag("-af", "-attachForm", To::Form, {TEXT, TEXT, INT}),
-            AttachFlag("-aof", "-attachOppositeForm", To::OppositeForm, {TEXT, TEXT, INT}),
-            AttachFlag("-ac", "-attachControl", To::Widget, {TEXT, TEXT, INT, TEXT}),
-            AttachFlag("-aoc", "-attachOppositeControl", To::OppositeWidget, {TEXT, TEXT, INT, TEXT}),
-            AttachFlag("-ap", "-attachPosition", To::Position, {TEXT, TEXT, INT, INT}),
-            AttachFlag("-an", "-attachNone", To::None, {TEXT, TEXT}),
-        } +
-        LayoutFlags();
-    type.create = [](const ControlCreation& creation) {
-        return std::make_unique<FormLayoutControl>(creation);
+ControlFlags FormFlags() {
+    return {
+        ValueFlag<FormLayoutControl, int>(
+            "-nd", "-numberOfDivisions",
+            [](const FormLayoutControl& form, int count) {
+                form.Layout().divisions = std::max(1, count);
+                form.Layout().invalidate();
+            },
+            [](const FormLayoutControl& form) { return form.Layout().divisions; }),
+        AttachFlag("-af", "-attachForm", To::Form, {TEXT, TEXT, INT}),
+        AttachFlag("-aof", "-attachOppositeForm", To::OppositeForm, {TEXT, TEXT, INT}),
+        AttachFlag("-ac", "-attachControl", To::Widget, {TEXT, TEXT, INT, TEXT}),
+        AttachFlag("-aoc", "-attachOppositeControl", To::OppositeWidget, {TEXT, TEXT, INT, TEXT}),
+        AttachFlag("-ap", "-attachPosition", To::Position, {TEXT, TEXT, INT, INT}),
+        AttachFlag("-an", "-attachNone", To::None, {TEXT, TEXT}),
     };
-    return type;
 }
 
 } // namespace
 
 void RegisterFormLayoutCommand(WindowCommandTable& table) {
-    table.Add(FormType());
+    table.Add(
+        {"formLayout", ControlType::Family::Layout, FormFlags() + LayoutFlags(), Make<FormLayoutControl>});
 }
 
 } // namespace lightbox

@@ -8,7 +8,7 @@
 namespace lightbox {
 
 GridLayoutControl::GridLayoutControl(const ControlCreation& creation)
-    : Control(creation.type, creation.name, creation.parent, new QWidget)
+    : Control(creation, new QWidget)
     , grid_(new QGridLayout(Widget())) {
     grid_->setContentsMargins(0, 0, 0, 0);
     grid_->setSpacing(0);

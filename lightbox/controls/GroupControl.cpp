@@ -27,81 +27,69 @@ Qt::Alignment AlignmentNamed(const std::string& text) {
 }
 
 ControlFlag LabelFlag(const char* shortName, const char* longName, QLabel* (GroupControl::*label)() const) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {TEXT},
-            [flag, label](Control& control, const CommandCall& call) {
-                if (QLabel* const found = (Group(control).*label)()) {
-                    found->setText(ToQt(call.String(flag.c_str())));
-                } else {
-                    call.Fail("\"" + control.Path() + "\" was made without that label.");
-                }
-            },
-            [label](Control& control) {
-                QLabel* const found = (Group(control).*label)();
-                return Value(found ? found->text().toStdString() : std::string());
-            }};
+    return ValueFlag<GroupControl, QString>(
+        shortName, longName,
+        [label](const GroupControl& group, const QString& text) {
+            QLabel* const found = (group.*label)();
+            if (!found) {
+                throw mel::Error("\"" + group.Path() + "\" was made without that label.");
+            }
+            found->setText(text);
+        },
+        [label](const GroupControl& group) {
+            const QLabel* const found = (group.*label)();
+            return found ? found->text() : QString();
+        });
 }
 
 /// Adds a flag for one column (number, value) and its variants with the count in the name (one value per
 /// column).
 template <class Change>
-void AddColumnFlags(ControlFlags& flags, const std::string& shortName, const std::string& longName,
-                    MSyntax::MArgType type, Change change) {
-    ControlFlag single{shortName,
-                       longName,
-                       {INT, type},
-                       [longName, change](Control& control, const CommandCall& call) {
-                           const char* const flag = longName.c_str();
-                           for (unsigned use = 0; use < call.UseCount(flag); ++use) {
-                               change(Group(control), call.Int(flag, 0, use), call.Argument(flag, 1, use));
-                           }
-                       },
-                       nullptr};
-    single.isMultiUse = true;
-    flags.push_back(std::move(single));
+void AddColumnFlags(ControlFlags& flags, const char* shortName, const char* longName, MSyntax::MArgType type,
+                    Change change) {
+    flags.push_back(MultiFlag(shortName, longName, {INT, type},
+                              [longName, change](Control& control, const CommandCall& call, unsigned use) {
+                                  change(Group(control), call.Int(longName, 0, use),
+                                         call.Argument(longName, 1, use));
+                              }));
     for (int count = 1; count <= MAX_COLUMNS; ++count) {
-        const std::string numbered = longName + std::to_string(count);
-        flags.push_back({shortName.substr(0, 2) + std::to_string(count), numbered,
-                         std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), type),
-                         [numbered, count, change](Control& control, const CommandCall& call) {
-                             for (int column = 1; column <= count; ++column) {
-                                 change(Group(control), column,
-                                        call.Argument(numbered.c_str(), static_cast<unsigned>(column - 1)));
-                             }
-                         },
-                         nullptr});
+        flags.push_back(SeveralFlag(std::string(shortName).substr(0, 2), longName, count, type,
+                                    [change](Control& control, int column, const Value& value) {
+                                        change(Group(control), column, value);
+                                    }));
     }
 }
 
-/// Adds the column attachment flags as notes. They have no effect, since parts fill their columns.
+/// Adds the column attachment flags. They have no effect, since parts fill their columns.
 void AddAttachFlags(ControlFlags& flags) {
+    const auto ignore = [](Control&, const CommandCall&, unsigned) {};
     for (const auto& [shortName, longName, type] :
          {std::tuple("-ct", "-columnAttach", TEXT), std::tuple("-co", "-columnOffset", INT)}) {
-        ControlFlag single = CreateFlag(shortName, longName, {INT, TEXT, INT});
-        single.set = [](Control&, const CommandCall&) {};
-        single.isMultiUse = true;
-        flags.push_back(single);
+        flags.push_back(MultiFlag(shortName, longName, {INT, TEXT, INT}, ignore));
         for (int count = 1; count <= MAX_COLUMNS; ++count) {
-            const std::string number = std::to_string(count);
-            single.shortName = shortName + number;
-            single.longName = longName + number;
-            single.arguments.assign(static_cast<std::size_t>(count), type);
-            single.isMultiUse = false;
-            flags.push_back(single);
+            flags.push_back(
+                SeveralFlag(shortName, longName, count, type, [](Control&, int, const Value&) {}));
         }
     }
-    ControlFlag rows = CreateFlag("-rat", "-rowAttach", {INT, TEXT, INT});
-    rows.set = [](Control&, const CommandCall&) {};
-    rows.isMultiUse = true;
-    flags.push_back(rows);
+    flags.push_back(MultiFlag("-rat", "-rowAttach", {INT, TEXT, INT}, ignore));
+}
+
+/// The flag for the column that takes the remaining width. `count` is at the end of its name.
+ControlFlag AdjustableFlag(const std::string& count) {
+    const std::string flag = "-adjustableColumn" + count;
+    return {count.empty() ? "-adj" : "-ad" + count,
+            flag,
+            {INT},
+            [flag](Control& control, const CommandCall& call) {
+                Group(control).SetAdjustable(call.Int(flag.c_str()));
+            },
+            nullptr};
 }
 
 } // namespace
 
 GroupControl::GroupControl(const ControlCreation& creation, bool keepsLabelColumn, bool isVertical)
-    : Control(creation.type, creation.name, creation.parent, new QWidget)
+    : Control(creation, new QWidget)
     , wantsExtraLabel_(creation.call.Has("-extraLabel")) {
     auto* const box =
         new QBoxLayout(isVertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, Widget());
@@ -153,11 +141,6 @@ void GroupControl::SetColumnWidth(int column, int width) {
     }
 }
 
-int GroupControl::ColumnWidth(int column) const {
-    const QWidget* const widget = Column(column);
-    return widget->isHidden() ? 0 : std::max(widget->width(), widget->minimumWidth());
-}
-
 void GroupControl::SetColumnAlignment(int column, Qt::Alignment alignment) {
     if (auto* const label = qobject_cast<QLabel*>(Column(column))) {
         label->setAlignment(alignment | Qt::AlignVCenter);
@@ -188,22 +171,9 @@ const ControlFlags& GroupFlags() {
                            group.SetColumnAlignment(column, AlignmentNamed(value.AsString()));
                        });
         AddAttachFlags(made);
-        made.push_back({"-adj",
-                        "-adjustableColumn",
-                        {INT},
-                        [](Control& control, const CommandCall& call) {
-                            Group(control).SetAdjustable(call.Int("-adjustableColumn"));
-                        },
-                        nullptr});
+        made.push_back(AdjustableFlag(""));
         for (int column = 1; column <= MAX_COLUMNS; ++column) {
-            made.push_back({"-ad" + std::to_string(column),
-                            "-adjustableColumn" + std::to_string(column),
-                            {INT},
-                            [column](Control& control, const CommandCall& call) {
-                                const std::string flag = "-adjustableColumn" + std::to_string(column);
-                                Group(control).SetAdjustable(call.Int(flag.c_str()));
-                            },
-                            nullptr});
+            made.push_back(AdjustableFlag(std::to_string(column)));
         }
         return made + CommonFlags();
     }();

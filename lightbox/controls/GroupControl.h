@@ -31,7 +31,6 @@ public:
 
     /// A width of 0 hides the column.
     void SetColumnWidth(int column, int width);
-    int ColumnWidth(int column) const;
     void SetColumnAlignment(int column, Qt::Alignment alignment);
     /// Sets the column that takes the remaining width.
     void SetAdjustable(int column);

@@ -15,22 +15,15 @@ namespace lightbox {
 
 namespace {
 
-using mel::CommandCall;
-using mel::Value;
-
 /// The flag -deleteAllItems, which empties a menu.
 ControlFlag DeleteAllItems(ControlRegistry* registry) {
-    return {"-dai",
-            "-deleteAllItems",
-            {},
-            [registry](Control& control, const CommandCall&) {
-                // A copy, since each deletion changes the list.
-                const auto children = std::vector<Control*>(control.Children());
-                for (auto child = children.rbegin(); child != children.rend(); ++child) {
-                    registry->Delete(**child);
-                }
-            },
-            nullptr};
+    return ActionFlag<Control>("-dai", "-deleteAllItems", [registry](const Control& control) {
+        // A copy, since each deletion changes the list.
+        const auto children = std::vector<Control*>(control.Children());
+        for (auto child = children.rbegin(); child != children.rend(); ++child) {
+            registry->Delete(**child);
+        }
+    });
 }
 
 /// The menu bar of the control or its nearest ancestor that has one. Throws mel::Error when there is none.
@@ -53,48 +46,32 @@ std::unique_ptr<Control> CreateMenu(const ControlCreation& creation) {
     return control;
 }
 
-ControlType MenuType(ControlRegistry* registry) {
-    ControlType type;
-    type.name = "menu";
-    type.family = ControlType::Family::Menu;
-    type.flags = MenuFlags() +
-                 ControlFlags{DeleteAllItems(registry), NoteFlag("-mn", "-mnemonic", MSyntax::kString),
-                              NoteFlag("-hm", "-helpMenu", MSyntax::kBoolean),
-                              NoteFlag("-scr", "-scrollable", MSyntax::kBoolean)} +
-                 CommonFlags();
-    type.alsoFor = {"menuItem", "popupMenu"};
-    type.create = CreateMenu;
-    return type;
+ControlFlags BarMenuFlags(ControlRegistry* registry) {
+    return MenuFlags() +
+           ControlFlags{DeleteAllItems(registry), NoteFlag("-mn", "-mnemonic", MSyntax::kString),
+                        NoteFlag("-hm", "-helpMenu", MSyntax::kBoolean),
+                        NoteFlag("-scr", "-scrollable", MSyntax::kBoolean)} +
+           CommonFlags();
 }
 
 ControlFlag ModifierFlag(const char* shortName, const char* longName, Qt::KeyboardModifier modifier) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {MSyntax::kBoolean},
-            [flag, modifier](Control& control, const CommandCall& call) {
-                auto* const menu = control.As<ControlMenu>();
-                menu->openingModifiers.setFlag(modifier, call.Bool(flag.c_str()));
-            },
-            [modifier](Control& control) {
-                return Value(control.As<ControlMenu>()->openingModifiers.testFlag(modifier));
-            }};
+    return ValueFlag<ControlMenu, bool>(
+        shortName, longName,
+        [modifier](ControlMenu& menu, bool on) { menu.openingModifiers.setFlag(modifier, on); },
+        [modifier](const ControlMenu& menu) { return menu.openingModifiers.testFlag(modifier); });
 }
 
 ControlFlag ButtonFlag() {
-    return {"-b",
-            "-button",
-            {MSyntax::kLong},
-            [](Control& control, const CommandCall& call) {
-                const int button = call.Int("-button");
-                control.As<ControlMenu>()->openingButton = button == 1   ? Qt::LeftButton
-                                                           : button == 2 ? Qt::MiddleButton
-                                                                         : Qt::RightButton;
-            },
-            [](Control& control) {
-                const Qt::MouseButton button = control.As<ControlMenu>()->openingButton;
-                return Value(button == Qt::LeftButton ? 1 : button == Qt::MiddleButton ? 2 : 3);
-            }};
+    return ValueFlag<ControlMenu, int>(
+        "-b", "-button",
+        [](ControlMenu& menu, int button) {
+            menu.openingButton = button == 1   ? Qt::LeftButton
+                                 : button == 2 ? Qt::MiddleButton
+                                               : Qt::RightButton;
+        },
+        [](const ControlMenu& menu) {
+            return menu.openingButton == Qt::LeftButton ? 1 : menu.openingButton == Qt::MiddleButton ? 2 : 3;
+        });
 }
 
 /// The owner of a popup menu: without -parent, the control that was made last, as scripts expect.
@@ -120,20 +97,15 @@ std::unique_ptr<Control> CreatePopup(const ControlCreation& creation) {
     return control;
 }
 
-ControlType PopupType(ControlRegistry* registry) {
-    ControlType type;
-    type.name = "popupMenu";
-    type.family = ControlType::Family::Menu;
-    type.flags = MenuFlags() +
-                 ControlFlags{DeleteAllItems(registry),
-                              ButtonFlag(),
-                              ModifierFlag("-ctl", "-ctrlModifier", Qt::ControlModifier),
-                              ModifierFlag("-alt", "-altModifier", Qt::AltModifier),
-                              ModifierFlag("-sh", "-shiftModifier", Qt::ShiftModifier),
-                              NoteFlag("-mm", "-markingMenu", MSyntax::kBoolean)} +
-                 CommonFlags();
-    type.create = CreatePopup;
-    return type;
+ControlFlags PopupFlags(ControlRegistry* registry) {
+    return MenuFlags() +
+           ControlFlags{DeleteAllItems(registry),
+                        ButtonFlag(),
+                        ModifierFlag("-ctl", "-ctrlModifier", Qt::ControlModifier),
+                        ModifierFlag("-alt", "-altModifier", Qt::AltModifier),
+                        ModifierFlag("-sh", "-shiftModifier", Qt::ShiftModifier),
+                        NoteFlag("-mm", "-markingMenu", MSyntax::kBoolean)} +
+           CommonFlags();
 }
 
 class MenuBarLayoutControl : public BoxLayoutControl {
@@ -150,40 +122,25 @@ private:
     QMenuBar* bar_;
 };
 
-ControlType MenuBarLayoutType() {
-    ControlType type;
-    type.name = "menuBarLayout";
-    type.family = ControlType::Family::Layout;
-    type.flags =
-        ControlFlags{
-            ValueFlag<QWidget, bool>(
-                "-mbv", "-menuBarVisible",
-                [](QWidget& widget, bool on) { widget.layout()->menuBar()->setVisible(on); },
-                [](const QWidget& widget) { return !widget.layout()->menuBar()->isHidden(); }),
-            QueryFlag("-ma", "-menuArray",
-                      [](Control& control) {
-                          Value::StringArray names;
-                          for (const Control* const child : control.Children()) {
-                              if (child->Menu()) {
-                                  names.push_back(child->Name());
-                              }
-                          }
-                          return Value(std::move(names));
-                      }),
-        } +
-        LayoutFlags();
-    type.create = [](const ControlCreation& creation) {
-        return std::make_unique<MenuBarLayoutControl>(creation);
-    };
-    return type;
+ControlFlags MenuBarLayoutFlags() {
+    return ControlFlags{
+               ValueFlag<QWidget, bool>(
+                   "-mbv", "-menuBarVisible",
+                   [](const QWidget& widget, bool on) { widget.layout()->menuBar()->setVisible(on); },
+                   [](const QWidget& widget) { return !widget.layout()->menuBar()->isHidden(); }),
+               QueryFlag("-ma", "-menuArray",
+                         ChildNames([](const Control& child) { return child.Menu() != nullptr; })),
+           } +
+           LayoutFlags();
 }
 
 } // namespace
 
 void RegisterMenuCommands(WindowCommandTable& table) {
-    table.Add(MenuType(table.Controls()));
-    table.Add(PopupType(table.Controls()));
-    table.Add(MenuBarLayoutType());
+    using Family = ControlType::Family;
+    table.Add({"menu", Family::Menu, BarMenuFlags(table.Controls()), CreateMenu, {"menuItem", "popupMenu"}});
+    table.Add({"popupMenu", Family::Menu, PopupFlags(table.Controls()), CreatePopup});
+    table.Add({"menuBarLayout", Family::Layout, MenuBarLayoutFlags(), Make<MenuBarLayoutControl>});
 }
 
 } // namespace lightbox

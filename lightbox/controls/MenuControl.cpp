@@ -10,7 +10,7 @@ namespace lightbox {
 using mel::Value;
 
 MenuControl::MenuControl(const ControlCreation& creation, ControlMenu* menu)
-    : Control(creation.type, creation.name, creation.parent, menu)
+    : Control(creation, menu)
     , registry_(creation.registry) {
     menu->setTitle(MenuLabel(ToQt(creation.name)));
     // The menu is the receiver, since a torn-off menu belongs to no single window.
@@ -58,27 +58,24 @@ QString PlainLabel(QString label) {
 }
 
 const ControlFlags& MenuFlags() {
+    const auto items = [](const Control& control) {
+        Value::StringArray names;
+        for (const Control* const item : ItemsOf(control)) {
+            names.push_back(item->Name());
+        }
+        return names;
+    };
     static const ControlFlags flags = {
         ValueFlag<QMenu, QString>(
             "-l", "-label", [](QMenu& menu, const QString& text) { menu.setTitle(MenuLabel(text)); },
             [](const QMenu& menu) { return PlainLabel(menu.title()); }),
-        ValueFlag<QMenu, bool>(
-            "-to", "-tearOff", [](QMenu& menu, bool on) { menu.setTearOffEnabled(on); },
-            [](const QMenu& menu) { return menu.isTearOffEnabled(); }),
+        ValueFlag<QMenu, bool>("-to", "-tearOff", &QMenu::setTearOffEnabled, &QMenu::isTearOffEnabled),
         ScriptFlag("-pmc", "-postMenuCommand"),
         NoteFlag("-pmo", "-postMenuCommandOnce", MSyntax::kBoolean),
         NoteFlag("-aob", "-allowOptionBoxes", MSyntax::kBoolean),
         NoteFlag("-fi", "-familyImage", MSyntax::kString),
-        QueryFlag("-ia", "-itemArray",
-                  [](Control& control) {
-                      Value::StringArray names;
-                      for (const Control* const item : ItemsOf(control)) {
-                          names.push_back(item->Name());
-                      }
-                      return Value(std::move(names));
-                  }),
-        QueryFlag("-ni", "-numberOfItems",
-                  [](Control& control) { return Value(static_cast<int>(ItemsOf(control).size())); }),
+        QueryFlag("-ia", "-itemArray", items),
+        CountFlag("-ni", "-numberOfItems", items),
     };
     return flags;
 }

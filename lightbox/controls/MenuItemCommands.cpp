@@ -103,7 +103,7 @@ std::unique_ptr<Control> CreateItem(const ControlCreation& creation) {
     }
     QWidget* const host = creation.parent->ItemHost();
     auto* const action = new QAction(MenuLabel(ToQt(creation.name)), host);
-    auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, action);
+    auto control = std::make_unique<Control>(creation, action);
     SetUp(*action, creation);
     host->insertAction(Successor(creation), action);
     if (creation.parent->Window() == &creation.registry.MainWindow()) {
@@ -117,63 +117,51 @@ std::unique_ptr<Control> CreateItem(const ControlCreation& creation) {
     return control;
 }
 
-ControlFlag ItemLabelFlag() {
-    return {"-l",
-            "-label",
-            {MSyntax::kString},
-            [](Control& control, const CommandCall& call) {
-                control.Action()->setText(MenuLabel(ToQt(call.String("-label"))));
-            },
-            [](Control& control) { return Value(PlainLabel(control.Action()->text()).toStdString()); }};
+ControlFlag ItemLabelFlag(const char* shortName, const char* longName) {
+    return ValueFlag<Control, QString>(
+        shortName, longName,
+        [](const Control& control, const QString& text) { control.Action()->setText(MenuLabel(text)); },
+        [](const Control& control) { return PlainLabel(control.Action()->text()); });
 }
 
 ControlFlag CheckedFlag(const char* shortName, const char* longName) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {MSyntax::kBoolean},
-            [flag](Control& control, const CommandCall& call) {
-                if (!control.Action()->isCheckable()) {
-                    call.Fail("\"" + control.Path() + "\" has no check mark.");
-                }
-                control.Action()->setChecked(call.Bool(flag.c_str()));
-            },
-            [](Control& control) { return Value(control.Action()->isChecked()); }};
+    return ValueFlag<Control, bool>(
+        shortName, longName,
+        [](const Control& control, bool on) {
+            if (!control.Action()->isCheckable()) {
+                throw mel::Error("\"" + control.Path() + "\" has no check mark.");
+            }
+            control.Action()->setChecked(on);
+        },
+        [](const Control& control) { return control.Action()->isChecked(); });
 }
 
 ControlFlags StateFlags() {
-    const auto isRadio = [](Control& control) {
-        QAction* const action = control.Action();
-        return Value(action->isCheckable() && action->actionGroup());
+    const auto isSeparator = [](const Control& control) { return control.Action()->isSeparator(); };
+    const auto isOptionBox = [](const Control& control) {
+        return control.Action()->property("isOptionBox").toBool();
     };
     return {
-        ItemLabelFlag(),
+        ItemLabelFlag("-l", "-label"),
         CheckedFlag("-cb", "-checkBox"),
         CheckedFlag("-rb", "-radioButton"),
         CreateFlag("-sm", "-subMenu", {MSyntax::kBoolean},
-                   [](Control& control) { return Value(control.Menu() != nullptr); }),
-        CreateFlag("-d", "-divider", {MSyntax::kBoolean},
-                   [](Control& control) { return Value(control.Action()->isSeparator()); }),
-        CreateFlag("-ld", "-longDivider", {MSyntax::kBoolean},
-                   [](Control& control) { return Value(control.Action()->isSeparator()); }),
-        {"-dl",
-         "-dividerLabel",
-         {MSyntax::kString},
-         [](Control& control, const CommandCall& call) {
-             control.Action()->setText(MenuLabel(ToQt(call.String("-dividerLabel"))));
-         },
-         [](Control& control) { return Value(PlainLabel(control.Action()->text()).toStdString()); }},
-        CreateFlag(
-            "-ob", "-optionBox", {MSyntax::kBoolean},
-            [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
-        QueryFlag("-iob", "-isOptionBox",
-                  [](Control& control) { return Value(control.Action()->property("isOptionBox").toBool()); }),
+                   [](const Control& control) { return control.Menu() != nullptr; }),
+        CreateFlag("-d", "-divider", {MSyntax::kBoolean}, isSeparator),
+        CreateFlag("-ld", "-longDivider", {MSyntax::kBoolean}, isSeparator),
+        ItemLabelFlag("-dl", "-dividerLabel"),
+        CreateFlag("-ob", "-optionBox", {MSyntax::kBoolean}, isOptionBox),
+        QueryFlag("-iob", "-isOptionBox", isOptionBox),
         QueryFlag("-icb", "-isCheckBox",
-                  [](Control& control) {
-                      QAction* const action = control.Action();
-                      return Value(action->isCheckable() && !action->actionGroup());
+                  [](const Control& control) {
+                      const QAction* const action = control.Action();
+                      return action->isCheckable() && !action->actionGroup();
                   }),
-        QueryFlag("-irb", "-isRadioButton", isRadio),
+        QueryFlag("-irb", "-isRadioButton",
+                  [](const Control& control) {
+                      const QAction* const action = control.Action();
+                      return action->isCheckable() && action->actionGroup();
+                  }),
         CreateFlag("-cl", "-collection", {MSyntax::kString}),
         CreateFlag("-ia", "-insertAfter", {MSyntax::kString}),
         ScriptFlag("-c", "-command"),
@@ -196,12 +184,8 @@ void UpdateShortcut(Control& control) {
 
 /// A note flag that updates the shortcut.
 ControlFlag KeyFlag(const char* shortName, const char* longName, MSyntax::MArgType type) {
-    ControlFlag flag = NoteFlag(shortName, longName, type);
-    flag.set = [set = flag.set](Control& control, const CommandCall& call) {
-        set(control, call);
-        UpdateShortcut(control);
-    };
-    return flag;
+    return NoteFlag(shortName, longName, type,
+                    [](Control& control, const std::string&) { UpdateShortcut(control); });
 }
 
 ControlFlags KeyFlags() {
@@ -214,36 +198,26 @@ ControlFlags KeyFlags() {
             KeyFlag("-opt", "-optionModifier", on)};
 }
 
-void SetFont(Control& control, const CommandCall& call, const char* flag, void (QFont::*set)(bool)) {
-    QFont font = control.Action()->font();
-    (font.*set)(call.Bool(flag));
-    control.Action()->setFont(font);
+ControlFlag FontFlag(const char* shortName, const char* longName, void (QFont::*set)(bool),
+                     bool (QFont::*get)() const) {
+    return ValueFlag<Control, bool>(
+        shortName, longName,
+        [set](const Control& control, bool on) {
+            QFont font = control.Action()->font();
+            (font.*set)(on);
+            control.Action()->setFont(font);
+        },
+        [get](const Control& control) { return (control.Action()->font().*get)(); });
 }
 
 ControlFlags LookFlags() {
     return {
-        {"-i",
-         "-image",
-         {MSyntax::kString},
-         [](Control& control, const CommandCall& call) {
-             control.notes["-image"] = call.String("-image");
-             control.Action()->setIcon(Icons::Named(ToQt(call.String("-image"))));
-         },
-         [](Control& control) { return Value(control.notes["-image"]); }},
-        {"-bld",
-         "-boldFont",
-         {MSyntax::kBoolean},
-         [](Control& control, const CommandCall& call) {
-             SetFont(control, call, "-boldFont", &QFont::setBold);
-         },
-         [](Control& control) { return Value(control.Action()->font().bold()); }},
-        {"-itl",
-         "-italicized",
-         {MSyntax::kBoolean},
-         [](Control& control, const CommandCall& call) {
-             SetFont(control, call, "-italicized", &QFont::setItalic);
-         },
-         [](Control& control) { return Value(control.Action()->font().italic()); }},
+        NoteFlag("-i", "-image", MSyntax::kString,
+                 [](const Control& control, const std::string& name) {
+                     control.Action()->setIcon(Icons::Named(ToQt(name)));
+                 }),
+        FontFlag("-bld", "-boldFont", &QFont::setBold, &QFont::bold),
+        FontFlag("-itl", "-italicized", &QFont::setItalic, &QFont::italic),
         NoteFlag("-da", "-data", MSyntax::kLong),
         NoteFlag("-stp", "-sourceType", MSyntax::kString),
         NoteFlag("-rp", "-radialPosition", MSyntax::kString),
@@ -257,38 +231,27 @@ ControlFlags LookFlags() {
     };
 }
 
-ControlType ItemType() {
-    ControlType type;
-    type.name = "menuItem";
-    type.family = ControlType::Family::MenuItem;
-    type.flags = StateFlags() + KeyFlags() + LookFlags() + MenuFlags() + CommonFlags();
-    type.create = CreateItem;
-    return type;
-}
-
-ControlType RadioItemCollectionType() {
-    ControlType type;
-    type.name = "radioMenuItemCollection";
-    type.family = ControlType::Family::Collection;
-    type.flags = {CreateFlag("-gl", "-global", {})};
-    type.create = [](const ControlCreation& creation) {
-        // The current menu owns the collection, unless -global or -parent is given.
-        Control* const menu = creation.registry.CurrentMenu();
-        Control* const parent =
-            menu && !creation.call.Has("-global") && !creation.call.Has("-parent") ? menu : creation.parent;
-        auto control = std::make_unique<Control>(creation.type, creation.name, parent,
-                                                 new QActionGroup(parent ? parent->Object() : nullptr));
-        creation.registry.currentItemCollection = control.get();
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateItemCollection(const ControlCreation& creation) {
+    // The current menu owns the collection, unless -global or -parent is given.
+    Control* const menu = creation.registry.CurrentMenu();
+    Control* const parent =
+        menu && !creation.call.Has("-global") && !creation.call.Has("-parent") ? menu : creation.parent;
+    auto control = std::make_unique<Control>(creation.type, creation.name, parent,
+                                             new QActionGroup(parent ? parent->Object() : nullptr));
+    creation.registry.currentItemCollection = control.get();
+    return control;
 }
 
 } // namespace
 
 void RegisterMenuItemCommands(WindowCommandTable& table) {
-    table.Add(ItemType());
-    table.Add(RadioItemCollectionType());
+    using Family = ControlType::Family;
+    table.Add({"menuItem", Family::MenuItem,
+               StateFlags() + KeyFlags() + LookFlags() + MenuFlags() + CommonFlags(), CreateItem});
+    table.Add({"radioMenuItemCollection",
+               Family::Collection,
+               {CreateFlag("-gl", "-global", {})},
+               CreateItemCollection});
 }
 
 } // namespace lightbox

@@ -19,31 +19,22 @@ using mel::Value;
 constexpr int MAX_FIELDS = 4;
 
 ControlFlags FieldFlags(bool isInteger) {
-    const auto own = OwnObject<NumberField>;
     return {
+        NumberFlag<NumberField>("-min", "-minValue", isInteger, &NumberField::SetMinimum,
+                                &NumberField::Minimum),
+        NumberFlag<NumberField>("-max", "-maxValue", isInteger, &NumberField::SetMaximum,
+                                &NumberField::Maximum),
         NumberFlag<NumberField>(
-            "-min", "-minValue", isInteger, own,
-            [](NumberField& field, double value) { field.SetMinimum(value); },
-            [](const NumberField& field) { return field.Minimum(); }),
-        NumberFlag<NumberField>(
-            "-max", "-maxValue", isInteger, own,
-            [](NumberField& field, double value) { field.SetMaximum(value); },
-            [](const NumberField& field) { return field.Maximum(); }),
-        NumberFlag<NumberField>(
-            "-s", "-step", isInteger, own, [](NumberField& field, double value) { field.step = value; },
-            [](const NumberField& field) { return field.step; }),
-        ValueFlag<NumberField, int>(
-            "-pre", "-precision", [](NumberField& field, int digits) { field.SetPrecision(digits); },
-            [](const NumberField& field) { return field.Precision(); }),
-        ValueFlag<NumberField, bool>(
-            "-tze", "-showTrailingZeros", [](NumberField& field, bool on) { field.ShowTrailingZeros(on); },
-            [](const NumberField& field) { return field.ShowsTrailingZeros(); }),
+            "-s", "-step", isInteger, [](NumberField& field, double value) { field.step = value; },
+            &NumberField::step),
+        ValueFlag<NumberField, int>("-pre", "-precision", &NumberField::SetPrecision,
+                                    &NumberField::Precision),
+        ValueFlag<NumberField, bool>("-tze", "-showTrailingZeros", &NumberField::ShowTrailingZeros,
+                                     &NumberField::ShowsTrailingZeros),
         ValueFlag<NumberField, bool>(
             "-ed", "-editable", [](NumberField& field, bool on) { field.setReadOnly(!on); },
             [](const NumberField& field) { return !field.isReadOnly(); }),
-        NumberFlag<NumberField>(
-            "-v", "-value", isInteger, own, [](NumberField& field, double value) { field.SetValue(value); },
-            [](const NumberField& field) { return field.Value(); }),
+        NumberFlag<NumberField>("-v", "-value", isInteger, &NumberField::SetValue, &NumberField::Value),
         ScriptFlag("-cc", "-changeCommand"),
         ScriptFlag("-dc", "-dragCommand"),
         ScriptFlag("-ec", "-enterCommand"),
@@ -51,24 +42,18 @@ ControlFlags FieldFlags(bool isInteger) {
     };
 }
 
-ControlType NumberFieldType(bool isInteger) {
-    ControlType type;
-    type.name = isInteger ? "intField" : "floatField";
-    type.flags = FieldFlags(isInteger) + CommonFlags();
-    type.create = [isInteger](const ControlCreation& creation) {
-        auto* const field = new NumberField(isInteger);
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, field);
-        ControlRegistry& registry = creation.registry;
-        Control* const made = control.get();
-        QObject::connect(field, &NumberField::Changed, field, [&registry, made, isInteger](double value) {
-            registry.Run(*made, "-changeCommand", {NumberValue(value, isInteger)});
-        });
-        QObject::connect(field, &NumberField::Entered, field, [&registry, made, isInteger](double value) {
-            registry.Run(*made, "-enterCommand", {NumberValue(value, isInteger)});
-        });
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateField(const ControlCreation& creation, bool isInteger) {
+    auto* const field = new NumberField(isInteger);
+    auto control = std::make_unique<Control>(creation, field);
+    ControlRegistry& registry = creation.registry;
+    Control* const made = control.get();
+    QObject::connect(field, &NumberField::Changed, field, [&registry, made, isInteger](double value) {
+        registry.Run(*made, "-changeCommand", {NumberValue(value, isInteger)});
+    });
+    QObject::connect(field, &NumberField::Entered, field, [&registry, made, isInteger](double value) {
+        registry.Run(*made, "-enterCommand", {NumberValue(value, isInteger)});
+    });
+    return control;
 }
 
 NumberField* FieldOf(Control& control, int number) {
@@ -91,7 +76,6 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
     for (int number = 1; number <= MAX_FIELDS; ++number) {
         const std::string count = std::to_string(number);
         const std::string value = "-value" + count;
-        const std::string enable = "-enable" + count;
         flags.push_back({"-v" + count,
                          value,
                          {isInteger ? MSyntax::kLong : MSyntax::kDouble},
@@ -107,18 +91,9 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
                              const NumberField* const field = FieldOf(control, number);
                              return NumberValue(field ? field->Value() : 0.0, isInteger);
                          }});
-        flags.push_back({"-en" + count,
-                         enable,
-                         {MSyntax::kBoolean},
-                         [enable, number](Control& control, const CommandCall& call) {
-                             if (QWidget* const part = Group(control).Part(number)) {
-                                 part->setEnabled(call.Bool(enable.c_str()));
-                             }
-                         },
-                         [number](Control& control) {
-                             const QWidget* const part = Group(control).Part(number);
-                             return Value(part && part->isEnabled());
-                         }});
+        flags.push_back(ValueFlag<QWidget, bool>(
+            "-en" + count, "-enable" + count, &QWidget::setEnabled, &QWidget::isEnabled,
+            [number](Control& control) { return Group(control).Part(number); }));
     }
 }
 
@@ -135,61 +110,59 @@ ControlFlag AllValues(bool isInteger) {
             [isInteger](Control& control) { return ValuesOf(control, isInteger); }};
 }
 
-ControlFlag EachField(const char* shortName, const char* longName, void (*set)(NumberField&, int),
-                      int (*get)(const NumberField&), MSyntax::MArgType type) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {type},
-            [flag, set](Control& control, const CommandCall& call) {
-                for (QWidget* const part : Group(control).Parts()) {
-                    set(*qobject_cast<NumberField*>(part), call.Int(flag.c_str()));
-                }
-            },
-            [get](Control& control) { return Value(get(*FieldOf(control, 1))); }};
+/// The precision of all fields.
+ControlFlag PrecisionFlag() {
+    return ValueFlag<GroupControl, int>(
+        "-pre", "-precision",
+        [](const GroupControl& group, int digits) {
+            for (QWidget* const part : group.Parts()) {
+                qobject_cast<NumberField*>(part)->SetPrecision(digits);
+            }
+        },
+        [](const GroupControl& group) { return group.PartAs<NumberField>(1)->Precision(); });
 }
 
-ControlType NumberGroupType(bool isInteger) {
-    ControlType type;
-    type.name = isInteger ? "intFieldGrp" : "floatFieldGrp";
-    type.flags = {
+ControlFlags FieldGroupFlags(bool isInteger) {
+    ControlFlags flags = {
         CreateFlag("-nf", "-numberOfFields", {MSyntax::kLong},
-                   [](Control& control) { return Value(static_cast<int>(Group(control).Parts().size())); }),
-        EachField(
-            "-pre", "-precision", [](NumberField& field, int digits) { field.SetPrecision(digits); },
-            [](const NumberField& field) { return field.Precision(); }, MSyntax::kLong),
+                   [](Control& control) { return static_cast<int>(Group(control).Parts().size()); }),
+        PrecisionFlag(),
         AllValues(isInteger),
         ScriptFlag("-cc", "-changeCommand"),
         ScriptFlag("-dc", "-dragCommand"),
     };
-    AddNumbered(type.flags, isInteger);
-    type.flags = std::move(type.flags) + GroupFlags();
-    type.create = [isInteger](const ControlCreation& creation) {
-        auto group = std::make_unique<GroupControl>(creation);
-        const int count = std::clamp(creation.call.IntOr("-numberOfFields", 1), 1, MAX_FIELDS);
-        ControlRegistry& registry = creation.registry;
-        GroupControl* const made = group.get();
-        for (int i = 0; i < count; ++i) {
-            auto* const field = new NumberField(isInteger);
-            group->AddPart(field);
-            QObject::connect(field, &NumberField::Changed, field, [&registry, made, isInteger] {
-                std::vector<Value> values;
-                ValuesOf(*made, isInteger).Flatten(values);
-                registry.Run(*made, "-changeCommand", values);
-            });
-        }
-        group->Finish();
-        return group;
-    };
-    return type;
+    AddNumbered(flags, isInteger);
+    return flags + GroupFlags();
+}
+
+std::unique_ptr<Control> CreateFieldGroup(const ControlCreation& creation, bool isInteger) {
+    auto group = std::make_unique<GroupControl>(creation);
+    const int count = std::clamp(creation.call.IntOr("-numberOfFields", 1), 1, MAX_FIELDS);
+    ControlRegistry& registry = creation.registry;
+    GroupControl* const made = group.get();
+    for (int i = 0; i < count; ++i) {
+        auto* const field = new NumberField(isInteger);
+        group->AddPart(field);
+        QObject::connect(field, &NumberField::Changed, field, [&registry, made, isInteger] {
+            std::vector<Value> values;
+            ValuesOf(*made, isInteger).Flatten(values);
+            registry.Run(*made, "-changeCommand", values);
+        });
+    }
+    group->Finish();
+    return group;
 }
 
 } // namespace
 
 void RegisterNumberFieldCommands(WindowCommandTable& table) {
+    using Family = ControlType::Family;
     for (const bool isInteger : {true, false}) {
-        table.Add(NumberFieldType(isInteger));
-        table.Add(NumberGroupType(isInteger));
+        const std::string prefix = isInteger ? "int" : "float";
+        table.Add({prefix + "Field", Family::Control, FieldFlags(isInteger) + CommonFlags(),
+                   [isInteger](const auto& creation) { return CreateField(creation, isInteger); }});
+        table.Add({prefix + "FieldGrp", Family::Control, FieldGroupFlags(isInteger),
+                   [isInteger](const auto& creation) { return CreateFieldGroup(creation, isInteger); }});
     }
 }
 

@@ -13,27 +13,12 @@ inline mel::Value NumberValue(double value, bool isInteger) {
 /// it may answer null.
 template <class Object>
 ControlFlag NumberFlag(const char* shortName, const char* longName, bool isInteger,
-                       Object* (*target)(Control&), void (*set)(Object&, double),
-                       double (*get)(const Object&)) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {isInteger ? MSyntax::kLong : MSyntax::kDouble},
-            [flag, isInteger, target, set](Control& control, const mel::CommandCall& call) {
-                if (Object* const object = target(control)) {
-                    set(*object, isInteger ? call.Int(flag.c_str()) : call.Float(flag.c_str()));
-                }
-            },
-            [isInteger, target, get](Control& control) {
-                Object* const object = target(control);
-                return NumberValue(object ? get(*object) : 0.0, isInteger);
-            }};
-}
-
-/// A `target` for NumberFlag(): the control's own object.
-template <class Object>
-Object* OwnObject(Control& control) {
-    return control.As<Object>();
+                       const std::function<void(Object&, double)>& set,
+                       const std::function<double(Object&)>& get,
+                       const std::function<Object*(Control&)>& target = ObjectOf<Object>) {
+    const auto whole = [get](Object& object) { return static_cast<int>(get(object)); };
+    return isInteger ? ValueFlag<Object, int>(shortName, longName, set, whole, target)
+                     : ValueFlag<Object, double>(shortName, longName, set, get, target);
 }
 
 } // namespace lightbox

@@ -6,6 +6,7 @@
 #include "controls/OptionMenu.h"
 #include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
+#include "mel/Error.h"
 
 #include <QAction>
 #include <QLabel>
@@ -14,7 +15,6 @@ namespace lightbox {
 
 namespace {
 
-using mel::CommandCall;
 using mel::Value;
 
 /// An option menu with its label; without a label it has no label column.
@@ -42,11 +42,7 @@ private:
     OptionMenu* menu_;
 };
 
-OptionMenu& MenuOf(Control& control) {
-    return dynamic_cast<OptionMenuControl&>(control).Menu();
-}
-
-Value ItemNames(Control& control, bool whole) {
+Value ItemNames(const Control& control, bool whole) {
     Value::StringArray names;
     for (const Control* const item : ItemsOf(control)) {
         names.push_back(whole ? item->Path() : item->Name());
@@ -56,59 +52,53 @@ Value ItemNames(Control& control, bool whole) {
 
 ControlFlags OptionFlags(ControlRegistry* registry) {
     return {
-        {"-sl",
-         "-select",
-         {MSyntax::kLong},
-         [](Control& control, const CommandCall& call) {
-             const int index = call.Int("-select");
-             if (index < 1 || index > MenuOf(control).count()) {
-                 call.Fail("\"" + control.Path() + "\" has no item " + std::to_string(index) + ".");
-             }
-             MenuOf(control).setCurrentIndex(index - 1);
-         },
-         [](Control& control) { return Value(MenuOf(control).currentIndex() + 1); }},
-        {"-v",
-         "-value",
-         {MSyntax::kString},
-         [](Control& control, const CommandCall& call) {
-             const int index = MenuOf(control).findText(ToQt(call.String("-value")));
-             if (index < 0) {
-                 call.Fail("\"" + control.Path() + "\" has no item \"" + call.String("-value") + "\".");
-             }
-             MenuOf(control).setCurrentIndex(index);
-         },
-         [](Control& control) { return Value(MenuOf(control).currentText().toStdString()); }},
-        {"-dai",
-         "-deleteAllItems",
-         {},
-         [registry](Control& control, const CommandCall&) {
-             for (Control* const item : ItemsOf(control)) {
-                 // Remove the entry now, not when the event loop runs next.
-                 MenuOf(control).removeAction(item->Action());
-                 registry->Delete(*item);
-             }
-         },
-         nullptr},
-        QueryFlag("-ni", "-numberOfItems", [](Control& control) { return Value(MenuOf(control).count()); }),
+        ValueFlag<OptionMenuControl, int>(
+            "-sl", "-select",
+            [](const OptionMenuControl& control, int index) {
+                if (index < 1 || index > control.Menu().count()) {
+                    throw mel::Error("\"" + control.Path() + "\" has no item " + std::to_string(index) + ".");
+                }
+                control.Menu().setCurrentIndex(index - 1);
+            },
+            [](const OptionMenuControl& control) { return control.Menu().currentIndex() + 1; }),
+        ValueFlag<OptionMenuControl, std::string>(
+            "-v", "-value",
+            [](const OptionMenuControl& control, const std::string& text) {
+                const int index = control.Menu().findText(ToQt(text));
+                if (index < 0) {
+                    throw mel::Error("\"" + control.Path() + "\" has no item \"" + text + "\".");
+                }
+                control.Menu().setCurrentIndex(index);
+            },
+            [](const OptionMenuControl& control) { return control.Menu().currentText().toStdString(); }),
+        ActionFlag<OptionMenuControl>("-dai", "-deleteAllItems",
+                                      [registry](const OptionMenuControl& control) {
+                                          for (Control* const item : ItemsOf(control)) {
+                                              // Remove the entry now, not when the event loop runs next.
+                                              control.Menu().removeAction(item->Action());
+                                              registry->Delete(*item);
+                                          }
+                                      }),
+        QueryFlag("-ni", "-numberOfItems",
+                  [](Control& control) { return dynamic_cast<OptionMenuControl&>(control).Menu().count(); }),
         QueryFlag("-ill", "-itemListLong", [](Control& control) { return ItemNames(control, true); }),
         QueryFlag("-ils", "-itemListShort", [](Control& control) { return ItemNames(control, false); }),
         ScriptFlag("-cc", "-changeCommand"),
     };
 }
 
+std::unique_ptr<Control> CreateOptionMenu(const ControlCreation& creation) {
+    auto control = std::make_unique<OptionMenuControl>(creation);
+    creation.registry.SetCurrentMenu(control.get());
+    return control;
+}
+
 } // namespace
 
 void RegisterOptionMenuCommands(WindowCommandTable& table) {
     for (const char* const name : {"optionMenu", "optionMenuGrp"}) {
-        ControlType type;
-        type.name = name;
-        type.flags = OptionFlags(table.Controls()) + GroupFlags();
-        type.create = [](const ControlCreation& creation) {
-            auto control = std::make_unique<OptionMenuControl>(creation);
-            creation.registry.SetCurrentMenu(control.get());
-            return control;
-        };
-        table.Add(std::move(type));
+        table.Add({name, ControlType::Family::Control, OptionFlags(table.Controls()) + GroupFlags(),
+                   CreateOptionMenu});
     }
 }
 

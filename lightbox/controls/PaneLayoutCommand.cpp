@@ -10,13 +10,13 @@
 #include <QSplitter>
 
 #include <algorithm>
+#include <numeric>
 
 namespace lightbox {
 
 namespace {
 
 using mel::CommandCall;
-using mel::Value;
 
 /// A configuration: the direction of the outer splitter, and the number of panes in each of its parts.
 struct Configuration {
@@ -50,7 +50,7 @@ const std::vector<Configuration>& Configurations() {
 class PaneLayoutControl : public Control {
 public:
     explicit PaneLayoutControl(const ControlCreation& creation)
-        : Control(creation.type, creation.name, creation.parent, new QWidget) {
+        : Control(creation, new QWidget) {
         auto* const box = new QVBoxLayout(Widget());
         box->setContentsMargins(0, 0, 0, 0);
         Arrange();
@@ -65,23 +65,19 @@ public:
     bool TakesChildren() const override { return true; }
 
     const char* ConfigurationName() const { return configuration_->name; }
-    bool SetConfiguration(const std::string& name) {
+    /// Throws mel::Error when there is no configuration of that name.
+    void SetConfiguration(const std::string& name) {
         const auto& all = Configurations();
         const auto found = std::find_if(all.begin(), all.end(),
                                         [&](const Configuration& each) { return name == each.name; });
         if (found == all.end()) {
-            return false;
+            throw mel::Error("Unknown pane configuration: " + name);
         }
         configuration_ = &*found;
         Arrange();
-        return true;
     }
     int PaneCount() const {
-        int count = 0;
-        for (const int part : configuration_->parts) {
-            count += part;
-        }
-        return count;
+        return std::accumulate(configuration_->parts.begin(), configuration_->parts.end(), 0);
     }
     std::vector<Control*> Panes() const {
         std::vector<Control*> panes;
@@ -157,63 +153,47 @@ private:
     bool hidden_ = false;
 };
 
-PaneLayoutControl& Pane(Control& control) {
-    return dynamic_cast<PaneLayoutControl&>(control);
+ControlFlag PaneSizeFlag() {
+    return MultiFlag(
+        "-ps", "-paneSize", {INT, INT, INT}, [](Control& control, const CommandCall& call, unsigned use) {
+            dynamic_cast<PaneLayoutControl&>(control).SetPaneSize(
+                call.Int("-paneSize", 0, use), call.Int("-paneSize", 1, use), call.Int("-paneSize", 2, use));
+        });
 }
 
-ControlType PaneType() {
-    ControlType type;
-    type.name = "paneLayout";
-    type.family = ControlType::Family::Layout;
-    ControlFlag size{"-ps",
-                     "-paneSize",
-                     {INT, INT, INT},
-                     [](Control& control, const CommandCall& call) {
-                         for (unsigned use = 0; use < call.UseCount("-paneSize"); ++use) {
-                             Pane(control).SetPaneSize(call.Int("-paneSize", 0, use),
-                                                       call.Int("-paneSize", 1, use),
-                                                       call.Int("-paneSize", 2, use));
-                         }
-                     },
-                     nullptr};
-    size.isMultiUse = true;
-    const auto pane = [](Control& control, std::size_t index) {
-        const std::vector<Control*> panes = Pane(control).Panes();
-        return Value(index < panes.size() ? panes[index]->Name() : std::string());
+/// A flag that asks for the name of a pane, counted from 0.
+ControlFlag PaneFlag(const char* shortName, const char* longName, std::size_t index) {
+    return QueryFlag(shortName, longName, [index](const Control& control) {
+        const std::vector<Control*> panes = dynamic_cast<const PaneLayoutControl&>(control).Panes();
+        return index < panes.size() ? panes[index]->Name() : std::string();
+    });
+}
+
+ControlFlags PaneFlags() {
+    return {
+        ValueFlag<PaneLayoutControl, std::string>("-cn", "-configuration",
+                                                  &PaneLayoutControl::SetConfiguration,
+                                                  &PaneLayoutControl::ConfigurationName),
+        PaneSizeFlag(),
+        QueryFlag("-nvp", "-numberOfVisiblePanes",
+                  [](const Control& control) {
+                      return dynamic_cast<const PaneLayoutControl&>(control).PaneCount();
+                  }),
+        PaneFlag("-p1", "-pane1", 0),
+        PaneFlag("-p2", "-pane2", 1),
+        PaneFlag("-p3", "-pane3", 2),
+        PaneFlag("-p4", "-pane4", 3),
+        NoteFlag("-st", "-separatorThickness", INT),
+        NoteFlag("-aft", "-activeFrameThickness", INT),
+        ScriptFlag("-smc", "-separatorMovedCommand"),
     };
-    type.flags =
-        ControlFlags{
-            {"-cn",
-             "-configuration",
-             {TEXT},
-             [](Control& control, const CommandCall& call) {
-                 if (!Pane(control).SetConfiguration(call.String("-configuration"))) {
-                     call.Fail("Unknown pane configuration: " + call.String("-configuration"));
-                 }
-             },
-             [](Control& control) { return Value(Pane(control).ConfigurationName()); }},
-            size,
-            QueryFlag("-nvp", "-numberOfVisiblePanes",
-                      [](Control& control) { return Value(Pane(control).PaneCount()); }),
-            QueryFlag("-p1", "-pane1", [pane](Control& control) { return pane(control, 0); }),
-            QueryFlag("-p2", "-pane2", [pane](Control& control) { return pane(control, 1); }),
-            QueryFlag("-p3", "-pane3", [pane](Control& control) { return pane(control, 2); }),
-            QueryFlag("-p4", "-pane4", [pane](Control& control) { return pane(control, 3); }),
-            NoteFlag("-st", "-separatorThickness", INT),
-            NoteFlag("-aft", "-activeFrameThickness", INT),
-            ScriptFlag("-smc", "-separatorMovedCommand"),
-        } +
-        LayoutFlags();
-    type.create = [](const ControlCreation& creation) {
-        return std::make_unique<PaneLayoutControl>(creation);
-    };
-    return type;
 }
 
 } // namespace
 
 void RegisterPaneLayoutCommand(WindowCommandTable& table) {
-    table.Add(PaneType());
+    table.Add(
+        {"paneLayout", ControlType::Family::Layout, PaneFlags() + LayoutFlags(), Make<PaneLayoutControl>});
 }
 
 } // namespace lightbox

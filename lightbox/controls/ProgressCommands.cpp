@@ -21,74 +21,49 @@ using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
 
-ControlFlag StepFlag() {
-    return {"-s",
-            "-step",
-            {INT},
-            [](Control& control, const CommandCall& call) {
-                auto& bar = *control.As<QProgressBar>();
-                bar.setValue(std::min(bar.maximum(), bar.value() + call.Int("-step")));
-                bar.repaint();
-            },
-            nullptr};
-}
-
 ControlFlags BarFlags() {
     return {
-        ValueFlag<QProgressBar, int>(
-            "-min", "-minValue", [](QProgressBar& bar, int value) { bar.setMinimum(value); },
-            [](const QProgressBar& bar) { return bar.minimum(); }),
-        ValueFlag<QProgressBar, int>(
-            "-max", "-maxValue", [](QProgressBar& bar, int value) { bar.setMaximum(value); },
-            [](const QProgressBar& bar) { return bar.maximum(); }),
+        ValueFlag<QProgressBar, int>("-min", "-minValue", &QProgressBar::setMinimum, &QProgressBar::minimum),
+        ValueFlag<QProgressBar, int>("-max", "-maxValue", &QProgressBar::setMaximum, &QProgressBar::maximum),
         // The main window's bar is visible from here to -endProgress.
-        {"-bp",
-         "-beginProgress",
-         {},
-         [](Control& control, const CommandCall&) {
-             auto& bar = *control.As<QProgressBar>();
-             bar.setProperty("cancelled", false);
-             bar.setValue(bar.minimum());
-             bar.show();
-             bar.repaint();
-         },
-         nullptr},
+        ActionFlag<QProgressBar>("-bp", "-beginProgress",
+                                 [](QProgressBar& bar) {
+                                     bar.setProperty("cancelled", false);
+                                     bar.setValue(bar.minimum());
+                                     bar.show();
+                                     bar.repaint();
+                                 }),
         ValueFlag<QProgressBar, int>(
             "-pr", "-progress",
             [](QProgressBar& bar, int value) {
                 bar.setValue(std::clamp(value, bar.minimum(), bar.maximum()));
                 bar.repaint();
             },
-            [](const QProgressBar& bar) { return bar.value(); }),
-        StepFlag(),
-        {"-ep",
-         "-endProgress",
-         {},
-         [](Control& control, const CommandCall&) {
-             control.As<QProgressBar>()->reset();
-             if (control.notes["-isMainProgressBar"] == "1") {
-                 control.Widget()->hide();
-             }
+            &QProgressBar::value),
+        {"-s",
+         "-step",
+         {INT},
+         [](const Control& control, const CommandCall& call) {
+             auto& bar = *control.As<QProgressBar>();
+             bar.setValue(std::min(bar.maximum(), bar.value() + call.Int("-step")));
+             bar.repaint();
          },
          nullptr},
+        ActionFlag<Control>("-ep", "-endProgress",
+                            [](Control& control) {
+                                control.As<QProgressBar>()->reset();
+                                if (control.notes["-isMainProgressBar"] == "1") {
+                                    control.Widget()->hide();
+                                }
+                            }),
         QueryFlag("-ic", "-isCancelled",
-                  [](Control& control) { return Value(control.Object()->property("cancelled").toBool()); }),
+                  [](const Control& control) { return control.Object()->property("cancelled").toBool(); }),
         ValueFlag<QProgressBar, QString>(
             "-st", "-status", [](QProgressBar& bar, const QString& text) { bar.setFormat(text + " %p%"); },
             [](const QProgressBar& bar) { return bar.format().remove(" %p%"); }),
         NoteFlag("-ii", "-isInterruptable", ON),
         NoteFlag("-imp", "-isMainProgressBar", ON),
     };
-}
-
-ControlType BarType() {
-    ControlType type;
-    type.name = "progressBar";
-    type.flags = BarFlags() + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        return std::make_unique<Control>(creation.type, creation.name, creation.parent, new QProgressBar);
-    };
-    return type;
 }
 
 /// The progress window. There is at most one at a time.
@@ -168,7 +143,10 @@ private:
 } // namespace
 
 void RegisterProgressCommands(WindowCommandTable& table) {
-    table.Add(BarType());
+    table.Add({"progressBar", ControlType::Family::Control, BarFlags() + CommonFlags(),
+               [](const ControlCreation& creation) {
+                   return std::make_unique<Control>(creation, new QProgressBar);
+               }});
     table.Add("progressWindow",
               SyntaxBuilder()
                   .Flag("-t", "-title", TEXT)

@@ -31,20 +31,20 @@ ValueSlider* SliderOf(Control& control) {
     return nullptr;
 }
 
-NumberField* FieldOf(Control& control) {
+NumberField* SliderField(Control& control) {
     return Group(control).PartAs<NumberField>(1);
 }
 
 /// The control's value: the field's, which may exceed the slider's range, else the slider's.
 double NumberOf(Control& control) {
     const auto* const group = dynamic_cast<GroupControl*>(&control);
-    const NumberField* const field = group ? FieldOf(control) : nullptr;
+    const NumberField* const field = group ? SliderField(control) : nullptr;
     return field ? field->Value() : SliderOf(control)->Value();
 }
 
 void SetNumber(Control& control, double value) {
     const auto* const group = dynamic_cast<GroupControl*>(&control);
-    NumberField* const field = group ? FieldOf(control) : nullptr;
+    NumberField* const field = group ? SliderField(control) : nullptr;
     if (field) {
         // A value outside the slider's range widens it, at most to the range of the field.
         ValueSlider& slider = *SliderOf(control);
@@ -62,13 +62,13 @@ ControlFlag FieldEnd(const char* shortName, const char* longName, bool isInteger
             flag,
             {isInteger ? MSyntax::kLong : MSyntax::kDouble},
             [flag, isMinimum](Control& control, const CommandCall& call) {
-                if (NumberField* const field = FieldOf(control)) {
+                if (NumberField* const field = SliderField(control)) {
                     const double value = call.Float(flag.c_str());
                     isMinimum ? field->SetMinimum(value) : field->SetMaximum(value);
                 }
             },
             [isInteger, isMinimum](Control& control) {
-                const NumberField* const field = FieldOf(control);
+                const NumberField* const field = SliderField(control);
                 const double end = !field ? 0.0 : isMinimum ? field->Minimum() : field->Maximum();
                 return NumberValue(end, isInteger);
             }};
@@ -77,7 +77,7 @@ ControlFlag FieldEnd(const char* shortName, const char* longName, bool isInteger
 /// Gives the field the slider's limit when the call sets none for the field.
 void LimitField(Control& control, const CommandCall& call, bool isMinimum, double value) {
     auto* const group = dynamic_cast<GroupControl*>(&control);
-    NumberField* const field = group ? FieldOf(control) : nullptr;
+    NumberField* const field = group ? SliderField(control) : nullptr;
     if (field && call.IsCreate() && !call.Has(isMinimum ? "-fieldMinValue" : "-fieldMaxValue")) {
         isMinimum ? field->SetMinimum(value) : field->SetMaximum(value);
     }
@@ -107,10 +107,8 @@ ControlFlags SliderFlags(bool isInteger) {
     return {
         SliderEnd("-max", "-maxValue", isInteger, false),
         SliderEnd("-min", "-minValue", isInteger, true),
-        NumberFlag<ValueSlider>(
-            "-s", "-step", isInteger, SliderOf,
-            [](ValueSlider& slider, double step) { slider.SetStep(step); },
-            [](const ValueSlider& slider) { return slider.Step(); }),
+        NumberFlag<ValueSlider>("-s", "-step", isInteger, &ValueSlider::SetStep, &ValueSlider::Step,
+                                SliderOf),
         {"-v",
          "-value",
          {type},
@@ -145,77 +143,62 @@ void Connect(ValueSlider& slider, Control& control, ControlRegistry& registry, N
     }
 }
 
-ControlType SliderType(bool isInteger) {
-    ControlType type;
-    type.name = isInteger ? "intSlider" : "floatSlider";
-    type.flags = ControlFlags{CreateFlag("-hr", "-horizontal", {MSyntax::kBoolean},
-                                         [](Control& control) {
-                                             return Value(SliderOf(control)->orientation() == Qt::Horizontal);
-                                         })} +
-                 SliderFlags(isInteger) + CommonFlags();
-    type.create = [isInteger](const ControlCreation& creation) {
-        const CommandCall& call = creation.call;
-        const bool isVertical = call.Has("-horizontal") && !call.Bool("-horizontal");
-        auto* const slider = new ValueSlider(isInteger, isVertical ? Qt::Vertical : Qt::Horizontal);
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, slider);
-        Connect(*slider, *control, creation.registry, nullptr);
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateSlider(const ControlCreation& creation, bool isInteger) {
+    const CommandCall& call = creation.call;
+    const bool isVertical = call.Has("-horizontal") && !call.Bool("-horizontal");
+    auto* const slider = new ValueSlider(isInteger, isVertical ? Qt::Vertical : Qt::Horizontal);
+    auto control = std::make_unique<Control>(creation, slider);
+    Connect(*slider, *control, creation.registry, nullptr);
+    return control;
 }
 
-ControlType SliderGroupType(bool isInteger) {
-    ControlType type;
-    type.name = isInteger ? "intSliderGrp" : "floatSliderGrp";
-    type.flags =
-        ControlFlags{
-            CreateFlag("-f", "-field", {MSyntax::kBoolean},
-                       [](Control& control) { return Value(FieldOf(control) != nullptr); }),
-            {"-pre",
-             "-precision",
-             {MSyntax::kLong},
-             [](Control& control, const CommandCall& call) {
-                 if (NumberField* const field = FieldOf(control)) {
-                     field->SetPrecision(call.Int("-precision"));
-                 }
-             },
-             [](Control& control) {
-                 const NumberField* const field = FieldOf(control);
-                 return Value(field ? field->Precision() : 0);
-             }},
-            NoteFlag("-fs", "-fieldStep", MSyntax::kDouble),
-            NoteFlag("-ss", "-sliderStep", MSyntax::kDouble),
-            FieldEnd("-fmx", "-fieldMaxValue", isInteger, false),
-            FieldEnd("-fmn", "-fieldMinValue", isInteger, true),
-        } +
-        SliderFlags(isInteger) + GroupFlags();
-    type.create = [isInteger](const ControlCreation& creation) {
-        const CommandCall& call = creation.call;
-        auto group = std::make_unique<GroupControl>(creation);
-        auto* const slider = new ValueSlider(isInteger, Qt::Horizontal);
-        NumberField* field = nullptr;
-        if (call.Has("-field") && call.Bool("-field")) {
-            field = new NumberField(isInteger);
-            field->SetMaximum(slider->Maximum());
-            field->SetMinimum(slider->Minimum());
-            group->AddPart(field);
-        }
-        constexpr int usualWidth = 120;
-        slider->setMinimumWidth(usualWidth);
-        group->AddPart(slider);
-        group->Finish();
-        Connect(*slider, *group, creation.registry, field);
-        return group;
+ControlFlags SliderGroupFlags(bool isInteger) {
+    return {
+        CreateFlag("-f", "-field", {MSyntax::kBoolean},
+                   [](Control& control) { return SliderField(control) != nullptr; }),
+        ValueFlag<NumberField, int>("-pre", "-precision", &NumberField::SetPrecision, &NumberField::Precision,
+                                    SliderField),
+        NoteFlag("-fs", "-fieldStep", MSyntax::kDouble),
+        NoteFlag("-ss", "-sliderStep", MSyntax::kDouble),
+        FieldEnd("-fmx", "-fieldMaxValue", isInteger, false),
+        FieldEnd("-fmn", "-fieldMinValue", isInteger, true),
     };
-    return type;
+}
+
+std::unique_ptr<Control> CreateSliderGroup(const ControlCreation& creation, bool isInteger) {
+    const CommandCall& call = creation.call;
+    auto group = std::make_unique<GroupControl>(creation);
+    auto* const slider = new ValueSlider(isInteger, Qt::Horizontal);
+    NumberField* field = nullptr;
+    if (call.Has("-field") && call.Bool("-field")) {
+        field = new NumberField(isInteger);
+        field->SetMaximum(slider->Maximum());
+        field->SetMinimum(slider->Minimum());
+        group->AddPart(field);
+    }
+    constexpr int usualWidth = 120;
+    slider->setMinimumWidth(usualWidth);
+    group->AddPart(slider);
+    group->Finish();
+    Connect(*slider, *group, creation.registry, field);
+    return group;
 }
 
 } // namespace
 
 void RegisterSliderCommands(WindowCommandTable& table) {
+    using Family = ControlType::Family;
+    const ControlFlag isHorizontal =
+        CreateFlag("-hr", "-horizontal", {MSyntax::kBoolean},
+                   [](Control& control) { return SliderOf(control)->orientation() == Qt::Horizontal; });
     for (const bool isInteger : {true, false}) {
-        table.Add(SliderType(isInteger));
-        table.Add(SliderGroupType(isInteger));
+        const std::string prefix = isInteger ? "int" : "float";
+        table.Add({prefix + "Slider", Family::Control,
+                   ControlFlags{isHorizontal} + SliderFlags(isInteger) + CommonFlags(),
+                   [isInteger](const auto& creation) { return CreateSlider(creation, isInteger); }});
+        table.Add({prefix + "SliderGrp", Family::Control,
+                   SliderGroupFlags(isInteger) + SliderFlags(isInteger) + GroupFlags(),
+                   [isInteger](const auto& creation) { return CreateSliderGroup(creation, isInteger); }});
     }
 }
 

@@ -20,7 +20,7 @@ using mel::Value;
 class TabLayoutControl : public Control {
 public:
     explicit TabLayoutControl(const ControlCreation& creation)
-        : Control(creation.type, creation.name, creation.parent, new QTabWidget) {
+        : Control(creation, new QTabWidget) {
         ControlRegistry& registry = creation.registry;
         QTabWidget* const tabs = As<QTabWidget>();
         // Only the user's clicks send tabBarClicked.
@@ -53,10 +53,6 @@ public:
         }
         throw mel::Error("\"" + name + "\" is not a tab of \"" + Path() + "\".");
     }
-    std::string NameOf(int index) const {
-        const QWidget* const page = As<QTabWidget>()->widget(index);
-        return page ? page->objectName().toStdString() : std::string();
-    }
 
 private:
     int last_ = 0;
@@ -67,27 +63,22 @@ TabLayoutControl& Tabs(Control& control) {
 }
 
 ControlFlag LabelFlag(bool byIndex) {
-    const std::string flag = byIndex ? "-tabLabelIndex" : "-tabLabel";
-    ControlFlag row{
-        byIndex ? "-tli" : "-tl",
-        flag,
-        {byIndex ? INT : TEXT, TEXT},
-        [flag, byIndex](Control& control, const CommandCall& call) {
-            for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
-                const int index = byIndex ? call.Int(flag.c_str(), 0, use) - 1
-                                          : Tabs(control).IndexOf(call.String(flag.c_str(), 0, use));
-                control.As<QTabWidget>()->setTabText(index, ToQt(call.String(flag.c_str(), 1, use)));
-            }
-        },
-        [](Control& control) {
-            Value::StringArray labels;
-            const auto& tabs = *control.As<QTabWidget>();
-            for (int i = 0; i < tabs.count(); ++i) {
-                labels.push_back(tabs.tabText(i).toStdString());
-            }
-            return Value(std::move(labels));
-        }};
-    row.isMultiUse = true;
+    const char* const flag = byIndex ? "-tabLabelIndex" : "-tabLabel";
+    ControlFlag row =
+        MultiFlag(byIndex ? "-tli" : "-tl", flag, {byIndex ? INT : TEXT, TEXT},
+                  [flag, byIndex](Control& control, const CommandCall& call, unsigned use) {
+                      const int index = byIndex ? call.Int(flag, 0, use) - 1
+                                                : Tabs(control).IndexOf(call.String(flag, 0, use));
+                      control.As<QTabWidget>()->setTabText(index, ToQt(call.String(flag, 1, use)));
+                  });
+    row.get = [](Control& control) {
+        Value::StringArray labels;
+        const auto& tabs = *control.As<QTabWidget>();
+        for (int i = 0; i < tabs.count(); ++i) {
+            labels.push_back(tabs.tabText(i).toStdString());
+        }
+        return labels;
+    };
     return row;
 }
 
@@ -95,24 +86,20 @@ ControlFlags TabFlags() {
     return {
         LabelFlag(false),
         LabelFlag(true),
-        {"-st",
-         "-selectTab",
-         {TEXT},
-         [](Control& control, const CommandCall& call) {
-             control.As<QTabWidget>()->setCurrentIndex(Tabs(control).IndexOf(call.String("-selectTab")));
-         },
-         [](Control& control) {
-             return Value(Tabs(control).NameOf(control.As<QTabWidget>()->currentIndex()));
-         }},
-        {"-sti",
-         "-selectTabIndex",
-         {INT},
-         [](Control& control, const CommandCall& call) {
-             control.As<QTabWidget>()->setCurrentIndex(call.Int("-selectTabIndex") - 1);
-         },
-         [](Control& control) { return Value(control.As<QTabWidget>()->currentIndex() + 1); }},
+        ValueFlag<TabLayoutControl, std::string>(
+            "-st", "-selectTab",
+            [](const TabLayoutControl& tabs, const std::string& name) {
+                tabs.As<QTabWidget>()->setCurrentIndex(tabs.IndexOf(name));
+            },
+            [](const TabLayoutControl& tabs) {
+                const QWidget* const page = tabs.As<QTabWidget>()->currentWidget();
+                return page ? page->objectName().toStdString() : std::string();
+            }),
+        ValueFlag<QTabWidget, int>(
+            "-sti", "-selectTabIndex", [](QTabWidget& tabs, int number) { tabs.setCurrentIndex(number - 1); },
+            [](const QTabWidget& tabs) { return tabs.currentIndex() + 1; }),
         ValueFlag<QTabWidget, bool>(
-            "-tv", "-tabsVisible", [](QTabWidget& tabs, bool on) { tabs.tabBar()->setVisible(on); },
+            "-tv", "-tabsVisible", [](const QTabWidget& tabs, bool on) { tabs.tabBar()->setVisible(on); },
             [](const QTabWidget& tabs) { return !tabs.tabBar()->isHidden(); }),
         ScriptFlag("-cc", "-changeCommand"),
         ScriptFlag("-sc", "-selectCommand"),
@@ -126,39 +113,23 @@ ControlFlags TabFlags() {
     };
 }
 
-ControlType TabType(const char* name) {
-    ControlType type;
-    type.name = name;
-    type.family = ControlType::Family::Layout;
-    type.flags = TabFlags() + LayoutFlags();
-    type.create = [](const ControlCreation& creation) {
-        return std::make_unique<TabLayoutControl>(creation);
-    };
-    return type;
-}
-
-ControlType ShelfType() {
-    ControlType type;
-    type.name = "shelfLayout";
-    type.family = ControlType::Family::Layout;
-    type.flags = ControlFlags{NoteFlag("-cw", "-cellWidth", INT), NoteFlag("-ch", "-cellHeight", INT),
-                              NoteFlag("-sp", "-spacing", INT), NoteFlag("-st", "-style", TEXT)} +
-                 LayoutFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto shelf = std::make_unique<BoxLayoutControl>(creation, Qt::Horizontal);
-        shelf->Box().setContentsMargins(2, 2, 2, 2);
-        shelf->Box().setSpacing(2);
-        return shelf;
-    };
-    return type;
+std::unique_ptr<Control> CreateShelf(const ControlCreation& creation) {
+    auto shelf = std::make_unique<BoxLayoutControl>(creation, Qt::Horizontal);
+    shelf->Box().setContentsMargins(2, 2, 2, 2);
+    shelf->Box().setSpacing(2);
+    return shelf;
 }
 
 } // namespace
 
 void RegisterTabLayoutCommands(WindowCommandTable& table) {
-    table.Add(TabType("tabLayout"));
-    table.Add(TabType("shelfTabLayout"));
-    table.Add(ShelfType());
+    using Family = ControlType::Family;
+    for (const char* const name : {"tabLayout", "shelfTabLayout"}) {
+        table.Add({name, Family::Layout, TabFlags() + LayoutFlags(), Make<TabLayoutControl>});
+    }
+    const ControlFlags shelfFlags = {NoteFlag("-cw", "-cellWidth", INT), NoteFlag("-ch", "-cellHeight", INT),
+                                     NoteFlag("-sp", "-spacing", INT), NoteFlag("-st", "-style", TEXT)};
+    table.Add({"shelfLayout", Family::Layout, shelfFlags + LayoutFlags(), CreateShelf});
 }
 
 } // namespace lightbox

@@ -10,11 +10,12 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include <utility>
+
 namespace lightbox {
 
 namespace {
 
-using mel::CommandCall;
 using mel::Value;
 
 /// The line edit of a control: its widget, or the first part of its group.
@@ -25,56 +26,32 @@ QLineEdit* LineOf(Control& control) {
     return control.As<QLineEdit>();
 }
 
-ControlFlag LineText(const char* shortName, const char* longName, void (*set)(QLineEdit&, const QString&),
-                     QString (*get)(const QLineEdit&)) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {TEXT},
-            [flag, set](Control& control, const CommandCall& call) {
-                set(*LineOf(control), ToQt(call.String(flag.c_str())));
-            },
-            [get](Control& control) { return Value(get(*LineOf(control)).toStdString()); }};
+/// A flag with one value of the control's line edit.
+template <class Value>
+ControlFlag LineFlag(const char* shortName, const char* longName,
+                     std::function<void(QLineEdit&, const Value&)> set,
+                     std::function<Value(QLineEdit&)> get) {
+    return ValueFlag<QLineEdit, Value>(shortName, longName, std::move(set), std::move(get), LineOf);
 }
 
 ControlFlags LineFlags() {
     return {
-        LineText(
-            "-tx", "-text", [](QLineEdit& line, const QString& text) { line.setText(text); },
-            [](const QLineEdit& line) { return line.text(); }),
-        LineText(
-            "-fi", "-fileName", [](QLineEdit& line, const QString& text) { line.setText(text); },
-            [](const QLineEdit& line) { return line.text(); }),
-        LineText(
-            "-it", "-insertText", [](QLineEdit& line, const QString& text) { line.insert(text); },
-            [](const QLineEdit& line) { return line.selectedText(); }),
-        LineText(
-            "-pht", "-placeholderText",
-            [](QLineEdit& line, const QString& text) { line.setPlaceholderText(text); },
-            [](const QLineEdit& line) { return line.placeholderText(); }),
-        {"-ed",
-         "-editable",
-         {ON},
-         [](Control& control, const CommandCall& call) {
-             LineOf(control)->setReadOnly(!call.Bool("-editable"));
-         },
-         [](Control& control) { return Value(!LineOf(control)->isReadOnly()); }},
-        {"-ip",
-         "-insertionPosition",
-         {INT},
-         [](Control& control, const CommandCall& call) {
-             const int position = call.Int("-insertionPosition");
-             QLineEdit& line = *LineOf(control);
-             line.setCursorPosition(position > 0 ? position - 1 : static_cast<int>(line.text().size()));
-         },
-         [](Control& control) { return Value(LineOf(control)->cursorPosition() + 1); }},
-        {"-sf",
-         "-searchField",
-         {ON},
-         [](Control& control, const CommandCall& call) {
-             LineOf(control)->setClearButtonEnabled(call.Bool("-searchField"));
-         },
-         [](Control& control) { return Value(LineOf(control)->isClearButtonEnabled()); }},
+        LineFlag<QString>("-tx", "-text", &QLineEdit::setText, &QLineEdit::text),
+        LineFlag<QString>("-fi", "-fileName", &QLineEdit::setText, &QLineEdit::text),
+        LineFlag<QString>("-it", "-insertText", &QLineEdit::insert, &QLineEdit::selectedText),
+        LineFlag<QString>("-pht", "-placeholderText", &QLineEdit::setPlaceholderText,
+                          &QLineEdit::placeholderText),
+        LineFlag<bool>(
+            "-ed", "-editable", [](QLineEdit& line, bool on) { line.setReadOnly(!on); },
+            [](const QLineEdit& line) { return !line.isReadOnly(); }),
+        LineFlag<int>(
+            "-ip", "-insertionPosition",
+            [](QLineEdit& line, int position) {
+                line.setCursorPosition(position > 0 ? position - 1 : static_cast<int>(line.text().size()));
+            },
+            [](const QLineEdit& line) { return line.cursorPosition() + 1; }),
+        LineFlag<bool>("-sf", "-searchField", &QLineEdit::setClearButtonEnabled,
+                       &QLineEdit::isClearButtonEnabled),
         ScriptFlag("-cc", "-changeCommand"),
         ScriptFlag("-ec", "-enterCommand"),
         ScriptFlag("-tcc", "-textChangedCommand"),
@@ -101,54 +78,34 @@ void ConnectLine(QLineEdit& line, Control& control, ControlRegistry& registry) {
     });
 }
 
-ControlType TextFieldType() {
-    ControlType type;
-    type.name = "textField";
-    type.flags = LineFlags() + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const line = new QLineEdit;
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, line);
-        ConnectLine(*line, *control, creation.registry);
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateTextField(const ControlCreation& creation) {
+    auto* const line = new QLineEdit;
+    auto control = std::make_unique<Control>(creation, line);
+    ConnectLine(*line, *control, creation.registry);
+    return control;
 }
 
-ControlType TextGroupType(bool hasButton) {
-    ControlType type;
-    type.name = hasButton ? "textFieldButtonGrp" : "textFieldGrp";
-    type.flags = LineFlags();
+ControlFlags FieldButtonFlags() {
+    return {ValueFlag<QPushButton, QString>(
+                "-bl", "-buttonLabel", &QPushButton::setText, &QPushButton::text,
+                [](Control& control) { return Group(control).PartAs<QPushButton>(2); }),
+            ScriptFlag("-bc", "-buttonCommand")};
+}
+
+std::unique_ptr<Control> CreateTextGroup(const ControlCreation& creation, bool hasButton) {
+    auto group = std::make_unique<GroupControl>(creation);
+    auto* const line = new QLineEdit;
+    group->AddPart(line);
+    ConnectLine(*line, *group, creation.registry);
     if (hasButton) {
-        type.flags.push_back({"-bl",
-                              "-buttonLabel",
-                              {TEXT},
-                              [](Control& control, const CommandCall& call) {
-                                  Group(control).PartAs<QPushButton>(2)->setText(
-                                      ToQt(call.String("-buttonLabel")));
-                              },
-                              [](Control& control) {
-                                  return Value(Group(control).PartAs<QPushButton>(2)->text().toStdString());
-                              }});
-        type.flags.push_back(ScriptFlag("-bc", "-buttonCommand"));
+        auto* const button = new QPushButton;
+        group->AddPart(button);
+        QObject::connect(
+            button, &QPushButton::clicked, button,
+            [&registry = creation.registry, made = group.get()] { registry.Run(*made, "-buttonCommand"); });
     }
-    type.flags = std::move(type.flags) + GroupFlags();
-    type.create = [hasButton](const ControlCreation& creation) {
-        auto group = std::make_unique<GroupControl>(creation);
-        auto* const line = new QLineEdit;
-        group->AddPart(line);
-        ConnectLine(*line, *group, creation.registry);
-        if (hasButton) {
-            auto* const button = new QPushButton;
-            group->AddPart(button);
-            QObject::connect(button, &QPushButton::clicked, button,
-                             [&registry = creation.registry, made = group.get()] {
-                                 registry.Run(*made, "-buttonCommand");
-                             });
-        }
-        group->Finish();
-        return group;
-    };
-    return type;
+    group->Finish();
+    return group;
 }
 
 /// An editor of several lines. Loss of focus or the keypad's Enter commits the text, as in a single-line
@@ -176,79 +133,64 @@ protected:
     }
 };
 
-ControlFlag ClearFlag() {
-    return {"-cl",
-            "-clear",
-            {},
-            [](Control& control, const CommandCall&) { control.As<QPlainTextEdit>()->clear(); },
-            nullptr};
+ControlFlags ScrollFieldFlags() {
+    using Edit = QPlainTextEdit;
+    return {
+        ActionFlag<Edit>("-cl", "-clear", &Edit::clear),
+        ValueFlag<Edit, QString>("-tx", "-text", &Edit::setPlainText, &Edit::toPlainText),
+        ValueFlag<Edit, QString>("-it", "-insertText", &Edit::insertPlainText,
+                                 [](const Edit& edit) { return edit.textCursor().selectedText(); }),
+        ValueFlag<Edit, bool>(
+            "-ed", "-editable", [](Edit& edit, bool on) { edit.setReadOnly(!on); },
+            [](const Edit& edit) { return !edit.isReadOnly(); }),
+        ValueFlag<Edit, bool>(
+            "-ww", "-wordWrap",
+            [](Edit& edit, bool on) { edit.setLineWrapMode(on ? Edit::WidgetWidth : Edit::NoWrap); },
+            [](const Edit& edit) { return edit.lineWrapMode() != Edit::NoWrap; }),
+        ValueFlag<Edit, int>(
+            "-ip", "-insertionPosition",
+            [](Edit& edit, int position) {
+                edit.moveCursor(QTextCursor::End);
+                if (position > 0) {
+                    QTextCursor cursor = edit.textCursor();
+                    cursor.setPosition(std::min(position - 1, cursor.position()));
+                    edit.setTextCursor(cursor);
+                }
+            },
+            [](const Edit& edit) { return edit.textCursor().position() + 1; }),
+        QueryFlag("-nl", "-numberOfLines",
+                  [](const Control& control) { return control.As<Edit>()->blockCount(); }),
+        QueryFlag("-sl", "-selection",
+                  [](const Control& control) {
+                      return control.As<Edit>()->textCursor().selectedText().toStdString();
+                  }),
+        NoteFlag("-fn", "-font", TEXT),
+        ScriptFlag("-cc", "-changeCommand"),
+        ScriptFlag("-ec", "-enterCommand"),
+        ScriptFlag("-kpc", "-keyPressCommand"),
+    };
 }
 
-ControlType ScrollFieldType() {
-    ControlType type;
-    type.name = "scrollField";
-    type.flags =
-        ControlFlags{
-            ClearFlag(),
-            ValueFlag<QPlainTextEdit, QString>(
-                "-tx", "-text", [](QPlainTextEdit& edit, const QString& text) { edit.setPlainText(text); },
-                [](const QPlainTextEdit& edit) { return edit.toPlainText(); }),
-            ValueFlag<QPlainTextEdit, QString>(
-                "-it", "-insertText",
-                [](QPlainTextEdit& edit, const QString& text) { edit.insertPlainText(text); },
-                [](const QPlainTextEdit& edit) { return edit.textCursor().selectedText(); }),
-            ValueFlag<QPlainTextEdit, bool>(
-                "-ed", "-editable", [](QPlainTextEdit& edit, bool on) { edit.setReadOnly(!on); },
-                [](const QPlainTextEdit& edit) { return !edit.isReadOnly(); }),
-            ValueFlag<QPlainTextEdit, bool>(
-                "-ww", "-wordWrap",
-                [](QPlainTextEdit& edit, bool on) {
-                    edit.setLineWrapMode(on ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
-                },
-                [](const QPlainTextEdit& edit) { return edit.lineWrapMode() != QPlainTextEdit::NoWrap; }),
-            ValueFlag<QPlainTextEdit, int>(
-                "-ip", "-insertionPosition",
-                [](QPlainTextEdit& edit, int position) {
-                    edit.moveCursor(QTextCursor::End);
-                    if (position > 0) {
-                        QTextCursor cursor = edit.textCursor();
-                        cursor.setPosition(std::min(position - 1, cursor.position()));
-                        edit.setTextCursor(cursor);
-                    }
-                },
-                [](const QPlainTextEdit& edit) { return edit.textCursor().position() + 1; }),
-            QueryFlag("-nl", "-numberOfLines",
-                      [](Control& control) { return Value(control.As<QPlainTextEdit>()->blockCount()); }),
-            QueryFlag("-sl", "-selection",
-                      [](Control& control) {
-                          return Value(
-                              control.As<QPlainTextEdit>()->textCursor().selectedText().toStdString());
-                      }),
-            NoteFlag("-fn", "-font", TEXT),
-            ScriptFlag("-cc", "-changeCommand"),
-            ScriptFlag("-ec", "-enterCommand"),
-            ScriptFlag("-kpc", "-keyPressCommand"),
-        } +
-        CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const edit = new ScrollField;
-        edit->setLineWrapMode(QPlainTextEdit::NoWrap);
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, edit);
-        edit->run = [&registry = creation.registry, made = control.get(), edit](const char* flag) {
-            registry.Run(*made, flag, {Value(edit->toPlainText().toStdString())});
-        };
-        return control;
+std::unique_ptr<Control> CreateScrollField(const ControlCreation& creation) {
+    auto* const edit = new ScrollField;
+    edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    auto control = std::make_unique<Control>(creation, edit);
+    edit->run = [&registry = creation.registry, made = control.get(), edit](const char* flag) {
+        registry.Run(*made, flag, {Value(edit->toPlainText().toStdString())});
     };
-    return type;
+    return control;
 }
 
 } // namespace
 
 void RegisterTextFieldCommands(WindowCommandTable& table) {
-    table.Add(TextFieldType());
-    table.Add(TextGroupType(false));
-    table.Add(TextGroupType(true));
-    table.Add(ScrollFieldType());
+    using Family = ControlType::Family;
+    table.Add({"textField", Family::Control, LineFlags() + CommonFlags(), CreateTextField});
+    table.Add({"textFieldGrp", Family::Control, LineFlags() + GroupFlags(),
+               [](const auto& creation) { return CreateTextGroup(creation, false); }});
+    table.Add({"textFieldButtonGrp", Family::Control, LineFlags() + FieldButtonFlags() + GroupFlags(),
+               [](const auto& creation) { return CreateTextGroup(creation, true); }});
+    table.Add({"scrollField", Family::Control, ScrollFieldFlags() + CommonFlags(), CreateScrollField});
 }
 
 } // namespace lightbox

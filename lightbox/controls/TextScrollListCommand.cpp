@@ -39,26 +39,12 @@ QListWidget& ListOf(Control& control) {
 template <class Each>
 ControlFlag Repeated(const char* shortName, const char* longName, MSyntax::MArgType type, Each each,
                      ControlFlag::Get get = nullptr) {
-    const std::string flag = longName;
-    ControlFlag row{shortName,
-                    flag,
-                    {type},
-                    [flag, each](Control& control, const CommandCall& call) {
-                        for (unsigned use = 0; use < call.UseCount(flag.c_str()); ++use) {
-                            each(ListOf(control), call.Argument(flag.c_str(), 0, use));
-                        }
-                    },
-                    std::move(get)};
-    row.isMultiUse = true;
+    ControlFlag row = MultiFlag(shortName, longName, {type},
+                                [longName, each](Control& control, const CommandCall& call, unsigned use) {
+                                    each(ListOf(control), call.Argument(longName, 0, use));
+                                });
+    row.get = std::move(get);
     return row;
-}
-
-ControlFlag Action(const char* shortName, const char* longName, void (*action)(QListWidget&)) {
-    return {shortName,
-            longName,
-            {},
-            [action](Control& control, const CommandCall&) { action(ListOf(control)); },
-            nullptr};
 }
 
 QList<QListWidgetItem*> Matching(QListWidget& list, const Value& value) {
@@ -98,31 +84,48 @@ Value SelectedIndexes(Control& control) {
 }
 
 ControlFlags ContentFlags() {
-    ControlFlag insert{"-ap",
-                       "-appendPosition",
-                       {INT, TEXT},
-                       [](Control& control, const CommandCall& call) {
-                           for (unsigned use = 0; use < call.UseCount("-appendPosition"); ++use) {
-                               const int row = call.Int("-appendPosition", 0, use);
-                               const QString text = ToQt(call.String("-appendPosition", 1, use));
-                               QListWidget& list = ListOf(control);
-                               list.insertItem(row > 0 ? row - 1 : list.count(), text);
-                           }
-                       },
-                       nullptr};
-    insert.isMultiUse = true;
     return {
-        Action("-ra", "-removeAll", [](QListWidget& list) { list.clear(); }),
+        ActionFlag<QListWidget>("-ra", "-removeAll", &QListWidget::clear),
         Repeated("-ri", "-removeItem", TEXT,
                  [](QListWidget& list, const Value& value) { qDeleteAll(Matching(list, value)); }),
         Repeated("-rii", "-removeIndexedItem", INT,
                  [](QListWidget& list, const Value& value) { delete list.takeItem(value.AsInt() - 1); }),
         Repeated("-a", "-append", TEXT,
                  [](QListWidget& list, const Value& value) { list.addItem(ToQt(value.AsString())); }),
-        insert,
+        MultiFlag("-ap", "-appendPosition", {INT, TEXT},
+                  [](Control& control, const CommandCall& call, unsigned use) {
+                      const int row = call.Int("-appendPosition", 0, use);
+                      QListWidget& list = ListOf(control);
+                      list.insertItem(row > 0 ? row - 1 : list.count(),
+                                      ToQt(call.String("-appendPosition", 1, use)));
+                  }),
         QueryFlag("-ai", "-allItems", AllTexts),
         QueryFlag("-ni", "-numberOfItems", [](Control& control) { return Value(ListOf(control).count()); }),
     };
+}
+
+/// A flag that selects or deselects the items with a text.
+ControlFlag SelectItem(const char* shortName, const char* longName, bool on, ControlFlag::Get get = nullptr) {
+    return Repeated(
+        shortName, longName, TEXT,
+        [on](QListWidget& list, const Value& value) {
+            for (QListWidgetItem* const item : Matching(list, value)) {
+                item->setSelected(on);
+            }
+        },
+        std::move(get));
+}
+
+ControlFlag SelectIndexed(const char* shortName, const char* longName, bool on,
+                          ControlFlag::Get get = nullptr) {
+    return Repeated(
+        shortName, longName, INT,
+        [on](const QListWidget& list, const Value& value) {
+            if (QListWidgetItem* const item = list.item(value.AsInt() - 1)) {
+                item->setSelected(on);
+            }
+        },
+        std::move(get));
 }
 
 ControlFlags SelectionFlags() {
@@ -136,35 +139,12 @@ ControlFlags SelectionFlags() {
             [](const QListWidget& list) {
                 return list.selectionMode() == QAbstractItemView::ExtendedSelection;
             }),
-        Action("-da", "-deselectAll", [](QListWidget& list) { list.clearSelection(); }),
-        Repeated("-di", "-deselectItem", TEXT,
-                 [](QListWidget& list, const Value& value) {
-                     for (QListWidgetItem* const item : Matching(list, value)) {
-                         item->setSelected(false);
-                     }
-                 }),
-        Repeated("-dii", "-deselectIndexedItem", INT,
-                 [](QListWidget& list, const Value& value) {
-                     if (QListWidgetItem* const item = list.item(value.AsInt() - 1)) {
-                         item->setSelected(false);
-                     }
-                 }),
-        Repeated(
-            "-si", "-selectItem", TEXT,
-            [](QListWidget& list, const Value& value) {
-                for (QListWidgetItem* const item : Matching(list, value)) {
-                    item->setSelected(true);
-                }
-            },
-            [](Control& control) { return Texts(Selected(ListOf(control))); }),
-        Repeated(
-            "-sii", "-selectIndexedItem", INT,
-            [](QListWidget& list, const Value& value) {
-                if (QListWidgetItem* const item = list.item(value.AsInt() - 1)) {
-                    item->setSelected(true);
-                }
-            },
-            SelectedIndexes),
+        ActionFlag<QListWidget>("-da", "-deselectAll", &QListWidget::clearSelection),
+        SelectItem("-di", "-deselectItem", false),
+        SelectIndexed("-dii", "-deselectIndexedItem", false),
+        SelectItem("-si", "-selectItem", true,
+                   [](Control& control) { return Texts(Selected(ListOf(control))); }),
+        SelectIndexed("-sii", "-selectIndexedItem", true, SelectedIndexes),
         QueryFlag(
             "-nsi", "-numberOfSelectedItems",
             [](Control& control) { return Value(static_cast<int>(ListOf(control).selectedItems().size())); }),
@@ -179,44 +159,43 @@ ControlFlags SelectionFlags() {
 }
 
 ControlFlag RowsFlag() {
-    return {"-nr",
-            "-numberOfRows",
-            {INT},
-            [](Control& control, const CommandCall& call) {
-                const QListWidget& list = ListOf(control);
-                const int rows = std::clamp(call.Int("-numberOfRows"), 1, 1000);
-                constexpr int padding = 4;
-                const int height = list.fontMetrics().height() + padding;
-                control.notes["-numberOfRows"] = std::to_string(rows);
-                control.SetHeight(rows * height + 2 * list.frameWidth());
-            },
-            [](Control& control) { return Value(Value(control.notes["-numberOfRows"]).AsInt()); }};
+    return ValueFlag<Control, int>(
+        "-nr", "-numberOfRows",
+        [](Control& control, int value) {
+            const QListWidget& list = ListOf(control);
+            const int rows = std::clamp(value, 1, 1000);
+            constexpr int padding = 4;
+            const int height = list.fontMetrics().height() + padding;
+            control.notes["-numberOfRows"] = std::to_string(rows);
+            control.SetHeight(rows * height + 2 * list.frameWidth());
+        },
+        [](Control& control) { return Value(control.notes["-numberOfRows"]).AsInt(); });
+}
+
+std::unique_ptr<Control> CreateList(const ControlCreation& creation) {
+    auto* const list = new ListWidget;
+    auto control = std::make_unique<Control>(creation, list);
+    ControlRegistry& registry = creation.registry;
+    Control* const made = control.get();
+    list->deletePressed = [&registry, made] { registry.Run(*made, "-deleteKeyCommand"); };
+    // Only the user's selection runs the script; then the list has the focus.
+    QObject::connect(list, &QListWidget::itemSelectionChanged, list, [&registry, made, list] {
+        if (list->hasFocus()) {
+            registry.Run(*made, "-selectCommand");
+        }
+    });
+    QObject::connect(list, &QListWidget::itemDoubleClicked, list,
+                     [&registry, made] { registry.Run(*made, "-doubleClickCommand"); });
+    return control;
 }
 
 } // namespace
 
 void RegisterTextScrollListCommand(WindowCommandTable& table) {
-    ControlType type;
-    type.name = "textScrollList";
-    type.flags = ContentFlags() + SelectionFlags() +
-                 ControlFlags{RowsFlag(), NoteFlag("-fn", "-font", TEXT)} + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const list = new ListWidget;
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, list);
-        ControlRegistry& registry = creation.registry;
-        Control* const made = control.get();
-        list->deletePressed = [&registry, made] { registry.Run(*made, "-deleteKeyCommand"); };
-        // Only the user's selection runs the script; then the list has the focus.
-        QObject::connect(list, &QListWidget::itemSelectionChanged, list, [&registry, made, list] {
-            if (list->hasFocus()) {
-                registry.Run(*made, "-selectCommand");
-            }
-        });
-        QObject::connect(list, &QListWidget::itemDoubleClicked, list,
-                         [&registry, made] { registry.Run(*made, "-doubleClickCommand"); });
-        return control;
-    };
-    table.Add(std::move(type));
+    table.Add({"textScrollList", ControlType::Family::Control,
+               ContentFlags() + SelectionFlags() + ControlFlags{RowsFlag(), NoteFlag("-fn", "-font", TEXT)} +
+                   CommonFlags(),
+               CreateList});
 }
 
 } // namespace lightbox

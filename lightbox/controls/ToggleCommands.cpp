@@ -21,30 +21,19 @@ using mel::CommandCall;
 using mel::Value;
 
 ControlFlags LabelFlags() {
-    return {ValueFlag<QAbstractButton, QString>(
-                "-l", "-label", [](QAbstractButton& button, const QString& text) { button.setText(text); },
-                [](const QAbstractButton& button) { return button.text(); }),
+    return {ValueFlag<QAbstractButton, QString>("-l", "-label", &QAbstractButton::setText,
+                                                &QAbstractButton::text),
             NoteFlag("-al", "-align", TEXT), NoteFlag("-rs", "-recomputeSize", ON)};
 }
 
-ControlType CheckBoxType() {
-    ControlType type;
-    type.name = "checkBox";
-    type.flags = LabelFlags() +
-                 ControlFlags{ValueFlag<QCheckBox, bool>(
-                     "-v", "-value", [](QCheckBox& box, bool on) { box.setChecked(on); },
-                     [](const QCheckBox& box) { return box.isChecked(); })} +
-                 ToggleScripts() + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const box = new QCheckBox(ToQt(creation.name));
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, box);
-        QObject::connect(box, &QCheckBox::clicked, box,
-                         [&registry = creation.registry, made = control.get()](bool on) {
-                             RunToggleScripts(registry, *made, on);
-                         });
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateCheckBox(const ControlCreation& creation) {
+    auto* const box = new QCheckBox(ToQt(creation.name));
+    auto control = std::make_unique<Control>(creation, box);
+    QObject::connect(box, &QCheckBox::clicked, box,
+                     [&registry = creation.registry, made = control.get()](bool on) {
+                         RunToggleScripts(registry, *made, on);
+                     });
+    return control;
 }
 
 /// The collection that a new radio button joins: the one it names, else the last one made, else one that its
@@ -115,43 +104,22 @@ ControlFlags RadioFlags() {
     };
 }
 
-ControlType RadioType() {
-    ControlType type;
-    type.name = "radioButton";
-    type.flags = LabelFlags() + RadioFlags() + ToggleScripts() + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const button = new QRadioButton(ToQt(creation.name));
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, button);
-        Join(*button, creation, *control);
-        return control;
-    };
-    return type;
+/// Makes a control of a button that is one of a collection.
+std::unique_ptr<Control> CreateChoice(const ControlCreation& creation, QAbstractButton* button) {
+    auto control = std::make_unique<Control>(creation, button);
+    Join(*button, creation, *control);
+    return control;
 }
 
-ControlType IconRadioType() {
-    ControlType type;
-    type.name = "iconTextRadioButton";
-    type.flags =
-        LabelFlags() + RadioFlags() + ToggleScripts() +
-        ControlFlags{{"-i1",
-                      "-image1",
-                      {TEXT},
-                      [](Control& control, const CommandCall& call) {
-                          control.notes["-image1"] = call.String("-image1");
-                          control.As<QToolButton>()->setIcon(Icons::Named(ToQt(call.String("-image1"))));
-                      },
-                      [](Control& control) { return Value(control.notes["-image1"]); }},
-                     NoteFlag("-st", "-style", TEXT)} +
-        CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto* const button = new QToolButton;
-        button->setCheckable(true);
-        button->setAutoRaise(true);
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent, button);
-        Join(*button, creation, *control);
-        return control;
-    };
-    return type;
+std::unique_ptr<Control> CreateRadioButton(const ControlCreation& creation) {
+    return CreateChoice(creation, new QRadioButton(ToQt(creation.name)));
+}
+
+std::unique_ptr<Control> CreateIconRadioButton(const ControlCreation& creation) {
+    auto* const button = new QToolButton;
+    button->setCheckable(true);
+    button->setAutoRaise(true);
+    return CreateChoice(creation, button);
 }
 
 Value ItemsOf(Control& control) {
@@ -162,48 +130,53 @@ Value ItemsOf(Control& control) {
     return names;
 }
 
-ControlType CollectionType(const char* name, ControlRegistry* registry) {
-    ControlType type;
-    type.name = name;
-    type.family = ControlType::Family::Collection;
-    type.flags = {
-        {"-sl",
-         "-select",
-         {TEXT},
-         [registry](Control& control, const CommandCall& call) {
-             auto* const button = registry->Named(call.String("-select")).As<QAbstractButton>();
-             if (!button || button->group() != control.As<QButtonGroup>()) {
-                 call.Fail("\"" + call.String("-select") + "\" is not a button of \"" + control.Name() +
-                           "\".");
-             }
-             SelectButton(*button);
-         },
-         [](Control& control) {
-             const QAbstractButton* const button = control.As<QButtonGroup>()->checkedButton();
-             return Value(button ? button->objectName().toStdString() : std::string("NONE"));
-         }},
+ControlFlags CollectionFlags(ControlRegistry* registry) {
+    return {
+        ValueFlag<Control, std::string>(
+            "-sl", "-select",
+            [registry](const Control& control, const std::string& name) {
+                auto* const button = registry->Named(name).As<QAbstractButton>();
+                if (!button || button->group() != control.As<QButtonGroup>()) {
+                    throw mel::Error("\"" + name + "\" is not a button of \"" + control.Name() + "\".");
+                }
+                SelectButton(*button);
+            },
+            [](const Control& control) {
+                const QAbstractButton* const button = control.As<QButtonGroup>()->checkedButton();
+                return button ? button->objectName().toStdString() : "NONE";
+            }),
         QueryFlag("-cia", "-collectionItemArray", ItemsOf),
-        QueryFlag("-nci", "-numberOfCollectionItems",
-                  [](Control& control) { return Value(static_cast<int>(ItemsOf(control).Size())); }),
+        CountFlag("-nci", "-numberOfCollectionItems", ItemsOf),
         CreateFlag("-gl", "-global", {}),
     };
-    type.create = [](const ControlCreation& creation) {
-        auto control = std::make_unique<Control>(creation.type, creation.name, creation.parent,
-                                                 new QButtonGroup(creation.parent->Widget()));
-        creation.registry.currentButtonCollection = control.get();
-        return control;
-    };
-    return type;
+}
+
+std::unique_ptr<Control> CreateCollection(const ControlCreation& creation) {
+    auto control = std::make_unique<Control>(creation, new QButtonGroup(creation.parent->Widget()));
+    creation.registry.currentButtonCollection = control.get();
+    return control;
 }
 
 } // namespace
 
 void RegisterToggleCommands(WindowCommandTable& table) {
-    table.Add(CheckBoxType());
-    table.Add(RadioType());
-    table.Add(IconRadioType());
-    table.Add(CollectionType("radioCollection", table.Controls()));
-    table.Add(CollectionType("iconTextRadioCollection", table.Controls()));
+    using Family = ControlType::Family;
+    const ControlFlags value = {
+        ValueFlag<QCheckBox, bool>("-v", "-value", &QCheckBox::setChecked, &QCheckBox::isChecked)};
+    table.Add({"checkBox", Family::Control, LabelFlags() + value + ToggleScripts() + CommonFlags(),
+               CreateCheckBox});
+    const ControlFlags radioFlags = LabelFlags() + RadioFlags() + ToggleScripts();
+    table.Add({"radioButton", Family::Control, radioFlags + CommonFlags(), CreateRadioButton});
+    const ControlFlags look = {NoteFlag("-i1", "-image1", TEXT,
+                                        [](Control& control, const std::string& name) {
+                                            control.As<QToolButton>()->setIcon(Icons::Named(ToQt(name)));
+                                        }),
+                               NoteFlag("-st", "-style", TEXT)};
+    table.Add(
+        {"iconTextRadioButton", Family::Control, radioFlags + look + CommonFlags(), CreateIconRadioButton});
+    for (const char* const name : {"radioCollection", "iconTextRadioCollection"}) {
+        table.Add({name, Family::Collection, CollectionFlags(table.Controls()), CreateCollection});
+    }
 }
 
 } // namespace lightbox

@@ -10,6 +10,7 @@
 #include <QRadioButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace lightbox {
 
@@ -32,86 +33,45 @@ QAbstractButton& ButtonOrFail(Control& control, const CommandCall& call, int num
     return *button;
 }
 
-ControlFlag LabelOf(int number) {
-    const std::string flag = "-label" + std::to_string(number);
-    return {"-l" + std::to_string(number),
+/// A flag for a value of one button. The button's number is at the end of the flag's names.
+template <class Value>
+ControlFlag OneButton(const std::string& shortName, const std::string& longName, int number,
+                      std::function<void(QAbstractButton&, const Value&)> set,
+                      std::function<Value(const QAbstractButton&)> get) {
+    const std::string flag = longName + std::to_string(number);
+    return {shortName + std::to_string(number),
             flag,
-            {MSyntax::kString},
-            [flag, number](Control& control, const CommandCall& call) {
-                ButtonOrFail(control, call, number).setText(ToQt(call.String(flag.c_str())));
+            {ARGUMENT_TYPE<Value>},
+            [flag, number, set = std::move(set)](Control& control, const CommandCall& call) {
+                set(ButtonOrFail(control, call, number), ArgumentOf<Value>(call, flag));
             },
-            [number](Control& control) {
+            [number, get = std::move(get)](Control& control) {
                 const QAbstractButton* const button = ButtonOf(control, number);
-                return Value(button ? button->text().toStdString() : std::string());
+                return MelValue(button ? get(*button) : Value());
             }};
 }
 
-ControlFlag EnableOf(int number) {
-    const std::string flag = "-enable" + std::to_string(number);
-    return {"-en" + std::to_string(number),
-            flag,
-            {MSyntax::kBoolean},
-            [flag, number](Control& control, const CommandCall& call) {
-                ButtonOrFail(control, call, number).setEnabled(call.Bool(flag.c_str()));
-            },
-            [number](Control& control) {
-                const QAbstractButton* const button = ButtonOf(control, number);
-                return Value(button && button->isEnabled());
-            }};
-}
-
-/// The flag for all labels, as in -labelArray3 "a" "b" "c".
-ControlFlag LabelsOf(int count) {
-    const std::string flag = "-labelArray" + std::to_string(count);
-    return {"-la" + std::to_string(count), flag,
-            std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), MSyntax::kString),
-            [flag, count](Control& control, const CommandCall& call) {
+/// A flag for the values of the first `count` buttons, as in -labelArray3 "a" "b" "c".
+template <class Value>
+ControlFlag FirstButtons(const std::string& shortName, const std::string& longName, int count,
+                         std::function<void(QAbstractButton&, const Value&)> set,
+                         std::function<Value(const QAbstractButton&)> get) {
+    const std::string flag = longName + std::to_string(count);
+    return {shortName + std::to_string(count), flag,
+            std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), ARGUMENT_TYPE<Value>),
+            [flag, count, set = std::move(set)](Control& control, const CommandCall& call) {
                 for (int number = 1; number <= count; ++number) {
-                    ButtonOrFail(control, call, number)
-                        .setText(ToQt(call.String(flag.c_str(), static_cast<unsigned>(number - 1))));
+                    set(ButtonOrFail(control, call, number),
+                        ArgumentOf<Value>(call, flag, static_cast<unsigned>(number - 1)));
                 }
             },
-            [count](Control& control) {
-                Value::StringArray labels;
+            [count, get = std::move(get)](Control& control) {
+                std::vector<std::conditional_t<std::is_same_v<Value, bool>, int, Value>> values;
                 for (int number = 1; number <= count; ++number) {
                     const QAbstractButton* const button = ButtonOf(control, number);
-                    labels.push_back(button ? button->text().toStdString() : std::string());
+                    values.push_back(button ? get(*button) : Value());
                 }
-                return Value(std::move(labels));
-            }};
-}
-
-ControlFlag ValueOf(int number) {
-    const std::string flag = "-value" + std::to_string(number);
-    return {"-v" + std::to_string(number),
-            flag,
-            {MSyntax::kBoolean},
-            [flag, number](Control& control, const CommandCall& call) {
-                ButtonOrFail(control, call, number).setChecked(call.Bool(flag.c_str()));
-            },
-            [number](Control& control) {
-                const QAbstractButton* const button = ButtonOf(control, number);
-                return Value(button && button->isChecked());
-            }};
-}
-
-ControlFlag ValuesOf(int count) {
-    const std::string flag = "-valueArray" + std::to_string(count);
-    return {"-va" + std::to_string(count), flag,
-            std::vector<MSyntax::MArgType>(static_cast<std::size_t>(count), MSyntax::kBoolean),
-            [flag, count](Control& control, const CommandCall& call) {
-                for (int number = 1; number <= count; ++number) {
-                    ButtonOrFail(control, call, number)
-                        .setChecked(call.Bool(flag.c_str(), static_cast<unsigned>(number - 1)));
-                }
-            },
-            [count](Control& control) {
-                Value::IntArray values;
-                for (int number = 1; number <= count; ++number) {
-                    const QAbstractButton* const button = ButtonOf(control, number);
-                    values.push_back(button && button->isChecked() ? 1 : 0);
-                }
-                return Value(std::move(values));
+                return mel::Value(std::move(values));
             }};
 }
 
@@ -120,17 +80,25 @@ ControlFlag NumberedScript(const char* shortName, const char* longName, int numb
     return ScriptFlag((shortName + count).c_str(), (longName + count).c_str());
 }
 
+int ButtonCount(Control& control) {
+    return static_cast<int>(Group(control).Parts().size());
+}
+
 ControlFlags CommonGroupFlags() {
+    const auto setLabel = [](QAbstractButton& button, const std::string& text) {
+        button.setText(ToQt(text));
+    };
+    const auto label = [](const QAbstractButton& button) { return button.text().toStdString(); };
     ControlFlags flags = ToggleScripts();
     flags.push_back(CreateFlag("-vr", "-vertical", {MSyntax::kBoolean}));
     for (int number = 1; number <= MAX_BUTTONS; ++number) {
-        flags.push_back(LabelOf(number));
-        flags.push_back(EnableOf(number));
+        flags.push_back(OneButton<std::string>("-l", "-label", number, setLabel, label));
+        flags.push_back(OneButton<bool>("-en", "-enable", number, &QWidget::setEnabled, &QWidget::isEnabled));
         flags.push_back(NumberedScript("-cc", "-changeCommand", number));
         flags.push_back(NumberedScript("-on", "-onCommand", number));
         flags.push_back(NumberedScript("-of", "-offCommand", number));
         if (number > 1) {
-            flags.push_back(LabelsOf(number));
+            flags.push_back(FirstButtons<std::string>("-la", "-labelArray", number, setLabel, label));
         }
     }
     return flags;
@@ -159,24 +127,18 @@ std::unique_ptr<GroupControl> MakeGroup(const ControlCreation& creation, const c
     return group;
 }
 
-ControlType CheckBoxGroupType() {
-    ControlType type;
-    type.name = "checkBoxGrp";
-    type.flags = CommonGroupFlags();
-    type.flags.push_back(CreateFlag("-ncb", "-numberOfCheckBoxes", {MSyntax::kLong}, [](Control& control) {
-        return Value(static_cast<int>(Group(control).Parts().size()));
-    }));
+ControlFlags CheckBoxGroupFlags() {
+    ControlFlags flags = CommonGroupFlags();
+    flags.push_back(CreateFlag("-ncb", "-numberOfCheckBoxes", {MSyntax::kLong}, ButtonCount));
     for (int number = 1; number <= MAX_BUTTONS; ++number) {
-        type.flags.push_back(ValueOf(number));
+        flags.push_back(OneButton<bool>("-v", "-value", number, &QAbstractButton::setChecked,
+                                        &QAbstractButton::isChecked));
         if (number > 1) {
-            type.flags.push_back(ValuesOf(number));
+            flags.push_back(FirstButtons<bool>("-va", "-valueArray", number, &QAbstractButton::setChecked,
+                                               &QAbstractButton::isChecked));
         }
     }
-    type.flags = std::move(type.flags) + GroupFlags();
-    type.create = [](const ControlCreation& creation) {
-        return MakeGroup<QCheckBox>(creation, "-numberOfCheckBoxes");
-    };
-    return type;
+    return flags + GroupFlags();
 }
 
 /// The button group that -shareCollection names; null without the flag.
@@ -212,40 +174,38 @@ void Select(Control& control, const CommandCall& call, int number) {
     ButtonOrFail(control, call, number).setChecked(true);
 }
 
-ControlType RadioGroupType() {
-    ControlType type;
-    type.name = "radioButtonGrp";
-    type.flags =
-        CommonGroupFlags() +
-        ControlFlags{
-            CreateFlag(
-                "-nrb", "-numberOfRadioButtons", {MSyntax::kLong},
-                [](Control& control) { return Value(static_cast<int>(Group(control).Parts().size())); }),
-            CreateFlag("-scl", "-shareCollection", {MSyntax::kString}),
-            {"-sl",
-             "-select",
-             {MSyntax::kLong},
-             [](Control& control, const CommandCall& call) { Select(control, call, call.Int("-select")); },
-             [](Control& control) { return Value(Selected(control)); }},
-        } +
-        GroupFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto group = MakeGroup<QRadioButton>(creation, "-numberOfRadioButtons");
-        QButtonGroup* const shared = SharedGroup(creation);
-        auto* const buttons = shared ? shared : new QButtonGroup(group->Widget());
-        for (QWidget* const part : group->Parts()) {
-            buttons->addButton(static_cast<QRadioButton*>(part));
-        }
-        return group;
-    };
-    return type;
+ControlFlags RadioGroupFlags() {
+    return CommonGroupFlags() +
+           ControlFlags{
+               CreateFlag("-nrb", "-numberOfRadioButtons", {MSyntax::kLong}, ButtonCount),
+               CreateFlag("-scl", "-shareCollection", {MSyntax::kString}),
+               {"-sl",
+                "-select",
+                {MSyntax::kLong},
+                [](Control& control, const CommandCall& call) { Select(control, call, call.Int("-select")); },
+                [](Control& control) { return Selected(control); }},
+           } +
+           GroupFlags();
+}
+
+std::unique_ptr<Control> CreateRadioGroup(const ControlCreation& creation) {
+    auto group = MakeGroup<QRadioButton>(creation, "-numberOfRadioButtons");
+    QButtonGroup* const shared = SharedGroup(creation);
+    auto* const buttons = shared ? shared : new QButtonGroup(group->Widget());
+    for (QWidget* const part : group->Parts()) {
+        buttons->addButton(static_cast<QRadioButton*>(part));
+    }
+    return group;
 }
 
 } // namespace
 
 void RegisterToggleGroupCommands(WindowCommandTable& table) {
-    table.Add(CheckBoxGroupType());
-    table.Add(RadioGroupType());
+    using Family = ControlType::Family;
+    table.Add({"checkBoxGrp", Family::Control, CheckBoxGroupFlags(), [](const ControlCreation& creation) {
+                   return MakeGroup<QCheckBox>(creation, "-numberOfCheckBoxes");
+               }});
+    table.Add({"radioButtonGrp", Family::Control, RadioGroupFlags(), CreateRadioGroup});
 }
 
 } // namespace lightbox

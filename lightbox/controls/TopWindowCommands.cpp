@@ -18,7 +18,7 @@ using mel::CommandCall;
 using mel::SyntaxBuilder;
 using mel::Value;
 
-void Resize(Control& control, int width, int height) {
+void Resize(const Control& control, int width, int height) {
     if (auto* const window = control.As<QMainWindow>()) {
         window->resize(std::max(1, width > 0 ? width : window->width()),
                        std::max(1, height > 0 ? height : window->height()));
@@ -28,7 +28,7 @@ void Resize(Control& control, int width, int height) {
     }
 }
 
-void Move(Control& control, int left, int top) {
+void Move(const Control& control, int left, int top) {
     if (auto* const window = control.As<QMainWindow>()) {
         window->move(left, top);
     }
@@ -39,16 +39,12 @@ void Move(Control& control, int left, int top) {
 
 ControlFlags SizeFlags() {
     return {
-        {"-w",
-         "-width",
-         {INT},
-         [](Control& control, const CommandCall& call) { Resize(control, call.Int("-width"), 0); },
-         [](Control& control) { return Value(control.Widget()->width()); }},
-        {"-h",
-         "-height",
-         {INT},
-         [](Control& control, const CommandCall& call) { Resize(control, 0, call.Int("-height")); },
-         [](Control& control) { return Value(control.Widget()->height()); }},
+        ValueFlag<Control, int>(
+            "-w", "-width", [](const Control& control, int width) { Resize(control, width, 0); },
+            [](const Control& control) { return control.Widget()->width(); }),
+        ValueFlag<Control, int>(
+            "-h", "-height", [](const Control& control, int height) { Resize(control, 0, height); },
+            [](const Control& control) { return control.Widget()->height(); }),
         {"-wh",
          "-widthHeight",
          {INT, INT},
@@ -58,20 +54,14 @@ ControlFlags SizeFlags() {
          [](Control& control) {
              return Value(Value::IntArray{control.Widget()->width(), control.Widget()->height()});
          }},
-        {"-te",
-         "-topEdge",
-         {INT},
-         [](Control& control, const CommandCall& call) {
-             Move(control, control.Widget()->x(), call.Int("-topEdge"));
-         },
-         [](Control& control) { return Value(control.Widget()->y()); }},
-        {"-le",
-         "-leftEdge",
-         {INT},
-         [](Control& control, const CommandCall& call) {
-             Move(control, call.Int("-leftEdge"), control.Widget()->y());
-         },
-         [](Control& control) { return Value(control.Widget()->x()); }},
+        ValueFlag<Control, int>(
+            "-te", "-topEdge",
+            [](const Control& control, int top) { Move(control, control.Widget()->x(), top); },
+            [](const Control& control) { return control.Widget()->y(); }),
+        ValueFlag<Control, int>(
+            "-le", "-leftEdge",
+            [](const Control& control, int left) { Move(control, left, control.Widget()->y()); },
+            [](const Control& control) { return control.Widget()->x(); }),
         {"-tlc",
          "-topLeftCorner",
          {INT, INT},
@@ -83,7 +73,7 @@ ControlFlags SizeFlags() {
          }},
         ValueFlag<ControlWindow, bool>(
             "-rtf", "-resizeToFitChildren", [](ControlWindow& window, bool on) { window.fitsChildren = on; },
-            [](const ControlWindow& window) { return window.fitsChildren; }),
+            &ControlWindow::fitsChildren),
         ValueFlag<QMainWindow, bool>(
             "-s", "-sizeable",
             [](QMainWindow& window, bool on) {
@@ -110,12 +100,9 @@ ControlFlag FrameFlag(const char* shortName, const char* longName, Qt::WindowTyp
 
 ControlFlags FrameFlags() {
     return {
-        ValueFlag<QWidget, QString>(
-            "-t", "-title", [](QWidget& window, const QString& text) { window.setWindowTitle(text); },
-            [](const QWidget& window) { return window.windowTitle(); }),
-        ValueFlag<QWidget, QString>(
-            "-in", "-iconName", [](QWidget& window, const QString& text) { window.setWindowIconText(text); },
-            [](const QWidget& window) { return window.windowIconText(); }),
+        ValueFlag<QWidget, QString>("-t", "-title", &QWidget::setWindowTitle, &QWidget::windowTitle),
+        ValueFlag<QWidget, QString>("-in", "-iconName", &QWidget::setWindowIconText,
+                                    &QWidget::windowIconText),
         FrameFlag("-mnb", "-minimizeButton", Qt::WindowMinimizeButtonHint),
         FrameFlag("-mxb", "-maximizeButton", Qt::WindowMaximizeButtonHint),
         FrameFlag("-tbm", "-titleBarMenu", Qt::WindowSystemMenuHint),
@@ -130,21 +117,12 @@ ControlFlags FrameFlags() {
                 window.setWindowState(on ? window.windowState() | Qt::WindowMinimized
                                          : window.windowState() & ~Qt::WindowMinimized);
             },
-            [](const QWidget& window) { return window.isMinimized(); }),
+            &QWidget::isMinimized),
     };
 }
 
-Value MenusOf(Control& control) {
-    Value::StringArray names;
-    for (const Control* const child : control.Children()) {
-        if (child->Type().name == "menu") {
-            names.push_back(child->Name());
-        }
-    }
-    return names;
-}
-
 ControlFlags MenuBarFlags() {
+    const auto menus = ChildNames([](const Control& child) { return child.Type().name == "menu"; });
     return {
         ValueFlag<QMainWindow, bool>(
             "-mb", "-menuBar", [](QMainWindow& window, bool on) { window.menuBar()->setVisible(on); },
@@ -154,9 +132,8 @@ ControlFlags MenuBarFlags() {
             [](const QMainWindow& window) {
                 return window.menuWidget() && !window.menuWidget()->isHidden();
             }),
-        QueryFlag("-ma", "-menuArray", MenusOf),
-        QueryFlag("-nm", "-numberOfMenus",
-                  [](Control& control) { return Value(static_cast<int>(MenusOf(control).Size())); }),
+        QueryFlag("-ma", "-menuArray", menus),
+        CountFlag("-nm", "-numberOfMenus", menus),
     };
 }
 
@@ -170,23 +147,12 @@ void SetVisible(Control& control, bool visible) {
 
 ControlFlags BehaviourFlags() {
     return {
-        {"-ret",
-         "-retain",
-         {},
-         [](Control& control, const CommandCall&) {
-             if (auto* const window = control.As<ControlWindow>()) {
-                 window->isRetained = true;
-             }
-         },
-         nullptr},
+        ActionFlag<ControlWindow>("-ret", "-retain", [](ControlWindow& window) { window.isRetained = true; }),
         ScriptFlag("-cc", "-closeCommand"),
         ScriptFlag("-mnc", "-minimizeCommand"),
         ScriptFlag("-rc", "-restoreCommand"),
-        {"-vis",
-         "-visible",
-         {MSyntax::kBoolean},
-         [](Control& control, const CommandCall& call) { SetVisible(control, call.Bool("-visible")); },
-         [](Control& control) { return Value(control.Widget()->isVisible()); }},
+        ValueFlag<Control, bool>("-vis", "-visible", SetVisible,
+                                 [](const Control& control) { return control.Widget()->isVisible(); }),
         QueryFlag("-fw", "-frontWindow",
                   [](Control& control) { return Value(control.Widget()->isActiveWindow()); }),
         CreateFlag("-mw", "-mainWindow", {}),
@@ -196,19 +162,11 @@ ControlFlags BehaviourFlags() {
     };
 }
 
-ControlType WindowType() {
-    ControlType type;
-    type.name = "window";
-    type.family = ControlType::Family::Window;
-    // -visible is among the common flags, so they come last, when the window has its size.
-    type.flags = FrameFlags() + SizeFlags() + MenuBarFlags() + BehaviourFlags() + CommonFlags();
-    type.create = [](const ControlCreation& creation) {
-        auto window = std::make_unique<WindowControl>(creation.type, creation.name, creation.registry);
-        window->Widget()->setWindowTitle(ToQt(creation.name));
-        creation.registry.SetCurrentMenu(nullptr);
-        return window;
-    };
-    return type;
+std::unique_ptr<Control> CreateWindow(const ControlCreation& creation) {
+    auto window = std::make_unique<WindowControl>(creation.type, creation.name, creation.registry);
+    window->Widget()->setWindowTitle(ToQt(creation.name));
+    creation.registry.SetCurrentMenu(nullptr);
+    return window;
 }
 
 Value ShowWindow(CommandCall& call, ControlRegistry& registry) {
@@ -231,22 +189,12 @@ Value ToggleWindow(CommandCall& call, ControlRegistry& registry) {
 }
 
 Value QueryWindowPref(const CommandCall& call, const QRect& place) {
-    struct Answer {
-        const char* flag;
-        Value value;
-    };
-    const Answer answers[] = {{"-width", place.width()},
-                              {"-height", place.height()},
-                              {"-topEdge", place.top()},
-                              {"-leftEdge", place.left()},
-                              {"-widthHeight", Value::IntArray{place.width(), place.height()}},
-                              {"-topLeftCorner", Value::IntArray{place.top(), place.left()}}};
-    for (const Answer& answer : answers) {
-        if (call.Has(answer.flag)) {
-            return answer.value;
-        }
-    }
-    call.Fail("Nothing was asked for.");
+    return call.Answer({{"-width", place.width()},
+                        {"-height", place.height()},
+                        {"-topEdge", place.top()},
+                        {"-leftEdge", place.left()},
+                        {"-widthHeight", Value::IntArray{place.width(), place.height()}},
+                        {"-topLeftCorner", Value::IntArray{place.top(), place.left()}}});
 }
 
 /// The rectangle, changed as the call's flags say.
@@ -293,7 +241,9 @@ Value WindowPref(CommandCall& call, ControlRegistry& registry) {
 } // namespace
 
 void RegisterTopWindowCommands(WindowCommandTable& table) {
-    table.Add(WindowType());
+    // -visible is among the common flags, so they come last, when the window has its size.
+    table.Add({"window", ControlType::Family::Window,
+               FrameFlags() + SizeFlags() + MenuBarFlags() + BehaviourFlags() + CommonFlags(), CreateWindow});
     table.Add("showWindow", SyntaxBuilder().Objects(0, 1), ShowWindow);
     table.Add("toggleWindowVisibility", SyntaxBuilder().Objects(1, 1), ToggleWindow);
     table.Add("windowPref",

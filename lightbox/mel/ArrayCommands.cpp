@@ -81,16 +81,17 @@ Value Remove(CommandCall& call) {
     return kept;
 }
 
+/// The index of the first such item from `start` on, or -1.
+template <class T>
+int FindFrom(const std::vector<T>& list, const T& item, int start) {
+    const auto first = list.begin() + std::clamp(start, 0, static_cast<int>(list.size()));
+    const auto found = std::find(first, list.end(), item);
+    return found == list.end() ? -1 : static_cast<int>(found - list.begin());
+}
+
 /// stringArrayFind(item, start, list): the index, or -1.
 Value Find(CommandCall& call) {
-    const Strings& list = StringsArgument(call, 2);
-    const std::string item = call.Object(0).AsString();
-    for (auto i = static_cast<std::size_t>(std::max(0, call.Object(1).AsInt())); i < list.size(); ++i) {
-        if (list[i] == item) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
+    return FindFrom(StringsArgument(call, 2), call.Object(0).AsString(), call.Object(1).AsInt());
 }
 
 /// stringArrayInsertAtIndex(index, list, item): 1 when it was inserted.
@@ -151,13 +152,7 @@ Value::IntArray IntsArgument(CommandCall& call, std::size_t index) {
 
 /// intArrayFind(item, start, list): the index, or -1.
 Value FindInt(CommandCall& call) {
-    const Value::IntArray list = IntsArgument(call, 2);
-    for (auto i = static_cast<std::size_t>(std::max(0, call.Object(1).AsInt())); i < list.size(); ++i) {
-        if (list[i] == call.Object(0).AsInt()) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
+    return FindFrom(IntsArgument(call, 2), call.Object(0).AsInt(), call.Object(1).AsInt());
 }
 
 void RegisterNumberArrays(CommandRegistry& registry) {

@@ -108,6 +108,15 @@ void CommandCall::Warn(const std::string& message) const {
     GetHost().output().Warning(message);
 }
 
+Value CommandCall::Answer(std::initializer_list<std::pair<const char*, Value>> answers) const {
+    for (const auto& [flag, answer] : answers) {
+        if (Has(flag)) {
+            return answer;
+        }
+    }
+    Fail("Nothing was asked for.");
+}
+
 void CommandCall::Fail(const std::string& message) const {
     throw Error(message);
 }

@@ -2,7 +2,9 @@
 
 #include "mel/Value.h"
 
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lightbox {
@@ -64,6 +66,10 @@ public:
     std::vector<std::string> ObjectNames() const;
     /// Object number `index`; throws an error that names the missing object.
     const Value& Object(std::size_t index) const;
+
+    /// For a query: the answer to the first of these flags that the call has. Ends the call with an error
+    /// when it has none of them.
+    Value Answer(std::initializer_list<std::pair<const char*, Value>> answers) const;
 
     void Warn(const std::string& message) const;
     /// Ends the call with an error.

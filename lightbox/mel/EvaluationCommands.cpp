@@ -10,6 +10,10 @@
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace lightbox::mel {
 
 namespace {
@@ -75,14 +79,8 @@ Value EvaluateDeferred(CommandCall& call) {
         text += text.empty() ? part : " " + part;
     }
     Interpreter& interpreter = call.GetInterpreter();
-    const auto run = [&interpreter, text] {
-        try {
-            interpreter.Execute(text);
-        } catch (const Error& error) {
-            interpreter.Report(error);
-        }
-    };
-    call.GetHost().idle().Add(run, call.Has("-lowestPriority"));
+    call.GetHost().idle().Add([&interpreter, text] { interpreter.ExecuteReporting(text); },
+                              call.Has("-lowestPriority"));
     return Value();
 }
 
@@ -117,26 +115,18 @@ Value Exists(CommandCall& call) {
 }
 
 const char* ArgumentName(MSyntax::MArgType type) {
-    switch (type) {
-    case MSyntax::kBoolean:
-        return " on|off";
-    case MSyntax::kLong:
-        return " Int";
-    case MSyntax::kUnsigned:
-        return " UnsignedInt";
-    case MSyntax::kDouble:
-        return " Float";
-    case MSyntax::kDistance:
-        return " Length";
-    case MSyntax::kAngle:
-        return " Angle";
-    case MSyntax::kTime:
-        return " Time";
-    case MSyntax::kSelectionItem:
-        return " Name";
-    default:
-        return " String";
-    }
+    static constexpr std::pair<MSyntax::MArgType, const char*> names[] = {
+        {MSyntax::kBoolean, " on|off"},
+        {MSyntax::kLong, " Int"},
+        {MSyntax::kUnsigned, " UnsignedInt"},
+        {MSyntax::kDouble, " Float"},
+        {MSyntax::kDistance, " Length"},
+        {MSyntax::kAngle, " Angle"},
+        {MSyntax::kTime, " Time"},
+        {MSyntax::kSelectionItem, " Name"}};
+    const auto* const found = std::find_if(std::begin(names), std::end(names),
+                                           [type](const auto& row) { return row.first == type; });
+    return found == std::end(names) ? " String" : found->second;
 }
 
 /// One line per flag, with the short names in a column.

@@ -44,6 +44,14 @@ Value Interpreter::Execute(std::string text, const std::string& name, const RunO
     return TextRun(*this, options, entry.IsOutermost()).Run(std::move(text), name);
 }
 
+void Interpreter::ExecuteReporting(const std::string& text) {
+    try {
+        Execute(text);
+    } catch (const Error& error) {
+        Report(error);
+    }
+}
+
 Value Interpreter::ExecuteFile(const std::string& path, const RunOptions& options) {
     return Execute(SourceText::ReadFile(path), path, options);
 }

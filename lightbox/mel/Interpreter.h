@@ -53,6 +53,8 @@ public:
     /// Runs a text and returns the value of its last statement. `name` is for messages: the text's file, or
     /// empty.
     Value Execute(std::string text, const std::string& name = std::string(), const RunOptions& options = {});
+    /// Runs a text and reports an error as output, instead of throwing it.
+    void ExecuteReporting(const std::string& text);
     /// Reads and runs a file. Throws Error when it cannot be read.
     Value ExecuteFile(const std::string& path, const RunOptions& options = {});
     /// Implements `source`: finds a script and runs it. When the running outermost statement is just this

@@ -1,10 +1,8 @@
 #include "mel/ScriptJobs.h"
 
-#include "mel/Error.h"
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
-#include "scene/Output.h"
 #include "text/Quoted.h"
 
 namespace lightbox::mel {

@@ -157,7 +157,6 @@ public:
         : Statement(sourceOffset)
         , procedure_(std::move(procedure)) {}
     Flow Execute(CallFrame& frame) const override;
-    const std::shared_ptr<const Procedure>& GetProcedure() const { return procedure_; }
 
 private:
     std::shared_ptr<const Procedure> procedure_;

@@ -32,60 +32,49 @@ std::string OperatingSystem() {
 #endif
 }
 
+/// A flag of `about` and its answer.
+struct AboutRow {
+    const char* shortFlag;
+    const char* longFlag;
+    Value (*answer)(const Host& host);
+};
+
+const AboutRow ABOUT_ROWS[] = {
+    {"-b", "-batch", [](const Host& host) { return Value(host.IsBatch()); }},
+    {"-v", "-version", [](const Host&) { return Value("2018"); }},
+    {"-iv", "-installedVersion", [](const Host&) { return Value("Lightbox 2018"); }},
+    {"-api", "-apiVersion", [](const Host&) { return Value(MGlobal::apiVersion()); }},
+    {"-a", "-application", [](const Host&) { return Value("lightbox"); }},
+    {"-p", "-product", [](const Host&) { return Value("Lightbox"); }},
+    {"-os", "-operatingSystem", [](const Host&) { return Value(OperatingSystem()); }},
+    {"-osv", "-operatingSystemVersion", [](const Host&) { return FromQt(QSysInfo::prettyProductName()); }},
+    {"-li", "-linux", [](const Host&) { return Value(OperatingSystem() == "linux64"); }},
+    {"-win", "-windows", [](const Host&) { return Value(OperatingSystem() == "win64"); }},
+    {"-mac", "-macOS", [](const Host&) { return Value(OperatingSystem() == "mac"); }},
+    {"-x64", "-is64", [](const Host&) { return Value(QSysInfo::WordSize == 64); }},
+    {"-qt", "-qtVersion", [](const Host&) { return Value(qVersion()); }},
+    {"-cd", "-currentDate", [](const Host&) { return FromQt(QDate::currentDate().toString(Qt::ISODate)); }},
+    {"-ct", "-currentTime", [](const Host&) { return FromQt(QTime::currentTime().toString(Qt::ISODate)); }},
+    {"-env", "-environmentFile",
+     [](const Host& host) { return Value(host.options().prefsFolder + "/Lightbox.env"); }},
+    {"-pd", "-preferences", [](const Host& host) { return Value(host.options().prefsFolder); }},
+};
+
 Value About(CommandCall& call) {
-    const std::string system = OperatingSystem();
-    struct Answer {
-        const char* flag;
-        Value value;
-    };
-    const Answer answers[] = {
-        {"-batch", call.GetHost().IsBatch()},
-        {"-version", "2018"},
-        {"-installedVersion", "Lightbox 2018"},
-        {"-apiVersion", MGlobal::apiVersion()},
-        {"-application", "lightbox"},
-        {"-product", "Lightbox"},
-        {"-operatingSystem", system},
-        {"-operatingSystemVersion", FromQt(QSysInfo::prettyProductName())},
-        {"-linux", system == "linux64"},
-        {"-windows", system == "win64"},
-        {"-macOS", system == "mac"},
-        {"-is64", QSysInfo::WordSize == 64},
-        {"-qtVersion", qVersion()},
-        {"-currentDate", FromQt(QDate::currentDate().toString(Qt::ISODate))},
-        {"-currentTime", FromQt(QTime::currentTime().toString(Qt::ISODate))},
-        {"-environmentFile", call.GetHost().options().prefsFolder + "/Lightbox.env"},
-        {"-preferences", call.GetHost().options().prefsFolder},
-    };
-    for (const Answer& answer : answers) {
-        if (call.Has(answer.flag)) {
-            return answer.value;
+    for (const AboutRow& row : ABOUT_ROWS) {
+        if (call.Has(row.longFlag)) {
+            return row.answer(call.GetHost());
         }
     }
     call.Fail("One of the flags of \"about\" is missing.");
 }
 
 void RegisterAbout(CommandRegistry& registry) {
-    registry.Register("about",
-                      SyntaxBuilder()
-                          .Flag("-b", "-batch")
-                          .Flag("-v", "-version")
-                          .Flag("-iv", "-installedVersion")
-                          .Flag("-api", "-apiVersion")
-                          .Flag("-a", "-application")
-                          .Flag("-p", "-product")
-                          .Flag("-os", "-operatingSystem")
-                          .Flag("-osv", "-operatingSystemVersion")
-                          .Flag("-li", "-linux")
-                          .Flag("-win", "-windows")
-                          .Flag("-mac", "-macOS")
-                          .Flag("-x64", "-is64")
-                          .Flag("-qt", "-qtVersion")
-                          .Flag("-cd", "-currentDate")
-                          .Flag("-ct", "-currentTime")
-                          .Flag("-env", "-environmentFile")
-                          .Flag("-pd", "-preferences"),
-                      About);
+    SyntaxBuilder syntax;
+    for (const AboutRow& row : ABOUT_ROWS) {
+        syntax.Flag(row.shortFlag, row.longFlag);
+    }
+    registry.Register("about", syntax, About);
 }
 
 /// A folder name as scripts expect it, with a slash at the end.

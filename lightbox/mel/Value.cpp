@@ -82,31 +82,9 @@ Value::StringArray TextsOf(const Value& array) {
 } // namespace
 
 const char* TypeName(Type type) {
-    switch (type) {
-    case Type::None:
-        return "void";
-    case Type::Int:
-        return "int";
-    case Type::Float:
-        return "float";
-    case Type::String:
-        return "string";
-    case Type::Vector:
-        return "vector";
-    case Type::IntArray:
-        return "int[]";
-    case Type::FloatArray:
-        return "float[]";
-    case Type::StringArray:
-        return "string[]";
-    case Type::VectorArray:
-        return "vector[]";
-    case Type::Matrix:
-        return "matrix";
-    case Type::Any:
-        break;
-    }
-    return "any";
+    static constexpr const char* names[] = {"void",    "int",      "float",    "string", "vector", "int[]",
+                                            "float[]", "string[]", "vector[]", "matrix", "any"};
+    return names[static_cast<int>(type)];
 }
 
 bool IsArray(Type type) {
@@ -259,13 +237,6 @@ Vector Value::AsVector() const {
         break;
     }
     NoConversion(GetType(), Type::Vector);
-}
-
-Matrix Value::AsMatrix() const {
-    if (GetType() != Type::Matrix) {
-        NoConversion(GetType(), Type::Matrix);
-    }
-    return MatrixData();
 }
 
 Value Value::ConvertedTo(Type type) const {

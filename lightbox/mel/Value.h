@@ -100,7 +100,6 @@ public:
     /// Converts to text: numbers with up to ten significant digits, vectors as "x y z". Throws for arrays.
     std::string AsString() const;
     Vector AsVector() const;
-    Matrix AsMatrix() const;
     /// The value converted as for assignment to a variable of `type`.
     Value ConvertedTo(Type type) const;
     /// A copy of the value that shares no array with others.

@@ -41,6 +41,17 @@ View* ExistingView(View* view, MStatus* status = nullptr) {
     return ui ? view : nullptr;
 }
 
+/// Lets `act` work with the view, unless it was closed.
+template <class Action>
+MStatus WithView(View* view, Action act) {
+    View* const existing = ExistingView(view);
+    if (!existing) {
+        return NoView();
+    }
+    act(*existing);
+    return MS::kSuccess;
+}
+
 CameraView CameraOf(const View& view) {
     return CameraView(*view.Camera(), view.Width(), view.Height());
 }
@@ -141,12 +152,7 @@ M3dView::RendererName M3dView::getRendererName(MStatus* ReturnStatus) const {
 }
 
 MStatus M3dView::getCamera(MDagPath& camera) const {
-    const View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    camera = ApiBridge::Wrap(*view->Camera());
-    return MS::kSuccess;
+    return WithView(view_, [&](const View& view) { camera = ApiBridge::Wrap(*view.Camera()); });
 }
 
 MStatus M3dView::setCamera(MDagPath& camera) {
@@ -165,34 +171,18 @@ MStatus M3dView::setCamera(MDagPath& camera) {
 }
 
 MStatus M3dView::projectionMatrix(MMatrix& projectionMatrix) const {
-    const View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    projectionMatrix = FromImath(CameraOf(*view).Projection());
-    return MS::kSuccess;
+    return WithView(view_,
+                    [&](const View& view) { projectionMatrix = FromImath(CameraOf(view).Projection()); });
 }
 
 MStatus M3dView::modelViewMatrix(MMatrix& modelViewMatrix) const {
-    const View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    modelViewMatrix = FromImath(CameraOf(*view).View());
-    return MS::kSuccess;
+    return WithView(view_, [&](const View& view) { modelViewMatrix = FromImath(CameraOf(view).View()); });
 }
 
 MStatus M3dView::refresh(bool all, bool force) {
-    View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    if (all) {
-        ApiBridge::Ui()->RefreshViews(force);
-    } else {
-        view->Refresh(force);
-    }
-    return MS::kSuccess;
+    return WithView(view_, [all, force](View& view) {
+        all ? ApiBridge::Ui()->RefreshViews(force) : view.Refresh(force);
+    });
 }
 
 MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& worldPt, MVector& worldVector) const {
@@ -205,16 +195,13 @@ MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& worldPt, MVector&
 }
 
 MStatus M3dView::viewToWorld(short x_pos, short y_pos, MPoint& nearClipPt, MPoint& farClipPt) const {
-    const View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    Imath::V3d nearPoint;
-    Imath::V3d farPoint;
-    CameraOf(*view).ViewToWorld(x_pos, y_pos, nearPoint, farPoint);
-    nearClipPt = ToPoint(nearPoint);
-    farClipPt = ToPoint(farPoint);
-    return MS::kSuccess;
+    return WithView(view_, [&](const View& view) {
+        Imath::V3d nearPoint;
+        Imath::V3d farPoint;
+        CameraOf(view).ViewToWorld(x_pos, y_pos, nearPoint, farPoint);
+        nearClipPt = ToPoint(nearPoint);
+        farClipPt = ToPoint(farPoint);
+    });
 }
 
 bool M3dView::worldToView(const MPoint& worldPt, short& x_pos, short& y_pos, MStatus* ReturnStatus) const {
@@ -231,21 +218,11 @@ bool M3dView::worldToView(const MPoint& worldPt, short& x_pos, short& y_pos, MSt
 }
 
 MStatus M3dView::beginGL() {
-    View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    view->BeginGl();
-    return MS::kSuccess;
+    return WithView(view_, [](View& view) { view.BeginGl(); });
 }
 
 MStatus M3dView::endGL() {
-    View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    view->EndGl();
-    return MS::kSuccess;
+    return WithView(view_, [](View& view) { view.EndGl(); });
 }
 
 MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting, float lineWidth,
@@ -282,23 +259,16 @@ MStatus M3dView::beginXorDrawing(bool drawOrthographic, bool disableDepthTesting
 }
 
 MStatus M3dView::endXorDrawing() {
-    View* view = ExistingView(view_);
-    if (!view) {
-        return NoView();
-    }
-    PopMatrices();
-    glPopAttrib();
-    view->EndGl();
-    if (!view->IsViewport2()) {
-        view->Present();
-    }
-    return MS::kSuccess;
+    return WithView(view_, [](View& view) {
+        PopMatrices();
+        glPopAttrib();
+        view.EndGl();
+        if (!view.IsViewport2()) {
+            view.Present();
+        }
+    });
 }
 
 MStatus M3dView::setDrawColor(const MColor& color) {
-    if (!ExistingView(view_)) {
-        return NoView();
-    }
-    glColor4f(color.r, color.g, color.b, color.a);
-    return MS::kSuccess;
+    return WithView(view_, [&](const View&) { glColor4f(color.r, color.g, color.b, color.a); });
 }

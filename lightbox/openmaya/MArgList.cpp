@@ -7,6 +7,8 @@
 #include <maya/MStringArray.h>
 #include <maya/MTime.h>
 
+#include <utility>
+
 using lightbox::ApiBridge;
 using lightbox::mel::ArgumentTokens;
 using lightbox::mel::Value;
@@ -57,12 +59,14 @@ Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(
     return array;
 }
 
-/// Advances the index, and stores the value if the status is a success.
+/// Reads the argument at the index and advances the index. Stores the value only if that succeeds.
 template <class T>
-MStatus Take(unsigned int& index, T& value, const T& read, const MStatus& status) {
-    ++index;
+MStatus Take(const MArgList& list, unsigned int& index, T (MArgList::*read)(unsigned int, MStatus*) const,
+             T& value) {
+    MStatus status;
+    T taken = (list.*read)(index++, &status);
     if (status) {
-        value = read;
+        value = std::move(taken);
     }
     return status;
 }
@@ -121,33 +125,23 @@ MStringArray MArgList::asStringArray(unsigned int& index, MStatus* ReturnStatus)
 }
 
 MStatus MArgList::get(unsigned int& index, bool& value) const {
-    MStatus status;
-    const bool read = asBool(index, &status);
-    return Take(index, value, read, status);
+    return Take(*this, index, &MArgList::asBool, value);
 }
 
 MStatus MArgList::get(unsigned int& index, int& value) const {
-    MStatus status;
-    const int read = asInt(index, &status);
-    return Take(index, value, read, status);
+    return Take(*this, index, &MArgList::asInt, value);
 }
 
 MStatus MArgList::get(unsigned int& index, double& value) const {
-    MStatus status;
-    const double read = asDouble(index, &status);
-    return Take(index, value, read, status);
+    return Take(*this, index, &MArgList::asDouble, value);
 }
 
 MStatus MArgList::get(unsigned int& index, MString& value) const {
-    MStatus status;
-    const MString read = asString(index, &status);
-    return Take(index, value, read, status);
+    return Take(*this, index, &MArgList::asString, value);
 }
 
 MStatus MArgList::get(unsigned int& index, MTime& value) const {
-    MStatus status;
-    const MTime read = asTime(index, &status);
-    return Take(index, value, read, status);
+    return Take(*this, index, &MArgList::asTime, value);
 }
 
 MStatus MArgList::get(unsigned int& index, MIntArray& value) const {

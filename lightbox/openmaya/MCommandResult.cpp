@@ -9,7 +9,6 @@
 
 using lightbox::ApiBridge;
 using lightbox::mel::Value;
-using ValueType = lightbox::mel::Type;
 
 namespace {
 
@@ -47,31 +46,11 @@ void MCommandResult::setValue(const Value& newValue) {
 }
 
 MCommandResult::Type MCommandResult::resultType(MStatus* ReturnStatus) const {
-    if (ReturnStatus) {
-        *ReturnStatus = MS::kSuccess;
-    }
-    switch (value_->GetType()) {
-    case ValueType::Int:
-        return kInt;
-    case ValueType::Float:
-        return kDouble;
-    case ValueType::String:
-        return kString;
-    case ValueType::Vector:
-        return kVector;
-    case ValueType::IntArray:
-        return kIntArray;
-    case ValueType::FloatArray:
-        return kDoubleArray;
-    case ValueType::StringArray:
-        return kStringArray;
-    case ValueType::VectorArray:
-        return kVectorArray;
-    case ValueType::Matrix:
-        return kMatrix;
-    default:
-        return kInvalid;
-    }
+    ApiBridge::Report(ReturnStatus, MS::kSuccess);
+    // In the order of mel::Type.
+    static constexpr Type types[] = {kInvalid,     kInt,         kDouble,      kString, kVector, kIntArray,
+                                     kDoubleArray, kStringArray, kVectorArray, kMatrix, kInvalid};
+    return types[static_cast<int>(value_->GetType())];
 }
 
 MStatus MCommandResult::getResult(int& result) const {

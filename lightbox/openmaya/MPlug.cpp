@@ -24,6 +24,13 @@ MStatus NullPlug() {
     return ApiBridge::Fail(MS::kFailure, "The plug is null");
 }
 
+/// Reports whether the plug is null.
+Plug ReportedPlug(const MPlug& plug, MStatus* status) {
+    Plug found = ApiBridge::GetPlug(plug);
+    ApiBridge::Report(status, found ? MS::kSuccess : NullPlug());
+    return found;
+}
+
 /// The API uses its own units: radians, not the degrees that the user sees.
 double ToApi(const Plug& plug, double number) {
     return plug.attribute->Kind() == AttributeKind::Angle ? number / DEGREES_PER_RADIAN : number;
@@ -118,15 +125,13 @@ MObject MPlug::attribute(MStatus* ReturnStatus) const {
 }
 
 MString MPlug::name(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug ? ApiBridge::Wrap(plug.Name()) : MString();
 }
 
 MString MPlug::partialName(bool includeNodeName, bool, bool, bool, bool useFullAttributePath,
                            bool useLongNames, MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     if (!plug) {
         return MString();
     }
@@ -135,8 +140,7 @@ MString MPlug::partialName(bool includeNodeName, bool, bool, bool, bool useFullA
 }
 
 bool MPlug::isLocked(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.IsLocked();
 }
 
@@ -145,8 +149,7 @@ MStatus MPlug::setLocked(bool locked) {
 }
 
 bool MPlug::isKeyable(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.IsKeyable();
 }
 
@@ -155,8 +158,7 @@ MStatus MPlug::setKeyable(bool keyable) {
 }
 
 bool MPlug::isChannelBoxFlagSet(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.IsInChannelBox();
 }
 
@@ -165,14 +167,12 @@ MStatus MPlug::setChannelBox(bool inChannelBox) {
 }
 
 bool MPlug::isCompound(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.attribute->IsCompound();
 }
 
 unsigned int MPlug::numChildren(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug ? static_cast<unsigned int>(plug.attribute->Children().size()) : 0;
 }
 
@@ -191,14 +191,12 @@ MPlug MPlug::parent(MStatus* ReturnStatus) const {
 }
 
 bool MPlug::isArray(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.IsArray();
 }
 
 bool MPlug::isElement(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.attribute->multi && plug.element >= 0;
 }
 
@@ -226,8 +224,7 @@ bool MPlug::isConnected(MStatus* ReturnStatus) const {
 }
 
 bool MPlug::isSource(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     return plug && plug.node->InScene() && !plug.node->InScene()->connections().DestinationsOf(plug).empty();
 }
 
@@ -236,8 +233,7 @@ bool MPlug::isDestination(MStatus* ReturnStatus) const {
 }
 
 MPlug MPlug::source(MStatus* ReturnStatus) const {
-    const Plug plug = ApiBridge::GetPlug(*this);
-    ApiBridge::Report(ReturnStatus, plug ? MS::kSuccess : NullPlug());
+    const Plug plug = ReportedPlug(*this, ReturnStatus);
     const Plug source =
         plug && plug.node->InScene() ? plug.node->InScene()->connections().SourceOf(plug) : Plug();
     return source ? ApiBridge::Wrap(source) : MPlug();

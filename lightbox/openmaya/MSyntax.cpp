@@ -60,6 +60,11 @@ bool IsFlagName(std::string_view name) {
     return !name.empty() && isLetter(name[0]) && std::all_of(name.begin(), name.end(), isPart);
 }
 
+/// The flag of that name, to change it; null when there is none.
+SyntaxTable::Flag* FlagIn(SyntaxTable& table, const char* name) {
+    return name ? const_cast<SyntaxTable::Flag*>(table.Find(name)) : nullptr;
+}
+
 } // namespace
 
 MSyntax::MSyntax()
@@ -107,26 +112,22 @@ MStatus MSyntax::addFlag(const char* shortName, const char* longName, MArgType a
 }
 
 MStatus MSyntax::makeFlagMultiUse(const char* flag) {
-    SyntaxTable& table = change();
-    for (SyntaxTable::Flag& candidate : table.flags) {
-        if (flag && table.Find(flag) == &candidate) {
-            candidate.isMultiUse = true;
-            return MS::kSuccess;
-        }
+    SyntaxTable::Flag* const found = FlagIn(change(), flag);
+    if (!found) {
+        return MS::kInvalidParameter;
     }
-    return MS::kInvalidParameter;
+    found->isMultiUse = true;
+    return MS::kSuccess;
 }
 
 MStatus MSyntax::makeFlagQueryWithFullArgs(const char* flag, bool argRequired) {
-    SyntaxTable& table = change();
-    for (SyntaxTable::Flag& candidate : table.flags) {
-        if (flag && table.Find(flag) == &candidate) {
-            candidate.keepsArgumentsInQuery = true;
-            candidate.needsArgumentsInQuery = argRequired;
-            return MS::kSuccess;
-        }
+    SyntaxTable::Flag* const found = FlagIn(change(), flag);
+    if (!found) {
+        return MS::kInvalidParameter;
     }
-    return MS::kInvalidParameter;
+    found->keepsArgumentsInQuery = true;
+    found->needsArgumentsInQuery = argRequired;
+    return MS::kSuccess;
 }
 
 MStatus MSyntax::addArg(MArgType argType) {

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace lightbox {
 
@@ -27,52 +29,32 @@ std::pair<double, double> RangeOf(AttributeKind kind) {
 }
 
 const char* KindName(AttributeKind kind) {
-    switch (kind) {
-    case AttributeKind::Bool:
-        return "bool";
-    case AttributeKind::Byte:
-        return "byte";
-    case AttributeKind::Char:
-        return "char";
-    case AttributeKind::Short:
-        return "short";
-    case AttributeKind::Long:
-        return "long";
-    case AttributeKind::Int64:
-        return "int64";
-    case AttributeKind::Float:
-        return "float";
-    case AttributeKind::Double:
-        return "double";
-    case AttributeKind::Angle:
-        return "doubleAngle";
-    case AttributeKind::Distance:
-        return "doubleLinear";
-    case AttributeKind::Time:
-        return "time";
-    case AttributeKind::Enum:
-        return "enum";
-    case AttributeKind::String:
-        return "string";
-    case AttributeKind::StringArray:
-        return "stringArray";
-    case AttributeKind::Matrix:
-        return "matrix";
-    case AttributeKind::DoubleArray:
-        return "doubleArray";
-    case AttributeKind::IntArray:
-        return "Int32Array";
-    case AttributeKind::PointArray:
-        return "pointArray";
-    case AttributeKind::VectorArray:
-        return "vectorArray";
-    case AttributeKind::Message:
-        return "message";
-    case AttributeKind::Mesh:
-        return "mesh";
-    default:
-        return "compound";
-    }
+    static constexpr std::pair<AttributeKind, const char*> names[] = {
+        {AttributeKind::Bool, "bool"},
+        {AttributeKind::Byte, "byte"},
+        {AttributeKind::Char, "char"},
+        {AttributeKind::Short, "short"},
+        {AttributeKind::Long, "long"},
+        {AttributeKind::Int64, "int64"},
+        {AttributeKind::Float, "float"},
+        {AttributeKind::Double, "double"},
+        {AttributeKind::Angle, "doubleAngle"},
+        {AttributeKind::Distance, "doubleLinear"},
+        {AttributeKind::Time, "time"},
+        {AttributeKind::Enum, "enum"},
+        {AttributeKind::String, "string"},
+        {AttributeKind::StringArray, "stringArray"},
+        {AttributeKind::Matrix, "matrix"},
+        {AttributeKind::DoubleArray, "doubleArray"},
+        {AttributeKind::IntArray, "Int32Array"},
+        {AttributeKind::PointArray, "pointArray"},
+        {AttributeKind::VectorArray, "vectorArray"},
+        {AttributeKind::Message, "message"},
+        {AttributeKind::Mesh, "mesh"},
+    };
+    const auto* const found = std::find_if(std::begin(names), std::end(names),
+                                           [kind](const auto& row) { return row.first == kind; });
+    return found == std::end(names) ? "compound" : found->second;
 }
 
 /// The number converted to the attribute's kind; null if that is impossible.

@@ -34,7 +34,6 @@ public:
     double NearClip() const { return nearClip_; }
     double FarClip() const { return farClip_; }
     double Overscan() const { return overscan_; }
-    bool IsPanZoomed() const { return isPanZoomed_; }
     /// 2D pan: inches on the film for a perspective camera, centimetres for an orthographic one; 0 when off.
     double HorizontalPan() const { return isPanZoomed_ ? horizontalPan_ : 0.0; }
     double VerticalPan() const { return isPanZoomed_ ? verticalPan_ : 0.0; }

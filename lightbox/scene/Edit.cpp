@@ -210,18 +210,13 @@ void Reparent(Host& host, DagNode& node, DagNode* parent, bool keepWorld) {
 void Reorder(Host& host, DagNode& node, int index) {
     Scene& scene = host.scene();
     const auto shared = std::static_pointer_cast<DagNode>(node.Shared());
-    const int before = node.IndexInParent();
-    Do(
-        host, "reorder", [&scene, shared, index] { scene.Reorder(*shared, index); },
-        [&scene, shared, before] { scene.Reorder(*shared, before); });
+    Replace(host, "reorder", node.IndexInParent(), index,
+            [&scene, shared](int place) { scene.Reorder(*shared, place); });
 }
 
 void SetNodeLocked(Host& host, Node& node, bool locked) {
-    const std::shared_ptr<Node> shared = node.Shared();
-    const bool before = node.locked;
-    Do(
-        host, "lockNode", [shared, locked] { shared->locked = locked; },
-        [shared, before] { shared->locked = before; });
+    Replace(host, "lockNode", node.locked, locked,
+            [shared = node.Shared()](bool on) { shared->locked = on; });
 }
 
 void SetPlug(Host& host, const Plug& plug, const AttributeValue& value, OutOfRange outOfRange) {
@@ -317,28 +312,22 @@ void Disconnect(Host& host, const Plug& source, const Plug& destination) {
 
 void Select(Host& host, const Selection::List& nodes) {
     Selection& selection = host.scene().selection();
-    const Selection::List before = selection.Get();
-    if (nodes != before) {
-        Do(
-            host, "select", [&selection, nodes] { selection.Set(nodes); },
-            [&selection, before] { selection.Set(before); });
+    if (nodes != selection.Get()) {
+        Replace(host, "select", selection.Get(), nodes,
+                [&selection](const Selection::List& each) { selection.Set(each); });
     }
 }
 
 void SetCurrentTime(Host& host, double frame) {
     Timeline& time = host.time();
-    const double before = time.CurrentTime();
-    Do(
-        host, "currentTime", [&time, frame] { time.SetCurrentTime(frame); },
-        [&time, before] { time.SetCurrentTime(before); });
+    Replace(host, "currentTime", time.CurrentTime(), frame,
+            [&time](double each) { time.SetCurrentTime(each); });
 }
 
 void MoveTimeWithoutScene(Host& host, double frame) {
     Timeline& time = host.time();
-    const double before = time.CurrentTime();
-    Do(
-        host, "currentTime", [&time, frame] { time.MoveWithoutScene(frame); },
-        [&time, before] { time.MoveWithoutScene(before); });
+    Replace(host, "currentTime", time.CurrentTime(), frame,
+            [&time](double each) { time.MoveWithoutScene(each); });
 }
 
 namespace {
@@ -377,10 +366,8 @@ void SetPlaybackSpeed(Host& host, double speed) {
         throw SceneError("The playback speed must not be less than 0.");
     }
     Timeline& time = host.time();
-    const double before = time.PlaybackSpeed();
-    Do(
-        host, "playbackOptions", [&time, speed] { time.SetPlaybackSpeed(speed); },
-        [&time, before] { time.SetPlaybackSpeed(before); });
+    Replace(host, "playbackOptions", time.PlaybackSpeed(), speed,
+            [&time](double each) { time.SetPlaybackSpeed(each); });
 }
 
 void SetPlaybackBy(Host& host, double by) {
@@ -388,10 +375,8 @@ void SetPlaybackBy(Host& host, double by) {
         throw SceneError("Playback must go by more than 0 frames.");
     }
     Timeline& time = host.time();
-    const double before = time.PlaybackBy();
-    Do(
-        host, "playbackOptions", [&time, by] { time.SetPlaybackBy(by); },
-        [&time, before] { time.SetPlaybackBy(before); });
+    Replace(host, "playbackOptions", time.PlaybackBy(), by,
+            [&time](double each) { time.SetPlaybackBy(each); });
 }
 
 void SetTimeUnit(Host& host, MTime::Unit unit) {

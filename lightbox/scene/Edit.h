@@ -23,6 +23,12 @@ namespace edit {
 
 /// Does an edit given as two functions; the first call of `redo` is the edit itself.
 void Do(Host& host, const std::string& name, std::function<void()> redo, std::function<void()> undo);
+/// Does an edit that `set`s a value in place of another.
+template <class Value, class Set>
+void Replace(Host& host, const std::string& name, const Value& before, const Value& after, const Set& set) {
+    Do(
+        host, name, [set, after] { set(after); }, [set, before] { set(before); });
+}
 
 /// Creates a node. For a shape without a parent, creates a transform too and returns the transform. An empty
 /// name stands for the type's default name. Throws for an unknown type.

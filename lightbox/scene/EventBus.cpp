@@ -73,20 +73,12 @@ EventBus::EventBus() {
     }
 }
 
-bool EventBus::HasEvent(const std::string& event) const {
-    return events_.count(event) != 0;
-}
-
 std::vector<std::string> EventBus::EventNames() const {
     std::vector<std::string> names;
     for (const auto& event : events_) {
         names.push_back(event.first);
     }
     return names;
-}
-
-bool EventBus::AddEvent(const std::string& event) {
-    return events_.try_emplace(event).second;
 }
 
 EventBus::Id EventBus::AddCallback(const std::string& event, Callback callback) {
@@ -103,10 +95,6 @@ void EventBus::Fire(const std::string& event) {
     if (found != events_.end()) {
         found->second.Call();
     }
-}
-
-bool EventBus::HasCondition(const std::string& condition) const {
-    return conditions_.count(condition) != 0;
 }
 
 std::vector<std::string> EventBus::ConditionNames() const {

@@ -21,15 +21,11 @@ public:
 
     EventBus();
 
-    bool HasEvent(const std::string& event) const;
     std::vector<std::string> EventNames() const;
-    /// Adds a user's own event (scriptJob, userEvent). Returns false when it exists.
-    bool AddEvent(const std::string& event);
     /// Returns 0 for an unknown event.
     Id AddCallback(const std::string& event, Callback callback);
     void Fire(const std::string& event);
 
-    bool HasCondition(const std::string& condition) const;
     std::vector<std::string> ConditionNames() const;
     bool Condition(const std::string& condition) const;
     /// Sets a condition and calls its callbacks if the state changes. Adds an unknown condition.

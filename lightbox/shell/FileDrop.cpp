@@ -103,11 +103,7 @@ void FileDrop::Take(const QString& path) {
     } else {
         line = ActionFor(path) + " " + file;
     }
-    try {
-        host_.interpreter().Execute(line);
-    } catch (const mel::Error& error) {
-        host_.interpreter().Report(error);
-    }
+    host_.interpreter().ExecuteReporting(line);
 }
 
 } // namespace lightbox

@@ -2,7 +2,6 @@
 
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 #include "text/NumberText.h"
@@ -85,11 +84,7 @@ void FrameField::ShowFrame() {
 void FrameField::Commit() {
     if (isModified()) {
         setModified(false);
-        try {
-            host_.interpreter().Execute(RowOf(role_).command + Quoted(text().toStdString()));
-        } catch (const mel::Error& error) {
-            host_.interpreter().Report(error);
-        }
+        host_.interpreter().ExecuteReporting(RowOf(role_).command + Quoted(text().toStdString()));
     }
     ShowFrame();
 }

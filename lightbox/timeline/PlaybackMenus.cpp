@@ -2,7 +2,6 @@
 
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 #include "text/NumberText.h"
@@ -76,17 +75,9 @@ void PlaybackMenus::ShowState() {
     rate_->setText(RateText(host_.time().Unit()));
 }
 
-void PlaybackMenus::Run(const std::string& statement) {
-    try {
-        host_.interpreter().Execute(statement);
-    } catch (const mel::Error& error) {
-        host_.interpreter().Report(error);
-    }
-}
-
 void PlaybackMenus::NextLoop() {
     const int next = (static_cast<int>(host_.time().PlaybackLoop()) + 1) % 3;
-    Run(std::string("playbackOptions -loop \"") + LOOPS[next].name + "\"");
+    host_.interpreter().ExecuteReporting(std::string("playbackOptions -loop \"") + LOOPS[next].name + "\"");
 }
 
 void PlaybackMenus::FillMenu() {
@@ -94,8 +85,9 @@ void PlaybackMenus::FillMenu() {
     menu_->addSection(tr("Frame rate"));
     for (const char* name : UNITS) {
         const MTime::Unit unit = UnitFromName(name);
-        QAction* action = menu_->addAction(
-            RateText(unit), this, [this, unit] { Run("currentUnit -time " + Quoted(UnitName(unit))); });
+        QAction* action = menu_->addAction(RateText(unit), this, [this, unit] {
+            host_.interpreter().ExecuteReporting("currentUnit -time " + Quoted(UnitName(unit)));
+        });
         action->setCheckable(true);
         action->setChecked(host_.time().Unit() == unit);
     }
@@ -110,8 +102,8 @@ void PlaybackMenus::FillMenu() {
 void PlaybackMenus::AddSpeed(const QString& label, double speed, double maxSpeed) {
     const Timeline& time = host_.time();
     QAction* action = menu_->addAction(label, this, [this, speed, maxSpeed] {
-        Run("playbackOptions -playbackSpeed " + DecimalText(speed) + " -maxPlaybackSpeed " +
-            DecimalText(maxSpeed));
+        host_.interpreter().ExecuteReporting("playbackOptions -playbackSpeed " + DecimalText(speed) +
+                                             " -maxPlaybackSpeed " + DecimalText(maxSpeed));
     });
     action->setCheckable(true);
     action->setChecked(time.PlaybackSpeed() == speed && time.MaxPlaybackSpeed() == maxSpeed);

@@ -25,7 +25,6 @@ private:
     void FillMenu();
     void AddSpeed(const QString& label, double speed, double maxSpeed);
     void ShowState();
-    void Run(const std::string& statement);
 
     Host& host_;
     EventSubscriptions events_;

@@ -164,10 +164,8 @@ void RangeSlider::Record(const Range& before, const Range& after) {
         return;
     }
     Timeline& time = host_.time();
-    const auto set = [&time](const Range& range) {
-        return [&time, range] { time.SetPlaybackRange(range.first, range.second); };
-    };
-    edit::Do(host_, "playbackOptions", set(after), set(before));
+    edit::Replace(host_, "playbackOptions", before, after,
+                  [&time](const Range& range) { time.SetPlaybackRange(range.first, range.second); });
 }
 
 } // namespace lightbox

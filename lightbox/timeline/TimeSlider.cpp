@@ -3,7 +3,6 @@
 #include "mel/Interpreter.h"
 #include "scene/AnimationEdit.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "scene/Scene.h"
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
@@ -338,15 +337,10 @@ void TimeSlider::MoveKeys(double distance) const {
     if (animation::KeyTimesOf(host_.scene().selection().Get()).empty()) {
         return;
     }
-    const std::string statement =
+    host_.interpreter().ExecuteReporting(
         "keyframe -edit -relative -option \"over\" -includeUpperBound 0 -timeChange " +
         DecimalText(distance) + " -time \"" + DecimalText(pressRange_.first) + ":" +
-        DecimalText(pressRange_.second) + "\"";
-    try {
-        host_.interpreter().Execute(statement);
-    } catch (const mel::Error& error) {
-        host_.interpreter().Report(error);
-    }
+        DecimalText(pressRange_.second) + "\"");
 }
 
 void TimeSlider::ShowCursor(double x) {

@@ -2,7 +2,6 @@
 
 #include "mel/Interpreter.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "text/Quoted.h"
 #include "timeline/FrameField.h"
 #include "timeline/Playback.h"
@@ -45,11 +44,8 @@ TimeSliderBar::~TimeSliderBar() {
 }
 
 void TimeSliderBar::NameSlider(const std::string& name) {
-    try {
-        host_.interpreter().Execute("global string $gPlayBackSlider; $gPlayBackSlider = " + Quoted(name));
-    } catch (const mel::Error& error) {
-        host_.interpreter().Report(error);
-    }
+    host_.interpreter().ExecuteReporting("global string $gPlayBackSlider; $gPlayBackSlider = " +
+                                         Quoted(name));
 }
 
 QWidget* TimeSliderBar::MakeUpperRow() {

@@ -23,7 +23,6 @@ public:
 
     /// The widget under the plug-in's overlay.
     TimeSlider& Slider() const { return *slider_; }
-    Playback& GetPlayback() const { return *playback_; }
 
 private:
     QWidget* MakeUpperRow();

@@ -30,47 +30,32 @@ double Number(const DagNode& shape, const char* attribute) {
 class Drawing {
 public:
     void Line(const QPointF& from, const QPointF& to, const QColor& color) {
-        DrawItem item;
-        item.kind = DrawItem::Kind::Line;
-        item.position = from;
-        item.end = to;
-        item.color = color;
-        items.push_back(item);
+        Add(DrawItem::Kind::Line, from, color).end = to;
     }
-
-    void Frame(const QRectF& gate, const QColor& color) {
-        DrawItem item = Box(gate);
-        item.color = color;
-        items.push_back(item);
-    }
-
+    void Frame(const QRectF& gate, const QColor& color) { AddBox(gate, color); }
     void Fill(const QRectF& area, const QColor& color) {
         if (area.width() > 0.0 && area.height() > 0.0) {
-            DrawItem item = Box(area);
-            item.filled = true;
-            item.color = color;
-            items.push_back(item);
+            AddBox(area, color).filled = true;
         }
     }
-
     void Label(const QPointF& position, const QString& text) {
-        DrawItem item;
-        item.kind = DrawItem::Kind::Text;
-        item.position = position;
+        DrawItem& item = Add(DrawItem::Kind::Text, position, LABEL);
         item.text = text;
         item.fontSize = LABEL_SIZE;
         item.alignment = Qt::AlignHCenter;
-        item.color = LABEL;
-        items.push_back(item);
     }
-
     DrawList items;
 
 private:
-    static DrawItem Box(const QRectF& box) {
-        DrawItem item;
-        item.kind = DrawItem::Kind::Rectangle;
-        item.position = box.center();
+    DrawItem& Add(DrawItem::Kind kind, const QPointF& position, const QColor& color) {
+        DrawItem& item = items.emplace_back();
+        item.kind = kind;
+        item.position = position;
+        item.color = color;
+        return item;
+    }
+    DrawItem& AddBox(const QRectF& box, const QColor& color) {
+        DrawItem& item = Add(DrawItem::Kind::Rectangle, box.center(), color);
         item.halfWidth = box.width() * 0.5;
         item.halfHeight = box.height() * 0.5;
         return item;

@@ -5,6 +5,7 @@
 #include "controls/ControlRegistry.h"
 #include "controls/FlagTypes.h"
 #include "controls/WindowCommandTable.h"
+#include "mel/Error.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/CameraView.h"
 #include "scene/DagNode.h"
@@ -34,87 +35,68 @@ ViewportPanels& Existing(const CommandCall& call, ViewportPanels* panels) {
     return *panels;
 }
 
-ViewportPanel& PanelOf(Control& control) {
-    return *control.As<ViewportPanel>();
-}
-
 std::string CameraName(const ViewportPanel& panel) {
     const std::shared_ptr<DagNode> shape = panel.View().Camera();
     return shape && shape->Parent() ? Scene::ShownName(*shape->Parent()) : std::string();
 }
 
-void LookThrough(const CommandCall& call, ViewportPanel& panel, const std::string& camera) {
+void LookThrough(ViewportPanel& panel, const std::string& camera) {
     if (!panel.LookThrough(camera)) {
-        call.Fail("There is no camera \"" + camera + "\".");
+        throw mel::Error("There is no camera \"" + camera + "\".");
     }
 }
 
 ControlFlag CameraFlag() {
-    return {"-cam",
-            "-camera",
-            {TEXT},
-            [](Control& control, const CommandCall& call) {
-                LookThrough(call, PanelOf(control), call.String("-camera"));
-            },
-            [](Control& control) { return Value(CameraName(PanelOf(control))); }};
+    return ValueFlag<ViewportPanel, std::string>("-cam", "-camera", LookThrough, CameraName);
 }
 
 /// A flag that shows or hides one type of object in the viewport.
 ControlFlag ShowFlag(const char* shortName, const char* longName, bool& (*member)(ViewOptions&)) {
-    const std::string flag = longName;
-    return {shortName,
-            flag,
-            {ON},
-            [flag, member](Control& control, const CommandCall& call) {
-                ViewOptions options = PanelOf(control).View().Options();
-                member(options) = call.Bool(flag.c_str());
-                PanelOf(control).View().SetOptions(options);
-            },
-            [member](Control& control) {
-                ViewOptions options = PanelOf(control).View().Options();
-                return Value(member(options));
-            }};
+    return ValueFlag<ViewportPanel, bool>(
+        shortName, longName,
+        [member](ViewportPanel& panel, bool on) {
+            ViewOptions options = panel.View().Options();
+            member(options) = on;
+            panel.View().SetOptions(options);
+        },
+        [member](const ViewportPanel& panel) {
+            ViewOptions options = panel.View().Options();
+            return member(options);
+        });
 }
 
 ControlFlag AppearanceFlag() {
-    return {"-da",
-            "-displayAppearance",
-            {TEXT},
-            [](Control& control, const CommandCall& call) {
-                const std::string& name = call.String("-displayAppearance");
-                if (name != "wireframe" && name != "points" && name != "boundingBox" &&
-                    name != "smoothShaded" && name != "flatShaded") {
-                    call.Fail("Unknown appearance: " + name);
-                }
-                ViewOptions options = PanelOf(control).View().Options();
-                const bool isShaded = name == "smoothShaded" || name == "flatShaded";
-                options.display.shading = isShaded ? Shading::Smooth : Shading::Wireframe;
-                PanelOf(control).View().SetOptions(options);
-            },
-            [](Control& control) {
-                const bool isShaded = PanelOf(control).View().Options().display.shading == Shading::Smooth;
-                return Value(isShaded ? "smoothShaded" : "wireframe");
-            }};
+    return ValueFlag<ViewportPanel, std::string>(
+        "-da", "-displayAppearance",
+        [](ViewportPanel& panel, const std::string& name) {
+            const bool isShaded = name == "smoothShaded" || name == "flatShaded";
+            if (!isShaded && name != "wireframe" && name != "points" && name != "boundingBox") {
+                throw mel::Error("Unknown appearance: " + name);
+            }
+            ViewOptions options = panel.View().Options();
+            options.display.shading = isShaded ? Shading::Smooth : Shading::Wireframe;
+            panel.View().SetOptions(options);
+        },
+        [](const ViewportPanel& panel) {
+            return panel.View().Options().display.shading == Shading::Smooth ? "smoothShaded" : "wireframe";
+        });
 }
 
 constexpr const char* VIEWPORT2 = "vp2Renderer";
 constexpr const char* LEGACY = "base_OpenGL_Renderer";
 
 ControlFlag RendererFlag() {
-    return {
-        "-rnm",
-        "-rendererName",
-        {TEXT},
-        [](Control& control, const CommandCall& call) {
-            const std::string& name = call.String("-rendererName");
+    return ValueFlag<ViewportPanel, std::string>(
+        "-rnm", "-rendererName",
+        [](ViewportPanel& panel, const std::string& name) {
             if (name != VIEWPORT2 && name != LEGACY) {
-                call.Fail("Unknown renderer: " + name);
+                throw mel::Error("Unknown renderer: " + name);
             }
-            ViewOptions options = PanelOf(control).View().Options();
+            ViewOptions options = panel.View().Options();
             options.renderer = name == VIEWPORT2 ? Renderer::Viewport2 : Renderer::Legacy;
-            PanelOf(control).View().SetOptions(options);
+            panel.View().SetOptions(options);
         },
-        [](Control& control) { return Value(PanelOf(control).View().IsViewport2() ? VIEWPORT2 : LEGACY); }};
+        [](const ViewportPanel& panel) { return panel.View().IsViewport2() ? VIEWPORT2 : LEGACY; });
 }
 
 ControlFlag AllObjectsFlag() {
@@ -122,14 +104,15 @@ ControlFlag AllObjectsFlag() {
             "-allObjects",
             {ON},
             [](Control& control, const CommandCall& call) {
-                ViewOptions options = PanelOf(control).View().Options();
+                ViewportWidget& view = control.As<ViewportPanel>()->View();
+                ViewOptions options = view.Options();
                 const bool on = call.Bool("-allObjects");
                 for (bool* const shown :
                      {&options.display.grid, &options.display.meshes, &options.display.cameras,
                       &options.display.locators, &options.pluginShapes}) {
                     *shown = on;
                 }
-                PanelOf(control).View().SetOptions(options);
+                view.SetOptions(options);
             },
             nullptr};
 }
@@ -160,15 +143,14 @@ ControlFlags EditorFlags(ViewportPanels* panels) {
         ShowFlag("-hud", "-headsUpDisplay", [](ViewOptions& options) -> bool& { return options.cameraName; }),
         ShowFlag("-sel", "-selectionHiliteDisplay",
                  [](ViewOptions& options) -> bool& { return options.display.selectionHighlighting; }),
-        {"-av",
-         "-activeView",
-         {ON},
-         [panels](Control& control, const CommandCall& call) {
-             if (call.Bool("-activeView")) {
-                 Existing(call, panels).SetActive(PanelOf(control));
-             }
-         },
-         [panels](Control& control) { return Value(panels && panels->Active() == &PanelOf(control)); }},
+        ValueFlag<ViewportPanel, bool>(
+            "-av", "-activeView",
+            [panels](ViewportPanel& panel, bool on) {
+                if (on) {
+                    panels->SetActive(panel);
+                }
+            },
+            [panels](const ViewportPanel& panel) { return panels->Active() == &panel; }),
         // Object types that Lightbox does not have. The flags only keep their values for queries.
         NoteFlag("-nc", "-nurbsCurves", ON),
         NoteFlag("-ns", "-nurbsSurfaces", ON),
@@ -191,12 +173,9 @@ ControlFlags EditorFlags(ViewportPanels* panels) {
 ControlFlags PanelFlags() {
     return {
         CameraFlag(),
-        ValueFlag<ViewportPanel, QString>(
-            "-l", "-label", [](ViewportPanel& panel, const QString& text) { panel.SetLabel(text); },
-            [](const ViewportPanel& panel) { return panel.Label(); }),
-        ValueFlag<ViewportPanel, bool>(
-            "-mbv", "-menuBarVisible", [](ViewportPanel& panel, bool on) { panel.SetMenuBarVisible(on); },
-            [](const ViewportPanel& panel) { return panel.IsMenuBarVisible(); }),
+        ValueFlag<ViewportPanel, QString>("-l", "-label", &ViewportPanel::SetLabel, &ViewportPanel::Label),
+        ValueFlag<ViewportPanel, bool>("-mbv", "-menuBarVisible", &ViewportPanel::SetMenuBarVisible,
+                                       &ViewportPanel::IsMenuBarVisible),
         QueryFlag("-me", "-modelEditor", [](Control& control) { return Value(control.Name()); }),
         QueryFlag("-ctl", "-control", [](Control& control) { return Value(control.Path()); }),
         NoteFlag("-tb", "-toolbar", ON),
@@ -208,17 +187,15 @@ ControlFlags PanelFlags() {
 std::unique_ptr<Control> CreatePanel(const ControlCreation& creation, ViewportPanels* panels) {
     ViewportPanel& panel = Existing(creation.call, panels).Create(creation.name, creation.parent->Widget());
     panel.SetMenuBarVisible(creation.type.name == "modelPanel");
-    return std::make_unique<Control>(creation.type, creation.name, creation.parent, &panel);
+    return std::make_unique<Control>(creation, &panel);
 }
 
-ControlType PanelType(const char* name, ControlFlags flags, ViewportPanels* panels) {
-    ControlType type;
-    type.name = name;
-    type.family = ControlType::Family::Panel;
-    type.flags = std::move(flags) + CommonFlags();
-    type.alsoFor = {"modelPanel"};
-    type.create = [panels](const ControlCreation& creation) { return CreatePanel(creation, panels); };
-    return type;
+ControlType PanelType(const char* name, const ControlFlags& flags, ViewportPanels* panels) {
+    return {name,
+            ControlType::Family::Panel,
+            flags + CommonFlags(),
+            [panels](const ControlCreation& creation) { return CreatePanel(creation, panels); },
+            {"modelPanel"}};
 }
 
 /// The panel of that name, or the active one for an empty name.
@@ -231,7 +208,7 @@ ViewportPanel& PanelNamed(const CommandCall& call, const ViewportPanels& panels,
 }
 
 Value LookThroughPanel(const CommandCall& call, const ControlRegistry&, ViewportPanels& panels) {
-    LookThrough(call, PanelNamed(call, panels, call.Object(1).AsString()), call.Object(0).AsString());
+    LookThrough(PanelNamed(call, panels, call.Object(1).AsString()), call.Object(0).AsString());
     return Value();
 }
 
@@ -243,8 +220,7 @@ Value LookThru(const CommandCall& call, const ControlRegistry&, ViewportPanels& 
     if (names.empty()) {
         call.Fail("The name of a camera is missing.");
     }
-    LookThrough(call, PanelNamed(call, panels, names.size() > 1 ? names.front() : std::string()),
-                names.back());
+    LookThrough(PanelNamed(call, panels, names.size() > 1 ? names.front() : std::string()), names.back());
     return Value();
 }
 

@@ -92,8 +92,9 @@ private:
     void DrawSurface(const Surface& surface);
     void DrawWires();
     void DrawOutlines();
-    /// Draws lines with a colour per vertex from client memory.
-    void DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix, float towardsEye);
+    /// Draws lines or triangles with a colour per vertex from client memory.
+    void DrawVertices(GLenum mode, const std::vector<LineVertex>& vertices, const QMatrix4x4& matrix,
+                      float towardsEye);
     /// The clip-space depth to subtract so that lines lie this number of pixel sizes nearer.
     float TowardsEye(double pixels) const;
     void Restore();
@@ -129,7 +130,8 @@ void SceneRenderer::Private::Draw() {
     DrawSurfaces(false);
     BeginLines();
     if (scene->options.grid) {
-        DrawLines(GridLines(GridAxis(View())), projection_ * viewMatrix_, TowardsEye(GRID_FORWARD));
+        DrawVertices(GL_LINES, GridLines(GridAxis(View())), projection_ * viewMatrix_,
+                     TowardsEye(GRID_FORWARD));
     }
     EndLines();
     DrawSurfaces(true);
@@ -148,24 +150,15 @@ void SceneRenderer::Private::Draw() {
 void SceneRenderer::Private::DrawBackground() {
     const V4f top = Vector(scene->options.backgroundTop);
     const V4f bottom = Vector(scene->options.backgroundBottom);
-    const LineVertex corners[] = {
+    const std::vector<LineVertex> corners = {
         {V3f(-1, -1, 0), bottom}, {V3f(1, -1, 0), bottom}, {V3f(-1, 1, 0), top}, {V3f(1, 1, 0), top}};
-    QOpenGLShaderProgram& program = shaders_.Lines();
-    program.bind();
-    program.setUniformValue("modelViewProjection", QMatrix4x4());
-    program.setUniformValue("tint", QVector4D(1, 1, 1, 1));
-    program.setUniformValue("towardsEye", 0.0f);
-    program.enableAttributeArray(SceneShaders::Position);
-    program.enableAttributeArray(SceneShaders::Color);
-    program.setAttributeArray(SceneShaders::Position, &corners[0].position.x, 3, sizeof(LineVertex));
-    program.setAttributeArray(SceneShaders::Color, &corners[0].color.x, 4, sizeof(LineVertex));
     gl_->glDisable(GL_DEPTH_TEST);
-    gl_->glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    DrawVertices(GL_TRIANGLE_STRIP, corners, QMatrix4x4(), 0.0f);
 }
 
-void SceneRenderer::Private::DrawLines(const std::vector<LineVertex>& lines, const QMatrix4x4& matrix,
-                                       float towardsEye) {
-    if (lines.empty()) {
+void SceneRenderer::Private::DrawVertices(GLenum mode, const std::vector<LineVertex>& vertices,
+                                          const QMatrix4x4& matrix, float towardsEye) {
+    if (vertices.empty()) {
         return;
     }
     QOpenGLShaderProgram& program = shaders_.Lines();
@@ -175,9 +168,9 @@ void SceneRenderer::Private::DrawLines(const std::vector<LineVertex>& lines, con
     program.setUniformValue("towardsEye", towardsEye);
     program.enableAttributeArray(SceneShaders::Position);
     program.enableAttributeArray(SceneShaders::Color);
-    program.setAttributeArray(SceneShaders::Position, &lines.front().position.x, 3, sizeof(LineVertex));
-    program.setAttributeArray(SceneShaders::Color, &lines.front().color.x, 4, sizeof(LineVertex));
-    gl_->glDrawArrays(GL_LINES, 0, static_cast<int>(lines.size()));
+    program.setAttributeArray(SceneShaders::Position, &vertices.front().position.x, 3, sizeof(LineVertex));
+    program.setAttributeArray(SceneShaders::Color, &vertices.front().color.x, 4, sizeof(LineVertex));
+    gl_->glDrawArrays(mode, 0, static_cast<int>(vertices.size()));
 }
 
 float SceneRenderer::Private::TowardsEye(double pixels) const {
@@ -212,7 +205,7 @@ void SceneRenderer::Private::DrawAxisIcon() {
                  -1000.0f, 1000.0f);
     matrix.translate(ICON_CENTER, ICON_CENTER);
     matrix.scale(AXIS_LENGTH);
-    DrawLines(AxisIconLines(column(0), column(1), column(2)), matrix, 0.0f);
+    DrawVertices(GL_LINES, AxisIconLines(column(0), column(1), column(2)), matrix, 0.0f);
 }
 
 void SceneRenderer::Private::DrawSurfaces(bool transparent) {
@@ -293,7 +286,8 @@ void SceneRenderer::Private::DrawOutlines() {
         for (const V3f& point : outline.points) {
             lines.push_back({point, outline.color});
         }
-        DrawLines(lines, projection_ * viewMatrix_ * Matrix(outline.world), TowardsEye(LINES_FORWARD));
+        DrawVertices(GL_LINES, lines, projection_ * viewMatrix_ * Matrix(outline.world),
+                     TowardsEye(LINES_FORWARD));
     }
 }
 

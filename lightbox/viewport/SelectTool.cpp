@@ -1,11 +1,9 @@
 #include "viewport/SelectTool.h"
 
-#include "mel/Error.h"
 #include "mel/Interpreter.h"
 #include "scene/CameraView.h"
 #include "scene/DagNode.h"
 #include "scene/Host.h"
-#include "scene/Output.h"
 #include "scene/Picker.h"
 #include "scene/Scene.h"
 #include "scene/View.h"
@@ -92,11 +90,7 @@ void SelectTool::Release(View& view, const QPointF& position, Qt::KeyboardModifi
     if (line.empty() || (picked.empty() && host_.scene().selection().Get().empty())) {
         return;
     }
-    try {
-        host_.interpreter().Execute(line);
-    } catch (const mel::Error& error) {
-        host_.interpreter().Report(error);
-    }
+    host_.interpreter().ExecuteReporting(line);
 }
 
 } // namespace lightbox

@@ -130,6 +130,12 @@ QAction* ViewportPanel::OptionAction(const QString& text, OptionReader read, Opt
     return action;
 }
 
+QAction* ViewportPanel::ToggleAction(const QString& text, bool& (*member)(ViewOptions&)) {
+    return OptionAction(
+        text, [member](ViewOptions options) { return member(options); },
+        [member](ViewOptions& options, bool on) { member(options) = on; });
+}
+
 QAction* ViewportPanel::CameraAction(const QString& text, const char* attribute) {
     auto* const action = new QAction(text, this);
     action->setCheckable(true);
@@ -198,9 +204,7 @@ void ViewportPanel::MakeButtons() {
         "Resolution gate");
     add(CameraAction("Gate Mask", "displayGateMask"), PanelIcon::Symbol::GateMask, "Gate mask");
     buttons_->addSeparator();
-    add(OptionAction(
-            "Grid", [](const ViewOptions& options) { return options.display.grid; },
-            [](ViewOptions& options, bool on) { options.display.grid = on; }),
+    add(ToggleAction("Grid", [](ViewOptions& options) -> bool& { return options.display.grid; }),
         PanelIcon::Symbol::Grid, "Grid");
     using Shading = DisplayOptions::Shading;
     add(OptionAction(
@@ -213,10 +217,8 @@ void ViewportPanel::MakeButtons() {
             [](const ViewOptions& options) { return options.display.shading == Shading::Smooth; },
             [](ViewOptions& options, bool) { options.display.shading = Shading::Smooth; }),
         PanelIcon::Symbol::Shaded, "Smooth shade (5)");
-    add(OptionAction(
-            "Wireframe on Shaded",
-            [](const ViewOptions& options) { return options.display.wireframeOnShaded; },
-            [](ViewOptions& options, bool on) { options.display.wireframeOnShaded = on; }),
+    add(ToggleAction("Wireframe on Shaded",
+                     [](ViewOptions& options) -> bool& { return options.display.wireframeOnShaded; }),
         PanelIcon::Symbol::WireOnShaded, "Wireframe on shaded");
 }
 
@@ -241,37 +243,33 @@ void ViewportPanel::MakeShadingMenu() {
             [shading = shading](ViewOptions& options, bool) { options.display.shading = shading; }));
     }
     menu.addSeparator();
-    menu.addAction(OptionAction(
-        "Wireframe on Shaded", [](const ViewOptions& options) { return options.display.wireframeOnShaded; },
-        [](ViewOptions& options, bool on) { options.display.wireframeOnShaded = on; }));
-    menu.addAction(OptionAction(
-        "Use Default Material", [](const ViewOptions& options) { return options.display.defaultMaterial; },
-        [](ViewOptions& options, bool on) { options.display.defaultMaterial = on; }));
+    menu.addAction(ToggleAction("Wireframe on Shaded", [](ViewOptions& options) -> bool& {
+        return options.display.wireframeOnShaded;
+    }));
+    menu.addAction(ToggleAction("Use Default Material", [](ViewOptions& options) -> bool& {
+        return options.display.defaultMaterial;
+    }));
 }
 
 void ViewportPanel::MakeShowMenu() {
     struct Row {
         const char* text;
-        bool DisplayOptions::*shown;
+        bool& (*shown)(ViewOptions&);
     };
-    constexpr Row rows[] = {{"Grid", &DisplayOptions::grid},
-                            {"Polygons", &DisplayOptions::meshes},
-                            {"Cameras", &DisplayOptions::cameras},
-                            {"Locators", &DisplayOptions::locators},
-                            {"Selection Highlighting", &DisplayOptions::selectionHighlighting},
-                            {"View Axis", &DisplayOptions::axisIcon}};
+    constexpr Row rows[] = {
+        {"Grid", [](ViewOptions& options) -> bool& { return options.display.grid; }},
+        {"Polygons", [](ViewOptions& options) -> bool& { return options.display.meshes; }},
+        {"Cameras", [](ViewOptions& options) -> bool& { return options.display.cameras; }},
+        {"Locators", [](ViewOptions& options) -> bool& { return options.display.locators; }},
+        {"Selection Highlighting",
+         [](ViewOptions& options) -> bool& { return options.display.selectionHighlighting; }},
+        {"View Axis", [](ViewOptions& options) -> bool& { return options.display.axisIcon; }},
+        {"Plugin Shapes", [](ViewOptions& options) -> bool& { return options.pluginShapes; }},
+        {"Camera Names", [](ViewOptions& options) -> bool& { return options.cameraName; }}};
     QMenu& menu = *menuBar_->addMenu("Show");
     for (const Row& row : rows) {
-        menu.addAction(OptionAction(
-            row.text, [shown = row.shown](const ViewOptions& options) { return options.display.*shown; },
-            [shown = row.shown](ViewOptions& options, bool on) { options.display.*shown = on; }));
+        menu.addAction(ToggleAction(row.text, row.shown));
     }
-    menu.addAction(OptionAction(
-        "Plugin Shapes", [](const ViewOptions& options) { return options.pluginShapes; },
-        [](ViewOptions& options, bool on) { options.pluginShapes = on; }));
-    menu.addAction(OptionAction(
-        "Camera Names", [](const ViewOptions& options) { return options.cameraName; },
-        [](ViewOptions& options, bool on) { options.cameraName = on; }));
 }
 
 void ViewportPanel::MakeRendererMenu() {

@@ -67,6 +67,7 @@ private:
     void MakeButtons();
     /// An action that shows and sets one of the view's options.
     QAction* OptionAction(const QString& text, OptionReader read, OptionWriter write);
+    QAction* ToggleAction(const QString& text, bool& (*member)(ViewOptions&));
     /// An action that shows and sets a switch of the camera.
     QAction* CameraAction(const QString& text, const char* attribute);
     /// Updates the check marks of all actions from the view and its camera.
