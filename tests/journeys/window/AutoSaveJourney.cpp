@@ -107,9 +107,6 @@ TEST_F(AutoSaveJourney, AProgramThatIsToldToEndLeavesWhatWasDrawn) {
         EXPECT_EQ(program.Mel("file -q -modified"), "1");
         withText = program.Drawing();
         EXPECT_NE(withText, drawn) << "the text";
-        // Also in the middle of a question.
-        program.Type('q', RunningLightbox::Control);
-        program.Place("unsavedChanges");
         program.Signal(SIGINT);
         EXPECT_EQ(program.WaitForEnd(), 0);
     }
