@@ -11,6 +11,7 @@
 #include "scene/IdleQueue.h"
 #include "scene/Output.h"
 #include "shell/CrashRecovery.h"
+#include "shell/EndSignal.h"
 #include "shell/Registration.h"
 #include "shell/WindowSession.h"
 
@@ -18,10 +19,16 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <algorithm>
+#include <alloca.h>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <memory>
+#include <new>
+#include <sys/mman.h>
+#include <sys/resource.h>
 
 namespace {
 
@@ -33,14 +40,52 @@ using lightbox::SceneFiles;
 using lightbox::mel::Interpreter;
 
 constexpr int FAILURE = 1;
+const char* const OUT_OF_MEMORY =
+    "lightbox: There is not enough memory to go on. The files on the disk are whole.\n";
+
+/// Has the stack grow now to what scripts may use of it, and more, which takes address space but hardly any
+/// memory. A stack that has to grow when there is none left ends the program without a word. Returns false
+/// when there is none now.
+[[gnu::noinline]] bool ClaimStack() {
+    constexpr rlim_t most = rlim_t{5} << 20;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_STACK, &limit) != 0) {
+        return true;
+    }
+    const rlim_t size = std::min(most, limit.rlim_cur / 8 * 5);
+    void* const asMuch = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (asMuch == MAP_FAILED) {
+        return false;
+    }
+    munmap(asMuch, size);
+    auto* const end = static_cast<volatile char*>(alloca(size));
+    *end = 0;
+    return true;
+}
+
+/// Ends the program where a lack of memory cannot be told otherwise. Files are whole at every moment.
+[[noreturn]] void OnTerminate() {
+    try {
+        if (const std::exception_ptr exception = std::current_exception()) {
+            std::rethrow_exception(exception);
+        }
+    } catch (const std::bad_alloc&) {
+        std::fputs(OUT_OF_MEMORY, stderr);
+        std::_Exit(FAILURE);
+    } catch (...) {
+    }
+    std::abort();
+}
 
 Interpreter* g_interpreter = nullptr;
 
-/// Ctrl+C ends the running script with an error, so that plug-ins can still write their settings.
+/// Ctrl+C ends the running script with an error, so that plug-ins can still write their settings, and then
+/// the session of a window.
 extern "C" void OnInterrupt(int) {
     if (g_interpreter) {
         g_interpreter->Interrupt();
     }
+    lightbox::EndSignal::Raise();
 }
 
 void WatchSignals(Interpreter& interpreter) {
@@ -60,6 +105,8 @@ void WatchSignals(Interpreter& interpreter) {
 const char* const NO_DISPLAY =
     "lightbox: There is no display to open a window on. With -batch it runs scripts without one.\n";
 
+/// True while Qt starts. What it lacks then, such as memory for its plug-in, ends the program.
+bool g_isStarting = false;
 /// True while Qt looks for a display. Qt ends the program when there is none.
 bool g_isLookingForDisplay = false;
 
@@ -75,6 +122,9 @@ void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& messa
     // Hide Qt's warning about a missing runtime folder in sessions without a login; it is harmless.
     if (!message.startsWith("QStandardPaths: XDG_RUNTIME_DIR not set")) {
         std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
+    }
+    if (g_isStarting && type == QtFatalMsg) {
+        std::_Exit(FAILURE);
     }
 }
 
@@ -181,6 +231,11 @@ int RunWindow(const CommandLine& line) {
 } // namespace
 
 int main(int argc, char** argv) {
+    std::set_terminate(OnTerminate);
+    if (!ClaimStack()) {
+        std::fputs(OUT_OF_MEMORY, stderr);
+        return FAILURE;
+    }
     QStringList arguments;
     for (int i = 1; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
@@ -207,9 +262,10 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(OnQtMessage);
     // Hide the arguments from Qt. Qt's own options, such as "-style", were rejected above.
     int qtArgumentCount = 1;
+    g_isStarting = true;
     g_isLookingForDisplay = !line.batch;
     QApplication application(qtArgumentCount, argv);
-    g_isLookingForDisplay = false;
+    g_isStarting = g_isLookingForDisplay = false;
     // Qt's platforms without a screen cannot draw the viewports.
     const QString platform = QGuiApplication::platformName();
     if (!line.batch && (platform == "offscreen" || platform == "minimal")) {

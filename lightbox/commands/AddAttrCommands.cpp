@@ -1,6 +1,7 @@
 #include "commands/Registration.h"
 #include "commands/SceneArguments.h"
 #include "formats/AttributeFactory.h"
+#include "formats/SceneFiles.h"
 #include "mel/SyntaxBuilder.h"
 #include "scene/DataType.h"
 #include "scene/Edit.h"
@@ -201,10 +202,14 @@ std::shared_ptr<Attribute> MakeAttribute(const CommandCall& call, std::string& t
     type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
     std::shared_ptr<Attribute> attribute =
         AttributeFactory::Make(call.GetHost().scene(), type, longName, shortName);
-    if (!attribute && AttributeFactory::IsName(longName) && AttributeFactory::IsName(shortName)) {
-        call.Fail("Type specified for new attribute is unknown: " + type);
-    } else if (!attribute) {
+    if (!attribute && !(AttributeFactory::IsName(longName) && AttributeFactory::IsName(shortName))) {
         call.Fail("The attribute name contains invalid characters: " + longName);
+    }
+    if (!attribute && call.GetHost().files().IsReading() && call.Has("-parent")) {
+        // A file's compound stays whole; the value is kept with the file's other unknown content.
+        attribute = AttributeFactory::MakeUnknown(type, longName, shortName);
+    } else if (!attribute) {
+        call.Fail("Type specified for new attribute is unknown: " + type);
     }
     CheckFlagsFit(call, *attribute);
     SetProperties(call, *attribute);

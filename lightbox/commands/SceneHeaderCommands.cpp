@@ -31,14 +31,17 @@ Value FileInfo(CommandCall& call) {
         }
         return answer;
     }
+    const auto before = files.fileInfo();
     if (call.Has("-remove")) {
         files.RemoveFileInfo(call.String("-remove"));
-        return {};
-    }
-    if (words.size() != 2) {
+    } else if (words.size() == 2) {
+        files.SetFileInfo(words[0], words[1]);
+    } else {
         call.Fail("A keyword and a value have to be given.");
     }
-    files.SetFileInfo(words[0], words[1]);
+    if (files.fileInfo() != before) {
+        files.SetModified(true);
+    }
     return {};
 }
 

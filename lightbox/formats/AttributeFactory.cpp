@@ -60,6 +60,13 @@ std::shared_ptr<Attribute> AttributeFactory::Make(const Scene& scene, const std:
     return attribute;
 }
 
+std::shared_ptr<Attribute> AttributeFactory::MakeUnknown(const std::string& type, const std::string& longName,
+                                                         const std::string& shortName) {
+    auto attribute = std::make_shared<Attribute>(longName, shortName, AttributeKind::PluginData);
+    attribute->dataTypeName = type;
+    return attribute;
+}
+
 std::shared_ptr<Attribute> AttributeFactory::Clone(const Attribute& attribute) {
     auto copy = std::make_shared<Attribute>(attribute.LongName(), attribute.ShortName(), attribute.Kind());
     copy->niceName = attribute.niceName;

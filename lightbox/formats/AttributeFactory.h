@@ -17,6 +17,9 @@ public:
     /// name.
     static std::shared_ptr<Attribute> Make(const Scene& scene, const std::string& type,
                                            const std::string& longName, const std::string& shortName);
+    /// Makes an attribute of a plug-in's data type that is not known. It holds no value.
+    static std::shared_ptr<Attribute> MakeUnknown(const std::string& type, const std::string& longName,
+                                                  const std::string& shortName);
     /// True when the name is valid for an attribute.
     static bool IsName(const std::string& name);
     /// Returns a copy with copies of its children, for another node.

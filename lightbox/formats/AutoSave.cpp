@@ -90,6 +90,16 @@ void AutoSave::Settle() {
     savedVersion_ = Version();
 }
 
+void AutoSave::LeaveForNextStart() {
+    if (!host_.files().IsModified()) {
+        return;
+    }
+    if (IsNeeded()) {
+        Perform();
+    }
+    record_.Leave();
+}
+
 AutoSave::Unfinished AutoSave::FindUnfinished() {
     Unfinished latest;
     for (auto& record : SessionRecord::FindAbandoned(host_.options().prefsFolder)) {

@@ -35,6 +35,10 @@ public:
     /// files stay.
     void Settle();
 
+    /// The session ends now, and nobody can be asked about unsaved changes: saves them, and leaves them for
+    /// the next session to offer. Throws FileError when that fails.
+    void LeaveForNextStart();
+
     /// A session that has not ended properly, and its last automatic save.
     struct Unfinished {
         std::unique_ptr<SessionRecord::Abandoned> record;

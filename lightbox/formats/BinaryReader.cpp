@@ -54,11 +54,9 @@ std::optional<double> TakeOptional(ChunkReader& content) {
     return isThere ? std::optional<double>(number) : std::nullopt;
 }
 
-/// True when the attribute or one below it has a data type of a plug-in that is not loaded.
+/// True when the attribute has a data type of a plug-in that is not loaded.
 bool HasUnknownType(const Attribute& attribute) {
-    return (attribute.Kind() == AttributeKind::PluginData && attribute.dataTypeId == 0) ||
-           std::any_of(attribute.Children().begin(), attribute.Children().end(),
-                       [](const auto& child) { return HasUnknownType(*child); });
+    return attribute.Kind() == AttributeKind::PluginData && attribute.dataTypeId == 0;
 }
 
 /// Has a plug-in read its value. Returns false when it cannot read all of it.
@@ -252,8 +250,7 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     }
     std::shared_ptr<Attribute> attribute = AttributeFactory::Make(scene_, type, longName, shortName);
     if (!attribute) {
-        attribute = std::make_shared<Attribute>(longName, shortName, AttributeKind::PluginData);
-        attribute->dataTypeName = type;
+        attribute = AttributeFactory::MakeUnknown(type, longName, shortName);
     }
     attribute->niceName = niceName;
     std::uint32_t flags = content.Count();

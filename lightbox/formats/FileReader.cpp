@@ -4,6 +4,7 @@
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
 #include "formats/SceneFiles.h"
+#include "formats/QuoteRepair.h"
 #include "formats/SceneStatements.h"
 #include "mel/Interpreter.h"
 #include "mel/Runtime.h"
@@ -176,7 +177,26 @@ bool FileReader::OnError(const mel::Error& error) {
     return true;
 }
 
+bool FileReader::RunRestored(std::string_view statement, int line) {
+    statement = Trimmed(statement);
+    const bool isWhole = depth_ == 1 && !statement.empty() && statement.back() == ';';
+    const std::optional<std::string> restored = isWhole ? WithQuoteRestored(statement) : std::nullopt;
+    if (!restored) {
+        return false;
+    }
+    statementLine_ = line;
+    statement_ = statement;
+    isStatementCut_ = false;
+    ReportFault(
+        "A quotation mark is damaged. The statement was read with the one that must have been there.");
+    Run(*restored);
+    return true;
+}
+
 void FileReader::AfterUnreadable(std::string_view readable, std::string_view skipped, int line) {
+    if (RunRestored(skipped, line)) {
+        return;
+    }
     readable = Trimmed(readable);
     if (depth_ > 1 && readable.size() + 1 >= Trimmed(skipped).size()) {
         // What is before the fault is not MEL either: "{".

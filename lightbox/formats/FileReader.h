@@ -38,6 +38,8 @@ private:
     bool BeforeStatement(std::string_view statement, int line);
     bool IsWanted(const std::string& word);
     bool OnError(const mel::Error& error);
+    /// Runs a statement that is not MEL with a damaged quotation mark put right. False if none can be.
+    bool RunRestored(std::string_view statement, int line);
     void AfterUnreadable(std::string_view readable, std::string_view skipped, int line);
     void CheckEnd(std::string_view text);
 

@@ -219,13 +219,19 @@ void PlugSettingApplier::SetWhole(const Plug& plug, const PlugSetting& setting) 
 }
 
 void PlugSettingApplier::Store(const Plug& plug, const AttributeValue& value) {
+    const auto* numbers = std::get_if<std::vector<double>>(&value);
+    const bool isOfChildren = numbers && plug.attribute->IsNumericCompound();
+    const std::size_t children = plug.attribute->Children().size();
+    if (isOfChildren && numbers->size() != children) {
+        throw SceneError("The attribute '" + plug.Name() + "' takes " + std::to_string(children) +
+                         " values; " + std::to_string(numbers->size()) + " were given.");
+    }
     if (mode_ == ApplyMode::Edit) {
         edit::SetPlug(host_, plug, value, outOfRange_);
         return;
     }
-    if (const auto* numbers = std::get_if<std::vector<double>>(&value);
-        numbers && plug.attribute->IsNumericCompound()) {
-        for (std::size_t i = 0; i < numbers->size(); ++i) {
+    if (isOfChildren) {
+        for (std::size_t i = 0; i < children; ++i) {
             Store(plug.Child(i), (*numbers)[i]);
         }
         return;

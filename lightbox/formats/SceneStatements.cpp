@@ -196,7 +196,11 @@ Value AddAttr(SceneBuilder& builder, CommandCall& call, const Command& command) 
     }
     const auto node = call.Objects().empty() ? builder.Current() : builder.Find(call.Object(0).AsString());
     const std::string type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
-    if (!node || !AttributeFactory::Make(call.GetHost().scene(), type, "x", "x")) {
+    const bool isKnown = AttributeFactory::Make(call.GetHost().scene(), type, "x", "x") != nullptr;
+    // A compound has to get all of its children.
+    const std::string parent = call.StringOr("-parent", "");
+    const bool isOfCompound = node && !parent.empty() && !node->FindAttribute(parent);
+    if (!node || (!isKnown && !isOfCompound)) {
         builder.KeepForCurrent(builder.Statement(), "attribute type " + type,
                                "Unknown attribute type '" + type + "'; it is kept and written back.");
         return {};

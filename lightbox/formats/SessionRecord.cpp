@@ -103,6 +103,11 @@ void SessionRecord::Remove() {
     content_ = Content();
 }
 
+void SessionRecord::Leave() {
+    lock_.reset();
+    content_ = Content();
+}
+
 std::set<std::string> SessionRecord::FilesOfOthers() const {
     std::set<std::string> files;
     if (folder_.isEmpty()) {

@@ -29,7 +29,7 @@ public:
 
     /// The record of this session; nothing is on disk yet. Without a preference folder it never is.
     explicit SessionRecord(const std::string& prefsFolder);
-    /// Removes the record: the session ends properly.
+    /// Removes the record, unless it was left: the session ends properly.
     ~SessionRecord();
 
     const Content& GetContent() const { return content_; }
@@ -37,6 +37,8 @@ public:
     void Write(Content content);
     /// Removes the record from the disk.
     void Remove();
+    /// Leaves the record behind, as if the program had been killed now.
+    void Leave();
     /// The automatic saves of all other sessions, running or left behind, as canonical paths.
     std::set<std::string> FilesOfOthers() const;
 

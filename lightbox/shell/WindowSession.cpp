@@ -1,10 +1,14 @@
 #include "shell/WindowSession.h"
 
+#include "formats/AutoSave.h"
 #include "formats/SceneFiles.h"
 #include "scene/Host.h"
 #include "scene/IdleQueue.h"
+#include "scene/Output.h"
+#include "scene/ToolContexts.h"
 #include "shell/AutoSaveTimer.h"
 #include "shell/CrashRecovery.h"
+#include "shell/EndSignal.h"
 #include "shell/FileDrop.h"
 #include "shell/Hotkeys.h"
 #include "shell/MainWindow.h"
@@ -17,7 +21,15 @@
 #include <QSurfaceFormat>
 #include <QTimer>
 
+#include <exception>
+
 namespace lightbox {
+
+namespace {
+
+constexpr int RETRY = 50; ///< milliseconds
+
+} // namespace
 
 void WindowSession::PrepareApplication() {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -47,6 +59,7 @@ WindowSession::WindowSession(Host& host)
     MainWindow* const window = WindowInterface::Current(host);
     new FileDrop(host, *window);
     new AutoSaveTimer(host, window);
+    connect(new EndSignal(window), &EndSignal::Raised, this, &WindowSession::EndUnasked);
     AddHotkeys(*window);
     window->Put(MainWindow::Place::Time, new TimeSliderBar(host, window));
 }
@@ -64,6 +77,29 @@ int WindowSession::Run(const std::function<void()>& onceShown) {
     const int status = QApplication::exec();
     window->SaveState();
     return host_.QuitStatus().value_or(status);
+}
+
+void WindowSession::EndUnasked() {
+    if (host_.QuitStatus()) {
+        return;
+    }
+    QWidget* const popup = QApplication::activePopupWidget();
+    QWidget* const over = popup ? popup : QApplication::activeModalWidget();
+    const bool isClosing = over && over->close();
+    SceneFiles& files = host_.files();
+    if (isClosing || files.IsReading() || files.IsWriting() || host_.tools().Current().IsBusy()) {
+        QTimer::singleShot(RETRY, this, &WindowSession::EndUnasked);
+        return;
+    }
+    host_.tools().SetCurrent(ToolContexts::SELECTION_TOOL); // ends a stroke and text that is open
+    try {
+        files.autoSave().LeaveForNextStart();
+    } catch (const std::exception& error) {
+        host_.output().Error(std::string("Lightbox does not end, as the unsaved changes would be lost: ") +
+                             error.what());
+        return;
+    }
+    host_.RequestQuit(0);
 }
 
 void WindowSession::Turn() {

@@ -26,6 +26,9 @@ public:
 
 private:
     void Turn();
+    /// Ends the session without a question. Unsaved changes are left for the next one to offer; if that is
+    /// not possible, the session goes on.
+    void EndUnasked();
 
     Host& host_;
     bool idleIsDue_ = false;

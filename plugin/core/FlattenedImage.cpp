@@ -6,8 +6,21 @@
 
 namespace vellix {
 
+namespace {
+
+/// One transparent image for all that are not composed yet.
+const QImage& SharedTransparentImage() {
+    static QImage image;
+    if (image.isNull()) { // also after memory was short
+        image = composite::TransparentImage();
+    }
+    return image;
+}
+
+} // namespace
+
 FlattenedImage::FlattenedImage()
-    : image_(composite::TransparentImage())
+    : image_(SharedTransparentImage())
     , imageKey_(image_.cacheKey()) {}
 
 void FlattenedImage::Update(const PictureStack& stack, const TileMask& alsoChanged) {

@@ -37,6 +37,8 @@ LegacyOutline* BaseNode::transformContext_ = nullptr;
 
 namespace {
 
+bool g_hasShutDown = false;
+
 const MString DRAW_CLASSIFICATION = MString("drawdb/geometry/") + Settings::NODE_TYPE_NAME;
 const MString DRAW_REGISTRATION_ID = MString(Settings::NODE_TYPE_NAME) + "Plugin";
 
@@ -82,6 +84,7 @@ MString BaseNode::GetDrawRegistrationId() {
 }
 
 MStatus BaseNode::Initialize() {
+    g_hasShutDown = false;
     DocumentFollower::Start();
     if (Settings::guiEnabled) {
         if (QWidget* timeSlider = MayaUtil::GetTimeControlWidget()) {
@@ -117,7 +120,10 @@ MStatus BaseNode::Shutdown() {
     DocumentFollower::Stop();
     timelineOverlay_.reset();
     DialogManager::Shutdown();
-    Settings::WriteUserConfig();
+    if (!g_hasShutDown) { // else the host quits and has unloaded us after that
+        Settings::WriteUserConfig();
+    }
+    g_hasShutDown = true;
     return MS::kSuccess;
 }
 

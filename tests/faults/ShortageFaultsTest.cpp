@@ -58,7 +58,11 @@ protected:
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         program.setProcessEnvironment(environment);
         QFile::remove(Path("go"));
-        Write("open.mel", (R"(print "ready\n"; while (!`filetest -f ")" + Path("go") + R"("`) {}
+        // Procedures that call one another need more stack than the program has had until then.
+        Write("open.mel", (R"(global proc int deep(int $calls) { return $calls > 0 ? deep($calls - 1) : 0; }
+            print "ready\n"; while (!`filetest -f ")" +
+                           Path("go") + R"("`) {}
+            catch(`deep 1000`);
             int $failed = catch(`file -force -open ")" +
                            Path(name) + R"("`);
             print ("opened " + (!$failed) + "\n");

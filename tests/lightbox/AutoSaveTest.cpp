@@ -64,7 +64,7 @@ protected:
 TEST_F(AutoSaveTest, SettingsAreCheckedAndKept) {
     Run("autoSave -folder \"\"");
     const std::string preferences = prefs_.path().toStdString();
-    const std::string workspace = QDir::current().isRoot() ? "/" : QDir::currentPath().toStdString() + "/";
+    const std::string workspace = QDir::currentPath().toStdString() + "/";
     const std::pair<std::string, std::string> rows[] = {
         {"autoSave -q -en", "int 1"},
         {"autoSave -q -int", "float 600"},

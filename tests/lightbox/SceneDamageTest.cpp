@@ -291,6 +291,53 @@ TEST_F(SceneDamageTest, FilesOfVersion1AreReadWholeOrDamaged) {
     }
 }
 
+TEST_F(SceneDamageTest, AWrongBitInAQuotationMarkCostsNothing) {
+    const std::string head = "//Maya ASCII 2018 scene\n//Name: bad.ma\ncreateNode notebook -n \"book\";\n"
+                             "\tsetAttr \".lpy\" 7;\n";
+    const std::string value =
+        "\tsetAttr \".pg\" -type \"notes\" 4 \"one a2b\"\n\t\t\"two \\\"b\"\n\t\t\"222\"\n"
+        "\t\t\"four\";\n";
+    const std::string tail = "createNode transform -n \"last\";\n// End of bad.ma\n";
+    Write("bad.ma", head + value + tail);
+    EXPECT_EQ(ErrorOfOpening("bad.ma"), "none");
+    const auto nodes = [this] {
+        return std::regex_replace(SceneText(), std::regex("\trename -uid .*\n"), "");
+    };
+    const std::string text = nodes();
+    ASSERT_THAT(text, HasSubstr("\"four\" ;"));
+    const auto open = [&](const std::string& damaged) {
+        Write("bad.ma", head + damaged + tail);
+        EXPECT_THAT(ErrorOfOpening("bad.ma"), HasSubstr("Errors while reading")) << damaged;
+        EXPECT_THAT(ErrorOf("file -save"), HasSubstr("saving would lose")) << damaged;
+        EXPECT_EQ(Read("bad.ma"), head + damaged + tail);
+    };
+    // A mark became another character.
+    for (std::size_t at = value.find('"'); at != std::string::npos; at = value.find('"', at + 1)) {
+        for (int bit = 0; bit < 8 && value[at - 1] != '\\'; ++bit) {
+            std::string damaged = value;
+            damaged[at] = static_cast<char>(damaged[at] ^ 1 << bit);
+            open(damaged);
+            EXPECT_EQ(nodes(), text) << damaged;
+        }
+    }
+    // Another character became a mark: the line may be wrong, the ones behind it are not.
+    for (const char letter : {'2', 'b'}) {
+        for (std::size_t at = value.find(letter); at != std::string::npos; at = value.find(letter, at + 1)) {
+            std::string damaged = value;
+            damaged[at] = '"';
+            open(damaged);
+            EXPECT_THAT(SceneText(), HasSubstr("\"four\" ;")) << damaged;
+        }
+    }
+    // Two lines are too much to guess.
+    std::string damaged = value;
+    for (const char* mark : {"\"two", "\"four"}) {
+        damaged[damaged.find(mark)] = '#';
+    }
+    open(damaged);
+    EXPECT_THAT(SceneText(), HasSubstr("\n\t\t\"one a2b\"\n"));
+}
+
 TEST_F(SceneDamageTest, OfACutStatementThePluginGetsWhatIsComplete) {
     const std::string head =
         "//Maya ASCII 2018 scene\n//Name: cut.ma\ncreateNode transform -n \"group\";\n"

@@ -4,6 +4,7 @@
 #include "formats/SceneFiles.h"
 #include "scene/EventBus.h"
 #include "scene/Scene.h"
+#include "scene/ScopeExit.h"
 #include "scene/UndoQueue.h"
 #include "text/Quoted.h"
 
@@ -193,6 +194,39 @@ TEST_F(SceneFileTest, PluginContentOutlivesItsPlugin) {
     EXPECT_EQ(notes::ValueCount() + notes::NodeCount(), 0);
 }
 
+TEST_F(SceneFileTest, ACompoundWithAChildOfAnUnknownTypeComesBack) {
+    Run("createNode transform -n box; addAttr -ln pile -at compound -nc 3 box; addAttr -ln above -at double "
+        "-p pile "
+        "box; addAttr -ln scrawl -dt notes -p pile box; addAttr -ln below -at double -p pile box;"
+        "setAttr box.above 4; setAttr box.scrawl -type notes 1 \"one\"; setAttr box.below 5;");
+    Save("with.ma");
+    Save("with.lbx");
+    const std::string with = ReadScene("with.ma");
+    Run("file -f -new; unloadPlugin notes");
+    std::vector<std::string> kept;
+    for (const char* name : {"with.ma", "with.lbx"}) {
+        std::string last = name;
+        for (const char* suffix : {".a.lbx", ".b.lbx", ".c.ma"}) {
+            EXPECT_EQ(ErrorOfOpening(last), "none") << last;
+            EXPECT_EQ(Typed("getAttr box.pile.above"), "float 4") << last;
+            EXPECT_EQ(Typed("getAttr box.below"), "float 5") << last;
+            EXPECT_EQ(Typed("attributeQuery -node box -listChildren pile"), "string[] above scrawl below")
+                << last;
+            last = std::string(name) + suffix;
+            if (name == std::string("with.lbx") && suffix == std::string(".c.ma")) {
+                break; // the value is in the binary form
+            }
+            Save(last);
+            kept.push_back(last);
+        }
+    }
+    LoadNotes();
+    for (const std::string& name : kept) {
+        EXPECT_EQ(ErrorOfOpening(name), "none") << name;
+        EXPECT_EQ(SceneText(), with) << name;
+    }
+}
+
 TEST_F(SceneFileTest, SavingReplacesTheFileOnlyWhenTheNewOneIsWhole) {
     BuildScene();
     for (const char* name : {"a.ma", "a.lbx"}) {
@@ -257,8 +291,13 @@ TEST_F(SceneFileTest, ModifiedFollowsEditsUndoAndSaving) {
     EXPECT_EQ(modified(), "int 1");
     Run("redo");
     EXPECT_EQ(modified(), "int 0");
-    Run("undoInfo -state off; setAttr a.tx 4; undoInfo -state on");
-    EXPECT_EQ(modified(), "int 1");
+    for (const char* line : {"undoInfo -state off; setAttr a.tx 4; undoInfo -state on",
+                             "fileInfo shot \"010\"", "fileInfo shot \"020\"", "fileInfo -remove shot"}) {
+        Run(std::string("file -modified 0; ") + line);
+        EXPECT_EQ(modified(), "int 1") << line;
+    }
+    Run("file -modified 0; fileInfo -query; fileInfo -remove shot");
+    EXPECT_EQ(modified(), "int 0") << "nothing changed";
     Run("file -modified 0; file -new");
     EXPECT_EQ(modified(), "int 0");
     EXPECT_EQ(Typed("file -q -sceneName"), "string ");
@@ -273,6 +312,8 @@ TEST_F(SceneFileTest, NamesFormatsAndQueries) {
         const char* mel;
         const char* result;
     };
+    const QString before = QDir::currentPath();
+    const ScopeExit goBack([&before] { QDir::setCurrent(before); });
     QDir::setCurrent(folder_.path());
     const std::string folder = QDir::currentPath().toStdString() + "/";
     for (const Case& c :
@@ -287,7 +328,6 @@ TEST_F(SceneFileTest, NamesFormatsAndQueries) {
         const std::string expected = std::regex_replace(c.result, std::regex("@"), folder);
         EXPECT_EQ(Typed(c.mel), expected) << c.mel;
     }
-    QDir::setCurrent("/");
 }
 
 TEST_F(SceneFileTest, OperationsTellWhatTheyDoWhileTheyRun) {

@@ -74,6 +74,9 @@ void CheckComesBack(BaseNodeLayerData& data) {
     if (!layers || layers->TotalLayerCount() == 0) {
         return;
     }
+    if (layers->GetActiveCamera().isEmpty()) { // which a file cannot say of a camera without a name
+        layers->SetActiveCamera(layers->GetCameras().last());
+    }
     const std::string first = Written(data);
     BaseNodeLayerData again;
     std::istringstream in(first);

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -78,6 +79,45 @@ TEST_F(AutoSaveJourney, AKilledProgramGivesTheDrawingBack) {
     EXPECT_EQ(program.Drawing(), drawn);
     EXPECT_THAT(program.Mel("lightboxWidget -query -geometry \"openAutoSave\"").toStdString(),
                 HasSubstr("Error"));
+}
+
+TEST_F(AutoSaveJourney, AProgramThatIsToldToEndLeavesWhatWasDrawn) {
+    const QByteArray saved = folder_.Read("shot.ma");
+    QImage drawn;
+    {
+        RunningLightbox program(folder_, Arguments());
+        program.Mel("autoSave -enable 0");
+        const QImage empty = program.Drawing();
+        const QPoint middle = program.Place("modelPanel4").center();
+        program.Drag(middle, middle + QPoint(150, 60));
+        drawn = program.ChangedDrawing(empty);
+        ASSERT_NE(drawn, empty);
+        program.Signal(SIGTERM);
+        EXPECT_EQ(program.WaitForEnd(), 0) << program.Messages().toStdString();
+    }
+    EXPECT_EQ(folder_.Read("shot.ma"), saved);
+    {
+        RunningLightbox program(folder_, {});
+        program.Click("openAutoSave");
+        EXPECT_TRUE(program.Becomes("file -q -sceneName", folder_.Path("shot.ma")));
+        EXPECT_EQ(program.Mel("file -q -modified"), "1");
+        EXPECT_EQ(program.Drawing(), drawn);
+        program.Signal(SIGINT);
+        EXPECT_EQ(program.WaitForEnd(), 0);
+    }
+    {
+        RunningLightbox program(folder_, {});
+        program.Click("openAutoSave");
+        EXPECT_TRUE(program.Becomes("file -q -modified", "1"));
+        EXPECT_EQ(program.Drawing(), drawn);
+        program.Mel("SaveScene");
+        EXPECT_TRUE(program.Becomes("file -q -modified", "0"));
+        program.Signal(SIGTERM);
+        EXPECT_EQ(program.WaitForEnd(), 0);
+    }
+    RunningLightbox program(folder_, Arguments());
+    EXPECT_EQ(program.Drawing(), drawn);
+    EXPECT_FALSE(program.IsShown("openAutoSave")) << "nothing was unsaved";
 }
 
 TEST_F(AutoSaveJourney, NothingIsSavedInTheMiddleOfAStrokeOrAText) {

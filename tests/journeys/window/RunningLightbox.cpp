@@ -4,6 +4,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <csignal>
 #include <gtest/gtest.h>
 
 namespace {
@@ -70,7 +71,7 @@ bool RunningLightbox::Becomes(const QString& line, const QString& answer) {
             return true;
         }
         Rest(30);
-    } while (timer.elapsed() < PATIENCE / 4 && process_.state() == QProcess::Running);
+    } while (timer.elapsed() < PATIENCE && process_.state() == QProcess::Running);
     ADD_FAILURE() << line.toStdString() << " answers " << last.toStdString() << ", the program is in state "
                   << process_.state() << " " << process_.exitStatus() << " " << process_.exitCode();
     return false;
@@ -87,9 +88,13 @@ QRect RunningLightbox::Place(const QString& control) {
             return {numbers[0].toInt(), numbers[1].toInt(), numbers[2].toInt(), numbers[3].toInt()};
         }
         Rest(30);
-    } while (timer.elapsed() < PATIENCE / 4);
+    } while (timer.elapsed() < PATIENCE);
     ADD_FAILURE() << answer.toStdString();
     return {};
+}
+
+bool RunningLightbox::IsShown(const QString& control) {
+    return Mel("lightboxWidget -query -geometry \"" + control + "\"").split('\t').size() == 4;
 }
 
 QImage RunningLightbox::Grab(const QString& control) {
@@ -165,6 +170,21 @@ void RunningLightbox::Type(unsigned key, unsigned modifier) {
     Settle();
 }
 
+void RunningLightbox::Dismiss(const QString& dialog, unsigned key) {
+    Place(dialog);
+    QElapsedTimer timer;
+    timer.start();
+    do {
+        Type(key);
+        Rest(100);
+    } while (IsShown(dialog) && timer.elapsed() < PATIENCE);
+    EXPECT_FALSE(IsShown(dialog)) << dialog.toStdString();
+}
+
+void RunningLightbox::Signal(int signal) {
+    EXPECT_EQ(::kill(static_cast<pid_t>(process_.processId()), signal), 0);
+}
+
 void RunningLightbox::Settle() {
     // What is put off now is done after what is put off already. The first time around, what hands have done
     // is on its way; the second time, what it has put off.
@@ -194,7 +214,7 @@ QImage RunningLightbox::ChangedDrawing(const QImage& before, const QString& came
     QElapsedTimer timer;
     timer.start();
     QImage drawing = Drawing(camera);
-    while (drawing == before && timer.elapsed() < PATIENCE / 4) {
+    while (drawing == before && timer.elapsed() < PATIENCE) {
         Rest(30);
         drawing = Drawing(camera);
     }

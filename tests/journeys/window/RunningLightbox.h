@@ -38,6 +38,7 @@ public:
     /// Waits for a control, a panel, a menu title or an item of an open menu. Returns its rectangle on the
     /// screen, in pixels of the program.
     QRect Place(const QString& control);
+    bool IsShown(const QString& control);
     /// Grabs the window or one control, in screen pixels.
     QImage Grab(const QString& control = QString());
     /// Exports the drawing of the camera at frame 1.
@@ -59,6 +60,11 @@ public:
     void Hold(unsigned key) { input_.PressKey(key); }
     void LetGo(unsigned key) { input_.ReleaseKey(key); }
     void Type(unsigned key, unsigned modifier = 0);
+
+    /// Types a key into a dialog until it is gone: right after it is shown, keys may still go elsewhere.
+    void Dismiss(const QString& dialog, unsigned key);
+    /// Sends the program a signal.
+    void Signal(int signal);
 
     /// Waits for the program's end and returns its exit status; -1 if it does not end.
     int WaitForEnd();

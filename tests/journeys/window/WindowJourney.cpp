@@ -194,10 +194,7 @@ TEST_F(WindowJourney, UnsavedChangesAreAskedAboutAndTheNextSessionGoesOn) {
         program.Choose({"mainPanelsMenu", program.Mel("journeyItem mainPanelsMenu \"Four View\"")});
         program.Mel("polyCube -name \"made\"");
         program.Type('q', RunningLightbox::Control);
-        program.Place("unsavedChanges");
-        RunningLightbox::Rest(300);
-        program.Type(RunningLightbox::Escape);
-        RunningLightbox::Rest(300);
+        program.Dismiss("unsavedChanges", RunningLightbox::Escape);
         EXPECT_TRUE(program.Becomes("file -q -modified", "1"));
         program.Choose({"mainFileMenu", program.Mel("journeyItem mainFileMenu \"Quit\"")});
         program.Click("saveChanges");

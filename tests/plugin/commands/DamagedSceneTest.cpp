@@ -126,6 +126,30 @@ TEST_F(DamagedSceneTest, OneFlippedBitCostsAtMostOneDrawing) {
               << " of " << DRAWINGS << " survive\n";
 }
 
+TEST_F(DamagedSceneTest, AFlippedQuotationMarkInTextCostsAtMostOneDrawing) {
+    const QByteArray whole = Saved("whole.ma");
+    const int begin = whole.indexOf("setAttr \".ld\"");
+    const int end = whole.indexOf(";\n", begin);
+    ASSERT_GE(begin, 0);
+    const auto expect = [&](int at, char letter, int least) {
+        QByteArray flipped = whole;
+        flipped[at] = letter;
+        const std::string what = "byte " + std::to_string(at - begin) + " is " + std::to_string(letter);
+        EXPECT_GE(Open("flipped.ma", flipped, what), least) << what;
+    };
+    int marks = 0;
+    for (int at = whole.indexOf('"', begin); at < end && at >= 0; at = whole.indexOf('"', at + 1)) {
+        expect(at, static_cast<char>('"' ^ 1 << marks++ % 8), DRAWINGS);
+    }
+    ASSERT_GT(marks, 2 * DRAWINGS);
+    // A digit of a picture becomes a mark.
+    std::mt19937 random(3);
+    for (int i = 0; i < 40; ++i) {
+        const int from = begin + 100 + static_cast<int>(random() % static_cast<unsigned>(end - begin - 200));
+        expect(whole.indexOf(i % 2 == 0 ? '2' : 'b', from), '"', DRAWINGS - 1);
+    }
+}
+
 TEST_F(DamagedSceneTest, ACutCostsNothingBeforeIt) {
     const std::pair<QString, QByteArray> files[] = {{"cut.lbx", Saved("cut.lbx")},
                                                     {"cut.ma", Saved("cut.ma")}};
