@@ -8,6 +8,7 @@
 #include "node/BaseNode.h"
 #include "node/CamerasRead.h"
 #include "node/DocumentFollower.h"
+#include "node/IdleWork.h"
 #include "node/MasterNode.h"
 
 #include <maya/MCallbackIdArray.h>
@@ -51,6 +52,7 @@ void OnSelectionChanged(void*) {
 
 void OnTimeChanged(void*) {
     BaseNode::UpdatePlaybackTime();
+    IdleWork::Schedule();
 }
 
 /// Drawings keep their exact times, so that changing back separates them again.
@@ -170,6 +172,7 @@ void OnCameraAdded(MObject& object, void*) {
 }
 
 void OnApplicationExit(void*) {
+    IdleWork::Stop();
     BaseNode::Shutdown();
 }
 
@@ -260,10 +263,14 @@ MStatus AddCallbacks() {
     }
     const MStatus status = AddNodeCallbacks();
     result = status ? result : status;
+    if (Settings::guiEnabled) { // otherwise nobody waits
+        IdleWork::Start();
+    }
     return result;
 }
 
 MStatus RemoveCallbacks() {
+    IdleWork::Stop();
     g_followUp.reset();
     g_imported.clear();
     MStatus status = MMessage::removeCallbacks(g_callbacks);
