@@ -1,5 +1,6 @@
 // Measures a scene of 500 keyed drawings: opening it compared with decoding its PNG bytes once, saving it
 // after one change compared with encoding everything, its memory, and the speed of replaying a recording.
+#include "SampleDrawings.h"
 #include "app/LightboxHost.h"
 #include "app/PluginManager.h"
 #include "core/Frame.h"
@@ -10,12 +11,15 @@
 #include "host/entry/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "node/BaseNode.h"
+#include "node/LayerDataAsciiWriter.h"
 #include "paint/DrawUtil.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
+#include <QPainter>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -23,6 +27,8 @@
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <iostream>
+#include <ostream>
+#include <streambuf>
 #include <unistd.h>
 
 namespace {
@@ -44,6 +50,11 @@ lightbox::mel::Value Mel(const QString& text) {
 
 void NewScene() {
     lightbox::Host::Get().files().New(true);
+}
+
+void NewLayer() {
+    NewScene();
+    Mel("qmVellixNode -l -c persp");
 }
 
 /// Returns a loose drawing of a dozen strokes, which depends on the seed.
@@ -160,7 +171,150 @@ void SaveAfterOneChange(benchmark::State& state) {
     NewScene();
 }
 
-/// Resident memory of a fresh process in MB, after opening the scene and after showing every frame once.
+/// Takes any number of bytes and keeps none.
+class NoFile : public std::ostream {
+public:
+    NoFile()
+        : std::ostream(&buffer_) {}
+
+private:
+    class Buffer : public std::streambuf {
+        int_type overflow(int_type character) override { return traits_type::not_eof(character); }
+        std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+    };
+    Buffer buffer_;
+};
+
+void WriteDrawing() {
+    NoFile out;
+    LayerDataAsciiWriter(Layers(), out).Write();
+}
+
+void ChangePixel(QImage& image, int shade) {
+    image.setPixelColor(5, 5, QColor(shade % 256, 9, 9));
+}
+
+/// Writes the text of one dense drawing that has changed; with `isIdle`, after the program was idle.
+void SaveDense(benchmark::State& state, bool isIdle) {
+    NewLayer();
+    Layers().AddFrame(CAMERA, MTime(1, MTime::uiUnit()));
+    Frame& frame = *Layers().GetActiveLayer(CAMERA)->GetFrame(0);
+    frame.SetImage(sample_drawings::Drawing(sample_drawings::DENSE));
+    int shade = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        ChangePixel(frame.GetImage(), ++shade);
+        if (isIdle) {
+            frame.GetPackedImage(); // as IdleWork does
+        }
+        state.ResumeTiming();
+        WriteDrawing();
+    }
+}
+
+void EncodeDenseByQt(benchmark::State& state) {
+    const QImage image = sample_drawings::Drawing(sample_drawings::DENSE);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(PngBytes::ByQt(image));
+    }
+}
+
+/// Writes 500 changed drawings, fifty at a time.
+void SaveChanged(benchmark::State& state) {
+    constexpr int part = 50;
+    for (auto _ : state) {
+        qint64 nanoseconds = 0;
+        for (int first = 0; first < FRAMES; first += part) {
+            NewLayer();
+            Layer& layer = *Layers().GetActiveLayer(CAMERA);
+            for (int i = first; i < first + part; ++i) {
+                auto frame = std::make_unique<Frame>(MTime(i, MTime::uiUnit()));
+                frame->SetPackedImage(Drawings()[i]);
+                ChangePixel(frame->GetImage(), i);
+                layer.InsertFrame(frame.release());
+            }
+            QElapsedTimer timer;
+            timer.start();
+            WriteDrawing();
+            nanoseconds += timer.nsecsElapsed();
+        }
+        state.SetIterationTime(static_cast<double>(nanoseconds) / 1e9);
+    }
+    NewScene();
+}
+
+void EncodeAllByQt(benchmark::State& state) {
+    const QList<QByteArray>& drawings = Drawings();
+    for (auto _ : state) {
+        qint64 nanoseconds = 0;
+        for (const QByteArray& png : drawings) {
+            const QImage image = QImage::fromData(png, "PNG");
+            QElapsedTimer timer;
+            timer.start();
+            benchmark::DoNotOptimize(PngBytes::ByQt(image));
+            nanoseconds += timer.nsecsElapsed();
+        }
+        state.SetIterationTime(static_cast<double>(nanoseconds) / 1e9);
+    }
+}
+
+constexpr int EXPORTED = 100;
+constexpr int EXPORTED_LAYERS = 3;
+
+/// Exports frames of three layers on threes.
+void Export(benchmark::State& state) {
+    Drawings();
+    NewScene();
+    for (int layer = 0; layer < EXPORTED_LAYERS; ++layer) {
+        Mel(layer == 0 ? "qmVellixNode -l -c persp" : "qmVellixLayer -add -layerState 0 persp");
+        for (int frame = 0; frame < EXPORTED; frame += 3) {
+            auto keyed = std::make_unique<Frame>(MTime(frame + 1, MTime::uiUnit()));
+            keyed->SetPackedImage(Drawings()[frame + 100 * layer]);
+            Layers().GetActiveLayer(CAMERA)->InsertFrame(keyed.release());
+        }
+    }
+    for (auto _ : state) {
+        Mel(QString("qmVellixExport -camera persp -file \"%1/frame.####.png\" -startTime 1 -endTime %2")
+                .arg(g_folder->path())
+                .arg(EXPORTED));
+    }
+    NewScene();
+}
+
+/// The same frames decoded, composed and encoded one by one, with Qt alone.
+void ExportPlainly(benchmark::State& state) {
+    const QList<QByteArray>& drawings = Drawings();
+    for (auto _ : state) {
+        for (int frame = 0; frame < EXPORTED; ++frame) {
+            QImage image(1024, 1024, QImage::Format_RGBA8888);
+            image.fill(Qt::transparent);
+            QPainter painter(&image);
+            for (int layer = 0; layer < EXPORTED_LAYERS; ++layer) {
+                painter.drawImage(0, 0, QImage::fromData(drawings[frame / 3 * 3 + 100 * layer], "PNG"));
+            }
+            painter.end();
+            image.save(g_folder->filePath(QString("plain.%1.png").arg(frame)), "PNG");
+        }
+    }
+}
+
+void Start(benchmark::State& state, const QString& program, const QStringList& arguments) {
+    for (auto _ : state) {
+        QProcess::execute(QCoreApplication::applicationDirPath() + '/' + program, arguments);
+    }
+}
+
+/// Starts the program with the plug-in, and ends it.
+void StartLightbox(benchmark::State& state) {
+    Start(state, "lightbox", {"-batch", "-prefs", g_folder->path(), "-command", ""});
+}
+
+void StartBareApplication(benchmark::State& state) {
+    Start(state, "bare_application", {});
+}
+
+/// Resident memory of a fresh process in MB: after opening the scene, at most while it is saved, and after
+/// showing every frame once.
 void Memory(benchmark::State& state) {
     Drawings();
     QList<QByteArray> said;
@@ -173,6 +327,8 @@ void Memory(benchmark::State& state) {
     }
     state.counters["opened"] = said.value(1).toDouble();
     state.counters["played"] = said.value(2).toDouble();
+    state.counters["first_look"] = said.value(3).toDouble();
+    state.counters["saved"] = said.value(4).toDouble();
     qint64 packed = 0;
     for (const QByteArray& png : Drawings()) {
         packed += png.size();
@@ -187,11 +343,6 @@ QString Recording() {
 
 int ReplayRecording() {
     return Mel("qmVellixReplay -camera persp -file \"" + Recording() + "\"").AsInt();
-}
-
-void NewLayer() {
-    NewScene();
-    Mel("qmVellixNode -l -c persp");
 }
 
 /// Replays on a layer without frames.
@@ -245,19 +396,43 @@ double ResidentMegabytes() {
     return status.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-/// Runs in the child process: opens the scene, prints the time (s) and the memory (MB), shows every frame and
-/// prints the memory again.
+/// The most memory in MB since the last call of ForgetPeak().
+double PeakMegabytes() {
+    QFile status("/proc/self/status");
+    if (!status.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    const QByteArray text = status.readAll();
+    return text.mid(text.indexOf("VmHWM:") + 6, 15).split('k').value(0).trimmed().toDouble() * 1024 / 1e6;
+}
+
+void ForgetPeak() {
+    QFile references("/proc/self/clear_refs");
+    if (references.open(QIODevice::WriteOnly)) {
+        references.write("5");
+    }
+}
+
+/// Runs in the child process: opens the scene and saves it, then shows every frame. Prints the time of
+/// opening (s), the memory after it and after showing (MB), the time of the first look at a frame (ms), and
+/// the most memory while saving (MB).
 int OpenAndTell(const QString& scene) {
     QElapsedTimer timer;
     timer.start();
     lightbox::Host::Get().files().Open(scene.toStdString(), true);
     const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
     const double opened = ResidentMegabytes();
+    ForgetPeak();
+    Mel("file -rename \"" + scene + ".copy.ma\"; file -save -type \"mayaAscii\"");
+    const double saved = PeakMegabytes();
+    timer.start();
     for (int frame = 1; frame <= FRAMES; ++frame) {
         Layers().OnPlaybackTimeChanged(frame, false);
         Layers().GetFlattenedImage(CAMERA);
     }
-    std::cout << seconds << ' ' << opened << ' ' << ResidentMegabytes() << std::endl;
+    const double firstLook = static_cast<double>(timer.nsecsElapsed()) / 1e6 / FRAMES;
+    std::cout << seconds << ' ' << opened << ' ' << ResidentMegabytes() << ' ' << firstLook << ' ' << saved
+              << std::endl;
     return 0;
 }
 
@@ -265,6 +440,15 @@ BENCHMARK(DecodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(OpenSceneOnOneProcessor)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK(EncodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(SaveAfterOneChange)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(StartLightbox)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(StartBareApplication)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(SaveDense, at_once, false)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(SaveDense, idle, true)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(EncodeDenseByQt)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(SaveChanged)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(1);
+BENCHMARK(EncodeAllByQt)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(1);
+BENCHMARK(Export)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(ExportPlainly)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 BENCHMARK(Memory)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 BENCHMARK(Replay)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ReplayOver)->Unit(benchmark::kMillisecond)->UseRealTime();

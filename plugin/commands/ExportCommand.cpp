@@ -24,6 +24,8 @@
 #include <QPainter>
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace vellix {
 
@@ -231,8 +233,15 @@ bool ExportCommand::WriteAll(const LayerManager& layers) {
     computation.setProgressRange(start_, end_ + 1);
     computation.setProgressStatus("Exporting frames");
     int frame = start_;
+    QImage image;
+    std::vector<FrameId> shown; // in the image
     for (bool going = true; frame <= end_ && going; ++frame) {
-        going = outputs.Write(Compose(layers, frame), frame);
+        std::vector<FrameId> wanted = layers.GetShownFrames(camera_, frame);
+        if (image.isNull() || wanted != shown) {
+            image = Compose(layers, frame);
+            shown = std::move(wanted);
+        }
+        going = outputs.Write(image, frame);
         computation.setProgress(frame + 1);
         going = going && !computation.isInterruptRequested();
     }

@@ -14,6 +14,7 @@
 
 namespace vellix {
 
+class Frame;
 class Layer;
 class StrokePainter;
 
@@ -44,6 +45,9 @@ public:
     /// flags. Does nothing for a camera that was not added. Throws std::bad_alloc when memory is short; the
     /// image then shows what it showed or a part of the new picture.
     void Rebuild(const Scene& scene);
+    /// Decodes a frame's drawing for a later rebuild. Returns false if there is nothing to decode, or no
+    /// room.
+    bool ReadAhead(const Frame* frame) { return cache_.ReadAhead(frame); }
 
 private:
     /// The ghosts of the last rebuild. They stay as they are while a stroke is being drawn.

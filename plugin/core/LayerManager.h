@@ -201,6 +201,13 @@ public:
     /// set. Leaves current frames, flags and caches unchanged. Returns a null image without layers.
     QImage ComposeFrame(const QString& camera, int frame, bool ghosting) const;
 
+    /// The frames that the camera's visible layers show at a frame number; None for a layer without one. Two
+    /// frame numbers with the same answer look the same, as long as the drawing does not change.
+    std::vector<FrameId> GetShownFrames(const QString& camera, int frame) const;
+    /// Decodes one drawing that the camera's visible layers show at a frame number and that the picture cache
+    /// lacks. Returns false if it lacks none, or has no room. Throws std::bad_alloc when memory is short.
+    bool ReadAhead(const QString& camera, int frame);
+
     /// Refills the layer manager panel; does nothing unless this is the master.
     void UpdateLayerManagerDialog();
 

@@ -111,4 +111,24 @@ void LayerManager::OnPlaybackTimeChanged(int frame, bool keepActive) {
     }
 }
 
+std::vector<FrameId> LayerManager::GetShownFrames(const QString& camera, int frame) const {
+    std::vector<FrameId> shown;
+    for (const auto& layer : FindLayers(camera)) {
+        if (layer->IsVisible()) {
+            const Frame* found = layer->GetFrame(layer->FindFrameIndex(frame));
+            shown.push_back(found == nullptr ? FrameId::None : found->GetId());
+        }
+    }
+    return shown;
+}
+
+bool LayerManager::ReadAhead(const QString& camera, int frame) {
+    for (const auto& layer : FindLayers(camera)) {
+        if (layer->IsVisible() && compositor_->ReadAhead(layer->GetFrame(layer->FindFrameIndex(frame)))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace vellix

@@ -11,20 +11,37 @@ Picture PictureCache::Find(const Frame* frame) {
     Picture picture;
     picture.key = frame ? frame->GetPictureKey() : 0;
     if (picture.key != 0) {
-        auto entry = entries_.find(picture.key);
+        const auto entry = entries_.find(picture.key);
         if (entry == entries_.end()) {
-            const auto tiles = std::make_shared<PackedTiles>(frame->PeekImage());
-            entry = entries_.emplace(picture.key, Entry{tiles, round_}).first;
-            bytes_ += tiles->ByteCount();
+            picture.drawing = Add(picture.key, *frame, round_).tiles;
+        } else {
+            entry->second.round = round_;
+            picture.drawing = entry->second.tiles;
         }
-        entry->second.round = round_;
-        picture.drawing = entry->second.tiles;
     }
     return picture;
 }
 
+bool PictureCache::ReadAhead(const Frame* frame) {
+    const qint64 key = frame == nullptr ? 0 : frame->GetPictureKey();
+    if (key == 0 || entries_.count(key) != 0 || aheadBytes_ > spareBytes_ / 2) {
+        return false;
+    }
+    // Spare in the round that runs, and the last to go.
+    aheadBytes_ += Add(key, *frame, round_ - 1).tiles->ByteCount();
+    return true;
+}
+
+const PictureCache::Entry& PictureCache::Add(qint64 key, const Frame& frame, quint64 round) {
+    const auto tiles = std::make_shared<PackedTiles>(frame.PeekImage());
+    const Entry& entry = entries_.emplace(key, Entry{tiles, round}).first->second;
+    bytes_ += tiles->ByteCount();
+    return entry;
+}
+
 void PictureCache::EndRound() {
     const quint64 round = round_++;
+    aheadBytes_ = 0;
     if (bytes_ <= spareBytes_) {
         return;
     }

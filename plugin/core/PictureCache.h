@@ -16,12 +16,15 @@ class Frame;
 class PictureCache {
 public:
     /// `spareBytes`: memory, in bytes, for drawings that the last round did not use. The default holds some
-    /// 500 drawings of a few strokes.
-    explicit PictureCache(std::size_t spareBytes = 256 << 20)
+    /// 300 drawings of a few strokes.
+    explicit PictureCache(std::size_t spareBytes = 160 << 20)
         : spareBytes_(spareBytes) {}
 
     /// The frame's drawing, which the cache shares. An empty picture for null or a frame without a picture.
     Picture Find(const Frame* frame);
+    /// Decodes the frame's drawing for a later round. Returns false, and does nothing, if there is nothing to
+    /// decode, or if half of the spare memory was filled like this since the last round.
+    bool ReadAhead(const Frame* frame);
     /// Ends a round (one rebuild) and drops drawings beyond the limit.
     void EndRound();
 
@@ -31,10 +34,13 @@ private:
         quint64 round;
     };
 
+    const Entry& Add(qint64 key, const Frame& frame, quint64 round);
+
     std::size_t spareBytes_;
     std::map<qint64, Entry> entries_;
-    quint64 round_ = 0;
-    std::size_t bytes_ = 0; ///< of all entries
+    quint64 round_ = 1;
+    std::size_t bytes_ = 0;      ///< of all entries
+    std::size_t aheadBytes_ = 0; ///< of those read ahead in this round
 };
 
 } // namespace vellix

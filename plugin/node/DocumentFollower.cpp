@@ -3,6 +3,7 @@
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
 #include "node/BaseNode.h"
+#include "node/IdleWork.h"
 
 namespace vellix {
 
@@ -49,10 +50,12 @@ void DocumentFollower::OnDocumentChanged(LayerManager& document, DocumentChanges
     }
     if (changes & VIEW_CHANGES) {
         RefreshViews(document);
+        IdleWork::Schedule();
     }
 }
 
 void DocumentFollower::FollowScene() {
+    IdleWork::Schedule();
     BaseNode::UpdateTimeControlOverlay();
     if (BaseNode* master = BaseNode::GetMaster()) {
         master->UpdateLayerManagerDialog();

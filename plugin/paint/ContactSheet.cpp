@@ -92,17 +92,25 @@ void ContactSheet::Add(const QImage& drawing, const QString& label) {
     const QRect card(left, top, cell_, cell_);
     QPainter painter(&image_);
     painter.fillRect(card, CARD_COLOR);
-    // Premultiplied before scaling: otherwise the colour of transparent pixels bleeds into the edges of the
-    // lines.
-    const QImage small = drawing.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-                             .scaled(card.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    painter.drawImage(card.topLeft() + QPoint((cell_ - small.width()) / 2, (cell_ - small.height()) / 2),
-                      small);
+    Scale(drawing);
+    painter.drawImage(card.topLeft() + QPoint((cell_ - small_.width()) / 2, (cell_ - small_.height()) / 2),
+                      small_);
     painter.setPen(EDGE_COLOR);
     painter.drawRect(card.adjusted(0, 0, -1, -1));
     painter.setPen(LABEL_COLOR);
     painter.setFont(FontOf(labelHeight * 3 / 4));
     painter.drawText(QRect(left, top + cell_, cell_, labelHeight), Qt::AlignRight | Qt::AlignVCenter, label);
+}
+
+void ContactSheet::Scale(const QImage& drawing) {
+    if (smallOf_ == drawing.cacheKey()) {
+        return;
+    }
+    // Premultiplied before scaling: otherwise the colour of transparent pixels bleeds into the edges of the
+    // lines.
+    small_ = drawing.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                 .scaled(QSize(cell_, cell_), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    smallOf_ = drawing.cacheKey();
 }
 
 } // namespace vellix

@@ -8,6 +8,7 @@
 #include "node/BaseNode.h"
 #include "node/CamerasRead.h"
 #include "node/DocumentFollower.h"
+#include "node/IdleWork.h"
 #include "node/MasterNode.h"
 
 #include <maya/MCallbackIdArray.h>
@@ -53,6 +54,7 @@ void OnSelectionChanged(void*) {
 
 void OnTimeChanged(void*) {
     BaseNode::UpdatePlaybackTime();
+    IdleWork::Schedule();
 }
 
 /// Drawings keep their exact times, so that changing back separates them again.
@@ -172,6 +174,7 @@ void OnCameraAdded(MObject& object, void*) {
 }
 
 void OnApplicationExit(void*) {
+    IdleWork::Stop();
     BaseNode::Shutdown();
 }
 
@@ -262,10 +265,14 @@ MStatus AddCallbacks() {
     }
     const MStatus status = AddNodeCallbacks();
     result = status ? result : status;
+    if (Settings::guiEnabled) { // otherwise nobody waits
+        IdleWork::Start();
+    }
     return result;
 }
 
 MStatus RemoveCallbacks() {
+    IdleWork::Stop();
     g_followUp.reset();
     g_imported.clear();
     MStatus status = MMessage::removeCallbacks(g_callbacks);

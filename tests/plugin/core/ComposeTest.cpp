@@ -298,6 +298,27 @@ TEST_F(ComposeTest, PlaybackHidesGhostsWhereTheUserWantsIt) {
     EXPECT_LE(Error(camera), 2) << "a stroke after playback has its ghosts";
 }
 
+TEST_F(ComposeTest, FramesThatShowTheSameLookTheSame) {
+    MakeDocument();
+    AddLayer(camera, {3, 4});
+    AddLayer(camera, {2, 5, 6});
+    manager.SetLayerVisible(camera, manager.LayerCount(camera) - 1, false);
+    SetGhosts(2, 2, true);
+    int same = 0;
+    for (int time = 0; time < 12; ++time) {
+        const auto shown = manager.GetShownFrames(camera, time);
+        const auto next = manager.GetShownFrames(camera, time + 1);
+        EXPECT_EQ(shown.size(), size_t(manager.LayerCount(camera)) - 1) << "the visible layers";
+        const int difference = PlainComposer::Difference(manager.ComposeFrame(camera, time, true),
+                                                         manager.ComposeFrame(camera, time + 1, true));
+        EXPECT_EQ(shown == next, difference == 0) << time;
+        same += shown == next ? 1 : 0;
+    }
+    EXPECT_GT(same, 0);
+    EXPECT_LT(same, 12);
+    EXPECT_TRUE(manager.GetShownFrames("nowhere", 1).empty());
+}
+
 TEST_F(ComposeTest, ComposesAnyTimeWithoutTouchingAnything) {
     MakeDocument();
     AddLayer(camera, {2});

@@ -42,5 +42,34 @@ TEST_F(PictureCacheTest, KeepsWhatIsShownAndAsMuchOfTheRestAsItMay) {
     EXPECT_EQ(cache.Find(std::make_unique<Frame>(At(1)).get()).drawing, nullptr);
 }
 
+TEST_F(PictureCacheTest, ReadsAheadUpToHalfOfItsRoom) {
+    QImage square = PlainComposer::Blank();
+    QPainter(&square).fillRect(0, 0, 160, 160, Qt::red);
+    const std::size_t size = PackedTiles(square).ByteCount();
+    PictureCache cache(4 * size);
+    std::vector<std::unique_ptr<Frame>> frames;
+    int ahead = 0;
+    for (int i = 0; i < 6; ++i) {
+        frames.push_back(std::make_unique<Frame>(At(i)));
+        frames.back()->SetImage(square.copy());
+        frames.back()->PackImage();
+        ahead += cache.ReadAhead(frames.back().get()) ? 1 : 0;
+        EXPECT_FALSE(cache.ReadAhead(frames.back().get())) << "twice, " << i;
+        EXPECT_FALSE(frames.back()->IsUnpacked()) << i;
+    }
+    EXPECT_EQ(ahead, 3) << "the one that goes beyond the half is the last";
+    const std::weak_ptr<const PackedTiles> shown = cache.Find(frames[0].get()).drawing;
+    cache.EndRound();
+    for (int i = 3; i < 6; ++i) {
+        EXPECT_TRUE(cache.ReadAhead(frames[i].get())) << "room again, " << i;
+    }
+    cache.EndRound(); // six drawings, room for four
+    EXPECT_FALSE(shown.expired());
+    EXPECT_FALSE(cache.ReadAhead(frames[5].get())) << "still there";
+    EXPECT_TRUE(cache.ReadAhead(frames[1].get())) << "went as one of the oldest";
+    EXPECT_FALSE(cache.ReadAhead(nullptr));
+    EXPECT_FALSE(cache.ReadAhead(std::make_unique<Frame>(At(1)).get())) << "without a picture";
+}
+
 } // namespace
 } // namespace vellix

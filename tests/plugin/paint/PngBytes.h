@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QBuffer>
 #include <QByteArray>
+#include <QImage>
 #include <QtEndian>
 
 #include <cstring>
@@ -51,6 +53,15 @@ inline QByteArray File(const std::vector<QByteArray>& chunks) {
         bytes += chunk;
     }
     return bytes;
+}
+
+/// The image as Qt writes it with its defaults.
+inline QByteArray ByQt(const QImage& image) {
+    QByteArray packed;
+    QBuffer buffer(&packed);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return packed;
 }
 
 /// A picture of one pixel, red where it has colours.
