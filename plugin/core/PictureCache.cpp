@@ -13,7 +13,7 @@ Picture PictureCache::Find(const Frame* frame) {
     if (picture.key != 0) {
         auto entry = entries_.find(picture.key);
         if (entry == entries_.end()) {
-            const auto tiles = std::make_shared<PackedTiles>(frame->PeekImage());
+            const std::shared_ptr<const PackedTiles> tiles = Pack(*frame);
             entry = entries_.emplace(picture.key, Entry{tiles, round_}).first;
             bytes_ += tiles->ByteCount();
         }
@@ -21,6 +21,15 @@ Picture PictureCache::Find(const Frame* frame) {
         picture.drawing = entry->second.tiles;
     }
     return picture;
+}
+
+/// Packs only what the last stroke changed, or its undo, if the picture before that is known.
+std::shared_ptr<const PackedTiles> PictureCache::Pack(const Frame& frame) const {
+    const Frame::Change change = frame.LastChange();
+    const auto earlier = entries_.find(change.before);
+    return change.before != 0 && earlier != entries_.end()
+               ? std::make_shared<PackedTiles>(frame.PeekImage(), *earlier->second.tiles, change.tiles)
+               : std::make_shared<PackedTiles>(frame.PeekImage());
 }
 
 void PictureCache::EndRound() {
