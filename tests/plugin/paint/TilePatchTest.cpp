@@ -17,7 +17,7 @@ constexpr qint64 FIRST = -71;
 constexpr qint64 SECOND = -72;
 constexpr qint64 THIRD = -73;
 
-QImage Noise(unsigned seed) {
+QImage NoisyLayer(unsigned seed) {
     std::mt19937 random(seed);
     QImage image = EmptyLayer();
     for (int y = 0; y < 1024; ++y) {
@@ -56,8 +56,8 @@ TilePatch Patch(const QImage& from, const TileMask& tiles, const QImage& to, qin
 } // namespace
 
 TEST(TilePatch, LeadsForthAndBack) {
-    const QImage first = Noise(1);
-    const QImage other = Noise(2);
+    const QImage first = NoisyLayer(1);
+    const QImage other = NoisyLayer(2);
     for (const TileMask& tiles :
          {TileMask(), Some({{0, 0}}), Some({{63, 63}, {63, 0}, {0, 63}, {5, 9}, {6, 9}}), TileMask::All()}) {
         QImage shown = first.copy();
@@ -77,7 +77,7 @@ TEST(TilePatch, LeadsForthAndBack) {
 }
 
 TEST(TilePatch, HoldsWhatDiffersOnly) {
-    const QImage picture = Noise(1);
+    const QImage picture = NoisyLayer(1);
     QImage changed = picture.copy();
     changed.setPixel(16 * 7 + 15, 16 * 3, ~picture.pixel(16 * 7 + 15, 16 * 3));
     TilePatch patch(picture, TileMask::All(), changed, nullptr);
@@ -95,9 +95,9 @@ TEST(TilePatch, HoldsWhatDiffersOnly) {
 }
 
 TEST(TilePatch, JoinsStrokesOnOnePicture) {
-    const QImage first = Noise(1);
-    const QImage second = WithTiles(first, Some({{1, 1}, {2, 1}}), Noise(2));
-    const QImage third = WithTiles(second, Some({{2, 1}, {3, 1}}), Noise(3));
+    const QImage first = NoisyLayer(1);
+    const QImage second = WithTiles(first, Some({{1, 1}, {2, 1}}), NoisyLayer(2));
+    const QImage third = WithTiles(second, Some({{2, 1}, {3, 1}}), NoisyLayer(3));
     QImage shown = first.copy();
     TilePatch all = Patch(first, TileMask::All(), second, FIRST, SECOND);
     all.Swap(shown);
@@ -119,7 +119,7 @@ TEST(TilePatch, JoinsStrokesOnOnePicture) {
 TEST(TilePatch, IsTheSameSqueezed) {
     QImage picture = EmptyLayer();
     picture.setPixel(500, 500, qRgba(1, 2, 3, 4));
-    QImage shown = Noise(1);
+    QImage shown = NoisyLayer(1);
     const QImage before = shown.copy();
     const QByteArray plain =
         Patch(shown, TileMask::Touching(QRect(0, 0, 1024, 900)), picture, FIRST, SECOND).TakeBytes();
@@ -147,7 +147,8 @@ TEST(TilePatch, IsTheSameSqueezed) {
 }
 
 TEST(TilePatch, BytesThatAreNoneAreRefused) {
-    const QByteArray sound = Patch(Noise(1), Some({{4, 4}, {60, 2}}), Noise(2), FIRST, SECOND).TakeBytes();
+    const QByteArray sound =
+        Patch(NoisyLayer(1), Some({{4, 4}, {60, 2}}), NoisyLayer(2), FIRST, SECOND).TakeBytes();
     ASSERT_FALSE(TilePatch(sound).IsNull());
     for (int i = 0; i < sound.size(); ++i) {
         QByteArray bytes = sound;
