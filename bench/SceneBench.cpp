@@ -358,7 +358,7 @@ void Replay(benchmark::State& state) {
         benchmark::Counter(static_cast<double>(strokes), benchmark::Counter::kIsIterationInvariantRate);
 }
 
-/// Replays on frames that hold drawings. Each drawing is packed once for undo.
+/// Replays on frames that hold drawings.
 void ReplayOver(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
@@ -366,25 +366,6 @@ void ReplayOver(benchmark::State& state) {
         ReplayRecording();
         state.ResumeTiming();
         ReplayRecording();
-    }
-}
-
-/// The part of ReplayOver that packs drawings.
-void ReplayPacking(benchmark::State& state) {
-    NewLayer();
-    ReplayRecording();
-    std::vector<QImage> images;
-    Layer* const layer = Layers().GetActiveLayer(CAMERA);
-    images.reserve(static_cast<std::size_t>(layer->FrameCount()));
-    for (int frame = 0; frame < layer->FrameCount(); ++frame) {
-        images.push_back(layer->GetFrame(frame)->PeekImage());
-    }
-    for (auto _ : state) {
-        for (const QImage& image : images) {
-            QByteArray png;
-            DrawUtil::PackPngBuffer(image, png);
-            benchmark::DoNotOptimize(png.constData());
-        }
     }
 }
 
@@ -452,7 +433,6 @@ BENCHMARK(ExportPlainly)->Unit(benchmark::kMillisecond)->UseRealTime()->Iteratio
 BENCHMARK(Memory)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 BENCHMARK(Replay)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ReplayOver)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(ReplayPacking)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 

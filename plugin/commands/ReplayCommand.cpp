@@ -4,6 +4,7 @@
 #include "commands/NodeCreation.h"
 #include "commands/StrokePlayer.h"
 #include "core/LayerManager.h"
+#include "host/Guarded.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -17,6 +18,20 @@
 #include <maya/MTime.h>
 
 namespace vellix {
+namespace {
+
+/// Returns what the step returns; false, with an error logged, when memory is short for it.
+template <typename Step>
+bool WithMemory(Step step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc& reason) {
+        LogFailure("The replay", reason);
+        return false;
+    }
+}
+
+} // namespace
 
 ReplayCommand::ReplayCommand() = default;
 ReplayCommand::~ReplayCommand() = default;
@@ -119,7 +134,7 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
     for (int i = 0; i < recording.GetStrokes().size() && fault.isEmpty(); ++i) {
         const RecordedStroke& recorded = recording.GetStrokes()[i];
         const int time = recorded.frame + frameOffset_;
-        if (!player.Draw(recorded, time, drawn_)) {
+        if (!Draw(player, recorded, time)) {
             fault = QString("stroke %1 (frame %2) could not be drawn").arg(i + 1).arg(time);
         } else if (computation.isInterruptRequested()) {
             fault = QString("interrupted after stroke %1").arg(i + 1);
@@ -132,6 +147,11 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
     }
     BaseNode::UpdatePlaybackTime();
     return true;
+}
+
+/// Too little memory is a fault like others: what was drawn before is taken back.
+bool ReplayCommand::Draw(StrokePlayer& player, const RecordedStroke& recorded, int time) {
+    return WithMemory([&] { return player.Draw(recorded, time, drawn_); });
 }
 
 bool ReplayCommand::UndoAll() {
@@ -151,7 +171,7 @@ bool ReplayCommand::UndoStrokes() {
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
     const LayerManager::ChangeScope scope(*layers);
     for (auto drawn = drawn_.rbegin(); drawn != drawn_.rend(); ++drawn) {
-        if (!(*drawn)->Undo(*node)) {
+        if (!WithMemory([&] { return (*drawn)->Undo(*node); })) {
             while (drawn != drawn_.rbegin()) {
                 (*--drawn)->Redo(*node);
             }
@@ -170,7 +190,7 @@ bool ReplayCommand::RedoStrokes() {
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
     const LayerManager::ChangeScope scope(*layers);
     for (auto drawn = drawn_.begin(); drawn != drawn_.end(); ++drawn) {
-        if (!(*drawn)->Redo(*node)) {
+        if (!WithMemory([&] { return (*drawn)->Redo(*node); })) {
             while (drawn != drawn_.begin()) {
                 (*--drawn)->Undo(*node);
             }

@@ -18,7 +18,9 @@
 namespace vellix {
 
 class NodeCreation;
+class StrokePlayer;
 class StrokeRecording;
+struct RecordedStroke;
 
 /// "qmVellixReplay -file F [-camera C] [-frameOffset N]": draws a recording of pen strokes as the draw tool
 /// would, on the active layer of the camera (by default the active camera), each stroke at its own frame.
@@ -44,6 +46,7 @@ private:
     bool ReadRecording(StrokeRecording& recording) const;
     bool ProvideNode();
     bool DrawAll(const StrokeRecording& recording);
+    bool Draw(StrokePlayer& player, const RecordedStroke& recorded, int time);
     bool UndoAll();
     bool UndoStrokes();
     bool RedoStrokes();

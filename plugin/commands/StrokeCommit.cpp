@@ -3,8 +3,11 @@
 #include "core/LayerManager.h"
 #include "host/Logger.h"
 #include "node/BaseNode.h"
+#include "paint/ScopeExit.h"
+#include "paint/TilePatch.h"
 
 #include <memory>
+#include <utility>
 
 namespace vellix {
 
@@ -31,18 +34,50 @@ bool StrokeCommit::Commit(BaseNode& node) {
     if (layers->GetStrokeAdditions().GetPreviousLayer() != LayerId::None) {
         additions_.SetPreviousLayer(layers->GetStrokeAdditions().GetPreviousLayer());
     }
-    return layers->CommitActiveStroke(camera_, image_);
+    QByteArray tiles;
+    if (!layers->CommitActiveStroke(camera_, tiles)) {
+        return false;
+    }
+    tiles_.Keep(tiles);
+    return true;
+}
+
+bool StrokeCommit::CommitNext(BaseNode& node) {
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    QByteArray next;
+    if (!layers || !node.MayCommitStroke() || !layers->CommitActiveStroke(camera_, next)) {
+        return false;
+    }
+    bool joined = false;
+    const ScopeExit takeBack([&] {
+        if (!joined) {
+            layers->ExchangePicture(drawing_, next);
+        }
+    });
+    QByteArray tiles = tiles_.Take();
+    const ScopeExit keep([&] { tiles_.Keep(tiles); });
+    TilePatch all(tiles);
+    const ScopeExit giveBack([&] { tiles = all.TakeBytes(); });
+    tiles.clear(); // so that the patch need not copy the bytes to change them
+    joined = all.Append(TilePatch(next));
+    return joined;
+}
+
+bool StrokeCommit::Exchange(LayerManager& layers) {
+    QByteArray tiles = tiles_.Take();
+    const ScopeExit keep([&] { tiles_.Keep(tiles); });
+    return layers.ExchangePicture(drawing_, tiles);
 }
 
 bool StrokeCommit::Undo(BaseNode& node) {
     const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
     if (layers) {
         const LayerManager::ChangeScope scope(*layers);
-        if (layers->ExchangePicture(drawing_, image_)) {
+        if (Exchange(*layers)) {
             if (additions_.TakeOut(*layers)) {
                 return true;
             }
-            layers->ExchangePicture(drawing_, image_);
+            Exchange(*layers);
         }
     }
     Logger::Error("The stroke cannot be undone: its drawing is gone.");
@@ -54,10 +89,16 @@ bool StrokeCommit::Redo(BaseNode& node) {
     if (layers) {
         const LayerManager::ChangeScope scope(*layers);
         if (additions_.PutBack(*layers)) {
-            if (layers->ExchangePicture(drawing_, image_)) {
+            bool done = false;
+            const ScopeExit takeOut([&] {
+                if (!done) { // also for lack of memory
+                    additions_.TakeOut(*layers);
+                }
+            });
+            done = Exchange(*layers);
+            if (done) {
                 return true;
             }
-            additions_.TakeOut(*layers);
         }
     }
     Logger::Error("The stroke cannot be redone: its drawing is gone, or another one has taken its place.");

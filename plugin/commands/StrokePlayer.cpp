@@ -54,18 +54,21 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
     return false;
 }
 
-// Packing a picture for undo takes longer than painting, so it is done once per picture.
 bool StrokePlayer::Commit(bool layerAdded, bool frameAdded, Commits& commits) {
     const FrameId picture = node_.GetLayerManager()->GetStrokeDrawing().frame;
-    if (drawn_.count(picture) > 0) {
-        return node_.CommitActiveStroke(camera_);
+    const auto known = drawn_.find(picture);
+    if (known != drawn_.end()) {
+        return known->second->CommitNext(node_);
     }
-    auto commit = std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded);
-    if (!commit->Commit(node_)) {
+    commits.reserve(commits.size() + 1); // before the picture changes
+    StrokeCommit*& commit = drawn_[picture];
+    auto first = std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded);
+    if (!first->Commit(node_)) {
+        drawn_.erase(picture);
         return false;
     }
-    drawn_.insert(picture);
-    commits.push_back(std::move(commit));
+    commit = first.get();
+    commits.push_back(std::move(first));
     return true;
 }
 

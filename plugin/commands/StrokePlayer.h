@@ -8,8 +8,8 @@
 
 #include <QString>
 
+#include <map>
 #include <memory>
-#include <set>
 #include <vector>
 
 namespace vellix {
@@ -41,7 +41,7 @@ private:
     BaseNode& node_;
     QString camera_;
     PlaybackTimeScope time_;
-    std::set<FrameId> drawn_; // frames drawn on so far
+    std::map<FrameId, StrokeCommit*> drawn_; // the commit of each frame drawn on so far; borrowed
     ScopeExit restoreSettings_;
 };
 

@@ -4,8 +4,9 @@
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
 #include "paint/Picture.h"
+#include "paint/TilePatch.h"
 
-#include <new>
+#include <utility>
 
 namespace vellix {
 namespace {
@@ -20,15 +21,8 @@ const QByteArray& TransparentPng() {
     return png;
 }
 
-QImage OrBadAlloc(const QImage& image) {
-    if (image.isNull()) {
-        throw std::bad_alloc();
-    }
-    return image;
-}
-
 QImage NewTransparentImage() {
-    return OrBadAlloc(composite::TransparentImage());
+    return composite::OrBadAlloc(composite::TransparentImage());
 }
 
 FrameId NewFrameId() {
@@ -50,9 +44,14 @@ Frame::Frame(const Frame& other)
         damage_ = other.damage_;
         return;
     }
-    packed_ = other.Encode();
+    const qint64 key = other.GetPictureKey();
+    if (key == 0) {
+        return;
+    }
+    packed_ = {other.Encode(), key};
     if (packed_.png.isEmpty()) {
         image_ = other.image_; // it cannot be encoded: better shared than lost
+        SetKey(key);
     }
 }
 
@@ -91,31 +90,24 @@ QImage& Frame::GetImage() {
     return ofNoFrame;
 }
 
-QImage& Frame::GetOwnImage() {
-    QImage& image = GetImage();
-    if (!image.isDetached()) {
-        image = OrBadAlloc(image.copy());
-    }
-    return image;
-}
-
 bool Frame::Unpack() {
     if (!image_.isNull()) {
         if (!composite::IsLayerImage(image_)) {
-            image_ = OrBadAlloc(composite::ToLayerImage(image_));
+            image_ = composite::OrBadAlloc(composite::ToLayerImage(image_));
         }
         return true;
     }
     if (packed_.png.isEmpty()) {
         image_ = NewTransparentImage();
+        SetKey(0);
         return true;
     }
     image_ = Decode();
     if (image_.isNull()) {
         return false;
     }
-    encoded_ = packed_;
-    encodedFor_ = image_.cacheKey();
+    SetKey(packed_.key);
+    encoded_ = std::move(packed_);
     packed_ = Packed();
     return true;
 }
@@ -137,18 +129,45 @@ bool Frame::TakeNewDamage() const {
 }
 
 void Frame::PackImage() {
-    if (!image_.isNull() && !Encode().png.isEmpty()) {
-        packed_ = encoded_;
+    if (image_.isNull()) {
+        return;
+    }
+    const qint64 key = GetPictureKey();
+    const Packed packed = key == 0 ? Packed() : Packed{Encode(), key};
+    if (key == 0 || !packed.png.isEmpty()) {
+        packed_ = packed;
         damage_ = Damage::None;
         ForgetPixels();
     }
 }
 
 QByteArray Frame::GetPackedImage() const {
-    if (!image_.isNull()) {
-        return Encode().png;
+    if (GetPictureKey() == 0) {
+        return TransparentPng();
     }
-    return packed_.png.isEmpty() ? TransparentPng() : packed_.png;
+    return image_.isNull() ? packed_.png : Encode();
+}
+
+bool Frame::Exchange(TilePatch& patch) {
+    if (patch.IsNull() || patch.Before() != GetPictureKey() || !Unpack()) {
+        return false;
+    }
+    if (!image_.isDetached()) {
+        const qint64 key = GetPictureKey();
+        image_ = composite::OrBadAlloc(image_.copy());
+        SetKey(key);
+    }
+    auto change = std::make_unique<Change>();
+    change->before = patch.Before();
+    change->tiles = patch.Tiles();
+    patch.Reserve();
+    patch.Swap(image_);
+    SetKey(patch.Before());
+    change_ = std::move(change);
+    if (GetPictureKey() == 0) {
+        ForgetPixels();
+    }
+    return true;
 }
 
 void Frame::SetPackedImage(const QByteArray& png) {
@@ -159,30 +178,43 @@ void Frame::SetPackedImage(const QByteArray& png) {
 }
 
 QImage Frame::PeekImage() const {
-    if (image_.isNull()) {
-        return packed_.png.isEmpty() ? QImage() : Decode();
+    if (GetPictureKey() == 0) {
+        return QImage();
     }
-    return OrBadAlloc(composite::ToLayerImage(image_));
+    if (image_.isNull()) {
+        return Decode();
+    }
+    return composite::OrBadAlloc(composite::ToLayerImage(image_));
 }
 
 qint64 Frame::GetPictureKey() const {
     if (image_.isNull()) {
         return packed_.png.isEmpty() ? 0 : packed_.key;
     }
-    return encodedFor_ == image_.cacheKey() ? encoded_.key : image_.cacheKey();
+    return keyFor_ == image_.cacheKey() ? key_ : image_.cacheKey();
 }
 
-const Frame::Packed& Frame::Encode() const {
-    if (encodedFor_ != image_.cacheKey() || encoded_.png.isEmpty()) {
+QByteArray Frame::Encode() const {
+    const qint64 key = GetPictureKey();
+    if (encoded_.key != key || encoded_.png.isEmpty()) {
         try {
             DrawUtil::PackPngBuffer(composite::ToLayerImage(image_), encoded_.png);
         } catch (const std::bad_alloc&) {
             encoded_.png.clear();
         }
-        encoded_.key = image_.cacheKey();
-        encodedFor_ = image_.cacheKey();
+        encoded_.key = key;
     }
-    return encoded_;
+    return encoded_.png;
+}
+
+Frame::Change Frame::LastChange() const {
+    return change_ && keyFor_ == image_.cacheKey() ? *change_ : Change();
+}
+
+void Frame::SetKey(qint64 key) {
+    key_ = key;
+    change_.reset();
+    keyFor_ = image_.cacheKey();
 }
 
 QImage Frame::Decode() const {
@@ -196,7 +228,7 @@ QImage Frame::Decode() const {
 void Frame::ForgetPixels() {
     image_ = QImage();
     encoded_ = Packed();
-    encodedFor_ = 0;
+    change_.reset();
 }
 
 } // namespace vellix

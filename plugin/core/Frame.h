@@ -1,13 +1,18 @@
 #pragma once
 
 #include "core/Identity.h"
+#include "paint/TileMask.h"
 
 #include <maya/MTime.h>
 
 #include <QByteArray>
 #include <QImage>
 
+#include <memory>
+
 namespace vellix {
+
+class TilePatch;
 
 /// A drawing keyed at a whole-frame time. It holds its picture as pixels or, until someone asks for them, as
 /// PNG bytes (packed). It also remembers the PNG bytes of its pixels until these change, so that packing
@@ -40,8 +45,6 @@ public:
     /// unpacked. For a picture that does not decode: a transparent image that belongs to no frame, so that
     /// what is painted into it is not kept (see Unpack).
     QImage& GetImage();
-    /// The same, shared with no other image, so that painting into them needs no more memory.
-    QImage& GetOwnImage();
     /// Makes the pixels, to be drawn on. Returns false if the picture does not decode.
     bool Unpack();
     bool IsUnpacked() const;
@@ -55,13 +58,25 @@ public:
     /// The picture as PNG bytes, encoded only if the pixels changed since the last time; a transparent image
     /// for a frame without a picture. Empty if encoding fails. The frame stays packed or unpacked.
     QByteArray GetPackedImage() const;
+    /// Swaps the tiles of the patch with those of the picture, and its key with the picture's. Returns false,
+    /// with nothing changed, if the patch belongs to another picture, or if this one does not decode.
+    bool Exchange(TilePatch& patch);
+    /// The key of another picture, and the tiles in which this one differs from it.
+    struct Change {
+        qint64 before = 0;
+        TileMask tiles;
+    };
+    /// What the last Exchange did, while the frame has its pixels and they are the same since; else the key
+    /// is 0.
+    Change LastChange() const;
     /// Replaces the picture. PNG bytes that are not sound (see PngStructure) are better refused before.
     void SetPackedImage(const QByteArray& png);
 
     /// The picture, without unpacking the frame: the shared pixels, or a decoded copy. Null for a frame
     /// without a picture or with one that does not decode.
     QImage PeekImage() const;
-    /// Identifies the picture: equal keys mean equal pixels, packed or not. 0 for a frame without a picture.
+    /// Identifies the picture: equal keys mean equal pixels, packed or not. 0 for a frame without a picture,
+    /// also when it was unpacked and nothing has been painted.
     qint64 GetPictureKey() const;
 
 private:
@@ -74,7 +89,9 @@ private:
     enum class Damage { None, Found, Reported };
 
     /// The PNG bytes of image_; empty if encoding fails.
-    const Packed& Encode() const;
+    QByteArray Encode() const;
+    /// image_ goes by this key until its pixels change.
+    void SetKey(qint64 key);
     /// Decodes packed_; null if it does not decode.
     QImage Decode() const;
     void ForgetPixels();
@@ -84,8 +101,10 @@ private:
     QImage image_;
     Packed packed_;                        ///< the picture while image_ is null
     mutable Damage damage_ = Damage::None; ///< of packed_
-    mutable Packed encoded_;               ///< image_ as PNG bytes, valid while...
-    mutable qint64 encodedFor_ = 0;        ///< ...this is its QImage::cacheKey
+    qint64 key_ = 0;                       ///< of image_, valid while...
+    qint64 keyFor_ = 0;                    ///< ...this is its QImage::cacheKey
+    std::unique_ptr<Change> change_;       ///< the change that made the picture `key_`, or null
+    mutable Packed encoded_;               ///< the last picture of image_ that was encoded
 };
 
 } // namespace vellix

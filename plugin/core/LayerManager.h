@@ -163,14 +163,14 @@ public:
     DrawingId GetStrokeDrawing() const;
     /// What the press of the stroke added.
     const PressAdditions& GetStrokeAdditions() const { return strokeAdditions_; }
-    /// Paints the stroke into its drawing, wherever that is now, and ends it. `undo` receives the previous
-    /// image as PNG bytes. Returns false if nothing was painted: then a stroke whose drawing is gone is
+    /// Paints the stroke into its drawing, wherever that is now, and ends it. `undo` receives the bytes that
+    /// take it back (TilePatch). Returns false if nothing was painted: then a stroke whose drawing is gone is
     /// cancelled, and one on another camera stays.
     bool CommitActiveStroke(const QString& camera, QByteArray& undo);
-    /// The same without the previous image, for a stroke that an earlier undo step already covers.
-    bool CommitActiveStroke(const QString& camera);
-    /// Exchanges the active layer's current image with the one in the buffer (PNG bytes). Returns false, with
-    /// nothing changed, if there is no current frame or the buffer is no sound PNG.
+    /// Exchanges the active layer's current picture with the one that the buffer makes of it. The buffer
+    /// holds bytes of CommitActiveStroke, which belong to one picture alone, or a whole picture as PNG; the
+    /// next call takes the exchange back. Returns false, with nothing changed, if there is no current frame
+    /// or the buffer does not hold what belongs to it.
     bool UndoStroke(const QString& camera, QByteArray& buffer);
     /// The same for any drawing.
     bool ExchangePicture(const DrawingId& drawing, QByteArray& buffer);
@@ -221,8 +221,6 @@ public:
     static void OverrideImageColor(QImage& image, const QColor& color);
 
 private:
-    /// `undo` may be null.
-    bool CommitStroke(const QString& camera, QByteArray* undo);
     Frame* FindFrame(const DrawingId& drawing) const;
     bool StrokeIsShown(const LayerPlace& place) const;
     void SetStrokeAdditions(PressAdditions additions);

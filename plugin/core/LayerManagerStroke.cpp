@@ -10,6 +10,8 @@
 #include "host/Settings.h"
 #include "paint/Composite.h"
 #include "paint/PngStructure.h"
+#include "paint/ScopeExit.h"
+#include "paint/TilePatch.h"
 
 #include <QColor>
 #include <QImage>
@@ -19,6 +21,29 @@
 #include <utility>
 
 namespace vellix {
+namespace {
+
+bool ExchangeTiles(Frame& frame, QByteArray& buffer) {
+    TilePatch patch(buffer);
+    const ScopeExit giveBack([&] { buffer = patch.TakeBytes(); });
+    buffer.clear(); // so that the patch need not copy the bytes to change them
+    return frame.Exchange(patch);
+}
+
+bool ExchangeWhole(Frame& frame, QByteArray& buffer) {
+    if (!PngStructure::IsSound(buffer)) {
+        return false;
+    }
+    const QByteArray current = frame.GetPackedImage();
+    if (current.isEmpty()) {
+        return false;
+    }
+    frame.SetPackedImage(buffer);
+    buffer = current;
+    return true;
+}
+
+} // namespace
 
 bool LayerManager::CanDraw(const QString& camera) const {
     return CanDraw(GetActiveLayer(camera));
@@ -57,14 +82,6 @@ Frame* LayerManager::FindFrame(const DrawingId& drawing) const {
 }
 
 bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
-    return CommitStroke(camera, &undo);
-}
-
-bool LayerManager::CommitActiveStroke(const QString& camera) {
-    return CommitStroke(camera, nullptr);
-}
-
-bool LayerManager::CommitStroke(const QString& camera, QByteArray* undo) {
     const LayerPlace place = FindLayer(stroke_->GetDrawing().layer);
     if (!stroke_->HasStroke() || (place.layer && place.camera != camera)) {
         return false;
@@ -91,16 +108,11 @@ bool LayerManager::UndoStroke(const QString& camera, QByteArray& buffer) {
 
 bool LayerManager::ExchangePicture(const DrawingId& drawing, QByteArray& buffer) {
     Frame* const frame = FindFrame(drawing);
-    if (!frame || !PngStructure::IsSound(buffer)) {
+    if (!frame ||
+        !(TilePatch::IsMeant(buffer) ? ExchangeTiles(*frame, buffer) : ExchangeWhole(*frame, buffer))) {
         return false;
     }
-    const QByteArray current = frame->GetPackedImage();
-    if (current.isEmpty()) {
-        return false;
-    }
-    frame->SetPackedImage(buffer);
     FindLayer(drawing.layer).layer->ForceCacheUpdate();
-    buffer = current;
     return true;
 }
 

@@ -23,7 +23,7 @@ Picture PictureCache::Find(const Frame* frame) {
 }
 
 bool PictureCache::ReadAhead(const Frame* frame) {
-    const qint64 key = frame == nullptr ? 0 : frame->GetPictureKey();
+    const qint64 key = frame ? frame->GetPictureKey() : 0;
     if (key == 0 || entries_.count(key) != 0 || aheadBytes_ > spareBytes_ / 2) {
         return false;
     }
@@ -33,10 +33,19 @@ bool PictureCache::ReadAhead(const Frame* frame) {
 }
 
 const PictureCache::Entry& PictureCache::Add(qint64 key, const Frame& frame, quint64 round) {
-    const auto tiles = std::make_shared<PackedTiles>(frame.PeekImage());
+    const std::shared_ptr<const PackedTiles> tiles = Pack(frame);
     const Entry& entry = entries_.emplace(key, Entry{tiles, round}).first->second;
     bytes_ += tiles->ByteCount();
     return entry;
+}
+
+/// Packs only what the last stroke changed, or its undo, if the picture before that is known.
+std::shared_ptr<const PackedTiles> PictureCache::Pack(const Frame& frame) const {
+    const Frame::Change change = frame.LastChange();
+    const auto earlier = entries_.find(change.before);
+    return change.before != 0 && earlier != entries_.end()
+               ? std::make_shared<PackedTiles>(frame.PeekImage(), *earlier->second.tiles, change.tiles)
+               : std::make_shared<PackedTiles>(frame.PeekImage());
 }
 
 void PictureCache::EndRound() {

@@ -29,6 +29,8 @@ public:
     void EndRound();
 
 private:
+    std::shared_ptr<const PackedTiles> Pack(const Frame& frame) const;
+
     struct Entry {
         std::shared_ptr<const PackedTiles> tiles;
         quint64 round;

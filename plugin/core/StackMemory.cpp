@@ -10,8 +10,14 @@ TileMask StackMemory::FindChanges(const PictureStack& stack) const {
     TileMask changed;
     const bool comparable = stack.size() == ingredients_.size();
     for (std::size_t i = 0; i < ingredients_.size(); ++i) {
-        if (comparable && ingredients_[i].Matches(stack[i])) {
-            continue;
+        if (comparable && ingredients_[i].LooksLike(stack[i])) {
+            if (ingredients_[i].key == stack[i].key) {
+                continue;
+            }
+            if (ingredients_[i].drawing && stack[i].drawing) {
+                changed |= PackedTiles::Differences(*ingredients_[i].drawing, *stack[i].drawing);
+                continue;
+            }
         }
         changed |= ingredients_[i].occupied;
         if (comparable && stack[i].Coverage()) {
@@ -26,13 +32,12 @@ void StackMemory::Remember(const PictureStack& stack) {
     for (const Picture& picture : stack) {
         const TileCoverage* coverage = picture.Coverage();
         ingredients_.push_back({picture.key, picture.opacity, picture.tinted, picture.tint.rgb(),
-                                coverage ? coverage->occupied : TileMask()});
+                                coverage ? coverage->occupied : TileMask(), picture.drawing});
     }
 }
 
-bool StackMemory::Ingredient::Matches(const Picture& picture) const {
-    return key == picture.key && opacity == picture.opacity && tinted == picture.tinted &&
-           (!tinted || tint == picture.tint.rgb());
+bool StackMemory::Ingredient::LooksLike(const Picture& picture) const {
+    return opacity == picture.opacity && tinted == picture.tinted && (!tinted || tint == picture.tint.rgb());
 }
 
 } // namespace vellix

@@ -5,6 +5,7 @@
 
 #include <QColor>
 
+#include <memory>
 #include <vector>
 
 namespace vellix {
@@ -23,8 +24,9 @@ private:
         bool tinted;
         QRgb tint;
         TileMask occupied;
+        std::shared_ptr<const PackedTiles> drawing; ///< if it was one
 
-        bool Matches(const Picture& picture) const;
+        bool LooksLike(const Picture& picture) const;
     };
 
     std::vector<Ingredient> ingredients_;

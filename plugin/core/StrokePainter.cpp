@@ -3,12 +3,15 @@
 #include "core/Frame.h"
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
+#include "paint/TilePatch.h"
 #include "paint/ToolTable.h"
 
 #include <QColor>
 #include <QPainter>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 
 namespace vellix {
 namespace {
@@ -34,11 +37,37 @@ Picture StrokePainter::Canvas::AsPicture() const {
     return picture;
 }
 
+void StrokePainter::Canvas::Clear(TileMask& changed) {
+    changed |= coverage.occupied;
+    if (image.isDetached()) {
+        composite::Clear(image, coverage.occupied);
+    } else {
+        image = composite::OrBadAlloc(composite::TransparentImage());
+    }
+    coverage = TileCoverage();
+}
+
 void StrokePainter::Canvas::Replace(const QImage& with, TileMask& changed) {
     changed |= coverage.occupied;
-    image = with;
+    if (image.isDetached()) {
+        std::memcpy(image.bits(), with.constBits(),
+                    static_cast<std::size_t>(with.bytesPerLine()) * static_cast<std::size_t>(with.height()));
+    } else {
+        image = composite::OrBadAlloc(with.copy());
+    }
+    UpdateCoverage(changed);
+}
+
+void StrokePainter::Canvas::UpdateCoverage(TileMask& changed) {
     coverage = TileCoverage::Of(image);
     changed |= coverage.occupied;
+}
+
+void StrokePainter::Canvas::Forget() {
+    if (!image.isDetached()) {
+        *this = Canvas();
+    }
+    key = 0;
 }
 
 bool StrokePainter::HasStroke() const {
@@ -69,33 +98,34 @@ void StrokePainter::Cancel(Frame* frame) {
     Forget();
 }
 
-bool StrokePainter::Commit(Frame& frame, QByteArray* undo) {
+bool StrokePainter::Commit(Frame& frame, QByteArray& undo) {
     if (!stroke_ || !frame.Unpack()) {
         return false;
     }
-    if (undo) {
-        const QByteArray before = frame.GetPackedImage();
-        if (before.isEmpty()) {
-            return false;
-        }
-        *undo = before;
-    }
     Paint(&frame, false);
-    const ToolType tool = stroke_->tool;
-    const bool paints = tool != ToolType::Transform || SelectionIsUsable();
-    if (paints && work_.image.isNull()) {
-        return false; // for lack of memory
+    TilePatch patch = PatchOf(frame.GetImage());
+    const qint64 before = frame.GetPictureKey();
+    patch.SetKeys(before, patch.Tiles().IsEmpty() ? before : Picture::NewKey());
+    if (!frame.Exchange(patch)) {
+        return false;
     }
-    if (tool == ToolType::Eraser) {
-        frame.SetImage(work_.image);
-    } else if (IsFreehand(tool) || IsDrawnWhole(tool)) {
-        composite::SourceOver(frame.GetOwnImage(), work_.image, work_.coverage.occupied);
-    } else if (tool == ToolType::Transform && SelectionIsUsable()) {
-        composite::SourceOver(work_.image, moved_.image, moved_.coverage.occupied);
-        frame.SetImage(work_.image);
-    }
+    undo = patch.TakeBytes();
     Forget();
     return true;
+}
+
+/// The tiles that the stroke changes in its picture, as they will be.
+TilePatch StrokePainter::PatchOf(const QImage& picture) const {
+    if (stroke_->tool == ToolType::Eraser) {
+        return TilePatch(picture, edited_, work_.image, nullptr);
+    }
+    if (IsFreehand(stroke_->tool) || IsDrawnWhole(stroke_->tool)) {
+        return TilePatch(picture, work_.coverage.occupied, picture, &work_.image);
+    }
+    if (stroke_->tool == ToolType::Transform && SelectionIsUsable()) {
+        return TilePatch(picture, edited_ | moved_.coverage.occupied, work_.image, &moved_.image);
+    }
+    return TilePatch(picture, TileMask(), picture, nullptr);
 }
 
 void StrokePainter::Paint(Frame& frame) {
@@ -130,54 +160,48 @@ void StrokePainter::Paint(Frame* frame, bool editing) {
     if (IsFreehand(stroke_->tool)) {
         PaintFreehand(frame);
     } else if (IsDrawnWhole(stroke_->tool)) {
-        QImage shape = composite::TransparentImage();
-        DrawUtil::DrawStroke(shape, *stroke_, editing);
-        work_.Replace(shape, changed_);
+        PaintShape(editing);
     } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame) {
         PaintTransform(*frame);
     }
 }
 
+/// The eraser lowers the alpha of the drawing; the other tools raise the alpha of their colour from 0.
 void StrokePainter::PaintFreehand(Frame* frame) {
     const bool erases = stroke_->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, stroke_->points.size() - 1);
-    if (erases && frame) {
-        frame->GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
-    }
     const qint64 baseKey = !erases ? static_cast<qint64>(stroke_->color.rgba())
                            : frame ? frame->GetPictureKey()
                                    : 0;
     if (!begun_ || baseKey != baseKey_ || lastRasterised_ > lastPoint) {
-        work_.Replace(FreehandBase(frame), changed_);
+        begun_ = false; // should memory be short
+        if (erases && frame) {
+            work_.Replace(frame->GetImage(), changed_);
+        } else {
+            work_.Clear(changed_);
+        }
         begun_ = true;
+        edited_ = TileMask();
         baseKey_ = baseKey;
         lastRasterised_ = 0;
     }
-    const QRect touched =
+    const TileMask tiles =
         DrawUtil::DrawFreehand(work_.image, stroke_->points, lastRasterised_, stroke_->tool);
     lastRasterised_ = lastPoint;
-    const TileMask tiles = TileMask::Touching(touched);
     changed_ |= tiles;
     if (erases) {
         work_.coverage.opaque.Remove(tiles);
+        edited_ |= tiles;
     } else {
+        composite::OverrideColor(work_.image, tiles, stroke_->color);
         work_.coverage.occupied |= tiles;
     }
 }
 
-/// The image a freehand stroke starts from. The eraser lowers the alpha of the drawing; the other tools raise
-/// the alpha of their colour from 0.
-QImage StrokePainter::FreehandBase(Frame* frame) const {
-    if (stroke_->tool == ToolType::Eraser && frame) {
-        return frame->GetImage();
-    }
-    QImage base = composite::TransparentImage();
-    if (stroke_->tool != ToolType::Eraser) {
-        QColor color = stroke_->color;
-        color.setAlpha(0);
-        base.fill(color);
-    }
-    return base;
+void StrokePainter::PaintShape(bool editing) {
+    work_.Clear(changed_);
+    DrawUtil::DrawStroke(work_.image, *stroke_, editing);
+    work_.UpdateCoverage(changed_);
 }
 
 void StrokePainter::PaintTransform(Frame& frame) {
@@ -185,44 +209,47 @@ void StrokePainter::PaintTransform(Frame& frame) {
     if (isFirst) {
         pastes_ = stroke_->pasted;
     }
-    frame.GetImage(); // unpacking an empty frame changes its key, so do it before the key is read
     // Undo may have replaced the picture under the stroke.
     if (isFirst || baseKey_ != frame.GetPictureKey()) {
+        begun_ = false; // should memory be short
         LiftSelection(frame, isFirst);
         baseKey_ = frame.GetPictureKey();
         begun_ = true;
     }
-    QImage moved = composite::TransparentImage();
+    moved_.Clear(changed_);
     QPoint leftTop;
     const QImage region = DrawUtil::TransformLifted(*stroke_, lifted_, leftTop);
     if (!region.isNull()) {
-        composite::Replace(moved, region, leftTop);
+        composite::Replace(moved_.image, region, leftTop);
     } else if (!lifted_.isNull()) {
-        QPainter painter(&moved);
+        QPainter painter(&moved_.image);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
         DrawUtil::DrawTransform(painter, *stroke_, lifted_);
     }
-    moved_.Replace(moved, changed_);
+    moved_.UpdateCoverage(changed_);
 }
 
 void StrokePainter::LiftSelection(Frame& frame, bool isFirst) {
-    QImage rest = frame.GetImage();
-    const QImage region = rest.copy(stroke_->selection);
+    work_.Replace(frame.GetImage(), changed_);
+    edited_ = TileMask();
+    const QImage region = composite::OrBadAlloc(work_.image.copy(stroke_->selection));
     if (isFirst && pastes_) {
         lifted_ = copied_;
     }
     if (!pastes_) {
         lifted_ = stroke_->liftedImageEmptied ? QImage() : region;
         if (stroke_->liftedImageEmptied || !stroke_->copyToClipboard) {
-            QPainter painter(&rest);
+            QPainter painter(&work_.image);
             painter.setCompositionMode(QPainter::CompositionMode_Source);
             painter.fillRect(stroke_->selection, Qt::transparent);
+            painter.end();
+            edited_ = TileMask::Touching(stroke_->selection);
+            work_.coverage.opaque.Remove(edited_);
         }
     }
     if (isFirst && stroke_->copyToClipboard) {
         copied_ = region;
     }
-    work_.Replace(rest, changed_);
 }
 
 bool StrokePainter::SelectionIsUsable() const {
@@ -232,11 +259,13 @@ bool StrokePainter::SelectionIsUsable() const {
            selection.top() >= -MAX_SELECTION_COORDINATE && selection.bottom() <= MAX_SELECTION_COORDINATE;
 }
 
+/// Keeps the canvas of freehand strokes, since making it anew takes longer than painting most of them.
 void StrokePainter::Forget() {
     stroke_.reset();
     drawing_ = DrawingId();
     changed_ = TileMask();
-    work_ = Canvas();
+    edited_ = TileMask();
+    work_.Forget();
     moved_ = Canvas();
     lifted_ = QImage();
     begun_ = false;

@@ -12,6 +12,7 @@
 namespace vellix {
 
 class Frame;
+class TilePatch;
 
 /// Owns the stroke being drawn and the images it is painted into, until it is committed to a frame or
 /// cancelled. A stroke belongs to the drawing it began on; the frames passed here are that drawing's. Paints
@@ -29,10 +30,10 @@ public:
     /// Drops the stroke. `frame` is the frame it was drawn on, null if that is gone: a pending copy to the
     /// clipboard is taken from it.
     void Cancel(Frame* frame);
-    /// Paints the stroke into the frame and ends it. `undo` (may be null) receives the previous picture as
-    /// PNG bytes. Returns false, with nothing changed, if that picture cannot be encoded or decoded, if
-    /// there is no stroke, or for lack of memory, which may also throw std::bad_alloc.
-    bool Commit(Frame& frame, QByteArray* undo);
+    /// Paints the stroke into the frame and ends it. `undo` receives the tiles that it changed, as they were
+    /// (TilePatch). Returns false, with nothing changed, if the frame's picture does not decode or there is
+    /// no stroke. Throws std::bad_alloc, with nothing changed, when memory is short.
+    bool Commit(Frame& frame, QByteArray& undo);
     /// Paints what is new in the stroke. A fresh selection is lifted now, whether the frame is shown or not.
     void Paint(Frame& frame);
 
@@ -46,20 +47,30 @@ public:
     bool HasPasteImage() const;
 
 private:
-    /// An image with its coverage and a key, which stays the same as long as the stroke lasts.
+    /// An image with its coverage and a key, which stays the same as long as the stroke lasts. The image is
+    /// kept for the next stroke. `changed` receives the tiles that look different. Throws std::bad_alloc when
+    /// memory is short.
     struct Canvas {
-        QImage image;
+        QImage image; ///< null before the first use
         TileCoverage coverage;
         qint64 key = 0;
 
         Picture AsPicture() const;
+        /// Makes every pixel transparent; what lies outside the coverage may keep its colour.
+        void Clear(TileMask& changed);
+        /// Copies another image into this one.
         void Replace(const QImage& with, TileMask& changed);
+        /// Finds the coverage again, after painting over what Clear() has left.
+        void UpdateCoverage(TileMask& changed);
+        /// Is ready for another stroke.
+        void Forget();
     };
 
     void Paint(Frame* frame, bool editing);
     void PaintFreehand(Frame* frame);
-    QImage FreehandBase(Frame* frame) const;
+    void PaintShape(bool editing);
     void PaintTransform(Frame& frame);
+    TilePatch PatchOf(const QImage& picture) const;
     void LiftSelection(Frame& frame, bool isFirst);
     bool SelectionIsUsable() const;
     void Forget();
@@ -67,6 +78,7 @@ private:
     std::unique_ptr<Stroke> stroke_;
     DrawingId drawing_;
     TileMask changed_; ///< tiles painted since the last AppendTo
+    TileMask edited_;  ///< tiles in which work_ differs from the picture that the stroke began on
     Canvas work_;      ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
     Canvas moved_;     ///< the lifted region where the transform puts it
     bool begun_ = false;

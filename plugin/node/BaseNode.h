@@ -142,7 +142,6 @@ public:
     Stroke* GetActiveStroke(const QString& camera, bool shape);
     void CancelActiveStroke();
     bool CommitActiveStroke(const QString& camera, QByteArray& undo);
-    bool CommitActiveStroke(const QString& camera);
     bool UndoStroke(const QString& camera, QByteArray& buffer);
     bool PasteTransformImageAvailable() const;
 

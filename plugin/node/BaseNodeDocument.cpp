@@ -227,10 +227,6 @@ bool BaseNode::CommitActiveStroke(const QString& camera, QByteArray& undo) {
     return Ask(*this, false, [&](LayerManager& layers) { return layers.CommitActiveStroke(camera, undo); });
 }
 
-bool BaseNode::CommitActiveStroke(const QString& camera) {
-    return Ask(*this, false, [&](LayerManager& layers) { return layers.CommitActiveStroke(camera); });
-}
-
 bool BaseNode::UndoStroke(const QString& camera, QByteArray& buffer) {
     return Ask(*this, false, [&](LayerManager& layers) { return layers.UndoStroke(camera, buffer); });
 }

@@ -37,7 +37,7 @@ void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolTy
         std::memset(cells_, 0, sizeof cells_);
     }
     opacity_ = opacity;
-    for (int row = 0; row < SIDE; ++row) {
+    for (int row = filledRows_.first; row < filledRows_.end; ++row) {
         const Span span = spans_[row];
         alpha_rows::Scale(weights_[row] + span.first, opacity, cells_[row] + span.first,
                           span.end - span.first);
@@ -117,6 +117,7 @@ void BrushGrid::SetMirrored(float centre, int x, int y, float weight) {
 }
 
 void BrushGrid::FindSpans() {
+    filledRows_ = {SIDE, 0};
     for (int row = 0; row < SIDE; ++row) {
         const float* begin = weights_[row];
         const float* end = begin + SIDE;
@@ -127,6 +128,10 @@ void BrushGrid::FindSpans() {
         }
         spans_[row].first = int(first - begin);
         spans_[row].end = int(end - begin);
+        if (end != first) {
+            filledRows_.first = std::min(filledRows_.first, row);
+            filledRows_.end = row + 1;
+        }
     }
 }
 

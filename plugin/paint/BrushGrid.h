@@ -79,6 +79,7 @@ private:
     quint8 cells_[SIDE][STRIDE] = {};
     float weights_[SIDE][STRIDE] = {};
     Span spans_[SIDE]; // the filled columns of each row
+    Span filledRows_;
 
     // The arguments of the disc that the grid holds. The negative values stand for "none yet".
     float hardness_ = 0.0f;

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace vellix {
 namespace composite {
@@ -108,6 +110,10 @@ private:
     int row_ = 0;
 };
 
+quint32 ColorBits(const QColor& color) {
+    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
+}
+
 void ClearTiles(const Pixels<quint32>& target, int row, quint64 tiles) {
     TileMask::ForEachRun(tiles, [&](int begin, int end) {
         for (int y = 0; y < TILE_WIDTH; ++y) {
@@ -130,10 +136,20 @@ QImage ToLayerImage(const QImage& image) {
     return image.copy(0, 0, IMAGE_WIDTH, IMAGE_WIDTH).convertToFormat(QImage::Format_RGBA8888);
 }
 
-QImage TransparentImage() {
-    QImage image(IMAGE_WIDTH, IMAGE_WIDTH, QImage::Format_RGBA8888);
-    image.fill(Qt::transparent);
+QImage OrBadAlloc(const QImage& image) {
+    if (image.isNull()) {
+        throw std::bad_alloc();
+    }
     return image;
+}
+
+QImage TransparentImage() {
+    // Cleared memory of the system takes up room only where something is painted.
+    constexpr int rowBytes = IMAGE_WIDTH * 4;
+    void* const pixels = std::calloc(IMAGE_WIDTH, rowBytes);
+    return pixels == nullptr ? QImage()
+                             : QImage(static_cast<uchar*>(pixels), IMAGE_WIDTH, IMAGE_WIDTH, rowBytes,
+                                      QImage::Format_RGBA8888, std::free, pixels);
 }
 
 void Replace(QImage& target, const QImage& part, const QPoint& at) {
@@ -218,13 +234,38 @@ void SourceOver(QImage& target, const QImage& source, const TileMask& tiles) {
     }
 }
 
+void Clear(QImage& target, const TileMask& tiles) {
+    if (!IsLayerImage(target)) {
+        return;
+    }
+    const Pixels<quint32> pixels = PixelsOf(target);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        ClearTiles(pixels, row, tiles.Row(row));
+    }
+}
+
 void OverrideColor(QImage& image, const QColor& color) {
     if (image.isNull() || image.format() != QImage::Format_RGBA8888) {
         return;
     }
-    const quint32 pixel = quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
     for (int y = 0; y < image.height(); ++y) {
-        composite_kernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(), pixel);
+        composite_kernels::OverrideColor(reinterpret_cast<quint32*>(image.scanLine(y)), image.width(),
+                                         ColorBits(color));
+    }
+}
+
+void OverrideColor(QImage& image, const TileMask& tiles, const QColor& color) {
+    if (!IsLayerImage(image)) {
+        return;
+    }
+    const Pixels<quint32> pixels = PixelsOf(image);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        TileMask::ForEachRun(tiles.Row(row), [&](int begin, int end) {
+            for (int y = 0; y < TILE_WIDTH; ++y) {
+                composite_kernels::OverrideColor(pixels.At(row, begin) + y * pixels.stride,
+                                                 (end - begin) * TILE_WIDTH, ColorBits(color));
+            }
+        });
     }
 }
 

@@ -23,6 +23,10 @@ QImage ToLayerImage(const QImage& image);
 /// Returns a fully transparent layer image; a null image when memory is short.
 QImage TransparentImage();
 
+/// Returns the image; throws std::bad_alloc for a null one, which operations on images answer when memory is
+/// short.
+QImage OrBadAlloc(const QImage& image);
+
 /// Copies `part` into a layer image with its top left pixel at `at`, cropped to the layer image. Pixels are
 /// replaced, not blended, and keep their straight alpha. Does nothing if `target` is no layer image.
 void Replace(QImage& target, const QImage& part, const QPoint& at);
@@ -43,9 +47,14 @@ void Compose(TileSums& target, const TileMask& tiles, const PictureStack& stack)
 /// keeps its exact bytes, colour included.
 void SourceOver(QImage& target, const QImage& source, const TileMask& tiles);
 
+/// Clears the given tiles of a layer image.
+void Clear(QImage& target, const TileMask& tiles);
+
 /// Sets red, green and blue of every pixel that is not fully transparent to those of `color`. Leaves images
 /// of another format than Format_RGBA8888 alone.
 void OverrideColor(QImage& image, const QColor& color);
+/// The same in the given tiles of a layer image.
+void OverrideColor(QImage& image, const TileMask& tiles, const QColor& color);
 
 } // namespace composite
 } // namespace vellix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "paint/Stroke.h"
+#include "paint/TileMask.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -31,10 +32,10 @@ public:
     static void DrawStroke(QImage& image, const Stroke& stroke, bool editing);
 
     /// Rasterises a pencil, brush or eraser stroke from point `start` on: the segments (start, start + 1) and
-    /// so on. Returns the rectangle inside the image outside which no pixel was touched; empty if none was.
+    /// so on. Returns the tiles outside which no pixel was touched; none if none was.
     /// Sizes above 100 are painted as 100, and opacities are clamped to 0..1. Segments from far outside the
     /// image are cut first (SegmentClip), so that a stray position costs no more than a long line.
-    static QRect DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool);
+    static TileMask DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool);
 
     // --- shapes, text and transform, through a painter on the image
 

@@ -18,12 +18,16 @@ BrushGrid& SharedGrid() {
 
 } // namespace
 
-QRect DrawUtil::DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool) {
+TileMask DrawUtil::DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool) {
     start = std::max(start, 0);
     if (start >= points.size() - 1) {
-        return QRect();
+        return TileMask();
     }
-    FreehandPainter painter(PixelView(image), SharedGrid());
+    const PixelView view(image);
+    if (!view.pixels) {
+        return TileMask();
+    }
+    FreehandPainter painter(view, SharedGrid());
     for (int i = start + 1; i < points.size(); ++i) {
         painter.Segment(points.at(i - 1), points.at(i), tool, i == 1);
     }

@@ -3,6 +3,8 @@
 #include "paint/DrawUtil.h"
 #include "paint/WuPrimitives.h"
 
+#include <QRect>
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -37,16 +39,12 @@ void FreehandPainter::Segment(const StrokePoint& from, const StrokePoint& to, To
     }
 }
 
-QRect FreehandPainter::Touched() const {
-    return touched_.intersected(QRect(0, 0, view_.width, view_.height));
-}
-
 void FreehandPainter::Touch(const SegmentClip& segment, int reach) {
     const int left = std::min(segment.from.x(), segment.to.x()) - reach;
     const int top = std::min(segment.from.y(), segment.to.y()) - reach;
     const int right = std::max(segment.from.x(), segment.to.x()) + reach;
     const int bottom = std::max(segment.from.y(), segment.to.y()) + reach;
-    touched_ |= QRect(QPoint(left, top), QPoint(right, bottom));
+    touched_ |= TileMask::Touching(QRect(QPoint(left, top), QPoint(right, bottom)));
 }
 
 void FreehandPainter::WuLine(SegmentClip segment) {

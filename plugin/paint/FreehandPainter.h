@@ -4,8 +4,7 @@
 #include "paint/PixelView.h"
 #include "paint/SegmentClip.h"
 #include "paint/Stroke.h"
-
-#include <QRect>
+#include "paint/TileMask.h"
 
 namespace vellix {
 
@@ -30,8 +29,8 @@ public:
     /// Paints a segment along Wu's walk with soft stamps. `first` adds the stroke's starting dab.
     void SoftSegment(SegmentClip segment, int size, ToolType tool, bool first);
 
-    /// Returns the rectangle inside the image that holds every pixel touched so far.
-    QRect Touched() const;
+    /// Returns the tiles that hold every pixel touched so far.
+    const TileMask& Touched() const { return touched_; }
 
 private:
     struct SoftWalk;
@@ -51,7 +50,7 @@ private:
 
     PixelView view_;
     BrushGrid& grid_;
-    QRect touched_;
+    TileMask touched_;
 };
 
 } // namespace vellix

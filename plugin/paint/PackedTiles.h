@@ -17,18 +17,27 @@ class PackedTiles {
 public:
     /// Packs a layer image. From any other image nothing is packed.
     explicit PackedTiles(const QImage& image);
+    /// The same for an image that differs from an earlier one only in the tiles `changed`. Shares the other
+    /// rows of tiles with what was packed of that.
+    PackedTiles(const QImage& image, const PackedTiles& earlier, const TileMask& changed);
 
     const TileCoverage& Coverage() const { return coverage_; }
 
     /// The planes of a tile, which must be occupied (see Coverage()).
     const quint8* Tile(int row, int column) const;
 
-    /// Memory used, in bytes.
+    /// The tiles in which two drawings may look different: all of both, unless they share some.
+    static TileMask Differences(const PackedTiles& a, const PackedTiles& b);
+
+    /// Memory used, in bytes, with what is shared.
     std::size_t ByteCount() const { return byteCount_; }
 
 private:
+    void PackRow(const QImage& image, int row);
+    bool SharesRow(const PackedTiles& other, int row) const;
+
     TileCoverage coverage_;
-    std::array<std::unique_ptr<quint8[]>, TileMask::COUNT> rows_;
+    std::array<std::shared_ptr<quint8>, TileMask::COUNT> rows_; ///< arrays
     std::size_t byteCount_ = sizeof(PackedTiles);
 };
 

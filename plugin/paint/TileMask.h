@@ -35,6 +35,18 @@ public:
     quint64 Row(int row) const { return rows_[row]; }
     void SetRow(int row, quint64 bits) { rows_[row] = bits; }
 
+    bool Contains(int row, int column) const { return (rows_[row] >> column & 1) != 0; }
+    void Add(int row, int column) { rows_[row] |= quint64(1) << column; }
+
+    /// The number of tiles.
+    int Size() const {
+        int size = 0;
+        for (const quint64 row : rows_) {
+            size += int(qPopulationCount(row));
+        }
+        return size;
+    }
+
     bool IsEmpty() const {
         return std::all_of(rows_.begin(), rows_.end(), [](quint64 row) { return row == 0; });
     }
@@ -65,6 +77,16 @@ public:
             const int end = open == 0 ? COUNT : std::min(+COUNT, begin + int(qCountTrailingZeroBits(open)));
             visit(begin, end);
             bits &= ~RunBits(begin, end);
+        }
+    }
+
+    /// Calls `visit(row, column)` for every tile, row by row.
+    template <typename Visit>
+    void ForEach(Visit visit) const {
+        for (int row = 0; row < COUNT; ++row) {
+            for (quint64 bits = rows_[row]; bits != 0; bits &= bits - 1) {
+                visit(row, int(qCountTrailingZeroBits(bits)));
+            }
         }
     }
 

@@ -65,6 +65,35 @@ TEST_F(StrokeCommandTest, UndoAndRedoExchangeTheImage) {
     EXPECT_THAT(Messages(), IsEmpty());
 }
 
+// So many strokes over the whole drawing that the first ones are squeezed.
+TEST_F(StrokeCommandTest, ALongQueueLeadsBackExactly) {
+    QList<QImage> pictures;
+    for (int i = 0; i < 24; ++i) {
+        int layer = -1;
+        bool frameAdded = false;
+        ASSERT_TRUE(node_->PrepareForDraw(PERSP, layer, frameAdded));
+        Stroke* stroke = node_->GetActiveStroke(PERSP, false);
+        stroke->tool = ToolType::Pencil;
+        stroke->color = QColor::fromHsv(i * 15, 200, 200);
+        for (int line = 0; line <= 16; ++line) {
+            stroke->points.append({100, 0.3f, 100.0f, QPoint(line % 2 * 1023, line * 64)});
+        }
+        ASSERT_TRUE(MayaUtil::PushStroke(PERSP, layer, frameAdded));
+        pictures.append(Image(PERSP, 0).copy());
+    }
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 22; i >= 0; --i) {
+            ASSERT_TRUE(Run("undo"));
+            ASSERT_EQ(Image(PERSP, 0), pictures[i]) << i;
+        }
+        for (int i = 1; i < 24; ++i) {
+            ASSERT_TRUE(Run("redo"));
+            ASSERT_EQ(Image(PERSP, 0), pictures[i]) << i;
+        }
+    }
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
 TEST_F(StrokeCommandTest, UndoReturnsToTheCameraThatWasActive) {
     ASSERT_TRUE(Draw(PERSP, 100));
     ASSERT_TRUE(Draw(TOP, 100));

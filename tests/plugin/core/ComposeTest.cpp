@@ -389,7 +389,9 @@ TEST_F(ComposeTest, ShowingPackedFramesLeavesThemPacked) {
     BeginStroke(camera, ToolType::Pencil);
     QByteArray undo;
     ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
-    EXPECT_TRUE(undo.isSharedWith(before)) << "the picture before the stroke was at hand as bytes";
+    ASSERT_TRUE(manager.UndoStroke(camera, undo));
+    EXPECT_TRUE(active->GetFrame(7)->GetPackedImage().isSharedWith(before))
+        << "the picture before the stroke is known as bytes";
     EXPECT_LE(Error(camera), 2);
 }
 

@@ -1,6 +1,10 @@
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
+#include "plugin/ShortOfMemory.h"
 #include "plugin/core/DocumentTest.h"
+
+#include <new>
+#include <random>
 
 namespace vellix {
 namespace {
@@ -173,6 +177,159 @@ TEST_F(StrokeTest, CancellingShowsTheDrawingAgain) {
     AddLayer("other", {1});
     manager.GetFlattenedImage("other");
     EXPECT_LE(Error(camera), 1) << "even when another camera was composed first";
+}
+
+/// A stroke of a random tool at a random place.
+void Scribble(LayerManager& manager, const QString& camera, std::mt19937& random) {
+    const auto in = [&](int most) { return static_cast<int>(random() % static_cast<unsigned>(most)); };
+    const QList<ToolType> tools = {ToolType::Pencil,    ToolType::Brush, ToolType::Eraser,
+                                   ToolType::Line,      ToolType::Arrow, ToolType::Ellipse,
+                                   ToolType::Rectangle, ToolType::Text,  ToolType::Transform};
+    Stroke* stroke = manager.GetActiveStroke(camera, true);
+    stroke->tool = tools[in(tools.size())];
+    stroke->color = QColor::fromHsv(in(360), 200, 200);
+    stroke->text = "Vellix";
+    for (int i = 0; i < 6; ++i) {
+        StrokePoint point;
+        point.size = 1 + in(60);
+        point.opacity = 0.2f + 0.01f * static_cast<float>(in(80));
+        point.position = QPoint(in(1300) - 150, in(1300) - 150);
+        stroke->points.append(point);
+        if (stroke->tool != ToolType::Transform && in(3) == 0) {
+            stroke->changed = true;
+            manager.GetFlattenedImage(camera);
+        }
+    }
+    stroke->selection = QRect(in(1000) - 100, in(1000) - 100, 1 + in(500), 1 + in(500));
+    stroke->freshSelection = stroke->changed = true;
+    stroke->copyToClipboard = in(2) == 0;
+    stroke->liftedImageEmptied = in(4) == 0;
+    stroke->pasted = manager.PasteTransformImageAvailable() && in(3) == 0;
+    stroke->rotation = static_cast<float>(in(2) * in(90));
+    stroke->offsetX = in(400) - 200;
+}
+
+/// A copy of the frame's picture; it stays packed or unpacked.
+QImage Shown(const Frame& frame) {
+    const QImage shown = frame.PeekImage();
+    return shown.isNull() ? PlainComposer::Blank() : shown.copy();
+}
+
+TEST_F(StrokeTest, UndoIsExactWhateverHappensBetween) {
+    for (const unsigned seed : {1u, 2u, 3u}) {
+        std::mt19937 random(seed);
+        Layer* const drawn = AddLayer(camera, {});
+        drawn->AddFrame(At(1));
+        manager.SetActiveLayer(camera, manager.LayerCount(camera) - 1, false);
+        ShowTime(1);
+        Frame& frame = *drawn->GetCurrentFrame();
+        QList<QByteArray> steps;
+        QList<QImage> pictures = {PlainComposer::Blank()};
+        int at = 0;
+        for (int turn = 0; turn < 60; ++turn) {
+            switch (random() % 6) {
+            case 0:
+                frame.PackImage();
+                break;
+            case 1:
+                frame.GetPackedImage();
+                break;
+            case 2:
+                if (at > 0) {
+                    ASSERT_TRUE(manager.UndoStroke(camera, steps[--at])) << seed << ' ' << turn;
+                }
+                break;
+            case 3:
+                if (at < steps.size()) {
+                    ASSERT_TRUE(manager.UndoStroke(camera, steps[at++])) << seed << ' ' << turn;
+                }
+                break;
+            default:
+                Scribble(manager, camera, random);
+                ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+                steps = steps.mid(0, at) << undo;
+                pictures = pictures.mid(0, ++at) << Shown(frame);
+            }
+            ASSERT_EQ(Shown(frame), pictures[at]) << seed << ' ' << turn;
+            if (random() % 2 == 0) {
+                ASSERT_LE(Error(camera), 2) << seed << ' ' << turn;
+            }
+        }
+        while (at > 0) {
+            ASSERT_TRUE(manager.UndoStroke(camera, steps[--at]));
+            ASSERT_LE(Error(camera), 2) << seed << ' ' << at;
+        }
+        EXPECT_EQ(frame.GetPictureKey(), 0) << "no picture, as before the first stroke";
+        EXPECT_TRUE(frame.PeekImage().isNull());
+        EXPECT_EQ(frame.GetPackedImage(), Frame(At(1)).GetPackedImage());
+    }
+}
+
+TEST_F(StrokeTest, UndoFitsItsOwnPictureOnly) {
+    Frame& frame = *layer->GetCurrentFrame();
+    BeginStroke(camera, ToolType::Brush);
+    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    const QImage drawn = frame.PeekImage().copy();
+    const QByteArray sound = undo;
+    const auto refuses = [&](QByteArray buffer) {
+        const QImage before = frame.PeekImage().copy();
+        const QByteArray given = buffer;
+        return !manager.UndoStroke(camera, buffer) && buffer == given && frame.PeekImage() == before;
+    };
+    frame.SetImage(Drawing(5));
+    EXPECT_TRUE(refuses(undo));
+    frame.SetPackedImage(Frame(frame).GetPackedImage());
+    EXPECT_TRUE(refuses(undo));
+    layer->AddFrame(At(2));
+    ShowTime(2);
+    EXPECT_FALSE(manager.UndoStroke(camera, undo)) << "another drawing";
+    ShowTime(1);
+
+    frame.SetImage(drawn);
+    EXPECT_TRUE(refuses(undo)) << "nothing says that this is the same picture";
+    BeginStroke(camera, ToolType::Line);
+    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    for (const int place : {0, 9, 20, 30, 500, undo.size() - 1}) {
+        QByteArray damaged = undo;
+        damaged[place] = static_cast<char>(damaged[place] ^ 4);
+        EXPECT_TRUE(refuses(damaged)) << place;
+    }
+    EXPECT_TRUE(refuses(sound)) << "that of an earlier picture";
+    EXPECT_TRUE(manager.UndoStroke(camera, undo));
+    EXPECT_EQ(frame.PeekImage(), drawn);
+}
+
+TEST_F(StrokeTest, AShortageOfMemoryCostsNothing) {
+    Frame& frame = *layer->GetCurrentFrame();
+    const QImage before = Current().copy();
+    BeginStroke(camera, ToolType::Brush);
+    manager.PaintActiveStroke();
+    {
+        const ShortOfMemory shortage;
+        if (!shortage.IsShort()) {
+            GTEST_SKIP() << "memory cannot be limited here";
+        }
+        EXPECT_THROW(manager.CommitActiveStroke(camera, undo), std::bad_alloc);
+    }
+    EXPECT_EQ(frame.PeekImage(), before);
+    ASSERT_TRUE(manager.HasActiveStroke());
+    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    const QImage after = frame.PeekImage().copy();
+    frame.PackImage();
+    const QByteArray kept(undo.constData(), undo.size());
+    {
+        const ShortOfMemory shortage;
+        EXPECT_THROW(manager.UndoStroke(camera, undo), std::bad_alloc);
+    }
+    EXPECT_EQ(undo, kept);
+    EXPECT_EQ(frame.PeekImage(), after);
+    ASSERT_TRUE(manager.UndoStroke(camera, undo));
+    EXPECT_EQ(frame.PeekImage(), before);
+    {
+        const ShortOfMemory shortage;
+        EXPECT_TRUE(manager.UndoStroke(camera, undo)) << "swapping pixels needs hardly any memory";
+    }
+    EXPECT_EQ(frame.PeekImage(), after);
 }
 
 // --- the transform tool

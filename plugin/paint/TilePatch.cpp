@@ -1,0 +1,284 @@
+#include "paint/TilePatch.h"
+
+#include "paint/Composite.h"
+#include "paint/CompositeKernels.h"
+#include "paint/PngChecksum.h"
+
+#include <QImage>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace vellix {
+
+namespace {
+
+using composite_kernels::TILE_PIXELS;
+
+constexpr int ROW_BYTES = TileMask::TILE_WIDTH * 4;
+constexpr int TILE_BYTES = TILE_PIXELS * 4;
+constexpr quint32 MAGIC = 0x54584c56;          // "VLXT"
+constexpr quint32 SQUEEZED_MAGIC = 0x53584c56; // "VLXS"
+
+/// The bytes are this head and an entry for each tile: this head of it and its pixels, row by row. A checksum
+/// is that of what follows it in its part. Squeezed, the entries are one piece of qCompress, and the checksum
+/// of the head holds for it as well.
+struct PatchHead {
+    quint32 magic;
+    quint32 checksum;
+    qint64 before;
+    qint64 after;
+};
+
+struct TileHead {
+    quint32 checksum;
+    quint16 row;
+    quint16 column;
+};
+
+constexpr int HEAD_BYTES = sizeof(PatchHead);
+constexpr int TILE_HEAD_BYTES = sizeof(TileHead);
+constexpr int ENTRY_BYTES = TILE_HEAD_BYTES + TILE_BYTES;
+
+template <typename Head>
+Head ReadHead(const void* from) {
+    Head head;
+    std::memcpy(&head, from, sizeof(Head));
+    return head;
+}
+
+quint32 ChecksumOf(const PatchHead& head) {
+    return PngChecksum(reinterpret_cast<const uchar*>(&head.before),
+                       sizeof(head.before) + sizeof(head.after));
+}
+
+quint32 ChecksumOfSqueezed(const QByteArray& bytes) {
+    constexpr int begin = offsetof(PatchHead, before);
+    return PngChecksum(reinterpret_cast<const uchar*>(bytes.constData()) + begin,
+                       std::size_t(bytes.size() - begin));
+}
+
+quint32 ChecksumOfEntry(const uchar* entry) {
+    return PngChecksum(entry + sizeof(TileHead::checksum), ENTRY_BYTES - sizeof(TileHead::checksum));
+}
+
+void SealEntry(uchar* entry) {
+    const quint32 checksum = ChecksumOfEntry(entry);
+    std::memcpy(entry, &checksum, sizeof(checksum));
+}
+
+const uchar* TileOf(const QImage& image, int row, int column) {
+    return image.constBits() + std::ptrdiff_t(row) * TileMask::TILE_WIDTH * image.bytesPerLine() +
+           column * ROW_BYTES;
+}
+
+void CopyTile(uchar* tile, const QImage& image, int row, int column) {
+    const uchar* pixels = TileOf(image, row, column);
+    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.bytesPerLine()) {
+        std::memcpy(tile + y * ROW_BYTES, pixels, ROW_BYTES);
+    }
+}
+
+bool IsSameTile(const uchar* tile, const QImage& image, int row, int column) {
+    const uchar* pixels = TileOf(image, row, column);
+    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.bytesPerLine()) {
+        if (std::memcmp(tile + y * ROW_BYTES, pixels, ROW_BYTES) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void PaintOver(uchar* tile, const QImage& above, int row, int column) {
+    quint32 pixels[TILE_PIXELS];
+    quint32 source[TILE_PIXELS];
+    std::memcpy(pixels, tile, TILE_BYTES);
+    CopyTile(reinterpret_cast<uchar*>(source), above, row, column);
+    composite_kernels::SourceOver(pixels, source, TILE_PIXELS);
+    std::memcpy(tile, pixels, TILE_BYTES);
+}
+
+bool HasMagic(const QByteArray& bytes, quint32 magic) {
+    return bytes.size() >= HEAD_BYTES && ReadHead<PatchHead>(bytes.constData()).magic == magic;
+}
+
+} // namespace
+
+TilePatch::TilePatch(QByteArray bytes)
+    : bytes_(std::move(bytes)) {
+    Unsqueeze();
+    isSound_ = CheckEntries();
+}
+
+TilePatch::TilePatch(const QImage& picture, const TileMask& tiles, const QImage& below, const QImage* above)
+    : bytes_(HEAD_BYTES + tiles.Size() * ENTRY_BYTES, Qt::Uninitialized)
+    , isSound_(true) {
+    int count = 0;
+    tiles.ForEach([&](int row, int column) {
+        uchar* const entry = Entry(count);
+        uchar* const tile = entry + TILE_HEAD_BYTES;
+        CopyTile(tile, below, row, column);
+        if (above) {
+            PaintOver(tile, *above, row, column);
+        }
+        if (!IsSameTile(tile, picture, row, column)) {
+            const TileHead head = {0, quint16(row), quint16(column)};
+            std::memcpy(entry, &head, sizeof(head));
+            SealEntry(entry);
+            ++count;
+        }
+    });
+    bytes_.resize(HEAD_BYTES + count * ENTRY_BYTES);
+    bytes_.squeeze();
+    SetKeys(0, 0);
+}
+
+bool TilePatch::IsMeant(const QByteArray& bytes) {
+    return HasMagic(bytes, MAGIC) || HasMagic(bytes, SQUEEZED_MAGIC);
+}
+
+QByteArray TilePatch::Squeezed(const QByteArray& bytes) {
+    if (!HasMagic(bytes, MAGIC)) {
+        return bytes;
+    }
+    constexpr int fastest = 1;
+    QByteArray squeezed = qCompress(reinterpret_cast<const uchar*>(bytes.constData()) + HEAD_BYTES,
+                                    bytes.size() - HEAD_BYTES, fastest);
+    if (squeezed.isEmpty() || squeezed.size() > bytes.size() / 8 * 7) {
+        return bytes;
+    }
+    squeezed.prepend(bytes.constData(), HEAD_BYTES);
+    PatchHead head = ReadHead<PatchHead>(squeezed.constData());
+    head.magic = SQUEEZED_MAGIC;
+    head.checksum = ChecksumOfSqueezed(squeezed);
+    std::memcpy(squeezed.data(), &head, sizeof(head));
+    squeezed.squeeze();
+    return squeezed;
+}
+
+/// Leaves bytes alone that are not squeezed or not sound.
+void TilePatch::Unsqueeze() {
+    constexpr int sizeBytes = 4; // before the data of qCompress
+    if (!HasMagic(bytes_, SQUEEZED_MAGIC) || bytes_.size() < HEAD_BYTES + sizeBytes) {
+        return;
+    }
+    PatchHead head = ReadHead<PatchHead>(bytes_.constData());
+    if (head.checksum != ChecksumOfSqueezed(bytes_)) {
+        return;
+    }
+    QByteArray entries = qUncompress(reinterpret_cast<const uchar*>(bytes_.constData()) + HEAD_BYTES,
+                                     bytes_.size() - HEAD_BYTES);
+    if (entries.isEmpty()) {
+        throw std::bad_alloc(); // for the checksum holds
+    }
+    head.magic = MAGIC;
+    head.checksum = ChecksumOf(head);
+    entries.prepend(reinterpret_cast<const char*>(&head), HEAD_BYTES);
+    bytes_ = entries;
+}
+
+bool TilePatch::CheckEntries() const {
+    if (!HasMagic(bytes_, MAGIC) || (bytes_.size() - HEAD_BYTES) % ENTRY_BYTES != 0) {
+        return false;
+    }
+    const auto head = ReadHead<PatchHead>(bytes_.constData());
+    if (head.checksum != ChecksumOf(head)) {
+        return false;
+    }
+    TileMask tiles;
+    for (int i = 0; i < Count(); ++i) {
+        const auto tile = ReadHead<TileHead>(Entry(i));
+        if (tile.checksum != ChecksumOfEntry(Entry(i)) || tile.row >= TileMask::COUNT ||
+            tile.column >= TileMask::COUNT || tiles.Contains(tile.row, tile.column)) {
+            return false;
+        }
+        tiles.Add(tile.row, tile.column);
+    }
+    return true;
+}
+
+TileMask TilePatch::Tiles() const {
+    TileMask tiles;
+    for (int i = 0; i < Count(); ++i) {
+        const auto tile = ReadHead<TileHead>(Entry(i));
+        tiles.Add(tile.row, tile.column);
+    }
+    return tiles;
+}
+
+qint64 TilePatch::Before() const {
+    return ReadHead<PatchHead>(bytes_.constData()).before;
+}
+
+qint64 TilePatch::After() const {
+    return ReadHead<PatchHead>(bytes_.constData()).after;
+}
+
+void TilePatch::SetKeys(qint64 before, qint64 after) {
+    PatchHead head = {MAGIC, 0, before, after};
+    head.checksum = ChecksumOf(head);
+    std::memcpy(bytes_.data(), &head, sizeof(head));
+}
+
+void TilePatch::Reserve() {
+    bytes_.detach();
+}
+
+void TilePatch::Swap(QImage& picture) {
+    const int stride = picture.bytesPerLine();
+    uchar* const pixels = picture.bits();
+    for (int i = 0; i < Count(); ++i) {
+        uchar* const entry = Entry(i);
+        const auto tile = ReadHead<TileHead>(entry);
+        uchar* shown =
+            pixels + std::ptrdiff_t(tile.row) * TileMask::TILE_WIDTH * stride + tile.column * ROW_BYTES;
+        for (int y = 0; y < TileMask::TILE_WIDTH; ++y, shown += stride) {
+            std::swap_ranges(shown, shown + ROW_BYTES, entry + TILE_HEAD_BYTES + y * ROW_BYTES);
+        }
+        SealEntry(entry);
+    }
+    SetKeys(After(), Before());
+}
+
+bool TilePatch::Append(const TilePatch& later) {
+    if (IsNull() || later.IsNull() || later.After() != Before()) {
+        return false;
+    }
+    const TileMask known = Tiles();
+    const int needed = bytes_.size() + later.bytes_.size();
+    if (bytes_.capacity() < needed) {
+        bytes_.reserve(std::max(needed, bytes_.size() + bytes_.size() / 2)); // for many strokes to come
+    }
+    for (int i = 0; i < later.Count(); ++i) {
+        const auto tile = ReadHead<TileHead>(later.Entry(i));
+        if (!known.Contains(tile.row, tile.column)) {
+            bytes_.append(reinterpret_cast<const char*>(later.Entry(i)), ENTRY_BYTES);
+        }
+    }
+    SetKeys(later.Before(), After());
+    return true;
+}
+
+QByteArray TilePatch::TakeBytes() {
+    isSound_ = false;
+    QByteArray bytes;
+    bytes.swap(bytes_);
+    return bytes;
+}
+
+int TilePatch::Count() const {
+    return (bytes_.size() - HEAD_BYTES) / ENTRY_BYTES;
+}
+
+uchar* TilePatch::Entry(int index) {
+    return reinterpret_cast<uchar*>(bytes_.data()) + HEAD_BYTES + index * ENTRY_BYTES;
+}
+
+const uchar* TilePatch::Entry(int index) const {
+    return reinterpret_cast<const uchar*>(bytes_.constData()) + HEAD_BYTES + index * ENTRY_BYTES;
+}
+
+} // namespace vellix
