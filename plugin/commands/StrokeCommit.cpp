@@ -8,6 +8,16 @@
 
 namespace vellix {
 
+namespace {
+
+bool DropForLackOfMemory(LayerManager& layers) {
+    layers.CancelActiveStroke();
+    Logger::Error("The stroke was dropped: out of memory. Close what is not needed and draw it again.");
+    return false;
+}
+
+} // namespace
+
 StrokeCommit::StrokeCommit(const QString& camera, bool layerAdded, bool frameAdded)
     : camera_(camera)
     , layerAdded_(layerAdded)
@@ -31,7 +41,7 @@ bool StrokeCommit::Commit(BaseNode& node) {
     if (layers->GetStrokeAdditions().GetPreviousLayer() != LayerId::None) {
         additions_.SetPreviousLayer(layers->GetStrokeAdditions().GetPreviousLayer());
     }
-    return layers->CommitActiveStroke(camera_, image_);
+    return layers->CommitActiveStroke(camera_, image_) || DropForLackOfMemory(*layers);
 }
 
 bool StrokeCommit::Undo(BaseNode& node) {

@@ -40,17 +40,30 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
     time_.GoTo(frame);
     int layerAdded = -1;
     bool frameAdded = false;
-    Stroke* const stroke = Begin(recorded, layerAdded, frameAdded);
-    if (stroke) {
-        Feed(*stroke, recorded);
-        if (Commit(layerAdded >= 0, frameAdded, commits)) {
-            return true;
+    Stroke* stroke = nullptr;
+    const auto drop = [&] {
+        if (stroke) {
+            node_.CancelActiveStroke();
+        } else {
+            node_.GetLayerManager()->TakeBackPress();
         }
-        node_.CancelActiveStroke();
+        if (layerAdded >= 0) {
+            before.Restore(node_);
+        }
+    };
+    try {
+        stroke = Begin(recorded, layerAdded, frameAdded);
+        if (stroke) {
+            Feed(*stroke, recorded);
+            if (Commit(layerAdded >= 0, frameAdded, commits)) {
+                return true;
+            }
+        }
+    } catch (...) {
+        drop();
+        throw;
     }
-    if (layerAdded >= 0) {
-        before.Restore(node_);
-    }
+    drop();
     return false;
 }
 
@@ -60,13 +73,17 @@ bool StrokePlayer::Commit(bool layerAdded, bool frameAdded, Commits& commits) {
     if (drawn_.count(picture) > 0) {
         return node_.CommitActiveStroke(camera_);
     }
-    auto commit = std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded);
-    if (!commit->Commit(node_)) {
-        return false;
-    }
+    commits.push_back(std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded));
     drawn_.insert(picture);
-    commits.push_back(std::move(commit));
-    return true;
+    bool isCommitted = false;
+    const ScopeExit checked([&] {
+        if (!isCommitted) {
+            commits.pop_back();
+            drawn_.erase(picture);
+        }
+    });
+    isCommitted = commits.back()->Commit(node_);
+    return isCommitted;
 }
 
 // Sets the tool settings first: the tool and colour decide what a new stroke is painted into.
@@ -85,8 +102,6 @@ Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, boo
     if (stroke) {
         stroke->tool = recorded.tool;
         stroke->color = recorded.color;
-    } else {
-        node_.GetLayerManager()->TakeBackPress();
     }
     return stroke;
 }

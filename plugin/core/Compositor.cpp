@@ -10,7 +10,8 @@
 namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
-    images_[camera] = std::make_unique<FlattenedImage>();
+    auto image = std::make_unique<FlattenedImage>();
+    images_.emplace(camera, std::move(image)); // an image that is there stays
 }
 
 void Compositor::RemoveCamera(const QString& camera) {
@@ -25,7 +26,7 @@ void Compositor::RenameCamera(const QString& from, const QString& to) {
     if (found == images_.end() || from == to) {
         return;
     }
-    images_[to] = std::move(found->second);
+    images_[to].swap(found->second);
     images_.erase(found);
     if (ghosts_.camera == to) {
         ghosts_ = Ghosts();

@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <new>
 
 namespace vellix {
 namespace {
@@ -63,7 +64,11 @@ void StrokePainter::Begin(const DrawingId& drawing) {
 void StrokePainter::Cancel(Frame* frame) {
     if (stroke_ && frame && stroke_->tool == ToolType::Transform && stroke_->freshSelection &&
         stroke_->copyToClipboard && SelectionIsUsable()) {
-        copied_ = frame->GetImage().copy(stroke_->selection);
+        try {
+            copied_ = frame->GetImage().copy(stroke_->selection);
+        } catch (const std::bad_alloc&) {
+            copied_ = QImage(); // there is nothing to paste, but the stroke ends
+        }
     }
     Forget();
 }
