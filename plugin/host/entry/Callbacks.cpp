@@ -20,6 +20,7 @@
 #include <maya/MFnDagNode.h>
 #include <maya/MNodeMessage.h>
 #include <maya/MObjectHandle.h>
+#include <maya/MSceneMessage.h>
 
 #include <QObject>
 #include <QTimer>
@@ -51,6 +52,7 @@ int g_playbackScriptJob = NO_SCRIPT_JOB;
 std::unique_ptr<QObject> g_followUp;
 // The cameras and drawing nodes that the running import has added so far.
 std::vector<MObjectHandle> g_imported;
+bool g_isEnding = false; // the program, with its scene
 
 void OnSelectionChanged(void*) {
     if (MayaUtil::IsRefreshingTimeControl()) {
@@ -119,6 +121,12 @@ void OnSceneOpened(void*) {
     DocumentFollower::FollowScene();
 }
 
+void OnReferenceRead(void*) {
+    FollowReferencedCameras();
+    BaseNode::UpdatePlaybackTime();
+    DocumentFollower::FollowScene();
+}
+
 void OnSceneImported(void*) {
     QStringList cameras;
     QList<BaseNode*> drawings;
@@ -175,7 +183,8 @@ void OnDrawingAdded(MObject& object, void*) {
 }
 
 void OnDrawingRemoved(MObject& object, void*) {
-    if (const BaseNode* const node = BaseNode::FromObject(object)) {
+    const BaseNode* const node = g_isEnding ? nullptr : BaseNode::FromObject(object);
+    if (node) {
         MasterNode::OnRemoved(*node);
     }
 }
@@ -187,6 +196,7 @@ void OnCameraAdded(MObject& object, void*) {
 }
 
 void OnApplicationExit(void*) {
+    g_isEnding = true;
     BaseNode::Shutdown();
 }
 
@@ -255,6 +265,7 @@ MStatus AddNodeCallbacks() {
 } // namespace
 
 MStatus AddCallbacks() {
+    g_isEnding = false;
     struct Handler {
         const char* event;
         MMessage::MBasicFunction function;
@@ -275,6 +286,11 @@ MStatus AddCallbacks() {
         MStatus status;
         const MCallbackId id =
             MEventMessage::addEventCallback(handler.event, handler.function, nullptr, &status);
+        result = Keep(id, status) ? result : status;
+    }
+    for (const auto message : {MSceneMessage::kAfterCreateReference, MSceneMessage::kAfterLoadReference}) {
+        MStatus status;
+        const MCallbackId id = MSceneMessage::addCallback(message, Safe<OnReferenceRead>, nullptr, &status);
         result = Keep(id, status) ? result : status;
     }
     const MStatus status = AddNodeCallbacks();
