@@ -73,17 +73,22 @@ bool StrokePlayer::Commit(bool layerAdded, bool frameAdded, Commits& commits) {
     if (drawn_.count(picture) > 0) {
         return node_.CommitActiveStroke(camera_);
     }
-    commits.push_back(std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded));
     drawn_.insert(picture);
-    bool isCommitted = false;
-    const ScopeExit checked([&] {
+    commits.push_back(std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded));
+    const auto forget = [&] {
+        commits.pop_back();
+        drawn_.erase(picture);
+    };
+    try {
+        const bool isCommitted = commits.back()->Commit(node_);
         if (!isCommitted) {
-            commits.pop_back();
-            drawn_.erase(picture);
+            forget();
         }
-    });
-    isCommitted = commits.back()->Commit(node_);
-    return isCommitted;
+        return isCommitted;
+    } catch (...) {
+        forget();
+        throw;
+    }
 }
 
 // Sets the tool settings first: the tool and colour decide what a new stroke is painted into.

@@ -75,7 +75,7 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
         return PictureStack();
     }
     Layer& layer = *scene.layers[scene.activeLayer];
-    const bool same = ghosts_.camera == scene.camera && ghosts_.layer == &layer &&
+    const bool same = ghosts_.camera == scene.camera && ghosts_.layer == layer.GetId() &&
                       ghosts_.frameIndex == layer.GetCurrentFrameIndex();
     const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
     if (!same || !strokeGrows) {
@@ -83,7 +83,7 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
         ghosts_.pictures = GhostPictures(layer.FrameCount(),
                                          [this, &layer](int offset) { return FindPicture(layer, offset); });
         ghosts_.camera = scene.camera;
-        ghosts_.layer = &layer;
+        ghosts_.layer = layer.GetId();
         ghosts_.frameIndex = layer.GetCurrentFrameIndex();
     }
     return ghosts_.pictures;

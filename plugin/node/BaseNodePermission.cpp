@@ -10,7 +10,6 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
-#include "paint/ScopeExit.h"
 
 #include <maya/MTime.h>
 
@@ -32,18 +31,24 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     }
     frameAdded = false;
     bool isReady = false;
-    const ScopeExit takenBack([&] {
+    const auto note = [&] {
         layers->NotePress(camera, layerAdded, frameAdded);
         if (!isReady) {
             layers->TakeBackPress();
             layerIndex = layerAdded ? -1 : layerIndex;
             frameAdded = false;
         }
-    });
-    isReady = MayChangeActiveLayer(camera) &&
-              (layers->FrameExists(camera) ? MayChangeActivePicture(camera)
-                                           : AddMissingFrame(*layers, camera, frameAdded)) &&
-              layers->CanDraw(camera);
+    };
+    try {
+        isReady = MayChangeActiveLayer(camera) &&
+                  (layers->FrameExists(camera) ? MayChangeActivePicture(camera)
+                                               : AddMissingFrame(*layers, camera, frameAdded)) &&
+                  layers->CanDraw(camera);
+    } catch (...) {
+        note();
+        throw;
+    }
+    note();
     return isReady;
 }
 
