@@ -8,6 +8,7 @@
 #include "formats/PlugSettingCollector.h"
 #include "formats/SceneFiles.h"
 #include "scene/DagNode.h"
+#include "scene/EventBus.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/Scene.h"
@@ -117,8 +118,11 @@ void ReferenceList::NoteStatement(const std::string& name, const std::string& gi
 void ReferenceList::Load(const std::string& name) {
     const FileReference reference = Locate(name);
     if (!reference.isLoaded) {
-        const UndoQueue::Pause pause(host_.undo());
-        Read(reference.name);
+        {
+            const UndoQueue::Pause pause(host_.undo());
+            Read(reference.name);
+        }
+        host_.events().Fire("_referenceLoaded");
     }
 }
 

@@ -388,6 +388,9 @@ std::string SceneFiles::AddReference(const std::string& path, const std::string&
     const std::string base = QFileInfo(QString::fromStdString(file)).completeBaseName().toStdString();
     std::string added = references_->Add(file, nameSpace.empty() ? base : nameSpace, name, deferred).name;
     ForceModified();
+    if (!IsReading()) {
+        host_.events().Fire("_referenceCreated");
+    }
     return added;
 }
 

@@ -2,7 +2,23 @@
 #include <maya/MSceneMessage.h>
 #include <maya/MString.h>
 
-MCallbackId MSceneMessage::addCallback(Message, MBasicFunction func, void* clientData,
+namespace {
+
+const char* EventOf(MSceneMessage::Message message) {
+    switch (message) {
+    case MSceneMessage::kAfterLoadReference:
+        return "_referenceLoaded";
+    case MSceneMessage::kAfterCreateReference:
+        return "_referenceCreated";
+    case MSceneMessage::kBeforeSave:
+        break;
+    }
+    return "PreSceneSaved";
+}
+
+} // namespace
+
+MCallbackId MSceneMessage::addCallback(Message msg, MBasicFunction func, void* clientData,
                                        MStatus* ReturnStatus) {
-    return MEventMessage::addEventCallback("PreSceneSaved", func, clientData, ReturnStatus);
+    return MEventMessage::addEventCallback(EventOf(msg), func, clientData, ReturnStatus);
 }

@@ -1,6 +1,7 @@
 #include "scene/EventBus.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace lightbox {
 
@@ -57,6 +58,9 @@ const char* const EVENTS[] = {
     "workspaceChanged",
 };
 
+/// Events for plug-ins alone. MEL does not list them.
+const char* const API_EVENTS[] = {"_referenceCreated", "_referenceLoaded"};
+
 const char* const CONDITIONS[] = {
     "SomethingSelected", "UndoAvailable", "RedoAvailable", "busy",   "playingBack",
     "readingFile",       "writingFile",   "opening",       "newing", "playblasting",
@@ -68,6 +72,9 @@ EventBus::EventBus() {
     for (const char* name : EVENTS) {
         events_[name];
     }
+    for (const char* name : API_EVENTS) {
+        events_[name];
+    }
     for (const char* name : CONDITIONS) {
         conditions_[name];
     }
@@ -76,7 +83,9 @@ EventBus::EventBus() {
 std::vector<std::string> EventBus::EventNames() const {
     std::vector<std::string> names;
     for (const auto& event : events_) {
-        names.push_back(event.first);
+        if (std::find(std::begin(API_EVENTS), std::end(API_EVENTS), event.first) == std::end(API_EVENTS)) {
+            names.push_back(event.first);
+        }
     }
     return names;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/CameraHandle.h"
 #include "core/Identity.h"
-#include "node/CameraHandle.h"
 
 #include <QList>
 #include <QString>
@@ -19,8 +19,9 @@ public:
     /// Stores the active camera with its active layer, and the active layers of the given cameras.
     void Remember(const BaseNode& node, const QList<QString>& cameras);
     /// Makes the stored layers active again, that of the active camera last. Passes over a layer that is no
-    /// longer on its camera.
-    void Restore(BaseNode& node) const;
+    /// longer on its camera, and over a camera that had no layers: what has come there since stays as it is.
+    /// Does what it can when memory is short.
+    void Restore(BaseNode& node) const noexcept;
 
     /// The active camera.
     QString GetCamera() const { return active_.camera.Name(); }
@@ -31,7 +32,11 @@ private:
     struct Active {
         CameraHandle camera;
         LayerId layer = LayerId::None;
+        bool hadLayers = false;
     };
+
+    static Active Find(const BaseNode& node, const QString& camera);
+    static bool Activate(BaseNode& node, const Active& active, bool makeCameraActive);
 
     Active active_;
     std::vector<Active> others_; ///< the other cameras and their active layers

@@ -11,6 +11,7 @@
 #include "paint/ContactSheet.h"
 #include "paint/ImageSequence.h"
 #include "paint/MovieWriter.h"
+#include "paint/ScopeExit.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
@@ -230,6 +231,7 @@ bool ExportCommand::WriteAll(const LayerManager& layers) {
     }
     MComputation computation;
     computation.beginComputation(true);
+    const ScopeExit ended([&computation] { computation.endComputation(); });
     computation.setProgressRange(start_, end_ + 1);
     computation.setProgressStatus("Exporting frames");
     int frame = start_;
@@ -247,7 +249,6 @@ bool ExportCommand::WriteAll(const LayerManager& layers) {
     }
     const bool all = frame > end_;
     const QString fault = outputs.Finish(all);
-    computation.endComputation();
     if (!fault.isEmpty()) {
         return RefuseExport(fault);
     }

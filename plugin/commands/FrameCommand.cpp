@@ -8,6 +8,7 @@
 #include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/FrameTime.h"
+#include "host/Guarded.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -185,8 +186,14 @@ bool FrameCommand::CheckUnlocked(const char* refusal) const {
     return !locked || RefuseEdit(refusal);
 }
 
+// A change that was made does not fail because the time slider could not follow it.
 void FrameCommand::RefreshHostTicks() const {
-    MayaUtil::RefreshTimeControl(node_->thisMObject());
+    RunGuarded("Refreshing the time slider", [this] { MayaUtil::RefreshTimeControl(node_->thisMObject()); });
+}
+
+/// Goes to a time after the frames have changed, which does not fail if the time cannot.
+void FrameCommand::FollowTo(const MTime& time) {
+    RunGuarded("Changing the time", [&time] { PlaybackTimeScope::SetTime(time); });
 }
 
 // --- adding and removing frames ---------------------------------------------------------------------------
@@ -222,11 +229,28 @@ MStatus FrameCommand::InsertFrame() {
             return MS::kFailure;
         }
     }
-    MStatus inserted = Exchange();
-    if (inserted && createdLayer_) {
-        node_->InsertLayer(createdSpot_.GetCamera(), createdSpot_.GetIndex(*node_), std::move(createdLayer_));
+    if (!layerCreated_) {
+        return Exchange();
     }
-    return inserted;
+    if (hasRun_) {
+        return PutBackCreatedLayer();
+    }
+    const auto remove = [this] {
+        TakeOutCreatedLayer();
+        createdLayer_.reset();
+        layer_ = LayerId::None;
+        layerCreated_ = false;
+    };
+    try {
+        const MStatus inserted = Exchange();
+        if (!inserted) {
+            remove();
+        }
+        return inserted;
+    } catch (...) {
+        remove();
+        throw;
+    }
 }
 
 MStatus FrameCommand::PlanInsert() {
@@ -249,25 +273,40 @@ bool FrameCommand::CreateLayer() {
         return false;
     }
     before_.Remember(*node_, {camera_});
-    const int index = node_->InsertLayer(camera_, -1, QString());
+    const std::shared_ptr<LayerManager> layers = node_->GetLayerManager();
+    const int index = layers->InsertLayer(camera_, -1, QString());
     if (index < 0) {
         RefuseEdit("Failed to create layer for frame");
         return false;
     }
-    layer_ = node_->GetLayer(camera_, index)->GetId();
+    layer_ = layers->GetLayer(camera_, index)->GetId();
     layerCreated_ = true;
     return true;
 }
 
 MStatus FrameCommand::InsertFrameUndo() {
-    MStatus undone = ExchangeUndo();
-    if (undone && layerCreated_) {
-        const LayerPlace place = node_->FindLayer(layer_);
-        createdSpot_ = LayerSpot(*node_, layer_);
-        createdLayer_ = node_->RemoveLayer(place.camera, place.index);
-        before_.Restore(*node_);
+    if (!layerCreated_) {
+        return ExchangeUndo();
     }
-    return undone;
+    createdSpot_ = LayerSpot(*node_->GetLayerManager(), layer_);
+    TakeOutCreatedLayer();
+    RefreshHostTicks();
+    return MS::kSuccess;
+}
+
+/// The frames that were inserted go and come with the layer.
+void FrameCommand::TakeOutCreatedLayer() {
+    const LayerPlace place = node_->FindLayer(layer_);
+    createdLayer_ = node_->RemoveLayer(place.camera, place.index);
+    before_.Restore(*node_);
+}
+
+MStatus FrameCommand::PutBackCreatedLayer() {
+    const std::shared_ptr<LayerManager> layers = node_->GetLayerManager();
+    const QString camera = createdSpot_.GetCamera();
+    layers->InsertLayer(camera, createdSpot_.GetIndex(*layers, camera), createdLayer_);
+    RefreshHostTicks();
+    return MS::kSuccess;
 }
 
 MStatus FrameCommand::DuplicateFrame() {
@@ -353,6 +392,10 @@ MStatus FrameCommand::PlanPaste() {
         if (!IsWholeFrame(time)) {
             return RefuseEdit(QString("Paste Failed. Time %1 is out of range").arg(time));
         }
+        if (layer && layer->IsBeingDrawn(static_cast<int>(time))) {
+            return RefuseEdit(
+                QString("Paste Failed. A stroke is being drawn at time %1. Finish it first.").arg(time));
+        }
         auto copy = std::make_unique<Frame>(*frame);
         copy->SetTimeValue(static_cast<int>(time));
         times.insert(static_cast<int>(time));
@@ -397,12 +440,12 @@ MStatus FrameCommand::RetimeFrames() {
     if (!planned) {
         return planned;
     }
+    previousTime_ = MayaUtil::GetPlaybackTime();
     QString refusal;
     if (!schedule_.Do(*GetLayer(), refusal)) {
         return Refuse(refusal);
     }
-    previousTime_ = MayaUtil::GetPlaybackTime();
-    PlaybackTimeScope::SetTime(targetTime_);
+    FollowTo(targetTime_);
     RefreshHostTicks();
     return MS::kSuccess;
 }
@@ -426,6 +469,10 @@ MStatus FrameCommand::PlanRetiming() {
         if (!IsWholeFrame(newTimes[i])) {
             return RefuseEdit(QString("Retime Failed. Time %1 is out of range").arg(newTimes[i]));
         }
+        if (layer->IsBeingDrawn(static_cast<int>(newTimes[i]))) {
+            return RefuseEdit(QString("Retime Failed. A stroke is being drawn at time %1. Finish it first.")
+                                  .arg(newTimes[i]));
+        }
         schedule_.Add(*frames[i], static_cast<int>(newTimes[i]));
     }
     const int target = retiming.FindTarget(times, moveToNext_);
@@ -438,7 +485,7 @@ MStatus FrameCommand::RetimeFramesUndo() {
     if (!schedule_.Undo(*GetLayer(), refusal)) {
         return Refuse(refusal);
     }
-    PlaybackTimeScope::SetTime(previousTime_);
+    FollowTo(previousTime_);
     RefreshHostTicks();
     return MS::kSuccess;
 }

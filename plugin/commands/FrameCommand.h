@@ -4,9 +4,9 @@
 #include "commands/FlagTable.h"
 #include "commands/FrameExchange.h"
 #include "commands/FrameSchedule.h"
-#include "commands/LayerSpot.h"
 #include "commands/Retiming.h"
 #include "core/Identity.h"
+#include "core/LayerSpot.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
@@ -80,7 +80,10 @@ private:
     MStatus Reschedule(bool (FrameSchedule::*step)(Layer& layer, QString& refusal) const);
     bool CreateLayer();
     MStatus StepTo(const Frame* frame);
+    void TakeOutCreatedLayer();
+    MStatus PutBackCreatedLayer();
     void RefreshHostTicks() const;
+    static void FollowTo(const MTime& time);
 
     /// The layer that was active at the first run, which the command edits; borrowed, null for none.
     Layer* GetLayer() const;
@@ -101,7 +104,7 @@ private:
 
     bool layerCreated_ = false;
     std::unique_ptr<Layer> createdLayer_; ///< the layer that inserting added, while it is undone
-    LayerSpot createdSpot_;               ///< its place
+    LayerSpot createdSpot_;               ///< and its place
     ActiveLayers before_;                 ///< the active layers before that
 
     int amount_ = 0; ///< frames to retime or move by

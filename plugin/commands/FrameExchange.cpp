@@ -46,9 +46,9 @@ bool FrameExchange::Do(Layer& layer, QString& refusal) {
     if (!check.Passes(refusal)) {
         return false;
     }
+    layer.ReserveFrames(in_.size()); // between taking and putting nothing may fail
     out_ = TakePacked(layer, outIds_);
-    layer.PutFrames(std::move(in_));
-    in_.clear();
+    layer.PutFrames(in_);
     return true;
 }
 
@@ -60,9 +60,9 @@ bool FrameExchange::Undo(Layer& layer, QString& refusal) {
     if (!check.Passes(refusal)) {
         return false;
     }
+    layer.ReserveFrames(out_.size());
     in_ = TakePacked(layer, inIds_);
-    layer.PutFrames(std::move(out_));
-    out_.clear();
+    layer.PutFrames(out_);
     return true;
 }
 

@@ -24,7 +24,8 @@ bool FrameMove::Plan(const Layer& layer, int offset, int first, int last, FrameS
             return false;
         }
         const int destination = static_cast<int>(wanted);
-        const bool isVacated = destination >= first && destination <= last;
+        const bool isVacated =
+            destination >= first && destination <= last && !layer.IsBeingDrawn(destination);
         if (!isVacated && layer.FrameExists(destination)) {
             refusal = QString("Move Failed. A frame already exists at time %1").arg(destination);
             return false;

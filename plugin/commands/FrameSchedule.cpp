@@ -33,7 +33,7 @@ bool FrameSchedule::Do(Layer& layer, QString& refusal) const {
     for (const std::unique_ptr<Frame>& frame : frames) {
         frame->SetTimeValue(changes_.at(frame->GetId()).time);
     }
-    layer.PutFrames(std::move(frames));
+    layer.PutFrames(frames);
     return true;
 }
 
@@ -49,7 +49,7 @@ bool FrameSchedule::Undo(Layer& layer, QString& refusal) const {
     for (const std::unique_ptr<Frame>& frame : frames) {
         frame->SetTime(changes_.at(frame->GetId()).before);
     }
-    layer.PutFrames(std::move(frames));
+    layer.PutFrames(frames);
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "node/OpenText.h"
+#include "paint/ScopeExit.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
@@ -136,12 +137,13 @@ MStatus LayerCommand::undoIt() {
 
 MStatus LayerCommand::Run(const Flag::Step& step) {
     node_ = BaseNode::GetMaster();
-    const std::shared_ptr<LayerManager> layers = node_ ? node_->GetLayerManager() : nullptr;
-    if (!layers) {
+    drawing_ = node_ ? node_->GetLayerManager() : nullptr;
+    const ScopeExit released([this] { drawing_.reset(); });
+    if (!drawing_) {
         Logger::Error(flag_ ? flag_->withoutNode : "Node not found");
         return MS::kFailure;
     }
-    const LayerManager::ChangeScope scope(*layers);
+    const LayerManager::ChangeScope scope(*drawing_);
     MStatus status = step(*this);
     if (status && undoable_) {
         isDone_ = !isDone_;
@@ -243,7 +245,7 @@ MStatus LayerCommand::EditActiveUndo() {
 // Without a state the layer is added, but the command fails: the state is a required part of it.
 MStatus LayerCommand::InsertNewLayer(int destination) {
     before_.Remember(*node_, {camera_});
-    const int index = node_->InsertLayer(camera_, destination, layerName_);
+    const int index = drawing_->InsertLayer(camera_, destination, layerName_);
     if (index < 0) {
         return MS::kFailure;
     }
@@ -251,8 +253,8 @@ MStatus LayerCommand::InsertNewLayer(int destination) {
         MayaUtil::MarkSceneModified(); // no undo step says so
         return MS::kFailure;
     }
-    node_->SetLayerState(camera_, index, ToLayerState(layerState_));
-    layer_ = node_->GetLayer(camera_, index)->GetId();
+    drawing_->SetLayerState(camera_, index, ToLayerState(layerState_));
+    layer_ = drawing_->GetLayer(camera_, index)->GetId();
     setResult(index);
     return MS::kSuccess;
 }
@@ -260,8 +262,8 @@ MStatus LayerCommand::InsertNewLayer(int destination) {
 MStatus LayerCommand::Add() {
     MStatus status = hasRun_ ? PutBack() : InsertNewLayer(-1);
     if (status) {
-        const LayerPlace place = node_->FindLayer(layer_);
-        node_->SetActiveLayer(place.camera, place.index, true);
+        const LayerPlace place = drawing_->FindLayer(layer_);
+        drawing_->SetActiveLayer(place.camera, place.index, true);
     }
     return status;
 }
@@ -289,20 +291,34 @@ bool LayerCommand::TakeOut(const std::vector<LayerId>& ids) {
             return false;
         }
     }
-    removed_.clear();
+    std::vector<Removed> removed;
     for (const LayerId id : ids) {
-        removed_.push_back({LayerSpot(*node_, id), nullptr});
+        removed.push_back({id, LayerSpot(*drawing_, id), nullptr});
     }
-    for (std::size_t i = ids.size(); i-- > 0;) {
-        place = node_->FindLayer(ids[i]);
-        removed_[i].layer = node_->RemoveLayer(place.camera, place.index);
-    }
+    removed_ = std::move(removed);
+    TakeOutAgain(removed_.size());
     return true;
 }
 
+/// Takes so many of the layers out, from the top down. Needs no memory.
+void LayerCommand::TakeOutAgain(std::size_t count) {
+    while (count-- > 0) {
+        const LayerPlace place = drawing_->FindLayer(removed_[count].id);
+        removed_[count].layer = drawing_->RemoveLayer(place.camera, place.index);
+    }
+}
+
 MStatus LayerCommand::PutBack() {
-    for (Removed& removed : removed_) {
-        node_->InsertLayer(removed.spot.GetCamera(), removed.spot.GetIndex(*node_), std::move(removed.layer));
+    std::size_t count = 0;
+    try {
+        for (Removed& removed : removed_) {
+            const QString camera = removed.spot.GetCamera();
+            drawing_->InsertLayer(camera, removed.spot.GetIndex(*drawing_, camera), removed.layer);
+            ++count;
+        }
+    } catch (...) {
+        TakeOutAgain(count);
+        throw;
     }
     removed_.clear();
     return MS::kSuccess;
@@ -345,8 +361,9 @@ bool LayerCommand::MoveTo(const LayerSpot& spot) {
     if (!FindLayer(layer_, place)) {
         return false;
     }
-    const int index = spot.GetIndex(*node_, layer_);
-    setResult(node_->MoveLayer(place.camera, place.index, spot.GetCamera(), index));
+    const QString camera = spot.GetCamera();
+    const int index = spot.GetIndex(*drawing_, camera, layer_);
+    setResult(drawing_->MoveLayer(place.camera, place.index, camera, index));
     return true;
 }
 
@@ -364,14 +381,19 @@ MStatus LayerCommand::Move() {
         return MS::kFailure;
     }
     before_.Remember(*node_, {camera_, newCamera_});
-    from_ = LayerSpot(*node_, layer_);
+    from_ = LayerSpot(*drawing_, layer_);
     const int index = newCamera_ == camera_
-                          ? node_->MoveLayer(camera_, layerIndex_, destination_)
-                          : node_->MoveLayer(camera_, layerIndex_, newCamera_, destination_);
+                          ? drawing_->MoveLayer(camera_, layerIndex_, destination_)
+                          : drawing_->MoveLayer(camera_, layerIndex_, newCamera_, destination_);
     if (index < 0) {
         return MS::kFailure;
     }
-    to_ = LayerSpot(*node_, layer_);
+    try {
+        to_ = LayerSpot(*drawing_, layer_);
+    } catch (...) {
+        MoveTo(from_);
+        throw;
+    }
     FollowActiveLayer();
     setResult(index);
     return MS::kSuccess;
@@ -388,9 +410,9 @@ MStatus LayerCommand::MoveAgain() {
 
 /// After the active layer of the active camera went to another camera: it is active there too.
 void LayerCommand::FollowActiveLayer() {
-    const LayerPlace place = node_->FindLayer(layer_);
+    const LayerPlace place = drawing_->FindLayer(layer_);
     if (before_.GetLayer() == layer_ && before_.GetCamera() != place.camera) {
-        node_->SetActiveLayer(place.camera, place.index, true);
+        drawing_->SetActiveLayer(place.camera, place.index, true);
     }
 }
 
@@ -423,26 +445,30 @@ MStatus LayerCommand::MoveAll() {
     before_.Remember(*node_, {source, target});
     spots_.clear();
     for (const LayerId id : layers_) {
-        spots_.emplace_back(*node_, id);
+        spots_.emplace_back(*drawing_, id);
     }
+    const bool isFromActive = before_.GetCamera() == source;
+    drawing_->ReserveLayers(target, static_cast<int>(layers_.size())); // nothing below needs memory
     for (const LayerId id : layers_) {
-        node_->MoveLayer(source, node_->FindLayer(id).index, target, -1);
+        drawing_->MoveLayer(source, drawing_->FindLayer(id).index, target, -1);
     }
-    const LayerPlace active = node_->FindLayer(before_.GetLayer());
-    if (before_.GetCamera() == source && active.layer && active.camera == target) {
-        node_->SetActiveLayer(target, active.index, true);
+    const LayerPlace active = drawing_->FindLayer(before_.GetLayer());
+    if (isFromActive && active.layer && active.camera == target) {
+        drawing_->SetActiveLayer(target, active.index, true);
     }
     return MS::kSuccess;
 }
 
 MStatus LayerCommand::MoveAllUndo() {
+    const QString source = source_.Name();
     const QString target = target_.Name();
     if (!FindLayers(layers_, target)) {
         return MS::kFailure;
     }
+    drawing_->ReserveLayers(source, static_cast<int>(layers_.size())); // nothing below needs memory
     for (std::size_t i = 0; i < layers_.size(); ++i) {
-        node_->MoveLayer(target, node_->FindLayer(layers_[i]).index, spots_[i].GetCamera(),
-                         spots_[i].GetIndex(*node_));
+        drawing_->MoveLayer(target, drawing_->FindLayer(layers_[i]).index, source,
+                            spots_[i].GetIndex(*drawing_, source));
     }
     before_.Restore(*node_);
     return MS::kSuccess;

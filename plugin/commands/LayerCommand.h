@@ -2,9 +2,9 @@
 
 #include "commands/ActiveLayers.h"
 #include "commands/FlagTable.h"
-#include "commands/LayerSpot.h"
+#include "core/CameraHandle.h"
 #include "core/Identity.h"
-#include "node/CameraHandle.h"
+#include "core/LayerSpot.h"
 
 #include <maya/MApiNamespace.h>
 #include <maya/MPxCommand.h>
@@ -83,6 +83,7 @@ private:
     bool TakeOut(const std::vector<LayerId>& ids);
     /// Puts the layers that were taken out back to their spots.
     MStatus PutBack();
+    void TakeOutAgain(std::size_t count);
     MStatus MoveAgain();
     bool MoveTo(const LayerSpot& spot);
     void FollowActiveLayer();
@@ -91,6 +92,7 @@ private:
     MStatus Exchange(Value& value, Get get, Set set);
 
     struct Removed {
+        LayerId id;
         LayerSpot spot;
         std::unique_ptr<Layer> layer;
     };
@@ -102,6 +104,7 @@ private:
     bool hasRun_ = false; // the first run has chosen or made the layers
     bool isDone_ = false; // and they are as it left them
     BaseNode* node_ = nullptr;
+    std::shared_ptr<LayerManager> drawing_; // of the node, during a step
 
     // The arguments. Only the first run goes by them.
     QString camera_;

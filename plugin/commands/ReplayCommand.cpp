@@ -10,6 +10,7 @@
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "node/OpenText.h"
+#include "paint/ScopeExit.h"
 #include "paint/StrokeRecording.h"
 
 #include <maya/MArgDatabase.h>
@@ -73,9 +74,14 @@ MStatus ReplayCommand::doIt(const MArgList& args) {
         if (!ProvideNode()) {
             return MS::kFailure;
         }
-        if (!DrawAll(recording)) {
+        try {
+            if (!DrawAll(recording)) {
+                UndoAll();
+                return MS::kFailure;
+            }
+        } catch (...) {
             UndoAll();
-            return MS::kFailure;
+            throw;
         }
         undoable_ = true;
     }
@@ -130,6 +136,7 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
     StrokePlayer player(*BaseNode::GetMaster(), camera_);
     MComputation computation;
     computation.beginComputation();
+    const ScopeExit ended([&computation] { computation.endComputation(); });
     QString fault;
     for (int i = 0; i < recording.GetStrokes().size() && fault.isEmpty(); ++i) {
         const RecordedStroke& recorded = recording.GetStrokes()[i];
@@ -140,7 +147,6 @@ bool ReplayCommand::DrawAll(const StrokeRecording& recording) {
             fault = QString("interrupted after stroke %1").arg(i + 1);
         }
     }
-    computation.endComputation();
     if (!fault.isEmpty()) {
         Logger::Error(QString("Cannot replay \"%1\": %2. Nothing was changed.").arg(file_, fault));
         return false;
@@ -167,6 +173,9 @@ bool ReplayCommand::UndoStrokes() {
     BaseNode* const node = BaseNode::GetMaster();
     if (!node) {
         return false;
+    }
+    if (drawn_.empty()) {
+        return true; // the very first one could not be drawn
     }
     const std::shared_ptr<LayerManager> layers = node->GetLayerManager();
     const LayerManager::ChangeScope scope(*layers);

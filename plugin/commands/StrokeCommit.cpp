@@ -11,6 +11,16 @@
 
 namespace vellix {
 
+namespace {
+
+bool DropForLackOfMemory(LayerManager& layers) {
+    layers.CancelActiveStroke();
+    Logger::Error("The stroke was dropped: out of memory. Close what is not needed and draw it again.");
+    return false;
+}
+
+} // namespace
+
 StrokeCommit::StrokeCommit(const QString& camera, bool layerAdded, bool frameAdded)
     : camera_(camera)
     , layerAdded_(layerAdded)
@@ -36,7 +46,7 @@ bool StrokeCommit::Commit(BaseNode& node) {
     }
     QByteArray tiles;
     if (!layers->CommitActiveStroke(camera_, tiles)) {
-        return false;
+        return DropForLackOfMemory(*layers);
     }
     tiles_.Keep(tiles);
     return true;

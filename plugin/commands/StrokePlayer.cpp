@@ -4,6 +4,7 @@
 #include "host/Logger.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "paint/ScopeExit.h"
 #include "paint/Stroke.h"
 #include "paint/StrokeRecording.h"
 #include "paint/StrokeSmoother.h"
@@ -40,17 +41,30 @@ bool StrokePlayer::Draw(const RecordedStroke& recorded, int frame, Commits& comm
     time_.GoTo(frame);
     int layerAdded = -1;
     bool frameAdded = false;
-    Stroke* const stroke = Begin(recorded, layerAdded, frameAdded);
-    if (stroke) {
-        Feed(*stroke, recorded);
-        if (Commit(layerAdded >= 0, frameAdded, commits)) {
-            return true;
+    Stroke* stroke = nullptr;
+    const auto drop = [&] {
+        if (stroke) {
+            node_.CancelActiveStroke();
+        } else {
+            node_.GetLayerManager()->TakeBackPress();
         }
-        node_.CancelActiveStroke();
+        if (layerAdded >= 0) {
+            before.Restore(node_);
+        }
+    };
+    try {
+        stroke = Begin(recorded, layerAdded, frameAdded);
+        if (stroke) {
+            Feed(*stroke, recorded);
+            if (Commit(layerAdded >= 0, frameAdded, commits)) {
+                return true;
+            }
+        }
+    } catch (...) {
+        drop();
+        throw;
     }
-    if (layerAdded >= 0) {
-        before.Restore(node_);
-    }
+    drop();
     return false;
 }
 
@@ -61,15 +75,19 @@ bool StrokePlayer::Commit(bool layerAdded, bool frameAdded, Commits& commits) {
         return known->second->CommitNext(node_);
     }
     commits.reserve(commits.size() + 1); // before the picture changes
-    StrokeCommit*& commit = drawn_[picture];
     auto first = std::make_unique<StrokeCommit>(camera_, layerAdded, frameAdded);
-    if (!first->Commit(node_)) {
-        drawn_.erase(picture);
-        return false;
+    drawn_.emplace(picture, first.get());
+    bool isCommitted = false;
+    const ScopeExit forget([&] {
+        if (!isCommitted) {
+            drawn_.erase(picture);
+        }
+    });
+    isCommitted = first->Commit(node_);
+    if (isCommitted) {
+        commits.push_back(std::move(first));
     }
-    commit = first.get();
-    commits.push_back(std::move(first));
-    return true;
+    return isCommitted;
 }
 
 // Sets the tool settings first: the tool and colour decide what a new stroke is painted into.
@@ -88,8 +106,6 @@ Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, boo
     if (stroke) {
         stroke->tool = recorded.tool;
         stroke->color = recorded.color;
-    } else {
-        node_.GetLayerManager()->TakeBackPress();
     }
     return stroke;
 }

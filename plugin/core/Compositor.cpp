@@ -10,7 +10,8 @@
 namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
-    images_[camera] = std::make_unique<FlattenedImage>();
+    auto image = std::make_unique<FlattenedImage>();
+    images_.emplace(camera, std::move(image)); // an image that is there stays
 }
 
 void Compositor::RemoveCamera(const QString& camera) {
@@ -25,7 +26,7 @@ void Compositor::RenameCamera(const QString& from, const QString& to) {
     if (found == images_.end() || from == to) {
         return;
     }
-    images_[to] = std::move(found->second);
+    images_[to].swap(found->second);
     images_.erase(found);
     if (ghosts_.camera == to) {
         ghosts_ = Ghosts();
@@ -74,7 +75,7 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
         return PictureStack();
     }
     Layer& layer = *scene.layers[scene.activeLayer];
-    const bool same = ghosts_.camera == scene.camera && ghosts_.layer == &layer &&
+    const bool same = ghosts_.camera == scene.camera && ghosts_.layer == layer.GetId() &&
                       ghosts_.frameIndex == layer.GetCurrentFrameIndex();
     const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
     if (!same || !strokeGrows) {
@@ -82,7 +83,7 @@ PictureStack Compositor::UpdateGhosts(const Scene& scene) {
         ghosts_.pictures = GhostPictures(layer.FrameCount(),
                                          [this, &layer](int offset) { return FindPicture(layer, offset); });
         ghosts_.camera = scene.camera;
-        ghosts_.layer = &layer;
+        ghosts_.layer = layer.GetId();
         ghosts_.frameIndex = layer.GetCurrentFrameIndex();
     }
     return ghosts_.pictures;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/FlattenedImage.h"
+#include "core/Identity.h"
 #include "core/MergedPictures.h"
 #include "core/PictureCache.h"
 #include "paint/Picture.h"
@@ -34,7 +35,7 @@ public:
         int strokeLayer = -1; ///< the layer that the stroke is drawn on
     };
 
-    /// Gives the camera a transparent image; replaces one it had.
+    /// Gives the camera a transparent image, unless it has one.
     void AddCamera(const QString& camera);
     void RemoveCamera(const QString& camera);
     /// The camera's image goes by another name. Replaces an image that has this name.
@@ -53,7 +54,7 @@ private:
     /// The ghosts of the last rebuild. They stay as they are while a stroke is being drawn.
     struct Ghosts {
         QString camera;
-        const Layer* layer = nullptr; ///< null: no ghosts
+        LayerId layer = LayerId::None; ///< None: no ghosts
         int frameIndex = -1;
         PictureStack pictures;
     };

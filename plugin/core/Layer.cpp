@@ -325,17 +325,24 @@ std::unique_ptr<Frame> Layer::RemoveFrame(FrameId id) {
 
 FrameList Layer::TakeFrames(const std::vector<FrameId>& ids) {
     const std::set<FrameId> wanted(ids.begin(), ids.end());
+    FrameList taken;
+    taken.reserve(wanted.size()); // what follows needs no memory
     const auto first =
         std::stable_partition(frames_.begin(), frames_.end(), [&wanted](const std::unique_ptr<Frame>& frame) {
             return wanted.count(frame->GetId()) == 0;
         });
-    FrameList taken(std::make_move_iterator(first), std::make_move_iterator(frames_.end()));
+    std::move(first, frames_.end(), std::back_inserter(taken));
     frames_.erase(first, frames_.end());
     FramesChanged();
     return taken;
 }
 
-void Layer::PutFrames(FrameList frames) {
+void Layer::ReserveFrames(std::size_t count) {
+    frames_.reserve(frames_.size() + count);
+}
+
+void Layer::PutFrames(FrameList& frames) {
+    ReserveFrames(frames.size());
     for (const std::unique_ptr<Frame>& frame : frames) {
         MakeRoomAt(frame->GetTimeValue());
     }
@@ -343,6 +350,7 @@ void Layer::PutFrames(FrameList frames) {
     const auto middle = frames_.insert(frames_.end(), std::make_move_iterator(frames.begin()),
                                        std::make_move_iterator(frames.end()));
     std::inplace_merge(frames_.begin(), middle, frames_.end(), IsEarlier);
+    frames.clear();
     FramesChanged();
 }
 
@@ -354,6 +362,11 @@ FrameId Layer::GetProvisionalFrame() const {
     return provisional_;
 }
 
+bool Layer::IsBeingDrawn(int frame) const {
+    const Frame* const there = GetFrame(FindKey(frame));
+    return there != nullptr && there->GetId() == provisional_;
+}
+
 void Layer::DropProvisionalFrame() {
     if (provisional_ != FrameId::None) {
         RemoveFrame(std::exchange(provisional_, FrameId::None));
@@ -362,8 +375,7 @@ void Layer::DropProvisionalFrame() {
 
 /// A frame is put where a press has only just added an empty one.
 void Layer::MakeRoomAt(int frame) {
-    const Frame* const there = GetFrame(FindKey(frame));
-    if (there && there->GetId() == provisional_) {
+    if (IsBeingDrawn(frame)) {
         DropProvisionalFrame();
     }
 }

@@ -10,6 +10,7 @@
 #include <QList>
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -108,14 +109,19 @@ public:
     /// Removes these frames in one pass, and hands them over in the order of their times. Frames that the
     /// layer does not hold are passed over.
     FrameList TakeFrames(const std::vector<FrameId>& ids);
-    /// Inserts the frames in one pass, each after those of its time; the caller checks which times are free.
-    void PutFrames(FrameList frames);
+    /// Inserts the frames in one pass, each after those of its time, and empties the list; the caller checks
+    /// which times are free. The caller keeps the frames, and nothing is changed, if memory is too short.
+    void PutFrames(FrameList& frames);
+    /// Makes room for so many more frames, to put them next: that needs no memory then.
+    void ReserveFrames(std::size_t count);
 
     /// Names the frame that a press has added for a stroke that has not ended; None for none. The frame is
     /// empty and not yet part of an undo step, so it gives way when a frame is put at its time, and when the
     /// layer leaves the document.
     void SetProvisionalFrame(FrameId id);
     FrameId GetProvisionalFrame() const;
+    /// Whether the provisional frame is keyed at this time.
+    bool IsBeingDrawn(int frame) const;
     void DropProvisionalFrame();
 
     // Part of the interface for scripts and other tools; not called here.

@@ -53,10 +53,7 @@ void LayerManager::NotifyListener() {
     changes_ = DocumentChange::None;
     if (g_listener) {
         // A change that was made does not fail because a view could not follow it.
-        Guarded("Refreshing the views", [&] {
-            g_listener->OnDocumentChanged(*this, changes);
-            return MS::kSuccess;
-        });
+        RunGuarded("Refreshing the views", [&] { g_listener->OnDocumentChanged(*this, changes); });
     }
 }
 
@@ -258,20 +255,24 @@ void LayerManager::SetLayerState(const QString& camera, int index, LayerState st
 }
 
 int LayerManager::InsertLayer(const QString& camera, int index, Layer* layer) {
+    std::unique_ptr<Layer> owned(layer);
+    return InsertLayer(camera, index, owned);
+}
+
+int LayerManager::InsertLayer(const QString& camera, int index, std::unique_ptr<Layer>& layer) {
     if (!layer) {
         return -1;
     }
     const ChangeScope scope(*this);
-    std::unique_ptr<Layer> owned(layer);
+    LayerList& layers = MakeRoom(camera, 1); // nothing below needs memory
     layer->SetChangeCallback([this](DocumentChange change) { Changed(change); });
-    LayerList& layers = layers_[camera];
     const bool wasActive = layer->IsActive();
     const int at =
         index >= 0 && index < static_cast<int>(layers.size()) ? index : static_cast<int>(layers.size());
-    layers.insert(layers.begin() + at, std::move(owned));
+    layers.insert(layers.begin() + at, std::move(layer));
     QueueMasterCacheUpdate(camera);
     if (layers.size() == 1) {
-        OnFirstLayerAdded(camera);
+        SetActiveLayer(camera, 0, true);
     } else if (wasActive) {
         SetActiveLayer(camera, at, false);
     }
@@ -284,6 +285,28 @@ int LayerManager::InsertLayer(const QString& camera, int index, const QString& n
     layer->SetName(GetUniqueLayerName(name));
     layer->SetState(static_cast<LayerState>(Settings::defaultLayerState));
     return InsertLayer(camera, index, layer.release());
+}
+
+/// Makes room for layers that are inserted next. A camera that has none yet is then known, with an empty
+/// stack and a composed image.
+LayerManager::LayerList& LayerManager::MakeRoom(const QString& camera, int count) {
+    LayerList& layers = layers_[camera];
+    try {
+        layers.reserve(layers.size() + static_cast<std::size_t>(count));
+        compositor_->AddCamera(camera);
+    } catch (...) {
+        if (layers.empty()) {
+            layers_.erase(camera);
+        }
+        throw;
+    }
+    return layers;
+}
+
+void LayerManager::ReserveLayers(const QString& camera, int count) {
+    if (count > 0) {
+        MakeRoom(camera, count);
+    }
 }
 
 int LayerManager::MoveLayer(const QString& camera, int from, int to) {
@@ -305,13 +328,14 @@ int LayerManager::MoveLayer(const QString& camera, int index, const QString& toC
     if (camera == toCamera) {
         return MoveLayer(camera, index, LayerExists(camera, toIndex) ? toIndex : LayerCount(camera) - 1);
     }
-    const ChangeScope scope(*this);
-    std::unique_ptr<Layer> layer = DetachLayer(camera, index);
-    if (!layer) {
+    if (!LayerExists(camera, index)) {
         return -1;
     }
+    const ChangeScope scope(*this);
+    MakeRoom(toCamera, 1);
+    std::unique_ptr<Layer> layer = DetachLayer(camera, index);
     layer->SetActive(false);
-    return InsertLayer(toCamera, toIndex, layer.release());
+    return InsertLayer(toCamera, toIndex, layer);
 }
 
 std::unique_ptr<Layer> LayerManager::RemoveLayer(const QString& camera, int index) {
@@ -348,6 +372,7 @@ void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed
         return;
     }
     const ChangeScope scope(*this);
+    removed.reserve(removed.size() + static_cast<int>(found->second.size()));
     for (auto& layer : found->second) {
         layer->SetChangeCallback(nullptr);
         layer->DropProvisionalFrame();
@@ -392,11 +417,6 @@ const LayerManager::LayerList& LayerManager::FindLayers(const QString& camera) c
     static const LayerList none;
     const auto found = layers_.find(camera);
     return found == layers_.end() ? none : found->second;
-}
-
-void LayerManager::OnFirstLayerAdded(const QString& camera) {
-    compositor_->AddCamera(camera);
-    SetActiveLayer(camera, 0, true);
 }
 
 void LayerManager::OnLastLayerRemoved(const QString& camera) {

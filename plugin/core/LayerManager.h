@@ -113,7 +113,12 @@ public:
     /// Takes ownership of the layer and returns its index. An invalid index appends. A layer whose active
     /// flag is set (one that was active when it was removed) becomes the camera's active layer.
     int InsertLayer(const QString& camera, int index, Layer* layer);
+    /// The same for a layer that the caller keeps if memory is too short, when nothing is changed.
+    int InsertLayer(const QString& camera, int index, std::unique_ptr<Layer>& layer);
     int InsertLayer(const QString& camera, int index, const QString& name);
+    /// Makes room for so many more layers of the camera, to insert them or move them there next: that needs
+    /// no memory then.
+    void ReserveLayers(const QString& camera, int count);
     /// Returns the layer's new index, or -1 if an index is invalid.
     int MoveLayer(const QString& camera, int from, int to);
     /// Moves a layer to another camera's stack and returns its new index, or -1. An invalid `toIndex`
@@ -228,10 +233,11 @@ private:
 
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
+    LayerList& MakeRoom(const QString& camera, int count);
+
     const LayerList& FindLayers(const QString& camera) const;
     void Changed(DocumentChanges changes);
     void NotifyListener();
-    void OnFirstLayerAdded(const QString& camera);
     void OnLastLayerRemoved(const QString& camera);
 
     /// A rename after which layers of two cameras have to be kept apart, in order to take it back.

@@ -70,6 +70,7 @@ void LayerManager::Join(const QString& from, const QString& to) {
     rename.activeResident = GetActiveLayerId(to);
     rename.activeMover = GetActiveLayerId(from);
     rename.activeBefore = activeCamera_;
+    renames_.reserve(renames_.size() + 1);
     if (!isFromShared) {
         const bool bothHaveLayers = !rename.residents.empty() && LayerCount(from) > 0;
         if (bothHaveLayers && isToShared) {
@@ -123,17 +124,22 @@ QString LayerManager::NameAfterSeparation(const QString& camera, const CameraRen
 void LayerManager::RenameStack(const QString& from, const QString& to) {
     const auto found = layers_.find(from);
     if (found != layers_.end()) {
-        LayerList layers = std::move(found->second);
-        layers_.erase(found);
-        layers_[to] = std::move(layers);
         compositor_->RenameCamera(from, to);
+        layers_[to].swap(found->second);
+        layers_.erase(found);
     }
     FollowCamera(from, to);
 }
 
 /// Moves layers from one stack onto another, in their order, except those that are `staying`.
 void LayerManager::MoveOnTop(const QString& from, const QString& to, const std::vector<LayerId>& staying) {
-    for (const LayerId id : GetLayerIds(from)) {
+    const std::vector<LayerId> ids = GetLayerIds(from);
+    std::size_t moving = 0;
+    for (const LayerId id : ids) {
+        moving += Contains(staying, id) ? 0 : 1;
+    }
+    ReserveLayers(to, static_cast<int>(moving));
+    for (const LayerId id : ids) {
         if (!Contains(staying, id)) {
             MoveLayer(from, FindLayer(id).index, to, -1);
         }

@@ -173,20 +173,20 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
     if (!image || !CacheUpdateRequired(camera)) {
         return image;
     }
-    Compositor::Scene scene;
-    scene.camera = camera;
-    scene.layers = GetLayers(camera);
-    scene.activeLayer = GetActiveLayerIndex(camera);
-    if (scene.activeLayer >= 0) {
-        playing_ = MayaUtil::IsPlaying();
-        scene.ghosting = !(playing_ && Settings::disableGhostingDuringPlayback);
-    }
     const LayerPlace drawn = FindLayer(stroke_->GetDrawing().layer);
-    if (StrokeIsShown(drawn) && drawn.camera == camera) {
-        scene.stroke = stroke_.get();
-        scene.strokeLayer = drawn.index;
-    }
     try {
+        Compositor::Scene scene;
+        scene.camera = camera;
+        scene.layers = GetLayers(camera);
+        scene.activeLayer = GetActiveLayerIndex(camera);
+        if (scene.activeLayer >= 0) {
+            playing_ = MayaUtil::IsPlaying();
+            scene.ghosting = !(playing_ && Settings::disableGhostingDuringPlayback);
+        }
+        if (StrokeIsShown(drawn) && drawn.camera == camera) {
+            scene.stroke = stroke_.get();
+            scene.strokeLayer = drawn.index;
+        }
         compositor_->Rebuild(scene);
     } catch (const std::bad_alloc&) {
         if (!shortOfMemory_) {
@@ -231,8 +231,12 @@ bool LayerManager::MasterCacheUpdateRequired(const QString& camera) const {
 }
 
 void LayerManager::QueueMasterCacheUpdate(const QString& camera) {
-    if (!masterCacheQueue_.contains(camera)) {
-        masterCacheQueue_.append(camera);
+    try {
+        if (!masterCacheQueue_.contains(camera)) {
+            masterCacheQueue_.append(camera);
+        }
+    } catch (const std::bad_alloc&) {
+        cacheUpdateRequired_ = true; // a change that was made does not fail because of a picture to compose
     }
 }
 

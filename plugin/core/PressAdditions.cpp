@@ -4,8 +4,11 @@
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "paint/Picture.h"
+#include "paint/ScopeExit.h"
 
 #include <QImage>
+
+#include <utility>
 
 namespace vellix {
 
@@ -49,19 +52,20 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         return frame_ != nullptr;
     }
     const LayerManager::ChangeScope scope(layers);
-    activeCamera_ = layers.GetActiveCamera();
-    camera_ = place.camera;
-    index_ = place.index;
-    layer_ = layers.RemoveLayer(camera_, index_);
-    RestoreActiveLayer(layers, camera_);
+    activeCamera_ = CameraHandle(layers.GetActiveCamera());
+    spot_ = LayerSpot(layers, drawing_.layer);
+    layer_ = layers.RemoveLayer(place.camera, place.index);
+    RestoreActiveLayer(layers, place.camera);
     return true;
 }
 
 bool PressAdditions::PutBack(LayerManager& layers) {
     if (layer_) {
         const LayerManager::ChangeScope scope(layers);
-        layers.InsertLayer(camera_, index_, layer_.release()); // active again if it was
-        layers.SetActiveCamera(activeCamera_);
+        const QString camera = spot_.GetCamera();
+        const QString activeCamera = activeCamera_.Name();
+        layers.InsertLayer(camera, spot_.GetIndex(layers, camera), layer_); // active again if it was
+        layers.SetActiveCamera(activeCamera);
         return true;
     }
     if (frame_) {
@@ -69,7 +73,10 @@ bool PressAdditions::PutBack(LayerManager& layers) {
         if (!place.layer || place.layer->FrameExists(frame_->GetTimeValue())) {
             return false;
         }
-        place.layer->InsertFrame(frame_.release());
+        FrameList frames(1);
+        frames[0] = std::move(frame_);
+        const ScopeExit kept([&] { frame_ = frames.empty() ? nullptr : std::move(frames[0]); });
+        place.layer->PutFrames(frames);
     }
     return true;
 }

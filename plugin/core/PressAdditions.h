@@ -1,6 +1,8 @@
 #pragma once
 
+#include "core/CameraHandle.h"
 #include "core/Identity.h"
+#include "core/LayerSpot.h"
 
 #include <QString>
 
@@ -49,9 +51,8 @@ private:
     LayerId previousLayer_ = LayerId::None;
 
     // What was taken out: a layer with its place and the camera that was active then, or a frame.
-    QString activeCamera_;
-    QString camera_;
-    int index_ = -1;
+    CameraHandle activeCamera_;
+    LayerSpot spot_;
     std::unique_ptr<Layer> layer_;
     std::unique_ptr<Frame> frame_;
 };

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <new>
 
 namespace vellix {
 namespace {
@@ -93,7 +94,11 @@ void StrokePainter::Begin(const DrawingId& drawing) {
 void StrokePainter::Cancel(Frame* frame) {
     if (stroke_ && frame && stroke_->tool == ToolType::Transform && stroke_->freshSelection &&
         stroke_->copyToClipboard && SelectionIsUsable()) {
-        copied_ = frame->GetImage().copy(stroke_->selection);
+        try {
+            copied_ = frame->GetImage().copy(stroke_->selection);
+        } catch (const std::bad_alloc&) {
+            copied_ = QImage(); // there is nothing to paste, but the stroke ends
+        }
     }
     Forget();
 }

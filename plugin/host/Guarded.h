@@ -25,4 +25,13 @@ MStatus Guarded(const char* what, Function function) noexcept {
     return MS::kFailure;
 }
 
+/// The same for a function that returns nothing. Returns false if it throws.
+template <typename Function>
+bool RunGuarded(const char* what, Function function) noexcept {
+    return bool(Guarded(what, [&function] {
+        function();
+        return MStatus();
+    }));
+}
+
 } // namespace vellix

@@ -5,6 +5,7 @@
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "host/FrameTime.h"
+#include "host/Guarded.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -64,7 +65,9 @@ BaseNode::BaseNode() = default;
 BaseNode::~BaseNode() = default;
 
 void* BaseNode::Creator() {
-    return new BaseNode;
+    BaseNode* node = nullptr;
+    RunGuarded("Making the drawing node", [&node] { node = new BaseNode; });
+    return node;
 }
 
 MTypeId BaseNode::GetTypeID() {
@@ -135,6 +138,10 @@ MStatus BaseNode::Cleanup() {
 }
 
 void BaseNode::postConstructor() {
+    RunGuarded("Making the drawing node", [this] { Construct(); });
+}
+
+void BaseNode::Construct() {
     // A node read from a file gets its drawing, and whether it is the master, from the stored data.
     if (!MayaUtil::IsReadingScene()) {
         InitializeLayerManager();
@@ -152,14 +159,16 @@ void BaseNode::postConstructor() {
 // A copied value shares its drawing. The host may copy the values after this call, so it is looked at again
 // whenever the drawing is asked for.
 void BaseNode::copyInternalData(MPxNode* node) {
-    copiedFrom_ = BaseNodePointer(dynamic_cast<BaseNode*>(node));
-    GetLayerManager();
+    RunGuarded("Copying the drawing", [this, node] {
+        copiedFrom_ = BaseNodePointer(dynamic_cast<BaseNode*>(node));
+        GetLayerManager();
+    });
 }
 
 /// Gives this duplicate a drawing of its own, which is not drawn over the same one.
 std::shared_ptr<LayerManager> BaseNode::Separate(const LayerManager& shared) const {
-    copiedFrom_ = BaseNodePointer();
     std::shared_ptr<LayerManager> own = shared.Clone();
+    copiedFrom_ = BaseNodePointer();
     if (!SetLayerManager(own)) {
         return nullptr;
     }

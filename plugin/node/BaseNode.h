@@ -238,6 +238,7 @@ public:
     std::unique_ptr<Frame> RemoveFrame(const QString& camera);
 
 private:
+    void Construct();
     std::shared_ptr<LayerManager> ReadLayerManager() const;
     bool SetLayerManager(const std::shared_ptr<LayerManager>& layers) const;
     std::shared_ptr<LayerManager> Separate(const LayerManager& shared) const;

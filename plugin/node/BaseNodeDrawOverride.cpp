@@ -1,5 +1,6 @@
 #include "node/BaseNodeDrawOverride.h"
 
+#include "host/Guarded.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
@@ -13,6 +14,9 @@
 #include <maya/MUIDrawManager.h>
 #include <maya/MVector.h>
 #include <maya/MViewport2Renderer.h>
+
+#include <cstddef>
+#include <new>
 
 namespace vellix {
 
@@ -39,7 +43,9 @@ MHWRender::MTextureDescription DescribeTexture() {
 } // namespace
 
 MHWRender::MPxDrawOverride* BaseNodeDrawOverride::Creator(const MObject& object) {
-    return new BaseNodeDrawOverride(object);
+    BaseNodeDrawOverride* drawOverride = nullptr;
+    RunGuarded("Drawing in the view", [&] { drawOverride = new BaseNodeDrawOverride(object); });
+    return drawOverride;
 }
 
 BaseNodeDrawOverride::BaseNodeDrawOverride(const MObject& object)
@@ -76,29 +82,36 @@ MUserData* BaseNodeDrawOverride::prepareForDraw(const MDagPath& objPath, const M
                                                 const MHWRender::MFrameContext& frameContext,
                                                 MUserData* oldData) {
     auto* data = dynamic_cast<BaseNodeUserData*>(oldData);
-    if (!data) {
-        data = new BaseNodeUserData;
-    }
-    BaseNode* node = BaseNode::FromObject(objPath.node());
-    if (!node) {
-        return data;
-    }
-    const ViewPlacement placement = ViewPlacement::For(frameContext, cameraPath);
-    node->NotePlacement(placement);
-    data->center = placement.Center();
-    data->halfSize = placement.HalfSize();
-
-    const QString camera = MayaUtil::GetCameraName(cameraPath);
-    data->imageChanged = node->ImageUpdateRequired(camera);
-    data->image = node->GetFinalImage(camera);
-    data->opacity = node->GetOpacity();
-    data->drawTransformOutline = node->DrawTransformOutline(camera);
-    if (data->drawTransformOutline) {
-        for (std::size_t corner = 0; corner < node->GetTransformOutline().size(); ++corner) {
-            data->outline[corner] = placement.ToView(node->GetTransformOutline()[corner]);
+    try {
+        if (!data) {
+            data = new BaseNodeUserData;
         }
+        if (BaseNode* node = BaseNode::FromObject(objPath.node())) {
+            Fill(*data, *node, cameraPath, frameContext);
+        }
+    } catch (const std::bad_alloc&) {
+        // Shows what it showed before. The next refresh tries again.
     }
     return data;
+}
+
+void BaseNodeDrawOverride::Fill(BaseNodeUserData& data, BaseNode& node, const MDagPath& cameraPath,
+                                const MHWRender::MFrameContext& frameContext) {
+    const ViewPlacement placement = ViewPlacement::For(frameContext, cameraPath);
+    node.NotePlacement(placement);
+    data.center = placement.Center();
+    data.halfSize = placement.HalfSize();
+
+    const QString camera = MayaUtil::GetCameraName(cameraPath);
+    data.imageChanged = node.ImageUpdateRequired(camera);
+    data.image = node.GetFinalImage(camera);
+    data.opacity = node.GetOpacity();
+    data.drawTransformOutline = node.DrawTransformOutline(camera);
+    if (data.drawTransformOutline) {
+        for (std::size_t corner = 0; corner < node.GetTransformOutline().size(); ++corner) {
+            data.outline[corner] = placement.ToView(node.GetTransformOutline()[corner]);
+        }
+    }
 }
 
 bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
@@ -117,21 +130,28 @@ bool BaseNodeDrawOverride::UploadImage(const BaseNodeUserData& data) {
 void BaseNodeDrawOverride::addUIDrawables(const MDagPath&, MHWRender::MUIDrawManager& drawManager,
                                           const MHWRender::MFrameContext&, const MUserData* data) {
     const auto* drawn = dynamic_cast<const BaseNodeUserData*>(data);
-    if (!drawn || !drawn->image || drawn->image->isNull() || !UploadImage(*drawn)) {
-        return;
+    try {
+        if (drawn && drawn->image && !drawn->image->isNull() && UploadImage(*drawn)) {
+            Draw(*drawn, drawManager);
+        }
+    } catch (const std::bad_alloc&) {
+        // The next refresh tries again.
     }
+}
+
+void BaseNodeDrawOverride::Draw(const BaseNodeUserData& data, MHWRender::MUIDrawManager& drawManager) const {
     drawManager.beginDrawable();
     drawManager.setTexture(texture_);
     drawManager.setTextureSampler(MHWRender::MSamplerState::kMinMagMipLinear,
                                   MHWRender::MSamplerState::kTexClamp);
     drawManager.setTextureMask(MHWRender::MBlendState::kRGBAChannels);
-    drawManager.setColor(MColor(1.0f, 1.0f, 1.0f, drawn->opacity));
-    drawManager.rect2d(drawn->center, MVector(0.0, 1.0, 0.0), drawn->halfSize, drawn->halfSize, true);
-    if (drawn->drawTransformOutline) {
+    drawManager.setColor(MColor(1.0f, 1.0f, 1.0f, data.opacity));
+    drawManager.rect2d(data.center, MVector(0.0, 1.0, 0.0), data.halfSize, data.halfSize, true);
+    if (data.drawTransformOutline) {
         drawManager.setLineWidth(1.0f);
         drawManager.setColor(MColor(1.0f, 0.0f, 0.0f, 1.0f));
         for (int corner = 0; corner < 4; ++corner) {
-            drawManager.line2d(drawn->outline[corner], drawn->outline[(corner + 1) % 4]);
+            drawManager.line2d(data.outline[corner], data.outline[(corner + 1) % 4]);
         }
     }
     drawManager.endDrawable();

@@ -5,6 +5,7 @@
 
 namespace vellix {
 
+class BaseNode;
 class BaseNodeUserData;
 
 /// Draws a drawing node in Viewport 2.0: its composed image as a textured square over the camera's gate, and
@@ -27,6 +28,9 @@ public:
                         const MHWRender::MFrameContext& frameContext, const MUserData* data) override;
 
 private:
+    static void Fill(BaseNodeUserData& data, BaseNode& node, const MDagPath& cameraPath,
+                     const MHWRender::MFrameContext& frameContext);
+    void Draw(const BaseNodeUserData& data, MHWRender::MUIDrawManager& drawManager) const;
     bool UploadImage(const BaseNodeUserData& data);
 
     static int textureCount_;

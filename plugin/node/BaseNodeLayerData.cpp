@@ -21,7 +21,9 @@ const char* const WRITING = "Writing the drawing";
 } // namespace
 
 void* BaseNodeLayerData::Creator() {
-    return new BaseNodeLayerData;
+    BaseNodeLayerData* data = nullptr;
+    RunGuarded(READING, [&data] { data = new BaseNodeLayerData; });
+    return data;
 }
 
 MTypeId BaseNodeLayerData::GetTypeID() {

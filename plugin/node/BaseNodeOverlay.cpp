@@ -9,12 +9,19 @@
 
 #include <QImage>
 
+#include <new>
+
 namespace vellix {
 
 void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dView::DisplayStatus) {
-    if (const QImage* image = GetFinalImage(MayaUtil::GetCameraName(view))) {
-        NotePlacement(ViewPlacement::For(view));
-        legacyPicture_.Draw(view, *image, placement_, GetOpacity(), IsMaster() ? transformContext_ : nullptr);
+    try {
+        if (const QImage* image = GetFinalImage(MayaUtil::GetCameraName(view))) {
+            NotePlacement(ViewPlacement::For(view));
+            legacyPicture_.Draw(view, *image, placement_, GetOpacity(),
+                                IsMaster() ? transformContext_ : nullptr);
+        }
+    } catch (const std::bad_alloc&) {
+        // The next refresh tries again; a message at each would bury the others.
     }
 }
 

@@ -30,16 +30,25 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
         }
     }
     frameAdded = false;
-    const bool isReady = MayChangeActiveLayer(camera) &&
-                         (layers->FrameExists(camera) ? MayChangeActivePicture(camera)
-                                                      : AddMissingFrame(*layers, camera, frameAdded)) &&
-                         layers->CanDraw(camera);
-    layers->NotePress(camera, layerAdded, frameAdded);
-    if (!isReady) {
-        layers->TakeBackPress();
-        layerIndex = layerAdded ? -1 : layerIndex;
-        frameAdded = false;
+    bool isReady = false;
+    const auto note = [&] {
+        layers->NotePress(camera, layerAdded, frameAdded);
+        if (!isReady) {
+            layers->TakeBackPress();
+            layerIndex = layerAdded ? -1 : layerIndex;
+            frameAdded = false;
+        }
+    };
+    try {
+        isReady = MayChangeActiveLayer(camera) &&
+                  (layers->FrameExists(camera) ? MayChangeActivePicture(camera)
+                                               : AddMissingFrame(*layers, camera, frameAdded)) &&
+                  layers->CanDraw(camera);
+    } catch (...) {
+        note();
+        throw;
     }
+    note();
     return isReady;
 }
 
@@ -109,6 +118,10 @@ bool BaseNode::MayChangeActiveLayer(const QString& camera) const {
 }
 
 bool BaseNode::AddMissingLayer(LayerManager& layers, const QString& camera, int& layerIndex) {
+    if (!MayaUtil::CameraExists(camera)) { // the active camera may have been deleted
+        Logger::Error(QString("Camera does not exist: %1").arg(camera));
+        return false;
+    }
     if (!Settings::automaticallyAddFirstLayer) {
         Logger::Error("A layer does not exist for the current camera");
         return false;

@@ -1,5 +1,7 @@
 #include "node/OpenText.h"
 
+#include "host/Guarded.h"
+
 #include <maya/MCallbackIdArray.h>
 #include <maya/MEventMessage.h>
 #include <maya/MGlobal.h>
@@ -48,7 +50,7 @@ void OpenText::Commit() {
     if (MGlobal::isUndoing() || MGlobal::isRedoing()) {
         g_isWaiting = g_commit != nullptr;
     } else if (g_commit) {
-        std::exchange(g_commit, nullptr)();
+        RunGuarded("The text", std::exchange(g_commit, nullptr));
     }
 }
 

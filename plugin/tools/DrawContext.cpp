@@ -1,6 +1,7 @@
 #include "tools/DrawContext.h"
 
 #include "core/LayerManager.h"
+#include "host/Guarded.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -34,7 +35,7 @@ constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
 } // namespace
 
 DrawContext::DrawContext()
-    : guard_([this] { FinishStroke(); }) {
+    : guard_([this] { CommitOrDrop(&DrawContext::FinishStroke); }) {
     setTitleString("Draw Context");
     setImage(":/icons/draw_context_01.png", kImage1);
     RefreshCursor();
@@ -169,16 +170,17 @@ void DrawContext::BeginStroke() {
         return;
     }
     node->RefreshActiveCamera();
-    camera_ = node->GetActiveCamera();
-    if (!node->PrepareForDraw(camera_, layerIndex_, frameAdded_)) {
-        return;
-    }
-    stroke_ = node->GetActiveStroke(camera_, false);
-    if (!stroke_) {
-        node->GetLayerManager()->TakeBackPress();
+    const QString camera = node->GetActiveCamera();
+    if (!node->PrepareForDraw(camera, layerIndex_, frameAdded_)) {
         return;
     }
     node_ = BaseNodePointer(node);
+    stroke_ = node->GetActiveStroke(camera, false);
+    if (!stroke_) {
+        node->GetLayerManager()->TakeBackPress();
+        node_ = BaseNodePointer();
+        return;
+    }
     M3dView view = M3dView::active3dView();
     view_ = view.widget();
     ThreadManager::GetInstance()->CreateInputThread(view_, node, stroke_);
@@ -203,28 +205,63 @@ void DrawContext::PushStroke() {
     stroke_ = nullptr;
     view_.clear();
     inputHandler_.SetDrawContext(nullptr);
-    if (isThere && node->MayCommitStroke()) {
-        // The layer may have moved since the press.
-        const LayerPlace place = node->FindLayer(node->GetLayerManager()->GetStrokeDrawing().layer);
-        MayaUtil::PushStroke(place.camera, layerIndex_ >= 0 ? place.index : -1, frameAdded_);
-    } else if (wasBegun && !node) {
-        BaseNode::ReportStrokeLost();
-    }
     // A stroke that was not committed is dropped, also on a deleted node: that may come back by undo, and the
     // old stroke would block the next one.
-    BaseNode* const left = node.GetAlive();
-    if (left && left->HasActiveStroke()) {
-        left->CancelActiveStroke();
+    const auto dropLeft = [&node] {
+        BaseNode* const left = node.GetAlive();
+        if (left && left->HasActiveStroke()) {
+            left->CancelActiveStroke();
+        }
+    };
+    try {
+        if (isThere && node->MayCommitStroke()) {
+            // The layer may have moved since the press.
+            const LayerPlace place = node->FindLayer(node->GetLayerManager()->GetStrokeDrawing().layer);
+            MayaUtil::PushStroke(place.camera, layerIndex_ >= 0 ? place.index : -1, frameAdded_);
+        } else if (wasBegun && !node) {
+            BaseNode::ReportStrokeLost();
+        }
+    } catch (...) {
+        dropLeft();
+        throw;
     }
+    dropLeft();
     if (node) {
         node->RefreshActiveView(); // removes the frame around typed text
+    }
+}
+
+/// For events that the host does not pass through the tool.
+void DrawContext::CommitOrDrop(void (DrawContext::*commit)()) noexcept {
+    const bool isDone = RunGuarded("The stroke", [&] { (this->*commit)(); });
+    if (!isDone) {
+        RunGuarded("Dropping the stroke", [this] { DropUnfinished(); });
+    }
+}
+
+void DrawContext::DropUnfinished() {
+    ThreadManager::GetInstance()->DestroyInputThread();
+    guard_.Release();
+    const BaseNodePointer node = node_;
+    const bool isAdjusting = IsAdjusting();
+    node_ = BaseNodePointer();
+    stroke_ = nullptr;
+    view_.clear();
+    adjustSize_ = false;
+    adjustOpacity_ = false;
+    inputHandler_.SetDrawContext(nullptr);
+    DrawContextInputHandler::ResetTabletSettings();
+    BaseNode* const left = isAdjusting ? nullptr : node.GetAlive();
+    if (left) {
+        left->CancelActiveStroke();
+        left->GetLayerManager()->TakeBackPress();
     }
 }
 
 /// The stroke of this tool; null if a command has committed it or the node is gone.
 Stroke* DrawContext::ActiveStroke() const {
     const bool isThere = stroke_ != nullptr && node_ && node_->HasActiveStroke() &&
-                         node_->GetActiveStroke(camera_, false) == stroke_;
+                         node_->GetActiveStroke(QString(), false) == stroke_;
     return isThere ? stroke_ : nullptr;
 }
 
@@ -254,7 +291,7 @@ bool DrawContext::IsTyping() const {
 }
 
 void DrawContext::EndTextDraw() {
-    PushStroke();
+    CommitOrDrop(&DrawContext::PushStroke);
 }
 
 bool DrawContext::ProcessKeyDownEvent(QKeyEvent* event) {

@@ -47,10 +47,13 @@ public:
     bool ProcessKeyDownEvent(QKeyEvent* event);
     /// Returns whether text is being typed.
     bool IsTyping() const;
+    /// Commits the text, or drops it with a message when that fails.
     void EndTextDraw();
     /// Commits the stroke into the drawing that it began on, or drops it, and what its press added, if it
     /// cannot be committed.
     void PushStroke();
+    /// Drops the stroke or text, and what its press added, after something went wrong.
+    void DropUnfinished();
     void RefreshView();
     void RefreshCursor();
     /// Radius of the tool being adjusted, in pixels of the active view. 1 without a node.
@@ -71,6 +74,7 @@ private:
     void BeginStroke();
     /// Stops the input thread and commits the stroke being drawn or typed, if there is one.
     void FinishStroke();
+    void CommitOrDrop(void (DrawContext::*commit)()) noexcept;
     void SwitchCamera();
     Stroke* ActiveStroke() const;
     void EditText(QKeyEvent* event);
@@ -83,7 +87,6 @@ private:
     BaseNodePointer node_;
     Stroke* stroke_ = nullptr; ///< owned by the node; see ActiveStroke()
     QPointer<QWidget> view_;
-    QString camera_;
     int layerIndex_ = -1;
     bool frameAdded_ = false;
     TypedText text_;

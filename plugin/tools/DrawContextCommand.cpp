@@ -3,6 +3,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "tools/DrawContext.h"
+#include "tools/GuardedContext.h"
 
 namespace vellix {
 
@@ -15,7 +16,9 @@ MString DrawContextCommand::GetCommandName() {
 }
 
 MPxContext* DrawContextCommand::makeObj() {
-    return new DrawContext;
+    MPxContext* context = nullptr;
+    RunGuarded("Making the draw tool", [&context] { context = new GuardedContext<DrawContext>; });
+    return context;
 }
 
 } // namespace vellix

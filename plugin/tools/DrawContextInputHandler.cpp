@@ -72,12 +72,12 @@ void DrawContextInputHandler::ForgetHeldKeys() {
     adjustOpacity_ = false;
 }
 
-bool DrawContextInputHandler::eventFilter(QObject* watched, QEvent* event) {
+bool DrawContextInputHandler::ProcessEvent(QObject* watched, QEvent* event) {
     if (IsWatchedView(watched)) {
         return ProcessViewEvent(event);
     }
     if (IsMainWindow(watched)) {
-        return ProcessMainWindowEvent(event) || ViewEventFilter::eventFilter(watched, event);
+        return ProcessMainWindowEvent(event) || ViewEventFilter::ProcessEvent(watched, event);
     }
     if (watched && watched == timeSlider_ && event->type() == QEvent::MouseButtonPress) {
         return ProcessTimeControlMouseEvent(static_cast<QMouseEvent*>(event));

@@ -3,8 +3,6 @@
 #include "tools/OutsidePress.h"
 #include "tools/ViewEventFilter.h"
 
-#include <QString>
-
 class QAction;
 class QMenu;
 class QTabletEvent;
@@ -35,8 +33,6 @@ public:
     /// Ends the text being typed, if there is one.
     void EndTextDraw();
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
     // Each returns whether the event is consumed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
     bool ProcessKeyUpEvent(QKeyEvent* event);
@@ -49,7 +45,7 @@ public:
     void ShowTimeControlContextMenu();
 
 public Q_SLOTS:
-    /// Activates the layer of the triggering action, on the camera that the menu was opened for.
+    /// Activates the layer of the triggering action, wherever it is by now.
     void SetActiveLayer();
     void NewLayer();
     void LayerProperties();
@@ -89,6 +85,7 @@ public Q_SLOTS:
     void ShowColorPalette();
 
 protected:
+    bool ProcessEvent(QObject* watched, QEvent* event) override;
     void ForgetHeldKeys() override;
 
 private:
@@ -113,7 +110,6 @@ private:
 
     QPointer<QWidget> timeSlider_;
     QPointer<QWidget> typedInto_; ///< the view with input methods switched on while typing
-    QString menuCamera_;
     DrawContext* drawContext_ = nullptr;
     OutsidePress outsidePress_;
     bool adjustSize_ = false;

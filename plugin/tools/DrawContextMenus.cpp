@@ -1,6 +1,7 @@
 // The menus of the draw tool: their items, and the slots that the items trigger.
 
 #include "core/Layer.h"
+#include "core/LayerManager.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 #include "host/Settings.h"
@@ -30,7 +31,6 @@ void DrawContextInputHandler::AddCheckItem(QMenu& menu, const QString& text, boo
 }
 
 void DrawContextInputHandler::ShowContextMenu() {
-    menuCamera_ = MayaUtil::GetActive3dViewCameraName();
     auto* const menu = new QMenu(MQtUtil::mainWindow());
     if (const BaseNode* const node = BaseNode::GetMaster()) {
         AddLayers(*menu, *node);
@@ -66,8 +66,9 @@ void DrawContextInputHandler::ShowTimeControlContextMenu() {
 }
 
 void DrawContextInputHandler::AddLayers(QMenu& menu, const BaseNode& node) {
-    const bool cameraIsActive = node.GetActiveCamera() == menuCamera_;
-    const QList<Layer*> layers = node.GetLayers(menuCamera_);
+    const QString camera = MayaUtil::GetActive3dViewCameraName();
+    const bool cameraIsActive = node.GetActiveCamera() == camera;
+    const QList<Layer*> layers = node.GetLayers(camera);
     for (int index = layers.size() - 1; index >= 0; --index) {
         const Layer* const layer = layers.at(index);
         if (!layer) {
@@ -77,7 +78,7 @@ void DrawContextInputHandler::AddLayers(QMenu& menu, const BaseNode& node) {
         const QString name = MenuText(layer->GetName());
         QAction* const action = AddItem(menu, isActive ? QStringLiteral("%1 (active)").arg(name) : name,
                                         &DrawContextInputHandler::SetActiveLayer);
-        action->setData(index);
+        action->setData(static_cast<qulonglong>(layer->GetId())); // it may move meanwhile
     }
     if (!layers.isEmpty()) {
         menu.addSeparator();
@@ -144,8 +145,13 @@ void DrawContextInputHandler::AddCleanup(QMenu& menu) {
 // --- slots of the items -----------------------------------------------------------------------------------
 
 void DrawContextInputHandler::SetActiveLayer() {
-    if (const auto* const action = qobject_cast<QAction*>(sender())) {
-        MayaUtil::SetActiveLayer(menuCamera_, action->data().toInt());
+    const auto* const action = qobject_cast<QAction*>(sender());
+    const BaseNode* const node = BaseNode::GetMaster();
+    if (action && node) {
+        const LayerPlace place = node->FindLayer(static_cast<LayerId>(action->data().toULongLong()));
+        if (place.layer) {
+            MayaUtil::SetActiveLayer(place.camera, place.index);
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <limits>
+#include <new>
 
 namespace vellix {
 
@@ -38,7 +39,11 @@ void InputWorker::Run() {
     running_ = true;
     while (running_) {
         QCoreApplication::processEvents(); // delivers Shutdown()
-        UpdatePosition();
+        try {
+            UpdatePosition();
+        } catch (const std::bad_alloc&) {
+            // the next round tries again
+        }
         QThread::msleep(SAMPLE_PERIOD);
     }
 }
@@ -60,8 +65,8 @@ void InputWorker::UpdatePosition() {
         // Two samples one pixel apart, so that a click without a move makes a dot.
         Send(QPoint(x, y));
     }
-    lastPosition_ = position;
     Send(position);
+    lastPosition_ = position;
 }
 
 void InputWorker::Send(const QPoint& position) {

@@ -1,5 +1,6 @@
 #include "tools/ThreadManager.h"
 
+#include "host/Guarded.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
@@ -9,6 +10,8 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QThread>
+
+#include <new>
 
 namespace vellix {
 
@@ -42,6 +45,7 @@ ThreadManager* ThreadManager::GetInstance() {
 void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke) {
     DestroyInputThread();
     smoother_.Reset();
+    isShort_ = false;
     if (!view || !node || !stroke) {
         return;
     }
@@ -106,6 +110,17 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
     if (!active_ || !StrokeIsThere()) {
         return;
     }
+    try {
+        AddSample(position, size, opacity, hardness);
+    } catch (const std::bad_alloc& reason) {
+        if (!isShort_) {
+            LogFailure("A part of the stroke", reason);
+        }
+        isShort_ = true;
+    }
+}
+
+void ThreadManager::AddSample(const QPoint& position, int size, float opacity, float hardness) {
     if (widget_) {
         worker_->SetView(*widget_);
         placement_ = ViewPlacement::For(view_);
@@ -126,9 +141,11 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
 /// Redraws the view for the last samples of a drag. The tool's drag events redraw it for the samples before,
 /// but none follows once the pointer rests.
 void ThreadManager::CatchUp() {
-    if (active_ && StrokeIsThere() && stroke_->changed) {
-        node_->RefreshActiveView();
-    }
+    RunGuarded("Refreshing the view", [this] {
+        if (active_ && StrokeIsThere() && stroke_->changed) {
+            node_->RefreshActiveView();
+        }
+    });
 }
 
 /// Returns false when the node has left the scene or a command has committed or dropped the stroke.

@@ -52,6 +52,7 @@ private:
     ~ThreadManager() override;
 
     bool StrokeIsThere() const;
+    void AddSample(const QPoint& position, int size, float opacity, float hardness);
     void CatchUp();
     /// The widget's view; the active one when it has none.
     static M3dView FindView(const QWidget& widget);
@@ -66,6 +67,7 @@ private:
     std::unique_ptr<QThread> thread_;
     std::unique_ptr<InputWorker> worker_;
     bool active_ = false;
+    bool isShort_ = false; ///< of memory, as was reported for this stroke
     /// Threads that did not end in time. Each deletes itself and its worker when it finishes.
     std::vector<QPointer<QThread>> lateThreads_;
 };

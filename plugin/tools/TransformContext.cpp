@@ -152,7 +152,7 @@ bool TransformContext::InitializeSelectStage(bool paste) {
     if (invalid_) {
         return false;
     }
-    const QString& camera = selection_.GetCamera();
+    const QString camera = selection_.GetCamera();
     if (node->GetActiveCamera() != camera) {
         SetSelectionOutlineDrawnByNodeEnabled(false);
         MayaUtil::SetActiveLayer(camera, node->GetActiveLayerIndex(camera));
@@ -238,8 +238,17 @@ bool TransformContext::PushStroke() {
                                                          clipboard_.IsFrameCreated());
 }
 
+void TransformContext::DropUnfinished() {
+    stage_ = SELECT_STAGE;
+    invalid_ = false;
+    clipboard_.End();
+    CancelStroke();
+    selection_.Forget();
+    ForgetOutline();
+}
+
 void TransformContext::CancelStroke() {
-    const QString& camera = selection_.GetCamera();
+    const QString camera = selection_.GetCamera();
     // The node may have been deleted, and come back with an undo.
     if (const std::shared_ptr<LayerManager> layers = selection_.GetLayers()) {
         layers->CancelActiveStroke();

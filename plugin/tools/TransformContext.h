@@ -79,6 +79,8 @@ public:
     void SetSelectionOutlineDrawnByNodeEnabled(bool enabled);
     void RefreshView();
     bool PushStroke();
+    /// Drops the stroke, and starts the tool again, after something went wrong.
+    void DropUnfinished();
     /// Drops the stroke and the layer and frame that were created to paste into.
     void CancelStroke();
 

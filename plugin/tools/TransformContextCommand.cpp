@@ -2,6 +2,7 @@
 
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "tools/GuardedContext.h"
 #include "tools/TransformContext.h"
 
 namespace vellix {
@@ -15,7 +16,9 @@ MString TransformContextCommand::GetCommandName() {
 }
 
 MPxContext* TransformContextCommand::makeObj() {
-    return new TransformContext;
+    MPxContext* context = nullptr;
+    RunGuarded("Making the transform tool", [&context] { context = new GuardedContext<TransformContext>; });
+    return context;
 }
 
 } // namespace vellix

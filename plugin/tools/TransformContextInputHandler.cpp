@@ -1,5 +1,6 @@
 #include "tools/TransformContextInputHandler.h"
 
+#include "host/Guarded.h"
 #include "host/Settings.h"
 #include "tools/TransformContext.h"
 
@@ -22,7 +23,7 @@ void TransformContextInputHandler::SetEventFilterEnabled(bool enabled) {
     }
 }
 
-bool TransformContextInputHandler::eventFilter(QObject* watched, QEvent* event) {
+bool TransformContextInputHandler::ProcessEvent(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress && IsWatchedView(watched)) {
         return ProcessMouseEvent(static_cast<QMouseEvent*>(event));
     }
@@ -32,7 +33,7 @@ bool TransformContextInputHandler::eventFilter(QObject* watched, QEvent* event) 
     if (event->type() == QEvent::KeyRelease && IsMainWindow(watched)) {
         return ProcessKeyUpEvent(static_cast<QKeyEvent*>(event));
     }
-    return ViewEventFilter::eventFilter(watched, event);
+    return ViewEventFilter::ProcessEvent(watched, event);
 }
 
 bool TransformContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
@@ -87,70 +88,61 @@ void TransformContextInputHandler::ShowContextMenu(QPoint position) {
     ShowMenu(menu);
 }
 
-void TransformContextInputHandler::Transform() {
-    if (context_) {
-        context_->Transform(false);
+/// Has the tool do something. If that throws, the error is reported, and what is half done dropped.
+template <typename Action>
+void TransformContextInputHandler::Tell(Action action) {
+    TransformContext* const context = context_;
+    if (!context) {
+        return;
     }
+    const bool isDone = RunGuarded("The transform", [&] { action(*context); });
+    if (!isDone && context_) {
+        RunGuarded("Dropping the transform", [&] { context->DropUnfinished(); });
+    }
+}
+
+void TransformContextInputHandler::Transform() {
+    Tell([](TransformContext& context) { context.Transform(false); });
 }
 
 void TransformContextInputHandler::TransformCopy() {
-    if (context_) {
-        context_->Transform(true);
-    }
+    Tell([](TransformContext& context) { context.Transform(true); });
 }
 
 void TransformContextInputHandler::FlipHorizontal() {
-    if (context_) {
-        context_->FlipHorizontal();
-    }
+    Tell([](TransformContext& context) { context.FlipHorizontal(); });
 }
 
 void TransformContextInputHandler::FlipVertical() {
-    if (context_) {
-        context_->FlipVertical();
-    }
+    Tell([](TransformContext& context) { context.FlipVertical(); });
 }
 
 void TransformContextInputHandler::Cut() {
-    if (context_) {
-        context_->Cut();
-    }
+    Tell([](TransformContext& context) { context.Cut(); });
 }
 
 void TransformContextInputHandler::Copy() {
-    if (context_) {
-        context_->Copy(false);
-    }
+    Tell([](TransformContext& context) { context.Copy(false); });
 }
 
 void TransformContextInputHandler::Paste() {
-    if (context_) {
-        context_->Paste(false, menuPosition_);
-    }
+    Tell([this](TransformContext& context) { context.Paste(false, menuPosition_); });
 }
 
 void TransformContextInputHandler::PasteAndTransform() {
-    if (context_) {
-        context_->Paste(true, menuPosition_);
-    }
+    Tell([this](TransformContext& context) { context.Paste(true, menuPosition_); });
 }
 
 void TransformContextInputHandler::Apply() {
-    if (context_) {
-        context_->completeAction();
-    }
+    Tell([](TransformContext& context) { context.completeAction(); });
 }
 
 void TransformContextInputHandler::Revert() {
-    if (context_) {
-        context_->deleteAction();
-    }
+    Tell([](TransformContext& context) { context.deleteAction(); });
 }
 
 void TransformContextInputHandler::Cancel() {
-    if (context_) {
-        context_->abortAction();
-    }
+    Tell([](TransformContext& context) { context.abortAction(); });
 }
 
 } // namespace vellix

@@ -22,7 +22,6 @@ public:
     void SetTransformContext(TransformContext* context);
     void SetEventFilterEnabled(bool enabled);
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
     // Each returns whether the event is consumed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
     bool ProcessKeyUpEvent(QKeyEvent* event);
@@ -44,7 +43,13 @@ public Q_SLOTS:
     void Revert();
     void Cancel();
 
+protected:
+    bool ProcessEvent(QObject* watched, QEvent* event) override;
+
 private:
+    template <typename Action>
+    void Tell(Action action);
+
     using Slot = void (TransformContextInputHandler::*)();
 
     QAction* AddItem(QMenu& menu, const char* label, Slot slot);

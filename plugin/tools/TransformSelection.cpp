@@ -15,7 +15,7 @@ namespace vellix {
 // --- camera, layer and frame ------------------------------------------------------------------------------
 
 void TransformSelection::Forget() {
-    camera_.clear();
+    camera_ = CameraHandle();
     corners_.fill(QPoint());
 }
 
@@ -24,12 +24,12 @@ void TransformSelection::Begin(const BaseNode& node) {
     placement_ = Placement();
     frame_ = MayaUtil::GetPlaybackTimeValue();
     view_ = M3dView::active3dView();
-    camera_ = MayaUtil::GetCameraName(view_);
+    camera_ = CameraHandle(MayaUtil::GetCameraName(view_));
     layers_ = node.GetLayerManager();
 }
 
 bool TransformSelection::TakeActiveLayer(const BaseNode& node) {
-    const Layer* const active = node.GetActiveLayer(camera_);
+    const Layer* const active = node.GetActiveLayer(GetCamera());
     layer_ = active ? active->GetId() : LayerId::None;
     return active != nullptr;
 }
@@ -41,17 +41,17 @@ BaseNode* TransformSelection::GetNode() const {
 }
 
 Stroke* TransformSelection::FindStroke(BaseNode& node) const {
-    Stroke* stroke = node.HasActiveStroke() ? node.GetActiveStroke(camera_, false) : nullptr;
+    Stroke* stroke = node.HasActiveStroke() ? node.GetActiveStroke(GetCamera(), false) : nullptr;
     return stroke != nullptr && stroke->tool == ToolType::Transform ? stroke : nullptr;
 }
 
 bool TransformSelection::IsInActiveView() const {
-    return HasBegun() && MayaUtil::GetActive3dViewCameraName() == camera_;
+    return HasBegun() && MayaUtil::GetActive3dViewCameraName() == GetCamera();
 }
 
 bool TransformSelection::IsCurrent() const {
     const BaseNode* node = GetNode();
-    const Layer* active = node ? node->GetActiveLayer(camera_) : nullptr;
+    const Layer* active = node ? node->GetActiveLayer(GetCamera()) : nullptr;
     return active != nullptr && active->GetId() == layer_ && IsInActiveView() &&
            MayaUtil::GetPlaybackTimeValue() == frame_;
 }

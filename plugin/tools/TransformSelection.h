@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/CameraHandle.h"
 #include "core/Identity.h"
 
 #include <maya/M3dView.h>
@@ -33,9 +34,9 @@ public:
     /// Selects in the camera's active layer. Returns false if there is none.
     bool TakeActiveLayer(const BaseNode& node);
 
-    bool HasBegun() const { return !camera_.isEmpty(); }
-    /// Empty until a selection begins.
-    const QString& GetCamera() const { return camera_; }
+    bool HasBegun() const { return !camera_.IsEmpty(); }
+    /// The camera's name now; empty until a selection begins.
+    QString GetCamera() const { return camera_.Name(); }
     M3dView& GetView() { return view_; }
     /// The drawing selected in; null once it is gone.
     std::shared_ptr<LayerManager> GetLayers() const { return layers_.lock(); }
@@ -93,7 +94,7 @@ private:
     void EncloseRegion(const BaseNode& node);
 
     M3dView view_;
-    QString camera_;
+    CameraHandle camera_;
     std::weak_ptr<LayerManager> layers_;
     LayerId layer_ = LayerId::None;
     int frame_ = 0; ///< playback frame

@@ -1,5 +1,7 @@
 #include "tools/ViewEventFilter.h"
 
+#include "host/Guarded.h"
+
 #include <maya/M3dView.h>
 #include <maya/MQtUtil.h>
 
@@ -94,6 +96,12 @@ void ViewEventFilter::ShowMenu(QMenu* menu) {
 }
 
 bool ViewEventFilter::eventFilter(QObject* watched, QEvent* event) {
+    bool isConsumed = false;
+    RunGuarded("Handling the input", [&] { isConsumed = ProcessEvent(watched, event); });
+    return isConsumed;
+}
+
+bool ViewEventFilter::ProcessEvent(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate && IsMainWindow(watched)) {
         ForgetHeldKeys();
     }

@@ -25,6 +25,8 @@ public:
     /// added when it is first used.
     void UpdateActiveViewEventFilter();
 
+    bool eventFilter(QObject* watched, QEvent* event) final;
+
 protected:
     /// Installs the filter on the main window and the active view. Treats all keys as released.
     void InstallEventFilters();
@@ -48,8 +50,9 @@ protected:
     /// be gone when it returns.
     static void ShowMenu(QMenu* menu);
 
-    /// Handles the main window's loss of focus. Overrides must pass on the events that they do not handle.
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    /// Returns whether the event is consumed. Handles the main window's loss of focus; overrides must pass on
+    /// the events that they do not handle. May throw, which is reported.
+    virtual bool ProcessEvent(QObject* watched, QEvent* event);
 
 private:
     QPointer<QWidget> mainWindow_;

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <stdexcept>
 
 namespace vellix {
 
@@ -48,6 +49,15 @@ std::vector<InterleavingWalk::Step> InterleavingWalk::RandomSteps(unsigned seed,
         steps.push_back(step);
     }
     return steps;
+}
+
+std::size_t InterleavingWalk::ActionNamed(const std::string& name) {
+    for (std::size_t i = 0; i < Actions().size(); ++i) {
+        if (Actions()[i].name == name) {
+            return i;
+        }
+    }
+    throw std::runtime_error("no action " + name);
 }
 
 InterleavingWalk::Outcome InterleavingWalk::Walk(const std::vector<Step>& steps) {
@@ -173,6 +183,10 @@ std::string InterleavingWalk::Judge(const DrawingSnapshot& after) {
     if (pending_ && (!HasStroke() || isNewStroke_)) {
         ended = std::exchange(pending_, std::nullopt);
     }
+    if (ended) {
+        ended->isTaken =
+            permission_.frames.count(ended->frame) > 0 || permission_.layers.count(ended->layer) > 0;
+    }
     const std::optional<Pending> concerned = ended ? ended : pending_;
     if (HasStroke() && !pending_) {
         NotePending(after);
@@ -238,6 +252,9 @@ std::string InterleavingWalk::JudgeEnd(const Pending& ended, const DrawingSnapsh
     const bool isCommitted = key && keyBefore && key->hash != keyBefore->hash;
     if (isCommitted || !ended.marks || permission_.everything || permission_.endsQuietly) {
         return {};
+    }
+    if (ended.tool == "text" && ended.isTaken && !key) {
+        return {}; // it was committed as a step of its own first
     }
     const auto* layer = after.FindLayer(ended.layer);
     const auto* layerBefore = before_.FindLayer(ended.layer);

@@ -35,6 +35,8 @@ protected:
     };
 
     static std::vector<Step> RandomSteps(unsigned seed, std::size_t count);
+    /// The index of an action, for a way that is written down.
+    static std::size_t ActionNamed(const std::string& name);
     /// Goes the way in a new scene, up to the first fault, then to the start of the undo queue and back.
     Outcome Walk(const std::vector<Step>& steps);
     /// Leaves out steps as long as the same fault comes, for at most so many walks.
@@ -59,8 +61,9 @@ private:
         FrameId frame = FrameId::None;
         bool layerAdded = false;
         bool frameAdded = false;
-        bool marks = false;  ///< the picture differs when it is committed
-        bool isSaid = false; ///< a message came in the middle
+        bool marks = false;   ///< the picture differs when it is committed
+        bool isSaid = false;  ///< a message came in the middle
+        bool isTaken = false; ///< the step that ended it may take its picture away
     };
     /// What a step may take away.
     struct Permission {

@@ -146,7 +146,8 @@ std::string InterleavingWalk::PressKey(const Numbers& n) {
                 {"Return", Qt::Key_Return, Qt::NoModifier},       {"Ctrl+Z", Qt::Key_Z, Qt::ControlModifier}};
     const auto& key = keys[n[0] % 6];
     const bool takesBack = key.key == Qt::Key_Z;
-    const bool isTyping = IsTextOpen();
+    // While the button is down no text is open yet, and Ctrl+Z is the host's.
+    const bool isTyping = IsTextOpen() && !isButtonDown_;
     permission_.everything = takesBack && !isTyping;
     permission_.endsQuietly = isTyping ? takesBack : key.key != Qt::Key_Return;
     if (!isTyping && (key.key == Qt::Key_Backspace || key.key == Qt::Key_Return) && !TransformTool()) {

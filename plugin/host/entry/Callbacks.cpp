@@ -1,6 +1,7 @@
 #include "host/entry/Callbacks.h"
 
 #include "core/LayerManager.h"
+#include "host/Guarded.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -20,6 +21,7 @@
 #include <maya/MFnDagNode.h>
 #include <maya/MNodeMessage.h>
 #include <maya/MObjectHandle.h>
+#include <maya/MSceneMessage.h>
 #include <maya/MTime.h>
 
 #include <QObject>
@@ -34,6 +36,18 @@ namespace vellix {
 namespace {
 
 constexpr int NO_SCRIPT_JOB = -1;
+const char* const FOLLOWING = "Following a change of the scene";
+
+/// What the host calls: a callback whose exceptions become errors.
+template <MMessage::MBasicFunction callback>
+void Safe(void* data) {
+    RunGuarded(FOLLOWING, [=] { callback(data); });
+}
+
+template <MMessage::MNodeFunction callback>
+void SafeFor(MObject& node, void* data) {
+    RunGuarded(FOLLOWING, [&] { callback(node, data); });
+}
 
 MCallbackIdArray g_callbacks;
 int g_playbackScriptJob = NO_SCRIPT_JOB;
@@ -41,6 +55,7 @@ int g_playbackScriptJob = NO_SCRIPT_JOB;
 std::unique_ptr<QObject> g_followUp;
 // The cameras and drawing nodes that the running import has added so far.
 std::vector<MObjectHandle> g_imported;
+bool g_isEnding = false; // the program, with its scene
 
 void OnSelectionChanged(void*) {
     if (MayaUtil::IsRefreshingTimeControl()) {
@@ -110,6 +125,12 @@ void OnSceneOpened(void*) {
     DocumentFollower::FollowScene();
 }
 
+void OnReferenceRead(void*) {
+    FollowReferencedCameras();
+    BaseNode::UpdatePlaybackTime();
+    DocumentFollower::FollowScene();
+}
+
 void OnSceneImported(void*) {
     QStringList cameras;
     QList<BaseNode*> drawings;
@@ -153,6 +174,10 @@ void OnNameChanged(MObject& node, const MString& before, void*) {
     }
 }
 
+void SafeOnNameChanged(MObject& node, const MString& before, void* data) {
+    RunGuarded(FOLLOWING, [&] { OnNameChanged(node, before, data); });
+}
+
 void OnDrawingAdded(MObject& object, void*) {
     if (MFileIO::isImportingFile()) {
         g_imported.emplace_back(object);
@@ -162,7 +187,8 @@ void OnDrawingAdded(MObject& object, void*) {
 }
 
 void OnDrawingRemoved(MObject& object, void*) {
-    if (const BaseNode* const node = BaseNode::FromObject(object)) {
+    const BaseNode* const node = g_isEnding ? nullptr : BaseNode::FromObject(object);
+    if (node) {
         MasterNode::OnRemoved(*node);
     }
 }
@@ -174,6 +200,7 @@ void OnCameraAdded(MObject& object, void*) {
 }
 
 void OnApplicationExit(void*) {
+    g_isEnding = true;
     IdleWork::Stop();
     BaseNode::Shutdown();
 }
@@ -190,8 +217,10 @@ void OnNodeAddedOrRemoved(MObject&, void*) {
     g_followUp = std::make_unique<QObject>();
     QTimer::singleShot(0, g_followUp.get(), [] {
         g_followUp.release()->deleteLater();
-        DocumentFollower::FollowScene();
-        DialogManager::FollowScene();
+        RunGuarded(FOLLOWING, [] {
+            DocumentFollower::FollowScene();
+            DialogManager::FollowScene();
+        });
     });
 }
 
@@ -216,18 +245,18 @@ MStatus AddNodeCallbacks() {
     const MString drawing = BaseNode::GetTypeName();
     const MString camera = "camera";
     std::vector<MStatus> results = {
-        FollowNodes(MDGMessage::addNodeAddedCallback, OnDrawingAdded, drawing),
-        FollowNodes(MDGMessage::addNodeRemovedCallback, OnDrawingRemoved, drawing),
-        FollowNodes(MDGMessage::addNodeAddedCallback, OnCameraAdded, camera),
+        FollowNodes(MDGMessage::addNodeAddedCallback, SafeFor<OnDrawingAdded>, drawing),
+        FollowNodes(MDGMessage::addNodeRemovedCallback, SafeFor<OnDrawingRemoved>, drawing),
+        FollowNodes(MDGMessage::addNodeAddedCallback, SafeFor<OnCameraAdded>, camera),
     };
     MStatus status;
     const MCallbackId id =
-        MNodeMessage::addNameChangedCallback(MObject::kNullObj, OnNameChanged, nullptr, &status);
+        MNodeMessage::addNameChangedCallback(MObject::kNullObj, SafeOnNameChanged, nullptr, &status);
     results.push_back(Keep(id, status));
     if (Settings::guiEnabled) { // only the panels need these
         for (const MString& type : {drawing, camera}) {
             for (const auto add : {MDGMessage::addNodeAddedCallback, MDGMessage::addNodeRemovedCallback}) {
-                results.push_back(FollowNodes(add, OnNodeAddedOrRemoved, type));
+                results.push_back(FollowNodes(add, SafeFor<OnNodeAddedOrRemoved>, type));
             }
         }
     }
@@ -241,26 +270,32 @@ MStatus AddNodeCallbacks() {
 } // namespace
 
 MStatus AddCallbacks() {
+    g_isEnding = false;
     struct Handler {
         const char* event;
         MMessage::MBasicFunction function;
     };
     const Handler handlers[] = {
-        {"SelectionChanged", OnSelectionChanged},
-        {"timeChanged", OnTimeChanged},
-        {"timeUnitChanged", OnTimeUnitChanged},
-        {"SceneOpened", OnSceneOpened},
-        {"SceneImported", OnSceneImported},
-        {"quitApplication", OnApplicationExit},
-        {"Undo", OnUndoRedo},
-        {"Redo", OnUndoRedo},
-        {"NewSceneOpened", OnSceneOpened},
+        {"SelectionChanged", Safe<OnSelectionChanged>},
+        {"timeChanged", Safe<OnTimeChanged>},
+        {"timeUnitChanged", Safe<OnTimeUnitChanged>},
+        {"SceneOpened", Safe<OnSceneOpened>},
+        {"SceneImported", Safe<OnSceneImported>},
+        {"quitApplication", Safe<OnApplicationExit>},
+        {"Undo", Safe<OnUndoRedo>},
+        {"Redo", Safe<OnUndoRedo>},
+        {"NewSceneOpened", Safe<OnSceneOpened>},
     };
     MStatus result;
     for (const Handler& handler : handlers) {
         MStatus status;
         const MCallbackId id =
             MEventMessage::addEventCallback(handler.event, handler.function, nullptr, &status);
+        result = Keep(id, status) ? result : status;
+    }
+    for (const auto message : {MSceneMessage::kAfterCreateReference, MSceneMessage::kAfterLoadReference}) {
+        MStatus status;
+        const MCallbackId id = MSceneMessage::addCallback(message, Safe<OnReferenceRead>, nullptr, &status);
         result = Keep(id, status) ? result : status;
     }
     const MStatus status = AddNodeCallbacks();

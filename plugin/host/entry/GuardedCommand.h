@@ -12,11 +12,9 @@ class GuardedCommand : public Command {
 public:
     /// Null when memory is short.
     static void* Creator() {
-        try {
-            return new GuardedCommand;
-        } catch (const std::bad_alloc&) {
-            return nullptr;
-        }
+        GuardedCommand* command = nullptr;
+        RunGuarded("Making the command", [&command] { command = new GuardedCommand; });
+        return command;
     }
 
     MStatus doIt(const MArgList& args) override {

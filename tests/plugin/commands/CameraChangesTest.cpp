@@ -202,6 +202,33 @@ TEST_F(SeveralDrawingsTest, AnImportedDrawingKeepsItsCameras) {
     EXPECT_EQ(LayerNames("shot"), QStringList({"P", "Q"}));
 }
 
+// Opening a scene has events of its own; see the tests of drawing nodes.
+TEST_F(SeveralDrawingsTest, AReferencedDrawingFindsTheCamerasOfItsFile) {
+    const QString path = folder_.filePath("set.ma");
+    Mel(QString("file -rename \"%1\"; file -save; file -f -new; playbackOptions -min 1 -max 4").arg(path));
+    Mel("qmVellixNode");
+    MakeCamera("shot");
+    Mel("qmVellixLayer -add -n Mine -ls 0 shot");
+    const QString before = Drawing();
+    Mel(QString("file -reference -namespace \"set\" \"%1\"").arg(path));
+    const auto cameras = [] { return Find("set:vellixShape")->GetLayerManager()->GetCameras(); };
+    EXPECT_EQ(cameras(), QStringList({"persp", "set:shot"}));
+    Mel("file -unloadReference \"setRN\"; file -loadReference \"setRN\"");
+    EXPECT_EQ(cameras(), QStringList({"persp", "set:shot"}));
+    // The scene's own layers over a referenced camera stay when it goes, and are there when it comes back.
+    Mel("qmVellixLayer -add -n Over -ls 0 \"set:shot\"");
+    const QString over = Drawing();
+    Mel("file -unloadReference \"setRN\"");
+    EXPECT_EQ(Drawing().toStdString(), over.toStdString());
+    ExpectUndoable("qmVellixLayer -moveAll shot \"set:shot\"");
+    Mel("file -loadReference \"setRN\"");
+    EXPECT_EQ(Drawing().toStdString(), over.toStdString());
+    Mel("file -removeReference -referenceNode \"setRN\"");
+    EXPECT_EQ(Drawing().toStdString(), over.toStdString());
+    Mel("qmVellixLayer -deleteAll \"set:shot\"; qmVellixLayer -e -active 0 shot");
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+}
+
 // --- time -------------------------------------------------------------------------------------------------
 
 TEST_F(CameraChangesTest, ATimeUnitThatCoversDrawingsIsWarnedOf) {

@@ -218,6 +218,61 @@ TEST_F(StrokeTargetTest, UndoUnderTheStrokeBringsBackEverything) {
     EXPECT_EQ(Drawing().toStdString(), added.toStdString());
 }
 
+// A frame that lands on the key of a press would take the drawing from under the stroke.
+TEST_F(StrokeTargetTest, NoFrameIsPutUnderTheStroke) {
+    const struct {
+        int time;
+        const char* line;
+        const char* message;
+    } rows[] = {
+        {3, "qmVellixFrame -move 2 1 1", "Move Failed. A frame already exists at time 3"},
+        {3, "qmVellixFrame -move 2 1 5", "Move Failed. A frame already exists at time 3"},
+        {2, "timeControl -e -rangeArray 1 2 $gPlayBackSlider; qmVellixFrame -retime 1",
+         "Retime Failed. A stroke is being drawn at time 2. Finish it first."},
+        {3, "timeControl -e -rangeArray 3 4 $gPlayBackSlider; qmVellixFrame -paste",
+         "Paste Failed. A stroke is being drawn at time 3. Finish it first."},
+        {3, "qmVellixFrame -duplicate", "A frame already exists at the current time."},
+    };
+    Mel("currentTime 5; qmVellixFrame -copy");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
+        Mel(QString("currentTime %1").arg(row.time));
+        const QString before = Drawing();
+        const Pressed pressed = Press("persp", 700);
+        EXPECT_TRUE(pressed.frameAdded);
+        const QString during = Drawing();
+        EXPECT_EQ(Refused(row.line), QStringList(row.message));
+        EXPECT_EQ(Drawing().toStdString(), during.toStdString());
+        EXPECT_TRUE(Release(pressed));
+        const QString after = Drawing();
+        Mel("undo");
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+        Mel("redo");
+        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        Mel("undo");
+    }
+}
+
+// What is put back goes where it belongs, though the camera and its layers have changed unrecorded.
+TEST_F(StrokeTargetTest, RedoFindsThePlaceOfTheLayerThatThePressAdded) {
+    Mel("createNode transform -n shot; createNode camera -n shotShape -p shot; currentTime 3");
+    DrawStroke("shot", 700);
+    const LayerId added = Node().GetLayer("shot", 0)->GetId();
+    Mel("undo");
+    EXPECT_EQ(Node().FindLayer(added).layer, nullptr);
+    Mel("undoInfo -stateWithoutFlush 0; rename shot hero; undoInfo -stateWithoutFlush 1");
+    Refused("qmVellixLayer -ins 0 -n Extra hero");
+    Mel("redo");
+    EXPECT_EQ(Messages(), QStringList());
+    const LayerPlace place = Node().FindLayer(added);
+    EXPECT_EQ(place.camera, "hero");
+    EXPECT_EQ(place.index, 0); // nothing was below it
+    EXPECT_EQ(Node().GetActiveCamera(), "hero");
+    EXPECT_EQ(Node().LayerCount("shot"), 0);
+    Mel("undo; redo");
+    EXPECT_EQ(Node().FindLayer(added).camera, "hero");
+}
+
 TEST_F(StrokeTargetTest, UndoAndRedoOfManyStrokesActOnTheSameObjects) {
     QStringList states{Drawing()};
     const auto state = [&] { states.append(Drawing()); };
@@ -285,6 +340,10 @@ TEST_F(StrokeTargetTest, ARefusedPressAddsNothing) {
     EXPECT_EQ(layer, -1);
     EXPECT_EQ(Drawing().toStdString(), before.toStdString());
     Settings::defaultLayerState = 0;
+
+    EXPECT_FALSE(Node().PrepareForDraw("nowhere", layer, frameAdded));
+    EXPECT_EQ(Messages(), QStringList({"Active layer is locked.", "Camera does not exist: nowhere"}));
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
 
     // A static layer that has not followed the time finds its frame's time taken.
     Mel("qmVellixLayer -es 1 0 persp");

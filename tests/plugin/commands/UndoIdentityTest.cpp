@@ -118,11 +118,32 @@ TEST_F(UndoIdentityTest, ARefusedInsertBetweenLeavesTheWayBack) {
                 Mel("undo");
                 EXPECT_EQ(Messages(), QStringList());
                 EXPECT_EQ(DrawingWithoutExtra(camera).toStdString(), before.toStdString());
+                EXPECT_GE(Node().GetActiveLayerIndex(camera), 0);
                 Mel("redo");
                 EXPECT_EQ(Messages(), QStringList());
                 EXPECT_EQ(DrawingWithoutExtra(camera).toStdString(), after.toStdString());
+                EXPECT_GE(Node().GetActiveLayerIndex(camera), 0);
             }
         }
+    }
+}
+
+// The camera was empty when the step was made, so the step does not know which layer is active there.
+TEST_F(UndoIdentityTest, ALayerThatCameToAnEmptyCameraStaysActive) {
+    for (const char* line : {"qmVellixLayer -moveAll top side", "qmVellixLayer -deleteAll side"}) {
+        SetUp();
+        Mel(line);
+        InsertRefused("side");
+        const auto layers = [] {
+            return Drawing().section('\n', 1).toStdString();
+        }; // all but the active camera
+        const std::string before = layers();
+        for (const char* step : {"undo", "redo", "undo"}) {
+            Mel(step);
+            EXPECT_EQ(Node().GetActiveLayerIndex("side"), 0) << line << ", " << step;
+        }
+        Mel("redo");
+        EXPECT_EQ(layers(), before) << line;
     }
 }
 

@@ -42,7 +42,7 @@ TEST_F(LayerTest, ManyFramesGoAndComeAtOnce) {
     ASSERT_EQ(frames.size(), 2U);
     frames.insert(frames.begin(), std::make_unique<Frame>(At(6)));
     frames.push_back(std::make_unique<Frame>(At(-2)));
-    layer.PutFrames(std::move(frames));
+    layer.PutFrames(frames);
     EXPECT_EQ(Times(), QList<int>({-2, 1, 3, 5, 6, 7}));
     EXPECT_EQ(layer.GetFrame(2), three);
     EXPECT_EQ(layer.GetCurrentFrameIndex(), 4);

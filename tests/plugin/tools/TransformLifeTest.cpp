@@ -1,8 +1,11 @@
 #include "paint/Stroke.h"
+#include "plugin/FailingAllocation.h"
 #include "plugin/tools/TransformFixture.h"
 #include "scene/ToolContexts.h"
 
 #include <QStringList>
+
+#include <gmock/gmock.h>
 
 namespace vellix {
 namespace {
@@ -104,6 +107,80 @@ TEST_F(TransformLifeTest, WhatEndsItInTheMiddleIsSaid) {
         Activate();
         ExpectFreshStart();
     }
+}
+
+TEST_F(TransformLifeTest, ARenamedCameraChangesNothing) {
+    Begin();
+    Run("createNode transform -n shot; createNode camera -n shotShape -p shot");
+    Run("qmVellixLayer -moveAll shot persp; lookThru modelPanel4 shot");
+    Run("setAttr shotShape.filmFit 1; setAttr shotShape.overscan 1");
+    Activate();
+    for (const bool isInSelectStage : {true, false}) {
+        SCOPED_TRACE(isInSelectStage);
+        Select(QUARTERS);
+        if (isInSelectStage) {
+            Run("rename shot hero");
+        }
+        Key(Qt::Key_Return);
+        Drag({100, 300}, {180, 310});
+        if (!isInSelectStage) {
+            Run("rename shot hero");
+        }
+        messages_.clear();
+        Grab();
+        EXPECT_TRUE(Node().DrawTransformOutline("hero"));
+        Drag({100, 300}, {110, 300});
+        Key(Qt::Key_Return);
+        EXPECT_THAT(messages_, ::testing::Not(::testing::Contains(::testing::HasSubstr("[Vellix2]"))));
+        EXPECT_EQ(Current("hero").pixelColor(391, 411), QColor(Qt::red)); // moved by (90, 10)
+        EXPECT_EQ(Current("hero").pixelColor(301, 401).alpha(), 0);
+        Run("undo");
+        EXPECT_EQ(Current("hero"), Picture());
+        Run("rename hero shot");
+        Activate();
+    }
+}
+
+// Memory runs out at any allocation of the tool, from the press that selects to the key that commits.
+TEST_F(TransformLifeTest, ShortOfMemoryItCommitsOrLeavesTheDrawing) {
+    if (!FailingAllocation::IsPossible()) {
+        GTEST_SKIP() << "this build's allocations cannot be replaced";
+    }
+    Begin();
+    bool hasFailed = true;
+    int failures = 0;
+    for (int number = 1; hasFailed; number += 1 + number / 8, ++failures) {
+        SCOPED_TRACE(number);
+        messages_.clear();
+        bool isOfTest = false;
+        {
+            const FailingAllocation failing(number);
+            try {
+                Select(QUARTERS);
+                QTest::keyClick(&View(), Qt::Key_Return);
+                Drag({100, 300}, {180, 310});
+                QTest::keyClick(&View(), Qt::Key_Return);
+            } catch (const std::bad_alloc&) {
+                isOfTest = true; // which sends the events
+            }
+            hasFailed = FailingAllocation::HasFailed();
+        }
+        Release({180, 310});
+        Rest();
+        if (Node().HasActiveStroke()) {
+            Tool().deleteAction(); // still open, as after a drag that failed
+            Rest();
+        }
+        if (Current() != Picture()) {
+            Run("undo");
+        } else if (!isOfTest) {
+            EXPECT_THAT(messages_, ::testing::Contains(::testing::HasSubstr("[Vellix2]")));
+        }
+        ASSERT_EQ(Current(), Picture());
+        ASSERT_EQ(Node().GetActiveLayer("persp")->FrameCount(), 1);
+        Activate();
+    }
+    std::printf("%d allocations failed\n", failures);
 }
 
 TEST_F(TransformLifeTest, AnotherDrawingIsNeitherLiftedNorCovered) {

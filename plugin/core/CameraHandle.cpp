@@ -1,4 +1,4 @@
-#include "node/CameraHandle.h"
+#include "core/CameraHandle.h"
 
 #include "host/MayaUtil.h"
 
