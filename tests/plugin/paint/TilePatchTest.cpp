@@ -3,6 +3,7 @@
 #include "PaintTesting.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <random>
@@ -22,7 +23,7 @@ QImage NoisyLayer(unsigned seed) {
     QImage image = EmptyLayer();
     for (int y = 0; y < 1024; ++y) {
         auto* row = reinterpret_cast<quint32*>(image.scanLine(y));
-        std::generate(row, row + 1024, random);
+        std::generate(row, row + 1024, std::ref(random));
     }
     return image;
 }
