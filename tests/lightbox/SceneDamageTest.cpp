@@ -6,6 +6,7 @@
 #include "scene/Scene.h"
 
 #include <gmock/gmock.h>
+#include <regex>
 
 using namespace lightbox;
 using ::testing::HasSubstr;
