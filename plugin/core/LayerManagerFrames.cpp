@@ -1,4 +1,5 @@
 // LayerManager: the frames of a camera's active layer, and time.
+#include "core/Compositor.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"

@@ -15,6 +15,8 @@
 #include <maya/MVector.h>
 #include <maya/MViewport2Renderer.h>
 
+#include <QImage>
+
 #include <cstddef>
 #include <new>
 

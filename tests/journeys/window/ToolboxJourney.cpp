@@ -53,7 +53,7 @@ TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
         program.Click("qmVxToolboxPencil");
         EXPECT_TRUE(program.Becomes("currentCtx", "qmVxDrawCtx1"));
         const QRect size = program.Place("qmVxToolboxSizeSlider");
-        program.Drag(QPoint(size.left() + size.width() * 12 / 100, size.center().y()),
+        program.Drag(QPoint(size.left() + size.width() * 26 / 100, size.center().y()),
                      QPoint(size.left() + size.width() / 2, size.center().y()));
 
         program.Click("qmVxToolboxColor");
@@ -95,7 +95,7 @@ TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
         EXPECT_EQ(program.WaitForEnd(), 0) << program.Messages().toStdString();
     }
     EXPECT_EQ(Stored("tools/activeTool").toInt(), 0);
-    EXPECT_NEAR(Stored("tools/pencilSize").toInt(), 44, 12);
+    EXPECT_NEAR(Stored("tools/pencilSize").toInt(), 27, 8) << "half way is a quarter of the range";
 
     RunningLightbox program(folder_, {});
     EXPECT_EQ(program.Mel(GHOST_COUNTS), "5");
@@ -106,7 +106,9 @@ TEST_F(ToolboxJourney, EverythingIsAsItWasLeft) {
     // They were open.
     EXPECT_EQ(program.Place("qmVxToolbox"), toolbox);
     EXPECT_EQ(program.Place("qmVxColorPalette"), palette);
-    // The pencil is marked with the highlight.
+    // Once a press draws again, the pencil is marked with the highlight.
+    program.Mel("qmVellixUtil -draw");
+    EXPECT_TRUE(program.Becomes("currentCtx", "qmVxDrawCtx1"));
     const QColor marked = program.Grab("qmVxToolboxPencil").pixelColor(4, 15);
     const QColor other = program.Grab("qmVxToolboxBrush").pixelColor(4, 15);
     EXPECT_NE(marked, other);

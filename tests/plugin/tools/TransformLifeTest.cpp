@@ -1,3 +1,4 @@
+#include "core/LayerManager.h"
 #include "paint/Stroke.h"
 #include "plugin/FailingAllocation.h"
 #include "plugin/tools/TransformFixture.h"
