@@ -27,6 +27,7 @@ public:
     ~PressAdditions();
 
     const DrawingId& GetDrawing() const { return drawing_; }
+    bool HasLayer() const { return layerAdded_; }
     /// The added frame; None if there is none.
     FrameId GetFrame() const { return frameAdded_ ? drawing_.frame : FrameId::None; }
     /// The layer that was active before the added one, the first of its camera; None if another was there.

@@ -329,6 +329,27 @@ TEST_F(StrokeTargetTest, UndoAndRedoWithoutTheDrawingSaySoAndChangeNothing) {
     EXPECT_EQ(Drawing().toStdString(), before.toStdString());
 }
 
+// A script that ends the stroke in progress does not know what the press added.
+TEST_F(StrokeTargetTest, AScriptThatCommitsThePressIsUndoneWithWhatItAdded) {
+    for (const char* const camera : {"persp", "side"}) {
+        SCOPED_TRACE(camera);
+        Mel("currentTime 3");
+        const QString before = Drawing();
+        const Pressed pressed = Press(camera, 700);
+        EXPECT_TRUE(pressed.frameAdded);
+        Mel(QString("qmVellixStroke ") + camera);
+        const QString after = Drawing();
+        EXPECT_FALSE(Node().HasActiveStroke());
+        for (int round = 0; round < 2; ++round) {
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        }
+        Mel("undo");
+    }
+}
+
 TEST_F(StrokeTargetTest, ARefusedPressAddsNothing) {
     Mel("currentTime 3");
     const QString before = Drawing();
