@@ -6,7 +6,7 @@
 #include <benchmark/benchmark.h>
 
 using vellix::DrawUtil;
-using vellix::PngBytes::ByQt;
+using vellix::png_bytes::ByQt;
 using namespace vellix::sample_drawings;
 
 namespace {

@@ -215,7 +215,7 @@ void SaveDense(benchmark::State& state, bool isIdle) {
 void EncodeDenseByQt(benchmark::State& state) {
     const QImage image = sample_drawings::Drawing(sample_drawings::DENSE);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(PngBytes::ByQt(image));
+        benchmark::DoNotOptimize(png_bytes::ByQt(image));
     }
 }
 
@@ -251,7 +251,7 @@ void EncodeAllByQt(benchmark::State& state) {
             const QImage image = QImage::fromData(png, "PNG");
             QElapsedTimer timer;
             timer.start();
-            benchmark::DoNotOptimize(PngBytes::ByQt(image));
+            benchmark::DoNotOptimize(png_bytes::ByQt(image));
             nanoseconds += timer.nsecsElapsed();
         }
         state.SetIterationTime(static_cast<double>(nanoseconds) / 1e9);

@@ -56,6 +56,10 @@ protected:
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
+        // Whoever looks for fonts without memory for it would leave a list without fonts to all programs.
+        Write("fonts.conf", "<fontconfig><cachedir>" + Path("fonts").toUtf8() +
+                                "</cachedir><include>/etc/fonts/fonts.conf</include></fontconfig>");
+        environment.insert("FONTCONFIG_FILE", Path("fonts.conf"));
         program.setProcessEnvironment(environment);
         QFile::remove(Path("go"));
         // Procedures that call one another need more stack than the program has had until then.

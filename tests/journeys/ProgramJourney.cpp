@@ -63,7 +63,7 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
         {{"-command", "qmVellixReplay -camera persp -file \"none.json\""},
          1,
          "",
-         "qmVellixReplay: [Vellix2] Cannot replay \"none.json\": the file does not exist"},
+         "// Error: [Vellix2] Cannot replay \"none.json\": the file does not exist //"},
         {{"-script"}, 1, "", "Missing value after '-script'. \"lightbox -help\" lists the options."},
         {{"a.ma", "b.ma"}, 1, "", "More than one scene"},
         {{"-file", ""}, 1, "", "-file needs a path."},
@@ -78,6 +78,7 @@ TEST(ProgramJourney, OptionsOutputAndStatus) {
         EXPECT_EQ(result.status, test.status) << line << "\n" << result.errors.toStdString();
         EXPECT_EQ(result.output.toStdString(), test.output) << line;
         EXPECT_THAT(result.errors.toStdString(), HasSubstr(test.errors)) << line;
+        EXPECT_LE(result.errors.count("// Error"), 1) << "an error is said once: " << line;
         if (test.status == 0 && !*test.errors) {
             EXPECT_EQ(result.errors.toStdString(), "") << line;
         }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QFontDatabase>
 
 #include <cstdlib>
 #include <sys/resource.h>
@@ -14,6 +16,10 @@ namespace vellix {
 class ShortOfMemory {
 public:
     ShortOfMemory() {
+        // Whoever looks for fonts without memory for it would leave a list without fonts to all programs.
+        if (QCoreApplication::instance()) {
+            static_cast<void>(QFontDatabase().families());
+        }
         blocks_.reserve(MAX_BLOCKS);
         getrlimit(RLIMIT_AS, &before_);
         rlimit limit = before_;

@@ -78,7 +78,7 @@ TEST_F(IdleWorkTest, DecodesWhatComesNext) {
     for (int time = 1; time <= KEYS; ++time) {
         Key(time).PackImage();
     }
-    Key(KEYS).SetPackedImage(PngBytes::NotInflating()); // which shows when it is decoded
+    Key(KEYS).SetPackedImage(png_bytes::NotInflating()); // which shows when it is decoded
     ASSERT_TRUE(Layers().ReadAhead("persp", 9)) << "nothing is decoded before";
     IdleWork::Schedule();
     ASSERT_TRUE(Until([] { return Key(KEYS).IsDamaged(); }));
