@@ -350,6 +350,20 @@ TEST_F(StrokeTargetTest, AScriptThatCommitsThePressIsUndoneWithWhatItAdded) {
     }
 }
 
+TEST_F(StrokeTargetTest, AScriptThatSaysThePressKeyedAnOldDrawingTakesNothingAway) {
+    Mel("currentTime 5");
+    const QString before = Drawing();
+    EXPECT_FALSE(Press("persp", 700).frameAdded);
+    Mel("qmVellixStroke -frameAdded persp");
+    const QString after = Drawing();
+    for (int round = 0; round < 2; ++round) {
+        Mel("undo");
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+        Mel("redo");
+        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+    }
+}
+
 TEST_F(StrokeTargetTest, ARefusedPressAddsNothing) {
     Mel("currentTime 3");
     const QString before = Drawing();
