@@ -283,7 +283,10 @@ std::string InterleavingWalk::JudgeRename(const DrawingSnapshot& after) const {
     for (const auto& layer : before_.layers) {
         const auto* now = after.FindLayer(layer.id);
         const bool isOther = layer.camera != permission_.renamedFrom;
-        if (now && now->camera != (isOther ? layer.camera : permission_.renamedTo)) {
+        // The layers of a deleted camera stand aside when another one with layers takes its name.
+        const bool standsAside = now && isOther && layer.camera == permission_.renamedTo &&
+                                 std::find(cameras_.begin(), cameras_.end(), now->camera) == cameras_.end();
+        if (now && !standsAside && now->camera != (isOther ? layer.camera : permission_.renamedTo)) {
             return "A renamed camera left its layers: " + now->camera.toStdString() + "/" +
                    now->name.toStdString();
         }
