@@ -40,9 +40,12 @@ bool StrokeCommit::Commit(BaseNode& node) {
         layers->CancelActiveStroke();
         return false;
     }
-    additions_ = PressAdditions(*layers, drawing_, layerAdded_, frameAdded_);
-    if (layers->GetStrokeAdditions().GetPreviousLayer() != LayerId::None) {
-        additions_.SetPreviousLayer(layers->GetStrokeAdditions().GetPreviousLayer());
+    // A script may commit the stroke of a press without saying what the press added.
+    const PressAdditions& noted = layers->GetStrokeAdditions();
+    additions_ = PressAdditions(*layers, drawing_, layerAdded_ || noted.HasLayer(),
+                                frameAdded_ || noted.GetFrame() != FrameId::None);
+    if (noted.GetPreviousLayer() != LayerId::None) {
+        additions_.SetPreviousLayer(noted.GetPreviousLayer());
     }
     QByteArray tiles;
     if (!layers->CommitActiveStroke(camera_, tiles)) {

@@ -48,8 +48,11 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         return false;
     }
     if (!layerAdded_) {
-        frame_ = place.layer->RemoveFrame(drawing_.frame);
-        return frame_ != nullptr;
+        const Frame* const frame = place.layer->FindFrame(drawing_.frame);
+        if (frame && IsBlank(*frame)) { // a picture was there before the press, whatever a script said
+            frame_ = place.layer->RemoveFrame(drawing_.frame);
+        }
+        return frame != nullptr;
     }
     const LayerManager::ChangeScope scope(layers);
     activeCamera_ = CameraHandle(layers.GetActiveCamera());

@@ -27,14 +27,16 @@ public:
     ~PressAdditions();
 
     const DrawingId& GetDrawing() const { return drawing_; }
+    bool HasLayer() const { return layerAdded_; }
     /// The added frame; None if there is none.
     FrameId GetFrame() const { return frameAdded_ ? drawing_.frame : FrameId::None; }
     /// The layer that was active before the added one, the first of its camera; None if another was there.
     LayerId GetPreviousLayer() const { return previousLayer_; }
     void SetPreviousLayer(LayerId layer) { previousLayer_ = layer; }
 
-    /// Takes out what was added, and makes the layer active again that was before. Returns false, with
-    /// nothing changed, if the document does not hold what was added.
+    /// Takes out what was added, and makes the layer active again that was before. A frame that has a picture
+    /// without the stroke stays. Returns false, with nothing changed, if the document does not hold what was
+    /// added.
     bool TakeOut(LayerManager& layers);
     /// Puts back what TakeOut took. Returns false, with nothing changed, if the frame's layer is gone or its
     /// time is taken.

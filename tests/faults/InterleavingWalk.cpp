@@ -231,14 +231,14 @@ std::string InterleavingWalk::Judge(const DrawingSnapshot& after) {
 }
 
 void InterleavingWalk::NotePending(const DrawingSnapshot& after) {
-    const BaseNode& node = Node();
+    // The tool may act in another camera than the active one, as in the view of its selection.
+    const DrawingId drawing = Node().GetLayerManager()->GetStrokeDrawing();
+    const Layer* const layer = Node().FindLayer(drawing.layer).layer;
+    const Frame* const frame = layer ? layer->FindFrame(drawing.frame) : nullptr;
     Pending begun;
-    const QString camera = node.GetActiveCamera();
-    const Layer* layer = node.GetActiveLayer(camera);
-    const Frame* frame = layer ? layer->GetCurrentFrame() : nullptr;
     begun.tool = TransformTool() ? "transform" : IsTextOpen() ? "text" : "stroke";
-    begun.layer = layer ? layer->GetId() : LayerId::None;
-    begun.frame = frame ? frame->GetId() : FrameId::None;
+    begun.layer = drawing.layer;
+    begun.frame = drawing.frame;
     begun.layerAdded = layer && !before_.FindLayer(begun.layer);
     begun.frameAdded = frame && after.FindKey(begun.frame) && !before_.FindKey(begun.frame);
     begun.marks = strokeMarks_;
@@ -283,7 +283,10 @@ std::string InterleavingWalk::JudgeRename(const DrawingSnapshot& after) const {
     for (const auto& layer : before_.layers) {
         const auto* now = after.FindLayer(layer.id);
         const bool isOther = layer.camera != permission_.renamedFrom;
-        if (now && now->camera != (isOther ? layer.camera : permission_.renamedTo)) {
+        // The layers of a deleted camera stand aside when another one with layers takes its name.
+        const bool standsAside = now && isOther && layer.camera == permission_.renamedTo &&
+                                 std::find(cameras_.begin(), cameras_.end(), now->camera) == cameras_.end();
+        if (now && !standsAside && now->camera != (isOther ? layer.camera : permission_.renamedTo)) {
             return "A renamed camera left its layers: " + now->camera.toStdString() + "/" +
                    now->name.toStdString();
         }

@@ -3,6 +3,7 @@
 #include "host/Guarded.h"
 
 #include <maya/MPxCommand.h>
+#include <maya/MSyntax.h>
 
 namespace vellix {
 
@@ -15,6 +16,13 @@ public:
         GuardedCommand* command = nullptr;
         RunGuarded("Making the command", [&command] { command = new GuardedCommand; });
         return command;
+    }
+
+    /// Without flags when memory is short.
+    static MSyntax CommandSyntax() {
+        MSyntax syntax;
+        RunGuarded("Describing the command", [&syntax] { syntax = Command::CommandSyntax(); });
+        return syntax;
     }
 
     MStatus doIt(const MArgList& args) override {

@@ -36,7 +36,8 @@ struct CommandEntry {
 
 template <typename Command>
 CommandEntry Describe() {
-    return {Command::GetCommandName(), GuardedCommand<Command>::Creator, Command::CommandSyntax};
+    return {Command::GetCommandName(), GuardedCommand<Command>::Creator,
+            GuardedCommand<Command>::CommandSyntax};
 }
 
 /// Every command, in the order of registration. Add new commands here.

@@ -120,6 +120,28 @@ TEST_F(AutoSaveJourney, AProgramThatIsToldToEndLeavesWhatWasDrawn) {
     EXPECT_FALSE(program.IsShown("openAutoSave")) << "nothing was unsaved";
 }
 
+TEST_F(AutoSaveJourney, AProgramThatIsToldToEndKeepsTheTextThatIsTyped) {
+    QImage empty;
+    {
+        RunningLightbox program(folder_, Arguments());
+        program.Mel("autoSave -enable 0; qmVellixUtil -textTool");
+        empty = program.Drawing();
+        program.Click(program.Place("modelPanel4").center());
+        ASSERT_EQ(program.Mel("file -q -modified"), "0");
+        program.Type('w');
+        ASSERT_TRUE(program.Becomes("file -q -modified", "1")) << "the key has arrived";
+        ASSERT_EQ(program.Mel("undoInfo -q -undoName"), "") << "the text is open";
+        program.Signal(SIGTERM);
+        EXPECT_EQ(program.WaitForEnd(), 0) << program.Messages().toStdString();
+    }
+    RunningLightbox program(folder_, {});
+    program.Click("openAutoSave");
+    EXPECT_TRUE(program.Becomes("file -q -sceneName", folder_.Path("shot.ma")));
+    const QImage drawn = program.Drawing();
+    ASSERT_EQ(drawn.size(), empty.size());
+    EXPECT_NE(drawn, empty) << "the text";
+}
+
 TEST_F(AutoSaveJourney, NothingIsSavedInTheMiddleOfAStrokeOrAText) {
     RunningLightbox program(folder_, Arguments());
     const QPoint middle = program.Place("modelPanel4").center();

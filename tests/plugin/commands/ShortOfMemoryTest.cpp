@@ -1,7 +1,9 @@
 // Memory that runs out at any allocation: a stroke is drawn, or it says so and has changed nothing.
 
+#include "commands/LayerCommand.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/entry/GuardedCommand.h"
 #include "paint/Stroke.h"
 #include "plugin/FailingAllocation.h"
 #include "plugin/commands/CommandFixture.h"
@@ -120,6 +122,23 @@ TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
         }
     }
     std::printf("%d allocations failed\n", failures);
+}
+
+// The host asks for it while the plug-in is loaded, and catches nothing.
+TEST_F(ShortOfMemoryTest, ACommandThatCannotBeDescribedThrowsNothing) {
+    bool hasFailed = true;
+    int number = 0;
+    while (hasFailed) {
+        ++number;
+        {
+            const FailingAllocation failing(number);
+            EXPECT_NO_THROW(GuardedCommand<LayerCommand>::CommandSyntax());
+            hasFailed = FailingAllocation::HasFailed();
+        }
+        const int failures = hasFailed ? number : number - 1;
+        EXPECT_EQ(Messages().filter("Describing the command failed").size(), failures);
+    }
+    EXPECT_GT(number, 1);
 }
 
 } // namespace

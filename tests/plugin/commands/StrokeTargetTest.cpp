@@ -329,6 +329,41 @@ TEST_F(StrokeTargetTest, UndoAndRedoWithoutTheDrawingSaySoAndChangeNothing) {
     EXPECT_EQ(Drawing().toStdString(), before.toStdString());
 }
 
+// A script that ends the stroke in progress does not know what the press added.
+TEST_F(StrokeTargetTest, AScriptThatCommitsThePressIsUndoneWithWhatItAdded) {
+    for (const char* const camera : {"persp", "side"}) {
+        SCOPED_TRACE(camera);
+        Mel("currentTime 3");
+        const QString before = Drawing();
+        const Pressed pressed = Press(camera, 700);
+        EXPECT_TRUE(pressed.frameAdded);
+        Mel(QString("qmVellixStroke ") + camera);
+        const QString after = Drawing();
+        EXPECT_FALSE(Node().HasActiveStroke());
+        for (int round = 0; round < 2; ++round) {
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        }
+        Mel("undo");
+    }
+}
+
+TEST_F(StrokeTargetTest, AScriptThatSaysThePressKeyedAnOldDrawingTakesNothingAway) {
+    Mel("currentTime 5");
+    const QString before = Drawing();
+    EXPECT_FALSE(Press("persp", 700).frameAdded);
+    Mel("qmVellixStroke -frameAdded persp");
+    const QString after = Drawing();
+    for (int round = 0; round < 2; ++round) {
+        Mel("undo");
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+        Mel("redo");
+        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+    }
+}
+
 TEST_F(StrokeTargetTest, ARefusedPressAddsNothing) {
     Mel("currentTime 3");
     const QString before = Drawing();
