@@ -50,6 +50,26 @@ protected:
 
 } // namespace
 
+TEST_F(StrokeCommandTest, UndoTakesTheLayerOfItsPressWhateverCameBelowIt) {
+    ASSERT_TRUE(Draw(TOP, 100));
+    EXPECT_FALSE(Run("qmVellixLayer -ins 0 -n Extra top")); // refused, but its layer stays
+    Messages();
+    const auto names = [&] {
+        QStringList list;
+        for (const Layer* const layer : node_->GetLayers(TOP)) {
+            list.append(layer->GetName());
+        }
+        return list;
+    };
+    ASSERT_EQ(names().size(), 2);
+    const QString drawn = names().last();
+    ASSERT_TRUE(Run("undo"));
+    EXPECT_EQ(names(), QStringList("Extra"));
+    ASSERT_TRUE(Run("redo"));
+    EXPECT_EQ(names(), QStringList({"Extra", drawn}));
+    EXPECT_TRUE(Covered(node_->GetLayer(TOP, 1)->GetFrame(0)->PeekImage(), 100));
+}
+
 TEST_F(StrokeCommandTest, UndoAndRedoExchangeTheImage) {
     ASSERT_TRUE(Draw(PERSP, 100));
     ASSERT_TRUE(Draw(PERSP, 400));
