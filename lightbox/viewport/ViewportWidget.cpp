@@ -83,7 +83,8 @@ std::shared_ptr<DagNode> ViewportWidget::Camera() const {
     return camera_;
 }
 
-/// If the camera was deleted or its scene closed, finds one of the same name.
+/// If the camera was deleted or its scene closed, finds one of the same name; without one, the usual camera,
+/// and if that has another name by now, the first of the scene.
 void ViewportWidget::SettleCamera() const {
     if (camera_ && camera_->InScene()) {
         return;
@@ -92,6 +93,15 @@ void ViewportWidget::SettleCamera() const {
     if (!camera_) {
         camera_ = FindCamera(host_.scene(), FALLBACK_CAMERA);
         cameraName_ = FALLBACK_CAMERA;
+    }
+    if (!camera_) {
+        for (const std::shared_ptr<Node>& node : host_.scene().Nodes()) {
+            if (node->Type().IsA("camera")) {
+                camera_ = std::static_pointer_cast<DagNode>(node);
+                cameraName_ = camera_->Parent()->Name();
+                return;
+            }
+        }
     }
 }
 

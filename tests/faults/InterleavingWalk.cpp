@@ -301,15 +301,24 @@ std::string InterleavingWalk::JudgeQueue(const DrawingSnapshot& after) {
         states_[state] = {after, step_};
         return {};
     }
-    // A layer that a refused insert left is in no undo step.
-    DrawingSnapshot compared;
-    for (const auto& layer : after.layers) {
-        const auto left = leftLayers_.find(layer.id);
-        if (left == leftLayers_.end() || left->second <= known->second.step) {
-            compared.layers.push_back(layer);
+    // A layer that a refused insert left is in no undo step, nor is its place among the others.
+    const auto compared = [&](const DrawingSnapshot& drawing) {
+        DrawingSnapshot rows;
+        std::map<LayerId, DrawingSnapshot::LayerRow> left;
+        for (const auto& layer : drawing.layers) {
+            const auto found = leftLayers_.find(layer.id);
+            if (found == leftLayers_.end()) {
+                rows.layers.push_back(layer);
+            } else if (found->second <= known->second.step) {
+                left.emplace(layer.id, layer);
+            }
         }
-    }
-    const std::string difference = compared.Difference(known->second.drawing, false);
+        for (const auto& layer : left) {
+            rows.layers.push_back(layer.second);
+        }
+        return rows;
+    };
+    const std::string difference = compared(after).Difference(compared(known->second.drawing), false);
     if (difference.empty()) {
         return {};
     }

@@ -111,6 +111,14 @@ TEST_F(ViewportTest, LooksThroughACameraUntilItGoes) {
     Settle();
 }
 
+TEST_F(ViewportTest, LooksThroughAnotherCameraWhenThePerspectiveOneIsRenamed) {
+    Show();
+    Run("rename persp hero; string $made[] = `camera`; lookThru modelPanel4 $made[0]; delete $made[0]");
+    ASSERT_TRUE(View().Camera());
+    EXPECT_EQ(View().Camera()->InScene(), &host_->scene());
+    Settle();
+}
+
 TEST_F(ViewportTest, AltDragsNavigateAndTheRestIsTheToolsOwn) {
     Show();
     const QPoint center = View().rect().center();
