@@ -47,8 +47,10 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
     if (!place.layer) {
         return false;
     }
-    if (!layerAdded_) {
-        const Frame* const frame = place.layer->FindFrame(drawing_.frame);
+    const Frame* const frame = place.layer->FindFrame(drawing_.frame);
+    // What came to the layer since the press stays, and the layer with it.
+    const bool hasOthers = place.layer->FrameCount() > (frame ? 1 : 0);
+    if (!layerAdded_ || hasOthers) {
         if (frame && IsBlank(*frame)) { // a picture was there before the press, whatever a script said
             frame_ = place.layer->RemoveFrame(drawing_.frame);
         }

@@ -70,6 +70,28 @@ TEST_F(StrokeCommandTest, UndoTakesTheLayerOfItsPressWhateverCameBelowIt) {
     EXPECT_TRUE(Covered(node_->GetLayer(TOP, 1)->GetFrame(0)->PeekImage(), 100));
 }
 
+TEST_F(StrokeCommandTest, UndoLeavesALayerThatGotMoreSinceItsPress) {
+    ASSERT_TRUE(Draw(PERSP, 100));
+    ASSERT_TRUE(Run("timeControl -e -rangeArray 10 11 $gPlayBackSlider; qmVellixFrame -copy"));
+    int layer = -1;
+    bool frameAdded = false;
+    ASSERT_TRUE(node_->PrepareForDraw(TOP, layer, frameAdded));
+    Stroke* const stroke = node_->GetActiveStroke(TOP, false);
+    stroke->tool = ToolType::Pencil;
+    stroke->points.append({20, 1.0f, 100.0f, QPoint(100, 400)});
+    stroke->points.append({20, 1.0f, 100.0f, QPoint(300, 400)});
+    MayaUtil::SetPlaybackTime(20);
+    ASSERT_TRUE(Run("timeControl -e -rangeArray 20 21 $gPlayBackSlider; qmVellixFrame -paste top"));
+    ASSERT_TRUE(MayaUtil::PushStroke(TOP, layer, frameAdded));
+    ASSERT_TRUE(Run("undo"));
+    ASSERT_EQ(node_->LayerCount(TOP), 1);
+    ASSERT_EQ(node_->GetLayer(TOP, 0)->FrameCount(), 1);
+    EXPECT_TRUE(Covered(node_->GetLayer(TOP, 0)->GetFrame(0)->PeekImage(), 100));
+    ASSERT_TRUE(Run("redo"));
+    ASSERT_EQ(node_->GetLayer(TOP, 0)->FrameCount(), 2);
+    EXPECT_TRUE(Covered(node_->GetLayer(TOP, 0)->GetFrame(0)->PeekImage(), 400));
+}
+
 TEST_F(StrokeCommandTest, UndoAndRedoExchangeTheImage) {
     ASSERT_TRUE(Draw(PERSP, 100));
     ASSERT_TRUE(Draw(PERSP, 400));
