@@ -18,8 +18,10 @@
 #include <maya/MUIDrawManager.h>
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QTimer>
 #include <qopengl.h>
 
 #include <cmath>
@@ -31,6 +33,15 @@ namespace {
 constexpr int PIXELS_PER_STEP = 10;
 constexpr int CIRCLE_CORNERS = 360;
 constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
+
+/// Has the node made once the host is idle, and once only, however often the tool is chosen until then.
+void RequestNode() {
+    static bool isRequested = false;
+    if (!isRequested && MayaUtil::CreateNode(false, false, QString(), QString(), -1)) {
+        isRequested = true;
+        QTimer::singleShot(0, QCoreApplication::instance(), [] { isRequested = false; });
+    }
+}
 
 } // namespace
 
@@ -52,7 +63,7 @@ DrawContext::~DrawContext() {
 void DrawContext::toolOnSetup(MEvent&) {
     setHelpString("Draw on viewport");
     if (!BaseNode::GetMaster()) {
-        MayaUtil::CreateNode(false, false, QString(), QString(), -1);
+        RequestNode();
     }
     BaseNode::SetDrawContextActive(true);
     inputHandler_.SetEventFilterEnabled(true);

@@ -165,8 +165,9 @@ int ProbeCommand::alive = 0;
 int ProbeCommand::done = 0;
 
 TEST_F(ArgumentsTest, APluginCommandRunsThroughTheSameParser) {
-    ASSERT_TRUE(RegisterPluginCommand({"probe", ProbeCommand::Create, ProbeCommand::Syntax()}, "test"));
-    EXPECT_FALSE(RegisterPluginCommand({"probe", ProbeCommand::Create, std::nullopt}, "test"));
+    ASSERT_TRUE(
+        lightbox::RegisterPluginCommand({"probe", ProbeCommand::Create, ProbeCommand::Syntax()}, "test"));
+    EXPECT_FALSE(lightbox::RegisterPluginCommand({"probe", ProbeCommand::Create, std::nullopt}, "test"));
     EXPECT_EQ(Typed("probe a -num 3 b"), "string 3[a, b]");
     EXPECT_EQ(Typed("probe -q -num a"), "string q99[a]");
     EXPECT_EQ(Typed("probe -k 1 -k 2"), "int[] 1 2");

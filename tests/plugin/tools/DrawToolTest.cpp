@@ -470,6 +470,19 @@ TEST_F(DrawToolTest, AFirstStrokeBringsItsLayer) {
     EXPECT_NE(messages_[0].find("Active layer is locked."), std::string::npos);
 }
 
+TEST_F(DrawToolTest, TwoToolsChosenAtOnceAskForOneNode) {
+    Run("setToolTo selectSuperContext; file -force -new");
+    Settle(100);
+    ASSERT_EQ(BaseNode::GetMaster(), nullptr);
+    messages_.clear();
+    Run("qmVellixUtil -pencilTool; qmVellixUtil -brushTool");
+    Settle(100);
+    EXPECT_NE(BaseNode::GetMaster(), nullptr);
+    for (const std::string& message : messages_) {
+        EXPECT_EQ(message.find("already exists"), std::string::npos) << message;
+    }
+}
+
 TEST_F(DrawToolTest, TheMiddleButtonMakesTheViewsCameraTheActiveOne) {
     Run("qmVellixLayer -add -ls 0 front; qmVellixLayer -add -ls 0 persp; qmVellixUtil -draw");
     Settle();
