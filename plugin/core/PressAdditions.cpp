@@ -48,10 +48,12 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         return false;
     }
     const Frame* const frame = place.layer->FindFrame(drawing_.frame);
+    // A picture was there before the press, whatever a script said.
+    const bool isOld = frame && !IsBlank(*frame);
     // What came to the layer since the press stays, and the layer with it.
     const bool hasOthers = place.layer->FrameCount() > (frame ? 1 : 0);
-    if (!layerAdded_ || hasOthers) {
-        if (frame && IsBlank(*frame)) { // a picture was there before the press, whatever a script said
+    if (!layerAdded_ || hasOthers || isOld) {
+        if (frame && frameAdded_ && !isOld) {
             frame_ = place.layer->RemoveFrame(drawing_.frame);
         }
         return frame != nullptr;

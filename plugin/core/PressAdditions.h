@@ -35,8 +35,8 @@ public:
     void SetPreviousLayer(LayerId layer) { previousLayer_ = layer; }
 
     /// Takes out what was added, and makes the layer active again that was before. A frame that has a picture
-    /// without the stroke stays. Returns false, with nothing changed, if the document does not hold what was
-    /// added.
+    /// without the stroke stays, and so does a layer with such a frame or with others. Returns false, with
+    /// nothing changed, if the document does not hold what was added.
     bool TakeOut(LayerManager& layers);
     /// Puts back what TakeOut took. Returns false, with nothing changed, if the frame's layer is gone or its
     /// time is taken.

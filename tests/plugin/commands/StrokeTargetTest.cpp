@@ -351,16 +351,22 @@ TEST_F(StrokeTargetTest, AScriptThatCommitsThePressIsUndoneWithWhatItAdded) {
 }
 
 TEST_F(StrokeTargetTest, AScriptThatSaysThePressKeyedAnOldDrawingTakesNothingAway) {
-    Mel("currentTime 5");
-    const QString before = Drawing();
-    EXPECT_FALSE(Press("persp", 700).frameAdded);
-    Mel("qmVellixStroke -frameAdded persp");
-    const QString after = Drawing();
-    for (int round = 0; round < 2; ++round) {
+    Mel("createNode transform -n shot; createNode camera -n shotShape -p shot; currentTime 5");
+    DrawStroke("shot", 300); // its layer has this drawing and no other
+    for (const char* const flags : {"-frameAdded", "-layerAdded 1", "-frameAdded -layerAdded 1"}) {
+        SCOPED_TRACE(flags);
+        const QString before = Drawing();
+        EXPECT_FALSE(Press("shot", 700).frameAdded);
+        Mel(QString("qmVellixStroke %1 shot").arg(flags));
+        const QString after = Drawing();
+        EXPECT_NE(after.toStdString(), before.toStdString());
+        for (int round = 0; round < 2; ++round) {
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        }
         Mel("undo");
-        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
-        Mel("redo");
-        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
     }
 }
 
