@@ -18,11 +18,11 @@ struct Colors {
     QColor window;
     QColor field;
     QColor line;
-    QColor outline;
+    QColor outline; ///< of what can be switched or typed into
     QColor text;
     QColor faintText;
     QColor accent;
-    QColor focus;
+    QColor focus; ///< outline of what has the keyboard
     QColor button;
     QColor hover;
     QColor light;
@@ -198,10 +198,6 @@ QColor Theme::Line() {
     return Now().line;
 }
 
-QColor Theme::Outline() {
-    return Now().outline;
-}
-
 QColor Theme::Text() {
     return Now().text;
 }
@@ -212,10 +208,6 @@ QColor Theme::FaintText() {
 
 QColor Theme::Accent() {
     return Now().accent;
-}
-
-QColor Theme::Focus() {
-    return Now().focus;
 }
 
 QColor Theme::Word(const QColor& onDark) {

@@ -21,14 +21,10 @@ public:
     /// The ground of fields and lists.
     static QColor Field();
     static QColor Line();
-    /// The outline of what can be switched or typed into.
-    static QColor Outline();
     static QColor Text();
     static QColor FaintText();
     /// The ground of what is selected.
     static QColor Accent();
-    /// The outline of what has the keyboard.
-    static QColor Focus();
     /// The colour for a word of a script that is `onDark` in the dark theme.
     static QColor Word(const QColor& onDark);
 };
