@@ -114,9 +114,9 @@ TEST_F(ShortageFaults, ShortOfMemoryASceneIsReadWholeOrKeptWhole) {
     for (const QString suffix : {".ma", ".lbx"}) {
         const QByteArray whole = Read("whole" + suffix);
         int opened = 0;
-        constexpr int STEPS = 30;
+        constexpr int steps = 30;
         const int stride = IsLongRun() ? 1 : 5;
-        for (int step = 0; step < STEPS; step += stride) {
+        for (int step = 0; step < steps; step += stride) {
             SCOPED_TRACE((suffix + ", step " + QString::number(step)).toStdString());
             const QString scene = "scene" + suffix;
             Write(scene, whole);

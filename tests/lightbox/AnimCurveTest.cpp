@@ -27,6 +27,7 @@ AnimCurve CurveOf(const std::vector<Key>& keys) {
 
 AnimCurve Same(TangentType type, const std::vector<std::pair<double, double>>& points) {
     std::vector<Key> keys;
+    keys.reserve(points.size());
     for (const auto& point : points) {
         keys.push_back(KeyAt(point.first, point.second, type, type));
     }

@@ -82,7 +82,7 @@ protected:
     DagNode& Camera() { return static_cast<DagNode&>(*host_.scene().Find("perspShape")); }
     void Set(const char* plug, double value) { host_.scene().FindPlug(plug).Store(value); }
 
-    void SetUp(const Shot& shot) {
+    void Take(const Shot& shot) {
         Set("perspShape.filmFit", shot.fit);
         Set("perspShape.overscan", shot.overscan);
         Set("perspShape.verticalFilmAperture", 0.9);
@@ -101,7 +101,7 @@ TEST_F(CameraViewTest, ViewToWorldAndBackIsTheSamePixel) {
     const std::vector<Shot> shots = AllShots();
     ASSERT_GE(shots.size(), 200U);
     for (const Shot& shot : shots) {
-        SetUp(shot);
+        Take(shot);
         const CameraView view(Camera(), shot.width, shot.height);
         for (const auto& [x, y] : {std::pair(0.0, 0.0), std::pair(17.5, 300.25), std::pair(499.0, 719.0)}) {
             V3d nearPoint;
@@ -123,7 +123,7 @@ TEST_F(CameraViewTest, ViewToWorldAndBackIsTheSamePixel) {
 
 TEST_F(CameraViewTest, APictureLaidOverTheGateLiesOnTheGate) {
     for (const Shot& shot : AllShots()) {
-        SetUp(shot);
+        Take(shot);
         const CameraView view(Camera(), shot.width, shot.height);
         const double renderAspect = std::round(1080 * shot.renderAspect) / 1080;
         Shot exact = shot;
@@ -156,7 +156,7 @@ TEST_F(CameraViewTest, APictureLaidOverTheGateLiesOnTheGate) {
 /// What stands at the edge of the film is drawn at the edge of the gate.
 TEST_F(CameraViewTest, TheSceneSitsInTheGateAsItIsRendered) {
     for (const Shot& shot : AllShots()) {
-        SetUp(shot);
+        Take(shot);
         const CameraView view(Camera(), shot.width, shot.height);
         const CameraFilm film(Camera());
         const double renderAspect = std::round(1080 * shot.renderAspect) / 1080;
@@ -170,7 +170,7 @@ TEST_F(CameraViewTest, TheSceneSitsInTheGateAsItIsRendered) {
 }
 
 TEST_F(CameraViewTest, FilmOffsetAndSqueezeMoveThePicture) {
-    SetUp({Horizontal, 1.0, 1.5, 1.5, 900, 600, false, false});
+    Take({Horizontal, 1.0, 1.5, 1.5, 900, 600, false, false});
     Set("perspShape.focalLength", 50);
     Set("perspShape.nearClipPlane", 1);
     const Frustum plain = CameraFilm(Camera()).FrustumOf(1.5, {});
@@ -190,7 +190,7 @@ TEST_F(CameraViewTest, FilmOffsetAndSqueezeMoveThePicture) {
 }
 
 TEST_F(CameraViewTest, PointsBehindTheEyeAreToldAndMirrored) {
-    SetUp({Horizontal, 1.0, 1.5, 1.5, 900, 600, false, false});
+    Take({Horizontal, 1.0, 1.5, 1.5, 900, 600, false, false});
     const CameraView view(Camera(), 900, 600);
     bool isInFront = true;
     const V3d pixel = view.WorldToView(V3d(1.0, 0.0, 10.0) * Camera().WorldMatrix(), &isInFront);
@@ -204,7 +204,7 @@ TEST_F(CameraViewTest, SenselessCamerasStillShowSomething) {
     for (const char* attribute : {"overscan", "focalLength", "horizontalFilmAperture", "nearClipPlane",
                                   "cameraScale", "orthographicWidth", "zoom", "lensSqueezeRatio"}) {
         for (const double orthographic : {0.0, 1.0}) {
-            SetUp({Fill, 1.3, 1.5, 1.5, 900, 600, false, true});
+            Take({Fill, 1.3, 1.5, 1.5, 900, 600, false, true});
             Set("perspShape.orthographic", orthographic);
             const std::string plug = std::string("perspShape.") + attribute;
             const Plug kept = host_.scene().FindPlug(plug);

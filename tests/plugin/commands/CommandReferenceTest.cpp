@@ -87,12 +87,12 @@ protected:
         for (auto match = row.globalMatch(text.section("\n## ", 0, 0)); match.hasNext();) {
             const auto found = match.next();
             EXPECT_EQ(found.captured(2).toStdString(), found.captured(1).toLower().toStdString());
-            overview.push_back(found.captured(1).toStdString());
+            overview_.push_back(found.captured(1).toStdString());
         }
         for (const QString& part : text.split("\n## ").mid(1)) {
             const QString title = part.section('\n', 0, 0);
             if (title.startsWith("qm")) {
-                sections[title.toStdString()] = {part.section('\n', 1)};
+                sections_[title.toStdString()] = {part.section('\n', 1)};
             }
         }
     }
@@ -110,27 +110,27 @@ protected:
         return commands;
     }
 
-    std::vector<std::string> overview; // the table that it begins with
-    std::map<std::string, Section> sections;
+    std::vector<std::string> overview_; // the table that it begins with
+    std::map<std::string, Section> sections_;
 };
 
 TEST_F(CommandReferenceTest, HasEveryCommandAndNoOther) {
     std::vector<std::string> documented;
     std::vector<std::string> registered;
-    for (const auto& section : sections) {
+    for (const auto& section : sections_) {
         documented.push_back(section.first);
     }
     for (const auto& command : Registered()) {
         registered.push_back(command.first);
     }
     EXPECT_EQ(documented, registered);
-    EXPECT_THAT(overview, UnorderedElementsAreArray(registered));
+    EXPECT_THAT(overview_, UnorderedElementsAreArray(registered));
 }
 
 TEST_F(CommandReferenceTest, GivesEachFlagAsItIsRegistered) {
     for (const auto& command : Registered()) {
         const SyntaxTable& syntax = SyntaxTable::Of(command.second->syntax);
-        const Section& section = sections[command.first];
+        const Section& section = sections_[command.first];
         const bool takesObjects = syntax.objectFormat != MSyntax::kNone;
         EXPECT_EQ(section.Synopsis().section(" [flags]", 1).isEmpty(), !takesObjects) << command.first;
 
@@ -168,7 +168,7 @@ TEST_F(CommandReferenceTest, FlagsOfTheQueryModeAnswerAndNoOthers) {
         if (!SyntaxTable::Of(command.second->syntax).canQuery) {
             continue;
         }
-        const Section& section = sections[command.first];
+        const Section& section = sections_[command.first];
         const QString object = section.Synopsis().endsWith("camera") ? " persp" : "";
         for (const QStringList& row : section.FlagRows()) {
             const QString line = QString::fromStdString(command.first) + " -q " + Quoted(row[0])[0] + object;
@@ -205,7 +205,7 @@ TEST_F(CommandExampleTest, ExamplesDoWhatTheySay) {
     const QString before = QDir::currentPath();
     ASSERT_TRUE(QDir::setCurrent(folder.path()));
     int recordings = 0;
-    for (const auto& section : sections) {
+    for (const auto& section : sections_) {
         for (const QString& json : section.second.Blocks("json")) {
             QFile file("recording.json");
             ++recordings;

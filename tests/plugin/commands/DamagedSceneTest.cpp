@@ -112,8 +112,8 @@ TEST_F(DamagedSceneTest, OneFlippedBitCostsAtMostOneDrawing) {
     std::mt19937 random(1);
     int fewest = DRAWINGS;
     int flipsWithLoss = 0;
-    constexpr int FLIPS = 200;
-    for (int i = 0; i < FLIPS; ++i) {
+    constexpr int flips = 200;
+    for (int i = 0; i < flips; ++i) {
         const auto bit = static_cast<int>(random() % (static_cast<unsigned>(whole.size()) * 8));
         QByteArray flipped = whole;
         flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ 1 << bit % 8);
@@ -122,7 +122,7 @@ TEST_F(DamagedSceneTest, OneFlippedBitCostsAtMostOneDrawing) {
         fewest = std::min(fewest, surviving);
         flipsWithLoss += surviving < DRAWINGS ? 1 : 0;
     }
-    std::cout << FLIPS << " flipped bits: " << flipsWithLoss << " cost a drawing; at least " << fewest
+    std::cout << flips << " flipped bits: " << flipsWithLoss << " cost a drawing; at least " << fewest
               << " of " << DRAWINGS << " survive\n";
 }
 
@@ -157,8 +157,8 @@ TEST_F(DamagedSceneTest, ACutCostsNothingBeforeIt) {
         std::mt19937 random(2);
         int lost = 0;
         int expected = 0;
-        constexpr int CUTS = 50;
-        for (int i = 0; i < CUTS; ++i) {
+        constexpr int cuts = 50;
+        for (int i = 0; i < cuts; ++i) {
             // The first bytes tell that it is a scene.
             const int cut = 100 + static_cast<int>(random() % static_cast<unsigned>(whole.size() - 100));
             const int before = WholeBefore(whole, cut, name.endsWith(".ma"));
@@ -167,7 +167,7 @@ TEST_F(DamagedSceneTest, ACutCostsNothingBeforeIt) {
             expected += before;
             lost += std::max(0, before - surviving);
         }
-        std::cout << CUTS << " cuts of " << name.toStdString() << ": " << lost << " of " << expected
+        std::cout << cuts << " cuts of " << name.toStdString() << ": " << lost << " of " << expected
                   << " drawings before the cut are lost\n";
     }
 }

@@ -144,7 +144,7 @@ Line RandomWalkTest::RandomPropertyLine(const std::string& camera) {
     const QString at = QString::fromStdString(camera);
     const int index = RandomIndex(camera);
     using ModelLayer = DrawingModel::ModelLayer;
-    const auto change = [=](std::function<void(ModelLayer&)> how) {
+    const auto change = [=](const std::function<void(ModelLayer&)>& how) {
         return [=](DrawingModel& model) {
             ModelLayer* const layer = model.Find(camera, index);
             if (layer) {
@@ -188,7 +188,7 @@ Line RandomWalkTest::RandomFrameLine() {
     const std::string camera = names ? RandomCamera() : model_.activeCamera;
     const QString command = "qmVellixFrame " + (names ? QString::fromStdString(camera) + " " : QString());
     const DrawingModel::Range range = SliderRange();
-    const auto at = [=](const char* flags, std::function<bool(DrawingModel&)> apply) {
+    const auto at = [=](const char* flags, const std::function<bool(DrawingModel&)>& apply) {
         return Line{
             command + flags, [=](DrawingModel& model) { return !camera.empty() && apply(model); }, {}};
     };

@@ -291,11 +291,11 @@ protected:
 
     template <typename Widget>
     void Register(Panel panel) {
-        DialogManager::RegisterPanel(panel, [this](QWidget*) { return std::make_unique<Widget>(told); });
+        DialogManager::RegisterPanel(panel, [this](QWidget*) { return std::make_unique<Widget>(told_); });
     }
-    QStringList TakeTold() { return std::exchange(told, {}); }
+    QStringList TakeTold() { return std::exchange(told_, {}); }
 
-    QStringList told;
+    QStringList told_;
 };
 
 TEST_F(UtilPanelTest, WhatIsNotBuiltIsSaidInOneMessage) {

@@ -33,7 +33,7 @@ protected:
 
     void ShowTime(int frame) {
         MayaUtil::SetPlaybackTime(frame);
-        manager.OnPlaybackTimeChanged(frame, false);
+        manager_.OnPlaybackTimeChanged(frame, false);
     }
 
     /// A drawing of one colour: a soft-edged blob and a translucent bar. The number sets colour and place.
@@ -53,7 +53,7 @@ protected:
 
     /// Adds a layer on top of the camera's stack, with a drawing at each of the times.
     Layer* AddLayer(const QString& camera, const QList<int>& times) {
-        Layer* layer = manager.GetLayer(camera, manager.InsertLayer(camera, -1, QString()));
+        Layer* layer = manager_.GetLayer(camera, manager_.InsertLayer(camera, -1, QString()));
         for (const int time : times) {
             auto frame = std::make_unique<Frame>(At(time));
             frame->SetImage(Drawing(drawings_++));
@@ -65,7 +65,7 @@ protected:
     /// The camera's picture, composed by the plain reference.
     QImage Plain(const QString& camera, const QImage* stroke = nullptr) {
         PlainComposer plain;
-        Layer* active = manager.GetActiveLayer(camera);
+        Layer* active = manager_.GetActiveLayer(camera);
         if (active && (Settings::ghostPrev || Settings::ghostNext)) {
             plain.previousCount = Settings::ghostPrev ? Settings::ghostPrevCount : 0;
             plain.nextCount = Settings::ghostNext ? Settings::ghostNextCount : 0;
@@ -80,7 +80,7 @@ protected:
                 plain.nextColor = &Settings::ghostColorOverrideNext;
             }
         }
-        for (Layer* layer : manager.GetLayers(camera)) {
+        for (Layer* layer : manager_.GetLayers(camera)) {
             plain.layers.push_back(layer->GetImage(0));
             if (stroke && layer == active) {
                 plain.layers.push_back(stroke);
@@ -92,7 +92,7 @@ protected:
     /// The largest difference of the composed image from the plain reference, in 255ths. 256 if there is no
     /// image.
     int Error(const QString& camera, const QImage* stroke = nullptr) {
-        const QImage* image = manager.GetFlattenedImage(camera);
+        const QImage* image = manager_.GetFlattenedImage(camera);
         return image ? PlainComposer::Difference(*image, Plain(camera, stroke)) : 256;
     }
 
@@ -106,7 +106,7 @@ protected:
 
     /// Begins a stroke of the tool across the middle, not yet painted.
     Stroke* BeginStroke(const QString& camera, ToolType tool, const QColor& color = QColor(10, 120, 240)) {
-        Stroke* stroke = manager.GetActiveStroke(camera, true);
+        Stroke* stroke = manager_.GetActiveStroke(camera, true);
         stroke->tool = tool;
         stroke->color = color;
         stroke->points = {Point(260, 330), Point(420, 360), Point(560, 450, 30, 0.5f)};
@@ -114,8 +114,8 @@ protected:
         return stroke;
     }
 
-    LayerManager manager;
-    const QString camera = QStringLiteral("persp");
+    LayerManager manager_;
+    const QString camera_ = QStringLiteral("persp");
 
 private:
     int drawings_ = 0;

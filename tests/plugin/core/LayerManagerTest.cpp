@@ -12,18 +12,18 @@ using ::testing::ElementsAre;
 
 class LayerManagerTest : public DocumentTest {
 protected:
-    const QString other = QString::fromUtf8("Kamera \xe2\x84\x96 \"\xe7\x94\xbb\"\\\n");
+    const QString other_ = QString::fromUtf8("Kamera \xe2\x84\x96 \"\xe7\x94\xbb\"\\\n");
 
     QStringList Names(const QString& of) const {
         QStringList names;
-        for (const Layer* layer : manager.GetLayers(of)) {
+        for (const Layer* layer : manager_.GetLayers(of)) {
             names.append(layer->GetName() + (layer->IsActive() ? "*" : ""));
         }
         return names;
     }
     void AddLayers(const QString& to, const QStringList& names) {
         for (const QString& name : names) {
-            manager.InsertLayer(to, -1, name);
+            manager_.InsertLayer(to, -1, name);
         }
     }
 };
@@ -34,30 +34,30 @@ TEST_F(LayerManagerTest, NamesLayersUniquely) {
     } cases[] = {{"", "Layer"},  {"", "Layer 1"},    {"Layer", "Layer 2"},
                  {"Sky", "Sky"}, {"Sky", "Layer 3"}, {"sky", "sky"}};
     for (const auto& c : cases) {
-        const QString& to = manager.TotalLayerCount() % 2 == 0 ? camera : other;
-        const int index = manager.InsertLayer(to, -1, QString(c.asked));
-        EXPECT_EQ(manager.GetLayerName(to, index), QString(c.given));
+        const QString& to = manager_.TotalLayerCount() % 2 == 0 ? camera_ : other_;
+        const int index = manager_.InsertLayer(to, -1, QString(c.asked));
+        EXPECT_EQ(manager_.GetLayerName(to, index), QString(c.given));
     }
-    EXPECT_EQ(manager.GetUniqueLayerName(QString::fromUtf8("\xf0\x9f\x8e\xa8")),
+    EXPECT_EQ(manager_.GetUniqueLayerName(QString::fromUtf8("\xf0\x9f\x8e\xa8")),
               QString::fromUtf8("\xf0\x9f\x8e\xa8"));
-    manager.SetLayerName(camera, 0, "Sky");
-    EXPECT_EQ(manager.GetLayerName(camera, 0), QString("Sky")) << "renaming is the user's own affair";
+    manager_.SetLayerName(camera_, 0, "Sky");
+    EXPECT_EQ(manager_.GetLayerName(camera_, 0), QString("Sky")) << "renaming is the user's own affair";
 }
 
 TEST_F(LayerManagerTest, InsertsWhereAskedAndActivatesTheFirst) {
     Settings::defaultLayerState = 1;
-    EXPECT_EQ(manager.InsertLayer(camera, 700, "A"), 0);
-    EXPECT_EQ(manager.GetLayerState(camera, 0), LayerState::Static);
-    EXPECT_EQ(manager.GetActiveCamera(), camera);
-    EXPECT_EQ(manager.InsertLayer(camera, 0, "B"), 0);
-    EXPECT_EQ(manager.InsertLayer(camera, 2000000000, "C"), 2);
-    EXPECT_EQ(manager.InsertLayer(camera, -2000000000, "D"), 3);
-    EXPECT_EQ(manager.InsertLayer(camera, 1, static_cast<Layer*>(nullptr)), -1);
-    EXPECT_EQ(Names(camera), (QStringList{"B", "A*", "C", "D"}));
-    manager.InsertLayer(other, -1, "E");
-    EXPECT_EQ(manager.GetActiveCamera(), other);
-    EXPECT_EQ(manager.GetPreviousActiveCamera(), camera);
-    EXPECT_EQ(manager.TotalLayerCount(), 5);
+    EXPECT_EQ(manager_.InsertLayer(camera_, 700, "A"), 0);
+    EXPECT_EQ(manager_.GetLayerState(camera_, 0), LayerState::Static);
+    EXPECT_EQ(manager_.GetActiveCamera(), camera_);
+    EXPECT_EQ(manager_.InsertLayer(camera_, 0, "B"), 0);
+    EXPECT_EQ(manager_.InsertLayer(camera_, 2000000000, "C"), 2);
+    EXPECT_EQ(manager_.InsertLayer(camera_, -2000000000, "D"), 3);
+    EXPECT_EQ(manager_.InsertLayer(camera_, 1, static_cast<Layer*>(nullptr)), -1);
+    EXPECT_EQ(Names(camera_), (QStringList{"B", "A*", "C", "D"}));
+    manager_.InsertLayer(other_, -1, "E");
+    EXPECT_EQ(manager_.GetActiveCamera(), other_);
+    EXPECT_EQ(manager_.GetPreviousActiveCamera(), camera_);
+    EXPECT_EQ(manager_.TotalLayerCount(), 5);
 }
 
 TEST_F(LayerManagerTest, PassesTheActiveFlagOnWhenALayerGoes) {
@@ -72,112 +72,112 @@ TEST_F(LayerManagerTest, PassesTheActiveFlagOnWhenALayerGoes) {
     };
     for (const auto& c : cases) {
         QList<Layer*> old;
-        manager.RemoveAllLayers(camera, old);
+        manager_.RemoveAllLayers(camera_, old);
         qDeleteAll(old);
-        AddLayers(camera, {"A", "B", "C", "D"});
-        manager.SetActiveLayer(camera, c.active, true);
-        Layer* removed = manager.RemoveLayer(camera, c.removed).release();
-        EXPECT_EQ(Names(camera), c.left);
-        EXPECT_EQ(manager.InsertLayer(camera, c.removed, removed), c.removed);
-        EXPECT_EQ(manager.GetActiveLayerIndex(camera), c.active) << "it comes back as it went";
-        EXPECT_EQ(manager.GetLayer(camera, c.removed), removed);
+        AddLayers(camera_, {"A", "B", "C", "D"});
+        manager_.SetActiveLayer(camera_, c.active, true);
+        Layer* removed = manager_.RemoveLayer(camera_, c.removed).release();
+        EXPECT_EQ(Names(camera_), c.left);
+        EXPECT_EQ(manager_.InsertLayer(camera_, c.removed, removed), c.removed);
+        EXPECT_EQ(manager_.GetActiveLayerIndex(camera_), c.active) << "it comes back as it went";
+        EXPECT_EQ(manager_.GetLayer(camera_, c.removed), removed);
     }
 }
 
 TEST_F(LayerManagerTest, ForgetsACameraWithItsLastLayer) {
-    AddLayers(camera, {"A"});
-    EXPECT_NE(manager.GetFlattenedImage(camera), nullptr);
-    std::unique_ptr<Layer> removed = manager.RemoveLayer(camera, 0);
-    EXPECT_EQ(manager.GetFlattenedImage(camera), nullptr);
-    EXPECT_EQ(manager.GetActiveLayer(camera), nullptr);
-    manager.InsertLayer(camera, 0, removed.release());
-    EXPECT_EQ(Names(camera), QStringList{"A*"});
-    EXPECT_NE(manager.GetFlattenedImage(camera), nullptr);
+    AddLayers(camera_, {"A"});
+    EXPECT_NE(manager_.GetFlattenedImage(camera_), nullptr);
+    std::unique_ptr<Layer> removed = manager_.RemoveLayer(camera_, 0);
+    EXPECT_EQ(manager_.GetFlattenedImage(camera_), nullptr);
+    EXPECT_EQ(manager_.GetActiveLayer(camera_), nullptr);
+    manager_.InsertLayer(camera_, 0, removed.release());
+    EXPECT_EQ(Names(camera_), QStringList{"A*"});
+    EXPECT_NE(manager_.GetFlattenedImage(camera_), nullptr);
 
-    AddLayers(camera, {"B", "C"});
-    manager.SetActiveLayer(camera, 1, true);
+    AddLayers(camera_, {"B", "C"});
+    manager_.SetActiveLayer(camera_, 1, true);
     QList<Layer*> all;
-    manager.RemoveAllLayers(camera, all);
-    EXPECT_EQ(manager.GetFlattenedImage(camera), nullptr);
+    manager_.RemoveAllLayers(camera_, all);
+    EXPECT_EQ(manager_.GetFlattenedImage(camera_), nullptr);
     for (int i = 0; i < all.size(); ++i) {
-        EXPECT_EQ(manager.InsertLayer(camera, i, all[i]), i);
+        EXPECT_EQ(manager_.InsertLayer(camera_, i, all[i]), i);
     }
-    EXPECT_EQ(Names(camera), (QStringList{"A", "B*", "C"}));
-    manager.DeleteAllLayers(true);
-    EXPECT_EQ(manager.TotalLayerCount(), 0);
-    EXPECT_EQ(manager.GetFlattenedImage(camera), nullptr);
+    EXPECT_EQ(Names(camera_), (QStringList{"A", "B*", "C"}));
+    manager_.DeleteAllLayers(true);
+    EXPECT_EQ(manager_.TotalLayerCount(), 0);
+    EXPECT_EQ(manager_.GetFlattenedImage(camera_), nullptr);
 }
 
 TEST_F(LayerManagerTest, MovesLayersWithinACamera) {
-    AddLayers(camera, {"A", "B", "C", "D"});
-    EXPECT_EQ(manager.MoveLayer(camera, 0, 2), 2);
-    EXPECT_EQ(Names(camera), (QStringList{"B", "C", "A*", "D"}));
-    EXPECT_EQ(manager.MoveLayer(camera, 2, 0), 0);
-    EXPECT_EQ(Names(camera), (QStringList{"A*", "B", "C", "D"}));
+    AddLayers(camera_, {"A", "B", "C", "D"});
+    EXPECT_EQ(manager_.MoveLayer(camera_, 0, 2), 2);
+    EXPECT_EQ(Names(camera_), (QStringList{"B", "C", "A*", "D"}));
+    EXPECT_EQ(manager_.MoveLayer(camera_, 2, 0), 0);
+    EXPECT_EQ(Names(camera_), (QStringList{"A*", "B", "C", "D"}));
     for (const int bad : {-1, 4, 2000000000}) {
-        EXPECT_EQ(manager.MoveLayer(camera, bad, 0), -1);
-        EXPECT_EQ(manager.MoveLayer(camera, 0, bad), -1);
+        EXPECT_EQ(manager_.MoveLayer(camera_, bad, 0), -1);
+        EXPECT_EQ(manager_.MoveLayer(camera_, 0, bad), -1);
     }
-    EXPECT_EQ(manager.MoveLayer("nowhere", 0, 0), -1);
+    EXPECT_EQ(manager_.MoveLayer("nowhere", 0, 0), -1);
 }
 
 TEST_F(LayerManagerTest, MovesLayersToAnotherCamera) {
-    AddLayers(camera, {"A", "B", "C"});
-    manager.SetActiveLayer(camera, 1, true);
-    EXPECT_EQ(manager.MoveLayer(camera, 1, other, -1), 0);
-    EXPECT_EQ(Names(camera), (QStringList{"A*", "C"}));
-    EXPECT_EQ(Names(other), QStringList{"B*"});
-    EXPECT_EQ(manager.GetActiveCamera(), other) << "the first layer of a camera makes it active";
-    EXPECT_EQ(manager.MoveLayer(camera, 0, other, 0), 0);
-    EXPECT_EQ(Names(other), (QStringList{"A", "B*"}));
-    EXPECT_EQ(Names(camera), QStringList{"C*"});
-    EXPECT_EQ(manager.MoveLayer(camera, 0, other, 99), 2);
-    EXPECT_EQ(manager.GetFlattenedImage(camera), nullptr);
-    EXPECT_EQ(manager.MoveLayer(camera, 0, other, 0), -1);
-    EXPECT_EQ(manager.MoveLayer(other, 2, camera, 0), 0) << "the way back";
-    EXPECT_EQ(Names(camera), QStringList{"C*"});
-    EXPECT_TRUE(manager.MasterCacheUpdateRequired(camera));
-    EXPECT_TRUE(manager.MasterCacheUpdateRequired(other));
+    AddLayers(camera_, {"A", "B", "C"});
+    manager_.SetActiveLayer(camera_, 1, true);
+    EXPECT_EQ(manager_.MoveLayer(camera_, 1, other_, -1), 0);
+    EXPECT_EQ(Names(camera_), (QStringList{"A*", "C"}));
+    EXPECT_EQ(Names(other_), QStringList{"B*"});
+    EXPECT_EQ(manager_.GetActiveCamera(), other_) << "the first layer of a camera makes it active";
+    EXPECT_EQ(manager_.MoveLayer(camera_, 0, other_, 0), 0);
+    EXPECT_EQ(Names(other_), (QStringList{"A", "B*"}));
+    EXPECT_EQ(Names(camera_), QStringList{"C*"});
+    EXPECT_EQ(manager_.MoveLayer(camera_, 0, other_, 99), 2);
+    EXPECT_EQ(manager_.GetFlattenedImage(camera_), nullptr);
+    EXPECT_EQ(manager_.MoveLayer(camera_, 0, other_, 0), -1);
+    EXPECT_EQ(manager_.MoveLayer(other_, 2, camera_, 0), 0) << "the way back";
+    EXPECT_EQ(Names(camera_), QStringList{"C*"});
+    EXPECT_TRUE(manager_.MasterCacheUpdateRequired(camera_));
+    EXPECT_TRUE(manager_.MasterCacheUpdateRequired(other_));
 }
 
 TEST_F(LayerManagerTest, RefusesIndexesThatAreNone) {
-    AddLayers(camera, {"A", "B"});
-    EXPECT_FALSE(manager.SetActiveLayer(camera, 5, true));
+    AddLayers(camera_, {"A", "B"});
+    EXPECT_FALSE(manager_.SetActiveLayer(camera_, 5, true));
     EXPECT_THAT(Messages(), ElementsAre("Invalid layer index: 5"));
-    EXPECT_EQ(Names(camera), (QStringList{"A*", "B"}));
-    for (const QString& of : {camera, other, QString()}) {
+    EXPECT_EQ(Names(camera_), (QStringList{"A*", "B"}));
+    for (const QString& of : {camera_, other_, QString()}) {
         for (const int index : {-2, 2, 2147483647, -2147483647 - 1}) {
-            EXPECT_EQ(manager.GetLayer(of, index), nullptr);
-            EXPECT_EQ(manager.RemoveLayer(of, index), nullptr);
-            EXPECT_EQ(manager.GetLayerName(of, index), QString());
-            manager.SetLayerVisible(of, index, false);
-            manager.SetLayerOpacity(of, index, 0.5f);
-            manager.ForceCacheUpdate(of, index);
+            EXPECT_EQ(manager_.GetLayer(of, index), nullptr);
+            EXPECT_EQ(manager_.RemoveLayer(of, index), nullptr);
+            EXPECT_EQ(manager_.GetLayerName(of, index), QString());
+            manager_.SetLayerVisible(of, index, false);
+            manager_.SetLayerOpacity(of, index, 0.5f);
+            manager_.ForceCacheUpdate(of, index);
         }
     }
-    EXPECT_TRUE(manager.SetActiveLayer(camera, -1, false));
-    EXPECT_EQ(manager.GetActiveLayer(camera), nullptr);
-    EXPECT_EQ(manager.AddFrame(camera), -1);
-    EXPECT_EQ(manager.InsertFrame(camera, new Frame(At(1))), -1);
-    EXPECT_FALSE(manager.CanDraw(camera));
-    EXPECT_EQ(manager.GetCameras(), QStringList{camera}) << "asking makes no camera";
-    EXPECT_FALSE(manager.CacheUpdateRequired(other));
+    EXPECT_TRUE(manager_.SetActiveLayer(camera_, -1, false));
+    EXPECT_EQ(manager_.GetActiveLayer(camera_), nullptr);
+    EXPECT_EQ(manager_.AddFrame(camera_), -1);
+    EXPECT_EQ(manager_.InsertFrame(camera_, new Frame(At(1))), -1);
+    EXPECT_FALSE(manager_.CanDraw(camera_));
+    EXPECT_EQ(manager_.GetCameras(), QStringList{camera_}) << "asking makes no camera";
+    EXPECT_FALSE(manager_.CacheUpdateRequired(other_));
 }
 
 TEST_F(LayerManagerTest, FollowsThePlaybackTime) {
-    Layer* drawnOn = AddLayer(camera, {1, 5});
-    Layer* second = AddLayer(camera, {1, 5});
-    Layer* elsewhere = AddLayer(other, {1, 5});
-    manager.SetActiveCamera(camera);
+    Layer* drawnOn = AddLayer(camera_, {1, 5});
+    Layer* second = AddLayer(camera_, {1, 5});
+    Layer* elsewhere = AddLayer(other_, {1, 5});
+    manager_.SetActiveCamera(camera_);
     const auto indexes = [&] {
         return QList<int>{drawnOn->GetCurrentFrameIndex(), second->GetCurrentFrameIndex(),
                           elsewhere->GetCurrentFrameIndex()};
     };
-    manager.OnPlaybackTimeChanged(7, true);
+    manager_.OnPlaybackTimeChanged(7, true);
     EXPECT_EQ(indexes(), (QList<int>{0, 1, 1}));
-    manager.OnPlaybackTimeChanged(7, false);
+    manager_.OnPlaybackTimeChanged(7, false);
     EXPECT_EQ(indexes(), (QList<int>{1, 1, 1}));
-    EXPECT_EQ(manager.GetFrame(), 7);
+    EXPECT_EQ(manager_.GetFrame(), 7);
 }
 
 /// Keeps what the panel was told last.
@@ -201,22 +201,22 @@ TEST_F(LayerManagerTest, FillsThePanelOfTheMaster) {
     DialogManager::RegisterPanel(DialogManager::Panel::LayerManager,
                                  [](QWidget*) { return std::make_unique<FakePanel>(); });
     const auto& panel = dynamic_cast<const FakePanel&>(*DialogManager::GetLayerMangerDialog());
-    AddLayers(camera, {"A"});
+    AddLayers(camera_, {"A"});
     EXPECT_EQ(panel.fills, 0) << "not the master yet";
-    manager.MakeMaster();
-    AddLayers(camera, {"B"});
-    AddLayers(other, {"C"});
-    manager.SetLayerVisible(camera, 1, false);
-    manager.SetLayerState(other, 0, LayerState::Locked);
+    manager_.MakeMaster();
+    AddLayers(camera_, {"B"});
+    AddLayers(other_, {"C"});
+    manager_.SetLayerVisible(camera_, 1, false);
+    manager_.SetLayerState(other_, 0, LayerState::Locked);
     QStringList rows;
     for (const LayerManagerRow& row : panel.rows) {
         rows.append(QString("%1/%2/%3/%4").arg(row.camera, row.name).arg(row.visible).arg(int(row.state)));
     }
-    EXPECT_EQ(rows, (QStringList{other + "/C/1/2", "persp/A/1/0", "persp/B/0/0"}));
-    EXPECT_EQ(panel.activeCamera, other);
+    EXPECT_EQ(rows, (QStringList{other_ + "/C/1/2", "persp/A/1/0", "persp/B/0/0"}));
+    EXPECT_EQ(panel.activeCamera, other_);
     EXPECT_EQ(panel.activeIndex, 0);
-    manager.SetActiveLayer(camera, 1, true);
-    EXPECT_EQ(panel.activeCamera, camera);
+    manager_.SetActiveLayer(camera_, 1, true);
+    EXPECT_EQ(panel.activeCamera, camera_);
     EXPECT_EQ(panel.activeIndex, 1);
     DialogManager::Shutdown();
 }

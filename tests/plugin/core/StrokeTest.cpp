@@ -11,9 +11,9 @@ namespace {
 
 class StrokeTest : public DocumentTest {
 protected:
-    StrokeTest() { layer = AddLayer(camera, {1}); }
+    StrokeTest() { layer_ = AddLayer(camera_, {1}); }
 
-    QImage& Current() { return layer->GetCurrentFrame()->GetImage(); }
+    QImage& Current() { return layer_->GetCurrentFrame()->GetImage(); }
 
     /// The stroke by itself, painted in one go.
     static QImage Alone(const Stroke& stroke) {
@@ -44,15 +44,15 @@ protected:
     }
 
     Stroke* BeginTransform(const QRect& selection) {
-        Stroke* stroke = manager.GetActiveStroke(camera, true);
+        Stroke* stroke = manager_.GetActiveStroke(camera_, true);
         stroke->tool = ToolType::Transform;
         stroke->selection = selection;
         stroke->freshSelection = stroke->changed = true;
         return stroke;
     }
 
-    Layer* layer;
-    QByteArray undo;
+    Layer* layer_;
+    QByteArray undo_;
 };
 
 TEST_F(StrokeTest, IsCommittedOverTheDrawing) {
@@ -60,28 +60,28 @@ TEST_F(StrokeTest, IsCommittedOverTheDrawing) {
                                 ToolType::Ellipse, ToolType::Rectangle, ToolType::Text}) {
         for (const bool composedBefore : {false, true}) {
             const QImage before = Current().copy();
-            Stroke* stroke = BeginStroke(camera, tool);
+            Stroke* stroke = BeginStroke(camera_, tool);
             stroke->text = "Vellix";
             if (composedBefore) {
-                manager.GetFlattenedImage(camera);
+                manager_.GetFlattenedImage(camera_);
                 stroke->points.append(Point(700, 700));
             }
             const QImage alone = Alone(*stroke);
             QImage expected = before.copy();
             QPainter(&expected).drawImage(0, 0, alone);
-            ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
-            EXPECT_FALSE(manager.HasActiveStroke());
+            ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
+            EXPECT_FALSE(manager_.HasActiveStroke());
             EXPECT_LE(PlainComposer::Difference(Current(), expected), 2) << int(tool) << composedBefore;
             EXPECT_NE(Current(), before) << int(tool);
             EXPECT_EQ(ChangedWhereTransparent(alone, before, Current()), 0) << int(tool) << composedBefore;
-            EXPECT_LE(Error(camera), 2);
+            EXPECT_LE(Error(camera_), 2);
             const QImage after = Current().copy();
-            ASSERT_TRUE(manager.UndoStroke(camera, undo));
+            ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
             EXPECT_EQ(Current(), before) << int(tool);
-            EXPECT_LE(Error(camera), 2);
-            ASSERT_TRUE(manager.UndoStroke(camera, undo));
+            EXPECT_LE(Error(camera_), 2);
+            ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
             EXPECT_EQ(Current(), after);
-            ASSERT_TRUE(manager.UndoStroke(camera, undo));
+            ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
         }
     }
 }
@@ -90,93 +90,93 @@ TEST_F(StrokeTest, KeepsColoursUnderTransparencyAndFaintEdges) {
     Current().fill(qRgba(0, 0, 0, 0));
     Current().setPixel(5, 5, qRgba(11, 22, 33, 0));
     Current().setPixel(300, 333, qRgba(3, 140, 77, 2));
-    Stroke* stroke = BeginStroke(camera, ToolType::Line, QColor(10, 120, 240));
+    Stroke* stroke = BeginStroke(camera_, ToolType::Line, QColor(10, 120, 240));
     stroke->points = {Point(600, 600, 1, 0.01f), Point(700, 650, 1, 0.01f)};
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     EXPECT_EQ(Current().pixel(5, 5), qRgba(11, 22, 33, 0));
     EXPECT_EQ(Current().pixel(300, 333), qRgba(3, 140, 77, 2));
 }
 
 TEST_F(StrokeTest, ErasesOnlyAlpha) {
     const QImage before = Current().copy();
-    const Stroke stroke = *BeginStroke(camera, ToolType::Eraser);
+    const Stroke stroke = *BeginStroke(camera_, ToolType::Eraser);
     QImage expected = before.copy();
     DrawUtil::DrawFreehand(expected, stroke.points, 0, ToolType::Eraser);
-    QImage shown = *manager.GetFlattenedImage(camera);
+    QImage shown = *manager_.GetFlattenedImage(camera_);
     EXPECT_LE(PlainComposer::Difference(shown, expected), 1);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     EXPECT_EQ(Current(), expected);
     EXPECT_NE(Current(), before);
-    EXPECT_LE(Error(camera), 1);
-    ASSERT_TRUE(manager.UndoStroke(camera, undo));
+    EXPECT_LE(Error(camera_), 1);
+    ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
     EXPECT_EQ(Current(), before);
 }
 
 TEST_F(StrokeTest, ErasesWhatTheLayerShowsNow) {
-    BeginStroke(camera, ToolType::Eraser);
-    manager.GetFlattenedImage(camera);
-    layer->SetImage(Drawing(7));
+    BeginStroke(camera_, ToolType::Eraser);
+    manager_.GetFlattenedImage(camera_);
+    layer_->SetImage(Drawing(7));
     QImage expected = Drawing(7);
-    DrawUtil::DrawFreehand(expected, manager.GetActiveStroke(camera, true)->points, 0, ToolType::Eraser);
-    EXPECT_LE(PlainComposer::Difference(*manager.GetFlattenedImage(camera), expected), 1);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    DrawUtil::DrawFreehand(expected, manager_.GetActiveStroke(camera_, true)->points, 0, ToolType::Eraser);
+    EXPECT_LE(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), expected), 1);
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     EXPECT_EQ(Current(), expected);
 }
 
 TEST_F(StrokeTest, NeedsAFrameToBeDrawnOn) {
     ShowTime(4);
-    EXPECT_FALSE(manager.CanDraw(camera));
-    EXPECT_EQ(manager.GetActiveStroke(camera, false), nullptr);
-    EXPECT_NE(manager.GetActiveStroke(camera, true), nullptr)
+    EXPECT_FALSE(manager_.CanDraw(camera_));
+    EXPECT_EQ(manager_.GetActiveStroke(camera_, false), nullptr);
+    EXPECT_NE(manager_.GetActiveStroke(camera_, true), nullptr)
         << "shapes and transforms take the held drawing";
-    manager.CancelActiveStroke();
-    layer->SetState(LayerState::Static);
-    EXPECT_TRUE(manager.CanDraw(camera));
-    EXPECT_NE(manager.GetActiveStroke(camera, false), nullptr);
-    manager.CancelActiveStroke();
-    EXPECT_EQ(manager.GetActiveStroke("nowhere", true), nullptr);
-    EXPECT_FALSE(manager.CommitActiveStroke(camera, undo)) << "no stroke";
+    manager_.CancelActiveStroke();
+    layer_->SetState(LayerState::Static);
+    EXPECT_TRUE(manager_.CanDraw(camera_));
+    EXPECT_NE(manager_.GetActiveStroke(camera_, false), nullptr);
+    manager_.CancelActiveStroke();
+    EXPECT_EQ(manager_.GetActiveStroke("nowhere", true), nullptr);
+    EXPECT_FALSE(manager_.CommitActiveStroke(camera_, undo_)) << "no stroke";
 
-    layer->SetState(LayerState::Animated);
+    layer_->SetState(LayerState::Animated);
     ShowTime(0);
-    BeginStroke(camera, ToolType::Line);
-    manager.GetFlattenedImage(camera);
-    EXPECT_FALSE(manager.CommitActiveStroke("nowhere", undo));
-    EXPECT_TRUE(manager.HasActiveStroke());
-    EXPECT_FALSE(manager.CommitActiveStroke(camera, undo)) << "no drawing at this time";
-    EXPECT_FALSE(manager.HasActiveStroke());
-    EXPECT_FALSE(manager.UndoStroke(camera, undo));
+    BeginStroke(camera_, ToolType::Line);
+    manager_.GetFlattenedImage(camera_);
+    EXPECT_FALSE(manager_.CommitActiveStroke("nowhere", undo_));
+    EXPECT_TRUE(manager_.HasActiveStroke());
+    EXPECT_FALSE(manager_.CommitActiveStroke(camera_, undo_)) << "no drawing at this time";
+    EXPECT_FALSE(manager_.HasActiveStroke());
+    EXPECT_FALSE(manager_.UndoStroke(camera_, undo_));
 }
 
 TEST_F(StrokeTest, StartsWithTheDefaults) {
-    Stroke* stroke = manager.GetActiveStroke(camera, false);
+    Stroke* stroke = manager_.GetActiveStroke(camera_, false);
     ASSERT_NE(stroke, nullptr);
     EXPECT_EQ(stroke->tool, ToolType::Pencil);
     EXPECT_EQ(stroke->color, QColor(255, 255, 255, 255));
     EXPECT_TRUE(stroke->points.isEmpty());
     EXPECT_EQ(stroke->selection, QRect());
-    EXPECT_EQ(manager.GetActiveStroke("elsewhere", true), stroke) << "there is one stroke at a time";
+    EXPECT_EQ(manager_.GetActiveStroke("elsewhere", true), stroke) << "there is one stroke at a time";
 }
 
 TEST_F(StrokeTest, UndoNeedsAPicture) {
     const QImage before = Current().copy();
     for (const QByteArray& bad : {QByteArray(), QByteArray("no PNG"), QByteArray(100000, '\x89')}) {
         QByteArray buffer = bad;
-        EXPECT_FALSE(manager.UndoStroke(camera, buffer));
+        EXPECT_FALSE(manager_.UndoStroke(camera_, buffer));
         EXPECT_EQ(buffer, bad);
         EXPECT_EQ(Current(), before);
     }
-    EXPECT_FALSE(manager.UndoStroke("nowhere", undo));
+    EXPECT_FALSE(manager_.UndoStroke("nowhere", undo_));
 }
 
 TEST_F(StrokeTest, CancellingShowsTheDrawingAgain) {
-    BeginStroke(camera, ToolType::Brush);
-    manager.GetFlattenedImage(camera);
-    manager.CancelActiveStroke();
-    EXPECT_FALSE(manager.HasActiveStroke());
+    BeginStroke(camera_, ToolType::Brush);
+    manager_.GetFlattenedImage(camera_);
+    manager_.CancelActiveStroke();
+    EXPECT_FALSE(manager_.HasActiveStroke());
     AddLayer("other", {1});
-    manager.GetFlattenedImage("other");
-    EXPECT_LE(Error(camera), 1) << "even when another camera was composed first";
+    manager_.GetFlattenedImage("other");
+    EXPECT_LE(Error(camera_), 1) << "even when another camera was composed first";
 }
 
 /// A stroke of a random tool at a random place.
@@ -218,9 +218,9 @@ QImage Shown(const Frame& frame) {
 TEST_F(StrokeTest, UndoIsExactWhateverHappensBetween) {
     for (const unsigned seed : {1u, 2u, 3u}) {
         std::mt19937 random(seed);
-        Layer* const drawn = AddLayer(camera, {});
+        Layer* const drawn = AddLayer(camera_, {});
         drawn->AddFrame(At(1));
-        manager.SetActiveLayer(camera, manager.LayerCount(camera) - 1, false);
+        manager_.SetActiveLayer(camera_, manager_.LayerCount(camera_) - 1, false);
         ShowTime(1);
         Frame& frame = *drawn->GetCurrentFrame();
         QList<QByteArray> steps;
@@ -236,28 +236,28 @@ TEST_F(StrokeTest, UndoIsExactWhateverHappensBetween) {
                 break;
             case 2:
                 if (at > 0) {
-                    ASSERT_TRUE(manager.UndoStroke(camera, steps[--at])) << seed << ' ' << turn;
+                    ASSERT_TRUE(manager_.UndoStroke(camera_, steps[--at])) << seed << ' ' << turn;
                 }
                 break;
             case 3:
                 if (at < steps.size()) {
-                    ASSERT_TRUE(manager.UndoStroke(camera, steps[at++])) << seed << ' ' << turn;
+                    ASSERT_TRUE(manager_.UndoStroke(camera_, steps[at++])) << seed << ' ' << turn;
                 }
                 break;
             default:
-                Scribble(manager, camera, random);
-                ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
-                steps = steps.mid(0, at) << undo;
+                Scribble(manager_, camera_, random);
+                ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
+                steps = steps.mid(0, at) << undo_;
                 pictures = pictures.mid(0, ++at) << Shown(frame);
             }
             ASSERT_EQ(Shown(frame), pictures[at]) << seed << ' ' << turn;
             if (random() % 2 == 0) {
-                ASSERT_LE(Error(camera), 2) << seed << ' ' << turn;
+                ASSERT_LE(Error(camera_), 2) << seed << ' ' << turn;
             }
         }
         while (at > 0) {
-            ASSERT_TRUE(manager.UndoStroke(camera, steps[--at]));
-            ASSERT_LE(Error(camera), 2) << seed << ' ' << at;
+            ASSERT_TRUE(manager_.UndoStroke(camera_, steps[--at]));
+            ASSERT_LE(Error(camera_), 2) << seed << ' ' << at;
         }
         EXPECT_EQ(frame.GetPictureKey(), 0) << "no picture, as before the first stroke";
         EXPECT_TRUE(frame.PeekImage().isNull());
@@ -266,68 +266,68 @@ TEST_F(StrokeTest, UndoIsExactWhateverHappensBetween) {
 }
 
 TEST_F(StrokeTest, UndoFitsItsOwnPictureOnly) {
-    Frame& frame = *layer->GetCurrentFrame();
-    BeginStroke(camera, ToolType::Brush);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    Frame& frame = *layer_->GetCurrentFrame();
+    BeginStroke(camera_, ToolType::Brush);
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     const QImage drawn = frame.PeekImage().copy();
-    const QByteArray sound = undo;
+    const QByteArray sound = undo_;
     const auto refuses = [&](QByteArray buffer) {
         const QImage before = frame.PeekImage().copy();
         const QByteArray given = buffer;
-        return !manager.UndoStroke(camera, buffer) && buffer == given && frame.PeekImage() == before;
+        return !manager_.UndoStroke(camera_, buffer) && buffer == given && frame.PeekImage() == before;
     };
     frame.SetImage(Drawing(5));
-    EXPECT_TRUE(refuses(undo));
+    EXPECT_TRUE(refuses(undo_));
     frame.SetPackedImage(Frame(frame).GetPackedImage());
-    EXPECT_TRUE(refuses(undo));
-    layer->AddFrame(At(2));
+    EXPECT_TRUE(refuses(undo_));
+    layer_->AddFrame(At(2));
     ShowTime(2);
-    EXPECT_FALSE(manager.UndoStroke(camera, undo)) << "another drawing";
+    EXPECT_FALSE(manager_.UndoStroke(camera_, undo_)) << "another drawing";
     ShowTime(1);
 
     frame.SetImage(drawn);
-    EXPECT_TRUE(refuses(undo)) << "nothing says that this is the same picture";
-    BeginStroke(camera, ToolType::Line);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
-    for (const int place : {0, 9, 20, 30, 500, undo.size() - 1}) {
-        QByteArray damaged = undo;
+    EXPECT_TRUE(refuses(undo_)) << "nothing says that this is the same picture";
+    BeginStroke(camera_, ToolType::Line);
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
+    for (const int place : {0, 9, 20, 30, 500, undo_.size() - 1}) {
+        QByteArray damaged = undo_;
         damaged[place] = static_cast<char>(damaged[place] ^ 4);
         EXPECT_TRUE(refuses(damaged)) << place;
     }
     EXPECT_TRUE(refuses(sound)) << "that of an earlier picture";
-    EXPECT_TRUE(manager.UndoStroke(camera, undo));
+    EXPECT_TRUE(manager_.UndoStroke(camera_, undo_));
     EXPECT_EQ(frame.PeekImage(), drawn);
 }
 
 TEST_F(StrokeTest, AShortageOfMemoryCostsNothing) {
-    Frame& frame = *layer->GetCurrentFrame();
+    Frame& frame = *layer_->GetCurrentFrame();
     const QImage before = Current().copy();
-    BeginStroke(camera, ToolType::Brush);
-    manager.PaintActiveStroke();
+    BeginStroke(camera_, ToolType::Brush);
+    manager_.PaintActiveStroke();
     {
         const ShortOfMemory shortage;
         if (!shortage.IsShort()) {
             GTEST_SKIP() << "memory cannot be limited here";
         }
-        EXPECT_THROW(manager.CommitActiveStroke(camera, undo), std::bad_alloc);
+        EXPECT_THROW(manager_.CommitActiveStroke(camera_, undo_), std::bad_alloc);
     }
     EXPECT_EQ(frame.PeekImage(), before);
-    ASSERT_TRUE(manager.HasActiveStroke());
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    ASSERT_TRUE(manager_.HasActiveStroke());
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     const QImage after = frame.PeekImage().copy();
     frame.PackImage();
-    const QByteArray kept(undo.constData(), undo.size());
+    const QByteArray kept(undo_.constData(), undo_.size());
     {
         const ShortOfMemory shortage;
-        EXPECT_THROW(manager.UndoStroke(camera, undo), std::bad_alloc);
+        EXPECT_THROW(manager_.UndoStroke(camera_, undo_), std::bad_alloc);
     }
-    EXPECT_EQ(undo, kept);
+    EXPECT_EQ(undo_, kept);
     EXPECT_EQ(frame.PeekImage(), after);
-    ASSERT_TRUE(manager.UndoStroke(camera, undo));
+    ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
     EXPECT_EQ(frame.PeekImage(), before);
     {
         const ShortOfMemory shortage;
-        EXPECT_TRUE(manager.UndoStroke(camera, undo)) << "swapping pixels needs hardly any memory";
+        EXPECT_TRUE(manager_.UndoStroke(camera_, undo_)) << "swapping pixels needs hardly any memory";
     }
     EXPECT_EQ(frame.PeekImage(), after);
 }
@@ -337,7 +337,7 @@ TEST_F(StrokeTest, AShortageOfMemoryCostsNothing) {
 TEST_F(StrokeTest, MovesASelection) {
     Current() = PlainComposer::Blank();
     QPainter(&Current()).fillRect(QRect(100, 100, 50, 40), QColor(250, 20, 40));
-    layer->ForceCacheUpdate();
+    layer_->ForceCacheUpdate();
     QImage expected = PlainComposer::Blank();
     QPainter painter(&expected);
     painter.fillRect(QRect(100, 100, 50, 40), QColor(250, 20, 40));
@@ -346,16 +346,17 @@ TEST_F(StrokeTest, MovesASelection) {
     painter.fillRect(QRect(410, 400, 20, 20), QColor(250, 20, 40));
     painter.end();
     Stroke* stroke = BeginTransform(QRect(QPoint(110, 90), QPoint(129, 119)));
-    EXPECT_LE(PlainComposer::Difference(*manager.GetFlattenedImage(camera), Current()), 0) << "not moved yet";
+    EXPECT_LE(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), Current()), 0)
+        << "not moved yet";
     stroke->freshSelection = false;
     stroke->offsetX = 300;
     stroke->offsetY = 300;
     stroke->changed = true;
-    EXPECT_EQ(PlainComposer::Difference(*manager.GetFlattenedImage(camera), expected), 0);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    EXPECT_EQ(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), expected), 0);
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     EXPECT_EQ(PlainComposer::Difference(Current(), expected), 0);
-    EXPECT_EQ(PlainComposer::Difference(*manager.GetFlattenedImage(camera), expected), 0);
-    EXPECT_FALSE(manager.PasteTransformImageAvailable());
+    EXPECT_EQ(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), expected), 0);
+    EXPECT_FALSE(manager_.PasteTransformImageAvailable());
 }
 
 TEST_F(StrokeTest, CutsCopiesAndPastes) {
@@ -369,8 +370,8 @@ TEST_F(StrokeTest, CutsCopiesAndPastes) {
     }
     // Copy: taken although nothing was composed before the tool gives up its stroke.
     BeginTransform(region)->copyToClipboard = true;
-    manager.CancelActiveStroke();
-    EXPECT_TRUE(manager.PasteTransformImageAvailable());
+    manager_.CancelActiveStroke();
+    EXPECT_TRUE(manager_.PasteTransformImageAvailable());
     EXPECT_EQ(Current(), whole);
 
     // Copy and transform: the source stays.
@@ -379,14 +380,14 @@ TEST_F(StrokeTest, CutsCopiesAndPastes) {
     stroke->offsetY = 500;
     QImage expected = whole.copy();
     QPainter(&expected).drawImage(200, 800, whole.copy(region));
-    EXPECT_LE(PlainComposer::Difference(*manager.GetFlattenedImage(camera), expected), 1);
-    manager.CancelActiveStroke();
+    EXPECT_LE(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), expected), 1);
+    manager_.CancelActiveStroke();
 
     // Cut: nothing is left to draw.
     stroke = BeginTransform(region);
     stroke->copyToClipboard = stroke->liftedImageEmptied = true;
-    EXPECT_LE(PlainComposer::Difference(*manager.GetFlattenedImage(camera), holed), 1);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    EXPECT_LE(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), holed), 1);
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     EXPECT_EQ(Current(), holed);
 
     // Paste, at once and untransformed, one pixel larger than the region as the tool has it.
@@ -394,11 +395,11 @@ TEST_F(StrokeTest, CutsCopiesAndPastes) {
     stroke->pasted = true;
     expected = holed.copy();
     QPainter(&expected).drawImage(600, 600, whole.copy(region));
-    EXPECT_LE(PlainComposer::Difference(*manager.GetFlattenedImage(camera), expected), 1);
-    ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+    EXPECT_LE(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), expected), 1);
+    ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
     EXPECT_LE(PlainComposer::Difference(Current(), expected), 1);
-    EXPECT_TRUE(manager.PasteTransformImageAvailable()) << "it can be pasted again";
-    ASSERT_TRUE(manager.UndoStroke(camera, undo));
+    EXPECT_TRUE(manager_.PasteTransformImageAvailable()) << "it can be pasted again";
+    ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
     EXPECT_EQ(Current(), holed);
 }
 
@@ -409,13 +410,13 @@ TEST_F(StrokeTest, HidingTheLayerOnTheWayLosesNothing) {
         stroke->tool = tool;
         stroke->points = {Point(3, 3), Point(9, 9)}; // where there is nothing to erase
         for (const bool visible : {false, true, false}) {
-            manager.SetLayerVisible(camera, 0, visible);
-            manager.GetFlattenedImage(camera);
+            manager_.SetLayerVisible(camera_, 0, visible);
+            manager_.GetFlattenedImage(camera_);
             stroke->freshSelection = false;
         }
-        ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+        ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
         EXPECT_LE(PlainComposer::Difference(Current(), before), 1) << int(tool);
-        manager.SetLayerVisible(camera, 0, true);
+        manager_.SetLayerVisible(camera_, 0, true);
     }
 }
 
@@ -426,12 +427,12 @@ TEST_F(StrokeTest, SelectionsThatAreNoneLoseNothing) {
          {QRect(), QRect(QPoint(50, 50), QPoint(40, 60)), QRect(QPoint(-far, -far), QPoint(far, far)),
           QRect(QPoint(0, 9), QPoint(9, far))}) {
         BeginTransform(selection)->copyToClipboard = true;
-        EXPECT_EQ(*manager.GetFlattenedImage(camera), PlainComposer::Blank()) << "the layer is skipped";
-        ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+        EXPECT_EQ(*manager_.GetFlattenedImage(camera_), PlainComposer::Blank()) << "the layer is skipped";
+        ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
         EXPECT_EQ(Current(), before);
-        EXPECT_LE(Error(camera), 1);
+        EXPECT_LE(Error(camera_), 1);
     }
-    EXPECT_FALSE(manager.PasteTransformImageAvailable());
+    EXPECT_FALSE(manager_.PasteTransformImageAvailable());
 }
 
 } // namespace

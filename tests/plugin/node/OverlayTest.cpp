@@ -71,14 +71,16 @@ TEST_F(OverlayTest, TheGateFollowsTheFilmFit) {
         {"frontShape", 3, 1.25, 1000, 800, 1.0, 1137}, // as vertical: 800 / 1.25 * 16/9
     };
     for (const Case& each : cases) {
-        const std::string camera = each.camera;
-        Run("setAttr " + camera + ".filmFit " + std::to_string(each.filmFit) + "; setAttr " + camera +
-            ".overscan " + std::to_string(each.overscan) + "; setAttr " + camera +
-            ".horizontalFilmAperture 1.5; setAttr " + camera + ".verticalFilmAperture " +
-            std::to_string(each.filmHeight));
+        Run(QString("setAttr %1.filmFit %2; setAttr %1.overscan %3; setAttr %1.horizontalFilmAperture 1.5;"
+                    "setAttr %1.verticalFilmAperture %4")
+                .arg(each.camera)
+                .arg(each.filmFit)
+                .arg(each.overscan)
+                .arg(each.filmHeight)
+                .toStdString());
         Update(each.width, each.height, each.camera);
-        SCOPED_TRACE(camera + " fit " + std::to_string(each.filmFit) + ", " + std::to_string(each.width) +
-                     " x " + std::to_string(each.height));
+        SCOPED_TRACE(::testing::Message()
+                     << each.camera << " fit " << each.filmFit << ", " << each.width << " x " << each.height);
         EXPECT_EQ(GateSize(), each.gate);
         EXPECT_EQ(Node().GetOverlayCenter(), MPoint(each.width * 0.5, each.height * 0.5));
         // The square's edges are the image's: 0 and its width, from the top down.

@@ -104,14 +104,14 @@ TEST_F(DrawToolTest, DrawsWhatAReplayOfItsPointsDraws) {
     const char* const tools[] = {"pencil", "brush", "eraser",  "text",
                                  "line",   "arrow", "ellipse", "rectangle"};
     for (const auto& view : views) {
-        const std::string camera = view.camera;
         const bool isZoomed = *view.panAndZoom != '\0';
         Use(view.renderer);
         Run("file -force -new; setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1");
-        Run("qmVellixNode -l -f -c " + camera + "; lookThru modelPanel4 " + camera);
+        Run(QString("qmVellixNode -l -f -c %1; lookThru modelPanel4 %1").arg(view.camera).toStdString());
         if (isZoomed) {
-            Run("setAttr " + camera + "Shape.panZoomEnabled 1; setAttr " + camera + "Shape" +
-                view.panAndZoom);
+            Run(QString("setAttr %1Shape.panZoomEnabled 1; setAttr %1Shape%2")
+                    .arg(view.camera, view.panAndZoom)
+                    .toStdString());
         }
         Settle();
         // Something to erase, of another colour.
@@ -124,7 +124,7 @@ TEST_F(DrawToolTest, DrawsWhatAReplayOfItsPointsDraws) {
         Run("qmVellixUtil -brushOptions 6 100 100 0; qmVellixUtil -textOptions 30 100 \"DejaVu Sans\"");
         const QImage before = Drawing(view.camera);
         for (const char* tool : tools) {
-            SCOPED_TRACE(::testing::Message() << tool << " in " << camera << " " << view.panAndZoom);
+            SCOPED_TRACE(::testing::Message() << tool << " in " << view.camera << " " << view.panAndZoom);
             Run(std::string("qmVellixUtil -") + tool + "Tool; select -clear");
             DrawByHand(points);
             const QImage drawn = Drawing(view.camera);

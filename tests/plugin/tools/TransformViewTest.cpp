@@ -183,12 +183,14 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
     for (const QString camera : {"persp", "front"}) {
         for (const double zoom : {0.0, 0.5, 1.7}) {
             SCOPED_TRACE(::testing::Message() << camera.toStdString() << " " << zoom);
-            const std::string shape = camera.toStdString() + "Shape";
             Run("lookThru modelPanel4 " + camera.toStdString());
             Draw(composite::TransparentImage(), camera);
-            Run("setAttr " + shape + ".panZoomEnabled " + (zoom > 0.0 ? "1" : "0"));
-            Run("setAttr " + shape + ".zoom " + std::to_string(zoom > 0.0 ? zoom : 1.0) + "; setAttr " +
-                shape + ".horizontalPan -0.1; setAttr " + shape + ".verticalPan 0.05");
+            Run(QString("setAttr %1Shape.panZoomEnabled %2; setAttr %1Shape.zoom %3;"
+                        "setAttr %1Shape.horizontalPan -0.1; setAttr %1Shape.verticalPan 0.05")
+                    .arg(camera)
+                    .arg(zoom > 0.0)
+                    .arg(zoom > 0.0 ? zoom : 1.0)
+                    .toStdString());
             Rest();
             // Without what is beside the quarters.
             Draw(Picture().copy(0, 0, 500, 1024).copy(0, 0, 1024, 1024), camera);
@@ -217,7 +219,9 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
             };
             expectAround();
             if (zoom > 0.0) {
-                Run("setAttr " + shape + ".zoom 0.8; setAttr " + shape + ".horizontalPan 0");
+                Run(QString("setAttr %1Shape.zoom 0.8; setAttr %1Shape.horizontalPan 0")
+                        .arg(camera)
+                        .toStdString());
                 expectAround();
                 DragOnView(OnView({100, 500}), OnView({100, 500}));
                 EXPECT_LE((QPoint(stroke->offsetX, stroke->offsetY) - offset).manhattanLength(), 2);
@@ -228,7 +232,7 @@ TEST_F(TransformViewTest, KnowsWhereTheDrawingIsInEveryKindOfView) {
             EXPECT_LE((moved.topLeft() - QUARTERS.topLeft() - offset).manhattanLength(), 3);
             EXPECT_EQ(moved.size(), QUARTERS.size());
             Run("undo");
-            Run("setAttr " + shape + ".panZoomEnabled 0");
+            Run(QString("setAttr %1Shape.panZoomEnabled 0").arg(camera).toStdString());
         }
     }
 }
