@@ -185,6 +185,9 @@ public:
     void PaintActiveStroke();
     /// Notes what a press has added to the camera's active layer for the stroke that begins next.
     void NotePress(const QString& camera, bool layerAdded, bool frameAdded);
+    /// A step that added a layer is undone, but a stroke is being drawn on that layer: it goes with the
+    /// stroke from now on. Does nothing if the stroke is elsewhere.
+    void LeaveLayerToStroke(const PressAdditions& undone);
     /// Takes back what a press has added, if no stroke has begun since.
     void TakeBackPress();
     /// Whether the transform tool has copied something that can be pasted.

@@ -150,6 +150,12 @@ void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameA
     }
 }
 
+void LayerManager::LeaveLayerToStroke(const PressAdditions& undone) {
+    if (stroke_->HasStroke() && stroke_->GetDrawing().layer == undone.GetDrawing().layer) {
+        strokeAdditions_.TakeOver(undone, stroke_->GetDrawing());
+    }
+}
+
 void LayerManager::TakeBackPress() {
     std::exchange(pressAdditions_, PressAdditions()).Discard(*this);
 }

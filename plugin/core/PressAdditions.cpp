@@ -37,6 +37,9 @@ PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& draw
         const Layer* const active = previous == camera ? nullptr : layers.GetActiveLayer(previous);
         previousLayer_ = active ? active->GetId() : LayerId::None;
     }
+    if (layerAdded) {
+        taken_ = std::make_shared<TakenLayer>();
+    }
 }
 
 bool PressAdditions::TakeOut(LayerManager& layers) {
@@ -56,34 +59,55 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         if (frame && frameAdded_ && !isOld) {
             frame_ = place.layer->RemoveFrame(drawing_.frame);
         }
+        if (layerAdded_ && frame) {
+            layers.LeaveLayerToStroke(*this);
+        }
         return frame != nullptr;
     }
-    const LayerManager::ChangeScope scope(layers);
-    activeCamera_ = CameraHandle(layers.GetActiveCamera());
-    spot_ = LayerSpot(layers, drawing_.layer);
-    layer_ = layers.RemoveLayer(place.camera, place.index);
-    RestoreActiveLayer(layers, place.camera);
+    TakeLayer(layers);
     return true;
 }
 
-bool PressAdditions::PutBack(LayerManager& layers) {
-    if (layer_) {
-        const LayerManager::ChangeScope scope(layers);
-        const QString camera = spot_.GetCamera();
-        const QString activeCamera = activeCamera_.Name();
-        layers.InsertLayer(camera, spot_.GetIndex(layers, camera), layer_); // active again if it was
-        layers.SetActiveCamera(activeCamera);
-        return true;
+void PressAdditions::TakeOver(const PressAdditions& undone, const DrawingId& drawing) {
+    drawing_ = drawing;
+    layerAdded_ = true;
+    previousLayer_ = undone.previousLayer_;
+    taken_ = undone.taken_;
+}
+
+/// Takes the added layer out, and goes back to the camera that was active before the press made its own
+/// active, unless the user has left that.
+void PressAdditions::TakeLayer(LayerManager& layers) {
+    const LayerManager::ChangeScope scope(layers);
+    const LayerPlace place = layers.FindLayer(drawing_.layer);
+    taken_->activeCamera = CameraHandle(layers.GetActiveCamera());
+    taken_->spot = LayerSpot(layers, drawing_.layer);
+    taken_->layer = layers.RemoveLayer(place.camera, place.index);
+    const LayerPlace previous = layers.FindLayer(previousLayer_);
+    if (previous.layer && layers.GetActiveCamera() == place.camera) {
+        layers.SetActiveLayer(previous.camera, previous.index, true);
     }
+}
+
+bool PressAdditions::PutBack(LayerManager& layers) {
+    Layer* const taken = taken_ ? taken_->layer.get() : nullptr;
     if (frame_) {
-        const LayerPlace place = layers.FindLayer(drawing_.layer);
-        if (!place.layer || place.layer->FrameExists(frame_->GetTimeValue())) {
+        Layer* const layer = taken ? taken : layers.FindLayer(drawing_.layer).layer;
+        if (!layer || layer->FrameExists(frame_->GetTimeValue())) {
             return false;
         }
         FrameList frames(1);
         frames[0] = std::move(frame_);
         const ScopeExit kept([&] { frame_ = frames.empty() ? nullptr : std::move(frames[0]); });
-        place.layer->PutFrames(frames);
+        layer->PutFrames(frames);
+    }
+    if (taken) {
+        const LayerManager::ChangeScope scope(layers);
+        const QString camera = taken_->spot.GetCamera();
+        const QString activeCamera = taken_->activeCamera.Name();
+        // Active again if it was.
+        layers.InsertLayer(camera, taken_->spot.GetIndex(layers, camera), taken_->layer);
+        layers.SetActiveCamera(activeCamera);
     }
     return true;
 }
@@ -99,17 +123,7 @@ void PressAdditions::Discard(LayerManager& layers) {
         place.layer->RemoveFrame(drawing_.frame);
     }
     if (layerAdded_ && place.layer->FrameCount() == 0) {
-        layers.RemoveLayer(place.camera, place.index);
-        RestoreActiveLayer(layers, place.camera);
-    }
-}
-
-/// Goes back to the camera that was active before the press made its own active, unless the user has left
-/// that.
-void PressAdditions::RestoreActiveLayer(LayerManager& layers, const QString& camera) const {
-    const LayerPlace previous = layers.FindLayer(previousLayer_);
-    if (previous.layer && layers.GetActiveCamera() == camera) {
-        layers.SetActiveLayer(previous.camera, previous.index, true);
+        TakeLayer(layers);
     }
 }
 

@@ -35,28 +35,36 @@ public:
     void SetPreviousLayer(LayerId layer) { previousLayer_ = layer; }
 
     /// Takes out what was added, and makes the layer active again that was before. A frame that has a picture
-    /// without the stroke stays, and so does a layer with such a frame or with others. Returns false, with
-    /// nothing changed, if the document does not hold what was added.
+    /// without the stroke stays, and so does a layer with such a frame or with others; if a stroke is being
+    /// drawn on that layer, its additions take the layer over. Returns false, with nothing changed, if the
+    /// document does not hold what was added.
     bool TakeOut(LayerManager& layers);
-    /// Puts back what TakeOut took. Returns false, with nothing changed, if the frame's layer is gone or its
+    /// Makes the layer of another press, which `undone` left because of the stroke on `drawing`, one that was
+    /// added for this stroke. Discard() hands it back to `undone`, which can still be redone.
+    void TakeOver(const PressAdditions& undone, const DrawingId& drawing);
+    /// Puts back what was taken out. Returns false, with nothing changed, if the frame's layer is gone or its
     /// time is taken.
     bool PutBack(LayerManager& layers);
     /// Deletes what was added for a stroke that is dropped. What has been drawn on or filled meanwhile stays.
     void Discard(LayerManager& layers);
 
 private:
-    void RestoreActiveLayer(LayerManager& layers, const QString& camera) const;
+    // A layer that was taken out, with its place and the camera that was active then.
+    struct TakenLayer {
+        CameraHandle activeCamera;
+        LayerSpot spot;
+        std::unique_ptr<Layer> layer;
+    };
+
+    void TakeLayer(LayerManager& layers);
 
     DrawingId drawing_;
     bool layerAdded_ = false;
     bool frameAdded_ = false;
     LayerId previousLayer_ = LayerId::None;
 
-    // What was taken out: a layer with its place and the camera that was active then, or a frame.
-    CameraHandle activeCamera_;
-    LayerSpot spot_;
-    std::unique_ptr<Layer> layer_;
-    std::unique_ptr<Frame> frame_;
+    std::shared_ptr<TakenLayer> taken_; ///< of an added layer; shared after TakeOver
+    std::unique_ptr<Frame> frame_;      ///< that was taken out without its layer
 };
 
 } // namespace vellix

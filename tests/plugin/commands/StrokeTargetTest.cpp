@@ -305,6 +305,35 @@ TEST_F(StrokeTargetTest, UndoAndRedoOfManyStrokesActOnTheSameObjects) {
     EXPECT_NE(place.layer->FindFrame(frame), nullptr);
 }
 
+TEST_F(StrokeTargetTest, ALayerWhoseStepIsUndoneUnderAStrokeGoesWithTheStroke) {
+    for (const bool isKept : {true, false}) {
+        SCOPED_TRACE(isKept ? "kept" : "dropped");
+        Mel("currentTime 3");
+        const QString before = Drawing();
+        DrawStroke("side", 200);
+        const QString first = Drawing();
+        Mel("currentTime 5");
+        const Pressed pressed = Press("side", 400);
+        Mel("undo; undo");
+        EXPECT_EQ(Pictures().keys().filter("side/"), QStringList("side/Layer/5")) << "the stroke goes on";
+        if (isKept) {
+            EXPECT_TRUE(Release(pressed));
+            const QString second = Drawing();
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), second.toStdString());
+        } else {
+            Node().CancelActiveStroke();
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), first.toStdString());
+        }
+        Mel("undo");
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+    }
+}
+
 TEST_F(StrokeTargetTest, UndoAndRedoWithoutTheDrawingSaySoAndChangeNothing) {
     const auto layers = Node().GetLayerManager();
     Mel("currentTime 3");
