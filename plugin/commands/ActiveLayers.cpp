@@ -36,6 +36,16 @@ void ActiveLayers::Remember(const BaseNode& node, const QList<QString>& cameras)
     }
 }
 
+ActiveLayers ActiveLayers::Now(const BaseNode& node) const {
+    QList<QString> cameras = {active_.camera.Name()};
+    for (const Active& other : others_) {
+        cameras.append(other.camera.Name());
+    }
+    ActiveLayers now;
+    now.Remember(node, cameras);
+    return now;
+}
+
 void ActiveLayers::Restore(BaseNode& node) const noexcept {
     RunGuarded("Activating the layers", [&] {
         for (const Active& other : others_) {

@@ -18,6 +18,8 @@ class ActiveLayers {
 public:
     /// Stores the active camera with its active layer, and the active layers of the given cameras.
     void Remember(const BaseNode& node, const QList<QString>& cameras);
+    /// The same for the active camera and the active layers as they are now, of the cameras that are stored.
+    ActiveLayers Now(const BaseNode& node) const;
     /// Makes the stored layers active again, that of the active camera last. Passes over a layer that is no
     /// longer on its camera, and over a camera that had no layers: what has come there since stays as it is.
     /// Does what it can when memory is short.

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace vellix {
@@ -123,12 +124,33 @@ MStatus LayerCommand::doIt(const MArgList& args) {
         OpenText::Commit();
     }
     undoable_ = changes; // what an undoable command runs leaves no step
-    return Run(isQuery_ && flag_ ? flag_->query : flag_ ? flag_->redo : Flag::Step());
+    status = Run(isQuery_ && flag_ ? flag_->query : flag_ ? flag_->redo : Flag::Step());
+    if (status && undoable_ && !flag_->exchanges) {
+        RememberActive();
+    }
+    return status;
 }
 
 // A step that was refused changed nothing. The next step the other way then has nothing to do either.
 MStatus LayerCommand::redoIt() {
-    return isDone_ ? MStatus() : Run(flag_->redo);
+    if (isDone_) {
+        return MStatus();
+    }
+    MStatus status = Run(flag_->redo);
+    if (status && after_) {
+        after_->Restore(*node_);
+    }
+    return status;
+}
+
+/// Remembers what is active after the first run, for redo: what is active before a step may have been changed
+/// without an undo step. When memory is short, redo goes by what it finds.
+void LayerCommand::RememberActive() noexcept {
+    try {
+        after_ = std::make_unique<ActiveLayers>(before_.Now(*node_));
+    } catch (const std::bad_alloc&) {
+        after_.reset();
+    }
 }
 
 MStatus LayerCommand::undoIt() {

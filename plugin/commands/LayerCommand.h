@@ -83,6 +83,7 @@ private:
     bool TakeOut(const std::vector<LayerId>& ids);
     /// Puts the layers that were taken out back to their spots.
     MStatus PutBack();
+    void RememberActive() noexcept;
     void TakeOutAgain(std::size_t count);
     MStatus MoveAgain();
     bool MoveTo(const LayerSpot& spot);
@@ -125,7 +126,8 @@ private:
     CameraHandle source_;
     CameraHandle target_;
     ActiveLayers before_;
-    std::vector<Removed> removed_; // while they are not in the drawing, from the bottom up
+    std::unique_ptr<const ActiveLayers> after_; // what was active after the first run; null if not known
+    std::vector<Removed> removed_;              // while they are not in the drawing, from the bottom up
 };
 
 } // namespace vellix

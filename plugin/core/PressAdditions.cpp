@@ -37,9 +37,6 @@ PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& draw
         const Layer* const active = previous == camera ? nullptr : layers.GetActiveLayer(previous);
         previousLayer_ = active ? active->GetId() : LayerId::None;
     }
-    if (layerAdded) {
-        taken_ = std::make_shared<TakenLayer>();
-    }
 }
 
 bool PressAdditions::TakeOut(LayerManager& layers) {
@@ -55,6 +52,9 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
     const bool isOld = frame && !IsBlank(*frame);
     // What came to the layer since the press stays, and the layer with it.
     const bool hasOthers = place.layer->FrameCount() > (frame ? 1 : 0);
+    if (layerAdded_) {
+        RememberPlace(layers); // before anything changes: it needs memory
+    }
     if (!layerAdded_ || hasOthers || isOld) {
         if (frame && frameAdded_ && !isOld) {
             frame_ = place.layer->RemoveFrame(drawing_.frame);
@@ -64,7 +64,7 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         }
         return frame != nullptr;
     }
-    TakeLayer(layers);
+    taken_->layer = TakeLayer(layers);
     return true;
 }
 
@@ -75,18 +75,25 @@ void PressAdditions::TakeOver(const PressAdditions& undone, const DrawingId& dra
     taken_ = undone.taken_;
 }
 
-/// Takes the added layer out, and goes back to the camera that was active before the press made its own
-/// active, unless the user has left that.
-void PressAdditions::TakeLayer(LayerManager& layers) {
-    const LayerManager::ChangeScope scope(layers);
-    const LayerPlace place = layers.FindLayer(drawing_.layer);
+void PressAdditions::RememberPlace(const LayerManager& layers) {
+    if (!taken_) {
+        taken_ = std::make_shared<TakenLayer>();
+    }
     taken_->activeCamera = CameraHandle(layers.GetActiveCamera());
     taken_->spot = LayerSpot(layers, drawing_.layer);
-    taken_->layer = layers.RemoveLayer(place.camera, place.index);
+}
+
+/// Takes the added layer out, and goes back to the camera that was active before the press made its own
+/// active, unless the user has left that.
+std::unique_ptr<Layer> PressAdditions::TakeLayer(LayerManager& layers) const {
+    const LayerManager::ChangeScope scope(layers);
+    const LayerPlace place = layers.FindLayer(drawing_.layer);
+    std::unique_ptr<Layer> taken = layers.RemoveLayer(place.camera, place.index);
     const LayerPlace previous = layers.FindLayer(previousLayer_);
     if (previous.layer && layers.GetActiveCamera() == place.camera) {
         layers.SetActiveLayer(previous.camera, previous.index, true);
     }
+    return taken;
 }
 
 bool PressAdditions::PutBack(LayerManager& layers) {
@@ -123,7 +130,12 @@ void PressAdditions::Discard(LayerManager& layers) {
         place.layer->RemoveFrame(drawing_.frame);
     }
     if (layerAdded_ && place.layer->FrameCount() == 0) {
-        TakeLayer(layers);
+        if (taken_) { // over from a step that was undone
+            RememberPlace(layers);
+            taken_->layer = TakeLayer(layers);
+        } else {
+            TakeLayer(layers); // needs no memory
+        }
     }
 }
 

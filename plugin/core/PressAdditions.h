@@ -56,14 +56,15 @@ private:
         std::unique_ptr<Layer> layer;
     };
 
-    void TakeLayer(LayerManager& layers);
+    void RememberPlace(const LayerManager& layers);
+    std::unique_ptr<Layer> TakeLayer(LayerManager& layers) const;
 
     DrawingId drawing_;
     bool layerAdded_ = false;
     bool frameAdded_ = false;
     LayerId previousLayer_ = LayerId::None;
 
-    std::shared_ptr<TakenLayer> taken_; ///< of an added layer; shared after TakeOver
+    std::shared_ptr<TakenLayer> taken_; ///< null until the layer is taken out or over; shared after TakeOver
     std::unique_ptr<Frame> frame_;      ///< that was taken out without its layer
 };
 

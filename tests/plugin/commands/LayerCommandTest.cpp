@@ -53,6 +53,22 @@ TEST_F(LayerCommandTest, EveryChangeIsUndoneExactly) {
     }
 }
 
+// A view makes its camera active without an undo step.
+TEST_F(LayerCommandTest, RedoMakesActiveWhatTheFirstRunDid) {
+    for (const char* line : {"-moveAll top persp", "-newCamera top -move 1 0 persp", "-delete 1 persp",
+                             "-insert 1 -n Between -ls 1 persp", "-move 0 2 persp"}) {
+        SCOPED_TRACE(line);
+        Mel(QString("qmVellixLayer ") + line);
+        const QString after = Drawing();
+        Mel("undo");
+        Node().GetLayerManager()->SetActiveCamera("top");
+        Mel("redo");
+        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        Mel("undo");
+        Node().GetLayerManager()->SetActiveCamera("persp");
+    }
+}
+
 TEST_F(LayerCommandTest, MoveAllKeepsTheOrder) {
     Mel("qmVellixLayer -moveAll top persp");
     EXPECT_EQ(LayerNames("top"), QStringList({"X", "Y", "A", "B", "C"}));
