@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
-#include <random>
 
 namespace lightbox::mel {
 
@@ -157,50 +155,6 @@ Value Rotated(CommandCall& call) {
                   v.z * cosine + side.z * sine + axis.z * along};
 }
 
-/// The random numbers of one interpreter. A seed gives the same numbers on every platform.
-class RandomNumbers {
-public:
-    void Seed(int seed) { engine_.seed(static_cast<std::mt19937::result_type>(seed)); }
-    /// From 0 up to 1.
-    double Next() {
-        // Made from 53 random bits, since the library's distributions differ between platforms.
-        const double high = engine_() >> 5;
-        const double low = engine_() >> 6;
-        return (high * 67108864.0 + low) / 9007199254740992.0;
-    }
-    double Between(double from, double to) { return from + (to - from) * Next(); }
-    /// A normal distribution with mean 0 and deviation 1, by the method of Box and Muller.
-    double Gauss() { return std::sqrt(-2.0 * std::log(1.0 - Next())) * std::cos(2.0 * PI * Next()); }
-
-private:
-    std::mt19937 engine_{std::random_device{}()};
-};
-
-Value Random(CommandCall& call, RandomNumbers& numbers) {
-    const bool hasRange = call.Objects().size() == 2;
-    const Value from = hasRange ? call.Object(0) : Value(0);
-    const Value& to = call.Object(hasRange ? 1 : 0);
-    if (from.GetType() == Type::Vector || to.GetType() == Type::Vector) {
-        const Vector a = from.AsVector();
-        const Vector b = to.AsVector();
-        const double x = numbers.Between(a.x, b.x);
-        const double y = numbers.Between(a.y, b.y);
-        return Vector{x, y, numbers.Between(a.z, b.z)};
-    }
-    return numbers.Between(from.AsFloat(), to.AsFloat());
-}
-
-void RegisterRandom(CommandRegistry& registry) {
-    const auto numbers = std::make_shared<RandomNumbers>();
-    registry.RegisterRaw("rand", 1, 2, [numbers](CommandCall& call) { return Random(call, *numbers); });
-    registry.RegisterRaw("seed", 1, 1, [numbers](CommandCall& call) {
-        numbers->Seed(call.Object(0).AsInt());
-        return Value(call.Object(0).AsInt());
-    });
-    registry.RegisterRaw(
-        "gauss", 1, 1, [numbers](CommandCall& call) { return Value(numbers->Gauss() * Argument(call, 0)); });
-}
-
 void RegisterVectors(CommandRegistry& registry) {
     registry.RegisterRaw("dot", 2, 2, [](CommandCall& call) {
         return Value(Dot(VectorArgument(call, 0), VectorArgument(call, 1)));
@@ -255,7 +209,6 @@ void RegisterMathCommands(CommandRegistry& registry) {
         const double divisor = Argument(call, 1);
         return Value(Domain(call, divisor != 0.0, std::fmod(Argument(call, 0), divisor)));
     });
-    RegisterRandom(registry);
     RegisterVectors(registry);
 }
 

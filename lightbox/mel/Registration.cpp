@@ -7,10 +7,12 @@ namespace lightbox::mel {
 void RegisterLanguageCommands(CommandRegistry& registry) {
     RegisterEvaluationCommands(registry);
     RegisterMathCommands(registry);
+    RegisterRandomCommands(registry);
     RegisterStringCommands(registry);
     RegisterArrayCommands(registry);
     RegisterDiskFileCommands(registry);
     RegisterSystemCommands(registry);
+    RegisterWorkspaceCommand(registry);
     RegisterSessionCommands(registry);
 }
 

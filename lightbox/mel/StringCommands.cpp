@@ -3,6 +3,7 @@
 #include "mel/Interpreter.h"
 #include "mel/Operations.h"
 #include "mel/Registration.h"
+#include "mel/SyntaxBuilder.h"
 #include "text/Quoted.h"
 #include "text/TextUtil.h"
 
@@ -124,6 +125,28 @@ Value Capitalized(CommandCall& call) {
     return text.toStdString();
 }
 
+/// format -stringArg a -stringArg b "^2s after ^1s": the text with the arguments in their places. A place
+/// without an argument stays as it is.
+Value Formatted(CommandCall& call) {
+    const std::string pattern = Text(call, 0);
+    std::string result;
+    for (std::size_t i = 0; i < pattern.size();) {
+        const std::size_t end = pattern[i] == '^' ? pattern.find_first_not_of("0123456789", i + 1) : i;
+        const bool isPlace = end != i && end != std::string::npos && end > i + 1 && pattern[end] == 's';
+        // More digits than any number of arguments needs are no place.
+        const unsigned long number =
+            isPlace && end - i <= 9 ? std::stoul(pattern.substr(i + 1, end - i - 1)) : 0;
+        if (number >= 1 && number <= call.UseCount("-stringArg")) {
+            result += call.String("-stringArg", 0, static_cast<unsigned>(number - 1));
+            CheckTextLength(result.size());
+            i = end + 1;
+        } else {
+            result += pattern[i++];
+        }
+    }
+    return result;
+}
+
 /// A valid name of a node: other characters become underscores.
 Value ValidObjectName(CommandCall& call) {
     std::string name = Text(call, 0);
@@ -207,6 +230,9 @@ void RegisterStringCommands(CommandRegistry& registry) {
     registry.RegisterRaw("endsWith", 2, 2,
                          [](CommandCall& call) { return Value(HasSuffix(Text(call, 0), Text(call, 1))); });
     registry.RegisterRaw("tokenize", 2, 3, Tokenize);
+    registry.Register("format",
+                      SyntaxBuilder().Flag("-s", "-stringArg", MSyntax::kString).MultiUse().Objects(1, 1),
+                      Formatted);
     registry.RegisterRaw("formValidObjectName", 1, 1, ValidObjectName);
     registry.RegisterRaw("encodeString", 1, 1, Encoded);
     RegisterPaths(registry);

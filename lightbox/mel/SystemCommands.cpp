@@ -177,27 +177,6 @@ Value PutEnvironment(CommandCall& call) {
     return Value();
 }
 
-/// The project: here just a folder that completes relative file names.
-Value Workspace(CommandCall& call) {
-    if (call.Has("-openWorkspace")) {
-        const std::string& folder = call.String("-openWorkspace");
-        if (!QDir::setCurrent(QString::fromStdString(folder))) {
-            call.Fail("Cannot open the folder \"" + folder + "\".");
-        }
-        return Value();
-    }
-    if (call.Has("-expandName")) {
-        return FromQt(QDir::current().absoluteFilePath(QString::fromStdString(call.String("-expandName"))));
-    }
-    if (call.IsQuery() && call.Has("-fullName")) {
-        return FromQt(QDir::currentPath());
-    }
-    if (call.IsQuery()) {
-        return Folder(QDir::currentPath());
-    }
-    call.Fail("One of the flags of \"workspace\" is missing.");
-}
-
 void RegisterClock(CommandRegistry& registry) {
     registry.Register("date",
                       SyntaxBuilder()
@@ -222,16 +201,6 @@ void RegisterSystemCommands(CommandRegistry& registry) {
         return Value(static_cast<int>(QCoreApplication::applicationPid()));
     });
     registry.RegisterRaw("getApplicationVersionAsFloat", 0, 0, [](CommandCall&) { return Value(2018.0); });
-    registry.Register("workspace",
-                      SyntaxBuilder()
-                          .Flag("-o", "-openWorkspace", MSyntax::kString)
-                          .Flag("-en", "-expandName", MSyntax::kString)
-                          .QueryWithArguments()
-                          .Flag("-rd", "-rootDirectory")
-                          .Flag("-dir", "-directory")
-                          .Flag("-fn", "-fullName")
-                          .Query(),
-                      Workspace);
 }
 
 } // namespace lightbox::mel

@@ -4,6 +4,7 @@
 #include "scene/EventBus.h"
 #include "scene/IdleQueue.h"
 #include "scene/OptionVars.h"
+#include "scene/ScopeExit.h"
 #include "text/Quoted.h"
 
 #include <QDir>
@@ -113,6 +114,120 @@ TEST_F(MelCommandsTest, ComputeAndCutTexts) {
     }
     EXPECT_EQ(ErrorOf("match(\"(\", \"a\")"), "line 1.1: Invalid regular expression: \"(\".");
     EXPECT_EQ(ErrorOf("sqrt(-1)"), "line 1.1: The argument of \"sqrt\" is out of range.");
+}
+
+TEST_F(MelCommandsTest, PutArgumentsIntoTexts) {
+    const struct {
+        const char* text;
+        const char* result;
+    } rows[] = {
+        {"format -s \"b\" -stringArg \"a\" \"^2s before ^1s, ^2s^1s\"", "string a before b, ab"},
+        {"format -s \"^1s\" -s \"x\" \"^1s^2s\"", "string ^1sx"},
+        {"format -s a \"^2s ^0s ^s ^1 ^1d ^ ^1\"", "string ^2s ^0s ^s ^1 ^1d ^ ^1"},
+        {"format -s a \"^99999999999999999999s ^-1s ^01s\"", "string ^99999999999999999999s ^-1s a"},
+        {"format \"\"", "string "},
+        {"format -s \"\xe9\x89\x9b\" \"^1s\xe7\xad\x86\"", "string \xe9\x89\x9b\xe7\xad\x86"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Typed(row.text), row.result) << row.text;
+    }
+    EXPECT_THAT(ErrorOf("format -s 5"), ::testing::HasSubstr("string argument"));
+    EXPECT_THAT(ErrorOf("format -s a"), ::testing::HasSubstr("Not enough"));
+}
+
+TEST_F(MelCommandsTest, NoiseIsSmoothAndTheSameEachTime) {
+    // Whole numbers are what scripts ask for; the noise must not be the same for all of them.
+    EXPECT_EQ(Typed("float $low = 1; float $high = -1; float $step = 0; float $last = noise(-20);"
+                    "for ($i = -20000; $i < 20000; $i++) { float $n = noise($i * 0.001, 3, $i);"
+                    "  float $one = noise($i * 0.001); $low = min($low, $n); $high = max($high, $n);"
+                    "  $step = max($step, abs($one - $last)); $last = $one; }"
+                    "$low >= -1 && $low < -0.6 && $high <= 1 && $high > 0.6 && $step < 0.005"),
+              "int 1");
+    EXPECT_EQ(Typed("noise(3) == noise(<<3, 0, 0>>) && noise(3, 4) == noise(<<3, 4, 0>>) && "
+                    "noise(1) != noise(2) && noise(2) != noise(3) && noise(-0.5) == `noise -0.5`"),
+              "int 1");
+    EXPECT_EQ(Typed("vector $d = dnoise(<<1.5, 2, 3>>); $d == dnoise(1.5, 2, 3) && $d.x != $d.y && "
+                    "$d.y != $d.z && mag($d) < sqrt(3)"),
+              "int 1");
+    // Coordinates without a place between whole numbers, or none at all.
+    for (const char* huge : {"1e300", "-1e300", "1e18", "(1e300 * 1e300)", "<<1e300, -1e300, 5>>"}) {
+        EXPECT_EQ(Typed("abs(noise(" + std::string(huge) + ")) <= 1"), "int 1") << huge;
+    }
+    EXPECT_THAT(ErrorOf("noise(<<1, 2, 3>>, 2)"), ::testing::HasSubstr("Wrong number of arguments"));
+    EXPECT_NE(ErrorOf("noise({1.0})"), "none");
+}
+
+TEST_F(MelCommandsTest, RandomStreamsAreIndependentAndRepeat) {
+    EXPECT_EQ(Typed("seed(\"a\", 5); seed(5); float $r = rand(1); float $a = rand(\"a\", 1); $r == $a"),
+              "int 1");
+    EXPECT_EQ(Typed("seed(5); rand(\"a\", 1); $r == rand(1)"), "int 1") << "\"a\" draws from its own stream";
+    EXPECT_EQ(Typed("seed(\"a\", 5); delrandstr \"a\"; seed(\"a\", 5); $a == rand(\"a\", 0, 1)"), "int 1");
+    EXPECT_EQ(Typed("float $sum = 0; float $squares = 0; seed(1); for ($i = 0; $i < 20000; $i++)"
+                    "{ float $g = gauss(2); $sum += $g; $squares += $g * $g; }"
+                    "abs($sum / 20000) < 0.1 && abs($squares / 20000 - 4) < 0.2"),
+              "int 1");
+    EXPECT_EQ(
+        Typed(
+            "vector $p = gauss(1, 2); $p.z == 0 && $p.x != 0 && mag(gauss(<<0, 0, 3>>) * <<1, 1, 0>>) == 0"),
+        "int 1");
+    // Half of a ball's volume is within 0.7937 of its radius.
+    EXPECT_EQ(Typed("int $inside = 0; float $far = 0; for ($i = 0; $i < 20000; $i++)"
+                    "{ vector $s = sphrand(2); $far = max($far, mag($s)); $inside += mag($s) < 2 * 0.7937; }"
+                    "$far <= 2 && $far > 1.98 && abs($inside - 10000) < 400"),
+              "int 1");
+    EXPECT_EQ(Typed("vector $e = sphrand(<<1, 0, 5>>); $e.y"), "float 0");
+    EXPECT_THAT(ErrorOf("rand(1, 2, 3)"), ::testing::HasSubstr("Wrong number of arguments"));
+    EXPECT_THAT(ErrorOf("sphrand(1, 2)"), ::testing::HasSubstr("Wrong number of arguments"));
+}
+
+TEST_F(MelCommandsTest, AProjectIsOpenedChangedAndSaved) {
+    const std::string before = QDir::currentPath().toStdString();
+    const lightbox::ScopeExit back([&] { QDir::setCurrent(QString::fromStdString(before)); });
+    const std::string folder = Path("my \"show\"");
+    EXPECT_EQ(Typed("workspace -q -rootDirectory"), "string " + before + "/");
+    EXPECT_THAT(ErrorOf("workspace -openWorkspace " + lightbox::Quoted(folder)),
+                ::testing::HasSubstr("Cannot open the folder"));
+    Run("workspace -newWorkspace " + lightbox::Quoted(folder));
+    Run("workspace -fr \"images\" \"renders\" -fr scene \"sce\\\\nes \\\"x\\\"\" -v \"note\" \"a;b\"");
+    EXPECT_EQ(Typed("workspace -q -fileRule"), "string[] images renders scene sce\\nes \"x\"");
+    EXPECT_EQ(Typed("workspace -q -fileRuleList"), "string[] images scene");
+    EXPECT_EQ(Typed("workspace -fileRuleEntry images") + Typed("workspace -q -fre nothing"),
+              "string rendersstring ");
+    EXPECT_EQ(Typed("workspace -expandName renders"), "string " + folder + "/renders");
+    EXPECT_EQ(Typed("workspace -projectPath " + lightbox::Quoted(folder + "/renders/a.png")) +
+                  Typed("workspace -pp \"/elsewhere\""),
+              "string renders/a.pngstring /elsewhere");
+    EXPECT_EQ(Typed("workspace -create \"a/b\"; workspace -dir a; workspace -q -dir"),
+              "string " + folder + "/a/");
+    EXPECT_EQ(Typed("workspace -q -rd") + Typed("workspace -q -fn") + Typed("workspace -q -sn"),
+              "string " + folder + "/string " + folder + "string my \"show\"");
+    Run("workspace -saveWorkspace");
+
+    // What another host wrote stays; nothing in the file is run.
+    QFile file(QString::fromStdString(folder + "/workspace.mel"));
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("workspace -fr \"movie\" \"movies\";\nprint \"run\";\n// mine\n");
+    file.close();
+    Run("workspace -removeFileRuleEntry images; workspace -update; workspace -rfr images; workspace -s");
+    EXPECT_EQ(Output(), "");
+    Run("chdir " + lightbox::Quoted(before) + "; workspace -o " + lightbox::Quoted(folder));
+    EXPECT_EQ(Typed("workspace -q -fr"), "string[] movie movies scene sce\\nes \"x\"");
+    EXPECT_EQ(Typed("workspace -variableEntry note") + Typed("workspace -q -variableList"),
+              "string a;bstring[] note");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const std::string text = file.readAll().toStdString();
+    EXPECT_THAT(text, ::testing::HasSubstr("print \"run\";\n// mine\n"));
+    EXPECT_EQ(text.find("Project Definition"), text.rfind("Project Definition"));
+
+    const std::string other = Path("other");
+    Run("workspace -n -bw " + lightbox::Quoted(folder) + " " + lightbox::Quoted(other));
+    EXPECT_EQ(Typed("workspace -q -frl") + Typed("workspace -q -lw"),
+              "string[] movie scenestring[] my \"show\" other");
+    EXPECT_THAT(ErrorOf("workspace -n " + lightbox::Quoted(folder)),
+                ::testing::HasSubstr("is a project already"));
+    EXPECT_EQ(Typed("workspace -q -fn"), "string " + other) << "a refusal changes nothing";
+    EXPECT_THAT(ErrorOf("workspace"), ::testing::HasSubstr("is missing"));
+    EXPECT_THAT(ErrorOf("workspace -n"), ::testing::HasSubstr("Not enough"));
 }
 
 TEST_F(MelCommandsTest, WriteAndReadFiles) {
