@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
+#include <optional>
 
 namespace lightbox::mel {
 namespace {
@@ -35,80 +37,168 @@ Value::StringArray NamesOf(const std::vector<std::shared_ptr<Attribute>>& attrib
     return names;
 }
 
-Value AttributeQuery(CommandCall& call) {
+/// Returns the attribute that the call names, of its node or of its type; null when there is none.
+std::shared_ptr<Attribute> NamedAttribute(const CommandCall& call) {
     const std::string name = call.Object(0).AsString();
-    std::shared_ptr<Attribute> attribute;
     if (call.Has("-node")) {
-        attribute = NodeNamed(call, call.String("-node"))->FindAttribute(name);
-    } else if (call.Has("-type")) {
-        const auto type = call.GetHost().scene().types().FindNodeType(call.String("-type"));
-        attribute = type ? type->FindAttribute(name) : nullptr;
-    } else {
-        call.Fail("A node (-n) or a type (-typ) has to be given.");
+        return NodeNamed(call, call.String("-node"))->FindAttribute(name);
     }
-    if (call.Has("-exists")) {
-        return attribute != nullptr;
-    }
-    if (!attribute) {
-        call.Fail("No attribute matches name: " + name);
-    }
-    const std::pair<const char*, bool> flags[] = {{"-keyable", attribute->keyable},
-                                                  {"-hidden", attribute->hidden},
-                                                  {"-readable", attribute->readable},
-                                                  {"-writable", attribute->writable},
-                                                  {"-storable", attribute->storable},
-                                                  {"-connectable", attribute->connectable},
-                                                  {"-channelBox", attribute->channelBox},
-                                                  {"-multi", attribute->multi},
-                                                  {"-enum", attribute->Kind() == AttributeKind::Enum},
-                                                  {"-message", attribute->Kind() == AttributeKind::Message},
-                                                  {"-usedAsColor", attribute->usedAsColor},
-                                                  {"-minExists", attribute->minimum.has_value()},
-                                                  {"-maxExists", attribute->maximum.has_value()},
-                                                  {"-rangeExists", attribute->minimum && attribute->maximum}};
-    for (const auto& [flag, state] : flags) {
+    for (const char* flag : {"-type", "-typeExact"}) {
         if (call.Has(flag)) {
-            return state;
+            const auto type = call.GetHost().scene().types().FindNodeType(call.String(flag));
+            return type ? type->FindAttribute(name) : nullptr;
         }
     }
-    if (call.Has("-minimum") || call.Has("-maximum") || call.Has("-range")) {
-        Value::FloatArray range;
-        if (!call.Has("-maximum")) {
-            range.push_back(attribute->minimum.value_or(0.0));
+    call.Fail("A node (-n) or a type (-typ) has to be given.");
+}
+
+/// The matrices of a DAG node that depend on the transforms above it.
+bool IsInWorldSpace(const Attribute& attribute) {
+    const auto names = {"worldMatrix", "worldInverseMatrix", "parentMatrix", "parentInverseMatrix"};
+    return std::find(names.begin(), names.end(), attribute.LongName()) != names.end();
+}
+
+/// A flag of attributeQuery that is answered with yes or no.
+struct StateRow {
+    const char* shortName;
+    const char* longName;
+    bool (*state)(const Attribute&);
+};
+
+constexpr bool (*NEVER)(const Attribute&) = [](const Attribute&) { return false; };
+
+constexpr StateRow STATE_ROWS[] = {
+    {"-k", "-keyable", [](const Attribute& a) { return a.keyable; }},
+    {"-h", "-hidden", [](const Attribute& a) { return a.hidden; }},
+    {"-rd", "-readable", [](const Attribute& a) { return a.readable; }},
+    {"-w", "-writable", [](const Attribute& a) { return a.writable; }},
+    {"-st", "-storable", [](const Attribute& a) { return a.storable; }},
+    {"-c", "-connectable", [](const Attribute& a) { return a.connectable; }},
+    {"-ch", "-channelBox", [](const Attribute& a) { return a.channelBox; }},
+    {"-m", "-multi", [](const Attribute& a) { return a.multi; }},
+    {"-im", "-indexMatters", [](const Attribute& a) { return a.indexMatters; }},
+    {"-e", "-enum", [](const Attribute& a) { return a.Kind() == AttributeKind::Enum; }},
+    {"-msg", "-message", [](const Attribute& a) { return a.Kind() == AttributeKind::Message; }},
+    {"-uac", "-usedAsColor", [](const Attribute& a) { return a.usedAsColor; }},
+    {"-mne", "-minExists", [](const Attribute& a) { return a.minimum.has_value(); }},
+    {"-mxe", "-maxExists", [](const Attribute& a) { return a.maximum.has_value(); }},
+    {"-re", "-rangeExists", [](const Attribute& a) { return a.minimum && a.maximum; }},
+    {"-sme", "-softMinExists", [](const Attribute& a) { return a.softMinimum.has_value(); }},
+    {"-sxe", "-softMaxExists", [](const Attribute& a) { return a.softMaximum.has_value(); }},
+    {"-sre", "-softRangeExists", [](const Attribute& a) { return a.softMinimum && a.softMaximum; }},
+    {"-ws", "-worldspace", IsInWorldSpace},
+    {"-ci", "-cachedInternally", [](const Attribute&) { return true; }},
+    // No attribute of this host has these properties.
+    {"-aa", "-affectsAppearance", NEVER},
+    {"-aws", "-affectsWorldspace", NEVER},
+    {"-idt", "-indeterminant", NEVER},
+    {"-i", "-internal", NEVER},
+    {"-ig", "-internalGet", NEVER},
+    {"-is", "-internalSet", NEVER},
+    {"-rs", "-renderSource", NEVER},
+    {"-uaf", "-usedAsFilename", NEVER},
+    {"-umb", "-usesMultiBuilder", NEVER}};
+
+/// The ends of a range; a missing one is 0.
+Value ListedRange(std::initializer_list<std::optional<double>> ends) {
+    Value::FloatArray range;
+    for (const std::optional<double>& end : ends) {
+        range.push_back(end.value_or(0.0));
+    }
+    return range;
+}
+
+Value ListedDefault(const Attribute& attribute) {
+    const AttributeValue value = attribute.Default();
+    if (const double* number = std::get_if<double>(&value)) {
+        return Value::FloatArray{*number};
+    }
+    const auto* numbers = std::get_if<std::vector<double>>(&value);
+    return numbers ? *numbers : Value::FloatArray{};
+}
+
+Value SiblingNames(const Attribute& attribute) {
+    Value::StringArray names;
+    if (attribute.Parent()) {
+        names = NamesOf(attribute.Parent()->Children());
+        names.erase(std::remove(names.begin(), names.end(), attribute.LongName()), names.end());
+    }
+    return names;
+}
+
+/// A flag of attributeQuery that is answered with anything else.
+struct AnswerRow {
+    const char* shortName;
+    const char* longName;
+    Value (*answer)(const Attribute&);
+};
+
+constexpr AnswerRow ANSWER_ROWS[] = {
+    {"-min", "-minimum", [](const Attribute& a) { return ListedRange({a.minimum}); }},
+    {"-max", "-maximum", [](const Attribute& a) { return ListedRange({a.maximum}); }},
+    {"-r", "-range",
+     [](const Attribute& a) {
+         return ListedRange({a.minimum, a.maximum});
+     }},
+    {"-smn", "-softMin", [](const Attribute& a) { return ListedRange({a.softMinimum}); }},
+    {"-smx", "-softMax", [](const Attribute& a) { return ListedRange({a.softMaximum}); }},
+    {"-s", "-softRange",
+     [](const Attribute& a) {
+         return ListedRange({a.softMinimum, a.softMaximum});
+     }},
+    {"-ld", "-listDefault", ListedDefault},
+    {"-le", "-listEnum", [](const Attribute& a) { return Value(Value::StringArray{EnumFieldsText(a)}); }},
+    {"-nc", "-numberOfChildren",
+     [](const Attribute& a) { return Value(static_cast<int>(a.Children().size())); }},
+    {"-lc", "-listChildren", [](const Attribute& a) { return Value(NamesOf(a.Children())); }},
+    {"-lp", "-listParent",
+     [](const Attribute& a) {
+         return Value(a.Parent() ? Value::StringArray{a.Parent()->LongName()} : Value::StringArray{});
+     }},
+    {"-ls", "-listSiblings", SiblingNames},
+    {"-ct", "-categories", [](const Attribute&) { return Value(Value::StringArray{}); }},
+    {"-at", "-attributeType", [](const Attribute& a) { return Value(a.TypeName()); }},
+    {"-sn", "-shortName", [](const Attribute& a) { return Value(a.ShortName()); }},
+    {"-ln", "-longName", [](const Attribute& a) { return Value(a.LongName()); }},
+    {"-nn", "-niceName", [](const Attribute& a) { return Value(NiceName(a)); }}};
+
+Value AttributeQuery(CommandCall& call) {
+    const std::shared_ptr<Attribute> attribute = NamedAttribute(call);
+    if (!attribute) {
+        if (call.Has("-exists")) {
+            return false;
         }
-        if (!call.Has("-minimum")) {
-            range.push_back(attribute->maximum.value_or(0.0));
+        call.Fail("No attribute matches name: " + call.Object(0).AsString());
+    }
+    // Several states are answered with their logical "and"; everything else is asked alone.
+    bool asksState = call.Has("-exists");
+    bool areAll = true;
+    for (const StateRow& row : STATE_ROWS) {
+        if (call.Has(row.longName)) {
+            asksState = true;
+            areAll = areAll && row.state(*attribute);
         }
-        return range;
     }
-    if (call.Has("-listDefault")) {
-        const AttributeValue value = attribute->Default();
-        if (const double* number = std::get_if<double>(&value)) {
-            return Value::FloatArray{*number};
+    const AnswerRow* asked = nullptr;
+    for (const AnswerRow& row : ANSWER_ROWS) {
+        if (call.Has(row.longName)) {
+            if (asked || asksState) {
+                call.Fail(std::string("Flag '") + row.longName + "' cannot be asked with another one.");
+            }
+            asked = &row;
         }
-        const auto* numbers = std::get_if<std::vector<double>>(&value);
-        return numbers ? *numbers : Value::FloatArray{};
     }
-    if (call.Has("-listEnum")) {
-        return Value::StringArray{EnumFieldsText(*attribute)};
+    if (asked) {
+        return asked->answer(*attribute);
     }
-    if (call.Has("-numberOfChildren")) {
-        return static_cast<int>(attribute->Children().size());
-    }
-    if (call.Has("-listChildren")) {
-        return NamesOf(attribute->Children());
-    }
-    if (call.Has("-listParent")) {
-        return attribute->Parent() ? Value::StringArray{attribute->Parent()->LongName()}
-                                   : Value::StringArray{};
-    }
-    if (call.Has("-attributeType")) {
-        return attribute->TypeName();
-    }
-    if (call.Has("-shortName")) {
-        return attribute->ShortName();
-    }
-    return call.Has("-niceName") ? NiceName(*attribute) : attribute->LongName();
+    return asksState ? Value(areAll) : Value(attribute->LongName());
+}
+
+/// attributeExists(attribute, node): 0 also when there is no such node.
+Value AttributeExists(CommandCall& call) {
+    const std::string path = call.Object(0).AsString();
+    const NodeList nodes = call.GetHost().scene().FindAll(call.Object(1).AsString());
+    return nodes.size() == 1 && nodes.front()->FindAttribute(path.substr(path.rfind('.') + 1)) != nullptr;
 }
 
 /// True for an attribute whose single value is an array. A multi attribute is something else.
@@ -204,23 +294,20 @@ Value ListAttr(CommandCall& call) {
 
 void RegisterAttributeQueryCommands(CommandRegistry& registry) {
     SyntaxBuilder query;
-    const std::pair<const char*, const char*> flags[] = {
-        {"-ex", "-exists"},       {"-k", "-keyable"},     {"-h", "-hidden"},
-        {"-rd", "-readable"},     {"-w", "-writable"},    {"-s", "-storable"},
-        {"-c", "-connectable"},   {"-ch", "-channelBox"}, {"-m", "-multi"},
-        {"-e", "-enum"},          {"-msg", "-message"},   {"-uac", "-usedAsColor"},
-        {"-mne", "-minExists"},   {"-mxe", "-maxExists"}, {"-re", "-rangeExists"},
-        {"-min", "-minimum"},     {"-max", "-maximum"},   {"-r", "-range"},
-        {"-ld", "-listDefault"},  {"-le", "-listEnum"},   {"-nc", "-numberOfChildren"},
-        {"-lc", "-listChildren"}, {"-lp", "-listParent"}, {"-at", "-attributeType"},
-        {"-sn", "-shortName"},    {"-ln", "-longName"},   {"-nn", "-niceName"}};
-    for (const auto& [shortName, longName] : flags) {
-        query.Flag(shortName, longName);
+    for (const StateRow& row : STATE_ROWS) {
+        query.Flag(row.shortName, row.longName);
     }
-    AddSceneCommand(
-        registry, "attributeQuery",
-        query.Flag("-n", "-node", MSyntax::kString).Flag("-typ", "-type", MSyntax::kString).Objects(1, 1),
-        AttributeQuery);
+    for (const AnswerRow& row : ANSWER_ROWS) {
+        query.Flag(row.shortName, row.longName);
+    }
+    AddSceneCommand(registry, "attributeQuery",
+                    query.Flag("-ex", "-exists")
+                        .Flag("-n", "-node", MSyntax::kString)
+                        .Flag("-typ", "-type", MSyntax::kString)
+                        .Flag("-tex", "-typeExact", MSyntax::kString)
+                        .Objects(1, 1),
+                    AttributeQuery);
+    registry.RegisterRaw("attributeExists", 2, 2, AttributeExists);
     SyntaxBuilder list;
     const std::pair<const char*, const char*> conditions[] = {
         {"-k", "-keyable"},      {"-l", "-locked"},          {"-u", "-unlocked"},    {"-cb", "-channelBox"},
