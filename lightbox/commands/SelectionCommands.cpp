@@ -7,6 +7,9 @@
 #include "scene/Scene.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
 
 namespace lightbox::mel {
 namespace {
@@ -97,6 +100,70 @@ Value Select(CommandCall& call) {
     return {};
 }
 
+/// Returns the node to the left (-1) or to the right (1) among the children of its parent that are, like
+/// itself, shapes or no shapes; past the last comes the first.
+DagNode* Sibling(const DagNode& node, int step) {
+    std::vector<DagNode*> siblings;
+    for (DagNode* child : node.Parent()->Children()) {
+        if (child->Type().IsShape() == node.Type().IsShape()) {
+            siblings.push_back(child);
+        }
+    }
+    const auto place = std::find(siblings.begin(), siblings.end(), &node) - siblings.begin();
+    const auto count = static_cast<std::ptrdiff_t>(siblings.size());
+    return siblings[static_cast<std::size_t>((place + step + count) % count)];
+}
+
+/// Returns the first child that is no shape, else the first shape; null for a node without children.
+DagNode* FirstBelow(const DagNode& node) {
+    const std::vector<DagNode*>& children = node.Children();
+    const auto found = std::find_if(children.begin(), children.end(),
+                                    [](const DagNode* child) { return !child->Type().IsShape(); });
+    return found != children.end() ? *found : children.empty() ? nullptr : children.front();
+}
+
+/// Returns where the walk leads from a node. At the end of the hierarchy, and outside the DAG, it stays.
+std::shared_ptr<Node> WalkedFrom(const std::shared_ptr<Node>& node, const std::string& direction) {
+    const auto* dag = dynamic_cast<const DagNode*>(node.get());
+    if (!dag || !dag->Parent()) {
+        return node;
+    }
+    DagNode* to = nullptr;
+    if (direction == "up") {
+        to = dag->Parent()->IsWorld() ? nullptr : dag->Parent();
+    } else if (direction == "down") {
+        to = FirstBelow(*dag);
+    } else {
+        to = Sibling(*dag, direction == "left" ? -1 : 1);
+    }
+    return to ? to->Shared() : node;
+}
+
+Value PickWalk(CommandCall& call) {
+    const std::string direction = call.StringOr("-direction", "right");
+    const auto directions = {"up", "down", "left", "right"};
+    if (std::find(directions.begin(), directions.end(), direction) == directions.end()) {
+        call.Fail("-direction takes \"up\", \"down\", \"left\" or \"right\", not \"" + direction + "\".");
+    }
+    const std::string type = call.StringOr("-type", "nodes");
+    if (type != "nodes" && type != "instances") {
+        call.Fail("pickWalk walks from node to node; the type \"" + type + "\" is not supported.");
+    }
+    Host& host = call.GetHost();
+    const NodeList from =
+        call.Objects().empty() ? host.scene().selection().Get() : NodesNamed(call, call.ObjectNames());
+    NodeList walked;
+    for (const std::shared_ptr<Node>& node : from) {
+        // A node has one instance.
+        const std::shared_ptr<Node> to = type == "instances" ? node : WalkedFrom(node, direction);
+        if (!Holds(walked, to)) {
+            walked.push_back(to);
+        }
+    }
+    edit::Select(host, walked);
+    return ShownNames(walked);
+}
+
 } // namespace
 
 void RegisterSelectionCommands(CommandRegistry& registry) {
@@ -115,6 +182,12 @@ void RegisterSelectionCommands(CommandRegistry& registry) {
                         .Flag("-ne", "-noExpand")
                         .Objects(),
                     Select);
+    AddSceneCommand(registry, "pickWalk",
+                    SyntaxBuilder()
+                        .Flag("-d", "-direction", MSyntax::kString)
+                        .Flag("-typ", "-type", MSyntax::kString)
+                        .Objects(),
+                    PickWalk);
 }
 
 } // namespace lightbox::mel

@@ -227,6 +227,9 @@ void RegisterTimeCommands(CommandRegistry& registry) {
                         .Flag("-ua", "-updateAnimation", SWITCH)
                         .Query(),
                     CurrentUnit);
+    registry.RegisterRaw("currentTimeUnitToFPS", 0, 0, [](CommandCall& call) {
+        return Value(RateOf(call.GetHost().time().Unit()).PerSecond());
+    });
     AddSceneCommand(registry, "playbackOptions",
                     SyntaxBuilder()
                         .Flag("-min", "-minTime", MSyntax::kTime)

@@ -65,7 +65,9 @@ std::shared_ptr<DagNode> CameraOf(const CommandCall& call) {
     }
     if (node->Type().IsTransform()) {
         const std::vector<DagNode*> shapes = node->Shapes();
-        node = shapes.empty() ? nullptr : std::static_pointer_cast<DagNode>(shapes.front()->Shared());
+        const auto camera = std::find_if(shapes.begin(), shapes.end(),
+                                         [](const DagNode* shape) { return shape->Type().IsA("camera"); });
+        node = camera == shapes.end() ? nullptr : std::static_pointer_cast<DagNode>((*camera)->Shared());
     }
     if (!node || !node->Type().IsA("camera")) {
         call.Fail("The object is not a camera.");

@@ -238,7 +238,35 @@ TEST_F(DagCommandsTest, NodesAreSelected) {
         {three, "select time1", "void", "ls -sl", "string[] time1"},
     };
     ExpectEdits(edits);
+    // a, b, c with d, e (with shapes s, t) and f below it
+    const char* const tree =
+        "createNode transform -n a; createNode transform -n b; createNode transform -n c;"
+        "createNode transform -n d -p c; createNode transform -n e -p c; createNode transform -n f -p c;"
+        "createNode locator -n s -p e; createNode locator -n t -p e; select d";
+    const Edit walks[] = {
+        {tree, "pickWalk", "string[] e", "ls -sl", "string[] e"},
+        {tree, "pickWalk -d left", "string[] f", "ls -sl", "string[] f"},
+        {tree, "pickWalk -direction up", "string[] c", "ls -sl", "string[] c"},
+        {tree, "pickWalk -d down e", "string[] s", "ls -sl", "string[] s"},
+        {tree, "pickWalk -d right s", "string[] t", "ls -sl", "string[] t"},
+        {tree, "pickWalk -d left s", "string[] t", "ls -sl", "string[] t"},
+        {tree, "pickWalk -d up s t d time1", "string[] e c time1", "ls -sl", "string[] e c time1"},
+        {tree, "pickWalk -d up c a", "string[] c a", "ls -sl", "string[] c a"},
+    };
+    ExpectEdits(walks);
+    const Question ends[] = {
+        {"pickWalk -d down", "string[] d"},
+        {"pickWalk -d down c", "string[] d"},
+        {"pickWalk -type instances", "string[] d"},
+        {"select -cl; pickWalk -d up", "string[] "},
+    };
+    ExpectAnswers(tree, ends);
     const Refusal refusals[] = {
+        {tree, "pickWalk -d sideways",
+         "-direction takes \"up\", \"down\", \"left\" or \"right\", not \"sideways\"."},
+        {tree, "pickWalk -type edgeloop",
+         "pickWalk walks from node to node; the type \"edgeloop\" is not supported."},
+        {tree, "pickWalk nosuch", "No object matches name: nosuch"},
         {three, "select a nosuch", "No object matches name: nosuch"},
         {three, "select -add nosuch", "No object matches name: nosuch"},
         {"select -cl", "select -r", "No object was specified."},

@@ -176,6 +176,10 @@ TEST_F(MeshCommandsTest, EditsCanBeUndone) {
          "sets -q initialShadingGroup", "string[] "},
         {"polyCube -w 4; move 3 1 0; setAttr topShape.orthographicWidth 1", "viewFit top", "void",
          "getAttr top.tx", "float 3"},
+        // The camera may be any of the shapes.
+        {"polyCube; move 3 1 0; createNode transform -n rig; createNode locator -p rig; createNode camera -p "
+         "rig; select pCube1",
+         "viewFit rig", "void", "getAttr rig.tx", "float 3"},
     };
     ExpectEdits(rows);
 }
