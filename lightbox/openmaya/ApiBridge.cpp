@@ -1,10 +1,62 @@
 #include "openmaya/ApiBridge.h"
 
+#include "mel/ArgumentTokens.h"
 #include "mel/Value.h"
 #include "openmaya/PluginHandle.h"
 #include "scene/Host.h"
+#include "text/NumberText.h"
+
+#include <maya/MAngle.h>
+#include <maya/MDistance.h>
+
+#include <string_view>
 
 namespace lightbox {
+
+namespace {
+
+/// The names of a unit in MEL.
+template <class Unit>
+struct UnitNames {
+    std::string_view shortName;
+    std::string_view longName;
+    Unit unit;
+};
+
+constexpr UnitNames<MAngle::Unit> ANGLE_UNITS[] = {{"deg", "degree", MAngle::kDegrees},
+                                                   {"rad", "radian", MAngle::kRadians},
+                                                   {"min", "minute", MAngle::kAngMinutes},
+                                                   {"sec", "second", MAngle::kAngSeconds}};
+constexpr UnitNames<MDistance::Unit> DISTANCE_UNITS[] = {{"mm", "millimeter", MDistance::kMillimeters},
+                                                         {"cm", "centimeter", MDistance::kCentimeters},
+                                                         {"m", "meter", MDistance::kMeters},
+                                                         {"km", "kilometer", MDistance::kKilometers},
+                                                         {"in", "inch", MDistance::kInches},
+                                                         {"ft", "foot", MDistance::kFeet},
+                                                         {"yd", "yard", MDistance::kYards},
+                                                         {"mi", "mile", MDistance::kMiles}};
+
+template <class Measure, class Unit, std::size_t Count>
+bool ReadMeasure(const mel::Value& value, const UnitNames<Unit> (&units)[Count], Measure& result) {
+    double number = 0.0;
+    if (mel::ReadDouble(value, number)) {
+        result = Measure(number, Measure::uiUnit());
+        return true;
+    }
+    std::string_view rest;
+    if (!value.IsString() || !ReadNumber(value.Text(), number, &rest)) {
+        return false;
+    }
+    for (const UnitNames<Unit>& names : units) {
+        if (rest == names.shortName || rest == names.longName) {
+            result = Measure(number, names.unit);
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
 
 MObject ApiBridge::Wrap(std::shared_ptr<Object> object) {
     MObject handle;
@@ -35,6 +87,14 @@ MString ApiBridge::Wrap(std::string text) {
 bool ApiBridge::ReadString(const mel::Value& value, MString& result) {
     result = Wrap(value.IsString() ? value.Text() : value.AsString());
     return true;
+}
+
+bool ApiBridge::ReadAngle(const mel::Value& value, MAngle& result) {
+    return ReadMeasure(value, ANGLE_UNITS, result);
+}
+
+bool ApiBridge::ReadDistance(const mel::Value& value, MDistance& result) {
+    return ReadMeasure(value, DISTANCE_UNITS, result);
 }
 
 UserInterface* ApiBridge::Ui() {

@@ -53,6 +53,10 @@ public:
     static const std::string& Text(const MString& string) { return string.text_; }
     /// Reads any value as a text argument; never fails.
     static bool ReadString(const mel::Value& value, MString& result);
+    /// Read a number in the unit of the user interface, or a number with its own unit. Return false for
+    /// anything else.
+    static bool ReadAngle(const mel::Value& value, MAngle& result);
+    static bool ReadDistance(const mel::Value& value, MDistance& result);
     /// The host's window; null in batch and without a host.
     static UserInterface* Ui();
 

@@ -2,11 +2,9 @@
 #include "openmaya/ApiBridge.h"
 
 #include <maya/MArgList.h>
-#include <maya/MDoubleArray.h>
-#include <maya/MIntArray.h>
-#include <maya/MStringArray.h>
-#include <maya/MTime.h>
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 using lightbox::ApiBridge;
@@ -59,12 +57,74 @@ Array ReadArray(const ArgumentTokens& tokens, unsigned int& index, bool (*read)(
     return array;
 }
 
+/// Reads numbers from the index on and moves the index past them. Stores them only if all are there.
+MStatus ReadNumbers(const ArgumentTokens& tokens, unsigned int& index, unsigned int count, double* numbers) {
+    constexpr unsigned int longest = 16;
+    const unsigned int first = index;
+    double read[longest] = {};
+    index = static_cast<unsigned int>(std::min<std::size_t>(std::size_t(first) + count, tokens.Count()));
+    if (count > longest || index - first < count) {
+        return Missing();
+    }
+    for (unsigned int i = 0; i < count; ++i) {
+        if (!lightbox::mel::ReadDouble(tokens.At(first + i), read[i])) {
+            return WrongType("a number");
+        }
+    }
+    std::copy(read, read + count, numbers);
+    return MS::kSuccess;
+}
+
+/// Reads triples of numbers up to the next flag.
+template <class Array, class Element>
+Array ReadTriples(const ArgumentTokens& tokens, unsigned int& index, MStatus* status) {
+    Array array;
+    MStatus outcome = index < tokens.Count() ? MStatus() : Missing();
+    while (outcome && index < tokens.Count() && !lightbox::mel::LooksLikeFlag(tokens.At(index))) {
+        double numbers[3] = {};
+        outcome = ReadNumbers(tokens, index, 3, numbers);
+        if (outcome) {
+            array.append(Element(numbers[0], numbers[1], numbers[2]));
+        }
+    }
+    ApiBridge::Report(status, outcome);
+    return array;
+}
+
+/// Reads a number of another type at the index and advances the index. Stores it only if it fits.
+template <class T>
+MStatus TakeNumber(const MArgList& list, unsigned int& index, T& value) {
+    MStatus status;
+    const double number = list.asDouble(index++, &status);
+    if (!status) {
+        return status;
+    }
+    // A fraction is cut off.
+    if (!(number > static_cast<double>(std::numeric_limits<T>::lowest()) - 1.0 &&
+          number < static_cast<double>(std::numeric_limits<T>::max()) + 1.0)) {
+        return WrongType("a number that fits");
+    }
+    value = static_cast<T>(number);
+    return status;
+}
+
 /// Reads the argument at the index and advances the index. Stores the value only if that succeeds.
 template <class T>
 MStatus Take(const MArgList& list, unsigned int& index, T (MArgList::*read)(unsigned int, MStatus*) const,
              T& value) {
     MStatus status;
     T taken = (list.*read)(index++, &status);
+    if (status) {
+        value = std::move(taken);
+    }
+    return status;
+}
+
+template <class Array>
+MStatus TakeArray(const MArgList& list, unsigned int& index,
+                  Array (MArgList::*read)(unsigned int&, MStatus*) const, Array& value) {
+    MStatus status;
+    Array taken = (list.*read)(index, &status);
     if (status) {
         value = std::move(taken);
     }
@@ -111,6 +171,32 @@ MTime MArgList::asTime(unsigned int index, MStatus* ReturnStatus) const {
     return Read<MTime>(*tokens_, index, lightbox::mel::ReadTime, "a time", ReturnStatus);
 }
 
+MDistance MArgList::asDistance(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<MDistance>(*tokens_, index, ApiBridge::ReadDistance, "a length", ReturnStatus);
+}
+
+MAngle MArgList::asAngle(unsigned int index, MStatus* ReturnStatus) const {
+    return Read<MAngle>(*tokens_, index, ApiBridge::ReadAngle, "an angle", ReturnStatus);
+}
+
+MVector MArgList::asVector(unsigned int& index, unsigned int numElements, MStatus* ReturnStatus) const {
+    MVector value;
+    ApiBridge::Report(ReturnStatus, get(index, value, numElements));
+    return value;
+}
+
+MPoint MArgList::asPoint(unsigned int& index, unsigned int numElements, MStatus* ReturnStatus) const {
+    MPoint value;
+    ApiBridge::Report(ReturnStatus, get(index, value, numElements));
+    return value;
+}
+
+MMatrix MArgList::asMatrix(unsigned int& index, MStatus* ReturnStatus) const {
+    MMatrix value;
+    ApiBridge::Report(ReturnStatus, get(index, value));
+    return value;
+}
+
 MIntArray MArgList::asIntArray(unsigned int& index, MStatus* ReturnStatus) const {
     return ReadArray<MIntArray, int>(*tokens_, index, lightbox::mel::ReadInt, "a number", ReturnStatus);
 }
@@ -124,12 +210,32 @@ MStringArray MArgList::asStringArray(unsigned int& index, MStatus* ReturnStatus)
     return ReadArray<MStringArray, MString>(*tokens_, index, ApiBridge::ReadString, "a string", ReturnStatus);
 }
 
+MVectorArray MArgList::asVectorArray(unsigned int& index, MStatus* ReturnStatus) const {
+    return ReadTriples<MVectorArray, MVector>(*tokens_, index, ReturnStatus);
+}
+
+MPointArray MArgList::asPointArray(unsigned int& index, MStatus* ReturnStatus) const {
+    return ReadTriples<MPointArray, MPoint>(*tokens_, index, ReturnStatus);
+}
+
 MStatus MArgList::get(unsigned int& index, bool& value) const {
     return Take(*this, index, &MArgList::asBool, value);
 }
 
 MStatus MArgList::get(unsigned int& index, int& value) const {
     return Take(*this, index, &MArgList::asInt, value);
+}
+
+MStatus MArgList::get(unsigned int& index, unsigned int& value) const {
+    return TakeNumber(*this, index, value);
+}
+
+MStatus MArgList::get(unsigned int& index, short& value) const {
+    return TakeNumber(*this, index, value);
+}
+
+MStatus MArgList::get(unsigned int& index, float& value) const {
+    return TakeNumber(*this, index, value);
 }
 
 MStatus MArgList::get(unsigned int& index, double& value) const {
@@ -144,22 +250,54 @@ MStatus MArgList::get(unsigned int& index, MTime& value) const {
     return Take(*this, index, &MArgList::asTime, value);
 }
 
-MStatus MArgList::get(unsigned int& index, MIntArray& value) const {
-    MStatus status;
-    value = asIntArray(index, &status);
+MStatus MArgList::get(unsigned int& index, MDistance& value) const {
+    return Take(*this, index, &MArgList::asDistance, value);
+}
+
+MStatus MArgList::get(unsigned int& index, MAngle& value) const {
+    return Take(*this, index, &MArgList::asAngle, value);
+}
+
+MStatus MArgList::get(unsigned int& index, MVector& value, unsigned int numElements) const {
+    double numbers[3] = {};
+    const MStatus status = ReadNumbers(*tokens_, index, std::min(numElements, 3u), numbers);
+    if (status) {
+        value = MVector(numbers);
+    }
     return status;
+}
+
+MStatus MArgList::get(unsigned int& index, MPoint& value, unsigned int numElements) const {
+    double numbers[4] = {0.0, 0.0, 0.0, 1.0};
+    const MStatus status = ReadNumbers(*tokens_, index, std::min(numElements, 4u), numbers);
+    if (status) {
+        value = MPoint(numbers);
+    }
+    return status;
+}
+
+MStatus MArgList::get(unsigned int& index, MMatrix& value) const {
+    return ReadNumbers(*tokens_, index, 16, &value.matrix[0][0]);
+}
+
+MStatus MArgList::get(unsigned int& index, MIntArray& value) const {
+    return TakeArray(*this, index, &MArgList::asIntArray, value);
 }
 
 MStatus MArgList::get(unsigned int& index, MDoubleArray& value) const {
-    MStatus status;
-    value = asDoubleArray(index, &status);
-    return status;
+    return TakeArray(*this, index, &MArgList::asDoubleArray, value);
 }
 
 MStatus MArgList::get(unsigned int& index, MStringArray& value) const {
-    MStatus status;
-    value = asStringArray(index, &status);
-    return status;
+    return TakeArray(*this, index, &MArgList::asStringArray, value);
+}
+
+MStatus MArgList::get(unsigned int& index, MVectorArray& value) const {
+    return TakeArray(*this, index, &MArgList::asVectorArray, value);
+}
+
+MStatus MArgList::get(unsigned int& index, MPointArray& value) const {
+    return TakeArray(*this, index, &MArgList::asPointArray, value);
 }
 
 MStatus MArgList::addArg(const bool& value) {
@@ -185,6 +323,28 @@ MStatus MArgList::addArg(const MString& value) {
 MStatus MArgList::addArg(const MTime& value) {
     tokens_->Add(value.as(MTime::uiUnit()));
     return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const MDistance& value) {
+    tokens_->Add(value.as(MDistance::uiUnit()));
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const MAngle& value) {
+    tokens_->Add(value.as(MAngle::uiUnit()));
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const MVector& value) {
+    for (unsigned int i = 0; i < 3; ++i) {
+        tokens_->Add(value[i]);
+    }
+    return MS::kSuccess;
+}
+
+MStatus MArgList::addArg(const MPoint& value) {
+    MPoint place = value;
+    return addArg(MVector(place.cartesianize()));
 }
 
 unsigned int MArgList::flagIndex(const char* shortFlag, const char* longFlag) const {

@@ -117,6 +117,19 @@ MTime MArgParser::flagArgumentMTime(const char* flag, unsigned int index, MStatu
     return Returned(getFlagArgument(flag, index, value), value, ReturnStatus);
 }
 
+MDistance MArgParser::flagArgumentMDistance(const char* flag, unsigned int index,
+                                            MStatus* ReturnStatus) const {
+    MDistance value;
+    const MStatus status = getFlagArgument(flag, index, value);
+    return Returned(status, value, ReturnStatus);
+}
+
+MAngle MArgParser::flagArgumentMAngle(const char* flag, unsigned int index, MStatus* ReturnStatus) const {
+    MAngle value;
+    const MStatus status = getFlagArgument(flag, index, value);
+    return Returned(status, value, ReturnStatus);
+}
+
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, bool& result) const {
     return FlagArgument<bool>(parsed_.get(), flag, index, lightbox::mel::ReadBool, result);
 }
@@ -139,6 +152,14 @@ MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MStrin
 
 MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MTime& result) const {
     return FlagArgument<MTime>(parsed_.get(), flag, index, lightbox::mel::ReadTime, result);
+}
+
+MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MDistance& result) const {
+    return FlagArgument<MDistance>(parsed_.get(), flag, index, ApiBridge::ReadDistance, result);
+}
+
+MStatus MArgParser::getFlagArgument(const char* flag, unsigned int index, MAngle& result) const {
+    return FlagArgument<MAngle>(parsed_.get(), flag, index, ApiBridge::ReadAngle, result);
 }
 
 MStatus MArgParser::getFlagArgumentList(const char* flag, unsigned int occurrence, MArgList& args) const {
@@ -184,6 +205,24 @@ MString MArgParser::commandArgumentString(unsigned int index, MStatus* ReturnSta
     return Returned(getCommandArgument(index, value), value, ReturnStatus);
 }
 
+MTime MArgParser::commandArgumentMTime(unsigned int index, MStatus* ReturnStatus) const {
+    MTime value;
+    const MStatus status = getCommandArgument(index, value);
+    return Returned(status, value, ReturnStatus);
+}
+
+MDistance MArgParser::commandArgumentMDistance(unsigned int index, MStatus* ReturnStatus) const {
+    MDistance value;
+    const MStatus status = getCommandArgument(index, value);
+    return Returned(status, value, ReturnStatus);
+}
+
+MAngle MArgParser::commandArgumentMAngle(unsigned int index, MStatus* ReturnStatus) const {
+    MAngle value;
+    const MStatus status = getCommandArgument(index, value);
+    return Returned(status, value, ReturnStatus);
+}
+
 MStatus MArgParser::getCommandArgument(unsigned int index, bool& result) const {
     return CommandArgument<bool>(parsed_.get(), index, lightbox::mel::ReadBool, result);
 }
@@ -198,6 +237,18 @@ MStatus MArgParser::getCommandArgument(unsigned int index, double& result) const
 
 MStatus MArgParser::getCommandArgument(unsigned int index, MString& result) const {
     return CommandArgument<MString>(parsed_.get(), index, ApiBridge::ReadString, result);
+}
+
+MStatus MArgParser::getCommandArgument(unsigned int index, MTime& result) const {
+    return CommandArgument<MTime>(parsed_.get(), index, lightbox::mel::ReadTime, result);
+}
+
+MStatus MArgParser::getCommandArgument(unsigned int index, MDistance& result) const {
+    return CommandArgument<MDistance>(parsed_.get(), index, ApiBridge::ReadDistance, result);
+}
+
+MStatus MArgParser::getCommandArgument(unsigned int index, MAngle& result) const {
+    return CommandArgument<MAngle>(parsed_.get(), index, ApiBridge::ReadAngle, result);
 }
 
 MStatus MArgParser::getObjects(MStringArray& result) const {

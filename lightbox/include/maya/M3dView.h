@@ -1,6 +1,9 @@
 #pragma once
 
 #include <maya/MColor.h>
+#include <maya/MDagPath.h>
+#include <maya/MGl.h>
+#include <maya/MPoint.h>
 #include <maya/MStatus.h>
 
 class QWidget;

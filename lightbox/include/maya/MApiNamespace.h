@@ -3,6 +3,7 @@
 // Forward declarations of the OpenMaya classes, and the function types that plug-ins register.
 
 class M3dView;
+class MAngle;
 class MArgDatabase;
 class MArgList;
 class MArgParser;
@@ -13,6 +14,7 @@ class MCommandResult;
 class MDagModifier;
 class MDagPath;
 class MDGModifier;
+class MDistance;
 class MDoubleArray;
 class MEvent;
 class MFnAttribute;
@@ -25,6 +27,7 @@ class MObject;
 class MObjectHandle;
 class MPlug;
 class MPoint;
+class MPointArray;
 class MPxCommand;
 class MPxContext;
 class MPxContextCommand;
@@ -40,6 +43,7 @@ class MTime;
 class MTypeId;
 class MUserData;
 class MVector;
+class MVectorArray;
 
 namespace MHWRender {
 class MFrameContext;

@@ -1,14 +1,16 @@
 #pragma once
 
+#include <maya/MAngle.h>
+#include <maya/MArgList.h>
+#include <maya/MDistance.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
+#include <maya/MTime.h>
 
 #include <memory>
 
-class MArgList;
 class MStringArray;
 class MSyntax;
-class MTime;
 
 namespace lightbox {
 namespace mel {
@@ -38,6 +40,9 @@ public:
     double flagArgumentDouble(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
     MString flagArgumentString(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
     MTime flagArgumentMTime(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MDistance flagArgumentMDistance(const char* flag, unsigned int index,
+                                    MStatus* ReturnStatus = nullptr) const;
+    MAngle flagArgumentMAngle(const char* flag, unsigned int index, MStatus* ReturnStatus = nullptr) const;
 
     MStatus getFlagArgument(const char* flag, unsigned int index, bool& result) const;
     MStatus getFlagArgument(const char* flag, unsigned int index, int& result) const;
@@ -45,6 +50,8 @@ public:
     MStatus getFlagArgument(const char* flag, unsigned int index, double& result) const;
     MStatus getFlagArgument(const char* flag, unsigned int index, MString& result) const;
     MStatus getFlagArgument(const char* flag, unsigned int index, MTime& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, MDistance& result) const;
+    MStatus getFlagArgument(const char* flag, unsigned int index, MAngle& result) const;
 
     /// The arguments of one use of a multi-use flag.
     MStatus getFlagArgumentList(const char* flag, unsigned int occurrence, MArgList& args) const;
@@ -55,10 +62,16 @@ public:
     int commandArgumentInt(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     double commandArgumentDouble(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     MString commandArgumentString(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MTime commandArgumentMTime(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MDistance commandArgumentMDistance(unsigned int index, MStatus* ReturnStatus = nullptr) const;
+    MAngle commandArgumentMAngle(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     MStatus getCommandArgument(unsigned int index, bool& result) const;
     MStatus getCommandArgument(unsigned int index, int& result) const;
     MStatus getCommandArgument(unsigned int index, double& result) const;
     MStatus getCommandArgument(unsigned int index, MString& result) const;
+    MStatus getCommandArgument(unsigned int index, MTime& result) const;
+    MStatus getCommandArgument(unsigned int index, MDistance& result) const;
+    MStatus getCommandArgument(unsigned int index, MAngle& result) const;
 
     /// The objects as given in the argument list.
     MStatus getObjects(MStringArray& result) const;

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <maya/MApiNamespace.h>
+#include <maya/MSpace.h>
+#include <maya/MStatus.h>
+#include <maya/MVector.h>
 
 #include <iosfwd>
 

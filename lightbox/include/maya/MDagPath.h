@@ -1,8 +1,11 @@
 #pragma once
 
+#include <maya/MMatrix.h>
 #include <maya/MObject.h>
+#include <maya/MSpace.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
+#include <maya/MVector.h>
 
 /// A path from the world down to a node of the DAG.
 class MDagPath {

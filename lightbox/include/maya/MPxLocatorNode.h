@@ -2,6 +2,7 @@
 
 #include <maya/M3dView.h>
 #include <maya/MBoundingBox.h>
+#include <maya/MGl.h>
 #include <maya/MPxNode.h>
 
 /// Base class of plug-in locators: shapes under a transform that the plug-in draws.
