@@ -24,6 +24,7 @@
 #include <QLibrary>
 
 #include <algorithm>
+#include <exception>
 
 namespace lightbox {
 namespace {
@@ -212,21 +213,30 @@ void PluginManager::Unload(const std::string& name, bool force) {
     if (users > 0) {
         unknown.Convert(*plugin);
     }
-    Stop(**entry);
-    if ((*entry)->library) {
+    const std::string fault = Stop(**entry);
+    // A plug-in that failed may have left callbacks or threads behind, so its code stays in memory.
+    if ((*entry)->library && fault.empty()) {
         (*entry)->library->unload();
     }
     entries_.erase(entry);
+    if (!fault.empty()) {
+        throw PluginError(fault);
+    }
 }
 
-void PluginManager::Stop(Entry& entry) {
+std::string PluginManager::Stop(Entry& entry) {
     const UndoQueue::Pause pause(host_.undo());
-    const MStatus status = entry.uninitialize(PluginHandle::MakeObject(entry.plugin));
-    if (!status) {
-        throw PluginError("The plug-in \"" + entry.plugin.name +
-                          "\" could not be uninitialised: " + status.errorString().asChar());
+    MStatus status;
+    try {
+        status = entry.uninitialize(PluginHandle::MakeObject(entry.plugin));
+    } catch (const std::exception& error) {
+        status = ApiBridge::Fail(MS::kFailure, error.what());
     }
     Purge(entry.plugin);
+    return status ? std::string()
+                  : "The plug-in \"" + entry.plugin.name +
+                        "\" failed to uninitialise itself: " + status.errorString().asChar() +
+                        " What it had registered was removed.";
 }
 
 void PluginManager::Purge(const Plugin& plugin) {
@@ -276,10 +286,9 @@ void PluginManager::UnloadAll() {
     // The libraries stay loaded until the process ends, since others may still hold their data, such as
     // strings in Qt's caches.
     while (!entries_.empty()) {
-        try {
-            Stop(*entries_.back());
-        } catch (const PluginError& error) {
-            host_.output().Warning(error.what());
+        const std::string fault = Stop(*entries_.back());
+        if (!fault.empty()) {
+            host_.output().Warning(fault);
         }
         entries_.pop_back();
     }

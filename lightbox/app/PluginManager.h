@@ -49,7 +49,8 @@ private:
     struct Entry;
 
     Plugin& Start(std::unique_ptr<Entry> entry);
-    void Stop(Entry& entry);
+    /// Takes out all that the plug-in registered. Returns why its own clean-up failed, or an empty string.
+    std::string Stop(Entry& entry);
     /// Deregisters everything that the plug-in registered and did not deregister itself.
     void Purge(const Plugin& plugin);
 

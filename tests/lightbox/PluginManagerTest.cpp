@@ -6,6 +6,7 @@
 #include "text/Quoted.h"
 
 #include <gmock/gmock.h>
+#include <stdexcept>
 
 using namespace lightbox;
 using ::testing::HasSubstr;
@@ -57,6 +58,27 @@ TEST_F(PluginManagerTest, UnloadingIsRefusedWhileNodesNeedIt) {
     EXPECT_FALSE(host_.undo().CanUndo());
     EXPECT_THAT(ErrorOf("turnPage"), HasSubstr("turnPage"));
     EXPECT_NE(ErrorOf("createNode notebook"), "none");
+}
+
+TEST_F(PluginManagerTest, APluginThatFailsToCleanUpLeavesNothingBehind) {
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the type of an entry point
+    const auto fails = [](MObject) -> MStatus { return MS::kFailure; };
+    // NOLINTNEXTLINE(performance-unnecessary-value-param)
+    const auto throws = [](MObject) -> MStatus { throw std::runtime_error("busy"); };
+    Run("unloadPlugin notes");
+    const std::size_t commands = host_.interpreter().Commands().Names().size();
+    for (const auto& uninitialize : {PluginManager::EntryPoint(fails), PluginManager::EntryPoint(throws)}) {
+        host_.plugins().LoadBuiltin("notes", notes::Initialize, uninitialize);
+        Run("createNode notebook -n book");
+        EXPECT_THAT(ErrorOf("unloadPlugin -f notes"), HasSubstr("failed to uninitialise itself"));
+        EXPECT_EQ(Typed("pluginInfo -q -listPlugins") + Typed("objExists book"), "string[] int 1");
+        EXPECT_EQ(host_.interpreter().Commands().Names().size(), commands);
+        EXPECT_FALSE(host_.scene().types().FindDataType("notes"));
+        EXPECT_EQ(notes::NodeCount(), 0);
+        Run("file -f -new");
+    }
+    LoadNotes();
+    EXPECT_EQ(Typed("createNode notebook -n book; nodeType book"), "string notebook");
 }
 
 TEST_F(PluginManagerTest, FiftyRoundsLeaveNothingBehind) {
