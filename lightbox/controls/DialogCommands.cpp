@@ -4,17 +4,22 @@
 #include "controls/FlagTypes.h"
 #include "controls/Registration.h"
 #include "controls/WindowCommandTable.h"
+#include "mel/Interpreter.h"
 #include "mel/SyntaxBuilder.h"
+#include "scene/NonCopyable.h"
+#include "text/Quoted.h"
 
 #include <QApplication>
 #include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStringList>
 #include <QVBoxLayout>
 
 namespace lightbox {
@@ -132,6 +137,15 @@ private:
     std::string text_;
 };
 
+/// The field with the name of the file, and its label.
+void HideNameEdit(const QFileDialog& dialog) {
+    for (const char* name : {"fileNameEdit", "fileNameLabel"}) {
+        if (auto* const part = dialog.findChild<QWidget*>(QString::fromLatin1(name))) {
+            part->hide();
+        }
+    }
+}
+
 QFileDialog::FileMode ModeOf(int fileMode) {
     return fileMode == 0   ? QFileDialog::AnyFile
            : fileMode == 4 ? QFileDialog::ExistingFiles
@@ -141,6 +155,9 @@ QFileDialog::FileMode ModeOf(int fileMode) {
 
 void SetUpFileDialog(QFileDialog& dialog, const CommandCall& call) {
     const int mode = call.IntOr("-fileMode", 0);
+    if (mode < 0 || mode > 4) {
+        call.Fail("-fileMode takes 0 to 4.");
+    }
     dialog.setObjectName("fileDialog");
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     // -fileMode 3 shows only folders.
@@ -166,6 +183,9 @@ void SetUpFileDialog(QFileDialog& dialog, const CommandCall& call) {
             dialog.selectFile(start.fileName());
         }
     }
+    if (call.Has("-hideNameEdit") && call.Bool("-hideNameEdit")) {
+        HideNameEdit(dialog);
+    }
     if (call.Has("-okCaption")) {
         dialog.setLabelText(QFileDialog::Accept, ToQt(call.String("-okCaption")));
     }
@@ -190,10 +210,83 @@ QString WithSuffix(const QString& path, const QString& filter) {
     return path + filter.mid(star + 1, end - star - 1);
 }
 
+/// The procedures that -optionsUICreate and its kind name, and the column of controls that the first of them
+/// fills, below the names of the files.
+class FileDialogScripts : NonCopyable {
+public:
+    FileDialogScripts(const CommandCall& call, ControlRegistry& registry, QFileDialog& dialog)
+        : call_(call)
+        , registry_(registry) {
+        if (call.Has("-optionsUICreate")) {
+            AddColumn(dialog);
+        }
+        Run("-optionsUICreate", {});
+        Run("-optionsUIInit", {dialog.selectedNameFilter()});
+        QObject::connect(&dialog, &QFileDialog::currentChanged, &dialog,
+                         [this](const QString& path) { Run("-selectionChanged", {path}); });
+        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                         [this](const QString& filter) { Run("-fileTypeChanged", {filter}); });
+    }
+    ~FileDialogScripts() {
+        if (Control* const window = registry_.Find(window_)) {
+            registry_.Delete(*window);
+        }
+    }
+
+    /// Call before the dialog is gone.
+    void Finish(const QStringList& files) {
+        if (files.isEmpty()) {
+            RunPlain("-optionsUICancel");
+            return;
+        }
+        Run("-optionsUICommit", {});
+        Run("-optionsUICommit2", {files.first()});
+    }
+
+private:
+    /// The column is made in a window that stays hidden, and moves into the dialog.
+    void AddColumn(QFileDialog& dialog) {
+        mel::Interpreter& interpreter = call_.GetInterpreter();
+        Control* const parent = registry_.CurrentParent();
+        window_ = interpreter.Execute("window").AsString();
+        column_ = interpreter.Execute("columnLayout -adjustableColumn true").AsString();
+        registry_.SetCurrentParent(parent);
+        QWidget* const column = registry_.FindWidget(column_);
+        if (auto* const grid = qobject_cast<QGridLayout*>(dialog.layout()); grid && column) {
+            grid->addWidget(column, grid->rowCount(), 0, 1, -1);
+        }
+    }
+
+    /// Runs the procedure of a flag with the name of the column and these texts.
+    void Run(const char* flag, const QStringList& texts) {
+        if (!call_.Has(flag)) {
+            return;
+        }
+        std::string arguments = Quoted(column_);
+        for (const QString& text : texts) {
+            arguments += ", " + Quoted(text.toStdString());
+        }
+        registry_.RunScript(call_.String(flag) + "(" + arguments + ")");
+    }
+    void RunPlain(const char* flag) {
+        if (call_.Has(flag)) {
+            registry_.RunScript(call_.String(flag));
+        }
+    }
+
+    const CommandCall& call_;
+    ControlRegistry& registry_;
+    std::string window_;
+    std::string column_;
+};
+
 Value FileDialog(CommandCall& call, ControlRegistry& registry) {
     QFileDialog dialog(Owner(call, registry));
     SetUpFileDialog(dialog, call);
-    if (dialog.exec() != QDialog::Accepted) {
+    FileDialogScripts scripts(call, registry, dialog);
+    const bool isAccepted = dialog.exec() == QDialog::Accepted;
+    scripts.Finish(isAccepted ? dialog.selectedFiles() : QStringList());
+    if (!isAccepted) {
         return Value::StringArray();
     }
     Value::StringArray answer;
@@ -286,6 +379,14 @@ void RegisterDialogCommands(WindowCommandTable& table) {
                   .Flag("-ds", "-dialogStyle", INT)
                   .Flag("-rf", "-returnFilter", ON)
                   .Flag("-hne", "-hideNameEdit", ON)
+                  .Flag("-ftc", "-fileTypeChanged", TEXT)
+                  .Flag("-sc", "-selectionChanged", TEXT)
+                  .Flag("-ocr", "-optionsUICreate", TEXT)
+                  .Flag("-oin", "-optionsUIInit", TEXT)
+                  .Flag("-ocm", "-optionsUICommit", TEXT)
+                  .Flag("-oc2", "-optionsUICommit2", TEXT)
+                  .Flag("-oca", "-optionsUICancel", TEXT)
+                  .Flag("-spe", "-setProjectBtnEnabled", ON)
                   .Flag("-p", "-parent", TEXT),
               FileDialog);
     table.Add("colorEditor",

@@ -56,6 +56,11 @@ std::unique_ptr<Control> CreateField(const ControlCreation& creation, bool isInt
     return control;
 }
 
+/// An argument of a flag. An integer loses its fraction, as all integers of MEL.
+double FieldArgument(const CommandCall& call, const std::string& flag, unsigned index, bool isInteger) {
+    return isInteger ? call.Int(flag.c_str(), index) : call.Float(flag.c_str(), index);
+}
+
 NumberField* FieldOf(Control& control, int number) {
     return Group(control).PartAs<NumberField>(number);
 }
@@ -79,13 +84,13 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
         flags.push_back({"-v" + count,
                          value,
                          {isInteger ? MSyntax::kLong : MSyntax::kDouble},
-                         [value, number](Control& control, const CommandCall& call) {
+                         [value, number, isInteger](Control& control, const CommandCall& call) {
                              NumberField* const field = FieldOf(control, number);
                              if (!field) {
                                  call.Fail("\"" + control.Path() + "\" has no field " +
                                            std::to_string(number) + ".");
                              }
-                             field->SetValue(call.Float(value.c_str()));
+                             field->SetValue(FieldArgument(call, value, 0, isInteger));
                          },
                          [number, isInteger](Control& control) {
                              const NumberField* const field = FieldOf(control, number);
@@ -100,10 +105,11 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
 ControlFlag AllValues(bool isInteger) {
     return {"-v", "-value",
             std::vector<MSyntax::MArgType>(MAX_FIELDS, isInteger ? MSyntax::kLong : MSyntax::kDouble),
-            [](Control& control, const CommandCall& call) {
+            [isInteger](Control& control, const CommandCall& call) {
                 for (int number = 1; number <= MAX_FIELDS; ++number) {
                     if (NumberField* const field = FieldOf(control, number)) {
-                        field->SetValue(call.Float("-value", static_cast<unsigned>(number - 1)));
+                        field->SetValue(
+                            FieldArgument(call, "-value", static_cast<unsigned>(number - 1), isInteger));
                     }
                 }
             },

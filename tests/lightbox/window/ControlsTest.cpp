@@ -2,10 +2,14 @@
 
 #include "ControlsFixture.h"
 #include "shell/Registration.h"
+#include "text/Quoted.h"
 
+#include <QFile>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 
@@ -38,6 +42,11 @@ TEST_F(ControlsTest, AnswerWhatTheyWereTold) {
          "floatSliderGrp -q -value s", "4"},
         {"intSliderGrp -field 1 -min 1 -max 9 s", "intSliderGrp -q -fieldMaxValue s", "9"},
         {"intFieldGrp -numberOfFields 3 -value1 1 -value2 2 -value3 3 g", "intFieldGrp -q -value g", "1 2 3"},
+        {"intField -value 2.7 f; intFieldGrp -nf 2 -value1 2.7 -value2 -2.7 g; intSliderGrp -value 2.7 s",
+         "`intField -q -value f` + \" \" + `intFieldGrp -q -value1 g` + `intFieldGrp -q -value2 g` + \" \" + "
+         "`intSliderGrp -q -value s`",
+         "2 2-2 2"},
+        {"intFieldGrp -nf 2 g; intFieldGrp -e -value 1.9 -1.9 0 0 g", "intFieldGrp -q -value g", "1 -1"},
         {"floatFieldGrp -label \"L\" -nf 2 -value 1 2 3 4 g", "floatFieldGrp -q -value g", "1 2"},
         {"textFieldGrp -label \"Name\" -text \"n\" -columnWidth2 60 90 g", "textFieldGrp -q -label g",
          "Name"},
@@ -229,6 +238,53 @@ TEST_F(ControlsTest, FloatingViewportsAreModelPanels) {
     Run("deleteUI fw");
     Settle();
     EXPECT_EQ(Window().Panels().Find("floating"), nullptr);
+}
+
+/// A file dialog tells the procedures of its caller what is chosen, and shows the controls that they make.
+TEST_F(ControlsTest, AFileDialogHasTheOptionsOfItsCaller) {
+    Show();
+    QFile file(prefs_.filePath("a.ma"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    Run("global string $gSaid = \"\"; global string $gParent;"
+        "global proc made(string $p) { global string $gParent; $gParent = $p; setParent $p; checkBox -label "
+        "\"L\" -v 1 mine; }"
+        "global proc begun(string $p, string $t) { global string $gSaid; $gSaid += \"i\" + $t; }"
+        "global proc chosen(string $p, string $f) { global string $gSaid; $gSaid += \" s\" + basename($f, "
+        "\"\"); }"
+        "global proc typed(string $p, string $t) { global string $gSaid; $gSaid += \" t\" + $t; }"
+        "global proc taken(string $p) { global string $gSaid; $gSaid += \" c\" + `checkBox -q -v mine`; }"
+        "global proc took(string $p, string $f) { global string $gSaid; $gSaid += \" \" + basename($f, "
+        "\"\"); }"
+        "global proc gone() { global string $gSaid; $gSaid += \" gone\"; }");
+    const std::string ask =
+        "fileDialog2 -fileMode 1 -fileFilter \"A (*.ma);;All (*.*)\" -returnFilter 1 -hideNameEdit 0 "
+        "-ocr made -oin begun -sc chosen -ftc typed -ocm taken -oc2 took -oca gone -spe 0 -dir " +
+        lightbox::Quoted(prefs_.path().toStdString());
+    const auto answer = [this](const std::function<void(QFileDialog&)>& act) {
+        QTimer::singleShot(200, qApp, [this, act] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            EXPECT_TRUE(Controls().FindWidget("mine") && Controls().FindWidget("mine")->isVisible());
+            act(*dialog);
+        });
+    };
+    answer([this](QFileDialog& dialog) {
+        Run("checkBox -e -v 0 mine");
+        dialog.selectFile(prefs_.filePath("a.ma"));
+        Q_EMIT dialog.filterSelected("All (*.*)");
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    EXPECT_EQ(Shown(ask), prefs_.filePath("a.ma").toStdString() + " A (*.ma)");
+    EXPECT_EQ(Shown("match(\"^iA [(].ma[)]\", $gSaid) + match(\" tAll .* c0 a.ma$\", $gSaid)"),
+              "iA (*.ma) tAll (*.*) c0 a.ma");
+    EXPECT_EQ(Controls().Find("mine"), nullptr) << "the controls end with the dialog";
+    Run("$gSaid = \"\"");
+    answer([](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(Shown("size(`" + ask + "`)"), "0");
+    EXPECT_EQ(Shown("match(\" gone$\", $gSaid)"), " gone");
+    EXPECT_EQ(ErrorOf("fileDialog2 -fileMode 5"), "-fileMode takes 0 to 4.");
+    EXPECT_EQ(Controls().CurrentParent(), &Controls().MainWindow());
 }
 
 /// Without a window the commands are known, and say why they do nothing.
