@@ -56,11 +56,6 @@ std::unique_ptr<Control> CreateField(const ControlCreation& creation, bool isInt
     return control;
 }
 
-/// An argument of a flag. An integer loses its fraction, as all integers of MEL.
-double FieldArgument(const CommandCall& call, const std::string& flag, unsigned index, bool isInteger) {
-    return isInteger ? call.Int(flag.c_str(), index) : call.Float(flag.c_str(), index);
-}
-
 NumberField* FieldOf(Control& control, int number) {
     return Group(control).PartAs<NumberField>(number);
 }
@@ -90,7 +85,7 @@ void AddNumbered(ControlFlags& flags, bool isInteger) {
                                  call.Fail("\"" + control.Path() + "\" has no field " +
                                            std::to_string(number) + ".");
                              }
-                             field->SetValue(FieldArgument(call, value, 0, isInteger));
+                             field->SetValue(NumberArgument(call, value, isInteger));
                          },
                          [number, isInteger](Control& control) {
                              const NumberField* const field = FieldOf(control, number);
@@ -109,7 +104,7 @@ ControlFlag AllValues(bool isInteger) {
                 for (int number = 1; number <= MAX_FIELDS; ++number) {
                     if (NumberField* const field = FieldOf(control, number)) {
                         field->SetValue(
-                            FieldArgument(call, "-value", static_cast<unsigned>(number - 1), isInteger));
+                            NumberArgument(call, "-value", isInteger, static_cast<unsigned>(number - 1)));
                     }
                 }
             },

@@ -1,12 +1,22 @@
 #pragma once
 
 #include "controls/ControlType.h"
+#include "mel/CommandCall.h"
+
+#include <functional>
+#include <string>
 
 namespace lightbox {
 
 /// A number as a MEL int or float.
 inline mel::Value NumberValue(double value, bool isInteger) {
     return isInteger ? mel::Value(static_cast<int>(value)) : mel::Value(value);
+}
+
+/// An argument of a flag. An integer loses its fraction, as all integers of MEL.
+inline double NumberArgument(const mel::CommandCall& call, const std::string& flag, bool isInteger,
+                             unsigned index = 0) {
+    return isInteger ? call.Int(flag.c_str(), index) : call.Float(flag.c_str(), index);
 }
 
 /// A flag with one number, an integer when `isInteger`. `target` finds the object to change in the control;

@@ -61,9 +61,9 @@ ControlFlag FieldEnd(const char* shortName, const char* longName, bool isInteger
     return {shortName,
             flag,
             {isInteger ? MSyntax::kLong : MSyntax::kDouble},
-            [flag, isMinimum](Control& control, const CommandCall& call) {
+            [flag, isInteger, isMinimum](Control& control, const CommandCall& call) {
                 if (NumberField* const field = SliderField(control)) {
-                    const double value = call.Float(flag.c_str());
+                    const double value = NumberArgument(call, flag, isInteger);
                     isMinimum ? field->SetMinimum(value) : field->SetMaximum(value);
                 }
             },
@@ -88,9 +88,9 @@ ControlFlag SliderEnd(const char* shortName, const char* longName, bool isIntege
     return {shortName,
             flag,
             {isInteger ? MSyntax::kLong : MSyntax::kDouble},
-            [flag, isMinimum](Control& control, const CommandCall& call) {
+            [flag, isInteger, isMinimum](Control& control, const CommandCall& call) {
                 ValueSlider& slider = *SliderOf(control);
-                const double value = call.Float(flag.c_str());
+                const double value = NumberArgument(call, flag, isInteger);
                 const double other = isMinimum ? slider.Maximum() : slider.Minimum();
                 slider.SetRange(isMinimum ? value : std::min(value, other),
                                 isMinimum ? std::max(value, other) : value);
@@ -112,7 +112,9 @@ ControlFlags SliderFlags(bool isInteger) {
         {"-v",
          "-value",
          {type},
-         [](Control& control, const CommandCall& call) { SetNumber(control, call.Float("-value")); },
+         [isInteger](Control& control, const CommandCall& call) {
+             SetNumber(control, NumberArgument(call, "-value", isInteger));
+         },
          [isInteger](Control& control) { return NumberValue(NumberOf(control), isInteger); }},
         ScriptFlag("-cc", "-changeCommand"),
         ScriptFlag("-dc", "-dragCommand"),

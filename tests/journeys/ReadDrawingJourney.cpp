@@ -3,6 +3,7 @@
 #include "journeys/Lightbox.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -71,9 +72,9 @@ TEST(ReadDrawingJourney, ListsWhatLightboxSays) {
     EXPECT_EQ(read.output.toStdString(), said.output.toStdString());
     EXPECT_EQ(read.errors, QByteArray());
     EXPECT_EQ(QDir(lightbox.Path("drawings/cam")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 4);
-    const QDir frames(lightbox.Path(QString::fromUtf8("drawings/cam/0_a_q_b_new_t_鉛筆_x_é_")));
-    EXPECT_EQ(frames.entryList(QDir::Files), QStringList({"3.png", "4.png", "5.png"}));
-    EXPECT_EQ(lightbox.Read(frames.filePath("3.png")).left(4), QByteArray("\x89PNG"));
+    const QString layer = QString::fromUtf8("drawings/cam/0_a_q_b_new_t_鉛筆_x_é_");
+    EXPECT_EQ(QDir(lightbox.Path(layer)).entryList(QDir::Files), QStringList({"3.png", "4.png", "5.png"}));
+    EXPECT_EQ(lightbox.Read(layer + "/3.png").left(4), QByteArray("\x89PNG"));
 }
 
 /// What Lightbox never writes, but its readers take.

@@ -258,9 +258,10 @@ TEST_F(DagCommandsTest, NodesAreSelected) {
         {"pickWalk -d down", "string[] d"},
         {"pickWalk -d down c", "string[] d"},
         {"pickWalk -type instances", "string[] d"},
-        {"select -cl; pickWalk -d up", "string[] "},
     };
     ExpectAnswers(tree, ends);
+    const Question nothing[] = {{"pickWalk -d up", "string[] "}};
+    ExpectAnswers("select -cl", nothing);
     const Refusal refusals[] = {
         {tree, "pickWalk -d sideways",
          "-direction takes \"up\", \"down\", \"left\" or \"right\", not \"sideways\"."},

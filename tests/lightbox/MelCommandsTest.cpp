@@ -9,9 +9,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <gmock/gmock.h>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -370,6 +374,22 @@ TEST_F(MelCommandsTest, RunScriptJobsWhenIdle) {
     EXPECT_EQ(idle(), "// Error: line 1.1: in job //\n");
     Run("evalDeferred \"print \\\"late\\\"\"; print \"now \"");
     EXPECT_EQ(idle(), "now late");
+}
+
+TEST_F(MelCommandsTest, EachCommandIsInTheDocumentation) {
+    QFile page(VELLIX_SOURCE_FOLDER "/docs/lightbox.md");
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(page.readAll());
+    QString table = text.mid(text.indexOf("\n## MEL\n"));
+    table.remove(0, table.indexOf("|---|---|"));
+    table.truncate(table.indexOf("\n\n"));
+    std::vector<std::string> listed;
+    QRegularExpressionMatchIterator names = QRegularExpression("`(\\w+)`").globalMatch(table);
+    while (names.hasNext()) {
+        listed.push_back(names.next().captured(1).toStdString());
+    }
+    std::sort(listed.begin(), listed.end());
+    EXPECT_EQ(listed, host_.interpreter().Commands().Names());
 }
 
 TEST_F(MelCommandsTest, SwitchTools) {
