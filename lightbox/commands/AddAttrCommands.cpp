@@ -113,7 +113,8 @@ bool PendingCompounds::AddChild(const std::shared_ptr<Node>& node, const std::st
 void SetEnumFields(const std::string& text, Attribute& attribute) {
     int number = 0;
     std::size_t begin = 0;
-    while (begin <= text.size()) {
+    // The window for new attributes writes a colon after the last field, too.
+    while (begin < text.size() || begin == 0) {
         const std::size_t end = std::min(text.find(':', begin), text.size());
         std::string field = text.substr(begin, end - begin);
         const std::size_t equals = field.find('=');

@@ -205,6 +205,9 @@ TEST_F(AttributeCommandsTest, AttributesInSteps) {
          "int 0"},
         {"attributeExists tx", "error: Wrong number of arguments on call to attributeExists."},
         // As the window that adds attributes writes it.
+        {"addAttr -ln p -at \"enum\" -en \"low:high:\" a; attributeQuery -n a -le p", "string[] low:high"},
+        {"addAttr -ln p -at \"enum\" -en \"\" a; attributeQuery -n a -le p", "string[] "},
+        {"addAttr -ln p -at \"enum\" -en \"low::high\" a; attributeQuery -n a -le p", "string[] low::high"},
         {"addAttr -ln p -at double a; setAttr -e-keyable true a.p; attributeQuery -n a -k p", "int 0"},
         {"setAttr -e -keyable false a.tx; getAttr -k a.tx", "int 0"},
         {"setAttr -edit a.tx 5; getAttr a.tx", "float 5"},
