@@ -17,7 +17,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QThread>
+#include <QWidget>
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -28,7 +30,21 @@
 /// A host with a window of a known size. Keeps the host's messages.
 class WindowFixture : public ::testing::Test {
 protected:
-    WindowFixture() { Start(); }
+    WindowFixture() {
+        LetGoOfButtons();
+        Start();
+    }
+
+    /// Releases the buttons that tests before have left down: they are down for the whole program, and a
+    /// window does not save automatically then.
+    static void LetGoOfButtons() {
+        QWidget nobody;
+        for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+            if (QGuiApplication::mouseButtons().testFlag(button)) {
+                QTest::mouseRelease(&nobody, button);
+            }
+        }
+    }
 
     void Start() {
         host_ = std::make_unique<lightbox::LightboxHost>(
