@@ -68,6 +68,19 @@ V3d Anchor(const CommandCall& call, DagNode& node) {
     return anchor;
 }
 
+/// Returns an offset along the node's own axes, with distances of the world, in its parent's space.
+V3d OffsetOfWorldDistance(DagNode& node, const V3d& offset) {
+    V3d inWorld(0.0);
+    for (int axis = 0; axis < 3; ++axis) {
+        V3d own(0.0);
+        own[axis] = 1.0;
+        V3d direction;
+        node.WorldMatrix().multDirMatrix(own, direction);
+        inWorld += direction.normalized() * offset[axis];
+    }
+    return OffsetInParent(node, inWorld);
+}
+
 Value Move(CommandCall& call) {
     const AxisCall axes = ParseAxes(call);
     const bool isLocal = call.Has("-localSpace") || call.Has("-objectSpace");
@@ -77,7 +90,9 @@ Value Move(CommandCall& call) {
         if (call.Has("-relative")) {
             const V3d delta = axes.Over(V3d(0.0));
             V3d moved = delta;
-            if (call.Has("-objectSpace")) {
+            if (call.Has("-objectSpace") && call.Has("-worldSpaceDistance")) {
+                moved = OffsetOfWorldDistance(*node, delta);
+            } else if (call.Has("-objectSpace")) {
                 node->LocalMatrix().multDirMatrix(delta, moved);
             } else if (!isLocal) {
                 moved = OffsetInParent(*node, delta);
@@ -154,6 +169,7 @@ void RegisterTransformCommands(CommandRegistry& registry) {
                         .Flag("-ws", "-worldSpace")
                         .Flag("-ls", "-localSpace")
                         .Flag("-os", "-objectSpace")
+                        .Flag("-wd", "-worldSpaceDistance")
                         .Flag("-rpr", "-rotatePivotRelative")
                         .Flag("-spr", "-scalePivotRelative"),
                     Move);
