@@ -11,7 +11,7 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <utility>
+#include <iterator>
 
 namespace lightbox::mel {
 

@@ -10,6 +10,8 @@
 #include <QString>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace lightbox::mel {
 

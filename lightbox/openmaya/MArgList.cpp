@@ -62,7 +62,7 @@ MStatus ReadNumbers(const ArgumentTokens& tokens, unsigned int& index, unsigned 
     constexpr unsigned int longest = 16;
     const unsigned int first = index;
     double read[longest] = {};
-    index = static_cast<unsigned int>(std::min<std::size_t>(std::size_t(first) + count, tokens.Count()));
+    index = static_cast<unsigned int>(std::min(static_cast<std::size_t>(first) + count, tokens.Count()));
     if (count > longest || index - first < count) {
         return Missing();
     }

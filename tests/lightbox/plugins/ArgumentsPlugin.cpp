@@ -8,7 +8,6 @@
 #include <maya/MStreamUtils.h>
 #include <maya/MTypes.h>
 
-#include <cstring>
 #include <sstream>
 
 #if MAYA_API_VERSION < 201800
@@ -54,7 +53,7 @@ private:
             return show(args, index, 7u, answer);
         }
         if (type == "short") {
-            return show(args, index, short(-7), answer);
+            return show(args, index, static_cast<short>(-7), answer);
         }
         if (type == "float") {
             return show(args, index, -7.0f, answer);
