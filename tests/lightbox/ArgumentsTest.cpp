@@ -4,9 +4,11 @@
 #include "openmaya/PluginCommand.h"
 #include "scene/UndoQueue.h"
 
+#include <maya/MAngle.h>
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 #include <maya/MCommandResult.h>
+#include <maya/MDistance.h>
 #include <maya/MGlobal.h>
 #include <maya/MIntArray.h>
 #include <maya/MPxCommand.h>
@@ -163,6 +165,30 @@ private:
 
 int ProbeCommand::alive = 0;
 int ProbeCommand::done = 0;
+
+TEST_F(ArgumentsTest, AParserReadsMeasuresWithTheirUnits) {
+    MSyntax syntax;
+    syntax.addFlag("-an", "-angle", MSyntax::kAngle);
+    syntax.addFlag("-di", "-distance", MSyntax::kDistance);
+    syntax.addArg(MSyntax::kTime);
+    syntax.addArg(MSyntax::kAngle);
+    syntax.addArg(MSyntax::kDistance);
+    MStatus status;
+    const MArgDatabase parser(syntax,
+                              ArgumentTokens::Wrap(ArgumentTokens(
+                                  std::vector<Value>{"-an", "1rad", "-di", "2in", "2sec", 90, "1m"})),
+                              &status);
+    ASSERT_TRUE(status) << status.errorString();
+    EXPECT_DOUBLE_EQ(parser.flagArgumentMAngle("-angle", 0).asRadians(), 1.0);
+    EXPECT_DOUBLE_EQ(parser.flagArgumentMDistance("-distance", 0).asCentimeters(), 5.08);
+    EXPECT_DOUBLE_EQ(parser.commandArgumentMTime(0).as(MTime::kSeconds), 2.0);
+    EXPECT_DOUBLE_EQ(parser.commandArgumentMAngle(1).asDegrees(), 90.0);
+    EXPECT_DOUBLE_EQ(parser.commandArgumentMDistance(2).asMeters(), 1.0);
+    MDistance length(7.0);
+    EXPECT_FALSE(parser.getFlagArgument("-angle", 0, length)) << "a radian is no length";
+    EXPECT_FALSE(parser.getCommandArgument(3, length));
+    EXPECT_EQ(length.value(), 7.0);
+}
 
 TEST_F(ArgumentsTest, APluginCommandRunsThroughTheSameParser) {
     ASSERT_TRUE(
