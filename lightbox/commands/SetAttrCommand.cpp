@@ -9,25 +9,27 @@
 namespace lightbox::mel {
 namespace {
 
-/// The arguments without an edit flag at their beginning: setAttr edits in any case. Scripts join it with the
-/// flag that follows: "-e-keyable".
-std::vector<Value> WithoutEditFlag(const std::vector<Value>& arguments) {
-    std::vector<Value> rest = arguments;
-    if (rest.empty() || !rest.front().IsString()) {
-        return rest;
+/// Whether the arguments begin with an edit flag. Then `rest` receives the others: setAttr edits in any case.
+/// Scripts join the flag with the one that follows: "-e-keyable".
+bool TakeEditFlag(const std::vector<Value>& arguments, std::vector<Value>& rest) {
+    if (arguments.empty() || !arguments.front().IsString()) {
+        return false;
     }
-    const std::string first = rest.front().Text();
-    if (first == "-e" || first == "-edit") {
-        rest.erase(rest.begin());
-    } else if (first.compare(0, 3, "-e-") == 0) {
-        rest.front() = first.substr(2);
+    const std::string& first = arguments.front().Text();
+    const bool isAlone = first == "-e" || first == "-edit";
+    if (!isAlone && first.compare(0, 3, "-e-") != 0) {
+        return false;
     }
-    return rest;
+    if (!isAlone) {
+        rest.emplace_back(first.substr(2));
+    }
+    rest.insert(rest.end(), arguments.begin() + 1, arguments.end());
+    return true;
 }
 
 Value SetAttr(CommandCall& call) {
-    const std::vector<Value> objects = WithoutEditFlag(call.Objects());
-    const CommandCall plain = call.With(objects);
+    std::vector<Value> rest;
+    const CommandCall plain = TakeEditFlag(call.Objects(), rest) ? call.With(rest) : call;
     PlugSettingArguments arguments(plain);
     const std::shared_ptr<Node> node = NodeOfPlug(call, arguments.PlugName());
     const PlugSetting& setting = arguments.SettingFor(node);
