@@ -200,7 +200,7 @@ Value Export(const CommandCall& call) {
 }
 
 Value SaveAs(const CommandCall& call) {
-    const std::string path = call.String("-rename");
+    const std::string& path = call.String("-rename");
     std::optional<SceneFormat> format;
     if (call.Has("-type")) {
         format = FormatArgument(call, path);
