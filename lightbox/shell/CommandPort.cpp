@@ -7,13 +7,17 @@
 #include "scene/Output.h"
 #include "text/Quoted.h"
 
+#include <QByteArray>
 #include <QFileInfo>
+#include <QList>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#include <algorithm>
+#include <iterator>
 #include <sys/stat.h>
 
 namespace lightbox {
@@ -43,6 +47,16 @@ std::string Text(const mel::Value& value) {
         text += (i > 0 ? "\t" : "") + value.Element(i).AsString();
     }
     return text;
+}
+
+/// Whether a line is the first one of an HTTP request: "POST / HTTP/1.1".
+bool IsHttpRequest(const QByteArray& line) {
+    static const char* const methods[] = {"GET",     "HEAD",  "POST",  "PUT", "DELETE",
+                                          "CONNECT", "TRACE", "PATCH", "PRI", "OPTIONS"};
+    const QList<QByteArray> words = line.trimmed().split(' ');
+    const bool isMethod = words.size() > 1 && std::any_of(std::begin(methods), std::end(methods),
+                                                          [&](auto* name) { return words.front() == name; });
+    return isMethod || (words.size() == 3 && words.back().startsWith("HTTP/"));
 }
 
 } // namespace
@@ -131,10 +145,13 @@ void CommandPort::Read(QIODevice& client) {
     if (!isServed()) {
         return;
     }
-    pending_[&client] += client.readAll();
+    pending_[&client].text += client.readAll();
     int count = 0;
     while (isServed()) {
-        QByteArray& text = pending_[&client];
+        if (HangsUpOnBrowser(client)) {
+            return;
+        }
+        QByteArray& text = pending_[&client].text;
         const int end = text.indexOf('\n');
         if ((end < 0 ? text.size() : end) > options_.bufferSize) {
             client.close();
@@ -156,12 +173,31 @@ void CommandPort::Read(QIODevice& client) {
     }
 }
 
+bool CommandPort::HangsUpOnBrowser(QIODevice& client) {
+    Pending& pending = pending_[&client];
+    const int end = pending.text.indexOf('\n');
+    if (!tcp_ || pending.hasBegun || end < 0) {
+        return false;
+    }
+    pending.hasBegun = true;
+    if (!IsHttpRequest(pending.text.left(end))) {
+        return false;
+    }
+    pending.text.clear();
+    host_.output().Warning(
+        "A command port was asked for a web page and hung up. If no program of yours did that, a "
+        "page in a browser has tried to reach it.");
+    client.close();
+    return true;
+}
+
 void CommandPort::Disconnected(QIODevice& client) {
     const auto found = pending_.find(&client);
     if (found == pending_.end()) {
         return;
     }
-    const QByteArray rest = found->second;
+    const bool isRequest = tcp_ && !found->second.hasBegun && IsHttpRequest(found->second.text);
+    const QByteArray rest = isRequest ? QByteArray() : found->second.text;
     pending_.erase(found);
     client.deleteLater();
     // Run the remaining lines: many clients do not wait for answers or omit the last line break.

@@ -18,7 +18,8 @@ class Host;
 
 /// Runs MEL that other programs on this machine send. Each line is answered with its result or error message,
 /// followed by a line break and a zero byte. The port accepts connections from this machine only, and a local
-/// socket only from the same user.
+/// socket only from the same user. A TCP port hangs up on a client that begins as HTTP does: the pages of
+/// this user's browser reach the ports of this machine, and could send MEL in what they ask for.
 class CommandPort : public QObject {
     Q_OBJECT
 
@@ -49,6 +50,8 @@ private:
     void Connect(QIODevice& client);
     void Read(QIODevice& client);
     void Disconnected(QIODevice& client);
+    /// Hangs up on a client whose first line is a request of HTTP. Nothing of what it sends runs.
+    bool HangsUpOnBrowser(QIODevice& client);
     /// Runs one line and returns the answer.
     QByteArray Run(const QByteArray& line);
     void Send(QIODevice& client, QByteArray answer) const;
@@ -57,8 +60,11 @@ private:
     Options options_;
     std::unique_ptr<QTcpServer> tcp_;
     std::unique_ptr<QLocalServer> local_;
-    /// The received bytes of incomplete lines, by client.
-    std::map<QIODevice*, QByteArray> pending_;
+    struct Pending {
+        QByteArray text;       ///< the received bytes of an incomplete line
+        bool hasBegun = false; ///< the first line was looked at
+    };
+    std::map<QIODevice*, Pending> pending_; ///< by client
 };
 
 } // namespace lightbox

@@ -128,6 +128,37 @@ TEST_F(CommandPortTest, TakesOverASocketThatWasLeftBehindButNothingElse) {
     EXPECT_NE(ErrorOf("commandPort -name \"" + Path() + "\""), "none");
 }
 
+TEST_F(CommandPortTest, HangsUpOnABrowser) {
+    QTcpServer probe;
+    ASSERT_TRUE(probe.listen(QHostAddress::LocalHost));
+    const quint16 port = probe.serverPort();
+    probe.close();
+    Run("commandPort -name \":" + std::to_string(port) + "\"");
+    const std::vector<std::vector<QByteArray>> requests{
+        {"POST / HTTP/1.1\r\nHost: localhost\r\n\r\ncreateNode transform -n evil\n"},
+        {"GE", "T /createNode HTTP/1.1\r\n\r\n", "createNode transform -n evil\n"},
+        {"GET /\ncreateNode transform -n evil\n"},
+        {"PROPFIND / HTTP/1.1\ncreateNode transform -n evil"}};
+    for (const std::vector<QByteArray>& pieces : requests) {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        ASSERT_TRUE(WaitFor([&] { return socket.state() == QTcpSocket::ConnectedState; }));
+        for (const QByteArray& piece : pieces) {
+            socket.write(piece);
+            socket.flush();
+            Settle();
+        }
+        EXPECT_TRUE(WaitFor([&] { return socket.state() == QTcpSocket::UnconnectedState; }))
+            << pieces[0].constData();
+        EXPECT_EQ(Shown("objExists evil"), "0") << pieces[0].constData();
+    }
+    // Only the beginning counts.
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    ASSERT_TRUE(WaitFor([&] { return socket.state() == QTcpSocket::ConnectedState; }));
+    EXPECT_EQ(Ask(socket, "string $a = \"GET / HTTP/1.1\"\n"), "GET / HTTP/1.1\n|");
+}
+
 TEST_F(CommandPortTest, NeverListensBeyondThisMachine) {
     for (const char* const name : {"0.0.0.0:7001", "example.com:7001", ":0", ":99999", ":x"}) {
         EXPECT_NE(ErrorOf(std::string("commandPort -name \"") + name + "\""), "none") << name;
