@@ -16,6 +16,9 @@ public:
                    std::vector<ArgumentForm> forms, const FileScope* scope);
 
     Value Evaluate(CallFrame& frame) const override;
+    const std::string* WrittenOutCall() const override {
+        return AreWrittenOut(arguments_) ? &name_ : nullptr;
+    }
 
 private:
     Callee Resolve(Runtime& runtime) const;

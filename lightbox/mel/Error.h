@@ -9,7 +9,7 @@ namespace lightbox::mel {
 /// OpenMaya's entry points turn it into an MStatus.
 class Error : public std::runtime_error {
 public:
-    enum class Kind { Runtime, Syntax, Interrupt };
+    enum class Kind { Runtime, Syntax, Interrupt, InvalidFlag };
 
     /// An error without a location; the interpreter adds it on the way out.
     explicit Error(const std::string& message, Kind errorKind = Kind::Runtime)
@@ -23,6 +23,8 @@ public:
         , column_(columnNumber) {}
 
     bool IsSyntaxError() const { return kind_ == Kind::Syntax; }
+    /// The command does not have the flag.
+    bool IsInvalidFlag() const { return kind_ == Kind::InvalidFlag; }
     /// The run was interrupted from outside; scripts cannot catch this.
     bool IsInterrupt() const { return kind_ == Kind::Interrupt; }
     /// The command that failed has shown why. Whoever catches the error has nothing to add.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace lightbox::mel {
@@ -27,6 +28,11 @@ public:
     /// Evaluates the expression only for its side effects.
     virtual void Run(CallFrame& frame) const { Evaluate(frame); }
 
+    /// Whether the value stands in the text, so that evaluating it runs and reads nothing.
+    virtual bool IsWrittenOut() const { return false; }
+    /// Of a call whose arguments are all written out: the name that is called. Else null.
+    virtual const std::string* WrittenOutCall() const { return nullptr; }
+
     /// Sets the current position of the frame to this expression, for error messages.
     void Mark(CallFrame& frame) const { frame.offset = offset; }
 
@@ -36,6 +42,9 @@ public:
     int depth = 1;
 
 protected:
+    static bool AreWrittenOut(const std::vector<std::unique_ptr<Expression>>& parts) {
+        return std::all_of(parts.begin(), parts.end(), [](const auto& part) { return part->IsWrittenOut(); });
+    }
     void Contains(const Expression& part) { depth = std::max(depth, part.depth + 1); }
 };
 

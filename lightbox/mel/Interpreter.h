@@ -31,6 +31,11 @@ struct RunOptions {
     /// Called when a streamed run goes on after a statement that is not MEL: the statement up to what is not
     /// MEL, and all the text that is skipped, which begins with it. May be empty.
     std::function<void(std::string_view readable, std::string_view skipped, int line)> afterUnreadable;
+    /// If set, only calls of the commands that it accepts run, and only with arguments that are written out:
+    /// nothing is computed, looked up or defined. For a streamed run.
+    std::function<bool(std::string_view command)> isAllowed;
+    /// Called for each statement that does not run because of `isAllowed`, with its text and line.
+    std::function<void(std::string_view statement, int line)> onRefused;
     /// Called after each failed statement: true continues with the next one, false throws. If empty, the
     /// first error is thrown.
     std::function<bool(const Error&)> onError;

@@ -14,6 +14,7 @@ public:
         , value_(std::move(value)) {}
 
     Value Evaluate(CallFrame&) const override { return value_; }
+    bool IsWrittenOut() const override { return true; }
     int EvaluateInt(CallFrame&) const override { return value_.AsInt(); }
     double EvaluateFloat(CallFrame&) const override { return value_.AsFloat(); }
     const Value& GetValue() const { return value_; }
@@ -43,6 +44,7 @@ public:
         , hasEscapes_(hasEscapes) {}
 
     Value Evaluate(CallFrame& frame) const override;
+    bool IsWrittenOut() const override { return true; }
 
 private:
     std::string_view literal_;
@@ -54,6 +56,9 @@ class VectorExpression : public Expression {
 public:
     VectorExpression(std::uint32_t offset, ExpressionPtr x, ExpressionPtr y, ExpressionPtr z);
     Value Evaluate(CallFrame& frame) const override;
+    bool IsWrittenOut() const override {
+        return x_->IsWrittenOut() && y_->IsWrittenOut() && z_->IsWrittenOut();
+    }
 
 private:
     ExpressionPtr x_;
@@ -76,6 +81,7 @@ class ArrayExpression : public Expression {
 public:
     ArrayExpression(std::uint32_t offset, ExpressionList elements);
     Value Evaluate(CallFrame& frame) const override;
+    bool IsWrittenOut() const override { return AreWrittenOut(elements_); }
 
 private:
     static Type CommonType(const ExpressionList& elements);

@@ -12,6 +12,7 @@ public:
     BinaryExpression(std::uint32_t offset, Operator op, ExpressionPtr left, ExpressionPtr right);
 
     Value Evaluate(CallFrame& frame) const override;
+    bool IsWrittenOut() const override { return left_->IsWrittenOut() && right_->IsWrittenOut(); }
     int EvaluateInt(CallFrame& frame) const override;
     double EvaluateFloat(CallFrame& frame) const override;
     bool EvaluateTruth(CallFrame& frame) const override;
@@ -34,6 +35,7 @@ public:
     void Append(ExpressionPtr part);
 
     Value Evaluate(CallFrame& frame) const override;
+    bool IsWrittenOut() const override { return AreWrittenOut(parts_); }
 
 private:
     ExpressionList parts_;
@@ -71,6 +73,7 @@ public:
     NegationExpression(std::uint32_t offset, ExpressionPtr operand);
 
     Value Evaluate(CallFrame& frame) const override;
+    bool IsWrittenOut() const override { return operand_->IsWrittenOut(); }
     int EvaluateInt(CallFrame& frame) const override;
     double EvaluateFloat(CallFrame& frame) const override;
 

@@ -124,7 +124,8 @@ bool ParsedArguments::ParseFlag(std::size_t& index) {
     bool isAmbiguous = false;
     const SyntaxTable::Flag* const flag = syntax_->FindTyped(name, isAmbiguous);
     if (!flag) {
-        throw Error((isAmbiguous ? "Ambiguous flag '" : "Invalid flag '") + text + "'");
+        throw Error((isAmbiguous ? "Ambiguous flag '" : "Invalid flag '") + text + "'",
+                    Error::Kind::InvalidFlag);
     }
     if (!flag->isMultiUse && UseCount(flag->longName) > 0) {
         throw Error("Flag '" + text + "' cannot be used more than once");

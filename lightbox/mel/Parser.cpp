@@ -25,7 +25,15 @@ Program Parser::ParseAll() {
     return program;
 }
 
-bool Parser::ParseNext(Program& program) {
+std::string_view Parser::NextName() {
+    statementBegin_ = lexer_.RawPosition();
+    const Token token = lexer_.Peek();
+    statementBegin_ = token.begin;
+    const std::string_view text = TextOf(token);
+    return !text.empty() && IsNameStart(text.front()) ? text : std::string_view();
+}
+
+bool Parser::ParseNext(Program& program, bool declares) {
     GlobalVariables::Trial trial(globals_);
     program = Program();
     program.source = source_;
@@ -41,7 +49,9 @@ bool Parser::ParseNext(Program& program) {
     program.ends.push_back(lexer_.RawPosition());
     program.variableCount = variables_.SlotCount();
     program.procedures = std::move(procedures_);
-    trial.Keep();
+    if (declares) {
+        trial.Keep();
+    }
     return true;
 }
 

@@ -27,8 +27,13 @@ public:
            std::function<void(const std::string&)> warn);
 
     Program ParseAll();
-    /// Parses the next statement; returns false at the end of the text.
-    bool ParseNext(Program& program);
+    /// Parses the next statement; returns false at the end of the text. Without `declares`, the global
+    /// variables that it introduces are forgotten.
+    bool ParseNext(Program& program, bool declares = true);
+    /// The name with which the next statement begins, or its keyword; empty when it begins with neither.
+    std::string_view NextName();
+    /// Continues at an offset.
+    void ContinueAt(std::uint32_t offset) { lexer_.MoveTo(offset); }
     /// Continues after an error, after the next line that ends with a semicolon. Returns false when there is
     /// none.
     bool Recover();

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace lightbox::mel {
@@ -26,6 +27,10 @@ public:
 
     /// Whether it is just the call of one command or procedure.
     virtual bool IsCall() const { return false; }
+
+    /// The name that it calls if it is just one call, whose arguments are all written out; empty for an empty
+    /// statement. Else null.
+    virtual const std::string* WrittenOutCall() const { return nullptr; }
 
     const std::uint32_t offset;
 };

@@ -33,6 +33,11 @@ bool ExpressionStatement::IsCall() const {
     return dynamic_cast<const CallExpression*>(expression_.get()) != nullptr;
 }
 
+const std::string* ExpressionStatement::WrittenOutCall() const {
+    static const std::string nothing;
+    return expression_ ? expression_->WrittenOutCall() : &nothing;
+}
+
 DeclarationStatement::DeclarationStatement(std::uint32_t sourceOffset, std::vector<Variable> variables)
     : Statement(sourceOffset)
     , variables_(std::move(variables)) {}

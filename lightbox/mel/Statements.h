@@ -14,6 +14,7 @@ public:
     Flow Execute(CallFrame& frame) const override;
     Value ExecuteForValue(CallFrame& frame) const override;
     bool IsCall() const override;
+    const std::string* WrittenOutCall() const override;
 
 private:
     ExpressionPtr expression_;

@@ -5,6 +5,7 @@
 #include "mel/Program.h"
 #include "mel/SourceText.h"
 #include "mel/StatementChunk.h"
+#include "mel/StatementEnd.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 
@@ -38,16 +39,26 @@ Value TextRun::RunStreamed(Parser& parser, const SourceText& source) {
     for (;;) {
         Program program;
         try {
-            if (!parser.ParseNext(program)) {
+            if (options_.isAllowed && Refuse(parser, source)) {
+                continue;
+            }
+            if (!parser.ParseNext(program, !options_.isAllowed)) {
                 break;
             }
         } catch (Error& error) {
+            if (options_.isAllowed && RefuseVariable(parser, source)) {
+                continue;
+            }
             if (MustThrow(error, nullptr)) {
                 throw;
             }
             if (!Skip(parser, source)) {
                 break;
             }
+            continue;
+        }
+        if (options_.isAllowed && !IsAllowed(*program.statements.front())) {
+            Refuse(source, program.begin, program.ends.front());
             continue;
         }
         bool isWanted = true;
@@ -62,6 +73,44 @@ Value TextRun::RunStreamed(Parser& parser, const SourceText& source) {
         }
     }
     return result;
+}
+
+bool TextRun::IsAllowed(const Statement& statement) const {
+    const std::string* const name = statement.WrittenOutCall();
+    return name && (name->empty() || options_.isAllowed(*name));
+}
+
+bool TextRun::Refuse(Parser& parser, const SourceText& source) const {
+    const std::string_view name = parser.NextName();
+    const std::uint32_t begin = parser.StatementBegin();
+    const char first = begin < source.Text().size() ? source.Text()[begin] : '\0';
+    const bool isOther = name.empty() ? first == '$' || first == '{' : !options_.isAllowed(name);
+    const std::size_t end = isOther ? StatementEnd::Of(source.Text(), begin).position : source.Text().npos;
+    if (end == source.Text().npos) {
+        return false; // an allowed one, or not MEL
+    }
+    Refuse(source, begin, static_cast<std::uint32_t>(end));
+    parser.ContinueAt(static_cast<std::uint32_t>(end));
+    return true;
+}
+
+bool TextRun::RefuseVariable(Parser& parser, const SourceText& source) const {
+    const StatementEnd end = StatementEnd::Of(source.Text(), parser.StatementBegin());
+    if (end.position == source.Text().npos || !end.hasVariable) {
+        return false;
+    }
+    Refuse(source, parser.StatementBegin(), static_cast<std::uint32_t>(end.position));
+    parser.ContinueAt(static_cast<std::uint32_t>(end.position));
+    return true;
+}
+
+void TextRun::Refuse(const SourceText& source, std::uint32_t begin, std::uint32_t end) const {
+    if (options_.onRefused) {
+        int line = 0;
+        int column = 0;
+        source.Place(begin, line, column);
+        options_.onRefused(source.Piece(begin, end), line);
+    }
 }
 
 bool TextRun::Skip(Parser& parser, const SourceText& source) const {

@@ -4,6 +4,7 @@
 #include "mel/Interpreter.h"
 #include "mel/Runtime.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace lightbox::mel {
@@ -24,6 +25,12 @@ public:
 private:
     Value RunWhole(Parser& parser);
     Value RunStreamed(Parser& parser, const SourceText& source);
+    bool IsAllowed(const Statement& statement) const;
+    /// Passes over the next statement if it does not begin with the name of an allowed command.
+    bool Refuse(Parser& parser, const SourceText& source) const;
+    /// Passes over a statement that is not MEL only because of a variable that nothing has declared.
+    bool RefuseVariable(Parser& parser, const SourceText& source) const;
+    void Refuse(const SourceText& source, std::uint32_t begin, std::uint32_t end) const;
     /// Skips a statement that is not MEL. Returns false at the end of the text.
     bool Skip(Parser& parser, const SourceText& source) const;
     /// Runs the statements of a program; returns false when one of them returned.
