@@ -8,6 +8,7 @@
 #include "scene/Host.h"
 #include "scene/Scene.h"
 #include "text/NumberText.h"
+#include "text/Quoted.h"
 
 #include <algorithm>
 
@@ -161,6 +162,37 @@ void CheckFlagsFit(const CommandCall& call, const Attribute& attribute) {
     }
 }
 
+/// The flags that mean nothing here, as text, for scene files.
+std::string FurtherFlags(const CommandCall& call, const Attribute& attribute) {
+    std::string text;
+    const auto addSwitch = [&](const char* flag, const char* shortFlag) {
+        if (call.Has(flag)) {
+            text += std::string(" ") + shortFlag + (call.Bool(flag) ? " true" : " false");
+        }
+    };
+    if (call.Has("-cachedInternally") && !call.Bool("-cachedInternally")) {
+        text += " -ci false";
+    }
+    addSwitch("-internalSet", "-is");
+    if (call.Has("-disconnectBehaviour")) {
+        text += " -dcb " + std::to_string(call.Int("-disconnectBehaviour"));
+    }
+    for (const auto& [flag, shortFlag] :
+         {std::pair("-binaryTag", "-bt"), std::pair("-category", "-ct"), std::pair("-proxy", "-pxy")}) {
+        for (unsigned use = 0; use < call.UseCount(flag); ++use) {
+            text += std::string(" ") + shortFlag + " " + Quoted(call.String(flag, 0, use));
+        }
+    }
+    text += call.Has("-usedAsFilename") ? " -uaf" : "";
+    text += call.Has("-usedAsProxy") ? " -uap" : "";
+    addSwitch("-fromPlugin", "-fp");
+    addSwitch("-worldSpace", "-ws");
+    if (call.Has("-defaultValue") && !attribute.IsNumber()) {
+        text += " -dv " + DecimalText(call.Float("-defaultValue"));
+    }
+    return text;
+}
+
 void SetProperties(const CommandCall& call, Attribute& attribute) {
     const auto setFlag = [&](const char* flag, bool& property) {
         if (call.Has(flag)) {
@@ -173,9 +205,11 @@ void SetProperties(const CommandCall& call, Attribute& attribute) {
     setFlag("-writable", attribute.writable);
     setFlag("-storable", attribute.storable);
     attribute.multi = call.Has("-multi");
+    setFlag("-indexMatters", attribute.indexMatters);
+    attribute.furtherFlags = FurtherFlags(call, attribute);
     attribute.usedAsColor = call.Has("-usedAsColor");
     attribute.niceName = call.StringOr("-niceName", "");
-    if (call.Has("-defaultValue")) {
+    if (call.Has("-defaultValue") && attribute.IsNumber()) {
         attribute.defaultValue = call.Float("-defaultValue");
     }
     const auto setNumber = [&](const char* flag, std::optional<double>& property) {
@@ -188,8 +222,21 @@ void SetProperties(const CommandCall& call, Attribute& attribute) {
     setNumber("-softMinValue", attribute.softMinimum);
     setNumber("-softMaxValue", attribute.softMaximum);
     SetLimitSwitches(call, attribute);
-    if (call.Has("-enumName")) {
+    if (call.Has("-enumName") && attribute.Kind() == AttributeKind::Enum) {
         SetEnumFields(call.String("-enumName"), attribute);
+    }
+}
+
+/// Remembers the type as it was given where the kind alone would not give it back, and makes the children
+/// that a data type implies.
+void SetGivenType(const CommandCall& call, Attribute& attribute, const std::string& type) {
+    const bool isData = !call.Has("-attributeType") && call.Has("-dataType");
+    if (isData && attribute.IsCompound()) {
+        AttributeFactory::AddImpliedChildren(attribute, type);
+    }
+    const bool isMatrix = attribute.Kind() == AttributeKind::Matrix;
+    if (attribute.IsCompound() || (isMatrix && (!isData || type != "matrix"))) {
+        attribute.givenType = (isData ? "-dt " : "-at ") + Quoted(type);
     }
 }
 
@@ -212,17 +259,22 @@ std::shared_ptr<Attribute> MakeAttribute(const CommandCall& call, std::string& t
     } else if (!attribute) {
         call.Fail("Type specified for new attribute is unknown: " + type);
     }
-    CheckFlagsFit(call, *attribute);
+    if (!call.GetHost().files().IsReading()) {
+        CheckFlagsFit(call, *attribute); // what another program wrote is not refused for it
+    }
     SetProperties(call, *attribute);
+    SetGivenType(call, *attribute, type);
     return attribute;
 }
 
 void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCompounds& pending) {
     std::string type;
     const std::shared_ptr<Attribute> attribute = MakeAttribute(call, type);
-    const int missing =
-        type == "compound" ? call.IntOr("-numberOfChildren", 0) : AttributeFactory::ChildCountOf(type);
-    if (attribute->IsCompound() && (missing < 1 || missing > 1000)) {
+    const bool isPending = attribute->IsCompound() && attribute->Children().empty();
+    const int missing = !isPending           ? 0
+                        : type == "compound" ? call.IntOr("-numberOfChildren", 0)
+                                             : AttributeFactory::ChildCountOf(type);
+    if (isPending && (missing < 1 || missing > 1000)) {
         call.Fail("A compound attribute needs its number of children (-nc).");
     }
     if (node->FindAttribute(attribute->LongName()) || node->FindAttribute(attribute->ShortName()) ||
@@ -234,7 +286,7 @@ void AddTo(const CommandCall& call, const std::shared_ptr<Node>& node, PendingCo
         if (!pending.AddChild(node, call.String("-parent"), attribute, missing, whole)) {
             call.Fail("No compound attribute '" + call.String("-parent") + "' is waiting for a child.");
         }
-    } else if (attribute->IsCompound()) {
+    } else if (isPending) {
         pending.Add(node, attribute, missing);
     } else {
         whole = attribute;
@@ -274,6 +326,7 @@ Value QueryAttribute(CommandCall& call) {
         {"-storable", attribute.storable},
         {"-multi", attribute.multi},
         {"-usedAsColor", attribute.usedAsColor},
+        {"-indexMatters", attribute.indexMatters},
         {"-numberOfChildren", static_cast<int>(attribute.Children().size())},
         {"-parent", parent},
         {"-attributeType", attribute.TypeName()},
@@ -347,6 +400,15 @@ void RegisterAddAttrCommands(CommandRegistry& registry) {
                         .Flag("-im", "-indexMatters", MSyntax::kBoolean)
                         .Flag("-uac", "-usedAsColor")
                         .Flag("-uaf", "-usedAsFilename")
+                        .Flag("-uap", "-usedAsProxy")
+                        .Flag("-pxy", "-proxy", MSyntax::kString)
+                        .Flag("-is", "-internalSet", MSyntax::kBoolean)
+                        .Flag("-dcb", "-disconnectBehaviour", MSyntax::kLong)
+                        .Flag("-bt", "-binaryTag", MSyntax::kString)
+                        .Flag("-ct", "-category", MSyntax::kString)
+                        .MultiUse()
+                        .Flag("-fp", "-fromPlugin", MSyntax::kBoolean)
+                        .Flag("-ws", "-worldSpace", MSyntax::kBoolean)
                         .Flag("-p", "-parent", MSyntax::kString)
                         .Flag("-nc", "-numberOfChildren", MSyntax::kUnsigned)
                         .Query()

@@ -215,7 +215,14 @@ void RegisterNodeCommands(CommandRegistry& registry) {
                         .Objects(1, 1),
                     ObjectType);
     AddSceneCommand(registry, "lockNode",
-                    SyntaxBuilder().Flag("-l", "-lock", MSyntax::kBoolean).Query().Objects(), LockNode);
+                    SyntaxBuilder()
+                        .Flag("-l", "-lock", MSyntax::kBoolean)
+                        .Flag("-ln", "-lockName", MSyntax::kBoolean)
+                        .Flag("-lu", "-lockUnpublished", MSyntax::kBoolean)
+                        .Flag("-ic", "-ignoreComponents")
+                        .Query()
+                        .Objects(),
+                    LockNode);
     // -returnRootsOnly changes nothing: the result is always the roots.
     AddSceneCommand(
         registry, "duplicate",

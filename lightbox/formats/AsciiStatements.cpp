@@ -109,6 +109,10 @@ void WriteType(std::ostream& out, const Attribute& attribute) {
     out << (isTyped ? " -dt " : " -at ") << Quoted(attribute.TypeName());
 }
 
+bool IsOfType(const std::string& text, const char* type) {
+    return text.find(Quoted(type)) != std::string::npos;
+}
+
 } // namespace
 
 void WriteSetting(std::ostream& out, const PlugSetting& setting) {
@@ -142,7 +146,11 @@ void WriteAddAttr(std::ostream& out, const Attribute& attribute, const std::stri
 
 std::vector<std::string> AddAttrTexts(const Attribute& attribute) {
     std::ostringstream out;
-    out << "addAttr -ci true";
+    out << "addAttr";
+    if (attribute.furtherFlags.find(" -ci ") == std::string::npos) {
+        out << " -ci true";
+    }
+    out << attribute.furtherFlags;
     if (attribute.usedAsColor) {
         out << " -uac";
     }
@@ -153,6 +161,9 @@ std::vector<std::string> AddAttrTexts(const Attribute& attribute) {
     WriteFlag(out, "-s", attribute.storable ? std::nullopt : std::optional<bool>(false));
     if (attribute.multi) {
         out << " -m";
+    }
+    if (!attribute.indexMatters) {
+        out << " -im false";
     }
     out << " -sn " << Quoted(attribute.ShortName()) << " -ln " << Quoted(attribute.LongName());
     if (!attribute.niceName.empty()) {
@@ -171,11 +182,17 @@ std::vector<std::string> AddAttrTexts(const Attribute& attribute) {
     if (attribute.Parent()) {
         out << " -p " << Quoted(attribute.Parent()->LongName());
     }
-    WriteType(out, attribute);
-    if (attribute.IsCompound() && !attribute.IsNumericCompound()) {
+    std::ostringstream type;
+    WriteType(type, attribute);
+    const std::string typeText = attribute.givenType.empty() ? type.str() : " " + attribute.givenType;
+    out << typeText;
+    if (IsOfType(typeText, "compound")) {
         out << " -nc " << attribute.Children().size();
     }
     std::vector<std::string> texts{out.str()};
+    if (attribute.HasImpliedChildren()) {
+        return texts;
+    }
     for (const auto& child : attribute.Children()) {
         const std::vector<std::string> below = AddAttrTexts(*child);
         texts.insert(texts.end(), below.begin(), below.end());

@@ -2,7 +2,6 @@
 
 #include "formats/AsciiStatements.h"
 #include "formats/FileError.h"
-#include "formats/PlugSettingCollector.h"
 #include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
@@ -41,6 +40,23 @@ std::string QuotedIfNeeded(const std::string& name) {
     return isPlain && !name.empty() ? name : Quoted(name);
 }
 
+/// Puts the statement that sets the ranges in front of what the scene's script node holds.
+void PutRanges(std::vector<PlugSetting>& settings, const std::string& ranges) {
+    const auto found = std::find_if(settings.begin(), settings.end(),
+                                    [](const PlugSetting& setting) { return setting.path == "b"; });
+    if (found != settings.end() && !found->texts.empty()) {
+        const std::string rest = found->texts.front();
+        found->texts = {rest.empty() ? ranges : ranges + ";\n" + rest};
+        return;
+    }
+    PlugSetting script;
+    script.path = "b";
+    script.type = "string";
+    script.hasValue = true;
+    script.texts = {ranges};
+    settings.insert(settings.begin(), script);
+}
+
 } // namespace
 
 AsciiWriter::AsciiWriter(const SceneFiles& files, const Timeline& time, std::ostream& out)
@@ -55,7 +71,12 @@ void AsciiWriter::Write(const SceneContent& content, const std::string& name) {
         WriteNode(node);
     }
     if (content.isWhole) {
-        WriteSceneScript();
+        const bool hasScript = std::any_of(content.nodes.begin(), content.nodes.end(), [](const auto& node) {
+            return SceneContent::IsSceneScript(*node);
+        });
+        if (!hasScript) {
+            WriteSceneScript();
+        }
         WriteEdits(content);
         WriteDefaults(content);
     }
@@ -73,9 +94,14 @@ void AsciiWriter::WriteHead(const SceneContent& content, const std::string& name
          << "//Name: " << name << "\n"
          << "//Last modified: " << Now() << "\n"
          << "//Codeset: UTF-8\n";
+    if (content.isWhole) {
+        for (const std::string& comment : preserved_.headComments) {
+            out_ << comment << "\n";
+        }
+    }
     WriteReferences(content);
     WriteRequirements(content);
-    out_ << "currentUnit -l centimeter -a degree -t " << UnitName(time_.Unit()) << ";\n";
+    out_ << files_.units().Statement() << " -t " << UnitName(time_.Unit()) << ";\n";
     if (content.isWhole) {
         for (const auto& pair : SceneContent::FileInfo(files_)) {
             out_ << "fileInfo " << Quoted(pair.first) << ' ' << Quoted(pair.second) << ";\n";
@@ -96,7 +122,8 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
             if (!reference.options.empty()) {
                 out_ << " -op " << Quoted(reference.options);
             }
-            out_ << " -typ \"" << TypeOfFile(reference.path) << "\" " << Quoted(reference.path) << ";\n";
+            out_ << " -typ " << Quoted(reference.type.empty() ? TypeOfFile(reference.path) : reference.type)
+                 << " " << Quoted(reference.path) << ";\n";
         }
     }
 }
@@ -134,25 +161,29 @@ void AsciiWriter::WriteNode(const std::shared_ptr<Node>& node) {
     }
     out_ << ";\n" << INDENT << "rename -uid \"" << node->Uuid() << "\";\n";
     WriteNodeBody(node);
-    if (node->locked) {
-        out_ << INDENT << "lockNode -l 1 ;\n";
-    }
 }
 
 void AsciiWriter::WriteNodeBody(const std::shared_ptr<Node>& node) {
+    static const PreservedContent::NodeContent nothing;
+    const PreservedContent::NodeContent* const found = preserved_.Find(*node);
+    const PreservedContent::NodeContent& kept = found ? *found : nothing;
     for (const auto& attribute : node->DynamicAttributes()) {
         ascii::WriteAddAttr(out_, *attribute, INDENT);
     }
-    for (const PlugSetting& setting : PlugSettingCollector::Collect(node)) {
+    // Attributes come before values, also those that are kept.
+    WriteStatements(kept, true);
+    std::vector<PlugSetting> settings = SceneContent::Settings(node, files_.units());
+    if (SceneContent::IsSceneScript(*node)) {
+        PutRanges(settings, SceneContent::ConfigurationScript(time_));
+    }
+    for (const PlugSetting& setting : settings) {
         out_ << INDENT;
         ascii::WriteSetting(out_, setting);
     }
-    WritePreserved(node);
-}
-
-void AsciiWriter::WritePreserved(const std::shared_ptr<Node>& node) {
-    if (const PreservedContent::NodeContent* kept = preserved_.Find(*node)) {
-        WritePreserved(*kept);
+    WritePreserved(kept);
+    if (node->locked || !kept.lockFlags.empty()) {
+        out_ << INDENT << "lockNode -l " << (node->locked ? 1 : 0)
+             << (kept.lockFlags.empty() ? " " : kept.lockFlags) << ";\n";
     }
 }
 
@@ -163,13 +194,29 @@ void AsciiWriter::WritePreserved(const PreservedContent::NodeContent& kept) {
             "\" in the binary form, which only its plug-in can turn into text. Load the plug-in and "
             "open the scene again, or save it as lightboxBinary.");
     }
+    const bool isInOtherUnits = kept.units != files_.units();
+    const bool hasNumbers =
+        std::any_of(kept.statements.begin(), kept.statements.end(),
+                    [](const std::string& statement) { return statement.compare(0, 7, "setAttr") == 0; });
+    if (isInOtherUnits && hasNumbers) {
+        out_ << INDENT << kept.units.Statement() << ";\n";
+    }
+    WriteStatements(kept, false);
+    if (isInOtherUnits && hasNumbers) {
+        out_ << INDENT << files_.units().Statement() << ";\n";
+    }
+}
+
+void AsciiWriter::WriteStatements(const PreservedContent::NodeContent& kept, bool areAttributes) {
     for (const std::string& statement : kept.statements) {
-        out_ << INDENT << statement << ";\n";
+        if ((statement.compare(0, 7, "addAttr") == 0) == areAttributes) {
+            out_ << INDENT << statement << ";\n";
+        }
     }
 }
 
 void AsciiWriter::WriteSceneScript() {
-    out_ << "createNode script -n \"sceneConfigurationScriptNode\";\n"
+    out_ << "createNode script -n " << Quoted(SceneContent::SCENE_SCRIPT) << ";\n"
          << INDENT << "setAttr \".b\" -type \"string\" " << Quoted(SceneContent::ConfigurationScript(time_))
          << ";\n"
          << INDENT << "setAttr \".st\" 6;\n";
@@ -198,6 +245,7 @@ void AsciiWriter::WriteDefaults(const SceneContent& content) {
     }
     for (const PreservedContent::DefaultBlock& block : preserved_.defaultBlocks) {
         out_ << "select -ne " << QuotedIfNeeded(block.node) << ";\n";
+        WriteStatements(block.content, true);
         WritePreserved(block.content);
     }
 }

@@ -31,8 +31,10 @@ private:
     void WriteEdits(const SceneContent& content);
     void WriteDefaults(const SceneContent& content);
     void WriteConnections(const SceneContent& content);
-    void WritePreserved(const std::shared_ptr<Node>& node);
+    /// Writes what is kept, but for the attributes.
     void WritePreserved(const PreservedContent::NodeContent& kept);
+    /// Writes the kept statements that add attributes, or the others.
+    void WriteStatements(const PreservedContent::NodeContent& kept, bool areAttributes);
     static std::string NameOf(const Node& node);
     static std::string PlugName(const Plug& plug);
 

@@ -86,11 +86,27 @@ std::shared_ptr<Attribute> AttributeFactory::Clone(const Attribute& attribute) {
     copy->hidden = attribute.hidden;
     copy->channelBox = attribute.channelBox;
     copy->multi = attribute.multi;
+    copy->indexMatters = attribute.indexMatters;
     copy->usedAsColor = attribute.usedAsColor;
+    copy->furtherFlags = attribute.furtherFlags;
+    copy->givenType = attribute.givenType;
     for (const auto& child : attribute.Children()) {
         copy->AddChild(Clone(*child));
     }
     return copy;
+}
+
+void AttributeFactory::AddImpliedChildren(Attribute& compound, const std::string& type) {
+    const std::string letters = compound.usedAsColor ? "RGBA" : "XYZW";
+    const AttributeKind kind = type.compare(0, 5, "short") == 0   ? AttributeKind::Short
+                               : type.compare(0, 4, "long") == 0  ? AttributeKind::Long
+                               : type.compare(0, 5, "float") == 0 ? AttributeKind::Float
+                                                                  : AttributeKind::Double;
+    for (int i = 0; i < ChildCountOf(type); ++i) {
+        const char letter = letters[static_cast<std::size_t>(i)];
+        compound.AddChild(
+            std::make_shared<Attribute>(compound.LongName() + letter, compound.ShortName() + letter, kind));
+    }
 }
 
 int AttributeFactory::ChildCountOf(const std::string& type) {

@@ -24,6 +24,9 @@ public:
     static bool IsName(const std::string& name);
     /// Returns a copy with copies of its children, for another node.
     static std::shared_ptr<Attribute> Clone(const Attribute& attribute);
+    /// Gives a numeric compound of that type the children that `addAttr -dataType` implies, named by the
+    /// letters behind its names.
+    static void AddImpliedChildren(Attribute& compound, const std::string& type);
     /// Returns the number of children of a numeric compound type ("double3": 3), or 0 for other types.
     static int ChildCountOf(const std::string& type);
 };

@@ -10,7 +10,7 @@ namespace lightbox::binary {
 // The constants of the binary container, shared by its writer and its reader.
 // docs/lightbox-scene-files.md describes the format.
 
-constexpr std::uint32_t VERSION = 2;
+constexpr std::uint32_t VERSION = 3;
 
 constexpr std::string_view HEAD = "HEAD";
 constexpr std::string_view REFERENCE = "REFR";
@@ -38,5 +38,9 @@ constexpr bool Attribute::*ATTRIBUTE_FLAGS[] = {
     &Attribute::readable,    &Attribute::writable, &Attribute::storable,
     &Attribute::connectable, &Attribute::keyable,  &Attribute::hidden,
     &Attribute::channelBox,  &Attribute::multi,    &Attribute::usedAsColor};
+
+/// Further bits: two texts follow the attribute's children, and the index of an element has no meaning.
+constexpr std::uint32_t HAS_TEXTS = 1U << 9;
+constexpr std::uint32_t ANY_INDEX = 1U << 10;
 
 } // namespace lightbox::binary

@@ -156,7 +156,9 @@ void BinaryReader::ReadReference(ChunkReader& content) {
     // Older files end here.
     const std::string givenPath = content.AtEnd() ? std::string() : TakeText(content);
     const std::string options = content.AtEnd() ? std::string() : TakeText(content);
-    references_.NoteStatement(references_.Add(path, nameSpace, name, isDeferred).name, givenPath, options);
+    const std::string type = content.AtEnd() ? std::string() : TakeText(content);
+    references_.NoteStatement(references_.Add(path, nameSpace, name, isDeferred).name, givenPath, options,
+                              type);
 }
 
 void BinaryReader::ReadRequirement(ChunkReader& content) {
@@ -253,7 +255,9 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
         attribute = AttributeFactory::MakeUnknown(type, longName, shortName);
     }
     attribute->niceName = niceName;
-    std::uint32_t flags = content.Count();
+    const std::uint32_t allFlags = content.Count();
+    attribute->indexMatters = !(allFlags & binary::ANY_INDEX);
+    std::uint32_t flags = allFlags;
     for (bool Attribute::*flag : binary::ATTRIBUTE_FLAGS) {
         (*attribute).*flag = flags & 1;
         flags >>= 1;
@@ -273,6 +277,10 @@ std::shared_ptr<Attribute> BinaryReader::ReadAttribute(ChunkReader& content, int
     }
     for (std::uint32_t i = content.CountOf(MIN_TEXT_BYTES); i > 0; --i) {
         attribute->AddChild(ReadAttribute(content, depth + 1));
+    }
+    if (allFlags & binary::HAS_TEXTS) {
+        attribute->furtherFlags = TakeText(content);
+        attribute->givenType = TakeText(content);
     }
     return attribute;
 }

@@ -3,7 +3,6 @@
 #include "formats/BinaryFormat.h"
 #include "formats/ChunkFile.h"
 #include "formats/FileError.h"
-#include "formats/PlugSettingCollector.h"
 #include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
 #include "scene/DagNode.h"
@@ -42,9 +41,18 @@ std::string PlugName(const Plug& plug) {
 }
 
 /// Writes the last two lists of a body.
-void PutPreserved(ChunkWriter& chunk, const PreservedContent::NodeContent& kept) {
+void PutPreserved(ChunkWriter& chunk, const PreservedContent::NodeContent& kept, const Node* node,
+                  const SceneUnits& units) {
     // The statements come first: they may add the attributes that the values belong to.
-    PutTexts(chunk, kept.statements);
+    std::vector<std::string> statements = kept.statements;
+    if (kept.units != units && !statements.empty()) {
+        statements.insert(statements.begin(), kept.units.Statement());
+        statements.push_back(units.Statement());
+    }
+    if (node && (!kept.lockFlags.empty() || (node->isDefault && node->locked))) {
+        statements.push_back("lockNode -l " + std::string(node->locked ? "1" : "0") + kept.lockFlags);
+    }
+    PutTexts(chunk, statements);
     chunk.Count(static_cast<std::uint32_t>(kept.values.size()));
     for (const PreservedContent::BinaryValue& value : kept.values) {
         chunk.Text(value.path);
@@ -60,7 +68,8 @@ std::uint32_t FlagsOf(const Attribute& attribute) {
         bits |= attribute.*flag ? bit : 0;
         bit <<= 1;
     }
-    return bits;
+    const bool hasTexts = !attribute.furtherFlags.empty() || !attribute.givenType.empty();
+    return bits | (hasTexts ? binary::HAS_TEXTS : 0) | (attribute.indexMatters ? 0 : binary::ANY_INDEX);
 }
 
 } // namespace
@@ -101,8 +110,8 @@ void BinaryWriter::WriteHead(const SceneContent& content, const std::string& nam
     ChunkFile::WriteChunk(out_, binary::HEAD, head.Bytes());
 
     ChunkWriter units;
-    units.Text("centimeter");
-    units.Text("degree");
+    units.Text(files_.units().linear);
+    units.Text(files_.units().angular);
     units.Text(UnitName(time_.Unit()));
     ChunkFile::WriteChunk(out_, binary::UNITS, units.Bytes());
     if (content.isWhole) {
@@ -124,6 +133,7 @@ void BinaryWriter::WriteReferences(const SceneContent& content) {
         chunk.Byte(reference.isDeferred ? 1 : 0);
         chunk.Text(reference.givenPath);
         chunk.Text(reference.options);
+        chunk.Text(reference.type);
         ChunkFile::WriteChunk(out_, binary::REFERENCE, chunk.Bytes());
     }
 }
@@ -164,7 +174,7 @@ void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node
     for (const auto& attribute : attributes) {
         PutAttribute(chunk, *attribute);
     }
-    const std::vector<PlugSetting> own = PlugSettingCollector::Collect(node);
+    const std::vector<PlugSetting> own = SceneContent::Settings(node, files_.units());
     settings.insert(settings.end(), own.begin(), own.end());
     chunk.Count(static_cast<std::uint32_t>(settings.size()));
     for (const PlugSetting& setting : settings) {
@@ -172,7 +182,7 @@ void BinaryWriter::PutBody(ChunkWriter& chunk, const std::shared_ptr<Node>& node
     }
     static const PreservedContent::NodeContent nothing;
     const PreservedContent::NodeContent* kept = preserved_.Find(*node);
-    PutPreserved(chunk, kept ? *kept : nothing);
+    PutPreserved(chunk, kept ? *kept : nothing, node.get(), files_.units());
 }
 
 void BinaryWriter::PutAttribute(ChunkWriter& chunk, const Attribute& attribute) {
@@ -195,6 +205,10 @@ void BinaryWriter::PutAttribute(ChunkWriter& chunk, const Attribute& attribute) 
     chunk.Count(static_cast<std::uint32_t>(attribute.Children().size()));
     for (const auto& child : attribute.Children()) {
         PutAttribute(chunk, *child);
+    }
+    if (FlagsOf(attribute) & binary::HAS_TEXTS) {
+        chunk.Text(attribute.furtherFlags);
+        chunk.Text(attribute.givenType);
     }
 }
 
@@ -297,13 +311,15 @@ void BinaryWriter::WritePreserved() {
         chunk.Text(block.node);
         chunk.Count(0);
         chunk.Count(0);
-        PutPreserved(chunk, block.content);
+        PutPreserved(chunk, block.content, nullptr, files_.units());
         ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
     }
-    for (const std::string& statement : preserved_.statements) {
-        ChunkWriter chunk;
-        chunk.Text(statement);
-        ChunkFile::WriteChunk(out_, binary::STATEMENT, chunk.Bytes());
+    for (const auto* texts : {&preserved_.headComments, &preserved_.statements}) {
+        for (const std::string& statement : *texts) {
+            ChunkWriter chunk;
+            chunk.Text(statement);
+            ChunkFile::WriteChunk(out_, binary::STATEMENT, chunk.Bytes());
+        }
     }
 }
 

@@ -2,13 +2,16 @@
 
 #include "formats/BinaryReader.h"
 #include "formats/ChunkFile.h"
+#include "formats/Codeset.h"
 #include "formats/FileError.h"
-#include "formats/SceneFiles.h"
+#include "formats/PreservedContent.h"
 #include "formats/QuoteRepair.h"
+#include "formats/SceneFiles.h"
 #include "formats/SceneStatements.h"
 #include "mel/Interpreter.h"
 #include "mel/Runtime.h"
 #include "scene/Host.h"
+#include "scene/Output.h"
 #include "scene/Scene.h"
 #include "scene/ScopeExit.h"
 #include "scene/UndoQueue.h"
@@ -18,7 +21,6 @@
 #include <algorithm>
 #include <cctype>
 #include <new>
-#include <set>
 #include <utility>
 
 namespace lightbox {
@@ -32,6 +34,8 @@ constexpr int MAX_SYNTAX_ERRORS = 100;
 constexpr int MAX_ATTEMPTS = 4;
 /// The comments at the beginning of a file end within this many bytes.
 constexpr std::size_t MAX_HEAD_LENGTH = 1000;
+/// Limit of the lines that the summary of what did not run names.
+constexpr std::size_t MAX_NAMED_LINES = 20;
 
 /// The text without white space at its end.
 std::string_view Trimmed(std::string_view text) {
@@ -51,6 +55,16 @@ bool IsAscii(const std::string& bytes) {
     begin = bytes.find_first_not_of(" \t\r\n", begin);
     return begin != std::string::npos &&
            bytes.compare(begin, sizeof ASCII_SIGNATURE - 1, ASCII_SIGNATURE) == 0;
+}
+
+/// Whether a statement with this word may be about the current node.
+bool IsAboutCurrent(std::string_view word) {
+    return word == "setAttr" || word == "addAttr" || word == "lockNode" || word == "rename";
+}
+
+/// Whether a statement with this word belongs in a scene, but has no meaning here.
+bool IsKeptStatement(std::string_view word) {
+    return word == "relationship" || word == "dataStructure";
 }
 
 /// Whether a statement with this word makes another node the current one.
@@ -78,6 +92,8 @@ void FileReader::Read(std::string bytes) {
     try {
         ReadContent(std::move(bytes));
         ApplySceneScript();
+        ShowSummary();
+        ShowRefused();
     } catch (const std::bad_alloc&) {
         ReportFault("There is not enough memory to read all of the file.");
     } catch (const std::exception& error) {
@@ -97,18 +113,47 @@ void FileReader::ReadAscii(std::string text) {
     if (text.compare(0, 3, BYTE_ORDER_MARK) == 0) {
         text.erase(0, 3);
     }
+    std::string codeset;
+    const Codeset::Result decoded = Codeset::Decode(text, codeset);
+    if (decoded == Codeset::Result::Unknown || decoded == Codeset::Result::Invalid) {
+        WarnOnce("codeset", "The file is not in its codeset, " + codeset +
+                                ". Its letters beyond ASCII are read as UTF-8.");
+    }
+    KeepHeadComments(text);
     CheckEnd(text);
     hasLines_ = true;
     Run(std::move(text));
 }
 
+void FileReader::KeepHeadComments(std::string_view text) {
+    if (source_.mode != Mode::Open) {
+        return;
+    }
+    while (text.compare(0, 2, "//") == 0) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        const std::string comment(Trimmed(line));
+        const auto begins = [&comment](const char* key) { return comment.rfind(key, 0) == 0; };
+        if (!begins(ASCII_SIGNATURE) && !begins("//Name:") && !begins("//Last modified:") &&
+            !begins("//Codeset:") && !begins("// End of")) {
+            host_.files().preserved().headComments.push_back(comment);
+        }
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+    }
+}
+
 void FileReader::RunStatement(const std::string& text) {
+    if (text.compare(0, 2, "//") == 0 && text.find('\n') == std::string::npos) {
+        KeepHeadComments(text);
+        return;
+    }
     Run(text + ";");
 }
 
 void FileReader::Run(std::string text) {
     mel::RunOptions options;
     options.streamed = true;
+    options.isAllowed = IsSceneStatement;
+    options.onRefused = [this](std::string_view refused, int line) { OnRefused(refused, line); };
     options.beforeStatement = [this](std::string_view statement, int line) {
         return BeforeStatement(statement, line);
     };
@@ -135,9 +180,10 @@ bool FileReader::BeforeStatement(std::string_view statement, int line) {
     if (SetsCurrent(word)) {
         // If it fails, what follows must not change the node before.
         Select({});
+        keepsBlock_ = false;
     }
-    const bool isCut = !statement_.empty() && statement_.back() != ';' && statement_.back() != '}';
-    if (!statement_.empty() && statement_.back() == ';') {
+    const bool isCut = !statement_.empty() && statement_.back() != ';';
+    if (!isCut && !statement_.empty()) {
         statement_.remove_suffix(1);
     }
     if (depth_ == 1) {
@@ -147,19 +193,87 @@ bool FileReader::BeforeStatement(std::string_view statement, int line) {
         ReportFault("The statement has no \";\" at its end: it is cut off.");
         return word == "setAttr";
     }
-    return word.empty() || IsWanted(word);
+    if (keepsBlock_ && IsAboutCurrent(word)) {
+        Keep(word);
+        return false;
+    }
+    return true;
 }
 
-bool FileReader::IsWanted(const std::string& word) {
-    mel::Interpreter& interpreter = host_.interpreter();
-    static const std::set<std::string> keywords{"global", "proc", "if",    "for",    "while",  "do",
-                                                "switch", "int",  "float", "string", "vector", "matrix"};
-    if (keywords.count(word) || interpreter.Commands().Find(word) || interpreter.HasProcedure(word)) {
-        return true;
+void FileReader::OnRefused(std::string_view statement, int line) {
+    if (depth_ == 1) {
+        statementLine_ = line;
     }
-    KeepForFile(Statement(), "command " + word,
-                "Unknown command '" + word + "'; its statements are kept and written back.");
-    return false;
+    statement_ = Trimmed(statement);
+    const std::string word = FirstWord(statement_);
+    if (!statement_.empty() && statement_.back() == ';') {
+        statement_.remove_suffix(1);
+    }
+    if (depth_ == 1 && IsKeptStatement(word)) {
+        KeepForFile(Statement(), "statement " + word,
+                    "The statement '" + word + "' has no meaning here; it is kept and written back.");
+        return;
+    }
+    RefuseStatement();
+}
+
+void FileReader::RefuseStatement() {
+    refusedLines_.push_back(statementLine_);
+    Keep(FirstWord(statement_));
+}
+
+void FileReader::Keep(const std::string& word) {
+    if (depth_ > 1) {
+        return; // a part of a statement that is kept itself
+    }
+    if (SetsCurrent(word)) {
+        Select({});
+        keepsBlock_ = true;
+    }
+    const bool isOfNode = !keepsBlock_ && IsAboutCurrent(word) && (Current() || !MissingDefault().empty());
+    if (isOfNode) {
+        KeepForCurrent(Statement(), "", "");
+    } else {
+        KeepForFile(Statement(), "", "");
+    }
+}
+
+void FileReader::ShowRefused() const {
+    const std::size_t count = refusedLines_.size();
+    if (count == 0) {
+        return;
+    }
+    std::string text = std::to_string(count) + (count == 1 ? " statement does" : " statements do");
+    text += " not belong in a scene and did not run";
+    if (hasLines_) {
+        text += std::string(": line") + (count == 1 ? "" : "s");
+        for (std::size_t i = 0; i < std::min(count, MAX_NAMED_LINES); ++i) {
+            text += (i == 0 ? " " : ", ") + std::to_string(refusedLines_[i]);
+        }
+        text += count > MAX_NAMED_LINES ? " and more" : "";
+    }
+    text += source_.mode == Mode::Open ? ". They are kept and written back." : ".";
+    host_.output().Warning("file: " + source_.path + ": " + text);
+}
+
+std::string FileReader::RunConfiguration(const std::string& script) {
+    std::string rest;
+    if (source_.mode != Mode::Open) {
+        return rest;
+    }
+    mel::RunOptions options;
+    options.streamed = true;
+    options.isAllowed = [](std::string_view command) { return command == "playbackOptions"; };
+    options.onRefused = [&](std::string_view statement, int) {
+        rest += std::string(Trimmed(statement)) + "\n";
+    };
+    options.onError = [this](const mel::Error& error) {
+        WarnOnce("configuration",
+                 std::string("A part of the scene's configuration script has no meaning: ") + error.what());
+        return true;
+    };
+    host_.interpreter().Execute(script + ";", source_.path, options);
+    return rest;
 }
 
 bool FileReader::OnError(const mel::Error& error) {
@@ -168,6 +282,13 @@ bool FileReader::OnError(const mel::Error& error) {
     }
     if (error.IsSyntaxError() && isStatementCut_) {
         return true; // shown already
+    }
+    if (error.IsInvalidFlag() && !isStatementCut_) {
+        const std::string word = FirstWord(statement_);
+        NoteKept("flag " + word + error.what(),
+                 word + ": " + error.what() + " The statement is kept and written back.");
+        Keep(word);
+        return true;
     }
     if (std::string_view(error.what()) == mel::Runtime::OUT_OF_MEMORY) {
         throw std::bad_alloc();

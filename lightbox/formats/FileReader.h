@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lightbox {
 
@@ -11,7 +12,9 @@ namespace mel {
 class Error;
 }
 
-/// Reads one scene file of either format into the scene. Maya ASCII is a MEL script and runs as one.
+/// Reads one scene file of either format into the scene. Maya ASCII is MEL, but of a file only the statements
+/// of a scene run (SceneStatements), and only with arguments that are written out. All other code is kept as
+/// text: to open a file must not run what its author wrote.
 class FileReader final : SceneBuilder {
 public:
     using SceneBuilder::Mode;
@@ -32,19 +35,30 @@ public:
 private:
     void ReadContent(std::string bytes);
     void ReadAscii(std::string text);
+    /// Keeps the comments at the beginning, except for those that saving writes anew.
+    void KeepHeadComments(std::string_view text);
     void RunStatement(const std::string& text) override;
-    /// Runs MEL. Keeps statements of unknown commands and counts errors instead of stopping.
+    void RefuseStatement() override;
+    std::string RunConfiguration(const std::string& script) override;
+    /// Runs the statements of a scene. Counts errors instead of stopping.
     void Run(std::string text);
     bool BeforeStatement(std::string_view statement, int line);
-    bool IsWanted(const std::string& word);
+    /// Keeps a statement that is not run.
+    void OnRefused(std::string_view statement, int line);
+    /// Keeps the current statement with its node, or with the file. What follows one that makes a node or
+    /// selects one is kept with it.
+    void Keep(const std::string& word);
+    void ShowRefused() const;
     bool OnError(const mel::Error& error);
     /// Runs a statement that is not MEL with a damaged quotation mark put right. False if none can be.
     bool RunRestored(std::string_view statement, int line);
     void AfterUnreadable(std::string_view readable, std::string_view skipped, int line);
     void CheckEnd(std::string_view text);
 
-    int depth_ = 0;        ///< of running texts; the file's own text is the first
-    int syntaxErrors_ = 0; ///< in the file's own text
+    bool keepsBlock_ = false;       ///< the node that the statements are about was not made
+    std::vector<int> refusedLines_; ///< of statements that were not run
+    int depth_ = 0;                 ///< of running texts; the file's own text is the first
+    int syntaxErrors_ = 0;          ///< in the file's own text
 };
 
 } // namespace lightbox

@@ -242,6 +242,7 @@ void PlugSettingApplier::Store(const Plug& plug, const AttributeValue& value) {
                          plug.attribute->TypeName() + ".");
     }
     plug.Store(*accepted);
+    plug.node->State(*plug.attribute, plug.element).isGiven = true;
 }
 
 } // namespace lightbox

@@ -1,8 +1,10 @@
 #include "formats/PlugSettingArguments.h"
 
+#include "formats/MeshPlugSettings.h"
 #include "formats/PlugSettingApplier.h"
 #include "mel/ArgumentTokens.h"
 #include "mel/CommandCall.h"
+#include "mel/Error.h"
 #include "scene/DataType.h"
 #include "scene/DataValue.h"
 #include "scene/Host.h"
@@ -12,8 +14,31 @@
 #include <maya/MArgList.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string_view>
 
 namespace lightbox {
+namespace {
+
+/// The number that such a word stands for: "nan", "-inf", or as it is written on Windows, "1.#QNAN",
+/// "-1.#IND", "1.#INF". Null for any other word.
+std::optional<double> NotFinite(std::string_view word) {
+    const bool isNegative = !word.empty() && word.front() == '-';
+    word.remove_prefix(isNegative ? 1 : 0);
+    const double sign = isNegative ? -1.0 : 1.0;
+    if (word == "nan" || word == "NaN" || word.compare(0, 4, "1.#Q") == 0 ||
+        word.compare(0, 4, "1.#S") == 0 || word.compare(0, 6, "1.#IND") == 0) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    if (word == "inf" || word == "Inf" || word == "infinity" || word.compare(0, 6, "1.#INF") == 0) {
+        return sign * std::numeric_limits<double>::infinity();
+    }
+    return std::nullopt;
+}
+
+} // namespace
 
 PlugSettingArguments::PlugSettingArguments(const mel::CommandCall& call)
     : call_(call)
@@ -21,10 +46,10 @@ PlugSettingArguments::PlugSettingArguments(const mel::CommandCall& call)
     while (position_ < arguments_.size()) {
         const mel::Value& value = arguments_[position_];
         const bool belongsToValue = hasType_ && !plug_.empty() && (IsDataType() || !ValueIsComplete());
-        if (!belongsToValue && mel::LooksLikeFlag(value)) {
+        if (!belongsToValue && mel::LooksLikeFlag(value) && !NotFinite(value.Text())) {
             ++position_;
             if (!ParseFlag(value.Text())) {
-                call_.Fail("Invalid flag '" + value.Text() + "'.");
+                throw mel::Error("Invalid flag '" + value.Text() + "'.", mel::Error::Kind::InvalidFlag);
             }
         } else if (plug_.empty()) {
             plug_ = Next().AsString();
@@ -94,6 +119,26 @@ bool PlugSettingArguments::ValueIsComplete() const {
                : values_.size() >= static_cast<std::size_t>(NumberCountOfType(setting_.type));
 }
 
+void PlugSettingArguments::UseType(const std::string& type) {
+    if (!type.empty() && !hasType_ && !values_.empty()) {
+        setting_.type = type;
+        hasType_ = true;
+    }
+}
+
+void PlugSettingArguments::CheckIsKnown(const std::shared_ptr<Node>& node) const {
+    if (MeshPlugSettings::Handles(*node, setting_.path)) {
+        return;
+    }
+    try {
+        PlugSettingApplier::Resolve(node, setting_.path, 1);
+    } catch (const UnknownAttributeError&) {
+        throw;
+    } catch (const SceneError&) {
+        // It is known; another thing is wrong.
+    }
+}
+
 double PlugSettingArguments::NumberOf(const mel::Value& value) const {
     if (!value.IsString()) {
         return value.AsFloat();
@@ -105,6 +150,9 @@ double PlugSettingArguments::NumberOf(const mel::Value& value) const {
     if (text == "no" || text == "off" || text == "false") {
         return 0.0;
     }
+    if (const std::optional<double> number = NotFinite(text)) {
+        return *number;
+    }
     double number = 0.0;
     if (!IsNumber(text, number)) {
         call_.Fail("A number was expected for '" + plug_ + "', not \"" + text.substr(0, 40) + "\".");
@@ -114,7 +162,10 @@ double PlugSettingArguments::NumberOf(const mel::Value& value) const {
 
 void PlugSettingArguments::BuildNumbers(std::size_t begin) {
     for (std::size_t i = begin; i < values_.size(); ++i) {
-        setting_.numbers.push_back(NumberOf(values_[i]));
+        const double number = NumberOf(values_[i]);
+        const bool isMended = mends_ && !std::isfinite(number);
+        mended_ += isMended ? 1 : 0;
+        setting_.numbers.push_back(isMended ? 0.0 : number);
     }
 }
 

@@ -30,12 +30,20 @@ public:
     const std::string& Path() const { return setting_.path; }
     /// The argument of `-type`, or empty.
     const std::string& Type() const { return setting_.type; }
+    /// Takes the value as one of that type, as if `-type` had been given. Does nothing for an empty type or
+    /// when there is no value.
+    void UseType(const std::string& type);
+    /// Reads numbers that are infinite or no numbers as 0.
+    void MendNumbers() { mends_ = true; }
+    int MendedCount() const { return mended_; }
     const std::vector<mel::Value>& Values() const { return values_; }
     /// True for a value that is neither a text nor of a fixed number of numbers: that of a plug-in, or a
     /// list.
     bool IsDataType() const;
     edit::OutOfRange OutOfRange() const { return outOfRange_; }
 
+    /// Throws UnknownAttributeError when the node does not have the attribute.
+    void CheckIsKnown(const std::shared_ptr<Node>& node) const;
     /// Builds the setting for the node. Call it once. Throws mel::Error for a value that does not fit its
     /// type, and UnknownAttributeError for an unknown data type or for data in an unknown attribute.
     const PlugSetting& SettingFor(const std::shared_ptr<Node>& node);
@@ -63,6 +71,8 @@ private:
     bool hasType_ = false;
     edit::OutOfRange outOfRange_ = edit::OutOfRange::Refuse;
     bool dataIsWhole_ = true;
+    bool mends_ = false;
+    int mended_ = 0;
 };
 
 } // namespace lightbox

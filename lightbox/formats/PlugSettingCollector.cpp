@@ -41,14 +41,19 @@ void PlugSettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute)
                Numbers(*attribute, elements[last], run.numbers, anySet)) {
             ++last;
         }
-        if (last - first < 2) {
+        const std::size_t length = last - first;
+        // One key is written as one, too: its time and its value.
+        const bool isPlain = length == 1 && (!attribute->IsCompound() || attribute->IsNumericCompound());
+        if (length == 0 || isPlain) {
             AddAttribute(attribute, elements[first]);
             ++first;
             continue;
         }
-        run.path = Plug(node_, attribute).AttributeName(false) + "[" + std::to_string(elements[first]) + ":" +
-                   std::to_string(elements[last - 1]) + "]";
-        run.size = static_cast<unsigned>(last - first);
+        run.path = Plug(node_, attribute).AttributeName(false) + "[" + std::to_string(elements[first]);
+        run.path += length == 1 ? "]" : ":" + std::to_string(elements[last - 1]) + "]";
+        if (length > 1) {
+            run.size = static_cast<unsigned>(length);
+        }
         run.hasValue = true;
         run.isBoolean = attribute->Kind() == AttributeKind::Bool;
         if (attribute->IsNumericCompound()) {
@@ -130,7 +135,7 @@ const AttributeValue* PlugSettingCollector::ValueOf(const Attribute& attribute, 
         return nullptr;
     }
     // An array element exists only because it was set, so even its default value is written.
-    return element >= 0 || !(state->value == attribute.Default()) ? &state->value : nullptr;
+    return element >= 0 || state->isGiven || !(state->value == attribute.Default()) ? &state->value : nullptr;
 }
 
 bool PlugSettingCollector::Numbers(const Attribute& attribute, int element, std::vector<double>& numbers,

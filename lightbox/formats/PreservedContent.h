@@ -1,5 +1,7 @@
 #pragma once
 
+#include "formats/SceneUnits.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -25,6 +27,8 @@ public:
     struct NodeContent {
         std::vector<std::string> statements; ///< without indent and semicolon
         std::vector<BinaryValue> values;
+        SceneUnits units;      ///< of the numbers in the statements
+        std::string lockFlags; ///< of its `lockNode` statement, behind the lock itself: " -lu 1"
     };
     /// A connection with an unknown attribute at one of its ends. It refers to the nodes themselves, so
     /// renamed nodes are written with their new names.
@@ -54,6 +58,7 @@ public:
     DefaultBlock& BlockOf(const std::string& defaultNode);
     void Clear();
 
+    std::vector<std::string> headComments; ///< lines at the beginning of the file, with their slashes
     std::vector<Requirement> requirements;
     std::vector<DefaultBlock> defaultBlocks;
     std::vector<Connection> connections;

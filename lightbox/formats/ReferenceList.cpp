@@ -14,6 +14,8 @@
 #include "scene/Scene.h"
 #include "scene/UndoQueue.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace lightbox {
@@ -82,8 +84,14 @@ void ReferenceList::Read(const std::string& name) {
         host_.files().RunReader(reader);
     } catch (const FileError& error) {
         const FileReader* outer = host_.files().reader();
-        const std::string message = "Reference file not read: " + std::string(error.what());
-        host_.output().Error((outer ? outer->Place() : std::string()) + message);
+        const std::string place = outer ? outer->Place() : std::string();
+        if (QFileInfo(QString::fromStdString(reference.path)).exists()) {
+            host_.output().Error(place + "Reference file not read: " + error.what());
+        } else {
+            // Nothing is lost by it: the reference and the changes to its nodes are kept.
+            host_.output().Warning(place + "The referenced file is missing: " + reference.path +
+                                   ". The changes to its nodes are kept.");
+        }
         return;
     }
     Locate(name).isLoaded = true;
@@ -110,9 +118,11 @@ void ReferenceList::TakeBaseline(const std::string& name, const std::vector<std:
 }
 
 void ReferenceList::NoteStatement(const std::string& name, const std::string& givenPath,
-                                  const std::string& options) {
-    Locate(name).givenPath = givenPath;
-    Locate(name).options = options;
+                                  const std::string& options, const std::string& type) {
+    FileReference& reference = Locate(name);
+    reference.givenPath = givenPath;
+    reference.options = options;
+    reference.type = type;
 }
 
 void ReferenceList::Load(const std::string& name) {

@@ -4,7 +4,6 @@
 #include "formats/PlugSettingApplier.h"
 #include "formats/PreservedContent.h"
 #include "formats/SceneFiles.h"
-#include "mel/Interpreter.h"
 #include "scene/Host.h"
 #include "scene/Output.h"
 #include "scene/PluginLoader.h"
@@ -17,6 +16,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace lightbox {
 namespace {
@@ -24,6 +24,20 @@ namespace {
 constexpr int SCENE_CONFIGURATION = 6;
 /// Limit of faults shown for one file; a damaged file may have very many.
 constexpr int MAX_SHOWN_FAULTS = 50;
+/// Limit of plug-ins and of node types that the summary names.
+constexpr std::size_t MAX_NAMED = 5;
+
+/// "a, b and c", or "a, b and 7 more".
+std::string Listed(const std::vector<std::string>& names, std::size_t most) {
+    std::string text;
+    const bool isCut = names.size() > most;
+    const std::size_t shown = isCut ? most : names.size();
+    for (std::size_t i = 0; i < shown; ++i) {
+        const bool isLast = i > 0 && i + 1 == shown && !isCut;
+        text += (i == 0 ? "" : isLast ? " and " : ", ") + names[i];
+    }
+    return isCut ? text + " and " + std::to_string(names.size() - most) + " more" : text;
+}
 
 } // namespace
 
@@ -37,24 +51,27 @@ void SceneBuilder::ApplySceneScript() {
     }
     const Plug script(sceneScript_, sceneScript_->FindAttribute("before"));
     const Plug kind(sceneScript_, sceneScript_->FindAttribute("scriptType"));
-    if (static_cast<int>(kind.Number()) == SCENE_CONFIGURATION) {
-        RunConfiguration(script.Text());
+    if (static_cast<int>(kind.Number()) != SCENE_CONFIGURATION) {
+        return;
     }
-    // The timeline holds the ranges now; saving writes a new script node.
+    const std::string rest = RunConfiguration(script.Text());
+    const PreservedContent::NodeContent* const kept = host_.files().preserved().Find(*sceneScript_);
+    const auto& keptConnections = host_.files().preserved().connections;
+    const bool isConnected =
+        !host_.scene().connections().Of(*sceneScript_).empty() ||
+        std::any_of(keptConnections.begin(), keptConnections.end(), [this](const auto& connection) {
+            return connection.source.lock() == sceneScript_ || connection.destination.lock() == sceneScript_;
+        });
+    const bool isPlain =
+        rest.empty() && !hasScriptUuid_ && !kept && !isConnected && sceneScript_->DynamicAttributes().empty();
+    if (source_.mode == Mode::Open && !isPlain) {
+        // Saving writes the ranges in front of what is left.
+        script.Store(rest);
+        return;
+    }
     host_.scene().Detach(*sceneScript_);
     newNodes_.erase(std::remove(newNodes_.begin(), newNodes_.end(), sceneScript_), newNodes_.end());
     sceneScript_.reset();
-}
-
-void SceneBuilder::RunConfiguration(const std::string& script) {
-    if (source_.mode != Mode::Open) {
-        return;
-    }
-    try {
-        host_.interpreter().Execute(script);
-    } catch (const mel::Error& error) {
-        ReportFault(std::string("The scene's configuration script failed: ") + error.what());
-    }
 }
 
 std::string SceneBuilder::Place() const {
@@ -87,10 +104,52 @@ void SceneBuilder::WarnOnce(const std::string& kind, const std::string& message)
     }
 }
 
+void SceneBuilder::NoteKept(const std::string& kind, const std::string& message) {
+    if (!kind.empty() && warned_.insert(kind).second) {
+        kept_.push_back(kind);
+        host_.output().Log(Output::Kind::Warning, Place() + message);
+    }
+}
+
+void SceneBuilder::ShowSummary() const {
+    if (kept_.empty()) {
+        return;
+    }
+    const auto named = [this](const std::string& prefix, const std::string& one, const std::string& many) {
+        std::vector<std::string> names;
+        for (const std::string& kind : kept_) {
+            if (kind.compare(0, prefix.size(), prefix) == 0) {
+                names.push_back(kind.substr(prefix.size()));
+            }
+        }
+        const std::size_t count = names.size();
+        return std::make_pair(count, (count == 1 ? one : many) + " " + Listed(names, MAX_NAMED));
+    };
+    const auto [pluginCount, plugins] = named("plug-in ", "the plug-in", "the plug-ins");
+    const auto [typeCount, types] = named("node type ", "the node type", "the node types");
+    const std::size_t others = kept_.size() - pluginCount - typeCount;
+    std::string text;
+    const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : "; ") + part; };
+    if (pluginCount > 0) {
+        add(plugins);
+    }
+    if (typeCount > 0) {
+        add(types);
+    }
+    if (others > 0) {
+        add(std::to_string(others) + (others == 1 ? " kind" : " kinds") +
+            " of attributes, statements and the like");
+    }
+    host_.output().Warning("file: " + source_.path + ": Not known here: " + text +
+                           (source_.mode == Mode::Reference ? "." : ". All of it is kept and written back.") +
+                           " The log names each.");
+}
+
 void SceneBuilder::KeepForCurrent(const std::string& statement, const std::string& kind,
                                   const std::string& warning) {
     if (PreservedContent::NodeContent* content = ContentOfCurrent()) {
-        WarnOnce(kind, warning);
+        NoteKept(kind, warning);
+        content->units = units_;
         content->statements.push_back(statement);
     }
 }
@@ -98,7 +157,7 @@ void SceneBuilder::KeepForCurrent(const std::string& statement, const std::strin
 void SceneBuilder::KeepForCurrent(PreservedContent::BinaryValue value, const std::string& kind,
                                   const std::string& warning) {
     if (PreservedContent::NodeContent* content = ContentOfCurrent()) {
-        WarnOnce(kind, warning);
+        NoteKept(kind, warning);
         content->values.push_back(std::move(value));
     }
 }
@@ -117,13 +176,43 @@ PreservedContent::NodeContent* SceneBuilder::ContentOfCurrent() {
 
 void SceneBuilder::KeepForNode(const Node& node, const std::string& statement) {
     if (!IsForeign(node)) {
-        host_.files().preserved().Of(node).statements.push_back(statement);
+        PreservedContent::NodeContent& content = host_.files().preserved().Of(node);
+        content.units = units_;
+        content.statements.push_back(statement);
     }
+}
+
+void SceneBuilder::KeepLockFlags(const Node& node, const std::string& flags) {
+    PreservedContent& preserved = host_.files().preserved();
+    if (!flags.empty() || preserved.Find(node)) {
+        preserved.Of(node).lockFlags = flags;
+    }
+}
+
+void SceneBuilder::NoteKeptAttribute(const std::string& longName, const std::string& shortName) {
+    keptAttributes_.insert(longName);
+    if (!shortName.empty()) {
+        keptAttributes_.insert(shortName);
+    }
+}
+
+void SceneBuilder::NoteSlice(const std::string& plug, const std::string& type) {
+    if (!plug.empty() && plug.back() == ']') {
+        sliceTypes_[plug.substr(0, plug.rfind('['))] = type;
+    }
+}
+
+std::string SceneBuilder::TypeOfSlice(const std::string& plug) const {
+    if (sliceTypes_.empty() || plug.empty() || plug.back() != ']') {
+        return {};
+    }
+    const auto found = sliceTypes_.find(plug.substr(0, plug.rfind('[')));
+    return found == sliceTypes_.end() ? std::string() : found->second;
 }
 
 void SceneBuilder::KeepForFile(const std::string& statement, const std::string& kind,
                                const std::string& warning) {
-    WarnOnce(kind, warning);
+    NoteKept(kind, warning);
     if (source_.mode == Mode::Open) {
         host_.files().preserved().statements.push_back(statement);
     }
@@ -141,35 +230,8 @@ void SceneBuilder::Apply(const std::shared_ptr<Node>& node, const PlugSetting& s
         return;
     }
     PlugSetting scaled = setting;
-    if (MeshPlugSettings::Handles(*node, setting.path)) {
-        if (MeshPlugSettings::IsLength(setting.path)) {
-            for (double& number : scaled.numbers) {
-                number *= scale_.linear;
-            }
-        }
-    } else if (scale_.linear != 1.0 || scale_.angular != 1.0) {
-        Scale(PlugSettingApplier::Resolve(node, setting.path, setting.numbers.size()).front(), scaled);
-    }
+    units_.ToScene(node, scaled);
     PlugSettingApplier(host_, PlugSettingApplier::ApplyMode::Read).Apply(node, scaled);
-}
-
-void SceneBuilder::Scale(const Plug& plug, PlugSetting& setting) const {
-    // The numbers of one element are consecutive, for example the time and the value of a key.
-    std::vector<double> factors;
-    const std::function<void(const Attribute&)> addFactors = [&](const Attribute& attribute) {
-        for (const std::shared_ptr<Attribute>& child : attribute.Children()) {
-            addFactors(*child);
-        }
-        if (attribute.Children().empty()) {
-            factors.push_back(attribute.Kind() == AttributeKind::Distance ? scale_.linear
-                              : attribute.Kind() == AttributeKind::Angle  ? scale_.angular
-                                                                          : 1.0);
-        }
-    };
-    addFactors(*plug.attribute);
-    for (std::size_t i = 0; i < setting.numbers.size(); ++i) {
-        setting.numbers[i] *= factors[i % factors.size()];
-    }
 }
 
 void SceneBuilder::Require(const std::string& plugin, const std::string& version,
@@ -177,17 +239,21 @@ void SceneBuilder::Require(const std::string& plugin, const std::string& version
     if (plugin == "maya" || LoadPlugin(plugin)) {
         return;
     }
-    WarnOnce("plug-in " + plugin, "The plug-in \"" + plugin + "\", version " + version +
+    NoteKept("plug-in " + plugin, "The plug-in \"" + plugin + "\", version " + version +
                                       ", is not loaded; its nodes and data are kept and written back.");
     auto& requirements = host_.files().preserved().requirements;
     const bool isListed = std::any_of(requirements.begin(), requirements.end(),
-                                      [&](const auto& other) { return other.plugin == plugin; });
+                                      [&](const auto& other) { return other.statement == statement; });
     if (!isListed) {
         requirements.push_back({plugin, statement});
     }
 }
 
 bool SceneBuilder::LoadPlugin(const std::string& plugin) {
+    // A file must not name the library that is run: a plug-in comes from the plug-in path alone.
+    if (plugin.find_first_of("/\\:") != std::string::npos || plugin.compare(0, 1, ".") == 0) {
+        return false;
+    }
     PluginLoader& plugins = host_.plugins();
     if (plugins.Find(plugin)) {
         return true;
@@ -205,21 +271,18 @@ bool SceneBuilder::LoadPlugin(const std::string& plugin) {
 }
 
 void SceneBuilder::SetUnits(const std::string& linear, const std::string& angular, const std::string& time) {
-    static const std::map<std::string, double> lengths{
-        {"mm", 0.1},   {"millimeter", 0.1}, {"cm", 1.0},      {"centimeter", 1.0},
-        {"m", 100.0},  {"meter", 100.0},    {"km", 1e5},      {"kilometer", 1e5},
-        {"in", 2.54},  {"inch", 2.54},      {"ft", 30.48},    {"foot", 30.48},
-        {"yd", 91.44}, {"yard", 91.44},     {"mi", 160934.4}, {"mile", 160934.4},
-        {"", 1.0}};
-    const auto length = lengths.find(linear);
-    if (length == lengths.end()) {
+    if (!linear.empty() && !SceneUnits::LengthOf(linear)) {
         ReportFault("Unknown unit of length '" + linear + "'.");
     } else if (!linear.empty()) {
-        scale_.linear = length->second;
+        units_.linear = linear;
     }
     if (!angular.empty()) {
-        scale_.angular = angular == "rad" || angular == "radian" ? 57.295779513082320877 : 1.0;
+        units_.angular = angular;
     }
+    if (!hasHeadUnits_ && source_.mode == Mode::Open) {
+        host_.files().SetUnits(units_);
+    }
+    hasHeadUnits_ = true;
     if (time.empty()) {
         return;
     }

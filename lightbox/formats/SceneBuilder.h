@@ -2,6 +2,7 @@
 
 #include "formats/PlugSetting.h"
 #include "formats/PreservedContent.h"
+#include "formats/SceneUnits.h"
 #include "scene/NonCopyable.h"
 #include "scene/Plug.h"
 
@@ -39,6 +40,7 @@ public:
     const std::vector<std::shared_ptr<Node>>& NewNodes() const { return newNodes_; }
 
     void Require(const std::string& plugin, const std::string& version, const std::string& statement);
+    /// Sets the units of what follows. The first ones are those of the file, and of the scene that is opened.
     void SetUnits(const std::string& linear, const std::string& angular, const std::string& time);
     void SetFileInfo(const std::string& key, const std::string& value);
     /// Notes from the file's header whether a reference stays unloaded. This takes precedence over the
@@ -72,25 +74,39 @@ public:
     /// Connects two plugs, or keeps the connection when one is unknown. `flags` are those of connectAttr
     /// except -force.
     void Connect(const std::string& source, const std::string& destination, const std::string& flags);
-    /// Runs the script that sets the scene's time ranges. Does nothing for imports and references.
-    void RunConfiguration(const std::string& script);
-    /// Runs the configuration script of the file's script node, if any, and removes that node.
+    /// Sets the scene's time ranges from the statements of a configuration script and returns its other
+    /// statements, which are not run. Does nothing for imports and references.
+    virtual std::string RunConfiguration(const std::string& script) = 0;
+    /// Applies the configuration script of the file's script node, if any. Removes that node when saving
+    /// writes it anew as it was.
     void ApplySceneScript();
 
-    /// Runs a statement that was preserved. Its command or attribute may be known now.
+    /// Runs a statement that was preserved. Its attribute may be known now.
     virtual void RunStatement(const std::string& text) = 0;
+    /// Keeps the running statement as one that does not belong in a scene.
+    virtual void RefuseStatement() = 0;
     /// The text of the running statement, as in the file.
     std::string Statement() const { return std::string(statement_); }
     /// True while the beginning of a statement runs whose rest is damaged or cut off.
     bool IsStatementCut() const { return isStatementCut_; }
 
-    /// Preserve a statement of the current node, of a node or of the file. `warning` is shown once for each
-    /// `kind`.
+    /// Preserve a statement of the current node, of a node or of the file. `warning` is logged once for each
+    /// `kind`; an empty kind logs nothing.
     void KeepForCurrent(const std::string& statement, const std::string& kind, const std::string& warning);
     void KeepForCurrent(PreservedContent::BinaryValue value, const std::string& kind,
                         const std::string& warning);
     void KeepForNode(const Node& node, const std::string& statement);
     void KeepForFile(const std::string& statement, const std::string& kind, const std::string& warning);
+
+    /// Keeps flags of `lockNode` that mean nothing here.
+    void KeepLockFlags(const Node& node, const std::string& flags);
+    /// Remember, until another node is current, an attribute of it that is kept as text.
+    void NoteKeptAttribute(const std::string& longName, const std::string& shortName);
+    bool IsKeptAttribute(const std::string& name) const { return keptAttributes_.count(name) > 0; }
+    /// Remember the type of the first slice of an array, "fc[0:499]": the later ones do not repeat it. Holds
+    /// until another node is current. TypeOfSlice() is empty when there is none.
+    void NoteSlice(const std::string& plug, const std::string& type);
+    std::string TypeOfSlice(const std::string& plug) const;
 
     /// Shows a fault as an error. Of very many only the first are shown.
     void ReportFault(const std::string& message);
@@ -98,6 +114,11 @@ public:
     int HiddenFaultCount() const { return hiddenFaults_; }
     /// Shows a warning, once for each `kind`.
     void WarnOnce(const std::string& kind, const std::string& message);
+    /// Writes to the log, once for each `kind`, that something has no meaning here. Its kinds are counted for
+    /// ShowSummary(); those that begin with "plug-in " and "node type " are named there.
+    void NoteKept(const std::string& kind, const std::string& message);
+    /// Tells in one line what NoteKept() has logged.
+    void ShowSummary() const;
     /// Returns "file: PATH line N: ", or without the line for a binary file.
     std::string Place() const;
 
@@ -119,12 +140,8 @@ private:
         std::string path;
         std::shared_ptr<Node> node;
     };
-    struct UnitScale {
-        double linear = 1.0;
-        double angular = 1.0;
-    };
-
     PreservedContent::NodeContent* ContentOfCurrent();
+    void SetCurrent(const std::shared_ptr<Node>& node);
     void AddLocalName(const std::string& name, const std::string& parentPath,
                       const std::shared_ptr<Node>& node);
     std::vector<std::shared_ptr<Node>> FindLocal(const std::string& path) const;
@@ -133,12 +150,13 @@ private:
     std::shared_ptr<DagNode> ParentFor(const std::string& parentPath);
     std::shared_ptr<const NodeType> TypeFor(const std::string& type, bool hasParent);
     std::shared_ptr<Node> ReplaceByTransform(const std::shared_ptr<Node>& unknown);
-    void Scale(const Plug& plug, PlugSetting& setting) const;
     bool LoadPlugin(const std::string& plugin);
 
     std::shared_ptr<Node> current_;
-    std::string missingDefault_;            ///< name of the last `select`
-    std::map<std::string, bool> announced_; ///< reference's name to whether it is deferred
+    std::string missingDefault_; ///< name of the last `select`
+    std::set<std::string> keptAttributes_;
+    std::map<std::string, std::string> sliceTypes_; ///< by the plug up to its last index
+    std::map<std::string, bool> announced_;         ///< reference's name to whether it is deferred
     std::vector<std::shared_ptr<Node>> newNodes_;
     std::set<const Node*> isNew_;
     std::set<std::string> uuidsBefore_; ///< for an import: those of the nodes that were there before
@@ -146,8 +164,11 @@ private:
     std::unordered_map<const Node*, std::string> localPaths_;
     std::map<std::string, std::shared_ptr<const NodeType>> unknownTypes_;
     std::shared_ptr<Node> sceneScript_;
-    UnitScale scale_;
+    bool hasScriptUuid_ = false; ///< the file gives the scene's script node one
+    SceneUnits units_;           ///< of what is being read
+    bool hasHeadUnits_ = false;  ///< the file's own units have been read
     std::set<std::string> warned_;
+    std::vector<std::string> kept_; ///< the kinds of NoteKept()
     int shownFaults_ = 0;
     int hiddenFaults_ = 0;
 };

@@ -3,6 +3,7 @@
 #include "formats/AttributeFactory.h"
 #include "formats/PreservedContent.h"
 #include "formats/SceneBuilder.h"
+#include "formats/SceneContent.h"
 #include "formats/SceneFiles.h"
 #include "formats/UnknownNodes.h"
 #include "scene/DagNode.h"
@@ -17,8 +18,6 @@
 
 namespace lightbox {
 namespace {
-
-constexpr char SCENE_SCRIPT[] = "sceneConfigurationScriptNode";
 
 std::string LastPart(const std::string& path) {
     const std::size_t bar = path.rfind('|');
@@ -88,8 +87,14 @@ bool SceneBuilder::IsForeign(const Node& node) const {
     return source_.mode != Mode::Open && isNew_.count(&node) == 0;
 }
 
+void SceneBuilder::SetCurrent(const std::shared_ptr<Node>& node) {
+    current_ = node;
+    keptAttributes_.clear();
+    sliceTypes_.clear();
+}
+
 void SceneBuilder::Select(const std::string& path) {
-    current_ = Find(path);
+    SetCurrent(Find(path));
     missingDefault_ = path;
 }
 
@@ -160,6 +165,7 @@ void SceneBuilder::SetUuid(Node& node, const std::string& uuid) {
         }
     }
     node.SetUuid(uuid);
+    hasScriptUuid_ = hasScriptUuid_ || &node == sceneScript_.get();
 }
 
 std::shared_ptr<const NodeType> SceneBuilder::TypeFor(const std::string& type, bool hasParent) {
@@ -171,7 +177,7 @@ std::shared_ptr<const NodeType> SceneBuilder::TypeFor(const std::string& type, b
     if (known && !known->isAbstract) {
         return known;
     }
-    WarnOnce("node type " + type,
+    NoteKept("node type " + type,
              "Unrecognized node type '" + type + "'; its nodes are kept and written back.");
     const char* base = hasParent ? "unknownDag" : "unknown";
     std::shared_ptr<const NodeType>& unknown = unknownTypes_[base + ("|" + type)];
@@ -200,7 +206,7 @@ std::shared_ptr<Node> SceneBuilder::ReplaceByTransform(const std::shared_ptr<Nod
     // Preserved statements may set attributes that every transform has.
     const std::vector<std::string> kept =
         std::exchange(host_.files().preserved().Of(*transform).statements, {});
-    current_ = transform;
+    SetCurrent(transform);
     for (const std::string& text : kept) {
         RunStatement(text);
     }
@@ -211,7 +217,7 @@ std::shared_ptr<Node> SceneBuilder::CreateNode(const std::string& type, const st
                                                const std::string& parentPath, bool shared) {
     std::shared_ptr<DagNode> parent = ParentFor(parentPath);
     missingDefault_.clear();
-    current_.reset();
+    SetCurrent(nullptr);
     const auto known = host_.scene().types().FindNodeType(type);
     if (!parent && known && known->IsShape() && !known->isAbstract) {
         parent = std::static_pointer_cast<DagNode>(CreateNode("transform", "", "", false));
@@ -232,7 +238,7 @@ std::shared_ptr<Node> SceneBuilder::CreateNode(const std::string& type, const st
     isNew_.insert(node.get());
     scene.Attach(node, name.empty() ? name : NameInScene(WithoutRoot(name)), parent.get());
     AddLocalName(name.empty() ? Scene::WithoutNamespace(node->Name()) : WithoutRoot(name), localParent, node);
-    if (type == "script" && name == SCENE_SCRIPT) {
+    if (type == "script" && name == SceneContent::SCENE_SCRIPT) {
         sceneScript_ = node;
     }
     current_ = node;

@@ -1,6 +1,7 @@
 #include "formats/SceneContent.h"
 
 #include "formats/PlugSettingCollector.h"
+#include "formats/ReferencePath.h"
 #include "formats/SceneFiles.h"
 #include "scene/DagNode.h"
 #include "scene/DataType.h"
@@ -11,8 +12,6 @@
 #include "scene/TimeUnits.h"
 #include "scene/Timeline.h"
 #include "text/NumberText.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 #include <set>
@@ -71,11 +70,9 @@ std::pair<Plug, std::string> SceneContent::Target(const Connection& connection) 
 
 void SceneContent::NameReferencesFrom(const std::string& folder) {
     for (FileReference& reference : references) {
-        const QFileInfo given(QString::fromStdString(reference.givenPath));
-        const bool isRelative = !reference.givenPath.empty() && given.isRelative();
-        const QString there = QString::fromStdString(folder) + "/" + given.filePath();
-        if (isRelative && SceneFiles::FindFile(there.toStdString()) == reference.path) {
-            reference.path = reference.givenPath;
+        const std::string& given = reference.givenPath;
+        if (!given.empty() && ReferencePath::Resolve(given, folder) == reference.path) {
+            reference.path = given;
         }
     }
 }
@@ -98,6 +95,11 @@ SceneContent SceneContent::Whole(Host& host) {
         }
     }
     content.edits = host.files().references().Edits();
+    for (ReferenceEdit& edit : content.edits) {
+        for (PlugSetting& setting : edit.settings) {
+            host.files().units().ToFile(edit.node, setting);
+        }
+    }
     content.broken = host.files().references().BrokenConnections();
     content.CollectConnections(host.scene(), host.files().references());
     content.CollectRequirements(host.scene(), host.plugins());
@@ -184,6 +186,20 @@ void SceneContent::CollectRequirements(const Scene& scene, const PluginLoader& p
     }
 }
 
+std::vector<PlugSetting> SceneContent::Settings(const std::shared_ptr<Node>& node, const SceneUnits& units) {
+    std::vector<PlugSetting> settings = PlugSettingCollector::Collect(node);
+    for (PlugSetting& setting : settings) {
+        units.ToFile(node, setting);
+    }
+    return settings;
+}
+
+bool SceneContent::IsSceneScript(const Node& node) {
+    constexpr int sceneConfiguration = 6;
+    return node.Name() == SCENE_SCRIPT && node.Type().Name() == "script" && node.reference.empty() &&
+           static_cast<int>(Plug::Of(node, "scriptType").Number()) == sceneConfiguration;
+}
+
 std::string SceneContent::ConfigurationScript(const Timeline& time) {
     return "playbackOptions -min " + DecimalText(time.MinTime()) + " -max " + DecimalText(time.MaxTime()) +
            " -ast " + DecimalText(time.AnimationStart()) + " -aet " + DecimalText(time.AnimationEnd()) + " ";
@@ -193,7 +209,7 @@ std::vector<std::pair<std::string, std::string>> SceneContent::FileInfo(const Sc
     std::vector<std::pair<std::string, std::string>> info{
         {"application", "lightbox"}, {"product", "Lightbox"}, {"version", "2018"}};
     static const std::set<std::string> writerKeys{"application", "product", "version", "cutIdentifier",
-                                                  "osv",         "license", "UUID"};
+                                                  "osv"};
     for (const auto& pair : files.fileInfo()) {
         if (writerKeys.count(pair.first) == 0) {
             info.push_back(pair);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "formats/PlugSetting.h"
 #include "formats/ReferenceList.h"
+#include "formats/SceneUnits.h"
 #include "scene/Connections.h"
 #include "scene/Node.h"
 
@@ -34,6 +36,8 @@ public:
     /// materials.
     static SceneContent Part(Host& host, const std::vector<std::shared_ptr<Node>>& nodes);
 
+    /// The name of the script node that holds the scene's ranges.
+    static constexpr char SCENE_SCRIPT[] = "sceneConfigurationScriptNode";
     /// Returns the playback and animation ranges as a MEL statement, for the scene's script node.
     static std::string ConfigurationScript(const Timeline& time);
     /// Returns the scene's `fileInfo` pairs. The pairs about this program come first.
@@ -42,13 +46,19 @@ public:
     /// When the index of an element does not matter, it is the array with " -na" for its next free element.
     static std::pair<Plug, std::string> Target(const Connection& connection);
 
+    /// The settings of a node, in the units of the scene's file.
+    static std::vector<PlugSetting> Settings(const std::shared_ptr<Node>& node, const SceneUnits& units);
+    /// True for the scene's script node with the ranges, if the scene has one. Its text is what the file has
+    /// behind the ranges.
+    static bool IsSceneScript(const Node& node);
+
     bool isWhole = true;
     std::vector<Requirement> requirements;
     std::vector<FileReference> references;       ///< without the references inside references
     std::vector<std::shared_ptr<Node>> nodes;    ///< to create, parents before children
     std::vector<std::shared_ptr<Node>> defaults; ///< default nodes, whose changes are written
-    /// Uses a reference's relative path from the scene file it came from, if that path leads to the same file
-    /// from the folder of the new scene file.
+    /// Uses a reference's path as the scene file gave it, if it leads to the same file from the folder of the
+    /// new scene file.
     void NameReferencesFrom(const std::string& folder);
 
     std::vector<ReferenceEdit> edits;

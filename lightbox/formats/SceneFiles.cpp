@@ -215,6 +215,7 @@ void SceneFiles::Empty() {
     references_->Clear();
     preserved_->Clear();
     fileInfo_.clear();
+    units_ = SceneUnits();
     sceneName_.clear();
     format_ = SceneFormat::MayaAscii;
     faults_.clear();

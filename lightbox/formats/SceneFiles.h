@@ -3,6 +3,7 @@
 #include "formats/FileError.h"
 #include "formats/FileOperation.h"
 #include "formats/ReadFaults.h"
+#include "formats/SceneUnits.h"
 #include "scene/Node.h"
 #include "scene/NonCopyable.h"
 
@@ -86,6 +87,9 @@ public:
     ReferenceList& references() const { return *references_; }
     /// Content of files that has no meaning here; saving writes it back.
     PreservedContent& preserved() const { return *preserved_; }
+    /// The units in which the scene's file holds its numbers.
+    const SceneUnits& units() const { return units_; }
+    void SetUnits(const SceneUnits& units) { units_ = units; }
     /// `fileInfo` pairs, in order of first appearance.
     const std::vector<std::pair<std::string, std::string>>& fileInfo() const { return fileInfo_; }
     void SetFileInfo(const std::string& key, const std::string& value);
@@ -137,6 +141,7 @@ private:
     bool isForcedModified_ = false;
     std::uint64_t forcedChanges_ = 0; ///< changes that the undo queue does not know
     std::uint64_t savedState_ = 0;
+    SceneUnits units_;
     std::vector<std::pair<std::string, std::string>> fileInfo_;
     std::vector<FileOperation> operations_;
     std::vector<FileReader*> readers_;

@@ -5,16 +5,21 @@
 #include "formats/PlugSettingApplier.h"
 #include "formats/PlugSettingArguments.h"
 #include "formats/ReferenceList.h"
+#include "formats/ReferencePath.h"
 #include "formats/SceneBuilder.h"
 #include "formats/SceneFiles.h"
+#include "mel/Error.h"
 #include "scene/Host.h"
 #include "scene/Scene.h"
-#include "text/NumberText.h"
+#include "scene/SceneError.h"
 #include "text/Quoted.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
+#include <exception>
+#include <iterator>
+#include <utility>
 
 namespace lightbox {
 namespace {
@@ -32,13 +37,6 @@ std::shared_ptr<Node> NodeNamed(const SceneBuilder& builder, const CommandCall& 
     return node;
 }
 
-std::shared_ptr<Node> CurrentNode(const SceneBuilder& builder, const CommandCall& call) {
-    if (!builder.Current()) {
-        call.Fail("No object was specified.");
-    }
-    return builder.Current();
-}
-
 /// Replaces the file's node name in "node", "node.attribute" or ".attribute" by the node's name in the scene.
 std::string NameInScene(const SceneBuilder& builder, const CommandCall& call, const std::string& text) {
     const std::size_t dot = std::min(text.find('.'), text.size());
@@ -48,24 +46,19 @@ std::string NameInScene(const SceneBuilder& builder, const CommandCall& call, co
     return Scene::ShownName(*node) + text.substr(dot);
 }
 
-bool IsNumeric(const Value& value) {
-    double number = 0.0;
-    return value.IsNumber() || (value.IsString() && IsNumber(value.Text(), number));
-}
-
-/// Runs the command itself with the scene's names of the nodes. Without a name it runs on the current node.
-/// Numbers among the objects, such as those of `move` or of a matrix, stay as they are.
+/// Runs the command itself with the scene's names of the nodes. A statement about a missing node is kept: the
+/// file that it comes from may be missing.
 Value WithNamesInScene(SceneBuilder& builder, CommandCall& call, const Command& command) {
     std::vector<Value> objects = call.Objects();
-    bool hasName = false;
     for (Value& object : objects) {
-        if (!IsNumeric(object)) {
-            object = NameInScene(builder, call, object.AsString());
-            hasName = true;
+        const std::string text = object.AsString();
+        const std::string name = text.substr(0, text.find('.'));
+        if (!name.empty() && !builder.Find(name)) {
+            builder.KeepForFile(builder.Statement(), "node " + name,
+                                "No object matches name: " + name + "; the statement is kept.");
+            return {};
         }
-    }
-    if (!hasName) {
-        objects.emplace_back(Scene::ShownName(*CurrentNode(builder, call)));
+        object = NameInScene(builder, call, text);
     }
     CommandCall inScene = call.With(objects);
     return command(inScene);
@@ -77,30 +70,26 @@ Value Requires(SceneBuilder& builder, CommandCall& call, const Command&) {
     return {};
 }
 
-Value CurrentUnit(SceneBuilder& builder, CommandCall& call, const Command& command) {
-    if (call.IsQuery()) {
-        return command(call);
-    }
+Value CurrentUnit(SceneBuilder& builder, CommandCall& call, const Command&) {
     builder.SetUnits(call.StringOr("-linear", ""), call.StringOr("-angle", ""), call.StringOr("-time", ""));
     return {};
 }
 
-Value FileInfo(SceneBuilder& builder, CommandCall& call, const Command& command) {
+Value FileInfo(SceneBuilder& builder, CommandCall& call, const Command&) {
     const std::vector<std::string> words = call.ObjectNames();
-    if (call.IsQuery() || call.Has("-remove") || words.size() != 2) {
-        return command(call);
+    if (words.size() != 2) {
+        builder.RefuseStatement();
+        return {};
     }
     builder.SetFileInfo(words[0], words[1]);
     return {};
 }
 
 /// `file -r` reads the reference; `file -rdi` only announces it.
-Value File(SceneBuilder& builder, CommandCall& call, const Command& command) {
-    if (call.IsQuery()) {
-        return command(call);
-    }
+Value File(SceneBuilder& builder, CommandCall& call, const Command&) {
     if (!call.Has("-reference") && !call.Has("-referenceDepthInfo")) {
-        call.Fail("A scene file can only reference other files (file -r and file -rdi).");
+        builder.RefuseStatement(); // a scene names other files, and does nothing else with them
+        return {};
     }
     const std::string path = call.Objects().empty() ? "" : call.Object(0).AsString();
     if (path.empty()) {
@@ -116,20 +105,15 @@ Value File(SceneBuilder& builder, CommandCall& call, const Command& command) {
         call.Warn("A reference's nodes go into a namespace; they do not get the prefix \"" +
                   call.String("-renamingPrefix") + "\".");
     }
-    const QFileInfo info(QString::fromStdString(path));
-    const QFileInfo reading(QString::fromStdString(builder.source().path));
-    std::string file = info.isAbsolute() ? path : reading.absolutePath().toStdString() + "/" + path;
-    // Maya numbers a file that is referenced again: "a.ma{1}".
-    if (const std::size_t brace = file.rfind('{'); brace != std::string::npos && file.back() == '}') {
-        file.resize(brace);
-    }
+    const QString folder = QFileInfo(QString::fromStdString(builder.source().path)).absolutePath();
+    const std::string file = ReferencePath::Resolve(path, folder.toStdString());
+    const std::string base = QFileInfo(QString::fromStdString(file)).completeBaseName().toStdString();
     ReferenceList& references = call.GetHost().files().references();
     const std::string name = references
-                                 .Add(SceneFiles::FindFile(file),
-                                      call.StringOr("-namespace", info.completeBaseName().toStdString()),
-                                      referenceNode, builder.IsDeferred(referenceNode, isDeferred))
+                                 .Add(file, call.StringOr("-namespace", base), referenceNode,
+                                      builder.IsDeferred(referenceNode, isDeferred))
                                  .name;
-    references.NoteStatement(name, path, call.StringOr("-options", ""));
+    references.NoteStatement(name, path, call.StringOr("-options", ""), call.StringOr("-type", ""));
     return name;
 }
 
@@ -157,20 +141,35 @@ Value Rename(SceneBuilder& builder, CommandCall& call, const Command& command) {
     return command(inScene);
 }
 
-Value LockNode(SceneBuilder& builder, CommandCall& call, const Command& command) {
-    if (call.IsQuery()) {
-        return WithNamesInScene(builder, call, command);
+Value LockNode(SceneBuilder& builder, CommandCall& call, const Command&) {
+    std::string further;
+    for (const auto& [flag, text] : {std::pair("-lockName", " -ln "), std::pair("-lockUnpublished", " -lu "),
+                                     std::pair("-ignoreComponents", " -ic")}) {
+        if (call.Has(flag)) {
+            further += text;
+            further += std::string_view(flag) == "-ignoreComponents" ? "" : call.Bool(flag) ? "1" : "0";
+        }
     }
     std::vector<std::shared_ptr<Node>> nodes;
     for (const std::string& name : call.ObjectNames()) {
-        nodes.push_back(NodeNamed(builder, call, name));
+        if (const auto node = builder.Find(name)) {
+            nodes.push_back(node);
+        } else {
+            builder.KeepForFile(builder.Statement(), "node " + name,
+                                "No object matches name: " + name + "; the statement is kept.");
+        }
     }
-    if (nodes.empty()) {
-        nodes.push_back(CurrentNode(builder, call));
+    if (call.Objects().empty() && builder.Current()) {
+        nodes.push_back(builder.Current());
+    } else if (call.Objects().empty()) {
+        builder.KeepForCurrent(builder.Statement(), "", "");
     }
-    const bool isLocked = !call.Has("-lock") || call.Bool("-lock");
+    const bool isLocked = call.Has("-lock") ? call.Bool("-lock") : further.empty();
     for (const std::shared_ptr<Node>& node : nodes) {
-        node->locked = builder.IsForeign(*node) ? node->locked : isLocked;
+        if (!builder.IsForeign(*node)) {
+            node->locked = isLocked;
+            builder.KeepLockFlags(*node, further);
+        }
     }
     return {};
 }
@@ -184,6 +183,37 @@ Value Parent(SceneBuilder& builder, CommandCall& call, const Command& command) {
     return WithNamesInScene(builder, call, command);
 }
 
+/// A connection that was never made, because it is kept, cannot be broken.
+Value DisconnectAttr(SceneBuilder& builder, CommandCall& call, const Command& command) {
+    const auto keep = [&](const std::exception& error) {
+        builder.KeepForFile(builder.Statement(), "disconnectAttr",
+                            std::string(error.what()) + " It is kept.");
+    };
+    try {
+        return WithNamesInScene(builder, call, command);
+    } catch (const mel::Error& error) {
+        keep(error);
+    } catch (const SceneError& error) {
+        keep(error);
+    }
+    return {};
+}
+
+/// A file adds namespaces, and no more.
+Value Namespace(SceneBuilder& builder, CommandCall& call, const Command& command) {
+    const bool isAddition = call.Has("-add") && !call.Has("-setNamespace") && !call.Has("-removeNamespace");
+    if (isAddition && builder.source().mode == SceneBuilder::Mode::Open) {
+        const std::string parent = call.StringOr("-parent", "");
+        const std::string name = (parent.empty() || parent == ":" ? "" : parent + ":") + call.String("-add");
+        if (call.GetHost().scene().Namespaces().count(name) == 0) {
+            return command(call);
+        }
+    } else if (!isAddition) {
+        builder.RefuseStatement();
+    }
+    return {};
+}
+
 /// In a file, `select` only sets the current node. The user's selection stays.
 Value Select(SceneBuilder& builder, CommandCall& call, const Command&) {
     builder.Select(call.Objects().empty() ? std::string() : call.Object(0).AsString());
@@ -191,21 +221,25 @@ Value Select(SceneBuilder& builder, CommandCall& call, const Command&) {
 }
 
 Value AddAttr(SceneBuilder& builder, CommandCall& call, const Command& command) {
-    if (call.IsQuery()) {
-        return WithNamesInScene(builder, call, command);
-    }
     const auto node = call.Objects().empty() ? builder.Current() : builder.Find(call.Object(0).AsString());
-    const std::string type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
-    const bool isKnown = AttributeFactory::Make(call.GetHost().scene(), type, "x", "x") != nullptr;
-    // A compound has to get all of its children.
-    const std::string parent = call.StringOr("-parent", "");
-    const bool isOfCompound = node && !parent.empty() && !node->FindAttribute(parent);
-    if (!node || (!isKnown && !isOfCompound)) {
-        builder.KeepForCurrent(builder.Statement(), "attribute type " + type,
-                               "Unknown attribute type '" + type + "'; it is kept and written back.");
+    if (node && builder.IsForeign(*node)) {
         return {};
     }
-    if (builder.IsForeign(*node)) {
+    const std::string type = call.StringOr("-attributeType", call.StringOr("-dataType", "double"));
+    const std::string shortName = call.StringOr("-shortName", "");
+    const std::string longName = call.StringOr("-longName", shortName);
+    const std::string parent = call.StringOr("-parent", "");
+    const bool isKnown = AttributeFactory::Make(call.GetHost().scene(), type, "x", "x") != nullptr;
+    // A compound has to get all of its children.
+    const bool isOfCompound =
+        node && !parent.empty() && !node->FindAttribute(parent) && !builder.IsKeptAttribute(parent);
+    const bool isPresent = node && node->FindAttribute(longName);
+    const bool isKept = !node || isPresent || builder.IsKeptAttribute(parent) ||
+                        call.UseCount("-dataType") > 1 || (!isKnown && !isOfCompound);
+    if (isKept) {
+        builder.NoteKeptAttribute(longName, shortName);
+        builder.KeepForCurrent(builder.Statement(), isPresent ? "" : "attribute type " + type,
+                               "Unknown attribute type '" + type + "'; it is kept and written back.");
         return {};
     }
     const std::vector<Value> name{Scene::ShownName(*node)};
@@ -265,8 +299,24 @@ void KeepUnknown(SceneBuilder& builder, const Node& node, const PlugSettingArgum
     }
 }
 
+/// Builds the setting. Of an attribute that the node does not have, any value is right.
+const PlugSetting& SettingFor(PlugSettingArguments& arguments, const std::shared_ptr<Node>& node) {
+    try {
+        return arguments.SettingFor(node);
+    } catch (const mel::Error&) {
+        arguments.CheckIsKnown(node);
+        throw;
+    }
+}
+
 Value SetAttr(SceneBuilder& builder, CommandCall& call, const Command&) {
     PlugSettingArguments arguments(call);
+    arguments.MendNumbers();
+    if (arguments.Type().empty()) {
+        arguments.UseType(builder.TypeOfSlice(arguments.PlugName()));
+    } else {
+        builder.NoteSlice(arguments.PlugName(), arguments.Type());
+    }
     if (builder.IsStatementCut() && !arguments.IsDataType()) {
         call.Fail("The value of '" + arguments.PlugName() + "' is damaged or cut off; it was not read.");
     }
@@ -278,7 +328,13 @@ Value SetAttr(SceneBuilder& builder, CommandCall& call, const Command&) {
         KeepSetting(builder, arguments, "node " + missing, "No object matches name: " + missing);
     } else if (!builder.IsForeign(*node)) {
         try {
-            builder.Apply(node, arguments.SettingFor(node));
+            builder.Apply(node, SettingFor(arguments, node));
+            if (arguments.MendedCount() > 0) {
+                builder.WarnOnce("mended",
+                                 "A number of '" + arguments.PlugName() +
+                                     "' is infinite or not a number. It is read as 0, like any other "
+                                     "one in this file.");
+            }
         } catch (const UnknownAttributeError& error) {
             KeepUnknown(builder, *node, arguments, error.what());
         }
@@ -288,39 +344,36 @@ Value SetAttr(SceneBuilder& builder, CommandCall& call, const Command&) {
     return {};
 }
 
+using Statement = Value (*)(SceneBuilder&, CommandCall&, const Command&);
+
+/// The published statements of a scene file, as far as they mean something here.
+constexpr std::pair<std::string_view, Statement> STATEMENTS[] = {{"addAttr", AddAttr},
+                                                                 {"connectAttr", ConnectAttr},
+                                                                 {"createNode", CreateNode},
+                                                                 {"currentUnit", CurrentUnit},
+                                                                 {"disconnectAttr", DisconnectAttr},
+                                                                 {"file", File},
+                                                                 {"fileInfo", FileInfo},
+                                                                 {"lockNode", LockNode},
+                                                                 {"namespace", Namespace},
+                                                                 {"parent", Parent},
+                                                                 {"rename", Rename},
+                                                                 {"requires", Requires},
+                                                                 {"select", Select},
+                                                                 {"setAttr", SetAttr}};
+
 } // namespace
 
+bool IsSceneStatement(std::string_view name) {
+    return std::any_of(std::begin(STATEMENTS), std::end(STATEMENTS),
+                       [name](const auto& row) { return row.first == name; });
+}
+
 std::map<std::string, mel::CommandRegistry::Overlay::Function> SceneStatements(SceneBuilder& builder) {
-    using Statement = Value (*)(SceneBuilder&, CommandCall&, const Command&);
-    static constexpr std::pair<const char*, Statement> table[] = {{"addAttr", AddAttr},
-                                                                  {"connectAttr", ConnectAttr},
-                                                                  {"createNode", CreateNode},
-                                                                  {"currentUnit", CurrentUnit},
-                                                                  {"cutKey", WithNamesInScene},
-                                                                  {"delete", WithNamesInScene},
-                                                                  {"deleteAttr", WithNamesInScene},
-                                                                  {"disconnectAttr", WithNamesInScene},
-                                                                  {"file", File},
-                                                                  {"fileInfo", FileInfo},
-                                                                  {"getAttr", WithNamesInScene},
-                                                                  {"keyframe", WithNamesInScene},
-                                                                  {"keyTangent", WithNamesInScene},
-                                                                  {"lockNode", LockNode},
-                                                                  {"move", WithNamesInScene},
-                                                                  {"parent", Parent},
-                                                                  {"rename", Rename},
-                                                                  {"requires", Requires},
-                                                                  {"rotate", WithNamesInScene},
-                                                                  {"scale", WithNamesInScene},
-                                                                  {"select", Select},
-                                                                  {"setAttr", SetAttr},
-                                                                  {"setInfinity", WithNamesInScene},
-                                                                  {"setKeyframe", WithNamesInScene},
-                                                                  {"sets", WithNamesInScene},
-                                                                  {"xform", WithNamesInScene}};
     std::map<std::string, mel::CommandRegistry::Overlay::Function> statements;
-    for (const auto& [name, statement] : table) {
-        statements[name] = [&builder, statement = statement](CommandCall& call, const Command& command) {
+    for (const auto& [name, statement] : STATEMENTS) {
+        statements[std::string(name)] = [&builder, statement = statement](CommandCall& call,
+                                                                          const Command& command) {
             return statement(builder, call, command);
         };
     }

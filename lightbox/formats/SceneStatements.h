@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace lightbox {
 
@@ -13,5 +14,7 @@ class SceneBuilder;
 /// file's node names, apply to the builder's current node, and store values even into locked plugs. Lay them
 /// over the command registry. The builder has to outlive them.
 std::map<std::string, mel::CommandRegistry::Overlay::Function> SceneStatements(SceneBuilder& builder);
+/// True for the name of one of these commands. Nothing else that a scene file holds is run.
+bool IsSceneStatement(std::string_view name);
 
 } // namespace lightbox

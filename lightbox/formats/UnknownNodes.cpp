@@ -4,6 +4,7 @@
 #include "formats/PlugSettingApplier.h"
 #include "formats/PlugSettingCollector.h"
 #include "formats/PreservedContent.h"
+#include "formats/SceneContent.h"
 #include "formats/SceneFiles.h"
 #include "mel/Interpreter.h"
 #include "scene/DagNode.h"
@@ -78,10 +79,11 @@ void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugi
     if (!HasDataOf(*node, plugin)) {
         return;
     }
-    const std::vector<PlugSetting> settings = PlugSettingCollector::Collect(node);
+    const std::vector<PlugSetting> settings = SceneContent::Settings(node, host_.files().units());
     const std::vector<std::shared_ptr<Attribute>> attributes = node->DynamicAttributes();
     PreservedContent& preserved = host_.files().preserved();
     auto& kept = preserved.Of(*node).statements;
+    preserved.Of(*node).units = host_.files().units();
     for (const auto& attribute : attributes) {
         if (!HasDataType(*attribute, plugin)) {
             continue;
@@ -113,7 +115,11 @@ void UnknownNodes::MoveSettings(const std::shared_ptr<Node>& from, const std::sh
         try {
             applier.Apply(to, setting);
         } catch (const SceneError&) {
-            host_.files().preserved().Of(*to).statements.push_back(ascii::SettingText(setting));
+            PlugSetting inFile = setting;
+            host_.files().units().ToFile(from, inFile);
+            PreservedContent::NodeContent& kept = host_.files().preserved().Of(*to);
+            kept.units = host_.files().units();
+            kept.statements.push_back(ascii::SettingText(inFile));
         }
     }
 }

@@ -92,6 +92,12 @@ public:
     bool indexMatters = true;
     bool usedAsColor = false;
     bool dynamic = false;
+    /// Flags with which `addAttr` made it and which mean nothing here, as text: " -dcb 2 -is true".
+    std::string furtherFlags;
+    /// The type with which `addAttr` made it, as text, where its kind alone would not give it back: `-at
+    /// "fltMatrix"`. Of a compound whose children `addAttr` made itself, it is a `-dt`.
+    std::string givenType;
+    bool HasImpliedChildren() const { return IsCompound() && givenType.compare(0, 3, "-dt") == 0; }
 
 private:
     std::string longName_;

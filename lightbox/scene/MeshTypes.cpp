@@ -96,7 +96,7 @@ void AddPrimitives(TypeRegistry& registry) {
                    {Kind::Distance, "height", "h", 1, "k"},
                    {Kind::Long, "subdivisionsWidth", "sw", 10, "k"},
                    {Kind::Long, "subdivisionsHeight", "sh", 10, "k"},
-                   {Kind::Enum, "createUVs", "cuv", 2, "", "Off:A:B"}})
+                   {Kind::Enum, "createUVs", "cuv", 1, "", "Off:A:B"}})
         ->SetCompute(
             MadeFrom({"width", "height", "subdivisionsWidth", "subdivisionsHeight"}, [](const Numbers& n) {
                 return Make(poly::Plane{n[0], n[1], Whole(n[2]), Whole(n[3])});
@@ -117,7 +117,7 @@ void AddPrimitives(TypeRegistry& registry) {
                        {Kind::Long, "subdivisionsHeight", "sh", 1, "k"},
                        {Kind::Long, "subdivisionsCaps", "sc", isCone ? 0.0 : 1.0, "k"},
                        {Kind::Bool, "roundCap", "rcp"},
-                       {Kind::Enum, "createUVs", "cuv", 3, "", "Off:A:B:C"}})
+                       {Kind::Enum, "createUVs", "cuv", 2, "", "Off:A:B:C"}})
             ->SetCompute(MadeFrom(
                 {"radius", "height", "subdivisionsAxis", "subdivisionsHeight", "subdivisionsCaps"},
                 [isCone](const Numbers& n) {
@@ -168,7 +168,7 @@ void AddMeshTypes(TypeRegistry& registry) {
                   {Kind::Bool, "displayTriangles", "dt"},
                   {Kind::Bool, "displayNormal", "dn"},
                   {Kind::Enum, "vertexNormalMethod", "vnm", 3, "", "Unweighted:Angle:Area:Angle and Area"},
-                  {Kind::Bool, "displaySmoothMesh", "dsm"},
+                  {Kind::Enum, "displaySmoothMesh", "dsm", 0, "", "Off:Cage and Smooth:Smooth"},
                   {Kind::Enum, "quadSplit", "qsp", 1, "", "Left:Right:Best Shape"},
                   {Kind::Long, "smoothLevel", "lev", 2},
                   {Kind::Bool, "useMaxSubdivisions", "ums"},

@@ -22,6 +22,8 @@ class Scene;
 struct PlugState {
     AttributeValue value;
     bool isSet = false;
+    /// A file gave the value, so saving writes it even if it equals the attribute's default here.
+    bool isGiven = false;
     bool locked = false;
     /// Null: as in the attribute.
     std::optional<bool> keyable;

@@ -46,10 +46,14 @@ std::string Output::Worded(Kind kind, const std::string& text) {
     return text + "\n";
 }
 
-void Output::Write(Kind kind, const std::string& text) {
+void Output::Log(Kind kind, const std::string& text) const {
     if (log_) {
         log_(kind, text);
     }
+}
+
+void Output::Write(Kind kind, const std::string& text) {
+    Log(kind, text);
     if (sink_) {
         // A copy, so that the sink may replace itself.
         const Sink sink = sink_;

@@ -28,6 +28,8 @@ public:
     void Error(const std::string& text);
     /// Shows an error that a script has caught, without counting it.
     void CaughtError(const std::string& text) { Write(Kind::Error, text); }
+    /// Writes a message to the log alone.
+    void Log(Kind kind, const std::string& text) const;
     void Progress(const std::string& text) { Write(Kind::Progress, text); }
 
     /// Number of errors reported so far; a batch run's exit status depends on it.

@@ -28,7 +28,6 @@ TEST(ForeignSceneJourney, OpensSaysSavesAndComesBack) {
     for (const QString& name : scenes) {
         ASSERT_TRUE(QFile::copy(data.filePath(name), lightbox.Path(name)));
     }
-    ASSERT_TRUE(QFile::copy(data.filePath("prop.ma"), lightbox.Path("not_delivered.ma")));
     for (const QString& name : scenes) {
         SCOPED_TRACE(name.toStdString());
         const auto pass = [&](const QString& from, const QString& to) {

@@ -8,6 +8,7 @@
 #include "scene/MeshNode.h"
 #include "scene/MeshTessellation.h"
 #include "scene/Scene.h"
+#include "scene/ScopeExit.h"
 
 #include <QDir>
 
@@ -36,13 +37,13 @@ protected:
     }
     const DagNode& Dag(const char* name) { return static_cast<const DagNode&>(*host_.scene().Find(name)); }
 
-    /// The messages without the place in the file that each begins with.
-    std::vector<std::string> Messages() {
+    /// The lines of the log without the place in the file that each begins with.
+    std::vector<std::string> LogLines() {
         std::vector<std::string> lines;
-        for (const std::string& message : messages_) {
+        for (const std::string& message : log_) {
             lines.push_back(std::regex_replace(message, std::regex("file: [^ ]* (line [0-9.]+: )?"), ""));
         }
-        messages_.clear();
+        log_.clear();
         return lines;
     }
 
@@ -96,7 +97,14 @@ const char* const KEPT_OF_ROOM[] = {
 
 TEST_F(ForeignSceneTest, ARoomWithMeshesCamerasAndUnknownThings) {
     ASSERT_EQ(ErrorOfOpening("room.ma"), "none");
-    const std::vector<std::string> messages = Messages();
+    EXPECT_EQ(messages_.size(), 1U) << "a summary";
+    const std::string summary = Output();
+    for (const char* part : {"the plug-ins lightworks, stereoCamera and fur", "the node types glossPlate, ",
+                             " more", " kinds of attributes", "The log names each"}) {
+        EXPECT_THAT(summary, HasSubstr(part));
+    }
+    std::vector<std::string> messages = LogLines();
+    messages.pop_back();
     for (const char* unknown :
          {"\"lightworks\"", "\"stereoCamera\"", "\"fur\"", "ai_translator", "'glossPlate'", "glossSubdiv",
           "'furGroom'", "'lightLinker'", "'displayLayer'", "'glossSurface'", "'file'", "'place2dTexture'",
@@ -182,9 +190,10 @@ TEST_F(ForeignSceneTest, UnitsAreConvertedAndCurvesComeWithThem) {
 
 TEST_F(ForeignSceneTest, AShotThatRefersToOtherFiles) {
     ASSERT_EQ(ErrorOfOpening("shot.ma"), "none");
-    const std::string messages = Output();
-    EXPECT_THAT(messages, HasSubstr("not_delivered.ma"));
-    EXPECT_EQ(messages.find("'glossSurface'"), messages.rfind("'glossSurface'"));
+    EXPECT_THAT(Output(), HasSubstr("// Warning: file: " + Path("shot.ma") +
+                                    " line 8: The referenced file is "
+                                    "missing: " +
+                                    Path("not_delivered.ma")));
     EXPECT_EQ(Typed("objExists lampA:lampShape"), "int 1") << "loaded, as the head of the file says";
     EXPECT_EQ(Typed("objExists lampB:lampShape"), "int 0") << "left unloaded";
     EXPECT_EQ(Number("lampA:lamp.translateX"), 4.0) << "an edit of the reference";
@@ -205,4 +214,152 @@ TEST_F(ForeignSceneTest, AShotThatRefersToOtherFiles) {
     QDir(folder_.path()).mkdir("elsewhere");
     Save("elsewhere/shot.ma");
     EXPECT_THAT(Read("elsewhere/shot.ma"), HasSubstr("\"" + Path("prop.ma") + "\""));
+}
+
+TEST_F(ForeignSceneTest, LaterSlicesTakeTheTypeOfTheFirst) {
+    ASSERT_EQ(ErrorOfOpening("grid.ma"), "none") << Output();
+    const auto mesh = MeshNode::Evaluate(*host_.scene().Find("gridShape"));
+    EXPECT_EQ(mesh->FaceCount(), 620U);
+    EXPECT_EQ(mesh->vertices.size(), 672U);
+    EXPECT_EQ(Number("gridShape.displaySmoothMesh"), 2.0);
+    Save("saved.ma");
+    const std::string saved = ReadScene("saved.ma");
+    EXPECT_THAT(saved, HasSubstr("setAttr \".dsm\" 2;"));
+    EXPECT_THAT(saved, HasSubstr("\tsetAttr \".thread[2:2]\" c 3;\n"));
+    ExpectSteady("grid.ma");
+}
+
+TEST_F(ForeignSceneTest, AttributesComeBackWithEveryFlagOfTheirs) {
+    ASSERT_EQ(ErrorOfOpening("attributes.ma"), "none") << Output();
+    EXPECT_EQ(messages_.size(), 2U) << "a summary, and the numbers";
+    EXPECT_THAT(Output(), HasSubstr("infinite or not a number"));
+    EXPECT_EQ(Typed("getAttr rig.tintG") + Typed("getAttr rig.offsetBy"), "float 0.5float[] 1 2 3");
+    EXPECT_EQ(Typed("getAttr part.t") + Typed("getAttr part.sy"), "float[] 0 2 0float 0");
+    EXPECT_EQ(Typed("isConnected part.msg \"rig.parts[0]\""), "int 1");
+    EXPECT_EQ(Typed("lockNode -q -l part rig"), "int[] 1 0");
+    EXPECT_EQ(Typed("objExists sculptor1"), "int 0") << "what it would have been is not known";
+    Save("saved.ma");
+    const std::string saved = Squeezed(ReadScene("saved.ma"));
+    for (
+        const char* kept :
+        {R"(addAttr -ci true -is true -dcb 2 -k on -sn "mode" -ln "mode" -min 0 -max 2 -en "ik:fk:both" -at "enum";)",
+         R"(addAttr -ci true -bt "RIG1" -ct "controls" -ct "export" -sn "weight" -ln "weight" -dv 1 -at "double";)",
+         R"(addAttr -ci false -uaf -sn "map" -ln "map" -dt "string";)",
+         R"(addAttr -ci true -fp true -ws true -s off -sn "gone" -ln "gone" -at "bool";)",
+         R"(addAttr -ci true -pxy "rig.weight" -uap -sn "wgtProxy" -ln "weightProxy" -at "double";)",
+         R"(addAttr -ci true -sn "off" -ln "offsetBy" -dt "double3"; )",
+         R"(addAttr -ci true -uac -sn "tint" -ln "tint" -dt "float3"; )",
+         R"(addAttr -ci true -m -im false -sn "parts" -ln "parts" -at "message";)",
+         R"(addAttr -ci true -sn "bind" -ln "bindMatrix" -at "fltMatrix";)",
+         R"(addAttr -ci true -sn "spec" -ln "spec" -at "spectrum" -nc 3; addAttr -ci true -sn "specR")",
+         R"(addAttr -ci true -tomorrow 4 -sn "later" -ln "later" -at "double";)",
+         R"(setAttr ".off" -type "double3" 1 2 3;)", R"(setAttr -k on ".later" 7; lockNode -l 0 -lu 1;)",
+         R"(setAttr ".future" -type "double3" nan inf 2; lockNode -l 1 -lu 1;)",
+         R"(createNode sculptor -n "sculptor1" -tomorrow 3; rename -uid)", R"(setAttr ".depth" 2;)",
+         R"(connectAttr "part.msg" "rig.parts" -na;)"}) {
+        EXPECT_THAT(saved, HasSubstr(kept));
+    }
+    EXPECT_LT(saved.find("-tomorrow 4"), saved.find("setAttr \".off\""))
+        << "values come after the attributes, known or not";
+    ExpectSteady("attributes.ma");
+}
+
+TEST_F(ForeignSceneTest, AFileStaysInItsUnits) {
+    ASSERT_EQ(ErrorOfOpening("inches.ma"), "none") << Output();
+    EXPECT_NEAR(Number("desk.translateY"), 28.5 * 2.54, 1e-9);
+    EXPECT_NEAR(Number("desk.rotateY"), 0.3 * 180.0 / M_PI, 1e-9);
+    Save("saved.ma");
+    const std::string saved = Squeezed(ReadScene("saved.ma"));
+    for (const char* kept :
+         {"currentUnit -l inch -a radian -t film;", "setAttr \".t\" -type \"double3\" 1.1 28.5 -0.3;",
+          "setAttr \".r\" -type \"double3\" 0 0.3 0;", "setAttr \".future\" 12.5;",
+          "setAttr -s 3 \".vt[0:2]\" 0.1 0 0 0.7 0 0 0.7 0 1.3;", "setAttr \".ktv[0]\" 1 1.1;",
+          "setAttr \".length\" 3.25;"}) {
+        EXPECT_THAT(saved, HasSubstr(kept));
+    }
+    ExpectSteady("inches.ma");
+    Run("setAttr desk.tz 25.4");
+    EXPECT_THAT(Squeezed(SceneText()), HasSubstr("\".t\" -type \"double3\" 1.1 28.5 10;"));
+    // In a scene of another unit, what means nothing there keeps the unit that it was read in.
+    Run("file -f -new; createNode transform -n own; setAttr own.tx 5");
+    EXPECT_EQ(ErrorOf("file -i " + Quoted("inches.ma")), "none");
+    const std::string imported = Squeezed(SceneText());
+    EXPECT_THAT(imported, HasSubstr("currentUnit -l inch -a radian; setAttr \".future\" 12.5; "
+                                    "currentUnit -l centimeter -a degree;"));
+    EXPECT_THAT(imported, HasSubstr("-type \"double3\" 2.794"));
+    Save("imported.ma");
+    ExpectSteady("imported.ma");
+    EXPECT_EQ(Squeezed(SceneText()), imported);
+}
+
+TEST_F(ForeignSceneTest, ReferencesAreNamedAsTheirFileNamesThem) {
+    qputenv("VELLIX_TEST_SHOW", QFile::encodeName(folder_.path()));
+    const ScopeExit unset([] { qunsetenv("VELLIX_TEST_SHOW"); });
+    ASSERT_EQ(ErrorOfOpening("shelf.ma"), "none") << Output();
+    const std::string messages = Output();
+    EXPECT_THAT(messages, HasSubstr("missing: P:/show/props/vase.mb."));
+    EXPECT_THAT(messages, HasSubstr("missing: $NO_SUCH_SHOW/rug.ma."));
+    EXPECT_THAT(messages, Not(HasSubstr("Error")));
+    EXPECT_EQ(Typed("objExists lamp:lampShape") + Typed("objExists lamp1:lampShape"), "int 1int 1");
+    Save("saved.ma");
+    const std::string saved = Squeezed(ReadScene("saved.ma"));
+    for (const char* kept : {R"(-rfn "lampRN" -op "v=0;" -typ "mayaAscii" "$VELLIX_TEST_SHOW/prop.ma";)",
+                             R"(-rfn "lampRN1" -op "v=0;" -typ "mayaAscii" "$VELLIX_TEST_SHOW/prop.ma{1}";)",
+                             R"(-rfn "vaseRN" -typ "mayaBinary" "P:/show/props/vase.mb";)",
+                             R"(-rfn "rugRN" -typ "mayaAscii" "$NO_SUCH_SHOW/rug.ma";)",
+                             R"(2 "|vase:vase" "translate" " -type \"double3\" 1 2 3";)",
+                             R"(select -ne rug:rug; setAttr ".ty" 0.5; lockNode -l 1;)",
+                             R"(disconnectAttr "rug:rug.tx" "rug:fringe.tx";)",
+                             R"(parent -s -nc -r -add "|rug:rug|rug:rugShape" "rug:fringe";)"}) {
+        EXPECT_THAT(saved, HasSubstr(kept));
+    }
+    ExpectSteady("shelf.ma");
+}
+
+TEST_F(ForeignSceneTest, AValueThatTheFileGivesIsWrittenEvenIfItIsTheDefault) {
+    ASSERT_EQ(ErrorOfOpening("primitives.ma"), "none") << Output();
+    EXPECT_EQ(Number("polyCylinder1.createUVs"), 3.0);
+    Save("saved.ma");
+    const std::string saved = Squeezed(ReadScene("saved.ma"));
+    for (const char* kept : {"setAttr \".s\" -type \"double3\" 1 1 1;", "setAttr \".lev\" 2;",
+                             "setAttr \".r\" 1; setAttr \".sc\" 1; setAttr \".cuv\" 3;",
+                             "setAttr \".cuv\" 2;", "setAttr \".cuv\" 4;"}) {
+        EXPECT_THAT(saved, HasSubstr(kept));
+    }
+    EXPECT_THAT(saved, Not(HasSubstr("setAttr \".h\"")));
+    ExpectSteady("primitives.ma");
+    // The published defaults, which a file leaves out.
+    Run("createNode polyCylinder -n c; createNode polyCone -n k; createNode polyPlane -n p");
+    EXPECT_EQ(Typed("getAttr c.cuv") + Typed("getAttr k.cuv") + Typed("getAttr p.cuv"), "int 2int 2int 1");
+}
+
+TEST_F(ForeignSceneTest, CodesetsScriptNodesAndLicencesComeBack) {
+    ASSERT_EQ(ErrorOfOpening("shiftjis.ma"), "none") << Output();
+    EXPECT_EQ(Typed("getAttr kage.memo"), "string 鉛筆で描いた表。ソ");
+    EXPECT_EQ(Typed("playbackOptions -q -aet"), "float 48");
+    Run("playbackOptions -aet 60");
+    Save("saved.ma");
+    const std::string saved = Squeezed(ReadScene("saved.ma"));
+    for (
+        const char* kept :
+        {"//Codeset: UTF-8 // Licensed for classroom use only ", "\"鉛筆で描いた表。ソ\";",
+         R"(requires -nodeType "glossSurface" "lightworks" "4.0.2";)",
+         R"(requires -nodeType "glossOptions" "lightworks" "4.0.2";)",
+         R"(requires -dataType "glossWeights" "lightworks" "4.0.2";)", R"(fileInfo "license" "student";)",
+         R"(fileInfo "UUID" "4D5A2C0B-11E9-44C7-A3A4-000000000051";)", R"(setAttr ".ktv[0]" 12 4.5;)",
+         R"(createNode script -n "sceneConfigurationScriptNode"; rename -uid "0C3D1F00-0000-2A2B-5C00-000000000054";)",
+         R"(setAttr ".b" -type "string" "playbackOptions -min 1 -max 24 -ast 1 -aet 60 ";)",
+         R"(select -ne :hardwareRenderGlobals; setAttr ".ctrs" 256; lockNode -l 0 -lu 1;)",
+         R"(connectAttr "sceneConfigurationScriptNode.msg" "hub.scripts" -na;)"}) {
+        EXPECT_THAT(saved, HasSubstr(kept));
+    }
+    EXPECT_EQ(saved.find("sceneConfigurationScriptNode\";"), saved.rfind("sceneConfigurationScriptNode\";"));
+    ExpectSteady("shiftjis.ma");
+    // A file that is not what its head says is not made worse.
+    Write("wrong.ma", "//Maya ASCII 2018 scene\n//Codeset: 932\ncreateNode transform -n \"a\";\n"
+                      "\taddAttr -ln \"memo\" -dt \"string\";\n"
+                      "\tsetAttr \".memo\" -type \"string\" \"caf\xc3\xa9 \x81 e\";\n// End\n");
+    EXPECT_EQ(ErrorOfOpening("wrong.ma"), "none");
+    EXPECT_THAT(Output(), HasSubstr("not in its codeset, 932"));
+    EXPECT_THAT(SceneText(), HasSubstr("caf\xc3\xa9 \x81 e"));
 }

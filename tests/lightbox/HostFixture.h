@@ -22,9 +22,13 @@ protected:
         host_.output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
             messages_.push_back(lightbox::Output::Worded(kind, text));
         });
+        host_.output().SetLog([this](lightbox::Output::Kind kind, const std::string& text) {
+            log_.push_back(lightbox::Output::Worded(kind, text));
+        });
     }
 
     QTemporaryDir prefs_;
     std::vector<std::string> messages_;
+    std::vector<std::string> log_; ///< the messages, and what only the log gets
     lightbox::LightboxHost host_;
 };

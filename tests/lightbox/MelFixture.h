@@ -37,6 +37,15 @@ protected:
         messages_.clear();
         return text;
     }
+    /// What the log has got since the last call.
+    std::string Log() {
+        std::string text;
+        for (const std::string& line : log_) {
+            text += line;
+        }
+        log_.clear();
+        return text;
+    }
     static MObject NodeOf(const char* name) {
         MSelectionList list;
         EXPECT_TRUE(list.add(name)) << name;

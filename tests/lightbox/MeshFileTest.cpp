@@ -89,7 +89,8 @@ TEST_F(MeshFileTest, MeshesOfOtherProgramsAreReadAndWrittenWhole) {
     const std::string written = ReadScene("a.ma");
     for (const char* line :
          {"setAttr \".uvst[1].uvsn\" -type \"string\" \"light \\\"map\\\"\";", "-type \"float2\" 0.1 0.3",
-          "setAttr \".pt[2]\" -type \"float3\" 0 0 0.5 ;", "setAttr \".pt[5]\" -type \"float3\" -25 0 0 ;",
+          "setAttr \".pt[2]\" -type \"float3\" 0 0 0.005 ;",
+          "setAttr \".pt[5]\" -type \"float3\" -0.25 0 0 ;",
           ("f 4 0 1 2 3 \n\t\th 3 4 5 6 \n\t\tmu 0 4 0 1 2 3 \n\t\tmu 1 1 0 \n\t\tmc 0 4 -1 2 3 4 \n\t\t"
            "f 4 4 5 6 -2 \n\t\tmu 0 4 1 4 5 2;"),
           "setAttr \".cd\" -type \"dataPolyComponent\" Index_Data Edge 1", "setAttr \".clst[0].clsn\"",

@@ -72,8 +72,7 @@ TEST_F(SceneReferenceTest, AMissingFileIsSaidAndNothingIsLost) {
         ASSERT_TRUE(QFile::rename(folder_.filePath("hero.ma"), folder_.filePath("away.ma")));
         Output();
         EXPECT_EQ(ErrorOfOpening(name), "none") << "the scene itself is whole";
-        EXPECT_THAT(Output(), HasSubstr("Reference file not read: File not found: " + Path("hero.ma")))
-            << name;
+        EXPECT_THAT(Output(), HasSubstr("The referenced file is missing: " + Path("hero.ma"))) << name;
         EXPECT_EQ(Typed("getAttr own.tx"), "float 3") << name;
         EXPECT_EQ(Typed("referenceQuery -isLoaded hRN"), "int 0") << name;
         const std::string copy = std::string("copy_of_") + name;
