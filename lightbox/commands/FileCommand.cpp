@@ -287,6 +287,8 @@ void RegisterFileCommand(CommandRegistry& registry) {
                           .Flag("-mnc", "-mergeNamespacesOnClash", SWITCH)
                           .Flag("-ra", "-renameAll", SWITCH)
                           .Flag("-rpr", "-renamingPrefix", TEXT)
+                          .Flag("-shd", "-sharedNodes", TEXT)
+                          .MultiUse()
                           .Flag("-rnn", "-returnNewNodes")
                           .Flag("-pr", "-preserveReferences")
                           .Flag("-mf", "-modified", SWITCH)

@@ -114,16 +114,23 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
     for (const char* instruction : {"-rdi 1", "-r"}) {
         for (const FileReference& reference : content.references) {
             const bool isReading = instruction[2] == '\0';
-            out_ << "file " << instruction << " -ns " << Quoted(reference.nameSpace);
+            const bool hasPrefix = !reference.prefix.empty();
+            out_ << "file " << instruction << (hasPrefix ? " -rpr " : " -ns ")
+                 << Quoted(hasPrefix ? reference.prefix : reference.nameSpace);
             if (isReading || reference.isDeferred) {
                 out_ << " -dr " << (reference.isDeferred ? 1 : 0);
             }
-            out_ << " -rfn " << Quoted(reference.name);
+            out_ << " -rfn " << Quoted(reference.name) << reference.further;
             if (!reference.options.empty()) {
                 out_ << " -op " << Quoted(reference.options);
             }
             out_ << " -typ " << Quoted(reference.type.empty() ? TypeOfFile(reference.path) : reference.type)
                  << " " << Quoted(reference.path) << ";\n";
+        }
+        if (instruction[2] != '\0' && content.isWhole) {
+            for (const std::string& statement : preserved_.headStatements) {
+                out_ << statement << ";\n";
+            }
         }
     }
 }

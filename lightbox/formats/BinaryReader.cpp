@@ -154,11 +154,13 @@ void BinaryReader::ReadReference(ChunkReader& content) {
     const std::string name = TakeText(content);
     const bool isDeferred = content.Byte() != 0;
     // Older files end here.
-    const std::string givenPath = content.AtEnd() ? std::string() : TakeText(content);
-    const std::string options = content.AtEnd() ? std::string() : TakeText(content);
-    const std::string type = content.AtEnd() ? std::string() : TakeText(content);
-    references_.NoteStatement(references_.Add(path, nameSpace, name, isDeferred).name, givenPath, options,
-                              type);
+    FileReference given;
+    for (std::string FileReference::*text :
+         {&FileReference::givenPath, &FileReference::options, &FileReference::type, &FileReference::prefix,
+          &FileReference::further}) {
+        given.*text = content.AtEnd() ? std::string() : TakeText(content);
+    }
+    references_.NoteStatement(references_.Add(path, nameSpace, name, isDeferred).name, given);
 }
 
 void BinaryReader::ReadRequirement(ChunkReader& content) {

@@ -134,6 +134,8 @@ void BinaryWriter::WriteReferences(const SceneContent& content) {
         chunk.Text(reference.givenPath);
         chunk.Text(reference.options);
         chunk.Text(reference.type);
+        chunk.Text(reference.prefix);
+        chunk.Text(reference.further);
         ChunkFile::WriteChunk(out_, binary::REFERENCE, chunk.Bytes());
     }
 }
@@ -314,7 +316,7 @@ void BinaryWriter::WritePreserved() {
         PutPreserved(chunk, block.content, nullptr, files_.units());
         ChunkFile::WriteChunk(out_, binary::DEFAULT_NODE, chunk.Bytes());
     }
-    for (const auto* texts : {&preserved_.headComments, &preserved_.statements}) {
+    for (const auto* texts : {&preserved_.headComments, &preserved_.headStatements, &preserved_.statements}) {
         for (const std::string& statement : *texts) {
             ChunkWriter chunk;
             chunk.Text(statement);

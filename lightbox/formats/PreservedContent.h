@@ -58,7 +58,8 @@ public:
     DefaultBlock& BlockOf(const std::string& defaultNode);
     void Clear();
 
-    std::vector<std::string> headComments; ///< lines at the beginning of the file, with their slashes
+    std::vector<std::string> headComments;   ///< lines at the beginning of the file, with their slashes
+    std::vector<std::string> headStatements; ///< before `file -r`
     std::vector<Requirement> requirements;
     std::vector<DefaultBlock> defaultBlocks;
     std::vector<Connection> connections;

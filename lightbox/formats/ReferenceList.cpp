@@ -117,12 +117,13 @@ void ReferenceList::TakeBaseline(const std::string& name, const std::vector<std:
     }
 }
 
-void ReferenceList::NoteStatement(const std::string& name, const std::string& givenPath,
-                                  const std::string& options, const std::string& type) {
+void ReferenceList::NoteStatement(const std::string& name, const FileReference& given) {
     FileReference& reference = Locate(name);
-    reference.givenPath = givenPath;
-    reference.options = options;
-    reference.type = type;
+    reference.givenPath = given.givenPath;
+    reference.options = given.options;
+    reference.type = given.type;
+    reference.prefix = given.prefix;
+    reference.further = given.further;
 }
 
 void ReferenceList::Load(const std::string& name) {

@@ -25,6 +25,8 @@ struct FileReference {
     std::string givenPath; ///< as in the scene file (ReferencePath); or empty
     std::string options;   ///< as in the scene file
     std::string type;      ///< of the file, as in the scene file; or empty
+    std::string prefix;    ///< for the names instead of a namespace, as in the scene file; means nothing here
+    std::string further;   ///< other flags of the scene file that mean nothing here
     std::string parent;    ///< name of the reference that contains this one; empty at the top level
     bool isLoaded = false;
     bool isDeferred = false; ///< left unloaded on purpose
@@ -49,10 +51,8 @@ public:
     /// that references itself, directly or through others.
     const FileReference& Add(const std::string& path, const std::string& nameSpace, const std::string& name,
                              bool deferred);
-    /// Remembers the path, the options and the type as given in the scene file, so that they are saved the
-    /// same way.
-    void NoteStatement(const std::string& name, const std::string& givenPath, const std::string& options,
-                       const std::string& type);
+    /// Takes over what of `given` is as in the scene file, so that it is saved the same way.
+    void NoteStatement(const std::string& name, const FileReference& given);
     /// Reads the file unless it is loaded. This and the next three throw FileError for an unknown reference.
     void Load(const std::string& name);
     /// Removes the nodes from the scene and keeps the reference.

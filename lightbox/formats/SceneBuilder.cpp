@@ -210,6 +210,12 @@ std::string SceneBuilder::TypeOfSlice(const std::string& plug) const {
     return found == sliceTypes_.end() ? std::string() : found->second;
 }
 
+void SceneBuilder::KeepForHead(const std::string& statement) {
+    if (source_.mode == Mode::Open) {
+        host_.files().preserved().headStatements.push_back(statement);
+    }
+}
+
 void SceneBuilder::KeepForFile(const std::string& statement, const std::string& kind,
                                const std::string& warning) {
     NoteKept(kind, warning);

@@ -96,6 +96,7 @@ public:
     void KeepForCurrent(PreservedContent::BinaryValue value, const std::string& kind,
                         const std::string& warning);
     void KeepForNode(const Node& node, const std::string& statement);
+    void KeepForHead(const std::string& statement);
     void KeepForFile(const std::string& statement, const std::string& kind, const std::string& warning);
 
     /// Keeps flags of `lockNode` that mean nothing here.

@@ -98,12 +98,17 @@ Value File(SceneBuilder& builder, CommandCall& call, const Command&) {
     const std::string referenceNode = call.StringOr("-referenceNode", "");
     const bool isDeferred = call.Has("-deferReference") && call.Bool("-deferReference");
     if (!call.Has("-reference")) {
-        builder.AnnounceReference(referenceNode, isDeferred);
+        // A file inside a referenced one is read as that one says. Maya notes here whether it is loaded.
+        if (call.Int("-referenceDepthInfo") > 1) {
+            builder.KeepForHead(builder.Statement());
+        } else {
+            builder.AnnounceReference(referenceNode, isDeferred);
+        }
         return path;
     }
     if (call.Has("-renamingPrefix")) {
-        call.Warn("A reference's nodes go into a namespace; they do not get the prefix \"" +
-                  call.String("-renamingPrefix") + "\".");
+        builder.NoteKept("prefix", "A reference's nodes go into a namespace; they do not get the prefix \"" +
+                                       call.String("-renamingPrefix") + "\".");
     }
     const QString folder = QFileInfo(QString::fromStdString(builder.source().path)).absolutePath();
     const std::string file = ReferencePath::Resolve(path, folder.toStdString());
@@ -113,7 +118,15 @@ Value File(SceneBuilder& builder, CommandCall& call, const Command&) {
                                  .Add(file, call.StringOr("-namespace", base), referenceNode,
                                       builder.IsDeferred(referenceNode, isDeferred))
                                  .name;
-    references.NoteStatement(name, path, call.StringOr("-options", ""), call.StringOr("-type", ""));
+    FileReference given;
+    given.givenPath = path;
+    given.options = call.StringOr("-options", "");
+    given.type = call.StringOr("-type", "");
+    given.prefix = call.Has("-namespace") ? "" : call.StringOr("-renamingPrefix", "");
+    for (unsigned use = 0; use < call.UseCount("-sharedNodes"); ++use) {
+        given.further += " -shd " + Quoted(call.String("-sharedNodes", 0, use));
+    }
+    references.NoteStatement(name, given);
     return name;
 }
 

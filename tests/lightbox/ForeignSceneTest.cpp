@@ -303,14 +303,18 @@ TEST_F(ForeignSceneTest, ReferencesAreNamedAsTheirFileNamesThem) {
     EXPECT_EQ(Typed("objExists lamp:lampShape") + Typed("objExists lamp1:lampShape"), "int 1int 1");
     Save("saved.ma");
     const std::string saved = Squeezed(ReadScene("saved.ma"));
-    for (const char* kept : {R"(-rfn "lampRN" -op "v=0;" -typ "mayaAscii" "$VELLIX_TEST_SHOW/prop.ma";)",
-                             R"(-rfn "lampRN1" -op "v=0;" -typ "mayaAscii" "$VELLIX_TEST_SHOW/prop.ma{1}";)",
-                             R"(-rfn "vaseRN" -typ "mayaBinary" "P:/show/props/vase.mb";)",
-                             R"(-rfn "rugRN" -typ "mayaAscii" "$NO_SUCH_SHOW/rug.ma";)",
-                             R"(2 "|vase:vase" "translate" " -type \"double3\" 1 2 3";)",
-                             R"(select -ne rug:rug; setAttr ".ty" 0.5; lockNode -l 1;)",
-                             R"(disconnectAttr "rug:rug.tx" "rug:fringe.tx";)",
-                             R"(parent -s -nc -r -add "|rug:rug|rug:rugShape" "rug:fringe";)"}) {
+    for (
+        const char* kept :
+        {R"(-rfn "lampRN" -op "v=0;" -typ "mayaAscii" "$VELLIX_TEST_SHOW/prop.ma";)",
+         R"(-rfn "lampRN1" -op "v=0;" -typ "mayaAscii" "$VELLIX_TEST_SHOW/prop.ma{1}";)",
+         R"(-rfn "vaseRN" -typ "mayaBinary" "P:/show/props/vase.mb";)",
+         R"(-rfn "rugRN" -shd "displayLayers" -shd "shadingNetworks" -typ "mayaAscii" "$NO_SUCH_SHOW/rug.ma";)",
+         R"(file -rdi 2 -ns "bulb" -dr 1 -rfn "lamp:bulbRN" -typ "mayaAscii" "bulb.ma"; file -r -ns)",
+         R"(file -r -rpr "old" -dr 1 -rfn "oldRN" -typ "mayaAscii" "prop.ma";)",
+         R"(2 "|vase:vase" "translate" " -type \"double3\" 1 2 3";)",
+         R"(select -ne rug:rug; setAttr ".ty" 0.5; lockNode -l 1;)",
+         R"(disconnectAttr "rug:rug.tx" "rug:fringe.tx";)",
+         R"(parent -s -nc -r -add "|rug:rug|rug:rugShape" "rug:fringe";)"}) {
         EXPECT_THAT(saved, HasSubstr(kept));
     }
     ExpectSteady("shelf.ma");
