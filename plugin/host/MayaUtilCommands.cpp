@@ -13,6 +13,8 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace vellix {
 
 namespace {
@@ -25,15 +27,20 @@ bool ExecuteOnIdle(const QString& line) {
     return MGlobal::executeCommandOnIdle(MayaUtil::ToMString(line), false) == MStatus::kSuccess;
 }
 
-/// A name as a bare word, or in quotes when it needs escapes.
-QString Word(const QString& name) {
-    const QString escaped = MayaUtil::EscapeString(name);
-    return escaped == name ? name : QLatin1Char('"') + escaped + QLatin1Char('"');
-}
-
 /// A name in quotes.
 QString Quoted(const QString& name) {
     return QLatin1Char('"') + MayaUtil::EscapeString(name) + QLatin1Char('"');
+}
+
+/// A name as a bare word if it is a plain one, or a path of such. A drawing may name its cameras as it likes;
+/// in quotes nothing of that is a command.
+QString Word(const QString& name) {
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](QChar character) {
+        const ushort code = character.unicode();
+        const bool isLetter = (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z');
+        return isLetter || (code >= '0' && code <= '9') || code == '_' || code == ':' || code == '|';
+    });
+    return isPlain ? name : Quoted(name);
 }
 
 QString Number(int value) {

@@ -160,6 +160,11 @@ TEST_F(MayaUtilTest, NamesAreEscapedOnlyWhereTheyMustBe) {
         EXPECT_THAT(executed.Lines(), ElementsAre(test.line));
     }
     ExecutedLines executed;
+    // A drawing may name a camera as it likes: none of it is a command.
+    MayaUtil::SetActiveLayer(QStringLiteral("a; sysFile -delete b"), 0);
+    MayaUtil::SetActiveLayer(QStringLiteral("`quit`"), 0);
+    EXPECT_THAT(executed.Take(), ElementsAre("qmVellixLayer -e -active 0 \"a; sysFile -delete b\"",
+                                             "qmVellixLayer -e -active 0 \"`quit`\""));
     MayaUtil::PushStroke(QStringLiteral("|group1|cam:A_1"), -1, false);
     MayaUtil::PushStroke(QStringLiteral("a\"b"), -1, false);
     MayaUtil::AddLayer(QStringLiteral("cam"), QString(QLatin1String("ab\0c", 4)), -1);
