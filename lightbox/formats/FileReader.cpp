@@ -19,8 +19,10 @@
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <bitset>
 #include <cctype>
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace lightbox {
@@ -55,6 +57,22 @@ bool IsAscii(const std::string& bytes) {
     begin = bytes.find_first_not_of(" \t\r\n", begin);
     return begin != std::string::npos &&
            bytes.compare(begin, sizeof ASCII_SIGNATURE - 1, ASCII_SIGNATURE) == 0;
+}
+
+/// The statement with one wrong bit of its first word put right, so that it is one of a scene; null if that
+/// is not what is wrong with it.
+std::optional<std::string> WithWordRestored(std::string_view statement) {
+    for (const std::string_view name : SceneStatementNames()) {
+        const bool isAsLong = statement.size() > name.size() && statement[name.size()] == ' ';
+        std::size_t wrongBits = 0;
+        for (std::size_t i = 0; isAsLong && i < name.size(); ++i) {
+            wrongBits += std::bitset<8>(static_cast<unsigned char>(statement[i] ^ name[i])).count();
+        }
+        if (isAsLong && wrongBits == 1) {
+            return std::string(name) + std::string(statement.substr(name.size()));
+        }
+    }
+    return std::nullopt;
 }
 
 /// Whether a statement with this word may be about the current node.
@@ -209,6 +227,9 @@ void FileReader::OnRefused(std::string_view statement, int line) {
     if (!statement_.empty() && statement_.back() == ';') {
         statement_.remove_suffix(1);
     }
+    if (RunWithWordRestored(statement, line)) {
+        return;
+    }
     if (depth_ == 1 && IsKeptStatement(word)) {
         KeepForFile(Statement(), "statement " + word,
                     "The statement '" + word + "' has no meaning here; it is kept and written back.");
@@ -298,8 +319,26 @@ bool FileReader::OnError(const mel::Error& error) {
     return true;
 }
 
+bool FileReader::RunWithWordRestored(std::string_view statement, int line) {
+    const std::optional<std::string> restored = depth_ == 1 ? WithWordRestored(statement) : std::nullopt;
+    if (!restored || host_.interpreter().Commands().Find(FirstWord(statement))) {
+        return false;
+    }
+    statementLine_ = line;
+    statement_ = Trimmed(statement);
+    isStatementCut_ = false;
+    ReportFault("A letter of '" + std::string(statement.substr(0, statement.find(' '))) +
+                "' is damaged. The statement was read as '" + FirstWord(*restored) + "'.");
+    Run(*restored);
+    return true;
+}
+
 bool FileReader::RunRestored(std::string_view statement, int line) {
+    statement.remove_prefix(std::min(statement.find_first_not_of(" \t\r\n"), statement.size()));
     statement = Trimmed(statement);
+    if (RunWithWordRestored(statement, line)) {
+        return true;
+    }
     const bool isWhole = depth_ == 1 && !statement.empty() && statement.back() == ';';
     const std::optional<std::string> restored = isWhole ? WithQuoteRestored(statement) : std::nullopt;
     if (!restored) {

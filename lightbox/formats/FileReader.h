@@ -50,8 +50,10 @@ private:
     void Keep(const std::string& word);
     void ShowRefused() const;
     bool OnError(const mel::Error& error);
-    /// Runs a statement that is not MEL with a damaged quotation mark put right. False if none can be.
+    /// Runs a statement with a damaged quotation mark put right, or with a damaged letter of its first word.
+    /// False if neither can be.
     bool RunRestored(std::string_view statement, int line);
+    bool RunWithWordRestored(std::string_view statement, int line);
     void AfterUnreadable(std::string_view readable, std::string_view skipped, int line);
     void CheckEnd(std::string_view text);
 

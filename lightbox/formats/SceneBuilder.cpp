@@ -141,7 +141,9 @@ void SceneBuilder::ShowSummary() const {
             " of attributes, statements and the like");
     }
     host_.output().Warning("file: " + source_.path + ": Not known here: " + text +
-                           (source_.mode == Mode::Reference ? "." : ". All of it is kept and written back.") +
+                           (source_.mode == Mode::Open     ? ". All of it is kept and written back."
+                            : source_.mode == Mode::Import ? ". What is about the file's nodes is kept."
+                                                           : ".") +
                            " The log names each.");
 }
 

@@ -377,6 +377,14 @@ constexpr std::pair<std::string_view, Statement> STATEMENTS[] = {{"addAttr", Add
 
 } // namespace
 
+std::vector<std::string_view> SceneStatementNames() {
+    std::vector<std::string_view> names;
+    for (const auto& [name, statement] : STATEMENTS) {
+        names.push_back(name);
+    }
+    return names;
+}
+
 bool IsSceneStatement(std::string_view name) {
     return std::any_of(std::begin(STATEMENTS), std::end(STATEMENTS),
                        [name](const auto& row) { return row.first == name; });

@@ -85,9 +85,18 @@ bool TextRun::Refuse(Parser& parser, const SourceText& source) const {
     const std::uint32_t begin = parser.StatementBegin();
     const char first = begin < source.Text().size() ? source.Text()[begin] : '\0';
     const bool isOther = name.empty() ? first == '$' || first == '{' : !options_.isAllowed(name);
-    const std::size_t end = isOther ? StatementEnd::Of(source.Text(), begin).position : source.Text().npos;
-    if (end == source.Text().npos) {
+    if (!isOther) {
         return false; // an allowed one, or not MEL
+    }
+    const std::size_t end = StatementEnd::Of(source.Text(), begin).position;
+    if (end == source.Text().npos) {
+        // Not parsed: a brace that is not closed would take everything behind it along.
+        int line = 0;
+        int column = 0;
+        source.Place(begin, line, column);
+        parser.ContinueAt(begin);
+        throw Error("Syntax error: the statement has no end.", Error::Kind::Syntax, source.Name(), line,
+                    column);
     }
     Refuse(source, begin, static_cast<std::uint32_t>(end));
     parser.ContinueAt(static_cast<std::uint32_t>(end));

@@ -339,6 +339,41 @@ TEST_F(SceneDamageTest, AWrongBitInAQuotationMarkCostsNothing) {
     EXPECT_THAT(SceneText(), HasSubstr("\n\t\t\"one a2b\"\n"));
 }
 
+TEST_F(SceneDamageTest, AWrongBitInTheWordOfAStatementCostsNothing) {
+    const std::string text = "//Maya ASCII 2018 scene\n//Name: bad.ma\ncreateNode notebook -n \"first\";\n"
+                             "\tsetAttr \".pg\" -type \"notes\" 1 \"one\";\n"
+                             "createNode notebook -n \"second\";\n"
+                             "\trename -uid \"0C3D1F00-0000-2A2B-5C00-000000000071\";\n"
+                             "\taddAttr -ci true -sn \"memo\" -ln \"memo\" -dt \"string\";\n"
+                             "\tsetAttr \".pg\" -type \"notes\" 2 \"two\"\n\t\t\"three\";\n"
+                             "connectAttr \"first.lpx\" \"second.lpy\";\n"
+                             "disconnectAttr \"first.lpx\" \"second.lpy\";\n"
+                             "select -ne :time1;\n\tsetAttr \".o\" 7;\n// End of bad.ma\n";
+    Write("bad.ma", text);
+    EXPECT_EQ(ErrorOfOpening("bad.ma"), "none");
+    const auto nodes = [this] {
+        return std::regex_replace(
+            SceneText(), std::regex("\trename -uid \"(?!0C3D1F00).*\n|createNode transform.*\n"), "");
+    };
+    const std::string whole = nodes();
+    for (const char* word :
+         {"createNode notebook -n \"second", "rename", "addAttr", "setAttr \".pg\" -type \"notes\" 2",
+          "connectAttr", "disconnectAttr", "select"}) {
+        const std::size_t begin = text.find(word);
+        const std::size_t last = text.find(' ', begin) - 1;
+        for (const std::size_t at : {begin, begin + 1, last}) {
+            for (int bit = 0; bit < 8; ++bit) {
+                std::string damaged = text;
+                damaged[at] = static_cast<char>(damaged[at] ^ 1 << bit);
+                Write("bad.ma", damaged);
+                const std::string what = damaged.substr(begin, 14) + " " + std::to_string(at - begin);
+                EXPECT_THAT(ErrorOfOpening("bad.ma"), HasSubstr("Errors while reading")) << what;
+                EXPECT_EQ(nodes(), whole) << what;
+            }
+        }
+    }
+}
+
 TEST_F(SceneDamageTest, OfACutStatementThePluginGetsWhatIsComplete) {
     const std::string head =
         "//Maya ASCII 2018 scene\n//Name: cut.ma\ncreateNode transform -n \"group\";\n"
