@@ -88,8 +88,12 @@ using LegacyForm = MStatus (MPxContext::*)(MEvent&);
 using Viewport2Form = MStatus (MPxContext::*)(MEvent&, MHWRender::MUIDrawManager&,
                                               const MHWRender::MFrameContext&);
 
+/// Whether what the tool drew before stays when it draws nothing this time.
+enum class EmptyDrawing { Replaces, Keeps };
+
 /// Calls the tool in the form for the view's renderer, and stores the items it draws.
-void Deliver(PluginContext& tool, View& view, MEvent& event, LegacyForm legacy, Viewport2Form viewport2) {
+void Deliver(PluginContext& tool, View& view, MEvent& event, LegacyForm legacy, Viewport2Form viewport2,
+             EmptyDrawing empty = EmptyDrawing::Replaces) {
     if (!view.IsViewport2()) {
         tool.Run([&](MPxContext& context) { (context.*legacy)(event); });
         return;
@@ -101,6 +105,9 @@ void Deliver(PluginContext& tool, View& view, MEvent& event, LegacyForm legacy, 
     const auto frameContext = ApiBridge::MakeFrameContext(view, camera);
     const auto manager = ApiBridge::MakeDrawManager(list);
     tool.Run([&](MPxContext& context) { (context.*viewport2)(event, *manager, *frameContext); });
+    if (list.empty() && empty == EmptyDrawing::Keeps) {
+        return;
+    }
     Drawing& drawing = Drawings()[&view];
     const bool changed = !drawing.list.empty() || !list.empty();
     drawing = Drawing{name, std::move(list)};
@@ -113,7 +120,8 @@ void Hold(View& view, MEvent event, unsigned serial) {
     const PressInProgress& press = CurrentPress();
     PluginContext* tool = PluginContext::Current();
     if (IsPressed(tool) && press.serial == serial && press.view == &view && !press.hasMoved) {
-        Deliver(*tool, view, event, &MPxContext::doHold, &MPxContext::doHold);
+        // Most tools know no hold.
+        Deliver(*tool, view, event, &MPxContext::doHold, &MPxContext::doHold, EmptyDrawing::Keeps);
     }
 }
 
