@@ -354,8 +354,13 @@ void BaseNode::QueueRefresh() {
     MObject transform = MFnDagNode(self).parent(0);
     MStatus status;
     MPlug visibility = MFnDependencyNode(transform).findPlug("visibility", true, &status);
+    if (status && visibility.setValue(visibility.asBool())) {
+        return;
+    }
+    // The attribute is locked or connected.
+    M3dView view = M3dView::active3dView(&status);
     if (status) {
-        visibility.setValue(visibility.asBool());
+        view.refresh(true);
     }
 }
 
