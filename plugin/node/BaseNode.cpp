@@ -35,6 +35,7 @@ MObject BaseNode::opacity_;
 std::unique_ptr<TimelineOverlay> BaseNode::timelineOverlay_;
 bool BaseNode::drawContextActive_ = false;
 LegacyOutline* BaseNode::transformContext_ = nullptr;
+LegacyOutline* BaseNode::adjustingContext_ = nullptr;
 
 namespace {
 
@@ -441,6 +442,10 @@ void BaseNode::SetActiveTransformContext(LegacyOutline* context) {
 
 LegacyOutline* BaseNode::GetActiveTransformContext() {
     return transformContext_;
+}
+
+void BaseNode::SetAdjustingContext(LegacyOutline* context) {
+    adjustingContext_ = context;
 }
 
 bool BaseNode::TimeControlOverlayIsVisible(const BaseNode* node) {

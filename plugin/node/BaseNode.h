@@ -196,6 +196,8 @@ public:
     /// none.
     static void SetActiveTransformContext(LegacyOutline* context);
     static LegacyOutline* GetActiveTransformContext();
+    /// The draw tool while it shows the size of its tool; null when it does not. Borrowed, as above.
+    static void SetAdjustingContext(LegacyOutline* context);
     static bool TimeControlOverlayIsVisible(const BaseNode* node);
     static void UpdateTimeControlOverlay();
 
@@ -251,6 +253,7 @@ private:
     static std::unique_ptr<TimelineOverlay> timelineOverlay_;
     static bool drawContextActive_;
     static LegacyOutline* transformContext_;
+    static LegacyOutline* adjustingContext_;
 
     mutable bool toldOfMissingData_ = false;
     mutable BaseNodePointer copiedFrom_; ///< of a duplicate that may still share its drawing

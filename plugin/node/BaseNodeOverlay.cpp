@@ -15,10 +15,14 @@ namespace vellix {
 
 void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dView::DisplayStatus) {
     try {
-        if (const QImage* image = GetFinalImage(MayaUtil::GetCameraName(view))) {
+        const QImage* const image = GetFinalImage(MayaUtil::GetCameraName(view));
+        LegacyOutline* const tool = transformContext_ ? transformContext_ : adjustingContext_;
+        LegacyOutline* const outline = IsMaster() ? tool : nullptr;
+        if (image) {
             NotePlacement(ViewPlacement::For(view));
-            legacyPicture_.Draw(view, *image, placement_, GetOpacity(),
-                                IsMaster() ? transformContext_ : nullptr);
+        }
+        if (image || outline) {
+            legacyPicture_.Draw(view, image, placement_, GetOpacity(), outline);
         }
     } catch (const std::bad_alloc&) {
         // The next refresh tries again; a message at each would bury the others.

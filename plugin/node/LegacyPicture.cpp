@@ -22,9 +22,19 @@ LegacyPicture::~LegacyPicture() {
     }
 }
 
-void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement& placement, float opacity,
+void LegacyPicture::Draw(M3dView& view, const QImage* image, const ViewPlacement& placement, float opacity,
                          LegacyOutline* outline) {
     LegacyOpenGlBegin(view);
+    if (image) {
+        DrawImage(*image, placement, opacity);
+    }
+    if (outline) {
+        outline->OnViewDrawn(view);
+    }
+    LegacyOpenGlEnd(view);
+}
+
+void LegacyPicture::DrawImage(const QImage& image, const ViewPlacement& placement, float opacity) {
     // A view's OpenGL context, with its textures, ends with the view.
     if (texture_ == 0 || glIsTexture(texture_) == GL_FALSE) {
         InitializeLegacyViewport();
@@ -38,10 +48,6 @@ void LegacyPicture::Draw(M3dView& view, const QImage& image, const ViewPlacement
     }
     glColor4f(1.0f, 1.0f, 1.0f, opacity);
     DrawQuad(placement);
-    if (outline) {
-        outline->OnViewDrawn(view);
-    }
-    LegacyOpenGlEnd(view);
 }
 
 void LegacyPicture::InitializeLegacyViewport() {

@@ -19,12 +19,13 @@ public:
     LegacyPicture& operator=(const LegacyPicture&) = delete;
     ~LegacyPicture();
 
-    /// Draws the image at its placement in the view, then the tool's outline (null for none) over it.
+    /// Draws the image at its placement in the view, then the tool's outline over it; either may be null.
     /// `opacity` is 0 to 1.
-    void Draw(M3dView& view, const QImage& image, const ViewPlacement& placement, float opacity,
+    void Draw(M3dView& view, const QImage* image, const ViewPlacement& placement, float opacity,
               LegacyOutline* outline);
 
 private:
+    void DrawImage(const QImage& image, const ViewPlacement& placement, float opacity);
     void InitializeLegacyViewport();
     static void LegacyOpenGlBegin(M3dView& view);
     static void DrawQuad(const ViewPlacement& placement);

@@ -32,6 +32,8 @@ namespace {
 
 constexpr int PIXELS_PER_STEP = 10;
 constexpr int CIRCLE_CORNERS = 360;
+// Inverting the highest bit is visible on every colour; white would invert mid-grey to mid-grey.
+constexpr GLubyte CIRCLE_INVERSION = 0x80;
 constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
 
 /// Has the node made once the host is idle, and once only, however often the tool is chosen until then.
@@ -58,6 +60,7 @@ DrawContext::~DrawContext() {
     if (stroke_) {
         ThreadManager::GetInstance()->DestroyInputThread();
     }
+    BaseNode::SetAdjustingContext(nullptr);
 }
 
 void DrawContext::toolOnSetup(MEvent&) {
@@ -258,6 +261,7 @@ void DrawContext::DropUnfinished() {
     node_ = BaseNodePointer();
     stroke_ = nullptr;
     view_.clear();
+    BaseNode::SetAdjustingContext(nullptr);
     adjustSize_ = false;
     adjustOpacity_ = false;
     inputHandler_.SetDrawContext(nullptr);
@@ -354,6 +358,8 @@ void DrawContext::BeginAdjusting(MEvent& event) {
     adjustedTool_ = Settings::activeTool;
     adjustStart_ = AdjustedValue();
     event.getPosition(pressX_, pressY_);
+    view_ = M3dView::active3dView().widget();
+    BaseNode::SetAdjustingContext(this);
     ToggleDiameterDisplay(0.0f);
     circleShown_ = false;
     ToggleDiameterDisplay(ToolDisplayRadius());
@@ -366,8 +372,11 @@ void DrawContext::EndAdjusting() {
     if (circleShown_) {
         ToggleDiameterDisplay(circleRadius_);
     }
+    BaseNode::SetAdjustingContext(nullptr);
     adjustSize_ = false;
     adjustOpacity_ = false;
+    RefreshView(); // the view may have been drawn without the circle that was taken off it
+    view_.clear();
     node_ = BaseNodePointer();
 }
 
@@ -401,14 +410,35 @@ void DrawContext::DrawXorCircle(float radius) const {
     if (!view.beginXorDrawing()) {
         return;
     }
-    view.setDrawColor(MColor(1.0f, 1.0f, 1.0f));
+    constexpr float inversion = CIRCLE_INVERSION / 255.0f;
+    view.setDrawColor(MColor(inversion, inversion, inversion));
+    DrawCircle(radius);
+    view.endXorDrawing();
+}
+
+void DrawContext::DrawCircle(float radius) const {
     glBegin(GL_LINE_LOOP);
     for (int degree = 0; degree < CIRCLE_CORNERS; ++degree) {
         const double angle = degree * RADIANS_PER_DEGREE;
         glVertex2d(pressX_ + radius * std::cos(angle), pressY_ + radius * std::sin(angle));
     }
     glEnd();
-    view.endXorDrawing();
+}
+
+/// Every redraw of the view takes the circle away.
+void DrawContext::OnViewDrawn(const M3dView& view) {
+    if (!adjustSize_ || !circleShown_ || view.widget() != view_) {
+        return;
+    }
+    for (const GLenum capability : {GL_TEXTURE_2D, GL_LINE_SMOOTH, GL_LINE_STIPPLE}) {
+        glDisable(capability);
+    }
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_XOR);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
+    glLineWidth(1.0f);
+    glColor3ub(CIRCLE_INVERSION, CIRCLE_INVERSION, CIRCLE_INVERSION);
+    DrawCircle(circleRadius_);
 }
 
 void DrawContext::DrawAdjustment(float radius) const {

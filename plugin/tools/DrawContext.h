@@ -1,6 +1,7 @@
 #pragma once
 
 #include "node/BaseNodePointer.h"
+#include "node/LegacyOutline.h"
 #include "paint/ToolType.h"
 #include "tools/DrawContextInputHandler.h"
 #include "tools/StrokeGuard.h"
@@ -23,7 +24,7 @@ struct Stroke;
 /// thread adds points until the release; a text stroke then takes typed keys. With B or M held, a drag
 /// instead sets the size or the opacity of the current drawing tool. The middle button makes the view's
 /// camera the active one. Every event handler returns success.
-class DrawContext : public MPxContext {
+class DrawContext : public MPxContext, private LegacyOutline {
 public:
     DrawContext();
     ~DrawContext() override;
@@ -61,7 +62,7 @@ public:
     /// Shows the circle of the tool being adjusted with its value, or removes the circle that is shown.
     /// `radius` is in view pixels.
     void ToggleDiameterDisplay(float radius);
-    /// The view that the stroke began in; null once it is closed. The host owns it.
+    /// The view that the stroke or the adjustment began in; null once it is closed. The host owns it.
     QWidget* View() const { return view_; }
 
 private:
@@ -77,9 +78,14 @@ private:
     void CommitOrDrop(void (DrawContext::*commit)()) noexcept;
     void SwitchCamera();
     Stroke* ActiveStroke() const;
-    void EditText(QKeyEvent* event);
+    void EditText(const QKeyEvent& event);
+    void ShowText();
+    void EndComposition();
+    static void Warn(bool fits);
     int AdjustedValue() const;
     void DrawXorCircle(float radius) const;
+    void DrawCircle(float radius) const;
+    void OnViewDrawn(const M3dView& view) override;
     void DrawAdjustment(float radius) const;
 
     DrawContextInputHandler inputHandler_;
