@@ -137,9 +137,7 @@ MStatus DrawContext::doRelease(MEvent&) {
     if (IsAdjusting()) {
         EndAdjusting();
     } else if (node_ || stroke_) {
-        ThreadManager::GetInstance()->AwaitFirstSamples();
-        ThreadManager::GetInstance()->DestroyInputThread();
-        guard_.Release();
+        EndSampling();
         const Stroke* const stroke = ActiveStroke();
         if (!stroke || stroke->tool != ToolType::Text) {
             PushStroke();
@@ -199,6 +197,17 @@ void DrawContext::BeginStroke() {
     view_ = view.widget();
     ThreadManager::GetInstance()->CreateInputThread(view_, node, stroke_);
     guard_.Watch(view_);
+}
+
+/// Adds the samples that the main thread has not got yet.
+void DrawContext::EndSampling() {
+    ThreadManager& samples = *ThreadManager::GetInstance();
+    if (guard_.HasEnd()) {
+        samples.TakeRest(guard_.End());
+    }
+    samples.AwaitFirstSamples();
+    samples.DestroyInputThread();
+    guard_.Release();
 }
 
 void DrawContext::FinishStroke() {

@@ -73,6 +73,7 @@ private:
     void BeginAdjusting(MEvent& event);
     void EndAdjusting();
     void BeginStroke();
+    void EndSampling();
     /// Stops the input thread and commits the stroke being drawn or typed, if there is one.
     void FinishStroke();
     void CommitOrDrop(void (DrawContext::*commit)()) noexcept;

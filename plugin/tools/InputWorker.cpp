@@ -20,19 +20,17 @@ constexpr int NOWHERE = std::numeric_limits<int>::max();
 } // namespace
 
 InputWorker::InputWorker(const QWidget& view, ToolType tool)
-    : lastPosition_(NOWHERE, NOWHERE)
+    : viewCorner_(view.mapToGlobal(QPoint(0, 0)))
+    , viewHeight_(view.height())
+    , lastPosition_(NOWHERE, NOWHERE)
     , size_(Settings::GetToolSize(tool))
     , opacity_(static_cast<float>(Settings::GetToolOpacity(tool)) / 100.0f)
     , hardness_(static_cast<float>(Settings::GetToolHardness(tool)) / 100.0f)
-    , pressureEnabled_(Settings::IsTabletPressureEnabled(tool)) {
-    SetView(view);
-}
+    , pressureEnabled_(Settings::IsTabletPressureEnabled(tool)) {}
 
-void InputWorker::SetView(const QWidget& view) {
-    const QPoint corner = view.mapToGlobal(QPoint(0, 0));
-    viewLeft_ = corner.x();
-    viewTop_ = corner.y();
-    viewHeight_ = view.height();
+QPoint InputWorker::ToView(const QPoint& onScreen) const {
+    const QPoint place = onScreen - viewCorner_;
+    return QPoint(place.x() + 1, (viewHeight_ - 1) - place.y() + 2);
 }
 
 void InputWorker::Run() {
@@ -54,16 +52,13 @@ void InputWorker::Shutdown() {
 }
 
 void InputWorker::UpdatePosition() {
-    const QPoint onScreen = QCursor::pos();
-    const int x = onScreen.x() - viewLeft_;
-    const int y = (viewHeight_ - 1) - (onScreen.y() - viewTop_) + 2;
-    const QPoint position(x + 1, y);
+    const QPoint position = ToView(QCursor::pos());
     if (position == lastPosition_) {
         return;
     }
     if (lastPosition_ == QPoint(NOWHERE, NOWHERE)) {
         // Two samples one pixel apart, so that a click without a move makes a dot.
-        Send(QPoint(x, y));
+        Send(position - QPoint(1, 0));
     }
     Send(position);
     lastPosition_ = position;

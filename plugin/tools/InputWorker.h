@@ -5,14 +5,12 @@
 #include <QObject>
 #include <QPoint>
 
-#include <atomic>
-
 class QWidget;
 
 namespace vellix {
 
 /// Samples the pointer on its own thread while a stroke is drawn, so that a busy main thread loses no
-/// samples. Takes the tool's values at construction. Knows only the view's place on the screen, not the
+/// samples. Takes the tool's values and the view's place on the screen at construction. Does not know the
 /// widget, which may be deleted at any time.
 class InputWorker : public QObject {
     Q_OBJECT
@@ -20,8 +18,8 @@ class InputWorker : public QObject {
 public:
     InputWorker(const QWidget& view, ToolType tool);
 
-    /// Updates the view's place on the screen. Called on the main thread.
-    void SetView(const QWidget& view);
+    /// The position that is sent for a place on the screen.
+    QPoint ToView(const QPoint& onScreen) const;
 
 Q_SIGNALS:
     /// Position in view pixels from the bottom left, size in image pixels, opacity 0..1 with the pen's
@@ -38,9 +36,8 @@ private:
     void UpdatePosition();
     void Send(const QPoint& position);
 
-    std::atomic<int> viewLeft_; ///< screen pixels
-    std::atomic<int> viewTop_;
-    std::atomic<int> viewHeight_;
+    const QPoint viewCorner_; ///< screen pixels
+    const int viewHeight_;
     bool running_ = false;
     QPoint lastPosition_; ///< the last position sent
     int size_;

@@ -1,5 +1,7 @@
 #include "tools/StrokeGuard.h"
 
+#include "tools/ThreadManager.h"
+
 #include <QEvent>
 #include <QMouseEvent>
 
@@ -23,7 +25,9 @@ void StrokeGuard::Watch(QWidget* view) {
     view_ = view;
     window_ = view->window();
     view->installEventFilter(this);
-    connect(view, &QObject::destroyed, &due_, static_cast<void (QTimer::*)()>(&QTimer::start));
+    const auto start = static_cast<void (QTimer::*)()>(&QTimer::start);
+    connect(view, &QObject::destroyed, &due_, start);
+    connect(ThreadManager::GetInstance(), &ThreadManager::ViewChanged, &due_, start);
     if (window_ != view) {
         window_->installEventFilter(this);
     }
@@ -31,6 +35,8 @@ void StrokeGuard::Watch(QWidget* view) {
 
 void StrokeGuard::Release() {
     due_.stop();
+    hasEnd_ = false;
+    disconnect(ThreadManager::GetInstance(), nullptr, &due_, nullptr);
     for (const QPointer<QWidget>& widget : {view_, window_}) {
         if (widget) {
             widget->removeEventFilter(this);
@@ -50,6 +56,14 @@ bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::WindowBlocked:
         due_.start();
         break;
+    case QEvent::MouseButtonRelease: {
+        const auto* const release = static_cast<QMouseEvent*>(event);
+        if (watched == view_ && release->button() == Qt::LeftButton) {
+            hasEnd_ = true;
+            end_ = release->globalPos();
+        }
+        break;
+    }
     case QEvent::MouseMove:
         // Only the view counts: other widgets of the window may see moves with no button held.
         if (watched == view_ && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {

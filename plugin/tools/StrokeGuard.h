@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -11,7 +12,8 @@ namespace vellix {
 
 /// Watches the view in which a stroke is drawn and reports when the release that ends the stroke will not
 /// come: the view is hidden or closed, a modal dialog blocks its window, or the pointer moves with no button
-/// held. A window that only loses the focus does not count, since the view keeps the mouse grab.
+/// held. The same when the view got another place, size or camera: the pointer would draw elsewhere. A window
+/// that only loses the focus does not count, since the view keeps the mouse grab.
 class StrokeGuard : public QObject {
     Q_OBJECT
 
@@ -21,6 +23,9 @@ public:
 
     void Watch(QWidget* view);
     void Release();
+    /// Whether the left button was released over the view, and where on the screen.
+    bool HasEnd() const { return hasEnd_; }
+    const QPoint& End() const { return end_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -30,6 +35,8 @@ private:
     QPointer<QWidget> view_;
     QPointer<QWidget> window_;
     QTimer due_;
+    bool hasEnd_ = false;
+    QPoint end_; ///< screen pixels
 };
 
 } // namespace vellix

@@ -5,12 +5,15 @@
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
 #include "tools/InputWorker.h"
+#include "tools/LateSamples.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QScopedValueRollback>
 #include <QThread>
 
+#include <algorithm>
 #include <new>
 
 namespace vellix {
@@ -18,6 +21,16 @@ namespace vellix {
 namespace {
 
 constexpr unsigned long MAX_WAIT_MS = 250;
+
+QRect PlaceOnScreen(const QWidget& view) {
+    return QRect(view.mapToGlobal(QPoint(0, 0)), view.size());
+}
+
+MDagPath CameraOf(const M3dView& view) {
+    MDagPath camera;
+    view.getCamera(camera);
+    return camera;
+}
 
 } // namespace
 
@@ -51,6 +64,8 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     }
     widget_ = view;
     view_ = FindView(*view);
+    place_ = PlaceOnScreen(*view);
+    camera_ = CameraOf(view_);
     node_ = BaseNodePointer(node);
     stroke_ = stroke;
     stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
@@ -67,25 +82,60 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     Q_EMIT RunInputWorker();
 }
 
+void ThreadManager::TakeRest(const QPoint& release) {
+    if (!active_ || !StrokeIsThere() || !HasFirstSamples() || !EndThread()) {
+        return;
+    }
+    {
+        const QScopedValueRollback<bool> late(isLate_, true);
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    }
+    QList<Sample> rest;
+    std::swap(rest, late_);
+    QList<QPoint> positions;
+    for (const Sample& sample : rest) {
+        positions.append(sample.position);
+    }
+    const QPoint end = worker_->ToView(release);
+    const int count = CountBeforeRelease(last_.position, positions, end);
+    for (int i = 0; i < count && active_; ++i) {
+        Take(rest.at(i));
+    }
+    if (active_ && last_.position != end) {
+        Sample sample = last_;
+        sample.position = end;
+        Take(sample);
+    }
+}
+
 void ThreadManager::AwaitFirstSamples() {
     if (!active_ || !StrokeIsThere()) {
         return;
     }
-    const int least = stroke_->tool == ToolType::Text ? 1 : 2;
     QElapsedTimer timer;
     timer.start();
-    while (stroke_->points.size() < least && !timer.hasExpired(MAX_WAIT_MS)) {
+    while (active_ && !HasFirstSamples() && !timer.hasExpired(MAX_WAIT_MS)) {
         QThread::msleep(1);
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     }
+}
+
+/// Whether the stroke can be seen.
+bool ThreadManager::HasFirstSamples() const {
+    return stroke_->points.size() >= (stroke_->tool == ToolType::Text ? 1 : 2);
+}
+
+/// Returns false if the thread has not ended after 250 ms.
+bool ThreadManager::EndThread() {
+    Q_EMIT ShutdownInputWorker();
+    return thread_->wait(MAX_WAIT_MS);
 }
 
 void ThreadManager::DestroyInputThread() {
     active_ = false;
     catchUp_.stop();
     if (thread_) {
-        Q_EMIT ShutdownInputWorker();
-        const bool ended = thread_->wait(MAX_WAIT_MS);
+        const bool ended = EndThread();
         disconnect(worker_.get(), nullptr, this, nullptr);
         disconnect(this, nullptr, worker_.get(), nullptr);
         // Queued samples would otherwise be added to the next stroke.
@@ -104,14 +154,26 @@ void ThreadManager::DestroyInputThread() {
     stroke_ = nullptr;
     widget_.clear();
     view_ = M3dView();
+    camera_ = MDagPath();
+    late_.clear();
 }
 
 void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness) {
-    if (!active_ || !StrokeIsThere()) {
-        return;
+    if (active_ && StrokeIsThere()) {
+        Take({position, size, opacity, hardness});
     }
+}
+
+void ThreadManager::Take(const Sample& sample) {
     try {
-        AddSample(position, size, opacity, hardness);
+        if (isLate_) {
+            late_.append(sample);
+        } else if (ViewIsAsAtPress()) {
+            AddSample(sample);
+        } else {
+            active_ = false;
+            Q_EMIT ViewChanged();
+        }
     } catch (const std::bad_alloc& reason) {
         if (!isShort_) {
             LogFailure("A part of the stroke", reason);
@@ -120,17 +182,17 @@ void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, flo
     }
 }
 
-void ThreadManager::AddSample(const QPoint& position, int size, float opacity, float hardness) {
+void ThreadManager::AddSample(const Sample& sample) {
     if (widget_) {
-        worker_->SetView(*widget_);
         placement_ = ViewPlacement::For(view_);
     }
-    StrokePoint sample;
-    sample.size = size;
-    sample.opacity = opacity;
-    sample.hardness = hardness;
-    sample.position = placement_.ToImage(position);
-    const StrokeSmoother::Outcome outcome = smoother_.Receive(*stroke_, sample, Settings::textFontFamily);
+    StrokePoint point;
+    point.size = sample.size;
+    point.opacity = sample.opacity;
+    point.hardness = sample.hardness;
+    point.position = placement_.ToImage(sample.position);
+    const StrokeSmoother::Outcome outcome = smoother_.Receive(*stroke_, point, Settings::textFontFamily);
+    last_ = sample;
     if (outcome.firstSegment) {
         node_->RefreshActiveView();
     } else if (outcome.changed) {
@@ -151,6 +213,11 @@ void ThreadManager::CatchUp() {
 /// Returns false when the node has left the scene or a command has committed or dropped the stroke.
 bool ThreadManager::StrokeIsThere() const {
     return node_ && node_->HasActiveStroke() && node_->GetActiveStroke(QString(), false) == stroke_;
+}
+
+/// Otherwise the pointer's positions would be taken for others, or those of another camera.
+bool ThreadManager::ViewIsAsAtPress() const {
+    return !widget_ || (PlaceOnScreen(*widget_) == place_ && CameraOf(view_) == camera_);
 }
 
 M3dView ThreadManager::FindView(const QWidget& widget) {

@@ -5,9 +5,13 @@
 #include "paint/StrokeSmoother.h"
 
 #include <maya/M3dView.h>
+#include <maya/MDagPath.h>
 
+#include <QList>
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
+#include <QRect>
 #include <QTimer>
 #include <QWidget>
 
@@ -31,8 +35,12 @@ public:
 
     /// Starts sampling the pointer over `view` into `stroke` of `node`. Stops an input thread that is still
     /// running. Starts nothing if an argument is null. Borrows all three; samples are ignored once one of
-    /// them is gone.
+    /// them is gone, or the view has another place, size or camera.
     void CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke);
+    /// Ends the sampling of a stroke that is shown, and adds the samples which the thread took before the
+    /// release, and the place of the release (screen pixels). Does nothing for a click that is still without
+    /// samples.
+    void TakeRest(const QPoint& release);
     /// Waits, at most 250 ms, for the first samples of a click that ended before the thread delivered any.
     void AwaitFirstSamples();
     /// Stops the input thread, waiting at most 250 ms, and drops samples not yet delivered.
@@ -42,6 +50,8 @@ public:
 Q_SIGNALS:
     void RunInputWorker();
     void ShutdownInputWorker();
+    /// The view has another place, size or camera than at the press. The stroke gets no more samples.
+    void ViewChanged();
 
 public Q_SLOTS:
     /// Receives a sample; see InputWorker::MousePositionChanged.
@@ -51,8 +61,20 @@ private:
     ThreadManager();
     ~ThreadManager() override;
 
+    /// What the input thread sends; see InputWorker::MousePositionChanged.
+    struct Sample {
+        QPoint position;
+        int size = 1;
+        float opacity = 1.0f;
+        float hardness = 1.0f;
+    };
+
     bool StrokeIsThere() const;
-    void AddSample(const QPoint& position, int size, float opacity, float hardness);
+    bool ViewIsAsAtPress() const;
+    bool HasFirstSamples() const;
+    bool EndThread();
+    void Take(const Sample& sample);
+    void AddSample(const Sample& sample);
     void CatchUp();
     /// The widget's view; the active one when it has none.
     static M3dView FindView(const QWidget& widget);
@@ -61,12 +83,17 @@ private:
     Stroke* stroke_ = nullptr;
     QPointer<QWidget> widget_;
     M3dView view_;
+    QRect place_;             ///< of the view on the screen, at the press
+    MDagPath camera_;         ///< of the view at the press
     ViewPlacement placement_; ///< of the last sample; it outlives the view
     StrokeSmoother smoother_;
     QTimer catchUp_;
     std::unique_ptr<QThread> thread_;
     std::unique_ptr<InputWorker> worker_;
     bool active_ = false;
+    bool isLate_ = false; ///< samples come after the release, and are kept aside
+    QList<Sample> late_;
+    Sample last_;          ///< added to the stroke
     bool isShort_ = false; ///< of memory, as was reported for this stroke
     /// Threads that did not end in time. Each deletes itself and its worker when it finishes.
     std::vector<QPointer<QThread>> lateThreads_;
