@@ -62,6 +62,8 @@ public:
     // The node. Executed when the host is idle, so it may be called inside callbacks and other commands.
     static bool CreateNode(bool addLayer, bool addFrames, const QString& camera, const QString& layerName,
                            int layerState);
+    /// Creates the node at once, without a layer, as an undo step.
+    static bool CreateNodeNow();
 
     // Layers. Indexes count from the bottom of the camera's stack.
     static bool AddLayer(const QString& camera, const QString& name, int state);

@@ -137,6 +137,10 @@ bool MayaUtil::CreateNode(bool addLayer, bool addFrames, const QString& camera, 
     return ExecuteOnIdle(CommandLine(Settings::NODE_COMMAND_NAME, arguments));
 }
 
+bool MayaUtil::CreateNodeNow() {
+    return Execute(Settings::NODE_COMMAND_NAME);
+}
+
 bool MayaUtil::MarkSceneModified() {
     return Execute(QStringLiteral("file -modified 1"));
 }

@@ -177,7 +177,10 @@ MStatus DrawContext::Handle(LegacyHandler handler, MEvent& event, MHWRender::MUI
 // --- strokes ----------------------------------------------------------------------------------------------
 
 void DrawContext::BeginStroke() {
-    BaseNode* const node = BaseNode::GetMaster();
+    BaseNode* node = BaseNode::GetMaster();
+    if (!node && MayaUtil::CreateNodeNow()) {
+        node = BaseNode::GetMaster(); // the scene is a new one, or the node was deleted or undone
+    }
     if (!node) {
         return;
     }
