@@ -1,9 +1,9 @@
 #include "paint/DrawUtil.h"
 
 #include "paint/ImageSize.h"
+#include "paint/TextCaret.h"
 
 #include <QColor>
-#include <QFont>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
@@ -20,6 +20,7 @@ constexpr float HEAD_ANGLE = 0.62831855f; // 36 degrees
 constexpr double HEAD_LENGTH = 40.0;
 constexpr double FULL_HEAD_SHAFT = 200.0; // pixels; shorter shafts have shorter heads
 constexpr int EDITING_FRAME_WIDTH = 2;
+constexpr double CARET_WIDTH = 2.0;
 
 // Side of the largest transformed image, in pixels. Larger regions are drawn through the painter's matrix,
 // which costs only the part that falls on the target.
@@ -51,6 +52,13 @@ int CentredStart(int first, int last, int extent, int offset) {
     const qint64 start = middle - extent / 2 + offset;
     constexpr qint64 far = 1 << 24; // far outside the image on either side
     return int(std::min(std::max(start, -far), far));
+}
+
+void DrawCaret(QPainter& painter, const Stroke& stroke) {
+    const QRectF caret = TextCaret::Place(stroke, *painter.device());
+    if (!caret.isNull()) {
+        painter.fillRect(caret.adjusted(0.0, 0.0, CARET_WIDTH, 0.0), stroke.color);
+    }
 }
 
 bool IsFinite(const Stroke& stroke) {
@@ -103,6 +111,9 @@ void DrawUtil::DrawStroke(QImage& image, const Stroke& stroke, bool editing) {
     case ToolType::Text:
         painter.setRenderHint(QPainter::TextAntialiasing);
         DrawTextString(painter, stroke.points, stroke.color, stroke.text, stroke.fontFamily, editing);
+        if (editing) {
+            DrawCaret(painter, stroke);
+        }
         break;
     case ToolType::Pencil:
     case ToolType::Brush:
@@ -161,9 +172,7 @@ void DrawUtil::DrawTextString(QPainter& painter, const QList<StrokePoint>& point
     QPen pen = painter.pen();
     pen.setColor(StrokeColor(point, color));
     painter.setPen(pen);
-    QFont font(fontFamily);
-    font.setPointSize(std::min(std::max(int(point.size), 1), IMAGE_WIDTH));
-    painter.setFont(font);
+    painter.setFont(TextCaret::FontOf(fontFamily, point));
     // An empty text has no bounding box to frame. A space has the height of a line.
     const QString shown = text.isEmpty() ? QStringLiteral(" ") : text;
     const QRectF place(QPointF(point.position), QSizeF(1.0, 1.0));

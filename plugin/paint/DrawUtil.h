@@ -28,7 +28,7 @@ public:
     // --- whole strokes
 
     /// Clears the image and draws a shape or text stroke into it. Other tools leave it empty. `editing` draws
-    /// a frame around text that is still being typed.
+    /// a frame around text that is still being typed, and the caret if the stroke has one.
     static void DrawStroke(QImage& image, const Stroke& stroke, bool editing);
 
     /// Rasterises a pencil, brush or eraser stroke from point `start` on: the segments (start, start + 1) and

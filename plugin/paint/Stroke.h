@@ -26,6 +26,7 @@ struct Stroke {
     QList<StrokePoint> points; ///< shapes use the first two (start and current end), text the first
     QString text;
     QString fontFamily;
+    qint32 caret = -1; ///< place in `text`, in units of UTF-16, while it is typed; negative: none is shown
 
     QRect selection;      ///< lifted by the transform tool, image pixels, edges included; left 0, top 0,
                           ///< right -1, bottom -1 while empty; may be inverted while it is dragged out

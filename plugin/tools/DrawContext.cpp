@@ -2,7 +2,6 @@
 
 #include "core/LayerManager.h"
 #include "host/Guarded.h"
-#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
@@ -17,10 +16,7 @@
 #include <maya/MPoint.h>
 #include <maya/MUIDrawManager.h>
 
-#include <QClipboard>
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <QKeyEvent>
 #include <QTimer>
 #include <qopengl.h>
 
@@ -144,7 +140,7 @@ MStatus DrawContext::doRelease(MEvent&) {
         } else {
             text_ = TypedText();
             isUnsaved_ = false;
-            RefreshView();
+            ShowText();
             inputHandler_.SetDrawContext(this);
         }
     }
@@ -223,6 +219,7 @@ void DrawContext::FinishStroke() {
 }
 
 void DrawContext::PushStroke() {
+    EndComposition();
     const BaseNodePointer node = node_;
     const bool wasBegun = stroke_ != nullptr;
     const bool isThere = ActiveStroke() != nullptr; // a command may have committed it
@@ -307,56 +304,6 @@ void DrawContext::SwitchCamera() {
     const int index = node->GetActiveLayerIndex(camera);
     if (camera != node->GetActiveCamera() && index >= 0) {
         MayaUtil::SetActiveLayer(camera, index);
-    }
-}
-
-// --- text -------------------------------------------------------------------------------------------------
-
-bool DrawContext::IsTyping() const {
-    const Stroke* const stroke = ActiveStroke();
-    return stroke != nullptr && stroke->tool == ToolType::Text;
-}
-
-void DrawContext::EndTextDraw() {
-    CommitOrDrop(&DrawContext::PushStroke);
-}
-
-bool DrawContext::ProcessKeyDownEvent(QKeyEvent* event) {
-    if (!IsTyping()) {
-        return false;
-    }
-    if (event->key() == Qt::Key_Escape) {
-        EndTextDraw();
-        return true;
-    }
-    EditText(event);
-    if (stroke_->text != text_.Get()) {
-        stroke_->text = text_.Get();
-        stroke_->changed = true;
-        // Nothing of the text is in an undo step yet, but it must not get lost when the scene is left.
-        isUnsaved_ = isUnsaved_ || MayaUtil::MarkSceneModified();
-    }
-    RefreshView();
-    return true;
-}
-
-void DrawContext::EditText(QKeyEvent* event) {
-    bool fits = true;
-    if (event->matches(QKeySequence::Undo)) {
-        text_.Undo();
-    } else if (event->matches(QKeySequence::Redo)) {
-        text_.Redo();
-    } else if (event->matches(QKeySequence::Paste)) {
-        fits = text_.Paste(QGuiApplication::clipboard()->text());
-    } else if (event->key() == Qt::Key_Backspace) {
-        text_.DropLast();
-    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        fits = text_.Type(QStringLiteral("\n"));
-    } else {
-        fits = text_.Type(event->text());
-    }
-    if (!fits) {
-        Logger::Warning(QStringLiteral("A text has at most %1 characters.").arg(TypedText::MAX_LENGTH));
     }
 }
 

@@ -13,6 +13,8 @@
 #include <QString>
 #include <QWidget>
 
+class QInputMethodEvent;
+class QInputMethodQueryEvent;
 class QKeyEvent;
 
 namespace vellix {
@@ -43,9 +45,15 @@ public:
     MStatus doRelease(MEvent& event, MHWRender::MUIDrawManager& drawManager,
                       const MHWRender::MFrameContext& context) override;
 
-    /// Handles a key for the text being typed: Escape ends it, the keys of undo, redo and paste act on it.
-    /// Returns false, and does nothing, when no text is being typed.
+    /// Handles a key for the text being typed: Escape ends it, the keys of undo, redo, paste and of the caret
+    /// act on it. Returns false, and does nothing, when no text is being typed.
     bool ProcessKeyDownEvent(QKeyEvent* event);
+    /// Takes what an input method composes or has composed. Call it only while text is typed.
+    void ProcessInputMethodEvent(const QInputMethodEvent& event);
+    /// Tells an input method about the text and the place of its caret. Call it only while text is typed.
+    void AnswerInputMethod(QInputMethodQueryEvent& query) const;
+    /// Whether the text wants a key that is a shortcut of the host otherwise.
+    static bool EditsText(const QKeyEvent& event);
     /// Returns whether text is being typed.
     bool IsTyping() const;
     /// Commits the text, or drops it with a message when that fails.

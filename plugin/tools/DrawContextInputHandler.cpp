@@ -96,10 +96,12 @@ bool DrawContextInputHandler::ProcessViewEvent(QEvent* event) {
     case QEvent::TabletRelease:
         return ProcessTabletEvent(static_cast<QTabletEvent*>(event));
     case QEvent::InputMethod:
+    case QEvent::InputMethodQuery:
         return ProcessInputMethodEvent(event);
     case QEvent::KeyPress:
         // Here, since the view would use the tab key to pass the focus on.
-        return IsTyping() && ProcessKeyDownEvent(static_cast<QKeyEvent*>(event));
+        return IsTyping() && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab &&
+               ProcessKeyDownEvent(static_cast<QKeyEvent*>(event));
     default:
         return false;
     }
@@ -121,7 +123,10 @@ bool DrawContextInputHandler::ProcessMainWindowEvent(QEvent* event) {
 bool DrawContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
     TrackBackslash(*event);
     if (event->key() == Qt::Key_Backslash) {
-        return false;
+        if (drawContext_) {
+            drawContext_->ProcessKeyDownEvent(event);
+        }
+        return false; // the host tracks it too
     }
     if (drawContext_) {
         return drawContext_->ProcessKeyDownEvent(event);
@@ -164,9 +169,7 @@ bool DrawContextInputHandler::OverrideShortcut(QKeyEvent* event) const {
         modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     const bool types = commands == Qt::NoModifier ||
                        commands == Qt::KeyboardModifiers(Qt::ControlModifier | Qt::AltModifier);
-    const bool edits = event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo) ||
-                       event->matches(QKeySequence::Paste);
-    if (IsTyping() ? types || edits : adjusts) {
+    if (IsTyping() ? types || DrawContext::EditsText(*event) : adjusts) {
         event->accept();
         return true;
     }
@@ -175,13 +178,13 @@ bool DrawContextInputHandler::OverrideShortcut(QKeyEvent* event) const {
 
 /// Takes text from input methods, such as dead keys that compose one character from several.
 bool DrawContextInputHandler::ProcessInputMethodEvent(QEvent* event) {
-    const QString text = static_cast<QInputMethodEvent*>(event)->commitString();
     if (!IsTyping()) {
         return false;
     }
-    if (!text.isEmpty()) {
-        QKeyEvent typed(QEvent::KeyPress, 0, Qt::NoModifier, text);
-        drawContext_->ProcessKeyDownEvent(&typed);
+    if (event->type() == QEvent::InputMethodQuery) {
+        drawContext_->AnswerInputMethod(*static_cast<QInputMethodQueryEvent*>(event));
+    } else {
+        drawContext_->ProcessInputMethodEvent(*static_cast<QInputMethodEvent*>(event));
     }
     event->accept();
     return true;

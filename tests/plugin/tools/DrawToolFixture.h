@@ -114,6 +114,21 @@ protected:
         Settle(20);
     }
 
+    void TypeWithControl(unsigned key, bool shift = false) {
+        constexpr unsigned control = 0xffe3;
+        constexpr unsigned shiftKey = 0xffe1;
+        input_.PressKey(control);
+        if (shift) {
+            input_.PressKey(shiftKey);
+        }
+        Type(key);
+        if (shift) {
+            input_.ReleaseKey(shiftKey);
+        }
+        input_.ReleaseKey(control);
+        Settle(20);
+    }
+
     RealInput input_;
 };
 

@@ -1,6 +1,7 @@
 // The keys of the draw tool, text, and the pen.
 #include "host/panels/DialogManager.h"
 #include "plugin/tools/DrawToolFixture.h"
+#include "scene/Timeline.h"
 #include "scene/UndoQueue.h"
 #include "viewport/PanelLayout.h"
 
@@ -19,6 +20,13 @@ using Renderer = lightbox::ViewOptions::Renderer;
 constexpr unsigned ESCAPE = 0xff1b;
 constexpr unsigned RETURN = 0xff0d;
 constexpr unsigned BACKSPACE = 0xff08;
+constexpr unsigned DELETE = 0xffff;
+constexpr unsigned HOME = 0xff50;
+constexpr unsigned LEFT = 0xff51;
+constexpr unsigned UP = 0xff52;
+constexpr unsigned RIGHT = 0xff53;
+constexpr unsigned DOWN = 0xff54;
+constexpr unsigned END = 0xff57;
 
 class DrawToolKeysTest : public DrawToolFixture {
 protected:
@@ -237,13 +245,94 @@ TEST_F(DrawToolKeysTest, ComposedCharactersGoIntoTheText) {
     BeginText({300, 200});
     EXPECT_TRUE(View().testAttribute(Qt::WA_InputMethodEnabled));
     for (const char* text : {"\xc3\xaa", "\xe6\x9d\xb1\xe4\xba\xac"}) {
-        QInputMethodEvent composed;
-        composed.setCommitString(QString::fromUtf8(text));
-        QApplication::sendEvent(&View(), &composed);
+        Compose({}, QString::fromUtf8(text));
     }
-    EXPECT_EQ(Text(), QString::fromUtf8("\xc3\xaa\xe6\x9d\xb1\xe4\xba\xac"));
+    const QString typed = QString::fromUtf8("\xc3\xaa\xe6\x9d\xb1\xe4\xba\xac");
+    EXPECT_EQ(Text(), typed);
+
+    // What is being composed is seen at the caret, and the list of words opens there.
+    Type(HOME);
+    const QRect atStart = Caret();
+    Compose("kyo");
+    EXPECT_EQ(Text(), "kyo" + typed);
+    EXPECT_GT(Caret().left(), atStart.left() + 20);
+    EXPECT_EQ(Caret().top(), atStart.top());
+    Compose("to");
+    EXPECT_EQ(Text(), "to" + typed);
+    Compose({}, "T");
+    EXPECT_EQ(Text(), "T" + typed);
+    QInputMethodEvent replaced;
+    replaced.setCommitString("U", -1, 1);
+    QApplication::sendEvent(&View(), &replaced);
+    EXPECT_EQ(Text(), "U" + typed);
+    TypeWithControl('z');
+    EXPECT_EQ(Text().right(typed.size()), typed) << "undo takes back what was typed, not what was seen";
+
+    // What is still being composed when the text ends stays as it is seen.
+    Compose("ka");
+    const int left = Caret().left();
     Type(ESCAPE);
     EXPECT_FALSE(View().testAttribute(Qt::WA_InputMethodEnabled));
+    EXPECT_FALSE(Node().HasActiveStroke());
+    EXPECT_GT(left, atStart.left());
+    const QImage drawn = Drawing();
+    BeginText({300, 200});
+    Type('k');
+    Type('a');
+    Type(ESCAPE);
+    Run("undo");
+    EXPECT_EQ(Drawing(), drawn);
+}
+
+TEST_F(DrawToolKeysTest, TheCaretMovesAndEditsInTheText) {
+    BeginText({300, 200});
+    for (const char key : {'a', 'b', 'c'}) {
+        Type(static_cast<unsigned>(key));
+    }
+    Type(RETURN);
+    for (const char key : {'d', 'e'}) {
+        Type(static_cast<unsigned>(key));
+    }
+    const QRect atEnd = Caret();
+    const int time = static_cast<int>(host_->time().CurrentTime());
+    const struct {
+        QList<unsigned> keys;
+        const char* text;
+    } rows[] = {
+        {{LEFT, '1'}, "abc\nd1e"},         {{HOME, '2'}, "abc\n2d1e"},
+        {{UP, '3'}, "a3bc\n2d1e"},         {{END, '4'}, "a3bc4\n2d1e"},
+        {{DELETE}, "a3bc42d1e"},           {{LEFT, LEFT, BACKSPACE}, "a3c42d1e"},
+        {{RIGHT, DELETE}, "a3c2d1e"},      {{HOME, BACKSPACE}, "a3c2d1e"},
+        {{DOWN, '5'}, "a3c2d1e5"},         {{RIGHT, DELETE}, "a3c2d1e5"},
+        {{UP, RIGHT, '\\'}, "a\\3c2d1e5"}, {{0xff09}, "a\\\t3c2d1e5"},
+    };
+    for (const auto& row : rows) {
+        for (const unsigned key : row.keys) {
+            Type(key);
+        }
+        EXPECT_EQ(Text(), row.text);
+    }
+    EXPECT_EQ(static_cast<int>(host_->time().CurrentTime()), time);
+    EXPECT_TRUE(View().hasFocus());
+    // A letter with a mark is one character to the caret.
+    SendText(QString::fromUtf8("e\xcc\x81"));
+    Type(LEFT);
+    Type(DELETE);
+    EXPECT_EQ(Text(), "a\\\t3c2d1e5");
+    EXPECT_LT(Caret().top(), atEnd.top());
+
+    // It is seen where it is said to be, and is no part of the drawing.
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Use(renderer);
+        const QRect there = Caret().adjusted(0, 4, 1, -4);
+        const QImage with = Seen();
+        Type(HOME);
+        const QImage without = Seen();
+        EXPECT_GT(Contrast(with.copy(there), without.copy(there)), 60);
+        Type(RIGHT);
+        Type(RIGHT);
+        Type(RIGHT);
+    }
 }
 
 TEST_F(DrawToolKeysTest, WhatEndsTheTextCommitsIt) {

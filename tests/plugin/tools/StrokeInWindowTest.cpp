@@ -14,8 +14,6 @@ namespace vellix {
 namespace {
 
 constexpr unsigned KEY_ESCAPE = 0xff1b;
-constexpr unsigned KEY_CONTROL = 0xffe3;
-constexpr unsigned KEY_SHIFT = 0xffe1;
 constexpr unsigned KEY_TAB = 0xff09;
 
 /// The layer of persp has drawings at 1 and 5, a layer Top has one at 1; the time is 3.
@@ -51,18 +49,6 @@ protected:
         Run("qmVellixUtil -textTool; qmVellixUtil -textOptions 30 100 \"DejaVu Sans\"");
         PressAndWait({300, 200});
         Release();
-    }
-    void TypeWithControl(unsigned key, bool shift = false) {
-        input_.PressKey(KEY_CONTROL);
-        if (shift) {
-            input_.PressKey(KEY_SHIFT);
-        }
-        Type(key);
-        if (shift) {
-            input_.ReleaseKey(KEY_SHIFT);
-        }
-        input_.ReleaseKey(KEY_CONTROL);
-        Settle(20);
     }
     QString Text() { return ActiveStroke() ? ActiveStroke()->text : QString("<none>"); }
     /// The pictures, by "layer/time".
