@@ -48,10 +48,10 @@ void FreehandPainter::Touch(const SegmentClip& segment, int reach) {
 }
 
 void FreehandPainter::WuLine(SegmentClip segment) {
+    const float opacity = segment.opacityFrom; // all along the line, also where it is cut
     if (segment.Cut()) {
         Touch(segment, 1);
-        drawLineWu(view_, segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(),
-                   segment.opacityFrom);
+        drawLineWu(view_, segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(), opacity);
     }
 }
 

@@ -123,6 +123,29 @@ TEST(Freehand, SmallBrushRampsInTheDirectionOfTheStroke) {
     }
 }
 
+// A brush of size 1 has the opacity of a segment's first point all along it.
+TEST(Freehand, SizeOneBrushKeepsTheOpacityOfTheFirstPoint) {
+    for (const int from : {100, -10000}) { // a segment from far outside too
+        QImage image = EmptyLayer();
+        DrawUtil::DrawFreehand(image, {Sample(from, 500, 1, 0.2f), Sample(900, 500, 1, 1.0f)}, 0,
+                               ToolType::Brush);
+        for (const int x : {150, 500, 850}) {
+            EXPECT_NEAR(AlphaAt(image, x, 500), 0.2 * 255, 1) << from << " " << x;
+        }
+    }
+}
+
+// The opacity changes evenly along a segment. One of 20000 pixels shows its middle in the image.
+TEST(Freehand, ASegmentFromFarOutsideHasTheOpacitiesOfItsMiddle) {
+    for (const ToolType tool : {ToolType::Pencil, ToolType::Brush}) {
+        QImage image = EmptyLayer();
+        DrawUtil::DrawFreehand(image, {Sample(-10000, 500, 30, 0.0f), Sample(10000, 500, 30, 1.0f)}, 0, tool);
+        for (const int x : {20, 500, 1000}) {
+            EXPECT_NEAR(AlphaAt(image, x, 500), (x + 10000) / 20000.0 * 255.0, 2) << int(tool) << " " << x;
+        }
+    }
+}
+
 TEST(Freehand, SizeOneBrushIsALineWithoutGaps) {
     QImage image = EmptyLayer();
     QList<StrokePoint> points;
