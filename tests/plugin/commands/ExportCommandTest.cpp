@@ -59,6 +59,14 @@ TEST_F(ExportCommandTest, GhostsAreLeftOutUnlessAskedFor) {
     Settings::ghostPrev = false;
     EXPECT_EQ(QImage(Path("plain.png")).pixelColor(125, 125).alpha(), 0);
     EXPECT_NEAR(QImage(Path("ghosts.png")).pixelColor(125, 125).alpha(), 102, 1); // the nearest ghost, at 0.4
+
+    // A layer that is not seen has no ghosts, be it the active one.
+    Settings::ghostPrev = true;
+    Mel("qmVellixLayer -ev 0 0 persp");
+    Mel(Line("hidden.png", "-startTime 3 -endTime 3 -ghosting 1"));
+    Settings::ghostPrev = false;
+    EXPECT_EQ(QImage(Path("hidden.png")).pixelColor(125, 125).alpha(), 0);
+    EXPECT_EQ(QImage(Path("hidden.png")).pixelColor(325, 125).alpha(), 0);
 }
 
 TEST_F(ExportCommandTest, ShowsAllFramesOnASheet) {

@@ -153,6 +153,15 @@ TEST_F(ComposeTest, LeavesTheImageAloneUntilSomethingChanges) {
     manager_.GetFlattenedImage(camera_);
     EXPECT_NE(image->cacheKey(), key);
 
+    // Neither a stroke that rests nor one that was dropped has the picture composed again and again.
+    BeginStroke(camera, ToolType::Pencil);
+    manager.GetFlattenedImage(camera);
+    EXPECT_FALSE(manager.CacheUpdateRequired(camera)) << "the stroke rests";
+    manager.CancelActiveStroke();
+    EXPECT_TRUE(manager.CacheUpdateRequired(camera));
+    manager.GetFlattenedImage(camera);
+    EXPECT_FALSE(manager.CacheUpdateRequired(camera)) << "the stroke is gone";
+
     image->fill(Qt::red); // someone wrote into it
     manager_.QueueMasterCacheUpdate(camera_);
     EXPECT_LE(Error(camera_), 2);

@@ -68,6 +68,47 @@ TEST(Shapes, FillTheRectangleBetweenTheirPointsWhicheverWayItWasDragged) {
     }
 }
 
+TEST(Shapes, LookLikeWhatTheyAre) {
+    const auto alpha = [](const QImage& image, double x, double y) {
+        return AlphaAt(image, int(std::lround(x)), int(std::lround(y)));
+    };
+    // An arrow to the right has two head lines of 40 pixels, 36 degrees above and below its shaft.
+    const QImage arrow = Drawn(Shape(ToolType::Arrow, {200, 500}, {600, 500}, 6));
+    const double angle = 36.0 * M_PI / 180.0;
+    for (const double along : {10.0, 20.0, 38.0}) {
+        const double back = along * std::cos(angle);
+        const double aside = along * std::sin(angle);
+        EXPECT_GT(alpha(arrow, 600.0 - back, 500.0 - aside), 200) << along;
+        EXPECT_GT(alpha(arrow, 600.0 - back, 500.0 + aside), 200) << along;
+    }
+    EXPECT_EQ(alpha(arrow, 580, 506), 0) << "nothing between the shaft and the head";
+    EXPECT_EQ(alpha(arrow, 220, 512), 0) << "no head at its start";
+
+    // An ellipse touches the rectangle in the middle of the sides and keeps clear of the corners.
+    const QImage ellipse = Drawn(Shape(ToolType::Ellipse, {300, 200}, {500, 300}, 6));
+    const QImage rectangle = Drawn(Shape(ToolType::Rectangle, {300, 200}, {500, 300}, 6));
+    const double diagonal = std::sqrt(0.5);
+    for (const double x : {-1.0, 1.0}) {
+        for (const double y : {-1.0, 1.0}) {
+            EXPECT_EQ(alpha(ellipse, 400 + 100 * x, 250 + 50 * y), 0);
+            EXPECT_GT(alpha(ellipse, 400 + 100 * x * diagonal, 250 + 50 * y * diagonal), 200);
+            EXPECT_GT(alpha(rectangle, 400 + 100 * x, 250 + 50 * y), 200);
+            EXPECT_EQ(alpha(rectangle, 400 + 100 * x * diagonal, 250 + 50 * y * diagonal), 0);
+        }
+    }
+    EXPECT_GT(alpha(ellipse, 400, 200), 200);
+    EXPECT_GT(alpha(ellipse, 300, 250), 200);
+}
+
+TEST(Shapes, HaveRoundEnds) {
+    for (const ToolType tool : {ToolType::Line, ToolType::Arrow}) {
+        const QImage image = Drawn(Shape(tool, {300, 200}, {600, 200}, 40));
+        EXPECT_EQ(AlphaAt(image, 283, 200), 255) << "a flat end would stop at 300";
+        EXPECT_EQ(AlphaAt(image, 283, 183), 0) << "a square end would fill the corner";
+        EXPECT_EQ(AlphaAt(image, 287, 188), 255) << "inside the circle";
+    }
+}
+
 TEST(Shapes, NeedTwoPoints) {
     for (const ToolType tool : SHAPES) {
         Stroke stroke = Shape(tool, {300, 200}, {500, 350});
@@ -143,6 +184,44 @@ TEST(TextStroke, StandsBelowAndRightOfItsPoint) {
     EXPECT_TRUE(Inked(Drawn(nowhere, true)).isEmpty());
 }
 
+TEST(TextStroke, HasItsFontAndItsOpacity) {
+    // In a font of one width, ten narrow letters push the next as far as ten wide ones.
+    const auto endAfter = [](const char* family, QChar letter) {
+        Stroke stroke = Text(QString(10, letter) + "H");
+        stroke.fontFamily = family;
+        return Inked(Drawn(stroke)).right();
+    };
+    EXPECT_NEAR(endAfter("DejaVu Sans Mono", 'i'), endAfter("DejaVu Sans Mono", 'W'), 2);
+    EXPECT_LT(endAfter("DejaVu Sans", 'i') + 150, endAfter("DejaVu Sans", 'W'));
+
+    Stroke faint = Text("HHH", 60);
+    faint.points[0].opacity = 0.5f;
+    EXPECT_EQ(HighestAlpha(Drawn(Text("HHH", 60))), 255);
+    EXPECT_NEAR(HighestAlpha(Drawn(faint)), 127, 1);
+}
+
+TEST(TextStroke, ShowsACaretWhereTheNextLetterGoes) {
+    const auto caretOf = [](Stroke stroke, int caret) {
+        const QImage without = Drawn(stroke, true);
+        stroke.caret = caret;
+        return Difference(Drawn(stroke, true), without);
+    };
+    Stroke stroke = Text("HH\nH");
+    const QRect letter = Inked(Drawn(Text("H")));
+    const QRect first = caretOf(stroke, 0);
+    const QRect second = caretOf(stroke, 1);
+    const QRect last = caretOf(stroke, 4);
+    EXPECT_LE(first.width(), 3);
+    EXPECT_GT(first.height(), letter.height());
+    EXPECT_NEAR(first.left(), 300, 1);
+    EXPECT_GT(second.left(), letter.right());
+    EXPECT_EQ(second.top(), first.top());
+    EXPECT_NEAR(last.left(), second.left(), 1) << "after the first letter of the second line";
+    EXPECT_GT(last.top(), letter.bottom());
+    EXPECT_LT(last.bottom(), Inked(Drawn(stroke, true)).bottom()) << "inside the frame";
+    EXPECT_TRUE(Difference(Drawn(stroke), Drawn(Text("HH\nH"))).isEmpty()) << "no part of the drawing";
+}
+
 TEST(TextStroke, IsFramedWhileItIsTyped) {
     EXPECT_TRUE(Inked(Drawn(Text(""))).isEmpty());
     const QRect frame = Inked(Drawn(Text(""), true));
@@ -187,6 +266,7 @@ TEST(TransformStroke, LandsOnTheSelection) {
         {{100, 200, 31, 21}, 0, -1, 1, false, {105, 193, 31, 21}},   // flipped
         {{100, 200, 31, 21}, 90, 1, 1, false, {110, 188, 21, 31}},   // on its side
         {{100, 200, 30, 20}, 0, 2, 3, false, {90, 173, 60, 60}},     // enlarged about its middle
+        {{100, 200, 30, 20}, 90, 2, 1, false, {110, 173, 20, 60}},   // along its own axis, then turned
         {{100, 200, 30, 20}, 45, 3, 3, true, {105, 193, 30, 20}},    // pasted: as it is
         {{-10, -20, 31, 21}, 0, 1, 1, false, {0, 0, 26, 0}},         // out at the top
         {{100, 200, 30, 20}, 0, 0, 1, false, {}},                    // no extent
