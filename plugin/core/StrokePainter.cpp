@@ -8,8 +8,11 @@
 
 #include <QColor>
 #include <QPainter>
+#include <QPointF>
+#include <QTransform>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstring>
 #include <new>
@@ -17,7 +20,7 @@
 namespace vellix {
 namespace {
 
-/// Limit of a selection's coordinates, in pixels. Beyond it a selection is invalid.
+/// Limit of a selection's coordinates, in pixels. A selection that goes beyond is cut to the image.
 constexpr int MAX_SELECTION_COORDINATE = 4 * IMAGE_WIDTH;
 
 bool IsFreehand(ToolType tool) {
@@ -26,6 +29,48 @@ bool IsFreehand(ToolType tool) {
 
 bool IsDrawnWhole(ToolType tool) {
     return KindOf(tool) == ToolKind::Shape || KindOf(tool) == ToolKind::Text;
+}
+
+bool GoesFarOut(const QRect& selection) {
+    constexpr int limit = MAX_SELECTION_COORDINATE;
+    return std::min(selection.left(), selection.top()) < -limit ||
+           std::max(selection.right(), selection.bottom()) > limit;
+}
+
+QPointF CentreOf(const QRect& selection) {
+    return {(static_cast<double>(selection.left()) + selection.right()) * 0.5,
+            (static_cast<double>(selection.top()) + selection.bottom()) * 0.5};
+}
+
+/// The same transform of what the selection holds of the image, if it goes far out; its memory is bounded
+/// then. The selection may be empty after that.
+Stroke CutToImage(const Stroke& stroke) {
+    Stroke cut = stroke;
+    if (!GoesFarOut(stroke.selection)) {
+        return cut;
+    }
+    const QPoint last(std::min(stroke.selection.right(), IMAGE_WIDTH - 1),
+                      std::min(stroke.selection.bottom(), IMAGE_WIDTH - 1));
+    cut.selection =
+        QRect(QPoint(std::max(stroke.selection.left(), 0), std::max(stroke.selection.top(), 0)), last);
+    if (stroke.pasted || cut.selection.isEmpty()) {
+        return cut;
+    }
+    // It turns and grows about the middle of the whole selection.
+    QTransform matrix;
+    matrix.rotate(static_cast<double>(stroke.rotation));
+    matrix.scale(stroke.scaleX, stroke.scaleY);
+    const QPointF aside = CentreOf(cut.selection) - CentreOf(stroke.selection);
+    const QPointF moved = matrix.map(aside) - aside;
+    constexpr double far = 1 << 24;
+    cut.offsetX += static_cast<int>(std::lround(std::min(std::max(moved.x(), -far), far)));
+    cut.offsetY += static_cast<int>(std::lround(std::min(std::max(moved.y(), -far), far)));
+    return cut;
+}
+
+/// A copy of the part of the image; null for an empty part.
+QImage CopyOf(const QImage& image, const QRect& part) {
+    return part.isEmpty() ? QImage() : composite::OrBadAlloc(image.copy(part));
 }
 
 } // namespace
@@ -95,7 +140,7 @@ void StrokePainter::Cancel(Frame* frame) {
     if (stroke_ && frame && stroke_->tool == ToolType::Transform && stroke_->freshSelection &&
         stroke_->copyToClipboard && SelectionIsUsable()) {
         try {
-            copied_ = frame->GetImage().copy(stroke_->selection);
+            copied_ = CopyOf(frame->GetImage(), CutToImage(*stroke_).selection);
         } catch (const std::bad_alloc&) {
             copied_ = QImage(); // there is nothing to paste, but the stroke ends
         }
@@ -223,13 +268,14 @@ void StrokePainter::PaintTransform(Frame& frame) {
     }
     moved_.Clear(changed_);
     QPoint leftTop;
-    const QImage region = DrawUtil::TransformLifted(*stroke_, lifted_, leftTop);
+    const Stroke cut = CutToImage(*stroke_);
+    const QImage region = DrawUtil::TransformLifted(cut, lifted_, leftTop);
     if (!region.isNull()) {
         composite::Replace(moved_.image, region, leftTop);
     } else if (!lifted_.isNull()) {
         QPainter painter(&moved_.image);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        DrawUtil::DrawTransform(painter, *stroke_, lifted_);
+        DrawUtil::DrawTransform(painter, cut, lifted_);
     }
     moved_.UpdateCoverage(changed_);
 }
@@ -237,7 +283,8 @@ void StrokePainter::PaintTransform(Frame& frame) {
 void StrokePainter::LiftSelection(Frame& frame, bool isFirst) {
     work_.Replace(frame.GetImage(), changed_);
     edited_ = TileMask();
-    const QImage region = composite::OrBadAlloc(work_.image.copy(stroke_->selection));
+    const QRect selection = CutToImage(*stroke_).selection;
+    const QImage region = CopyOf(work_.image, selection);
     if (isFirst && pastes_) {
         lifted_ = copied_;
     }
@@ -246,9 +293,9 @@ void StrokePainter::LiftSelection(Frame& frame, bool isFirst) {
         if (stroke_->liftedImageEmptied || !stroke_->copyToClipboard) {
             QPainter painter(&work_.image);
             painter.setCompositionMode(QPainter::CompositionMode_Source);
-            painter.fillRect(stroke_->selection, Qt::transparent);
+            painter.fillRect(selection, Qt::transparent);
             painter.end();
-            edited_ = TileMask::Touching(stroke_->selection);
+            edited_ = selection.isEmpty() ? TileMask() : TileMask::Touching(selection);
             work_.coverage.opaque.Remove(edited_);
         }
     }
@@ -259,9 +306,7 @@ void StrokePainter::LiftSelection(Frame& frame, bool isFirst) {
 
 bool StrokePainter::SelectionIsUsable() const {
     const QRect& selection = stroke_->selection;
-    return selection.left() <= selection.right() && selection.top() <= selection.bottom() &&
-           selection.left() >= -MAX_SELECTION_COORDINATE && selection.right() <= MAX_SELECTION_COORDINATE &&
-           selection.top() >= -MAX_SELECTION_COORDINATE && selection.bottom() <= MAX_SELECTION_COORDINATE;
+    return selection.left() <= selection.right() && selection.top() <= selection.bottom();
 }
 
 /// Keeps the canvas of freehand strokes, since making it anew takes longer than painting most of them.
