@@ -11,8 +11,10 @@
 namespace vellix {
 
 /// Source-over composition of 1024 x 1024 images, tile by tile. Empty tiles cost nothing, and pixels under an
-/// opaque tile are not read. Sums keep 16 bits per channel and are rounded once at the end. A stack of any
-/// height therefore matches QPainter's result to within 2/255 in every premultiplied channel.
+/// opaque tile are not read. Sums keep 16 bits per channel and are rounded once at the end. A stack of up to
+/// 100 pictures therefore matches QPainter's result to within 2/255 in every premultiplied channel. Each
+/// picture may take off 1/65025 of what lies below, so that 400 faint ones over an opaque one leave an alpha
+/// of 250.
 namespace composite {
 
 /// Returns whether this is a 1024 x 1024 image of Format_RGBA8888.

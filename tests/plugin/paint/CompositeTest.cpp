@@ -75,6 +75,32 @@ TEST(CompositeTest, AgreesWithThePainterOnAnyPixels) {
     }
 }
 
+// What is opaque stays so under many faint pictures, but for what their rounding takes off.
+TEST(CompositeTest, HighStacksLoseNoMoreThanIsSaid) {
+    QImage white = PlainComposer::Blank();
+    white.fill(Qt::white);
+    QImage faint = PlainComposer::Blank();
+    for (int x = 0; x < 256; ++x) {
+        faint.setPixelColor(x, 0, QColor(255, 255, 255, x));
+    }
+    const struct {
+        std::size_t height;
+        int least;
+    } rows[] = {{50, 254}, {100, 253}, {400, 250}};
+    for (const auto& row : rows) {
+        PictureStack stack(row.height, DrawingOf(faint));
+        stack.insert(stack.begin(), DrawingOf(white));
+        QImage composed = PlainComposer::Blank();
+        composite::Compose(composed, TileMask::Touching(QRect(0, 0, 256, 1)), stack);
+        int least = 255;
+        for (int x = 0; x < 256; ++x) {
+            least = std::min(least, composed.pixelColor(x, 0).alpha());
+            EXPECT_GE(composed.pixelColor(x, 0).red(), 253) << "the colour stays";
+        }
+        EXPECT_GE(least, row.least) << row.height;
+    }
+}
+
 TEST(CompositeTest, GivesBackASingleDrawing) {
     const QImage drawing = Noise(4);
     QImage composed = PlainComposer::Blank();
