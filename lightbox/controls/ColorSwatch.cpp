@@ -23,13 +23,11 @@ QSize ColorSwatch::sizeHint() const {
 
 void ColorSwatch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(rect(), isEnabled() ? color_ : palette().color(QPalette::Disabled, QPalette::Button));
-    const QColor edge = palette().color(hasFocus() ? QPalette::Highlight : QPalette::Dark);
-    const int width = hasFocus() ? 2 : 1;
-    for (int inset = 0; inset < width; ++inset) {
-        painter.setPen(edge);
-        painter.drawRect(rect().adjusted(inset, inset, -1 - inset, -1 - inset));
-    }
+    // Filled rectangles end where the widget ends at any scale of the screen, and lines do not.
+    const int edge = hasFocus() ? 2 : 1;
+    painter.fillRect(rect(), palette().color(hasFocus() ? QPalette::Highlight : QPalette::Dark));
+    painter.fillRect(rect().adjusted(edge, edge, -edge, -edge),
+                     isEnabled() ? color_ : palette().color(QPalette::Disabled, QPalette::Button));
 }
 
 void ColorSwatch::mousePressEvent(QMouseEvent* event) {

@@ -1,5 +1,7 @@
 #include "controls/Theme.h"
 
+#include "controls/ColorSwatch.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QDoubleSpinBox>
@@ -32,6 +34,29 @@ int LightestPixel(QAbstractSpinBox& box, QStyle::SubControl button) {
         }
     }
     return lightest;
+}
+
+TEST(ThemeTest, ASwatchHasItsEdgeAllAroundAtAnyScale) {
+    Theme::Apply(*qApp);
+    ColorSwatch swatch;
+    swatch.resize(60, 20);
+    swatch.SetColor(Qt::cyan);
+    const QRgb edge = swatch.palette().color(QPalette::Dark).rgb();
+    for (const int scale : {1, 2, 3}) {
+        QImage image(swatch.size() * scale, QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        swatch.render(&image);
+        const int right = image.width() - 1;
+        const int bottom = image.height() - 1;
+        for (int pixel = 0; pixel < scale; ++pixel) {
+            EXPECT_EQ(image.pixel(pixel, bottom / 2), edge) << scale;
+            EXPECT_EQ(image.pixel(right - pixel, bottom / 2), edge) << scale;
+            EXPECT_EQ(image.pixel(right / 2, pixel), edge) << scale;
+            EXPECT_EQ(image.pixel(right / 2, bottom - pixel), edge) << scale;
+        }
+        EXPECT_EQ(image.pixel(scale, bottom / 2), QColor(Qt::cyan).rgb());
+        EXPECT_EQ(image.pixel(right - scale, bottom / 2), QColor(Qt::cyan).rgb());
+    }
 }
 
 TEST(ThemeTest, TheButtonsOfASpinBoxHaveArrows) {
