@@ -62,6 +62,7 @@ ViewportPanel::ViewportPanel(Host& host, ViewportPanels& panels, const std::stri
     setFocusProxy(view_);
     menuBar_ = new QMenuBar;
     menuBar_->setNativeMenuBar(false);
+    menuBar_->setMinimumWidth(1); // menus without room are behind its arrow, as buttons are
     buttons_ = new QToolBar;
     buttons_->setIconSize(QSize(ICON_SIZE, ICON_SIZE));
     MakeMenus();
@@ -112,9 +113,8 @@ void ViewportPanel::SetActive(bool active) {
 
 void ViewportPanel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(rect(), Theme::Window());
-    painter.setPen(isActive_ ? Theme::Accent() : Theme::Line());
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.fillRect(rect(), isActive_ ? Theme::Accent() : Theme::Line());
+    painter.fillRect(rect().adjusted(1, 1, -1, -1), Theme::Window());
 }
 
 QAction* ViewportPanel::OptionAction(const QString& text, OptionReader read, OptionWriter write) {
@@ -178,6 +178,10 @@ void ViewportPanel::MakeButtons() {
     if (auto* const more = buttons_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
         more->setIcon(PanelIcon::Make(PanelIcon::Symbol::More));
         more->setToolTip("More buttons");
+    }
+    if (auto* const more = menuBar_->findChild<QToolButton*>("qt_menubar_ext_button")) {
+        more->setIcon(PanelIcon::Make(PanelIcon::Symbol::More));
+        more->setToolTip("More menus");
     }
     const auto add = [this](QAction* action, PanelIcon::Symbol icon, const QString& tip) {
         action->setIcon(PanelIcon::Make(icon));

@@ -43,9 +43,10 @@ ViewportWidget::ViewportWidget(Host& host, ViewRefresh& refresh, std::string pan
     , cameraName_(FALLBACK_CAMERA)
     , navigation_(host.files())
     , selectTool_(host) {
-    // A grey on which dark pencil and white paint are equally visible.
-    options_.display.backgroundTop = QColor(0x84, 0x87, 0x8b);
-    options_.display.backgroundBottom = QColor(0x72, 0x75, 0x79);
+    // A grey on which dark pencil and white paint are equally visible. All of it lies below mid-grey, so that
+    // what a tool inverts has one colour everywhere.
+    options_.display.backgroundTop = QColor(0x79, 0x7c, 0x7f);
+    options_.display.backgroundBottom = QColor(0x6b, 0x6e, 0x72);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setMinimumSize(64, 48);

@@ -8,7 +8,9 @@
 #include <QOpenGLContext>
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolButton>
 
+#include <algorithm>
 #include <utility>
 
 using lightbox::PanelLayout;
@@ -60,6 +62,40 @@ TEST_F(ViewportTest, IsDrawnOnceForEachTurnOfTheEventLoopAndOnlyWhenSomethingCha
               }),
               2u)
         << "at once means at once";
+}
+
+TEST_F(ViewportTest, AWindowWithAViewIsAsSmallAsItIsAskedToBe) {
+    Run("window -widthHeight 300 280 small; paneLayout; modelPanel -camera persp smallPanel; showWindow "
+        "small");
+    Settle(100);
+    EXPECT_EQ(Run("window -q -width small").Shown(), "300");
+    // The menus that have no room are behind an arrow that can be seen.
+    auto* const panel = View("smallPanel").parentWidget();
+    const auto* const more = panel->findChild<QToolButton*>("qt_menubar_ext_button");
+    ASSERT_NE(more, nullptr);
+    ASSERT_TRUE(more->isVisible());
+    const QImage image =
+        more->window()->grab(QRect(more->mapTo(more->window(), QPoint(0, 0)), more->size())).toImage();
+    int lightest = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            lightest = std::max(lightest, qGray(image.pixel(x, y)));
+        }
+    }
+    EXPECT_GT(lightest, 150);
+}
+
+// Tools of the legacy viewport invert what is below them: the highest bit of dark grey and of light grey
+// would give two colours.
+TEST_F(ViewportTest, TheBackgroundIsOnOneSideOfMidGrey) {
+    Show();
+    Run("modelEditor -e -grid 0 modelPanel4");
+    Settle(100);
+    const QImage picture = View().grabFramebuffer();
+    for (int y = 20; y < picture.height() - 60; y += 10) {
+        const QColor color = picture.pixelColor(picture.width() - 20, y);
+        EXPECT_LT(std::max({color.red(), color.green(), color.blue()}), 128) << y;
+    }
 }
 
 TEST_F(ViewportTest, HiddenViewsAreNotDrawn) {
