@@ -147,6 +147,7 @@ void DrawContext::ShowText() {
     stroke_->caret = text_.ShownCaret();
     stroke_->changed = true;
     RefreshView();
+    QGuiApplication::inputMethod()->update(Qt::ImQueryInput); // its list of words follows the caret
 }
 
 /// Types what an input method is still composing: it is shown, and would be lost.
