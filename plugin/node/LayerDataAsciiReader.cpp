@@ -2,6 +2,7 @@
 
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "core/LayerState.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "node/LayerDataFormat.h"
@@ -11,57 +12,121 @@
 #include <maya/MFileIO.h>
 #include <maya/MTime.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace vellix {
+
+namespace {
+
+// The numbers of tokens of a part without the parts in it.
+constexpr unsigned int CAMERA_HEAD = 3;
+constexpr unsigned int LAYER_HEAD = 5;
+constexpr unsigned int FRAME = 2;
+
+QString TextAt(const MArgList& args, unsigned int at) {
+    MStatus status;
+    const MString text = args.asString(at, &status);
+    return status ? MayaUtil::ToQString(text) : QString();
+}
+
+template <typename Value>
+bool IsAt(Value (MArgList::*read)(unsigned int, MStatus*) const, const MArgList& args, unsigned int at) {
+    MStatus status;
+    (args.*read)(at, &status);
+    return bool(status);
+}
+
+/// The number at the token, or `otherwise`.
+template <typename Value>
+Value ValueAt(Value (MArgList::*read)(unsigned int, MStatus*) const, const MArgList& args, unsigned int at,
+              Value otherwise) {
+    MStatus status;
+    const Value value = (args.*read)(at, &status);
+    return status ? value : otherwise;
+}
+
+bool IsPicture(const MString& text) {
+    int length = 0;
+    const char* const digits = text.asUTF8(length);
+    return LayerDataFormat::LooksLikeHex(digits, length);
+}
+
+bool IsPictureAt(const MArgList& args, unsigned int at) {
+    MStatus status;
+    const MString text = args.asString(at, &status);
+    return status && IsPicture(text);
+}
+
+bool IsNameAt(const MArgList& args, unsigned int at) {
+    return IsAt(&MArgList::asString, args, at) && !IsPictureAt(args, at);
+}
+
+} // namespace
 
 LayerDataAsciiReader::LayerDataAsciiReader(LayerManager& layers, const MArgList& args, unsigned int& element)
     : layers_(layers)
     , args_(args)
     , element_(element) {}
 
+LayerDataAsciiReader::~LayerDataAsciiReader() = default;
+
 MStatus LayerDataAsciiReader::Read() {
     QString activeCamera;
     int cameraCount = 0;
-    if (!ReadHeader(activeCamera, cameraCount)) {
-        return status_;
+    bool isWhole = ReadHeader(activeCamera, cameraCount);
+    for (int camera = 0; camera < cameraCount && isWhole; ++camera) {
+        isWhole = ReadCamera();
     }
-    for (int camera = 0; camera < cameraCount; ++camera) {
-        if (!ReadCamera()) {
-            return status_;
+    const unsigned int rest = isWhole ? element_ : part_;
+    const unsigned int stopped = element_;
+    if (rest < args_.length()) {
+        const bool isRead = ReadRest(rest);
+        element_ = std::max(stopped, args_.length());
+        if (isRead) {
+            Logger::Error(
+                QString("The stored drawing is damaged at value %1. What is whole after it was read.")
+                    .arg(rest));
+        } else if (isWhole) {
+            Logger::Error(QString("%1 values after the end of the drawing could not be read.")
+                              .arg(args_.length() - rest));
         }
     }
+    EndCamera();
     if (!activeCamera.isEmpty()) {
         layers_.SetActiveCamera(activeCamera);
     }
-    if (element_ < args_.length()) {
-        Logger::Error(QString("%1 values after the end of the drawing could not be read.")
-                          .arg(args_.length() - element_));
-    }
-    return MS::kSuccess;
+    return failure_;
 }
 
 bool LayerDataAsciiReader::ReadHeader(QString& activeCamera, int& cameraCount) {
     int version = 0;
     if (Take(version) && version < LayerDataFormat::VERSION) {
         Logger::Error("Invalid version");
-        status_ = MS::kFailure;
-        return false;
+        failure_ = MS::kFailure;
+        if (args_.length() <= 1) { // written where there was no drawing
+            return true;
+        }
     }
     bool master = false;
     if (!Take(master)) {
-        return Fail("Failed to get master (%1)");
-    }
-    if (master && !MFileIO::isReferencingFile()) {
+        Fail("Failed to get master (%1)");
+        if (element_ > args_.length()) {
+            part_ = element_;
+            return false;
+        }
+    } else if (master && !MFileIO::isReferencingFile()) {
         layers_.MakeMaster();
     }
     Take(activeCamera);
+    part_ = element_ + 1;
     return Take(cameraCount) || Fail("Invalid layer count (%1)");
 }
 
 bool LayerDataAsciiReader::ReadCamera() {
+    part_ = element_;
     QString camera;
-    if (!Take(camera)) {
+    if (!Take(camera) || (IsLayerAt(part_) && !IsCameraAt(part_))) {
         return Fail("Invalid camera name (%1)");
     }
     int layerCount = 0;
@@ -72,20 +137,19 @@ bool LayerDataAsciiReader::ReadCamera() {
     if (!Take(activeLayer)) {
         return Fail("Invalid active layer index (%1)");
     }
+    StartCamera(camera, activeLayer);
     for (int layer = 0; layer < layerCount; ++layer) {
-        if (!ReadLayer(camera)) {
+        if (!ReadLayer()) {
             return false;
         }
-    }
-    if (activeLayer >= 0) {
-        layers_.SetActiveLayer(camera, activeLayer, true);
     }
     return true;
 }
 
-bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
+bool LayerDataAsciiReader::ReadLayer() {
+    part_ = element_;
     QString name;
-    if (!Take(name)) {
+    if (!Take(name) || (IsCameraAt(part_) && !IsLayerAt(part_))) {
         return Fail("Invalid layer name (%1)");
     }
     int frameCount = 0;
@@ -96,23 +160,18 @@ bool LayerDataAsciiReader::ReadLayer(const QString& camera) {
         Logger::Warning("Skipping invalid layer");
         return true;
     }
-    auto created = std::make_unique<Layer>();
-    created->SetName(name);
-    if (!ReadLayerHeader(*created)) {
+    if (!ReadLayerHead(name)) {
         return false;
     }
-    Layer& layer = *created;
-    layers_.InsertLayer(camera, -1, created.release());
-    StoredFrames frames(layer);
     for (int frame = 0; frame < frameCount; ++frame) {
-        if (!ReadFrame(frames, frame)) {
+        if (!ReadFrame()) {
             return false;
         }
     }
     return true;
 }
 
-bool LayerDataAsciiReader::ReadLayerHeader(Layer& layer) {
+bool LayerDataAsciiReader::ReadLayerHead(const QString& name) {
     bool visible = true;
     if (!Take(visible)) {
         return Fail("Invalid layer visibility (%1)");
@@ -122,30 +181,160 @@ bool LayerDataAsciiReader::ReadLayerHeader(Layer& layer) {
         return Fail("Invalid opacity (%1)");
     }
     int state = 0;
-    // An unknown state that is a readable number ends reading as a success: the rest may come from a later
-    // version.
-    if (!Take(state) || !IsLayerState(state)) {
+    if (!Take(state)) {
         return Fail("Invalid layer state (%1)");
     }
-    layer.SetVisible(visible);
-    layer.SetOpacity(static_cast<float>(opacity));
-    layer.SetState(static_cast<LayerState>(state));
+    if (!IsLayerState(state)) {
+        Fail("Invalid layer state (%1)"); // no failure: a later version may have more
+    }
+    StartLayer(name, visible, opacity, state);
     return true;
 }
 
-bool LayerDataAsciiReader::ReadFrame(StoredFrames& frames, int index) {
+bool LayerDataAsciiReader::ReadFrame() {
+    part_ = element_;
+    if (IsFrameAt(part_)) {
+        TakeFrame();
+        return true;
+    }
     MTime time;
     if (!Take(time)) {
         return Fail("Invalid frame time (%1)");
     }
     MString image;
-    if (!Take(image)) {
+    const bool isOutOfStep = IsLayerAt(part_) || IsCameraAt(part_) || IsFrameAt(part_ + 1);
+    if (!Take(image) || isOutOfStep) {
         return Fail("Invalid draw data (%1)");
     }
-    int length = 0;
-    const char* text = image.asUTF8(length);
-    frames.Add(index, time, LayerDataFormat::FromHex(text, length));
+    frames_->Add(time, QByteArray()); // which says what is missing
     return true;
+}
+
+/// Reads a frame whose picture looks like one, with or without its time.
+void LayerDataAsciiReader::TakeFrame() {
+    MTime time;
+    bool hasTime = false;
+    if (IsFrameAt(element_)) {
+        hasTime = Take(time) || Fail("Invalid frame time (%1)");
+    }
+    MString image;
+    Take(image);
+    int length = 0;
+    const char* const text = image.asUTF8(length);
+    const QByteArray png = LayerDataFormat::FromHex(text, length);
+    if (hasTime) {
+        frames_->Add(time, png);
+    } else {
+        frames_->AddWithoutTime(png);
+    }
+}
+
+bool LayerDataAsciiReader::ReadRest(unsigned int at) {
+    bool isRead = false;
+    const unsigned int end = args_.length();
+    while (at < end) {
+        element_ = at;
+        if (IsLayerAt(at)) {
+            isRead = true;
+            StartLayer(TextAt(args_, at), args_.asBool(at + 2), args_.asDouble(at + 3), args_.asInt(at + 4));
+            element_ += LAYER_HEAD;
+        } else if (IsCameraAt(at)) {
+            StartCamera(TextAt(args_, at), args_.asInt(at + 2));
+            element_ += CAMERA_HEAD;
+        } else if (IsFrameAt(at) || IsPictureAt(args_, at)) {
+            isRead = true;
+            if (!frames_) {
+                StartLayer(QStringLiteral("Layer"), true, 1.0, 0);
+            }
+            TakeFrame();
+        } else {
+            while (++element_ < end && !IsPartAt(element_)) {
+            }
+            ReadDamagedHead(at, element_);
+        }
+        at = element_;
+    }
+    return isRead;
+}
+
+void LayerDataAsciiReader::ReadDamagedHead(unsigned int at, unsigned int next) {
+    const unsigned int damaged = next - at;
+    const bool isBeforeLayer = next < args_.length() && IsLayerAt(next);
+    const bool isBeforeFrame = next < args_.length() && !isBeforeLayer && IsFrameAt(next);
+    // Of a part, one token may be missing, or be two.
+    if (isBeforeLayer && damaged + 1 >= CAMERA_HEAD && damaged <= CAMERA_HEAD + 1) {
+        StartCamera(TextAt(args_, at), ValueAt(&MArgList::asInt, args_, at + 2, -1));
+    } else if (isBeforeFrame && damaged + 1 >= LAYER_HEAD) {
+        if (damaged + 1 >= CAMERA_HEAD + LAYER_HEAD) {
+            StartCamera(TextAt(args_, at), ValueAt(&MArgList::asInt, args_, at + 2, -1));
+            at = next - LAYER_HEAD;
+        }
+        const bool isInStep = next - at == LAYER_HEAD;
+        const QString name = IsNameAt(args_, at) ? TextAt(args_, at) : QString();
+        StartLayer(name.isEmpty() ? QStringLiteral("Layer") : name,
+                   !isInStep || ValueAt(&MArgList::asBool, args_, at + 2, true),
+                   isInStep ? ValueAt(&MArgList::asDouble, args_, at + 3, 1.0) : 1.0,
+                   isInStep ? ValueAt(&MArgList::asInt, args_, at + 4, 0) : 0);
+    }
+}
+
+/// Without layers it has nothing to read, and its look says too little.
+bool LayerDataAsciiReader::IsCameraAt(unsigned int at) const {
+    return IsNameAt(args_, at) && ValueAt(&MArgList::asInt, args_, at + 1, 0) > 0 &&
+           IsAt(&MArgList::asInt, args_, at + 2) && IsLayerAt(at + CAMERA_HEAD);
+}
+
+bool LayerDataAsciiReader::IsLayerAt(unsigned int at) const {
+    const int frames = ValueAt(&MArgList::asInt, args_, at + 1, -1);
+    return IsNameAt(args_, at) && frames >= 0 && IsAt(&MArgList::asBool, args_, at + 2) &&
+           IsAt(&MArgList::asDouble, args_, at + 3) &&
+           IsLayerState(ValueAt(&MArgList::asInt, args_, at + 4, -1)) &&
+           (frames > 0 ? IsFrameAt(at + LAYER_HEAD) : !IsAt(&MArgList::asDouble, args_, at));
+}
+
+bool LayerDataAsciiReader::IsFrameAt(unsigned int at) const {
+    return IsPictureAt(args_, at + 1) && !IsPictureAt(args_, at);
+}
+
+bool LayerDataAsciiReader::IsPartAt(unsigned int at) const {
+    return at == args_.length() || IsFrameAt(at) || IsPictureAt(args_, at) || IsLayerAt(at) || IsCameraAt(at);
+}
+
+void LayerDataAsciiReader::StartCamera(const QString& name, int activeLayer) {
+    EndCamera();
+    camera_ = name;
+    activeLayer_ = activeLayer;
+}
+
+void LayerDataAsciiReader::EndCamera() {
+    EndLayer();
+    const bool isThere = failure_ || activeLayer_ < layers_.LayerCount(camera_);
+    if (activeLayer_ >= 0 && isThere) {
+        layers_.SetActiveLayer(camera_, activeLayer_, true);
+    }
+    activeLayer_ = -1;
+}
+
+void LayerDataAsciiReader::StartLayer(const QString& name, bool visible, double opacity, int state) {
+    EndLayer();
+    if (camera_.isEmpty()) {
+        camera_ = QStringLiteral("persp");
+    }
+    auto created = std::make_unique<Layer>();
+    created->SetName(name);
+    created->SetVisible(visible);
+    created->SetOpacity(static_cast<float>(opacity));
+    created->SetState(ToLayerState(state));
+    Layer& layer = *created;
+    layers_.InsertLayer(camera_, -1, created.release());
+    frames_ = std::make_unique<StoredFrames>(layer);
+}
+
+void LayerDataAsciiReader::EndLayer() {
+    if (frames_) {
+        frames_->Finish();
+        frames_.reset();
+    }
 }
 
 bool LayerDataAsciiReader::Take(bool& value) {
@@ -182,6 +371,7 @@ bool LayerDataAsciiReader::Take(MTime& value) {
 
 bool LayerDataAsciiReader::Fail(const char* message) {
     Logger::Error(QString::fromLatin1(message).arg(element_ - 1));
+    failure_ = failure_ ? status_ : failure_;
     return false;
 }
 

@@ -96,7 +96,7 @@ void LayerDataBinaryReader::ReadFrames(Layer& layer, qint32 count) {
             ReportLoss("Layer " + layer.GetName(), count - frame, count, "drawings");
             return;
         }
-        frames.Add(frame, FromWholeFrames(time), image);
+        frames.Add(FromWholeFrames(time), image);
     }
 }
 

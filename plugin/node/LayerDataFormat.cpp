@@ -4,6 +4,7 @@
 #include "core/Layer.h"
 #include "host/Logger.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vellix {
@@ -24,10 +25,15 @@ DigitTable MakeDigitTable() {
     return values;
 }
 
+const DigitTable& Digits() {
+    static const DigitTable values = MakeDigitTable();
+    return values;
+}
+
 } // namespace
 
 QByteArray LayerDataFormat::FromHex(const char* text, int length) {
-    static const DigitTable values = MakeDigitTable();
+    const DigitTable& values = Digits();
     QByteArray bytes(length / 2, Qt::Uninitialized);
     const auto* digit = reinterpret_cast<const uchar*>(text);
     quint8 all = length % 2 == 0 ? 0 : NO_DIGIT;
@@ -38,6 +44,14 @@ QByteArray LayerDataFormat::FromHex(const char* text, int length) {
         byte = static_cast<char>(high << 4 | low);
     }
     return all < NO_DIGIT ? bytes : QByteArray::fromHex(QByteArray::fromRawData(text, length));
+}
+
+bool LayerDataFormat::LooksLikeHex(const char* text, int length) {
+    constexpr int least = 2 * 57; // of the smallest PNG: signature, header, pixels, end
+    constexpr int most = 1000;    // are enough to tell
+    const int looked = std::min(length, most);
+    const auto isDigit = [&](char letter) { return Digits()[static_cast<uchar>(letter)] != NO_DIGIT; };
+    return length >= least && std::count_if(text, text + looked, isDigit) >= looked * 9 / 10;
 }
 
 void LayerDataFormat::ReportNotEncoded(const Layer& layer, const Frame& frame) {

@@ -17,6 +17,9 @@ struct LayerDataFormat {
     /// is what opening a Maya ASCII scene takes longest for.
     static QByteArray FromHex(const char* text, int length);
 
+    /// Whether the text is that of a picture, be it damaged: long, and nearly all hexadecimal digits.
+    static bool LooksLikeHex(const char* text, int length);
+
     /// Logs that a drawing could not be encoded, so that its scene is not saved whole.
     static void ReportNotEncoded(const Layer& layer, const Frame& frame);
 };

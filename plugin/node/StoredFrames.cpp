@@ -37,7 +37,30 @@ StoredFrames::~StoredFrames() {
     }
 }
 
-void StoredFrames::Add(int index, const MTime& time, const QByteArray& png) {
+void StoredFrames::Add(const MTime& time, const QByteArray& png) {
+    last_ = ToWholeFrames(time);
+    Insert(count_++, time, png);
+}
+
+void StoredFrames::AddWithoutTime(const QByteArray& png) {
+    strays_.append({count_++, last_, png});
+}
+
+void StoredFrames::Finish() {
+    for (const Stray& stray : strays_) {
+        const int before = layer_.FrameCount();
+        const int frame = FindFreeFrame(stray.after);
+        Insert(stray.index, FromWholeFrames(frame), stray.png);
+        if (layer_.FrameCount() > before) {
+            Logger::Error(
+                QString("Layer %1: the time of a drawing is damaged. The drawing is at frame %2 now.")
+                    .arg(layer_.GetName(), QString::number(frame)));
+        }
+    }
+    strays_.clear();
+}
+
+void StoredFrames::Insert(int index, const MTime& time, const QByteArray& png) {
     if (const char* fault = FindFault(png)) {
         Logger::Error(QString(fault).arg(layer_.GetName(), QString::number(index)));
         return;

@@ -5,6 +5,7 @@
 #include <maya/MTime.h>
 
 #include <QByteArray>
+#include <QList>
 
 namespace vellix {
 
@@ -19,15 +20,29 @@ public:
     /// Logs one warning if drawings were moved.
     ~StoredFrames();
 
-    /// `index` is the drawing's position in its layer as stored. Logs an error, and leaves the drawing out,
-    /// if the bytes are damaged.
-    void Add(int index, const MTime& time, const QByteArray& png);
+    /// Adds the next drawing. Logs an error, and leaves the drawing out, if the bytes are damaged.
+    void Add(const MTime& time, const QByteArray& png);
+    /// The same for a drawing whose time is lost. It gets a free frame behind the one before it, once all
+    /// others have theirs: in Finish().
+    void AddWithoutTime(const QByteArray& png);
+    /// Logs where the drawings without a time are now.
+    void Finish();
 
 private:
+    struct Stray {
+        int index; ///< the drawing's position in its layer as stored
+        int after; ///< frame of the drawing before it
+        QByteArray png;
+    };
+
+    void Insert(int index, const MTime& time, const QByteArray& png);
     int FindFreeFrame(int frame);
     void ReportMoves() const;
 
     Layer& layer_;
+    int count_ = 0; ///< of the drawings so far, with those that were left out
+    int last_ = 1;  ///< frame of the last one with a time
+    QList<Stray> strays_;
     int moved_ = 0;
     int firstMovedFrom_ = 0;
     int firstMovedTo_ = 0;

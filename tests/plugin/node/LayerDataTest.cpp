@@ -10,9 +10,11 @@
 #include <QBuffer>
 #include <QImage>
 
+#include <algorithm>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <limits>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -166,57 +168,107 @@ TEST_F(LayerDataTest, ReadingAppends) {
     EXPECT_EQ(Drawing().GetLayerName(PERSP, 2), QStringLiteral("Ink"));
 }
 
-TEST_F(LayerDataTest, BadTokensStopTheReading) {
+TEST_F(LayerDataTest, BadTokensAreNamedAndTheRestIsRead) {
     struct Case {
         size_t token;
         const char* value;
         const char* message;
         bool success;
-        int layers; ///< that are kept
+        int rest; ///< the token from which the counts were of no use; 0 for none
     };
     const Case cases[] = {
         {0, "0", "Invalid version", false, 0},
         {0, "-7", "Invalid version", false, 0},
-        {0, "x", nullptr, true, 2},
+        {0, "x", nullptr, true, 0},
         {1, "x", "Failed to get master (1)", false, 0},
-        {3, "x", "Invalid layer count (3)", false, 0},
-        {3, "0", "15 values after the end of the drawing could not be read.", true, 0},
-        {3, "-2", "15 values after the end of the drawing could not be read.", true, 0},
-        {5, "x", "Invalid layer count (5)", false, 0},
-        {6, "x", "Invalid active layer index (6)", false, 0},
-        {6, "-1", nullptr, true, 2},
-        {8, "x", "Invalid frame count (8)", false, 0},
-        {9, "x", "Invalid layer visibility (9)", false, 0},
-        {10, "x", "Invalid opacity (10)", false, 0},
-        {11, "x", "Invalid layer state (11)", false, 0},
+        {3, "x", "Invalid layer count (3)", false, 4},
+        {3, "0", nullptr, true, 4},
+        {3, "-2", nullptr, true, 4},
+        {5, "x", "Invalid layer count (5)", false, 4},
+        {6, "x", "Invalid active layer index (6)", false, 4},
+        {6, "-1", nullptr, true, 0},
+        {8, "x", "Invalid frame count (8)", false, 7},
+        {9, "x", "Invalid layer visibility (9)", false, 7},
+        {10, "x", "Invalid opacity (10)", false, 7},
+        {11, "x", "Invalid layer state (11)", false, 7},
         {11, "3", "Invalid layer state (11)", true, 0},
         {11, "-1", "Invalid layer state (11)", true, 0},
-        {12, "x", "Invalid frame time (12)", false, 1},
-        {16, "3", "Invalid layer state (18)", true, 1},
+        {12, "x", "Invalid frame time (12)", false, 0},
+        {18, "3", "Invalid layer state (18)", true, 0},
     };
-    const std::string png = Hex(Png(1024, 1024, Qt::red));
-    const std::vector<std::string> whole = {"1",   "0", "top", "1", "persp", "2", "1", "Ink", "1", "1",
-                                            "0.5", "0", "4",   png, "Set",   "0", "1", "1",   "2"};
+    const QByteArray png = Png(1024, 1024, Qt::red);
+    const std::vector<std::string> whole = {"1",   "0", "top", "1",      "persp", "2", "1", "Ink", "1", "1",
+                                            "0.5", "0", "4",   Hex(png), "Set",   "0", "1", "1",   "2"};
     for (const Case& test : cases) {
+        SCOPED_TRACE(std::to_string(test.token) + " = " + test.value);
         std::vector<std::string> tokens = whole;
-        if (test.token == 16) {
-            tokens[18] = test.value;
-        } else {
-            tokens[test.token] = test.value;
-        }
+        tokens[test.token] = test.value;
         const ReadResult read = ReadAscii(tokens);
-        const std::string where = std::to_string(test.token) + " = " + test.value;
-        EXPECT_EQ(bool(read.status), test.success) << where;
-        EXPECT_EQ(read.layers->LayerCount(PERSP), test.layers) << where;
+        EXPECT_EQ(bool(read.status), test.success);
+        ASSERT_EQ(read.layers->LayerCount(PERSP), 2);
+        EXPECT_EQ(read.layers->GetLayer(PERSP, 0)->GetFrame(0)->GetPackedImage(), png);
+        EXPECT_EQ(read.layers->GetActiveCamera(), QStringLiteral("top"));
+        std::vector<std::string> expected;
         if (test.message) {
-            EXPECT_THAT(Messages(), ElementsAre(test.message)) << where;
-        } else {
-            EXPECT_THAT(Messages(), IsEmpty()) << where;
+            expected.emplace_back(test.message);
         }
-        const bool ended = test.message == nullptr || std::string(test.message).find("after the end") < 99;
-        EXPECT_EQ(read.layers->GetActiveCamera() == QStringLiteral("top"), ended) << where;
+        if (test.rest > 0) {
+            expected.push_back("The stored drawing is damaged at value " + std::to_string(test.rest) +
+                               ". What is whole after it was read.");
+        } else if (test.token == 12) {
+            expected.emplace_back(
+                "Layer Ink: the time of a drawing is damaged. The drawing is at frame 1 now.");
+        }
+        EXPECT_EQ(Messages(), expected);
     }
     EXPECT_EQ(ReadAscii({}).status, MS::kFailure);
+}
+
+// A token that is changed, missing or two.
+TEST_F(LayerDataTest, ADamagedTokenCostsNoOtherPicture) {
+    const auto pictures = [](const LayerManager& layers) {
+        std::multiset<QByteArray> found;
+        for (const QString& camera : layers.GetCameras()) {
+            for (const Layer* layer : layers.GetLayers(camera)) {
+                for (int i = 0; i < layer->FrameCount(); ++i) {
+                    found.insert(layer->GetFrame(i)->GetPackedImage());
+                }
+            }
+        }
+        return found;
+    };
+    BaseNodeLayerData data;
+    data.CreateLayerManager();
+    FillDrawing(*data.GetLayerManager());
+    const std::vector<std::string> whole = Tokens(WriteAscii(data));
+    const std::multiset<QByteArray> all = pictures(*data.GetLayerManager());
+    for (size_t token = 0; token < whole.size(); ++token) {
+        for (const char* const change : {"x", "", "0", "7", "-1", "missing", "twice"}) {
+            SCOPED_TRACE(std::to_string(token) + ", " + whole[token].substr(0, 20) + ": " + change);
+            std::vector<std::string> tokens = whole;
+            const auto there = tokens.begin() + static_cast<long>(token);
+            if (change == std::string("missing")) {
+                tokens.erase(there);
+            } else if (change == std::string("twice")) {
+                tokens.insert(there, whole[token]);
+            } else {
+                *there = change;
+            }
+            const ReadResult read = ReadAscii(tokens);
+            std::multiset<QByteArray> expected = all;
+            const bool isPicture = whole[token].size() > 100;
+            if (isPicture && change != std::string("twice")) {
+                expected.erase(expected.find(QByteArray::fromHex(QByteArray::fromStdString(whole[token]))));
+            }
+            const std::multiset<QByteArray> found = pictures(*read.layers);
+            EXPECT_TRUE(std::includes(found.begin(), found.end(), expected.begin(), expected.end()))
+                << found.size() << " of " << expected.size();
+            if (isPicture) {
+                EXPECT_THAT(Messages(), Not(IsEmpty()));
+            }
+            Messages();
+        }
+    }
 }
 
 TEST_F(LayerDataTest, AStateThatIsNoneCountsAsAnimatedInTheBinaryForm) {
