@@ -114,12 +114,17 @@ MStatus NodeCommand::Create() {
     if (!created) {
         return created;
     }
-    BaseNode* node = BaseNode::GetMaster();
-    if (layer_ && node) {
-        if (!hasRun_) {
-            AddFirstLayer(*node);
+    try {
+        BaseNode* node = BaseNode::GetMaster();
+        if (layer_ && node) {
+            if (!hasRun_) {
+                AddFirstLayer(*node);
+            }
+            MayaUtil::RefreshTimeControl(node->thisMObject());
         }
-        MayaUtil::RefreshTimeControl(node->thisMObject());
+    } catch (...) {
+        creation_.Undo();
+        throw;
     }
     return MS::kSuccess;
 }

@@ -36,12 +36,17 @@ MStatus NodeCreation::Do() {
     if (!status) {
         return status;
     }
-    for (const char* channel : {"translate", "rotate", "scale"}) {
-        for (const char* axis : {"X", "Y", "Z"}) {
-            BaseNode::LockAndHideAttribute(transform_, MString(channel) + axis);
+    try {
+        for (const char* channel : {"translate", "rotate", "scale"}) {
+            for (const char* axis : {"X", "Y", "Z"}) {
+                BaseNode::LockAndHideAttribute(transform_, MString(channel) + axis);
+            }
         }
+        return MGlobal::clearSelectionList();
+    } catch (...) {
+        Undo();
+        throw;
     }
-    return MGlobal::clearSelectionList();
 }
 
 void NodeCreation::Undo() {

@@ -1,6 +1,7 @@
 #include "commands/PlaybackTimeScope.h"
 
 #include "host/FrameTime.h"
+#include "host/Guarded.h"
 #include "host/MayaUtil.h"
 #include "node/BaseNode.h"
 
@@ -21,7 +22,8 @@ void PlaybackTimeScope::GoTo(int frame) {
 void PlaybackTimeScope::SetTime(const MTime& time) {
     if (MayaUtil::GetPlaybackTime() != time) {
         MayaUtil::SetPlaybackTime(time);
-        BaseNode::UpdatePlaybackTime();
+        // The time has changed, whatever could not follow it.
+        RunGuarded("Changing the time", [] { BaseNode::UpdatePlaybackTime(); });
     }
 }
 

@@ -76,14 +76,15 @@ MStatus ReplayCommand::doIt(const MArgList& args) {
         }
         try {
             if (!DrawAll(recording)) {
-                UndoAll();
+                TakeBack();
                 return MS::kFailure;
             }
         } catch (...) {
-            UndoAll();
+            TakeBack();
             throw;
         }
         undoable_ = true;
+        isDone_ = true;
     }
     setResult(count);
     return MS::kSuccess;
@@ -160,13 +161,17 @@ bool ReplayCommand::Draw(StrokePlayer& player, const RecordedStroke& recorded, i
     return WithMemory([&] { return player.Draw(recorded, time, drawn_); });
 }
 
-bool ReplayCommand::UndoAll() {
-    const bool done = UndoStrokes();
+/// After a drawing that failed.
+void ReplayCommand::TakeBack() {
+    UndoStrokes();
+    UndoNode();
+    BaseNode::UpdatePlaybackTime();
+}
+
+void ReplayCommand::UndoNode() {
     if (node_) {
         node_->Undo();
     }
-    BaseNode::UpdatePlaybackTime();
-    return done;
 }
 
 bool ReplayCommand::UndoStrokes() {
@@ -210,19 +215,35 @@ bool ReplayCommand::RedoStrokes() {
 }
 
 MStatus ReplayCommand::undoIt() {
-    return UndoAll() ? MS::kSuccess : MS::kFailure;
+    if (!isDone_) {
+        return MS::kSuccess; // it could not be redone
+    }
+    isDone_ = !UndoStrokes();
+    if (!isDone_) {
+        UndoNode();
+    }
+    BaseNode::UpdatePlaybackTime();
+    return isDone_ ? MS::kFailure : MS::kSuccess;
 }
 
 MStatus ReplayCommand::redoIt() {
+    if (isDone_) {
+        return MS::kSuccess; // it could not be undone
+    }
     if (node_) {
         MStatus status = node_->Do();
         if (!status) {
             return status;
         }
     }
-    const bool done = RedoStrokes();
+    const ScopeExit takeOut([this] {
+        if (!isDone_) { // also for lack of memory
+            UndoNode();
+        }
+    });
+    isDone_ = RedoStrokes();
     BaseNode::UpdatePlaybackTime();
-    return done ? MS::kSuccess : MS::kFailure;
+    return isDone_ ? MS::kSuccess : MS::kFailure;
 }
 
 } // namespace vellix

@@ -47,7 +47,8 @@ private:
     bool ProvideNode();
     bool DrawAll(const StrokeRecording& recording);
     bool Draw(StrokePlayer& player, const RecordedStroke& recorded, int time);
-    bool UndoAll();
+    void TakeBack();
+    void UndoNode();
     bool UndoStrokes();
     bool RedoStrokes();
 
@@ -57,6 +58,7 @@ private:
     ActiveLayers before_;
     int frameOffset_ = 0;
     bool undoable_ = false;
+    bool isDone_ = false;
     std::unique_ptr<NodeCreation> node_;               // null if the scene already had one
     std::vector<std::unique_ptr<StrokeCommit>> drawn_; // one for each frame that was drawn on, in order
 };

@@ -52,6 +52,7 @@ bool StrokeCommit::Commit(BaseNode& node) {
         return DropForLackOfMemory(*layers);
     }
     tiles_.Keep(tiles);
+    isDone_ = true;
     return true;
 }
 
@@ -83,39 +84,48 @@ bool StrokeCommit::Exchange(LayerManager& layers) {
 }
 
 bool StrokeCommit::Undo(BaseNode& node) {
+    if (!isDone_) {
+        return true; // it could not be redone
+    }
     const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
     if (layers) {
         const LayerManager::ChangeScope scope(*layers);
         if (Exchange(*layers)) {
-            if (additions_.TakeOut(*layers)) {
-                return true;
-            }
-            Exchange(*layers);
+            const ScopeExit exchangeAgain([&] {
+                if (isDone_) { // also for lack of memory
+                    Exchange(*layers);
+                }
+            });
+            isDone_ = !additions_.TakeOut(*layers);
         }
     }
-    Logger::Error("The stroke cannot be undone: its drawing is gone.");
-    return false;
+    if (isDone_) {
+        Logger::Error("The stroke cannot be undone: its drawing is gone.");
+    }
+    return !isDone_;
 }
 
 bool StrokeCommit::Redo(BaseNode& node) {
+    if (isDone_) {
+        return true; // it could not be undone
+    }
     const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
     if (layers) {
         const LayerManager::ChangeScope scope(*layers);
         if (additions_.PutBack(*layers)) {
-            bool done = false;
             const ScopeExit takeOut([&] {
-                if (!done) { // also for lack of memory
+                if (!isDone_) { // also for lack of memory
                     additions_.TakeOut(*layers);
                 }
             });
-            done = Exchange(*layers);
-            if (done) {
-                return true;
-            }
+            isDone_ = Exchange(*layers);
         }
     }
-    Logger::Error("The stroke cannot be redone: its drawing is gone, or another one has taken its place.");
-    return false;
+    if (!isDone_) {
+        Logger::Error(
+            "The stroke cannot be redone: its drawing is gone, or another one has taken its place.");
+    }
+    return isDone_;
 }
 
 } // namespace vellix

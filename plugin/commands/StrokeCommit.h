@@ -38,6 +38,7 @@ private:
     DrawingId drawing_;
     PressAdditions additions_;
     KeptTiles tiles_;
+    bool isDone_ = false; // a step that failed leaves the way back nothing to do
 };
 
 } // namespace vellix

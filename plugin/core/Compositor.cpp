@@ -10,8 +10,9 @@
 namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
-    auto image = std::make_unique<FlattenedImage>();
-    images_.emplace(camera, std::move(image)); // an image that is there stays
+    if (images_.find(camera) == images_.end()) { // else it needs no memory: layers are moved after this
+        images_.emplace(camera, std::make_unique<FlattenedImage>());
+    }
 }
 
 void Compositor::RemoveCamera(const QString& camera) {

@@ -39,7 +39,7 @@ LegacyOutline* BaseNode::adjustingContext_ = nullptr;
 
 namespace {
 
-bool g_hasShutDown = false;
+bool g_hasShutDown = true; // as before the node type is made
 
 const MString DRAW_CLASSIFICATION = MString("drawdb/geometry/") + Settings::NODE_TYPE_NAME;
 const MString DRAW_REGISTRATION_ID = MString(Settings::NODE_TYPE_NAME) + "Plugin";
@@ -88,6 +88,10 @@ MString BaseNode::GetDrawRegistrationId() {
 }
 
 MStatus BaseNode::Initialize() {
+    return Guarded("Making the node type", InitializeType);
+}
+
+MStatus BaseNode::InitializeType() {
     g_hasShutDown = false;
     DocumentFollower::Start();
     if (Settings::guiEnabled) {

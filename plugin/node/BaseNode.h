@@ -240,6 +240,7 @@ public:
     std::unique_ptr<Frame> RemoveFrame(const QString& camera);
 
 private:
+    static MStatus InitializeType();
     void Construct();
     std::shared_ptr<LayerManager> ReadLayerManager() const;
     bool SetLayerManager(const std::shared_ptr<LayerManager>& layers) const;

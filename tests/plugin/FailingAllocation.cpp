@@ -40,6 +40,7 @@ bool g_hasFailed = false;
 thread_local bool t_isArmed = false;
 thread_local bool t_isLooking = false;
 thread_local int t_left = 0;
+thread_local int t_number = 0;
 
 int AddModule(dl_phdr_info* info, std::size_t, void*) {
     Range range{UINTPTR_MAX, 0};
@@ -114,7 +115,7 @@ FailingAllocation::FailingAllocation(int number) {
         _Unwind_Backtrace(Visit, &warmUp); // it allocates the first time
     }
     g_hasFailed = false;
-    t_left = number;
+    t_left = t_number = number;
     t_isArmed = true;
 }
 
@@ -124,6 +125,10 @@ FailingAllocation::~FailingAllocation() {
 
 bool FailingAllocation::HasFailed() {
     return g_hasFailed;
+}
+
+int FailingAllocation::Count() {
+    return t_number - t_left;
 }
 
 bool FailingAllocation::IsPossible() {

@@ -13,6 +13,8 @@ public:
 
     /// Whether the allocation was asked for, and failed.
     static bool HasFailed();
+    /// The number of allocations that were asked for while the last one existed.
+    static int Count();
     /// False where the program's allocation cannot be replaced, as under the sanitizers.
     static bool IsPossible();
 

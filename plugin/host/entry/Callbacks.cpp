@@ -227,7 +227,12 @@ void OnNodeAddedOrRemoved(MObject&, void*) {
 /// Stores the id of a callback that was added. Returns its status.
 MStatus Keep(MCallbackId id, const MStatus& status) {
     if (status) {
-        g_callbacks.append(id);
+        try {
+            g_callbacks.append(id);
+        } catch (...) {
+            MMessage::removeCallback(id); // nobody would do so later
+            throw;
+        }
     }
     return status;
 }

@@ -1,5 +1,6 @@
 #include "host/entry/PluginMain.h"
 
+#include "host/Guarded.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/entry/Callbacks.h"
@@ -46,18 +47,24 @@ MStatus RunSteps(MFnPlugin& plugin, const RegistrationStep (&steps)[Count]) {
     return status;
 }
 
-} // namespace
+const RegistrationStep DEREGISTRATION[] = {DeregisterNodes, DeregisterDataTypes, DeregisterContextCommands,
+                                           DeregisterCommands};
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
-MStatus initializePlugin(MObject obj) {
+/// Calls `function` with the plug-in as the host knows it, or shows that it cannot `what`.
+template <typename Function>
+MStatus WithPlugin(MObject& object, const char* what, Function function) {
     const QByteArray vendor = Settings::AUTHOR.toUtf8();
     const QByteArray version = Settings::VERSION_STRING.toUtf8();
     MStatus status;
-    MFnPlugin plugin(obj, vendor.constData(), version.constData(), "Any", &status);
+    MFnPlugin plugin(object, vendor.constData(), version.constData(), "Any", &status);
     if (!status) {
-        MGlobal::displayError(MString("Failed to initialize plugin: ") + status.errorString());
+        MGlobal::displayError(MString("Failed to ") + what + " plugin: " + status.errorString());
         return status;
     }
+    return function(plugin);
+}
+
+MStatus Load(MFnPlugin& plugin) {
     Settings::guiEnabled = !MayaUtil::IsBatchMode();
     Settings::ReadUserConfig();
     BuildMenu();
@@ -65,42 +72,72 @@ MStatus initializePlugin(MObject obj) {
         // Must precede the node type, which creates the frame marks over the time slider.
         RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
     }
-
-    status = RunSteps(plugin, {RegisterCommands, RegisterContextCommands, RegisterDataTypes, RegisterNodes});
+    const MStatus status =
+        RunSteps(plugin, {RegisterCommands, RegisterContextCommands, RegisterDataTypes, RegisterNodes});
     if (status) {
         AddCallbacks();
         AddScriptJobs();
         if (Settings::guiEnabled) {
             DialogManager::ReopenPanels();
         }
-    } else if (Settings::guiEnabled) {
-        MayaUtil::DeleteMainMenu(); // its entries would run commands that are not there
     }
     return status;
 }
 
+/// Takes back what a loading that failed has done so far. The host removes the plug-in's code next, so that
+/// each step is tried whatever becomes of the others.
+void TakeBack(MObject& object) {
+    const char* const what = "Taking back what was loaded";
+    RunGuarded(what, [] {
+        if (Settings::guiEnabled) {
+            MayaUtil::DeleteMainMenu(); // its entries would run commands that are not there
+        }
+    });
+    RunGuarded(what, RemoveScriptJobs);
+    RunGuarded(what, RemoveCallbacks);
+    Guarded(what, [&] {
+        return WithPlugin(object, "uninitialize", [&](MFnPlugin& plugin) {
+            for (const RegistrationStep step : DEREGISTRATION) {
+                RunGuarded(what, [&] {
+                    MStatus status;
+                    step(plugin, status);
+                });
+            }
+            return MStatus();
+        });
+    });
+}
+
+} // namespace
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
+MStatus initializePlugin(MObject obj) {
+    const MStatus status =
+        Guarded("Loading the plug-in", [&] { return WithPlugin(obj, "initialize", Load); });
+    if (!status) {
+        TakeBack(obj);
+    }
+    return status;
+}
+
+/// After a failure it may be called again, and goes on where it stopped.
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
 MStatus uninitializePlugin(MObject obj) {
-    if (Settings::guiEnabled && !MayaUtil::DeleteMainMenu()) {
-        MGlobal::displayError("Failed to delete main menu");
-    }
-    MStatus status = RemoveScriptJobs();
-    if (!status) {
-        MGlobal::displayError("Failed to remove scriptJobs");
-        return status;
-    }
-    status = RemoveCallbacks();
-    if (!status) {
-        MGlobal::displayError("Failed to remove callbacks");
-        return status;
-    }
-    const QByteArray vendor = Settings::AUTHOR.toUtf8();
-    const QByteArray version = Settings::VERSION_STRING.toUtf8();
-    MFnPlugin plugin(obj, vendor.constData(), version.constData(), "Any", &status);
-    if (!status) {
-        MGlobal::displayError(MString("Failed to uninitialize plugin: ") + status.errorString());
-        return status;
-    }
-    return RunSteps(plugin,
-                    {DeregisterNodes, DeregisterDataTypes, DeregisterContextCommands, DeregisterCommands});
+    return Guarded("Unloading the plug-in", [&] {
+        if (Settings::guiEnabled && !MayaUtil::DeleteMainMenu()) {
+            MGlobal::displayError("Failed to delete main menu");
+        }
+        MStatus status = RemoveScriptJobs();
+        if (!status) {
+            MGlobal::displayError("Failed to remove scriptJobs");
+            return status;
+        }
+        status = RemoveCallbacks();
+        if (!status) {
+            MGlobal::displayError("Failed to remove callbacks");
+            return status;
+        }
+        return WithPlugin(obj, "uninitialize",
+                          [](MFnPlugin& plugin) { return RunSteps(plugin, DEREGISTRATION); });
+    });
 }

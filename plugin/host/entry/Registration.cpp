@@ -22,6 +22,7 @@
 #include <maya/MFnPlugin.h>
 #include <maya/MGlobal.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace vellix {
@@ -62,6 +63,18 @@ std::vector<ContextCommandEntry> GetContextCommands() {
     };
 }
 
+/// What the host knows of the plug-in. A loading that fails half way takes back so much, and an unloading
+/// that failed goes on from there.
+struct Registered {
+    std::size_t commands = 0;
+    std::size_t contextCommands = 0;
+    bool dataType = false;
+    bool node = false;
+    bool drawOverride = false;
+};
+
+Registered g_registered;
+
 void ShowFailure(const char* what, const MString& name, const char* kind, const MStatus& status) {
     MGlobal::displayError(MString("Failed to ") + what + " '" + name + "' " + kind + ": " +
                           status.errorString());
@@ -77,16 +90,18 @@ void RegisterCommands(MFnPlugin& plugin, MStatus& status) {
             ShowFailure("register", command.name, "command", status);
             return;
         }
+        ++g_registered.commands;
     }
 }
 
 void DeregisterCommands(MFnPlugin& plugin, MStatus& status) {
     status = MS::kSuccess;
     const std::vector<CommandEntry> commands = GetCommands();
-    for (auto command = commands.rbegin(); command != commands.rend(); ++command) {
-        status = plugin.deregisterCommand(command->name);
+    for (std::size_t& left = g_registered.commands; left > 0; --left) {
+        const MString& name = commands[left - 1].name;
+        status = plugin.deregisterCommand(name);
         if (!status) {
-            ShowFailure("deregister", command->name, "command", status);
+            ShowFailure("deregister", name, "command", status);
             return;
         }
     }
@@ -100,16 +115,18 @@ void RegisterContextCommands(MFnPlugin& plugin, MStatus& status) {
             ShowFailure("register", command.name, "contextCommand", status);
             return;
         }
+        ++g_registered.contextCommands;
     }
 }
 
 void DeregisterContextCommands(MFnPlugin& plugin, MStatus& status) {
     status = MS::kSuccess;
     const std::vector<ContextCommandEntry> commands = GetContextCommands();
-    for (auto command = commands.rbegin(); command != commands.rend(); ++command) {
-        status = plugin.deregisterContextCommand(command->name);
+    for (std::size_t& left = g_registered.contextCommands; left > 0; --left) {
+        const MString& name = commands[left - 1].name;
+        status = plugin.deregisterContextCommand(name);
         if (!status) {
-            ShowFailure("deregister", command->name, "contextCommand", status);
+            ShowFailure("deregister", name, "contextCommand", status);
             return;
         }
     }
@@ -118,13 +135,18 @@ void DeregisterContextCommands(MFnPlugin& plugin, MStatus& status) {
 void RegisterDataTypes(MFnPlugin& plugin, MStatus& status) {
     status = plugin.registerData(BaseNodeLayerData::GetTypeName(), BaseNodeLayerData::GetTypeID(),
                                  BaseNodeLayerData::Creator);
+    g_registered.dataType = bool(status);
     if (!status) {
         MGlobal::displayError(MString("Could not register '") + BaseNodeLayerData::GetTypeName());
     }
 }
 
 void DeregisterDataTypes(MFnPlugin& plugin, MStatus& status) {
-    status = plugin.deregisterData(BaseNodeLayerData::GetTypeID());
+    status = MS::kSuccess;
+    if (g_registered.dataType) {
+        status = plugin.deregisterData(BaseNodeLayerData::GetTypeID());
+        g_registered.dataType = !status;
+    }
     if (!status) {
         MGlobal::displayError(MString("Could not deregister ") + BaseNodeLayerData::GetTypeName());
     }
@@ -134,28 +156,36 @@ void RegisterNodes(MFnPlugin& plugin, MStatus& status) {
     const MString classification = BaseNode::GetDrawDbClassification();
     status = plugin.registerNode(BaseNode::GetTypeName(), BaseNode::GetTypeID(), BaseNode::Creator,
                                  BaseNode::Initialize, MPxNode::kLocatorNode, &classification);
+    g_registered.node = bool(status);
     if (!status) {
         MGlobal::displayError("Failed to register base node");
         return;
     }
     status = MHWRender::MDrawRegistry::registerDrawOverrideCreator(
         classification, BaseNode::GetDrawRegistrationId(), BaseNodeDrawOverride::Creator);
+    g_registered.drawOverride = bool(status);
     if (!status) {
         MGlobal::displayError("Failed to register draw node override");
     }
 }
 
 void DeregisterNodes(MFnPlugin& plugin, MStatus& status) {
-    status = MHWRender::MDrawRegistry::deregisterDrawOverrideCreator(BaseNode::GetDrawDbClassification(),
-                                                                     BaseNode::GetDrawRegistrationId());
-    if (!status) {
-        MGlobal::displayError("Failed to deregister base node draw override");
-        return;
+    if (g_registered.drawOverride) {
+        status = MHWRender::MDrawRegistry::deregisterDrawOverrideCreator(BaseNode::GetDrawDbClassification(),
+                                                                         BaseNode::GetDrawRegistrationId());
+        if (!status) {
+            MGlobal::displayError("Failed to deregister base node draw override");
+            return;
+        }
+        g_registered.drawOverride = false;
     }
-    status = plugin.deregisterNode(BaseNode::GetTypeID());
-    if (!status) {
-        MGlobal::displayError("Failed to deregister base node");
-        return;
+    if (g_registered.node) {
+        status = plugin.deregisterNode(BaseNode::GetTypeID());
+        if (!status) {
+            MGlobal::displayError("Failed to deregister base node");
+            return;
+        }
+        g_registered.node = false;
     }
     status = BaseNode::Cleanup();
 }

@@ -6,7 +6,8 @@
 namespace vellix {
 
 // Registers the plug-in's commands, contexts, data types and nodes with the host. Each function stops at the
-// first failure, displays it as an error and sets `status` to it.
+// first failure, displays it as an error and sets `status` to it. What is not registered is not deregistered,
+// so that the second half can follow any end of the first.
 
 void RegisterCommands(MFnPlugin& plugin, MStatus& status);
 /// In the reverse order of registration.

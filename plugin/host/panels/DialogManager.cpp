@@ -1,5 +1,6 @@
 #include "host/panels/DialogManager.h"
 
+#include "host/Guarded.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 
@@ -175,7 +176,8 @@ void DialogManager::NoteOpenPanels() {
 
 void DialogManager::ReopenPanels() {
     GetRegistry().reopening = std::make_unique<QObject>();
-    QTimer::singleShot(0, GetRegistry().reopening.get(), OpenNotedPanels);
+    QTimer::singleShot(0, GetRegistry().reopening.get(),
+                       [] { RunGuarded("Opening the panels", OpenNotedPanels); });
 }
 
 void DialogManager::OpenModal(std::unique_ptr<QDialog> dialog) {

@@ -1,15 +1,22 @@
-// Memory that runs out at any allocation: a stroke is drawn, or it says so and has changed nothing.
+// Memory that runs out at any allocation: a step is done, or it says so and has changed nothing.
 
+#include "app/PluginManager.h"
 #include "commands/LayerCommand.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/entry/GuardedCommand.h"
+#include "host/entry/PluginMain.h"
+#include "openmaya/PluginHandle.h"
 #include "paint/Stroke.h"
 #include "plugin/FailingAllocation.h"
 #include "plugin/commands/CommandFixture.h"
+#include "scene/EventBus.h"
 #include "scene/Output.h"
+#include "scene/Plugin.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <limits>
 
 namespace vellix {
 namespace {
@@ -53,15 +60,142 @@ protected:
                 .toUtf8());
     }
 
-    /// The numbers of the allocations to let fail: each of the first, then fewer and fewer.
-    static int Next(int number) { return number < 60 ? number + 1 : number + number / 16; }
+    /// The numbers of the allocations to let fail: each of the first, then fewer and fewer, or all.
+    static int Next(int number) {
+        static const bool isLong = std::getenv("VELLIX_LONG") != nullptr;
+        return isLong || number < 60 ? number + 1 : number + number / 16;
+    }
+
+    /// Keeps in said_ whether an error is shown from now on.
+    void Listen() {
+        said_ = false;
+        Host::Get().output().SetSink([this](lightbox::Output::Kind kind, const std::string&) {
+            const FailingAllocation::Pause pause;
+            said_ = said_ || kind == lightbox::Output::Kind::Error;
+        });
+    }
+    /// Runs a line while an allocation fails. Returns whether it was asked for.
+    bool RunShort(const std::string& line, int number) {
+        Listen();
+        isDone_ = true;
+        const FailingAllocation failing(number);
+        try {
+            Host::Get().interpreter().Execute(line);
+        } catch (const lightbox::mel::Error& error) {
+            const FailingAllocation::Pause pause;
+            isDone_ = false;
+            said_ = said_ || !error.Described().empty(); // the host shows it
+        } catch (const std::bad_alloc&) {
+            isDone_ = false;
+            said_ = true; // so does it show this
+        }
+        return FailingAllocation::HasFailed();
+    }
+    void SweepLine(const std::string& line, int first);
+    void SweepStep(const std::string& step, const QString& start, const QString& goal);
 
     bool said_ = false;
+    bool isDone_ = false;
+    int failures_ = 0;
 };
+
+/// Runs the line, with one allocation after the other failing, until none fails any more. Then it is done.
+void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
+    const QString before = Drawing();
+    for (int number = first; RunShort(line, number); number = Next(number), ++failures_) {
+        const QString after = Drawing();
+        if (isDone_) {
+            Mel("undo");
+            ASSERT_EQ(Drawing().toStdString(), before.toStdString()) << "undone after allocation " << number;
+        } else {
+            ASSERT_EQ(after.toStdString(), before.toStdString()) << "at allocation " << number;
+            ASSERT_TRUE(said_) << "at allocation " << number;
+        }
+    }
+    ASSERT_TRUE(isDone_);
+    ASSERT_NE(Drawing().toStdString(), before.toStdString());
+}
+
+/// The same for undo or redo, which leads from one drawing to another.
+void ShortOfMemoryTest::SweepStep(const std::string& step, const QString& start, const QString& goal) {
+    for (int number = 1; RunShort(step, number); number = Next(number), ++failures_) {
+        const QString after = Drawing();
+        ASSERT_TRUE(after == goal || (after == start && said_)) << step << " at allocation " << number << "\n"
+                                                                << after.toStdString() << "is neither\n"
+                                                                << start.toStdString() << "nor\n"
+                                                                << goal.toStdString();
+        // A step that failed has left the queue all the same; the way back has nothing to do then.
+        Mel(step == "undo" ? "redo" : "undo");
+        ASSERT_EQ(Drawing().toStdString(), start.toStdString()) << step << " at allocation " << number;
+    }
+    ASSERT_EQ(Drawing().toStdString(), goal.toStdString());
+}
+
+TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
+    struct Row {
+        const char* before; ///< how the scene comes to be; stays so for the next rows
+        QString line;
+    };
+    const QString replay = "qmVellixReplay -file \"" + Recording(3, 700, 3) + "\" -camera ";
+    const Row rows[] = {
+        {"", "qmVellixLayer -add -n New -ls 2 persp"},
+        {"", "qmVellixLayer -add -n New -ls 0 side"},
+        {"", "qmVellixLayer -insert 1 -n New -ls 1 persp"},
+        {"", "qmVellixLayer -delete 0 persp"},
+        {"", "qmVellixLayer -delete 1 persp"},
+        {"", "qmVellixLayer -deleteAll persp"},
+        {"", "qmVellixLayer -move 0 1 persp"},
+        {"", "qmVellixLayer -newCamera top -move 1 0 persp"},
+        {"", "qmVellixLayer -newCamera side -move 0 0 persp"},
+        {"", "qmVellixLayer -moveAll top persp"},
+        {"", "qmVellixLayer -moveAll side persp"},
+        {"", "qmVellixLayer -e -active 0 persp"},
+        {"", "qmVellixLayer -e -active 0 top"},
+        {"", "qmVellixLayer -editName Other 1 persp"},
+        {"", "qmVellixLayer -editVis 0 1 persp"},
+        {"", "qmVellixLayer -editOpacity 0.5 1 persp"},
+        {"", "qmVellixLayer -editState 2 1 persp"},
+        {"", "qmVellixFrame -delete persp"},
+        {"", "qmVellixFrame -cut persp"},
+        {"", "qmVellixFrame -clear persp"},
+        {"", "qmVellixFrame -paste top"},
+        {"", "qmVellixFrame -insert top"},
+        {"", "qmVellixFrame -insert side"},
+        {"", "qmVellixFrame -stepBack persp"},
+        {"", "qmVellixFrame -move 4 1 3 persp"},
+        {"", "qmVellixFrame -move -1 3 3 persp"},
+        {"", replay + "persp"},
+        {"", replay + "side"},
+        {"currentTime 1", "qmVellixFrame -paste persp"},
+        {"", "qmVellixFrame -retime 6 persp"},
+        {"currentTime 2", "qmVellixFrame -duplicate persp"},
+        {"", "qmVellixFrame -insert persp"},
+        {"", "qmVellixFrame -stepForward persp"},
+        {"", "qmVellixFrame -retime 2 -relative persp"},
+        {"file -f -new", "qmVellixNode -layer -camera side -frame"},
+        {"", replay + "persp"},
+    };
+    // Qt's reader of JSON ends the program when an allocation of it fails. It is done when the camera is
+    // found to be missing.
+    RunShort((replay + "nowhere").toStdString(), std::numeric_limits<int>::max());
+    const int afterReading = FailingAllocation::Count();
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.line.toStdString());
+        Mel(row.before);
+        const QString before = Drawing();
+        ASSERT_NO_FATAL_FAILURE(
+            SweepLine(row.line.toStdString(), row.line.startsWith(replay) ? afterReading : 1));
+        const QString done = Drawing();
+        ASSERT_NO_FATAL_FAILURE(SweepStep("undo", done, before));
+        ASSERT_NO_FATAL_FAILURE(SweepStep("redo", before, done));
+        Mel("undo");
+        ASSERT_EQ(Drawing().toStdString(), before.toStdString());
+    }
+    std::printf("%d allocations failed\n", failures_);
+}
 
 // What the draw tool does at a press, while it is drawn, and at the release.
 TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
-    int failures = 0;
     for (const char* const camera : {"persp", "side"}) {
         for (const int time : {3, 4}) {
             SCOPED_TRACE(::testing::Message() << camera << " at " << time);
@@ -85,12 +219,8 @@ TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
                 }
                 return Node().MayCommitStroke() && MayaUtil::PushStroke(camera, layer, frameAdded);
             };
-            for (int number = 1;; number = Next(number), ++failures) {
-                said_ = false;
-                Host::Get().output().SetSink([this](lightbox::Output::Kind kind, const std::string&) {
-                    const FailingAllocation::Pause pause;
-                    said_ = said_ || kind == lightbox::Output::Kind::Error;
-                });
+            for (int number = 1;; number = Next(number), ++failures_) {
+                Listen();
                 bool isDrawn = false;
                 bool hasFailed = false;
                 {
@@ -121,7 +251,7 @@ TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
             }
         }
     }
-    std::printf("%d allocations failed\n", failures);
+    std::printf("%d allocations failed\n", failures_);
 }
 
 // The host asks for it while the plug-in is loaded, and catches nothing.
@@ -139,6 +269,48 @@ TEST_F(ShortOfMemoryTest, ACommandThatCannotBeDescribedThrowsNothing) {
         EXPECT_EQ(Messages().filter("Describing the command failed").size(), failures);
     }
     EXPECT_GT(number, 1);
+}
+
+// The host unloads the code of a plug-in that could not be loaded.
+TEST_F(ShortOfMemoryTest, ALoadingThatFailsTakesBackWhatItRegistered) {
+    Mel("file -f -new");
+    const lightbox::Plugin* const loaded = Host::Get().plugins().Find("vellix2");
+    ASSERT_TRUE(loaded);
+    const std::string name = loaded->name;
+    Host::Get().plugins().Unload(name, false);
+    const std::size_t callbacks = Host::Get().events().CallbackCount();
+    const auto jobs = [] { return Host::Get().interpreter().Execute("size(`scriptJob -listJobs`)").Shown(); };
+    const std::string jobsBefore = jobs();
+    for (int number = 1;; number = Next(number), ++failures_) {
+        SCOPED_TRACE(::testing::Message() << "at allocation " << number);
+        lightbox::Plugin plugin;
+        plugin.name = name;
+        const MObject object = lightbox::PluginHandle::MakeObject(plugin);
+        Listen();
+        MStatus status;
+        bool hasFailed = false;
+        {
+            const FailingAllocation failing(number);
+            EXPECT_NO_THROW(status = initializePlugin(object));
+            hasFailed = FailingAllocation::HasFailed();
+        }
+        if (status) {
+            EXPECT_TRUE(uninitializePlugin(object));
+        } else {
+            EXPECT_TRUE(said_);
+        }
+        EXPECT_TRUE(plugin.commands.empty() && plugin.contextCommands.empty() && plugin.dataTypes.empty() &&
+                    plugin.nodeTypes.empty());
+        EXPECT_EQ(Host::Get().events().CallbackCount(), callbacks);
+        ASSERT_EQ(jobs(), jobsBefore);
+        if (!hasFailed) {
+            EXPECT_TRUE(status);
+            break;
+        }
+    }
+    std::printf("%d allocations failed\n", failures_);
+    static_cast<lightbox::PluginManager&>(Host::Get().plugins())
+        .LoadBuiltin(name, initializePlugin, uninitializePlugin);
 }
 
 } // namespace
