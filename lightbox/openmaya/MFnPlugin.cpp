@@ -8,6 +8,7 @@
 #include "scene/Host.h"
 #include "scene/Plugin.h"
 #include "scene/Scene.h"
+#include "scene/ScopeExit.h"
 #include "scene/ToolContexts.h"
 #include "scene/UndoQueue.h"
 
@@ -16,6 +17,8 @@
 #include <maya/MSyntax.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 using lightbox::ApiBridge;
 using lightbox::DataType;
@@ -23,6 +26,7 @@ using lightbox::Host;
 using lightbox::Node;
 using lightbox::NodeType;
 using lightbox::Plugin;
+using lightbox::ScopeExit;
 
 namespace {
 
@@ -53,6 +57,21 @@ MString Say(const MObject& object, std::string Plugin::*text, MStatus* status) {
     const Plugin* plugin = PluginOf(object);
     ApiBridge::Report(status, plugin ? MStatus(MS::kSuccess) : NoPlugin());
     return plugin ? ApiBridge::Wrap(plugin->*text) : MString();
+}
+
+/// Registers something of a plug-in by `add`, which answers false when it is refused. Its name is listed
+/// first: what is registered but not listed, for lack of memory, would outlive the plug-in's code.
+template <typename Add>
+bool AddListed(std::vector<std::string>& names, const std::string& name, Add add) {
+    names.push_back(name);
+    bool isAdded = false;
+    const ScopeExit forget([&] {
+        if (!isAdded) {
+            names.pop_back();
+        }
+    });
+    isAdded = add();
+    return isAdded;
 }
 
 } // namespace
@@ -105,11 +124,10 @@ MStatus MFnPlugin::registerCommand(const MString& commandName, MCreatorFunction 
     if (createSyntaxFunction) {
         command.syntax = createSyntaxFunction();
     }
-    if (!lightbox::RegisterPluginCommand(command, plugin->name)) {
-        return ApiBridge::Fail(MS::kFailure, "The name '" + name + "' is taken");
-    }
-    plugin->commands.push_back(name);
-    return MS::kSuccess;
+    const auto add = [&] { return lightbox::RegisterPluginCommand(command, plugin->name); };
+    return AddListed(plugin->commands, name, add)
+               ? MStatus(MS::kSuccess)
+               : ApiBridge::Fail(MS::kFailure, "The name '" + name + "' is taken");
 }
 
 MStatus MFnPlugin::deregisterCommand(const MString& commandName) {
@@ -142,12 +160,13 @@ MStatus MFnPlugin::registerContextCommand(const MString& commandName, MCreatorFu
     if (!sample || sample->appendSyntax().error()) {
         return ApiBridge::Fail(MS::kFailure, "The command '" + name + "' cannot be created");
     }
-    if (!lightbox::RegisterPluginCommand({name, creatorFunction, ApiBridge::ContextStateOf(*sample).syntax},
-                                         plugin->name)) {
-        return ApiBridge::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
-    }
-    plugin->contextCommands.push_back(name);
-    return MS::kSuccess;
+    const auto add = [&] {
+        return lightbox::RegisterPluginCommand(
+            {name, creatorFunction, ApiBridge::ContextStateOf(*sample).syntax}, plugin->name);
+    };
+    return AddListed(plugin->contextCommands, name, add)
+               ? MStatus(MS::kSuccess)
+               : ApiBridge::Fail(MS::kInvalidParameter, "The name '" + name + "' is taken");
 }
 
 MStatus MFnPlugin::deregisterContextCommand(const MString& commandName) {
@@ -179,11 +198,10 @@ MStatus MFnPlugin::registerData(const MString& typeName, const MTypeId& typeId,
     dataType->id = typeId.id();
     dataType->creator = creatorFunction;
     dataType->plugin = plugin->name;
-    if (!Host::Get().scene().types().AddDataType(dataType)) {
-        return ApiBridge::Fail(MS::kFailure, "The data type's name or id is taken");
-    }
-    plugin->dataTypes.push_back(dataType->name);
-    return MS::kSuccess;
+    const auto add = [&] { return Host::Get().scene().types().AddDataType(dataType); };
+    return AddListed(plugin->dataTypes, dataType->name, add)
+               ? MStatus(MS::kSuccess)
+               : ApiBridge::Fail(MS::kFailure, "The data type's name or id is taken");
 }
 
 MStatus MFnPlugin::deregisterData(const MTypeId& typeId) {
@@ -243,8 +261,7 @@ MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
             return status;
         }
     }
-    types.AddNodeType(nodeType);
-    plugin->nodeTypes.push_back(name);
+    AddListed(plugin->nodeTypes, name, [&] { return types.AddNodeType(nodeType); }); // checked above
     return MS::kSuccess;
 }
 

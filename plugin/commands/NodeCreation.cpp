@@ -32,15 +32,19 @@ MStatus NodeCreation::Do() {
             return status;
         }
     }
-    MStatus status = modifier_.doIt();
-    if (!status) {
-        return status;
-    }
     try {
+        MStatus status = modifier_.doIt();
+        if (!status) {
+            return status;
+        }
         for (const char* channel : {"translate", "rotate", "scale"}) {
             for (const char* axis : {"X", "Y", "Z"}) {
                 BaseNode::LockAndHideAttribute(transform_, MString(channel) + axis);
             }
+        }
+        if (!BaseNode::GetMaster()) { // it was too short of memory to get a drawing
+            Undo();
+            return MS::kFailure;
         }
         return MGlobal::clearSelectionList();
     } catch (...) {

@@ -124,10 +124,7 @@ bool ReplayCommand::ProvideNode() {
         return true;
     }
     node_ = std::make_unique<NodeCreation>();
-    if (node_->Do() && BaseNode::GetMaster()) {
-        return true;
-    }
-    return false;
+    return bool(node_->Do());
 }
 
 bool ReplayCommand::DrawAll(const StrokeRecording& recording) {

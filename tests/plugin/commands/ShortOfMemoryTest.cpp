@@ -15,7 +15,6 @@
 #include "scene/Plugin.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <limits>
 
 namespace vellix {
@@ -60,12 +59,6 @@ protected:
                 .toUtf8());
     }
 
-    /// The numbers of the allocations to let fail: each of the first, then fewer and fewer, or all.
-    static int Next(int number) {
-        static const bool isLong = std::getenv("VELLIX_LONG") != nullptr;
-        return isLong || number < 60 ? number + 1 : number + number / 16;
-    }
-
     /// Keeps in said_ whether an error is shown from now on.
     void Listen() {
         said_ = false;
@@ -102,7 +95,7 @@ protected:
 /// Runs the line, with one allocation after the other failing, until none fails any more. Then it is done.
 void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
     const QString before = Drawing();
-    for (int number = first; RunShort(line, number); number = Next(number), ++failures_) {
+    for (int number = first; RunShort(line, number); ++number, ++failures_) {
         const QString after = Drawing();
         if (isDone_) {
             Mel("undo");
@@ -118,7 +111,7 @@ void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
 
 /// The same for undo or redo, which leads from one drawing to another.
 void ShortOfMemoryTest::SweepStep(const std::string& step, const QString& start, const QString& goal) {
-    for (int number = 1; RunShort(step, number); number = Next(number), ++failures_) {
+    for (int number = 1; RunShort(step, number); ++number, ++failures_) {
         const QString after = Drawing();
         ASSERT_TRUE(after == goal || (after == start && said_)) << step << " at allocation " << number << "\n"
                                                                 << after.toStdString() << "is neither\n"
@@ -219,7 +212,7 @@ TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
                 }
                 return Node().MayCommitStroke() && MayaUtil::PushStroke(camera, layer, frameAdded);
             };
-            for (int number = 1;; number = Next(number), ++failures_) {
+            for (int number = 1;; ++number, ++failures_) {
                 Listen();
                 bool isDrawn = false;
                 bool hasFailed = false;
@@ -281,7 +274,7 @@ TEST_F(ShortOfMemoryTest, ALoadingThatFailsTakesBackWhatItRegistered) {
     const std::size_t callbacks = Host::Get().events().CallbackCount();
     const auto jobs = [] { return Host::Get().interpreter().Execute("size(`scriptJob -listJobs`)").Shown(); };
     const std::string jobsBefore = jobs();
-    for (int number = 1;; number = Next(number), ++failures_) {
+    for (int number = 1;; ++number, ++failures_) {
         SCOPED_TRACE(::testing::Message() << "at allocation " << number);
         lightbox::Plugin plugin;
         plugin.name = name;
