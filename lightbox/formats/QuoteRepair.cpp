@@ -7,6 +7,7 @@ namespace lightbox {
 namespace {
 
 constexpr char QUOTE = '"';
+constexpr char ESCAPE = '\\';
 
 bool IsBoundary(std::string_view line, std::size_t at) {
     return at >= line.size() || std::string_view(" \t\r;(),").find(line[at]) != std::string_view::npos;
@@ -37,8 +38,8 @@ bool IsRegular(std::string_view line) {
     return true;
 }
 
-bool IsOneBitFromQuote(char letter) {
-    return std::bitset<8>(static_cast<unsigned char>(letter ^ QUOTE)).count() == 1;
+bool IsOneBitFrom(char wanted, char letter) {
+    return std::bitset<8>(static_cast<unsigned char>(letter ^ wanted)).count() == 1;
 }
 
 /// Whether the string with a quotation mark at that place, in a regular line, has a blank in it.
@@ -60,7 +61,26 @@ bool IsSpare(std::string_view line, std::size_t at) {
     return line[at] == ' ' && (isBlankOrEnd(at + 1) || isBlankOrEnd(at - 1));
 }
 
+/// Puts the escape of a quotation mark right, without which the string ends there.
+bool RestoreEscape(std::string& line) {
+    for (std::size_t i = line.find(QUOTE); i != std::string::npos; i = line.find(QUOTE, i + 1)) {
+        if (i == 0 || !IsOneBitFrom(ESCAPE, line[i - 1])) {
+            continue;
+        }
+        const char before = line[i - 1];
+        line[i - 1] = ESCAPE;
+        if (IsRegular(line)) {
+            return true;
+        }
+        line[i - 1] = before;
+    }
+    return false;
+}
+
 bool Restore(std::string& line) {
+    if (RestoreEscape(line)) {
+        return true;
+    }
     // What was a mark most likely, in this order: a blank too many, a character that makes a string of one
     // word, any other.
     enum class Guess { Spare, Word, Any };
@@ -68,7 +88,7 @@ bool Restore(std::string& line) {
         for (std::size_t i = 0; i < line.size(); ++i) {
             const char before = line[i];
             const bool isAtEdge = i == 0 || IsBoundary(line, i - 1) || IsBoundary(line, i + 1);
-            if (!isAtEdge || !IsOneBitFromQuote(before) || (guess == Guess::Spare && !IsSpare(line, i))) {
+            if (!isAtEdge || !IsOneBitFrom(QUOTE, before) || (guess == Guess::Spare && !IsSpare(line, i))) {
                 continue;
             }
             line[i] = QUOTE;

@@ -324,4 +324,17 @@ TEST_F(AutoSaveTest, WhatIsSavedOrGivenUpIsNotOffered) {
     EXPECT_EQ(Records().size(), 1) << "the scene is still here";
 }
 
+TEST_F(AutoSaveTest, WhatIsLeftForTheNextStartIsTheSceneOfNow) {
+    Write("cut.ma",
+          "//Maya ASCII 2018 scene\ncreateNode transform -n \"whole\";\nsetAttr \".t\" -type \"doub");
+    EXPECT_THAT(ErrorOf("file -f -open " + Quoted("cut.ma")), HasSubstr("Errors while reading"));
+    Perform();
+    Run("createNode transform -n \"last\"");
+    Saves().LeaveForNextStart();
+    const AutoSave::Unfinished found = Saves().FindUnfinished();
+    ASSERT_TRUE(found.record);
+    EXPECT_THAT(Read("saves/" + NameOf(found.file)), HasSubstr("last"));
+    EXPECT_TRUE(found.record->GetContent().hasFaults) << "what could not be read is only in the scene's file";
+}
+
 } // namespace

@@ -126,6 +126,24 @@ TEST_F(DamagedSceneTest, OneFlippedBitCostsAtMostOneDrawing) {
               << " of " << DRAWINGS << " survive\n";
 }
 
+TEST_F(DamagedSceneTest, AFlippedEscapeInALayersNameCostsNothing) {
+    Mel(R"(qmVellixLayer -editName "d\" e" 0 persp; qmVellixLayer -editName "g \" (\"" 1 persp)");
+    const QByteArray whole = Saved("names.ma");
+    const int begin = whole.indexOf("setAttr \".ld\"");
+    ASSERT_GE(begin, 0);
+    int escapes = 0;
+    for (int at = whole.indexOf('\\', begin); at >= 0 && escapes < 3;
+         at = whole.indexOf('\\', at + 1), ++escapes) {
+        for (int bit = 0; bit < 8; ++bit) {
+            QByteArray flipped = whole;
+            flipped.replace(at, 1, QByteArray(1, static_cast<char>(whole.at(at) ^ 1 << bit)));
+            const std::string what = "escape " + std::to_string(escapes) + ", bit " + std::to_string(bit);
+            EXPECT_EQ(Open("flipped.ma", flipped, what), DRAWINGS) << what;
+        }
+    }
+    EXPECT_EQ(escapes, 3);
+}
+
 TEST_F(DamagedSceneTest, AFlippedQuotationMarkInTextCostsAtMostOneDrawing) {
     const QByteArray whole = Saved("whole.ma");
     const int begin = whole.indexOf("setAttr \".ld\"");

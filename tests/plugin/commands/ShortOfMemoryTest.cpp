@@ -242,6 +242,13 @@ TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
                     break;
                 }
             }
+            if (camera == std::string("persp")) {
+                ASSERT_TRUE(draw());
+                const QString done = Drawing();
+                ASSERT_NO_FATAL_FAILURE(SweepStep("undo", done, before));
+                ASSERT_NO_FATAL_FAILURE(SweepStep("redo", before, done));
+                Mel("undo");
+            }
         }
     }
     std::printf("%d allocations failed\n", failures_);

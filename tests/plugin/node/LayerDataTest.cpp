@@ -140,6 +140,7 @@ TEST_F(LayerDataTest, WithoutADrawingNothingIsWritten) {
     EXPECT_EQ(out.str(), "");
     out.setstate(std::ios::badbit);
     EXPECT_EQ(data_.writeBinary(out), MS::kFailure);
+    EXPECT_EQ(data_.writeASCII(out), MS::kFailure);
 }
 
 TEST_F(LayerDataTest, PackedBytesArePassedOnAsTheyWere) {
