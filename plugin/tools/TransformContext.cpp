@@ -401,6 +401,8 @@ void TransformContext::UpdateStroke() {
     if (stroke->freshSelection) {
         // Painting lifts the region, or the pasted image, while the stroke's flags still say which.
         node->GetLayerManager()->PaintActiveStroke();
+        // Nothing of it is in an undo step yet, but it must not get lost when the scene is left.
+        MayaUtil::MarkSceneModified();
     }
     transformation_.ApplyTo(*stroke);
     stroke->freshSelection = false;

@@ -42,6 +42,15 @@ TEST_F(TransformLifeTest, BackspaceRevertsAndEscapeGoesToTheDrawTool) {
     ExpectFreshStart();
 }
 
+// Leaving the scene asks first.
+TEST_F(TransformLifeTest, ATransformThatIsNotAppliedYetIsUnsaved) {
+    Begin();
+    Run("file -modified 0");
+    BeginTransform();
+    EXPECT_EQ(Run("file -q -modified").AsString(), "1");
+    Key(Qt::Key_Backspace);
+}
+
 TEST_F(TransformLifeTest, PressedAfterTheFrameOrTheLayerChangedItReverts) {
     Begin();
     for (const char* change : {"currentTime 2", "qmVellixLayer -add -ls 0 persp"}) {
