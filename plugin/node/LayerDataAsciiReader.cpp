@@ -20,9 +20,8 @@ namespace vellix {
 namespace {
 
 // The numbers of tokens of a part without the parts in it.
-constexpr unsigned int CAMERA_HEAD = 3;
-constexpr unsigned int LAYER_HEAD = 5;
-constexpr unsigned int FRAME = 2;
+constexpr unsigned int CAMERA_TOKENS = 3;
+constexpr unsigned int LAYER_TOKENS = 5;
 
 QString TextAt(const MArgList& args, unsigned int at) {
     MStatus status;
@@ -237,10 +236,10 @@ bool LayerDataAsciiReader::ReadRest(unsigned int at) {
         if (IsLayerAt(at)) {
             isRead = true;
             StartLayer(TextAt(args_, at), args_.asBool(at + 2), args_.asDouble(at + 3), args_.asInt(at + 4));
-            element_ += LAYER_HEAD;
+            element_ += LAYER_TOKENS;
         } else if (IsCameraAt(at)) {
             StartCamera(TextAt(args_, at), args_.asInt(at + 2));
-            element_ += CAMERA_HEAD;
+            element_ += CAMERA_TOKENS;
         } else if (IsFrameAt(at) || IsPictureAt(args_, at)) {
             isRead = true;
             if (!frames_) {
@@ -262,14 +261,14 @@ void LayerDataAsciiReader::ReadDamagedHead(unsigned int at, unsigned int next) {
     const bool isBeforeLayer = next < args_.length() && IsLayerAt(next);
     const bool isBeforeFrame = next < args_.length() && !isBeforeLayer && IsFrameAt(next);
     // Of a part, one token may be missing, or be two.
-    if (isBeforeLayer && damaged + 1 >= CAMERA_HEAD && damaged <= CAMERA_HEAD + 1) {
+    if (isBeforeLayer && damaged + 1 >= CAMERA_TOKENS && damaged <= CAMERA_TOKENS + 1) {
         StartCamera(TextAt(args_, at), ValueAt(&MArgList::asInt, args_, at + 2, -1));
-    } else if (isBeforeFrame && damaged + 1 >= LAYER_HEAD) {
-        if (damaged + 1 >= CAMERA_HEAD + LAYER_HEAD) {
+    } else if (isBeforeFrame && damaged + 1 >= LAYER_TOKENS) {
+        if (damaged + 1 >= CAMERA_TOKENS + LAYER_TOKENS) {
             StartCamera(TextAt(args_, at), ValueAt(&MArgList::asInt, args_, at + 2, -1));
-            at = next - LAYER_HEAD;
+            at = next - LAYER_TOKENS;
         }
-        const bool isInStep = next - at == LAYER_HEAD;
+        const bool isInStep = next - at == LAYER_TOKENS;
         const QString name = IsNameAt(args_, at) ? TextAt(args_, at) : QString();
         StartLayer(name.isEmpty() ? QStringLiteral("Layer") : name,
                    !isInStep || ValueAt(&MArgList::asBool, args_, at + 2, true),
@@ -281,7 +280,7 @@ void LayerDataAsciiReader::ReadDamagedHead(unsigned int at, unsigned int next) {
 /// Without layers it has nothing to read, and its look says too little.
 bool LayerDataAsciiReader::IsCameraAt(unsigned int at) const {
     return IsNameAt(args_, at) && ValueAt(&MArgList::asInt, args_, at + 1, 0) > 0 &&
-           IsAt(&MArgList::asInt, args_, at + 2) && IsLayerAt(at + CAMERA_HEAD);
+           IsAt(&MArgList::asInt, args_, at + 2) && IsLayerAt(at + CAMERA_TOKENS);
 }
 
 bool LayerDataAsciiReader::IsLayerAt(unsigned int at) const {
@@ -289,7 +288,7 @@ bool LayerDataAsciiReader::IsLayerAt(unsigned int at) const {
     return IsNameAt(args_, at) && frames >= 0 && IsAt(&MArgList::asBool, args_, at + 2) &&
            IsAt(&MArgList::asDouble, args_, at + 3) &&
            IsLayerState(ValueAt(&MArgList::asInt, args_, at + 4, -1)) &&
-           (frames > 0 ? IsFrameAt(at + LAYER_HEAD) : !IsAt(&MArgList::asDouble, args_, at));
+           (frames > 0 ? IsFrameAt(at + LAYER_TOKENS) : !IsAt(&MArgList::asDouble, args_, at));
 }
 
 bool LayerDataAsciiReader::IsFrameAt(unsigned int at) const {

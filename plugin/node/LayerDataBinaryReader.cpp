@@ -7,13 +7,35 @@
 #include "host/Logger.h"
 #include "node/LayerDataFormat.h"
 #include "node/StoredFrames.h"
+#include "paint/PngStructure.h"
 
 #include <maya/MFileIO.h>
 
+#include <cstring>
 #include <istream>
 #include <memory>
 
 namespace vellix {
+
+namespace {
+
+// The bytes of a part without its name and the parts in it.
+constexpr int NAME_BYTES = 4;    ///< the length of a name
+constexpr int CAMERA_BYTES = 12; ///< that, the number of layers, the active one
+constexpr int LAYER_BYTES = 17;  ///< that, the number of drawings, visibility, opacity, state
+constexpr int FRAME_BYTES = 8;   ///< the time, the length of the picture
+// How a PNG file begins and ends.
+const QByteArray SIGNATURE = QByteArrayLiteral("\x89PNG\r\n\x1a\n");
+const QByteArray LAST_CHUNK = QByteArrayLiteral("IEND\xae\x42\x60\x82");
+
+template <typename Value>
+Value NumberAt(const QByteArray& bytes, int at) {
+    Value value = 0;
+    std::memcpy(&value, bytes.constData() + at, sizeof value);
+    return value;
+}
+
+} // namespace
 
 LayerDataBinaryReader::LayerDataBinaryReader(LayerManager& layers, std::istream& in, unsigned int length)
     : layers_(layers)
@@ -27,14 +49,18 @@ void LayerDataBinaryReader::Read() {
     }
     const QString activeCamera = ReadString();
     const auto cameraCount = ReadValue<qint32>();
+    NoteWhole();
     qint32 read = 0;
     while (!ended_ && read < cameraCount && ReadCamera()) {
         ++read;
     }
+    const bool isRead = (ended_ || remaining_ > 0) && ReadRest();
     if (!activeCamera.isEmpty()) {
         layers_.SetActiveCamera(activeCamera);
     }
-    if (ended_ && cameraCount == 0) {
+    if (isRead) {
+        Logger::Error("The stored drawing is damaged. What is whole after the damage was read.");
+    } else if (ended_ && cameraCount == 0) {
         Logger::Error("The stored drawing is cut short before its first camera.");
     } else if (ended_) {
         ReportLoss("It", cameraCount - read, cameraCount, "cameras");
@@ -50,8 +76,9 @@ bool LayerDataBinaryReader::ReadCamera() {
     if (ended_) {
         return false;
     }
+    camera_ = camera;
     qint32 read = 0;
-    while (!ended_ && read < layerCount && ReadLayer(camera)) {
+    while (!ended_ && read < layerCount && ReadLayer()) {
         ++read;
     }
     if (ended_) {
@@ -63,7 +90,7 @@ bool LayerDataBinaryReader::ReadCamera() {
     return true;
 }
 
-bool LayerDataBinaryReader::ReadLayer(const QString& camera) {
+bool LayerDataBinaryReader::ReadLayer() {
     const QString name = ReadString();
     const auto frameCount = ReadValue<qint32>();
     const bool visible = ReadValue<quint8>() != 0;
@@ -76,27 +103,92 @@ bool LayerDataBinaryReader::ReadLayer(const QString& camera) {
         Logger::Error(QString("Layer %1 has the unknown state %2, and is read as an animated one.")
                           .arg(name, QString::number(state)));
     }
-    auto created = std::make_unique<Layer>();
-    Layer& layer = *created;
-    layer.SetName(name);
-    layer.SetVisible(visible);
-    layer.SetOpacity(opacity);
-    layer.SetState(ToLayerState(state));
-    layers_.InsertLayer(camera, -1, created.release());
-    ReadFrames(layer, frameCount);
+    AddLayer(name, visible, opacity, state);
+    ReadFrames(frameCount);
     return true;
 }
 
-void LayerDataBinaryReader::ReadFrames(Layer& layer, qint32 count) {
-    StoredFrames frames(layer);
+void LayerDataBinaryReader::AddLayer(const QString& name, bool visible, float opacity, qint32 state) {
+    auto created = std::make_unique<Layer>();
+    created->SetName(name);
+    created->SetVisible(visible);
+    created->SetOpacity(opacity);
+    created->SetState(ToLayerState(state));
+    layer_ = created.get();
+    layers_.InsertLayer(camera_, -1, created.release());
+}
+
+void LayerDataBinaryReader::ReadFrames(qint32 count) {
+    StoredFrames frames(*layer_);
     for (qint32 frame = 0; frame < count; ++frame) {
         const auto time = ReadValue<qint32>();
         const QByteArray image = ReadBytes();
         if (ended_) {
-            ReportLoss("Layer " + layer.GetName(), count - frame, count, "drawings");
+            ReportLoss("Layer " + layer_->GetName(), count - frame, count, "drawings");
             return;
         }
-        frames.Add(FromWholeFrames(time), image);
+        // A length that is too large has taken bytes of what comes next.
+        if (frames.Add(FromWholeFrames(time), image) && image.endsWith(LAST_CHUNK)) {
+            NoteWhole();
+        }
+    }
+}
+
+void LayerDataBinaryReader::NoteWhole() {
+    if (!ended_) {
+        whole_ = in_.tellg();
+        remainingAfterWhole_ = remaining_;
+    }
+}
+
+bool LayerDataBinaryReader::ReadRest() {
+    in_.clear();
+    if (whole_ == std::streampos(-1) || !in_.seekg(whole_)) {
+        return false;
+    }
+    QByteArray rest(static_cast<int>(remainingAfterWhole_), Qt::Uninitialized);
+    in_.read(rest.data(), rest.size());
+    rest.truncate(static_cast<int>(in_.gcount()));
+    bool isRead = false;
+    int end = 0; // of the picture before
+    for (int at = rest.indexOf(SIGNATURE, FRAME_BYTES); at >= 0; at = rest.indexOf(SIGNATURE, at + 1)) {
+        const int pictureEnd = rest.indexOf(LAST_CHUNK, at) + LAST_CHUNK.size();
+        const QByteArray png = rest.mid(at, pictureEnd - at);
+        if (at - FRAME_BYTES < end || pictureEnd < at || !PngStructure::IsSound(png)) {
+            continue;
+        }
+        ReadHeads(rest.mid(end, at - FRAME_BYTES - end));
+        StoredFrames(*layer_).Add(FromWholeFrames(NumberAt<qint32>(rest, at - FRAME_BYTES)), png);
+        end = pictureEnd;
+        isRead = true;
+    }
+    return isRead;
+}
+
+void LayerDataBinaryReader::ReadHeads(const QByteArray& bytes) {
+    int at = 0;
+    while (bytes.size() - at >= LAYER_BYTES) {
+        const qint64 name = NumberAt<qint32>(bytes, at);
+        const qint64 left = bytes.size() - at - name;
+        const int next = at + static_cast<int>(name) + NAME_BYTES;
+        if (name < 0 || left < CAMERA_BYTES) {
+            break;
+        }
+        const QString text = QString::fromUtf8(bytes.constData() + at + NAME_BYTES, static_cast<int>(name));
+        if (left >= LAYER_BYTES && uchar(bytes[next + 4]) <= 1 &&
+            IsLayerState(NumberAt<qint32>(bytes, next + 9))) {
+            AddLayer(text, bytes[next + 4] != 0, NumberAt<float>(bytes, next + 5),
+                     NumberAt<qint32>(bytes, next + 9));
+            at = next + LAYER_BYTES - NAME_BYTES;
+        } else {
+            camera_ = text;
+            layer_ = nullptr;
+            at = next + CAMERA_BYTES - NAME_BYTES;
+        }
+    }
+    if (!layer_ || bytes.size() - at >= LAYER_BYTES) {
+        camera_ = camera_.isEmpty() ? QStringLiteral("persp") : camera_;
+        AddLayer(QStringLiteral("Layer"), true, 1.0f, 0);
     }
 }
 

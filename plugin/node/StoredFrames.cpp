@@ -37,9 +37,9 @@ StoredFrames::~StoredFrames() {
     }
 }
 
-void StoredFrames::Add(const MTime& time, const QByteArray& png) {
+bool StoredFrames::Add(const MTime& time, const QByteArray& png) {
     last_ = ToWholeFrames(time);
-    Insert(count_++, time, png);
+    return Insert(count_++, time, png);
 }
 
 void StoredFrames::AddWithoutTime(const QByteArray& png) {
@@ -60,10 +60,10 @@ void StoredFrames::Finish() {
     strays_.clear();
 }
 
-void StoredFrames::Insert(int index, const MTime& time, const QByteArray& png) {
+bool StoredFrames::Insert(int index, const MTime& time, const QByteArray& png) {
     if (const char* fault = FindFault(png)) {
         Logger::Error(QString(fault).arg(layer_.GetName(), QString::number(index)));
-        return;
+        return false;
     }
     auto frame = std::make_unique<Frame>(time);
     frame->SetPackedImage(png);
@@ -76,6 +76,7 @@ void StoredFrames::Insert(int index, const MTime& time, const QByteArray& png) {
         }
     }
     layer_.InsertFrame(frame.release());
+    return true;
 }
 
 void StoredFrames::ReportMoves() const {

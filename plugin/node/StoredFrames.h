@@ -20,8 +20,9 @@ public:
     /// Logs one warning if drawings were moved.
     ~StoredFrames();
 
-    /// Adds the next drawing. Logs an error, and leaves the drawing out, if the bytes are damaged.
-    void Add(const MTime& time, const QByteArray& png);
+    /// Adds the next drawing. Logs an error, leaves the drawing out and returns false if the bytes are
+    /// damaged.
+    bool Add(const MTime& time, const QByteArray& png);
     /// The same for a drawing whose time is lost. It gets a free frame behind the one before it, once all
     /// others have theirs: in Finish().
     void AddWithoutTime(const QByteArray& png);
@@ -35,7 +36,7 @@ private:
         QByteArray png;
     };
 
-    void Insert(int index, const MTime& time, const QByteArray& png);
+    bool Insert(int index, const MTime& time, const QByteArray& png);
     int FindFreeFrame(int frame);
     void ReportMoves() const;
 

@@ -51,6 +51,18 @@ protected:
     BaseNodeLayerData data_;
 };
 
+std::multiset<QByteArray> PicturesOf(const LayerManager& layers) {
+    std::multiset<QByteArray> found;
+    for (const QString& camera : layers.GetCameras()) {
+        for (const Layer* layer : layers.GetLayers(camera)) {
+            for (int i = 0; i < layer->FrameCount(); ++i) {
+                found.insert(layer->GetFrame(i)->GetPackedImage());
+            }
+        }
+    }
+    return found;
+}
+
 std::string Hex(const QByteArray& bytes) {
     return bytes.toHex().toStdString();
 }
@@ -227,22 +239,11 @@ TEST_F(LayerDataTest, BadTokensAreNamedAndTheRestIsRead) {
 
 // A token that is changed, missing or two.
 TEST_F(LayerDataTest, ADamagedTokenCostsNoOtherPicture) {
-    const auto pictures = [](const LayerManager& layers) {
-        std::multiset<QByteArray> found;
-        for (const QString& camera : layers.GetCameras()) {
-            for (const Layer* layer : layers.GetLayers(camera)) {
-                for (int i = 0; i < layer->FrameCount(); ++i) {
-                    found.insert(layer->GetFrame(i)->GetPackedImage());
-                }
-            }
-        }
-        return found;
-    };
     BaseNodeLayerData data;
     data.CreateLayerManager();
     FillDrawing(*data.GetLayerManager());
     const std::vector<std::string> whole = Tokens(WriteAscii(data));
-    const std::multiset<QByteArray> all = pictures(*data.GetLayerManager());
+    const std::multiset<QByteArray> all = PicturesOf(*data.GetLayerManager());
     for (size_t token = 0; token < whole.size(); ++token) {
         for (const char* const change : {"x", "", "0", "7", "-1", "missing", "twice"}) {
             SCOPED_TRACE(std::to_string(token) + ", " + whole[token].substr(0, 20) + ": " + change);
@@ -261,12 +262,35 @@ TEST_F(LayerDataTest, ADamagedTokenCostsNoOtherPicture) {
             if (isPicture && change != std::string("twice")) {
                 expected.erase(expected.find(QByteArray::fromHex(QByteArray::fromStdString(whole[token]))));
             }
-            const std::multiset<QByteArray> found = pictures(*read.layers);
+            const std::multiset<QByteArray> found = PicturesOf(*read.layers);
             EXPECT_TRUE(std::includes(found.begin(), found.end(), expected.begin(), expected.end()))
                 << found.size() << " of " << expected.size();
             if (isPicture) {
                 EXPECT_THAT(Messages(), Not(IsEmpty()));
             }
+            Messages();
+        }
+    }
+}
+
+// Some bytes in a row, as a bad block of a disk leaves them.
+TEST_F(LayerDataTest, DamagedBytesCostTheirOwnPicturesOnly) {
+    BaseNodeLayerData data;
+    data.CreateLayerManager();
+    FillDrawing(*data.GetLayerManager());
+    const std::string whole = WriteBinary(data);
+    const std::multiset<QByteArray> all = PicturesOf(*data.GetLayerManager());
+    const size_t first = whole.find("\x89PNG");
+    for (const char with : {'\0', '\xff', 'a'}) {
+        for (size_t at = first - 8; at + 16 < whole.size(); at += 5) {
+            std::string bytes = whole;
+            bytes.replace(at, 16, 16, with);
+            size_t damaged = 0;
+            for (const QByteArray& png : all) {
+                damaged += bytes.find(png.toStdString()) == std::string::npos ? 1 : 0;
+            }
+            const ReadResult read = ReadBinary(bytes);
+            EXPECT_GE(PicturesOf(*read.layers).size() + damaged, all.size()) << at << " with " << int(with);
             Messages();
         }
     }
