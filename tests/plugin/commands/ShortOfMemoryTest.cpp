@@ -160,6 +160,11 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         {"", replay + "persp"},
         {"", replay + "side"},
         {"currentTime 1", "qmVellixFrame -paste persp"},
+        {"timeControl -e -rangeArray 1 5 $gPlayBackSlider; qmVellixFrame -copy persp;"
+         "timeControl -e -rangeArray 3 4 $gPlayBackSlider; currentTime 3",
+         "qmVellixFrame -paste persp"},
+        {"timeControl -e -rangeVisible 0 $gPlayBackSlider; currentTime 1",
+         "qmVellixFrame -stepForward persp"},
         {"", "qmVellixFrame -retime 6 persp"},
         {"currentTime 2", "qmVellixFrame -duplicate persp"},
         {"", "qmVellixFrame -insert persp"},
