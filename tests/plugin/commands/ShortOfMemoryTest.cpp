@@ -131,7 +131,12 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
     };
     const QString replay = "qmVellixReplay -file \"" + Recording(3, 700, 3) + "\" -camera ";
     const Row rows[] = {
-        {"", "qmVellixLayer -add -n New -ls 2 persp"},
+        // First, while the layer has room for no frame more than it has.
+        {"timeControl -e -rangeArray 1 5 $gPlayBackSlider; qmVellixFrame -copy persp;"
+         "timeControl -e -rangeArray 3 4 $gPlayBackSlider",
+         "qmVellixFrame -paste persp"},
+        {"timeControl -e -rangeVisible 0 $gPlayBackSlider; qmVellixFrame -copy persp",
+         "qmVellixLayer -add -n New -ls 2 persp"},
         {"", "qmVellixLayer -add -n New -ls 0 side"},
         {"", "qmVellixLayer -insert 1 -n New -ls 1 persp"},
         {"", "qmVellixLayer -delete 0 persp"},
@@ -160,11 +165,6 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         {"", replay + "persp"},
         {"", replay + "side"},
         {"currentTime 1", "qmVellixFrame -paste persp"},
-        {"timeControl -e -rangeArray 1 5 $gPlayBackSlider; qmVellixFrame -copy persp;"
-         "timeControl -e -rangeArray 3 4 $gPlayBackSlider; currentTime 3",
-         "qmVellixFrame -paste persp"},
-        {"timeControl -e -rangeVisible 0 $gPlayBackSlider; currentTime 1",
-         "qmVellixFrame -stepForward persp"},
         {"", "qmVellixFrame -retime 6 persp"},
         {"currentTime 2", "qmVellixFrame -duplicate persp"},
         {"", "qmVellixFrame -insert persp"},
