@@ -131,9 +131,9 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
     };
     const QString replay = "qmVellixReplay -file \"" + Recording(3, 700, 3) + "\" -camera ";
     const Row rows[] = {
-        // First, while the layer has room for no frame more than it has.
-        {"timeControl -e -rangeArray 1 5 $gPlayBackSlider; qmVellixFrame -copy persp;"
-         "timeControl -e -rangeArray 3 4 $gPlayBackSlider",
+        // More frames than the layer has room for, in the place of one.
+        {"timeControl -e -rangeArray 3 23 $gPlayBackSlider; qmVellixFrame -insert top;"
+         "qmVellixFrame -copy top; undo; timeControl -e -rangeArray 3 4 $gPlayBackSlider",
          "qmVellixFrame -paste persp"},
         {"timeControl -e -rangeVisible 0 $gPlayBackSlider; qmVellixFrame -copy persp",
          "qmVellixLayer -add -n New -ls 2 persp"},
