@@ -7,6 +7,8 @@ namespace vellix {
 namespace {
 
 constexpr int HISTORY = 5;
+// Image pixels from the corner of the image. A stray position farther away is as good as one there.
+constexpr int FARTHEST = 100000;
 
 // Tests distance < size * 0.1 without rounding: a point at exactly a tenth of the size is not closer.
 bool CloserThanTenth(const QPoint& a, const QPoint& b, qint32 size) {
@@ -45,16 +47,16 @@ void ReceiveShape(Stroke& stroke, const StrokePoint& sample) {
 
 } // namespace
 
-void StrokeSmoother::Reset() {
-    positions_.clear();
-    opacities_.clear();
+void StrokeSmoother::Reset(const LineStyle& style) {
+    *this = StrokeSmoother();
+    style_ = style;
 }
 
 StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
                                                 const QString& textFontFamily) {
     switch (KindOf(stroke.tool)) {
     case ToolKind::Freehand:
-        return ReceiveFreehand(stroke, sample);
+        return style_.IsPlain() ? ReceiveFreehand(stroke, sample) : ReceiveStyled(stroke, sample);
     case ToolKind::Text:
         ReceiveText(stroke, sample, textFontFamily);
         break;
@@ -89,11 +91,68 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
         return Outcome();
     }
     stroke.points.append(smoothed);
-    stroke.changed = true;
+    return OutcomeOf(stroke, stroke.points.size() - 1);
+}
+
+StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefore) {
+    const int points = stroke.points.size();
     Outcome outcome;
-    outcome.changed = true;
-    outcome.firstSegment = stroke.points.size() == 2;
+    outcome.changed = points > pointsBefore;
+    outcome.firstSegment = pointsBefore < 2 && points >= 2;
+    stroke.changed = stroke.changed || outcome.changed;
     return outcome;
+}
+
+StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const StrokePoint& sample) {
+    last_ = sample;
+    last_.position = QPoint(qBound(-FARTHEST, sample.position.x(), FARTHEST),
+                            qBound(-FARTHEST, sample.position.y(), FARTHEST));
+    pen_ = last_.position;
+    const QLineF string(pen_, hasPen_ ? brush_ : pen_);
+    if (hasPen_ && string.length() <= style_.stabiliser) {
+        return Outcome(); // the string is slack
+    }
+    brush_ = hasPen_ && style_.stabiliser > 0 ? string.pointAt(style_.stabiliser / string.length()) : pen_;
+    hasPen_ = true;
+    const int before = stroke.points.size();
+    if (!style_.smoothCurves) {
+        StrokePoint drawn = sample;
+        drawn.position = brush_.toPoint();
+        return ReceiveFreehand(stroke, drawn);
+    }
+    AddToCurve(stroke, {brush_, double(sample.size), double(sample.opacity), double(sample.hardness)});
+    return OutcomeOf(stroke, before);
+}
+
+void StrokeSmoother::AddToCurve(Stroke& stroke, const PenSample& sample) {
+    filter_.Add(sample);
+    PenSample filtered;
+    while (filter_.Take(filtered)) {
+        curve_.Add(filtered, stroke.points);
+    }
+}
+
+StrokeSmoother::Outcome StrokeSmoother::Finish(Stroke& stroke) {
+    const int before = stroke.points.size();
+    if (!hasPen_) {
+        return Outcome();
+    }
+    hasPen_ = false;
+    if (style_.smoothCurves) {
+        if (brush_ != pen_) {
+            filter_.Add({pen_, double(last_.size), double(last_.opacity), double(last_.hardness)});
+        }
+        filter_.Finish();
+        PenSample filtered;
+        while (filter_.Take(filtered)) {
+            curve_.Add(filtered, stroke.points);
+        }
+        curve_.Finish(stroke.points);
+    } else if (stroke.points.last().position != last_.position) {
+        stroke.points.append(last_);
+    }
+    brush_ = pen_;
+    return OutcomeOf(stroke, before);
 }
 
 // The weighted mean of the history. Weights fall linearly from the newest sample.

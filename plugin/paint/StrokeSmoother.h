@@ -1,16 +1,21 @@
 #pragma once
 
+#include "paint/LineStyle.h"
+#include "paint/SampleFilter.h"
 #include "paint/Stroke.h"
+#include "paint/StrokeCurve.h"
 
+#include <QLineF>
 #include <QList>
 #include <QPoint>
+#include <QPointF>
 #include <QString>
 
 namespace vellix {
 
 /// Turns the raw samples of one gesture into the points of its stroke. Freehand samples are averaged over the
-/// last five and thinned out; shapes keep an anchor and a live end; text keeps one live point. Positions are
-/// image pixels.
+/// last five and thinned out, or joined by a curve; shapes keep an anchor and a live end; text keeps one live
+/// point. Positions are image pixels.
 class StrokeSmoother {
 public:
     /// What a sample did to the stroke.
@@ -19,19 +24,37 @@ public:
         bool firstSegment = false; ///< the freehand stroke has just got its second point and can be shown
     };
 
-    /// Clears the history. Call before the first sample of every stroke.
-    void Reset();
+    /// Clears the history. Call before the first sample of every stroke. The style matters for freehand tools
+    /// only.
+    void Reset(const LineStyle& style = LineStyle());
 
     /// Adds `sample` to `stroke` by the rules of the stroke's tool. `textFontFamily` becomes the font of a
     /// text stroke; other tools ignore it. A dropped sample leaves the stroke as it was.
     Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QString& textFontFamily);
+    /// Draws what the line style has held back: the line reaches the pen. Call when the pen is lifted.
+    Outcome Finish(Stroke& stroke);
+
+    /// The stabiliser's string in image pixels, from the brush to the pen. Without a stabiliser both are the
+    /// pen's place.
+    QLineF String() const { return QLineF(brush_, pen_); }
 
 private:
     Outcome ReceiveFreehand(Stroke& stroke, const StrokePoint& sample);
+    Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample);
+    void AddToCurve(Stroke& stroke, const PenSample& sample);
+    static Outcome OutcomeOf(Stroke& stroke, int pointsBefore);
     StrokePoint Smoothed(const StrokePoint& sample) const;
 
     QList<QPoint> positions_; // newest first, as long as opacities_
     QList<float> opacities_;
+
+    LineStyle style_;
+    SampleFilter filter_;
+    StrokeCurve curve_;
+    bool hasPen_ = false; ///< a sample came
+    QPointF pen_;
+    QPointF brush_;
+    StrokePoint last_; ///< the last sample
 };
 
 } // namespace vellix

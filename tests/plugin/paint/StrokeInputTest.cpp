@@ -1,12 +1,18 @@
 // What happens to pen samples before they are painted: smoothing, thinning and the pressure curve.
 #include "PaintTesting.h"
 #include "paint/DrawUtil.h"
+#include "paint/LineStyle.h"
 #include "paint/StrokeSmoother.h"
 #include "paint/TabletPressure.h"
 
+#include <QLineF>
+
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <random>
 
+using vellix::LineStyle;
 using vellix::Stroke;
 using vellix::StrokeSmoother;
 using vellix::TabletPressure;
@@ -137,6 +143,169 @@ TEST(StrokeSmootherTest, WildPositionsDoNotOverflow) {
         pen.Move(far, -1 - far, -5);
     }
     EXPECT_GE(pen.stroke.points.size(), 2);
+}
+
+namespace {
+
+constexpr double RADIUS = 150.0;
+
+/// A stroke with a style, drawn at once from samples that come every 8 ms.
+QList<vellix::StrokePoint> Drawn(const QList<QPoint>& samples, const LineStyle& style, int size = 4) {
+    Pen pen(ToolType::Pencil);
+    pen.smoother.Reset(style);
+    for (const QPoint& sample : samples) {
+        pen.Move(sample.x(), sample.y(), size);
+    }
+    pen.smoother.Finish(pen.stroke);
+    return pen.stroke.points;
+}
+
+/// A circle around the middle of the image, by a hand that trembles by a pixel.
+QList<QPoint> Circle(int milliseconds, unsigned seed) {
+    std::mt19937 random(seed);
+    std::normal_distribution<double> noise(0.0, 1.0);
+    QList<QPoint> samples;
+    for (int time = 0; time <= milliseconds; time += 8) {
+        const double angle = 2.0 * M_PI * time / milliseconds + seed;
+        samples.append(QPointF(512.0 + RADIUS * std::cos(angle) + noise(random),
+                               512.0 + RADIUS * std::sin(angle) + noise(random))
+                           .toPoint());
+    }
+    return samples;
+}
+
+/// The root mean square of the line's distance from the circle, in pixels.
+double DistanceFromCircle(const QList<vellix::StrokePoint>& points) {
+    double sum = 0.0;
+    int count = 0;
+    for (int i = 1; i < points.size(); ++i) {
+        const QLineF segment(points[i - 1].position, points[i].position);
+        for (double share = 0.0; share < 1.0; share += 0.05) {
+            const double distance = QLineF(QPointF(512, 512), segment.pointAt(share)).length() - RADIUS;
+            sum += distance * distance;
+            ++count;
+        }
+    }
+    return std::sqrt(sum / count);
+}
+
+LineStyle Style(bool smoothCurves, int stabiliser) {
+    LineStyle style;
+    style.smoothCurves = smoothCurves;
+    style.stabiliser = stabiliser;
+    return style;
+}
+
+} // namespace
+
+TEST(LineStyleTest, FastCirclesAreRoundAndEndAtThePen) {
+    for (const int milliseconds : {600, 250, 130}) {
+        double plain = 0.0;
+        double curved = 0.0;
+        for (unsigned seed = 0; seed < 20; ++seed) {
+            const QList<QPoint> samples = Circle(milliseconds, seed);
+            plain += DistanceFromCircle(Drawn(samples, LineStyle())) / 20;
+            for (const int size : {1, 4, 40}) {
+                const auto points = Drawn(samples, Style(true, 0), size);
+                curved = std::max(curved, DistanceFromCircle(points));
+                EXPECT_EQ(points.last().position, samples.last());
+                EXPECT_LE(points.size(), 2 * M_PI * RADIUS / 3) << "points are three pixels apart at least";
+            }
+        }
+        EXPECT_LT(curved, milliseconds == 130 ? plain / 3 : 1.6) << milliseconds << " ms, without " << plain;
+    }
+}
+
+TEST(LineStyleTest, ACornerWhereThePenStopsStaysSharp) {
+    for (const double degrees : {75.0, 90.0, 135.0, 170.0}) {
+        QList<QPoint> samples;
+        QPointF at(200, 500);
+        for (const double step : {20, 20, 20, 16, 9, 4, 2}) {
+            samples.append((at += QPointF(step, 0)).toPoint());
+        }
+        const QPoint corner = samples.last();
+        const double turned = degrees * M_PI / 180.0;
+        for (const double step : {2, 4, 9, 16, 20, 20, 20}) {
+            samples.append((at += step * QPointF(std::cos(turned), std::sin(turned))).toPoint());
+        }
+        double nearest = 1000.0;
+        for (const auto& point : Drawn(samples, Style(true, 0))) {
+            const QPoint from = point.position - corner;
+            nearest = std::min(nearest, std::hypot(from.x(), from.y()));
+            // Beyond the corner, neither to its right nor above the line.
+            EXPECT_LE(from.x(), std::max(0.0, 91 * std::cos(turned)) + 1) << degrees;
+            EXPECT_GE(from.y(), -1) << degrees;
+        }
+        EXPECT_LE(nearest, 1.0) << degrees;
+    }
+}
+
+TEST(LineStyleTest, SizeAndOpacityChangeEvenlyAlongTheCurve) {
+    Pen pen(ToolType::Brush);
+    pen.smoother.Reset(Style(true, 0));
+    for (int i = 0; i < 10; ++i) {
+        pen.Move(100 + 40 * i, 100 + 5 * i * i, 10 + 4 * i * i, 0.1f + 0.1f * i);
+    }
+    pen.smoother.Finish(pen.stroke);
+    const auto& points = pen.stroke.points;
+    ASSERT_GT(points.size(), 20);
+    for (int i = 1; i < points.size(); ++i) {
+        EXPECT_GE(points[i].size, points[i - 1].size);
+        EXPECT_GE(points[i].opacity, points[i - 1].opacity);
+    }
+    EXPECT_EQ(points.first().size, 10);
+    EXPECT_EQ(points.last().size, 10 + 4 * 81);
+    EXPECT_FLOAT_EQ(points.last().opacity, 1.0f);
+}
+
+TEST(LineStyleTest, ThePenDrawsTheBrushOnAString) {
+    for (const bool smoothCurves : {false, true}) {
+        Pen pen(ToolType::Pencil);
+        pen.smoother.Reset(Style(smoothCurves, 50));
+        pen.Move(100, 100);
+        EXPECT_FALSE(pen.Move(130, 140).changed) << "the string is slack";
+        EXPECT_EQ(pen.smoother.String(), QLineF(100, 100, 130, 140));
+        for (int x = 150; x <= 600; x += 10) {
+            pen.Move(x, 100);
+        }
+        EXPECT_EQ(pen.smoother.String(), QLineF(550, 100, 600, 100)) << "it follows along the string";
+        for (const auto& point : pen.stroke.points) {
+            EXPECT_LE(point.position.x(), 550);
+        }
+        EXPECT_TRUE(pen.smoother.Finish(pen.stroke).changed);
+        EXPECT_EQ(pen.stroke.points.last().position, QPoint(600, 100)) << "it catches up";
+    }
+}
+
+TEST(LineStyleTest, AClickLeavesADot) {
+    for (const LineStyle& style : {Style(true, 0), Style(false, 30), Style(true, 30)}) {
+        const auto points = Drawn({{100, 100}, {101, 100}}, style);
+        ASSERT_EQ(points.size(), 2);
+        EXPECT_EQ(points[0].position, QPoint(100, 100));
+        EXPECT_EQ(points[1].position, QPoint(101, 100));
+    }
+}
+
+TEST(LineStyleTest, WithoutAStyleNothingIsAddedAtTheEnd) {
+    Pen pen(ToolType::Pencil);
+    pen.smoother.Reset();
+    for (const QPoint& sample : Circle(250, 1)) {
+        pen.Move(sample.x(), sample.y(), 4);
+    }
+    const int count = pen.stroke.points.size();
+    EXPECT_FALSE(pen.smoother.Finish(pen.stroke).changed);
+    EXPECT_EQ(pen.stroke.points.size(), count);
+}
+
+TEST(LineStyleTest, WildPositionsEnd) {
+    for (const LineStyle& style : {Style(true, 0), Style(true, 100), Style(false, 100)}) {
+        QList<QPoint> samples;
+        for (int i = 0; i < 12; ++i) {
+            const int far = i % 2 == 0 ? std::numeric_limits<int>::max() : std::numeric_limits<int>::min();
+            samples.append({far, -1 - far});
+        }
+        EXPECT_GE(Drawn(samples, style).size(), 2);
+    }
 }
 
 TEST(TabletPressureTest, Curve) {

@@ -1,0 +1,160 @@
+#include "paint/StrokeCurve.h"
+
+#include <QLineF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vellix {
+
+namespace {
+
+// The next point lies from LEAST to MOST of the brush's size further on, and at least so many image pixels.
+constexpr double LEAST = 0.2;
+constexpr double MOST = 0.3;
+constexpr double LEAST_PIXELS = 3.0;
+constexpr double MOST_PIXELS = 6.0;
+constexpr double WALKED_AT_ONCE = 0.25; // image pixels
+constexpr double MOST_STEPS = 40000.0;  // between two samples
+
+// A corner: the direction changes by more than 60 degrees, and next to it the pen is slower than this part of
+// its speed shortly before or after.
+constexpr double COSINE_OF_CORNER = 0.5;
+constexpr double SLOW = 0.4;
+constexpr std::size_t REMEMBERED_CHORDS = 4;
+
+double Length(const QPointF& vector) {
+    return std::hypot(vector.x(), vector.y());
+}
+
+double Distance(const PenSample& a, const PenSample& b) {
+    return Length(b.position - a.position);
+}
+
+double Between(double from, double to, double share) {
+    return from + (to - from) * share;
+}
+
+// The curve's tangent at `at`, for a parameter that runs by the root of the length of each chord
+// (centripetal).
+QPointF Tangent(const PenSample& before, const PenSample& at, const PenSample& after) {
+    const double in = std::sqrt(Distance(before, at));
+    const double out = std::sqrt(Distance(at, after));
+    return (at.position - before.position) / in - (after.position - before.position) / (in + out) +
+           (after.position - at.position) / out;
+}
+
+} // namespace
+
+void StrokeCurve::Reset() {
+    *this = StrokeCurve();
+}
+
+void StrokeCurve::Add(const PenSample& sample, QList<StrokePoint>& points) {
+    if (samples_.empty()) {
+        samples_.push_back(sample);
+        Append(sample, points);
+        return;
+    }
+    const double chord = Distance(samples_.back(), sample);
+    if (chord == 0.0) {
+        return;
+    }
+    samples_.push_back(sample);
+    chords_.push_back(chord);
+    if (samples_.size() > 2) {
+        AddSegment(samples_.size() - 3, points);
+    }
+    if (samples_.size() > 3) {
+        samples_.pop_front();
+    }
+    if (chords_.size() > REMEMBERED_CHORDS) {
+        chords_.pop_front();
+    }
+}
+
+void StrokeCurve::Finish(QList<StrokePoint>& points) {
+    if (samples_.size() > 1) {
+        AddSegment(samples_.size() - 2, points);
+    }
+    const StrokePoint* const last = points.isEmpty() ? nullptr : &points.last();
+    if (!samples_.empty() && !(last && last->position == samples_.back().position.toPoint())) {
+        Append(samples_.back(), points);
+    }
+    samples_.clear();
+}
+
+bool StrokeCurve::IsCorner(const PenSample& before, const PenSample& at, const PenSample& after) const {
+    const QPointF in = at.position - before.position;
+    const QPointF out = after.position - at.position;
+    const double lengths = Length(in) * Length(out);
+    if (QPointF::dotProduct(in, out) > COSINE_OF_CORNER * lengths) {
+        return false;
+    }
+    return std::min(Length(in), Length(out)) < SLOW * *std::max_element(chords_.begin(), chords_.end());
+}
+
+/// Adds the curve from one of samples_ to the next. The curve ends in the direction of its chord where it has
+/// no neighbour and at a corner.
+void StrokeCurve::AddSegment(std::size_t from, QList<StrokePoint>& points) {
+    const PenSample& a = samples_[from];
+    const PenSample& b = samples_[from + 1];
+    const PenSample* const before = from > 0 && !isCorner_ ? &samples_[from - 1] : nullptr;
+    const PenSample* after = from + 2 < samples_.size() ? &samples_[from + 2] : nullptr;
+    isCorner_ = after && IsCorner(a, b, *after);
+    after = isCorner_ ? nullptr : after;
+
+    const double length = Distance(a, b);
+    const double parameter = std::sqrt(length);
+    const QPointF chord = b.position - a.position;
+    const QPointF leaving = before ? Tangent(*before, a, b) * parameter : chord;
+    const QPointF arriving = after ? Tangent(a, b, *after) * parameter : chord;
+    const int steps = static_cast<int>(std::ceil(std::min(length / WALKED_AT_ONCE, MOST_STEPS)));
+    QPointF last = a.position;
+    for (int step = 1; step <= steps; ++step) {
+        const double u = static_cast<double>(step) / steps;
+        const double v = 1.0 - u;
+        PenSample place;
+        // Hermite's cubic between the two samples.
+        place.position = v * v * (1.0 + 2.0 * u) * a.position + u * v * v * leaving +
+                         u * u * (3.0 - 2.0 * u) * b.position - u * u * v * arriving;
+        place.size = Between(a.size, b.size, u);
+        place.opacity = Between(a.opacity, b.opacity, u);
+        place.hardness = Between(a.hardness, b.hardness, u);
+        Visit(place, Length(place.position - last), points);
+        last = place.position;
+    }
+    if (isCorner_) {
+        Append(b, points);
+    }
+}
+
+void StrokeCurve::Visit(const PenSample& place, double walked, QList<StrokePoint>& points) {
+    walked_ += walked;
+    if (walked_ < std::max(LEAST_PIXELS, LEAST * place.size)) {
+        return;
+    }
+    const QPointF rounding = place.position - QPointF(place.position.toPoint());
+    const double distance = Length(rounding);
+    if (distance < distance_) {
+        distance_ = distance;
+        best_ = place;
+    }
+    if (walked_ >= std::max(MOST_PIXELS, MOST * place.size)) {
+        Append(best_, points);
+        walked_ = Length(place.position - best_.position);
+    }
+}
+
+void StrokeCurve::Append(const PenSample& place, QList<StrokePoint>& points) {
+    StrokePoint point;
+    point.size = static_cast<qint32>(std::lround(place.size));
+    point.opacity = static_cast<float>(place.opacity);
+    point.hardness = static_cast<float>(place.hardness);
+    point.position = place.position.toPoint();
+    points.append(point);
+    walked_ = 0.0;
+    distance_ = 2.0;
+}
+
+} // namespace vellix

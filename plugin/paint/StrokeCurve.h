@@ -1,0 +1,42 @@
+#pragma once
+
+#include "paint/PenSample.h"
+#include "paint/Stroke.h"
+
+#include <QList>
+
+#include <deque>
+
+namespace vellix {
+
+/// Joins the samples of a stroke by a centripetal Catmull-Rom curve (Yuksel, Schaefer and Keyser, "On the
+/// Parameterization of Catmull-Rom Curves", 2009), which makes no loop between two samples, and gives points
+/// on it about a quarter of the brush's size apart. Size and opacity change evenly from sample to sample.
+/// Where the pen slows down and turns sharply, a corner stays.
+class StrokeCurve {
+public:
+    void Reset();
+    /// Appends to `points` what is settled with this sample: the curve up to the sample before. Ignores a
+    /// sample at the place of the last one.
+    void Add(const PenSample& sample, QList<StrokePoint>& points);
+    /// Appends the rest, up to the last sample.
+    void Finish(QList<StrokePoint>& points);
+
+private:
+    bool IsCorner(const PenSample& before, const PenSample& at, const PenSample& after) const;
+    void AddSegment(std::size_t from, QList<StrokePoint>& points);
+    void Visit(const PenSample& place, double walked, QList<StrokePoint>& points);
+    void Append(const PenSample& place, QList<StrokePoint>& points);
+
+    std::deque<PenSample> samples_; ///< the last four
+    std::deque<double> chords_;     ///< the lengths of the last chords, image pixels
+    bool isCorner_ = false;         ///< whether the next segment begins in a corner
+
+    // The curve is left for the next point at the place that is closest to the centre of a pixel, so that
+    // rounding bends thin lines as little as possible.
+    double walked_ = 0.0;   ///< since the last point, image pixels
+    double distance_ = 2.0; ///< of the best place from the centre of its pixel, image pixels; 2 for no place
+    PenSample best_;
+};
+
+} // namespace vellix
