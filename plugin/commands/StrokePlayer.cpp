@@ -113,6 +113,7 @@ Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, boo
 void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
     const bool pressureCounts = Settings::IsTabletPressureEnabled(recorded.tool);
     StrokeSmoother smoother;
+    smoother.Reset(recorded.lineStyle);
     StrokePoint point;
     point.size = recorded.size;
     point.hardness = recorded.hardness / 100.0f;
@@ -136,6 +137,7 @@ void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
         last = point.position;
         first = false;
     }
+    smoother.Finish(stroke);
     if (recorded.tool == ToolType::Text) {
         stroke.text = recorded.text;
     }

@@ -100,6 +100,12 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
         Flag("-dc", "-drawColor", color).Does(&U::SetActiveColor).Answers(Answer(Settings::activeColor)),
     };
     AddTools(rows);
+    rows.push_back(Flag("-smc", "-smoothCurves", {number})
+                       .Does(&U::SetSmoothCurves)
+                       .Answers(Answer(Settings::lineStyle.smoothCurves)));
+    rows.push_back(Flag("-stb", "-stabiliser", {number})
+                       .Does(&U::SetStabiliser)
+                       .Answers(Answer(Settings::lineStyle.stabiliser)));
     const Flag ghostsAndViews[] = {
         Flag("-gp", "-ghostPrevious", {&U::switch_})
             .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostPrev)))
@@ -279,6 +285,19 @@ MStatus UtilCommand::SetOptions(const ToolRow& tool) const {
         options.fontFamily = text_;
     }
     Settings::SetToolOptions(tool.type, options);
+    DialogManager::RefreshToolOptions();
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetSmoothCurves() const {
+    Settings::lineStyle.smoothCurves = number_ != 0;
+    DialogManager::RefreshToolOptions();
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetStabiliser() const {
+    const int most = LineStyle::MAX_STABILISER;
+    Settings::lineStyle.stabiliser = qBound(0, number_, most);
     DialogManager::RefreshToolOptions();
     return MS::kSuccess;
 }

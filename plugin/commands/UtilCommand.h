@@ -47,6 +47,8 @@ private:
     static MStatus SetActiveTool(ToolType tool);
 
     MStatus SetOptions(const ToolRow& tool) const;
+    MStatus SetSmoothCurves() const;
+    MStatus SetStabiliser() const;
 
     /// Gets the colour given by the three components. Returns false, and logs an error, if a component is out
     /// of range.

@@ -90,6 +90,9 @@ public:
     static bool SetTool(ToolType tool);
     /// Sets all options of a drawing tool. Returns false for any other tool.
     static bool SetToolOptions(ToolType tool, const ToolOptions& options);
+    /// How the line of the freehand tools follows the pen; see LineStyle.
+    static bool SetSmoothCurves(bool on);
+    static bool SetStabiliser(int length);
     static bool SetPencilTool();
     static bool SetBrushTool();
     static bool SetEraserTool();

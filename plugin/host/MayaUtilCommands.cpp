@@ -253,6 +253,14 @@ bool MayaUtil::SetToolOptions(ToolType tool, const ToolOptions& options) {
     return UtilLine(arguments);
 }
 
+bool MayaUtil::SetSmoothCurves(bool on) {
+    return UtilValue("-smoothCurves", on);
+}
+
+bool MayaUtil::SetStabiliser(int length) {
+    return UtilValue("-stabiliser", length);
+}
+
 bool MayaUtil::SetPencilTool() {
     return SetTool(ToolType::Pencil);
 }

@@ -143,6 +143,7 @@ bool Settings::insertDefaultStaticFrame = true;
 int Settings::defaultStaticFrameTime = Settings::DEFAULT_STATIC_FRAME_TIME;
 int Settings::timelineFrameDisplay = 0;
 QColor Settings::timelineFrameColor = Settings::DEFAULT_TIMELINE_FRAME_COLOR;
+LineStyle Settings::lineStyle;
 
 int& Settings::eraserOpacity = OptionsOf(ToolType::Eraser).opacity;
 int& Settings::brushHardness = OptionsOf(ToolType::Brush).hardness;
@@ -261,9 +262,18 @@ std::vector<Setting> PreferenceSettings() {
     };
 }
 
+std::vector<Setting> LineSettings() {
+    constexpr const char* group = "line";
+    LineStyle& style = Settings::lineStyle;
+    return {
+        Setting::Of(group, "smoothCurves", style.smoothCurves),
+        Setting::Count(group, "stabiliser", style.stabiliser, 0, LineStyle::MAX_STABILISER),
+    };
+}
+
 std::vector<Setting> AllSettings() {
     std::vector<Setting> all;
-    for (const auto& group : {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings()}) {
+    for (const auto& group : {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings(), LineSettings()}) {
         all.insert(all.end(), group.begin(), group.end());
     }
     return all;

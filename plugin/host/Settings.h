@@ -1,6 +1,7 @@
 #pragma once
 
 #include "paint/ImageSize.h"
+#include "paint/LineStyle.h"
 
 #include <QByteArray>
 #include <QColor>
@@ -123,6 +124,9 @@ public:
     static int defaultStaticFrameTime; ///< frames
     static int timelineFrameDisplay;   ///< a TimelineFrameDisplay
     static QColor timelineFrameColor;
+
+    // Group "line".
+    static LineStyle lineStyle; ///< of the pencil, brush and eraser
 
     // Never persisted.
     static int& eraserOpacity;

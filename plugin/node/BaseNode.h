@@ -13,6 +13,7 @@
 #include <maya/MTypeId.h>
 
 #include <QByteArray>
+#include <QLineF>
 #include <QList>
 #include <QPoint>
 #include <QString>
@@ -170,6 +171,12 @@ public:
     /// The corners of the outline, image pixels.
     const std::array<QPoint, 4>& GetTransformOutline() const;
 
+    /// Sets the string on which the pen draws the brush, from the brush to the pen (image pixels), to draw
+    /// over the camera's drawing. A string without length takes it away.
+    void SetPenString(const QString& camera, const QLineF& string);
+    /// The string over the camera's drawing, in view pixels; null if there is none.
+    QLineF GetPenString(const QString& camera, const ViewPlacement& placement) const;
+
     // The last placement of the drawing, stored when a view was drawn or when it is updated here. Code that
     // has a view uses ViewPlacement instead, which does not depend on which view was drawn last.
     /// Stores the placement in the view being drawn, and passes the playback time to the layers.
@@ -264,6 +271,8 @@ private:
     bool drawOutline_ = false;
     QString outlineCamera_;
     std::array<QPoint, 4> outline_;
+    QString stringCamera_;
+    QLineF penString_;
     LegacyPicture legacyPicture_;
 };
 

@@ -108,6 +108,7 @@ void BaseNodeDrawOverride::Fill(BaseNodeUserData& data, BaseNode& node, const MD
     data.imageChanged = node.ImageUpdateRequired(camera);
     data.image = node.GetFinalImage(camera);
     data.opacity = node.GetOpacity();
+    data.penString = node.GetPenString(camera, placement);
     data.drawTransformOutline = node.DrawTransformOutline(camera);
     if (data.drawTransformOutline) {
         for (std::size_t corner = 0; corner < node.GetTransformOutline().size(); ++corner) {
@@ -155,6 +156,12 @@ void BaseNodeDrawOverride::Draw(const BaseNodeUserData& data, MHWRender::MUIDraw
         for (int corner = 0; corner < 4; ++corner) {
             drawManager.line2d(data.outline[corner], data.outline[(corner + 1) % 4]);
         }
+    }
+    if (!data.penString.isNull()) {
+        drawManager.setLineWidth(1.0f);
+        drawManager.setColor(MColor(1.0f, 0.0f, 0.0f, 1.0f));
+        drawManager.line2d(MPoint(data.penString.x1(), data.penString.y1()),
+                           MPoint(data.penString.x2(), data.penString.y2()));
     }
     drawManager.endDrawable();
 }

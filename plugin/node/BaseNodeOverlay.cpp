@@ -18,11 +18,13 @@ void BaseNode::draw(M3dView& view, const MDagPath&, M3dView::DisplayStyle, M3dVi
         const QImage* const image = GetFinalImage(MayaUtil::GetCameraName(view));
         LegacyOutline* const tool = transformContext_ ? transformContext_ : adjustingContext_;
         LegacyOutline* const outline = IsMaster() ? tool : nullptr;
+        QLineF string;
         if (image) {
             NotePlacement(ViewPlacement::For(view));
+            string = GetPenString(MayaUtil::GetCameraName(view), placement_);
         }
         if (image || outline) {
-            legacyPicture_.Draw(view, image, placement_, GetOpacity(), outline);
+            legacyPicture_.Draw(view, image, placement_, GetOpacity(), string, outline);
         }
     } catch (const std::bad_alloc&) {
         // The next refresh tries again; a message at each would bury the others.
@@ -55,6 +57,20 @@ bool BaseNode::DrawTransformOutline(const QString& camera) const {
 
 const std::array<QPoint, 4>& BaseNode::GetTransformOutline() const {
     return outline_;
+}
+
+void BaseNode::SetPenString(const QString& camera, const QLineF& string) {
+    stringCamera_ = camera;
+    penString_ = string;
+}
+
+QLineF BaseNode::GetPenString(const QString& camera, const ViewPlacement& placement) const {
+    if (penString_.p1() == penString_.p2() || camera != stringCamera_) {
+        return QLineF();
+    }
+    const MPoint brush = placement.ToView(penString_.p1());
+    const MPoint pen = placement.ToView(penString_.p2());
+    return QLineF(brush.x, brush.y, pen.x, pen.y);
 }
 
 // --- the stored placement ---------------------------------------------------------------------------------

@@ -3,6 +3,8 @@
 #include <maya/MPoint.h>
 #include <maya/MUserData.h>
 
+#include <QLineF>
+
 class QImage;
 
 namespace vellix {
@@ -25,6 +27,8 @@ public:
     bool drawTransformOutline = false;
     /// The corners of the transform outline, in view pixels.
     MPoint outline[4];
+    /// The string between the brush and the pen, in view pixels; null for none.
+    QLineF penString;
 };
 
 } // namespace vellix

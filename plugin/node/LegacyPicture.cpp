@@ -7,6 +7,7 @@
 #include <maya/M3dView.h>
 
 #include <QImage>
+#include <QLineF>
 #include <qopengl.h>
 
 #include <cmath>
@@ -23,10 +24,13 @@ LegacyPicture::~LegacyPicture() {
 }
 
 void LegacyPicture::Draw(M3dView& view, const QImage* image, const ViewPlacement& placement, float opacity,
-                         LegacyOutline* outline) {
+                         const QLineF& penString, LegacyOutline* outline) {
     LegacyOpenGlBegin(view);
     if (image) {
         DrawImage(*image, placement, opacity);
+    }
+    if (!penString.isNull()) {
+        DrawLine(penString);
     }
     if (outline) {
         outline->OnViewDrawn(view);
@@ -48,6 +52,16 @@ void LegacyPicture::DrawImage(const QImage& image, const ViewPlacement& placemen
     }
     glColor4f(1.0f, 1.0f, 1.0f, opacity);
     DrawQuad(placement);
+}
+
+void LegacyPicture::DrawLine(const QLineF& line) {
+    glDisable(GL_TEXTURE_2D);
+    glLineWidth(1.0f);
+    glColor4f(1.0f, 0.0f, 0.0f, 1.0f);
+    glBegin(GL_LINES);
+    glVertex2d(line.x1(), line.y1());
+    glVertex2d(line.x2(), line.y2());
+    glEnd();
 }
 
 void LegacyPicture::InitializeLegacyViewport() {

@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 class QImage;
+class QLineF;
 
 namespace vellix {
 
@@ -19,13 +20,14 @@ public:
     LegacyPicture& operator=(const LegacyPicture&) = delete;
     ~LegacyPicture();
 
-    /// Draws the image at its placement in the view, then the tool's outline over it; either may be null.
-    /// `opacity` is 0 to 1.
+    /// Draws the image at its placement in the view, then the string between brush and pen (view pixels) and
+    /// the tool's outline over it; each may be null. `opacity` is 0 to 1.
     void Draw(M3dView& view, const QImage* image, const ViewPlacement& placement, float opacity,
-              LegacyOutline* outline);
+              const QLineF& penString, LegacyOutline* outline);
 
 private:
     void DrawImage(const QImage& image, const ViewPlacement& placement, float opacity);
+    static void DrawLine(const QLineF& line);
     void InitializeLegacyViewport();
     static void LegacyOpenGlBegin(M3dView& view);
     static void DrawQuad(const ViewPlacement& placement);

@@ -54,6 +54,17 @@ public:
         return true;
     }
 
+    bool Has(const QString& field) const { return object_.contains(field); }
+
+    bool ReadSwitch(const QString& field, bool& out) {
+        const QJsonValue value = object_.value(field);
+        if (!value.isBool()) {
+            return Fail(field, "must be true or false");
+        }
+        out = value.toBool();
+        return true;
+    }
+
     bool ReadText(const QString& field, int maxLength, QString& out) {
         const QJsonValue value = object_.value(field);
         if (!value.isString()) {
@@ -82,6 +93,13 @@ private:
     QString where_;
     QString error_;
 };
+
+/// Recordings that say nothing of it have the plain style.
+bool ReadLineStyle(FieldReader& reader, LineStyle& out) {
+    return (!reader.Has("smoothCurves") || reader.ReadSwitch("smoothCurves", out.smoothCurves)) &&
+           (!reader.Has("stabiliser") ||
+            reader.ReadWhole("stabiliser", 0, LineStyle::MAX_STABILISER, out.stabiliser));
+}
 
 bool ReadColor(FieldReader& reader, QColor& out) {
     QJsonArray parts;
@@ -158,7 +176,8 @@ bool ReadStroke(FieldReader& reader, RecordedStroke& out) {
     if (!reader.ReadWhole("frame", -lastFrame, lastFrame, out.frame) ||
         !reader.ReadWhole("size", 1, known->maximumSize, out.size) ||
         !reader.ReadWhole("opacity", 1, 100, out.opacity) ||
-        !reader.ReadWhole("hardness", 0, 100, out.hardness) || !ReadColor(reader, out.color)) {
+        !reader.ReadWhole("hardness", 0, 100, out.hardness) || !ReadColor(reader, out.color) ||
+        !ReadLineStyle(reader, out.lineStyle)) {
         return false;
     }
     if (known->kind == ToolKind::Text &&

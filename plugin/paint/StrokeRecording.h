@@ -1,5 +1,6 @@
 #pragma once
 
+#include "paint/LineStyle.h"
 #include "paint/ToolType.h"
 
 #include <QByteArray>
@@ -19,7 +20,8 @@ struct RecordedSample {
 };
 
 /// One recorded stroke: the tool with its options as the user sees them (size in image pixels,
-/// opacity 1..100, hardness 0..100) and at least one sample. Text strokes carry their text and font family.
+/// opacity 1..100, hardness 0..100), how the line followed the pen, and at least one sample. Text strokes carry
+/// their text and font family.
 struct RecordedStroke {
     int frame = 0;
     ToolType tool = ToolType::Pencil;
@@ -29,6 +31,7 @@ struct RecordedStroke {
     QColor color;
     QString text;
     QString font;
+    LineStyle lineStyle;
     QVector<RecordedSample> samples;
 };
 

@@ -34,8 +34,9 @@ public:
     /// Draws what the line style has held back: the line reaches the pen. Call when the pen is lifted.
     Outcome Finish(Stroke& stroke);
 
-    /// The stabiliser's string in image pixels, from the brush to the pen. Without a stabiliser both are the
-    /// pen's place.
+    /// Whether the pen draws the brush on a string now.
+    bool HasString() const { return hasPen_ && style_.stabiliser > 0; }
+    /// The string, from the brush to the pen.
     QLineF String() const { return QLineF(brush_, pen_); }
 
 private:

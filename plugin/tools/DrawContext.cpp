@@ -205,6 +205,7 @@ void DrawContext::EndSampling() {
         samples.TakeRest(guard_.End());
     }
     samples.AwaitFirstSamples();
+    samples.FinishLine();
     samples.DestroyInputThread();
     guard_.Release();
 }
@@ -213,6 +214,7 @@ void DrawContext::FinishStroke() {
     if (!stroke_) {
         return;
     }
+    ThreadManager::GetInstance()->FinishLine();
     ThreadManager::GetInstance()->DestroyInputThread();
     PushStroke();
     DrawContextInputHandler::ResetTabletSettings();

@@ -1,6 +1,7 @@
 #include "tools/ThreadManager.h"
 
 #include "host/Guarded.h"
+#include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
@@ -10,6 +11,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QLineF>
 #include <QScopedValueRollback>
 #include <QThread>
 
@@ -57,7 +59,8 @@ ThreadManager* ThreadManager::GetInstance() {
 
 void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke) {
     DestroyInputThread();
-    smoother_.Reset();
+    smoother_.Reset(Settings::lineStyle);
+    samples_ = 0;
     isShort_ = false;
     if (!view || !node || !stroke) {
         return;
@@ -122,7 +125,14 @@ void ThreadManager::AwaitFirstSamples() {
 
 /// Whether the stroke can be seen.
 bool ThreadManager::HasFirstSamples() const {
-    return stroke_->points.size() >= (stroke_->tool == ToolType::Text ? 1 : 2);
+    return samples_ >= (stroke_->tool == ToolType::Text ? 1 : 2);
+}
+
+void ThreadManager::FinishLine() {
+    if (stroke_ && StrokeIsThere()) {
+        smoother_.Finish(*stroke_);
+        node_->SetPenString(QString(), QLineF());
+    }
 }
 
 /// Returns false if the thread has not ended after 250 ms.
@@ -150,6 +160,9 @@ void ThreadManager::DestroyInputThread() {
     }
     worker_.reset();
     thread_.reset();
+    if (node_) {
+        node_->SetPenString(QString(), QLineF());
+    }
     node_ = BaseNodePointer();
     stroke_ = nullptr;
     widget_.clear();
@@ -193,9 +206,15 @@ void ThreadManager::AddSample(const Sample& sample) {
     point.position = placement_.ToImage(sample.position);
     const StrokeSmoother::Outcome outcome = smoother_.Receive(*stroke_, point, Settings::textFontFamily);
     last_ = sample;
+    ++samples_;
+    if (smoother_.HasString()) {
+        // From the end of the line, which curves hold back a little behind the brush.
+        node_->SetPenString(MayaUtil::GetCameraName(camera_),
+                            QLineF(stroke_->points.last().position, smoother_.String().p2()));
+    }
     if (outcome.firstSegment) {
         node_->RefreshActiveView();
-    } else if (outcome.changed) {
+    } else if (outcome.changed || smoother_.HasString()) {
         catchUp_.start();
     }
 }
@@ -204,7 +223,7 @@ void ThreadManager::AddSample(const Sample& sample) {
 /// but none follows once the pointer rests.
 void ThreadManager::CatchUp() {
     RunGuarded("Refreshing the view", [this] {
-        if (active_ && StrokeIsThere() && stroke_->changed) {
+        if (active_ && StrokeIsThere() && (stroke_->changed || smoother_.HasString())) {
             node_->RefreshActiveView();
         }
     });

@@ -43,6 +43,8 @@ public:
     void TakeRest(const QPoint& release);
     /// Waits, at most 250 ms, for the first samples of a click that ended before the thread delivered any.
     void AwaitFirstSamples();
+    /// Draws what the line style holds back: the line reaches the pen. Adds nothing to a plain line.
+    void FinishLine();
     /// Stops the input thread, waiting at most 250 ms, and drops samples not yet delivered.
     void DestroyInputThread();
     bool IsActive() const { return active_; }
@@ -94,6 +96,7 @@ private:
     bool isLate_ = false; ///< samples come after the release, and are kept aside
     QList<Sample> late_;
     Sample last_;          ///< added to the stroke
+    int samples_ = 0;      ///< of the stroke, so far
     bool isShort_ = false; ///< of memory, as was reported for this stroke
     /// Threads that did not end in time. Each deletes itself and its worker when it finishes.
     std::vector<QPointer<QThread>> lateThreads_;

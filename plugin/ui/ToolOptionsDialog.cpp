@@ -49,13 +49,20 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
                              QStringLiteral("How opaque the tool draws; hold M and drag in a view")))
     , hardness_(CreatePercent(QStringLiteral("qmVxToolOptionsHardness"), 0,
                               QStringLiteral("How sharp the edge of a stroke is")))
+    , stabiliser_(new NumberSlider(QStringLiteral("qmVxToolOptionsStabiliser")))
     , pressure_(new QCheckBox(QStringLiteral("Tablet pressure")))
+    , smoothCurves_(new QCheckBox(QStringLiteral("Smooth curves")))
     , font_(new QFontComboBox) {
     setObjectName(QStringLiteral("qmVxToolOptions"));
     size_->SetCurved(true);
     pressure_->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
+    smoothCurves_->setObjectName(QStringLiteral("qmVxToolOptionsSmoothCurves"));
     font_->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
     pressure_->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
+    smoothCurves_->setToolTip(QStringLiteral("Joins the samples of a fast stroke by curves"));
+    stabiliser_->SetUp(
+        0, LineStyle::MAX_STABILISER, QStringLiteral(" px"),
+        QStringLiteral("Length of a string on which the pen draws the tool: steadies the line"));
     font_->setToolTip(QStringLiteral("The font of text"));
     font_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     font_->setMinimumContentsLength(LEAST_FONT_LENGTH);
@@ -72,13 +79,18 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     AddRow(*grid, QStringLiteral("Opacity"), opacity_);
     hardnessRow_ = AddRow(*grid, QStringLiteral("Hardness"), hardness_);
     fontRow_ = AddRow(*grid, QStringLiteral("Font"), font_);
+    stabiliserRow_ = AddRow(*grid, QStringLiteral("Stabiliser"), stabiliser_);
     grid->addWidget(pressure_, grid->rowCount(), 1);
+    grid->addWidget(smoothCurves_, grid->rowCount(), 1);
     grid->setRowStretch(grid->rowCount(), 1);
 
     for (NumberSlider* slider : {size_, opacity_, hardness_}) {
         connect(slider, &NumberSlider::Changed, this, &ToolOptionsDialog::Send);
     }
     connect(pressure_, &QCheckBox::clicked, this, &ToolOptionsDialog::Send);
+    connect(stabiliser_, &NumberSlider::Changed, this,
+            [this] { MayaUtil::SetStabiliser(stabiliser_->GetValue()); });
+    connect(smoothCurves_, &QCheckBox::clicked, this, [](bool on) { MayaUtil::SetSmoothCurves(on); });
     connect(font_, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated), this,
             &ToolOptionsDialog::OnFontChosen);
     connect(font_->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
@@ -119,12 +131,16 @@ void ToolOptionsDialog::Refresh() {
     hardnessRow_.SetShown(tool->Has(ToolRow::HARDNESS));
     pressure_->setVisible(tool->Has(ToolRow::PRESSURE));
     fontRow_.SetShown(tool->kind == ToolKind::Text);
+    stabiliserRow_.SetShown(tool->kind == ToolKind::Freehand);
+    smoothCurves_->setVisible(tool->kind == ToolKind::Freehand);
 
     const ToolOptions options = Settings::GetToolOptions(tool->type);
     size_->SetValue(options.size);
     opacity_->SetValue(options.opacity);
     hardness_->SetValue(options.hardness);
     pressure_->setChecked(options.tabletEnabled);
+    stabiliser_->SetValue(Settings::lineStyle.stabiliser);
+    smoothCurves_->setChecked(Settings::lineStyle.smoothCurves);
     ShowFont(Settings::textFontFamily);
 }
 

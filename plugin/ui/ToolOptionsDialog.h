@@ -41,10 +41,13 @@ private:
     NumberSlider* size_;
     NumberSlider* opacity_;
     NumberSlider* hardness_;
+    NumberSlider* stabiliser_;
     QCheckBox* pressure_;
+    QCheckBox* smoothCurves_;
     QFontComboBox* font_;
     Row hardnessRow_;
     Row fontRow_;
+    Row stabiliserRow_;
     QString shownFont_;
 };
 

@@ -105,6 +105,27 @@ TEST_F(ReplayCommandTest, AClickLeavesADot) {
     EXPECT_EQ(PixelAt(1, 400, 500).alpha(), 0);
 }
 
+TEST_F(ReplayCommandTest, TheLineFollowsThePenAsTheRecordingSays) {
+    const char* const bend = "[300, 300, 1, 0], [400, 300, 1, 8], [470, 370, 1, 16], [470, 470, 1, 24]";
+    Settings::lineStyle.smoothCurves = true; // what the user has chosen does not count
+    Mel(Line({StrokeText(1, "pencil", bend)}));
+    Settings::lineStyle.smoothCurves = false;
+    EXPECT_EQ(PixelAt(1, 470, 470).alpha(), 0) << "a plain line lags behind";
+    EXPECT_EQ(PixelAt(1, 440, 329).alpha(), 0);
+    Mel("undo");
+    Mel(Line({StrokeText(1, "pencil", bend, "\"smoothCurves\": true, \"stabiliser\": 0,")}));
+    EXPECT_EQ(PixelAt(1, 470, 470).alpha(), 204);
+    EXPECT_EQ(PixelAt(1, 440, 329).alpha(), 204) << "outside the chord from (400, 300) to (470, 370)";
+    Mel("undo");
+    Mel(Line({StrokeText(1, "pencil", bend, "\"stabiliser\": 100,")}));
+    EXPECT_EQ(PixelAt(1, 470, 470).alpha(), 204) << "the brush catches up";
+    EXPECT_EQ(PixelAt(1, 470, 370).alpha(), 0);
+    Mel("undo");
+    for (const char* fault : {"\"smoothCurves\": 1,", "\"stabiliser\": 101,", "\"stabiliser\": true,"}) {
+        EXPECT_EQ(Refused(Line({StrokeText(1, "pencil", bend, fault)})).size(), 1) << fault;
+    }
+}
+
 TEST_F(ReplayCommandTest, PressureCountsWhereItIsSwitchedOn) {
     const QByteArray light = StrokeText(
         1, "pencil", "[100, 300, 0.25, 0], [200, 300, 0.25, 8], [300, 300, 0, 16], [400, 300, 0, 24]");

@@ -80,6 +80,10 @@ TEST_F(UtilCommandTest, SetsAndAnswersWhatIsPersisted) {
         {"-e -gco 0", "-q -ghostColorOverride", "0"},
         {"-e -timelineFrameDisplay 2", "-q -tfd", "2"},
         {"-e -tfd 0", "-q -tfd", "0"},
+        {"-e -smoothCurves 3", "-q -smc", "1"},
+        {"-e -smc 0", "-q -smoothCurves", "0"},
+        {"-e -stabiliser 4000000000", "-q -stb", "100"},
+        {"-e -stb 0", "-q -stabiliser", "0"},
         // Of two flags the one of the command's own order is done.
         {"-e -gnc 7 -gpc 2", "-q -gpc -gnc", "2"},
         {"-e -gpc 5", "-q -gnc", "4"},

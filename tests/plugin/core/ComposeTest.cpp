@@ -154,13 +154,13 @@ TEST_F(ComposeTest, LeavesTheImageAloneUntilSomethingChanges) {
     EXPECT_NE(image->cacheKey(), key);
 
     // Neither a stroke that rests nor one that was dropped has the picture composed again and again.
-    BeginStroke(camera, ToolType::Pencil);
-    manager.GetFlattenedImage(camera);
-    EXPECT_FALSE(manager.CacheUpdateRequired(camera)) << "the stroke rests";
-    manager.CancelActiveStroke();
-    EXPECT_TRUE(manager.CacheUpdateRequired(camera));
-    manager.GetFlattenedImage(camera);
-    EXPECT_FALSE(manager.CacheUpdateRequired(camera)) << "the stroke is gone";
+    BeginStroke(camera_, ToolType::Pencil);
+    manager_.GetFlattenedImage(camera_);
+    EXPECT_FALSE(manager_.CacheUpdateRequired(camera_)) << "the stroke rests";
+    manager_.CancelActiveStroke();
+    EXPECT_TRUE(manager_.CacheUpdateRequired(camera_));
+    manager_.GetFlattenedImage(camera_);
+    EXPECT_FALSE(manager_.CacheUpdateRequired(camera_)) << "the stroke is gone";
 
     image->fill(Qt::red); // someone wrote into it
     manager_.QueueMasterCacheUpdate(camera_);

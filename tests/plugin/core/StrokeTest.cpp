@@ -453,18 +453,18 @@ TEST_F(StrokeTest, SelectionsThatGoFarOutTransformWhatTheyHold) {
         painter.drawImage(0, 0, before);
         painter.end();
         Stroke* const stroke = BeginTransform(row.selection);
-        EXPECT_EQ(PlainComposer::Difference(*manager.GetFlattenedImage(camera), before), 0)
+        EXPECT_EQ(PlainComposer::Difference(*manager_.GetFlattenedImage(camera_), before), 0)
             << "not moved yet";
         stroke->freshSelection = false;
         stroke->offsetX = row.offset.x();
         stroke->offsetY = row.offset.y();
         stroke->rotation = row.rotation;
         stroke->changed = true;
-        const QImage shown = manager.GetFlattenedImage(camera)->copy();
+        const QImage shown = manager_.GetFlattenedImage(camera_)->copy();
         EXPECT_LE(PlainComposer::Difference(shown, expected), 2) << row.selection.left();
-        ASSERT_TRUE(manager.CommitActiveStroke(camera, undo));
+        ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
         EXPECT_LE(PlainComposer::Difference(Current(), shown), 1);
-        ASSERT_TRUE(manager.UndoStroke(camera, undo));
+        ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
         EXPECT_EQ(Current(), before);
     }
 }

@@ -130,7 +130,8 @@ TEST_F(SettingsTest, GroupsAndKeysAreWrittenInTheirOrder) {
         "toolboxDrawToolContextMenu toolboxGhostingContextMenu showMainMenuInAnimationSet "
         "disableGhostingDuringPlayback timeControlRangeMoveEnabled ignore2dPanZoom defaultLayerState "
         "automaticallyAddFirstLayer alwaysDisplayNewLayerDialog insertDefaultStaticFrame "
-        "defaultStaticFrameTime timelineFrameDisplay timelineFrameColor");
+        "defaultStaticFrameTime timelineFrameDisplay timelineFrameColor "
+        "[line] smoothCurves stabiliser");
     EXPECT_EQ(keys.join(QLatin1Char(' ')).toStdString(), expected.toStdString());
 }
 

@@ -36,6 +36,7 @@ protected:
         }
         return ink;
     }
+    QImage Grab() { return View().grabFramebuffer().convertToFormat(QImage::Format_RGB32); }
     /// Moves as fast as a hand does, while the main thread is busy and learns of nothing.
     void MoveUnnoticed(const QPoint& from, const QPoint& to, int samples) {
         for (int i = 1; i <= samples; ++i) {
@@ -79,6 +80,70 @@ TEST_F(StrokeEndsTest, AFastStrokeEndsAtTheRelease) {
             EXPECT_GE(ink.top(), Sampled(start).y() - size / 2 - 1) << "what came after the release";
         }
     }
+}
+
+TEST_F(StrokeEndsTest, AStyledLineReachesThePenAndShowsItsString) {
+    const auto redPixels = [](const QImage& seen) {
+        int count = 0;
+        for (int y = 0; y < seen.height(); ++y) {
+            for (int x = 0; x < seen.width(); ++x) {
+                count += seen.pixel(x, y) == qRgb(255, 0, 0) ? 1 : 0;
+            }
+        }
+        return count;
+    };
+    Run("qmVellixUtil -pencilTool");
+    for (const auto renderer :
+         {lightbox::ViewOptions::Renderer::Viewport2, lightbox::ViewOptions::Renderer::Legacy}) {
+        Use(renderer);
+        for (const int stabiliser : {0, 80}) {
+            for (const bool smoothCurves : {false, true}) {
+                if (stabiliser == 0 && !smoothCurves) {
+                    continue;
+                }
+                SCOPED_TRACE(::testing::Message() << stabiliser << smoothCurves);
+                Run("qmVellixFrame -clear");
+                Settings::lineStyle.smoothCurves = smoothCurves;
+                Settings::lineStyle.stabiliser = stabiliser;
+                const QPoint end(700, 250);
+                Press({200, 250});
+                MoveUnnoticed({200, 250}, end, 20);
+                Settle(60);
+                EXPECT_EQ(redPixels(Grab()) > 60, stabiliser > 0) << "the string";
+                if (stabiliser > 0) {
+                    // The brush is as long behind the pen as the string is.
+                    const QImage seen = Grab();
+                    const auto inkAt = [&](int x) { return seen.pixelColor(x, 248).blue() > 200; };
+                    EXPECT_FALSE(inkAt(end.x() - stabiliser + 6));
+                }
+                Release();
+                Settle(60);
+                const QPoint aim = Sampled(end);
+                EXPECT_NEAR(Ink().right(), aim.x() + 3, 1);
+                EXPECT_NEAR(Ink().center().y(), aim.y(), 2);
+                EXPECT_EQ(redPixels(Grab()), 0) << "the string is gone";
+                Run("undo; undo");
+            }
+        }
+    }
+    Settings::lineStyle = LineStyle();
+}
+
+TEST_F(StrokeEndsTest, AClickInAnyStyleLeavesADot) {
+    Run("qmVellixUtil -pencilTool");
+    for (const int style : {1, 2, 3}) {
+        Run("qmVellixFrame -clear");
+        Settings::lineStyle.smoothCurves = (style & 1) != 0;
+        Settings::lineStyle.stabiliser = (style & 2) != 0 ? 50 : 0;
+        MoveTo({300, 200});
+        Settle(20);
+        input_.Press();
+        input_.Release();
+        Settle(60);
+        EXPECT_FALSE(Ink().isEmpty()) << style;
+        EXPECT_LE(Ink().width(), 12) << style;
+    }
+    Settings::lineStyle = LineStyle();
 }
 
 // The hand draws while the program draws too.
@@ -204,11 +269,11 @@ TEST_F(StrokeEndsTest, AViewThatChangesEndsTheStroke) {
 }
 
 TEST_F(StrokeEndsTest, ALockedVisibilityDoesNotStopTheRedrawing) {
-    using Renderer = lightbox::ViewOptions::Renderer;
     Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 40 100 100 0");
     Drag({{300, 200}, {340, 200}, {380, 200}, {420, 200}});
     Run("setAttr -lock true vellix.visibility; setAttr -lock true vellixShape.visibility");
-    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+    for (const auto renderer :
+         {lightbox::ViewOptions::Renderer::Viewport2, lightbox::ViewOptions::Renderer::Legacy}) {
         Use(renderer);
         for (const char* line : {"qmVellixLayer -ev 0 0 persp", "qmVellixLayer -ev 1 0 persp"}) {
             Settle(50);

@@ -48,9 +48,9 @@ TEST_F(ToolOptionsDialogTest, ShowsTheOptionsThatTheActiveToolHas) {
         const char* flag;
         const char* seen;
         int mostSize;
-    } rows[] = {{"-pencilTool", "size opacity pressure", 100},
-                {"-brushTool", "size opacity hardness pressure", 100},
-                {"-eraserTool", "size opacity hardness pressure", 100},
+    } rows[] = {{"-pencilTool", "size opacity pressure curves", 100},
+                {"-brushTool", "size opacity hardness pressure curves", 100},
+                {"-eraserTool", "size opacity hardness pressure curves", 100},
                 {"-textTool", "size opacity font", 100},
                 {"-lineTool", "size opacity", 50},
                 {"-arrowTool", "size opacity", 50},
@@ -62,7 +62,9 @@ TEST_F(ToolOptionsDialogTest, ShowsTheOptionsThatTheActiveToolHas) {
         seen += Number("How sharp")->isVisible() ? " hardness" : "";
         seen += options_->findChild<QFontComboBox*>()->isVisible() ? " font" : "";
         seen += options_->findChild<QCheckBox*>()->isVisible() ? " pressure" : "";
+        seen += options_->findChild<QCheckBox*>("qmVxToolOptionsSmoothCurves")->isVisible() ? " curves" : "";
         EXPECT_EQ(seen.toStdString(), row.seen) << row.flag;
+        EXPECT_EQ(Number("Length of a string")->isVisible(), seen.endsWith("curves")) << row.flag;
         EXPECT_EQ(Number("How large")->maximum(), row.mostSize) << row.flag;
         EXPECT_EQ(Number("How opaque")->minimum(), 1);
         EXPECT_EQ(Number("How sharp")->minimum(), 0);
@@ -77,6 +79,13 @@ TEST_F(ToolOptionsDialogTest, EachChangeIsOneLine) {
     Click(options_, "Tablet pressure");
     EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -brushOptions 6 99 99 0"));
     EXPECT_FALSE(Settings::brushTabletEnabled);
+    Click(options_, "Smooth curves");
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -smoothCurves 1"));
+    QTest::keyClick(Number("Length of a string"), Qt::Key_Up);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -stabiliser 1"));
+    EXPECT_TRUE(Settings::lineStyle.smoothCurves);
+    EXPECT_EQ(Settings::lineStyle.stabiliser, 1);
+    Settings::lineStyle = LineStyle();
     Run("qmVellixUtil -pencilTool");
     Lines();
     QTest::keyClick(Number("How large"), Qt::Key_Up);
