@@ -33,6 +33,7 @@ void LegacyPicture::Draw(M3dView& view, const QImage* image, const ViewPlacement
         DrawLine(penString);
     }
     if (outline) {
+        BeginInverting();
         outline->OnViewDrawn(view);
     }
     LegacyOpenGlEnd(view);
@@ -62,6 +63,17 @@ void LegacyPicture::DrawLine(const QLineF& line) {
     glVertex2d(line.x1(), line.y1());
     glVertex2d(line.x2(), line.y2());
     glEnd();
+}
+
+/// Lines invert the bits of their colour in what is below them.
+void LegacyPicture::BeginInverting() {
+    for (const GLenum capability : {GL_TEXTURE_2D, GL_LINE_SMOOTH, GL_LINE_STIPPLE}) {
+        glDisable(capability);
+    }
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_XOR);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
+    glLineWidth(1.0f);
 }
 
 void LegacyPicture::InitializeLegacyViewport() {

@@ -28,6 +28,7 @@ public:
 private:
     void DrawImage(const QImage& image, const ViewPlacement& placement, float opacity);
     static void DrawLine(const QLineF& line);
+    static void BeginInverting();
     void InitializeLegacyViewport();
     static void LegacyOpenGlBegin(M3dView& view);
     static void DrawQuad(const ViewPlacement& placement);

@@ -391,13 +391,6 @@ void DrawContext::OnViewDrawn(const M3dView& view) {
     if (!adjustSize_ || !circleShown_ || view.widget() != view_) {
         return;
     }
-    for (const GLenum capability : {GL_TEXTURE_2D, GL_LINE_SMOOTH, GL_LINE_STIPPLE}) {
-        glDisable(capability);
-    }
-    glEnable(GL_COLOR_LOGIC_OP);
-    glLogicOp(GL_XOR);
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
-    glLineWidth(1.0f);
     glColor3ub(CIRCLE_INVERSION, CIRCLE_INVERSION, CIRCLE_INVERSION);
     DrawCircle(circleRadius_);
 }

@@ -93,13 +93,6 @@ void TransformOutline::Draw(const M3dView& view, const Corners& corners) {
 }
 
 void TransformOutline::DrawAnew(const M3dView& view) {
-    for (const GLenum capability : {GL_TEXTURE_2D, GL_LINE_SMOOTH, GL_LINE_STIPPLE}) {
-        glDisable(capability);
-    }
-    glEnable(GL_COLOR_LOGIC_OP);
-    glLogicOp(GL_XOR);
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
-    glLineWidth(1.0f);
     glColor3ub(0, OUTLINE_INVERSION, 0);
     DrawLoop(corners_);
     drawn_ = true;

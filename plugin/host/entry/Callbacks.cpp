@@ -125,6 +125,14 @@ void OnSceneOpened(void*) {
     DocumentFollower::FollowScene();
 }
 
+/// A stroke or transform that is not committed yet was not saved.
+void OnSceneSaved(void*) {
+    const BaseNode* const node = BaseNode::GetMaster();
+    if (node && node->HasActiveStroke()) {
+        MayaUtil::MarkSceneModified();
+    }
+}
+
 void OnReferenceRead(void*) {
     FollowReferencedCameras();
     BaseNode::UpdatePlaybackTime();
@@ -285,6 +293,7 @@ MStatus AddCallbacks() {
         {"timeChanged", Safe<OnTimeChanged>},
         {"timeUnitChanged", Safe<OnTimeUnitChanged>},
         {"SceneOpened", Safe<OnSceneOpened>},
+        {"SceneSaved", Safe<OnSceneSaved>},
         {"SceneImported", Safe<OnSceneImported>},
         {"quitApplication", Safe<OnApplicationExit>},
         {"Undo", Safe<OnUndoRedo>},

@@ -48,7 +48,11 @@ TEST_F(TransformLifeTest, ATransformThatIsNotAppliedYetIsUnsaved) {
     Run("file -modified 0");
     BeginTransform();
     EXPECT_EQ(Run("file -q -modified").AsString(), "1");
+    Run("file -rename \"" + prefs_.filePath("pending.ma").toStdString() + "\"; file -save");
+    EXPECT_EQ(Run("file -q -modified").AsString(), "1") << "the file does not have it";
     Key(Qt::Key_Backspace);
+    Run("file -save");
+    EXPECT_EQ(Run("file -q -modified").AsString(), "0");
 }
 
 TEST_F(TransformLifeTest, PressedAfterTheFrameOrTheLayerChangedItReverts) {
