@@ -14,10 +14,10 @@ MStatus MMessage::removeCallback(MCallbackId id) {
                : ApiBridge::Fail(MS::kFailure, "There is no callback with that id");
 }
 
-MStatus MMessage::removeCallbacks(const MCallbackIdArray& idList) {
+MStatus MMessage::removeCallbacks(MCallbackIdArray& ids) {
     MStatus status;
-    for (unsigned int i = 0; i < idList.length(); ++i) {
-        const MStatus removed = removeCallback(idList[i]);
+    for (unsigned int i = 0; i < ids.length(); ++i) {
+        const MStatus removed = removeCallback(ids[i]);
         status = status ? removed : status;
     }
     return status;

@@ -21,5 +21,5 @@ public:
     /// Fails for an id that is not registered. A callback may be removed while it runs.
     static MStatus removeCallback(MCallbackId id);
     /// Removes all callbacks; fails if one of them was not registered.
-    static MStatus removeCallbacks(const MCallbackIdArray& idList);
+    static MStatus removeCallbacks(MCallbackIdArray& ids);
 };

@@ -611,7 +611,13 @@ TEST_F(LayerDataTest, ALackOfMemoryIsAFailureAndNotADamage) {
     for (const MStatus& status : statuses) {
         EXPECT_EQ(status, MS::kFailure) << &status - statuses;
     }
-    EXPECT_THAT(Messages(), ElementsAre(StartsWith("Out of memory: Reading the drawing failed."),
+    std::vector<std::string> messages = Messages();
+    // Said as well when even the message finds too little.
+    const auto isOfWriting = [](const std::string& message) {
+        return message.find("Out of memory: Writing the drawing failed.") == 0;
+    };
+    messages.erase(std::remove_if(messages.begin(), messages.end(), isOfWriting), messages.end());
+    EXPECT_THAT(messages, ElementsAre(StartsWith("Out of memory: Reading the drawing failed."),
                                         StartsWith("Out of memory: Reading the drawing failed."),
                                         HasSubstr("layer Rough at frame 1 cannot be encoded"),
                                         HasSubstr("layer Rough at frame 1 cannot be encoded")));
