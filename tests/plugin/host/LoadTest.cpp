@@ -54,8 +54,8 @@ TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
     const Leftovers loaded = state();
     plugins.Unload("vellix2", false);
     const Leftovers unloaded = state();
-    // Nine events, two of references, four kinds of changes of nodes, and the script job's condition.
-    EXPECT_EQ(unloaded.callbacks + 16, loaded.callbacks);
+    // Ten events, two of references, four kinds of changes of nodes, and the script job's condition.
+    EXPECT_EQ(unloaded.callbacks + 17, loaded.callbacks);
     EXPECT_EQ(Ask("whatIs qmVellixNode"), "Unknown");
     EXPECT_THAT(unloaded.nodeTypes, Not(Contains("qmVellix")));
 
