@@ -15,7 +15,6 @@ namespace lightbox {
 namespace {
 
 using mel::CommandCall;
-using mel::Value;
 
 /// The slider of a control: its widget, or a part of its group.
 ValueSlider* SliderOf(Control& control) {

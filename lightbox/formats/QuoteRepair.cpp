@@ -15,13 +15,11 @@ bool IsBoundary(std::string_view line, std::size_t at) {
 
 /// The place of the quotation mark that closes the string that begins there; npos without one.
 std::size_t ClosingQuote(std::string_view line, std::size_t opening) {
-    for (std::size_t at = opening + 1;; ++at) {
-        at = line.find_first_of("\"\\", at);
-        if (at == std::string_view::npos || line[at] == QUOTE) {
-            return at;
-        }
-        ++at; // the escaped character
+    std::size_t at = line.find_first_of("\"\\", opening + 1);
+    while (at != std::string_view::npos && line[at] == ESCAPE) {
+        at = line.find_first_of("\"\\", at + 2); // behind the escaped character
     }
+    return at;
 }
 
 /// Whether every string has both its quotation marks, with something between it and its neighbours.

@@ -260,7 +260,7 @@ MStatus MArgList::get(unsigned int& index, MAngle& value) const {
 
 MStatus MArgList::get(unsigned int& index, MVector& value, unsigned int numElements) const {
     double numbers[3] = {};
-    const MStatus status = ReadNumbers(*tokens_, index, std::min(numElements, 3u), numbers);
+    MStatus status = ReadNumbers(*tokens_, index, std::min(numElements, 3u), numbers);
     if (status) {
         value = MVector(numbers);
     }
@@ -269,7 +269,7 @@ MStatus MArgList::get(unsigned int& index, MVector& value, unsigned int numEleme
 
 MStatus MArgList::get(unsigned int& index, MPoint& value, unsigned int numElements) const {
     double numbers[4] = {0.0, 0.0, 0.0, 1.0};
-    const MStatus status = ReadNumbers(*tokens_, index, std::min(numElements, 4u), numbers);
+    MStatus status = ReadNumbers(*tokens_, index, std::min(numElements, 4u), numbers);
     if (status) {
         value = MPoint(numbers);
     }

@@ -66,8 +66,9 @@ MCursor::MCursor(short width, short height, short hotSpotX, short hotSpotY, unsi
 
 MCursor::MCursor(const MCursor& other) = default;
 // A cursor that was moved from is still one.
-MCursor::MCursor(MCursor&& other) noexcept
-    : MCursor(static_cast<const MCursor&>(other)) {}
+MCursor::MCursor(MCursor&& other) noexcept {
+    content_ = other.content_;
+}
 MCursor& MCursor::operator=(const MCursor& other) = default;
 MCursor& MCursor::operator=(MCursor&& other) noexcept {
     content_ = other.content_;

@@ -24,7 +24,7 @@ struct GeneratedMesh {
 
 /// A compute function that rebuilds the mesh only when one of the numbers has changed.
 NodeType::ComputeFunction MadeFrom(std::vector<std::string> names,
-                                   std::function<std::shared_ptr<MeshData>(const Numbers&)> make) {
+                                   const std::function<std::shared_ptr<MeshData>(const Numbers&)>& make) {
     names.insert(names.begin(), {"axisX", "axisY", "axisZ"});
     return [names, make](const Node& node, const Attribute& attribute, int) -> std::optional<AttributeValue> {
         if (attribute.Kind() != Kind::Mesh) {
@@ -47,7 +47,7 @@ NodeType::ComputeFunction MadeFrom(std::vector<std::string> names,
 
 std::shared_ptr<NodeType> MakePrimitive(TypeRegistry& registry, const char* name,
                                         const std::vector<AttributeRow>& rows) {
-    const auto type = MakeType(registry, name, "polyPrimitive", MFn::kDependencyNode, rows);
+    auto type = MakeType(registry, name, "polyPrimitive", MFn::kDependencyNode, rows);
     for (const AttributeRow& row : rows) {
         Attribute& attribute = *type->FindAttribute(row.longName);
         if (row.kind == Kind::Long) {

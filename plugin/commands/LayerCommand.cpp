@@ -314,6 +314,7 @@ bool LayerCommand::TakeOut(const std::vector<LayerId>& ids) {
         }
     }
     std::vector<Removed> removed;
+    removed.reserve(ids.size());
     for (const LayerId id : ids) {
         removed.push_back({id, LayerSpot(*drawing_, id), nullptr});
     }

@@ -37,10 +37,10 @@ struct Code {
 
 Code g_code;
 bool g_hasFailed = false;
-thread_local bool t_isArmed = false;
-thread_local bool t_isLooking = false;
-thread_local int t_left = 0;
-thread_local int t_number = 0;
+thread_local bool g_isArmed = false;
+thread_local bool g_isLooking = false;
+thread_local int g_left = 0;
+thread_local int g_number = 0;
 
 int AddModule(dl_phdr_info* info, std::size_t, void*) {
     Range range{UINTPTR_MAX, 0};
@@ -91,14 +91,14 @@ _Unwind_Reason_Code Visit(_Unwind_Context* context, void* data) {
 }
 
 [[maybe_unused]] bool Fails(void* returnAddress) {
-    if (!t_isArmed || t_isLooking) {
+    if (!g_isArmed || g_isLooking) {
         return false;
     }
-    t_isLooking = true;
+    g_isLooking = true;
     Search search{reinterpret_cast<std::uintptr_t>(returnAddress)};
     _Unwind_Backtrace(Visit, &search);
-    t_isLooking = false;
-    if (!search.isProgram || --t_left != 0) {
+    g_isLooking = false;
+    if (!search.isProgram || --g_left != 0) {
         return false;
     }
     g_hasFailed = true;
@@ -115,12 +115,12 @@ FailingAllocation::FailingAllocation(int number) {
         _Unwind_Backtrace(Visit, &warmUp); // it allocates the first time
     }
     g_hasFailed = false;
-    t_left = t_number = number;
-    t_isArmed = true;
+    g_left = g_number = number;
+    g_isArmed = true;
 }
 
 FailingAllocation::~FailingAllocation() {
-    t_isArmed = false;
+    g_isArmed = false;
 }
 
 bool FailingAllocation::HasFailed() {
@@ -128,7 +128,7 @@ bool FailingAllocation::HasFailed() {
 }
 
 int FailingAllocation::Count() {
-    return t_number - t_left;
+    return g_number - g_left;
 }
 
 bool FailingAllocation::IsPossible() {
@@ -136,21 +136,23 @@ bool FailingAllocation::IsPossible() {
 }
 
 FailingAllocation::Pause::Pause()
-    : before_(t_isArmed) {
-    t_isArmed = false;
+    : before_(g_isArmed) {
+    g_isArmed = false;
 }
 
 FailingAllocation::Pause::~Pause() {
-    t_isArmed = before_;
+    g_isArmed = before_;
 }
 
 } // namespace vellix
 
 #if CAN_FAIL
 extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming): names of the C library
 void* __libc_malloc(std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
 
 void* malloc(std::size_t size) {
     return vellix::Fails(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);

@@ -39,14 +39,14 @@ constexpr int NO_SCRIPT_JOB = -1;
 const char* const FOLLOWING = "Following a change of the scene";
 
 /// What the host calls: a callback whose exceptions become errors.
-template <MMessage::MBasicFunction callback>
+template <MMessage::MBasicFunction Callback>
 void Safe(void* data) {
-    RunGuarded(FOLLOWING, [=] { callback(data); });
+    RunGuarded(FOLLOWING, [=] { Callback(data); });
 }
 
-template <MMessage::MNodeFunction callback>
+template <MMessage::MNodeFunction Callback>
 void SafeFor(MObject& node, void* data) {
-    RunGuarded(FOLLOWING, [&] { callback(node, data); });
+    RunGuarded(FOLLOWING, [&] { Callback(node, data); });
 }
 
 MCallbackIdArray g_callbacks;

@@ -72,7 +72,7 @@ MStatus Load(MFnPlugin& plugin) {
         // Must precede the node type, which creates the frame marks over the time slider.
         RegisterPanels(MayaUtil::ToQString(plugin.loadPath()));
     }
-    const MStatus status =
+    MStatus status =
         RunSteps(plugin, {RegisterCommands, RegisterContextCommands, RegisterDataTypes, RegisterNodes});
     if (status) {
         AddCallbacks();
@@ -112,8 +112,7 @@ void TakeBack(MObject& object) {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
 MStatus initializePlugin(MObject obj) {
-    const MStatus status =
-        Guarded("Loading the plug-in", [&] { return WithPlugin(obj, "initialize", Load); });
+    MStatus status = Guarded("Loading the plug-in", [&] { return WithPlugin(obj, "initialize", Load); });
     if (!status) {
         TakeBack(obj);
     }

@@ -18,75 +18,73 @@ namespace {
 
 class TypedArguments : public MPxCommand {
 public:
-    static void* creator() { return new TypedArguments; }
+    static void* Creator() { return new TypedArguments; }
 
     MStatus doIt(const MArgList& args) override {
         unsigned int index = 0;
         MString type;
         CHECK_MSTATUS_AND_RETURN_IT(args.get(index, type));
-        ostringstream answer;
-        const MStatus status = read(type, args, index, answer);
+        std::ostringstream answer;
+        const MStatus status = Read(type, args, index, answer);
         answer << " @" << index << (status ? "" : " failed");
         setResult(answer.str().c_str());
         return MS::kSuccess;
     }
 
 private:
-    using ostringstream = std::ostringstream;
-
     template <class T>
-    static MStatus show(const MArgList& args, unsigned int& index, T value, ostream& answer) {
-        const MStatus status = args.get(index, value);
+    static MStatus Show(const MArgList& args, unsigned int& index, T value, ostream& answer) {
+        MStatus status = args.get(index, value);
         answer << value;
         return status;
     }
 
-    static MStatus read(const MString& type, const MArgList& args, unsigned int& index, ostream& answer) {
+    static MStatus Read(const MString& type, const MArgList& args, unsigned int& index, ostream& answer) {
         MStatus status;
         if (type == "bool") {
-            return show(args, index, false, answer);
+            return Show(args, index, false, answer);
         }
         if (type == "int") {
-            return show(args, index, -7, answer);
+            return Show(args, index, -7, answer);
         }
         if (type == "unsigned") {
-            return show(args, index, 7u, answer);
+            return Show(args, index, 7u, answer);
         }
         if (type == "short") {
-            return show(args, index, static_cast<short>(-7), answer);
+            return Show(args, index, static_cast<short>(-7), answer);
         }
         if (type == "float") {
-            return show(args, index, -7.0f, answer);
+            return Show(args, index, -7.0f, answer);
         }
         if (type == "double") {
-            return show(args, index, -7.0, answer);
+            return Show(args, index, -7.0, answer);
         }
         if (type == "time") {
-            return show(args, index, MTime(-7.0, MTime::uiUnit()), answer);
+            return Show(args, index, MTime(-7.0, MTime::uiUnit()), answer);
         }
         if (type == "vector") {
-            return show(args, index, MVector(-7.0, 0.0), answer);
+            return Show(args, index, MVector(-7.0, 0.0), answer);
         }
         if (type == "point") {
-            return show(args, index, MPoint(-7.0, 0.0), answer);
+            return Show(args, index, MPoint(-7.0, 0.0), answer);
         }
         if (type == "ints") {
-            return show(args, index, MIntArray(1, -7), answer);
+            return Show(args, index, MIntArray(1, -7), answer);
         }
         if (type == "doubles") {
-            return show(args, index, MDoubleArray(1, -7.0), answer);
+            return Show(args, index, MDoubleArray(1, -7.0), answer);
         }
         if (type == "strings") {
-            return show(args, index, MStringArray(1, "-7"), answer);
+            return Show(args, index, MStringArray(1, "-7"), answer);
         }
         if (type == "vectors") {
-            return show(args, index, MVectorArray(1, MVector(-7.0, 0.0)), answer);
+            return Show(args, index, MVectorArray(1, MVector(-7.0, 0.0)), answer);
         }
         if (type == "points") {
-            return show(args, index, MPointArray(1, MPoint(-7.0, 0.0)), answer);
+            return Show(args, index, MPointArray(1, MPoint(-7.0, 0.0)), answer);
         }
         if (type == "matrix") {
-            return show(args, index, MMatrix(), answer);
+            return Show(args, index, MMatrix(), answer);
         }
         if (type == "angle") {
             MAngle angle(-7.0, MAngle::kDegrees);
@@ -111,13 +109,13 @@ private:
             return status;
         }
         if (type == "built") {
-            return build(answer);
+            return Build(answer);
         }
         return MS::kNotFound;
     }
 
     /// A list that the plug-in builds itself, and values on a stream.
-    static MStatus build(ostream& answer) {
+    static MStatus Build(ostream& answer) {
         MArgList list;
         list.addArg(MAngle(3.14159265358979323846));
         list.addArg(MDistance(1.0, MDistance::kMeters));
@@ -167,7 +165,7 @@ private:
 
 MStatus initializePlugin(MObject object) {
     MFnPlugin plugin(object, "Somebody", "1.0", "Any");
-    return plugin.registerCommand("typedArguments", TypedArguments::creator);
+    return plugin.registerCommand("typedArguments", TypedArguments::Creator);
 }
 
 MStatus uninitializePlugin(MObject object) {

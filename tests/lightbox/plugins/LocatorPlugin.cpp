@@ -12,11 +12,11 @@ namespace {
 
 class ArrowLocator : public MPxLocatorNode {
 public:
-    static void* creator() { return new ArrowLocator; }
-    static MStatus initialize() { return MS::kSuccess; }
+    static void* Creator() { return new ArrowLocator; }
+    static MStatus Initialize() { return MS::kSuccess; }
 
     void draw(M3dView& view, const MDagPath& path, M3dView::DisplayStyle, M3dView::DisplayStatus) override {
-        const MVector direction = axis(path, MSpace::kWorld);
+        const MVector direction = Axis(path, MSpace::kWorld);
         const MColor color(1.0f, 0.5f, 0.0f);
         view.beginGL();
         glPushAttrib(GL_CURRENT_BIT);
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    static MVector axis(const MDagPath& path, MSpace::Space space) {
+    static MVector Axis(const MDagPath& path, MSpace::Space space) {
         return space == MSpace::kWorld ? MVector::yAxis * path.inclusiveMatrix() : MVector::yAxis;
     }
 };
@@ -47,7 +47,7 @@ const MTypeId ARROW_ID(0x00102);
 
 MStatus initializePlugin(MObject object) {
     MFnPlugin plugin(object, "Somebody", "1.0", "Any");
-    return plugin.registerNode("arrowLocator", ARROW_ID, ArrowLocator::creator, ArrowLocator::initialize,
+    return plugin.registerNode("arrowLocator", ARROW_ID, ArrowLocator::Creator, ArrowLocator::Initialize,
                                MPxNode::kLocatorNode);
 }
 

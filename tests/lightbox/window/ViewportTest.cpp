@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <utility>
 
-using lightbox::PanelLayout;
 using lightbox::ViewOptions;
 
 class ViewportTest : public WindowFixture {
