@@ -174,7 +174,7 @@ TEST_F(StrokeEndsTest, EightFastLinesEndWhereTheHandLiftsThePen) {
         WaitFor([&] { return isDone.load(); });
         hand.join();
         Settle(60);
-        EXPECT_NEAR(Ink().right(), Sampled(end).x() + size / 2, 1) << line;
+        EXPECT_NEAR(Ink().right(), Sampled(end).x() + size / 2.0, 1) << line;
     }
 }
 
