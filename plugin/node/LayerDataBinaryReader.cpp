@@ -35,6 +35,11 @@ Value NumberAt(const QByteArray& bytes, int at) {
     return value;
 }
 
+/// A text ends with its first zero, if it has one.
+QString TextOf(const char* bytes, int count) {
+    return QString::fromUtf8(bytes, static_cast<int>(qstrnlen(bytes, static_cast<uint>(count))));
+}
+
 } // namespace
 
 LayerDataBinaryReader::LayerDataBinaryReader(LayerManager& layers, std::istream& in, unsigned int length)
@@ -174,7 +179,7 @@ void LayerDataBinaryReader::ReadHeads(const QByteArray& bytes) {
         if (name < 0 || left < CAMERA_BYTES) {
             break;
         }
-        const QString text = QString::fromUtf8(bytes.constData() + at + NAME_BYTES, static_cast<int>(name));
+        const QString text = TextOf(bytes.constData() + at + NAME_BYTES, static_cast<int>(name));
         if (left >= LAYER_BYTES && uchar(bytes[next + 4]) <= 1 &&
             IsLayerState(NumberAt<qint32>(bytes, next + 9))) {
             AddLayer(text, bytes[next + 4] != 0, NumberAt<float>(bytes, next + 5),
@@ -225,7 +230,7 @@ QByteArray LayerDataBinaryReader::ReadBytes() {
 
 QString LayerDataBinaryReader::ReadString() {
     const QByteArray bytes = ReadBytes();
-    return QString::fromUtf8(bytes.constData(), static_cast<int>(qstrnlen(bytes.constData(), bytes.size())));
+    return TextOf(bytes.constData(), bytes.size());
 }
 
 bool LayerDataBinaryReader::Fill(char* bytes, qint64 count) {
