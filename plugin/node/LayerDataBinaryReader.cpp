@@ -175,10 +175,10 @@ void LayerDataBinaryReader::ReadHeads(const QByteArray& bytes) {
     while (bytes.size() - at >= LAYER_BYTES) {
         const qint64 name = NumberAt<qint32>(bytes, at);
         const qint64 left = bytes.size() - at - name;
-        const int next = at + static_cast<int>(name) + NAME_BYTES;
         if (name < 0 || left < CAMERA_BYTES) {
             break;
         }
+        const int next = at + static_cast<int>(name) + NAME_BYTES;
         const QString text = TextOf(bytes.constData() + at + NAME_BYTES, static_cast<int>(name));
         if (left >= LAYER_BYTES && uchar(bytes[next + 4]) <= 1 &&
             IsLayerState(NumberAt<qint32>(bytes, next + 9))) {
