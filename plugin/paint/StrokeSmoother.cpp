@@ -120,12 +120,17 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const Stro
         drawn.position = brush_.toPoint();
         return ReceiveFreehand(stroke, drawn);
     }
-    AddToCurve(stroke, {brush_, double(sample.size), double(sample.opacity), double(sample.hardness)});
+    AddToFilter(brush_);
+    DrawFiltered(stroke);
     return OutcomeOf(stroke, before);
 }
 
-void StrokeSmoother::AddToCurve(Stroke& stroke, const PenSample& sample) {
-    filter_.Add(sample);
+/// With the size and the opacity of the last sample.
+void StrokeSmoother::AddToFilter(const QPointF& position) {
+    filter_.Add({position, double(last_.size), double(last_.opacity), double(last_.hardness)});
+}
+
+void StrokeSmoother::DrawFiltered(Stroke& stroke) {
     PenSample filtered;
     while (filter_.Take(filtered)) {
         curve_.Add(filtered, stroke.points);
@@ -140,15 +145,12 @@ StrokeSmoother::Outcome StrokeSmoother::Finish(Stroke& stroke) {
     hasPen_ = false;
     if (style_.smoothCurves) {
         if (brush_ != pen_) {
-            filter_.Add({pen_, double(last_.size), double(last_.opacity), double(last_.hardness)});
+            AddToFilter(pen_);
         }
         filter_.Finish();
-        PenSample filtered;
-        while (filter_.Take(filtered)) {
-            curve_.Add(filtered, stroke.points);
-        }
+        DrawFiltered(stroke);
         curve_.Finish(stroke.points);
-    } else if (stroke.points.last().position != last_.position) {
+    } else if (stroke.points.isEmpty() || stroke.points.last().position != last_.position) {
         stroke.points.append(last_);
     }
     brush_ = pen_;

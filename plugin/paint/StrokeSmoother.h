@@ -42,7 +42,8 @@ public:
 private:
     Outcome ReceiveFreehand(Stroke& stroke, const StrokePoint& sample);
     Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample);
-    void AddToCurve(Stroke& stroke, const PenSample& sample);
+    void AddToFilter(const QPointF& position);
+    void DrawFiltered(Stroke& stroke);
     static Outcome OutcomeOf(Stroke& stroke, int pointsBefore);
     StrokePoint Smoothed(const StrokePoint& sample) const;
 

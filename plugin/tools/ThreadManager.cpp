@@ -207,7 +207,7 @@ void ThreadManager::AddSample(const Sample& sample) {
     const StrokeSmoother::Outcome outcome = smoother_.Receive(*stroke_, point, Settings::textFontFamily);
     last_ = sample;
     ++samples_;
-    if (smoother_.HasString()) {
+    if (smoother_.HasString() && !stroke_->points.isEmpty()) {
         // From the end of the line, which curves hold back a little behind the brush.
         node_->SetPenString(MayaUtil::GetCameraName(camera_),
                             QLineF(stroke_->points.last().position, smoother_.String().p2()));
