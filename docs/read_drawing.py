@@ -77,10 +77,9 @@ def read_layer(tokens, layers):
     if name == "UNKNOWN" and count < 0:
         return
     visible, opacity, state = tokens.flag(), float(tokens.next()), tokens.number()
-    if not 0 <= state < len(STATES):
-        raise EndOfDrawing
     frames = []
-    layers.append(Layer(name, visible, opacity, STATES[state], frames))
+    state = STATES[state] if 0 <= state < len(STATES) else STATES[0]
+    layers.append(Layer(name, visible, opacity, state, frames))
     for _ in range(count):
         time, image = tokens.next(), picture(tokens.next())
         if image:
@@ -88,8 +87,7 @@ def read_layer(tokens, layers):
 
 
 def read_value(node, tokens):
-    if tokens.number() < 1:
-        sys.exit("The drawing is of a version that was never published.")
+    tokens.next()  # the version, which makes no difference to reading
     is_master, active_camera, cameras = tokens.flag(), tokens.next(), {}
     try:
         for _ in range(tokens.number()):

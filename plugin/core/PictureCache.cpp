@@ -1,8 +1,10 @@
 #include "core/PictureCache.h"
 
 #include "core/Frame.h"
+#include "paint/ParallelWork.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace vellix {
@@ -13,7 +15,7 @@ Picture PictureCache::Find(const Frame* frame) {
     if (picture.key != 0) {
         const auto entry = entries_.find(picture.key);
         if (entry == entries_.end()) {
-            picture.drawing = Add(picture.key, *frame, round_).tiles;
+            picture.drawing = Add(picture.key, Pack(*frame), round_).tiles;
         } else {
             entry->second.round = round_;
             picture.drawing = entry->second.tiles;
@@ -22,20 +24,45 @@ Picture PictureCache::Find(const Frame* frame) {
     return picture;
 }
 
+void PictureCache::ReadAll(const std::vector<const Frame*>& frames) {
+    struct Missing {
+        const Frame* frame;
+        std::shared_ptr<const PackedTiles> tiles;
+    };
+    std::map<qint64, Missing> missing; // by key
+    for (const Frame* frame : frames) {
+        const qint64 key = frame ? frame->GetPictureKey() : 0;
+        if (key != 0 && entries_.count(key) == 0) {
+            missing[key].frame = frame;
+        }
+    }
+    if (missing.size() < 2) {
+        return; // Find reads a single one
+    }
+    std::vector<Missing*> list;
+    for (auto& item : missing) {
+        list.push_back(&item.second);
+    }
+    DoInParallel(list.size(), [&](std::size_t i) { list[i]->tiles = Pack(*list[i]->frame); });
+    for (auto& item : missing) {
+        Add(item.first, std::move(item.second.tiles), round_);
+    }
+}
+
 bool PictureCache::ReadAhead(const Frame* frame) {
     const qint64 key = frame ? frame->GetPictureKey() : 0;
     if (key == 0 || entries_.count(key) != 0 || aheadBytes_ > spareBytes_ / 2) {
         return false;
     }
     // Spare in the round that runs, and the last to go.
-    aheadBytes_ += Add(key, *frame, round_ - 1).tiles->ByteCount();
+    aheadBytes_ += Add(key, Pack(*frame), round_ - 1).tiles->ByteCount();
     return true;
 }
 
-const PictureCache::Entry& PictureCache::Add(qint64 key, const Frame& frame, quint64 round) {
-    const std::shared_ptr<const PackedTiles> tiles = Pack(frame);
-    const Entry& entry = entries_.emplace(key, Entry{tiles, round}).first->second;
-    bytes_ += tiles->ByteCount();
+const PictureCache::Entry& PictureCache::Add(qint64 key, std::shared_ptr<const PackedTiles> tiles,
+                                             quint64 round) {
+    const Entry& entry = entries_.emplace(key, Entry{std::move(tiles), round}).first->second;
+    bytes_ += entry.tiles->ByteCount();
     return entry;
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace vellix {
 
@@ -22,6 +23,10 @@ public:
 
     /// The frame's drawing, which the cache shares. An empty picture for null or a frame without a picture.
     Picture Find(const Frame* frame);
+    /// Reads the drawings of these frames that the cache does not hold, several at a time, for Find in this
+    /// round. Null frames, and those without a picture, are passed over. Throws std::bad_alloc when memory is
+    /// short.
+    void ReadAll(const std::vector<const Frame*>& frames);
     /// Decodes the frame's drawing for a later round. Returns false, and does nothing, if there is nothing to
     /// decode, or if half of the spare memory was filled like this since the last round.
     bool ReadAhead(const Frame* frame);
@@ -36,7 +41,7 @@ private:
         quint64 round;
     };
 
-    const Entry& Add(qint64 key, const Frame& frame, quint64 round);
+    const Entry& Add(qint64 key, std::shared_ptr<const PackedTiles> tiles, quint64 round);
 
     std::size_t spareBytes_;
     std::map<qint64, Entry> entries_;

@@ -1,5 +1,6 @@
 #include "core/PictureCache.h"
 
+#include "paint/Composite.h"
 #include "plugin/core/DocumentTest.h"
 
 #include <vector>
@@ -40,6 +41,44 @@ TEST_F(PictureCacheTest, KeepsWhatIsShownAndAsMuchOfTheRestAsItMay) {
     EXPECT_EQ(alive, 4);
     EXPECT_EQ(cache.Find(nullptr).drawing, nullptr);
     EXPECT_EQ(cache.Find(std::make_unique<Frame>(At(1)).get()).drawing, nullptr);
+}
+
+TEST_F(PictureCacheTest, ReadsManyAtOnceAsItReadsOne) {
+    std::vector<std::unique_ptr<Frame>> frames;
+    std::vector<const Frame*> list{nullptr};
+    for (int i = 0; i < 20; ++i) {
+        frames.push_back(std::make_unique<Frame>(At(i)));
+        if (i % 5 != 4) { // else a frame without a picture
+            QImage picture = PlainComposer::Blank();
+            QPainter(&picture).fillRect(40 * i, 30 * i, 100 + i, 100, QColor(i, 10 * i, 200));
+            frames.back()->SetImage(picture);
+            frames.back()->PackImage();
+        }
+        list.push_back(frames.back().get());
+        list.push_back(frames.back().get());
+    }
+    frames[7]->SetPackedImage("no picture");
+    PictureCache cache;
+    cache.ReadAll(list);
+    PictureCache single;
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_FALSE(frames[i]->IsUnpacked()) << i;
+        const Picture one = single.Find(frames[i].get());
+        const Picture many = cache.Find(frames[i].get());
+        EXPECT_EQ(many.key, one.key) << i;
+        ASSERT_EQ(many.drawing == nullptr, one.drawing == nullptr) << i;
+        if (one.drawing) {
+            PictureStack stack{one};
+            QImage expected = PlainComposer::Blank();
+            composite::Compose(expected, composite::CoverageOf(stack).occupied, stack);
+            stack = {many};
+            QImage found = PlainComposer::Blank();
+            composite::Compose(found, composite::CoverageOf(stack).occupied, stack);
+            EXPECT_EQ(found, expected) << i;
+            EXPECT_EQ(i == 7, many.drawing->Coverage().occupied.IsEmpty()) << i;
+        }
+    }
+    EXPECT_TRUE(frames[7]->IsDamaged());
 }
 
 TEST_F(PictureCacheTest, ReadsAheadUpToHalfOfItsRoom) {
