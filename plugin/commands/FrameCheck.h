@@ -6,7 +6,6 @@
 
 #include <QString>
 
-#include <set>
 #include <vector>
 
 namespace vellix {
@@ -17,7 +16,7 @@ class Layer;
 class FrameCheck {
 public:
     /// The frames with these identities have to be in the layer, which is borrowed.
-    FrameCheck(const Layer& layer, const std::vector<FrameId>& leaving);
+    FrameCheck(const Layer& layer, std::vector<FrameId> leaving);
 
     /// No other frame may be keyed at this whole frame.
     void NeedFree(int time);
@@ -26,12 +25,13 @@ public:
     void NeedFree(const MTime& time);
 
     /// Returns false, with the reason, if something that is needed is not so.
-    bool Passes(QString& refusal) const;
+    bool Passes(QString& refusal);
 
 private:
     const Layer& layer_;
-    std::set<FrameId> leaving_;
-    QString refusal_;
+    std::vector<FrameId> leaving_; ///< ascending from the first Passes on
+    std::vector<int> wholeTimes_;  ///< the same
+    std::vector<MTime> exactTimes_;
 };
 
 } // namespace vellix

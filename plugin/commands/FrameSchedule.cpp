@@ -15,6 +15,7 @@ void FrameSchedule::Add(const Frame& frame, int time) {
 
 std::vector<FrameId> FrameSchedule::GetFrames() const {
     std::vector<FrameId> frames;
+    frames.reserve(changes_.size());
     for (const auto& change : changes_) {
         frames.push_back(change.first);
     }

@@ -4,7 +4,7 @@
 
 #include <maya/MTime.h>
 
-#include <map>
+#include <unordered_map>
 #include <vector>
 
 class QString;
@@ -34,7 +34,7 @@ private:
 
     std::vector<FrameId> GetFrames() const;
 
-    std::map<FrameId, Change> changes_;
+    std::unordered_map<FrameId, Change> changes_;
 };
 
 } // namespace vellix

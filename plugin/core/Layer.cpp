@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
 #include <utility>
 
 namespace vellix {
@@ -324,12 +323,13 @@ std::unique_ptr<Frame> Layer::RemoveFrame(FrameId id) {
 }
 
 FrameList Layer::TakeFrames(const std::vector<FrameId>& ids) {
-    const std::set<FrameId> wanted(ids.begin(), ids.end());
+    std::vector<FrameId> wanted = ids;
+    std::sort(wanted.begin(), wanted.end());
     FrameList taken;
     taken.reserve(wanted.size()); // what follows needs no memory
     const auto first =
         std::stable_partition(frames_.begin(), frames_.end(), [&wanted](const std::unique_ptr<Frame>& frame) {
-            return wanted.count(frame->GetId()) == 0;
+            return !std::binary_search(wanted.begin(), wanted.end(), frame->GetId());
         });
     std::move(first, frames_.end(), std::back_inserter(taken));
     frames_.erase(first, frames_.end());
@@ -343,10 +343,14 @@ void Layer::ReserveFrames(std::size_t count) {
 
 void Layer::PutFrames(FrameList& frames) {
     ReserveFrames(frames.size());
-    for (const std::unique_ptr<Frame>& frame : frames) {
-        MakeRoomAt(frame->GetTimeValue());
+    if (provisional_ != FrameId::None) {
+        for (const std::unique_ptr<Frame>& frame : frames) {
+            MakeRoomAt(frame->GetTimeValue());
+        }
     }
-    std::stable_sort(frames.begin(), frames.end(), IsEarlier);
+    if (!std::is_sorted(frames.begin(), frames.end(), IsEarlier)) {
+        std::stable_sort(frames.begin(), frames.end(), IsEarlier);
+    }
     const auto middle = frames_.insert(frames_.end(), std::make_move_iterator(frames.begin()),
                                        std::make_move_iterator(frames.end()));
     std::inplace_merge(frames_.begin(), middle, frames_.end(), IsEarlier);
