@@ -5,6 +5,9 @@
 #include "node/BaseNode.h"
 
 #include <maya/MArgDatabase.h>
+#include <maya/MDagPath.h>
+#include <maya/MFn.h>
+#include <maya/MItDependencyNodes.h>
 #include <maya/MStringArray.h>
 
 namespace vellix {
@@ -15,6 +18,17 @@ bool CameraArgument::Check(const QString& camera) {
         Logger::Error(QString("Camera does not exist: %1").arg(camera));
     }
     return exists;
+}
+
+bool CameraArgument::Find(const QString& camera, MDagPath& shape) {
+    for (MItDependencyNodes cameras(MFn::kCamera); !cameras.isDone(); cameras.next()) {
+        MDagPath path;
+        if (MDagPath::getAPathTo(cameras.thisNode(), path) && MayaUtil::GetCameraName(path) == camera) {
+            shape = path;
+            return true;
+        }
+    }
+    return false;
 }
 
 QString CameraArgument::Require(const MArgDatabase& arguments) {

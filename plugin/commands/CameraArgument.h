@@ -13,6 +13,8 @@ class CameraArgument {
 public:
     /// Returns whether the camera exists; logs an error if not.
     static bool Check(const QString& camera);
+    /// Finds the camera's shape, the first one of this name. Returns false without one.
+    static bool Find(const QString& camera, MDagPath& shape);
     /// The camera given as the command's object. Returns an empty string, and logs an error, if none is given
     /// or it does not exist.
     static QString Require(const MArgDatabase& arguments);

@@ -17,8 +17,9 @@ void FrameOutputs::AddContactSheet(const QString& path, int count, const QString
     sheetPath_ = path;
 }
 
-void FrameOutputs::AddMovie(const QString& path, double rate) {
-    movie_ = std::make_unique<MovieWriter>(path, rate);
+void FrameOutputs::AddMovie(const QString& path, double rate, bool isOpaque) {
+    using Paper = MovieWriter::Paper;
+    movie_ = std::make_unique<MovieWriter>(path, rate, isOpaque ? Paper::White : Paper::Transparent);
     moviePath_ = path;
 }
 

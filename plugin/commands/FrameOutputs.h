@@ -23,8 +23,11 @@ public:
     void AddPictures(const QString& pattern);
     /// A sheet for `count` frames.
     void AddContactSheet(const QString& path, int count, const QString& title);
-    /// `rate` is in frames per second.
-    void AddMovie(const QString& path, double rate);
+    /// `rate` is in frames per second. Without `isOpaque`, transparent where the format can be.
+    void AddMovie(const QString& path, double rate, bool isOpaque);
+
+    /// Whether there is anything to write the frames to.
+    bool NeedsImages() const { return sequence_ || sheet_ || movie_; }
 
     /// Adds the next frame. Returns false once writing has failed.
     bool Write(const QImage& image, int frame);

@@ -49,12 +49,12 @@ double GetRenderAspect() {
 }
 
 /// The side of the square that covers the gate at zoom 1, in view pixels.
-double GetGateSize(const MFnCamera& camera, double width, double height) {
+double GetGateSize(const MFnCamera& camera, double width, double height, double overscan) {
     const double renderAspect = GetRenderAspect();
-    const double horizontal = width / camera.overscan();
+    const double horizontal = width / overscan;
     switch (camera.filmFit()) {
     case MFnCamera::kVerticalFilmFit:
-        return height / camera.overscan() * renderAspect;
+        return height / overscan * renderAspect;
     case MFnCamera::kFillFilmFit:
         if (!camera.isOrtho()) {
             return horizontal * FitFactor(width / height, camera.aspectRatio(), renderAspect);
@@ -62,10 +62,10 @@ double GetGateSize(const MFnCamera& camera, double width, double height) {
         return horizontal;
     case MFnCamera::kOverscanFilmFit:
         if (!camera.isOrtho()) {
-            return height / camera.overscan() /
-                   FitFactor(width / height, camera.aspectRatio(), renderAspect) * renderAspect;
+            return height / overscan / FitFactor(width / height, camera.aspectRatio(), renderAspect) *
+                   renderAspect;
         }
-        return height / camera.overscan() * renderAspect;
+        return height / overscan * renderAspect;
     default:
         return horizontal;
     }
@@ -88,7 +88,7 @@ ViewPlacement::ViewPlacement(const MDagPath& cameraPath, int width, int height)
     , height_(height)
     , center_(width * 0.5, height * 0.5, 0.0, 1.0) {
     const MFnCamera camera(cameraPath);
-    displaySize_ = static_cast<float>(Truncate(GetGateSize(camera, width, height)));
+    displaySize_ = static_cast<float>(Truncate(GetGateSize(camera, width, height, camera.overscan())));
     halfSize_ = displaySize_ * 0.5f;
     panZoomActive_ = camera.panZoomEnabled() && !Settings::ignore2dPanZoom;
     if (panZoomActive_) {
@@ -96,6 +96,11 @@ ViewPlacement::ViewPlacement(const MDagPath& cameraPath, int width, int height)
         halfSize_ /= zoom;
         displaySize_ /= zoom;
     }
+}
+
+double ViewPlacement::SideOnRender(const MDagPath& cameraPath, int width, int height) {
+    const double side = GetGateSize(MFnCamera(cameraPath), width, height, 1.0);
+    return side > 0.0 && side < 1.0e6 ? side : 0.0;
 }
 
 ViewPlacement ViewPlacement::For(const M3dView& view) {

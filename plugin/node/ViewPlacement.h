@@ -23,6 +23,11 @@ public:
     /// With 2D pan, in a frame drawn by Viewport 2.0.
     static ViewPlacement For(const MHWRender::MFrameContext& frame, const MDagPath& camera);
 
+    /// The side of the square drawing, in pixels, on a rendered picture of this size, whose middle is the
+    /// square's. A view shows that picture inside its gate: overscan, 2D pan and zoom move and scale both
+    /// alike there, and are not rendered. 0 for a film that has no size.
+    static double SideOnRender(const MDagPath& cameraPath, int width, int height);
+
     /// Moves the placement by the camera's 2D pan.
     void FollowPan(const M3dView& view, const MDagPath& camera);
     void FollowPan(const MHWRender::MFrameContext& frame, const MDagPath& camera);

@@ -37,15 +37,34 @@ QString FormatOf(const QString& path) {
 
 const QStringList MovieWriter::SUFFIXES = {"mp4", "mov", "mkv", "avi", "webm"};
 
-MovieWriter::MovieWriter(const QString& path, double rate)
+MovieWriter::MovieWriter(const QString& path, double rate, Paper paper)
     : path_(path)
-    , rate_(rate) {}
+    , rate_(rate)
+    , isTransparent_(paper == Paper::Transparent && CanBeTransparent(path)) {}
 
 MovieWriter::~MovieWriter() {
     if (encoder_.state() != QProcess::NotRunning) {
         encoder_.kill();
         encoder_.waitForFinished();
     }
+}
+
+bool MovieWriter::CanBeTransparent(const QString& path) {
+    const QString format = FormatOf(path);
+    return format == QLatin1String("webm") || format == QLatin1String("mov");
+}
+
+/// Of the coded pixels. ProRes has no frames between others, so that it is quick to edit; VP9 has an alpha
+/// channel only without its alternate reference frames.
+QStringList MovieWriter::CodecArguments() const {
+    if (!isTransparent_) {
+        return {"-pix_fmt", "yuv420p"};
+    }
+    if (FormatOf(path_) == QLatin1String("mov")) {
+        return {"-c:v", "prores_ks", "-profile:v", "4444", "-pix_fmt", "yuva444p10le"};
+    }
+    return {"-c:v", "libvpx-vp9", "-pix_fmt", "yuva420p", "-auto-alt-ref", "0", "-crf", "20",
+            "-b:v", "0",          "-row-mt",  "1",        "-cpu-used",     "4"};
 }
 
 QString MovieWriter::FindEncoder() {
@@ -97,11 +116,9 @@ bool MovieWriter::Start(const QSize& size) {
     arguments << "-framerate" << RateText(rate_) << "-i"
               << "-"
               << "-an";
-    arguments << "-vf"
-              << "pad=ceil(iw/2)*2:ceil(ih/2)*2"
-              << "-pix_fmt"
-              << "yuv420p"
-              << "-f" << FormatOf(path_) << file_->TemporaryPath();
+    const char* const edge = isTransparent_ ? ":color=black@0" : "";
+    arguments << "-vf" << QString("pad=ceil(iw/2)*2:ceil(ih/2)*2%1").arg(edge);
+    arguments << CodecArguments() << "-f" << FormatOf(path_) << file_->TemporaryPath();
     encoder_.setProcessEnvironment(CleanEnvironment());
     encoder_.setStandardOutputFile(QProcess::nullDevice());
     encoder_.start(encoder, arguments);
@@ -113,9 +130,14 @@ bool MovieWriter::Write(const QImage& image) {
     if (!fault_.isEmpty() || (!file_ && !Start(image.size()))) {
         return false;
     }
-    QImage frame(image.size(), QImage::Format_RGBX8888);
-    frame.fill(Qt::white);
-    QPainter(&frame).drawImage(0, 0, image);
+    QImage frame;
+    if (isTransparent_) {
+        frame = image.convertToFormat(QImage::Format_RGBA8888);
+    } else {
+        frame = QImage(image.size(), QImage::Format_RGBX8888);
+        frame.fill(Qt::white);
+        QPainter(&frame).drawImage(0, 0, image);
+    }
     encoder_.write(reinterpret_cast<const char*>(frame.constBits()),
                    static_cast<qint64>(frame.bytesPerLine()) * frame.height());
     while (encoder_.bytesToWrite() > MAX_BYTES_WAITING) {

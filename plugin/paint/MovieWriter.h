@@ -14,18 +14,23 @@ namespace vellix {
 class WholeFile;
 
 /// Writes images of one size as a movie, through the program ffmpeg. The movie is written whole or not at
-/// all (WholeFile). Transparent parts become white. An odd width or height is padded by one pixel, since the
-/// movie's pixel format needs even ones.
+/// all (WholeFile). Transparent parts become white, or stay transparent in a format that can have that. An
+/// odd width or height is padded by one pixel, since the movie's pixel format needs even ones.
 class MovieWriter : private NonCopyable {
 public:
     /// The supported movie formats, by file suffix.
     static const QStringList SUFFIXES;
 
-    /// Opens nothing yet; the first Write() starts the encoder. `rate` is in frames per second.
-    MovieWriter(const QString& path, double rate);
+    enum class Paper { White, Transparent };
+
+    /// Opens nothing yet; the first Write() starts the encoder. `rate` is in frames per second. Formats
+    /// without transparency have white paper.
+    MovieWriter(const QString& path, double rate, Paper paper = Paper::White);
     /// Kills an encoder that still runs and removes an unfinished movie.
     ~MovieWriter();
 
+    /// Whether a movie of this name can be transparent: .webm (VP9) and .mov (ProRes 4444).
+    static bool CanBeTransparent(const QString& path);
     /// Returns the path of ffmpeg, or an empty string if it is not installed.
     static QString FindEncoder();
     /// Formats the rate for ffmpeg: "24", or "24000/1001" for broadcast rates.
@@ -41,6 +46,7 @@ public:
 
 private:
     bool Start(const QSize& size);
+    QStringList CodecArguments() const;
     bool Fail(const QString& fault);
     /// The encoder's last output on standard error, for a message.
     QString EncoderErrors();
@@ -48,6 +54,7 @@ private:
     QString path_;
     std::unique_ptr<WholeFile> file_; // the movie as the encoder writes it; null before and after
     double rate_;
+    bool isTransparent_;
     QProcess encoder_;
     QString fault_;
 };

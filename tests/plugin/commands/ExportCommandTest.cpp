@@ -1,13 +1,25 @@
+#include "core/Frame.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
 #include "faults/DiskFault.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "paint/MovieWriter.h"
+#include "paint/PngCodec.h"
 #include "plugin/commands/CommandFixture.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
+#include <QPointF>
+#include <QXmlStreamReader>
+
+#include <cmath>
+#include <string>
+#include <vector>
+#include <zip.h>
 
 namespace vellix {
 namespace {
@@ -124,6 +136,231 @@ TEST_F(ExportCommandTest, SaysWhatToDo) {
     EXPECT_EQ(Refused(Line("f.#.png")).value(0), "There is no drawing in the scene.");
 }
 
+class LayeredExportTest : public ExportCommandTest {
+protected:
+    // Above Rough (keys at 1 and 3), a static layer with a name that no file can have, hidden.
+    void SetUp() override {
+        ExportCommandTest::SetUp();
+        Mel("qmVellixLayer -add -n \"\" -ls 1 persp");
+        Node().GetLayer("persp", 1)->SetName(LAYER_NAME);
+        Node().AddFrame("persp", MTime(-999, MTime::uiUnit()));
+        Node().GetActiveLayer("persp")->UpdateCurrentFrameIndex(2);
+        QImage image(1024, 1024, QImage::Format_RGBA8888);
+        image.fill(QColor(0, 90, 0, 255));
+        Node().GetActiveLayer("persp")->SetImage(image);
+        Mel("qmVellixLayer -ev 0 1 persp");
+    }
+    QString Layered(const QString& name, const QString& more = QString()) const {
+        return QString("qmVellixExport -camera persp -layered \"%1\" %2").arg(Path(name), more);
+    }
+    /// What a member of an archive holds.
+    QByteArray Member(const QString& archive, const QString& member) const {
+        zip_t* const zip = zip_open(QFile::encodeName(Path(archive)).constData(), ZIP_RDONLY, nullptr);
+        zip_file_t* const file = zip ? zip_fopen(zip, member.toUtf8().constData(), 0) : nullptr;
+        QByteArray bytes(1 << 20, '\0');
+        bytes.resize(file ? int(zip_fread(file, bytes.data(), zip_uint64_t(bytes.size()))) : 0);
+        zip_discard(zip);
+        return bytes;
+    }
+    /// The frames of a .pclx at which pictures are keyed, by layer.
+    QStringList Keys(const QString& archive) const {
+        QStringList keys;
+        QXmlStreamReader xml(Member(archive, "main.xml"));
+        while (!xml.atEnd()) {
+            if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == "layer") {
+                keys.append(QString());
+            } else if (xml.isStartElement() && (xml.name() == "image" || xml.name() == "camera")) {
+                keys.last() += xml.attributes().value("frame").toString() + ' ';
+            }
+        }
+        return keys;
+    }
+
+    const QString LAYER_NAME = QString::fromUtf8("背/景 #1");
+};
+
+TEST_F(LayeredExportTest, AnAnimationHasAllKeysAndHolds) {
+    EXPECT_EQ(Mel(Layered(QString::fromUtf8("绘 a.pclx"))).Strings().size(), 1u);
+    EXPECT_EQ(Keys(QString::fromUtf8("绘 a.pclx")), QStringList({"1 3 ", "1 ", "1 4 "}));
+    EXPECT_EQ(Member(QString::fromUtf8("绘 a.pclx"), "data/001.003.png"),
+              Node().GetLayer("persp", 0)->GetFrame(1)->GetPackedImage());
+    EXPECT_EQ(Warnings(), QStringList());
+    // A range cuts, and what is held at its start is keyed there.
+    Mel(Layered("cut.pclx", "-startTime 2 -endTime 9"));
+    EXPECT_EQ(Keys("cut.pclx"), QStringList({"2 3 ", "2 ", "1 9 "}));
+
+    // Before frame 1 there is nothing in the other program.
+    Node().GetLayer("persp", 0)->InsertFrame(new Frame(MTime(-10, MTime::uiUnit())));
+    Mel(Layered("early.pclx"));
+    EXPECT_EQ(Keys("early.pclx"), QStringList({"1 12 14 ", "1 ", "1 15 "}));
+    ASSERT_EQ(Warnings().size(), 1);
+    EXPECT_TRUE(Warnings()[0].contains("all are 11 later there")) << Warnings()[0].toStdString();
+    Mel("currentUnit -time \"23.976fps\" -updateAnimation false");
+    Mel(Layered("rate.pclx", "-startTime 1"));
+    ASSERT_EQ(Warnings().size(), 1);
+    EXPECT_TRUE(Warnings()[0].contains("it has 24 frames per second instead of 23.976"));
+}
+
+TEST_F(LayeredExportTest, WritesAFileOfLayersForEachFrame) {
+    const auto files = Mel(Layered("l.##.ora", "-background 1 2 3")).Strings();
+    ASSERT_EQ(files.size(), 4u);
+    EXPECT_EQ(files[2], Path("l.03.ora").toStdString());
+    EXPECT_EQ(Member("l.03.ora", "data/layer001.png"),
+              Node().GetLayer("persp", 0)->GetFrame(1)->GetPackedImage());
+    const QImage merged = QImage::fromData(Member("l.03.ora", "mergedimage.png"));
+    EXPECT_EQ(merged.pixelColor(325, 125), QColor(0, 0, 150)) << "without the hidden layer";
+    EXPECT_EQ(merged.pixelColor(5, 5), QColor(1, 2, 3));
+    EXPECT_EQ(QImage::fromData(Member("l.03.ora", "data/layer000.png")).pixelColor(5, 5), QColor(1, 2, 3));
+    // Only where something is drawn.
+    EXPECT_EQ(Mel(Layered("d.#.psd", "-drawings")).Strings(),
+              std::vector<std::string>({Path("d.1.psd").toStdString(), Path("d.3.psd").toStdString()}));
+}
+
+TEST_F(LayeredExportTest, EveryVisibleLayerHasFilesOfItsOwn) {
+    Mel("qmVellixLayer -ev 1 1 persp");
+    Mel("qmVellixLayer -add -n Empty -ls 0 persp");
+    Node().GetLayer("persp", 2)->SetName("rough");
+    const auto files = Mel(QString("qmVellixExport -camera persp -layerFiles \"%1\" -startTime 0 -endTime 1")
+                               .arg(Path("{layer}/#.png")))
+                           .Strings();
+    ASSERT_EQ(files.size(), 6u);
+    EXPECT_EQ(QImage(Path("Rough/0.png")), QImage(Path("rough_2/1.png"))) << "nothing is keyed there";
+    EXPECT_EQ(QImage(Path("Rough/1.png")).pixelColor(125, 125), QColor(0, 0, 50));
+    EXPECT_EQ(QImage(Path(QString::fromUtf8("背_景 #1/0.png"))).pixelColor(5, 5), QColor(0, 90, 0));
+}
+
+TEST_F(LayeredExportTest, TheRenderSizeIsWhatTheGateShows) {
+    QImage drawing(1024, 1024, QImage::Format_RGBA8888);
+    drawing.fill(Qt::transparent);
+    QPainter(&drawing).fillRect(QRect(412, 462, 200, 100), Qt::red); // around the middle
+    Node().GetLayer("persp", 0)->GetFrame(0)->SetImage(drawing);
+    Mel("setAttr defaultResolution.width 400; setAttr defaultResolution.height 200");
+    Mel("camera -edit -overscan 1.3 -panZoomEnabled true -zoom 0.5 -horizontalPan 0.2 persp");
+    const auto expectSide = [&](const QString& name, double side) {
+        const QImage picture(Path(name));
+        const QPointF middle(picture.width() / 2.0, picture.height() / 2.0);
+        const auto alpha = [&](double x, double y) {
+            return picture.pixelColor(int(std::floor(middle.x() + x)), int(std::floor(middle.y() + y)))
+                .alpha();
+        };
+        const double x = 100 * side / 1024;
+        const double y = 50 * side / 1024;
+        for (const int sign : {-1, 1}) { // the edges are within a pixel
+            EXPECT_GT(alpha(sign * (x - 1), 0), 127) << name.toStdString();
+            EXPECT_LT(alpha(sign * (x + 1), 0), 128) << name.toStdString();
+            EXPECT_GT(alpha(0, sign * (y - 1)), 127) << name.toStdString();
+            EXPECT_LT(alpha(0, sign * (y + 1)), 128) << name.toStdString();
+        }
+    };
+    // The film is 3:2. A picture of the gate's 2:1 has the drawing over its whole width, whatever the film
+    // fit is.
+    const struct {
+        const char* fit;
+        double squareSide; // on a picture of 400 x 400: fill shows film only, 600 wide, overscan all of it
+    } cases[] = {{"horizontal", 400}, {"vertical", 800}, {"fill", 600}, {"overscan", 400 / 1.5 * 2}};
+    for (const auto& c : cases) {
+        Mel(QString("camera -edit -filmFit \"%1\" persp").arg(c.fit));
+        Mel(Line("gate.png", "-startTime 1 -endTime 1 -renderSize"));
+        ASSERT_EQ(QImage(Path("gate.png")).size(), QSize(400, 200));
+        expectSide("gate.png", 400);
+        Mel(Line("large.png", "-startTime 1 -endTime 1 -size 3000 1500"));
+        expectSide("large.png", 3000);
+        Mel(Line("square.png", "-startTime 1 -endTime 1 -size 400 400"));
+        expectSide("square.png", c.squareSide);
+    }
+    // Layers are placed alike.
+    Mel(Layered("gate.ora", "-startTime 1 -endTime 1 -renderSize"));
+    EXPECT_EQ(QImage::fromData(Member("gate.ora", "data/layer000.png")), QImage(Path("gate.png")));
+    EXPECT_EQ(Refused(Line("r.png", "-size 10 10 -renderSize")).value(0),
+              "Give either -size or -renderSize.");
+    EXPECT_TRUE(Refused(Line("r.png", "-size 0 10")).value(0).contains("1 to 8192 pixels"));
+}
+
+TEST_F(LayeredExportTest, SaysWhatToDo) {
+    const struct {
+        QString line;
+        const char* message;
+    } cases[] = {
+        {Layered("a.zip"), "as a .ora, .psd, .pclx file. Let"},
+        {Layered("a.ora"), "would be written by every frame. Put a run of #"},
+        {Layered("a.#.ora", "-ghosting 1"), "Ghosts belong to no layer."},
+        {Layered("a.#.ora", "-drawings -startTime 5 -endTime 9"), "No layer has a key from 5 to 9."},
+        {Layered("a.#.ora", "-drawings -movie \"a.mp4\""), "A movie has every frame"},
+        {Line("a.#.png", QString("-layerFiles \"%1\" -background 1 2 3").arg(Path("{layer}.#.png"))),
+         "transparent"},
+        {Line("a.#.png", QString("-layerFiles \"%1\"").arg(Path("{layer}.#.jpg"))), "end in .png"},
+        {Line("a.#.png", QString("-layerFiles \"%1\"").arg(Path("{layer}.png"))), "Put a run of #"},
+    };
+    for (const auto& c : cases) {
+        const QStringList messages = Refused(c.line);
+        ASSERT_EQ(messages.size(), 1) << c.message;
+        EXPECT_TRUE(messages[0].contains(c.message)) << messages[0].toStdString();
+    }
+    Mel("qmVellixLayer -ev 1 1 persp");
+    EXPECT_TRUE(Refused(QString("qmVellixExport -camera persp -layerFiles \"%1\"").arg(Path("a.#.png")))
+                    .value(0)
+                    .contains("would be written by every layer. Put {layer}"));
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+TEST_F(LayeredExportTest, AFullDiskLeavesWhatWasThere) {
+    for (const char* name : {"a.pclx", "a.#.ora", "a.#.psd"}) {
+        Mel(Layered(name));
+    }
+    const auto content = [&] {
+        QStringList files;
+        for (const QString& name : QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden)) {
+            QFile file(Path(name));
+            file.open(QIODevice::ReadOnly);
+            files.append(name + ' ' +
+                         QString::number(qChecksum(file.readAll().constData(), uint(file.size()))) + ' ' +
+                         QString::number(file.size()));
+        }
+        return files;
+    };
+    const QStringList before = content();
+    ASSERT_EQ(before.size(), 9);
+    for (const char* name : {"a.pclx", "a.#.ora", "a.#.psd"}) {
+        const DiskFault fault = DiskFault::Full(folder_.path(), 700);
+        EXPECT_TRUE(Refused(Layered(name)).value(0).contains("cannot be written: No space left")) << name;
+    }
+    EXPECT_EQ(content(), before);
+}
+
+TEST_F(LayeredExportTest, ADamagedPictureTravelsAsItIs) {
+    Frame& frame = *Node().GetLayer("persp", 0)->GetFrame(1);
+    QByteArray damaged = frame.GetPackedImage();
+    damaged[damaged.indexOf("IDAT") + 20] = char(damaged[damaged.indexOf("IDAT") + 20] ^ 0x55);
+    frame.SetPackedImage(damaged);
+    Mel(Layered("a.pclx"));
+    EXPECT_EQ(Member("a.pclx", "data/001.003.png"), damaged);
+    Mel(Layered("a.ora", "-startTime 3 -endTime 3"));
+    EXPECT_EQ(Messages().size(), 1) << "it is told";
+    EXPECT_EQ(Member("a.ora", "data/layer000.png"), damaged);
+    Mel(Layered("a.psd", "-startTime 3 -endTime 3"));
+    // A sequence of pictures is to be seen by other programs.
+    Mel(QString("qmVellixExport -camera persp -layerFiles \"%1\" -startTime 3 -endTime 3")
+            .arg(Path("l.png")));
+    EXPECT_EQ(QImage(Path("l.png")).pixelColor(325, 125).alpha(), 0);
+    EXPECT_EQ(frame.GetPackedImage(), damaged);
+}
+
+TEST_F(LayeredExportTest, PicturesOfOtherSizesAreCutToTheDrawing) {
+    QImage small(20, 10, QImage::Format_RGB32);
+    small.fill(Qt::red);
+    QByteArray png;
+    ASSERT_TRUE(PngCodec::Encode(small, png));
+    Node().GetLayer("persp", 0)->GetFrame(1)->SetPackedImage(png);
+    Mel(QString("qmVellixExport -camera persp -layerFiles \"%1\" -startTime 3 -endTime 3")
+            .arg(Path("l.png")));
+    const QImage picture(Path("l.png"));
+    EXPECT_EQ(picture.size(), QSize(1024, 1024));
+    EXPECT_EQ(picture.pixelColor(19, 9), QColor(Qt::red));
+    EXPECT_EQ(picture.pixelColor(20, 9).alpha(), 0);
+    Mel(Layered("a.ora", "-startTime 3 -endTime 3"));
+    EXPECT_EQ(Member("a.ora", "data/layer000.png"), png);
+}
+
 /// A folder with a stand-in for ffmpeg that is all of the PATH.
 class MovieTest : public ExportCommandTest {
 protected:
@@ -218,6 +455,31 @@ TEST_F(MovieTest, WithoutTheEncoderItSaysWhatToInstall) {
     }
     EXPECT_TRUE(Refused(Movie()).value(0).contains("Install it (the package ffmpeg"));
     EXPECT_FALSE(QFileInfo::exists(Path("out")));
+}
+
+TEST_F(MovieTest, AMovieWithoutABackgroundIsTransparentWhereItCanBe) {
+    InstallEncoder("for file; do :; done\n{ echo \"$@\"; cat; } >\"$file\"\n");
+    const struct {
+        const char* name;
+        const char* more;
+        const char* codec;
+        const char* paper;
+    } cases[] = {
+        {"a.webm", "", " -c:v libvpx-vp9 -pix_fmt yuva420p ", "00000000"},
+        {"a.MOV", "", " -c:v prores_ks -profile:v 4444 -pix_fmt yuva444p10le ", "00000000"},
+        {"a.mov", "-background 9 8 7", " -pix_fmt yuv420p ", "090807ff"},
+        {"a.mkv", "", " -pix_fmt yuv420p ", "ffffffff"},
+    };
+    for (const auto& c : cases) {
+        Mel(Movie("-startTime 1 -endTime 1 ").replace("walk.mp4", c.name) + c.more);
+        QFile file(Path(QString("out/") + c.name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray arguments = file.readLine();
+        EXPECT_TRUE(arguments.contains(c.codec)) << arguments.toStdString();
+        const QByteArray pixels = file.readAll();
+        EXPECT_EQ(pixels.left(4).toHex(), c.paper) << c.name;
+        EXPECT_EQ(pixels.mid((125 * 1024 + 125) * 4, 4).toHex(), "000032ff");
+    }
 }
 
 TEST_F(MovieTest, TheRealEncoderWritesAMovie) {

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "exchange/ZipWriter.h"
+
+#include <QImage>
+
+namespace vellix {
+
+struct LayeredDrawing;
+
+/// OpenRaster 0.0.5 (freedesktop.org): one picture with its layers.
+struct OpenRasterWriter {
+    /// The archive of the layers' first pictures, whose bytes go in unchanged. A layer without a picture has
+    /// an empty one. `merged` is what the visible layers look like together. Throws std::bad_alloc when
+    /// memory is short.
+    static ZipWriter Archive(const LayeredDrawing& drawing, const QImage& merged);
+};
+
+} // namespace vellix

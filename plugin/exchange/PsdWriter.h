@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+
+namespace vellix {
+
+struct LayeredDrawing;
+
+/// Photoshop documents (Adobe's published "Photoshop File Formats", version 1) of eight bits RGBA.
+struct PsdWriter {
+    /// The longest side, in pixels, and the most bytes.
+    static constexpr int MAX_SIDE = 30000;
+    static constexpr qint64 MAX_BYTES = 0x7f000000;
+
+    /// The document of the layers' first pictures; a picture that does not decode is an empty layer. `merged`
+    /// is what the visible layers look like together. Empty for what is larger than a document can be. Throws
+    /// std::bad_alloc when memory is short.
+    static QByteArray Encode(const LayeredDrawing& drawing, const QImage& merged);
+};
+
+} // namespace vellix
