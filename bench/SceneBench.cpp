@@ -13,6 +13,7 @@
 #include "node/BaseNode.h"
 #include "node/LayerDataAsciiWriter.h"
 #include "paint/DrawUtil.h"
+#include "paint/WholeFile.h"
 #include "plugin/paint/PngBytes.h"
 
 #include <QApplication>
@@ -298,6 +299,42 @@ void ExportPlainly(benchmark::State& state) {
     }
 }
 
+/// The demo's three layers, with all pictures packed. Returns their bytes.
+QByteArray DrawDemo() {
+    NewLayer();
+    const QString replay("qmVellixReplay -camera persp -file \"" VELLIX_SOURCE_FOLDER "/demo/%1.json\"");
+    Mel(replay.arg("background"));
+    for (const char* layer : {"rough", "cleanup"}) {
+        Mel("qmVellixLayer -add -layerState 0 persp");
+        Mel(replay.arg(layer));
+    }
+    QByteArray bytes;
+    for (const Layer* layer : Layers().GetLayers(CAMERA)) {
+        for (int i = 0; i < layer->FrameCount(); ++i) {
+            bytes += layer->GetFrame(i)->GetPackedImage();
+        }
+    }
+    return bytes;
+}
+
+/// Exports the demo with its layers for another program.
+void ExportPclx(benchmark::State& state) {
+    state.counters["bytes"] = DrawDemo().size();
+    for (auto _ : state) {
+        Mel(QString("qmVellixExport -camera persp -layered \"%1/demo.pclx\"").arg(g_folder->path()));
+    }
+    NewScene();
+}
+
+/// Writes the bytes of its pictures, as safely, to one file.
+void WriteDemoBytes(benchmark::State& state) {
+    const QByteArray bytes = DrawDemo();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(WholeFile::Write(g_folder->filePath("demo.bytes"), bytes));
+    }
+    NewScene();
+}
+
 void Start(benchmark::State& state, const QString& program, const QStringList& arguments) {
     for (auto _ : state) {
         QProcess::execute(QCoreApplication::applicationDirPath() + '/' + program, arguments);
@@ -430,6 +467,8 @@ BENCHMARK(SaveChanged)->Unit(benchmark::kMillisecond)->UseManualTime()->Iteratio
 BENCHMARK(EncodeAllByQt)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(1);
 BENCHMARK(Export)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ExportPlainly)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
+BENCHMARK(ExportPclx)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(WriteDemoBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(Memory)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 BENCHMARK(Replay)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ReplayOver)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -8,8 +8,11 @@
 #include <maya/MColor.h>
 
 #include <QPainter>
+#include <QRectF>
+#include <QTemporaryDir>
 #include <qopengl.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace vellix {
@@ -75,6 +78,58 @@ TEST_F(DrawingInViewTest, IsTrueToThePixelInBothRenderers) {
                 }
             }
             EXPECT_LE(worst, 2);
+        }
+    }
+}
+
+// Each edge of the drawing lies at the same share of the exported picture and of the gate in the view, within
+// a pixel.
+TEST_F(DrawingInViewTest, AnExportedGateIsWhatTheViewShowsInIt) {
+    SizeView(900, 560);
+    Use(lightbox::ViewOptions::Renderer::Viewport2);
+    QImage drawing(1024, 1024, QImage::Format_RGBA8888);
+    drawing.fill(Qt::transparent);
+    QPainter(&drawing).fillRect(QRect(400, 430, 300, 200), Qt::red);
+    Draw(drawing);
+    Run("setAttr defaultResolution.width 640; setAttr defaultResolution.height 320");
+    const QTemporaryDir folder;
+    const auto boxOf = [](const QImage& image) {
+        QRect box;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                if (c.red() > 190 && c.green() < 65 && c.blue() < 65) {
+                    box |= QRect(x, y, 1, 1);
+                }
+            }
+        }
+        return QRectF(box);
+    };
+    for (const int fit : {0, 1, 2, 3}) {
+        for (const char* view : {"setAttr perspShape.overscan 1; setAttr perspShape.panZoomEnabled 0",
+                                 "setAttr perspShape.overscan 1.4; setAttr perspShape.panZoomEnabled 1;"
+                                 "setAttr perspShape.zoom 0.8; setAttr perspShape.horizontalPan 0.1;"
+                                 "setAttr perspShape.verticalPan -0.05"}) {
+            SCOPED_TRACE(::testing::Message() << "film fit " << fit << ", " << view);
+            Run(QString("setAttr perspShape.filmFit %1; %2").arg(fit).arg(view).toStdString());
+            Settle(50);
+            const QRectF seen = boxOf(Grab());
+            const QRectF gate = lightbox::CameraView(*View().Camera(), 900, 560).ResolutionGate();
+            const QString path = folder.filePath("gate.png");
+            Run(QString("qmVellixExport -camera persp -file \"%1\" -startTime 1 -endTime 1 -renderSize "
+                        "-background 90 90 90")
+                    .arg(path)
+                    .toStdString());
+            const QImage picture(path);
+            ASSERT_EQ(picture.size(), QSize(640, 320));
+            const QRectF exported = boxOf(picture);
+            const double scale = gate.width() / 640;
+            const double top = 560 - gate.bottom(); // the view counts from its bottom
+            const double pixel = std::max(1.0, scale);
+            EXPECT_NEAR(seen.left(), gate.left() + exported.left() * scale, pixel);
+            EXPECT_NEAR(seen.right(), gate.left() + exported.right() * scale, pixel);
+            EXPECT_NEAR(seen.top(), top + exported.top() * scale, pixel);
+            EXPECT_NEAR(seen.bottom(), top + exported.bottom() * scale, pixel);
         }
     }
 }
