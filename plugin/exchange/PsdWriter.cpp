@@ -119,15 +119,16 @@ QRect PsdArea(const QImage& image) {
     return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
-/// The blocks behind a layer's record: no mask, no blending ranges, and its name twice: the first one in
-/// bytes, for old programs.
+/// The blocks behind a layer's record: no mask, no blending ranges, and its name twice: first in at
+/// most 255 bytes, for programs that know no other.
 QByteArray PsdLayerNames(const QString& name) {
     PsdBytes extra;
     extra.PutBlock(QByteArray()).PutBlock(QByteArray());
-    QByteArray shortName;
-    for (const QChar c : name.left(255)) {
-        shortName.append(c.unicode() >= 0x20 && c.unicode() < 0x7f ? c.toLatin1() : '?');
+    QString start = name;
+    while (start.toUtf8().size() > 255) {
+        start.chop(start.at(start.size() - 1).isLowSurrogate() ? 2 : 1);
     }
+    const QByteArray shortName = start.toUtf8();
     PsdBytes pascal;
     pascal.Put(static_cast<quint8>(shortName.size())).Put(shortName).Pad(4);
     PsdBytes unicode;
