@@ -276,6 +276,24 @@ TEST_F(LayeredExportTest, TheRenderSizeIsWhatTheGateShows) {
     EXPECT_TRUE(Refused(Line("r.png", "-size 0 10")).value(0).contains("1 to 8192 pixels"));
 }
 
+TEST_F(LayeredExportTest, TheMenuPutsTheNumberAndTheLayerWhereTheNameHasNone) {
+    ASSERT_TRUE(MayaUtil::SourceScripts());
+    const struct {
+        const char* name;
+        const char* written;
+    } cases[] = {
+        {"a \"b\".pclx", "a \"b\".pclx"}, {"c.d.ORA", "c.d.0003.ORA"},          {"e.##.psd", "e.03.psd"},
+        {"f.png", "f.Rough.0003.png"},    {"{layer}_g.#.png", "Rough_g.3.png"},
+    };
+    for (const auto& c : cases) {
+        Mel(QString("qmVxExportLayersTo(\"%1\", \" -camera persp -drawings -startTime 2 -endTime 4\")")
+                .arg(Path(c.name).replace('"', "\\\"")));
+        EXPECT_TRUE(QFileInfo::exists(Path(c.written))) << c.written;
+        QFile::remove(Path(c.written));
+    }
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
 TEST_F(LayeredExportTest, SaysWhatToDo) {
     const struct {
         QString line;
