@@ -13,6 +13,7 @@
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "node/ViewPlacement.h"
+#include "paint/Composite.h"
 #include "paint/ContactSheet.h"
 #include "paint/ImageSequence.h"
 #include "paint/ImageSize.h"
@@ -346,11 +347,11 @@ bool ExportCommand::CheckMovie() const {
 // --- writing ----------------------------------------------------------------------------------------------
 
 QImage ExportCommand::Compose(const LayerManager& layers, int frame) const {
-    QImage drawing = canvas_.Place(layers.ComposeFrame(camera_, frame, ghosting_));
+    QImage drawing = canvas_.Place(composite::OrBadAlloc(layers.ComposeFrame(camera_, frame, ghosting_)));
     if (!hasBackground_) {
         return drawing;
     }
-    QImage opaque(drawing.size(), QImage::Format_RGB32);
+    QImage opaque = composite::OrBadAlloc(QImage(drawing.size(), QImage::Format_RGB32));
     opaque.fill(QColor(red_, green_, blue_));
     QPainter(&opaque).drawImage(0, 0, drawing);
     return opaque;

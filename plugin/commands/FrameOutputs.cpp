@@ -2,6 +2,7 @@
 
 #include "paint/ContactSheet.h"
 #include "paint/MovieWriter.h"
+#include "paint/PngWriter.h"
 
 namespace vellix {
 
@@ -10,11 +11,15 @@ FrameOutputs::~FrameOutputs() = default;
 
 void FrameOutputs::AddPictures(const QString& pattern) {
     sequence_ = std::make_unique<ImageSequence>(pattern);
+    writer_ = std::make_unique<PngWriter>();
 }
 
 void FrameOutputs::AddContactSheet(const QString& path, int count, const QString& title) {
     sheet_ = std::make_unique<ContactSheet>(count, title);
     sheetPath_ = path;
+    if (!writer_) {
+        writer_ = std::make_unique<PngWriter>();
+    }
 }
 
 void FrameOutputs::AddMovie(const QString& path, double rate, bool isOpaque) {
@@ -24,7 +29,7 @@ void FrameOutputs::AddMovie(const QString& path, double rate, bool isOpaque) {
 }
 
 bool FrameOutputs::FlushHeld() {
-    const bool written = heldPaths_.isEmpty() || writer_.Write(held_, heldPaths_);
+    const bool written = heldPaths_.isEmpty() || writer_->Write(held_, heldPaths_);
     heldPaths_.clear();
     return written;
 }
@@ -47,7 +52,7 @@ QString FrameOutputs::Finish(bool all) {
     FlushHeld();
     if (sheet_ && all) {
         files_.append(sheetPath_);
-        writer_.Write(sheet_->GetImage(), {sheetPath_});
+        writer_->Write(sheet_->GetImage(), {sheetPath_});
     }
     QString fault;
     // A failed movie may be why frames are missing.
@@ -55,7 +60,7 @@ QString FrameOutputs::Finish(bool all) {
         fault = all ? movie_->Finish() : movie_->Fault();
         files_.append(moviePath_);
     }
-    const QString pictureFault = writer_.Finish();
+    const QString pictureFault = writer_ ? writer_->Finish() : QString();
     return pictureFault.isEmpty() ? fault : pictureFault;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "paint/ImageSequence.h"
-#include "paint/PngWriter.h"
 
 #include <QImage>
 #include <QString>
@@ -13,6 +12,7 @@ namespace vellix {
 
 class ContactSheet;
 class MovieWriter;
+class PngWriter;
 
 /// Writes the exported frames as numbered pictures, a contact sheet and a movie, each of them if requested.
 class FrameOutputs {
@@ -41,7 +41,7 @@ public:
 private:
     bool FlushHeld();
 
-    PngWriter writer_;
+    std::unique_ptr<PngWriter> writer_; // for pictures and the sheet
     std::unique_ptr<ImageSequence> sequence_;
     std::unique_ptr<ContactSheet> sheet_;
     std::unique_ptr<MovieWriter> movie_;

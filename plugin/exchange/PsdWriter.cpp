@@ -12,6 +12,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <new>
 #include <vector>
 
 namespace vellix {
@@ -99,6 +100,15 @@ void PackPsdChannel(const QImage& image, const QRect& area, int byte, PsdBytes& 
     }
 }
 
+/// Four bytes a pixel: red, green, blue and alpha.
+QImage ToPsdPixels(const QImage& image) {
+    const QImage pixels = image.convertToFormat(QImage::Format_RGBA8888);
+    if (pixels.isNull()) {
+        throw std::bad_alloc();
+    }
+    return pixels;
+}
+
 /// The smallest area with all pixels that show anything.
 QRect PsdArea(const QImage& image) {
     int left = image.width();
@@ -146,7 +156,7 @@ void AddPsdLayer(const PictureLayer& layer, PsdBytes& records, PsdBytes& pixels)
     QImage image;
     QPoint position;
     if (!layer.pictures.empty() && PngCodec::Decode(layer.pictures.front().png, image)) {
-        image = image.convertToFormat(QImage::Format_RGBA8888);
+        image = ToPsdPixels(image);
         position = layer.pictures.front().position;
     }
     const QRect area = PsdArea(image);
@@ -191,7 +201,11 @@ QByteArray PsdLayers(const LayeredDrawing& drawing) {
 /// The merged picture on white, with its alpha: so the programs that write the format have it, and take it
 /// off again.
 QImage OnPsdPaper(const QImage& merged) {
-    QImage image = merged.convertToFormat(QImage::Format_RGBA8888);
+    QImage image = ToPsdPixels(merged);
+    image.detach();
+    if (image.isNull()) {
+        throw std::bad_alloc();
+    }
     for (int y = 0; y < image.height(); ++y) {
         uchar* pixel = image.scanLine(y);
         for (int x = 0; x < image.width(); ++x, pixel += 4) {

@@ -14,6 +14,9 @@
 #include "scene/Output.h"
 #include "scene/Plugin.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <cstdio>
 #include <limits>
 
@@ -188,6 +191,38 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         ASSERT_NO_FATAL_FAILURE(SweepStep("redo", before, done));
         Mel("undo");
         ASSERT_EQ(Drawing().toStdString(), before.toStdString());
+    }
+    std::printf("%d allocations failed\n", failures_);
+}
+
+// Also across the library that makes the archives, which knows no exceptions. Qt converts the thumbnail of an
+// .ora on threads that do not outlive a failure.
+TEST_F(ShortOfMemoryTest, AFileOfLayersIsWrittenWholeOrNotAtAll) {
+    const QString drawing = Drawing();
+    for (const char* const name : {"a.pclx", "a.psd"}) {
+        SCOPED_TRACE(name);
+        const QString path = folder_.filePath(name);
+        const QString line =
+            QString("qmVellixExport -camera persp -layered \"%1\" -startTime 3 -endTime 3").arg(path);
+        const auto written = [&path] {
+            QFile file(path);
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        Mel(line);
+        const QByteArray whole = written();
+        const int files = QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden).size();
+        bool hasFailed = true;
+        for (int number = 1; hasFailed; number += 1 + number / 50, ++failures_) {
+            QFile::remove(path);
+            hasFailed = RunShort(line.toStdString(), number);
+            const bool isThere = QFile::exists(path); // also when only the answer could not be made
+            ASSERT_TRUE(isDone_ ? isThere : said_) << "at allocation " << number;
+            ASSERT_TRUE(!isThere || written() == whole) << "at allocation " << number;
+            ASSERT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden).size(),
+                      files - (isThere ? 0 : 1));
+        }
+        ASSERT_TRUE(isDone_);
+        ASSERT_EQ(Drawing(), drawing);
     }
     std::printf("%d allocations failed\n", failures_);
 }
