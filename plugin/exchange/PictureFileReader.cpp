@@ -1,0 +1,94 @@
+#include "exchange/PictureFileReader.h"
+
+#include "paint/ImageSize.h"
+#include "paint/PngStructure.h"
+
+#include <QFile>
+#include <QImage>
+#include <QImageReader>
+#include <QSize>
+
+#include <new>
+
+namespace vellix {
+
+namespace {
+
+/// No PNG of the largest size is longer, by far.
+constexpr qint64 MAX_FILE_SIZE = qint64(1) << 30;
+
+bool RefusePicture(QString& fault, const QString& reason) {
+    fault = reason;
+    return false;
+}
+
+bool CheckSize(const QSize& size, QString& fault) {
+    if (size.width() >= 1 && size.height() >= 1 && size.width() <= MAX_PNG_SIDE &&
+        size.height() <= MAX_PNG_SIDE) {
+        return true;
+    }
+    return RefusePicture(fault, QStringLiteral("it has %1 x %2 pixels; at most %3 x %3 can be read")
+                                    .arg(size.width())
+                                    .arg(size.height())
+                                    .arg(MAX_PNG_SIDE));
+}
+
+bool ReadPng(QFile& file, const PictureFit& fit, QByteArray& png, QString& fault) {
+    const QByteArray bytes = file.readAll();
+    if (bytes.size() < file.size()) {
+        return RefusePicture(fault, QStringLiteral("it cannot be read: ") + file.errorString());
+    }
+    const PngStructure::Header header = PngStructure::HeaderOf(bytes);
+    const QSize size(header.width, header.height);
+    if (header.depth != 0 && !CheckSize(size, fault)) {
+        return false;
+    }
+    png = PngStructure::IsSound(bytes) ? fit.For(size).Place(bytes, QPoint()) : QByteArray();
+    return !png.isEmpty() || RefusePicture(fault, QStringLiteral("the PNG is damaged"));
+}
+
+bool ReadByQt(QFile& file, const PictureFit& fit, QByteArray& png, QString& fault) {
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    if (!reader.canRead() || !reader.size().isValid()) {
+        return RefusePicture(fault, QStringLiteral("it is no picture that can be read"));
+    }
+    if (!CheckSize(reader.size(), fault)) {
+        return false;
+    }
+    const QImage image = reader.read();
+    if (image.isNull()) {
+        return RefusePicture(fault, QStringLiteral("it cannot be read: ") + reader.errorString());
+    }
+    png = fit.For(image.size()).Place(image, QPoint());
+    return true;
+}
+
+} // namespace
+
+bool PictureFileReader::Read(const QString& path, const PictureFit& fit, QByteArray& png, QString& fault) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return RefusePicture(fault, QStringLiteral("it cannot be read: ") + file.errorString());
+    }
+    if (file.size() > MAX_FILE_SIZE) {
+        return RefusePicture(fault, QStringLiteral("it is too large for a picture"));
+    }
+    const QByteArray begin = file.peek(8);
+    return begin == QByteArray("\x89PNG\r\n\x1a\n") ? ReadPng(file, fit, png, fault)
+                                                    : ReadByQt(file, fit, png, fault);
+}
+
+std::vector<QString> PictureFileReader::Suffixes() {
+    std::vector<QString> suffixes;
+    for (const QByteArray& format : QImageReader::supportedImageFormats()) {
+        // What has no pixels has no size of its own.
+        if (!format.startsWith("svg") && format != "pdf") {
+            suffixes.push_back(QString::fromLatin1(format).toLower());
+        }
+    }
+    return suffixes;
+}
+
+} // namespace vellix
