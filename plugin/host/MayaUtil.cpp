@@ -210,6 +210,7 @@ QString MayaUtil::ParseScript(const QString& text) {
         {"{UTIL_CMD}", Settings::UTIL_COMMAND_NAME},
         {"{REPLAY_CMD}", Settings::REPLAY_COMMAND_NAME},
         {"{EXPORT_CMD}", Settings::EXPORT_COMMAND_NAME},
+        {"{IMPORT_CMD}", Settings::IMPORT_COMMAND_NAME},
         {"{FUNC_CREATE_MAIN_MENU}", Settings::CREATE_MAIN_MENU_FUNC_NAME},
         {"{FUNC_DELETE_MAIN_MENU}", Settings::DELETE_MAIN_MENU_FUNC_NAME},
         {"{FUNC_UPDATE_MAIN_MENU}", Settings::UPDATE_MAIN_MENU_FUNC_NAME},

@@ -72,6 +72,8 @@ public:
     static bool MoveLayer(const QString& sourceCamera, int index, const QString& targetCamera,
                           int targetIndex);
     static bool MoveAllLayers(const QString& sourceCamera, const QString& targetCamera);
+    /// Brings the layers of another drawing node into the drawing that is edited, and takes that node away.
+    static bool TakeLayers(const QString& node);
     static bool SetActiveLayer(const QString& camera, int index);
     static bool SetLayerName(const QString& camera, int index, const QString& name);
     static bool SetLayerVisible(const QString& camera, int index, bool visible);

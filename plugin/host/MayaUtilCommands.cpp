@@ -182,6 +182,10 @@ bool MayaUtil::MoveAllLayers(const QString& sourceCamera, const QString& targetC
     return LayerLine({QStringLiteral("-moveAll"), Word(targetCamera), Word(sourceCamera)});
 }
 
+bool MayaUtil::TakeLayers(const QString& node) {
+    return ExecuteMel(QStringLiteral("qmVxTakeLayers(%1)").arg(Quoted(node)), false, true);
+}
+
 bool MayaUtil::SetActiveLayer(const QString& camera, int index) {
     return LayerLine({QStringLiteral("-e"), QStringLiteral("-active"), Number(index), Word(camera)});
 }

@@ -57,6 +57,7 @@ const QString Settings::STROKE_COMMAND_NAME = QString::fromLatin1("qmVellixStrok
 const QString Settings::UTIL_COMMAND_NAME = QString::fromLatin1("qmVellixUtil");
 const QString Settings::REPLAY_COMMAND_NAME = QString::fromLatin1("qmVellixReplay");
 const QString Settings::EXPORT_COMMAND_NAME = QString::fromLatin1("qmVellixExport");
+const QString Settings::IMPORT_COMMAND_NAME = QString::fromLatin1("qmVellixImport");
 const QString Settings::DRAW_CONTEXT_COMMAND_NAME = QString::fromLatin1("qmVxDrawCtx");
 const QString Settings::TRANSFORM_CONTEXT_COMMAND_NAME = QString::fromLatin1("qmVxTransformCtx");
 

@@ -35,6 +35,7 @@ public:
     static const QString UTIL_COMMAND_NAME;
     static const QString REPLAY_COMMAND_NAME;
     static const QString EXPORT_COMMAND_NAME;
+    static const QString IMPORT_COMMAND_NAME;
     static const QString DRAW_CONTEXT_COMMAND_NAME;
     static const QString TRANSFORM_CONTEXT_COMMAND_NAME;
 

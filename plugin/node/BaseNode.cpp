@@ -36,6 +36,7 @@ std::unique_ptr<TimelineOverlay> BaseNode::timelineOverlay_;
 bool BaseNode::drawContextActive_ = false;
 LegacyOutline* BaseNode::transformContext_ = nullptr;
 LegacyOutline* BaseNode::adjustingContext_ = nullptr;
+std::vector<std::unique_ptr<Frame>> BaseNode::clipboard_;
 
 namespace {
 
@@ -139,6 +140,7 @@ MStatus BaseNode::Cleanup() {
     // The attributes end with the node type; a remaining handle would keep them alive.
     layerData_ = MObject();
     opacity_ = MObject();
+    clipboard_.clear();
     return Shutdown();
 }
 

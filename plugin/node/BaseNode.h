@@ -156,8 +156,8 @@ public:
     void RefreshActiveView();
     void UpdateGhosting();
 
-    // The clipboard of copied or cut frames. The node owns them. Their times count from the start of the
-    // copied range.
+    // The clipboard of copied or cut frames. All nodes share one, which lasts when another scene is opened.
+    // Their times count from the start of the copied range.
     void ClearClipboard();
     QList<Frame*> GetClipboardFrames() const;
     void CopyFramesToClipboard(const QString& camera);
@@ -262,11 +262,11 @@ private:
     static bool drawContextActive_;
     static LegacyOutline* transformContext_;
     static LegacyOutline* adjustingContext_;
+    static std::vector<std::unique_ptr<Frame>> clipboard_;
 
     mutable bool toldOfMissingData_ = false;
     mutable BaseNodePointer copiedFrom_; ///< of a duplicate that may still share its drawing
     bool shownAsMaster_ = false;         ///< was hidden before TakeOver
-    std::vector<std::unique_ptr<Frame>> clipboard_;
     ViewPlacement placement_;
     bool drawOutline_ = false;
     QString outlineCamera_;

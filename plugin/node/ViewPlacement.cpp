@@ -42,15 +42,9 @@ double FitFactor(double viewAspect, double filmAspect, double renderAspect) {
     return renderAspect < filmAspect ? renderAspect / filmAspect : 1.0;
 }
 
-double GetRenderAspect() {
-    MCommonRenderSettingsData settings;
-    MRenderUtil::getCommonRenderSettings(settings);
-    return settings.height > 0 ? static_cast<double>(settings.width) / settings.height : 1.0;
-}
-
 /// The side of the square that covers the gate at zoom 1, in view pixels.
 double GetGateSize(const MFnCamera& camera, double width, double height, double overscan) {
-    const double renderAspect = GetRenderAspect();
+    const double renderAspect = ViewPlacement::GateAspect();
     const double horizontal = width / overscan;
     switch (camera.filmFit()) {
     case MFnCamera::kVerticalFilmFit:
@@ -101,6 +95,12 @@ ViewPlacement::ViewPlacement(const MDagPath& cameraPath, int width, int height)
 double ViewPlacement::SideOnRender(const MDagPath& cameraPath, int width, int height) {
     const double side = GetGateSize(MFnCamera(cameraPath), width, height, 1.0);
     return side > 0.0 && side < 1.0e6 ? side : 0.0;
+}
+
+double ViewPlacement::GateAspect() {
+    MCommonRenderSettingsData settings;
+    MRenderUtil::getCommonRenderSettings(settings);
+    return settings.height > 0 ? static_cast<double>(settings.width) / settings.height : 1.0;
 }
 
 ViewPlacement ViewPlacement::For(const M3dView& view) {

@@ -18,15 +18,6 @@ constexpr qint64 MAX_BYTES_WAITING = 32 * 1024 * 1024;
 /// An encoder that accepts no data for this long is taken to hang.
 constexpr int TIMEOUT_MS = 60000;
 
-/// The process environment for the encoder, without the host's own library paths.
-QProcessEnvironment CleanEnvironment() {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"LD_LIBRARY_PATH", "LD_PRELOAD", "DYLD_LIBRARY_PATH"}) {
-        environment.remove(QString::fromLatin1(name));
-    }
-    return environment;
-}
-
 /// ffmpeg's name for the format of a file. It cannot tell by the name of the temporary file.
 QString FormatOf(const QString& path) {
     const QString suffix = QFileInfo(path).suffix().toLower();
@@ -73,6 +64,14 @@ QString MovieWriter::FindEncoder() {
     return !found.isEmpty() ? found
                             : QStandardPaths::findExecutable(
                                   "ffmpeg", {"/usr/local/bin", "/opt/homebrew/bin", "/opt/local/bin"});
+}
+
+QProcessEnvironment MovieWriter::CleanEnvironment() {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"LD_LIBRARY_PATH", "LD_PRELOAD", "DYLD_LIBRARY_PATH"}) {
+        environment.remove(QString::fromLatin1(name));
+    }
+    return environment;
 }
 
 QString MovieWriter::RateText(double rate) {

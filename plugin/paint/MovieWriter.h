@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -33,6 +34,8 @@ public:
     static bool CanBeTransparent(const QString& path);
     /// Returns the path of ffmpeg, or an empty string if it is not installed.
     static QString FindEncoder();
+    /// The process environment for ffmpeg, without the host's own library paths.
+    static QProcessEnvironment CleanEnvironment();
     /// Formats the rate for ffmpeg: "24", or "24000/1001" for broadcast rates.
     static QString RateText(double rate);
 

@@ -2,6 +2,7 @@
 
 #include "commands/ExportCommand.h"
 #include "commands/FrameCommand.h"
+#include "commands/ImportCommand.h"
 #include "commands/LayerCommand.h"
 #include "commands/NodeCommand.h"
 #include "commands/ReplayCommand.h"
@@ -46,7 +47,7 @@ std::vector<CommandEntry> GetCommands() {
     return {
         Describe<NodeCommand>(),   Describe<LayerCommand>(), Describe<FrameCommand>(),
         Describe<StrokeCommand>(), Describe<UtilCommand>(),  Describe<ReplayCommand>(),
-        Describe<ExportCommand>(),
+        Describe<ExportCommand>(), Describe<ImportCommand>(),
     };
 }
 

@@ -10,10 +10,12 @@
 #include "paint/Stroke.h"
 #include "plugin/FailingAllocation.h"
 #include "plugin/commands/CommandFixture.h"
+#include "plugin/exchange/MadeArchive.h"
 #include "scene/EventBus.h"
 #include "scene/Output.h"
 #include "scene/Plugin.h"
 
+#include <QColor>
 #include <QDir>
 #include <QFile>
 
@@ -133,6 +135,11 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         QString line;
     };
     const QString replay = "qmVellixReplay -file \"" + Recording(3, 700, 3) + "\" -camera ";
+    for (const char* const name : {"walk.0003.png", "walk.0005.png"}) {
+        WriteFile(name, MadeArchive::Png(1024, 1024, QColor(9, 8, 7, name[8])));
+    }
+    const QString import =
+        QString("qmVellixImport -file \"%1\" -camera ").arg(folder_.filePath("walk.*.png"));
     const Row rows[] = {
         // More frames than the layer has room for, in the place of one.
         {"timeControl -e -rangeArray 3 23 $gPlayBackSlider; qmVellixFrame -insert top;"
@@ -167,6 +174,8 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         {"", "qmVellixFrame -move -1 3 3 persp"},
         {"", replay + "persp"},
         {"", replay + "side"},
+        {"", import + "persp -layer B"}, // into a layer, at times that it has and others
+        {"", import + "side"},
         {"currentTime 1", "qmVellixFrame -paste persp"},
         {"", "qmVellixFrame -retime 6 persp"},
         {"currentTime 2", "qmVellixFrame -duplicate persp"},
@@ -175,6 +184,7 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         {"", "qmVellixFrame -retime 2 -relative persp"},
         {"file -f -new", "qmVellixNode -layer -camera side -frame"},
         {"", replay + "persp"},
+        {"", import + "persp"},
     };
     // Qt's reader of JSON ends the program when an allocation of it fails. It is done when the camera is
     // found to be missing.

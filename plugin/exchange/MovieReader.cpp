@@ -1,0 +1,156 @@
+#include "exchange/MovieReader.h"
+
+#include "paint/Composite.h"
+#include "paint/ImageSize.h"
+#include "paint/MovieWriter.h"
+
+#include <QFileInfo>
+#include <QList>
+#include <QStringList>
+
+namespace vellix {
+
+namespace {
+
+/// A decoder that gives nothing for this long is taken to hang.
+constexpr int DECODER_TIMEOUT_MS = 60000;
+constexpr int MAX_HEAD_SIZE = 1024;
+
+/// The number behind a keyword in the head of a picture; 0 for none.
+int NumberIn(const QByteArray& head, const char* keyword) {
+    for (const QByteArray& line : head.split('\n')) {
+        if (line.startsWith(keyword)) {
+            return line.mid(static_cast<int>(qstrlen(keyword))).trimmed().toInt();
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+MovieReader::MovieReader(const QString& path, double rate, int every)
+    : path_(path)
+    , rate_(rate)
+    , every_(every) {}
+
+MovieReader::~MovieReader() {
+    if (decoder_.state() != QProcess::NotRunning) {
+        decoder_.kill();
+        decoder_.waitForFinished();
+    }
+}
+
+bool MovieReader::Fail(const QString& fault) {
+    if (fault_.isEmpty()) {
+        fault_ = fault;
+    }
+    return false;
+}
+
+/// Has each picture written as a Netpbm PAM, which tells its size and needs no compression.
+bool MovieReader::Start() {
+    const QFileInfo file(path_);
+    if (!file.isFile() || !file.isReadable()) {
+        return Fail(file.exists() ? QStringLiteral("it cannot be read")
+                                  : QStringLiteral("the file does not exist"));
+    }
+    const QString program = MovieWriter::FindEncoder();
+    if (program.isEmpty()) {
+        return Fail(QStringLiteral(
+            "movies are read by ffmpeg, which is not installed; install it (the package ffmpeg, "
+            "or from ffmpeg.org) so that it is on the PATH"));
+    }
+    const qint64 largest = qint64(MAX_PNG_SIDE) * MAX_PNG_SIDE;
+    QStringList arguments{"-hide_banner", "-nostdin", "-loglevel", "error", "-xerror"};
+    // The movie is this file alone: a playlist may not lead anywhere else.
+    arguments << "-protocol_whitelist"
+              << "file"
+              << "-max_pixels" << QString::number(largest) << "-i"
+              << QStringLiteral("file:") + file.absoluteFilePath();
+    arguments << "-map"
+              << "0:v:0"
+              << "-vf" << QStringLiteral("fps=%1,framestep=%2").arg(MovieWriter::RateText(rate_)).arg(every_);
+    arguments << "-f"
+              << "image2pipe"
+              << "-c:v"
+              << "pam"
+              << "-pix_fmt"
+              << "rgba"
+              << "-";
+    decoder_.setProcessEnvironment(MovieWriter::CleanEnvironment());
+    decoder_.start(program, arguments);
+    return decoder_.waitForStarted() ||
+           Fail(QStringLiteral("\"%1\" cannot be started: %2").arg(program, decoder_.errorString()));
+}
+
+bool MovieReader::Next(QImage& image) {
+    if (!fault_.isEmpty() || (decoder_.program().isEmpty() && !Start())) {
+        return false;
+    }
+    int width = 0;
+    int height = 0;
+    if (!ReadHead(width, height)) {
+        return false;
+    }
+    if (width < 1 || height < 1 || width > MAX_PNG_SIDE || height > MAX_PNG_SIDE) {
+        return Fail(QStringLiteral("it has %1 x %2 pixels; at most %3 x %3 can be read")
+                        .arg(width)
+                        .arg(height)
+                        .arg(MAX_PNG_SIDE));
+    }
+    QImage picture = composite::OrBadAlloc(QImage(width, height, QImage::Format_RGBA8888));
+    for (int y = 0; y < height; ++y) {
+        if (!ReadBytes(reinterpret_cast<char*>(picture.scanLine(y)), qint64(width) * 4)) {
+            return Fail(QStringLiteral("it ends in the middle of a picture"));
+        }
+    }
+    hasPictures_ = true;
+    image = picture;
+    return true;
+}
+
+bool MovieReader::ReadHead(int& width, int& height) {
+    QByteArray head;
+    while (!head.endsWith("ENDHDR\n")) {
+        char letter = 0;
+        if (head.size() > MAX_HEAD_SIZE || !ReadBytes(&letter, 1)) {
+            CheckEnd();
+            return false;
+        }
+        head.append(letter);
+    }
+    width = NumberIn(head, "WIDTH");
+    height = NumberIn(head, "HEIGHT");
+    return (head.startsWith("P7\n") && NumberIn(head, "DEPTH") == 4 && NumberIn(head, "MAXVAL") == 255) ||
+           Fail(QStringLiteral("ffmpeg gives no pictures of eight bits"));
+}
+
+bool MovieReader::ReadBytes(char* bytes, qint64 count) {
+    while (count > 0) {
+        const qint64 got = decoder_.read(bytes, count);
+        if (got < 0) {
+            return false;
+        }
+        bytes += got;
+        count -= got;
+        if (got == 0 && !decoder_.waitForReadyRead(DECODER_TIMEOUT_MS) && decoder_.bytesAvailable() == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Tells the end of a movie from a fault.
+void MovieReader::CheckEnd() {
+    const bool ended =
+        decoder_.state() == QProcess::NotRunning || decoder_.waitForFinished(DECODER_TIMEOUT_MS);
+    const bool isGood = ended && decoder_.exitStatus() == QProcess::NormalExit && decoder_.exitCode() == 0;
+    const QString words = QString::fromLocal8Bit(decoder_.readAllStandardError()).trimmed().right(300);
+    if (!isGood) {
+        Fail(QStringLiteral("it is no movie that can be read. ffmpeg says: %1").arg(words));
+    } else if (!hasPictures_) {
+        Fail(QStringLiteral("there are no pictures in it"));
+    }
+}
+
+} // namespace vellix
