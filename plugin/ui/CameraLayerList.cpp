@@ -3,6 +3,7 @@
 #include "host/MayaUtil.h"
 #include "host/panels/DialogManager.h"
 #include "ui/CameraMenu.h"
+#include "ui/DrawingMenu.h"
 #include "ui/ElidedLabel.h"
 #include "ui/LayerItem.h"
 
@@ -101,6 +102,7 @@ void CameraLayerList::contextMenuEvent(QContextMenuEvent* event) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,
                     [camera](const QString& chosen) { MayaUtil::MoveAllLayers(camera, chosen); });
+    DrawingMenu::Add(*menu);
     menu->popup(event->globalPos());
 }
 

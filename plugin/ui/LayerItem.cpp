@@ -5,6 +5,7 @@
 #include "host/MenuText.h"
 #include "host/panels/DialogManager.h"
 #include "ui/CameraMenu.h"
+#include "ui/DrawingMenu.h"
 #include "ui/ElidedLabel.h"
 #include "ui/FocusFrame.h"
 #include "ui/LayerToggle.h"
@@ -244,6 +245,7 @@ void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
         [camera, index](const QString& chosen) { MayaUtil::MoveLayer(camera, index, chosen, -1); });
     CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,
                     [camera](const QString& chosen) { MayaUtil::MoveAllLayers(camera, chosen); });
+    DrawingMenu::Add(*menu);
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     menu->popup(byKey ? mapToGlobal(rect().bottomLeft()) : event->globalPos());
 }
