@@ -89,6 +89,7 @@ MSyntax ImportCommand::CommandSyntax() {
 }
 
 MStatus ImportCommand::doIt(const MArgList& args) {
+    undoable_ = true; // what an undoable command runs leaves no step
     ImportCollector::Options options;
     if (!ReadArguments(args) || !CheckArguments()) {
         return MS::kFailure;
@@ -117,6 +118,7 @@ MStatus ImportCommand::doIt(const MArgList& args) {
     for (const QString& warning : collector.Warnings()) {
         Logger::Warning(warning);
     }
+    undoable_ = isDone_;
     setResult(intake_.FrameCount());
     return MS::kSuccess;
 }
@@ -295,7 +297,6 @@ bool ImportCommand::Take(std::vector<IncomingLayer>& layers) {
         return Refuse(QString("\"%1\": %2").arg(What(), refusal));
     }
     isDone_ = true;
-    undoable_ = true;
     RunGuarded("Refreshing the time slider", [&node] { MayaUtil::RefreshTimeControl(node.thisMObject()); });
     return true;
 }

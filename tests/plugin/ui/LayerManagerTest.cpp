@@ -206,7 +206,8 @@ TEST_F(LayerManagerTest, MenusListTheOtherCamerasAndMoveThere) {
     LayerManagerDialog& panel = Panel();
     Menu(Item(panel, "front", 0));
     QMenu& menu = PoppedUp();
-    EXPECT_EQ(Texts(menu), QStringList({"A && B...", "-", "Move layer to         ", "Move all layers to         "}));
+    EXPECT_EQ(Texts(menu),
+              QStringList({"A && B...", "-", "Move layer to         ", "Move all layers to         "}));
     QMenu& cameras = *menu.actions().at(2)->menu();
     EXPECT_EQ(Texts(cameras), QStringList({"persp", "top", "side"}));
     {
@@ -226,6 +227,26 @@ TEST_F(LayerManagerTest, MenusListTheOtherCamerasAndMoveThere) {
         EXPECT_THAT(lines.Lines(), ElementsAre("qmVellixLayer -moveAll top persp"));
     }
     all.close();
+}
+
+TEST_F(LayerManagerTest, ItsMenuTakesTheLayersOfAnotherDrawing) {
+    LayerManagerDialog& panel = Panel();
+    const std::vector<std::string> start = Shown(panel);
+    Run("duplicate vellix");
+    Menu(*Item(panel, "persp", 0).parentWidget());
+    QMenu& menu = PoppedUp();
+    ASSERT_EQ(Texts(menu), QStringList({"Move all layers to         ", "Take layers of"}));
+    QMenu& drawings = *menu.actions().last()->menu();
+    EXPECT_EQ(Texts(drawings), QStringList("vellix1|vellixShape"));
+    drawings.actions().first()->trigger();
+    menu.close();
+    Settle();
+    EXPECT_GT(Shown(panel).size(), start.size());
+    EXPECT_EQ(Run("size(`ls -type qmVellix`)").AsInt(), 1);
+    Run("undo");
+    Settle();
+    EXPECT_EQ(Shown(panel), start);
+    EXPECT_EQ(Run("size(`ls -type qmVellix`)").AsInt(), 2);
 }
 
 TEST_F(LayerManagerTest, ADoubleClickOpensTheProperties) {
