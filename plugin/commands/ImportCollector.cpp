@@ -74,7 +74,7 @@ bool ImportCollector::ReadFiles(const QString& pattern) {
     what_ = pattern;
     PictureFiles found;
     QString reason;
-    if (!found.Find(pattern, PictureFileReader::Suffixes(), reason)) {
+    if (!found.Find(pattern, PictureFileReader::Suffixes, reason)) {
         return Refuse(reason);
     }
     const std::vector<PictureFile>& files = found.Files();

@@ -56,7 +56,8 @@ QStringList NamesOfNumbers(const QDir& folder, const QString& pattern) {
 
 } // namespace
 
-bool PictureFiles::Find(const QString& pattern, const std::vector<QString>& suffixes, QString& fault) {
+bool PictureFiles::Find(const QString& pattern, const std::function<std::vector<QString>()>& suffixes,
+                        QString& fault) {
     files_.clear();
     const QFileInfo given(pattern);
     QDir folder(given.absolutePath());
@@ -64,7 +65,7 @@ bool PictureFiles::Find(const QString& pattern, const std::vector<QString>& suff
     if (given.isDir()) {
         folder = QDir(given.absoluteFilePath());
         QStringList filters;
-        for (const QString& suffix : suffixes) {
+        for (const QString& suffix : suffixes()) {
             filters.append(QStringLiteral("*.") + suffix);
         }
         names = folder.entryList(filters, QDir::Files, QDir::Name);

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 namespace vellix {
@@ -21,7 +22,7 @@ public:
     /// `pattern` is a file, a folder, or a file's name with the wildcards * and ?, or with a run of # where
     /// the number is. Of a folder, those with one of the suffixes are taken. Returns false, with a sentence
     /// in `fault`, if there are none. Files come in the order of their numbers, then of their names.
-    bool Find(const QString& pattern, const std::vector<QString>& suffixes, QString& fault);
+    bool Find(const QString& pattern, const std::function<std::vector<QString>()>& suffixes, QString& fault);
 
     const std::vector<PictureFile>& Files() const { return files_; }
     /// What the names have in common in front of the number; the folder's name if they differ or if there is

@@ -33,6 +33,11 @@ TEST_F(Corpus, OfPicturesAndRecordingsIsRead) {
     Feed("recording", readers::Recording);
 }
 
+TEST_F(Corpus, OfLayeredFilesIsRead) {
+    Feed("open_raster", readers::OpenRaster);
+    Feed("pclx", readers::Pclx);
+}
+
 TEST_F(Corpus, OfDrawingsScenesAndSettingsIsRead) {
     readers::Confine(*host_, false);
     Feed("drawing_ascii", readers::DrawingAscii);

@@ -2,7 +2,7 @@
 # shellcheck shell=bash disable=SC2154
 
 # The readers, each with a program fuzz_NAME, a folder corpus/NAME and a file dictionaries/NAME.dict.
-fuzzers=(png recording drawing_ascii drawing_binary settings mel ma lbx)
+fuzzers=(png recording open_raster pclx drawing_ascii drawing_binary settings mel ma lbx)
 
 # campaign MINUTES: runs everything even after a failure, and fails at the end if anything did.
 campaign() {

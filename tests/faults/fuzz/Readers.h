@@ -13,8 +13,10 @@ namespace readers {
 
 using Feed = void(const std::uint8_t* data, std::size_t size);
 
-Feed Png;       ///< the pictures of a drawing, as scene files hold them
-Feed Recording; ///< recordings of pen strokes
+Feed Png;        ///< the pictures of a drawing, as scene files hold them
+Feed Recording;  ///< recordings of pen strokes
+Feed OpenRaster; ///< layered pictures of other programs
+Feed Pclx;       ///< animations of another program
 
 // These need a running host.
 Feed DrawingAscii;  ///< the drawing as Maya ASCII files hold it: tokens with blanks between them

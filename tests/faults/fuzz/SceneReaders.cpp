@@ -182,10 +182,11 @@ void Lbx(const std::uint8_t* data, std::size_t size) {
 void Confine(lightbox::Host& host, bool language) {
     using namespace lightbox::mel;
     std::set<std::string> refused = {
-        "autoSave",   "chdir",  "commandPort", "evalDeferred",   "fclose",         "fflush",  "fgetline",
-        "fgetword",   "file",   "fopen",       "fprint",         "fread",          "frewind", "lightboxGrab",
-        "loadPlugin", "pause",  "putenv",      "qmVellixExport", "qmVellixReplay", "quit",    "savePrefs",
-        "scriptJob",  "source", "sysFile",     "unloadPlugin",   "workspace"};
+        "autoSave",       "chdir",          "commandPort", "evalDeferred", "fclose",    "fflush",
+        "fgetline",       "fgetword",       "file",        "fopen",        "fprint",    "fread",
+        "frewind",        "lightboxGrab",   "loadPlugin",  "pause",        "putenv",    "qmVellixExport",
+        "qmVellixImport", "qmVellixReplay", "quit",        "savePrefs",    "scriptJob", "source",
+        "sysFile",        "unloadPlugin",   "workspace"};
     CommandRegistry& registry = host.interpreter().Commands();
     if (language) {
         CommandRegistry ofLanguage;

@@ -5,6 +5,7 @@
 
 #include <QDropEvent>
 #include <QFile>
+#include <QImage>
 #include <QMimeData>
 #include <QStringList>
 #include <QUrl>
@@ -71,6 +72,29 @@ TEST_F(FileDropTest, RecordingsAreDrawnAndUndone) {
 
     EXPECT_TRUE(Drop({Write("broken.json", "{")}));
     EXPECT_THAT(messages_, Contains(HasSubstr("Cannot replay \"")));
+    host_->plugins().Unload("vellix2", true);
+}
+
+TEST_F(FileDropTest, PicturesComeIntoTheDrawing) {
+    Show();
+    host_->plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    QStringList pictures;
+    for (const char* name : {"walk.0003.png", "walk.0001.jpg"}) {
+        QImage image(64, 36, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        pictures.append(prefs_.filePath(name));
+        ASSERT_TRUE(image.save(pictures.last()));
+    }
+    EXPECT_TRUE(Drop(pictures));
+    EXPECT_EQ(Run("qmVellixLayer -queryName 0 persp").AsString(), "walk");
+    Run("currentTime 1; qmVellixFrame -stepForward persp");
+    EXPECT_EQ(Run("currentTime -q").AsInt(), 3);
+    Run("undo; undo; undo; undo");
+    EXPECT_EQ(Run("qmVellixNode -exists").AsInt(), 0);
+    EXPECT_TRUE(Drop({Write("none.ora", "no archive")}));
+    EXPECT_THAT(messages_, Contains(HasSubstr("none.ora\": it is no archive that can be read")));
+    EXPECT_TRUE(Drop({Write("none.mp4", "no movie")}));
+    EXPECT_THAT(messages_, Contains(HasSubstr("Cannot import \"")));
     host_->plugins().Unload("vellix2", true);
 }
 

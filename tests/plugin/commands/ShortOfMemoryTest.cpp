@@ -21,6 +21,7 @@
 
 #include <cstdio>
 #include <limits>
+#include <string>
 
 namespace vellix {
 namespace {
@@ -67,9 +68,11 @@ protected:
     /// Keeps in said_ whether an error is shown from now on.
     void Listen() {
         said_ = false;
-        Host::Get().output().SetSink([this](lightbox::Output::Kind kind, const std::string&) {
+        lastError_.clear();
+        Host::Get().output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
             const FailingAllocation::Pause pause;
             said_ = said_ || kind == lightbox::Output::Kind::Error;
+            lastError_ = kind == lightbox::Output::Kind::Error ? text : lastError_;
         });
     }
     /// Runs a line while an allocation fails. Returns whether it was asked for.
@@ -94,6 +97,7 @@ protected:
 
     bool said_ = false;
     bool isDone_ = false;
+    std::string lastError_;
     int failures_ = 0;
 };
 
@@ -110,7 +114,7 @@ void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
             ASSERT_TRUE(said_) << "at allocation " << number;
         }
     }
-    ASSERT_TRUE(isDone_);
+    ASSERT_TRUE(isDone_) << lastError_;
     ASSERT_NE(Drawing().toStdString(), before.toStdString());
 }
 

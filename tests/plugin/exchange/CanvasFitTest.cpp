@@ -83,7 +83,8 @@ TEST(PictureFilesTest, FindsNumbersInNames) {
         PictureFiles files;
         QString fault;
         QString text;
-        if (!files.Find(folder.filePath(pattern), {"png"}, fault)) {
+        if (!files.Find(
+                folder.filePath(pattern), [] { return std::vector<QString>{"png"}; }, fault)) {
             return fault;
         }
         for (const PictureFile& file : files.Files()) {
