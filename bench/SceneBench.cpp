@@ -27,6 +27,7 @@
 
 #include <benchmark/benchmark.h>
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
 #include <ostream>
 #include <streambuf>
@@ -335,6 +336,61 @@ void WriteDemoBytes(benchmark::State& state) {
     NewScene();
 }
 
+constexpr int IMPORTED = 200;
+
+QString ImportedPath(bool opaque, int number) {
+    return g_folder->filePath(QString(opaque ? "paper.%1.png" : "cel.%1.png").arg(number, 4, 10, QChar('0')));
+}
+
+/// Files of drawings. With `opaque` they are on paper, so that their pixels have to be packed again.
+void WritePictures(bool opaque) {
+    for (int i = 0; i < IMPORTED; ++i) {
+        QFile file(ImportedPath(opaque, i));
+        if (file.exists()) {
+            return;
+        }
+        QByteArray png = Drawings()[i];
+        if (opaque) {
+            QImage paper(1024, 1024, QImage::Format_RGB32);
+            paper.fill(Qt::white);
+            QPainter(&paper).drawImage(0, 0, QImage::fromData(png, "PNG"));
+            DrawUtil::PackPngBuffer(paper, png);
+        }
+        if (!file.open(QIODevice::WriteOnly) || file.write(png) != png.size()) {
+            std::abort();
+        }
+    }
+}
+
+/// Imports the files onto a new layer.
+void Import(benchmark::State& state, bool opaque) {
+    WritePictures(opaque);
+    for (auto _ : state) {
+        state.PauseTiming();
+        NewLayer();
+        state.ResumeTiming();
+        Mel(QString("qmVellixImport -camera persp -file \"%1/%2.####.png\"")
+                .arg(g_folder->path(), opaque ? "paper" : "cel"));
+    }
+    NewScene();
+}
+
+/// Reads, decodes and packs the files one after the other.
+void DecodeAndPack(benchmark::State& state, bool opaque) {
+    WritePictures(opaque);
+    for (auto _ : state) {
+        for (int i = 0; i < IMPORTED; ++i) {
+            QFile file(ImportedPath(opaque, i));
+            file.open(QIODevice::ReadOnly);
+            QImage image;
+            DrawUtil::UnpackPngBuffer(file.readAll(), image);
+            QByteArray packed;
+            DrawUtil::PackPngBuffer(image, packed);
+            benchmark::DoNotOptimize(packed);
+        }
+    }
+}
+
 void Start(benchmark::State& state, const QString& program, const QStringList& arguments) {
     for (auto _ : state) {
         QProcess::execute(QCoreApplication::applicationDirPath() + '/' + program, arguments);
@@ -469,6 +525,10 @@ BENCHMARK(Export)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ExportPlainly)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 BENCHMARK(ExportPclx)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(WriteDemoBytes)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(Import, opaque, true)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(Import, drawings, false)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(DecodeAndPack, opaque, true)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(DecodeAndPack, drawings, false)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(Memory)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 BENCHMARK(Replay)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ReplayOver)->Unit(benchmark::kMillisecond)->UseRealTime();
