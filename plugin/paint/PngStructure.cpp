@@ -13,9 +13,9 @@ namespace vellix {
 namespace {
 
 constexpr char SIGNATURE[] = "\x89PNG\r\n\x1a\n";
-constexpr qint64 SIGNATURE_LENGTH = 8;
+constexpr qint64 STORED_SIGNATURE_LENGTH = 8;
 constexpr qint64 HEADER_LENGTH = 13;
-constexpr qint64 CHUNK_OVERHEAD = 12; // a chunk's length, type and checksum
+constexpr qint64 STORED_CHUNK_OVERHEAD = 12; // a chunk's length, type and checksum
 constexpr qint64 MAX_DEFLATE_RATIO = 1032;
 
 // Colour types.
@@ -25,7 +25,7 @@ constexpr int INDEXED = 3;
 constexpr int GRAY_ALPHA = 4;
 constexpr int TRUECOLOR_ALPHA = 6;
 
-struct Chunk {
+struct StoredChunk {
     const uchar* type = nullptr; // four letters, then the data
     qint64 length = 0;           // bytes of data
 
@@ -38,19 +38,19 @@ struct Chunk {
 };
 
 // Reads the chunk at `offset`. Returns false if it runs past the end.
-bool ReadChunk(const QByteArray& packed, qint64 offset, Chunk& chunk) {
+bool ReadChunk(const QByteArray& packed, qint64 offset, StoredChunk& chunk) {
     const qint64 rest = packed.size() - offset;
-    if (rest < CHUNK_OVERHEAD) {
+    if (rest < STORED_CHUNK_OVERHEAD) {
         return false;
     }
     const uchar* bytes = reinterpret_cast<const uchar*>(packed.constData()) + offset;
     chunk.length = qFromBigEndian<quint32>(bytes);
     chunk.type = bytes + 4;
-    return chunk.length <= rest - CHUNK_OVERHEAD;
+    return chunk.length <= rest - STORED_CHUNK_OVERHEAD;
 }
 
 // A side beyond the range of int becomes negative.
-PngStructure::Header ReadHeader(const Chunk& chunk) {
+PngStructure::Header ReadHeader(const StoredChunk& chunk) {
     const uchar* data = chunk.type + 4;
     PngStructure::Header header;
     header.width = qFromBigEndian<qint32>(data);
@@ -82,7 +82,7 @@ int ChannelsOf(int colorType) {
 
 // Checks the fields of IHDR, and whether the size is plausible before a decoder allocates for it. Deflate
 // yields at most 1032 bytes from one byte.
-bool IsPlausible(const Chunk& chunk, qint64 packedSize) {
+bool IsPlausible(const StoredChunk& chunk, qint64 packedSize) {
     const PngStructure::Header header = ReadHeader(chunk);
     if (header.width < 1 || header.height < 1 || header.width > MAX_PNG_SIDE ||
         header.height > MAX_PNG_SIDE) {
@@ -103,11 +103,11 @@ bool IsPlausible(const Chunk& chunk, qint64 packedSize) {
 // Follows the critical chunks of one file.
 class ChunkOrder {
 public:
-    explicit ChunkOrder(const Chunk& header)
+    explicit ChunkOrder(const StoredChunk& header)
         : needsPalette_(ReadHeader(header).colorType == INDEXED) {}
 
     // Returns false for a critical chunk that is unknown, doubled or comes too late.
-    bool Accepts(const Chunk& chunk) {
+    bool Accepts(const StoredChunk& chunk) {
         if (chunk.Is("IHDR")) {
             return !std::exchange(hasHeader_, true);
         }
@@ -135,15 +135,15 @@ private:
 } // namespace
 
 bool PngStructure::IsSound(const QByteArray& packed) {
-    Chunk chunk;
-    if (!packed.startsWith(QByteArray::fromRawData(SIGNATURE, int(SIGNATURE_LENGTH))) ||
-        !ReadChunk(packed, SIGNATURE_LENGTH, chunk) || !chunk.Is("IHDR") || chunk.length != HEADER_LENGTH ||
-        !IsPlausible(chunk, packed.size())) {
+    StoredChunk chunk;
+    if (!packed.startsWith(QByteArray::fromRawData(SIGNATURE, int(STORED_SIGNATURE_LENGTH))) ||
+        !ReadChunk(packed, STORED_SIGNATURE_LENGTH, chunk) || !chunk.Is("IHDR") ||
+        chunk.length != HEADER_LENGTH || !IsPlausible(chunk, packed.size())) {
         return false;
     }
     ChunkOrder order(chunk);
-    for (qint64 offset = SIGNATURE_LENGTH; ReadChunk(packed, offset, chunk);
-         offset += CHUNK_OVERHEAD + chunk.length) {
+    for (qint64 offset = STORED_SIGNATURE_LENGTH; ReadChunk(packed, offset, chunk);
+         offset += STORED_CHUNK_OVERHEAD + chunk.length) {
         if ((chunk.IsCritical() && !chunk.IsIntact()) || !order.Accepts(chunk)) {
             return false;
         }
@@ -155,8 +155,8 @@ bool PngStructure::IsSound(const QByteArray& packed) {
 }
 
 PngStructure::Header PngStructure::HeaderOf(const QByteArray& packed) {
-    Chunk chunk;
-    return ReadChunk(packed, SIGNATURE_LENGTH, chunk) ? ReadHeader(chunk) : Header();
+    StoredChunk chunk;
+    return ReadChunk(packed, STORED_SIGNATURE_LENGTH, chunk) ? ReadHeader(chunk) : Header();
 }
 
 } // namespace vellix
