@@ -9,6 +9,7 @@
 #include "paint/StrokeRecording.h"
 #include "paint/StrokeSmoother.h"
 #include "paint/TabletPressure.h"
+#include "paint/ToolTable.h"
 
 #include <cmath>
 
@@ -111,30 +112,36 @@ Stroke* StrokePlayer::Begin(const RecordedStroke& recorded, int& layerAdded, boo
 }
 
 void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
-    const bool pressureCounts = Settings::IsTabletPressureEnabled(recorded.tool);
+    using OpacityPressure = RecordedStroke::OpacityPressure;
+    const bool isFreehand = KindOf(recorded.tool) == ToolKind::Freehand;
+    const bool pressureCounts = recorded.opacityPressure == OpacityPressure::AsTheTool
+                                    ? Settings::IsTabletPressureEnabled(recorded.tool)
+                                    : isFreehand && recorded.opacityPressure == OpacityPressure::On;
     StrokeSmoother smoother;
     smoother.Reset(recorded.lineStyle);
     StrokePoint point;
-    point.size = recorded.size;
     point.hardness = recorded.hardness / 100.0f;
     float pressure = 1.0f;
-    QPoint last;
+    QPointF last;
     bool first = true;
     for (const RecordedSample& sample : recorded.samples) {
         pressure = TabletPressure::Curve(sample.pressure, pressure);
-        point.opacity = recorded.opacity / 100.0f * (pressureCounts ? pressure : 1.0f);
+        point.opacity =
+            recorded.opacity / 100.0f * (pressureCounts ? recorded.pressure.opacity.At(pressure) : 1.0f);
+        point.size = isFreehand ? recorded.pressure.SizeAt(recorded.size, pressure) : recorded.size;
         point.position = PixelOf(sample.position);
+        const QPointF exact = recorded.lineStyle.smoothCurves ? sample.position : QPointF(point.position);
         if (first) {
             // The draw tool reports a press twice, first one pixel to the left, so that a mere click leaves a
             // dot.
             StrokePoint touch = point;
             touch.position.rx() -= 1;
             smoother.Receive(stroke, touch, recorded.font);
-        } else if (point.position == last) {
+        } else if (exact == last) {
             continue; // the draw tool reports only movement
         }
-        smoother.Receive(stroke, point, recorded.font);
-        last = point.position;
+        smoother.Receive(stroke, point, exact, recorded.font);
+        last = exact;
         first = false;
     }
     smoother.Finish(stroke);

@@ -101,6 +101,42 @@ bool ReadLineStyle(FieldReader& reader, LineStyle& out) {
             reader.ReadWhole("stabiliser", 0, LineStyle::MAX_STABILISER, out.stabiliser));
 }
 
+/// A list of three: least, pressure and value of the middle point.
+bool ReadCurve(FieldReader& reader, const QString& field, PressureCurve& out) {
+    if (!reader.Has(field)) {
+        return true;
+    }
+    QJsonArray parts;
+    if (!reader.ReadArray(field, 3, 3, parts)) {
+        return false;
+    }
+    const auto whole = [&parts](int i) {
+        const double value = parts.at(i).toDouble(-1.0);
+        return value == std::floor(value) && value >= 0.0 && value <= 100.0 ? static_cast<int>(value) : -1;
+    };
+    const PressureCurve curve = {whole(0), whole(1), whole(2)};
+    if (!curve.IsValid()) {
+        return reader.Fail(field, QString("must be [least, pressure, value] of 0 to 100, 5 to 95, 0 to 100"));
+    }
+    out = curve;
+    return true;
+}
+
+/// Recordings that say nothing of it have sizes without pressure, and straight curves.
+bool ReadPressure(FieldReader& reader, RecordedStroke& out) {
+    if (reader.Has("pressureToOpacity")) {
+        bool isOn = false;
+        if (!reader.ReadSwitch("pressureToOpacity", isOn)) {
+            return false;
+        }
+        using Pressure = RecordedStroke::OpacityPressure;
+        out.opacityPressure = isOn ? Pressure::On : Pressure::Off;
+    }
+    return (!reader.Has("pressureToSize") || reader.ReadSwitch("pressureToSize", out.pressure.setsSize)) &&
+           ReadCurve(reader, "opacityCurve", out.pressure.opacity) &&
+           ReadCurve(reader, "sizeCurve", out.pressure.size);
+}
+
 bool ReadColor(FieldReader& reader, QColor& out) {
     QJsonArray parts;
     if (!reader.ReadArray("color", 3, 3, parts)) {
@@ -177,7 +213,7 @@ bool ReadStroke(FieldReader& reader, RecordedStroke& out) {
         !reader.ReadWhole("size", 1, known->maximumSize, out.size) ||
         !reader.ReadWhole("opacity", 1, 100, out.opacity) ||
         !reader.ReadWhole("hardness", 0, 100, out.hardness) || !ReadColor(reader, out.color) ||
-        !ReadLineStyle(reader, out.lineStyle)) {
+        !ReadLineStyle(reader, out.lineStyle) || !ReadPressure(reader, out)) {
         return false;
     }
     if (known->kind == ToolKind::Text &&

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "paint/LineStyle.h"
+#include "paint/PenPressure.h"
 #include "paint/ToolType.h"
 
 #include <QByteArray>
@@ -20,8 +21,8 @@ struct RecordedSample {
 };
 
 /// One recorded stroke: the tool with its options as the user sees them (size in image pixels,
-/// opacity 1..100, hardness 0..100), how the line followed the pen, and at least one sample. Text strokes carry
-/// their text and font family.
+/// opacity 1..100, hardness 0..100), how the line followed the pen and its pressure, and at least one sample.
+/// Text strokes carry their text and font family.
 struct RecordedStroke {
     int frame = 0;
     ToolType tool = ToolType::Pencil;
@@ -32,6 +33,13 @@ struct RecordedStroke {
     QString text;
     QString font;
     LineStyle lineStyle;
+    /// Whether pressure sets the opacity.
+    enum class OpacityPressure {
+        AsTheTool, ///< as the tool's tablet switch says
+        Off,
+        On,
+    } opacityPressure = OpacityPressure::AsTheTool;
+    PenPressure pressure;
     QVector<RecordedSample> samples;
 };
 

@@ -1,6 +1,11 @@
 #include "paint/StrokeSmoother.h"
 
+#include "paint/FreehandPainter.h"
 #include "paint/ToolTable.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 namespace vellix {
 
@@ -9,6 +14,8 @@ namespace {
 constexpr int HISTORY = 5;
 // Image pixels from the corner of the image. A stray position farther away is as good as one there.
 constexpr int FARTHEST = 100000;
+// Image pixels between two points that were added to let the size change evenly, at least.
+constexpr double LEAST_STEP = 2.0;
 
 // Tests distance < size * 0.1 without rounding: a point at exactly a tenth of the size is not closer.
 bool CloserThanTenth(const QPoint& a, const QPoint& b, qint32 size) {
@@ -45,6 +52,28 @@ void ReceiveShape(Stroke& stroke, const StrokePoint& sample) {
     }
 }
 
+int PaintedSize(const StrokePoint& point) {
+    const int largest = FreehandPainter::MAX_SIZE;
+    return qBound(1, point.size, largest);
+}
+
+/// Appends a point. A segment has one size, so a change of the size is spread over several.
+void AppendEvenly(QList<StrokePoint>& points, const StrokePoint& point) {
+    const StrokePoint from = points.isEmpty() ? point : points.last();
+    const int change = PaintedSize(point) - PaintedSize(from);
+    const QLineF way(from.position, point.position);
+    const int steps = static_cast<int>(std::min<double>(std::abs(change), way.length() / LEAST_STEP));
+    for (int step = 1; step < steps; ++step) {
+        const double share = static_cast<double>(step) / steps;
+        StrokePoint between = point;
+        between.size = PaintedSize(from) + static_cast<int>(std::lround(share * change));
+        between.opacity = from.opacity + static_cast<float>(share) * (point.opacity - from.opacity);
+        between.position = way.pointAt(share).toPoint();
+        points.append(between);
+    }
+    points.append(point);
+}
+
 } // namespace
 
 void StrokeSmoother::Reset(const LineStyle& style) {
@@ -54,9 +83,14 @@ void StrokeSmoother::Reset(const LineStyle& style) {
 
 StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
                                                 const QString& textFontFamily) {
+    return Receive(stroke, sample, sample.position, textFontFamily);
+}
+
+StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
+                                                const QPointF& exact, const QString& textFontFamily) {
     switch (KindOf(stroke.tool)) {
     case ToolKind::Freehand:
-        return style_.IsPlain() ? ReceiveFreehand(stroke, sample) : ReceiveStyled(stroke, sample);
+        return style_.IsPlain() ? ReceiveFreehand(stroke, sample) : ReceiveStyled(stroke, sample, exact);
     case ToolKind::Text:
         ReceiveText(stroke, sample, textFontFamily);
         break;
@@ -77,21 +111,19 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
     if (thinning && stroke.points.last().position == sample.position) {
         return Outcome();
     }
-    if (positions_.size() == HISTORY) {
-        positions_.removeLast();
-        opacities_.removeLast();
+    if (history_.size() == HISTORY) {
+        history_.removeLast();
     }
-    positions_.prepend(sample.position);
-    opacities_.prepend(sample.opacity);
+    history_.prepend(sample);
 
     const StrokePoint smoothed = Smoothed(sample);
     if (thinning && CloserThanTenth(stroke.points.last().position, smoothed.position, sample.size)) {
-        positions_.removeFirst();
-        opacities_.removeFirst();
+        history_.removeFirst();
         return Outcome();
     }
-    stroke.points.append(smoothed);
-    return OutcomeOf(stroke, stroke.points.size() - 1);
+    const int before = stroke.points.size();
+    AppendEvenly(stroke.points, smoothed);
+    return OutcomeOf(stroke, before);
 }
 
 StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefore) {
@@ -103,11 +135,14 @@ StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefo
     return outcome;
 }
 
-StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const StrokePoint& sample) {
+StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const StrokePoint& sample,
+                                                      const QPointF& exact) {
     last_ = sample;
     last_.position = QPoint(qBound(-FARTHEST, sample.position.x(), FARTHEST),
                             qBound(-FARTHEST, sample.position.y(), FARTHEST));
-    pen_ = last_.position;
+    pen_ = style_.smoothCurves ? QPointF(qBound<double>(-FARTHEST, exact.x(), FARTHEST),
+                                         qBound<double>(-FARTHEST, exact.y(), FARTHEST))
+                               : QPointF(last_.position);
     const QLineF string(pen_, hasPen_ ? brush_ : pen_);
     if (hasPen_ && string.length() <= style_.stabiliser) {
         return Outcome(); // the string is slack
@@ -151,7 +186,7 @@ StrokeSmoother::Outcome StrokeSmoother::Finish(Stroke& stroke) {
         DrawFiltered(stroke);
         curve_.Finish(stroke.points);
     } else if (stroke.points.isEmpty() || stroke.points.last().position != last_.position) {
-        stroke.points.append(last_);
+        AppendEvenly(stroke.points, last_);
     }
     brush_ = pen_;
     return OutcomeOf(stroke, before);
@@ -159,19 +194,23 @@ StrokeSmoother::Outcome StrokeSmoother::Finish(Stroke& stroke) {
 
 // The weighted mean of the history. Weights fall linearly from the newest sample.
 StrokePoint StrokeSmoother::Smoothed(const StrokePoint& sample) const {
-    const int count = positions_.size();
+    const int count = history_.size();
     qint64 x = 0;
     qint64 y = 0;
+    qint64 size = 0;
     float opacity = 0.0f;
     for (int i = 0; i < count; ++i) {
         const int weight = count - i;
-        x += qint64(weight) * positions_.at(i).x();
-        y += qint64(weight) * positions_.at(i).y();
-        opacity += float(weight) * opacities_.at(i);
+        const StrokePoint& point = history_.at(i);
+        x += qint64(weight) * point.position.x();
+        y += qint64(weight) * point.position.y();
+        size += qint64(weight) * point.size;
+        opacity += float(weight) * point.opacity;
     }
     const int total = count * (count + 1) / 2;
     StrokePoint smoothed = sample;
     smoothed.position = QPoint(RoundedQuotient(x, total), RoundedQuotient(y, total));
+    smoothed.size = RoundedQuotient(size, total);
     smoothed.opacity = opacity / float(total);
     return smoothed;
 }

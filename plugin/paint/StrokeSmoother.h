@@ -7,7 +7,6 @@
 
 #include <QLineF>
 #include <QList>
-#include <QPoint>
 #include <QPointF>
 #include <QString>
 
@@ -31,6 +30,9 @@ public:
     /// Adds `sample` to `stroke` by the rules of the stroke's tool. `textFontFamily` becomes the font of a
     /// text stroke; other tools ignore it. A dropped sample leaves the stroke as it was.
     Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QString& textFontFamily);
+    /// The same where the pen's place is known more exactly than to the pixel. Only curves make use of it.
+    Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QPointF& exact,
+                    const QString& textFontFamily);
     /// Draws what the line style has held back: the line reaches the pen. Call when the pen is lifted.
     Outcome Finish(Stroke& stroke);
 
@@ -41,14 +43,14 @@ public:
 
 private:
     Outcome ReceiveFreehand(Stroke& stroke, const StrokePoint& sample);
-    Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample);
+    Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample, const QPointF& exact);
     void AddToFilter(const QPointF& position);
     void DrawFiltered(Stroke& stroke);
     static Outcome OutcomeOf(Stroke& stroke, int pointsBefore);
     StrokePoint Smoothed(const StrokePoint& sample) const;
 
-    QList<QPoint> positions_; // newest first, as long as opacities_
-    QList<float> opacities_;
+    /// The last samples, newest first.
+    QList<StrokePoint> history_;
 
     LineStyle style_;
     SampleFilter filter_;

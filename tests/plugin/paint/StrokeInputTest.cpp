@@ -81,7 +81,7 @@ TEST(StrokeSmootherTest, PointsCloserThanATenthOfTheSizeAreDropped) {
     for (const int size : {70, 71}) {
         Pen pen(ToolType::Pencil);
         for (int i = 0; i < 4; ++i) {
-            pen.Move(i * 100, 0, 1);
+            pen.Move(i * 100, 0, size);
         }
         pen.smoother.Reset();
         const int last = pen.At(3).x();
@@ -256,6 +256,65 @@ TEST(LineStyleTest, SizeAndOpacityChangeEvenlyAlongTheCurve) {
     EXPECT_EQ(points.first().size, 10);
     EXPECT_EQ(points.last().size, 10 + 4 * 81);
     EXPECT_FLOAT_EQ(points.last().opacity, 1.0f);
+}
+
+TEST(LineStyleTest, ASizeThatChangesDoesSoInSmallSteps) {
+    for (const int stabiliser : {0, 20}) {
+        Pen pen(ToolType::Pencil);
+        pen.smoother.Reset(Style(false, stabiliser));
+        for (int i = 0; i < 12; ++i) {
+            pen.Move(100 + 60 * i, 100, i < 6 ? 2 + 8 * i : 90 - 8 * i);
+        }
+        pen.smoother.Finish(pen.stroke);
+        const auto& points = pen.stroke.points;
+        int largest = 0;
+        for (int i = 1; i < points.size(); ++i) {
+            EXPECT_LE(std::abs(points[i].size - points[i - 1].size), 2) << i;
+            EXPECT_GT(points[i].position.x(), points[i - 1].position.x());
+            largest = std::max(largest, points[i].size);
+        }
+        EXPECT_GE(largest, 30);
+    }
+}
+
+TEST(LineStyleTest, CurvesFollowAPenBetweenPixels) {
+    // A slow, almost level line: in whole pixels it is a staircase.
+    double errors[2] = {};
+    for (const bool exact : {false, true}) {
+        Stroke stroke;
+        StrokeSmoother smoother;
+        smoother.Reset(Style(true, 0));
+        for (int i = 0; i <= 60; ++i) {
+            const QPointF at(100.0 + 1.7 * i, 200.3 + 0.13 * i);
+            smoother.Receive(stroke, Sample(int(std::lround(at.x())), int(std::lround(at.y())), 4),
+                             exact ? at : QPointF(at.toPoint()), QString());
+        }
+        smoother.Finish(stroke);
+        for (const auto& point : stroke.points) {
+            const double y = 200.3 + 0.13 * (point.position.x() - 100.0) / 1.7;
+            errors[exact ? 1 : 0] += std::pow(point.position.y() - y, 2) / stroke.points.size();
+        }
+    }
+    EXPECT_LT(errors[1], errors[0]);
+    // A plain line, and one on a string alone, take whole pixels.
+    for (const LineStyle& style : {LineStyle(), Style(false, 10)}) {
+        QList<vellix::StrokePoint> drawn[2];
+        for (const bool exact : {false, true}) {
+            Stroke stroke;
+            StrokeSmoother smoother;
+            smoother.Reset(style);
+            for (int i = 0; i < 30; ++i) {
+                smoother.Receive(stroke, Sample(100 + 7 * i, 200 + i, 4),
+                                 QPointF(100 + 7 * i + (exact ? 0.4 : 0.0), 200 + i), QString());
+            }
+            smoother.Finish(stroke);
+            drawn[exact ? 1 : 0] = stroke.points;
+        }
+        ASSERT_EQ(drawn[0].size(), drawn[1].size());
+        for (int i = 0; i < drawn[0].size(); ++i) {
+            EXPECT_EQ(drawn[0][i].position, drawn[1][i].position);
+        }
+    }
 }
 
 TEST(LineStyleTest, ThePenDrawsTheBrushOnAString) {
