@@ -7,6 +7,8 @@
 #include "host/ToolOptions.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "paint/BrushPreset.h"
+#include "paint/PenPressure.h"
 #include "paint/ToolTable.h"
 #include "paint/ToolType.h"
 
@@ -14,6 +16,7 @@
 #include <maya/MArgList.h>
 #include <maya/MIntArray.h>
 #include <maya/MQtUtil.h>
+#include <maya/MStringArray.h>
 
 #include <QColor>
 #include <QInputDialog>
@@ -21,6 +24,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <initializer_list>
 #include <iterator>
 #include <utility>
 
@@ -59,6 +63,15 @@ void SetResult(const QColor& color) {
         components.append(component);
     }
     MPxCommand::setResult(components);
+}
+
+MStatus SetResult(std::initializer_list<int> numbers) {
+    MIntArray result;
+    for (const int number : numbers) {
+        result.append(number);
+    }
+    MPxCommand::setResult(result);
+    return MS::kSuccess;
 }
 
 template <typename Number>
@@ -100,12 +113,7 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
         Flag("-dc", "-drawColor", color).Does(&U::SetActiveColor).Answers(Answer(Settings::activeColor)),
     };
     AddTools(rows);
-    rows.push_back(Flag("-smc", "-smoothCurves", {number})
-                       .Does(&U::SetSmoothCurves)
-                       .Answers(Answer(Settings::lineStyle.smoothCurves)));
-    rows.push_back(Flag("-stb", "-stabiliser", {number})
-                       .Does(&U::SetStabiliser)
-                       .Answers(Answer(Settings::lineStyle.stabiliser)));
+    AddLine(rows);
     const Flag ghostsAndViews[] = {
         Flag("-gp", "-ghostPrevious", {&U::switch_})
             .Does(Call(&U::SwitchGhosts, std::ref(Settings::ghostPrev)))
@@ -178,6 +186,54 @@ void UtilCommand::AddTools(std::vector<Flag>& rows) {
         rows.push_back(Flag(tool.shortOptionsFlag, tool.optionsFlag, std::move(values))
                            .Does(Call(&U::SetOptions, std::cref(tool))));
     }
+}
+
+// How lines follow the pen, what its pressure does, and the presets.
+void UtilCommand::AddLine(std::vector<Flag>& rows) {
+    using U = UtilCommand;
+    using Value = Flag::Value;
+    const auto number = Value::Whole(&U::number_);
+    rows.push_back(Flag("-smc", "-smoothCurves", {number})
+                       .Does(&U::SetSmoothCurves)
+                       .Answers(Answer(Settings::lineStyle.smoothCurves)));
+    rows.push_back(Flag("-stb", "-stabiliser", {number})
+                       .Does(&U::SetStabiliser)
+                       .Answers(Answer(Settings::lineStyle.stabiliser)));
+    const std::vector<Value> curve = {Value::Whole(&U::least_), Value::Whole(&U::middleAt_),
+                                      Value::Whole(&U::middle_)};
+    for (const ToolRow& tool : AllTools()) {
+        if (!tool.Has(ToolRow::PRESSURE)) {
+            continue;
+        }
+        std::vector<Value> values = {number};
+        values.insert(values.end(), curve.begin(), curve.end());
+        const ToolType type = tool.type;
+        rows.push_back(Flag(tool.shortSizePressureFlag, tool.sizePressureFlag, values)
+                           .Does(Call(&U::SetSizePressure, type))
+                           .Answers([type](U&) {
+                               const PenPressure& pressure = Settings::GetPenPressure(type);
+                               const PressureCurve& size = pressure.size;
+                               return SetResult({pressure.setsSize, size.least, size.middleAt, size.middle});
+                           }));
+        rows.push_back(Flag(tool.shortOpacityPressureFlag, tool.opacityPressureFlag, curve)
+                           .Does(Call(&U::SetOpacityPressure, type))
+                           .Answers([type](U&) {
+                               const PressureCurve& opacity = Settings::GetPenPressure(type).opacity;
+                               return SetResult({opacity.least, opacity.middleAt, opacity.middle});
+                           }));
+    }
+    rows.push_back(Flag("-ps", "-preset", {number}).Does(&U::ChoosePreset));
+    rows.push_back(Flag("-sps", "-savePreset", {number, &U::text_}).Does(&U::SavePreset));
+    rows.push_back(
+        Flag("-psk", "-presetKeys", {number}).Does(&U::SetPresetKeys).Answers(Answer(Settings::presetKeys)));
+    rows.push_back(Flag("-psn", "-presetName", {number, &U::text_}).Does(&U::NamePreset).Answers([](U&) {
+        MStringArray names;
+        for (const BrushPreset& preset : Settings::brushPresets) {
+            names.append(MayaUtil::ToMString(preset.name));
+        }
+        setResult(names);
+        return MStatus();
+    }));
 }
 
 // In the order of precedence: the layer manager first, the toolbox's refresh before the color palette.
@@ -299,6 +355,84 @@ MStatus UtilCommand::SetStabiliser() const {
     const int most = LineStyle::MAX_STABILISER;
     Settings::lineStyle.stabiliser = qBound(0, number_, most);
     DialogManager::RefreshToolOptions();
+    return MS::kSuccess;
+}
+
+// --- pressure and presets ---------------------------------------------------------------------------------
+
+PressureCurve UtilCommand::GetCurve() const {
+    const int first = PressureCurve::MIN_MIDDLE_AT;
+    const int last = PressureCurve::MAX_MIDDLE_AT;
+    return {qBound(0, least_, 100), qBound(first, middleAt_, last), qBound(0, middle_, 100)};
+}
+
+MStatus UtilCommand::SetSizePressure(ToolType tool) const {
+    PenPressure pressure = Settings::GetPenPressure(tool);
+    pressure.setsSize = number_ != 0;
+    pressure.size = GetCurve();
+    Settings::SetPenPressure(tool, pressure);
+    DialogManager::RefreshToolOptions();
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetOpacityPressure(ToolType tool) const {
+    PenPressure pressure = Settings::GetPenPressure(tool);
+    pressure.opacity = GetCurve();
+    Settings::SetPenPressure(tool, pressure);
+    DialogManager::RefreshToolOptions();
+    return MS::kSuccess;
+}
+
+bool UtilCommand::HasPreset() const {
+    const bool exists = number_ >= 1 && number_ <= BrushPreset::COUNT;
+    if (!exists) {
+        Logger::Error(QStringLiteral("There is no preset %1. Presets are numbered from 1 to %2.")
+                          .arg(number_)
+                          .arg(static_cast<int>(BrushPreset::COUNT)));
+    }
+    return exists;
+}
+
+MStatus UtilCommand::ChoosePreset() const {
+    if (!HasPreset()) {
+        return MS::kFailure;
+    }
+    // To take the draw tool anew would end the stroke or the text in it.
+    const MStatus status = BaseNode::IsDrawContextActive() ? MStatus() : ActivateDrawContext();
+    if (status) {
+        Settings::UseBrush(Settings::brushPresets[static_cast<std::size_t>(number_ - 1)]);
+        UpdateMainMenu();
+        DialogManager::RefreshToolbox();
+        DialogManager::RefreshToolOptions();
+    }
+    return status;
+}
+
+MStatus UtilCommand::SavePreset() const {
+    if (!HasPreset()) {
+        return MS::kFailure;
+    }
+    BrushPreset& preset = Settings::brushPresets[static_cast<std::size_t>(number_ - 1)];
+    BrushPreset brush = Settings::GetBrush();
+    brush.name = preset.name;
+    preset = brush;
+    return NamePreset();
+}
+
+MStatus UtilCommand::NamePreset() const {
+    if (!HasPreset()) {
+        return MS::kFailure;
+    }
+    const QString name = BrushPreset::TidyName(text_);
+    if (!name.isEmpty()) {
+        Settings::brushPresets[static_cast<std::size_t>(number_ - 1)].name = name;
+    }
+    DialogManager::RefreshToolbox();
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetPresetKeys() const {
+    Settings::presetKeys = number_ != 0;
     return MS::kSuccess;
 }
 

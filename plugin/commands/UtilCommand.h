@@ -16,6 +16,7 @@ namespace vellix {
 
 enum class ToolType : qint32;
 struct PanelRow;
+struct PressureCurve;
 struct ToolRow;
 
 /// "qmVellixUtil": everything that does not edit the drawing. Chooses the tool, its options and the active
@@ -36,6 +37,7 @@ private:
     static const FlagTable<UtilCommand>& Flags();
     static std::vector<Flag> Rows();
     static void AddTools(std::vector<Flag>& rows);
+    static void AddLine(std::vector<Flag>& rows);
     static void AddPanels(std::vector<Flag>& rows);
     static MStatus Refuse();
 
@@ -49,6 +51,15 @@ private:
     MStatus SetOptions(const ToolRow& tool) const;
     MStatus SetSmoothCurves() const;
     MStatus SetStabiliser() const;
+    MStatus SetSizePressure(ToolType tool) const;
+    MStatus SetOpacityPressure(ToolType tool) const;
+    PressureCurve GetCurve() const;
+    /// Returns false, and logs an error, if there is no preset of the number.
+    bool HasPreset() const;
+    MStatus ChoosePreset() const;
+    MStatus SavePreset() const;
+    MStatus NamePreset() const;
+    MStatus SetPresetKeys() const;
 
     /// Gets the colour given by the three components. Returns false, and logs an error, if a component is out
     /// of range.
@@ -82,7 +93,10 @@ private:
     int blue_ = 0;
     int number_ = 0;
     int switch_ = 0; // negative: toggle
-    QString text_;   // font family, or the camera whose layers are moved
+    int least_ = 0;  // the members up to middle_ are a curve of pressure
+    int middleAt_ = 0;
+    int middle_ = 0;
+    QString text_; // font family, the camera whose layers are moved, or a preset's name
 };
 
 } // namespace vellix

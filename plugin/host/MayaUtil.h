@@ -15,6 +15,7 @@ namespace vellix {
 
 enum class LayerState : qint32;
 enum class ToolType : qint32;
+struct PenPressure;
 struct ToolOptions;
 
 /// The plug-in's access to the host. Builds and executes every MEL line of the plug-in, holds the menu
@@ -95,6 +96,13 @@ public:
     /// How the line of the freehand tools follows the pen; see LineStyle.
     static bool SetSmoothCurves(bool on);
     static bool SetStabiliser(int length);
+    /// What a pen's pressure does to the tool's size and opacity. Returns false for a tool without pressure.
+    static bool SetSizePressure(ToolType tool, const PenPressure& pressure);
+    static bool SetOpacityPressure(ToolType tool, const PenPressure& pressure);
+    /// Presets are numbered from 1.
+    static bool ChoosePreset(int number);
+    static bool SavePreset(int number, const QString& name);
+    static bool SetPresetKeys(bool on);
     static bool SetPencilTool();
     static bool SetBrushTool();
     static bool SetEraserTool();

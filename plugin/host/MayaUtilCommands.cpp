@@ -3,6 +3,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
+#include "paint/PenPressure.h"
 #include "paint/ToolTable.h"
 
 #include <maya/MDoubleArray.h>
@@ -263,6 +264,34 @@ bool MayaUtil::SetSmoothCurves(bool on) {
 
 bool MayaUtil::SetStabiliser(int length) {
     return UtilValue("-stabiliser", length);
+}
+
+bool MayaUtil::SetSizePressure(ToolType tool, const PenPressure& pressure) {
+    const ToolRow* const row = FindTool(tool);
+    return row && row->sizePressureFlag &&
+           UtilLine({QStringLiteral("-e"), QLatin1String(row->sizePressureFlag), Number(pressure.setsSize),
+                     Number(pressure.size.least), Number(pressure.size.middleAt),
+                     Number(pressure.size.middle)});
+}
+
+bool MayaUtil::SetOpacityPressure(ToolType tool, const PenPressure& pressure) {
+    const ToolRow* const row = FindTool(tool);
+    return row && row->opacityPressureFlag &&
+           UtilLine({QStringLiteral("-e"), QLatin1String(row->opacityPressureFlag),
+                     Number(pressure.opacity.least), Number(pressure.opacity.middleAt),
+                     Number(pressure.opacity.middle)});
+}
+
+bool MayaUtil::ChoosePreset(int number) {
+    return UtilLine({QStringLiteral("-preset"), Number(number)});
+}
+
+bool MayaUtil::SavePreset(int number, const QString& name) {
+    return UtilLine({QStringLiteral("-savePreset"), Number(number), Quoted(name)});
+}
+
+bool MayaUtil::SetPresetKeys(bool on) {
+    return UtilValue("-presetKeys", on);
 }
 
 bool MayaUtil::SetPencilTool() {

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QFont>
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -37,6 +38,18 @@ ToolOptions& OptionsOf(ToolType tool) {
 }
 
 std::map<Panel, QByteArray> g_panelGeometries;
+
+std::map<ToolType, PenPressure> DefaultPressures() {
+    std::map<ToolType, PenPressure> pressures;
+    for (const ToolRow& tool : AllTools()) {
+        if (tool.Has(ToolRow::PRESSURE)) {
+            pressures[tool.type] = PenPressure();
+        }
+    }
+    return pressures;
+}
+
+std::map<ToolType, PenPressure> g_pressures = DefaultPressures();
 
 } // namespace
 
@@ -145,6 +158,8 @@ int Settings::defaultStaticFrameTime = Settings::DEFAULT_STATIC_FRAME_TIME;
 int Settings::timelineFrameDisplay = 0;
 QColor Settings::timelineFrameColor = Settings::DEFAULT_TIMELINE_FRAME_COLOR;
 LineStyle Settings::lineStyle;
+std::vector<BrushPreset> Settings::brushPresets = BrushPreset::Defaults();
+bool Settings::presetKeys = false;
 
 int& Settings::eraserOpacity = OptionsOf(ToolType::Eraser).opacity;
 int& Settings::brushHardness = OptionsOf(ToolType::Brush).hardness;
@@ -263,18 +278,45 @@ std::vector<Setting> PreferenceSettings() {
     };
 }
 
-std::vector<Setting> LineSettings() {
-    constexpr const char* group = "line";
-    LineStyle& style = Settings::lineStyle;
-    return {
-        Setting::Of(group, "smoothCurves", style.smoothCurves),
-        Setting::Count(group, "stabiliser", style.stabiliser, 0, LineStyle::MAX_STABILISER),
+constexpr const char* LINE = "line";
+
+/// A setting that is kept as text. What does not read, or is missing, is the value at the start.
+template <typename Value>
+Setting AsText(const QString& key, const std::function<Value&()>& member) {
+    const QString first = member().ToText();
+    const auto set = [member, first](const QVariant& value) {
+        if (!Value::FromText(value.toString(), member())) {
+            Value::FromText(first, member());
+        }
     };
+    return {LINE, key, [member] { return QVariant(member().ToText()); }, set, QVariant(first)};
+}
+
+std::vector<Setting> LineSettings() {
+    LineStyle& style = Settings::lineStyle;
+    std::vector<Setting> settings = {
+        Setting::Of(LINE, "smoothCurves", style.smoothCurves),
+        Setting::Count(LINE, "stabiliser", style.stabiliser, 0, LineStyle::MAX_STABILISER),
+    };
+    for (const ToolRow& tool : AllTools()) {
+        if (tool.Has(ToolRow::PRESSURE)) {
+            PenPressure& pressure = g_pressures.at(tool.type);
+            settings.push_back(AsText<PenPressure>(QLatin1String(tool.word) + QLatin1String("Pressure"),
+                                                   [&pressure]() -> PenPressure& { return pressure; }));
+        }
+    }
+    settings.push_back(Setting::Of(LINE, "presetKeys", Settings::presetKeys, Missing::Resets));
+    for (std::size_t i = 0; i < Settings::brushPresets.size(); ++i) {
+        settings.push_back(AsText<BrushPreset>(QStringLiteral("preset%1").arg(i + 1),
+                                               [i]() -> BrushPreset& { return Settings::brushPresets[i]; }));
+    }
+    return settings;
 }
 
 std::vector<Setting> AllSettings() {
     std::vector<Setting> all;
-    for (const auto& group : {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings(), LineSettings()}) {
+    for (const auto& group :
+         {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings(), LineSettings()}) {
         all.insert(all.end(), group.begin(), group.end());
     }
     return all;
@@ -408,6 +450,40 @@ void Settings::SetToolHardness(ToolType tool, int hardness) {
 
 bool Settings::IsTabletPressureEnabled(ToolType tool) {
     return HasTrait(tool, ToolRow::PRESSURE) && OptionsOf(tool).tabletEnabled;
+}
+
+const PenPressure& Settings::GetPenPressure(ToolType tool) {
+    static const PenPressure none;
+    return HasTrait(tool, ToolRow::PRESSURE) ? g_pressures.at(tool) : none;
+}
+
+void Settings::SetPenPressure(ToolType tool, const PenPressure& pressure) {
+    if (HasTrait(tool, ToolRow::PRESSURE)) {
+        g_pressures.at(tool) = pressure;
+    }
+}
+
+BrushPreset Settings::GetBrush() {
+    BrushPreset brush;
+    brush.tool = FindTool(activeTool) ? activeTool : ToolType::Pencil;
+    const ToolOptions& options = GetToolOptions(brush.tool);
+    brush.size = options.size;
+    brush.opacity = options.opacity;
+    brush.hardness = GetToolHardness(brush.tool);
+    brush.pressureSetsOpacity = IsTabletPressureEnabled(brush.tool);
+    brush.pressure = GetPenPressure(brush.tool);
+    return brush;
+}
+
+void Settings::UseBrush(const BrushPreset& preset) {
+    ToolOptions options = GetToolOptions(preset.tool);
+    options.size = preset.size;
+    options.opacity = preset.opacity;
+    options.hardness = preset.hardness;
+    options.tabletEnabled = preset.pressureSetsOpacity;
+    SetToolOptions(preset.tool, options);
+    SetPenPressure(preset.tool, preset.pressure);
+    activeTool = preset.tool;
 }
 
 } // namespace vellix

@@ -1,13 +1,16 @@
 #pragma once
 
+#include "paint/BrushPreset.h"
 #include "paint/ImageSize.h"
 #include "paint/LineStyle.h"
+#include "paint/PenPressure.h"
 
 #include <QByteArray>
 #include <QColor>
 #include <QString>
 
 #include <atomic>
+#include <vector>
 
 namespace vellix {
 
@@ -127,7 +130,9 @@ public:
     static QColor timelineFrameColor;
 
     // Group "line".
-    static LineStyle lineStyle; ///< of the pencil, brush and eraser
+    static LineStyle lineStyle;                   ///< of the pencil, brush and eraser
+    static std::vector<BrushPreset> brushPresets; ///< always BrushPreset::COUNT
+    static bool presetKeys;                       ///< the number keys choose presets in views, too
 
     // Never persisted.
     static int& eraserOpacity;
@@ -161,6 +166,14 @@ public:
     static int GetToolHardness(ToolType tool);
     static void SetToolHardness(ToolType tool, int hardness);
     static bool IsTabletPressureEnabled(ToolType tool);
+    /// What a pen's pressure does besides; without effect for a tool without pressure.
+    static const PenPressure& GetPenPressure(ToolType tool);
+    static void SetPenPressure(ToolType tool, const PenPressure& pressure);
+
+    /// The active drawing tool with its options; that of the pencil if no drawing tool is active.
+    static BrushPreset GetBrush();
+    /// Makes the preset's tool the active one, with the preset's options. A stroke in progress keeps its own.
+    static void UseBrush(const BrushPreset& preset);
 };
 
 } // namespace vellix

@@ -39,6 +39,12 @@ struct ToolRow {
     int defaultSize; ///< image pixels; points for text
     int maximumSize; ///< the minimum is 1
     unsigned traits;
+    /// The flags for what a pen's pressure does to size and opacity, each short and long; null for tools
+    /// without pressure.
+    const char* shortSizePressureFlag = nullptr;
+    const char* sizePressureFlag = nullptr;
+    const char* shortOpacityPressureFlag = nullptr;
+    const char* opacityPressureFlag = nullptr;
 
     bool Has(Trait trait) const { return (traits & trait) != 0; }
     const char* SizeUnit() const { return kind == ToolKind::Text ? "pt" : "px"; }

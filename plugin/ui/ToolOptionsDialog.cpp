@@ -4,10 +4,13 @@
 #include "host/PanelTable.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
+#include "paint/BrushPreset.h"
 #include "paint/ToolTable.h"
 #include "ui/FieldUndo.h"
 #include "ui/IconView.h"
 #include "ui/NumberSlider.h"
+#include "ui/PressureField.h"
+#include "ui/PressureStrip.h"
 
 #include <QCheckBox>
 #include <QFontComboBox>
@@ -51,11 +54,14 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
                               QStringLiteral("How sharp the edge of a stroke is")))
     , stabiliser_(new NumberSlider(QStringLiteral("qmVxToolOptionsStabiliser")))
     , pressure_(new QCheckBox(QStringLiteral("Tablet pressure")))
+    , pressureSize_(new QCheckBox(QStringLiteral("Pressure sets size")))
     , smoothCurves_(new QCheckBox(QStringLiteral("Smooth curves")))
     , font_(new QFontComboBox) {
     setObjectName(QStringLiteral("qmVxToolOptions"));
     size_->SetCurved(true);
     pressure_->setObjectName(QStringLiteral("qmVxToolOptionsPressure"));
+    pressureSize_->setObjectName(QStringLiteral("qmVxToolOptionsPressureSize"));
+    pressureSize_->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how large the tool draws"));
     smoothCurves_->setObjectName(QStringLiteral("qmVxToolOptionsSmoothCurves"));
     font_->setObjectName(QStringLiteral("qmVxToolOptionsFont"));
     pressure_->setToolTip(QStringLiteral("The pressure of a tablet's pen sets how opaque the stroke is"));
@@ -80,8 +86,11 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     hardnessRow_ = AddRow(*grid, QStringLiteral("Hardness"), hardness_);
     fontRow_ = AddRow(*grid, QStringLiteral("Font"), font_);
     stabiliserRow_ = AddRow(*grid, QStringLiteral("Stabiliser"), stabiliser_);
-    grid->addWidget(pressure_, grid->rowCount(), 1);
     grid->addWidget(smoothCurves_, grid->rowCount(), 1);
+    grid->addWidget(pressure_, grid->rowCount(), 1);
+    grid->addWidget(pressureSize_, grid->rowCount(), 1);
+    pressureParts_ = CreatePressure();
+    grid->addWidget(pressureParts_, grid->rowCount(), 0, 1, 2);
     grid->setRowStretch(grid->rowCount(), 1);
 
     for (NumberSlider* slider : {size_, opacity_, hardness_}) {
@@ -96,6 +105,44 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     connect(font_->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
     new FieldUndo(*font_, [this] { return font_->currentText() != shownFont_; });
     Refresh();
+}
+
+QWidget* ToolOptionsDialog::CreatePressure() {
+    auto* parts = new QWidget;
+    auto* grid = new QGridLayout(parts);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(OPTIONS_SPACING);
+    opacityCurve_ = new PressureField(QStringLiteral("Opacity"));
+    opacityCurve_->setObjectName(QStringLiteral("qmVxToolOptionsOpacityCurve"));
+    sizeCurve_ = new PressureField(QStringLiteral("Size"));
+    sizeCurve_->setObjectName(QStringLiteral("qmVxToolOptionsSizeCurve"));
+    strip_ = new PressureStrip;
+    strip_->setObjectName(QStringLiteral("qmVxToolOptionsStrip"));
+    int column = 0;
+    for (PressureField* field : {opacityCurve_, sizeCurve_}) {
+        auto* label = new QLabel(field == sizeCurve_ ? QStringLiteral("Pressure to size")
+                                                     : QStringLiteral("Pressure to opacity"));
+        label->setBuddy(field);
+        grid->addWidget(label, 0, column);
+        grid->addWidget(field, 1, column);
+        ++column;
+        connect(field, &PressureField::Dragged, this, [this] { strip_->SetBrush(ShownBrush()); });
+    }
+    grid->addWidget(strip_, 2, 0, 1, 2);
+    connect(opacityCurve_, &PressureField::Changed, this,
+            [this] { MayaUtil::SetOpacityPressure(Settings::activeTool, ShownBrush().pressure); });
+    const auto sendSize = [this] { MayaUtil::SetSizePressure(Settings::activeTool, ShownBrush().pressure); };
+    connect(sizeCurve_, &PressureField::Changed, this, sendSize);
+    connect(pressureSize_, &QCheckBox::clicked, this, sendSize);
+    return parts;
+}
+
+BrushPreset ToolOptionsDialog::ShownBrush() const {
+    BrushPreset brush = Settings::GetBrush();
+    brush.pressure.setsSize = pressureSize_->isChecked();
+    brush.pressure.opacity = opacityCurve_->GetCurve();
+    brush.pressure.size = sizeCurve_->GetCurve();
+    return brush;
 }
 
 QLayout* ToolOptionsDialog::CreateHeader() {
@@ -129,7 +176,10 @@ void ToolOptionsDialog::Refresh() {
     size_->SetUp(1, tool->maximumSize, QLatin1Char(' ') + QLatin1String(tool->SizeUnit()),
                  QStringLiteral("How large the tool draws; hold B and drag in a view"));
     hardnessRow_.SetShown(tool->Has(ToolRow::HARDNESS));
-    pressure_->setVisible(tool->Has(ToolRow::PRESSURE));
+    const bool hasPressure = tool->Has(ToolRow::PRESSURE);
+    pressure_->setVisible(hasPressure);
+    pressureSize_->setVisible(hasPressure);
+    pressureParts_->setVisible(hasPressure);
     fontRow_.SetShown(tool->kind == ToolKind::Text);
     stabiliserRow_.SetShown(tool->kind == ToolKind::Freehand);
     smoothCurves_->setVisible(tool->kind == ToolKind::Freehand);
@@ -139,6 +189,13 @@ void ToolOptionsDialog::Refresh() {
     opacity_->SetValue(options.opacity);
     hardness_->SetValue(options.hardness);
     pressure_->setChecked(options.tabletEnabled);
+    const PenPressure& pressure = Settings::GetPenPressure(tool->type);
+    pressureSize_->setChecked(pressure.setsSize);
+    opacityCurve_->SetCurve(pressure.opacity);
+    opacityCurve_->setEnabled(options.tabletEnabled);
+    sizeCurve_->SetCurve(pressure.size);
+    sizeCurve_->setEnabled(pressure.setsSize);
+    strip_->SetBrush(ShownBrush());
     stabiliser_->SetValue(Settings::lineStyle.stabiliser);
     smoothCurves_->setChecked(Settings::lineStyle.smoothCurves);
     ShowFont(Settings::textFontFamily);

@@ -12,6 +12,9 @@ namespace vellix {
 
 class IconView;
 class NumberSlider;
+class PressureField;
+class PressureStrip;
+struct BrushPreset;
 
 /// The options of the active drawing tool. Each change executes one command line at once; while a slider is
 /// dragged, a few per second.
@@ -32,6 +35,9 @@ private:
 
     QLayout* CreateHeader();
     Row AddRow(QGridLayout& grid, const QString& label, QWidget* field);
+    QWidget* CreatePressure();
+    /// The active tool as the fields show it.
+    BrushPreset ShownBrush() const;
     void ShowFont(const QString& family);
     void OnFontChosen();
     void Send();
@@ -43,11 +49,16 @@ private:
     NumberSlider* hardness_;
     NumberSlider* stabiliser_;
     QCheckBox* pressure_;
+    QCheckBox* pressureSize_;
     QCheckBox* smoothCurves_;
     QFontComboBox* font_;
     Row hardnessRow_;
     Row fontRow_;
     Row stabiliserRow_;
+    PressureField* opacityCurve_;
+    PressureField* sizeCurve_;
+    PressureStrip* strip_;
+    QWidget* pressureParts_;
     QString shownFont_;
 };
 

@@ -2,19 +2,25 @@
 
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
+#include "host/PresetKeys.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
 #include "node/BaseNode.h"
+#include "paint/BrushPreset.h"
 #include "paint/ToolTable.h"
 #include "ui/HostColorField.h"
 #include "ui/IconButton.h"
 #include "ui/NumberSlider.h"
+#include "ui/PresetButton.h"
 
 #include <maya/MEventMessage.h>
 
 #include <QColor>
 #include <QGridLayout>
+#include <QInputDialog>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -69,6 +75,7 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     auto* colors = new QHBoxLayout;
     column->addLayout(colors);
     column->addLayout(CreateOptions());
+    column->addLayout(CreatePresets());
     column->addWidget(new Separator);
     column->addLayout(CreateFrames());
     column->addWidget(new Separator);
@@ -154,6 +161,20 @@ QLayout* ToolboxDialog::CreateOptions() {
     return grid;
 }
 
+QLayout* ToolboxDialog::CreatePresets() {
+    QGridLayout* grid = CreateGrid();
+    for (int number = 1; number <= BrushPreset::COUNT; ++number) {
+        auto* button = new PresetButton(number, ICON_SIZE);
+        button->setObjectName(QStringLiteral("qmVxToolboxPreset%1").arg(number));
+        connect(button, &QAbstractButton::clicked, this, [number] { MayaUtil::ChoosePreset(number); });
+        connect(button, &IconButton::MenuWanted, this,
+                [this, number](const QPoint& place) { ShowPresetMenu(number, place); });
+        presets_.append(button);
+        grid->addWidget(button, (number - 1) / COLUMN_COUNT, (number - 1) % COLUMN_COUNT);
+    }
+    return grid;
+}
+
 QLayout* ToolboxDialog::CreateFrames() {
     QGridLayout* grid = CreateGrid();
     int column = 0;
@@ -231,6 +252,9 @@ void ToolboxDialog::Refresh() {
     ghostPrevious_->setChecked(Settings::ghostPrev);
     ghostNext_->setChecked(Settings::ghostNext);
     color_->SetColor(Settings::activeColor);
+    for (int i = 0; i < presets_.size(); ++i) {
+        presets_[i]->SetPreset(Settings::brushPresets[static_cast<std::size_t>(i)]);
+    }
     RefreshOptions();
 }
 
@@ -277,6 +301,47 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
     connect(menu.addAction(QStringLiteral("Settings...")), &QAction::triggered, &menu,
             [] { MayaUtil::ShowGhostingDialog(); });
     menu.exec(place);
+}
+
+void ToolboxDialog::ShowPresetMenu(int number, const QPoint& place) {
+    QMenu menu;
+    connect(menu.addAction(QStringLiteral("Save Tool Here...")), &QAction::triggered, this,
+            [this, number] { SavePreset(number); });
+    menu.addSeparator();
+    QAction* const keys = menu.addAction(QStringLiteral("Number Keys in Views"));
+    keys->setCheckable(true);
+    keys->setChecked(Settings::presetKeys);
+    connect(keys, &QAction::triggered, this, [](bool on) { MayaUtil::SetPresetKeys(on); });
+    menu.exec(place);
+}
+
+void ToolboxDialog::SavePreset(int number) {
+    const BrushPreset& preset = Settings::brushPresets[static_cast<std::size_t>(number - 1)];
+    bool isChosen = false;
+    const QString name =
+        QInputDialog::getText(this, QStringLiteral("Save Preset %1").arg(number),
+                              QStringLiteral("Name of the preset for the active tool with its options:"),
+                              QLineEdit::Normal, preset.name, &isChosen);
+    if (isChosen) {
+        MayaUtil::SavePreset(number, name);
+    }
+}
+
+bool ToolboxDialog::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && PresetOfKey(*static_cast<QKeyEvent*>(event)) > 0) {
+        event->accept(); // the host may use the number keys
+        return true;
+    }
+    return FloatingPanel::event(event);
+}
+
+void ToolboxDialog::keyPressEvent(QKeyEvent* event) {
+    const int preset = PresetOfKey(*event);
+    if (preset == 0) {
+        FloatingPanel::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        MayaUtil::ChoosePreset(preset);
+    }
 }
 
 void ToolboxDialog::Send() {

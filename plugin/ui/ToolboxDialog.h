@@ -17,6 +17,7 @@ class HostColorField;
 class Icon;
 class IconButton;
 class NumberSlider;
+class PresetButton;
 struct ToolRow;
 
 /// The panel for drawing: the tools, the active colour, the active tool's size and opacity, ghosting, frames
@@ -32,8 +33,15 @@ public:
     void RefreshOptions() override;
     QColor GetColor() const override;
 
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     QLayout* CreateTools();
+    QLayout* CreatePresets();
+    void ShowPresetMenu(int number, const QPoint& place);
+    void SavePreset(int number);
     /// Adds the colour field and the palette button. `width` is the row's width in pixels.
     void AddColors(QHBoxLayout& row, int width);
     QLayout* CreateOptions();
@@ -53,7 +61,8 @@ private:
     void ShowGhostingMenu(const QPoint& place);
     void Send();
 
-    QList<IconButton*> tools_; ///< in the order of AllTools
+    QList<IconButton*> tools_;     ///< in the order of AllTools
+    QList<PresetButton*> presets_; ///< in the order of their numbers
     IconButton* transform_ = nullptr;
     IconButton* optionsButton_ = nullptr;
     HostColorField* color_ = nullptr;

@@ -139,6 +139,40 @@ TEST_F(ReplayCommandTest, PressureCountsWhereItIsSwitchedOn) {
     EXPECT_EQ(PixelAt(1, 270, 300).alpha(), 51); // a reading of nothing keeps the last one
 }
 
+TEST_F(ReplayCommandTest, PressureDoesWhatTheRecordingSays) {
+    const auto stroke = [](const char* fields) {
+        return StrokeText(1, "pencil",
+                          "[100, 300, 0.5, 0], [200, 300, 0.5, 8], [300, 300, 0.5, 16], [400, 300, 0.5, 24]",
+                          fields);
+    };
+    const auto drawn = [&](const char* fields) {
+        Mel(Line({stroke(fields)}));
+        int width = 0;
+        for (int y = 250; y < 350; ++y) {
+            width += PixelAt(1, 170, y).alpha() > 0;
+        }
+        const int alpha = PixelAt(1, 170, 300).alpha();
+        Mel("undo");
+        return QString("%1 px, %2").arg(width).arg(alpha).toStdString();
+    };
+    Mel("qmVellixUtil -e -psp 1 0 50 10"); // what the user has chosen does not count
+    const std::string plain = drawn("");
+    Mel("qmVellixUtil -e -psp 0 0 50 50");
+    EXPECT_EQ(plain, "13 px, 204");
+    EXPECT_EQ(drawn(R"("pressureToSize": true,)"), "7 px, 204");
+    EXPECT_EQ(drawn(R"("pressureToSize": true, "sizeCurve": [50, 50, 50],)"), "11 px, 204");
+    EXPECT_EQ(drawn(R"("pressureToOpacity": true,)"), "13 px, 102");
+    EXPECT_EQ(drawn(R"("pressureToOpacity": true, "opacityCurve": [0, 50, 25],)"), "13 px, 51");
+    Settings::pencilTabletEnabled = true;
+    EXPECT_EQ(drawn(R"("pressureToOpacity": false,)"), plain);
+    Settings::pencilTabletEnabled = false;
+    for (const char* fault :
+         {"\"pressureToSize\": 1,", "\"sizeCurve\": [0, 50],", "\"opacityCurve\": [0, 4, 50],",
+          "\"sizeCurve\": [0.5, 50, 50],", "\"pressureToOpacity\": \"yes\","}) {
+        EXPECT_EQ(Refused(Line({stroke(fault)})).size(), 1) << fault;
+    }
+}
+
 TEST_F(ReplayCommandTest, WritesText) {
     Mel(Line({StrokeText(1, "text", "[200, 200, 1, 0], [300, 300, 1, 8]",
                          R"("text": "MMM", "font": "DejaVu Sans",)")}));

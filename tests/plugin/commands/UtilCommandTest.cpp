@@ -84,6 +84,14 @@ TEST_F(UtilCommandTest, SetsAndAnswersWhatIsPersisted) {
         {"-e -smc 0", "-q -smoothCurves", "0"},
         {"-e -stabiliser 4000000000", "-q -stb", "100"},
         {"-e -stb 0", "-q -stabiliser", "0"},
+        {"-e -pencilSizePressure 7 20 40 60", "-q -psp", "1 20 40 60"},
+        {"-e -esp 1 4000000000 0 101", "-q -eraserSizePressure", "1 100 5 100"},
+        {"-e -brushOpacityPressure 10 99 0", "-q -bop", "10 95 0"},
+        {"-e -bop 0 50 50", "-q -bsp", "0 0 50 50"},
+        {"-e -psp 0 0 50 50", "-q -pop", "0 50 50"},
+        {"-e -esp 0 0 50 50", "-q -eop", "0 50 50"},
+        {"-e -presetKeys 2", "-q -psk", "1"},
+        {"-e -psk 0", "-q -presetKeys", "0"},
         // Of two flags the one of the command's own order is done.
         {"-e -gnc 7 -gpc 2", "-q -gpc -gnc", "2"},
         {"-e -gpc 5", "-q -gnc", "4"},
@@ -100,6 +108,34 @@ TEST_F(UtilCommandTest, SetsAndAnswersWhatIsPersisted) {
     EXPECT_EQ(Mel("`qmVellixUtil -q -ghostPrevious` + 0.5").AsFloat(), 1.5);
     const std::string name = Mel("undoInfo -q -undoName").AsString();
     EXPECT_EQ(name.find("qmVellixUtil"), std::string::npos) << "none of it is undone";
+}
+
+TEST_F(UtilCommandTest, KeepsTheToolInAPreset) {
+    const std::vector<BrushPreset> before = Settings::brushPresets;
+    const ToolType tool = Settings::activeTool;
+    Settings::activeTool = ToolType::Eraser;
+    Mel("qmVellixUtil -eraserOptions 33 44 55 1; qmVellixUtil -e -esp 1 5 60 70");
+    Mel("qmVellixUtil -savePreset 10 \"  My\\nrubber \"");
+    const BrushPreset& preset = Settings::brushPresets.back();
+    EXPECT_EQ(preset.ToText(), "eraser 33 44 55 1 1 0 50 50 5 60 70 My rubber");
+    EXPECT_EQ(Mel("string $names[] = `qmVellixUtil -q -presetName`; size($names) + $names[9]").AsString(),
+              "10My rubber");
+    Mel("qmVellixUtil -sps 10 \"\"; qmVellixUtil -e -psn 9 \"Chalk\"");
+    EXPECT_EQ(preset.name, "My rubber");
+    EXPECT_EQ(Settings::brushPresets[8].name, "Chalk");
+    for (const char* line : {"-savePreset 0 \"x\"", "-savePreset 11 \"x\"", "-preset 11", "-preset 0",
+                             "-e -presetName 11 \"x\""}) {
+        EXPECT_EQ(Refused(QString("qmVellixUtil ") + line).size(), 1) << line;
+    }
+    // Without a window there is no draw tool, and then nothing is changed.
+    EXPECT_EQ(Refused("qmVellixUtil -preset 1").size(), 1);
+    EXPECT_EQ(Settings::activeTool, ToolType::Eraser);
+    Settings::UseBrush(before.at(2));
+    EXPECT_EQ(Settings::GetBrush().ToText(), before.at(2).ToText().section(' ', 0, 11) + ' ');
+    Settings::brushPresets = before;
+    Mel("qmVellixUtil -e -esp 0 0 50 50; qmVellixUtil -e -psp 0 0 50 50; qmVellixUtil -po 6 100 0;"
+        "qmVellixUtil -eo 40 100 100 0");
+    Settings::activeTool = tool;
 }
 
 TEST_F(UtilCommandTest, OptionsAreClamped) {

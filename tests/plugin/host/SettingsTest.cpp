@@ -2,6 +2,8 @@
 
 #include "faults/DiskFault.h"
 #include "host/SettingsFile.h"
+#include "paint/BrushPreset.h"
+#include "paint/PenPressure.h"
 #include "paint/ToolType.h"
 #include "plugin/PluginTest.h"
 
@@ -131,8 +133,32 @@ TEST_F(SettingsTest, GroupsAndKeysAreWrittenInTheirOrder) {
         "disableGhostingDuringPlayback timeControlRangeMoveEnabled ignore2dPanZoom defaultLayerState "
         "automaticallyAddFirstLayer alwaysDisplayNewLayerDialog insertDefaultStaticFrame "
         "defaultStaticFrameTime timelineFrameDisplay timelineFrameColor "
-        "[line] smoothCurves stabiliser");
+        "[line] smoothCurves stabiliser pencilPressure brushPressure eraserPressure presetKeys preset1 "
+        "preset2 "
+        "preset3 preset4 preset5 preset6 preset7 preset8 preset9 preset10");
     EXPECT_EQ(keys.join(QLatin1Char(' ')).toStdString(), expected.toStdString());
+}
+
+TEST_F(SettingsTest, PressureAndPresetsAreReadBackAndFaultyOnesAreTheFirst) {
+    const QString first = BrushPreset::Defaults().front().ToText();
+    BrushPreset& preset = Settings::brushPresets.front();
+    preset.name = QString::fromUtf8("F\xC3\xBCr \"Tusche\"; = 1");
+    preset.size = 77;
+    const QString changed = preset.ToText();
+    PenPressure pressure;
+    pressure.setsSize = true;
+    pressure.size = {10, 20, 30};
+    Settings::SetPenPressure(ToolType::Brush, pressure);
+    const QByteArray written = Written();
+    Settings::SetPenPressure(ToolType::Brush, PenPressure());
+    preset = BrushPreset::Defaults().front();
+    Settings::ReadUserConfig();
+    EXPECT_EQ(preset.ToText(), changed);
+    EXPECT_EQ(Settings::GetPenPressure(ToolType::Brush), pressure);
+    EXPECT_EQ(Written(), written);
+    Read("line", "preset1=brush 500 1 1\nbrushPressure=1 10 20 30");
+    EXPECT_EQ(preset.ToText(), first);
+    EXPECT_EQ(Settings::GetPenPressure(ToolType::Brush), PenPressure());
 }
 
 TEST_F(SettingsTest, WhatIsWrittenIsReadBack) {

@@ -1,5 +1,7 @@
 #include "host/panels/DialogManager.h"
 #include "plugin/ui/DialogFixture.h"
+#include "ui/PressureField.h"
+#include "ui/PressureStrip.h"
 
 #include <QCheckBox>
 #include <QFontComboBox>
@@ -25,6 +27,22 @@ protected:
         Lines();
     }
     QSpinBox* Number(const char* toolTip) { return Find<QSpinBox>(options_, toolTip); }
+    PressureField* Field(const QString& name) {
+        return options_->findChild<PressureField*>("qmVxToolOptions" + name + "Curve");
+    }
+    /// Drags with the left button, places as parts of the widget from the top left.
+    static void DragIn(QWidget* widget, const QPointF& from, const QPointF& to) {
+        const auto at = [widget](const QPointF& place) {
+            return QPoint(int(widget->width() * place.x()), int(widget->height() * place.y()));
+        };
+        QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, at(from));
+        for (int step = 1; step <= 10; ++step) {
+            QMouseEvent move(QEvent::MouseMove, at(from + (to - from) * step / 10.0), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(widget, &move);
+        }
+        QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, at(to));
+    }
     QSlider* Slider(const char* toolTip) { return Find<QSlider>(options_, toolTip); }
     void Drag(QSlider* slider, double from, double to, int steps) {
         const auto at = [slider](double part) {
@@ -61,10 +79,11 @@ TEST_F(ToolOptionsDialogTest, ShowsTheOptionsThatTheActiveToolHas) {
         QString seen = "size opacity";
         seen += Number("How sharp")->isVisible() ? " hardness" : "";
         seen += options_->findChild<QFontComboBox*>()->isVisible() ? " font" : "";
-        seen += options_->findChild<QCheckBox*>()->isVisible() ? " pressure" : "";
+        seen += options_->findChild<QCheckBox*>("qmVxToolOptionsPressure")->isVisible() ? " pressure" : "";
         seen += options_->findChild<QCheckBox*>("qmVxToolOptionsSmoothCurves")->isVisible() ? " curves" : "";
         EXPECT_EQ(seen.toStdString(), row.seen) << row.flag;
         EXPECT_EQ(Number("Length of a string")->isVisible(), seen.endsWith("curves")) << row.flag;
+        EXPECT_EQ(Field("Opacity")->isVisible(), seen.endsWith("curves")) << row.flag;
         EXPECT_EQ(Number("How large")->maximum(), row.mostSize) << row.flag;
         EXPECT_EQ(Number("How opaque")->minimum(), 1);
         EXPECT_EQ(Number("How sharp")->minimum(), 0);
@@ -90,6 +109,39 @@ TEST_F(ToolOptionsDialogTest, EachChangeIsOneLine) {
     Lines();
     QTest::keyClick(Number("How large"), Qt::Key_Up);
     EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -pencilOptions 7 100 0"));
+}
+
+TEST_F(ToolOptionsDialogTest, PressureIsDrawnAndTried) {
+    Click(options_, "Pressure sets size");
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -brushSizePressure 1 0 50 50"));
+    DragIn(Field("Size"), {0.06, 0.93}, {0.06, 0.70}); // the start
+    DragIn(Field("Size"), {0.5, 0.36}, {0.7, 0.66});   // the middle
+    const std::vector<std::string> lines = Lines();
+    ASSERT_EQ(lines.size(), 2U) << "one line for each drag";
+    const PressureCurve size = Settings::GetPenPressure(ToolType::Brush).size;
+    EXPECT_NEAR(size.least, 26, 4);
+    EXPECT_NEAR(size.middleAt, 72, 4);
+    EXPECT_NEAR(size.middle, 8, 6);
+    QTest::keyClick(Field("Opacity"), Qt::Key_Up);
+    QTest::keyClick(Field("Opacity"), Qt::Key_PageUp);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -brushOpacityPressure 0 50 51",
+                                     "qmVellixUtil -e -brushOpacityPressure 1 50 51"));
+    QTest::mouseDClick(Field("Opacity"), Qt::LeftButton);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -brushOpacityPressure 0 50 50"));
+
+    auto* const strip = options_->findChild<PressureStrip*>();
+    const auto seen = [strip] { return strip->grab().toImage(); };
+    const QImage wave = seen();
+    Run("qmVellixUtil -e -bsp 1 100 50 50");
+    EXPECT_NE(seen(), wave) << "what the pressure does";
+    Lines();
+    const QImage even = seen();
+    DragIn(strip, {0.1, 0.2}, {0.9, 0.3});
+    EXPECT_NE(seen(), even);
+    QTest::mouseDClick(strip, Qt::LeftButton);
+    EXPECT_EQ(seen(), even);
+    EXPECT_THAT(Lines(), IsEmpty()) << "nothing of the scene";
+    Settings::SetPenPressure(ToolType::Brush, PenPressure());
 }
 
 TEST_F(ToolOptionsDialogTest, ANumberThatIsTooLargeIsTheLargest) {
@@ -148,7 +200,7 @@ TEST_F(ToolOptionsDialogTest, FollowsWhatOthersSetWithoutSayingSo) {
     EXPECT_EQ(Number("How large")->value(), 21);
     EXPECT_EQ(Slider("How opaque")->value(), 32);
     EXPECT_EQ(Number("How sharp")->value(), 43);
-    EXPECT_FALSE(options_->findChild<QCheckBox*>()->isChecked());
+    EXPECT_FALSE(options_->findChild<QCheckBox*>("qmVxToolOptionsPressure")->isChecked());
     // Size and opacity that are dragged in a view change the settings, then refresh.
     for (int size = 22; size < 40; ++size) {
         Settings::SetToolSize(ToolType::Brush, size);

@@ -5,6 +5,7 @@
 #include "ui/NumberSlider.h"
 
 #include <QColorDialog>
+#include <QInputDialog>
 #include <QMenu>
 #include <QSlider>
 #include <QSpinBox>
@@ -137,6 +138,48 @@ TEST_F(ToolboxDialogTest, MarksTheToolInUseWhoeverTookIt) {
     Run("qmVellixUtil -draw");
     Settle();
     EXPECT_THAT(OnTools(), ElementsAre("Text"));
+}
+
+TEST_F(ToolboxDialogTest, PresetsAreChosenAndSaved) {
+    Click(toolbox_, "Preset 4: ");
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -preset 4"));
+    EXPECT_THAT(OnTools(), ElementsAre("Pencil"));
+    EXPECT_EQ(Settings::pencilSize, BrushPreset::Defaults().at(3).size);
+    // The number keys, also where a button has the focus; in a number they type.
+    QWidget* const button = FindButton(toolbox_, "Rectangle:");
+    QTest::keyClick(button, Qt::Key_5);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -preset 5"));
+    QTest::keyClick(button, Qt::Key_0, Qt::KeypadModifier);
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -preset 10"));
+    QTest::keyClick(button, Qt::Key_5, Qt::ControlModifier);
+    EXPECT_THAT(Lines(), IsEmpty());
+    auto* const number = Find<QSpinBox>(toolbox_, "Size of");
+    number->setFocus();
+    QTest::keyClick(number, Qt::Key_2);
+    EXPECT_THAT(Lines(), ::testing::Not(Contains("qmVellixUtil -preset 2")));
+
+    Run("qmVellixUtil -brushTool; qmVellixUtil -brushOptions 55 44 33 0");
+    const QImage before = FindButton(toolbox_, "Preset 7: ")->grab().toImage();
+    QTimer::singleShot(300, [] {
+        auto* const dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->setTextValue("Chalk");
+        dialog->accept();
+    });
+    Lines();
+    EXPECT_EQ(InMenu("Save Tool Here...", [this] { RightClick("Preset 7: "); }),
+              QStringList({"Save Tool Here...", "-", "Number Keys in Views"}));
+    EXPECT_TRUE(WaitFor([] { return Settings::brushPresets[6].name == "Chalk"; }));
+    EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -savePreset 7 \"Chalk\""));
+    EXPECT_NE(FindButton(toolbox_, "Preset 7: Chalk")->grab().toImage(), before) << "a picture of the stroke";
+    InMenu("Number Keys in Views", [this] { RightClick("Preset 1: "); });
+    EXPECT_TRUE(Settings::presetKeys);
+    Settings::presetKeys = false;
+    Settings::brushPresets = BrushPreset::Defaults();
+    for (const ToolType tool : {ToolType::Pencil, ToolType::Brush, ToolType::Eraser}) {
+        Settings::SetPenPressure(tool, PenPressure());
+    }
+    Run("qmVellixUtil -eraserOptions 40 100 100 0; qmVellixUtil -pencilOptions 6 100 0");
 }
 
 TEST_F(ToolboxDialogTest, ShowsGhostsAndColorAsTheyAreSet) {
