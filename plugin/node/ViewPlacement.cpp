@@ -165,11 +165,16 @@ double ViewPlacement::Top() const {
 }
 
 QPoint ViewPlacement::ToImage(const QPointF& point) const {
+    const QPointF exact = ToImageExactly(point);
+    return QPoint(Round(exact.x()), Round(exact.y()));
+}
+
+QPointF ViewPlacement::ToImageExactly(const QPointF& point) const {
     if (displaySize_ <= 0.0f) {
-        return QPoint();
+        return QPointF();
     }
     const double scale = static_cast<double>(Settings::FINAL_IMAGE_WIDTH) / displaySize_;
-    return QPoint(Round((point.x() + Left()) * scale), Round((height_ - point.y() + Top()) * scale));
+    return QPointF((point.x() + Left()) * scale, (height_ - point.y() + Top()) * scale);
 }
 
 MPoint ViewPlacement::ToView(const QPointF& pixel) const {

@@ -4,6 +4,7 @@
 #include <maya/MPoint.h>
 
 #include <QPoint>
+#include <QPointF>
 
 namespace vellix {
 
@@ -44,6 +45,8 @@ public:
 
     /// The image pixel under a point of the view (view pixels).
     QPoint ToImage(const QPointF& point) const;
+    /// The same place, not rounded to a pixel.
+    QPointF ToImageExactly(const QPointF& point) const;
     /// The top left corner of an image pixel, as a point of the view.
     MPoint ToView(const QPointF& pixel) const;
 

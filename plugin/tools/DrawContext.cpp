@@ -17,6 +17,8 @@
 #include <maya/MUIDrawManager.h>
 
 #include <QCoreApplication>
+#include <QImage>
+#include <QPointF>
 #include <QTimer>
 #include <qopengl.h>
 
@@ -90,12 +92,18 @@ MStatus DrawContext::doPress(MEvent& event) {
     inputHandler_.UpdateActiveViewEventFilter();
     adjustSize_ = inputHandler_.AdjustSizeEnabled();
     adjustOpacity_ = inputHandler_.AdjustOpacityEnabled() && Settings::activeTool != ToolType::Eraser;
+    isPicking_ = false;
     if (IsAdjusting()) {
         BeginAdjusting(event);
         return MS::kSuccess;
     }
     MStatus status;
     const MEvent::MouseButtonType button = event.mouseButton(&status);
+    isPicking_ = inputHandler_.PickColorEnabled() && status && button == MEvent::kLeftMouse;
+    if (isPicking_) {
+        PickColor(event);
+        return MS::kSuccess;
+    }
     if (status && button == MEvent::kLeftMouse) {
         BeginStroke();
     } else if (status && button == MEvent::kMiddleMouse) {
@@ -105,6 +113,10 @@ MStatus DrawContext::doPress(MEvent& event) {
 }
 
 MStatus DrawContext::doDrag(MEvent& event) {
+    if (isPicking_) {
+        PickColor(event);
+        return MS::kSuccess;
+    }
     if (!node_) {
         return MS::kSuccess;
     }
@@ -130,6 +142,7 @@ MStatus DrawContext::doDrag(MEvent& event) {
 }
 
 MStatus DrawContext::doRelease(MEvent&) {
+    isPicking_ = false;
     if (IsAdjusting()) {
         EndAdjusting();
     } else if (node_ || stroke_) {
@@ -196,6 +209,23 @@ void DrawContext::BeginStroke() {
     view_ = view.widget();
     ThreadManager::GetInstance()->CreateInputThread(view_, node, stroke_);
     guard_.Watch(view_);
+}
+
+/// Makes the colour under the pointer the active one, as the view shows the drawing, with its ghosts. Where
+/// nothing is drawn the colour stays.
+void DrawContext::PickColor(MEvent& event) const {
+    BaseNode* const node = BaseNode::GetMaster();
+    const QImage* const picture = node ? node->GetFinalImage(MayaUtil::GetActive3dViewCameraName()) : nullptr;
+    short x = 0;
+    short y = 0;
+    if (!picture || !event.getPosition(x, y)) {
+        return;
+    }
+    const QPoint place = ViewPlacement::For(M3dView::active3dView()).ToImage(QPointF(x, y));
+    const QColor color = picture->valid(place) ? picture->pixelColor(place) : QColor(0, 0, 0, 0);
+    if (color.alpha() > 0 && color.rgb() != Settings::activeColor.rgb()) {
+        MayaUtil::SetActiveColor(color);
+    }
 }
 
 /// Adds the samples that the main thread has not got yet.

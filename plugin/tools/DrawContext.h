@@ -24,7 +24,8 @@ struct Stroke;
 
 /// The draw tool. A left press in a view begins a stroke on the active layer of the view's camera. The input
 /// thread adds points until the release; a text stroke then takes typed keys. With B or M held, a drag
-/// instead sets the size or the opacity of the current drawing tool. The middle button makes the view's
+/// instead sets the size or the opacity of the current drawing tool; with I held, a press or drag takes the
+/// colour under the pointer. The middle button makes the view's
 /// camera the active one. Every event handler returns success.
 class DrawContext : public MPxContext, private LegacyOutline {
 public:
@@ -81,6 +82,7 @@ private:
     void BeginAdjusting(MEvent& event);
     void EndAdjusting();
     void BeginStroke();
+    void PickColor(MEvent& event) const;
     void EndSampling();
     /// Stops the input thread and commits the stroke being drawn or typed, if there is one.
     void FinishStroke();
@@ -109,6 +111,7 @@ private:
 
     bool adjustSize_ = false;
     bool adjustOpacity_ = false;
+    bool isPicking_ = false; ///< the colour under the pointer, until the release
     ToolType adjustedTool_ = ToolType::Pencil;
     int adjustStart_ = 0;
     short pressX_ = 0;

@@ -1,10 +1,12 @@
 #include "tools/DrawContextInputHandler.h"
 
 #include "host/MayaUtil.h"
+#include "host/PresetKeys.h"
 #include "host/Settings.h"
 #include "node/OpenText.h"
 #include "paint/TabletPressure.h"
 #include "tools/DrawContext.h"
+#include "tools/ThreadManager.h"
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -13,6 +15,15 @@
 #include <QWidget>
 
 namespace vellix {
+
+namespace {
+
+/// The preset that a key chooses in a view; 0 for none.
+int PresetInView(const QKeyEvent& event) {
+    return Settings::presetKeys ? PresetOfKey(event) : 0;
+}
+
+} // namespace
 
 DrawContextInputHandler::DrawContextInputHandler()
     : outsidePress_([this] { EndTextDraw(); }) {}
@@ -24,6 +35,7 @@ DrawContextInputHandler::~DrawContextInputHandler() {
 void DrawContextInputHandler::SetEventFilterEnabled(bool enabled) {
     adjustSize_ = false;
     adjustOpacity_ = false;
+    pickColor_ = false;
     if (timeSlider_) {
         timeSlider_->removeEventFilter(this);
     }
@@ -70,6 +82,7 @@ void DrawContextInputHandler::ForgetHeldKeys() {
     ViewEventFilter::ForgetHeldKeys();
     adjustSize_ = false;
     adjustOpacity_ = false;
+    pickColor_ = false;
 }
 
 bool DrawContextInputHandler::ProcessEvent(QObject* watched, QEvent* event) {
@@ -131,28 +144,38 @@ bool DrawContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
     if (drawContext_) {
         return drawContext_->ProcessKeyDownEvent(event);
     }
-    switch (event->key()) {
+    if (bool* const held = HeldKey(event->key())) {
+        *held = true;
+        return true;
+    }
+    const int preset = PresetInView(*event);
+    if (preset > 0 && !event->isAutoRepeat()) {
+        MayaUtil::ChoosePreset(preset);
+    }
+    return preset > 0;
+}
+
+bool* DrawContextInputHandler::HeldKey(int key) {
+    switch (key) {
     case Qt::Key_B:
-        adjustSize_ = true;
-        return true;
+        return &adjustSize_;
     case Qt::Key_M:
-        adjustOpacity_ = true;
-        return true;
+        return &adjustOpacity_;
+    case Qt::Key_I:
+        return &pickColor_;
     default:
-        return false;
+        return nullptr;
     }
 }
 
 bool DrawContextInputHandler::ProcessKeyUpEvent(QKeyEvent* event) {
     TrackBackslash(*event);
-    if (event->key() != Qt::Key_B && event->key() != Qt::Key_M) {
-        return false;
-    }
+    bool* const held = HeldKey(event->key());
     // Auto-repeat sends release and press events for a key that is still held.
-    if (!event->isAutoRepeat()) {
-        (event->key() == Qt::Key_B ? adjustSize_ : adjustOpacity_) = false;
+    if (held && !event->isAutoRepeat()) {
+        *held = false;
     }
-    return true;
+    return held != nullptr;
 }
 
 bool DrawContextInputHandler::IsTyping() const {
@@ -162,14 +185,16 @@ bool DrawContextInputHandler::IsTyping() const {
 /// Claims the tool's own keys before the host's shortcuts get them.
 bool DrawContextInputHandler::OverrideShortcut(QKeyEvent* event) const {
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    const bool adjusts =
-        modifiers == Qt::NoModifier && (event->key() == Qt::Key_B || event->key() == Qt::Key_M);
+    const int key = event->key();
+    const bool isOurs =
+        (modifiers == Qt::NoModifier && (key == Qt::Key_B || key == Qt::Key_M || key == Qt::Key_I)) ||
+        PresetInView(*event) > 0;
     // Some keyboards type characters with Ctrl and Alt together.
     const Qt::KeyboardModifiers commands =
         modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     const bool types = commands == Qt::NoModifier ||
                        commands == Qt::KeyboardModifiers(Qt::ControlModifier | Qt::AltModifier);
-    if (IsTyping() ? types || DrawContext::EditsText(*event) : adjusts) {
+    if (IsTyping() ? types || DrawContext::EditsText(*event) : isOurs) {
         event->accept();
         return true;
     }
@@ -208,6 +233,18 @@ bool DrawContextInputHandler::ProcessTabletEvent(QTabletEvent* event) {
     if (pressure != 0.0) {
         Settings::tabletPressure = TabletPressure::Curve(pressure, Settings::tabletPressure);
         Settings::tabletEraserEnabled = event->pointerType() == QTabletEvent::Eraser;
+    }
+    ThreadManager& samples = *ThreadManager::GetInstance();
+    switch (event->type()) {
+    case QEvent::TabletPress:
+        samples.SetPenDown(true);
+        break;
+    case QEvent::TabletRelease:
+        samples.SetPenDown(false);
+        samples.OnPenMoved(event->globalPosF(), event->timestamp(), true);
+        break;
+    default:
+        samples.OnPenMoved(event->globalPosF(), event->timestamp(), false);
     }
     return false;
 }

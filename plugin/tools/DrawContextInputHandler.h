@@ -28,6 +28,8 @@ public:
     void SetDrawContext(DrawContext* context);
     bool AdjustSizeEnabled() const { return adjustSize_; }
     bool AdjustOpacityEnabled() const { return adjustOpacity_; }
+    /// Whether a press takes the colour under the pointer.
+    bool PickColorEnabled() const { return pickColor_; }
     /// Resets the pen to what a mouse gives: full pressure, not the eraser end.
     static void ResetTabletSettings();
     /// Ends the text being typed, if there is one.
@@ -89,6 +91,9 @@ protected:
     void ForgetHeldKeys() override;
 
 private:
+    /// The member that is true while the key is held; null for other keys.
+    bool* HeldKey(int key);
+
     using Slot = void (DrawContextInputHandler::*)();
 
     bool ProcessViewEvent(QEvent* event);
@@ -114,6 +119,7 @@ private:
     OutsidePress outsidePress_;
     bool adjustSize_ = false;
     bool adjustOpacity_ = false;
+    bool pickColor_ = false;
 };
 
 } // namespace vellix

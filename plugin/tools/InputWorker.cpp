@@ -14,7 +14,6 @@ namespace vellix {
 
 namespace {
 
-constexpr unsigned long SAMPLE_PERIOD = 8; // milliseconds
 constexpr int NOWHERE = std::numeric_limits<int>::max();
 
 } // namespace
@@ -26,11 +25,23 @@ InputWorker::InputWorker(const QWidget& view, ToolType tool)
     , size_(Settings::GetToolSize(tool))
     , opacity_(static_cast<float>(Settings::GetToolOpacity(tool)) / 100.0f)
     , hardness_(static_cast<float>(Settings::GetToolHardness(tool)) / 100.0f)
-    , pressureEnabled_(Settings::IsTabletPressureEnabled(tool)) {}
+    , pressureEnabled_(Settings::IsTabletPressureEnabled(tool))
+    , pressure_(Settings::GetPenPressure(tool)) {}
 
 QPoint InputWorker::ToView(const QPoint& onScreen) const {
     const QPoint place = onScreen - viewCorner_;
     return QPoint(place.x() + 1, (viewHeight_ - 1) - place.y() + 2);
+}
+
+QPointF InputWorker::ToView(const QPointF& onScreen) const {
+    const QPointF place = onScreen - viewCorner_;
+    return QPointF(place.x() + 1.0, (viewHeight_ - 1) - place.y() + 2.0);
+}
+
+InputWorker::Values InputWorker::ValuesNow() const {
+    const float pressure = Settings::tabletPressure.load();
+    return {pressure_.SizeAt(size_, pressure),
+            opacity_ * (pressureEnabled_ ? pressure_.opacity.At(pressure) : 1.0f), hardness_};
 }
 
 void InputWorker::Run() {
@@ -65,8 +76,8 @@ void InputWorker::UpdatePosition() {
 }
 
 void InputWorker::Send(const QPoint& position) {
-    const float pressure = pressureEnabled_ ? Settings::tabletPressure.load() : 1.0f;
-    Q_EMIT MousePositionChanged(position, size_, opacity_ * pressure, hardness_);
+    const Values values = ValuesNow();
+    Q_EMIT MousePositionChanged(position, values.size, values.opacity, values.hardness);
 }
 
 } // namespace vellix

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "paint/PenPressure.h"
 #include "paint/ToolType.h"
 
 #include <QObject>
 #include <QPoint>
+#include <QPointF>
 
 class QWidget;
 
@@ -16,14 +18,28 @@ class InputWorker : public QObject {
     Q_OBJECT
 
 public:
+    /// Milliseconds.
+    static constexpr unsigned long SAMPLE_PERIOD = 8;
+
+    /// A sample's values; see MousePositionChanged.
+    struct Values {
+        int size;
+        float opacity;
+        float hardness;
+    };
+
     InputWorker(const QWidget& view, ToolType tool);
 
     /// The position that is sent for a place on the screen.
     QPoint ToView(const QPoint& onScreen) const;
+    /// The same for a place between pixels.
+    QPointF ToView(const QPointF& onScreen) const;
+    /// What a sample has at the pen's pressure of now.
+    Values ValuesNow() const;
 
 Q_SIGNALS:
-    /// Position in view pixels from the bottom left, size in image pixels, opacity 0..1 with the pen's
-    /// pressure applied, hardness 0..1.
+    /// Position in view pixels from the bottom left, size in image pixels, opacity 0..1, hardness 0..1. The
+    /// pen's pressure is applied.
     void MousePositionChanged(const QPoint& position, int size, float opacity, float hardness);
 
 public Q_SLOTS:
@@ -40,10 +56,11 @@ private:
     const int viewHeight_;
     bool running_ = false;
     QPoint lastPosition_; ///< the last position sent
-    int size_;
-    float opacity_;
-    float hardness_;
-    bool pressureEnabled_;
+    const int size_;
+    const float opacity_;
+    const float hardness_;
+    const bool pressureEnabled_;
+    const PenPressure pressure_;
 };
 
 } // namespace vellix

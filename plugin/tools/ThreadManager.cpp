@@ -5,6 +5,7 @@
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
+#include "paint/ToolTable.h"
 #include "tools/InputWorker.h"
 #include "tools/LateSamples.h"
 
@@ -23,6 +24,10 @@ namespace vellix {
 namespace {
 
 constexpr unsigned long MAX_WAIT_MS = 250;
+// So many samples of the pointer without one of the pen: the tablet sends none.
+constexpr int MOST_ASIDE = 8;
+// View pixels between the end of a stroke as the pen and as the button tells it.
+constexpr int END_TOLERANCE = 2;
 
 QRect PlaceOnScreen(const QWidget& view) {
     return QRect(view.mapToGlobal(QPoint(0, 0)), view.size());
@@ -62,6 +67,8 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     smoother_.Reset(Settings::lineStyle);
     samples_ = 0;
     isShort_ = false;
+    source_ = Source::Pointer;
+    penTime_ = 0;
     if (!view || !node || !stroke) {
         return;
     }
@@ -73,6 +80,9 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     stroke_ = stroke;
     stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
     stroke->color = Settings::activeColor;
+    if (isPenDown_ && Settings::lineStyle.smoothCurves && KindOf(stroke->tool) == ToolKind::Freehand) {
+        source_ = Source::PenAwaited;
+    }
 
     thread_ = std::make_unique<QThread>();
     worker_ = std::make_unique<InputWorker>(*view, stroke->tool);
@@ -95,11 +105,21 @@ void ThreadManager::TakeRest(const QPoint& release) {
     }
     QList<Sample> rest;
     std::swap(rest, late_);
+    const QPoint end = worker_->ToView(release);
+    if (source_ == Source::Pen) {
+        if (active_ && (last_.position - end).manhattanLength() > END_TOLERANCE) {
+            Sample sample = last_;
+            sample.position = end;
+            sample.exact = end;
+            Take(sample);
+        }
+        return;
+    }
+    TakeAside();
     QList<QPoint> positions;
     for (const Sample& sample : rest) {
         positions.append(sample.position);
     }
-    const QPoint end = worker_->ToView(release);
     const int count = CountBeforeRelease(last_.position, positions, end);
     for (int i = 0; i < count && active_; ++i) {
         Take(rest.at(i));
@@ -107,7 +127,20 @@ void ThreadManager::TakeRest(const QPoint& release) {
     if (active_ && last_.position != end) {
         Sample sample = last_;
         sample.position = end;
+        sample.exact = end;
         Take(sample);
+    }
+}
+
+/// The pen tells nothing: the pointer's samples are the stroke's.
+void ThreadManager::TakeAside() {
+    source_ = Source::Pointer;
+    QList<Sample> aside;
+    std::swap(aside, aside_);
+    for (const Sample& sample : aside) {
+        if (active_) {
+            Take(sample);
+        }
     }
 }
 
@@ -130,6 +163,7 @@ bool ThreadManager::HasFirstSamples() const {
 
 void ThreadManager::FinishLine() {
     if (stroke_ && StrokeIsThere()) {
+        TakeAside();
         smoother_.Finish(*stroke_);
         node_->SetPenString(QString(), QLineF());
     }
@@ -169,12 +203,37 @@ void ThreadManager::DestroyInputThread() {
     view_ = M3dView();
     camera_ = MDagPath();
     late_.clear();
+    aside_.clear();
 }
 
 void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness) {
-    if (active_ && StrokeIsThere()) {
-        Take({position, size, opacity, hardness});
+    if (!active_ || !StrokeIsThere()) {
+        return;
     }
+    const Sample sample = {position, size, opacity, hardness, position};
+    if (isLate_ || source_ == Source::Pointer || !HasFirstSamples()) {
+        Take(sample);
+    } else if (source_ == Source::PenAwaited) {
+        aside_.append(sample);
+        if (aside_.size() >= MOST_ASIDE) {
+            TakeAside();
+        }
+    }
+}
+
+void ThreadManager::OnPenMoved(const QPointF& onScreen, unsigned long time, bool last) {
+    if (!active_ || source_ == Source::Pointer || !StrokeIsThere() || !HasFirstSamples()) {
+        return;
+    }
+    if (!last && source_ == Source::Pen && time != 0 && time < penTime_ + InputWorker::SAMPLE_PERIOD) {
+        return;
+    }
+    source_ = Source::Pen;
+    aside_.clear();
+    penTime_ = time;
+    const InputWorker::Values values = worker_->ValuesNow();
+    const QPointF exact = worker_->ToView(onScreen);
+    Take({exact.toPoint(), values.size, values.opacity, values.hardness, exact});
 }
 
 void ThreadManager::Take(const Sample& sample) {
@@ -204,7 +263,10 @@ void ThreadManager::AddSample(const Sample& sample) {
     point.opacity = sample.opacity;
     point.hardness = sample.hardness;
     point.position = placement_.ToImage(sample.position);
-    const StrokeSmoother::Outcome outcome = smoother_.Receive(*stroke_, point, Settings::textFontFamily);
+    const StrokeSmoother::Outcome outcome = smoother_.Receive(
+        *stroke_, point,
+        source_ == Source::Pen ? placement_.ToImageExactly(sample.exact) : QPointF(point.position),
+        Settings::textFontFamily);
     last_ = sample;
     ++samples_;
     if (smoother_.HasString() && !stroke_->points.isEmpty()) {

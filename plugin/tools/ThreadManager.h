@@ -10,6 +10,7 @@
 #include <QList>
 #include <QObject>
 #include <QPoint>
+#include <QPointF>
 #include <QPointer>
 #include <QRect>
 #include <QTimer>
@@ -49,6 +50,14 @@ public:
     void DestroyInputThread();
     bool IsActive() const { return active_; }
 
+    /// A tablet's pen touches or leaves the tablet. Strokes begun meanwhile that are drawn as curves take the
+    /// pen's own samples.
+    void SetPenDown(bool isDown) { isPenDown_ = isDown; }
+    /// Receives a sample of the pen itself: its place on the screen, which may lie between two pixels, and
+    /// the tablet's time in milliseconds; 0 if unknown. Keeps the sampling period of the pointer, except for
+    /// the `last` one.
+    void OnPenMoved(const QPointF& onScreen, unsigned long time, bool last);
+
 Q_SIGNALS:
     void RunInputWorker();
     void ShutdownInputWorker();
@@ -69,11 +78,20 @@ private:
         int size = 1;
         float opacity = 1.0f;
         float hardness = 1.0f;
+        QPointF exact; ///< the position, between pixels if it is known so exactly
+    };
+
+    /// Where the samples of the stroke come from.
+    enum class Source {
+        Pointer,
+        PenAwaited, ///< the pen, once it has told something; those of the pointer are kept aside
+        Pen,
     };
 
     bool StrokeIsThere() const;
     bool ViewIsAsAtPress() const;
     bool HasFirstSamples() const;
+    void TakeAside();
     bool EndThread();
     void Take(const Sample& sample);
     void AddSample(const Sample& sample);
@@ -95,9 +113,13 @@ private:
     bool active_ = false;
     bool isLate_ = false; ///< samples come after the release, and are kept aside
     QList<Sample> late_;
-    Sample last_;          ///< added to the stroke
-    int samples_ = 0;      ///< of the stroke, so far
-    bool isShort_ = false; ///< of memory, as was reported for this stroke
+    Sample last_;     ///< added to the stroke
+    int samples_ = 0; ///< of the stroke, so far
+    bool isPenDown_ = false;
+    Source source_ = Source::Pointer;
+    QList<Sample> aside_;       ///< of the pointer, while the pen is awaited
+    unsigned long penTime_ = 0; ///< of the pen's last sample, milliseconds
+    bool isShort_ = false;      ///< of memory, as was reported for this stroke
     /// Threads that did not end in time. Each deletes itself and its worker when it finishes.
     std::vector<QPointer<QThread>> lateThreads_;
 };
