@@ -6,6 +6,8 @@
 #include "core/LayerManager.h"
 #include "host/Settings.h"
 #include "paint/DrawUtil.h"
+#include "paint/LineStyle.h"
+#include "paint/StrokeSmoother.h"
 #include "plugin/core/PlainComposer.h"
 
 #include <QApplication>
@@ -142,6 +144,35 @@ private:
     double angle_ = 0;
 };
 
+/// A refresh for each sample of a fast pen in circles, from the sample to the composed image.
+void SampleRefresh(benchmark::State& state, ToolType tool, int size, const LineStyle& style) {
+    Document document(10);
+    LayerManager& manager = document.manager;
+    Stroke* const stroke = manager.GetActiveStroke(CAMERA, true);
+    stroke->tool = tool;
+    stroke->color = QColor(20, 90, 200);
+    StrokeSmoother smoother;
+    smoother.Reset(style);
+    double angle = 0.0;
+    StrokePoint sample;
+    sample.size = size;
+    sample.opacity = 0.8f;
+    for (auto _ : state) {
+        sample.position = QPoint(512 + int(300 * std::cos(angle)), 512 + int(300 * std::sin(angle)));
+        smoother.Receive(*stroke, sample, QString());
+        benchmark::DoNotOptimize(manager.GetFlattenedImage(CAMERA));
+        angle += 16.0 / 300.0;
+    }
+    manager.CancelActiveStroke();
+}
+
+LineStyle CurvesOnAString() {
+    LineStyle style;
+    style.smoothCurves = true;
+    style.stabiliser = 40;
+    return style;
+}
+
 void PlainRebuild(benchmark::State& state) {
     Document document(static_cast<int>(state.range(0)));
     const PlainComposer plain = document.Plain();
@@ -220,6 +251,12 @@ BENCHMARK(Rebuild)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(RebuildFirstLook)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(PlainBrushRefresh)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(BrushRefresh)->Arg(4)->Arg(10)->Arg(40)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Brush100, ToolType::Brush, 100, LineStyle())->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Brush100Styled, ToolType::Brush, 100, CurvesOnAString())
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil12, ToolType::Pencil, 12, LineStyle())->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil12Styled, ToolType::Pencil, 12, CurvesOnAString())
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(Unchanged)->Arg(10)->Arg(40)->Unit(benchmark::kNanosecond);
 
 } // namespace
