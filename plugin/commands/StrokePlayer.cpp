@@ -118,7 +118,9 @@ void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
                                     ? Settings::IsTabletPressureEnabled(recorded.tool)
                                     : isFreehand && recorded.opacityPressure == OpacityPressure::On;
     StrokeSmoother smoother;
-    smoother.Reset(recorded.lineStyle);
+    LineStyle style = recorded.lineStyle;
+    style.sizeVaries = recorded.pressure.setsSize;
+    smoother.Reset(style);
     StrokePoint point;
     point.hardness = recorded.hardness / 100.0f;
     float pressure = 1.0f;

@@ -45,7 +45,7 @@ void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolTy
 }
 
 void BrushGrid::UpdateBrushGrid(int size, float radius, float opacity, ToolType tool) {
-    if (size <= 19) {
+    if (size <= LARGEST_SMALL_BRUSH) {
         UpdateGridWu(0.0f, radius + 1.0f, opacity * 0.4f, tool);
     } else {
         UpdateGridWu(0.0f, radius, opacity, tool);

@@ -19,8 +19,9 @@ namespace vellix {
 /// (A pencil or eraser of size 2 covers the sample's pixel and the pixels left of and above it.)
 class BrushGrid {
 public:
-    static constexpr int SIDE = 102;           ///< columns and rows
-    static constexpr float MAX_RADIUS = 51.5f; ///< fills the grid; larger radii are clamped to this
+    static constexpr int SIDE = 102;               ///< columns and rows
+    static constexpr int LARGEST_SMALL_BRUSH = 19; ///< larger ones are drawn as wide as they are
+    static constexpr float MAX_RADIUS = 51.5f;     ///< fills the grid; larger radii are clamped to this
 
     /// Fills the grid with a disc of `radius` pixels. The pencil's disc has an anti-aliased rim one cell
     /// outside the radius. The brush's falls off from `hardness` (pixels from the centre) to 0 at the radius.

@@ -13,8 +13,6 @@ namespace vellix {
 
 namespace {
 
-constexpr int LARGEST_SMALL_BRUSH = 19;
-
 // Returns whether a stamp at (x, y) can reach the image. A stamp reaches half of the largest size to each
 // side, plus a few pixels for the rounding of its rectangle.
 bool StampReaches(const PixelView& view, int x, int y) {
@@ -147,7 +145,7 @@ void FreehandPainter::HardStamps(const SegmentClip& segment, int size, ToolType 
 }
 
 void FreehandPainter::BrushStamps(const SegmentClip& segment, int size) {
-    const bool small = size <= LARGEST_SMALL_BRUSH;
+    const bool small = size <= BrushGrid::LARGEST_SMALL_BRUSH;
     const float widened = !small ? 0.0f : size <= 2 ? 1.5f : size == 3 ? 1.25f : 1.0f;
     const float radius = 0.5f * float(size) + widened;
     const int half = (size + 1) / 2;

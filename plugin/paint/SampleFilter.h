@@ -8,8 +8,8 @@ namespace vellix {
 
 /// Takes the noise out of the samples of a stroke without cutting its curves short. Each sample moves to the
 /// parabola that fits best through its neighbours (Savitzky and Golay, "Smoothing and Differentiation of
-/// Data", 1964): two on each side, and up to four where the pen is slow. A mean would draw circles too small:
-/// by an eighth, when five samples reach around a quarter of it.
+/// Data", 1964): two on each side, and up to four where the pen is slow or hardly turns. A mean would draw
+/// circles too small: by an eighth, when five samples reach around a quarter of it.
 class SampleFilter {
 public:
     void Reset();
@@ -22,6 +22,7 @@ public:
 
 private:
     int HalfWidth() const;
+    bool IsGentle(int width, double before, double after) const;
 
     std::deque<PenSample> samples_; ///< those that windows may still need
     int next_ = 0;                  ///< the next one to be given, in samples_

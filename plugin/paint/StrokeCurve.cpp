@@ -14,6 +14,7 @@ constexpr double LEAST = 0.2;
 constexpr double MOST = 0.3;
 constexpr double LEAST_PIXELS = 3.0;
 constexpr double MOST_PIXELS = 6.0;
+constexpr double RESIZE_PIXELS = 1.5;   // earlier, where the size changes
 constexpr double WALKED_AT_ONCE = 0.25; // image pixels
 constexpr double MOST_STEPS = 40000.0;  // between two samples
 
@@ -131,6 +132,10 @@ void StrokeCurve::AddSegment(std::size_t from, QList<StrokePoint>& points) {
 
 void StrokeCurve::Visit(const PenSample& place, double walked, QList<StrokePoint>& points) {
     walked_ += walked;
+    if (walked_ >= RESIZE_PIXELS && std::abs(place.size - size_) >= 1.0) {
+        Append(place, points);
+        return;
+    }
     if (walked_ < std::max(LEAST_PIXELS, LEAST * place.size)) {
         return;
     }
@@ -148,7 +153,7 @@ void StrokeCurve::Visit(const PenSample& place, double walked, QList<StrokePoint
 
 void StrokeCurve::Append(const PenSample& place, QList<StrokePoint>& points) {
     StrokePoint point;
-    point.size = static_cast<qint32>(std::lround(place.size));
+    point.size = size_ = static_cast<qint32>(std::lround(place.size));
     point.opacity = static_cast<float>(place.opacity);
     point.hardness = static_cast<float>(place.hardness);
     point.position = place.position.toPoint();

@@ -34,6 +34,7 @@ private:
 
     // The curve is left for the next point at the place that is closest to the centre of a pixel, so that
     // rounding bends thin lines as little as possible.
+    int size_ = 0;          ///< of the last point, image pixels
     double walked_ = 0.0;   ///< since the last point, image pixels
     double distance_ = 2.0; ///< of the best place from the centre of its pixel, image pixels; 2 for no place
     PenSample best_;

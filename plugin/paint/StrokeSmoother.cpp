@@ -1,5 +1,6 @@
 #include "paint/StrokeSmoother.h"
 
+#include "paint/BrushGrid.h"
 #include "paint/FreehandPainter.h"
 #include "paint/ToolTable.h"
 
@@ -55,6 +56,15 @@ void ReceiveShape(Stroke& stroke, const StrokePoint& sample) {
 int PaintedSize(const StrokePoint& point) {
     const int largest = FreehandPainter::MAX_SIZE;
     return qBound(1, point.size, largest);
+}
+
+/// Gives a point whose size varies a size and a place whose stamp lies around the line like those of its
+/// neighbours: the stamps of odd sizes lie aside, and so do those of large brushes (see BrushGrid).
+void Centre(StrokePoint& point, ToolType tool) {
+    point.size = std::max(1, point.size - point.size % 2);
+    if (tool == ToolType::Brush && point.size > BrushGrid::LARGEST_SMALL_BRUSH) {
+        point.position += QPoint(1, 1);
+    }
 }
 
 /// Appends a point. A segment has one size, so a change of the size is spread over several.
@@ -126,8 +136,11 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
     return OutcomeOf(stroke, before);
 }
 
-StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefore) {
+StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefore) const {
     const int points = stroke.points.size();
+    for (int i = pointsBefore; style_.sizeVaries && i < points; ++i) {
+        Centre(stroke.points[i], stroke.tool);
+    }
     Outcome outcome;
     outcome.changed = points > pointsBefore;
     outcome.firstSegment = pointsBefore < 2 && points >= 2;

@@ -46,7 +46,7 @@ private:
     Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample, const QPointF& exact);
     void AddToFilter(const QPointF& position);
     void DrawFiltered(Stroke& stroke);
-    static Outcome OutcomeOf(Stroke& stroke, int pointsBefore);
+    Outcome OutcomeOf(Stroke& stroke, int pointsBefore) const;
     StrokePoint Smoothed(const StrokePoint& sample) const;
 
     /// The last samples, newest first.

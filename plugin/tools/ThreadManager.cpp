@@ -64,7 +64,7 @@ ThreadManager* ThreadManager::GetInstance() {
 
 void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke) {
     DestroyInputThread();
-    smoother_.Reset(Settings::lineStyle);
+    smoother_.Reset();
     samples_ = 0;
     isShort_ = false;
     source_ = Source::Pointer;
@@ -80,6 +80,9 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     stroke_ = stroke;
     stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
     stroke->color = Settings::activeColor;
+    LineStyle style = Settings::lineStyle;
+    style.sizeVaries = Settings::GetPenPressure(stroke->tool).setsSize;
+    smoother_.Reset(style);
     if (isPenDown_ && Settings::lineStyle.smoothCurves && KindOf(stroke->tool) == ToolKind::Freehand) {
         source_ = Source::PenAwaited;
     }

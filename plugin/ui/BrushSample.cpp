@@ -55,6 +55,7 @@ QImage BrushSample::Paint(const QSize& size, const BrushPreset& brush, const QVe
         StrokeSmoother smoother;
         LineStyle curves;
         curves.smoothCurves = true;
+        curves.sizeVaries = brush.pressure.setsSize;
         smoother.Reset(curves);
         for (const Touch& touch : path) {
             StrokePoint point;

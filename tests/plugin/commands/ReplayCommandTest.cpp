@@ -160,7 +160,7 @@ TEST_F(ReplayCommandTest, PressureDoesWhatTheRecordingSays) {
     Mel("qmVellixUtil -e -psp 0 0 50 50");
     EXPECT_EQ(plain, "13 px, 204");
     EXPECT_EQ(drawn(R"("pressureToSize": true,)"), "7 px, 204");
-    EXPECT_EQ(drawn(R"("pressureToSize": true, "sizeCurve": [50, 50, 50],)"), "11 px, 204");
+    EXPECT_EQ(drawn(R"("pressureToSize": true, "sizeCurve": [50, 50, 50],)"), "9 px, 204");
     EXPECT_EQ(drawn(R"("pressureToOpacity": true,)"), "13 px, 102");
     EXPECT_EQ(drawn(R"("pressureToOpacity": true, "opacityCurve": [0, 50, 25],)"), "13 px, 51");
     Settings::pencilTabletEnabled = true;

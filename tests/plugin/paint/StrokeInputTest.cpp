@@ -277,6 +277,41 @@ TEST(LineStyleTest, ASizeThatChangesDoesSoInSmallSteps) {
     }
 }
 
+TEST(LineStyleTest, TheEdgesOfALineWhoseSizeVariesAreEven) {
+    for (const ToolType tool : {ToolType::Pencil, ToolType::Brush}) {
+        for (const bool smoothCurves : {false, true}) {
+            Stroke stroke;
+            stroke.tool = tool;
+            StrokeSmoother smoother;
+            LineStyle style = Style(smoothCurves, 0);
+            style.sizeVaries = true;
+            smoother.Reset(style);
+            for (int i = 0; i <= 60; ++i) {
+                smoother.Receive(stroke, Sample(100 + 12 * i, 500, 4 + i * 36 / 60), QString());
+            }
+            smoother.Finish(stroke);
+            QImage image = EmptyLayer();
+            vellix::DrawUtil::DrawFreehand(image, stroke.points, 0, tool);
+            const auto coverage = [&image](int x, int from, int to) {
+                double sum = 0.0;
+                for (int y = from; y < to; ++y) {
+                    sum += AlphaAt(image, x, y) / 255.0;
+                }
+                return sum;
+            };
+            double largest[2] = {};
+            for (int x = 140; x < 790; ++x) {
+                for (const int side : {0, 1}) { // above and below the middle
+                    const double here = coverage(x, side == 0 ? 440 : 500, side == 0 ? 500 : 560);
+                    largest[side] = std::max(largest[side], here);
+                    EXPECT_GE(here, largest[side] - (tool == ToolType::Pencil ? 0.6 : 1.2))
+                        << int(tool) << smoothCurves << " x " << x << " side " << side;
+                }
+            }
+        }
+    }
+}
+
 TEST(LineStyleTest, CurvesFollowAPenBetweenPixels) {
     // A slow, almost level line: in whole pixels it is a staircase.
     double errors[2] = {};
