@@ -3,7 +3,7 @@
 #include <QLineF>
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
 namespace vellix {
 
@@ -13,11 +13,11 @@ constexpr int MIN_HALF_WIDTH = 2;
 constexpr int MAX_HALF_WIDTH = 4;
 // Image pixels on each side. A wider window lies within so much of the stroke.
 constexpr double SLOW_REACH = 12.0;
-// The same where the stroke is an arc of less than 27 degrees, and no longer than its chords by more than
-// this.
-constexpr double GENTLE_REACH = 60.0;
-constexpr double COSINE_OF_GENTLE = 0.89;
-constexpr double MOST_DETOUR = 1.03;
+// The same where the pen goes on evenly: its shortest step is at least so much of its longest, and the chords
+// to both sides, as long as the longest step allows, point the same way.
+constexpr double GENTLE_REACH = 72.0;
+constexpr double LEAST_EVENNESS = 0.6;
+constexpr double COSINE_OF_GENTLE = 0.55;
 
 // The weight of a sample `offset` samples from the middle of a window, in the value at its middle of the
 // parabola of least squares (Madden, "Comments on the Savitzky-Golay Convolution Method", 1978).
@@ -39,16 +39,21 @@ void SampleFilter::Add(const PenSample& sample) {
     samples_.push_back(sample);
 }
 
-/// Whether the stroke hardly bends within so many neighbours of the next sample, on each side of which it is
-/// `before` and `after` image pixels long.
-bool SampleFilter::IsGentle(int width, double before, double after) const {
-    const QPointF middle = samples_[std::size_t(next_)].position;
-    const QPointF in = middle - samples_[std::size_t(next_ - width)].position;
-    const QPointF out = samples_[std::size_t(next_ + width)].position - middle;
-    const double chordIn = std::hypot(in.x(), in.y());
-    const double chordOut = std::hypot(out.x(), out.y());
-    return before <= MOST_DETOUR * chordIn && after <= MOST_DETOUR * chordOut &&
-           QPointF::dotProduct(in, out) >= COSINE_OF_GENTLE * chordIn * chordOut;
+/// Whether the pen goes on evenly, and hardly turns, within so many neighbours of the next sample.
+bool SampleFilter::IsGentle(int width) const {
+    const auto at = [this](int index) { return samples_[std::size_t(index)].position; };
+    double shortest = std::numeric_limits<double>::max();
+    double longest = 0.0;
+    for (int i = next_ - width; i < next_ + width; ++i) {
+        const double step = QLineF(at(i), at(i + 1)).length();
+        shortest = std::min(shortest, step);
+        longest = std::max(longest, step);
+    }
+    const QLineF in(at(next_ - width), at(next_));
+    const QLineF out(at(next_), at(next_ + width));
+    return shortest >= LEAST_EVENNESS * longest && width * longest <= GENTLE_REACH &&
+           QPointF::dotProduct(in.p2() - in.p1(), out.p2() - out.p1()) >=
+               COSINE_OF_GENTLE * width * width * longest * longest;
 }
 
 /// The neighbours on each side that count for the next sample; -1 while it is not known.
@@ -69,9 +74,7 @@ int SampleFilter::HalfWidth() const {
             const int inner = outer + (side == 0 ? 1 : -1);
             reach[side] += QLineF(samples_[std::size_t(outer)].position, samples_[inner].position).length();
         }
-        const double longest = std::max(reach[0], reach[1]);
-        if (width > MIN_HALF_WIDTH && longest > SLOW_REACH &&
-            !(longest <= GENTLE_REACH && IsGentle(width, reach[0], reach[1]))) {
+        if (width > MIN_HALF_WIDTH && std::max(reach[0], reach[1]) > SLOW_REACH && !IsGentle(width)) {
             return width - 1;
         }
     }

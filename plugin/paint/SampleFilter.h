@@ -22,7 +22,7 @@ public:
 
 private:
     int HalfWidth() const;
-    bool IsGentle(int width, double before, double after) const;
+    bool IsGentle(int width) const;
 
     std::deque<PenSample> samples_; ///< those that windows may still need
     int next_ = 0;                  ///< the next one to be given, in samples_
