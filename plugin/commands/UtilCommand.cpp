@@ -1,5 +1,12 @@
 #include "commands/UtilCommand.h"
 
+#include "core/Frame.h"
+#include "core/Identity.h"
+#include "core/Layer.h"
+#include "core/LayerManager.h"
+#include "core/LightTable.h"
+#include "host/GhostLayers.h"
+#include "host/HeldKeys.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
@@ -7,6 +14,7 @@
 #include "host/ToolOptions.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/Flipping.h"
 #include "paint/BrushPreset.h"
 #include "paint/PenPressure.h"
 #include "paint/ToolTable.h"
@@ -26,6 +34,7 @@
 #include <functional>
 #include <initializer_list>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 namespace vellix {
@@ -74,6 +83,10 @@ MStatus SetResult(std::initializer_list<int> numbers) {
     return MS::kSuccess;
 }
 
+void SetResult(const QString& text) {
+    MPxCommand::setResult(MayaUtil::ToMString(text));
+}
+
 template <typename Number>
 void SetResult(Number number) {
     MPxCommand::setResult(number);
@@ -86,6 +99,33 @@ Step Answer(const Setting& setting) {
         SetResult(setting);
         return MStatus();
     };
+}
+
+/// The master's drawing, with the layer that is active in its active camera and the frame that this shows.
+struct ActiveDrawing {
+    std::shared_ptr<LayerManager> layers; ///< null without a drawing node
+    const Layer* layer = nullptr;
+    const Frame* frame = nullptr;
+
+    ActiveDrawing() {
+        const BaseNode* const node = BaseNode::GetMaster();
+        layers = node ? node->GetLayerManager() : nullptr;
+        layer = layers ? layers->GetActiveLayer(layers->GetActiveCamera()) : nullptr;
+        frame = layer ? layer->GetCurrentFrame() : nullptr;
+    }
+    DrawingId GetId() const { return {layer->GetId(), frame->GetId()}; }
+};
+
+MStatus AnswerMarked(UtilCommand&) {
+    const ActiveDrawing active;
+    SetResult(active.layer != nullptr && active.layers->GetLightTable().IsMarked(active.layer->GetId()));
+    return MS::kSuccess;
+}
+
+MStatus AnswerPinned(UtilCommand&) {
+    const ActiveDrawing active;
+    SetResult(active.frame != nullptr && active.layers->GetLightTable().IsPinned(active.GetId()));
+    return MS::kSuccess;
 }
 
 MStatus ImportTavlo() {
@@ -144,6 +184,7 @@ std::vector<FlagRow<UtilCommand>> UtilCommand::Rows() {
         Flag("-fvm", "-floatingViewportMove", {&U::text_}).Does(&U::MoveToFloatingViewport),
     };
     rows.insert(rows.end(), std::begin(ghostsAndViews), std::end(ghostsAndViews));
+    AddLightTable(rows);
     AddPanels(rows);
     const Flag dialogs[] = {
         Flag("-nl", "-newLayer")
@@ -234,6 +275,44 @@ void UtilCommand::AddLine(std::vector<Flag>& rows) {
         setResult(names);
         return MStatus();
     }));
+}
+
+void UtilCommand::AddLightTable(std::vector<Flag>& rows) {
+    using U = UtilCommand;
+    using Value = Flag::Value;
+    const auto number = Value::Whole(&U::number_);
+    const std::vector<Value> color = {Value::Whole(&U::red_), Value::Whole(&U::green_),
+                                      Value::Whole(&U::blue_)};
+    const Flag flags[] = {
+        Flag("-fl", "-flip", {&U::steps_}).Does(&U::Flip),
+        Flag("-rl", "-roll", {&U::switch_}).Does(&U::Roll),
+        Flag("-fal", "-flipAllLayers", {number})
+            .Does(&U::SetFlipAllLayers)
+            .Answers(Answer(Settings::flipAllLayers)),
+        Flag("-rlc", "-rollCount", {number}).Does(&U::SetRollCount).Answers(Answer(Settings::rollCount)),
+        Flag("-rlr", "-rollRate", {number}).Does(&U::SetRollRate).Answers(Answer(Settings::rollRate)),
+        Flag("-gly", "-ghostLayers", {number})
+            .Does(&U::SetGhostLayers)
+            .Answers(Answer(Settings::ghostLayers)),
+        Flag("-mkl", "-markLayer", {&U::switch_}).Does(&U::MarkLayer).Answers(AnswerMarked),
+        Flag("-pin", "-pinDrawing", {&U::switch_}).Does(&U::PinDrawing).Answers(AnswerPinned),
+        Flag("-upa", "-unpinAll").Does(Call(UnpinAll)),
+        Flag("-pnc", "-pinnedColor", color)
+            .Does(Call(&U::SetGhostColor, std::ref(Settings::pinnedColor)))
+            .Answers(Answer(Settings::pinnedColor)),
+        Flag("-olo", "-otherLayersOpacity", {number})
+            .Does(&U::SetOtherLayersOpacity)
+            .Answers(Answer(Settings::otherLayersOpacity)),
+    };
+    rows.insert(rows.end(), std::begin(flags), std::end(flags));
+    for (const HeldKey& action : HeldKeys::GetAll()) {
+        rows.push_back(Flag(action.shortFlag, action.flag, {&U::text_})
+                           .Does(Call(&U::SetHeldKey, std::cref(action)))
+                           .Answers([&action](UtilCommand&) {
+                               SetResult(action.keys.isEmpty() ? QStringLiteral("none") : action.keys);
+                               return MStatus();
+                           }));
+    }
 }
 
 // In the order of precedence: the layer manager first, the toolbox's refresh before the color palette.
@@ -483,6 +562,91 @@ MStatus UtilCommand::UpdateGhosting() {
     UpdateMainMenu();
     DialogManager::RefreshToolbox();
     return MS::kSuccess;
+}
+
+// --- light table ------------------------------------------------------------------------------------------
+
+MStatus UtilCommand::Flip() const {
+    if (steps_ == 0) {
+        Flipping::End();
+        return MS::kSuccess;
+    }
+    return Result(Flipping::Show(steps_));
+}
+
+MStatus UtilCommand::Roll() const {
+    if (switch_ == 0) {
+        Flipping::End();
+        return MS::kSuccess;
+    }
+    return Result(Flipping::Roll());
+}
+
+MStatus UtilCommand::SetFlipAllLayers() const {
+    Settings::flipAllLayers = number_ != 0;
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetRollCount() const {
+    const int most = Settings::MAX_ROLLED_DRAWINGS;
+    Settings::rollCount = qBound(1, number_, most);
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetRollRate() const {
+    const int most = Settings::MAX_ROLL_RATE;
+    Settings::rollRate = qBound(1, number_, most);
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetGhostLayers() const {
+    if (number_ > static_cast<int>(GhostLayers::Visible)) {
+        Logger::Error(
+            "Invalid choice of ghosted layers: 0 the active one, 1 the marked ones, 2 all visible.");
+        return MS::kFailure;
+    }
+    Settings::ghostLayers = number_;
+    return UpdateGhosting();
+}
+
+MStatus UtilCommand::MarkLayer() const {
+    const ActiveDrawing active;
+    if (!active.layer) {
+        Logger::Error("An active layer does not exist.");
+        return MS::kFailure;
+    }
+    const LayerId layer = active.layer->GetId();
+    const bool isMarked = active.layers->GetLightTable().IsMarked(layer);
+    active.layers->SetLayerMarked(layer, switch_ < 0 ? !isMarked : switch_ > 0);
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::PinDrawing() const {
+    const ActiveDrawing active;
+    if (!active.frame) {
+        Logger::Error("There is no drawing to pin: the active layer shows none now.");
+        return MS::kFailure;
+    }
+    const bool isPinned = active.layers->GetLightTable().IsPinned(active.GetId());
+    active.layers->SetPinned(active.GetId(), switch_ < 0 ? !isPinned : switch_ > 0);
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::UnpinAll() {
+    const ActiveDrawing active;
+    if (active.layers) {
+        active.layers->UnpinAll();
+    }
+    return MS::kSuccess;
+}
+
+MStatus UtilCommand::SetHeldKey(const HeldKey& action) const {
+    return Result(HeldKeys::Set(action, text_ == QLatin1String("none") ? QString() : text_));
+}
+
+MStatus UtilCommand::SetOtherLayersOpacity() const {
+    Settings::otherLayersOpacity = qBound(0, number_, 100);
+    return UpdateGhosting();
 }
 
 // --- timeline and viewports -------------------------------------------------------------------------------

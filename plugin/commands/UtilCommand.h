@@ -15,6 +15,7 @@ class QColor;
 namespace vellix {
 
 enum class ToolType : qint32;
+struct HeldKey;
 struct PanelRow;
 struct PressureCurve;
 struct ToolRow;
@@ -38,6 +39,7 @@ private:
     static std::vector<Flag> Rows();
     static void AddTools(std::vector<Flag>& rows);
     static void AddLine(std::vector<Flag>& rows);
+    static void AddLightTable(std::vector<Flag>& rows);
     static void AddPanels(std::vector<Flag>& rows);
     static MStatus Refuse();
 
@@ -71,6 +73,18 @@ private:
     MStatus SetGhostColorOverride() const;
     static MStatus UpdateGhosting();
 
+    MStatus Flip() const;
+    MStatus Roll() const;
+    MStatus SetFlipAllLayers() const;
+    MStatus SetRollCount() const;
+    MStatus SetRollRate() const;
+    MStatus SetGhostLayers() const;
+    MStatus MarkLayer() const;
+    MStatus PinDrawing() const;
+    static MStatus UnpinAll();
+    MStatus SetOtherLayersOpacity() const;
+    MStatus SetHeldKey(const HeldKey& action) const;
+
     MStatus SetTimelineFrameDisplay() const;
     static MStatus RefreshTimelineDisplay();
     static MStatus CreateFloatingViewport();
@@ -96,7 +110,8 @@ private:
     int least_ = 0;  // the members up to middle_ are a curve of pressure
     int middleAt_ = 0;
     int middle_ = 0;
-    QString text_; // font family, the camera whose layers are moved, or a preset's name
+    int steps_ = 0; // of a flip, in drawings
+    QString text_;  // font family, the camera whose layers are moved, a preset's name, or a key
 };
 
 } // namespace vellix

@@ -1,9 +1,9 @@
 #include "core/Compositor.h"
 
-#include "core/GhostPictures.h"
 #include "core/Layer.h"
 #include "core/StrokePainter.h"
 #include "host/Settings.h"
+#include "paint/Composite.h"
 
 #include <utility>
 
@@ -11,15 +11,13 @@ namespace vellix {
 
 void Compositor::AddCamera(const QString& camera) {
     if (images_.find(camera) == images_.end()) { // else it needs no memory: layers are moved after this
-        images_.emplace(camera, std::make_unique<FlattenedImage>());
+        images_.emplace(camera, std::make_unique<ComposedImage>());
     }
 }
 
 void Compositor::RemoveCamera(const QString& camera) {
     images_.erase(camera);
-    if (ghosts_.camera == camera) {
-        ghosts_ = Ghosts();
-    }
+    ghosts_.RemoveCamera(camera);
 }
 
 void Compositor::RenameCamera(const QString& from, const QString& to) {
@@ -29,16 +27,12 @@ void Compositor::RenameCamera(const QString& from, const QString& to) {
     }
     images_[to].swap(found->second);
     images_.erase(found);
-    if (ghosts_.camera == to) {
-        ghosts_ = Ghosts();
-    } else if (ghosts_.camera == from) {
-        ghosts_.camera = to;
-    }
+    ghosts_.RenameCamera(from, to);
 }
 
 QImage* Compositor::GetImage(const QString& camera) const {
     const auto found = images_.find(camera);
-    return found == images_.end() ? nullptr : &found->second->Image();
+    return found == images_.end() ? nullptr : &found->second->image.Image();
 }
 
 void Compositor::Rebuild(const Scene& scene) {
@@ -46,18 +40,44 @@ void Compositor::Rebuild(const Scene& scene) {
     if (found == images_.end()) {
         return;
     }
-    PictureStack stack = UpdateGhosts(scene);
+    PictureStack stack = ghosts_.Update(scene);
     const std::size_t ghostCount = stack.size();
-    for (Layer* layer : scene.layers) {
-        stack.push_back(FindPicture(*layer, 0));
-    }
+    const PictureStack layers = PicturesOfLayers(scene);
+    stack.insert(stack.end(), layers.begin(), layers.end());
     if (scene.stroke) {
-        RebuildWithStroke(*found->second, scene, stack,
+        RebuildWithStroke(found->second->image, scene, stack,
                           ghostCount + static_cast<std::size_t>(scene.strokeLayer));
     } else {
-        found->second->Update(stack, TileMask());
+        found->second->image.Update(stack, TileMask());
     }
+    found->second->flip = scene.flip;
     cache_.EndRound();
+}
+
+quint64 Compositor::ShownFlip(const QString& camera) const {
+    const auto found = images_.find(camera);
+    return found == images_.end() ? 0 : found->second->flip;
+}
+
+PictureStack Compositor::PicturesOfLayers(const Scene& scene) {
+    const int otherOpacity = composite::OpacityByte(Settings::otherLayersOpacity / 100.0);
+    PictureStack stack;
+    for (int i = 0; i < scene.layers.size(); ++i) {
+        Layer& layer = *scene.layers[i];
+        stack.push_back(scene.flip != 0 ? FindFlipped(layer, scene.flipped[i]) : FindPicture(layer, 0));
+        if (scene.IsDimmed(i)) {
+            stack.back().opacity = otherOpacity;
+        }
+    }
+    return stack;
+}
+
+/// The picture of a frame that is shown in place of the current one, which counts as read.
+Picture Compositor::FindFlipped(Layer& layer, const Frame* frame) {
+    layer.ReadFrame(0);
+    Picture picture = cache_.Find(frame);
+    layer.ReportDamage(frame);
+    return picture;
 }
 
 Picture Compositor::FindPicture(Layer& layer, int offset) {
@@ -65,29 +85,6 @@ Picture Compositor::FindPicture(Layer& layer, int offset) {
     Picture picture = cache_.Find(frame);
     layer.ReportDamage(frame);
     return picture;
-}
-
-/// Returns the active layer's ghosts, rebuilt unless a stroke is growing on the same frame.
-PictureStack Compositor::UpdateGhosts(const Scene& scene) {
-    if (scene.activeLayer < 0 || !scene.ghosting || !(Settings::ghostPrev || Settings::ghostNext)) {
-        if (ghosts_.camera == scene.camera) {
-            ghosts_ = Ghosts();
-        }
-        return PictureStack();
-    }
-    Layer& layer = *scene.layers[scene.activeLayer];
-    const bool same = ghosts_.camera == scene.camera && ghosts_.layer == layer.GetId() &&
-                      ghosts_.frameIndex == layer.GetCurrentFrameIndex();
-    const bool strokeGrows = scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
-    if (!same || !strokeGrows) {
-        ghosts_ = Ghosts(); // which remain if memory is short
-        ghosts_.pictures = GhostPictures(layer.FrameCount(),
-                                         [this, &layer](int offset) { return FindPicture(layer, offset); });
-        ghosts_.camera = scene.camera;
-        ghosts_.layer = layer.GetId();
-        ghosts_.frameIndex = layer.GetCurrentFrameIndex();
-    }
-    return ghosts_.pictures;
 }
 
 /// Merges the layers under the one drawn on, and those over it, only once. A refresh then costs the same

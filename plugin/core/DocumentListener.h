@@ -15,7 +15,8 @@ enum class DocumentChange {
     ActiveCamera = 0x08,
     Frames = 0x10,   ///< frames were added, removed or moved in time
     Pictures = 0x20, ///< pixels of a layer or of the stroke
-    Ghosting = 0x40, ///< the user's ghosting settings
+    Ghosting = 0x40, ///< the user's ghosting settings, marked layers and pinned drawings
+    Flip = 0x80,     ///< a flip begins, shows another drawing or ends; the drawing itself stays
 };
 Q_DECLARE_FLAGS(DocumentChanges, DocumentChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(DocumentChanges)

@@ -3,6 +3,7 @@
 #include "core/Compositor.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
+#include "core/LightTable.h"
 #include "core/StrokePainter.h"
 #include "host/Guarded.h"
 #include "host/Logger.h"
@@ -22,7 +23,8 @@ DocumentListener* g_listener = nullptr;
 
 LayerManager::LayerManager()
     : stroke_(std::make_unique<StrokePainter>())
-    , compositor_(std::make_unique<Compositor>()) {}
+    , compositor_(std::make_unique<Compositor>())
+    , lightTable_(std::make_unique<LightTable>()) {}
 
 LayerManager::~LayerManager() = default;
 
@@ -41,6 +43,11 @@ LayerManager::ChangeScope::~ChangeScope() {
 }
 
 void LayerManager::Changed(DocumentChanges changes) {
+    const DocumentChanges seenOnly = DocumentChange::Ghosting | DocumentChange::Flip;
+    if ((changes & ~seenOnly) && lightTable_->IsFlipped()) {
+        lightTable_->EndFlip(); // what comes next has to be seen
+        changes |= DocumentChange::Flip;
+    }
     changes_ |= changes;
     NotifyListener();
 }
@@ -192,8 +199,8 @@ bool LayerManager::SetActiveLayer(const QString& camera, int index, bool makeCam
         return false;
     }
     const ChangeScope scope(*this);
-    if (Settings::ghostPrev || Settings::ghostNext) {
-        // Ghosts belong to the active layer, so the images of both cameras change.
+    if (Settings::ghostPrev || Settings::ghostNext || Settings::otherLayersOpacity < 100) {
+        // Ghosts belong to the active layer, and the others are dimmed, so the images of both cameras change.
         if (!activeCamera_.isEmpty()) {
             QueueMasterCacheUpdate(activeCamera_);
         }

@@ -25,6 +25,7 @@ namespace vellix {
 class Compositor;
 class Frame;
 class Layer;
+class LightTable;
 class StrokePainter;
 struct Stroke;
 
@@ -216,6 +217,20 @@ public:
     /// lacks. Returns false if it lacks none, or has no room. Throws std::bad_alloc when memory is short.
     bool ReadAhead(const QString& camera, int frame);
 
+    // The light table (see LightTable), which changes what is seen and never the drawing.
+    const LightTable& GetLightTable() const;
+    void SetLayerMarked(LayerId layer, bool marked);
+    void SetPinned(const DrawingId& drawing, bool pinned);
+    void UnpinAll();
+    /// Shows, in place of what the camera shows now, the drawing so many keys on (before, if negative) of its
+    /// active layer, or the picture of all visible layers there; static layers then count no key. Past the
+    /// first and the last key it stays there. Ghosts, pins and the stroke are not seen meanwhile. Lasts until
+    /// EndFlip, or until the drawing, the time or the active layer or camera changes or a stroke begins.
+    /// Returns false if there is no drawing to show.
+    bool Flip(const QString& camera, int steps, bool allLayers);
+    /// Shows the current drawings again.
+    void EndFlip();
+
     /// Refills the layer manager panel; does nothing unless this is the master.
     void UpdateLayerManagerDialog();
 
@@ -237,6 +252,9 @@ private:
     using LayerList = std::vector<std::unique_ptr<Layer>>;
 
     LayerList& MakeRoom(const QString& camera, int count);
+    QList<const Layer*> FindFlippedLayers(const QString& camera, bool allLayers) const;
+    QList<Frame*> FindFlippedFrames(const QString& camera) const;
+    bool FlipIsStale(const QString& camera) const;
 
     const LayerList& FindLayers(const QString& camera) const;
     void Changed(DocumentChanges changes);
@@ -282,6 +300,7 @@ private:
     PressAdditions strokeAdditions_; ///< what the press of the stroke added
     PressAdditions pressAdditions_;  ///< the same before the stroke begins
     std::unique_ptr<Compositor> compositor_;
+    std::unique_ptr<LightTable> lightTable_;
 };
 
 } // namespace vellix

@@ -94,6 +94,7 @@ int LayerManager::GetFrame() const {
 }
 
 void LayerManager::OnPlaybackTimeChanged(int frame, bool keepActive) {
+    EndFlip();
     SetFrame(frame);
     const Layer* kept = keepActive ? GetActiveLayer(activeCamera_) : nullptr;
     for (const auto& entry : layers_) {

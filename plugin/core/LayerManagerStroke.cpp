@@ -4,6 +4,7 @@
 #include "core/FrameComposer.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "core/LightTable.h"
 #include "core/StrokePainter.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
@@ -60,6 +61,7 @@ bool LayerManager::HasActiveStroke() const {
 Stroke* LayerManager::GetActiveStroke(const QString& camera, bool shape) {
     Layer* const layer = stroke_->HasStroke() ? nullptr : GetActiveLayer(camera);
     if (layer && (shape || layer->FrameExists())) {
+        EndFlip(); // the stroke is drawn on the current drawing, which has to be seen
         layer->UpdateCurrentFrameIndex();
         const Frame* const frame = layer->GetCurrentFrame();
         const DrawingId drawing{layer->GetId(), frame ? frame->GetId() : FrameId::None};
@@ -183,13 +185,18 @@ QImage* LayerManager::GetFlattenedImage(const QString& camera) {
     try {
         Compositor::Scene scene;
         scene.camera = camera;
+        scene.lightTable = lightTable_.get();
         scene.layers = GetLayers(camera);
         scene.activeLayer = GetActiveLayerIndex(camera);
         if (scene.activeLayer >= 0) {
             playing_ = MayaUtil::IsPlaying();
             scene.ghosting = !(playing_ && Settings::disableGhostingDuringPlayback);
         }
-        if (StrokeIsShown(drawn) && drawn.camera == camera) {
+        const QList<Frame*> flipped = FindFlippedFrames(camera);
+        if (!flipped.isEmpty()) {
+            scene.flip = lightTable_->GetFlip().number;
+            scene.flipped = flipped;
+        } else if (StrokeIsShown(drawn) && drawn.camera == camera) {
             scene.stroke = stroke_.get();
             scene.strokeLayer = drawn.index;
         }
@@ -224,7 +231,7 @@ bool LayerManager::CacheUpdateRequired(const QString& camera) {
     if (stroke_->HasStroke() && stroke_->GetStroke()->changed) {
         return true;
     }
-    if (cacheUpdateRequired_ || MasterCacheUpdateRequired(camera)) {
+    if (cacheUpdateRequired_ || MasterCacheUpdateRequired(camera) || FlipIsStale(camera)) {
         return true;
     }
     const LayerList& layers = FindLayers(camera);

@@ -15,6 +15,7 @@ namespace vellix {
 
 enum class LayerState : qint32;
 enum class ToolType : qint32;
+struct HeldKey;
 struct PenPressure;
 struct ToolOptions;
 
@@ -129,6 +130,15 @@ public:
     static bool SetGhostColorOverrideEnabled(bool enabled);
     static bool SetGhostColorOverridePrev(const QColor& color);
     static bool SetGhostColorOverrideNext(const QColor& color);
+
+    // The light table.
+    static bool SetGhostLayers(int layers);
+    static bool SetPinnedColor(const QColor& color);
+    static bool SetOtherLayersOpacity(int percent);
+    static bool SetFlipAllLayers(bool all);
+    static bool SetRollCount(int drawings);
+    static bool SetRollRate(int drawingsPerSecond);
+    static bool SetHeldKey(const HeldKey& action, const QString& keys);
 
     // Frames of the active layer.
     static bool InsertFrame();

@@ -1,5 +1,6 @@
 // The command lines: one operation of MayaUtil for each MEL line that the plug-in executes.
 
+#include "host/HeldKeys.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
@@ -388,6 +389,34 @@ bool MayaUtil::SetGhostColorOverridePrev(const QColor& color) {
 
 bool MayaUtil::SetGhostColorOverrideNext(const QColor& color) {
     return UtilColor("-ghostColorNext", color);
+}
+
+bool MayaUtil::SetGhostLayers(int layers) {
+    return UtilValue("-ghostLayers", layers);
+}
+
+bool MayaUtil::SetPinnedColor(const QColor& color) {
+    return UtilColor("-pinnedColor", color);
+}
+
+bool MayaUtil::SetOtherLayersOpacity(int percent) {
+    return UtilValue("-otherLayersOpacity", percent);
+}
+
+bool MayaUtil::SetFlipAllLayers(bool all) {
+    return UtilValue("-flipAllLayers", all);
+}
+
+bool MayaUtil::SetRollCount(int drawings) {
+    return UtilValue("-rollCount", drawings);
+}
+
+bool MayaUtil::SetRollRate(int drawingsPerSecond) {
+    return UtilValue("-rollRate", drawingsPerSecond);
+}
+
+bool MayaUtil::SetHeldKey(const HeldKey& action, const QString& keys) {
+    return UtilLine({QStringLiteral("-e"), QLatin1String(action.flag), Quoted(keys)});
 }
 
 bool MayaUtil::InsertFrame() {

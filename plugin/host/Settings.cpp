@@ -1,5 +1,6 @@
 #include "host/Settings.h"
 
+#include "host/GhostLayers.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
@@ -102,6 +103,8 @@ const int Settings::MAX_RECTANGLE_SIZE = FindTool(ToolType::Rectangle)->maximumS
 const int Settings::MIN_GHOSTED_FRAMES;
 const int Settings::MAX_GHOSTED_FRAMES;
 const int Settings::DEFAULT_GHOSTED_FRAME_COUNT;
+const int Settings::MAX_ROLLED_DRAWINGS;
+const int Settings::MAX_ROLL_RATE;
 const int Settings::DEFAULT_STATIC_FRAME_TIME;
 const int Settings::FINAL_IMAGE_WIDTH;
 
@@ -160,6 +163,16 @@ QColor Settings::timelineFrameColor = Settings::DEFAULT_TIMELINE_FRAME_COLOR;
 LineStyle Settings::lineStyle;
 std::vector<BrushPreset> Settings::brushPresets = BrushPreset::Defaults();
 bool Settings::presetKeys = false;
+
+int Settings::ghostLayers = static_cast<int>(GhostLayers::Active);
+QColor Settings::pinnedColor = QColor(Qt::darkBlue);
+int Settings::otherLayersOpacity = 100;
+bool Settings::flipAllLayers = false;
+int Settings::rollCount = 2;
+int Settings::rollRate = 8;
+QString Settings::flipPreviousKey;
+QString Settings::flipNextKey;
+QString Settings::rollKey;
 
 int& Settings::eraserOpacity = OptionsOf(ToolType::Eraser).opacity;
 int& Settings::brushHardness = OptionsOf(ToolType::Brush).hardness;
@@ -313,10 +326,27 @@ std::vector<Setting> LineSettings() {
     return settings;
 }
 
+std::vector<Setting> LightTableSettings() {
+    constexpr const char* group = "lightTable";
+    const int drawings = Settings::MAX_ROLLED_DRAWINGS;
+    const int rate = Settings::MAX_ROLL_RATE;
+    return {
+        Setting::Choice(group, "ghostLayers", Settings::ghostLayers, static_cast<int>(GhostLayers::Visible)),
+        Setting::Of(group, "pinnedColor", Settings::pinnedColor),
+        Setting::Count(group, "otherLayersOpacity", Settings::otherLayersOpacity, 0, 100),
+        Setting::Of(group, "flipAllLayers", Settings::flipAllLayers),
+        Setting::Count(group, "rollCount", Settings::rollCount, 1, drawings),
+        Setting::Count(group, "rollRate", Settings::rollRate, 1, rate),
+        Setting::Of(group, "flipPreviousKey", Settings::flipPreviousKey),
+        Setting::Of(group, "flipNextKey", Settings::flipNextKey),
+        Setting::Of(group, "rollKey", Settings::rollKey),
+    };
+}
+
 std::vector<Setting> AllSettings() {
     std::vector<Setting> all;
-    for (const auto& group :
-         {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings(), LineSettings()}) {
+    for (const auto& group : {MainSettings(), ToolSettings(), GhostSettings(), PreferenceSettings(),
+                              LineSettings(), LightTableSettings()}) {
         all.insert(all.end(), group.begin(), group.end());
     }
     return all;

@@ -68,6 +68,8 @@ public:
     static const int MIN_GHOSTED_FRAMES = 1;
     static const int MAX_GHOSTED_FRAMES = 9;
     static const int DEFAULT_GHOSTED_FRAME_COUNT = 3;
+    static const int MAX_ROLLED_DRAWINGS = 9;
+    static const int MAX_ROLL_RATE = 30;
     static const int DEFAULT_STATIC_FRAME_TIME = -999;
     static const int FINAL_IMAGE_WIDTH = IMAGE_WIDTH; ///< width and height of every layer image, pixels
 
@@ -133,6 +135,18 @@ public:
     static LineStyle lineStyle;                   ///< of the pencil, brush and eraser
     static std::vector<BrushPreset> brushPresets; ///< always BrushPreset::COUNT
     static bool presetKeys;                       ///< the number keys choose presets in views, too
+
+    // Group "lightTable".
+    static int ghostLayers; ///< a GhostLayers
+    static QColor pinnedColor;
+    static int otherLayersOpacity; ///< 0..100; 100: as drawn
+    static bool flipAllLayers;
+    static int rollCount; ///< drawings on each side of the current one
+    static int rollRate;  ///< drawings a second
+    // Keys that are held, as QKeySequence::PortableText; empty for none.
+    static QString flipPreviousKey;
+    static QString flipNextKey;
+    static QString rollKey;
 
     // Never persisted.
     static int& eraserOpacity;

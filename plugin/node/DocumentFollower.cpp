@@ -5,6 +5,8 @@
 #include "node/BaseNode.h"
 #include "node/IdleWork.h"
 
+#include <maya/M3dView.h>
+
 namespace vellix {
 
 namespace {
@@ -24,6 +26,15 @@ void RefreshViews(const LayerManager& document) {
         if (node->GetLayerManager().get() == &document) {
             node->QueueRefresh();
         }
+    }
+}
+
+/// Without a node that gets dirty: a flip changes nothing in the scene.
+void RedrawViews() {
+    MStatus status;
+    M3dView view = M3dView::active3dView(&status);
+    if (status) {
+        view.refresh(true);
     }
 }
 
@@ -51,6 +62,8 @@ void DocumentFollower::OnDocumentChanged(LayerManager& document, DocumentChanges
     if (changes & VIEW_CHANGES) {
         RefreshViews(document);
         IdleWork::Schedule();
+    } else if (changes & DocumentChange::Flip) {
+        RedrawViews();
     }
 }
 

@@ -9,6 +9,7 @@
 #include "node/BaseNode.h"
 #include "node/CamerasRead.h"
 #include "node/DocumentFollower.h"
+#include "node/Flipping.h"
 #include "node/IdleWork.h"
 #include "node/MasterNode.h"
 
@@ -119,6 +120,7 @@ void FollowReferencedCameras() {
 }
 
 void OnSceneOpened(void*) {
+    Flipping::End();
     MasterNode::OnSceneRead({});
     FollowReferencedCameras();
     BaseNode::UpdatePlaybackTime();
@@ -210,7 +212,12 @@ void OnCameraAdded(MObject& object, void*) {
 void OnApplicationExit(void*) {
     g_isEnding = true;
     IdleWork::Stop();
+    Flipping::Stop();
     BaseNode::Shutdown();
+}
+
+void OnToolChanged(void*) {
+    Flipping::End();
 }
 
 void OnUndoRedo(void*) {
@@ -295,6 +302,7 @@ MStatus AddCallbacks() {
         {"SceneOpened", Safe<OnSceneOpened>},
         {"SceneSaved", Safe<OnSceneSaved>},
         {"SceneImported", Safe<OnSceneImported>},
+        {"ToolChanged", Safe<OnToolChanged>},
         {"quitApplication", Safe<OnApplicationExit>},
         {"Undo", Safe<OnUndoRedo>},
         {"Redo", Safe<OnUndoRedo>},
@@ -322,6 +330,7 @@ MStatus AddCallbacks() {
 
 MStatus RemoveCallbacks() {
     IdleWork::Stop();
+    Flipping::Stop();
     g_followUp.reset();
     g_imported.clear();
     MStatus status = MMessage::removeCallbacks(g_callbacks);

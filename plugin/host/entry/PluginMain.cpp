@@ -1,6 +1,7 @@
 #include "host/entry/PluginMain.h"
 
 #include "host/Guarded.h"
+#include "host/HeldKeys.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/entry/Callbacks.h"
@@ -79,6 +80,7 @@ MStatus Load(MFnPlugin& plugin) {
         AddScriptJobs();
         if (Settings::guiEnabled) {
             DialogManager::ReopenPanels();
+            HeldKeys::Bind();
         }
     }
     return status;
@@ -123,6 +125,9 @@ MStatus initializePlugin(MObject obj) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the host looks for this signature
 MStatus uninitializePlugin(MObject obj) {
     return Guarded("Unloading the plug-in", [&] {
+        if (Settings::guiEnabled) {
+            HeldKeys::Unbind();
+        }
         if (Settings::guiEnabled && !MayaUtil::DeleteMainMenu()) {
             MGlobal::displayError("Failed to delete main menu");
         }

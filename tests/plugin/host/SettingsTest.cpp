@@ -135,7 +135,10 @@ TEST_F(SettingsTest, GroupsAndKeysAreWrittenInTheirOrder) {
         "defaultStaticFrameTime timelineFrameDisplay timelineFrameColor "
         "[line] smoothCurves stabiliser pencilPressure brushPressure eraserPressure presetKeys preset1 "
         "preset2 "
-        "preset3 preset4 preset5 preset6 preset7 preset8 preset9 preset10");
+        "preset3 preset4 preset5 preset6 preset7 preset8 preset9 preset10 "
+        "[lightTable] ghostLayers pinnedColor otherLayersOpacity flipAllLayers rollCount rollRate "
+        "flipPreviousKey "
+        "flipNextKey rollKey");
     EXPECT_EQ(keys.join(QLatin1Char(' ')).toStdString(), expected.toStdString());
 }
 

@@ -1,0 +1,152 @@
+#include "core/SceneGhosts.h"
+
+#include "core/ComposedScene.h"
+#include "core/Frame.h"
+#include "core/GhostPictures.h"
+#include "core/Layer.h"
+#include "core/LightTable.h"
+#include "core/PictureCache.h"
+#include "core/StrokePainter.h"
+#include "host/GhostLayers.h"
+#include "host/Settings.h"
+#include "paint/Composite.h"
+#include "paint/Stroke.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+namespace vellix {
+namespace {
+
+/// Each may take 8 MB where its drawings are dense.
+constexpr std::size_t MAX_MERGED_LAYERS = 24;
+
+bool HasGhosts(const ComposedScene& scene, const Layer& layer) {
+    return Settings::ghostLayers == static_cast<int>(GhostLayers::Visible) ||
+           (scene.lightTable != nullptr && scene.lightTable->IsMarked(layer.GetId()));
+}
+
+bool HasGrowingStroke(const ComposedScene& scene) {
+    return scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
+}
+
+} // namespace
+
+PictureStack SceneGhosts::Update(const ComposedScene& scene) {
+    PictureStack stack;
+    if (scene.activeLayer < 0 || !scene.ghosting || scene.flip != 0) {
+        RemoveCamera(scene.camera);
+        return stack;
+    }
+    AppendGhosts(scene, stack);
+    AppendPins(scene, stack);
+    return stack;
+}
+
+void SceneGhosts::RemoveCamera(const QString& camera) {
+    if (active_.camera == camera) {
+        active_ = ActiveGhosts();
+    }
+}
+
+void SceneGhosts::RenameCamera(const QString& from, const QString& to) {
+    if (active_.camera == to) {
+        active_ = ActiveGhosts();
+    } else if (active_.camera == from) {
+        active_.camera = to;
+    }
+}
+
+void SceneGhosts::AppendGhosts(const ComposedScene& scene, PictureStack& stack) {
+    const bool isOn = Settings::ghostPrev || Settings::ghostNext;
+    const bool areSeveral = isOn && Settings::ghostLayers != static_cast<int>(GhostLayers::Active);
+    if (!areSeveral) {
+        layers_.clear();
+    }
+    if (!isOn || areSeveral) {
+        RemoveCamera(scene.camera);
+    }
+    if (areSeveral) {
+        AppendSeveral(scene, stack);
+    } else if (isOn) {
+        AppendActive(scene, stack);
+    }
+}
+
+/// The active layer's ghosts, rebuilt unless a stroke is growing on the same frame.
+void SceneGhosts::AppendActive(const ComposedScene& scene, PictureStack& stack) {
+    Layer& layer = *scene.layers[scene.activeLayer];
+    const bool same = active_.camera == scene.camera && active_.layer == layer.GetId() &&
+                      active_.frameIndex == layer.GetCurrentFrameIndex();
+    if (!same || !HasGrowingStroke(scene)) {
+        active_ = ActiveGhosts(); // which remain if memory is short
+        active_.pictures = GhostsOf(layer, scene.lightTable);
+        active_.camera = scene.camera;
+        active_.layer = layer.GetId();
+        active_.frameIndex = layer.GetCurrentFrameIndex();
+    }
+    stack.insert(stack.end(), active_.pictures.begin(), active_.pictures.end());
+}
+
+/// The ghosts of each layer lie over those of the layers below it.
+void SceneGhosts::AppendSeveral(const ComposedScene& scene, PictureStack& stack) {
+    for (auto& entry : layers_) {
+        entry.second.isUsed = entry.second.camera != scene.camera;
+    }
+    for (Layer* layer : scene.layers) {
+        if (!HasGhosts(scene, *layer)) {
+            continue;
+        }
+        const PictureStack ghosts = GhostsOf(*layer, scene.lightTable);
+        if (layers_.count(layer->GetId()) == 0 && layers_.size() >= MAX_MERGED_LAYERS) {
+            stack.insert(stack.end(), ghosts.begin(), ghosts.end());
+            continue;
+        }
+        LayerGhosts& kept = layers_[layer->GetId()];
+        kept.camera = scene.camera;
+        kept.isUsed = true;
+        kept.merged.Update(ghosts);
+        stack.push_back(kept.merged.AsPicture());
+    }
+    for (auto entry = layers_.begin(); entry != layers_.end();) {
+        entry = entry->second.isUsed ? std::next(entry) : layers_.erase(entry);
+    }
+}
+
+/// A drawing that is shown, or whose layer is hidden, is not shown as a pin.
+void SceneGhosts::AppendPins(const ComposedScene& scene, PictureStack& stack) {
+    if (!scene.lightTable) {
+        return;
+    }
+    for (const DrawingId& pin : scene.lightTable->GetPins()) {
+        const auto found = std::find_if(scene.layers.begin(), scene.layers.end(),
+                                        [&pin](const Layer* layer) { return layer->GetId() == pin.layer; });
+        const Layer* const layer = found == scene.layers.end() ? nullptr : *found;
+        const Frame* const frame = layer && layer->IsVisible() ? layer->FindFrame(pin.frame) : nullptr;
+        if (!frame || frame == layer->GetCurrentFrame()) {
+            continue;
+        }
+        Picture picture = cache_.Find(frame);
+        layer->ReportDamage(frame);
+        picture.opacity = composite::OpacityByte(NEAREST_GHOST_OPACITY);
+        picture.tinted = true;
+        picture.tint = Settings::pinnedColor;
+        stack.push_back(picture);
+    }
+}
+
+/// The layer's ghosts, without the drawings that are pinned.
+PictureStack SceneGhosts::GhostsOf(Layer& layer, const LightTable* lightTable) {
+    return GhostPictures(layer.FrameCount(), [&](int offset) {
+        const Frame* const frame = layer.ReadFrame(offset);
+        if (frame && lightTable && lightTable->IsPinned({layer.GetId(), frame->GetId()})) {
+            return Picture();
+        }
+        Picture picture = cache_.Find(frame);
+        layer.ReportDamage(frame);
+        return picture;
+    });
+}
+
+} // namespace vellix

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/Identity.h"
+#include "core/MergedPictures.h"
+#include "paint/Picture.h"
+
+#include <QString>
+
+#include <map>
+
+namespace vellix {
+
+class Layer;
+class LightTable;
+class PictureCache;
+struct ComposedScene;
+
+/// Builds what lies under the layers of a camera's image: the ghosts of the active layer or of several, as
+/// the user's settings ask, and over them the pinned drawings.
+class SceneGhosts {
+public:
+    /// Borrows the cache of the drawings.
+    explicit SceneGhosts(PictureCache& cache)
+        : cache_(cache) {}
+
+    /// The pictures, bottom first. They are valid until the next call.
+    PictureStack Update(const ComposedScene& scene);
+    void RemoveCamera(const QString& camera);
+    void RenameCamera(const QString& from, const QString& to);
+
+private:
+    /// The active layer's ghosts of the last rebuild. They stay as they are while a stroke is being drawn.
+    struct ActiveGhosts {
+        QString camera;
+        LayerId layer = LayerId::None; ///< None: no ghosts
+        int frameIndex = -1;
+        PictureStack pictures;
+    };
+    /// The ghosts of one of several layers, merged: a change of one layer then leaves the others alone.
+    struct LayerGhosts {
+        QString camera;
+        bool isUsed = false; ///< by the rebuild that runs
+        MergedPictures merged;
+    };
+
+    void AppendGhosts(const ComposedScene& scene, PictureStack& stack);
+    void AppendActive(const ComposedScene& scene, PictureStack& stack);
+    void AppendSeveral(const ComposedScene& scene, PictureStack& stack);
+    void AppendPins(const ComposedScene& scene, PictureStack& stack);
+    PictureStack GhostsOf(Layer& layer, const LightTable* lightTable);
+
+    PictureCache& cache_;
+    ActiveGhosts active_;
+    std::map<LayerId, LayerGhosts> layers_;
+};
+
+} // namespace vellix

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+namespace vellix {
+
+class LayerManager;
+
+/// Shows other drawings of the master's active camera while a key is held, and the current ones again when it
+/// is released. Nothing in the scene changes, not even the time. Also ends when the program or a window loses
+/// the focus, on a press of a button or a pen, when the time or the drawing changes, and when a stroke begins
+/// (see LayerManager::Flip). Main thread only.
+class Flipping : public QObject {
+public:
+    ~Flipping() override;
+
+    /// Shows the drawing so many keys on (before, if negative), until End. Returns false, and logs why, if
+    /// there is none or something is just being drawn or played.
+    static bool Show(int steps);
+    /// Goes back and forth over the drawings around the current one, as many and as fast as the settings say,
+    /// until End. Begins with the previous one. Refuses as Show does.
+    static bool Roll();
+    /// Shows the current drawings again. Does nothing if they are shown.
+    static void End();
+    /// Ends, before the plug-in is unloaded.
+    static void Stop();
+
+private:
+    Flipping();
+
+    static Flipping* Begin();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool Flip(int steps);
+    void OnTimer();
+    bool RollOn();
+
+    std::weak_ptr<LayerManager> layers_; ///< the drawing that is flipped; none between flips
+    QTimer timer_;                       ///< runs while rolling
+    int steps_ = 0;
+    int direction_ = -1;
+};
+
+} // namespace vellix
