@@ -13,6 +13,7 @@ void RegisterWindowCommands(mel::CommandRegistry& commands, ControlRegistry* con
     RegisterPanelCommands(table, panels);
     RegisterCommandPortCommand(table);
     RegisterGrabCommands(table);
+    RegisterHotkeyCommands(table);
     RegisterThemeCommand(table);
 }
 

@@ -17,6 +17,7 @@ void RegisterWindowCommands(mel::CommandRegistry& commands, ControlRegistry* con
 
 // The shell's own groups of commands, one per file.
 void RegisterCommandPortCommand(WindowCommandTable& table);
+void RegisterHotkeyCommands(WindowCommandTable& table);
 void RegisterGrabCommands(WindowCommandTable& table);
 void RegisterThemeCommand(WindowCommandTable& table);
 
