@@ -1,5 +1,6 @@
 #include "ui/GhostingDialog.h"
 
+#include "host/HeldKeys.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "ui/DialogParts.h"
@@ -7,11 +8,19 @@
 
 #include <QCheckBox>
 #include <QColor>
+#include <QComboBox>
+#include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QKeySequenceEdit>
 #include <QLabel>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
+
+#include <cstddef>
 
 namespace vellix {
 
@@ -56,6 +65,51 @@ QGridLayout* CreateRow(QWidget* previous, QWidget* next, int width) {
     return row;
 }
 
+QSpinBox* CreateNumber(int least, int most, int value, const QString& suffix, const QString& toolTip) {
+    auto* box = new QSpinBox;
+    box->setRange(least, most);
+    box->setValue(value);
+    box->setSuffix(suffix);
+    box->setAlignment(Qt::AlignRight);
+    box->setToolTip(toolTip);
+    return box;
+}
+
+/// Takes one key with its modifiers, since a key is held and no sequence typed.
+QKeySequenceEdit* CreateKey(const HeldKey& action) {
+    auto* edit = new QKeySequenceEdit(QKeySequence::fromString(action.keys, QKeySequence::PortableText));
+    edit->setObjectName(QStringLiteral("qmVxGhosting") + QLatin1String(action.flag + 1));
+    edit->setToolTip(QLatin1String(action.label));
+    QObject::connect(edit, &QKeySequenceEdit::keySequenceChanged, edit, [edit](const QKeySequence& keys) {
+        if (keys.count() > 1) {
+            edit->setKeySequence(QKeySequence(keys[keys.count() - 1]));
+        }
+    });
+    return edit;
+}
+
+QWidget* WithClearButton(QKeySequenceEdit* edit) {
+    auto* field = new QWidget;
+    auto* row = new QHBoxLayout(field);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(GHOSTING_MARGIN);
+    auto* clear = new QPushButton(QStringLiteral("None"));
+    clear->setAutoDefault(false);
+    clear->setToolTip(QStringLiteral("No key: ") + edit->toolTip());
+    QObject::connect(clear, &QPushButton::clicked, edit, &QKeySequenceEdit::clear);
+    row->addWidget(edit, 1);
+    row->addWidget(clear);
+    return field;
+}
+
+QFormLayout* CreateForm(QWidget* group) {
+    auto* form = new QFormLayout(group);
+    form->setHorizontalSpacing(GHOSTING_MARGIN);
+    form->setVerticalSpacing(GHOSTING_MARGIN);
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    return form;
+}
+
 /// The control's colour, or the current setting when the host has no control.
 QColor ColorOf(const HostColorField& field, const QColor& setting) {
     const QColor color = field.GetColor();
@@ -74,7 +128,17 @@ GhostingDialog::GhostingDialog(QWidget* parent)
                                  Settings::ghostColorOverridePrev,
                                  QStringLiteral("Color of the earlier drawings")))
     , nextColor_(CreateColor(QStringLiteral("qmGhostNextOverrideColorBtn"), Settings::ghostColorOverrideNext,
-                             QStringLiteral("Color of the later drawings"))) {
+                             QStringLiteral("Color of the later drawings")))
+    , ghostLayers_(new QComboBox)
+    , otherLayers_(CreateNumber(0, 100, Settings::otherLayersOpacity, QStringLiteral(" %"),
+                                QStringLiteral("How strongly the layers that are not active are shown")))
+    , pinnedColor_(CreateColor(QStringLiteral("qmPinnedColorBtn"), Settings::pinnedColor,
+                               QStringLiteral("Color of the pinned drawings")))
+    , flipAll_(new QCheckBox(QStringLiteral("Flip All Layers")))
+    , rollCount_(CreateNumber(1, int(Settings::MAX_ROLLED_DRAWINGS), Settings::rollCount, QString(),
+                              QStringLiteral("Drawings rolled on each side of the current one")))
+    , rollRate_(CreateNumber(1, int(Settings::MAX_ROLL_RATE), Settings::rollRate, QString(),
+                             QStringLiteral("Drawings rolled in a second"))) {
     setObjectName(QStringLiteral("qmVxGhosting"));
     setWindowTitle(QStringLiteral("Ghosting Settings"));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
@@ -89,6 +153,8 @@ GhostingDialog::GhostingDialog(QWidget* parent)
     column->addSpacerItem(new QSpacerItem(GHOSTING_LEAST_WIDTH - 2 * GHOSTING_MARGIN, 0));
     column->addWidget(CreateFramesGroup());
     column->addWidget(CreateColorGroup());
+    column->addWidget(CreateLightTableGroup());
+    column->addWidget(CreateFlipGroup());
     column->addStretch();
     column->addLayout(CreateDialogButtons(*this, [this] { Apply(); }));
     previousCount_->setFocus();
@@ -109,13 +175,83 @@ QWidget* GhostingDialog::CreateColorGroup() {
     return group;
 }
 
+QWidget* GhostingDialog::CreateLightTableGroup() {
+    auto* group = new QGroupBox(QStringLiteral("Light Table"));
+    QFormLayout* const form = CreateForm(group);
+    // In the order of GhostLayers.
+    ghostLayers_->addItems({QStringLiteral("Active Layer"), QStringLiteral("Marked Layers"),
+                            QStringLiteral("All Visible Layers")});
+    ghostLayers_->setCurrentIndex(Settings::ghostLayers);
+    ghostLayers_->setToolTip(QStringLiteral("Layers whose earlier and later drawings are shown"));
+    form->addRow(QStringLiteral("Ghosts of:"), ghostLayers_);
+    form->addRow(QStringLiteral("Other layers:"), otherLayers_);
+    form->addRow(QStringLiteral("Pinned drawings:"), pinnedColor_);
+    return group;
+}
+
+QWidget* GhostingDialog::CreateFlipGroup() {
+    auto* group = new QGroupBox(QStringLiteral("Flip and Roll"));
+    QFormLayout* const form = CreateForm(group);
+    const char* const labels[] = {"Previous key:", "Next key:", "Roll key:"};
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        keys_[i] = CreateKey(HeldKeys::GetAll()[i]);
+        form->addRow(QLatin1String(labels[i]), WithClearButton(keys_[i]));
+    }
+    auto* roll = new QHBoxLayout;
+    roll->setSpacing(GHOSTING_MARGIN);
+    roll->addWidget(rollCount_);
+    roll->addWidget(new QLabel(QStringLiteral("on each side,")));
+    roll->addWidget(rollRate_);
+    roll->addWidget(new QLabel(QStringLiteral("a second")));
+    roll->addStretch();
+    form->addRow(QStringLiteral("Roll:"), roll);
+    flipAll_->setChecked(Settings::flipAllLayers);
+    flipAll_->setToolTip(QStringLiteral("Show all layers as they are at the other drawing"));
+    form->addRow(QString(), flipAll_);
+    return group;
+}
+
 void GhostingDialog::Apply() {
     MayaUtil::SetGhostPreviousCount(previousCount_->value());
     MayaUtil::SetGhostNextCount(nextCount_->value());
     MayaUtil::SetGhostColorOverrideEnabled(colorOverride_->isChecked());
     MayaUtil::SetGhostColorOverridePrev(ColorOf(*previousColor_, Settings::ghostColorOverridePrev));
     MayaUtil::SetGhostColorOverrideNext(ColorOf(*nextColor_, Settings::ghostColorOverrideNext));
+    ApplyLightTable();
+    ApplyFlip();
     accept();
+}
+
+void GhostingDialog::ApplyLightTable() const {
+    if (ghostLayers_->currentIndex() != Settings::ghostLayers) {
+        MayaUtil::SetGhostLayers(ghostLayers_->currentIndex());
+    }
+    if (otherLayers_->value() != Settings::otherLayersOpacity) {
+        MayaUtil::SetOtherLayersOpacity(otherLayers_->value());
+    }
+    const QColor pinned = ColorOf(*pinnedColor_, Settings::pinnedColor);
+    if (pinned.rgb() != Settings::pinnedColor.rgb()) {
+        MayaUtil::SetPinnedColor(pinned);
+    }
+}
+
+void GhostingDialog::ApplyFlip() const {
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        const HeldKey& action = HeldKeys::GetAll()[i];
+        const QString keys = keys_[i]->keySequence().toString(QKeySequence::PortableText);
+        if (keys != action.keys) {
+            MayaUtil::SetHeldKey(action, keys);
+        }
+    }
+    if (rollCount_->value() != Settings::rollCount) {
+        MayaUtil::SetRollCount(rollCount_->value());
+    }
+    if (rollRate_->value() != Settings::rollRate) {
+        MayaUtil::SetRollRate(rollRate_->value());
+    }
+    if (flipAll_->isChecked() != Settings::flipAllLayers) {
+        MayaUtil::SetFlipAllLayers(flipAll_->isChecked());
+    }
 }
 
 } // namespace vellix

@@ -1,6 +1,8 @@
 #include "plugin/ui/DialogFixture.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QKeySequenceEdit>
 #include <QSpinBox>
 
 #include <gmock/gmock.h>
@@ -9,6 +11,7 @@ namespace vellix {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -56,6 +59,40 @@ TEST_F(GhostingDialogTest, OkIssuesTheFiveSettingsInTheirOrder) {
                             "qmVellixUtil -e -ghostColorPrevious 255 128 0",
                             "qmVellixUtil -e -ghostColorNext 0 51 255"));
     EXPECT_EQ(Settings::ghostColorOverrideNext, QColor(0, 51, 255));
+}
+
+TEST_F(GhostingDialogTest, OfTheLightTableOnlyWhatChangedIsSet) {
+    QWidget* dialog = OpenDialog();
+    Find<QComboBox>(dialog, "Layers whose")->setCurrentText("All Visible Layers");
+    Find<QSpinBox>(dialog, "How strongly")->setValue(40);
+    SetColor("qmPinnedColorBtn", "0 0.2 1");
+    auto* const next = Find<QKeySequenceEdit>(dialog, "Show the next");
+    next->setFocus();
+    for (const Qt::Key key : {Qt::Key_F6, Qt::Key_F7}) { // the last one counts
+        QTest::keyClick(next, key, Qt::ControlModifier);
+    }
+    Find<QSpinBox>(dialog, "Drawings rolled in")->setValue(12);
+    Click(dialog, "Flip All Layers");
+    Click(dialog, "OK");
+    std::vector<std::string> lines = Lines();
+    lines.erase(lines.begin(), lines.begin() + 5);
+    EXPECT_THAT(lines, ElementsAre("qmVellixUtil -e -ghostLayers 2", "qmVellixUtil -e -otherLayersOpacity 40",
+                                   "qmVellixUtil -e -pinnedColor 0 51 255",
+                                   "qmVellixUtil -e -flipNextKey \"Ctrl+F7\"", "qmVellixUtil -e -rollRate 12",
+                                   "qmVellixUtil -e -flipAllLayers 1"));
+    EXPECT_EQ(Ask("hotkey -q -k \"F7\" -ctl -name"), "qmVxFlipNext");
+    EXPECT_EQ(Ask("hotkey -q -k \"F7\" -ctl -releaseName"), "qmVxFlipNextEnd");
+
+    dialog = OpenDialog();
+    Click(dialog, "No key: Show the next");
+    Click(dialog, "OK");
+    EXPECT_THAT(Lines(), Contains("qmVellixUtil -e -flipNextKey \"\""));
+    EXPECT_EQ(Ask("hotkey -q -k \"F7\" -ctl -name"), "");
+    Settings::ghostLayers = 0;
+    Settings::otherLayersOpacity = 100;
+    Settings::pinnedColor = QColor(0, 0, 128);
+    Settings::rollRate = 8;
+    Settings::flipAllLayers = false;
 }
 
 TEST_F(GhostingDialogTest, CancelChangesNothing) {
