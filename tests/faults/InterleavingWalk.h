@@ -124,6 +124,7 @@ private:
     std::string PropertyLine(const Numbers& n);
     std::string FrameLine(const Numbers& n);
     std::string RefusedLine(const Numbers& n);
+    std::string LightTableLine(const Numbers& n);
     std::string CommitByScript(const Numbers& n);
     std::string Replay(const Numbers& n);
     std::string CameraLine(const Numbers& n);

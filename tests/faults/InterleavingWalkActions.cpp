@@ -47,6 +47,7 @@ const std::vector<InterleavingWalk::Action>& InterleavingWalk::Actions() {
         {"property", 60, &W::PropertyLine},
         {"frame", 120, &W::FrameLine},
         {"refused", 30, &W::RefusedLine},
+        {"light table", 40, &W::LightTableLine},
         {"commit by script", 12, &W::CommitByScript},
         {"replay", 30, &W::Replay},
         {"camera", 40, &W::CameraLine},
@@ -407,6 +408,15 @@ std::string InterleavingWalk::FrameLine(const Numbers& n) {
     const QString line = "qmVellixFrame " + flags + " " + camera;
     Line(line.toStdString());
     return line.toStdString();
+}
+
+/// What is only seen: nothing of it may change the drawing or end what is being drawn.
+std::string InterleavingWalk::LightTableLine(const Numbers& n) {
+    const char* const flags[] = {"-flip -1",          "-flip 1",          "-roll 1",   "-flip 0",
+                                 "-e -pinDrawing -1", "-e -markLayer -1", "-unpinAll", "-flip -2"};
+    std::string line = std::string("qmVellixUtil ") + flags[n[0] % std::size(flags)];
+    Line(line);
+    return line;
 }
 
 std::string InterleavingWalk::RefusedLine(const Numbers& n) {
