@@ -31,6 +31,7 @@ public:
     }
 
     void TakeViews();
+    void TakeLightTable();
     void TakePanAndZoom();
     void TakeSlider();
     void TakeMenus();
@@ -60,6 +61,15 @@ void Photographer::TakeViews() {
     program_.Mel("setNamedPanelLayout \"Two Panes Side by Side\"");
     Take("two_views");
     program_.Mel("setNamedPanelLayout \"Single View\"");
+}
+
+void Photographer::TakeLightTable() {
+    program_.Mel(
+        "currentTime 3; qmVellixUtil -e -pinDrawing 1; currentTime 9; qmVellixUtil -e -ghostLayers 2; "
+        "qmVellixUtil -e -otherLayersOpacity 40");
+    Take("light_table", "modelPanel4");
+    program_.Mel(
+        "qmVellixUtil -unpinAll; qmVellixUtil -e -ghostLayers 0; qmVellixUtil -e -otherLayersOpacity 100");
 }
 
 void Photographer::TakePanAndZoom() {
@@ -203,6 +213,7 @@ int main(int argc, char** argv) {
     Photographer(home, {}, argv[2]).TakeFirstSketch();
     Photographer photographer(home, {"-file", argv[1]}, argv[2]);
     photographer.TakeViews();
+    photographer.TakeLightTable();
     photographer.TakeTransform();
     photographer.TakePanAndZoom();
     photographer.TakeSlider();
