@@ -19,8 +19,8 @@
 namespace vellix {
 namespace {
 
-/// Each may take 8 MB where its drawings are dense.
-constexpr std::size_t MAX_MERGED_LAYERS = 24;
+/// Each takes up to 8 MB.
+constexpr std::size_t MAX_MERGED = 6;
 
 bool HasGhosts(const ComposedScene& scene, const Layer& layer) {
     return Settings::ghostLayers == static_cast<int>(GhostLayers::Visible) ||
@@ -62,7 +62,7 @@ void SceneGhosts::AppendGhosts(const ComposedScene& scene, PictureStack& stack) 
     const bool isOn = Settings::ghostPrev || Settings::ghostNext;
     const bool areSeveral = isOn && Settings::ghostLayers != static_cast<int>(GhostLayers::Active);
     if (!areSeveral) {
-        layers_.clear();
+        merged_.clear();
     }
     if (!isOn || areSeveral) {
         RemoveCamera(scene.camera);
@@ -89,29 +89,28 @@ void SceneGhosts::AppendActive(const ComposedScene& scene, PictureStack& stack) 
     stack.insert(stack.end(), active_.pictures.begin(), active_.pictures.end());
 }
 
-/// The ghosts of each layer lie over those of the layers below it.
+/// The ghosts of each layer lie over those of the layers below it, and all of them under the layers.
 void SceneGhosts::AppendSeveral(const ComposedScene& scene, PictureStack& stack) {
-    for (auto& entry : layers_) {
-        entry.second.isUsed = entry.second.camera != scene.camera;
-    }
+    PictureStack ghosts;
     for (Layer* layer : scene.layers) {
-        if (!HasGhosts(scene, *layer)) {
-            continue;
+        if (HasGhosts(scene, *layer)) {
+            const PictureStack own = GhostsOf(*layer, scene.lightTable);
+            ghosts.insert(ghosts.end(), own.begin(), own.end());
         }
-        const PictureStack ghosts = GhostsOf(*layer, scene.lightTable);
-        if (layers_.count(layer->GetId()) == 0 && layers_.size() >= MAX_MERGED_LAYERS) {
-            stack.insert(stack.end(), ghosts.begin(), ghosts.end());
-            continue;
-        }
-        LayerGhosts& kept = layers_[layer->GetId()];
-        kept.camera = scene.camera;
-        kept.isUsed = true;
-        kept.merged.Update(ghosts);
-        stack.push_back(kept.merged.AsPicture());
     }
-    for (auto entry = layers_.begin(); entry != layers_.end();) {
-        entry = entry->second.isUsed ? std::next(entry) : layers_.erase(entry);
+    stack.push_back(Merge(ghosts).AsPicture());
+}
+
+MergedPictures& SceneGhosts::Merge(const PictureStack& ghosts) {
+    auto found = std::find_if(merged_.begin(), merged_.end(),
+                              [&ghosts](const MergedPictures& merged) { return merged.Shows(ghosts); });
+    if (found == merged_.end()) {
+        found = merged_.size() < MAX_MERGED ? merged_.emplace(merged_.end()) : std::prev(merged_.end());
+        found->Update(ghosts);
+        found->ForgetDrawings();
     }
+    merged_.splice(merged_.begin(), merged_, found);
+    return *found;
 }
 
 /// A drawing that is shown, or whose layer is hidden, is not shown as a pin.

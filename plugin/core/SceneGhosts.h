@@ -6,7 +6,7 @@
 
 #include <QString>
 
-#include <map>
+#include <list>
 
 namespace vellix {
 
@@ -36,22 +36,18 @@ private:
         int frameIndex = -1;
         PictureStack pictures;
     };
-    /// The ghosts of one of several layers, merged: a change of one layer then leaves the others alone.
-    struct LayerGhosts {
-        QString camera;
-        bool isUsed = false; ///< by the rebuild that runs
-        MergedPictures merged;
-    };
-
     void AppendGhosts(const ComposedScene& scene, PictureStack& stack);
     void AppendActive(const ComposedScene& scene, PictureStack& stack);
     void AppendSeveral(const ComposedScene& scene, PictureStack& stack);
     void AppendPins(const ComposedScene& scene, PictureStack& stack);
+    MergedPictures& Merge(const PictureStack& ghosts);
     PictureStack GhostsOf(Layer& layer, const LightTable* lightTable);
 
     PictureCache& cache_;
     ActiveGhosts active_;
-    std::map<LayerId, LayerGhosts> layers_;
+    /// The ghosts of several layers, merged, the last used first. They stay as they are while the current
+    /// drawings change, and are found again when the time goes back.
+    std::list<MergedPictures> merged_;
 };
 
 } // namespace vellix

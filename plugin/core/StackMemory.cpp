@@ -36,6 +36,12 @@ void StackMemory::Remember(const PictureStack& stack) {
     }
 }
 
+void StackMemory::ForgetDrawings() {
+    for (Ingredient& ingredient : ingredients_) {
+        ingredient.drawing.reset();
+    }
+}
+
 bool StackMemory::Ingredient::LooksLike(const Picture& picture) const {
     return opacity == picture.opacity && tinted == picture.tinted && (!tinted || tint == picture.tint.rgb());
 }

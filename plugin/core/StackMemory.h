@@ -16,6 +16,9 @@ public:
     /// The tiles in which the stack differs from the remembered one.
     TileMask FindChanges(const PictureStack& stack) const;
     void Remember(const PictureStack& stack);
+    /// Lets go of the memory that the drawings take. A drawing that changes then counts as changed as a
+    /// whole.
+    void ForgetDrawings();
 
 private:
     struct Ingredient {

@@ -185,7 +185,10 @@ QWidget* GhostingDialog::CreateLightTableGroup() {
     ghostLayers_->setToolTip(QStringLiteral("Layers whose earlier and later drawings are shown"));
     form->addRow(QStringLiteral("Ghosts of:"), ghostLayers_);
     form->addRow(QStringLiteral("Other layers:"), otherLayers_);
-    form->addRow(QStringLiteral("Pinned drawings:"), pinnedColor_);
+    auto* pinned = new QHBoxLayout;
+    pinned->addWidget(pinnedColor_);
+    pinned->addStretch();
+    form->addRow(QStringLiteral("Pinned drawings:"), pinned);
     return group;
 }
 

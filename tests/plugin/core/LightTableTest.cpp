@@ -170,13 +170,18 @@ TEST_F(LightTableTest, AFlipEndsWhenTheDrawingOrTheTimeChanges) {
 }
 
 TEST_F(LightTableTest, ARenamedCameraDoesNotKeepTheFlippedPicture) {
+    const QString before = "shot"; // is no camera of the scene, as after a rename
     AddSquares(0, 0, Qt::red, {1, 5});
+    manager_.MoveLayer(camera_, 0, before, -1);
+    manager_.SetActiveLayer(before, 0, true);
     ShowTime(5);
-    manager_.Flip(camera_, -1, false);
-    EXPECT_EQ(manager_.GetFlattenedImage(camera_)->pixelColor(20, 20), QColor(Qt::red));
-    manager_.RenameCamera(camera_, "renamed");
-    EXPECT_EQ(manager_.GetFlattenedImage("renamed")->pixelColor(20, 20).alpha(), 0);
-    EXPECT_EQ(manager_.GetFlattenedImage("renamed")->pixelColor(70, 20), QColor(Qt::red));
+    ASSERT_TRUE(manager_.Flip(before, -1, false));
+    EXPECT_EQ(manager_.GetFlattenedImage(before)->pixelColor(20, 20), QColor(Qt::red));
+    manager_.RenameCamera(before, "renamed");
+    const QImage* const image = manager_.GetFlattenedImage("renamed");
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(image->pixelColor(20, 20).alpha(), 0);
+    EXPECT_EQ(image->pixelColor(70, 20), QColor(Qt::red));
 }
 
 TEST_F(LightTableTest, GhostsOfTheLayersThatAreAskedFor) {
@@ -236,6 +241,14 @@ TEST_F(LightTableTest, GhostsOfAllLayersSeeEveryChange) {
     } cases[] = {
         {"time", [this] { ShowTime(6); }},
         {"time back", [this] { ShowTime(5); }},
+        {"time 1", [this] { ShowTime(1); }},
+        {"time 2", [this] { ShowTime(2); }},
+        {"time 3", [this] { ShowTime(3); }},
+        {"time 7", [this] { ShowTime(7); }},
+        {"time 8", [this] { ShowTime(8); }},
+        {"time 2 again", [this] { ShowTime(2); }},
+        {"time 5 again", [this] { ShowTime(5); }},
+        {"drawing", [=] { active->SetImage(Drawing(41)); }},
         {"ghost painted",
          [=] {
              top->GetFrame(0)->SetImage(Drawing(40));
