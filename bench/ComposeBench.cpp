@@ -4,6 +4,7 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/GhostLayers.h"
 #include "host/Settings.h"
 #include "paint/DrawUtil.h"
 #include "paint/LineStyle.h"
@@ -23,10 +24,11 @@ namespace {
 using namespace vellix;
 
 const QString CAMERA = QStringLiteral("persp");
-constexpr int STROKES = 6; ///< in each drawing
-constexpr int GHOSTS = 3;  ///< on each side
-constexpr int KEYS = 10;   ///< of each layer, at 1, 2, 3...
-constexpr int ACTIVE = 2;  ///< the layer that is drawn on
+constexpr int STROKES = 6;   ///< in each drawing
+constexpr int GHOSTS = 3;    ///< on each side
+constexpr int KEYS = 10;     ///< of each layer, at 1, 2, 3...
+constexpr int ACTIVE = 2;    ///< the layer that is drawn on
+constexpr int DEEP_KEYS = 8; ///< of every layer whose ghosts are shown at the times 4 and 5
 
 /// Returns a stroke like one by hand: a curve of a few hundred pixels across the image.
 Stroke RandomStroke(QRandomGenerator& random) {
@@ -68,16 +70,22 @@ QImage RandomDrawing(QRandomGenerator& random) {
 /// A document of layers with a different drawing at every key. The ghosts of the active layer are on.
 class Document {
 public:
-    explicit Document(int layers) {
+    /// `isDeep`: not only the active layer has many keys.
+    explicit Document(int layers, bool isDeep = false) {
         Settings::ghostPrev = Settings::ghostNext = true;
         Settings::ghostPrevCount = Settings::ghostNextCount = GHOSTS;
         Settings::ghostColorOverride = false;
         QRandomGenerator random(20180314);
         for (int i = 0; i < layers; ++i) {
             manager.InsertLayer(CAMERA, -1, QString());
-            for (int key = 1; key <= (i == ACTIVE ? KEYS : 2); ++key) {
-                auto frame = std::make_unique<Frame>(MTime(i == ACTIVE ? key : 3 + key, MTime::uiUnit()));
+            const bool hasAll = isDeep || i == ACTIVE;
+            const int keys = isDeep ? DEEP_KEYS : KEYS;
+            for (int key = 1; key <= (hasAll ? keys : 2); ++key) {
+                auto frame = std::make_unique<Frame>(MTime(hasAll ? key : 3 + key, MTime::uiUnit()));
                 frame->SetImage(RandomDrawing(random));
+                if (isDeep) {
+                    frame->PackImage(); // or they fill the memory
+                }
                 manager.GetLayer(CAMERA, i)->InsertFrame(frame.release());
             }
         }
@@ -246,6 +254,60 @@ void Unchanged(benchmark::State& state) {
     }
 }
 
+/// Ten layers with the ghosts of `layers`. All layers and ghosts change, as on a change of time.
+void RebuildGhosts(benchmark::State& state, GhostLayers layers) {
+    Settings::ghostLayers = static_cast<int>(layers);
+    Document document(10, true);
+    int frame = 4;
+    for (auto _ : state) {
+        frame = 9 - frame;
+        document.ShowTime(frame);
+    }
+    Settings::ghostLayers = static_cast<int>(GhostLayers::Active);
+}
+
+/// The same, at times that were not shown lately.
+void RebuildNewGhosts(benchmark::State& state, GhostLayers layers) {
+    Settings::ghostLayers = static_cast<int>(layers);
+    Document document(10, true);
+    for (int key = 1; key <= DEEP_KEYS; ++key) {
+        document.ShowTime(key); // decodes the drawings
+    }
+    int key = 0;
+    for (auto _ : state) {
+        key = key % DEEP_KEYS + 1;
+        document.ShowTime(key);
+    }
+    Settings::ghostLayers = static_cast<int>(GhostLayers::Active);
+}
+
+/// The same; the drawing of one layer changes, as when a stroke is done or taken back.
+void RedrawAmongGhosts(benchmark::State& state, GhostLayers layers) {
+    Settings::ghostLayers = static_cast<int>(layers);
+    Document document(10, true);
+    QRandomGenerator random(7);
+    const QImage drawings[] = {RandomDrawing(random), RandomDrawing(random)};
+    Layer& active = *document.manager.GetActiveLayer(CAMERA);
+    int shown = 0;
+    for (auto _ : state) {
+        shown = 1 - shown;
+        active.SetImage(drawings[shown]);
+        benchmark::DoNotOptimize(document.manager.GetFlattenedImage(CAMERA));
+    }
+    Settings::ghostLayers = static_cast<int>(GhostLayers::Active);
+}
+
+/// From the press of a flip key to its picture, and back.
+void Flip(benchmark::State& state) {
+    Document document(10, true);
+    for (auto _ : state) {
+        document.manager.Flip(CAMERA, -1, state.range(0) != 0);
+        benchmark::DoNotOptimize(document.manager.GetFlattenedImage(CAMERA));
+        document.manager.EndFlip();
+        benchmark::DoNotOptimize(document.manager.GetFlattenedImage(CAMERA));
+    }
+}
+
 BENCHMARK(PlainRebuild)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(Rebuild)->Arg(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(RebuildFirstLook)->Arg(10)->Unit(benchmark::kMillisecond);
@@ -257,6 +319,13 @@ BENCHMARK_CAPTURE(SampleRefresh, Brush100Styled, ToolType::Brush, 100, CurvesOnA
 BENCHMARK_CAPTURE(SampleRefresh, Pencil12, ToolType::Pencil, 12, LineStyle())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Pencil12Styled, ToolType::Pencil, 12, CurvesOnAString())
     ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(RebuildGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RebuildGhosts, ofAll, GhostLayers::Visible)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RebuildNewGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RebuildNewGhosts, ofAll, GhostLayers::Visible)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RedrawAmongGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RedrawAmongGhosts, ofAll, GhostLayers::Visible)->Unit(benchmark::kMillisecond);
+BENCHMARK(Flip)->Arg(0)->Arg(1);
 BENCHMARK(Unchanged)->Arg(10)->Arg(40)->Unit(benchmark::kNanosecond);
 
 } // namespace

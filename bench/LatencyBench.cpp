@@ -155,6 +155,38 @@ void Latency(benchmark::State& state, Renderer renderer) {
         state.counters["window"] = At(window, 0.5);
     }
 }
+/// From a flip to the frame that shows it, as the key's command runs it.
+void Flip(benchmark::State& state) {
+    constexpr int flips = 100;
+    DrawingWindow session(VIEW);
+    FillLayers(session);
+    for (auto _ : state) {
+        std::vector<double> shown;
+        unsigned frames = 0;
+        QElapsedTimer timer;
+        for (int i = 0; i < 2 * flips; ++i) {
+            const unsigned before = session.View().FrameCount();
+            const std::string line = i % 2 == 0 ? "qmVellixUtil -flip -1" : "qmVellixUtil -flip 0";
+            bool isShown = false;
+            const auto connection = QObject::connect(&session.View(), &QOpenGLWidget::frameSwapped, [&] {
+                isShown = session.View().FrameCount() != before;
+            });
+            timer.start();
+            session.Run(line);
+            DrawingWindow::Until([&] { return isShown; });
+            frames += session.View().FrameCount() - before;
+            shown.push_back(Milliseconds(timer));
+            QObject::disconnect(connection);
+            DrawingWindow::Turn(20);
+        }
+        state.SetIterationTime(At(shown, 0.5) * 1e-3);
+        state.counters["median"] = At(shown, 0.5);
+        state.counters["worst"] = At(shown, 0.99);
+        state.counters["frames"] = static_cast<double>(frames) / (2 * flips);
+    }
+}
+BENCHMARK(Flip)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 BENCHMARK_CAPTURE(Latency, Viewport2, Renderer::Viewport2)
     ->Iterations(1)
     ->UseManualTime()
