@@ -78,7 +78,9 @@ QSpinBox* CreateNumber(int least, int most, int value, const QString& suffix, co
 /// Takes one key with its modifiers, since a key is held and no sequence typed.
 QKeySequenceEdit* CreateKey(const HeldKey& action) {
     auto* edit = new QKeySequenceEdit(QKeySequence::fromString(action.keys, QKeySequence::PortableText));
-    edit->setObjectName(QStringLiteral("qmVxGhosting") + QLatin1String(action.flag + 1));
+    QString name = QLatin1String(action.flag + 1);
+    name[0] = name[0].toUpper();
+    edit->setObjectName(QStringLiteral("qmVxGhosting") + name);
     edit->setToolTip(QLatin1String(action.label));
     QObject::connect(edit, &QKeySequenceEdit::keySequenceChanged, edit, [edit](const QKeySequence& keys) {
         if (keys.count() > 1) {
