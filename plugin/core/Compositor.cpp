@@ -4,8 +4,10 @@
 #include "core/StrokePainter.h"
 #include "host/Settings.h"
 #include "paint/Composite.h"
+#include "paint/Stroke.h"
 
 #include <utility>
+#include <vector>
 
 namespace vellix {
 
@@ -40,6 +42,7 @@ void Compositor::Rebuild(const Scene& scene) {
     if (found == images_.end()) {
         return;
     }
+    ReadDrawings(scene);
     PictureStack stack = ghosts_.Update(scene);
     const std::size_t ghostCount = stack.size();
     const PictureStack layers = PicturesOfLayers(scene);
@@ -57,6 +60,20 @@ void Compositor::Rebuild(const Scene& scene) {
 quint64 Compositor::ShownFlip(const QString& camera) const {
     const auto found = images_.find(camera);
     return found == images_.end() ? 0 : found->second->flip;
+}
+
+/// Decodes what the cache does not hold, several drawings at a time. A stroke that grows changes only its
+/// own.
+void Compositor::ReadDrawings(const Scene& scene) {
+    if (scene.stroke && !scene.stroke->GetStroke()->points.isEmpty()) {
+        return;
+    }
+    std::vector<const Frame*> frames;
+    for (int i = 0; i < scene.layers.size(); ++i) {
+        frames.push_back(scene.flip != 0 ? scene.flipped[i] : scene.layers[i]->ReadFrame(0));
+    }
+    SceneGhosts::AppendFrames(scene, frames);
+    cache_.ReadAll(frames);
 }
 
 PictureStack Compositor::PicturesOfLayers(const Scene& scene) {

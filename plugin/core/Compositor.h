@@ -47,6 +47,7 @@ private:
     /// decode.
     Picture FindPicture(Layer& layer, int offset);
     Picture FindFlipped(Layer& layer, const Frame* frame);
+    void ReadDrawings(const Scene& scene);
     PictureStack PicturesOfLayers(const Scene& scene);
     void RebuildWithStroke(FlattenedImage& image, const Scene& scene, const PictureStack& stack,
                            std::size_t drawnPicture);

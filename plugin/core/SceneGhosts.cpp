@@ -22,6 +22,15 @@ namespace {
 /// Each takes up to 8 MB.
 constexpr std::size_t MAX_MERGED = 6;
 
+bool ShowsGhosts(const ComposedScene& scene) {
+    return scene.activeLayer >= 0 && scene.ghosting && scene.flip == 0;
+}
+
+/// Whether the ghosts are not just those of the active layer.
+bool AreSeveral() {
+    return Settings::ghostLayers != static_cast<int>(GhostLayers::Active);
+}
+
 bool HasGhosts(const ComposedScene& scene, const Layer& layer) {
     return Settings::ghostLayers == static_cast<int>(GhostLayers::Visible) ||
            (scene.lightTable != nullptr && scene.lightTable->IsMarked(layer.GetId()));
@@ -33,9 +42,24 @@ bool HasGrowingStroke(const ComposedScene& scene) {
 
 } // namespace
 
+void SceneGhosts::AppendFrames(const ComposedScene& scene, std::vector<const Frame*>& frames) {
+    if (!ShowsGhosts(scene)) {
+        return;
+    }
+    for (int i = 0; i < scene.layers.size(); ++i) {
+        Layer& layer = *scene.layers[i];
+        if (AreSeveral() ? HasGhosts(scene, layer) : i == scene.activeLayer) {
+            GhostPictures(layer.FrameCount(), [&](int offset) {
+                frames.push_back(layer.ReadFrame(offset));
+                return Picture();
+            });
+        }
+    }
+}
+
 PictureStack SceneGhosts::Update(const ComposedScene& scene) {
     PictureStack stack;
-    if (scene.activeLayer < 0 || !scene.ghosting || scene.flip != 0) {
+    if (!ShowsGhosts(scene)) {
         RemoveCamera(scene.camera);
         return stack;
     }
@@ -60,7 +84,7 @@ void SceneGhosts::RenameCamera(const QString& from, const QString& to) {
 
 void SceneGhosts::AppendGhosts(const ComposedScene& scene, PictureStack& stack) {
     const bool isOn = Settings::ghostPrev || Settings::ghostNext;
-    const bool areSeveral = isOn && Settings::ghostLayers != static_cast<int>(GhostLayers::Active);
+    const bool areSeveral = isOn && AreSeveral();
     if (!areSeveral) {
         merged_.clear();
     }

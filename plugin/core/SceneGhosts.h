@@ -7,9 +7,11 @@
 #include <QString>
 
 #include <list>
+#include <vector>
 
 namespace vellix {
 
+class Frame;
 class Layer;
 class LightTable;
 class PictureCache;
@@ -23,6 +25,8 @@ public:
     explicit SceneGhosts(PictureCache& cache)
         : cache_(cache) {}
 
+    /// Adds the frames whose drawings an update may show as ghosts of layers, borrowed, some of them null.
+    static void AppendFrames(const ComposedScene& scene, std::vector<const Frame*>& frames);
     /// The pictures, bottom first. They are valid until the next call.
     PictureStack Update(const ComposedScene& scene);
     void RemoveCamera(const QString& camera);

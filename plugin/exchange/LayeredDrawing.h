@@ -12,6 +12,12 @@ namespace vellix {
 
 /// A picture of a layer that travels, shown from its time until the next picture's.
 struct LayeredPicture {
+    LayeredPicture() = default;
+    LayeredPicture(int atFrame, const QByteArray& bytes, const QPoint& at)
+        : frame(atFrame)
+        , png(bytes)
+        , position(at) {}
+
     int frame = 0;        ///< whole frames; no two pictures of a layer share one
     QByteArray png;       ///< straight alpha, of any size
     QPoint position;      ///< of its top left pixel on the drawing, in pixels
