@@ -397,6 +397,7 @@ bool ExportCommand::WriteAnimation(ExportedLayers& layers) {
     if (!fault.isEmpty()) {
         return RefuseExport(QString("\"%1\" cannot be written: %2.").arg(layered_, fault));
     }
+    progress.Show(100);
     if (animation.shift > 0) {
         Logger::Warning(QString("Frames count from 1 in \"%1\": all are %2 later there than in the scene.")
                             .arg(layered_)
