@@ -262,7 +262,7 @@ bool ExportCommand::ChooseFrames(const ExportedLayers& layers) {
             frames_.push_back(frame);
         }
     }
-    return !frames_.empty() || IsAnimation() ||
+    return !frames_.empty() || !WantsFrames() ||
            RefuseExport(
                QString("No layer has a key from %1 to %2. Choose another range, or leave out -drawings.")
                    .arg(start_)
@@ -295,6 +295,11 @@ bool ExportCommand::CheckFiles(const ExportedLayers& layers) const {
 
 bool ExportCommand::IsAnimation() const {
     return layered_.endsWith(QLatin1String(".pclx"), Qt::CaseInsensitive);
+}
+
+bool ExportCommand::WantsFrames() const {
+    return !IsAnimation() || !pattern_.isEmpty() || !contactSheet_.isEmpty() || !movie_.isEmpty() ||
+           !layerFiles_.isEmpty();
 }
 
 bool ExportCommand::CheckLayered() const {
@@ -365,9 +370,7 @@ bool ExportCommand::WriteAll(const LayerManager& layers) {
     if (!ChooseFrames(exported) || !CheckFiles(exported)) {
         return false;
     }
-    const bool hasFrames =
-        !(pattern_.isEmpty() && movie_.isEmpty() && layerFiles_.isEmpty()) || !IsAnimation();
-    if ((IsAnimation() && !WriteAnimation(exported)) || (hasFrames && !WriteFrames(layers, exported))) {
+    if ((IsAnimation() && !WriteAnimation(exported)) || (WantsFrames() && !WriteFrames(layers, exported))) {
         return false;
     }
     if (IsAnimation()) {

@@ -63,6 +63,8 @@ private:
 
     /// Whether -layered names a file of the whole animation.
     bool IsAnimation() const;
+    /// Whether frames are written one by one.
+    bool WantsFrames() const;
     QImage Compose(const LayerManager& layers, int frame) const;
 
     QString pattern_;

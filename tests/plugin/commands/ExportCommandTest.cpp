@@ -185,6 +185,11 @@ TEST_F(LayeredExportTest, AnAnimationHasAllKeysAndHolds) {
     EXPECT_EQ(Member(QString::fromUtf8("绘 a.pclx"), "data/001.003.png"),
               Node().GetLayer("persp", 0)->GetFrame(1)->GetPackedImage());
     EXPECT_EQ(Warnings(), QStringList());
+    // With pictures of frames, it is the last one.
+    const auto files =
+        Mel(Layered("last.pclx", QString("-drawings -contactSheet \"%1\"").arg(Path("sheet.png")))).Strings();
+    EXPECT_EQ(files,
+              std::vector<std::string>({Path("sheet.png").toStdString(), Path("last.pclx").toStdString()}));
     // A range cuts, and what is held at its start is keyed there.
     Mel(Layered("cut.pclx", "-startTime 2 -endTime 9"));
     EXPECT_EQ(Keys("cut.pclx"), QStringList({"2 3 ", "2 ", "1 9 "}));
