@@ -100,26 +100,33 @@ QByteArray CanvasFit::Place(const QByteArray& png, const QPoint& position, doubl
     return Place(image, position, opacity);
 }
 
+/// The canvas with the picture, in its size on the drawing.
+QImage CanvasFit::Scaled(const QImage& image, const QPoint& position) const {
+    using composite::OrBadAlloc;
+    QImage canvas = image;
+    if (!position.isNull() || image.size() != canvas_) {
+        canvas = OrBadAlloc(image.convertToFormat(QImage::Format_RGBA8888));
+        // What lies beside the canvas is left out.
+        canvas = OrBadAlloc(canvas.copy(QRect(-position, canvas_)));
+    }
+    if (canvas.size() != target_.size()) {
+        // Scaling has to weigh colours by their alpha.
+        canvas = OrBadAlloc(canvas.convertToFormat(QImage::Format_RGBA8888_Premultiplied));
+        canvas = OrBadAlloc(canvas.scaled(target_.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+    return canvas;
+}
+
 QByteArray CanvasFit::Place(const QImage& image, const QPoint& position, double opacity) const {
     using composite::OrBadAlloc;
-    QImage drawing = OrBadAlloc(composite::TransparentImage());
-    if (IsWholeDrawing()) {
-        composite::Replace(drawing, OrBadAlloc(image.convertToFormat(QImage::Format_RGBA8888)), position);
+    QImage drawing;
+    if (IsWholeDrawing() && position.isNull() && image.size() == canvas_) {
+        drawing = OrBadAlloc(image.convertToFormat(QImage::Format_RGBA8888));
     } else {
-        QImage canvas = image;
-        if (!position.isNull() || image.size() != canvas_) {
-            canvas = OrBadAlloc(image.convertToFormat(QImage::Format_RGBA8888));
-            // Also what lies beside the canvas is left out.
-            canvas = OrBadAlloc(canvas.copy(QRect(-position, canvas_)));
-        }
-        if (canvas.size() != target_.size()) {
-            // Scaling has to weigh colours by their alpha.
-            canvas = OrBadAlloc(canvas.convertToFormat(QImage::Format_RGBA8888_Premultiplied));
-            canvas =
-                OrBadAlloc(canvas.scaled(target_.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-        }
-        composite::Replace(drawing, OrBadAlloc(canvas.convertToFormat(QImage::Format_RGBA8888)),
-                           target_.topLeft());
+        drawing = OrBadAlloc(composite::TransparentImage());
+        const QImage part = IsWholeDrawing() ? image : Scaled(image, position);
+        composite::Replace(drawing, OrBadAlloc(part.convertToFormat(QImage::Format_RGBA8888)),
+                           IsWholeDrawing() ? position : target_.topLeft());
     }
     const double factor = std::min(1.0, std::max(0.0, opacity)) * strength_;
     if (factor < 1.0) {

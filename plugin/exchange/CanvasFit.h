@@ -39,6 +39,7 @@ public:
 
 private:
     bool IsWholeDrawing() const;
+    QImage Scaled(const QImage& image, const QPoint& position) const;
 
     QSize canvas_;
     QRect target_;
