@@ -29,8 +29,8 @@ public:
     /// alike there, and are not rendered. 0 for a film that has no size.
     static double SideOnRender(const MDagPath& cameraPath, int width, int height);
 
-    /// The width of the gate over its height, that of rendered pictures. The drawing is as wide as the gate, which
-    /// lies in the middle of its height.
+    /// The width of the gate over its height, that of rendered pictures. The drawing is as wide as the gate,
+    /// which lies in the middle of its height.
     static double GateAspect();
 
     /// Moves the placement by the camera's 2D pan.

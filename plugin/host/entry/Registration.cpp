@@ -45,8 +45,8 @@ CommandEntry Describe() {
 /// Every command, in the order of registration. Add new commands here.
 std::vector<CommandEntry> GetCommands() {
     return {
-        Describe<NodeCommand>(),   Describe<LayerCommand>(), Describe<FrameCommand>(),
-        Describe<StrokeCommand>(), Describe<UtilCommand>(),  Describe<ReplayCommand>(),
+        Describe<NodeCommand>(),   Describe<LayerCommand>(),  Describe<FrameCommand>(),
+        Describe<StrokeCommand>(), Describe<UtilCommand>(),   Describe<ReplayCommand>(),
         Describe<ExportCommand>(), Describe<ImportCommand>(),
     };
 }
