@@ -131,6 +131,7 @@ bool ImportCollector::ReadPictures(const std::vector<PictureFile>& files, const 
         return Refuse(reason);
     }
     IncomingLayer layer = NewLayer(name);
+    layer.isReference = layer.state == LayerState::Locked;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (!PictureFileReader::Read(files[i].path, options_.fit, layer.pictures[times[i]], reason)) {
             return RefuseFile(files[i].path, reason);
@@ -148,6 +149,7 @@ bool ImportCollector::ReadMovie(const QString& path, int every) {
     MovieReader movie(path, options_.rate, every);
     const QString stem = QFileInfo(path).completeBaseName();
     IncomingLayer layer = NewLayer(options_.layerName.isEmpty() ? stem : options_.layerName);
+    layer.isReference = layer.state == LayerState::Locked;
     qint64 time = options_.hasStart ? options_.start : options_.now;
     qint64 bytes = 0;
     QString reason;

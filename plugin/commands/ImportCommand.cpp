@@ -89,11 +89,12 @@ MSyntax ImportCommand::CommandSyntax() {
 }
 
 MStatus ImportCommand::doIt(const MArgList& args) {
-    undoable_ = true; // what an undoable command runs leaves no step
     ImportCollector::Options options;
     if (!ReadArguments(args) || !CheckArguments()) {
         return MS::kFailure;
     }
+    OpenText::Commit(); // as a step of its own
+    undoable_ = true;   // what an undoable command runs leaves no step
     if (!CheckCamera() || !MakeOptions(options)) {
         return MS::kFailure;
     }
@@ -273,7 +274,6 @@ bool ImportCommand::CollectNode(ImportCollector& collector) {
 
 /// Puts the layers into the drawing, in which they are the first change.
 bool ImportCommand::Take(std::vector<IncomingLayer>& layers) {
-    OpenText::Commit();
     if (!BaseNode::GetMaster()) {
         node_ = std::make_unique<NodeCreation>();
         if (!node_->Do()) {

@@ -85,6 +85,11 @@ bool LayerIntake::Plan(const LayerManager& layers, std::vector<IncomingLayer>& i
                 below = takers[j]->GetId();
             }
         }
+        const Layer* const lowest = layers.GetLayer(incoming[i].camera, 0);
+        if (incoming[i].isReference && lowest) {
+            above = LayerId::None;
+            below = lowest->GetId();
+        }
         PlanAdded(incoming[i], above, below);
     }
     return true;

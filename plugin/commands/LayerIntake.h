@@ -29,6 +29,8 @@ struct IncomingLayer {
     LayerState state = LayerState::Animated;
     /// A layer of that name on that camera takes the pictures; else a new one is made in any case.
     bool joins = true;
+    /// A new layer comes below all others of its camera, and not on top or between its neighbours.
+    bool isReference = false;
     /// It has a picture for every time, as files without holds have; so one that is shown at its time anyway
     /// adds no frame.
     bool hasEveryTime = false;

@@ -127,6 +127,7 @@ private:
     std::string LightTableLine(const Numbers& n);
     std::string CommitByScript(const Numbers& n);
     std::string Replay(const Numbers& n);
+    std::string Import(const Numbers& n);
     std::string CameraLine(const Numbers& n);
     std::string Undo(const Numbers& n);
     std::string Redo(const Numbers& n);

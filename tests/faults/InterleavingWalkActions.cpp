@@ -1,5 +1,6 @@
 #include "core/LayerManager.h"
 #include "faults/InterleavingWalk.h"
+#include "host/MayaUtil.h"
 #include "mel/Value.h"
 #include "paint/Stroke.h"
 #include "scene/CameraView.h"
@@ -10,7 +11,9 @@
 #include "tools/TransformContext.h"
 
 #include <QClipboard>
+#include <QColor>
 #include <QFile>
+#include <QImage>
 #include <QTest>
 
 #include <climits>
@@ -50,6 +53,7 @@ const std::vector<InterleavingWalk::Action>& InterleavingWalk::Actions() {
         {"light table", 40, &W::LightTableLine},
         {"commit by script", 12, &W::CommitByScript},
         {"replay", 30, &W::Replay},
+        {"import", 20, &W::Import},
         {"camera", 40, &W::CameraLine},
         {"undo", 140, &W::Undo},
         {"redo", 100, &W::Redo},
@@ -484,6 +488,32 @@ std::string InterleavingWalk::Replay(const Numbers& n) {
         QString("qmVellixReplay -camera %1 -frameOffset %2 -file \"%3\"").arg(camera).arg(frame).arg(path);
     Line(line.toStdString());
     return QString("qmVellixReplay -camera %1 -frameOffset %2").arg(camera).arg(frame).toStdString();
+}
+
+/// A picture onto the active layer, or onto one of its own.
+std::string InterleavingWalk::Import(const Numbers& n) {
+    ++strokes_;
+    const QString camera = CameraAt(n[0]);
+    const int frame = TimeOf(n[1]);
+    const QString path = prefs_.filePath("picture.png");
+    QImage image(32, 32, QImage::Format_RGB32);
+    image.fill(QColor(strokes_ * 37 % 256, strokes_ * 101 % 256, 30));
+    image.save(path);
+    const auto* const active = before_.ActiveLayer(camera);
+    const QString name = active && n[2] % 3 != 0 ? active->name : QString("Reference");
+    for (const auto& layer : before_.layers) {
+        for (const auto& key : layer.keys) {
+            if (layer.camera == camera && layer.name == name && key.time == frame) {
+                permission_.frames.insert(key.id);
+            }
+        }
+    }
+    const QString line = QString("qmVellixImport -camera %1 -startTime %2 -layer \"%3\" -file ")
+                             .arg(camera)
+                             .arg(frame)
+                             .arg(MayaUtil::EscapeString(name));
+    Line(QString(line + "\"" + path + "\"").toStdString());
+    return line.toStdString();
 }
 
 std::string InterleavingWalk::CameraLine(const Numbers& n) {

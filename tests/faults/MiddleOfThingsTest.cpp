@@ -28,6 +28,8 @@ TEST_F(MiddleOfThingsTest, NothingIsLostOrHalfDone) {
         Do("frame", {9, PERSP, 24, 0}), // move the keys of frames 1 to 3
         Do("frame", {11, PERSP}),       // insert
         Do("frame", {10, PERSP}),       // duplicate
+        Do("import", {PERSP, 0, 1}),    // over the key of frame 1
+        Do("import", {PERSP, 2, 1}),    // at frame 3
         Do("stack", {0, PERSP, 0}),     // delete the layer
         Do("stack", {2, PERSP, 0}),     // delete all layers
         Do("stack", {3, PERSP, 0, 2}),  // move it up

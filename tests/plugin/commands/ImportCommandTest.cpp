@@ -106,6 +106,10 @@ TEST_F(ImportCommandTest, TimesStrengthFitAndStateAreAsGiven) {
     EXPECT_EQ(ColorOf("One", 7, QPoint(3, 3)), QColor(51, 204, 0, 200));
     Mel(Line("*.png", "-hold 2 -layer Two"));
     EXPECT_EQ(TimesOf("Two"), QList<int>({7, 9}));
+    // What is locked is a reference, and lies below.
+    ExpectUndoable(Line("a.png", "-layer Under -layerState 2"));
+    Mel(Line("a.png", "-layer Under -layerState 2"));
+    EXPECT_EQ(LayerNames("persp"), QStringList({"Under", "Board", "One", "Two"}));
 }
 
 TEST_F(ImportCommandTest, ALayerOfThatNameTakesThePictures) {
