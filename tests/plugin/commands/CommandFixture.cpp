@@ -21,6 +21,7 @@ void CommandFixture::SetUp() {
         }
     });
     Mel("file -f -new; playbackOptions -min 1 -max 4; currentTime 1; qmVellixNode;");
+    Node().ClearClipboard(); // it outlives the scene
 }
 
 void CommandFixture::TearDown() {
