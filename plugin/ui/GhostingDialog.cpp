@@ -188,8 +188,8 @@ QWidget* GhostingDialog::CreateLightTableGroup() {
     form->addRow(QStringLiteral("Ghosts of:"), ghostLayers_);
     form->addRow(QStringLiteral("Other layers:"), otherLayers_);
     auto* pinned = new QHBoxLayout;
-    pinned->addWidget(pinnedColor_);
-    pinned->addStretch();
+    pinned->addWidget(pinnedColor_, 0, Qt::AlignLeft | Qt::AlignVCenter);
+    pinned->addStretch(1);
     form->addRow(QStringLiteral("Pinned drawings:"), pinned);
     return group;
 }
