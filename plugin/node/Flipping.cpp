@@ -46,10 +46,6 @@ bool EndsFlip(QEvent::Type type) {
 
 } // namespace
 
-Flipping::Flipping() {
-    QObject::connect(&timer_, &QTimer::timeout, this, [this] { RunGuarded(ROLLING, [this] { OnTimer(); }); });
-}
-
 Flipping::~Flipping() = default;
 
 /// Goes on with the flip of the master's drawing, or begins one. Null, with the reason logged, if that cannot
@@ -74,8 +70,8 @@ Flipping* Flipping::Begin() {
     }
     if (g_flipping->layers_.lock() != layers) {
         End();
-        g_flipping->layers_ = layers;
         QCoreApplication::instance()->installEventFilter(g_flipping.get());
+        g_flipping->layers_ = layers;
     }
     g_flipping->timer_.stop();
     return g_flipping.get();
@@ -93,7 +89,7 @@ bool Flipping::Roll() {
     }
     flipping->steps_ = 0;
     flipping->direction_ = -1;
-    flipping->timer_.start(MS_PER_SECOND / Settings::rollRate);
+    flipping->timer_.start(MS_PER_SECOND / Settings::rollRate, flipping);
     return flipping->RollOn();
 }
 
@@ -141,6 +137,10 @@ bool Flipping::RollOn() {
         direction_ = steps_ > 0 ? -1 : 1;
     }
     return Flip(steps_);
+}
+
+void Flipping::timerEvent(QTimerEvent*) {
+    RunGuarded(ROLLING, [this] { OnTimer(); });
 }
 
 bool Flipping::eventFilter(QObject*, QEvent* event) {

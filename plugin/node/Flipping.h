@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QObject>
-#include <QTimer>
 
 #include <memory>
 
@@ -29,16 +29,18 @@ public:
     static void Stop();
 
 private:
-    Flipping();
+    Flipping() = default;
 
     static Flipping* Begin();
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     bool Flip(int steps);
     void OnTimer();
     bool RollOn();
 
     std::weak_ptr<LayerManager> layers_; ///< the drawing that is flipped; none between flips
-    QTimer timer_;                       ///< runs while rolling
+    /// Runs while rolling. Without a connection: making one ends the program when memory is short.
+    QBasicTimer timer_;
     int steps_ = 0;
     int direction_ = -1;
 };

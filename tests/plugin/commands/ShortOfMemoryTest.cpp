@@ -18,9 +18,11 @@
 #include <QColor>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 
 #include <cstdio>
 #include <limits>
+#include <new>
 #include <string>
 
 namespace vellix {
@@ -239,6 +241,42 @@ TEST_F(ShortOfMemoryTest, AFileOfLayersIsWrittenWholeOrNotAtAll) {
         ASSERT_EQ(Drawing(), drawing);
     }
     std::printf("%d allocations failed\n", failures_);
+}
+
+// What is only seen changes nothing, and is seen once there is memory.
+TEST_F(ShortOfMemoryTest, TheLightTableLeavesTheDrawing) {
+    Mel("currentTime 3");
+    const QString before = Drawing();
+    for (const char* flags :
+         {"-flip -1", "-flip 0", "-roll 1", "-roll 0", "-e -pinDrawing 1", "-e -markLayer 1"}) {
+        SCOPED_TRACE(flags);
+        for (int number = 1; RunShort(std::string("qmVellixUtil ") + flags, number); ++number, ++failures_) {
+            ASSERT_TRUE(isDone_ || said_) << "at allocation " << number;
+        }
+        EXPECT_TRUE(isDone_);
+        EXPECT_EQ(Drawing(), before);
+    }
+    Mel("qmVellixUtil -e -ghostPrevious 1; qmVellixUtil -e -ghostNext 1; currentTime 9");
+    QImage wanted;
+    bool hasFailed = true;
+    for (int number = 0; hasFailed; ++number) {
+        Mel("qmVellixUtil -e -ghostLayers 0");
+        Node().GetFinalImage("persp"); // without what is kept of the ghosts
+        Mel("qmVellixUtil -e -ghostLayers 2");
+        if (number > 0) {
+            const FailingAllocation failing(number);
+            try {
+                Node().GetFinalImage("persp");
+            } catch (const std::bad_alloc&) {
+                // as the view does
+            }
+            hasFailed = FailingAllocation::HasFailed();
+        }
+        const QImage seen = Node().GetFinalImage("persp")->copy();
+        wanted = number == 0 ? seen : wanted;
+        ASSERT_EQ(seen, wanted) << "after allocation " << number;
+    }
+    Mel("qmVellixUtil -e -ghostLayers 0; qmVellixUtil -e -ghostPrevious 0; qmVellixUtil -e -ghostNext 0");
 }
 
 // What the draw tool does at a press, while it is drawn, and at the release.

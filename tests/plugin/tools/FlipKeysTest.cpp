@@ -68,25 +68,29 @@ constexpr unsigned F7 = 0xffc4;
 
 TEST_F(FlipKeysTest, ADrawingIsSeenAsLongAsItsKeyIsHeld) {
     const auto names = host_->undo().Names();
-    EXPECT_TRUE(Sees(1));
-    Hold(',');
-    EXPECT_TRUE(Sees(0));
-    Settle(900); // the key repeats itself
-    EXPECT_EQ(SeenKey(), 0);
-    LetGo(',');
-    EXPECT_TRUE(Sees(1));
-    Hold('.');
-    EXPECT_TRUE(Sees(2));
-    LetGo('.');
-    EXPECT_TRUE(Sees(1));
-    Hold(F7);
-    EXPECT_TRUE(Sees(0));
-    EXPECT_TRUE(Sees(2));
-    EXPECT_TRUE(Sees(0));
-    LetGo(F7);
-    EXPECT_TRUE(Sees(1));
-    Settle(200);
-    EXPECT_EQ(SeenKey(), 1);
+    using Renderer = lightbox::ViewOptions::Renderer;
+    for (const Renderer renderer : {Renderer::Viewport2, Renderer::Legacy}) {
+        Use(renderer);
+        EXPECT_TRUE(Sees(1));
+        Hold(',');
+        EXPECT_TRUE(Sees(0));
+        Settle(900); // the key repeats itself
+        EXPECT_EQ(SeenKey(), 0);
+        LetGo(',');
+        EXPECT_TRUE(Sees(1));
+        Hold('.');
+        EXPECT_TRUE(Sees(2));
+        LetGo('.');
+        EXPECT_TRUE(Sees(1));
+        Hold(F7);
+        EXPECT_TRUE(Sees(0));
+        EXPECT_TRUE(Sees(2));
+        EXPECT_TRUE(Sees(0));
+        LetGo(F7);
+        EXPECT_TRUE(Sees(1));
+        Settle(200);
+        EXPECT_EQ(SeenKey(), 1);
+    }
     EXPECT_EQ(host_->time().CurrentTime(), 3.0);
     EXPECT_EQ(Run("$times = $times").AsInt(), 0);
     EXPECT_EQ(host_->undo().Names(), names);
