@@ -16,7 +16,8 @@ constexpr double LEAST_PIXELS = 3.0;
 constexpr double MOST_PIXELS = 6.0;
 constexpr double RESIZE_PIXELS = 1.5;   // earlier, where the size changes
 constexpr double WALKED_AT_ONCE = 0.25; // image pixels
-constexpr double MOST_STEPS = 40000.0;  // between two samples
+constexpr double WALKED_AT_ONCE_FAR = 1.0;
+constexpr double MOST_STEPS = 40000.0; // between two samples
 
 // A corner: the direction changes by more than 60 degrees, and next to it the pen is slower than this part of
 // its speed shortly before or after.
@@ -25,7 +26,12 @@ constexpr double SLOW = 0.4;
 constexpr std::size_t REMEMBERED_CHORDS = 4;
 
 double Length(const QPointF& vector) {
-    return std::hypot(vector.x(), vector.y());
+    return std::sqrt(QPointF::dotProduct(vector, vector)); // twice as fast as std::hypot
+}
+
+/// From a point to the next one, image pixels.
+double LeastWay(double size) {
+    return std::max(LEAST_PIXELS, LEAST * size);
 }
 
 double Distance(const PenSample& a, const PenSample& b) {
@@ -110,10 +116,12 @@ void StrokeCurve::AddSegment(std::size_t from, QList<StrokePoint>& points) {
     const QPointF chord = b.position - a.position;
     const QPointF leaving = before ? Tangent(*before, a, b) * parameter : chord;
     const QPointF arriving = after ? Tangent(a, b, *after) * parameter : chord;
-    const int steps = static_cast<int>(std::ceil(std::min(length / WALKED_AT_ONCE, MOST_STEPS)));
     QPointF last = a.position;
-    for (int step = 1; step <= steps; ++step) {
-        const double u = static_cast<double>(step) / steps;
+    for (double u = 0.0; u < 1.0;) {
+        // Far from the next point only the length of the way matters.
+        const bool isFar = walked_ + WALKED_AT_ONCE_FAR < LeastWay(Between(a.size, b.size, u));
+        const double step = isFar ? WALKED_AT_ONCE_FAR : WALKED_AT_ONCE;
+        u = std::min(1.0, u + std::max(step / length, 1.0 / MOST_STEPS));
         const double v = 1.0 - u;
         PenSample place;
         // Hermite's cubic between the two samples.
@@ -136,11 +144,11 @@ void StrokeCurve::Visit(const PenSample& place, double walked, QList<StrokePoint
         Append(place, points);
         return;
     }
-    if (walked_ < std::max(LEAST_PIXELS, LEAST * place.size)) {
+    if (walked_ < LeastWay(place.size)) {
         return;
     }
     const QPointF rounding = place.position - QPointF(place.position.toPoint());
-    const double distance = Length(rounding);
+    const double distance = QPointF::dotProduct(rounding, rounding);
     if (distance < distance_) {
         distance_ = distance;
         best_ = place;

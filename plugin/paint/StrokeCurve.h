@@ -36,7 +36,7 @@ private:
     // rounding bends thin lines as little as possible.
     int size_ = 0;          ///< of the last point, image pixels
     double walked_ = 0.0;   ///< since the last point, image pixels
-    double distance_ = 2.0; ///< of the best place from the centre of its pixel, image pixels; 2 for no place
+    double distance_ = 2.0; ///< of the best place from the centre of its pixel, squared; 2 for no place
     PenSample best_;
 };
 
