@@ -316,8 +316,8 @@ BENCHMARK(BrushRefresh)->Arg(4)->Arg(10)->Arg(40)->Unit(benchmark::kMicrosecond)
 BENCHMARK_CAPTURE(SampleRefresh, Brush100, ToolType::Brush, 100, LineStyle())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Brush100Styled, ToolType::Brush, 100, CurvesOnAString())
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(SampleRefresh, Pencil12, ToolType::Pencil, 12, LineStyle())->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(SampleRefresh, Pencil12Styled, ToolType::Pencil, 12, CurvesOnAString())
+BENCHMARK_CAPTURE(SampleRefresh, Pencil30, ToolType::Pencil, 30, LineStyle())->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil30Styled, ToolType::Pencil, 30, CurvesOnAString())
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(RebuildGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RebuildGhosts, ofAll, GhostLayers::Visible)->Unit(benchmark::kMillisecond);

@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QToolButton>
 
 namespace vellix {
 
@@ -89,6 +90,18 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     grid->addWidget(smoothCurves_, grid->rowCount(), 1);
     grid->addWidget(pressure_, grid->rowCount(), 1);
     grid->addWidget(pressureSize_, grid->rowCount(), 1);
+    pressureShown_ = new QToolButton;
+    pressureShown_->setObjectName(QStringLiteral("qmVxToolOptionsPressureShown"));
+    pressureShown_->setText(QStringLiteral("Curves of pressure"));
+    pressureShown_->setToolTip(
+        QStringLiteral("Shows how opacity and size answer to pressure, to be changed and tried"));
+    pressureShown_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    pressureShown_->setArrowType(Qt::RightArrow);
+    pressureShown_->setAutoRaise(true);
+    pressureShown_->setCheckable(true);
+    pressureShown_->setFocusPolicy(Qt::StrongFocus);
+    grid->addWidget(pressureShown_, grid->rowCount(), 0, 1, 2);
+    connect(pressureShown_, &QToolButton::toggled, this, &ToolOptionsDialog::UnfoldPressure);
     pressureParts_ = CreatePressure();
     grid->addWidget(pressureParts_, grid->rowCount(), 0, 1, 2);
     grid->setRowStretch(grid->rowCount(), 1);
@@ -137,6 +150,14 @@ QWidget* ToolOptionsDialog::CreatePressure() {
     return parts;
 }
 
+void ToolOptionsDialog::UnfoldPressure() {
+    const bool isOpen = pressureShown_->isChecked();
+    pressureShown_->setArrowType(isOpen ? Qt::DownArrow : Qt::RightArrow);
+    pressureParts_->setVisible(isOpen);
+    layout()->activate();
+    resize(width(), isOpen ? qMax(height(), sizeHint().height()) : sizeHint().height());
+}
+
 BrushPreset ToolOptionsDialog::ShownBrush() const {
     BrushPreset brush = Settings::GetBrush();
     brush.pressure.setsSize = pressureSize_->isChecked();
@@ -179,7 +200,8 @@ void ToolOptionsDialog::Refresh() {
     const bool hasPressure = tool->Has(ToolRow::PRESSURE);
     pressure_->setVisible(hasPressure);
     pressureSize_->setVisible(hasPressure);
-    pressureParts_->setVisible(hasPressure);
+    pressureShown_->setVisible(hasPressure);
+    pressureParts_->setVisible(hasPressure && pressureShown_->isChecked());
     fontRow_.SetShown(tool->kind == ToolKind::Text);
     stabiliserRow_.SetShown(tool->kind == ToolKind::Freehand);
     smoothCurves_->setVisible(tool->kind == ToolKind::Freehand);

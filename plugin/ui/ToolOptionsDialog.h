@@ -7,6 +7,7 @@ class QCheckBox;
 class QFontComboBox;
 class QGridLayout;
 class QLabel;
+class QToolButton;
 
 namespace vellix {
 
@@ -36,6 +37,7 @@ private:
     QLayout* CreateHeader();
     Row AddRow(QGridLayout& grid, const QString& label, QWidget* field);
     QWidget* CreatePressure();
+    void UnfoldPressure();
     /// The active tool as the fields show it.
     BrushPreset ShownBrush() const;
     void ShowFont(const QString& family);
@@ -59,6 +61,7 @@ private:
     PressureField* sizeCurve_;
     PressureStrip* strip_;
     QWidget* pressureParts_;
+    QToolButton* pressureShown_; ///< unfolds pressureParts_
     QString shownFont_;
 };
 

@@ -27,6 +27,9 @@ protected:
         Lines();
     }
     QSpinBox* Number(const char* toolTip) { return Find<QSpinBox>(options_, toolTip); }
+    QAbstractButton* Unfold() {
+        return options_->findChild<QAbstractButton*>("qmVxToolOptionsPressureShown");
+    }
     PressureField* Field(const QString& name) {
         return options_->findChild<PressureField*>("qmVxToolOptions" + name + "Curve");
     }
@@ -83,7 +86,7 @@ TEST_F(ToolOptionsDialogTest, ShowsTheOptionsThatTheActiveToolHas) {
         seen += options_->findChild<QCheckBox*>("qmVxToolOptionsSmoothCurves")->isVisible() ? " curves" : "";
         EXPECT_EQ(seen.toStdString(), row.seen) << row.flag;
         EXPECT_EQ(Number("Length of a string")->isVisible(), seen.endsWith("curves")) << row.flag;
-        EXPECT_EQ(Field("Opacity")->isVisible(), seen.endsWith("curves")) << row.flag;
+        EXPECT_EQ(Unfold()->isVisible(), seen.endsWith("curves")) << row.flag;
         EXPECT_EQ(Number("How large")->maximum(), row.mostSize) << row.flag;
         EXPECT_EQ(Number("How opaque")->minimum(), 1);
         EXPECT_EQ(Number("How sharp")->minimum(), 0);
@@ -112,6 +115,12 @@ TEST_F(ToolOptionsDialogTest, EachChangeIsOneLine) {
 }
 
 TEST_F(ToolOptionsDialogTest, PressureIsDrawnAndTried) {
+    EXPECT_FALSE(Field("Size")->isVisible());
+    const int folded = options_->height();
+    Unfold()->click();
+    Settle(20);
+    EXPECT_TRUE(Field("Size")->isVisible());
+    EXPECT_GT(options_->height(), folded + 100);
     Click(options_, "Pressure sets size");
     EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -brushSizePressure 1 0 50 50"));
     DragIn(Field("Size"), {0.06, 0.93}, {0.06, 0.70}); // the start
@@ -141,6 +150,9 @@ TEST_F(ToolOptionsDialogTest, PressureIsDrawnAndTried) {
     QTest::mouseDClick(strip, Qt::LeftButton);
     EXPECT_EQ(seen(), even);
     EXPECT_THAT(Lines(), IsEmpty()) << "nothing of the scene";
+    Unfold()->click();
+    Settle(20);
+    EXPECT_EQ(options_->height(), folded);
     Settings::SetPenPressure(ToolType::Brush, PenPressure());
 }
 
