@@ -304,7 +304,7 @@ TEST(LineStyleTest, TheEdgesOfALineWhoseSizeVariesAreEven) {
                 for (const int side : {0, 1}) { // above and below the middle
                     const double here = coverage(x, side == 0 ? 440 : 500, side == 0 ? 500 : 560);
                     largest[side] = std::max(largest[side], here);
-                    EXPECT_GE(here, largest[side] - (tool == ToolType::Pencil ? 0.6 : 1.2))
+                    EXPECT_GE(here, largest[side] - (tool == ToolType::Pencil ? 0.1 : 0.45))
                         << int(tool) << smoothCurves << " x " << x << " side " << side;
                 }
             }
