@@ -3,6 +3,10 @@
 #include "MelFixture.h"
 #include "NotesPlugin.h"
 #include "app/PluginManager.h"
+#include "formats/AsciiWriter.h"
+#include "formats/FileOperation.h"
+#include "formats/SceneContent.h"
+#include "formats/SceneFiles.h"
 #include "text/Quoted.h"
 
 #include <QFile>
@@ -50,10 +54,14 @@ protected:
         return kept;
     }
     std::string ReadScene(const std::string& name) const { return WithoutStamps(Read(name)); }
-    /// Saves the scene and returns the text.
+    /// The text of the scene as Maya ASCII, without a file: each one would be brought to the disk.
     std::string SceneText() {
-        Run("file -f -type \"mayaAscii\" -exportAll " + Quoted("text_of_the_scene.ma"));
-        return ReadScene("text_of_the_scene.ma");
+        std::ostringstream text;
+        const lightbox::FileOperationScope scope(host_, lightbox::FileOperation::Export);
+        lightbox::SceneContent content = lightbox::SceneContent::Whole(host_);
+        content.NameReferencesFrom(folder_.path().toStdString());
+        lightbox::AsciiWriter(host_.files(), host_.time(), text).Write(content, "text_of_the_scene.ma");
+        return WithoutStamps(text.str());
     }
 
     /// Makes a scene with an example of everything that can be stored.
