@@ -124,12 +124,21 @@ void IdleWork::Rest() {
     if (!timer_.isActive()) {
         QCoreApplication::instance()->installEventFilter(this);
     }
-    timer_.start(REST_MS);
+    StepIn(REST_MS);
+}
+
+/// Without memory for a timer the next event tries again.
+void IdleWork::StepIn(int milliseconds) noexcept {
+    try {
+        timer_.start(milliseconds);
+    } catch (const std::bad_alloc&) {
+        // Nothing is lost by not doing it ahead.
+    }
 }
 
 bool IdleWork::eventFilter(QObject*, QEvent* event) {
     if (IsInput(event->type())) {
-        timer_.start(REST_MS);
+        StepIn(REST_MS);
     }
     return false;
 }
@@ -138,7 +147,7 @@ void IdleWork::TakeStep() {
     BaseNode* const node = BaseNode::GetMaster();
     const std::shared_ptr<LayerManager> layers = node ? node->GetLayerManager() : nullptr;
     if (layers && IsBusy(*layers)) {
-        timer_.start(REST_MS);
+        StepIn(REST_MS);
         return;
     }
     bool goesOn = false;
@@ -151,7 +160,7 @@ void IdleWork::TakeStep() {
         // Nothing is lost by not doing it ahead.
     }
     if (goesOn) {
-        timer_.start(0);
+        StepIn(0);
     } else {
         QCoreApplication::instance()->removeEventFilter(this);
     }

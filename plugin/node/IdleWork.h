@@ -25,6 +25,7 @@ private:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void Rest();
+    void StepIn(int milliseconds) noexcept;
     void TakeStep();
 
     QTimer timer_;

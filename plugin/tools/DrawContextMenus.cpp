@@ -2,6 +2,7 @@
 
 #include "core/Layer.h"
 #include "core/LayerManager.h"
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 #include "host/Settings.h"
@@ -20,7 +21,7 @@ namespace vellix {
 
 QAction* DrawContextInputHandler::AddItem(QMenu& menu, const QString& text, Slot slot) {
     QAction* const action = menu.addAction(text);
-    connect(action, &QAction::triggered, this, slot);
+    ConnectGuarded(action, &QAction::triggered, this, slot);
     return action;
 }
 
@@ -90,7 +91,7 @@ void DrawContextInputHandler::AddTools(QMenu& menu) {
         QAction* const action = menu.addAction(QLatin1String(tool.label));
         action->setCheckable(true);
         action->setChecked(Settings::activeTool == tool.type);
-        connect(action, &QAction::triggered, this, [&tool] { MayaUtil::SetTool(tool.type); });
+        ConnectGuarded(action, &QAction::triggered, this, [&tool] { MayaUtil::SetTool(tool.type); });
     }
 }
 

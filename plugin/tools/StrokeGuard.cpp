@@ -1,5 +1,6 @@
 #include "tools/StrokeGuard.h"
 
+#include "host/Guarded.h"
 #include "tools/ThreadManager.h"
 
 #include <QEvent>
@@ -49,12 +50,16 @@ void StrokeGuard::Release() {
     window_.clear();
 }
 
+void StrokeGuard::Interrupt() {
+    RunGuarded("Ending the stroke", [this] { due_.start(); });
+}
+
 bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::Hide:
     case QEvent::Close:
     case QEvent::WindowBlocked:
-        due_.start();
+        Interrupt();
         break;
     case QEvent::MouseButtonRelease: {
         const auto* const release = static_cast<QMouseEvent*>(event);
@@ -67,7 +72,7 @@ bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseMove:
         // Only the view counts: other widgets of the window may see moves with no button held.
         if (watched == view_ && static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
-            due_.start();
+            Interrupt();
         }
         break;
     default:

@@ -31,6 +31,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void Interrupt();
+
     std::function<void()> interrupted_;
     QPointer<QWidget> view_;
     QPointer<QWidget> window_;

@@ -1,6 +1,7 @@
 #include "tools/TransformContextInputHandler.h"
 
 #include "host/Guarded.h"
+#include "host/GuardedConnect.h"
 #include "host/Settings.h"
 #include "tools/TransformContext.h"
 
@@ -56,7 +57,7 @@ bool TransformContextInputHandler::ProcessMouseEvent(QMouseEvent* event) {
 
 QAction* TransformContextInputHandler::AddItem(QMenu& menu, const char* label, Slot slot) {
     QAction* const item = menu.addAction(QString::fromLatin1(label));
-    connect(item, &QAction::triggered, this, slot);
+    ConnectGuarded(item, &QAction::triggered, this, slot);
     return item;
 }
 

@@ -1,5 +1,6 @@
 #include "ui/AboutDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/Settings.h"
 #include "ui/IconView.h"
 
@@ -61,7 +62,7 @@ AboutDialog::AboutDialog(const QString& pluginFolder, QWidget* parent)
     }
     auto* ok = new QPushButton(QStringLiteral("OK"));
     ok->setDefault(true);
-    connect(ok, &QAbstractButton::clicked, this, &QDialog::accept);
+    ConnectGuarded(ok, &QAbstractButton::clicked, this, &QDialog::accept);
     column->addWidget(ok, 0, Qt::AlignRight);
     ok->setFocus();
 }

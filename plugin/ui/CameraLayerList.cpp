@@ -20,7 +20,7 @@ const int HEADER_HEIGHT = 20;
 } // namespace
 
 CameraLayerList::CameraLayerList(QWidget* parent)
-    : QWidget(parent)
+    : GuardedWidget(parent)
     , header_(new ElidedLabel(this))
     , itemLayout_(new QVBoxLayout) {
     header_->setContentsMargins(5, 0, 5, 0);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
+
 #include <QList>
 #include <QWidget>
 
@@ -13,7 +15,7 @@ struct LayerManagerRow;
 
 /// The layers of one camera in the layer manager, below the camera's name. The topmost layer comes first. The
 /// name of a deleted camera is shown as such.
-class CameraLayerList : public QWidget {
+class CameraLayerList : public GuardedWidget<QWidget> {
     Q_OBJECT
 
 public:

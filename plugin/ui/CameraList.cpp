@@ -1,5 +1,6 @@
 #include "ui/CameraList.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "ui/CameraLayerList.h"
 
@@ -39,7 +40,7 @@ struct CameraList::Place {
 };
 
 CameraList::CameraList(QWidget* parent)
-    : QScrollArea(parent)
+    : GuardedWidget(parent)
     , content_(new QWidget)
     , layout_(new QVBoxLayout(content_))
     , empty_(new QLabel(QStringLiteral("No layers yet. New Layer adds one.")))
@@ -55,7 +56,7 @@ CameraList::CameraList(QWidget* parent)
     dropLine_->setBackgroundRole(QPalette::Highlight);
     dropLine_->hide();
     scrolling_.setInterval(SCROLL_INTERVAL_MS);
-    connect(&scrolling_, &QTimer::timeout, this, &CameraList::ScrollWhileDragging);
+    ConnectGuarded(&scrolling_, &QTimer::timeout, this, &CameraList::ScrollWhileDragging);
     setWidget(content_);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -120,10 +121,10 @@ CameraLayerList* CameraList::TakeSection(const QString& camera, QList<CameraLaye
     }
     auto* const section = new CameraLayerList(content_);
     section->SetCameraName(camera);
-    connect(section, &CameraLayerList::ItemFocused, this, &CameraList::SetTabStop);
-    connect(section, &CameraLayerList::ItemDragStarted, this, &CameraList::BeginDrag);
-    connect(section, &CameraLayerList::ItemDragMoved, this, &CameraList::DragTo);
-    connect(section, &CameraLayerList::ItemDragEnded, this, &CameraList::EndDrag);
+    ConnectGuarded(section, &CameraLayerList::ItemFocused, this, &CameraList::SetTabStop);
+    ConnectGuarded(section, &CameraLayerList::ItemDragStarted, this, &CameraList::BeginDrag);
+    ConnectGuarded(section, &CameraLayerList::ItemDragMoved, this, &CameraList::DragTo);
+    ConnectGuarded(section, &CameraLayerList::ItemDragEnded, this, &CameraList::EndDrag);
     return section;
 }
 

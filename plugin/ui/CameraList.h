@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/panels/DialogManager.h"
+#include "ui/GuardedWidget.h"
 #include "ui/LayerItem.h"
 
 #include <QList>
@@ -17,7 +18,7 @@ namespace vellix {
 class CameraLayerList;
 
 /// The layers of all cameras. Fill() keeps the scroll position and the layer with the keyboard focus.
-class CameraList : public QScrollArea {
+class CameraList : public GuardedWidget<QScrollArea> {
     Q_OBJECT
 
 public:

@@ -1,5 +1,6 @@
 #include "ui/CameraMenu.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 
@@ -15,8 +16,8 @@ void CameraMenu::Add(QMenu& menu, const QString& title, const QString& except,
     MayaUtil::GetCameras(cameras);
     for (const QString& camera : cameras) {
         if (camera != except) {
-            QObject::connect(list->addAction(MenuText(camera)), &QAction::triggered, list,
-                             [choose, camera] { choose(camera); });
+            ConnectGuarded(list->addAction(MenuText(camera)), &QAction::triggered, list,
+                           [choose, camera] { choose(camera); });
         }
     }
     list->setEnabled(!list->isEmpty());

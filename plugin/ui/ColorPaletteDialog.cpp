@@ -1,5 +1,6 @@
 #include "ui/ColorPaletteDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
 #include "ui/FlatButton.h"
@@ -30,7 +31,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
     : FloatingPanel(Panel::ColorPalette, parent) {
     setObjectName(QStringLiteral("qmVxColorPalette"));
     setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(this, &QWidget::customContextMenuRequested, this, &ColorPaletteDialog::ShowMenu);
+    ConnectGuarded(this, &QWidget::customContextMenuRequested, this, &ColorPaletteDialog::ShowMenu);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(PALETTE_MARGIN, PALETTE_MARGIN, PALETTE_MARGIN, PALETTE_MARGIN);
@@ -52,7 +53,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         swatches_.append(swatch);
         group->addButton(swatch);
         rows[i % ROW_COUNT]->addWidget(swatch);
-        connect(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
+        ConnectGuarded(swatch, &QAbstractButton::clicked, this, &ColorPaletteDialog::OnColorSelected);
     }
     // Tab goes through the upper row first.
     for (int i = 1; i < SWATCH_COUNT; ++i) {
@@ -61,7 +62,7 @@ ColorPaletteDialog::ColorPaletteDialog(QWidget* parent)
         setTabOrder(swatches_[at(i - 1)], swatches_[at(i)]);
     }
     // Any chooser in the host may have changed the custom colours when it closes.
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
+    ConnectGuarded(qGuiApp, &QGuiApplication::focusWindowChanged, this, &ColorPaletteDialog::RefreshColors);
     RefreshColors();
 }
 
@@ -91,8 +92,8 @@ void ColorPaletteDialog::OnColorSelected() {
 
 void ColorPaletteDialog::ShowMenu(const QPoint& place) {
     QMenu menu;
-    connect(menu.addAction(QStringLiteral("Customize...")), &QAction::triggered, this,
-            &ColorPaletteDialog::CustomizeColors);
+    ConnectGuarded(menu.addAction(QStringLiteral("Customize...")), &QAction::triggered, this,
+                   &ColorPaletteDialog::CustomizeColors);
     menu.exec(mapToGlobal(place));
 }
 

@@ -1,5 +1,7 @@
 #include "ui/DialogParts.h"
 
+#include "host/GuardedConnect.h"
+
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -26,8 +28,8 @@ QHBoxLayout* CreateDialogButtons(QDialog& dialog, std::function<void()> apply) {
     cancel->setAutoDefault(false);
     row->addWidget(ok);
     row->addWidget(cancel);
-    QObject::connect(ok, &QPushButton::clicked, &dialog, std::move(apply));
-    QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+    ConnectGuarded(ok, &QPushButton::clicked, &dialog, std::move(apply));
+    ConnectGuarded(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
     return row;
 }
 

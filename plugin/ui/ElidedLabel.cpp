@@ -10,7 +10,7 @@
 namespace vellix {
 
 ElidedLabel::ElidedLabel(QWidget* parent)
-    : QLabel(parent) {
+    : GuardedWidget(parent) {
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 }
@@ -57,12 +57,12 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
                           shown, textColor_.isValid() ? QPalette::NoRole : foregroundRole());
 }
 
-bool ElidedLabel::event(QEvent* event) {
+bool ElidedLabel::HandleEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip && IsShortened()) {
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text().toHtmlEscaped(), this);
         return true;
     }
-    return QLabel::event(event);
+    return GuardedWidget::HandleEvent(event);
 }
 
 } // namespace vellix

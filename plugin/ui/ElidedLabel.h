@@ -1,11 +1,13 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
+
 #include <QLabel>
 
 namespace vellix {
 
 /// Plain text on one line, shortened at its end where there is no room. The tooltip then shows the full text.
-class ElidedLabel : public QLabel {
+class ElidedLabel : public GuardedWidget<QLabel> {
     Q_OBJECT
 
 public:
@@ -19,7 +21,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    bool event(QEvent* event) override;
+    bool HandleEvent(QEvent* event) override;
 
 private:
     QString OneLine() const;

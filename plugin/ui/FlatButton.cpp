@@ -13,7 +13,7 @@ constexpr double FLAT_RADIUS = 2.0;
 } // namespace
 
 FlatButton::FlatButton(QWidget* parent)
-    : QAbstractButton(parent) {
+    : GuardedWidget(parent) {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

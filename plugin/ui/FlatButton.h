@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
+
 #include <QAbstractButton>
 #include <QColor>
 
@@ -7,7 +9,7 @@ namespace vellix {
 
 /// A flat button that shows a colour, 24 by 24 pixels unless resized. An invalid colour shows as an empty
 /// field.
-class FlatButton : public QAbstractButton {
+class FlatButton : public GuardedWidget<QAbstractButton> {
     Q_OBJECT
 
 public:

@@ -99,7 +99,7 @@ bool MovesInPanel(const QKeyEvent& key) {
 } // namespace
 
 FloatingPanel::FloatingPanel(Panel panel, QWidget* parent)
-    : QDialog(parent, Qt::Tool)
+    : GuardedWidget(parent, Qt::Tool)
     , geometry_(Settings::GetPanelGeometry(panel)) {
     setWindowTitle(QString::fromLatin1(RowOf(panel).title));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
@@ -120,14 +120,14 @@ QRect FloatingPanel::MoveInto(const QRect& wanted, const QRect& available) {
     return place;
 }
 
-bool FloatingPanel::event(QEvent* event) {
+bool FloatingPanel::HandleEvent(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && focusWidget()) {
         if (MovesInPanel(*static_cast<QKeyEvent*>(event))) {
             event->accept();
             return true;
         }
     }
-    return QDialog::event(event);
+    return GuardedWidget::HandleEvent(event);
 }
 
 void FloatingPanel::showEvent(QShowEvent* event) {

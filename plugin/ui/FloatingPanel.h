@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
+
 #include <QByteArray>
 #include <QDialog>
 #include <QList>
@@ -14,7 +16,7 @@ enum class Panel;
 /// and Return go to the focused widget: only the panel's own close button closes it. Keys that work inside a
 /// panel (space, return, arrows and so on) belong to it while one of its widgets has the focus. All other
 /// shortcuts remain the host's.
-class FloatingPanel : public QDialog {
+class FloatingPanel : public GuardedWidget<QDialog> {
     Q_OBJECT
 
 public:
@@ -27,7 +29,7 @@ public:
     static QRect MoveInto(const QRect& wanted, const QRect& available);
 
 protected:
-    bool event(QEvent* event) override;
+    bool HandleEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

@@ -18,7 +18,7 @@ constexpr int USUAL_LINE = 16;
 } // namespace
 
 IconButton::IconButton(Icon icon, const QString& toolTip, int size, QWidget* parent)
-    : QToolButton(parent)
+    : GuardedWidget(parent)
     , size_(size) {
     setIcon(Icons::Get(icon));
     setToolTip(toolTip);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
 #include "ui/Icons.h"
 
 #include <QToolButton>
@@ -8,7 +9,7 @@ namespace vellix {
 
 /// A flat button with an icon. A checked button is filled with the highlight colour in every host style. The
 /// tooltip is also its accessible name.
-class IconButton : public QToolButton {
+class IconButton : public GuardedWidget<QToolButton> {
     Q_OBJECT
 
 public:

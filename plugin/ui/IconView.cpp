@@ -5,7 +5,7 @@
 namespace vellix {
 
 IconView::IconView(Icon icon, int side, QWidget* parent)
-    : QWidget(parent)
+    : GuardedWidget(parent)
     , shown_(icon)
     , icon_(Icons::Get(icon)) {
     setFixedSize(side, side);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
 #include "ui/Icons.h"
 
 #include <QWidget>
@@ -7,7 +8,7 @@
 namespace vellix {
 
 /// Shows an icon. Takes no input.
-class IconView : public QWidget {
+class IconView : public GuardedWidget<QWidget> {
     Q_OBJECT
 
 public:

@@ -1,6 +1,8 @@
 #include "ui/LayerItem.h"
 
 #include "core/LayerState.h"
+#include "host/Guarded.h"
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 #include "host/panels/DialogManager.h"
@@ -55,7 +57,7 @@ const LayerItem::Part PARTS[] = {LayerItem::Part::Row, LayerItem::Part::Visibili
 } // namespace
 
 LayerItem::LayerItem(const QString& camera, int index, QWidget* parent)
-    : QWidget(parent)
+    : GuardedWidget(parent)
     , camera_(camera)
     , index_(index)
     , visibility_(new LayerToggle(this))
@@ -73,8 +75,8 @@ LayerItem::LayerItem(const QString& camera, int index, QWidget* parent)
     setObjectName(name.arg(QString(), camera, number));
     visibility_->setObjectName(name.arg(QStringLiteral("Visibility"), camera, number));
     state_->setObjectName(name.arg(QStringLiteral("State"), camera, number));
-    connect(visibility_, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
-    connect(state_, &LayerToggle::clicked, this, &LayerItem::CycleState);
+    ConnectGuarded(visibility_, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
+    ConnectGuarded(state_, &LayerToggle::clicked, this, &LayerItem::CycleState);
     visibility_->installEventFilter(this);
     state_->installEventFilter(this);
     SetTabStop(false);
@@ -169,7 +171,7 @@ void LayerItem::BeginRename() {
     editor_->show();
     editor_->setFocus(Qt::OtherFocusReason);
     editor_->installEventFilter(this);
-    connect(editor_, &QLineEdit::editingFinished, this, [this] { EndRename(true); });
+    ConnectGuarded(editor_, &QLineEdit::editingFinished, this, [this] { EndRename(true); });
 }
 
 void LayerItem::EndRename(bool keep) {
@@ -237,8 +239,9 @@ void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
     auto* const menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QWidget* const panel = window();
-    connect(menu->addAction(QStringLiteral("%1...").arg(MenuText(GetName()))), &QAction::triggered, panel,
-            [camera, index, panel] { DialogManager::ShowLayerPropertiesDialog(camera, index, panel); });
+    ConnectGuarded(
+        menu->addAction(QStringLiteral("%1...").arg(MenuText(GetName()))), &QAction::triggered, panel,
+        [camera, index, panel] { DialogManager::ShowLayerPropertiesDialog(camera, index, panel); });
     menu->addSeparator();
     CameraMenu::Add(
         *menu, QStringLiteral("Move layer to         "), camera,
@@ -293,7 +296,7 @@ bool LayerItem::GetFocusedPart(Part& part) const {
     return false;
 }
 
-bool LayerItem::event(QEvent* event) {
+bool LayerItem::HandleEvent(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
         // Delete is a shortcut of the host as well, which would delete what is selected in the scene.
         const auto& key = *static_cast<QKeyEvent*>(event);
@@ -302,7 +305,7 @@ bool LayerItem::event(QEvent* event) {
             return true;
         }
     }
-    return QWidget::event(event);
+    return GuardedWidget::HandleEvent(event);
 }
 
 void LayerItem::keyPressEvent(QKeyEvent* event) {
@@ -334,6 +337,12 @@ void LayerItem::keyPressEvent(QKeyEvent* event) {
 }
 
 bool LayerItem::eventFilter(QObject* watched, QEvent* event) {
+    bool isHandled = false;
+    RunGuarded("The panel", [&] { isHandled = FilterEvent(watched, event); });
+    return isHandled;
+}
+
+bool LayerItem::FilterEvent(QObject* watched, QEvent* event) {
     if (watched == editor_ && editor_) {
         const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
         if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {

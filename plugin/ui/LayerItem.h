@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
+
 #include <QWidget>
 
 class QLineEdit;
@@ -12,7 +14,7 @@ struct LayerManagerRow;
 
 /// One layer in the layer manager: its visibility, state and name. User actions go out as command lines; the
 /// item shows only what Show() sets.
-class LayerItem : public QWidget {
+class LayerItem : public GuardedWidget<QWidget> {
     Q_OBJECT
 
 public:
@@ -56,7 +58,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    bool event(QEvent* event) override;
+    bool HandleEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -66,6 +68,7 @@ private:
     void OpenProperties();
     void ToggleVisibility();
     void CycleState();
+    bool FilterEvent(QObject* watched, QEvent* event);
     /// Edits the name in place.
     void BeginRename();
     void EndRename(bool keep);

@@ -1,5 +1,6 @@
 #include "ui/LayerManagerDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
 #include "host/panels/DialogManager.h"
@@ -35,7 +36,7 @@ LayerManagerDialog::LayerManagerDialog(QWidget* parent)
                             void (LayerManagerDialog::*slot)()) {
         auto* const button = new PlainIconButton(icon, QLatin1String(toolTip), this);
         button->setObjectName(objectName() + QString(QLatin1String(toolTip)).remove(QLatin1Char(' ')));
-        connect(button, &PlainIconButton::clicked, this, slot);
+        ConnectGuarded(button, &PlainIconButton::clicked, this, slot);
         row->addWidget(button);
         return button;
     };

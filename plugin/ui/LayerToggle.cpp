@@ -10,7 +10,7 @@
 namespace vellix {
 
 LayerToggle::LayerToggle(QWidget* parent)
-    : QAbstractButton(parent) {
+    : GuardedWidget(parent) {
     setAttribute(Qt::WA_Hover);
     setFixedSize(LayerToggle::sizeHint());
 }

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
+
 #include <QAbstractButton>
 
 namespace vellix {
 
 /// A small box with one letter or none, in a row of the layer manager. 20 by 14 pixels, larger with a large
 /// font.
-class LayerToggle : public QAbstractButton {
+class LayerToggle : public GuardedWidget<QAbstractButton> {
     Q_OBJECT
 
 public:

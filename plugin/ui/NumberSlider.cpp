@@ -1,5 +1,6 @@
 #include "ui/NumberSlider.h"
 
+#include "host/GuardedConnect.h"
 #include "ui/FieldUndo.h"
 
 #include <QEvent>
@@ -77,12 +78,12 @@ NumberSlider::NumberSlider(const QString& name, QWidget* parent)
 
     changeTimer_.setSingleShot(true);
     changeTimer_.setInterval(CHANGE_INTERVAL_MS);
-    connect(&changeTimer_, &QTimer::timeout, this, &NumberSlider::EmitChange);
-    connect(slider_, &QSlider::valueChanged, this, &NumberSlider::OnSliderMoved);
-    connect(slider_, &QSlider::actionTriggered, this, &NumberSlider::OnSliderAction);
-    connect(slider_, &QSlider::sliderReleased, this, &NumberSlider::EmitChange);
-    connect(number_, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged), this,
-            &NumberSlider::OnNumberChanged);
+    ConnectGuarded(&changeTimer_, &QTimer::timeout, this, &NumberSlider::EmitChange);
+    ConnectGuarded(slider_, &QSlider::valueChanged, this, &NumberSlider::OnSliderMoved);
+    ConnectGuarded(slider_, &QSlider::actionTriggered, this, &NumberSlider::OnSliderAction);
+    ConnectGuarded(slider_, &QSlider::sliderReleased, this, &NumberSlider::EmitChange);
+    ConnectGuarded(number_, static_cast<void (QSpinBox::*)(int)>(&QSpinBox::valueChanged), this,
+                   &NumberSlider::OnNumberChanged);
 }
 
 void NumberSlider::SetUp(int least, int most, const QString& suffix, const QString& toolTip) {

@@ -14,7 +14,7 @@ const int PLAIN_MARGIN = 2; // pixels between the icon and the button's edge
 } // namespace
 
 PlainIconButton::PlainIconButton(const QIcon& icon, const QString& toolTip, QWidget* parent)
-    : QAbstractButton(parent) {
+    : GuardedWidget(parent) {
     setIcon(icon);
     setToolTip(toolTip);
     setAccessibleName(toolTip);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/GuardedWidget.h"
 #include "ui/Icons.h"
 
 #include <QAbstractButton>
@@ -8,7 +9,7 @@ namespace vellix {
 
 /// A flat square button that looks the same when pressed or under the pointer, and shows a frame while it has
 /// the keyboard focus. Its tooltip is also its accessible name.
-class PlainIconButton : public QAbstractButton {
+class PlainIconButton : public GuardedWidget<QAbstractButton> {
     Q_OBJECT
 
 public:

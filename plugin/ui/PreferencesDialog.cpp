@@ -1,6 +1,7 @@
 #include "ui/PreferencesDialog.h"
 
 #include "core/LayerState.h"
+#include "host/GuardedConnect.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
 #include "ui/DialogParts.h"
@@ -61,7 +62,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     auto* pages = new QStackedWidget;
     pages->addWidget(CreateGeneralPage());
     pages->addWidget(CreateLayersPage());
-    connect(list, &QListWidget::currentRowChanged, pages, &QStackedWidget::setCurrentIndex);
+    ConnectGuarded(list, &QListWidget::currentRowChanged, pages, &QStackedWidget::setCurrentIndex);
 
     auto* row = new QHBoxLayout;
     row->addWidget(list);
@@ -123,10 +124,10 @@ QWidget* PreferencesDialog::CreateColorGroup() {
     row->addWidget(timelineFrameColor_);
     row->addWidget(standard);
     row->addStretch();
-    connect(timelineFrameColor_, &QAbstractButton::clicked, this,
-            &PreferencesDialog::ChooseTimelineFrameColor);
-    connect(standard, &QAbstractButton::clicked, this,
-            [this] { UseTimelineFrameColor(Settings::DEFAULT_TIMELINE_FRAME_COLOR); });
+    ConnectGuarded(timelineFrameColor_, &QAbstractButton::clicked, this,
+                   &PreferencesDialog::ChooseTimelineFrameColor);
+    ConnectGuarded(standard, &QAbstractButton::clicked, this,
+                   [this] { UseTimelineFrameColor(Settings::DEFAULT_TIMELINE_FRAME_COLOR); });
     return group;
 }
 

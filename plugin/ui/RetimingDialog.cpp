@@ -1,5 +1,6 @@
 #include "ui/RetimingDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
 #include "host/Settings.h"
@@ -51,7 +52,7 @@ RetimingDialog::RetimingDialog(QWidget* parent)
     }
     moveToNext_->setObjectName(objectName() + QStringLiteral("MoveToNextFrame"));
     moveToNext_->setToolTip(QStringLiteral("After each press go on to the drawing that follows"));
-    connect(moveToNext_, &QCheckBox::toggled, this, &RetimingDialog::OnMoveToNextFrameToggled);
+    ConnectGuarded(moveToNext_, &QCheckBox::toggled, this, &RetimingDialog::OnMoveToNextFrameToggled);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(2);
@@ -69,7 +70,7 @@ void RetimingDialog::AddButton(QHBoxLayout* row, const QString& label, const QSt
     button->setObjectName(objectName() + label);
     button->setToolTip(toolTip);
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, slot);
+    ConnectGuarded(button, &QPushButton::clicked, this, slot);
     row->addWidget(button);
     buttons_.append({button, least});
 }

@@ -1,5 +1,6 @@
 #include "ui/TimeControlOverlay.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 
@@ -59,13 +60,13 @@ MDoubleArray GetVisibleRange() {
 } // namespace
 
 TimeControlOverlay::TimeControlOverlay(QWidget* timeSlider)
-    : QWidget(timeSlider) {
+    : GuardedWidget(timeSlider) {
     if (timeSlider) {
         setGeometry(timeSlider->rect());
         // Moves without a button go on to the slider, which shows by its cursor what a press would take hold
         // of.
         setMouseTracking(true);
-        connect(timeSlider, &QObject::destroyed, this, [this] { setParent(nullptr); });
+        ConnectGuarded(timeSlider, &QObject::destroyed, this, [this] { setParent(nullptr); });
     }
 }
 

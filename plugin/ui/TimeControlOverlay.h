@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/panels/DialogManager.h"
+#include "ui/GuardedWidget.h"
 
 #include <maya/MDoubleArray.h>
 
@@ -11,7 +12,7 @@ namespace vellix {
 /// Marks the drawn frames over the host's time slider. While the draw tool is current and the user drags the
 /// slider's highlighted range, it tracks by how many frames; on release it moves the frames of the range. It
 /// consumes no events, so the slider below works as usual.
-class TimeControlOverlay : public QWidget, public TimelineOverlay {
+class TimeControlOverlay : public GuardedWidget<QWidget>, public TimelineOverlay {
     Q_OBJECT
 
 public:

@@ -1,5 +1,6 @@
 #include "ui/ToolOptionsDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
 #include "host/Settings.h"
@@ -107,15 +108,15 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     grid->setRowStretch(grid->rowCount(), 1);
 
     for (NumberSlider* slider : {size_, opacity_, hardness_}) {
-        connect(slider, &NumberSlider::Changed, this, &ToolOptionsDialog::Send);
+        ConnectGuarded(slider, &NumberSlider::Changed, this, &ToolOptionsDialog::Send);
     }
-    connect(pressure_, &QCheckBox::clicked, this, &ToolOptionsDialog::Send);
-    connect(stabiliser_, &NumberSlider::Changed, this,
-            [this] { MayaUtil::SetStabiliser(stabiliser_->GetValue()); });
-    connect(smoothCurves_, &QCheckBox::clicked, this, [](bool on) { MayaUtil::SetSmoothCurves(on); });
-    connect(font_, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated), this,
-            &ToolOptionsDialog::OnFontChosen);
-    connect(font_->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
+    ConnectGuarded(pressure_, &QCheckBox::clicked, this, &ToolOptionsDialog::Send);
+    ConnectGuarded(stabiliser_, &NumberSlider::Changed, this,
+                   [this] { MayaUtil::SetStabiliser(stabiliser_->GetValue()); });
+    ConnectGuarded(smoothCurves_, &QCheckBox::clicked, this, [](bool on) { MayaUtil::SetSmoothCurves(on); });
+    ConnectGuarded(font_, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated), this,
+                   &ToolOptionsDialog::OnFontChosen);
+    ConnectGuarded(font_->lineEdit(), &QLineEdit::editingFinished, this, &ToolOptionsDialog::OnFontChosen);
     new FieldUndo(*font_, [this] { return font_->currentText() != shownFont_; });
     Refresh();
 }

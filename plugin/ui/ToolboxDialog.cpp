@@ -1,5 +1,6 @@
 #include "ui/ToolboxDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
 #include "host/PresetKeys.h"
@@ -104,7 +105,7 @@ QLayout* ToolboxDialog::CreateTools() {
             QStringLiteral("%1: %2").arg(QString::fromLatin1(tool.label), QString::fromLatin1(tool.hint));
         IconButton* button =
             CreateSwitch(tool.type, tool.label, toolTip, [&tool] { return MayaUtil::SetTool(tool.type); });
-        connect(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
+        ConnectGuarded(button, &IconButton::MenuWanted, this, [this, &tool] { ShowOptionsOf(tool); });
         tools_.append(button);
         grid->addWidget(button, place / perRow, place % perRow);
         ++place;
@@ -155,7 +156,7 @@ QLayout* ToolboxDialog::CreateOptions() {
         label->setBuddy(slider);
         grid->addWidget(label, row, 0);
         grid->addWidget(slider, row, 1);
-        connect(slider, &NumberSlider::Changed, this, &ToolboxDialog::Send);
+        ConnectGuarded(slider, &NumberSlider::Changed, this, &ToolboxDialog::Send);
         ++row;
     }
     return grid;
@@ -221,7 +222,7 @@ IconButton* ToolboxDialog::CreateButton(const Icon& icon, const char* name, cons
                                         const std::function<bool()>& issue) {
     auto* button = new IconButton(icon, toolTip, ICON_SIZE);
     button->setObjectName(QStringLiteral("qmVxToolbox%1").arg(QString::fromLatin1(name)));
-    connect(button, &QAbstractButton::clicked, this, [issue] { issue(); });
+    ConnectGuarded(button, &QAbstractButton::clicked, this, [issue] { issue(); });
     return button;
 }
 
@@ -229,14 +230,14 @@ IconButton* ToolboxDialog::CreateSwitch(const Icon& icon, const char* name, cons
                                         const std::function<bool()>& issue) {
     IconButton* button = CreateButton(icon, name, toolTip, issue);
     button->setCheckable(true);
-    connect(button, &QAbstractButton::clicked, this, &ToolboxDialog::Refresh);
+    ConnectGuarded(button, &QAbstractButton::clicked, this, &ToolboxDialog::Refresh);
     return button;
 }
 
 IconButton* ToolboxDialog::CreateGhostSwitch(const Icon& icon, const char* name, const QString& toolTip,
                                              const std::function<bool()>& toggle) {
     IconButton* button = CreateSwitch(icon, name, toolTip, toggle);
-    connect(button, &IconButton::MenuWanted, this, &ToolboxDialog::ShowGhostingMenu);
+    ConnectGuarded(button, &IconButton::MenuWanted, this, &ToolboxDialog::ShowGhostingMenu);
     return button;
 }
 
@@ -293,13 +294,13 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
         QAction* action = menu.addAction(text);
         action->setCheckable(true);
         action->setChecked(on);
-        connect(action, &QAction::triggered, action, [toggle] { toggle(); });
+        ConnectGuarded(action, &QAction::triggered, action, [toggle] { toggle(); });
     };
     addSwitch(QStringLiteral("Ghost Previous"), Settings::ghostPrev, MayaUtil::ToggleGhostPrevious);
     addSwitch(QStringLiteral("Ghost Next"), Settings::ghostNext, MayaUtil::ToggleGhostNext);
     menu.addSeparator();
-    connect(menu.addAction(QStringLiteral("Settings...")), &QAction::triggered, &menu,
-            [] { MayaUtil::ShowGhostingDialog(); });
+    ConnectGuarded(menu.addAction(QStringLiteral("Settings...")), &QAction::triggered, &menu,
+                   [] { MayaUtil::ShowGhostingDialog(); });
     menu.exec(place);
 }
 
