@@ -7,6 +7,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/CameraRenames.h"
 #include "node/CamerasRead.h"
 #include "node/DocumentFollower.h"
 #include "node/Flipping.h"
@@ -42,6 +43,7 @@ const char* const FOLLOWING = "Following a change of the scene";
 /// What the host calls: a callback whose exceptions become errors.
 template <MMessage::MBasicFunction Callback>
 void Safe(void* data) {
+    CameraRenames::FollowLate();
     RunGuarded(FOLLOWING, [=] { Callback(data); });
 }
 
@@ -127,6 +129,11 @@ void OnSceneOpened(void*) {
     DocumentFollower::FollowScene();
 }
 
+/// The layers are stored under the names that their cameras have.
+void OnBeforeSave(void*) {
+    CameraRenames::FollowLate();
+}
+
 /// A stroke or transform that is not committed yet was not saved.
 void OnSceneSaved(void*) {
     const BaseNode* const node = BaseNode::GetMaster();
@@ -174,13 +181,8 @@ bool IsCameraTransform(MObject& node) {
 
 /// Undo and redo of a rename come here too, so that the layers follow the camera both ways.
 void OnNameChanged(MObject& node, const MString& before, void*) {
-    if (!node.hasFn(MFn::kTransform) || !IsCameraTransform(node)) {
-        return;
-    }
-    const QString from = MayaUtil::ToQString(before);
-    const QString to = MayaUtil::ToQString(MFnDagNode(node).name());
-    for (BaseNode* drawing : BaseNode::GetAll()) {
-        drawing->OnCameraRenamed(from, to);
+    if (node.hasFn(MFn::kTransform) && IsCameraTransform(node)) {
+        CameraRenames::Follow(node, before);
     }
 }
 
@@ -315,9 +317,16 @@ MStatus AddCallbacks() {
             MEventMessage::addEventCallback(handler.event, handler.function, nullptr, &status);
         result = Keep(id, status) ? result : status;
     }
-    for (const auto message : {MSceneMessage::kAfterCreateReference, MSceneMessage::kAfterLoadReference}) {
+    const struct {
+        MSceneMessage::Message message;
+        MMessage::MBasicFunction function;
+    } followers[] = {{MSceneMessage::kAfterCreateReference, Safe<OnReferenceRead>},
+                     {MSceneMessage::kAfterLoadReference, Safe<OnReferenceRead>},
+                     {MSceneMessage::kBeforeSave, OnBeforeSave}};
+    for (const auto& follower : followers) {
         MStatus status;
-        const MCallbackId id = MSceneMessage::addCallback(message, Safe<OnReferenceRead>, nullptr, &status);
+        const MCallbackId id =
+            MSceneMessage::addCallback(follower.message, follower.function, nullptr, &status);
         result = Keep(id, status) ? result : status;
     }
     const MStatus status = AddNodeCallbacks();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Guarded.h"
+#include "node/CameraRenames.h"
 
 #include <maya/MPxCommand.h>
 #include <maya/MSyntax.h>
@@ -26,16 +27,20 @@ public:
     }
 
     MStatus doIt(const MArgList& args) override {
-        return Guarded(Name(), [&] { return Command::doIt(args); });
+        return Run([&] { return Command::doIt(args); });
     }
     MStatus redoIt() override {
-        return Guarded(Name(), [&] { return Command::redoIt(); });
+        return Run([&] { return Command::redoIt(); });
     }
     MStatus undoIt() override {
-        return Guarded(Name(), [&] { return Command::undoIt(); });
+        return Run([&] { return Command::undoIt(); });
     }
 
 private:
+    template <typename Step>
+    static MStatus Run(Step step) noexcept {
+        return CameraRenames::FollowLate() ? Guarded(Name(), step) : MStatus(MS::kFailure);
+    }
     static const char* Name() {
         static const MString name = Command::GetCommandName();
         return name.asChar();
