@@ -11,7 +11,16 @@ namespace vellix {
 
 ActiveLayers::Active ActiveLayers::Find(const BaseNode& node, const QString& camera) {
     const Layer* const layer = node.GetActiveLayer(camera);
-    return {CameraHandle(camera), layer ? layer->GetId() : LayerId::None, node.LayerCount(camera) > 0};
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    return {CameraHandle(camera), layer ? layer->GetId() : LayerId::None, node.LayerCount(camera) > 0,
+            layers && layers->HasPlace(camera)};
+}
+
+void ActiveLayers::RestorePlace(const BaseNode& node, const Active& active) {
+    const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
+    if (layers && !active.hadPlace) {
+        layers->SetPlace(active.camera.Name(), false);
+    }
 }
 
 /// Returns false if the layer is not on the camera any more, or if there was none.
@@ -49,8 +58,10 @@ ActiveLayers ActiveLayers::Now(const BaseNode& node) const {
 void ActiveLayers::Restore(BaseNode& node) const noexcept {
     RunGuarded("Activating the layers", [&] {
         for (const Active& other : others_) {
+            RestorePlace(node, other);
             Activate(node, other, false);
         }
+        RestorePlace(node, active_);
         const QString active = active_.camera.Name();
         if (active.isEmpty() || !Activate(node, active_, true)) {
             if (const std::shared_ptr<LayerManager> layers = node.GetLayerManager()) {

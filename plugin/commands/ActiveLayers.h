@@ -20,7 +20,8 @@ public:
     void Remember(const BaseNode& node, const QList<QString>& cameras);
     /// The same for the active camera and the active layers as they are now, of the cameras that are stored.
     ActiveLayers Now(const BaseNode& node) const;
-    /// Makes the stored layers active again, that of the active camera last. Passes over a layer that is no
+    /// Makes the stored layers active again, that of the active camera last, and takes the empty places of
+    /// cameras away that had none. Passes over a layer that is no
     /// longer on its camera, and over a camera that had no layers: what has come there since stays as it is.
     /// Does what it can when memory is short.
     void Restore(BaseNode& node) const noexcept;
@@ -35,8 +36,10 @@ private:
         CameraHandle camera;
         LayerId layer = LayerId::None;
         bool hadLayers = false;
+        bool hadPlace = false;
     };
 
+    static void RestorePlace(const BaseNode& node, const Active& active);
     static Active Find(const BaseNode& node, const QString& camera);
     static bool Activate(BaseNode& node, const Active& active, bool makeCameraActive);
 

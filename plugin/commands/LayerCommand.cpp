@@ -415,6 +415,7 @@ MStatus LayerCommand::Move() {
         to_ = LayerSpot(*drawing_, layer_);
     } catch (...) {
         MoveTo(from_);
+        before_.Restore(*node_);
         throw;
     }
     FollowActiveLayer();

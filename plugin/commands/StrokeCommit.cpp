@@ -11,16 +11,6 @@
 
 namespace vellix {
 
-namespace {
-
-bool DropForLackOfMemory(LayerManager& layers) {
-    layers.CancelActiveStroke();
-    Logger::Error("The stroke was dropped: out of memory. Close what is not needed and draw it again.");
-    return false;
-}
-
-} // namespace
-
 StrokeCommit::StrokeCommit(const QString& camera, bool layerAdded, bool frameAdded)
     : camera_(camera)
     , layerAdded_(layerAdded)
@@ -44,12 +34,12 @@ bool StrokeCommit::Commit(BaseNode& node) {
     const PressAdditions& noted = layers->GetStrokeAdditions();
     additions_ = PressAdditions(*layers, drawing_, layerAdded_ || noted.HasLayer(),
                                 frameAdded_ || noted.GetFrame() != FrameId::None);
-    if (noted.GetPreviousLayer() != LayerId::None) {
-        additions_.SetPreviousLayer(noted.GetPreviousLayer());
-    }
+    additions_.Complete(noted);
     QByteArray tiles;
     if (!layers->CommitActiveStroke(camera_, tiles)) {
-        return DropForLackOfMemory(*layers);
+        layers->CancelActiveStroke();
+        Logger::Error("The stroke was dropped: the picture that it began on cannot be decoded.");
+        return false;
     }
     tiles_.Keep(tiles);
     isDone_ = true;

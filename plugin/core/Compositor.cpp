@@ -22,14 +22,9 @@ void Compositor::RemoveCamera(const QString& camera) {
     ghosts_.RemoveCamera(camera);
 }
 
-void Compositor::RenameCamera(const QString& from, const QString& to) {
-    const auto found = images_.find(from);
-    if (found == images_.end() || from == to) {
-        return;
-    }
-    images_[to].swap(found->second);
-    images_.erase(found);
-    ghosts_.RenameCamera(from, to);
+void Compositor::ExchangeImages(const QString& one, const QString& other) {
+    images_.find(one)->second.swap(images_.find(other)->second);
+    ghosts_.ExchangeCameras(one, other);
 }
 
 QImage* Compositor::GetImage(const QString& camera) const {

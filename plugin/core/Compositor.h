@@ -28,8 +28,8 @@ public:
     /// Gives the camera a transparent image, unless it has one.
     void AddCamera(const QString& camera);
     void RemoveCamera(const QString& camera);
-    /// The camera's image goes by another name. Replaces an image that has this name.
-    void RenameCamera(const QString& from, const QString& to);
+    /// Each of the two cameras gets the other's image. Both have one. Needs no memory.
+    void ExchangeImages(const QString& one, const QString& other);
     /// The camera's image, owned here; null for a camera that was not added.
     QImage* GetImage(const QString& camera) const;
     /// Composes the camera's image. Reads every layer with Layer::ReadFrame, which clears the layers' cache

@@ -80,6 +80,7 @@ std::shared_ptr<LayerManager> LayerManager::Clone() const {
     auto clone = std::make_shared<LayerManager>();
     const ChangeScope scope(*clone);
     for (const auto& entry : layers_) {
+        clone->SetPlace(entry.first, true);
         for (const auto& layer : entry.second) {
             clone->InsertLayer(entry.first, -1, layer->Copy().release());
         }
@@ -104,6 +105,22 @@ QStringList LayerManager::GetCameras() const {
         cameras.append(entry.first);
     }
     return cameras;
+}
+
+bool LayerManager::HasPlace(const QString& camera) const {
+    return layers_.count(camera) > 0;
+}
+
+void LayerManager::SetPlace(const QString& camera, bool hasPlace) {
+    if (hasPlace) {
+        layers_[camera];
+    }
+    if (LayerCount(camera) == 0) {
+        compositor_->RemoveCamera(camera);
+        if (!hasPlace) {
+            layers_.erase(camera);
+        }
+    }
 }
 
 void LayerManager::SetActiveCamera(const QString& camera) {
@@ -294,17 +311,16 @@ int LayerManager::InsertLayer(const QString& camera, int index, const QString& n
     return InsertLayer(camera, index, layer.release());
 }
 
-/// Makes room for layers that are inserted next. A camera that has none yet is then known, with an empty
+/// Makes room for layers that are inserted next. A camera that has none yet then has a place, with an empty
 /// stack and a composed image.
 LayerManager::LayerList& LayerManager::MakeRoom(const QString& camera, int count) {
+    const bool hadPlace = HasPlace(camera);
     LayerList& layers = layers_[camera];
     try {
         layers.reserve(layers.size() + static_cast<std::size_t>(count));
         compositor_->AddCamera(camera);
     } catch (...) {
-        if (layers.empty()) {
-            layers_.erase(camera);
-        }
+        SetPlace(camera, hadPlace);
         throw;
     }
     return layers;
@@ -428,7 +444,6 @@ const LayerManager::LayerList& LayerManager::FindLayers(const QString& camera) c
 
 void LayerManager::OnLastLayerRemoved(const QString& camera) {
     compositor_->RemoveCamera(camera);
-    layers_.erase(camera); // a camera without layers is not stored with the drawing
     SetActiveLayer(camera, -1, false);
 }
 

@@ -72,11 +72,16 @@ public:
     // Cameras.
     QString GetActiveCamera() const;
     QString GetPreviousActiveCamera() const;
+    /// Those that have a place in the drawing: they have layers, or had some.
     QStringList GetCameras() const;
+    bool HasPlace(const QString& camera) const;
+    /// Gives a camera a place, or takes away one without layers: for what undoes a first layer.
+    void SetPlace(const QString& camera, bool hasPlace);
     void SetActiveCamera(const QString& camera);
     /// Makes the camera of the host's active view the active one. Does nothing without such a view.
     void RefreshActiveCamera();
-    /// Call after a camera of the host got another name. Its layers, composed image and stroke go along.
+    /// Call after a camera of the host got another name. Its layers, composed image and stroke go along, all
+    /// of them or, if memory is too short, none.
     /// Layers that already stand under the new name but whose camera is gone get a free name, so that they
     /// stay a stack of their own; layers of another camera of that name come to lie below. Renaming the
     /// camera back separates the stacks again.
@@ -184,8 +189,9 @@ public:
     void CancelActiveStroke();
     /// Paints what is new in the stroke, whether its drawing is shown or not.
     void PaintActiveStroke();
-    /// Notes what a press has added to the camera's active layer for the stroke that begins next.
-    void NotePress(const QString& camera, bool layerAdded, bool frameAdded);
+    /// Notes what a press has added to the camera's active layer for the stroke that begins next, and whether
+    /// the camera had a place before.
+    void NotePress(const QString& camera, bool layerAdded, bool frameAdded, bool hadPlace);
     /// A step that added a layer is undone, but a stroke is being drawn on that layer: it goes with the
     /// stroke from now on. Does nothing if the stroke is elsewhere.
     void LeaveLayerToStroke(const PressAdditions& undone);
@@ -265,6 +271,8 @@ private:
     struct CameraRename {
         QString from;
         QString to;
+        bool hadPlace = false;          ///< whether `from` had a place
+        bool wasPlaceTaken = false;     ///< whether `to` had one
         QString aside;                  ///< the name given to the layers that stood under `to`; or empty
         std::vector<LayerId> residents; ///< the layers that stood under `to`
         LayerId activeResident = LayerId::None;
@@ -280,6 +288,7 @@ private:
     void Separate(const CameraRename& rename);
     static QString NameAfterSeparation(const QString& camera, const CameraRename& rename);
     void RenameStack(const QString& from, const QString& to);
+    void ExchangeStacks(const QString& one, const QString& other);
     void MoveOnTop(const QString& from, const QString& to, const std::vector<LayerId>& staying);
     void ActivateOneOf(const QString& camera, LayerId preferred);
     void FollowCamera(const QString& from, const QString& to);

@@ -28,7 +28,7 @@ void LayerManager::RenameCamera(const QString& from, const QString& to) {
         return rename.from == to && rename.to == from;
     });
     const bool isKnown =
-        layers_.count(from) + layers_.count(to) > 0 || activeCamera_ == from || previousActiveCamera_ == from;
+        HasPlace(from) || HasPlace(to) || activeCamera_ == from || previousActiveCamera_ == from;
     if (!isKnown && reverse == renames_.rend()) {
         return;
     }
@@ -36,9 +36,8 @@ void LayerManager::RenameCamera(const QString& from, const QString& to) {
     if (reverse == renames_.rend()) {
         Join(from, to);
     } else {
-        const CameraRename rename = *reverse;
+        Separate(*reverse);
         renames_.erase(reverse.base() - 1);
-        Separate(rename);
     }
     Changed(DocumentChange::Layers | DocumentChange::ActiveLayer | DocumentChange::ActiveCamera);
 }
@@ -52,11 +51,13 @@ void LayerManager::GiveLayers(const QString& from, const QString& to) {
         RenameStack(from, to);
     } else {
         MoveOnTop(from, to, {});
+        SetPlace(from, false);
         FollowCamera(from, to);
     }
     Changed(DocumentChange::Layers | DocumentChange::ActiveLayer | DocumentChange::ActiveCamera);
 }
 
+/// Leaves everything as it is if memory is too short.
 void LayerManager::Join(const QString& from, const QString& to) {
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
@@ -66,6 +67,8 @@ void LayerManager::Join(const QString& from, const QString& to) {
     CameraRename rename;
     rename.from = from;
     rename.to = to;
+    rename.hadPlace = HasPlace(from);
+    rename.wasPlaceTaken = HasPlace(to);
     rename.residents = GetLayerIds(to);
     rename.activeResident = GetActiveLayerId(to);
     rename.activeMover = GetActiveLayerId(from);
@@ -75,40 +78,48 @@ void LayerManager::Join(const QString& from, const QString& to) {
         const bool bothHaveLayers = !rename.residents.empty() && LayerCount(from) > 0;
         if (bothHaveLayers && isToShared) {
             MoveOnTop(from, to, {});
+            SetPlace(from, false);
             ActivateOneOf(to, rename.activeMover);
             FollowCamera(from, to);
         } else {
             if (bothHaveLayers) {
                 rename.aside = GetUniqueCameraName(to);
-                RenameStack(to, rename.aside);
+                MakeRoom(rename.aside, 0); // nothing below needs memory
+                ExchangeStacks(to, rename.aside);
+                FollowCamera(to, rename.aside);
             }
             RenameStack(from, to);
         }
     }
     rename.activeAfter = activeCamera_;
-    if (isFromShared || !rename.residents.empty()) {
+    if (isFromShared || rename.wasPlaceTaken) {
         renames_.push_back(std::move(rename));
     }
 }
 
-/// Takes back a rename: `rename.to` is the camera's old name now.
+/// Takes back a rename: `rename.to` is the camera's old name now. Leaves the layers as they are if memory is
+/// too short.
 void LayerManager::Separate(const CameraRename& rename) {
     // A camera that gets its first layer here becomes the active one for a moment.
     const QString active = activeCamera_ == rename.activeAfter ? rename.activeBefore
                                                                : NameAfterSeparation(activeCamera_, rename);
     const QString previous = NameAfterSeparation(previousActiveCamera_, rename);
+    MakeRoom(rename.to, 0);
+    MakeRoom(rename.from, 0);
     const bool residentsStay = rename.aside.isEmpty() && LayerCount(rename.to) > 0;
     if (residentsStay || LayerCount(rename.from) > 0) {
         MoveOnTop(rename.to, rename.from, rename.residents);
         ActivateOneOf(rename.from, rename.activeMover);
         ActivateOneOf(rename.to, rename.activeResident);
-        FollowCamera(rename.to, rename.from);
     } else {
-        RenameStack(rename.to, rename.from);
+        ExchangeStacks(rename.to, rename.from);
     }
+    FollowCamera(rename.to, rename.from);
     if (!rename.aside.isEmpty() && LayerCount(rename.to) == 0) {
-        RenameStack(rename.aside, rename.to);
+        RenameStack(rename.aside, rename.to); // needs no memory: both have a place
     }
+    SetPlace(rename.from, rename.hadPlace);
+    SetPlace(rename.to, rename.wasPlaceTaken);
     activeCamera_ = active;
     previousActiveCamera_ = previous;
 }
@@ -120,15 +131,24 @@ QString LayerManager::NameAfterSeparation(const QString& camera, const CameraRen
     return !rename.aside.isEmpty() && camera == rename.aside ? rename.to : camera;
 }
 
-/// Gives a whole stack another name, under which there is none.
+/// Gives a whole stack another name. Only one of the two has layers.
 void LayerManager::RenameStack(const QString& from, const QString& to) {
-    const auto found = layers_.find(from);
-    if (found != layers_.end()) {
-        compositor_->RenameCamera(from, to);
-        layers_[to].swap(found->second);
-        layers_.erase(found);
+    if (HasPlace(from)) {
+        if (LayerCount(to) == 0) {
+            MakeRoom(from, 0);
+            MakeRoom(to, 0);
+            ExchangeStacks(from, to);
+            SetPlace(to, true);
+        }
+        SetPlace(from, false);
     }
     FollowCamera(from, to);
+}
+
+/// Exchanges the layers of two cameras for which room was made. Needs no memory.
+void LayerManager::ExchangeStacks(const QString& one, const QString& other) {
+    compositor_->ExchangeImages(one, other);
+    layers_.find(one)->second.swap(layers_.find(other)->second);
 }
 
 /// Moves layers from one stack onto another, in their order, except those that are `staying`.

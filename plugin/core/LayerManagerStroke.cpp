@@ -142,13 +142,14 @@ void LayerManager::PaintActiveStroke() {
     }
 }
 
-void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameAdded) {
+void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameAdded, bool hadPlace) {
     pressAdditions_ = PressAdditions();
     const Layer* const layer = layerAdded || frameAdded ? GetActiveLayer(camera) : nullptr;
     if (layer) {
         const Frame* const frame = layer->GetCurrentFrame();
         const DrawingId drawing{layer->GetId(), frame ? frame->GetId() : FrameId::None};
         pressAdditions_ = PressAdditions(*this, drawing, layerAdded, frameAdded);
+        pressAdditions_.SetHadPlace(hadPlace);
     }
 }
 

@@ -14,9 +14,10 @@ namespace vellix {
 
 namespace {
 
+/// A picture that does not decode is not blank.
 bool IsBlank(const Frame& frame) {
     const QImage image = frame.PeekImage();
-    return image.isNull() || TileCoverage::Of(image).occupied.IsEmpty();
+    return frame.GetPictureKey() == 0 || (!image.isNull() && TileCoverage::Of(image).occupied.IsEmpty());
 }
 
 } // namespace
@@ -36,6 +37,15 @@ PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& draw
         const QString previous = layers.GetPreviousActiveCamera();
         const Layer* const active = previous == camera ? nullptr : layers.GetActiveLayer(previous);
         previousLayer_ = active ? active->GetId() : LayerId::None;
+    }
+}
+
+void PressAdditions::Complete(const PressAdditions& noted) {
+    if (noted.layerAdded_) {
+        hadPlace_ = noted.hadPlace_;
+    }
+    if (noted.previousLayer_ != LayerId::None) {
+        previousLayer_ = noted.previousLayer_;
     }
 }
 
@@ -72,6 +82,7 @@ void PressAdditions::TakeOver(const PressAdditions& undone, const DrawingId& dra
     drawing_ = drawing;
     layerAdded_ = true;
     previousLayer_ = undone.previousLayer_;
+    hadPlace_ = undone.hadPlace_;
     taken_ = undone.taken_;
 }
 
@@ -89,6 +100,7 @@ std::unique_ptr<Layer> PressAdditions::TakeLayer(LayerManager& layers) const {
     const LayerManager::ChangeScope scope(layers);
     const LayerPlace place = layers.FindLayer(drawing_.layer);
     std::unique_ptr<Layer> taken = layers.RemoveLayer(place.camera, place.index);
+    layers.SetPlace(place.camera, hadPlace_);
     const LayerPlace previous = layers.FindLayer(previousLayer_);
     if (previous.layer && layers.GetActiveCamera() == place.camera) {
         layers.SetActiveLayer(previous.camera, previous.index, true);

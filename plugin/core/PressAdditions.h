@@ -30,9 +30,10 @@ public:
     bool HasLayer() const { return layerAdded_; }
     /// The added frame; None if there is none.
     FrameId GetFrame() const { return frameAdded_ ? drawing_.frame : FrameId::None; }
-    /// The layer that was active before the added one, the first of its camera; None if another was there.
-    LayerId GetPreviousLayer() const { return previousLayer_; }
-    void SetPreviousLayer(LayerId layer) { previousLayer_ = layer; }
+    /// Whether the camera of the added layer had a place before.
+    void SetHadPlace(bool hadPlace) { hadPlace_ = hadPlace; }
+    /// Takes over what is known of the time before the press from what was noted then.
+    void Complete(const PressAdditions& noted);
 
     /// Takes out what was added, and makes the layer active again that was before. A frame that has a picture
     /// without the stroke stays, and so does a layer with such a frame or with others; if a stroke is being
@@ -62,7 +63,9 @@ private:
     DrawingId drawing_;
     bool layerAdded_ = false;
     bool frameAdded_ = false;
+    /// The layer that was active before the added one, the first of its camera; None if another was there.
     LayerId previousLayer_ = LayerId::None;
+    bool hadPlace_ = false;
 
     std::shared_ptr<TakenLayer> taken_; ///< null until the layer is taken out or over; shared after TakeOver
     std::unique_ptr<Frame> frame_;      ///< that was taken out without its layer

@@ -74,11 +74,9 @@ void SceneGhosts::RemoveCamera(const QString& camera) {
     }
 }
 
-void SceneGhosts::RenameCamera(const QString& from, const QString& to) {
-    if (active_.camera == to) {
-        active_ = ActiveGhosts();
-    } else if (active_.camera == from) {
-        active_.camera = to;
+void SceneGhosts::ExchangeCameras(const QString& one, const QString& other) {
+    if (active_.camera == one || active_.camera == other) {
+        active_.camera = active_.camera == one ? other : one;
     }
 }
 

@@ -30,7 +30,8 @@ public:
     /// The pictures, bottom first. They are valid until the next call.
     PictureStack Update(const ComposedScene& scene);
     void RemoveCamera(const QString& camera);
-    void RenameCamera(const QString& from, const QString& to);
+    /// Each of the two cameras gets the other's ghosts. Needs no memory.
+    void ExchangeCameras(const QString& one, const QString& other);
 
 private:
     /// The active layer's ghosts of the last rebuild. They stay as they are while a stroke is being drawn.

@@ -10,6 +10,7 @@
 #include "host/Settings.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNode.h"
+#include "node/CameraRenames.h"
 
 #include <maya/MTime.h>
 
@@ -22,6 +23,8 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     if (camera.isEmpty() || !layers) {
         return false;
     }
+    CameraRenames::FollowLate();
+    const bool hadPlace = layers->HasPlace(camera);
     bool layerAdded = false;
     if (layers->LayerCount(camera) == 0) {
         layerAdded = AddMissingLayer(*layers, camera, layerIndex);
@@ -32,7 +35,7 @@ bool BaseNode::PrepareForDraw(const QString& camera, int& layerIndex, bool& fram
     frameAdded = false;
     bool isReady = false;
     const auto note = [&] {
-        layers->NotePress(camera, layerAdded, frameAdded);
+        layers->NotePress(camera, layerAdded, frameAdded, hadPlace);
         if (!isReady) {
             layers->TakeBackPress();
             layerIndex = layerAdded ? -1 : layerIndex;

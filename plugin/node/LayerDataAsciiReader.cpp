@@ -137,6 +137,9 @@ bool LayerDataAsciiReader::ReadCamera() {
         return Fail("Invalid active layer index (%1)");
     }
     StartCamera(camera, activeLayer);
+    if (layerCount == 0) {
+        layers_.SetPlace(camera, true);
+    }
     for (int layer = 0; layer < layerCount; ++layer) {
         if (!ReadLayer()) {
             return false;

@@ -82,6 +82,9 @@ bool LayerDataBinaryReader::ReadCamera() {
         return false;
     }
     camera_ = camera;
+    if (layerCount == 0) {
+        layers_.SetPlace(camera, true);
+    }
     qint32 read = 0;
     while (!ended_ && read < layerCount && ReadLayer()) {
         ++read;

@@ -92,6 +92,9 @@ QString CommandFixture::Drawing() {
     const auto layers = node->GetLayerManager();
     QString text = "active camera " + layers->GetActiveCamera() + "\n";
     for (const QString& camera : layers->GetCameras()) {
+        if (layers->LayerCount(camera) == 0) {
+            text += camera + " has no layers\n";
+        }
         for (const Layer* layer : layers->GetLayers(camera)) {
             text += QString("%1/%2 visible %3 opacity %4 state %5 active %6 shows %7:")
                         .arg(camera, layer->GetName())

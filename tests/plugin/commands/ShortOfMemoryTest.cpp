@@ -2,10 +2,12 @@
 
 #include "app/PluginManager.h"
 #include "commands/LayerCommand.h"
+#include "core/Frame.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "host/entry/GuardedCommand.h"
 #include "host/entry/PluginMain.h"
+#include "node/BaseNodeLayerData.h"
 #include "openmaya/PluginHandle.h"
 #include "paint/Stroke.h"
 #include "plugin/FailingAllocation.h"
@@ -15,14 +17,23 @@
 #include "scene/Output.h"
 #include "scene/Plugin.h"
 
+#include <maya/MCallbackIdArray.h>
+#include <maya/MFn.h>
+#include <maya/MNodeMessage.h>
+#include <maya/MString.h>
+
 #include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QImage>
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <memory>
 #include <new>
+#include <ostream>
+#include <streambuf>
 #include <string>
 
 namespace vellix {
@@ -344,6 +355,184 @@ TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
         }
     }
     std::printf("%d allocations failed\n", failures_);
+}
+
+/// Has memory run out in the plug-in's own callback of a rename, by callbacks before and after it.
+class RenameCallbacks {
+public:
+    /// The plug-in is loaded anew between the two.
+    RenameCallbacks() {
+        const std::string name = Host::Get().plugins().Find("vellix2")->name;
+        Host::Get().plugins().Unload(name, false);
+        ids_.append(MNodeMessage::addNameChangedCallback(MObject::kNullObj, Begin, this));
+        static_cast<lightbox::PluginManager&>(Host::Get().plugins())
+            .LoadBuiltin(name, initializePlugin, uninitializePlugin);
+        ids_.append(MNodeMessage::addNameChangedCallback(MObject::kNullObj, End, this));
+    }
+    RenameCallbacks(const RenameCallbacks&) = delete;
+    RenameCallbacks& operator=(const RenameCallbacks&) = delete;
+    ~RenameCallbacks() { MMessage::removeCallbacks(ids_); }
+
+    void FailAt(int number) {
+        number_ = number;
+        hasFailed_ = false;
+    }
+    bool HasFailed() {
+        number_ = 0;
+        return hasFailed_;
+    }
+
+private:
+    static void Begin(MObject& node, const MString&, void* self) {
+        auto& callbacks = *static_cast<RenameCallbacks*>(self);
+        if (callbacks.number_ > 0 && node.hasFn(MFn::kTransform)) { // the shape gets a name too
+            callbacks.failing_ = std::make_unique<FailingAllocation>(callbacks.number_);
+        }
+    }
+    static void End(MObject&, const MString&, void* self) {
+        auto& callbacks = *static_cast<RenameCallbacks*>(self);
+        callbacks.hasFailed_ = callbacks.hasFailed_ || (callbacks.failing_ && FailingAllocation::HasFailed());
+        callbacks.failing_.reset();
+    }
+
+    MCallbackIdArray ids_;
+    std::unique_ptr<FailingAllocation> failing_;
+    int number_ = 0;
+    bool hasFailed_ = false;
+};
+
+// The callback of a rename cannot refuse it. The layers come after it with the next thing that happens.
+TEST_F(ShortOfMemoryTest, LayersFollowARenamedCameraInTheEnd) {
+    Mel("file -f -new");
+    RenameCallbacks callbacks;
+    SetUp();
+    const auto makeCamera = [this](const QString& name) {
+        Mel(QString("createNode transform -n %1; createNode camera -n %1Shape -p %1").arg(name));
+    };
+    struct Row {
+        const char* before; ///< stays so for the next rows
+        const char* rename;
+    };
+    makeCamera("shot");
+    makeCamera("other");
+    Mel("qmVellixLayer -moveAll shot persp");
+    const Row rows[] = {
+        {"", "rename shot hero"},
+        {"qmVellixLayer -deleteAll top", "rename top \"up\""}, // an empty place
+        {"undo; rename top gone; rename gone top", "rename other hero"},
+        // The layers of a deleted camera have the name, or its place does.
+        {"qmVellixLayer -add -n O -ls 0 other; delete shot", "rename other shot"},
+        {"undo; undo; delete shot", "rename other shot"},
+        {"undo; qmVellixLayer -deleteAll shot; delete shot", "rename top shot"},
+        // Two cameras of one name have one stack.
+        {"undo; undo; qmVellixLayer -add -n O -ls 0 other; group -n g other", "rename \"g|other\" shot"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.rename);
+        Mel(row.before);
+        const QString before = Drawing();
+        Mel(row.rename);
+        const QString after = Drawing();
+        for (const char* const next :
+             {"select side; select -clear", "qmVellixNode -exists", "currentTime 4; currentTime 3"}) {
+            Mel("undo");
+            ASSERT_EQ(Drawing().toStdString(), before.toStdString());
+            int followed = 0;
+            bool hasFailed = true;
+            for (int number = 1; hasFailed; ++number) {
+                hasFailed = false;
+                for (const char* const step : {row.rename, "undo", "redo", "undo"}) {
+                    const QString start = Drawing();
+                    const bool isBack = step == std::string("undo");
+                    Listen();
+                    callbacks.FailAt(number);
+                    Host::Get().interpreter().Execute(step);
+                    if (callbacks.HasFailed()) {
+                        hasFailed = true;
+                        ++followed;
+                        ASSERT_TRUE(said_ || Drawing() != start) << step << " at allocation " << number;
+                    }
+                    Mel(QString("undoInfo -stateWithoutFlush 0; %1; undoInfo -stateWithoutFlush 1")
+                            .arg(next));
+                    ASSERT_EQ(Drawing().toStdString(), (isBack ? before : after).toStdString())
+                        << step << " at allocation " << number;
+                }
+            }
+            EXPECT_GT(followed, 3);
+            failures_ += followed;
+            Mel(row.rename);
+        }
+        Mel("undo");
+    }
+    std::printf("%d allocations failed\n", failures_);
+}
+
+// Renames that wait come before the drawing is stored.
+TEST_F(ShortOfMemoryTest, ASavedFileHasTheNewNamesOfTheCameras) {
+    Mel("file -f -new");
+    RenameCallbacks callbacks;
+    SetUp();
+    Mel("createNode transform -n shot; createNode camera -n shotShape -p shot;"
+        "qmVellixLayer -moveAll shot persp");
+    Mel("rename shot hero");
+    const QString after = Drawing();
+    Mel("undo");
+    callbacks.FailAt(1);
+    Mel("rename shot hero");
+    ASSERT_TRUE(callbacks.HasFailed());
+    ASSERT_NE(Drawing().toStdString(), after.toStdString());
+    Mel(QString("file -rename \"%1\"; file -save; file -open \"%1\"").arg(folder_.filePath("named.ma")));
+    EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+}
+
+TEST_F(ShortOfMemoryTest, ADrawingIsStoredWholeOrTheStoringFails) {
+    /// Keeps what is written without memory of its own.
+    class Checksum : public std::streambuf {
+    public:
+        quint64 sum = 0;
+
+    protected:
+        int overflow(int byte) override {
+            Add(static_cast<char>(byte));
+            return byte;
+        }
+        std::streamsize xsputn(const char* bytes, std::streamsize count) override {
+            std::for_each(bytes, bytes + count, [this](char byte) { Add(byte); });
+            return count;
+        }
+
+    private:
+        void Add(char byte) { sum = sum * 1099511628211U + static_cast<unsigned char>(byte) + 1; }
+    };
+    BaseNodeLayerData data;
+    data.SetLayerManager(Node().GetLayerManager());
+    Frame& changed = *Node().GetLayer("persp", 1)->GetFrame(0);
+    for (const auto write : {&BaseNodeLayerData::writeASCII, &BaseNodeLayerData::writeBinary}) {
+        Checksum whole;
+        std::ostream intoWhole(&whole);
+        ASSERT_TRUE((data.*write)(intoWhole));
+        bool hasFailed = true;
+        int refused = 0;
+        for (int number = 1; hasFailed; ++number) {
+            changed.GetImage(); // may be written to, and so is encoded again
+            Checksum written;
+            std::ostream out(&written);
+            Listen();
+            MStatus status;
+            {
+                const FailingAllocation failing(number);
+                status = (data.*write)(out);
+                hasFailed = FailingAllocation::HasFailed();
+            }
+            if (status) {
+                ASSERT_EQ(written.sum, whole.sum) << "at allocation " << number;
+            } else {
+                ASSERT_TRUE(said_) << "at allocation " << number;
+                ++refused;
+            }
+        }
+        EXPECT_GT(refused, 3);
+    }
 }
 
 // The host asks for it while the plug-in is loaded, and catches nothing.

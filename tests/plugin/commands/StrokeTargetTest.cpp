@@ -4,6 +4,7 @@
 #include "host/Settings.h"
 #include "paint/Stroke.h"
 #include "plugin/commands/CommandFixture.h"
+#include "plugin/paint/PngBytes.h"
 
 #include <QMap>
 
@@ -253,6 +254,30 @@ TEST_F(StrokeTargetTest, NoFrameIsPutUnderTheStroke) {
     }
 }
 
+TEST_F(StrokeTargetTest, APlaceThatTheCameraHadIsLeftToIt) {
+    Mel("currentTime 3");
+    for (const bool hadPlace : {false, true}) {
+        if (hadPlace) {
+            Mel("qmVellixLayer -add -ls 0 side; qmVellixLayer -deleteAll side;"
+                "qmVellixLayer -e -active 0 persp");
+        }
+        const QString before = Drawing();
+        EXPECT_EQ(before.contains("side has no layers"), hadPlace);
+        DrawStroke("side", 200);
+        const QString after = Drawing();
+        for (int round = 0; round < 2; ++round) {
+            Mel("undo");
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+            Mel("redo");
+            EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        }
+        Mel("undo");
+        Press("side", 400);
+        Node().CancelActiveStroke();
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+    }
+}
+
 // What is put back goes where it belongs, though the camera and its layers have changed unrecorded.
 TEST_F(StrokeTargetTest, RedoFindsThePlaceOfTheLayerThatThePressAdded) {
     Mel("createNode transform -n shot; createNode camera -n shotShape -p shot; currentTime 3");
@@ -397,6 +422,22 @@ TEST_F(StrokeTargetTest, AScriptThatSaysThePressKeyedAnOldDrawingTakesNothingAwa
         }
         Mel("undo");
     }
+}
+
+TEST_F(StrokeTargetTest, AStrokeOnAPictureThatDoesNotDecodeIsDropped) {
+    const Pressed pressed = Press("persp", 700);
+    Frame& frame = *Node().GetLayer("persp", 0)->GetFrame(0);
+    frame.SetPackedImage(png_bytes::NotInflating());
+    const QString before = Drawing();
+    for (const char* const flags : {"", "-frameAdded"}) {
+        EXPECT_EQ(Refused(QString("qmVellixStroke %1 persp").arg(flags)),
+                  QStringList("The stroke was dropped: the picture that it began on cannot be decoded."));
+        EXPECT_FALSE(Node().HasActiveStroke());
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+        Node().GetActiveStroke("persp", true)->tool = ToolType::Rectangle; // as a script may begin one
+    }
+    Node().CancelActiveStroke();
+    EXPECT_EQ(frame.GetPackedImage(), png_bytes::NotInflating());
 }
 
 TEST_F(StrokeTargetTest, ARefusedPressAddsNothing) {

@@ -53,7 +53,7 @@ protected:
     static QString DrawingWithoutExtra(const QString& extraOn) {
         QStringList kept;
         for (const QString& line : Drawing().split('\n')) {
-            if (!line.contains("/Extra ")) {
+            if (!line.contains("/Extra ") && line != extraOn + " has no layers") {
                 kept.append(line);
             }
         }

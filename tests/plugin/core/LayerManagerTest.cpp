@@ -84,10 +84,12 @@ TEST_F(LayerManagerTest, PassesTheActiveFlagOnWhenALayerGoes) {
     }
 }
 
-TEST_F(LayerManagerTest, ForgetsACameraWithItsLastLayer) {
+TEST_F(LayerManagerTest, ACameraKeepsItsPlaceWithoutItsLastLayer) {
     AddLayers(camera_, {"A"});
     EXPECT_NE(manager_.GetFlattenedImage(camera_), nullptr);
     std::unique_ptr<Layer> removed = manager_.RemoveLayer(camera_, 0);
+    EXPECT_EQ(manager_.GetCameras(), QStringList{camera_});
+    EXPECT_EQ(manager_.Clone()->GetCameras(), QStringList{camera_});
     EXPECT_EQ(manager_.GetFlattenedImage(camera_), nullptr);
     EXPECT_EQ(manager_.GetActiveLayer(camera_), nullptr);
     manager_.InsertLayer(camera_, 0, removed.release());

@@ -168,6 +168,17 @@ TEST_F(LayerDataTest, PackedBytesArePassedOnAsTheyWere) {
     EXPECT_EQ(again.layers->GetLayer(PERSP, 0)->GetFrame(0)->GetPackedImage(), png);
 }
 
+TEST_F(LayerDataTest, ACameraWhoseLastLayerWentKeepsItsPlace) {
+    Drawing().SetPlace("side", true);
+    const std::string text = WriteAscii(data_);
+    EXPECT_THAT(text, HasSubstr("\n\t\t\"side\" 0 -1\n\t\t"));
+    BaseNodeLayerData again;
+    unsigned element = 0;
+    ASSERT_TRUE(again.readASCII(ToArguments(Tokens(text)), element));
+    EXPECT_EQ(WriteAscii(again), text);
+    EXPECT_EQ(ReadBinary(WriteBinary(data_)).layers->GetCameras(), Drawing().GetCameras());
+}
+
 TEST_F(LayerDataTest, CopiesShareTheDrawing) {
     BaseNodeLayerData copy;
     copy.copy(data_);
@@ -618,9 +629,9 @@ TEST_F(LayerDataTest, ALackOfMemoryIsAFailureAndNotADamage) {
     };
     messages.erase(std::remove_if(messages.begin(), messages.end(), isOfWriting), messages.end());
     EXPECT_THAT(messages, ElementsAre(StartsWith("Out of memory: Reading the drawing failed."),
-                                        StartsWith("Out of memory: Reading the drawing failed."),
-                                        HasSubstr("layer Rough at frame 1 cannot be encoded"),
-                                        HasSubstr("layer Rough at frame 1 cannot be encoded")));
+                                      StartsWith("Out of memory: Reading the drawing failed."),
+                                      HasSubstr("layer Rough at frame 1 cannot be encoded"),
+                                      HasSubstr("layer Rough at frame 1 cannot be encoded")));
     EXPECT_EQ(binary.GetLayerManager()->GetLayer(PERSP, 0)->FrameCount(), 1)
         << "what was read before is kept";
     EXPECT_EQ(Describe(*data.GetLayerManager()), drawn);
