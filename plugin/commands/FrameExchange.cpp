@@ -9,12 +9,14 @@ namespace vellix {
 
 namespace {
 
-FrameList TakePacked(Layer& layer, const std::vector<FrameId>& ids) {
-    FrameList frames = layer.TakeFrames(ids);
-    for (const std::unique_ptr<Frame>& frame : frames) {
+/// Takes frames out of a layer, into `taken`, and puts others there.
+void ExchangeFrames(Layer& layer, const std::vector<FrameId>& ids, FrameList& taken, FrameList& put) {
+    layer.ReserveFrames(put.size()); // between taking and putting nothing may fail
+    taken = layer.TakeFrames(ids);
+    for (const std::unique_ptr<Frame>& frame : taken) {
         frame->PackImage();
     }
-    return frames;
+    layer.PutFrames(put);
 }
 
 } // namespace
@@ -46,9 +48,7 @@ bool FrameExchange::Do(Layer& layer, QString& refusal) {
     if (!check.Passes(refusal)) {
         return false;
     }
-    layer.ReserveFrames(in_.size()); // between taking and putting nothing may fail
-    out_ = TakePacked(layer, outIds_);
-    layer.PutFrames(in_);
+    ExchangeFrames(layer, outIds_, out_, in_);
     return true;
 }
 
@@ -60,9 +60,7 @@ bool FrameExchange::Undo(Layer& layer, QString& refusal) {
     if (!check.Passes(refusal)) {
         return false;
     }
-    layer.ReserveFrames(out_.size());
-    in_ = TakePacked(layer, inIds_);
-    layer.PutFrames(out_);
+    ExchangeFrames(layer, inIds_, in_, out_);
     return true;
 }
 
