@@ -64,6 +64,8 @@ public:
     // The node. Executed when the host is idle, so it may be called inside callbacks and other commands.
     static bool CreateNode(bool addLayer, bool addFrames, const QString& camera, const QString& layerName,
                            int layerState);
+    /// Creates the node without a layer, unless the scene has one by then.
+    static bool CreateMissingNode();
     /// Creates the node at once, without a layer, as an undo step.
     static bool CreateNodeNow();
 

@@ -139,6 +139,10 @@ bool MayaUtil::CreateNode(bool addLayer, bool addFrames, const QString& camera, 
     return ExecuteOnIdle(CommandLine(Settings::NODE_COMMAND_NAME, arguments));
 }
 
+bool MayaUtil::CreateMissingNode() {
+    return ExecuteOnIdle(QStringLiteral("if (!`%1 -exists`) %1").arg(Settings::NODE_COMMAND_NAME));
+}
+
 bool MayaUtil::CreateNodeNow() {
     return Execute(Settings::NODE_COMMAND_NAME);
 }

@@ -16,10 +16,9 @@
 #include <maya/MPoint.h>
 #include <maya/MUIDrawManager.h>
 
-#include <QCoreApplication>
 #include <QImage>
 #include <QPointF>
-#include <QTimer>
+
 #include <qopengl.h>
 
 #include <cmath>
@@ -33,15 +32,6 @@ constexpr int CIRCLE_CORNERS = 360;
 // Inverting the highest bit is visible on every colour; white would invert mid-grey to mid-grey.
 constexpr GLubyte CIRCLE_INVERSION = 0x80;
 constexpr double RADIANS_PER_DEGREE = 3.14159265358979323846 / 180.0;
-
-/// Has the node made once the host is idle, and once only, however often the tool is chosen until then.
-void RequestNode() {
-    static bool isRequested = false;
-    if (!isRequested && MayaUtil::CreateNode(false, false, QString(), QString(), -1)) {
-        isRequested = true;
-        QTimer::singleShot(0, QCoreApplication::instance(), [] { isRequested = false; });
-    }
-}
 
 } // namespace
 
@@ -64,7 +54,7 @@ DrawContext::~DrawContext() {
 void DrawContext::toolOnSetup(MEvent&) {
     setHelpString("Draw on viewport");
     if (!BaseNode::GetMaster()) {
-        RequestNode();
+        MayaUtil::CreateMissingNode();
     }
     BaseNode::SetDrawContextActive(true);
     inputHandler_.SetEventFilterEnabled(true);
