@@ -261,6 +261,7 @@ void CameraList::RestoreFocus(const Place& place) {
 
 void CameraList::BeginDrag(LayerItem* item) {
     dragged_ = item->GetId();
+    draggedRow_ = item;
     scrolling_.start();
 }
 
@@ -296,6 +297,11 @@ void CameraList::EndDrag(bool drop) {
 }
 
 void CameraList::ScrollWhileDragging() {
+    // The release goes with a row that goes.
+    if (!draggedRow_) {
+        EndDrag(false);
+        return;
+    }
     const int y = viewport()->mapFromGlobal(dragPlace_).y();
     const int step = y < SCROLL_EDGE                           ? -SCROLL_STEP
                      : y >= viewport()->height() - SCROLL_EDGE ? SCROLL_STEP

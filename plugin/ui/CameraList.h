@@ -74,9 +74,10 @@ private:
     QPointer<LayerItem> active_;
     QPointer<LayerItem> tabStop_;
     QWidget* tabPredecessor_ = nullptr;
-    quint64 dragged_ = 0; ///< identity of the layer that is dragged; 0 for none
-    QPoint dragPlace_;    ///< on the screen
-    QTimer scrolling_;    ///< runs while a layer is dragged
+    quint64 dragged_ = 0;            ///< identity of the layer that is dragged; 0 for none
+    QPointer<LayerItem> draggedRow_; ///< null once that row is gone
+    QPoint dragPlace_;               ///< on the screen
+    QTimer scrolling_;               ///< runs while a layer is dragged
     QWidget* dropLine_;
 };
 

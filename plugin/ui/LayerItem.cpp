@@ -1,11 +1,13 @@
 #include "ui/LayerItem.h"
 
+#include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/Guarded.h"
 #include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 #include "host/panels/DialogManager.h"
+#include "node/BaseNode.h"
 #include "ui/CameraMenu.h"
 #include "ui/DrawingMenu.h"
 #include "ui/ElidedLabel.h"
@@ -159,6 +161,18 @@ void LayerItem::CycleState() {
     MayaUtil::SetLayerState(camera_, index_, next);
 }
 
+/// Where the layer of this row is by now; the index is negative if it is gone. The row follows later.
+LayerPlace LayerItem::FindLayer() const {
+    if (id_ != 0) {
+        const BaseNode* const node = BaseNode::GetMaster();
+        return node ? node->FindLayer(static_cast<LayerId>(id_)) : LayerPlace();
+    }
+    LayerPlace place;
+    place.camera = camera_;
+    place.index = index_;
+    return place;
+}
+
 void LayerItem::BeginRename() {
     if (editor_) {
         return;
@@ -187,8 +201,9 @@ void LayerItem::EndRename(bool keep) {
     if (hadFocus) {
         setFocus(Qt::OtherFocusReason);
     }
-    if (keep && !name.trimmed().isEmpty() && name != name_->text()) {
-        MayaUtil::SetLayerName(camera_, index_, name);
+    const LayerPlace place = FindLayer();
+    if (keep && !name.trimmed().isEmpty() && name != name_->text() && place.index >= 0) {
+        MayaUtil::SetLayerName(place.camera, place.index, name);
     }
 }
 

@@ -11,6 +11,7 @@ namespace vellix {
 class ElidedLabel;
 class LayerToggle;
 struct LayerManagerRow;
+struct LayerPlace;
 
 /// One layer in the layer manager: its visibility, state and name. User actions go out as command lines; the
 /// item shows only what Show() sets.
@@ -74,6 +75,7 @@ private:
     void EndRename(bool keep);
     void EndDrag(bool drop);
     QWidget* GetWidget(Part part) const;
+    LayerPlace FindLayer() const;
 
     QString camera_;
     int index_;

@@ -1,8 +1,10 @@
 #include "ui/TimeControlOverlay.h"
 
+#include "core/Layer.h"
 #include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "node/BaseNode.h"
 
 #include <maya/MTime.h>
 
@@ -139,7 +141,8 @@ void TimeControlOverlay::UpdateDrag() {
     if (!FollowsRange()) {
         return;
     }
-    const bool moves = movePending_ && range_.length() == 2;
+    const bool wasMoved = movePending_ && range_.length() == 2;
+    const bool moves = wasMoved && FindDraggedLayer() == dragged_;
     const int offset = moveOffset_;
     int first = 0;
     int last = 0;
@@ -153,9 +156,16 @@ void TimeControlOverlay::UpdateDrag() {
     dragging_ = false;
     rangeVisibleAtPress_ = false;
     movePending_ = false;
-    if (moves && (offset == 0 || !MayaUtil::MoveFrames(offset, first, last))) {
+    if (wasMoved && (!moves || offset == 0 || !MayaUtil::MoveFrames(offset, first, last))) {
         MayaUtil::RefreshTimelineOverlay(); // puts the marks back
     }
+}
+
+/// The layer whose frames a drag moves: it may change in the middle, also by another scene.
+LayerId TimeControlOverlay::FindDraggedLayer() {
+    const BaseNode* const node = BaseNode::GetMaster();
+    const Layer* const layer = node ? node->GetActiveLayer(node->GetActiveCamera()) : nullptr;
+    return layer ? layer->GetId() : LayerId::None;
 }
 
 void TimeControlOverlay::ResetDrag() {
@@ -195,6 +205,7 @@ void TimeControlOverlay::mousePressEvent(QMouseEvent* event) {
     if (FollowsRange()) {
         movePending_ = false;
         rangeVisibleAtPress_ = MayaUtil::IsTimeSliderRangeVisible();
+        dragged_ = FindDraggedLayer();
     }
     event->ignore();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Identity.h"
 #include "host/panels/DialogManager.h"
 #include "ui/GuardedWidget.h"
 
@@ -46,11 +47,13 @@ protected:
 
 private:
     bool FollowsRange() const;
+    static LayerId FindDraggedLayer();
 
     QList<int> frameTimes_;
     bool rangeVisibleAtPress_ = false;
     bool dragging_ = false;
     bool movePending_ = false;
+    LayerId dragged_ = LayerId::None; ///< at the press
     MDoubleArray range_; ///< start and end (exclusive) at the start of the drag, or empty; frames
     int moveOffset_ = 0; ///< frames
     bool drawContextActive_ = false;

@@ -1,3 +1,5 @@
+#include "core/Layer.h"
+#include "node/BaseNode.h"
 #include "plugin/ui/DialogFixture.h"
 #include "ui/CameraLayerList.h"
 #include "ui/LayerItem.h"
@@ -7,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStringList>
@@ -17,8 +20,11 @@ namespace vellix {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 /// Three layers of persp, one of front; the middle one of persp is active.
 class LayerManagerTest : public DialogFixture {
@@ -40,6 +46,18 @@ protected:
             }
         }
         throw std::runtime_error("no such row");
+    }
+    /// The names of all layers, sorted; Sky's own for what it may be called meanwhile.
+    static QStringList Names() {
+        QStringList names;
+        const BaseNode* const node = BaseNode::GetMaster();
+        for (const char* const camera : {"persp", "front"}) {
+            for (const Layer* const layer : node ? node->GetLayers(camera) : QList<Layer*>()) {
+                names.append(layer->GetName() == "Mine" ? "Sky" : layer->GetName());
+            }
+        }
+        names.sort();
+        return names;
     }
     static QAbstractButton* Toggle(const LayerItem& item, int which) {
         return item.findChildren<QAbstractButton*>().at(which);
@@ -438,6 +456,58 @@ TEST_F(LayerManagerTest, RowsAreDraggedToAnotherPlaceAndCamera) {
         Settle();
     }
     EXPECT_EQ(Shown(panel), start);
+}
+
+// The row under the pointer or with the keys goes with its layer, or becomes that of another one.
+TEST_F(LayerManagerTest, ALayerThatGoesInTheMiddleOfADragOrARenameTakesNoOtherAlong) {
+    LayerManagerDialog& panel = Panel();
+    const std::string kept = "\"" + prefs_.path().toStdString() + "/kept.ma\"";
+    Run("file -rename " + kept + "; file -type \"mayaAscii\" -save");
+    for (const bool isDrag : {true, false}) {
+        for (const std::string& meanwhile :
+             {std::string("delete vellix"), std::string("qmVellixLayer -delete 2 persp"),
+              std::string("qmVellixLayer -delete 0 persp"), std::string("file -force -new"),
+              std::string("qmVellixLayer -moveAll front persp"), "file -force -open " + kept}) {
+            SCOPED_TRACE((isDrag ? "drag, then " : "rename, then ") + meanwhile);
+            Run("file -force -open " + kept);
+            Settle();
+            QPointer<LayerItem> row = &Item(panel, "persp", 2);
+            Run("qmVellixLayer -e -active 2 persp");
+            Settle();
+            const auto send = [&row](QEvent::Type type, const QPointF& at, Qt::MouseButtons buttons) {
+                if (row) {
+                    QMouseEvent event(type, at, row->mapToGlobal(at.toPoint()), Qt::LeftButton, buttons, {});
+                    QApplication::sendEvent(row, &event);
+                }
+            };
+            if (isDrag) {
+                send(QEvent::MouseButtonPress, {60, 8}, Qt::LeftButton);
+                send(QEvent::MouseMove, {60, 60}, Qt::LeftButton);
+            } else {
+                QTest::keyClick(row, Qt::Key_F2);
+                QTest::keyClicks(row->findChild<QLineEdit*>(), "Mine");
+            }
+            Run(meanwhile);
+            const QStringList names = Names();
+            messages_.clear();
+            ExecutedLines lines(ExecutedLines::Mode::KeepAndExecute);
+            Settle();
+            send(QEvent::MouseButtonRelease, {60, 60}, Qt::NoButton);
+            if (!isDrag && QApplication::focusWidget()) {
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3); // which means nothing here
+                panel.setFocus();
+            }
+            Settle(100);
+            for (const std::string& line : lines.Lines()) {
+                EXPECT_THAT(line, Not(HasSubstr("-move 2"))) << line;
+            }
+            EXPECT_THAT(messages_, Not(Contains(HasSubstr("[Vellix2]"))));
+            EXPECT_EQ(Names(), names) << "no other layer has got the name";
+            for (const QWidget* const widget : panel.findChildren<QWidget*>()) {
+                EXPECT_FALSE(widget->isVisible() && widget->height() == 2) << "the line of a drop";
+            }
+        }
+    }
 }
 
 TEST_F(LayerManagerTest, SaysWhatToDoWhenThereIsNoLayer) {

@@ -1,7 +1,9 @@
 #include "ui/TimeControlOverlay.h"
 
 #include "app/LightboxHost.h"
+#include "app/PluginManager.h"
 #include "host/Settings.h"
+#include "host/entry/PluginMain.h"
 #include "mel/Interpreter.h"
 #include "plugin/host/ExecutedLines.h"
 
@@ -11,6 +13,7 @@
 #include <QTest>
 
 #include <gmock/gmock.h>
+#include <string>
 
 namespace vellix {
 
@@ -152,6 +155,30 @@ TEST_F(TimeControlOverlayTest, DraggingTheRangeMovesItsFrames) {
     EXPECT_THAT(lines.Lines(),
                 ElementsAre("qmVellixFrame -move 2 3 5", "qmVellixFrame -move -3 5 7",
                             "qmVellixUtil -refreshTimelineDisplay", "qmVellixUtil -refreshTimelineDisplay"));
+}
+
+TEST_F(TimeControlOverlayTest, ADragMovesNoFramesButThoseOfItsLayer) {
+    host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    overlay->show();
+    overlay->SetDrawContextActive(true);
+    for (const char* const meanwhile : {"currentTime 5", "qmVellixLayer -e -active 0 persp", "delete vellix",
+                                        "file -force -new; qmVellixNode -layer -camera persp"}) {
+        SCOPED_TRACE(meanwhile);
+        Run("file -force -new; playbackOptions -min 1 -max 10; qmVellixNode -layer -camera persp;"
+            "qmVellixLayer -add -layerState 0 persp");
+        Highlight(3, 6);
+        overlay->SetDrawContextActive(true);
+        const ExecutedLines lines;
+        DragRangeTo(5, 8);
+        Run(meanwhile);
+        Release();
+        const bool moves = meanwhile == std::string("currentTime 5");
+        EXPECT_EQ(lines.Lines().back(),
+                  moves ? "qmVellixFrame -move 2 3 5" : "qmVellixUtil -refreshTimelineDisplay");
+        EXPECT_EQ(overlay->GetMoveOffset(), 0);
+    }
+    overlay.reset();
+    host.plugins().Unload("vellix2", true);
 }
 
 TEST_F(TimeControlOverlayTest, WhatIsNoMoveMovesNothing) {
