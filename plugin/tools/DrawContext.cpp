@@ -18,7 +18,6 @@
 
 #include <QImage>
 #include <QPointF>
-
 #include <qopengl.h>
 
 #include <cmath>

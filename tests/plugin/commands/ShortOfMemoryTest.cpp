@@ -290,6 +290,24 @@ TEST_F(ShortOfMemoryTest, TheLightTableLeavesTheDrawing) {
     Mel("qmVellixUtil -e -ghostLayers 0; qmVellixUtil -e -ghostPrevious 0; qmVellixUtil -e -ghostNext 0");
 }
 
+// A layer keeps the room that it once got, so each time has a new one.
+TEST_F(ShortOfMemoryTest, FramesThatFindNoRoomLeaveTheDrawingThatTheyWouldReplace) {
+    bool hasFailed = true;
+    for (int number = 1; hasFailed; ++number) {
+        SetUp();
+        for (const char* const line :
+             {"timeControl -e -rangeArray 3 23 $gPlayBackSlider", "qmVellixFrame -insert top",
+              "qmVellixFrame -copy top", "undo", "timeControl -e -rangeArray 3 4 $gPlayBackSlider"}) {
+            Mel(line);
+        }
+        const QString before = Drawing();
+        hasFailed = RunShort("qmVellixFrame -paste persp", number);
+        ASSERT_TRUE(isDone_ || said_);
+        ASSERT_EQ(isDone_, Drawing() != before) << Drawing().toStdString() << "at allocation " << number;
+    }
+    EXPECT_EQ(Node().GetActiveLayer("persp")->FrameCount(), 21);
+}
+
 // What the draw tool does at a press, while it is drawn, and at the release.
 TEST_F(ShortOfMemoryTest, AStrokeIsKeptOrDroppedWithWhatItsPressAdded) {
     for (const char* const camera : {"persp", "side"}) {
@@ -514,7 +532,7 @@ TEST_F(ShortOfMemoryTest, ADrawingIsStoredWholeOrTheStoringFails) {
         bool hasFailed = true;
         int refused = 0;
         for (int number = 1; hasFailed; ++number) {
-            changed.GetImage(); // may be written to, and so is encoded again
+            changed.GetImage().bits(); // counts as changed, and so is encoded again
             Checksum written;
             std::ostream out(&written);
             Listen();

@@ -425,8 +425,9 @@ TEST_F(StrokeTargetTest, AScriptThatSaysThePressKeyedAnOldDrawingTakesNothingAwa
 }
 
 TEST_F(StrokeTargetTest, AStrokeOnAPictureThatDoesNotDecodeIsDropped) {
-    const Pressed pressed = Press("persp", 700);
-    Frame& frame = *Node().GetLayer("persp", 0)->GetFrame(0);
+    Mel("currentTime 3");
+    EXPECT_TRUE(Press("persp", 700).frameAdded);
+    Frame& frame = *Node().GetLayer("persp", 0)->GetCurrentFrame();
     frame.SetPackedImage(png_bytes::NotInflating());
     const QString before = Drawing();
     for (const char* const flags : {"", "-frameAdded"}) {
