@@ -4,8 +4,7 @@
 
 namespace vellix {
 
-int LayeredDrawing::PictureCount() const
-{
+int LayeredDrawing::PictureCount() const {
     std::size_t count = 0;
     for (const PictureLayer& layer : layers) {
         count += layer.pictures.size();
@@ -13,8 +12,7 @@ int LayeredDrawing::PictureCount() const
     return int(count);
 }
 
-qint64 LayeredDrawing::ByteCount() const
-{
+qint64 LayeredDrawing::ByteCount() const {
     qint64 count = 0;
     for (const PictureLayer& layer : layers) {
         for (const LayeredPicture& picture : layer.pictures) {

@@ -1,6 +1,7 @@
 #include "ui/DrawingMenu.h"
 
 #include "core/LayerManager.h"
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 #include "node/BaseNode.h"
@@ -24,8 +25,8 @@ void DrawingMenu::Add(QMenu& menu) {
             list = menu.addMenu(QStringLiteral("Take layers of"));
         }
         const QString path = node->GetPath();
-        QObject::connect(list->addAction(MenuText(path)), &QAction::triggered, list,
-                         [path] { MayaUtil::TakeLayers(path); });
+        ConnectGuarded(list->addAction(MenuText(path)), &QAction::triggered, list,
+                       [path] { MayaUtil::TakeLayers(path); });
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ui/GhostingDialog.h"
 
+#include "host/GuardedConnect.h"
 #include "host/HeldKeys.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -82,7 +83,7 @@ QKeySequenceEdit* CreateKey(const HeldKey& action) {
     name[0] = name[0].toUpper();
     edit->setObjectName(QStringLiteral("qmVxGhosting") + name);
     edit->setToolTip(QLatin1String(action.label));
-    QObject::connect(edit, &QKeySequenceEdit::keySequenceChanged, edit, [edit](const QKeySequence& keys) {
+    ConnectGuarded(edit, &QKeySequenceEdit::keySequenceChanged, edit, [edit](const QKeySequence& keys) {
         if (keys.count() > 1) {
             edit->setKeySequence(QKeySequence(keys[keys.count() - 1]));
         }
@@ -98,7 +99,7 @@ QWidget* WithClearButton(QKeySequenceEdit* edit) {
     auto* clear = new QPushButton(QStringLiteral("None"));
     clear->setAutoDefault(false);
     clear->setToolTip(QStringLiteral("No key: ") + edit->toolTip());
-    QObject::connect(clear, &QPushButton::clicked, edit, &QKeySequenceEdit::clear);
+    ConnectGuarded(clear, &QPushButton::clicked, edit, [edit] { edit->clear(); });
     row->addWidget(edit, 1);
     row->addWidget(clear);
     return field;

@@ -26,7 +26,7 @@ QColor Fainter(QColor color, double alpha) {
 } // namespace
 
 PressureField::PressureField(const QString& what, QWidget* parent)
-    : QWidget(parent) {
+    : GuardedWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setToolTip(
         QStringLiteral("%1 from light to full pressure: drag the start for the least value, and the middle; "

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "paint/PenPressure.h"
+#include "ui/GuardedWidget.h"
 
 #include <QWidget>
 
@@ -9,7 +10,7 @@ namespace vellix {
 /// Shows a curve of pressure, from the lightest touch at the left to full pressure at the right, and lets it
 /// be dragged: its start up and down, which sets the least value, and its middle point. The arrow keys move
 /// the middle point, page up and page down the start; a double click or Home makes the curve straight.
-class PressureField : public QWidget {
+class PressureField : public GuardedWidget<QWidget> {
     Q_OBJECT
 
 public:

@@ -21,7 +21,7 @@ constexpr int MOST_TOUCHES = 4000;
 } // namespace
 
 PressureStrip::PressureStrip(QWidget* parent)
-    : QWidget(parent) {
+    : GuardedWidget(parent) {
     setToolTip(
         QStringLiteral("Try the tool here with the pen; with the mouse, from light at the left to full "
                        "pressure at the right. A double click clears the strip"));

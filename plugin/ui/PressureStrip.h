@@ -2,6 +2,7 @@
 
 #include "paint/BrushPreset.h"
 #include "ui/BrushSample.h"
+#include "ui/GuardedWidget.h"
 
 #include <QImage>
 #include <QWidget>
@@ -11,7 +12,7 @@ namespace vellix {
 /// A strip to try a brush on. Shows a stroke with pressure that rises from left to right, until somebody
 /// draws: with a pen, or with the mouse, whose pressure is light at the left and full at the right. Nothing
 /// of the scene changes.
-class PressureStrip : public QWidget {
+class PressureStrip : public GuardedWidget<QWidget> {
     Q_OBJECT
 
 public:

@@ -102,7 +102,7 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     pressureShown_->setCheckable(true);
     pressureShown_->setFocusPolicy(Qt::StrongFocus);
     grid->addWidget(pressureShown_, grid->rowCount(), 0, 1, 2);
-    connect(pressureShown_, &QToolButton::toggled, this, &ToolOptionsDialog::UnfoldPressure);
+    ConnectGuarded(pressureShown_, &QToolButton::toggled, this, &ToolOptionsDialog::UnfoldPressure);
     pressureParts_ = CreatePressure();
     grid->addWidget(pressureParts_, grid->rowCount(), 0, 1, 2);
     grid->setRowStretch(grid->rowCount(), 1);
@@ -140,14 +140,14 @@ QWidget* ToolOptionsDialog::CreatePressure() {
         grid->addWidget(label, 0, column);
         grid->addWidget(field, 1, column);
         ++column;
-        connect(field, &PressureField::Dragged, this, [this] { strip_->SetBrush(ShownBrush()); });
+        ConnectGuarded(field, &PressureField::Dragged, this, [this] { strip_->SetBrush(ShownBrush()); });
     }
     grid->addWidget(strip_, 2, 0, 1, 2);
-    connect(opacityCurve_, &PressureField::Changed, this,
-            [this] { MayaUtil::SetOpacityPressure(Settings::activeTool, ShownBrush().pressure); });
+    ConnectGuarded(opacityCurve_, &PressureField::Changed, this,
+                   [this] { MayaUtil::SetOpacityPressure(Settings::activeTool, ShownBrush().pressure); });
     const auto sendSize = [this] { MayaUtil::SetSizePressure(Settings::activeTool, ShownBrush().pressure); };
-    connect(sizeCurve_, &PressureField::Changed, this, sendSize);
-    connect(pressureSize_, &QCheckBox::clicked, this, sendSize);
+    ConnectGuarded(sizeCurve_, &PressureField::Changed, this, sendSize);
+    ConnectGuarded(pressureSize_, &QCheckBox::clicked, this, sendSize);
     return parts;
 }
 

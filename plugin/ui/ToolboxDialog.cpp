@@ -167,9 +167,9 @@ QLayout* ToolboxDialog::CreatePresets() {
     for (int number = 1; number <= BrushPreset::COUNT; ++number) {
         auto* button = new PresetButton(number, ICON_SIZE);
         button->setObjectName(QStringLiteral("qmVxToolboxPreset%1").arg(number));
-        connect(button, &QAbstractButton::clicked, this, [number] { MayaUtil::ChoosePreset(number); });
-        connect(button, &IconButton::MenuWanted, this,
-                [this, number](const QPoint& place) { ShowPresetMenu(number, place); });
+        ConnectGuarded(button, &QAbstractButton::clicked, this, [number] { MayaUtil::ChoosePreset(number); });
+        ConnectGuarded(button, &IconButton::MenuWanted, this,
+                       [this, number](const QPoint& place) { ShowPresetMenu(number, place); });
         presets_.append(button);
         grid->addWidget(button, (number - 1) / COLUMN_COUNT, (number - 1) % COLUMN_COUNT);
     }
@@ -306,13 +306,13 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
 
 void ToolboxDialog::ShowPresetMenu(int number, const QPoint& place) {
     QMenu menu;
-    connect(menu.addAction(QStringLiteral("Save Tool Here...")), &QAction::triggered, this,
-            [this, number] { SavePreset(number); });
+    ConnectGuarded(menu.addAction(QStringLiteral("Save Tool Here...")), &QAction::triggered, this,
+                   [this, number] { SavePreset(number); });
     menu.addSeparator();
     QAction* const keys = menu.addAction(QStringLiteral("Number Keys in Views"));
     keys->setCheckable(true);
     keys->setChecked(Settings::presetKeys);
-    connect(keys, &QAction::triggered, this, [](bool on) { MayaUtil::SetPresetKeys(on); });
+    ConnectGuarded(keys, &QAction::triggered, this, [](bool on) { MayaUtil::SetPresetKeys(on); });
     menu.exec(place);
 }
 
@@ -328,12 +328,12 @@ void ToolboxDialog::SavePreset(int number) {
     }
 }
 
-bool ToolboxDialog::event(QEvent* event) {
+bool ToolboxDialog::HandleEvent(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && PresetOfKey(*static_cast<QKeyEvent*>(event)) > 0) {
         event->accept(); // the host may use the number keys
         return true;
     }
-    return FloatingPanel::event(event);
+    return FloatingPanel::HandleEvent(event);
 }
 
 void ToolboxDialog::keyPressEvent(QKeyEvent* event) {

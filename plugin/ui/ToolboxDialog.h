@@ -34,7 +34,7 @@ public:
     QColor GetColor() const override;
 
 protected:
-    bool event(QEvent* event) override;
+    bool HandleEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
