@@ -316,7 +316,7 @@ bool LayerCommand::TakeOut(const std::vector<LayerId>& ids) {
     std::vector<Removed> removed;
     removed.reserve(ids.size());
     for (const LayerId id : ids) {
-        removed.push_back({id, LayerSpot(*drawing_, id), nullptr});
+        removed.push_back({id, LayerSpot(*drawing_, id), nullptr, IsOfStroke(id)});
     }
     removed_ = std::move(removed);
     TakeOutAgain(removed_.size());
@@ -331,7 +331,28 @@ void LayerCommand::TakeOutAgain(std::size_t count) {
     }
 }
 
+/// Whether the press of the stroke in progress has added the layer.
+bool LayerCommand::IsOfStroke(LayerId id) const {
+    return drawing_->HasActiveStroke() && drawing_->GetStrokeAdditions().HasLayer() &&
+           drawing_->GetStrokeDrawing().layer == id;
+}
+
+/// A layer that a press had added goes with its stroke, if that was dropped while the layer was out: no undo
+/// step knows of it.
+void LayerCommand::ForgetLayersOfDroppedStrokes() {
+    const auto isKept = [this](const Removed& removed) {
+        return !removed.isOfStroke || removed.layer->FrameCount() > 0 || IsOfStroke(removed.id);
+    };
+    for (const Removed& removed : removed_) {
+        if (!isKept(removed)) {
+            layers_.erase(std::remove(layers_.begin(), layers_.end(), removed.id), layers_.end());
+        }
+    }
+    removed_.erase(std::stable_partition(removed_.begin(), removed_.end(), isKept), removed_.end());
+}
+
 MStatus LayerCommand::PutBack() {
+    ForgetLayersOfDroppedStrokes();
     std::size_t count = 0;
     try {
         for (Removed& removed : removed_) {
@@ -351,12 +372,18 @@ MStatus LayerCommand::Delete() {
     if (!ChooseLayer()) {
         return MS::kFailure;
     }
-    before_.Remember(*node_, {node_->FindLayer(layer_).camera});
-    return TakeOut({layer_}) ? MS::kSuccess : MS::kFailure;
+    if (!hasRun_) {
+        layers_ = {layer_};
+    }
+    return DeleteChosen();
 }
 
 MStatus LayerCommand::DeleteAll() {
     ChooseAllLayers();
+    return DeleteChosen();
+}
+
+MStatus LayerCommand::DeleteChosen() {
     before_.Remember(*node_, {layers_.empty() ? camera_ : node_->FindLayer(layers_.front()).camera});
     return TakeOut(layers_) ? MS::kSuccess : MS::kFailure;
 }

@@ -55,6 +55,7 @@ private:
     MStatus InsertUndo();
     MStatus Delete();
     MStatus DeleteAll();
+    MStatus DeleteChosen();
     MStatus DeleteUndo();
     MStatus Move();
     MStatus MoveUndo();
@@ -82,6 +83,8 @@ private:
     MStatus InsertNewLayer(int destination);
     bool TakeOut(const std::vector<LayerId>& ids);
     /// Puts the layers that were taken out back to their spots.
+    bool IsOfStroke(LayerId id) const;
+    void ForgetLayersOfDroppedStrokes();
     MStatus PutBack();
     void RememberActive() noexcept;
     void TakeOutAgain(std::size_t count);
@@ -96,6 +99,7 @@ private:
         LayerId id;
         LayerSpot spot;
         std::unique_ptr<Layer> layer;
+        bool isOfStroke = false; // added by the press of the stroke that was in progress then
     };
 
     const Flag* flag_ = nullptr;    // the flag whose action runs; null for none
@@ -119,7 +123,7 @@ private:
     double opacity_ = 1.0;
 
     LayerId layer_ = LayerId::None; // the layer that was made, moved, removed or changed
-    std::vector<LayerId> layers_;   // all layers of the camera, from the bottom up
+    std::vector<LayerId> layers_;   // the layers to delete, or all of the camera, from the bottom up
     LayerSpot from_;
     LayerSpot to_;
     std::vector<LayerSpot> spots_;

@@ -76,6 +76,11 @@ QSpinBox* CreateNumber(int least, int most, int value, const QString& suffix, co
     return box;
 }
 
+/// The last of the keys that were typed, since one key is held.
+QKeySequence LastKey(const QKeySequence& keys) {
+    return keys.count() > 1 ? QKeySequence(keys[static_cast<uint>(keys.count()) - 1]) : keys;
+}
+
 /// Takes one key with its modifiers, since a key is held and no sequence typed.
 QKeySequenceEdit* CreateKey(const HeldKey& action) {
     auto* edit = new QKeySequenceEdit(QKeySequence::fromString(action.keys, QKeySequence::PortableText));
@@ -83,11 +88,8 @@ QKeySequenceEdit* CreateKey(const HeldKey& action) {
     name[0] = name[0].toUpper();
     edit->setObjectName(QStringLiteral("qmVxGhosting") + name);
     edit->setToolTip(QLatin1String(action.label));
-    ConnectGuarded(edit, &QKeySequenceEdit::keySequenceChanged, edit, [edit](const QKeySequence& keys) {
-        if (keys.count() > 1) {
-            edit->setKeySequence(QKeySequence(keys[keys.count() - 1]));
-        }
-    });
+    ConnectGuarded(edit, &QKeySequenceEdit::keySequenceChanged, edit,
+                   [edit](const QKeySequence& keys) { edit->setKeySequence(LastKey(keys)); });
     return edit;
 }
 
@@ -244,7 +246,8 @@ void GhostingDialog::ApplyLightTable() const {
 void GhostingDialog::ApplyFlip() const {
     for (std::size_t i = 0; i < keys_.size(); ++i) {
         const HeldKey& action = HeldKeys::GetAll()[i];
-        const QString keys = keys_[i]->keySequence().toString(QKeySequence::PortableText);
+        // The field may still wait for more keys.
+        const QString keys = LastKey(keys_[i]->keySequence()).toString(QKeySequence::PortableText);
         if (keys != action.keys) {
             MayaUtil::SetHeldKey(action, keys);
         }

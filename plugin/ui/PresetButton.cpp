@@ -78,7 +78,7 @@ void PresetButton::SetPreset(const BrushPreset& preset) {
     setToolTip(QStringLiteral("%1 (%2, %3 %4, %5 %); key %6")
                    .arg(name, QLatin1String(tool->label))
                    .arg(preset.size)
-                   .arg(QLatin1String(tool->SizeUnit()))
+                   .arg(QString(QLatin1String(tool->SizeUnit())))
                    .arg(preset.opacity)
                    .arg(number_ % 10));
 }

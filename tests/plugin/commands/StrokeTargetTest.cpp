@@ -487,4 +487,30 @@ TEST_F(StrokeTargetTest, WhatWasDrawnMeanwhileStays) {
     EXPECT_EQ(Pictures().keys().filter("side/"), QStringList("side/Layer/8"));
 }
 
+TEST_F(StrokeTargetTest, ALayerThatIsDeletedUnderItsOwnPressGoesWithTheStroke) {
+    const QMap<QString, QImage> before = Pictures();
+    for (const char* const line : {"qmVellixLayer -delete 0 side", "qmVellixLayer -deleteAll side"}) {
+        SCOPED_TRACE(line);
+        Pressed pressed = Press("side", 300);
+        ASSERT_EQ(LayerNames("side").size(), 1);
+        Mel(line);
+        EXPECT_FALSE(Release(pressed));
+        for (int round = 0; round < 2; ++round) {
+            Mel("undo");
+            EXPECT_EQ(LayerNames("side").size(), 0) << "no step made the layer";
+            Mel("redo");
+            EXPECT_EQ(LayerNames("side").size(), 0);
+        }
+        Mel("undo");
+        // While the stroke lasts, undo brings its layer back, and the stroke takes it along.
+        pressed = Press("side", 300);
+        Mel(line);
+        Mel("undo");
+        EXPECT_EQ(LayerNames("side").size(), 1);
+        EXPECT_FALSE(Release(pressed));
+        EXPECT_EQ(LayerNames("side").size(), 0);
+        EXPECT_EQ(Changed(before, Pictures()), QStringList());
+    }
+}
+
 } // namespace vellix

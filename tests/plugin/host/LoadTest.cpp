@@ -55,7 +55,7 @@ TEST_F(LoadTest, UnloadingLeavesNothingBehind) {
     plugins.Unload("vellix2", false);
     const Leftovers unloaded = state();
     // Ten events, two of references, four kinds of changes of nodes, and the script job's condition.
-    EXPECT_EQ(unloaded.callbacks + 18, loaded.callbacks);
+    EXPECT_EQ(unloaded.callbacks + 19, loaded.callbacks);
     EXPECT_EQ(Ask("whatIs qmVellixNode"), "Unknown");
     EXPECT_THAT(unloaded.nodeTypes, Not(Contains("qmVellix")));
 
