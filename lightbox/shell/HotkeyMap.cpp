@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QScopedValueRollback>
+#include <QTimer>
 #include <QWidget>
 
 #include <tuple>
@@ -29,6 +30,9 @@ Qt::KeyboardModifiers Significant(int key, Qt::KeyboardModifiers modifiers) {
 quint32 PlaceOf(const QKeyEvent& event) {
     return event.nativeScanCode() != 0 ? event.nativeScanCode() : quint32(event.key());
 }
+
+/// The press of a repetition comes within this time of its release, in milliseconds.
+constexpr int REPEAT_GAP = 25;
 
 } // namespace
 
@@ -120,29 +124,46 @@ bool HotkeyMap::Press(const QKeyEvent& event) {
     }
     claimed_ = 0;
     const Binding binding = Find({event.key(), Significant(event.key(), event.modifiers())});
-    if (!event.isAutoRepeat() || binding.pressRepeats) {
-        held_[PlaceOf(event)] = binding;
+    const auto held = held_.find(PlaceOf(event));
+    const bool repeats = event.isAutoRepeat() || (held != held_.end() && held->second.release != 0);
+    if (repeats && held != held_.end()) {
+        held->second.release = 0;
+    }
+    if (!repeats || binding.pressRepeats) {
+        held_[PlaceOf(event)].binding = binding;
         Run(binding.press);
     }
     return true;
 }
 
+/// A key that repeats itself sends releases and presses in turn. Not all of them are marked as repetitions:
+/// a release only counts if no press follows at once.
 bool HotkeyMap::Release(const QKeyEvent& event) {
-    const auto held = held_.find(PlaceOf(event));
+    const quint32 place = PlaceOf(event);
+    const auto held = held_.find(place);
     if (held == held_.end()) {
         return false;
     }
     if (!event.isAutoRepeat()) {
-        const std::string release = held->second.release;
-        held_.erase(held);
-        Run(release);
+        held->second.release = ++lastRelease_;
+        QTimer::singleShot(REPEAT_GAP, this,
+                           [this, place, release = lastRelease_] { LetGo(place, release); });
     }
     return true;
 }
 
+void HotkeyMap::LetGo(quint32 place, int release) {
+    const auto held = held_.find(place);
+    if (held != held_.end() && held->second.release == release) {
+        const std::string script = held->second.binding.release;
+        held_.erase(held);
+        Run(script);
+    }
+}
+
 void HotkeyMap::ReleaseAll() {
     for (const auto& held : std::exchange(held_, {})) {
-        Run(held.second.release);
+        Run(held.second.binding.release);
     }
 }
 

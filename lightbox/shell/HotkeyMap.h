@@ -52,15 +52,22 @@ private:
     bool Claim(QObject* watched, QKeyEvent& event);
     bool Press(const QKeyEvent& event);
     bool Release(const QKeyEvent& event);
+    void LetGo(quint32 place, int release);
     void ReleaseAll();
     void Run(const std::string& name);
+
+    struct Held {
+        Binding binding;
+        int release = 0; ///< number of a release that may be one of the key repeating itself; 0 for none
+    };
 
     Host& host_;
     std::map<std::string, std::string> commands_; ///< scripts by name
     std::map<Key, Binding> bindings_;
-    std::map<quint32, Binding> held_; ///< by the key on the keyboard
-    quint32 claimed_ = 0;             ///< whose press is on its way; 0 for none
-    bool asks_ = false;               ///< whether someone else wants a key
+    std::map<quint32, Held> held_; ///< by the key on the keyboard
+    int lastRelease_ = 0;
+    quint32 claimed_ = 0; ///< whose press is on its way; 0 for none
+    bool asks_ = false;   ///< whether someone else wants a key
 };
 
 } // namespace lightbox

@@ -25,6 +25,7 @@ protected:
     }
     void Release(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyRelease(Receiver(), key, modifiers);
+        QTest::qWait(60); // no press follows
     }
     QWidget* Receiver() { return QApplication::focusWidget() ? QApplication::focusWidget() : &Window(); }
     void Repeat(Qt::Key key) {
@@ -118,6 +119,19 @@ TEST_F(HotkeysTest, AreReleasedWhenTheProgramLosesTheFocus) {
     EXPECT_EQ(TakeLog(), "+-");
     Release(Qt::Key_X);
     EXPECT_EQ(TakeLog(), "");
+}
+
+TEST_F(HotkeysTest, ARepetitionThatIsNotMarkedAsOneIsNoRelease) {
+    Run("hotkey -k \"x\" -name press -releaseName release");
+    Press(Qt::Key_X);
+    for (int repetition = 0; repetition < 3; ++repetition) {
+        QTest::keyRelease(Receiver(), Qt::Key_X);
+        Press(Qt::Key_X);
+    }
+    QTest::qWait(60);
+    EXPECT_EQ(TakeLog(), "+");
+    Release(Qt::Key_X);
+    EXPECT_EQ(TakeLog(), "-");
 }
 
 } // namespace
