@@ -25,14 +25,15 @@ double TimeScale::FrameWithin(double x) const {
 }
 
 double TimeScale::LabelStep(double labelWidth) const {
-    for (double decade = 1.0; decade < 1e12; decade *= 10.0) {
+    double decade = 1.0;
+    for (int digits = 1; digits <= 12; ++digits, decade *= 10.0) {
         for (const double step : {1.0, 2.0, 5.0}) {
             if (step * decade * perFrame_ >= labelWidth) {
                 return step * decade;
             }
         }
     }
-    return 1e12;
+    return decade;
 }
 
 double TimeScale::TickStep(double labelStep) const {

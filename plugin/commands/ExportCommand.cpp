@@ -250,7 +250,8 @@ bool ExportCommand::CheckSize() {
 
 bool ExportCommand::ChooseFrames(const ExportedLayers& layers) {
     if (!drawingsOnly_) {
-        frames_.resize(static_cast<std::size_t>(end_ - start_ + 1));
+        const int count = end_ - start_ + 1;
+        frames_.resize(static_cast<std::size_t>(count));
         std::iota(frames_.begin(), frames_.end(), start_);
         return true;
     }

@@ -69,7 +69,7 @@ QString LayerOutputs::WriteLayers(int frame, bool isHeld) {
         path.replace(LAYER, names_.at(int(i)));
         QDir().mkpath(
             QFileInfo(path).absolutePath()); // a layer may have a folder; if this fails, so does the file
-        const QString fault = Keep(path, WholeFile::Write(path, pictures_[i]));
+        QString fault = Keep(path, WholeFile::Write(path, pictures_[i]));
         if (!fault.isEmpty()) {
             return fault;
         }

@@ -477,7 +477,7 @@ MStatus UtilCommand::ChoosePreset() const {
         return MS::kFailure;
     }
     // To take the draw tool anew would end the stroke or the text in it.
-    const MStatus status = BaseNode::IsDrawContextActive() ? MStatus() : ActivateDrawContext();
+    MStatus status = BaseNode::IsDrawContextActive() ? MStatus() : ActivateDrawContext();
     if (status) {
         Settings::UseBrush(Settings::brushPresets[static_cast<std::size_t>(number_ - 1)]);
         UpdateMainMenu();

@@ -6,6 +6,7 @@
 #include "paint/Composite.h"
 #include "paint/Stroke.h"
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -64,6 +65,7 @@ void Compositor::ReadDrawings(const Scene& scene) {
         return;
     }
     std::vector<const Frame*> frames;
+    frames.reserve(static_cast<std::size_t>(scene.layers.size()));
     for (int i = 0; i < scene.layers.size(); ++i) {
         frames.push_back(scene.flip != 0 ? scene.flipped[i] : scene.layers[i]->ReadFrame(0));
     }

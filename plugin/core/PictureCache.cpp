@@ -40,6 +40,7 @@ void PictureCache::ReadAll(const std::vector<const Frame*>& frames) {
         return; // Find reads a single one
     }
     std::vector<Missing*> list;
+    list.reserve(missing.size());
     for (auto& item : missing) {
         list.push_back(&item.second);
     }

@@ -102,7 +102,7 @@ void PackPsdChannel(const QImage& image, const QRect& area, int byte, PsdBytes& 
 
 /// Four bytes a pixel: red, green, blue and alpha.
 QImage ToPsdPixels(const QImage& image) {
-    const QImage pixels = image.convertToFormat(QImage::Format_RGBA8888);
+    QImage pixels = image.convertToFormat(QImage::Format_RGBA8888);
     if (pixels.isNull()) {
         throw std::bad_alloc();
     }

@@ -17,7 +17,7 @@ constexpr zip_int64_t MAX_MEMBERS = 65535; ///< of an archive without the 64-bit
 QString ReasonOf(int code) {
     zip_error_t error;
     zip_error_init_with_code(&error, code);
-    const QString reason = QString::fromUtf8(zip_error_strerror(&error));
+    QString reason = QString::fromUtf8(zip_error_strerror(&error));
     zip_error_fini(&error);
     return reason;
 }

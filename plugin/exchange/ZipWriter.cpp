@@ -184,7 +184,7 @@ bool ZipWriter::AddTo(zip* archive) const {
 }
 
 QString ZipWriter::Write(const QString& path, const Progress& progress) const {
-    const QString refusal = Refusal();
+    QString refusal = Refusal();
     if (!refusal.isEmpty()) {
         return refusal;
     }
@@ -215,7 +215,7 @@ QString ZipWriter::Write(const QString& path, const Progress& progress) const {
         }
         return file.Fault().isEmpty() ? QString::fromUtf8(zip_strerror(archive)) : file.Fault();
     }
-    open.release();
+    static_cast<void>(open.release()); // it is closed
     file.Commit();
     return file.Fault();
 }

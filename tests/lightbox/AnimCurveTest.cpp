@@ -115,7 +115,8 @@ TEST(AnimCurveTest, WeightsBendTime) {
     // A handle that reaches beyond the next key is cut, and the curve stays a function of time.
     curve.At(0).out = {50.0, 0.0};
     double before = curve.Evaluate(0);
-    for (double time = 0; time <= 24; time += 0.25) {
+    for (int quarters = 0; quarters <= 4 * 24; ++quarters) {
+        const double time = quarters / 4.0;
         EXPECT_GE(curve.Evaluate(time), before - 1e-9);
         before = curve.Evaluate(time);
     }
@@ -149,7 +150,8 @@ TEST(AnimCurveTest, InsertingKeepsTheShape) {
             ASSERT_TRUE(curve.InsertOnCurve(time));
         }
         EXPECT_EQ(curve.Keys().size(), 7U);
-        for (double time = -5; time <= 35; time += 0.5) {
+        for (int halves = -10; halves <= 70; ++halves) {
+            const double time = halves / 2.0;
             EXPECT_NEAR(curve.Evaluate(time), before.Evaluate(time), 1e-6) << time << " " << weighted;
         }
         EXPECT_FALSE(curve.InsertOnCurve(8.0)) << "there is a key";
@@ -165,7 +167,8 @@ TEST(AnimCurveTest, WeightsComeAndGoWithoutAChangeOfShape) {
         curve.At(i).inType = TangentType::Fixed;
         curve.At(i).outType = TangentType::Fixed;
     }
-    for (double time = 0; time <= 21; time += 0.5) {
+    for (int halves = 0; halves <= 42; ++halves) {
+        const double time = halves / 2.0;
         EXPECT_NEAR(curve.Evaluate(time), before.Evaluate(time), 1e-6) << time;
     }
 }

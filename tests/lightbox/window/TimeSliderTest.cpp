@@ -20,6 +20,7 @@
 #include <QtTest>
 
 #include <gtest/gtest.h>
+#include <cmath>
 #include <set>
 #include <string>
 #include <vector>
@@ -67,8 +68,9 @@ protected:
     void Drag(double from, double to, Qt::MouseButton button = Qt::LeftButton,
               Qt::KeyboardModifiers keys = {}) {
         Press(from, button, keys);
-        for (double frame = from; frame != to; frame += to > from ? 1 : -1) {
-            Move(frame, button);
+        const int frames = static_cast<int>(std::abs(to - from));
+        for (int i = 0; i < frames; ++i) {
+            Move(from + (to > from ? i : -i), button);
         }
         Move(to, button);
         Release(to, button);

@@ -180,8 +180,8 @@ double DistanceFromCircle(const QList<vellix::StrokePoint>& points) {
     int count = 0;
     for (int i = 1; i < points.size(); ++i) {
         const QLineF segment(points[i - 1].position, points[i].position);
-        for (double share = 0.0; share < 1.0; share += 0.05) {
-            const double distance = QLineF(QPointF(512, 512), segment.pointAt(share)).length() - RADIUS;
+        for (int part = 0; part < 20; ++part) {
+            const double distance = QLineF(QPointF(512, 512), segment.pointAt(part / 20.0)).length() - RADIUS;
             sum += distance * distance;
             ++count;
         }
