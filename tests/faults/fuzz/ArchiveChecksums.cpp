@@ -25,20 +25,20 @@ void Put(std::uint8_t* bytes, std::uint32_t number) {
 
 /// Goes through the central directory's entries, each of which names the place of its member's own header.
 void RepairArchive(std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t HEAD = 46;
-    constexpr std::size_t LOCAL_HEAD = 30;
-    for (std::size_t at = 0; at + HEAD <= size; ++at) {
+    constexpr std::size_t head = 46;
+    constexpr std::size_t localHead = 30;
+    for (std::size_t at = 0; at + head <= size; ++at) {
         if (std::memcmp(data + at, "PK\1\2", 4) != 0) {
             continue;
         }
         const std::size_t local = Number(data + at + 42, 4);
         const std::size_t length = Number(data + at + 20, 4);
         const bool isStored = Number(data + at + 10, 2) == 0;
-        if (!isStored || local + LOCAL_HEAD > size || std::memcmp(data + local, "PK\3\4", 4) != 0) {
+        if (!isStored || local + localHead > size || std::memcmp(data + local, "PK\3\4", 4) != 0) {
             continue;
         }
         const std::size_t begin =
-            local + LOCAL_HEAD + Number(data + local + 26, 2) + Number(data + local + 28, 2);
+            local + localHead + Number(data + local + 26, 2) + Number(data + local + 28, 2);
         if (begin > size || length > size - begin) {
             continue;
         }

@@ -16,7 +16,7 @@ protected:
     ~HotkeysTest() override { Stop(); }
 
     std::string TakeLog() {
-        const std::string log = Run("$log = $log").AsString();
+        std::string log = Run("$log = $log").AsString();
         Run("$log = \"\"");
         return log;
     }

@@ -142,7 +142,7 @@ protected:
     void SetUp() override {
         ExportCommandTest::SetUp();
         Mel("qmVellixLayer -add -n \"\" -ls 1 persp");
-        Node().GetLayer("persp", 1)->SetName(LAYER_NAME);
+        Node().GetLayer("persp", 1)->SetName(layerName_);
         Node().AddFrame("persp", MTime(-999, MTime::uiUnit()));
         Node().GetActiveLayer("persp")->UpdateCurrentFrameIndex(2);
         QImage image(1024, 1024, QImage::Format_RGBA8888);
@@ -176,7 +176,7 @@ protected:
         return keys;
     }
 
-    const QString LAYER_NAME = QString::fromUtf8("背/景 #1");
+    const QString layerName_ = QString::fromUtf8("背/景 #1");
 };
 
 TEST_F(LayeredExportTest, AnAnimationHasAllKeysAndHolds) {

@@ -27,7 +27,7 @@ protected:
                             int height = 1024) const {
         QDir(folder_.path()).mkpath(QFileInfo(name).path());
         if (name.endsWith(".png")) {
-            const QByteArray png = MadeArchive::Png(width, height, color);
+            QByteArray png = MadeArchive::Png(width, height, color);
             WriteFile(name, png);
             return png;
         }

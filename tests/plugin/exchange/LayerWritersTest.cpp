@@ -186,6 +186,7 @@ public:
     QByteArray Channel(int width, int height) {
         EXPECT_EQ(Get<quint16>(), 1);
         std::vector<int> counts;
+        counts.reserve(static_cast<std::size_t>(height));
         for (int y = 0; y < height; ++y) {
             counts.push_back(Get<quint16>());
         }
@@ -279,9 +280,11 @@ TEST_F(LayerWritersTest, PsdHasNamesAndTheAreaOfEachLayer) {
     EXPECT_EQ(layers.Channel(200, 1), red);
     // On white, as programs expect it: 100 at half.
     EXPECT_EQ(section.Block(), QByteArray());
+    constexpr int rows = 4 * 200;
     std::vector<int> counts;
+    counts.reserve(rows);
     EXPECT_EQ(file.Get<quint16>(), 1);
-    for (int i = 0; i < 4 * 200; ++i) {
+    for (int i = 0; i < rows; ++i) {
         counts.push_back(file.Get<quint16>());
     }
     const QByteArray merged = file.Rows(counts, 300);

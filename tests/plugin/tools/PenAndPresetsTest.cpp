@@ -35,7 +35,7 @@ protected:
     }
     std::string Options(ToolType tool) {
         const ToolType before = std::exchange(Settings::activeTool, tool);
-        const std::string text = Settings::GetBrush().ToText().toStdString();
+        std::string text = Settings::GetBrush().ToText().toStdString();
         Settings::activeTool = before;
         return text;
     }
