@@ -1,12 +1,12 @@
 #include "commands/ExportCanvas.h"
 
+#include "paint/Composite.h"
 #include "paint/ImageSize.h"
 
 #include <QPainter>
 #include <QRectF>
 
 #include <cmath>
-#include <new>
 
 namespace vellix {
 
@@ -24,10 +24,7 @@ QImage ExportCanvas::Place(const QImage& drawing) const {
     if (isDrawing_) {
         return drawing;
     }
-    QImage picture(size_, QImage::Format_RGBA8888_Premultiplied);
-    if (picture.isNull()) {
-        throw std::bad_alloc();
-    }
+    QImage picture = composite::OrBadAlloc(QImage(size_, QImage::Format_RGBA8888_Premultiplied));
     picture.fill(Qt::transparent);
     if (!drawing.isNull() && side_ > 0.0) {
         QImage source = drawing.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
@@ -41,11 +38,7 @@ QImage ExportCanvas::Place(const QImage& drawing) const {
         painter.drawImage(QRectF((size_.width() - side_) / 2.0, (size_.height() - side_) / 2.0, side_, side_),
                           source);
     }
-    QImage straight = picture.convertToFormat(QImage::Format_RGBA8888);
-    if (straight.isNull()) {
-        throw std::bad_alloc();
-    }
-    return straight;
+    return composite::OrBadAlloc(picture.convertToFormat(QImage::Format_RGBA8888));
 }
 
 } // namespace vellix

@@ -15,6 +15,7 @@
 #include "node/ViewPlacement.h"
 #include "paint/Composite.h"
 #include "paint/ContactSheet.h"
+#include "paint/Ffmpeg.h"
 #include "paint/ImageSequence.h"
 #include "paint/ImageSize.h"
 #include "paint/MovieWriter.h"
@@ -103,11 +104,6 @@ private:
     MComputation computation_;
     bool isInterrupted_ = false;
 };
-
-/// The frame rate of the scene's time unit, in frames per second.
-double SceneRate() {
-    return MTime(1, MTime::kSeconds).as(MTime::uiUnit());
-}
 
 } // namespace
 
@@ -342,7 +338,7 @@ bool ExportCommand::CheckMovie() const {
         return RefuseExport(QString("A movie is a .%1 file. Let \"%2\" end in one of these.")
                                 .arg(MovieWriter::SUFFIXES.join(", ."), movie_));
     }
-    if (MovieWriter::FindEncoder().isEmpty()) {
+    if (ffmpeg::Find().isEmpty()) {
         return RefuseExport(
             "Movies are written by ffmpeg, which is not installed. Install it (the package ffmpeg, or "
             "from ffmpeg.org) so that it is on the PATH, or write pictures with -file.");
@@ -389,7 +385,7 @@ bool ExportCommand::WriteAnimation(ExportedLayers& layers) {
     if (static_cast<qint64>(last) - first >= MAX_FRAMES) {
         return RefuseRange(first, last, MAX_FRAMES, "are exported at a time");
     }
-    const double rate = SceneRate();
+    const double rate = FrameRate();
     const ExportedLayers::Animation animation = layers.Between(first, last, rate);
     const ZipWriter archive = PclxWriter::Archive(animation.drawing, animation.lastFrame);
     ExportProgress progress("Exporting layers", 0, 100);
@@ -427,7 +423,7 @@ void ExportCommand::AddOutputs(FrameOutputs& frames, LayerOutputs& layers) const
                                QString("%1, frames %2 to %3").arg(camera_).arg(start_).arg(end_));
     }
     if (!movie_.isEmpty()) {
-        frames.AddMovie(movie_, SceneRate(), hasBackground_);
+        frames.AddMovie(movie_, FrameRate(), hasBackground_);
     }
     if (!layered_.isEmpty() && !IsAnimation()) {
         layers.AddLayered(layered_);

@@ -6,6 +6,7 @@
 #include "core/LayerState.h"
 #include "exchange/PclxWriter.h"
 #include "host/Settings.h"
+#include "paint/Composite.h"
 #include "paint/PngCodec.h"
 #include "paint/PngStructure.h"
 
@@ -92,7 +93,7 @@ std::vector<QByteArray> ExportedLayers::VisibleAt(int frame) {
         const PngStructure::Header header = PngStructure::HeaderOf(png);
         // A picture of another size, as other programs leave it in a scene, is shown cut to the drawing.
         const bool fits = QSize(header.width, header.height) == canvas_.Size();
-        pictures.push_back(fits ? png : Encode(canvas_.Place(picture)));
+        pictures.push_back(fits ? png : PngCodec::Encoded(canvas_.Place(picture)));
     }
     return pictures;
 }
@@ -144,14 +145,11 @@ LayeredDrawing ExportedLayers::WithBackground(int frame) {
     LayeredDrawing drawing;
     drawing.size = canvas_.Size();
     if (background_.isValid()) {
-        QImage paper(canvas_.Size(), QImage::Format_RGB32);
-        if (paper.isNull()) {
-            throw std::bad_alloc();
-        }
+        QImage paper = composite::OrBadAlloc(QImage(canvas_.Size(), QImage::Format_RGB32));
         paper.fill(background_);
         PictureLayer layer;
         layer.name = QStringLiteral("Background");
-        layer.pictures.push_back({frame, Encode(paper), QPoint()});
+        layer.pictures.push_back({frame, PngCodec::Encoded(paper), QPoint()});
         drawing.layers.push_back(std::move(layer));
     }
     return drawing;
@@ -170,7 +168,7 @@ QByteArray ExportedLayers::Png(const Layer& layer, const Frame& frame) {
         } else {
             const QImage picture = frame.PeekImage();
             layer.ReportDamage(&frame);
-            last.png = picture.isNull() ? EmptyPng() : Encode(canvas_.Place(picture));
+            last.png = picture.isNull() ? EmptyPng() : PngCodec::Encoded(canvas_.Place(picture));
         }
         last.key = key;
     }
@@ -180,17 +178,10 @@ QByteArray ExportedLayers::Png(const Layer& layer, const Frame& frame) {
     return last.png;
 }
 
-QByteArray ExportedLayers::Encode(const QImage& picture) const {
-    QByteArray png;
-    if (!PngCodec::Encode(picture, png)) {
-        throw std::bad_alloc();
-    }
-    return png;
-}
-
 QByteArray ExportedLayers::EmptyPng() {
     if (empty_.isEmpty()) {
-        empty_ = canvas_.IsDrawing() ? Frame(MTime()).GetPackedImage() : Encode(canvas_.Place(QImage()));
+        empty_ = canvas_.IsDrawing() ? Frame(MTime()).GetPackedImage()
+                                     : PngCodec::Encoded(canvas_.Place(QImage()));
     }
     return empty_;
 }

@@ -57,7 +57,6 @@ private:
     PictureLayer Properties(const Layer& layer) const;
     LayeredDrawing WithBackground(int frame);
     QByteArray Png(const Layer& layer, const Frame& frame);
-    QByteArray Encode(const QImage& picture) const;
     QByteArray EmptyPng();
 
     const LayerManager& layers_;

@@ -195,7 +195,7 @@ bool ImportCommand::MakeOptions(ImportCollector::Options& options) const {
     options.fit.strength = strength_ / 100.0;
     options.hasState = layerState_ >= 0;
     options.state = ToLayerState(layerState_);
-    options.rate = MTime(1, MTime::kSeconds).as(MTime::uiUnit());
+    options.rate = FrameRate();
     options.now = MayaUtil::GetPlaybackTimeValue();
     // A distance without a start begins now.
     options.hasStart = hasStart_ || hasHold_;

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
 
 namespace vellix {
 
@@ -55,14 +54,6 @@ void MultiplyAlpha(QImage& image, double factor) {
             row[4 * x + 3] = table[row[4 * x + 3]];
         }
     }
-}
-
-QByteArray Packed(const QImage& drawing) {
-    QByteArray png;
-    if (!PngCodec::Encode(drawing, png)) {
-        throw std::bad_alloc();
-    }
-    return png;
 }
 
 } // namespace
@@ -132,11 +123,11 @@ QByteArray CanvasFit::Place(const QImage& image, const QPoint& position, double 
     if (factor < 1.0) {
         MultiplyAlpha(drawing, factor);
     }
-    return Packed(drawing);
+    return PngCodec::Encoded(drawing);
 }
 
 QByteArray CanvasFit::Blank() {
-    return Packed(composite::OrBadAlloc(composite::TransparentImage()));
+    return PngCodec::Encoded(composite::OrBadAlloc(composite::TransparentImage()));
 }
 
 } // namespace vellix

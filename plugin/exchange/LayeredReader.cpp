@@ -1,6 +1,6 @@
 #include "exchange/LayeredReader.h"
 
-#include "paint/ImageSize.h"
+#include "exchange/ReadableSize.h"
 #include "paint/PngStructure.h"
 
 #include <QXmlStreamReader>
@@ -22,7 +22,7 @@ qint64 LargestPng(const PngStructure::Header& header) {
 }
 
 PngStructure::Header HeaderOfBegin(const QByteArray& begin) {
-    return begin.startsWith("\x89PNG\r\n\x1a\n") ? PngStructure::HeaderOf(begin) : PngStructure::Header();
+    return PngStructure::IsPng(begin) ? PngStructure::HeaderOf(begin) : PngStructure::Header();
 }
 
 } // namespace
@@ -70,16 +70,12 @@ bool LayeredReader::Read(const LayeredPicture& picture, QByteArray& png) {
         return Fail(archive_.Fault());
     }
     const PngStructure::Header header = HeaderOfBegin(begin);
-    const auto isGood = [](int side) { return side >= 1 && side <= MAX_PNG_SIDE; };
+    const QSize size(header.width, header.height);
     if (header.depth == 0) {
         return Fail(QStringLiteral("its picture \"%1\" is no PNG").arg(picture.source));
     }
-    if (!isGood(header.width) || !isGood(header.height)) {
-        return Fail(QStringLiteral("its picture \"%1\" has %2 x %3 pixels; at most %4 x %4 can be read")
-                        .arg(picture.source)
-                        .arg(header.width)
-                        .arg(header.height)
-                        .arg(MAX_PNG_SIDE));
+    if (!IsReadableSize(size)) {
+        return Fail(QStringLiteral("its picture \"%1\" has %2").arg(picture.source, UnreadableSize(size)));
     }
     if (!archive_.Read(picture.source, LargestPng(header), png)) {
         return Fail(archive_.Fault());
@@ -93,13 +89,7 @@ bool LayeredReader::ReadText(const QString& name, QByteArray& text) {
 }
 
 bool LayeredReader::CheckCanvas() {
-    const QSize size = drawing_.size;
-    const bool isGood = size.width() >= 1 && size.height() >= 1 && size.width() <= MAX_PNG_SIDE &&
-                        size.height() <= MAX_PNG_SIDE;
-    return isGood || Fail(QStringLiteral("its canvas has %1 x %2 pixels; at most %3 x %3 can be read")
-                              .arg(size.width())
-                              .arg(size.height())
-                              .arg(MAX_PNG_SIDE));
+    return IsReadableSize(drawing_.size) || Fail("its canvas has " + UnreadableSize(drawing_.size));
 }
 
 bool LayeredReader::ToPosition(const QString& text, int& position) {

@@ -1,8 +1,9 @@
 #include "exchange/MovieReader.h"
 
+#include "exchange/ReadableSize.h"
 #include "paint/Composite.h"
+#include "paint/Ffmpeg.h"
 #include "paint/ImageSize.h"
-#include "paint/MovieWriter.h"
 
 #include <QFileInfo>
 #include <QList>
@@ -54,7 +55,7 @@ bool MovieReader::Start() {
         return Fail(file.exists() ? QStringLiteral("it cannot be read")
                                   : QStringLiteral("the file does not exist"));
     }
-    const QString program = MovieWriter::FindEncoder();
+    const QString program = ffmpeg::Find();
     if (program.isEmpty()) {
         return Fail(QStringLiteral(
             "movies are read by ffmpeg, which is not installed; install it (the package ffmpeg, "
@@ -69,7 +70,7 @@ bool MovieReader::Start() {
               << QStringLiteral("file:") + file.absoluteFilePath();
     arguments << "-map"
               << "0:v:0"
-              << "-vf" << QStringLiteral("fps=%1,framestep=%2").arg(MovieWriter::RateText(rate_)).arg(every_);
+              << "-vf" << QStringLiteral("fps=%1,framestep=%2").arg(ffmpeg::RateText(rate_)).arg(every_);
     arguments << "-f"
               << "image2pipe"
               << "-c:v"
@@ -77,7 +78,7 @@ bool MovieReader::Start() {
               << "-pix_fmt"
               << "rgba"
               << "-";
-    decoder_.setProcessEnvironment(MovieWriter::CleanEnvironment());
+    decoder_.setProcessEnvironment(ffmpeg::Environment());
     decoder_.start(program, arguments);
     return decoder_.waitForStarted() ||
            Fail(QStringLiteral("\"%1\" cannot be started: %2").arg(program, decoder_.errorString()));
@@ -92,11 +93,8 @@ bool MovieReader::Next(QImage& image) {
     if (!ReadHead(width, height)) {
         return false;
     }
-    if (width < 1 || height < 1 || width > MAX_PNG_SIDE || height > MAX_PNG_SIDE) {
-        return Fail(QStringLiteral("it has %1 x %2 pixels; at most %3 x %3 can be read")
-                        .arg(width)
-                        .arg(height)
-                        .arg(MAX_PNG_SIDE));
+    if (!IsReadableSize(QSize(width, height))) {
+        return Fail("it has " + UnreadableSize(QSize(width, height)));
     }
     QImage picture = composite::OrBadAlloc(QImage(width, height, QImage::Format_RGBA8888));
     for (int y = 0; y < height; ++y) {

@@ -6,22 +6,12 @@
 
 #include <QXmlStreamWriter>
 
-#include <new>
-
 namespace vellix {
 
 namespace {
 
 /// The longest side that the standard allows, in pixels.
 constexpr int THUMBNAIL_SIDE = 256;
-
-QByteArray OraPng(const QImage& image) {
-    QByteArray png;
-    if (!PngCodec::Encode(image, png)) {
-        throw std::bad_alloc();
-    }
-    return png;
-}
 
 QImage OraThumbnail(const QImage& merged) {
     if (merged.width() <= THUMBNAIL_SIDE && merged.height() <= THUMBNAIL_SIDE) {
@@ -36,7 +26,7 @@ QImage OraThumbnail(const QImage& merged) {
 QByteArray OraEmptyPicture() {
     QImage pixel(1, 1, QImage::Format_RGBA8888);
     pixel.fill(Qt::transparent);
-    return OraPng(pixel);
+    return PngCodec::Encoded(pixel);
 }
 
 QString OraMember(int layer) {
@@ -85,8 +75,8 @@ ZipWriter OpenRasterWriter::Archive(const LayeredDrawing& drawing, const QImage&
         archive.Add(OraMember(index++),
                     layer.pictures.empty() ? OraEmptyPicture() : layer.pictures.front().png);
     }
-    archive.Add("mergedimage.png", OraPng(merged));
-    archive.Add("Thumbnails/thumbnail.png", OraPng(OraThumbnail(merged)));
+    archive.Add("mergedimage.png", PngCodec::Encoded(merged));
+    archive.Add("Thumbnails/thumbnail.png", PngCodec::Encoded(OraThumbnail(merged)));
     return archive;
 }
 

@@ -1,6 +1,6 @@
 #include "exchange/PictureFileReader.h"
 
-#include "paint/ImageSize.h"
+#include "exchange/ReadableSize.h"
 #include "paint/PngStructure.h"
 
 #include <QFile>
@@ -23,14 +23,7 @@ bool RefusePicture(QString& fault, const QString& reason) {
 }
 
 bool CheckSize(const QSize& size, QString& fault) {
-    if (size.width() >= 1 && size.height() >= 1 && size.width() <= MAX_PNG_SIDE &&
-        size.height() <= MAX_PNG_SIDE) {
-        return true;
-    }
-    return RefusePicture(fault, QStringLiteral("it has %1 x %2 pixels; at most %3 x %3 can be read")
-                                    .arg(size.width())
-                                    .arg(size.height())
-                                    .arg(MAX_PNG_SIDE));
+    return IsReadableSize(size) || RefusePicture(fault, "it has " + UnreadableSize(size));
 }
 
 bool ReadPng(QFile& file, const PictureFit& fit, QByteArray& png, QString& fault) {
@@ -75,9 +68,8 @@ bool PictureFileReader::Read(const QString& path, const PictureFit& fit, QByteAr
     if (file.size() > MAX_FILE_SIZE) {
         return RefusePicture(fault, QStringLiteral("it is too large for a picture"));
     }
-    const QByteArray begin = file.peek(8);
-    return begin == QByteArray("\x89PNG\r\n\x1a\n") ? ReadPng(file, fit, png, fault)
-                                                    : ReadByQt(file, fit, png, fault);
+    return PngStructure::IsPng(file.peek(8)) ? ReadPng(file, fit, png, fault)
+                                             : ReadByQt(file, fit, png, fault);
 }
 
 std::vector<QString> PictureFileReader::Suffixes() {

@@ -1,6 +1,7 @@
 #include "exchange/PsdWriter.h"
 
 #include "exchange/LayeredDrawing.h"
+#include "paint/Composite.h"
 #include "paint/PngCodec.h"
 #include "paint/PngStructure.h"
 
@@ -12,7 +13,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <new>
 #include <vector>
 
 namespace vellix {
@@ -102,11 +102,7 @@ void PackPsdChannel(const QImage& image, const QRect& area, int byte, PsdBytes& 
 
 /// Four bytes a pixel: red, green, blue and alpha.
 QImage ToPsdPixels(const QImage& image) {
-    QImage pixels = image.convertToFormat(QImage::Format_RGBA8888);
-    if (pixels.isNull()) {
-        throw std::bad_alloc();
-    }
-    return pixels;
+    return composite::OrBadAlloc(image.convertToFormat(QImage::Format_RGBA8888));
 }
 
 /// The smallest area with all pixels that show anything.
@@ -203,9 +199,7 @@ QByteArray PsdLayers(const LayeredDrawing& drawing) {
 QImage OnPsdPaper(const QImage& merged) {
     QImage image = ToPsdPixels(merged);
     image.detach();
-    if (image.isNull()) {
-        throw std::bad_alloc();
-    }
+    composite::OrBadAlloc(image);
     for (int y = 0; y < image.height(); ++y) {
         uchar* pixel = image.scanLine(y);
         for (int x = 0; x < image.width(); ++x, pixel += 4) {

@@ -26,6 +26,11 @@ inline bool IsWholeFrame(qint64 frame) {
     return frame >= std::numeric_limits<int>::min() && frame <= std::numeric_limits<int>::max();
 }
 
+/// The frame rate of the host's current time unit, in frames per second.
+inline double FrameRate() {
+    return MTime(1.0, MTime::kSeconds).as(MTime::uiUnit());
+}
+
 inline MTime FromWholeFrames(int frame) {
     return MTime(static_cast<double>(frame), MTime::uiUnit());
 }

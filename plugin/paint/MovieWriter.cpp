@@ -1,13 +1,13 @@
 #include "paint/MovieWriter.h"
 
+#include "paint/Ffmpeg.h"
 #include "paint/WholeFile.h"
 
 #include <QColor>
 #include <QFileInfo>
 #include <QPainter>
-#include <QStandardPaths>
 
-#include <cmath>
+#include <memory>
 
 namespace vellix {
 
@@ -58,34 +58,6 @@ QStringList MovieWriter::CodecArguments() const {
             "-b:v", "0",          "-row-mt",  "1",        "-cpu-used",     "4"};
 }
 
-QString MovieWriter::FindEncoder() {
-    const QString found = QStandardPaths::findExecutable("ffmpeg");
-    // A host that was started from the desktop may lack the shell's search path.
-    return !found.isEmpty() ? found
-                            : QStandardPaths::findExecutable(
-                                  "ffmpeg", {"/usr/local/bin", "/opt/homebrew/bin", "/opt/local/bin"});
-}
-
-QProcessEnvironment MovieWriter::CleanEnvironment() {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"LD_LIBRARY_PATH", "LD_PRELOAD", "DYLD_LIBRARY_PATH"}) {
-        environment.remove(QString::fromLatin1(name));
-    }
-    return environment;
-}
-
-QString MovieWriter::RateText(double rate) {
-    const double tolerance = 0.002;
-    if (std::abs(rate - std::round(rate)) < tolerance) {
-        return QString::number(std::lround(rate));
-    }
-    const double whole = std::round(rate * 1.001);
-    if (std::abs(rate * 1.001 - whole) < tolerance) {
-        return QString("%1/1001").arg(std::lround(whole) * 1000);
-    }
-    return QString::number(rate, 'f', 6);
-}
-
 bool MovieWriter::Fail(const QString& fault) {
     if (fault_.isEmpty()) {
         fault_ = fault;
@@ -101,7 +73,7 @@ QString MovieWriter::EncoderErrors() {
 }
 
 bool MovieWriter::Start(const QSize& size) {
-    const QString encoder = FindEncoder();
+    const QString encoder = ffmpeg::Find();
     if (encoder.isEmpty()) {
         return Fail("ffmpeg is not installed.");
     }
@@ -112,13 +84,13 @@ bool MovieWriter::Start(const QSize& size) {
     QStringList arguments{"-y", "-xerror",  "-hide_banner", "-loglevel", "error",
                           "-f", "rawvideo", "-pix_fmt",     "rgba"};
     arguments << "-s" << QString("%1x%2").arg(size.width()).arg(size.height());
-    arguments << "-framerate" << RateText(rate_) << "-i"
+    arguments << "-framerate" << ffmpeg::RateText(rate_) << "-i"
               << "-"
               << "-an";
     const char* const edge = isTransparent_ ? ":color=black@0" : "";
     arguments << "-vf" << QString("pad=ceil(iw/2)*2:ceil(ih/2)*2%1").arg(edge);
     arguments << CodecArguments() << "-f" << FormatOf(path_) << file_->TemporaryPath();
-    encoder_.setProcessEnvironment(CleanEnvironment());
+    encoder_.setProcessEnvironment(ffmpeg::Environment());
     encoder_.setStandardOutputFile(QProcess::nullDevice());
     encoder_.start(encoder, arguments);
     return encoder_.waitForStarted() ||

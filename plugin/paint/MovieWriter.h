@@ -4,7 +4,6 @@
 
 #include <QImage>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -32,12 +31,6 @@ public:
 
     /// Whether a movie of this name can be transparent: .webm (VP9) and .mov (ProRes 4444).
     static bool CanBeTransparent(const QString& path);
-    /// Returns the path of ffmpeg, or an empty string if it is not installed.
-    static QString FindEncoder();
-    /// The process environment for ffmpeg, without the host's own library paths.
-    static QProcessEnvironment CleanEnvironment();
-    /// Formats the rate for ffmpeg: "24", or "24000/1001" for broadcast rates.
-    static QString RateText(double rate);
 
     /// Hands the next frame to the encoder. Blocks while many frames are waiting. Returns false once anything
     /// has failed.

@@ -57,6 +57,14 @@ bool PngCodec::Encode(const QImage& image, QByteArray& packed) {
     return EncodeWithQt(image, packed);
 }
 
+QByteArray PngCodec::Encoded(const QImage& image) {
+    QByteArray packed;
+    if (!Encode(image, packed)) {
+        throw std::bad_alloc();
+    }
+    return packed;
+}
+
 bool PngCodec::Decode(const QByteArray& packed, QImage& image) {
     if (!PngStructure::IsSound(packed)) {
         return false;

@@ -11,6 +11,8 @@ namespace vellix {
 struct PngCodec {
     /// Encodes the image. Returns false, and leaves `packed` as it is, for what is no picture.
     static bool Encode(const QImage& image, QByteArray& packed);
+    /// The bytes of an image that is a picture; that they cannot be made is taken for a lack of memory.
+    static QByteArray Encoded(const QImage& image);
 
     /// Decodes any PNG with sides of at most MAX_PNG_SIDE, in the image format that comes closest. Returns
     /// false, and leaves `image` as it is, for bytes that cannot be decoded: see PngStructure, and streams

@@ -154,6 +154,10 @@ bool PngStructure::IsSound(const QByteArray& packed) {
     return false;
 }
 
+bool PngStructure::IsPng(const QByteArray& packed) {
+    return packed.startsWith(SIGNATURE);
+}
+
 PngStructure::Header PngStructure::HeaderOf(const QByteArray& packed) {
     StoredChunk chunk;
     return ReadChunk(packed, STORED_SIGNATURE_LENGTH, chunk) ? ReadHeader(chunk) : Header();

@@ -12,6 +12,9 @@ struct PngStructure {
     /// still not decompress. Allocates nothing.
     static bool IsSound(const QByteArray& packed);
 
+    /// Whether the data begins as a PNG does.
+    static bool IsPng(const QByteArray& packed);
+
     struct Header {
         int width = 0; ///< in pixels
         int height = 0;

@@ -144,7 +144,7 @@ bool DrawContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
     if (drawContext_) {
         return drawContext_->ProcessKeyDownEvent(event);
     }
-    if (bool* const held = HeldKey(event->key())) {
+    if (bool* const held = HeldSwitch(event->key())) {
         *held = true;
         return true;
     }
@@ -155,7 +155,7 @@ bool DrawContextInputHandler::ProcessKeyDownEvent(QKeyEvent* event) {
     return preset > 0;
 }
 
-bool* DrawContextInputHandler::HeldKey(int key) {
+bool* DrawContextInputHandler::HeldSwitch(int key) {
     switch (key) {
     case Qt::Key_B:
         return &adjustSize_;
@@ -170,7 +170,7 @@ bool* DrawContextInputHandler::HeldKey(int key) {
 
 bool DrawContextInputHandler::ProcessKeyUpEvent(QKeyEvent* event) {
     TrackBackslash(*event);
-    bool* const held = HeldKey(event->key());
+    bool* const held = HeldSwitch(event->key());
     // Auto-repeat sends release and press events for a key that is still held.
     if (held && !event->isAutoRepeat()) {
         *held = false;

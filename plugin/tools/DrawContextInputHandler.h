@@ -92,7 +92,7 @@ protected:
 
 private:
     /// The member that is true while the key is held; null for other keys.
-    bool* HeldKey(int key);
+    bool* HeldSwitch(int key);
 
     using Slot = void (DrawContextInputHandler::*)();
 

@@ -4,7 +4,7 @@
 #include "faults/DiskFault.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
-#include "paint/MovieWriter.h"
+#include "paint/Ffmpeg.h"
 #include "paint/PngCodec.h"
 #include "plugin/commands/CommandFixture.h"
 
@@ -473,7 +473,7 @@ TEST_F(MovieTest, AFailedMovieLeavesWhatWasThere) {
 
 TEST_F(MovieTest, WithoutTheEncoderItSaysWhatToInstall) {
     qputenv("PATH", Path("bin").toLocal8Bit());
-    if (!MovieWriter::FindEncoder().isEmpty()) {
+    if (!ffmpeg::Find().isEmpty()) {
         GTEST_SKIP() << "an encoder lies outside the PATH";
     }
     EXPECT_TRUE(Refused(Movie()).value(0).contains("Install it (the package ffmpeg"));
@@ -506,7 +506,7 @@ TEST_F(MovieTest, AMovieWithoutABackgroundIsTransparentWhereItCanBe) {
 }
 
 TEST_F(MovieTest, TheRealEncoderWritesAMovie) {
-    if (MovieWriter::FindEncoder().isEmpty()) {
+    if (ffmpeg::Find().isEmpty()) {
         GTEST_SKIP() << "ffmpeg is not installed";
     }
     Mel(Movie("-startTime 1 -endTime 3"));

@@ -2,6 +2,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/OpenText.h"
+#include "paint/Ffmpeg.h"
 #include "paint/MovieWriter.h"
 #include "paint/Stroke.h"
 #include "plugin/commands/ChangeCounter.h"
@@ -348,7 +349,7 @@ TEST_F(ImportCommandTest, BadArchivesChangeNothing) {
 // --- movies -----------------------------------------------------------------------------------------------
 
 TEST_F(ImportCommandTest, MoviesComeAtTheRateOfTheScene) {
-    if (MovieWriter::FindEncoder().isEmpty()) {
+    if (ffmpeg::Find().isEmpty()) {
         GTEST_SKIP() << "ffmpeg is not installed";
     }
     {
