@@ -356,6 +356,7 @@ bool ImportCollector::ReadCamera(const LayerManager& drawing, const QString& cam
         incoming.isVisible = layer->IsVisible();
         incoming.opacity = layer->GetOpacity();
         incoming.state = options_.hasState ? options_.state : layer->GetState();
+        int moved = 0;
         for (int i = 0; i < layer->FrameCount(); ++i) {
             const Frame& frame = *layer->GetFrame(i);
             const QByteArray png = frame.GetPackedImage();
@@ -365,7 +366,19 @@ bool ImportCollector::ReadCamera(const LayerManager& drawing, const QString& cam
                                   .arg(layer->GetName())
                                   .arg(frame.GetTimeValue()));
             }
-            incoming.pictures[frame.GetTimeValue()] = placed;
+            // A change of the time unit may have put several on one whole frame.
+            int time = frame.GetTimeValue();
+            while (incoming.pictures.count(time) > 0) {
+                ++time;
+            }
+            moved += time == frame.GetTimeValue() ? 0 : 1;
+            incoming.pictures[time] = placed;
+        }
+        if (moved > 0) {
+            Warn(what_, {QStringLiteral("%1 drawings of the layer \"%2\" stood on the whole frame of another "
+                                        "and come to the next free one.")
+                             .arg(moved)
+                             .arg(layer->GetName())});
         }
         layers_.push_back(std::move(incoming));
     }

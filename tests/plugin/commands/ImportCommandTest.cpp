@@ -485,6 +485,17 @@ TEST_F(ImportDrawingTest, TakesTheLayersOfTheDrawingThatAnImportLeaves) {
                   "Cannot import \"persp\": it is no drawing node. Nothing was changed.");
 }
 
+TEST_F(ImportDrawingTest, KeepsTheDrawingsThatATimeUnitPutsOnOneFrame) {
+    Mel("file -f -new; qmVellixNode");
+    AddLayer("Rough", {2, 3, 5}, Qt::red);
+    Mel(QString("file -rename \"%1\"; file -f -save").arg(Path("rough.ma")));
+    Mel("file -f -new; qmVellixNode");
+    AddLayer("Mine", {1}, Qt::black);
+    Mel(QString("file -import -namespace sc \"%1\"; currentUnit -time \"12fps\"").arg(Path("rough.ma")));
+    ASSERT_TRUE(MayaUtil::TakeLayers("sc:vellixShape"));
+    EXPECT_EQ(TimesOf("Rough"), QList<int>({1, 2, 3}));
+}
+
 TEST_F(ImportDrawingTest, CopiedFramesCanBePastedInAnotherScene) {
     AddLayer("Rough", {1, 3}, Qt::red);
     Mel("timeControl -e -rangeArray 1 4 $gPlayBackSlider; qmVellixFrame -copy persp");
