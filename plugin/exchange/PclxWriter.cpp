@@ -12,6 +12,8 @@
 
 namespace vellix {
 
+constexpr int PclxWriter::FIRST_FRAME; // C++14 wants this where a reference is taken
+
 namespace {
 
 constexpr int PCLX_BITMAP_LAYER = 1;
