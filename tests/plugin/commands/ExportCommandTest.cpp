@@ -7,6 +7,7 @@
 #include "paint/Ffmpeg.h"
 #include "paint/PngCodec.h"
 #include "plugin/commands/CommandFixture.h"
+#include "plugin/exchange/ReadArchive.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,7 +20,6 @@
 #include <cmath>
 #include <string>
 #include <vector>
-#include <zip.h>
 
 namespace vellix {
 namespace {
@@ -155,12 +155,7 @@ protected:
     }
     /// What a member of an archive holds.
     QByteArray Member(const QString& archive, const QString& member) const {
-        zip_t* const zip = zip_open(QFile::encodeName(Path(archive)).constData(), ZIP_RDONLY, nullptr);
-        zip_file_t* const file = zip ? zip_fopen(zip, member.toUtf8().constData(), 0) : nullptr;
-        QByteArray bytes(1 << 20, '\0');
-        bytes.resize(file ? int(zip_fread(file, bytes.data(), zip_uint64_t(bytes.size()))) : 0);
-        zip_discard(zip);
-        return bytes;
+        return ReadArchive(Path(archive)).Read(member);
     }
     /// The frames of a .pclx at which pictures are keyed, by layer.
     QStringList Keys(const QString& archive) const {
