@@ -34,57 +34,57 @@ protected:
 class TimeControlOverlayTest : public ::testing::Test {
 protected:
     TimeControlOverlayTest()
-        : host(lightbox::Host::Options{true, prefs.path().toStdString()}) {
+        : host_(lightbox::Host::Options{true, prefs_.path().toStdString()}) {
         Settings::timelineFrameColor = QColor(200, 40, 20);
         Settings::timeControlRangeMoveEnabled = true;
-        slider = std::make_unique<Slider>();
-        slider->resize(1000, 30);
-        slider->setStyleSheet(QStringLiteral("background: white"));
-        overlay = std::make_unique<TimeControlOverlay>(slider.get());
-        slider->show();
+        slider_ = std::make_unique<Slider>();
+        slider_->resize(1000, 30);
+        slider_->setStyleSheet(QStringLiteral("background: white"));
+        overlay_ = std::make_unique<TimeControlOverlay>(slider_.get());
+        slider_->show();
         Run("playbackOptions -min 1 -max 10");
     }
     ~TimeControlOverlayTest() override { Settings::timeControlRangeMoveEnabled = true; }
 
-    void Run(const char* mel) { host.interpreter().Execute(mel); }
+    void Run(const char* mel) { host_.interpreter().Execute(mel); }
     void Highlight(int start, int end) {
         Run(qPrintable(
             QStringLiteral("timeControl -e -rangeArray %1 %2 $gPlayBackSlider").arg(start).arg(end)));
     }
     QImage Painted() {
-        overlay->show();
-        return slider->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        overlay_->show();
+        return slider_->grab().toImage().convertToFormat(QImage::Format_RGB32);
     }
-    void Press() { QTest::mousePress(overlay.get(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 10)); }
+    void Press() { QTest::mousePress(overlay_.get(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 10)); }
     void Move() {
         QMouseEvent move(QEvent::MouseMove, QPointF(320, 10), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(overlay.get(), &move);
+        QCoreApplication::sendEvent(overlay_.get(), &move);
     }
-    void Release() { QTest::mouseRelease(overlay.get(), Qt::LeftButton, Qt::NoModifier, QPoint(320, 10)); }
+    void Release() { QTest::mouseRelease(overlay_.get(), Qt::LeftButton, Qt::NoModifier, QPoint(320, 10)); }
     /// What dragging the highlighted range does: the slider moves the range, and the time follows.
     void DragRangeTo(int start, int end) {
         Press();
         Move();
         Highlight(start, end);
-        overlay->UpdateMoveOffset();
+        overlay_->UpdateMoveOffset();
     }
 
-    QTemporaryDir prefs;
-    lightbox::LightboxHost host;
-    std::unique_ptr<Slider> slider;
-    std::unique_ptr<TimeControlOverlay> overlay;
+    QTemporaryDir prefs_;
+    lightbox::LightboxHost host_;
+    std::unique_ptr<Slider> slider_;
+    std::unique_ptr<TimeControlOverlay> overlay_;
 };
 
 } // namespace
 
 TEST_F(TimeControlOverlayTest, MarksLieInTheLowerThird) {
-    overlay->SetFrameTimes({1, 4, 10});
+    overlay_->SetFrameTimes({1, 4, 10});
     const QImage image = Painted();
     // 99 pixels a frame after a margin of 5; a band of 9 pixels from 23 on, of which 7 are in the slider.
     const QRgb outline = qRgb(200, 40, 20);
     const QRgb fill = image.pixel(50, 27);
-    EXPECT_NEAR(qRed(fill), 255 - 55 * 63 / 255, 2);
-    EXPECT_NEAR(qGreen(fill), 255 - 215 * 63 / 255, 2);
+    EXPECT_NEAR(qRed(fill), 255 - 55 * 63 / 255.0, 2);
+    EXPECT_NEAR(qGreen(fill), 255 - 215 * 63 / 255.0, 2);
     struct Place {
         int x;
         int y;
@@ -100,57 +100,57 @@ TEST_F(TimeControlOverlayTest, MarksLieInTheLowerThird) {
     for (const Place& place : places) {
         EXPECT_EQ(image.pixel(place.x, place.y), place.color) << place.x << "," << place.y;
     }
-    overlay->ClearFrameTimes();
+    overlay_->ClearFrameTimes();
     EXPECT_EQ(Painted().pixel(50, 27), white);
 }
 
 TEST_F(TimeControlOverlayTest, MarksFollowTheSliderAndItsRange) {
-    overlay->SetFrameTimes({7});
+    overlay_->SetFrameTimes({7});
     Run("playbackOptions -min 7 -max 7");
     QImage image = Painted();
     EXPECT_EQ(image.pixel(5, 27), qRgb(200, 40, 20)) << "one frame is as wide as the slider";
     EXPECT_EQ(image.pixel(994, 27), qRgb(200, 40, 20));
-    slider->resize(500, 60);
+    slider_->resize(500, 60);
     Painted();
     image = Painted();
-    EXPECT_EQ(overlay->size(), QSize(500, 60));
+    EXPECT_EQ(overlay_->size(), QSize(500, 60));
     EXPECT_EQ(image.pixel(3, 50), qRgb(200, 40, 20));
     EXPECT_EQ(image.pixel(100, 43), qRgb(200, 40, 20)) << "19 pixels high";
     // More frames than pixels: a mark stays a pixel wide.
     Run("playbackOptions -min 1 -max 5000");
-    overlay->SetFrameTimes({2500});
+    overlay_->SetFrameTimes({2500});
     image = Painted();
     EXPECT_EQ(image.pixel(250, 50), qRgb(200, 40, 20));
     EXPECT_EQ(image.pixel(252, 50), qRgb(255, 255, 255));
 }
 
 TEST_F(TimeControlOverlayTest, TheSliderGetsTheMouse) {
-    overlay->show();
+    overlay_->show();
     Press();
-    EXPECT_EQ(slider->presses, 1);
+    EXPECT_EQ(slider_->presses, 1);
     // Also without a button: the slider shows by its cursor what a press would take hold of.
-    EXPECT_TRUE(overlay->hasMouseTracking());
+    EXPECT_TRUE(overlay_->hasMouseTracking());
 }
 
 TEST_F(TimeControlOverlayTest, DraggingTheRangeMovesItsFrames) {
-    overlay->show();
+    overlay_->show();
     Highlight(3, 6);
-    overlay->SetDrawContextActive(true);
+    overlay_->SetDrawContextActive(true);
     ExecutedLines lines;
     DragRangeTo(5, 8);
-    EXPECT_TRUE(overlay->HasMoveOffset());
-    EXPECT_EQ(overlay->GetMoveOffset(), 2);
-    EXPECT_EQ(overlay->GetRangeForMoveOffset()[0], 3.0);
+    EXPECT_TRUE(overlay_->HasMoveOffset());
+    EXPECT_EQ(overlay_->GetMoveOffset(), 2);
+    EXPECT_EQ(overlay_->GetRangeForMoveOffset()[0], 3.0);
     Release();
-    EXPECT_FALSE(overlay->HasMoveOffset());
-    EXPECT_EQ(overlay->GetMoveOffset(), 0);
+    EXPECT_FALSE(overlay_->HasMoveOffset());
+    EXPECT_EQ(overlay_->GetMoveOffset(), 0);
     DragRangeTo(2, 5); // the range was captured anew
     Release();
     DragRangeTo(2, 5);
     Release();
     DragRangeTo(4, 7);
-    overlay->SetDrawContextActive(false); // another tool is chosen in the middle of it
-    EXPECT_EQ(overlay->GetMoveOffset(), 0);
+    overlay_->SetDrawContextActive(false); // another tool is chosen in the middle of it
+    EXPECT_EQ(overlay_->GetMoveOffset(), 0);
     Release();
     EXPECT_THAT(lines.Lines(),
                 ElementsAre("qmVellixFrame -move 2 3 5", "qmVellixFrame -move -3 5 7",
@@ -158,16 +158,16 @@ TEST_F(TimeControlOverlayTest, DraggingTheRangeMovesItsFrames) {
 }
 
 TEST_F(TimeControlOverlayTest, ADragMovesNoFramesButThoseOfItsLayer) {
-    host.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
-    overlay->show();
-    overlay->SetDrawContextActive(true);
+    host_.plugins().LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    overlay_->show();
+    overlay_->SetDrawContextActive(true);
     for (const char* const meanwhile : {"currentTime 5", "qmVellixLayer -e -active 0 persp", "delete vellix",
                                         "file -force -new; qmVellixNode -layer -camera persp"}) {
         SCOPED_TRACE(meanwhile);
         Run("file -force -new; playbackOptions -min 1 -max 10; qmVellixNode -layer -camera persp;"
             "qmVellixLayer -add -layerState 0 persp");
         Highlight(3, 6);
-        overlay->SetDrawContextActive(true);
+        overlay_->SetDrawContextActive(true);
         const ExecutedLines lines;
         DragRangeTo(5, 8);
         Run(meanwhile);
@@ -175,48 +175,48 @@ TEST_F(TimeControlOverlayTest, ADragMovesNoFramesButThoseOfItsLayer) {
         const bool moves = meanwhile == std::string("currentTime 5");
         EXPECT_EQ(lines.Lines().back(),
                   moves ? "qmVellixFrame -move 2 3 5" : "qmVellixUtil -refreshTimelineDisplay");
-        EXPECT_EQ(overlay->GetMoveOffset(), 0);
+        EXPECT_EQ(overlay_->GetMoveOffset(), 0);
     }
-    overlay.reset();
-    host.plugins().Unload("vellix2", true);
+    overlay_.reset();
+    host_.plugins().Unload("vellix2", true);
 }
 
 TEST_F(TimeControlOverlayTest, WhatIsNoMoveMovesNothing) {
-    overlay->show();
+    overlay_->show();
     ExecutedLines lines;
     // Without the draw tool, and with the feature off.
     Highlight(3, 6);
     DragRangeTo(5, 8);
-    EXPECT_FALSE(overlay->HasMoveOffset());
+    EXPECT_FALSE(overlay_->HasMoveOffset());
     Release();
-    overlay->SetDrawContextActive(true);
+    overlay_->SetDrawContextActive(true);
     Settings::timeControlRangeMoveEnabled = false;
     DragRangeTo(6, 9);
-    EXPECT_EQ(overlay->GetMoveOffset(), 0);
+    EXPECT_EQ(overlay_->GetMoveOffset(), 0);
     Release();
     Settings::timeControlRangeMoveEnabled = true;
     EXPECT_THAT(lines.Lines(), IsEmpty());
 
     // A resized range keeps the offset that it had.
-    overlay->SetDrawContextActive(true);
+    overlay_->SetDrawContextActive(true);
     DragRangeTo(7, 10);
-    EXPECT_EQ(overlay->GetMoveOffset(), 1);
+    EXPECT_EQ(overlay_->GetMoveOffset(), 1);
     Highlight(7, 14);
-    overlay->UpdateMoveOffset();
-    EXPECT_EQ(overlay->GetMoveOffset(), 1);
+    overlay_->UpdateMoveOffset();
+    EXPECT_EQ(overlay_->GetMoveOffset(), 1);
 
     // A range that vanishes, and an overlay that is hidden, forget the drag.
     Run("timeControl -e -rangeVisible 0 $gPlayBackSlider");
-    overlay->UpdateMoveOffset();
-    EXPECT_FALSE(overlay->HasMoveOffset());
-    EXPECT_EQ(overlay->GetRangeForMoveOffset().length(), 0U);
+    overlay_->UpdateMoveOffset();
+    EXPECT_FALSE(overlay_->HasMoveOffset());
+    EXPECT_EQ(overlay_->GetRangeForMoveOffset().length(), 0U);
     Release();
     Highlight(3, 6);
-    overlay->SetDrawContextActive(true);
+    overlay_->SetDrawContextActive(true);
     DragRangeTo(4, 7);
-    overlay->hide();
-    EXPECT_FALSE(overlay->HasMoveOffset());
-    overlay->show();
+    overlay_->hide();
+    EXPECT_FALSE(overlay_->HasMoveOffset());
+    overlay_->show();
     Release();
     EXPECT_THAT(lines.Lines(), IsEmpty());
 
@@ -224,31 +224,31 @@ TEST_F(TimeControlOverlayTest, WhatIsNoMoveMovesNothing) {
     Run("timeControl -e -rangeVisible 0 $gPlayBackSlider");
     Press();
     Move();
-    EXPECT_FALSE(overlay->HasMoveOffset());
+    EXPECT_FALSE(overlay_->HasMoveOffset());
 }
 
 TEST_F(TimeControlOverlayTest, AMoveForwardOntoAnotherFrameIsBlack) {
-    overlay->show();
+    overlay_->show();
     Highlight(1, 3);
-    overlay->SetDrawContextActive(true);
+    overlay_->SetDrawContextActive(true);
     DragRangeTo(4, 6);
-    overlay->SetFrameTimes({5, 5, 6});
+    overlay_->SetFrameTimes({5, 5, 6});
     QImage image = Painted();
     EXPECT_EQ(image.pixel(450, 27), qRgb(0, 0, 0));
     EXPECT_NE(image.pixel(550, 27), qRgb(0, 0, 0));
-    overlay->SetDrawContextActive(true);
+    overlay_->SetDrawContextActive(true);
     DragRangeTo(2, 4);
-    EXPECT_EQ(overlay->GetMoveOffset(), -2);
+    EXPECT_EQ(overlay_->GetMoveOffset(), -2);
     EXPECT_NE(Painted().pixel(450, 27), qRgb(0, 0, 0)) << "backward it is not shown";
 }
 
 TEST_F(TimeControlOverlayTest, ItOutlivesASliderThatGoesFirst) {
-    overlay->show();
-    overlay->SetFrameTimes({1});
-    slider.reset();
-    EXPECT_EQ(overlay->parentWidget(), nullptr);
-    overlay->SetShown(true);
-    EXPECT_FALSE(overlay->IsShown()) << "it is no window";
+    overlay_->show();
+    overlay_->SetFrameTimes({1});
+    slider_.reset();
+    EXPECT_EQ(overlay_->parentWidget(), nullptr);
+    overlay_->SetShown(true);
+    EXPECT_FALSE(overlay_->IsShown()) << "it is no window";
 }
 
 } // namespace vellix
