@@ -85,7 +85,7 @@ std::vector<QByteArray> ExportedLayers::VisibleAt(int frame) {
         const Frame* const shown = layer->GetFrame(layer->FindFrameIndex(frame));
         const QImage picture = shown ? shown->PeekImage() : QImage();
         layer->ReportDamage(shown);
-        if (picture.isNull()) {
+        if (shown == nullptr || picture.isNull()) {
             pictures.push_back(EmptyPng());
             continue;
         }
