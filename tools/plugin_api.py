@@ -392,6 +392,7 @@ code, and the two signatures of each row with each other, apart from argument na
 - **remark**: why a difference does not matter.
 
 `tools/plugin_api.py --build build/release update` adds rows for newly used functions; complete them by hand.
+[How to add a class](developing.md#how-to-add-a-class-of-the-hosts-api) says where its header and its code go.
 
 | here | page | published as | from | remark |
 |---|---|---|---|---|

@@ -27,6 +27,7 @@ bool TakeEditFlag(const std::vector<Value>& arguments, std::vector<Value>& rest)
     return true;
 }
 
+/// The change and its undo are edit::SetPlug and its item in scene/EditItems.
 Value SetAttr(CommandCall& call) {
     std::vector<Value> rest;
     const CommandCall plain = TakeEditFlag(call.Objects(), rest) ? call.With(rest) : call;

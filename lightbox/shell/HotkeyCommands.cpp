@@ -2,8 +2,8 @@
 #include "controls/WindowCommandTable.h"
 #include "mel/CommandCall.h"
 #include "mel/SyntaxBuilder.h"
-#include "shell/HotkeyMap.h"
 #include "shell/Registration.h"
+#include "shell/ScriptedHotkeys.h"
 
 namespace lightbox {
 
@@ -14,17 +14,17 @@ mel::Value NameCommand(mel::CommandCall& call, ControlRegistry& registry) {
     if (call.StringOr("-sourceType", "mel") != "mel") {
         call.Fail("nameCommand runs MEL only.");
     }
-    HotkeyMap::Of(registry).NameCommand(name, call.StringOr("-command", ""));
+    ScriptedHotkeys::Of(registry).NameCommand(name, call.StringOr("-command", ""));
     return name;
 }
 
-HotkeyMap::Key KeyOf(const mel::CommandCall& call) {
+ScriptedHotkeys::Key KeyOf(const mel::CommandCall& call) {
     Qt::KeyboardModifiers modifiers = Qt::NoModifier;
     modifiers.setFlag(Qt::ControlModifier, call.Has("-ctrlModifier") || call.Has("-commandModifier"));
     modifiers.setFlag(Qt::AltModifier, call.Has("-altModifier"));
     modifiers.setFlag(Qt::ShiftModifier, call.Has("-shiftModifier"));
     const std::string name = call.StringOr("-keyShortcut", "");
-    const HotkeyMap::Key key = HotkeyMap::Key::Named(name, modifiers);
+    const ScriptedHotkeys::Key key = ScriptedHotkeys::Key::Named(name, modifiers);
     if (key.key == 0) {
         call.Fail("There is no key \"" + name + "\". Name it with -keyShortcut.");
     }
@@ -32,9 +32,9 @@ HotkeyMap::Key KeyOf(const mel::CommandCall& call) {
 }
 
 mel::Value HotkeyCommand(mel::CommandCall& call, ControlRegistry& registry) {
-    HotkeyMap& map = HotkeyMap::Of(registry);
-    const HotkeyMap::Key key = KeyOf(call);
-    HotkeyMap::Binding binding = map.Find(key);
+    ScriptedHotkeys& map = ScriptedHotkeys::Of(registry);
+    const ScriptedHotkeys::Key key = KeyOf(call);
+    ScriptedHotkeys::Binding binding = map.Find(key);
     if (call.IsQuery()) {
         return call.Answer({{"-name", binding.press},
                             {"-releaseName", binding.release},

@@ -5,7 +5,7 @@
 #include "core/LayerState.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
-#include "node/LayerDataFormat.h"
+#include "node/LayerDataParts.h"
 #include "node/StoredFrames.h"
 
 #include <maya/MArgList.h>
@@ -48,7 +48,7 @@ Value ValueAt(Value (MArgList::*read)(unsigned int, MStatus*) const, const MArgL
 bool IsPicture(const MString& text) {
     int length = 0;
     const char* const digits = text.asUTF8(length);
-    return LayerDataFormat::LooksLikeHex(digits, length);
+    return LayerDataParts::LooksLikeHex(digits, length);
 }
 
 bool IsPictureAt(const MArgList& args, unsigned int at) {
@@ -100,7 +100,7 @@ MStatus LayerDataAsciiReader::Read() {
 
 bool LayerDataAsciiReader::ReadHeader(QString& activeCamera, int& cameraCount) {
     int version = 0;
-    if (Take(version) && version < LayerDataFormat::VERSION) {
+    if (Take(version) && version < LayerDataParts::VERSION) {
         Logger::Error("Invalid version");
         failure_ = MS::kFailure;
         if (args_.length() <= 1) { // written where there was no drawing
@@ -158,7 +158,7 @@ bool LayerDataAsciiReader::ReadLayer() {
     if (!Take(frameCount)) {
         return Fail("Invalid frame count (%1)");
     }
-    if (frameCount < 0 && name == QLatin1String(LayerDataFormat::UNKNOWN_LAYER)) {
+    if (frameCount < 0 && name == QLatin1String(LayerDataParts::UNKNOWN_LAYER)) {
         Logger::Warning("Skipping invalid layer");
         return true;
     }
@@ -223,7 +223,7 @@ void LayerDataAsciiReader::TakeFrame() {
     Take(image);
     int length = 0;
     const char* const text = image.asUTF8(length);
-    const QByteArray png = LayerDataFormat::FromHex(text, length);
+    const QByteArray png = LayerDataParts::FromHex(text, length);
     if (hasTime) {
         frames_->Add(time, png);
     } else {

@@ -4,7 +4,7 @@
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "host/MayaUtil.h"
-#include "node/LayerDataFormat.h"
+#include "node/LayerDataParts.h"
 
 #include <QStringList>
 
@@ -25,7 +25,7 @@ LayerDataAsciiWriter::LayerDataAsciiWriter(const LayerManager& layers, std::ostr
 
 bool LayerDataAsciiWriter::Write() {
     const QStringList cameras = layers_.GetCameras();
-    out_ << +LayerDataFormat::VERSION << ' ' << (layers_.IsMaster() ? 1 : 0) << ' ';
+    out_ << +LayerDataParts::VERSION << ' ' << (layers_.IsMaster() ? 1 : 0) << ' ';
     WriteString(layers_.GetActiveCamera());
     out_ << ' ' << cameras.size() << NEXT_LINE;
     for (const QString& camera : cameras) {
@@ -45,7 +45,7 @@ void LayerDataAsciiWriter::WriteCamera(const QString& camera) {
 
 void LayerDataAsciiWriter::WriteLayer(const Layer* layer) {
     if (!layer) {
-        WriteString(QLatin1String(LayerDataFormat::UNKNOWN_LAYER));
+        WriteString(QLatin1String(LayerDataParts::UNKNOWN_LAYER));
         out_ << " -1 ";
         return;
     }
@@ -67,7 +67,7 @@ void LayerDataAsciiWriter::WriteFrame(const Layer& layer, const Frame* frame) {
     const QByteArray image = frame->GetPackedImage();
     if (image.isEmpty()) {
         isWhole_ = false;
-        LayerDataFormat::ReportNotEncoded(layer, *frame);
+        LayerDataParts::ReportNotEncoded(layer, *frame);
     }
     out_ << frame->GetTime() << " \"";
     WriteHex(image);

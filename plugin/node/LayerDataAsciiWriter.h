@@ -11,7 +11,8 @@ class Frame;
 class Layer;
 class LayerManager;
 
-/// Writes a drawing as the space-separated tokens of a Maya ASCII scene. Images are PNG bytes in hexadecimal.
+/// Writes a drawing as the space-separated tokens of a Maya ASCII scene; docs/pipeline.md has the grammar.
+/// Images are PNG bytes in hexadecimal.
 class LayerDataAsciiWriter {
 public:
     LayerDataAsciiWriter(const LayerManager& layers, std::ostream& out);

@@ -5,7 +5,7 @@
 #include "core/LayerState.h"
 #include "host/FrameTime.h"
 #include "host/Logger.h"
-#include "node/LayerDataFormat.h"
+#include "node/LayerDataParts.h"
 #include "node/StoredFrames.h"
 #include "paint/PngStructure.h"
 

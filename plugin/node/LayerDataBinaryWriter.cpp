@@ -3,7 +3,7 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
-#include "node/LayerDataFormat.h"
+#include "node/LayerDataParts.h"
 
 #include <QStringList>
 
@@ -17,7 +17,7 @@ LayerDataBinaryWriter::LayerDataBinaryWriter(const LayerManager& layers, std::os
 
 bool LayerDataBinaryWriter::Write() {
     const QStringList cameras = layers_.GetCameras();
-    WriteValue<qint32>(LayerDataFormat::VERSION);
+    WriteValue<qint32>(LayerDataParts::VERSION);
     WriteValue<quint8>(layers_.IsMaster() ? 1 : 0);
     WriteBytes(layers_.GetActiveCamera().toUtf8());
     WriteValue<qint32>(cameras.size());
@@ -52,7 +52,7 @@ void LayerDataBinaryWriter::WriteFrame(const Layer& layer, const Frame& frame) {
     const QByteArray image = frame.GetPackedImage();
     if (image.isEmpty()) {
         isWhole_ = false;
-        LayerDataFormat::ReportNotEncoded(layer, frame);
+        LayerDataParts::ReportNotEncoded(layer, frame);
     }
     WriteValue<qint32>(frame.GetTimeValue());
     WriteBytes(image); // also without bytes: readers count on the record

@@ -105,6 +105,7 @@ void FreehandPainter::WalkBresenham(const SegmentClip& segment, Visit visit) {
 }
 
 // Calls `stamp` at the start of the segment and then at intervals of a tenth of the size, at least one pixel.
+// A soft brush above size 1 is stamped at every pixel instead (SoftInterior).
 // Skips stamps that do not reach the image.
 template <typename Stamp>
 void FreehandPainter::WalkStamps(const SegmentClip& segment, int size, Stamp stamp) {

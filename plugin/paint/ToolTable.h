@@ -17,7 +17,8 @@ enum class ToolKind {
 };
 
 /// A drawing tool: all that commands, settings, recordings, menus and panels know about it. A new tool needs
-/// a number in ToolType, a row in ToolTable.cpp, its painting in DrawUtil and its icon in Icons.
+/// a number in ToolType, a row in ToolTable.cpp, its painting in DrawUtil or FreehandPainter and its icon in
+/// Icons.
 struct ToolRow {
     enum Trait : unsigned {
         HARDNESS = 1,        ///< its edge can be soft

@@ -1,4 +1,4 @@
-#include "node/LayerDataFormat.h"
+#include "node/LayerDataParts.h"
 
 #include "core/Frame.h"
 #include "core/Layer.h"
@@ -32,7 +32,7 @@ const DigitTable& Digits() {
 
 } // namespace
 
-QByteArray LayerDataFormat::FromHex(const char* text, int length) {
+QByteArray LayerDataParts::FromHex(const char* text, int length) {
     const DigitTable& values = Digits();
     QByteArray bytes(length / 2, Qt::Uninitialized);
     const auto* digit = reinterpret_cast<const uchar*>(text);
@@ -46,7 +46,7 @@ QByteArray LayerDataFormat::FromHex(const char* text, int length) {
     return all < NO_DIGIT ? bytes : QByteArray::fromHex(QByteArray::fromRawData(text, length));
 }
 
-bool LayerDataFormat::LooksLikeHex(const char* text, int length) {
+bool LayerDataParts::LooksLikeHex(const char* text, int length) {
     constexpr int least = 2 * 57; // of the smallest PNG: signature, header, pixels, end
     constexpr int most = 1000;    // are enough to tell
     const int looked = std::min(length, most);
@@ -54,7 +54,7 @@ bool LayerDataFormat::LooksLikeHex(const char* text, int length) {
     return length >= least && std::count_if(text, text + looked, isDigit) >= looked * 9 / 10;
 }
 
-void LayerDataFormat::ReportNotEncoded(const Layer& layer, const Frame& frame) {
+void LayerDataParts::ReportNotEncoded(const Layer& layer, const Frame& frame) {
     Logger::Error(
         QString("The picture of layer %1 at frame %2 cannot be encoded, for lack of memory. The scene "
                 "cannot be saved now.")

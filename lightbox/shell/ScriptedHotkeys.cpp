@@ -1,4 +1,4 @@
-#include "shell/HotkeyMap.h"
+#include "shell/ScriptedHotkeys.h"
 
 #include "controls/ControlRegistry.h"
 #include "mel/Interpreter.h"
@@ -36,7 +36,7 @@ constexpr int REPEAT_GAP = 25;
 
 } // namespace
 
-HotkeyMap::Key HotkeyMap::Key::Named(const std::string& name, Qt::KeyboardModifiers modifiers) {
+ScriptedHotkeys::Key ScriptedHotkeys::Key::Named(const std::string& name, Qt::KeyboardModifiers modifiers) {
     static const std::map<std::string, const char*> others = {
         {"Page_Up", "PgUp"}, {"Page_Down", "PgDown"}, {"Insert", "Ins"}, {"Delete", "Del"}};
     const auto found = others.find(name);
@@ -50,28 +50,28 @@ HotkeyMap::Key HotkeyMap::Key::Named(const std::string& name, Qt::KeyboardModifi
     return {key, Significant(key, isCapital ? modifiers | Qt::ShiftModifier : modifiers)};
 }
 
-bool HotkeyMap::Key::operator<(const Key& other) const {
+bool ScriptedHotkeys::Key::operator<(const Key& other) const {
     return std::make_tuple(key, int(modifiers)) < std::make_tuple(other.key, int(other.modifiers));
 }
 
-HotkeyMap& HotkeyMap::Of(ControlRegistry& registry) {
+ScriptedHotkeys& ScriptedHotkeys::Of(ControlRegistry& registry) {
     QWidget* const window = registry.MainWindow().Widget();
-    HotkeyMap* map = window->findChild<HotkeyMap*>(QString(), Qt::FindDirectChildrenOnly);
-    return map ? *map : *new HotkeyMap(registry.host(), window);
+    ScriptedHotkeys* map = window->findChild<ScriptedHotkeys*>(QString(), Qt::FindDirectChildrenOnly);
+    return map ? *map : *new ScriptedHotkeys(registry.host(), window);
 }
 
-HotkeyMap::HotkeyMap(Host& host, QObject* window)
+ScriptedHotkeys::ScriptedHotkeys(Host& host, QObject* window)
     : QObject(window)
     , host_(host) {
     qApp->installEventFilter(this);
 }
 
-HotkeyMap::Binding HotkeyMap::Find(const Key& key) const {
+ScriptedHotkeys::Binding ScriptedHotkeys::Find(const Key& key) const {
     const auto found = bindings_.find(key);
     return found == bindings_.end() ? Binding() : found->second;
 }
 
-void HotkeyMap::Bind(const Key& key, const Binding& binding) {
+void ScriptedHotkeys::Bind(const Key& key, const Binding& binding) {
     if (binding.press.empty() && binding.release.empty()) {
         bindings_.erase(key);
     } else {
@@ -79,7 +79,7 @@ void HotkeyMap::Bind(const Key& key, const Binding& binding) {
     }
 }
 
-bool HotkeyMap::eventFilter(QObject* watched, QEvent* event) {
+bool ScriptedHotkeys::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationDeactivate) {
         ReleaseAll();
         return false;
@@ -100,7 +100,7 @@ bool HotkeyMap::eventFilter(QObject* watched, QEvent* event) {
 }
 
 /// Takes the key before the shortcuts do, unless the widget wants it or one that it stands in.
-bool HotkeyMap::Claim(QObject* watched, QKeyEvent& event) {
+bool ScriptedHotkeys::Claim(QObject* watched, QKeyEvent& event) {
     claimed_ = 0;
     const Key key{event.key(), Significant(event.key(), event.modifiers())};
     if (bindings_.count(key) == 0 || QApplication::activeModalWidget() || QApplication::activePopupWidget()) {
@@ -118,7 +118,7 @@ bool HotkeyMap::Claim(QObject* watched, QKeyEvent& event) {
     return true;
 }
 
-bool HotkeyMap::Press(const QKeyEvent& event) {
+bool ScriptedHotkeys::Press(const QKeyEvent& event) {
     if (claimed_ == 0 || PlaceOf(event) != claimed_) {
         return false;
     }
@@ -138,7 +138,7 @@ bool HotkeyMap::Press(const QKeyEvent& event) {
 
 /// A key that repeats itself sends releases and presses in turn. Not all of them are marked as repetitions:
 /// a release only counts if no press follows at once.
-bool HotkeyMap::Release(const QKeyEvent& event) {
+bool ScriptedHotkeys::Release(const QKeyEvent& event) {
     const quint32 place = PlaceOf(event);
     const auto held = held_.find(place);
     if (held == held_.end()) {
@@ -152,7 +152,7 @@ bool HotkeyMap::Release(const QKeyEvent& event) {
     return true;
 }
 
-void HotkeyMap::LetGo(quint32 place, int release) {
+void ScriptedHotkeys::LetGo(quint32 place, int release) {
     const auto held = held_.find(place);
     if (held != held_.end() && held->second.release == release) {
         const std::string script = held->second.binding.release;
@@ -161,14 +161,14 @@ void HotkeyMap::LetGo(quint32 place, int release) {
     }
 }
 
-void HotkeyMap::ReleaseAll() {
+void ScriptedHotkeys::ReleaseAll() {
     for (const auto& held : std::exchange(held_, {})) {
         Run(held.second.binding.release);
     }
 }
 
 /// A name that nothing was named is a command or a procedure.
-void HotkeyMap::Run(const std::string& name) {
+void ScriptedHotkeys::Run(const std::string& name) {
     const auto found = commands_.find(name);
     const std::string script = found == commands_.end() ? name : found->second;
     if (!script.empty()) {

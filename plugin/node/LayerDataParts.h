@@ -8,7 +8,7 @@ class Frame;
 class Layer;
 
 /// What the readers and writers of both stored forms share.
-struct LayerDataFormat {
+struct LayerDataParts {
     static constexpr int VERSION = 1;
     /// Name of a missing layer in the ASCII form.
     static constexpr const char* UNKNOWN_LAYER = "UNKNOWN";

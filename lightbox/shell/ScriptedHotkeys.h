@@ -12,11 +12,11 @@ namespace lightbox {
 class ControlRegistry;
 class Host;
 
-/// The keys that scripts have bound with hotkey: each runs one script when it is pressed and another when it
-/// is released. They work in every window, but not in a dialog or menu. A focused text field or a tool gets
-/// the keys that it accepts first; those that are left come before any shortcut. When the program loses the
-/// focus, keys that are held count as released.
-class HotkeyMap : public QObject {
+/// The keys that scripts have bound with hotkey (Lightbox's own are in Hotkeys): each runs one script when it
+/// is pressed and another when it is released. They work in every window, but not in a dialog or menu. A
+/// focused text field or a tool gets the keys that it accepts first; those that are left come before any
+/// shortcut. When the program loses the focus, keys that are held count as released.
+class ScriptedHotkeys : public QObject {
     Q_OBJECT
 public:
     /// One key with its modifiers.
@@ -35,8 +35,8 @@ public:
         bool pressRepeats = false; ///< while the key repeats itself
     };
 
-    /// The map of the program's window, which owns it.
-    static HotkeyMap& Of(ControlRegistry& registry);
+    /// Those of the program's window, which owns them.
+    static ScriptedHotkeys& Of(ControlRegistry& registry);
 
     /// Gives a script a name, for keys. Replaces the one of that name.
     void NameCommand(const std::string& name, const std::string& script) { commands_[name] = script; }
@@ -46,7 +46,7 @@ public:
     void Bind(const Key& key, const Binding& binding);
 
 private:
-    HotkeyMap(Host& host, QObject* window);
+    ScriptedHotkeys(Host& host, QObject* window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool Claim(QObject* watched, QKeyEvent& event);
