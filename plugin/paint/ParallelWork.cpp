@@ -2,6 +2,8 @@
 
 #include "paint/NonCopyable.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <atomic>
 #include <exception>
@@ -14,6 +16,9 @@
 namespace vellix {
 namespace {
 
+// Whether this thread does part of a work that others do the rest of.
+thread_local bool g_isAtWork = false;
+
 class SharedWork : private NonCopyable {
 public:
     SharedWork(std::size_t count, const std::function<void(std::size_t)>& work)
@@ -23,6 +28,9 @@ public:
 
     /// A lack of threads or of memory for them only makes it slower.
     void StartHelpers() {
+        if (g_isAtWork) {
+            return;
+        }
         const std::size_t processors = std::max(1u, std::thread::hardware_concurrency());
         try {
             for (std::size_t i = 1; i < std::min(processors, count_); ++i) {
@@ -37,6 +45,7 @@ public:
 
     /// Takes on what nobody has begun, until nothing is left.
     void DoRest() {
+        const QScopedValueRollback<bool> rollback(g_isAtWork, g_isAtWork || count_ > 1);
         for (std::size_t i = next_++; i < count_; i = next_++) {
             try {
                 work_(i);

@@ -38,5 +38,17 @@ TEST(ParallelWorkTest, DoesEachPartOnceAndThenTellsWhatFailed) {
     DoInParallel(0, [](std::size_t) { FAIL() << "nothing to do"; });
 }
 
+TEST(ParallelWorkTest, WorkWithinWorkStartsNoMoreThreads) {
+    DoInParallel(8, [](std::size_t) {
+        const std::thread::id outer = std::this_thread::get_id();
+        std::atomic<int> calls{0};
+        DoInParallel(20, [&](std::size_t) {
+            EXPECT_EQ(std::this_thread::get_id(), outer);
+            ++calls;
+        });
+        EXPECT_EQ(calls, 20);
+    });
+}
+
 } // namespace
 } // namespace vellix
