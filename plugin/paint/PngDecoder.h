@@ -15,8 +15,9 @@ struct PngDecoder {
     };
 
     /// Decodes data that PngStructure found sound into a `Format_RGBA8888` image; leaves out metadata. Leaves
-    /// the image as it is unless the result is Decoded. Allocates one picture, and a copy of the compressed
-    /// pixels if they lie in several chunks. Throws std::bad_alloc when memory is short.
+    /// the image as it is unless the result is Decoded. Reads the bands that a chunk names (PngBand) on all
+    /// processors. Allocates one picture and, on each processor, a band of it and its bytes; a copy of the
+    /// compressed pixels if they lie in several chunks. Throws std::bad_alloc when memory is short.
     static Result Decode(const QByteArray& packed, QImage& image);
 };
 

@@ -259,6 +259,11 @@ public:
         count_ &= 7;
     }
 
+    void FillByte() {
+        count_ = (count_ + 7) & ~7;
+        Flush();
+    }
+
     void PutHeader(const Code& code);
     void PutLiterals(const Code& code, const uchar* bytes, std::size_t count);
     void PutRepeated(const Code& code, std::size_t repeated, std::size_t distance);
@@ -354,10 +359,7 @@ PngDeflate::PngDeflate(QByteArray& out, int rowBytes, int pixelBytes)
     , end_(HISTORY)
     , segment_(HISTORY)
     , places_(PLACES << HASH_BITS)
-    , written_(std::size_t(out.size())) {
-    out_.append("\x78\x01", 2); // deflate, a window of 32 kB, fastest
-    written_ += 2;
-}
+    , written_(std::size_t(out.size())) {}
 
 void PngDeflate::AddRow() {
     const std::size_t begin = end_;
@@ -557,18 +559,25 @@ void PngDeflate::WriteBlock() {
     tokens_.clear();
 }
 
-void PngDeflate::Finish() {
+void PngDeflate::Finish(bool isLast) {
     if (!tokens_.empty()) {
         WriteBlock();
     }
     out_.resize(int(written_ + 2 * sizeof(quint64)));
     BitWriter writer(reinterpret_cast<uchar*>(out_.data()) + written_, bits_, bitCount_);
-    writer.Put(1, 1);     // the last block
-    writer.Put(1, 2);     // with the fixed code, in which the end is seven zeros
-    writer.Put(0, 7 + 7); // and up to the next byte
-    writer.Flush();
-    qToBigEndian(adler_, writer.At());
-    out_.resize(int(writer.At() - reinterpret_cast<uchar*>(out_.data()) + sizeof adler_));
+    if (isLast) {
+        writer.Put(1, 1); // the last block
+        writer.Put(1, 2); // with the fixed code, in which the end is seven zeros
+        writer.Put(0, 7);
+        writer.FillByte();
+    } else {
+        writer.Put(0, 1); // not the last block
+        writer.Put(0, 2); // of bytes as they are, which begin with a byte: none
+        writer.FillByte();
+        writer.Put(0xffff0000u, 32); // their number, and its complement
+        writer.Flush();
+    }
+    out_.resize(int(writer.At() - reinterpret_cast<uchar*>(out_.data())));
 }
 
 } // namespace vellix

@@ -7,7 +7,7 @@
 
 namespace vellix {
 
-/// Writes the zlib stream (RFC 1950 and 1951) of a PNG's filtered rows.
+/// Writes filtered rows of a PNG, all of them or those of a band (PngBand), as a deflate stream (RFC 1951).
 ///
 /// Filtered rows of drawings are mostly runs: of one byte, above all of 0, and of one pixel. So runs are
 /// looked for first, and empty rows cost next to nothing. What lies further back counts only where it saves
@@ -29,8 +29,11 @@ public:
     void AddRow();
     /// Takes a row of zeros. Need not be written.
     void AddEmptyRow();
-    /// Writes what is left, and the checksum.
-    void Finish();
+    /// Writes what is left, up to the end of a byte: the last call. Behind it, another stream may go on
+    /// unless this is the last one.
+    void Finish(bool isLast);
+    /// The Adler-32 (RFC 1950) of all rows.
+    quint32 Checksum() const { return adler_; }
 
 private:
     // Bytes that are written one by one, then some that repeat those `distance` before them.

@@ -24,6 +24,15 @@ quint64 AnyBits(const uchar* bytes, std::size_t words) {
     return any;
 }
 
+VELLIX_VECTOR_CLONES
+quint32 Changes(const quint32* pixels, std::size_t count) {
+    quint32 changes = 0;
+    for (std::size_t i = 1; i < count; ++i) {
+        changes += pixels[i] != pixels[i - 1] ? 1 : 0;
+    }
+    return changes;
+}
+
 // The sum of the bytes' distances from 0, with 255 next to it.
 VELLIX_VECTOR_CLONES
 quint32 Size(const uchar* __restrict bytes, std::size_t count) {
@@ -140,6 +149,10 @@ bool IsZero(const uchar* bytes, std::size_t count) {
         }
     }
     return true;
+}
+
+std::size_t CountChanges(const quint32* pixels, std::size_t count) {
+    return Changes(pixels, count);
 }
 
 void TakeColors(const quint32* pixels, uchar* out, int count) {

@@ -15,6 +15,9 @@ enum Filter : quint8 { NONE, SUB, UP, AVERAGE, PAETH };
 /// Returns whether all bytes are 0.
 bool IsZero(const uchar* bytes, std::size_t count);
 
+/// Returns how many pixels of a row differ from the one before.
+std::size_t CountChanges(const quint32* pixels, std::size_t count);
+
 /// Writes the red, green and blue of `Format_RGB32` pixels, three bytes each.
 void TakeColors(const quint32* pixels, uchar* out, int count);
 

@@ -442,6 +442,134 @@ TEST(PngCodecTest, RefusesStreamsThatDoNotAddUp) {
 }
 #endif
 
+// --- bands
+
+namespace {
+
+// Where the chunk that names the bands begins, or -1.
+int BandListOf(const QByteArray& packed) {
+    return packed.left(packed.indexOf("IDAT")).indexOf("baND") - 4;
+}
+
+QByteArray WithBandList(const QByteArray& packed, const QByteArray& list) {
+    const int begin = BandListOf(packed);
+    const int end = begin + 12 + int(qFromBigEndian<quint32>(packed.constData() + begin));
+    return packed.left(begin) + Chunk("baND", list) + packed.mid(end);
+}
+
+QByteArray BandListData(const QByteArray& packed) {
+    const int begin = BandListOf(packed);
+    return packed.mid(begin + 8, int(qFromBigEndian<quint32>(packed.constData() + begin)));
+}
+
+// Deflate's block of bytes as they are.
+QByteArray Stored(const QByteArray& bytes, bool isLast) {
+    QByteArray block(5, char(isLast));
+    qToLittleEndian(quint16(bytes.size()), block.data() + 1);
+    qToLittleEndian(quint16(~bytes.size()), block.data() + 3);
+    return block + bytes;
+}
+
+} // namespace
+
+#ifdef VELLIX_WITH_LIBDEFLATE
+TEST(PngCodecTest, BusyPicturesAreWrittenInBands) {
+    for (const Named& picture : {Named{"noise", Noise(512, 512)}, Named{"noise of few rows", Noise(8192, 33)},
+                                 Named{"half a picture", Filled(1024, 1024, [](int x, int y) {
+                                           return y < 512 ? quint32(x * y) : 0u;
+                                       })}}) {
+        EXPECT_GE(BandListOf(ByUs(picture.image)), 0) << picture.name;
+    }
+    for (const Named& picture :
+         {Named{"empty", EmptyLayer()}, Named{"pencil", Strokes(6, vellix::ToolType::Pencil)},
+          Named{"small", Noise(100, 100)},
+          Named{"opaque", Noise(512, 512).convertToFormat(QImage::Format_RGB32)}}) {
+        EXPECT_LT(BandListOf(ByUs(picture.image)), 0) << picture.name;
+    }
+}
+#endif
+
+// A list of bands helps to read the picture, or is of no use; it never makes another picture.
+TEST(PngCodecTest, NoListOfBandsChangesThePicture) {
+    const QImage picture = Noise(512, 512);
+    QByteArray packed = ByUs(picture);
+    if (BandListOf(packed) < 0) { // Qt wrote it
+        packed.insert(packed.indexOf("IDAT") - 4, Chunk("baND", Number(64) + Number(9000)));
+    }
+    const QByteArray list = BandListData(packed);
+    ASSERT_FALSE(list.isEmpty());
+    std::vector<QByteArray> lists{QByteArray(),
+                                  list + list,
+                                  list.left(list.size() - 1),
+                                  list.mid(8),
+                                  list.left(8),
+                                  list.mid(4) + list.left(4),
+                                  QByteArray(8 * 512, '\0')};
+    for (int at = 0; at < list.size(); at += 4) {
+        const auto number = qFromBigEndian<quint32>(list.constData() + at);
+        for (const quint32 other : {0u, 1u, 2u, number - 1, number + 1, number + 7, 511u, 512u, 513u,
+                                    0x7fffffffu, 0x80000000u, 0xffffffffu}) {
+            QByteArray changed = list;
+            qToBigEndian(other, changed.data() + at);
+            lists.push_back(changed);
+        }
+    }
+    for (const QByteArray& other : lists) {
+        EXPECT_TRUE(AreSame(Decoded(WithBandList(packed, other)), picture)) << other.toHex().toStdString();
+    }
+    const QByteArray chunk = Chunk("baND", list);
+    QByteArray twice = packed;
+    EXPECT_TRUE(AreSame(Decoded(twice.insert(BandListOf(packed), Chunk("baND", list.mid(8)))), picture));
+    QByteArray behind = WithBandList(packed, QByteArray());
+    EXPECT_TRUE(AreSame(Decoded(behind.insert(behind.size() - 12, chunk)), picture));
+    // The pixels in two pieces, and bytes behind them.
+    const int pixels = packed.indexOf("IDAT") - 4;
+    const QByteArray stream = packed.mid(pixels + 8, packed.size() - 24 - pixels);
+    EXPECT_TRUE(AreSame(Decoded(packed.left(pixels) + Chunk("IDAT", stream.left(3000)) +
+                                Chunk("IDAT", stream.mid(3000) + "more") + Chunk("IEND")),
+                        picture));
+}
+
+// Bytes of a band that do not inflate, or to something else, are told as those of any picture are.
+TEST(PngCodecTest, DamageInABandIsFound) {
+    const QByteArray packed = ByUs(Noise(512, 512));
+    const int pixels = packed.indexOf("IDAT") - 4;
+    const QByteArray stream = packed.mid(pixels + 8, packed.size() - 24 - pixels);
+    for (int at = 2; at < stream.size(); at += stream.size() / 40) {
+        QByteArray changed = stream;
+        changed[at] = char(changed.at(at) ^ 0x10);
+        const QImage image = Decoded(packed.left(pixels) + Chunk("IDAT", changed) + Chunk("IEND"));
+#ifdef VELLIX_WITH_LIBDEFLATE
+        EXPECT_TRUE(image.isNull()) << at;
+#endif
+    }
+}
+
+// As only another program could write them: bands whose first row needs the one above, in every filter, and
+// one with a filter that there is none of.
+TEST(PngCodecTest, BandsThatDoNotStandForThemselves) {
+    constexpr int rowBytes = 1 + 4 * 20;
+    for (int filter = 0; filter <= 5; ++filter) {
+        const QByteArray rows =
+            FilteredNoise(rowBytes - 1, 20, [&](int y) { return y % 5 == 0 ? filter : 1; });
+        QByteArray stream("\x78\x01", 2);
+        QByteArray list;
+        for (int y = 0; y < 20; y += 5) {
+            list += y == 0 ? QByteArray() : Number(quint32(y)) + Number(quint32(stream.size()));
+            stream += Stored(rows.mid(y * rowBytes, 5 * rowBytes), y == 15);
+        }
+        stream += Deflated(rows).right(4); // the checksum
+        const QByteArray header = Header(20, 20, 8, 6);
+        const QImage plain = QImage::fromData(Png(header + Chunk("IDAT", stream)));
+        const QImage image = Decoded(Png(header + Chunk("baND", list) + Chunk("IDAT", stream)));
+        if (filter < 5) {
+            EXPECT_TRUE(AreSame(image, plain)) << filter;
+        } else {
+            EXPECT_TRUE(image.isNull());
+        }
+    }
+}
+
 TEST(PngCodecTest, OtherReadersReadWhatItWrites) {
     const QString reader = QStandardPaths::findExecutable("pngtopam");
     if (reader.isEmpty()) {
@@ -450,8 +578,8 @@ TEST(PngCodecTest, OtherReadersReadWhatItWrites) {
     const QTemporaryDir folder;
     for (const Named& picture :
          {Named{"brush", Strokes(10, vellix::ToolType::Brush)}, Named{"noise", Noise(333, 41)},
-          Named{"empty", EmptyLayer(Qt::transparent)}, Named{"painted", Painted()},
-          Named{"opaque", Painted().convertToFormat(QImage::Format_RGB32)}}) {
+          Named{"in bands", Noise(512, 512)}, Named{"empty", EmptyLayer(Qt::transparent)},
+          Named{"painted", Painted()}, Named{"opaque", Painted().convertToFormat(QImage::Format_RGB32)}}) {
         QFile file(folder.filePath("a.png"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(ByUs(picture.image));
