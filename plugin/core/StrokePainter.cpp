@@ -153,6 +153,7 @@ bool StrokePainter::Commit(Frame& frame, QByteArray& undo) {
         return false;
     }
     Paint(&frame, false);
+    composite::PrepareToPaint(frame.GetImage(), ReachedTiles());
     TilePatch patch = PatchOf(frame.GetImage());
     const qint64 before = frame.GetPictureKey();
     patch.SetKeys(before, patch.Tiles().IsEmpty() ? before : Picture::NewKey());
@@ -164,18 +165,25 @@ bool StrokePainter::Commit(Frame& frame, QByteArray& undo) {
     return true;
 }
 
-/// The tiles that the stroke changes in its picture, as they will be.
-TilePatch StrokePainter::PatchOf(const QImage& picture) const {
+TileMask StrokePainter::ReachedTiles() const {
     if (stroke_->tool == ToolType::Eraser) {
-        return TilePatch(picture, edited_, work_.image, nullptr);
+        return edited_;
     }
     if (IsFreehand(stroke_->tool) || IsDrawnWhole(stroke_->tool)) {
-        return TilePatch(picture, work_.coverage.occupied, picture, &work_.image);
+        return work_.coverage.occupied;
     }
-    if (stroke_->tool == ToolType::Transform && SelectionIsUsable()) {
-        return TilePatch(picture, edited_ | moved_.coverage.occupied, work_.image, &moved_.image);
+    const bool moves = stroke_->tool == ToolType::Transform && SelectionIsUsable();
+    return moves ? edited_ | moved_.coverage.occupied : TileMask();
+}
+
+/// The tiles that the stroke changes in its picture, as they will be.
+TilePatch StrokePainter::PatchOf(const QImage& picture) const {
+    const TileMask tiles = ReachedTiles();
+    const bool erases = stroke_->tool == ToolType::Eraser;
+    if (erases || stroke_->tool == ToolType::Transform) {
+        return TilePatch(picture, tiles, work_.image, erases ? nullptr : &moved_.image);
     }
-    return TilePatch(picture, TileMask(), picture, nullptr);
+    return TilePatch(picture, tiles, picture, &work_.image);
 }
 
 void StrokePainter::Paint(Frame& frame) {

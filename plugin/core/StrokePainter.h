@@ -70,6 +70,8 @@ private:
     void PaintFreehand(Frame* frame);
     void PaintShape(bool editing);
     void PaintTransform(Frame& frame);
+    /// The tiles in which the stroke may change its picture.
+    TileMask ReachedTiles() const;
     TilePatch PatchOf(const QImage& picture) const;
     void LiftSelection(Frame& frame, bool isFirst);
     bool SelectionIsUsable() const;
