@@ -231,8 +231,9 @@ void StrokePainter::PaintFreehand(Frame* frame) {
     const qint64 baseKey = !erases ? static_cast<qint64>(stroke_->color.rgba())
                            : frame ? frame->GetPictureKey()
                                    : 0;
-    if (!begun_ || baseKey != baseKey_ || lastRasterised_ > lastPoint) {
+    if (!begun_ || stroke_->restarted || baseKey != baseKey_ || lastRasterised_ > lastPoint) {
         begun_ = false; // should memory be short
+        stroke_->restarted = false;
         if (erases && frame) {
             work_.Replace(frame->GetImage(), changed_);
         } else {

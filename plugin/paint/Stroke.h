@@ -41,6 +41,7 @@ struct Stroke {
     bool copyToClipboard = false;    ///< the lifted region also goes to the clipboard
     bool pasted = false;             ///< the lifted image is drawn untransformed
     bool changed = false;            ///< the composed image must be rebuilt
+    bool restarted = false; ///< points were taken back: it must be painted from its first point again
 };
 
 } // namespace vellix

@@ -9,6 +9,7 @@
 #include "node/ViewPlacement.h"
 #include "paint/ScopeExit.h"
 #include "paint/Stroke.h"
+#include "tools/EventClock.h"
 #include "tools/ThreadManager.h"
 
 #include <maya/M3dView.h>
@@ -196,6 +197,7 @@ void DrawContext::BeginStroke() {
     }
     M3dView view = M3dView::active3dView();
     view_ = view.widget();
+    EventClock::BeginGesture();
     ThreadManager::GetInstance()->CreateInputThread(view_, node, stroke_);
     guard_.Watch(view_);
 }
@@ -221,7 +223,7 @@ void DrawContext::PickColor(MEvent& event) const {
 void DrawContext::EndSampling() {
     ThreadManager& samples = *ThreadManager::GetInstance();
     if (guard_.HasEnd()) {
-        samples.TakeRest(guard_.End());
+        samples.TakeRest(guard_.End(), guard_.EndTime());
     }
     samples.AwaitFirstSamples();
     samples.FinishLine();

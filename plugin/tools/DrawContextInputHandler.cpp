@@ -6,6 +6,7 @@
 #include "node/OpenText.h"
 #include "paint/TabletPressure.h"
 #include "tools/DrawContext.h"
+#include "tools/EventClock.h"
 #include "tools/ThreadManager.h"
 
 #include <QInputMethodEvent>
@@ -100,9 +101,13 @@ bool DrawContextInputHandler::ProcessEvent(QObject* watched, QEvent* event) {
 
 bool DrawContextInputHandler::ProcessViewEvent(QEvent* event) {
     switch (event->type()) {
+    case QEvent::MouseMove:
+        EventClock::Learn(static_cast<QMouseEvent*>(event)->timestamp());
+        return false;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
+        EventClock::Learn(static_cast<QMouseEvent*>(event)->timestamp());
         return ProcessMouseEvent(static_cast<QMouseEvent*>(event));
     case QEvent::TabletMove:
     case QEvent::TabletPress:

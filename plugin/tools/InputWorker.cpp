@@ -1,6 +1,7 @@
 #include "tools/InputWorker.h"
 
 #include "host/Settings.h"
+#include "tools/EventClock.h"
 
 #include <QCoreApplication>
 #include <QCursor>
@@ -77,6 +78,7 @@ void InputWorker::UpdatePosition() {
 
 void InputWorker::Send(const QPoint& position) {
     const Values values = ValuesNow();
+    times_.append(EventClock::Now());
     Q_EMIT MousePositionChanged(position, values.size, values.opacity, values.hardness);
 }
 

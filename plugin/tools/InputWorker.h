@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QPointF>
+#include <QVector>
 
 class QWidget;
 
@@ -34,6 +35,8 @@ public:
     QPoint ToView(const QPoint& onScreen) const;
     /// The same for a place between pixels.
     QPointF ToView(const QPointF& onScreen) const;
+    /// When each sample was taken, in their order; see EventClock. Read it once the thread has ended.
+    const QVector<qint64>& Times() const { return times_; }
     /// What a sample has at the pen's pressure of now.
     Values ValuesNow() const;
 
@@ -56,6 +59,7 @@ private:
     const int viewHeight_;
     bool running_ = false;
     QPoint lastPosition_; ///< the last position sent
+    QVector<qint64> times_;
     const int size_;
     const float opacity_;
     const float hardness_;

@@ -1,6 +1,7 @@
 #include "tools/StrokeGuard.h"
 
 #include "host/Guarded.h"
+#include "tools/EventClock.h"
 #include "tools/ThreadManager.h"
 
 #include <QEvent>
@@ -66,6 +67,7 @@ bool StrokeGuard::eventFilter(QObject* watched, QEvent* event) {
         if (watched == view_ && release->button() == Qt::LeftButton) {
             hasEnd_ = true;
             end_ = release->globalPos();
+            endTime_ = EventClock::TimeOf(release->timestamp());
         }
         break;
     }

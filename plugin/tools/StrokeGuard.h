@@ -26,6 +26,8 @@ public:
     /// Whether the left button was released over the view, and where on the screen.
     bool HasEnd() const { return hasEnd_; }
     const QPoint& End() const { return end_; }
+    /// When it was released; see EventClock::TimeOf.
+    qint64 EndTime() const { return endTime_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -38,7 +40,8 @@ private:
     QPointer<QWidget> window_;
     QTimer due_;
     bool hasEnd_ = false;
-    QPoint end_; ///< screen pixels
+    QPoint end_;         ///< screen pixels
+    qint64 endTime_ = 0; ///< by EventClock
 };
 
 } // namespace vellix

@@ -6,6 +6,7 @@
 #include "node/BaseNode.h"
 #include "paint/Stroke.h"
 #include "paint/ToolTable.h"
+#include "tools/EventClock.h"
 #include "tools/InputWorker.h"
 #include "tools/LateSamples.h"
 
@@ -15,9 +16,12 @@
 #include <QLineF>
 #include <QScopedValueRollback>
 #include <QThread>
+#include <QVector>
 
 #include <algorithm>
+#include <cstddef>
 #include <new>
+#include <utility>
 
 namespace vellix {
 
@@ -66,6 +70,7 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     DestroyInputThread();
     smoother_.Reset();
     samples_ = 0;
+    received_ = 0;
     isShort_ = false;
     source_ = Source::Pointer;
     penTime_ = 0;
@@ -80,9 +85,9 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     stroke_ = stroke;
     stroke->tool = Settings::tabletEraserEnabled ? ToolType::Eraser : Settings::activeTool;
     stroke->color = Settings::activeColor;
-    LineStyle style = Settings::lineStyle;
-    style.sizeVaries = Settings::GetPenPressure(stroke->tool).setsSize;
-    smoother_.Reset(style);
+    style_ = Settings::lineStyle;
+    style_.sizeVaries = Settings::GetPenPressure(stroke->tool).setsSize;
+    smoother_.Reset(style_);
     if (isPenDown_ && Settings::lineStyle.smoothCurves && KindOf(stroke->tool) == ToolKind::Freehand) {
         source_ = Source::PenAwaited;
     }
@@ -98,7 +103,7 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     Q_EMIT RunInputWorker();
 }
 
-void ThreadManager::TakeRest(const QPoint& release) {
+void ThreadManager::TakeRest(const QPoint& release, qint64 releaseTime) {
     if (!active_ || !StrokeIsThere() || !HasFirstSamples() || !EndThread()) {
         return;
     }
@@ -110,15 +115,13 @@ void ThreadManager::TakeRest(const QPoint& release) {
     std::swap(rest, late_);
     const QPoint end = worker_->ToView(release);
     if (source_ == Source::Pen) {
-        if (active_ && (last_.position - end).manhattanLength() > END_TOLERANCE) {
-            Sample sample = last_;
-            sample.position = end;
-            sample.exact = end;
-            Take(sample);
+        if ((last_.position - end).manhattanLength() > END_TOLERANCE) {
+            TakeRelease(end);
         }
         return;
     }
     TakeAside();
+    TakeBackAfter(end, releaseTime);
     QList<QPoint> positions;
     for (const Sample& sample : rest) {
         positions.append(sample.position);
@@ -127,11 +130,51 @@ void ThreadManager::TakeRest(const QPoint& release) {
     for (int i = 0; i < count && active_; ++i) {
         Take(rest.at(i));
     }
-    if (active_ && last_.position != end) {
+    TakeRelease(end);
+}
+
+/// Ends the stroke where the button was released (view pixels).
+void ThreadManager::TakeRelease(const QPoint& release) {
+    if (active_ && last_.position != release) {
         Sample sample = last_;
-        sample.position = end;
-        sample.exact = end;
+        sample.position = release;
+        sample.exact = release;
+        sample.number = -1;
         Take(sample);
+    }
+}
+
+/// Takes back the samples that were added before the release (view pixels) was delivered, but taken after it.
+void ThreadManager::TakeBackAfter(const QPoint& release, qint64 releaseTime) {
+    if (!active_) {
+        return;
+    }
+    try {
+        const QVector<qint64>& times = worker_->Times();
+        std::vector<DatedSample> samples;
+        for (const Added& added : added_) {
+            const int number = added.sample.number;
+            const bool isDated = number >= 0 && number < times.size();
+            samples.push_back({added.sample.position, isDated ? times.at(number) : EventClock::UNKNOWN});
+        }
+        const auto count = static_cast<std::size_t>(CountBeforeRelease(samples, release, releaseTime));
+        if (count >= added_.size()) {
+            return;
+        }
+        Stroke shorter = *stroke_;
+        shorter.points.clear();
+        StrokeSmoother smoother;
+        smoother.Reset(style_);
+        for (std::size_t i = 0; i < count; ++i) {
+            smoother.Receive(shorter, added_[i].point, added_[i].exact, Settings::textFontFamily);
+        }
+        stroke_->points.swap(shorter.points);
+        stroke_->changed = true;
+        stroke_->restarted = true;
+        std::swap(smoother_, smoother);
+        last_ = added_[count - 1].sample;
+    } catch (const std::bad_alloc&) {
+        // the stroke stays as long as it is
     }
 }
 
@@ -207,13 +250,15 @@ void ThreadManager::DestroyInputThread() {
     camera_ = MDagPath();
     late_.clear();
     aside_.clear();
+    added_.clear();
 }
 
 void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness) {
+    const int number = received_++;
     if (!active_ || !StrokeIsThere()) {
         return;
     }
-    const Sample sample = {position, size, opacity, hardness, position};
+    const Sample sample = {position, size, opacity, hardness, position, number};
     if (isLate_ || source_ == Source::Pointer || !HasFirstSamples()) {
         Take(sample);
     } else if (source_ == Source::PenAwaited) {
@@ -236,7 +281,7 @@ void ThreadManager::OnPenMoved(const QPointF& onScreen, unsigned long time, bool
     penTime_ = time;
     const InputWorker::Values values = worker_->ValuesNow();
     const QPointF exact = worker_->ToView(onScreen);
-    Take({exact.toPoint(), values.size, values.opacity, values.hardness, exact});
+    Take({exact.toPoint(), values.size, values.opacity, values.hardness, exact, -1});
 }
 
 void ThreadManager::Take(const Sample& sample) {
@@ -266,10 +311,13 @@ void ThreadManager::AddSample(const Sample& sample) {
     point.opacity = sample.opacity;
     point.hardness = sample.hardness;
     point.position = placement_.ToImage(sample.position);
-    const StrokeSmoother::Outcome outcome = smoother_.Receive(
-        *stroke_, point,
-        source_ == Source::Pen ? placement_.ToImageExactly(sample.exact) : QPointF(point.position),
-        Settings::textFontFamily);
+    const QPointF exact =
+        source_ == Source::Pen ? placement_.ToImageExactly(sample.exact) : QPointF(point.position);
+    if (source_ != Source::Pen) {
+        added_.push_back({sample, point, exact});
+    }
+    const StrokeSmoother::Outcome outcome =
+        smoother_.Receive(*stroke_, point, exact, Settings::textFontFamily);
     last_ = sample;
     ++samples_;
     if (smoother_.HasString() && !stroke_->points.isEmpty()) {

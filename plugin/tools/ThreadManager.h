@@ -2,6 +2,8 @@
 
 #include "node/BaseNodePointer.h"
 #include "node/ViewPlacement.h"
+#include "paint/LineStyle.h"
+#include "paint/Stroke.h"
 #include "paint/StrokeSmoother.h"
 
 #include <maya/M3dView.h>
@@ -24,7 +26,6 @@ class QThread;
 namespace vellix {
 
 class InputWorker;
-struct Stroke;
 
 /// Runs the input thread of the stroke being drawn and adds its samples to the stroke. Main thread only. One
 /// instance, created at the first use and kept.
@@ -39,9 +40,10 @@ public:
     /// them is gone, or the view has another place, size or camera.
     void CreateInputThread(QWidget* view, BaseNode* node, Stroke* stroke);
     /// Ends the sampling of a stroke that is shown, and adds the samples which the thread took before the
-    /// release, and the place of the release (screen pixels). Does nothing for a click that is still without
-    /// samples.
-    void TakeRest(const QPoint& release);
+    /// release, and the place of the release (screen pixels). Takes back what it added of the pointer's way
+    /// after the release, which was delivered late; `releaseTime` is as in EventClock::TimeOf. Does nothing
+    /// for a click that is still without samples.
+    void TakeRest(const QPoint& release, qint64 releaseTime);
     /// Waits, at most 250 ms, for the first samples of a click that ended before the thread delivered any.
     void AwaitFirstSamples();
     /// Draws what the line style holds back: the line reaches the pen. Adds nothing to a plain line.
@@ -78,7 +80,15 @@ private:
         int size = 1;
         float opacity = 1.0f;
         float hardness = 1.0f;
-        QPointF exact; ///< the position, between pixels if it is known so exactly
+        QPointF exact;   ///< the position, between pixels if it is known so exactly
+        int number = -1; ///< counts what the input thread has sent
+    };
+
+    /// A sample that was added to the stroke, as the smoother received it.
+    struct Added {
+        Sample sample;
+        StrokePoint point;
+        QPointF exact; ///< image pixels
     };
 
     /// Where the samples of the stroke come from.
@@ -92,6 +102,8 @@ private:
     bool ViewIsAsAtPress() const;
     bool HasFirstSamples() const;
     void TakeAside();
+    void TakeBackAfter(const QPoint& release, qint64 releaseTime);
+    void TakeRelease(const QPoint& release);
     bool EndThread();
     void Take(const Sample& sample);
     void AddSample(const Sample& sample);
@@ -106,7 +118,10 @@ private:
     QRect place_;             ///< of the view on the screen, at the press
     MDagPath camera_;         ///< of the view at the press
     ViewPlacement placement_; ///< of the last sample; it outlives the view
+    LineStyle style_;
     StrokeSmoother smoother_;
+    std::vector<Added> added_; ///< to the stroke
+    int received_ = 0;         ///< from the input thread, for this stroke
     QTimer catchUp_;
     std::unique_ptr<QThread> thread_;
     std::unique_ptr<InputWorker> worker_;

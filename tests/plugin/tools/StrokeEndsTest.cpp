@@ -1,5 +1,6 @@
 // Where strokes begin and end: in a new scene, at the release, and when the view changes under the pointer.
 #include "plugin/tools/DrawToolFixture.h"
+#include "tools/EventClock.h"
 #include "tools/LateSamples.h"
 #include "viewport/PanelLayout.h"
 
@@ -52,14 +53,19 @@ TEST_F(StrokeEndsTest, AFastStrokeEndsAtTheRelease) {
     constexpr int size = 6;
     constexpr int step = 30; // between two samples
     for (const char* tool : {"line", "pencil", "brush", "rectangle"}) {
-        for (const bool goesOn : {false, true}) {
-            SCOPED_TRACE(::testing::Message() << tool << goesOn);
+        // When the program learns of the release: at once, before the samples that wait, or after them.
+        for (const char* learns : {"at once", "before", "after"}) {
+            SCOPED_TRACE(::testing::Message() << tool << " " << learns);
             Run(std::string("qmVellixFrame -clear; qmVellixUtil -") + tool + "Tool");
             const QPoint start(200, 150);
             const QPoint end(800, 350);
             PressAndWait(start);
             MoveUnnoticed(start, end, (end.x() - start.x()) / step);
-            if (goesOn) { // into the air, while the view is being drawn
+            if (learns == std::string("after")) {
+                input_.Release();
+                MoveUnnoticed(end, {850, 100}, 30);
+            }
+            if (learns == std::string("before")) { // into the air, while the view is being drawn
                 MoveUnnoticed(end, {850, 100}, 8);
                 QMouseEvent release(QEvent::MouseButtonRelease, end, OnScreen(end), Qt::LeftButton,
                                     Qt::NoButton, Qt::NoModifier);
@@ -198,6 +204,33 @@ TEST(LateSamplesTest, ThePathIsCutWhereItPassesTheReleaseLast) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(CountBeforeRelease(last, row.late, row.release), row.count) << row.what;
+    }
+}
+
+TEST(LateSamplesTest, WhatWasDeliveredIsCutAtTheTimeAndPlaceOfTheRelease) {
+    // There and back, through the place of the release, one sample each 10 ms.
+    std::vector<DatedSample> way;
+    for (int i = 0; i <= 20; ++i) {
+        way.push_back({QPoint(i <= 10 ? 100 * i : 100 * (20 - i), 0), 1000 + 10 * i});
+    }
+    const struct {
+        const char* what;
+        QPoint release;
+        qint64 time;
+        int count;
+    } rows[] = {
+        {"on the way there", {700, 0}, 1070, 8},
+        {"on the way back", {700, 0}, 1130, 14},
+        {"between two samples", {750, 0}, 1075, 8},
+        {"a time that is a little late", {700, 0}, 1090, 8},
+        {"in time", {0, 0}, 1200, 21},
+        {"at another place then", {700, 0}, 1190, 21},
+        {"nobody knows when", {700, 0}, EventClock::UNKNOWN, 21},
+        {"before the press", {700, 0}, 500, 21},
+        {"at once", {0, 0}, 1000, 2},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(CountBeforeRelease(way, row.release, row.time), row.count) << row.what;
     }
 }
 
