@@ -155,6 +155,7 @@ Plugin& PluginManager::Start(std::unique_ptr<Entry> entry) {
     Entry& added = *entries_.back();
     const UndoQueue::Pause pause(host_.undo());
     const std::vector<std::string> before = DrawOverrides::Get().Registrants();
+    const int errorsBefore = host_.output().ErrorCount();
     MStatus status;
     try {
         status = added.initialize(PluginHandle::MakeObject(added.plugin));
@@ -173,8 +174,11 @@ Plugin& PluginManager::Start(std::unique_ptr<Entry> entry) {
             added.library->unload();
         }
         entries_.pop_back();
-        throw PluginError("The plug-in \"" + name +
-                          "\" could not be initialised: " + status.errorString().asChar());
+        const std::string reason = status.errorString().asChar();
+        const bool wasShown = host_.output().ErrorCount() > errorsBefore &&
+                              host_.output().LastError().find(reason) != std::string::npos;
+        throw PluginError("The plug-in \"" + name + "\" could not be initialised" +
+                          (wasShown ? ". The message before says why." : ": " + reason));
     }
     return added.plugin;
 }

@@ -64,7 +64,7 @@ private:
 };
 
 /// The error of a doIt() that failed. A message that the command has shown says more than the code of its
-/// status.
+/// status, and is not said again.
 mel::Error ErrorOf(const std::string& command, const MStatus& status, const Output& output,
                    int errorsBefore) {
     const std::string reason = ApiBridge::Text(status.errorString());
@@ -75,7 +75,7 @@ mel::Error ErrorOf(const std::string& command, const MStatus& status, const Outp
                      (isSilent             ? "The command was refused."
                       : isBare && wasShown ? output.LastError()
                                            : reason));
-    if (isBare && wasShown) {
+    if (wasShown && (isBare || reason == output.LastError())) {
         error.SetShown();
     }
     if (isSilent) {

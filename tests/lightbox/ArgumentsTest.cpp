@@ -199,6 +199,9 @@ TEST_F(ArgumentsTest, APluginCommandRunsThroughTheSameParser) {
     EXPECT_EQ(Typed("probe -k 1 -k 2"), "int[] 1 2");
     EXPECT_EQ(Typed("probe -nested c"), "string 99[c]");
     EXPECT_EQ(ErrorOf("probe -zz"), "line 1.1: probe: Invalid flag '-zz'");
+    messages_.clear();
+    EXPECT_TRUE(MGlobal::executeCommand("probe -zz").error());
+    EXPECT_EQ(Output(), "// Error: Invalid flag '-zz' //\n") << "the parser has said it";
     EXPECT_EQ(Output(), "// Error: Invalid flag '-zz' //\n");
     EXPECT_EQ(ErrorOf("probe -fail").rfind("line 1.1: probe: ", 0), 0u);
     EXPECT_EQ(ProbeCommand::alive, 0);

@@ -87,7 +87,13 @@ TEST_F(LoadTest, ANameThatIsTakenStopsTheRegistration) {
     plugins.Unload("vellix2", false);
     const size_t callbacks = Host().events().CallbackCount();
     plugins.LoadBuiltin("other", LoadOther, UnloadOther);
-    EXPECT_THROW(plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin), lightbox::PluginError);
+    std::string error;
+    try {
+        plugins.LoadBuiltin("vellix2", initializePlugin, uninitializePlugin);
+    } catch (const lightbox::PluginError& failure) {
+        error = failure.what();
+    }
+    EXPECT_THAT(error, ::testing::EndsWith("could not be initialised. The message before says why."));
     EXPECT_THAT(Messages(), Contains(::testing::StartsWith("Failed to register 'qmVellixStroke' command: ")));
     EXPECT_EQ(Host().events().CallbackCount(), callbacks);
     EXPECT_THAT(Host().scene().types().NodeTypeNames(), Not(Contains("qmVellix")));
