@@ -221,6 +221,7 @@ public:
             AddColumn(dialog);
         }
         Run("-optionsUICreate", {});
+        MakeRoom(dialog);
         Run("-optionsUIInit", {dialog.selectedNameFilter()});
         QObject::connect(&dialog, &QFileDialog::currentChanged, &dialog,
                          [this](const QString& path) { Run("-selectionChanged", {path}); });
@@ -254,6 +255,13 @@ private:
         QWidget* const column = registry_.FindWidget(column_);
         if (auto* const grid = qobject_cast<QGridLayout*>(dialog.layout()); grid && column) {
             grid->addWidget(column, grid->rowCount(), 0, 1, -1);
+        }
+    }
+
+    /// Leaves the list of files its height.
+    void MakeRoom(QFileDialog& dialog) const {
+        if (const QWidget* const column = registry_.FindWidget(column_)) {
+            dialog.resize(dialog.width(), dialog.height() + column->sizeHint().height());
         }
     }
 

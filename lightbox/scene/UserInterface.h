@@ -26,6 +26,13 @@ public:
     virtual QWidget* FindControl(const std::string& name) = 0;
     /// Shows a line about the current tool in the help line.
     virtual void ShowHelp(const std::string& text) = 0;
+    /// Shows how far a long computation is, 0 to 100 percent. The user sees it, with a way to cancel, once it
+    /// has taken a moment.
+    virtual void ShowProgress(const std::string& what, int percent) = 0;
+    /// Whether the user has cancelled the computation that is shown. Receives what the user does meanwhile,
+    /// but nothing else: no timer, socket or other command runs in between.
+    virtual bool IsInterruptRequested() = 0;
+    virtual void EndProgress() = 0;
     /// Asks the user about unsaved changes, if there are any, and saves them on request. Returns false when
     /// the user cancels what was about to happen (a new scene, the end).
     virtual bool SettleUnsavedChanges() = 0;

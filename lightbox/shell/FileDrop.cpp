@@ -79,31 +79,40 @@ bool FileDrop::eventFilter(QObject* watched, QEvent* event) {
         drop->accept();
         if (event->type() == QEvent::Drop) {
             // Wait for the event loop, so that our dialogs do not block the program that the files come from.
-            QTimer::singleShot(0, this, [this, files] {
-                for (const QString& file : files) {
-                    Take(file);
-                }
-            });
+            QTimer::singleShot(0, this, [this, files] { Take(files); });
         }
         return true;
     }
     return QObject::eventFilter(watched, event);
 }
 
-void FileDrop::Take(const QString& path) {
-    const std::string file = Quoted(path.toStdString());
-    std::string line;
-    if (IsScene(path)) {
-        if (!host_.ui()->SettleUnsavedChanges()) {
-            return;
+void FileDrop::Take(const QStringList& files) {
+    std::string action; // of the files that wait
+    std::string waiting;
+    const auto passOn = [this, &action, &waiting] {
+        if (!waiting.empty()) {
+            host_.interpreter().ExecuteReporting(action + "({" + waiting + "})");
         }
-        line = "file -force -open " + file;
-    } else if (IsScript(path)) {
-        line = "source " + file;
-    } else {
-        line = ActionFor(path) + " " + file;
+        waiting.clear();
+    };
+    for (const QString& path : files) {
+        const std::string file = Quoted(path.toStdString());
+        const std::string wanted = IsScene(path) || IsScript(path) ? std::string() : ActionFor(path);
+        if (wanted != action || wanted.empty()) {
+            passOn();
+        }
+        action = wanted;
+        if (!wanted.empty()) {
+            waiting += (waiting.empty() ? "" : ", ") + file;
+        } else if (IsScript(path)) {
+            host_.interpreter().ExecuteReporting("source " + file);
+        } else if (!host_.ui()->SettleUnsavedChanges()) {
+            return;
+        } else {
+            host_.interpreter().ExecuteReporting("file -force -open " + file);
+        }
     }
-    host_.interpreter().ExecuteReporting(line);
+    passOn();
 }
 
 } // namespace lightbox

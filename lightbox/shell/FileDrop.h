@@ -14,7 +14,7 @@ class Host;
 
 /// Handles files dropped onto the window. A scene (.ma, .lbx) is opened, after the question about unsaved
 /// changes; a script (.mel) is run; any other file is passed to the action that a plug-in offers for its
-/// suffix (see addPluginActions). Each is done through a MEL command, so undo, log and errors work as for a
+/// suffix (see addPluginActions), as an array of strings. Each is done through a MEL command, so undo, log and errors work as for a
 /// typed line.
 class FileDrop : public QObject {
     Q_OBJECT
@@ -30,7 +30,8 @@ private:
     QStringList FilesOf(const QMimeData& data) const;
     /// The plug-in command for files of that suffix; empty when there is none.
     std::string ActionFor(const QString& path) const;
-    void Take(const QString& path);
+    /// Takes the files in their order. Those of one action that follow each other are passed to it together.
+    void Take(const QStringList& files);
 
     Host& host_;
 };

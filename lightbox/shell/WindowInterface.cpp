@@ -3,6 +3,7 @@
 #include "controls/ControlRegistry.h"
 #include "scene/Host.h"
 #include "shell/MainWindow.h"
+#include "shell/ProgressDisplay.h"
 #include "shell/ScriptedWindow.h"
 #include "shell/UnsavedChanges.h"
 #include "viewport/ViewportPanel.h"
@@ -14,7 +15,8 @@ namespace lightbox {
 WindowInterface::WindowInterface(Host& host)
     : host_(host)
     , window_(std::make_unique<lightbox::MainWindow>(host))
-    , scripted_(std::make_unique<ScriptedWindow>(host, *window_)) {}
+    , scripted_(std::make_unique<ScriptedWindow>(host, *window_))
+    , progress_(std::make_unique<ProgressDisplay>(*window_)) {}
 
 WindowInterface::~WindowInterface() = default;
 
@@ -50,6 +52,18 @@ QWidget* WindowInterface::FindControl(const std::string& name) {
 
 void WindowInterface::ShowHelp(const std::string& text) {
     window_->ShowHelp(QString::fromStdString(text));
+}
+
+void WindowInterface::ShowProgress(const std::string& what, int percent) {
+    progress_->Show(QString::fromStdString(what), percent);
+}
+
+bool WindowInterface::IsInterruptRequested() {
+    return progress_->IsInterruptRequested();
+}
+
+void WindowInterface::EndProgress() {
+    progress_->End();
 }
 
 bool WindowInterface::SettleUnsavedChanges() {

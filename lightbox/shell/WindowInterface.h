@@ -8,6 +8,7 @@ namespace lightbox {
 
 class Host;
 class MainWindow;
+class ProgressDisplay;
 class ScriptedWindow;
 
 /// The implementation of UserInterface with the main window, which it owns.
@@ -27,12 +28,16 @@ public:
     void RefreshViews(bool now) override;
     QWidget* FindControl(const std::string& name) override;
     void ShowHelp(const std::string& text) override;
+    void ShowProgress(const std::string& what, int percent) override;
+    bool IsInterruptRequested() override;
+    void EndProgress() override;
     bool SettleUnsavedChanges() override;
 
 private:
     Host& host_;
     std::unique_ptr<lightbox::MainWindow> window_;
     std::unique_ptr<ScriptedWindow> scripted_;
+    std::unique_ptr<ProgressDisplay> progress_;
 };
 
 } // namespace lightbox

@@ -438,6 +438,10 @@ bool ExportCommand::WriteFrames(const LayerManager& layers, ExportedLayers& expo
     LayerOutputs layerOutputs(exported);
     AddOutputs(outputs, layerOutputs);
     const bool needsImage = outputs.NeedsImages() || layerOutputs.NeedsImage();
+    const QString refusal = layerOutputs.Refusal(frames_);
+    if (!refusal.isEmpty()) {
+        return RefuseExport(refusal);
+    }
     const int count = static_cast<int>(frames_.size());
     ExportProgress progress("Exporting frames", 0, count);
     int done = 0;

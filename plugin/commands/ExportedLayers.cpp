@@ -64,6 +64,18 @@ std::vector<FrameId> ExportedLayers::ShownAt(int frame) const {
     return shown;
 }
 
+bool ExportedLayers::AreSmall(qint64 bytes) const {
+    constexpr qint64 many = 1000;
+    // A picture that goes out as it is stored can have any size.
+    if (canvas_.IsDrawing()) {
+        return false;
+    }
+    // Of the layers, of a background and of all together; packing adds less than a twentieth.
+    const qint64 count = layers_.LayerCount(camera_) + 2;
+    const qint64 picture = qint64(canvas_.Size().width()) * canvas_.Size().height() * 4 * 21 / 20 + (1 << 16);
+    return count < many && count * picture < bytes;
+}
+
 LayeredDrawing ExportedLayers::At(int frame) {
     LayeredDrawing drawing = WithBackground(frame);
     for (const Layer* layer : layers_.GetLayers(camera_)) {

@@ -38,6 +38,9 @@ public:
     void ExtendToKeys(int& first, int& last) const;
     /// What all layers show at a frame; frames with the same answer look the same.
     std::vector<FrameId> ShownAt(int frame) const;
+    /// Whether all layers at a frame surely take less than so many bytes, however they are packed, and are
+    /// far from too many.
+    bool AreSmall(qint64 bytes) const;
     /// All layers with what they show at a frame.
     LayeredDrawing At(int frame);
     /// The visible layers' pictures at a frame as PNG, bottom first. All have the size of the canvas; one

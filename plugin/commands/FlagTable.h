@@ -3,11 +3,13 @@
 #include "host/MayaUtil.h"
 
 #include <maya/MArgDatabase.h>
+#include <maya/MArgList.h>
 #include <maya/MStatus.h>
 #include <maya/MSyntax.h>
 #include <maya/MTime.h>
 
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <functional>
@@ -31,6 +33,20 @@ public:
         : FlagValue(MSyntax::kDouble, member, &MArgParser::flagArgumentDouble) {}
     FlagValue(QString Command::*member)
         : FlagValue(MSyntax::kString, member, &MArgParser::flagArgumentString) {}
+    /// A text for each use of the flag, which may then be given several times.
+    FlagValue(QStringList Command::*member)
+        : type_(MSyntax::kString)
+        , isMultiUse_(true)
+        , read_([member](Command& command, const MArgDatabase& arguments, const char* flag, unsigned int) {
+            for (unsigned int use = 0; use < arguments.numberOfFlagUses(flag); ++use) {
+                MArgList given;
+                if (!arguments.getFlagArgumentList(flag, use, given)) {
+                    return false;
+                }
+                (command.*member).append(MayaUtil::ToQString(given.asString(0)));
+            }
+            return true;
+        }) {}
     FlagValue(MTime Command::*member)
         : FlagValue(MSyntax::kTime, member, &MArgParser::flagArgumentMTime) {}
     /// An argument that is accepted but not read.
@@ -51,6 +67,7 @@ public:
     }
 
     MSyntax::MArgType GetType() const { return type_; }
+    bool IsMultiUse() const { return isMultiUse_; }
     /// Returns false, and leaves the member unchanged, if the argument is missing: a query has none.
     bool Read(Command& command, const MArgDatabase& arguments, const char* flag, unsigned int index) const {
         return !read_ || read_(command, arguments, flag, index);
@@ -77,6 +94,7 @@ private:
     static void Assign(QString& member, const MString& given) { member = MayaUtil::ToQString(given); }
 
     MSyntax::MArgType type_;
+    bool isMultiUse_ = false;
     std::function<bool(Command&, const MArgDatabase&, const char*, unsigned int)> read_;
 };
 
@@ -174,6 +192,9 @@ public:
             types.resize(6, MSyntax::kNoArg);
             syntax.addFlag(row.shortName, row.longName, types[0], types[1], types[2], types[3], types[4],
                            types[5]);
+            if (!row.values.empty() && row.values.front().IsMultiUse()) {
+                syntax.makeFlagMultiUse(row.name.c_str());
+            }
         }
         const bool answers =
             std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return bool(row.query); });

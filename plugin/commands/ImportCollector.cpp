@@ -7,10 +7,12 @@
 #include "exchange/MovieReader.h"
 #include "exchange/OpenRasterReader.h"
 #include "exchange/PclxReader.h"
+#include "exchange/PictureBatch.h"
 #include "exchange/PictureFiles.h"
 #include "host/FrameTime.h"
 #include "host/MayaUtil.h"
 #include "paint/ImageSize.h"
+#include "paint/PngStructure.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -70,13 +72,16 @@ IncomingLayer ImportCollector::NewLayer(const QString& name) const {
     return layer;
 }
 
-bool ImportCollector::ReadFiles(const QString& pattern) {
-    what_ = pattern;
+bool ImportCollector::ReadFiles(const QStringList& patterns) {
     PictureFiles found;
     QString reason;
-    if (!found.Find(pattern, PictureFileReader::Suffixes, reason)) {
-        return Refuse(reason);
+    for (const QString& pattern : patterns) {
+        what_ = pattern;
+        if (!found.Add(pattern, PictureFileReader::Suffixes, reason)) {
+            return Refuse(reason);
+        }
     }
+    found.Sort();
     const std::vector<PictureFile>& files = found.Files();
     const FileKind kind = KindOf(files.front().path);
     for (const PictureFile& file : files) {
@@ -132,12 +137,26 @@ bool ImportCollector::ReadPictures(const std::vector<PictureFile>& files, const 
     }
     IncomingLayer layer = NewLayer(name);
     layer.isReference = layer.state == LayerState::Locked;
+    std::vector<QString> faults(files.size());
+    PictureBatch batch;
+    std::size_t done = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!PictureFileReader::Read(files[i].path, options_.fit, layer.pictures[times[i]], reason)) {
-            return RefuseFile(files[i].path, reason);
+        QByteArray& png = layer.pictures[times[i]];
+        batch.Add(PictureFileReader::PixelCount(files[i].path),
+                  [this, &file = files[i], &png, &fault = faults[i]] {
+                      PictureFileReader::Read(file.path, options_.fit, png, fault);
+                  });
+        if (!batch.IsFull() && i + 1 < files.size()) {
+            continue;
         }
-        if (!progress_(static_cast<int>(i) + 1, static_cast<int>(files.size()))) {
-            return Refuse(QStringLiteral("interrupted after %1 pictures").arg(i + 1));
+        batch.Run();
+        for (; done <= i; ++done) {
+            if (!faults[done].isEmpty()) {
+                return RefuseFile(files[done].path, faults[done]);
+            }
+        }
+        if (!progress_(static_cast<int>(done), static_cast<int>(files.size()))) {
+            return Refuse(QStringLiteral("interrupted after %1 pictures").arg(done));
         }
     }
     layers_.push_back(std::move(layer));
@@ -146,31 +165,53 @@ bool ImportCollector::ReadPictures(const std::vector<PictureFile>& files, const 
 
 bool ImportCollector::ReadMovie(const QString& path, int every) {
     what_ = path;
-    MovieReader movie(path, options_.rate, every);
     const QString stem = QFileInfo(path).completeBaseName();
     IncomingLayer layer = NewLayer(options_.layerName.isEmpty() ? stem : options_.layerName);
     layer.isReference = layer.state == LayerState::Locked;
+    // Nobody knows how many there are.
+    const auto goesOn = [this, &layer] {
+        const int count = static_cast<int>(layer.pictures.size());
+        return progress_(count, count + 1);
+    };
+    MovieReader movie(path, options_.rate, every, goesOn);
     qint64 time = options_.hasStart ? options_.start : options_.now;
     qint64 bytes = 0;
+    std::vector<const QByteArray*> packing;
+    PictureBatch batch;
+    const auto pack = [&] {
+        batch.Run();
+        for (const QByteArray* png : packing) {
+            bytes += png->size();
+        }
+        packing.clear();
+    };
     QString reason;
     for (QImage image; movie.Next(image); time += every) {
         if (!IsWholeFrame(time)) {
             return Refuse(QStringLiteral("time %1 is out of range").arg(time));
         }
-        const QByteArray png = options_.fit.For(image.size()).Place(image, QPoint());
-        bytes += png.size();
-        const int count = static_cast<int>(layer.pictures.size()) + 1;
-        if (!allowance_(count, bytes, reason)) {
+        if (!allowance_(static_cast<qint64>(layer.pictures.size()) + 1, bytes, reason)) {
             return Refuse(reason);
         }
-        layer.pictures[static_cast<int>(time)] = png;
-        if (!progress_(count, count + 1)) { // nobody knows how many there are
-            return Refuse(QStringLiteral("interrupted after %1 pictures").arg(count));
+        QByteArray& png = layer.pictures[static_cast<int>(time)];
+        packing.push_back(&png);
+        batch.Add(qint64(image.width()) * image.height(),
+                  [this, image, &png] { png = options_.fit.For(image.size()).Place(image, QPoint()); });
+        if (batch.IsFull()) {
+            pack();
+            if (!goesOn()) {
+                return Refuse(QStringLiteral("interrupted after %1 pictures").arg(layer.pictures.size()));
+            }
         }
     }
     if (!movie.Fault().isEmpty()) {
         return Refuse(movie.Fault());
     }
+    pack();
+    if (!allowance_(static_cast<qint64>(layer.pictures.size()), bytes, reason)) {
+        return Refuse(reason);
+    }
+    Warn(path, movie.Warnings());
     layers_.push_back(std::move(layer));
     return true;
 }
@@ -188,9 +229,7 @@ bool ImportCollector::ReadOpenRaster(const std::vector<PictureFile>& files, cons
         if (!ReadLayers(files[i].path, reader, times[i], true)) {
             return false;
         }
-        if (!progress_(++done_, all_)) {
-            return Refuse(QStringLiteral("interrupted after %1 files").arg(done_));
-        }
+        ++done_;
     }
     return true;
 }
@@ -214,15 +253,14 @@ bool ImportCollector::ReadPencil2d(const QString& path) {
     return ReadLayers(path, reader, options_.hasStart ? options_.start - first : 0, false);
 }
 
-/// The layer that takes the pictures of a file's layer: that of the same name from the files before, or a new
-/// one above the one before. `taken` are those that the file's layers have so far.
-IncomingLayer& ImportCollector::LayerFor(const PictureLayer& layer, bool hasEveryTime,
-                                         std::vector<int>& taken) {
+/// Adds to `taken`, which has the layers for those of the file so far, the layer that takes the pictures of
+/// the next: that of the same name from the files before, or a new one above the one before.
+void ImportCollector::FindLayerFor(const PictureLayer& layer, bool hasEveryTime, std::vector<int>& taken) {
     for (std::size_t i = 0; i < layers_.size(); ++i) {
         const bool isTaken = std::find(taken.begin(), taken.end(), static_cast<int>(i)) != taken.end();
         if (layers_[i].name == layer.name && !isTaken) {
             taken.push_back(static_cast<int>(i));
-            return layers_[i];
+            return;
         }
     }
     const int at = taken.empty() ? 0 : taken.back() + 1;
@@ -233,49 +271,86 @@ IncomingLayer& ImportCollector::LayerFor(const PictureLayer& layer, bool hasEver
     IncomingLayer added = NewLayer(layer.name);
     added.isVisible = layer.isVisible;
     added.hasEveryTime = hasEveryTime;
-    return *layers_.insert(layers_.begin() + at, std::move(added));
+    layers_.insert(layers_.begin() + at, std::move(added));
 }
+
+/// Pictures of a layered file that are read but not packed yet.
+struct ImportCollector::Awaited {
+    PictureBatch batch;
+    std::vector<const QByteArray*> pngs;
+    std::vector<QString> sources; ///< the members that they are from
+};
 
 bool ImportCollector::ReadLayers(const QString& path, LayeredReader& reader, int offset, bool hasEveryTime) {
     if (!reader.Fault().isEmpty()) {
         return RefuseFile(path, reader.Fault());
     }
+    std::vector<const PictureLayer*> wanted;
     std::vector<int> taken;
     for (const PictureLayer& layer : reader.Drawing().layers) {
-        if (!options_.layerName.isEmpty() && layer.name != options_.layerName) {
-            continue;
+        if (options_.layerName.isEmpty() || layer.name == options_.layerName) {
+            FindLayerFor(layer, hasEveryTime, taken);
+            wanted.push_back(&layer);
         }
-        IncomingLayer& incoming = LayerFor(layer, hasEveryTime, taken);
-        for (const LayeredPicture& picture : layer.pictures) {
-            const qint64 time = static_cast<qint64>(picture.frame) + offset;
-            if (!IsWholeFrame(time)) {
-                return RefuseFile(path, QStringLiteral("time %1 is out of range").arg(time));
-            }
-            if (!ReadPicture(reader, layer, picture, incoming.pictures[static_cast<int>(time)])) {
-                return RefuseFile(path,
-                                  reader.Fault().isEmpty()
-                                      ? QStringLiteral("its picture \"%1\" is damaged").arg(picture.source)
-                                      : reader.Fault());
-            }
-            if (!hasEveryTime && !progress_(++done_, all_)) {
-                return Refuse(QStringLiteral("interrupted after %1 pictures").arg(done_));
-            }
+    }
+    Awaited awaited;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        IncomingLayer& incoming = layers_[static_cast<std::size_t>(taken[i])];
+        if (!ReadLayer(path, reader, *wanted[i], incoming, offset, awaited)) {
+            return false;
         }
+    }
+    if (!Pack(path, awaited, !hasEveryTime)) {
+        return false;
     }
     Warn(path, reader.Warnings());
     return true;
 }
 
-bool ImportCollector::ReadPicture(LayeredReader& reader, const PictureLayer& layer,
-                                  const LayeredPicture& picture, QByteArray& png) {
-    QByteArray bytes;
-    if (!reader.Read(picture, bytes)) {
-        return false;
+/// Reads the pictures of a layer; those that are packed later are added to `awaited`.
+bool ImportCollector::ReadLayer(const QString& path, LayeredReader& reader, const PictureLayer& layer,
+                                IncomingLayer& incoming, int offset, Awaited& awaited) {
+    const QSize canvas = reader.Drawing().size;
+    const CanvasFit fit = options_.fit.For(canvas);
+    for (const LayeredPicture& picture : layer.pictures) {
+        const qint64 time = static_cast<qint64>(picture.frame) + offset;
+        if (!IsWholeFrame(time)) {
+            return RefuseFile(path, QStringLiteral("time %1 is out of range").arg(time));
+        }
+        QByteArray bytes;
+        if (!reader.Read(picture, bytes)) {
+            return RefuseFile(path, reader.Fault());
+        }
+        QByteArray& png = incoming.pictures[static_cast<int>(time)];
+        const double opacity = layer.opacity * picture.opacity;
+        const PngStructure::Header header = PngStructure::HeaderOf(bytes);
+        const qint64 pixels = qint64(header.width) * header.height;
+        awaited.pngs.push_back(&png);
+        awaited.sources.push_back(picture.source);
+        awaited.batch.Add(std::max(pixels, qint64(canvas.width()) * canvas.height()),
+                          [fit, bytes, opacity, position = picture.position, &png] {
+                              png =
+                                  bytes.isEmpty() ? CanvasFit::Blank() : fit.Place(bytes, position, opacity);
+                          });
+        if (awaited.batch.IsFull() && !Pack(path, awaited, !incoming.hasEveryTime)) {
+            return false;
+        }
     }
-    const CanvasFit fit = options_.fit.For(reader.Drawing().size);
-    png = bytes.isEmpty() ? CanvasFit::Blank()
-                          : fit.Place(bytes, picture.position, layer.opacity * picture.opacity);
-    return !png.isEmpty();
+    return true;
+}
+
+/// Packs the pictures that wait. With `tells`, each counts for the progress.
+bool ImportCollector::Pack(const QString& path, Awaited& awaited, bool tells) {
+    awaited.batch.Run();
+    for (std::size_t i = 0; i < awaited.pngs.size(); ++i) {
+        if (awaited.pngs[i]->isEmpty()) {
+            return RefuseFile(path, QStringLiteral("its picture \"%1\" is damaged").arg(awaited.sources[i]));
+        }
+    }
+    done_ += tells ? static_cast<int>(awaited.pngs.size()) : 0;
+    awaited.pngs.clear();
+    awaited.sources.clear();
+    return progress_(done_, all_) || Refuse(QStringLiteral("interrupted after %1 pictures").arg(done_));
 }
 
 bool ImportCollector::CheckChosenLayer() {

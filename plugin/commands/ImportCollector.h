@@ -39,13 +39,13 @@ public:
     /// Asked before pictures are read, with how many there are and how many bytes of files. Returns false,
     /// with a sentence, for too many.
     using Allowance = std::function<bool(qint64 pictures, qint64 bytes, QString& refusal)>;
-    /// Told after each picture; returns false if the user has interrupted.
+    /// Told as pictures are done, on the thread of the caller; returns false if the user has interrupted.
     using Progress = std::function<bool(int done, int all)>;
 
     ImportCollector(const Options& options, Allowance allowance, Progress progress);
 
     /// Numbered pictures, OpenRaster files or one Pencil2D file; see PictureFiles.
-    bool ReadFiles(const QString& pattern);
+    bool ReadFiles(const QStringList& patterns);
 
     /// Every `every`th frame of a movie at the scene's rate, onto one layer, each at its frame of the scene.
     bool ReadMovie(const QString& path, int every);
@@ -72,9 +72,11 @@ private:
     bool ReadOpenRaster(const std::vector<PictureFile>& files, const std::vector<int>& times);
     bool ReadPencil2d(const QString& path);
     bool ReadLayers(const QString& path, LayeredReader& reader, int offset, bool hasEveryTime);
-    IncomingLayer& LayerFor(const PictureLayer& layer, bool hasEveryTime, std::vector<int>& taken);
-    bool ReadPicture(LayeredReader& reader, const PictureLayer& layer, const LayeredPicture& picture,
-                     QByteArray& png);
+    void FindLayerFor(const PictureLayer& layer, bool hasEveryTime, std::vector<int>& taken);
+    struct Awaited;
+    bool ReadLayer(const QString& path, LayeredReader& reader, const PictureLayer& layer,
+                   IncomingLayer& incoming, int offset, Awaited& awaited);
+    bool Pack(const QString& path, Awaited& awaited, bool tells);
     bool CheckChosenLayer();
     void Warn(const QString& path, const QStringList& warnings);
     bool ReadCamera(const LayerManager& drawing, const QString& camera, const QString& target);

@@ -12,14 +12,17 @@
 #include "node/BaseNode.h"
 #include "node/OpenText.h"
 #include "node/ViewPlacement.h"
+#include "paint/NonCopyable.h"
 #include "paint/ScopeExit.h"
 
 #include <maya/MArgDatabase.h>
 #include <maya/MArgList.h>
 #include <maya/MComputation.h>
+#include <maya/MEventMessage.h>
+#include <maya/MMessage.h>
 #include <maya/MSelectionList.h>
 
-#include <new>
+#include <QScopedValueRollback>
 
 namespace vellix {
 
@@ -50,6 +53,28 @@ bool ToFitMode(const QString& name, CanvasFit::Mode& mode) {
 
 } // namespace
 
+/// Notices that the scene is closed while it exists.
+class SceneWatch : private NonCopyable {
+public:
+    SceneWatch() {
+        for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
+            callbacks_.push_back(MEventMessage::addEventCallback(event, &SceneWatch::OnReplaced, this));
+        }
+    }
+    ~SceneWatch() {
+        for (const MCallbackId callback : callbacks_) {
+            MMessage::removeCallback(callback);
+        }
+    }
+    bool IsReplaced() const { return isReplaced_; }
+
+private:
+    static void OnReplaced(void* watch) { static_cast<SceneWatch*>(watch)->isReplaced_ = true; }
+
+    std::vector<MCallbackId> callbacks_;
+    bool isReplaced_ = false;
+};
+
 ImportCommand::ImportCommand() = default;
 ImportCommand::~ImportCommand() = default;
 
@@ -58,7 +83,7 @@ const FlagTable<ImportCommand>& ImportCommand::Flags() {
     using I = ImportCommand;
     using Value = Flag::Value;
     static const FlagTable<I> flags({
-        Flag("-f", "-file", {&I::file_}),
+        Flag("-f", "-file", {&I::files_}),
         Flag("-mv", "-movie", {&I::movie_}),
         Flag("-ev", "-every", {&I::every_}).Sets(&I::hasEvery_),
         Flag("-sc", "-scene", {&I::scene_}),
@@ -98,14 +123,15 @@ MStatus ImportCommand::doIt(const MArgList& args) {
     if (!CheckCamera() || !MakeOptions(options)) {
         return MS::kFailure;
     }
+    const SceneWatch scene;
     MComputation computation;
     computation.beginComputation(true);
     const ScopeExit ended([&computation] { computation.endComputation(); });
     computation.setProgressStatus("Importing pictures");
     ImportCollector collector(
         options,
-        [this](qint64 pictures, qint64 bytes, QString& refusal) {
-            return MayReadMany(pictures, bytes, refusal);
+        [this, &scene](qint64 pictures, qint64 bytes, QString& refusal) {
+            return MayReadMany(scene, pictures, bytes, refusal);
         },
         [&computation](int done, int all) {
             computation.setProgressRange(0, all);
@@ -133,6 +159,7 @@ bool ImportCommand::ReadArguments(const MArgList& args) {
         return false;
     }
     Flags().Read(*this, arguments);
+    files_.removeAll(QString());
     return true;
 }
 
@@ -153,8 +180,9 @@ bool ImportCommand::CheckArguments() const {
 
 bool ImportCommand::CheckSource() const {
     int sources = 0;
-    for (const QString* source : {&file_, &movie_, &scene_, &otherNode_}) {
-        sources += source->isEmpty() ? 0 : 1;
+    for (const bool isGiven :
+         {!files_.isEmpty(), !movie_.isEmpty(), !scene_.isEmpty(), !otherNode_.isEmpty()}) {
+        sources += isGiven ? 1 : 0;
     }
     if (sources != 1) {
         return RefuseImport(
@@ -204,7 +232,18 @@ bool ImportCommand::MakeOptions(ImportCollector::Options& options) const {
     return true;
 }
 
-bool ImportCommand::MayReadMany(qint64 pictures, qint64 bytes, QString& refusal) {
+/// Cameras can be deleted while the user is asked.
+bool ImportCommand::CheckCameras(const std::vector<IncomingLayer>& layers) const {
+    for (const IncomingLayer& layer : layers) {
+        if (!MayaUtil::CameraExists(layer.camera)) {
+            return Refuse(
+                QString("\"%1\": the camera \"%2\" is no longer in the scene").arg(What(), layer.camera));
+        }
+    }
+    return true;
+}
+
+bool ImportCommand::MayReadMany(const SceneWatch& scene, qint64 pictures, qint64 bytes, QString& refusal) {
     if (force_ || (pictures <= MANY_PICTURES && bytes <= MANY_BYTES)) {
         return true;
     }
@@ -213,6 +252,18 @@ bool ImportCommand::MayReadMany(qint64 pictures, qint64 bytes, QString& refusal)
         refusal = QString("there are %1; import so many with -force").arg(amount);
         return false;
     }
+    force_ = AsksForMany(amount); // a movie would ask again and again
+    if (force_ && scene.IsReplaced()) {
+        refusal = QStringLiteral("another scene was opened meanwhile");
+        return false;
+    }
+    refusal = QStringLiteral("cancelled");
+    return force_;
+}
+
+/// Events go on while the user is asked, and what runs then has to leave its own undo steps.
+bool ImportCommand::AsksForMany(const QString& amount) {
+    const QScopedValueRollback<bool> notYet(undoable_, false);
     QString answer;
     MayaUtil::ExecuteMelStringResult(
         QString(
@@ -221,15 +272,16 @@ bool ImportCommand::MayReadMany(qint64 pictures, qint64 bytes, QString& refusal)
             "-button \"Cancel\" -defaultButton \"Import\" -cancelButton \"Cancel\" -dismissString \"Cancel\"")
             .arg(amount),
         answer, false, false);
-    refusal = QStringLiteral("cancelled");
-    force_ = answer == QLatin1String("Import"); // a movie asks again and again
-    return force_;
+    return answer == QLatin1String("Import");
 }
 
 // --- the step ---------------------------------------------------------------------------------------------
 
 QString ImportCommand::What() const {
-    return file_ + movie_ + scene_ + otherNode_; // only one of them is given
+    if (files_.size() > 1) {
+        return QStringLiteral("%1 and %2 more").arg(files_.first()).arg(files_.size() - 1);
+    }
+    return files_.value(0) + movie_ + scene_ + otherNode_; // only one of them is given
 }
 
 bool ImportCommand::Refuse(const QString& reason) const {
@@ -243,7 +295,7 @@ bool ImportCommand::Collect(ImportCollector& collector) {
     if (!otherNode_.isEmpty()) {
         return CollectNode(collector);
     }
-    const bool isRead = file_.isEmpty() ? collector.ReadMovie(movie_, every_) : collector.ReadFiles(file_);
+    const bool isRead = files_.isEmpty() ? collector.ReadMovie(movie_, every_) : collector.ReadFiles(files_);
     return isRead || Refuse(collector.Fault());
 }
 
@@ -252,9 +304,9 @@ bool ImportCommand::CollectScene(ImportCollector& collector) {
     if (!scene.Drawing()) {
         return Refuse(QString("\"%1\": %2").arg(scene_, scene.Fault()));
     }
+    const std::shared_ptr<LayerManager> layers = scene.Drawing()->GetLayerManager(); // outlives its node
     const auto nameOf = [&scene](const QString& camera) { return scene.NameThere(camera); };
-    return collector.ReadDrawing(scene_, *scene.Drawing()->GetLayerManager(), fromCamera_, nameOf) ||
-           Refuse(collector.Fault());
+    return collector.ReadDrawing(scene_, *layers, fromCamera_, nameOf) || Refuse(collector.Fault());
 }
 
 bool ImportCommand::CollectNode(ImportCollector& collector) {
@@ -274,6 +326,9 @@ bool ImportCommand::CollectNode(ImportCollector& collector) {
 
 /// Puts the layers into the drawing, in which they are the first change.
 bool ImportCommand::Take(std::vector<IncomingLayer>& layers) {
+    if (!CheckCameras(layers)) {
+        return false;
+    }
     if (!BaseNode::GetMaster()) {
         node_ = std::make_unique<NodeCreation>();
         if (!node_->Do()) {

@@ -12,12 +12,15 @@
 #include <maya/MTime.h>
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
+#include <vector>
 
 namespace vellix {
 
 class NodeCreation;
+class SceneWatch;
 
 /// "qmVellixImport": brings pictures and layers of other programs into the drawing, all of them or none, as
 /// one step. Creates a drawing node if the scene has none. The result is the number of frames that were put
@@ -52,15 +55,17 @@ private:
     bool CollectNode(ImportCollector& collector);
     bool CheckSource() const;
     bool CheckCamera();
+    bool CheckCameras(const std::vector<IncomingLayer>& layers) const;
     bool Take(std::vector<IncomingLayer>& layers);
     bool Refuse(const QString& reason) const;
     /// What is imported, as given.
     QString What() const;
-    bool MayReadMany(qint64 pictures, qint64 bytes, QString& refusal);
+    bool MayReadMany(const SceneWatch& scene, qint64 pictures, qint64 bytes, QString& refusal);
+    bool AsksForMany(const QString& amount);
 
     MStatus Step(bool (LayerIntake::*step)(BaseNode& node, QString& refusal), const char* verb);
 
-    QString file_;
+    QStringList files_;
     QString movie_;
     QString scene_;
     QString fromCamera_;

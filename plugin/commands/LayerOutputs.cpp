@@ -31,6 +31,27 @@ void LayerOutputs::AddLayerFiles(const QString& pattern) {
     names_ = LayerFileNames(layers_.VisibleNames());
 }
 
+QString LayerOutputs::Refusal(const std::vector<int>& frames) {
+    if (!layered_ || layers_.AreSmall(isPsd_ ? PsdWriter::MAX_BYTES : ZipWriter::MAX_BYTES)) {
+        return QString();
+    }
+    std::vector<FrameId> checked;
+    for (const int frame : frames) {
+        std::vector<FrameId> shown = layers_.ShownAt(frame);
+        if (frame != frames.front() && shown == checked) {
+            continue;
+        }
+        checked = std::move(shown);
+        const LayeredDrawing drawing = layers_.At(frame);
+        const QString refusal = isPsd_ ? PsdWriter::Refusal(drawing) : OpenRasterWriter::Refusal(drawing);
+        if (!refusal.isEmpty()) {
+            return QString("\"%1\" cannot be written: %2. Nothing was written.")
+                .arg(layered_->GetPath(frame), refusal);
+        }
+    }
+    return QString();
+}
+
 QString LayerOutputs::Write(const QImage& image, int frame) {
     std::vector<FrameId> shown = layers_.ShownAt(frame);
     const bool isHeld = !files_.isEmpty() && shown == shown_;
@@ -53,9 +74,8 @@ QString LayerOutputs::WriteLayered(const QImage& image, int frame, bool isHeld) 
     if (!isHeld) {
         document_ = PsdWriter::Encode(layers_.At(frame), image);
     }
-    return Keep(path, document_.isEmpty()
-                          ? QStringLiteral("A .psd file holds at most 2 GB and 30,000 pixels a side")
-                          : WholeFile::Write(path, document_));
+    return Keep(path, document_.isEmpty() ? PsdWriter::Refusal(layers_.At(frame))
+                                          : WholeFile::Write(path, document_));
 }
 
 QString LayerOutputs::WriteLayers(int frame, bool isHeld) {

@@ -32,6 +32,9 @@ public:
     /// A sequence of each visible layer; the pattern has LAYER where there are several.
     void AddLayerFiles(const QString& pattern);
 
+    /// Why one of these frames can have no file of layers, as a sentence; empty if all can. Writes nothing.
+    QString Refusal(const std::vector<int>& frames);
+
     /// Whether Write() needs the composed image.
     bool NeedsImage() const { return layered_ != nullptr; }
     /// Adds the next frame; the image is what its visible layers look like together. Returns the first error,

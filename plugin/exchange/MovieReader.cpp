@@ -5,9 +5,13 @@
 #include "paint/Ffmpeg.h"
 #include "paint/ImageSize.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QList>
+#include <QRegularExpression>
 #include <QStringList>
+
+#include <utility>
 
 namespace vellix {
 
@@ -15,6 +19,8 @@ namespace {
 
 /// A decoder that gives nothing for this long is taken to hang.
 constexpr int DECODER_TIMEOUT_MS = 60000;
+constexpr int POLL_MS = 50; ///< between two looks at whether reading goes on
+constexpr int ANSWER_TIMEOUT_MS = 10000;
 constexpr int MAX_HEAD_SIZE = 1024;
 
 /// The number behind a keyword in the head of a picture; 0 for none.
@@ -29,10 +35,11 @@ int NumberIn(const QByteArray& head, const char* keyword) {
 
 } // namespace
 
-MovieReader::MovieReader(const QString& path, double rate, int every)
+MovieReader::MovieReader(const QString& path, double rate, int every, std::function<bool()> goesOn)
     : path_(path)
     , rate_(rate)
-    , every_(every) {}
+    , every_(every)
+    , goesOn_(std::move(goesOn)) {}
 
 MovieReader::~MovieReader() {
     if (decoder_.state() != QProcess::NotRunning) {
@@ -46,6 +53,45 @@ bool MovieReader::Fail(const QString& fault) {
         fault_ = fault;
     }
     return false;
+}
+
+/// What ffmpeg says about something, on both of its outputs.
+QByteArray MovieReader::WordsOf(const QString& program, const QStringList& arguments) const {
+    QProcess asked;
+    asked.setProcessChannelMode(QProcess::MergedChannels);
+    asked.setProcessEnvironment(ffmpeg::Environment());
+    asked.start(program, QStringList{"-hide_banner", "-nostdin"} + arguments);
+    if (!asked.waitForFinished(ANSWER_TIMEOUT_MS)) {
+        asked.kill();
+        asked.waitForFinished();
+    }
+    return asked.readAll();
+}
+
+/// WebM keeps the alpha of VP8 and VP9 in a stream of its own, which ffmpeg's own decoders leave out.
+QStringList MovieReader::DecoderArguments(const QString& program) {
+    const QString suffix = QFileInfo(path_).suffix().toLower();
+    if (suffix != QLatin1String("webm") && suffix != QLatin1String("mkv")) {
+        return QStringList();
+    }
+    const QString words =
+        QString::fromUtf8(WordsOf(program, {"-protocol_whitelist", "file", "-i",
+                                            QStringLiteral("file:") + QFileInfo(path_).absoluteFilePath()}));
+    static const QRegularExpression hasAlpha(QStringLiteral("alpha_mode\\s*: 1\\b"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression codecOf(QStringLiteral("Video: (vp[89])\\b"));
+    const QRegularExpressionMatch codec = codecOf.match(words);
+    if (!codec.hasMatch() || !hasAlpha.match(words).hasMatch()) {
+        return QStringList();
+    }
+    const QString decoder =
+        codec.captured(1) == QLatin1String("vp9") ? QStringLiteral("libvpx-vp9") : QStringLiteral("libvpx");
+    if (!WordsOf(program, {"-h", QStringLiteral("decoder=") + decoder}).startsWith("Decoder ")) {
+        warnings_.append(
+            QStringLiteral("Its transparency does not come along: this ffmpeg is without %1.").arg(decoder));
+        return QStringList();
+    }
+    return {"-c:v", decoder};
 }
 
 /// Has each picture written as a Netpbm PAM, which tells its size and needs no compression.
@@ -66,7 +112,7 @@ bool MovieReader::Start() {
     // The movie is this file alone: a playlist may not lead anywhere else.
     arguments << "-protocol_whitelist"
               << "file"
-              << "-max_pixels" << QString::number(largest) << "-i"
+              << "-max_pixels" << QString::number(largest) << DecoderArguments(program) << "-i"
               << QStringLiteral("file:") + file.absoluteFilePath();
     arguments << "-map"
               << "0:v:0"
@@ -131,7 +177,30 @@ bool MovieReader::ReadBytes(char* bytes, qint64 count) {
         }
         bytes += got;
         count -= got;
-        if (got == 0 && !decoder_.waitForReadyRead(DECODER_TIMEOUT_MS) && decoder_.bytesAvailable() == 0) {
+        if (got == 0 && !WaitFor(&MovieReader::HasBytes) && decoder_.bytesAvailable() == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool MovieReader::HasBytes() {
+    return decoder_.waitForReadyRead(POLL_MS);
+}
+
+bool MovieReader::HasEnded() {
+    return decoder_.state() == QProcess::NotRunning || decoder_.waitForFinished(POLL_MS);
+}
+
+/// Waits for the decoder. Returns false if it has ended before or hangs, and fails if reading is to end.
+bool MovieReader::WaitFor(bool (MovieReader::*isDone)()) {
+    QElapsedTimer waited;
+    waited.start();
+    while (!(this->*isDone)()) {
+        if (goesOn_ && !goesOn_()) {
+            return Fail(QStringLiteral("interrupted"));
+        }
+        if (decoder_.state() == QProcess::NotRunning || waited.hasExpired(DECODER_TIMEOUT_MS)) {
             return false;
         }
     }
@@ -140,8 +209,7 @@ bool MovieReader::ReadBytes(char* bytes, qint64 count) {
 
 /// Tells the end of a movie from a fault.
 void MovieReader::CheckEnd() {
-    const bool ended =
-        decoder_.state() == QProcess::NotRunning || decoder_.waitForFinished(DECODER_TIMEOUT_MS);
+    const bool ended = fault_.isEmpty() && WaitFor(&MovieReader::HasEnded);
     const bool isGood = ended && decoder_.exitStatus() == QProcess::NormalExit && decoder_.exitCode() == 0;
     const QString words = QString::fromLocal8Bit(decoder_.readAllStandardError()).trimmed().right(300);
     if (!isGood) {

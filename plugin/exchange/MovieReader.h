@@ -6,7 +6,10 @@
 #include <QImage>
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
+
+#include <functional>
 
 namespace vellix {
 
@@ -15,7 +18,8 @@ namespace vellix {
 class MovieReader : private NonCopyable {
 public:
     /// Takes every `every`th frame of the movie as it is at `rate` frames per second.
-    MovieReader(const QString& path, double rate, int every);
+    /// `goesOn` is asked while the decoder is waited for; when it returns false, reading ends with a fault.
+    MovieReader(const QString& path, double rate, int every, std::function<bool()> goesOn);
     /// Kills a decoder that still runs.
     ~MovieReader();
 
@@ -24,20 +28,30 @@ public:
     bool Next(QImage& image);
     /// What is wrong, in a sentence without a full stop; empty while nothing is.
     const QString& Fault() const { return fault_; }
+    /// What does not come along, in sentences.
+    const QStringList& Warnings() const { return warnings_; }
 
 private:
     bool Start();
+    QStringList DecoderArguments(const QString& program);
+    QByteArray WordsOf(const QString& program, const QStringList& arguments) const;
     bool ReadHead(int& width, int& height);
     bool ReadBytes(char* bytes, qint64 count);
     bool Fail(const QString& fault);
     void CheckEnd();
 
+    bool WaitFor(bool (MovieReader::*isDone)());
+    bool HasBytes();
+    bool HasEnded();
+
     QString path_;
     double rate_;
     int every_;
+    std::function<bool()> goesOn_;
     bool hasPictures_ = false;
     QProcess decoder_;
     QString fault_;
+    QStringList warnings_;
 };
 
 } // namespace vellix

@@ -64,9 +64,8 @@ QByteArray OraStack(const LayeredDrawing& drawing) {
     return text;
 }
 
-} // namespace
-
-ZipWriter OpenRasterWriter::Archive(const LayeredDrawing& drawing, const QImage& merged) {
+/// The members that are there without the picture of all layers.
+ZipWriter OraLayers(const LayeredDrawing& drawing) {
     ZipWriter archive;
     archive.Add("mimetype", "image/openraster"); // first and stored, so that it stands at a known place
     archive.Add("stack.xml", OraStack(drawing), ZipWriter::Packing::Deflated);
@@ -75,6 +74,20 @@ ZipWriter OpenRasterWriter::Archive(const LayeredDrawing& drawing, const QImage&
         archive.Add(OraMember(index++),
                     layer.pictures.empty() ? OraEmptyPicture() : layer.pictures.front().png);
     }
+    return archive;
+}
+
+} // namespace
+
+QString OpenRasterWriter::Refusal(const LayeredDrawing& drawing) {
+    // No PNG needs more: its pixels and a byte a row, uncompressed, and what stands around them.
+    constexpr qint64 around = 1 << 20;
+    const qint64 merged = qint64(drawing.size.height()) * (4LL * drawing.size.width() + 1) + around;
+    return OraLayers(drawing).Refusal(2 * around + merged, 2);
+}
+
+ZipWriter OpenRasterWriter::Archive(const LayeredDrawing& drawing, const QImage& merged) {
+    ZipWriter archive = OraLayers(drawing);
     archive.Add("mergedimage.png", PngCodec::Encoded(merged));
     archive.Add("Thumbnails/thumbnail.png", PngCodec::Encoded(OraThumbnail(merged)));
     return archive;

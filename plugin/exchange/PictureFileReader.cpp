@@ -72,6 +72,11 @@ bool PictureFileReader::Read(const QString& path, const PictureFit& fit, QByteAr
                                              : ReadByQt(file, fit, png, fault);
 }
 
+qint64 PictureFileReader::PixelCount(const QString& path) {
+    const QSize size = QImageReader(path).size();
+    return size.isValid() ? qint64(size.width()) * size.height() : 0;
+}
+
 std::vector<QString> PictureFileReader::Suffixes() {
     std::vector<QString> suffixes;
     for (const QByteArray& format : QImageReader::supportedImageFormats()) {

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QtGlobal>
 
 #include <vector>
 
@@ -24,6 +25,9 @@ struct PictureFileReader {
     /// picture or one with a side of more than MAX_PNG_SIDE pixels. Allocates no more than the file and the
     /// picture. Throws std::bad_alloc when memory is short.
     static bool Read(const QString& path, const PictureFit& fit, QByteArray& png, QString& fault);
+
+    /// How many pixels the file says it has; 0 if it does not say.
+    static qint64 PixelCount(const QString& path);
 
     /// The suffixes of the files that can be read, in lower case.
     static std::vector<QString> Suffixes();

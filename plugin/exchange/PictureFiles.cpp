@@ -56,9 +56,8 @@ QStringList NamesOfNumbers(const QDir& folder, const QString& pattern) {
 
 } // namespace
 
-bool PictureFiles::Find(const QString& pattern, const std::function<std::vector<QString>()>& suffixes,
-                        QString& fault) {
-    files_.clear();
+bool PictureFiles::Add(const QString& pattern, const std::function<std::vector<QString>()>& suffixes,
+                       QString& fault) {
     const QFileInfo given(pattern);
     QDir folder(given.absolutePath());
     QStringList names;
@@ -80,26 +79,31 @@ bool PictureFiles::Find(const QString& pattern, const std::function<std::vector<
     } else {
         return Refuse(fault, QStringLiteral("the file does not exist"));
     }
-    if (names.isEmpty()) {
-        return Refuse(fault, QStringLiteral("there are no such files"));
-    }
-    stem_ = ReadName(names.first()).stem;
     for (const QString& name : names) {
         const NumberedName parts = ReadName(name);
-        files_.push_back({folder.filePath(name), parts.hasNumber, parts.number});
-        stem_ = parts.stem == stem_ ? stem_ : QString();
+        const QString path = folder.filePath(name);
+        if (paths_.insert(path).second) {
+            files_.push_back({path, parts.hasNumber, parts.number});
+        }
     }
-    if (stem_.isEmpty()) {
-        stem_ = folder.dirName();
-    }
+    return !names.isEmpty() || Refuse(fault, QStringLiteral("there are no such files"));
+}
+
+void PictureFiles::Sort() {
     std::stable_sort(files_.begin(), files_.end(), [](const PictureFile& a, const PictureFile& b) {
         return a.hasNumber == b.hasNumber ? a.number < b.number : b.hasNumber;
     });
-    return true;
 }
 
 QString PictureFiles::Stem() const {
-    return stem_;
+    if (files_.empty()) {
+        return QString();
+    }
+    const QString stem = ReadName(files_.front().path).stem;
+    const bool isCommon = std::all_of(files_.begin(), files_.end(), [&stem](const PictureFile& file) {
+        return ReadName(file.path).stem == stem;
+    });
+    return isCommon && !stem.isEmpty() ? stem : QFileInfo(files_.front().path).dir().dirName();
 }
 
 } // namespace vellix

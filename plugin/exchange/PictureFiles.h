@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <functional>
+#include <set>
 #include <vector>
 
 namespace vellix {
@@ -21,17 +22,20 @@ class PictureFiles {
 public:
     /// `pattern` is a file, a folder, or a file's name with the wildcards * and ?, or with a run of # where
     /// the number is. Of a folder, those with one of the suffixes are taken. Returns false, with a sentence
-    /// in `fault`, if there are none. Files come in the order of their numbers, then of their names.
-    bool Find(const QString& pattern, const std::function<std::vector<QString>()>& suffixes, QString& fault);
+    /// in `fault`, if there are none.
+    /// May be called for several patterns; files that are there already are not added again.
+    bool Add(const QString& pattern, const std::function<std::vector<QString>()>& suffixes, QString& fault);
 
     const std::vector<PictureFile>& Files() const { return files_; }
     /// What the names have in common in front of the number; the folder's name if they differ or if there is
     /// nothing.
     QString Stem() const;
+    /// Puts the files in the order of their numbers, then of their names.
+    void Sort();
 
 private:
     std::vector<PictureFile> files_;
-    QString stem_;
+    std::set<QString> paths_; ///< of the files
 };
 
 } // namespace vellix

@@ -17,6 +17,9 @@
 
 namespace vellix {
 
+constexpr int PsdWriter::MAX_SIDE; // C++14 wants these where a reference is taken
+constexpr int PsdWriter::MAX_LAYERS;
+
 namespace {
 
 constexpr int PSD_CHANNELS = 4;
@@ -241,10 +244,17 @@ qint64 MostPsdBytes(const LayeredDrawing& drawing) {
 
 } // namespace
 
-QByteArray PsdWriter::Encode(const LayeredDrawing& drawing, const QImage& merged) {
+QString PsdWriter::Refusal(const LayeredDrawing& drawing) {
     const bool fits = drawing.size.width() <= MAX_SIDE && drawing.size.height() <= MAX_SIDE &&
-                      drawing.layers.size() <= 0x7fff && MostPsdBytes(drawing) <= MAX_BYTES;
-    if (!fits) {
+                      drawing.layers.size() <= std::size_t(MAX_LAYERS) && MostPsdBytes(drawing) <= MAX_BYTES;
+    return fits ? QString()
+                : QStringLiteral("A .psd file holds at most 2 GB, %1 layers and %2 pixels a side")
+                      .arg(MAX_LAYERS)
+                      .arg(MAX_SIDE);
+}
+
+QByteArray PsdWriter::Encode(const LayeredDrawing& drawing, const QImage& merged) {
+    if (!Refusal(drawing).isEmpty()) {
         return QByteArray();
     }
     PsdBytes file;

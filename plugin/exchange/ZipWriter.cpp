@@ -145,15 +145,16 @@ void ZipWriter::Add(const QString& name, const QByteArray& bytes, Packing packin
     members_.push_back({name.toUtf8(), bytes, packing});
 }
 
-QString ZipWriter::Refusal() const {
-    qint64 bytes = DIRECTORY_END_BYTES;
+QString ZipWriter::Refusal(qint64 bytesToCome, int membersToCome) const {
+    constexpr qint64 nameToCome = 64; // bytes, more than any has
+    qint64 bytes = DIRECTORY_END_BYTES + bytesToCome +
+                   membersToCome * (LOCAL_HEADER_BYTES + DIRECTORY_ENTRY_BYTES + 2 * nameToCome);
     for (const Member& member : members_) {
         bytes += LOCAL_HEADER_BYTES + DIRECTORY_ENTRY_BYTES + 2LL * member.name.size() + member.bytes.size();
     }
-    if (members_.size() > std::size_t(MAX_MEMBERS)) {
-        return QString("It would have %1 parts; an archive has at most %2")
-            .arg(members_.size())
-            .arg(MAX_MEMBERS);
+    const std::size_t count = members_.size() + static_cast<std::size_t>(membersToCome);
+    if (count > std::size_t(MAX_MEMBERS)) {
+        return QString("It would have %1 parts; an archive has at most %2").arg(count).arg(MAX_MEMBERS);
     }
     if (bytes > MAX_BYTES) {
         return QString("It would have %1 MB; an archive has at most %2 MB")

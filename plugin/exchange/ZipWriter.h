@@ -30,8 +30,9 @@ public:
 
     void Add(const QString& name, const QByteArray& bytes, Packing packing = Packing::Stored);
 
-    /// Why there can be no such archive, as a sentence without its full stop; empty if there can.
-    QString Refusal() const;
+    /// Why there can be no such archive, as a sentence without its full stop; empty if there can. With other
+    /// members to come, their bytes and their count.
+    QString Refusal(qint64 bytesToCome = 0, int membersToCome = 0) const;
     /// Writes the archive. Returns why that failed, in the words of the system, or an empty string. Holds one
     /// member in memory besides those that were added. Throws std::bad_alloc when memory is short.
     QString Write(const QString& path, const Progress& progress = nullptr) const;

@@ -74,10 +74,19 @@ public:
     }
     void ShowHelp(const std::string& text) override { help = text; }
     bool SettleUnsavedChanges() override { return true; }
+    void ShowProgress(const std::string& what, int) override {
+        progress = what;
+        ++progressShown;
+    }
+    bool IsInterruptRequested() override { return progressShown >= interruptAfter; }
+    void EndProgress() override { progress.clear(); }
 
     std::vector<lightbox::View*> views;
     std::map<std::string, QWidget*> controls;
     std::string help;
+    std::string progress; ///< while a computation is shown
+    int progressShown = 0;
+    int interruptAfter = 1 << 30; ///< calls of ShowProgress
 
 private:
     QWidget main_;

@@ -4,8 +4,9 @@
 
 #include <memory>
 
-/// A long computation that shows its progress and can be interrupted. In batch, progress is a line on
-/// standard error and nothing can interrupt.
+/// A long computation that shows its progress and can be interrupted by Escape. In batch, progress is a line
+/// on standard error and nothing can interrupt. Of nested computations the outermost is shown; one without a
+/// progress bar cannot be interrupted.
 class MComputation {
 public:
     MComputation();

@@ -4,6 +4,7 @@
 #include "faults/DiskFault.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "lightbox/FakeWindow.h"
 #include "paint/Ffmpeg.h"
 #include "paint/PngCodec.h"
 #include "plugin/commands/CommandFixture.h"
@@ -318,6 +319,52 @@ TEST_F(LayeredExportTest, SaysWhatToDo) {
     EXPECT_TRUE(Refused(QString("qmVellixExport -camera persp -layerFiles \"%1\"").arg(Path("a.#.png")))
                     .value(0)
                     .contains("would be written by every layer. Put {layer}"));
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+TEST_F(LayeredExportTest, AnInterruptedExportLeavesOnlyWholeFiles) {
+    const QString before = Drawing();
+    const struct {
+        QString line;
+        QStringList left;
+    } cases[] = {
+        {Layered("a.pclx"), {}},
+        {Layered("a.#.ora", "-startTime 1 -endTime 9"), {"a.1.ora", "a.2.ora"}},
+        {Line("a.#.png", QString("-movie \"%1\"").arg(Path("a.avi"))), {"a.1.png", "a.2.png"}},
+    };
+    for (const auto& c : cases) {
+        FakeWindow& window = FakeWindow::Open(lightbox::Host::Get());
+        window.interruptAfter = c.left.isEmpty() ? 2 : 4; // the first two calls begin
+        const QStringList said = Refused(c.line);
+        lightbox::Host::Get().SetUserInterface(nullptr);
+        ASSERT_EQ(said.size(), 1);
+        EXPECT_TRUE(said[0].startsWith("Interrupted")) << said[0].toStdString();
+        EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), c.left) << c.line.toStdString();
+        for (const QString& name : c.left) {
+            QFile::remove(Path(name));
+        }
+    }
+    EXPECT_EQ(Drawing(), before);
+}
+
+TEST_F(LayeredExportTest, AFrameThatNoFileCanHoldIsFoundBeforeTheFirst) {
+    // Eight layers of 8192 x 8192 pixels at frame 3; their bytes are few.
+    QImage large(8192, 8192, QImage::Format_RGBA8888);
+    large.fill(Qt::red);
+    const QByteArray png = PngCodec::Encoded(large);
+    large = QImage();
+    for (int i = 0; i < 8; ++i) {
+        Mel(QString("qmVellixLayer -add -n Large%1 -ls 0 persp; currentTime 3; qmVellixFrame -insert persp")
+                .arg(i));
+        Layer* const layer = Node().GetActiveLayer("persp");
+        layer->GetFrame(layer->FindFrameIndex(3))->SetPackedImage(png);
+    }
+    Mel("currentTime 1");
+    ExpectRefusal(
+        Layered("a.#.psd", "-startTime 1 -endTime 4"),
+        QString("\"%1\" cannot be written: A .psd file holds at most 2 GB, 32767 layers and 30000 pixels "
+                "a side. Nothing was written.")
+            .arg(Path("a.3.psd")));
     EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
 

@@ -1,6 +1,7 @@
 #include "core/Frame.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "lightbox/FakeWindow.h"
 #include "node/OpenText.h"
 #include "paint/Ffmpeg.h"
 #include "paint/MovieWriter.h"
@@ -8,12 +9,14 @@
 #include "plugin/commands/ChangeCounter.h"
 #include "plugin/commands/CommandFixture.h"
 #include "plugin/exchange/MadeArchive.h"
+#include "scene/UndoQueue.h"
 
 #include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QPainter>
 
 #include <string>
 
@@ -379,6 +382,66 @@ TEST_F(ImportCommandTest, MoviesComeAtTheRateOfTheScene) {
                   Refusal("gone.mp4", "the file does not exist"));
     ExpectRefusal(QString("qmVellixImport -camera persp -movie \"%1\" -every 0").arg(Path("run.mp4")),
                   "-every is a number of frames from 1, of a movie.");
+}
+
+TEST_F(ImportCommandTest, MoviesBringTheirTransparency) {
+    if (ffmpeg::Find().isEmpty()) {
+        GTEST_SKIP() << "ffmpeg is not installed";
+    }
+    for (const char* name : {"run.webm", "run.mov"}) {
+        {
+            MovieWriter movie(Path(name), 24.0, MovieWriter::Paper::Transparent);
+            QImage image(320, 320, QImage::Format_RGBA8888);
+            image.fill(Qt::transparent);
+            QPainter(&image).fillRect(80, 80, 160, 160, QColor(200, 60, 30, 128));
+            ASSERT_TRUE(movie.Write(image));
+            ASSERT_EQ(movie.Finish(), "");
+        }
+        Mel(QString("qmVellixImport -camera persp -layer \"%1\" -movie \"%2\"").arg(name, Path(name)));
+        EXPECT_NEAR(ColorOf(name, 1).alpha(), 128, 3) << name;
+        EXPECT_NEAR(ColorOf(name, 1).red(), 200, 8) << name;
+        EXPECT_LE(ColorOf(name, 1, QPoint(20, 20)).alpha(), 2) << name;
+        EXPECT_TRUE(Warnings().isEmpty());
+    }
+}
+
+TEST_F(ImportCommandTest, SeveralFilesComeInAsOneStep) {
+    const QColor colors[] = {Qt::red, Qt::green, Qt::blue};
+    for (int i = 0; i < 30; ++i) {
+        WritePicture(QString("walk.%1.png").arg(i), colors[i % 3], 64, 64);
+    }
+    const auto line = [this](int last) {
+        QString text = "qmVellixImport -camera persp -layerState 2";
+        for (int i = last; i >= 0; --i) {
+            text += QString(" -file \"%1\"").arg(Path(QString("walk.%1.png").arg(i)));
+        }
+        return text;
+    };
+    ExpectUndoable(line(29));
+    EXPECT_EQ(Mel(line(29) + " -file \"" + Path("walk.*.png") + "\"").AsInt(), 30) << "each of them once";
+    for (int i = 0; i < 30; ++i) {
+        EXPECT_EQ(ColorOf("walk", i), colors[i % 3]) << i; // whichever thread packed it
+    }
+    Mel("undo");
+    WriteFile("walk.13.png", "none");
+    WriteFile("walk.21.png", "none");
+    ExpectRefusal(line(29), Refusal("walk.13.png", "it is no picture that can be read"));
+    EXPECT_EQ(Drawing(), "active camera \n");
+}
+
+TEST_F(ImportCommandTest, AnInterruptedImportChangesNothing) {
+    for (int i = 0; i < 40; ++i) {
+        WritePicture(QString("walk.%1.png").arg(i), Qt::red, 8, 8);
+    }
+    FakeWindow& window = FakeWindow::Open(lightbox::Host::Get());
+    window.interruptAfter = 3;
+    const QStringList said = Refused(Line("walk.*.png"));
+    EXPECT_EQ(window.progress, "");
+    lightbox::Host::Get().SetUserInterface(nullptr);
+    ASSERT_EQ(said.size(), 1);
+    EXPECT_TRUE(said[0].contains("interrupted after")) << said[0].toStdString();
+    EXPECT_EQ(Drawing(), "active camera \n");
+    EXPECT_FALSE(lightbox::Host::Get().undo().UndoName() == "qmVellixImport");
 }
 
 // --- other drawings ---------------------------------------------------------------------------------------

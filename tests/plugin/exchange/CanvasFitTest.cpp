@@ -83,10 +83,11 @@ TEST(PictureFilesTest, FindsNumbersInNames) {
         PictureFiles files;
         QString fault;
         QString text;
-        if (!files.Find(
+        if (!files.Add(
                 folder.filePath(pattern), [] { return std::vector<QString>{"png"}; }, fault)) {
             return fault;
         }
+        files.Sort();
         for (const PictureFile& file : files.Files()) {
             text += file.hasNumber ? QString("%1 ").arg(file.number) : QString("- ");
         }
