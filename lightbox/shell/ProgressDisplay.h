@@ -38,9 +38,11 @@ public:
     /// Begins the display, or goes on with it.
     void Show(const QString& what, int percent);
     /// Whether Escape or "Cancel" was pressed since the display began. Delivers the user's input to the
-    /// window, paints, and holds back everything else until the computation has ended.
+    /// window, paints, and holds back everything else until the computation has ended. What is queued in the
+    /// event loop without a timer has to look at IsRunning().
     bool IsInterruptRequested();
     void End();
+    bool IsRunning() const { return isRunning_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -54,6 +54,10 @@ void WindowInterface::ShowHelp(const std::string& text) {
     window_->ShowHelp(QString::fromStdString(text));
 }
 
+bool WindowInterface::IsComputing() const {
+    return progress_->IsRunning();
+}
+
 void WindowInterface::ShowProgress(const std::string& what, int percent) {
     progress_->Show(QString::fromStdString(what), percent);
 }

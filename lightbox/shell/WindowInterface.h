@@ -21,6 +21,8 @@ public:
     ScriptedWindow& Scripted() { return *scripted_; }
     /// The main window of the running host; null in batch.
     static lightbox::MainWindow* Current(Host& host);
+    /// Whether a long computation is shown, amid which nothing else may begin.
+    bool IsComputing() const;
 
     QWidget& MainWindow() override;
     std::vector<View*> Views() override;

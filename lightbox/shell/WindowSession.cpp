@@ -116,7 +116,10 @@ void WindowSession::Turn() {
         idleIsDue_ = true;
         QTimer::singleShot(0, this, [this] {
             idleIsDue_ = false;
-            host_.idle().Drain();
+            const auto* const interface = dynamic_cast<WindowInterface*>(host_.ui());
+            if (!interface || !interface->IsComputing()) { // else the next turn comes to it
+                host_.idle().Drain();
+            }
         });
     }
 }

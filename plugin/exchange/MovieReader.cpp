@@ -211,7 +211,7 @@ bool MovieReader::WaitFor(bool (MovieReader::*isDone)()) {
 void MovieReader::CheckEnd() {
     const bool ended = fault_.isEmpty() && WaitFor(&MovieReader::HasEnded);
     const bool isGood = ended && decoder_.exitStatus() == QProcess::NormalExit && decoder_.exitCode() == 0;
-    const QString words = QString::fromLocal8Bit(decoder_.readAllStandardError()).trimmed().right(300);
+    const QString words = QString::fromLocal8Bit(decoder_.readAllStandardError()).simplified().right(300);
     if (!isGood) {
         Fail(QStringLiteral("it is no movie that can be read. ffmpeg says: %1").arg(words));
     } else if (!hasPictures_) {

@@ -16,6 +16,7 @@ namespace {
 
 /// No PNG of the largest size is longer, by far.
 constexpr qint64 MAX_FILE_SIZE = qint64(1) << 30;
+constexpr qint64 PICTURE_HEAD = 33; ///< bytes, up to the end of the header
 
 bool RefusePicture(QString& fault, const QString& reason) {
     fault = reason;
@@ -73,7 +74,18 @@ bool PictureFileReader::Read(const QString& path, const PictureFit& fit, QByteAr
 }
 
 qint64 PictureFileReader::PixelCount(const QString& path) {
-    const QSize size = QImageReader(path).size();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    const QByteArray begin = file.peek(PICTURE_HEAD);
+    QSize size;
+    if (PngStructure::IsPng(begin)) {
+        const PngStructure::Header header = PngStructure::HeaderOf(begin);
+        size = QSize(header.width, header.height);
+    } else {
+        size = QImageReader(&file).size();
+    }
     return size.isValid() ? qint64(size.width()) * size.height() : 0;
 }
 
