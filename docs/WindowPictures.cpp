@@ -5,10 +5,12 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QImage>
 #include <QPainter>
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace {
 
@@ -35,6 +37,7 @@ public:
     void TakePanAndZoom();
     void TakeSlider();
     void TakeMenus();
+    void TakeDialogs();
     void TakeFloatingView();
     void TakeTransform();
     /// Needs an empty scene.
@@ -124,6 +127,21 @@ void Photographer::TakeMenus() {
     program_.Choose({"mainFileMenu"});
     Take("menu_file");
     program_.Type(RunningLightbox::Escape);
+}
+
+/// The file dialogs with options, which open in the middle of the window.
+void Photographer::TakeDialogs() {
+    const QSize size(680, 680);
+    for (const auto& dialog : {std::make_pair("import_pictures", "qmVxImportPictures"),
+                               std::make_pair("export_layers", "qmVxExportLayers")}) {
+        program_.Mel(QString("evalDeferred \"%1\"").arg(dialog.second));
+        RunningLightbox::Rest(1500);
+        const QImage window = program_.Grab(QString());
+        const QPoint corner((window.width() - size.width()) / 2, (window.height() - size.height()) / 2);
+        window.copy(QRect(corner, size)).save(folder_.filePath(QString(dialog.first) + ".png"));
+        program_.Type(RunningLightbox::Escape);
+        RunningLightbox::Rest(250);
+    }
 }
 
 void Photographer::TakeFloatingView() {
@@ -218,6 +236,7 @@ int main(int argc, char** argv) {
     photographer.TakePanAndZoom();
     photographer.TakeSlider();
     photographer.TakeMenus();
+    photographer.TakeDialogs();
     photographer.TakeFloatingView();
     return ::testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
 }
