@@ -129,16 +129,16 @@ void Photographer::TakeMenus() {
     program_.Type(RunningLightbox::Escape);
 }
 
-/// The file dialogs with options, which open in the middle of the window.
+/// The file dialogs, which open in the middle of the window, from the file's name down to the options.
 void Photographer::TakeDialogs() {
-    const QSize size(680, 680);
+    const QRect part(-325, -16, 630, 290); // from the middle
     for (const auto& dialog : {std::make_pair("import_pictures", "qmVxImportPictures"),
                                std::make_pair("export_layers", "qmVxExportLayers")}) {
         program_.Mel(QString("evalDeferred \"%1\"").arg(dialog.second));
         RunningLightbox::Rest(1500);
         const QImage window = program_.Grab(QString());
-        const QPoint corner((window.width() - size.width()) / 2, (window.height() - size.height()) / 2);
-        window.copy(QRect(corner, size)).save(folder_.filePath(QString(dialog.first) + ".png"));
+        window.copy(part.translated(window.rect().center()))
+            .save(folder_.filePath(QString(dialog.first) + ".png"));
         program_.Type(RunningLightbox::Escape);
         RunningLightbox::Rest(250);
     }
