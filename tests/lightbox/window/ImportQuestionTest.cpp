@@ -2,6 +2,7 @@
 #include "app/PluginManager.h"
 #include "host/entry/PluginMain.h"
 
+#include <QAbstractButton>
 #include <QImage>
 #include <QMessageBox>
 #include <QTimer>
