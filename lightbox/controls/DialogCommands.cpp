@@ -13,13 +13,17 @@
 #include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFontMetrics>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSize>
 #include <QStringList>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace lightbox {
@@ -146,6 +150,24 @@ void HideNameEdit(const QFileDialog& dialog) {
     }
 }
 
+/// Size, kind and date of the files are shown whole, and their names get the rest of a larger dialog.
+void MakeRoomForFiles(QFileDialog& dialog) {
+    auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (!files) {
+        return;
+    }
+    QHeaderView& header = *files->header();
+    header.setStretchLastSection(false);
+    for (int section = 0; section < header.count(); ++section) {
+        header.setSectionResizeMode(section,
+                                    section == 0 ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
+    }
+    const QSize letters(95, 30);
+    const QFontMetrics font = dialog.fontMetrics();
+    dialog.resize(dialog.size().expandedTo(
+        QSize(letters.width() * font.averageCharWidth(), letters.height() * font.lineSpacing())));
+}
+
 QFileDialog::FileMode ModeOf(int fileMode) {
     return fileMode == 0   ? QFileDialog::AnyFile
            : fileMode == 4 ? QFileDialog::ExistingFiles
@@ -160,6 +182,7 @@ void SetUpFileDialog(QFileDialog& dialog, const CommandCall& call) {
     }
     dialog.setObjectName("fileDialog");
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    MakeRoomForFiles(dialog);
     // -fileMode 3 shows only folders.
     dialog.setOption(QFileDialog::ShowDirsOnly, mode == 3);
     dialog.setFileMode(ModeOf(mode));

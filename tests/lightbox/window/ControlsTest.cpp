@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 namespace {
 
@@ -271,6 +272,9 @@ TEST_F(ControlsTest, AFileDialogHasTheOptionsOfItsCaller) {
     };
     answer([this](QFileDialog& dialog) {
         Run("checkBox -e -v 0 mine");
+        const auto* const files = dialog.findChild<QTreeView*>("treeView");
+        EXPECT_GE(files->columnWidth(3), files->fontMetrics().horizontalAdvance("22 Nov 2022 22:22:22"))
+            << "a date is shown whole";
         dialog.findChild<QLineEdit*>("fileNameEdit")->setText(prefs_.filePath("a.ma"));
         Q_EMIT dialog.filterSelected("All (*.*)");
         QMetaObject::invokeMethod(&dialog, "accept");
