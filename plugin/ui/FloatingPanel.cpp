@@ -182,6 +182,14 @@ void FloatingPanel::RestorePlace() {
     }
 }
 
+void FloatingPanel::KeepOnScreen() {
+    const QRect place = frameGeometry();
+    const QPoint inside = MoveInto(place, AvailableNear(place)).topLeft();
+    if (inside != place.topLeft()) {
+        move(inside);
+    }
+}
+
 QList<QRect> FloatingPanel::PlacesOfOthers() const {
     QList<QRect> places;
     for (const FloatingPanel* const panel : parentWidget()->findChildren<FloatingPanel*>()) {

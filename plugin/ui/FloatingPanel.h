@@ -37,6 +37,8 @@ protected:
 
     /// Moves the panel to its saved place. Called whenever the panel is shown.
     void RestorePlace();
+    /// Moves the panel onto its screen, as far as it fits. Call when it has become larger.
+    void KeepOnScreen();
 
 private:
     /// Frames of the panels that are open beside this one, in screen pixels.

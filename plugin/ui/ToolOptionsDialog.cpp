@@ -99,10 +99,9 @@ ToolOptionsDialog::ToolOptionsDialog(QWidget* parent)
     pressureShown_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     pressureShown_->setArrowType(Qt::RightArrow);
     pressureShown_->setAutoRaise(true);
-    pressureShown_->setCheckable(true);
     pressureShown_->setFocusPolicy(Qt::StrongFocus);
     grid->addWidget(pressureShown_, grid->rowCount(), 0, 1, 2);
-    ConnectGuarded(pressureShown_, &QToolButton::toggled, this, &ToolOptionsDialog::UnfoldPressure);
+    ConnectGuarded(pressureShown_, &QToolButton::clicked, this, &ToolOptionsDialog::UnfoldPressure);
     pressureParts_ = CreatePressure();
     grid->addWidget(pressureParts_, grid->rowCount(), 0, 1, 2);
     grid->setRowStretch(grid->rowCount(), 1);
@@ -133,16 +132,22 @@ QWidget* ToolOptionsDialog::CreatePressure() {
     strip_ = new PressureStrip;
     strip_->setObjectName(QStringLiteral("qmVxToolOptionsStrip"));
     int column = 0;
+    int widest = 0;
     for (PressureField* field : {opacityCurve_, sizeCurve_}) {
         auto* label = new QLabel(field == sizeCurve_ ? QStringLiteral("Pressure to size")
                                                      : QStringLiteral("Pressure to opacity"));
         label->setBuddy(field);
         grid->addWidget(label, 0, column);
         grid->addWidget(field, 1, column);
+        widest = qMax(widest, label->sizeHint().width());
         ++column;
         ConnectGuarded(field, &PressureField::Dragged, this, [this] { strip_->SetBrush(ShownBrush()); });
     }
     grid->addWidget(strip_, 2, 0, 1, 2);
+    for (column = 0; column < grid->columnCount(); ++column) { // both curves are of one size
+        grid->setColumnMinimumWidth(column, widest);
+        grid->setColumnStretch(column, 1);
+    }
     ConnectGuarded(opacityCurve_, &PressureField::Changed, this,
                    [this] { MayaUtil::SetOpacityPressure(Settings::activeTool, ShownBrush().pressure); });
     const auto sendSize = [this] { MayaUtil::SetSizePressure(Settings::activeTool, ShownBrush().pressure); };
@@ -152,11 +157,12 @@ QWidget* ToolOptionsDialog::CreatePressure() {
 }
 
 void ToolOptionsDialog::UnfoldPressure() {
-    const bool isOpen = pressureShown_->isChecked();
-    pressureShown_->setArrowType(isOpen ? Qt::DownArrow : Qt::RightArrow);
-    pressureParts_->setVisible(isOpen);
+    isUnfolded_ = !isUnfolded_;
+    pressureShown_->setArrowType(isUnfolded_ ? Qt::DownArrow : Qt::RightArrow);
+    pressureParts_->setVisible(isUnfolded_);
     layout()->activate();
-    resize(width(), isOpen ? qMax(height(), sizeHint().height()) : sizeHint().height());
+    resize(width(), isUnfolded_ ? qMax(height(), sizeHint().height()) : sizeHint().height());
+    KeepOnScreen();
 }
 
 BrushPreset ToolOptionsDialog::ShownBrush() const {
@@ -202,7 +208,7 @@ void ToolOptionsDialog::Refresh() {
     pressure_->setVisible(hasPressure);
     pressureSize_->setVisible(hasPressure);
     pressureShown_->setVisible(hasPressure);
-    pressureParts_->setVisible(hasPressure && pressureShown_->isChecked());
+    pressureParts_->setVisible(hasPressure && isUnfolded_);
     fontRow_.SetShown(tool->kind == ToolKind::Text);
     stabiliserRow_.SetShown(tool->kind == ToolKind::Freehand);
     smoothCurves_->setVisible(tool->kind == ToolKind::Freehand);

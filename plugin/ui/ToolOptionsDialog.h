@@ -62,6 +62,7 @@ private:
     PressureStrip* strip_;
     QWidget* pressureParts_;
     QToolButton* pressureShown_; ///< unfolds pressureParts_
+    bool isUnfolded_ = false;    ///< pressureParts_, for the tools that have them
     QString shownFont_;
 };
 

@@ -6,7 +6,10 @@
 #include <QCheckBox>
 #include <QFontComboBox>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QLineEdit>
+#include <QRect>
+#include <QScreen>
 #include <QSlider>
 #include <QSpinBox>
 #include <QStringList>
@@ -117,9 +120,15 @@ TEST_F(ToolOptionsDialogTest, EachChangeIsOneLine) {
 TEST_F(ToolOptionsDialogTest, PressureIsDrawnAndTried) {
     EXPECT_FALSE(Field("Size")->isVisible());
     const int folded = options_->height();
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    options_->move(screen.right() - options_->width() - 20, screen.bottom() - folded - 20);
+    Settle(20);
     Unfold()->click();
     Settle(20);
     EXPECT_TRUE(Field("Size")->isVisible());
+    EXPECT_EQ(Field("Size")->size(), Field("Opacity")->size());
+    EXPECT_TRUE(screen.contains(options_->frameGeometry())) << "it has grown upward";
+    EXPECT_FALSE(Unfold()->isChecked()) << "that looks like a selection";
     EXPECT_GT(options_->height(), folded + 100);
     Click(options_, "Pressure sets size");
     EXPECT_THAT(Lines(), ElementsAre("qmVellixUtil -e -brushSizePressure 1 0 50 50"));
