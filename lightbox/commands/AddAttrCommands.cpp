@@ -11,6 +11,7 @@
 #include "text/Quoted.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace lightbox::mel {
 namespace {
@@ -190,6 +191,17 @@ std::string FurtherFlags(const CommandCall& call, const Attribute& attribute) {
     if (call.Has("-defaultValue") && !attribute.IsNumber()) {
         text += " -dv " + DecimalText(call.Float("-defaultValue"));
     }
+    for (const auto& [flag, shortFlag] :
+         {std::pair("-defaultValue", "-dv"), std::pair("-minValue", "-min"), std::pair("-maxValue", "-max"),
+          std::pair("-softMinValue", "-smn"), std::pair("-softMaxValue", "-smx")}) {
+        const double number = call.FloatOr(flag, 0.0);
+        if (!std::isfinite(number)) {
+            text += std::string(" ") + shortFlag +
+                    (std::isnan(number) ? " nan"
+                     : number < 0.0     ? " -inf"
+                                        : " inf");
+        }
+    }
     return text;
 }
 
@@ -209,11 +221,11 @@ void SetProperties(const CommandCall& call, Attribute& attribute) {
     attribute.furtherFlags = FurtherFlags(call, attribute);
     attribute.usedAsColor = call.Has("-usedAsColor");
     attribute.niceName = call.StringOr("-niceName", "");
-    if (call.Has("-defaultValue") && attribute.IsNumber()) {
+    if (call.Has("-defaultValue") && attribute.IsNumber() && std::isfinite(call.Float("-defaultValue"))) {
         attribute.defaultValue = call.Float("-defaultValue");
     }
     const auto setNumber = [&](const char* flag, std::optional<double>& property) {
-        if (call.Has(flag)) {
+        if (call.Has(flag) && std::isfinite(call.Float(flag))) {
             property = call.Float(flag);
         }
     };

@@ -109,10 +109,6 @@ void WriteType(std::ostream& out, const Attribute& attribute) {
     out << (isTyped ? " -dt " : " -at ") << Quoted(attribute.TypeName());
 }
 
-bool IsOfType(const std::string& text, const char* type) {
-    return text.find(Quoted(type)) != std::string::npos;
-}
-
 } // namespace
 
 void WriteSetting(std::ostream& out, const PlugSetting& setting) {
@@ -182,11 +178,12 @@ std::vector<std::string> AddAttrTexts(const Attribute& attribute) {
     if (attribute.Parent()) {
         out << " -p " << Quoted(attribute.Parent()->LongName());
     }
-    std::ostringstream type;
-    WriteType(type, attribute);
-    const std::string typeText = attribute.givenType.empty() ? type.str() : " " + attribute.givenType;
-    out << typeText;
-    if (IsOfType(typeText, "compound")) {
+    if (attribute.givenType.empty()) {
+        WriteType(out, attribute);
+    } else {
+        out << ' ' << attribute.givenType;
+    }
+    if (!attribute.Children().empty() && !attribute.HasImpliedChildren()) {
         out << " -nc " << attribute.Children().size();
     }
     std::vector<std::string> texts{out.str()};

@@ -137,14 +137,18 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
 
 void AsciiWriter::WriteRequirements(const SceneContent& content) {
     out_ << "requires maya \"2018\";\n";
+    const auto textOf = [](const SceneContent::Requirement& required) {
+        return ascii::RequiresText(required.plugin, required.version, required.nodeTypes, required.dataTypes);
+    };
     for (const SceneContent::Requirement& required : content.requirements) {
-        out_ << ascii::RequiresText(required.plugin, required.version, required.nodeTypes, required.dataTypes)
-             << ";\n";
+        out_ << textOf(required) << ";\n";
     }
     for (const PreservedContent::Requirement& kept : preserved_.requirements) {
         const bool isWritten =
-            std::any_of(content.requirements.begin(), content.requirements.end(),
-                        [&](const auto& required) { return required.plugin == kept.plugin; });
+            std::any_of(content.requirements.begin(), content.requirements.end(), [&](const auto& required) {
+                return required.plugin == kept.plugin &&
+                       (!kept.isFurther || textOf(required) == kept.statement);
+            });
         if (!isWritten) {
             out_ << kept.statement << ";\n";
         }

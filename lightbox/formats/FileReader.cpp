@@ -82,7 +82,7 @@ bool IsAboutCurrent(std::string_view word) {
 
 /// Whether a statement with this word belongs in a scene, but has no meaning here.
 bool IsKeptStatement(std::string_view word) {
-    return word == "relationship" || word == "dataStructure";
+    return word == "relationship" || word == "dataStructure" || word == "applyMetadata";
 }
 
 /// Whether a statement with this word makes another node the current one.

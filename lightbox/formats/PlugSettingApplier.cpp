@@ -88,7 +88,10 @@ std::vector<Plug> PlugSettingApplier::Resolve(const std::shared_ptr<Node>& node,
         const std::shared_ptr<Attribute> above = attribute;
         attribute = node->FindAttribute(part.name);
         const bool isIndexed = part.first >= 0;
-        if (!attribute || (above && attribute->Parent() != above.get()) || (isIndexed && !attribute->multi)) {
+        // A plug has one index. What is in an array inside another array is kept.
+        const bool isNested = isIndexed && elements.first >= 0;
+        if (!attribute || (above && attribute->Parent() != above.get()) || (isIndexed && !attribute->multi) ||
+            isNested) {
             throw UnknownAttributeError("No object matches name: " + Scene::ShownName(*node) + "." + path);
         }
         if (isIndexed) {

@@ -15,30 +15,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
-#include <string_view>
 
 namespace lightbox {
-namespace {
-
-/// The number that such a word stands for: "nan", "-inf", or as it is written on Windows, "1.#QNAN",
-/// "-1.#IND", "1.#INF". Null for any other word.
-std::optional<double> NotFinite(std::string_view word) {
-    const bool isNegative = !word.empty() && word.front() == '-';
-    word.remove_prefix(isNegative ? 1 : 0);
-    const double sign = isNegative ? -1.0 : 1.0;
-    if (word == "nan" || word == "NaN" || word.compare(0, 4, "1.#Q") == 0 ||
-        word.compare(0, 4, "1.#S") == 0 || word.compare(0, 6, "1.#IND") == 0) {
-        return std::numeric_limits<double>::quiet_NaN();
-    }
-    if (word == "inf" || word == "Inf" || word == "infinity" || word.compare(0, 6, "1.#INF") == 0) {
-        return sign * std::numeric_limits<double>::infinity();
-    }
-    return std::nullopt;
-}
-
-} // namespace
 
 PlugSettingArguments::PlugSettingArguments(const mel::CommandCall& call)
     : call_(call)
@@ -46,7 +25,7 @@ PlugSettingArguments::PlugSettingArguments(const mel::CommandCall& call)
     while (position_ < arguments_.size()) {
         const mel::Value& value = arguments_[position_];
         const bool belongsToValue = hasType_ && !plug_.empty() && (IsDataType() || !ValueIsComplete());
-        if (!belongsToValue && mel::LooksLikeFlag(value) && !NotFinite(value.Text())) {
+        if (!belongsToValue && mel::LooksLikeFlag(value) && !NotFiniteNumber(value.Text())) {
             ++position_;
             if (!ParseFlag(value.Text())) {
                 throw mel::Error("Invalid flag '" + value.Text() + "'.", mel::Error::Kind::InvalidFlag);
@@ -150,7 +129,7 @@ double PlugSettingArguments::NumberOf(const mel::Value& value) const {
     if (text == "no" || text == "off" || text == "false") {
         return 0.0;
     }
-    if (const std::optional<double> number = NotFinite(text)) {
+    if (const std::optional<double> number = NotFiniteNumber(text)) {
         return *number;
     }
     double number = 0.0;

@@ -8,6 +8,19 @@
 #include <iterator>
 
 namespace lightbox {
+namespace {
+
+/// The type with which the numbers of a compound are written; empty where there is none, as of two times, or
+/// of a compound that was made as such.
+std::string TypeOfNumbers(const Attribute& attribute) {
+    if (!attribute.IsNumericCompound() || attribute.givenType == "-at \"compound\"") {
+        return {};
+    }
+    const std::string type = attribute.TypeName();
+    return NumberCountOfType(type) > 0 ? type : std::string();
+}
+
+} // namespace
 
 std::vector<PlugSetting> PlugSettingCollector::Collect(const std::shared_ptr<Node>& node) {
     PlugSettingCollector collector(node);
@@ -43,7 +56,7 @@ void PlugSettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute)
         }
         const std::size_t length = last - first;
         // One key is written as one, too: its time and its value.
-        const bool isPlain = length == 1 && (!attribute->IsCompound() || attribute->IsNumericCompound());
+        const bool isPlain = length == 1 && (!attribute->IsCompound() || !TypeOfNumbers(*attribute).empty());
         if (length == 0 || isPlain) {
             AddAttribute(attribute, elements[first]);
             ++first;
@@ -56,9 +69,7 @@ void PlugSettingCollector::AddArray(const std::shared_ptr<Attribute>& attribute)
         }
         run.hasValue = true;
         run.isBoolean = attribute->Kind() == AttributeKind::Bool;
-        if (attribute->IsNumericCompound()) {
-            run.type = attribute->TypeName();
-        }
+        run.type = TypeOfNumbers(*attribute);
         settings_.push_back(std::move(run));
         first = last;
     }
@@ -71,10 +82,11 @@ void PlugSettingCollector::AddCompound(const std::shared_ptr<Attribute>& attribu
     for (const auto& child : attribute->Children()) {
         childFlags = childFlags || HasFlagsBelow(*child, element);
     }
-    if (attribute->IsNumericCompound() && !childFlags) {
+    const std::string type = TypeOfNumbers(*attribute);
+    if (!type.empty() && !childFlags) {
         if (Numbers(*attribute, element, whole.numbers, anySet) && anySet) {
             whole.hasValue = true;
-            whole.type = attribute->TypeName();
+            whole.type = type;
         } else {
             whole.numbers.clear();
         }

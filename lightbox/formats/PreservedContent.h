@@ -43,6 +43,8 @@ public:
     struct Requirement {
         std::string plugin;
         std::string statement;
+        /// Not the file's first one of the plug-in. The first is written anew when the plug-in is loaded.
+        bool isFurther = false;
     };
     /// The settings of a node that is missing, for example a default node that this host lacks: what stands
     /// after "select -ne :name;".

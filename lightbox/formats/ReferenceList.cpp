@@ -6,6 +6,7 @@
 #include "formats/FileReader.h"
 #include "formats/PlugSettingApplier.h"
 #include "formats/PlugSettingCollector.h"
+#include "formats/ReferencePath.h"
 #include "formats/SceneFiles.h"
 #include "scene/DagNode.h"
 #include "scene/EventBus.h"
@@ -68,7 +69,15 @@ const FileReference& ReferenceList::Add(const std::string& path, const std::stri
     reference.name = FreeName(name.empty() ? reference.nameSpace + "RN" : outer + name);
     references_.push_back(reference);
     host_.scene().AddNamespace(reference.nameSpace);
-    if (!deferred) {
+    const bool isUnasked = reader && ReferencePath::IsRemote(path) &&
+                           !ReferencePath::AreOnSameServer(path, reader->source().path);
+    if (!deferred && isUnasked) {
+        // Merely looking for the file tells the other computer who is here.
+        host_.output().Warning(reader->Place() +
+                               "The referenced file is on another computer and was not opened: " + path +
+                               ". To read it, run: file -loadReference \"" + reference.name +
+                               "\". The changes to its nodes are kept.");
+    } else if (!deferred) {
         Read(reference.name);
     }
     return Locate(reference.name);
@@ -76,6 +85,19 @@ const FileReference& ReferenceList::Add(const std::string& path, const std::stri
 
 void ReferenceList::Read(const std::string& name) {
     const FileReference reference = Locate(name);
+    const auto place = [this] {
+        const FileReader* outer = host_.files().reader();
+        return outer ? outer->Place() : std::string();
+    };
+    const auto warnMissing = [&] {
+        // Nothing is lost by it: the reference and the changes to its nodes are kept.
+        host_.output().Warning(place() + "The referenced file is missing: " + reference.path +
+                               ". The changes to its nodes are kept.");
+    };
+    if (ReferencePath::IsOfOtherSystem(reference.path)) {
+        warnMissing();
+        return;
+    }
     const FileOperationScope scope(host_, FileOperation::Reference);
     // What is wrong with the referenced file is not lost by saving the file that references it.
     const ErrorCollector errors(host_.output());
@@ -83,14 +105,10 @@ void ReferenceList::Read(const std::string& name) {
     try {
         host_.files().RunReader(reader);
     } catch (const FileError& error) {
-        const FileReader* outer = host_.files().reader();
-        const std::string place = outer ? outer->Place() : std::string();
         if (QFileInfo(QString::fromStdString(reference.path)).exists()) {
-            host_.output().Error(place + "Reference file not read: " + error.what());
+            host_.output().Error(place() + "Reference file not read: " + error.what());
         } else {
-            // Nothing is lost by it: the reference and the changes to its nodes are kept.
-            host_.output().Warning(place + "The referenced file is missing: " + reference.path +
-                                   ". The changes to its nodes are kept.");
+            warnMissing();
         }
         return;
     }

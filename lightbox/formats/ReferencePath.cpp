@@ -3,6 +3,7 @@
 #include "formats/SceneFiles.h"
 
 #include <QDir>
+#include <QString>
 
 #include <cctype>
 #include <cstdlib>
@@ -38,11 +39,13 @@ std::string Expanded(const std::string& path) {
     return text;
 }
 
-/// Whether it is a path of Windows: "C:/a.ma", or "\\\\server\\a.ma".
-bool IsOfWindows(const std::string& path) {
-    const bool hasDrive = path.size() > 2 && std::isalpha(static_cast<unsigned char>(path[0])) &&
-                          path[1] == ':' && (path[2] == '/' || path[2] == '\\');
-    return hasDrive || path.compare(0, 2, "\\\\") == 0;
+bool IsSlash(char letter) {
+    return letter == '/' || letter == '\\';
+}
+
+bool HasDrive(const std::string& path) {
+    return path.size() > 2 && std::isalpha(static_cast<unsigned char>(path[0])) && path[1] == ':' &&
+           IsSlash(path[2]);
 }
 
 /// The path without the number of a file that is referenced again.
@@ -57,11 +60,34 @@ std::string WithoutNumber(const std::string& path) {
 
 std::string ReferencePath::Resolve(const std::string& given, const std::string& folder) {
     const std::string path = Expanded(WithoutNumber(given));
+    if (IsRemote(path) || IsOfOtherSystem(path)) {
+        return path;
+    }
     if (QDir::isAbsolutePath(QString::fromStdString(path)) || path.compare(0, 1, "~") == 0) {
         return SceneFiles::FindFile(path);
     }
-    const bool isElsewhere = IsOfWindows(path) || path.compare(0, 1, "$") == 0;
-    return isElsewhere ? path : SceneFiles::FindFile(folder + "/" + path);
+    return path.compare(0, 1, "$") == 0 ? path : SceneFiles::FindFile(folder + "/" + path);
+}
+
+bool ReferencePath::IsRemote(const std::string& path) {
+    return path.size() > 1 && IsSlash(path[0]) && IsSlash(path[1]);
+}
+
+bool ReferencePath::AreOnSameServer(const std::string& left, const std::string& right) {
+    const auto server = [](const std::string& path) {
+        const QString name = QString::fromStdString(path.substr(2, path.find_first_of("/\\", 2) - 2));
+        return name.toLower();
+    };
+    return IsRemote(left) && IsRemote(right) && server(left) == server(right);
+}
+
+bool ReferencePath::IsOfOtherSystem(const std::string& path) {
+#ifdef Q_OS_WIN
+    Q_UNUSED(path);
+    return false;
+#else
+    return HasDrive(path);
+#endif
 }
 
 } // namespace lightbox

@@ -173,7 +173,8 @@ PreservedContent::NodeContent* SceneBuilder::ContentOfCurrent() {
         ReportFault("There is no node that this belongs to; it was not read.");
         return nullptr;
     }
-    return &host_.files().preserved().BlockOf(missingDefault_).content;
+    // Those of another file would come again from it, each time that the scene is opened.
+    return source_.mode == Mode::Open ? &host_.files().preserved().BlockOf(missingDefault_).content : nullptr;
 }
 
 void SceneBuilder::KeepForNode(const Node& node, const std::string& statement) {
@@ -244,16 +245,23 @@ void SceneBuilder::Apply(const std::shared_ptr<Node>& node, const PlugSetting& s
 
 void SceneBuilder::Require(const std::string& plugin, const std::string& version,
                            const std::string& statement) {
-    if (plugin == "maya" || LoadPlugin(plugin)) {
+    if (plugin == "maya") {
         return;
     }
-    NoteKept("plug-in " + plugin, "The plug-in \"" + plugin + "\", version " + version +
-                                      ", is not loaded; its nodes and data are kept and written back.");
+    const bool isFurther = !required_.insert(plugin).second;
+    const bool isLoaded = LoadPlugin(plugin);
+    if (isLoaded && (!isFurther || source_.mode != Mode::Open)) {
+        return;
+    }
+    if (!isLoaded) {
+        NoteKept("plug-in " + plugin, "The plug-in \"" + plugin + "\", version " + version +
+                                          ", is not loaded; its nodes and data are kept and written back.");
+    }
     auto& requirements = host_.files().preserved().requirements;
     const bool isListed = std::any_of(requirements.begin(), requirements.end(),
                                       [&](const auto& other) { return other.statement == statement; });
     if (!isListed) {
-        requirements.push_back({plugin, statement});
+        requirements.push_back({plugin, statement, isFurther});
     }
 }
 
@@ -295,7 +303,12 @@ void SceneBuilder::SetUnits(const std::string& linear, const std::string& angula
         return;
     }
     const MTime::Unit unit = UnitFromName(time);
-    if (unit == MTime::kInvalid) {
+    const bool isRate = time.size() > 3 && time.compare(time.size() - 3, 3, "fps") == 0 &&
+                        time.find_first_not_of("0123456789.") == time.size() - 3;
+    if (unit == MTime::kInvalid && isRate) {
+        WarnOnce("rate", "There is no time unit '" + time + "' here. The frames stay as they are, at " +
+                             UnitName(host_.time().Unit()) + ".");
+    } else if (unit == MTime::kInvalid) {
         ReportFault("Unknown time unit '" + time + "'.");
     } else if (source_.mode == Mode::Open) {
         host_.time().SetUnit(unit);
@@ -340,7 +353,12 @@ void SceneBuilder::Connect(const std::string& source, const std::string& destina
         } else if (!flags.empty() || to.IsArray()) {
             throw UnknownAttributeError(to.Name());
         }
-        if (!host_.scene().connections().Add(from, to) && host_.scene().connections().SourceOf(to) != from) {
+        Connections& connections = host_.scene().connections();
+        const Plug before = connections.SourceOf(to);
+        if (before && before.node->isDefault && to.node->isDefault && before != from) {
+            connections.Remove(before, to); // a new scene has it; the file has another one
+        }
+        if (!connections.Add(from, to) && connections.SourceOf(to) != from) {
             ReportFault("The attribute '" + to.Name() + "' is connected already.");
         }
     } catch (const SceneError&) {

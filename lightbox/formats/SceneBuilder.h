@@ -165,9 +165,10 @@ private:
     std::unordered_map<const Node*, std::string> localPaths_;
     std::map<std::string, std::shared_ptr<const NodeType>> unknownTypes_;
     std::shared_ptr<Node> sceneScript_;
-    bool hasScriptUuid_ = false; ///< the file gives the scene's script node one
-    SceneUnits units_;           ///< of what is being read
-    bool hasHeadUnits_ = false;  ///< the file's own units have been read
+    bool hasScriptUuid_ = false;     ///< the file gives the scene's script node one
+    SceneUnits units_;               ///< of what is being read
+    bool hasHeadUnits_ = false;      ///< the file's own units have been read
+    std::set<std::string> required_; ///< the plug-ins of the statements so far
     std::set<std::string> warned_;
     std::vector<std::string> kept_; ///< the kinds of NoteKept()
     int shownFaults_ = 0;

@@ -64,6 +64,21 @@ Value WithNamesInScene(SceneBuilder& builder, CommandCall& call, const Command& 
     return command(inScene);
 }
 
+/// The same; a statement that the command refuses is kept.
+Value WithNamesInSceneOrKept(SceneBuilder& builder, CommandCall& call, const Command& command) {
+    const auto keep = [&](const std::exception& error) {
+        builder.KeepForFile(builder.Statement(), call.Name(), std::string(error.what()) + " It is kept.");
+    };
+    try {
+        return WithNamesInScene(builder, call, command);
+    } catch (const mel::Error& error) {
+        keep(error);
+    } catch (const SceneError& error) {
+        keep(error);
+    }
+    return {};
+}
+
 Value Requires(SceneBuilder& builder, CommandCall& call, const Command&) {
     const std::string version = call.Objects().size() > 1 ? call.Object(1).AsString() : "";
     builder.Require(call.Object(0).AsString(), version, builder.Statement());
@@ -193,23 +208,12 @@ Value Parent(SceneBuilder& builder, CommandCall& call, const Command& command) {
                             "Instances are not supported; the statements that make them are kept.");
         return {};
     }
-    return WithNamesInScene(builder, call, command);
+    return WithNamesInSceneOrKept(builder, call, command);
 }
 
 /// A connection that was never made, because it is kept, cannot be broken.
 Value DisconnectAttr(SceneBuilder& builder, CommandCall& call, const Command& command) {
-    const auto keep = [&](const std::exception& error) {
-        builder.KeepForFile(builder.Statement(), "disconnectAttr",
-                            std::string(error.what()) + " It is kept.");
-    };
-    try {
-        return WithNamesInScene(builder, call, command);
-    } catch (const mel::Error& error) {
-        keep(error);
-    } catch (const SceneError& error) {
-        keep(error);
-    }
-    return {};
+    return WithNamesInSceneOrKept(builder, call, command);
 }
 
 /// A file adds namespaces, and no more.
@@ -246,7 +250,8 @@ Value AddAttr(SceneBuilder& builder, CommandCall& call, const Command& command) 
     // A compound has to get all of its children.
     const bool isOfCompound =
         node && !parent.empty() && !node->FindAttribute(parent) && !builder.IsKeptAttribute(parent);
-    const bool isPresent = node && node->FindAttribute(longName);
+    const bool isPresent =
+        node && (node->FindAttribute(longName) || (!shortName.empty() && node->FindAttribute(shortName)));
     const bool isKept = !node || isPresent || builder.IsKeptAttribute(parent) ||
                         call.UseCount("-dataType") > 1 || (!isKnown && !isOfCompound);
     if (isKept) {

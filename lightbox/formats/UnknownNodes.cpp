@@ -68,11 +68,13 @@ void UnknownNodes::Convert(const Plugin& plugin) {
 
 void UnknownNodes::KeepRequirement(const Plugin& plugin) {
     auto& requirements = host_.files().preserved().requirements;
-    requirements.erase(std::remove_if(requirements.begin(), requirements.end(),
-                                      [&](const auto& other) { return other.plugin == plugin.name; }),
-                       requirements.end());
-    requirements.push_back(
-        {plugin.name, ascii::RequiresText(plugin.name, plugin.version, plugin.nodeTypes, plugin.dataTypes)});
+    requirements.erase(
+        std::remove_if(requirements.begin(), requirements.end(),
+                       [&](const auto& other) { return other.plugin == plugin.name && !other.isFurther; }),
+        requirements.end());
+    const std::string text =
+        ascii::RequiresText(plugin.name, plugin.version, plugin.nodeTypes, plugin.dataTypes);
+    requirements.push_back({plugin.name, text, false});
 }
 
 void UnknownNodes::KeepAttributes(const std::shared_ptr<Node>& node, const Plugin& plugin) {

@@ -29,6 +29,7 @@ public:
     std::size_t Count() const { return tokens_.size(); }
     const Value& At(std::size_t index) const { return tokens_[index].value; }
     const Token& TokenAt(std::size_t index) const { return tokens_[index]; }
+    void Replace(std::size_t index, Value value) { tokens_[index].value = std::move(value); }
     void Add(Value value) { tokens_.push_back({std::move(value), ArgumentForm::Computed}); }
 
     static MArgList Wrap(ArgumentTokens tokens);

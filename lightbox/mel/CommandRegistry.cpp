@@ -12,6 +12,7 @@ CommandRegistry::Overlay::Overlay(CommandRegistry& registry, const std::map<std:
         command->function = [covered = std::move(command->function), function = function](CommandCall& call) {
             return function(call, covered);
         };
+        command->takesNotFinite = true;
         commands_[name] = std::move(command);
     }
     registry_.overlay_ = this;

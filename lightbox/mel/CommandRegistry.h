@@ -30,6 +30,8 @@ public:
         /// How to parse the arguments; not used for a raw command.
         MSyntax syntax;
         bool raw = false;
+        /// Whether a flag's number may be infinite or none, "inf" or "nan", as a scene file may have it.
+        bool takesNotFinite = false;
         unsigned minimumArguments = 0;
         unsigned maximumArguments = ~0u;
         Function function;
@@ -40,8 +42,9 @@ public:
         bool IsPlugin() const { return !plugin.empty(); }
     };
 
-    /// Puts other functions into the place of commands for as long as it exists. Each keeps the syntax of its
-    /// command and is handed the command's own function. Overlays nest; only the innermost counts.
+    /// Puts other functions, for the statements of a file, into the place of commands for as long as it
+    /// exists. Each keeps the syntax of its command, takes numbers that are not finite as well, and is handed
+    /// the command's own function. Overlays nest; only the innermost counts.
     class Overlay : NonCopyable {
     public:
         using Function = std::function<Value(CommandCall&, const CommandRegistry::Function& command)>;

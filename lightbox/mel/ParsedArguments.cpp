@@ -5,6 +5,8 @@
 
 #include <maya/MTime.h>
 
+#include <optional>
+
 namespace lightbox::mel {
 
 namespace {
@@ -69,9 +71,10 @@ bool Fits(MSyntax::MArgType type, const Value& value) {
 
 } // namespace
 
-ParsedArguments::ParsedArguments(const MSyntax& syntax, ArgumentTokens tokens)
+ParsedArguments::ParsedArguments(const MSyntax& syntax, ArgumentTokens tokens, bool takesNotFinite)
     : syntax_(SyntaxTable::Share(syntax))
-    , tokens_(std::move(tokens)) {
+    , tokens_(std::move(tokens))
+    , takesNotFinite_(takesNotFinite) {
     FindMode();
     // A mode flag changes how the flags before it are parsed.
     while (!Parse()) {
@@ -145,6 +148,11 @@ void ParsedArguments::ParseFlagArguments(Use& use, std::size_t& index) {
     }
     const bool isOptional = isQuery_ && !use.flag->needsArgumentsInQuery;
     for (const MSyntax::MArgType type : use.flag->arguments) {
+        if (TakeNotFinite(use, type, index)) {
+            ++use.argumentCount;
+            ++index;
+            continue;
+        }
         // Only a bare word is certainly a flag: a quoted text may begin with a hyphen.
         const bool isThere = index < tokens_.Count() && tokens_.TokenAt(index).form != ArgumentForm::FlagWord;
         const bool isNumber = use.flag->takesNumbers && isThere && tokens_.At(index).IsNumber();
@@ -161,6 +169,23 @@ void ParsedArguments::ParseFlagArguments(Use& use, std::size_t& index) {
         ++use.argumentCount;
         ++index;
     }
+}
+
+bool ParsedArguments::TakeNotFinite(const Use& use, MSyntax::MArgType type, std::size_t index) {
+    const bool isNumber = type == MSyntax::kDouble || type == MSyntax::kLong || type == MSyntax::kUnsigned;
+    if (!takesNotFinite_ || !isNumber || index >= tokens_.Count() || !tokens_.At(index).IsString()) {
+        return false;
+    }
+    const std::optional<double> number = NotFiniteNumber(tokens_.At(index).Text());
+    if (number && type != MSyntax::kDouble) {
+        throw Error("Invalid number '" + tokens_.At(index).Text() + "' of the flag '" +
+                        tokens_.At(use.position).Text() + "'",
+                    Error::Kind::InvalidFlag);
+    }
+    if (number) {
+        tokens_.Replace(index, Value(*number));
+    }
+    return number.has_value();
 }
 
 void ParsedArguments::AddObject(const Value& value) {

@@ -28,8 +28,9 @@ public:
     };
 
     /// Throws Error when the arguments do not fit: "Invalid flag '-x'", "Flag '-x' must be passed a string
-    /// argument", "Too many objects or values."
-    ParsedArguments(const MSyntax& syntax, ArgumentTokens tokens);
+    /// argument", "Too many objects or values." With `takesNotFinite`, a flag's number may be a word like
+    /// "inf"; where that is no sense, the flag counts as invalid.
+    ParsedArguments(const MSyntax& syntax, ArgumentTokens tokens, bool takesNotFinite = false);
 
     bool IsQuery() const { return isQuery_; }
     bool IsEdit() const { return isEdit_; }
@@ -52,6 +53,8 @@ private:
     void FindMode();
     bool ParseFlag(std::size_t& index);
     void ParseFlagArguments(Use& use, std::size_t& index);
+    /// Makes a number of the token if it is a word for one that is not finite.
+    bool TakeNotFinite(const Use& use, MSyntax::MArgType type, std::size_t index);
     void AddObject(const Value& value);
     void CheckObjects() const;
     bool BeginsFlag(std::size_t index) const;
@@ -61,6 +64,7 @@ private:
     std::vector<Use> uses_;
     std::vector<Value> commandArguments_;
     std::vector<Value> objects_;
+    bool takesNotFinite_ = false;
     bool isQuery_ = false;
     bool isEdit_ = false;
 };

@@ -110,20 +110,40 @@ bool Parser::AtForIn(Token& name) {
 StatementPtr Parser::ParseFor() {
     const Token keyword = lexer_.Take();
     Expect(TokenKind::LeftParen, "\"(\"");
+    const Token type = lexer_.Peek();
+    const bool isDeclared = type.kind >= TokenKind::TypeInt && type.kind <= TokenKind::TypeVector;
+    if (isDeclared) {
+        lexer_.Take();
+    }
     Token name;
     if (AtForIn(name)) {
         return ParseForIn(keyword, name);
     }
-    ExpressionList start = ParseExpressionList(TokenKind::Semicolon);
-    Expect(TokenKind::Semicolon, "\";\"");
+    StatementPtr declaration;
+    ExpressionList start;
+    if (isDeclared) {
+        // The variables stay behind the loop, like those that an assignment in it makes.
+        lexer_.MoveTo(type.begin);
+        declaration = ParseDeclaration(type.begin, ParseType(), false);
+    } else {
+        start = ParseExpressionList(TokenKind::Semicolon);
+        Expect(TokenKind::Semicolon, "\";\"");
+    }
     ExpressionPtr condition = NextIs(TokenKind::Semicolon) ? nullptr : ParseExpression();
     Expect(TokenKind::Semicolon, "\";\"");
     ExpressionList step = ParseExpressionList(TokenKind::RightParen);
     Expect(TokenKind::RightParen, "\")\"");
     const QScopedValueRollback<int> inLoop(loops_, loops_ + 1);
     StatementPtr body = ParseBody();
-    return std::make_unique<LoopStatement>(keyword.begin, std::move(start), std::move(condition),
-                                           std::move(step), std::move(body));
+    auto loop = std::make_unique<LoopStatement>(keyword.begin, std::move(start), std::move(condition),
+                                                std::move(step), std::move(body));
+    if (!declaration) {
+        return loop;
+    }
+    StatementList both;
+    both.push_back(std::move(declaration));
+    both.push_back(std::move(loop));
+    return std::make_unique<BlockStatement>(keyword.begin, std::move(both));
 }
 
 StatementPtr Parser::ParseForIn(const Token& keyword, const Token& name) {

@@ -195,7 +195,7 @@ Value Runtime::CallCommand(const std::shared_ptr<const CommandRegistry::Command>
         if (command.unparsed) {
             return command.unparsed(std::move(tokens));
         }
-        const ParsedArguments parsed(command.syntax, std::move(tokens));
+        const ParsedArguments parsed(command.syntax, std::move(tokens), command.takesNotFinite);
         CommandCall call(interpreter_, command.name, parsed.Objects(), &parsed);
         return command.function(call);
     } catch (const Error&) {

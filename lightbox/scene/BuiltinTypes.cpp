@@ -254,7 +254,7 @@ void AddSceneTypes(TypeRegistry& registry) {
              {{Kind::Message, "dagSetMembers", "dsm", 0, "hn"},
               {Kind::Message, "dnSetMembers", "dnsm", 0, "hn"},
               {Kind::Message, "groupNodes", "gn", 0, "hn"},
-              {Kind::Message, "usedBy", "ub", 0, "hn"},
+              {Kind::Message, "usedBy", "ub", 0, "hm"},
               {Kind::Message, "partition", "pa", 0, "h"},
               {Kind::Bool, "verticesOnlySet", "vo"},
               {Kind::Bool, "edgesOnlySet", "eo"},
@@ -320,6 +320,7 @@ void AddAnimationCurves(TypeRegistry& registry) {
                                    {{curve.input, "input", "i"}, {curve.output, "output", "o", 0, "o"}});
         auto keys = std::make_shared<Attribute>("keyTimeValue", "ktv", Kind::Compound);
         keys->multi = true;
+        keys->givenType = "-at \"compound\""; // pairs without a type of their own, also of two like numbers
         keys->AddChild(std::make_shared<Attribute>("keyTime", "kt", curve.input));
         keys->AddChild(std::make_shared<Attribute>("keyValue", "kv", curve.output));
         type->AddAttribute(std::move(keys));

@@ -33,7 +33,11 @@ bool ReadNumber(std::string_view text, double& number, std::string_view* rest) {
     } else if (!digits.empty() && (digits[0] == '.' || (digits[0] >= '0' && digits[0] <= '9'))) {
         read = std::from_chars(digits.data(), end, magnitude);
         if (read.ec == std::errc::result_out_of_range) {
-            magnitude = std::numeric_limits<double>::infinity();
+            const std::string_view exponent(digits.data(),
+                                            static_cast<std::size_t>(read.ptr - digits.data()));
+            const bool isTooSmall = exponent.find("e-") != std::string_view::npos ||
+                                    exponent.find("E-") != std::string_view::npos;
+            magnitude = isTooSmall ? 0.0 : std::numeric_limits<double>::infinity();
             read.ec = std::errc();
         }
     } else {
@@ -47,6 +51,20 @@ bool ReadNumber(std::string_view text, double& number, std::string_view* rest) {
         *rest = text.substr(static_cast<std::size_t>(read.ptr - text.data()));
     }
     return true;
+}
+
+std::optional<double> NotFiniteNumber(std::string_view word) {
+    const bool isNegative = !word.empty() && word.front() == '-';
+    word.remove_prefix(isNegative ? 1 : 0);
+    const double sign = isNegative ? -1.0 : 1.0;
+    if (word == "nan" || word == "NaN" || word.compare(0, 4, "1.#Q") == 0 ||
+        word.compare(0, 4, "1.#S") == 0 || word.compare(0, 6, "1.#IND") == 0) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    if (word == "inf" || word == "Inf" || word == "infinity" || word.compare(0, 6, "1.#INF") == 0) {
+        return sign * std::numeric_limits<double>::infinity();
+    }
+    return std::nullopt;
 }
 
 bool IsNumber(std::string_view text, double& number) {

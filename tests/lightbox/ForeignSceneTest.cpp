@@ -367,3 +367,48 @@ TEST_F(ForeignSceneTest, CodesetsScriptNodesAndLicencesComeBack) {
     EXPECT_THAT(Output(), HasSubstr("not in its codeset, 932"));
     EXPECT_THAT(SceneText(), HasSubstr("caf\xc3\xa9 \x81 e"));
 }
+
+TEST_F(ForeignSceneTest, ARigWithNumbersArraysAndFilesOfAllKinds) {
+    ASSERT_EQ(ErrorOfOpening("rig.ma"), "none") << Output();
+    const std::string messages = Output();
+    EXPECT_THAT(messages, HasSubstr("no time unit '119.88fps' here"));
+    EXPECT_THAT(messages,
+                HasSubstr("on another computer and was not opened: //no.such.server.invalid/show/far.ma. "
+                          "To read it, run: file -loadReference \"farRN\"."));
+    EXPECT_THAT(messages, HasSubstr("was not opened: \\\\no.such.server.invalid\\show\\away.ma."));
+    EXPECT_THAT(messages, Not(HasSubstr("do not belong in a scene")));
+    EXPECT_EQ(Typed("getAttr rig.upper") + Typed("getAttr rig.lower"), "float 7float -7");
+    EXPECT_EQ(Typed("getAttr rig.point") + Typed("getAttr rig.till"), "float[] 1 2 3float 24");
+    EXPECT_EQ(Typed("listConnections \":initialShadingGroup.ss\""), "string[] skin");
+    EXPECT_EQ(Typed("keyframe -q -vc driven"), "float[] 0.5");
+    Save("saved.ma");
+    const std::string saved = Squeezed(ReadScene("saved.ma"));
+    for (const char* kept :
+         {R"("mayaAscii" "//no.such.server.invalid/show/far.ma";)",
+          R"("mayaAscii" "\\\\no.such.server.invalid\\show\\away.ma";)",
+          R"(requires -nodeType "notebook" -dataType "notes" "notes" "1.1";)",
+          R"(requires "notes" "3.0 beta";)",
+          R"(applyMetadata -fmt "raw" -v "channel\nname table\nendChannel\nendAssociations\n" -scn;)",
+          R"(addAttr -ci true -max inf -sn "upper" -ln "upper" -at "double";)",
+          R"(addAttr -ci true -dv nan -min -inf -max inf -sn "lower" -ln "lower" -at "double";)",
+          R"(addAttr -dcb inf -ci true -sn "odd" -ln "odd" -at "double";)",
+          R"(setAttr ".odd" 3;)",
+          R"(-sn "point" -ln "point" -at "double3" -nc 3;)",
+          R"(setAttr ".point" -type "double3" 1 2 3;)",
+          R"(setAttr ".from" 12; setAttr ".till" 24;)",
+          R"(setAttr ".qx" 0.5;)",
+          R"(setAttr -s 2 ".part[0].weight[0:1]" 0.1 0.2; setAttr -s 2 ".part[4].weight[0:1]" 0.3 0.4;)",
+          R"(addAttr -ci true -sn "v" -ln "ownVisibility" -at "bool";)",
+          R"(setAttr -s 2 ".ktv[0:1]" 1 10 24 20;)",
+          R"(setAttr ".ktv[0]" 1 0.5;)",
+          R"(connectAttr "rig.msg" "skinSet.ub[0]";)",
+          R"(connectAttr "rig.part[4].weight[1]" "skinSet.gone";)",
+          R"(connectAttr "skin.oc" ":initialShadingGroup.ss";)",
+          R"(parent "rig" "nobody";)"}) {
+        EXPECT_THAT(saved, HasSubstr(kept));
+    }
+    // The settings of default nodes in a referenced file stay in that file.
+    EXPECT_THAT(saved, HasSubstr("select -ne :defaultTextureList1; setAttr -s 3 \".tx\";"));
+    EXPECT_THAT(saved, Not(HasSubstr("select -ne :hardwareRenderingGlobals;")));
+    ExpectSteady("rig.ma");
+}

@@ -120,6 +120,8 @@ TEST_F(MelLanguageTest, RunsStatements) {
          "$s",
          "int 12"},
         {"int $u = 0; for ($k = 0, $l = 9; $k < $l; $k++, $l--) $u++; $u", "int 5"},
+        {"int $dt = 0; for (int $di = 1, $dj = 4; $di < $dj; ++$di) $dt += $di; $dt + $di", "int 10"},
+        {"string $ds = \"\"; for (string $de in {\"a\", \"b\"}) { $ds += $de; } $ds", "string ab"},
         {"int $w = 0; while (1) { if (++$w > 4) break; } $w", "int 5"},
         {"int $o = 9; do { $o++; } while (0); $o", "int 10"},
         {"string $j = \"\"; string $each; for ($each in {\"a\", \"b\"}) $j += $each + \";\"; $j",
