@@ -2,6 +2,7 @@
 
 #include <maya/MBoundingBox.h>
 #include <maya/MDagPath.h>
+#include <maya/MFrameContext.h>
 #include <maya/MMatrix.h>
 #include <maya/MUserData.h>
 #include <maya/MViewport2Renderer.h>
@@ -9,7 +10,6 @@
 namespace MHWRender {
 
 class MDrawContext;
-class MFrameContext;
 class MUIDrawManager;
 
 /// Base class of the overrides that draw a plug-in's nodes in Viewport 2.0. The host makes and owns one

@@ -14,6 +14,10 @@ enum DrawAPI {
     kOpenGLCoreProfile = (1 << 2),
     kAllDevices = (kOpenGL | kDirectX11 | kOpenGLCoreProfile)
 };
+/// Several libraries, as MPxDrawOverride::supportedDrawAPIs() answers them.
+constexpr DrawAPI operator|(DrawAPI left, DrawAPI right) {
+    return static_cast<DrawAPI>(static_cast<int>(left) | static_cast<int>(right));
+}
 
 /// The pixel formats of textures and targets.
 enum MRasterFormat {

@@ -1,10 +1,12 @@
 // A plug-in as others write them: a locator that draws itself with OpenGL, which it has from the headers of
-// the host.
+// the host, and in Viewport 2.0 with an override.
 
 #include <maya/MColor.h>
 #include <maya/MDagPath.h>
+#include <maya/MDrawRegistry.h>
 #include <maya/MFnPlugin.h>
 #include <maya/MPoint.h>
+#include <maya/MPxDrawOverride.h>
 #include <maya/MPxLocatorNode.h>
 #include <maya/MTypeId.h>
 
@@ -41,17 +43,47 @@ private:
     }
 };
 
+class ArrowOverride : public MHWRender::MPxDrawOverride {
+public:
+    static MHWRender::MPxDrawOverride* Creator(const MObject& node) { return new ArrowOverride(node); }
+
+    MHWRender::DrawAPI supportedDrawAPIs() const override {
+        return (MHWRender::kOpenGL | MHWRender::kDirectX11 | MHWRender::kOpenGLCoreProfile);
+    }
+    bool isBounded(const MDagPath&, const MDagPath&) const override { return false; }
+    MBoundingBox boundingBox(const MDagPath&, const MDagPath&) const override { return MBoundingBox(); }
+    MUserData* prepareForDraw(const MDagPath&, const MDagPath&, const MHWRender::MFrameContext& frame,
+                              MUserData* data) override {
+        int x = 0;
+        int y = 0;
+        int width = 0;
+        int height = 0;
+        frame.getViewportDimensions(x, y, width, height);
+        return data;
+    }
+
+private:
+    explicit ArrowOverride(const MObject& node)
+        : MHWRender::MPxDrawOverride(node, nullptr) {}
+};
+
 const MTypeId ARROW_ID(0x00102);
+const MString ARROW_CLASS("drawdb/geometry/arrowLocator");
+const MString ARROW_REGISTRANT("arrowPlugin");
 
 } // namespace
 
 MStatus initializePlugin(MObject object) {
     MFnPlugin plugin(object, "Somebody", "1.0", "Any");
-    return plugin.registerNode("arrowLocator", ARROW_ID, ArrowLocator::Creator, ArrowLocator::Initialize,
-                               MPxNode::kLocatorNode);
+    const MStatus status = plugin.registerNode("arrowLocator", ARROW_ID, ArrowLocator::Creator,
+                                               ArrowLocator::Initialize, MPxNode::kLocatorNode, &ARROW_CLASS);
+    CHECK_MSTATUS_AND_RETURN_IT(status);
+    return MHWRender::MDrawRegistry::registerDrawOverrideCreator(ARROW_CLASS, ARROW_REGISTRANT,
+                                                                 ArrowOverride::Creator);
 }
 
 MStatus uninitializePlugin(MObject object) {
     MFnPlugin plugin(object);
+    CHECK_MSTATUS(MHWRender::MDrawRegistry::deregisterDrawOverrideCreator(ARROW_CLASS, ARROW_REGISTRANT));
     return plugin.deregisterNode(ARROW_ID);
 }
