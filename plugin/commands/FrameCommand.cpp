@@ -186,6 +186,13 @@ bool FrameCommand::CheckUnlocked(const char* refusal) const {
     return !locked || RefuseEdit(refusal);
 }
 
+/// No frame comes to a layer that the press of the stroke in progress added: when that is undone, the layer
+/// would have to stay for the frame, known to no undo step.
+bool FrameCommand::CheckNotOfStroke() const {
+    return hasRun_ || !node_->GetLayerManager()->IsLayerOfStroke(layer_) ||
+           RefuseEdit("The stroke that made the layer is still being drawn. Finish it first.");
+}
+
 // A change that was made does not fail because the time slider could not follow it.
 void FrameCommand::RefreshHostTicks() const {
     RunGuarded("Refreshing the time slider", [this] { MayaUtil::RefreshTimeControl(node_->thisMObject()); });
@@ -254,6 +261,9 @@ MStatus FrameCommand::InsertFrame() {
 }
 
 MStatus FrameCommand::PlanInsert() {
+    if (!CheckNotOfStroke()) {
+        return MS::kFailure;
+    }
     const FrameRange range = FrameRange::FromTimeSlider();
     if (!range.CanBeFilled()) {
         return RefuseEdit(QString("Cannot insert more than %1 frames").arg(int(FrameRange::MAX_FRAMES)));
@@ -316,6 +326,9 @@ MStatus FrameCommand::DuplicateFrame() {
 
 MStatus FrameCommand::PlanDuplicate() {
     const Layer* const layer = GetLayer();
+    if (!CheckNotOfStroke()) {
+        return MS::kFailure;
+    }
     if (layer && layer->FrameExists()) {
         return RefuseEdit("A frame already exists at the current time.");
     }
@@ -384,6 +397,9 @@ MStatus FrameCommand::PasteFrames() {
 }
 
 MStatus FrameCommand::PlanPaste() {
+    if (!CheckNotOfStroke()) {
+        return MS::kFailure;
+    }
     const FrameRange range = FrameRange::FromTimeSlider();
     const Layer* const layer = GetLayer();
     std::set<int> times;

@@ -93,6 +93,7 @@ private:
     bool CheckLayerExists() const;
     /// Returns false, and logs `refusal`, if the layer is locked.
     bool CheckUnlocked(const char* refusal) const;
+    bool CheckNotOfStroke() const;
 
     const Flag* flag_ = nullptr; ///< the flag whose action runs; null for none
     bool undoable_ = false;

@@ -316,7 +316,7 @@ bool LayerCommand::TakeOut(const std::vector<LayerId>& ids) {
     std::vector<Removed> removed;
     removed.reserve(ids.size());
     for (const LayerId id : ids) {
-        removed.push_back({id, LayerSpot(*drawing_, id), nullptr, IsOfStroke(id)});
+        removed.push_back({id, LayerSpot(*drawing_, id), nullptr, drawing_->IsLayerOfStroke(id)});
     }
     removed_ = std::move(removed);
     TakeOutAgain(removed_.size());
@@ -331,24 +331,23 @@ void LayerCommand::TakeOutAgain(std::size_t count) {
     }
 }
 
-/// Whether the press of the stroke in progress has added the layer.
-bool LayerCommand::IsOfStroke(LayerId id) const {
-    return drawing_->HasActiveStroke() && drawing_->GetStrokeAdditions().HasLayer() &&
-           drawing_->GetStrokeDrawing().layer == id;
-}
-
 /// A layer that a press had added goes with its stroke, if that was dropped while the layer was out: no undo
-/// step knows of it.
-void LayerCommand::ForgetLayersOfDroppedStrokes() {
+/// step knows of it. Returns whether it was the active one, so that its camera was active for the press
+/// alone.
+bool LayerCommand::ForgetLayersOfDroppedStrokes() {
     const auto isKept = [this](const Removed& removed) {
-        return !removed.isOfStroke || removed.layer->FrameCount() > 0 || IsOfStroke(removed.id);
+        return !removed.isOfStroke || removed.layer->FrameCount() > 0 ||
+               drawing_->IsLayerOfStroke(removed.id);
     };
+    bool wasActive = false;
     for (const Removed& removed : removed_) {
         if (!isKept(removed)) {
+            wasActive = wasActive || removed.id == before_.GetLayer();
             layers_.erase(std::remove(layers_.begin(), layers_.end(), removed.id), layers_.end());
         }
     }
     removed_.erase(std::stable_partition(removed_.begin(), removed_.end(), isKept), removed_.end());
+    return wasActive;
 }
 
 MStatus LayerCommand::PutBack() {
@@ -389,8 +388,13 @@ MStatus LayerCommand::DeleteChosen() {
 }
 
 MStatus LayerCommand::DeleteUndo() {
+    const bool wasOfPress = ForgetLayersOfDroppedStrokes();
     PutBack();
-    before_.Restore(*node_);
+    if (wasOfPress) {
+        after_.reset(); // what was active then was so for the press
+    } else {
+        before_.Restore(*node_);
+    }
     return MS::kSuccess;
 }
 

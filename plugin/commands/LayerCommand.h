@@ -83,8 +83,7 @@ private:
     MStatus InsertNewLayer(int destination);
     bool TakeOut(const std::vector<LayerId>& ids);
     /// Puts the layers that were taken out back to their spots.
-    bool IsOfStroke(LayerId id) const;
-    void ForgetLayersOfDroppedStrokes();
+    bool ForgetLayersOfDroppedStrokes();
     MStatus PutBack();
     void RememberActive() noexcept;
     void TakeOutAgain(std::size_t count);

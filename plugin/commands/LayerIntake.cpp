@@ -66,7 +66,7 @@ bool LayerIntake::Plan(const LayerManager& layers, std::vector<IncomingLayer>& i
     }
     for (std::size_t i = 0; i < incoming.size(); ++i) {
         if (takers[i]) {
-            if (!PlanJoined(*takers[i], incoming[i], refusal)) {
+            if (!PlanJoined(layers, *takers[i], incoming[i], refusal)) {
                 return false;
             }
             continue;
@@ -95,7 +95,8 @@ bool LayerIntake::Plan(const LayerManager& layers, std::vector<IncomingLayer>& i
     return true;
 }
 
-bool LayerIntake::PlanJoined(Layer& layer, IncomingLayer& incoming, QString& refusal) {
+bool LayerIntake::PlanJoined(const LayerManager& layers, Layer& layer, IncomingLayer& incoming,
+                             QString& refusal) {
     if (layer.GetState() == LayerState::Locked) {
         refusal = QString("the layer \"%1\" is locked; unlock it first, or name another with -layer")
                       .arg(layer.GetName());
@@ -103,6 +104,11 @@ bool LayerIntake::PlanJoined(Layer& layer, IncomingLayer& incoming, QString& ref
     }
     if (incoming.hasEveryTime) {
         LeaveOutShown(&layer, incoming.pictures);
+    }
+    if (layers.IsLayerOfStroke(layer.GetId())) {
+        refusal = QString("the stroke that made the layer \"%1\" is still being drawn; finish it first")
+                      .arg(layer.GetName());
+        return false;
     }
     Joined joined{layer.GetId(), std::make_unique<FrameExchange>()};
     for (const auto& picture : incoming.pictures) {

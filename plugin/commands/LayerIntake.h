@@ -75,7 +75,7 @@ private:
         LayerSpot spot;                ///< after the first run
     };
 
-    bool PlanJoined(Layer& layer, IncomingLayer& incoming, QString& refusal);
+    bool PlanJoined(const LayerManager& layers, Layer& layer, IncomingLayer& incoming, QString& refusal);
     void PlanAdded(IncomingLayer& incoming, LayerId above, LayerId below);
     bool Exchange(LayerManager& layers, bool (FrameExchange::*step)(Layer&, QString&),
                   bool (FrameExchange::*back)(Layer&, QString&), QString& refusal);

@@ -174,6 +174,8 @@ public:
     DrawingId GetStrokeDrawing() const;
     /// What the press of the stroke added.
     const PressAdditions& GetStrokeAdditions() const { return strokeAdditions_; }
+    /// Whether the press of the stroke added the layer. It goes with a stroke that is dropped.
+    bool IsLayerOfStroke(LayerId layer) const;
     /// Paints the stroke into its drawing, wherever that is now, and ends it. `undo` receives the bytes that
     /// take it back (TilePatch). Returns false if nothing was painted: then a stroke whose drawing is gone is
     /// cancelled, and one on another camera stays.

@@ -184,6 +184,7 @@ void LayerManager::FollowCamera(const QString& from, const QString& to) {
     if (previousActiveCamera_ == from) {
         previousActiveCamera_ = to;
     }
+    strokeAdditions_.FollowCamera(from, to);
     masterCacheQueue_.removeAll(from);
     QueueMasterCacheUpdate(to);
 }

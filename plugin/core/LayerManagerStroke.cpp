@@ -78,6 +78,10 @@ DrawingId LayerManager::GetStrokeDrawing() const {
     return stroke_->GetDrawing();
 }
 
+bool LayerManager::IsLayerOfStroke(LayerId layer) const {
+    return stroke_->HasStroke() && strokeAdditions_.HasLayer() && stroke_->GetDrawing().layer == layer;
+}
+
 Frame* LayerManager::FindFrame(const DrawingId& drawing) const {
     const Layer* const layer = FindLayer(drawing.layer).layer;
     return layer ? layer->FindFrame(drawing.frame) : nullptr;

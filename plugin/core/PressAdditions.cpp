@@ -32,10 +32,10 @@ PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& draw
     : drawing_(drawing)
     , layerAdded_(layerAdded)
     , frameAdded_(frameAdded) {
-    const QString camera = layers.FindLayer(drawing.layer).camera;
-    if (layerAdded && layers.LayerCount(camera) == 1) {
+    camera_ = layers.FindLayer(drawing.layer).camera;
+    if (layerAdded && layers.LayerCount(camera_) == 1) {
         const QString previous = layers.GetPreviousActiveCamera();
-        const Layer* const active = previous == camera ? nullptr : layers.GetActiveLayer(previous);
+        const Layer* const active = previous == camera_ ? nullptr : layers.GetActiveLayer(previous);
         previousLayer_ = active ? active->GetId() : LayerId::None;
     }
 }
@@ -83,6 +83,7 @@ void PressAdditions::TakeOver(const PressAdditions& undone, const DrawingId& dra
     layerAdded_ = true;
     previousLayer_ = undone.previousLayer_;
     hadPlace_ = undone.hadPlace_;
+    camera_ = undone.camera_;
     taken_ = undone.taken_;
 }
 
@@ -94,18 +95,23 @@ void PressAdditions::RememberPlace(const LayerManager& layers) {
     taken_->spot = LayerSpot(layers, drawing_.layer);
 }
 
-/// Takes the added layer out, and goes back to the camera that was active before the press made its own
-/// active, unless the user has left that.
+/// Takes the added layer out.
 std::unique_ptr<Layer> PressAdditions::TakeLayer(LayerManager& layers) const {
     const LayerManager::ChangeScope scope(layers);
     const LayerPlace place = layers.FindLayer(drawing_.layer);
     std::unique_ptr<Layer> taken = layers.RemoveLayer(place.camera, place.index);
-    layers.SetPlace(place.camera, hadPlace_);
+    GoBackFrom(layers, place.camera);
+    return taken;
+}
+
+/// After the added layer has left the camera: takes the place away that came with it, and makes the camera
+/// active again that was so before the press, unless the user has left that of the press.
+void PressAdditions::GoBackFrom(LayerManager& layers, const QString& camera) const {
+    layers.SetPlace(camera, hadPlace_);
     const LayerPlace previous = layers.FindLayer(previousLayer_);
-    if (previous.layer && layers.GetActiveCamera() == place.camera) {
+    if (previous.layer && layers.GetActiveCamera() == camera) {
         layers.SetActiveLayer(previous.camera, previous.index, true);
     }
-    return taken;
 }
 
 bool PressAdditions::PutBack(LayerManager& layers) {
@@ -132,11 +138,14 @@ bool PressAdditions::PutBack(LayerManager& layers) {
 }
 
 void PressAdditions::Discard(LayerManager& layers) {
+    const LayerManager::ChangeScope scope(layers);
     const LayerPlace place = layers.FindLayer(drawing_.layer);
     if (!place.layer) {
+        if (layerAdded_ && layers.LayerCount(camera_) == 0) {
+            GoBackFrom(layers, camera_);
+        }
         return;
     }
-    const LayerManager::ChangeScope scope(layers);
     const Frame* const frame = frameAdded_ ? place.layer->FindFrame(drawing_.frame) : nullptr;
     if (frame && IsBlank(*frame)) {
         place.layer->RemoveFrame(drawing_.frame);
@@ -148,6 +157,12 @@ void PressAdditions::Discard(LayerManager& layers) {
         } else {
             TakeLayer(layers); // needs no memory
         }
+    }
+}
+
+void PressAdditions::FollowCamera(const QString& from, const QString& to) {
+    if (camera_ == from) {
+        camera_ = to;
     }
 }
 

@@ -47,7 +47,10 @@ public:
     /// time is taken.
     bool PutBack(LayerManager& layers);
     /// Deletes what was added for a stroke that is dropped. What has been drawn on or filled meanwhile stays.
+    /// If the layer is gone already, goes back to what was active before the press all the same.
     void Discard(LayerManager& layers);
+    /// Call when the layers of a camera go by another name.
+    void FollowCamera(const QString& from, const QString& to);
 
 private:
     // A layer that was taken out, with its place and the camera that was active then.
@@ -58,6 +61,7 @@ private:
     };
 
     void RememberPlace(const LayerManager& layers);
+    void GoBackFrom(LayerManager& layers, const QString& camera) const;
     std::unique_ptr<Layer> TakeLayer(LayerManager& layers) const;
 
     DrawingId drawing_;
@@ -66,6 +70,7 @@ private:
     /// The layer that was active before the added one, the first of its camera; None if another was there.
     LayerId previousLayer_ = LayerId::None;
     bool hadPlace_ = false;
+    QString camera_; ///< of the added layer at the press, by its name now
 
     std::shared_ptr<TakenLayer> taken_; ///< null until the layer is taken out or over; shared after TakeOver
     std::unique_ptr<Frame> frame_;      ///< that was taken out without its layer

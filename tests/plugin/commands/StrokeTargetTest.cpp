@@ -478,28 +478,56 @@ TEST_F(StrokeTargetTest, WhatWasDrawnMeanwhileStays) {
     layer->GetCurrentFrame()->SetImage(Pictures()["front/C/1"]);
     Node().CancelActiveStroke();
     EXPECT_EQ(Pictures().value("persp/A/3"), Pictures().value("front/C/1"));
+}
 
-    pressed = Press("side", 700);
-    Mel("currentTime 8; qmVellixFrame -insert");
-    EXPECT_EQ(Node().LayerCount("side"), 1);
-    Mel("qmVellixLayer -es 2 0 side");
-    EXPECT_FALSE(Release(pressed));
-    EXPECT_EQ(Pictures().keys().filter("side/"), QStringList("side/Layer/8"));
+// It would stay, known to no undo step, when the stroke is undone.
+TEST_F(StrokeTargetTest, NoFrameComesToTheLayerOfAPress) {
+    QImage picture(16, 16, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(folder_.filePath("red.png")));
+    Mel("currentTime 5; qmVellixFrame -copy; currentTime 3");
+    const QString before = Drawing();
+    const Pressed pressed = Press("side", 700);
+    const QString name = LayerNames("side").value(0);
+    const QString during = Drawing();
+    const QString finish = "The stroke that made the layer is still being drawn. Finish it first.";
+    Mel("undoInfo -stateWithoutFlush 0; currentTime 8; undoInfo -stateWithoutFlush 1");
+    for (const char* const flag : {"-insert", "-paste", "-duplicate"}) {
+        SCOPED_TRACE(flag);
+        EXPECT_EQ(Refused(QString("qmVellixFrame %1 side").arg(flag)), QStringList(finish));
+    }
+    const QString path = folder_.filePath("red.png");
+    EXPECT_EQ(
+        Refused(
+            QString("qmVellixImport -camera side -layer \"%1\" -startTime 8 -file \"%2\"").arg(name, path)),
+        QStringList(QString("Cannot import \"%1\": the stroke that made the layer \"%2\" is still "
+                            "being drawn; finish it first. Nothing was changed.")
+                        .arg(path, name)));
+    Mel("undoInfo -stateWithoutFlush 0; currentTime 3; undoInfo -stateWithoutFlush 1");
+    EXPECT_EQ(Drawing().toStdString(), during.toStdString());
+    EXPECT_TRUE(Release(pressed));
+    const QString after = Drawing();
+    Mel("undo");
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+    Mel("redo");
+    EXPECT_EQ(Drawing().toStdString(), after.toStdString());
 }
 
 TEST_F(StrokeTargetTest, ALayerThatIsDeletedUnderItsOwnPressGoesWithTheStroke) {
-    const QMap<QString, QImage> before = Pictures();
+    Mel("createNode transform -n shot; createNode camera -n shotShape -p shot");
+    const QString before = Drawing();
     for (const char* const line : {"qmVellixLayer -delete 0 side", "qmVellixLayer -deleteAll side"}) {
         SCOPED_TRACE(line);
         Pressed pressed = Press("side", 300);
         ASSERT_EQ(LayerNames("side").size(), 1);
         Mel(line);
         EXPECT_FALSE(Release(pressed));
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString()) << "with the place and the active camera";
         for (int round = 0; round < 2; ++round) {
             Mel("undo");
-            EXPECT_EQ(LayerNames("side").size(), 0) << "no step made the layer";
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString()) << "no step made the layer";
             Mel("redo");
-            EXPECT_EQ(LayerNames("side").size(), 0);
+            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
         }
         Mel("undo");
         // While the stroke lasts, undo brings its layer back, and the stroke takes it along.
@@ -508,9 +536,12 @@ TEST_F(StrokeTargetTest, ALayerThatIsDeletedUnderItsOwnPressGoesWithTheStroke) {
         Mel("undo");
         EXPECT_EQ(LayerNames("side").size(), 1);
         EXPECT_FALSE(Release(pressed));
-        EXPECT_EQ(LayerNames("side").size(), 0);
-        EXPECT_EQ(Changed(before, Pictures()), QStringList());
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
     }
+    const Pressed pressed = Press("shot", 300);
+    Mel("rename shot hero; qmVellixLayer -delete 0 hero");
+    EXPECT_FALSE(Release(pressed));
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString()) << "the camera has got another name";
 }
 
 } // namespace vellix
