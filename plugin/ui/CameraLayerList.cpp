@@ -1,5 +1,6 @@
 #include "ui/CameraLayerList.h"
 
+#include "core/CameraHandle.h"
 #include "host/MayaUtil.h"
 #include "host/panels/DialogManager.h"
 #include "ui/CameraMenu.h"
@@ -97,11 +98,11 @@ void CameraLayerList::AppendLayer(const LayerManagerRow& row) {
 }
 
 void CameraLayerList::contextMenuEvent(QContextMenuEvent* event) {
-    const QString camera = camera_;
+    const CameraHandle mover(camera_); // it may get another name while the menu is open
     auto* const menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,
-                    [camera](const QString& chosen) { MayaUtil::MoveAllLayers(camera, chosen); });
+    CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera_,
+                    [mover](const QString& chosen) { MayaUtil::MoveAllLayers(mover.Name(), chosen); });
     DrawingMenu::Add(*menu);
     menu->popup(event->globalPos());
 }

@@ -1,5 +1,6 @@
 #include "ui/CameraMenu.h"
 
+#include "core/CameraHandle.h"
 #include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
@@ -16,8 +17,9 @@ void CameraMenu::Add(QMenu& menu, const QString& title, const QString& except,
     MayaUtil::GetCameras(cameras);
     for (const QString& camera : cameras) {
         if (camera != except) {
+            const CameraHandle chosen(camera);
             ConnectGuarded(list->addAction(MenuText(camera)), &QAction::triggered, list,
-                           [choose, camera] { choose(camera); });
+                           [choose, chosen] { choose(chosen.Name()); });
         }
     }
     list->setEnabled(!list->isEmpty());

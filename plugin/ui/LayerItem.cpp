@@ -1,9 +1,11 @@
 #include "ui/LayerItem.h"
 
+#include "core/CameraHandle.h"
 #include "core/LayerManager.h"
 #include "core/LayerState.h"
 #include "host/Guarded.h"
 #include "host/GuardedConnect.h"
+#include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/MenuText.h"
 #include "host/panels/DialogManager.h"
@@ -52,6 +54,18 @@ const StateLook& LookOf(LayerState state) {
         }
     }
     return STATES[0];
+}
+
+/// Calls the function with the place of the layer by now, or says that it is gone.
+template <typename Function>
+void ForLayer(quint64 id, const Function& function) {
+    const BaseNode* const node = BaseNode::GetMaster();
+    const LayerPlace place = node ? node->FindLayer(static_cast<LayerId>(id)) : LayerPlace();
+    if (place.layer) {
+        function(place);
+    } else {
+        Logger::Error("Layer does not exist.");
+    }
 }
 
 const LayerItem::Part PARTS[] = {LayerItem::Part::Row, LayerItem::Part::Visibility, LayerItem::Part::State};
@@ -248,21 +262,29 @@ void LayerItem::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
-    // The row may be deleted while the menu is open, so the menu captures the layer by value.
+    // While the menu is open the row may be deleted, and its layer may get another place.
     const QString camera = camera_;
-    const int index = index_;
+    const quint64 id = id_;
     auto* const menu = new QMenu(window());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QWidget* const panel = window();
-    ConnectGuarded(
-        menu->addAction(QStringLiteral("%1...").arg(MenuText(GetName()))), &QAction::triggered, panel,
-        [camera, index, panel] { DialogManager::ShowLayerPropertiesDialog(camera, index, panel); });
+    ConnectGuarded(menu->addAction(QStringLiteral("%1...").arg(MenuText(GetName()))), &QAction::triggered,
+                   panel, [id, panel] {
+                       ForLayer(id, [panel](const LayerPlace& place) {
+                           DialogManager::ShowLayerPropertiesDialog(place.camera, place.index, panel);
+                       });
+                   });
     menu->addSeparator();
-    CameraMenu::Add(
-        *menu, QStringLiteral("Move layer to         "), camera,
-        [camera, index](const QString& chosen) { MayaUtil::MoveLayer(camera, index, chosen, -1); });
+    CameraMenu::Add(*menu, QStringLiteral("Move layer to         "), camera, [id](const QString& chosen) {
+        ForLayer(id, [&chosen](const LayerPlace& place) {
+            if (place.camera != chosen) {
+                MayaUtil::MoveLayer(place.camera, place.index, chosen, -1);
+            }
+        });
+    });
+    const CameraHandle mover(camera);
     CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,
-                    [camera](const QString& chosen) { MayaUtil::MoveAllLayers(camera, chosen); });
+                    [mover](const QString& chosen) { MayaUtil::MoveAllLayers(mover.Name(), chosen); });
     DrawingMenu::Add(*menu);
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     menu->popup(byKey ? mapToGlobal(rect().bottomLeft()) : event->globalPos());

@@ -247,6 +247,51 @@ TEST_F(LayerManagerTest, MenusListTheOtherCamerasAndMoveThere) {
     all.close();
 }
 
+TEST_F(LayerManagerTest, AMenuActsOnItsLayerWhereverThatIsByThen) {
+    LayerManagerDialog& panel = Panel();
+    const struct {
+        const char* meanwhile;
+        int entry; ///< of the menu
+        const char* line;
+    } rows[] = {
+        {"qmVellixLayer -move 1 0 persp", 2, "qmVellixLayer -newCamera front -move 0 -1 persp"},
+        {"qmVellixLayer -delete 0 persp", 2, "qmVellixLayer -newCamera front -move 0 -1 persp"},
+        {"qmVellixLayer -newCamera top -move 1 -1 persp", 2, "qmVellixLayer -newCamera front -move 0 -1 top"},
+        {"qmVellixLayer -newCamera front -move 1 -1 persp", 2, nullptr},
+        {"qmVellixLayer -delete 1 persp", 2, nullptr},
+        {"rename persp hero", 2, "qmVellixLayer -newCamera front -move 1 -1 hero"},
+        {"rename persp hero", 3, "qmVellixLayer -moveAll front hero"},
+        {"rename front stage", 2, "qmVellixLayer -newCamera stage -move 1 -1 persp"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.meanwhile);
+        Menu(Item(panel, "persp", 1));
+        QMenu& menu = PoppedUp();
+        QAction* front = nullptr;
+        for (QAction* const camera : menu.actions().at(row.entry)->menu()->actions()) {
+            front = camera->text() == "front" ? camera : front;
+        }
+        ASSERT_NE(front, nullptr);
+        Run(row.meanwhile);
+        messages_.clear();
+        {
+            const ExecutedLines lines;
+            front->trigger();
+            EXPECT_EQ(lines.Lines(),
+                      row.line ? std::vector<std::string>{row.line} : std::vector<std::string>());
+        }
+        const bool isGone = std::string(row.meanwhile).find("-delete 1") != std::string::npos;
+        EXPECT_EQ(std::count_if(messages_.begin(), messages_.end(),
+                                [](const std::string& text) {
+                                    return text.find("Layer does not exist.") != std::string::npos;
+                                }),
+                  isGone ? 1 : 0);
+        menu.close();
+        Run("undo");
+        Settle();
+    }
+}
+
 TEST_F(LayerManagerTest, ItsMenuTakesTheLayersOfAnotherDrawing) {
     LayerManagerDialog& panel = Panel();
     const std::vector<std::string> start = Shown(panel);
