@@ -80,8 +80,8 @@ bool AutoSaveTimer::IsTextOpen() const {
 bool AutoSaveTimer::IsBusy() const {
     const bool handIsDown = buttons_ != Qt::NoButton || QGuiApplication::mouseButtons() != Qt::NoButton;
     const bool wasJustUsed = sinceInput_.isValid() && sinceInput_.elapsed() < QUIET;
-    const bool isGrabbed = QApplication::activeModalWidget() || QApplication::activePopupWidget() ||
-                           QWidget::mouseGrabber() || QWidget::keyboardGrabber();
+    const bool isGrabbed =
+        QApplication::activePopupWidget() || QWidget::mouseGrabber() || QWidget::keyboardGrabber();
     const bool isRunning = host_.interpreter().IsRunning() || host_.tools().Current().IsBusy() ||
                            host_.files().IsReading() || host_.files().IsWriting() ||
                            host_.events().Condition("playingBack");
@@ -97,6 +97,9 @@ void AutoSaveTimer::Tick() {
     }
     if (static_cast<double>(sinceSaved_.elapsed()) < settings.interval * 1000.0 || IsBusy()) {
         return;
+    }
+    if (settings.prompts && QApplication::activeModalWidget()) {
+        return; // one question at a time
     }
     if (!settings.prompts || MayPrompt()) {
         Save();

@@ -16,8 +16,9 @@ public:
     explicit AutoSaveTimer(Host& host, QObject* parent = nullptr);
 
     /// Whether a save would disturb somebody or catch the scene half-way: a mouse button or a pen is down, or
-    /// was used in the last second, as was a key; text is typed into a view; a menu, a dialog or anything
-    /// else has grabbed the input; a command, a tool's event, a file operation or playback runs.
+    /// was used in the last second, as was a key; text is typed into a view; a menu or anything else has
+    /// grabbed the input; a command, a tool's event, a file operation or playback runs. A dialog that is left
+    /// open is no reason to wait, unless a command waits for it.
     ///
     /// A tool takes text in a view by switching on the view's input methods (Qt::WA_InputMethodEnabled),
     /// without which composed characters would not reach it. No other view has them on.

@@ -46,7 +46,6 @@ protected:
 
 TEST_F(AutoSaveTimerTest, WaitsWhileSomebodyIsAtWork) {
     ASSERT_TRUE(WaitFor([this] { return !Timer().IsBusy(); }));
-    QDialog dialog;
     QMenu menu;
     menu.addAction("item");
     struct Row {
@@ -61,7 +60,6 @@ TEST_F(AutoSaveTimerTest, WaitsWhileSomebodyIsAtWork) {
          [this] { QTest::keyRelease(&Window(), Qt::Key_Control); }},
         {"text in a view", [this] { View().setAttribute(Qt::WA_InputMethodEnabled, true); },
          [this] { View().setAttribute(Qt::WA_InputMethodEnabled, false); }},
-        {"a question", [&] { dialog.open(); }, [&] { dialog.close(); }},
         {"a menu",
          [&] {
              menu.popup({10, 10});
@@ -99,6 +97,20 @@ TEST_F(AutoSaveTimerTest, SavesWhenTheHandIsOff) {
     Run("autoSave -enable off; createNode transform");
     Settle(2500);
     EXPECT_EQ(Files().size(), 2);
+}
+
+TEST_F(AutoSaveTimerTest, ADialogThatIsLeftOpenHoldsUpNoSave) {
+    QDialog dialog;
+    Run("autoSave -interval 1; createNode transform");
+    dialog.open();
+    EXPECT_TRUE(WaitFor([this] { return Files().size() == 1; }));
+    Run("autoSave -prompt on; createNode transform");
+    Settle(2500);
+    EXPECT_EQ(Files().size(), 1);
+    EXPECT_EQ(QApplication::activeModalWidget(), &dialog) << "no question over another";
+    dialog.close();
+    Answer("autoSaveNow");
+    EXPECT_TRUE(WaitFor([this] { return Files().size() == 2; }));
 }
 
 TEST_F(AutoSaveTimerTest, AFailureIsSaidOnce) {
