@@ -41,6 +41,9 @@ protected:
             return Run(mel) && !TakesErrors();
         };
     }
+    std::function<bool()> ExportsLayers(const QString& name) {
+        return Runs("qmVellixExport -camera persp -st 1 -et 1 -layered \"" + Path(name) + "\"");
+    }
     std::vector<Kind> Kinds() {
         const auto draws = [this] { Draw(1); };
         return {
@@ -55,6 +58,11 @@ protected:
             {"a contact sheet", Path("sheets/sheet.png"), draws,
              Runs("qmVellixExport -camera persp -file \"" + Path("frame.####.png") + "\" -st 1 -et 1 -cs \"" +
                   Path("sheets/sheet.png") + "\"")},
+            {"a file of layers", Path("shot.ora"), draws, ExportsLayers("shot.ora")},
+            {"a file of layers for others", Path("shot.psd"), draws, ExportsLayers("shot.psd")},
+            {"an animation", Path("shot.pclx"), draws, ExportsLayers("shot.pclx")},
+            {"a picture of one layer", Path("layer.0001.png"), draws,
+             Runs("qmVellixExport -camera persp -st 1 -et 1 -layerFiles \"" + Path("layer.####.png") + "\"")},
             {"the settings", vellix::Settings::GetUserConfigPath(),
              [] { vellix::Settings::activeColor = QColor(1, 2, 3); },
              [this] {
