@@ -319,6 +319,9 @@ BENCHMARK_CAPTURE(SampleRefresh, Brush100Styled, ToolType::Brush, 100, CurvesOnA
 BENCHMARK_CAPTURE(SampleRefresh, Pencil30, ToolType::Pencil, 30, LineStyle())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Pencil30Styled, ToolType::Pencil, 30, CurvesOnAString())
     ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil6, ToolType::Pencil, 6, LineStyle())->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil6Styled, ToolType::Pencil, 6, CurvesOnAString())
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(RebuildGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RebuildGhosts, ofAll, GhostLayers::Visible)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RebuildNewGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);

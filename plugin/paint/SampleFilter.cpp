@@ -1,8 +1,8 @@
 #include "paint/SampleFilter.h"
 
-#include <QLineF>
-
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace vellix {
@@ -31,11 +31,14 @@ double Weight(int halfWidth, int offset) {
 
 void SampleFilter::Reset() {
     samples_.clear();
+    steps_.clear();
     next_ = 0;
     isFinished_ = false;
 }
 
 void SampleFilter::Add(const PenSample& sample) {
+    const QPointF step = sample.position - (samples_.empty() ? sample : samples_.back()).position;
+    steps_.push_back(std::sqrt(QPointF::dotProduct(step, step))); // far faster than QLineF::length()
     samples_.push_back(sample);
 }
 
@@ -44,16 +47,14 @@ bool SampleFilter::IsGentle(int width) const {
     const auto at = [this](int index) { return samples_[std::size_t(index)].position; };
     double shortest = std::numeric_limits<double>::max();
     double longest = 0.0;
-    for (int i = next_ - width; i < next_ + width; ++i) {
-        const double step = QLineF(at(i), at(i + 1)).length();
-        shortest = std::min(shortest, step);
-        longest = std::max(longest, step);
+    for (int i = next_ - width + 1; i <= next_ + width; ++i) {
+        shortest = std::min(shortest, steps_[std::size_t(i)]);
+        longest = std::max(longest, steps_[std::size_t(i)]);
     }
-    const QLineF in(at(next_ - width), at(next_));
-    const QLineF out(at(next_), at(next_ + width));
+    const QPointF in = at(next_) - at(next_ - width);
+    const QPointF out = at(next_ + width) - at(next_);
     return shortest >= LEAST_EVENNESS * longest && width * longest <= GENTLE_REACH &&
-           QPointF::dotProduct(in.p2() - in.p1(), out.p2() - out.p1()) >=
-               COSINE_OF_GENTLE * width * width * longest * longest;
+           QPointF::dotProduct(in, out) >= COSINE_OF_GENTLE * width * width * longest * longest;
 }
 
 /// The neighbours on each side that count for the next sample; -1 while it is not known.
@@ -69,11 +70,8 @@ int SampleFilter::HalfWidth() const {
         if (width > after) {
             return -1;
         }
-        for (const int side : {0, 1}) {
-            const int outer = next_ + (side == 0 ? -width : width);
-            const int inner = outer + (side == 0 ? 1 : -1);
-            reach[side] += QLineF(samples_[std::size_t(outer)].position, samples_[inner].position).length();
-        }
+        reach[0] += steps_[std::size_t(next_ - width + 1)];
+        reach[1] += steps_[std::size_t(next_ + width)];
         if (width > MIN_HALF_WIDTH && std::max(reach[0], reach[1]) > SLOW_REACH && !IsGentle(width)) {
             return width - 1;
         }
@@ -96,6 +94,7 @@ bool SampleFilter::Take(PenSample& filtered) {
     ++next_;
     if (next_ > MAX_HALF_WIDTH) {
         samples_.pop_front();
+        steps_.pop_front();
         --next_;
     }
     return true;

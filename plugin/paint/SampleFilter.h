@@ -25,6 +25,7 @@ private:
     bool IsGentle(int width) const;
 
     std::deque<PenSample> samples_; ///< those that windows may still need
+    std::deque<double> steps_;      ///< to each of them from the one before, image pixels
     int next_ = 0;                  ///< the next one to be given, in samples_
     bool isFinished_ = false;
 };

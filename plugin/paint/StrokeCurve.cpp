@@ -14,8 +14,8 @@ constexpr double LEAST = 0.2;
 constexpr double MOST = 0.3;
 constexpr double LEAST_PIXELS = 3.0;
 constexpr double MOST_PIXELS = 6.0;
-constexpr double RESIZE_PIXELS = 1.5;   // earlier, where the size changes
-constexpr double WALKED_AT_ONCE = 0.25; // image pixels
+constexpr double RESIZE_PIXELS = 1.5;  // earlier, where the size changes
+constexpr double WALKED_AT_ONCE = 0.5; // image pixels
 constexpr double WALKED_AT_ONCE_FAR = 1.0;
 constexpr double MOST_STEPS = 40000.0; // between two samples
 
@@ -52,6 +52,34 @@ QPointF Tangent(const PenSample& before, const PenSample& at, const PenSample& a
 }
 
 } // namespace
+
+/// The way from one sample to the next: Hermite's cubic, with u from 0 to 1.
+class StrokeCurve::Segment {
+public:
+    Segment(const PenSample& from, const PenSample& to, const QPointF& leaving, const QPointF& arriving)
+        : from_(from)
+        , to_(to)
+        , linear_(leaving)
+        , square_(3.0 * (to.position - from.position) - 2.0 * leaving - arriving)
+        , cubic_(leaving + arriving - 2.0 * (to.position - from.position)) {}
+
+    QPointF PositionAt(double u) const {
+        return {from_.position.x() + u * (linear_.x() + u * (square_.x() + u * cubic_.x())),
+                from_.position.y() + u * (linear_.y() + u * (square_.y() + u * cubic_.y()))};
+    }
+    double SizeAt(double u) const { return Between(from_.size, to_.size, u); }
+    PenSample SampleAt(double u, const QPointF& position) const {
+        return {position, SizeAt(u), Between(from_.opacity, to_.opacity, u),
+                Between(from_.hardness, to_.hardness, u)};
+    }
+
+private:
+    const PenSample& from_;
+    const PenSample& to_;
+    const QPointF linear_;
+    const QPointF square_;
+    const QPointF cubic_;
+};
 
 void StrokeCurve::Reset() {
     *this = StrokeCurve();
@@ -116,46 +144,49 @@ void StrokeCurve::AddSegment(std::size_t from, QList<StrokePoint>& points) {
     const QPointF chord = b.position - a.position;
     const QPointF leaving = before ? Tangent(*before, a, b) * parameter : chord;
     const QPointF arriving = after ? Tangent(a, b, *after) * parameter : chord;
+    const Segment segment(a, b, leaving, arriving);
+    const double farStep = std::max(WALKED_AT_ONCE_FAR / length, 1.0 / MOST_STEPS);
+    const double nearStep = std::max(WALKED_AT_ONCE / length, 1.0 / MOST_STEPS);
     QPointF last = a.position;
     for (double u = 0.0; u < 1.0;) {
         // Far from the next point only the length of the way matters.
-        const bool isFar = walked_ + WALKED_AT_ONCE_FAR < LeastWay(Between(a.size, b.size, u));
-        const double step = isFar ? WALKED_AT_ONCE_FAR : WALKED_AT_ONCE;
-        u = std::min(1.0, u + std::max(step / length, 1.0 / MOST_STEPS));
-        const double v = 1.0 - u;
-        PenSample place;
-        // Hermite's cubic between the two samples.
-        place.position = v * v * (1.0 + 2.0 * u) * a.position + u * v * v * leaving +
-                         u * u * (3.0 - 2.0 * u) * b.position - u * u * v * arriving;
-        place.size = Between(a.size, b.size, u);
-        place.opacity = Between(a.opacity, b.opacity, u);
-        place.hardness = Between(a.hardness, b.hardness, u);
-        Visit(place, Length(place.position - last), points);
-        last = place.position;
+        const bool isFar = walked_ + WALKED_AT_ONCE_FAR < LeastWay(segment.SizeAt(u));
+        u = std::min(1.0, u + (isFar ? farStep : nearStep));
+        const QPointF position = segment.PositionAt(u);
+        Visit(segment, u, position, position - last, points);
+        last = position;
     }
     if (isCorner_) {
         Append(b, points);
     }
 }
 
-void StrokeCurve::Visit(const PenSample& place, double walked, QList<StrokePoint>& points) {
-    walked_ += walked;
-    if (walked_ >= RESIZE_PIXELS && std::abs(place.size - size_) >= 1.0) {
-        Append(place, points);
+void StrokeCurve::Visit(const Segment& segment, double u, const QPointF& position, const QPointF& step,
+                        QList<StrokePoint>& points) {
+    const double length = Length(step);
+    walked_ += length;
+    const double size = segment.SizeAt(u);
+    if (walked_ >= RESIZE_PIXELS && std::abs(size - size_) >= 1.0) {
+        Append(segment.SampleAt(u, position), points);
         return;
     }
-    if (walked_ < LeastWay(place.size)) {
+    if (walked_ < LeastWay(size)) {
         return;
     }
-    const QPointF rounding = place.position - QPointF(place.position.toPoint());
+    // The step is closest to the centre of the pixel so far before its end.
+    const QPointF centre = position.toPoint();
+    const double ahead =
+        length > 0.0 ? QPointF::dotProduct(position - centre, step) / (length * length) : 0.0;
+    const QPointF closest = position - qBound(0.0, ahead, 1.0) * step;
+    const QPointF rounding = closest - centre;
     const double distance = QPointF::dotProduct(rounding, rounding);
     if (distance < distance_) {
         distance_ = distance;
-        best_ = place;
+        best_ = segment.SampleAt(u, closest);
     }
-    if (walked_ >= std::max(MOST_PIXELS, MOST * place.size)) {
+    if (walked_ >= std::max(MOST_PIXELS, MOST * size)) {
         Append(best_, points);
-        walked_ = Length(place.position - best_.position);
+        walked_ = Length(position - best_.position);
     }
 }
 

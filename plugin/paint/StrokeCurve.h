@@ -25,7 +25,9 @@ public:
 private:
     bool IsCorner(const PenSample& before, const PenSample& at, const PenSample& after) const;
     void AddSegment(std::size_t from, QList<StrokePoint>& points);
-    void Visit(const PenSample& place, double walked, QList<StrokePoint>& points);
+    class Segment;
+    void Visit(const Segment& segment, double u, const QPointF& position, const QPointF& step,
+               QList<StrokePoint>& points);
     void Append(const PenSample& place, QList<StrokePoint>& points);
 
     std::deque<PenSample> samples_; ///< the last four
