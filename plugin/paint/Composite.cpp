@@ -1,6 +1,9 @@
 #include "paint/Composite.h"
 
 #include "paint/CompositeKernels.h"
+#include "paint/ParallelWork.h"
+
+#include <QtAlgorithms>
 
 #include <algorithm>
 #include <cstddef>
@@ -115,6 +118,47 @@ private:
     int row_ = 0;
 };
 
+int CountTiles(quint64 tiles) {
+    return tiles == 0 ? 0 : int(qPopulationCount(tiles));
+}
+
+/// Whether so much is composed that several processors are done sooner than one, although they have to be
+/// started.
+bool IsWorthSharing(const TileMask& tiles, const PictureStack& stack) {
+    constexpr int fewest = 10000; // tiles read and written; some milliseconds
+    int written = 0;
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        written += CountTiles(tiles.Row(row));
+    }
+    if (written * (int(stack.size()) + 1) < fewest) {
+        return false; // most refreshes: the rest of the counting is saved
+    }
+    int read = 0;
+    for (const Picture& picture : stack) {
+        const TileCoverage* const coverage = picture.Coverage();
+        for (int row = 0; coverage && row < TileMask::COUNT; ++row) {
+            read += CountTiles(coverage->occupied.Row(row) & tiles.Row(row));
+        }
+    }
+    return read + written >= fewest;
+}
+
+/// Calls `compose` with a StackRow and the row, for every row of tiles.
+template <typename Function>
+void ComposeRows(const TileMask& tiles, const PictureStack& stack, Function compose) {
+    if (IsWorthSharing(tiles, stack)) {
+        DoInParallel(TileMask::COUNT, [&](std::size_t row) {
+            StackRow stackRow(stack);
+            compose(stackRow, int(row));
+        });
+        return;
+    }
+    StackRow stackRow(stack);
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        compose(stackRow, row);
+    }
+}
+
 quint32 ColorBits(const QColor& color) {
     return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
 }
@@ -221,33 +265,31 @@ void Compose(QImage& target, const TileMask& tiles, const PictureStack& stack) {
         return;
     }
     const Pixels<quint32> pixels = PixelsOf(target);
-    StackRow stackRow(stack);
-    quint16 sums[TILE_VALUES];
-    for (int row = 0; row < TileMask::COUNT; ++row) {
+    ComposeRows(tiles, stack, [&](StackRow& stackRow, int row) {
         const quint64 wanted = tiles.Row(row);
         if (wanted == 0) {
-            continue;
+            return;
         }
         const quint64 painted = stackRow.Begin(row, wanted);
         ClearTiles(pixels, row, wanted & ~painted);
+        quint16 sums[TILE_VALUES];
         TileMask::ForEachRun(painted, [&](int begin, int end) {
             for (int column = begin; column < end; ++column) {
                 stackRow.Compose(sums, column);
                 composite_kernels::WriteTile(pixels.At(row, column), pixels.stride, sums);
             }
         });
-    }
+    });
 }
 
 void Compose(TileSums& target, const TileMask& tiles, const PictureStack& stack) {
-    StackRow stackRow(stack);
-    for (int row = 0; row < TileMask::COUNT; ++row) {
+    ComposeRows(tiles, stack, [&](StackRow& stackRow, int row) {
         TileMask::ForEachRun(stackRow.Begin(row, tiles.Row(row)), [&](int begin, int end) {
             for (int column = begin; column < end; ++column) {
                 stackRow.Compose(target.Tile(row, column), column);
             }
         });
-    }
+    });
     target.coverage = CoverageOf(stack);
 }
 

@@ -1,5 +1,6 @@
 #include "paint/Composite.h"
 
+#include "paint/TileSums.h"
 #include "plugin/core/PlainComposer.h"
 
 #include <gtest/gtest.h>
@@ -99,6 +100,30 @@ TEST(CompositeTest, HighStacksLoseNoMoreThanIsSaid) {
         }
         EXPECT_GE(least, row.least) << row.height;
     }
+}
+
+// So much that several processors share it, and a row of tiles at a time, which one does.
+TEST(CompositeTest, SharedWorkComesToTheSame) {
+    PictureStack stack;
+    for (unsigned seed = 0; seed < 5; ++seed) {
+        stack.push_back(DrawingOf(Noise(seed), seed == 2 ? 90 : 255));
+    }
+    QImage whole = PlainComposer::Blank();
+    composite::Compose(whole, TileMask::All(), stack);
+    TileSums sums;
+    composite::Compose(sums, TileMask::All(), stack);
+    Picture merged;
+    merged.merged = &sums;
+    QImage ofSums = PlainComposer::Blank();
+    QImage byRows = PlainComposer::Blank();
+    for (int row = 0; row < TileMask::COUNT; ++row) {
+        TileMask tiles;
+        tiles.SetRow(row, ~quint64(0));
+        composite::Compose(byRows, tiles, stack);
+        composite::Compose(ofSums, tiles, {merged});
+    }
+    EXPECT_EQ(whole, byRows);
+    EXPECT_EQ(whole, ofSums);
 }
 
 TEST(CompositeTest, GivesBackASingleDrawing) {
