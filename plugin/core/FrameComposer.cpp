@@ -3,6 +3,7 @@
 #include "core/Frame.h"
 #include "core/GhostPictures.h"
 #include "core/Layer.h"
+#include "core/SceneGhosts.h"
 #include "paint/Composite.h"
 
 #include <memory>
@@ -21,13 +22,19 @@ Picture PictureOf(const Layer& layer, int index) {
 
 } // namespace
 
-QImage ComposeLayersAt(int frame, const QList<Layer*>& layers, int activeLayer, bool ghosting) {
+QImage ComposeLayersAt(int frame, const QList<Layer*>& layers, int activeLayer, bool ghosting,
+                       const LightTable& lightTable) {
     PictureStack stack;
-    if (ghosting && activeLayer >= 0 && activeLayer < layers.size() && layers[activeLayer]->IsVisible()) {
-        const Layer& layer = *layers[activeLayer];
-        const int current = layer.FindFrameIndex(frame);
-        stack =
-            GhostPictures(layer.FrameCount(), [&](int offset) { return PictureOf(layer, current + offset); });
+    const bool hasGhosts =
+        ghosting && activeLayer >= 0 && activeLayer < layers.size() && layers[activeLayer]->IsVisible();
+    for (int i = 0; hasGhosts && i < layers.size(); ++i) {
+        const Layer& layer = *layers[i];
+        if (layer.IsVisible() && SceneGhosts::AreWanted(layer, i == activeLayer, &lightTable)) {
+            const int current = layer.FindFrameIndex(frame);
+            const PictureStack ghosts = GhostPictures(
+                layer.FrameCount(), [&](int offset) { return PictureOf(layer, current + offset); });
+            stack.insert(stack.end(), ghosts.begin(), ghosts.end());
+        }
     }
     for (const Layer* layer : layers) {
         if (layer->IsVisible()) {

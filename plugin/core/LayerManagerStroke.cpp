@@ -281,8 +281,9 @@ void LayerManager::ForceCacheUpdate(const QString& camera, int index) {
 
 QImage LayerManager::ComposeFrame(const QString& camera, int frame, bool ghosting) const {
     const QList<Layer*> layers = GetLayers(camera);
-    return layers.isEmpty() ? QImage()
-                            : ComposeLayersAt(frame, layers, GetActiveLayerIndex(camera), ghosting);
+    return layers.isEmpty()
+               ? QImage()
+               : ComposeLayersAt(frame, layers, GetActiveLayerIndex(camera), ghosting, *lightTable_);
 }
 
 void LayerManager::OverrideImageColor(QImage& image, const QColor& color) {

@@ -31,16 +31,23 @@ bool AreSeveral() {
     return Settings::ghostLayers != static_cast<int>(GhostLayers::Active);
 }
 
-bool HasGhosts(const ComposedScene& scene, const Layer& layer) {
-    return Settings::ghostLayers == static_cast<int>(GhostLayers::Visible) ||
-           (scene.lightTable != nullptr && scene.lightTable->IsMarked(layer.GetId()));
-}
-
 bool HasGrowingStroke(const ComposedScene& scene) {
     return scene.stroke != nullptr && !scene.stroke->GetStroke()->points.isEmpty();
 }
 
 } // namespace
+
+bool SceneGhosts::AreWanted(const Layer& layer, bool isActive, const LightTable* lightTable) {
+    switch (static_cast<GhostLayers>(Settings::ghostLayers)) {
+    case GhostLayers::Visible:
+        return true;
+    case GhostLayers::Marked:
+        return lightTable && lightTable->IsMarked(layer.GetId());
+    case GhostLayers::Active:
+        break;
+    }
+    return isActive;
+}
 
 void SceneGhosts::AppendFrames(const ComposedScene& scene, std::vector<const Frame*>& frames) {
     if (!ShowsGhosts(scene)) {
@@ -48,7 +55,7 @@ void SceneGhosts::AppendFrames(const ComposedScene& scene, std::vector<const Fra
     }
     for (int i = 0; i < scene.layers.size(); ++i) {
         Layer& layer = *scene.layers[i];
-        if (AreSeveral() ? HasGhosts(scene, layer) : i == scene.activeLayer) {
+        if (AreWanted(layer, i == scene.activeLayer, scene.lightTable)) {
             GhostPictures(layer.FrameCount(), [&](int offset) {
                 frames.push_back(layer.ReadFrame(offset));
                 return Picture();
@@ -115,7 +122,7 @@ void SceneGhosts::AppendActive(const ComposedScene& scene, PictureStack& stack) 
 void SceneGhosts::AppendSeveral(const ComposedScene& scene, PictureStack& stack) {
     PictureStack ghosts;
     for (Layer* layer : scene.layers) {
-        if (HasGhosts(scene, *layer)) {
+        if (AreWanted(*layer, false, scene.lightTable)) {
             const PictureStack own = GhostsOf(*layer, scene.lightTable);
             ghosts.insert(ghosts.end(), own.begin(), own.end());
         }

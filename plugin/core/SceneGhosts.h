@@ -25,6 +25,8 @@ public:
     explicit SceneGhosts(PictureCache& cache)
         : cache_(cache) {}
 
+    /// Whether the user's settings ask for the layer's ghosts. Without a light table no layer is marked.
+    static bool AreWanted(const Layer& layer, bool isActive, const LightTable* lightTable);
     /// Adds the frames whose drawings an update may show as ghosts of layers, borrowed, some of them null.
     static void AppendFrames(const ComposedScene& scene, std::vector<const Frame*>& frames);
     /// The pictures, bottom first. They are valid until the next call.

@@ -151,7 +151,8 @@ TEST_F(LightTableTest, AFlipEndsWhenTheDrawingOrTheTimeChanges) {
         {"active layer", [this] { manager_.SetActiveLayer(camera_, 0, true); }},
         {"layer shown", [this] { manager_.SetLayerVisible(camera_, 0, true); }},
         {"layer moved", [this] { manager_.MoveLayer(camera_, 0, 1); }},
-        {"active camera", [this] { manager_.SetActiveCamera("other"); }},
+        {"other camera renamed", [this] { manager_.RenameCamera("other", "renamed"); }},
+        {"active camera", [this] { manager_.SetActiveCamera("renamed"); }},
         {"layer removed", [this] { manager_.RemoveLayer(camera_, 0); }},
     };
     for (const auto& c : cases) {
@@ -167,21 +168,6 @@ TEST_F(LightTableTest, AFlipEndsWhenTheDrawingOrTheTimeChanges) {
             EXPECT_LE(Error(camera_), 2) << c.what;
         }
     }
-}
-
-TEST_F(LightTableTest, ARenamedCameraDoesNotKeepTheFlippedPicture) {
-    const QString before = "shot"; // is no camera of the scene, as after a rename
-    AddSquares(0, 0, Qt::red, {1, 5});
-    manager_.MoveLayer(camera_, 0, before, -1);
-    manager_.SetActiveLayer(before, 0, true);
-    ShowTime(5);
-    ASSERT_TRUE(manager_.Flip(before, -1, false));
-    EXPECT_EQ(manager_.GetFlattenedImage(before)->pixelColor(20, 20), QColor(Qt::red));
-    manager_.RenameCamera(before, "renamed");
-    const QImage* const image = manager_.GetFlattenedImage("renamed");
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->pixelColor(20, 20).alpha(), 0);
-    EXPECT_EQ(image->pixelColor(70, 20), QColor(Qt::red));
 }
 
 TEST_F(LightTableTest, GhostsOfTheLayersThatAreAskedFor) {
@@ -214,6 +200,11 @@ TEST_F(LightTableTest, GhostsOfTheLayersThatAreAskedFor) {
     manager_.SetLayerMarked(blue, true);
     manager_.SetLayerMarked(hidden->GetId(), true);
     expectGhosts("blue marked", false, true);
+    const QImage exported = manager_.ComposeFrame(camera_, 5, true);
+    EXPECT_EQ(exported.pixelColor(20, 20).alpha(), 0) << "an export with ghosts has those that are asked for";
+    EXPECT_NEAR(exported.pixelColor(20, 120).alpha(), ghost, 1);
+    EXPECT_EQ(exported.pixelColor(20, 220).alpha(), 0) << "hidden";
+    EXPECT_EQ(manager_.ComposeFrame(camera_, 5, false).pixelColor(20, 120).alpha(), 0) << "or none";
     manager_.SetLayerMarked(red, true);
     manager_.SetLayerMarked(blue, false);
     expectGhosts("red marked", true, false);
