@@ -1,6 +1,5 @@
 #include "commands/UtilCommand.h"
 
-#include "core/Frame.h"
 #include "core/Identity.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
@@ -11,8 +10,10 @@
 #include "host/MayaUtil.h"
 #include "host/PanelTable.h"
 #include "host/Settings.h"
+#include "host/SettingsWriter.h"
 #include "host/ToolOptions.h"
 #include "host/panels/DialogManager.h"
+#include "node/ActiveDrawing.h"
 #include "node/BaseNode.h"
 #include "node/Flipping.h"
 #include "paint/BrushPreset.h"
@@ -101,30 +102,24 @@ Step Answer(const Setting& setting) {
     };
 }
 
-/// The master's drawing, with the layer that is active in its active camera and the frame that this shows.
-struct ActiveDrawing {
-    std::shared_ptr<LayerManager> layers; ///< null without a drawing node
-    const Layer* layer = nullptr;
-    const Frame* frame = nullptr;
-
-    ActiveDrawing() {
-        const BaseNode* const node = BaseNode::GetMaster();
-        layers = node ? node->GetLayerManager() : nullptr;
-        layer = layers ? layers->GetActiveLayer(layers->GetActiveCamera()) : nullptr;
-        frame = layer ? layer->GetCurrentFrame() : nullptr;
-    }
-    DrawingId GetId() const { return {layer->GetId(), frame->GetId()}; }
-};
+/// Makes a step whose change the settings file keeps soon.
+Step Keep(Step step) {
+    return [step](UtilCommand& command) {
+        MStatus status = step(command);
+        if (status) {
+            SettingsWriter::Schedule();
+        }
+        return status;
+    };
+}
 
 MStatus AnswerMarked(UtilCommand&) {
-    const ActiveDrawing active;
-    SetResult(active.layer != nullptr && active.layers->GetLightTable().IsMarked(active.layer->GetId()));
+    SetResult(ActiveDrawing().IsMarked());
     return MS::kSuccess;
 }
 
 MStatus AnswerPinned(UtilCommand&) {
-    const ActiveDrawing active;
-    SetResult(active.frame != nullptr && active.layers->GetLightTable().IsPinned(active.GetId()));
+    SetResult(ActiveDrawing().IsPinned());
     return MS::kSuccess;
 }
 
@@ -235,10 +230,10 @@ void UtilCommand::AddLine(std::vector<Flag>& rows) {
     using Value = Flag::Value;
     const auto number = Value::Whole(&U::number_);
     rows.push_back(Flag("-smc", "-smoothCurves", {number})
-                       .Does(&U::SetSmoothCurves)
+                       .Does(Keep(&U::SetSmoothCurves))
                        .Answers(Answer(Settings::lineStyle.smoothCurves)));
     rows.push_back(Flag("-stb", "-stabiliser", {number})
-                       .Does(&U::SetStabiliser)
+                       .Does(Keep(&U::SetStabiliser))
                        .Answers(Answer(Settings::lineStyle.stabiliser)));
     const std::vector<Value> curve = {Value::Whole(&U::least_), Value::Whole(&U::middleAt_),
                                       Value::Whole(&U::middle_)};
@@ -250,31 +245,33 @@ void UtilCommand::AddLine(std::vector<Flag>& rows) {
         values.insert(values.end(), curve.begin(), curve.end());
         const ToolType type = tool.type;
         rows.push_back(Flag(tool.shortSizePressureFlag, tool.sizePressureFlag, values)
-                           .Does(Call(&U::SetSizePressure, type))
+                           .Does(Keep(Call(&U::SetSizePressure, type)))
                            .Answers([type](U&) {
                                const PenPressure& pressure = Settings::GetPenPressure(type);
                                const PressureCurve& size = pressure.size;
                                return SetResult({pressure.setsSize, size.least, size.middleAt, size.middle});
                            }));
         rows.push_back(Flag(tool.shortOpacityPressureFlag, tool.opacityPressureFlag, curve)
-                           .Does(Call(&U::SetOpacityPressure, type))
+                           .Does(Keep(Call(&U::SetOpacityPressure, type)))
                            .Answers([type](U&) {
                                const PressureCurve& opacity = Settings::GetPenPressure(type).opacity;
                                return SetResult({opacity.least, opacity.middleAt, opacity.middle});
                            }));
     }
-    rows.push_back(Flag("-ps", "-preset", {number}).Does(&U::ChoosePreset));
-    rows.push_back(Flag("-sps", "-savePreset", {number, &U::text_}).Does(&U::SavePreset));
+    rows.push_back(Flag("-ps", "-preset", {number}).Does(Keep(&U::ChoosePreset)));
+    rows.push_back(Flag("-sps", "-savePreset", {number, &U::text_}).Does(Keep(&U::SavePreset)));
+    rows.push_back(Flag("-psk", "-presetKeys", {number})
+                       .Does(Keep(&U::SetPresetKeys))
+                       .Answers(Answer(Settings::presetKeys)));
     rows.push_back(
-        Flag("-psk", "-presetKeys", {number}).Does(&U::SetPresetKeys).Answers(Answer(Settings::presetKeys)));
-    rows.push_back(Flag("-psn", "-presetName", {number, &U::text_}).Does(&U::NamePreset).Answers([](U&) {
-        MStringArray names;
-        for (const BrushPreset& preset : Settings::brushPresets) {
-            names.append(MayaUtil::ToMString(preset.name));
-        }
-        setResult(names);
-        return MStatus();
-    }));
+        Flag("-psn", "-presetName", {number, &U::text_}).Does(Keep(&U::NamePreset)).Answers([](U&) {
+            MStringArray names;
+            for (const BrushPreset& preset : Settings::brushPresets) {
+                names.append(MayaUtil::ToMString(preset.name));
+            }
+            setResult(names);
+            return MStatus();
+        }));
 }
 
 void UtilCommand::AddLightTable(std::vector<Flag>& rows) {
@@ -287,27 +284,29 @@ void UtilCommand::AddLightTable(std::vector<Flag>& rows) {
         Flag("-fl", "-flip", {&U::steps_}).Does(&U::Flip),
         Flag("-rl", "-roll", {&U::switch_}).Does(&U::Roll),
         Flag("-fal", "-flipAllLayers", {number})
-            .Does(&U::SetFlipAllLayers)
+            .Does(Keep(&U::SetFlipAllLayers))
             .Answers(Answer(Settings::flipAllLayers)),
-        Flag("-rlc", "-rollCount", {number}).Does(&U::SetRollCount).Answers(Answer(Settings::rollCount)),
-        Flag("-rlr", "-rollRate", {number}).Does(&U::SetRollRate).Answers(Answer(Settings::rollRate)),
+        Flag("-rlc", "-rollCount", {number})
+            .Does(Keep(&U::SetRollCount))
+            .Answers(Answer(Settings::rollCount)),
+        Flag("-rlr", "-rollRate", {number}).Does(Keep(&U::SetRollRate)).Answers(Answer(Settings::rollRate)),
         Flag("-gly", "-ghostLayers", {number})
-            .Does(&U::SetGhostLayers)
+            .Does(Keep(&U::SetGhostLayers))
             .Answers(Answer(Settings::ghostLayers)),
         Flag("-mkl", "-markLayer", {&U::switch_}).Does(&U::MarkLayer).Answers(AnswerMarked),
         Flag("-pin", "-pinDrawing", {&U::switch_}).Does(&U::PinDrawing).Answers(AnswerPinned),
         Flag("-upa", "-unpinAll").Does(Call(UnpinAll)),
         Flag("-pnc", "-pinnedColor", color)
-            .Does(Call(&U::SetGhostColor, std::ref(Settings::pinnedColor)))
+            .Does(Keep(Call(&U::SetGhostColor, std::ref(Settings::pinnedColor))))
             .Answers(Answer(Settings::pinnedColor)),
         Flag("-olo", "-otherLayersOpacity", {number})
-            .Does(&U::SetOtherLayersOpacity)
+            .Does(Keep(&U::SetOtherLayersOpacity))
             .Answers(Answer(Settings::otherLayersOpacity)),
     };
     rows.insert(rows.end(), std::begin(flags), std::end(flags));
     for (const HeldKey& action : HeldKeys::GetAll()) {
         rows.push_back(Flag(action.shortFlag, action.flag, {&U::text_})
-                           .Does(Call(&U::SetHeldKey, std::cref(action)))
+                           .Does(Keep(Call(&U::SetHeldKey, std::cref(action))))
                            .Answers([&action](UtilCommand&) {
                                SetResult(action.keys.isEmpty() ? QStringLiteral("none") : action.keys);
                                return MStatus();
@@ -616,8 +615,7 @@ MStatus UtilCommand::MarkLayer() const {
         return MS::kFailure;
     }
     const LayerId layer = active.layer->GetId();
-    const bool isMarked = active.layers->GetLightTable().IsMarked(layer);
-    active.layers->SetLayerMarked(layer, switch_ < 0 ? !isMarked : switch_ > 0);
+    active.layers->SetLayerMarked(layer, switch_ < 0 ? !active.IsMarked() : switch_ > 0);
     return MS::kSuccess;
 }
 
@@ -627,8 +625,7 @@ MStatus UtilCommand::PinDrawing() const {
         Logger::Error("There is no drawing to pin: the active layer shows none now.");
         return MS::kFailure;
     }
-    const bool isPinned = active.layers->GetLightTable().IsPinned(active.GetId());
-    active.layers->SetPinned(active.GetId(), switch_ < 0 ? !isPinned : switch_ > 0);
+    active.layers->SetPinned(active.GetId(), switch_ < 0 ? !active.IsPinned() : switch_ > 0);
     return MS::kSuccess;
 }
 

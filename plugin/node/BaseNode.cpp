@@ -9,6 +9,7 @@
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
+#include "host/SettingsWriter.h"
 #include "host/panels/DialogManager.h"
 #include "node/BaseNodeLayerData.h"
 #include "node/DocumentFollower.h"
@@ -129,6 +130,7 @@ MStatus BaseNode::Shutdown() {
     DocumentFollower::Stop();
     timelineOverlay_.reset();
     DialogManager::Shutdown();
+    SettingsWriter::Stop();
     if (!g_hasShutDown) { // else the host quits and has unloaded us after that
         Settings::WriteUserConfig();
     }
