@@ -4,6 +4,7 @@
 #include "core/Layer.h"
 #include "core/LayerManager.h"
 #include "core/LayerState.h"
+#include "core/LightTable.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -47,6 +48,9 @@ const FlagTable<LayerCommand>& LayerCommand::Flags() {
         Flag("-qn", "queryName", {index}).Does(&L::QueryName).Needs(&L::CheckLayer),
         Flag("-ev", "editVis", {&L::visible_, index}).Exchanges(&L::ExchangeVisibility).Needs(&L::CheckLayer),
         Flag("-qv", "queryVis", {index}).Does(&L::QueryVisibility).Needs(&L::CheckLayer),
+        // What is marked is only seen, so that it is no step of undo.
+        Flag("-em", "editMark", {&L::marked_, index}).Does(&L::EditMark).Needs(&L::CheckLayer),
+        Flag("-qm", "queryMark", {index}).Does(&L::QueryMark).Needs(&L::CheckLayer),
         Flag("-eo", "editOpacity", {&L::opacity_, index})
             .Exchanges(&L::ExchangeOpacity)
             .Needs(&L::CheckLayer),
@@ -561,6 +565,16 @@ MStatus LayerCommand::ExchangeVisibility() {
 
 MStatus LayerCommand::QueryVisibility() {
     setResult(node_->IsLayerVisible(camera_, layerIndex_));
+    return MS::kSuccess;
+}
+
+MStatus LayerCommand::EditMark() {
+    drawing_->SetLayerMarked(node_->GetLayer(camera_, layerIndex_)->GetId(), marked_);
+    return MS::kSuccess;
+}
+
+MStatus LayerCommand::QueryMark() {
+    setResult(drawing_->GetLightTable().IsMarked(node_->GetLayer(camera_, layerIndex_)->GetId()));
     return MS::kSuccess;
 }
 

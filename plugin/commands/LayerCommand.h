@@ -65,6 +65,8 @@ private:
     MStatus QueryName();
     MStatus ExchangeVisibility();
     MStatus QueryVisibility();
+    MStatus EditMark();
+    MStatus QueryMark();
     MStatus ExchangeOpacity();
     MStatus QueryOpacity();
     MStatus ExchangeState();
@@ -119,6 +121,7 @@ private:
     int layerState_ = -1; // of a new layer; negative if none was given
     int stateValue_ = 0;
     bool visible_ = true;
+    bool marked_ = false;
     double opacity_ = 1.0;
 
     LayerId layer_ = LayerId::None; // the layer that was made, moved, removed or changed

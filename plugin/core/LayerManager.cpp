@@ -430,7 +430,7 @@ void LayerManager::UpdateLayerManagerDialog() {
         const bool cameraExists = cameras.contains(entry.first);
         for (const auto& layer : entry.second) {
             rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState(), cameraExists,
-                         static_cast<quint64>(layer->GetId())});
+                         static_cast<quint64>(layer->GetId()), lightTable_->IsMarked(layer->GetId())});
         }
     }
     DialogManager::FillLayerManagerDialog(rows, activeCamera_, GetActiveLayerIndex(activeCamera_));

@@ -81,6 +81,7 @@ public:
     static bool SetActiveLayer(const QString& camera, int index);
     static bool SetLayerName(const QString& camera, int index, const QString& name);
     static bool SetLayerVisible(const QString& camera, int index, bool visible);
+    static bool SetLayerMarked(const QString& camera, int index, bool marked);
     static bool SetLayerState(const QString& camera, int index, LayerState state);
     static bool RefreshLayerManagerDialog();
 
@@ -135,6 +136,10 @@ public:
 
     // The light table.
     static bool SetGhostLayers(int layers);
+    /// The drawing that the active layer shows.
+    static bool SetDrawingPinned(bool pinned);
+    static bool UnpinAllDrawings();
+    static bool SetActiveLayerMarked(bool marked);
     static bool SetPinnedColor(const QColor& color);
     static bool SetOtherLayersOpacity(int percent);
     static bool SetFlipAllLayers(bool all);

@@ -204,6 +204,10 @@ bool MayaUtil::SetLayerVisible(const QString& camera, int index, bool visible) {
     return LayerLine({QStringLiteral("-ev"), Number(visible), Number(index), Word(camera)});
 }
 
+bool MayaUtil::SetLayerMarked(const QString& camera, int index, bool marked) {
+    return LayerLine({QStringLiteral("-em"), Number(marked), Number(index), Word(camera)});
+}
+
 bool MayaUtil::SetLayerOpacity(const QString& camera, int index, float opacity) {
     return LayerLine(
         {QStringLiteral("-eo"), QString::number(static_cast<double>(opacity)), Number(index), Word(camera)});
@@ -397,6 +401,18 @@ bool MayaUtil::SetGhostColorOverrideNext(const QColor& color) {
 
 bool MayaUtil::SetGhostLayers(int layers) {
     return UtilValue("-ghostLayers", layers);
+}
+
+bool MayaUtil::SetDrawingPinned(bool pinned) {
+    return UtilValue("-pinDrawing", pinned);
+}
+
+bool MayaUtil::UnpinAllDrawings() {
+    return UtilLine({QStringLiteral("-unpinAll")});
+}
+
+bool MayaUtil::SetActiveLayerMarked(bool marked) {
+    return UtilValue("-markLayer", marked);
 }
 
 bool MayaUtil::SetPinnedColor(const QColor& color) {

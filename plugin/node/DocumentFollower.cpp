@@ -13,7 +13,8 @@ namespace {
 
 // The changes after which each of them is refreshed.
 constexpr DocumentChanges PANEL_CHANGES = DocumentChange::Layers | DocumentChange::LayerSettings |
-                                          DocumentChange::ActiveLayer | DocumentChange::ActiveCamera;
+                                          DocumentChange::ActiveLayer | DocumentChange::ActiveCamera |
+                                          DocumentChange::Ghosting;
 constexpr DocumentChanges MARK_CHANGES = DocumentChange::Layers | DocumentChange::ActiveLayer |
                                          DocumentChange::ActiveCamera | DocumentChange::Frames;
 /// Views do not show which camera is active.

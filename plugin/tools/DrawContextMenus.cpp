@@ -7,6 +7,7 @@
 #include "host/MenuText.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/LightTableMenu.h"
 #include "paint/ToolTable.h"
 #include "tools/DrawContextInputHandler.h"
 
@@ -114,6 +115,7 @@ void DrawContextInputHandler::AddGhosting(QMenu& menu) {
                  &DrawContextInputHandler::ToggleGhostNext);
     menu.addSeparator();
     AddItem(menu, QStringLiteral("Settings..."), &DrawContextInputHandler::GhostingSettings);
+    LightTableMenu::Add(menu);
 }
 
 // The colour palette has no item on purpose.

@@ -47,6 +47,11 @@ const QString& VisibleLetter() {
     return letter;
 }
 
+const QString& MarkLetter() {
+    static const QString letter = QStringLiteral("G");
+    return letter;
+}
+
 const StateLook& LookOf(LayerState state) {
     for (const StateLook& look : STATES) {
         if (look.state == state) {
@@ -68,7 +73,8 @@ void ForLayer(quint64 id, const Function& function) {
     }
 }
 
-const LayerItem::Part PARTS[] = {LayerItem::Part::Row, LayerItem::Part::Visibility, LayerItem::Part::State};
+const LayerItem::Part PARTS[] = {LayerItem::Part::Row, LayerItem::Part::Visibility, LayerItem::Part::State,
+                                 LayerItem::Part::Mark};
 
 } // namespace
 
@@ -78,23 +84,28 @@ LayerItem::LayerItem(const QString& camera, int index, QWidget* parent)
     , index_(index)
     , visibility_(new LayerToggle(this))
     , state_(new LayerToggle(this))
-    , name_(new ElidedLabel(this)) {
+    , name_(new ElidedLabel(this))
+    , mark_(new LayerToggle(this)) {
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(5);
     layout->addWidget(visibility_);
     layout->addWidget(state_);
     layout->addWidget(name_, 1);
+    layout->addWidget(mark_);
     setAutoFillBackground(true);
     const QString name = QStringLiteral("qmVxLayer%1_%2_%3");
     const QString number = QString::number(index);
     setObjectName(name.arg(QString(), camera, number));
     visibility_->setObjectName(name.arg(QStringLiteral("Visibility"), camera, number));
     state_->setObjectName(name.arg(QStringLiteral("State"), camera, number));
+    mark_->setObjectName(name.arg(QStringLiteral("Mark"), camera, number));
     ConnectGuarded(visibility_, &LayerToggle::clicked, this, &LayerItem::ToggleVisibility);
     ConnectGuarded(state_, &LayerToggle::clicked, this, &LayerItem::CycleState);
-    visibility_->installEventFilter(this);
-    state_->installEventFilter(this);
+    ConnectGuarded(mark_, &LayerToggle::clicked, this, &LayerItem::ToggleMark);
+    for (LayerToggle* const toggle : {visibility_, state_, mark_}) {
+        toggle->installEventFilter(this);
+    }
     SetTabStop(false);
     UpdateColors();
 }
@@ -117,6 +128,9 @@ void LayerItem::Show(const LayerManagerRow& row) {
                                   : QStringLiteral("Hidden. Click to show it."));
     const StateLook& look = LookOf(row.state);
     state_->Show(QLatin1String(look.letter), QLatin1String(look.meaning));
+    mark_->Show(row.marked ? MarkLetter() : QString(),
+                row.marked ? QStringLiteral("Marked for ghosts. Click to unmark it.")
+                           : QStringLiteral("Click to mark it for ghosts."));
 }
 
 void LayerItem::SetActive(bool active) {
@@ -148,6 +162,7 @@ void LayerItem::UpdateColors() {
     name_->SetTextColor(text);
     visibility_->SetTextColor(text);
     state_->SetTextColor(text);
+    mark_->SetTextColor(text);
 }
 
 // --- actions ----------------------------------------------------------------------------------------------
@@ -173,6 +188,10 @@ void LayerItem::CycleState() {
         next = LayerState::Locked;
     }
     MayaUtil::SetLayerState(camera_, index_, next);
+}
+
+void LayerItem::ToggleMark() {
+    MayaUtil::SetLayerMarked(camera_, index_, mark_->text() != MarkLetter());
 }
 
 /// Where the layer of this row is by now; the index is negative if it is gone. The row follows later.
@@ -285,6 +304,14 @@ void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
     const CameraHandle mover(camera);
     CameraMenu::Add(*menu, QStringLiteral("Move all layers to         "), camera,
                     [mover](const QString& chosen) { MayaUtil::MoveAllLayers(mover.Name(), chosen); });
+    menu->addSeparator();
+    QAction* const mark = menu->addAction(QStringLiteral("Mark Layer"));
+    mark->setCheckable(true);
+    mark->setChecked(mark_->text() == MarkLetter());
+    ConnectGuarded(mark, &QAction::triggered, panel, [id](bool on) {
+        ForLayer(id,
+                 [on](const LayerPlace& place) { MayaUtil::SetLayerMarked(place.camera, place.index, on); });
+    });
     DrawingMenu::Add(*menu);
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     menu->popup(byKey ? mapToGlobal(rect().bottomLeft()) : event->globalPos());
@@ -294,7 +321,7 @@ void LayerItem::contextMenuEvent(QContextMenuEvent* event) {
 
 void LayerItem::SetTabStop(bool stop) {
     setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
-    for (LayerToggle* const toggle : {visibility_, state_}) {
+    for (LayerToggle* const toggle : {visibility_, state_, mark_}) {
         toggle->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
     }
 }
@@ -313,6 +340,8 @@ QWidget* LayerItem::GetWidget(Part part) const {
         return visibility_;
     case Part::State:
         return state_;
+    case Part::Mark:
+        return mark_;
     case Part::Row:
         break;
     }

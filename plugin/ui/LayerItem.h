@@ -13,14 +13,14 @@ class LayerToggle;
 struct LayerManagerRow;
 struct LayerPlace;
 
-/// One layer in the layer manager: its visibility, state and name. User actions go out as command lines; the
-/// item shows only what Show() sets.
+/// One layer in the layer manager: its visibility, state, name and mark. User actions go out as command
+/// lines; the item shows only what Show() sets.
 class LayerItem : public GuardedWidget<QWidget> {
     Q_OBJECT
 
 public:
     /// The columns that the arrow keys move through.
-    enum class Part { Row, Visibility, State };
+    enum class Part { Row, Visibility, State, Mark };
 
     LayerItem(const QString& camera, int index, QWidget* parent = nullptr);
 
@@ -69,6 +69,7 @@ private:
     void OpenProperties();
     void ToggleVisibility();
     void CycleState();
+    void ToggleMark();
     bool FilterEvent(QObject* watched, QEvent* event);
     /// Edits the name in place.
     void BeginRename();
@@ -84,6 +85,7 @@ private:
     LayerToggle* visibility_;
     LayerToggle* state_;
     ElidedLabel* name_;
+    LayerToggle* mark_;           ///< whether it is marked for ghosts
     QLineEdit* editor_ = nullptr; ///< while the name is edited
     QPoint press_;                ///< place of the last press in the row
     bool isDragged_ = false;

@@ -7,6 +7,7 @@
 #include "host/Settings.h"
 #include "host/ToolOptions.h"
 #include "node/BaseNode.h"
+#include "node/LightTableMenu.h"
 #include "paint/BrushPreset.h"
 #include "paint/ToolTable.h"
 #include "ui/HostColorField.h"
@@ -301,6 +302,7 @@ void ToolboxDialog::ShowGhostingMenu(const QPoint& place) {
     menu.addSeparator();
     ConnectGuarded(menu.addAction(QStringLiteral("Settings...")), &QAction::triggered, &menu,
                    [] { MayaUtil::ShowGhostingDialog(); });
+    LightTableMenu::Add(menu);
     menu.exec(place);
 }
 

@@ -26,6 +26,7 @@ struct LayerManagerRow {
     LayerState state;
     bool cameraExists = true; ///< false: the camera was deleted, its layers were kept
     quint64 id = 0;           ///< the layer's identity (see LayerId); 0 if it is not known
+    bool marked = false;      ///< its ghosts are shown with those of the marked layers
 };
 
 /// The layer manager panel as the drawing sees it.

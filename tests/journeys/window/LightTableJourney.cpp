@@ -60,4 +60,33 @@ TEST(LightTableJourney, AChosenKeyFlipsInTheNextSession) {
     EXPECT_EQ(program.Messages().count("Error"), 0);
 }
 
+TEST(LightTableJourney, TheMenuPinsAndMarksAndTakesThatBack) {
+    const Lightbox folder;
+    RunningLightbox program(folder, {});
+    program.Mel("qmVellixNode -l -f -c persp");
+    program.Mel("global proc string itemOf(string $menu, string $label) { string $item; "
+                "for ($item in `menu -q -itemArray $menu`) if (`menuItem -q -label $item` == $label) "
+                "return $item; return \"\"; }");
+    const QString menu = program.Mel("string $menu = $gQmVxMainMenu");
+    const QString ghosting = program.Mel("itemOf $gQmVxMainMenu \"Ghosting\"");
+    const auto item = [&](const char* label) {
+        return program.Mel(QString("itemOf \"%1\" \"%2\"").arg(ghosting, label));
+    };
+    for (const char* const on : {"1", "0", "1"}) {
+        program.Choose({menu, ghosting, item("Pin Drawing")});
+        EXPECT_TRUE(program.Becomes("qmVellixUtil -q -pinDrawing", on));
+        program.Choose({menu, ghosting, item("Mark Layer")});
+        EXPECT_TRUE(program.Becomes("qmVellixUtil -q -markLayer", on));
+    }
+    // The menu shows what is so now, whoever did it.
+    program.Mel("qmVellixUtil -e -markLayer 0");
+    program.Choose({menu, ghosting});
+    program.Place(item("Mark Layer"));
+    EXPECT_EQ(program.Mel("menuItem -q -checkBox " + item("Mark Layer")), "0");
+    EXPECT_EQ(program.Mel("menuItem -q -checkBox " + item("Pin Drawing")), "1");
+    program.Click(item("Unpin All Drawings"));
+    EXPECT_TRUE(program.Becomes("qmVellixUtil -q -pinDrawing", "0"));
+    EXPECT_EQ(program.Messages().count("Error"), 0);
+}
+
 } // namespace

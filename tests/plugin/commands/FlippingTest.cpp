@@ -227,7 +227,9 @@ TEST_F(FlippingTest, IsRefusedWhileADrawingIsBeingDrawn) {
 }
 
 TEST_F(FlippingTest, EndsWhenTheReleaseMightNotArrive) {
-    for (const QEvent::Type type : {QEvent::ApplicationDeactivate, QEvent::WindowDeactivate}) {
+    for (const QEvent::Type type :
+         {QEvent::ApplicationDeactivate, QEvent::WindowDeactivate, QEvent::MouseButtonPress,
+          QEvent::MouseButtonDblClick, QEvent::TabletPress, QEvent::TouchBegin}) {
         Mel("qmVellixUtil -flip -1");
         QEvent event(type);
         QCoreApplication::sendEvent(QCoreApplication::instance(), &event);
@@ -263,6 +265,14 @@ TEST_F(FlippingTest, PinsAndMarksAreOfTheActiveLayer) {
                   "There is no drawing to pin: the active layer shows none now.");
     Mel("qmVellixLayer -e -active 0 persp; qmVellixUtil -e -markLayer -1");
     EXPECT_EQ(answer("-markLayer"), 0);
+    const std::string undo = Mel("undoInfo -q -undoName").AsString();
+    Mel("qmVellixLayer -em 1 1 persp");
+    EXPECT_EQ(Mel("qmVellixLayer -qm 1 persp").AsInt(), 1);
+    EXPECT_EQ(Mel("qmVellixLayer -qm 0 persp").AsInt(), 0);
+    EXPECT_EQ(Mel("undoInfo -q -undoName").AsString(), undo) << "it is only seen";
+    Mel("qmVellixLayer -em 0 1 persp");
+    EXPECT_EQ(Mel("qmVellixLayer -qm 1 persp").AsInt(), 0);
+    ExpectRefusal("qmVellixLayer -em 1 7 persp", "Layer does not exist for camera (index): persp (7)");
 }
 
 } // namespace

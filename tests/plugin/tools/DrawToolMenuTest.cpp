@@ -85,10 +85,16 @@ const char* const VIEW_MENU =
     "-, "
     "Layer(New Layer..., Layer Properties...), Frame(Insert Frame(s), Duplicate Frame, Delete Frame(s), -, "
     "Cut Frame(s), Copy Frame(s), Paste Frame(s), -, Clear Frame(s), -, Step Forward, Step Back), "
-    "Ghosting(o Ghost Previous, x Ghost Next, -, Settings...), -, "
+    "Ghosting(o Ghost Previous, x Ghost Next, -, Settings..., -, [o Pin Drawing], [Unpin All Drawings], -, "
+    "%1), -, "
     "Toolbox..., Tool Options..., Layer Manager..., Retiming Tool..., -, "
     "Display Timeline Frames(o Always, o Selection/Context Active, x Off), -, "
     "Cleanup(Delete Active Layer, Delete Active Camera Layers, -, Clear All)";
+
+/// Without a drawing that could be pinned.
+QString ViewMenu(const char* markItem) {
+    return QString(VIEW_MENU).arg(markItem);
+}
 
 } // namespace
 
@@ -98,7 +104,7 @@ TEST_F(DrawToolMenuTest, TheViewsMenuShowsLayersAndWhatIsOn) {
     Run("qmVellixLayer -add -ls 0 -n \"Ink & colour\" persp; qmVellixLayer -add -ls 0 persp");
     Run("qmVellixLayer -e -active 1 persp");
     const QString shown = ChooseInView();
-    EXPECT_EQ(WithoutLayers(shown), VIEW_MENU);
+    EXPECT_EQ(WithoutLayers(shown), ViewMenu("o Mark Layer"));
     EXPECT_THAT(shown.toStdString(), ::testing::HasSubstr(", Ink && colour (active), "));
     EXPECT_EQ(shown.count("(active)"), 1);
     EXPECT_EQ(shown.left(shown.indexOf(", -, ")).split(", ").size(), 3);
@@ -107,11 +113,11 @@ TEST_F(DrawToolMenuTest, TheViewsMenuShowsLayersAndWhatIsOn) {
     Run("qmVellixLayer -add -ls 0 -n Side front; qmVellixLayer -e -active 1 persp");
     Run("lookThru modelPanel4 front");
     Settle();
-    EXPECT_EQ(ChooseInView(), QString("Side, -, ") + VIEW_MENU);
+    EXPECT_EQ(ChooseInView(), "Side, -, " + ViewMenu("o Mark Layer"));
     ChooseInView("Side");
     EXPECT_EQ(Node().GetActiveCamera(), "front");
     Run("file -force -new");
-    EXPECT_EQ(ChooseInView(), VIEW_MENU);
+    EXPECT_EQ(ChooseInView(), ViewMenu("[o Mark Layer]"));
     Settings::timelineFrameDisplay = 0;
     Settings::ghostNext = false;
 }
@@ -124,6 +130,15 @@ TEST_F(DrawToolMenuTest, ItemsDoWhatTheySay) {
     EXPECT_EQ(Settings::activeTool, ToolType::Line);
     EXPECT_THAT(ChooseInView("Ghost Previous").toStdString(), ::testing::HasSubstr("x Line"));
     EXPECT_TRUE(Settings::ghostPrev);
+    for (const char* const on : {"1", "0"}) {
+        ChooseInView("Pin Drawing");
+        EXPECT_EQ(Run("qmVellixUtil -q -pinDrawing").AsString(), on);
+        ChooseInView("Mark Layer");
+        EXPECT_EQ(Run("qmVellixLayer -qm 0 persp").AsString(), on);
+    }
+    ChooseInView("Pin Drawing");
+    EXPECT_THAT(ChooseInView("Unpin All Drawings").toStdString(), ::testing::HasSubstr("x Pin Drawing"));
+    EXPECT_EQ(Run("qmVellixUtil -q -pinDrawing").AsString(), "0");
     ChooseInView("Selection/Context Active");
     EXPECT_EQ(Settings::timelineFrameDisplay, 1);
     Run("currentTime 7");

@@ -224,8 +224,8 @@ TEST_F(LayerManagerTest, MenusListTheOtherCamerasAndMoveThere) {
     LayerManagerDialog& panel = Panel();
     Menu(Item(panel, "front", 0));
     QMenu& menu = PoppedUp();
-    EXPECT_EQ(Texts(menu),
-              QStringList({"A && B...", "-", "Move layer to         ", "Move all layers to         "}));
+    EXPECT_EQ(Texts(menu), QStringList({"A && B...", "-", "Move layer to         ",
+                                        "Move all layers to         ", "-", "Mark Layer"}));
     QMenu& cameras = *menu.actions().at(2)->menu();
     EXPECT_EQ(Texts(cameras), QStringList({"persp", "top", "side"}));
     {
@@ -290,6 +290,41 @@ TEST_F(LayerManagerTest, AMenuActsOnItsLayerWhereverThatIsByThen) {
         Run("undo");
         Settle();
     }
+}
+
+TEST_F(LayerManagerTest, RowsShowAndSetWhatIsMarkedForGhosts) {
+    LayerManagerDialog& panel = Panel();
+    const auto mark = [&panel](int index) { return Toggle(Item(panel, "persp", index), 2); };
+    const auto marks = [&] {
+        Settle();
+        return (mark(2)->text() + '|' + mark(1)->text() + '|' + mark(0)->text()).toStdString();
+    };
+    EXPECT_EQ(marks(), "||");
+    {
+        const ExecutedLines lines;
+        Click(mark(2));
+        Click(mark(0));
+        EXPECT_THAT(lines.Lines(), ElementsAre("qmVellixLayer -em 1 2 persp", "qmVellixLayer -em 1 0 persp"));
+    }
+    Click(mark(2)); // the lines above were only kept
+    Click(mark(0));
+    EXPECT_EQ(marks(), "G||G");
+    Run("qmVellixUtil -e -markLayer 1; qmVellixLayer -em 0 0 persp");
+    EXPECT_EQ(marks(), "G|G|") << "whoever marks";
+    Run("qmVellixLayer -move 2 0 persp");
+    EXPECT_EQ(marks(), "G||G") << "a mark goes with its layer";
+    Menu(Item(panel, "persp", 0));
+    QMenu& menu = PoppedUp();
+    QAction* const action = menu.actions().last();
+    EXPECT_EQ(action->text(), "Mark Layer");
+    EXPECT_TRUE(action->isChecked());
+    action->trigger();
+    menu.close();
+    EXPECT_EQ(marks(), "G||");
+    Run("qmVellixLayer -delete 2 persp");
+    Run("undo");
+    EXPECT_EQ(marks(), "G||") << "as the layer that comes back";
+    EXPECT_EQ(Ask("qmVellixLayer -qm 2 persp"), "1");
 }
 
 TEST_F(LayerManagerTest, ItsMenuTakesTheLayersOfAnotherDrawing) {
@@ -387,16 +422,16 @@ TEST_F(LayerManagerTest, TheKeyboardReachesEverything) {
     LayerManagerDialog& panel = Panel();
     panel.activateWindow();
     Settle();
-    // One row is a stop of the tab key, with its two buttons; the others are reached with the arrows.
+    // One row is a stop of the tab key, with its three buttons; the others are reached with the arrows.
     FindButton(&panel, QStringLiteral("Refresh"))->setFocus();
     QStringList stops;
-    for (int i = 0; i < 8; ++i) {
+    for (int i = 0; i < 9; ++i) {
         QTest::keyClick(panel.focusWidget(), Qt::Key_Tab);
         const QString name = panel.focusWidget()->accessibleName();
         stops.append(name.section(QLatin1Char('.'), 0, 0));
     }
-    EXPECT_EQ(stops, QStringList({"Ink", "Visible", "Animated", "Move Up", "Move Down", "New Layer",
-                                  "Delete Layer", "Refresh"}));
+    EXPECT_EQ(stops, QStringList({"Ink", "Visible", "Animated", "Click to mark it for ghosts", "Move Up",
+                                  "Move Down", "New Layer", "Delete Layer", "Refresh"}));
 
     LayerItem& ink = Item(panel, "persp", 1);
     ink.FocusPart(LayerItem::Part::Row, Qt::TabFocusReason);

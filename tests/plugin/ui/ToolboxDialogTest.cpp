@@ -250,11 +250,12 @@ TEST_F(ToolboxDialogTest, ARightClickOpensWhatThePreferencesAllow) {
     EXPECT_THAT(Lines(), IsEmpty());
 
     const auto rightClick = [this] { RightClick("Show the drawings after"); };
+    const QStringList lightTable = {"-", "Pin Drawing", "Unpin All Drawings", "-", "Mark Layer"};
     EXPECT_EQ(InMenu("Ghost Previous", rightClick),
-              QStringList({"Ghost Previous", "Ghost Next", "-", "Settings..."}));
+              QStringList({"Ghost Previous", "Ghost Next", "-", "Settings..."}) + lightTable);
     EXPECT_THAT(Lines(), Contains("qmVellixUtil -e -ghostPrevious 1"));
     EXPECT_EQ(InMenu("Settings...", rightClick),
-              QStringList({"Ghost Previous on", "Ghost Next", "-", "Settings..."}));
+              QStringList({"Ghost Previous on", "Ghost Next", "-", "Settings..."}) + lightTable);
     EXPECT_THAT(Lines(), Contains("qmVellixUtil -ghostingSettings"));
     ASSERT_NE(FindWindow("Ghosting Settings"), nullptr);
     FindWindow("Ghosting Settings")->close();
