@@ -34,6 +34,7 @@ public:
 
     void TakeViews();
     void TakeLightTable();
+    void TakePressure();
     void TakePanAndZoom();
     void TakeSlider();
     void TakeMenus();
@@ -73,6 +74,20 @@ void Photographer::TakeLightTable() {
     Take("light_table", "modelPanel4");
     program_.Mel(
         "qmVellixUtil -unpinAll; qmVellixUtil -e -ghostLayers 0; qmVellixUtil -e -otherLayersOpacity 100");
+}
+
+/// The tool options unfolded, with what a hand has drawn on the strip.
+void Photographer::TakePressure() {
+    program_.Mel(
+        "qmVellixUtil -pencilTool; qmVellixUtil -pencilOptions 24 100 1; "
+        "qmVellixUtil -e -pencilSizePressure 1 15 60 35; qmVellixUtil -e -pencilOpacityPressure 30 50 70; "
+        "qmVellixUtil -toolOptions");
+    program_.Click("qmVxToolOptionsPressureShown");
+    RunningLightbox::Rest(300);
+    Take("pressure", "qmVxToolOptions");
+    program_.Mel("qmVellixUtil -pencilOptions 6 100 0; qmVellixUtil -e -pencilSizePressure 0 0 50 50; "
+                 "qmVellixUtil -e -pencilOpacityPressure 0 50 50");
+    program_.Click("qmVxToolOptionsPressureShown");
 }
 
 void Photographer::TakePanAndZoom() {
@@ -238,5 +253,6 @@ int main(int argc, char** argv) {
     photographer.TakeMenus();
     photographer.TakeDialogs();
     photographer.TakeFloatingView();
+    photographer.TakePressure();
     return ::testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
 }
