@@ -284,7 +284,9 @@ TEST_F(LightTableTest, PinnedDrawingsStayInTheirColour) {
     EXPECT_NEAR(AlphaAt(1, 0), 68, 2) << "others are ghosts as before";
     SetGhosts(0);
     ShowTime(1);
-    EXPECT_EQ(At(0, 0), QColor(Qt::red)) << "not under itself";
+    const Layer* const faint = AddSquares(0, 100, QColor(255, 0, 0, 128), {1});
+    manager_.SetPinned(IdOf(*faint, 0), true);
+    EXPECT_NEAR(AlphaAt(0, 100), 128, 1) << "not under itself";
 
     layer->GetFrame(0)->SetTimeValue(2);
     layer->FramesChanged();
