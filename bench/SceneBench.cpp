@@ -462,6 +462,30 @@ void ReplayOver(benchmark::State& state) {
     }
 }
 
+double BytesAgainstQt() {
+    qint64 ours = 0;
+    qint64 byQt = 0;
+    for (const Layer* layer : Layers().GetLayers(CAMERA)) {
+        for (int i = 0; i < layer->FrameCount(); ++i) {
+            ours += layer->GetFrame(i)->GetPackedImage().size();
+            byQt += png_bytes::ByQt(layer->GetFrame(i)->GetImage()).size();
+        }
+    }
+    return static_cast<double>(ours) / static_cast<double>(byQt);
+}
+
+/// The packed drawings of the demo and of the recording.
+void PackedBytes(benchmark::State& state) {
+    for (auto _ : state) {
+        DrawDemo();
+        state.counters["demo"] = BytesAgainstQt();
+        NewLayer();
+        ReplayRecording();
+        state.counters["recording"] = BytesAgainstQt();
+    }
+    NewScene();
+}
+
 double ResidentMegabytes() {
     QFile status("/proc/self/statm");
     if (!status.open(QIODevice::ReadOnly)) {
@@ -530,6 +554,7 @@ BENCHMARK_CAPTURE(Import, drawings, false)->Unit(benchmark::kMillisecond)->UseRe
 BENCHMARK_CAPTURE(DecodeAndPack, opaque, true)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(DecodeAndPack, drawings, false)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(Memory)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
+BENCHMARK(PackedBytes)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 BENCHMARK(Replay)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ReplayOver)->Unit(benchmark::kMillisecond)->UseRealTime();
 
