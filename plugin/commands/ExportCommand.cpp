@@ -12,6 +12,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
+#include "node/OpenText.h"
 #include "node/ViewPlacement.h"
 #include "paint/Composite.h"
 #include "paint/ContactSheet.h"
@@ -144,6 +145,7 @@ MStatus ExportCommand::doIt(const MArgList& args) {
     if (!ReadArguments(args)) {
         return MS::kFailure;
     }
+    OpenText::Commit(); // what is seen goes out; an undo step, as before saving
     const BaseNode* const node = BaseNode::GetMaster();
     const std::shared_ptr<LayerManager> layers = node ? node->GetLayerManager() : nullptr;
     if (!layers) {

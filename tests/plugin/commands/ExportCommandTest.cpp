@@ -5,6 +5,7 @@
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "lightbox/FakeWindow.h"
+#include "node/OpenText.h"
 #include "paint/Ffmpeg.h"
 #include "paint/PngCodec.h"
 #include "plugin/commands/CommandFixture.h"
@@ -103,6 +104,14 @@ TEST_F(ExportCommandTest, ChangesNeitherTimeNorDrawingNorCaches) {
         EXPECT_EQ(layers->CacheUpdateRequired("persp"), !upToDate);
         EXPECT_EQ(MayaUtil::GetPlaybackTimeValue(), 2);
     }
+}
+
+TEST_F(ExportCommandTest, TextThatIsOpenGoesOutAsWell) {
+    bool isCommitted = false;
+    OpenText::SetCommit([&isCommitted] { isCommitted = true; });
+    Mel(Line("walk.##.png"));
+    OpenText::SetCommit({});
+    EXPECT_TRUE(isCommitted);
 }
 
 TEST_F(ExportCommandTest, SaysWhatToDo) {
