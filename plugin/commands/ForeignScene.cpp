@@ -49,13 +49,11 @@ ForeignScene::ForeignScene(const QString& path) {
     }
 }
 
-ForeignScene::~ForeignScene() {
-    RunGuarded("Taking the other scene out", [this] {
-        if (!namespace_.isEmpty()) {
-            MayaUtil::ExecuteMel(QStringLiteral("qmVxRemoveScene(%1)").arg(InQuotes(namespace_)), false,
-                                 false);
-        }
-    });
+ForeignScene::Removal::Removal()
+    : line_("qmVxRemoveScene()") {}
+
+ForeignScene::Removal::~Removal() {
+    RunGuarded("Taking the other scene out", [this] { MayaUtil::ExecuteMel(line_, false, false); });
 }
 
 QString ForeignScene::NameThere(const QString& camera) const {

@@ -2,6 +2,8 @@
 
 #include "paint/NonCopyable.h"
 
+#include <maya/MString.h>
+
 #include <QString>
 
 namespace vellix {
@@ -13,7 +15,6 @@ class BaseNode;
 class ForeignScene : private NonCopyable {
 public:
     explicit ForeignScene(const QString& path);
-    ~ForeignScene();
 
     /// The drawing that is edited there; null, with Fault(), if the scene cannot be read or has none.
     BaseNode* Drawing() const { return drawing_; }
@@ -23,6 +24,17 @@ public:
     QString NameThere(const QString& camera) const;
 
 private:
+    /// Takes the other scene out, also when memory runs out while it is looked for. Needs none of its own.
+    class Removal : private NonCopyable {
+    public:
+        Removal();
+        ~Removal();
+
+    private:
+        const MString line_;
+    };
+
+    Removal removal_;
     QString namespace_;
     BaseNode* drawing_ = nullptr;
     QString fault_;

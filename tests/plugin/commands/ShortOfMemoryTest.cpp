@@ -85,7 +85,7 @@ protected:
         Host::Get().output().SetSink([this](lightbox::Output::Kind kind, const std::string& text) {
             const FailingAllocation::Pause pause;
             said_ = said_ || kind == lightbox::Output::Kind::Error;
-            lastError_ = kind == lightbox::Output::Kind::Error ? text : lastError_;
+            lastError_ += kind == lightbox::Output::Kind::Error ? text + "\n" : std::string();
         });
     }
     /// Runs a line while an allocation fails. Returns whether it was asked for.
@@ -117,6 +117,7 @@ protected:
 /// Runs the line, with one allocation after the other failing, until none fails any more. Then it is done.
 void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
     const QString before = Drawing();
+    const std::string nodes = Mel("sort(`ls`)").Shown();
     for (int number = first; RunShort(line, number); ++number, ++failures_) {
         const QString after = Drawing();
         if (isDone_) {
@@ -126,6 +127,7 @@ void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
             ASSERT_EQ(after.toStdString(), before.toStdString()) << "at allocation " << number;
             ASSERT_TRUE(said_) << "at allocation " << number;
         }
+        ASSERT_EQ(Mel("sort(`ls`)").Shown(), nodes) << "at allocation " << number << " " << lastError_;
     }
     ASSERT_TRUE(isDone_) << lastError_;
     ASSERT_NE(Drawing().toStdString(), before.toStdString());
@@ -157,6 +159,12 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
     }
     const QString import =
         QString("qmVellixImport -file \"%1\" -camera ").arg(folder_.filePath("walk.*.png"));
+    const QString other = folder_.filePath("other.");
+    for (const char* const suffix : {"ora", "pclx"}) {
+        Mel(QString("qmVellixExport -camera persp -layered \"%1%2\" -startTime 3 -endTime 3")
+                .arg(other, suffix));
+    }
+    const QString layers = "qmVellixImport -camera persp -startTime 1 -file \"" + other;
     const Row rows[] = {
         // More frames than the layer has room for, in the place of one.
         {"timeControl -e -rangeArray 3 23 $gPlayBackSlider; qmVellixFrame -insert top;"
@@ -202,6 +210,8 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         {"file -f -new", "qmVellixNode -layer -camera side -frame"},
         {"", replay + "persp"},
         {"", import + "persp"},
+        {"file -f -new; camera; rename camera1 other; qmVellixNode -layer -camera persp", layers + "ora\""},
+        {"", layers + "pclx\""},
     };
     // Qt's reader of JSON ends the program when an allocation of it fails. It is done when the camera is
     // found to be missing.
