@@ -110,6 +110,14 @@ std::string DrawingSnapshot::Difference(const DrawingSnapshot& other, bool ident
             return difference;
         }
     }
+    if (places != other.places) {
+        return "the cameras' places: " + places.join(" ").toStdString() + ", not " +
+               other.places.join(" ").toStdString();
+    }
+    if (identities && activeCamera != other.activeCamera) {
+        return "the active camera: " + activeCamera.toStdString() + ", not " +
+               other.activeCamera.toStdString();
+    }
     return {};
 }
 
@@ -119,9 +127,10 @@ DrawingSnapshot DrawingLedger::Take(const BaseNode* node) {
     if (!document) {
         return snapshot;
     }
-    QStringList cameras = document->GetCameras();
-    cameras.sort();
-    for (const QString& camera : cameras) {
+    snapshot.places = document->GetCameras();
+    snapshot.places.sort();
+    snapshot.activeCamera = document->GetActiveCamera();
+    for (const QString& camera : snapshot.places) {
         for (const Layer* layer : document->GetLayers(camera)) {
             DrawingSnapshot::LayerRow row{layer->GetId(),
                                           camera,

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <map>
 #include <set>
@@ -34,6 +35,8 @@ struct DrawingSnapshot {
     };
 
     std::vector<LayerRow> layers; ///< by camera, then from the bottom up
+    QStringList places;           ///< the cameras that have a place, with layers or without, sorted
+    QString activeCamera;
 
     const LayerRow* FindLayer(LayerId id) const;
     const LayerRow* FindLayerOf(FrameId id) const;
@@ -42,7 +45,8 @@ struct DrawingSnapshot {
     std::vector<const LayerRow*> LayersOf(const QString& camera) const;
 
     /// What differs from the other drawing, in one sentence; empty when nothing does. Without `identities`
-    /// equal layers and keys may be other objects, as in a scene that was read again.
+    /// equal layers and keys may be other objects, as in a scene that was read again, and another camera may
+    /// be the active one, as after a look through it.
     std::string Difference(const DrawingSnapshot& other, bool identities) const;
 };
 

@@ -1,9 +1,11 @@
 #include "faults/InterleavingWalk.h"
 
 #include "core/LayerManager.h"
+#include "host/Settings.h"
 #include "mel/Error.h"
 #include "mel/Value.h"
 #include "openmaya/PluginContext.h"
+#include "paint/LineStyle.h"
 #include "paint/Stroke.h"
 #include "scene/IdleQueue.h"
 #include "scene/Timeline.h"
@@ -13,6 +15,7 @@
 #include "tools/TransformContext.h"
 
 #include <QCursor>
+#include <QFile>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -82,8 +85,7 @@ InterleavingWalk::Outcome InterleavingWalk::Walk(const std::vector<Step>& steps)
         if (!goesOn_) {
             return outcome;
         }
-        states_.clear();
-        leftLayers_.clear();
+        ForgetQueue();
     }
     outcome.fault = EndWhatIsPending();
     if (outcome.fault.empty()) {
@@ -131,21 +133,44 @@ void InterleavingWalk::Reset() {
         "playbackOptions -playbackSpeed 0.0001; currentTime 1; camera -n walkA; camera -n walkB;"
         "setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1;"
         "qmVellixNode -l -ln Rough -c persp; lookThru modelPanel4 persp; flushUndo");
+    MakeFiles();
     SizeView(VIEW_WIDTH, VIEW_HEIGHT);
     Settings::automaticallyAddFirstLayer = true;
     Settings::alwaysDisplayNewLayerDialog = false;
     Settings::insertDefaultStaticFrame = true;
+    Settings::lineStyle = LineStyle();
     // Strokes get their first samples from where the true pointer is.
     QCursor::setPos(View().mapToGlobal(QPoint(VIEW_WIDTH / 2, VIEW_HEIGHT / 2)));
     Settle(30);
     ledger_.Forget();
     pending_.reset();
-    states_.clear();
-    leftLayers_.clear();
+    ForgetQueue();
     strokes_ = 0;
     step_ = 0;
     FindCameras();
     states_[host_->undo().State()] = {ledger_.Take(NodeIfAny()), 0};
+}
+
+/// Files of layers, and another scene, to bring in.
+void InterleavingWalk::MakeFiles() {
+    if (QFile::exists(prefs_.filePath("other.ma"))) {
+        return;
+    }
+    FindCameras();
+    Replay({1, 0, 10, 20}); // persp at 1
+    Run("qmVellixLayer -add -n Ink -ls 0 persp");
+    Replay({1, 3, 300, 20}); // at 4
+    const std::string path = prefs_.path().toStdString();
+    Run("qmVellixExport -camera persp -startTime 4 -endTime 4 -layered \"" + path + "/other.ora\"");
+    Run("qmVellixExport -camera persp -startTime 1 -endTime 4 -layered \"" + path + "/other.pclx\"");
+    Run("file -force -type mayaAscii -exportAll \"" + path + "/other.ma\"");
+    Run("undo; undo; undo; flushUndo");
+}
+
+/// After what is not in the undo queue, or not as it was when it came there.
+void InterleavingWalk::ForgetQueue() {
+    states_.clear();
+    leftLayers_.clear();
 }
 
 void InterleavingWalk::Rest() {
@@ -167,6 +192,18 @@ std::string InterleavingWalk::Take(const Step& step, std::string& said) {
     messages_.clear();
     said = (this->*Actions()[step.action].run)(step.numbers);
     Rest();
+    const bool isRefusedInTheMiddle =
+        pending_ && std::any_of(messages_.begin(), messages_.end(), [](const std::string& text) {
+            return text.find(" could not be redone") != std::string::npos ||
+                   text.find(" could not be undone") != std::string::npos;
+        });
+    if (isRefusedInTheMiddle) {
+        // What the press added was in the way, as was said. The next try may succeed, so no place in the
+        // queue shows one drawing from now on.
+        Line("flushUndo");
+        permission_.isRefused = false;
+        ForgetQueue();
+    }
     if (step_ % 100 == 0) {
         ledger_.Forget();
     }
@@ -191,6 +228,8 @@ std::string InterleavingWalk::Judge(const DrawingSnapshot& after) {
     if (HasStroke() && !pending_) {
         NotePending(after);
     } else if (pending_) {
+        // The layer of a step that was undone in the middle goes with the stroke.
+        pending_->layerAdded = Node().GetLayerManager()->IsLayerOfStroke(pending_->layer);
         pending_->isSaid = pending_->isSaid || (HasError() && !permission_.isRefused);
     }
     if (concerned) {
@@ -425,6 +464,16 @@ void InterleavingWalk::SendMouse(QEvent::Type type, const QPoint& position, Qt::
                                  Qt::MouseButtons held, Qt::KeyboardModifiers keys) {
     QMouseEvent event(type, position, View().mapToGlobal(position), button, held, keys);
     QApplication::sendEvent(&View(), &event);
+}
+
+void InterleavingWalk::PermitKeysAt(const QString& camera, int time) {
+    for (const auto* layer : before_.LayersOf(camera)) {
+        for (const auto& key : layer->keys) {
+            if (key.time == time) {
+                permission_.frames.insert(key.id);
+            }
+        }
+    }
 }
 
 void InterleavingWalk::PermitActiveKeys(const QString& camera, int first, int last) {

@@ -81,7 +81,9 @@ private:
     };
 
     void Reset();
+    void MakeFiles();
     void Rest();
+    void ForgetQueue();
     std::string Take(const Step& step, std::string& said);
     std::string Judge(const DrawingSnapshot& after);
     std::string JudgeEnd(const Pending& ended, const DrawingSnapshot& after) const;
@@ -104,6 +106,7 @@ private:
     void Sample(const QPoint& position);
     void SendMouse(QEvent::Type type, const QPoint& position, Qt::MouseButton button, Qt::MouseButtons held,
                    Qt::KeyboardModifiers keys = {});
+    void PermitKeysAt(const QString& camera, int time);
     void PermitActiveKeys(const QString& camera, int first, int last);
 
     // The actions.
@@ -128,6 +131,10 @@ private:
     std::string CommitByScript(const Numbers& n);
     std::string Replay(const Numbers& n);
     std::string Import(const Numbers& n);
+    std::string ImportLayers(const Numbers& n);
+    std::string TakeLayers(const Numbers& n);
+    std::string Export(const Numbers& n);
+    std::string LineStyleLine(const Numbers& n);
     std::string CameraLine(const Numbers& n);
     std::string Undo(const Numbers& n);
     std::string Redo(const Numbers& n);

@@ -54,6 +54,10 @@ const std::vector<InterleavingWalk::Action>& InterleavingWalk::Actions() {
         {"commit by script", 12, &W::CommitByScript},
         {"replay", 30, &W::Replay},
         {"import", 20, &W::Import},
+        {"import layers", 20, &W::ImportLayers},
+        {"take layers", 6, &W::TakeLayers},
+        {"export", 5, &W::Export},
+        {"line style", 40, &W::LineStyleLine},
         {"camera", 40, &W::CameraLine},
         {"undo", 140, &W::Undo},
         {"redo", 100, &W::Redo},
@@ -516,6 +520,59 @@ std::string InterleavingWalk::Import(const Numbers& n) {
     return line.toStdString();
 }
 
+/// The layers of a file, or of another scene.
+std::string InterleavingWalk::ImportLayers(const Numbers& n) {
+    const QString camera = CameraAt(n[0]);
+    const int frame = TimeOf(n[1]);
+    QString line;
+    if (n[2] % 3 == 0) {
+        line = QString("qmVellixImport -fromCamera persp -camera %1 -scene other.ma").arg(camera);
+    } else {
+        line = QString("qmVellixImport -camera %1 -startTime %2 -file other.%3")
+                   .arg(camera)
+                   .arg(frame)
+                   .arg(n[2] % 3 == 1 ? "ora" : "pclx");
+        PermitKeysAt(camera, frame);
+        PermitKeysAt(camera, frame + 3);
+    }
+    Line(QString(line).replace("other.", prefs_.filePath("other.")).toStdString());
+    return line.toStdString();
+}
+
+/// What the layer manager's menu does with another drawing in the scene.
+std::string InterleavingWalk::TakeLayers(const Numbers&) {
+    if (!NodeIfAny() || before_.layers.size() > 12) {
+        return "no layers to take";
+    }
+    // One step of the queue, as that of the menu is.
+    const std::string line = "string $d[] = `duplicate vellix`; string $s[] = `listRelatives -s -path $d[0]`;"
+                             "qmVellixImport -node $s[0]; delete $d[0];";
+    Line("proc takeLayers() { " + line + "} takeLayers();");
+    return "take the layers of a duplicate";
+}
+
+/// Reads the drawing and changes nothing of it.
+std::string InterleavingWalk::Export(const Numbers& n) {
+    const QString line = QString("qmVellixExport -camera %1 -startTime %2 -endTime %2 -layered walk.%3")
+                             .arg(CameraAt(n[0]))
+                             .arg(TimeOf(n[1]))
+                             .arg(n[2] % 3 == 0   ? "ora"
+                                  : n[2] % 3 == 1 ? "psd"
+                                                  : "pclx");
+    Line(QString(line).replace("walk.", prefs_.filePath("walk.")).toStdString());
+    return line.toStdString();
+}
+
+/// Switches of the line that take hold of the next stroke: one in progress goes on as it began.
+std::string InterleavingWalk::LineStyleLine(const Numbers& n) {
+    const QString line = n[0] % 3 == 0   ? QString("qmVellixUtil -preset %1").arg(1 + n[1] % 10)
+                         : n[0] % 3 == 1 ? QString("qmVellixUtil -e -smoothCurves %1").arg(n[1] % 2)
+                                         : QString("qmVellixUtil -e -stabiliser %1").arg(n[1] % 4 * 5);
+    permission_.endsQuietly = TransformTool() != nullptr; // a preset takes the draw tool
+    Line(line.toStdString());
+    return line.toStdString();
+}
+
 std::string InterleavingWalk::CameraLine(const Numbers& n) {
     const QString camera = CameraAt(n[1]);
     const QString names[] = {"walkA", "walkB", "walkC", "walkD"};
@@ -600,8 +657,7 @@ std::string InterleavingWalk::SaveAndReopen(const Numbers& n) {
         fault_ = "Opened it differs from what was saved: " + other;
     }
     pending_.reset();
-    states_.clear();
-    leftLayers_.clear();
+    ForgetQueue();
     permission_.everything = true;
     Line("undoInfo -infinity on; playbackOptions -playbackSpeed 0.0001");
     FindCameras();
