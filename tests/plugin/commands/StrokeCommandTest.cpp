@@ -72,7 +72,7 @@ TEST_F(StrokeCommandTest, UndoTakesTheLayerOfItsPressWhateverCameBelowIt) {
 
 TEST_F(StrokeCommandTest, UndoLeavesALayerThatGotMoreSinceItsPress) {
     ASSERT_TRUE(Draw(PERSP, 100));
-    ASSERT_TRUE(Run("timeControl -e -rangeArray 10 11 $gPlayBackSlider; qmVellixFrame -copy"));
+    const QImage picture = Image(PERSP, 0);
     int layer = -1;
     bool frameAdded = false;
     ASSERT_TRUE(node_->PrepareForDraw(TOP, layer, frameAdded));
@@ -81,7 +81,10 @@ TEST_F(StrokeCommandTest, UndoLeavesALayerThatGotMoreSinceItsPress) {
     stroke->points.append({20, 1.0f, 100.0f, QPoint(100, 400)});
     stroke->points.append({20, 1.0f, 100.0f, QPoint(300, 400)});
     MayaUtil::SetPlaybackTime(20);
-    ASSERT_TRUE(Run("timeControl -e -rangeArray 20 21 $gPlayBackSlider; qmVellixFrame -paste top"));
+    // No command does this before the stroke ends.
+    node_->AddFrame(TOP, MTime(20, MTime::uiUnit()));
+    Layer& pressed = *node_->GetLayer(TOP, 0);
+    pressed.GetFrame(pressed.FindFrameIndex(20))->SetImage(picture);
     ASSERT_TRUE(MayaUtil::PushStroke(TOP, layer, frameAdded));
     ASSERT_TRUE(Run("undo"));
     ASSERT_EQ(node_->LayerCount(TOP), 1);
