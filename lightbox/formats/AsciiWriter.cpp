@@ -117,8 +117,10 @@ void AsciiWriter::WriteReferences(const SceneContent& content) {
             const bool hasPrefix = !reference.prefix.empty();
             out_ << "file " << instruction << (hasPrefix ? " -rpr " : " -ns ")
                  << Quoted(hasPrefix ? reference.prefix : reference.nameSpace);
+            // The announcement tells whether the file is left unloaded; the other statement always waits for
+            // it.
             if (isReading || reference.isDeferred) {
-                out_ << " -dr " << (reference.isDeferred ? 1 : 0);
+                out_ << " -dr 1";
             }
             out_ << " -rfn " << Quoted(reference.name) << reference.further;
             if (!reference.options.empty()) {

@@ -203,7 +203,7 @@ TEST_F(ForeignSceneTest, AShotThatRefersToOtherFiles) {
     Save("saved.ma");
     const std::string saved = ReadScene("saved.ma");
     for (const char* kept :
-         {"file -r -ns \"lampA\" -dr 0 -rfn \"lampARN\" -op \"v=0;\" -typ \"mayaAscii\" \"prop.ma\";",
+         {"file -r -ns \"lampA\" -dr 1 -rfn \"lampARN\" -op \"v=0;\" -typ \"mayaAscii\" \"prop.ma\";",
           "file -rdi 1 -ns \"lampB\" -dr 1 -rfn \"lampBRN\" -op \"v=0;\" -typ \"mayaAscii\" \"prop.ma\";",
           "-rfn \"goneRN\" -typ \"mayaAscii\" \"not_delivered.ma\";",
           "2 \"|gone:thing\" \"visibility\" \" 0\"", "connectAttr \"shotCam.tx\" \"lampA:bulb.power\";"}) {

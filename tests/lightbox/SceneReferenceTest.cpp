@@ -37,7 +37,7 @@ TEST_F(SceneReferenceTest, NodesAreReadAgainAndOnlyEditsAreWritten) {
     Save("shot.ma");
     const std::string untouched = ReadScene("shot.ma");
     EXPECT_THAT(untouched,
-                HasSubstr("file -r -ns \"h\" -dr 0 -rfn \"hRN\" -typ \"mayaAscii\" \"" + Path("hero.ma")));
+                HasSubstr("file -r -ns \"h\" -dr 1 -rfn \"hRN\" -typ \"mayaAscii\" \"" + Path("hero.ma")));
     EXPECT_THAT(untouched, Not(HasSubstr("createNode transform -n \"h:")));
     EXPECT_THAT(untouched, Not(HasSubstr("select -ne \"h:"))) << "nothing was changed about the reference";
 
