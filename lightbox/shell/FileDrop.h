@@ -14,8 +14,8 @@ class Host;
 
 /// Handles files dropped onto the window. A scene (.ma, .lbx) is opened, after the question about unsaved
 /// changes; a script (.mel) is run; any other file is passed to the action that a plug-in offers for its
-/// suffix (see addPluginActions), as an array of strings. Each is done through a MEL command, so undo, log and errors work as for a
-/// typed line.
+/// suffix (see addPluginActions), as an array of strings. Each is done through a MEL command, so undo, log
+/// and errors work as for a typed line.
 class FileDrop : public QObject {
     Q_OBJECT
 public:

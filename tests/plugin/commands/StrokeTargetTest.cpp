@@ -55,6 +55,15 @@ protected:
         Node().CancelActiveStroke();
         return isCommitted;
     }
+    /// Commits the stroke; undo has to give the drawing `before`, and redo what the stroke made.
+    void ExpectUndoableRelease(const Pressed& pressed, const QString& before) {
+        EXPECT_TRUE(Release(pressed));
+        const QString after = Drawing();
+        Mel("undo");
+        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+        Mel("redo");
+        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+    }
     void DrawStroke(const QString& camera, int y) {
         const Pressed pressed = Press(camera, y);
         EXPECT_TRUE(Release(pressed));
@@ -244,12 +253,7 @@ TEST_F(StrokeTargetTest, NoFrameIsPutUnderTheStroke) {
         const QString during = Drawing();
         EXPECT_EQ(Refused(row.line), QStringList(row.message));
         EXPECT_EQ(Drawing().toStdString(), during.toStdString());
-        EXPECT_TRUE(Release(pressed));
-        const QString after = Drawing();
-        Mel("undo");
-        EXPECT_EQ(Drawing().toStdString(), before.toStdString());
-        Mel("redo");
-        EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+        ExpectUndoableRelease(pressed, before);
         Mel("undo");
     }
 }
@@ -342,12 +346,7 @@ TEST_F(StrokeTargetTest, ALayerWhoseStepIsUndoneUnderAStrokeGoesWithTheStroke) {
         Mel("undo; undo");
         EXPECT_EQ(Pictures().keys().filter("side/"), QStringList("side/Layer/5")) << "the stroke goes on";
         if (isKept) {
-            EXPECT_TRUE(Release(pressed));
-            const QString second = Drawing();
-            Mel("undo");
-            EXPECT_EQ(Drawing().toStdString(), before.toStdString());
-            Mel("redo");
-            EXPECT_EQ(Drawing().toStdString(), second.toStdString());
+            ExpectUndoableRelease(pressed, before);
         } else {
             Node().CancelActiveStroke();
             EXPECT_EQ(Drawing().toStdString(), before.toStdString());
@@ -505,12 +504,7 @@ TEST_F(StrokeTargetTest, NoFrameComesToTheLayerOfAPress) {
                         .arg(path, name)));
     Mel("undoInfo -stateWithoutFlush 0; currentTime 3; undoInfo -stateWithoutFlush 1");
     EXPECT_EQ(Drawing().toStdString(), during.toStdString());
-    EXPECT_TRUE(Release(pressed));
-    const QString after = Drawing();
-    Mel("undo");
-    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
-    Mel("redo");
-    EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+    ExpectUndoableRelease(pressed, before);
 }
 
 TEST_F(StrokeTargetTest, ALayerThatIsDeletedUnderItsOwnPressGoesWithTheStroke) {
