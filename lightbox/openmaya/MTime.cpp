@@ -63,6 +63,10 @@ bool MTime::operator==(const MTime& other) const {
 }
 
 bool MTime::operator<(const MTime& other) const {
+    // Every unit has more than one tick.
+    if (unit_ == other.unit_ && std::fabs(value_ - other.value_) >= 1.0) {
+        return value_ < other.value_;
+    }
     return Ticks(*this) < Ticks(other);
 }
 

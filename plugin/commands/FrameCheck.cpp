@@ -29,30 +29,34 @@ void FrameCheck::NeedFree(const MTime& time) {
     exactTimes_.push_back(time);
 }
 
-/// Sorts first, and then looks at each frame of the layer once: thousands of frames may move.
+/// Thousands of frames may move. Most often all of the layer leave, and no time has to be compared.
 bool FrameCheck::Passes(QString& refusal) {
-    std::sort(leaving_.begin(), leaving_.end());
-    leaving_.erase(std::unique(leaving_.begin(), leaving_.end()), leaving_.end());
+    std::vector<const Frame*> staying;
+    for (int i = 0; i < layer_.FrameCount(); ++i) {
+        const Frame* const frame = layer_.GetFrame(i);
+        if (!leaving_.Find(frame->GetId())) {
+            staying.push_back(frame);
+        }
+    }
+    refusal.clear();
+    if (static_cast<std::size_t>(layer_.FrameCount()) - staying.size() < leaving_.Size()) {
+        refusal = QStringLiteral("a frame of the layer \"%1\" no longer exists").arg(layer_.GetName());
+        return false;
+    }
+    if (staying.empty()) {
+        return true;
+    }
     std::sort(wholeTimes_.begin(), wholeTimes_.end());
     std::sort(exactTimes_.begin(), exactTimes_.end());
-    refusal.clear();
-    std::size_t leaving = 0;
-    for (int i = 0; i < layer_.FrameCount(); ++i) {
-        const Frame& frame = *layer_.GetFrame(i);
-        if (IsAmong(leaving_, frame.GetId())) {
-            ++leaving;
-            continue;
-        }
-        const bool isTaken = (!wholeTimes_.empty() && IsAmong(wholeTimes_, frame.GetTimeValue())) ||
-                             (!exactTimes_.empty() && IsAmong(exactTimes_, frame.GetTime()));
-        if (isTaken && refusal.isEmpty() && frame.GetId() != layer_.GetProvisionalFrame()) { // that gives way
-            refusal = QStringLiteral("a frame already exists at time %1").arg(frame.GetTimeValue());
+    for (const Frame* frame : staying) {
+        const bool isTaken = (!wholeTimes_.empty() && IsAmong(wholeTimes_, frame->GetTimeValue())) ||
+                             (!exactTimes_.empty() && IsAmong(exactTimes_, frame->GetTime()));
+        if (isTaken && frame->GetId() != layer_.GetProvisionalFrame()) { // that gives way
+            refusal = QStringLiteral("a frame already exists at time %1").arg(frame->GetTimeValue());
+            return false;
         }
     }
-    if (leaving < leaving_.size()) {
-        refusal = QStringLiteral("a frame of the layer \"%1\" no longer exists").arg(layer_.GetName());
-    }
-    return refusal.isEmpty();
+    return true;
 }
 
 } // namespace vellix

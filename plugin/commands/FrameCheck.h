@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/FrameTable.h"
 #include "core/Identity.h"
 
 #include <maya/MTime.h>
@@ -29,8 +30,8 @@ public:
 
 private:
     const Layer& layer_;
-    std::vector<FrameId> leaving_; ///< ascending from the first Passes on
-    std::vector<int> wholeTimes_;  ///< the same
+    FrameTable<FrameId> leaving_;
+    std::vector<int> wholeTimes_;
     std::vector<MTime> exactTimes_;
 };
 

@@ -19,6 +19,7 @@
 #include <maya/MArgList.h>
 #include <maya/MStringArray.h>
 
+#include <cstddef>
 #include <memory>
 #include <set>
 #include <utility>
@@ -30,9 +31,11 @@ namespace {
 /// The frames of the layer but for the empty one of a press that has not ended, which no undo step knows.
 std::vector<const Frame*> GetFrames(const Layer& layer) {
     std::vector<const Frame*> frames;
+    frames.reserve(static_cast<std::size_t>(layer.FrameCount()));
     for (int i = 0; i < layer.FrameCount(); ++i) {
-        if (layer.GetFrame(i)->GetId() != layer.GetProvisionalFrame()) {
-            frames.push_back(layer.GetFrame(i));
+        const Frame* const frame = layer.GetFrame(i);
+        if (frame->GetId() != layer.GetProvisionalFrame()) {
+            frames.push_back(frame);
         }
     }
     return frames;

@@ -4,7 +4,6 @@
 
 #include <maya/MTime.h>
 
-#include <unordered_map>
 #include <vector>
 
 class QString;
@@ -18,7 +17,7 @@ class Layer;
 /// taken, nothing.
 class FrameSchedule {
 public:
-    /// Plans a frame's new time, in whole frames; complete the plan before the first Do.
+    /// Plans a frame's new time, in whole frames; once for a frame, and before the first Do.
     void Add(const Frame& frame, int time);
 
     /// Both return false, with the reason in `refusal` and nothing changed, if they cannot be done. Undo
@@ -28,13 +27,14 @@ public:
 
 private:
     struct Change {
+        FrameId frame;
         MTime before;
-        int time;
+        int after;
     };
 
     std::vector<FrameId> GetFrames() const;
 
-    std::unordered_map<FrameId, Change> changes_;
+    std::vector<Change> changes_;
 };
 
 } // namespace vellix

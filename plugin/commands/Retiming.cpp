@@ -32,6 +32,7 @@ qint64 Retiming::GetHoldChange(const std::vector<int>& times, std::size_t index)
 
 std::vector<qint64> Retiming::GetTimes(const std::vector<int>& times) const {
     std::vector<qint64> result;
+    result.reserve(times.size());
     qint64 shift = 0;
     for (std::size_t i = 0; i < times.size(); ++i) {
         if (i > 0 && times[i] + shift <= result.back()) {

@@ -1,6 +1,7 @@
 #include "core/Layer.h"
 
 #include "core/Frame.h"
+#include "core/FrameTable.h"
 #include "host/FrameTime.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
@@ -18,6 +19,12 @@ namespace {
 /// By the exact times: a change of the time unit can put two frames on one whole frame.
 bool IsEarlier(const std::unique_ptr<Frame>& frame, const std::unique_ptr<Frame>& other) {
     return frame->GetTime() < other->GetTime();
+}
+
+void SortFrames(FrameList& frames) {
+    if (!std::is_sorted(frames.begin(), frames.end(), IsEarlier)) {
+        std::stable_sort(frames.begin(), frames.end(), IsEarlier);
+    }
 }
 
 std::function<bool(const std::unique_ptr<Frame>&)> HasId(FrameId id) {
@@ -323,18 +330,33 @@ std::unique_ptr<Frame> Layer::RemoveFrame(FrameId id) {
 }
 
 FrameList Layer::TakeFrames(const std::vector<FrameId>& ids) {
-    std::vector<FrameId> wanted = ids;
-    std::sort(wanted.begin(), wanted.end());
+    FrameTable<FrameId> wanted(ids);
     FrameList taken;
-    taken.reserve(wanted.size()); // what follows needs no memory
+    taken.reserve(wanted.Size()); // what follows needs no memory
     const auto first =
         std::stable_partition(frames_.begin(), frames_.end(), [&wanted](const std::unique_ptr<Frame>& frame) {
-            return !std::binary_search(wanted.begin(), wanted.end(), frame->GetId());
+            return !wanted.Find(frame->GetId());
         });
     std::move(first, frames_.end(), std::back_inserter(taken));
     frames_.erase(first, frames_.end());
     FramesChanged();
     return taken;
+}
+
+void Layer::MoveFrames(std::vector<FrameTime> times) {
+    if (provisional_ != FrameId::None) { // saves converting the times
+        for (const FrameTime& time : times) {
+            MakeRoomAt(ToWholeFrames(time.time));
+        }
+    }
+    FrameTable<FrameTime> table(std::move(times));
+    for (const std::unique_ptr<Frame>& frame : frames_) {
+        if (const FrameTime* const time = table.Find(frame->GetId())) {
+            frame->SetTime(time->time);
+        }
+    }
+    SortFrames(frames_);
+    FramesChanged();
 }
 
 void Layer::ReserveFrames(std::size_t count) {
@@ -343,14 +365,12 @@ void Layer::ReserveFrames(std::size_t count) {
 
 void Layer::PutFrames(FrameList& frames) {
     ReserveFrames(frames.size());
-    if (provisional_ != FrameId::None) {
+    if (provisional_ != FrameId::None) { // saves converting the times
         for (const std::unique_ptr<Frame>& frame : frames) {
             MakeRoomAt(frame->GetTimeValue());
         }
     }
-    if (!std::is_sorted(frames.begin(), frames.end(), IsEarlier)) {
-        std::stable_sort(frames.begin(), frames.end(), IsEarlier);
-    }
+    SortFrames(frames);
     const auto middle = frames_.insert(frames_.end(), std::make_move_iterator(frames.begin()),
                                        std::make_move_iterator(frames.end()));
     std::inplace_merge(frames_.begin(), middle, frames_.end(), IsEarlier);
@@ -367,6 +387,9 @@ FrameId Layer::GetProvisionalFrame() const {
 }
 
 bool Layer::IsBeingDrawn(int frame) const {
+    if (provisional_ == FrameId::None) {
+        return false;
+    }
     const Frame* const there = GetFrame(FindKey(frame));
     return there != nullptr && there->GetId() == provisional_;
 }

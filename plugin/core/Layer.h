@@ -21,6 +21,15 @@ namespace vellix {
 
 class Frame;
 
+struct FrameTime {
+    FrameId frame;
+    MTime time;
+};
+
+inline FrameId FrameOf(const FrameTime& time) {
+    return time.frame;
+}
+
 using FrameList = std::vector<std::unique_ptr<Frame>>;
 
 /// An ordered list of keyed frames. A layer displays the last frame keyed at or before the current time.
@@ -112,6 +121,9 @@ public:
     /// Inserts the frames in one pass, each after those of its time, and empties the list; the caller checks
     /// which times are free. The caller keeps the frames, and nothing is changed, if memory is too short.
     void PutFrames(FrameList& frames);
+    /// Gives frames new times, at most one each, in one pass; the caller checks which times are free. Frames
+    /// that the layer does not hold are passed over.
+    void MoveFrames(std::vector<FrameTime> times);
     /// Makes room for so many more frames, to put them next: that needs no memory then.
     void ReserveFrames(std::size_t count);
 
