@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -9,13 +10,15 @@
 namespace lightbox {
 
 /// Calls callbacks in the order they were added. A callback may add and remove callbacks, itself included: a
-/// removed one is not called any more, an added one only from the next call on.
+/// removed one is not called any more, an added one only from the next call on. All are called, also after
+/// one that throws; the first exception is thrown at the end. Calling needs no memory.
 template <typename... Arguments>
 class CallbackList {
 public:
     using Id = std::intptr_t;
     using Callback = std::function<void(Arguments...)>;
 
+    /// Ids ascend.
     void Add(Id id, Callback callback) {
         entries_.push_back({id, std::make_shared<Callback>(std::move(callback))});
     }
@@ -32,13 +35,21 @@ public:
         if (entries_.empty()) {
             return;
         }
-        // Callbacks may change the list, so this iterates over a copy and looks each one up before calling
-        // it.
-        const std::vector<Entry> entries = entries_;
-        for (const Entry& entry : entries) {
-            if (Find(entry.id) != entries_.end()) {
+        // Callbacks may change the list, so each is found anew, which needs no memory as a copy would.
+        const Id last = entries_.back().id;
+        std::exception_ptr failure;
+        for (auto next = entries_.begin(); next != entries_.end() && next->id <= last;) {
+            const Entry entry = *next; // it may take itself off
+            try {
                 (*entry.callback)(arguments...);
+            } catch (...) {
+                failure = failure ? failure : std::current_exception();
             }
+            next = std::upper_bound(entries_.begin(), entries_.end(), entry.id,
+                                    [](Id id, const Entry& other) { return id < other.id; });
+        }
+        if (failure) {
+            std::rethrow_exception(failure);
         }
     }
     std::size_t Count() const { return entries_.size(); }

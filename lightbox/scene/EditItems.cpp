@@ -165,8 +165,9 @@ std::unique_ptr<UndoItem> RenameItem(Scene& scene, const std::shared_ptr<Node>& 
         scene.Rename(*node, scene.FreeName(name, *node, dag ? dag->Parent() : nullptr));
     };
     return MakeItem(scene, "rename", redo, [&scene, node, before, namespaces] {
+        std::set<std::string> known = *namespaces;
         scene.Rename(*node, *before);
-        scene.SetNamespaces(*namespaces);
+        scene.SetNamespaces(std::move(known));
     });
 }
 

@@ -3,9 +3,13 @@
 #include "scene/AnimCurveNode.h"
 #include "scene/EventBus.h"
 #include "scene/SceneError.h"
+#include "scene/ScopeExit.h"
 
 #include <algorithm>
 #include <functional>
+#include <iostream>
+#include <new>
+#include <set>
 
 namespace lightbox {
 
@@ -223,19 +227,48 @@ std::vector<DagNode*> Scene::Subtree(DagNode& root) {
 }
 
 void Scene::Rename(Node& node, const std::string& freeName) {
+    std::string name = freeName;
+    const bool isOther = name != node.name_;
+    if (isOther) {
+        SwapName(node, name);
+    }
     Touch();
-    const std::string before = node.name_;
-    Unname(node);
-    node.name_ = freeName;
-    byName_[freeName].push_back(&node);
-    const std::string nameSpace = NamespaceOf(freeName);
+    // The name stands, and whoever can be told hears of it.
+    const auto tell = [](const auto& event) {
+        try {
+            event();
+        } catch (const std::bad_alloc&) {
+            std::cerr << "Out of memory: not everything follows the new name of a node.\n";
+        }
+    };
+    if (isOther) {
+        tell([&] { events_.FireRename(node, name); });
+    }
+    tell([&] { events_.Fire("NameChanged"); });
+}
+
+/// Gives the node a free name, and takes its old one. Changes nothing when memory is short.
+void Scene::SwapName(Node& node, std::string& name) {
+    std::set<std::string> namespaces = namespaces_;
+    const auto named = byName_.try_emplace(name).first;
+    bool isDone = false;
+    const ScopeExit takeBack([&] {
+        if (!isDone) {
+            namespaces_.swap(namespaces);
+        }
+        if (named->second.empty()) {
+            byName_.erase(named);
+        }
+    });
+    named->second.reserve(named->second.size() + 1);
+    const std::string nameSpace = NamespaceOf(name);
     if (!nameSpace.empty()) {
         AddNamespace(nameSpace);
     }
-    if (freeName != before) {
-        events_.FireRename(node, before);
-    }
-    events_.Fire("NameChanged");
+    Unname(node);
+    node.name_.swap(name); // from here on nothing needs memory
+    named->second.push_back(&node);
+    isDone = true;
 }
 
 void Scene::Move(DagNode& node, DagNode& parent, int index) {

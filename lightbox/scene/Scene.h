@@ -95,6 +95,7 @@ public:
     /// The base with the lowest number that makes a name which no node has anywhere.
     std::string FreeNumberedName(const std::string& base) const;
     bool IsNameTaken(const std::string& name) const { return byName_.count(name) != 0; }
+    /// When memory is short nothing is renamed; once it is, no listener that lacks memory makes it fail.
     void Rename(Node& node, const std::string& freeName);
     void Move(DagNode& node, DagNode& parent, int index = -1);
     void Reorder(DagNode& node, int index);
@@ -120,6 +121,7 @@ private:
     void MakeDefaultNodes();
     void MakeCamera(const std::string& name, const std::vector<double>& translate,
                     const std::vector<double>& rotate, bool orthographic);
+    void SwapName(Node& node, std::string& name);
     void Unname(Node& node);
 
     EventBus& events_;

@@ -273,14 +273,14 @@ void Scene::Unname(Node& node) {
     if (found == byName_.end()) {
         return;
     }
+    std::string base = node.Name();
+    const long long number = TakeNumber(base); // nothing below needs memory
     std::vector<Node*>& nodes = found->second;
     nodes.erase(std::remove(nodes.begin(), nodes.end(), &node), nodes.end());
     if (!nodes.empty()) {
         return;
     }
     byName_.erase(found);
-    std::string base = node.Name();
-    const long long number = TakeNumber(base);
     const auto lowest = lowestFree_.find(base);
     if (number > 0 && lowest != lowestFree_.end()) {
         lowest->second = std::min(lowest->second, number);

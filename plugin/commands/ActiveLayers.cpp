@@ -13,7 +13,7 @@ ActiveLayers::Active ActiveLayers::Find(const BaseNode& node, const QString& cam
     const Layer* const layer = node.GetActiveLayer(camera);
     const std::shared_ptr<LayerManager> layers = node.GetLayerManager();
     return {CameraHandle(camera), layer ? layer->GetId() : LayerId::None, node.LayerCount(camera) > 0,
-            layers && layers->HasPlace(camera)};
+            layers && layers->KeepsPlace(camera)};
 }
 
 void ActiveLayers::RestorePlace(const BaseNode& node, const Active& active) {

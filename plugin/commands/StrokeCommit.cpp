@@ -34,7 +34,7 @@ bool StrokeCommit::Commit(BaseNode& node) {
     const PressAdditions& noted = layers->GetStrokeAdditions();
     additions_ = PressAdditions(*layers, drawing_, layerAdded_ || noted.HasLayer(),
                                 frameAdded_ || noted.GetFrame() != FrameId::None);
-    additions_.Complete(noted);
+    additions_.Complete(noted, layers->KeepsPlace(place.camera));
     QByteArray tiles;
     if (!layers->CommitActiveStroke(camera_, tiles)) {
         layers->CancelActiveStroke();

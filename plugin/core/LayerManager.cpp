@@ -79,12 +79,12 @@ void LayerManager::ResignMaster() {
 std::shared_ptr<LayerManager> LayerManager::Clone() const {
     auto clone = std::make_shared<LayerManager>();
     const ChangeScope scope(*clone);
-    for (const auto& entry : layers_) {
-        clone->SetPlace(entry.first, true);
-        for (const auto& layer : entry.second) {
-            clone->InsertLayer(entry.first, -1, layer->Copy().release());
+    for (const QString& camera : GetCameras()) {
+        clone->SetPlace(camera, true);
+        for (const auto& layer : FindLayers(camera)) {
+            clone->InsertLayer(camera, -1, layer->Copy().release());
         }
-        clone->SetActiveLayer(entry.first, GetActiveLayerIndex(entry.first), false);
+        clone->SetActiveLayer(camera, GetActiveLayerIndex(camera), false);
     }
     clone->activeCamera_ = activeCamera_;
     clone->changes_ = DocumentChange::None; // nobody knows it yet
@@ -101,25 +101,35 @@ QString LayerManager::GetPreviousActiveCamera() const {
 
 QStringList LayerManager::GetCameras() const {
     QStringList cameras;
-    for (const auto& entry : layers_) {
-        cameras.append(entry.first);
+    for (const auto& entry : stacks_) {
+        if (HasPlace(entry.first)) {
+            cameras.append(entry.first);
+        }
     }
     return cameras;
 }
 
 bool LayerManager::HasPlace(const QString& camera) const {
-    return layers_.count(camera) > 0;
+    return KeepsPlace(camera) || LayerCount(camera) > 0;
+}
+
+bool LayerManager::KeepsPlace(const QString& camera) const {
+    const auto found = stacks_.find(camera);
+    return found != stacks_.end() && found->second.keepsPlace;
 }
 
 void LayerManager::SetPlace(const QString& camera, bool hasPlace) {
-    if (hasPlace) {
-        layers_[camera];
-    }
-    if (LayerCount(camera) == 0) {
+    const LayerList& layers = FindLayers(camera);
+    const bool keepsPlace = hasPlace || std::any_of(layers.begin(), layers.end(), [this](const auto& layer) {
+                                return !IsLayerOfStroke(layer->GetId());
+                            });
+    if (layers.empty()) {
         compositor_->RemoveCamera(camera);
-        if (!hasPlace) {
-            layers_.erase(camera);
-        }
+    }
+    if (keepsPlace || !layers.empty()) {
+        stacks_[camera].keepsPlace = keepsPlace;
+    } else {
+        stacks_.erase(camera);
     }
 }
 
@@ -144,8 +154,8 @@ int LayerManager::LayerCount(const QString& camera) const {
 
 int LayerManager::TotalLayerCount() const {
     int count = 0;
-    for (const auto& entry : layers_) {
-        count += static_cast<int>(entry.second.size());
+    for (const auto& entry : stacks_) {
+        count += static_cast<int>(entry.second.layers.size());
     }
     return count;
 }
@@ -155,13 +165,10 @@ bool LayerManager::LayerExists(const QString& camera, int index) const {
 }
 
 bool LayerManager::LayerNameExists(const QString& name) const {
-    return std::any_of(layers_.begin(), layers_.end(),
-                       [&name](const std::pair<const QString, LayerList>& entry) {
-                           return std::any_of(entry.second.begin(), entry.second.end(),
-                                              [&name](const std::unique_ptr<Layer>& layer) {
-                                                  return layer->GetName() == name;
-                                              });
-                       });
+    return std::any_of(stacks_.begin(), stacks_.end(), [&name](const std::pair<const QString, Stack>& entry) {
+        return std::any_of(entry.second.layers.begin(), entry.second.layers.end(),
+                           [&name](const std::unique_ptr<Layer>& layer) { return layer->GetName() == name; });
+    });
 }
 
 QString LayerManager::GetUniqueLayerName(const QString& name) const {
@@ -178,12 +185,12 @@ Layer* LayerManager::GetLayer(const QString& camera, int index) const {
 
 LayerPlace LayerManager::FindLayer(LayerId id) const {
     LayerPlace place;
-    for (const auto& entry : layers_) {
-        for (std::size_t i = 0; i < entry.second.size(); ++i) {
-            if (entry.second[i]->GetId() == id) {
+    for (const auto& entry : stacks_) {
+        for (std::size_t i = 0; i < entry.second.layers.size(); ++i) {
+            if (entry.second.layers[i]->GetId() == id) {
                 place.camera = entry.first;
                 place.index = static_cast<int>(i);
-                place.layer = entry.second[i].get();
+                place.layer = entry.second.layers[i].get();
                 return place;
             }
         }
@@ -288,9 +295,11 @@ int LayerManager::InsertLayer(const QString& camera, int index, std::unique_ptr<
         return -1;
     }
     const ChangeScope scope(*this);
-    LayerList& layers = MakeRoom(camera, 1); // nothing below needs memory
+    Stack& stack = MakeRoom(camera, 1); // nothing below needs memory
+    LayerList& layers = stack.layers;
     layer->SetChangeCallback([this](DocumentChange change) { Changed(change); });
     const bool wasActive = layer->IsActive();
+    stack.keepsPlace = stack.keepsPlace || !IsLayerOfStroke(layer->GetId());
     const int at =
         index >= 0 && index < static_cast<int>(layers.size()) ? index : static_cast<int>(layers.size());
     layers.insert(layers.begin() + at, std::move(layer));
@@ -311,19 +320,18 @@ int LayerManager::InsertLayer(const QString& camera, int index, const QString& n
     return InsertLayer(camera, index, layer.release());
 }
 
-/// Makes room for layers that are inserted next. A camera that has none yet then has a place, with an empty
-/// stack and a composed image.
-LayerManager::LayerList& LayerManager::MakeRoom(const QString& camera, int count) {
-    const bool hadPlace = HasPlace(camera);
-    LayerList& layers = layers_[camera];
+/// Makes room for layers that are inserted next. A camera that has none yet then has an empty stack and a
+/// composed image.
+LayerManager::Stack& LayerManager::MakeRoom(const QString& camera, int count) {
+    Stack& stack = stacks_[camera];
     try {
-        layers.reserve(layers.size() + static_cast<std::size_t>(count));
+        stack.layers.reserve(stack.layers.size() + static_cast<std::size_t>(count));
         compositor_->AddCamera(camera);
     } catch (...) {
-        SetPlace(camera, hadPlace);
+        SetPlace(camera, stack.keepsPlace);
         throw;
     }
-    return layers;
+    return stack;
 }
 
 void LayerManager::ReserveLayers(const QString& camera, int count) {
@@ -336,7 +344,7 @@ int LayerManager::MoveLayer(const QString& camera, int from, int to) {
     if (!LayerExists(camera, from) || !LayerExists(camera, to)) {
         return -1;
     }
-    const auto first = layers_[camera].begin();
+    const auto first = stacks_[camera].layers.begin();
     if (from < to) {
         std::rotate(first + from, first + from + 1, first + to + 1);
     } else {
@@ -375,7 +383,7 @@ std::unique_ptr<Layer> LayerManager::DetachLayer(const QString& camera, int inde
         return nullptr;
     }
     const ChangeScope scope(*this);
-    LayerList& layers = layers_[camera];
+    LayerList& layers = stacks_[camera].layers;
     std::unique_ptr<Layer> layer = std::move(layers[static_cast<std::size_t>(index)]);
     layer->SetChangeCallback(nullptr);
     layers.erase(layers.begin() + index);
@@ -390,18 +398,19 @@ std::unique_ptr<Layer> LayerManager::DetachLayer(const QString& camera, int inde
 }
 
 void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed) {
-    const auto found = layers_.find(camera);
-    if (found == layers_.end() || found->second.empty()) {
+    const auto found = stacks_.find(camera);
+    if (found == stacks_.end() || found->second.layers.empty()) {
         return;
     }
     const ChangeScope scope(*this);
-    removed.reserve(removed.size() + static_cast<int>(found->second.size()));
-    for (auto& layer : found->second) {
+    LayerList& layers = found->second.layers;
+    removed.reserve(removed.size() + static_cast<int>(layers.size()));
+    for (auto& layer : layers) {
         layer->SetChangeCallback(nullptr);
         layer->DropProvisionalFrame();
         removed.append(layer.release());
     }
-    found->second.clear();
+    layers.clear();
     QueueMasterCacheUpdate(camera);
     OnLastLayerRemoved(camera);
     Changed(DocumentChange::Layers);
@@ -409,10 +418,10 @@ void LayerManager::RemoveAllLayers(const QString& camera, QList<Layer*>& removed
 
 void LayerManager::DeleteAllLayers(bool updatePanel) {
     CancelActiveStroke();
-    for (const auto& entry : layers_) {
+    for (const auto& entry : stacks_) {
         compositor_->RemoveCamera(entry.first);
     }
-    layers_.clear();
+    stacks_.clear();
     masterCacheQueue_.clear();
     if (updatePanel) {
         Changed(DocumentChange::Layers);
@@ -426,9 +435,9 @@ void LayerManager::UpdateLayerManagerDialog() {
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
     QList<LayerManagerRow> rows;
-    for (const auto& entry : layers_) {
+    for (const auto& entry : stacks_) {
         const bool cameraExists = cameras.contains(entry.first);
-        for (const auto& layer : entry.second) {
+        for (const auto& layer : entry.second.layers) {
             rows.append({entry.first, layer->GetName(), layer->IsVisible(), layer->GetState(), cameraExists,
                          static_cast<quint64>(layer->GetId()), lightTable_->IsMarked(layer->GetId())});
         }
@@ -438,8 +447,8 @@ void LayerManager::UpdateLayerManagerDialog() {
 
 const LayerManager::LayerList& LayerManager::FindLayers(const QString& camera) const {
     static const LayerList none;
-    const auto found = layers_.find(camera);
-    return found == layers_.end() ? none : found->second;
+    const auto found = stacks_.find(camera);
+    return found == stacks_.end() ? none : found->second.layers;
 }
 
 void LayerManager::OnLastLayerRemoved(const QString& camera) {

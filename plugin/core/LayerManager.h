@@ -75,7 +75,10 @@ public:
     /// Those that have a place in the drawing: they have layers, or had some.
     QStringList GetCameras() const;
     bool HasPlace(const QString& camera) const;
-    /// Gives a camera a place, or takes away one without layers: for what undoes a first layer.
+    /// Whether the camera has a place even if the stroke is dropped, whose press may have added its layer.
+    bool KeepsPlace(const QString& camera) const;
+    /// Gives a camera a place. Or takes it away, for what undoes a first layer: one without layers at once,
+    /// one with nothing but the layer of a press when the stroke is dropped. With other layers it stays.
     void SetPlace(const QString& camera, bool hasPlace);
     void SetActiveCamera(const QString& camera);
     /// Makes the camera of the host's active view the active one. Does nothing without such a view.
@@ -258,8 +261,13 @@ private:
     std::unique_ptr<Layer> DetachLayer(const QString& camera, int index);
 
     using LayerList = std::vector<std::unique_ptr<Layer>>;
+    /// What is stored for a camera. Without a place and without layers it is as if it were not there.
+    struct Stack {
+        LayerList layers; ///< from the bottom up
+        bool keepsPlace = false;
+    };
 
-    LayerList& MakeRoom(const QString& camera, int count);
+    Stack& MakeRoom(const QString& camera, int count);
     QList<const Layer*> FindFlippedLayers(const QString& camera, bool allLayers) const;
     QList<Frame*> FindFlippedFrames(const QString& camera) const;
     bool FlipIsStale(const QString& camera) const;
@@ -273,7 +281,7 @@ private:
     struct CameraRename {
         QString from;
         QString to;
-        bool hadPlace = false;          ///< whether `from` had a place
+        bool hadPlace = false;          ///< whether `from` had a place to keep
         bool wasPlaceTaken = false;     ///< whether `to` had one
         QString aside;                  ///< the name given to the layers that stood under `to`; or empty
         std::vector<LayerId> residents; ///< the layers that stood under `to`
@@ -295,7 +303,7 @@ private:
     void ActivateOneOf(const QString& camera, LayerId preferred);
     void FollowCamera(const QString& from, const QString& to);
 
-    std::map<QString, LayerList> layers_;
+    std::map<QString, Stack> stacks_;
     std::vector<CameraRename> renames_;
     QString activeCamera_;
     QString previousActiveCamera_;

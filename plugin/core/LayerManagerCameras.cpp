@@ -67,12 +67,13 @@ void LayerManager::Join(const QString& from, const QString& to) {
     CameraRename rename;
     rename.from = from;
     rename.to = to;
-    rename.hadPlace = HasPlace(from);
-    rename.wasPlaceTaken = HasPlace(to);
+    rename.hadPlace = KeepsPlace(from);
+    rename.wasPlaceTaken = KeepsPlace(to);
     rename.residents = GetLayerIds(to);
     rename.activeResident = GetActiveLayerId(to);
     rename.activeMover = GetActiveLayerId(from);
     rename.activeBefore = activeCamera_;
+    const bool meetsOthers = isFromShared || HasPlace(to);
     renames_.reserve(renames_.size() + 1);
     if (!isFromShared) {
         const bool bothHaveLayers = !rename.residents.empty() && LayerCount(from) > 0;
@@ -92,7 +93,7 @@ void LayerManager::Join(const QString& from, const QString& to) {
         }
     }
     rename.activeAfter = activeCamera_;
-    if (isFromShared || rename.wasPlaceTaken) {
+    if (meetsOthers) {
         renames_.push_back(std::move(rename));
     }
 }
@@ -137,8 +138,9 @@ void LayerManager::RenameStack(const QString& from, const QString& to) {
         if (LayerCount(to) == 0) {
             MakeRoom(from, 0);
             MakeRoom(to, 0);
+            const bool keepsPlace = KeepsPlace(from) || KeepsPlace(to);
             ExchangeStacks(from, to);
-            SetPlace(to, true);
+            SetPlace(to, keepsPlace);
         }
         SetPlace(from, false);
     }
@@ -148,7 +150,7 @@ void LayerManager::RenameStack(const QString& from, const QString& to) {
 /// Exchanges the layers of two cameras for which room was made. Needs no memory.
 void LayerManager::ExchangeStacks(const QString& one, const QString& other) {
     compositor_->ExchangeImages(one, other);
-    layers_.find(one)->second.swap(layers_.find(other)->second);
+    std::swap(stacks_.find(one)->second, stacks_.find(other)->second);
 }
 
 /// Moves layers from one stack onto another, in their order, except those that are `staying`.

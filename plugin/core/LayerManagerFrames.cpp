@@ -11,8 +11,8 @@ namespace vellix {
 
 int LayerManager::CountCoveredFrames() const {
     int count = 0;
-    for (const auto& entry : layers_) {
-        for (const auto& layer : entry.second) {
+    for (const auto& entry : stacks_) {
+        for (const auto& layer : entry.second.layers) {
             for (int i = 1; i < layer->FrameCount(); ++i) {
                 count += layer->GetFrame(i - 1)->GetTimeValue() == layer->GetFrame(i)->GetTimeValue();
             }
@@ -97,8 +97,8 @@ void LayerManager::OnPlaybackTimeChanged(int frame, bool keepActive) {
     EndFlip();
     SetFrame(frame);
     const Layer* kept = keepActive ? GetActiveLayer(activeCamera_) : nullptr;
-    for (const auto& entry : layers_) {
-        for (const auto& layer : entry.second) {
+    for (const auto& entry : stacks_) {
+        for (const auto& layer : entry.second.layers) {
             if (layer.get() != kept) {
                 layer->UpdateCurrentFrameIndex(frame);
             }

@@ -101,6 +101,7 @@ bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
         return false;
     }
     SetStrokeAdditions(PressAdditions());
+    SetPlace(place.camera, true); // with the layer that was the stroke's alone
     place.layer->ForceCacheUpdate();
     QueueMasterCacheUpdate(camera);
     return true;
@@ -153,13 +154,16 @@ void LayerManager::NotePress(const QString& camera, bool layerAdded, bool frameA
         const Frame* const frame = layer->GetCurrentFrame();
         const DrawingId drawing{layer->GetId(), frame ? frame->GetId() : FrameId::None};
         pressAdditions_ = PressAdditions(*this, drawing, layerAdded, frameAdded);
-        pressAdditions_.SetHadPlace(hadPlace);
+    }
+    if (layer && layerAdded) {
+        stacks_[camera].keepsPlace = hadPlace; // the new layer gave it one
     }
 }
 
 void LayerManager::LeaveLayerToStroke(const PressAdditions& undone) {
     if (stroke_->HasStroke() && stroke_->GetDrawing().layer == undone.GetDrawing().layer) {
         strokeAdditions_.TakeOver(undone, stroke_->GetDrawing());
+        SetPlace(FindLayer(undone.GetDrawing().layer).camera, undone.HadPlace());
     }
 }
 
@@ -259,7 +263,7 @@ void LayerManager::QueueMasterCacheUpdate(const QString& camera) {
 }
 
 void LayerManager::QueueMasterCacheUpdateAll() {
-    for (const auto& entry : layers_) {
+    for (const auto& entry : stacks_) {
         QueueMasterCacheUpdate(entry.first);
     }
 }

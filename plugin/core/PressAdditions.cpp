@@ -40,10 +40,8 @@ PressAdditions::PressAdditions(const LayerManager& layers, const DrawingId& draw
     }
 }
 
-void PressAdditions::Complete(const PressAdditions& noted) {
-    if (noted.layerAdded_) {
-        hadPlace_ = noted.hadPlace_;
-    }
+void PressAdditions::Complete(const PressAdditions& noted, bool hadPlace) {
+    hadPlace_ = noted.layerAdded_ && hadPlace;
     if (noted.previousLayer_ != LayerId::None) {
         previousLayer_ = noted.previousLayer_;
     }
@@ -74,7 +72,9 @@ bool PressAdditions::TakeOut(LayerManager& layers) {
         }
         return frame != nullptr;
     }
+    const LayerManager::ChangeScope scope(layers);
     taken_->layer = TakeLayer(layers);
+    layers.SetPlace(place.camera, hadPlace_);
     return true;
 }
 
@@ -82,7 +82,6 @@ void PressAdditions::TakeOver(const PressAdditions& undone, const DrawingId& dra
     drawing_ = drawing;
     layerAdded_ = true;
     previousLayer_ = undone.previousLayer_;
-    hadPlace_ = undone.hadPlace_;
     camera_ = undone.camera_;
     taken_ = undone.taken_;
 }
@@ -104,10 +103,9 @@ std::unique_ptr<Layer> PressAdditions::TakeLayer(LayerManager& layers) const {
     return taken;
 }
 
-/// After the added layer has left the camera: takes the place away that came with it, and makes the camera
-/// active again that was so before the press, unless the user has left that of the press.
+/// After the added layer has left the camera: makes the camera active again that was so before the press,
+/// unless the user has left that of the press.
 void PressAdditions::GoBackFrom(LayerManager& layers, const QString& camera) const {
-    layers.SetPlace(camera, hadPlace_);
     const LayerPlace previous = layers.FindLayer(previousLayer_);
     if (previous.layer && layers.GetActiveCamera() == camera) {
         layers.SetActiveLayer(previous.camera, previous.index, true);
@@ -150,7 +148,9 @@ void PressAdditions::Discard(LayerManager& layers) {
     if (frame && IsBlank(*frame)) {
         place.layer->RemoveFrame(drawing_.frame);
     }
-    if (layerAdded_ && place.layer->FrameCount() == 0) {
+    if (layerAdded_ && place.layer->FrameCount() > 0) {
+        layers.SetPlace(place.camera, true);
+    } else if (layerAdded_) {
         if (taken_) { // over from a step that was undone
             RememberPlace(layers);
             taken_->layer = TakeLayer(layers);

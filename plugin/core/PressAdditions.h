@@ -30,10 +30,11 @@ public:
     bool HasLayer() const { return layerAdded_; }
     /// The added frame; None if there is none.
     FrameId GetFrame() const { return frameAdded_ ? drawing_.frame : FrameId::None; }
-    /// Whether the camera of the added layer had a place before.
-    void SetHadPlace(bool hadPlace) { hadPlace_ = hadPlace; }
-    /// Takes over what is known of the time before the press from what was noted then.
-    void Complete(const PressAdditions& noted);
+    /// Whether the camera of the added layer keeps its place without it.
+    bool HadPlace() const { return hadPlace_; }
+    /// Takes over what is known of the time before the press from what was noted then. `hadPlace` says
+    /// whether the camera of the added layer keeps its place without it (LayerManager::KeepsPlace).
+    void Complete(const PressAdditions& noted, bool hadPlace);
 
     /// Takes out what was added, and makes the layer active again that was before. A frame that has a picture
     /// without the stroke stays, and so does a layer with such a frame or with others; if a stroke is being

@@ -405,7 +405,7 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
     if (!layers || camera.isEmpty()) {
         return;
     }
-    ClearClipboard();
+    std::vector<std::unique_ptr<Frame>> copies; // what was copied before stays if memory is too short
     const FrameRange range = FrameRange::FromTimeSlider();
     const Layer* layer = layers->GetActiveLayer(camera);
     for (int i = 0; layer != nullptr && i < layer->FrameCount(); ++i) {
@@ -415,9 +415,10 @@ void BaseNode::CopyFramesToClipboard(const QString& camera) {
             auto copy = std::make_unique<Frame>(frame);
             copy->SetTime(
                 MTime(static_cast<double>(time) - static_cast<double>(range.start), MTime::uiUnit()));
-            clipboard_.push_back(std::move(copy));
+            copies.push_back(std::move(copy));
         }
     }
+    clipboard_ = std::move(copies);
 }
 
 void BaseNode::OnFramesChanged(const QString& camera, int index) {

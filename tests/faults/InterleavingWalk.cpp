@@ -171,6 +171,18 @@ void InterleavingWalk::MakeFiles() {
 void InterleavingWalk::ForgetQueue() {
     states_.clear();
     leftLayers_.clear();
+    leftPlaces_.clear();
+}
+
+void InterleavingWalk::NoteLeftLayers(const DrawingSnapshot& after) {
+    for (const auto& layer : after.layers) {
+        if (permission_.leavesLayer && permission_.isRefused && !before_.FindLayer(layer.id)) {
+            leftLayers_[layer.id] = step_;
+        }
+        if (leftLayers_.count(layer.id) > 0) {
+            leftPlaces_.insert(layer.camera);
+        }
+    }
 }
 
 void InterleavingWalk::Rest() {
@@ -235,13 +247,8 @@ std::string InterleavingWalk::Judge(const DrawingSnapshot& after) {
     if (concerned) {
         permission_.frames.insert(concerned->frame);
     }
-    if (permission_.leavesLayer && permission_.isRefused) {
-        for (const auto& layer : after.layers) {
-            if (!before_.FindLayer(layer.id)) {
-                leftLayers_[layer.id] = step_;
-            }
-        }
-    } else if (permission_.isRefused && !concerned && !pending_) {
+    NoteLeftLayers(after);
+    if (!permission_.leavesLayer && permission_.isRefused && !concerned && !pending_) {
         const std::string changed = after.Difference(before_, true);
         if (!changed.empty()) {
             return "A refused line changed the drawing: " + changed;
@@ -340,7 +347,8 @@ std::string InterleavingWalk::JudgeQueue(const DrawingSnapshot& after) {
         states_[state] = {after, step_};
         return {};
     }
-    // A layer that a refused insert left is in no undo step, nor is its place among the others.
+    // A layer that a refused insert left is in no undo step, nor is its place among the others, nor that of
+    // its camera.
     const auto compared = [&](const DrawingSnapshot& drawing) {
         DrawingSnapshot rows;
         std::map<LayerId, DrawingSnapshot::LayerRow> left;
@@ -354,6 +362,11 @@ std::string InterleavingWalk::JudgeQueue(const DrawingSnapshot& after) {
         }
         for (const auto& layer : left) {
             rows.layers.push_back(layer.second);
+        }
+        for (const QString& camera : drawing.places) {
+            if (leftPlaces_.count(camera) == 0) {
+                rows.places.append(camera);
+            }
         }
         return rows;
     };

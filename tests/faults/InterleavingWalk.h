@@ -84,6 +84,7 @@ private:
     void MakeFiles();
     void Rest();
     void ForgetQueue();
+    void NoteLeftLayers(const DrawingSnapshot& after);
     std::string Take(const Step& step, std::string& said);
     std::string Judge(const DrawingSnapshot& after);
     std::string JudgeEnd(const Pending& ended, const DrawingSnapshot& after) const;
@@ -151,6 +152,7 @@ private:
     std::string fault_; ///< found by the action itself
     std::map<std::uint64_t, QueueState> states_;
     std::map<LayerId, std::size_t> leftLayers_; ///< by refused inserts, and at which step
+    std::set<QString> leftPlaces_;              ///< of the cameras that these layers were on
     std::size_t step_ = 0;
     unsigned strokes_ = 0;
     bool isButtonDown_ = false;

@@ -3,6 +3,8 @@
 #include "scene/IdleQueue.h"
 
 #include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
 
 using lightbox::EventBus;
 using lightbox::IdleQueue;
@@ -27,6 +29,22 @@ TEST(EventBusTest, CallbacksMayRemoveAndAddWhileTheyRun) {
     EXPECT_FALSE(events.Remove(self));
     EXPECT_FALSE(events.Remove(0));
     EXPECT_EQ(events.CallbackCount(), 2U);
+}
+
+TEST(EventBusTest, ACallbackThatThrowsKeepsNoOtherFromItsEvent) {
+    EventBus events;
+    std::string log;
+    events.AddCallback("timeChanged", [&] { log += "1"; });
+    events.AddCallback("timeChanged", [] { throw std::runtime_error("first"); });
+    events.AddCallback("timeChanged", [] { throw std::runtime_error("second"); });
+    events.AddCallback("timeChanged", [&] { log += "2"; });
+    try {
+        events.Fire("timeChanged");
+        ADD_FAILURE() << "the failure is told";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "first");
+    }
+    EXPECT_EQ(log, "12");
 }
 
 TEST(EventBusTest, ConditionsCallOnlyOnChange) {

@@ -1,7 +1,12 @@
 #include "HostFixture.h"
 #include "scene/Edit.h"
+#include "scene/EventBus.h"
 #include "scene/Scene.h"
 #include "scene/SceneError.h"
+#include "scene/UndoQueue.h"
+
+#include <new>
+#include <string>
 
 using namespace lightbox;
 
@@ -130,4 +135,20 @@ TEST_F(SceneNamesTest, NewNodesGoIntoTheCurrentNamespace) {
     EXPECT_EQ(edit::CreateNode(host_, "transform")->Name(), "ns:transform1");
     host_.scene().currentNamespace.clear();
     EXPECT_FALSE(host_.scene().RemoveNamespace("ns")) << "it is used";
+}
+
+// A view that is too short of memory to follow keeps no name back, and no undo step.
+TEST_F(SceneNamesTest, ARenameStandsWhoeverCannotFollow) {
+    std::string told;
+    host_.events().AddRenameCallback([](Node&, const std::string&) { throw std::bad_alloc(); });
+    host_.events().AddRenameCallback(
+        [&](Node& node, const std::string& before) { told += before + ">" + node.Name() + " "; });
+    Node& node = *host_.scene().Find("d");
+    EXPECT_EQ(edit::Rename(host_, node, "e"), "e");
+    EXPECT_EQ(host_.scene().Find("d"), nullptr);
+    host_.undo().Undo();
+    EXPECT_EQ(node.Name(), "d");
+    host_.undo().Redo();
+    EXPECT_EQ(host_.scene().Find("e").get(), &node);
+    EXPECT_EQ(told, "d>e e>d d>e ");
 }

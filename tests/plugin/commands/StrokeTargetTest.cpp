@@ -9,6 +9,7 @@
 #include <QMap>
 
 #include <gmock/gmock.h>
+#include <map>
 
 namespace vellix {
 namespace {
@@ -63,6 +64,13 @@ protected:
         EXPECT_EQ(Drawing().toStdString(), before.toStdString());
         Mel("redo");
         EXPECT_EQ(Drawing().toStdString(), after.toStdString());
+    }
+    /// Without the active camera, which a press changes with no undo step.
+    static QString Layers() { return Drawing().section('\n', 1); }
+    /// A place in the undo queue always shows the same drawing.
+    static void ExpectSame(std::map<int, QString>& seen, int place) {
+        const QString now = Layers();
+        EXPECT_EQ(now.toStdString(), seen.emplace(place, now).first->second.toStdString()) << place;
     }
     void DrawStroke(const QString& camera, int y) {
         const Pressed pressed = Press(camera, y);
@@ -279,6 +287,54 @@ TEST_F(StrokeTargetTest, APlaceThatTheCameraHadIsLeftToIt) {
         Press("side", 400);
         Node().CancelActiveStroke();
         EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+    }
+}
+
+// The press gives the camera a place, which goes with its layer: what comes there meanwhile has its own.
+TEST_F(StrokeTargetTest, WhatComesToTheCameraOfAPressLeavesNoPlaceBehind) {
+    Mel("camera -n other; currentTime 3");
+    const QStringList lines = {
+        "qmVellixLayer -add -n D -ls 0 side",
+        "qmVellixLayer -nc side -mv 0 1 persp",
+        "qmVellixLayer -moveAll side front",
+        "qmVellixLayer -nc front -mv 0 -1 side",
+        "qmVellixLayer -moveAll other1 side",
+        "qmVellixLayer -add -n D -ls 0 side; qmVellixLayer -del 1 side; qmVellixLayer -add -n E -ls 0 side",
+        "qmVellixLayer -moveAll other1 side; qmVellixLayer -moveAll side front;"
+        "qmVellixLayer -moveAll front other1",
+        "rename other1 aside; qmVellixLayer -moveAll aside side; rename aside third",
+        "qmVellixLayer -nc other1 -mv 0 -1 side; rename other1 aside; qmVellixLayer -add -ls 0 aside",
+    };
+    for (const bool isKept : {true, false}) {
+        for (const QString& line : lines) {
+            SCOPED_TRACE(::testing::Message() << line.toStdString() << (isKept ? "" : ", dropped"));
+            const QString before = Layers();
+            const Pressed pressed = Press("side", 700);
+            for (const QString& one : line.split(';')) {
+                Mel(one);
+            }
+            if (isKept) {
+                EXPECT_TRUE(Release(pressed));
+            } else {
+                Node().CancelActiveStroke();
+            }
+            const int steps = line.count(';') + (isKept ? 2 : 1);
+            std::map<int, QString> seen{{0, Layers()}};
+            for (int round = 0; round < 3; ++round) {
+                for (int i = 1; i <= steps; ++i) {
+                    Mel("undo");
+                    ExpectSame(seen, i);
+                }
+                EXPECT_EQ(Layers().toStdString(), before.toStdString());
+                for (int i = steps - 1; i >= 0; --i) {
+                    Mel("redo");
+                    ExpectSame(seen, i);
+                }
+            }
+            for (int i = 1; i <= steps; ++i) {
+                Mel("undo");
+            }
+        }
     }
 }
 
