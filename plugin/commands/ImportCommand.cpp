@@ -6,6 +6,7 @@
 #include "core/LayerManager.h"
 #include "host/FrameTime.h"
 #include "host/Guarded.h"
+#include "host/HostCallbacks.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -19,7 +20,6 @@
 #include <maya/MArgList.h>
 #include <maya/MComputation.h>
 #include <maya/MEventMessage.h>
-#include <maya/MMessage.h>
 #include <maya/MSelectionList.h>
 
 #include <QScopedValueRollback>
@@ -58,12 +58,9 @@ class SceneWatch : private NonCopyable {
 public:
     SceneWatch() {
         for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
-            callbacks_.push_back(MEventMessage::addEventCallback(event, &SceneWatch::OnReplaced, this));
-        }
-    }
-    ~SceneWatch() {
-        for (const MCallbackId callback : callbacks_) {
-            MMessage::removeCallback(callback);
+            callbacks_.Add([this, event](MStatus* status) {
+                return MEventMessage::addEventCallback(event, &SceneWatch::OnReplaced, this, status);
+            });
         }
     }
     bool IsReplaced() const { return isReplaced_; }
@@ -71,8 +68,8 @@ public:
 private:
     static void OnReplaced(void* watch) { static_cast<SceneWatch*>(watch)->isReplaced_ = true; }
 
-    std::vector<MCallbackId> callbacks_;
     bool isReplaced_ = false;
+    HostCallbacks callbacks_;
 };
 
 ImportCommand::ImportCommand() = default;

@@ -1,10 +1,11 @@
 #include "node/OpenText.h"
 
 #include "host/Guarded.h"
+#include "host/HostCallbacks.h"
 
-#include <maya/MCallbackIdArray.h>
 #include <maya/MEventMessage.h>
 #include <maya/MGlobal.h>
+#include <maya/MMessage.h>
 #include <maya/MSceneMessage.h>
 
 #include <utility>
@@ -14,8 +15,18 @@ namespace vellix {
 namespace {
 
 std::function<void()> g_commit; // empty while no text is open
-MCallbackIdArray g_callbacks;   // of the host's changes while one is open
 bool g_isWaiting = false;       // for the end of an undo or redo
+
+/// Of the host's changes while a text is open. Never destroyed: the host may be gone by then.
+HostCallbacks& Callbacks() {
+    static auto* const callbacks = new HostCallbacks;
+    return *callbacks;
+}
+
+void Follow(const char* event, MMessage::MBasicFunction function) {
+    Callbacks().Add(
+        [&](MStatus* status) { return MEventMessage::addEventCallback(event, function, nullptr, status); });
+}
 
 void OnChange(void*) {
     OpenText::Commit();
@@ -30,20 +41,21 @@ void OnUndoRedo(void*) {
 } // namespace
 
 void OpenText::SetCommit(std::function<void()> commit) {
-    MMessage::removeCallbacks(g_callbacks);
-    g_callbacks.clear();
+    Callbacks().Clear();
     g_isWaiting = false;
     g_commit = std::move(commit);
     if (!g_commit) {
         return;
     }
     for (const char* event : {"timeChanged", "cameraChange"}) {
-        g_callbacks.append(MEventMessage::addEventCallback(event, OnChange));
+        Follow(event, OnChange);
     }
     for (const char* event : {"Undo", "Redo"}) {
-        g_callbacks.append(MEventMessage::addEventCallback(event, OnUndoRedo));
+        Follow(event, OnUndoRedo);
     }
-    g_callbacks.append(MSceneMessage::addCallback(MSceneMessage::kBeforeSave, OnChange));
+    Callbacks().Add([](MStatus* status) {
+        return MSceneMessage::addCallback(MSceneMessage::kBeforeSave, OnChange, nullptr, status);
+    });
 }
 
 void OpenText::Commit() {

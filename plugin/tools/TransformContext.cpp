@@ -40,7 +40,6 @@ TransformContext::TransformContext() {
 TransformContext::~TransformContext() {
     if (BaseNode::GetActiveTransformContext() == this) {
         BaseNode::SetActiveTransformContext(nullptr);
-        MMessage::removeCallbacks(callbacks_);
     }
 }
 
@@ -56,19 +55,23 @@ void TransformContext::toolOnSetup(MEvent&) {
     outline_.Forget();
     BaseNode::SetActiveTransformContext(this);
     for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
-        callbacks_.append(MEventMessage::addEventCallback(event, OnSceneChanged, this));
+        Follow(event, OnSceneChanged);
     }
     for (const char* event : {"Undo", "Redo"}) {
-        callbacks_.append(MEventMessage::addEventCallback(event, OnUndoRedo, this));
+        Follow(event, OnUndoRedo);
     }
     CancelStroke();
     ForgetOutline();
     HelpStateChanged();
 }
 
+void TransformContext::Follow(const char* event, MMessage::MBasicFunction function) {
+    callbacks_.Add(
+        [&](MStatus* status) { return MEventMessage::addEventCallback(event, function, this, status); });
+}
+
 void TransformContext::toolOffCleanup() {
-    MMessage::removeCallbacks(callbacks_);
-    callbacks_.clear();
+    callbacks_.Clear();
     if (HasTransform()) {
         Logger::Warning("The transform was dropped: another tool was chosen.");
     }

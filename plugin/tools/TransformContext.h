@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/HostCallbacks.h"
 #include "node/LegacyOutline.h"
 #include "paint/NonCopyable.h"
 #include "tools/TransformClipboard.h"
@@ -9,8 +10,8 @@
 #include "tools/Transformation.h"
 
 #include <maya/M3dView.h>
-#include <maya/MCallbackIdArray.h>
 #include <maya/MEvent.h>
+#include <maya/MMessage.h>
 #include <maya/MPxContext.h>
 
 #include <QPoint>
@@ -111,6 +112,7 @@ private:
     void OnViewDrawn(const M3dView& view) override;
     static void OnSceneChanged(void* context);
     static void OnUndoRedo(void* context);
+    void Follow(const char* event, MMessage::MBasicFunction function);
 
     void PressInSelectStage(const QPoint& position);
     void DragInSelectStage(const QPoint& position);
@@ -132,7 +134,7 @@ private:
     void FollowView(BaseNode& node);
 
     TransformContextInputHandler inputHandler_;
-    MCallbackIdArray callbacks_;
+    HostCallbacks callbacks_;
     int stage_ = SELECT_STAGE;
     bool invalid_ = false; ///< the pointer does nothing until the tool starts again
 

@@ -86,14 +86,14 @@ ToolboxDialog::ToolboxDialog(QWidget* parent)
     AddColors(*colors, column->sizeHint().width() - 2 * TOOLBOX_MARGIN);
 
     // Choosing one of the host's own tools is reported only by this event.
-    callbacks_.append(MEventMessage::addEventCallback(
-        "ToolChanged", [](void* toolbox) { static_cast<ToolboxDialog*>(toolbox)->Refresh(); }, this));
+    const auto refresh = [](void* toolbox) { static_cast<ToolboxDialog*>(toolbox)->Refresh(); };
+    callbacks_.Add([&](MStatus* status) {
+        return MEventMessage::addEventCallback("ToolChanged", refresh, this, status);
+    });
     Refresh();
 }
 
-ToolboxDialog::~ToolboxDialog() {
-    MMessage::removeCallbacks(callbacks_);
-}
+ToolboxDialog::~ToolboxDialog() = default;
 
 // --- parts ------------------------------------------------------------------------------------------------
 

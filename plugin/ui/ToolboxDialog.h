@@ -1,9 +1,8 @@
 #pragma once
 
+#include "host/HostCallbacks.h"
 #include "host/panels/DialogManager.h"
 #include "ui/FloatingPanel.h"
-
-#include <maya/MCallbackIdArray.h>
 
 #include <QList>
 
@@ -70,7 +69,7 @@ private:
     NumberSlider* opacity_ = nullptr;
     IconButton* ghostPrevious_ = nullptr;
     IconButton* ghostNext_ = nullptr;
-    MCallbackIdArray callbacks_;
+    HostCallbacks callbacks_;
 };
 
 } // namespace vellix

@@ -2,6 +2,7 @@
 
 #include "core/LayerManager.h"
 #include "host/Guarded.h"
+#include "host/HostCallbacks.h"
 #include "host/Logger.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
@@ -14,7 +15,6 @@
 #include "node/IdleWork.h"
 #include "node/MasterNode.h"
 
-#include <maya/MCallbackIdArray.h>
 #include <maya/MDGMessage.h>
 #include <maya/MDagPath.h>
 #include <maya/MEventMessage.h>
@@ -52,7 +52,6 @@ void SafeFor(MObject& node, void* data) {
     RunGuarded(FOLLOWING, [&] { Callback(node, data); });
 }
 
-MCallbackIdArray g_callbacks;
 int g_playbackScriptJob = NO_SCRIPT_JOB;
 // Context of the pending update after nodes were added or removed; null if none is pending.
 std::unique_ptr<QObject> g_followUp;
@@ -241,25 +240,16 @@ void OnNodeAddedOrRemoved(MObject&, void*) {
     });
 }
 
-/// Stores the id of a callback that was added. Returns its status.
-MStatus Keep(MCallbackId id, const MStatus& status) {
-    if (status) {
-        try {
-            g_callbacks.append(id);
-        } catch (...) {
-            MMessage::removeCallback(id); // nobody would do so later
-            throw;
-        }
-    }
-    return status;
+/// Never destroyed: the host may be gone by then.
+HostCallbacks& Callbacks() {
+    static auto* const callbacks = new HostCallbacks;
+    return *callbacks;
 }
 
 using AddNodeCallback = MCallbackId (*)(MMessage::MNodeFunction, const MString&, void*, MStatus*);
 
 MStatus FollowNodes(AddNodeCallback add, MMessage::MNodeFunction function, const MString& type) {
-    MStatus status;
-    const MCallbackId id = add(function, type, nullptr, &status);
-    return Keep(id, status);
+    return Callbacks().Add([&](MStatus* status) { return add(function, type, nullptr, status); });
 }
 
 /// Deleting, importing and scripts add, remove and rename drawing nodes and cameras without a host event.
@@ -271,10 +261,9 @@ MStatus AddNodeCallbacks() {
         FollowNodes(MDGMessage::addNodeRemovedCallback, SafeFor<OnDrawingRemoved>, drawing),
         FollowNodes(MDGMessage::addNodeAddedCallback, SafeFor<OnCameraAdded>, camera),
     };
-    MStatus status;
-    const MCallbackId id =
-        MNodeMessage::addNameChangedCallback(MObject::kNullObj, SafeOnNameChanged, nullptr, &status);
-    results.push_back(Keep(id, status));
+    results.push_back(Callbacks().Add([](MStatus* status) {
+        return MNodeMessage::addNameChangedCallback(MObject::kNullObj, SafeOnNameChanged, nullptr, status);
+    }));
     if (Settings::guiEnabled) { // only the panels need these
         for (const MString& type : {drawing, camera}) {
             for (const auto add : {MDGMessage::addNodeAddedCallback, MDGMessage::addNodeRemovedCallback}) {
@@ -312,10 +301,10 @@ MStatus AddCallbacks() {
     };
     MStatus result;
     for (const Handler& handler : handlers) {
-        MStatus status;
-        const MCallbackId id =
-            MEventMessage::addEventCallback(handler.event, handler.function, nullptr, &status);
-        result = Keep(id, status) ? result : status;
+        const MStatus status = Callbacks().Add([&](MStatus* added) {
+            return MEventMessage::addEventCallback(handler.event, handler.function, nullptr, added);
+        });
+        result = status ? result : status;
     }
     const struct {
         MSceneMessage::Message message;
@@ -324,10 +313,10 @@ MStatus AddCallbacks() {
                      {MSceneMessage::kAfterLoadReference, Safe<OnReferenceRead>},
                      {MSceneMessage::kBeforeSave, OnBeforeSave}};
     for (const auto& follower : followers) {
-        MStatus status;
-        const MCallbackId id =
-            MSceneMessage::addCallback(follower.message, follower.function, nullptr, &status);
-        result = Keep(id, status) ? result : status;
+        const MStatus status = Callbacks().Add([&](MStatus* added) {
+            return MSceneMessage::addCallback(follower.message, follower.function, nullptr, added);
+        });
+        result = status ? result : status;
     }
     const MStatus status = AddNodeCallbacks();
     result = status ? result : status;
@@ -342,9 +331,7 @@ MStatus RemoveCallbacks() {
     Flipping::Stop();
     g_followUp.reset();
     g_imported.clear();
-    MStatus status = MMessage::removeCallbacks(g_callbacks);
-    g_callbacks.clear();
-    return status;
+    return Callbacks().Clear();
 }
 
 MStatus AddScriptJobs() {

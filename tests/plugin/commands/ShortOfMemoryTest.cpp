@@ -28,6 +28,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -118,6 +119,7 @@ protected:
 void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
     const QString before = Drawing();
     const std::string nodes = Mel("sort(`ls`)").Shown();
+    const std::size_t callbacks = Host::Get().events().CallbackCount();
     for (int number = first; RunShort(line, number); ++number, ++failures_) {
         const QString after = Drawing();
         if (isDone_) {
@@ -128,6 +130,7 @@ void ShortOfMemoryTest::SweepLine(const std::string& line, int first) {
             ASSERT_TRUE(said_) << "at allocation " << number;
         }
         ASSERT_EQ(Mel("sort(`ls`)").Shown(), nodes) << "at allocation " << number << " " << lastError_;
+        ASSERT_EQ(Host::Get().events().CallbackCount(), callbacks) << "at allocation " << number;
     }
     ASSERT_TRUE(isDone_) << lastError_;
     ASSERT_NE(Drawing().toStdString(), before.toStdString());
