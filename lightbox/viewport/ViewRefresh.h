@@ -15,7 +15,8 @@ namespace lightbox {
 
 class Host;
 
-/// Decides which views are redrawn, and when. It notices some changes itself; callers report the others:
+/// Decides which views are redrawn, and when. It notices some changes itself; callers, plug-ins among them,
+/// report the others:
 ///
 ///     reason                            views                            when
 ///     change of the scene (noticed)     all that do not show it yet      once a turn of the event loop
