@@ -46,11 +46,24 @@ void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolTy
         std::memset(cells_, 0, sizeof cells_);
     }
     opacity_ = opacity;
-    if (filledRows_.first < filledRows_.end) {
-        alpha_rows::Scale(weights_[filledRows_.first] + filledColumns_.first, opacity,
-                          Cells(filledRows_.first) + filledColumns_.first, STRIDE,
-                          WholeVectors(filledColumns_.end - filledColumns_.first),
-                          filledRows_.end - filledRows_.first);
+    if (!isMirrored_) {
+        ScaleRows(filledRows_.first, filledRows_.end);
+        return;
+    }
+    const int above = (filledRows_.end - filledRows_.first) / 2;
+    ScaleRows(filledRows_.first, filledRows_.end - above);
+    const int columns = WholeVectors(filledColumns_.end - filledColumns_.first);
+    for (int i = 0; i < above; ++i) {
+        std::copy_n(Cells(filledRows_.first + i) + filledColumns_.first, columns,
+                    Cells(filledRows_.end - 1 - i) + filledColumns_.first);
+    }
+}
+
+void BrushGrid::ScaleRows(int begin, int end) {
+    if (begin < end) {
+        alpha_rows::Scale(weights_[begin] + filledColumns_.first, opacity_,
+                          Cells(begin) + filledColumns_.first, STRIDE,
+                          WholeVectors(filledColumns_.end - filledColumns_.first), end - begin);
     }
 }
 
@@ -145,6 +158,11 @@ void BrushGrid::FindSpans() {
             filledColumns_.first = std::min(filledColumns_.first, spans_[row].first);
             filledColumns_.end = std::max(filledColumns_.end, spans_[row].end);
         }
+    }
+    isMirrored_ = true;
+    for (int row = filledRows_.first; row < filledRows_.end; ++row) {
+        const int other = filledRows_.end - 1 - (row - filledRows_.first);
+        isMirrored_ = isMirrored_ && std::equal(weights_[row], weights_[row] + SIDE, weights_[other]);
     }
     FindRuns();
 }

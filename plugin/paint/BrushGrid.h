@@ -72,6 +72,7 @@ private:
     void SetMirrored(float centre, int x, int y, float weight);
     void FindSpans();
     void FindRuns();
+    void ScaleRows(int begin, int end);
 
     struct Span {
         int first = 0;
@@ -112,6 +113,7 @@ private:
     Span spans_[SIDE]; // the filled columns of each row
     Span filledRows_;
     Span filledColumns_;
+    bool isMirrored_ = false; // whether the lower filled rows are those above the middle, upside down
     // What a whole stamp changes in the filled rows: alone, with one below it, and with one to its right.
     alpha_rows::Run runs_[SIDE];
     alpha_rows::Run runsWithBelow_[SIDE + 1];

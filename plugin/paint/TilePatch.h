@@ -26,6 +26,10 @@ public:
     /// `picture`. All are layer images. Throws std::bad_alloc when memory is short.
     TilePatch(const TileSource& picture, const TileMask& tiles, const TileSource& below, const QImage* above);
 
+    /// The patch of bytes that were just made: their checksums are left for later. Null for bytes that are
+    /// none.
+    static TilePatch Unchecked(QByteArray bytes);
+
     /// Whether bytes were meant to be a patch, sound or not.
     static bool IsMeant(const QByteArray& bytes);
 
@@ -60,7 +64,7 @@ private:
     int Count() const;
     uchar* Entry(int index);
     const uchar* Entry(int index) const;
-    bool CheckEntries() const;
+    bool CheckEntries(bool withChecksums) const;
     void Unsqueeze();
 
     QByteArray bytes_;
