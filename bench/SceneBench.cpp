@@ -144,6 +144,39 @@ void OpenSceneOnOneProcessor(benchmark::State& state) {
     }
 }
 
+/// Writes a scene of 5,000 transforms; with `refused`, a statement that has no place in a scene after every
+/// fifth.
+QString PlainScene(bool refused) {
+    const QString path = g_folder->filePath(refused ? "refused.ma" : "plain.ma");
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        std::abort();
+    }
+    file.write(
+        "//Maya ASCII 2018 scene\nrequires maya \"2018\";\ncurrentUnit -l centimeter -a degree -t film;\n");
+    for (int i = 0; i < 5000; ++i) {
+        file.write(
+            QString("createNode transform -n \"part%1\";\n\tsetAttr \".t\" -type \"double3\" %1 2 3 ;\n"
+                    "\tsetAttr \".r\" -type \"double3\" 10 %1 30 ;\n\tsetAttr \".s\" -type \"double3\" 1 1 "
+                    "%1 ;\n")
+                .arg(i)
+                .toLatin1());
+        if (refused && i % 5 == 0) {
+            file.write(QString("sysFile -delete \"part%1.txt\";\n").arg(i).toLatin1());
+        }
+    }
+    return path;
+}
+
+/// Opens a scene without drawings, with or without a thousand statements that are refused.
+void OpenPlainScene(benchmark::State& state, bool refused) {
+    const std::string path = PlainScene(refused).toStdString();
+    for (auto _ : state) {
+        lightbox::Host::Get().files().Open(path, true);
+    }
+    NewScene();
+}
+
 void EncodeAll(benchmark::State& state) {
     std::vector<QImage> images;
     for (const QByteArray& png : Drawings()) {
@@ -536,6 +569,8 @@ int OpenAndTell(const QString& scene) {
 
 BENCHMARK(DecodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(OpenSceneOnOneProcessor)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_CAPTURE(OpenPlainScene, plain, false)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(OpenPlainScene, refused, true)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(EncodeAll)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(SaveAfterOneChange)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(StartLightbox)->Unit(benchmark::kMillisecond)->UseRealTime();

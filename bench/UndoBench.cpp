@@ -175,7 +175,7 @@ int ReplayRecording() {
 
 /// Replays a recording on a layer without frames or, with `dense`, on frames that hold the dense drawing.
 void Replay(benchmark::State& state, bool dense) {
-    const QImage drawing = Drawing(DENSE);
+    const QImage drawing = dense ? Drawing(DENSE) : QImage();
     int strokes = 0;
     for (auto _ : state) {
         lightbox::Host::Get().files().New(true);

@@ -60,10 +60,10 @@ bool StrokeCommit::CommitNext(BaseNode& node) {
     });
     QByteArray tiles = tiles_.Take();
     const ScopeExit keep([&] { tiles_.Keep(tiles); });
-    TilePatch all(tiles);
+    TilePatch all = TilePatch::Unchecked(tiles);
     const ScopeExit giveBack([&] { tiles = all.TakeBytes(); });
     tiles.clear(); // so that the patch need not copy the bytes to change them
-    joined = all.Append(TilePatch(next));
+    joined = all.Append(TilePatch::Unchecked(next));
     return joined;
 }
 

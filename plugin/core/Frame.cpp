@@ -3,8 +3,10 @@
 #include "host/FrameTime.h"
 #include "paint/Composite.h"
 #include "paint/DrawUtil.h"
+#include "paint/PackedTiles.h"
 #include "paint/Picture.h"
 #include "paint/TilePatch.h"
+#include "paint/TiledImage.h"
 
 #include <utility>
 
@@ -39,7 +41,7 @@ Frame::Frame(const MTime& time)
 Frame::Frame(const Frame& other)
     : id_(NewFrameId())
     , time_(other.time_) {
-    if (other.image_.isNull()) {
+    if (!other.IsUnpacked()) {
         packed_ = other.packed_;
         damage_ = other.damage_;
         return;
@@ -50,7 +52,7 @@ Frame::Frame(const Frame& other)
     }
     packed_ = {other.Encode(), key};
     if (packed_.png.isEmpty()) {
-        image_ = other.image_; // it cannot be encoded: better shared than lost
+        image_ = other.PeekImage(); // it cannot be encoded: better shared than lost
         SetKey(key);
     }
 }
@@ -79,10 +81,16 @@ int Frame::GetTimeValue() const {
 
 void Frame::SetImage(const QImage& image) {
     image_ = image;
+    tiles_.reset();
 }
 
 QImage& Frame::GetImage() {
     if (Unpack()) {
+        if (tiles_) {
+            image_ = tiles_->ToImage();
+            keyFor_ = image_.cacheKey();
+            tiles_.reset();
+        }
         return image_;
     }
     static QImage ofNoFrame;
@@ -91,33 +99,48 @@ QImage& Frame::GetImage() {
 }
 
 bool Frame::Unpack() {
-    if (!image_.isNull()) {
-        if (!composite::IsLayerImage(image_)) {
+    if (IsUnpacked()) {
+        if (!tiles_ && !composite::IsLayerImage(image_)) {
             image_ = composite::OrBadAlloc(composite::ToLayerImage(image_));
         }
         return true;
     }
     if (packed_.png.isEmpty()) {
-        image_ = NewTransparentImage();
+        tiles_ = std::make_unique<TiledImage>();
         SetKey(0);
         return true;
     }
-    image_ = Decode();
-    if (image_.isNull()) {
+    const QImage image = Decode();
+    if (image.isNull()) {
         return false;
     }
+    SetPixels(image);
     SetKey(packed_.key);
     encoded_ = std::move(packed_);
     packed_ = Packed();
     return true;
 }
 
+void Frame::SetPixels(const QImage& image) {
+    constexpr int few = TileMask::COUNT * TileMask::COUNT / 2;
+    auto tiles = std::make_unique<TiledImage>(image);
+    if (tiles->Tiles().Size() <= few) {
+        tiles_ = std::move(tiles);
+    } else {
+        image_ = image;
+    }
+}
+
 bool Frame::IsUnpacked() const {
-    return !image_.isNull();
+    return tiles_ != nullptr || !image_.isNull();
+}
+
+TileSource Frame::Pixels() const {
+    return tiles_ ? TileSource(*tiles_) : TileSource(image_);
 }
 
 bool Frame::IsDamaged() const {
-    return image_.isNull() && damage_ != Damage::None;
+    return !IsUnpacked() && damage_ != Damage::None;
 }
 
 bool Frame::TakeNewDamage() const {
@@ -129,7 +152,7 @@ bool Frame::TakeNewDamage() const {
 }
 
 void Frame::PackImage() {
-    if (image_.isNull()) {
+    if (!IsUnpacked()) {
         return;
     }
     const qint64 key = GetPictureKey();
@@ -145,14 +168,16 @@ QByteArray Frame::GetPackedImage() const {
     if (GetPictureKey() == 0) {
         return TransparentPng();
     }
-    return image_.isNull() ? packed_.png : Encode();
+    return IsUnpacked() ? Encode() : packed_.png;
 }
 
 bool Frame::Exchange(TilePatch& patch) {
     if (patch.IsNull() || patch.Before() != GetPictureKey() || !Unpack()) {
         return false;
     }
-    if (!image_.isDetached()) {
+    if (tiles_) {
+        tiles_->Add(patch.Tiles());
+    } else if (!image_.isDetached()) {
         const qint64 key = GetPictureKey();
         image_ = composite::OrBadAlloc(image_.copy());
         SetKey(key);
@@ -161,7 +186,11 @@ bool Frame::Exchange(TilePatch& patch) {
     change->before = patch.Before();
     change->tiles = patch.Tiles();
     patch.Reserve();
-    patch.Swap(image_);
+    if (tiles_) {
+        patch.Swap(*tiles_);
+    } else {
+        patch.Swap(image_);
+    }
     SetKey(patch.Before());
     change_ = std::move(change);
     if (GetPictureKey() == 0) {
@@ -181,13 +210,24 @@ QImage Frame::PeekImage() const {
     if (GetPictureKey() == 0) {
         return QImage();
     }
-    if (image_.isNull()) {
-        return Decode();
+    if (tiles_) {
+        return tiles_->ToImage();
     }
-    return composite::OrBadAlloc(composite::ToLayerImage(image_));
+    return image_.isNull() ? Decode() : composite::OrBadAlloc(composite::ToLayerImage(image_));
+}
+
+PackedTiles Frame::PeekTiles() const {
+    return tiles_ ? PackedTiles(*tiles_) : PackedTiles(PeekImage());
+}
+
+PackedTiles Frame::PeekTiles(const PackedTiles& earlier, const TileMask& changed) const {
+    return tiles_ ? PackedTiles(*tiles_, earlier, changed) : PackedTiles(PeekImage(), earlier, changed);
 }
 
 qint64 Frame::GetPictureKey() const {
+    if (tiles_) {
+        return key_;
+    }
     if (image_.isNull()) {
         return packed_.png.isEmpty() ? 0 : packed_.key;
     }
@@ -198,7 +238,8 @@ QByteArray Frame::Encode() const {
     const qint64 key = GetPictureKey();
     if (encoded_.key != key || encoded_.png.isEmpty()) {
         try {
-            DrawUtil::PackPngBuffer(composite::ToLayerImage(image_), encoded_.png);
+            DrawUtil::PackPngBuffer(tiles_ ? tiles_->ToImage() : composite::ToLayerImage(image_),
+                                    encoded_.png);
         } catch (const std::bad_alloc&) {
             encoded_.png.clear();
         }
@@ -208,7 +249,8 @@ QByteArray Frame::Encode() const {
 }
 
 Frame::Change Frame::LastChange() const {
-    return change_ && keyFor_ == image_.cacheKey() ? *change_ : Change();
+    const bool isSame = tiles_ || keyFor_ == image_.cacheKey();
+    return change_ && isSame ? *change_ : Change();
 }
 
 void Frame::SetKey(qint64 key) {
@@ -227,6 +269,7 @@ QImage Frame::Decode() const {
 
 void Frame::ForgetPixels() {
     image_ = QImage();
+    tiles_.reset();
     encoded_ = Packed();
     change_.reset();
 }

@@ -12,11 +12,15 @@
 
 namespace vellix {
 
+class PackedTiles;
+class TiledImage;
 class TilePatch;
+class TileSource;
 
 /// A drawing keyed at a whole-frame time. It holds its picture as pixels or, until someone asks for them, as
 /// PNG bytes (packed). It also remembers the PNG bytes of its pixels until these change, so that packing
-/// again costs nothing.
+/// again costs nothing. Of most pictures it keeps only the tiles that hold something, until someone asks for
+/// an image of them.
 ///
 /// Bytes that turn out not to decode are kept: they are what GetPackedImage and copies give, and only
 /// SetImage and SetPackedImage replace them. Every call that decodes throws std::bad_alloc when memory is
@@ -52,6 +56,8 @@ public:
     bool IsDamaged() const;
     /// Whether IsDamaged, only the first time.
     bool TakeNewDamage() const;
+    /// The pixels of a frame that IsUnpacked. Borrowed until the frame changes.
+    TileSource Pixels() const;
     /// Encodes the pixels as PNG bytes and frees them. Keeps the pixels if encoding fails.
     void PackImage();
 
@@ -75,6 +81,10 @@ public:
     /// The picture, without unpacking the frame: the shared pixels, or a decoded copy. Null for a frame
     /// without a picture or with one that does not decode.
     QImage PeekImage() const;
+    /// The picture prepared for composition, without unpacking the frame. Empty where PeekImage() is null.
+    PackedTiles PeekTiles() const;
+    /// The same, if only the tiles `changed` have changed since it was prepared before.
+    PackedTiles PeekTiles(const PackedTiles& earlier, const TileMask& changed) const;
     /// Identifies the picture: equal keys mean equal pixels, packed or not. 0 for a frame without a picture,
     /// also when it was unpacked and nothing has been painted.
     qint64 GetPictureKey() const;
@@ -88,23 +98,26 @@ private:
 
     enum class Damage { None, Found, Reported };
 
-    /// The PNG bytes of image_; empty if encoding fails.
+    /// The PNG bytes of the pixels; empty if encoding fails.
     QByteArray Encode() const;
-    /// image_ goes by this key until its pixels change.
+    /// The pixels go by this key until they change.
     void SetKey(qint64 key);
+    /// Takes the pixels of an image: its tiles, if these are few.
+    void SetPixels(const QImage& image);
     /// Decodes packed_; null if it does not decode.
     QImage Decode() const;
     void ForgetPixels();
 
     const FrameId id_;
     MTime time_;
-    QImage image_;
-    Packed packed_;                        ///< the picture while image_ is null
+    QImage image_;                         ///< the pixels, if someone asked for them as an image
+    std::unique_ptr<TiledImage> tiles_;    ///< the pixels, if not; while image_ is null
+    Packed packed_;                        ///< the picture while there are no pixels
     mutable Damage damage_ = Damage::None; ///< of packed_
-    qint64 key_ = 0;                       ///< of image_, valid while...
+    qint64 key_ = 0;                       ///< of the pixels; of image_ it is valid while...
     qint64 keyFor_ = 0;                    ///< ...this is its QImage::cacheKey
     std::unique_ptr<Change> change_;       ///< the change that made the picture `key_`, or null
-    mutable Packed encoded_;               ///< the last picture of image_ that was encoded
+    mutable Packed encoded_;               ///< the last picture of the pixels that was encoded
 };
 
 } // namespace vellix

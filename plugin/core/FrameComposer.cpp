@@ -14,7 +14,7 @@ namespace {
 Picture PictureOf(const Layer& layer, int index) {
     Picture picture;
     if (const Frame* frame = layer.GetFrame(index)) {
-        picture.drawing = std::make_shared<PackedTiles>(frame->PeekImage());
+        picture.drawing = std::make_shared<PackedTiles>(frame->PeekTiles());
         layer.ReportDamage(frame);
     }
     return picture;

@@ -72,8 +72,8 @@ std::shared_ptr<const PackedTiles> PictureCache::Pack(const Frame& frame) const 
     const Frame::Change change = frame.LastChange();
     const auto earlier = entries_.find(change.before);
     return change.before != 0 && earlier != entries_.end()
-               ? std::make_shared<PackedTiles>(frame.PeekImage(), *earlier->second.tiles, change.tiles)
-               : std::make_shared<PackedTiles>(frame.PeekImage());
+               ? std::make_shared<PackedTiles>(frame.PeekTiles(*earlier->second.tiles, change.tiles))
+               : std::make_shared<PackedTiles>(frame.PeekTiles());
 }
 
 void PictureCache::EndRound() {

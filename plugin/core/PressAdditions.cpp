@@ -3,10 +3,8 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
-#include "paint/Picture.h"
+#include "paint/PackedTiles.h"
 #include "paint/ScopeExit.h"
-
-#include <QImage>
 
 #include <utility>
 
@@ -16,8 +14,8 @@ namespace {
 
 /// A picture that does not decode is not blank.
 bool IsBlank(const Frame& frame) {
-    const QImage image = frame.PeekImage();
-    return frame.GetPictureKey() == 0 || (!image.isNull() && TileCoverage::Of(image).occupied.IsEmpty());
+    const PackedTiles tiles = frame.PeekTiles();
+    return frame.GetPictureKey() == 0 || (!frame.IsDamaged() && tiles.Coverage().occupied.IsEmpty());
 }
 
 } // namespace

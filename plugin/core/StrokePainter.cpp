@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace vellix {
 namespace {
@@ -73,6 +74,13 @@ QImage CopyOf(const QImage& image, const QRect& part) {
     return part.isEmpty() ? QImage() : composite::OrBadAlloc(image.copy(part));
 }
 
+/// The pixels of the frame; transparent for a picture that does not decode.
+QImage ImageOf(Frame& frame) {
+    frame.Unpack(); // to decode it only once
+    const QImage image = frame.PeekImage();
+    return image.isNull() ? composite::OrBadAlloc(composite::TransparentImage()) : image;
+}
+
 } // namespace
 
 Picture StrokePainter::Canvas::AsPicture() const {
@@ -93,9 +101,11 @@ void StrokePainter::Canvas::Clear(TileMask& changed) {
     coverage = TileCoverage();
 }
 
-void StrokePainter::Canvas::Replace(const QImage& with, TileMask& changed) {
+void StrokePainter::Canvas::Replace(QImage with, TileMask& changed) {
     changed |= coverage.occupied;
-    if (image.isDetached()) {
+    if (with.isDetached()) {
+        image = std::move(with);
+    } else if (image.isDetached()) {
         std::memcpy(image.bits(), with.constBits(),
                     static_cast<std::size_t>(with.bytesPerLine()) * static_cast<std::size_t>(with.height()));
     } else {
@@ -140,7 +150,7 @@ void StrokePainter::Cancel(Frame* frame) {
     if (stroke_ && frame && stroke_->tool == ToolType::Transform && stroke_->freshSelection &&
         stroke_->copyToClipboard && SelectionIsUsable()) {
         try {
-            copied_ = CopyOf(frame->GetImage(), CutToImage(*stroke_).selection);
+            copied_ = CopyOf(ImageOf(*frame), CutToImage(*stroke_).selection);
         } catch (const std::bad_alloc&) {
             copied_ = QImage(); // there is nothing to paste, but the stroke ends
         }
@@ -153,8 +163,7 @@ bool StrokePainter::Commit(Frame& frame, QByteArray& undo) {
         return false;
     }
     Paint(&frame, false);
-    composite::PrepareToPaint(frame.GetImage(), ReachedTiles());
-    TilePatch patch = PatchOf(frame.GetImage());
+    TilePatch patch = PatchOf(frame.Pixels());
     const qint64 before = frame.GetPictureKey();
     patch.SetKeys(before, patch.Tiles().IsEmpty() ? before : Picture::NewKey());
     if (!frame.Exchange(patch)) {
@@ -177,7 +186,7 @@ TileMask StrokePainter::ReachedTiles() const {
 }
 
 /// The tiles that the stroke changes in its picture, as they will be.
-TilePatch StrokePainter::PatchOf(const QImage& picture) const {
+TilePatch StrokePainter::PatchOf(const TileSource& picture) const {
     const TileMask tiles = ReachedTiles();
     const bool erases = stroke_->tool == ToolType::Eraser;
     if (erases || stroke_->tool == ToolType::Transform) {
@@ -235,7 +244,7 @@ void StrokePainter::PaintFreehand(Frame* frame) {
         begun_ = false; // should memory be short
         stroke_->restarted = false;
         if (erases && frame) {
-            work_.Replace(frame->GetImage(), changed_);
+            work_.Replace(ImageOf(*frame), changed_);
         } else {
             work_.Clear(changed_);
         }
@@ -290,7 +299,7 @@ void StrokePainter::PaintTransform(Frame& frame) {
 }
 
 void StrokePainter::LiftSelection(Frame& frame, bool isFirst) {
-    work_.Replace(frame.GetImage(), changed_);
+    work_.Replace(ImageOf(frame), changed_);
     edited_ = TileMask();
     const QRect selection = CutToImage(*stroke_).selection;
     const QImage region = CopyOf(work_.image, selection);

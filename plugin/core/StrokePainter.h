@@ -13,6 +13,7 @@ namespace vellix {
 
 class Frame;
 class TilePatch;
+class TileSource;
 
 /// Owns the stroke being drawn and the images it is painted into, until it is committed to a frame or
 /// cancelled. A stroke belongs to the drawing it began on; the frames passed here are that drawing's. Paints
@@ -58,8 +59,8 @@ private:
         Picture AsPicture() const;
         /// Makes every pixel transparent; what lies outside the coverage may keep its colour.
         void Clear(TileMask& changed);
-        /// Copies another image into this one.
-        void Replace(const QImage& with, TileMask& changed);
+        /// Takes another image, or copies it into this one if it is shared.
+        void Replace(QImage with, TileMask& changed);
         /// Finds the coverage again, after painting over what Clear() has left.
         void UpdateCoverage(TileMask& changed);
         /// Is ready for another stroke.
@@ -72,7 +73,7 @@ private:
     void PaintTransform(Frame& frame);
     /// The tiles in which the stroke may change its picture.
     TileMask ReachedTiles() const;
-    TilePatch PatchOf(const QImage& picture) const;
+    TilePatch PatchOf(const TileSource& picture) const;
     void LiftSelection(Frame& frame, bool isFirst);
     bool SelectionIsUsable() const;
     void Forget();

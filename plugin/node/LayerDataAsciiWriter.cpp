@@ -78,8 +78,9 @@ void LayerDataAsciiWriter::WriteHex(const QByteArray& bytes) {
     constexpr int block = 4096; // bytes at a time, so that the text of a picture is not in memory too
     for (int at = 0; at < bytes.size(); at += block) {
         const int count = std::min(block, bytes.size() - at);
-        const QByteArray hex = QByteArray::fromRawData(bytes.constData() + at, count).toHex();
-        out_.write(hex.constData(), hex.size());
+        char text[2 * block];
+        LayerDataParts::ToHex(reinterpret_cast<const uchar*>(bytes.constData()) + at, count, text);
+        out_.write(text, 2 * count);
     }
 }
 

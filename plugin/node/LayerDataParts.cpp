@@ -3,6 +3,7 @@
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "host/Logger.h"
+#include "paint/VectorClones.h"
 
 #include <algorithm>
 #include <array>
@@ -30,6 +31,21 @@ const DigitTable& Digits() {
     return values;
 }
 
+inline uchar DigitOf(uchar value) {
+    return static_cast<uchar>(value + (value < 10 ? '0' : 'a' - 10));
+}
+
+// Written so that the compiler can vectorise it.
+VELLIX_VECTOR_CLONES
+void WriteDigits(const uchar* bytes, int count, uchar* text) {
+    const uchar* __restrict from = bytes;
+    uchar* __restrict to = text;
+    for (int i = 0; i < count; ++i) {
+        to[2 * i] = DigitOf(static_cast<uchar>(from[i] >> 4));
+        to[2 * i + 1] = DigitOf(static_cast<uchar>(from[i] & 15));
+    }
+}
+
 } // namespace
 
 QByteArray LayerDataParts::FromHex(const char* text, int length) {
@@ -44,6 +60,10 @@ QByteArray LayerDataParts::FromHex(const char* text, int length) {
         byte = static_cast<char>(high << 4 | low);
     }
     return all < NO_DIGIT ? bytes : QByteArray::fromHex(QByteArray::fromRawData(text, length));
+}
+
+void LayerDataParts::ToHex(const uchar* bytes, int count, char* text) {
+    WriteDigits(bytes, count, reinterpret_cast<uchar*>(text));
 }
 
 bool LayerDataParts::LooksLikeHex(const char* text, int length) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QtGlobal>
 
 namespace vellix {
 
@@ -16,6 +17,9 @@ struct LayerDataParts {
     /// Like QByteArray::fromHex, which skips what is no digit, but several times faster for digits only. It
     /// is what opening a Maya ASCII scene takes longest for.
     static QByteArray FromHex(const char* text, int length);
+
+    /// Writes the two hexadecimal digits of each byte, like QByteArray::toHex, but several times faster.
+    static void ToHex(const uchar* bytes, int count, char* text);
 
     /// Whether the text is that of a picture, be it damaged: long, and nearly all hexadecimal digits.
     static bool LooksLikeHex(const char* text, int length);

@@ -8,60 +8,106 @@ namespace alpha_rows {
 
 namespace {
 
+inline int AlphaOf(quint32 pixel) {
+    return int((pixel >> PixelView::ALPHA_SHIFT) & 0xff);
+}
+
+inline quint32 WithMore(quint32 pixel, int more, int cap) {
+    const int old = AlphaOf(pixel);
+    const int room = (cap > old ? cap : old) - old;
+    return pixel + (quint32(more < room ? more : room) << PixelView::ALPHA_SHIFT);
+}
+
 // Some compilers do not let a cloned function be called from another file, so the clones stay in this one.
 VELLIX_VECTOR_CLONES
-void RaiseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
-    for (int i = 0; i < count; ++i) {
-        const quint32 pixel = pixels[i];
-        const quint32 old = (pixel >> PixelView::ALPHA_SHIFT) & 0xff;
-        const quint32 wanted = coverage[i];
-        pixels[i] = (pixel & PixelView::COLOR_MASK) | (old > wanted ? old : wanted) << PixelView::ALPHA_SHIFT;
+void RaiseCloned(const Stamp& stamp) {
+    for (int y = 0; y < stamp.rowCount; ++y) {
+        const Run run = stamp.runs[y];
+        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
+        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
+        for (int i = 0; i < run.count; ++i) {
+            const quint32 pixel = pixels[i];
+            const int old = AlphaOf(pixel);
+            const int wanted = int(coverage[i]);
+            pixels[i] = (pixel & PixelView::COLOR_MASK) | quint32(old > wanted ? old : wanted)
+                                                              << PixelView::ALPHA_SHIFT;
+        }
     }
 }
 
 VELLIX_VECTOR_CLONES
-void AddCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow,
-               int cap) {
-    for (int i = 0; i < count; ++i) {
-        const quint32 pixel = pixels[i];
-        const int old = int((pixel >> PixelView::ALPHA_SHIFT) & 0xff);
-        const int room = (cap > old ? cap : old) - old;
-        const int more = int(float(coverage[i]) * flow);
-        pixels[i] = pixel + (quint32(more < room ? more : room) << PixelView::ALPHA_SHIFT);
+void AddCloned(const Stamp& stamp, float flow, int cap) {
+    for (int y = 0; y < stamp.rowCount; ++y) {
+        const Run run = stamp.runs[y];
+        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
+        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
+        for (int i = 0; i < run.count; ++i) {
+            pixels[i] = WithMore(pixels[i], int(coverage[i] * flow), cap);
+        }
+    }
+}
+
+// What both stamps add is bounded by the same cap, so that their sum may be bounded once.
+VELLIX_VECTOR_CLONES
+void AddTwoCloned(const Stamp& stamp, float flow, float flowBeside, int cap) {
+    for (int y = 0; y < stamp.rowCount; ++y) {
+        const Run run = stamp.runs[y];
+        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
+        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
+        const float* __restrict beside = stamp.beside + y * stamp.coverageStride + run.first;
+        for (int i = 0; i < run.count; ++i) {
+            const int more = int(coverage[i] * flow) + int(beside[i] * flowBeside);
+            pixels[i] = WithMore(pixels[i], more, cap);
+        }
     }
 }
 
 VELLIX_VECTOR_CLONES
-void EraseCloned(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
-    for (int i = 0; i < count; ++i) {
-        const quint32 pixel = pixels[i];
-        pixels[i] = coverage[i] != 0 ? pixel & PixelView::COLOR_MASK : pixel;
+void EraseCloned(const Stamp& stamp) {
+    for (int y = 0; y < stamp.rowCount; ++y) {
+        const Run run = stamp.runs[y];
+        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
+        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
+        for (int i = 0; i < run.count; ++i) {
+            const quint32 pixel = pixels[i];
+            pixels[i] = coverage[i] != 0.0f ? pixel & PixelView::COLOR_MASK : pixel;
+        }
     }
 }
 
 VELLIX_VECTOR_CLONES
-void ScaleCloned(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
-    for (int i = 0; i < count; ++i) {
-        coverage[i] = quint8(int(weights[i] * opacity * 255.0f));
+void ScaleCloned(const float* weights, float opacity, float* coverage, std::ptrdiff_t stride, int columns,
+                 int rowCount) {
+    for (int y = 0; y < rowCount; ++y) {
+        const float* __restrict from = weights + y * stride;
+        float* __restrict to = coverage + y * stride;
+        for (int i = 0; i < columns; ++i) {
+            to[i] = float(int(from[i] * opacity * 255.0f));
+        }
     }
 }
 
 } // namespace
 
-void Raise(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
-    RaiseCloned(pixels, coverage, count);
+void Raise(const Stamp& stamp) {
+    RaiseCloned(stamp);
 }
 
-void Add(quint32* __restrict pixels, const quint8* __restrict coverage, int count, float flow, int cap) {
-    AddCloned(pixels, coverage, count, flow, cap);
+void Add(const Stamp& stamp, float flow, int cap) {
+    AddCloned(stamp, flow, cap);
 }
 
-void Erase(quint32* __restrict pixels, const quint8* __restrict coverage, int count) {
-    EraseCloned(pixels, coverage, count);
+void AddTwo(const Stamp& stamp, float flow, float flowBeside, int cap) {
+    AddTwoCloned(stamp, flow, flowBeside, cap);
 }
 
-void Scale(const float* __restrict weights, float opacity, quint8* __restrict coverage, int count) {
-    ScaleCloned(weights, opacity, coverage, count);
+void Erase(const Stamp& stamp) {
+    EraseCloned(stamp);
+}
+
+void Scale(const float* weights, float opacity, float* coverage, std::ptrdiff_t stride, int columns,
+           int rowCount) {
+    ScaleCloned(weights, opacity, coverage, stride, columns, rowCount);
 }
 
 } // namespace alpha_rows

@@ -16,8 +16,17 @@ float CentreOf(float radius, ToolType tool) {
 }
 
 int WholeVectors(int count) {
-    constexpr int vector = 16;
+    constexpr int vector = 8;
     return (count + vector - 1) / vector * vector;
+}
+
+// Whether the flow changes an alpha; also rejects NaN and the negative flows that rfpart_() gives below 0.
+bool Flows(float flow) {
+    return flow * 255.0f >= 1.0f;
+}
+
+int LimitOf(float cap) {
+    return cap > 0.0f ? int(std::min(cap, 1.0f) * 255.0f) : 0;
 }
 
 } // namespace
@@ -37,10 +46,24 @@ void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolTy
         std::memset(cells_, 0, sizeof cells_);
     }
     opacity_ = opacity;
-    for (int row = filledRows_.first; row < filledRows_.end; ++row) {
-        const Span span = spans_[row];
-        alpha_rows::Scale(weights_[row] + span.first, opacity, cells_[row] + span.first,
-                          span.end - span.first);
+    if (!isMirrored_) {
+        ScaleRows(filledRows_.first, filledRows_.end);
+        return;
+    }
+    const int above = (filledRows_.end - filledRows_.first) / 2;
+    ScaleRows(filledRows_.first, filledRows_.end - above);
+    const int columns = WholeVectors(filledColumns_.end - filledColumns_.first);
+    for (int i = 0; i < above; ++i) {
+        std::copy_n(Cells(filledRows_.first + i) + filledColumns_.first, columns,
+                    Cells(filledRows_.end - 1 - i) + filledColumns_.first);
+    }
+}
+
+void BrushGrid::ScaleRows(int begin, int end) {
+    if (begin < end) {
+        alpha_rows::Scale(weights_[begin] + filledColumns_.first, opacity_,
+                          Cells(begin) + filledColumns_.first, STRIDE,
+                          WholeVectors(filledColumns_.end - filledColumns_.first), end - begin);
     }
 }
 
@@ -118,6 +141,7 @@ void BrushGrid::SetMirrored(float centre, int x, int y, float weight) {
 
 void BrushGrid::FindSpans() {
     filledRows_ = {SIDE, 0};
+    filledColumns_ = {SIDE, 0};
     for (int row = 0; row < SIDE; ++row) {
         const float* begin = weights_[row];
         const float* end = begin + SIDE;
@@ -131,60 +155,135 @@ void BrushGrid::FindSpans() {
         if (end != first) {
             filledRows_.first = std::min(filledRows_.first, row);
             filledRows_.end = row + 1;
+            filledColumns_.first = std::min(filledColumns_.first, spans_[row].first);
+            filledColumns_.end = std::max(filledColumns_.end, spans_[row].end);
         }
+    }
+    isMirrored_ = true;
+    for (int row = filledRows_.first; row < filledRows_.end; ++row) {
+        const int other = filledRows_.end - 1 - (row - filledRows_.first);
+        isMirrored_ = isMirrored_ && std::equal(weights_[row], weights_[row] + SIDE, weights_[other]);
+    }
+    FindRuns();
+}
+
+void BrushGrid::FindRuns() {
+    const auto run = [](int first, int end) { return alpha_rows::Run{first, WholeVectors(end - first)}; };
+    const int count = filledRows_.end - filledRows_.first;
+    for (int i = 0; i < count; ++i) {
+        const Span span = spans_[filledRows_.first + i];
+        runs_[i] = run(span.first, span.end);
+        runsWithRight_[i] = run(span.first, span.end + 1);
+    }
+    for (int i = 0; i <= count && count > 0; ++i) {
+        const Span span = spans_[filledRows_.first + std::min(i, count - 1)];
+        const Span above = spans_[filledRows_.first + std::max(i - 1, 0)];
+        runsWithBelow_[i] = run(std::min(span.first, above.first), std::max(span.end, above.end));
     }
 }
 
-// Calls function(pixels, cells, count) for each grid row, with the cells that are filled and lie inside both
-// the rectangle and the image. Rounds the count up to whole vectors where the image is wide enough: empty
-// cells change no pixel.
-template <typename RowFunction>
-void BrushGrid::ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1,
-                           RowFunction function) const {
-    if (x0 <= -SIDE || x0 > view.width || y0 <= -SIDE || y0 > view.height) {
-        return;
+BrushGrid::Place BrushGrid::PlaceOf(int x0, int y0, int x1, int y1) {
+    for (int* const edge : {&x0, &y0, &x1, &y1}) {
+        constexpr int farOut = 1 << 20;
+        *edge = std::min(std::max(*edge, -farOut), farOut);
     }
-    const int left = x0 - 1;
-    const int top = y0 - 1;
-    const int firstRow = std::max(0, -top);
-    const int endRow = std::min(int(SIDE), std::min(y1, view.height) - top);
-    const int firstColumn = std::max(0, -left);
-    const int endColumn = std::min(int(SIDE), std::min(x1, view.width) - left);
+    return {x0 - 1, y0 - 1, std::min(int(SIDE), x1 - (x0 - 1)), std::min(int(SIDE), y1 - (y0 - 1))};
+}
+
+BrushGrid::Place BrushGrid::PlaceAround(int x, int y, float radius) {
+    return PlaceOf(ipart_(float(x) - radius), ipart_(float(y) - radius), ipart_(float(x) + radius + 1.0f),
+                   ipart_(float(y) + radius + 1.0f));
+}
+
+alpha_rows::Stamp BrushGrid::StampOn(const PixelView& view, const Place& place, int firstRow,
+                                     const alpha_rows::Run* runs, int rowCount) const {
+    // The first cell may lie outside the image; the runs do not.
+    quint32* const pixels = view.pixels + qptrdiff(place.top + firstRow) * view.stride + place.left;
+    return {pixels, view.stride, Cells(firstRow), nullptr, STRIDE, runs, rowCount};
+}
+
+// Whether neither its rectangle nor the image cuts the stamp, nor one that lies a pixel lower or to the
+// right, whole vectors included.
+bool BrushGrid::IsWhole(const PixelView& view, const Place& place) const {
+    return filledColumns_.end <= place.columns && filledRows_.end <= place.rows && place.left >= 0 &&
+           place.top >= 0 && place.left + filledColumns_.end + WholeVectors(1) <= view.width &&
+           place.top + filledRows_.end < view.height;
+}
+
+// For each row, the cells that are filled and lie inside both the rectangle and the image. Rounds the count
+// up to whole vectors where the image is wide enough: empty cells change no pixel.
+alpha_rows::Stamp BrushGrid::FindRows(const PixelView& view, const Place& place, CutRows& cut) const {
+    if (IsWhole(view, place)) {
+        return StampOn(view, place, filledRows_.first, runs_, filledRows_.end - filledRows_.first);
+    }
+    if (place.left < -SIDE || place.left >= view.width || place.top < -SIDE || place.top >= view.height) {
+        return StampOn(view, {0, 0, 0, 0}, 0, runs_, 0);
+    }
+    const int firstRow = std::max(filledRows_.first, -place.top);
+    const int endRow = std::min(std::min(filledRows_.end, place.rows), view.height - place.top);
+    const int firstColumn = std::max(0, -place.left);
+    const int endColumn = std::min(place.columns, view.width - place.left);
     for (int row = firstRow; row < endRow; ++row) {
         const Span span = spans_[row];
         const int first = std::max(firstColumn, span.first);
         int count = std::min(endColumn, span.end) - first;
-        if (count <= 0) {
-            continue;
+        if (count > 0 && first + count == span.end) {
+            count = std::min(WholeVectors(count), view.width - place.left - first);
         }
-        if (first + count == span.end) {
-            count = std::min(WholeVectors(count), view.width - left - first);
-        }
-        function(view.Row(top + row) + left + first, cells_[row] + first, count);
+        cut.rows[row - firstRow] = {first, count};
     }
+    return StampOn(view, place, firstRow, cut.rows, endRow - firstRow);
+}
+
+// The rows of two stamps, the second one a pixel lower or further right. Returns false where one of them is
+// cut off; elsewhere their rectangles are a pixel apart too.
+bool BrushGrid::FindRowsOfTwo(const PixelView& view, const Place& place, bool isRight,
+                              alpha_rows::Stamp& stamp) const {
+    if (!IsWhole(view, place)) {
+        return false;
+    }
+    const int rows = filledRows_.end - filledRows_.first;
+    stamp = isRight ? StampOn(view, place, filledRows_.first, runsWithRight_, rows)
+                    : StampOn(view, place, filledRows_.first, runsWithBelow_, rows == 0 ? 0 : rows + 1);
+    stamp.beside = stamp.coverage - (isRight ? 1 : STRIDE);
+    return true;
 }
 
 void BrushGrid::Raise(const PixelView& view, int x0, int y0, int x1, int y1) const {
-    ForEachRow(view, x0, y0, x1, y1, alpha_rows::Raise);
+    CutRows cut;
+    alpha_rows::Raise(FindRows(view, PlaceOf(x0, y0, x1, y1), cut));
 }
 
 void BrushGrid::Add(const PixelView& view, int x0, int y0, int x1, int y1, float cap, float flow) const {
-    if (!(flow * 255.0f >= 1.0f)) {
-        return; // changes no alpha; also rejects NaN and the negative flows that rfpart_() gives below 0
+    Add(view, PlaceOf(x0, y0, x1, y1), flow, cap);
+}
+
+void BrushGrid::Add(const PixelView& view, const Place& place, float flow, float cap) const {
+    if (Flows(flow)) {
+        CutRows cut;
+        alpha_rows::Add(FindRows(view, place, cut), flow, LimitOf(cap));
     }
-    const int limit = cap > 0.0f ? int(std::min(cap, 1.0f) * 255.0f) : 0;
-    ForEachRow(view, x0, y0, x1, y1, [flow, limit](quint32* pixels, const quint8* cells, int count) {
-        alpha_rows::Add(pixels, cells, count, flow, limit);
-    });
 }
 
 void BrushGrid::AddAround(const PixelView& view, int x, int y, float radius, float flow, float cap) const {
-    Add(view, ipart_(float(x) - radius), ipart_(float(y) - radius), ipart_(float(x) + radius + 1.0f),
-        ipart_(float(y) + radius + 1.0f), cap, flow);
+    Add(view, PlaceAround(x, y, radius), flow, cap);
+}
+
+void BrushGrid::AddAroundTwo(const PixelView& view, int x, int y, bool isRight, float radius, float flow,
+                             float flowBeside, float cap) const {
+    const Place place = PlaceAround(x, y, radius);
+    alpha_rows::Stamp stamp;
+    if (Flows(flow) && Flows(flowBeside) && FindRowsOfTwo(view, place, isRight, stamp)) {
+        alpha_rows::AddTwo(stamp, flow, flowBeside, LimitOf(cap));
+    } else {
+        Add(view, place, flow, cap);
+        AddAround(view, isRight ? x + 1 : x, isRight ? y : y + 1, radius, flowBeside, cap);
+    }
 }
 
 void BrushGrid::Erase(const PixelView& view, int x0, int y0, int x1, int y1) const {
-    ForEachRow(view, x0, y0, x1, y1, alpha_rows::Erase);
+    CutRows cut;
+    alpha_rows::Erase(FindRows(view, PlaceOf(x0, y0, x1, y1), cut));
 }
 
 } // namespace vellix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "paint/AlphaRows.h"
 #include "paint/PixelView.h"
 #include "paint/ToolType.h"
 
@@ -34,7 +35,7 @@ public:
     void UpdateBrushGrid(int size, float radius, float opacity, ToolType tool);
 
     /// The coverage of a cell, 0..255.
-    quint8 Cell(int column, int row) const { return cells_[row][column]; }
+    quint8 Cell(int column, int row) const { return quint8(Cells(row)[column]); }
 
     /// \name Stamping
     /// The grid covers the columns x0 - 1 .. x1 - 1 and the rows y0 - 1 .. y1 - 1; the part outside
@@ -51,6 +52,11 @@ public:
     /// toward zero.
     void AddAround(const PixelView& view, int x, int y, float radius, float flow, float cap) const;
 
+    /// AddAround() on (x, y) with `flow` and then on the pixel beside it, below or (`isRight`) to the right,
+    /// with `flowBeside`. Takes little longer than one of them.
+    void AddAroundTwo(const PixelView& view, int x, int y, bool isRight, float radius, float flow,
+                      float flowBeside, float cap) const;
+
     /// Clears every alpha under the grid.
     void Erase(const PixelView& view, int x0, int y0, int x1, int y1) const;
 
@@ -65,22 +71,53 @@ private:
     void FillGridWu(int xmax, int y, float hardness, float radius, ToolType tool);
     void SetMirrored(float centre, int x, int y, float weight);
     void FindSpans();
-
-    template <typename RowFunction>
-    void ForEachRow(const PixelView& view, int x0, int y0, int x1, int y1, RowFunction function) const;
+    void FindRuns();
+    void ScaleRows(int begin, int end);
 
     struct Span {
         int first = 0;
         int end = 0;
     };
 
-    // Rows are painted in whole vectors, which may run past the last column. The extra cells stay empty.
-    static constexpr int STRIDE = 128;
+    // The rectangle of a stamp, as the grid's cells and where the first of them lies in the image.
+    struct Place {
+        int left;
+        int top;
+        int columns;
+        int rows;
+    };
+    static Place PlaceOf(int x0, int y0, int x1, int y1);
+    static Place PlaceAround(int x, int y, float radius);
+    alpha_rows::Stamp StampOn(const PixelView& view, const Place& place, int firstRow,
+                              const alpha_rows::Run* runs, int rowCount) const;
+    // The rows of a stamp that is cut.
+    struct CutRows {
+        alpha_rows::Run rows[SIDE];
+    };
+    alpha_rows::Stamp FindRows(const PixelView& view, const Place& place, CutRows& cut) const;
+    bool FindRowsOfTwo(const PixelView& view, const Place& place, bool isRight,
+                       alpha_rows::Stamp& stamp) const;
+    bool IsWhole(const PixelView& view, const Place& place) const;
+    void Add(const PixelView& view, const Place& place, float flow, float cap) const;
 
-    quint8 cells_[SIDE][STRIDE] = {};
+    // Rows are painted in whole vectors, which may run past the last column. The cells around the disc stay
+    // empty: a row above and one below, and columns on both sides.
+    static constexpr int STRIDE = 128;
+    static constexpr int MARGIN = 8;
+
+    float* Cells(int row) { return cells_[row + 1] + MARGIN; }
+    const float* Cells(int row) const { return cells_[row + 1] + MARGIN; }
+
+    float cells_[SIDE + 2][STRIDE] = {}; // whole numbers, 0..255
     float weights_[SIDE][STRIDE] = {};
     Span spans_[SIDE]; // the filled columns of each row
     Span filledRows_;
+    Span filledColumns_;
+    bool isMirrored_ = false; // whether the lower filled rows are those above the middle, upside down
+    // What a whole stamp changes in the filled rows: alone, with one below it, and with one to its right.
+    alpha_rows::Run runs_[SIDE];
+    alpha_rows::Run runsWithBelow_[SIDE + 1];
+    alpha_rows::Run runsWithRight_[SIDE];
 
     // The arguments of the disc that the grid holds. The negative values stand for "none yet".
     float hardness_ = 0.0f;

@@ -7,14 +7,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
-#ifdef __linux__
-#include <sys/mman.h>
-#include <unistd.h>
-#endif
 
 namespace vellix {
 namespace composite {
@@ -199,35 +194,6 @@ QImage TransparentImage() {
     return pixels == nullptr ? QImage()
                              : QImage(static_cast<uchar*>(pixels), IMAGE_WIDTH, IMAGE_WIDTH, rowBytes,
                                       QImage::Format_RGBA8888, std::free, pixels);
-}
-
-void PrepareToPaint(const QImage& image, const TileMask& tiles) {
-#ifdef MADV_POPULATE_WRITE
-    if (!IsLayerImage(image)) {
-        return;
-    }
-    const auto page = std::uintptr_t(sysconf(_SC_PAGESIZE));
-    const auto pixels = reinterpret_cast<std::uintptr_t>(image.constBits());
-    const auto tileRowBytes = std::uintptr_t(image.bytesPerLine()) * TILE_WIDTH;
-    for (int row = 0; row < TileMask::COUNT;) {
-        const int begin = row;
-        while (row < TileMask::COUNT && tiles.Row(row) != 0) {
-            ++row;
-        }
-        if (row > begin) {
-            // Whole pages, which may hold other bytes too: nothing is written.
-            const std::uintptr_t first = (pixels + std::uintptr_t(begin) * tileRowBytes) / page * page;
-            const std::uintptr_t end = pixels + std::uintptr_t(row) * tileRowBytes;
-            // A refusal does no harm: the pages then come one by one.
-            madvise(reinterpret_cast<void*>(first), end - first, MADV_POPULATE_WRITE);
-        } else {
-            ++row;
-        }
-    }
-#else
-    static_cast<void>(image);
-    static_cast<void>(tiles);
-#endif
 }
 
 void Replace(QImage& target, const QImage& part, const QPoint& at) {

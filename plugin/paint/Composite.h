@@ -25,10 +25,6 @@ QImage ToLayerImage(const QImage& image);
 /// Returns a fully transparent layer image; a null image when memory is short.
 QImage TransparentImage();
 
-/// Asks the system at once for the memory in which the tiles of a layer image are about to be painted. Where
-/// the system can (Linux 5.14), this takes a fraction of the time in which it hands out page after page.
-void PrepareToPaint(const QImage& image, const TileMask& tiles);
-
 /// Returns the image; throws std::bad_alloc for a null one, which operations on images answer when memory is
 /// short.
 QImage OrBadAlloc(const QImage& image);

@@ -254,8 +254,8 @@ void FreehandPainter::SoftInterior(const SoftWalk& walk) {
             cap = walk.OpacityAt(major, minor);
             grid_.UpdateBrushGrid(walk.size, walk.Radius(), cap, walk.tool);
         }
-        SoftStamp(walk, major, minor, rfpart_(exact), cap);
-        SoftStamp(walk, major, minor + 1, fpart_(exact), cap);
+        grid_.AddAroundTwo(view_, walk.steep ? minor : major, walk.steep ? major : minor, walk.steep,
+                           walk.Radius(), rfpart_(exact), fpart_(exact), cap);
     }
 }
 

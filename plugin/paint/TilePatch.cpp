@@ -70,26 +70,33 @@ void SealEntry(uchar* entry) {
     std::memcpy(entry, &checksum, sizeof(checksum));
 }
 
-const uchar* TileOf(const QImage& image, int row, int column) {
-    return image.constBits() + std::ptrdiff_t(row) * TileMask::TILE_WIDTH * image.bytesPerLine() +
-           column * ROW_BYTES;
-}
-
-void CopyTile(uchar* tile, const QImage& image, int row, int column) {
-    const uchar* pixels = TileOf(image, row, column);
-    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.bytesPerLine()) {
+void CopyTile(uchar* tile, const TileSource& image, int row, int column) {
+    const quint32* pixels = image.Tile(row, column);
+    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.Stride()) {
         std::memcpy(tile + y * ROW_BYTES, pixels, ROW_BYTES);
     }
 }
 
-bool IsSameTile(const uchar* tile, const QImage& image, int row, int column) {
-    const uchar* pixels = TileOf(image, row, column);
-    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.bytesPerLine()) {
+bool IsSameTile(const uchar* tile, const TileSource& image, int row, int column) {
+    const quint32* pixels = image.Tile(row, column);
+    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.Stride()) {
         if (std::memcmp(tile + y * ROW_BYTES, pixels, ROW_BYTES) != 0) {
             return false;
         }
     }
     return true;
+}
+
+/// What painting an image on a tile of nothing makes.
+void CopyVisible(uchar* tile, const TileSource& image, int row, int column) {
+    const quint32* pixels = image.Tile(row, column);
+    quint32 visible[TILE_PIXELS];
+    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.Stride()) {
+        for (int x = 0; x < TileMask::TILE_WIDTH; ++x) {
+            visible[y * TileMask::TILE_WIDTH + x] = pixels[x] >> 24 == 0 ? 0 : pixels[x];
+        }
+    }
+    std::memcpy(tile, visible, TILE_BYTES);
 }
 
 void PaintOver(uchar* tile, const QImage& above, int row, int column) {
@@ -110,24 +117,37 @@ bool HasMagic(const QByteArray& bytes, quint32 magic) {
 TilePatch::TilePatch(QByteArray bytes)
     : bytes_(std::move(bytes)) {
     Unsqueeze();
-    isSound_ = CheckEntries();
+    isSound_ = CheckEntries(true);
 }
 
-TilePatch::TilePatch(const QImage& picture, const TileMask& tiles, const QImage& below, const QImage* above)
+TilePatch TilePatch::Unchecked(QByteArray bytes) {
+    TilePatch patch;
+    patch.bytes_ = std::move(bytes);
+    patch.Unsqueeze();
+    patch.isSound_ = patch.CheckEntries(false);
+    return patch;
+}
+
+TilePatch::TilePatch(const TileSource& picture, const TileMask& tiles, const TileSource& below,
+                     const QImage* above)
     : bytes_(HEAD_BYTES + tiles.Size() * ENTRY_BYTES, Qt::Uninitialized)
-    , isSound_(true) {
+    , isSound_(true)
+    , isSealed_(false) {
     int count = 0;
     tiles.ForEach([&](int row, int column) {
         uchar* const entry = Entry(count);
         uchar* const tile = entry + TILE_HEAD_BYTES;
-        CopyTile(tile, below, row, column);
-        if (above) {
-            PaintOver(tile, *above, row, column);
+        if (above && below.IsZero(row, column)) {
+            CopyVisible(tile, *above, row, column);
+        } else {
+            CopyTile(tile, below, row, column);
+            if (above) {
+                PaintOver(tile, *above, row, column);
+            }
         }
         if (!IsSameTile(tile, picture, row, column)) {
             const TileHead head = {0, quint16(row), quint16(column)};
             std::memcpy(entry, &head, sizeof(head));
-            SealEntry(entry);
             ++count;
         }
     });
@@ -180,7 +200,7 @@ void TilePatch::Unsqueeze() {
     bytes_ = entries;
 }
 
-bool TilePatch::CheckEntries() const {
+bool TilePatch::CheckEntries(bool withChecksums) const {
     if (!HasMagic(bytes_, MAGIC) || (bytes_.size() - HEAD_BYTES) % ENTRY_BYTES != 0) {
         return false;
     }
@@ -191,7 +211,7 @@ bool TilePatch::CheckEntries() const {
     TileMask tiles;
     for (int i = 0; i < Count(); ++i) {
         const auto tile = ReadHead<TileHead>(Entry(i));
-        if (tile.checksum != ChecksumOfEntry(Entry(i)) || tile.row >= TileMask::COUNT ||
+        if ((withChecksums && tile.checksum != ChecksumOfEntry(Entry(i))) || tile.row >= TileMask::COUNT ||
             tile.column >= TileMask::COUNT || tiles.Contains(tile.row, tile.column)) {
             return false;
         }
@@ -238,8 +258,20 @@ void TilePatch::Swap(QImage& picture) {
         for (int y = 0; y < TileMask::TILE_WIDTH; ++y, shown += stride) {
             std::swap_ranges(shown, shown + ROW_BYTES, entry + TILE_HEAD_BYTES + y * ROW_BYTES);
         }
-        SealEntry(entry);
     }
+    isSealed_ = false;
+    SetKeys(After(), Before());
+}
+
+void TilePatch::Swap(TiledImage& picture) {
+    for (int i = 0; i < Count(); ++i) {
+        uchar* const entry = Entry(i);
+        const auto tile = ReadHead<TileHead>(entry);
+        auto* const shown = reinterpret_cast<uchar*>(picture.Tile(tile.row, tile.column));
+        std::swap_ranges(shown, shown + TILE_BYTES, entry + TILE_HEAD_BYTES);
+    }
+    isSealed_ = false;
+    picture.RemoveEmpty(Tiles());
     SetKeys(After(), Before());
 }
 
@@ -258,11 +290,16 @@ bool TilePatch::Append(const TilePatch& later) {
             bytes_.append(reinterpret_cast<const char*>(later.Entry(i)), ENTRY_BYTES);
         }
     }
+    isSealed_ = isSealed_ && later.isSealed_;
     SetKeys(later.Before(), After());
     return true;
 }
 
 QByteArray TilePatch::TakeBytes() {
+    for (int i = 0; isSound_ && !isSealed_ && i < Count(); ++i) {
+        SealEntry(Entry(i));
+    }
+    isSealed_ = true;
     isSound_ = false;
     QByteArray bytes;
     bytes.swap(bytes_);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "paint/TileMask.h"
+#include "paint/TiledImage.h"
 
 #include <QByteArray>
 #include <QtGlobal>
@@ -23,7 +24,11 @@ public:
     explicit TilePatch(QByteArray bytes);
     /// The tiles that painting `above` (null for nothing) on `below` makes, those of `tiles` that differ from
     /// `picture`. All are layer images. Throws std::bad_alloc when memory is short.
-    TilePatch(const QImage& picture, const TileMask& tiles, const QImage& below, const QImage* above);
+    TilePatch(const TileSource& picture, const TileMask& tiles, const TileSource& below, const QImage* above);
+
+    /// The patch of bytes that were just made: their checksums are left for later. Null for bytes that are
+    /// none.
+    static TilePatch Unchecked(QByteArray bytes);
 
     /// Whether bytes were meant to be a patch, sound or not.
     static bool IsMeant(const QByteArray& bytes);
@@ -44,6 +49,9 @@ public:
     void Reserve();
     /// Swaps the pixels with those of a layer image that shares them with no other, and the keys.
     void Swap(QImage& picture);
+    /// The same for an image that keeps tiles, those of the patch among them (TiledImage::Add()). Lets go of
+    /// those that become empty.
+    void Swap(TiledImage& picture);
     /// Adds the tiles of a patch that this one does not have. It must lead to the picture that this one
     /// belongs to; then this one leads from the other's picture to its own. Returns false, with nothing
     /// changed, if it does not. Throws std::bad_alloc, with nothing changed, when memory is short.
@@ -56,11 +64,12 @@ private:
     int Count() const;
     uchar* Entry(int index);
     const uchar* Entry(int index) const;
-    bool CheckEntries() const;
+    bool CheckEntries(bool withChecksums) const;
     void Unsqueeze();
 
     QByteArray bytes_;
     bool isSound_ = false;
+    bool isSealed_ = true; ///< whether the checksums of the entries hold; TakeBytes() makes them
 };
 
 } // namespace vellix

@@ -1,4 +1,7 @@
 #include "paint/DrawUtil.h"
+#include "paint/PackedTiles.h"
+#include "paint/Picture.h"
+#include "paint/TilePatch.h"
 #include "plugin/ShortOfMemory.h"
 #include "plugin/core/DocumentTest.h"
 #include "plugin/paint/PngBytes.h"
@@ -163,6 +166,61 @@ TEST_F(FrameTest, StaysAsItWasWhenMemoryIsShort) {
     EXPECT_EQ(packed.GetImage(), Drawing(1));
     EXPECT_EQ(painted.GetImage(), Drawing(2));
     EXPECT_EQ(copy->GetImage(), Drawing(2)) << "a copy that cannot be packed shares the pixels";
+}
+
+// A frame may keep its pixels as an image, as some tiles, as bytes or not at all: strokes, their undo and
+// what is composed are the same.
+TEST_F(FrameTest, StrokesAreTheSameInWhicheverWayItKeepsItsPixels) {
+    const QImage drawn = Drawing(1);
+    const QImage changed = Drawing(2);
+    const QByteArray png = Png(drawn);
+    for (const QImage& start : {PlainComposer::Blank(), drawn}) {
+        for (int way = 0; way < 4; ++way) {
+            Frame frame(At(1));
+            if (start == drawn) {
+                frame.SetPackedImage(png);
+            }
+            if (way == 1) {
+                frame.Unpack();
+            } else if (way == 2) {
+                frame.GetImage();
+            }
+            const qint64 before = frame.GetPictureKey();
+            const qint64 after = Picture::NewKey();
+            TilePatch patch(start, TileMask::All(), changed, nullptr);
+            patch.SetKeys(before, after);
+            const TileMask tiles = patch.Tiles();
+            ASSERT_TRUE(frame.Exchange(patch)) << way;
+            EXPECT_EQ(frame.GetPictureKey(), after);
+            EXPECT_EQ(frame.PeekImage(), changed) << way;
+            EXPECT_EQ(frame.LastChange().before, before);
+            EXPECT_EQ(frame.LastChange().tiles, tiles);
+            EXPECT_EQ(frame.PeekTiles().Coverage().occupied, PackedTiles(changed).Coverage().occupied);
+            if (way == 3) {
+                EXPECT_EQ(frame.GetImage(), changed);
+                EXPECT_EQ(frame.GetPictureKey(), after) << "asking for an image changes none";
+                EXPECT_EQ(frame.LastChange().before, before);
+            }
+            EXPECT_EQ(Frame(frame).GetImage(), changed);
+            ASSERT_TRUE(frame.Exchange(patch)) << way;
+            EXPECT_EQ(frame.GetPictureKey(), before);
+            EXPECT_EQ(frame.PeekImage().isNull(), before == 0) << way;
+            EXPECT_EQ(frame.GetImage(), start) << way;
+        }
+    }
+}
+
+TEST_F(FrameTest, PixelsThatAreDrawnOnByOthersAreKept) {
+    Frame frame(At(1));
+    frame.SetPackedImage(Png(Drawing(1)));
+    frame.Unpack();
+    const qint64 before = frame.GetPictureKey();
+    frame.GetImage().setPixel(3, 4, qRgba(5, 6, 7, 8));
+    EXPECT_NE(frame.GetPictureKey(), before);
+    EXPECT_EQ(frame.PeekImage().pixel(3, 4), qRgba(5, 6, 7, 8));
+    EXPECT_EQ(Frame(frame).GetImage().pixel(3, 4), qRgba(5, 6, 7, 8));
+    frame.Unpack();
+    EXPECT_EQ(frame.GetImage().pixel(3, 4), qRgba(5, 6, 7, 8));
 }
 
 TEST_F(FrameTest, ReadsTimesAsWholeFrames) {

@@ -4,6 +4,7 @@
 #include "paint/DrawUtil.h"
 #include "plugin/paint/PngBytes.h"
 
+#include <QColorSpace>
 #include <QFile>
 #include <QPainter>
 #include <QProcess>
@@ -290,6 +291,75 @@ TEST(PngCodecTest, ReadsEveryKindAsQtDoes) {
     }
 }
 
+namespace {
+
+// The rows of the seven passes of an interlaced picture (ISO/IEC 15948, 8.2), without filters. `pixels` are
+// rows of `bits` bits a pixel, without filters too.
+QByteArray InSevenPasses(const QByteArray& pixels, int width, int height, int bits) {
+    const struct {
+        int left, top, right, down; // the first pixel, and the steps to the next ones
+    } passes[] = {{0, 0, 8, 8}, {4, 0, 8, 8}, {0, 4, 4, 8}, {2, 0, 4, 4},
+                  {0, 2, 2, 4}, {1, 0, 2, 2}, {0, 1, 1, 2}};
+    const int rowBytes = (width * bits + 7) / 8;
+    QByteArray rows;
+    for (const auto& pass : passes) {
+        for (int y = pass.top; y < height && pass.left < width; y += pass.down) {
+            QByteArray row(((width - pass.left + pass.right - 1) / pass.right * bits + 7) / 8, '\0');
+            int to = 0;
+            for (int x = pass.left; x < width; x += pass.right) {
+                for (int bit = 0; bit < bits; ++bit, ++to) {
+                    const int from = x * bits + bit;
+                    const int value = pixels.at(y * rowBytes + from / 8) >> (7 - from % 8) & 1;
+                    row[to / 8] = char(row.at(to / 8) | value << (7 - to % 8));
+                }
+            }
+            rows += '\0' + row;
+        }
+    }
+    return rows;
+}
+
+QByteArray WithoutFilters(const QByteArray& pixels, int rowBytes) {
+    QByteArray rows;
+    for (int at = 0; at < pixels.size(); at += rowBytes) {
+        rows += '\0' + pixels.mid(at, rowBytes);
+    }
+    return rows;
+}
+
+} // namespace
+
+TEST(PngCodecTest, InterlaceChangesNoPixels) {
+    const int kinds[][3] = {{0, 1, 1}, {0, 1, 2},  {0, 1, 4},  {0, 1, 8}, {0, 1, 16},
+                            {2, 3, 8}, {2, 3, 16}, {3, 1, 1},  {3, 1, 2}, {3, 1, 4},
+                            {3, 1, 8}, {4, 2, 8},  {4, 2, 16}, {6, 4, 8}, {6, 4, 16}};
+    for (const auto& kind : kinds) { // colour type, channels, depth
+        for (const QSize& size : {QSize(19, 11), QSize(3, 2), QSize(1, 9), QSize(40, 33)}) {
+            const int bits = kind[1] * kind[2];
+            const int rowBytes = (size.width() * bits + 7) / 8;
+            std::mt19937 random(8);
+            QByteArray pixels;
+            while (pixels.size() < rowBytes * size.height()) {
+                pixels += char(random());
+            }
+            QByteArray colors;
+            for (int i = 0; kind[0] == 3 && i < 3 << kind[2]; ++i) {
+                colors += char(i * 37);
+            }
+            colors = colors.isEmpty() ? colors : Chunk("PLTE", colors) + Chunk("tRNS", QByteArray("\x80", 1));
+            const auto png = [&](int interlace, const QByteArray& rows) {
+                return Png(Header(size.width(), size.height(), kind[2], kind[0], interlace) + colors +
+                           Chunk("IDAT", Deflated(rows)));
+            };
+            const QByteArray laced = InSevenPasses(pixels, size.width(), size.height(), bits);
+            EXPECT_TRUE(AreSame(Decoded(png(1, laced)), Decoded(png(0, WithoutFilters(pixels, rowBytes)))))
+                << kind[0] << " " << kind[2] << " " << size.width();
+            EXPECT_TRUE(Decoded(png(1, laced.left(1))).isNull() || laced.size() < 20)
+                << "most rows are missing";
+        }
+    }
+}
+
 // What other programs put between the chunks that count.
 TEST(PngCodecTest, OtherChunksChangeNoPixels) {
     const QByteArray rows = FilteredNoise(4 * 20, 20, [](int y) { return y % 5; });
@@ -311,6 +381,8 @@ TEST(PngCodecTest, OtherChunksChangeNoPixels) {
         {"zTXt", QByteArray("Comment\0\0", 9) + Deflated("text")},
         {"acTL", Number(1) + Number(0)},
         {"fcTL", QByteArray(26, '\0')},
+        {"fdAT", Number(1) + stream},
+        {"iCCP", QByteArray("Adobe\0\0", 7) + Deflated(QColorSpace(QColorSpace::AdobeRgb).iccProfile())},
         {"prIv", "anything"},
     };
     for (const auto& chunk : besides) {
