@@ -6,6 +6,7 @@
 #include "core/LayerManager.h"
 #include "host/GhostLayers.h"
 #include "host/Settings.h"
+#include "paint/Composite.h"
 #include "paint/DrawUtil.h"
 #include "paint/LineStyle.h"
 #include "paint/StrokeSmoother.h"
@@ -62,7 +63,7 @@ QImage RandomDrawing(QRandomGenerator& random) {
         color.setAlpha(0);
         work.fill(color);
         DrawUtil::DrawFreehand(work, stroke.points, 0, stroke.tool);
-        QPainter(&drawing).drawImage(0, 0, work);
+        composite::SourceOver(drawing, work, TileMask::All()); // as strokes are committed
     }
     return drawing;
 }

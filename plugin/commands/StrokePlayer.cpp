@@ -138,11 +138,11 @@ void StrokePlayer::Feed(Stroke& stroke, const RecordedStroke& recorded) {
             // dot.
             StrokePoint touch = point;
             touch.position.rx() -= 1;
-            smoother.Receive(stroke, touch, recorded.font);
+            smoother.Receive(stroke, touch, touch.position, sample.milliseconds, recorded.font);
         } else if (exact == last) {
             continue; // the draw tool reports only movement
         }
-        smoother.Receive(stroke, point, exact, recorded.font);
+        smoother.Receive(stroke, point, exact, sample.milliseconds, recorded.font);
         last = exact;
         first = false;
     }

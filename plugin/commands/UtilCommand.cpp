@@ -282,6 +282,7 @@ void UtilCommand::AddLightTable(std::vector<Flag>& rows) {
                                       Value::Whole(&U::blue_)};
     const Flag flags[] = {
         Flag("-fl", "-flip", {&U::steps_}).Does(&U::Flip),
+        Flag("-fle", "-flipEnd", {&U::steps_}).Does(&U::EndFlip),
         Flag("-rl", "-roll", {&U::switch_}).Does(&U::Roll),
         Flag("-fal", "-flipAllLayers", {number})
             .Does(Keep(&U::SetFlipAllLayers))
@@ -573,6 +574,11 @@ MStatus UtilCommand::Flip() const {
     return Result(Flipping::Show(steps_));
 }
 
+MStatus UtilCommand::EndFlip() const {
+    Flipping::LetGo(steps_);
+    return MS::kSuccess;
+}
+
 MStatus UtilCommand::Roll() const {
     if (switch_ == 0) {
         Flipping::End();
@@ -638,6 +644,7 @@ MStatus UtilCommand::UnpinAll() {
 }
 
 MStatus UtilCommand::SetHeldKey(const HeldKey& action) const {
+    Flipping::End(); // nothing may be bound to the release of a key that is held now
     return Result(HeldKeys::Set(action, text_ == QLatin1String("none") ? QString() : text_));
 }
 

@@ -74,6 +74,7 @@ private:
     static MStatus UpdateGhosting();
 
     MStatus Flip() const;
+    MStatus EndFlip() const;
     MStatus Roll() const;
     MStatus SetFlipAllLayers() const;
     MStatus SetRollCount() const;

@@ -13,10 +13,6 @@ void MergedPictures::Update(const PictureStack& stack) {
     }
 }
 
-bool MergedPictures::Shows(const PictureStack& stack) const {
-    return key_ != 0 && memory_.FindChanges(stack).IsEmpty();
-}
-
 Picture MergedPictures::AsPicture() const {
     Picture picture;
     picture.merged = &sums_;

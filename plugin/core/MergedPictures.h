@@ -11,8 +11,6 @@ class MergedPictures {
 public:
     /// Merges only the tiles that changed since the last update.
     void Update(const PictureStack& stack);
-    /// Whether an update with this stack would change nothing.
-    bool Shows(const PictureStack& stack) const;
     /// See StackMemory.
     void ForgetDrawings() { memory_.ForgetDrawings(); }
     /// The merged picture; borrows from this object and is valid until the next update.

@@ -20,7 +20,7 @@ namespace vellix {
 namespace {
 
 /// Each takes up to 8 MB.
-constexpr std::size_t MAX_MERGED = 6;
+constexpr std::size_t MAX_SHOWN = 6;
 
 bool ShowsGhosts(const ComposedScene& scene) {
     return scene.activeLayer >= 0 && scene.ghosting && scene.flip == 0;
@@ -91,7 +91,7 @@ void SceneGhosts::AppendGhosts(const ComposedScene& scene, PictureStack& stack) 
     const bool isOn = Settings::ghostPrev || Settings::ghostNext;
     const bool areSeveral = isOn && AreSeveral();
     if (!areSeveral) {
-        merged_.clear();
+        shown_.clear();
     }
     if (!isOn || areSeveral) {
         RemoveCamera(scene.camera);
@@ -127,18 +127,33 @@ void SceneGhosts::AppendSeveral(const ComposedScene& scene, PictureStack& stack)
             ghosts.insert(ghosts.end(), own.begin(), own.end());
         }
     }
-    stack.push_back(Merge(ghosts).AsPicture());
+    bool isNew = false;
+    ShownGhosts& shown = FindShown(ghosts, isNew);
+    if (isNew) {
+        stack.insert(stack.end(), ghosts.begin(), ghosts.end());
+        return;
+    }
+    if (!shown.isMerged) {
+        shown.merged.Update(ghosts);
+        shown.merged.ForgetDrawings();
+        shown.isMerged = true;
+    }
+    stack.push_back(shown.merged.AsPicture());
 }
 
-MergedPictures& SceneGhosts::Merge(const PictureStack& ghosts) {
-    auto found = std::find_if(merged_.begin(), merged_.end(),
-                              [&ghosts](const MergedPictures& merged) { return merged.Shows(ghosts); });
-    if (found == merged_.end()) {
-        found = merged_.size() < MAX_MERGED ? merged_.emplace(merged_.end()) : std::prev(merged_.end());
-        found->Update(ghosts);
-        found->ForgetDrawings();
+/// Those that were shown, or, if these were not, some that were not shown for long in their place.
+SceneGhosts::ShownGhosts& SceneGhosts::FindShown(const PictureStack& ghosts, bool& isNew) {
+    auto found = std::find_if(shown_.begin(), shown_.end(), [&ghosts](const ShownGhosts& shown) {
+        return shown.memory.FindChanges(ghosts).IsEmpty();
+    });
+    isNew = found == shown_.end();
+    if (isNew) {
+        found = shown_.size() < MAX_SHOWN ? shown_.emplace(shown_.end()) : std::prev(shown_.end());
+        found->isMerged = false;
+        found->memory.Remember(ghosts);
+        found->memory.ForgetDrawings();
     }
-    merged_.splice(merged_.begin(), merged_, found);
+    shown_.splice(shown_.begin(), shown_, found);
     return *found;
 }
 

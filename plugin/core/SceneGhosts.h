@@ -2,6 +2,7 @@
 
 #include "core/Identity.h"
 #include "core/MergedPictures.h"
+#include "core/StackMemory.h"
 #include "paint/Picture.h"
 
 #include <QString>
@@ -47,14 +48,21 @@ private:
     void AppendActive(const ComposedScene& scene, PictureStack& stack);
     void AppendSeveral(const ComposedScene& scene, PictureStack& stack);
     void AppendPins(const ComposedScene& scene, PictureStack& stack);
-    MergedPictures& Merge(const PictureStack& ghosts);
+    /// Ghosts of several layers that were shown.
+    struct ShownGhosts {
+        StackMemory memory; ///< tells whether others are the same
+        MergedPictures merged;
+        bool isMerged = false;
+    };
+    ShownGhosts& FindShown(const PictureStack& ghosts, bool& isNew);
     PictureStack GhostsOf(Layer& layer, const LightTable* lightTable);
 
     PictureCache& cache_;
     ActiveGhosts active_;
-    /// The ghosts of several layers, merged, the last used first. They stay as they are while the current
-    /// drawings change, and are found again when the time goes back.
-    std::list<MergedPictures> merged_;
+    /// The last used first. Merged when they are shown again, since they stay as they are while the current
+    /// drawings change or the time goes back and forth. Merging takes more time than it saves where each is
+    /// shown once, as while the user goes from drawing to drawing.
+    std::list<ShownGhosts> shown_;
 };
 
 } // namespace vellix

@@ -80,11 +80,11 @@ void FreeKey(const HeldKey& action) {
 
 const std::array<HeldKey, 3>& HeldKeys::GetAll() {
     static const std::array<HeldKey, 3> all = {
-        {{Settings::flipPreviousKey, "-fpk", "-flipPreviousKey", "qmVxFlipPrevious", "-flip -1", "-flip 0",
-          "Show the previous drawing while held"},
-         {Settings::flipNextKey, "-fnk", "-flipNextKey", "qmVxFlipNext", "-flip 1", "-flip 0",
+        {{Settings::flipPreviousKey, "-fpk", "-flipPreviousKey", "qmVxFlipPrevious", "-flip -1",
+          "-flipEnd -1", "Show the previous drawing while held"},
+         {Settings::flipNextKey, "-fnk", "-flipNextKey", "qmVxFlipNext", "-flip 1", "-flipEnd 1",
           "Show the next drawing while held"},
-         {Settings::rollKey, "-rlk", "-rollKey", "qmVxRoll", "-roll 1", "-roll 0",
+         {Settings::rollKey, "-rlk", "-rollKey", "qmVxRoll", "-roll 1", "-flipEnd 0",
           "Roll drawings while held"}}};
     return all;
 }

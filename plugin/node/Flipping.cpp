@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace vellix {
@@ -20,6 +21,7 @@ namespace vellix {
 namespace {
 
 constexpr int MS_PER_SECOND = 1000;
+constexpr int ROLL = 0; // steps
 const char* const ROLLING = "Rolling the drawings";
 
 std::unique_ptr<Flipping> g_flipping;
@@ -77,9 +79,19 @@ Flipping* Flipping::Begin() {
     return g_flipping.get();
 }
 
+/// Makes this the last one held.
+void Flipping::Hold(int steps) {
+    held_.erase(std::remove(held_.begin(), held_.end(), steps), held_.end());
+    held_.push_back(steps);
+}
+
 bool Flipping::Show(int steps) {
     Flipping* const flipping = Begin();
-    return flipping != nullptr && flipping->Flip(steps);
+    if (!flipping) {
+        return false;
+    }
+    flipping->Hold(steps);
+    return flipping->Flip(steps);
 }
 
 bool Flipping::Roll() {
@@ -87,10 +99,27 @@ bool Flipping::Roll() {
     if (!flipping) {
         return false;
     }
+    flipping->Hold(ROLL);
     flipping->steps_ = 0;
     flipping->direction_ = -1;
     flipping->timer_.start(MS_PER_SECOND / Settings::rollRate, flipping);
     return flipping->RollOn();
+}
+
+void Flipping::LetGo(int steps) {
+    if (!g_flipping) {
+        return;
+    }
+    std::vector<int>& held = g_flipping->held_;
+    held.erase(std::remove(held.begin(), held.end(), steps), held.end());
+    const std::shared_ptr<LayerManager> layers = g_flipping->layers_.lock();
+    if (held.empty() || !layers || !layers->GetLightTable().IsFlipped()) {
+        End();
+    } else if (held.back() == ROLL) {
+        Roll();
+    } else {
+        Show(held.back());
+    }
 }
 
 void Flipping::End() {
@@ -99,6 +128,7 @@ void Flipping::End() {
     }
     const std::shared_ptr<LayerManager> layers = g_flipping->layers_.lock();
     g_flipping->layers_.reset();
+    g_flipping->held_.clear();
     g_flipping->timer_.stop();
     QCoreApplication::instance()->removeEventFilter(g_flipping.get());
     if (layers) {

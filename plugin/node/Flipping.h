@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include <memory>
+#include <vector>
 
 namespace vellix {
 
@@ -23,7 +24,10 @@ public:
     /// Goes back and forth over the drawings around the current one, as many and as fast as the settings say,
     /// until End. Begins with the previous one. Refuses as Show does.
     static bool Roll();
-    /// Shows the current drawings again. Does nothing if they are shown.
+    /// One of several keys that may be held at once is let go: the one that showed so many keys on, or rolled
+    /// (0). The one pressed last of the others goes on; without one it ends.
+    static void LetGo(int steps);
+    /// Shows the current drawings again, whatever key is held. Does nothing if they are shown.
     static void End();
     /// Ends, before the plug-in is unloaded.
     static void Stop();
@@ -32,6 +36,7 @@ private:
     Flipping() = default;
 
     static Flipping* Begin();
+    void Hold(int steps);
     bool eventFilter(QObject* watched, QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     bool Flip(int steps);
@@ -41,7 +46,8 @@ private:
     std::weak_ptr<LayerManager> layers_; ///< the drawing that is flipped; none between flips
     /// Runs while rolling. Without a connection: making one ends the program when memory is short.
     QBasicTimer timer_;
-    int steps_ = 0;
+    std::vector<int> held_; ///< the steps of each flip whose end is awaited, the last one shown; ROLL
+    int steps_ = 0;         ///< of the roll
     int direction_ = -1;
 };
 

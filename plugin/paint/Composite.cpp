@@ -6,6 +6,7 @@
 #include <QtAlgorithms>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -39,47 +40,30 @@ Pixels<const quint32> PixelsOf(const QImage& image) {
     return {reinterpret_cast<const quint32*>(image.constBits()), image.bytesPerLine() / 4};
 }
 
-void PaintBytes(quint16* sums, const quint8* bytes, int opacity) {
-    if (opacity == 255) {
-        composite_kernels::PaintTile(sums, bytes);
+quint32 ColorBits(const QColor& color) {
+    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
+}
+
+void PaintDrawing(quint16* sums, const Picture& picture, const PackedTiles::Tile& tile) {
+    const bool isFaded = picture.opacity != 255;
+    if (!tile.planes || picture.tinted) {
+        const quint32 color = picture.tinted ? ColorBits(picture.tint) : tile.color;
+        isFaded ? composite_kernels::PaintFadedFlatTile(sums, tile.alphas, color, picture.opacity)
+                : composite_kernels::PaintFlatTile(sums, tile.alphas, color);
     } else {
-        composite_kernels::PaintFadedTile(sums, bytes, opacity);
+        isFaded ? composite_kernels::PaintFadedTile(sums, tile.planes, picture.opacity)
+                : composite_kernels::PaintTile(sums, tile.planes);
     }
 }
 
-void PaintDrawing(quint16* sums, const Picture& picture, int row, int column) {
-    const quint8* tile = picture.drawing->Tile(row, column);
-    if (!picture.tinted) {
-        PaintBytes(sums, tile, picture.opacity);
-        return;
-    }
-    quint8 tinted[TILE_VALUES];
-    std::memset(tinted, picture.tint.red(), TILE_PIXELS);
-    std::memset(tinted + TILE_PIXELS, picture.tint.green(), TILE_PIXELS);
-    std::memset(tinted + 2 * TILE_PIXELS, picture.tint.blue(), TILE_PIXELS);
-    std::memcpy(tinted + 3 * TILE_PIXELS, tile + 3 * TILE_PIXELS, TILE_PIXELS);
-    PaintBytes(sums, tinted, picture.opacity);
-}
-
-void Paint(quint16* sums, const Picture& picture, int row, int column) {
-    if (picture.drawing) {
-        PaintDrawing(sums, picture, row, column);
-    } else if (picture.merged) {
-        composite_kernels::PaintSums(sums, picture.merged->Tile(row, column));
-    } else {
-        quint8 bytes[TILE_VALUES];
-        const Pixels<const quint32> pixels = PixelsOf(*picture.canvas);
-        composite_kernels::SplitTile(bytes, pixels.At(row, column), pixels.stride);
-        composite_kernels::PaintTile(sums, bytes);
-    }
-}
-
-/// Composes one row of tiles. Knows in which tiles of the row each picture of the stack is needed.
+/// Composes one row of tiles. Knows which pictures of the stack are needed in each tile of the row.
 class StackRow {
 public:
     explicit StackRow(const PictureStack& stack)
         : stack_(stack)
-        , needed_(stack.size()) {}
+        , needed_(stack.size())
+        , rows_(stack.size())
+        , painted_(stack.size() * TileMask::COUNT) {}
 
     /// Prepares the row `row`: a picture is not needed under an opaque tile. Returns the wanted tiles in
     /// which at least one picture is needed.
@@ -95,21 +79,58 @@ public:
                 open &= ~coverage->opaque.Row(row);
             }
         }
+        ListPictures();
         return painted;
     }
 
     void Compose(quint16* sums, int column) const {
-        std::memset(sums, 0, TILE_VALUES * sizeof(quint16));
-        for (std::size_t i = 0; i < stack_.size(); ++i) {
-            if ((needed_[i] >> column & 1) != 0) {
-                Paint(sums, stack_[i], row_, column);
-            }
+        const quint16* const pictures = &painted_[std::size_t(column) * stack_.size()];
+        const std::size_t count = counts_[std::size_t(column)];
+        const TileSums* const lowest = count > 0 ? stack_[pictures[0]].merged : nullptr;
+        if (lowest) { // there is nothing below
+            std::memcpy(sums, lowest->Tile(row_, column), TILE_VALUES * sizeof(quint16));
+        } else {
+            std::memset(sums, 0, TILE_VALUES * sizeof(quint16));
+        }
+        for (std::size_t i = lowest ? 1 : 0; i < count; ++i) {
+            Paint(sums, pictures[i], column);
         }
     }
 
 private:
+    /// Most pictures of a high stack are needed in few tiles.
+    void ListPictures() {
+        counts_.fill(0);
+        for (std::size_t i = 0; i < stack_.size(); ++i) {
+            if (needed_[i] != 0 && stack_[i].drawing) {
+                rows_[i] = stack_[i].drawing->RowAt(row_);
+            }
+            for (quint64 bits = needed_[i]; bits != 0; bits &= bits - 1) {
+                const auto column = std::size_t(qCountTrailingZeroBits(bits));
+                painted_[column * stack_.size() + counts_[column]++] = quint16(i);
+            }
+        }
+    }
+
+    void Paint(quint16* sums, std::size_t index, int column) const {
+        const Picture& picture = stack_[index];
+        if (picture.drawing) {
+            PaintDrawing(sums, picture, rows_[index].At(column));
+        } else if (picture.merged) {
+            composite_kernels::PaintSums(sums, picture.merged->Tile(row_, column));
+        } else {
+            quint8 bytes[TILE_VALUES];
+            const Pixels<const quint32> pixels = PixelsOf(*picture.canvas);
+            composite_kernels::SplitTile(bytes, pixels.At(row_, column), pixels.stride);
+            composite_kernels::PaintTile(sums, bytes);
+        }
+    }
+
     const PictureStack& stack_;
     std::vector<quint64> needed_;
+    std::vector<PackedTiles::Row> rows_; ///< of the drawings that are needed
+    std::vector<quint16> painted_;       ///< the pictures in each tile, from the bottom
+    std::array<std::size_t, TileMask::COUNT> counts_{};
     int row_ = 0;
 };
 
@@ -152,10 +173,6 @@ void ComposeRows(const TileMask& tiles, const PictureStack& stack, Function comp
     for (int row = 0; row < TileMask::COUNT; ++row) {
         compose(stackRow, row);
     }
-}
-
-quint32 ColorBits(const QColor& color) {
-    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
 }
 
 void ClearTiles(const Pixels<quint32>& target, int row, quint64 tiles) {

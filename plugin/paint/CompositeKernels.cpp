@@ -68,6 +68,28 @@ VELLIX_VECTOR_CLONES void SplitTile(quint8* bytes, const quint32* pixels, std::p
     }
 }
 
+VELLIX_VECTOR_CLONES void SplitAlphas(quint8* alphas, const quint32* pixels, std::ptrdiff_t stride) {
+    for (int y = 0; y < WIDTH; ++y) {
+        const quint32* __restrict source = pixels + y * stride;
+        quint8* __restrict target = alphas + y * WIDTH;
+        for (int x = 0; x < WIDTH; ++x) {
+            target[x] = quint8(source[x] >> 24);
+        }
+    }
+}
+
+VELLIX_VECTOR_CLONES bool IsFlat(const quint32* pixels, std::ptrdiff_t stride, quint32 color) {
+    quint32 differences = 0;
+    for (int y = 0; y < WIDTH; ++y) {
+        const quint32* __restrict row = pixels + y * stride;
+        for (int x = 0; x < WIDTH; ++x) {
+            const quint32 visible = row[x] >> 24 == 0 ? 0 : 0x00ffffffu;
+            differences |= (row[x] ^ color) & visible;
+        }
+    }
+    return differences == 0;
+}
+
 VELLIX_VECTOR_CLONES void PaintTile(quint16* sums, const quint8* bytes) {
     quint16* __restrict target = sums;
     const quint8* __restrict source = bytes;
@@ -97,6 +119,42 @@ VELLIX_VECTOR_CLONES void PaintFadedTile(quint16* sums, const quint8* bytes, int
                                           High(target[i + TILE_PIXELS], remaining));
         target[i + 2 * TILE_PIXELS] = quint16(High(quint16(source[i + 2 * TILE_PIXELS] * 257), coverage) +
                                               High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintFlatTile(quint16* sums, const quint8* alphas, quint32 color) {
+    quint16* __restrict target = sums;
+    const quint8* __restrict source = alphas;
+    const quint16 red = color & 0xffu;
+    const quint16 green = (color >> 8) & 0xffu;
+    const quint16 blue = (color >> 16) & 0xffu;
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 alpha = source[i];
+        const quint16 coverage = quint16(alpha * 255);
+        const quint16 remaining = Remaining(coverage);
+        target[i] = quint16(red * alpha + High(target[i], remaining));
+        target[i + TILE_PIXELS] = quint16(green * alpha + High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] = quint16(blue * alpha + High(target[i + 2 * TILE_PIXELS], remaining));
+        target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
+    }
+}
+
+VELLIX_VECTOR_CLONES void PaintFadedFlatTile(quint16* sums, const quint8* alphas, quint32 color,
+                                             int opacity) {
+    quint16* __restrict target = sums;
+    const quint8* __restrict source = alphas;
+    const quint16 strength = quint16(opacity);
+    const quint16 red = quint16((color & 0xffu) * 257);
+    const quint16 green = quint16(((color >> 8) & 0xffu) * 257);
+    const quint16 blue = quint16(((color >> 16) & 0xffu) * 257);
+    for (int i = 0; i < TILE_PIXELS; ++i) {
+        const quint16 coverage = quint16(source[i] * strength);
+        const quint16 remaining = Remaining(coverage);
+        target[i] = quint16(High(red, coverage) + High(target[i], remaining));
+        target[i + TILE_PIXELS] = quint16(High(green, coverage) + High(target[i + TILE_PIXELS], remaining));
+        target[i + 2 * TILE_PIXELS] =
+            quint16(High(blue, coverage) + High(target[i + 2 * TILE_PIXELS], remaining));
         target[i + 3 * TILE_PIXELS] = quint16(coverage + High(target[i + 3 * TILE_PIXELS], remaining));
     }
 }

@@ -22,10 +22,18 @@ constexpr int TILE_VALUES = 4 * TILE_PIXELS; ///< number of bytes or sums in one
 
 /// Splits a tile of an image into planes.
 void SplitTile(quint8* bytes, const quint32* pixels, std::ptrdiff_t stride);
+/// The alphas alone of a tile of an image.
+void SplitAlphas(quint8* alphas, const quint32* pixels, std::ptrdiff_t stride);
+/// Whether all pixels of the tile that are not fully transparent have the red, green and blue of `color`.
+bool IsFlat(const quint32* pixels, std::ptrdiff_t stride, quint32 color);
 /// Paints the bytes of a tile over sums.
 void PaintTile(quint16* sums, const quint8* bytes);
 /// PaintTile() at an opacity of 0..255.
 void PaintFadedTile(quint16* sums, const quint8* bytes, int opacity);
+/// PaintTile() for a tile whose pixels all have the red, green and blue of `color`.
+void PaintFlatTile(quint16* sums, const quint8* alphas, quint32 color);
+/// PaintFlatTile() at an opacity of 0..255.
+void PaintFadedFlatTile(quint16* sums, const quint8* alphas, quint32 color, int opacity);
 /// Paints sums over sums.
 void PaintSums(quint16* sums, const quint16* source);
 /// Writes sums into a tile of an image; fully transparent pixels become 0.

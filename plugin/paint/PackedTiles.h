@@ -11,10 +11,12 @@ class QImage;
 namespace vellix {
 
 class TiledImage;
+class TileSource;
 
 /// A layer image prepared for composition: only the tiles that have pixels, one after the other in memory,
-/// each split into planes (see CompositeKernels). In a plain image the rows of a tile lie a memory page
-/// apart, and composing scattered tiles would spend most of its time on page look-ups.
+/// each split into planes (see CompositeKernels). A tile of one colour, as most tiles of lines are, has its
+/// plane of alphas alone: composing reads a quarter of the memory. In a plain image the rows of a tile lie a
+/// memory page apart, and composing scattered tiles would spend most of its time on page look-ups.
 class PackedTiles {
 public:
     /// Packs a layer image. From any other image nothing is packed.
@@ -28,8 +30,21 @@ public:
 
     const TileCoverage& Coverage() const { return coverage_; }
 
-    /// The planes of a tile, which must be occupied (see Coverage()).
-    const quint8* Tile(int row, int column) const;
+    /// The planes of a tile.
+    struct Tile {
+        const quint8* planes; ///< null for a tile of one colour
+        const quint8* alphas;
+        quint32 color; ///< of such a tile, an image pixel's word; its highest byte does not matter
+    };
+    /// A row of tiles, borrowed.
+    struct Row {
+        const quint8* bytes;
+        quint64 flat; ///< the tiles of one colour
+
+        /// An occupied tile (see Coverage()).
+        Tile At(int column) const;
+    };
+    Row RowAt(int row) const { return {rows_[std::size_t(row)].get(), flat_.Row(row)}; }
 
     /// The tiles in which two drawings may look different: all of both, unless they share some.
     static TileMask Differences(const PackedTiles& a, const PackedTiles& b);
@@ -43,11 +58,17 @@ private:
     void PackRows(const Image& image, const TileMask& changed);
     void PackRow(const QImage& image, int row);
     void PackRow(const TiledImage& image, int row);
-    quint8* Reserve(int row, quint64 tiles);
+    void PackTiles(const TileSource& image, int row);
+    static quint64 FindFlatTiles(const TileSource& image, int row, quint64 occupied);
+    std::size_t RowBytes(int row) const;
+    std::size_t TileBytes(int row, int column) const;
+    bool LooksAs(const PackedTiles& other, int row, int column) const;
     bool SharesRow(const PackedTiles& other, int row) const;
 
     TileCoverage coverage_;
-    std::array<std::shared_ptr<quint8>, TileMask::COUNT> rows_; ///< arrays
+    TileMask flat_; ///< occupied tiles of one colour
+    /// Of each row of tiles: where each tile begins (Offsets), and the tiles; null for an empty row.
+    std::array<std::shared_ptr<quint8>, TileMask::COUNT> rows_;
     std::size_t byteCount_ = sizeof(PackedTiles);
 };
 

@@ -19,16 +19,6 @@ constexpr double WALKED_AT_ONCE = 0.5; // image pixels
 constexpr double WALKED_AT_ONCE_FAR = 1.0;
 constexpr double MOST_STEPS = 40000.0; // between two samples
 
-// A corner: the direction changes by more than 60 degrees, and next to it the pen is slower than this part of
-// its speed shortly before or after.
-constexpr double COSINE_OF_CORNER = 0.5;
-constexpr double SLOW = 0.4;
-constexpr std::size_t REMEMBERED_CHORDS = 4;
-
-double Length(const QPointF& vector) {
-    return std::sqrt(QPointF::dotProduct(vector, vector)); // twice as fast as std::hypot
-}
-
 /// From a point to the next one, image pixels.
 double LeastWay(double size) {
     return std::max(LEAST_PIXELS, LEAST * size);
@@ -91,20 +81,15 @@ void StrokeCurve::Add(const PenSample& sample, QList<StrokePoint>& points) {
         Append(sample, points);
         return;
     }
-    const double chord = Distance(samples_.back(), sample);
-    if (chord == 0.0) {
+    if (sample.position == samples_.back().position) {
         return;
     }
     samples_.push_back(sample);
-    chords_.push_back(chord);
     if (samples_.size() > 2) {
         AddSegment(samples_.size() - 3, points);
     }
     if (samples_.size() > 3) {
         samples_.pop_front();
-    }
-    if (chords_.size() > REMEMBERED_CHORDS) {
-        chords_.pop_front();
     }
 }
 
@@ -119,16 +104,6 @@ void StrokeCurve::Finish(QList<StrokePoint>& points) {
     samples_.clear();
 }
 
-bool StrokeCurve::IsCorner(const PenSample& before, const PenSample& at, const PenSample& after) const {
-    const QPointF in = at.position - before.position;
-    const QPointF out = after.position - at.position;
-    const double lengths = Length(in) * Length(out);
-    if (QPointF::dotProduct(in, out) > COSINE_OF_CORNER * lengths) {
-        return false;
-    }
-    return std::min(Length(in), Length(out)) < SLOW * *std::max_element(chords_.begin(), chords_.end());
-}
-
 /// Adds the curve from one of samples_ to the next. The curve ends in the direction of its chord where it has
 /// no neighbour and at a corner.
 void StrokeCurve::AddSegment(std::size_t from, QList<StrokePoint>& points) {
@@ -136,7 +111,7 @@ void StrokeCurve::AddSegment(std::size_t from, QList<StrokePoint>& points) {
     const PenSample& b = samples_[from + 1];
     const PenSample* const before = from > 0 && !isCorner_ ? &samples_[from - 1] : nullptr;
     const PenSample* after = from + 2 < samples_.size() ? &samples_[from + 2] : nullptr;
-    isCorner_ = after && IsCorner(a, b, *after);
+    isCorner_ = b.isCorner;
     after = isCorner_ ? nullptr : after;
 
     const double length = Distance(a, b);

@@ -12,7 +12,7 @@ namespace vellix {
 /// Joins the samples of a stroke by a centripetal Catmull-Rom curve (Yuksel, Schaefer and Keyser, "On the
 /// Parameterization of Catmull-Rom Curves", 2009), which makes no loop between two samples, and gives points
 /// on it about a quarter of the brush's size apart. Size and opacity change evenly from sample to sample.
-/// Where the pen slows down and turns sharply, a corner stays.
+/// Corners of the samples stay.
 class StrokeCurve {
 public:
     void Reset();
@@ -23,7 +23,6 @@ public:
     void Finish(QList<StrokePoint>& points);
 
 private:
-    bool IsCorner(const PenSample& before, const PenSample& at, const PenSample& after) const;
     void AddSegment(std::size_t from, QList<StrokePoint>& points);
     class Segment;
     void Visit(const Segment& segment, double u, const QPointF& position, const QPointF& step,
@@ -31,7 +30,6 @@ private:
     void Append(const PenSample& place, QList<StrokePoint>& points);
 
     std::deque<PenSample> samples_; ///< the last four
-    std::deque<double> chords_;     ///< the lengths of the last chords, image pixels
     bool isCorner_ = false;         ///< whether the next segment begins in a corner
 
     // The curve is left for the next point at the place that is closest to the centre of a pixel, so that

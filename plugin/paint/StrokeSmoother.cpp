@@ -17,6 +17,8 @@ constexpr int HISTORY = 5;
 constexpr int FARTHEST = 100000;
 // Image pixels between two points that were added to let the size change evenly, at least.
 constexpr double LEAST_STEP = 2.0;
+// Milliseconds between samples whose times are not told.
+constexpr double EVEN_PERIOD = 8.0;
 
 // Tests distance < size * 0.1 without rounding: a point at exactly a tenth of the size is not closer.
 bool CloserThanTenth(const QPoint& a, const QPoint& b, qint32 size) {
@@ -93,14 +95,16 @@ void StrokeSmoother::Reset(const LineStyle& style) {
 
 StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
                                                 const QString& textFontFamily) {
-    return Receive(stroke, sample, sample.position, textFontFamily);
+    return Receive(stroke, sample, sample.position, time_ + EVEN_PERIOD, textFontFamily);
 }
 
 StrokeSmoother::Outcome StrokeSmoother::Receive(Stroke& stroke, const StrokePoint& sample,
-                                                const QPointF& exact, const QString& textFontFamily) {
+                                                const QPointF& exact, double time,
+                                                const QString& textFontFamily) {
     switch (KindOf(stroke.tool)) {
     case ToolKind::Freehand:
-        return style_.IsPlain() ? ReceiveFreehand(stroke, sample) : ReceiveStyled(stroke, sample, exact);
+        return style_.IsPlain() ? ReceiveFreehand(stroke, sample)
+                                : ReceiveStyled(stroke, sample, exact, time);
     case ToolKind::Text:
         ReceiveText(stroke, sample, textFontFamily);
         break;
@@ -149,8 +153,9 @@ StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefo
 }
 
 StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const StrokePoint& sample,
-                                                      const QPointF& exact) {
+                                                      const QPointF& exact, double time) {
     last_ = sample;
+    time_ = time;
     last_.position = QPoint(qBound(-FARTHEST, sample.position.x(), FARTHEST),
                             qBound(-FARTHEST, sample.position.y(), FARTHEST));
     pen_ = style_.smoothCurves ? QPointF(qBound<double>(-FARTHEST, exact.x(), FARTHEST),
@@ -175,7 +180,7 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const Stro
 
 /// With the size and the opacity of the last sample.
 void StrokeSmoother::AddToFilter(const QPointF& position) {
-    filter_.Add({position, double(last_.size), double(last_.opacity), double(last_.hardness)});
+    filter_.Add({position, double(last_.size), double(last_.opacity), double(last_.hardness), time_, false});
 }
 
 void StrokeSmoother::DrawFiltered(Stroke& stroke) {

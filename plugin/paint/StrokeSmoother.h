@@ -30,8 +30,9 @@ public:
     /// Adds `sample` to `stroke` by the rules of the stroke's tool. `textFontFamily` becomes the font of a
     /// text stroke; other tools ignore it. A dropped sample leaves the stroke as it was.
     Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QString& textFontFamily);
-    /// The same where the pen's place is known more exactly than to the pixel. Only curves make use of it.
-    Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QPointF& exact,
+    /// The same where the pen's place is known more exactly than to the pixel, and the time (milliseconds,
+    /// from any beginning); else samples count as evenly taken. Only curves make use of it.
+    Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QPointF& exact, double time,
                     const QString& textFontFamily);
     /// Draws what the line style has held back: the line reaches the pen. Call when the pen is lifted.
     Outcome Finish(Stroke& stroke);
@@ -43,7 +44,7 @@ public:
 
 private:
     Outcome ReceiveFreehand(Stroke& stroke, const StrokePoint& sample);
-    Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample, const QPointF& exact);
+    Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample, const QPointF& exact, double time);
     void AddToFilter(const QPointF& position);
     void DrawFiltered(Stroke& stroke);
     Outcome OutcomeOf(Stroke& stroke, int pointsBefore) const;
@@ -58,7 +59,8 @@ private:
     bool hasPen_ = false; ///< a sample came
     QPointF pen_;
     QPointF brush_;
-    StrokePoint last_; ///< the last sample
+    StrokePoint last_;  ///< the last sample
+    double time_ = 0.0; ///< its time, milliseconds
 };
 
 } // namespace vellix

@@ -78,8 +78,7 @@ void InputWorker::UpdatePosition() {
 
 void InputWorker::Send(const QPoint& position) {
     const Values values = ValuesNow();
-    times_.append(EventClock::Now());
-    Q_EMIT MousePositionChanged(position, values.size, values.opacity, values.hardness);
+    Q_EMIT MousePositionChanged(position, values.size, values.opacity, values.hardness, EventClock::Now());
 }
 
 } // namespace vellix

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QPointF>
-#include <QVector>
+#include <QtGlobal>
 
 class QWidget;
 
@@ -35,15 +35,13 @@ public:
     QPoint ToView(const QPoint& onScreen) const;
     /// The same for a place between pixels.
     QPointF ToView(const QPointF& onScreen) const;
-    /// When each sample was taken, in their order; see EventClock. Read it once the thread has ended.
-    const QVector<qint64>& Times() const { return times_; }
     /// What a sample has at the pen's pressure of now.
     Values ValuesNow() const;
 
 Q_SIGNALS:
-    /// Position in view pixels from the bottom left, size in image pixels, opacity 0..1, hardness 0..1. The
-    /// pen's pressure is applied.
-    void MousePositionChanged(const QPoint& position, int size, float opacity, float hardness);
+    /// Position in view pixels from the bottom left, size in image pixels, opacity 0..1, hardness 0..1, with
+    /// the pen's pressure applied, and the time of the sample by EventClock.
+    void MousePositionChanged(const QPoint& position, int size, float opacity, float hardness, qint64 time);
 
 public Q_SLOTS:
     /// Samples until Shutdown().
@@ -59,7 +57,6 @@ private:
     const int viewHeight_;
     bool running_ = false;
     QPoint lastPosition_; ///< the last position sent
-    QVector<qint64> times_;
     const int size_;
     const float opacity_;
     const float hardness_;

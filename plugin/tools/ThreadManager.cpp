@@ -16,7 +16,6 @@
 #include <QLineF>
 #include <QScopedValueRollback>
 #include <QThread>
-#include <QVector>
 
 #include <algorithm>
 #include <cstddef>
@@ -70,7 +69,6 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     DestroyInputThread();
     smoother_.Reset();
     samples_ = 0;
-    received_ = 0;
     isShort_ = false;
     source_ = Source::Pointer;
     penTime_ = 0;
@@ -139,7 +137,7 @@ void ThreadManager::TakeRelease(const QPoint& release) {
         Sample sample = last_;
         sample.position = release;
         sample.exact = release;
-        sample.number = -1;
+        sample.time = EventClock::Now();
         Take(sample);
     }
 }
@@ -150,12 +148,9 @@ void ThreadManager::TakeBackAfter(const QPoint& release, qint64 releaseTime) {
         return;
     }
     try {
-        const QVector<qint64>& times = worker_->Times();
         std::vector<DatedSample> samples;
         for (const Added& added : added_) {
-            const int number = added.sample.number;
-            const bool isDated = number >= 0 && number < times.size();
-            samples.push_back({added.sample.position, isDated ? times.at(number) : EventClock::UNKNOWN});
+            samples.push_back({added.sample.position, added.sample.time});
         }
         const auto count = static_cast<std::size_t>(CountBeforeRelease(samples, release, releaseTime));
         if (count >= added_.size()) {
@@ -166,7 +161,8 @@ void ThreadManager::TakeBackAfter(const QPoint& release, qint64 releaseTime) {
         StrokeSmoother smoother;
         smoother.Reset(style_);
         for (std::size_t i = 0; i < count; ++i) {
-            smoother.Receive(shorter, added_[i].point, added_[i].exact, Settings::textFontFamily);
+            smoother.Receive(shorter, added_[i].point, added_[i].exact,
+                             static_cast<double>(added_[i].sample.time), Settings::textFontFamily);
         }
         stroke_->points.swap(shorter.points);
         stroke_->changed = true;
@@ -253,12 +249,12 @@ void ThreadManager::DestroyInputThread() {
     added_.clear();
 }
 
-void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness) {
-    const int number = received_++;
+void ThreadManager::OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness,
+                                           qint64 time) {
     if (!active_ || !StrokeIsThere()) {
         return;
     }
-    const Sample sample = {position, size, opacity, hardness, position, number};
+    const Sample sample = {position, size, opacity, hardness, position, time};
     if (isLate_ || source_ == Source::Pointer || !HasFirstSamples()) {
         Take(sample);
     } else if (source_ == Source::PenAwaited) {
@@ -281,7 +277,9 @@ void ThreadManager::OnPenMoved(const QPointF& onScreen, unsigned long time, bool
     penTime_ = time;
     const InputWorker::Values values = worker_->ValuesNow();
     const QPointF exact = worker_->ToView(onScreen);
-    Take({exact.toPoint(), values.size, values.opacity, values.hardness, exact, -1});
+    const qint64 known = EventClock::TimeOf(time);
+    Take({exact.toPoint(), values.size, values.opacity, values.hardness, exact,
+          known == EventClock::UNKNOWN ? EventClock::Now() : known});
 }
 
 void ThreadManager::Take(const Sample& sample) {
@@ -317,7 +315,7 @@ void ThreadManager::AddSample(const Sample& sample) {
         added_.push_back({sample, point, exact});
     }
     const StrokeSmoother::Outcome outcome =
-        smoother_.Receive(*stroke_, point, exact, Settings::textFontFamily);
+        smoother_.Receive(*stroke_, point, exact, static_cast<double>(sample.time), Settings::textFontFamily);
     last_ = sample;
     ++samples_;
     if (smoother_.HasString() && !stroke_->points.isEmpty()) {

@@ -68,7 +68,7 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     /// Receives a sample; see InputWorker::MousePositionChanged.
-    void OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness);
+    void OnMousePositionChanged(const QPoint& position, int size, float opacity, float hardness, qint64 time);
 
 private:
     ThreadManager();
@@ -81,7 +81,7 @@ private:
         float opacity = 1.0f;
         float hardness = 1.0f;
         QPointF exact;   ///< the position, between pixels if it is known so exactly
-        int number = -1; ///< counts what the input thread has sent
+        qint64 time = 0; ///< see EventClock
     };
 
     /// A sample that was added to the stroke, as the smoother received it.
@@ -121,7 +121,6 @@ private:
     LineStyle style_;
     StrokeSmoother smoother_;
     std::vector<Added> added_; ///< to the stroke
-    int received_ = 0;         ///< from the input thread, for this stroke
     QTimer catchUp_;
     std::unique_ptr<QThread> thread_;
     std::unique_ptr<InputWorker> worker_;

@@ -57,13 +57,14 @@ QImage BrushSample::Paint(const QSize& size, const BrushPreset& brush, const QVe
         curves.smoothCurves = true;
         curves.sizeVaries = brush.pressure.setsSize;
         smoother.Reset(curves);
+        double time = 0.0; // as if by an even hand
         for (const Touch& touch : path) {
             StrokePoint point;
             point.position = touch.position.toPoint();
             point.size = brush.pressure.SizeAt(brush.size, touch.pressure);
             point.opacity = static_cast<float>(brush.opacity) / 100.0f *
                             (brush.pressureSetsOpacity ? brush.pressure.opacity.At(touch.pressure) : 1.0f);
-            smoother.Receive(stroke, point, touch.position, QString());
+            smoother.Receive(stroke, point, touch.position, time += 8.0, QString());
         }
         smoother.Finish(stroke);
         if (stroke.points.size() == 1) { // a click

@@ -11,6 +11,7 @@
 #include "scene/Timeline.h"
 #include "scene/ToolContexts.h"
 #include "scene/UndoQueue.h"
+#include "tools/EventClock.h"
 #include "tools/ThreadManager.h"
 #include "tools/TransformContext.h"
 
@@ -470,7 +471,7 @@ QPoint InterleavingWalk::InView(unsigned x, unsigned y) {
 void InterleavingWalk::Sample(const QPoint& position) {
     ThreadManager::GetInstance()->OnMousePositionChanged(
         QPoint(position.x() + 1, VIEW_HEIGHT - 1 - position.y() + 2), 3 + static_cast<int>(strokes_ % 20),
-        1.0f, 1.0f);
+        1.0f, 1.0f, EventClock::Now());
 }
 
 void InterleavingWalk::SendMouse(QEvent::Type type, const QPoint& position, Qt::MouseButton button,

@@ -130,6 +130,26 @@ TEST_F(LightTableTest, AStaticLayerStaysWhenAllAreFlipped) {
     EXPECT_EQ(At(0, 0), QColor(Qt::red));
 }
 
+// They are merged when they are shown again, and only those of a few times are kept.
+TEST_F(LightTableTest, GhostsOfSeveralLayersLookTheSameHoweverOftenTheyAreShown) {
+    for (int layer = 0; layer < 3; ++layer) {
+        AddLayer(camera_, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+    }
+    SetGhosts(2, GhostLayers::Visible);
+    QList<QImage> first;
+    for (int time = 1; time <= 10; ++time) {
+        ShowTime(time);
+        first.append(Seen());
+        EXPECT_EQ(first.last(), manager_.ComposeFrame(camera_, time, true)) << time;
+    }
+    for (const int time : {10, 9, 10, 9, 9, 3, 2, 3, 2, 10, 4, 4, 1, 1, 10}) {
+        ShowTime(time);
+        EXPECT_EQ(Seen(), first[time - 1]) << time;
+        manager_.GetLayer(camera_, 1)->ForceCacheUpdate();
+        EXPECT_EQ(Seen(), first[time - 1]) << time;
+    }
+}
+
 TEST_F(LightTableTest, AFlipEndsWhenTheDrawingOrTheTimeChanges) {
     AddLayer(camera_, {1, 9});
     Layer* const active = AddLayer(camera_, {1, 5, 9});

@@ -134,6 +134,58 @@ TEST(CompositeTest, GivesBackASingleDrawing) {
         CountPixels(drawing, composed, [](quint32 a, quint32 b) { return b != (a >> 24 == 0 ? 0 : a); }), 0);
 }
 
+// Most tiles of a line have one colour, and are kept and painted in another way than others.
+TEST(CompositeTest, TilesOfOneColourLookLikeOthers) {
+    const QRgb color = qRgb(200, 130, 7);
+    QImage flat = Noise(11);
+    for (int y = 0; y < 1024; ++y) {
+        auto* row = reinterpret_cast<quint32*>(flat.scanLine(y));
+        for (int x = 0; x < 1024; ++x) {
+            row[x] = (row[x] & 0xff000000u) | 7u << 16 | 130u << 8 | 200u;
+        }
+    }
+    flat.setPixel(3, 3, qRgba(1, 2, 3, 0)); // is not seen
+    QImage mixed = flat.copy();
+    for (int y = 5; y < 1024; y += 16) {
+        for (int x = 5; x < 1024; x += 16) {
+            mixed.setPixel(x, y, qRgba(10, 20, 30, 90));
+            flat.setPixel(x, y, qRgba(qRed(color), qGreen(color), qBlue(color), 90));
+        }
+    }
+    ASSERT_LT(PackedTiles(flat).ByteCount(), PackedTiles(mixed).ByteCount() / 3);
+    for (const int opacity : {255, 101, 3}) {
+        for (const bool tinted : {false, true}) {
+            QImage composed[2] = {PlainComposer::Blank(), PlainComposer::Blank()};
+            for (const bool isFlat : {false, true}) {
+                Picture picture = DrawingOf(isFlat ? flat : mixed, opacity);
+                picture.tinted = tinted;
+                picture.tint = QColor(9, 210, 80);
+                composite::Compose(composed[isFlat ? 1 : 0], TileMask::All(),
+                                   {DrawingOf(Noise(12)), picture});
+            }
+            const auto differ = [](quint32 a, quint32 b) { return a != b; };
+            const int others = CountPixels(composed[0], composed[1], differ);
+            EXPECT_LE(others, tinted ? 0 : 64 * 64) << opacity << tinted;
+            EXPECT_EQ(composed[0].pixel(6, 5), composed[1].pixel(6, 5));
+        }
+    }
+    // Only what a stroke changed is packed again, among tiles of both kinds.
+    QImage later = mixed.copy();
+    QPainter(&later).fillRect(QRect(100, 100, 200, 20), QColor(9, 9, 9));
+    const PackedTiles earlier(mixed);
+    const TileMask changed = TileMask::Touching(QRect(100, 100, 200, 20));
+    Picture picture = DrawingOf(later);
+    QImage whole = PlainComposer::Blank();
+    composite::Compose(whole, TileMask::All(), {picture});
+    const auto again = std::make_shared<PackedTiles>(later, earlier, changed);
+    EXPECT_EQ(again->ByteCount(), PackedTiles(later).ByteCount());
+    EXPECT_TRUE(PackedTiles::Differences(earlier, *again) == changed);
+    picture.drawing = again;
+    QImage parts = PlainComposer::Blank();
+    composite::Compose(parts, TileMask::All(), {picture});
+    EXPECT_EQ(parts, whole);
+}
+
 TEST(CompositeTest, PaintsOnlyTheTilesItIsAskedFor) {
     const QImage before = Noise(5);
     const QImage drawing = Noise(6);
@@ -180,7 +232,8 @@ TEST(CompositeTest, FindsWhereImagesHavePixels) {
                 (TileMask::Touching(QRect(0, 0, 1, 1)) | TileMask::Touching(QRect(1023, 1023, 1, 1)) |
                  TileMask::Touching(QRect(30, 32, 34, 16))));
     EXPECT_TRUE(coverage.opaque == TileMask::Touching(QRect(32, 32, 32, 16)));
-    EXPECT_EQ(PackedTiles(image).ByteCount() - PackedTiles(QImage()).ByteCount(), 5u * 1024);
+    EXPECT_EQ(PackedTiles(image).ByteCount() - PackedTiles(QImage()).ByteCount(), 5u * 260 + 3 * 128)
+        << "tiles of one colour keep their alphas alone";
     EXPECT_TRUE(TileCoverage::Of(QImage(64, 64, QImage::Format_RGBA8888)).occupied.IsEmpty());
 }
 

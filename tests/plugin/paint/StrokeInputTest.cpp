@@ -241,6 +241,46 @@ TEST(LineStyleTest, ACornerWhereThePenStopsStaysSharp) {
     }
 }
 
+// The pen goes as fast as ever up to the corner, rests there, and goes on. It tells nothing while it rests,
+// and a busy machine looks late now and then.
+TEST(LineStyleTest, ACornerWhereThePenRestsStaysSharpHoweverUnevenlyItIsSampled) {
+    std::mt19937 random(5);
+    const auto between = [&random](double least, double most) {
+        return std::uniform_real_distribution<double>(least, most)(random);
+    };
+    for (const double degrees : {75.0, 90.0, 135.0, 170.0}) {
+        for (int run = 0; run < 60; ++run) {
+            const QPointF out(std::cos(degrees * M_PI / 180.0), std::sin(degrees * M_PI / 180.0));
+            const double speed = between(0.4, 2.0); // pixels a millisecond
+            const double arrival = 200.0 / speed;
+            constexpr double rest = 100.0;
+            Stroke stroke;
+            StrokeSmoother smoother;
+            smoother.Reset(Style(true, 0));
+            QPoint last;
+            for (double time = between(0.0, 8.0); time < 2.0 * arrival + rest;
+                 time += 8.0 + (run % 4 == 0 ? between(0.0, 30.0) : between(0.0, 3.0))) {
+                const double before = std::max(arrival - time, 0.0) * speed;
+                const double after = std::max(time - arrival - rest, 0.0) * speed;
+                const QPoint at = (QPointF(500 - before, 500) + after * out).toPoint();
+                if (at != last) {
+                    smoother.Receive(stroke, Sample(at.x(), at.y(), 4), at, time, QString());
+                }
+                last = at;
+            }
+            smoother.Finish(stroke);
+            double nearest = 1000.0;
+            for (const auto& point : stroke.points) {
+                const QPoint from = point.position - QPoint(500, 500);
+                nearest = std::min(nearest, std::hypot(from.x(), from.y()));
+                EXPECT_LE(from.x(), std::max(0.0, 201.0 * out.x()) + 1.0) << degrees << " run " << run;
+                EXPECT_GE(from.y(), -1) << degrees << " run " << run;
+            }
+            EXPECT_LE(nearest, 1.5) << degrees << " run " << run;
+        }
+    }
+}
+
 TEST(LineStyleTest, SizeAndOpacityChangeEvenlyAlongTheCurve) {
     Pen pen(ToolType::Brush);
     pen.smoother.Reset(Style(true, 0));
@@ -323,7 +363,7 @@ TEST(LineStyleTest, CurvesFollowAPenBetweenPixels) {
         for (int i = 0; i <= 60; ++i) {
             const QPointF at(100.0 + 1.7 * i, 200.3 + 0.13 * i);
             smoother.Receive(stroke, Sample(int(std::lround(at.x())), int(std::lround(at.y())), 4),
-                             exact ? at : QPointF(at.toPoint()), QString());
+                             exact ? at : QPointF(at.toPoint()), 8.0 * i, QString());
         }
         smoother.Finish(stroke);
         for (const auto& point : stroke.points) {
@@ -341,7 +381,7 @@ TEST(LineStyleTest, CurvesFollowAPenBetweenPixels) {
             smoother.Reset(style);
             for (int i = 0; i < 30; ++i) {
                 smoother.Receive(stroke, Sample(100 + 7 * i, 200 + i, 4),
-                                 QPointF(100 + 7 * i + (exact ? 0.4 : 0.0), 200 + i), QString());
+                                 QPointF(100 + 7 * i + (exact ? 0.4 : 0.0), 200 + i), 8.0 * i, QString());
             }
             smoother.Finish(stroke);
             drawn[exact ? 1 : 0] = stroke.points;

@@ -96,6 +96,46 @@ TEST_F(FlipKeysTest, ADrawingIsSeenAsLongAsItsKeyIsHeld) {
     EXPECT_EQ(host_->undo().Names(), names);
 }
 
+TEST_F(FlipKeysTest, TheKeyThatIsStillHeldGoesOn) {
+    Hold(',');
+    EXPECT_TRUE(Sees(0));
+    Hold('.');
+    EXPECT_TRUE(Sees(2));
+    LetGo(',');
+    Settle(100);
+    EXPECT_EQ(SeenKey(), 2) << "the other finger is up";
+    Hold(',');
+    EXPECT_TRUE(Sees(0));
+    LetGo(',');
+    EXPECT_TRUE(Sees(2));
+    Hold(F7);
+    EXPECT_TRUE(Sees(0));
+    LetGo('.');
+    EXPECT_TRUE(Sees(2)) << "it rolls on";
+    EXPECT_TRUE(Sees(0));
+    LetGo(F7);
+    EXPECT_TRUE(Sees(1));
+    EXPECT_FALSE(IsFlipped());
+
+    // What has ended is not taken up again by another key's release.
+    Hold(',');
+    Hold('.');
+    Run("currentTime 5");
+    EXPECT_FALSE(IsFlipped());
+    LetGo('.');
+    EXPECT_FALSE(IsFlipped());
+    LetGo(',');
+    Run("currentTime 3");
+
+    // A key that gets another meaning while it is held leaves nothing behind.
+    Hold(',');
+    EXPECT_TRUE(IsFlipped());
+    Run("qmVellixUtil -e -flipPreviousKey \"F6\"");
+    EXPECT_FALSE(IsFlipped());
+    LetGo(',');
+    EXPECT_FALSE(IsFlipped());
+}
+
 TEST_F(FlipKeysTest, AStrokeGoesToTheCurrentDrawing) {
     const QImage first = Node().GetActiveLayer("persp")->GetFrame(0)->GetImage().copy();
     const QImage current = Drawing();
