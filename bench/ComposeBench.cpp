@@ -169,15 +169,21 @@ void SampleRefresh(benchmark::State& state, ToolType tool, int size, const LineS
     for (auto _ : state) {
         sample.position = QPoint(512 + int(300 * std::cos(angle)), 512 + int(300 * std::sin(angle)));
         smoother.Receive(*stroke, sample, QString());
+        smoother.DrawTail(*stroke);
         benchmark::DoNotOptimize(manager.GetFlattenedImage(CAMERA));
         angle += 16.0 / 300.0;
     }
     manager.CancelActiveStroke();
 }
 
-LineStyle CurvesOnAString() {
+LineStyle Curves() {
     LineStyle style;
     style.smoothCurves = true;
+    return style;
+}
+
+LineStyle CurvesOnAString() {
+    LineStyle style = Curves();
     style.stabiliser = 40;
     return style;
 }
@@ -324,12 +330,17 @@ BENCHMARK(BrushRefresh)->Arg(4)->Arg(10)->Arg(40)->Unit(benchmark::kMicrosecond)
 BENCHMARK_CAPTURE(SampleRefresh, Brush100, ToolType::Brush, 100, LineStyle())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Brush100Styled, ToolType::Brush, 100, CurvesOnAString())
     ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Brush100Curved, ToolType::Brush, 100, Curves())
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Pencil30, ToolType::Pencil, 30, LineStyle())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Pencil30Styled, ToolType::Pencil, 30, CurvesOnAString())
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil30Curved, ToolType::Pencil, 30, Curves())
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Pencil6, ToolType::Pencil, 6, LineStyle())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(SampleRefresh, Pencil6Styled, ToolType::Pencil, 6, CurvesOnAString())
     ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(SampleRefresh, Pencil6Curved, ToolType::Pencil, 6, Curves())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(RebuildGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RebuildGhosts, ofAll, GhostLayers::Visible)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RebuildNewGhosts, ofOne, GhostLayers::Active)->Unit(benchmark::kMillisecond);

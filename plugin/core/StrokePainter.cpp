@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace vellix {
@@ -81,6 +82,21 @@ QImage ImageOf(Frame& frame) {
     return image.isNull() ? composite::OrBadAlloc(composite::TransparentImage()) : image;
 }
 
+constexpr int TILE_PIXELS = TileMask::TILE_WIDTH * TileMask::TILE_WIDTH;
+
+/// Calls `visit` with each row of pixels of each of these tiles of a layer image, always in the same order.
+template <typename Image, typename Visit>
+void ForEachTileRow(Image& image, const TileMask& tiles, Visit visit) {
+    using Pixel = std::conditional_t<std::is_const<Image>::value, const quint32, quint32>;
+    auto* const first = reinterpret_cast<Pixel*>(image.bits());
+    const std::ptrdiff_t stride = image.bytesPerLine() / 4;
+    tiles.ForEach([&](int row, int column) {
+        for (int y = row * TileMask::TILE_WIDTH; y < (row + 1) * TileMask::TILE_WIDTH; ++y) {
+            visit(first + y * stride + column * TileMask::TILE_WIDTH);
+        }
+    });
+}
+
 } // namespace
 
 Picture StrokePainter::Canvas::AsPicture() const {
@@ -124,6 +140,31 @@ void StrokePainter::Canvas::Forget() {
         *this = Canvas();
     }
     key = 0;
+}
+
+void StrokePainter::Tail::Keep(const Canvas& canvas, const TileMask& edited, const TileMask& tiles) {
+    pixels.resize(static_cast<std::size_t>(tiles.Size()) * TILE_PIXELS);
+    covered = tiles;
+    coverageBefore = canvas.coverage;
+    editedBefore = edited;
+    quint32* kept = pixels.data();
+    ForEachTileRow(canvas.image, tiles,
+                   [&kept](const quint32* row) { kept = std::copy_n(row, TileMask::TILE_WIDTH, kept); });
+}
+
+void StrokePainter::Tail::TakeOff(Canvas& canvas, TileMask& edited, TileMask& changed) {
+    if (covered.IsEmpty()) {
+        return;
+    }
+    const quint32* kept = pixels.data();
+    ForEachTileRow(canvas.image, covered, [&kept](quint32* row) {
+        std::copy_n(kept, TileMask::TILE_WIDTH, row);
+        kept += TileMask::TILE_WIDTH;
+    });
+    changed |= covered;
+    canvas.coverage = coverageBefore;
+    edited = editedBefore;
+    covered = TileMask();
 }
 
 bool StrokePainter::HasStroke() const {
@@ -225,7 +266,11 @@ bool StrokePainter::HasPasteImage() const {
 
 void StrokePainter::Paint(Frame* frame, bool editing) {
     if (IsFreehand(stroke_->tool)) {
+        tail_.TakeOff(work_, edited_, changed_);
         PaintFreehand(frame);
+        if (editing && !stroke_->tail.isEmpty()) {
+            PaintTail();
+        }
     } else if (IsDrawnWhole(stroke_->tool)) {
         PaintShape(editing);
     } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame) {
@@ -256,14 +301,29 @@ void StrokePainter::PaintFreehand(Frame* frame) {
     const TileMask tiles =
         DrawUtil::DrawFreehand(work_.image, stroke_->points, lastRasterised_, stroke_->tool);
     lastRasterised_ = lastPoint;
+    TakeUpFreehand(tiles);
+}
+
+/// After freehand painting in these tiles.
+void StrokePainter::TakeUpFreehand(const TileMask& tiles) {
     changed_ |= tiles;
-    if (erases) {
+    if (stroke_->tool == ToolType::Eraser) {
         work_.coverage.opaque.Remove(tiles);
         edited_ |= tiles;
     } else {
         composite::OverrideColor(work_.image, tiles, stroke_->color);
         work_.coverage.occupied |= tiles;
     }
+}
+
+void StrokePainter::PaintTail() {
+    const QList<StrokePoint>& points = stroke_->points;
+    // A segment that is not the stroke's first begins without a dab.
+    QList<StrokePoint> line = points.mid(std::max(0, points.size() - 2));
+    const int start = std::max(0, line.size() - 1);
+    line += stroke_->tail;
+    tail_.Keep(work_, edited_, DrawUtil::ReachOfFreehand(line, start));
+    TakeUpFreehand(DrawUtil::DrawFreehand(work_.image, line, start, stroke_->tool));
 }
 
 void StrokePainter::PaintShape(bool editing) {
@@ -334,6 +394,7 @@ void StrokePainter::Forget() {
     changed_ = TileMask();
     edited_ = TileMask();
     work_.Forget();
+    tail_.covered = TileMask();
     moved_ = Canvas();
     lifted_ = QImage();
     begun_ = false;

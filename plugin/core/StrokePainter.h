@@ -8,6 +8,7 @@
 #include <QImage>
 
 #include <memory>
+#include <vector>
 
 namespace vellix {
 
@@ -67,8 +68,25 @@ private:
         void Forget();
     };
 
+    /// The tail of a freehand stroke (Stroke::tail), as long as it is painted on the canvas, with what it has
+    /// covered there.
+    struct Tail {
+        TileMask covered;            ///< none while no tail is painted
+        std::vector<quint32> pixels; ///< of these tiles, as they were
+        TileCoverage coverageBefore;
+        TileMask editedBefore;
+
+        /// Keeps the tiles on which a tail is about to be painted. Throws std::bad_alloc, with nothing
+        /// changed, when memory is short.
+        void Keep(const Canvas& canvas, const TileMask& edited, const TileMask& tiles);
+        /// Restores exactly what was there before the tail. Needs no memory.
+        void TakeOff(Canvas& canvas, TileMask& edited, TileMask& changed);
+    };
+
     void Paint(Frame* frame, bool editing);
     void PaintFreehand(Frame* frame);
+    void PaintTail();
+    void TakeUpFreehand(const TileMask& tiles);
     void PaintShape(bool editing);
     void PaintTransform(Frame& frame);
     /// The tiles in which the stroke may change its picture.
@@ -82,6 +100,7 @@ private:
     DrawingId drawing_;
     TileMask changed_; ///< tiles painted since the last AppendTo
     TileMask edited_;  ///< tiles in which work_ differs from the picture that the stroke began on
+    Tail tail_;        ///< on work_
     Canvas work_;      ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
     Canvas moved_;     ///< the lifted region where the transform puts it
     bool begun_ = false;

@@ -37,6 +37,9 @@ public:
     /// image are cut first (SegmentClip), so that a stray position costs no more than a long line.
     static TileMask DrawFreehand(QImage& image, const QList<StrokePoint>& points, int start, ToolType tool);
 
+    /// The tiles that DrawFreehand() may touch.
+    static TileMask ReachOfFreehand(const QList<StrokePoint>& points, int start);
+
     // --- shapes, text and transform, through a painter on the image
 
     static void DrawLine(QPainter& painter, const QList<StrokePoint>& points, const QColor& color);

@@ -34,6 +34,14 @@ TileMask DrawUtil::DrawFreehand(QImage& image, const QList<StrokePoint>& points,
     return painter.Touched();
 }
 
+TileMask DrawUtil::ReachOfFreehand(const QList<StrokePoint>& points, int start) {
+    TileMask tiles;
+    for (int i = std::max(start, 0) + 1; i < points.size(); ++i) {
+        tiles |= FreehandPainter::ReachOf(points.at(i - 1), points.at(i));
+    }
+    return tiles;
+}
+
 void DrawUtil::DrawFreehandSegment(QImage& image, int x0, int y0, int x1, int y1, int size, float opacity0,
                                    float opacity1, float /*hardness*/, ToolType tool) {
     FreehandPainter painter(PixelView(image), SharedGrid());

@@ -24,6 +24,19 @@ float Bounded(float opacity) {
     return opacity > 0.0f ? std::min(opacity, 1.0f) : 0.0f;
 }
 
+// How far a stamp of this size reaches from the segment.
+int Reach(int size) {
+    return qBound(0, size, int(FreehandPainter::MAX_SIZE)) / 2 + 4;
+}
+
+TileMask TilesAround(const SegmentClip& segment, int reach) {
+    const int left = std::min(segment.from.x(), segment.to.x()) - reach;
+    const int top = std::min(segment.from.y(), segment.to.y()) - reach;
+    const int right = std::max(segment.from.x(), segment.to.x()) + reach;
+    const int bottom = std::max(segment.from.y(), segment.to.y()) + reach;
+    return TileMask::Touching(QRect(QPoint(left, top), QPoint(right, bottom)));
+}
+
 } // namespace
 
 void FreehandPainter::Segment(const StrokePoint& from, const StrokePoint& to, ToolType tool, bool first) {
@@ -37,18 +50,15 @@ void FreehandPainter::Segment(const StrokePoint& from, const StrokePoint& to, To
     }
 }
 
-void FreehandPainter::Touch(const SegmentClip& segment, int reach) {
-    const int left = std::min(segment.from.x(), segment.to.x()) - reach;
-    const int top = std::min(segment.from.y(), segment.to.y()) - reach;
-    const int right = std::max(segment.from.x(), segment.to.x()) + reach;
-    const int bottom = std::max(segment.from.y(), segment.to.y()) + reach;
-    touched_ |= TileMask::Touching(QRect(QPoint(left, top), QPoint(right, bottom)));
+TileMask FreehandPainter::ReachOf(const StrokePoint& from, const StrokePoint& to) {
+    SegmentClip segment = {from.position, to.position};
+    return segment.Cut() ? TilesAround(segment, Reach(from.size)) : TileMask();
 }
 
 void FreehandPainter::WuLine(SegmentClip segment) {
     const float opacity = segment.opacityFrom; // all along the line, also where it is cut
     if (segment.Cut()) {
-        Touch(segment, 1);
+        touched_ |= TilesAround(segment, 1);
         drawLineWu(view_, segment.from.x(), segment.from.y(), segment.to.x(), segment.to.y(), opacity);
     }
 }
@@ -67,7 +77,7 @@ void FreehandPainter::HardSegment(SegmentClip segment, int size, ToolType tool) 
     } else {
         HardStamps(segment, size, tool);
     }
-    Touch(segment, std::max(size, 0) / 2 + 4);
+    touched_ |= TilesAround(segment, Reach(size));
 }
 
 // Calls `visit` for every pixel of the segment with the opacity there. The opacity changes by the same amount
@@ -216,7 +226,7 @@ void FreehandPainter::SoftSegment(SegmentClip segment, int size, ToolType tool, 
         return;
     }
     size = std::min(std::max(size, 0), int(MAX_SIZE));
-    Touch(segment, size / 2 + 4);
+    touched_ |= TilesAround(segment, Reach(size));
     const SoftWalk walk(segment, size, tool);
     if (first) {
         grid_.UpdateBrushGrid(size, walk.Radius(), walk.strokeOpacity, tool);

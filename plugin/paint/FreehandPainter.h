@@ -22,6 +22,9 @@ public:
     /// stroke's first.
     void Segment(const StrokePoint& from, const StrokePoint& to, ToolType tool, bool first);
 
+    /// The tiles that the segment may touch, whatever the tool.
+    static TileMask ReachOf(const StrokePoint& from, const StrokePoint& to);
+
     /// Paints a segment along Bresenham's walk. For the pencil and the eraser, and for other tools through
     /// DrawUtil::DrawFreehandSegment.
     void HardSegment(SegmentClip segment, int size, ToolType tool);
@@ -46,7 +49,6 @@ private:
     void SoftStamp(const SoftWalk& walk, int major, int minor, float flow, float cap);
     void SoftEnd(const SoftWalk& walk, const QPoint& end, float gap, float cap);
     void SoftInterior(const SoftWalk& walk);
-    void Touch(const SegmentClip& segment, int reach);
 
     PixelView view_;
     BrushGrid& grid_;

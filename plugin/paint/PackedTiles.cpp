@@ -156,36 +156,6 @@ std::size_t PackedTiles::TileBytes(int row, int column) const {
     return flat_.Contains(row, column) ? FLAT_BYTES : std::size_t(TILE_VALUES);
 }
 
-// A tile that has no more than colours under alpha 0 is not occupied.
-void PackedTiles::PackRow(const TiledImage& image, int row) {
-    const quint64 kept = image.Tiles().Row(row);
-    quint8* tile = Reserve(row, kept);
-    quint64 occupied = 0;
-    quint64 opaque = 0;
-    TileMask::ForEachRun(kept, [&](int begin, int end) {
-        for (int column = begin; column < end; ++column) {
-            composite_kernels::SplitTile(tile, image.Tile(row, column), TileMask::TILE_WIDTH);
-            const quint8* const alpha = tile + 3 * TILE_PIXELS;
-            quint8 any = 0;
-            quint8 all = 255;
-            for (int i = 0; i < TILE_PIXELS; ++i) {
-                any |= alpha[i];
-                all &= alpha[i];
-            }
-            if (any != 0) {
-                occupied |= quint64(1) << column;
-                opaque |= quint64(all == 255) << column;
-                tile += TILE_VALUES;
-            }
-        }
-    });
-    if (occupied == 0) {
-        rows_[std::size_t(row)].reset();
-    }
-    coverage_.occupied.SetRow(row, occupied);
-    coverage_.opaque.SetRow(row, opaque);
-}
-
 bool PackedTiles::SharesRow(const PackedTiles& other, int row) const {
     return rows_[std::size_t(row)] == other.rows_[std::size_t(row)];
 }

@@ -24,6 +24,9 @@ struct Stroke {
     ToolType tool = ToolType::Pencil;
     QColor color = QColor(255, 255, 255, 255);
     QList<StrokePoint> points; ///< shapes use the first two (start and current end), text the first
+    /// From the last point to the pen, as the line would go if it ended there. It is shown until later
+    /// samples settle that part, and is never committed.
+    QList<StrokePoint> tail;
     QString text;
     QString fontFamily;
     qint32 caret = -1; ///< place in `text`, in units of UTF-16, while it is typed; negative: none is shown

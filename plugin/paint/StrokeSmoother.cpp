@@ -140,11 +140,15 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveFreehand(Stroke& stroke, const St
     return OutcomeOf(stroke, before);
 }
 
-StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefore) const {
-    const int points = stroke.points.size();
-    for (int i = pointsBefore; style_.sizeVaries && i < points; ++i) {
-        Centre(stroke.points[i], stroke.tool);
+void StrokeSmoother::CentreAll(ToolType tool, QList<StrokePoint>& points, int first) const {
+    for (int i = first; style_.sizeVaries && i < points.size(); ++i) {
+        Centre(points[i], tool);
     }
+}
+
+StrokeSmoother::Outcome StrokeSmoother::OutcomeOf(Stroke& stroke, int pointsBefore) const {
+    CentreAll(stroke.tool, stroke.points, pointsBefore);
+    const int points = stroke.points.size();
     Outcome outcome;
     outcome.changed = points > pointsBefore;
     outcome.firstSegment = pointsBefore < 2 && points >= 2;
@@ -174,23 +178,43 @@ StrokeSmoother::Outcome StrokeSmoother::ReceiveStyled(Stroke& stroke, const Stro
         return ReceiveFreehand(stroke, drawn);
     }
     AddToFilter(brush_);
-    DrawFiltered(stroke);
+    DrawFiltered(filter_, curve_, stroke.points);
     return OutcomeOf(stroke, before);
 }
 
 /// With the size and the opacity of the last sample.
 void StrokeSmoother::AddToFilter(const QPointF& position) {
     filter_.Add({position, double(last_.size), double(last_.opacity), double(last_.hardness), time_, false});
+    tailIsStale_ = true;
 }
 
-void StrokeSmoother::DrawFiltered(Stroke& stroke) {
+void StrokeSmoother::DrawFiltered(SampleFilter& filter, StrokeCurve& curve, QList<StrokePoint>& points) {
     PenSample filtered;
-    while (filter_.Take(filtered)) {
-        curve_.Add(filtered, stroke.points);
+    while (filter.Take(filtered)) {
+        curve.Add(filtered, points);
     }
 }
 
+bool StrokeSmoother::DrawTail(Stroke& stroke) {
+    if (!tailIsStale_ || style_.stabiliser > 0 || stroke.points.isEmpty()) {
+        return false;
+    }
+    tailIsStale_ = false;
+    SampleFilter filter = filter_;
+    StrokeCurve curve = curve_;
+    filter.Finish();
+    QList<StrokePoint> tail = {stroke.points.last()};
+    DrawFiltered(filter, curve, tail);
+    curve.Finish(tail);
+    tail.removeFirst();
+    CentreAll(stroke.tool, tail, 0);
+    stroke.tail.swap(tail);
+    stroke.changed = true;
+    return true;
+}
+
 StrokeSmoother::Outcome StrokeSmoother::Finish(Stroke& stroke) {
+    stroke.tail.clear();
     const int before = stroke.points.size();
     if (!hasPen_) {
         return Outcome();
@@ -201,12 +225,13 @@ StrokeSmoother::Outcome StrokeSmoother::Finish(Stroke& stroke) {
             AddToFilter(pen_);
         }
         filter_.Finish();
-        DrawFiltered(stroke);
+        DrawFiltered(filter_, curve_, stroke.points);
         curve_.Finish(stroke.points);
     } else if (stroke.points.isEmpty() || stroke.points.last().position != last_.position) {
         AppendEvenly(stroke.points, last_);
     }
     brush_ = pen_;
+    tailIsStale_ = false;
     return OutcomeOf(stroke, before);
 }
 

@@ -34,6 +34,10 @@ public:
     /// from any beginning); else samples count as evenly taken. Only curves make use of it.
     Outcome Receive(Stroke& stroke, const StrokePoint& sample, const QPointF& exact, double time,
                     const QString& textFontFamily);
+    /// Draws the tail of the stroke up to the last sample, to be seen until the next one. Only curves have
+    /// one, and with a stabiliser its string is seen there. Returns false, and changes nothing, if there is
+    /// none or it is drawn already.
+    bool DrawTail(Stroke& stroke);
     /// Draws what the line style has held back: the line reaches the pen. Call when the pen is lifted.
     Outcome Finish(Stroke& stroke);
 
@@ -46,7 +50,8 @@ private:
     Outcome ReceiveFreehand(Stroke& stroke, const StrokePoint& sample);
     Outcome ReceiveStyled(Stroke& stroke, const StrokePoint& sample, const QPointF& exact, double time);
     void AddToFilter(const QPointF& position);
-    void DrawFiltered(Stroke& stroke);
+    static void DrawFiltered(SampleFilter& filter, StrokeCurve& curve, QList<StrokePoint>& points);
+    void CentreAll(ToolType tool, QList<StrokePoint>& points, int first) const;
     Outcome OutcomeOf(Stroke& stroke, int pointsBefore) const;
     StrokePoint Smoothed(const StrokePoint& sample) const;
 
@@ -56,7 +61,8 @@ private:
     LineStyle style_;
     SampleFilter filter_;
     StrokeCurve curve_;
-    bool hasPen_ = false; ///< a sample came
+    bool hasPen_ = false;      ///< a sample came
+    bool tailIsStale_ = false; ///< since the last sample that curves follow
     QPointF pen_;
     QPointF brush_;
     StrokePoint last_;  ///< the last sample

@@ -165,6 +165,7 @@ void ThreadManager::TakeBackAfter(const QPoint& release, qint64 releaseTime) {
                              static_cast<double>(added_[i].sample.time), Settings::textFontFamily);
         }
         stroke_->points.swap(shorter.points);
+        stroke_->tail.clear();
         stroke_->changed = true;
         stroke_->restarted = true;
         std::swap(smoother_, smoother);
@@ -318,6 +319,7 @@ void ThreadManager::AddSample(const Sample& sample) {
         smoother_.Receive(*stroke_, point, exact, static_cast<double>(sample.time), Settings::textFontFamily);
     last_ = sample;
     ++samples_;
+    const bool hasTail = smoother_.DrawTail(*stroke_);
     if (smoother_.HasString() && !stroke_->points.isEmpty()) {
         // From the end of the line, which curves hold back a little behind the brush.
         node_->SetPenString(MayaUtil::GetCameraName(camera_),
@@ -325,7 +327,7 @@ void ThreadManager::AddSample(const Sample& sample) {
     }
     if (outcome.firstSegment) {
         node_->RefreshActiveView();
-    } else if (outcome.changed || smoother_.HasString()) {
+    } else if (outcome.changed || hasTail || smoother_.HasString()) {
         catchUp_.start();
     }
 }

@@ -123,6 +123,69 @@ TEST_F(StrokeTest, ErasesWhatTheLayerShowsNow) {
     EXPECT_EQ(Current(), expected);
 }
 
+// The tail is seen, and gone without a trace when the stroke goes on, is committed, undone or dropped.
+TEST_F(StrokeTest, ATailIsSeenAndNeverCommitted) {
+    const auto grow = [](Stroke& stroke, int step, bool hasTail) {
+        stroke.points.append(Point(300 + 20 * step, 380 + step * step, 10 + 4 * step, 0.6f));
+        stroke.tail.clear();
+        for (int i = 1; hasTail && i < 4; ++i) {
+            stroke.tail.append(Point(310 + 20 * step + 30 * i, 390 + step * step - 9 * i, 30, 0.9f));
+        }
+        stroke.changed = true;
+    };
+    QPainter(&Current()).fillRect(200, 250, 600, 400, QColor(90, 20, 160)); // something to erase
+    for (const ToolType tool : {ToolType::Pencil, ToolType::Brush, ToolType::Eraser}) {
+        const QImage before = Current().copy();
+        QList<QImage> without;
+        QList<QImage> committed;
+        for (const bool hasTail : {false, true}) {
+            Stroke* const stroke = BeginStroke(camera_, tool);
+            stroke->points.clear();
+            for (int step = 0; step < 8; ++step) {
+                grow(*stroke, step, hasTail);
+                const QImage seen = manager_.GetFlattenedImage(camera_)->copy();
+                if (!hasTail) {
+                    without.append(seen);
+                    continue;
+                }
+                EXPECT_NE(seen, without[step]) << int(tool) << step;
+                const QPoint end = stroke->tail.last().position;
+                EXPECT_NE(seen.pixel(end), without[step].pixel(end)) << int(tool) << step;
+                if (step % 3 == 2) {
+                    const QList<StrokePoint> tail = stroke->tail;
+                    stroke->tail.clear();
+                    stroke->changed = true;
+                    EXPECT_EQ(*manager_.GetFlattenedImage(camera_), without[step]) << int(tool) << step;
+                    stroke->tail = tail;
+                    stroke->changed = true;
+                    EXPECT_EQ(*manager_.GetFlattenedImage(camera_), seen) << int(tool) << step;
+                }
+            }
+            ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo_));
+            committed.append(Current().copy());
+            EXPECT_LE(Error(camera_), 2);
+            ASSERT_TRUE(manager_.UndoStroke(camera_, undo_));
+            EXPECT_EQ(Current(), before);
+            EXPECT_LE(Error(camera_), 2);
+        }
+        EXPECT_EQ(committed[0], committed[1]) << int(tool);
+
+        // Dropped, with the canvas kept for the next stroke.
+        Stroke* stroke = BeginStroke(camera_, tool);
+        stroke->points.clear();
+        grow(*stroke, 0, true);
+        manager_.GetFlattenedImage(camera_);
+        manager_.CancelActiveStroke();
+        EXPECT_LE(Error(camera_), 2);
+        stroke = BeginStroke(camera_, tool);
+        stroke->points.clear();
+        grow(*stroke, 0, false);
+        EXPECT_EQ(*manager_.GetFlattenedImage(camera_), without[0]) << int(tool);
+        manager_.CancelActiveStroke();
+        EXPECT_EQ(Current(), before);
+    }
+}
+
 TEST_F(StrokeTest, NeedsAFrameToBeDrawnOn) {
     ShowTime(4);
     EXPECT_FALSE(manager_.CanDraw(camera_));

@@ -281,6 +281,47 @@ TEST(LineStyleTest, ACornerWhereThePenRestsStaysSharpHoweverUnevenlyItIsSampled)
     }
 }
 
+TEST(LineStyleTest, TheTailReachesThePenAndIsNoPartOfTheStroke) {
+    for (const bool sizeVaries : {false, true}) {
+        LineStyle style = Style(true, 0);
+        style.sizeVaries = sizeVaries;
+        Pen pen(ToolType::Brush);
+        Pen other(ToolType::Brush);
+        pen.smoother.Reset(style);
+        other.smoother.Reset(style);
+        const auto samples = Circle(250, 3);
+        for (int i = 0; i < samples.size(); ++i) {
+            pen.Move(samples[i].x(), samples[i].y(), sizeVaries ? 20 + i : 20);
+            other.Move(samples[i].x(), samples[i].y(), sizeVaries ? 20 + i : 20);
+            EXPECT_TRUE(pen.smoother.DrawTail(pen.stroke));
+            EXPECT_TRUE(pen.stroke.changed);
+            EXPECT_FALSE(pen.smoother.DrawTail(pen.stroke)) << "once for each sample";
+            const auto& end = pen.stroke.tail.isEmpty() ? pen.stroke.points : pen.stroke.tail;
+            const QPoint off = end.last().position - samples[i];
+            EXPECT_LE(std::max(std::abs(off.x()), std::abs(off.y())), sizeVaries ? 1 : 0) << i;
+            ASSERT_EQ(pen.stroke.points.size(), other.stroke.points.size());
+        }
+        pen.smoother.Finish(pen.stroke);
+        other.smoother.Finish(other.stroke);
+        EXPECT_TRUE(pen.stroke.tail.isEmpty());
+        ASSERT_EQ(pen.stroke.points.size(), other.stroke.points.size());
+        for (int i = 0; i < pen.stroke.points.size(); ++i) {
+            EXPECT_EQ(pen.stroke.points[i].position, other.stroke.points[i].position);
+            EXPECT_EQ(pen.stroke.points[i].size, other.stroke.points[i].size);
+        }
+    }
+    // A plain line and a string need none.
+    for (const LineStyle& style : {LineStyle(), Style(false, 30), Style(true, 30)}) {
+        Pen pen(ToolType::Pencil);
+        pen.smoother.Reset(style);
+        for (int i = 0; i < 20; ++i) {
+            pen.Move(100 + 9 * i, 100);
+            EXPECT_FALSE(pen.smoother.DrawTail(pen.stroke));
+            EXPECT_TRUE(pen.stroke.tail.isEmpty());
+        }
+    }
+}
+
 TEST(LineStyleTest, SizeAndOpacityChangeEvenlyAlongTheCurve) {
     Pen pen(ToolType::Brush);
     pen.smoother.Reset(Style(true, 0));
