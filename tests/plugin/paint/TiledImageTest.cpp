@@ -4,9 +4,11 @@
 #include "paint/PackedTiles.h"
 #include "paint/TilePatch.h"
 
+#include <cstddef>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
+#include <string>
 #include <vector>
 
 using vellix::PackedTiles;
@@ -62,8 +64,16 @@ void ExpectSame(const PackedTiles& tiles, const PackedTiles& expected) {
     EXPECT_EQ(tiles.ByteCount(), expected.ByteCount());
     expected.Coverage().occupied.ForEach([&](int row, int column) {
         if (tiles.Coverage().occupied.Contains(row, column)) {
-            EXPECT_EQ(std::memcmp(tiles.Tile(row, column), expected.Tile(row, column), 4 * TILED_WIDTH * TILED_WIDTH), 0)
-                << row << " " << column;
+            const PackedTiles::Tile tile = tiles.RowAt(row).At(column);
+            const PackedTiles::Tile same = expected.RowAt(row).At(column);
+            SCOPED_TRACE(std::to_string(row) + " " + std::to_string(column));
+            ASSERT_EQ(tile.planes == nullptr, same.planes == nullptr);
+            EXPECT_EQ(tile.color, same.color);
+            const std::size_t planes = tile.planes ? 4 : 1;
+            EXPECT_EQ(std::memcmp(tile.planes ? tile.planes : tile.alphas,
+                                  same.planes ? same.planes : same.alphas,
+                                  planes * TILED_WIDTH * TILED_WIDTH),
+                      0);
         }
     });
 }
@@ -132,7 +142,8 @@ TEST(TiledImageTest, TilesThatAreAddedAreEmpty) {
     const QImage before = tiled.ToImage();
     tiled.Add(some);
     EXPECT_EQ(Difference(tiled.ToImage(), before), QRect()) << "those that are kept stay";
-    some.ForEach([&](int row, int column) { std::memset(tiled.Tile(row, column), 0, 4 * TILED_WIDTH * TILED_WIDTH); });
+    some.ForEach(
+        [&](int row, int column) { std::memset(tiled.Tile(row, column), 0, 4 * TILED_WIDTH * TILED_WIDTH); });
     tiled.RemoveEmpty(TileMask::All());
     const int kept = tiled.Tiles().Size();
     tiled.Add(some); // in the places of others
