@@ -235,11 +235,11 @@ void SceneFiles::New(bool force) {
     SetModified(false);
 }
 
-void SceneFiles::RunReader(FileReader& reader) {
-    RunReader(reader, ReadBytes(reader.source().path));
+bool SceneFiles::RunReader(FileReader& reader) {
+    return RunReader(reader, ReadBytes(reader.source().path));
 }
 
-void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
+bool SceneFiles::RunReader(FileReader& reader, std::string bytes) {
     const std::string path = CanonicalPath(reader.source().path);
     MarkAsReading(path);
     readers_.push_back(&reader);
@@ -255,6 +255,7 @@ void SceneFiles::RunReader(FileReader& reader, std::string bytes) {
                (entry->second.isReading || reader.source().mode == FileReader::Mode::Reference)) {
         faults_.erase(entry);
     }
+    return faults.count == 0;
 }
 
 void SceneFiles::MarkAsReading(const std::string& path) {
@@ -367,13 +368,14 @@ void SceneFiles::SaveAs(const std::string& path, std::optional<SceneFormat> form
 std::vector<std::shared_ptr<Node>> SceneFiles::Import(const std::string& path, const std::string& nameSpace) {
     const std::string file = FindFile(path);
     FileReader reader(host_, {file, FileReader::Mode::Import, nameSpace, {}});
+    bool isWhole = false; // an earlier reading of the file may have had faults
     {
         const FileOperationScope scope(host_, FileOperation::Import);
-        RunReader(reader);
+        isWhole = RunReader(reader);
     }
     ForceModified();
     host_.events().Fire("SceneImported");
-    if (FaultsOf(file)) {
+    if (!isWhole) {
         throw FileError("Errors while reading \"" + file +
                         "\"; the scene holds everything that could be read.");
     }

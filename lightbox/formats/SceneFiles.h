@@ -102,10 +102,10 @@ public:
     /// The innermost active reader, or null.
     FileReader* reader() const { return readers_.empty() ? nullptr : readers_.back(); }
     const std::vector<FileReader*>& readers() const { return readers_; }
-    /// Runs the reader on its file, or on the given bytes. Throws FileError when the file cannot be read or
-    /// is not a scene.
-    void RunReader(FileReader& reader);
-    void RunReader(FileReader& reader, std::string bytes);
+    /// Runs the reader on its file, or on the given bytes. Returns whether all was read without errors.
+    /// Throws FileError when the file cannot be read or is not a scene.
+    bool RunReader(FileReader& reader);
+    bool RunReader(FileReader& reader, std::string bytes);
 
     /// Returns the format of a path's suffix, or `fallback` for an unknown suffix.
     static SceneFormat FormatOf(const std::string& path, SceneFormat fallback);

@@ -53,7 +53,12 @@ ForeignScene::Removal::Removal()
     : line_("qmVxRemoveScene()") {}
 
 ForeignScene::Removal::~Removal() {
-    RunGuarded("Taking the other scene out", [this] { MayaUtil::ExecuteMel(line_, false, false); });
+    RunGuarded("Taking the other scene out", [this] {
+        // What was taken out first leaves memory for the rest.
+        if (!MayaUtil::ExecuteMel(line_, false, false)) {
+            MayaUtil::ExecuteMel(line_, false, false);
+        }
+    });
 }
 
 QString ForeignScene::NameThere(const QString& camera) const {

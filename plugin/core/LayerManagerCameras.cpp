@@ -73,7 +73,8 @@ void LayerManager::Join(const QString& from, const QString& to) {
     rename.activeResident = GetActiveLayerId(to);
     rename.activeMover = GetActiveLayerId(from);
     rename.activeBefore = activeCamera_;
-    const bool meetsOthers = isFromShared || HasPlace(to);
+    // Without this the way back could not tell whose the layers are.
+    const bool meetsOthers = isFromShared || isToShared || HasPlace(to);
     renames_.reserve(renames_.size() + 1);
     if (!isFromShared) {
         const bool bothHaveLayers = !rename.residents.empty() && LayerCount(from) > 0;

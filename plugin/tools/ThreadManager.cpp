@@ -1,6 +1,7 @@
 #include "tools/ThreadManager.h"
 
 #include "host/Guarded.h"
+#include "host/GuardedConnect.h"
 #include "host/MayaUtil.h"
 #include "host/Settings.h"
 #include "node/BaseNode.h"
@@ -94,7 +95,8 @@ void ThreadManager::CreateInputThread(QWidget* view, BaseNode* node, Stroke* str
     worker_ = std::make_unique<InputWorker>(*view, stroke->tool);
     connect(this, &ThreadManager::RunInputWorker, worker_.get(), &InputWorker::Run);
     connect(this, &ThreadManager::ShutdownInputWorker, worker_.get(), &InputWorker::Shutdown);
-    connect(worker_.get(), &InputWorker::MousePositionChanged, this, &ThreadManager::OnMousePositionChanged);
+    ConnectGuarded(worker_.get(), &InputWorker::MousePositionChanged, this,
+                   &ThreadManager::OnMousePositionChanged);
     worker_->moveToThread(thread_.get());
     thread_->start(QThread::InheritPriority);
     active_ = true;

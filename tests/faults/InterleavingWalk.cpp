@@ -458,7 +458,7 @@ QString InterleavingWalk::CameraAt(unsigned number) {
 }
 
 QString InterleavingWalk::CameraOfView() {
-    return QString::fromStdString(Run("modelPanel -q -camera modelPanel4").AsString());
+    return QString::fromStdString(Run("modelPanel -q -camera modelPanel4").AsString()).section('|', -1);
 }
 
 QPoint InterleavingWalk::InView(unsigned x, unsigned y) {

@@ -137,6 +137,7 @@ private:
     std::string Export(const Numbers& n);
     std::string LineStyleLine(const Numbers& n);
     std::string CameraLine(const Numbers& n);
+    std::string SceneLine(const Numbers& n);
     std::string Undo(const Numbers& n);
     std::string Redo(const Numbers& n);
     std::string SaveAndReopen(const Numbers& n);

@@ -59,6 +59,7 @@ const std::vector<InterleavingWalk::Action>& InterleavingWalk::Actions() {
         {"export", 5, &W::Export},
         {"line style", 40, &W::LineStyleLine},
         {"camera", 40, &W::CameraLine},
+        {"scene", 25, &W::SceneLine},
         {"undo", 140, &W::Undo},
         {"redo", 100, &W::Redo},
         {"save", 8, &W::SaveAndReopen},
@@ -586,12 +587,53 @@ std::string InterleavingWalk::CameraLine(const Numbers& n) {
     } else {
         line = "rename " + camera + " " + names[n[2] % 4];
         try {
-            permission_.renamedTo = QString::fromStdString(Run(line.toStdString()).AsString());
-            permission_.renamedFrom = camera;
+            const QString name = QString::fromStdString(Run(line.toStdString()).AsString());
+            // Of cameras that share a name, one keeps the layers.
+            if (!name.contains('|') && !camera.contains('|')) {
+                permission_.renamedTo = name;
+                permission_.renamedFrom = camera;
+            }
         } catch (const std::exception&) {
             permission_.isRefused = true;
         }
     }
+    FindCameras();
+    return line.toStdString();
+}
+
+/// What else happens to the scene around the drawing.
+std::string InterleavingWalk::SceneLine(const Numbers& n) {
+    const QString camera = CameraAt(n[1]);
+    const bool hasNode = NodeIfAny() != nullptr;
+    const QString master = hasNode ? Node().GetPath() : QString();
+    QString line;
+    switch (n[0] % 8) {
+    case 0:
+    case 1:
+        line = QString("currentUnit -time %1").arg(n[2] % 3 == 0 ? "ntsc" : n[2] % 3 == 1 ? "film" : "pal");
+        break;
+    case 2:
+        line = QString("group -n walkGroup %1").arg(camera);
+        break;
+    case 3:
+        line = QString("parent -w %1").arg(camera);
+        break;
+    case 4:
+        line = QString("duplicate %1").arg(camera);
+        break;
+    case 5:
+        line = hasNode ? QString("rename `listRelatives -parent -fullPath \"%1\"` walkDrawing").arg(master)
+                       : QString("select -all");
+        break;
+    case 6:
+        line = hasNode ? QString("group -n walkGroup `listRelatives -parent -fullPath \"%1\"`").arg(master)
+                       : QString("select -clear");
+        break;
+    default:
+        line = QString("select %1; lockNode -lock %2 %1; lockNode -lock off %1").arg(camera).arg(n[2] % 2);
+    }
+    Line(line.toStdString());
+    permission_.isRefused = false; // of several, the first ones may be done
     FindCameras();
     return line.toStdString();
 }
@@ -634,6 +676,8 @@ std::string InterleavingWalk::SaveAndReopen(const Numbers& n) {
     Rest();
     const DrawingSnapshot saved = ledger_.Take(NodeIfAny());
     const bool isInTheMiddle = HasStroke();
+    // Drawings that a time unit put on one frame are read as on frames of their own, with a warning.
+    const bool movesFrames = NodeIfAny() && Node().GetLayerManager()->CountCoveredFrames() > 0;
     std::set<FrameId> mayGo;
     if (pending_) {
         mayGo.insert(pending_->frame);
@@ -652,7 +696,7 @@ std::string InterleavingWalk::SaveAndReopen(const Numbers& n) {
     Rest();
     const DrawingSnapshot opened = ledger_.Take(NodeIfAny());
     const std::string other =
-        isInTheMiddle ? LostPicture(saved, opened, {}) : opened.Difference(saved, false);
+        isInTheMiddle || movesFrames ? LostPicture(saved, opened, {}) : opened.Difference(saved, false);
     if (!other.empty() && fault_.empty()) {
         fault_ = "Opened it differs from what was saved: " + other;
     }

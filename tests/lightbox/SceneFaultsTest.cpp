@@ -111,7 +111,12 @@ TEST_F(SceneFaultsTest, AnImportOrAReferenceWithFaultsLeavesTheSceneItselfWhole)
     EXPECT_THAT(ErrorOf("file -import " + Quoted("part.ma")), HasSubstr("Errors while reading"));
     EXPECT_EQ(ErrorOf("file -save"), "none");
     ExpectRefused("file -rename " + Quoted("part.ma") + "; file -save", "the imported file");
+    // Read again, now whole: nothing is wrong with that, but the scene still has the part from before.
+    Write("part.ma", std::string(HEAD) + "createNode transform -n \"whole\";\n" + END);
+    EXPECT_EQ(ErrorOf("file -import " + Quoted("part.ma")), "none");
+    ExpectRefused("file -rename " + Quoted("part.ma") + "; file -save", "what was imported first");
 
+    WriteFaulty("part.ma");
     Run("file -force -new");
     Output();
     EXPECT_EQ(ErrorOf("file -reference -namespace p " + Quoted("part.ma")), "none");

@@ -45,6 +45,8 @@ TEST_F(CameraChangesTest, LayersFollowTheNameBothWays) {
         {"qmVellixLayer -add -n O -ls 0 other", "group -n g other", "rename \"g|other\" shot",
          "qmVellixLayer -add -n T -ls 0 shot", "rename \"g|shot\" alone", "rename shot \"last\""},
         {"group -n g other", "rename \"g|other\" shot", "rename \"|shot\" first", "rename \"g|shot\" second"},
+        {"group -n g other", "rename shot other", "rename \"|other\" first", "rename \"g|other\" second"},
+        {"group -n g other", "rename shot other", "qmVellixFrame -insert other", "rename \"g|other\" second"},
     };
     for (const QStringList& chain : chains) {
         SCOPED_TRACE(chain.join("; ").toStdString());

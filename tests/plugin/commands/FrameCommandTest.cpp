@@ -227,22 +227,6 @@ TEST_F(FrameCommandTest, ThePasteKeepsTheDistances) {
     EXPECT_EQ(Keys(), "1 8=2");
 }
 
-TEST_F(FrameCommandTest, FramesThatWereCopiedOutliveTheirScene) {
-    const QString path = folder_.filePath("empty.ma");
-    Mel(QString("file -rename \"%1\"; file -f -save").arg(path));
-    Key("1 3");
-    Highlight("1 4");
-    Mel("qmVellixFrame -copy");
-    for (const QString& scene : {QString("file -f -new; qmVellixNode -layer -camera persp"),
-                                 QString("file -f -open \"%1\"").arg(path)}) {
-        SCOPED_TRACE(scene.toStdString());
-        Mel(scene);
-        Highlight("");
-        Mel("currentTime 5; qmVellixFrame -paste persp");
-        EXPECT_EQ(Keys(), "5=1 7=3");
-    }
-}
-
 TEST_F(FrameCommandTest, APictureThatDoesNotDecodeKeepsItsBytesThroughEdits) {
     Key("1");
     const QByteArray png = png_bytes::NotInflating();

@@ -168,6 +168,8 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
                 .arg(other, suffix));
     }
     const QString layers = "qmVellixImport -camera persp -startTime 1 -file \"" + other;
+    Mel(QString("file -force -type mayaAscii -exportAll \"%1ma\"").arg(other));
+    const QString scene = QString("qmVellixImport -scene \"%1ma\"").arg(other);
     const Row rows[] = {
         // More frames than the layer has room for, in the place of one.
         {"timeControl -e -rangeArray 3 23 $gPlayBackSlider; qmVellixFrame -insert top;"
@@ -215,6 +217,8 @@ TEST_F(ShortOfMemoryTest, ACommandItsUndoAndItsRedoAreDoneWholeOrNotAtAll) {
         {"", import + "persp"},
         {"file -f -new; camera; rename camera1 other; qmVellixNode -layer -camera persp", layers + "ora\""},
         {"", layers + "pclx\""},
+        {"", scene + " -camera persp"},
+        {"delete vellix", scene},
     };
     // Qt's reader of JSON ends the program when an allocation of it fails. It is done when the camera is
     // found to be missing.
@@ -319,6 +323,20 @@ TEST_F(ShortOfMemoryTest, FramesThatFindNoRoomLeaveTheDrawingThatTheyWouldReplac
         ASSERT_EQ(isDone_, Drawing() != before) << Drawing().toStdString() << "at allocation " << number;
     }
     EXPECT_EQ(Node().GetActiveLayer("persp")->FrameCount(), 21);
+}
+
+TEST_F(ShortOfMemoryTest, FramesAreCopiedAllTogetherOrThoseCopiedBeforeStay) {
+    Mel("timeControl -e -rangeArray 1 4 $gPlayBackSlider");
+    const auto copied = [] { return Node().GetClipboardFrames().size(); };
+    ASSERT_EQ(copied(), 1);
+    for (int number = 1; RunShort("qmVellixFrame -copy persp", number); ++number, ++failures_) {
+        ASSERT_TRUE(isDone_ || said_);
+        ASSERT_EQ(copied(), isDone_ ? 2 : 1) << "at allocation " << number;
+        Mel("timeControl -e -rangeArray 3 4 $gPlayBackSlider; qmVellixFrame -copy persp;"
+            "timeControl -e -rangeArray 1 4 $gPlayBackSlider");
+    }
+    EXPECT_EQ(copied(), 2);
+    EXPECT_GT(failures_, 3);
 }
 
 // What the draw tool does at a press, while it is drawn, and at the release.
