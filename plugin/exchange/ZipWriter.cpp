@@ -54,7 +54,7 @@ public:
     QString Fault() const { return isStopped_ ? QStringLiteral("It was stopped") : file_.Fault(); }
 
 private:
-    static constexpr int LARGEST_PENDING = 1 << 20;
+    static constexpr int LARGEST_PENDING = 1 << 20; // a disk takes large pieces best
 
     bool Flush() {
         const bool isWritten = WriteNow(pending_);
@@ -66,7 +66,11 @@ private:
             return false;
         }
         written_ += bytes.size();
-        isStopped_ = progress_ && !progress_(static_cast<double>(written_) / static_cast<double>(bytes_));
+        const double share = static_cast<double>(written_) / static_cast<double>(bytes_);
+        if (progress_ && (share >= told_ + 0.01 || written_ == bytes_)) {
+            told_ = share;
+            isStopped_ = !progress_(share);
+        }
         return !isStopped_;
     }
 
@@ -74,6 +78,7 @@ private:
     const ZipWriter::Progress& progress_;
     const qint64 bytes_;
     qint64 written_ = 0;
+    double told_ = 0.0;
     QByteArray pending_; // follows them
     bool isStopped_ = false;
 };

@@ -28,8 +28,8 @@ public:
     /// Why there can be no such archive, as a sentence without its full stop; empty if there can. With other
     /// members to come, their bytes and their count.
     QString Refusal(qint64 bytesToCome = 0, int membersToCome = 0) const;
-    /// Writes the archive. Returns why that failed, in the words of the system, or an empty string. Holds at
-    /// most 1 MB besides the members, and its directory. Throws std::bad_alloc when memory is short.
+    /// Writes the archive. Returns why that failed, in the words of the system, or an empty string. Holds its
+    /// directory besides the members, and 1 MB. Throws std::bad_alloc when memory is short.
     QString Write(const QString& path, const Progress& progress = nullptr) const;
 
 private:
