@@ -7,11 +7,12 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QImage>
 #include <QLineEdit>
-#include <QSpinBox>
 #include <QTimer>
 
 #include <functional>
+#include <stdexcept>
 
 /// The dialogs that export and import, with their options.
 class FileDialogOptionsTest : public WindowFixture {
