@@ -146,7 +146,7 @@ void Photographer::TakeMenus() {
 
 /// The file dialogs, which open in the middle of the window, from the file's name down to the options.
 void Photographer::TakeDialogs() {
-    const QRect part(-325, -16, 630, 290); // from the middle
+    const QRect part(-342, -16, 664, 345); // from the middle
     for (const auto& dialog : {std::make_pair("import_pictures", "qmVxImportPictures"),
                                std::make_pair("export_layers", "qmVxExportLayers")}) {
         program_.Mel(QString("evalDeferred \"%1\"").arg(dialog.second));

@@ -8,7 +8,7 @@ usage: export_scenes.py list [--frames N] [--camera NAME] [--lightbox PROGRAM] J
 list   writes the file JOBS with one job a line: a scene and a range of at most N frames (default: 50). Opens each scene to
        ask for its playback range. A scene's pictures go to OUT/SCENE/SCENE.####.png.
 run    runs the job of this line (1 is the first). Its exit status is that of lightbox; its messages are kept in JOBS.d.
-check  names the jobs that failed or did not run, with their first error. The exit status is 1 if there are any.
+check  names the jobs that failed, did not end or did not run, with their first error. The exit status is 1 if there are any.
 
 A job that is started again writes the same pictures again, each whole or not at all. It has preferences of its own, so jobs do
 not disturb each other.
@@ -19,6 +19,7 @@ import json
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -94,10 +95,12 @@ def run_job(arguments):
     command = f'qmVellixExport -file {mel(job["pictures"])} -startTime {job["start"]} -endTime {job["end"]}'
     if job["camera"]:
         command += f' -camera {mel(job["camera"])}'
-    done = batch(job["lightbox"], job["scene"], command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
     results = results_of(arguments.jobs)
     results.mkdir(exist_ok=True)
-    write_whole(results / str(arguments.number), f"{done.returncode}\n{done.stderr}")
+    result = results / str(arguments.number)
+    write_whole(result, "\nIt was started and did not end.\n")  # not what an earlier run has left
+    done = batch(job["lightbox"], job["scene"], command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    write_whole(result, f"{done.returncode}\n{done.stderr}")
     sys.stderr.write(done.stderr)
     sys.exit(done.returncode if done.returncode >= 0 else 128 - done.returncode)
 
@@ -116,6 +119,8 @@ def check_jobs(arguments):
 
 
 def main():
+    # What a scheduler ends takes its program and its preferences along.
+    signal.signal(signal.SIGTERM, lambda number, _: sys.exit(128 + number))
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     actions = parser.add_subparsers(required=True, metavar="list|run|check")
     action = actions.add_parser("list", help="write the jobs")

@@ -40,6 +40,14 @@ void LeaveOutShown(const Layer* layer, std::map<int, QByteArray>& pictures) {
     }
 }
 
+/// Whether the stroke in progress belongs to the drawing that is keyed at this time.
+bool IsUnderStroke(const LayerManager& layers, const Layer& layer, int time) {
+    const Frame* const frame = layer.GetFrame(layer.FindFrameIndex(time));
+    const DrawingId drawing = layers.GetStrokeDrawing();
+    return layers.HasActiveStroke() && frame && frame->GetTimeValue() == time &&
+           drawing.layer == layer.GetId() && drawing.frame == frame->GetId();
+}
+
 /// The topmost layers come last, so that several of one name are taken in their order.
 Layer* FindTaker(const LayerManager& layers, const IncomingLayer& incoming, const std::set<LayerId>& taken) {
     for (Layer* layer : layers.GetLayers(incoming.camera)) {
@@ -112,7 +120,8 @@ bool LayerIntake::PlanJoined(const LayerManager& layers, Layer& layer, IncomingL
     }
     Joined joined{layer.GetId(), std::make_unique<FrameExchange>()};
     for (const auto& picture : incoming.pictures) {
-        if (layer.IsBeingDrawn(picture.first)) {
+        // The frame that the press has keyed, or the one that it found, which would take the stroke along.
+        if (layer.IsBeingDrawn(picture.first) || IsUnderStroke(layers, layer, picture.first)) {
             refusal = QString("a stroke is being drawn on the layer \"%1\" at time %2; finish it first")
                           .arg(layer.GetName())
                           .arg(picture.first);

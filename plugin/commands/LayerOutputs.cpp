@@ -87,13 +87,15 @@ QString LayerOutputs::WriteLayers(int frame, bool isHeld) {
     for (std::size_t i = 0; i < pictures_.size(); ++i) {
         QString path = numbered;
         path.replace(LAYER, names_.at(int(i)));
-        QDir().mkpath(
-            QFileInfo(path).absolutePath()); // a layer may have a folder; if this fails, so does the file
+        if (!hasFolders_) { // a layer may have one; if it cannot be made, neither can the file
+            QDir().mkpath(QFileInfo(path).absolutePath());
+        }
         QString fault = Keep(path, WholeFile::Write(path, pictures_[i]));
         if (!fault.isEmpty()) {
             return fault;
         }
     }
+    hasFolders_ = true; // one that vanishes takes files along, and is no success
     return QString();
 }
 

@@ -53,7 +53,8 @@ private:
     std::unique_ptr<ImageSequence> layered_;
     bool isPsd_ = false;
     std::unique_ptr<ImageSequence> single_;
-    QStringList names_; // of the layers' files
+    QStringList names_;       // of the layers' files
+    bool hasFolders_ = false; ///< those of the layers are made
     // What the last frame was, since drawings are often held.
     std::vector<FrameId> shown_;
     ZipWriter archive_;

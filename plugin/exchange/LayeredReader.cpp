@@ -113,10 +113,12 @@ bool LayeredReader::ToOpacity(const QString& text, double& opacity) {
 }
 
 bool LayeredReader::CheckXml(const QXmlStreamReader& xml, const QString& member) {
+    QString reason = xml.errorString();
+    reason.chop(reason.endsWith(QLatin1Char('.')) ? 1 : 0); // a sentence goes on behind it
     return !xml.hasError() || Fail(QStringLiteral("its member \"%1\" is damaged in line %2: %3")
                                        .arg(member)
                                        .arg(xml.lineNumber())
-                                       .arg(xml.errorString()));
+                                       .arg(reason));
 }
 
 bool LayeredReader::NextTag(QXmlStreamReader& xml, const QString& member) {

@@ -68,7 +68,7 @@ QByteArray OraStack(const LayeredDrawing& drawing) {
 ZipWriter OraLayers(const LayeredDrawing& drawing) {
     ZipWriter archive;
     archive.Add("mimetype", "image/openraster"); // first and stored, so that it stands at a known place
-    archive.Add("stack.xml", OraStack(drawing), ZipWriter::Packing::Deflated);
+    archive.Add("stack.xml", OraStack(drawing));
     int index = 0;
     for (const PictureLayer& layer : drawing.layers) {
         archive.Add(OraMember(index++),

@@ -111,7 +111,7 @@ int PclxWriter::RateOf(const LayeredDrawing& drawing) {
 
 ZipWriter PclxWriter::Archive(const LayeredDrawing& drawing, int lastFrame) {
     ZipWriter archive;
-    archive.Add("main.xml", PclxMain(drawing, lastFrame), ZipWriter::Packing::Deflated);
+    archive.Add("main.xml", PclxMain(drawing, lastFrame));
     int id = PCLX_FIRST_LAYER;
     for (const PictureLayer& layer : drawing.layers) {
         for (const LayeredPicture& picture : layer.pictures) {

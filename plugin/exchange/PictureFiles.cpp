@@ -86,7 +86,9 @@ bool PictureFiles::Add(const QString& pattern, const std::function<std::vector<Q
             files_.push_back({path, parts.hasNumber, parts.number});
         }
     }
-    return !names.isEmpty() || Refuse(fault, QStringLiteral("there are no such files"));
+    return !names.isEmpty() ||
+           Refuse(fault, given.isDir() ? QStringLiteral("there are no pictures in this folder")
+                                       : QStringLiteral("there are no such files"));
 }
 
 void PictureFiles::Sort() {

@@ -104,7 +104,7 @@ void ZipReader::ListMembers() {
             return;
         }
         if ((stat.valid & ZIP_STAT_ENCRYPTION_METHOD) && stat.encryption_method != ZIP_EM_NONE) {
-            Fail(QStringLiteral("its member \"%1\" is encrypted").arg(name));
+            Fail(QStringLiteral("its member \"%1\" is encrypted; save it without a password").arg(name));
             return;
         }
         constexpr zip_uint64_t largest = zip_uint64_t(1) << 62;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
 
@@ -73,4 +74,34 @@ TEST(ExportScenesJourney, JobsInAnyOrderWriteWhatOneExportWrites) {
                   lightbox, {"list", "--lightbox", program, "jobs", "out", "one.ma", "other/one.ma"}, output),
               0);
     EXPECT_TRUE(output.contains("the same pictures")) << output.constData();
+}
+
+TEST(ExportScenesJourney, AJobThatIsEndedInItsMiddleIsNamed) {
+    const Lightbox lightbox;
+    lightbox.Write("slow", "#!/bin/sh\nexec sleep 100\n");
+    QFile::setPermissions(lightbox.Path("slow"), QFile::ReadOwner | QFile::ExeOwner);
+    lightbox.Write("jobs", "{\"lightbox\": \"" + lightbox.Path("slow").toUtf8() +
+                               "\", \"scene\": \"a.ma\", \"camera\": \"\", \"start\": 1, \"end\": 2, "
+                               "\"pictures\": \"" +
+                               lightbox.Path("out/a.#.png").toUtf8() + "\"}\n");
+    QDir(lightbox.Path("")).mkdir("jobs.d");
+    QDir(lightbox.Path("")).mkdir("tmp");
+    lightbox.Write("jobs.d/1", "0\n"); // of an earlier run
+    QProcess python;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", lightbox.Path("tmp"));
+    python.setProcessEnvironment(environment);
+    python.start("python3",
+                 {VELLIX_SOURCE_FOLDER "/docs/export_scenes.py", "run", lightbox.Path("jobs"), "1"});
+    const QDir preferences(lightbox.Path("tmp"));
+    for (int i = 0; i < 1000 && preferences.entryList(QDir::Dirs | QDir::NoDotAndDotDot).isEmpty(); ++i) {
+        python.waitForFinished(10);
+    }
+    python.terminate();
+    ASSERT_TRUE(python.waitForFinished(10000));
+    EXPECT_EQ(python.exitCode(), 128 + 15);
+    EXPECT_EQ(preferences.entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+    QByteArray output;
+    EXPECT_EQ(RunExportScenes(lightbox, {"check", "jobs"}, output), 1);
+    EXPECT_EQ(output, QByteArray("1: a.ma, frames 1 to 2: It was started and did not end.\n"));
 }

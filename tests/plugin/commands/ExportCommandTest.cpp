@@ -1,3 +1,6 @@
+#include "commands/ExportCanvas.h"
+#include "commands/ExportedLayers.h"
+#include "commands/LayerOutputs.h"
 #include "core/Frame.h"
 #include "core/Layer.h"
 #include "core/LayerManager.h"
@@ -237,6 +240,16 @@ TEST_F(LayeredExportTest, EveryVisibleLayerHasFilesOfItsOwn) {
     EXPECT_EQ(QImage(Path("Rough/0.png")), QImage(Path("rough_2/1.png"))) << "nothing is keyed there";
     EXPECT_EQ(QImage(Path("Rough/1.png")).pixelColor(125, 125), QColor(0, 0, 50));
     EXPECT_EQ(QImage(Path(QString::fromUtf8("背_景 #1/0.png"))).pixelColor(5, 5), QColor(0, 90, 0));
+}
+
+TEST_F(LayeredExportTest, AFolderThatVanishesIsAFault) {
+    ExportedLayers exported(*Node().GetLayerManager(), "persp", ExportCanvas());
+    LayerOutputs outputs(exported);
+    outputs.AddLayerFiles(Path("{layer}/#.png"));
+    EXPECT_EQ(outputs.Write(QImage(), 1), QString());
+    ASSERT_TRUE(QDir(folder_.path()).rename("Rough", "elsewhere"));
+    EXPECT_TRUE(outputs.Write(QImage(), 2).contains("Rough/2.png\" cannot be written: "));
+    EXPECT_FALSE(QFileInfo::exists(Path("Rough")));
 }
 
 TEST_F(LayeredExportTest, TheRenderSizeIsWhatTheGateShows) {

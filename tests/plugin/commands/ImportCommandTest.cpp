@@ -157,6 +157,15 @@ TEST_F(ImportCommandTest, TreatsLayersAndStrokesAsTheFrameCommandsDo) {
     EXPECT_EQ(Mel(Line("walk.5.png")).AsInt(), 1);
     EXPECT_TRUE(Node().HasActiveStroke());
     Node().CancelActiveStroke();
+    // One on a frame that was there: the frame would take it along.
+    Mel("currentTime 5");
+    ASSERT_TRUE(Node().GetActiveStroke("persp", false));
+    ExpectRefusal(
+        Line("walk.5.png"),
+        Refusal("walk.5.png", "a stroke is being drawn on the layer \"walk\" at time 5; finish it first"));
+    EXPECT_EQ(Mel(Line("walk.6.png")).AsInt(), 1);
+    EXPECT_TRUE(Node().HasActiveStroke());
+    Node().CancelActiveStroke();
     // An open text is committed first, as a step of its own.
     bool isCommitted = false;
     OpenText::SetCommit([&] { isCommitted = true; });

@@ -110,6 +110,8 @@ TEST(PictureFilesTest, FindsNumbersInNames) {
     EXPECT_EQ(stem, QDir(folder.path()).dirName());
     EXPECT_EQ(found("none.png"), "the file does not exist");
     EXPECT_EQ(found("none.*.png"), "there are no such files");
+    ASSERT_TRUE(QDir(folder.path()).mkdir("empty"));
+    EXPECT_EQ(found("empty"), "there are no pictures in this folder");
     EXPECT_TRUE(found("none/a.*.png").contains("does not exist"));
 }
 

@@ -256,15 +256,20 @@ TEST_F(LayerWritersTest, PsdHasNamesAndTheAreaOfEachLayer) {
 TEST_F(LayerWritersTest, AnArchiveIsWrittenWholeOrNotAtAll) {
     ZipWriter archive;
     archive.Add("a", QByteArray(300000, 'a'));
-    archive.Add(QString::fromUtf8("b/ü"), QByteArray(300000, 'b'), ZipWriter::Packing::Deflated);
+    archive.Add(QString::fromUtf8("b/ü"), QByteArray(300000, 'b'));
     archive.Add("empty", QByteArray());
+    archive.Add("large", QByteArray(3 << 20, 'l')); // more than is gathered
+    archive.Add("last", QByteArray(1 << 20, 'z'));
     const QString path = Path("a.zip");
     ASSERT_EQ(archive.Write(path), QString());
     const QByteArray before = BytesOf(path);
-    EXPECT_EQ(ReadArchive(path).Names(), QStringList({"a", QString::fromUtf8("b/ü"), "empty"}));
+    EXPECT_EQ(ReadArchive(path).Names(),
+              QStringList({"a", QString::fromUtf8("b/ü"), "empty", "large", "last"}));
+    EXPECT_EQ(ReadArchive(path).Read("large"), QByteArray(3 << 20, 'l'));
+    EXPECT_EQ(ReadArchive(path).Read("last"), QByteArray(1 << 20, 'z'));
     EXPECT_EQ(ReadArchive(path).Read(QString::fromUtf8("b/ü")), QByteArray(300000, 'b'));
     archive.Add("c", QByteArray(300000, 'c'));
-    for (const int bytes : {0, 100, 300030, 300200, 600000}) {
+    for (const int bytes : {0, 100, 300030, 300200, 600000, 2000000, 5000000}) {
         const DiskFault fault = DiskFault::Full(folder_.path(), bytes);
         EXPECT_EQ(archive.Write(path), "No space left on device") << bytes;
     }

@@ -93,6 +93,7 @@ TEST(OpenRasterReaderTest, SaysWhatIsWrong) {
         EXPECT_EQ(OpenRasterFault(c.rows, c.members, c.width).toStdString(), c.fault.toStdString());
     }
     EXPECT_TRUE(OpenRasterFault("<layer", {}).startsWith("its member \"stack.xml\" is damaged in line 1"));
+    EXPECT_FALSE(OpenRasterFault("<layer", {}).endsWith('.')) << "a sentence goes on behind it";
     EXPECT_EQ(OpenRasterReader(MadeArchive({{"mimetype", "image/openraster"}}).Bytes()).Fault(),
               "its member \"stack.xml\" is missing");
     const QByteArray laughs =
