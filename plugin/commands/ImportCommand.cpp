@@ -57,7 +57,6 @@ bool ToFitMode(const QString& name, CanvasFit::Mode& mode) {
 class SceneWatch : private NonCopyable {
 public:
     SceneWatch() {
-        callbacks_.reserve(2); // nothing may fail once there is one: the destructor would not remove it
         for (const char* event : {"NewSceneOpened", "SceneOpened"}) {
             callbacks_.Add([this, event](MStatus* status) {
                 return MEventMessage::addEventCallback(event, &SceneWatch::OnReplaced, this, status);
