@@ -5,11 +5,12 @@
 namespace vellix {
 
 void MergedPictures::Update(const PictureStack& stack) {
-    const TileMask changed = memory_.FindChanges(stack);
-    if (key_ == 0 || !changed.IsEmpty()) {
+    const TileMask changed = key_ != 0 ? memory_.FindChanges(stack) : TileMask::All();
+    if (!changed.IsEmpty()) {
+        key_ = 0; // until the sums and the memory agree again
         composite::Compose(sums_, changed, stack);
-        key_ = Picture::NewKey();
         memory_.Remember(stack);
+        key_ = Picture::NewKey();
     }
 }
 
