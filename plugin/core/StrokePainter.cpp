@@ -192,7 +192,8 @@ TilePatch StrokePainter::PatchOf(const TileSource& picture) const {
     if (erases || stroke_->tool == ToolType::Transform) {
         return TilePatch(picture, tiles, work_.image, erases ? nullptr : &moved_.image);
     }
-    return TilePatch(picture, tiles, picture, &work_.image);
+    return TilePatch(picture, tiles, picture, &work_.image,
+                     IsFreehand(stroke_->tool) ? &stroke_->color : nullptr);
 }
 
 void StrokePainter::Paint(Frame& frame) {
@@ -225,7 +226,7 @@ bool StrokePainter::HasPasteImage() const {
 
 void StrokePainter::Paint(Frame* frame, bool editing) {
     if (IsFreehand(stroke_->tool)) {
-        PaintFreehand(frame);
+        PaintFreehand(frame, editing);
     } else if (IsDrawnWhole(stroke_->tool)) {
         PaintShape(editing);
     } else if (stroke_->tool == ToolType::Transform && SelectionIsUsable() && frame) {
@@ -233,8 +234,9 @@ void StrokePainter::Paint(Frame* frame, bool editing) {
     }
 }
 
-/// The eraser lowers the alpha of the drawing; the other tools raise the alpha of their colour from 0.
-void StrokePainter::PaintFreehand(Frame* frame) {
+/// The eraser lowers the alpha of the drawing; the other tools raise the alpha of their colour from 0. Tiles
+/// take the colour when they are shown; a patch takes it from the stroke.
+void StrokePainter::PaintFreehand(Frame* frame, bool editing) {
     const bool erases = stroke_->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, stroke_->points.size() - 1);
     const qint64 baseKey = !erases ? static_cast<qint64>(stroke_->color.rgba())
@@ -250,6 +252,7 @@ void StrokePainter::PaintFreehand(Frame* frame) {
         }
         begun_ = true;
         edited_ = TileMask();
+        uncolored_ = TileMask();
         baseKey_ = baseKey;
         lastRasterised_ = 0;
     }
@@ -261,8 +264,12 @@ void StrokePainter::PaintFreehand(Frame* frame) {
         work_.coverage.opaque.Remove(tiles);
         edited_ |= tiles;
     } else {
-        composite::OverrideColor(work_.image, tiles, stroke_->color);
+        uncolored_ |= tiles;
         work_.coverage.occupied |= tiles;
+    }
+    if (editing) {
+        composite::OverrideColor(work_.image, uncolored_, stroke_->color);
+        uncolored_ = TileMask();
     }
 }
 
@@ -333,6 +340,7 @@ void StrokePainter::Forget() {
     drawing_ = DrawingId();
     changed_ = TileMask();
     edited_ = TileMask();
+    uncolored_ = TileMask();
     work_.Forget();
     moved_ = Canvas();
     lifted_ = QImage();

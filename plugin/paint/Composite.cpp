@@ -154,10 +154,6 @@ void ComposeRows(const TileMask& tiles, const PictureStack& stack, Function comp
     }
 }
 
-quint32 ColorBits(const QColor& color) {
-    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
-}
-
 void ClearTiles(const Pixels<quint32>& target, int row, quint64 tiles) {
     TileMask::ForEachRun(tiles, [&](int begin, int end) {
         for (int y = 0; y < TILE_WIDTH; ++y) {
@@ -284,6 +280,10 @@ void Clear(QImage& target, const TileMask& tiles) {
     for (int row = 0; row < TileMask::COUNT; ++row) {
         ClearTiles(pixels, row, tiles.Row(row));
     }
+}
+
+quint32 ColorBits(const QColor& color) {
+    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
 }
 
 void OverrideColor(QImage& image, const QColor& color) {
