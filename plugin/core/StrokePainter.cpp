@@ -233,7 +233,8 @@ TilePatch StrokePainter::PatchOf(const TileSource& picture) const {
     if (erases || stroke_->tool == ToolType::Transform) {
         return TilePatch(picture, tiles, work_.image, erases ? nullptr : &moved_.image);
     }
-    return TilePatch(picture, tiles, picture, &work_.image);
+    return TilePatch(picture, tiles, picture, &work_.image,
+                     IsFreehand(stroke_->tool) ? &stroke_->color : nullptr);
 }
 
 void StrokePainter::Paint(Frame& frame) {
@@ -267,7 +268,7 @@ bool StrokePainter::HasPasteImage() const {
 void StrokePainter::Paint(Frame* frame, bool editing) {
     if (IsFreehand(stroke_->tool)) {
         tail_.TakeOff(work_, edited_, changed_);
-        PaintFreehand(frame);
+        PaintFreehand(frame, editing);
         if (editing && !stroke_->tail.isEmpty()) {
             PaintTail();
         }
@@ -278,8 +279,9 @@ void StrokePainter::Paint(Frame* frame, bool editing) {
     }
 }
 
-/// The eraser lowers the alpha of the drawing; the other tools raise the alpha of their colour from 0.
-void StrokePainter::PaintFreehand(Frame* frame) {
+/// The eraser lowers the alpha of the drawing; the other tools raise the alpha of their colour from 0. Tiles
+/// take the colour when they are shown; a patch takes it from the stroke.
+void StrokePainter::PaintFreehand(Frame* frame, bool editing) {
     const bool erases = stroke_->tool == ToolType::Eraser;
     const int lastPoint = std::max(0, stroke_->points.size() - 1);
     const qint64 baseKey = !erases ? static_cast<qint64>(stroke_->color.rgba())
@@ -295,24 +297,29 @@ void StrokePainter::PaintFreehand(Frame* frame) {
         }
         begun_ = true;
         edited_ = TileMask();
+        uncolored_ = TileMask();
         baseKey_ = baseKey;
         lastRasterised_ = 0;
     }
     const TileMask tiles =
         DrawUtil::DrawFreehand(work_.image, stroke_->points, lastRasterised_, stroke_->tool);
     lastRasterised_ = lastPoint;
-    TakeUpFreehand(tiles);
+    TakeUpFreehand(tiles, editing);
 }
 
 /// After freehand painting in these tiles.
-void StrokePainter::TakeUpFreehand(const TileMask& tiles) {
+void StrokePainter::TakeUpFreehand(const TileMask& tiles, bool editing) {
     changed_ |= tiles;
     if (stroke_->tool == ToolType::Eraser) {
         work_.coverage.opaque.Remove(tiles);
         edited_ |= tiles;
     } else {
-        composite::OverrideColor(work_.image, tiles, stroke_->color);
+        uncolored_ |= tiles;
         work_.coverage.occupied |= tiles;
+    }
+    if (editing) {
+        composite::OverrideColor(work_.image, uncolored_, stroke_->color);
+        uncolored_ = TileMask();
     }
 }
 
@@ -323,7 +330,7 @@ void StrokePainter::PaintTail() {
     const int start = std::max(0, line.size() - 1);
     line += stroke_->tail;
     tail_.Keep(work_, edited_, DrawUtil::ReachOfFreehand(line, start));
-    TakeUpFreehand(DrawUtil::DrawFreehand(work_.image, line, start, stroke_->tool));
+    TakeUpFreehand(DrawUtil::DrawFreehand(work_.image, line, start, stroke_->tool), true);
 }
 
 void StrokePainter::PaintShape(bool editing) {
@@ -393,6 +400,7 @@ void StrokePainter::Forget() {
     drawing_ = DrawingId();
     changed_ = TileMask();
     edited_ = TileMask();
+    uncolored_ = TileMask();
     work_.Forget();
     tail_.covered = TileMask();
     moved_ = Canvas();

@@ -84,9 +84,9 @@ private:
     };
 
     void Paint(Frame* frame, bool editing);
-    void PaintFreehand(Frame* frame);
+    void PaintFreehand(Frame* frame, bool editing);
     void PaintTail();
-    void TakeUpFreehand(const TileMask& tiles);
+    void TakeUpFreehand(const TileMask& tiles, bool editing);
     void PaintShape(bool editing);
     void PaintTransform(Frame& frame);
     /// The tiles in which the stroke may change its picture.
@@ -98,11 +98,12 @@ private:
 
     std::unique_ptr<Stroke> stroke_;
     DrawingId drawing_;
-    TileMask changed_; ///< tiles painted since the last AppendTo
-    TileMask edited_;  ///< tiles in which work_ differs from the picture that the stroke began on
-    Tail tail_;        ///< on work_
-    Canvas work_;      ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
-    Canvas moved_;     ///< the lifted region where the transform puts it
+    TileMask changed_;   ///< tiles painted since the last AppendTo
+    TileMask edited_;    ///< tiles in which work_ differs from the picture that the stroke began on
+    TileMask uncolored_; ///< tiles in which a freehand stroke has not its colour yet, only its alpha
+    Tail tail_;          ///< on work_
+    Canvas work_;  ///< the stroke so far; for the eraser and the transform tool, the layer's new picture
+    Canvas moved_; ///< the lifted region where the transform puts it
     bool begun_ = false;
     bool pastes_ = false;    ///< the transform pastes the copied region and lifts nothing
     qint64 baseKey_ = 0;     ///< identifies what the stroke began on: a colour, or a picture key of the frame

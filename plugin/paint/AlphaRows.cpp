@@ -87,6 +87,21 @@ void ScaleCloned(const float* weights, float opacity, float* coverage, std::ptrd
     }
 }
 
+VELLIX_VECTOR_CLONES
+void ScaleMirroredCloned(const float* weights, float opacity, float* coverage, float* mirrored,
+                         std::ptrdiff_t stride, int columns, int rowCount) {
+    for (int y = 0; y < rowCount; ++y) {
+        const float* __restrict from = weights + y * stride;
+        float* __restrict to = coverage + y * stride;
+        float* __restrict below = mirrored - y * stride;
+        for (int i = 0; i < columns; ++i) {
+            const float scaled = float(int(from[i] * opacity * 255.0f));
+            to[i] = scaled;
+            below[i] = scaled;
+        }
+    }
+}
+
 } // namespace
 
 void Raise(const Stamp& stamp) {
@@ -108,6 +123,11 @@ void Erase(const Stamp& stamp) {
 void Scale(const float* weights, float opacity, float* coverage, std::ptrdiff_t stride, int columns,
            int rowCount) {
     ScaleCloned(weights, opacity, coverage, stride, columns, rowCount);
+}
+
+void ScaleMirrored(const float* weights, float opacity, float* coverage, float* mirrored,
+                   std::ptrdiff_t stride, int columns, int rowCount) {
+    ScaleMirroredCloned(weights, opacity, coverage, mirrored, stride, columns, rowCount);
 }
 
 } // namespace alpha_rows

@@ -43,5 +43,9 @@ void Erase(const Stamp& stamp);
 void Scale(const float* weights, float opacity, float* coverage, std::ptrdiff_t stride, int columns,
            int rowCount);
 
+/// Scale() whose rows are also written upside down: the first one to `mirrored`, the next one above it.
+void ScaleMirrored(const float* weights, float opacity, float* coverage, float* mirrored,
+                   std::ptrdiff_t stride, int columns, int rowCount);
+
 } // namespace alpha_rows
 } // namespace vellix

@@ -46,25 +46,26 @@ void BrushGrid::UpdateGridWu(float hardness, float radius, float opacity, ToolTy
         std::memset(cells_, 0, sizeof cells_);
     }
     opacity_ = opacity;
-    if (!isMirrored_) {
-        ScaleRows(filledRows_.first, filledRows_.end);
-        return;
-    }
-    const int above = (filledRows_.end - filledRows_.first) / 2;
-    ScaleRows(filledRows_.first, filledRows_.end - above);
-    const int columns = WholeVectors(filledColumns_.end - filledColumns_.first);
-    for (int i = 0; i < above; ++i) {
-        std::copy_n(Cells(filledRows_.first + i) + filledColumns_.first, columns,
-                    Cells(filledRows_.end - 1 - i) + filledColumns_.first);
-    }
+    ScaleRows();
 }
 
-void BrushGrid::ScaleRows(int begin, int end) {
-    if (begin < end) {
-        alpha_rows::Scale(weights_[begin] + filledColumns_.first, opacity_,
-                          Cells(begin) + filledColumns_.first, STRIDE,
-                          WholeVectors(filledColumns_.end - filledColumns_.first), end - begin);
+void BrushGrid::ScaleRows() {
+    if (filledRows_.first >= filledRows_.end) {
+        return;
     }
+    const int column = filledColumns_.first;
+    const int columns = WholeVectors(filledColumns_.end - column);
+    int begin = filledRows_.first;
+    int end = filledRows_.end;
+    if (isMirrored_) {
+        const int above = (end - begin) / 2;
+        alpha_rows::ScaleMirrored(weights_[begin] + column, opacity_, Cells(begin) + column,
+                                  Cells(end - 1) + column, STRIDE, columns, above);
+        begin += above;
+        end -= above;
+    }
+    alpha_rows::Scale(weights_[begin] + column, opacity_, Cells(begin) + column, STRIDE, columns,
+                      end - begin);
 }
 
 void BrushGrid::UpdateBrushGrid(int size, float radius, float opacity, ToolType tool) {

@@ -72,7 +72,7 @@ private:
     void SetMirrored(float centre, int x, int y, float weight);
     void FindSpans();
     void FindRuns();
-    void ScaleRows(int begin, int end);
+    void ScaleRows();
 
     struct Span {
         int first = 0;

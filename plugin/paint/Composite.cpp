@@ -40,10 +40,6 @@ Pixels<const quint32> PixelsOf(const QImage& image) {
     return {reinterpret_cast<const quint32*>(image.constBits()), image.bytesPerLine() / 4};
 }
 
-quint32 ColorBits(const QColor& color) {
-    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
-}
-
 void PaintDrawing(quint16* sums, const Picture& picture, const PackedTiles::Tile& tile) {
     const bool isFaded = picture.opacity != 255;
     if (!tile.planes || picture.tinted) {
@@ -301,6 +297,10 @@ void Clear(QImage& target, const TileMask& tiles) {
     for (int row = 0; row < TileMask::COUNT; ++row) {
         ClearTiles(pixels, row, tiles.Row(row));
     }
+}
+
+quint32 ColorBits(const QColor& color) {
+    return quint32(color.red()) | quint32(color.green()) << 8 | quint32(color.blue()) << 16;
 }
 
 void OverrideColor(QImage& image, const QColor& color) {

@@ -52,6 +52,8 @@ void SourceOver(QImage& target, const QImage& source, const TileMask& tiles);
 /// Clears the given tiles of a layer image.
 void Clear(QImage& target, const TileMask& tiles);
 
+/// The red, green and blue of a colour as a pixel of alpha 0.
+quint32 ColorBits(const QColor& color);
 /// Sets red, green and blue of every pixel that is not fully transparent to those of `color`. Leaves images
 /// of another format than Format_RGBA8888 alone.
 void OverrideColor(QImage& image, const QColor& color);

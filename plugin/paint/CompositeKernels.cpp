@@ -206,6 +206,18 @@ VELLIX_VECTOR_CLONES void OverrideColor(quint32* pixels, int count, quint32 colo
     }
 }
 
+VELLIX_VECTOR_CLONES void CopyVisible(quint32* tile, const quint32* pixels, std::ptrdiff_t stride,
+                                      quint32 keep, quint32 set) {
+    for (int y = 0; y < TileMask::TILE_WIDTH; ++y) {
+        const quint32* __restrict source = pixels + y * stride;
+        quint32* __restrict target = tile + y * TileMask::TILE_WIDTH;
+        for (int x = 0; x < TileMask::TILE_WIDTH; ++x) {
+            const quint32 made = (source[x] & keep) | set;
+            target[x] = (source[x] >> 24) == 0 ? 0 : made;
+        }
+    }
+}
+
 VELLIX_VECTOR_CLONES void Gather(const quint32* pixels, int count, quint32* anyBits, quint32* allBits) {
     const quint32* __restrict source = pixels;
     quint32* __restrict any = anyBits;

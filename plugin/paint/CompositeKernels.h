@@ -44,6 +44,9 @@ void WriteTile(quint32* pixels, std::ptrdiff_t stride, const quint16* sums);
 void SourceOver(quint32* target, const quint32* source, int count);
 /// Sets red, green and blue of the pixels that are not fully transparent to those of `color`.
 void OverrideColor(quint32* pixels, int count, quint32 color);
+/// Copies a tile of an image, row by row, with fully transparent pixels as 0. The others become
+/// `pixel & keep | set`.
+void CopyVisible(quint32* tile, const quint32* pixels, std::ptrdiff_t stride, quint32 keep, quint32 set);
 /// ORs pixels into `anyBits` and ANDs them into `allBits`, element by element.
 void Gather(const quint32* pixels, int count, quint32* anyBits, quint32* allBits);
 

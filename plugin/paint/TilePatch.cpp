@@ -4,6 +4,7 @@
 #include "paint/CompositeKernels.h"
 #include "paint/PngChecksum.h"
 
+#include <QColor>
 #include <QImage>
 
 #include <algorithm>
@@ -87,25 +88,21 @@ bool IsSameTile(const uchar* tile, const TileSource& image, int row, int column)
     return true;
 }
 
-/// What painting an image on a tile of nothing makes.
-void CopyVisible(uchar* tile, const TileSource& image, int row, int column) {
-    const quint32* pixels = image.Tile(row, column);
-    quint32 visible[TILE_PIXELS];
-    for (int y = 0; y < TileMask::TILE_WIDTH; ++y, pixels += image.Stride()) {
-        for (int x = 0; x < TileMask::TILE_WIDTH; ++x) {
-            visible[y * TileMask::TILE_WIDTH + x] = pixels[x] >> 24 == 0 ? 0 : pixels[x];
-        }
-    }
-    std::memcpy(tile, visible, TILE_BYTES);
+/// The visible pixels of a tile, in the colour if there is one; the others are 0. This is what painting them
+/// on a tile of nothing makes.
+void CopyVisible(quint32* visible, const TileSource& image, int row, int column, const QColor* color) {
+    const quint32 keep = color ? 0xff000000u : 0xffffffffu;
+    composite_kernels::CopyVisible(visible, image.Tile(row, column), image.Stride(), keep,
+                                   color ? composite::ColorBits(*color) : 0);
 }
 
-void PaintOver(uchar* tile, const QImage& above, int row, int column) {
-    quint32 pixels[TILE_PIXELS];
-    quint32 source[TILE_PIXELS];
-    std::memcpy(pixels, tile, TILE_BYTES);
-    CopyTile(reinterpret_cast<uchar*>(source), above, row, column);
-    composite_kernels::SourceOver(pixels, source, TILE_PIXELS);
-    std::memcpy(tile, pixels, TILE_BYTES);
+/// What painting an image on the tile of another one makes.
+void PaintOver(quint32* pixels, const TileSource& below, const QImage& above, int row, int column,
+               const QColor* color) {
+    quint32 visible[TILE_PIXELS];
+    CopyVisible(visible, above, row, column, color);
+    CopyTile(reinterpret_cast<uchar*>(pixels), below, row, column);
+    composite_kernels::SourceOver(pixels, visible, TILE_PIXELS);
 }
 
 bool HasMagic(const QByteArray& bytes, quint32 magic) {
@@ -129,7 +126,7 @@ TilePatch TilePatch::Unchecked(QByteArray bytes) {
 }
 
 TilePatch::TilePatch(const TileSource& picture, const TileMask& tiles, const TileSource& below,
-                     const QImage* above)
+                     const QImage* above, const QColor* color)
     : bytes_(HEAD_BYTES + tiles.Size() * ENTRY_BYTES, Qt::Uninitialized)
     , isSound_(true)
     , isSealed_(false) {
@@ -137,13 +134,16 @@ TilePatch::TilePatch(const TileSource& picture, const TileMask& tiles, const Til
     tiles.ForEach([&](int row, int column) {
         uchar* const entry = Entry(count);
         uchar* const tile = entry + TILE_HEAD_BYTES;
-        if (above && below.IsZero(row, column)) {
-            CopyVisible(tile, *above, row, column);
+        if (above) {
+            quint32 pixels[TILE_PIXELS];
+            if (below.IsZero(row, column)) {
+                CopyVisible(pixels, *above, row, column, color);
+            } else {
+                PaintOver(pixels, below, *above, row, column, color);
+            }
+            std::memcpy(tile, pixels, TILE_BYTES);
         } else {
             CopyTile(tile, below, row, column);
-            if (above) {
-                PaintOver(tile, *above, row, column);
-            }
         }
         if (!IsSameTile(tile, picture, row, column)) {
             const TileHead head = {0, quint16(row), quint16(column)};
@@ -280,14 +280,19 @@ bool TilePatch::Append(const TilePatch& later) {
         return false;
     }
     const TileMask known = Tiles();
-    const int needed = bytes_.size() + later.bytes_.size();
+    TileMask added = later.Tiles();
+    added.Remove(known);
+    int count = Count();
+    const int needed = bytes_.size() + added.Size() * ENTRY_BYTES;
     if (bytes_.capacity() < needed) {
         bytes_.reserve(std::max(needed, bytes_.size() + bytes_.size() / 2)); // for many strokes to come
     }
+    bytes_.resize(needed);
     for (int i = 0; i < later.Count(); ++i) {
         const auto tile = ReadHead<TileHead>(later.Entry(i));
-        if (!known.Contains(tile.row, tile.column)) {
-            bytes_.append(reinterpret_cast<const char*>(later.Entry(i)), ENTRY_BYTES);
+        if (added.Contains(tile.row, tile.column)) {
+            std::memcpy(Entry(count), later.Entry(i), ENTRY_BYTES);
+            ++count;
         }
     }
     isSealed_ = isSealed_ && later.isSealed_;

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QtGlobal>
 
+class QColor;
 class QImage;
 
 namespace vellix {
@@ -23,8 +24,10 @@ public:
     /// is short for squeezed ones.
     explicit TilePatch(QByteArray bytes);
     /// The tiles that painting `above` (null for nothing) on `below` makes, those of `tiles` that differ from
-    /// `picture`. All are layer images. Throws std::bad_alloc when memory is short.
-    TilePatch(const TileSource& picture, const TileMask& tiles, const TileSource& below, const QImage* above);
+    /// `picture`. All are layer images. With a colour (null for none), all of `above` is painted in it.
+    /// Throws std::bad_alloc when memory is short.
+    TilePatch(const TileSource& picture, const TileMask& tiles, const TileSource& below, const QImage* above,
+              const QColor* color = nullptr);
 
     /// The patch of bytes that were just made: their checksums are left for later. Null for bytes that are
     /// none.

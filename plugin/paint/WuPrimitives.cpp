@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <utility>
 
 namespace vellix {
@@ -59,30 +58,6 @@ private:
 };
 
 } // namespace
-
-int ipart_(float x) {
-    constexpr float limit = 2147483648.0f;
-    if (x >= limit) {
-        return std::numeric_limits<int>::max();
-    }
-    if (x < -limit) {
-        return std::numeric_limits<int>::min();
-    }
-    return x == x ? int(x) : 0;
-}
-
-int round_(float x) {
-    return ipart_(x + 0.5f);
-}
-
-float fpart_(float x) {
-    const float rest = x - float(ipart_(x));
-    return x < 0.0f ? 1.0f - rest : rest;
-}
-
-float rfpart_(float x) {
-    return 1.0f - fpart_(x);
-}
 
 void plot_(QImage& image, int x, int y, float c) {
     Plot(PixelView(image), x, y, c);

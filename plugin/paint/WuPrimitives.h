@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QPoint>
 
+#include <limits>
+
 /// Xiaolin Wu's anti-aliased primitives ("An Efficient Antialiasing Technique", SIGGRAPH 1991), painting into
 /// the alpha channel only. Images are `QImage::Format_RGBA8888`; any other format is left alone. Nothing is
 /// written outside the image or its first 1024 x 1024 pixels. Coordinates are image pixels; a coverage c is
@@ -12,16 +14,32 @@
 namespace vellix {
 
 /// Integer part, truncated toward zero. Clamped to the range of int; 0 for NaN.
-int ipart_(float x);
+inline int ipart_(float x) {
+    constexpr float limit = 2147483648.0f;
+    if (x >= limit) {
+        return std::numeric_limits<int>::max();
+    }
+    if (x < -limit) {
+        return std::numeric_limits<int>::min();
+    }
+    return x == x ? int(x) : 0;
+}
 
 /// ipart_(x + 0.5). Intentionally truncates, so negative values round toward zero.
-int round_(float x);
+inline int round_(float x) {
+    return ipart_(x + 0.5f);
+}
 
 /// Fractional part: x - ipart_(x) from 0 up, 1 - (x - ipart_(x)) below 0.
-float fpart_(float x);
+inline float fpart_(float x) {
+    const float rest = x - float(ipart_(x));
+    return x < 0.0f ? 1.0f - rest : rest;
+}
 
 /// 1 - fpart_(x)
-float rfpart_(float x);
+inline float rfpart_(float x) {
+    return 1.0f - fpart_(x);
+}
 
 /// Draws an anti-aliased line one pixel wide, both end pixels at full coverage. Walks its whole length
 /// without clipping.

@@ -378,6 +378,34 @@ TEST_F(ComposeTest, ALackOfMemoryIsReportedOnceAndTheDrawingShownLater) {
     EXPECT_LE(Error(camera_), 2);
 }
 
+TEST_F(ComposeTest, CommittedStrokesHaveTheirColorWhetherShownBeforeOrNot) {
+    MakeDocument();
+    const auto begin = [&](const QColor& color) {
+        Stroke* stroke = manager_.GetActiveStroke(camera_, true);
+        stroke->tool = ToolType::Brush;
+        stroke->color = color;
+        stroke->points = {Point(100, 100, 40, 0.6f), Point(900, 700, 40, 0.6f)};
+        stroke->changed = true;
+    };
+    QList<QImage> pictures;
+    for (const bool isShown : {false, true}) {
+        begin(QColor(0, 250, 0));
+        manager_.GetFlattenedImage(camera_);
+        manager_.CancelActiveStroke(); // its colour stays behind
+        begin(QColor(200, 0, 120));
+        if (isShown) {
+            manager_.GetFlattenedImage(camera_);
+        }
+        QByteArray undo;
+        ASSERT_TRUE(manager_.CommitActiveStroke(camera_, undo));
+        EXPECT_LE(Error(camera_), 2);
+        pictures.append(manager_.GetActiveLayer(camera_)->GetCurrentFrame()->GetImage().copy());
+        ASSERT_TRUE(manager_.UndoStroke(camera_, undo));
+    }
+    EXPECT_EQ(pictures[0], pictures[1]);
+    EXPECT_NE(pictures[0], manager_.GetActiveLayer(camera_)->GetCurrentFrame()->GetImage());
+}
+
 TEST_F(ComposeTest, ShowingPackedFramesLeavesThemPacked) {
     MakeDocument();
     SetGhosts(1, 1, false);

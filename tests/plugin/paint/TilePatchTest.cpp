@@ -1,6 +1,11 @@
 #include "paint/TilePatch.h"
 
 #include "PaintTesting.h"
+#include "paint/Composite.h"
+#include "paint/TiledImage.h"
+
+#include <QColor>
+#include <QImage>
 
 #include <algorithm>
 #include <functional>
@@ -8,8 +13,12 @@
 #include <initializer_list>
 #include <random>
 
+using vellix::TiledImage;
 using vellix::TileMask;
 using vellix::TilePatch;
+using vellix::TileSource;
+
+namespace composite = vellix::composite;
 
 namespace {
 
@@ -115,6 +124,20 @@ TEST(TilePatch, JoinsStrokesOnOnePicture) {
     EXPECT_EQ(shown, first);
     all.Swap(shown);
     EXPECT_EQ(shown, third);
+}
+
+TEST(TilePatch, PaintsInAColorAsIfTheImageHadIt) {
+    const QImage alphas = NoisyLayer(4);
+    const QColor color(30, 60, 160);
+    QImage colored = alphas.copy();
+    composite::OverrideColor(colored, color);
+    const TiledImage nothing = TiledImage();
+    const QImage drawing = NoisyLayer(5);
+    for (const TileSource& below : {TileSource(nothing), TileSource(drawing)}) {
+        TilePatch patch(below, TileMask::All(), below, &alphas, &color);
+        EXPECT_EQ(patch.Tiles(), TileMask::All());
+        EXPECT_EQ(patch.TakeBytes(), TilePatch(below, TileMask::All(), below, &colored).TakeBytes());
+    }
 }
 
 TEST(TilePatch, IsTheSameSqueezed) {
