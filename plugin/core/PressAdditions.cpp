@@ -102,11 +102,12 @@ std::unique_ptr<Layer> PressAdditions::TakeLayer(LayerManager& layers) const {
 }
 
 /// After the added layer has left the camera: makes the camera active again that was so before the press,
-/// unless the user has left that of the press.
+/// unless the user has left that of the press. Its active layer stays: the press has not changed it.
 void PressAdditions::GoBackFrom(LayerManager& layers, const QString& camera) const {
     const LayerPlace previous = layers.FindLayer(previousLayer_);
     if (previous.layer && layers.GetActiveCamera() == camera) {
-        layers.SetActiveLayer(previous.camera, previous.index, true);
+        const int active = layers.GetActiveLayerIndex(previous.camera);
+        layers.SetActiveLayer(previous.camera, active >= 0 ? active : previous.index, true);
     }
 }
 

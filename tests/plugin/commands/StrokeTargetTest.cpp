@@ -338,6 +338,32 @@ TEST_F(StrokeTargetTest, WhatComesToTheCameraOfAPressLeavesNoPlaceBehind) {
     }
 }
 
+// What is active may change while a stroke is drawn on a layer that its press has added.
+TEST_F(StrokeTargetTest, UndoLeavesActiveWhatARedoInMidStrokeMadeActive) {
+    Mel("currentTime 3; qmVellixLayer -add -n D -ls 0 front; qmVellixLayer -add -n E -ls 0 persp");
+    for (const char* const first : {"qmVellixLayer -e -active 0 persp", "qmVellixLayer -e -active 1 persp",
+                                    "qmVellixLayer -e -active 0 front",
+                                    "qmVellixLayer -add -ls 0 side; qmVellixLayer -deleteAll side"}) {
+        for (const char* const line : {"qmVellixLayer -moveAll persp front", "qmVellixLayer -moveAll front persp",
+                                       "qmVellixLayer -deleteAll persp", "qmVellixLayer -move 0 1 persp",
+                                       "qmVellixLayer -nc front -mv 0 0 persp", "qmVellixLayer -del 0 persp"}) {
+            SCOPED_TRACE(std::string(first) + "; " + line);
+            Mel(first);
+            const QString before = Layers();
+            Mel(line);
+            const QString done = Layers();
+            Mel("undo");
+            const Pressed pressed = Press("side", 700);
+            Mel("redo");
+            EXPECT_TRUE(Release(pressed));
+            Mel("undo");
+            EXPECT_EQ(Layers().toStdString(), done.toStdString());
+            Mel("undo");
+            EXPECT_EQ(Layers().toStdString(), before.toStdString());
+        }
+    }
+}
+
 // What is put back goes where it belongs, though the camera and its layers have changed unrecorded.
 TEST_F(StrokeTargetTest, RedoFindsThePlaceOfTheLayerThatThePressAdded) {
     Mel("createNode transform -n shot; createNode camera -n shotShape -p shot; currentTime 3");
