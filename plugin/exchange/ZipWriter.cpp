@@ -134,7 +134,7 @@ QString ZipWriter::Refusal(qint64 bytesToCome, int membersToCome) const {
 }
 
 QString ZipWriter::Write(const QString& path, const Progress& progress) const {
-    const QString refusal = Refusal();
+    QString refusal = Refusal();
     if (!refusal.isEmpty()) {
         return refusal;
     }

@@ -16,7 +16,6 @@ namespace vellix {
 namespace composite {
 namespace {
 
-using composite_kernels::TILE_PIXELS;
 using composite_kernels::TILE_VALUES;
 
 constexpr int TILE_WIDTH = TileMask::TILE_WIDTH;

@@ -146,8 +146,10 @@ int SampleFilter::HalfWidth() {
         if (width > after) {
             return -1;
         }
-        reach[0] += samples_[std::size_t(next_ - width + 1)].step;
-        reach[1] += samples_[std::size_t(next_ + width)].step;
+        const int first = next_ - width + 1;
+        const int last = next_ + width;
+        reach[0] += samples_[std::size_t(first)].step;
+        reach[1] += samples_[std::size_t(last)].step;
         if (width > MIN_HALF_WIDTH && std::max(reach[0], reach[1]) > SLOW_REACH && !IsGentle(width)) {
             return width - 1;
         }
