@@ -9,6 +9,18 @@
 
 namespace vellix {
 
+namespace {
+
+MTime ToTime(int frame) {
+    return FromWholeFrames(frame);
+}
+
+MTime ToTime(const MTime& time) {
+    return time;
+}
+
+} // namespace
+
 void FrameSchedule::Add(const Frame& frame, int time) {
     changes_.push_back({frame.GetId(), frame.GetTime(), time});
 }
@@ -22,13 +34,14 @@ std::vector<FrameId> FrameSchedule::GetFrames() const {
     return frames;
 }
 
-bool FrameSchedule::Do(Layer& layer, QString& refusal) const {
+template <typename Time>
+bool FrameSchedule::Reschedule(Layer& layer, Time Change::*wanted, QString& refusal) const {
     FrameCheck check(layer, GetFrames());
     std::vector<FrameTime> times;
     times.reserve(changes_.size());
     for (const Change& change : changes_) {
-        check.NeedFree(change.after);
-        times.push_back({change.frame, FromWholeFrames(change.after)});
+        check.NeedFree(change.*wanted);
+        times.push_back({change.frame, ToTime(change.*wanted)});
     }
     if (!check.Passes(refusal)) {
         return false;
@@ -37,19 +50,12 @@ bool FrameSchedule::Do(Layer& layer, QString& refusal) const {
     return true;
 }
 
+bool FrameSchedule::Do(Layer& layer, QString& refusal) const {
+    return Reschedule(layer, &Change::after, refusal);
+}
+
 bool FrameSchedule::Undo(Layer& layer, QString& refusal) const {
-    FrameCheck check(layer, GetFrames());
-    std::vector<FrameTime> times;
-    times.reserve(changes_.size());
-    for (const Change& change : changes_) {
-        check.NeedFree(change.before);
-        times.push_back({change.frame, change.before});
-    }
-    if (!check.Passes(refusal)) {
-        return false;
-    }
-    layer.MoveFrames(std::move(times));
-    return true;
+    return Reschedule(layer, &Change::before, refusal);
 }
 
 } // namespace vellix

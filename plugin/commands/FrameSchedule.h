@@ -33,6 +33,9 @@ private:
     };
 
     std::vector<FrameId> GetFrames() const;
+    /// Gives the frames the wanted times, which have to be free.
+    template <typename Time>
+    bool Reschedule(Layer& layer, Time Change::*wanted, QString& refusal) const;
 
     std::vector<Change> changes_;
 };

@@ -18,14 +18,24 @@ inline quint32 WithMore(quint32 pixel, int more, int cap) {
     return pixel + (quint32(more < room ? more : room) << PixelView::ALPHA_SHIFT);
 }
 
+/// The pixels of a run.
+inline quint32* PixelsOf(const Stamp& stamp, int y) {
+    return stamp.pixels + y * stamp.pixelStride + stamp.runs[y].first;
+}
+
+/// What the run has of the coverage or of the one beside.
+inline const float* ValuesOf(const Stamp& stamp, const float* coverage, int y) {
+    return coverage + y * stamp.coverageStride + stamp.runs[y].first;
+}
+
 // Some compilers do not let a cloned function be called from another file, so the clones stay in this one.
 VELLIX_VECTOR_CLONES
 void RaiseCloned(const Stamp& stamp) {
     for (int y = 0; y < stamp.rowCount; ++y) {
-        const Run run = stamp.runs[y];
-        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
-        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
-        for (int i = 0; i < run.count; ++i) {
+        quint32* __restrict pixels = PixelsOf(stamp, y);
+        const float* __restrict coverage = ValuesOf(stamp, stamp.coverage, y);
+        const int count = stamp.runs[y].count;
+        for (int i = 0; i < count; ++i) {
             const quint32 pixel = pixels[i];
             const int old = AlphaOf(pixel);
             const int wanted = int(coverage[i]);
@@ -38,10 +48,10 @@ void RaiseCloned(const Stamp& stamp) {
 VELLIX_VECTOR_CLONES
 void AddCloned(const Stamp& stamp, float flow, int cap) {
     for (int y = 0; y < stamp.rowCount; ++y) {
-        const Run run = stamp.runs[y];
-        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
-        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
-        for (int i = 0; i < run.count; ++i) {
+        quint32* __restrict pixels = PixelsOf(stamp, y);
+        const float* __restrict coverage = ValuesOf(stamp, stamp.coverage, y);
+        const int count = stamp.runs[y].count;
+        for (int i = 0; i < count; ++i) {
             pixels[i] = WithMore(pixels[i], int(coverage[i] * flow), cap);
         }
     }
@@ -51,11 +61,11 @@ void AddCloned(const Stamp& stamp, float flow, int cap) {
 VELLIX_VECTOR_CLONES
 void AddTwoCloned(const Stamp& stamp, float flow, float flowBeside, int cap) {
     for (int y = 0; y < stamp.rowCount; ++y) {
-        const Run run = stamp.runs[y];
-        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
-        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
-        const float* __restrict beside = stamp.beside + y * stamp.coverageStride + run.first;
-        for (int i = 0; i < run.count; ++i) {
+        quint32* __restrict pixels = PixelsOf(stamp, y);
+        const float* __restrict coverage = ValuesOf(stamp, stamp.coverage, y);
+        const float* __restrict beside = ValuesOf(stamp, stamp.beside, y);
+        const int count = stamp.runs[y].count;
+        for (int i = 0; i < count; ++i) {
             const int more = int(coverage[i] * flow) + int(beside[i] * flowBeside);
             pixels[i] = WithMore(pixels[i], more, cap);
         }
@@ -65,10 +75,10 @@ void AddTwoCloned(const Stamp& stamp, float flow, float flowBeside, int cap) {
 VELLIX_VECTOR_CLONES
 void EraseCloned(const Stamp& stamp) {
     for (int y = 0; y < stamp.rowCount; ++y) {
-        const Run run = stamp.runs[y];
-        quint32* __restrict pixels = stamp.pixels + y * stamp.pixelStride + run.first;
-        const float* __restrict coverage = stamp.coverage + y * stamp.coverageStride + run.first;
-        for (int i = 0; i < run.count; ++i) {
+        quint32* __restrict pixels = PixelsOf(stamp, y);
+        const float* __restrict coverage = ValuesOf(stamp, stamp.coverage, y);
+        const int count = stamp.runs[y].count;
+        for (int i = 0; i < count; ++i) {
             const quint32 pixel = pixels[i];
             pixels[i] = coverage[i] != 0.0f ? pixel & PixelView::COLOR_MASK : pixel;
         }
