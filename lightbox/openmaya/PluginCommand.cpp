@@ -85,24 +85,26 @@ mel::Error ErrorOf(const std::string& command, const MStatus& status, const Outp
 }
 
 mel::Value Run(Host& host, const std::shared_ptr<const PluginCommand>& command, mel::ArgumentTokens tokens) {
-    std::unique_ptr<MPxCommand> instance(static_cast<MPxCommand*>(command->creator()));
-    if (!instance) {
+    std::unique_ptr<MPxCommand> created(static_cast<MPxCommand*>(command->creator()));
+    if (!created) {
         throw mel::Error(command->name + ": The plug-in could not create the command " + command->name);
     }
-    ApiBridge::StateOf(*instance).command = command;
+    MPxCommand& instance = *created;
+    ApiBridge::StateOf(instance).command = command;
+    // Made first: what is done then has its undo step, however short memory is.
+    auto item = std::make_unique<PluginCommandItem>(host.output(), host.files(), std::move(created));
     const int errorsBefore = host.output().ErrorCount();
     mel::Value result;
     MStatus status;
     {
-        RunScope scope(*instance, result);
-        status = instance->doIt(mel::ArgumentTokens::Wrap(std::move(tokens)));
+        RunScope scope(instance, result);
+        status = instance.doIt(mel::ArgumentTokens::Wrap(std::move(tokens)));
     }
     if (status.error()) {
         throw ErrorOf(command->name, status, host.output(), errorsBefore);
     }
-    if (instance->isUndoable()) {
-        host.undo().Push(
-            std::make_unique<PluginCommandItem>(host.output(), host.files(), std::move(instance)));
+    if (instance.isUndoable()) {
+        host.undo().Push(std::move(item));
     }
     return result;
 }

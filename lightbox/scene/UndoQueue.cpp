@@ -4,6 +4,9 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+#include <exception>
+#include <iterator>
 #include <utility>
 
 namespace lightbox {
@@ -25,11 +28,36 @@ bool UndoQueue::IsRecording() const {
 
 void UndoQueue::Push(std::unique_ptr<UndoItem> item) {
     const bool isRecorded = IsRecording();
-    if (transactions_ > 0 && running_ == Running::None) {
-        waiting_.push_back({std::move(item), isRecorded});
-    } else {
-        Pass(std::move(item), isRecorded);
+    try {
+        if (transactions_ > 0 && running_ == Running::None) {
+            waiting_.emplace_back();
+            waiting_.back() = {std::move(item), isRecorded};
+        } else {
+            if (isRecorded) {
+                MakeRoom(1);
+            }
+            Pass(std::move(item), isRecorded);
+        }
+    } catch (...) {
+        if (item) {
+            TakeBack(*item);
+        }
+        throw;
     }
+    CompleteUnlessHeld();
+}
+
+void UndoQueue::MakeRoom(std::size_t count) {
+    std::list<Chunk> added;
+    if (open_.empty()) {
+        added.emplace_back();
+        added.back().name = openName_;
+    }
+    std::vector<std::unique_ptr<UndoItem>>& items = added.empty() ? open_.back().items : added.back().items;
+    if (items.capacity() - items.size() < count) {
+        items.reserve(std::max(2 * items.size(), items.size() + count));
+    }
+    open_.splice(open_.end(), added);
 }
 
 void UndoQueue::Pass(std::unique_ptr<UndoItem> item, bool isRecorded) {
@@ -42,10 +70,25 @@ void UndoQueue::Pass(std::unique_ptr<UndoItem> item, bool isRecorded) {
 }
 
 void UndoQueue::Settle() {
+    const auto recorded = std::count_if(waiting_.begin(), waiting_.end(),
+                                        [](const Waiting& edit) { return edit.isRecorded; });
+    if (recorded > 0) {
+        MakeRoom(static_cast<std::size_t>(recorded));
+    }
     std::vector<Waiting> waiting;
     std::swap(waiting, waiting_);
     for (Waiting& edit : waiting) {
         Pass(std::move(edit.item), edit.isRecorded);
+    }
+    CompleteUnlessHeld();
+}
+
+void UndoQueue::TakeBack(UndoItem& item) {
+    const QScopedValueRollback<Running> running(running_, Running::Undo);
+    try {
+        item.Undo();
+    } catch (const std::exception&) {
+        // What cannot be taken back either stays; the edits before it are still taken back.
     }
 }
 
@@ -53,55 +96,55 @@ void UndoQueue::TakeBack(std::size_t start) {
     if (running_ != Running::None) {
         return;
     }
-    const QScopedValueRollback<Running> running(running_, Running::Undo);
     while (waiting_.size() > start) {
         const Waiting edit = std::move(waiting_.back());
         waiting_.pop_back();
-        edit.item->Undo();
+        TakeBack(*edit.item);
     }
+}
+
+void UndoQueue::Transaction::Commit() {
+    if (queue_.transactions_ == 1) {
+        queue_.Settle();
+    }
+    isCommitted_ = true;
 }
 
 UndoQueue::Transaction::~Transaction() {
     if (!isCommitted_) {
         queue_.TakeBack(start_);
     }
-    if (--queue_.transactions_ == 0) {
-        queue_.Settle();
-    }
+    --queue_.transactions_;
 }
 
 void UndoQueue::Record(std::unique_ptr<UndoItem> item) {
     // Destroying items may call back, so the queue must be consistent first.
-    std::vector<Chunk> dropped;
+    std::list<Chunk> dropped;
     std::swap(dropped, undone_);
-    if (!open_) {
-        open_ = std::make_unique<Chunk>();
-        open_->name = openName_;
-    }
-    open_->items.push_back(std::move(item));
-    open_->state = nextState_++;
-    if (OpenChunks() == 0) {
-        CompleteOpen();
-    }
+    open_.back().items.push_back(std::move(item));
+    open_.back().state = nextState_++;
     events_.SetCondition("UndoAvailable", true);
     events_.SetCondition("RedoAvailable", false);
 }
 
+void UndoQueue::CompleteUnlessHeld() {
+    if (OpenChunks() == 0) {
+        CompleteOpen();
+    }
+}
+
 void UndoQueue::CompleteOpen() {
     openName_.clear();
-    if (open_) {
-        done_.push_back(std::move(*open_));
-        open_.reset();
-        Trim();
-    }
+    done_.splice(done_.end(), open_);
+    Trim();
 }
 
 void UndoQueue::OpenChunk(const std::string& name, bool implicit) {
     ++(implicit ? implicitDepth_ : explicitDepth_);
     if (!name.empty() && openName_.empty()) {
         openName_ = name;
-        if (open_ && open_->name.empty()) {
-            open_->name = name;
+        if (!open_.empty() && open_.back().name.empty()) {
+            open_.back().name = name;
         }
     }
 }
@@ -110,9 +153,7 @@ void UndoQueue::CloseChunk(bool implicit) {
     int& depth = implicit ? implicitDepth_ : explicitDepth_;
     if (depth > 0) {
         --depth;
-        if (OpenChunks() == 0) {
-            CompleteOpen();
-        }
+        CompleteUnlessHeld();
     }
 }
 
@@ -122,20 +163,9 @@ bool UndoQueue::Undo() {
     }
     Settle();
     CompleteOpen();
-    if (done_.empty()) {
+    if (!RunLast(Running::Undo, done_, undone_)) {
         return false;
     }
-    {
-        const QScopedValueRollback<Running> running(running_, Running::Undo);
-        Chunk chunk = std::move(done_.back());
-        done_.pop_back();
-        for (auto item = chunk.items.rbegin(); item != chunk.items.rend(); ++item) {
-            (*item)->Undo();
-        }
-        undone_.push_back(std::move(chunk));
-    }
-    events_.SetCondition("UndoAvailable", CanUndo());
-    events_.SetCondition("RedoAvailable", CanRedo());
     events_.Fire("Undo");
     return true;
 }
@@ -145,30 +175,63 @@ bool UndoQueue::Redo() {
         return false;
     }
     Settle();
-    if (undone_.empty()) {
+    if (!RunLast(Running::Redo, undone_, done_)) {
         return false;
     }
-    {
-        const QScopedValueRollback<Running> running(running_, Running::Redo);
-        Chunk chunk = std::move(undone_.back());
-        undone_.pop_back();
-        for (const std::unique_ptr<UndoItem>& item : chunk.items) {
-            item->Redo();
-        }
-        done_.push_back(std::move(chunk));
-    }
-    events_.SetCondition("UndoAvailable", CanUndo());
-    events_.SetCondition("RedoAvailable", CanRedo());
     events_.Fire("Redo");
     return true;
 }
 
+bool UndoQueue::RunLast(Running direction, std::list<Chunk>& from, std::list<Chunk>& to) {
+    if (from.empty()) {
+        return false;
+    }
+    {
+        const QScopedValueRollback<Running> running(running_, direction);
+        // An item may flush the queue, so the chunk is in neither list while it runs.
+        std::list<Chunk> chunk;
+        chunk.splice(chunk.end(), from, std::prev(from.end()));
+        try {
+            Run(direction, chunk.back().items);
+        } catch (...) {
+            from.splice(from.end(), chunk);
+            throw;
+        }
+        to.splice(to.end(), chunk);
+    }
+    events_.SetCondition("UndoAvailable", CanUndo());
+    events_.SetCondition("RedoAvailable", CanRedo());
+    return true;
+}
+
+void UndoQueue::Run(Running direction, const std::vector<std::unique_ptr<UndoItem>>& items) {
+    const bool undoes = direction == Running::Undo;
+    const auto item = [&](std::size_t step) -> UndoItem& {
+        return *items[undoes ? items.size() - 1 - step : step];
+    };
+    std::size_t step = 0;
+    try {
+        for (; step < items.size(); ++step) {
+            undoes ? item(step).Undo() : item(step).Redo();
+        }
+    } catch (...) {
+        // Back to where the chunk began, as far as that goes.
+        while (step-- > 0) {
+            try {
+                undoes ? item(step).Redo() : item(step).Undo();
+            } catch (const std::exception&) {
+            }
+        }
+        throw;
+    }
+}
+
 bool UndoQueue::CanUndo() const {
-    return open_ || !done_.empty();
+    return !open_.empty() || !done_.empty();
 }
 
 std::string UndoQueue::UndoName() const {
-    return open_ ? open_->Name() : done_.empty() ? std::string() : done_.back().Name();
+    return !open_.empty() ? open_.back().Name() : done_.empty() ? std::string() : done_.back().Name();
 }
 
 std::string UndoQueue::RedoName() const {
@@ -180,8 +243,8 @@ std::vector<std::string> UndoQueue::Names() const {
     for (const Chunk& chunk : done_) {
         names.push_back(chunk.Name());
     }
-    if (open_) {
-        names.push_back(open_->Name());
+    if (!open_.empty()) {
+        names.push_back(open_.back().Name());
     }
     return names;
 }
@@ -209,15 +272,16 @@ void UndoQueue::Trim() {
 void UndoQueue::Flush() {
     Settle();
     baseState_ = State();
-    std::deque<Chunk> done = std::move(done_);
-    std::vector<Chunk> undone = std::move(undone_);
-    std::unique_ptr<Chunk> open = std::move(open_);
-    done_.clear();
-    undone_.clear();
+    std::list<Chunk> done;
+    std::list<Chunk> undone;
+    std::list<Chunk> open;
+    std::swap(done, done_);
+    std::swap(undone, undone_);
+    std::swap(open, open_);
     openName_.clear();
     // Destroy the newest first, as undo would: an item may depend on older ones.
     undone.clear();
-    open.reset();
+    open.clear();
     while (!done.empty()) {
         done.pop_back();
     }
@@ -226,7 +290,7 @@ void UndoQueue::Flush() {
 }
 
 std::uint64_t UndoQueue::State() const {
-    return open_ ? open_->state : done_.empty() ? baseState_ : done_.back().state;
+    return !open_.empty() ? open_.back().state : done_.empty() ? baseState_ : done_.back().state;
 }
 
 } // namespace lightbox

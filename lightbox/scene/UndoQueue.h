@@ -4,7 +4,7 @@
 #include "scene/UndoItem.h"
 
 #include <cstddef>
-#include <deque>
+#include <list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,7 +21,7 @@ public:
     ~UndoQueue();
 
     /// Records an edit that was just done and clears the redo side. While recording is off or an undo or redo
-    /// runs, destroys the item at once.
+    /// runs, destroys the item at once. If there is no memory for the record, takes the edit back and throws.
     void Push(std::unique_ptr<UndoItem> item);
     /// Whether Push() would keep an item.
     bool IsRecording() const;
@@ -35,7 +35,8 @@ public:
     int OpenChunks() const { return explicitDepth_ + implicitDepth_; }
 
     /// Takes back the last complete chunk, after closing an open implicit one. Returns false when there is
-    /// none, or while an undo or redo runs.
+    /// none, or while an undo or redo runs. If an item throws, what ran of its chunk is taken back, the chunk
+    /// stays where it was, and the exception goes on.
     bool Undo();
     bool Redo();
     bool IsUndoing() const { return running_ == Running::Undo; }
@@ -75,9 +76,9 @@ public:
         bool active_;
     };
 
-    /// Collects the edits of one command, recorded or not. Commit() passes them on at the end; without it the
-    /// destructor takes them back, so that a failed command changes nothing. Transactions nest. Undo, redo
-    /// and flush settle the waiting edits first.
+    /// Collects the edits of one command, recorded or not. Commit() ends it; that of the outermost one passes
+    /// the edits on. Without it the destructor takes them back, so that a failed command changes nothing.
+    /// Transactions nest. Undo, redo and flush settle the waiting edits first.
     class Transaction : NonCopyable {
     public:
         explicit Transaction(UndoQueue& queue)
@@ -87,7 +88,8 @@ public:
         }
         ~Transaction();
 
-        void Commit() { isCommitted_ = true; }
+        /// Throws if there is no memory to record the edits.
+        void Commit();
 
     private:
         UndoQueue& queue_;
@@ -108,17 +110,27 @@ private:
     };
     enum class Running { None, Undo, Redo };
 
+    /// Room for so many further items in the open chunk, which is opened if there is none. Record() then
+    /// needs no memory.
+    void MakeRoom(std::size_t count);
     void Pass(std::unique_ptr<UndoItem> item, bool isRecorded);
     void Settle();
+    void TakeBack(UndoItem& item);
     void TakeBack(std::size_t start);
+    /// Runs the last chunk of one list and puts it at the end of the other. Returns false if there is none.
+    bool RunLast(Running direction, std::list<Chunk>& from, std::list<Chunk>& to);
+    static void Run(Running direction, const std::vector<std::unique_ptr<UndoItem>>& items);
     void Record(std::unique_ptr<UndoItem> item);
     void CompleteOpen();
+    /// Completes the open chunk unless an OpenChunk() waits for its CloseChunk().
+    void CompleteUnlessHeld();
     void Trim();
 
     EventBus& events_;
-    std::deque<Chunk> done_;
-    std::vector<Chunk> undone_;
-    std::unique_ptr<Chunk> open_;
+    // Chunks go from list to list without memory for it.
+    std::list<Chunk> done_;
+    std::list<Chunk> undone_;
+    std::list<Chunk> open_; ///< one at most
     std::vector<Waiting> waiting_;
     int transactions_ = 0;
     int explicitDepth_ = 0;

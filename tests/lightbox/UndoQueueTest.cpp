@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 using namespace lightbox;
 
 namespace {
@@ -15,17 +17,31 @@ public:
         : log_(log)
         , name_(name) {}
     ~LoggedItem() override { log_ += std::string("~") + name_ + ' '; }
-    void Undo() override { log_ += std::string("-") + name_ + ' '; }
-    void Redo() override { log_ += std::string("+") + name_ + ' '; }
+    void Undo() override { Run('-'); }
+    void Redo() override { Run('+'); }
     std::string Name() const override { return std::string(1, name_); }
 
+    /// Throws when the step that is written like this runs, such as "-a".
+    static std::string refused;
+
 private:
+    void Run(char step) {
+        const std::string run{step, name_};
+        if (run == refused) {
+            throw std::bad_alloc();
+        }
+        log_ += run + ' ';
+    }
+
     std::string& log_;
     char name_;
 };
 
+std::string LoggedItem::refused;
+
 class UndoQueueTest : public ::testing::Test {
 protected:
+    ~UndoQueueTest() override { LoggedItem::refused.clear(); }
     void Push(char name) { queue_.Push(std::make_unique<LoggedItem>(log_, name)); }
     std::string Log() { return std::exchange(log_, std::string()); }
 
@@ -176,6 +192,39 @@ TEST_F(UndoQueueTest, FiresItsEventsWhenItIsReadyForMore) {
     queue_.Redo();
     EXPECT_FALSE(queue_.Redo());
     EXPECT_EQ(order, "undo redo ");
+}
+
+TEST_F(UndoQueueTest, AStepThatThrowsStaysWhereItWas) {
+    Push('z');
+    queue_.OpenChunk("three");
+    for (const char name : {'a', 'b', 'c'}) {
+        Push(name);
+    }
+    queue_.CloseChunk();
+    const auto done = queue_.State();
+    LoggedItem::refused = "-a";
+    EXPECT_THROW(queue_.Undo(), std::bad_alloc);
+    EXPECT_EQ(Log(), "-c -b +b +c ");
+    EXPECT_EQ(queue_.State(), done);
+    EXPECT_EQ(queue_.UndoName(), "three");
+    EXPECT_FALSE(queue_.CanRedo());
+    LoggedItem::refused.clear();
+    EXPECT_TRUE(queue_.Undo());
+    EXPECT_TRUE(queue_.Undo());
+    Log();
+    EXPECT_TRUE(queue_.Redo());
+    LoggedItem::refused = "+c";
+    EXPECT_THROW(queue_.Redo(), std::bad_alloc);
+    EXPECT_EQ(Log(), "+z +a +b -b -a ");
+    EXPECT_EQ(queue_.UndoName(), "z");
+    EXPECT_EQ(queue_.RedoName(), "three");
+    {
+        UndoQueue::Transaction transaction(queue_);
+        Push('d');
+        Push('e');
+        LoggedItem::refused = "-e";
+    }
+    EXPECT_EQ(Log(), "~e -d ~d ") << "what can be taken back is, though one edit cannot";
 }
 
 TEST_F(UndoQueueTest, ATransactionThatIsNotCommittedTakesItsEditsBack) {
