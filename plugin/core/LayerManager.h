@@ -86,9 +86,10 @@ public:
     /// Call after a camera of the host got another name. Its layers, composed image and stroke go along, all
     /// of them or, if memory is too short, none.
     /// Layers that already stand under the new name but whose camera is gone get a free name, so that they
-    /// stay a stack of their own; layers of another camera of that name come to lie below. Renaming the
-    /// camera back separates the stacks again.
-    void RenameCamera(const QString& from, const QString& to);
+    /// stay a stack of their own; layers of another camera of that name come to lie below. The undo of the
+    /// rename, which is told by `isUndo`, separates the stacks again; so does renaming the camera back if
+    /// another one has its name.
+    void RenameCamera(const QString& from, const QString& to, bool isUndo);
     /// Gives all layers of a camera, and its place as the active one, to another camera. Layers that this one
     /// has come to lie below.
     void GiveLayers(const QString& from, const QString& to);
@@ -277,10 +278,12 @@ private:
     void NotifyListener();
     void OnLastLayerRemoved(const QString& camera);
 
-    /// A rename after which layers of two cameras have to be kept apart, in order to take it back.
+    /// What the way back of a rename needs.
     struct CameraRename {
         QString from;
         QString to;
+        bool isShared = false;          ///< whether another camera has one of these names
+        bool meetsOthers = false;       ///< whether `to` had layers or a place
         bool hadPlace = false;          ///< whether `from` had a place to keep
         bool wasPlaceTaken = false;     ///< whether `to` had one
         QString aside;                  ///< the name given to the layers that stood under `to`; or empty
@@ -294,7 +297,7 @@ private:
     std::vector<LayerId> GetLayerIds(const QString& camera) const;
     LayerId GetActiveLayerId(const QString& camera) const;
     QString GetUniqueCameraName(const QString& name) const;
-    void Join(const QString& from, const QString& to);
+    CameraRename Join(const QString& from, const QString& to);
     void Separate(const CameraRename& rename);
     static QString NameAfterSeparation(const QString& camera, const CameraRename& rename);
     void RenameStack(const QString& from, const QString& to);
@@ -304,7 +307,7 @@ private:
     void FollowCamera(const QString& from, const QString& to);
 
     std::map<QString, Stack> stacks_;
-    std::vector<CameraRename> renames_;
+    std::vector<CameraRename> renames_; ///< in their order, without those that were undone
     QString activeCamera_;
     QString previousActiveCamera_;
     bool master_ = false;

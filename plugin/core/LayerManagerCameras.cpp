@@ -20,24 +20,26 @@ bool Contains(const std::vector<LayerId>& ids, LayerId id) {
 
 } // namespace
 
-void LayerManager::RenameCamera(const QString& from, const QString& to) {
+void LayerManager::RenameCamera(const QString& from, const QString& to, bool isUndo) {
     if (from == to || from.isEmpty()) {
         return;
     }
-    const auto reverse = std::find_if(renames_.rbegin(), renames_.rend(), [&](const CameraRename& rename) {
+    const ChangeScope scope(*this);
+    const auto done = std::find_if(renames_.rbegin(), renames_.rend(), [&](const CameraRename& rename) {
         return rename.from == to && rename.to == from;
     });
-    const bool isKnown =
-        HasPlace(from) || HasPlace(to) || activeCamera_ == from || previousActiveCamera_ == from;
-    if (!isKnown && reverse == renames_.rend()) {
-        return;
-    }
-    const ChangeScope scope(*this);
-    if (reverse == renames_.rend()) {
-        Join(from, to);
+    // Other than by undo all layers go along, also those that the camera found under its name. Only those
+    // that went to another camera of the same name come back.
+    if (done != renames_.rend() && (isUndo || done->isShared)) {
+        if (done->isShared || done->meetsOthers) {
+            Separate(*done);
+        } else {
+            Join(from, to);
+        }
+        renames_.erase(done.base() - 1);
     } else {
-        Separate(*reverse);
-        renames_.erase(reverse.base() - 1);
+        renames_.reserve(renames_.size() + 1);
+        renames_.push_back(Join(from, to));
     }
     Changed(DocumentChange::Layers | DocumentChange::ActiveLayer | DocumentChange::ActiveCamera);
 }
@@ -57,8 +59,9 @@ void LayerManager::GiveLayers(const QString& from, const QString& to) {
     Changed(DocumentChange::Layers | DocumentChange::ActiveLayer | DocumentChange::ActiveCamera);
 }
 
-/// Leaves everything as it is if memory is too short.
-void LayerManager::Join(const QString& from, const QString& to) {
+/// Returns what the way back needs to tell whose the layers are. Leaves everything as it is if memory is too
+/// short.
+LayerManager::CameraRename LayerManager::Join(const QString& from, const QString& to) {
     QStringList cameras;
     MayaUtil::GetCameras(cameras);
     // Cameras with different parents can have the same name. The layers stay with the one that keeps it.
@@ -67,15 +70,14 @@ void LayerManager::Join(const QString& from, const QString& to) {
     CameraRename rename;
     rename.from = from;
     rename.to = to;
+    rename.isShared = isFromShared || isToShared;
+    rename.meetsOthers = HasPlace(to);
     rename.hadPlace = KeepsPlace(from);
     rename.wasPlaceTaken = KeepsPlace(to);
     rename.residents = GetLayerIds(to);
     rename.activeResident = GetActiveLayerId(to);
     rename.activeMover = GetActiveLayerId(from);
     rename.activeBefore = activeCamera_;
-    // Without this the way back could not tell whose the layers are.
-    const bool meetsOthers = isFromShared || isToShared || HasPlace(to);
-    renames_.reserve(renames_.size() + 1);
     if (!isFromShared) {
         const bool bothHaveLayers = !rename.residents.empty() && LayerCount(from) > 0;
         if (bothHaveLayers && isToShared) {
@@ -94,9 +96,7 @@ void LayerManager::Join(const QString& from, const QString& to) {
         }
     }
     rename.activeAfter = activeCamera_;
-    if (meetsOthers) {
-        renames_.push_back(std::move(rename));
-    }
+    return rename;
 }
 
 /// Takes back a rename: `rename.to` is the camera's old name now. Leaves the layers as they are if memory is

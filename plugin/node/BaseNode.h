@@ -208,8 +208,8 @@ public:
     static bool TimeControlOverlayIsVisible(const BaseNode* node);
     static void UpdateTimeControlOverlay();
 
-    /// Call for every drawing node after a camera got another name.
-    void OnCameraRenamed(const QString& from, const QString& to);
+    /// Call for every drawing node after a camera got another name, by an undo or otherwise.
+    void OnCameraRenamed(const QString& from, const QString& to, bool isUndo);
     void OnPlaybackTimeChanged(int frame);
     static void UpdatePlaybackTime();
 

@@ -38,12 +38,12 @@ void BaseNode::SetTransformOutline(const QString& camera, const QPoint& p0, cons
     drawOutline_ = true;
 }
 
-void BaseNode::OnCameraRenamed(const QString& from, const QString& to) {
+void BaseNode::OnCameraRenamed(const QString& from, const QString& to, bool isUndo) {
     if (outlineCamera_ == from) {
         outlineCamera_ = to;
     }
     if (const std::shared_ptr<LayerManager> layers = GetLayerManager()) {
-        layers->RenameCamera(from, to);
+        layers->RenameCamera(from, to, isUndo);
     }
 }
 

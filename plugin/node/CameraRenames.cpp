@@ -4,6 +4,7 @@
 #include "node/BaseNode.h"
 
 #include <maya/MFnDependencyNode.h>
+#include <maya/MGlobal.h>
 #include <maya/MObjectHandle.h>
 #include <maya/MString.h>
 
@@ -43,6 +44,7 @@ struct LateRename {
     MObjectHandle camera;
     FixedName from;
     FixedName to;
+    bool isUndo = false;
     int followed = 0; ///< by so many drawing nodes
 };
 
@@ -50,9 +52,10 @@ std::array<LateRename, 16> g_late; // in their order
 std::size_t g_lateCount = 0;
 bool g_isFollowing = false;
 
-void RenameIn(const QList<BaseNode*>& nodes, const QString& from, const QString& to, int& followed) {
+void RenameIn(const QList<BaseNode*>& nodes, const QString& from, const QString& to, bool isUndo,
+              int& followed) {
     while (followed < nodes.size()) {
-        nodes.at(followed)->OnCameraRenamed(from, to);
+        nodes.at(followed)->OnCameraRenamed(from, to, isUndo);
         ++followed;
     }
 }
@@ -67,17 +70,19 @@ void DropFirst() {
 
 void CameraRenames::Follow(const MObject& camera, const MString& before) {
     const MString name = MFnDependencyNode(camera).name();
+    const bool isUndo = MGlobal::isUndoing();
     if (g_lateCount < g_late.size()) {
         LateRename& rename = g_late[g_lateCount];
         if (rename.from.Set(before) && rename.to.Set(name)) {
             rename.camera = MObjectHandle(camera);
+            rename.isUndo = isUndo;
             ++g_lateCount;
             FollowLate();
             return;
         }
     }
     int followed = 0;
-    RenameIn(BaseNode::GetAll(), QString::fromUtf8(before.asUTF8()), QString::fromUtf8(name.asUTF8()),
+    RenameIn(BaseNode::GetAll(), QString::fromUtf8(before.asUTF8()), QString::fromUtf8(name.asUTF8()), isUndo,
              followed);
 }
 
@@ -87,7 +92,8 @@ bool CameraRenames::FollowLate() noexcept {
         const QScopedValueRollback<bool> following(g_isFollowing, true);
         const bool isDone = RunGuarded("Moving layers to the new name of their camera", [&rename] {
             if (rename.camera.isAlive()) { // else its scene is gone
-                RenameIn(BaseNode::GetAll(), rename.from.Get(), rename.to.Get(), rename.followed);
+                RenameIn(BaseNode::GetAll(), rename.from.Get(), rename.to.Get(), rename.isUndo,
+                         rename.followed);
             }
         });
         if (!isDone) {

@@ -74,6 +74,24 @@ TEST_F(CameraChangesTest, ARenameLeavesEverythingElse) {
     EXPECT_EQ(Drawing().toStdString(), QString(before).replace("shot", "star").toStdString());
 }
 
+TEST_F(CameraChangesTest, ARenamedCameraTakesLayersThatItFoundAlong) {
+    Mel("qmVellixNode -refresh");
+    MakeCamera("other");
+    Mel("delete shot");
+    const QString before = Drawing();
+    Mel("rename other shot; qmVellixLayer -add -n T -ls 0 shot");
+    const QString found = Drawing();
+    Mel("rename shot other");
+    EXPECT_EQ(LayerNames("other"), QStringList({"P", "Q", "T"}));
+    EXPECT_EQ(Cameras(), QStringList({"other", "persp"}));
+    Mel("undo");
+    EXPECT_EQ(Drawing().toStdString(), found.toStdString());
+    Mel("undo; undo");
+    EXPECT_EQ(Drawing().toStdString(), before.toStdString());
+    Mel("redo; redo; redo");
+    EXPECT_EQ(LayerNames("other"), QStringList({"P", "Q", "T"}));
+}
+
 TEST_F(CameraChangesTest, ADeletedCameraLeavesItsLayers) {
     const QString before = Drawing();
     Mel("delete shot");

@@ -171,7 +171,7 @@ TEST_F(LightTableTest, AFlipEndsWhenTheDrawingOrTheTimeChanges) {
         {"active layer", [this] { manager_.SetActiveLayer(camera_, 0, true); }},
         {"layer shown", [this] { manager_.SetLayerVisible(camera_, 0, true); }},
         {"layer moved", [this] { manager_.MoveLayer(camera_, 0, 1); }},
-        {"other camera renamed", [this] { manager_.RenameCamera("other", "renamed"); }},
+        {"other camera renamed", [this] { manager_.RenameCamera("other", "renamed", false); }},
         {"active camera", [this] { manager_.SetActiveCamera("renamed"); }},
         {"layer removed", [this] { manager_.RemoveLayer(camera_, 0); }},
     };
