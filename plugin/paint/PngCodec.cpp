@@ -34,7 +34,7 @@ bool HasMemoryFor(const QByteArray& packed) {
 
 bool DecodeWithQt(const QByteArray& packed, QImage& image) {
     QImage picture;
-    if (!picture.loadFromData(packed, "PNG")) {
+    if (!picture.loadFromData(PngStructure::WithoutTexts(packed), "PNG")) {
         // Qt tells a lack of memory no differently from a fault of the bytes.
         if (!HasMemoryFor(packed)) {
             throw std::bad_alloc();

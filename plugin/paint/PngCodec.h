@@ -16,7 +16,8 @@ struct PngCodec {
 
     /// Decodes any PNG with sides of at most MAX_PNG_SIDE, in the image format that comes closest. Returns
     /// false, and leaves `image` as it is, for bytes that cannot be decoded: see PngStructure, and streams
-    /// that hold less than the picture. Allocates no more than the bytes and the picture.
+    /// that hold less than the picture. Allocates no more than the bytes, the picture, and for one that is
+    /// in bands 4 MB on each processor.
     static bool Decode(const QByteArray& packed, QImage& image);
 };
 

@@ -154,6 +154,20 @@ bool PngStructure::IsSound(const QByteArray& packed) {
     return false;
 }
 
+QByteArray PngStructure::WithoutTexts(const QByteArray& packed) {
+    QByteArray kept;
+    StoredChunk chunk;
+    qint64 begin = 0; // of what is to be kept next
+    for (qint64 offset = STORED_SIGNATURE_LENGTH, end; ReadChunk(packed, offset, chunk); offset = end) {
+        end = offset + STORED_CHUNK_OVERHEAD + chunk.length;
+        if (chunk.Is("tEXt") || chunk.Is("zTXt") || chunk.Is("iTXt")) {
+            kept.append(packed.constData() + begin, int(offset - begin));
+            begin = end;
+        }
+    }
+    return begin == 0 ? packed : kept.append(packed.constData() + begin, packed.size() - int(begin));
+}
+
 bool PngStructure::IsPng(const QByteArray& packed) {
     return packed.startsWith(SIGNATURE);
 }

@@ -12,6 +12,9 @@ struct PngStructure {
     /// still not decompress. Allocates nothing.
     static bool IsSound(const QByteArray& packed);
 
+    /// The data of a PNG without its texts, which may be packed and take a thousand times their bytes.
+    static QByteArray WithoutTexts(const QByteArray& packed);
+
     /// Whether the data begins as a PNG does.
     static bool IsPng(const QByteArray& packed);
 
