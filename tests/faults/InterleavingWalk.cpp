@@ -17,6 +17,7 @@
 
 #include <QCursor>
 #include <QFile>
+#include <QFileInfo>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -64,8 +65,8 @@ std::size_t InterleavingWalk::ActionNamed(const std::string& name) {
     throw std::runtime_error("no action " + name);
 }
 
-InterleavingWalk::Outcome InterleavingWalk::Walk(const std::vector<Step>& steps) {
-    Reset();
+InterleavingWalk::Outcome InterleavingWalk::Walk(const std::vector<Step>& steps, const QString& scene) {
+    Reset(scene);
     Outcome outcome;
     // A crash leaves its way here.
     std::ofstream trace(prefs_.filePath("walk.txt").toStdString());
@@ -79,6 +80,7 @@ InterleavingWalk::Outcome InterleavingWalk::Walk(const std::vector<Step>& steps)
         trace << step_ << " " << said << std::endl;
         outcome.said.push_back(said);
         outcome.steps = step_;
+        outcome.opened = openedAt_;
         if (outcome.fault.empty()) {
             continue;
         }
@@ -100,12 +102,26 @@ InterleavingWalk::Outcome InterleavingWalk::Shorten(std::vector<Step> steps, con
     Outcome shortest = found;
     steps.resize(std::min(steps.size(), found.steps));
     const std::string kind = KindOf(found.fault);
+    QString scene;
+    if (found.opened > 0 && found.opened < steps.size()) {
+        scene = prefs_.filePath("start." + QFileInfo(opened_).suffix());
+        QFile::remove(scene);
+        QFile::copy(opened_, scene);
+        const std::vector<Step> rest(steps.begin() + static_cast<std::ptrdiff_t>(found.opened), steps.end());
+        const Outcome outcome = Walk(rest, scene);
+        if (KindOf(outcome.fault) == kind) {
+            steps = rest;
+            shortest = outcome;
+        } else {
+            scene.clear();
+        }
+    }
     for (std::size_t size = std::max<std::size_t>(steps.size() / 2, 1); walks > 0; size /= 2) {
         for (std::size_t at = 0; at < steps.size() && walks > 0;) {
             std::vector<Step> fewer(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(at));
             const std::size_t rest = std::min(at + size, steps.size());
             fewer.insert(fewer.end(), steps.begin() + static_cast<std::ptrdiff_t>(rest), steps.end());
-            const Outcome outcome = Walk(fewer);
+            const Outcome outcome = Walk(fewer, scene);
             --walks;
             if (KindOf(outcome.fault) == kind) {
                 fewer.resize(std::min(fewer.size(), outcome.steps));
@@ -119,10 +135,14 @@ InterleavingWalk::Outcome InterleavingWalk::Shorten(std::vector<Step> steps, con
             break;
         }
     }
+    if (!scene.isEmpty()) {
+        shortest.said.insert(shortest.said.begin(),
+                             "the scene of step " + std::to_string(found.opened) + " is open");
+    }
     return shortest;
 }
 
-void InterleavingWalk::Reset() {
+void InterleavingWalk::Reset(const QString& scene) {
     if (isButtonDown_) {
         SendMouse(QEvent::MouseButtonRelease, pointer_, Qt::LeftButton, Qt::NoButton);
         isButtonDown_ = false;
@@ -135,6 +155,11 @@ void InterleavingWalk::Reset() {
         "setAttr perspShape.filmFit 1; setAttr perspShape.overscan 1;"
         "qmVellixNode -l -ln Rough -c persp; lookThru modelPanel4 persp; flushUndo");
     MakeFiles();
+    if (!scene.isEmpty()) {
+        Run("file -force -open \"" + scene.toStdString() +
+            "\"; undoInfo -infinity on;"
+            "playbackOptions -playbackSpeed 0.0001");
+    }
     SizeView(VIEW_WIDTH, VIEW_HEIGHT);
     Settings::automaticallyAddFirstLayer = true;
     Settings::alwaysDisplayNewLayerDialog = false;
@@ -148,6 +173,7 @@ void InterleavingWalk::Reset() {
     ForgetQueue();
     strokes_ = 0;
     step_ = 0;
+    openedAt_ = 0;
     FindCameras();
     states_[host_->undo().State()] = {ledger_.Take(NodeIfAny()), 0};
 }
@@ -220,12 +246,17 @@ std::string InterleavingWalk::Take(const Step& step, std::string& said) {
     if (step_ % 100 == 0) {
         ledger_.Forget();
     }
-    if (std::getenv("VELLIX_WALK_VERBOSE")) {
+    const bool isVerbose = std::getenv("VELLIX_WALK_VERBOSE") != nullptr;
+    if (isVerbose) {
         for (const std::string& message : messages_) {
             said += "\n      " + message;
         }
     }
-    return fault_.empty() ? Judge(ledger_.Take(NodeIfAny())) : fault_;
+    const DrawingSnapshot after = ledger_.Take(NodeIfAny());
+    if (isVerbose && after.places != before_.places) {
+        said += "\n      places: " + after.places.join(" ").toStdString();
+    }
+    return fault_.empty() ? Judge(after) : fault_;
 }
 
 std::string InterleavingWalk::Judge(const DrawingSnapshot& after) {

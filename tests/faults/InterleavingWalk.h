@@ -32,14 +32,17 @@ protected:
         std::size_t steps = 0;             ///< taken, the faulty one included
         std::vector<std::string> said;     ///< each step, as it was meant in its place
         std::map<std::string, int> faults; ///< how often each kind was found
+        std::size_t opened = 0;            ///< the step that saved and opened the scene last; 0 for none
     };
 
     static std::vector<Step> RandomSteps(unsigned seed, std::size_t count);
     /// The index of an action, for a way that is written down.
     static std::size_t ActionNamed(const std::string& name);
-    /// Goes the way in a new scene, up to the first fault, then to the start of the undo queue and back.
-    Outcome Walk(const std::vector<Step>& steps);
-    /// Leaves out steps as long as the same fault comes, for at most so many walks.
+    /// Goes the way in a new scene, or in one that was kept, up to the first fault, then to the start of the
+    /// undo queue and back.
+    Outcome Walk(const std::vector<Step>& steps, const QString& scene = QString());
+    /// Leaves out steps as long as the same fault comes, for at most so many walks. Begins with the scene
+    /// that was opened last if the fault comes from there, too; the first step says so.
     Outcome Shorten(std::vector<Step> steps, const Outcome& found, int walks);
 
     /// Whether a walk goes on after a fault, to count them.
@@ -80,7 +83,7 @@ private:
         std::size_t step;
     };
 
-    void Reset();
+    void Reset(const QString& scene);
     void MakeFiles();
     void Rest();
     void ForgetQueue();
@@ -155,6 +158,8 @@ private:
     std::map<LayerId, std::size_t> leftLayers_; ///< by refused inserts, and at which step
     std::set<QString> leftPlaces_;              ///< of the cameras that these layers were on
     std::size_t step_ = 0;
+    std::size_t openedAt_ = 0;
+    QString opened_; ///< a copy of the scene that was opened then
     unsigned strokes_ = 0;
     bool isButtonDown_ = false;
     QPoint pointer_;

@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QColor>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTest>
 
@@ -695,6 +696,10 @@ std::string InterleavingWalk::SaveAndReopen(const Numbers& n) {
     }
     Rest();
     const DrawingSnapshot opened = ledger_.Take(NodeIfAny());
+    openedAt_ = step_;
+    opened_ = prefs_.filePath("opened." + QFileInfo(path).suffix());
+    QFile::remove(opened_);
+    QFile::copy(path, opened_);
     const std::string other =
         isInTheMiddle || movesFrames ? LostPicture(saved, opened, {}) : opened.Difference(saved, false);
     if (!other.empty() && fault_.empty()) {
