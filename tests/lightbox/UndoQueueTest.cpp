@@ -3,7 +3,6 @@
 #include "scene/EventBus.h"
 
 #include <gtest/gtest.h>
-
 #include <new>
 
 using namespace lightbox;
