@@ -147,7 +147,7 @@ void OpenSceneOnOneProcessor(benchmark::State& state) {
 /// Writes a scene of 5,000 transforms; with `refused`, a statement that has no place in a scene after every
 /// fifth.
 QString PlainScene(bool refused) {
-    const QString path = g_folder->filePath(refused ? "refused.ma" : "plain.ma");
+    QString path = g_folder->filePath(refused ? "refused.ma" : "plain.ma");
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         std::abort();

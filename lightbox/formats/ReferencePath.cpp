@@ -59,7 +59,7 @@ std::string WithoutNumber(const std::string& path) {
 } // namespace
 
 std::string ReferencePath::Resolve(const std::string& given, const std::string& folder) {
-    const std::string path = Expanded(WithoutNumber(given));
+    std::string path = Expanded(WithoutNumber(given));
     if (IsRemote(path) || IsOfOtherSystem(path)) {
         return path;
     }

@@ -206,9 +206,6 @@ void InterleavingWalk::NoteLeftLayers(const DrawingSnapshot& after) {
         if (permission_.leavesLayer && permission_.isRefused && !before_.FindLayer(layer.id)) {
             leftLayers_[layer.id] = step_;
         }
-        if (leftLayers_.count(layer.id) > 0) {
-            leftPlaces_.insert(layer.camera);
-        }
     }
 }
 
@@ -373,6 +370,11 @@ std::string InterleavingWalk::JudgeRename(const DrawingSnapshot& after) const {
 }
 
 std::string InterleavingWalk::JudgeQueue(const DrawingSnapshot& after) {
+    for (const auto& layer : after.layers) {
+        if (leftLayers_.count(layer.id) > 0) {
+            leftPlaces_.insert(layer.camera);
+        }
+    }
     const std::uint64_t state = host_->undo().State();
     const auto known = states_.find(state);
     if (known == states_.end()) {
