@@ -252,7 +252,7 @@ MStatus FrameCommand::InsertFrame() {
         layerCreated_ = false;
     };
     try {
-        const MStatus inserted = Exchange();
+        MStatus inserted = Exchange();
         if (!inserted) {
             remove();
         }
@@ -471,10 +471,10 @@ MStatus FrameCommand::RetimeFrames() {
 
 MStatus FrameCommand::PlanRetiming() {
     const Layer* const layer = GetLayer();
-    const std::vector<const Frame*> frames = layer ? GetFrames(*layer) : std::vector<const Frame*>();
-    if (frames.empty()) {
+    if (!layer || layer->FrameCount() == 0) {
         return MS::kFailure;
     }
+    const std::vector<const Frame*> frames = GetFrames(*layer);
     std::vector<int> times;
     times.reserve(frames.size());
     for (const Frame* frame : frames) {

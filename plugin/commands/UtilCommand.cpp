@@ -104,7 +104,7 @@ Step Answer(const Setting& setting) {
 
 /// Makes a step whose change the settings file keeps soon.
 Step Keep(Step step) {
-    return [step](UtilCommand& command) {
+    return [step = std::move(step)](UtilCommand& command) {
         MStatus status = step(command);
         if (status) {
             SettingsWriter::Schedule();

@@ -92,7 +92,7 @@ bool LayerManager::CommitActiveStroke(const QString& camera, QByteArray& undo) {
     if (!stroke_->HasStroke() || (place.layer && place.camera != camera)) {
         return false;
     }
-    Frame* const frame = FindFrame(stroke_->GetDrawing());
+    Frame* const frame = place.layer ? place.layer->FindFrame(stroke_->GetDrawing().frame) : nullptr;
     if (!frame) {
         CancelActiveStroke();
         return false;
