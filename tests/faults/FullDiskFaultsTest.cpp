@@ -181,9 +181,9 @@ TEST_F(FullDiskFaults, AFolderWithoutRightsAndANameTooLongAreSaid) {
     ASSERT_TRUE(Run("file -rename \"" + Path("scene.ma") + "\""));
     QFile::setPermissions(folder_.path(), QFile::Permissions(0x7755));
     QFile::setPermissions(Path(""), QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
-    constexpr unsigned NOBODY = 65534;
+    constexpr unsigned nobody = 65534;
     if (geteuid() == 0) {
-        ::setfsuid(NOBODY);
+        ::setfsuid(nobody);
     }
     TakesErrors();
     const bool isSaved = Run("file -save");
@@ -238,11 +238,11 @@ protected:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         program.setProcessEnvironment(environment);
-        program.start(
-            LIGHTBOX_PROGRAM,
-            {"-batch", "-prefs", folder_.filePath("prefs2"), "-file", Path(scene), "-command",
-             "while (1) { print \"saving\\n\"; qmVellixLayer -en \"Other name\" 0 persp; file -save;"
-             "print \"saving\\n\"; qmVellixLayer -en \"Name\" 0 persp; file -save; }"});
+        const char* const script = R"(while (1) {
+            print "saving\n"; qmVellixLayer -en "Other name" 0 persp; file -save;
+            print "saving\n"; qmVellixLayer -en "Name" 0 persp; file -save; })";
+        program.start(LIGHTBOX_PROGRAM, {"-batch", "-prefs", folder_.filePath("prefs2"), "-file", Path(scene),
+                                         "-command", script});
         ASSERT_TRUE(program.waitForStarted());
         QElapsedTimer timer;
         timer.start();

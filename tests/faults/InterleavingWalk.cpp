@@ -435,7 +435,7 @@ std::string InterleavingWalk::ToTheStartAndBack() {
             Rest();
             const std::string fault = JudgeQueue(ledger_.Take(NodeIfAny()));
             if (!fault.empty()) {
-                return line + " on the way back. " + fault;
+                return (line + " on the way back. ").append(fault);
             }
         }
     }

@@ -9,7 +9,6 @@
 
 using namespace lightbox;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 namespace {
 
