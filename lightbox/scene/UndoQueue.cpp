@@ -70,8 +70,8 @@ void UndoQueue::Pass(std::unique_ptr<UndoItem> item, bool isRecorded) {
 }
 
 void UndoQueue::Settle() {
-    const auto recorded = std::count_if(waiting_.begin(), waiting_.end(),
-                                        [](const Waiting& edit) { return edit.isRecorded; });
+    const auto recorded =
+        std::count_if(waiting_.begin(), waiting_.end(), [](const Waiting& edit) { return edit.isRecorded; });
     if (recorded > 0) {
         MakeRoom(static_cast<std::size_t>(recorded));
     }

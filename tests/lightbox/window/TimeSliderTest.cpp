@@ -19,8 +19,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <gtest/gtest.h>
 #include <cmath>
+#include <gtest/gtest.h>
 #include <set>
 #include <string>
 #include <vector>

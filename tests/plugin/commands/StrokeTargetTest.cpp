@@ -300,8 +300,8 @@ TEST_F(StrokeTargetTest, WhatComesToTheCameraOfAPressLeavesNoPlaceBehind) {
         "qmVellixLayer -nc front -mv 0 -1 side",
         "qmVellixLayer -moveAll other1 side",
         "qmVellixLayer -add -n D -ls 0 side; qmVellixLayer -del 1 side; qmVellixLayer -add -n E -ls 0 side",
-        "qmVellixLayer -moveAll other1 side; qmVellixLayer -moveAll side front;"
-        "qmVellixLayer -moveAll front other1",
+        ("qmVellixLayer -moveAll other1 side; qmVellixLayer -moveAll side front;"
+         "qmVellixLayer -moveAll front other1"),
         "rename other1 aside; qmVellixLayer -moveAll aside side; rename aside third",
         "qmVellixLayer -nc other1 -mv 0 -1 side; rename other1 aside; qmVellixLayer -add -ls 0 aside",
     };
@@ -344,9 +344,10 @@ TEST_F(StrokeTargetTest, UndoLeavesActiveWhatARedoInMidStrokeMadeActive) {
     for (const char* const first : {"qmVellixLayer -e -active 0 persp", "qmVellixLayer -e -active 1 persp",
                                     "qmVellixLayer -e -active 0 front",
                                     "qmVellixLayer -add -ls 0 side; qmVellixLayer -deleteAll side"}) {
-        for (const char* const line : {"qmVellixLayer -moveAll persp front", "qmVellixLayer -moveAll front persp",
-                                       "qmVellixLayer -deleteAll persp", "qmVellixLayer -move 0 1 persp",
-                                       "qmVellixLayer -nc front -mv 0 0 persp", "qmVellixLayer -del 0 persp"}) {
+        for (const char* const line :
+             {"qmVellixLayer -moveAll persp front", "qmVellixLayer -moveAll front persp",
+              "qmVellixLayer -deleteAll persp", "qmVellixLayer -move 0 1 persp",
+              "qmVellixLayer -nc front -mv 0 0 persp", "qmVellixLayer -del 0 persp"}) {
             SCOPED_TRACE(std::string(first) + "; " + line);
             Mel(first);
             const QString before = Layers();
