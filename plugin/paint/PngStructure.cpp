@@ -157,10 +157,14 @@ bool PngStructure::IsSound(const QByteArray& packed) {
 QByteArray PngStructure::WithoutTexts(const QByteArray& packed) {
     QByteArray kept;
     StoredChunk chunk;
+    StoredChunk next;
+    bool hasPixels = false;
     qint64 begin = 0; // of what is to be kept next
     for (qint64 offset = STORED_SIGNATURE_LENGTH, end; ReadChunk(packed, offset, chunk); offset = end) {
         end = offset + STORED_CHUNK_OVERHEAD + chunk.length;
-        if (chunk.Is("tEXt") || chunk.Is("zTXt") || chunk.Is("iTXt")) {
+        hasPixels = hasPixels || chunk.Is("IDAT");
+        const bool isBetweenPixels = hasPixels && ReadChunk(packed, end, next) && next.Is("IDAT");
+        if (!isBetweenPixels && (chunk.Is("tEXt") || chunk.Is("zTXt") || chunk.Is("iTXt"))) {
             kept.append(packed.constData() + begin, int(offset - begin));
             begin = end;
         }

@@ -12,7 +12,8 @@ struct PngStructure {
     /// still not decompress. Allocates nothing.
     static bool IsSound(const QByteArray& packed);
 
-    /// The data of a PNG without its texts, which may be packed and take a thousand times their bytes.
+    /// The data of a PNG without its texts, which may be packed and take a thousand times their bytes. One
+    /// between chunks of pixels stays: it is a fault, and a reader has to see it.
     static QByteArray WithoutTexts(const QByteArray& packed);
 
     /// Whether the data begins as a PNG does.

@@ -452,6 +452,8 @@ TEST(PngCodecTest, RefusesDamage) {
         {"a palette missing", Png(Header(20, 20, 8, 3) + pixels)},
         {"another chunk between the pixels",
          Png(header + Chunk("IDAT", stream.left(40)) + Chunk("tEXt", "a") + Chunk("IDAT", stream.mid(40)))},
+        {"texts between the pixels", Png(header + Chunk("IDAT", stream.left(40)) + Chunk("zTXt", "a") +
+                                         Chunk("tEXt", "b") + Chunk("IDAT", stream.mid(40)))},
         {"pixels swapped", Png(header + Chunk("IDAT", stream.mid(40)) + Chunk("IDAT", stream.left(40)))},
     };
     for (const auto& c : cases) {
