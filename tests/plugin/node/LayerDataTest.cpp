@@ -11,9 +11,11 @@
 #include <QImage>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <limits>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -608,14 +610,19 @@ TEST_F(LayerDataTest, ALackOfMemoryIsAFailureAndNotADamage) {
     std::istringstream in(bytes);
     std::ostringstream out;
     MStatus statuses[4];
+    auto room = std::make_unique<std::array<char, 512 << 10>>(); // for the first picture, which is small
     {
         const ShortOfMemory scope;
         if (!scope.IsShort()) {
             GTEST_SKIP() << "memory cannot be limited here";
         }
+        room.reset();
         unsigned element = 0;
         statuses[0] = ascii.readASCII(arguments, element);
         statuses[1] = binary.readBinary(in, unsigned(bytes.size()));
+    }
+    {
+        const ShortOfMemory scope;
         statuses[2] = data.writeASCII(out);
         statuses[3] = data.writeBinary(out);
     }
