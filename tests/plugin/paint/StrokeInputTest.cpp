@@ -258,8 +258,8 @@ TEST(LineStyleTest, ACornerWhereThePenRestsStaysSharpHoweverUnevenlyItIsSampled)
             StrokeSmoother smoother;
             smoother.Reset(Style(true, 0));
             QPoint last;
-            for (double time = between(0.0, 8.0); time < 2.0 * arrival + rest;
-                 time += 8.0 + (run % 4 == 0 ? between(0.0, 30.0) : between(0.0, 3.0))) {
+            double time = between(0.0, 8.0);
+            while (time < 2.0 * arrival + rest) {
                 const double before = std::max(arrival - time, 0.0) * speed;
                 const double after = std::max(time - arrival - rest, 0.0) * speed;
                 const QPoint at = (QPointF(500 - before, 500) + after * out).toPoint();
@@ -267,6 +267,7 @@ TEST(LineStyleTest, ACornerWhereThePenRestsStaysSharpHoweverUnevenlyItIsSampled)
                     smoother.Receive(stroke, Sample(at.x(), at.y(), 4), at, time, QString());
                 }
                 last = at;
+                time += 8.0 + (run % 4 == 0 ? between(0.0, 30.0) : between(0.0, 3.0));
             }
             smoother.Finish(stroke);
             double nearest = 1000.0;
