@@ -105,6 +105,8 @@ void UndoQueue::TakeBack(std::size_t start) {
 
 void UndoQueue::Transaction::Commit() {
     if (queue_.transactions_ == 1) {
+        // What is called back passes its edits on itself.
+        const QScopedValueRollback<int> ended(queue_.transactions_, 0);
         queue_.Settle();
     }
     isCommitted_ = true;
@@ -121,6 +123,7 @@ void UndoQueue::Record(std::unique_ptr<UndoItem> item) {
     // Destroying items may call back, so the queue must be consistent first.
     std::list<Chunk> dropped;
     std::swap(dropped, undone_);
+    MakeRoom(1); // what was called back may have completed the chunk that had room
     open_.back().items.push_back(std::move(item));
     open_.back().state = nextState_++;
     events_.SetCondition("UndoAvailable", true);

@@ -283,7 +283,7 @@ private:
         QString from;
         QString to;
         bool isShared = false;          ///< whether another camera has one of these names
-        bool meetsOthers = false;       ///< whether `to` had layers or a place
+        bool meetsOthers = false;       ///< whether layers have to be kept apart
         bool hadPlace = false;          ///< whether `from` had a place to keep
         bool wasPlaceTaken = false;     ///< whether `to` had one
         QString aside;                  ///< the name given to the layers that stood under `to`; or empty

@@ -31,7 +31,7 @@ void LayerManager::RenameCamera(const QString& from, const QString& to, bool isU
     // Other than by undo all layers go along, also those that the camera found under its name. Only those
     // that went to another camera of the same name come back.
     if (done != renames_.rend() && (isUndo || done->isShared)) {
-        if (done->isShared || done->meetsOthers) {
+        if (done->meetsOthers) {
             Separate(*done);
         } else {
             Join(from, to);
@@ -71,7 +71,7 @@ LayerManager::CameraRename LayerManager::Join(const QString& from, const QString
     rename.from = from;
     rename.to = to;
     rename.isShared = isFromShared || isToShared;
-    rename.meetsOthers = HasPlace(to);
+    rename.meetsOthers = rename.isShared || HasPlace(to);
     rename.hadPlace = KeepsPlace(from);
     rename.wasPlaceTaken = KeepsPlace(to);
     rename.residents = GetLayerIds(to);

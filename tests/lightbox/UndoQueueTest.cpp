@@ -23,6 +23,9 @@ public:
     /// Throws when the step that is written like this runs, such as "-a".
     static std::string refused;
 
+protected:
+    std::string& log_;
+
 private:
     void Run(char step) {
         const std::string run{step, name_};
@@ -32,7 +35,6 @@ private:
         log_ += run + ' ';
     }
 
-    std::string& log_;
     char name_;
 };
 
@@ -254,6 +256,31 @@ TEST_F(UndoQueueTest, ATransactionThatIsNotCommittedTakesItsEditsBack) {
         Push('e');
     }
     EXPECT_EQ(Log(), "-e ~e ") << "edits that are not recorded are taken back, too";
+}
+
+TEST_F(UndoQueueTest, AnEditThatIsCalledBackAmidACommitIsRecorded) {
+    class CallsBack : public LoggedItem {
+    public:
+        CallsBack(std::string& log, UndoQueue& queue)
+            : LoggedItem(log, 'r')
+            , queue_(queue) {}
+        ~CallsBack() override { queue_.Push(std::make_unique<LoggedItem>(log_, 'n')); }
+
+    private:
+        UndoQueue& queue_;
+    };
+    queue_.Push(std::make_unique<CallsBack>(log_, queue_));
+    queue_.Undo();
+    {
+        UndoQueue::Transaction transaction(queue_);
+        Push('a');
+        Push('b');
+        transaction.Commit();
+    }
+    Log();
+    while (queue_.Undo()) {
+    }
+    EXPECT_EQ(Log(), "-b -n -a ");
 }
 
 TEST_F(UndoQueueTest, ACommittedTransactionPassesItsEditsOn) {
